@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "collections/TextKey.h"
+#include "ports/DateTime.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ravlo
+{
+
+// Why a cut was handed to the host: the kind code of cuts that NextCutFromRotation returns.
+enum CutKind : std::int32_t
+{
+    eKindChosen = 0,               // broke no rule
+    eKindLevelEmpty = 7,           // placeholder: the level holds no cuts
+    eKindMainCatNotFound = 9,      // placeholder: no such main category, or a key without TAB
+    eKindLevelNotFound = 10,       // placeholder: no such level
+    eKindNothingSchedulable = 11,  // placeholder: nothing in the level could be scheduled
+    eKindLevelZero = 12,           // placeholder: a main category was asked for
+    eKindNoCategory = 13,          // placeholder: no category was given
+    eKindArtistViolation = 14,     // every candidate broke a rule; this one broke the artist's
+    eKindTitleViolation = 15,
+    eKindRotationDeferred = 17,    // placeholder: rotation is not allowed just now
+    eKindAlbumViolation = 18,
+};
+
+// One audio item of a media database, as far as the scheduler needs it. A cut may belong to a database the scheduler
+// knows nothing of, so any call may throw RuntimeError and any value may change between two calls.
+class Cut
+{
+public:
+    virtual ~Cut() = default;
+
+    // The unique key, which is the file path: the cut's identity inside the scheduler.
+    virtual TextKey Key() const = 0;
+    virtual std::wstring SecondaryKey() const = 0;
+    virtual std::int32_t ID() const = 0; // the database's number, 0 for a cut no database holds
+    virtual std::wstring Path() const = 0;
+    virtual std::wstring Artist() const = 0;
+    virtual std::wstring Title() const = 0;
+    virtual std::wstring Album() const = 0;
+    virtual std::int32_t Year() const = 0;
+    virtual std::int32_t RunTimemS() const = 0;
+    virtual std::int32_t DurationmS() const = 0;
+    virtual std::wstring DurationText() const = 0; // "m:ss"
+    virtual DateTime LastPlayed() const = 0;       // 0 = never
+    virtual bool Opener() const = 0;               // the cut's own flag
+
+    virtual std::int32_t CatLevel() const = 0;
+    // The names of the categories it is filed in, in order; each name once without regard to case.
+    virtual std::vector<std::wstring> CategoryNames() const = 0;
+    virtual bool HasCategoryName(std::wstring_view sName) const = 0;
+    virtual void AddCategoryName(const std::wstring& sName) = 0;    // an existing name is left as it is
+    virtual void RemoveCategoryName(const std::wstring& sName) = 0; // a missing one is passed over
+    virtual std::wstring CategoryText() const = 0;                  // the names joined with "/"
+    virtual void SetCategoryText(const std::wstring& sText) = 0;    // split at "/", empty pieces skipped
+
+    virtual void SetKey(const std::wstring& sKey) = 0; // and the path with it; error 70 on a cut that a database holds
+    virtual void SetSecondaryKey(const std::wstring& sKey) = 0;
+    virtual void SetPath(const std::wstring& sPath) = 0;
+    virtual void SetArtist(const std::wstring& sArtist) = 0;
+    virtual void SetTitle(const std::wstring& sTitle) = 0;
+    virtual void SetAlbum(const std::wstring& sAlbum) = 0;
+    virtual void SetYear(std::int32_t lYear) = 0;
+    virtual void SetRunTimemS(std::int32_t lRunTime) = 0;
+    virtual void SetDurationmS(std::int32_t lDuration) = 0;
+    virtual void SetLastPlayed(DateTime dtWhen) = 0;
+    virtual void SetOpener(bool bOpener) = 0;
+    virtual void SetCatLevel(std::int32_t lLevel) = 0;
+
+    // Set on the cuts handed to a host; never stored by a database.
+    virtual std::wstring CategoryKey() const = 0; // the key that was asked for
+    virtual void SetCategoryKey(const std::wstring& sKey) = 0;
+    virtual bool MustBeOpener() const = 0; // whether an opener was asked for
+    virtual void SetMustBeOpener(bool bMust) = 0;
+    virtual std::int32_t KindCode() const = 0; // a CutKind
+    virtual void SetKindCode(std::int32_t lKind) = 0;
+
+    // An independent copy that no database holds; it keeps the ID.
+    virtual std::shared_ptr<Cut> CloneCut() const = 0;
+};
+
+} // namespace ravlo

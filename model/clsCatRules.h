@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "scheduler/modscheduler/ModScheduler.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace ravlo
+{
+
+// The separation rules of one category, in minutes, tied to one rules file that is read when CatID is set and rewritten
+// whenever a rule changes and when the object is released. File format: docs/formats/rules.md.
+class clsCatRules
+{
+public:
+    // Size of a rules file: 4 + 4 + 2 + 55 + 4 bytes.
+    static constexpr std::size_t lRecordSize = 69;
+    // Width of the CatID field, in bytes of the code page.
+    static constexpr std::size_t lCatIDWidth = 55;
+
+    explicit clsCatRules(ModScheduler& cMod);
+    // Rewrites the file once more, unless another rules object has written it since this one last read or wrote it:
+    // an old object that is released late must not bring old values back. Errors are only logged.
+    ~clsCatRules();
+    clsCatRules(const clsCatRules&) = delete;
+    clsCatRules& operator=(const clsCatRules&) = delete;
+
+    // As stored, -1 (not set here) included: the album rule has no fall-back to the global one here.
+    std::int32_t AlbumSepMins() const noexcept { return m_lAlbum; }
+    // Stores the absolute value, then saves.
+    void SetAlbumSepMins(std::int32_t lMins);
+
+    // The key without leading and trailing blanks.
+    std::wstring CatID() const;
+    // An empty value is ignored. Otherwise loads the rules file of that name over the present values and binds the object
+    // to the first 55 bytes of the key.
+    void SetCatID(const std::wstring& sCatID);
+
+    // The stored value, or the global separation when none is set here.
+    std::int32_t ArtistSepMins() const noexcept;
+    // A negative value is ignored: nothing stored, nothing saved.
+    void SetArtistSepMins(std::int32_t lMins);
+    std::int32_t TitleSepMins() const noexcept;
+    void SetTitleSepMins(std::int32_t lMins);
+
+    bool IgnoreRules() const noexcept { return m_bIgnore; }
+    void SetIgnoreRules(bool bIgnore);
+
+    // What the rules editor stores in one go, with a single save. Nothing in a field leaves the value alone; the album
+    // value is stored as it stands, so that -1 unsets it. Returns SaveRules().
+    struct Edit
+    {
+        std::optional<std::int32_t> lArtist;
+        std::optional<std::int32_t> lTitle;
+        std::optional<std::int32_t> lAlbum;
+        std::optional<bool> bIgnore;
+    };
+    bool Apply(const Edit& edit);
+
+    // False without a CatID or an application path, and when writing fails (which is shown).
+    bool SaveRules();
+
+private:
+    enum class Report
+    {
+        Show,
+        LogOnly,
+    };
+    void GetRules(const std::wstring& sName);
+    bool Save(Report eReport);
+    std::wstring PathOf(const std::wstring& sName) const; // empty without an application path
+    std::string Encode() const;
+
+    ModScheduler& m_cMod;
+    std::int32_t m_lArtist = 0;
+    std::int32_t m_lTitle = 0;
+    std::int32_t m_lAlbum = 0;
+    bool m_bIgnore = false;
+    std::string m_catID;               // the field's bytes, not padded
+    std::uint64_t m_lSeenGeneration = 0; // of the file SaveRules writes
+};
+
+} // namespace ravlo

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+namespace ravlo
+{
+
+// The one exception type of the system. It carries an automation run-time error number, as script and
+// early-bound hosts know them from Err.Number, and a description that can be shown to a person.
+class RuntimeError : public std::exception
+{
+public:
+    // An error with the standard description of its number.
+    explicit RuntimeError(std::int32_t lNumber);
+    RuntimeError(std::int32_t lNumber, std::wstring sDescription);
+
+    std::int32_t Number() const noexcept { return m_lNumber; }
+    const std::wstring& Description() const noexcept { return m_sDescription; }
+    const char* what() const noexcept override { return m_sWhat.c_str(); }
+
+private:
+    std::int32_t m_lNumber;
+    std::wstring m_sDescription;
+    std::string m_sWhat; // the description with anything outside ASCII as '?', for test output and debuggers
+};
+
+// The automation run-time error numbers the system raises.
+namespace error
+{
+inline constexpr std::int32_t InvalidProcedureCall = 5;
+inline constexpr std::int32_t Overflow = 6;
+inline constexpr std::int32_t SubscriptOutOfRange = 9;
+inline constexpr std::int32_t TypeMismatch = 13;
+inline constexpr std::int32_t Internal = 51;
+inline constexpr std::int32_t BadFileName = 52;
+inline constexpr std::int32_t FileNotFound = 53;
+inline constexpr std::int32_t FileAlreadyExists = 58;
+inline constexpr std::int32_t DeviceIo = 57;
+inline constexpr std::int32_t DiskFull = 61;
+inline constexpr std::int32_t PermissionDenied = 70;
+inline constexpr std::int32_t PathFileAccess = 75;
+inline constexpr std::int32_t PathNotFound = 76;
+inline constexpr std::int32_t ObjectNotSet = 91;
+inline constexpr std::int32_t NotImplemented = 445;
+inline constexpr std::int32_t KeyAlreadyExists = 457;
+} // namespace error
+
+// The standard description of a run-time error number, e.g. "File not found" for 53;
+// "Application-defined or object-defined error" for a number without one.
+std::wstring StandardDescription(std::int32_t lNumber);
+
+} // namespace ravlo

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "collections/OrderedKeyedCollection.h"
+#include "media/DataBase.h"
+#include "model/clsCat.h"
+#include "rotation/PlayHistory.h"
+#include "scheduler/SchedulerEvents.h"
+#include "scheduler/SchedulerWindows.h"
+#include "scheduler/modscheduler/ModScheduler.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace ravlo
+{
+
+using NameCollection = OrderedKeyedCollection<std::wstring>;
+
+// The public entry object of the library: one per host, made before its database is known, populated by
+// PopulateFromDataBase and asked for cuts from then on. A facade: each member routes to the part that does the work.
+class clsSchedMan : public std::enable_shared_from_this<clsSchedMan>
+{
+public:
+    explicit clsSchedMan(ModScheduler& cMod);
+    // Saves the category list and the settings when this manager completed a population; errors are ignored.
+    ~clsSchedMan();
+    clsSchedMan(const clsSchedMan&) = delete;
+    clsSchedMan& operator=(const clsSchedMan&) = delete;
+
+    // Who is told of events and who shows windows; null for nobody. Not owned; must be set back before they end.
+    void SetEvents(SchedulerEvents* cEvents) noexcept;
+    void SetWindows(SchedulerWindows* cWindows) noexcept;
+
+    // The nine characters that may not stand in a category name.
+    const std::shared_ptr<NameCollection>& colIllegalChars() const noexcept;
+
+    std::shared_ptr<Cut> ArtistHistoryCut(const std::wstring& sArtist) const;
+    std::shared_ptr<Cut> AlbumHistoryCut(const std::wstring& sAlbum) const;
+    std::shared_ptr<Cut> TitleHistoryCut(const std::wstring& sTitle) const;
+
+    std::shared_ptr<ravlo::DataBase> DataBase() const noexcept; // null before population
+    std::wstring AppPath() const;
+
+    // Builds the category tree from the database's cuts and the saved files. See Population.h.
+    void PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBase, const std::wstring& strAppPath);
+
+    // The main categories, keyed by name TAB "0"; the collection itself. Null before population.
+    std::shared_ptr<CatCollection> colMainCats() const noexcept;
+    // The cuts of a level, or of a whole main category for level 0; null when there is no such category.
+    std::shared_ptr<CutCollection> colCuts(const std::wstring& sCatName, std::int32_t lCatLevel = 0) const noexcept;
+
+    std::shared_ptr<NameCollection> colSavedCatNames();
+    bool SaveCatNames();
+    // Null saves every main category.
+    bool SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat);
+
+    void UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut);
+
+    // The cut that plays next from the level that strSubCatKey names; never null. cMainCat, cSubCat and sMainCatKey
+    // receive what the key led to. bSave writes the main category's order when the call has moved cuts.
+    std::shared_ptr<Cut> NextCutFromRotation(const std::wstring& strSubCatKey, bool bMustBeOpener,
+                                             const std::shared_ptr<Cut>& cPrevSchedCut,
+                                             std::shared_ptr<clsCat>& cMainCat, std::shared_ptr<clsCat>& cSubCat,
+                                             std::wstring& sMainCatKey, bool bForEditablePlaylist = false,
+                                             bool bSave = true);
+    bool RotatesAllowed() const noexcept;
+    void SetRotatesAllowed(bool bAllowed) noexcept;
+
+    void ShowHelp();
+    bool UIShowing() const noexcept;
+    // Reloads the library window from the present objects; reads neither database nor files.
+    void ReloadAll();
+
+    ModScheduler& Mod() const noexcept;
+
+private:
+    struct Parts;
+    std::unique_ptr<Parts> m_cParts;
+};
+
+} // namespace ravlo
