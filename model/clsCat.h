@@ -2,7 +2,7 @@
 #pragma once
 
 #include "collections/OrderedKeyedCollection.h"
-#include "media/Cut.h"
+#include "media/DataBase.h"
 #include "model/clsCatRules.h"
 #include "scheduler/modscheduler/ModScheduler.h"
 
@@ -24,8 +24,8 @@ std::wstring CategoryKey(const std::wstring& sCatName, std::int32_t lCatLevel);
 inline constexpr const wchar_t* sAllAudio = L"ALL AUDIO";
 inline constexpr const wchar_t* sNoCat = L"NOCAT";
 
-// A main category (level 0), which owns its levels, or a category level (1 or more), which holds its cuts in rotation
-// order. Always held by shared_ptr. Not a cut's owner: levels hold shared references.
+// A main category (level 0), which owns its levels, or a category level (1 or more), which holds its cuts in
+// rotation order. Always held by shared_ptr. Not a cut's owner: levels hold shared references.
 class clsCat : public std::enable_shared_from_this<clsCat>
 {
 public:
@@ -34,7 +34,8 @@ public:
     clsCat(const clsCat&) = delete;
     clsCat& operator=(const clsCat&) = delete;
 
-    // A level's main category; null for a main category, or when it is gone. A back reference: it keeps nothing alive.
+    // A level's main category; null for a main category, or when it is gone. A back reference: it keeps
+    // nothing alive.
     std::shared_ptr<clsCat> MainCat() const noexcept { return m_cMainCat.lock(); }
     void SetMainCat(const std::shared_ptr<clsCat>& cMainCat) noexcept { m_cMainCat = cMainCat; }
 
@@ -48,24 +49,27 @@ public:
     std::shared_ptr<clsCatRules> Rules();
     void SetRules(std::shared_ptr<clsCatRules> cRules) noexcept { m_cRules = std::move(cRules); }
 
-    // Milliseconds, rounded to nearest with ties to even; 0 without cuts. For a main category the sum of the levels'
-    // averages, not of their totals, divided by the number of cuts; see the definition. Error 6 when out of range.
+    // Milliseconds, rounded to nearest with ties to even; 0 without cuts. For a main category the sum of the
+    // levels' averages, not of their totals, divided by the number of cuts; see the definition. Error 6 when
+    // out of range.
     std::int32_t AverageRunTimemS();
 
-    // A level's own collection, shared; for a main category a new collection with the cuts of all levels in order, each
-    // once, whose changes change nothing. Never null.
+    // A level's own collection, shared; for a main category a new collection with the cuts of all levels in
+    // order, each once, whose changes change nothing. Never null.
     std::shared_ptr<CutCollection> SchedCuts() const;
-    // Replaces the cuts: the total run time is set to 0 and every cut goes through AddCut, in order. Null is ignored.
-    void SetSchedCuts(const CutCollection* colCuts);
+    // Replaces the cuts: the total run time is set to 0, the collection becomes a new one, and every given
+    // cut is filed in order as AddCut does. Everything is filed before error 6 is raised.
+    void SetSchedCuts(const Cuts& colCuts);
 
-    // Files a cut: a level appends it to its order, a main category hands it to the level of the cut's own number, which
-    // it makes when missing (bCreatedNewSubCat is then set, never reset). The category's name is registered with the cut.
-    // False: no cut, level 0 (which is shown in a box), a negative level, or already there. Error 6, after everything else
-    // is done, when the level's total run time passes the 32-bit range.
+    // Files a cut: a level appends it to its order, a main category hands it to the level of the cut's own
+    // number, which it makes when missing (bCreatedNewSubCat is then set, never reset). The category's name
+    // is registered with the cut. False: no cut, level 0 (which is shown in a box), a negative level, or
+    // already there. Error 6, after everything else is done, when the level's total run time passes the
+    // 32-bit range.
     bool AddCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
 
-    // Takes a cut out of this object's own SchedCuts (not out of its levels'), by its key, else by its secondary key, and
-    // takes the category's name off the cut. False when it was not there.
+    // Takes a cut out of this object's own SchedCuts (not out of its levels'), by its key, else by its
+    // secondary key, and takes the category's name off the cut. False when it was not there.
     bool RemoveCut(const std::shared_ptr<Cut>& cCut);
 
     std::int32_t TotalCuts() const noexcept;
@@ -87,7 +91,16 @@ public:
     ModScheduler& Mod() const noexcept { return m_cMod; }
 
 private:
-    bool AddToLevel(const std::shared_ptr<Cut>& cCut);
+    enum class Filed
+    {
+        No,
+        Yes,
+        YesOverflow, // filed, and the level's total run time has passed the 32-bit range
+    };
+    Filed File(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
+    Filed FileInLevel(const std::shared_ptr<Cut>& cCut);
+    Filed FileInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
+    void SortSubCats();
 
     ModScheduler& m_cMod;
     std::weak_ptr<clsCat> m_cMainCat;
@@ -95,7 +108,8 @@ private:
     std::int32_t m_lCatLevel = 0;
     std::shared_ptr<CutCollection> m_colSchedCuts;
     std::shared_ptr<CatCollection> m_colSubCats;
-    std::int64_t m_lTotalRunTime = 0; // ms; 64 bits, so that averages stay true past the range hosts are told about
+    std::int64_t m_lTotalRunTime =
+        0; // ms; 64 bits, so that averages stay true past the range hosts are told about
     std::shared_ptr<clsCatRules> m_cRules;
 };
 

@@ -5,24 +5,25 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace ravlo
 {
 
-// The separation rules of one category, in minutes, tied to one rules file that is read when CatID is set and rewritten
-// whenever a rule changes and when the object is released. File format: docs/formats/rules.md.
+// The separation rules of one category, in minutes, tied to one rules file that is read when CatID is set and
+// rewritten whenever a rule changes and when the object is released. File format: docs/formats/rules.md.
 class clsCatRules
 {
 public:
     // Size of a rules file: 4 + 4 + 2 + 55 + 4 bytes.
     static constexpr std::size_t lRecordSize = 69;
-    // Width of the CatID field, in bytes of the code page.
+    // Width of the CatID field: characters in memory, bytes of the code page in the file.
     static constexpr std::size_t lCatIDWidth = 55;
 
     explicit clsCatRules(ModScheduler& cMod);
-    // Rewrites the file once more, unless another rules object has written it since this one last read or wrote it:
-    // an old object that is released late must not bring old values back. Errors are only logged.
+    // Rewrites the file once more, unless another rules object has written it since this one last read or
+    // wrote it: an old object that is released late must not bring old values back. Errors are only logged.
     ~clsCatRules();
     clsCatRules(const clsCatRules&) = delete;
     clsCatRules& operator=(const clsCatRules&) = delete;
@@ -34,8 +35,9 @@ public:
 
     // The key without leading and trailing blanks.
     std::wstring CatID() const;
-    // An empty value is ignored. Otherwise loads the rules file of that name over the present values and binds the object
-    // to the first 55 bytes of the key.
+    // An empty value is ignored. Otherwise loads the rules file of that name over the present values and
+    // binds the object to the first 55 characters of the key (a longer one is noted in the debug log: its
+    // rules are saved under the cut key).
     void SetCatID(const std::wstring& sCatID);
 
     // The stored value, or the global separation when none is set here.
@@ -48,8 +50,8 @@ public:
     bool IgnoreRules() const noexcept { return m_bIgnore; }
     void SetIgnoreRules(bool bIgnore);
 
-    // What the rules editor stores in one go, with a single save. Nothing in a field leaves the value alone; the album
-    // value is stored as it stands, so that -1 unsets it. Returns SaveRules().
+    // What the rules editor stores in one go, with a single save. Nothing in a field leaves the value alone;
+    // the album value is stored as it stands, so that -1 unsets it. Returns SaveRules().
     struct Edit
     {
         std::optional<std::int32_t> lArtist;
@@ -69,8 +71,9 @@ private:
         LogOnly,
     };
     void GetRules(const std::wstring& sName);
+    void ReadRecord(const std::wstring& sPath);
     bool Save(Report eReport);
-    std::wstring PathOf(const std::wstring& sName) const; // empty without an application path
+    std::wstring PathOf(const std::wstring& sName) const;
     std::string Encode() const;
 
     ModScheduler& m_cMod;
@@ -78,8 +81,9 @@ private:
     std::int32_t m_lTitle = 0;
     std::int32_t m_lAlbum = 0;
     bool m_bIgnore = false;
-    std::string m_catID;               // the field's bytes, not padded
+    std::wstring m_sCatID;               // the field without its padding
     std::uint64_t m_lSeenGeneration = 0; // of the file SaveRules writes
+    bool m_bUnread = false;              // the file is there but could not be read: release leaves it alone
 };
 
 } // namespace ravlo

@@ -19,7 +19,8 @@ namespace ravlo
 using NameCollection = OrderedKeyedCollection<std::wstring>;
 
 // The public entry object of the library: one per host, made before its database is known, populated by
-// PopulateFromDataBase and asked for cuts from then on. A facade: each member routes to the part that does the work.
+// PopulateFromDataBase and asked for cuts from then on. A facade: each member routes to the part that does
+// the work.
 class clsSchedMan : public std::enable_shared_from_this<clsSchedMan>
 {
 public:
@@ -29,7 +30,8 @@ public:
     clsSchedMan(const clsSchedMan&) = delete;
     clsSchedMan& operator=(const clsSchedMan&) = delete;
 
-    // Who is told of events and who shows windows; null for nobody. Not owned; must be set back before they end.
+    // Who is told of events and who shows windows; null for nobody. Not owned; must be set back before they
+    // end.
     void SetEvents(SchedulerEvents* cEvents) noexcept;
     void SetWindows(SchedulerWindows* cWindows) noexcept;
 
@@ -49,7 +51,8 @@ public:
     // The main categories, keyed by name TAB "0"; the collection itself. Null before population.
     std::shared_ptr<CatCollection> colMainCats() const noexcept;
     // The cuts of a level, or of a whole main category for level 0; null when there is no such category.
-    std::shared_ptr<CutCollection> colCuts(const std::wstring& sCatName, std::int32_t lCatLevel = 0) const noexcept;
+    std::shared_ptr<CutCollection> colCuts(const std::wstring& sCatName,
+                                           std::int32_t lCatLevel = 0) const noexcept;
 
     std::shared_ptr<NameCollection> colSavedCatNames();
     bool SaveCatNames();
@@ -58,13 +61,14 @@ public:
 
     void UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut);
 
-    // The cut that plays next from the level that strSubCatKey names; never null. cMainCat, cSubCat and sMainCatKey
-    // receive what the key led to. bSave writes the main category's order when the call has moved cuts.
+    // The cut that plays next from the level that strSubCatKey names; never null. cMainCat, cSubCat and
+    // sMainCatKey receive what the key led to. bSave writes the main category's order when the call has moved
+    // cuts.
     std::shared_ptr<Cut> NextCutFromRotation(const std::wstring& strSubCatKey, bool bMustBeOpener,
                                              const std::shared_ptr<Cut>& cPrevSchedCut,
-                                             std::shared_ptr<clsCat>& cMainCat, std::shared_ptr<clsCat>& cSubCat,
-                                             std::wstring& sMainCatKey, bool bForEditablePlaylist = false,
-                                             bool bSave = true);
+                                             std::shared_ptr<clsCat>& cMainCat,
+                                             std::shared_ptr<clsCat>& cSubCat, std::wstring& sMainCatKey,
+                                             bool bForEditablePlaylist = false, bool bSave = true);
     bool RotatesAllowed() const noexcept;
     void SetRotatesAllowed(bool bAllowed) noexcept;
 

@@ -4,6 +4,7 @@
 #include "ports/Ports.h"
 #include "ports/RuntimeError.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -14,8 +15,8 @@
 namespace ravlo
 {
 
-// What the whole library shares: the application path, the debug log, the error display and the global separations.
-// One instance serves every manager of the library; it must outlive all that was given it.
+// What the whole library shares: the application path, the debug log, the error display and the global
+// separations. One instance serves every manager of the library; it must outlive all that was given it.
 class ModScheduler
 {
 public:
@@ -30,11 +31,13 @@ public:
     std::wstring AppPath() const;
     void StoreAppPath(const std::wstring& sAppPath);
 
-    // --- debug log -------------------------------------------------------------------------------------------------
-    // Notes one line with the present time. Inside a LogScope lines are gathered and appended together when the
+    // --- debug log
+    // ------------------------------------------------------------------------------------------------- Notes
+    // one line with the present time. Inside a LogScope lines are gathered and appended together when the
     // outermost scope ends; otherwise the line is appended at once. Never fails the caller.
     void WriteDebugLog(const std::wstring& sMessage);
-    // Appends what was gathered so far. Called before anything that lets others run: an event, a box, a pump, a save.
+    // Appends what was gathered so far. Called before anything that lets others run: an event, a box, a pump,
+    // a save.
     void FlushDebugLog() noexcept;
     class LogScope
     {
@@ -48,22 +51,25 @@ public:
         ModScheduler& m_cMod;
     };
 
-    // --- error display ---------------------------------------------------------------------------------------------
-    // Logs "DISPLAYERROR, <procedure> <number> <description>"; with bShow also shows the information box titled with the
-    // procedure's name: "Handled Error!", description and number on three lines.
+    // --- error display
+    // --------------------------------------------------------------------------------------------- Logs
+    // "DISPLAYERROR, <procedure> <number> <description>"; with bShow also shows the information box titled
+    // with the procedure's name: "Handled Error!", description and number on three lines.
     void DISPLAYERROR(const std::wstring& sProcedure, bool bShow, const RuntimeError& cError) noexcept;
     // The critical box "<number> <description>" under a title of its own, and one log line.
     void ShowCriticalError(const std::wstring& sTitle, const RuntimeError& cError) noexcept;
     // One log line, no box.
     void LogError(const std::wstring& sWhere, const RuntimeError& cError) noexcept;
 
-    // --- boxes and yielding; the debug log is flushed first ----------------------------------------------------------
+    // --- boxes and yielding; the debug log is flushed first
+    // ----------------------------------------------------------
     BoxAnswer Box(BoxIcon eIcon, BoxButtons eButtons, const std::wstring& sTitle, const std::wstring& sText);
     std::optional<std::wstring> Input(const std::wstring& sTitle, const std::wstring& sPrompt);
     void Pump();
     void Sleep(std::uint32_t lMilliseconds);
 
-    // --- global separations, in minutes, never negative -------------------------------------------------------------
+    // --- global separations, in minutes, never negative
+    // -------------------------------------------------------------
     std::int32_t GlobalArtistSepMins() const noexcept { return m_lArtist; }
     std::int32_t GlobalTitleSepMins() const noexcept { return m_lTitle; }
     std::int32_t GlobalAlbumSepMins() const noexcept { return m_lAlbum; }
@@ -71,19 +77,24 @@ public:
     void SetGlobalArtistSepMins(std::int32_t lMins);
     void SetGlobalTitleSepMins(std::int32_t lMins);
     void SetGlobalAlbumSepMins(std::int32_t lMins);
-    // Errors are ignored: what cannot be read is 60. LoadSettings without an application path leaves 60 everywhere.
+    // Errors are ignored: what cannot be read is 60. LoadSettings without an application path leaves 60
+    // everywhere.
     void LoadSettings();
-    // False when there is no application path or the file could not be written. A settings file that could not be read
-    // is left alone unless a setter has run since.
+    // False when there is no application path or the file could not be written. A settings file that could
+    // not be read is left alone unless a setter has run since.
     bool SaveSettings() noexcept;
 
-    // --- who wrote a file last ---------------------------------------------------------------------------------------
-    // A number per file (without regard to case) that grows with every write noted here; 0 for a file never noted. Lets an
+    // --- who wrote a file last
+    // --------------------------------------------------------------------------------------- A number per
+    // file (without regard to case) that grows with every write noted here; 0 for a file never noted. Lets an
     // object that is released late see that its values are no longer the newest.
     std::uint64_t FileGeneration(const std::wstring& sPath) const;
     std::uint64_t NoteFileWritten(const std::wstring& sPath);
 
 private:
+    void AppendLines(std::size_t lFirst, std::size_t lEnd);
+    void SetSetting(std::int32_t& lSetting, std::int32_t lMins);
+
     Ports m_cPorts;
     std::wstring m_sAppPath;
     std::int32_t m_lArtist = 60;
@@ -99,14 +110,15 @@ private:
     std::unordered_map<std::wstring, std::uint64_t> m_colGenerations; // keyed by the folded path
     std::vector<LogLine> m_colLines;
     int m_lScopes = 0;
+    bool m_bFlushing = false;
 };
 
-// Turns whatever is being handled in a catch (...) block into a RuntimeError: itself, 7 for lack of memory, 51 with the
-// exception's text for the rest.
+// Turns whatever is being handled in a catch (...) block into a RuntimeError: itself, 7 for lack of memory,
+// 51 with the exception's text for the rest.
 RuntimeError CurrentError() noexcept;
 
-// Runs a public operation and catches at its edge: an error is shown in the critical form under sTitle and the failure
-// result comes back.
+// Runs a public operation and catches at its edge: an error is shown in the critical form under sTitle and
+// the failure result comes back.
 template <class Result, class Body>
 Result TrapCritical(ModScheduler& cMod, const wchar_t* sTitle, Result failure, Body&& body)
 {

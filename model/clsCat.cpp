@@ -1,0 +1,287 @@
+// SPDX-License-Identifier: MIT
+#include "model/clsCat.h"
+
+#include "collections/Text.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace ravlo
+{
+
+namespace
+{
+
+bool FitsLong(std::int64_t lValue)
+{
+    return lValue >= std::numeric_limits<std::int32_t>::min() &&
+           lValue <= std::numeric_limits<std::int32_t>::max();
+}
+
+// lTotal / lCount as automation divides and converts: in double precision, to nearest, ties to even.
+std::int32_t AverageOf(std::int64_t lTotal, std::int64_t lCount)
+{
+    if (lCount == 0)
+        return 0;
+    const std::optional<std::int32_t> lAverage =
+        ToLong(static_cast<double>(lTotal) / static_cast<double>(lCount));
+    if (!lAverage)
+        throw RuntimeError(error::Overflow);
+    return *lAverage;
+}
+
+// Whether a cut found under cCut's secondary key may stand for cCut. Two database cuts with numbers of their
+// own are two cuts, whatever their secondary keys say.
+bool MayBeSame(const Cut& cFound, const Cut& cCut)
+{
+    if (&cFound == &cCut || cFound.ID() == 0 || cCut.ID() == 0)
+        return true;
+    return cFound.ID() == cCut.ID();
+}
+
+} // namespace
+
+std::wstring CategoryKey(const std::wstring& sCatName, std::int32_t lCatLevel)
+{
+    return sCatName + cTab + DecimalText(lCatLevel);
+}
+
+clsCat::clsCat(ModScheduler& cMod)
+    : m_cMod(cMod), m_colSchedCuts(std::make_shared<CutCollection>()),
+      m_colSubCats(std::make_shared<CatCollection>())
+{
+    SetCatLevel(-1);
+}
+
+clsCat::clsCat(ModScheduler& cMod, std::wstring sCatName, std::int32_t lCatLevel) : clsCat(cMod)
+{
+    SetCatName(std::move(sCatName));
+    SetCatLevel(lCatLevel);
+}
+
+std::shared_ptr<clsCatRules> clsCat::Rules()
+{
+    if (!m_cRules)
+    {
+        m_cRules = std::make_shared<clsCatRules>(m_cMod);
+        m_cRules->SetCatID(m_sCatName + L"\u00AC\u00AC\u00AC" + DecimalText(m_lCatLevel));
+    }
+    return m_cRules;
+}
+
+std::int32_t clsCat::AverageRunTimemS()
+{
+    if (m_lCatLevel != 0)
+        return AverageOf(m_lTotalRunTime, static_cast<std::int64_t>(m_colSchedCuts->Count()));
+    // On purpose: the sum of the levels' averages, not of their totals, divided by the number of cuts, and
+    // left behind as this category's total; hosts show this figure.
+    m_lTotalRunTime = 0;
+    std::int64_t lCount = 0;
+    for (const std::shared_ptr<clsCat>& cSubCat : *m_colSubCats)
+    {
+        m_lTotalRunTime += cSubCat->AverageRunTimemS();
+        if (!FitsLong(m_lTotalRunTime))
+            throw RuntimeError(error::Overflow);
+        lCount += static_cast<std::int64_t>(cSubCat->m_colSchedCuts->Count());
+    }
+    return AverageOf(m_lTotalRunTime, lCount);
+}
+
+std::shared_ptr<CutCollection> clsCat::SchedCuts() const
+{
+    if (m_lCatLevel != 0)
+        return m_colSchedCuts;
+    auto colMerged = std::make_shared<CutCollection>();
+    for (const std::shared_ptr<clsCat>& cSubCat : *m_colSubCats)
+        for (const std::shared_ptr<Cut>& cCut : *cSubCat->m_colSchedCuts)
+            colMerged->Add(cCut->Key(), cCut); // a cut of two levels stays at its first place
+    return colMerged;
+}
+
+void clsCat::SetSchedCuts(const Cuts& colCuts)
+{
+    const std::shared_ptr<CutCollection> colOld = m_colSchedCuts;
+    const std::int64_t lOldTotal = m_lTotalRunTime;
+    m_colSchedCuts = std::make_shared<CutCollection>();
+    m_colSchedCuts->Reserve(m_lCatLevel == 0 ? 0 : colCuts.size());
+    m_lTotalRunTime = 0;
+    try
+    {
+        bool bCreatedNewSubCat = false;
+        for (const std::shared_ptr<Cut>& cCut : colCuts)
+            File(cCut, bCreatedNewSubCat);
+    }
+    catch (...)
+    {
+        m_colSchedCuts = colOld;
+        m_lTotalRunTime = lOldTotal;
+        throw;
+    }
+    RecalcTotalRunTime();
+}
+
+bool clsCat::AddCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat)
+{
+    const Filed eFiled = File(cCut, bCreatedNewSubCat);
+    if (eFiled == Filed::YesOverflow)
+        throw RuntimeError(error::Overflow);
+    return eFiled == Filed::Yes;
+}
+
+clsCat::Filed clsCat::File(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat)
+{
+    if (!cCut)
+        return Filed::No;
+    if (cCut->CatLevel() == 0)
+    {
+        m_cMod.Box(BoxIcon::Critical, BoxButtons::Ok, L"Contact Techincal.",
+                   L"Illegal attempt to add level 0 cut to category " + m_sCatName);
+        return Filed::No;
+    }
+    return m_lCatLevel != 0 ? FileInLevel(cCut) : FileInMainCat(cCut, bCreatedNewSubCat);
+}
+
+clsCat::Filed clsCat::FileInLevel(const std::shared_ptr<Cut>& cCut)
+{
+    const std::int32_t lRunTime = cCut->RunTimemS();
+    const bool bAdded = m_colSchedCuts->Add(cCut->Key(), cCut);
+    if (bAdded)
+        m_lTotalRunTime += lRunTime;
+    cCut->AddCategoryName(m_sCatName);
+    if (!bAdded)
+        return Filed::No;
+    return FitsLong(m_lTotalRunTime) ? Filed::Yes : Filed::YesOverflow;
+}
+
+clsCat::Filed clsCat::FileInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat)
+{
+    std::shared_ptr<clsCat> cSubCat = SubCat(cCut->CatLevel());
+    if (!cSubCat)
+    {
+        cSubCat = std::make_shared<clsCat>(m_cMod, m_sCatName, cCut->CatLevel());
+        // A negative number is no level: the new category's is 0 then, and AddSubCat refuses it.
+        if (!AddSubCat(cSubCat))
+            return Filed::No;
+        bCreatedNewSubCat = true;
+    }
+    const Filed eFiled = cSubCat->File(cCut, bCreatedNewSubCat);
+    cCut->AddCategoryName(m_sCatName);
+    return eFiled;
+}
+
+bool clsCat::RemoveCut(const std::shared_ptr<Cut>& cCut)
+{
+    if (!cCut)
+        return false;
+    bool bRemoved = m_colSchedCuts->Remove(cCut->Key());
+    if (!bRemoved)
+    {
+        const std::wstring sSecondary = cCut->SecondaryKey();
+        const std::shared_ptr<Cut>* cFound = sSecondary.empty() ? nullptr : m_colSchedCuts->Find(sSecondary);
+        bRemoved = cFound && MayBeSame(**cFound, *cCut) && m_colSchedCuts->Remove(sSecondary);
+    }
+    if (bRemoved && cCut->HasCategoryName(m_sCatName))
+    {
+        cCut->RemoveCategoryName(m_sCatName);
+        m_lTotalRunTime -= cCut->RunTimemS();
+    }
+    return bRemoved;
+}
+
+std::int32_t clsCat::TotalCuts() const noexcept
+{
+    if (m_lCatLevel != 0)
+        return static_cast<std::int32_t>(m_colSchedCuts->Count());
+    std::size_t lTotal = 0;
+    for (const std::shared_ptr<clsCat>& cSubCat : *m_colSubCats)
+        lTotal += cSubCat->m_colSchedCuts->Count();
+    return static_cast<std::int32_t>(lTotal);
+}
+
+bool clsCat::AddSubCat(const std::shared_ptr<clsCat>& cSubCat)
+{
+    return Trap(m_cMod, L"AddSubCat [clsCat]", false,
+                [&]
+                {
+                    if (!cSubCat)
+                        return false;
+                    if (cSubCat->CatLevel() == 0)
+                    {
+                        m_cMod.Box(BoxIcon::Critical, BoxButtons::Ok, L"Please contact support.",
+                                   L"Illegal - a subcat MUST have a level");
+                        return false;
+                    }
+                    if (!m_colSubCats->Add(TextKey(DecimalText(cSubCat->CatLevel())), cSubCat))
+                        return false;
+                    SortSubCats();
+                    cSubCat->SetMainCat(shared_from_this());
+                    return true;
+                });
+}
+
+void clsCat::SortSubCats()
+{
+    // In place, so that a host that holds the collection keeps seeing this category's levels. One level has
+    // been added at the end; it moves in front of the first greater one. Whatever a host put out of order is
+    // put right on the way.
+    for (std::size_t lEnd = 1; lEnd < m_colSubCats->Count(); ++lEnd)
+    {
+        const std::int32_t lLevel = m_colSubCats->At(lEnd)->CatLevel();
+        std::size_t lPlace = lEnd;
+        while (lPlace > 0 && m_colSubCats->At(lPlace - 1)->CatLevel() > lLevel)
+            --lPlace;
+        if (lPlace == lEnd)
+            continue;
+        const std::shared_ptr<clsCat> cSubCat = m_colSubCats->At(lEnd);
+        const TextKey* cShared = m_colSubCats->KeyAt(lEnd);
+        const std::optional<TextKey> cKey = cShared ? std::optional(*cShared) : std::nullopt;
+        m_colSubCats->RemoveAt(lEnd);
+        m_colSubCats->Insert(lPlace, cKey ? &*cKey : nullptr, cSubCat);
+    }
+}
+
+bool clsCat::RemoveSubCat(const std::shared_ptr<clsCat>& cSubCat)
+{
+    if (!cSubCat)
+        return false;
+    const std::wstring sKey = DecimalText(cSubCat->CatLevel());
+    if (!m_colSubCats->Exists(sKey))
+        return false;
+    const Cuts colCuts(cSubCat->m_colSchedCuts->begin(), cSubCat->m_colSchedCuts->end());
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+        RemoveCut(cCut); // finds nothing in a main category: the cuts stay in the level that is taken away
+    const bool bRemoved = m_colSubCats->Remove(sKey);
+    RecalcTotalRunTime();
+    return bRemoved;
+}
+
+std::shared_ptr<clsCat> clsCat::SubCat(std::int32_t lCatLevel) const
+{
+    const std::shared_ptr<clsCat>* cFound = m_colSubCats->Find(DecimalText(lCatLevel));
+    return cFound ? *cFound : nullptr;
+}
+
+std::wstring clsCat::CatID() const
+{
+    return m_lCatLevel > 0 ? DecimalText(m_lCatLevel) : CategoryKey(m_sCatName, 0);
+}
+
+void clsCat::RecalcTotalRunTime()
+{
+    std::int64_t lTotal = 0;
+    const auto AddAll = [&lTotal](const CutCollection& colCuts)
+    {
+        for (const std::shared_ptr<Cut>& cCut : colCuts)
+            lTotal += cCut->RunTimemS();
+    };
+    if (m_lCatLevel != 0)
+        AddAll(*m_colSchedCuts);
+    else
+        for (const std::shared_ptr<clsCat>& cSubCat : *m_colSubCats)
+            AddAll(*cSubCat->m_colSchedCuts);
+    m_lTotalRunTime = lTotal;
+    if (!FitsLong(lTotal))
+        throw RuntimeError(error::Overflow);
+}
+
+} // namespace ravlo

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/clsCat.h"
+#include "scheduler/EventRelay.h"
+#include "scheduler/modscheduler/ModScheduler.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace ravlo
+{
+
+// The history/ordering files, one per main category, by which the rotation order of every level and the
+// levels without cuts survive a restart. File format: docs/formats/sif.md.
+class HistoryFiles
+{
+public:
+    static constexpr std::size_t lRecordSize = 1983;
+    static constexpr std::size_t lTextWidth = 255; // of artist, title and path, in bytes of the code page
+
+    HistoryFiles(ModScheduler& cMod, EventRelay& cEvents) noexcept : m_cMod(cMod), m_cEvents(cEvents) {}
+
+    // Saves one main category. False, and nothing is written: no main category (shown), no record to write,
+    // or an error, which is shown. What is written is the order at the moment of the call, whatever the host
+    // does while it is told of the progress; a save that was overtaken by a newer one of the same category
+    // writes nothing and is true.
+    bool Save(const std::shared_ptr<clsCat>& cMainCat);
+
+    // Saves every one, in order. False when one of them had no record or could not be saved; one that is no
+    // main category ends it.
+    bool SaveAll(const CatCollection& colMainCats);
+
+    // Saves without a word: for picks on air. A failure is logged and the save is owed: SaveOwed tries again.
+    void SaveQuietly(const std::shared_ptr<clsCat>& cMainCat);
+    void SaveOwed(const CatCollection& colMainCats);
+
+    // Reads the file of each main category and applies it: restores the orders and makes the empty levels.
+    // Cuts that the file does not name come to stand first.
+    void ApplyHistory(const CatCollection& colMainCats);
+
+    // Removes a category's file when there is one. Throws.
+    void DeleteFile(const std::wstring& sCatName);
+
+    // What a path becomes in a record's field of 255 bytes, without the blanks at its ends: the identity of a
+    // cut in the file.
+    std::string PathField(const std::wstring& sPath) const;
+
+private:
+    struct Record
+    {
+        std::int32_t lLevel;
+        bool bLevelMarker;
+        std::string path; // the field's bytes without blanks at the ends
+    };
+    struct Snapshot;   // what a save writes, taken before the first yield
+    struct LevelOrder; // a level's new order while records are applied
+    enum class Report
+    {
+        Show,
+        LogOnly,
+    };
+    enum class Saved
+    {
+        Yes,
+        NoRecords,
+        NotMain,
+        Failed,
+    };
+
+    Saved SaveOne(const std::shared_ptr<clsCat>& cMainCat, Report eReport);
+    Snapshot TakeSnapshot(const clsCat& cMainCat);
+    std::string Fill(const Snapshot& cSnapshot, Report eReport);
+    void Write(const Snapshot& cSnapshot, const std::string& bytes, Report eReport);
+
+    // Nothing: there is no file, or it is damaged.
+    std::optional<std::vector<Record>> RetrieveHistoryAndOrdering(const clsCat& cMainCat);
+    void Apply(clsCat& cMainCat, const std::vector<Record>& colRecords);
+    bool EnsureLevel(clsCat& cMainCat, const Record& record);
+
+    std::wstring PathOf(const std::wstring& sCatName) const;
+
+    ModScheduler& m_cMod;
+    EventRelay& m_cEvents;
+    std::uint64_t m_lSnapshots = 0;
+    std::unordered_map<std::wstring, std::uint64_t>
+        m_colNewestWritten;                           // folded path -> number of its newest snapshot
+    std::unordered_set<std::wstring> m_colNotApplied; // folded paths of files not applied in full
+    std::unordered_set<std::wstring> m_colOwed;       // keys of main categories
+};
+
+} // namespace ravlo

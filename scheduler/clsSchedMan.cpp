@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/clsSchedMan.h"
+
+#include "collections/Text.h"
+#include "rotation/NextCut.h"
+#include "scheduler/CategoryList.h"
+#include "scheduler/EventRelay.h"
+#include "scheduler/HistoryFiles.h"
+#include "scheduler/Population.h"
+
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+// Names become file names: these may not stand in one. In the order hosts are shown them.
+std::shared_ptr<NameCollection> IllegalChars()
+{
+    auto colChars = std::make_shared<NameCollection>();
+    for (const wchar_t c : std::wstring_view(L"*/:<>?\\|\""))
+        colChars->Add(std::wstring(1, c));
+    return colChars;
+}
+
+} // namespace
+
+// The parts the facade routes to, and what they share.
+struct clsSchedMan::Parts
+{
+    explicit Parts(ModScheduler& cModule)
+        : cMod(cModule), cEvents(cModule), cCategoryList(cModule), cHistoryFiles(cModule, cEvents),
+          colIllegalChars(IllegalChars())
+    {
+    }
+
+    ModScheduler& cMod;
+    EventRelay cEvents;
+    SchedulerWindows* cWindows = nullptr;
+    PlayHistory cPlayHistory;
+    CategoryList cCategoryList;
+    HistoryFiles cHistoryFiles;
+    std::shared_ptr<NameCollection> colIllegalChars;
+    std::shared_ptr<ravlo::DataBase> cDataBase;
+    std::shared_ptr<CatCollection> colMainCats;
+    std::wstring sPopulatedAppPath; // of the last population this manager completed; empty before
+    bool bPopulating = false;
+    bool bRotatesAllowed = false;
+};
+
+clsSchedMan::clsSchedMan(ModScheduler& cMod) : m_cParts(std::make_unique<Parts>(cMod)) {}
+
+clsSchedMan::~clsSchedMan()
+{
+    try
+    {
+        Parts& my = *m_cParts;
+        const ModScheduler::LogScope cScope(my.cMod);
+        my.cEvents.Listen(nullptr);
+        if (my.sPopulatedAppPath.empty())
+            return;
+        my.cCategoryList.SaveCatNames(my.colMainCats.get(), my.sPopulatedAppPath);
+        // The settings are the library's: when another manager has moved it to another folder since, they are
+        // that one's.
+        if (my.sPopulatedAppPath == my.cMod.AppPath())
+            my.cMod.SaveSettings();
+    }
+    catch (...)
+    {
+        // Errors at the end are ignored: there is nobody left to tell.
+    }
+}
+
+void clsSchedMan::SetEvents(SchedulerEvents* cEvents) noexcept { m_cParts->cEvents.Listen(cEvents); }
+void clsSchedMan::SetWindows(SchedulerWindows* cWindows) noexcept { m_cParts->cWindows = cWindows; }
+ModScheduler& clsSchedMan::Mod() const noexcept { return m_cParts->cMod; }
+
+const std::shared_ptr<NameCollection>& clsSchedMan::colIllegalChars() const noexcept
+{
+    return m_cParts->colIllegalChars;
+}
+
+std::shared_ptr<DataBase> clsSchedMan::DataBase() const noexcept { return m_cParts->cDataBase; }
+std::wstring clsSchedMan::AppPath() const { return m_cParts->cMod.AppPath(); }
+std::shared_ptr<CatCollection> clsSchedMan::colMainCats() const noexcept { return m_cParts->colMainCats; }
+
+// ---- population
+// -----------------------------------------------------------------------------------------------------
+
+void clsSchedMan::PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBase,
+                                       const std::wstring& strAppPath)
+{
+    Parts& my = *m_cParts;
+    const std::shared_ptr<clsSchedMan> cKeepAlive = weak_from_this().lock();
+    const ModScheduler::LogScope cScope(my.cMod);
+    if (strAppPath.empty())
+    {
+        my.cMod.Box(BoxIcon::None, BoxButtons::Ok, sProgramTitle,
+                    L"'strAppPath' Must be the 'app.path' of the calling app!");
+        return;
+    }
+    if (my.bPopulating)
+    {
+        my.cMod.WriteDebugLog(L"PopulateFromDataBase was called while it is running; ignored.");
+        return;
+    }
+    struct Populating
+    {
+        bool& bFlag;
+        explicit Populating(bool& b) : bFlag(b) { bFlag = true; }
+        ~Populating() { bFlag = false; }
+    } const cPopulating(my.bPopulating);
+    TrapCritical(my.cMod, L"Error in PopulateFromDataBase [cSchedMan]", false,
+                 [&]
+                 {
+                     my.cMod.StoreAppPath(strAppPath);
+                     CreateFolders(my.cMod);
+                     my.cMod.LoadSettings();
+                     if (!cDataBase)
+                     {
+                         my.cMod.Box(BoxIcon::None, BoxButtons::Ok, sProgramTitle,
+                                     L"PopulateFromDatabase in clsSchedMan actually does need a database!");
+                         return false;
+                     }
+                     my.cDataBase = std::move(cDataBase);
+                     Population cPopulation(my.cMod, my.cEvents, my.cCategoryList, my.cHistoryFiles);
+                     my.colMainCats = cPopulation.Build(*my.cDataBase);
+                     my.sPopulatedAppPath = my.cMod.AppPath();
+                     cPopulation.ReportProblems();
+                     return true;
+                 });
+}
+
+std::shared_ptr<CutCollection> clsSchedMan::colCuts(const std::wstring& sCatName,
+                                                    std::int32_t lCatLevel) const noexcept
+try
+{
+    if (sCatName.empty() || !m_cParts->colMainCats)
+        return nullptr;
+    const std::shared_ptr<clsCat>* cMainCat = m_cParts->colMainCats->Find(CategoryKey(sCatName, 0));
+    if (!cMainCat)
+        return nullptr;
+    if (lCatLevel == 0)
+        return (*cMainCat)->SchedCuts();
+    const std::shared_ptr<clsCat> cSubCat = (*cMainCat)->SubCat(lCatLevel);
+    return cSubCat ? cSubCat->SchedCuts() : nullptr;
+}
+catch (...)
+{
+    return nullptr; // errors are ignored here: hosts take nothing for "not there"
+}
+
+// ---- files
+// ----------------------------------------------------------------------------------------------------------
+
+std::shared_ptr<NameCollection> clsSchedMan::colSavedCatNames()
+{
+    const ModScheduler::LogScope cScope(m_cParts->cMod);
+    return m_cParts->cCategoryList.GetSavedCatNames();
+}
+
+bool clsSchedMan::SaveCatNames()
+{
+    Parts& my = *m_cParts;
+    const ModScheduler::LogScope cScope(my.cMod);
+    return my.cCategoryList.SaveCatNames(my.colMainCats.get(), my.cMod.AppPath());
+}
+
+bool clsSchedMan::SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat)
+{
+    Parts& my = *m_cParts;
+    const ModScheduler::LogScope cScope(my.cMod);
+    const std::shared_ptr<clsSchedMan> cKeepAlive = weak_from_this().lock();
+    const std::shared_ptr<CatCollection> colMainCats = my.colMainCats;
+    if (!cMainCat)
+        return colMainCats && my.cHistoryFiles.SaveAll(*colMainCats);
+    const bool bSaved = my.cHistoryFiles.Save(cMainCat);
+    if (colMainCats)
+        my.cHistoryFiles.SaveOwed(*colMainCats);
+    return bSaved;
+}
+
+// ---- rotation
+// -------------------------------------------------------------------------------------------------------
+
+std::shared_ptr<Cut> clsSchedMan::ArtistHistoryCut(const std::wstring& sArtist) const
+{
+    return m_cParts->cPlayHistory.ArtistHistoryCut(sArtist);
+}
+
+std::shared_ptr<Cut> clsSchedMan::AlbumHistoryCut(const std::wstring& sAlbum) const
+{
+    return m_cParts->cPlayHistory.AlbumHistoryCut(sAlbum);
+}
+
+std::shared_ptr<Cut> clsSchedMan::TitleHistoryCut(const std::wstring& sTitle) const
+{
+    return m_cParts->cPlayHistory.TitleHistoryCut(sTitle);
+}
+
+void clsSchedMan::UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut)
+{
+    Parts& my = *m_cParts;
+    const ModScheduler::LogScope cScope(my.cMod);
+    Trap(my.cMod, L"UpdateArtistTitleHistory", false,
+         [&]
+         {
+             if (cCut && my.cDataBase)
+                 my.cPlayHistory.Record(*cCut, *my.cDataBase);
+             return true;
+         });
+}
+
+bool clsSchedMan::RotatesAllowed() const noexcept { return m_cParts->bRotatesAllowed; }
+void clsSchedMan::SetRotatesAllowed(bool bAllowed) noexcept { m_cParts->bRotatesAllowed = bAllowed; }
+
+// ---- host and windows
+// -----------------------------------------------------------------------------------------------
+
+void clsSchedMan::ShowHelp() { m_cParts->cEvents.ShowHelpEvent(); }
+
+bool clsSchedMan::UIShowing() const noexcept
+{
+    return m_cParts->cWindows && m_cParts->cWindows->LibraryShowing();
+}
+
+void clsSchedMan::ReloadAll()
+{
+    try
+    {
+        if (m_cParts->cWindows)
+            m_cParts->cWindows->ReloadLibrary();
+    }
+    catch (...)
+    {
+        m_cParts->cMod.LogError(L"ReloadAll", CurrentError()); // errors are ignored here, but not unseen
+    }
+}
+
+} // namespace ravlo

@@ -1,0 +1,309 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/modscheduler/ModScheduler.h"
+
+#include "collections/CaseFolding.h"
+#include "collections/Text.h"
+
+#include <algorithm>
+#include <new>
+#include <string_view>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::int32_t lDefaultSepMins = 60;
+constexpr const wchar_t* sSettingsFile = L"Scheduler\\SchedulerSettings.dat";
+constexpr const wchar_t* sLogFolder = L"Debugging Logs\\Scheduler\\";
+
+std::wstring TwoDigits(int lValue)
+{
+    return {static_cast<wchar_t>(L'0' + lValue / 10 % 10), static_cast<wchar_t>(L'0' + lValue % 10)};
+}
+
+std::wstring LogFileName(int lDayOfMonth) { return L"Scheduler " + TwoDigits(lDayOfMonth) + L".deb"; }
+
+// 18 characters: "dd/mm/yy hh:mm:ss" and one blank.
+std::wstring TimeStamp(DateTime dtWhen)
+{
+    const DateFields when = FieldsOf(dtWhen);
+    return TwoDigits(when.lDay) + L"/" + TwoDigits(when.lMonth) + L"/" + TwoDigits(when.lYear % 100) + L" " +
+           TwoDigits(when.lHour) + L":" + TwoDigits(when.lMinute) + L":" + TwoDigits(when.lSecond) + L" ";
+}
+
+std::int32_t NeverNegative(std::int32_t lMins) { return lMins < 0 ? lDefaultSepMins : lMins; }
+
+std::int32_t MinutesOf(const std::vector<std::wstring>& colPieces, std::size_t lIndex)
+{
+    if (lIndex >= colPieces.size())
+        return lDefaultSepMins;
+    const std::optional<double> dValue = NumericValue(colPieces[lIndex]);
+    return NeverNegative(dValue ? ToLong(*dValue).value_or(lDefaultSepMins) : lDefaultSepMins);
+}
+
+} // namespace
+
+ModScheduler::ModScheduler(const Ports& cPorts) : m_cPorts(cPorts) {}
+
+ModScheduler::~ModScheduler() { FlushDebugLog(); }
+
+std::wstring ModScheduler::AppPath() const
+{
+    if (m_sAppPath.empty() || m_sAppPath.back() == L'\\')
+        return m_sAppPath;
+    return m_sAppPath + L"\\";
+}
+
+void ModScheduler::StoreAppPath(const std::wstring& sAppPath)
+{
+    if (sAppPath == m_sAppPath)
+        return;
+    FlushDebugLog(); // what was noted until now belongs to the folder that was known until now
+    m_sAppPath = sAppPath;
+}
+
+// ---- debug log
+// ------------------------------------------------------------------------------------------------------
+
+void ModScheduler::WriteDebugLog(const std::wstring& sMessage)
+{
+    try
+    {
+        m_colLines.push_back({m_cPorts.cClock.Now(), sMessage});
+    }
+    catch (...)
+    {
+        return; // a log line that cannot be kept must not fail what it tells of
+    }
+    if (m_lScopes == 0)
+        FlushDebugLog();
+}
+
+void ModScheduler::FlushDebugLog() noexcept
+{
+    if (m_colLines.empty() || m_bFlushing)
+        return;
+    m_bFlushing = true;
+    try
+    {
+        for (std::size_t lFirst = 0; lFirst < m_colLines.size();)
+        {
+            const int lDay = FieldsOf(m_colLines[lFirst].dtWhen).lDay;
+            std::size_t lEnd = lFirst + 1;
+            while (lEnd < m_colLines.size() && FieldsOf(m_colLines[lEnd].dtWhen).lDay == lDay)
+                ++lEnd;
+            AppendLines(lFirst, lEnd);
+            lFirst = lEnd;
+        }
+    }
+    catch (...)
+    {
+        // On purpose: a missing log folder, a full disk or a locked file never reaches the caller.
+    }
+    m_colLines.clear();
+    m_bFlushing = false;
+}
+
+void ModScheduler::AppendLines(std::size_t lFirst, std::size_t lEnd)
+{
+    const std::wstring sAppPath = AppPath();
+    if (sAppPath.empty())
+        return; // without a folder of the host's there is no place for a log
+    const std::wstring sFolder = sAppPath + sLogFolder;
+    const DateTime dtFirst = m_colLines[lFirst].dtWhen;
+    // Last month's log of tomorrow's day goes today, so that about one month of logs is kept.
+    const std::wstring sTomorrow = sFolder + LogFileName(FieldsOf(dtFirst + 1).lDay);
+    if (m_cPorts.cFiles.FileExists(sTomorrow))
+    {
+        try
+        {
+            m_cPorts.cFiles.Delete(sTomorrow);
+        }
+        catch (const RuntimeError&)
+        {
+            // Someone reads it; today's lines matter more.
+        }
+    }
+    const std::wstring sToday = sFolder + LogFileName(FieldsOf(dtFirst).lDay);
+    std::wstring sLines;
+    if (!m_cPorts.cFiles.FileExists(sToday))
+        sLines = TimeStamp(dtFirst) + sProgramTitle + L" debugging log created." + sCrLf;
+    for (std::size_t lLine = lFirst; lLine < lEnd; ++lLine)
+    {
+        sLines += TimeStamp(m_colLines[lLine].dtWhen);
+        sLines += m_colLines[lLine].sMessage;
+        sLines += sCrLf;
+    }
+    m_cPorts.cFiles.Append(sToday, m_cPorts.cCodePage.Encode(sLines));
+}
+
+ModScheduler::LogScope::LogScope(ModScheduler& cMod) noexcept : m_cMod(cMod) { ++m_cMod.m_lScopes; }
+
+ModScheduler::LogScope::~LogScope()
+{
+    if (--m_cMod.m_lScopes == 0)
+        m_cMod.FlushDebugLog();
+}
+
+// ---- errors, boxes, yielding
+// ----------------------------------------------------------------------------------------
+
+void ModScheduler::DISPLAYERROR(const std::wstring& sProcedure, bool bShow,
+                                const RuntimeError& cError) noexcept
+{
+    try
+    {
+        const std::wstring sNumber = DecimalText(cError.Number());
+        WriteDebugLog(L"DISPLAYERROR, " + sProcedure + L" " + sNumber + L" " + cError.Description());
+        if (bShow)
+            Box(BoxIcon::Information, BoxButtons::Ok, sProcedure,
+                std::wstring(L"Handled Error!") + sCrLf + cError.Description() + sCrLf + sNumber);
+    }
+    catch (...)
+    {
+        // Reporting an error must not raise another one.
+    }
+}
+
+void ModScheduler::ShowCriticalError(const std::wstring& sTitle, const RuntimeError& cError) noexcept
+{
+    try
+    {
+        const std::wstring sText = DecimalText(cError.Number()) + L" " + cError.Description();
+        WriteDebugLog(sText);
+        Box(BoxIcon::Critical, BoxButtons::Ok, sTitle, sText);
+    }
+    catch (...)
+    {
+        // Reporting an error must not raise another one.
+    }
+}
+
+void ModScheduler::LogError(const std::wstring& sWhere, const RuntimeError& cError) noexcept
+{
+    DISPLAYERROR(sWhere, false, cError);
+}
+
+BoxAnswer ModScheduler::Box(BoxIcon eIcon, BoxButtons eButtons, const std::wstring& sTitle,
+                            const std::wstring& sText)
+{
+    FlushDebugLog();
+    return m_cPorts.cMessages.Box(eIcon, eButtons, sTitle, sText);
+}
+
+std::optional<std::wstring> ModScheduler::Input(const std::wstring& sTitle, const std::wstring& sPrompt)
+{
+    FlushDebugLog();
+    return m_cPorts.cMessages.Input(sTitle, sPrompt);
+}
+
+void ModScheduler::Pump()
+{
+    FlushDebugLog();
+    m_cPorts.cHostLoop.PumpMessages();
+}
+
+void ModScheduler::Sleep(std::uint32_t lMilliseconds) { m_cPorts.cHostLoop.Sleep(lMilliseconds); }
+
+// ---- settings
+// -------------------------------------------------------------------------------------------------------
+
+void ModScheduler::SetSetting(std::int32_t& lSetting, std::int32_t lMins)
+{
+    lSetting = NeverNegative(lMins);
+    m_bSettingsUnreadable = false; // the user has spoken: from here on our values are the ones to keep
+    SaveSettings();
+}
+
+void ModScheduler::SetGlobalArtistSepMins(std::int32_t lMins) { SetSetting(m_lArtist, lMins); }
+void ModScheduler::SetGlobalTitleSepMins(std::int32_t lMins) { SetSetting(m_lTitle, lMins); }
+void ModScheduler::SetGlobalAlbumSepMins(std::int32_t lMins) { SetSetting(m_lAlbum, lMins); }
+
+void ModScheduler::LoadSettings()
+{
+    m_lArtist = m_lTitle = m_lAlbum = lDefaultSepMins;
+    m_bSettingsUnreadable = false;
+    const std::wstring sAppPath = AppPath();
+    if (sAppPath.empty() || !m_cPorts.cFiles.FileExists(sAppPath + sSettingsFile))
+        return;
+    try
+    {
+        const std::wstring sText =
+            m_cPorts.cCodePage.Decode(m_cPorts.cFiles.ReadAll(sAppPath + sSettingsFile));
+        if (sText.find(sCrLf) == std::wstring::npos)
+            return;
+        const std::vector<std::wstring> colPieces = Split(sText, sCrLf);
+        m_lArtist = MinutesOf(colPieces, 0);
+        m_lTitle = MinutesOf(colPieces, 1);
+        m_lAlbum = MinutesOf(colPieces, 2);
+    }
+    catch (...)
+    {
+        LogError(L"LoadSettings", CurrentError());
+        m_bSettingsUnreadable = true;
+    }
+}
+
+bool ModScheduler::SaveSettings() noexcept
+{
+    try
+    {
+        const std::wstring sAppPath = AppPath();
+        if (sAppPath.empty() || m_bSettingsUnreadable)
+            return false;
+        std::wstring sText;
+        for (const std::int32_t lMins : {m_lArtist, m_lTitle, m_lAlbum})
+            sText += DecimalText(lMins) + sCrLf;
+        FlushDebugLog();
+        ReplaceFile(m_cPorts.cFiles, sAppPath + sSettingsFile, m_cPorts.cCodePage.Encode(sText));
+        return true;
+    }
+    catch (...)
+    {
+        LogError(L"SaveSettings", CurrentError());
+        return false;
+    }
+}
+
+// ---- file generations
+// -----------------------------------------------------------------------------------------------
+
+std::uint64_t ModScheduler::FileGeneration(const std::wstring& sPath) const
+{
+    const auto found = m_colGenerations.find(FoldCase(sPath));
+    return found == m_colGenerations.end() ? 0 : found->second;
+}
+
+std::uint64_t ModScheduler::NoteFileWritten(const std::wstring& sPath)
+{
+    return ++m_colGenerations[FoldCase(sPath)];
+}
+
+RuntimeError CurrentError() noexcept
+{
+    try
+    {
+        throw;
+    }
+    catch (const RuntimeError& cError)
+    {
+        return cError;
+    }
+    catch (const std::bad_alloc&)
+    {
+        return RuntimeError(7);
+    }
+    catch (const std::exception& cError)
+    {
+        const std::string_view sWhat = cError.what();
+        return RuntimeError(error::Internal, L"Internal error: " + std::wstring(sWhat.begin(), sWhat.end()));
+    }
+    catch (...)
+    {
+        return RuntimeError(error::Internal);
+    }
+}
+
+} // namespace ravlo
