@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include "rotation/NextCut.h"
+
+#include "collections/Text.h"
+#include "rotation/Placeholder.h"
+
+#include <optional>
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr const wchar_t* sNextCutFromRotationTitle = L"Error in NextCutFromRotation [cSchedMan]";
+
+std::shared_ptr<clsCat> ItemOf(const CatCollection* colCats, std::wstring_view sKey)
+{
+    const std::shared_ptr<clsCat>* pCat = colCats ? colCats->Find(sKey) : nullptr;
+    return pCat ? *pCat : nullptr;
+}
+
+// Follows the key. A kind when it leads to no level, or to one that must not rotate now.
+std::optional<CutKind> Resolve(const CatCollection* colMainCats, const RotationRequest& request,
+                               RotationAnswer& answer)
+{
+    const std::wstring_view sKey = request.strSubCatKey;
+    const std::size_t lTab = sKey.find(cTab);
+    if (lTab == std::wstring_view::npos)
+        return eKindMainCatNotFound;
+    answer.sMainCatKey = CategoryKey(std::wstring(sKey.substr(0, lTab)), 0);
+    answer.cMainCat = ItemOf(colMainCats, answer.sMainCatKey);
+    if (!answer.cMainCat)
+        return eKindMainCatNotFound;
+    // All that follows the first TAB: a second one is part of no level's number.
+    answer.cSubCat = ItemOf(answer.cMainCat->SubCats().get(), sKey.substr(lTab + 1));
+    if (!answer.cSubCat)
+        return eKindLevelNotFound;
+    if (!request.bForEditablePlaylist && !request.bRotatesAllowed)
+        return eKindRotationDeferred;
+    return std::nullopt;
+}
+
+void MarkAsAskedFor(Cut& cCut, const RotationRequest& request)
+{
+    cCut.SetCategoryKey(request.strSubCatKey);
+    cCut.SetMustBeOpener(request.bMustBeOpener);
+}
+
+void Answer(const CatCollection* colMainCats, const RotationRequest& request, const SelectionWorld& world,
+            RotationAnswer& answer)
+{
+    if (const std::optional<CutKind> eKind = Resolve(colMainCats, request, answer))
+    {
+        answer.cCut = MakePlaceholder(PlaceholderTexts{*eKind, {}, 0}, world.cDataBase.get());
+    }
+    else
+    {
+        Pick pick = NextCutFromCategory(answer.cSubCat, request.bMustBeOpener, request.cPrevSchedCut, world);
+        answer.bMovedCuts = pick.bMovedCuts;
+        answer.cCut = std::move(pick.cCut);
+    }
+    MarkAsAskedFor(*answer.cCut, request);
+}
+
+} // namespace
+
+RotationAnswer NextCutFromRotation(const CatCollection* colMainCats, const RotationRequest& request,
+                                   const SelectionWorld& world)
+{
+    RotationAnswer answer;
+    try
+    {
+        Answer(colMainCats, request, world, answer);
+    }
+    catch (...)
+    {
+        world.report(ErrorReport::Critical, sNextCutFromRotationTitle, CurrentError());
+        PlaceholderTexts texts;
+        if (answer.cSubCat)
+        {
+            texts.sCatName = answer.cSubCat->CatName();
+            texts.lCatLevel = answer.cSubCat->CatLevel();
+        }
+        // Of the library's own: what failed may well be the database's cut.
+        answer.cCut = MakePlaceholder(texts, nullptr);
+        MarkAsAskedFor(*answer.cCut, request);
+    }
+    return answer;
+}
+
+} // namespace ravlo

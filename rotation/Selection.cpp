@@ -1,0 +1,370 @@
+// SPDX-License-Identifier: MIT
+#include "rotation/Selection.h"
+
+#include "collections/Text.h"
+#include "rotation/Placeholder.h"
+#include "rotation/RotationOrder.h"
+
+#include <cmath>
+#include <cstddef>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::size_t lStepsPerPump = 5;
+// Stands for "never" where the title broke no rule.
+constexpr float sngNoTitlePlay = 1'000'000.0F;
+constexpr const wchar_t* sViolatesRulesWhere = L"ViolatesRules [schedman]";
+constexpr const wchar_t* sNextCutFromCategoryTitle = L"Error in NextCutFromCategory [cSchedMan]";
+
+// The keys a walk has examined. Most picks end within a few steps, so the set is made only when a few do not
+// suffice.
+class ExaminedKeys
+{
+public:
+    // False when the key was there already.
+    bool Insert(const TextKey& cKey)
+    {
+        if (m_colFirst.size() < lFew)
+        {
+            for (const TextKey& cSeen : m_colFirst)
+            {
+                if (cSeen == cKey)
+                    return false;
+            }
+            m_colFirst.push_back(cKey);
+            return true;
+        }
+        if (m_colAll.empty())
+            m_colAll.insert(m_colFirst.begin(), m_colFirst.end());
+        return m_colAll.insert(cKey).second;
+    }
+
+private:
+    static constexpr std::size_t lFew = 8;
+    struct Hash
+    {
+        std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
+    };
+    std::vector<TextKey> m_colFirst;
+    std::unordered_set<TextKey, Hash> m_colAll;
+};
+
+// The violator that is chosen when nothing else can be. Violators are told apart by their minutes as text,
+// and the first under a text stays. Texts rise with the minutes, so only the largest so far has to be kept: a
+// later one replaces it only when its minutes are larger and read differently.
+class BestViolator
+{
+public:
+    bool Replaces(const clsRuleViolation& violation) const
+    {
+        return !m_best.Cut || (violation.MinsAgo > m_best.MinsAgo &&
+                               SingleText(violation.MinsAgo) != SingleText(m_best.MinsAgo));
+    }
+    void Keep(const clsRuleViolation& violation, std::shared_ptr<Cut> cCopy)
+    {
+        m_best = violation;
+        m_best.Cut = std::move(cCopy);
+    }
+    // Its Cut is the copy, null when there was no violator.
+    const clsRuleViolation& Best() const noexcept { return m_best; }
+
+private:
+    clsRuleViolation m_best;
+};
+
+CutKind KindOf(const clsRuleViolation& violation) noexcept
+{
+    switch (violation.Violation)
+    {
+    case eGlobalTitle:
+        return eKindTitleViolation;
+    case eGlobalAlbum:
+        return eKindAlbumViolation;
+    default:
+        return eKindArtistViolation;
+    }
+}
+
+std::shared_ptr<Cut> CopyOf(const Cut& cCut)
+{
+    std::shared_ptr<Cut> cCopy = cCut.CloneCut();
+    if (!cCopy)
+        throw RuntimeError(error::ObjectNotSet);
+    return cCopy;
+}
+
+// One call's walk over a level.
+class Walk
+{
+public:
+    Walk(std::shared_ptr<clsCat> cSubCat, bool bMustBeOpener, std::shared_ptr<Cut> cPrevSchedCut,
+         const SelectionWorld& world)
+        : m_cSubCat(std::move(cSubCat)), m_bMustBeOpener(bMustBeOpener),
+          m_cPrevSchedCut(std::move(cPrevSchedCut)), m_world(world)
+    {
+    }
+
+    // Errors of cuts are thrown.
+    std::shared_ptr<Cut> Run()
+    {
+        m_world.note(TraceStep{});
+        if (!m_cSubCat)
+            return Refused(StepKind::NoCategory, eKindNoCategory);
+        if (m_cSubCat->CatLevel() == 0)
+            return Refused(StepKind::LevelZero, eKindLevelZero);
+        const std::size_t lCuts = m_cSubCat->SchedCuts()->Count();
+        if (lCuts == 0)
+            return Refused(StepKind::LevelEmpty, eKindLevelEmpty);
+
+        for (std::size_t i = 1; i <= lCuts; ++i)
+        {
+            if (i % lStepsPerPump == 0)
+                m_world.pump();
+            // Read anew at each step: at a pump the level may have been emptied, re-ordered or deleted.
+            const std::shared_ptr<CutCollection> colOrder = m_cSubCat->SchedCuts();
+            if (colOrder->Empty())
+                break;
+            if (std::shared_ptr<Cut> cCopy = ExamineHead(*colOrder))
+                return Chosen(std::move(cCopy), eKindChosen);
+        }
+        return ChosenFromViolators();
+    }
+
+    // The placeholder for a walk that found nothing or failed; never null.
+    std::shared_ptr<Cut> Placeholder(CutKind eKind) const
+    {
+        PlaceholderTexts texts;
+        texts.eKind = eKind;
+        if (m_cSubCat && (eKind == eKindLevelEmpty || eKind == eKindNothingSchedulable))
+        {
+            texts.sCatName = m_cSubCat->CatName();
+            texts.lCatLevel = m_cSubCat->CatLevel();
+        }
+        return MakePlaceholder(texts, m_world.cDataBase.get());
+    }
+
+    bool MovedCuts() const noexcept { return m_bMovedCuts; }
+
+private:
+    // One step: sends the head to the back, and gives a copy of it when it can be scheduled.
+    std::shared_ptr<Cut> ExamineHead(CutCollection& colOrder)
+    {
+        m_bMovedCuts = true;
+        const std::shared_ptr<Cut> cHead = colOrder.At(0);
+        const TextKey* pKey = colOrder.KeyAt(0);
+        if (!cHead || (pKey && !m_colExamined.Insert(*pKey)))
+        {
+            PassOver(colOrder, pKey);
+            return nullptr;
+        }
+
+        Candidate candidate{cHead, {}, {}};
+        bool bAccepted = true;
+        std::wstring sArtist;
+        std::wstring sTitle;
+        try
+        {
+            sArtist = cHead->Artist();
+            sTitle = cHead->Title();
+            bAccepted = !m_bMustBeOpener || cHead->Opener();
+        }
+        catch (...)
+        {
+            // A cut that cannot be read must not stop every later pick as well.
+            MoveHeadToEnd(colOrder, *cHead);
+            throw;
+        }
+        candidate.sArtist = sArtist;
+        candidate.sTitle = sTitle;
+
+        if (m_bMustBeOpener)
+            NoteCut(bAccepted ? StepKind::OpenerConsidered : StepKind::NotAnOpener, candidate);
+        else
+            NoteCut(StepKind::Considered, candidate);
+        SendHeadToBack(colOrder, *cHead);
+        return bAccepted ? Measured(candidate) : nullptr;
+    }
+
+    void PassOver(CutCollection& colOrder, const TextKey* pKey)
+    {
+        TraceStep step = StepInLevel(StepKind::PassedOver, *m_cSubCat);
+        if (pKey)
+            step.sKey = pKey->Text();
+        m_world.note(step);
+        colOrder.MoveToEnd(0);
+    }
+
+    void SendHeadToBack(CutCollection& colOrder, const Cut& cHead)
+    {
+        try
+        {
+            const SentToBack eSent = SendToBack(m_cSubCat.get(), &cHead, m_world.cDataBase.get());
+            if (eSent != SentToBack::Unknown)
+            {
+                const TextKey cKey = cHead.Key();
+                const bool bSent = eSent == SentToBack::Yes;
+                TraceStep step =
+                    StepInLevel(bSent ? StepKind::SentToBack : StepKind::NotSentToBack, *m_cSubCat);
+                step.sKey = cKey.Text();
+                m_world.note(step);
+            }
+        }
+        catch (...)
+        {
+            // No box on air: the entry is moved below all the same, and the candidate can still be scheduled.
+            m_world.report(ErrorReport::LogOnly, sSendToBackWhere, CurrentError());
+        }
+        MoveHeadToEnd(colOrder, cHead);
+    }
+
+    // What the database does not know, or knows under another key, would stay at the head and be examined for
+    // ever.
+    static void MoveHeadToEnd(CutCollection& colOrder, const Cut& cHead)
+    {
+        if (!colOrder.Empty() && colOrder.At(0).get() == &cHead)
+            colOrder.MoveToEnd(0);
+    }
+
+    std::shared_ptr<Cut> Measured(const Candidate& candidate)
+    {
+        clsRuleViolation violation =
+            ViolatesRules(*m_cSubCat, candidate, m_cPrevSchedCut.get(), m_world, m_bShowErrors);
+        if (violation.TitleMinsAgo == 0)
+            violation.TitleMinsAgo = sngNoTitlePlay;
+
+        TraceStep step = StepInLevel(StepKind::Measured, *m_cSubCat);
+        step.sArtist = candidate.sArtist;
+        step.sTitle = candidate.sTitle;
+        step.pViolation = &violation;
+        step.dTitleMinsKey = std::nearbyint(static_cast<double>(violation.TitleMinsAgo) * 1000.0) / 1000.0;
+        m_world.note(step);
+
+        if (violation.Violation == eNone)
+            return CopyOf(*candidate.cCut);
+        // Copied now, since the cut may change at the next pump.
+        if (m_best.Replaces(violation))
+            m_best.Keep(violation, CopyOf(*candidate.cCut));
+        return nullptr;
+    }
+
+    std::shared_ptr<Cut> ChosenFromViolators()
+    {
+        m_world.note(StepInLevel(StepKind::AllBreakRules, *m_cSubCat));
+        const clsRuleViolation& best = m_best.Best();
+        if (!best.Cut)
+            return Refused(StepKind::NothingLeft, eKindNothingSchedulable);
+
+        m_world.note(StepInLevel(StepKind::OnlyViolators, *m_cSubCat));
+        const std::wstring sArtist = best.Cut->Artist();
+        const std::wstring sTitle = best.Cut->Title();
+        TraceStep step = StepInLevel(StepKind::ViolatorChosen, *m_cSubCat);
+        step.sArtist = sArtist;
+        step.sTitle = sTitle;
+        step.pViolation = &best;
+        m_world.note(step);
+        return Chosen(best.Cut, KindOf(best));
+    }
+
+    std::shared_ptr<Cut> Chosen(std::shared_ptr<Cut> cCopy, CutKind eKind)
+    {
+        cCopy->SetKindCode(eKind);
+        m_world.note(StepInLevel(StepKind::LevelOfChoice, *m_cSubCat));
+        TraceStep average = StepInLevel(StepKind::AverageRunTime, *m_cSubCat);
+        average.lAverageRunTimemS = m_cSubCat->AverageRunTimemS();
+        m_world.note(average);
+        const std::wstring sArtist = cCopy->Artist();
+        const std::wstring sTitle = cCopy->Title();
+        NoteCut(StepKind::Chosen, Candidate{cCopy, sArtist, sTitle});
+        return cCopy;
+    }
+
+    std::shared_ptr<Cut> Refused(StepKind eStep, CutKind eKind)
+    {
+        TraceStep step = m_cSubCat ? StepInLevel(eStep, *m_cSubCat) : TraceStep{};
+        step.eKind = eStep;
+        m_world.note(step);
+        return Placeholder(eKind);
+    }
+
+    void NoteCut(StepKind eKind, const Candidate& candidate)
+    {
+        TraceStep step = StepInLevel(eKind, *m_cSubCat);
+        step.sArtist = candidate.sArtist;
+        step.sTitle = candidate.sTitle;
+        m_world.note(step);
+    }
+
+    const std::shared_ptr<clsCat> m_cSubCat; // kept alive: a pump may delete it from its main category
+    const bool m_bMustBeOpener;
+    const std::shared_ptr<Cut> m_cPrevSchedCut;
+    const SelectionWorld& m_world;
+    ExaminedKeys m_colExamined;
+    BestViolator m_best;
+    bool m_bMovedCuts = false;
+    bool m_bShowErrors = true;
+};
+
+} // namespace
+
+SelectionWorld LiveWorld(ModScheduler& cMod, const PlayHistory& cHistory,
+                         std::shared_ptr<const DataBase> cDataBase)
+{
+    const auto note = [&cMod](const TraceStep& step)
+    {
+        const std::wstring sLine = LogText(step);
+        if (!sLine.empty())
+            cMod.WriteDebugLog(sLine);
+    };
+    const auto report = [&cMod](ErrorReport eHow, const wchar_t* sWhere, const RuntimeError& cError)
+    {
+        if (eHow == ErrorReport::Critical)
+            cMod.ShowCriticalError(sWhere, cError);
+        else
+            cMod.DISPLAYERROR(sWhere, eHow == ErrorReport::Handled, cError);
+    };
+    return SelectionWorld{
+        cHistory, std::move(cDataBase), cMod.Outside().cClock, [&cMod] { cMod.Pump(); }, note, report};
+}
+
+clsRuleViolation ViolatesRules(clsCat& cSubCat, const Candidate& candidate, const Cut* cPrevSchedCut,
+                               const SelectionWorld& world, bool& bShowErrors)
+{
+    clsRuleViolation violation;
+    try
+    {
+        const auto reference = [&] { return ReferenceTime(cPrevSchedCut, world.cClock); };
+        MeasureAgainstRules(RulesOf(*cSubCat.Rules()), candidate, world.cHistory, reference, violation);
+    }
+    catch (...)
+    {
+        const bool bShow = std::exchange(bShowErrors, false);
+        world.report(bShow ? ErrorReport::Handled : ErrorReport::LogOnly, sViolatesRulesWhere,
+                     CurrentError());
+    }
+    return violation;
+}
+
+Pick NextCutFromCategory(std::shared_ptr<clsCat> cSubCat, bool bMustBeOpener,
+                         const std::shared_ptr<Cut>& cPrevSchedCut, const SelectionWorld& world)
+{
+    Walk walk(std::move(cSubCat), bMustBeOpener, cPrevSchedCut, world);
+    try
+    {
+        std::shared_ptr<Cut> cCut = walk.Run();
+        return {std::move(cCut), walk.MovedCuts()};
+    }
+    catch (...)
+    {
+        world.report(ErrorReport::Critical, sNextCutFromCategoryTitle, CurrentError());
+        return {walk.Placeholder(eKindNothingSchedulable), walk.MovedCuts()};
+    }
+}
+
+} // namespace ravlo

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/clsCat.h"
+#include "model/clsRuleViolation.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace ravlo
+{
+
+// What a selection does, step by step: which cuts it looked at, in which order, and what became of each. The
+// debug log's lines are one rendering of it; an explanation of a pick, or a statistic of a simulated week,
+// are others.
+enum class StepKind
+{
+    Asked,            // a cut of the level was asked for
+    NoCategory,       // ... but no level was given
+    LevelZero,        // ... but a main category was given
+    LevelEmpty,       // ... but the level holds no cuts
+    Considered,       // the head cut is a candidate; an opener is not asked for
+    OpenerConsidered, // the head cut is the opener that is asked for, and a candidate
+    NotAnOpener,      // an opener is asked for and the head cut is none
+    SentToBack,       // the cut stands at the end of the order now
+    NotSentToBack,    // the level does not hold the database's cut for it
+    PassedOver,       // came to the head a second time in this walk, because others moved cuts meanwhile
+    Measured,         // the candidate was measured against the rules; pViolation says with what result
+    AllBreakRules,    // the walk ended without a choice
+    NothingLeft,      // ... and without a violator to fall back on
+    OnlyViolators,    // ... but with violators
+    ViolatorChosen,   // the violator with the most separation; pViolation
+    LevelOfChoice,    // a cut was chosen in this level
+    AverageRunTime,   // of the level of the choice
+    Chosen,           // the cut that goes to the host
+};
+
+// Texts are views and the record is not owned: they hold during the call that hands the step over. What a
+// step is not about is empty.
+struct TraceStep
+{
+    StepKind eKind = StepKind::Asked;
+    std::wstring_view sCatName;
+    std::int32_t lCatLevel = 0;
+    std::wstring_view sKey; // of the cut the step is about
+    std::wstring_view sArtist;
+    std::wstring_view sTitle;
+    const clsRuleViolation* pViolation = nullptr;
+    double dTitleMinsKey =
+        0; // Measured: TitleMinsAgo rounded to three decimals, by which candidates are listed
+    std::int32_t lAverageRunTimemS = 0;
+};
+
+using TraceSink = std::function<void(const TraceStep&)>;
+
+TraceStep StepInLevel(StepKind eKind, const clsCat& cSubCat) noexcept;
+
+// The debug log's line for a step; empty when the log passes it over.
+std::wstring LogText(const TraceStep& step);
+
+} // namespace ravlo
