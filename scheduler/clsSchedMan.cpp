@@ -36,6 +36,14 @@ struct clsSchedMan::Parts
     {
     }
 
+    // Whether a main category is one of this manager's at present.
+    bool Holds(const std::shared_ptr<clsCat>& cMainCat) const
+    {
+        const std::shared_ptr<clsCat>* cFound =
+            cMainCat && colMainCats ? colMainCats->Find(CategoryKey(cMainCat->CatName(), 0)) : nullptr;
+        return cFound && *cFound == cMainCat;
+    }
+
     ModScheduler& cMod;
     EventRelay cEvents;
     SchedulerWindows* cWindows = nullptr;
@@ -45,6 +53,7 @@ struct clsSchedMan::Parts
     std::shared_ptr<NameCollection> colIllegalChars;
     std::shared_ptr<ravlo::DataBase> cDataBase;
     std::shared_ptr<CatCollection> colMainCats;
+    FiledCuts cFiledCuts;
     std::wstring sPopulatedAppPath; // of the last population this manager completed; empty before
     bool bPopulating = false;
     bool bRotatesAllowed = false;
@@ -125,8 +134,11 @@ void clsSchedMan::PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBas
                          return false;
                      }
                      my.cDataBase = std::move(cDataBase);
-                     Population cPopulation(my.cMod, my.cEvents, my.cCategoryList, my.cHistoryFiles);
+                     FiledCuts cFiledCuts;
+                     Population cPopulation(my.cMod, my.cEvents, my.cCategoryList, my.cHistoryFiles,
+                                            cFiledCuts);
                      my.colMainCats = cPopulation.Build(*my.cDataBase);
+                     my.cFiledCuts = std::move(cFiledCuts);
                      my.sPopulatedAppPath = my.cMod.AppPath();
                      cPopulation.ReportProblems();
                      return true;
@@ -211,6 +223,34 @@ void clsSchedMan::UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut)
                  my.cPlayHistory.Record(*cCut, *my.cDataBase);
              return true;
          });
+}
+
+std::shared_ptr<Cut> clsSchedMan::NextCutFromRotation(const std::wstring& strSubCatKey, bool bMustBeOpener,
+                                                      const std::shared_ptr<Cut>& cPrevSchedCut,
+                                                      std::shared_ptr<clsCat>& cMainCat,
+                                                      std::shared_ptr<clsCat>& cSubCat,
+                                                      std::wstring& sMainCatKey, bool bForEditablePlaylist,
+                                                      bool bSave)
+{
+    Parts& my = *m_cParts;
+    const std::shared_ptr<clsSchedMan> cKeepAlive = weak_from_this().lock();
+    const ModScheduler::LogScope cScope(my.cMod);
+    const std::shared_ptr<CatCollection> colMainCats = my.colMainCats;
+    RotationAnswer answer = ravlo::NextCutFromRotation(
+        colMainCats.get(),
+        {strSubCatKey, bMustBeOpener, cPrevSchedCut, bForEditablePlaylist, my.bRotatesAllowed},
+        LiveWorld(my.cMod, my.cPlayHistory, my.cDataBase));
+    // The pick has pumped messages: a category that was deleted or reloaded meanwhile has no order to save
+    // any more.
+    if (bSave && answer.bMovedCuts && my.Holds(answer.cMainCat))
+    {
+        my.cHistoryFiles.SaveQuietly(answer.cMainCat);
+        my.cHistoryFiles.SaveOwed(*my.colMainCats);
+    }
+    cMainCat = std::move(answer.cMainCat);
+    cSubCat = std::move(answer.cSubCat);
+    sMainCatKey = std::move(answer.sMainCatKey);
+    return answer.cCut;
 }
 
 bool clsSchedMan::RotatesAllowed() const noexcept { return m_cParts->bRotatesAllowed; }

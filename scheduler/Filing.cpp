@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/Filing.h"
+
+#include "collections/Text.h"
+
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+std::wstring CountText(std::size_t lCount) { return DecimalText(static_cast<std::int64_t>(lCount)); }
+
+} // namespace
+
+std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
+                                      const std::wstring& sName, bool& bCreated)
+{
+    const std::wstring sKey = CategoryKey(sName, 0);
+    if (const std::shared_ptr<clsCat>* cFound = colMainCats.Find(sKey))
+        return *cFound;
+    auto cMainCat = std::make_shared<clsCat>(cMod, sName, 0);
+    colMainCats.Add(TextKey(sKey), cMainCat);
+    bCreated = true;
+    return cMainCat;
+}
+
+bool Filing::File(const std::shared_ptr<Cut>& cCut, clsCat& cMainCat, bool& bCreatedNewSubCat)
+{
+    const std::int32_t lLevel = cCut->CatLevel();
+    if (lLevel <= 0)
+    {
+        Problem& cProblem = ProblemOf(cMainCat.CatName());
+        if (std::exchange(cProblem.bRefusalShown, true))
+        {
+            ++cProblem.lRefused;
+            return false;
+        }
+    }
+    try
+    {
+        return cMainCat.AddCut(cCut, bCreatedNewSubCat);
+    }
+    catch (const RuntimeError& cError)
+    {
+        const std::shared_ptr<clsCat> cSubCat = cMainCat.SubCat(lLevel);
+        if (cError.Number() != error::Overflow || !cSubCat || !cSubCat->SchedCuts()->Exists(cCut->Key()))
+            throw;
+        ProblemOf(cMainCat.CatName()).bOverflow = true; // it is filed; only the sum cannot be told
+        return true;
+    }
+}
+
+void Filing::Recalc(clsCat& cSubCat)
+{
+    try
+    {
+        cSubCat.RecalcTotalRunTime();
+    }
+    catch (const RuntimeError& cError)
+    {
+        if (cError.Number() != error::Overflow)
+            throw;
+        ProblemOf(cSubCat.CatName()).bOverflow = true;
+    }
+}
+
+void Filing::Failed(const Cut& cCut)
+{
+    if (m_colFailed.insert(&cCut).second && !m_cFirstFailure)
+        m_cFirstFailure = CurrentError();
+}
+
+void Filing::EmptyName(BoxIcon eIcon, const std::wstring& sText)
+{
+    if (m_lEmptyNames++ == 0)
+        m_cMod.Box(eIcon, BoxButtons::Ok, sProgramTitle, sText);
+}
+
+void Filing::Report(const std::function<void(const RuntimeError&)>& show)
+{
+    const OrderedKeyedCollection<Problem> colProblems = std::exchange(m_colProblems, {});
+    const std::size_t lFailed = std::exchange(m_colFailed, {}).size();
+    const std::optional<RuntimeError> cFirstFailure = std::exchange(m_cFirstFailure, std::nullopt);
+    if (const std::size_t lEmptyNames = std::exchange(m_lEmptyNames, 0); lEmptyNames > 1)
+        m_cMod.WriteDebugLog(L"Zero-length cat names are illegal: " + CountText(lEmptyNames) + L" in all.");
+    for (const Problem& cProblem : colProblems)
+    {
+        if (cProblem.lRefused > 0)
+            m_cMod.WriteDebugLog(L"Not filed in category " + cProblem.sCatName + L", having no level: " +
+                                 CountText(cProblem.lRefused) + L" more cuts.");
+        if (cProblem.bOverflow)
+            show(RuntimeError(error::Overflow, StandardDescription(error::Overflow) +
+                                                   L": run times in category " + cProblem.sCatName));
+    }
+    if (cFirstFailure)
+        show(RuntimeError(cFirstFailure->Number(), cFirstFailure->Description() + L" (" + CountText(lFailed) +
+                                                       L" cuts could not be handled)"));
+}
+
+Filing::Problem& Filing::ProblemOf(const std::wstring& sCatName)
+{
+    const TextKey cKey(sCatName);
+    if (!m_colProblems.Exists(cKey))
+    {
+        Problem cProblem;
+        cProblem.sCatName = sCatName;
+        m_colProblems.Add(cKey, std::move(cProblem));
+    }
+    return *m_colProblems.Find(cKey);
+}
+
+} // namespace ravlo

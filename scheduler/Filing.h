@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "collections/OrderedKeyedCollection.h"
+#include "model/clsCat.h"
+#include "scheduler/modscheduler/ModScheduler.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_set>
+
+namespace ravlo
+{
+
+// Finds a main category by name, or makes it and adds it at the end of colMainCats (bCreated is then set).
+std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
+                                      const std::wstring& sName, bool& bCreated);
+
+// Files the cuts of one operation and gathers what goes wrong with them, so that an operation over thousands
+// of cuts finishes its work and then says each thing once: one box per kind and category, the rest counted in
+// the debug log.
+class Filing
+{
+public:
+    explicit Filing(ModScheduler& cMod) noexcept : m_cMod(cMod) {}
+
+    // clsCat::AddCut. A run-time total out of range is gathered; the cut is filed all the same.
+    bool File(const std::shared_ptr<Cut>& cCut, clsCat& cMainCat, bool& bCreatedNewSubCat);
+    // clsCat::RecalcTotalRunTime, an overflow gathered in the same way.
+    void Recalc(clsCat& cSubCat);
+    // To be called in a catch block: this cut could not be handled.
+    void Failed(const Cut& cCut);
+    // A category name of no characters: a box for the first.
+    void EmptyName(BoxIcon eIcon, const std::wstring& sText);
+
+    // Reports what was gathered, each error once through show, and forgets it.
+    void Report(const std::function<void(const RuntimeError&)>& show);
+
+private:
+    struct Problem
+    {
+        std::wstring sCatName;
+        bool bRefusalShown = false;
+        std::size_t lRefused = 0; // cuts without a level after the first, which was shown
+        bool bOverflow = false;
+    };
+    Problem& ProblemOf(const std::wstring& sCatName);
+
+    ModScheduler& m_cMod;
+    OrderedKeyedCollection<Problem> m_colProblems;
+    std::size_t m_lEmptyNames = 0;
+    std::unordered_set<const Cut*> m_colFailed;
+    std::optional<RuntimeError> m_cFirstFailure;
+};
+
+} // namespace ravlo
