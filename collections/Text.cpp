@@ -245,8 +245,8 @@ std::wstring SingleText(float sngValue)
     if (sngValue == 0)
         return L"0"; // without the sign of a negative zero
     char aText[32];
-    const auto [pEnd, eError] =
-        std::to_chars(aText, aText + sizeof aText, static_cast<double>(sngValue), std::chars_format::general, 7);
+    const auto [pEnd, eError] = std::to_chars(aText, aText + sizeof aText, static_cast<double>(sngValue),
+                                              std::chars_format::general, 7);
     std::wstring sText = Widened(aText, pEnd);
     if (const std::size_t lExponent = sText.find(L'e'); lExponent != std::wstring::npos)
         sText[lExponent] = L'E';
@@ -263,7 +263,8 @@ std::optional<std::int32_t> ToLong(double dValue) noexcept
     const double dRest = dValue - dRounded;
     if (dRest > 0.5 || (dRest == 0.5 && std::fmod(dRounded, 2.0) != 0))
         dRounded += 1;
-    if (dRounded < std::numeric_limits<std::int32_t>::min() || dRounded > std::numeric_limits<std::int32_t>::max())
+    if (dRounded < std::numeric_limits<std::int32_t>::min() ||
+        dRounded > std::numeric_limits<std::int32_t>::max())
         return std::nullopt;
     return static_cast<std::int32_t>(dRounded);
 }
