@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#include "host/day/DayLog.h"
+
+#include "collections/Text.h"
+#include "ravlobase/Utf8.h"
+
+#include <cmath>
+#include <map>
+
+namespace ravlo
+{
+
+namespace
+{
+
+std::wstring Field(const std::wstring& sText)
+{
+    if (sText.find_first_of(L",\"\r\n") == std::wstring::npos)
+    {
+        return sText;
+    }
+    std::wstring sQuoted = L"\"";
+    for (const wchar_t c : sText)
+    {
+        sQuoted += c;
+        if (c == L'"')
+        {
+            sQuoted += c;
+        }
+    }
+    return sQuoted + L"\"";
+}
+
+std::wstring GapField(const std::optional<double>& dGapMins)
+{
+    return dGapMins ? MinutesText(*dGapMins) : L"";
+}
+
+std::wstring CsvLine(const LogRow& row)
+{
+    const PlayedCut none;
+    const auto& cut = row.cut ? *row.cut : none;
+    const std::wstring fields[] = {IsoText(row.dtStart),
+                                   row.slot.sCategory,
+                                   DecimalText(row.slot.lLevel),
+                                   row.slot.bOpener ? L"Y" : L"N",
+                                   DecimalText(row.lKind),
+                                   cut.sArtist,
+                                   cut.sTitle,
+                                   cut.sAlbum,
+                                   cut.sPath,
+                                   row.cut ? DecimalText(cut.lDurationmS) : L"",
+                                   GapField(row.dArtistGapMins),
+                                   GapField(row.dTitleGapMins)};
+    std::wstring sLine;
+    for (const auto& sField : fields)
+    {
+        sLine += (&sField == fields ? L"" : L",") + Field(sField);
+    }
+    return sLine + L"\n";
+}
+
+// "60.20 min (artist)", or a dash when no gap is known.
+std::wstring SmallestGap(const std::vector<LogRow>& rows, std::optional<double> LogRow::*gap,
+                         std::wstring PlayedCut::*name)
+{
+    const LogRow* smallest = nullptr;
+    for (const auto& row : rows)
+    {
+        if (row.cut && row.*gap && (!smallest || *(row.*gap) < *(smallest->*gap)))
+        {
+            smallest = &row;
+        }
+    }
+    return smallest ? MinutesText(*(smallest->*gap)) + L" min (" + (*smallest->cut).*name + L")" : L"-";
+}
+
+std::wstring KindsText(const std::vector<LogRow>& rows)
+{
+    std::map<std::int32_t, std::int64_t> kinds;
+    for (const auto& row : rows)
+    {
+        ++kinds[row.lKind];
+    }
+    std::wstring sText;
+    for (const auto& [lKind, lCount] : kinds)
+    {
+        sText += (sText.empty() ? L"" : L", ") + DecimalText(lKind) + L" x " + DecimalText(lCount);
+    }
+    return sText.empty() ? L"-" : sText;
+}
+
+} // namespace
+
+std::wstring MinutesText(double dMins)
+{
+    const auto lHundredths = std::llround(dMins * 100.0);
+    const auto sDecimals = DecimalText(lHundredths % 100);
+    return DecimalText(lHundredths / 100) + L"." + (sDecimals.size() < 2 ? L"0" : L"") + sDecimals;
+}
+
+std::string LogCsv(const std::vector<LogRow>& rows)
+{
+    std::wstring sText = L"start,category,level,opener,kind,artist,title,album,path,duration_ms,artist_gap_"
+                         L"min,title_gap_min\n";
+    for (const auto& row : rows)
+    {
+        sText += CsvLine(row);
+    }
+    return Utf8Of(sText);
+}
+
+std::wstring LogLine(const LogRow& row)
+{
+    auto sLine = IsoText(row.dtStart) + L"  " + row.slot.sCategory + L" " + DecimalText(row.slot.lLevel) +
+                 (row.slot.bOpener ? L" opener" : L"") + L"  ";
+    sLine += row.cut ? row.cut->sArtist + L" - " + row.cut->sTitle : L"(nothing)";
+    return row.lKind == 0 ? sLine : sLine + L"  [kind " + DecimalText(row.lKind) + L"]";
+}
+
+std::wstring Summary(const std::vector<LogRow>& rows, DateTime dtEnd)
+{
+    std::int64_t lFilled = 0;
+    for (const auto& row : rows)
+    {
+        lFilled += row.cut ? 1 : 0;
+    }
+    const auto dtBegin = rows.empty() ? dtEnd : rows.front().dtStart;
+    return L"From " + IsoText(dtBegin) + L" to " + IsoText(dtEnd) + L"\n" +                   //
+           L"Slots: " + DecimalText(static_cast<std::int64_t>(rows.size())) + L", filled: " + //
+           DecimalText(lFilled) + L"\n" +                                                     //
+           L"Kinds: " + KindsText(rows) + L"\n" +                                             //
+           L"Smallest artist gap: " + SmallestGap(rows, &LogRow::dArtistGapMins, &PlayedCut::sArtist) +
+           L"\n" + L"Smallest title gap: " + SmallestGap(rows, &LogRow::dTitleGapMins, &PlayedCut::sTitle) +
+           L"\n";
+}
+
+} // namespace ravlo

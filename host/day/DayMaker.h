@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "collections/TextKey.h"
+#include "host/day/DayLog.h"
+
+#include <functional>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+namespace ravlo
+{
+
+// The scheduler as the day's work needs it.
+class Playout
+{
+public:
+    struct Answer
+    {
+        std::int32_t lKind = 0;
+        std::optional<PlayedCut> cut; // nothing: a placeholder
+    };
+
+    virtual ~Playout() = default;
+    // Asks for the cut of a slot that starts at dtStart, and reports a real one as played then.
+    virtual Answer Play(const Slot& slot, DateTime dtStart) = 0;
+};
+
+// When each artist and title was last heard, so that the log can tell the gaps. Names compare without regard
+// to case.
+class Gaps
+{
+public:
+    // Plays are recorded in the order of their times.
+    void Record(const std::wstring& sArtist, const std::wstring& sTitle, DateTime dtStart);
+    // Minutes from the last play, start to start in whole seconds; nothing without one or without a name.
+    std::optional<double> ArtistMins(const std::wstring& sArtist, DateTime dtStart) const;
+    std::optional<double> TitleMins(const std::wstring& sTitle, DateTime dtStart) const;
+
+private:
+    struct KeyHash
+    {
+        std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
+    };
+    using LastPlays = std::unordered_map<TextKey, DateTime, KeyHash>;
+    static std::optional<double> MinsSince(const LastPlays& plays, const std::wstring& sName,
+                                           DateTime dtStart);
+
+    LastPlays m_artists;
+    LastPlays m_titles;
+};
+
+struct Day
+{
+    std::vector<LogRow> rows;
+    DateTime dtEnd = 0; // when the last slot's cut ends
+};
+
+// Fills slots through a playout, each cut starting when the one before ends or at its slot's own time.
+class DayMaker
+{
+public:
+    // Told after each slot: how far the day is, from 0 to 1.
+    using Progress = std::function<void(double dDone)>;
+
+    DayMaker(Playout& cPlayout, Gaps& cGaps, Progress progress)
+        : m_cPlayout(cPlayout), m_cGaps(cGaps), m_progress(std::move(progress))
+    {
+    }
+
+    // The slots of a clock, from dtStart on, until one would start at dtEnd or later.
+    Day FromClock(const std::vector<Slot>& clock, DateTime dtStart, DateTime dtEnd);
+    Day FromSlots(const std::vector<TimedSlot>& slots);
+
+private:
+    // Appends the slot's row and gives the time at which its cut ends.
+    DateTime Fill(Day& day, const Slot& slot, DateTime dtStart);
+
+    Playout& m_cPlayout;
+    Gaps& m_cGaps;
+    Progress m_progress;
+};
+
+// How long a slot is taken to last that stays empty, or whose cut has no duration, so that a clock moves on.
+inline constexpr std::int32_t lEmptySlotmS = 3 * 60 * 1000;
+
+// The moment lMilliseconds later.
+DateTime Later(DateTime dtWhen, std::int64_t lMilliseconds) noexcept;
+
+} // namespace ravlo

@@ -1,0 +1,235 @@
+// SPDX-License-Identifier: MIT
+#include "host/day/Slots.h"
+
+#include "collections/CaseFolding.h"
+#include "collections/Text.h"
+#include "host/day/HostError.h"
+#include "ravlobase/CsvReader.h"
+#include "ravlobase/Utf8.h"
+
+#include <span>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::string_view sByteOrderMark = "\xEF\xBB\xBF";
+
+std::wstring Where(const std::wstring& sName, std::size_t lLine)
+{
+    return sName + L", line " + std::to_wstring(lLine) + L": ";
+}
+
+std::wstring Quoted(const std::wstring& sText) { return L"\"" + sText + L"\""; }
+
+// The fields of every line that counts, as trimmed text.
+class LineSink : public CsvSink
+{
+public:
+    struct Line
+    {
+        std::size_t lNumber;
+        std::vector<std::wstring> fields;
+    };
+
+    explicit LineSink(const std::wstring& sName) : m_sName(sName) {}
+
+    void OnRow(std::size_t lLine, std::span<const std::string> fields) override
+    {
+        if (fields.empty() || fields[0].starts_with('#') || (fields.size() == 1 && IsBlank(fields[0])))
+        {
+            return;
+        }
+        Line line{lLine, {}};
+        for (const auto& bytes : fields)
+        {
+            const auto sText = TextFromUtf8(bytes);
+            if (!sText)
+            {
+                throw HostError(Where(m_sName, lLine) + L"not UTF-8");
+            }
+            line.fields.push_back(Trim(*sText));
+        }
+        m_lines.push_back(std::move(line));
+    }
+
+    void OnBadRow(std::size_t lLine, CsvFault eFault) override
+    {
+        throw HostError(Where(m_sName, lLine) + (eFault == CsvFault::eStrayQuote
+                                                     ? L"a quotation mark stands where none may"
+                                                     : L"a quotation mark is never closed"));
+    }
+
+    std::vector<Line> Take() { return std::move(m_lines); }
+
+private:
+    static bool IsBlank(const std::string& bytes)
+    {
+        return bytes.find_first_not_of(" \t") == std::string::npos;
+    }
+
+    const std::wstring& m_sName;
+    std::vector<Line> m_lines;
+};
+
+// A '#' line is free text: quotation marks in it must not open a field. Its line end stays, so lines keep
+// their numbers.
+std::string WithoutComments(std::string_view bytes)
+{
+    std::string sRest;
+    bool bLineStart = true;
+    bool bComment = false;
+    for (const char c : bytes)
+    {
+        const bool bEnd = c == '\n' || c == '\r';
+        bComment = bEnd ? false : bComment || (bLineStart && c == '#');
+        bLineStart = bEnd;
+        if (!bComment)
+        {
+            sRest += c;
+        }
+    }
+    return sRest;
+}
+
+std::vector<LineSink::Line> ReadLines(std::string_view bytes, const std::wstring& sName)
+{
+    if (bytes.starts_with(sByteOrderMark))
+    {
+        bytes.remove_prefix(sByteOrderMark.size());
+    }
+    LineSink sink(sName);
+    ReadCsv(WithoutComments(bytes), sink);
+    return sink.Take();
+}
+
+bool IsHeading(const LineSink::Line& line, std::span<const wchar_t* const> names)
+{
+    if (line.fields.size() != names.size())
+    {
+        return false;
+    }
+    for (std::size_t l = 0; l < names.size(); ++l)
+    {
+        if (!EqualIgnoringCase(line.fields[l], names[l]))
+        {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::optional<std::int32_t> LevelOf(const std::wstring& sText)
+{
+    if (sText.empty() || sText.size() > 9 || sText.find_first_not_of(L"0123456789") != std::wstring::npos)
+    {
+        return std::nullopt;
+    }
+    const auto lLevel = static_cast<std::int32_t>(std::stol(sText));
+    return lLevel > 0 ? std::optional(lLevel) : std::nullopt;
+}
+
+// The slot that the fields from lFirst on describe.
+Slot SlotOf(const LineSink::Line& line, std::size_t lFirst, const std::wstring& sName)
+{
+    const auto lFields = line.fields.size() - lFirst;
+    const auto sWhere = Where(sName, line.lNumber);
+    if (lFields < 2 || lFields > 3)
+    {
+        throw HostError(sWhere + L"expected " + (lFirst ? L"slot_at," : L"") + L"category,level,opener");
+    }
+    Slot slot;
+    slot.lLine = line.lNumber;
+    slot.sCategory = line.fields[lFirst];
+    if (slot.sCategory.empty())
+    {
+        throw HostError(sWhere + L"the category is empty");
+    }
+    const auto& sLevel = line.fields[lFirst + 1];
+    const auto lLevel = LevelOf(sLevel);
+    if (!lLevel)
+    {
+        throw HostError(sWhere + L"the level must be a whole number from 1, not " + Quoted(sLevel));
+    }
+    slot.lLevel = *lLevel;
+    const auto sOpener = lFields == 3 ? line.fields[lFirst + 2] : std::wstring();
+    slot.bOpener = EqualIgnoringCase(sOpener, L"Y");
+    if (!slot.bOpener && !sOpener.empty() && !EqualIgnoringCase(sOpener, L"N"))
+    {
+        throw HostError(sWhere + L"the opener must be Y or N, not " + Quoted(sOpener));
+    }
+    return slot;
+}
+
+DateTime TimeOf(const LineSink::Line& line, const std::wstring& sName)
+{
+    const auto& sTime = line.fields[0];
+    const auto dtAt = ParseIso(sTime);
+    if (!dtAt || *dtAt <= 0)
+    {
+        throw HostError(Where(sName, line.lNumber) + Quoted(sTime) +
+                        L" is no time (expected yyyy-mm-ddThh:nn:ss)");
+    }
+    return *dtAt;
+}
+
+} // namespace
+
+std::vector<Slot> ParseClock(std::string_view bytes, const std::wstring& sName)
+{
+    static constexpr const wchar_t* heading[] = {L"category", L"level", L"opener"};
+    const auto lines = ReadLines(bytes, sName);
+    std::vector<Slot> slots;
+    for (const auto& line : lines)
+    {
+        if (&line != &lines.front() || !IsHeading(line, heading))
+        {
+            slots.push_back(SlotOf(line, 0, sName));
+        }
+    }
+    if (slots.empty())
+    {
+        throw HostError(sName + L" holds no slot");
+    }
+    return slots;
+}
+
+std::vector<TimedSlot> ParseSlots(std::string_view bytes, const std::wstring& sName)
+{
+    static constexpr const wchar_t* heading[] = {L"slot_at", L"category", L"level", L"opener"};
+    const auto lines = ReadLines(bytes, sName);
+    if (lines.empty() || !IsHeading(lines.front(), heading))
+    {
+        throw HostError(sName + L" does not begin with the heading slot_at,category,level,opener");
+    }
+    std::vector<TimedSlot> slots;
+    for (std::size_t l = 1; l < lines.size(); ++l)
+    {
+        slots.push_back({TimeOf(lines[l], sName), SlotOf(lines[l], 1, sName)});
+        if (l > 1 && slots[l - 1].dtAt < slots[l - 2].dtAt)
+        {
+            throw HostError(Where(sName, lines[l].lNumber) +
+                            L"the time is earlier than that of the slot before");
+        }
+    }
+    if (slots.empty())
+    {
+        throw HostError(sName + L" holds no slot");
+    }
+    return slots;
+}
+
+const Slot& ClockHand::Next(DateTime dtStart)
+{
+    const auto lHour = WholeSeconds(dtStart) / 3600;
+    if (m_lHour != lHour || m_lNext == m_slots.size())
+    {
+        m_lNext = 0;
+    }
+    m_lHour = lHour;
+    return m_slots[m_lNext++];
+}
+
+} // namespace ravlo

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ports/DateTime.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ravlo
+{
+
+// One place in the day that a cut of one category level is to fill.
+struct Slot
+{
+    std::wstring sCategory;
+    std::int32_t lLevel = 0; // from 1
+    bool bOpener = false;    // only a cut that may open an hour will do
+    std::size_t lLine = 0;   // where it stands in its file; 0 = in none
+    friend bool operator==(const Slot&, const Slot&) = default;
+};
+
+struct TimedSlot
+{
+    DateTime dtAt = 0;
+    Slot slot;
+    friend bool operator==(const TimedSlot&, const TimedSlot&) = default;
+};
+
+// A clock file: the slots of an hour, one line each, "category,level,opener". UTF-8, quoted as RFC 4180 says;
+// opener is Y or N and may be left out (N). Empty lines, lines that begin with '#' and a heading
+// "category,level,opener" count for nothing. Throws HostError, naming sName and the line, when one line
+// cannot be used or there is none.
+std::vector<Slot> ParseClock(std::string_view bytes, const std::wstring& sName);
+
+// A slot file: the heading "slot_at,category,level,opener", then one line a slot in the same manner, with its
+// time in ISO form, none earlier than the one before. Throws like ParseClock.
+std::vector<TimedSlot> ParseSlots(std::string_view bytes, const std::wstring& sName);
+
+// A clock at work: hands out its slots in turn, from the first one again when they are used up and at the
+// first slot of each full hour of the day.
+class ClockHand
+{
+public:
+    // The slots, at least one, are the caller's and outlive this.
+    explicit ClockHand(const std::vector<Slot>& slots) : m_slots(slots) {}
+    const Slot& Next(DateTime dtStart);
+
+private:
+    const std::vector<Slot>& m_slots;
+    std::size_t m_lNext = 0;
+    std::optional<std::int64_t> m_lHour; // of the last slot, in hours since the calendar's beginning
+};
+
+} // namespace ravlo

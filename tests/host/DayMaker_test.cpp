@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include "host/day/DayMaker.h"
+
+#include <gtest/gtest.h>
+
+namespace ravlo
+{
+
+namespace
+{
+
+DateTime At(int lHour, int lMinute, int lSecond = 0)
+{
+    return DateTimeOf({2024, 3, 1, lHour, lMinute, lSecond});
+}
+
+// Answers with a prepared list and keeps what was asked.
+class PreparedPlayout : public Playout
+{
+public:
+    explicit PreparedPlayout(std::vector<Answer> answers) : m_answers(std::move(answers)) {}
+
+    Answer Play(const Slot& slot, DateTime dtStart) override
+    {
+        asked.push_back(IsoText(dtStart).substr(11) + L" " + slot.sCategory);
+        return m_answers.at(m_lNext++ % m_answers.size());
+    }
+
+    std::vector<std::wstring> asked;
+
+private:
+    std::vector<Answer> m_answers;
+    std::size_t m_lNext = 0;
+};
+
+Playout::Answer Cut(const std::wstring& sArtist, const std::wstring& sTitle, std::int32_t lDurationmS)
+{
+    return {0, PlayedCut{sArtist, sTitle, L"", L"D:\\" + sTitle, lDurationmS}};
+}
+
+const std::vector<Slot> clockOfTwo{{L"rock", 1}, {L"pop", 1}};
+const DayMaker::Progress noProgress = [](double) {};
+
+} // namespace
+
+TEST(DayMaker, StartsEachCutWhenTheOneBeforeEnds)
+{
+    PreparedPlayout playout({Cut(L"a", L"1", 200000), Cut(L"b", L"2", 100500)});
+    Gaps gaps;
+    const auto day = DayMaker(playout, gaps, noProgress).FromClock(clockOfTwo, At(10, 0), At(10, 8));
+    EXPECT_EQ(playout.asked,
+              (std::vector<std::wstring>{L"10:00:00 rock", L"10:03:20 pop", L"10:05:00 rock"}));
+    ASSERT_EQ(day.rows.size(), 3u);
+    EXPECT_EQ(IsoText(day.dtEnd), L"2024-03-01T10:08:20"); // 10:05:00.4 and 200 seconds
+}
+
+TEST(DayMaker, StopsBeforeASlotThatWouldStartAtTheEnd)
+{
+    PreparedPlayout playout({Cut(L"a", L"1", 240000)});
+    Gaps gaps;
+    const auto day = DayMaker(playout, gaps, noProgress).FromClock(clockOfTwo, At(10, 0), At(10, 8));
+    EXPECT_EQ(day.rows.size(), 2u);
+    EXPECT_EQ(IsoText(day.dtEnd), L"2024-03-01T10:08:00");
+}
+
+TEST(DayMaker, TakesAnEmptySlotAndACutWithoutDurationAsThreeMinutes)
+{
+    PreparedPlayout playout({{11, {}}, Cut(L"a", L"1", 0), Cut(L"a", L"2", -5)});
+    Gaps gaps;
+    const auto day = DayMaker(playout, gaps, noProgress).FromClock(clockOfTwo, At(10, 0), At(10, 9));
+    EXPECT_EQ(playout.asked,
+              (std::vector<std::wstring>{L"10:00:00 rock", L"10:03:00 pop", L"10:06:00 rock"}));
+    EXPECT_EQ(day.rows.at(0).lKind, 11);
+    EXPECT_FALSE(day.rows.at(0).cut);
+    EXPECT_TRUE(day.rows.at(1).cut);
+}
+
+TEST(DayMaker, StartsTimedSlotsAtTheirOwnTimes)
+{
+    PreparedPlayout playout({Cut(L"a", L"1", 600000)});
+    Gaps gaps;
+    const auto day =
+        DayMaker(playout, gaps, noProgress)
+            .FromSlots({{At(9, 0), {L"rock", 1}}, {At(9, 3), {L"pop", 2}}, {At(12, 0), {L"rock", 1}}});
+    EXPECT_EQ(playout.asked,
+              (std::vector<std::wstring>{L"09:00:00 rock", L"09:03:00 pop", L"12:00:00 rock"}));
+    EXPECT_EQ(IsoText(day.dtEnd), L"2024-03-01T12:10:00");
+}
+
+TEST(DayMaker, MeasuresGapsFromStartToStartWithoutRegardToCase)
+{
+    PreparedPlayout playout(
+        {Cut(L"Abba", L"One", 200000), Cut(L"ABBA", L"Two", 200000), Cut(L"x", L"ONE", 200000)});
+    Gaps gaps;
+    gaps.Record(L"abba", L"other", At(8, 59, 30));
+    const auto day =
+        DayMaker(playout, gaps, noProgress)
+            .FromSlots({{At(10, 0), {L"r", 1}}, {At(11, 1), {L"r", 1}}, {At(11, 30), {L"r", 1}}});
+    EXPECT_EQ(day.rows.at(0).dArtistGapMins, 60.5);
+    EXPECT_EQ(day.rows.at(0).dTitleGapMins, std::nullopt);
+    EXPECT_EQ(day.rows.at(1).dArtistGapMins, 61.0);
+    EXPECT_EQ(day.rows.at(2).dArtistGapMins, std::nullopt);
+    EXPECT_EQ(day.rows.at(2).dTitleGapMins, 90.0);
+}
+
+TEST(DayMaker, KnowsNoGapForACutWithoutAName)
+{
+    PreparedPlayout playout({Cut(L"", L"", 200000)});
+    Gaps gaps;
+    const auto day =
+        DayMaker(playout, gaps, noProgress).FromSlots({{At(10, 0), {L"r", 1}}, {At(10, 5), {L"r", 1}}});
+    EXPECT_EQ(day.rows.at(1).dArtistGapMins, std::nullopt);
+    EXPECT_EQ(day.rows.at(1).dTitleGapMins, std::nullopt);
+}
+
+TEST(DayMaker, ReportsProgressThatRisesToTheEnd)
+{
+    PreparedPlayout playout({Cut(L"a", L"1", 180000)});
+    Gaps gaps;
+    std::vector<double> seen;
+    DayMaker maker(playout, gaps, [&](double dDone) { seen.push_back(dDone); });
+    maker.FromClock(clockOfTwo, At(10, 0), At(10, 8));
+    ASSERT_EQ(seen.size(), 3u);
+    EXPECT_LT(seen[0], seen[1]);
+    EXPECT_LT(seen[1], seen[2]);
+    EXPECT_EQ(seen[2], 1.0);
+}
+
+TEST(Gaps, KeepTheirDistanceFromPlaysThatAreStillToCome)
+{
+    Gaps gaps;
+    gaps.Record(L"a", L"1", At(12, 0));
+    EXPECT_EQ(gaps.ArtistMins(L"a", At(11, 0)), 60.0);
+    EXPECT_EQ(gaps.TitleMins(L"1", At(13, 30)), 90.0);
+}
+
+} // namespace ravlo
