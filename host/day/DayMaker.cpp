@@ -8,9 +8,19 @@
 namespace ravlo
 {
 
-DateTime Later(DateTime dtWhen, double dMilliseconds) noexcept
+namespace
 {
-    return dtWhen + dMilliseconds / 86'400'000.0;
+
+constexpr double dDaymS = 86'400'000.0;
+
+std::int64_t WholeMilliseconds(DateTime dtWhen) noexcept { return std::llround(dtWhen * dDaymS); }
+
+} // namespace
+
+// Through whole milliseconds, so that a day's sum of durations gathers no rounding errors.
+DateTime Later(DateTime dtWhen, std::int64_t lMilliseconds) noexcept
+{
+    return static_cast<double>(WholeMilliseconds(dtWhen) + lMilliseconds) / dDaymS;
 }
 
 void Gaps::Record(const std::wstring& sArtist, const std::wstring& sTitle, DateTime dtStart)
