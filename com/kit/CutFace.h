@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "com/kit/Collection.h"
+#include "media/Cut.h"
+
+#include <RavloBase.h>
+
+#include <memory>
+
+namespace ravlo
+{
+
+// _clsCut over a core cut.
+class CutFace final : public Dispatch<_clsCut>
+{
+public:
+    explicit CutFace(std::shared_ptr<Cut> cCut);
+
+    const std::shared_ptr<Cut>& Core() const noexcept { return m_cCut; }
+
+    STDMETHODIMP get_ID(LONG* pVal) override;
+    STDMETHODIMP get_Key(BSTR* pVal) override;
+    STDMETHODIMP put_Key(BSTR newVal) override;
+    STDMETHODIMP get_SecondaryKey(BSTR* pVal) override;
+    STDMETHODIMP put_SecondaryKey(BSTR newVal) override;
+    STDMETHODIMP get_Path(BSTR* pVal) override;
+    STDMETHODIMP put_Path(BSTR newVal) override;
+    STDMETHODIMP get_Artist(BSTR* pVal) override;
+    STDMETHODIMP put_Artist(BSTR newVal) override;
+    STDMETHODIMP get_Title(BSTR* pVal) override;
+    STDMETHODIMP put_Title(BSTR newVal) override;
+    STDMETHODIMP get_Album(BSTR* pVal) override;
+    STDMETHODIMP put_Album(BSTR newVal) override;
+    STDMETHODIMP get_Year(LONG* pVal) override;
+    STDMETHODIMP put_Year(LONG newVal) override;
+    STDMETHODIMP get_CatLevel(LONG* pVal) override;
+    STDMETHODIMP put_CatLevel(LONG newVal) override;
+    STDMETHODIMP get_CategoryText(BSTR* pVal) override;
+    STDMETHODIMP put_CategoryText(BSTR newVal) override;
+    STDMETHODIMP get_Categories(_clsCollection** pVal) override;
+    STDMETHODIMP get_RunTimemS(LONG* pVal) override;
+    STDMETHODIMP put_RunTimemS(LONG newVal) override;
+    STDMETHODIMP get_DurationmS(LONG* pVal) override;
+    STDMETHODIMP put_DurationmS(LONG newVal) override;
+    STDMETHODIMP get_DurationText(BSTR* pVal) override;
+    STDMETHODIMP get_LastPlayed(DATE* pVal) override;
+    STDMETHODIMP put_LastPlayed(DATE newVal) override;
+    STDMETHODIMP get_Opener(VARIANT_BOOL* pVal) override;
+    STDMETHODIMP put_Opener(VARIANT_BOOL newVal) override;
+    STDMETHODIMP get_CategoryKey(BSTR* pVal) override;
+    STDMETHODIMP put_CategoryKey(BSTR newVal) override;
+    STDMETHODIMP get_MustBeOpener(VARIANT_BOOL* pVal) override;
+    STDMETHODIMP put_MustBeOpener(VARIANT_BOOL newVal) override;
+    STDMETHODIMP get_KindCode(LONG* pVal) override;
+    STDMETHODIMP put_KindCode(LONG newVal) override;
+    STDMETHODIMP CloneCut(_clsCut** pVal) override;
+
+    static const ClassIdentity identity;
+
+private:
+    HRESULT Get(BSTR* pVal, std::wstring (Cut::*get)() const) noexcept;
+    HRESULT Get(LONG* pVal, std::int32_t (Cut::*get)() const) noexcept;
+    HRESULT Get(VARIANT_BOOL* pVal, bool (Cut::*get)() const) noexcept;
+    HRESULT Put(BSTR newVal, void (Cut::*set)(const std::wstring&)) noexcept;
+    HRESULT Put(LONG newVal, void (Cut::*set)(std::int32_t)) noexcept;
+    HRESULT Put(VARIANT_BOOL newVal, void (Cut::*set)(bool)) noexcept;
+
+    std::shared_ptr<Cut> m_cCut;
+    FaceEntry<CutFace> m_cEntry;
+};
+
+// A core cut as hosts see it: a host's own object for a cut the host brought, else its one face. None for
+// none.
+ComPtr<_clsCut> CutOut(const std::shared_ptr<Cut>& cCut);
+
+// A cut that came from outside as the core sees it. Null for none.
+std::shared_ptr<Cut> CutFrom(_clsCut* pCut);
+
+// Items that are cuts.
+struct CutAdapter
+{
+    static Variant ToVariant(const std::shared_ptr<Cut>& cCut);
+    static std::shared_ptr<Cut> FromVariant(const VARIANT& value); // error 13 when it is no cut
+};
+
+} // namespace ravlo

@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: MIT
+#include "com/kit/HostCut.h"
+
+#include "com/kit/Collection.h"
+#include "com/kit/CutFace.h"
+#include "com/kit/Errors.h"
+
+#include <unordered_map>
+
+namespace ravlo
+{
+
+namespace
+{
+
+// By the host object's identity; a HostCut holds it, so that no other object can come to have the same.
+std::unordered_map<IUnknown*, std::weak_ptr<HostCut>>& Known()
+{
+    static std::unordered_map<IUnknown*, std::weak_ptr<HostCut>> colKnown;
+    return colKnown;
+}
+
+Variant Omitted()
+{
+    Variant cOmitted;
+    cOmitted.vt = VT_ERROR;
+    cOmitted.scode = DISP_E_PARAMNOTFOUND;
+    return cOmitted;
+}
+
+} // namespace
+
+std::shared_ptr<HostCut> HostCut::Of(_clsCut* pHost)
+{
+    ComPtr<IUnknown> cIdentity = IdentityOf(pHost);
+    auto& cKnown = Known()[cIdentity.Get()];
+    if (auto cFound = cKnown.lock())
+        return cFound;
+    auto cCut = std::make_shared<HostCut>(ComPtr<_clsCut>(pHost), std::move(cIdentity));
+    cKnown = cCut;
+    return cCut;
+}
+
+HostCut::HostCut(ComPtr<_clsCut> cHost, ComPtr<IUnknown> cIdentity)
+    : m_cHost(std::move(cHost)), m_cIdentity(std::move(cIdentity))
+{
+}
+
+HostCut::~HostCut() { Known().erase(m_cIdentity.Get()); }
+
+void HostCut::Check(HRESULT hResult) const { ThrowIfFailed(hResult, *m_cHost, IID__clsCut); }
+
+std::wstring HostCut::Text(Getter<BSTR> get) const
+{
+    Bstr sText;
+    Check((m_cHost.Get()->*get)(sText.Receive()));
+    return sText.Text();
+}
+
+std::int32_t HostCut::Long(Getter<LONG> get) const
+{
+    LONG lValue = 0;
+    Check((m_cHost.Get()->*get)(&lValue));
+    return static_cast<std::int32_t>(lValue);
+}
+
+bool HostCut::Bool(Getter<VARIANT_BOOL> get) const
+{
+    VARIANT_BOOL bValue = VARIANT_FALSE;
+    Check((m_cHost.Get()->*get)(&bValue));
+    return bValue != VARIANT_FALSE;
+}
+
+void HostCut::Set(Setter<BSTR> set, const std::wstring& sText)
+{
+    const Bstr sValue{std::wstring_view(sText)};
+    Check((m_cHost.Get()->*set)(sValue.Get()));
+}
+void HostCut::Set(Setter<LONG> set, std::int32_t lValue)
+{
+    Check((m_cHost.Get()->*set)(static_cast<LONG>(lValue)));
+}
+void HostCut::Set(Setter<VARIANT_BOOL> set, bool bValue) { Check((m_cHost.Get()->*set)(BoolOf(bValue))); }
+
+TextKey HostCut::Key() const { return TextKey(Text(&_clsCut::get_Key)); }
+std::wstring HostCut::SecondaryKey() const { return Text(&_clsCut::get_SecondaryKey); }
+std::int32_t HostCut::ID() const { return Long(&_clsCut::get_ID); }
+std::wstring HostCut::Path() const { return Text(&_clsCut::get_Path); }
+std::wstring HostCut::Artist() const { return Text(&_clsCut::get_Artist); }
+std::wstring HostCut::Title() const { return Text(&_clsCut::get_Title); }
+std::wstring HostCut::Album() const { return Text(&_clsCut::get_Album); }
+std::int32_t HostCut::Year() const { return Long(&_clsCut::get_Year); }
+std::int32_t HostCut::RunTimemS() const { return Long(&_clsCut::get_RunTimemS); }
+std::int32_t HostCut::DurationmS() const { return Long(&_clsCut::get_DurationmS); }
+std::wstring HostCut::DurationText() const { return Text(&_clsCut::get_DurationText); }
+DateTime HostCut::LastPlayed() const
+{
+    DATE dtWhen = 0;
+    Check(m_cHost->get_LastPlayed(&dtWhen));
+    return dtWhen;
+}
+bool HostCut::Opener() const { return Bool(&_clsCut::get_Opener); }
+std::int32_t HostCut::CatLevel() const { return Long(&_clsCut::get_CatLevel); }
+
+ComPtr<_clsCollection> HostCut::Categories() const
+{
+    ComPtr<_clsCollection> colNames;
+    Check(m_cHost->get_Categories(colNames.Receive()));
+    if (!colNames)
+        throw RuntimeError(error::ObjectNotSet);
+    return colNames;
+}
+
+std::vector<std::wstring> HostCut::CategoryNames() const
+{
+    std::vector<std::wstring> colNames;
+    ForEachItem(Categories().Get(),
+                [&](const Variant& cName) { colNames.push_back(TextAdapter::FromVariant(cName)); });
+    return colNames;
+}
+
+bool HostCut::Holds(_clsCollection& colNames, std::wstring_view sName) const
+{
+    VARIANT_BOOL bExists = VARIANT_FALSE;
+    const Variant cName(sName);
+    ThrowIfFailed(colNames.Exists(cName, &bExists), colNames, IID__clsCollection);
+    return bExists != VARIANT_FALSE;
+}
+
+bool HostCut::HasCategoryName(std::wstring_view sName) const { return Holds(*Categories(), sName); }
+
+void HostCut::AddCategoryName(const std::wstring& sName)
+{
+    const auto colNames = Categories();
+    if (Holds(*colNames, sName))
+        return;
+    const Variant cName{std::wstring_view(sName)};
+    ThrowIfFailed(colNames->Add(cName, cName, Omitted(), Omitted()), *colNames, IID__clsCollection);
+}
+
+void HostCut::RemoveCategoryName(const std::wstring& sName)
+{
+    const auto colNames = Categories();
+    if (Holds(*colNames, sName))
+        ThrowIfFailed(colNames->Remove(Variant{std::wstring_view(sName)}), *colNames, IID__clsCollection);
+}
+
+std::wstring HostCut::CategoryText() const { return Text(&_clsCut::get_CategoryText); }
+void HostCut::SetCategoryText(const std::wstring& sText) { Set(&_clsCut::put_CategoryText, sText); }
+void HostCut::SetKey(const std::wstring& sKey) { Set(&_clsCut::put_Key, sKey); }
+void HostCut::SetSecondaryKey(const std::wstring& sKey) { Set(&_clsCut::put_SecondaryKey, sKey); }
+void HostCut::SetPath(const std::wstring& sPath) { Set(&_clsCut::put_Path, sPath); }
+void HostCut::SetArtist(const std::wstring& sArtist) { Set(&_clsCut::put_Artist, sArtist); }
+void HostCut::SetTitle(const std::wstring& sTitle) { Set(&_clsCut::put_Title, sTitle); }
+void HostCut::SetAlbum(const std::wstring& sAlbum) { Set(&_clsCut::put_Album, sAlbum); }
+void HostCut::SetYear(std::int32_t lYear) { Set(&_clsCut::put_Year, lYear); }
+void HostCut::SetRunTimemS(std::int32_t lRunTime) { Set(&_clsCut::put_RunTimemS, lRunTime); }
+void HostCut::SetDurationmS(std::int32_t lDuration) { Set(&_clsCut::put_DurationmS, lDuration); }
+void HostCut::SetLastPlayed(DateTime dtWhen) { Check(m_cHost->put_LastPlayed(dtWhen)); }
+void HostCut::SetOpener(bool bOpener) { Set(&_clsCut::put_Opener, bOpener); }
+void HostCut::SetCatLevel(std::int32_t lLevel) { Set(&_clsCut::put_CatLevel, lLevel); }
+std::wstring HostCut::CategoryKey() const { return Text(&_clsCut::get_CategoryKey); }
+void HostCut::SetCategoryKey(const std::wstring& sKey) { Set(&_clsCut::put_CategoryKey, sKey); }
+bool HostCut::MustBeOpener() const { return Bool(&_clsCut::get_MustBeOpener); }
+void HostCut::SetMustBeOpener(bool bMust) { Set(&_clsCut::put_MustBeOpener, bMust); }
+std::int32_t HostCut::KindCode() const { return Long(&_clsCut::get_KindCode); }
+void HostCut::SetKindCode(std::int32_t lKind) { Set(&_clsCut::put_KindCode, lKind); }
+
+std::shared_ptr<Cut> HostCut::CloneCut() const
+{
+    ComPtr<_clsCut> cClone;
+    Check(m_cHost->CloneCut(cClone.Receive()));
+    if (!cClone)
+        throw RuntimeError(error::ObjectNotSet);
+    return CutFrom(cClone.Get());
+}
+
+} // namespace ravlo

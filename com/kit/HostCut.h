@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "com/kit/ComPtr.h"
+#include "media/Cut.h"
+
+#include <RavloBase.h>
+
+#include <memory>
+
+namespace ravlo
+{
+
+// A cut that the other side implements, as the core sees it. Every call goes to the host's object; what that
+// answers with a failure is thrown as RuntimeError. One host object has one HostCut while anyone holds it.
+class HostCut final : public Cut
+{
+public:
+    static std::shared_ptr<HostCut> Of(_clsCut* pHost);
+    explicit HostCut(ComPtr<_clsCut> cHost, ComPtr<IUnknown> cIdentity);
+    ~HostCut() override;
+    HostCut(const HostCut&) = delete;
+    HostCut& operator=(const HostCut&) = delete;
+
+    const ComPtr<_clsCut>& Host() const noexcept { return m_cHost; }
+
+    TextKey Key() const override;
+    std::wstring SecondaryKey() const override;
+    std::int32_t ID() const override;
+    std::wstring Path() const override;
+    std::wstring Artist() const override;
+    std::wstring Title() const override;
+    std::wstring Album() const override;
+    std::int32_t Year() const override;
+    std::int32_t RunTimemS() const override;
+    std::int32_t DurationmS() const override;
+    std::wstring DurationText() const override;
+    DateTime LastPlayed() const override;
+    bool Opener() const override;
+    std::int32_t CatLevel() const override;
+    std::vector<std::wstring> CategoryNames() const override;
+    bool HasCategoryName(std::wstring_view sName) const override;
+    void AddCategoryName(const std::wstring& sName) override;
+    void RemoveCategoryName(const std::wstring& sName) override;
+    std::wstring CategoryText() const override;
+    void SetCategoryText(const std::wstring& sText) override;
+    void SetKey(const std::wstring& sKey) override;
+    void SetSecondaryKey(const std::wstring& sKey) override;
+    void SetPath(const std::wstring& sPath) override;
+    void SetArtist(const std::wstring& sArtist) override;
+    void SetTitle(const std::wstring& sTitle) override;
+    void SetAlbum(const std::wstring& sAlbum) override;
+    void SetYear(std::int32_t lYear) override;
+    void SetRunTimemS(std::int32_t lRunTime) override;
+    void SetDurationmS(std::int32_t lDuration) override;
+    void SetLastPlayed(DateTime dtWhen) override;
+    void SetOpener(bool bOpener) override;
+    void SetCatLevel(std::int32_t lLevel) override;
+    std::wstring CategoryKey() const override;
+    void SetCategoryKey(const std::wstring& sKey) override;
+    bool MustBeOpener() const override;
+    void SetMustBeOpener(bool bMust) override;
+    std::int32_t KindCode() const override;
+    void SetKindCode(std::int32_t lKind) override;
+    std::shared_ptr<Cut> CloneCut() const override;
+
+private:
+    template <class Value> using Getter = HRESULT (STDMETHODCALLTYPE _clsCut::*)(Value*);
+    template <class Value> using Setter = HRESULT (STDMETHODCALLTYPE _clsCut::*)(Value);
+
+    void Check(HRESULT hResult) const;
+    std::wstring Text(Getter<BSTR> get) const;
+    std::int32_t Long(Getter<LONG> get) const;
+    bool Bool(Getter<VARIANT_BOOL> get) const;
+    void Set(Setter<BSTR> set, const std::wstring& sText);
+    void Set(Setter<LONG> set, std::int32_t lValue);
+    void Set(Setter<VARIANT_BOOL> set, bool bValue);
+    ComPtr<_clsCollection> Categories() const;
+    bool Holds(_clsCollection& colNames, std::wstring_view sName) const;
+
+    ComPtr<_clsCut> m_cHost;
+    ComPtr<IUnknown> m_cIdentity;
+};
+
+} // namespace ravlo

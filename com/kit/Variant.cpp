@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "com/kit/Variant.h"
+
+#include "com/kit/Errors.h"
+
+#include <new>
+
+namespace ravlo
+{
+
+BSTR NewBstr(std::wstring_view sText)
+{
+    const BSTR sResult = SysAllocStringLen(sText.data(), static_cast<UINT>(sText.size()));
+    if (!sResult)
+        throw std::bad_alloc();
+    return sResult;
+}
+
+std::wstring TextOf(BSTR sText) { return sText ? std::wstring(sText, SysStringLen(sText)) : std::wstring(); }
+
+Variant::Variant(const VARIANT& value) : Variant()
+{
+    ThrowIfFailed(VariantCopy(this, const_cast<VARIANT*>(&value)));
+}
+
+Variant::Variant(std::wstring_view sText) : Variant()
+{
+    bstrVal = NewBstr(sText);
+    vt = VT_BSTR;
+}
+
+Variant::Variant(std::int32_t lValue) noexcept : Variant()
+{
+    vt = VT_I4;
+    lVal = lValue;
+}
+
+Variant::Variant(bool bValue) noexcept : Variant()
+{
+    vt = VT_BOOL;
+    boolVal = BoolOf(bValue);
+}
+
+Variant::Variant(IDispatch* pObject) noexcept : Variant()
+{
+    vt = VT_DISPATCH;
+    pdispVal = pObject;
+    if (pObject)
+        pObject->AddRef();
+}
+
+Variant::Variant(IUnknown* pObject) noexcept : Variant()
+{
+    vt = VT_UNKNOWN;
+    punkVal = pObject;
+    if (pObject)
+        pObject->AddRef();
+}
+
+Variant::Variant(Variant&& other) noexcept : VARIANT(other) { VariantInit(&other); }
+
+Variant& Variant::operator=(Variant other) noexcept
+{
+    std::swap(static_cast<VARIANT&>(*this), static_cast<VARIANT&>(other));
+    return *this;
+}
+
+VARIANT Variant::Detach() noexcept
+{
+    const VARIANT result = *this;
+    VariantInit(this);
+    return result;
+}
+
+Variant Variant::Dereferenced(const VARIANT& value)
+{
+    Variant cResult;
+    ThrowIfFailed(VariantCopyInd(&cResult, const_cast<VARIANT*>(&value)));
+    return cResult;
+}
+
+std::optional<Variant> Variant::As(VARTYPE vtWanted) const
+{
+    Variant cResult;
+    if (FAILED(VariantChangeTypeEx(&cResult, const_cast<Variant*>(this), LOCALE_INVARIANT, 0, vtWanted)))
+        return std::nullopt;
+    return cResult;
+}
+
+bool IsOmitted(const VARIANT& value) noexcept
+{
+    const VARIANT& inner = value.vt == (VT_BYREF | VT_VARIANT) ? *value.pvarVal : value;
+    return inner.vt == VT_ERROR && inner.scode == DISP_E_PARAMNOTFOUND;
+}
+
+} // namespace ravlo
