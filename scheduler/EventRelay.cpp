@@ -10,9 +10,10 @@ namespace ravlo
 namespace
 {
 
-std::int32_t AsLong(std::size_t lCount)
+std::int32_t AsLong(std::int64_t lCount)
 {
-    return static_cast<std::int32_t>(std::min<std::size_t>(lCount, std::numeric_limits<std::int32_t>::max()));
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(
+        lCount, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()));
 }
 
 } // namespace
@@ -38,12 +39,12 @@ void EventRelay::ShowHelpEvent()
     ToListener([](SchedulerEvents& cEvents) { cEvents.ShowHelpEvent(); });
 }
 
-void EventRelay::ProgressStart(const std::wstring& sReason, std::size_t lMax)
+void EventRelay::ProgressStart(const std::wstring& sReason, std::int64_t lMax)
 {
     ToListener([&](SchedulerEvents& cEvents) { cEvents.ProgressStart(sReason, AsLong(lMax)); });
 }
 
-void EventRelay::Progress(const std::wstring& strProgress, std::size_t lCount, std::size_t lMax)
+void EventRelay::Progress(const std::wstring& strProgress, std::int64_t lCount, std::int64_t lMax)
 {
     ToListener([&](SchedulerEvents& cEvents)
                { cEvents.Progress(strProgress, AsLong(lCount), AsLong(lMax)); });

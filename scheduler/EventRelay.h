@@ -21,8 +21,8 @@ public:
     void Listen(SchedulerEvents* cEvents) noexcept { m_cEvents = cEvents; }
 
     void ShowHelpEvent();
-    void ProgressStart(const std::wstring& sReason, std::size_t lMax);
-    void Progress(const std::wstring& strProgress, std::size_t lCount, std::size_t lMax);
+    void ProgressStart(const std::wstring& sReason, std::int64_t lMax);
+    void Progress(const std::wstring& strProgress, std::int64_t lCount, std::int64_t lMax);
     void ProgressDone(const std::wstring& sStatus);
     std::optional<std::int32_t> RequestEditCut(const std::shared_ptr<Cut>& cCut);
 

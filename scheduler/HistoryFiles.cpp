@@ -38,7 +38,6 @@ std::string_view TrimBlanks(std::string_view bytes)
 } // namespace
 
 // ---- saving
-// ---------------------------------------------------------------------------------------------------------
 
 struct HistoryFiles::Snapshot
 {
@@ -53,9 +52,9 @@ struct HistoryFiles::Snapshot
     std::vector<Entry> colEntries;
 };
 
-bool HistoryFiles::Save(const std::shared_ptr<clsCat>& cMainCat)
+bool HistoryFiles::Save(const std::shared_ptr<clsCat>& cMainCat, Manner eManner)
 {
-    return SaveOne(cMainCat, Report::Show) == Saved::Yes;
+    return SaveOne(cMainCat, eManner) == Saved::Yes;
 }
 
 bool HistoryFiles::SaveAll(const CatCollection& colMainCats)
@@ -64,7 +63,7 @@ bool HistoryFiles::SaveAll(const CatCollection& colMainCats)
     bool bAll = true;
     for (const std::shared_ptr<clsCat>& cMainCat : colSnapshot)
     {
-        const Saved eSaved = SaveOne(cMainCat, Report::Show);
+        const Saved eSaved = SaveOne(cMainCat, Manner::Explicit);
         bAll = bAll && eSaved == Saved::Yes;
         if (eSaved == Saved::NotMain)
             break;
@@ -74,7 +73,7 @@ bool HistoryFiles::SaveAll(const CatCollection& colMainCats)
 
 void HistoryFiles::SaveQuietly(const std::shared_ptr<clsCat>& cMainCat)
 {
-    if (SaveOne(cMainCat, Report::LogOnly) == Saved::Failed)
+    if (SaveOne(cMainCat, Manner::Quiet) == Saved::Failed)
         m_colOwed.insert(cMainCat->CatID());
 }
 
@@ -85,7 +84,7 @@ void HistoryFiles::SaveOwed(const CatCollection& colMainCats)
             SaveQuietly(std::shared_ptr(*cMainCat));
 }
 
-HistoryFiles::Saved HistoryFiles::SaveOne(const std::shared_ptr<clsCat>& cMainCat, Report eReport)
+HistoryFiles::Saved HistoryFiles::SaveOne(const std::shared_ptr<clsCat>& cMainCat, Manner eManner)
 {
     if (cMainCat->CatLevel() != 0)
     {
@@ -99,13 +98,13 @@ HistoryFiles::Saved HistoryFiles::SaveOne(const std::shared_ptr<clsCat>& cMainCa
         if (cSnapshot.colEntries.empty())
             return Saved::NoRecords;
         RequireFileName(cSnapshot.sCatName);
-        Write(cSnapshot, Fill(cSnapshot, eReport), eReport);
+        Write(cSnapshot, Fill(cSnapshot, eManner), eManner);
         m_colOwed.erase(cMainCat->CatID());
         return Saved::Yes;
     }
     catch (...)
     {
-        if (eReport == Report::Show)
+        if (eManner != Manner::Quiet)
             m_cMod.ShowCriticalError(L"Error in SaveHistoryAndOrdering [cSchedMan]", CurrentError());
         else
             m_cMod.LogError(L"SaveHistoryAndOrdering " + cMainCat->CatName(), CurrentError());
@@ -133,11 +132,11 @@ HistoryFiles::Snapshot HistoryFiles::TakeSnapshot(const clsCat& cMainCat)
     return cSnapshot;
 }
 
-std::string HistoryFiles::Fill(const Snapshot& cSnapshot, Report eReport)
+std::string HistoryFiles::Fill(const Snapshot& cSnapshot, Manner eManner)
 {
     const CodePage& cCodePage = m_cMod.Outside().cCodePage;
     const std::size_t lTotal = cSnapshot.colEntries.size();
-    const bool bTell = eReport == Report::Show;
+    const bool bTell = eManner == Manner::Explicit;
     if (bTell)
         m_cEvents.ProgressStart(L"Saving Ordering and hist for: " + cSnapshot.sCatName, lTotal);
     ProgressThrottle cThrottle(m_cMod.Outside().cClock);
@@ -166,10 +165,10 @@ std::string HistoryFiles::Fill(const Snapshot& cSnapshot, Report eReport)
     return bytes;
 }
 
-void HistoryFiles::Write(const Snapshot& cSnapshot, const std::string& bytes, Report eReport)
+void HistoryFiles::Write(const Snapshot& cSnapshot, const std::string& bytes, Manner eManner)
 {
     const std::size_t lTotal = cSnapshot.colEntries.size();
-    if (eReport == Report::Show)
+    if (eManner == Manner::Explicit)
     {
         // The yields and reports that go with the records come before the one write that puts them all on the
         // disk.
@@ -198,7 +197,7 @@ void HistoryFiles::Write(const Snapshot& cSnapshot, const std::string& bytes, Re
         m_colNotApplied.erase(sFolded);
         m_colNewestWritten[sFolded] = cSnapshot.lNumber;
     }
-    if (eReport == Report::Show)
+    if (eManner == Manner::Explicit)
         m_cEvents.ProgressDone(L"Saved Scheduler Info for: " + cSnapshot.sCatName);
 }
 
@@ -213,7 +212,6 @@ void HistoryFiles::DeleteFile(const std::wstring& sCatName)
 }
 
 // ---- reading
-// --------------------------------------------------------------------------------------------------------
 
 // Every cut a record names is put at the end, in the order of the file; the others stay in front as they
 // stand.

@@ -27,11 +27,19 @@ public:
 
     HistoryFiles(ModScheduler& cMod, EventRelay& cEvents) noexcept : m_cMod(cMod), m_cEvents(cEvents) {}
 
+    // How a save tells of itself.
+    enum class Manner
+    {
+        Explicit,        // progress events and yields; errors are shown
+        WithoutProgress, // errors are shown
+        Quiet,           // errors are logged only: for picks on air
+    };
+
     // Saves one main category. False, and nothing is written: no main category (shown), no record to write,
     // or an error, which is shown. What is written is the order at the moment of the call, whatever the host
     // does while it is told of the progress; a save that was overtaken by a newer one of the same category
     // writes nothing and is true.
-    bool Save(const std::shared_ptr<clsCat>& cMainCat);
+    bool Save(const std::shared_ptr<clsCat>& cMainCat, Manner eManner = Manner::Explicit);
 
     // Saves every one, in order. False when one of them had no record or could not be saved; one that is no
     // main category ends it.
@@ -61,11 +69,6 @@ private:
     };
     struct Snapshot;   // what a save writes, taken before the first yield
     struct LevelOrder; // a level's new order while records are applied
-    enum class Report
-    {
-        Show,
-        LogOnly,
-    };
     enum class Saved
     {
         Yes,
@@ -74,10 +77,10 @@ private:
         Failed,
     };
 
-    Saved SaveOne(const std::shared_ptr<clsCat>& cMainCat, Report eReport);
+    Saved SaveOne(const std::shared_ptr<clsCat>& cMainCat, Manner eManner);
     Snapshot TakeSnapshot(const clsCat& cMainCat);
-    std::string Fill(const Snapshot& cSnapshot, Report eReport);
-    void Write(const Snapshot& cSnapshot, const std::string& bytes, Report eReport);
+    std::string Fill(const Snapshot& cSnapshot, Manner eManner);
+    void Write(const Snapshot& cSnapshot, const std::string& bytes, Manner eManner);
 
     // Nothing: there is no file, or it is damaged.
     std::optional<std::vector<Record>> RetrieveHistoryAndOrdering(const clsCat& cMainCat);

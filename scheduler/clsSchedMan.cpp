@@ -3,10 +3,9 @@
 
 #include "collections/Text.h"
 #include "rotation/NextCut.h"
-#include "scheduler/CategoryList.h"
-#include "scheduler/EventRelay.h"
-#include "scheduler/HistoryFiles.h"
 #include "scheduler/Population.h"
+#include "scheduler/Station.h"
+#include "scheduler/Synchronisation.h"
 
 #include <utility>
 
@@ -27,33 +26,14 @@ std::shared_ptr<NameCollection> IllegalChars()
 
 } // namespace
 
-// The parts the facade routes to, and what they share.
-struct clsSchedMan::Parts
+// The parts the facade routes to.
+struct clsSchedMan::Parts : Station
 {
-    explicit Parts(ModScheduler& cModule)
-        : cMod(cModule), cEvents(cModule), cCategoryList(cModule), cHistoryFiles(cModule, cEvents),
-          colIllegalChars(IllegalChars())
-    {
-    }
+    explicit Parts(ModScheduler& cModule) : Station(cModule), cSync(*this), colIllegalChars(IllegalChars()) {}
 
-    // Whether a main category is one of this manager's at present.
-    bool Holds(const std::shared_ptr<clsCat>& cMainCat) const
-    {
-        const std::shared_ptr<clsCat>* cFound =
-            cMainCat && colMainCats ? colMainCats->Find(CategoryKey(cMainCat->CatName(), 0)) : nullptr;
-        return cFound && *cFound == cMainCat;
-    }
-
-    ModScheduler& cMod;
-    EventRelay cEvents;
-    SchedulerWindows* cWindows = nullptr;
+    Synchronisation cSync;
     PlayHistory cPlayHistory;
-    CategoryList cCategoryList;
-    HistoryFiles cHistoryFiles;
     std::shared_ptr<NameCollection> colIllegalChars;
-    std::shared_ptr<ravlo::DataBase> cDataBase;
-    std::shared_ptr<CatCollection> colMainCats;
-    FiledCuts cFiledCuts;
     std::wstring sPopulatedAppPath; // of the last population this manager completed; empty before
     bool bPopulating = false;
     bool bRotatesAllowed = false;
@@ -67,6 +47,7 @@ clsSchedMan::~clsSchedMan()
     {
         Parts& my = *m_cParts;
         const ModScheduler::LogScope cScope(my.cMod);
+        my.cSync.Stop();
         my.cEvents.Listen(nullptr);
         if (my.sPopulatedAppPath.empty())
             return;
@@ -133,12 +114,15 @@ void clsSchedMan::PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBas
                                      L"PopulateFromDatabase in clsSchedMan actually does need a database!");
                          return false;
                      }
+                     const Synchronisation::Hold cHold(my.cSync);
                      my.cDataBase = std::move(cDataBase);
+                     my.cSync.Follow(my.cDataBase, weak_from_this());
                      FiledCuts cFiledCuts;
                      Population cPopulation(my.cMod, my.cEvents, my.cCategoryList, my.cHistoryFiles,
                                             cFiledCuts);
                      my.colMainCats = cPopulation.Build(*my.cDataBase);
                      my.cFiledCuts = std::move(cFiledCuts);
+                     ++my.lPopulations;
                      my.sPopulatedAppPath = my.cMod.AppPath();
                      cPopulation.ReportProblems();
                      return true;
@@ -255,6 +239,23 @@ std::shared_ptr<Cut> clsSchedMan::NextCutFromRotation(const std::wstring& strSub
 
 bool clsSchedMan::RotatesAllowed() const noexcept { return m_cParts->bRotatesAllowed; }
 void clsSchedMan::SetRotatesAllowed(bool bAllowed) noexcept { m_cParts->bRotatesAllowed = bAllowed; }
+
+// ---- editing
+// --------------------------------------------------------------------------------------------------------
+
+void clsSchedMan::RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat,
+                                        const std::shared_ptr<Cut>& cCut, CatCollection& colMainCatsIN,
+                                        std::int32_t LevelToRemoveFrom)
+{
+    Parts& my = *m_cParts;
+    const ModScheduler::LogScope cScope(my.cMod);
+    TrapCritical(my.cMod, L"Error in RemoveCutFromCategory [cSchedMan]", false,
+                 [&]
+                 {
+                     my.cSync.RemoveCutFromCategory(cMainCat, cCut, colMainCatsIN, LevelToRemoveFrom);
+                     return true;
+                 });
+}
 
 // ---- host and windows
 // -----------------------------------------------------------------------------------------------

@@ -59,6 +59,12 @@ public:
     // Null saves every main category.
     bool SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat);
 
+    // Takes a cut out of a level (its own number's, or LevelToRemoveFrom) of one main category, or with null
+    // of every one it is assigned to. Adds those it was removed from to colMainCatsIN, keyed by name. Saves
+    // nothing.
+    void RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat, const std::shared_ptr<Cut>& cCut,
+                               CatCollection& colMainCatsIN, std::int32_t LevelToRemoveFrom = 0);
+
     void UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut);
 
     // The cut that plays next from the level that strSubCatKey names; never null. cMainCat, cSubCat and

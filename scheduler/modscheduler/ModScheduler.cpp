@@ -65,7 +65,6 @@ void ModScheduler::StoreAppPath(const std::wstring& sAppPath)
 }
 
 // ---- debug log
-// ------------------------------------------------------------------------------------------------------
 
 void ModScheduler::WriteDebugLog(const std::wstring& sMessage)
 {
@@ -148,7 +147,6 @@ ModScheduler::LogScope::~LogScope()
 }
 
 // ---- errors, boxes, yielding
-// ----------------------------------------------------------------------------------------
 
 void ModScheduler::DISPLAYERROR(const std::wstring& sProcedure, bool bShow,
                                 const RuntimeError& cError) noexcept
@@ -208,7 +206,6 @@ void ModScheduler::Pump()
 void ModScheduler::Sleep(std::uint32_t lMilliseconds) { m_cPorts.cHostLoop.Sleep(lMilliseconds); }
 
 // ---- settings
-// -------------------------------------------------------------------------------------------------------
 
 void ModScheduler::SetSetting(std::int32_t& lSetting, std::int32_t lMins)
 {
@@ -268,7 +265,6 @@ bool ModScheduler::SaveSettings() noexcept
 }
 
 // ---- file generations
-// -----------------------------------------------------------------------------------------------
 
 std::uint64_t ModScheduler::FileGeneration(const std::wstring& sPath) const
 {

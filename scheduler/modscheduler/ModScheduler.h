@@ -31,10 +31,11 @@ public:
     std::wstring AppPath() const;
     void StoreAppPath(const std::wstring& sAppPath);
 
-    // --- debug log
-    // ------------------------------------------------------------------------------------------------- Notes
-    // one line with the present time. Inside a LogScope lines are gathered and appended together when the
-    // outermost scope ends; otherwise the line is appended at once. Never fails the caller.
+    // ---- debug log
+
+    // Notes one line with the present time. Inside a LogScope lines are gathered and appended together when
+    // the outermost scope ends; otherwise the line is appended at once. Never fails the caller.
+    // File format: docs/formats/debug-log.md.
     void WriteDebugLog(const std::wstring& sMessage);
     // Appends what was gathered so far. Called before anything that lets others run: an event, a box, a pump,
     // a save.
@@ -51,25 +52,25 @@ public:
         ModScheduler& m_cMod;
     };
 
-    // --- error display
-    // --------------------------------------------------------------------------------------------- Logs
-    // "DISPLAYERROR, <procedure> <number> <description>"; with bShow also shows the information box titled
-    // with the procedure's name: "Handled Error!", description and number on three lines.
+    // ---- error display
+
+    // Logs "DISPLAYERROR, <procedure> <number> <description>"; with bShow also shows the information box
+    // titled with the procedure's name: "Handled Error!", description and number on three lines.
     void DISPLAYERROR(const std::wstring& sProcedure, bool bShow, const RuntimeError& cError) noexcept;
     // The critical box "<number> <description>" under a title of its own, and one log line.
     void ShowCriticalError(const std::wstring& sTitle, const RuntimeError& cError) noexcept;
     // One log line, no box.
     void LogError(const std::wstring& sWhere, const RuntimeError& cError) noexcept;
 
-    // --- boxes and yielding; the debug log is flushed first
-    // ----------------------------------------------------------
+    // ---- boxes and yielding; the debug log is flushed before anything that lets others run
+
     BoxAnswer Box(BoxIcon eIcon, BoxButtons eButtons, const std::wstring& sTitle, const std::wstring& sText);
     std::optional<std::wstring> Input(const std::wstring& sTitle, const std::wstring& sPrompt);
     void Pump();
     void Sleep(std::uint32_t lMilliseconds);
 
-    // --- global separations, in minutes, never negative
-    // -------------------------------------------------------------
+    // ---- global separations, in minutes, never negative; file format: docs/formats/settings.md
+
     std::int32_t GlobalArtistSepMins() const noexcept { return m_lArtist; }
     std::int32_t GlobalTitleSepMins() const noexcept { return m_lTitle; }
     std::int32_t GlobalAlbumSepMins() const noexcept { return m_lAlbum; }
@@ -84,10 +85,10 @@ public:
     // not be read is left alone unless a setter has run since.
     bool SaveSettings() noexcept;
 
-    // --- who wrote a file last
-    // --------------------------------------------------------------------------------------- A number per
-    // file (without regard to case) that grows with every write noted here; 0 for a file never noted. Lets an
-    // object that is released late see that its values are no longer the newest.
+    // ---- who wrote a file last
+
+    // A number per file (without regard to case) that grows with every write noted here; 0 for a file never
+    // noted. Lets an object that is released late see that its values are no longer the newest.
     std::uint64_t FileGeneration(const std::wstring& sPath) const;
     std::uint64_t NoteFileWritten(const std::wstring& sPath);
 

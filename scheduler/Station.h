@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "media/DataBase.h"
+#include "model/clsCat.h"
+#include "scheduler/CategoryList.h"
+#include "scheduler/EventRelay.h"
+#include "scheduler/FiledCuts.h"
+#include "scheduler/HistoryFiles.h"
+#include "scheduler/SchedulerWindows.h"
+#include "scheduler/modscheduler/ModScheduler.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace ravlo
+{
+
+// What the parts of one manager share: the tree, the database it came from, and the ways out to files, host
+// and windows. Anything here may be replaced while messages are pumped or an event is raised: look again
+// afterwards, by name.
+struct Station
+{
+    explicit Station(ModScheduler& cModule)
+        : cMod(cModule), cEvents(cModule), cCategoryList(cModule), cHistoryFiles(cModule, cEvents)
+    {
+    }
+
+    // The main category of that name, or null.
+    std::shared_ptr<clsCat> MainCat(const std::wstring& sName) const
+    {
+        const std::shared_ptr<clsCat>* cFound =
+            colMainCats ? colMainCats->Find(CategoryKey(sName, 0)) : nullptr;
+        return cFound ? *cFound : nullptr;
+    }
+    // Whether a main category is one of the tree's at present.
+    bool Holds(const std::shared_ptr<clsCat>& cMainCat) const
+    {
+        return cMainCat && MainCat(cMainCat->CatName()) == cMainCat;
+    }
+
+    ModScheduler& cMod;
+    EventRelay cEvents;
+    CategoryList cCategoryList;
+    HistoryFiles cHistoryFiles;
+    SchedulerWindows* cWindows = nullptr;
+    std::shared_ptr<ravlo::DataBase> cDataBase;
+    std::shared_ptr<CatCollection> colMainCats; // null before the first population
+    FiledCuts cFiledCuts;
+    std::uint64_t lPopulations =
+        0; // completed ones: a loop that pumps sees by it that the tree is another one
+};
+
+} // namespace ravlo

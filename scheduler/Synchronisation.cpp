@@ -1,0 +1,387 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/Synchronisation.h"
+
+#include "collections/Text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::size_t lAddedPerReport = 30;
+constexpr std::size_t lRemovedPerReport = 50;
+constexpr std::uint32_t lPauseMs = 10;
+
+std::wstring CountText(std::size_t lCount) { return DecimalText(static_cast<std::int64_t>(lCount)); }
+
+std::wstring UpdatedText(std::size_t lCount, std::size_t lTotal)
+{
+    return L"Updated " + CountText(lCount) + L" of " + CountText(lTotal);
+}
+
+std::vector<std::shared_ptr<clsCat>> SnapshotOf(const CatCollection& colCats)
+{
+    return {colCats.begin(), colCats.end()};
+}
+
+bool Holds(const std::vector<std::wstring>& colNames, const std::wstring& sName)
+{
+    return std::any_of(colNames.begin(), colNames.end(),
+                       [&](const std::wstring& sOther) { return EqualIgnoringCase(sOther, sName); });
+}
+
+} // namespace
+
+// ---- listening
+// ------------------------------------------------------------------------------------------------------
+
+void Synchronisation::Follow(const std::shared_ptr<DataBase>& cDataBase, std::weak_ptr<void> cOwner)
+{
+    Stop();
+    m_cOwner = std::move(cOwner);
+    m_cFollowed = cDataBase;
+    if (m_cFollowed)
+        m_cFollowed->Advise(*this);
+}
+
+void Synchronisation::Stop() noexcept
+{
+    if (m_cFollowed)
+        m_cFollowed->Unadvise(*this);
+    m_cFollowed.reset();
+    m_colWaiting.clear(); // they told of a database that is no longer ours
+}
+
+void Synchronisation::Notify(Kind eKind, const Cuts& colCuts)
+{
+    m_colWaiting.push_back({eKind, colCuts});
+    if (m_lHolds == 0)
+        HandleWaiting();
+}
+
+void Synchronisation::HandleWaiting() noexcept
+{
+    if (m_colWaiting.empty() || !m_cStation.colMainCats)
+        return;
+    const std::shared_ptr<void> cKeepAlive = m_cOwner.lock();
+    const ModScheduler::LogScope cScope(m_cStation.cMod);
+    ++m_lHolds; // what arrives while one is handled is handled after it, by this loop
+    while (!m_colWaiting.empty())
+    {
+        const Notification notification = std::move(m_colWaiting.front());
+        m_colWaiting.pop_front();
+        switch (notification.eKind)
+        {
+        case Kind::Added:
+            HandleAdded(notification.colCuts);
+            break;
+        case Kind::Modified:
+            HandleModified(notification.colCuts);
+            break;
+        case Kind::Removed:
+            HandleRemoved(notification.colCuts);
+            break;
+        }
+    }
+    --m_lHolds;
+}
+
+void Synchronisation::ProgressStart(const std::wstring& sReason, std::int32_t lMax)
+{
+    m_cStation.cEvents.ProgressStart(sReason, lMax);
+}
+
+void Synchronisation::Progress(const std::wstring& strProgress, std::int32_t lCount, std::int32_t lMax)
+{
+    m_cStation.cEvents.Progress(strProgress, lCount, lMax);
+}
+
+void Synchronisation::ProgressDone(const std::wstring& sStatus) { m_cStation.cEvents.ProgressDone(sStatus); }
+
+// ---- cuts added
+// -----------------------------------------------------------------------------------------------------
+
+void Synchronisation::HandleAdded(const Cuts& colCuts)
+{
+    ModScheduler& cMod = m_cStation.cMod;
+    Filing cFiling(cMod);
+    const auto ShowError = [&cMod](const RuntimeError& cError)
+    { cMod.DISPLAYERROR(L"m_cDataBase_CutsAdded", true, cError); };
+    try
+    {
+        cMod.WriteDebugLog(L"m_cDataBase_CutsAdded at start...");
+        cMod.WriteDebugLog(L"objptr colcuts = " + DecimalText(reinterpret_cast<std::intptr_t>(&colCuts)));
+        cMod.WriteDebugLog(L"Raising Event ProgressStart....");
+        m_cStation.cEvents.ProgressStart(L"Updating Scheduler with Added items", std::ssize(colCuts));
+        cMod.WriteDebugLog(L"Raised Event ProgressStart");
+        cMod.WriteDebugLog(L"Adding Cuts to cats...");
+        AffectedCats cAffected;
+        AddCuts(colCuts, cAffected, cFiling);
+        cMod.WriteDebugLog(L"Finished Adding Cuts to cats.");
+        cMod.WriteDebugLog(L"Saving History And Ordering now...there are: " + CountText(cAffected.Count()) +
+                           L" Cats affected by this add.");
+        SaveAffected(cAffected);
+        cMod.WriteDebugLog(L"Saved History and Ordering now...");
+        cMod.WriteDebugLog(L"RaisingEvent ProgressDone");
+        m_cStation.cEvents.ProgressDone(L"Updated Scheduler with new items.");
+        cMod.WriteDebugLog(L"Raised Event ProgressDone.");
+        RefreshLibrary(L"Refreshing Schedlib in m_cDataBase_CutsAdded");
+        cFiling.Report(ShowError);
+    }
+    catch (...)
+    {
+        ShowError(CurrentError());
+    }
+    cMod.WriteDebugLog(L"Done with m_cDataBase_cutsadded");
+}
+
+void Synchronisation::AddCuts(const Cuts& colCuts, AffectedCats& cAffected, Filing& cFiling)
+{
+    const std::uint64_t lPopulation = m_cStation.lPopulations;
+    std::size_t lCount = 0;
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+    {
+        if (++lCount % lAddedPerReport == 0)
+        {
+            m_cStation.cMod.Sleep(lPauseMs);
+            m_cStation.cEvents.Progress(UpdatedText(lCount, colCuts.size()),
+                                        static_cast<std::int64_t>(lCount), std::ssize(colCuts));
+            m_cStation.cMod.Pump();
+            if (m_cStation.lPopulations != lPopulation)
+                return; // the host has reloaded meanwhile: the new tree came from the database as it is now
+        }
+        try
+        {
+            const TextKey cKey = cCut->Key();
+            bool bCreatedMainCat = false;
+            bool bCreatedNewSubCat = false;
+            if (m_cStation.cFiledCuts.Knows(cKey) && !m_cStation.cFiledCuts.IsUnchanged(*cCut))
+                ModifyCut(cCut, cAffected, cFiling); // announced as new, but filed elsewhere already
+            else
+                AddCutToCategory(cCut, nullptr, bCreatedMainCat, bCreatedNewSubCat, cAffected, cFiling);
+            m_cStation.cFiledCuts.Remember(*cCut);
+        }
+        catch (...)
+        {
+            cFiling.Failed(*cCut);
+        }
+    }
+}
+
+void Synchronisation::AddCutToCategory(const std::shared_ptr<Cut>& cCut,
+                                       const std::shared_ptr<clsCat>& cMainCat, bool& bCreatedMainCat,
+                                       bool& bCreatedNewSubCat, AffectedCats& cAffected, Filing& cFiling)
+{
+    const auto FileInto = [&](clsCat& cInto)
+    {
+        cFiling.File(cCut, cInto, bCreatedNewSubCat);
+        cAffected.Touch(cInto.CatName());
+    };
+    if (cMainCat)
+    {
+        const std::shared_ptr<clsCat> cKnown = m_cStation.MainCat(cMainCat->CatName());
+        if (cKnown)
+            FileInto(*cKnown);
+        else
+            m_cStation.cMod.Box(BoxIcon::Critical, BoxButtons::Ok, sProgramTitle,
+                                L"In addcuttocategory, main cat was specified, but doesnt exist!");
+        return;
+    }
+    for (const std::wstring& sName : AssignedNames(*cCut))
+    {
+        if (sName.empty())
+            cFiling.EmptyName(BoxIcon::None, std::wstring(L"Zero-length cat names are illegal!") + sCrLf +
+                                                 cCut->Artist() + L" - " + cCut->Title());
+        else
+            FileInto(*EnsureMainCat(m_cStation.cMod, *m_cStation.colMainCats, sName, bCreatedMainCat));
+    }
+}
+
+// ---- cuts modified
+// --------------------------------------------------------------------------------------------------
+
+void Synchronisation::HandleModified(const Cuts& colCuts)
+{
+    ModScheduler& cMod = m_cStation.cMod;
+    Trap(cMod, L"m_cDataBase_CutsModified", false,
+         [&]
+         {
+             AffectedCats cAffected;
+             Filing cFiling(cMod);
+             for (const std::shared_ptr<Cut>& cCut : colCuts)
+             {
+                 try
+                 {
+                     ModifyCut(cCut, cAffected, cFiling);
+                 }
+                 catch (...)
+                 {
+                     cFiling.Failed(*cCut);
+                 }
+             }
+             for (const std::wstring& sName : cAffected)
+                 if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName))
+                     m_cStation.cHistoryFiles.Save(cMainCat, HistoryFiles::Manner::WithoutProgress);
+             RefreshLibrary(nullptr);
+             cFiling.Report([&cMod](const RuntimeError& cError)
+                            { cMod.DISPLAYERROR(L"ModifyCut [SchedMan]", true, cError); });
+             return true;
+         });
+}
+
+void Synchronisation::ModifyCut(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected, Filing& cFiling)
+{
+    if (m_cStation.cFiledCuts.IsUnchanged(*cCut))
+        return;
+    const TextKey cKey = cCut->Key();
+    const std::int32_t lLevel = cCut->CatLevel();
+    std::vector<std::wstring> colNames = AssignedNames(*cCut);
+    colNames.erase(std::remove(colNames.begin(), colNames.end(), std::wstring()), colNames.end());
+    // Where the cut stood is read from the tree. Its category names are the database's new ones already, so
+    // it leaves the orders directly: taking it out through the category would take names off it.
+    for (const std::shared_ptr<clsCat>& cMainCat : SnapshotOf(*m_cStation.colMainCats))
+    {
+        const bool bAssigned = Holds(colNames, cMainCat->CatName());
+        for (const std::shared_ptr<clsCat>& cSubCat : SnapshotOf(*cMainCat->SubCats()))
+        {
+            if ((bAssigned && cSubCat->CatLevel() == lLevel) || !cSubCat->SchedCuts()->Remove(cKey))
+                continue;
+            cFiling.Recalc(*cSubCat);
+            cAffected.Touch(cMainCat->CatName());
+        }
+    }
+    for (const std::wstring& sName : colNames)
+    {
+        bool bCreated = false;
+        const std::shared_ptr<clsCat> cMainCat =
+            EnsureMainCat(m_cStation.cMod, *m_cStation.colMainCats, sName, bCreated);
+        if (cFiling.File(cCut, *cMainCat, bCreated) || bCreated)
+            cAffected.Touch(sName);
+    }
+    m_cStation.cFiledCuts.Remember(*cCut);
+}
+
+// ---- cuts removed
+// ---------------------------------------------------------------------------------------------------
+
+void Synchronisation::HandleRemoved(const Cuts& colCuts)
+{
+    ModScheduler& cMod = m_cStation.cMod;
+    Trap(cMod, L"m_cDataBase_CutsRemoved", false,
+         [&]
+         {
+             m_cStation.cEvents.ProgressStart(L"Updating Scheduler with deleted items", colCuts.size());
+             AffectedCats cAffected;
+             Filing cFiling(cMod);
+             RemoveCuts(colCuts, cAffected, cFiling);
+             SaveAffected(cAffected);
+             m_cStation.cEvents.ProgressDone(L"Updated Scheduler with deleted items.");
+             RefreshLibrary(nullptr);
+             cFiling.Report([&cMod](const RuntimeError& cError)
+                            { cMod.DISPLAYERROR(L"m_cDataBase_CutsRemoved", true, cError); });
+             return true;
+         });
+}
+
+void Synchronisation::RemoveCuts(const Cuts& colCuts, AffectedCats& cAffected, Filing& cFiling)
+{
+    const std::uint64_t lPopulation = m_cStation.lPopulations;
+    std::size_t lCount = 0;
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+    {
+        if (++lCount % lRemovedPerReport == 0)
+        {
+            m_cStation.cMod.Sleep(lPauseMs);
+            m_cStation.cEvents.Progress(UpdatedText(lCount, colCuts.size()), lCount, colCuts.size());
+            if (m_cStation.lPopulations != lPopulation)
+                return;
+        }
+        try
+        {
+            RemoveEverywhere(cCut, cAffected);
+        }
+        catch (...)
+        {
+            cFiling.Failed(*cCut);
+        }
+    }
+}
+
+void Synchronisation::RemoveEverywhere(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected)
+{
+    CatCollection colRemovedFrom;
+    RemoveCutFromCategory(nullptr, cCut, colRemovedFrom);
+    for (const std::shared_ptr<clsCat>& cMainCat : colRemovedFrom)
+        cAffected.Touch(cMainCat->CatName());
+    // The database may have changed the cut's names or level before it removed it: search where it really
+    // stands.
+    const TextKey cKey = cCut->Key();
+    for (const std::shared_ptr<clsCat>& cMainCat : SnapshotOf(*m_cStation.colMainCats))
+        for (const std::shared_ptr<clsCat>& cSubCat : SnapshotOf(*cMainCat->SubCats()))
+            if (cSubCat->SchedCuts()->Exists(cKey) && TakeOut(cCut, *cMainCat, *cSubCat))
+                cAffected.Touch(cMainCat->CatName());
+    m_cStation.cFiledCuts.Forget(cKey);
+}
+
+void Synchronisation::RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat,
+                                            const std::shared_ptr<Cut>& cCut, CatCollection& colMainCatsIN,
+                                            std::int32_t LevelToRemoveFrom)
+{
+    if (!cCut)
+        return;
+    const Hold cHold(*this);
+    const std::int32_t lLevel = LevelToRemoveFrom != 0 ? LevelToRemoveFrom : cCut->CatLevel();
+    std::vector<std::shared_ptr<clsCat>> colFrom; // taken before removing, which takes names off the cut
+    if (cMainCat)
+        colFrom.push_back(cMainCat);
+    else
+        for (const std::wstring& sName : AssignedNames(*cCut))
+            if (const std::shared_ptr<clsCat> cAssigned = m_cStation.MainCat(sName))
+                colFrom.push_back(cAssigned);
+    for (const std::shared_ptr<clsCat>& cFrom : colFrom)
+    {
+        const std::shared_ptr<clsCat> cSubCat = cFrom->SubCat(lLevel);
+        if (cSubCat && TakeOut(cCut, *cFrom, *cSubCat))
+            colMainCatsIN.Add(TextKey(cFrom->CatName()), cFrom);
+    }
+    if (m_cStation.cFiledCuts.Knows(cCut->Key()))
+        m_cStation.cFiledCuts.Remember(*cCut);
+}
+
+bool Synchronisation::TakeOut(const std::shared_ptr<Cut>& cCut, const clsCat& cMainCat, clsCat& cSubCat)
+{
+    if (!cSubCat.RemoveCut(cCut))
+        return false;
+    const TextKey cKey = cCut->Key();
+    const CatCollection& colSubCats = *cMainCat.SubCats();
+    if (std::any_of(colSubCats.begin(), colSubCats.end(),
+                    [&](const std::shared_ptr<clsCat>& cOther) { return cOther->SchedCuts()->Exists(cKey); }))
+        cCut->AddCategoryName(cMainCat.CatName());
+    return true;
+}
+
+// ---- afterwards
+// -----------------------------------------------------------------------------------------------------
+
+void Synchronisation::SaveAffected(const AffectedCats& cAffected)
+{
+    for (const std::wstring& sName : cAffected)
+        if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName))
+            m_cStation.cHistoryFiles.Save(cMainCat);
+}
+
+bool Synchronisation::RefreshLibrary(const wchar_t* sLogLine)
+{
+    if (!m_cStation.cWindows || !m_cStation.cWindows->LibraryExists())
+        return false;
+    if (sLogLine)
+        m_cStation.cMod.WriteDebugLog(sLogLine);
+    m_cStation.cWindows->RefreshLibrary();
+    return true;
+}
+
+} // namespace ravlo
