@@ -100,23 +100,30 @@ std::shared_ptr<CutCollection> clsCat::SchedCuts() const
 
 void clsCat::SetSchedCuts(const Cuts& colCuts)
 {
-    const std::shared_ptr<CutCollection> colOld = m_colSchedCuts;
-    const std::int64_t lOldTotal = m_lTotalRunTime;
-    m_colSchedCuts = std::make_shared<CutCollection>();
-    m_colSchedCuts->Reserve(m_lCatLevel == 0 ? 0 : colCuts.size());
-    m_lTotalRunTime = 0;
-    try
+    // Built aside, so that an error leaves the old order, and nobody ever sees a part of the new one.
+    auto colNew = std::make_shared<CutCollection>();
+    std::int64_t lRefused = 0;
+    bool bCreatedNewSubCat = false;
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
     {
-        bool bCreatedNewSubCat = false;
-        for (const std::shared_ptr<Cut>& cCut : colCuts)
-            File(cCut, bCreatedNewSubCat);
+        if (!cCut)
+            continue;
+        if (cCut->CatLevel() == 0)
+            ++lRefused;
+        else if (m_lCatLevel == 0)
+            FileInMainCat(cCut, bCreatedNewSubCat);
+        else
+        {
+            colNew->Add(cCut->Key(), cCut);
+            cCut->AddCategoryName(m_sCatName);
+        }
     }
-    catch (...)
-    {
-        m_colSchedCuts = colOld;
-        m_lTotalRunTime = lOldTotal;
-        throw;
-    }
+    m_colSchedCuts = std::move(colNew);
+    if (lRefused > 0)
+        ShowLevelZero();
+    if (lRefused > 1)
+        m_cMod.WriteDebugLog(L"Level 0 cuts refused by category " + m_sCatName + L": " +
+                             DecimalText(lRefused) + L" in all.");
     RecalcTotalRunTime();
 }
 
@@ -134,8 +141,7 @@ clsCat::Filed clsCat::File(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSu
         return Filed::No;
     if (cCut->CatLevel() == 0)
     {
-        m_cMod.Box(BoxIcon::Critical, BoxButtons::Ok, L"Contact Techincal.",
-                   L"Illegal attempt to add level 0 cut to category " + m_sCatName);
+        ShowLevelZero();
         return Filed::No;
     }
     return m_lCatLevel != 0 ? FileInLevel(cCut) : FileInMainCat(cCut, bCreatedNewSubCat);
@@ -151,6 +157,12 @@ clsCat::Filed clsCat::FileInLevel(const std::shared_ptr<Cut>& cCut)
     if (!bAdded)
         return Filed::No;
     return FitsLong(m_lTotalRunTime) ? Filed::Yes : Filed::YesOverflow;
+}
+
+void clsCat::ShowLevelZero() const
+{
+    m_cMod.Box(BoxIcon::Critical, BoxButtons::Ok, L"Contact Techincal.",
+               L"Illegal attempt to add level 0 cut to category " + m_sCatName);
 }
 
 clsCat::Filed clsCat::FileInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat)

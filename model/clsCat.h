@@ -57,8 +57,8 @@ public:
     // A level's own collection, shared; for a main category a new collection with the cuts of all levels in
     // order, each once, whose changes change nothing. Never null.
     std::shared_ptr<CutCollection> SchedCuts() const;
-    // Replaces the cuts: the total run time is set to 0, the collection becomes a new one, and every given
-    // cut is filed in order as AddCut does. Everything is filed before error 6 is raised.
+    // Replaces the cuts: the collection becomes a new one in which every given cut is filed in order as
+    // AddCut does; level 0 cuts give one box in all. Everything is filed before error 6 is raised.
     void SetSchedCuts(const Cuts& colCuts);
 
     // Files a cut: a level appends it to its order, a main category hands it to the level of the cut's own
@@ -100,6 +100,7 @@ private:
     Filed File(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
     Filed FileInLevel(const std::shared_ptr<Cut>& cCut);
     Filed FileInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
+    void ShowLevelZero() const;
     void SortSubCats();
 
     ModScheduler& m_cMod;

@@ -39,9 +39,9 @@ clsCatRules::~clsCatRules()
 {
     try
     {
-        if (m_bUnread || m_cMod.FileGeneration(PathOf(CatID())) != m_lSeenGeneration)
-            return;
-        Save(Report::LogOnly);
+        const std::wstring sPath = PathOf(CatID());
+        if (!m_bUnread && sPath == m_sSeenPath && m_cMod.FileGeneration(sPath) == m_lSeenGeneration)
+            Save(Report::LogOnly);
     }
     catch (...)
     {
@@ -63,7 +63,8 @@ void clsCatRules::SetCatID(const std::wstring& sCatID)
         return;
     GetRules(sCatID);
     m_sCatID = sCatID.substr(0, lCatIDWidth);
-    m_lSeenGeneration = m_cMod.FileGeneration(PathOf(CatID()));
+    m_sSeenPath = PathOf(CatID());
+    m_lSeenGeneration = m_cMod.FileGeneration(m_sSeenPath);
     if (sCatID.size() > lCatIDWidth)
         m_cMod.WriteDebugLog(L"Warning: the rules of " + sCatID + L" are saved under the first " +
                              DecimalText(lCatIDWidth) + L" characters of that name.");
@@ -123,6 +124,7 @@ bool clsCatRules::Save(Report eReport)
         m_cMod.FlushDebugLog();
         const std::wstring sPath = PathOf(sName);
         ReplaceFile(m_cMod.Outside().cFiles, sPath, Encode());
+        m_sSeenPath = sPath;
         m_lSeenGeneration = m_cMod.NoteFileWritten(sPath);
         m_bUnread = false;
         return true;

@@ -22,8 +22,9 @@ public:
     static constexpr std::size_t lCatIDWidth = 55;
 
     explicit clsCatRules(ModScheduler& cMod);
-    // Rewrites the file once more, unless another rules object has written it since this one last read or
-    // wrote it: an old object that is released late must not bring old values back. Errors are only logged.
+    // Rewrites the file once more, when it is the one this object last read or wrote and no other rules
+    // object has written it since: an old object that is released late, or after the library moved to another
+    // application folder, must not bring old values back. Errors are only logged.
     ~clsCatRules();
     clsCatRules(const clsCatRules&) = delete;
     clsCatRules& operator=(const clsCatRules&) = delete;
@@ -82,7 +83,8 @@ private:
     std::int32_t m_lAlbum = 0;
     bool m_bIgnore = false;
     std::wstring m_sCatID;               // the field without its padding
-    std::uint64_t m_lSeenGeneration = 0; // of the file SaveRules writes
+    std::wstring m_sSeenPath;            // the file SaveRules writes, when CatID was set or it last wrote it
+    std::uint64_t m_lSeenGeneration = 0; // of that file, then
     bool m_bUnread = false;              // the file is there but could not be read: release leaves it alone
 };
 
