@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ports/Files.h"
+
+#include <cstdint>
+#include <initializer_list>
+#include <map>
+#include <utility>
+#include <vector>
+
+namespace ravlo
+{
+
+// A file system in memory that behaves as the host's: names are found without regard to case and keep the
+// spelling they were made with, a folder must exist before anything is put into it, and a name with one of <
+// > : " | ? * or a control character cannot be made (52). The folders "" (the current one), "C:" and the
+// library's own are there from the start.
+class MemoryFiles final : public Files
+{
+public:
+    MemoryFiles();
+    MemoryFiles(std::initializer_list<std::pair<std::wstring, std::string>> contents);
+
+    bool FileExists(const std::wstring& sPath) const override;
+    bool FolderExists(const std::wstring& sPath) const override;
+    void CreateFolder(const std::wstring& sPath) override;
+    std::string ReadAll(const std::wstring& sPath) const override;
+    void WriteNew(const std::wstring& sPath, std::string_view bytes) override;
+    void Append(const std::wstring& sPath, std::string_view bytes) override;
+    void Rename(const std::wstring& sFrom, const std::wstring& sTo) override;
+    void Delete(const std::wstring& sPath) override;
+    std::wstring LibraryFolder() const override { return m_sLibraryFolder; }
+
+    // What follows is for tests. None of it is recorded, and no mark stands in its way.
+
+    // Sets a file's content, making the folders it needs.
+    void Put(const std::wstring& sPath, std::string_view bytes);
+    // A file's content; 53 when it is not there.
+    const std::string& Get(const std::wstring& sPath) const;
+    // Makes a folder with all its parents; nothing happens when it is there.
+    void MakeFolders(const std::wstring& sPath);
+    // The paths of all files as they are spelled, in the order of their folded paths.
+    std::vector<std::wstring> Paths() const;
+    void SetLibraryFolder(const std::wstring& sPath);
+
+    // A read-only file can be read, but not written, replaced or deleted (75); nothing can be made in a
+    // read-only folder.
+    void SetReadOnly(const std::wstring& sPath, bool bReadOnly = true);
+    // Reading the file throws the number; 0 takes the mark off. The mark stays with the path.
+    void SetUnreadable(const std::wstring& sPath, std::int32_t lError);
+
+    // The reads and changes asked for since the last clearing, failed ones included, each as the operation's
+    // name, a blank and its path, e.g. "WriteNew C:\Radio\Jazz.sif"; "Rename <from> -> <to>".
+    const std::vector<std::wstring>& Operations() const { return m_sOperations; }
+    void ClearOperations() { m_sOperations.clear(); }
+
+private:
+    struct File
+    {
+        std::wstring sPath;
+        std::string bytes;
+    };
+
+    File& Existing(const std::wstring& sPath);
+    const File& Existing(const std::wstring& sPath) const;
+    // The file of that path, made if it is missing; throws what a host's file system would say against
+    // writing to it.
+    File& Writable(const std::wstring& sPath);
+    void RequirePlaceFor(const std::wstring& sPath) const;
+    void RequireChangeable(const std::wstring& sPath) const;
+
+    std::map<std::wstring, File> m_files;           // by folded path
+    std::map<std::wstring, std::wstring> m_folders; // spelling by folded path
+    std::map<std::wstring, bool> m_readOnly;
+    std::map<std::wstring, std::int32_t> m_unreadable;
+    mutable std::vector<std::wstring> m_sOperations;
+    std::wstring m_sLibraryFolder;
+};
+
+} // namespace ravlo
