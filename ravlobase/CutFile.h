@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ravlobase/Sqlite.h"
+#include "ravlobase/StoreCut.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace ravlo
+{
+
+// A cut as it stands in the file.
+struct StoredCut
+{
+    std::int32_t lID;
+    CutValues values;
+};
+
+// The database file (docs/formats/database.md): the only place that knows its tables. Every failure is a
+// RuntimeError.
+class CutFile
+{
+public:
+    // Opens the file, and makes it when it is missing. Puts its cuts into colCuts, in the file's order. A
+    // file that is damaged, belongs to another program or to a newer version is refused with error 321 and
+    // stays as it is, byte for byte.
+    CutFile(const std::wstring& sFile, std::vector<StoredCut>& colCuts);
+
+    // Each of these is to be called inside a transaction.
+    std::int32_t Insert(const CutValues& values); // the new cut's ID
+    void Update(std::int32_t lID, const CutValues& old, const CutValues& next);
+    void Delete(std::int32_t lID);
+
+    sqlite::Connection& Sql() noexcept { return m_cConnection; }
+
+private:
+    sqlite::Statement& Prepared(const std::string& sSql);
+    void WriteCategories(std::int32_t lID, const CutValues& values);
+
+    sqlite::Connection m_cConnection;
+    std::unordered_map<std::string, sqlite::Statement> m_statements;
+};
+
+// Whether a file would hold the two alike.
+bool SameValues(const CutValues& left, const CutValues& right) noexcept;
+
+} // namespace ravlo

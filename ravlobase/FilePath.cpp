@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#include "ravlobase/FilePath.h"
+
+#include "ports/RuntimeError.h"
+#include "ravlobase/Utf8.h"
+
+#include <fstream>
+#include <system_error>
+
+namespace ravlo
+{
+
+std::filesystem::path FilePath(const std::wstring& sPath)
+{
+    const std::string bytes = Utf8Of(sPath);
+    if (bytes.empty() || bytes.find('\0') != std::string::npos || !TextFromUtf8(bytes))
+    {
+        throw RuntimeError(error::BadFileName, L"\"" + sPath + L"\" is no file name.");
+    }
+    return std::u8string(bytes.begin(), bytes.end());
+}
+
+std::string ReadFile(const std::wstring& sPath)
+{
+    const auto cPath = FilePath(sPath);
+    std::error_code failed;
+    if (!std::filesystem::exists(cPath, failed))
+    {
+        throw RuntimeError(error::FileNotFound, L"The file \"" + sPath + L"\" was not found.");
+    }
+    std::ifstream file(cPath, std::ios::binary);
+    if (std::filesystem::is_directory(cPath, failed) || !file)
+    {
+        throw RuntimeError(error::PathFileAccess, L"The file \"" + sPath + L"\" cannot be opened.");
+    }
+    std::string bytes(std::filesystem::file_size(cPath, failed), '\0');
+    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (failed || static_cast<std::size_t>(file.gcount()) != bytes.size())
+    {
+        throw RuntimeError(error::DeviceIo, L"The file \"" + sPath + L"\" could not be read.");
+    }
+    return bytes;
+}
+
+} // namespace ravlo

@@ -1,0 +1,301 @@
+// SPDX-License-Identifier: MIT
+#include "ravlobase/LibraryCsv.h"
+
+#include "collections/Text.h"
+#include "ports/RuntimeError.h"
+#include "ravlobase/CsvReader.h"
+#include "ravlobase/StoreErrors.h"
+#include "ravlobase/Utf8.h"
+
+#include <limits>
+#include <span>
+#include <unordered_map>
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::string_view sUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::size_t lShownOfACell = 40;
+
+// A cell as it is quoted in a reason.
+std::wstring Quoted(const std::wstring& sCell)
+{
+    return L'"' + (sCell.size() > lShownOfACell ? sCell.substr(0, lShownOfACell) + L"..." : sCell) + L'"';
+}
+
+// A whole number in plain decimal digits, perhaps signed, within the limits.
+std::optional<std::int32_t> WholeNumber(const std::wstring& sText, std::int32_t lMin, std::int32_t lMax)
+{
+    const bool bNegative = !sText.empty() && sText.front() == L'-';
+    const auto sDigits = std::wstring_view(sText).substr(bNegative ? 1 : 0);
+    if (sDigits.empty() || sDigits.find_first_not_of(L"0123456789") != std::wstring_view::npos)
+    {
+        return std::nullopt;
+    }
+    std::int64_t lValue = 0;
+    for (const wchar_t c : sDigits)
+    {
+        lValue = lValue * 10 + (c - L'0');
+        if (lValue > std::numeric_limits<std::int32_t>::max())
+        {
+            return std::nullopt;
+        }
+    }
+    lValue = bNegative ? -lValue : lValue;
+    if (lValue < lMin || lValue > lMax)
+    {
+        return std::nullopt;
+    }
+    return static_cast<std::int32_t>(lValue);
+}
+
+// Each takes one cell, which is not blank, into the row. False when the cell cannot be used.
+using TakeCell = bool (*)(LibraryRow& row, const std::wstring& sCell);
+
+template <std::optional<std::wstring> LibraryRow::*Field>
+bool TakeText(LibraryRow& row, const std::wstring& sCell)
+{
+    row.*Field = sCell;
+    return true;
+}
+
+template <std::optional<std::int32_t> LibraryRow::*Field, std::int32_t lMax>
+bool TakeNumber(LibraryRow& row, const std::wstring& sCell)
+{
+    row.*Field = WholeNumber(Trim(sCell), 0, lMax);
+    return (row.*Field).has_value();
+}
+
+bool TakePath(LibraryRow& row, const std::wstring& sCell)
+{
+    row.cPath = TextKey(sCell);
+    return true;
+}
+
+bool TakeLevel(LibraryRow& row, const std::wstring& sCell)
+{
+    const auto lLevel = WholeNumber(Trim(sCell), 0, std::numeric_limits<std::int32_t>::max());
+    if (lLevel.value_or(0) != 0)
+    {
+        row.lLevel = lLevel;
+    }
+    return lLevel.has_value();
+}
+
+bool TakeCategories(LibraryRow& row, const std::wstring& sCell)
+{
+    std::vector<std::wstring> colNames;
+    for (const auto& sPiece : Split(sCell, L"/"))
+    {
+        if (auto sName = Trim(sPiece); !sName.empty())
+        {
+            colNames.push_back(std::move(sName));
+        }
+    }
+    if (!colNames.empty())
+    {
+        row.colCategories = std::move(colNames);
+    }
+    return true;
+}
+
+bool TakeOpener(LibraryRow& row, const std::wstring& sCell)
+{
+    const auto sFlag = Trim(sCell);
+    row.bOpener = EqualIgnoringCase(sFlag, L"Y");
+    return *row.bOpener || EqualIgnoringCase(sFlag, L"N");
+}
+
+bool TakeLastPlayed(LibraryRow& row, const std::wstring& sCell)
+{
+    row.dtLastPlayed = ParseIso(Trim(sCell));
+    return row.dtLastPlayed.has_value();
+}
+
+struct Column
+{
+    const wchar_t* sName;
+    TakeCell Take;
+    const wchar_t* sExpected; // what a cell has to be
+};
+
+constexpr std::int32_t lMaxLong = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t lMaxYear = 9999;
+
+constexpr Column columns[] = {
+    {L"path", TakePath, L""},
+    {L"artist", TakeText<&LibraryRow::sArtist>, L""},
+    {L"title", TakeText<&LibraryRow::sTitle>, L""},
+    {L"album", TakeText<&LibraryRow::sAlbum>, L""},
+    {L"year", TakeNumber<&LibraryRow::lYear, lMaxYear>, L"a year from 0 to 9999"},
+    {L"duration_ms", TakeNumber<&LibraryRow::lDurationmS, lMaxLong>, L"a whole number from 0 to 2147483647"},
+    {L"run_time_ms", TakeNumber<&LibraryRow::lRunTimemS, lMaxLong>, L"a whole number from 0 to 2147483647"},
+    {L"categories", TakeCategories, L""},
+    {L"level", TakeLevel, L"a whole number from 1 to 2147483647"},
+    {L"opener", TakeOpener, L"Y or N"},
+    {L"secondary_key", TakeText<&LibraryRow::sSecondaryKey>, L""},
+    {L"last_played", TakeLastPlayed, L"a date in ISO 8601 form"},
+};
+
+const Column* ColumnNamed(std::wstring_view sName)
+{
+    for (const auto& column : columns)
+    {
+        if (EqualIgnoringCase(column.sName, sName))
+        {
+            return &column;
+        }
+    }
+    return nullptr;
+}
+
+[[noreturn]] void RefuseFile(const std::wstring& sReason)
+{
+    throw RuntimeError(error::InvalidFileFormat, L"This is no library CSV: " + sReason + L".");
+}
+
+std::wstring ReasonOf(CsvFault eFault)
+{
+    return eFault == CsvFault::eStrayQuote ? L"a quotation mark stands where none may stand"
+                                           : L"a quotation mark is never closed";
+}
+
+class LibraryReader : public CsvSink
+{
+public:
+    explicit LibraryReader(LibraryCsvSink& cSink) : m_cSink(cSink) {}
+
+    bool HasHeader() const noexcept { return !m_columns.empty(); }
+
+    void OnRow(std::size_t lLine, std::span<const std::string> fields) override
+    {
+        if (!HasHeader())
+        {
+            ReadHeader(fields);
+            return;
+        }
+        LibraryRow row;
+        row.lLine = lLine;
+        if (const auto sReason = TakeRow(row, fields); !sReason.empty())
+        {
+            m_cSink.OnReject(lLine, sReason);
+            return;
+        }
+        m_cSink.OnCut(std::move(row));
+    }
+
+    void OnBadRow(std::size_t lLine, CsvFault eFault) override
+    {
+        if (!HasHeader())
+        {
+            RefuseFile(L"in its header line " + ReasonOf(eFault));
+        }
+        m_cSink.OnReject(lLine, ReasonOf(eFault));
+    }
+
+private:
+    void ReadHeader(std::span<const std::string> fields)
+    {
+        for (const auto& bytes : fields)
+        {
+            const auto sName = TextFromUtf8(bytes);
+            const Column* pColumn = sName ? ColumnNamed(Trim(*sName)) : nullptr;
+            for (const Column* pEarlier : m_columns)
+            {
+                if (pColumn != nullptr && pEarlier == pColumn)
+                {
+                    RefuseFile(L"its header line names the column \"" + std::wstring(pColumn->sName) +
+                               L"\" twice");
+                }
+            }
+            m_columns.push_back(pColumn);
+        }
+        for (const Column* pColumn : m_columns)
+        {
+            if (pColumn == &columns[0])
+            {
+                return;
+            }
+        }
+        RefuseFile(L"its header line has no column \"path\" (columns are parted by commas)");
+    }
+
+    // The reason why the row cannot be used; empty when it can.
+    std::wstring TakeRow(LibraryRow& row, std::span<const std::string> fields)
+    {
+        if (fields.size() != m_columns.size())
+        {
+            return DecimalText(static_cast<std::int64_t>(fields.size())) + L" fields instead of " +
+                   DecimalText(static_cast<std::int64_t>(m_columns.size()));
+        }
+        for (std::size_t i = 0; i < fields.size(); ++i)
+        {
+            if (m_columns[i] == nullptr || fields[i].find_first_not_of(' ') == std::string::npos)
+            {
+                continue;
+            }
+            if (auto sReason = Take(*m_columns[i], row, fields[i]); !sReason.empty())
+            {
+                return sReason;
+            }
+        }
+        if (row.cPath.Empty())
+        {
+            return L"no path";
+        }
+        const auto [it, bNew] = m_lLineOfPath.try_emplace(row.cPath, row.lLine);
+        return bNew ? L""
+                    : L"line " + DecimalText(static_cast<std::int64_t>(it->second)) + L" has the same path";
+    }
+
+    static std::wstring Take(const Column& column, LibraryRow& row, const std::string& bytes)
+    {
+        const std::wstring sColumn = column.sName;
+        const auto sCell = TextFromUtf8(bytes);
+        if (!sCell)
+        {
+            return sColumn + L": not UTF-8";
+        }
+        if (sCell->find(L'\0') != std::wstring::npos)
+        {
+            return sColumn + L": a NUL character";
+        }
+        return column.Take(row, *sCell) ? L""
+                                        : sColumn + L": " + Quoted(*sCell) + L" is not " + column.sExpected;
+    }
+
+    struct HashOf
+    {
+        std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
+    };
+
+    LibraryCsvSink& m_cSink;
+    std::vector<const Column*> m_columns; // one for each field; null where the column is unknown
+    std::unordered_map<TextKey, std::size_t, HashOf> m_lLineOfPath;
+};
+
+} // namespace
+
+void ReadLibraryCsv(std::string_view bytes, LibraryCsvSink& cSink)
+{
+    if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
+    {
+        RefuseFile(L"it is UTF-16, and UTF-8 is needed");
+    }
+    if (bytes.starts_with(sUtf8Mark))
+    {
+        bytes.remove_prefix(sUtf8Mark.size());
+    }
+    LibraryReader cReader(cSink);
+    ReadCsv(bytes, cReader);
+    if (!cReader.HasHeader())
+    {
+        RefuseFile(L"it has no header line");
+    }
+}
+
+} // namespace ravlo

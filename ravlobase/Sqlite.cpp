@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: MIT
+#include "ravlobase/Sqlite.h"
+
+#include "ravlobase/StoreErrors.h"
+#include "ravlobase/Utf8.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace ravlo::sqlite
+{
+
+namespace
+{
+
+// How long a write waits for another program's write to end. Short: the caller may be on air.
+constexpr int lBusyTimeoutmS = 250;
+
+RuntimeError ErrorOf(int lCode, const std::wstring& sFile, const char* sMessage)
+{
+    const std::wstring sName = L"The database \"" + sFile + L"\" ";
+    if (lCode == SQLITE_CONSTRAINT_FOREIGNKEY)
+    {
+        return {error::PermissionDenied, sName + L"has lost this cut: another program has removed it."};
+    }
+    switch (lCode & 0xFF)
+    {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return {error::PermissionDenied, sName + L"is being written to by another program."};
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+    case SQLITE_AUTH:
+        return {error::PathFileAccess, sName + L"may not be written to."};
+    case SQLITE_CANTOPEN:
+        return {error::PathFileAccess, sName + L"cannot be opened."};
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+        return {error::InvalidFileFormat, sName + L"is damaged."};
+    case SQLITE_FULL:
+        return {error::DiskFull, sName + L"cannot grow: the disk is full."};
+    case SQLITE_IOERR:
+        return {error::DeviceIo, sName + L"could not be read or written."};
+    case SQLITE_NOMEM:
+        return {error::OutOfMemory, L"Out of memory"};
+    case SQLITE_CONSTRAINT:
+        // The store looks for the key in memory first, so only another program can have been quicker.
+        return {error::KeyAlreadyExists,
+                sName + L"has been given a cut with the same key by another program."};
+    default:
+        return {error::Internal, sName + L"failed: " + TextFromStore(sMessage)};
+    }
+}
+
+} // namespace
+
+Connection::Connection(const std::string& sPath, std::wstring sShown, Mode eMode)
+    : m_sShown(std::move(sShown))
+{
+    sqlite3* pHandle = nullptr;
+    const int lFlags = SQLITE_OPEN_READWRITE | (eMode == Mode::eCreate ? SQLITE_OPEN_CREATE : 0);
+    const int lCode = sqlite3_open_v2(sPath.c_str(), &pHandle, lFlags, nullptr);
+    m_pHandle.reset(pHandle);
+    Check(lCode);
+    sqlite3_extended_result_codes(pHandle, 1);
+    sqlite3_busy_timeout(pHandle, lBusyTimeoutmS);
+    // The file may come from anywhere: nothing it holds is to run.
+    sqlite3_db_config(pHandle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+    sqlite3_db_config(pHandle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+    sqlite3_db_config(pHandle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    sqlite3_db_config(pHandle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+}
+
+void Connection::Run(const char* sSql)
+{
+    Check(sqlite3_exec(m_pHandle.get(), sSql, nullptr, nullptr, nullptr));
+}
+
+std::int64_t Connection::Number(const char* sSql)
+{
+    Statement statement(*this, sSql);
+    statement.Step();
+    return statement.Number(0);
+}
+
+std::wstring Connection::Text(const char* sSql)
+{
+    Statement statement(*this, sSql);
+    statement.Step();
+    return statement.Text(0);
+}
+
+std::string Connection::RawHead(std::size_t lCount)
+{
+    sqlite3_file* pFile = nullptr;
+    Check(sqlite3_file_control(m_pHandle.get(), "main", SQLITE_FCNTL_FILE_POINTER, &pFile));
+    sqlite3_int64 lSize = 0;
+    Check(pFile->pMethods->xFileSize(pFile, &lSize));
+    std::string bytes(
+        static_cast<std::size_t>(std::min<sqlite3_int64>(lSize, static_cast<sqlite3_int64>(lCount))), '\0');
+    Check(pFile->pMethods->xRead(pFile, bytes.data(), static_cast<int>(bytes.size()), 0));
+    return bytes;
+}
+
+void Connection::KeepLogOnClose(bool bKeep)
+{
+    Check(sqlite3_db_config(m_pHandle.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, bKeep ? 1 : 0, nullptr));
+}
+
+void Connection::Fail(int lCode) const
+{
+    throw ErrorOf(lCode, m_sShown, m_pHandle ? sqlite3_errmsg(m_pHandle.get()) : sqlite3_errstr(lCode));
+}
+
+void Connection::Check(int lCode) const
+{
+    if (lCode != SQLITE_OK)
+    {
+        Fail(lCode);
+    }
+}
+
+Statement::Statement(Connection& cConnection, const std::string& sSql) : m_cConnection(cConnection)
+{
+    sqlite3_stmt* pStatement = nullptr;
+    const int lCode = sqlite3_prepare_v3(cConnection.Handle(), sSql.c_str(), static_cast<int>(sSql.size()),
+                                         SQLITE_PREPARE_PERSISTENT, &pStatement, nullptr);
+    m_pStatement.reset(pStatement);
+    cConnection.Check(lCode);
+}
+
+Statement& Statement::Bind(int lAt, std::int64_t lValue)
+{
+    m_cConnection.Check(sqlite3_bind_int64(m_pStatement.get(), lAt, lValue));
+    return *this;
+}
+
+Statement& Statement::Bind(int lAt, double dValue)
+{
+    m_cConnection.Check(sqlite3_bind_double(m_pStatement.get(), lAt, dValue));
+    return *this;
+}
+
+Statement& Statement::Bind(int lAt, std::wstring_view sValue)
+{
+    const std::string bytes = Utf8Of(sValue);
+    m_cConnection.Check(sqlite3_bind_text64(m_pStatement.get(), lAt, bytes.data(), bytes.size(),
+                                            SQLITE_TRANSIENT, SQLITE_UTF8));
+    return *this;
+}
+
+bool Statement::Step()
+{
+    const int lCode = sqlite3_step(m_pStatement.get());
+    if (lCode == SQLITE_ROW)
+    {
+        return true;
+    }
+    sqlite3_reset(m_pStatement.get());
+    if (lCode != SQLITE_DONE)
+    {
+        m_cConnection.Fail(lCode);
+    }
+    return false;
+}
+
+void Statement::Run()
+{
+    while (Step())
+    {
+    }
+}
+
+void Statement::Expect(int lColumn, int lType) const
+{
+    if (sqlite3_column_type(m_pStatement.get(), lColumn) != lType)
+    {
+        m_cConnection.Fail(SQLITE_CORRUPT);
+    }
+}
+
+std::int64_t Statement::Number(int lColumn) const
+{
+    Expect(lColumn, SQLITE_INTEGER);
+    return sqlite3_column_int64(m_pStatement.get(), lColumn);
+}
+
+double Statement::Real(int lColumn) const
+{
+    Expect(lColumn, SQLITE_FLOAT);
+    return sqlite3_column_double(m_pStatement.get(), lColumn);
+}
+
+std::wstring Statement::Text(int lColumn) const
+{
+    Expect(lColumn, SQLITE_TEXT);
+    const auto* pText = reinterpret_cast<const char*>(sqlite3_column_text(m_pStatement.get(), lColumn));
+    const auto lLength = static_cast<std::size_t>(sqlite3_column_bytes(m_pStatement.get(), lColumn));
+    return TextFromStore({pText, lLength});
+}
+
+Transaction::Transaction(Connection& cConnection)
+    : m_cConnection(cConnection), m_bOutermost(!cConnection.InTransaction())
+{
+    cConnection.Run(m_bOutermost ? "BEGIN IMMEDIATE" : "SAVEPOINT step");
+    m_bOpen = true;
+}
+
+Transaction::~Transaction()
+{
+    if (m_bOpen)
+    {
+        Undo();
+    }
+}
+
+void Transaction::Commit()
+{
+    m_cConnection.Run(m_bOutermost ? "COMMIT" : "RELEASE step");
+    m_bOpen = false;
+}
+
+void Transaction::Undo() noexcept
+{
+    // A failing undo is passed over: the file undoes what was never committed when it is next opened.
+    sqlite3_exec(m_cConnection.Handle(), m_bOutermost ? "ROLLBACK" : "ROLLBACK TO step; RELEASE step",
+                 nullptr, nullptr, nullptr);
+}
+
+} // namespace ravlo::sqlite

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+// SQLite as this folder uses it: connection, statement, transaction. Every failure is a RuntimeError.
+namespace ravlo::sqlite
+{
+
+// One connection to one file. Statements must end before it does.
+class Connection
+{
+public:
+    // Opens an existing file for reading and writing, or makes a new one. Nothing is written before the first
+    // statement. Takes the path as UTF-8; sShown is the name for error texts.
+    enum class Mode
+    {
+        eExisting,
+        eCreate,
+    };
+    Connection(const std::string& sPath, std::wstring sShown, Mode eMode);
+
+    // Runs statements that give no rows.
+    void Run(const char* sSql);
+    // The first column of the first row. The statement must give one.
+    std::int64_t Number(const char* sSql);
+    std::wstring Text(const char* sSql);
+
+    // The first bytes of the file itself, without a lock, a journal or a page of it being touched; fewer when
+    // it is shorter.
+    std::string RawHead(std::size_t lCount);
+    // While set, closing leaves a write-ahead log as it is instead of moving it into the file.
+    void KeepLogOnClose(bool bKeep);
+
+    sqlite3* Handle() const noexcept { return m_pHandle.get(); }
+    bool InTransaction() const noexcept { return sqlite3_get_autocommit(m_pHandle.get()) == 0; }
+    std::int64_t LastRowID() const noexcept { return sqlite3_last_insert_rowid(m_pHandle.get()); }
+    std::int64_t ChangedRows() const noexcept { return sqlite3_changes(m_pHandle.get()); }
+
+    // Throws what a result code says to a host.
+    [[noreturn]] void Fail(int lCode) const;
+    void Check(int lCode) const;
+
+private:
+    struct Closer
+    {
+        void operator()(sqlite3* pHandle) const noexcept { sqlite3_close(pHandle); }
+    };
+    std::wstring m_sShown;
+    std::unique_ptr<sqlite3, Closer> m_pHandle;
+};
+
+// A prepared statement, to be run any number of times.
+class Statement
+{
+public:
+    Statement(Connection& cConnection, const std::string& sSql);
+
+    // Parameters count from 1. Text is copied.
+    Statement& Bind(int lAt, std::int64_t lValue);
+    Statement& Bind(int lAt, double dValue);
+    Statement& Bind(int lAt, std::wstring_view sValue);
+
+    // True: a row is at hand. False: done, and ready to be run again.
+    bool Step();
+    // Runs it to its end.
+    void Run();
+
+    // Columns count from 0. A value of another type than asked for means a damaged file: error 321.
+    std::int64_t Number(int lColumn) const;
+    double Real(int lColumn) const;
+    std::wstring Text(int lColumn) const;
+
+private:
+    void Expect(int lColumn, int lType) const;
+    struct Finalizer
+    {
+        void operator()(sqlite3_stmt* pStatement) const noexcept { sqlite3_finalize(pStatement); }
+    };
+    Connection& m_cConnection;
+    std::unique_ptr<sqlite3_stmt, Finalizer> m_pStatement;
+};
+
+// All or nothing: what is written between construction and Commit, even inside another transaction. Without
+// Commit it is undone. The outermost one takes the file's write lock at once: error 70 when another program
+// holds it.
+class Transaction
+{
+public:
+    explicit Transaction(Connection& cConnection);
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    ~Transaction();
+
+    void Commit();
+
+private:
+    void Undo() noexcept;
+    Connection& m_cConnection;
+    bool m_bOutermost;
+    bool m_bOpen = false;
+};
+
+} // namespace ravlo::sqlite
