@@ -43,6 +43,17 @@ public:
     // A free-standing cut that the database does not hold.
     virtual std::shared_ptr<Cut> NewCut() const = 0;
 
+    // Changes to the properties of cuts between BeginBatch and Commit are one change on the disk, so that a change of
+    // thousands of cuts does not wait for the disk thousands of times. A batch that ends without Commit undoes them.
+    class Batch
+    {
+    public:
+        virtual ~Batch() = default;
+        virtual void Commit() = 0;
+    };
+    // Null when the database offers none: each change is durable by itself then.
+    virtual std::unique_ptr<Batch> BeginBatch() { return nullptr; }
+
     // Events go to the listener until Unadvise. The listener is not owned. Advising twice replaces nothing: each
     // listener is kept once.
     virtual void Advise(DataBaseEvents& cEvents) = 0;

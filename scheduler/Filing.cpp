@@ -73,6 +73,12 @@ void Filing::Failed(const Cut& cCut)
         m_cFirstFailure = CurrentError();
 }
 
+void Filing::Failed()
+{
+    if (!m_cFirstFailure)
+        m_cFirstFailure = CurrentError();
+}
+
 void Filing::EmptyName(BoxIcon eIcon, const std::wstring& sText)
 {
     if (m_lEmptyNames++ == 0)
@@ -96,8 +102,10 @@ void Filing::Report(const std::function<void(const RuntimeError&)>& show)
                                                    L": run times in category " + cProblem.sCatName));
     }
     if (cFirstFailure)
-        show(RuntimeError(cFirstFailure->Number(), cFirstFailure->Description() + L" (" + CountText(lFailed) +
-                                                       L" cuts could not be handled)"));
+        show(lFailed == 0 ? *cFirstFailure
+                          : RuntimeError(cFirstFailure->Number(), cFirstFailure->Description() + L" (" +
+                                                                      CountText(lFailed) +
+                                                                      L" cuts could not be handled)"));
 }
 
 Filing::Problem& Filing::ProblemOf(const std::wstring& sCatName)

@@ -32,6 +32,8 @@ public:
     void Recalc(clsCat& cSubCat);
     // To be called in a catch block: this cut could not be handled.
     void Failed(const Cut& cCut);
+    // To be called in a catch block: something failed that concerns more than one cut.
+    void Failed();
     // A category name of no characters: a box for the first.
     void EmptyName(BoxIcon eIcon, const std::wstring& sText);
 

@@ -27,6 +27,11 @@ static_assert(lAtMarker + 2 + lReserved == HistoryFiles::lRecordSize);
 constexpr std::size_t lRecordsPerYield = 50;
 constexpr std::uint32_t lReadPauseMs = 20;
 
+bool TellsProgress(HistoryFiles::Manner eManner)
+{
+    return eManner == HistoryFiles::Manner::Explicit || eManner == HistoryFiles::Manner::WithoutBox;
+}
+
 std::string_view TrimBlanks(std::string_view bytes)
 {
     const std::size_t lFirst = bytes.find_first_not_of(' ');
@@ -52,18 +57,13 @@ struct HistoryFiles::Snapshot
     std::vector<Entry> colEntries;
 };
 
-bool HistoryFiles::Save(const std::shared_ptr<clsCat>& cMainCat, Manner eManner)
-{
-    return SaveOne(cMainCat, eManner) == Saved::Yes;
-}
-
 bool HistoryFiles::SaveAll(const CatCollection& colMainCats)
 {
     const std::vector<std::shared_ptr<clsCat>> colSnapshot(colMainCats.begin(), colMainCats.end());
     bool bAll = true;
     for (const std::shared_ptr<clsCat>& cMainCat : colSnapshot)
     {
-        const Saved eSaved = SaveOne(cMainCat, Manner::Explicit);
+        const Saved eSaved = Save(cMainCat);
         bAll = bAll && eSaved == Saved::Yes;
         if (eSaved == Saved::NotMain)
             break;
@@ -73,7 +73,7 @@ bool HistoryFiles::SaveAll(const CatCollection& colMainCats)
 
 void HistoryFiles::SaveQuietly(const std::shared_ptr<clsCat>& cMainCat)
 {
-    if (SaveOne(cMainCat, Manner::Quiet) == Saved::Failed)
+    if (Save(cMainCat, Manner::Quiet) == Saved::Failed)
         m_colOwed.insert(cMainCat->CatID());
 }
 
@@ -84,7 +84,7 @@ void HistoryFiles::SaveOwed(const CatCollection& colMainCats)
             SaveQuietly(std::shared_ptr(*cMainCat));
 }
 
-HistoryFiles::Saved HistoryFiles::SaveOne(const std::shared_ptr<clsCat>& cMainCat, Manner eManner)
+HistoryFiles::Saved HistoryFiles::Save(const std::shared_ptr<clsCat>& cMainCat, Manner eManner)
 {
     if (cMainCat->CatLevel() != 0)
     {
@@ -104,7 +104,7 @@ HistoryFiles::Saved HistoryFiles::SaveOne(const std::shared_ptr<clsCat>& cMainCa
     }
     catch (...)
     {
-        if (eManner != Manner::Quiet)
+        if (eManner == Manner::Explicit || eManner == Manner::WithoutProgress)
             m_cMod.ShowCriticalError(L"Error in SaveHistoryAndOrdering [cSchedMan]", CurrentError());
         else
             m_cMod.LogError(L"SaveHistoryAndOrdering " + cMainCat->CatName(), CurrentError());
@@ -136,7 +136,7 @@ std::string HistoryFiles::Fill(const Snapshot& cSnapshot, Manner eManner)
 {
     const CodePage& cCodePage = m_cMod.Outside().cCodePage;
     const std::size_t lTotal = cSnapshot.colEntries.size();
-    const bool bTell = eManner == Manner::Explicit;
+    const bool bTell = TellsProgress(eManner);
     if (bTell)
         m_cEvents.ProgressStart(L"Saving Ordering and hist for: " + cSnapshot.sCatName, lTotal);
     ProgressThrottle cThrottle(m_cMod.Outside().cClock);
@@ -168,7 +168,7 @@ std::string HistoryFiles::Fill(const Snapshot& cSnapshot, Manner eManner)
 void HistoryFiles::Write(const Snapshot& cSnapshot, const std::string& bytes, Manner eManner)
 {
     const std::size_t lTotal = cSnapshot.colEntries.size();
-    if (eManner == Manner::Explicit)
+    if (TellsProgress(eManner))
     {
         // The yields and reports that go with the records come before the one write that puts them all on the
         // disk.
@@ -197,7 +197,7 @@ void HistoryFiles::Write(const Snapshot& cSnapshot, const std::string& bytes, Ma
         m_colNotApplied.erase(sFolded);
         m_colNewestWritten[sFolded] = cSnapshot.lNumber;
     }
-    if (eManner == Manner::Explicit)
+    if (TellsProgress(eManner))
         m_cEvents.ProgressDone(L"Saved Scheduler Info for: " + cSnapshot.sCatName);
 }
 

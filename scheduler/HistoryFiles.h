@@ -32,14 +32,22 @@ public:
     {
         Explicit,        // progress events and yields; errors are shown
         WithoutProgress, // errors are shown
+        WithoutBox,      // progress events and yields; errors are logged, the caller shows them
         Quiet,           // errors are logged only: for picks on air
     };
 
-    // Saves one main category. False, and nothing is written: no main category (shown), no record to write,
-    // or an error, which is shown. What is written is the order at the moment of the call, whatever the host
-    // does while it is told of the progress; a save that was overtaken by a newer one of the same category
-    // writes nothing and is true.
-    bool Save(const std::shared_ptr<clsCat>& cMainCat, Manner eManner = Manner::Explicit);
+    enum class Saved
+    {
+        Yes,
+        NoRecords, // nothing to write: an existing file is left as it is
+        NotMain,   // no main category, which was shown
+        Failed,
+    };
+
+    // Saves one main category. What is written is the order at the moment of the call, whatever the host does
+    // while it is told of the progress; a save that was overtaken by a newer one of the same category writes
+    // nothing and counts as saved.
+    Saved Save(const std::shared_ptr<clsCat>& cMainCat, Manner eManner = Manner::Explicit);
 
     // Saves every one, in order. False when one of them had no record or could not be saved; one that is no
     // main category ends it.
@@ -69,15 +77,6 @@ private:
     };
     struct Snapshot;   // what a save writes, taken before the first yield
     struct LevelOrder; // a level's new order while records are applied
-    enum class Saved
-    {
-        Yes,
-        NoRecords,
-        NotMain,
-        Failed,
-    };
-
-    Saved SaveOne(const std::shared_ptr<clsCat>& cMainCat, Manner eManner);
     Snapshot TakeSnapshot(const clsCat& cMainCat);
     std::string Fill(const Snapshot& cSnapshot, Manner eManner);
     void Write(const Snapshot& cSnapshot, const std::string& bytes, Manner eManner);

@@ -36,8 +36,7 @@ bool Holds(const std::vector<std::wstring>& colNames, const std::wstring& sName)
 
 } // namespace
 
-// ---- listening
-// ------------------------------------------------------------------------------------------------------
+// ---- listening ----
 
 void Synchronisation::Follow(const std::shared_ptr<DataBase>& cDataBase, std::weak_ptr<void> cOwner)
 {
@@ -102,8 +101,7 @@ void Synchronisation::Progress(const std::wstring& strProgress, std::int32_t lCo
 
 void Synchronisation::ProgressDone(const std::wstring& sStatus) { m_cStation.cEvents.ProgressDone(sStatus); }
 
-// ---- cuts added
-// -----------------------------------------------------------------------------------------------------
+// ---- cuts added ----
 
 void Synchronisation::HandleAdded(const Cuts& colCuts)
 {
@@ -201,8 +199,7 @@ void Synchronisation::AddCutToCategory(const std::shared_ptr<Cut>& cCut,
     }
 }
 
-// ---- cuts modified
-// --------------------------------------------------------------------------------------------------
+// ---- cuts modified ----
 
 void Synchronisation::HandleModified(const Cuts& colCuts)
 {
@@ -243,17 +240,11 @@ void Synchronisation::ModifyCut(const std::shared_ptr<Cut>& cCut, AffectedCats& 
     colNames.erase(std::remove(colNames.begin(), colNames.end(), std::wstring()), colNames.end());
     // Where the cut stood is read from the tree. Its category names are the database's new ones already, so
     // it leaves the orders directly: taking it out through the category would take names off it.
-    for (const std::shared_ptr<clsCat>& cMainCat : SnapshotOf(*m_cStation.colMainCats))
-    {
-        const bool bAssigned = Holds(colNames, cMainCat->CatName());
-        for (const std::shared_ptr<clsCat>& cSubCat : SnapshotOf(*cMainCat->SubCats()))
-        {
-            if ((bAssigned && cSubCat->CatLevel() == lLevel) || !cSubCat->SchedCuts()->Remove(cKey))
-                continue;
-            cFiling.Recalc(*cSubCat);
-            cAffected.Touch(cMainCat->CatName());
-        }
-    }
+    LeaveLevels(
+        cKey,
+        [&](const clsCat& cSubCat)
+        { return cSubCat.CatLevel() == lLevel && Holds(colNames, cSubCat.CatName()); },
+        cAffected, cFiling);
     for (const std::wstring& sName : colNames)
     {
         bool bCreated = false;
@@ -265,8 +256,20 @@ void Synchronisation::ModifyCut(const std::shared_ptr<Cut>& cCut, AffectedCats& 
     m_cStation.cFiledCuts.Remember(*cCut);
 }
 
-// ---- cuts removed
-// ---------------------------------------------------------------------------------------------------
+void Synchronisation::LeaveLevels(const TextKey& cKey, const std::function<bool(const clsCat&)>& keep,
+                                  AffectedCats& cAffected, Filing& cFiling)
+{
+    for (const std::shared_ptr<clsCat>& cMainCat : SnapshotOf(*m_cStation.colMainCats))
+        for (const std::shared_ptr<clsCat>& cSubCat : SnapshotOf(*cMainCat->SubCats()))
+        {
+            if (keep(*cSubCat) || !cSubCat->SchedCuts()->Remove(cKey))
+                continue;
+            cFiling.Recalc(*cSubCat);
+            cAffected.Touch(cMainCat->CatName());
+        }
+}
+
+// ---- cuts removed ----
 
 void Synchronisation::HandleRemoved(const Cuts& colCuts)
 {
@@ -364,8 +367,7 @@ bool Synchronisation::TakeOut(const std::shared_ptr<Cut>& cCut, const clsCat& cM
     return true;
 }
 
-// ---- afterwards
-// -----------------------------------------------------------------------------------------------------
+// ---- afterwards ----
 
 void Synchronisation::SaveAffected(const AffectedCats& cAffected)
 {

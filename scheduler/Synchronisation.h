@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -82,6 +83,11 @@ public:
 
     // Saves each that still exists, with the boxes and reports of an explicit save.
     void SaveAffected(const AffectedCats& cAffected);
+
+    // Removes a cut's entry from every level but those keep accepts, without touching its category names.
+    // Levels and main categories concerned are recalculated and touched.
+    void LeaveLevels(const TextKey& cKey, const std::function<bool(const clsCat&)>& keep,
+                     AffectedCats& cAffected, Filing& cFiling);
 
 private:
     enum class Kind

@@ -76,8 +76,7 @@ std::shared_ptr<DataBase> clsSchedMan::DataBase() const noexcept { return m_cPar
 std::wstring clsSchedMan::AppPath() const { return m_cParts->cMod.AppPath(); }
 std::shared_ptr<CatCollection> clsSchedMan::colMainCats() const noexcept { return m_cParts->colMainCats; }
 
-// ---- population
-// -----------------------------------------------------------------------------------------------------
+// ---- population ----
 
 void clsSchedMan::PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBase,
                                        const std::wstring& strAppPath)
@@ -148,8 +147,7 @@ catch (...)
     return nullptr; // errors are ignored here: hosts take nothing for "not there"
 }
 
-// ---- files
-// ----------------------------------------------------------------------------------------------------------
+// ---- files ----
 
 std::shared_ptr<NameCollection> clsSchedMan::colSavedCatNames()
 {
@@ -172,14 +170,13 @@ bool clsSchedMan::SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat
     const std::shared_ptr<CatCollection> colMainCats = my.colMainCats;
     if (!cMainCat)
         return colMainCats && my.cHistoryFiles.SaveAll(*colMainCats);
-    const bool bSaved = my.cHistoryFiles.Save(cMainCat);
+    const bool bSaved = my.cHistoryFiles.Save(cMainCat) == HistoryFiles::Saved::Yes;
     if (colMainCats)
         my.cHistoryFiles.SaveOwed(*colMainCats);
     return bSaved;
 }
 
-// ---- rotation
-// -------------------------------------------------------------------------------------------------------
+// ---- rotation ----
 
 std::shared_ptr<Cut> clsSchedMan::ArtistHistoryCut(const std::wstring& sArtist) const
 {
@@ -240,8 +237,7 @@ std::shared_ptr<Cut> clsSchedMan::NextCutFromRotation(const std::wstring& strSub
 bool clsSchedMan::RotatesAllowed() const noexcept { return m_cParts->bRotatesAllowed; }
 void clsSchedMan::SetRotatesAllowed(bool bAllowed) noexcept { m_cParts->bRotatesAllowed = bAllowed; }
 
-// ---- editing
-// --------------------------------------------------------------------------------------------------------
+// ---- editing ----
 
 void clsSchedMan::RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat,
                                         const std::shared_ptr<Cut>& cCut, CatCollection& colMainCatsIN,
@@ -257,8 +253,7 @@ void clsSchedMan::RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat,
                  });
 }
 
-// ---- host and windows
-// -----------------------------------------------------------------------------------------------
+// ---- host and windows ----
 
 void clsSchedMan::ShowHelp() { m_cParts->cEvents.ShowHelpEvent(); }
 

@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/CategoryCreation.h"
+
+#include "collections/Text.h"
+#include "scheduler/modscheduler/FileNames.h"
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::size_t lMaxNameLength = 50;
+constexpr std::int32_t lLevelLimit =
+    32765; // exclusive; the message names another number, which hosts' users know
+const std::wstring sTryAgain = std::wstring(sCrLf) + sCrLf + L"Try Again?";
+
+} // namespace
+
+// ---- main categories ----
+
+bool CategoryCreation::CreateMainCat(std::wstring& sName)
+{
+    return TrapCritical(
+        m_cStation.cMod, L"Error in CreateMainCat [cSchedMan]", false,
+        [&]
+        {
+            std::wstring sTyped = Trim(sName);
+            for (;; sTyped.clear())
+            {
+                if (sTyped.empty())
+                    sTyped = Trim(
+                        m_cStation.cMod.Input(L"New Category Creation", L"Type the name for the new category")
+                            .value_or(L""));
+                if (sTyped.empty())
+                    return false;
+                const std::wstring sReplaced = WithoutIllegalChars(sTyped);
+                if (const std::optional<Refusal> refusal = RefusalOf(sTyped, sReplaced))
+                {
+                    if (!TryAgain(*refusal))
+                        return false;
+                    continue;
+                }
+                Create(sReplaced);
+                sName = sReplaced;
+                return true;
+            }
+        });
+}
+
+std::optional<CategoryCreation::Refusal> CategoryCreation::RefusalOf(const std::wstring& sTyped,
+                                                                     const std::wstring& sReplaced) const
+{
+    if (IsNumeric(sTyped))
+        return Refusal{L"Invalid Category Name", L"Category Names must not be numeric!" + sTryAgain};
+    if (sTyped.size() > lMaxNameLength)
+        return Refusal{L"Category Name Too Long! [max 50 chars]", L"Category Name too long!" + sTryAgain};
+    if (m_cStation.MainCat(sTyped) || m_cStation.MainCat(sReplaced))
+        return Refusal{L"Category " + sReplaced + L" Already Exists!",
+                       L"There is already a category by this name!" + sTryAgain};
+    if (EqualIgnoringCase(sReplaced, sAllAudio) || !CanBeFile(sReplaced))
+        return Refusal{L"Invalid Category Name",
+                       L"Unable to create a category with the name: " + sTyped + sTryAgain};
+    return std::nullopt;
+}
+
+std::wstring CategoryCreation::WithoutIllegalChars(const std::wstring& sName) const
+{
+    std::wstring sReplaced = sName;
+    for (wchar_t& c : sReplaced)
+        for (const std::wstring& sIllegal : *m_colIllegalChars)
+            if (EqualIgnoringCase(std::wstring_view(&c, 1), sIllegal))
+                c = L'_';
+    return sReplaced;
+}
+
+bool CategoryCreation::CanBeFile(const std::wstring& sName) const
+{
+    if (!CanBeFileName(sName))
+        return false;
+    // Installed under a protected folder, the library cannot write beside itself; then the station's folder
+    // tells as well.
+    return CanWriteIn(m_cStation.cMod.Outside().cFiles.LibraryFolder(), sName) ||
+           CanWriteIn(m_cStation.cMod.AppPath() + L"Scheduler", sName);
+}
+
+bool CategoryCreation::CanWriteIn(const std::wstring& sFolder, const std::wstring& sName) const
+{
+    Files& cFiles = m_cStation.cMod.Outside().cFiles;
+    const std::wstring sPath = sFolder + L"\\" + sName + L".tst";
+    if (cFiles.FileExists(sPath))
+        return true; // someone's file shows that the name can be one; it is not ours to overwrite
+    try
+    {
+        cFiles.WriteNew(sPath, "Hello");
+        cFiles.Delete(sPath);
+        return true;
+    }
+    catch (const RuntimeError&)
+    {
+        return false;
+    }
+}
+
+bool CategoryCreation::TryAgain(const Refusal& refusal) const
+{
+    return m_cStation.cMod.Box(BoxIcon::Question, BoxButtons::YesNo, refusal.sTitle, refusal.sText) ==
+           BoxAnswer::Yes;
+}
+
+void CategoryCreation::Create(const std::wstring& sName)
+{
+    if (!m_cStation.colMainCats)
+        throw RuntimeError(error::ObjectNotSet);
+    const auto cMainCat = std::make_shared<clsCat>(m_cStation.cMod, sName, 0);
+    if (!m_cStation.colMainCats->Add(TextKey(CategoryKey(sName, 0)), cMainCat))
+        throw RuntimeError(error::KeyAlreadyExists);
+    cMainCat->AddSubCat(std::make_shared<clsCat>(m_cStation.cMod, sName, 1));
+    m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.cMod.AppPath());
+    m_cStation.cHistoryFiles.Save(cMainCat);
+}
+
+// ---- levels ----
+
+bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
+{
+    ModScheduler& cMod = m_cStation.cMod;
+    return TrapCritical(
+        cMod, L"Error in CreateCatLevel [cSchedMan]", false,
+        [&]
+        {
+            if (!cMainCatIn)
+            {
+                cMod.Box(BoxIcon::None, BoxButtons::Ok, L"Impossible!",
+                         L"Impossible to create a level is we dont know which main cat it's in!");
+                return false;
+            }
+            const std::wstring sCatName = cMainCatIn->CatName();
+            while (true)
+            {
+                // Looked up again each round: what was asked has given others the time to delete it.
+                const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sCatName);
+                if (!cMainCat)
+                {
+                    cMod.Box(BoxIcon::Critical, BoxButtons::Ok, L"Category Level Creation Aborted",
+                             L"Unexpected! - cant find main cat: " + sCatName);
+                    return false;
+                }
+                if (EqualIgnoringCase(sCatName, L"ALL SONGS"))
+                {
+                    cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, L"Choose a specific category please.",
+                             L"ALL SONGS is not valid here!");
+                    return false;
+                }
+                const std::optional<std::int32_t> lLevel = AskForLevel(sCatName);
+                if (!lLevel)
+                    return false;
+                if (!m_cStation.Holds(cMainCat))
+                    continue;
+                if (cMainCat->AddSubCat(std::make_shared<clsCat>(cMod, cMainCat->CatName(), *lLevel)))
+                {
+                    m_cStation.cHistoryFiles.Save(cMainCat);
+                    return true;
+                }
+                if (!TryAgain({L"Category Level Already Present!", L"There is already a category level " +
+                                                                       DecimalText(*lLevel) + L" under " +
+                                                                       sCatName + sTryAgain}))
+                    return false;
+            }
+        });
+}
+
+// A level in the valid range, or nothing when the user gave up.
+std::optional<std::int32_t> CategoryCreation::AskForLevel(const std::wstring& sCatName) const
+{
+    ModScheduler& cMod = m_cStation.cMod;
+    while (true)
+    {
+        const std::wstring sTyped = Trim(cMod.Input(L"Enter The New Category Level",
+                                                    L"This level will be placed under category: " + sCatName +
+                                                        sCrLf + L"Valid Values: Greater than zero" + sCrLf +
+                                                        L"Type the numeric NEW category level")
+                                             .value_or(L""));
+        if (sTyped.empty())
+            return std::nullopt;
+        const std::optional<double> dTyped = NumericValue(sTyped);
+        if (!dTyped)
+        {
+            cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, L"Must Be a Number!", L"Invalid Entry!");
+            continue;
+        }
+        const std::optional<std::int32_t> lLevel = ToLong(*dTyped);
+        if (lLevel && *lLevel > 0 && *lLevel < lLevelLimit)
+            return lLevel;
+        cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, L"Invalid Category Level Entry",
+                 L"Invalid - must be greater than zero and less than 32675!");
+    }
+}
+
+} // namespace ravlo

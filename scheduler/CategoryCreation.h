@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "collections/OrderedKeyedCollection.h"
+#include "scheduler/Station.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace ravlo
+{
+
+// Creating main categories and levels: asks, refuses, asks again, and saves what was made.
+class CategoryCreation
+{
+public:
+    CategoryCreation(Station& cStation, std::shared_ptr<NameCollection> colIllegalChars) noexcept
+        : m_cStation(cStation), m_colIllegalChars(std::move(colIllegalChars))
+    {
+    }
+
+    // Makes a main category with a level 1. An empty name is asked for; one that is refused is asked for anew
+    // until one is accepted or the user gives up. sName receives the name as created: characters that may not
+    // stand in a file name are replaced by "_". False, and nothing is changed, when the user gave up.
+    bool CreateMainCat(std::wstring& sName);
+
+    // Asks for a number and makes that level under a main category of the tree. False: refused or given up.
+    bool CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn);
+
+private:
+    struct Refusal
+    {
+        std::wstring sTitle;
+        std::wstring sText;
+    };
+    std::optional<Refusal> RefusalOf(const std::wstring& sTyped, const std::wstring& sReplaced) const;
+    std::wstring WithoutIllegalChars(const std::wstring& sName) const;
+    bool CanBeFile(const std::wstring& sName) const;
+    bool CanWriteIn(const std::wstring& sFolder, const std::wstring& sName) const;
+    bool TryAgain(const Refusal& refusal) const;
+    void Create(const std::wstring& sName);
+
+    std::optional<std::int32_t> AskForLevel(const std::wstring& sCatName) const;
+
+    Station& m_cStation;
+    std::shared_ptr<NameCollection> m_colIllegalChars;
+};
+
+} // namespace ravlo

@@ -1,0 +1,268 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/CategoryEditing.h"
+
+#include "collections/Text.h"
+#include "scheduler/BatchedChanges.h"
+#include "scheduler/RandomOrder.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::size_t lCutsPerReport = 50;
+
+std::wstring CountText(std::size_t lCount) { return DecimalText(static_cast<std::int64_t>(lCount)); }
+
+std::wstring NameOf(const clsCat& cCat)
+{
+    return cCat.CatLevel() == 0 ? cCat.CatName() : cCat.CatName() + L" " + DecimalText(cCat.CatLevel());
+}
+
+// A category's main category as the tree knows it: itself, or the one its level belongs to; null when the
+// tree does not.
+std::shared_ptr<clsCat> MainCatOf(const Station& cStation, const std::shared_ptr<clsCat>& cCat)
+{
+    const std::shared_ptr<clsCat> cMainCat = cCat->CatLevel() == 0 ? cCat : cCat->MainCat();
+    return cStation.Holds(cMainCat) ? cMainCat : nullptr;
+}
+
+bool Lists(const Cats& colCats, const std::shared_ptr<clsCat>& cCat)
+{
+    return std::find(colCats.begin(), colCats.end(), cCat) != colCats.end();
+}
+
+// What was asked for, main category by main category: the levels meant, and whether the main category was
+// listed with or without levels of its own.
+struct Chosen
+{
+    std::shared_ptr<clsCat> cMainCat;
+    Cats colLevels;
+    bool bMainListed = false;
+};
+
+std::vector<Chosen> ChosenOf(const Station& cStation, const Cats& colCats)
+{
+    std::vector<Chosen> colChosen;
+    for (const std::shared_ptr<clsCat>& cCat : colCats)
+    {
+        const std::shared_ptr<clsCat> cMainCat = cCat ? MainCatOf(cStation, cCat) : nullptr;
+        if (!cMainCat)
+            continue;
+        auto found = std::find_if(colChosen.begin(), colChosen.end(),
+                                  [&](const Chosen& chosen) { return chosen.cMainCat == cMainCat; });
+        if (found == colChosen.end())
+            found = colChosen.insert(colChosen.end(), {cMainCat, {}, false});
+        if (cCat == cMainCat)
+            found->bMainListed = true;
+        else if (!Lists(found->colLevels, cCat) && cMainCat->SubCat(cCat->CatLevel()) == cCat)
+            found->colLevels.push_back(cCat);
+    }
+    return colChosen;
+}
+
+Cats LevelsOf(const clsCat& cMainCat) { return {cMainCat.SubCats()->begin(), cMainCat.SubCats()->end()}; }
+
+} // namespace
+
+std::wstring ListCats(const Cats& colCats, std::size_t lMost)
+{
+    const std::size_t lListed = lMost == 0 ? colCats.size() : std::min(lMost, colCats.size());
+    std::wstring sList;
+    for (std::size_t lCat = 0; lCat < lListed; ++lCat)
+        sList += (lCat == 0 ? L"" : L", ") + NameOf(*colCats[lCat]);
+    if (lListed < colCats.size())
+        sList += L"... (+" + CountText(colCats.size() - lListed) + L")";
+    return sList;
+}
+
+// ---- shuffling ----
+
+void CategoryEditing::ShuffleCategories(const Cats& colCats, bool bConfirmFirst)
+{
+    ModScheduler& cMod = m_cStation.cMod;
+    TrapCritical(cMod, L"Error in ShuffleCategories [cSchedMan]", false,
+                 [&]
+                 {
+                     if (bConfirmFirst && cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"Confirm Shuffle.",
+                                                   L"Really shuffle these categories: " +
+                                                       ListCats(colCats, lMostListed)) != BoxAnswer::Yes)
+                         return false;
+                     AffectedCats cAffected;
+                     cMod.Outside().cRandom.Randomize();
+                     for (const Chosen& chosen : ChosenOf(m_cStation, colCats))
+                     {
+                         // A level whose main category is listed too is shuffled once, with it.
+                         for (const std::shared_ptr<clsCat>& cSubCat :
+                              chosen.bMainListed ? LevelsOf(*chosen.cMainCat) : chosen.colLevels)
+                         {
+                             const std::shared_ptr<CutCollection> colCuts = cSubCat->SchedCuts();
+                             colCuts->Reorder(RandomOrder(cMod.Outside().cRandom, colCuts->Count()));
+                         }
+                         cAffected.Touch(chosen.cMainCat->CatName());
+                     }
+                     SaveShuffled(cAffected);
+                     return true;
+                 });
+}
+
+void CategoryEditing::SaveShuffled(const AffectedCats& cAffected)
+{
+    for (const std::wstring& sName : cAffected)
+    {
+        const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName);
+        if (cMainCat && m_cStation.cHistoryFiles.Save(cMainCat, HistoryFiles::Manner::WithoutBox) ==
+                            HistoryFiles::Saved::Failed)
+            m_cStation.cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, sProgramTitle,
+                                L"Failed to save cat history and ordering for: " + sName);
+    }
+}
+
+// ---- deleting ----
+
+bool CategoryEditing::DeleteCats(const Cats& colCats)
+{
+    ModScheduler& cMod = m_cStation.cMod;
+    return TrapCritical(
+        cMod, L"Error in DeleteCats [cSchedMan]", false,
+        [&]
+        {
+            const Synchronisation::Hold cHold(m_cSync);
+            Filing cFiling(cMod);
+            bool bAll = true;
+            for (const Chosen& chosen : ChosenOf(m_cStation, colCats))
+                bAll = DeleteChosen(chosen.cMainCat, chosen.colLevels, chosen.bMainListed, cFiling) && bAll;
+            m_cStation.cEvents.ProgressDone(L"Categories Deleted.");
+            cFiling.Report(
+                [&](const RuntimeError& cError)
+                {
+                    bAll = false;
+                    cMod.ShowCriticalError(L"Error in DeleteCats [cSchedMan]", cError);
+                });
+            return bAll;
+        });
+}
+
+bool CategoryEditing::DeleteChosen(const std::shared_ptr<clsCat>& cMainCat, const Cats& colListed,
+                                   bool bMainListed, Filing& cFiling)
+{
+    const bool bWhole = bMainListed && colListed.empty();
+    for (const std::shared_ptr<clsCat>& cSubCat : bWhole ? LevelsOf(*cMainCat) : colListed)
+        DeleteLevel(*cMainCat, cSubCat, cFiling);
+    if (!m_cStation.Holds(cMainCat))
+        return true; // the host has reloaded or deleted it meanwhile
+    if (bMainListed && cMainCat->SubCats()->Empty())
+        return DeleteMainCat(cMainCat);
+    if (!cMainCat->SubCats()->Empty())
+        return m_cStation.cHistoryFiles.Save(cMainCat) == HistoryFiles::Saved::Yes;
+    // Saving writes nothing when there is no record, and the old file would bring the levels back.
+    return DeleteFile(cMainCat->CatName());
+}
+
+void CategoryEditing::DeleteLevel(clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCat, Filing& cFiling)
+{
+    const std::wstring sName = NameOf(*cSubCat);
+    const Cuts colCuts(cSubCat->SchedCuts()->begin(), cSubCat->SchedCuts()->end());
+    m_cStation.cEvents.ProgressStart(L"Deleting Category: " + sName, std::ssize(colCuts));
+    BatchedChanges cBatch(m_cStation.cDataBase, cFiling);
+    std::size_t lCount = 0;
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+    {
+        try
+        {
+            m_cSync.TakeOut(cCut, cMainCat, *cSubCat);
+            m_cStation.cFiledCuts.Remember(*cCut);
+        }
+        catch (...)
+        {
+            cFiling.Failed(*cCut);
+        }
+        if (++lCount % lCutsPerReport != 0)
+            continue;
+        cBatch.Commit();
+        m_cStation.cEvents.Progress(L"Removed " + CountText(lCount) + L" from: " + sName,
+                                    static_cast<std::int64_t>(lCount), std::ssize(colCuts));
+        m_cStation.cMod.Pump();
+        cBatch.Begin();
+    }
+    cBatch.Commit();
+    if (cMainCat.SubCat(cSubCat->CatLevel()) == cSubCat)
+        try
+        {
+            cMainCat.RemoveSubCat(cSubCat);
+        }
+        catch (const RuntimeError& cError)
+        {
+            // The level is gone; a main category's run-time total is told only through its average, which is
+            // taken anew.
+            m_cStation.cMod.LogError(L"RemoveSubCat", cError);
+        }
+    m_cStation.cEvents.ProgressDone(L"Deleted " + sName);
+}
+
+bool CategoryEditing::DeleteMainCat(const std::shared_ptr<clsCat>& cMainCat)
+{
+    m_cStation.colMainCats->Remove(CategoryKey(cMainCat->CatName(), 0));
+    const bool bFileGone = DeleteFile(cMainCat->CatName());
+    return m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.cMod.AppPath()) &&
+           bFileGone;
+}
+
+bool CategoryEditing::DeleteFile(const std::wstring& sCatName)
+{
+    return TrapCritical(m_cStation.cMod, L"Error in DeleteCats [cSchedMan]", false,
+                        [&]
+                        {
+                            m_cStation.cHistoryFiles.DeleteFile(sCatName);
+                            return true;
+                        });
+}
+
+// ---- re-ordering ----
+
+void CategoryEditing::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
+                                         std::int32_t PosInto)
+{
+    TrapCritical(m_cStation.cMod, L"Error in InsertCuts [cSchedMan]", false,
+                 [&]
+                 {
+                     if (!cCat || cCat->CatLevel() == 0)
+                         throw RuntimeError(error::InvalidProcedureCall);
+                     CutCollection& colCuts = *cCat->SchedCuts();
+                     const std::size_t lCount = colCuts.Count();
+                     std::vector<std::size_t> colMoved; // positions, in the order given
+                     std::vector<bool> bMoves(lCount);
+                     for (const std::shared_ptr<Cut>& cCut : colCutsInsert)
+                     {
+                         const std::optional<std::size_t> lPosition =
+                             cCut ? colCuts.PositionOf(cCut->Key()) : std::nullopt;
+                         if (!lPosition || bMoves[*lPosition])
+                             continue;
+                         bMoves[*lPosition] = true;
+                         colMoved.push_back(*lPosition);
+                     }
+                     if (colMoved.empty())
+                         return false;
+                     const std::size_t lBefore =
+                         std::min(lCount, static_cast<std::size_t>(std::max(PosInto, 1) - 1));
+                     std::vector<std::size_t> colOrder;
+                     colOrder.reserve(lCount);
+                     for (std::size_t lPosition = 0; lPosition <= lCount; ++lPosition)
+                     {
+                         if (lPosition == lBefore)
+                             colOrder.insert(colOrder.end(), colMoved.begin(), colMoved.end());
+                         if (lPosition < lCount && !bMoves[lPosition])
+                             colOrder.push_back(lPosition);
+                     }
+                     colCuts.Reorder(colOrder);
+                     if (const std::shared_ptr<clsCat> cMainCat = MainCatOf(m_cStation, cCat))
+                         m_cStation.cHistoryFiles.Save(cMainCat);
+                     return true;
+                 });
+}
+
+} // namespace ravlo

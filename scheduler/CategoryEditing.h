@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "scheduler/Station.h"
+#include "scheduler/Synchronisation.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ravlo
+{
+
+using Cats = std::vector<std::shared_ptr<clsCat>>;
+
+// The names of categories as one text: a main category by its name, a level by name, blank and number, joined
+// with ", ". With a lMost above 0 the list ends after that many with "... (+n)".
+std::wstring ListCats(const Cats& colCats, std::size_t lMost = 0);
+
+// How many categories a question lists before it ends in "... (+n)": more would not fit a screen.
+inline constexpr std::size_t lMostListed = 30;
+
+// Shuffling, deleting and re-ordering: what the windows and hosts do to categories that exist.
+class CategoryEditing
+{
+public:
+    CategoryEditing(Station& cStation, Synchronisation& cSync) noexcept : m_cStation(cStation), m_cSync(cSync)
+    {
+    }
+
+    // Puts the cuts of each level into a new random order; a main category stands for all its levels, each
+    // shuffled in itself. Every main category concerned is saved; one that cannot be saved is reported and
+    // the others go on.
+    void ShuffleCategories(const Cats& colCats, bool bConfirmFirst);
+
+    // Deletes levels and main categories. A main category listed alone goes with all its levels; one listed
+    // together with some of its levels goes only when no level is left. The cuts leave the deleted levels; a
+    // category's file goes when it has no level any more. False when something could not be deleted.
+    bool DeleteCats(const Cats& colCats);
+
+    // Moves cuts of a level, in the order given, in front of the one that stands at PosInto (from 1, counted
+    // before anything moves; below 1 is 1, past the end is the end), and saves its main category. Cuts the
+    // level does not hold are ignored.
+    void MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
+                            std::int32_t PosInto);
+
+private:
+    void DeleteLevel(clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCat, Filing& cFiling);
+    bool DeleteChosen(const std::shared_ptr<clsCat>& cMainCat, const Cats& colListed, bool bMainListed,
+                      Filing& cFiling);
+    bool DeleteMainCat(const std::shared_ptr<clsCat>& cMainCat);
+    bool DeleteFile(const std::wstring& sCatName);
+    void SaveShuffled(const AffectedCats& cAffected);
+
+    Station& m_cStation;
+    Synchronisation& m_cSync;
+};
+
+} // namespace ravlo
