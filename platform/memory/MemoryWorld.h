@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/codepage/Latin1252CodePage.h"
+#include "platform/common/Latin1252CodePage.h"
 #include "platform/memory/MemoryClock.h"
 #include "platform/memory/MemoryFiles.h"
 #include "platform/memory/MemoryHostLoop.h"

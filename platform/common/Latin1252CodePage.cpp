@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/codepage/Latin1252CodePage.h"
+#include "platform/common/Latin1252CodePage.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#include "platform/common/MersenneRandom.h"
+
+#include <chrono>
+#include <cstdint>
+
+namespace ravlo
+{
+
+void MersenneRandom::Randomize()
+{
+    // What the generator would have said next goes in too: two calls within one tick of the timer differ.
+    const auto lTimer =
+        static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+    const auto lDate =
+        static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count());
+    m_engine.seed(lTimer ^ (lDate << 20) ^ m_engine());
+}
+
+} // namespace ravlo

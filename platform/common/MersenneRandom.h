@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ports/Random.h"
+
+#include <random>
+
+namespace ravlo
+{
+
+// Chance for a station on air: seeded from the timer from the start, and again on each Randomize.
+class MersenneRandom final : public Random
+{
+public:
+    MersenneRandom() { Randomize(); }
+    void Randomize() override;
+    double Next() override { return static_cast<double>(m_engine() >> 11) * 0x1p-53; }
+
+private:
+    std::mt19937_64 m_engine;
+};
+
+} // namespace ravlo

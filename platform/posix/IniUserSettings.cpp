@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+#include "platform/posix/IniUserSettings.h"
+
+#include "collections/CaseFolding.h"
+#include "collections/Text.h"
+#include "platform/posix/PosixText.h"
+#include "ports/RuntimeError.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::wstring_view sHexDigits = L"0123456789abcdef";
+constexpr std::wstring_view sSpecialInNames = L"\\=[];";
+constexpr std::wstring_view sSpecialInValues = L"\\";
+
+std::wstring Escaped(const std::wstring& sText, std::wstring_view sSpecial)
+{
+    std::wstring sEscaped;
+    for (const wchar_t c : sText)
+    {
+        if (c >= L' ' && sSpecial.find(c) == std::wstring_view::npos)
+        {
+            sEscaped += c;
+            continue;
+        }
+        sEscaped += L'\\';
+        for (int lShift = 12; lShift >= 0; lShift -= 4)
+            sEscaped += sHexDigits[(static_cast<unsigned>(c) >> lShift) & 15];
+    }
+    return sEscaped;
+}
+
+std::wstring Unescaped(std::wstring_view sText)
+{
+    std::wstring sPlain;
+    while (!sText.empty())
+    {
+        unsigned lCode = 0;
+        std::size_t lDigits = 0;
+        if (sText.front() == L'\\')
+        {
+            for (; lDigits < 4 && lDigits + 1 < sText.size(); ++lDigits)
+            {
+                const std::size_t lDigit = sHexDigits.find(sText[lDigits + 1]);
+                if (lDigit == std::wstring_view::npos)
+                    break;
+                lCode = lCode * 16 + static_cast<unsigned>(lDigit);
+            }
+        }
+        // A backslash that somebody typed by hand stands for itself.
+        sPlain += lDigits == 4 ? static_cast<wchar_t>(lCode) : sText.front();
+        sText.remove_prefix(lDigits == 4 ? 5 : 1);
+    }
+    return sPlain;
+}
+
+} // namespace
+
+IniUserSettings::IniUserSettings(Files& cFiles, std::wstring sFolder)
+    : m_cFiles(cFiles), m_sFolder(std::move(sFolder))
+{
+}
+
+std::wstring IniUserSettings::UserFolder()
+{
+    if (const char* pFolder = std::getenv("XDG_CONFIG_HOME"); pFolder && *pFolder == '/')
+        return HostPathOf(pFolder);
+    const char* pHome = std::getenv("HOME");
+    return HostPathOf(pHome ? pHome : "") + L"\\.config";
+}
+
+std::wstring IniUserSettings::Get(const std::wstring& sApplication, const std::wstring& sSection,
+                                  const std::wstring& sKey, const std::wstring& sDefault) const
+{
+    try
+    {
+        for (const Entry& entry : Read(PathOf(sApplication)))
+        {
+            if (EqualIgnoringCase(entry.sSection, sSection) && EqualIgnoringCase(entry.sKey, sKey))
+                return entry.sValue;
+        }
+    }
+    catch (const RuntimeError&)
+    {
+        // What cannot be read is the default, as promised.
+    }
+    return sDefault;
+}
+
+bool IniUserSettings::Set(const std::wstring& sApplication, const std::wstring& sSection,
+                          const std::wstring& sKey, const std::wstring& sValue)
+{
+    try
+    {
+        const std::wstring sPath = PathOf(sApplication);
+        std::vector<Entry> entries;
+        if (m_cFiles.FileExists(sPath))
+            entries = Read(sPath);
+        const auto isWanted = [&](const Entry& entry)
+        { return EqualIgnoringCase(entry.sSection, sSection) && EqualIgnoringCase(entry.sKey, sKey); };
+        const auto it = std::find_if(entries.begin(), entries.end(), isWanted);
+        if (it != entries.end())
+            it->sValue = sValue;
+        else
+            entries.push_back({sSection, sKey, sValue});
+        Write(sPath, entries);
+        return true;
+    }
+    catch (const RuntimeError&)
+    {
+        return false; // the caller is told; settings are no reason to stop
+    }
+}
+
+std::wstring IniUserSettings::PathOf(const std::wstring& sApplication) const
+{
+    if (sApplication.empty() || sApplication.find_first_of(L"\\/") != std::wstring::npos)
+        throw RuntimeError(error::BadFileName); // a name from outside never leaves its folder
+    return m_sFolder + L"\\" + sApplication + L".ini";
+}
+
+std::vector<IniUserSettings::Entry> IniUserSettings::Read(const std::wstring& sPath) const
+{
+    std::vector<Entry> entries;
+    std::wstring sSection;
+    for (std::wstring& sLine : Split(TextOfUtf8(m_cFiles.ReadAll(sPath)), L"\n"))
+    {
+        if (!sLine.empty() && sLine.back() == L'\r')
+            sLine.pop_back(); // an editor's; one that belongs to a value is written as \000d
+        const std::size_t lEquals = sLine.find(L'=');
+        if (sLine.size() >= 2 && sLine.front() == L'[' && sLine.back() == L']')
+            sSection = Unescaped(std::wstring_view(sLine).substr(1, sLine.size() - 2));
+        else if (lEquals != std::wstring::npos && sLine.front() != L';')
+            entries.push_back({sSection, Unescaped(std::wstring_view(sLine).substr(0, lEquals)),
+                               Unescaped(std::wstring_view(sLine).substr(lEquals + 1))});
+    }
+    return entries;
+}
+
+void IniUserSettings::Write(const std::wstring& sPath, const std::vector<Entry>& entries)
+{
+    // Sections in the order of their first entry, each with all its entries.
+    std::vector<bool> written(entries.size());
+    std::wstring sText;
+    for (std::size_t i = 0; i < entries.size(); ++i)
+    {
+        if (written[i])
+            continue;
+        sText += L"[" + Escaped(entries[i].sSection, sSpecialInNames) + L"]\n";
+        for (std::size_t j = i; j < entries.size(); ++j)
+        {
+            if (!EqualIgnoringCase(entries[j].sSection, entries[i].sSection))
+                continue;
+            written[j] = true;
+            sText += Escaped(entries[j].sKey, sSpecialInNames) + L"=" +
+                     Escaped(entries[j].sValue, sSpecialInValues) + L"\n";
+        }
+    }
+    MakeFolder(m_sFolder);
+    ReplaceFile(m_cFiles, sPath, Utf8Of(sText));
+}
+
+void IniUserSettings::MakeFolder(const std::wstring& sFolder)
+{
+    if (sFolder.empty() || m_cFiles.FolderExists(sFolder))
+        return;
+    const std::size_t lSeparator = sFolder.find_last_of(L'\\');
+    if (lSeparator != std::wstring::npos)
+        MakeFolder(sFolder.substr(0, lSeparator));
+    m_cFiles.CreateFolder(sFolder);
+}
+
+} // namespace ravlo

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ports/HostLoop.h"
+
+namespace ravlo
+{
+
+// A program without windows has no messages to process.
+class PosixHostLoop final : public HostLoop
+{
+public:
+    void PumpMessages() override {}
+    void Sleep(std::uint32_t lMilliseconds) override;
+};
+
+} // namespace ravlo

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#include "platform/posix/StandardMessages.h"
+
+#include "platform/posix/PosixText.h"
+
+#include <cstdio>
+
+namespace ravlo
+{
+
+namespace
+{
+
+void Print(const std::wstring& sTitle, const std::wstring& sText)
+{
+    const std::string bytes = Utf8Of(sTitle + L": " + sText + L"\n");
+    std::fwrite(bytes.data(), 1, bytes.size(), stderr);
+}
+
+} // namespace
+
+BoxAnswer StandardMessages::Box(BoxIcon, BoxButtons, const std::wstring& sTitle, const std::wstring& sText)
+{
+    Print(sTitle, sText);
+    return BoxAnswer::None;
+}
+
+std::optional<std::wstring> StandardMessages::Input(const std::wstring& sTitle, const std::wstring& sPrompt)
+{
+    Print(sTitle, sPrompt);
+    return std::nullopt;
+}
+
+} // namespace ravlo
