@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace ravlo
 {
@@ -16,6 +17,7 @@ namespace ravlo
 class clsCat;
 using CutCollection = OrderedKeyedCollection<std::shared_ptr<Cut>>;
 using CatCollection = OrderedKeyedCollection<std::shared_ptr<clsCat>>;
+using Cats = std::vector<std::shared_ptr<clsCat>>;
 
 // <name> TAB <level>: the key of a category level; with level 0 the key of a main category.
 std::wstring CategoryKey(const std::wstring& sCatName, std::int32_t lCatLevel);

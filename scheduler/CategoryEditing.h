@@ -13,8 +13,6 @@
 namespace ravlo
 {
 
-using Cats = std::vector<std::shared_ptr<clsCat>>;
-
 // The names of categories as one text: a main category by its name, a level by name, blank and number, joined
 // with ", ". With a lMost above 0 the list ends after that many with "... (+n)".
 std::wstring ListCats(const Cats& colCats, std::size_t lMost = 0);

@@ -27,12 +27,12 @@ std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMain
     return cMainCat;
 }
 
-bool Filing::File(const std::shared_ptr<Cut>& cCut, clsCat& cMainCat, bool& bCreatedNewSubCat)
+bool Filing::File(const std::shared_ptr<Cut>& cCut, clsCat& cInto, bool& bCreatedNewSubCat)
 {
     const std::int32_t lLevel = cCut->CatLevel();
     if (lLevel <= 0)
     {
-        Problem& cProblem = ProblemOf(cMainCat.CatName());
+        Problem& cProblem = ProblemOf(cInto.CatName());
         if (std::exchange(cProblem.bRefusalShown, true))
         {
             ++cProblem.lRefused;
@@ -41,29 +41,34 @@ bool Filing::File(const std::shared_ptr<Cut>& cCut, clsCat& cMainCat, bool& bCre
     }
     try
     {
-        return cMainCat.AddCut(cCut, bCreatedNewSubCat);
+        return cInto.AddCut(cCut, bCreatedNewSubCat);
     }
     catch (const RuntimeError& cError)
     {
-        const std::shared_ptr<clsCat> cSubCat = cMainCat.SubCat(lLevel);
+        const std::shared_ptr<clsCat> cSubCat =
+            cInto.CatLevel() == 0 ? cInto.SubCat(lLevel) : cInto.shared_from_this();
         if (cError.Number() != error::Overflow || !cSubCat || !cSubCat->SchedCuts()->Exists(cCut->Key()))
             throw;
-        ProblemOf(cMainCat.CatName()).bOverflow = true; // it is filed; only the sum cannot be told
+        ProblemOf(cInto.CatName()).bOverflow = true; // it is filed; only the sum cannot be told
         return true;
     }
 }
 
-void Filing::Recalc(clsCat& cSubCat)
+void Filing::RecalcTouched()
 {
-    try
+    for (const std::shared_ptr<clsCat>& cSubCat : std::exchange(m_colTouched, {}))
     {
-        cSubCat.RecalcTotalRunTime();
-    }
-    catch (const RuntimeError& cError)
-    {
-        if (cError.Number() != error::Overflow)
-            throw;
-        ProblemOf(cSubCat.CatName()).bOverflow = true;
+        try
+        {
+            cSubCat->RecalcTotalRunTime();
+        }
+        catch (const RuntimeError& cError)
+        {
+            if (cError.Number() == error::Overflow)
+                ProblemOf(cSubCat->CatName()).bOverflow = true;
+            else
+                Failed();
+        }
     }
 }
 
@@ -87,6 +92,7 @@ void Filing::EmptyName(BoxIcon eIcon, const std::wstring& sText)
 
 void Filing::Report(const std::function<void(const RuntimeError&)>& show)
 {
+    RecalcTouched();
     const OrderedKeyedCollection<Problem> colProblems = std::exchange(m_colProblems, {});
     const std::size_t lFailed = std::exchange(m_colFailed, {}).size();
     const std::optional<RuntimeError> cFirstFailure = std::exchange(m_cFirstFailure, std::nullopt);

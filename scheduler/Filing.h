@@ -27,9 +27,11 @@ public:
     explicit Filing(ModScheduler& cMod) noexcept : m_cMod(cMod) {}
 
     // clsCat::AddCut. A run-time total out of range is gathered; the cut is filed all the same.
-    bool File(const std::shared_ptr<Cut>& cCut, clsCat& cMainCat, bool& bCreatedNewSubCat);
-    // clsCat::RecalcTotalRunTime, an overflow gathered in the same way.
-    void Recalc(clsCat& cSubCat);
+    bool File(const std::shared_ptr<Cut>& cCut, clsCat& cInto, bool& bCreatedNewSubCat);
+    // The level's order was changed around AddCut and RemoveCut: its run time is taken anew, once, by
+    // RecalcTouched.
+    void Touch(const std::shared_ptr<clsCat>& cSubCat) { m_colTouched.insert(cSubCat); }
+    void RecalcTouched();
     // To be called in a catch block: this cut could not be handled.
     void Failed(const Cut& cCut);
     // To be called in a catch block: something failed that concerns more than one cut.
@@ -37,7 +39,8 @@ public:
     // A category name of no characters: a box for the first.
     void EmptyName(BoxIcon eIcon, const std::wstring& sText);
 
-    // Reports what was gathered, each error once through show, and forgets it.
+    // Takes the touched levels' run times anew, then reports what was gathered, each error once through show,
+    // and forgets it.
     void Report(const std::function<void(const RuntimeError&)>& show);
 
 private:
@@ -52,6 +55,7 @@ private:
 
     ModScheduler& m_cMod;
     OrderedKeyedCollection<Problem> m_colProblems;
+    std::unordered_set<std::shared_ptr<clsCat>> m_colTouched;
     std::size_t m_lEmptyNames = 0;
     std::unordered_set<const Cut*> m_colFailed;
     std::optional<RuntimeError> m_cFirstFailure;

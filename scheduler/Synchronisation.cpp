@@ -264,7 +264,7 @@ void Synchronisation::LeaveLevels(const TextKey& cKey, const std::function<bool(
         {
             if (keep(*cSubCat) || !cSubCat->SchedCuts()->Remove(cKey))
                 continue;
-            cFiling.Recalc(*cSubCat);
+            cFiling.Touch(cSubCat);
             cAffected.Touch(cMainCat->CatName());
         }
 }

@@ -3,7 +3,11 @@
 
 #include "collections/Text.h"
 #include "rotation/NextCut.h"
+#include "scheduler/CategoryCreation.h"
+#include "scheduler/CategoryEditing.h"
+#include "scheduler/MassChange.h"
 #include "scheduler/Population.h"
+#include "scheduler/RandomOrder.h"
 #include "scheduler/Station.h"
 #include "scheduler/Synchronisation.h"
 
@@ -29,14 +33,35 @@ std::shared_ptr<NameCollection> IllegalChars()
 // The parts the facade routes to.
 struct clsSchedMan::Parts : Station
 {
-    explicit Parts(ModScheduler& cModule) : Station(cModule), cSync(*this), colIllegalChars(IllegalChars()) {}
+    explicit Parts(ModScheduler& cModule)
+        : Station(cModule), cSync(*this), colIllegalChars(IllegalChars()), cCreation(*this, colIllegalChars),
+          cEditing(*this, cSync)
+    {
+    }
 
     Synchronisation cSync;
     PlayHistory cPlayHistory;
     std::shared_ptr<NameCollection> colIllegalChars;
+    CategoryCreation cCreation;
+    CategoryEditing cEditing;
     std::wstring sPopulatedAppPath; // of the last population this manager completed; empty before
     bool bPopulating = false;
     bool bRotatesAllowed = false;
+};
+
+// What every public member that may let others run holds: the manager stays alive until the call is over,
+// whatever the host does in between, and the call's log lines are written together.
+class clsSchedMan::Call
+{
+public:
+    explicit Call(clsSchedMan& cSchedMan)
+        : m_cKeepAlive(cSchedMan.weak_from_this().lock()), m_cScope(cSchedMan.Mod())
+    {
+    }
+
+private:
+    std::shared_ptr<clsSchedMan> m_cKeepAlive;
+    ModScheduler::LogScope m_cScope;
 };
 
 clsSchedMan::clsSchedMan(ModScheduler& cMod) : m_cParts(std::make_unique<Parts>(cMod)) {}
@@ -82,8 +107,7 @@ void clsSchedMan::PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBas
                                        const std::wstring& strAppPath)
 {
     Parts& my = *m_cParts;
-    const std::shared_ptr<clsSchedMan> cKeepAlive = weak_from_this().lock();
-    const ModScheduler::LogScope cScope(my.cMod);
+    const Call cCall(*this);
     if (strAppPath.empty())
     {
         my.cMod.Box(BoxIcon::None, BoxButtons::Ok, sProgramTitle,
@@ -151,22 +175,21 @@ catch (...)
 
 std::shared_ptr<NameCollection> clsSchedMan::colSavedCatNames()
 {
-    const ModScheduler::LogScope cScope(m_cParts->cMod);
+    const Call cCall(*this);
     return m_cParts->cCategoryList.GetSavedCatNames();
 }
 
 bool clsSchedMan::SaveCatNames()
 {
     Parts& my = *m_cParts;
-    const ModScheduler::LogScope cScope(my.cMod);
+    const Call cCall(*this);
     return my.cCategoryList.SaveCatNames(my.colMainCats.get(), my.cMod.AppPath());
 }
 
 bool clsSchedMan::SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat)
 {
     Parts& my = *m_cParts;
-    const ModScheduler::LogScope cScope(my.cMod);
-    const std::shared_ptr<clsSchedMan> cKeepAlive = weak_from_this().lock();
+    const Call cCall(*this);
     const std::shared_ptr<CatCollection> colMainCats = my.colMainCats;
     if (!cMainCat)
         return colMainCats && my.cHistoryFiles.SaveAll(*colMainCats);
@@ -196,7 +219,7 @@ std::shared_ptr<Cut> clsSchedMan::TitleHistoryCut(const std::wstring& sTitle) co
 void clsSchedMan::UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut)
 {
     Parts& my = *m_cParts;
-    const ModScheduler::LogScope cScope(my.cMod);
+    const Call cCall(*this);
     Trap(my.cMod, L"UpdateArtistTitleHistory", false,
          [&]
          {
@@ -214,8 +237,7 @@ std::shared_ptr<Cut> clsSchedMan::NextCutFromRotation(const std::wstring& strSub
                                                       bool bSave)
 {
     Parts& my = *m_cParts;
-    const std::shared_ptr<clsSchedMan> cKeepAlive = weak_from_this().lock();
-    const ModScheduler::LogScope cScope(my.cMod);
+    const Call cCall(*this);
     const std::shared_ptr<CatCollection> colMainCats = my.colMainCats;
     RotationAnswer answer = ravlo::NextCutFromRotation(
         colMainCats.get(),
@@ -244,11 +266,70 @@ void clsSchedMan::RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat,
                                         std::int32_t LevelToRemoveFrom)
 {
     Parts& my = *m_cParts;
-    const ModScheduler::LogScope cScope(my.cMod);
+    const Call cCall(*this);
     TrapCritical(my.cMod, L"Error in RemoveCutFromCategory [cSchedMan]", false,
                  [&]
                  {
                      my.cSync.RemoveCutFromCategory(cMainCat, cCut, colMainCatsIN, LevelToRemoveFrom);
+                     return true;
+                 });
+}
+
+bool clsSchedMan::CreateMainCat(std::wstring& sName)
+{
+    const Call cCall(*this);
+    return m_cParts->cCreation.CreateMainCat(sName);
+}
+
+bool clsSchedMan::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
+{
+    const Call cCall(*this);
+    return m_cParts->cCreation.CreateCatLevel(cMainCatIn);
+}
+
+std::vector<std::size_t> clsSchedMan::RandomOrderOf(std::size_t lCount)
+{
+    Random& cRandom = m_cParts->cMod.Outside().cRandom;
+    cRandom.Randomize();
+    return RandomOrder(cRandom, lCount);
+}
+
+void clsSchedMan::ShuffleCategories(const Cats& colCats, bool bConfirmFirst)
+{
+    const Call cCall(*this);
+    m_cParts->cEditing.ShuffleCategories(colCats, bConfirmFirst);
+}
+
+bool clsSchedMan::DeleteCats(const Cats& colCats)
+{
+    const Call cCall(*this);
+    return m_cParts->cEditing.DeleteCats(colCats);
+}
+
+void clsSchedMan::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
+                                     std::int32_t PosInto)
+{
+    const Call cCall(*this);
+    m_cParts->cEditing.MoveCutsInCategory(cCat, colCutsInsert, PosInto);
+}
+
+std::wstring clsSchedMan::ListCats(const Cats& colCats) const { return ravlo::ListCats(colCats); }
+
+void clsSchedMan::DoMassCatChange(eCatDragOptions eCatDragOption, const Cats& colSubCatsFrom,
+                                  const std::shared_ptr<clsCat>& cSubCatTo, const Cuts& colCutsToChange,
+                                  bool& bCreatedNewSubCats)
+{
+    const bool bKnown =
+        eCatDragOption == eCopyHere || eCatDragOption == eMoveHere || eCatDragOption == eMoveExclusiveHere;
+    if (!bKnown || colSubCatsFrom.empty() || !cSubCatTo)
+        return;
+    const Call cCall(*this);
+    Parts& my = *m_cParts;
+    TrapCritical(my.cMod, L"Error in DoMassCatChange [cSchedMan]", false,
+                 [&]
+                 {
+                     MassChange(my, my.cSync, eCatDragOption, colSubCatsFrom, cSubCatTo)
+                         .Run(colCutsToChange, bCreatedNewSubCats);
                      return true;
                  });
 }

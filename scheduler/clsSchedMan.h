@@ -5,6 +5,7 @@
 #include "media/DataBase.h"
 #include "model/clsCat.h"
 #include "rotation/PlayHistory.h"
+#include "scheduler/CatDragOptions.h"
 #include "scheduler/SchedulerEvents.h"
 #include "scheduler/SchedulerWindows.h"
 #include "scheduler/modscheduler/ModScheduler.h"
@@ -12,6 +13,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace ravlo
 {
@@ -59,6 +61,21 @@ public:
     // Null saves every main category.
     bool SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat);
 
+    // Editing categories; what each does is said in CategoryCreation.h, CategoryEditing.h and MassChange.h.
+    bool CreateMainCat(std::wstring& sName);
+    bool CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn);
+    // A new random order of a collection of that many items, for RandomizeCollection: element i is the
+    // position, from 0, of the item that comes to stand at i.
+    std::vector<std::size_t> RandomOrderOf(std::size_t lCount);
+    void ShuffleCategories(const Cats& colCats, bool bConfirmFirst = false);
+    bool DeleteCats(const Cats& colCats);
+    void MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
+                            std::int32_t PosInto);
+    std::wstring ListCats(const Cats& colCats) const;
+    void DoMassCatChange(eCatDragOptions eCatDragOption, const Cats& colSubCatsFrom,
+                         const std::shared_ptr<clsCat>& cSubCatTo, const Cuts& colCutsToChange,
+                         bool& bCreatedNewSubCats);
+
     // Takes a cut out of a level (its own number's, or LevelToRemoveFrom) of one main category, or with null
     // of every one it is assigned to. Adds those it was removed from to colMainCatsIN, keyed by name. Saves
     // nothing.
@@ -86,6 +103,7 @@ public:
     ModScheduler& Mod() const noexcept;
 
 private:
+    class Call;
     struct Parts;
     std::unique_ptr<Parts> m_cParts;
 };

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "scheduler/CatDragOptions.h"
+#include "scheduler/Station.h"
+#include "scheduler/Synchronisation.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace ravlo
+{
+
+// Copies or moves many cuts into a category. A cut has one level number for all its categories, so moving it
+// into a level changes the number and re-files it under the new one in every main category it stays in; into
+// a main category it keeps its number. Each cut is changed whole or not at all, so whoever is called
+// meanwhile finds every cut in one place or the other.
+class MassChange
+{
+public:
+    // cSubCatTo is a level, or a main category for "keeping levels the same".
+    MassChange(Station& cStation, Synchronisation& cSync, eCatDragOptions eCatDragOption, Cats colSubCatsFrom,
+               std::shared_ptr<clsCat> cSubCatTo);
+
+    // Changes the cuts, saves every main category concerned once and reports what could not be changed.
+    // bCreatedNewSubCats is set when any level was made.
+    void Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats);
+
+private:
+    struct Place // where a cut stands
+    {
+        std::shared_ptr<clsCat> cMainCat;
+        std::shared_ptr<clsCat> cSubCat;
+    };
+    struct Plan // what a move does to one cut
+    {
+        std::int32_t lLevel;
+        std::vector<Place> colLeaves;
+        Cats colJoins; // main categories
+    };
+
+    void Copy(const Cuts& colCuts, bool& bCreatedNewSubCats);
+    void Move(const Cuts& colCuts, bool& bCreatedNewSubCats);
+    void CopyCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCats);
+    void MoveCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCats);
+    Plan PlanFor(const Cut& cCut) const;
+    void ChangeCut(Cut& cCut, const Plan& plan) const;
+    bool StaysIn(const clsCat& cMainCat, const Cut& cCut, const Plan& plan) const;
+    // Whether the target is still one of the tree's.
+    bool TargetStands() const;
+
+    Station& m_cStation;
+    Synchronisation& m_cSync;
+    eCatDragOptions m_eOption;
+    Cats m_colFrom;
+    std::shared_ptr<clsCat> m_cTo;
+    std::shared_ptr<clsCat> m_cMainCatTo;
+    AffectedCats m_cAffected;
+    Filing m_cFiling;
+};
+
+} // namespace ravlo
