@@ -87,5 +87,9 @@ inline constexpr std::int32_t lEmptySlotmS = 3 * 60 * 1000;
 
 // The moment lMilliseconds later.
 DateTime Later(DateTime dtWhen, std::int64_t lMilliseconds) noexcept;
+inline DateTime LaterByHours(DateTime dtWhen, int lHours) noexcept
+{
+    return Later(dtWhen, std::int64_t{lHours} * 3'600'000);
+}
 
 } // namespace ravlo

@@ -45,7 +45,7 @@ const DayMaker::Progress noProgress = [](double) {};
 
 TEST(DayMaker, StartsEachCutWhenTheOneBeforeEnds)
 {
-    PreparedPlayout playout({Cut(L"a", L"1", 200000), Cut(L"b", L"2", 100500)});
+    PreparedPlayout playout({Cut(L"a", L"1", 200000), Cut(L"b", L"2", 100400)});
     Gaps gaps;
     const auto day = DayMaker(playout, gaps, noProgress).FromClock(clockOfTwo, At(10, 0), At(10, 8));
     EXPECT_EQ(playout.asked,

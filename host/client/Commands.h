@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/client/Console.h"
+#include "host/day/CommandLine.h"
+
+namespace ravlo
+{
+
+// Each does its whole work or throws before anything was touched: HostError, or what the scheduler and the
+// database say.
+
+// Reads a library into the database and tells how many cuts came.
+void RunImport(const ImportOptions& options, const Console& cOut, const Console& cError);
+
+// Fills a day and prints its log and summary.
+void RunDay(const DayOptions& options, const Console& cOut, const Console& cError);
+
+} // namespace ravlo

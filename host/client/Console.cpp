@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "host/client/Console.h"
+
+#include "ravlobase/Utf8.h"
+
+#include <algorithm>
+
+namespace ravlo
+{
+
+namespace
+{
+
+bool IsConsole(HANDLE hWhere) noexcept
+{
+    DWORD lMode = 0;
+    return GetConsoleMode(hWhere, &lMode) != FALSE;
+}
+
+} // namespace
+
+Console::Console(DWORD lWhich) noexcept : m_hWhere(GetStdHandle(lWhich)), m_bWindow(IsConsole(m_hWhere))
+{
+    if (m_bWindow)
+    {
+        m_lCodePageBefore = GetConsoleOutputCP();
+        SetConsoleOutputCP(CP_UTF8);
+    }
+}
+
+Console::~Console()
+{
+    if (m_bWindow)
+    {
+        SetConsoleOutputCP(m_lCodePageBefore);
+    }
+}
+
+void Console::Write(std::wstring_view sText) const
+{
+    const std::string bytes = Utf8Of(sText);
+    std::string_view rest = bytes;
+    while (!rest.empty())
+    {
+        const auto lChunk = static_cast<DWORD>(std::min<std::size_t>(rest.size(), 1 << 16));
+        DWORD lWritten = 0;
+        if (!WriteFile(m_hWhere, rest.data(), lChunk, &lWritten, nullptr) || lWritten == 0)
+        {
+            return;
+        }
+        rest.remove_prefix(lWritten);
+    }
+}
+
+} // namespace ravlo

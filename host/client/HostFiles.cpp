@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "host/client/HostFiles.h"
+
+#include "host/day/HostError.h"
+#include "platform/windows/WindowsFiles.h"
+#include "ports/RuntimeError.h"
+
+#include <windows.h>
+
+namespace ravlo
+{
+
+namespace
+{
+
+WindowsFiles files;
+
+// The folder a full path lies in, without a trailing backslash.
+std::wstring FolderOf(const std::wstring& sPath) { return sPath.substr(0, sPath.find_last_of(L'\\')); }
+
+// What the file system says, under the name of the file.
+template <class Work> auto Named(const std::wstring& sPath, Work work)
+{
+    try
+    {
+        return work();
+    }
+    catch (const RuntimeError& error)
+    {
+        throw HostError(sPath + L": " + error.Description());
+    }
+}
+
+} // namespace
+
+std::wstring FullPath(const std::wstring& sPath)
+{
+    const auto lRoom = GetFullPathNameW(sPath.c_str(), 0, nullptr, nullptr);
+    std::wstring sFull(lRoom, L'\0');
+    const auto lLength = GetFullPathNameW(sPath.c_str(), lRoom, sFull.data(), nullptr);
+    if (lLength == 0 || lLength >= lRoom)
+    {
+        throw HostError(sPath + L" is no file name");
+    }
+    sFull.resize(lLength);
+    return sFull;
+}
+
+void MustExist(const std::wstring& sPath)
+{
+    if (!FileExists(sPath))
+    {
+        throw HostError(sPath + L": no such file");
+    }
+}
+
+void MustBeWritable(const std::wstring& sPath)
+{
+    if (files.FolderExists(sPath))
+    {
+        throw HostError(sPath + L" is a folder");
+    }
+    if (!files.FolderExists(FolderOf(sPath) + L"\\"))
+    {
+        throw HostError(sPath + L": its folder does not exist");
+    }
+}
+
+bool FileExists(const std::wstring& sPath) { return files.FileExists(sPath); }
+
+void DeleteIfThere(const std::wstring& sPath) noexcept { DeleteFileW(sPath.c_str()); }
+
+std::string ReadWhole(const std::wstring& sPath)
+{
+    MustExist(sPath);
+    return Named(sPath, [&] { return files.ReadAll(sPath); });
+}
+
+void WriteWhole(const std::wstring& sPath, std::string_view bytes)
+{
+    Named(sPath, [&] { ReplaceFile(files, sPath, bytes); });
+}
+
+void MakeFolder(const std::wstring& sPath)
+{
+    if (files.FolderExists(sPath))
+    {
+        return;
+    }
+    const auto sAbove = FolderOf(sPath);
+    if (sAbove.size() > 2 && sAbove != sPath) // past "C:"
+    {
+        MakeFolder(sAbove);
+    }
+    Named(sPath, [&] { files.CreateFolder(sPath); });
+}
+
+} // namespace ravlo

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/client/Console.h"
+
+#include <string>
+
+namespace ravlo
+{
+
+// How far the work is, on one line of standard error that is written anew at most ten times a second.
+class ProgressLine
+{
+public:
+    // Silent unless cError is a console window or bForced.
+    ProgressLine(const Console& cError, bool bForced) noexcept
+        : m_cError(cError), m_bOn(bForced || cError.IsWindow())
+    {
+    }
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+    ~ProgressLine() { Clear(); }
+
+    void Show(const std::wstring& sText);
+    // Takes the line away, so that other text can be written.
+    void Clear();
+
+private:
+    const Console& m_cError;
+    bool m_bOn;
+    std::size_t m_lShown = 0; // characters on the line
+    ULONGLONG m_lLastTick = 0;
+};
+
+} // namespace ravlo

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "com/kit/Variant.h"
+
+#include <functional>
+#include <string>
+
+namespace ravlo
+{
+
+// Listens to the progress events of the database or the scheduler for as long as it lives.
+class ProgressListener
+{
+public:
+    struct Handlers
+    {
+        std::function<void(const std::wstring& sText, long lCount, long lMax)> progress;
+        std::function<void(const std::wstring& sStatus)> done;
+    };
+    // lFirstEvent is the dispatch id of ProgressStart; Progress and ProgressDone follow it. What a handler
+    // throws is dropped: it must not pass through the event's source.
+    ProgressListener(IUnknown& cSource, REFIID iidEvents, DISPID lFirstEvent, Handlers handlers);
+    ProgressListener(const ProgressListener&) = delete;
+    ProgressListener& operator=(const ProgressListener&) = delete;
+    ~ProgressListener();
+
+private:
+    ComPtr<IConnectionPoint> m_cPoint;
+    DWORD m_lCookie = 0;
+};
+
+} // namespace ravlo

@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: MIT
+#include "host/client/Commands.h"
+#include "host/client/HostFiles.h"
+#include "host/client/MediaLibrary.h"
+#include "host/client/ProgressLine.h"
+#include "host/client/Scheduler.h"
+
+#include "collections/Text.h"
+#include "host/day/DayMaker.h"
+#include "host/day/DayPlan.h"
+#include "host/day/HostError.h"
+
+#include <algorithm>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr int lHoursOfADay = 24;
+
+// What is to be filled; exactly one of the two lists is used.
+struct Request
+{
+    std::vector<Slot> clock;
+    std::vector<TimedSlot> timed;
+    DateTime dtStart = 0; // of a clock
+};
+
+DateTime Now()
+{
+    SYSTEMTIME now;
+    GetLocalTime(&now);
+    return DateTimeOf({now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond});
+}
+
+// The cuts that were played, oldest first.
+std::vector<const MediaLibrary::Entry*> Plays(const std::vector<MediaLibrary::Entry>& entries)
+{
+    std::vector<const MediaLibrary::Entry*> plays;
+    for (const auto& entry : entries)
+    {
+        if (entry.dtLastPlayed > 0)
+        {
+            plays.push_back(&entry);
+        }
+    }
+    std::stable_sort(plays.begin(), plays.end(),
+                     [](const auto* left, const auto* right)
+                     { return left->dtLastPlayed < right->dtLastPlayed; });
+    return plays;
+}
+
+// The end of the last play, so that one day continues the other; now when nothing was played yet.
+DateTime DefaultStart(const std::vector<const MediaLibrary::Entry*>& plays)
+{
+    if (plays.empty())
+    {
+        return Now();
+    }
+    const auto lLengthmS = PlayedCutOf(*plays.back()->cCut).lDurationmS;
+    return Later(plays.back()->dtLastPlayed, lLengthmS > 0 ? lLengthmS : lEmptySlotmS);
+}
+
+LevelsInUse LevelsOf(const std::vector<MediaLibrary::Entry>& entries)
+{
+    LevelsInUse levels;
+    for (const auto& entry : entries)
+    {
+        for (const auto& sCategory : entry.categories)
+        {
+            levels.Add(sCategory, entry.lLevel);
+        }
+    }
+    return levels;
+}
+
+// The slot or clock file, which is looked at whole before the database is.
+Request RequestFromFiles(const DayOptions& options)
+{
+    Request request;
+    if (!options.sClock.empty())
+    {
+        request.clock = ParseClock(ReadWhole(FullPath(options.sClock)), options.sClock);
+    }
+    if (!options.sSlots.empty())
+    {
+        const auto slots = ParseSlots(ReadWhole(FullPath(options.sSlots)), options.sSlots);
+        request.timed = SlotsWithin(slots, options.dtStart, options.lHours);
+        if (request.timed.empty())
+        {
+            throw HostError(options.sSlots + L" holds no slot in the time asked for");
+        }
+    }
+    return request;
+}
+
+void CheckFiles(const DayOptions& options)
+{
+    MustExist(FullPath(options.sDataBase));
+    if (FileExists(FullPath(options.sAppFolder)))
+    {
+        throw HostError(options.sAppFolder + L" is a file, not a folder");
+    }
+    if (!options.sLog.empty())
+    {
+        MustBeWritable(FullPath(options.sLog));
+    }
+}
+
+// Fits the request to what the library holds.
+void Complete(Request& request, const DayOptions& options, const std::vector<MediaLibrary::Entry>& entries)
+{
+    const auto levels = LevelsOf(entries);
+    CheckLevels(request.clock, levels, options.sClock);
+    for (const auto& timed : request.timed)
+    {
+        CheckLevels({timed.slot}, levels, options.sSlots);
+    }
+    if (request.clock.empty() && request.timed.empty())
+    {
+        request.clock = levels.RoundOfAll();
+        if (request.clock.empty())
+        {
+            throw HostError(options.sDataBase + L" holds no cut in any category");
+        }
+    }
+    request.dtStart = options.dtStart ? *options.dtStart : DefaultStart(Plays(entries));
+}
+
+Day Fill(const Request& request, const DayOptions& options, Scheduler& cScheduler, Gaps& gaps,
+         ProgressLine& cLine)
+{
+    DayMaker maker(
+        cScheduler, gaps,
+        [&](double dDone)
+        { cLine.Show(L"Filling the day: " + DecimalText(static_cast<std::int64_t>(dDone * 100)) + L" %"); });
+    return request.timed.empty()
+               ? maker.FromClock(request.clock, request.dtStart,
+                                 LaterByHours(request.dtStart, options.lHours.value_or(lHoursOfADay)))
+               : maker.FromSlots(request.timed);
+}
+
+void Print(const Day& day, const DayOptions& options, const Console& cOut)
+{
+    std::wstring sText;
+    for (const auto& row : day.rows)
+    {
+        sText += options.bQuiet ? L"" : LogLine(row) + L"\n";
+    }
+    sText += Summary(day.rows, day.dtEnd);
+    sText += options.sLog.empty() ? L"" : L"Log: " + options.sLog + L"\n";
+    cOut.Write(sText);
+}
+
+} // namespace
+
+void RunDay(const DayOptions& options, const Console& cOut, const Console& cError)
+{
+    CheckFiles(options);
+    auto request = RequestFromFiles(options);
+    MediaLibrary library;
+    library.Open(FullPath(options.sDataBase));
+    const auto entries = library.Entries();
+    Complete(request, options, entries);
+
+    ProgressLine line(cError, options.bProgress);
+    const auto sAppFolder = FullPath(options.sAppFolder);
+    MakeFolder(sAppFolder);
+    Scheduler scheduler(library, options.bSaveEach);
+    scheduler.Populate(sAppFolder, [&](const std::wstring& sText, long, long) { line.Show(sText); });
+    Gaps gaps;
+    for (const auto* entry : Plays(entries))
+    {
+        scheduler.Remember(*entry->cCut);
+        const auto cut = PlayedCutOf(*entry->cCut);
+        gaps.Record(cut.sArtist, cut.sTitle, entry->dtLastPlayed);
+    }
+    const auto day = Fill(request, options, scheduler, gaps, line);
+    scheduler.SaveOrders();
+    if (!options.sLog.empty())
+    {
+        WriteWhole(FullPath(options.sLog), LogCsv(day.rows));
+    }
+    line.Clear();
+    Print(day, options, cOut);
+}
+
+} // namespace ravlo

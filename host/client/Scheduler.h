@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/client/MediaLibrary.h"
+#include "host/day/DayMaker.h"
+
+#include <RavloScheduler.h>
+
+namespace ravlo
+{
+
+// What the cut's properties say.
+PlayedCut PlayedCutOf(_clsCut& cCut);
+
+// The scheduler, used as any host uses it: populated once, told what was played before, asked slot by slot.
+class Scheduler : public Playout
+{
+public:
+    // bSaveEach: every pick saves its category's rotation order. Else SaveOrders does, once.
+    Scheduler(MediaLibrary& cLibrary, bool bSaveEach);
+
+    void Populate(const std::wstring& sAppFolder, const MediaLibrary::Progress& progress);
+    // Reports a play that the library remembers. In ascending order of their times.
+    void Remember(_clsCut& cCut);
+    Answer Play(const Slot& slot, DateTime dtStart) override;
+    // Throws HostError, naming the categories, when orders could not be saved.
+    void SaveOrders();
+
+private:
+    ComPtr<_clsCut> Pick(const Slot& slot, DateTime dtStart);
+    bool Save(_clsCat* pMainCat);
+
+    MediaLibrary& m_cLibrary;
+    bool m_bSaveEach;
+    ComPtr<_clsSchedMan> m_cManager;
+};
+
+} // namespace ravlo

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "host/day/DayPlan.h"
+
+#include "collections/CaseFolding.h"
+#include "collections/Text.h"
+#include "host/day/DayMaker.h"
+#include "host/day/HostError.h"
+
+namespace ravlo
+{
+
+void LevelsInUse::Add(const std::wstring& sCategory, std::int32_t lLevel)
+{
+    m_levels.insert({FoldCase(sCategory), lLevel, sCategory});
+}
+
+bool LevelsInUse::Holds(const std::wstring& sCategory, std::int32_t lLevel) const
+{
+    return m_levels.contains({FoldCase(sCategory), lLevel, {}});
+}
+
+std::vector<Slot> LevelsInUse::RoundOfAll() const
+{
+    std::vector<Slot> slots;
+    for (const auto& level : m_levels)
+    {
+        slots.push_back({level.sCategory, level.lLevel, false, 0});
+    }
+    return slots;
+}
+
+void CheckLevels(const std::vector<Slot>& slots, const LevelsInUse& levels, const std::wstring& sName)
+{
+    for (const auto& slot : slots)
+    {
+        if (!levels.Holds(slot.sCategory, slot.lLevel))
+        {
+            throw HostError(sName + L", line " + std::to_wstring(slot.lLine) + L": no cut stands in " +
+                            slot.sCategory + L" " + DecimalText(slot.lLevel));
+        }
+    }
+}
+
+std::vector<TimedSlot> SlotsWithin(const std::vector<TimedSlot>& slots, std::optional<DateTime> dtStart,
+                                   std::optional<int> lHours)
+{
+    std::vector<TimedSlot> within;
+    for (const auto& timed : slots)
+    {
+        if (dtStart && timed.dtAt < *dtStart)
+        {
+            continue;
+        }
+        const auto dtFrom = dtStart ? *dtStart : within.empty() ? timed.dtAt : within.front().dtAt;
+        if (!lHours || timed.dtAt < LaterByHours(dtFrom, *lHours))
+        {
+            within.push_back(timed);
+        }
+    }
+    return within;
+}
+
+} // namespace ravlo

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/day/Slots.h"
+
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace ravlo
+{
+
+// The category levels that a library's cuts stand in. Names compare without regard to case.
+class LevelsInUse
+{
+public:
+    void Add(const std::wstring& sCategory, std::int32_t lLevel);
+    bool Holds(const std::wstring& sCategory, std::int32_t lLevel) const;
+    // One slot for each level, in the order of names and levels: the clock of someone who has none.
+    std::vector<Slot> RoundOfAll() const;
+
+private:
+    struct Level
+    {
+        std::wstring sFolded;
+        std::int32_t lLevel;
+        std::wstring sCategory; // as first seen
+        bool operator<(const Level& other) const
+        {
+            return std::tie(sFolded, lLevel) < std::tie(other.sFolded, other.lLevel);
+        }
+    };
+    std::set<Level> m_levels;
+};
+
+// Throws HostError, naming sName and the line, at the first slot whose level no cut stands in.
+void CheckLevels(const std::vector<Slot>& slots, const LevelsInUse& levels, const std::wstring& sName);
+
+// Only the slots from dtStart on (all of them without one), and of these only those in the lHours after the
+// start, or after the first of them.
+std::vector<TimedSlot> SlotsWithin(const std::vector<TimedSlot>& slots, std::optional<DateTime> dtStart,
+                                   std::optional<int> lHours);
+
+} // namespace ravlo

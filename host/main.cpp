@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "com/kit/Errors.h"
+#include "host/client/Commands.h"
+#include "host/day/HostError.h"
+#include "ravlobase/Utf8.h"
+
+#include <algorithm>
+
+namespace ravlo
+{
+
+namespace
+{
+
+// COM for this thread, as a host's user interface thread has it.
+class Apartment
+{
+public:
+    Apartment() { ThrowIfFailed(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)); }
+    Apartment(const Apartment&) = delete;
+    Apartment& operator=(const Apartment&) = delete;
+    ~Apartment() { CoUninitialize(); }
+};
+
+// What went wrong, in one line.
+std::wstring WhatFailed()
+{
+    try
+    {
+        throw;
+    }
+    catch (const HostError& error)
+    {
+        return error.Text();
+    }
+    catch (const RuntimeError& error)
+    {
+        return error.Description();
+    }
+    catch (const ComError& error)
+    {
+        return error.Description();
+    }
+    catch (const std::exception& error)
+    {
+        return TextFromStore(error.what());
+    }
+}
+
+void Run(const CommandLine& line, const Console& cOut, const Console& cError)
+{
+    const Apartment apartment;
+    if (const auto* import = std::get_if<ImportOptions>(&line))
+    {
+        RunImport(*import, cOut, cError);
+    }
+    else if (const auto* day = std::get_if<DayOptions>(&line))
+    {
+        RunDay(*day, cOut, cError);
+    }
+}
+
+int Main(const std::vector<std::string>& arguments)
+{
+    const Console cOut(STD_OUTPUT_HANDLE);
+    const Console cError(STD_ERROR_HANDLE);
+    try
+    {
+        const auto line = ParseCommandLine(arguments);
+        if (const auto* reply = std::get_if<Reply>(&line))
+        {
+            (reply->lStatus == lExitOk ? cOut : cError).Write(reply->sText);
+            return reply->lStatus;
+        }
+        Run(line, cOut, cError);
+        return lExitOk;
+    }
+    catch (...)
+    {
+        auto sWhat = WhatFailed();
+        std::replace_if(
+            sWhat.begin(), sWhat.end(), [](wchar_t c) { return c == L'\r' || c == L'\n'; }, L' ');
+        cError.Write(L"RavloHost: " + sWhat + L"\n");
+        return lExitFailed;
+    }
+}
+
+} // namespace
+
+} // namespace ravlo
+
+int wmain(int lCount, wchar_t** arguments)
+{
+    std::vector<std::string> bytes;
+    for (int l = 1; l < lCount; ++l)
+    {
+        bytes.push_back(ravlo::Utf8Of(arguments[l]));
+    }
+    return ravlo::Main(bytes);
+}
