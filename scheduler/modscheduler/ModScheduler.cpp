@@ -47,8 +47,6 @@ std::int32_t MinutesOf(const std::vector<std::wstring>& colPieces, std::size_t l
 
 ModScheduler::ModScheduler(const Ports& cPorts) : m_cPorts(cPorts) {}
 
-ModScheduler::~ModScheduler() { FlushDebugLog(); }
-
 std::wstring ModScheduler::AppPath() const
 {
     if (m_sAppPath.empty() || m_sAppPath.back() == L'\\')

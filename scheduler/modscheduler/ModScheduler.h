@@ -21,7 +21,6 @@ class ModScheduler
 {
 public:
     explicit ModScheduler(const Ports& cPorts);
-    ~ModScheduler(); // flushes the debug log
     ModScheduler(const ModScheduler&) = delete;
     ModScheduler& operator=(const ModScheduler&) = delete;
 

@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: MIT
+#include "platform/memory/FailingFiles.h"
+#include "support/EngineTest.h"
+
+#include <gtest/gtest.h>
+
+namespace ravlo::test
+{
+namespace
+{
+
+class DebugLogTest : public testing::Test
+{
+protected:
+    DebugLogTest() { cMod.StoreAppPath(L"C:\\Radio"); }
+
+    static std::wstring LogOfDay(const std::wstring& sDay)
+    {
+        return std::wstring(sRadio) + L"Debugging Logs\\Scheduler\\Scheduler " + sDay + L".deb";
+    }
+    std::string Log(const std::wstring& sDay) const { return cWorld.cFiles.Get(LogOfDay(sDay)); }
+
+    RadioWorld cWorld;
+    ModScheduler cMod{cWorld.AllPorts()};
+};
+
+TEST_F(DebugLogTest, TheFirstLineOfADayCreatesItsFileWithALineThatSaysSo)
+{
+    cWorld.cClock.SetNow(DateTimeOf({2024, 3, 5, 7, 8, 9}));
+    cMod.WriteDebugLog(L"Caf\u00E9");
+    EXPECT_EQ(Log(L"05"), "05/03/24 07:08:09 RavloScheduler debugging log created.\r\n"
+                          "05/03/24 07:08:09 Caf\xE9\r\n");
+}
+
+TEST_F(DebugLogTest, FurtherLinesAreAppended)
+{
+    cMod.WriteDebugLog(L"one");
+    cWorld.cClock.Advance(1000);
+    cMod.WriteDebugLog(L"");
+    EXPECT_EQ(Log(L"01"), "01/03/24 12:00:00 RavloScheduler debugging log created.\r\n"
+                          "01/03/24 12:00:00 one\r\n"
+                          "01/03/24 12:00:01 \r\n");
+}
+
+TEST_F(DebugLogTest, TheYearHasTwoDigits)
+{
+    cWorld.cClock.SetNow(DateTimeOf({2109, 12, 31, 23, 59, 59}));
+    cMod.WriteDebugLog(L"x");
+    EXPECT_EQ(Log(L"31").substr(0, 18), "31/12/09 23:59:59 ");
+}
+
+TEST_F(DebugLogTest, WhatTheCodePageLacksIsSubstituted)
+{
+    cMod.WriteDebugLog(L"\u65E5\u672C");
+    EXPECT_EQ(cWorld.LogMessages(), (std::vector<std::wstring>{L"??"}));
+}
+
+struct Days
+{
+    DateFields when;
+    const wchar_t* sToday;
+    const wchar_t* sTomorrow;
+};
+
+TEST_F(DebugLogTest, LastMonthsLogOfTomorrowIsDeleted)
+{
+    const Days days[] = {{{2024, 3, 5, 12, 0, 0}, L"05", L"06"},    {{2024, 3, 9, 0, 0, 0}, L"09", L"10"},
+                         {{2024, 1, 31, 23, 59, 59}, L"31", L"01"}, {{2024, 2, 28, 12, 0, 0}, L"28", L"29"},
+                         {{2023, 2, 28, 12, 0, 0}, L"28", L"01"},   {{2024, 12, 31, 12, 0, 0}, L"31", L"01"}};
+    for (const Days& row : days)
+    {
+        cWorld.cClock.SetNow(DateTimeOf(row.when));
+        for (int lDay = 1; lDay <= 31; ++lDay)
+            cWorld.cFiles.Put(
+                LogOfDay({static_cast<wchar_t>(L'0' + lDay / 10), static_cast<wchar_t>(L'0' + lDay % 10)}),
+                "old");
+        cMod.WriteDebugLog(L"x");
+        EXPECT_EQ(cWorld.cFiles.Paths().size(), 30u) << "one deleted, all others kept";
+        EXPECT_FALSE(cWorld.cFiles.FileExists(LogOfDay(row.sTomorrow)));
+        EXPECT_TRUE(Log(row.sToday).starts_with("old")) << "an existing file of the day is appended to";
+        EXPECT_EQ(Log(row.sToday).find("created"), std::string::npos);
+    }
+}
+
+TEST_F(DebugLogTest, TodaysLinesAreWrittenEvenWhenTomorrowsFileCannotBeDeleted)
+{
+    cWorld.cFiles.Put(LogOfDay(L"02"), "old");
+    cWorld.cFiles.SetReadOnly(LogOfDay(L"02"));
+    cMod.WriteDebugLog(L"x");
+    EXPECT_EQ(cWorld.LogMessages(), (std::vector<std::wstring>{L"x"}));
+    EXPECT_EQ(Log(L"02"), "old");
+}
+
+TEST_F(DebugLogTest, InsideACallLinesAreGatheredAndAppendedTogetherWhenTheOutermostScopeEnds)
+{
+    {
+        const ModScheduler::LogScope cOuter(cMod);
+        cMod.WriteDebugLog(L"one");
+        cWorld.cClock.Advance(2000);
+        {
+            const ModScheduler::LogScope cInner(cMod);
+            cMod.WriteDebugLog(L"two");
+        }
+        EXPECT_FALSE(cWorld.cFiles.FileExists(LogOfDay(L"01")));
+    }
+    EXPECT_EQ(Log(L"01"), "01/03/24 12:00:00 RavloScheduler debugging log created.\r\n"
+                          "01/03/24 12:00:00 one\r\n"
+                          "01/03/24 12:00:02 two\r\n")
+        << "each with the time at which it was noted";
+    EXPECT_EQ(cWorld.cFiles.Operations(), (std::vector<std::wstring>{L"Append " + LogOfDay(L"01")}))
+        << "one append a call, not one a line";
+}
+
+TEST_F(DebugLogTest, AScopeWithoutLinesTouchesNoFile)
+{
+    {
+        const ModScheduler::LogScope cScope(cMod);
+    }
+    EXPECT_TRUE(cWorld.cFiles.Operations().empty());
+}
+
+TEST_F(DebugLogTest, GatheredLinesGoToTheFilesOfTheirOwnDays)
+{
+    cWorld.cClock.SetNow(DateTimeOf({2024, 2, 29, 23, 59, 59}));
+    {
+        const ModScheduler::LogScope cScope(cMod);
+        cMod.WriteDebugLog(L"late");
+        cWorld.cClock.Advance(1000);
+        cMod.WriteDebugLog(L"early");
+        cMod.WriteDebugLog(L"early too");
+    }
+    EXPECT_EQ(Log(L"29"), "29/02/24 23:59:59 RavloScheduler debugging log created.\r\n"
+                          "29/02/24 23:59:59 late\r\n");
+    EXPECT_EQ(Log(L"01"), "01/03/24 00:00:00 RavloScheduler debugging log created.\r\n"
+                          "01/03/24 00:00:00 early\r\n"
+                          "01/03/24 00:00:00 early too\r\n");
+}
+
+TEST_F(DebugLogTest, GatheredLinesAreAppendedBeforeAnythingThatLetsOthersRun)
+{
+    const std::vector<std::wstring> colBefore{L"before"};
+    int lSeen = 0;
+    const auto look = [&]
+    {
+        EXPECT_EQ(cWorld.LogMessages(), colBefore);
+        ++lSeen;
+    };
+    cWorld.cMessages.OnShown = look;
+    cWorld.cHostLoop.OnPump = look;
+    const auto Inside = [&](const std::function<void()>& letOthersRun)
+    {
+        if (cWorld.cFiles.FileExists(LogOfDay(L"01")))
+            cWorld.cFiles.Delete(LogOfDay(L"01"));
+        const ModScheduler::LogScope cScope(cMod);
+        cMod.WriteDebugLog(L"before");
+        letOthersRun();
+    };
+    Inside([&] { cMod.Pump(); });
+    Inside([&] { cMod.Box(BoxIcon::None, BoxButtons::Ok, L"t", L"x"); });
+    Inside([&] { cMod.Input(L"t", L"p"); });
+    EXPECT_EQ(lSeen, 3);
+    Inside([&] { cMod.FlushDebugLog(); });
+    EXPECT_EQ(cWorld.LogMessages(), colBefore) << "nothing is appended twice";
+}
+
+TEST_F(DebugLogTest, LinesOfAnotherCallInsideAPumpComeAfterThoseGatheredBefore)
+{
+    cWorld.cHostLoop.OnPump = [&]
+    {
+        const ModScheduler::LogScope cScope(cMod);
+        cMod.WriteDebugLog(L"inside");
+    };
+    {
+        const ModScheduler::LogScope cScope(cMod);
+        cMod.WriteDebugLog(L"before");
+        cMod.Pump();
+        cMod.WriteDebugLog(L"after");
+    }
+    EXPECT_EQ(cWorld.LogMessages(), (std::vector<std::wstring>{L"before", L"inside", L"after"}));
+}
+
+TEST_F(DebugLogTest, LinesNotedBeforeTheFolderChangesStayInTheOldFolder)
+{
+    {
+        const ModScheduler::LogScope cScope(cMod);
+        cMod.WriteDebugLog(L"old folder");
+        cMod.StoreAppPath(L"C:\\Elsewhere");
+        cMod.WriteDebugLog(L"no log folder there");
+    }
+    EXPECT_EQ(cWorld.LogMessages(), (std::vector<std::wstring>{L"old folder"}));
+    EXPECT_EQ(cWorld.cFiles.Paths().size(), 1u);
+}
+
+TEST_F(DebugLogTest, WithoutAFolderForLogsWritingFailsSilently)
+{
+    MemoryWorld cBare; // no Debugging Logs\Scheduler
+    cBare.cFiles.MakeFolders(L"C:\\Radio\\Scheduler\\Debugging Logs");
+    ModScheduler cOther(cBare.AllPorts());
+    cOther.WriteDebugLog(L"before any path");
+    cOther.StoreAppPath(sRadio);
+    EXPECT_NO_THROW(cOther.WriteDebugLog(L"x"));
+    EXPECT_TRUE(cBare.cFiles.Paths().empty());
+    EXPECT_TRUE(cBare.cMessages.Boxes.empty());
+    cBare.cFiles.MakeFolders(L"C:\\Radio\\Debugging Logs\\Scheduler");
+    cOther.WriteDebugLog(L"y");
+    EXPECT_EQ(cBare.cFiles.Get(LogOfDay(L"01")).find(" x\r\n"), std::string::npos)
+        << "what failed is not kept";
+}
+
+TEST_F(DebugLogTest, AFailureAtAnyStepNeverReachesTheCaller)
+{
+    for (int lGood = 0;; ++lGood)
+    {
+        RadioWorld cDisk;
+        cDisk.cFiles.Put(LogOfDay(L"02"), "old");
+        FailingFiles cFiles(cDisk.cFiles, lGood);
+        ModScheduler cOther(cDisk.AllPortsWith(cFiles));
+        cOther.StoreAppPath(sRadio);
+        EXPECT_NO_THROW(cOther.WriteDebugLog(L"x"));
+        EXPECT_NO_THROW(cOther.WriteDebugLog(L"y"));
+        EXPECT_TRUE(cDisk.cMessages.Boxes.empty());
+        if (!cFiles.bFailed)
+        {
+            EXPECT_EQ(lGood, 3) << "a delete and two appends";
+            break;
+        }
+    }
+}
+
+} // namespace
+} // namespace ravlo::test

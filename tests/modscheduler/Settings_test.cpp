@@ -1,0 +1,236 @@
+// SPDX-License-Identifier: MIT
+#include "platform/memory/FailingFiles.h"
+#include "support/EngineTest.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <limits>
+#include <random>
+#include <string>
+
+namespace ravlo::test
+{
+namespace
+{
+
+using Mins = std::array<std::int32_t, 3>;
+using Lines = std::vector<std::wstring>;
+
+Mins SettingsOf(const ModScheduler& cMod)
+{
+    return {cMod.GlobalArtistSepMins(), cMod.GlobalTitleSepMins(), cMod.GlobalAlbumSepMins()};
+}
+
+class SettingsTest : public testing::Test
+{
+protected:
+    SettingsTest()
+    {
+        cWorld.cFiles.MakeFolders(L"C:\\Radio\\Scheduler");
+        cMod.StoreAppPath(sRadio);
+    }
+
+    Mins Load(const std::string& bytes)
+    {
+        cWorld.cFiles.Put(sFile, bytes);
+        cMod.LoadSettings();
+        return SettingsOf(cMod);
+    }
+
+    static constexpr const wchar_t* sFile = L"C:\\Radio\\Scheduler\\SchedulerSettings.dat";
+    RadioWorld cWorld;
+    ModScheduler cMod{cWorld.AllPorts()};
+};
+
+TEST_F(SettingsTest, TheApplicationPathIsHandedOutWithOneTrailingBackslash)
+{
+    ModScheduler cOther(cWorld.AllPorts());
+    EXPECT_EQ(cOther.AppPath(), L"") << "empty when none was stored";
+    cOther.StoreAppPath(L"C:\\Radio");
+    EXPECT_EQ(cOther.AppPath(), L"C:\\Radio\\");
+    cOther.StoreAppPath(L"C:\\Radio\\");
+    EXPECT_EQ(cOther.AppPath(), L"C:\\Radio\\");
+    cOther.StoreAppPath(L"C:/Radio/");
+    EXPECT_EQ(cOther.AppPath(), L"C:/Radio/\\") << "only a backslash counts";
+}
+
+TEST_F(SettingsTest, EachSeparationIsSixtyUntilSomethingElseIsKnown)
+{
+    EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60}));
+    cMod.LoadSettings();
+    EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60})) << "no file";
+}
+
+struct Content
+{
+    const char* bytes;
+    Mins mins;
+};
+
+TEST_F(SettingsTest, AFileIsReadLineByLineAndWhatIsNoMinutesIsSixty)
+{
+    const Content contents[] = {
+        {"45\r\n-3\r\nabc\r\n", {45, 60, 60}},
+        {"90\r\n120\r\n0\r\n", {90, 120, 0}},
+        {"1\r\n2\r\n3", {1, 2, 3}},
+        {"1\r\n2", {1, 2, 60}},
+        {"1\r\n", {1, 60, 60}},
+        {"\r\n2\r\n3\r\n", {60, 2, 3}},
+        {"\r\n", {60, 60, 60}},
+        {"45", {60, 60, 60}}, // no CR LF anywhere
+        {"45\n50\n55\n", {60, 60, 60}},
+        {"", {60, 60, 60}},
+        {"1\r\n2\r\n3\r\n4\r\n5\r\n", {1, 2, 3}},
+        {" 7 \r\n+8\r\n(9)\r\n", {7, 8, 60}},
+        {"2.5\r\n3.5\r\n1e2\r\n", {2, 4, 100}},
+        {"-0.4\r\n-0.6\r\n&H10\r\n", {0, 60, 16}},
+        {"2147483647\r\n2147483648\r\n1e300\r\n", {2147483647, 60, 60}},
+        {"-2147483648\r\n-99999999999\r\n1 2\r\n", {60, 60, 60}},
+    };
+    for (const Content& content : contents)
+    {
+        cMod.SetGlobalArtistSepMins(11);
+        cMod.SetGlobalTitleSepMins(12);
+        cMod.SetGlobalAlbumSepMins(13);
+        EXPECT_EQ(Load(content.bytes), content.mins) << testing::PrintToString(content.bytes);
+    }
+    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+}
+
+TEST_F(SettingsTest, AMissingFileForgetsWhatAnotherFolderHad)
+{
+    cMod.SetGlobalAlbumSepMins(5);
+    cMod.StoreAppPath(L"C:\\Elsewhere");
+    cMod.LoadSettings();
+    EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60}));
+}
+
+TEST_F(SettingsTest, EachSetterStoresItsOwnValueAndWritesTheFileAtOnce)
+{
+    cMod.SetGlobalArtistSepMins(5);
+    EXPECT_EQ(cWorld.cFiles.Get(sFile), "5\r\n60\r\n60\r\n");
+    cMod.SetGlobalTitleSepMins(0);
+    EXPECT_EQ(cWorld.cFiles.Get(sFile), "5\r\n0\r\n60\r\n");
+    cMod.SetGlobalAlbumSepMins(std::numeric_limits<std::int32_t>::max());
+    EXPECT_EQ(cWorld.cFiles.Get(sFile), "5\r\n0\r\n2147483647\r\n");
+    EXPECT_EQ(SettingsOf(cMod), (Mins{5, 0, 2147483647}));
+}
+
+TEST_F(SettingsTest, ANegativeValueBecomesSixtyAndIsWritten)
+{
+    cWorld.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
+    cMod.LoadSettings();
+    cMod.SetGlobalTitleSepMins(-1);
+    EXPECT_EQ(cWorld.cFiles.Get(sFile), "1\r\n60\r\n3\r\n");
+    cMod.SetGlobalArtistSepMins(std::numeric_limits<std::int32_t>::min());
+    cMod.SetGlobalAlbumSepMins(-60);
+    EXPECT_EQ(cWorld.cFiles.Get(sFile), "60\r\n60\r\n60\r\n");
+}
+
+TEST_F(SettingsTest, WithoutAnApplicationPathNothingIsReadOrWritten)
+{
+    ModScheduler cOther(cWorld.AllPorts());
+    cWorld.cFiles.ClearOperations();
+    cOther.LoadSettings();
+    EXPECT_FALSE(cOther.SaveSettings());
+    cOther.SetGlobalArtistSepMins(5);
+    EXPECT_EQ(cOther.GlobalArtistSepMins(), 5);
+    EXPECT_TRUE(cWorld.cFiles.Operations().empty());
+    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+}
+
+TEST_F(SettingsTest, AnUnreadableFileGivesTheDefaultsAndIsNotOverwrittenUntilASetterRuns)
+{
+    cWorld.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
+    cWorld.cFiles.SetUnreadable(sFile, 70);
+    cMod.LoadSettings();
+    EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60}));
+    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+    EXPECT_EQ(cWorld.LogMessages(), Lines{L"DISPLAYERROR, LoadSettings 70 Permission denied"});
+    EXPECT_FALSE(cMod.SaveSettings());
+    EXPECT_EQ(cWorld.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
+    cMod.SetGlobalArtistSepMins(7);
+    EXPECT_EQ(cWorld.cFiles.Get(sFile), "7\r\n60\r\n60\r\n");
+    EXPECT_TRUE(cMod.SaveSettings());
+}
+
+TEST_F(SettingsTest, AFileThatCanBeReadAgainIsWrittenAgain)
+{
+    cWorld.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
+    cWorld.cFiles.SetUnreadable(sFile, 70);
+    cMod.LoadSettings();
+    cWorld.cFiles.SetUnreadable(sFile, 0);
+    cMod.LoadSettings();
+    EXPECT_TRUE(cMod.SaveSettings());
+    EXPECT_EQ(cWorld.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
+}
+
+TEST_F(SettingsTest, AFailedSaveIsOnlyLogged)
+{
+    cWorld.cFiles.Put(sFile, "old");
+    cWorld.cFiles.SetReadOnly(sFile);
+    EXPECT_FALSE(cMod.SaveSettings());
+    EXPECT_NO_THROW(cMod.SetGlobalArtistSepMins(9));
+    EXPECT_EQ(cMod.GlobalArtistSepMins(), 9);
+    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+    EXPECT_EQ(cWorld.LogMessages(), (Lines{L"DISPLAYERROR, SaveSettings 75 Path/File access error",
+                                           L"DISPLAYERROR, SaveSettings 75 Path/File access error"}));
+    EXPECT_EQ(cWorld.cFiles.Get(sFile), "old");
+    EXPECT_TRUE(cWorld.TemporaryFiles().empty());
+}
+
+TEST_F(SettingsTest, AFailureAtAnyStepOfASaveLeavesTheOldFileOrTheNewOne)
+{
+    for (int lGood = 0;; ++lGood)
+    {
+        MemoryWorld cDisk; // without a log, whose lines would be steps too
+        cDisk.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
+        FailingFiles cFiles(cDisk.cFiles, lGood);
+        ModScheduler cOther(cDisk.AllPortsWith(cFiles));
+        cOther.StoreAppPath(sRadio);
+        cOther.LoadSettings();
+        cOther.SetGlobalTitleSepMins(9);
+        EXPECT_EQ(SettingsOf(cOther), (Mins{1, 9, 3})) << "the value counts, saved or not";
+        EXPECT_EQ(cDisk.cFiles.Get(sFile), cFiles.bFailed ? "1\r\n2\r\n3\r\n" : "1\r\n9\r\n3\r\n");
+        EXPECT_EQ(cDisk.cFiles.Paths().size(), 1u) << "no temporary file is left";
+        EXPECT_TRUE(cDisk.cMessages.Boxes.empty());
+        if (!cFiles.bFailed)
+        {
+            EXPECT_EQ(lGood, 4) << "create, write, flush, rename";
+            break;
+        }
+    }
+}
+
+TEST_F(SettingsTest, AnyBytesGiveMinutesThatAreNotNegative)
+{
+    constexpr unsigned lSeed = 20240301;
+    std::mt19937 random(lSeed);
+    const std::string sPieces[] = {"\r\n", "\r", "\n", "-", "1", "99", "e",  "&H",
+                                   "(",    ")",  " ",  "$", ",", ".",  "\0", "\xFF"};
+    for (int lRound = 0; lRound < 3000; ++lRound)
+    {
+        std::string bytes;
+        for (std::size_t lPiece = random() % 24; lPiece > 0; --lPiece)
+            if (random() % 4 != 0)
+                bytes += sPieces[random() % std::size(sPieces)];
+            else
+                bytes += static_cast<char>(random());
+        for (const std::int32_t lMins : Load(bytes))
+            ASSERT_GE(lMins, 0) << "seed " << lSeed << ", round " << lRound;
+    }
+    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+}
+
+TEST_F(SettingsTest, EveryNotedWriteOfAFileRaisesItsGeneration)
+{
+    EXPECT_EQ(cMod.FileGeneration(L"C:\\a.rls"), 0u);
+    EXPECT_EQ(cMod.NoteFileWritten(L"C:\\a.rls"), 1u);
+    EXPECT_EQ(cMod.NoteFileWritten(L"c:\\A.RLS"), 2u) << "names are told apart as the file system does";
+    EXPECT_EQ(cMod.FileGeneration(L"C:\\a.rls"), 2u);
+    EXPECT_EQ(cMod.FileGeneration(L"C:\\b.rls"), 0u);
+}
+
+} // namespace
+} // namespace ravlo::test
