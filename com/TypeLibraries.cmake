@@ -4,7 +4,7 @@ find_program(WIDL NAMES ${triple}-widl REQUIRED)
 # stdole2.tlb comes inside Wine; the compiler for interface definitions reads the 64-bit one for both architectures.
 find_path(STDOLE_DIR stdole2.tlb PATHS /usr/lib/x86_64-linux-gnu/wine/x86_64-windows
   NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH REQUIRED)
-set(RAVLO_TYPELIB_DIR ${CMAKE_BINARY_DIR}/typelibs)
+set(RAVLO_TYPELIB_DIR ${CMAKE_BINARY_DIR}/typelibs CACHE INTERNAL "Where the compiled type libraries go")
 file(MAKE_DIRECTORY ${RAVLO_TYPELIB_DIR})
 if(CMAKE_SYSTEM_PROCESSOR STREQUAL "i686")
   set(widl_arch --win32)

@@ -172,6 +172,13 @@ std::shared_ptr<Cut> CutFrom(_clsCut* pCut)
     return HostCut::Of(pCut);
 }
 
+Cuts CutsIn(IDispatch* colCuts)
+{
+    Cuts colResult;
+    ForEachItem(colCuts, [&](const Variant& cItem) { colResult.push_back(CutAdapter::FromVariant(cItem)); });
+    return colResult;
+}
+
 Variant CutAdapter::ToVariant(const std::shared_ptr<Cut>& cCut)
 {
     return Variant(static_cast<IDispatch*>(CutOut(cCut).Get()));

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "com/kit/Collection.h"
-#include "media/Cut.h"
+#include "media/DataBase.h"
 
 #include <RavloBase.h>
 
@@ -76,6 +76,9 @@ ComPtr<_clsCut> CutOut(const std::shared_ptr<Cut>& cCut);
 
 // A cut that came from outside as the core sees it. Null for none.
 std::shared_ptr<Cut> CutFrom(_clsCut* pCut);
+
+// The cuts of an automation collection, in order. Error 13 when an item is no cut.
+Cuts CutsIn(IDispatch* colCuts);
 
 // Items that are cuts.
 struct CutAdapter

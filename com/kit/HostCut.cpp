@@ -20,14 +20,6 @@ std::unordered_map<IUnknown*, std::weak_ptr<HostCut>>& Known()
     return colKnown;
 }
 
-Variant Omitted()
-{
-    Variant cOmitted;
-    cOmitted.vt = VT_ERROR;
-    cOmitted.scode = DISP_E_PARAMNOTFOUND;
-    return cOmitted;
-}
-
 } // namespace
 
 std::shared_ptr<HostCut> HostCut::Of(_clsCut* pHost)
@@ -135,7 +127,8 @@ void HostCut::AddCategoryName(const std::wstring& sName)
     if (Holds(*colNames, sName))
         return;
     const Variant cName{std::wstring_view(sName)};
-    ThrowIfFailed(colNames->Add(cName, cName, Omitted(), Omitted()), *colNames, IID__clsCollection);
+    ThrowIfFailed(colNames->Add(cName, cName, Variant::Omitted(), Variant::Omitted()), *colNames,
+                  IID__clsCollection);
 }
 
 void HostCut::RemoveCategoryName(const std::wstring& sName)

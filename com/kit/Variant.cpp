@@ -72,6 +72,14 @@ VARIANT Variant::Detach() noexcept
     return result;
 }
 
+Variant Variant::Omitted() noexcept
+{
+    Variant cResult;
+    cResult.vt = VT_ERROR;
+    cResult.scode = DISP_E_PARAMNOTFOUND;
+    return cResult;
+}
+
 Variant Variant::Dereferenced(const VARIANT& value)
 {
     Variant cResult;

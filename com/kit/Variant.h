@@ -61,6 +61,8 @@ public:
     // Gives the value to the caller, who clears it.
     VARIANT Detach() noexcept;
 
+    // What stands for an optional argument that is left out.
+    static Variant Omitted() noexcept;
     // What a by-reference VARIANT refers to; the value itself otherwise.
     static Variant Dereferenced(const VARIANT& value);
 

@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+#include "com/CatFace.h"
+
+#include "com/CatRulesFace.h"
+
+namespace ravlo
+{
+
+const ClassIdentity CatFace::identity{
+    CLSID_clsCat, LIBID_RavloScheduler,    IID__clsCat, nullptr, L"RavloScheduler",
+    L"clsCat",    L"RavloScheduler.clsCat"};
+
+CatFace::CatFace(std::shared_ptr<clsCat> cCat)
+    : Dispatch(identity), m_cCat(std::move(cCat)), m_cEntry(m_cCat.get(), this, static_cast<_clsCat*>(this))
+{
+}
+
+STDMETHODIMP CatFace::get_MainCat(_clsCat** pVal)
+{
+    return Guard([&] { Out(pVal) = CatOut(m_cCat->MainCat()).Detach(); });
+}
+STDMETHODIMP CatFace::putref_MainCat(_clsCat* newVal)
+{
+    return Guard([&] { m_cCat->SetMainCat(CatFrom(newVal)); });
+}
+STDMETHODIMP CatFace::put_CatName(BSTR newVal)
+{
+    return Guard([&] { m_cCat->SetCatName(TextOf(newVal)); });
+}
+STDMETHODIMP CatFace::get_CatName(BSTR* pVal)
+{
+    return Guard([&] { Out(pVal) = NewBstr(m_cCat->CatName()); });
+}
+STDMETHODIMP CatFace::get_CatLevel(LONG* pVal)
+{
+    return Guard([&] { Out(pVal) = m_cCat->CatLevel(); });
+}
+STDMETHODIMP CatFace::put_CatLevel(LONG newVal)
+{
+    return Guard([&] { m_cCat->SetCatLevel(static_cast<std::int32_t>(newVal)); });
+}
+STDMETHODIMP CatFace::get_Rules(_clsCatRules** pVal)
+{
+    return Guard([&] { Out(pVal) = RulesOut(m_cCat->Rules()).Detach(); });
+}
+STDMETHODIMP CatFace::putref_Rules(_clsCatRules* newVal)
+{
+    return Guard([&] { m_cCat->SetRules(RulesFrom(newVal)); });
+}
+STDMETHODIMP CatFace::get_AverageRunTimemS(LONG* pVal)
+{
+    return Guard([&] { Out(pVal) = m_cCat->AverageRunTimemS(); });
+}
+STDMETHODIMP CatFace::get_SchedCuts(_clsCollection** pVal)
+{
+    return Guard([&] { Out(pVal) = FaceOfCollection<CutAdapter>(m_cCat->SchedCuts()).Detach(); });
+}
+STDMETHODIMP CatFace::putref_SchedCuts(IDispatch* newVal)
+{
+    return Guard(
+        [&]
+        {
+            if (newVal)
+            m_cCat->SetSchedCuts(CutsIn(newVal));
+        });
+}
+STDMETHODIMP CatFace::AddCut(_clsCut* cCut, VARIANT_BOOL* bCreatedNewSubCat, VARIANT_BOOL* pVal)
+{
+    return Guard(
+        [&]
+        {
+            bool bCreated = false;
+            const auto report = [&]
+            {
+                if (bCreatedNewSubCat && bCreated)
+                    *bCreatedNewSubCat = VARIANT_TRUE;
+            };
+            try
+            {
+                Out(pVal) = BoolOf(m_cCat->AddCut(CutFrom(cCut), bCreated));
+            }
+            catch (const RuntimeError&)
+            {
+                report(); // the cut may have been filed before the error
+                throw;
+            }
+            report();
+        });
+}
+STDMETHODIMP CatFace::RemoveCut(_clsCut* cCut, VARIANT_BOOL* pVal)
+{
+    return Guard([&] { Out(pVal) = BoolOf(m_cCat->RemoveCut(CutFrom(cCut))); });
+}
+STDMETHODIMP CatFace::get_TotalCuts(LONG* pVal)
+{
+    return Guard([&] { Out(pVal) = m_cCat->TotalCuts(); });
+}
+STDMETHODIMP CatFace::get_SubCats(_clsCollection** pVal)
+{
+    return Guard([&] { Out(pVal) = FaceOfCollection<CatAdapter>(m_cCat->SubCats()).Detach(); });
+}
+STDMETHODIMP CatFace::AddSubCat(_clsCat* cSubCat, VARIANT_BOOL* pVal)
+{
+    return Guard([&] { Out(pVal) = BoolOf(m_cCat->AddSubCat(CatFrom(cSubCat))); });
+}
+STDMETHODIMP CatFace::RemoveSubCat(_clsCat* cSubCat, VARIANT_BOOL* pVal)
+{
+    return Guard([&] { Out(pVal) = BoolOf(m_cCat->RemoveSubCat(CatFrom(cSubCat))); });
+}
+STDMETHODIMP CatFace::get_CatID(BSTR* pVal)
+{
+    return Guard([&] { Out(pVal) = NewBstr(m_cCat->CatID()); });
+}
+
+ComPtr<_clsCat> CatOut(const std::shared_ptr<clsCat>& cCat)
+{
+    if (!cCat)
+        return nullptr;
+    return FaceMap<CatFace>::Instance().Get(cCat.get(), [&] { return NewObject<CatFace>(cCat); });
+}
+
+std::shared_ptr<clsCat> CatFrom(_clsCat* pCat)
+{
+    if (!pCat)
+        return nullptr;
+    if (const CatFace* pFace = FaceMap<CatFace>::Instance().Find(pCat))
+        return pFace->Core();
+    throw RuntimeError(error::TypeMismatch);
+}
+
+Variant CatAdapter::ToVariant(const std::shared_ptr<clsCat>& cCat)
+{
+    return Variant(static_cast<IDispatch*>(CatOut(cCat).Get()));
+}
+
+std::shared_ptr<clsCat> CatAdapter::FromVariant(const VARIANT& value)
+{
+    const auto cCat = ObjectIn<_clsCat>(value);
+    if (!cCat)
+        throw RuntimeError(error::TypeMismatch);
+    return CatFrom(cCat.Get());
+}
+
+} // namespace ravlo

@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: MIT
+#include "com/HostDatabase.h"
+
+#include "com/kit/CutFace.h"
+#include "com/kit/Unknown.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace ravlo
+{
+
+namespace
+{
+
+// By the host object's identity; a HostDatabase holds it, so that no other object can come to have the same.
+std::unordered_map<IUnknown*, std::weak_ptr<HostDatabase>>& Known()
+{
+    static std::unordered_map<IUnknown*, std::weak_ptr<HostDatabase>> colKnown;
+    return colKnown;
+}
+
+// The arguments of an event in the order they are declared.
+class EventArguments
+{
+public:
+    EventArguments(const DISPPARAMS& arguments, UINT lExpected) : m_arguments(arguments)
+    {
+        if (arguments.cArgs != lExpected)
+            throw ComError(DISP_E_BADPARAMCOUNT, L"Wrong number of arguments");
+    }
+    Cuts CutsAt(UINT i) const
+    {
+        const auto colCuts = ObjectIn<IDispatch>(At(i));
+        if (!colCuts)
+            throw RuntimeError(error::TypeMismatch);
+        return ravlo::CutsIn(colCuts.Get());
+    }
+    std::wstring TextAt(UINT i) const { return TextOf(As(i, VT_BSTR).bstrVal); }
+    std::int32_t LongAt(UINT i) const { return static_cast<std::int32_t>(As(i, VT_I4).lVal); }
+
+private:
+    const VARIANT& At(UINT i) const { return m_arguments.rgvarg[m_arguments.cArgs - 1 - i]; }
+    Variant As(UINT i, VARTYPE vt) const
+    {
+        auto cValue = Variant::Dereferenced(At(i)).As(vt);
+        if (!cValue)
+            throw RuntimeError(error::TypeMismatch);
+        return *cValue;
+    }
+    const DISPPARAMS& m_arguments;
+};
+
+// What the host's database calls. It holds the database weakly: the connection must not keep it alive.
+class DataBaseSink final : public Unknown<IDispatch>
+{
+public:
+    explicit DataBaseSink(std::weak_ptr<HostDatabase> cDataBase) : m_cDataBase(std::move(cDataBase)) {}
+
+    STDMETHODIMP GetTypeInfoCount(UINT* plCount) override
+    {
+        if (plCount)
+            *plCount = 0;
+        return S_OK;
+    }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
+    STDMETHODIMP Invoke(DISPID lEvent, REFIID, LCID, WORD, DISPPARAMS* pArguments, VARIANT*, EXCEPINFO*,
+                        UINT*) override
+    {
+        const ComPtr<IDispatch> cSelf(this);
+        const auto cDataBase = m_cDataBase.lock();
+        if (!pArguments)
+            return E_POINTER;
+        if (!cDataBase)
+            return S_OK;
+        return GuardAs(DIID___clsDataBase, L"RavloScheduler.clsSchedMan",
+                       [&] { Forward(*cDataBase, lEvent, *pArguments); });
+    }
+
+protected:
+    bool Answers(REFIID iid) const noexcept override
+    {
+        return iid == IID_IDispatch || iid == DIID___clsDataBase;
+    }
+
+private:
+    static void Forward(HostDatabase& cDataBase, DISPID lEvent, const DISPPARAMS& arguments)
+    {
+        if (lEvent >= 1 && lEvent <= 3)
+        {
+            const Cuts colCuts = EventArguments(arguments, 1).CutsAt(0);
+            constexpr void (DataBaseEvents::*colEvents[])(const Cuts&) = {
+                &DataBaseEvents::CutsAdded, &DataBaseEvents::CutsModified, &DataBaseEvents::CutsRemoved};
+            cDataBase.ForEachListener([&](DataBaseEvents& cEvents)
+                                      { (cEvents.*colEvents[lEvent - 1])(colCuts); });
+        }
+        else if (lEvent == 4)
+        {
+            const EventArguments given(arguments, 2);
+            cDataBase.ForEachListener([&](DataBaseEvents& cEvents)
+                                      { cEvents.ProgressStart(given.TextAt(0), given.LongAt(1)); });
+        }
+        else if (lEvent == 5)
+        {
+            const EventArguments given(arguments, 3);
+            cDataBase.ForEachListener(
+                [&](DataBaseEvents& cEvents)
+                { cEvents.Progress(given.TextAt(0), given.LongAt(1), given.LongAt(2)); });
+        }
+        else if (lEvent == 6)
+        {
+            const EventArguments given(arguments, 1);
+            cDataBase.ForEachListener([&](DataBaseEvents& cEvents)
+                                      { cEvents.ProgressDone(given.TextAt(0)); });
+        }
+    }
+
+    std::weak_ptr<HostDatabase> m_cDataBase;
+};
+
+} // namespace
+
+std::shared_ptr<HostDatabase> HostDatabase::Of(_clsDataBase* pHost)
+{
+    if (!pHost)
+        return nullptr;
+    ComPtr<IUnknown> cIdentity = IdentityOf(pHost);
+    auto& cKnown = Known()[cIdentity.Get()];
+    if (auto cFound = cKnown.lock())
+        return cFound;
+    auto cDataBase = std::make_shared<HostDatabase>(ComPtr<_clsDataBase>(pHost), std::move(cIdentity));
+    cKnown = cDataBase;
+    return cDataBase;
+}
+
+HostDatabase::HostDatabase(ComPtr<_clsDataBase> cHost, ComPtr<IUnknown> cIdentity)
+    : m_cHost(std::move(cHost)), m_cIdentity(std::move(cIdentity))
+{
+}
+
+HostDatabase::~HostDatabase()
+{
+    Disconnect();
+    Known().erase(m_cIdentity.Get());
+}
+
+void HostDatabase::Check(HRESULT hResult) const { ThrowIfFailed(hResult, *m_cHost, IID__clsDataBase); }
+
+Cuts HostDatabase::AllCuts() const
+{
+    ComPtr<_clsCollection> colCuts;
+    Check(m_cHost->get_Cuts(colCuts.Receive()));
+    return CutsIn(colCuts.Get());
+}
+
+std::shared_ptr<Cut> HostDatabase::CutByKey(const TextKey& cKey) const
+{
+    const Bstr sKey{std::wstring_view(cKey.Text())};
+    ComPtr<_clsCut> cCut;
+    Check(m_cHost->CutByKey(sKey.Get(), cCut.Receive()));
+    return CutFrom(cCut.Get());
+}
+
+std::shared_ptr<Cut> HostDatabase::CutByArtistTitle(const std::wstring& sArtist,
+                                                    const std::wstring& sTitle) const
+{
+    if (sArtist.empty() && sTitle.empty())
+        return nullptr;
+    const Bstr sArtistValue{std::wstring_view(sArtist)};
+    const Bstr sTitleValue{std::wstring_view(sTitle)};
+    ComPtr<_clsCut> cCut;
+    Check(m_cHost->CutByArtistTitle(sArtistValue.Get(), sTitleValue.Get(), cCut.Receive()));
+    return CutFrom(cCut.Get());
+}
+
+std::shared_ptr<Cut> HostDatabase::NewCut() const
+{
+    ComPtr<_clsCut> cCut;
+    Check(m_cHost->NewCut(cCut.Receive()));
+    if (!cCut)
+        throw RuntimeError(error::ObjectNotSet);
+    return CutFrom(cCut.Get());
+}
+
+bool HostDatabase::IsListening(const DataBaseEvents& cEvents) const noexcept
+{
+    return std::find(m_colListeners.begin(), m_colListeners.end(), &cEvents) != m_colListeners.end();
+}
+
+void HostDatabase::Advise(DataBaseEvents& cEvents)
+{
+    if (IsListening(cEvents))
+        return;
+    m_colListeners.push_back(&cEvents);
+    if (!m_cPoint)
+        Connect();
+}
+
+void HostDatabase::Unadvise(DataBaseEvents& cEvents) noexcept
+{
+    std::erase(m_colListeners, &cEvents);
+    if (m_colListeners.empty())
+        Disconnect();
+}
+
+void HostDatabase::Connect()
+{
+    const auto cContainer = m_cHost.As<IConnectionPointContainer>();
+    ComPtr<IConnectionPoint> cPoint;
+    if (!cContainer || FAILED(cContainer->FindConnectionPoint(DIID___clsDataBase, cPoint.Receive())) ||
+        !cPoint)
+        return;
+    const auto cSink = NewObject<DataBaseSink>(weak_from_this());
+    if (SUCCEEDED(cPoint->Advise(cSink.Get(), &m_lCookie)))
+        m_cPoint = std::move(cPoint);
+}
+
+void HostDatabase::Disconnect() noexcept
+{
+    const ComPtr<IConnectionPoint> cPoint = std::move(m_cPoint);
+    if (cPoint)
+        cPoint->Unadvise(m_lCookie);
+}
+
+} // namespace ravlo

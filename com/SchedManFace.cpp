@@ -1,0 +1,310 @@
+// SPDX-License-Identifier: MIT
+#include "com/SchedManFace.h"
+
+#include "com/CatFace.h"
+#include "com/HostDatabase.h"
+
+namespace ravlo
+{
+
+const ClassIdentity SchedManFace::identity{
+    CLSID_clsSchedMan, LIBID_RavloScheduler,         IID__clsSchedMan, &DIID___clsSchedMan, L"RavloScheduler",
+    L"clsSchedMan",    L"RavloScheduler.clsSchedMan"};
+
+namespace
+{
+
+// The dispatch ids of __clsSchedMan.
+enum Event : DISPID
+{
+    eShowHelpEvent = 1,
+    eProgressStart = 2,
+    eProgress = 3,
+    eProgressDone = 4,
+    eRequestEditCut = 5,
+};
+
+Variant Text(const std::wstring& sText) { return Variant(std::wstring_view(sText)); }
+
+// Puts a new value where the caller keeps one that comes back; what was there is let go. A caller that gives
+// no place does not want it.
+void Replace(_clsCat** ppTarget, const std::shared_ptr<clsCat>& cCat)
+{
+    if (ppTarget)
+        ComPtr<_clsCat>::Adopt(std::exchange(*ppTarget, CatOut(cCat).Detach()));
+}
+void Replace(BSTR* psTarget, const std::wstring& sText)
+{
+    if (psTarget)
+        SysFreeString(std::exchange(*psTarget, NewBstr(sText)));
+}
+
+// What a member answers that this release does not have.
+[[noreturn]] void NotInThisRelease(const wchar_t* sMember)
+{
+    throw ComError(E_NOTIMPL, std::wstring(sMember) + L" is not available in this release");
+}
+
+template <class Adapter, class Item>
+ComPtr<_clsCollection> CollectionOut(const std::shared_ptr<OrderedKeyedCollection<Item>>& colItems)
+{
+    if (!colItems)
+        return nullptr;
+    return FaceOfCollection<Adapter>(colItems);
+}
+
+// Adds the categories that colTarget does not hold yet, under their names.
+void AddMissing(const CatCollection& colFound, _clsCollection& colTarget)
+{
+    for (std::size_t i = 0; i < colFound.Count(); ++i)
+    {
+        const Variant cKey = Text(colFound.At(i)->CatName());
+        VARIANT_BOOL bExists = VARIANT_FALSE;
+        ThrowIfFailed(colTarget.Exists(cKey, &bExists), colTarget, IID__clsCollection);
+        if (bExists == VARIANT_FALSE)
+            ThrowIfFailed(colTarget.Add(CatAdapter::ToVariant(colFound.At(i)), cKey, Variant::Omitted(),
+                                        Variant::Omitted()),
+                          colTarget, IID__clsCollection);
+    }
+}
+
+} // namespace
+
+SchedManFace::SchedManFace(std::shared_ptr<clsSchedMan> cSchedMan)
+    : Dispatch(identity), m_cSchedMan(std::move(cSchedMan)),
+      m_cEvents(*static_cast<_clsSchedMan*>(this), DIID___clsSchedMan)
+{
+    m_cSchedMan->SetEvents(this);
+}
+
+SchedManFace::~SchedManFace() { m_cSchedMan->SetEvents(nullptr); }
+
+STDMETHODIMP SchedManFace::get_colIllegalChars(_clsCollection** pVal)
+{
+    return Guard([&] { Out(pVal) = CollectionOut<TextAdapter>(m_cSchedMan->colIllegalChars()).Detach(); });
+}
+
+STDMETHODIMP SchedManFace::RaiseEditRequestCutEvent(_clsCut* cCut, VARIANT* Result)
+{
+    return Guard([&] { RaiseRequestEditCut(cCut, Out(Result)); });
+}
+
+STDMETHODIMP SchedManFace::get_ArtistHistoryCut(BSTR sArtist, _clsCut** pVal)
+{
+    return Guard([&] { Out(pVal) = CutOut(m_cSchedMan->ArtistHistoryCut(TextOf(sArtist))).Detach(); });
+}
+STDMETHODIMP SchedManFace::get_AlbumHistoryCut(BSTR sAlbum, _clsCut** pVal)
+{
+    return Guard([&] { Out(pVal) = CutOut(m_cSchedMan->AlbumHistoryCut(TextOf(sAlbum))).Detach(); });
+}
+STDMETHODIMP SchedManFace::get_TitleHistoryCut(BSTR sTitle, _clsCut** pVal)
+{
+    return Guard([&] { Out(pVal) = CutOut(m_cSchedMan->TitleHistoryCut(TextOf(sTitle))).Detach(); });
+}
+
+STDMETHODIMP SchedManFace::get_DataBase(_clsDataBase** pVal)
+{
+    return Guard(
+        [&]
+        {
+            // Whatever was handed in at this edge came as a HostDatabase.
+            const auto cDataBase = std::dynamic_pointer_cast<HostDatabase>(m_cSchedMan->DataBase());
+            Out(pVal) = cDataBase ? ComPtr<_clsDataBase>(cDataBase->Host()).Detach() : nullptr;
+        });
+}
+
+STDMETHODIMP SchedManFace::get_AppPath(BSTR* pVal)
+{
+    return Guard([&] { Out(pVal) = NewBstr(m_cSchedMan->AppPath()); });
+}
+
+STDMETHODIMP SchedManFace::colSavedCatNames(_clsCollection** pVal)
+{
+    return Guard([&] { Out(pVal) = CollectionOut<TextAdapter>(m_cSchedMan->colSavedCatNames()).Detach(); });
+}
+
+STDMETHODIMP SchedManFace::PopulateFromDataBase(_clsDataBase* cDataBase, BSTR strAppPath)
+{
+    return Guard([&] { m_cSchedMan->PopulateFromDataBase(HostDatabase::Of(cDataBase), TextOf(strAppPath)); });
+}
+
+STDMETHODIMP SchedManFace::get_colMainCats(_clsCollection** pVal)
+{
+    return Guard([&] { Out(pVal) = CollectionOut<CatAdapter>(m_cSchedMan->colMainCats()).Detach(); });
+}
+
+STDMETHODIMP SchedManFace::get_colCuts(BSTR sCatName, LONG lCatLevel, _clsCollection** pVal)
+{
+    return Guard(
+        [&]
+        {
+            const auto colCuts = m_cSchedMan->colCuts(TextOf(sCatName), static_cast<std::int32_t>(lCatLevel));
+            Out(pVal) = CollectionOut<CutAdapter>(colCuts).Detach();
+        });
+}
+
+STDMETHODIMP SchedManFace::SaveCatNames(VARIANT_BOOL* pVal)
+{
+    return Guard([&] { Out(pVal) = BoolOf(m_cSchedMan->SaveCatNames()); });
+}
+STDMETHODIMP SchedManFace::SaveHistoryAndOrdering(_clsCat* cMainCat, VARIANT_BOOL* pVal)
+{
+    return Guard([&] { Out(pVal) = BoolOf(m_cSchedMan->SaveHistoryAndOrdering(CatFrom(cMainCat))); });
+}
+
+STDMETHODIMP SchedManFace::ShowLibraryUI()
+{
+    return Guard([] { NotInThisRelease(L"ShowLibraryUI"); });
+}
+STDMETHODIMP SchedManFace::PopulateTreeView(IDispatch*)
+{
+    return Guard([] { NotInThisRelease(L"PopulateTreeView"); });
+}
+STDMETHODIMP SchedManFace::ShowGridCuts(IDispatch*, BSTR*, IDispatch*, IDispatch*, VARIANT_BOOL*,
+                                        VARIANT_BOOL*, _clsCat**)
+{
+    return Guard([] { NotInThisRelease(L"ShowGridCuts"); });
+}
+STDMETHODIMP SchedManFace::MoveCutsInCategory(_clsCat*, IDispatch*, LONG)
+{
+    return Guard([] { NotInThisRelease(L"MoveCutsInCategory"); });
+}
+STDMETHODIMP SchedManFace::RandomizeCollection(VARIANT*)
+{
+    return Guard([] { NotInThisRelease(L"RandomizeCollection"); });
+}
+STDMETHODIMP SchedManFace::ShuffleCategories(IDispatch*, VARIANT_BOOL)
+{
+    return Guard([] { NotInThisRelease(L"ShuffleCategories"); });
+}
+STDMETHODIMP SchedManFace::CreateMainCat(BSTR*, VARIANT_BOOL*)
+{
+    return Guard([] { NotInThisRelease(L"CreateMainCat"); });
+}
+STDMETHODIMP SchedManFace::CreateCatLevel(_clsCat*, VARIANT_BOOL*)
+{
+    return Guard([] { NotInThisRelease(L"CreateCatLevel"); });
+}
+
+STDMETHODIMP SchedManFace::UpdateArtistTitleHistory(_clsCut* cCut)
+{
+    return Guard([&] { m_cSchedMan->UpdateArtistTitleHistory(CutFrom(cCut)); });
+}
+
+STDMETHODIMP SchedManFace::ListCats(IDispatch*, BSTR*)
+{
+    return Guard([] { NotInThisRelease(L"ListCats"); });
+}
+
+STDMETHODIMP SchedManFace::RemoveCutFromCategory(_clsCat* cMainCat, _clsCut* cCut,
+                                                 _clsCollection** colMainCatsIN, LONG LevelToRemoveFrom)
+{
+    return Guard(
+        [&]
+        {
+            _clsCollection*& colAffected = Out(colMainCatsIN);
+            const auto colFound = std::make_shared<CatCollection>();
+            m_cSchedMan->RemoveCutFromCategory(CatFrom(cMainCat), CutFrom(cCut), *colFound,
+                                               static_cast<std::int32_t>(LevelToRemoveFrom));
+            if (!colAffected)
+                colAffected = CollectionOut<CatAdapter>(colFound).Detach();
+            else
+                AddMissing(*colFound, *colAffected);
+        });
+}
+
+STDMETHODIMP SchedManFace::DeleteCats(IDispatch*, VARIANT_BOOL*)
+{
+    return Guard([] { NotInThisRelease(L"DeleteCats"); });
+}
+STDMETHODIMP SchedManFace::DoMassCatChange(eCatDragOptions, IDispatch*, _clsCat*, IDispatch*, VARIANT_BOOL*)
+{
+    return Guard([] { NotInThisRelease(L"DoMassCatChange"); });
+}
+STDMETHODIMP SchedManFace::ShowCatUI(_clsCat**, _clsCat**, VARIANT_BOOL*, BSTR, _clsCollection**,
+                                     VARIANT_BOOL, VARIANT_BOOL, _clsCut*, VARIANT*)
+{
+    return Guard([] { NotInThisRelease(L"ShowCatUI"); });
+}
+
+STDMETHODIMP SchedManFace::get_NextCutFromRotation(BSTR strSubCatKey, VARIANT_BOOL bMustBeOpener,
+                                                   _clsCut* cPrevSchedCut, _clsCat** cMainCat,
+                                                   _clsCat** cSubCat, BSTR* sMainCatKey,
+                                                   VARIANT_BOOL bForEditablePlaylist, VARIANT_BOOL bSave,
+                                                   _clsCut** pVal)
+{
+    return Guard(
+        [&]
+        {
+            _clsCut*& cResult = Out(pVal);
+            std::shared_ptr<clsCat> cMainCatFound;
+            std::shared_ptr<clsCat> cSubCatFound;
+            std::wstring sMainCatKeyFound;
+            const auto cCut = m_cSchedMan->NextCutFromRotation(
+                TextOf(strSubCatKey), bMustBeOpener != VARIANT_FALSE, CutFrom(cPrevSchedCut), cMainCatFound,
+                cSubCatFound, sMainCatKeyFound, bForEditablePlaylist != VARIANT_FALSE,
+                bSave != VARIANT_FALSE);
+            Replace(cMainCat, cMainCatFound);
+            Replace(cSubCat, cSubCatFound);
+            Replace(sMainCatKey, sMainCatKeyFound);
+            cResult = CutOut(cCut).Detach();
+        });
+}
+
+STDMETHODIMP SchedManFace::get_RotatesAllowed(VARIANT_BOOL* pVal)
+{
+    return Guard([&] { Out(pVal) = BoolOf(m_cSchedMan->RotatesAllowed()); });
+}
+STDMETHODIMP SchedManFace::put_RotatesAllowed(VARIANT_BOOL newVal)
+{
+    return Guard([&] { m_cSchedMan->SetRotatesAllowed(newVal != VARIANT_FALSE); });
+}
+STDMETHODIMP SchedManFace::ShowHelp()
+{
+    return Guard([&] { m_cSchedMan->ShowHelp(); });
+}
+STDMETHODIMP SchedManFace::get_UIShowing(VARIANT_BOOL* pVal)
+{
+    return Guard([&] { Out(pVal) = BoolOf(m_cSchedMan->UIShowing()); });
+}
+STDMETHODIMP SchedManFace::ReloadAll()
+{
+    return Guard([&] { m_cSchedMan->ReloadAll(); });
+}
+
+void SchedManFace::ShowHelpEvent() { m_cEvents.Fire(eShowHelpEvent, {}); }
+
+void SchedManFace::ProgressStart(const std::wstring& sReason, std::int32_t lMax)
+{
+    m_cEvents.Fire(eProgressStart, {Text(sReason), Variant(lMax)});
+}
+
+void SchedManFace::Progress(const std::wstring& strProgress, std::int32_t lCount, std::int32_t lMax)
+{
+    m_cEvents.Fire(eProgress, {Text(strProgress), Variant(lCount), Variant(lMax)});
+}
+
+void SchedManFace::ProgressDone(const std::wstring& sStatus)
+{
+    m_cEvents.Fire(eProgressDone, {Text(sStatus)});
+}
+
+std::optional<std::int32_t> SchedManFace::RequestEditCut(const std::shared_ptr<Cut>& cCut)
+{
+    Variant cResult;
+    RaiseRequestEditCut(CutOut(cCut).Get(), cResult);
+    if (cResult.vt == VT_EMPTY)
+        return std::nullopt;
+    const auto cLong = cResult.As(VT_I4);
+    return cLong ? std::optional<std::int32_t>(static_cast<std::int32_t>(cLong->lVal)) : std::nullopt;
+}
+
+void SchedManFace::RaiseRequestEditCut(_clsCut* pCut, VARIANT& result)
+{
+    VARIANT reference{};
+    reference.vt = VT_BYREF | VT_VARIANT;
+    reference.pvarVal = &result;
+    m_cEvents.Fire(eRequestEditCut, {Variant(static_cast<IDispatch*>(pCut)), reference});
+}
+
+} // namespace ravlo

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#include "ravlobase/com/DataBaseFace.h"
+
+namespace ravlo
+{
+
+const ClassIdentity DataBaseFace::identity{CLSID_clsDataBase,       LIBID_RavloBase, IID__clsDataBase,
+                                           &DIID___clsDataBase,     L"RavloBase",    L"clsDataBase",
+                                           L"RavloBase.clsDataBase"};
+
+namespace
+{
+
+// The dispatch ids of __clsDataBase.
+enum Event : DISPID
+{
+    eCutsAdded = 1,
+    eCutsModified = 2,
+    eCutsRemoved = 3,
+    eProgressStart = 4,
+    eProgress = 5,
+    eProgressDone = 6,
+};
+
+// All cuts of a store, to look at.
+class StoreCuts final : public CollectionModel
+{
+public:
+    explicit StoreCuts(std::shared_ptr<Store> cStore) : m_cStore(std::move(cStore)) {}
+
+    std::size_t Count() const override { return m_cStore->CutCollection().Count(); }
+    Variant At(std::size_t lPosition) const override
+    {
+        return CutAdapter::ToVariant(m_cStore->CutCollection().At(lPosition));
+    }
+    std::optional<std::size_t> PositionOf(const std::wstring& sKey) const override
+    {
+        return m_cStore->CutCollection().PositionOf(sKey);
+    }
+    void Insert(std::size_t, const std::optional<std::wstring>&, const VARIANT&) override { Refuse(); }
+    void RemoveAt(std::size_t) override { Refuse(); }
+
+private:
+    [[noreturn]] static void Refuse()
+    {
+        throw RuntimeError(error::NotImplemented, L"Use AddCuts and RemoveCuts to change the database");
+    }
+    std::shared_ptr<Store> m_cStore;
+};
+
+ComPtr<CollectionFace> CollectionOf(const Cuts& colCuts)
+{
+    auto colResult = std::make_shared<OrderedKeyedCollection<std::shared_ptr<Cut>>>();
+    for (const auto& cCut : colCuts)
+        colResult->Add(cCut->Key(), cCut);
+    return FaceOfCollection<CutAdapter>(colResult);
+}
+
+Variant Text(const std::wstring& sText) { return Variant(std::wstring_view(sText)); }
+
+} // namespace
+
+DataBaseFace::DataBaseFace()
+    : Dispatch(identity), m_cStore(std::make_shared<Store>()),
+      m_cEvents(*static_cast<_clsDataBase*>(this), DIID___clsDataBase)
+{
+    m_cStore->Advise(*this);
+}
+
+DataBaseFace::~DataBaseFace() { m_cStore->Unadvise(*this); }
+
+STDMETHODIMP DataBaseFace::Open(BSTR sFile)
+{
+    return Guard([&] { m_cStore->Open(TextOf(sFile)); });
+}
+STDMETHODIMP DataBaseFace::Close()
+{
+    return Guard([&] { m_cStore->Close(); });
+}
+STDMETHODIMP DataBaseFace::get_FileName(BSTR* pVal)
+{
+    return Guard([&] { Out(pVal) = NewBstr(m_cStore->FileName()); });
+}
+
+STDMETHODIMP DataBaseFace::get_Cuts(_clsCollection** pVal)
+{
+    return Guard(
+        [&]
+        {
+            const void* pIdentity = &m_cStore->CutCollection();
+            Out(pVal) = FaceMap<CollectionFace>::Instance()
+                            .Get(pIdentity,
+                                 [&] {
+                                     return NewObject<CollectionFace>(pIdentity,
+                                                                      std::make_unique<StoreCuts>(m_cStore));
+                                 })
+                            .Detach();
+        });
+}
+
+STDMETHODIMP DataBaseFace::CutByKey(BSTR sKey, _clsCut** pVal)
+{
+    return Guard([&] { Out(pVal) = CutOut(m_cStore->CutByKey(TextKey(TextOf(sKey)))).Detach(); });
+}
+STDMETHODIMP DataBaseFace::CutByArtistTitle(BSTR sArtist, BSTR sTitle, _clsCut** pVal)
+{
+    return Guard(
+        [&] { Out(pVal) = CutOut(m_cStore->CutByArtistTitle(TextOf(sArtist), TextOf(sTitle))).Detach(); });
+}
+STDMETHODIMP DataBaseFace::NewCut(_clsCut** pVal)
+{
+    return Guard([&] { Out(pVal) = CutOut(m_cStore->NewCut()).Detach(); });
+}
+STDMETHODIMP DataBaseFace::AddCuts(IDispatch* colCuts, LONG* pVal)
+{
+    return Guard([&] { Out(pVal) = m_cStore->AddCuts(CutsIn(colCuts)); });
+}
+STDMETHODIMP DataBaseFace::ModifyCuts(IDispatch* colCuts, LONG* pVal)
+{
+    return Guard([&] { Out(pVal) = m_cStore->ModifyCuts(CutsIn(colCuts)); });
+}
+STDMETHODIMP DataBaseFace::RemoveCuts(IDispatch* colCuts, LONG* pVal)
+{
+    return Guard([&] { Out(pVal) = m_cStore->RemoveCuts(CutsIn(colCuts)); });
+}
+STDMETHODIMP DataBaseFace::ImportCsv(BSTR sFile, LONG* pVal)
+{
+    return Guard([&] { Out(pVal) = m_cStore->ImportCsv(TextOf(sFile)); });
+}
+
+void DataBaseFace::FireCuts(DISPID lEvent, const Cuts& colCuts)
+{
+    if (m_cEvents.HasSinks())
+        m_cEvents.Fire(lEvent, {Variant(static_cast<IDispatch*>(CollectionOf(colCuts).Get()))});
+}
+void DataBaseFace::CutsAdded(const Cuts& colCuts) { FireCuts(eCutsAdded, colCuts); }
+void DataBaseFace::CutsModified(const Cuts& colCuts) { FireCuts(eCutsModified, colCuts); }
+void DataBaseFace::CutsRemoved(const Cuts& colCuts) { FireCuts(eCutsRemoved, colCuts); }
+
+void DataBaseFace::ProgressStart(const std::wstring& sReason, std::int32_t lMax)
+{
+    m_cEvents.Fire(eProgressStart, {Text(sReason), Variant(lMax)});
+}
+void DataBaseFace::Progress(const std::wstring& strProgress, std::int32_t lCount, std::int32_t lMax)
+{
+    m_cEvents.Fire(eProgress, {Text(strProgress), Variant(lCount), Variant(lMax)});
+}
+void DataBaseFace::ProgressDone(const std::wstring& sStatus)
+{
+    m_cEvents.Fire(eProgressDone, {Text(sStatus)});
+}
+
+} // namespace ravlo

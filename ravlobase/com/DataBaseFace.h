@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "com/kit/CutFace.h"
+#include "ravlobase/Store.h"
+
+#include <RavloBase.h>
+
+#include <memory>
+
+namespace ravlo
+{
+
+// _clsDataBase over a store of its own, whose events it raises. Cuts shows the store's cuts as they are; only
+// AddCuts, RemoveCuts and ImportCsv change which there are.
+class DataBaseFace final : public Dispatch<_clsDataBase>, private DataBaseEvents
+{
+public:
+    DataBaseFace();
+    ~DataBaseFace() override;
+
+    STDMETHODIMP Open(BSTR sFile) override;
+    STDMETHODIMP Close() override;
+    STDMETHODIMP get_FileName(BSTR* pVal) override;
+    STDMETHODIMP get_Cuts(_clsCollection** pVal) override;
+    STDMETHODIMP CutByKey(BSTR sKey, _clsCut** pVal) override;
+    STDMETHODIMP CutByArtistTitle(BSTR sArtist, BSTR sTitle, _clsCut** pVal) override;
+    STDMETHODIMP NewCut(_clsCut** pVal) override;
+    STDMETHODIMP AddCuts(IDispatch* colCuts, LONG* pVal) override;
+    STDMETHODIMP ModifyCuts(IDispatch* colCuts, LONG* pVal) override;
+    STDMETHODIMP RemoveCuts(IDispatch* colCuts, LONG* pVal) override;
+    STDMETHODIMP ImportCsv(BSTR sFile, LONG* pVal) override;
+
+    static const ClassIdentity identity;
+
+protected:
+    EventSource* Events() noexcept override { return &m_cEvents; }
+
+private:
+    void CutsAdded(const Cuts& colCuts) override;
+    void CutsModified(const Cuts& colCuts) override;
+    void CutsRemoved(const Cuts& colCuts) override;
+    void ProgressStart(const std::wstring& sReason, std::int32_t lMax) override;
+    void Progress(const std::wstring& strProgress, std::int32_t lCount, std::int32_t lMax) override;
+    void ProgressDone(const std::wstring& sStatus) override;
+    void FireCuts(DISPID lEvent, const Cuts& colCuts);
+
+    std::shared_ptr<Store> m_cStore;
+    EventSource m_cEvents;
+};
+
+} // namespace ravlo

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+// RavloBase.dll: what it creates, which types it describes, and the five functions COM knows it by.
+#include "com/kit/Registration.h"
+#include "ravlobase/StoreCut.h"
+#include "ravlobase/com/DataBaseFace.h"
+
+namespace
+{
+
+using namespace ravlo;
+
+const CoClass colClasses[] = {
+    {DataBaseFace::identity,
+     []() -> ComPtr<IUnknown> { return ComPtr<_clsDataBase>(NewObject<DataBaseFace>()); }},
+    {CutFace::identity, []() -> ComPtr<IUnknown> { return CutOut(std::make_shared<StoreCut>()); }},
+};
+
+const EmbeddedTypeLibrary colTypeLibraries[] = {
+    {LIBID_RavloBase, 1, true},
+    {LIBID_KorvaCollection, 2, false},
+};
+
+} // namespace
+
+extern "C"
+{
+
+    BOOL WINAPI DllMain(HINSTANCE hInstance, DWORD lReason, LPVOID)
+    {
+        if (lReason == DLL_PROCESS_ATTACH)
+            module::Attach(hInstance, {colClasses, colTypeLibraries});
+        return TRUE;
+    }
+
+    STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** ppvObject)
+    {
+        return module::GetClassObject(clsid, iid, ppvObject);
+    }
+    STDAPI DllCanUnloadNow() { return module::CanUnloadNow(); }
+    STDAPI DllRegisterServer() { return RegisterModule(RegistrationScope::Machine); }
+    STDAPI DllUnregisterServer() { return UnregisterModule(RegistrationScope::Machine); }
+    STDAPI DllInstall(BOOL bInstall, LPCWSTR sCommand) { return InstallModule(bInstall != FALSE, sCommand); }
+
+} // extern "C"
