@@ -147,10 +147,15 @@ public:
             return;
     }
 
-    void FlushAndClose()
+    void Flush()
     {
         if (::fsync(m_lDescriptor) != 0)
             Fail(m_sNative);
+    }
+
+    // Some file systems tell only now that a write failed.
+    void Close()
+    {
         const int lDescriptor = m_lDescriptor;
         m_lDescriptor = -1;
         if (::close(lDescriptor) != 0)
@@ -199,7 +204,8 @@ void PosixFiles::WriteNew(const std::wstring& sPath, std::string_view bytes)
 {
     Descriptor cFile(NativePathOf(sPath), O_WRONLY | O_CREAT | O_TRUNC);
     cFile.Write(bytes);
-    cFile.FlushAndClose();
+    cFile.Flush();
+    cFile.Close();
 }
 
 void PosixFiles::Append(const std::wstring& sPath, std::string_view bytes)
@@ -209,13 +215,13 @@ void PosixFiles::Append(const std::wstring& sPath, std::string_view bytes)
     try
     {
         cFile.Write(bytes);
-        cFile.FlushAndClose();
     }
     catch (...)
     {
         cFile.CutOffAt(lSize);
         throw;
     }
+    cFile.Close();
 }
 
 void PosixFiles::Rename(const std::wstring& sFrom, const std::wstring& sTo)

@@ -7,7 +7,7 @@ namespace ravlo
 {
 
 // The files of a POSIX system. Backslashes in paths stand for slashes; names are UTF-8 and found as they are
-// spelled. What WriteNew and Append wrote and what Rename renamed is on the disk when they return.
+// spelled. What WriteNew wrote and what Rename renamed is on the disk when they return.
 class PosixFiles final : public Files
 {
 public:

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include "platform/windows/WindowsMessages.h"
+
+#include "platform/windows/InputBox.h"
+
+#include <windows.h>
+
+namespace ravlo
+{
+
+namespace
+{
+
+UINT StyleOf(BoxIcon eIcon)
+{
+    switch (eIcon)
+    {
+    case BoxIcon::Critical:
+        return MB_ICONERROR;
+    case BoxIcon::Question:
+        return MB_ICONQUESTION;
+    case BoxIcon::Exclamation:
+        return MB_ICONWARNING;
+    case BoxIcon::Information:
+        return MB_ICONINFORMATION;
+    case BoxIcon::None:
+        break;
+    }
+    return 0;
+}
+
+// 0 and -1 mean that no box could be shown. Any id may come back from a box that another program closed, so
+// only the ids of its own buttons count.
+BoxAnswer AnswerOf(int lResult, BoxButtons eButtons)
+{
+    if (eButtons == BoxButtons::Ok)
+        return lResult == IDOK ? BoxAnswer::Ok : BoxAnswer::None;
+    if (lResult == IDYES)
+        return BoxAnswer::Yes;
+    return lResult == IDNO ? BoxAnswer::No : BoxAnswer::None;
+}
+
+} // namespace
+
+BoxAnswer WindowsMessages::Box(BoxIcon eIcon, BoxButtons eButtons, const std::wstring& sTitle,
+                               const std::wstring& sText)
+{
+    const HWND hOwner = ::GetActiveWindow();
+    const UINT lButtons = eButtons == BoxButtons::YesNo ? MB_YESNO : MB_OK;
+    const UINT lModality = hOwner ? MB_APPLMODAL : MB_TASKMODAL;
+    const int lResult =
+        ::MessageBoxW(hOwner, sText.c_str(), sTitle.c_str(), StyleOf(eIcon) | lButtons | lModality);
+    return AnswerOf(lResult, eButtons);
+}
+
+std::optional<std::wstring> WindowsMessages::Input(const std::wstring& sTitle, const std::wstring& sPrompt)
+{
+    return ShowInputBox(::GetActiveWindow(), sTitle, sPrompt);
+}
+
+} // namespace ravlo
