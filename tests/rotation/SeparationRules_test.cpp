@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: MIT
+#include "rotation/FakeDataBase.h"
+#include "rotation/SeparationRules.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace ravlo::test
+{
+namespace
+{
+
+class FixedClock final : public Clock
+{
+public:
+    DateTime dtNow = DateTimeOf({2026, 11, 21, 12, 0, 0});
+    mutable int lReads = 0;
+    DateTime Now() const override
+    {
+        ++lReads;
+        return dtNow;
+    }
+    std::uint32_t TickCount() const override { return 0; }
+};
+
+constexpr double dMinute = 1.0 / (24 * 60);
+
+TEST(MinutesBetweenTest, WholeSecondsDividedBySixtyInSinglePrecision)
+{
+    const DateTime dtNow = DateTimeOf({2026, 11, 21, 12, 0, 0});
+    const std::pair<int, float> colSeconds[] = {
+        {0, 0.0F},  {1, 1.0F / 60.0F},       {59, 59.0F / 60.0F},
+        {60, 1.0F}, {1001, 1001.0F / 60.0F}, {604801, 604801.0F / 60.0F}};
+    for (const auto& [lSeconds, sngMinutes] : colSeconds)
+        EXPECT_EQ(MinutesBetween(dtNow, dtNow - lSeconds / 86400.0), sngMinutes) << lSeconds;
+}
+
+TEST(MinutesBetweenTest, APlayInTheFutureCountsAsFarAwayAsOneInThePast)
+{
+    const DateTime dtNow = DateTimeOf({2026, 11, 21, 12, 0, 0});
+    EXPECT_EQ(MinutesBetween(dtNow, dtNow + 30 * dMinute), 30.0F);
+}
+
+TEST(MinutesBetweenTest, FractionsOfASecondAreRoundedOnEachSideBeforeTheDifference)
+{
+    const DateTime dtNow = DateTimeOf({2026, 11, 21, 12, 0, 0});
+    EXPECT_EQ(MinutesBetween(dtNow + 0.4 / 86400, dtNow - 60.4 / 86400), 1.0F);
+    EXPECT_EQ(MinutesBetween(dtNow + 0.6 / 86400, dtNow - 59.4 / 86400), 1.0F);
+}
+
+TEST(ReferenceTimeTest, ThePresentWithoutAPreviousCutThatHasAPlayTime)
+{
+    const FixedClock cClock;
+    EXPECT_EQ(ReferenceTime(nullptr, cClock), cClock.dtNow);
+    for (const DateTime dtPlayed : {0.0, -2.0})
+    {
+        FakeCut cPrev;
+        cPrev.SetLastPlayed(dtPlayed);
+        cPrev.SetDurationmS(60'000);
+        EXPECT_EQ(ReferenceTime(&cPrev, cClock), cClock.dtNow);
+    }
+}
+
+TEST(ReferenceTimeTest, ThePreviousCutsEndWhenItHasAPlayTime)
+{
+    const FixedClock cClock;
+    FakeCut cPrev;
+    cPrev.SetLastPlayed(cClock.dtNow + 1);
+    cPrev.SetDurationmS(90'000);
+    EXPECT_EQ(WholeSeconds(ReferenceTime(&cPrev, cClock)), WholeSeconds(cClock.dtNow + 1) + 90);
+    cPrev.SetDurationmS(1'499);
+    EXPECT_EQ(WholeSeconds(ReferenceTime(&cPrev, cClock)), WholeSeconds(cClock.dtNow + 1) + 1);
+    EXPECT_EQ(cClock.lReads, 0);
+}
+
+// One measurement: when title, artist and album last played (minutes ago, -1 for never), the rules, and what
+// comes out.
+struct Case
+{
+    const char* sRule;
+    int lTitlePlayed, lArtistPlayed, lAlbumPlayed;
+    SeparationRules rules;
+    std::int32_t lViolation;
+    float sngMinsAgo, sngTitle, sngArtist, sngAlbum;
+};
+
+class MeasureTest : public testing::TestWithParam<Case>
+{
+protected:
+    void Play(int lMinutesAgo, const std::wstring& sArtist, const std::wstring& sTitle,
+              const std::wstring& sAlbum)
+    {
+        if (lMinutesAgo < 0)
+            return;
+        auto cCut = std::make_shared<FakeCut>();
+        cCut->SetKey(sArtist + sTitle + sAlbum);
+        cCut->SetArtist(sArtist);
+        cCut->SetTitle(sTitle);
+        cCut->SetAlbum(sAlbum);
+        cCut->SetLastPlayed(cClock.dtNow - lMinutesAgo * dMinute);
+        cDataBase.colCuts.push_back(cCut);
+        cHistory.Record(*cCut, cDataBase);
+    }
+
+    clsRuleViolation Measure(const SeparationRules& rules)
+    {
+        clsRuleViolation violation;
+        MeasureAgainstRules(
+            rules, Candidate{cCandidate, L"ASH", L"SUN"}, cHistory, [this] { return cClock.Now(); },
+            violation);
+        return violation;
+    }
+
+    FixedClock cClock;
+    FakeDataBase cDataBase;
+    PlayHistory cHistory;
+    std::shared_ptr<FakeCut> cCandidate = std::make_shared<FakeCut>();
+};
+
+TEST_P(MeasureTest, GivesTheViolationAndTheMinutesOfEachBrokenRule)
+{
+    const Case& test = GetParam();
+    Play(test.lTitlePlayed, L"x", L"Sun", L"");
+    Play(test.lArtistPlayed, L"Ash", L"y", L"");
+    Play(test.lAlbumPlayed, L"z", L"z", L"Sky");
+    cCandidate->SetAlbum(L"SKY");
+    const clsRuleViolation violation = Measure(test.rules);
+    EXPECT_EQ(violation.Violation, test.lViolation);
+    EXPECT_EQ(violation.MinsAgo, test.sngMinsAgo);
+    EXPECT_EQ(violation.TitleMinsAgo, test.sngTitle);
+    EXPECT_EQ(violation.ArtistMinsAgo, test.sngArtist);
+    EXPECT_EQ(violation.AlbumMinsAgo, test.sngAlbum);
+    EXPECT_EQ(violation.Cut, test.lViolation == eNone ? nullptr : cCandidate);
+    EXPECT_EQ(violation.ViolationIndex, 0);
+    EXPECT_LE(cClock.lReads, 1) << "the reference time is one moment";
+}
+
+constexpr SeparationRules All(std::int32_t lTitle, std::int32_t lArtist, std::int32_t lAlbum)
+{
+    return {false, lTitle, lArtist, lAlbum};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rules, MeasureTest,
+    testing::Values(
+        Case{"NoHistory", -1, -1, -1, All(60, 60, 60), eNone, 0, 0, 0, 0},
+        Case{"TitleTooSoon", 59, -1, -1, All(60, 60, 60), eGlobalTitle, 59, 59, 0, 0},
+        Case{"TitleExactlyAtItsSeparation", 60, -1, -1, All(60, 60, 60), eNone, 0, 0, 0, 0},
+        Case{"ArtistTooSoon", -1, 59, -1, All(60, 60, 60), eGlobalArtist, 59, 0, 59, 0},
+        Case{"ArtistExactlyAtItsSeparation", -1, 60, -1, All(60, 60, 60), eNone, 0, 0, 0, 0},
+        Case{"AlbumTooSoon", -1, -1, 59, All(60, 60, 60), eGlobalAlbum, 59, 0, 0, 59},
+        Case{"AlbumExactlyAtItsSeparation", -1, -1, 60, All(60, 60, 60), eNone, 0, 0, 0, 0},
+        Case{"TitleGoesBeforeArtistAndAlbum", 30, 20, 10, All(60, 60, 60), eGlobalTitle, 30, 30, 20, 10},
+        Case{"ArtistGoesBeforeAlbum", 90, 20, 10, All(60, 60, 60), eGlobalArtist, 20, 0, 20, 10},
+        Case{"EachRuleHasItsOwnSeparation", 30, 30, 30, All(30, 31, 32), eGlobalArtist, 30, 0, 30, 30},
+        Case{"ZeroNeverBreaks", 0, 0, 0, All(0, 0, 0), eNone, 0, 0, 0, 0},
+        Case{"MinusOneNeverBreaks", 0, 0, 0, All(-1, -1, -1), eNone, 0, 0, 0, 0},
+        Case{"PlayedThisMomentBreaks", 0, 0, 0, All(1, 1, 1), eGlobalTitle, 0, 0, 0, 0},
+        Case{"IgnoringRulesBreaksNone", 1, 1, 1, {true, 60, 60, 60}, eNone, 0, 0, 0, 0}),
+    [](const testing::TestParamInfo<Case>& test) { return std::string(test.param.sRule); });
+
+TEST_F(MeasureTest, ASeparationLargerThanSinglePrecisionIsNotRounded)
+{
+    Play(16'777'216, L"x", L"Sun", L""); // 2^24 minutes, where the next single is two further
+    EXPECT_EQ(Measure(All(16'777'216, 0, 0)).Violation, eNone);
+    EXPECT_EQ(Measure(All(16'777'217, 0, 0)).Violation, eGlobalTitle);
+    EXPECT_EQ(Measure(All(std::numeric_limits<std::int32_t>::max(), 0, 0)).Violation, eGlobalTitle);
+}
+
+TEST_F(MeasureTest, ACandidateWithoutAnAlbumNeverBreaksOnAlbum)
+{
+    Play(1, L"x", L"y", L"Sky");
+    EXPECT_EQ(Measure(All(0, 0, 60)).Violation, eNone);
+}
+
+TEST_F(MeasureTest, WithoutAnAlbumRuleTheAlbumIsNotRead)
+{
+    cCandidate->failing.insert("Album");
+    EXPECT_NO_THROW(Measure(All(60, 60, -1)));
+    EXPECT_THROW(Measure(All(60, 60, 1)), RuntimeError);
+}
+
+TEST_F(MeasureTest, WithoutAHistoryTheClockIsNotRead)
+{
+    Measure(All(60, 60, 60));
+    EXPECT_EQ(cClock.lReads, 0);
+}
+
+TEST_F(MeasureTest, WhatWasFoundBeforeAnErrorStands)
+{
+    Play(10, L"x", L"Sun", L"");
+    cCandidate->failing.insert("Album");
+    clsRuleViolation violation;
+    EXPECT_THROW(MeasureAgainstRules(
+                     All(60, 60, 60), Candidate{cCandidate, L"Ash", L"Sun"}, cHistory,
+                     [this] { return cClock.Now(); }, violation),
+                 RuntimeError);
+    EXPECT_EQ(violation.Violation, eGlobalTitle);
+    EXPECT_EQ(violation.MinsAgo, 10.0F);
+}
+
+} // namespace
+} // namespace ravlo::test

@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "collections/Text.h"
+#include "model/clsCat.h"
+#include "platform/memory/MemoryWorld.h"
+#include "rotation/FakeDataBase.h"
+#include "rotation/PlayHistory.h"
+#include "rotation/Selection.h"
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ravlo::test
+{
+
+struct CutOptions
+{
+    std::wstring sAlbum = {};
+    bool bOpener = false;
+    std::int32_t lRunTime = 180'000;
+};
+
+// A station with one main category "Pop" that has a level 2, whose rules ask for 60 minutes by artist and
+// title and for none by album. It is noon on 21 November 2026 and nothing has played.
+class Station
+{
+public:
+    Station()
+    {
+        m_world.cClock.SetNow(DateTimeOf({2026, 11, 21, 12, 0, 0}));
+        m_world.cFiles.MakeFolders(L"C:\\Host\\Debugging Logs\\Scheduler");
+        m_world.cFiles.MakeFolders(L"C:\\Host\\Scheduler\\Rules");
+        cMod.StoreAppPath(L"C:\\Host");
+        colMainCats->Add(TextKey(cMainCat->CatID()), cMainCat);
+        cMainCat->AddSubCat(cLevel);
+        SetRules({false, 60, 60, -1});
+    }
+
+    // ---- the outside
+    DateTime Now() const { return m_world.cClock.Now(); }
+    void SetNow(DateTime dtNow) { m_world.cClock.SetNow(dtNow); }
+    void OnPump(std::function<void()> action) { m_world.cHostLoop.OnPump = std::move(action); }
+    int PumpCount() const { return m_world.cHostLoop.lPumps; }
+    std::vector<ShownBox>& Boxes() { return m_world.cMessages.Boxes; }
+
+    // ---- cuts
+    // A cut of the database that no level holds. Without a title its key is its title.
+    std::shared_ptr<FakeCut> NewCut(const std::wstring& sKey, const std::wstring& sArtist = L"Artist",
+                                    const std::wstring& sTitle = {}, const CutOptions& options = {})
+    {
+        auto cCut = std::make_shared<FakeCut>();
+        cCut->SetKey(sKey);
+        cCut->SetArtist(sArtist);
+        cCut->SetTitle(sTitle.empty() ? sKey : sTitle);
+        cCut->SetAlbum(options.sAlbum);
+        cCut->SetOpener(options.bOpener);
+        cCut->SetRunTimemS(options.lRunTime);
+        cCut->SetCatLevel(2);
+        cDataBase->colCuts.push_back(cCut);
+        return cCut;
+    }
+    // The same, filed at the end of the level.
+    std::shared_ptr<FakeCut> AddCut(const std::wstring& sKey, const std::wstring& sArtist = L"Artist",
+                                    const std::wstring& sTitle = {}, const CutOptions& options = {})
+    {
+        std::shared_ptr<FakeCut> cCut = NewCut(sKey, sArtist, sTitle, options);
+        bool bCreated = false;
+        cLevel->AddCut(cCut, bCreated);
+        return cCut;
+    }
+
+    // ---- the level
+    std::vector<std::wstring> Order() const
+    {
+        std::vector<std::wstring> colKeys;
+        const std::shared_ptr<CutCollection> colOrder = cLevel->SchedCuts();
+        for (std::size_t i = 0; i < colOrder->Count(); ++i)
+            colKeys.push_back(colOrder->KeyAt(i)->Text());
+        return colKeys;
+    }
+    void SendAllToFront(const std::vector<std::wstring>& colKeys)
+    {
+        const std::shared_ptr<CutCollection> colOrder = cLevel->SchedCuts();
+        for (const std::wstring& sKey : colKeys)
+            colOrder->MoveToEnd(*colOrder->PositionOf(sKey));
+        for (std::size_t i = colKeys.size(); i < colOrder->Count(); ++i)
+            colOrder->MoveToEnd(0);
+    }
+    // Rules without a file.
+    void SetRules(const SeparationRules& rules)
+    {
+        auto cRules = std::make_shared<clsCatRules>(cMod);
+        cRules->Apply({rules.lArtist, rules.lTitle, rules.lAlbum, rules.bIgnore});
+        cLevel->SetRules(cRules);
+    }
+    // The rules the level makes for itself: none set.
+    void UseRulesFile() { cLevel->SetRules(nullptr); }
+    // Takes the level and its main category away from the station.
+    void DeleteMainCat()
+    {
+        cMainCat->RemoveSubCat(cMainCat->SubCat(2));
+        colMainCats->Clear();
+        cMainCat = nullptr;
+    }
+
+    // ---- plays
+    // A cut that plays elsewhere and is in the history.
+    std::shared_ptr<FakeCut> PlayedSecondsAgo(std::int64_t lSeconds, const std::wstring& sArtist,
+                                              const std::wstring& sTitle, const std::wstring& sAlbum = {})
+    {
+        const std::shared_ptr<FakeCut> cCut =
+            NewCut(L"played " + DecimalText(++m_lPlays), sArtist, sTitle, {.sAlbum = sAlbum});
+        cCut->SetLastPlayed(Now() - static_cast<double>(lSeconds) / 86400.0);
+        cHistory.Record(*cCut, *cDataBase);
+        return cCut;
+    }
+    std::shared_ptr<FakeCut> Played(int lMinutesAgo, const std::wstring& sArtist, const std::wstring& sTitle,
+                                    const std::wstring& sAlbum = {})
+    {
+        return PlayedSecondsAgo(lMinutesAgo * 60, sArtist, sTitle, sAlbum);
+    }
+
+    // ---- the debug log: its lines without the one that tells of its creation
+    std::vector<std::wstring> Log() const { return Column(lStampWidth, std::wstring::npos); }
+    std::vector<std::wstring> LogStamps() const { return Column(0, lStampWidth); }
+    int Count(const std::wstring& sLine) const
+    {
+        const std::vector<std::wstring> colLines = Log();
+        return static_cast<int>(std::count(colLines.begin(), colLines.end(), sLine));
+    }
+
+    SelectionWorld World() { return LiveWorld(cMod, cHistory, cDataBase); }
+
+private:
+    static constexpr std::size_t lStampWidth = 18;
+
+    std::vector<std::wstring> Column(std::size_t lFrom, std::size_t lWidth) const
+    {
+        static const std::wstring sFile = L"C:\\Host\\Debugging Logs\\Scheduler\\Scheduler 21.deb";
+        if (!m_world.cFiles.FileExists(sFile))
+            return {};
+        std::vector<std::wstring> colLines =
+            Split(m_world.cCodePage.Decode(m_world.cFiles.Get(sFile)), sCrLf);
+        colLines.pop_back(); // the end of the last line
+        colLines.erase(colLines.begin());
+        for (std::wstring& sLine : colLines)
+            sLine = sLine.substr(lFrom, lWidth);
+        return colLines;
+    }
+
+    MemoryWorld m_world;
+    int m_lPlays = 0;
+
+public:
+    ModScheduler cMod{m_world.AllPorts()};
+    PlayHistory cHistory;
+    std::shared_ptr<FakeDataBase> cDataBase = std::make_shared<FakeDataBase>();
+    std::shared_ptr<CatCollection> colMainCats = std::make_shared<CatCollection>();
+    std::shared_ptr<clsCat> cMainCat = std::make_shared<clsCat>(cMod, L"Pop", 0);
+    std::shared_ptr<clsCat> cLevel = std::make_shared<clsCat>(cMod, L"Pop", 2);
+};
+
+} // namespace ravlo::test
