@@ -6,6 +6,7 @@
 #include "ports/RuntimeError.h"
 
 #include <windows.h>
+#undef ReplaceFile // the system's macro would rename ours
 
 namespace ravlo
 {
