@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "collections/CaseFolding.h"
+#include "media/DataBase.h"
+#include "media/PlainCut.h"
+#include "ports/RuntimeError.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ravlo::test
+{
+
+// A cut of a database in memory. Each member can be told to fail (error 91, which stands for a cut whose
+// record is gone).
+class FakeCut final : public Cut
+{
+public:
+    FakeCut() : m_cValues(NewPlainCut()) {}
+
+    // Names of members that fail from now on, e.g. "Artist".
+    std::set<std::string> failing;
+    mutable std::map<std::string, int> calls;
+    bool bClonesNothing = false;
+    std::int32_t lID = 0; // the database's number
+    // Called at the start of every member's call, with its name: what a host's cut may do meanwhile.
+    std::function<void(const std::string& sMember)> OnCall;
+
+    TextKey Key() const override { return In("Key").Key(); }
+    std::wstring SecondaryKey() const override { return In("SecondaryKey").SecondaryKey(); }
+    std::int32_t ID() const override
+    {
+        In("ID");
+        return lID;
+    }
+    std::wstring Path() const override { return In("Path").Path(); }
+    std::wstring Artist() const override { return In("Artist").Artist(); }
+    std::wstring Title() const override { return In("Title").Title(); }
+    std::wstring Album() const override { return In("Album").Album(); }
+    std::int32_t Year() const override { return In("Year").Year(); }
+    std::int32_t RunTimemS() const override { return In("RunTimemS").RunTimemS(); }
+    std::int32_t DurationmS() const override { return In("DurationmS").DurationmS(); }
+    std::wstring DurationText() const override { return In("DurationText").DurationText(); }
+    DateTime LastPlayed() const override { return In("LastPlayed").LastPlayed(); }
+    bool Opener() const override { return In("Opener").Opener(); }
+    std::int32_t CatLevel() const override { return In("CatLevel").CatLevel(); }
+    std::vector<std::wstring> CategoryNames() const override { return In("CategoryNames").CategoryNames(); }
+    bool HasCategoryName(std::wstring_view sName) const override
+    {
+        return In("HasCategoryName").HasCategoryName(sName);
+    }
+    void AddCategoryName(const std::wstring& sName) override { In("AddCategoryName").AddCategoryName(sName); }
+    void RemoveCategoryName(const std::wstring& sName) override
+    {
+        In("RemoveCategoryName").RemoveCategoryName(sName);
+    }
+    std::wstring CategoryText() const override { return In("CategoryText").CategoryText(); }
+    void SetCategoryText(const std::wstring& sText) override { In("SetCategoryText").SetCategoryText(sText); }
+    void SetKey(const std::wstring& sKey) override { In("SetKey").SetKey(sKey); }
+    void SetSecondaryKey(const std::wstring& sKey) override { In("SetSecondaryKey").SetSecondaryKey(sKey); }
+    void SetPath(const std::wstring& sPath) override { In("SetPath").SetPath(sPath); }
+    void SetArtist(const std::wstring& sArtist) override { In("SetArtist").SetArtist(sArtist); }
+    void SetTitle(const std::wstring& sTitle) override { In("SetTitle").SetTitle(sTitle); }
+    void SetAlbum(const std::wstring& sAlbum) override { In("SetAlbum").SetAlbum(sAlbum); }
+    void SetYear(std::int32_t lYear) override { In("SetYear").SetYear(lYear); }
+    void SetRunTimemS(std::int32_t lRunTime) override { In("SetRunTimemS").SetRunTimemS(lRunTime); }
+    void SetDurationmS(std::int32_t lDuration) override { In("SetDurationmS").SetDurationmS(lDuration); }
+    void SetLastPlayed(DateTime dtWhen) override { In("SetLastPlayed").SetLastPlayed(dtWhen); }
+    void SetOpener(bool bOpener) override { In("SetOpener").SetOpener(bOpener); }
+    void SetCatLevel(std::int32_t lLevel) override { In("SetCatLevel").SetCatLevel(lLevel); }
+    std::wstring CategoryKey() const override { return In("CategoryKey").CategoryKey(); }
+    void SetCategoryKey(const std::wstring& sKey) override { In("SetCategoryKey").SetCategoryKey(sKey); }
+    bool MustBeOpener() const override { return In("MustBeOpener").MustBeOpener(); }
+    void SetMustBeOpener(bool bMust) override { In("SetMustBeOpener").SetMustBeOpener(bMust); }
+    std::int32_t KindCode() const override { return In("KindCode").KindCode(); }
+    void SetKindCode(std::int32_t lKind) override { In("SetKindCode").SetKindCode(lKind); }
+    std::shared_ptr<Cut> CloneCut() const override
+    {
+        In("CloneCut");
+        return bClonesNothing ? nullptr : PlainCopyOf(*m_cValues);
+    }
+
+private:
+    Cut& In(const char* sMember) const
+    {
+        ++calls[sMember];
+        if (OnCall)
+            OnCall(sMember);
+        if (failing.count(sMember) != 0)
+            throw RuntimeError(error::ObjectNotSet);
+        return *m_cValues;
+    }
+
+    std::shared_ptr<Cut> m_cValues;
+};
+
+// A media database in memory. Hands out each cut as the same object.
+class FakeDataBase final : public DataBase
+{
+public:
+    Cuts colCuts;
+    std::vector<DataBaseEvents*> colListeners;
+    bool bAllCutsFails = false;
+    bool bFails = false;       // every look-up
+    bool bNewCutFails = false; // NewCut alone
+    bool bNewCutIsNothing = false;
+    std::shared_ptr<Cut> cNewCut; // what NewCut gives, once; a plain cut otherwise
+
+    Cuts AllCuts() const override
+    {
+        if (bAllCutsFails)
+            throw RuntimeError(error::DeviceIo);
+        return colCuts;
+    }
+    std::shared_ptr<Cut> CutByKey(const TextKey& cKey) const override
+    {
+        return First([&](const Cut& cCut) { return cCut.Key() == cKey; });
+    }
+    std::shared_ptr<Cut> CutByArtistTitle(const std::wstring& sArtist,
+                                          const std::wstring& sTitle) const override
+    {
+        if (sArtist.empty() && sTitle.empty())
+            return nullptr;
+        return First(
+            [&](const Cut& cCut)
+            { return EqualIgnoringCase(cCut.Artist(), sArtist) && EqualIgnoringCase(cCut.Title(), sTitle); });
+    }
+    std::shared_ptr<Cut> NewCut() const override
+    {
+        if (bNewCutFails)
+            throw RuntimeError(error::DeviceIo);
+        if (bNewCutIsNothing)
+            return nullptr;
+        return cNewCut ? cNewCut : NewPlainCut();
+    }
+    void Advise(DataBaseEvents& cEvents) override
+    {
+        if (std::find(colListeners.begin(), colListeners.end(), &cEvents) == colListeners.end())
+            colListeners.push_back(&cEvents);
+    }
+    void Unadvise(DataBaseEvents& cEvents) noexcept override { std::erase(colListeners, &cEvents); }
+
+    // Tells every listener, as a database tells of its changes: Announce(&DataBaseEvents::CutsAdded,
+    // colCuts).
+    template <class... Parameters, class... Arguments>
+    void Announce(void (DataBaseEvents::*pEvent)(Parameters...), const Arguments&... arguments)
+    {
+        for (DataBaseEvents* cListener : std::vector(colListeners))
+            (cListener->*pEvent)(arguments...);
+    }
+
+    // Makes a cut of the database.
+    std::shared_ptr<FakeCut> Add(const std::wstring& sKey, const std::wstring& sCategoryText,
+                                 std::int32_t lLevel, std::int32_t lRunTimemS = 180'000)
+    {
+        auto cCut = std::make_shared<FakeCut>();
+        cCut->SetKey(sKey);
+        cCut->SetArtist(L"Artist of " + sKey);
+        cCut->SetTitle(L"Title of " + sKey);
+        cCut->SetCategoryText(sCategoryText);
+        cCut->SetCatLevel(lLevel);
+        cCut->SetRunTimemS(lRunTimemS);
+        cCut->calls.clear();
+        colCuts.push_back(cCut);
+        return cCut;
+    }
+
+    void Remove(const Cut& cCut)
+    {
+        std::erase_if(colCuts, [&](const std::shared_ptr<Cut>& cOwn) { return cOwn.get() == &cCut; });
+    }
+
+private:
+    std::shared_ptr<Cut> First(const std::function<bool(const Cut&)>& matches) const
+    {
+        if (bFails)
+            throw RuntimeError(error::DeviceIo);
+        for (const std::shared_ptr<Cut>& cCut : colCuts)
+        {
+            if (matches(*cCut))
+                return cCut;
+        }
+        return nullptr;
+    }
+};
+
+} // namespace ravlo::test
