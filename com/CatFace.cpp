@@ -61,7 +61,7 @@ STDMETHODIMP CatFace::putref_SchedCuts(IDispatch* newVal)
         [&]
         {
             if (newVal)
-            m_cCat->SetSchedCuts(CutsIn(newVal));
+                m_cCat->SetSchedCuts(CutsIn(newVal));
         });
 }
 STDMETHODIMP CatFace::AddCut(_clsCut* cCut, VARIANT_BOOL* bCreatedNewSubCat, VARIANT_BOOL* pVal)
@@ -126,6 +126,15 @@ std::shared_ptr<clsCat> CatFrom(_clsCat* pCat)
     if (const CatFace* pFace = FaceMap<CatFace>::Instance().Find(pCat))
         return pFace->Core();
     throw RuntimeError(error::TypeMismatch);
+}
+
+Cats CatsIn(IDispatch* colCats)
+{
+    Cats colResult;
+    if (colCats)
+        ForEachItem(colCats,
+                    [&](const Variant& cItem) { colResult.push_back(CatAdapter::FromVariant(cItem)); });
+    return colResult;
 }
 
 Variant CatAdapter::ToVariant(const std::shared_ptr<clsCat>& cCat)

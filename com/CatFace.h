@@ -52,6 +52,10 @@ ComPtr<_clsCat> CatOut(const std::shared_ptr<clsCat>& cCat);
 // The category behind a face. Null for none; error 13 for an object that is no category of this library.
 std::shared_ptr<clsCat> CatFrom(_clsCat* pCat);
 
+// The categories of an automation collection, in order; none for Nothing. Error 13 when an item is no
+// category.
+Cats CatsIn(IDispatch* colCats);
+
 // Items that are categories.
 struct CatAdapter
 {

@@ -41,6 +41,7 @@ macro(ravlo_com_server name)
   target_include_directories(${name} PRIVATE ${CMAKE_BINARY_DIR}/include/${name}_dll)
   target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${RAVLO_WARNINGS}>)
   target_link_libraries(${name} PRIVATE comkit ${A_DEPENDS})
+  target_link_options(${name} PRIVATE $<$<CONFIG:Release>:-s>)
   set(tlbs ${A_TYPELIBS})
   list(TRANSFORM tlbs REPLACE "(.+)" "${RAVLO_TYPELIB_DIR}/\\1.tlb")
   set_source_files_properties(${folder}/${name}.rc PROPERTIES

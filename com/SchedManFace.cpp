@@ -53,6 +53,34 @@ ComPtr<_clsCollection> CollectionOut(const std::shared_ptr<OrderedKeyedCollectio
     return FaceOfCollection<Adapter>(colItems);
 }
 
+// Nothing is no cuts.
+Cuts CutsOrNone(IDispatch* colCuts) { return colCuts ? CutsIn(colCuts) : Cuts(); }
+
+struct KeyedItem
+{
+    Variant cItem;
+    std::optional<std::wstring> sKey;
+};
+
+// The items of an automation collection. Only this library's own collections tell their items' keys.
+std::vector<KeyedItem> ItemsOf(const ComPtr<IDispatch>& colItems)
+{
+    std::vector<KeyedItem> colResult;
+    const CollectionFace* pFace = FaceMap<CollectionFace>::Instance().Find(colItems.Get());
+    if (!pFace)
+    {
+        ForEachItem(colItems.Get(),
+                    [&](const Variant& cItem) {
+                        colResult.push_back({cItem, std::nullopt});
+                    });
+        return colResult;
+    }
+    const CollectionModel& cModel = pFace->Model();
+    for (std::size_t i = 0; i < cModel.Count(); ++i)
+        colResult.push_back({cModel.At(i), cModel.KeyAt(i)});
+    return colResult;
+}
+
 // Adds the categories that colTarget does not hold yet, under their names.
 void AddMissing(const CatCollection& colFound, _clsCollection& colTarget)
 {
@@ -165,25 +193,59 @@ STDMETHODIMP SchedManFace::ShowGridCuts(IDispatch*, BSTR*, IDispatch*, IDispatch
 {
     return Guard([] { NotInThisRelease(L"ShowGridCuts"); });
 }
-STDMETHODIMP SchedManFace::MoveCutsInCategory(_clsCat*, IDispatch*, LONG)
+STDMETHODIMP SchedManFace::MoveCutsInCategory(_clsCat* cCat, IDispatch* colCutsInsert, LONG PosInto)
 {
-    return Guard([] { NotInThisRelease(L"MoveCutsInCategory"); });
+    return Guard(
+        [&]
+        {
+            m_cSchedMan->MoveCutsInCategory(CatFrom(cCat), CutsOrNone(colCutsInsert),
+                                            static_cast<std::int32_t>(PosInto));
+        });
 }
-STDMETHODIMP SchedManFace::RandomizeCollection(VARIANT*)
+STDMETHODIMP SchedManFace::RandomizeCollection(VARIANT* ColNew)
 {
-    return Guard([] { NotInThisRelease(L"RandomizeCollection"); });
+    return Guard(
+        [&]
+        {
+            VARIANT& colNew = Out(ColNew);
+            TrapCritical(m_cSchedMan->Mod(), L"Error in Randomize Collection ", false,
+                         [&]
+                         {
+                             const auto colItems = ItemsOf(ObjectIn<IDispatch>(colNew));
+                             const auto colShuffled = std::make_shared<ItemCollection>();
+                             for (const std::size_t lPosition : m_cSchedMan->RandomOrderOf(colItems.size()))
+                             {
+                                 const KeyedItem& item = colItems[lPosition];
+                                 const TextKey cKey(item.sKey.value_or(std::wstring()));
+                                 colShuffled->Insert(colShuffled->Count(), item.sKey ? &cKey : nullptr,
+                                                     item.cItem);
+                             }
+                             Variant cResult(static_cast<IDispatch*>(NewCollection(colShuffled).Get()));
+                             VariantClear(&colNew);
+                             colNew = cResult.Detach();
+                             return true;
+                         });
+        });
 }
-STDMETHODIMP SchedManFace::ShuffleCategories(IDispatch*, VARIANT_BOOL)
+STDMETHODIMP SchedManFace::ShuffleCategories(IDispatch* colCats, VARIANT_BOOL bConfirmFirst)
 {
-    return Guard([] { NotInThisRelease(L"ShuffleCategories"); });
+    return Guard([&] { m_cSchedMan->ShuffleCategories(CatsIn(colCats), bConfirmFirst != VARIANT_FALSE); });
 }
-STDMETHODIMP SchedManFace::CreateMainCat(BSTR*, VARIANT_BOOL*)
+STDMETHODIMP SchedManFace::CreateMainCat(BSTR* sName, VARIANT_BOOL* pVal)
 {
-    return Guard([] { NotInThisRelease(L"CreateMainCat"); });
+    return Guard(
+        [&]
+        {
+            VARIANT_BOOL& bResult = Out(pVal);
+            std::wstring sNameUsed = sName ? TextOf(*sName) : std::wstring();
+            bResult = BoolOf(m_cSchedMan->CreateMainCat(sNameUsed));
+            if (bResult != VARIANT_FALSE)
+                Replace(sName, sNameUsed);
+        });
 }
-STDMETHODIMP SchedManFace::CreateCatLevel(_clsCat*, VARIANT_BOOL*)
+STDMETHODIMP SchedManFace::CreateCatLevel(_clsCat* cMainCatIn, VARIANT_BOOL* pVal)
 {
-    return Guard([] { NotInThisRelease(L"CreateCatLevel"); });
+    return Guard([&] { Out(pVal) = BoolOf(m_cSchedMan->CreateCatLevel(CatFrom(cMainCatIn))); });
 }
 
 STDMETHODIMP SchedManFace::UpdateArtistTitleHistory(_clsCut* cCut)
@@ -191,9 +253,9 @@ STDMETHODIMP SchedManFace::UpdateArtistTitleHistory(_clsCut* cCut)
     return Guard([&] { m_cSchedMan->UpdateArtistTitleHistory(CutFrom(cCut)); });
 }
 
-STDMETHODIMP SchedManFace::ListCats(IDispatch*, BSTR*)
+STDMETHODIMP SchedManFace::ListCats(IDispatch* colCats, BSTR* pVal)
 {
-    return Guard([] { NotInThisRelease(L"ListCats"); });
+    return Guard([&] { Out(pVal) = NewBstr(m_cSchedMan->ListCats(CatsIn(colCats))); });
 }
 
 STDMETHODIMP SchedManFace::RemoveCutFromCategory(_clsCat* cMainCat, _clsCut* cCut,
@@ -213,13 +275,23 @@ STDMETHODIMP SchedManFace::RemoveCutFromCategory(_clsCat* cMainCat, _clsCut* cCu
         });
 }
 
-STDMETHODIMP SchedManFace::DeleteCats(IDispatch*, VARIANT_BOOL*)
+STDMETHODIMP SchedManFace::DeleteCats(IDispatch* colCats, VARIANT_BOOL* pVal)
 {
-    return Guard([] { NotInThisRelease(L"DeleteCats"); });
+    return Guard([&] { Out(pVal) = BoolOf(m_cSchedMan->DeleteCats(CatsIn(colCats))); });
 }
-STDMETHODIMP SchedManFace::DoMassCatChange(eCatDragOptions, IDispatch*, _clsCat*, IDispatch*, VARIANT_BOOL*)
+STDMETHODIMP SchedManFace::DoMassCatChange(::eCatDragOptions eCatDragOption, IDispatch* colSubCatsFrom,
+                                           _clsCat* cSubCatTo, IDispatch* colCutsToChange,
+                                           VARIANT_BOOL* bCreatedNewSubCats)
 {
-    return Guard([] { NotInThisRelease(L"DoMassCatChange"); });
+    return Guard(
+        [&]
+        {
+            bool bCreated = false;
+            m_cSchedMan->DoMassCatChange(static_cast<eCatDragOptions>(eCatDragOption), CatsIn(colSubCatsFrom),
+                                         CatFrom(cSubCatTo), CutsOrNone(colCutsToChange), bCreated);
+            if (bCreated && bCreatedNewSubCats)
+                *bCreatedNewSubCats = VARIANT_TRUE;
+        });
 }
 STDMETHODIMP SchedManFace::ShowCatUI(_clsCat**, _clsCat**, VARIANT_BOOL*, BSTR, _clsCollection**,
                                      VARIANT_BOOL, VARIANT_BOOL, _clsCut*, VARIANT*)

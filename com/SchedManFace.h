@@ -46,7 +46,7 @@ public:
     STDMETHODIMP RemoveCutFromCategory(_clsCat* cMainCat, _clsCut* cCut, _clsCollection** colMainCatsIN,
                                        LONG LevelToRemoveFrom) override;
     STDMETHODIMP DeleteCats(IDispatch* colCats, VARIANT_BOOL* pVal) override;
-    STDMETHODIMP DoMassCatChange(eCatDragOptions eCatDragOption, IDispatch* colSubCatsFrom,
+    STDMETHODIMP DoMassCatChange(::eCatDragOptions eCatDragOption, IDispatch* colSubCatsFrom,
                                  _clsCat* cSubCatTo, IDispatch* colCutsToChange,
                                  VARIANT_BOOL* bCreatedNewSubCats) override;
     STDMETHODIMP ShowCatUI(_clsCat** cMainCatChosen, _clsCat** cSubCatChosen, VARIANT_BOOL* bOpenerChosen,

@@ -177,9 +177,9 @@ STDMETHODIMP CollectionFace::get__NewEnum(IUnknown** ppEnum)
         });
 }
 
-ComPtr<CollectionFace> NewCollection()
+ComPtr<CollectionFace> NewCollection(const std::shared_ptr<ItemCollection>& colItems)
 {
-    return FaceOfCollection<AnyAdapter>(std::make_shared<OrderedKeyedCollection<Variant>>());
+    return FaceOfCollection<AnyAdapter>(colItems);
 }
 
 std::wstring TextAdapter::FromVariant(const VARIANT& value)

@@ -22,6 +22,8 @@ public:
     virtual ~CollectionModel() = default;
     virtual std::size_t Count() const = 0;
     virtual Variant At(std::size_t lPosition) const = 0;
+    // Nothing for an item without a key.
+    virtual std::optional<std::wstring> KeyAt(std::size_t lPosition) const = 0;
     virtual std::optional<std::size_t> PositionOf(const std::wstring& sKey) const = 0;
     // Error 457 when the key is there already, 13 for an item of the wrong kind.
     virtual void Insert(std::size_t lPosition, const std::optional<std::wstring>& sKey,
@@ -46,6 +48,11 @@ public:
         // A copy: what the conversion calls may change the collection.
         const Item item = m_colItems->At(lPosition);
         return Adapter::ToVariant(item);
+    }
+    std::optional<std::wstring> KeyAt(std::size_t lPosition) const override
+    {
+        const TextKey* pKey = m_colItems->KeyAt(lPosition);
+        return pKey ? std::optional(pKey->Text()) : std::nullopt;
     }
     std::optional<std::size_t> PositionOf(const std::wstring& sKey) const override
     {
@@ -102,7 +109,8 @@ ComPtr<CollectionFace> FaceOfCollection(const std::shared_ptr<OrderedKeyedCollec
 }
 
 // A free-standing collection of values of any kind.
-ComPtr<CollectionFace> NewCollection();
+using ItemCollection = OrderedKeyedCollection<Variant>;
+ComPtr<CollectionFace> NewCollection(const std::shared_ptr<ItemCollection>& colItems);
 
 // Items that are texts.
 struct TextAdapter

@@ -25,6 +25,10 @@ public:
     {
         return Variant(std::wstring_view(m_cCut->CategoryNames().at(lPosition)));
     }
+    std::optional<std::wstring> KeyAt(std::size_t lPosition) const override
+    {
+        return m_cCut->CategoryNames().at(lPosition);
+    }
     std::optional<std::size_t> PositionOf(const std::wstring& sKey) const override
     {
         const auto colNames = m_cCut->CategoryNames();

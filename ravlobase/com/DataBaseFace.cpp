@@ -33,6 +33,10 @@ public:
     {
         return CutAdapter::ToVariant(m_cStore->CutCollection().At(lPosition));
     }
+    std::optional<std::wstring> KeyAt(std::size_t lPosition) const override
+    {
+        return m_cStore->CutCollection().At(lPosition)->Key().Text();
+    }
     std::optional<std::size_t> PositionOf(const std::wstring& sKey) const override
     {
         return m_cStore->CutCollection().PositionOf(sKey);
