@@ -525,8 +525,8 @@ TEST_F(RulesTest, AFailureAtAnyStepOfASaveLeavesTheOldFileOrTheNewOneAndIsReport
         {
             clsCatRules cRules(cOther);
             cRules.SetCatID(L"Pop");
-            EXPECT_EQ(cRules.Apply({.lArtist = {}, .lTitle = 9, .lAlbum = {}, .bIgnore = {}}),
-                      !cFiles.bFailed);
+            const bool bSaved = cRules.Apply({.lArtist = {}, .lTitle = 9, .lAlbum = {}, .bIgnore = {}});
+            EXPECT_EQ(bSaved, !cFiles.bFailed);
             EXPECT_EQ(cDisk.cFiles.Get(PathOf(L"Pop")), cFiles.bFailed ? oldRules : newRules);
             EXPECT_EQ(cDisk.cMessages.Boxes,
                       cFiles.bFailed ? Boxes{HandledError(L"SaveRules", L"Disk full", L"61")} : Boxes{});
