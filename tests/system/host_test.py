@@ -1,0 +1,303 @@
+# SPDX-License-Identifier: MIT
+"""RavloHost.exe from outside: import, days, logs and mistakes, with the real libraries behind it.
+
+RAVLO_WINE_RUN, RAVLO_HOST and RAVLO_SAMPLES name the wrapper, the program and the folder of samples.
+"""
+import csv
+import datetime
+import io
+import os
+import pathlib
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+WINE_RUN = os.environ["RAVLO_WINE_RUN"]
+HOST = os.environ["RAVLO_HOST"]
+SAMPLES = pathlib.Path(os.environ["RAVLO_SAMPLES"])
+START = "2030-01-01T00:00:00"
+HEADING = "start,category,level,opener,kind,artist,title,album,path,duration_ms,artist_gap_min,title_gap_min"
+SEPARATION = datetime.timedelta(minutes=60)
+
+# One artist, so that the second slot cannot keep the separation; no opener in level 2.
+TINY = """path,artist,title,album,year,duration_ms,run_time_ms,categories,level,opener
+D:\\a.mp3,Ann,One,,2001,200000,200000,rock,1,Y
+D:\\b.mp3,Ann,Two,,2001,100000,100000,rock,1,N
+D:\\c.mp3,Bob,"Say ""hi"", twice",,2001,150000,150000,rock,2,N
+"""
+
+
+def run(*arguments, folder):
+    done = subprocess.run([WINE_RUN, HOST, *map(str, arguments)], cwd=folder, capture_output=True, check=False)
+    return done.returncode, done.stdout.decode("utf-8"), done.stderr.decode("utf-8")
+
+
+def read_log(file):
+    text = file.read_bytes().decode("utf-8")
+    assert text.split("\n", 1)[0] == HEADING and "\r" not in text, text[:200]
+    rows = list(csv.DictReader(io.StringIO(text, newline="")))
+    for row in rows:
+        row["at"] = datetime.datetime.fromisoformat(row["start"])
+    return rows
+
+
+def read_library(file):
+    with open(file, encoding="utf-8", newline="") as text:
+        return {row["path"]: row for row in csv.DictReader(text)}
+
+
+def fold(text):
+    return "".join(c.upper() if len(c.upper()) == 1 else c for c in text)
+
+
+def content_of(folder):
+    return {str(file.relative_to(folder)): file.read_bytes() if file.is_file() else None
+            for file in sorted(folder.rglob("*"))}
+
+
+class RavloHost(unittest.TestCase):
+    maxDiff = 4000
+
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="ravlo-host-"))
+        self.addCleanup(shutil.rmtree, self.folder)
+
+    def write(self, name, text):
+        file = self.folder / name
+        file.write_text(text, encoding="utf-8")
+        return name
+
+    def good(self, *arguments, folder=None):
+        status, out, error = run(*arguments, folder=folder or self.folder)
+        self.assertEqual((status, error), (0, ""), out)
+        return out
+
+    def import_samples(self, folder=None):
+        return self.good("import", "--db", "library.db", "--csv", SAMPLES / "library.csv", folder=folder)
+
+    def import_tiny(self):
+        return self.good("import", "--db", "library.db", "--csv", self.write("tiny.csv", TINY))
+
+    def day(self, log, *arguments, folder=None):
+        self.good("day", "--db", "library.db", "--app", "station", "--log", log, *arguments, folder=folder)
+        return read_log((folder or self.folder) / log)
+
+    def sample_day(self, log, *arguments, folder=None):
+        return self.day(log, "--clock", SAMPLES / "clock.txt", *arguments, folder=folder)
+
+    def refused(self, status, text, *arguments):
+        before = content_of(self.folder)
+        answer = run(*arguments, folder=self.folder)
+        self.assertEqual((answer[0], answer[1]), (status, ""), answer)
+        self.assertEqual(answer[2].count("\n"), 1, answer[2])
+        self.assertTrue(answer[2].startswith("RavloHost: "), answer[2])
+        self.assertIn(text, answer[2])
+        self.assertEqual(content_of(self.folder), before)
+
+    def check_separations(self, rows):
+        for name in ("artist", "title"):
+            last = {}
+            for row in rows:
+                key = fold(row[name])
+                gap = row["at"] - last[key] if key and key in last else None
+                if gap is not None:
+                    self.assertGreaterEqual(gap, SEPARATION, row)
+                    self.assertAlmostEqual(float(row[name + "_gap_min"]), gap.total_seconds() / 60, delta=0.006)
+                last[key] = row["at"]
+
+    def check_contiguous(self, rows):
+        for before, row in zip(rows, rows[1:]):
+            ends = before["at"] + datetime.timedelta(milliseconds=int(before["duration_ms"]))
+            self.assertLessEqual(abs(row["at"] - ends), datetime.timedelta(seconds=1), row)
+
+    # Import
+
+    def test_an_import_tells_the_number_of_cuts(self):
+        self.assertIn("Imported 5000 cuts", self.import_samples())
+        self.assertTrue((self.folder / "library.db").exists())
+
+    def test_a_second_import_of_the_same_library_adds_nothing(self):
+        self.import_tiny()
+        self.import_tiny()
+        rows = self.day("log.csv", "--start", START, "--hours", "1", "--clock", self.write("c", "rock,1\n"))
+        self.assertEqual({row["path"] for row in rows}, {"D:\\a.mp3", "D:\\b.mp3"})
+
+    def test_an_import_that_cannot_be_done_leaves_no_database_behind(self):
+        self.write("bad.csv", "artist,title\nAnn,One\n")
+        self.refused(1, "nothing.csv", "import", "--db", "new.db", "--csv", "nothing.csv")
+        self.refused(1, "", "import", "--db", "new.db", "--csv", "bad.csv")
+        self.refused(1, "", "import", "--db", "missing/new.db", "--csv", "bad.csv")
+
+    def test_an_import_that_cannot_be_done_leaves_the_database_as_it_is(self):
+        self.import_tiny()
+        self.write("bad.csv", "artist,title\nAnn,One\n")
+        self.refused(1, "", "import", "--db", "library.db", "--csv", "bad.csv")
+        self.write("no.db", "this is no database\n" * 100)
+        self.refused(1, "", "import", "--db", "no.db", "--csv", "tiny.csv")
+
+    def test_import_tells_its_progress_only_when_asked_to(self):
+        self.write("tiny.csv", TINY)
+        status, out, error = run("import", "--db", "a.db", "--csv", SAMPLES / "library.csv", "--progress",
+                                 folder=self.folder)
+        self.assertEqual(status, 0)
+        self.assertIn("Imported 5000 cuts", out)
+        self.assertNotEqual(error, "")
+
+    # Days
+
+    def test_a_day_fills_every_slot_within_the_separations(self):
+        self.import_samples()
+        rows = self.sample_day("log.csv", "--start", START)
+        library = read_library(SAMPLES / "library.csv")
+        self.assertEqual(rows[0]["start"], START)
+        self.assertGreater(len(rows), 24 * 12)
+        self.assertLess(rows[-1]["at"], datetime.datetime(2030, 1, 2))
+        self.check_contiguous(rows)
+        self.check_separations(rows)
+        for row in rows:
+            self.assertEqual(row["kind"], "0")
+            cut = library[row["path"]]
+            self.assertEqual([row[n] for n in ("artist", "title", "album", "duration_ms", "level")],
+                             [cut[n] for n in ("artist", "title", "album", "duration_ms", "level")])
+            self.assertIn(row["category"], cut["categories"].split("/"))
+            self.assertTrue(row["opener"] == "N" or cut["opener"] == "Y", row)
+
+    def test_the_clock_begins_anew_with_every_hour(self):
+        self.import_samples()
+        rows = self.sample_day("log.csv", "--start", "2030-01-01T10:30:00", "--hours", "4")
+        lines = [line.split(",") for line in (SAMPLES / "clock.txt").read_text(encoding="utf-8").splitlines()
+                 if line and line[0] != "#" and not line.startswith("category")]
+        next_line, hour = 0, None
+        for row in rows:
+            if row["at"].hour != hour or next_line == len(lines):
+                next_line, hour = 0, row["at"].hour
+            self.assertEqual((row["category"], row["level"]), tuple(lines[next_line][:2]), row)
+            next_line += 1
+
+    def test_a_second_day_continues_the_first(self):
+        self.import_samples()
+        first = self.sample_day("1.csv", "--start", START)
+        second = self.sample_day("2.csv")
+        self.check_contiguous(first[-1:] + second[:1])
+        self.check_separations(first + second)
+        self.assertTrue(all(row["kind"] == "0" for row in second))
+        # The rotation goes on where it was: in a level larger than a day needs nothing comes again.
+        self.assertEqual({row["path"] for row in first if (row["category"], row["level"]) == ("pop", "1")}
+                         & {row["path"] for row in second if (row["category"], row["level"]) == ("pop", "1")}, set())
+
+    def test_the_same_input_gives_the_same_log(self):
+        logs = []
+        for name, more in (("a", ()), ("b", ()), ("c", ("--save-each",))):
+            folder = self.folder / name
+            folder.mkdir()
+            self.import_samples(folder)
+            self.sample_day("log.csv", "--start", START, "--hours", "6", *more, folder=folder)
+            logs.append((folder / "log.csv").read_bytes())
+        self.assertEqual(logs[0], logs[1])
+        self.assertEqual(logs[0], logs[2])
+
+    def test_slots_start_at_their_own_times(self):
+        self.import_samples()
+        self.write("slots.csv", "slot_at,category,level,opener\n2030-01-01T08:00:00,rock,1,Y\n"
+                                "2030-01-01T08:10:00,rock,2,N\n2030-01-01T12:00:00,pop,1,N\n")
+        rows = self.day("log.csv", "--slots", "slots.csv")
+        self.assertEqual([(r["start"][11:], r["category"], r["level"], r["opener"], r["kind"]) for r in rows],
+                         [("08:00:00", "rock", "1", "Y", "0"), ("08:10:00", "rock", "2", "N", "0"),
+                          ("12:00:00", "pop", "1", "N", "0")])
+
+    def test_the_first_slot_is_measured_from_the_start(self):
+        self.import_tiny()
+        clock = self.write("c", "rock,2\n")
+        self.day("1.csv", "--start", "2030-01-01T10:00:00", "--hours", "1",
+                 "--slots", self.write("s.csv", "slot_at,category,level,opener\n2030-01-01T10:00:00,rock,2,N\n"))
+        early = self.day("2.csv", "--start", "2030-01-01T10:59:59", "--hours", "1", "--clock", clock)
+        self.assertEqual((early[0]["kind"], early[0]["artist_gap_min"]), ("15", "59.98"))
+        # The last play of the run before starts within the hour it was given; an hour later the separation holds.
+        late = early[-1]["at"] + SEPARATION
+        rows = self.day("3.csv", "--start", late.isoformat(), "--hours", "1", "--clock", clock)
+        self.assertEqual((rows[0]["kind"], rows[0]["artist_gap_min"]), ("0", "60.00"))
+
+    def test_an_empty_slot_is_a_row_with_its_kind_and_lasts_three_minutes(self):
+        self.import_tiny()
+        rows = self.day("log.csv", "--start", START, "--hours", "1", "--clock", self.write("c", "rock,2,Y\n"))
+        self.assertEqual(len(rows), 20)
+        for number, row in enumerate(rows):
+            self.assertEqual(row["start"], f"2030-01-01T00:{3 * number:02}:00")
+            self.assertEqual([row[n] for n in ("opener", "kind", "artist", "title", "path", "duration_ms")],
+                             ["Y", "11", "", "", "", ""])
+
+    def test_a_cut_that_breaks_a_separation_the_least_is_marked_with_its_kind(self):
+        self.import_tiny()
+        rows = self.day("log.csv", "--start", START, "--hours", "1", "--clock", self.write("c", "rock,1,N\n"))
+        self.assertEqual(rows[0]["kind"], "0")
+        # Both cuts are Ann's: her other title is a breach of the artist's separation alone.
+        self.assertEqual((rows[1]["kind"], rows[1]["path"]), ("14", "D:\\b.mp3"))
+        self.assertEqual(rows[1]["artist_gap_min"], "3.33")
+        self.assertEqual({row["kind"] for row in rows[2:]}, {"15"})
+
+    def test_without_clock_or_slots_every_level_gets_its_turn(self):
+        self.import_tiny()
+        rows = self.day("log.csv", "--start", START, "--hours", "1")
+        self.assertEqual([(r["category"], r["level"]) for r in rows[:3]], [("rock", "1"), ("rock", "2"), ("rock", "1")])
+
+    def test_a_day_prints_its_log_and_a_summary(self):
+        self.import_tiny()
+        self.write("c", "rock,1,N\nrock,2,Y\n")
+        arguments = ("day", "--db", "library.db", "--app", "station", "--start", START, "--hours", "1", "--clock", "c")
+        out = self.good(*arguments).splitlines()
+        self.assertEqual(out[0], "2030-01-01T00:00:00  rock 1  Ann - One")
+        self.assertEqual(out[1], "2030-01-01T00:03:20  rock 2 opener  (nothing)  [kind 11]")
+        self.assertTrue(any(line.startswith("Slots: ") for line in out))
+        quiet = self.good(*arguments, "--quiet")
+        self.assertTrue(quiet.startswith("From "), quiet)
+
+    def test_the_station_is_the_folder_that_was_asked_for(self):
+        self.import_tiny()
+        self.write("c", "rock,1\n")
+        self.good("day", "--db", self.folder / "library.db", "--app", self.folder / "deep" / "station", "--start", START,
+                  "--hours", "1", "--clock", self.folder / "c")
+        self.assertTrue((self.folder / "deep" / "station" / "Scheduler" / "History_and_Ordering" / "rock.sif").exists())
+
+    # Mistakes
+
+    def test_a_usage_mistake_has_status_two(self):
+        self.import_tiny()
+        day = ("day", "--db", "library.db", "--app", "station")
+        self.refused(2, "", "day")
+        self.refused(2, "", "dance")
+        self.refused(2, "--start", *day, "--start", "noon")
+        self.refused(2, "--hours", *day, "--hours", "0")
+        self.refused(2, "--clock", *day, "--clock", "c", "--slots", "s")
+
+    def test_a_bad_file_changes_nothing(self):
+        self.import_tiny()
+        self.write("good", "rock,1\n")
+        self.write("bad_level", "rock,1\nrock,one\n")
+        self.write("bad_category", "rock,1\njazz,1\n")
+        self.write("bad_slots.csv", "slot_at,category,level,opener\n2030-01-01T00:00:00,rock,1,N\nnoon,rock,1,N\n")
+        self.write("no.db", "this is no database\n" * 100)
+        day = ("day", "--db", "library.db", "--app", "station", "--start", START, "--log", "log.csv")
+        self.refused(1, "missing", *day, "--clock", "missing")
+        self.refused(1, "bad_level, line 2: ", *day, "--clock", "bad_level")
+        self.refused(1, "bad_category, line 2: no cut stands in jazz 1", *day, "--clock", "bad_category")
+        self.refused(1, "bad_slots.csv, line 3: ", *day, "--slots", "bad_slots.csv")
+        self.refused(1, "missing.db", "day", "--db", "missing.db", "--app", "station", "--clock", "good")
+        self.refused(1, "", "day", "--db", "no.db", "--app", "station", "--clock", "good")
+        self.refused(1, "nowhere", "day", "--db", "library.db", "--app", "station", "--clock", "good", "--log",
+                     "nowhere/log.csv")
+        self.refused(1, "good", "day", "--db", "library.db", "--app", "good", "--clock", "good")
+
+    def test_names_from_every_script_come_through(self):
+        text = TINY + "D:\\\u6771.mp3,\u6771\u4eac,Bj\u00f6rk \u2013 \u00e9t\u00e9 \U0001f3b5,,2001,200000,200000,\u00fcber,1,N\n"
+        self.good("import", "--db", "b\u00fccher.db", "--csv", self.write("tiny.csv", text))
+        self.write("c", "\u00dcBER,1\n")
+        self.good("day", "--db", "b\u00fccher.db", "--app", "st\u00e4tion", "--start", START, "--hours", "1", "--clock", "c",
+                  "--log", "l\u00f6g.csv")
+        row = read_log(self.folder / "l\u00f6g.csv")[0]
+        self.assertEqual((row["artist"], row["title"], row["path"]),
+                         ("\u6771\u4eac", "Bj\u00f6rk \u2013 \u00e9t\u00e9 \U0001f3b5", "D:\\\u6771.mp3"))
+
+
+if __name__ == "__main__":
+    unittest.main()
