@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "rotation/FakeDataBase.h"
 #include "rotation/SeparationRules.h"
+#include "support/FakeDataBase.h"
 
 #include <gtest/gtest.h>
 

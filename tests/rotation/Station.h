@@ -4,9 +4,9 @@
 #include "collections/Text.h"
 #include "model/clsCat.h"
 #include "platform/memory/MemoryWorld.h"
-#include "rotation/FakeDataBase.h"
 #include "rotation/PlayHistory.h"
 #include "rotation/Selection.h"
+#include "support/FakeDataBase.h"
 
 #include <algorithm>
 #include <functional>
