@@ -1,10 +1,37 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "media/DataBase.h"
+#include "model/clsCat.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
 namespace ravlo
 {
 
-// What the manager asks of its library window. The window side implements it; without windows there is none.
+// What the category window is opened with, and what it leaves behind.
+struct CategoryRequest
+{
+    // In: what is chosen at first. Out, with the answer 1 only: what the user chose.
+    std::shared_ptr<clsCat> cMainCatChosen; // null for none
+    std::shared_ptr<clsCat> cSubCatChosen;  // null for all levels
+    bool bOpenerChosen = false;
+    Cuts colSelCuts; // out: the cuts selected when OK was chosen
+
+    std::wstring sCaption; // empty: the window's own
+    bool bAllowNew = false;
+    bool bAllowMultiSelect = false;
+    // With bAllowMultiSelect: shown by its categories at first; receives the level and the categories chosen.
+    std::shared_ptr<Cut> cCut;
+};
+
+// The answers of the category window.
+inline constexpr std::int32_t lChosen = 1;
+inline constexpr std::int32_t lNotChosen = 2;
+
+// What the manager asks of its windows. The window side implements it; without windows there is none.
 class SchedulerWindows
 {
 public:
@@ -17,6 +44,11 @@ public:
     virtual void ReloadLibrary() = 0;
     // Refreshes tree and grid of an existing window.
     virtual void RefreshLibrary() = 0;
+    // Shows the library window until it is closed; brings one that is showing to the front.
+    virtual void ShowLibrary() = 0;
+    // Shows the category window until it is closed: lChosen after OK, lNotChosen otherwise, also when it is
+    // showing already.
+    virtual std::int32_t ShowCategory(CategoryRequest& request) = 0;
 };
 
 } // namespace ravlo

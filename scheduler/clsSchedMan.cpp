@@ -338,6 +338,30 @@ void clsSchedMan::DoMassCatChange(eCatDragOptions eCatDragOption, const Cats& co
 
 void clsSchedMan::ShowHelp() { m_cParts->cEvents.ShowHelpEvent(); }
 
+// No Call here: a window may show for hours, and the lines logged meanwhile belong into the file at once.
+void clsSchedMan::ShowLibraryUI()
+{
+    const std::shared_ptr<clsSchedMan> cKeepAlive = weak_from_this().lock();
+    Parts& my = *m_cParts;
+    my.cMod.FlushDebugLog();
+    TrapCritical(my.cMod, L"Error in ShowLibraryUI [cSchedMan]", false,
+                 [&]
+                 {
+                     if (my.cWindows)
+                         my.cWindows->ShowLibrary();
+                     return true;
+                 });
+}
+
+std::int32_t clsSchedMan::ShowCatUI(CategoryRequest& request)
+{
+    const std::shared_ptr<clsSchedMan> cKeepAlive = weak_from_this().lock();
+    Parts& my = *m_cParts;
+    my.cMod.FlushDebugLog();
+    return TrapCritical(my.cMod, L"Error in ShowCatUI [cSchedMan]", lNotChosen,
+                        [&] { return my.cWindows ? my.cWindows->ShowCategory(request) : lNotChosen; });
+}
+
 bool clsSchedMan::UIShowing() const noexcept
 {
     return m_cParts->cWindows && m_cParts->cWindows->LibraryShowing();

@@ -96,6 +96,9 @@ public:
     void SetRotatesAllowed(bool bAllowed) noexcept;
 
     void ShowHelp();
+    // Show the windows until they are closed; nothing happens, and lNotChosen comes back, when there are none.
+    void ShowLibraryUI();
+    std::int32_t ShowCatUI(CategoryRequest& request);
     bool UIShowing() const noexcept;
     // Reloads the library window from the present objects; reads neither database nor files.
     void ReloadAll();
