@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: MIT
+// What every implementation of Files must do alike.
+#include "platform/FilesWorlds.h"
+
+namespace ravlo
+{
+namespace
+{
+
+class FilesContract : public FilesTest
+{
+};
+
+INSTANTIATE_TEST_SUITE_P(Every, FilesContract, ::testing::ValuesIn(AllFilesKinds()),
+                         [](const auto& kind) { return std::string(kind.param.sName); });
+
+std::string AllBytes()
+{
+    std::string bytes;
+    for (int i = 0; i < 256; ++i)
+        bytes += static_cast<char>(i);
+    return bytes;
+}
+
+TEST_P(FilesContract, WrittenBytesAreReadBackAsTheyWere)
+{
+    for (const std::string& bytes :
+         {std::string(), std::string("x"), AllBytes(), std::string("a\r\nb\n\x1A")})
+    {
+        m_cFiles.WriteNew(In(L"a.sif"), bytes);
+        EXPECT_EQ(m_cFiles.ReadAll(In(L"a.sif")), bytes);
+    }
+    const std::string large(3'000'000, 'r');
+    m_cFiles.WriteNew(In(L"large.sif"), large);
+    EXPECT_TRUE(m_cFiles.ReadAll(In(L"large.sif")) == large);
+}
+
+TEST_P(FilesContract, WritingEmptiesTheOldContentFirst)
+{
+    m_cFiles.WriteNew(In(L"a.sif"), "a long old content");
+    m_cFiles.WriteNew(In(L"a.sif"), "new");
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"a.sif")), "new");
+}
+
+TEST_P(FilesContract, ExistenceTellsFilesFromFolders)
+{
+    m_cFiles.WriteNew(In(L"a.sif"), "");
+    m_cFiles.CreateFolder(In(L"Sub"));
+    EXPECT_TRUE(m_cFiles.FileExists(In(L"a.sif")));
+    EXPECT_FALSE(m_cFiles.FolderExists(In(L"a.sif")));
+    EXPECT_TRUE(m_cFiles.FolderExists(In(L"Sub")));
+    EXPECT_TRUE(m_cFiles.FolderExists(In(L"Sub\\")));
+    EXPECT_FALSE(m_cFiles.FileExists(In(L"Sub")));
+    EXPECT_FALSE(m_cFiles.FileExists(In(L"b.sif")));
+    EXPECT_FALSE(m_cFiles.FolderExists(In(L"Other")));
+    EXPECT_FALSE(m_cFiles.FileExists(In(L"Other\\a.sif")));
+    EXPECT_FALSE(m_cFiles.FileExists(L""));
+}
+
+TEST_P(FilesContract, NamesAreTakenLiterally)
+{
+    m_cFiles.WriteNew(In(L"a1.sif"), "kept");
+    for (const wchar_t* sPattern : {L"a?.sif", L"a*.sif", L"*", L"a1.*", L"?1.sif", L"a1.s<", L"a1\".sif"})
+    {
+        EXPECT_FALSE(m_cFiles.FileExists(In(sPattern))) << sPattern;
+        EXPECT_FALSE(m_cFiles.FolderExists(In(sPattern))) << sPattern;
+        EXPECT_NE(NumberRaisedBy([&] { m_cFiles.ReadAll(In(sPattern)); }), 0) << sPattern;
+        EXPECT_NE(NumberRaisedBy([&] { m_cFiles.Delete(In(sPattern)); }), 0) << sPattern;
+        EXPECT_NE(NumberRaisedBy([&] { m_cFiles.Rename(In(sPattern), In(L"b.sif")); }), 0) << sPattern;
+    }
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"a1.sif")), "kept");
+    EXPECT_EQ(m_cWorld->EntriesInRoot(), 1u);
+}
+
+TEST_P(FilesContract, NamesMayHoldDotsBlanksAndAnyLetter)
+{
+    for (const wchar_t* sName : {L"R.E.M..sif", L"..a.sif", L"Top 40 Hits.sif", L"\u00FCber \u20AC.sif",
+                                 L"\u4E2D\u6587.sif", L"\U0001F3B5.sif", L"[a]{b}(c)'&%$#@!~`^+=,;.sif"})
+    {
+        m_cFiles.WriteNew(In(sName), "x");
+        EXPECT_TRUE(m_cFiles.FileExists(In(sName))) << sName;
+        EXPECT_EQ(m_cFiles.ReadAll(In(sName)), "x") << sName;
+        m_cFiles.Delete(In(sName));
+        EXPECT_FALSE(m_cFiles.FileExists(In(sName))) << sName;
+    }
+}
+
+TEST_P(FilesContract, PathsMayBeLongerThanTheClassicLimit)
+{
+    std::wstring sFolder = m_cWorld->Root();
+    for (int i = 0; i < 4; ++i)
+    {
+        sFolder += L"\\" + std::wstring(100, static_cast<wchar_t>(L'a' + i));
+        m_cFiles.CreateFolder(sFolder);
+        EXPECT_TRUE(m_cFiles.FolderExists(sFolder));
+    }
+    const std::wstring sPath = sFolder + L"\\a.sif";
+    m_cFiles.WriteNew(sPath, "old");
+    ReplaceFile(m_cFiles, sPath, "far down");
+    m_cFiles.Append(sPath, "!");
+    EXPECT_EQ(m_cFiles.ReadAll(sPath), "far down!");
+    m_cFiles.Delete(sPath);
+    EXPECT_FALSE(m_cFiles.FileExists(sPath));
+}
+
+TEST_P(FilesContract, CreatingAFolderMakesItsLastComponentOnly)
+{
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.CreateFolder(In(L"A\\B")); }), error::PathNotFound);
+    EXPECT_FALSE(m_cFiles.FolderExists(In(L"A")));
+    m_cFiles.CreateFolder(In(L"A"));
+    m_cFiles.CreateFolder(In(L"A\\B"));
+    EXPECT_TRUE(m_cFiles.FolderExists(In(L"A\\B")));
+}
+
+TEST_P(FilesContract, CreatingAFolderWhoseNameIsTakenRaises58)
+{
+    m_cFiles.CreateFolder(In(L"A"));
+    m_cFiles.WriteNew(In(L"b"), "kept");
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.CreateFolder(In(L"A")); }), error::FileAlreadyExists);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.CreateFolder(In(L"b")); }), error::FileAlreadyExists);
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"b")), "kept");
+}
+
+TEST_P(FilesContract, AMissingFileRaises53AndAMissingFolder76)
+{
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.ReadAll(In(L"a.sif")); }), error::FileNotFound);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.Delete(In(L"a.sif")); }), error::FileNotFound);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.Rename(In(L"a.sif"), In(L"b.sif")); }), error::FileNotFound);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.ReadAll(In(L"Sub\\a.sif")); }), error::PathNotFound);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.Delete(In(L"Sub\\a.sif")); }), error::PathNotFound);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.WriteNew(In(L"Sub\\a.sif"), "x"); }), error::PathNotFound);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.Append(In(L"Sub\\a.sif"), "x"); }), error::PathNotFound);
+    EXPECT_EQ(m_cWorld->EntriesInRoot(), 0u);
+}
+
+TEST_P(FilesContract, AFileIsNoFolder)
+{
+    m_cFiles.WriteNew(In(L"a"), "x");
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.ReadAll(In(L"a\\b")); }), error::PathNotFound);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.WriteNew(In(L"a\\b"), "x"); }), error::PathNotFound);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.CreateFolder(In(L"a\\b")); }), error::PathNotFound);
+}
+
+TEST_P(FilesContract, AFolderInPlaceOfAFileRaises75)
+{
+    m_cFiles.CreateFolder(In(L"Sub"));
+    m_cFiles.WriteNew(In(L"a.sif"), "kept");
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.ReadAll(In(L"Sub")); }), error::PathFileAccess);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.WriteNew(In(L"Sub"), "x"); }), error::PathFileAccess);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.Append(In(L"Sub"), "x"); }), error::PathFileAccess);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.Delete(In(L"Sub")); }), error::PathFileAccess);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.Rename(In(L"a.sif"), In(L"Sub")); }), error::PathFileAccess);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.Rename(In(L"Sub"), In(L"Other")); }), error::PathFileAccess);
+    EXPECT_TRUE(m_cFiles.FolderExists(In(L"Sub")));
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"a.sif")), "kept");
+}
+
+TEST_P(FilesContract, AppendingCreatesTheFileAndAddsAtItsEnd)
+{
+    m_cFiles.Append(In(L"a.log"), "one\r\n");
+    m_cFiles.Append(In(L"a.log"), "");
+    m_cFiles.Append(In(L"a.log"), AllBytes());
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"a.log")), "one\r\n" + AllBytes());
+}
+
+TEST_P(FilesContract, RenamingGivesTheFileAnotherName)
+{
+    m_cFiles.WriteNew(In(L"a.sif"), "x");
+    m_cFiles.Rename(In(L"a.sif"), In(L"b.sif"));
+    EXPECT_FALSE(m_cFiles.FileExists(In(L"a.sif")));
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"b.sif")), "x");
+}
+
+TEST_P(FilesContract, RenamingReplacesAFileOfThatName)
+{
+    m_cFiles.WriteNew(In(L"a.sif"), "new");
+    m_cFiles.WriteNew(In(L"b.sif"), "a longer old one");
+    m_cFiles.Rename(In(L"a.sif"), In(L"b.sif"));
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"b.sif")), "new");
+    EXPECT_EQ(m_cWorld->EntriesInRoot(), 1u);
+}
+
+TEST_P(FilesContract, DeletingRemovesThatFileOnly)
+{
+    m_cFiles.WriteNew(In(L"a.sif"), "a");
+    m_cFiles.WriteNew(In(L"b.sif"), "b");
+    m_cFiles.Delete(In(L"a.sif"));
+    EXPECT_FALSE(m_cFiles.FileExists(In(L"a.sif")));
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"b.sif")), "b");
+}
+
+TEST_P(FilesContract, AnEmptyPathNamesNothing)
+{
+    EXPECT_NE(NumberRaisedBy([&] { m_cFiles.ReadAll(L""); }), 0);
+    EXPECT_NE(NumberRaisedBy([&] { m_cFiles.WriteNew(L"", "x"); }), 0);
+    EXPECT_NE(NumberRaisedBy([&] { m_cFiles.Delete(L""); }), 0);
+}
+
+TEST_P(FilesContract, TheLibraryLiesInAFolder)
+{
+    const std::wstring sFolder = m_cFiles.LibraryFolder();
+    EXPECT_TRUE(m_cFiles.FolderExists(sFolder)) << sFolder;
+    ASSERT_FALSE(sFolder.empty());
+    EXPECT_NE(sFolder.back(), L'\\');
+    EXPECT_EQ(sFolder.find(L'/'), std::wstring::npos);
+}
+
+TEST_P(FilesContract, NamesAreFoundWithoutRegardToCaseWhereTheSystemDoesSo)
+{
+    m_cFiles.WriteNew(In(L"Jazz \u00C4.sif"), "x");
+    EXPECT_EQ(m_cFiles.FileExists(In(L"JAZZ \u00E4.SIF")), GetParam().bIgnoresCase);
+}
+
+TEST_P(FilesContract, NamesThatWindowsRefusesRaise52There)
+{
+    if (!GetParam().bIgnoresCase)
+        GTEST_SKIP() << "any character but the separator is good here";
+    for (const wchar_t* sName : {L"a?b", L"a*b", L"a<b", L"a>b", L"a|b", L"a\"b", L"a:b", L"a:b.sif"})
+    {
+        EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.WriteNew(In(sName), "x"); }), error::BadFileName) << sName;
+        EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.Append(In(sName), "x"); }), error::BadFileName) << sName;
+        EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.CreateFolder(In(sName)); }), error::BadFileName) << sName;
+        EXPECT_FALSE(m_cFiles.FileExists(In(sName))) << sName;
+    }
+    EXPECT_EQ(m_cWorld->EntriesInRoot(), 0u);
+}
+
+} // namespace
+} // namespace ravlo

@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+#include "platform/FilesWorlds.h"
+#include "platform/memory/FailingFiles.h"
+#include "platform/memory/MemoryFiles.h"
+
+namespace ravlo
+{
+namespace
+{
+
+class ReplaceFileOn : public FilesTest
+{
+};
+
+INSTANTIATE_TEST_SUITE_P(Every, ReplaceFileOn, ::testing::ValuesIn(AllFilesKinds()),
+                         [](const auto& kind) { return std::string(kind.param.sName); });
+
+TEST_P(ReplaceFileOn, CreatesAndReplacesAndLeavesNothingBeside)
+{
+    ReplaceFile(m_cFiles, In(L"a.sif"), "old");
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"a.sif")), "old");
+    ReplaceFile(m_cFiles, In(L"a.sif"), "new");
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"a.sif")), "new");
+    EXPECT_EQ(m_cWorld->EntriesInRoot(), 1u);
+}
+
+TEST_P(ReplaceFileOn, WhicheverStepFailsTheFileIsTheOldOneOrTheNew)
+{
+    int lFailures = 0;
+    for (int lGood = 0;; ++lGood)
+    {
+        m_cFiles.WriteNew(In(L"a.sif"), "old content");
+        FailingFiles cFailing(m_cFiles, lGood, error::DeviceIo);
+        const std::int32_t lNumber =
+            NumberRaisedBy([&] { ReplaceFile(cFailing, In(L"a.sif"), "the new content"); });
+        EXPECT_EQ(lNumber, cFailing.bFailed ? error::DeviceIo : 0);
+        EXPECT_EQ(m_cFiles.ReadAll(In(L"a.sif")), lNumber != 0 ? "old content" : "the new content");
+        EXPECT_EQ(m_cWorld->EntriesInRoot(), 1u) << "after " << lGood << " good steps";
+        if (!cFailing.bFailed)
+            break;
+        ++lFailures;
+    }
+    EXPECT_EQ(lFailures, 4); // create, write, flush, rename
+}
+
+TEST_P(ReplaceFileOn, AFailureLeavesNoFileWhereThereWasNone)
+{
+    for (int lGood = 0; lGood < 4; ++lGood)
+    {
+        FailingFiles cFailing(m_cFiles, lGood);
+        EXPECT_EQ(NumberRaisedBy([&] { ReplaceFile(cFailing, In(L"a.sif"), "new"); }), error::DiskFull);
+        EXPECT_EQ(m_cWorld->EntriesInRoot(), 0u) << "after " << lGood << " good steps";
+    }
+}
+
+TEST_P(ReplaceFileOn, ReportsTheFirstFailureWhenTheTemporaryFileCannotBeDeletedEither)
+{
+    m_cFiles.WriteNew(In(L"a.sif"), "old");
+    FailingFiles cFailing(m_cFiles, 1, error::DiskFull);
+    cFailing.bStaysBroken = true;
+    EXPECT_EQ(NumberRaisedBy([&] { ReplaceFile(cFailing, In(L"a.sif"), "new"); }), error::DiskFull);
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"a.sif")), "old");
+}
+
+TEST_P(ReplaceFileOn, MissingFolderRaises76)
+{
+    EXPECT_EQ(NumberRaisedBy([&] { ReplaceFile(m_cFiles, In(L"Sub\\a.sif"), "x"); }), error::PathNotFound);
+}
+
+TEST(ReplaceFile, TheTemporaryFileIsShortNamedAndStandsBesideTheFile)
+{
+    MemoryFiles cFiles{{L"C:\\Radio\\a.sif", "old"}};
+    cFiles.ClearOperations();
+    ReplaceFile(cFiles, L"C:\\Radio\\a.sif", "new");
+    ASSERT_EQ(cFiles.Operations().size(), 2u);
+    const std::wstring sWrite = cFiles.Operations()[0];
+    const std::wstring sTemporary = sWrite.substr(sWrite.find(L' ') + 1);
+    EXPECT_EQ(sWrite, L"WriteNew " + sTemporary);
+    EXPECT_EQ(sTemporary.substr(0, 9), L"C:\\Radio\\");
+    EXPECT_LE(sTemporary.size(), 9u + 13u);
+    EXPECT_EQ(cFiles.Operations()[1], L"Rename " + sTemporary + L" -> C:\\Radio\\a.sif");
+}
+
+TEST(ReplaceFile, WorksOnANameWithoutAFolder)
+{
+    MemoryFiles cFiles{{L"a.sif", "old"}};
+    ReplaceFile(cFiles, L"a.sif", "new");
+    EXPECT_EQ(cFiles.Get(L"a.sif"), "new");
+    EXPECT_EQ(cFiles.Paths(), std::vector<std::wstring>{L"a.sif"});
+}
+
+// Says of the first names it is asked about that they are taken, and remembers them.
+class CrowdedFiles final : public Files
+{
+public:
+    explicit CrowdedFiles(Files& cInner) : m_cInner(cInner) {}
+
+    bool FileExists(const std::wstring& sPath) const override
+    {
+        if (sTaken.size() >= 3)
+            return m_cInner.FileExists(sPath);
+        sTaken.push_back(sPath);
+        return true;
+    }
+    bool FolderExists(const std::wstring& sPath) const override { return m_cInner.FolderExists(sPath); }
+    void CreateFolder(const std::wstring& sPath) override { m_cInner.CreateFolder(sPath); }
+    std::string ReadAll(const std::wstring& sPath) const override { return m_cInner.ReadAll(sPath); }
+    void WriteNew(const std::wstring& sPath, std::string_view bytes) override
+    {
+        m_cInner.WriteNew(sPath, bytes);
+    }
+    void Append(const std::wstring& sPath, std::string_view bytes) override { m_cInner.Append(sPath, bytes); }
+    void Rename(const std::wstring& sFrom, const std::wstring& sTo) override { m_cInner.Rename(sFrom, sTo); }
+    void Delete(const std::wstring& sPath) override { m_cInner.Delete(sPath); }
+    std::wstring LibraryFolder() const override { return m_cInner.LibraryFolder(); }
+
+    mutable std::vector<std::wstring> sTaken;
+
+private:
+    Files& m_cInner;
+};
+
+TEST(ReplaceFile, NeverTakesANameThatIsTaken)
+{
+    MemoryFiles cMemory;
+    CrowdedFiles cFiles(cMemory);
+    ReplaceFile(cFiles, L"C:\\a.sif", "new");
+    ASSERT_EQ(cFiles.sTaken.size(), 3u);
+    for (const std::wstring& sTaken : cFiles.sTaken)
+        EXPECT_NE(cMemory.Operations()[0], L"WriteNew " + sTaken);
+    EXPECT_EQ(cMemory.Get(L"C:\\a.sif"), "new");
+}
+
+TEST(ReplaceFile, AReadOnlyFileIsLeftAsItIs)
+{
+    MemoryFiles cFiles{{L"C:\\a.sif", "old"}};
+    cFiles.SetReadOnly(L"C:\\a.sif");
+    EXPECT_EQ(NumberRaisedBy([&] { ReplaceFile(cFiles, L"C:\\a.sif", "new"); }), error::PathFileAccess);
+    EXPECT_EQ(cFiles.Get(L"C:\\a.sif"), "old");
+    EXPECT_EQ(cFiles.Paths().size(), 1u);
+}
+
+} // namespace
+} // namespace ravlo
