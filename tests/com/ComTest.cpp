@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "com/ComTest.h"
+
+#include "com/kit/Collection.h"
+
+namespace ravlo
+{
+
+namespace
+{
+
+// The server's own word on whether objects of it live; a server that is not loaded has none.
+HRESULT CanUnload(const wchar_t* sModule)
+{
+    const HMODULE hModule = GetModuleHandleW(sModule);
+    if (!hModule)
+        return S_OK;
+    const FARPROC pFunction = GetProcAddress(hModule, "DllCanUnloadNow");
+    using Function = HRESULT(WINAPI*)();
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(pFunction))();
+}
+
+std::filesystem::path ScratchFolder()
+{
+    const auto* pInfo = testing::UnitTest::GetInstance()->current_test_info();
+    const std::string sName = std::string("ravlo-") + pInfo->test_suite_name() + "-" + pInfo->name();
+    return std::filesystem::temp_directory_path() / (sName + std::to_string(GetCurrentProcessId()));
+}
+
+} // namespace
+
+ErrorText TakeErrorInfo()
+{
+    ErrorText text;
+    ComPtr<IErrorInfo> cInfo;
+    if (GetErrorInfo(0, cInfo.Receive()) != S_OK)
+        return text;
+    Bstr sDescription;
+    Bstr sSource;
+    cInfo->GetDescription(sDescription.Receive());
+    cInfo->GetSource(sSource.Receive());
+    return {sDescription.Text(), sSource.Text()};
+}
+
+ComTest::ComTest() : m_folder(ScratchFolder())
+{
+    EXPECT_EQ(CoInitialize(nullptr), S_OK);
+    std::filesystem::create_directories(m_folder);
+}
+
+ComTest::~ComTest()
+{
+    CoUninitialize();
+    std::error_code ignored;
+    std::filesystem::remove_all(m_folder, ignored);
+}
+
+void ComTest::TearDown()
+{
+    SetErrorInfo(0, nullptr);
+    EXPECT_EQ(CanUnload(L"RavloSched.dll"), S_OK) << "an object of the scheduler is still alive";
+    EXPECT_EQ(CanUnload(L"RavloBase.dll"), S_OK) << "an object of the database is still alive";
+}
+
+Called Call(IDispatch* pObject, std::wstring_view sMember, WORD wFlags, std::vector<VARIANT> colArguments,
+            std::vector<NamedArgument> colNamed)
+{
+    std::vector<std::wstring> colTexts{std::wstring(sMember)};
+    for (const NamedArgument& named : colNamed)
+        colTexts.push_back(named.sName);
+    std::vector<LPOLESTR> colNames;
+    for (std::wstring& sText : colTexts)
+        colNames.push_back(sText.data());
+    std::vector<DISPID> colIds(colNames.size());
+    Called called;
+    called.hResult = pObject->GetIDsOfNames(IID_NULL, colNames.data(), static_cast<UINT>(colNames.size()),
+                                            LOCALE_USER_DEFAULT, colIds.data());
+    if (FAILED(called.hResult))
+        return called;
+
+    std::vector<VARIANT> colAll;
+    for (const NamedArgument& named : colNamed)
+        colAll.push_back(named.value);
+    colAll.insert(colAll.end(), colArguments.rbegin(), colArguments.rend());
+    std::vector<DISPID> colNamedIds(colIds.begin() + 1, colIds.end());
+    if ((wFlags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0)
+    {
+        colAll.assign(colArguments.rbegin(), colArguments.rend()); // the value set is named, and first
+        colNamedIds = {DISPID_PROPERTYPUT};
+    }
+    DISPPARAMS arguments{colAll.data(), colNamedIds.data(), static_cast<UINT>(colAll.size()),
+                         static_cast<UINT>(colNamedIds.size())};
+    EXCEPINFO info{};
+    called.hResult = pObject->Invoke(colIds[0], IID_NULL, LOCALE_USER_DEFAULT, wFlags, &arguments,
+                                     &called.cResult, &info, &called.lArgument);
+    called.hError = info.scode;
+    called.sError = TextOf(info.bstrDescription);
+    called.sSource = TextOf(info.bstrSource);
+    SysFreeString(info.bstrDescription);
+    SysFreeString(info.bstrSource);
+    SysFreeString(info.bstrHelpFile);
+    return called;
+}
+
+VARIANT ByReference(Variant& cVariable)
+{
+    VARIANT reference{};
+    reference.vt = VT_BYREF | VT_VARIANT;
+    reference.pvarVal = &cVariable;
+    return reference;
+}
+
+std::vector<std::wstring> ItemsOf(IDispatch* colItems)
+{
+    std::vector<std::wstring> colResult;
+    ForEachItem(colItems,
+                [&](const Variant& cItem)
+                {
+                    const auto cText = cItem.As(VT_BSTR);
+                    colResult.push_back(cText ? TextOf(cText->bstrVal) : L"(object)");
+                });
+    return colResult;
+}
+
+ComPtr<_clsCollection> CollectionOf(const std::vector<Variant>& colItems)
+{
+    auto colResult = Create<_clsCollection>(CLSID_clsCollection);
+    for (const Variant& cItem : colItems)
+        EXPECT_EQ(colResult->Add(cItem, Variant::Omitted(), Variant::Omitted(), Variant::Omitted()), S_OK);
+    return colResult;
+}
+
+} // namespace ravlo
