@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/ColumnLayout.h"
+
+#include "collections/CaseFolding.h"
+#include "collections/Text.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr const wchar_t* sDefaultLayout =
+    L"1|Width|44|1|Order|1|1|Visible|1|2|Width|31|2|Order|2|2|Visible|1|3|Width|130|3|Order|3|3|Visible|1|"
+    L"4|Width|143|4|Order|4|4|Visible|1|5|Width|43|5|Order|5|5|Visible|1|6|Width|154|6|Order|6|6|Visible|1|"
+    L"7|Width|26|7|Order|7|7|Visible|1|8|Width|34|8|Order|8|8|Visible|1|9|Width|0|9|Order|9|9|Visible|1|";
+constexpr int lPathWidth = 200;
+
+std::optional<int> WholeNumber(const std::wstring& sText)
+{
+    const std::optional<double> dValue = NumericValue(sText);
+    return dValue ? ToLong(*dValue) : std::nullopt;
+}
+
+} // namespace
+
+ColumnLayout::ColumnLayout()
+{
+    m_colColumns.back() = {lPathWidth, static_cast<int>(m_colColumns.size()), true};
+    Read(sDefaultLayout);
+}
+
+ColumnLayout::ColumnLayout(std::wstring_view sLayout) : ColumnLayout() { Read(sLayout); }
+
+void ColumnLayout::Read(std::wstring_view sLayout)
+{
+    const std::vector<std::wstring> colFields = Split(sLayout, L"|");
+    for (std::size_t lField = 0; lField + 2 < colFields.size(); lField += 3)
+    {
+        const std::optional<int> lColumn = WholeNumber(colFields[lField]);
+        const std::optional<int> lValue = WholeNumber(colFields[lField + 2]);
+        if (!lColumn || !lValue || *lColumn < 1 || *lColumn > static_cast<int>(m_colColumns.size()))
+            continue;
+        Column& column = m_colColumns[static_cast<std::size_t>(*lColumn - 1)];
+        if (EqualIgnoringCase(colFields[lField + 1], L"Width"))
+            column.lWidth = std::clamp(*lValue, 0, lMaxWidth);
+        else if (EqualIgnoringCase(colFields[lField + 1], L"Order"))
+            column.lOrder = *lValue;
+        else if (EqualIgnoringCase(colFields[lField + 1], L"Visible"))
+            column.bVisible = *lValue != 0;
+    }
+    SortOrders();
+}
+
+void ColumnLayout::SortOrders()
+{
+    const auto colShown = Shown();
+    for (std::size_t lPlace = 0; lPlace < colShown.size(); ++lPlace)
+        m_colColumns[colShown[lPlace]].lOrder = static_cast<int>(lPlace + 1);
+}
+
+std::array<std::size_t, colGridColumns.size()> ColumnLayout::Shown() const
+{
+    std::array<std::size_t, colGridColumns.size()> colShown{};
+    std::iota(colShown.begin(), colShown.end(), std::size_t{0});
+    std::stable_sort(colShown.begin(), colShown.end(),
+                     [this](std::size_t lLeft, std::size_t lRight)
+                     { return m_colColumns[lLeft].lOrder < m_colColumns[lRight].lOrder; });
+    return colShown;
+}
+
+void ColumnLayout::SetWidth(std::size_t lColumn, int lWidth)
+{
+    m_colColumns[lColumn].lWidth = std::clamp(lWidth, 0, lMaxWidth);
+}
+
+void ColumnLayout::SetOrder(const std::array<std::size_t, colGridColumns.size()>& colShown)
+{
+    for (Column& column : m_colColumns)
+        column.lOrder += static_cast<int>(m_colColumns.size()); // behind all that are named
+    for (std::size_t lPlace = 0; lPlace < colShown.size(); ++lPlace)
+        if (colShown[lPlace] < m_colColumns.size())
+            m_colColumns[colShown[lPlace]].lOrder = static_cast<int>(lPlace + 1);
+    SortOrders();
+}
+
+std::wstring ColumnLayout::Text() const
+{
+    std::wstring sText;
+    for (std::size_t lColumn = 0; lColumn < m_colColumns.size(); ++lColumn)
+    {
+        const Column& column = m_colColumns[lColumn];
+        const std::wstring sNumber = DecimalText(static_cast<std::int64_t>(lColumn + 1));
+        sText += sNumber + L"|Width|" + DecimalText(column.lWidth) + L"|" + sNumber + L"|Order|" +
+                 DecimalText(column.lOrder) + L"|" + sNumber + L"|Visible|" +
+                 (column.bVisible ? L"1" : L"0") + L"|";
+    }
+    return sText;
+}
+
+} // namespace ravlo

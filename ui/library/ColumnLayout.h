@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace ravlo
+{
+
+// The grid's columns, in their order. Keys and headers are those hosts and saved layouts know.
+struct GridColumn
+{
+    const wchar_t* sKey;
+    const wchar_t* sHeader;
+};
+inline constexpr std::array<GridColumn, 10> colGridColumns = {{{L"Pos", L"Pos"},
+                                                               {L"ID", L"ID"},
+                                                               {L"Artist", L"Artist"},
+                                                               {L"Title", L"Title"},
+                                                               {L"Dur", L"Dur"},
+                                                               {L"Cat", L"Categories"},
+                                                               {L"Lvl", L"Lvl"},
+                                                               {L"Year", L"Year"},
+                                                               {L"Opener", L"Opener"},
+                                                               {L"Path", L"Path"}}};
+
+// Width, place and visibility of the columns, as the layout string holds them: fields ended by "|", in groups
+// of three: column number from 1, property name (Width, Order, Visible), value.
+class ColumnLayout
+{
+public:
+    static constexpr int lMaxWidth = 2000; // pixels; a wider column could not be taken hold of again
+
+    struct Column
+    {
+        int lWidth = 0; // pixels at 96 dpi, 0 to lMaxWidth
+        int lOrder = 0; // place from 1; all ten are different
+        bool bVisible = true;
+    };
+
+    // The default: column 9 has no width, column 10, which the default string does not name, has 200 pixels.
+    ColumnLayout();
+    // Reads a layout string. A group that is unknown, incomplete or not numeric is ignored, a width out of
+    // range is brought into it, and places are sorted out stably. A string without anything usable gives the
+    // default.
+    explicit ColumnLayout(std::wstring_view sLayout);
+
+    // All ten columns, in the same form.
+    std::wstring Text() const;
+
+    const Column& At(std::size_t lColumn) const { return m_colColumns[lColumn]; } // from 0
+    void SetWidth(std::size_t lColumn, int lWidth);
+    // The columns in the order in which they are shown; a column given twice or not at all keeps its place
+    // behind the others.
+    void SetOrder(const std::array<std::size_t, colGridColumns.size()>& colShown);
+    // Columns from 0 in the order in which they are shown.
+    std::array<std::size_t, colGridColumns.size()> Shown() const;
+
+private:
+    void Read(std::wstring_view sLayout);
+    void SortOrders();
+
+    std::array<Column, colGridColumns.size()> m_colColumns;
+};
+
+} // namespace ravlo

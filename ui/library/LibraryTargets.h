@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "media/DataBase.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace ravlo
+{
+
+// Where the category tree, the cut grid and the progress of filling them go: the library window's own
+// controls, or a tree and a grid that a host passes.
+
+class TreeTarget
+{
+public:
+    virtual ~TreeTarget() = default;
+    virtual void Clear() = 0;
+    // Adds a node as the last child of the node with that key; an empty parent key adds the root.
+    virtual void AddNode(const std::wstring& sParentKey, const std::wstring& sKey, const std::wstring& sText,
+                         const wchar_t* sImage) = 0;
+    // The node's children are kept sorted by text from now on.
+    virtual void SetSorted(const std::wstring& sKey) = 0;
+    virtual void ExpandFirst() = 0;
+};
+
+// The images of a filled tree's nodes.
+class TreeImages
+{
+public:
+    virtual ~TreeImages() = default;
+    // Gives "Open" to the node of that key, compared without regard to case, and to its parent; "Closed" to
+    // every other.
+    virtual void ShowAsOpen(const std::wstring& sKey) = 0;
+};
+
+class GridTarget
+{
+public:
+    virtual ~GridTarget() = default;
+    virtual void SetRedraw(bool bRedraw) = 0;
+    virtual std::size_t ColCount() const = 0;
+    virtual void AddCol(const std::wstring& sKey, const std::wstring& sHeader) = 0;
+    virtual void SetRowCount(std::size_t lRows) = 0;
+    // Row from 1.
+    virtual void SetRowKey(std::size_t lRow, const std::wstring& sKey) = 0;
+    virtual void SetCell(std::size_t lRow, const wchar_t* sColKey, const std::wstring& sValue) = 0;
+    virtual void SetCell(std::size_t lRow, const wchar_t* sColKey, std::int32_t lValue) = 0;
+
+    // A grid that asks the cuts themselves when it paints takes them all at once: true, and no cell is set.
+    virtual bool TakeRows(const Cuts& colCuts) = 0;
+};
+
+class ProgressTarget
+{
+public:
+    virtual ~ProgressTarget() = default;
+    virtual void ProgressStart(const std::wstring& sReason, std::int32_t lMax) = 0;
+    virtual void Progress(const std::wstring& sText, std::int32_t lValue) = 0;
+    virtual void ProgressEnd(const std::wstring& sFirst, const std::wstring& sSecond) = 0;
+};
+
+} // namespace ravlo
