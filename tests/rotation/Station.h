@@ -44,6 +44,7 @@ public:
     DateTime Now() const { return m_world.cClock.Now(); }
     void SetNow(DateTime dtNow) { m_world.cClock.SetNow(dtNow); }
     void OnPump(std::function<void()> action) { m_world.cHostLoop.OnPump = std::move(action); }
+    void OnBox(std::function<void()> action) { m_world.cMessages.OnShown = std::move(action); }
     int PumpCount() const { return m_world.cHostLoop.lPumps; }
     std::vector<ShownBox>& Boxes() { return m_world.cMessages.Boxes; }
 

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "bench/Radio.h"
+
+#include "media/PlainCut.h"
+
+#include <map>
+
+namespace ravlo::bench
+{
+
+namespace
+{
+
+constexpr std::int64_t lCutsPerArtist = 10;
+constexpr std::int64_t lCutsPerAlbum = 12;
+
+} // namespace
+
+std::shared_ptr<Cut> RadioDataBase::NewCut() const { return NewPlainCut(); }
+
+std::shared_ptr<Cut> MadeUpCut(std::int64_t lNumber)
+{
+    std::shared_ptr<Cut> cCut = NewPlainCut();
+    const std::wstring sArtist = L"Artist number " + std::to_wstring(lNumber / lCutsPerArtist);
+    const std::wstring sTitle = L"Title number " + std::to_wstring(lNumber);
+    cCut->SetKey(L"D:\\Music\\" + sArtist + L"\\" + sTitle + L".mp3");
+    cCut->SetArtist(sArtist);
+    cCut->SetTitle(sTitle);
+    cCut->SetAlbum(L"Album number " + std::to_wstring(lNumber / lCutsPerAlbum));
+    cCut->SetCatLevel(1);
+    cCut->SetRunTimemS(1'000);
+    cCut->SetDurationmS(1'000);
+    return cCut;
+}
+
+Radio::Radio(std::int64_t lCuts)
+{
+    cMod.StoreAppPath(L"C:\\Host");
+    for (std::int64_t i = 0; i < lCuts; ++i)
+    {
+        const std::shared_ptr<Cut> cCut = MadeUpCut(i);
+        cCut->SetLastPlayed(world.cClock.Now() - 1);
+        cDataBase->Add(cCut);
+        bool bCreated = false;
+        cLevel->AddCut(cCut, bCreated);
+        cHistory.Record(*cCut, *cDataBase);
+    }
+}
+
+Radio& Radio::OfSize(std::int64_t lCuts)
+{
+    static std::map<std::int64_t, std::unique_ptr<Radio>> colRadios;
+    std::unique_ptr<Radio>& cRadio = colRadios[lCuts];
+    if (!cRadio)
+        cRadio = std::make_unique<Radio>(lCuts);
+    return *cRadio;
+}
+
+} // namespace ravlo::bench

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "media/DataBase.h"
+#include "model/clsCat.h"
+#include "platform/memory/MemoryWorld.h"
+#include "rotation/PlayHistory.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+namespace ravlo::bench
+{
+
+// A media database that costs one hash look-up a cut.
+class RadioDataBase final : public DataBase
+{
+public:
+    void Add(const std::shared_ptr<Cut>& cCut)
+    {
+        m_colCuts.push_back(cCut);
+        m_colByKey.emplace(cCut->Key(), cCut);
+    }
+    Cuts AllCuts() const override { return m_colCuts; }
+    std::shared_ptr<Cut> CutByKey(const TextKey& cKey) const override
+    {
+        const auto it = m_colByKey.find(cKey);
+        return it == m_colByKey.end() ? nullptr : it->second;
+    }
+    std::shared_ptr<Cut> CutByArtistTitle(const std::wstring&, const std::wstring&) const override
+    {
+        return nullptr;
+    }
+    std::shared_ptr<Cut> NewCut() const override;
+    void Advise(DataBaseEvents&) override {}
+    void Unadvise(DataBaseEvents&) noexcept override {}
+
+private:
+    struct Hash
+    {
+        std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
+    };
+    Cuts m_colCuts;
+    std::unordered_map<TextKey, std::shared_ptr<Cut>, Hash> m_colByKey;
+};
+
+// Files that take everything and keep nothing but the name last appended to: what is left of a cost is the
+// library's own.
+class NoFiles final : public Files
+{
+public:
+    bool FileExists(const std::wstring& sPath) const override { return sPath == m_sAppended; }
+    bool FolderExists(const std::wstring&) const override { return true; }
+    void CreateFolder(const std::wstring&) override {}
+    std::string ReadAll(const std::wstring&) const override { return {}; }
+    void WriteNew(const std::wstring&, std::string_view) override {}
+    void Append(const std::wstring& sPath, std::string_view) override { m_sAppended = sPath; }
+    void Rename(const std::wstring&, const std::wstring&) override {}
+    void Delete(const std::wstring&) override {}
+    std::wstring LibraryFolder() const override { return {}; }
+
+private:
+    std::wstring m_sAppended;
+};
+
+// A free-standing cut of a made-up library: ten cuts an artist, twelve an album, every title its own.
+std::shared_ptr<Cut> MadeUpCut(std::int64_t lNumber);
+
+// A station with one level of lCuts cuts, all of which played a day ago.
+struct Radio
+{
+    explicit Radio(std::int64_t lCuts);
+    // One for each size, made when first asked for and kept: building a large one takes longer than measuring
+    // it.
+    static Radio& OfSize(std::int64_t lCuts);
+
+    MemoryWorld world;
+    NoFiles cFiles;
+    ModScheduler cMod{world.AllPortsWith(cFiles)};
+    std::shared_ptr<RadioDataBase> cDataBase = std::make_shared<RadioDataBase>();
+    PlayHistory cHistory;
+    std::shared_ptr<clsCat> cLevel = std::make_shared<clsCat>(cMod, L"Pop", 1);
+};
+
+} // namespace ravlo::bench

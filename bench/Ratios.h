@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace ravlo::bench
+{
+
+// One row group of the table: what something costs beside the least a machine would have to do for it. Both
+// are functions of a benchmark's usual shape (for (auto _ : state) ...) that read their size from
+// state.range(0) and say with state.SetItemsProcessed how many units of work they did; the table compares the
+// time of one unit.
+struct RatioCase
+{
+    std::string sName;
+    std::string sBaseline; // what the baseline does, for the reader
+    std::vector<std::int64_t> colSizes;
+    std::function<void(benchmark::State&)> subject;
+    std::function<void(benchmark::State&)> baseline;
+    double dLimit = 0; // the largest ratio that is accepted; 0 for a row that only informs
+};
+
+// Adds a row group. At the top level of a file of this folder:
+//     const bool bAdded = AddRatio({"name", "baseline", {1'000, 1'000'000}, &Subject, &Baseline, 3.0});
+bool AddRatio(RatioCase ratio);
+
+// The sizes the costs are shown for.
+inline const std::vector<std::int64_t> colAllSizes{1'000, 10'000, 100'000, 1'000'000};
+
+} // namespace ravlo::bench
