@@ -1,0 +1,280 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/CategoryList.h"
+
+#include "platform/memory/FailingFiles.h"
+#include "support/SchedulerTest.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace ravlo::test
+{
+namespace
+{
+
+class CategoryListTest : public testing::Test
+{
+protected:
+    CategoryListTest()
+    {
+        cWorld.cFiles.MakeFolders(L"C:\\Radio\\Scheduler");
+        cMod.StoreAppPath(sRadio);
+    }
+
+    Lines Read(const std::string& bytes)
+    {
+        cWorld.cFiles.Put(sMainCatsPath, bytes);
+        return Read();
+    }
+    Lines Read()
+    {
+        const std::shared_ptr<NameCollection> colNames = cList.GetSavedCatNames();
+        Lines colRead;
+        for (std::size_t lAt = 0; lAt < colNames->Count(); ++lAt)
+        {
+            colRead.push_back(colNames->At(lAt));
+            EXPECT_EQ(colNames->KeyAt(lAt)->Text(), colRead.back()) << "keyed by itself";
+        }
+        return colRead;
+    }
+    std::shared_ptr<CatCollection> Cats(const Lines& colNames)
+    {
+        auto colCats = std::make_shared<CatCollection>();
+        for (const std::wstring& sName : colNames)
+            colCats->Add(TextKey(CategoryKey(sName, 0)), std::make_shared<clsCat>(cMod, sName, 0));
+        return colCats;
+    }
+    bool Save(const Lines& colNames) { return cList.SaveCatNames(Cats(colNames).get(), sRadio); }
+    const std::string& File() const { return cWorld.cFiles.Get(sMainCatsPath); }
+
+    RadioWorld cWorld;
+    ModScheduler cMod{cWorld.AllPorts()};
+    CategoryList cList{cMod};
+    Boxes& boxes = cWorld.cMessages.Boxes;
+};
+
+constexpr const wchar_t* sBak = L"C:\\Radio\\Scheduler\\MainCats.txt.bak";
+
+const ShownBox duplicateBox =
+    CriticalBox(L"Error in GetSavedCatNames [cSchedMan] ",
+                L"457 This key is already associated with an element of this collection");
+
+// ---- writing
+
+TEST_F(CategoryListTest, EachNameFollowsALineBreakAndNoneStandsAtTheEnd)
+{
+    EXPECT_TRUE(Save({L"A", L"B"}));
+    EXPECT_EQ(File(), "\x0D\x0A\x41\x0D\x0A\x42");
+    EXPECT_EQ(Read(), (Lines{L"A", L"B"}));
+}
+
+TEST_F(CategoryListTest, TheOrderIsThatOfTheMainCategories)
+{
+    EXPECT_TRUE(Save({L"Rock", L"Ballads", L"ALL AUDIO"}));
+    EXPECT_EQ(File(), "\r\nRock\r\nBallads\r\nALL AUDIO");
+}
+
+TEST_F(CategoryListTest, NoCategoriesMakeAnEmptyFile)
+{
+    cWorld.cFiles.Put(sMainCatsPath, "old");
+    EXPECT_TRUE(Save({}));
+    EXPECT_EQ(File(), "");
+    EXPECT_EQ(Read(), Lines{});
+}
+
+TEST_F(CategoryListTest, NamesAreWrittenInTheCodePage)
+{
+    EXPECT_TRUE(Save({L"Caf\u00E9 \u20AC", L"\u65E5x"}));
+    EXPECT_EQ(File(), "\r\nCaf\xE9 \x80\r\n?x");
+    EXPECT_EQ(Read(), (Lines{L"Caf\u00E9 \u20AC", L"?x"}));
+}
+
+TEST_F(CategoryListTest, ANameThatCannotBeToldFromAnEarlierOneIsLeftOutAndLogged)
+{
+    EXPECT_TRUE(Save({L"\u65E5\u672C", L"Rock", L"\u4E2D\u56FD", L" rOCK ", L"??"}));
+    EXPECT_EQ(File(), "\r\n??\r\nRock");
+    EXPECT_EQ(cWorld.LogMessages(), (Lines{L"The category list cannot hold the name: ??",
+                                           L"The category list cannot hold the name:  rOCK ",
+                                           L"The category list cannot hold the name: ??"}));
+    EXPECT_EQ(Read(), (Lines{L"??", L"Rock"})) << "so that reading never meets a name twice";
+    EXPECT_TRUE(boxes.empty());
+}
+
+TEST_F(CategoryListTest, ANameWithALineBreakIsLeftOutAndLogged)
+{
+    EXPECT_TRUE(Save({L"C\rD", L"E\nF", L"G"}));
+    EXPECT_EQ(File(), "\r\nG");
+    EXPECT_EQ(cWorld.LogMessages(), (Lines{L"The category list cannot hold the name: C\rD",
+                                           L"The category list cannot hold the name: E\nF"}));
+    EXPECT_TRUE(Save({L"A\r\nB", L"G"}));
+    EXPECT_EQ(File(), "\r\nG");
+}
+
+TEST_F(CategoryListTest, WithoutCategoriesOrFolderNothingIsWritten)
+{
+    cWorld.cFiles.Put(sMainCatsPath, "old");
+    EXPECT_FALSE(cList.SaveCatNames(nullptr, sRadio));
+    EXPECT_FALSE(cList.SaveCatNames(Cats({L"A"}).get(), L""));
+    EXPECT_EQ(File(), "old");
+    EXPECT_TRUE(boxes.empty());
+}
+
+TEST_F(CategoryListTest, AFailureIsShownAndFalse)
+{
+    cWorld.cFiles.Put(sMainCatsPath, "old");
+    cWorld.cFiles.SetReadOnly(sMainCatsPath);
+    EXPECT_FALSE(Save({L"A"}));
+    EXPECT_EQ(boxes, Boxes{CriticalBox(L"Error in SaveCatNames [cSchedMan]", L"75 Path/File access error")});
+    EXPECT_EQ(cWorld.LogMessages(), Lines{L"75 Path/File access error"});
+    EXPECT_EQ(File(), "old");
+    EXPECT_TRUE(cWorld.TemporaryFiles().empty());
+}
+
+TEST_F(CategoryListTest, AFailureAtAnyStepLeavesTheOldListOrTheNewOne)
+{
+    for (int lGood = 0;; ++lGood)
+    {
+        MemoryWorld cDisk;
+        cDisk.cFiles.Put(sMainCatsPath, "\r\nOld");
+        FailingFiles cFiles(cDisk.cFiles, lGood);
+        ModScheduler cOther(cDisk.AllPortsWith(cFiles));
+        CategoryList cOtherList(cOther);
+        const bool bSaved = cOtherList.SaveCatNames(Cats({L"New"}).get(), sRadio);
+        EXPECT_EQ(bSaved, !cFiles.bFailed);
+        EXPECT_EQ(cDisk.cFiles.Get(sMainCatsPath), bSaved ? "\r\nNew" : "\r\nOld");
+        EXPECT_EQ(cDisk.cFiles.Paths().size(), 1u) << "no temporary file is left";
+        EXPECT_EQ(cDisk.cMessages.Boxes,
+                  bSaved ? Boxes{}
+                         : Boxes{CriticalBox(L"Error in SaveCatNames [cSchedMan]", L"61 Disk full")});
+        if (!cFiles.bFailed)
+        {
+            EXPECT_EQ(lGood, 4) << "create, write, flush, rename";
+            break;
+        }
+    }
+}
+
+// ---- reading
+
+TEST_F(CategoryListTest, WithoutAFileOrAFolderThereAreNoNames)
+{
+    EXPECT_EQ(Read(), Lines{});
+    ModScheduler cOther(cWorld.AllPorts());
+    EXPECT_EQ(CategoryList(cOther).GetSavedCatNames()->Count(), 0u);
+    EXPECT_TRUE(boxes.empty());
+}
+
+struct Content
+{
+    const char* bytes;
+    Lines colNames;
+};
+
+TEST_F(CategoryListTest, AListIsReadPieceByPiece)
+{
+    const Content contents[] = {
+        {"", {}},
+        {"Rock", {}}, // no line break anywhere
+        {"Rock\nPop\n", {}},
+        {"\r\n", {}},
+        {"\r\nRock", {L"Rock"}},
+        {"\r\nRock\r\nPop", {L"Rock", L"Pop"}},
+        {"Rock\r\nPop\r\n", {L"Rock", L"Pop"}},
+        {"\r\n\r\n\r\nRock\r\n   \r\n", {L"Rock"}},                 // blank lines
+        {"\r\n  Rock and Roll  ", {L"Rock and Roll"}},              // blanks at the ends
+        {"\r\n\tRock", {L"\tRock"}},                                // only blanks are trimmed
+        {"\r\n123\r\nA\r\n-5\r\n1e3\r\n$1,000.50\r\n&HFF", {L"A"}}, // numbers
+        {"\r\n12a\r\n1 2\r\n80s", {L"12a", L"1 2", L"80s"}},
+        {"\r\nA\nB", {L"A\nB"}}, // one LF is no line break
+        {"\r\nCaf\xE9\r\n\x80", {L"Caf\u00E9", L"\u20AC"}},
+    };
+    for (const Content& content : contents)
+        EXPECT_EQ(Read(content.bytes), content.colNames) << testing::PrintToString(content.bytes);
+    EXPECT_TRUE(boxes.empty());
+}
+
+TEST_F(CategoryListTest, ANameThatStandsThereTwiceIsShownAndEndsTheReading)
+{
+    EXPECT_EQ(Read("\r\nRock\r\nPop\r\nrock\r\nJazz"), (Lines{L"Rock", L"Pop"}));
+    EXPECT_EQ(boxes, Boxes{duplicateBox});
+    EXPECT_EQ(cWorld.LogMessages(), Lines{duplicateBox.sText});
+}
+
+TEST_F(CategoryListTest, WhatCouldNotBeReadInFullIsKeptAsideBeforeItsFirstOverwrite)
+{
+    const std::string damaged = "\r\nRock\r\nRock\r\nJazz";
+    Read(damaged);
+    EXPECT_TRUE(Save({L"Rock"}));
+    EXPECT_EQ(File(), "\r\nRock");
+    EXPECT_EQ(cWorld.cFiles.Get(sBak), damaged);
+    EXPECT_TRUE(Save({L"Rock", L"Pop"}));
+    EXPECT_EQ(cWorld.cFiles.Get(sBak), damaged) << "kept once";
+}
+
+TEST_F(CategoryListTest, AListReadInFullIsOverwrittenWithoutACopy)
+{
+    Read("\r\nRock");
+    EXPECT_TRUE(Save({L"Pop"}));
+    EXPECT_FALSE(cWorld.cFiles.FileExists(sBak));
+}
+
+TEST_F(CategoryListTest, AListThatCannotBeReadAtAllIsShownAndPutAwayWhole)
+{
+    cWorld.cFiles.SetUnreadable(sMainCatsPath, error::PermissionDenied);
+    EXPECT_EQ(Read("\r\nRock"), Lines{});
+    EXPECT_EQ(boxes, Boxes{CriticalBox(L"Error in GetSavedCatNames [cSchedMan] ", L"70 Permission denied")});
+    EXPECT_TRUE(Save({L"Pop"}));
+    EXPECT_EQ(cWorld.cFiles.Get(sBak), "\r\nRock");
+    EXPECT_EQ(File(), "\r\nPop");
+}
+
+TEST_F(CategoryListTest, WhenTheOldListCannotBeKeptAsideItIsNotOverwritten)
+{
+    const std::string damaged = "\r\nRock\r\nRock\r\nJazz";
+    for (int lGood = 0;; ++lGood)
+    {
+        MemoryWorld cDisk;
+        cDisk.cFiles.Put(sMainCatsPath, damaged);
+        FailingFiles cFiles(cDisk.cFiles, lGood);
+        ModScheduler cOther(cDisk.AllPortsWith(cFiles));
+        cOther.StoreAppPath(sRadio);
+        CategoryList cOtherList(cOther);
+        cOtherList.GetSavedCatNames();
+        cDisk.cMessages.Boxes.clear();
+        const bool bSaved = cOtherList.SaveCatNames(Cats({L"Rock"}).get(), sRadio);
+        EXPECT_EQ(cDisk.cFiles.Get(sMainCatsPath), bSaved ? "\r\nRock" : damaged);
+        if (cDisk.cFiles.FileExists(sBak))
+        {
+            EXPECT_EQ(cDisk.cFiles.Get(sBak), damaged);
+        }
+        EXPECT_EQ(cDisk.cMessages.Boxes.size(), bSaved ? 0u : 1u);
+        if (!cFiles.bFailed)
+            break;
+        EXPECT_TRUE(cOtherList.SaveCatNames(Cats({L"Rock"}).get(), sRadio)) << "and the next try does both";
+        EXPECT_EQ(cDisk.cFiles.Get(sBak), damaged);
+    }
+}
+
+TEST_F(CategoryListTest, AnyBytesAreReadWithoutHarm)
+{
+    constexpr unsigned lSeed = 20240303;
+    std::mt19937 random(lSeed);
+    const std::string sPieces[] = {"\r\n", "\r", "\n",   " ",    "Rock", "rock",
+                                   "12",   "\t", "\xE9", "\xC9", "&H",   "\x00"};
+    for (int lRound = 0; lRound < 2000; ++lRound)
+    {
+        std::string bytes;
+        for (std::size_t lPiece = random() % 30; lPiece > 0; --lPiece)
+            bytes += random() % 3 ? sPieces[random() % std::size(sPieces)]
+                                  : std::string(1, static_cast<char>(random()));
+        for (const std::wstring& sName : Read(bytes))
+        {
+            ASSERT_FALSE(sName.empty()) << "seed " << lSeed << ", round " << lRound;
+            ASSERT_EQ(sName, Trim(sName));
+        }
+    }
+}
+
+} // namespace
+} // namespace ravlo::test

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/EventRelay.h"
+
+#include "support/SchedulerTest.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <stdexcept>
+
+namespace ravlo::test
+{
+namespace
+{
+
+class EventRelayTest : public testing::Test
+{
+protected:
+    EventRelayTest()
+    {
+        cMod.StoreAppPath(sRadio);
+        cRelay.Listen(&cHost);
+    }
+
+    RadioWorld cWorld;
+    ModScheduler cMod{cWorld.AllPorts()};
+    HostEvents cHost;
+    EventRelay cRelay{cMod};
+};
+
+TEST_F(EventRelayTest, EveryEventReachesTheListenerWithItsArguments)
+{
+    const std::shared_ptr<Cut> cCut = NewPlainCut();
+    cCut->SetKey(L"a.mp3");
+    cRelay.ShowHelpEvent();
+    cRelay.ProgressStart(L"reason", 7);
+    cRelay.Progress(L"text", 3, 7);
+    cRelay.ProgressDone(L"status");
+    cHost.lEditAnswer = 5;
+    EXPECT_EQ(cRelay.RequestEditCut(cCut), 5);
+    EXPECT_EQ(cHost.colSaid,
+              (Lines{L"Help", L"Start 7: reason", L"Progress 3/7: text", L"Done: status", L"Edit a.mp3"}));
+}
+
+TEST_F(EventRelayTest, WithoutAListenerNothingHappens)
+{
+    cRelay.Listen(nullptr);
+    cRelay.ProgressStart(L"reason", 7);
+    cRelay.Progress(L"text", 3, 7);
+    cRelay.ProgressDone(L"status");
+    cRelay.ShowHelpEvent();
+    EXPECT_EQ(cRelay.RequestEditCut(NewPlainCut()), std::nullopt);
+    EXPECT_TRUE(cHost.colSaid.empty());
+}
+
+TEST_F(EventRelayTest, WhatAHandlerThrowsIsLoggedAndStopsNothing)
+{
+    cHost.OnEvent = [](const std::wstring&) { throw std::runtime_error("host"); };
+    EXPECT_NO_THROW(cRelay.ProgressDone(L"status"));
+    EXPECT_NO_THROW(cRelay.RequestEditCut(NewPlainCut()));
+    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+    EXPECT_EQ(cWorld.LogMessages(), (Lines{L"DISPLAYERROR, Event handler 51 Internal error: host",
+                                           L"DISPLAYERROR, Event handler 51 Internal error: host"}));
+}
+
+TEST_F(EventRelayTest, TheDebugLogIsFlushedBeforeEveryEvent)
+{
+    const ModScheduler::LogScope cScope(cMod);
+    std::size_t lEvents = 0;
+    cHost.OnEvent = [&](const std::wstring&) { EXPECT_EQ(cWorld.LogMessages().size(), ++lEvents); };
+    const std::function<void()> raises[] = {
+        [&] { cRelay.ShowHelpEvent(); }, [&] { cRelay.ProgressStart(L"", 0); },
+        [&] { cRelay.Progress(L"", 0, 0); }, [&] { cRelay.ProgressDone(L""); },
+        [&] { cRelay.RequestEditCut(NewPlainCut()); }};
+    for (const std::function<void()>& raise : raises)
+    {
+        cMod.WriteDebugLog(L"before");
+        raise();
+    }
+    EXPECT_EQ(lEvents, 5u);
+}
+
+TEST_F(EventRelayTest, CountsThatHostsCannotHoldAreCapped)
+{
+    cRelay.ProgressStart(L"reason", std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(cHost.colSaid, Lines{L"Start 2147483647: reason"});
+}
+
+TEST(ProgressThrottle, EveryTwentiethItemIsASample)
+{
+    for (std::size_t lItem = 1; lItem <= 100; ++lItem)
+        EXPECT_EQ(ProgressThrottle::IsSample(lItem),
+                  lItem == 20 || lItem == 40 || lItem == 60 || lItem == 80 || lItem == 100);
+}
+
+TEST(ProgressThrottle, AReportIsDueAtASampleWhenMoreThan100MillisecondsHavePassedSinceTheLast)
+{
+    MemoryClock cClock;
+    cClock.SetTickCount(0xFFFFFFF0u); // about to wrap
+    ProgressThrottle cThrottle(cClock);
+    EXPECT_FALSE(cThrottle.IsDue(20));
+    cClock.Advance(100);
+    EXPECT_FALSE(cThrottle.IsDue(20));
+    cClock.Advance(1);
+    EXPECT_FALSE(cThrottle.IsDue(19));
+    EXPECT_TRUE(cThrottle.IsDue(20));
+    EXPECT_TRUE(cThrottle.IsDue(20)) << "as long as nothing was reported";
+    cClock.Advance(50); // the host took its time
+    cThrottle.Reported();
+    cClock.Advance(100);
+    EXPECT_FALSE(cThrottle.IsDue(40));
+    cClock.Advance(1);
+    EXPECT_TRUE(cThrottle.IsDue(40));
+}
+
+} // namespace
+} // namespace ravlo::test

@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "collections/Text.h"
+#include "scheduler/SchedulerEvents.h"
+#include "scheduler/clsSchedMan.h"
+#include "support/EngineTest.h"
+#include "support/FakeDataBase.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ravlo::test
+{
+
+using Boxes = std::vector<ShownBox>;
+using Lines = std::vector<std::wstring>;
+using Keys = std::vector<std::wstring>;
+
+// A host that writes down what it is told: "Start 3: reason", "Progress 20/60: text", "Done: status", "Help",
+// "Edit key".
+class HostEvents final : public SchedulerEvents
+{
+public:
+    Lines colSaid;
+    // Called with each line, after it is written down: a host may do anything inside an event. May replace
+    // itself.
+    std::function<void(const std::wstring& sLine)> OnEvent;
+    std::optional<std::int32_t> lEditAnswer;
+
+    void ShowHelpEvent() override { Say(L"Help"); }
+    void ProgressStart(const std::wstring& sReason, std::int32_t lMax) override
+    {
+        Say(L"Start " + std::to_wstring(lMax) + L": " + sReason);
+    }
+    void Progress(const std::wstring& strProgress, std::int32_t lCount, std::int32_t lMax) override
+    {
+        Say(L"Progress " + std::to_wstring(lCount) + L"/" + std::to_wstring(lMax) + L": " + strProgress);
+    }
+    void ProgressDone(const std::wstring& sStatus) override { Say(L"Done: " + sStatus); }
+    std::optional<std::int32_t> RequestEditCut(const std::shared_ptr<Cut>& cCut) override
+    {
+        Say(L"Edit " + cCut->Key().Text());
+        return lEditAnswer;
+    }
+
+private:
+    void Say(const std::wstring& sLine)
+    {
+        colSaid.push_back(sLine);
+        if (const auto hook = OnEvent)
+            hook(sLine);
+    }
+};
+
+// ---- history/ordering files, put together by hand
+
+inline std::string SifText(const std::string& text) { return text + std::string(255 - text.size(), ' '); }
+
+inline std::string SifLevel(std::int32_t lLevel)
+{
+    std::string bytes;
+    for (int lShift = 0; lShift < 32; lShift += 8)
+        bytes += static_cast<char>(static_cast<std::uint32_t>(lLevel) >> lShift & 0xFF);
+    return bytes;
+}
+
+// The record of a cut.
+inline std::string SifCut(const std::string& artist, const std::string& title, const std::string& path,
+                          std::int32_t lLevel)
+{
+    return SifText(artist) + SifText(title) + SifText(path) + SifLevel(lLevel) + std::string(2, '\0') +
+           std::string(1212, '\0');
+}
+// The record of a cut that FakeDataBase::Add has made.
+inline std::string SifCut(const std::string& path, std::int32_t lLevel)
+{
+    return SifCut("Artist of " + path, "Title of " + path, path, lLevel);
+}
+// The record that only declares a level.
+inline std::string SifMarker(std::int32_t lLevel)
+{
+    return std::string(765, '\0') + SifLevel(lLevel) + "\xFF\xFF" + std::string(1212, '\0');
+}
+
+// ---- a manager and what it works on
+
+inline std::wstring SifPath(const std::wstring& sName)
+{
+    return L"C:\\Radio\\Scheduler\\History_and_Ordering\\" + sName + L".sif";
+}
+inline constexpr const wchar_t* sMainCatsPath = L"C:\\Radio\\Scheduler\\MainCats.txt";
+inline constexpr const wchar_t* sSettingsPath = L"C:\\Radio\\Scheduler\\SchedulerSettings.dat";
+
+// A library with one manager, in the host's folder C:\Radio. cFiles are the world's unless others are given.
+struct Library
+{
+    explicit Library(MemoryWorld& cWorld) : Library(cWorld, cWorld.cFiles) {}
+    Library(MemoryWorld& cWorld, Files& cFiles) : cMod(cWorld.AllPortsWith(cFiles))
+    {
+        cSchedMan->SetEvents(&cHost);
+    }
+    ~Library()
+    {
+        if (cSchedMan)
+            cSchedMan->SetEvents(nullptr);
+    }
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+
+    void Populate(const std::wstring& sAppPath = sRadio)
+    {
+        cSchedMan->PopulateFromDataBase(cDataBase, sAppPath);
+    }
+    // Ends this manager, as a host does at the end of its day, and begins anew.
+    void Restart(const std::wstring& sAppPath = sRadio)
+    {
+        cSchedMan = std::make_shared<clsSchedMan>(cMod);
+        cSchedMan->SetEvents(&cHost);
+        Populate(sAppPath);
+    }
+
+    std::shared_ptr<clsCat> MainCat(const std::wstring& sName) const
+    {
+        const std::shared_ptr<clsCat>* cFound = cSchedMan->colMainCats()->Find(CategoryKey(sName, 0));
+        return cFound ? *cFound : nullptr;
+    }
+    std::shared_ptr<clsCat> Level(const std::wstring& sName, std::int32_t lLevel) const
+    {
+        const std::shared_ptr<clsCat> cMainCat = MainCat(sName);
+        return cMainCat ? cMainCat->SubCat(lLevel) : nullptr;
+    }
+    // The keys of a level's cuts in rotation order.
+    Keys Order(const std::wstring& sName, std::int32_t lLevel) const
+    {
+        Keys colKeys;
+        if (const std::shared_ptr<clsCat> cLevel = Level(sName, lLevel))
+            for (const std::shared_ptr<Cut>& cCut : *cLevel->SchedCuts())
+                colKeys.push_back(cCut->Key().Text());
+        return colKeys;
+    }
+    // The names of the main categories, in order.
+    Lines MainCatNames() const
+    {
+        Lines colNames;
+        for (const std::shared_ptr<clsCat>& cMainCat : *cSchedMan->colMainCats())
+            colNames.push_back(cMainCat->CatName());
+        return colNames;
+    }
+
+    HostEvents cHost;
+    ModScheduler cMod;
+    std::shared_ptr<FakeDataBase> cDataBase = std::make_shared<FakeDataBase>();
+    std::shared_ptr<clsSchedMan> cSchedMan = std::make_shared<clsSchedMan>(cMod);
+};
+
+} // namespace ravlo::test
