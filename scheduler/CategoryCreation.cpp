@@ -116,7 +116,7 @@ void CategoryCreation::Create(const std::wstring& sName)
     if (!m_cStation.colMainCats->Add(TextKey(CategoryKey(sName, 0)), cMainCat))
         throw RuntimeError(error::KeyAlreadyExists);
     cMainCat->AddSubCat(std::make_shared<clsCat>(m_cStation.cMod, sName, 1));
-    m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.cMod.AppPath());
+    m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.sAppPath);
     m_cStation.cHistoryFiles.Save(cMainCat);
 }
 

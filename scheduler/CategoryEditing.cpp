@@ -31,6 +31,13 @@ std::shared_ptr<clsCat> MainCatOf(const Station& cStation, const std::shared_ptr
     return cStation.Holds(cMainCat) ? cMainCat : nullptr;
 }
 
+// Whether a level is one of the tree's at present.
+bool Stands(const Station& cStation, const std::shared_ptr<clsCat>& cSubCat)
+{
+    const std::shared_ptr<clsCat> cMainCat = MainCatOf(cStation, cSubCat);
+    return cMainCat && cMainCat->SubCat(cSubCat->CatLevel()) == cSubCat;
+}
+
 bool Lists(const Cats& colCats, const std::shared_ptr<clsCat>& cCat)
 {
     return std::find(colCats.begin(), colCats.end(), cCat) != colCats.end();
@@ -59,7 +66,7 @@ std::vector<Chosen> ChosenOf(const Station& cStation, const Cats& colCats)
             found = colChosen.insert(colChosen.end(), {cMainCat, {}, false});
         if (cCat == cMainCat)
             found->bMainListed = true;
-        else if (!Lists(found->colLevels, cCat) && cMainCat->SubCat(cCat->CatLevel()) == cCat)
+        else if (!Lists(found->colLevels, cCat) && Stands(cStation, cCat))
             found->colLevels.push_back(cCat);
     }
     return colChosen;
@@ -151,31 +158,57 @@ bool CategoryEditing::DeleteChosen(const std::shared_ptr<clsCat>& cMainCat, cons
                                    bool bMainListed, Filing& cFiling)
 {
     const bool bWhole = bMainListed && colListed.empty();
+    bool bGone = true;
     for (const std::shared_ptr<clsCat>& cSubCat : bWhole ? LevelsOf(*cMainCat) : colListed)
-        DeleteLevel(*cMainCat, cSubCat, cFiling);
+        bGone = DeleteLevel(*cMainCat, cSubCat, cFiling) && bGone;
     if (!m_cStation.Holds(cMainCat))
-        return true; // the host has reloaded or deleted it meanwhile
-    if (bMainListed && cMainCat->SubCats()->Empty())
-        return DeleteMainCat(cMainCat);
+        return !m_cStation.MainCat(cMainCat->CatName()); // the host has deleted or reloaded it meanwhile
     if (!cMainCat->SubCats()->Empty())
-        return m_cStation.cHistoryFiles.Save(cMainCat) == HistoryFiles::Saved::Yes;
+        return m_cStation.cHistoryFiles.Save(cMainCat) == HistoryFiles::Saved::Yes && bGone && !bWhole;
     // Saving writes nothing when there is no record, and the old file would bring the levels back.
-    return DeleteFile(cMainCat->CatName());
+    return bMainListed ? DeleteMainCat(cMainCat) : DeleteFile(cMainCat->CatName());
 }
 
-void CategoryEditing::DeleteLevel(clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCat, Filing& cFiling)
+bool CategoryEditing::DeleteLevel(clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCat, Filing& cFiling)
 {
     const std::wstring sName = NameOf(*cSubCat);
+    m_cStation.cEvents.ProgressStart(L"Deleting Category: " + sName, cSubCat->TotalCuts());
+    EmptyLevel(cMainCat, cSubCat, cFiling);
+    if (!Stands(m_cStation, cSubCat))
+        return true; // the host has deleted or reloaded it meanwhile
+    if (cSubCat->TotalCuts() != 0)
+        return false;
+    try
+    {
+        cMainCat.RemoveSubCat(cSubCat);
+    }
+    catch (const RuntimeError& cError)
+    {
+        // The level is gone; a main category's run-time total is told only through its average, which is
+        // taken anew.
+        m_cStation.cMod.LogError(L"RemoveSubCat", cError);
+    }
+    m_cStation.cEvents.ProgressDone(L"Deleted " + sName);
+    return true;
+}
+
+// Takes the cuts that stand in a level out of it, as long as the level is one of the tree's.
+void CategoryEditing::EmptyLevel(clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCat, Filing& cFiling)
+{
     const Cuts colCuts(cSubCat->SchedCuts()->begin(), cSubCat->SchedCuts()->end());
-    m_cStation.cEvents.ProgressStart(L"Deleting Category: " + sName, std::ssize(colCuts));
-    BatchedChanges cBatch(m_cStation.cDataBase, cFiling);
+    AffectedCats cAffected; // cMainCat alone: it is saved in any case
+    BatchedChanges cBatch(m_cStation.cDataBase, cFiling, [&](const std::shared_ptr<Cut>& cCut)
+                          { m_cSync.Refile(cCut, cAffected, cFiling); });
     std::size_t lCount = 0;
     for (const std::shared_ptr<Cut>& cCut : colCuts)
     {
+        if (!Stands(m_cStation, cSubCat))
+            return;
         try
         {
+            const FiledCuts::OwnChange cOwnChange(m_cStation.cFiledCuts, *cCut);
+            cBatch.Changing(cCut);
             m_cSync.TakeOut(cCut, cMainCat, *cSubCat);
-            m_cStation.cFiledCuts.Remember(*cCut);
         }
         catch (...)
         {
@@ -184,31 +217,18 @@ void CategoryEditing::DeleteLevel(clsCat& cMainCat, const std::shared_ptr<clsCat
         if (++lCount % lCutsPerReport != 0)
             continue;
         cBatch.Commit();
-        m_cStation.cEvents.Progress(L"Removed " + CountText(lCount) + L" from: " + sName,
+        m_cStation.cEvents.Progress(L"Removed " + CountText(lCount) + L" from: " + NameOf(*cSubCat),
                                     static_cast<std::int64_t>(lCount), std::ssize(colCuts));
         m_cStation.cMod.Pump();
         cBatch.Begin();
     }
-    cBatch.Commit();
-    if (cMainCat.SubCat(cSubCat->CatLevel()) == cSubCat)
-        try
-        {
-            cMainCat.RemoveSubCat(cSubCat);
-        }
-        catch (const RuntimeError& cError)
-        {
-            // The level is gone; a main category's run-time total is told only through its average, which is
-            // taken anew.
-            m_cStation.cMod.LogError(L"RemoveSubCat", cError);
-        }
-    m_cStation.cEvents.ProgressDone(L"Deleted " + sName);
 }
 
 bool CategoryEditing::DeleteMainCat(const std::shared_ptr<clsCat>& cMainCat)
 {
     m_cStation.colMainCats->Remove(CategoryKey(cMainCat->CatName(), 0));
     const bool bFileGone = DeleteFile(cMainCat->CatName());
-    return m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.cMod.AppPath()) &&
+    return m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.sAppPath) &&
            bFileGone;
 }
 
@@ -232,14 +252,17 @@ void CategoryEditing::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, co
                  {
                      if (!cCat || cCat->CatLevel() == 0)
                          throw RuntimeError(error::InvalidProcedureCall);
+                     std::vector<TextKey> colKeys; // taken first: a host's cut may do anything when it is asked
+                     for (const std::shared_ptr<Cut>& cCut : colCutsInsert)
+                         if (cCut)
+                             colKeys.push_back(cCut->Key());
                      CutCollection& colCuts = *cCat->SchedCuts();
                      const std::size_t lCount = colCuts.Count();
                      std::vector<std::size_t> colMoved; // positions, in the order given
                      std::vector<bool> bMoves(lCount);
-                     for (const std::shared_ptr<Cut>& cCut : colCutsInsert)
+                     for (const TextKey& cKey : colKeys)
                      {
-                         const std::optional<std::size_t> lPosition =
-                             cCut ? colCuts.PositionOf(cCut->Key()) : std::nullopt;
+                         const std::optional<std::size_t> lPosition = colCuts.PositionOf(cKey);
                          if (!lPosition || bMoves[*lPosition])
                              continue;
                          bMoves[*lPosition] = true;

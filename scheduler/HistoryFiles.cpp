@@ -32,6 +32,11 @@ bool TellsProgress(HistoryFiles::Manner eManner)
     return eManner == HistoryFiles::Manner::Explicit || eManner == HistoryFiles::Manner::WithoutBox;
 }
 
+std::wstring PathOf(const std::wstring& sAppPath, const std::wstring& sCatName)
+{
+    return sAppPath + L"Scheduler\\History_and_Ordering\\" + sCatName + L".sif";
+}
+
 std::string_view TrimBlanks(std::string_view bytes)
 {
     const std::size_t lFirst = bytes.find_first_not_of(' ');
@@ -57,13 +62,19 @@ struct HistoryFiles::Snapshot
     std::vector<Entry> colEntries;
 };
 
-bool HistoryFiles::SaveAll(const CatCollection& colMainCats)
+bool HistoryFiles::SaveAll(const std::shared_ptr<CatCollection>& colMainCats)
 {
-    const std::vector<std::shared_ptr<clsCat>> colSnapshot(colMainCats.begin(), colMainCats.end());
+    std::vector<TextKey> colKeys;
+    for (std::size_t lAt = 0; lAt < colMainCats->Count(); ++lAt)
+        if (const TextKey* cKey = colMainCats->KeyAt(lAt))
+            colKeys.push_back(*cKey);
     bool bAll = true;
-    for (const std::shared_ptr<clsCat>& cMainCat : colSnapshot)
+    for (const TextKey& cKey : colKeys)
     {
-        const Saved eSaved = Save(cMainCat);
+        const std::shared_ptr<clsCat>* cMainCat = colMainCats->Find(cKey);
+        if (!cMainCat)
+            continue;
+        const Saved eSaved = Save(std::shared_ptr(*cMainCat));
         bAll = bAll && eSaved == Saved::Yes;
         if (eSaved == Saved::NotMain)
             break;
@@ -114,9 +125,7 @@ HistoryFiles::Saved HistoryFiles::Save(const std::shared_ptr<clsCat>& cMainCat, 
 
 HistoryFiles::Snapshot HistoryFiles::TakeSnapshot(const clsCat& cMainCat)
 {
-    if (m_cMod.AppPath().empty())
-        throw RuntimeError(error::PathNotFound);
-    Snapshot cSnapshot{cMainCat.CatName(), PathOf(cMainCat.CatName()), ++m_lSnapshots, {}};
+    Snapshot cSnapshot{cMainCat.CatName(), SavePathOf(cMainCat.CatName()), ++m_lSnapshots, {}};
     cSnapshot.colEntries.reserve(static_cast<std::size_t>(cMainCat.TotalCuts()) +
                                  cMainCat.SubCats()->Count());
     for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat.SubCats())
@@ -203,11 +212,11 @@ void HistoryFiles::Write(const Snapshot& cSnapshot, const std::string& bytes, Ma
 
 void HistoryFiles::DeleteFile(const std::wstring& sCatName)
 {
-    const std::wstring sPath = PathOf(sCatName);
+    const std::wstring sPath = SavePathOf(sCatName);
     Files& cFiles = m_cMod.Outside().cFiles;
     m_colNewestWritten[FoldCase(sPath)] =
         ++m_lSnapshots; // a save still on its way must not bring the file back
-    if (!m_cMod.AppPath().empty() && CanBeFileName(sCatName) && cFiles.FileExists(sPath))
+    if (CanBeFileName(sCatName) && cFiles.FileExists(sPath))
         cFiles.Delete(sPath);
 }
 
@@ -301,7 +310,7 @@ void HistoryFiles::ApplyHistory(const CatCollection& colMainCats)
                          }
                          catch (...)
                          {
-                             m_colNotApplied.insert(FoldCase(PathOf(cMainCat->CatName())));
+                             m_colNotApplied.insert(FoldCase(ReadPathOf(cMainCat->CatName())));
                              throw;
                          }
                      });
@@ -316,7 +325,7 @@ HistoryFiles::RetrieveHistoryAndOrdering(const clsCat& cMainCat)
                    L"RetrieveHistoryAndOrdering expects a (level 0) cat!");
         return std::nullopt;
     }
-    const std::wstring sPath = PathOf(cMainCat.CatName());
+    const std::wstring sPath = ReadPathOf(cMainCat.CatName());
     Files& cFiles = m_cMod.Outside().cFiles;
     m_colNotApplied.erase(FoldCase(sPath));
     if (!CanBeFileName(cMainCat.CatName()) || !cFiles.FileExists(sPath))
@@ -366,7 +375,7 @@ void HistoryFiles::Apply(clsCat& cMainCat, const std::vector<Record>& colRecords
         {
             if (!EnsureLevel(cMainCat, record))
             {
-                m_colNotApplied.insert(FoldCase(PathOf(cMainCat.CatName())));
+                m_colNotApplied.insert(FoldCase(ReadPathOf(cMainCat.CatName())));
                 if (record.bLevelMarker)
                     continue;
                 break;
@@ -407,9 +416,17 @@ bool HistoryFiles::EnsureLevel(clsCat& cMainCat, const Record& record)
     return cMainCat.AddSubCat(std::make_shared<clsCat>(m_cMod, cMainCat.CatName(), record.lLevel));
 }
 
-std::wstring HistoryFiles::PathOf(const std::wstring& sCatName) const
+std::wstring HistoryFiles::SavePathOf(const std::wstring& sCatName) const
 {
-    return m_cMod.AppPath() + L"Scheduler\\History_and_Ordering\\" + sCatName + L".sif";
+    const std::wstring sAppPath = m_sAppPath.empty() ? m_cMod.AppPath() : m_sAppPath;
+    if (sAppPath.empty())
+        throw RuntimeError(error::PathNotFound);
+    return PathOf(sAppPath, sCatName);
+}
+
+std::wstring HistoryFiles::ReadPathOf(const std::wstring& sCatName) const
+{
+    return PathOf(m_cMod.AppPath(), sCatName);
 }
 
 std::string HistoryFiles::PathField(const std::wstring& sPath) const

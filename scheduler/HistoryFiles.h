@@ -27,6 +27,10 @@ public:
 
     HistoryFiles(ModScheduler& cMod, EventRelay& cEvents) noexcept : m_cMod(cMod), m_cEvents(cEvents) {}
 
+    // The application path of the tree in use: saves go there from now on. Before, and for reading, it is the
+    // library's own.
+    void Serve(const std::wstring& sAppPath) { m_sAppPath = sAppPath; }
+
     // How a save tells of itself.
     enum class Manner
     {
@@ -50,8 +54,9 @@ public:
     Saved Save(const std::shared_ptr<clsCat>& cMainCat, Manner eManner = Manner::Explicit);
 
     // Saves every one, in order. False when one of them had no record or could not be saved; one that is no
-    // main category ends it.
-    bool SaveAll(const CatCollection& colMainCats);
+    // main category ends it. The tree is looked at anew for each, since the host may change or replace it
+    // while it is told of the progress: what is gone by then is not saved.
+    bool SaveAll(const std::shared_ptr<CatCollection>& colMainCats);
 
     // Saves without a word: for picks on air. A failure is logged and the save is owed: SaveOwed tries again.
     void SaveQuietly(const std::shared_ptr<clsCat>& cMainCat);
@@ -86,10 +91,12 @@ private:
     void Apply(clsCat& cMainCat, const std::vector<Record>& colRecords);
     bool EnsureLevel(clsCat& cMainCat, const Record& record);
 
-    std::wstring PathOf(const std::wstring& sCatName) const;
+    std::wstring SavePathOf(const std::wstring& sCatName) const;
+    std::wstring ReadPathOf(const std::wstring& sCatName) const;
 
     ModScheduler& m_cMod;
     EventRelay& m_cEvents;
+    std::wstring m_sAppPath;
     std::uint64_t m_lSnapshots = 0;
     std::unordered_map<std::wstring, std::uint64_t>
         m_colNewestWritten;                           // folded path -> number of its newest snapshot

@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace ravlo
 {
@@ -34,6 +35,21 @@ struct Station
             colMainCats ? colMainCats->Find(CategoryKey(sName, 0)) : nullptr;
         return cFound ? *cFound : nullptr;
     }
+    // Where a cut stands: every level that holds its key, in the tree's order.
+    struct Place
+    {
+        std::shared_ptr<clsCat> cMainCat;
+        std::shared_ptr<clsCat> cSubCat;
+    };
+    std::vector<Place> PlacesOf(const TextKey& cKey) const
+    {
+        std::vector<Place> colPlaces;
+        for (const std::shared_ptr<clsCat>& cMainCat : *colMainCats)
+            for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
+                if (cSubCat->SchedCuts()->Exists(cKey))
+                    colPlaces.push_back({cMainCat, cSubCat});
+        return colPlaces;
+    }
     // Whether a main category is one of the tree's at present.
     bool Holds(const std::shared_ptr<clsCat>& cMainCat) const
     {
@@ -47,6 +63,9 @@ struct Station
     SchedulerWindows* cWindows = nullptr;
     std::shared_ptr<ravlo::DataBase> cDataBase;
     std::shared_ptr<CatCollection> colMainCats; // null before the first population
+    // Of the tree: under which its files are saved, wherever another population may have moved the library
+    // since. Empty before the first population.
+    std::wstring sAppPath;
     FiledCuts cFiledCuts;
     std::uint64_t lPopulations =
         0; // completed ones: a loop that pumps sees by it that the tree is another one

@@ -44,7 +44,6 @@ struct clsSchedMan::Parts : Station
     std::shared_ptr<NameCollection> colIllegalChars;
     CategoryCreation cCreation;
     CategoryEditing cEditing;
-    std::wstring sPopulatedAppPath; // of the last population this manager completed; empty before
     bool bPopulating = false;
     bool bRotatesAllowed = false;
 };
@@ -74,12 +73,13 @@ clsSchedMan::~clsSchedMan()
         const ModScheduler::LogScope cScope(my.cMod);
         my.cSync.Stop();
         my.cEvents.Listen(nullptr);
-        if (my.sPopulatedAppPath.empty())
+        if (!my.colMainCats)
             return;
-        my.cCategoryList.SaveCatNames(my.colMainCats.get(), my.sPopulatedAppPath);
+        my.cCategoryList.SaveCatNames(my.colMainCats.get(), my.sAppPath);
+        my.cHistoryFiles.SaveOwed(*my.colMainCats);
         // The settings are the library's: when another manager has moved it to another folder since, they are
         // that one's.
-        if (my.sPopulatedAppPath == my.cMod.AppPath())
+        if (my.sAppPath == my.cMod.AppPath())
             my.cMod.SaveSettings();
     }
     catch (...)
@@ -146,7 +146,8 @@ void clsSchedMan::PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBas
                      my.colMainCats = cPopulation.Build(*my.cDataBase);
                      my.cFiledCuts = std::move(cFiledCuts);
                      ++my.lPopulations;
-                     my.sPopulatedAppPath = my.cMod.AppPath();
+                     my.sAppPath = my.cMod.AppPath();
+                     my.cHistoryFiles.Serve(my.sAppPath);
                      cPopulation.ReportProblems();
                      return true;
                  });
@@ -183,19 +184,18 @@ bool clsSchedMan::SaveCatNames()
 {
     Parts& my = *m_cParts;
     const Call cCall(*this);
-    return my.cCategoryList.SaveCatNames(my.colMainCats.get(), my.cMod.AppPath());
+    return my.cCategoryList.SaveCatNames(my.colMainCats.get(), my.sAppPath);
 }
 
 bool clsSchedMan::SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat)
 {
     Parts& my = *m_cParts;
     const Call cCall(*this);
-    const std::shared_ptr<CatCollection> colMainCats = my.colMainCats;
     if (!cMainCat)
-        return colMainCats && my.cHistoryFiles.SaveAll(*colMainCats);
+        return my.colMainCats && my.cHistoryFiles.SaveAll(my.colMainCats);
     const bool bSaved = my.cHistoryFiles.Save(cMainCat) == HistoryFiles::Saved::Yes;
-    if (colMainCats)
-        my.cHistoryFiles.SaveOwed(*colMainCats);
+    if (my.colMainCats)
+        my.cHistoryFiles.SaveOwed(*my.colMainCats);
     return bSaved;
 }
 
