@@ -50,7 +50,6 @@ protected:
 };
 
 // ---- what comes back
-// ------------------------------------------------------------------------------------------------
 
 TEST_F(SelectionTest, AFreshHeadComesBackAsACopyAndGoesToTheBack)
 {
@@ -235,7 +234,6 @@ TEST_F(SelectionTest, ALevelThatIgnoresTheRulesGivesItsHead)
 }
 
 // ---- openers
-// --------------------------------------------------------------------------------------------------------
 
 TEST_F(SelectionTest, WhereAnOpenerIsRequiredOthersGoToTheBackUnchecked)
 {
@@ -285,7 +283,6 @@ TEST_F(SelectionTest, OnlyOpenersCompeteAmongTheViolators)
 }
 
 // ---- placeholders
-// ---------------------------------------------------------------------------------------------------
 
 TEST_F(SelectionTest, AnEmptyLevelGivesKind7WithItsNameAndLevel)
 {
@@ -342,7 +339,6 @@ TEST_F(SelectionTest, APlaceholderIsTheDatabasesNewCutOrOneOfTheLibrarysOwn)
 }
 
 // ---- cuts that cannot be sent to the back
-// ---------------------------------------------------------------------------
 
 TEST_F(SelectionTest, ACutTheDatabaseNoLongerKnowsIsMovedByPositionAndSaysNothing)
 {
@@ -418,7 +414,6 @@ TEST_F(SelectionTest, AnEntryWithoutACutAndEntriesWithoutKeysDoNotStopTheWalk)
 }
 
 // ---- pumping and what may happen then
-// -------------------------------------------------------------------------------
 
 TEST_F(SelectionTest, EveryFifthStepPumpsBeforeItExamines)
 {
@@ -599,7 +594,6 @@ TEST_F(SelectionTest, OnlyWhatIsKeptIsCopied)
 }
 
 // ---- errors
-// ---------------------------------------------------------------------------------------------------------
 
 TEST_F(SelectionTest, AnErrorOfTheHeadIsShownGivesKind11AndTheCutDoesNotStayAtTheHead)
 {
@@ -656,8 +650,22 @@ TEST_F(SelectionTest, AnErrorThatEveryCandidateMeetsShowsOneBoxAndIsLoggedEachTi
     EXPECT_EQ(station.Count(L"DISPLAYERROR, ViolatesRules [schedman] 91 " + StandardDescription(91)), 3);
 }
 
+TEST_F(SelectionTest, ALevelEmptiedWhileAnErrorIsShownDoesNotDisturbTheCandidateUnderMeasurement)
+{
+    station.AddCut(L"a", L"Ash", L"Sun");
+    station.AddCut(L"b", L"Elm", L"Rain");
+    station.Played(1, L"Ash", L"x")->failing.insert("LastPlayed");
+    station.OnBox(
+        [&]
+        {
+            station.cLevel->SetSchedCuts({});
+            station.cDataBase->colCuts.clear();
+        });
+    EXPECT_EQ(NextCut().cCut->Key().Text(), L"a");
+    EXPECT_TRUE(station.Order().empty());
+}
+
 // ---- the trace
-// ------------------------------------------------------------------------------------------------------
 
 TEST_F(SelectionTest, TheTraceTellsEachMeasurementAlsoThoseTheLogPassesOver)
 {
