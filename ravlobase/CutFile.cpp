@@ -23,6 +23,8 @@ constexpr std::uint32_t lApplicationID = 0x52415642; // "RAVB"
 constexpr std::uint32_t lFormatVersion = 1;
 
 constexpr std::size_t lHeadSize = 100;
+constexpr std::size_t lPageSizeAt = 16; // two bytes; 1 stands for 65536
+constexpr std::size_t lPagesAt = 28;
 constexpr std::size_t lVersionAt = 60;
 constexpr std::size_t lApplicationAt = 68;
 constexpr std::string_view sMagic{"SQLite format 3\0", 16};
@@ -56,6 +58,10 @@ class TextPool
 public:
     TextKey Of(std::wstring sText)
     {
+        if (sText.empty())
+        {
+            return TextKey();
+        }
         const auto it = m_texts.find(sText);
         if (it != m_texts.end())
         {
@@ -88,14 +94,24 @@ std::int32_t LongOf(std::int64_t lValue)
     return static_cast<std::int32_t>(lValue);
 }
 
-template <TextKey CutValues::*Field> constexpr Column TextColumn(const char* sName)
+enum class Texts
+{
+    eDiffer, // from cut to cut
+    eRecur,
+};
+
+template <TextKey CutValues::*Field, Texts eTexts> constexpr Column TextColumn(const char* sName)
 {
     return {sName,
             [](const CutValues& left, const CutValues& right) { return SameText(left.*Field, right.*Field); },
             [](sqlite::Statement& statement, int lAt, const CutValues& values)
             { statement.Bind(lAt, (values.*Field).Text()); },
             [](const sqlite::Statement& statement, int lAt, CutValues& values, TextPool& cPool)
-            { values.*Field = cPool.Of(statement.Text(lAt)); }};
+            {
+                auto sText = statement.Text(lAt);
+                values.*Field =
+                    eTexts == Texts::eRecur ? cPool.Of(std::move(sText)) : TextKey(std::move(sText));
+            }};
 }
 
 template <std::int32_t CutValues::*Field> constexpr Column LongColumn(const char* sName)
@@ -117,10 +133,10 @@ constexpr Column columns[] = {
          TextKey cPath(statement.Text(lAt));
          values.cPath = SameText(cPath, values.cKey) ? values.cKey : cPath;
      }},
-    TextColumn<&CutValues::cSecondaryKey>("secondary_key"),
-    TextColumn<&CutValues::cArtist>("artist"),
-    TextColumn<&CutValues::cTitle>("title"),
-    TextColumn<&CutValues::cAlbum>("album"),
+    TextColumn<&CutValues::cSecondaryKey, Texts::eDiffer>("secondary_key"),
+    TextColumn<&CutValues::cArtist, Texts::eRecur>("artist"),
+    TextColumn<&CutValues::cTitle, Texts::eDiffer>("title"),
+    TextColumn<&CutValues::cAlbum, Texts::eRecur>("album"),
     {"last_played",
      [](const CutValues& left, const CutValues& right) { return left.dtLastPlayed == right.dtLastPlayed; },
      [](sqlite::Statement& statement, int lAt, const CutValues& values)
@@ -154,10 +170,10 @@ std::string ColumnNames()
     return sNames;
 }
 
-std::uint32_t BigEndian(std::string_view bytes, std::size_t lAt)
+std::uint32_t BigEndian(std::string_view bytes, std::size_t lAt, std::size_t lLength = 4)
 {
     std::uint32_t lValue = 0;
-    for (std::size_t i = 0; i < 4; ++i)
+    for (std::size_t i = 0; i < lLength; ++i)
     {
         lValue = (lValue << 8) | static_cast<unsigned char>(bytes[lAt + i]);
     }
@@ -191,6 +207,13 @@ void CheckHead(const std::wstring& sFile, const std::string& bytes)
     {
         Refuse(sFile, L"is damaged");
     }
+}
+
+// The size that the header speaks of.
+std::int64_t SizeIn(const std::string& bytes)
+{
+    const std::int64_t lPageSize = BigEndian(bytes, lPageSizeAt, 2);
+    return (lPageSize == 1 ? 65536 : lPageSize) * BigEndian(bytes, lPagesAt);
 }
 
 // Removes a file and what SQLite may have left beside it. What cannot be removed stays.
@@ -279,7 +302,7 @@ void CheckStructure(sqlite::Connection& cConnection)
 {
     sqlite::Statement tables(cConnection, "SELECT count(*) FROM sqlite_schema WHERE sql = ? OR sql = ?");
     tables.Bind(1, TextFromStore(sCutsTable)).Bind(2, TextFromStore(sCategoriesTable)).Step();
-    if (tables.Number(0) != 2 || cConnection.Text("PRAGMA quick_check(1)") != L"ok")
+    if (tables.Number(0) != 2 || cConnection.Text("PRAGMA integrity_check(1)") != L"ok")
     {
         cConnection.Fail(SQLITE_CORRUPT);
     }
@@ -336,9 +359,14 @@ bool SameValues(const CutValues& left, const CutValues& right) noexcept
 CutFile::CutFile(const std::wstring& sFile, std::vector<StoredCut>& colCuts)
     : m_cConnection(ReadyPath(sFile), sFile, sqlite::Connection::Mode::eExisting)
 {
-    CheckHead(sFile, m_cConnection.RawHead(lHeadSize));
-    // Until the file has proved sound, a log that somebody left is not moved into it.
     const bool bHadLog = HasLog(sFile);
+    const auto head = m_cConnection.RawHead(lHeadSize);
+    CheckHead(sFile, head);
+    if (!bHadLog && m_cConnection.RawSize() != SizeIn(head))
+    {
+        Refuse(sFile, L"is damaged"); // SQLite takes the missing end of a last page for zeros
+    }
+    // Until the file has proved sound, a log that somebody left is not moved into it.
     m_cConnection.KeepLogOnClose(bHadLog);
     m_cConnection.Run("PRAGMA cell_size_check = ON; PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL");
     CheckStructure(m_cConnection);

@@ -229,7 +229,8 @@ private:
     {
         if (fields.size() != m_columns.size())
         {
-            return DecimalText(static_cast<std::int64_t>(fields.size())) + L" fields instead of " +
+            return DecimalText(static_cast<std::int64_t>(fields.size())) +
+                   (fields.size() == 1 ? L" field" : L" fields") + L" instead of " +
                    DecimalText(static_cast<std::int64_t>(m_columns.size()));
         }
         for (std::size_t i = 0; i < fields.size(); ++i)

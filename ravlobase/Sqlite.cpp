@@ -90,14 +90,25 @@ std::wstring Connection::Text(const char* sSql)
     return statement.Text(0);
 }
 
-std::string Connection::RawHead(std::size_t lCount)
+sqlite3_file* Connection::RawFile()
 {
     sqlite3_file* pFile = nullptr;
     Check(sqlite3_file_control(m_pHandle.get(), "main", SQLITE_FCNTL_FILE_POINTER, &pFile));
+    return pFile;
+}
+
+std::int64_t Connection::RawSize()
+{
+    auto* pFile = RawFile();
     sqlite3_int64 lSize = 0;
     Check(pFile->pMethods->xFileSize(pFile, &lSize));
-    std::string bytes(
-        static_cast<std::size_t>(std::min<sqlite3_int64>(lSize, static_cast<sqlite3_int64>(lCount))), '\0');
+    return lSize;
+}
+
+std::string Connection::RawHead(std::size_t lCount)
+{
+    auto* pFile = RawFile();
+    std::string bytes(static_cast<std::size_t>(std::min(RawSize(), static_cast<std::int64_t>(lCount))), '\0');
     Check(pFile->pMethods->xRead(pFile, bytes.data(), static_cast<int>(bytes.size()), 0));
     return bytes;
 }

@@ -31,8 +31,9 @@ public:
     std::int64_t Number(const char* sSql);
     std::wstring Text(const char* sSql);
 
-    // The first bytes of the file itself, without a lock, a journal or a page of it being touched; fewer when
-    // it is shorter.
+    // The file itself, without a lock, a journal or a page of it being touched: its size, and its first bytes
+    // (fewer when it is shorter).
+    std::int64_t RawSize();
     std::string RawHead(std::size_t lCount);
     // While set, closing leaves a write-ahead log as it is instead of moving it into the file.
     void KeepLogOnClose(bool bKeep);
@@ -47,6 +48,7 @@ public:
     void Check(int lCode) const;
 
 private:
+    sqlite3_file* RawFile();
     struct Closer
     {
         void operator()(sqlite3* pHandle) const noexcept { sqlite3_close(pHandle); }

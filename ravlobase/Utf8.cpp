@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ravlobase/Utf8.h"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace ravlo
@@ -84,6 +85,18 @@ std::optional<Form> FormOf(unsigned char c)
     return std::nullopt;
 }
 
+// Moves plain ASCII at the head of the bytes over: most of the text there is.
+void TakeAscii(std::wstring& sText, std::string_view& bytes)
+{
+    std::size_t lCount = 0;
+    while (lCount < bytes.size() && static_cast<unsigned char>(bytes[lCount]) < 0x80)
+    {
+        ++lCount;
+    }
+    sText.append(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(lCount));
+    bytes.remove_prefix(lCount);
+}
+
 // The code at the head of the bytes, and its length; nothing when there is none. Halves of pairs are let
 // through.
 std::optional<std::uint32_t> Decode(std::string_view bytes, std::size_t& lLength)
@@ -137,7 +150,7 @@ std::wstring TextFromStore(std::string_view bytes)
 {
     std::wstring sText;
     sText.reserve(bytes.size());
-    while (!bytes.empty())
+    for (TakeAscii(sText, bytes); !bytes.empty(); TakeAscii(sText, bytes))
     {
         std::size_t lLength = 1;
         AppendWide(sText, Decode(bytes, lLength).value_or(lReplacement));
@@ -150,7 +163,7 @@ std::optional<std::wstring> TextFromUtf8(std::string_view bytes)
 {
     std::wstring sText;
     sText.reserve(bytes.size());
-    while (!bytes.empty())
+    for (TakeAscii(sText, bytes); !bytes.empty(); TakeAscii(sText, bytes))
     {
         std::size_t lLength = 1;
         const auto c = Decode(bytes, lLength);

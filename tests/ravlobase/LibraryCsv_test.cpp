@@ -1,0 +1,237 @@
+// SPDX-License-Identifier: MIT
+#include "ravlobase/LibraryCsv.h"
+
+#include "ravlobase/Support.h"
+
+namespace ravlo
+{
+namespace
+{
+
+using namespace std::string_literals;
+
+class Rows : public LibraryCsvSink
+{
+public:
+    void OnCut(LibraryRow row) override { colRows.push_back(std::move(row)); }
+    void OnReject(std::size_t lLine, const std::wstring& sReason) override
+    {
+        colRejects.push_back(L"Line " + DecimalText(static_cast<std::int64_t>(lLine)) + L": " + sReason);
+    }
+    std::vector<LibraryRow> colRows;
+    std::vector<std::wstring> colRejects;
+};
+
+Rows Read(const std::string& bytes)
+{
+    Rows cRows;
+    ReadLibraryCsv(bytes, cRows);
+    return cRows;
+}
+
+using Rejects = std::vector<std::wstring>;
+
+TEST(LibraryCsv, EveryColumnIsTaken)
+{
+    const auto cRows = Read("path,artist,title,album,year,duration_ms,run_time_ms,categories,level,opener,"
+                            "secondary_key,last_played\n"
+                            "D:\\a.mp3,Bj\xC3\xB6rk,\"Oh, So\",Post,1995,181000,175000,pop/rock,2,Y,K1,"
+                            "2024-02-29T13:14:15\n");
+    ASSERT_EQ(cRows.colRejects, Rejects{});
+    ASSERT_EQ(cRows.colRows.size(), 1U);
+    const auto& row = cRows.colRows[0];
+    EXPECT_EQ(row.lLine, 2U);
+    EXPECT_EQ(row.cPath.Text(), L"D:\\a.mp3");
+    EXPECT_EQ(row.sArtist, L"Bj\u00F6rk");
+    EXPECT_EQ(row.sTitle, L"Oh, So");
+    EXPECT_EQ(row.sAlbum, L"Post");
+    EXPECT_EQ(row.lYear, 1995);
+    EXPECT_EQ(row.lDurationmS, 181000);
+    EXPECT_EQ(row.lRunTimemS, 175000);
+    EXPECT_EQ(row.colCategories, (std::vector<std::wstring>{L"pop", L"rock"}));
+    EXPECT_EQ(row.lLevel, 2);
+    EXPECT_EQ(row.bOpener, true);
+    EXPECT_EQ(row.sSecondaryKey, L"K1");
+    ASSERT_TRUE(row.dtLastPlayed);
+    EXPECT_EQ(IsoText(*row.dtLastPlayed), L"2024-02-29T13:14:15");
+}
+
+TEST(LibraryCsv, ColumnsComeInAnyOrderAndCaseAndUnknownOnesAreIgnored)
+{
+    const auto cRows = Read("Mood, TITLE ,PATH,mood\nhappy,T,a.mp3,sad\n");
+    ASSERT_EQ(cRows.colRows.size(), 1U);
+    EXPECT_EQ(cRows.colRows[0].cPath.Text(), L"a.mp3");
+    EXPECT_EQ(cRows.colRows[0].sTitle, L"T");
+}
+
+TEST(LibraryCsv, AByteOrderMarkIsNoPartOfTheHeader)
+{
+    EXPECT_EQ(Read("\xEF\xBB\xBFpath\na.mp3\n").colRows.size(), 1U);
+}
+
+TEST(LibraryCsv, WithoutAUsableHeaderLineTheFileIsRefused)
+{
+    const std::pair<std::string, const wchar_t*> files[] = {
+        {"", L"This is no library CSV: it has no header line."},
+        {"\r\n\n", L"This is no library CSV: it has no header line."},
+        {"artist;path\na;b\n",
+         L"This is no library CSV: its header line has no column \"path\" (columns are parted by commas)."},
+        {"artist\nx\n",
+         L"This is no library CSV: its header line has no column \"path\" (columns are parted by commas)."},
+        {"path,title,Path\n", L"This is no library CSV: its header line names the column \"path\" twice."},
+        {"path,\"title\n", L"This is no library CSV: in its header line a quotation mark is never closed."},
+        {"path,ti\"tle\n",
+         L"This is no library CSV: in its header line a quotation mark stands where none may stand."},
+        {"\xFF\xFEp\0a\0t\0h\0"s, L"This is no library CSV: it is UTF-16, and UTF-8 is needed."},
+        {"\xFE\xFF\0p\0a\0t\0h"s, L"This is no library CSV: it is UTF-16, and UTF-8 is needed."},
+    };
+    for (const auto& [bytes, sDescription] : files)
+    {
+        const auto raised = RaisedBy([&] { Read(bytes); });
+        EXPECT_EQ(raised.lNumber, 321) << bytes;
+        EXPECT_EQ(raised.sDescription, sDescription) << bytes;
+    }
+}
+
+TEST(LibraryCsv, AHeaderLineAloneGivesNoCuts)
+{
+    const auto cRows = Read("path\n");
+    EXPECT_TRUE(cRows.colRows.empty());
+    EXPECT_TRUE(cRows.colRejects.empty());
+}
+
+TEST(LibraryCsv, ABlankCellSaysNothing)
+{
+    const auto cRows = Read("path,artist,title,album,year,duration_ms,run_time_ms,categories,level,opener,"
+                            "secondary_key,last_played\n"
+                            "a.mp3,,,,,,,,,,,\n"
+                            "b.mp3, , , , , , , , , , , \n"
+                            "c.mp3,,,,,,,/ /,0,,,\n");
+    ASSERT_EQ(cRows.colRejects, Rejects{});
+    ASSERT_EQ(cRows.colRows.size(), 3U);
+    for (const auto& row : cRows.colRows)
+    {
+        EXPECT_FALSE(row.sArtist || row.sTitle || row.sAlbum || row.sSecondaryKey);
+        EXPECT_FALSE(row.lYear || row.lDurationmS || row.lRunTimemS || row.lLevel);
+        EXPECT_FALSE(row.colCategories || row.bOpener || row.dtLastPlayed);
+    }
+}
+
+TEST(LibraryCsv, CellsThatCannotBeUsedRejectTheirRow)
+{
+    struct Case
+    {
+        const char* sColumn;
+        std::string cell;
+        const wchar_t* sReason; // null: the cell can be used
+    };
+    const Case cases[] = {
+        {"year", "0", nullptr},
+        {"year", "9999", nullptr},
+        {"year", " 1984 ", nullptr},
+        {"year", "10000", L"year: \"10000\" is not a year from 0 to 9999"},
+        {"year", "-1", L"year: \"-1\" is not a year from 0 to 9999"},
+        {"year", "1984.5", L"year: \"1984.5\" is not a year from 0 to 9999"},
+        {"year", "MCM", L"year: \"MCM\" is not a year from 0 to 9999"},
+        {"year", "-", L"year: \"-\" is not a year from 0 to 9999"},
+        {"duration_ms", "2147483647", nullptr},
+        {"duration_ms", "0", nullptr},
+        {"duration_ms", "-0", nullptr},
+        {"duration_ms", "000000000000000012", nullptr},
+        {"duration_ms", "2147483648",
+         L"duration_ms: \"2147483648\" is not a whole number from 0 to 2147483647"},
+        {"duration_ms", "99999999999999999999999999999999999999999999",
+         L"duration_ms: \"9999999999999999999999999999999999999999...\" is not a whole number from 0 to "
+         L"2147483647"},
+        {"run_time_ms", "-5", L"run_time_ms: \"-5\" is not a whole number from 0 to 2147483647"},
+        {"run_time_ms", "3:20", L"run_time_ms: \"3:20\" is not a whole number from 0 to 2147483647"},
+        {"level", "1", nullptr},
+        {"level", "2147483647", nullptr},
+        {"level", "-1", L"level: \"-1\" is not a whole number from 1 to 2147483647"},
+        {"level", "2147483648", L"level: \"2147483648\" is not a whole number from 1 to 2147483647"},
+        {"level", "two", L"level: \"two\" is not a whole number from 1 to 2147483647"},
+        {"opener", "y", nullptr},
+        {"opener", " n ", nullptr},
+        {"opener", "yes", L"opener: \"yes\" is not Y or N"},
+        {"opener", "1", L"opener: \"1\" is not Y or N"},
+        {"last_played", "2024-02-29", nullptr},
+        {"last_played", "2024-06-01 08:15", nullptr},
+        {"last_played", "2023-02-29", L"last_played: \"2023-02-29\" is not a date in ISO 8601 form"},
+        {"last_played", "01/02/2024", L"last_played: \"01/02/2024\" is not a date in ISO 8601 form"},
+        {"artist", "a\0b"s, L"artist: a NUL character"},
+        {"artist", "Bj\xF6rk", L"artist: not UTF-8"},
+        {"title", "\xED\xA0\x80", L"title: not UTF-8"},
+        {"mood", "\xFF\0"s, nullptr},
+    };
+    for (const auto& test : cases)
+    {
+        const auto cRows = Read(std::string("path,") + test.sColumn + "\na.mp3," + test.cell + "\nb.mp3,\n");
+        const auto colExpected = test.sReason ? Rejects{std::wstring(L"Line 2: ") + test.sReason} : Rejects{};
+        EXPECT_EQ(cRows.colRejects, colExpected) << test.sColumn << " " << test.cell;
+        EXPECT_EQ(cRows.colRows.size(), test.sReason ? 1U : 2U) << "the other row goes in";
+    }
+}
+
+TEST(LibraryCsv, OpenerIsYesOrNo)
+{
+    const auto cRows = Read("path,opener\na,Y\nb,y\nc,N\nd,n\n");
+    ASSERT_EQ(cRows.colRows.size(), 4U);
+    EXPECT_EQ(cRows.colRows[0].bOpener, true);
+    EXPECT_EQ(cRows.colRows[1].bOpener, true);
+    EXPECT_EQ(cRows.colRows[2].bOpener, false);
+    EXPECT_EQ(cRows.colRows[3].bOpener, false);
+}
+
+TEST(LibraryCsv, CategoryNamesAreTrimmedAndEmptyOnesSkipped)
+{
+    const auto cRows = Read("path,categories\na, pop / / hard rock /\n");
+    EXPECT_EQ(cRows.colRows.at(0).colCategories, (std::vector<std::wstring>{L"pop", L"hard rock"}));
+}
+
+TEST(LibraryCsv, ARowNeedsAsManyFieldsAsTheHeaderLine)
+{
+    const auto cRows = Read("path,artist,title\na,b\nc,d,e,f\ng\nh,i,j\n");
+    EXPECT_EQ(cRows.colRejects, (Rejects{L"Line 2: 2 fields instead of 3", L"Line 3: 4 fields instead of 3",
+                                         L"Line 4: 1 field instead of 3"}));
+    EXPECT_EQ(cRows.colRows.size(), 1U);
+}
+
+TEST(LibraryCsv, ARowNeedsAPath)
+{
+    const auto cRows = Read("artist,path\nx,\ny, \nz,p\n");
+    EXPECT_EQ(cRows.colRejects, (Rejects{L"Line 2: no path", L"Line 3: no path"}));
+    ASSERT_EQ(cRows.colRows.size(), 1U);
+}
+
+TEST(LibraryCsv, ThePathIsTakenAsItStands)
+{
+    EXPECT_EQ(Read("path\n D:\\x.mp3 \n").colRows.at(0).cPath.Text(), L" D:\\x.mp3 ");
+}
+
+TEST(LibraryCsv, OfRowsWithTheSamePathTheFirstCounts)
+{
+    const auto cRows = Read("path,title\nD:\\\xC3\x84.mp3,one\nother,x\nd:\\\xC3\xA4.MP3,two\n");
+    EXPECT_EQ(cRows.colRejects, Rejects{L"Line 4: line 2 has the same path"});
+    ASSERT_EQ(cRows.colRows.size(), 2U);
+    EXPECT_EQ(cRows.colRows[0].sTitle, L"one");
+}
+
+TEST(LibraryCsv, ARejectedRowDoesNotClaimItsPath)
+{
+    const auto cRows = Read("year,path\nx,a\n1999,a\n");
+    EXPECT_EQ(cRows.colRejects, Rejects{L"Line 2: year: \"x\" is not a year from 0 to 9999"});
+    EXPECT_EQ(cRows.colRows.size(), 1U);
+}
+
+TEST(LibraryCsv, TheLineOfARowIsTheFirstOneItStandsOn)
+{
+    const auto cRows = Read("path,title\n\na,\"one\ntwo\"\nb,\"x\ny\",z\n\"c,d\ne,f\n");
+    EXPECT_EQ(cRows.colRejects,
+              (Rejects{L"Line 5: 3 fields instead of 2", L"Line 7: a quotation mark is never closed"}));
+    ASSERT_EQ(cRows.colRows.size(), 2U);
+    EXPECT_EQ(cRows.colRows[0].lLine, 3U);
+    EXPECT_EQ(cRows.colRows[1].lLine, 8U);
+}
+
+} // namespace
+} // namespace ravlo

@@ -1,0 +1,271 @@
+// SPDX-License-Identifier: MIT
+#include "ravlobase/StoreCut.h"
+
+#include "ravlobase/Support.h"
+
+#include <functional>
+#include <limits>
+#include <utility>
+
+namespace ravlo
+{
+namespace
+{
+
+using Lines = std::vector<std::wstring>;
+using Setter = std::function<void(Cut&)>;
+
+const std::pair<const char*, Setter> setters[] = {
+    {"SecondaryKey", [](Cut& cCut) { cCut.SetSecondaryKey(L"K2"); }},
+    {"Path", [](Cut& cCut) { cCut.SetPath(L"E:\\b.mp3"); }},
+    {"Artist", [](Cut& cCut) { cCut.SetArtist(L"ABBA"); }}, // by case alone
+    {"Title", [](Cut& cCut) { cCut.SetTitle(L"\u65E5\u672C"); }},
+    {"Album", [](Cut& cCut) { cCut.SetAlbum(L"Album"); }},
+    {"Year", [](Cut& cCut) { cCut.SetYear(-1); }},
+    {"RunTimemS", [](Cut& cCut) { cCut.SetRunTimemS(123); }},
+    {"DurationmS", [](Cut& cCut) { cCut.SetDurationmS(std::numeric_limits<std::int32_t>::max()); }},
+    {"LastPlayed", [](Cut& cCut) { cCut.SetLastPlayed(45000.1234567); }},
+    {"Opener", [](Cut& cCut) { cCut.SetOpener(true); }},
+    {"CatLevel", [](Cut& cCut) { cCut.SetCatLevel(32766); }},
+    {"RemoveCategoryName", [](Cut& cCut) { cCut.RemoveCategoryName(L"POP"); }},
+    {"CategoryText", [](Cut& cCut) { cCut.SetCategoryText(L"/x//Y/X/"); }},
+    {"AddCategoryName", [](Cut& cCut) { cCut.AddCategoryName(L"AC/DC"); }},
+};
+
+class StoreCutTest : public StoreTest
+{
+protected:
+    StoreCutTest()
+    {
+        m_cCut = Add(L"a", L"Abba", L"SOS");
+        m_cCut->SetCategoryText(L"pop/rock");
+    }
+    std::shared_ptr<Cut> m_cCut;
+};
+
+TEST_F(StoreCutTest, EveryPropertyChangeIsOnTheDiskAtOnceAndRaisesNothing)
+{
+    Recorder cRecorder;
+    m_cStore.Advise(cRecorder);
+    for (const auto& [sName, Set] : setters)
+    {
+        const auto sBefore = ValuesText(*m_cCut);
+        Set(*m_cCut);
+        EXPECT_NE(ValuesText(*m_cCut), sBefore) << sName;
+        EXPECT_EQ(ContentOf(m_sFile), ContentOf(m_cStore)) << sName;
+    }
+    EXPECT_EQ(cRecorder.colLines, Lines{});
+}
+
+TEST_F(StoreCutTest, EveryPropertyOfACopyIsItsOwn)
+{
+    for (const auto& [sName, Set] : setters)
+    {
+        const auto cCopy = m_cCut->CloneCut();
+        EXPECT_EQ(ValuesText(*cCopy), ValuesText(*m_cCut));
+        EXPECT_EQ(cCopy->ID(), m_cCut->ID());
+        const auto sBefore = ValuesText(*m_cCut);
+        Set(*cCopy);
+        EXPECT_NE(ValuesText(*cCopy), sBefore) << sName;
+        EXPECT_EQ(ValuesText(*m_cCut), sBefore) << sName;
+    }
+}
+
+TEST_F(StoreCutTest, TheKeyCanBeSetOnlyOnAFreeStandingCut)
+{
+    const auto raised = RaisedBy([&] { m_cCut->SetKey(L"b"); });
+    EXPECT_EQ(raised.lNumber, error::PermissionDenied);
+    EXPECT_EQ(raised.sDescription, L"The key of a cut that stands in a database cannot be changed.");
+    EXPECT_EQ(m_cCut->Key().Text(), L"a");
+
+    const auto cCopy = m_cCut->CloneCut();
+    cCopy->SetKey(L"b");
+    EXPECT_EQ(cCopy->Key().Text(), L"b");
+    EXPECT_EQ(cCopy->Path(), L"b");
+}
+
+TEST_F(StoreCutTest, ALevelBelowOneIsRefused)
+{
+    m_cCut->SetCatLevel(5);
+    for (const std::int32_t lLevel : {0, -1, std::numeric_limits<std::int32_t>::min()})
+    {
+        const auto raised = RaisedBy([&] { m_cCut->SetCatLevel(lLevel); });
+        EXPECT_EQ(raised.lNumber, error::InvalidProcedureCall);
+        EXPECT_EQ(raised.sDescription, L"The level of a cut has to be 1 or more.");
+        EXPECT_EQ(m_cCut->CatLevel(), 5);
+    }
+    m_cStore.NewCut()->SetCatLevel(-1); // a free-standing cut is nobody's business
+}
+
+TEST_F(StoreCutTest, ATimeThatIsNoDateIsRefused)
+{
+    m_cCut->SetLastPlayed(45000);
+    for (const double dtWhen :
+         {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()})
+    {
+        EXPECT_EQ(NumberRaisedBy([&] { m_cCut->SetLastPlayed(dtWhen); }), error::InvalidProcedureCall);
+        EXPECT_EQ(m_cCut->LastPlayed(), 45000);
+    }
+}
+
+TEST_F(StoreCutTest, CategoryNamesKeepTheirOrderAndAreUniqueIgnoringCase)
+{
+    m_cCut->SetCategoryText(L"pop//Rock/POP/jazz");
+    EXPECT_EQ(m_cCut->CategoryNames(), (Lines{L"pop", L"Rock", L"jazz"}));
+    EXPECT_EQ(m_cCut->CategoryText(), L"pop/Rock/jazz");
+    m_cCut->AddCategoryName(L"ROCK");
+    m_cCut->AddCategoryName(L"AC/DC");
+    m_cCut->RemoveCategoryName(L"POP");
+    m_cCut->RemoveCategoryName(L"missing");
+    EXPECT_EQ(m_cCut->CategoryNames(), (Lines{L"Rock", L"jazz", L"AC/DC"}));
+    EXPECT_TRUE(m_cCut->HasCategoryName(L"ac/dc"));
+    EXPECT_FALSE(m_cCut->HasCategoryName(L"AC"));
+    EXPECT_EQ(m_cCut->CategoryText(), L"Rock/jazz/AC/DC");
+    Reopen();
+    EXPECT_EQ(ByKey(L"a")->CategoryNames(), (Lines{L"Rock", L"jazz", L"AC/DC"}));
+}
+
+TEST_F(StoreCutTest, ACutMayBeInNoCategory)
+{
+    m_cCut->SetCategoryText(L"");
+    EXPECT_EQ(m_cCut->CategoryText(), L"");
+    Reopen();
+    EXPECT_EQ(ByKey(L"a")->CategoryNames(), Lines{});
+}
+
+TEST_F(StoreCutTest, WhatIsSetForAHostIsNotStored)
+{
+    m_cCut->SetCategoryKey(L"Pop\t1");
+    m_cCut->SetMustBeOpener(true);
+    m_cCut->SetKindCode(eKindTitleViolation);
+    const auto cCopy = m_cCut->CloneCut();
+    EXPECT_EQ(cCopy->CategoryKey(), L"Pop\t1");
+    EXPECT_TRUE(cCopy->MustBeOpener());
+    EXPECT_EQ(cCopy->KindCode(), 15);
+    Reopen();
+    EXPECT_EQ(ByKey(L"a")->CategoryKey(), L"");
+    EXPECT_FALSE(ByKey(L"a")->MustBeOpener());
+    EXPECT_EQ(ByKey(L"a")->KindCode(), 0);
+}
+
+TEST_F(StoreCutTest, TheDurationReadsAsMinutesAndSeconds)
+{
+    m_cCut->SetDurationmS(3 * 60'000 + 7'999);
+    EXPECT_EQ(m_cCut->DurationText(), L"3:07");
+}
+
+// --- batches
+
+TEST_F(StoreCutTest, TheChangesOfABatchReachTheDiskTogether)
+{
+    const auto colBefore = ContentOf(m_cStore);
+    {
+        Store::Batch cBatch(m_cStore);
+        for (const auto& [sName, Set] : setters)
+            Set(*m_cCut);
+        EXPECT_EQ(m_cCut->Artist(), L"ABBA") << "the object shows them at once";
+        EXPECT_EQ(ContentOf(m_sFile), colBefore) << "others see none of it yet";
+        cBatch.Commit();
+    }
+    EXPECT_NE(ContentOf(m_cStore), colBefore);
+    EXPECT_EQ(ContentOf(m_sFile), ContentOf(m_cStore));
+}
+
+TEST_F(StoreCutTest, ABatchWithoutCommitIsUndoneOnTheDiskAndInTheObjects)
+{
+    const auto colBefore = ContentOf(m_cStore);
+    {
+        Store::Batch cBatch(m_cStore);
+        for (const auto& [sName, Set] : setters)
+            Set(*m_cCut);
+    }
+    EXPECT_EQ(ContentOf(m_cStore), colBefore);
+    EXPECT_EQ(ContentOf(m_sFile), colBefore);
+    EXPECT_EQ(m_cStore.CutByArtistTitle(L"abba", L"sos"), m_cCut);
+}
+
+TEST_F(StoreCutTest, BatchesStandInsideEachOther)
+{
+    {
+        Store::Batch cOuter(m_cStore);
+        m_cCut->SetYear(1);
+        {
+            Store::Batch cKept(m_cStore);
+            m_cCut->SetAlbum(L"kept");
+            cKept.Commit();
+        }
+        {
+            Store::Batch cDropped(m_cStore);
+            m_cCut->SetAlbum(L"dropped");
+            m_cCut->SetYear(2);
+        }
+        EXPECT_EQ(m_cCut->Album(), L"kept");
+        EXPECT_EQ(m_cCut->Year(), 1);
+        cOuter.Commit();
+    }
+    EXPECT_EQ(ContentOf(m_sFile), ContentOf(m_cStore));
+    EXPECT_EQ(m_cCut->Album(), L"kept");
+    {
+        Store::Batch cOuter(m_cStore);
+        {
+            Store::Batch cInner(m_cStore);
+            m_cCut->SetAlbum(L"lost with the outer one");
+            cInner.Commit();
+        }
+    }
+    EXPECT_EQ(m_cCut->Album(), L"kept");
+    EXPECT_EQ(ContentOf(m_sFile), ContentOf(m_cStore));
+}
+
+TEST_F(StoreCutTest, ARefusedChangeDoesNotSpoilItsBatch)
+{
+    Store::Batch cBatch(m_cStore);
+    m_cCut->SetYear(1);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cCut->SetCatLevel(0); }), error::InvalidProcedureCall);
+    m_cCut->SetAlbum(L"Album");
+    cBatch.Commit();
+    EXPECT_EQ(ContentOf(m_sFile), ContentOf(m_cStore));
+    EXPECT_EQ(m_cCut->Year(), 1);
+}
+
+TEST_F(StoreCutTest, ABatchEndsOnlyOnce)
+{
+    Store::Batch cBatch(m_cStore);
+    cBatch.Commit();
+    EXPECT_EQ(NumberRaisedBy([&] { cBatch.Commit(); }), error::InvalidProcedureCall);
+    m_cCut->SetYear(7); // on its own again
+    EXPECT_EQ(ContentOf(m_sFile), ContentOf(m_cStore));
+}
+
+TEST_F(StoreCutTest, WholeOperationsAreRefusedInsideABatch)
+{
+    const auto sCsv = m_cFolder.WithBytes("x.csv", "path\nx\n");
+    Store::Batch cBatch(m_cStore);
+    const Setter operations[] = {
+        [&](Cut&) { m_cStore.AddCuts({CutNamed(m_cStore, L"x")}); },
+        [&](Cut&) { m_cStore.ModifyCuts({m_cCut}); },
+        [&](Cut&) { m_cStore.RemoveCuts({m_cCut}); },
+        [&](Cut&) { m_cStore.ImportCsv(sCsv); },
+    };
+    for (const auto& Operation : operations)
+    {
+        const auto raised = RaisedBy([&] { Operation(*m_cCut); });
+        EXPECT_EQ(raised.lNumber, error::InvalidProcedureCall);
+        EXPECT_EQ(raised.sDescription, L"This cannot be done inside a batch of changes.");
+    }
+    EXPECT_EQ(m_cStore.AllCuts().size(), 1U);
+}
+
+TEST_F(StoreCutTest, ClosingUndoesAnOpenBatch)
+{
+    Store::Batch cBatch(m_cStore);
+    m_cCut->SetYear(1);
+    m_cStore.Close();
+    EXPECT_EQ(m_cCut->Year(), 0);
+    EXPECT_EQ(NumberRaisedBy([&] { cBatch.Commit(); }), error::ObjectNotSet);
+    m_cStore.Open(m_sFile);
+    EXPECT_EQ(ByKey(L"a")->Year(), 0);
+}
+
+} // namespace
+} // namespace ravlo

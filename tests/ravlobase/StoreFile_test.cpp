@@ -1,0 +1,611 @@
+// SPDX-License-Identifier: MIT
+// What the database does with files: foreign and damaged ones, failing disks, sudden ends, other programs.
+#include "ravlobase/CutFile.h"
+
+#include "ravlobase/FaultyVfs.h"
+#include "ravlobase/Support.h"
+
+#include <csignal>
+#include <functional>
+#include <random>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace ravlo
+{
+namespace
+{
+
+using Lines = std::vector<std::wstring>;
+using Fault = FaultyVfs::Fault;
+
+constexpr std::size_t lVersionAt = 60;
+constexpr std::size_t lApplicationAt = 68;
+
+// A closed database with some cuts.
+std::wstring SmallDatabase(const TempFolder& cFolder, int lCuts = 20)
+{
+    Store cStore;
+    cStore.Open(cFolder.File("small.rdb"));
+    Cuts colCuts;
+    for (int i = 0; i < lCuts; ++i)
+    {
+        auto cCut = CutNamed(cStore, L"D:\\Music\\" + DecimalText(i) + L".mp3",
+                             L"Artist " + DecimalText(i % 7), L"Title " + DecimalText(i));
+        cCut->SetCategoryText(L"pop/rock");
+        colCuts.push_back(cCut);
+    }
+    cStore.AddCuts(colCuts);
+    return cStore.FileName();
+}
+
+Raised OpenRaises(const std::wstring& sFile)
+{
+    Store cStore;
+    return RaisedBy([&] { cStore.Open(sFile); });
+}
+
+// A process of its own that begins before any database is open in this one (SQLite wants it so), waits for
+// Go, and then does its work. Whatever it raises is its exit code.
+class Program
+{
+public:
+    explicit Program(const std::function<void()>& work)
+    {
+        int pipes[2];
+        if (pipe(pipes) != 0)
+            std::abort();
+        m_lPid = fork();
+        if (m_lPid == 0)
+        {
+            close(pipes[1]);
+            char c = 0;
+            const auto lRead = read(pipes[0], &c, 1);
+            _exit(lRead == 1 ? NumberRaisedBy(work) : 255);
+        }
+        close(pipes[0]);
+        m_lGo = pipes[1];
+    }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+    ~Program()
+    {
+        if (m_lGo >= 0)
+            End();
+    }
+
+    // Lets it run to its end and gives the number of the error it ended with, 0 for none, -1 when it was
+    // killed.
+    int End()
+    {
+        const auto lWritten = write(m_lGo, "g", 1);
+        close(std::exchange(m_lGo, -1));
+        int lStatus = 0;
+        waitpid(m_lPid, &lStatus, 0);
+        EXPECT_EQ(lWritten, 1);
+        return WIFEXITED(lStatus) ? WEXITSTATUS(lStatus) : -1;
+    }
+
+private:
+    pid_t m_lPid;
+    int m_lGo;
+};
+
+// --- files that are refused
+
+TEST(StoreFile, AFileThatIsNoDatabaseIsRefusedAndLeftAlone)
+{
+    TempFolder cFolder;
+    const std::string files[] = {"",
+                                 "x",
+                                 "path,artist\na,b\n",
+                                 std::string("SQLite format 3\0", 16),
+                                 std::string("SQLite format 3\0", 16) + std::string(83, '\0'),
+                                 std::string(5000, '\0')};
+    for (const auto& bytes : files)
+    {
+        const auto sFile = cFolder.WithBytes("foreign", bytes);
+        const auto raised = OpenRaises(sFile);
+        EXPECT_EQ(raised.lNumber, error::InvalidFileFormat) << bytes.size();
+        EXPECT_EQ(raised.sDescription,
+                  L"The file \"" + sFile +
+                      (bytes.starts_with("SQL") ? L"\" is damaged." : L"\" is no media database."));
+        EXPECT_EQ(BytesOf(sFile), bytes);
+        EXPECT_EQ(cFolder.Names(), std::vector<std::string>{"foreign"});
+    }
+}
+
+TEST(StoreFile, TheDatabaseOfAnotherProgramIsRefusedAndLeftAlone)
+{
+    TempFolder cFolder;
+    const auto sFile = cFolder.File("other.db");
+    {
+        sqlite::Connection cOther(cFolder.Path("other.db").string(), L"", sqlite::Connection::Mode::eCreate);
+        cOther.Run("PRAGMA journal_mode = WAL; CREATE TABLE cuts(id INTEGER); INSERT INTO cuts VALUES(1)");
+    }
+    const auto bytes = BytesOf(sFile);
+    const auto raised = OpenRaises(sFile);
+    EXPECT_EQ(raised.lNumber, error::InvalidFileFormat);
+    EXPECT_EQ(raised.sDescription, L"The file \"" + sFile + L"\" belongs to another program.");
+    EXPECT_EQ(BytesOf(sFile), bytes);
+    EXPECT_EQ(cFolder.Names(), std::vector<std::string>{"other.db"});
+}
+
+TEST(StoreFile, TheLogOfAnotherProgramIsLeftAlone)
+{
+    TempFolder cFolder;
+    const auto sFile = cFolder.File("other.db");
+    sqlite::Connection cOther(cFolder.Path("other.db").string(), L"", sqlite::Connection::Mode::eCreate);
+    cOther.Run("PRAGMA journal_mode = WAL; CREATE TABLE t(x); INSERT INTO t VALUES(1)");
+    const auto bytes = BytesOf(sFile);
+    const auto log = BytesOf(sFile + L"-wal");
+    ASSERT_FALSE(log.empty());
+    EXPECT_EQ(OpenRaises(sFile).lNumber, error::InvalidFileFormat);
+    EXPECT_EQ(BytesOf(sFile), bytes);
+    EXPECT_EQ(BytesOf(sFile + L"-wal"), log);
+    EXPECT_EQ(cOther.Number("SELECT x FROM t"), 1);
+}
+
+TEST(StoreFile, ADatabaseOfANewerVersionIsRefusedAndLeftAlone)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    auto bytes = BytesOf(sFile);
+    ASSERT_EQ(bytes.substr(lApplicationAt, 4), "RAVB");
+    ASSERT_EQ(bytes[lVersionAt + 3], 1);
+    bytes[lVersionAt + 3] = 2;
+    cFolder.WithBytes("small.rdb", bytes);
+    const auto raised = OpenRaises(sFile);
+    EXPECT_EQ(raised.lNumber, error::InvalidFileFormat);
+    EXPECT_EQ(raised.sDescription,
+              L"The file \"" + sFile + L"\" was written by a newer version of this program.");
+    EXPECT_EQ(BytesOf(sFile), bytes);
+
+    bytes[lVersionAt + 3] = 0;
+    cFolder.WithBytes("small.rdb", bytes);
+    EXPECT_EQ(OpenRaises(sFile).sDescription, L"The file \"" + sFile + L"\" is damaged.");
+    EXPECT_EQ(BytesOf(sFile), bytes);
+}
+
+TEST(StoreFile, ADatabaseCutOffAnywhereIsRefusedAndLeftAlone)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    const auto whole = BytesOf(sFile);
+    std::vector<std::size_t> lengths = {0, 1, 15, 16, 17, 60, 71, 99, 100, 101};
+    for (std::size_t lLength = 512; lLength < whole.size(); lLength += 509)
+        lengths.push_back(lLength);
+    lengths.push_back(whole.size() - 1);
+    for (const auto lLength : lengths)
+    {
+        const auto bytes = whole.substr(0, lLength);
+        cFolder.WithBytes("small.rdb", bytes);
+        EXPECT_EQ(OpenRaises(sFile).lNumber, error::InvalidFileFormat) << lLength;
+        EXPECT_EQ(BytesOf(sFile), bytes) << lLength;
+        EXPECT_EQ(cFolder.Names(), std::vector<std::string>{"small.rdb"}) << lLength;
+    }
+}
+
+TEST(StoreFile, ADatabaseWithWrongBytesIsReadOrRefusedAndLeftAlone)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    const auto whole = BytesOf(sFile);
+    constexpr unsigned lSeed = 4711;
+    std::mt19937 random(lSeed);
+    int lRefused = 0;
+    for (int lRound = 0; lRound < 300; ++lRound)
+    {
+        auto bytes = whole;
+        const std::size_t lFrom = random() % bytes.size();
+        for (std::size_t i = lFrom; i < std::min(bytes.size(), lFrom + 1 + random() % 40); ++i)
+            bytes[i] = static_cast<char>(random());
+        cFolder.WithBytes("small.rdb", bytes);
+        const auto raised = OpenRaises(sFile);
+        if (raised.lNumber == 0)
+            continue;
+        ++lRefused;
+        EXPECT_EQ(raised.lNumber, error::InvalidFileFormat) << "seed " << lSeed << " round " << lRound;
+        EXPECT_EQ(BytesOf(sFile), bytes) << "seed " << lSeed << " round " << lRound;
+    }
+    EXPECT_GT(lRefused, 20);
+}
+
+// What no version of the program has written.
+TEST(StoreFile, ContentThatMakesNoSenseIsRefusedAndLeftAlone)
+{
+    const char* const changes[] = {
+        "UPDATE cuts SET cut_key = '' WHERE id = 1",
+        "PRAGMA ignore_check_constraints = ON; UPDATE cuts SET cat_level = 0 WHERE id = 1",
+        "UPDATE cuts SET year = 5000000000 WHERE id = 1",
+        "UPDATE cuts SET cut_key = 'd:\\music\\2.MP3' WHERE id = 1",
+        "DELETE FROM cut_categories; UPDATE cuts SET id = 5000000000 WHERE id = 1",
+        "DELETE FROM cut_categories; UPDATE cuts SET id = -1 WHERE id = 1",
+        "PRAGMA foreign_keys = OFF; INSERT INTO cut_categories VALUES(999, 0, 'pop')",
+        "PRAGMA foreign_keys = OFF; UPDATE cut_categories SET cut_id = 0 WHERE cut_id = 1",
+        "ALTER TABLE cuts ADD COLUMN more TEXT",
+        "DROP TABLE cut_categories",
+    };
+    for (const auto* sChange : changes)
+    {
+        TempFolder cFolder;
+        const auto sFile = SmallDatabase(cFolder);
+        {
+            sqlite::Connection cOther(cFolder.Path("small.rdb").string(), L"",
+                                      sqlite::Connection::Mode::eExisting);
+            cOther.Run(sChange);
+        }
+        const auto bytes = BytesOf(sFile);
+        Store cStore;
+        EXPECT_EQ(NumberRaisedBy([&] { cStore.Open(sFile); }), error::InvalidFileFormat) << sChange;
+        EXPECT_FALSE(cStore.IsOpen());
+        EXPECT_EQ(BytesOf(sFile), bytes) << sChange;
+        EXPECT_EQ(cFolder.Names(), std::vector<std::string>{"small.rdb"}) << sChange;
+        cStore.Open(cFolder.File("fresh.rdb")); // and the object serves on
+        EXPECT_TRUE(cStore.AllCuts().empty());
+    }
+}
+
+TEST(StoreFile, ADamagedDatabaseKeepsTheLogThatStandsBesideIt)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    std::string log;
+    {
+        sqlite::Connection cOther(cFolder.Path("small.rdb").string(), L"",
+                                  sqlite::Connection::Mode::eExisting);
+        cOther.Run("UPDATE cuts SET cut_key = '' WHERE id = 1");
+        log = BytesOf(sFile + L"-wal");
+        std::filesystem::copy(cFolder.Path("small.rdb"), cFolder.Path("copy.rdb"));
+    }
+    ASSERT_FALSE(log.empty());
+    cFolder.WithBytes("copy.rdb-wal", log);
+    const auto sCopy = cFolder.File("copy.rdb");
+    const auto bytes = BytesOf(sCopy);
+    EXPECT_EQ(OpenRaises(sCopy).lNumber, error::InvalidFileFormat);
+    EXPECT_EQ(BytesOf(sCopy), bytes);
+    EXPECT_EQ(BytesOf(sCopy + L"-wal"), log);
+}
+
+// --- names
+
+TEST(StoreFile, TheFileNameMayHoldAnyCharacter)
+{
+    TempFolder cFolder;
+    for (const auto* sName :
+         {L"Bj\u00F6rk's \u65E5\u672C \U0001F600.rdb", L":memory:", L"a?mode=ro#x%20.rdb"})
+    {
+        const auto sFile = cFolder.File("") + sName;
+        {
+            Store cStore;
+            cStore.Open(sFile);
+            cStore.AddCuts({CutNamed(cStore, L"a")});
+            EXPECT_EQ(cStore.FileName(), sFile);
+        }
+        EXPECT_EQ(ContentOf(sFile).size(), 1U);
+    }
+    EXPECT_EQ(cFolder.Names(), (std::vector<std::string>{
+                                   ":memory:", "Bj\xC3\xB6rk's \xE6\x97\xA5\xE6\x9C\xAC \xF0\x9F\x98\x80.rdb",
+                                   "a?mode=ro#x%20.rdb"}));
+}
+
+TEST(StoreFile, ABareNameMeansTheCurrentFolder)
+{
+    TempFolder cFolder;
+    const auto cBefore = std::filesystem::current_path();
+    std::filesystem::current_path(cFolder.Path(""));
+    for (const auto* sName : {L":memory:", L"file:x", L"plain"})
+    {
+        Store cStore;
+        cStore.Open(sName);
+    }
+    std::filesystem::current_path(cBefore);
+    EXPECT_EQ(cFolder.Names(), (std::vector<std::string>{":memory:", "file:x", "plain"}));
+}
+
+TEST(StoreFile, ANameThatCanBeNoneIsRefused)
+{
+    TempFolder cFolder;
+    std::filesystem::create_directory(cFolder.Path("folder"));
+    const std::pair<std::wstring, std::int32_t> names[] = {
+        {L"", error::BadFileName},
+        {cFolder.File("a") + std::wstring(1, L'\0') + L"b", error::BadFileName},
+        {cFolder.File("a") + wchar_t{0xD800}, error::BadFileName},
+        {cFolder.File("folder"), error::PathFileAccess},
+        {cFolder.File("missing/a.rdb"), error::PathNotFound},
+        {cFolder.File(std::string(300, 'x')), error::PathFileAccess},
+    };
+    for (const auto& [sName, lNumber] : names)
+        EXPECT_EQ(OpenRaises(sName).lNumber, lNumber) << ::testing::PrintToString(sName);
+    EXPECT_EQ(cFolder.Names(), std::vector<std::string>{"folder"});
+}
+
+// --- failing disks and sudden ends
+
+// Does the work on a copy of the database again and again, the n-th writing operation failing, for every n
+// until none fails. Each time file and memory have to be as before or as after, and agree.
+void FailEverywhere(int lCode, std::int32_t lNumber, const std::function<void(Store&)>& work)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    const auto bytes = BytesOf(sFile);
+    const auto colBefore = ContentOf(sFile);
+    for (int lGood = 0;; ++lGood)
+    {
+        std::filesystem::remove(cFolder.Path("small.rdb-wal"));
+        std::filesystem::remove(cFolder.Path("small.rdb-shm"));
+        cFolder.WithBytes("small.rdb", bytes);
+        FaultyVfs cVfs(lGood, Fault::eFail, lCode);
+        Lines colMemory;
+        std::int32_t lRaised = 0;
+        {
+            Store cStore;
+            cStore.Open(sFile);
+            lRaised = NumberRaisedBy([&] { work(cStore); });
+            colMemory = ContentOf(cStore);
+        }
+        if (lRaised != 0)
+        {
+            EXPECT_EQ(lRaised, lNumber) << lGood;
+            EXPECT_EQ(colMemory, colBefore) << lGood;
+        }
+        else
+        {
+            EXPECT_NE(colMemory, colBefore) << lGood;
+        }
+        cVfs.Repair();
+        EXPECT_EQ(ContentOf(sFile), colMemory) << lGood;
+        if (!cVfs.bFaulted)
+            break;
+    }
+}
+
+std::string ImportBytes(int lRows)
+{
+    std::string bytes = "path,artist,categories\n";
+    for (int i = 0; i < lRows; ++i)
+        bytes += "D:\\Music\\" + std::to_string(i) + ".mp3,Other " + std::to_string(i) + ",jazz/blues\n";
+    return bytes;
+}
+
+TEST(StoreFile, AFailingDiskLeavesOldOrNewWhateverIsDone)
+{
+    TempFolder cFolder;
+    const auto sCsv = cFolder.WithBytes("library.csv", ImportBytes(60));
+    const std::function<void(Store&)> works[] = {
+        [](Store& cStore) { cStore.AllCuts()[3]->SetArtist(L"Other"); },
+        [](Store& cStore) { cStore.AllCuts()[3]->SetCategoryText(L"x/y/z"); },
+        [](Store& cStore) {
+            cStore.AddCuts({CutNamed(cStore, L"a"), CutNamed(cStore, L"b")});
+        },
+        [](Store& cStore)
+        {
+            const auto cCopy = cStore.AllCuts()[0]->CloneCut();
+            cCopy->SetArtist(L"Other");
+            cStore.ModifyCuts({cCopy});
+        },
+        [](Store& cStore) { cStore.RemoveCuts(cStore.AllCuts()); },
+        [&](Store& cStore) { cStore.ImportCsv(sCsv); },
+        [](Store& cStore)
+        {
+            Store::Batch cBatch(cStore);
+            for (const auto& cCut : cStore.AllCuts())
+                cCut->SetLastPlayed(45000);
+            cBatch.Commit();
+        },
+    };
+    for (const auto& work : works)
+    {
+        FailEverywhere(SQLITE_IOERR_WRITE, error::DeviceIo, work);
+        FailEverywhere(SQLITE_FULL, error::DiskFull, work);
+    }
+}
+
+TEST(StoreFile, AFailureThatEndsABatchUndoesAllOfItAndRefusesTheRest)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder, 3000);
+    const auto colBefore = ContentOf(sFile);
+    FaultyVfs cVfs(0, Fault::eFail, SQLITE_FULL);
+    Store cStore;
+    cStore.Open(sFile);
+    {
+        Store::Batch cBatch(cStore);
+        sqlite3_soft_heap_limit64(1); // makes SQLite write before the end of the transaction
+        std::int32_t lRaised = 0;
+        for (const auto& cCut : cStore.AllCuts())
+        {
+            lRaised = NumberRaisedBy([&] { cCut->SetTitle(std::wstring(500, L'x')); });
+            if (lRaised != 0)
+                break;
+        }
+        sqlite3_soft_heap_limit64(0);
+        EXPECT_EQ(lRaised, error::DiskFull);
+        EXPECT_EQ(ContentOf(cStore), colBefore);
+        EXPECT_EQ(NumberRaisedBy([&] { cStore.AllCuts()[0]->SetYear(1); }), error::DeviceIo);
+        EXPECT_EQ(NumberRaisedBy([&] { cBatch.Commit(); }), error::DeviceIo);
+    }
+    EXPECT_EQ(ContentOf(cStore), colBefore);
+    cStore.Close();
+    EXPECT_EQ(ContentOf(sFile), colBefore);
+}
+
+TEST(StoreFile, AFailingDiskLeavesNoHalfMadeDatabase)
+{
+    for (int lGood = 0;; ++lGood)
+    {
+        TempFolder cFolder;
+        FaultyVfs cVfs(lGood, Fault::eFail);
+        {
+            Store cStore;
+            const auto lRaised = NumberRaisedBy([&] { cStore.Open(cFolder.File("new.rdb")); });
+            EXPECT_EQ(lRaised, cStore.IsOpen() ? 0 : error::DeviceIo) << lGood;
+        }
+        if (!cVfs.bFaulted)
+            break;
+        if (!std::filesystem::exists(cFolder.Path("new.rdb")))
+        {
+            EXPECT_EQ(cFolder.Names(), std::vector<std::string>{}) << lGood;
+        }
+        cVfs.Repair();
+        EXPECT_EQ(OpenRaises(cFolder.File("new.rdb")).lNumber, 0) << lGood;
+    }
+}
+
+// The process dies at the n-th writing operation, for every n until it lives.
+TEST(StoreFile, ASuddenEndInTheMiddleOfAnImportLeavesOldOrNew)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    const auto sCsv = cFolder.WithBytes("library.csv", ImportBytes(200));
+    const auto bytes = BytesOf(sFile);
+    const auto colBefore = ContentOf(sFile);
+    int lOld = 0;
+    for (int lGood = 0;; ++lGood)
+    {
+        cFolder.WithBytes("small.rdb", bytes);
+        Program cImporter(
+            [&]
+            {
+                FaultyVfs cVfs(lGood, Fault::eKill);
+                Store cStore;
+                cStore.Open(sFile);
+                cStore.ImportCsv(sCsv);
+            });
+        const int lEnd = cImporter.End();
+        const auto colAfter = ContentOf(sFile);
+        if (colAfter == colBefore)
+        {
+            ++lOld;
+            ASSERT_EQ(lEnd, -1) << lGood;
+        }
+        else
+        {
+            ASSERT_EQ(colAfter.size(), 200U) << lGood;
+        }
+        if (lEnd == 0)
+            break;
+    }
+    EXPECT_GT(lOld, 3);
+}
+
+TEST(StoreFile, ASuddenEndWhileADatabaseIsMadeLeavesNoneOrAWholeOne)
+{
+    TempFolder cFolder;
+    for (int lGood = 0, lEnd = -1; lEnd != 0; ++lGood)
+    {
+        Program cMaker(
+            [&]
+            {
+                FaultyVfs cVfs(lGood, Fault::eKill);
+                Store cStore;
+                cStore.Open(cFolder.File("new.rdb"));
+            });
+        lEnd = cMaker.End();
+        EXPECT_EQ(ContentOf(cFolder.File("new.rdb")), Lines{}) << lGood;
+        EXPECT_EQ(cFolder.Names(), std::vector<std::string>{"new.rdb"})
+            << lGood << ": what was left over is gone";
+        std::filesystem::remove(cFolder.Path("new.rdb"));
+    }
+}
+
+TEST(StoreFile, APropertyChangeSurvivesASuddenEnd)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    Program cPlayer(
+        [&]
+        {
+            Store cStore;
+            cStore.Open(sFile);
+            cStore.AllCuts()[0]->SetLastPlayed(45000.5);
+            raise(SIGKILL);
+        });
+    EXPECT_EQ(cPlayer.End(), -1);
+    Store cStore;
+    cStore.Open(sFile);
+    EXPECT_EQ(cStore.AllCuts()[0]->LastPlayed(), 45000.5);
+}
+
+// --- other programs
+
+TEST(StoreFile, ASecondProgramReadsWhileTheFirstHasTheDatabaseOpen)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    Program cReader([&] { throw RuntimeError(static_cast<std::int32_t>(ContentOf(sFile).size())); });
+    Store cStore;
+    cStore.Open(sFile);
+    Store::Batch cBatch(cStore);
+    cStore.AllCuts()[0]->SetArtist(L"Other");
+    EXPECT_EQ(cReader.End(), 20);
+    cBatch.Commit();
+}
+
+TEST(StoreFile, AWriteWhileAnotherProgramIsWritingRaisesError70)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    Program cWriter(
+        [&]
+        {
+            Store cStore;
+            cStore.Open(sFile);
+            const auto cCut = cStore.AllCuts()[0];
+            const auto raised = RaisedBy([&] { cCut->SetArtist(L"Second"); });
+            if (cCut->Artist() == L"Artist 0" &&
+                raised.sDescription ==
+                    L"The database \"" + sFile + L"\" is being written to by another program.")
+                throw RuntimeError(raised.lNumber);
+        });
+    Store cStore;
+    cStore.Open(sFile);
+    Store::Batch cBatch(cStore);
+    cStore.AllCuts()[0]->SetArtist(L"First");
+    EXPECT_EQ(cWriter.End(), error::PermissionDenied);
+    cBatch.Commit();
+    EXPECT_EQ(ContentOf(sFile), ContentOf(cStore));
+}
+
+TEST(StoreFile, TwoProgramsMayWriteInTurn)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    Program cWriter(
+        [&]
+        {
+            Store cStore;
+            cStore.Open(sFile);
+            cStore.AllCuts()[0]->SetAlbum(L"Second");
+            cStore.AddCuts({CutNamed(cStore, L"second")});
+            cStore.RemoveCuts({cStore.AllCuts()[1]});
+        });
+    Store cStore;
+    cStore.Open(sFile);
+    cStore.AllCuts()[0]->SetArtist(L"First");
+    EXPECT_EQ(cWriter.End(), 0);
+    cStore.AllCuts()[0]->SetTitle(L"First");
+
+    const auto Conflict = [&](const std::function<void()>& work)
+    {
+        const auto colBefore = ContentOf(cStore);
+        const auto raised = RaisedBy(work);
+        EXPECT_EQ(ContentOf(cStore), colBefore);
+        return raised.lNumber;
+    };
+    const auto cGone = cStore.AllCuts()[1];
+    EXPECT_EQ(Conflict([&] { cGone->SetArtist(L"x"); }), error::PermissionDenied);
+    EXPECT_EQ(Conflict([&] { cGone->SetCategoryText(L"x"); }), error::PermissionDenied);
+    EXPECT_EQ(Conflict([&] { cStore.AddCuts({CutNamed(cStore, L"SECOND")}); }), error::KeyAlreadyExists);
+    EXPECT_EQ(cStore.RemoveCuts({cGone}), 1) << "gone is gone";
+
+    cStore.Close();
+    cStore.Open(sFile);
+    EXPECT_EQ(cStore.AllCuts()[0]->Album(), L"Second");
+    EXPECT_EQ(cStore.AllCuts()[0]->Artist(), L"First");
+    EXPECT_EQ(cStore.AllCuts()[0]->Title(), L"First");
+    EXPECT_EQ(cStore.AllCuts().size(), 20U);
+}
+
+} // namespace
+} // namespace ravlo
