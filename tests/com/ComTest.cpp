@@ -48,18 +48,16 @@ ComTest::ComTest() : m_folder(ScratchFolder())
     std::filesystem::create_directories(m_folder);
 }
 
+// The members of the test's own class are gone by now.
 ComTest::~ComTest()
-{
-    CoUninitialize();
-    std::error_code ignored;
-    std::filesystem::remove_all(m_folder, ignored);
-}
-
-void ComTest::TearDown()
 {
     SetErrorInfo(0, nullptr);
     EXPECT_EQ(CanUnload(L"RavloSched.dll"), S_OK) << "an object of the scheduler is still alive";
     EXPECT_EQ(CanUnload(L"RavloBase.dll"), S_OK) << "an object of the database is still alive";
+    EXPECT_EQ(module::Locks(), 0) << "an object of the host is still held by a server";
+    CoUninitialize();
+    std::error_code ignored;
+    std::filesystem::remove_all(m_folder, ignored);
 }
 
 Called Call(IDispatch* pObject, std::wstring_view sMember, WORD wFlags, std::vector<VARIANT> colArguments,

@@ -31,13 +31,13 @@ struct ErrorText
 };
 ErrorText TakeErrorInfo();
 
-// A host of its own: COM, a scratch folder, and, after every test, both servers without a living object.
+// A host of its own: COM, a scratch folder, and, after every test, the check that neither server has a living
+// object and that neither holds one of the host's.
 class ComTest : public testing::Test
 {
 protected:
     ComTest();
     ~ComTest() override;
-    void TearDown() override;
 
     const std::filesystem::path& Folder() const { return m_folder; }
 
