@@ -149,13 +149,13 @@ clsCat::Filed clsCat::File(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSu
 
 clsCat::Filed clsCat::FileInLevel(const std::shared_ptr<Cut>& cCut)
 {
+    // What can fail comes first: a cut is filed whole or not at all.
+    const TextKey cKey = cCut->Key();
     const std::int32_t lRunTime = cCut->RunTimemS();
-    const bool bAdded = m_colSchedCuts->Add(cCut->Key(), cCut);
-    if (bAdded)
-        m_lTotalRunTime += lRunTime;
     cCut->AddCategoryName(m_sCatName);
-    if (!bAdded)
+    if (!m_colSchedCuts->Add(cKey, cCut))
         return Filed::No;
+    m_lTotalRunTime += lRunTime;
     return FitsLong(m_lTotalRunTime) ? Filed::Yes : Filed::YesOverflow;
 }
 
@@ -185,19 +185,23 @@ bool clsCat::RemoveCut(const std::shared_ptr<Cut>& cCut)
 {
     if (!cCut)
         return false;
-    bool bRemoved = m_colSchedCuts->Remove(cCut->Key());
-    if (!bRemoved)
+    TextKey cKey = cCut->Key();
+    if (!m_colSchedCuts->Exists(cKey))
     {
-        const std::wstring sSecondary = cCut->SecondaryKey();
-        const std::shared_ptr<Cut>* cFound = sSecondary.empty() ? nullptr : m_colSchedCuts->Find(sSecondary);
-        bRemoved = cFound && MayBeSame(**cFound, *cCut) && m_colSchedCuts->Remove(sSecondary);
+        cKey = TextKey(cCut->SecondaryKey());
+        const std::shared_ptr<Cut>* cFound = cKey.Empty() ? nullptr : m_colSchedCuts->Find(cKey);
+        if (!cFound || !MayBeSame(*std::shared_ptr(*cFound), *cCut))
+            return false;
     }
-    if (bRemoved && cCut->HasCategoryName(m_sCatName))
-    {
+    // What can fail comes first: a cut is taken out whole or not at all.
+    const bool bNamed = cCut->HasCategoryName(m_sCatName);
+    const std::int32_t lRunTime = bNamed ? cCut->RunTimemS() : 0;
+    if (bNamed)
         cCut->RemoveCategoryName(m_sCatName);
-        m_lTotalRunTime -= cCut->RunTimemS();
-    }
-    return bRemoved;
+    if (!m_colSchedCuts->Remove(cKey))
+        return false;
+    m_lTotalRunTime -= lRunTime;
+    return true;
 }
 
 std::int32_t clsCat::TotalCuts() const noexcept

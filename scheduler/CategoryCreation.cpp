@@ -80,8 +80,9 @@ bool CategoryCreation::CanBeFile(const std::wstring& sName) const
         return false;
     // Installed under a protected folder, the library cannot write beside itself; then the station's folder
     // tells as well.
+    const std::wstring sAppPath = m_cStation.cMod.AppPath();
     return CanWriteIn(m_cStation.cMod.Outside().cFiles.LibraryFolder(), sName) ||
-           CanWriteIn(m_cStation.cMod.AppPath() + L"Scheduler", sName);
+           (!sAppPath.empty() && CanWriteIn(sAppPath + L"Scheduler", sName));
 }
 
 bool CategoryCreation::CanWriteIn(const std::wstring& sFolder, const std::wstring& sName) const
@@ -90,16 +91,26 @@ bool CategoryCreation::CanWriteIn(const std::wstring& sFolder, const std::wstrin
     const std::wstring sPath = sFolder + L"\\" + sName + L".tst";
     if (cFiles.FileExists(sPath))
         return true; // someone's file shows that the name can be one; it is not ours to overwrite
+    bool bWritten = false;
     try
     {
         cFiles.WriteNew(sPath, "Hello");
-        cFiles.Delete(sPath);
-        return true;
+        bWritten = true;
     }
     catch (const RuntimeError&)
     {
-        return false;
+        // The name, or the folder, cannot take it: a refusal, not an error.
     }
+    try
+    {
+        if (cFiles.FileExists(sPath))
+            cFiles.Delete(sPath);
+    }
+    catch (const RuntimeError&)
+    {
+        // What was to be found out is known; the file harms nobody.
+    }
+    return bWritten;
 }
 
 bool CategoryCreation::TryAgain(const Refusal& refusal) const
@@ -117,7 +128,8 @@ void CategoryCreation::Create(const std::wstring& sName)
         throw RuntimeError(error::KeyAlreadyExists);
     cMainCat->AddSubCat(std::make_shared<clsCat>(m_cStation.cMod, sName, 1));
     m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.sAppPath);
-    m_cStation.cHistoryFiles.Save(cMainCat);
+    if (m_cStation.Holds(cMainCat)) // an error's box has given the host the time to reload
+        m_cStation.cHistoryFiles.Save(cMainCat);
 }
 
 // ---- levels ----
@@ -138,9 +150,7 @@ bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
             const std::wstring sCatName = cMainCatIn->CatName();
             while (true)
             {
-                // Looked up again each round: what was asked has given others the time to delete it.
-                const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sCatName);
-                if (!cMainCat)
+                if (!m_cStation.MainCat(sCatName))
                 {
                     cMod.Box(BoxIcon::Critical, BoxButtons::Ok, L"Category Level Creation Aborted",
                              L"Unexpected! - cant find main cat: " + sCatName);
@@ -155,7 +165,9 @@ bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
                 const std::optional<std::int32_t> lLevel = AskForLevel(sCatName);
                 if (!lLevel)
                     return false;
-                if (!m_cStation.Holds(cMainCat))
+                // Looked up now: the question has given others the time to reload or delete it.
+                const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sCatName);
+                if (!cMainCat)
                     continue;
                 if (cMainCat->AddSubCat(std::make_shared<clsCat>(cMod, cMainCat->CatName(), *lLevel)))
                 {

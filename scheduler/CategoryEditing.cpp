@@ -197,7 +197,8 @@ void CategoryEditing::EmptyLevel(clsCat& cMainCat, const std::shared_ptr<clsCat>
 {
     const Cuts colCuts(cSubCat->SchedCuts()->begin(), cSubCat->SchedCuts()->end());
     AffectedCats cAffected; // cMainCat alone: it is saved in any case
-    BatchedChanges cBatch(m_cStation.cDataBase, cFiling, [&](const std::shared_ptr<Cut>& cCut)
+    BatchedChanges cBatch(m_cStation.cDataBase, cFiling,
+                          [&](const std::shared_ptr<Cut>& cCut)
                           { m_cSync.Refile(cCut, cAffected, cFiling); });
     std::size_t lCount = 0;
     for (const std::shared_ptr<Cut>& cCut : colCuts)
@@ -247,45 +248,45 @@ bool CategoryEditing::DeleteFile(const std::wstring& sCatName)
 void CategoryEditing::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
                                          std::int32_t PosInto)
 {
-    TrapCritical(m_cStation.cMod, L"Error in InsertCuts [cSchedMan]", false,
-                 [&]
-                 {
-                     if (!cCat || cCat->CatLevel() == 0)
-                         throw RuntimeError(error::InvalidProcedureCall);
-                     std::vector<TextKey> colKeys; // taken first: a host's cut may do anything when it is asked
-                     for (const std::shared_ptr<Cut>& cCut : colCutsInsert)
-                         if (cCut)
-                             colKeys.push_back(cCut->Key());
-                     CutCollection& colCuts = *cCat->SchedCuts();
-                     const std::size_t lCount = colCuts.Count();
-                     std::vector<std::size_t> colMoved; // positions, in the order given
-                     std::vector<bool> bMoves(lCount);
-                     for (const TextKey& cKey : colKeys)
-                     {
-                         const std::optional<std::size_t> lPosition = colCuts.PositionOf(cKey);
-                         if (!lPosition || bMoves[*lPosition])
-                             continue;
-                         bMoves[*lPosition] = true;
-                         colMoved.push_back(*lPosition);
-                     }
-                     if (colMoved.empty())
-                         return false;
-                     const std::size_t lBefore =
-                         std::min(lCount, static_cast<std::size_t>(std::max(PosInto, 1) - 1));
-                     std::vector<std::size_t> colOrder;
-                     colOrder.reserve(lCount);
-                     for (std::size_t lPosition = 0; lPosition <= lCount; ++lPosition)
-                     {
-                         if (lPosition == lBefore)
-                             colOrder.insert(colOrder.end(), colMoved.begin(), colMoved.end());
-                         if (lPosition < lCount && !bMoves[lPosition])
-                             colOrder.push_back(lPosition);
-                     }
-                     colCuts.Reorder(colOrder);
-                     if (const std::shared_ptr<clsCat> cMainCat = MainCatOf(m_cStation, cCat))
-                         m_cStation.cHistoryFiles.Save(cMainCat);
-                     return true;
-                 });
+    TrapCritical(
+        m_cStation.cMod, L"Error in InsertCuts [cSchedMan]", false,
+        [&]
+        {
+            if (!cCat || cCat->CatLevel() == 0)
+                throw RuntimeError(error::InvalidProcedureCall);
+            std::vector<TextKey> colKeys; // taken first: a host's cut may do anything when it is asked
+            for (const std::shared_ptr<Cut>& cCut : colCutsInsert)
+                if (cCut)
+                    colKeys.push_back(cCut->Key());
+            CutCollection& colCuts = *cCat->SchedCuts();
+            const std::size_t lCount = colCuts.Count();
+            std::vector<std::size_t> colMoved; // positions, in the order given
+            std::vector<bool> bMoves(lCount);
+            for (const TextKey& cKey : colKeys)
+            {
+                const std::optional<std::size_t> lPosition = colCuts.PositionOf(cKey);
+                if (!lPosition || bMoves[*lPosition])
+                    continue;
+                bMoves[*lPosition] = true;
+                colMoved.push_back(*lPosition);
+            }
+            if (colMoved.empty())
+                return false;
+            const std::size_t lBefore = std::min(lCount, static_cast<std::size_t>(std::max(PosInto, 1) - 1));
+            std::vector<std::size_t> colOrder;
+            colOrder.reserve(lCount);
+            for (std::size_t lPosition = 0; lPosition <= lCount; ++lPosition)
+            {
+                if (lPosition == lBefore)
+                    colOrder.insert(colOrder.end(), colMoved.begin(), colMoved.end());
+                if (lPosition < lCount && !bMoves[lPosition])
+                    colOrder.push_back(lPosition);
+            }
+            colCuts.Reorder(colOrder);
+            if (const std::shared_ptr<clsCat> cMainCat = MainCatOf(m_cStation, cCat))
+                m_cStation.cHistoryFiles.Save(cMainCat);
+            return true;
+        });
 }
 
 } // namespace ravlo

@@ -35,7 +35,8 @@ public:
 
     // Deletes levels and main categories. A main category listed alone goes with all its levels; one listed
     // together with some of its levels goes only when no level is left. The cuts leave the deleted levels; a
-    // category's file goes when it has no level any more. False when something could not be deleted.
+    // category's file goes when it has no level any more. A level that a cut could not be taken out of, or
+    // that others have filed cuts into meanwhile, stays. False when something could not be deleted.
     bool DeleteCats(const Cats& colCats);
 
     // Moves cuts of a level, in the order given, in front of the one that stands at PosInto (from 1, counted
@@ -45,7 +46,8 @@ public:
                             std::int32_t PosInto);
 
 private:
-    void DeleteLevel(clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCat, Filing& cFiling);
+    bool DeleteLevel(clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCat, Filing& cFiling);
+    void EmptyLevel(clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCat, Filing& cFiling);
     bool DeleteChosen(const std::shared_ptr<clsCat>& cMainCat, const Cats& colListed, bool bMainListed,
                       Filing& cFiling);
     bool DeleteMainCat(const std::shared_ptr<clsCat>& cMainCat);

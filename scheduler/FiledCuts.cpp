@@ -12,17 +12,12 @@ namespace ravlo
 namespace
 {
 
-constexpr const wchar_t* sBetweenNames = L"\n";
-
-std::wstring Joined(const std::vector<std::wstring>& colNames)
+// A cut's names as one text that is the same for the same names in the same order, however they are spelled.
+std::wstring FoldedNames(const Cut& cCut)
 {
     std::wstring sText;
-    for (const std::wstring& sName : colNames)
-    {
-        if (!sText.empty())
-            sText += sBetweenNames;
-        sText += sName;
-    }
+    for (const std::wstring& sName : AssignedNames(cCut))
+        sText += FoldCase(sName) + L'/';
     return sText;
 }
 
@@ -43,33 +38,34 @@ std::vector<std::wstring> AssignedNames(const Cut& cCut)
 
 void FiledCuts::Remember(const Cut& cCut)
 {
-    const std::wstring sNames = Joined(AssignedNames(cCut));
-    const auto lNew = static_cast<std::uint32_t>(m_colNames.size());
-    const auto [found, bNew] = m_colNamesIndex.try_emplace(FoldCase(sNames), lNew);
-    if (bNew)
-        m_colNames.push_back(sNames);
-    m_colCuts[cCut.Key()] = {found->second, cCut.CatLevel()};
+    const auto lNext = static_cast<std::uint32_t>(m_colNames.size());
+    const auto names = m_colNames.try_emplace(FoldedNames(cCut), lNext).first;
+    m_colCuts[cCut.Key()] = {names->second, cCut.CatLevel()};
 }
 
 bool FiledCuts::IsUnchanged(const Cut& cCut) const
 {
     const auto found = m_colCuts.find(cCut.Key());
-    return found != m_colCuts.end() && found->second.lLevel == cCut.CatLevel() &&
-           EqualIgnoringCase(m_colNames[found->second.lNames], Joined(AssignedNames(cCut)));
+    if (found == m_colCuts.end() || found->second.lLevel != cCut.CatLevel())
+        return false;
+    const auto names = m_colNames.find(FoldedNames(cCut));
+    return names != m_colNames.end() && names->second == found->second.lNames;
 }
 
-std::vector<std::wstring> FiledCuts::NamesOf(const TextKey& cKey) const
+FiledCuts::OwnChange::~OwnChange()
 {
-    const auto found = m_colCuts.find(cKey);
-    if (found == m_colCuts.end() || m_colNames[found->second.lNames].empty())
-        return {};
-    return Split(m_colNames[found->second.lNames], sBetweenNames);
-}
-
-std::int32_t FiledCuts::LevelOf(const TextKey& cKey) const noexcept
-{
-    const auto found = m_colCuts.find(cKey);
-    return found == m_colCuts.end() ? 0 : found->second.lLevel;
+    // An unknown cut is compared with the tree when it is next announced: to forget is always right.
+    if (std::uncaught_exceptions() > m_lExceptions)
+        m_cFiledCuts.Forget(m_cKey);
+    else if (m_bInStep)
+        try
+        {
+            m_cFiledCuts.Remember(m_cCut);
+        }
+        catch (...)
+        {
+            m_cFiledCuts.Forget(m_cKey);
+        }
 }
 
 } // namespace ravlo

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -27,14 +28,35 @@ public:
     bool Knows(const TextKey& cKey) const noexcept { return m_colCuts.count(cKey) != 0; }
     // Whether names (in their order, without regard to case) and level are what was remembered.
     bool IsUnchanged(const Cut& cCut) const;
-    // The names it was filed under, and the level; none and 0 for an unknown cut.
-    std::vector<std::wstring> NamesOf(const TextKey& cKey) const;
-    std::int32_t LevelOf(const TextKey& cKey) const noexcept;
+
+    // Stands for a change of a cut's names or level by the scheduler itself. At its end what the cut has
+    // become is remembered, but only when it was filed as it said before: a change of the database's that
+    // nobody has announced yet must still be seen when it is announced. A cut whose change is left by an
+    // exception is forgotten.
+    class OwnChange
+    {
+    public:
+        OwnChange(FiledCuts& cFiledCuts, const Cut& cCut)
+            : m_cFiledCuts(cFiledCuts), m_cCut(cCut), m_cKey(cCut.Key()),
+              m_bInStep(cFiledCuts.IsUnchanged(cCut))
+        {
+        }
+        ~OwnChange();
+        OwnChange(const OwnChange&) = delete;
+        OwnChange& operator=(const OwnChange&) = delete;
+
+    private:
+        FiledCuts& m_cFiledCuts;
+        const Cut& m_cCut;
+        const TextKey m_cKey;
+        const bool m_bInStep;
+        const int m_lExceptions = std::uncaught_exceptions();
+    };
 
 private:
     struct Entry
     {
-        std::uint32_t lNames; // index into m_colNames
+        std::uint32_t lNames; // number of the list of names
         std::int32_t lLevel;
     };
     struct Hash
@@ -43,8 +65,7 @@ private:
     };
 
     std::unordered_map<TextKey, Entry, Hash> m_colCuts;
-    std::vector<std::wstring> m_colNames; // joined with a line feed, as spelled at the first meeting
-    std::unordered_map<std::wstring, std::uint32_t> m_colNamesIndex; // by the same, folded
+    std::unordered_map<std::wstring, std::uint32_t> m_colNames; // numbers of lists, by the folded names
 };
 
 // The names a cut is assigned to, each once without regard to case, without a level a host may have written

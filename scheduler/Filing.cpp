@@ -56,6 +56,7 @@ bool Filing::File(const std::shared_ptr<Cut>& cCut, clsCat& cInto, bool& bCreate
 
 void Filing::RecalcTouched()
 {
+    m_colIsTouched.clear();
     for (const std::shared_ptr<clsCat>& cSubCat : std::exchange(m_colTouched, {}))
     {
         try

@@ -30,7 +30,11 @@ public:
     bool File(const std::shared_ptr<Cut>& cCut, clsCat& cInto, bool& bCreatedNewSubCat);
     // The level's order was changed around AddCut and RemoveCut: its run time is taken anew, once, by
     // RecalcTouched.
-    void Touch(const std::shared_ptr<clsCat>& cSubCat) { m_colTouched.insert(cSubCat); }
+    void Touch(const std::shared_ptr<clsCat>& cSubCat)
+    {
+        if (m_colIsTouched.insert(cSubCat.get()).second)
+            m_colTouched.push_back(cSubCat);
+    }
     void RecalcTouched();
     // To be called in a catch block: this cut could not be handled.
     void Failed(const Cut& cCut);
@@ -55,7 +59,8 @@ private:
 
     ModScheduler& m_cMod;
     OrderedKeyedCollection<Problem> m_colProblems;
-    std::unordered_set<std::shared_ptr<clsCat>> m_colTouched;
+    Cats m_colTouched; // in the order they were, each once
+    std::unordered_set<const clsCat*> m_colIsTouched;
     std::size_t m_lEmptyNames = 0;
     std::unordered_set<const Cut*> m_colFailed;
     std::optional<RuntimeError> m_cFirstFailure;

@@ -2,7 +2,6 @@
 #include "scheduler/MassChange.h"
 
 #include "collections/Text.h"
-#include "scheduler/BatchedChanges.h"
 #include "scheduler/CategoryEditing.h"
 
 #include <algorithm>
@@ -59,6 +58,12 @@ bool MassChange::TargetStands() const
            (m_cTo == m_cMainCatTo || m_cMainCatTo->SubCat(m_cTo->CatLevel()) == m_cTo);
 }
 
+BatchedChanges MassChange::Batch()
+{
+    return {m_cStation.cDataBase, m_cFiling,
+            [this](const std::shared_ptr<Cut>& cCut) { m_cSync.Refile(cCut, m_cAffected, m_cFiling); }};
+}
+
 // ---- copying ----
 
 void MassChange::Copy(const Cuts& colCuts, bool& bCreatedNewSubCats)
@@ -66,10 +71,11 @@ void MassChange::Copy(const Cuts& colCuts, bool& bCreatedNewSubCats)
     const std::wstring sInto = ListCats({m_cTo});
     const std::wstring sFrom = ListCats(m_colFrom, lMostListed);
     m_cStation.cEvents.ProgressStart(L"Copying into category...", std::ssize(colCuts));
-    BatchedChanges cBatch(m_cStation.cDataBase, m_cFiling);
+    BatchedChanges cBatch = Batch();
     std::size_t lCount = 0;
     for (const std::shared_ptr<Cut>& cCut : colCuts)
     {
+        cBatch.Changing(cCut);
         CopyCut(cCut, bCreatedNewSubCats);
         if (++lCount % lCopiedPerReport != 0)
             continue;
@@ -92,11 +98,11 @@ void MassChange::CopyCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubC
 {
     try
     {
-        if (cCut->CatLevel() == 0)
+        const FiledCuts::OwnChange cOwnChange(m_cStation.cFiledCuts, *cCut);
+        if (cCut->CatLevel() <= 0)
             cCut->SetCatLevel(1); // a cut that was in no category yet starts at the first level
         if (m_cFiling.File(cCut, *m_cTo, bCreatedNewSubCats))
             m_cAffected.Touch(m_cMainCatTo->CatName());
-        m_cStation.cFiledCuts.Remember(*cCut);
     }
     catch (...)
     {
@@ -109,10 +115,11 @@ void MassChange::CopyCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubC
 void MassChange::Move(const Cuts& colCuts, bool& bCreatedNewSubCats)
 {
     m_cStation.cEvents.ProgressStart(L"Applying Mass Move Change...", std::ssize(colCuts));
-    BatchedChanges cBatch(m_cStation.cDataBase, m_cFiling);
+    BatchedChanges cBatch = Batch();
     std::size_t lCount = 0;
     for (const std::shared_ptr<Cut>& cCut : colCuts)
     {
+        cBatch.Changing(cCut);
         MoveCut(cCut, bCreatedNewSubCats);
         if (++lCount % lMovedPerReport != 0)
             continue;
@@ -133,19 +140,8 @@ void MassChange::MoveCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubC
 {
     try
     {
-        const Plan plan = PlanFor(*cCut);
-        ChangeCut(*cCut, plan); // the part that can fail comes first: the tree is changed when the cut is
-        const TextKey cKey = cCut->Key();
-        for (const Place& place : plan.colLeaves)
-        {
-            place.cSubCat->SchedCuts()->Remove(cKey);
-            m_cFiling.Touch(place.cSubCat);
-            m_cAffected.Touch(place.cMainCat->CatName());
-        }
-        for (const std::shared_ptr<clsCat>& cMainCat : plan.colJoins)
-            if (m_cFiling.File(cCut, *cMainCat, bCreatedNewSubCats))
-                m_cAffected.Touch(cMainCat->CatName());
-        m_cStation.cFiledCuts.Remember(*cCut);
+        const FiledCuts::OwnChange cOwnChange(m_cStation.cFiledCuts, *cCut);
+        MoveCut(cCut, PlanFor(*cCut), bCreatedNewSubCats);
     }
     catch (...)
     {
@@ -155,76 +151,76 @@ void MassChange::MoveCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubC
 
 MassChange::Plan MassChange::PlanFor(const Cut& cCut) const
 {
-    const std::int32_t lOldLevel = cCut.CatLevel();
-    Plan plan{m_cTo->CatLevel() != 0 ? m_cTo->CatLevel() : std::max(lOldLevel, 1), {}, {m_cMainCatTo}};
-    const TextKey cKey = cCut.Key();
-    for (const std::shared_ptr<clsCat>& cMainCat : *m_cStation.colMainCats)
-        for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
-        {
-            if (!cSubCat->SchedCuts()->Exists(cKey))
-                continue;
-            if (cMainCat == m_cMainCatTo && cSubCat->CatLevel() == plan.lLevel)
-                continue; // at its target already: it keeps its position
-            const bool bLeavesCategory = m_eOption == eMoveExclusiveHere || Lists(m_colFrom, cSubCat);
-            if (!bLeavesCategory && cSubCat->CatLevel() == plan.lLevel)
-                continue;
-            plan.colLeaves.push_back({cMainCat, cSubCat});
-            if (!bLeavesCategory && !Lists(plan.colJoins, cMainCat))
-                plan.colJoins.push_back(cMainCat); // it stays in this category, under the new number
-        }
+    Plan plan{m_cTo->CatLevel() != 0 ? m_cTo->CatLevel() : std::max(cCut.CatLevel(), 1), {}, {}, {}};
+    for (const Station::Place& place : m_cStation.PlacesOf(cCut.Key()))
+    {
+        const bool bAtLevel = place.cSubCat->CatLevel() == plan.lLevel;
+        const bool bLeavesCategory = place.cMainCat != m_cMainCatTo &&
+                                     (m_eOption == eMoveExclusiveHere || Lists(m_colFrom, place.cSubCat));
+        if (bAtLevel && !bLeavesCategory)
+            plan.colStays.push_back(place.cMainCat); // at its place already: it keeps its position
+        else
+            plan.colLeaves.push_back(place);
+        if (!bAtLevel && !bLeavesCategory && !Lists(plan.colJoins, place.cMainCat))
+            plan.colJoins.push_back(place.cMainCat); // it stays in this category, under the new number
+    }
+    if (!Lists(plan.colJoins, m_cMainCatTo))
+        plan.colJoins.insert(plan.colJoins.begin(), m_cMainCatTo);
+    std::erase_if(plan.colJoins,
+                  [&](const std::shared_ptr<clsCat>& cMainCat) { return Lists(plan.colStays, cMainCat); });
     return plan;
 }
 
-// Gives the cut its new level and category names. When that fails the cut is put back as it was.
-void MassChange::ChangeCut(Cut& cCut, const Plan& plan) const
+// What can fail comes first; when it does, the cut is put back and stands where it stood.
+void MassChange::MoveCut(const std::shared_ptr<Cut>& cCut, const Plan& plan, bool& bCreatedNewSubCats)
 {
-    const std::int32_t lOldLevel = cCut.CatLevel();
-    std::vector<std::wstring> colAdded;
-    std::vector<std::wstring> colRemoved;
+    const TextKey cKey = cCut->Key();
+    const std::wstring sOldText = cCut->CategoryText();
+    const std::int32_t lOldLevel = cCut->CatLevel();
     try
     {
-        if (lOldLevel != plan.lLevel)
-            cCut.SetCatLevel(plan.lLevel);
+        ChangeCut(*cCut, plan);
         for (const std::shared_ptr<clsCat>& cMainCat : plan.colJoins)
-            if (!cCut.HasCategoryName(cMainCat->CatName()))
-            {
-                cCut.AddCategoryName(cMainCat->CatName());
-                colAdded.push_back(cMainCat->CatName());
-            }
-        for (const Place& place : plan.colLeaves)
-            if (!StaysIn(*place.cMainCat, cCut, plan) && cCut.HasCategoryName(place.cMainCat->CatName()))
-            {
-                cCut.RemoveCategoryName(place.cMainCat->CatName());
-                colRemoved.push_back(place.cMainCat->CatName());
-            }
+            m_cFiling.File(cCut, *cMainCat, bCreatedNewSubCats);
     }
     catch (...)
     {
         const std::exception_ptr cFailure = std::current_exception();
-        for (const std::wstring& sName : colAdded)
-            cCut.RemoveCategoryName(sName);
-        for (const std::wstring& sName : colRemoved)
-            cCut.AddCategoryName(sName);
-        if (cCut.CatLevel() != lOldLevel)
-            cCut.SetCatLevel(lOldLevel);
+        PutBack(*cCut, plan, sOldText, lOldLevel);
         std::rethrow_exception(cFailure);
     }
+    for (const Station::Place& place : plan.colLeaves)
+        Synchronisation::Leave(place, cKey, m_cAffected, m_cFiling);
+    for (const std::shared_ptr<clsCat>& cMainCat : plan.colJoins)
+        m_cAffected.Touch(cMainCat->CatName());
+    // Where it keeps its position, its record holds its level number all the same.
+    for (const std::shared_ptr<clsCat>& cMainCat : plan.colStays)
+        if (cMainCat == m_cMainCatTo || lOldLevel != plan.lLevel)
+            m_cAffected.Touch(cMainCat->CatName());
 }
 
-// Whether a cut is in a main category after the move: it joins it, or stands in a level it does not leave.
-bool MassChange::StaysIn(const clsCat& cMainCat, const Cut& cCut, const Plan& plan) const
+// Gives the cut its new level and category names.
+void MassChange::ChangeCut(Cut& cCut, const Plan& plan) const
 {
-    if (std::any_of(plan.colJoins.begin(), plan.colJoins.end(),
-                    [&](const std::shared_ptr<clsCat>& cJoined) { return cJoined.get() == &cMainCat; }))
-        return true;
+    if (cCut.CatLevel() != plan.lLevel)
+        cCut.SetCatLevel(plan.lLevel);
+    for (const std::shared_ptr<clsCat>& cMainCat : plan.colJoins)
+        cCut.AddCategoryName(cMainCat->CatName());
+    for (const Station::Place& place : plan.colLeaves)
+        if (!Lists(plan.colJoins, place.cMainCat) && !Lists(plan.colStays, place.cMainCat))
+            cCut.RemoveCategoryName(place.cMainCat->CatName());
+}
+
+void MassChange::PutBack(Cut& cCut, const Plan& plan, const std::wstring& sCategoryText,
+                         std::int32_t lCatLevel)
+{
     const TextKey cKey = cCut.Key();
-    return std::any_of(cMainCat.SubCats()->begin(), cMainCat.SubCats()->end(),
-                       [&](const std::shared_ptr<clsCat>& cSubCat)
-                       {
-                           return cSubCat->SchedCuts()->Exists(cKey) &&
-                                  std::none_of(plan.colLeaves.begin(), plan.colLeaves.end(),
-                                               [&](const Place& place) { return place.cSubCat == cSubCat; });
-                       });
+    for (const std::shared_ptr<clsCat>& cMainCat : plan.colJoins)
+        if (const std::shared_ptr<clsCat> cSubCat = cMainCat->SubCat(plan.lLevel))
+            if (cSubCat->SchedCuts()->Remove(cKey))
+                m_cFiling.Touch(cSubCat);
+    cCut.SetCategoryText(sCategoryText);
+    cCut.SetCatLevel(lCatLevel);
 }
 
 } // namespace ravlo

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "scheduler/BatchedChanges.h"
 #include "scheduler/CatDragOptions.h"
 #include "scheduler/Station.h"
 #include "scheduler/Synchronisation.h"
@@ -28,16 +29,12 @@ public:
     void Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats);
 
 private:
-    struct Place // where a cut stands
-    {
-        std::shared_ptr<clsCat> cMainCat;
-        std::shared_ptr<clsCat> cSubCat;
-    };
     struct Plan // what a move does to one cut
     {
         std::int32_t lLevel;
-        std::vector<Place> colLeaves;
-        Cats colJoins; // main categories
+        std::vector<Station::Place> colLeaves;
+        Cats colStays; // main categories in which it stands at that level already
+        Cats colJoins; // main categories in which it is filed at the end of that level
     };
 
     void Copy(const Cuts& colCuts, bool& bCreatedNewSubCats);
@@ -45,8 +42,10 @@ private:
     void CopyCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCats);
     void MoveCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCats);
     Plan PlanFor(const Cut& cCut) const;
+    void MoveCut(const std::shared_ptr<Cut>& cCut, const Plan& plan, bool& bCreatedNewSubCats);
     void ChangeCut(Cut& cCut, const Plan& plan) const;
-    bool StaysIn(const clsCat& cMainCat, const Cut& cCut, const Plan& plan) const;
+    void PutBack(Cut& cCut, const Plan& plan, const std::wstring& sCategoryText, std::int32_t lCatLevel);
+    BatchedChanges Batch();
     // Whether the target is still one of the tree's.
     bool TargetStands() const;
 

@@ -23,11 +23,6 @@ std::wstring UpdatedText(std::size_t lCount, std::size_t lTotal)
     return L"Updated " + CountText(lCount) + L" of " + CountText(lTotal);
 }
 
-std::vector<std::shared_ptr<clsCat>> SnapshotOf(const CatCollection& colCats)
-{
-    return {colCats.begin(), colCats.end()};
-}
-
 bool Holds(const std::vector<std::wstring>& colNames, const std::wstring& sName)
 {
     return std::any_of(colNames.begin(), colNames.end(),
@@ -149,9 +144,9 @@ void Synchronisation::AddCuts(const Cuts& colCuts, AffectedCats& cAffected, Fili
             m_cStation.cEvents.Progress(UpdatedText(lCount, colCuts.size()),
                                         static_cast<std::int64_t>(lCount), std::ssize(colCuts));
             m_cStation.cMod.Pump();
-            if (m_cStation.lPopulations != lPopulation)
-                return; // the host has reloaded meanwhile: the new tree came from the database as it is now
         }
+        if (m_cStation.lPopulations != lPopulation)
+            return; // the host has reloaded meanwhile: the new tree came from the database as it is now
         try
         {
             const TextKey cKey = cCut->Key();
@@ -240,11 +235,9 @@ void Synchronisation::ModifyCut(const std::shared_ptr<Cut>& cCut, AffectedCats& 
     colNames.erase(std::remove(colNames.begin(), colNames.end(), std::wstring()), colNames.end());
     // Where the cut stood is read from the tree. Its category names are the database's new ones already, so
     // it leaves the orders directly: taking it out through the category would take names off it.
-    LeaveLevels(
-        cKey,
-        [&](const clsCat& cSubCat)
-        { return cSubCat.CatLevel() == lLevel && Holds(colNames, cSubCat.CatName()); },
-        cAffected, cFiling);
+    for (const Station::Place& place : m_cStation.PlacesOf(cKey))
+        if (place.cSubCat->CatLevel() != lLevel || !Holds(colNames, place.cSubCat->CatName()))
+            Leave(place, cKey, cAffected, cFiling);
     for (const std::wstring& sName : colNames)
     {
         bool bCreated = false;
@@ -256,17 +249,18 @@ void Synchronisation::ModifyCut(const std::shared_ptr<Cut>& cCut, AffectedCats& 
     m_cStation.cFiledCuts.Remember(*cCut);
 }
 
-void Synchronisation::LeaveLevels(const TextKey& cKey, const std::function<bool(const clsCat&)>& keep,
-                                  AffectedCats& cAffected, Filing& cFiling)
+void Synchronisation::Refile(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected, Filing& cFiling)
 {
-    for (const std::shared_ptr<clsCat>& cMainCat : SnapshotOf(*m_cStation.colMainCats))
-        for (const std::shared_ptr<clsCat>& cSubCat : SnapshotOf(*cMainCat->SubCats()))
-        {
-            if (keep(*cSubCat) || !cSubCat->SchedCuts()->Remove(cKey))
-                continue;
-            cFiling.Touch(cSubCat);
-            cAffected.Touch(cMainCat->CatName());
-        }
+    m_cStation.cFiledCuts.Forget(cCut->Key());
+    ModifyCut(cCut, cAffected, cFiling);
+}
+
+void Synchronisation::Leave(const Station::Place& place, const TextKey& cKey, AffectedCats& cAffected,
+                            Filing& cFiling)
+{
+    place.cSubCat->SchedCuts()->Remove(cKey);
+    cFiling.Touch(place.cSubCat);
+    cAffected.Touch(place.cMainCat->CatName());
 }
 
 // ---- cuts removed ----
@@ -300,12 +294,12 @@ void Synchronisation::RemoveCuts(const Cuts& colCuts, AffectedCats& cAffected, F
         {
             m_cStation.cMod.Sleep(lPauseMs);
             m_cStation.cEvents.Progress(UpdatedText(lCount, colCuts.size()), lCount, colCuts.size());
-            if (m_cStation.lPopulations != lPopulation)
-                return;
         }
+        if (m_cStation.lPopulations != lPopulation)
+            return;
         try
         {
-            RemoveEverywhere(cCut, cAffected);
+            RemoveEverywhere(cCut, cAffected, cFiling);
         }
         catch (...)
         {
@@ -314,19 +308,29 @@ void Synchronisation::RemoveCuts(const Cuts& colCuts, AffectedCats& cAffected, F
     }
 }
 
-void Synchronisation::RemoveEverywhere(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected)
+void Synchronisation::RemoveEverywhere(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected,
+                                       Filing& cFiling)
 {
+    const TextKey cKey = cCut->Key();
     CatCollection colRemovedFrom;
-    RemoveCutFromCategory(nullptr, cCut, colRemovedFrom);
+    try
+    {
+        RemoveCutFromCategory(nullptr, cCut, colRemovedFrom);
+        // The database may have changed the cut's names or level before it removed it: search where it
+        // really stands.
+        for (const Station::Place& place : m_cStation.PlacesOf(cKey))
+            if (TakeOut(cCut, *place.cMainCat, *place.cSubCat))
+                cAffected.Touch(place.cMainCat->CatName());
+    }
+    catch (...)
+    {
+        // It is gone from the database, so it leaves the orders even when it takes no changes any more.
+        cFiling.Failed(*cCut);
+        for (const Station::Place& place : m_cStation.PlacesOf(cKey))
+            Leave(place, cKey, cAffected, cFiling);
+    }
     for (const std::shared_ptr<clsCat>& cMainCat : colRemovedFrom)
         cAffected.Touch(cMainCat->CatName());
-    // The database may have changed the cut's names or level before it removed it: search where it really
-    // stands.
-    const TextKey cKey = cCut->Key();
-    for (const std::shared_ptr<clsCat>& cMainCat : SnapshotOf(*m_cStation.colMainCats))
-        for (const std::shared_ptr<clsCat>& cSubCat : SnapshotOf(*cMainCat->SubCats()))
-            if (cSubCat->SchedCuts()->Exists(cKey) && TakeOut(cCut, *cMainCat, *cSubCat))
-                cAffected.Touch(cMainCat->CatName());
     m_cStation.cFiledCuts.Forget(cKey);
 }
 
@@ -337,6 +341,7 @@ void Synchronisation::RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMain
     if (!cCut)
         return;
     const Hold cHold(*this);
+    const FiledCuts::OwnChange cOwnChange(m_cStation.cFiledCuts, *cCut);
     const std::int32_t lLevel = LevelToRemoveFrom != 0 ? LevelToRemoveFrom : cCut->CatLevel();
     std::vector<std::shared_ptr<clsCat>> colFrom; // taken before removing, which takes names off the cut
     if (cMainCat)
@@ -351,8 +356,6 @@ void Synchronisation::RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMain
         if (cSubCat && TakeOut(cCut, *cFrom, *cSubCat))
             colMainCatsIN.Add(TextKey(cFrom->CatName()), cFrom);
     }
-    if (m_cStation.cFiledCuts.Knows(cCut->Key()))
-        m_cStation.cFiledCuts.Remember(*cCut);
 }
 
 bool Synchronisation::TakeOut(const std::shared_ptr<Cut>& cCut, const clsCat& cMainCat, clsCat& cSubCat)

@@ -7,7 +7,6 @@
 
 #include <cstdint>
 #include <deque>
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -84,10 +83,13 @@ public:
     // Saves each that still exists, with the boxes and reports of an explicit save.
     void SaveAffected(const AffectedCats& cAffected);
 
-    // Removes a cut's entry from every level but those keep accepts, without touching its category names.
-    // Levels and main categories concerned are recalculated and touched.
-    void LeaveLevels(const TextKey& cKey, const std::function<bool(const clsCat&)>& keep,
-                     AffectedCats& cAffected, Filing& cFiling);
+    // The same whatever is remembered of the cut: after its database has undone changes to it.
+    void Refile(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected, Filing& cFiling);
+
+    // Removes a cut's entry from a level without touching its category names. The level is recalculated and
+    // its main category touched.
+    static void Leave(const Station::Place& place, const TextKey& cKey, AffectedCats& cAffected,
+                      Filing& cFiling);
 
 private:
     enum class Kind
@@ -116,7 +118,7 @@ private:
     void HandleRemoved(const Cuts& colCuts);
     void AddCuts(const Cuts& colCuts, AffectedCats& cAffected, Filing& cFiling);
     void RemoveCuts(const Cuts& colCuts, AffectedCats& cAffected, Filing& cFiling);
-    void RemoveEverywhere(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected);
+    void RemoveEverywhere(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected, Filing& cFiling);
     bool RefreshLibrary(const wchar_t* sLogLine);
 
     Station& m_cStation;
