@@ -253,15 +253,15 @@ void WindowsFiles::Rename(const std::wstring& sFrom, const std::wstring& sTo)
     const std::wstring sNew = NativePathOf(sTo);
     if (FolderExists(sFrom) || FolderExists(sTo))
         throw RuntimeError(error::PathFileAccess);
-    constexpr int lTries = 6;
-    for (int lTry = 1;; ++lTry)
+    constexpr DWORD lLongestPause = 160; // milliseconds; the pauses double from 10 on
+    for (DWORD lPause = 10;; lPause *= 2)
     {
         if (::MoveFileExW(sOld.c_str(), sNew.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
             return;
         const DWORD lError = ::GetLastError();
-        if (!IsPassing(lError) || lTry == lTries)
+        if (!IsPassing(lError) || lPause > lLongestPause)
             FailWith(lError);
-        ::Sleep(20);
+        ::Sleep(lPause);
     }
 }
 

@@ -1,0 +1,396 @@
+// SPDX-License-Identifier: MIT
+// What is particular to the Windows platform: the message loop, boxes that a second thread answers, files in
+// use.
+#ifdef _WIN32
+
+#include "platform/TempFolder.h"
+#include "platform/windows/InputBox.h"
+#include "platform/windows/WindowsFiles.h"
+#include "platform/windows/WindowsHostLoop.h"
+#include "platform/windows/WindowsMessages.h"
+#include "ports/RuntimeError.h"
+
+#include <atomic>
+#include <functional>
+#include <gtest/gtest.h>
+#include <thread>
+#include <vector>
+#include <windows.h>
+#undef ReplaceFile // this system's own function is another one
+
+namespace ravlo
+{
+namespace
+{
+
+std::wstring TextOf(HWND hWindow)
+{
+    wchar_t aText[1024] = {};
+    ::SendMessageW(hWindow, WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(aText));
+    return aText;
+}
+
+// A window that remembers the messages it got. Message-only, so that it needs no screen.
+class Receiver
+{
+public:
+    Receiver()
+        : m_hWindow(
+              ::CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr))
+    {
+        ::SetWindowLongPtrW(m_hWindow, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+        ::SetWindowLongPtrW(m_hWindow, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Receiver::Proc));
+    }
+    ~Receiver() { ::DestroyWindow(m_hWindow); }
+    Receiver(const Receiver&) = delete;
+    Receiver& operator=(const Receiver&) = delete;
+
+    HWND Window() const { return m_hWindow; }
+    std::vector<UINT> Got;
+    bool bPostsForEver = false;
+
+private:
+    static LRESULT CALLBACK Proc(HWND hWindow, UINT lMessage, WPARAM wParam, LPARAM lParam)
+    {
+        auto* pThis = reinterpret_cast<Receiver*>(::GetWindowLongPtrW(hWindow, GWLP_USERDATA));
+        if (lMessage >= WM_APP)
+        {
+            pThis->Got.push_back(lMessage);
+            if (pThis->bPostsForEver)
+                ::PostMessageW(hWindow, lMessage, 0, 0);
+        }
+        return ::DefWindowProcW(hWindow, lMessage, wParam, lParam);
+    }
+    HWND m_hWindow;
+};
+
+TEST(WindowsHostLoop, ProcessesAllWaitingMessagesAndReturns)
+{
+    Receiver cReceiver;
+    for (const UINT lMessage : {WM_APP, WM_APP + 1, WM_APP + 2})
+        ::PostMessageW(cReceiver.Window(), lMessage, 0, 0);
+    WindowsHostLoop().PumpMessages();
+    EXPECT_EQ(cReceiver.Got, (std::vector<UINT>{WM_APP, WM_APP + 1, WM_APP + 2}));
+}
+
+TEST(WindowsHostLoop, LeavesTheRequestToQuitForTheHostsLoop)
+{
+    ::PostQuitMessage(7);
+    WindowsHostLoop().PumpMessages();
+    MSG message{};
+    ASSERT_TRUE(::PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+    EXPECT_EQ(message.wParam, 7u);
+}
+
+TEST(WindowsHostLoop, EndsThoughMessagesNeverDo)
+{
+    Receiver cReceiver;
+    cReceiver.bPostsForEver = true;
+    ::PostMessageW(cReceiver.Window(), WM_APP, 0, 0);
+    const DWORD lStart = ::GetTickCount();
+    WindowsHostLoop().PumpMessages();
+    EXPECT_LT(::GetTickCount() - lStart, 30'000u);
+    EXPECT_GT(cReceiver.Got.size(), 1u);
+    cReceiver.bPostsForEver = false;
+    WindowsHostLoop().PumpMessages();
+}
+
+UINT lFilteredMessage = 0;
+
+LRESULT CALLBACK SwallowFirst(int lCode, WPARAM wParam, LPARAM lParam)
+{
+    const auto* pMessage = reinterpret_cast<const MSG*>(lParam);
+    if (lCode == MSGF_USER && pMessage->message == WM_APP)
+    {
+        lFilteredMessage = pMessage->message;
+        return 1;
+    }
+    return ::CallNextHookEx(nullptr, lCode, wParam, lParam);
+}
+
+TEST(WindowsHostLoop, ShowsEachMessageToTheFilterHooksFirst)
+{
+    Receiver cReceiver;
+    const HHOOK hHook = ::SetWindowsHookExW(WH_MSGFILTER, SwallowFirst, nullptr, ::GetCurrentThreadId());
+    ASSERT_NE(hHook, nullptr);
+    ::PostMessageW(cReceiver.Window(), WM_APP, 0, 0);
+    ::PostMessageW(cReceiver.Window(), WM_APP + 1, 0, 0);
+    WindowsHostLoop().PumpMessages();
+    ::UnhookWindowsHookEx(hHook);
+    EXPECT_EQ(lFilteredMessage, static_cast<UINT>(WM_APP));
+    EXPECT_EQ(cReceiver.Got, std::vector<UINT>{WM_APP + 1});
+}
+
+// Waits in a second thread for a dialog of this one and hands it to the action.
+class Person
+{
+public:
+    explicit Person(std::function<void(HWND)> action)
+        : m_lThread(::GetCurrentThreadId()), m_thread([this, action = std::move(action)] { Act(action); })
+    {
+    }
+    ~Person()
+    {
+        m_bEnd = true;
+        m_thread.join();
+    }
+    Person(const Person&) = delete;
+    Person& operator=(const Person&) = delete;
+
+private:
+    static BOOL CALLBACK TakeDialog(HWND hWindow, LPARAM lParam)
+    {
+        wchar_t aClass[16] = {};
+        ::GetClassNameW(hWindow, aClass, 16);
+        if (std::wstring_view(aClass) != L"#32770" || !::IsWindowVisible(hWindow))
+            return TRUE;
+        *reinterpret_cast<HWND*>(lParam) = hWindow;
+        return FALSE;
+    }
+    void Act(const std::function<void(HWND)>& action)
+    {
+        for (HWND hDialog = nullptr; !m_bEnd; ::Sleep(5)) // looking again, not hoping for the best
+        {
+            ::EnumThreadWindows(m_lThread, TakeDialog, reinterpret_cast<LPARAM>(&hDialog));
+            if (hDialog)
+                return action(hDialog);
+        }
+    }
+
+    std::atomic<bool> m_bEnd{false};
+    DWORD m_lThread;
+    std::thread m_thread; // last: it uses the others
+};
+
+void Press(HWND hDialog, int lId) { ::PostMessageW(hDialog, WM_COMMAND, static_cast<WPARAM>(lId), 0); }
+
+TEST(WindowsMessages, ABoxShowsItsTitleTextAndButtonsAndGivesTheAnswer)
+{
+    const struct
+    {
+        BoxButtons eButtons;
+        int lPressed;
+        BoxAnswer eAnswer;
+    } aCases[] = {
+        {BoxButtons::Ok, IDOK, BoxAnswer::Ok},
+        {BoxButtons::YesNo, IDYES, BoxAnswer::Yes},
+        {BoxButtons::YesNo, IDNO, BoxAnswer::No},
+    };
+    for (const auto& testCase : aCases)
+    {
+        std::wstring sTitle;
+        std::wstring sText;
+        bool aHas[8] = {};
+        const Person cPerson(
+            [&](HWND hDialog)
+            {
+                sTitle = TextOf(hDialog);
+                sText = TextOf(::GetDlgItem(hDialog, 0xFFFF));
+                for (const int lId : {IDOK, IDCANCEL, IDYES, IDNO})
+                    aHas[lId] = ::GetDlgItem(hDialog, lId) != nullptr;
+                Press(hDialog, testCase.lPressed);
+            });
+        EXPECT_EQ(WindowsMessages().Box(BoxIcon::Question, testCase.eButtons, L"Title", L"r&b?"),
+                  testCase.eAnswer);
+        EXPECT_EQ(sTitle, L"Title");
+        EXPECT_EQ(sText, L"r&b?");
+        const bool bYesNo = testCase.eButtons == BoxButtons::YesNo;
+        EXPECT_EQ(aHas[IDOK], !bYesNo);
+        EXPECT_EQ(aHas[IDYES], bYesNo);
+        EXPECT_EQ(aHas[IDNO], bYesNo);
+        EXPECT_FALSE(aHas[IDCANCEL]);
+    }
+}
+
+TEST(WindowsMessages, AnInputGivesWhatWasTyped)
+{
+    for (const wchar_t* sTyped : {L"", L"Top 40", L"r&b \u00FC"})
+    {
+        std::wstring sTitle;
+        std::wstring sPrompt;
+        const Person cPerson(
+            [&](HWND hDialog)
+            {
+                sTitle = TextOf(hDialog);
+                sPrompt = TextOf(::GetDlgItem(hDialog, lInputBoxPrompt));
+                ::SendMessageW(::GetDlgItem(hDialog, lInputBoxEdit), WM_SETTEXT, 0,
+                               reinterpret_cast<LPARAM>(sTyped));
+                Press(hDialog, IDOK);
+            });
+        EXPECT_EQ(WindowsMessages().Input(L"New Category", L"Type it:\r\nr&b"),
+                  std::optional<std::wstring>(sTyped));
+        EXPECT_EQ(sTitle, L"New Category");
+        EXPECT_EQ(sPrompt, L"Type it:\r\nr&b");
+    }
+}
+
+TEST(WindowsMessages, ACancelledInputGivesNothing)
+{
+    const Person cPerson(
+        [&](HWND hDialog)
+        {
+            ::SendMessageW(::GetDlgItem(hDialog, lInputBoxEdit), WM_SETTEXT, 0,
+                           reinterpret_cast<LPARAM>(L"typed"));
+            ::PostMessageW(hDialog, WM_CLOSE, 0, 0);
+        });
+    EXPECT_EQ(WindowsMessages().Input(L"Title", L"Prompt"), std::nullopt);
+}
+
+TEST(InputBox, GrowsWithItsPromptAndKeepsItsControlsApart)
+{
+    int aHeight[2] = {};
+    for (const int lLong : {0, 1})
+    {
+        std::wstring sPrompt = L"Short";
+        for (int i = 0; lLong == 1 && i < 8; ++i)
+            sPrompt += L"\r\nanother line";
+        RECT prompt{};
+        RECT edit{};
+        RECT button{};
+        RECT window{};
+        const Person cPerson(
+            [&](HWND hDialog)
+            {
+                ::GetWindowRect(hDialog, &window);
+                ::GetWindowRect(::GetDlgItem(hDialog, lInputBoxPrompt), &prompt);
+                ::GetWindowRect(::GetDlgItem(hDialog, lInputBoxEdit), &edit);
+                ::GetWindowRect(::GetDlgItem(hDialog, IDCANCEL), &button);
+                Press(hDialog, IDCANCEL);
+            });
+        WindowsMessages().Input(L"Title", sPrompt);
+        EXPECT_LE(prompt.bottom, edit.top);
+        EXPECT_LE(edit.bottom, button.top);
+        EXPECT_LE(button.bottom, window.bottom);
+        EXPECT_LE(button.right, window.right);
+        aHeight[lLong] = static_cast<int>(window.bottom - window.top);
+    }
+    EXPECT_GE(aHeight[1], aHeight[0] + 60);
+}
+
+TEST(InputBox, DisablesTheOtherWindowsOfTheThreadWhileItIsOpenWithoutAnOwner)
+{
+    const HWND hOther = ::CreateWindowExW(0, L"STATIC", L"Other", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 50,
+                                          50, nullptr, nullptr, nullptr, nullptr);
+    ASSERT_NE(hOther, nullptr);
+    bool bEnabledMeanwhile = true;
+    const Person cPerson(
+        [&](HWND hDialog)
+        {
+            bEnabledMeanwhile = ::IsWindowEnabled(hOther) != FALSE;
+            Press(hDialog, IDCANCEL);
+        });
+    ShowInputBox(nullptr, L"Title", L"Prompt");
+    EXPECT_FALSE(bEnabledMeanwhile);
+    EXPECT_TRUE(::IsWindowEnabled(hOther));
+    ::DestroyWindow(hOther);
+}
+
+std::int32_t NumberOf(const std::function<void()>& action)
+{
+    try
+    {
+        action();
+    }
+    catch (const RuntimeError& cError)
+    {
+        return cError.Number();
+    }
+    return 0;
+}
+
+// Holds a file open as another program would.
+class Holder
+{
+public:
+    explicit Holder(const std::wstring& sPath)
+        : m_hFile(::CreateFileW(sPath.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr))
+    {
+    }
+    ~Holder() { LetGo(); }
+    void LetGo()
+    {
+        if (m_hFile != INVALID_HANDLE_VALUE)
+            ::CloseHandle(m_hFile);
+        m_hFile = INVALID_HANDLE_VALUE;
+    }
+
+private:
+    HANDLE m_hFile;
+};
+
+TEST(WindowsFiles, AFileInUseRaises70)
+{
+    const TempFolder cFolder;
+    const std::wstring sPath = cFolder.Path() + L"\\a.sif";
+    WindowsFiles cFiles;
+    cFiles.WriteNew(sPath, "old");
+    Holder cHolder(sPath);
+    EXPECT_EQ(NumberOf([&] { cFiles.ReadAll(sPath); }), error::PermissionDenied);
+    EXPECT_EQ(NumberOf([&] { cFiles.WriteNew(sPath, "x"); }), error::PermissionDenied);
+    EXPECT_EQ(NumberOf([&] { cFiles.Append(sPath, "x"); }), error::PermissionDenied);
+    EXPECT_EQ(NumberOf([&] { cFiles.Delete(sPath); }), error::PermissionDenied);
+    EXPECT_NE(NumberOf([&] { ReplaceFile(cFiles, sPath, "new"); }), 0);
+    cHolder.LetGo();
+    EXPECT_EQ(cFiles.ReadAll(sPath), "old");
+    EXPECT_EQ(cFolder.EntryCount(), 1u);
+}
+
+TEST(WindowsFiles, ARenameWaitsForAFileThatIsInUseForAMoment)
+{
+    const TempFolder cFolder;
+    const std::wstring sPath = cFolder.Path() + L"\\a.sif";
+    WindowsFiles cFiles;
+    cFiles.WriteNew(sPath, "old");
+    Holder cHolder(sPath);
+    std::thread cScanner(
+        [&]
+        {
+            while (cFolder.EntryCount() < 2) // the temporary file is there, so the rename is next
+                std::this_thread::yield();
+            ::Sleep(20); // what a scanner takes
+            cHolder.LetGo();
+        });
+    const std::int32_t lNumber = NumberOf([&] { ReplaceFile(cFiles, sPath, "new"); });
+    cScanner.join();
+    EXPECT_EQ(lNumber, 0);
+    EXPECT_EQ(cFiles.ReadAll(sPath), "new");
+}
+
+TEST(WindowsFiles, AHiddenFileCanBeRewritten)
+{
+    const TempFolder cFolder;
+    const std::wstring sPath = cFolder.Path() + L"\\a.sif";
+    WindowsFiles cFiles;
+    cFiles.WriteNew(sPath, "a long old content");
+    ASSERT_TRUE(::SetFileAttributesW(sPath.c_str(), FILE_ATTRIBUTE_HIDDEN));
+    cFiles.WriteNew(sPath, "new");
+    EXPECT_EQ(cFiles.ReadAll(sPath), "new");
+}
+
+TEST(WindowsFiles, DeviceNamesAreNoFiles)
+{
+    const TempFolder cFolder;
+    WindowsFiles cFiles;
+    for (const wchar_t* sName : {L"NUL", L"con", L"COM1"})
+    {
+        const std::wstring sPath = cFolder.Path() + L"\\" + sName;
+        EXPECT_FALSE(cFiles.FileExists(sPath)) << sName;
+        EXPECT_EQ(NumberOf([&] { cFiles.WriteNew(sPath, "x"); }), error::BadFileName) << sName;
+    }
+    EXPECT_EQ(cFolder.EntryCount(), 0u);
+}
+
+TEST(WindowsFiles, TakesPathsInTheLongFormAndWithSlashes)
+{
+    const TempFolder cFolder;
+    WindowsFiles cFiles;
+    cFiles.WriteNew(L"\\\\?\\" + cFolder.Path() + L"\\a.sif", "x");
+    EXPECT_EQ(cFiles.ReadAll(cFolder.Path() + L"/a.sif"), "x");
+    EXPECT_EQ(NumberOf([&] { cFiles.WriteNew(L"\\\\?\\" + cFolder.Path() + L"\\a?.sif", "x"); }),
+              error::BadFileName);
+}
+
+} // namespace
+} // namespace ravlo
+
+#endif
