@@ -8,7 +8,7 @@ namespace ravlo
 
 // The files of Windows. Paths may be longer than the classic 260 characters. A name with a colon (a stream of
 // another file) or of a device is no file's: looked at it is not there, otherwise it raises 52. A rename that
-// another program stands in the way of, as virus scanners do for a moment, is tried again for a tenth of a
+// another program stands in the way of, as virus scanners do for a moment, is tried again for a third of a
 // second.
 class WindowsFiles final : public Files
 {
