@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <new>
 #include <string_view>
+#include <utility>
 
 namespace ravlo
 {
@@ -16,6 +17,7 @@ namespace
 
 constexpr std::int32_t lDefaultSepMins = 60;
 constexpr const wchar_t* sSettingsFile = L"Scheduler\\SchedulerSettings.dat";
+constexpr std::size_t lDateLength = 8; // of a time stamp's "dd/mm/yy"
 constexpr const wchar_t* sLogFolder = L"Debugging Logs\\Scheduler\\";
 
 std::wstring TwoDigits(int lValue)
@@ -66,12 +68,30 @@ void ModScheduler::StoreAppPath(const std::wstring& sAppPath)
 
 void ModScheduler::WriteDebugLog(const std::wstring& sMessage)
 {
+    std::size_t lBefore = m_sLines.size();
     try
     {
-        m_colLines.push_back({m_cPorts.cClock.Now(), sMessage});
+        const DateTime dtNow = m_cPorts.cClock.Now();
+        const std::int64_t lSecond = WholeSeconds(dtNow);
+        if (lSecond != m_lStampSecond || m_sStamp.empty())
+        {
+            std::wstring sStamp = TimeStamp(dtNow);
+            // Each line goes to the file of its own day.
+            if (sStamp.compare(0, lDateLength, m_sStamp, 0, lDateLength) != 0)
+                FlushDebugLog();
+            lBefore = m_sLines.size();
+            m_sStamp = std::move(sStamp);
+            m_lStampSecond = lSecond;
+        }
+        if (m_sLines.empty())
+            m_dtFirstLine = dtNow;
+        m_sLines += m_sStamp;
+        m_sLines += sMessage;
+        m_sLines += sCrLf;
     }
     catch (...)
     {
+        m_sLines.resize(std::min(lBefore, m_sLines.size()));
         return; // a log line that cannot be kept must not fail what it tells of
     }
     if (m_lScopes == 0)
@@ -80,36 +100,24 @@ void ModScheduler::WriteDebugLog(const std::wstring& sMessage)
 
 void ModScheduler::FlushDebugLog() noexcept
 {
-    if (m_colLines.empty() || m_bFlushing)
+    if (m_sLines.empty())
         return;
-    m_bFlushing = true;
     try
     {
-        for (std::size_t lFirst = 0; lFirst < m_colLines.size();)
-        {
-            const int lDay = FieldsOf(m_colLines[lFirst].dtWhen).lDay;
-            std::size_t lEnd = lFirst + 1;
-            while (lEnd < m_colLines.size() && FieldsOf(m_colLines[lEnd].dtWhen).lDay == lDay)
-                ++lEnd;
-            AppendLines(lFirst, lEnd);
-            lFirst = lEnd;
-        }
+        AppendToLog(std::exchange(m_sLines, {}), m_dtFirstLine);
     }
     catch (...)
     {
         // On purpose: a missing log folder, a full disk or a locked file never reaches the caller.
     }
-    m_colLines.clear();
-    m_bFlushing = false;
 }
 
-void ModScheduler::AppendLines(std::size_t lFirst, std::size_t lEnd)
+void ModScheduler::AppendToLog(const std::wstring& sLines, DateTime dtFirst)
 {
     const std::wstring sAppPath = AppPath();
     if (sAppPath.empty())
         return; // without a folder of the host's there is no place for a log
     const std::wstring sFolder = sAppPath + sLogFolder;
-    const DateTime dtFirst = m_colLines[lFirst].dtWhen;
     // Last month's log of tomorrow's day goes today, so that about one month of logs is kept.
     const std::wstring sTomorrow = sFolder + LogFileName(FieldsOf(dtFirst + 1).lDay);
     if (m_cPorts.cFiles.FileExists(sTomorrow))
@@ -124,16 +132,11 @@ void ModScheduler::AppendLines(std::size_t lFirst, std::size_t lEnd)
         }
     }
     const std::wstring sToday = sFolder + LogFileName(FieldsOf(dtFirst).lDay);
-    std::wstring sLines;
+    std::wstring sCreation;
     if (!m_cPorts.cFiles.FileExists(sToday))
-        sLines = TimeStamp(dtFirst) + sProgramTitle + L" debugging log created." + sCrLf;
-    for (std::size_t lLine = lFirst; lLine < lEnd; ++lLine)
-    {
-        sLines += TimeStamp(m_colLines[lLine].dtWhen);
-        sLines += m_colLines[lLine].sMessage;
-        sLines += sCrLf;
-    }
-    m_cPorts.cFiles.Append(sToday, m_cPorts.cCodePage.Encode(sLines));
+        sCreation = TimeStamp(dtFirst) + sProgramTitle + L" debugging log created." + sCrLf;
+    m_cPorts.cFiles.Append(sToday,
+                           m_cPorts.cCodePage.Encode(sCreation.empty() ? sLines : sCreation + sLines));
 }
 
 ModScheduler::LogScope::LogScope(ModScheduler& cMod) noexcept : m_cMod(cMod) { ++m_cMod.m_lScopes; }

@@ -10,7 +10,6 @@
 #include <string>
 #include <unordered_map>
 #include <utility>
-#include <vector>
 
 namespace ravlo
 {
@@ -92,7 +91,7 @@ public:
     std::uint64_t NoteFileWritten(const std::wstring& sPath);
 
 private:
-    void AppendLines(std::size_t lFirst, std::size_t lEnd);
+    void AppendToLog(const std::wstring& sLines, DateTime dtFirst);
     void SetSetting(std::int32_t& lSetting, std::int32_t lMins);
 
     Ports m_cPorts;
@@ -102,15 +101,12 @@ private:
     std::int32_t m_lAlbum = 60;
     bool m_bSettingsUnreadable = false;
 
-    struct LogLine
-    {
-        DateTime dtWhen;
-        std::wstring sMessage;
-    };
     std::unordered_map<std::wstring, std::uint64_t> m_colGenerations; // keyed by the folded path
-    std::vector<LogLine> m_colLines;
+    std::wstring m_sLines;                                            // gathered, ready to be appended
+    DateTime m_dtFirstLine = 0;
+    std::wstring m_sStamp; // of the second in which the last line was noted
+    std::int64_t m_lStampSecond = 0;
     int m_lScopes = 0;
-    bool m_bFlushing = false;
 };
 
 // Turns whatever is being handled in a catch (...) block into a RuntimeError: itself, 7 for lack of memory,
