@@ -18,14 +18,14 @@ std::int32_t AsLong(std::int64_t lCount)
 
 } // namespace
 
-template <class Raise> void EventRelay::ToListener(Raise&& raise)
+template <class Events, class Raise> void EventRelay::To(Events* const& cEvents, Raise&& raise)
 {
     m_cMod.FlushDebugLog();
-    if (!m_cEvents)
+    if (!cEvents)
         return;
     try
     {
-        raise(*m_cEvents);
+        raise(*cEvents);
     }
     catch (...)
     {
@@ -34,31 +34,36 @@ template <class Raise> void EventRelay::ToListener(Raise&& raise)
     }
 }
 
+template <class Raise> void EventRelay::ToBoth(Raise&& raise)
+{
+    To(m_cEvents, raise);
+    To(m_cWindow, raise); // looked at anew: the host may have closed it meanwhile
+}
+
 void EventRelay::ShowHelpEvent()
 {
-    ToListener([](SchedulerEvents& cEvents) { cEvents.ShowHelpEvent(); });
+    To(m_cEvents, [](SchedulerEvents& cEvents) { cEvents.ShowHelpEvent(); });
 }
 
 void EventRelay::ProgressStart(const std::wstring& sReason, std::int64_t lMax)
 {
-    ToListener([&](SchedulerEvents& cEvents) { cEvents.ProgressStart(sReason, AsLong(lMax)); });
+    ToBoth([&](ProgressEvents& cEvents) { cEvents.ProgressStart(sReason, AsLong(lMax)); });
 }
 
 void EventRelay::Progress(const std::wstring& strProgress, std::int64_t lCount, std::int64_t lMax)
 {
-    ToListener([&](SchedulerEvents& cEvents)
-               { cEvents.Progress(strProgress, AsLong(lCount), AsLong(lMax)); });
+    ToBoth([&](ProgressEvents& cEvents) { cEvents.Progress(strProgress, AsLong(lCount), AsLong(lMax)); });
 }
 
 void EventRelay::ProgressDone(const std::wstring& sStatus)
 {
-    ToListener([&](SchedulerEvents& cEvents) { cEvents.ProgressDone(sStatus); });
+    ToBoth([&](ProgressEvents& cEvents) { cEvents.ProgressDone(sStatus); });
 }
 
 std::optional<std::int32_t> EventRelay::RequestEditCut(const std::shared_ptr<Cut>& cCut)
 {
     std::optional<std::int32_t> lAnswer;
-    ToListener([&](SchedulerEvents& cEvents) { lAnswer = cEvents.RequestEditCut(cCut); });
+    To(m_cEvents, [&](SchedulerEvents& cEvents) { lAnswer = cEvents.RequestEditCut(cCut); });
     return lAnswer;
 }
 

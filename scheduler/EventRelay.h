@@ -19,6 +19,8 @@ public:
     explicit EventRelay(ModScheduler& cMod) noexcept : m_cMod(cMod) {}
 
     void Listen(SchedulerEvents* cEvents) noexcept { m_cEvents = cEvents; }
+    // A window that shows the reports too, after the host has had them; null for none. Not owned.
+    void Follow(ProgressEvents* cWindow) noexcept { m_cWindow = cWindow; }
 
     void ShowHelpEvent();
     void ProgressStart(const std::wstring& sReason, std::int64_t lMax);
@@ -27,10 +29,12 @@ public:
     std::optional<std::int32_t> RequestEditCut(const std::shared_ptr<Cut>& cCut);
 
 private:
-    template <class Raise> void ToListener(Raise&& raise);
+    template <class Events, class Raise> void To(Events* const& cEvents, Raise&& raise);
+    template <class Raise> void ToBoth(Raise&& raise);
 
     ModScheduler& m_cMod;
     SchedulerEvents* m_cEvents = nullptr;
+    ProgressEvents* m_cWindow = nullptr;
 };
 
 // Decides when a long loop reports: every 20th item looks at the clock, and only when more than 100 ms have

@@ -11,15 +11,21 @@
 namespace ravlo
 {
 
-// What the manager tells its host. The host may call back into the manager from any of these.
-class SchedulerEvents
+// The manager's reports of long work.
+class ProgressEvents
 {
 public:
-    virtual ~SchedulerEvents() = default;
-    virtual void ShowHelpEvent() = 0;
+    virtual ~ProgressEvents() = default;
     virtual void ProgressStart(const std::wstring& sReason, std::int32_t lMax) = 0;
     virtual void Progress(const std::wstring& strProgress, std::int32_t lCount, std::int32_t lMax) = 0;
     virtual void ProgressDone(const std::wstring& sStatus) = 0;
+};
+
+// What the manager tells its host. The host may call back into the manager from any of these.
+class SchedulerEvents : public ProgressEvents
+{
+public:
+    virtual void ShowHelpEvent() = 0;
     // Asks the host to open its cut editor. Nothing when no host answered or its answer is no number.
     virtual std::optional<std::int32_t> RequestEditCut(const std::shared_ptr<Cut>& cCut) = 0;
 };

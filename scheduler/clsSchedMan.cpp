@@ -73,6 +73,7 @@ clsSchedMan::~clsSchedMan()
         const ModScheduler::LogScope cScope(my.cMod);
         my.cSync.Stop();
         my.cEvents.Listen(nullptr);
+        my.cEvents.Follow(nullptr);
         if (!my.colMainCats)
             return;
         my.cCategoryList.SaveCatNames(my.colMainCats.get(), my.sAppPath);
@@ -90,6 +91,7 @@ clsSchedMan::~clsSchedMan()
 
 void clsSchedMan::SetEvents(SchedulerEvents* cEvents) noexcept { m_cParts->cEvents.Listen(cEvents); }
 void clsSchedMan::SetWindows(SchedulerWindows* cWindows) noexcept { m_cParts->cWindows = cWindows; }
+void clsSchedMan::SetProgressFollower(ProgressEvents* cWindow) noexcept { m_cParts->cEvents.Follow(cWindow); }
 ModScheduler& clsSchedMan::Mod() const noexcept { return m_cParts->cMod; }
 
 const std::shared_ptr<NameCollection>& clsSchedMan::colIllegalChars() const noexcept
@@ -275,6 +277,19 @@ void clsSchedMan::RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat,
                  });
 }
 
+void clsSchedMan::RemoveCutsFromCategories(const std::vector<CutRemoval>& colRemovals,
+                                           const std::function<void(std::size_t lDone)>& progress)
+{
+    const Call cCall(*this);
+    Parts& my = *m_cParts;
+    TrapCritical(my.cMod, L"Error in RemoveCutFromCategory [cSchedMan]", false,
+                 [&]
+                 {
+                     RemoveCuts(my, my.cSync, colRemovals, progress);
+                     return true;
+                 });
+}
+
 bool clsSchedMan::CreateMainCat(std::wstring& sName)
 {
     const Call cCall(*this);
@@ -337,6 +352,11 @@ void clsSchedMan::DoMassCatChange(eCatDragOptions eCatDragOption, const Cats& co
 // ---- host and windows ----
 
 void clsSchedMan::ShowHelp() { m_cParts->cEvents.ShowHelpEvent(); }
+
+std::optional<std::int32_t> clsSchedMan::RaiseEditRequestCutEvent(const std::shared_ptr<Cut>& cCut)
+{
+    return m_cParts->cEvents.RequestEditCut(cCut);
+}
 
 // No Call here: a window may show for hours, and the lines logged meanwhile belong into the file at once.
 void clsSchedMan::ShowLibraryUI()

@@ -6,12 +6,16 @@
 #include "model/clsCat.h"
 #include "rotation/PlayHistory.h"
 #include "scheduler/CatDragOptions.h"
+#include "scheduler/CutRemoval.h"
 #include "scheduler/SchedulerEvents.h"
 #include "scheduler/SchedulerWindows.h"
 #include "scheduler/modscheduler/ModScheduler.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -36,6 +40,8 @@ public:
     // end.
     void SetEvents(SchedulerEvents* cEvents) noexcept;
     void SetWindows(SchedulerWindows* cWindows) noexcept;
+    // A window that shows the progress too; null for none. Not owned.
+    void SetProgressFollower(ProgressEvents* cWindow) noexcept;
 
     // The nine characters that may not stand in a category name.
     const std::shared_ptr<NameCollection>& colIllegalChars() const noexcept;
@@ -82,6 +88,12 @@ public:
     void RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat, const std::shared_ptr<Cut>& cCut,
                                CatCollection& colMainCatsIN, std::int32_t LevelToRemoveFrom = 0);
 
+    // Takes many cuts out of categories and saves every main category concerned once. What could not be
+    // removed is reported at the end. Messages are pumped meanwhile; progress is told of the number of cuts
+    // done so far.
+    void RemoveCutsFromCategories(const std::vector<CutRemoval>& colRemovals,
+                                  const std::function<void(std::size_t lDone)>& progress);
+
     void UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut);
 
     // The cut that plays next from the level that strSubCatKey names; never null. cMainCat, cSubCat and
@@ -96,6 +108,8 @@ public:
     void SetRotatesAllowed(bool bAllowed) noexcept;
 
     void ShowHelp();
+    // Asks the host to open its cut editor; nothing when it did not answer with a number.
+    std::optional<std::int32_t> RaiseEditRequestCutEvent(const std::shared_ptr<Cut>& cCut);
     // Show the windows until they are closed; nothing happens, and lNotChosen comes back, when there are none.
     void ShowLibraryUI();
     std::int32_t ShowCatUI(CategoryRequest& request);
