@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <system_error>
 
@@ -13,7 +14,7 @@ namespace ravlo
 namespace
 {
 
-std::wstring Widened(const char* pFirst, const char* pLast) { return std::wstring(pFirst, pLast); }
+std::wstring Widened(const std::string& sAscii) { return std::wstring(sAscii.begin(), sAscii.end()); }
 
 bool IsDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
 
@@ -31,6 +32,61 @@ int HexDigit(wchar_t c)
     if (c >= L'a' && c <= L'f')
         return c - L'a' + 10;
     return std::numeric_limits<int>::max();
+}
+
+// d.dddddd times ten to the exponent, without trailing zeros.
+struct Decimal
+{
+    std::string sDigits;
+    int lExponent;
+};
+
+// Rounded half away from zero, as the platform's conversion does it, and therefore from the exact value: a
+// printing function would round ties to even.
+Decimal SevenDigitsOf(float sngValue)
+{
+    constexpr int lKept = 7;
+    constexpr int lExact = 111; // digits behind the point; no single has more
+    char aText[lExact + 16];
+    const auto [pEnd, eError] = std::to_chars(aText, aText + sizeof aText, static_cast<double>(sngValue),
+                                              std::chars_format::scientific, lExact);
+    const std::string_view sText(aText, static_cast<std::size_t>(pEnd - aText)); // d.ddd...e+dd
+    std::string_view sExponent = sText.substr(sText.find('e') + 1);
+    if (sExponent.front() == '+')
+        sExponent.remove_prefix(1); // not known to the reader
+    Decimal cDecimal{std::string(1, sText[0]) + std::string(sText.substr(2, lKept - 1)), 0};
+    std::from_chars(sExponent.data(), sExponent.data() + sExponent.size(), cDecimal.lExponent);
+    if (sText[lKept + 1] >= '5')
+    {
+        const std::size_t lLast = cDecimal.sDigits.find_last_not_of('9');
+        if (lLast == std::string::npos)
+            return {"1", cDecimal.lExponent + 1};
+        cDecimal.sDigits.resize(lLast + 1);
+        ++cDecimal.sDigits[lLast];
+    }
+    cDecimal.sDigits.resize(cDecimal.sDigits.find_last_not_of('0') + 1);
+    return cDecimal;
+}
+
+std::wstring ExponentText(const Decimal& cDecimal)
+{
+    const std::string& sDigits = cDecimal.sDigits;
+    const std::string sExponent = std::to_string(std::abs(cDecimal.lExponent));
+    const std::string sText = sDigits.substr(0, 1) + (sDigits.size() > 1 ? "." : "") + sDigits.substr(1) +
+                              (cDecimal.lExponent < 0 ? "E-" : "E+") + (sExponent.size() < 2 ? "0" : "") +
+                              sExponent;
+    return Widened(sText);
+}
+
+std::wstring PlainText(const Decimal& cDecimal)
+{
+    const auto lWhole =
+        static_cast<std::size_t>(std::max(0, cDecimal.lExponent + 1)); // digits before the point
+    std::string sDigits = std::string(static_cast<std::size_t>(std::max(0, -1 - cDecimal.lExponent)), '0');
+    sDigits += cDecimal.sDigits;
+    if (sDigits.size() <= lWhole)
+        return Widened(sDigits + std::string(lWhole - sDigits.size(), '0'));
+    return Widened((lWhole == 0 ? "0" : sDigits.substr(0, lWhole)) + "." + sDigits.substr(lWhole));
 }
 
 // Reads one number from front to back, in the order of its parts.
@@ -244,13 +300,11 @@ std::wstring SingleText(float sngValue)
         return sngValue < 0 ? L"-1.#INF" : L"1.#INF";
     if (sngValue == 0)
         return L"0"; // without the sign of a negative zero
-    char aText[32];
-    const auto [pEnd, eError] = std::to_chars(aText, aText + sizeof aText, static_cast<double>(sngValue),
-                                              std::chars_format::general, 7);
-    std::wstring sText = Widened(aText, pEnd);
-    if (const std::size_t lExponent = sText.find(L'e'); lExponent != std::wstring::npos)
-        sText[lExponent] = L'E';
-    return sText;
+    const Decimal cDecimal = SevenDigitsOf(std::abs(sngValue));
+    const std::wstring sSign = sngValue < 0 ? L"-" : L"";
+    if (cDecimal.lExponent < -4 || cDecimal.lExponent >= 7)
+        return sSign + ExponentText(cDecimal);
+    return sSign + PlainText(cDecimal);
 }
 
 std::optional<double> NumericValue(std::wstring_view sText) { return NumberReader(sText).Value(); }

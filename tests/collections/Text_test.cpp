@@ -67,6 +67,13 @@ TEST(SingleText, WritesAtMostSevenSignificantDigits)
         {10000000.0f, L"1E+07"},
         {12345678.0f, L"1.234568E+07"},
         {1e20f, L"1E+20"},
+        {2999352.5f, L"2999353"}, // ties go away from zero
+        {-6550.0625f, L"-6550.063"},
+        {9999999.5f, L"1E+07"}, // reads as 10000000 in single precision
+        {0.99999994f, L"0.9999999"},
+        {0.01f, L"0.01"}, // a little less: every digit carries
+        {99999.99f, L"99999.99"},
+        {1.17549435e-38f, L"1.175494E-38"},
         {-2.5e-7f, L"-2.5E-07"},
         {0.0001f, L"0.0001"},
         {0.00001f, L"1E-05"},
