@@ -106,7 +106,7 @@ public:
     VARIANT_BOOL m_bOpener = VARIANT_FALSE;
     VARIANT_BOOL m_bMustBeOpener = VARIANT_FALSE;
     ComPtr<HostCollection> m_colNames = NewObject<HostCollection>();
-    HRESULT m_hArtist = S_OK; // what asking for the artist answers
+    HRESULT m_hKey = S_OK; // what asking for the key answers
 
     void FileIn(const std::wstring& sCatName)
     {
@@ -114,16 +114,13 @@ public:
     }
 
     STDMETHODIMP get_ID(LONG* pVal) override { return Get(pVal, LONG{7}); }
-    STDMETHODIMP get_Key(BSTR* pVal) override { return Get(pVal, m_sKey); }
+    STDMETHODIMP get_Key(BSTR* pVal) override { return FAILED(m_hKey) ? m_hKey : Get(pVal, m_sKey); }
     STDMETHODIMP put_Key(BSTR newVal) override { return Put(m_sKey, newVal); }
     STDMETHODIMP get_SecondaryKey(BSTR* pVal) override { return Get(pVal, m_sSecondaryKey); }
     STDMETHODIMP put_SecondaryKey(BSTR newVal) override { return Put(m_sSecondaryKey, newVal); }
     STDMETHODIMP get_Path(BSTR* pVal) override { return Get(pVal, m_sKey); }
     STDMETHODIMP put_Path(BSTR newVal) override { return Put(m_sKey, newVal); }
-    STDMETHODIMP get_Artist(BSTR* pVal) override
-    {
-        return FAILED(m_hArtist) ? m_hArtist : Get(pVal, m_sArtist);
-    }
+    STDMETHODIMP get_Artist(BSTR* pVal) override { return Get(pVal, m_sArtist); }
     STDMETHODIMP put_Artist(BSTR newVal) override { return Put(m_sArtist, newVal); }
     STDMETHODIMP get_Title(BSTR* pVal) override { return Get(pVal, m_sTitle); }
     STDMETHODIMP put_Title(BSTR newVal) override { return Put(m_sTitle, newVal); }
