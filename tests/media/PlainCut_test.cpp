@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "media/PlainCut.h"
 
+#include "support/FakeDataBase.h"
+
 #include <gtest/gtest.h>
 #include <limits>
 
@@ -114,6 +116,17 @@ TEST(PlainCut, CopyOfAnyCutHasAllItsValuesAndIsIndependent)
     ExpectSameValues(*cCopy, *cCut);
     cCopy->SetArtist(L"Other");
     ExpectSameValues(*cCut, *FilledCut());
+}
+
+TEST(PlainCut, CopyOfADatabasesCutKeepsTheNumberAndMayHaveAnotherKey)
+{
+    test::FakeCut cHeld;
+    cHeld.lID = 4711;
+    const auto cCopy = PlainCopyOf(cHeld);
+    EXPECT_EQ(cCopy->ID(), 4711);
+    EXPECT_EQ(cCopy->CloneCut()->ID(), 4711);
+    cCopy->SetKey(L"C:\\free.mp3");
+    EXPECT_EQ(cCopy->Key().Text(), L"C:\\free.mp3");
 }
 
 TEST(PlainCut, CategoryNamesAreKeptOnceWithoutRegardToCase)
