@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: MIT
+// Registration by the servers' own exports, seen in the registry. Nothing here comes through a manifest.
+#include "com/kit/Variant.h"
+
+#include <KorvaCollection.h>
+#include <RavloBase.h>
+#include <RavloScheduler.h>
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+namespace ravlo
+{
+
+namespace
+{
+
+class Server
+{
+public:
+    explicit Server(const std::wstring& sName)
+        : m_sPath(L"" RAVLO_TEST_BIN + sName), m_hModule(LoadLibraryW(m_sPath.c_str()))
+    {
+        EXPECT_NE(m_hModule, nullptr);
+    }
+    ~Server() { FreeLibrary(m_hModule); }
+    Server(const Server&) = delete;
+    Server& operator=(const Server&) = delete;
+
+    HRESULT Register() const { return Function<HRESULT(WINAPI*)()>("DllRegisterServer")(); }
+    HRESULT Unregister() const { return Function<HRESULT(WINAPI*)()>("DllUnregisterServer")(); }
+    HRESULT Install(bool bInstall, const wchar_t* sCommand) const
+    {
+        return Function<HRESULT(WINAPI*)(BOOL, LPCWSTR)>("DllInstall")(bInstall, sCommand);
+    }
+    // As the module itself knows it.
+    std::wstring Path() const
+    {
+        std::wstring sPath(1024, L'\0');
+        sPath.resize(GetModuleFileNameW(m_hModule, sPath.data(), 1024));
+        return sPath;
+    }
+
+private:
+    template <class F> F Function(const char* sName) const
+    {
+        return reinterpret_cast<F>(reinterpret_cast<void*>(GetProcAddress(m_hModule, sName)));
+    }
+    std::wstring m_sPath;
+    HMODULE m_hModule;
+};
+
+struct Class
+{
+    const wchar_t* sProgID;
+    const CLSID* pClsid;
+    const GUID* pLibid;
+};
+const Class colSchedClasses[] = {
+    {L"RavloScheduler.clsSchedMan", &CLSID_clsSchedMan, &LIBID_RavloScheduler},
+    {L"RavloScheduler.clsCat", &CLSID_clsCat, &LIBID_RavloScheduler},
+    {L"RavloScheduler.clsCatRules", &CLSID_clsCatRules, &LIBID_RavloScheduler},
+    {L"RavloScheduler.clsRuleViolation", &CLSID_clsRuleViolation, &LIBID_RavloScheduler},
+    {L"KorvaCollection.clsCollection", &CLSID_clsCollection, &LIBID_KorvaCollection},
+    {L"KorvaCollection.clsValueList", &CLSID_clsValueList, &LIBID_KorvaCollection},
+};
+const Class colBaseClasses[] = {
+    {L"RavloBase.clsDataBase", &CLSID_clsDataBase, &LIBID_RavloBase},
+    {L"RavloBase.clsCut", &CLSID_clsCut, &LIBID_RavloBase},
+};
+
+std::wstring TextOfGuid(REFGUID guid)
+{
+    wchar_t sText[40];
+    StringFromGUID2(guid, sText, 40);
+    return sText;
+}
+
+std::optional<std::wstring> Value(HKEY hRoot, const std::wstring& sKey, const wchar_t* sName = nullptr)
+{
+    wchar_t sText[1024];
+    DWORD lBytes = sizeof sText;
+    if (RegGetValueW(hRoot, (L"Software\\Classes\\" + sKey).c_str(), sName, RRF_RT_REG_SZ, nullptr, sText,
+                     &lBytes) != ERROR_SUCCESS)
+        return std::nullopt;
+    return sText;
+}
+
+// The file a type library is registered for; empty when it is not.
+std::wstring LibraryPath(REFGUID libid)
+{
+    Bstr sPath;
+    if (FAILED(QueryPathOfRegTypeLib(libid, 1, 0, LOCALE_NEUTRAL, sPath.Receive())))
+        return {};
+    return sPath.Get();
+}
+
+class RegistrationTest : public testing::Test
+{
+protected:
+    RegistrationTest()
+    {
+        EXPECT_EQ(CoInitialize(nullptr), S_OK);
+        TakeOut();
+    }
+    ~RegistrationTest() override
+    {
+        TakeOut();
+        CoUninitialize();
+    }
+    void TakeOut()
+    {
+        for (const Server* pServer : {&m_cSched, &m_cBase})
+        {
+            EXPECT_EQ(pServer->Unregister(), S_OK);
+            EXPECT_EQ(pServer->Install(false, L"user"), S_OK);
+        }
+    }
+    static void ExpectRegistered(HKEY hRoot, const Class& one, const std::wstring& sPath)
+    {
+        const std::wstring sKey = L"CLSID\\" + TextOfGuid(*one.pClsid);
+        const std::wstring sName = one.sProgID;
+        EXPECT_EQ(Value(hRoot, sKey), sName);
+        EXPECT_EQ(Value(hRoot, sKey + L"\\InprocServer32"), sPath);
+        EXPECT_EQ(Value(hRoot, sKey + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
+        EXPECT_EQ(Value(hRoot, sKey + L"\\ProgID"), sName + L".1");
+        EXPECT_EQ(Value(hRoot, sKey + L"\\VersionIndependentProgID"), sName);
+        EXPECT_EQ(Value(hRoot, sKey + L"\\TypeLib"), TextOfGuid(*one.pLibid));
+        EXPECT_EQ(Value(hRoot, sKey + L"\\Version"), L"1.0");
+        EXPECT_EQ(Value(hRoot, sName + L"\\CLSID"), TextOfGuid(*one.pClsid));
+        EXPECT_EQ(Value(hRoot, sName + L"\\CurVer"), sName + L".1");
+        EXPECT_EQ(Value(hRoot, sName + L".1\\CLSID"), TextOfGuid(*one.pClsid));
+    }
+    static void ExpectNotRegistered(HKEY hRoot, const Class& one)
+    {
+        EXPECT_EQ(Value(hRoot, L"CLSID\\" + TextOfGuid(*one.pClsid)), std::nullopt);
+        EXPECT_EQ(Value(hRoot, std::wstring(one.sProgID) + L"\\CLSID"), std::nullopt);
+        EXPECT_EQ(Value(hRoot, std::wstring(one.sProgID) + L".1\\CLSID"), std::nullopt);
+    }
+    static HRESULT TryCreate(const CLSID& clsid)
+    {
+        ComPtr<IUnknown> cObject;
+        return CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
+                                reinterpret_cast<void**>(cObject.Receive()));
+    }
+
+    Server m_cSched{L"RavloSched.dll"};
+    Server m_cBase{L"RavloBase.dll"};
+};
+
+TEST_F(RegistrationTest, ForTheMachineEveryClassCanBeCreatedAndIsGoneAgain)
+{
+    EXPECT_EQ(TryCreate(CLSID_clsSchedMan), REGDB_E_CLASSNOTREG);
+    ASSERT_EQ(m_cSched.Register(), S_OK);
+    ASSERT_EQ(m_cBase.Register(), S_OK);
+    ASSERT_EQ(m_cSched.Register(), S_OK) << "registering again changes nothing";
+    for (const Class& one : colSchedClasses)
+    {
+        ExpectRegistered(HKEY_LOCAL_MACHINE, one, m_cSched.Path());
+        EXPECT_EQ(TryCreate(*one.pClsid), S_OK);
+    }
+    for (const Class& one : colBaseClasses)
+    {
+        ExpectRegistered(HKEY_LOCAL_MACHINE, one, m_cBase.Path());
+        EXPECT_EQ(TryCreate(*one.pClsid), S_OK);
+    }
+    ASSERT_EQ(m_cSched.Unregister(), S_OK);
+    ASSERT_EQ(m_cBase.Unregister(), S_OK);
+    for (const Class& one : colSchedClasses)
+        ExpectNotRegistered(HKEY_LOCAL_MACHINE, one);
+    for (const Class& one : colBaseClasses)
+        ExpectNotRegistered(HKEY_LOCAL_MACHINE, one);
+    EXPECT_EQ(TryCreate(CLSID_clsSchedMan), REGDB_E_CLASSNOTREG);
+    EXPECT_EQ(LibraryPath(LIBID_RavloScheduler), L"");
+    EXPECT_EQ(LibraryPath(LIBID_RavloBase), L"");
+    EXPECT_EQ(LibraryPath(LIBID_KorvaCollection), L"");
+}
+
+TEST_F(RegistrationTest, ASchedulerAloneBringsAllTypesItsMembersMention)
+{
+    ASSERT_EQ(m_cSched.Register(), S_OK);
+    EXPECT_EQ(LibraryPath(LIBID_RavloScheduler), m_cSched.Path());
+    EXPECT_EQ(LibraryPath(LIBID_RavloBase), m_cSched.Path() + L"\\2");
+    EXPECT_EQ(LibraryPath(LIBID_KorvaCollection), m_cSched.Path() + L"\\3");
+}
+
+TEST_F(RegistrationTest, ATypeLibraryBelongsToItsHomeModuleWhateverTheOrder)
+{
+    ASSERT_EQ(m_cSched.Register(), S_OK);
+    ASSERT_EQ(m_cBase.Register(), S_OK);
+    EXPECT_EQ(LibraryPath(LIBID_RavloBase), m_cBase.Path());
+    EXPECT_EQ(LibraryPath(LIBID_KorvaCollection), m_cSched.Path() + L"\\3");
+    TakeOut();
+    ASSERT_EQ(m_cBase.Register(), S_OK);
+    EXPECT_EQ(LibraryPath(LIBID_KorvaCollection), m_cBase.Path() + L"\\2");
+    ASSERT_EQ(m_cSched.Register(), S_OK);
+    EXPECT_EQ(LibraryPath(LIBID_RavloBase), m_cBase.Path());
+    EXPECT_EQ(LibraryPath(LIBID_KorvaCollection), m_cSched.Path() + L"\\3");
+}
+
+TEST_F(RegistrationTest, UnregisteringLeavesAnotherModulesTypeLibrariesAlone)
+{
+    ASSERT_EQ(m_cSched.Register(), S_OK);
+    ASSERT_EQ(m_cBase.Register(), S_OK);
+    ASSERT_EQ(m_cSched.Unregister(), S_OK);
+    EXPECT_EQ(LibraryPath(LIBID_RavloBase), m_cBase.Path());
+    EXPECT_EQ(LibraryPath(LIBID_RavloScheduler), L"");
+    for (const Class& one : colBaseClasses)
+        ExpectRegistered(HKEY_LOCAL_MACHINE, one, m_cBase.Path());
+}
+
+TEST_F(RegistrationTest, ForOneUserTheKeysAreTheUsersOwn)
+{
+    for (const wchar_t* sCommand : {L"user", L"USER"})
+    {
+        ASSERT_EQ(m_cSched.Install(true, sCommand), S_OK);
+        for (const Class& one : colSchedClasses)
+        {
+            ExpectRegistered(HKEY_CURRENT_USER, one, m_cSched.Path());
+            ExpectNotRegistered(HKEY_LOCAL_MACHINE, one);
+        }
+        ASSERT_EQ(m_cSched.Install(false, sCommand), S_OK);
+        for (const Class& one : colSchedClasses)
+            ExpectNotRegistered(HKEY_CURRENT_USER, one);
+    }
+}
+
+TEST_F(RegistrationTest, WithoutTheCommandAnInstallIsForTheMachine)
+{
+    ASSERT_EQ(m_cBase.Install(true, nullptr), S_OK);
+    for (const Class& one : colBaseClasses)
+        ExpectRegistered(HKEY_LOCAL_MACHINE, one, m_cBase.Path());
+    ASSERT_EQ(m_cBase.Install(false, L""), S_OK);
+    for (const Class& one : colBaseClasses)
+        ExpectNotRegistered(HKEY_LOCAL_MACHINE, one);
+}
+
+} // namespace
+
+} // namespace ravlo
