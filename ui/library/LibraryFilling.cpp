@@ -5,7 +5,9 @@
 #include "ui/library/ColumnLayout.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
+#include <utility>
 
 namespace ravlo
 {
@@ -48,23 +50,27 @@ private:
     GridTarget& m_cGrid;
 };
 
+// What fills a grid of the one or the other kind: called with the cuts, says it has done so many rows.
+using RowsDone = std::function<void(std::size_t lRows)>;
+using FillRows = std::function<void(ListedCuts listed, const RowsDone& done)>;
+
 class Filling
 {
 public:
-    Filling(clsSchedMan& cSchedMan, GridTarget& cGrid, ProgressTarget* cProgress)
-        : m_cSchedMan(cSchedMan), m_cMod(cSchedMan.Mod()), m_cGrid(cGrid), m_cProgress(cProgress),
-          m_lLast(Ticks())
+    Filling(clsSchedMan& cSchedMan, GridTarget& cGrid, FillRows fill, ProgressTarget* cProgress)
+        : m_cSchedMan(cSchedMan), m_cMod(cSchedMan.Mod()), m_cGrid(cGrid), m_fill(std::move(fill)),
+          m_cProgress(cProgress), m_lLast(Ticks())
     {
     }
 
     ShownCuts Run(const std::wstring& strCatKey)
     {
         Resolve(strCatKey);
-        const Cuts colCuts = Collect();
+        ListedCuts listed = Collect();
         const RedrawOff cOff(m_cGrid);
-        m_cGrid.SetRowCount(0);
+        m_cGrid.Clear();
         EnsureColumns(m_cGrid);
-        Fill(colCuts);
+        Fill(std::move(listed));
         return m_shown;
     }
 
@@ -94,16 +100,17 @@ private:
     }
 
     // The cuts to list, with the reports that go with gathering them.
-    Cuts Collect()
+    ListedCuts Collect()
     {
-        Cuts colCuts;
+        ListedCuts listed;
+        Cuts& colCuts = listed.colCuts;
         if (m_shown.bShowingAllAudio)
             colCuts = m_cSchedMan.DataBase() ? m_cSchedMan.DataBase()->AllCuts() : Cuts();
         else if (m_shown.cCatShown && m_lLevel == 0)
             for (const std::shared_ptr<clsCat>& cSubCat : *m_shown.cCatShown->SubCats())
-                colCuts.insert(colCuts.end(), cSubCat->SchedCuts()->begin(), cSubCat->SchedCuts()->end());
+                Append(listed, cSubCat);
         else if (m_shown.cCatShown)
-            colCuts.assign(m_shown.cCatShown->SchedCuts()->begin(), m_shown.cCatShown->SchedCuts()->end());
+            Append(listed, m_shown.cCatShown);
 
         Start(L"Collecting Database info...", colCuts.size());
         for (std::size_t lCount = lCollectedPerSample; lCount <= colCuts.size();
@@ -111,42 +118,28 @@ private:
             if (Ticks() - m_lLast >= lCollectGapMs)
                 Report(CountText(lCount), lCount);
         End(L"Finished Collecting Info.", L"Got " + CountText(colCuts.size()) + L" total.");
-        return colCuts;
+        return listed;
     }
 
-    void Fill(const Cuts& colCuts)
+    static void Append(ListedCuts& listed, const std::shared_ptr<clsCat>& cLevel)
     {
-        Start(L"Populating Grid...", colCuts.size());
-        if (!m_cGrid.TakeRows(colCuts))
-        {
-            m_cGrid.SetRowCount(colCuts.size());
-            for (std::size_t lRow = 1; lRow <= colCuts.size(); ++lRow)
-            {
-                FillRow(lRow, *colCuts[lRow - 1]);
-                if (lRow % lRowsPerSample == 0)
-                    ReportRow(lRow, colCuts.size());
-            }
-        }
-        End(L"Showing " + WhatText(), L"Showing " + CountText(colCuts.size()) + L" total.");
+        const CutCollection& colSchedCuts = *cLevel->SchedCuts();
+        listed.colCuts.insert(listed.colCuts.end(), colSchedCuts.begin(), colSchedCuts.end());
+        listed.colRuns.push_back({cLevel, listed.colCuts.size()});
     }
 
-    void FillRow(std::size_t lRow, const Cut& cCut)
+    void Fill(ListedCuts listed)
     {
-        m_cGrid.SetRowKey(lRow, cCut.Key().Text());
-        m_cGrid.SetCell(lRow, L"Pos", AsLong(lRow));
-        m_cGrid.SetCell(lRow, L"ID", cCut.ID());
-        m_cGrid.SetCell(lRow, L"Artist", cCut.Artist());
-        m_cGrid.SetCell(lRow, L"Title", cCut.Title());
-        m_cGrid.SetCell(lRow, L"Dur", cCut.DurationText());
-        m_cGrid.SetCell(lRow, L"Cat", cCut.CategoryText());
-        m_cGrid.SetCell(lRow, L"Lvl", cCut.CatLevel());
-        m_cGrid.SetCell(lRow, L"Year", cCut.Year());
-        m_cGrid.SetCell(lRow, L"Opener", std::wstring(cCut.Opener() ? L"Y" : L"N"));
-        m_cGrid.SetCell(lRow, L"Path", cCut.Path());
+        const std::size_t lRows = listed.colCuts.size();
+        Start(L"Populating Grid...", lRows);
+        m_fill(std::move(listed), [this, lRows](std::size_t lRow) { ReportRow(lRow, lRows); });
+        End(L"Showing " + WhatText(), L"Showing " + CountText(lRows) + L" total.");
     }
 
     void ReportRow(std::size_t lRow, std::size_t lRows)
     {
+        if (lRow % lRowsPerSample != 0)
+            return;
         if (Ticks() - m_lLast < lFillGapMs)
             m_cMod.Sleep(1);
         else
@@ -182,12 +175,50 @@ private:
     clsSchedMan& m_cSchedMan;
     ModScheduler& m_cMod;
     GridTarget& m_cGrid;
+    FillRows m_fill;
     ProgressTarget* m_cProgress;
     std::uint32_t m_lLast;
     std::wstring m_sName;
     std::int32_t m_lLevel = 0;
     ShownCuts m_shown;
 };
+
+void FillRow(CellGrid& cGrid, std::size_t lRow, const Cut& cCut)
+{
+    cGrid.SetRowKey(lRow, cCut.Key().Text());
+    cGrid.SetCell(lRow, L"Pos", AsLong(lRow));
+    cGrid.SetCell(lRow, L"ID", cCut.ID());
+    cGrid.SetCell(lRow, L"Artist", cCut.Artist());
+    cGrid.SetCell(lRow, L"Title", cCut.Title());
+    cGrid.SetCell(lRow, L"Dur", cCut.DurationText());
+    cGrid.SetCell(lRow, L"Cat", cCut.CategoryText());
+    cGrid.SetCell(lRow, L"Lvl", cCut.CatLevel());
+    cGrid.SetCell(lRow, L"Year", cCut.Year());
+    cGrid.SetCell(lRow, L"Opener", std::wstring(cCut.Opener() ? L"Y" : L"N"));
+    cGrid.SetCell(lRow, L"Path", cCut.Path());
+}
+
+void FillCells(CellGrid& cGrid, const Cuts& colCuts, const RowsDone& done)
+{
+    cGrid.SetRowCount(colCuts.size());
+    for (std::size_t lRow = 1; lRow <= colCuts.size(); ++lRow)
+    {
+        FillRow(cGrid, lRow, *colCuts[lRow - 1]);
+        done(lRow);
+    }
+}
+
+std::optional<ShownCuts> Show(clsSchedMan& cSchedMan, GridTarget& cGrid, FillRows fill,
+                              const std::wstring& strCatKey, TreeImages* cTree, ProgressTarget* cProgress)
+{
+    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
+    if (!colMainCats || colMainCats->Empty())
+        return std::nullopt;
+    ShownCuts shown = Filling(cSchedMan, cGrid, std::move(fill), cProgress).Run(strCatKey);
+    if (cTree)
+        cTree->ShowAsOpen(shown.strCatKey);
+    return shown;
+}
 
 } // namespace
 
@@ -222,17 +253,19 @@ void EnsureColumns(GridTarget& cGrid)
         cGrid.AddCol(column.sKey, column.sHeader);
 }
 
-std::optional<ShownCuts> ShowGridCuts(clsSchedMan& cSchedMan, GridTarget& cGrid,
-                                      const std::wstring& strCatKey, TreeImages* cTree,
-                                      ProgressTarget* cProgress)
+std::optional<ShownCuts> ShowGridCuts(clsSchedMan& cSchedMan, CellGrid& cGrid, const std::wstring& strCatKey,
+                                      TreeImages* cTree, ProgressTarget* cProgress)
 {
-    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
-    if (!colMainCats || colMainCats->Empty())
-        return std::nullopt;
-    ShownCuts shown = Filling(cSchedMan, cGrid, cProgress).Run(strCatKey);
-    if (cTree)
-        cTree->ShowAsOpen(shown.strCatKey);
-    return shown;
+    const FillRows fill = [&cGrid](const ListedCuts& listed, const RowsDone& done)
+    { FillCells(cGrid, listed.colCuts, done); };
+    return Show(cSchedMan, cGrid, fill, strCatKey, cTree, cProgress);
+}
+
+std::optional<ShownCuts> ShowGridCuts(clsSchedMan& cSchedMan, CutGrid& cGrid, const std::wstring& strCatKey,
+                                      TreeImages* cTree, ProgressTarget* cProgress)
+{
+    const FillRows fill = [&cGrid](ListedCuts listed, const RowsDone&) { cGrid.TakeRows(std::move(listed)); };
+    return Show(cSchedMan, cGrid, fill, strCatKey, cTree, cProgress);
 }
 
 } // namespace ravlo

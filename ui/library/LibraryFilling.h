@@ -35,8 +35,9 @@ struct ShownCuts
 // levels of a main category, or one level in schedule order. An unknown category or level lists nothing and
 // is noted in the debug log. cTree and cProgress may be null. Nothing, and nothing is changed, without main
 // categories.
-std::optional<ShownCuts> ShowGridCuts(clsSchedMan& cSchedMan, GridTarget& cGrid,
-                                      const std::wstring& strCatKey, TreeImages* cTree,
-                                      ProgressTarget* cProgress);
+std::optional<ShownCuts> ShowGridCuts(clsSchedMan& cSchedMan, CellGrid& cGrid, const std::wstring& strCatKey,
+                                      TreeImages* cTree, ProgressTarget* cProgress);
+std::optional<ShownCuts> ShowGridCuts(clsSchedMan& cSchedMan, CutGrid& cGrid, const std::wstring& strCatKey,
+                                      TreeImages* cTree, ProgressTarget* cProgress);
 
 } // namespace ravlo

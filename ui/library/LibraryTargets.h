@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "media/DataBase.h"
+#include "model/clsCat.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <vector>
 
 namespace ravlo
 {
@@ -36,6 +38,19 @@ public:
     virtual void ShowAsOpen(const std::wstring& sKey) = 0;
 };
 
+// The cuts a grid is to list, in order, and the levels they stand in: each run of rows comes from one level.
+// Without runs the cuts come from the database itself.
+struct ListedCuts
+{
+    struct Run
+    {
+        std::shared_ptr<clsCat> cLevel;
+        std::size_t lEnd = 0; // one past its last row, from 0
+    };
+    Cuts colCuts;
+    std::vector<Run> colRuns;
+};
+
 class GridTarget
 {
 public:
@@ -43,14 +58,24 @@ public:
     virtual void SetRedraw(bool bRedraw) = 0;
     virtual std::size_t ColCount() const = 0;
     virtual void AddCol(const std::wstring& sKey, const std::wstring& sHeader) = 0;
+    virtual void Clear() = 0; // no rows
+};
+
+// A grid that is told each cell. Rows count from 1.
+class CellGrid : public GridTarget
+{
+public:
     virtual void SetRowCount(std::size_t lRows) = 0;
-    // Row from 1.
     virtual void SetRowKey(std::size_t lRow, const std::wstring& sKey) = 0;
     virtual void SetCell(std::size_t lRow, const wchar_t* sColKey, const std::wstring& sValue) = 0;
     virtual void SetCell(std::size_t lRow, const wchar_t* sColKey, std::int32_t lValue) = 0;
+};
 
-    // A grid that asks the cuts themselves when it paints takes them all at once: true, and no cell is set.
-    virtual bool TakeRows(const Cuts& colCuts) = 0;
+// A grid that takes all cuts at once and asks them itself when it paints.
+class CutGrid : public GridTarget
+{
+public:
+    virtual void TakeRows(ListedCuts listed) = 0;
 };
 
 class ProgressTarget

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/CategoryTree.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace ravlo
+{
+
+void CategoryTree::Clear()
+{
+    m_colNodes.clear();
+    m_colByKey.Clear();
+}
+
+void CategoryTree::AddNode(const std::wstring& sParentKey, const std::wstring& sKey,
+                           const std::wstring& sText, const wchar_t*)
+{
+    const Node lNode = m_colNodes.size();
+    const std::optional<Node> lParent = sParentKey.empty() ? std::nullopt : Find(sParentKey);
+    if (lParent.has_value() == sParentKey.empty() || !m_colByKey.Add(TextKey(sKey), lNode))
+        return;
+    Entry entry;
+    entry.sKey = sKey;
+    entry.sText = sText;
+    entry.lParent = lParent;
+    m_colNodes.push_back(std::move(entry));
+    if (lParent)
+        Insert(m_colNodes[*lParent], lNode);
+}
+
+void CategoryTree::Insert(Entry& parent, Node lNode)
+{
+    std::vector<Node>& colChildren = parent.colChildren;
+    const auto before = [this](Node lLeft, Node lRight)
+    { return FoldCase(m_colNodes[lLeft].sText) < FoldCase(m_colNodes[lRight].sText); };
+    colChildren.insert(parent.bSorted
+                           ? std::upper_bound(colChildren.begin(), colChildren.end(), lNode, before)
+                           : colChildren.end(),
+                       lNode);
+}
+
+void CategoryTree::SetSorted(const std::wstring& sKey)
+{
+    const std::optional<Node> lNode = Find(sKey);
+    if (!lNode)
+        return;
+    Entry& entry = m_colNodes[*lNode];
+    entry.bSorted = true;
+    const std::vector<Node> colChildren = std::exchange(entry.colChildren, {});
+    for (const Node lChild : colChildren)
+        Insert(entry, lChild);
+}
+
+void CategoryTree::ExpandFirst()
+{
+    if (!m_colNodes.empty())
+        m_colNodes.front().bExpanded = true;
+}
+
+void CategoryTree::ShowAsOpen(const std::wstring& sKey)
+{
+    for (Entry& entry : m_colNodes)
+        entry.bOpen = false;
+    const std::optional<Node> lNode = Find(sKey);
+    if (!lNode)
+        return;
+    m_colNodes[*lNode].bOpen = true;
+    if (const std::optional<Node> lParent = m_colNodes[*lNode].lParent)
+        m_colNodes[*lParent].bOpen = true;
+}
+
+std::optional<CategoryTree::Node> CategoryTree::Find(const std::wstring& sKey) const
+{
+    const Node* pNode = m_colByKey.Find(sKey);
+    return pNode ? std::optional<Node>(*pNode) : std::nullopt;
+}
+
+std::vector<CategoryTree::Node> CategoryTree::Check(Node lNode, bool bCheck)
+{
+    std::vector<Node> colNodes;
+    if (IsRoot(lNode))
+    {
+        colNodes.resize(m_colNodes.size());
+        std::iota(colNodes.begin(), colNodes.end(), Node{0});
+    }
+    else
+    {
+        colNodes = m_colNodes[lNode].colChildren;
+        colNodes.insert(colNodes.begin(), lNode);
+    }
+    for (const Node lChecked : colNodes)
+        m_colNodes[lChecked].bChecked = bCheck;
+    return colNodes;
+}
+
+void CategoryTree::InvertChecks()
+{
+    for (Entry& entry : m_colNodes)
+        entry.bChecked = !entry.bChecked;
+}
+
+std::vector<CategoryTree::Node> CategoryTree::Checked() const
+{
+    std::vector<Node> colChecked;
+    std::vector<Node> colToVisit; // the next one is at the back
+    if (!m_colNodes.empty())
+        colToVisit.push_back(0);
+    while (!colToVisit.empty())
+    {
+        const Node lNode = colToVisit.back();
+        colToVisit.pop_back();
+        const Entry& entry = m_colNodes[lNode];
+        if (entry.bChecked && !IsRoot(lNode))
+            colChecked.push_back(lNode);
+        colToVisit.insert(colToVisit.end(), entry.colChildren.rbegin(), entry.colChildren.rend());
+    }
+    return colChecked;
+}
+
+void CategoryTree::SetExpanded(Node lNode, bool bExpanded)
+{
+    m_colNodes[lNode].bExpanded = bExpanded || IsRoot(lNode);
+}
+
+std::vector<std::wstring> CategoryTree::ExpandedKeys() const
+{
+    std::vector<std::wstring> colKeys;
+    for (const Entry& entry : m_colNodes) // parents are made before their children
+        if (entry.bExpanded)
+            colKeys.push_back(entry.sKey);
+    return colKeys;
+}
+
+} // namespace ravlo

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "collections/OrderedKeyedCollection.h"
+#include "ui/library/LibraryTargets.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ravlo
+{
+
+// The category tree as values: nodes, their order, which are ticked, expanded and shown as open. A node is
+// named by its number, from 0, in the order of making; numbers hold until the next Clear. The first node is
+// the root, which is always expanded.
+class CategoryTree final : public TreeTarget, public TreeImages
+{
+public:
+    using Node = std::size_t;
+
+    struct Entry
+    {
+        std::wstring sKey;
+        std::wstring sText;
+        std::optional<Node> lParent;
+        std::vector<Node> colChildren; // in the order in which they are shown
+        bool bSorted = false;          // the children, by text without regard to case
+        bool bExpanded = false;
+        bool bChecked = false;
+        bool bOpen = false; // the image
+    };
+
+    // TreeTarget. A node whose key is there already, or whose parent is not, is left out.
+    void Clear() override;
+    void AddNode(const std::wstring& sParentKey, const std::wstring& sKey, const std::wstring& sText,
+                 const wchar_t* sImage) override;
+    void SetSorted(const std::wstring& sKey) override;
+    void ExpandFirst() override;
+    // TreeImages.
+    void ShowAsOpen(const std::wstring& sKey) override;
+
+    std::size_t Count() const noexcept { return m_colNodes.size(); }
+    const Entry& At(Node lNode) const { return m_colNodes[lNode]; }
+    // By key without regard to case.
+    std::optional<Node> Find(const std::wstring& sKey) const;
+    static bool IsRoot(Node lNode) noexcept { return lNode == 0; }
+
+    // Ticks or unticks a node and what follows it: everything for the root, its levels for a main category.
+    // Returns the nodes concerned.
+    std::vector<Node> Check(Node lNode, bool bCheck);
+    // Flips every tick, the root's included.
+    void InvertChecks();
+    // The ticked nodes but the root, in the order in which they are shown.
+    std::vector<Node> Checked() const;
+
+    // The root stays expanded.
+    void SetExpanded(Node lNode, bool bExpanded);
+    // The keys of expanded nodes, parents first.
+    std::vector<std::wstring> ExpandedKeys() const;
+
+private:
+    void Insert(Entry& parent, Node lNode);
+
+    std::vector<Entry> m_colNodes;
+    OrderedKeyedCollection<Node> m_colByKey;
+};
+
+// The category tree on the screen. It shows what it is given and reports what the user does.
+class CategoryTreeView
+{
+public:
+    virtual ~CategoryTreeView() = default;
+    // Shows the tree anew as a whole, ticks and expansion included; no node is selected afterwards.
+    virtual void ShowTree(const CategoryTree& cTree) = 0;
+    virtual void ShowChecks(const CategoryTree& cTree, const std::vector<CategoryTree::Node>& colNodes) = 0;
+    virtual void ShowImages() = 0; // the open and closed ones have changed
+    virtual void Expand(CategoryTree::Node lNode) = 0;
+    virtual void Select(CategoryTree::Node lNode) = 0; // and brings it into view
+    virtual std::optional<CategoryTree::Node> Selected() const = 0;
+};
+
+} // namespace ravlo

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ravlo
+{
+
+// The library window on the screen, without its tree and grid.
+class frmUILibView
+{
+public:
+    virtual ~frmUILibView() = default;
+    // Disables every control and menu, or enables them and gives the focus back.
+    virtual void SetBusy(bool bBusy) = 0;
+    virtual void SetStatus(const std::wstring& sFirst, const std::wstring& sSecond) = 0;
+    virtual void ShowProgress(std::int32_t lMax) = 0; // the bar, at 0
+    virtual void MoveProgress(std::int32_t lValue) = 0;
+    virtual void HideProgress() = 0;
+    // Lets the user choose from a pop-up menu at the pointer. Nothing when it is dismissed. "&" stands for
+    // itself.
+    virtual std::optional<std::size_t> PopUp(const std::vector<std::wstring>& colItems) = 0;
+    // Shows the window and returns when it is gone: after Close, or because the program ends.
+    virtual void ShowModal() = 0;
+    virtual void BringToFront() = 0;
+    virtual void Close() = 0;
+};
+
+} // namespace ravlo
