@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+#include "bench/Radio.h"
+#include "bench/Ratios.h"
+#include "platform/posix/PosixFiles.h"
+#include "scheduler/HistoryFiles.h"
+#include "scheduler/Population.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+
+namespace ravlo::bench
+{
+
+namespace
+{
+
+// A library of a typical station: six categories with four levels each, a third of the cuts in two
+// categories.
+struct Library
+{
+    explicit Library(std::int64_t lCuts)
+    {
+        cMod.StoreAppPath(L"C:\\Host");
+        for (std::int64_t i = 0; i < lCuts; ++i)
+        {
+            const std::shared_ptr<Cut> cCut = MadeUpCut(i);
+            cCut->SetCatLevel(static_cast<std::int32_t>(i % 4 + 1));
+            cCut->AddCategoryName(L"Category " + std::to_wstring(i % 6));
+            if (i % 3 == 0)
+                cCut->AddCategoryName(L"Category " + std::to_wstring((i + 1) % 6));
+            cDataBase->Add(cCut);
+        }
+    }
+    static Library& OfSize(std::int64_t lCuts)
+    {
+        static std::map<std::int64_t, std::unique_ptr<Library>> colLibraries;
+        std::unique_ptr<Library>& cLibrary = colLibraries[lCuts];
+        if (!cLibrary)
+            cLibrary = std::make_unique<Library>(lCuts);
+        return *cLibrary;
+    }
+
+    MemoryWorld world;
+    NoFiles cFiles;
+    ModScheduler cMod{world.AllPortsWith(cFiles)};
+    std::shared_ptr<RadioDataBase> cDataBase = std::make_shared<RadioDataBase>();
+};
+
+void Populate(benchmark::State& state)
+{
+    Library& library = Library::OfSize(state.range(0));
+    for (auto _ : state)
+    {
+        EventRelay cEvents(library.cMod);
+        CategoryList cCategoryList(library.cMod);
+        HistoryFiles cHistoryFiles(library.cMod, cEvents);
+        FiledCuts cFiledCuts;
+        Population cPopulation(library.cMod, cEvents, cCategoryList, cHistoryFiles, cFiledCuts);
+        benchmark::DoNotOptimize(cPopulation.Build(*library.cDataBase));
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+// Every cut into one map by its path and into one vector.
+void FillMapAndVector(benchmark::State& state)
+{
+    const Library& library = Library::OfSize(state.range(0));
+    for (auto _ : state)
+    {
+        std::unordered_map<std::wstring, std::shared_ptr<Cut>> colByPath;
+        Cuts colOrder;
+        for (const std::shared_ptr<Cut>& cCut : library.cDataBase->AllCuts())
+        {
+            colByPath.emplace(cCut->Path(), cCut);
+            colOrder.push_back(cCut);
+        }
+        benchmark::DoNotOptimize(colByPath);
+        benchmark::DoNotOptimize(colOrder);
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+// One main category with one level on a real disk, in a folder of its own that goes at the end.
+struct StationOnDisk
+{
+    explicit StationOnDisk(std::int64_t lCuts)
+    {
+        char folder[] = "/tmp/ravlo-bench-XXXXXX";
+        if (!mkdtemp(folder))
+            std::abort();
+        sFolder = folder;
+        cMod.StoreAppPath(std::wstring(sFolder.begin(), sFolder.end()));
+        CreateFolders(cMod);
+        bool bCreated = false;
+        for (std::int64_t i = 0; i < lCuts; ++i)
+            colMainCats.At(0)->AddCut(MadeUpCut(i), bCreated);
+        cHistoryFiles.Save(colMainCats.At(0), HistoryFiles::Manner::WithoutProgress);
+        sFile = cMod.AppPath() + L"Scheduler\\History_and_Ordering\\Pop.sif";
+        sOther = cMod.AppPath() + L"Scheduler\\other.bin";
+        bytes = cFiles.ReadAll(sFile);
+    }
+    ~StationOnDisk() { std::filesystem::remove_all(sFolder); }
+    static StationOnDisk& OfSize(std::int64_t lCuts)
+    {
+        static std::map<std::int64_t, std::unique_ptr<StationOnDisk>> colStations;
+        std::unique_ptr<StationOnDisk>& cStation = colStations[lCuts];
+        if (!cStation)
+            cStation = std::make_unique<StationOnDisk>(lCuts);
+        return *cStation;
+    }
+
+    std::string sFolder;
+    MemoryWorld world;
+    PosixFiles cFiles;
+    ModScheduler cMod{world.AllPortsWith(cFiles)};
+    EventRelay cEvents{cMod};
+    HistoryFiles cHistoryFiles{cMod, cEvents};
+    CatCollection colMainCats = OnePop(cMod);
+    std::wstring sFile;
+    std::wstring sOther;
+    std::string bytes;
+
+    static CatCollection OnePop(ModScheduler& cMod)
+    {
+        CatCollection colCats;
+        colCats.Add(TextKey(CategoryKey(L"Pop", 0)), std::make_shared<clsCat>(cMod, L"Pop", 0));
+        return colCats;
+    }
+};
+
+void SaveOrder(benchmark::State& state)
+{
+    StationOnDisk& station = StationOnDisk::OfSize(state.range(0));
+    for (auto _ : state)
+        station.cHistoryFiles.Save(station.colMainCats.At(0), HistoryFiles::Manner::WithoutProgress);
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void WriteSameBytes(benchmark::State& state)
+{
+    StationOnDisk& station = StationOnDisk::OfSize(state.range(0));
+    for (auto _ : state)
+        ReplaceFile(station.cFiles, station.sOther, station.bytes);
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void LoadOrder(benchmark::State& state)
+{
+    StationOnDisk& station = StationOnDisk::OfSize(state.range(0));
+    for (auto _ : state)
+        station.cHistoryFiles.ApplyHistory(station.colMainCats);
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void ReadSameBytes(benchmark::State& state)
+{
+    StationOnDisk& station = StationOnDisk::OfSize(state.range(0));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(station.cFiles.ReadAll(station.sFile));
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+const std::vector<std::int64_t> colFileSizes{1'000, 10'000};
+
+const bool bPopulation = AddRatio({"population, per cut",
+                                   "insert into one hash map and one vector",
+                                   {1'000, 10'000, 100'000},
+                                   &Populate,
+                                   &FillMapAndVector,
+                                   3.0});
+const bool bSave =
+    AddRatio({"save of an order file, per cut", "one write of the same bytes, flushed and renamed",
+              colFileSizes, &SaveOrder, &WriteSameBytes, 1.5});
+const bool bLoad = AddRatio({"load of an order file, per cut", "one read of the same bytes", colFileSizes,
+                             &LoadOrder, &ReadSameBytes, 2.0});
+
+} // namespace
+
+} // namespace ravlo::bench
