@@ -59,6 +59,23 @@ private:
     }
 };
 
+// A clock that goes on by itself: each look at the tick count takes some milliseconds.
+class TickingClock final : public Clock
+{
+public:
+    TickingClock(MemoryClock& cClock, std::uint32_t lMsALook) : m_cClock(cClock), m_lMsALook(lMsALook) {}
+    DateTime Now() const override { return m_cClock.Now(); }
+    std::uint32_t TickCount() const override
+    {
+        m_cClock.Advance(m_lMsALook);
+        return m_cClock.TickCount();
+    }
+
+private:
+    MemoryClock& m_cClock;
+    std::uint32_t m_lMsALook;
+};
+
 // ---- history/ordering files, put together by hand
 
 inline std::string SifText(const std::string& text) { return text + std::string(255 - text.size(), ' '); }
