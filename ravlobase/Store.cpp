@@ -263,7 +263,7 @@ struct Store::Impl : CutOwner
         }
         catch (...)
         {
-            NoteFailureInBatch();
+            NoteLostBatch();
             throw;
         }
         TakeValues(cCut, std::move(next));
@@ -321,16 +321,11 @@ struct Store::Impl : CutOwner
         }
     }
 
-    // The change that failed leaves nothing to undo. Some failures (a full disk) end SQLite's transaction,
+    // Some failures (a full disk) end SQLite's transaction,
     // and all of the batch with it.
-    void NoteFailureInBatch() noexcept
+    void NoteLostBatch() noexcept
     {
-        if (batches.empty())
-        {
-            return;
-        }
-        colUndo.pop_back();
-        if (!pFile->Sql().InTransaction())
+        if (!batches.empty() && !pFile->Sql().InTransaction())
         {
             bBatchLost = true;
             UndoTo(0);

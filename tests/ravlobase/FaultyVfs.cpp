@@ -35,6 +35,7 @@ int Truncate(sqlite3_file* p, sqlite3_int64 lSize)
 }
 int Sync(sqlite3_file* p, int lFlags)
 {
+    static_cast<FaultyFile*>(p)->pVfs->OnFlush();
     const int lCode = Next(p);
     return lCode != SQLITE_OK ? lCode : Methods(p).xSync(Real(p), lFlags);
 }

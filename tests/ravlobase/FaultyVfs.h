@@ -25,10 +25,12 @@ public:
     ~FaultyVfs();
 
     bool bFaulted = false;
+    int lFlushes = 0;
     void Repair() { m_lLeft = std::numeric_limits<int>::max(); } // from here on nothing fails
 
     // For SQLite's callbacks.
     int Next(); // the result code of the coming writing operation
+    void OnFlush() { ++lFlushes; }
     int Open(const char* sName, sqlite3_file* pFile, int lFlags, int* pOutFlags);
 
 private:

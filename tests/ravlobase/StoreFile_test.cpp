@@ -211,6 +211,24 @@ TEST(StoreFile, ADatabaseWithWrongBytesIsReadOrRefusedAndLeftAlone)
     EXPECT_GT(lRefused, 20);
 }
 
+TEST(StoreFile, ADatabaseWhoseTableAndIndexDisagreeIsRefusedAndLeftAlone)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    const auto whole = BytesOf(sFile);
+    const std::string key = "D:\\MUSIC\\13.MP3"; // stands in the table and in the index of unique keys
+    int lPlaces = 0;
+    for (auto lAt = whole.find(key); lAt != std::string::npos; lAt = whole.find(key, lAt + 1), ++lPlaces)
+    {
+        auto bytes = whole;
+        bytes[lAt + 9] = '4';
+        cFolder.WithBytes("small.rdb", bytes);
+        EXPECT_EQ(OpenRaises(sFile).lNumber, error::InvalidFileFormat) << lAt;
+        EXPECT_EQ(BytesOf(sFile), bytes);
+    }
+    EXPECT_EQ(lPlaces, 2);
+}
+
 // What no version of the program has written.
 TEST(StoreFile, ContentThatMakesNoSenseIsRefusedAndLeftAlone)
 {
@@ -426,8 +444,10 @@ TEST(StoreFile, AFailureThatEndsABatchUndoesAllOfItAndRefusesTheRest)
         EXPECT_EQ(NumberRaisedBy([&] { cBatch.Commit(); }), error::DeviceIo);
     }
     EXPECT_EQ(ContentOf(cStore), colBefore);
-    cStore.Close();
+    cVfs.Repair();
     EXPECT_EQ(ContentOf(sFile), colBefore);
+    cStore.AllCuts()[0]->SetYear(1); // the batch is over, and the disk works again
+    EXPECT_EQ(ContentOf(sFile), ContentOf(cStore));
 }
 
 TEST(StoreFile, AFailingDiskLeavesNoHalfMadeDatabase)
@@ -522,9 +542,28 @@ TEST(StoreFile, APropertyChangeSurvivesASuddenEnd)
             raise(SIGKILL);
         });
     EXPECT_EQ(cPlayer.End(), -1);
+    EXPECT_GT(cFolder.Names().size(), 1U) << "it stands in the log";
     Store cStore;
     cStore.Open(sFile);
     EXPECT_EQ(cStore.AllCuts()[0]->LastPlayed(), 45000.5);
+    cStore.Close();
+    EXPECT_EQ(cFolder.Names(), std::vector<std::string>{"small.rdb"});
+    EXPECT_NE(ContentOf(sFile)[0].find(L"45000.5"), std::wstring::npos);
+}
+
+TEST(StoreFile, EachPropertyChangeIsFlushedToTheDisk)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    FaultyVfs cVfs(std::numeric_limits<int>::max(), Fault::eFail);
+    Store cStore;
+    cStore.Open(sFile);
+    for (int i = 1; i < 5; ++i)
+    {
+        const int lBefore = cVfs.lFlushes;
+        cStore.AllCuts()[0]->SetYear(i);
+        EXPECT_GT(cVfs.lFlushes, lBefore);
+    }
 }
 
 // --- other programs
@@ -553,7 +592,8 @@ TEST(StoreFile, AWriteWhileAnotherProgramIsWritingRaisesError70)
             cStore.Open(sFile);
             const auto cCut = cStore.AllCuts()[0];
             const auto raised = RaisedBy([&] { cCut->SetArtist(L"Second"); });
-            if (cCut->Artist() == L"Artist 0" &&
+            if (NumberRaisedBy([&] { Store::Batch cBatch(cStore); }) == raised.lNumber &&
+                cCut->Artist() == L"Artist 0" &&
                 raised.sDescription ==
                     L"The database \"" + sFile + L"\" is being written to by another program.")
                 throw RuntimeError(raised.lNumber);

@@ -212,6 +212,16 @@ TEST_F(StoreTest, OneOfArtistAndTitleMayBeEmptyButNotBoth)
     EXPECT_EQ(m_cStore.CutByArtistTitle(L"", L"NAMED"), nullptr);
 }
 
+TEST_F(StoreTest, APairThatACutHadOnceIsForgotten)
+{
+    auto cCut = Add(L"1", L"Abba", L"Waterloo");
+    cCut->SetArtist(L"Ace");
+    m_cStore.RemoveCuts({cCut});
+    cCut.reset();
+    EXPECT_EQ(m_cStore.CutByArtistTitle(L"Abba", L"Waterloo"), nullptr);
+    EXPECT_EQ(m_cStore.CutByArtistTitle(L"Ace", L"Waterloo"), nullptr);
+}
+
 TEST_F(StoreTest, ArtistAndTitleFindCutsAfterReopening)
 {
     Add(L"1", L"Abba", L"Waterloo");
