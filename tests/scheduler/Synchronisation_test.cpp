@@ -1,0 +1,798 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/Synchronisation.h"
+
+#include "support/SyncTest.h"
+
+#include <limits>
+
+namespace ravlo::test
+{
+namespace
+{
+
+constexpr std::int32_t lLongest = std::numeric_limits<std::int32_t>::max();
+
+const Lines colAddedStart{L"Start 1: Updating Scheduler with Added items"};
+const Lines colAddedDone{L"Done: Updated Scheduler with new items."};
+
+class SynchronisationTest : public StationTest
+{
+};
+
+// ---- cuts added ----
+
+TEST_F(SynchronisationTest, AnAddedCutIsFiledIntoEachOfItsCategoriesAndEachIsSavedOnce)
+{
+    Add(L"a", L"Rock");
+    Start();
+    Added({Add(L"new", L"Rock/Pop", 1)});
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"new"})) << "it comes up last";
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"new"}));
+    EXPECT_EQ(said, Joined({colAddedStart, SaveSaid(L"Rock", 2), SaveSaid(L"Pop", 1), colAddedDone}));
+    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
+    EXPECT_EQ(File(L"Rock"), SifCut("a", 1) + SifCut("new", 1));
+    EXPECT_EQ(File(L"Pop"), SifCut("new", 1));
+    EXPECT_EQ(boxes, Boxes());
+}
+
+TEST_F(SynchronisationTest, AnAddedCutMakesTheLevelAndTheMainCategoryItNeeds)
+{
+    Add(L"a", L"Rock", 2);
+    Start();
+    Added({Add(L"b", L"Rock", 5), Add(L"c", L"Jazz", 3), Add(L"d", L"Rock", 1)});
+    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"Jazz"}));
+    EXPECT_EQ(Order(L"Rock", 5), (Keys{L"b"}));
+    EXPECT_EQ(Order(L"Jazz", 3), (Keys{L"c"}));
+    Keys colLevels;
+    for (const std::shared_ptr<clsCat>& cSubCat : *MainCat(L"Rock")->SubCats())
+        colLevels.push_back(cSubCat->CatID());
+    EXPECT_EQ(colLevels, (Keys{L"1", L"2", L"5"}));
+}
+
+TEST_F(SynchronisationTest, AnImportOf95CutsReportsCuts30And60And90EachAfterAPauseAndBeforeAPump)
+{
+    Start();
+    Lines colTrace;
+    TraceAll(colTrace);
+    Added(AddMany(95, L"k", L""));
+    EXPECT_EQ(colTrace, (Lines{L"Start 95: Updating Scheduler with Added items", L"sleep 10",
+                               L"Progress 30/95: Updated 30 of 95", L"pump", L"sleep 10",
+                               L"Progress 60/95: Updated 60 of 95", L"pump", L"sleep 10",
+                               L"Progress 90/95: Updated 90 of 95", L"pump",
+                               L"Done: Updated Scheduler with new items."}));
+}
+
+TEST_F(SynchronisationTest, TheThirtiethCutIsFiledAfterItsReport)
+{
+    Start();
+    std::vector<std::size_t> colFiled;
+    cLib.cHost.OnEvent = [&](const std::wstring& sLine)
+    {
+        if (sLine.starts_with(L"Progress") && sLine.find(L"Updated") != std::wstring::npos)
+            colFiled.push_back(Order(L"Rock", 1).size());
+    };
+    Added(AddMany(61, L"k", L"Rock"));
+    EXPECT_EQ(colFiled, (std::vector<std::size_t>{29, 59}));
+    EXPECT_EQ(Order(L"Rock", 1).size(), 61u);
+}
+
+TEST_F(SynchronisationTest, AnAddWritesEachStepToTheDebugLogInOrder)
+{
+    Start();
+    CountingWindows cWindows;
+    cLib.cSchedMan->SetWindows(&cWindows);
+    Added({Add(L"a", L"Rock/Pop", 1)});
+    Lines colLog = Log();
+    ASSERT_EQ(colLog.size(), 12u);
+    const std::wstring sPointer = colLog[1];
+    EXPECT_TRUE(sPointer.starts_with(L"objptr colcuts = ")) << "an identifying number follows";
+    EXPECT_EQ(sPointer.find_first_not_of(L"-0123456789", 17), std::wstring::npos);
+    EXPECT_GT(sPointer.size(), 17u);
+    colLog.erase(colLog.begin() + 1);
+    EXPECT_EQ(colLog, (Lines{L"m_cDataBase_CutsAdded at start...", L"Raising Event ProgressStart....",
+                             L"Raised Event ProgressStart", L"Adding Cuts to cats...",
+                             L"Finished Adding Cuts to cats.",
+                             L"Saving History And Ordering now...there are: 2 Cats affected by this add.",
+                             L"Saved History and Ordering now...", L"RaisingEvent ProgressDone",
+                             L"Raised Event ProgressDone.", L"Refreshing Schedlib in m_cDataBase_CutsAdded",
+                             L"Done with m_cDataBase_cutsadded"}));
+    EXPECT_EQ(cWindows.lRefreshes, 1);
+    cLib.cSchedMan->SetWindows(nullptr);
+}
+
+TEST_F(SynchronisationTest, TheRefreshingLineIsWrittenOnlyWhenAWindowIsOpen)
+{
+    Start();
+    CountingWindows cWindows;
+    cWindows.bExists = false;
+    cLib.cSchedMan->SetWindows(&cWindows);
+    Added({Add(L"a", L"Rock")});
+    for (const std::wstring& sLine : Log())
+        EXPECT_EQ(sLine.find(L"Refreshing"), std::wstring::npos);
+    EXPECT_EQ(cWindows.lRefreshes, 0);
+    cLib.cSchedMan->SetWindows(nullptr);
+}
+
+TEST_F(SynchronisationTest, TheLogIsOnTheDiskWhenTheHostIsCalled)
+{
+    Start();
+    cLib.cHost.OnEvent = [&](const std::wstring& sLine)
+    {
+        if (sLine.starts_with(L"Start 1: Updating"))
+        {
+            EXPECT_EQ(Log().back(), L"Raising Event ProgressStart....");
+        }
+        if (sLine.starts_with(L"Done: Updated"))
+        {
+            EXPECT_EQ(Log().back(), L"RaisingEvent ProgressDone");
+        }
+    };
+    Added({Add(L"a", L"Rock")});
+}
+
+TEST_F(SynchronisationTest, TheWindowIsRefreshedAfterEachKindOfNotificationWhenTheTreeIsUpToDate)
+{
+    const auto cCut = Add(L"a", L"Rock");
+    Start();
+    CountingWindows cWindows;
+    Keys colSeen;
+    cWindows.OnRefresh = [&] { colSeen = Order(L"Rock", 1); };
+    cLib.cSchedMan->SetWindows(&cWindows);
+    Added({Add(L"b", L"Rock")});
+    EXPECT_EQ(colSeen, (Keys{L"a", L"b"}));
+    cCut->SetCatLevel(2);
+    Modified({cCut});
+    EXPECT_EQ(colSeen, (Keys{L"b"}));
+    Removed({cLib.cDataBase->colCuts[1]});
+    EXPECT_EQ(colSeen, (Keys{}));
+    EXPECT_EQ(cWindows.lRefreshes, 3);
+    cLib.cSchedMan->SetWindows(nullptr);
+}
+
+TEST_F(SynchronisationTest, ACategoryNameOfNoCharactersIsShownOnceAndTheOtherNamesAreFiled)
+{
+    Start();
+    const auto cFirst = Add(L"a", L"Rock");
+    const auto cSecond = Add(L"b", L"Pop");
+    cFirst->AddCategoryName(L"");
+    cSecond->AddCategoryName(L"");
+    Added({cFirst, cSecond});
+    EXPECT_EQ(boxes, (Boxes{OkBox(BoxIcon::None, L"RavloScheduler",
+                                  L"Zero-length cat names are illegal!\r\nArtist of a - Title of a")}));
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"b"}));
+    const Lines colLog = Log();
+    EXPECT_EQ(std::count(colLog.begin(), colLog.end(), L"Zero-length cat names are illegal: 2 in all."), 1);
+    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"Pop"}));
+}
+
+TEST_F(SynchronisationTest, CutsWithoutALevelAreShownOncePerCategoryAndTheRestCounted)
+{
+    Start();
+    Cuts colCuts = AddMany(3, L"r", L"Rock", 0);
+    colCuts.push_back(Add(L"p", L"Pop", 0));
+    colCuts.push_back(Add(L"good", L"Pop", 1));
+    Added(colCuts);
+    EXPECT_EQ(
+        boxes,
+        (Boxes{CriticalBox(L"Contact Techincal.", L"Illegal attempt to add level 0 cut to category Rock"),
+               CriticalBox(L"Contact Techincal.", L"Illegal attempt to add level 0 cut to category Pop")}));
+    const Lines colLog = Log();
+    EXPECT_EQ(std::count(colLog.begin(), colLog.end(),
+                         L"Not filed in category Rock, having no level: 2 more cuts."),
+              1);
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"good"}));
+    EXPECT_EQ(MainCat(L"Rock")->TotalCuts(), 0);
+}
+
+TEST_F(SynchronisationTest, CutsWithANegativeLevelAreRefusedOncePerCategory)
+{
+    Start();
+    Added(AddMany(3, L"r", L"Rock", -7));
+    EXPECT_EQ(boxes,
+              (Boxes{CriticalBox(L"Please contact support.", L"Illegal - a subcat MUST have a level")}));
+    EXPECT_EQ(MainCat(L"Rock")->SubCats()->Count(), 0u);
+}
+
+TEST_F(SynchronisationTest, ALevelAboveTheOneAUserMayTypeIsFiled)
+{
+    Start();
+    Added({Add(L"a", L"Rock", 40'000), Add(L"b", L"Rock", lLongest)});
+    EXPECT_EQ(Order(L"Rock", 40'000), (Keys{L"a"}));
+    EXPECT_EQ(Order(L"Rock", lLongest), (Keys{L"b"}));
+    EXPECT_EQ(boxes, Boxes());
+}
+
+TEST_F(SynchronisationTest, ALevelBehindATabInAHostsNameIsIgnoredAndNamesCountOnceWithoutRegardToCase)
+{
+    Start();
+    const auto cCut = Add(L"a", L"Rock\t7", 2);
+    cCut->AddCategoryName(L"ROCK");
+    Added({cCut});
+    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock"}));
+    EXPECT_EQ(Order(L"Rock", 2), (Keys{L"a"}));
+    EXPECT_EQ(MainCat(L"Rock")->SubCats()->Count(), 1u);
+    EXPECT_EQ(Written(), (Lines{L"Rock"}));
+}
+
+TEST_F(SynchronisationTest, ACutAnnouncedAsNewThatIsFiledElsewhereIsMoved)
+{
+    const auto cCut = Add(L"a", L"Rock/Pop", 1);
+    Start();
+    cCut->SetCategoryText(L"Pop/Jazz");
+    cCut->SetCatLevel(2);
+    Added({cCut});
+    EXPECT_EQ(Order(L"Rock", 1), Keys());
+    EXPECT_EQ(Order(L"Pop", 1), Keys());
+    EXPECT_EQ(Order(L"Pop", 2), (Keys{L"a"}));
+    EXPECT_EQ(Order(L"Jazz", 2), (Keys{L"a"}));
+    EXPECT_EQ(cCut->CategoryText(), L"Pop/Jazz");
+    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop", L"Jazz"}));
+}
+
+TEST_F(SynchronisationTest, ACutAnnouncedTwiceStandsOnceAndKeepsItsPlace)
+{
+    const auto cCut = Add(L"a", L"Rock");
+    Add(L"b", L"Rock");
+    Start();
+    Added({cCut, cCut});
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b"}));
+    EXPECT_EQ(TotalOf(L"Rock", 1), 360'000);
+}
+
+TEST_F(SynchronisationTest, CutsThatCannotBeReadAreReportedOnceAndTheOthersAreFiled)
+{
+    for (const char* sMember : {"Key", "RunTimemS", "AddCategoryName", "CategoryNames", "CatLevel"})
+    {
+        SCOPED_TRACE(sMember);
+        RadioWorld cOther;
+        Library cLibrary(cOther);
+        cLibrary.Populate();
+        const auto cBad = cLibrary.cDataBase->Add(L"bad", L"Rock", 1);
+        const auto cBadToo = cLibrary.cDataBase->Add(L"bad too", L"Rock", 1);
+        const auto cGood = cLibrary.cDataBase->Add(L"good", L"Rock", 1);
+        cBad->failing = cBadToo->failing = {sMember};
+        cLibrary.cDataBase->Announce(&DataBaseEvents::CutsAdded, Cuts{cBad, cBadToo, cGood});
+        EXPECT_EQ(cOther.cMessages.Boxes,
+                  (Boxes{HandledError(L"m_cDataBase_CutsAdded",
+                                      StandardText(91) + L" (2 cuts could not be handled)", L"91")}));
+        EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"good"})) << "a cut is filed whole or not at all";
+        EXPECT_EQ(cLibrary.Level(L"Rock", 1)->AverageRunTimemS(), 180'000);
+        EXPECT_EQ(cOther.LogMessages().back(), L"Done with m_cDataBase_cutsadded");
+    }
+}
+
+TEST_F(SynchronisationTest, RunTimesOutOfRangeAreReportedOncePerCategoryAfterEverythingIsFiledAndSaved)
+{
+    Start();
+    Added({Add(L"a", L"Rock", 1, lLongest), Add(L"b", L"Rock", 1, lLongest), Add(L"c", L"Rock", 1, lLongest),
+           Add(L"d", L"Pop", 1, lLongest), Add(L"e", L"Pop", 1, lLongest)});
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"d", L"e"}));
+    EXPECT_EQ(Level(L"Rock", 1)->AverageRunTimemS(), lLongest) << "the sum behind the average stays true";
+    EXPECT_EQ(boxes, (Boxes{HandledError(L"m_cDataBase_CutsAdded",
+                                         StandardText(6) + L": run times in category Rock", L"6"),
+                            HandledError(L"m_cDataBase_CutsAdded",
+                                         StandardText(6) + L": run times in category Pop", L"6")}));
+    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
+}
+
+// ---- filing one cut ----
+
+// The parts alone, without a manager.
+struct Parts
+{
+    RadioWorld cWorld;
+    ModScheduler cMod{cWorld.AllPorts()};
+    Station cStation{cMod};
+    Synchronisation cSync{cStation};
+    AffectedCats cAffected;
+    Filing cFiling{cMod};
+    bool bCreatedMainCat = false;
+    bool bCreatedNewSubCat = false;
+
+    Parts() { cStation.colMainCats = std::make_shared<CatCollection>(); }
+
+    std::shared_ptr<FakeCut> NewCut(const std::wstring& sCategoryText, std::int32_t lLevel)
+    {
+        FakeDataBase cDataBase;
+        return cDataBase.Add(L"a", sCategoryText, lLevel);
+    }
+    std::shared_ptr<clsCat> NewMainCat(const std::wstring& sName)
+    {
+        auto cMainCat = std::make_shared<clsCat>(cMod, sName, 0);
+        cStation.colMainCats->Add(TextKey(CategoryKey(sName, 0)), cMainCat);
+        return cMainCat;
+    }
+    void File(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat)
+    {
+        cSync.AddCutToCategory(cCut, cMainCat, bCreatedMainCat, bCreatedNewSubCat, cAffected, cFiling);
+    }
+};
+
+TEST(AddCutToCategory, TellsWhetherAMainCategoryAndWhetherALevelWasMade)
+{
+    struct Case
+    {
+        const char* sWhat;
+        bool bHasMainCat;
+        bool bHasLevel;
+    };
+    for (const Case& c : {Case{"nothing is there", false, false}, Case{"the main category", true, false},
+                          Case{"the level too", true, true}})
+    {
+        SCOPED_TRACE(c.sWhat);
+        Parts cParts;
+        if (c.bHasMainCat)
+        {
+            const auto cMainCat = cParts.NewMainCat(L"Rock");
+            if (c.bHasLevel)
+                cMainCat->AddSubCat(std::make_shared<clsCat>(cParts.cMod, L"Rock", 3));
+        }
+        cParts.File(cParts.NewCut(L"Rock", 3), nullptr);
+        EXPECT_EQ(cParts.bCreatedMainCat, !c.bHasMainCat);
+        EXPECT_EQ(cParts.bCreatedNewSubCat, !c.bHasLevel);
+        EXPECT_EQ(cParts.cStation.MainCat(L"Rock")->SubCat(3)->TotalCuts(), 1);
+        EXPECT_EQ(cParts.cAffected.Count(), 1u);
+    }
+}
+
+TEST(AddCutToCategory, FilesIntoTheOneMainCategoryThatIsGiven)
+{
+    Parts cParts;
+    const auto cRock = cParts.NewMainCat(L"Rock");
+    const auto cPop = cParts.NewMainCat(L"Pop");
+    const auto cCut = cParts.NewCut(L"Rock", 2);
+    cParts.File(cCut, cPop);
+    EXPECT_EQ(cRock->TotalCuts(), 0);
+    EXPECT_EQ(cPop->TotalCuts(), 1);
+    EXPECT_TRUE(cParts.bCreatedNewSubCat);
+    EXPECT_EQ(cCut->CategoryText(), L"Rock/Pop");
+    EXPECT_EQ(Lines(cParts.cAffected.begin(), cParts.cAffected.end()), (Lines{L"Pop"}));
+}
+
+TEST(AddCutToCategory, RefusesAMainCategoryTheTreeDoesNotHold)
+{
+    Parts cParts;
+    const auto cCut = cParts.NewCut(L"Rock", 2);
+    cParts.File(cCut, std::make_shared<clsCat>(cParts.cMod, L"Gone", 0));
+    EXPECT_EQ(cParts.cWorld.cMessages.Boxes,
+              (Boxes{CriticalBox(L"RavloScheduler",
+                                 L"In addcuttocategory, main cat was specified, but doesnt exist!")}));
+    EXPECT_EQ(cParts.cAffected.Count(), 0u);
+    EXPECT_EQ(cCut->CategoryText(), L"Rock");
+    EXPECT_EQ(cParts.cStation.colMainCats->Count(), 0u);
+}
+
+// ---- cuts removed ----
+
+TEST_F(SynchronisationTest, ARemovedCutLeavesEveryCategoryAndEachIsSavedOnce)
+{
+    Cuts colCuts{Add(L"a", L"Rock/Pop"), Add(L"b", L"Rock")};
+    Add(L"c", L"Rock/Jazz");
+    Start();
+    Removed(colCuts);
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"c"}));
+    EXPECT_EQ(Order(L"Pop", 1), Keys());
+    EXPECT_EQ(TotalOf(L"Rock", 1), 180'000);
+    EXPECT_EQ(said, Joined({{L"Start 2: Updating Scheduler with deleted items"},
+                            SaveSaid(L"Rock", 1),
+                            SaveSaid(L"Pop", 1),
+                            {L"Done: Updated Scheduler with deleted items."}}));
+    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
+    EXPECT_EQ(File(L"Pop"), SifMarker(1)) << "the level stays, without cuts";
+    EXPECT_EQ(boxes, Boxes());
+}
+
+TEST_F(SynchronisationTest, RemovingCutsReportsEveryFiftiethAfterAPauseAndWithoutAPump)
+{
+    const Cuts colCuts = AddMany(120, L"k", L"");
+    Start();
+    Lines colTrace;
+    TraceAll(colTrace);
+    Removed(colCuts);
+    EXPECT_EQ(colTrace, (Lines{L"Start 120: Updating Scheduler with deleted items", L"sleep 10",
+                               L"Progress 50/120: Updated 50 of 120", L"sleep 10",
+                               L"Progress 100/120: Updated 100 of 120",
+                               L"Done: Updated Scheduler with deleted items."}));
+}
+
+TEST_F(SynchronisationTest, RemovingACutThatIsInNoCategoryChangesNothingAndSavesNothing)
+{
+    Add(L"a", L"Rock");
+    const auto cOther = Add(L"b", L"");
+    Start();
+    Removed({cOther});
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
+    EXPECT_EQ(Written(), Lines());
+    EXPECT_EQ(said, (Lines{L"Start 1: Updating Scheduler with deleted items",
+                           L"Done: Updated Scheduler with deleted items."}));
+}
+
+TEST_F(SynchronisationTest, ARemovedCutIsFoundWhereItStandsWhateverTheDatabaseHasMadeOfItMeanwhile)
+{
+    const auto cCut = Add(L"a", L"Rock/Pop", 1);
+    Start();
+    cCut->SetCategoryText(L"Jazz");
+    cCut->SetCatLevel(9);
+    Removed({cCut});
+    EXPECT_EQ(Order(L"Rock", 1), Keys());
+    EXPECT_EQ(Order(L"Pop", 1), Keys());
+    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
+    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"Pop"}));
+}
+
+TEST_F(SynchronisationTest, ARemovedCutThatTakesNoChangesAnyMoreLeavesAllTheSame)
+{
+    const auto cBad = Add(L"a", L"Rock/Pop", 1, 100'000);
+    const auto cGood = Add(L"b", L"Rock", 1, 100'000);
+    Add(L"c", L"Rock", 1, 200'000);
+    Start();
+    cBad->failing = {"RemoveCategoryName"};
+    Removed({cBad, cGood});
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"c"}));
+    EXPECT_EQ(TotalOf(L"Rock", 1), 200'000);
+    EXPECT_EQ(Order(L"Pop", 1), Keys());
+    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
+    EXPECT_EQ(boxes, (Boxes{HandledError(L"m_cDataBase_CutsRemoved",
+                                         StandardText(91) + L" (1 cuts could not be handled)", L"91")}));
+}
+
+// ---- taking one cut out ----
+
+class RemoveCutFromCategoryTest : public StationTest
+{
+protected:
+    Lines Remove(const std::shared_ptr<clsCat>& cMainCat, const std::shared_ptr<Cut>& cCut,
+                 std::int32_t lLevel = 0)
+    {
+        CatCollection colFrom;
+        cLib.cSchedMan->RemoveCutFromCategory(cMainCat, cCut, colFrom, lLevel);
+        Lines colNames;
+        for (std::size_t lAt = 0; lAt < colFrom.Count(); ++lAt)
+        {
+            colNames.push_back(colFrom.At(lAt)->CatName());
+            EXPECT_EQ(colFrom.KeyAt(lAt)->Text(), colNames.back()) << "keyed by name";
+            EXPECT_EQ(colFrom.At(lAt), MainCat(colNames.back()));
+        }
+        EXPECT_EQ(Written(), Lines()) << "it saves nothing";
+        EXPECT_EQ(said, Lines());
+        return colNames;
+    }
+};
+
+TEST_F(RemoveCutFromCategoryTest, WithoutAMainCategoryTheCutLeavesAllItIsAssignedTo)
+{
+    const auto cCut = Add(L"a", L"Rock/Pop/Jazz", 2);
+    Start();
+    EXPECT_EQ(Remove(nullptr, cCut), (Lines{L"Rock", L"Pop", L"Jazz"}))
+        << "the names are taken before removing takes them off the cut";
+    EXPECT_EQ(cCut->CategoryText(), L"");
+    EXPECT_EQ(Order(L"Jazz", 2), Keys());
+}
+
+TEST_F(RemoveCutFromCategoryTest, WithAMainCategoryTheCutLeavesThatOneAlone)
+{
+    const auto cCut = Add(L"a", L"Rock/Pop", 2);
+    Start();
+    EXPECT_EQ(Remove(MainCat(L"Rock"), cCut), (Lines{L"Rock"}));
+    EXPECT_EQ(Order(L"Rock", 2), Keys());
+    EXPECT_EQ(Order(L"Pop", 2), (Keys{L"a"}));
+    EXPECT_EQ(cCut->CategoryText(), L"Pop");
+}
+
+TEST_F(RemoveCutFromCategoryTest, ALevelGivenIsUsedInsteadOfTheCutsOwnAndTheNameStaysWhileAnotherLevelHoldsIt)
+{
+    const auto cCut = Add(L"a", L"Rock", 1);
+    Add(L"b", L"Rock", 2);
+    Start();
+    bool bCreated = false;
+    ASSERT_TRUE(Level(L"Rock", 2)->AddCut(cCut, bCreated));
+    EXPECT_EQ(Remove(MainCat(L"Rock"), cCut, 2), (Lines{L"Rock"}));
+    EXPECT_EQ(Order(L"Rock", 2), (Keys{L"b"}));
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
+    EXPECT_EQ(cCut->CategoryText(), L"Rock");
+    EXPECT_EQ(Remove(MainCat(L"Rock"), cCut, 1), (Lines{L"Rock"}));
+    EXPECT_EQ(cCut->CategoryText(), L"");
+}
+
+TEST_F(RemoveCutFromCategoryTest, WhatIsMissingIsPassedOverWithoutAWordAndNotCounted)
+{
+    const auto cCut = Add(L"a", L"Rock/Gone", 1);
+    Start();
+    cLib.cSchedMan->colMainCats()->Remove(CategoryKey(L"Gone", 0));
+    EXPECT_EQ(Remove(nullptr, cCut), (Lines{L"Rock"}));
+    EXPECT_EQ(Remove(nullptr, cCut), Lines()) << "it stands nowhere any more";
+    EXPECT_EQ(Remove(MainCat(L"Rock"), cCut, 77), Lines()) << "no such level";
+    EXPECT_EQ(Remove(nullptr, nullptr), Lines());
+    EXPECT_EQ(boxes, Boxes());
+}
+
+TEST_F(RemoveCutFromCategoryTest, ASecondaryKeyNeverRemovesADifferentCut)
+{
+    const auto cOther = Add(L"other", L"Rock");
+    const auto cCut = Add(L"a", L"Rock", 2);
+    cOther->lID = 1;
+    cCut->lID = 2;
+    cCut->SetSecondaryKey(L"other");
+    Start();
+    EXPECT_EQ(Remove(MainCat(L"Rock"), cCut, 1), Lines());
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"other"}));
+}
+
+TEST_F(RemoveCutFromCategoryTest, ACutThatRefusesIsShownAndStandsWhereItStood)
+{
+    const auto cCut = Add(L"a", L"Rock");
+    Start();
+    cCut->failing = {"RemoveCategoryName"};
+    EXPECT_EQ(Remove(nullptr, cCut), Lines());
+    EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in RemoveCutFromCategory [cSchedMan]", CriticalText(91))}));
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
+    EXPECT_EQ(TotalOf(L"Rock", 1), 180'000);
+}
+
+TEST_F(RemoveCutFromCategoryTest, AChangeOfTheDatabaseThatIsNotAnnouncedYetIsStillSeenAfterwards)
+{
+    const auto cCut = Add(L"a", L"Rock/Pop", 1);
+    Start();
+    cCut->SetCatLevel(2); // nobody has been told
+    Remove(MainCat(L"Rock"), cCut, 1);
+    Modified({cCut});
+    EXPECT_EQ(cCut->CategoryText(), L"Pop");
+    EXPECT_EQ(Order(L"Pop", 1), Keys());
+    EXPECT_EQ(Order(L"Pop", 2), (Keys{L"a"}));
+}
+
+// ---- cuts modified ----
+
+TEST_F(SynchronisationTest, AChangedLevelMovesTheCutToTheEndOfTheNewLevelInEveryCategory)
+{
+    const auto cCut = Add(L"a", L"Rock/Pop", 1);
+    Add(L"b", L"Rock", 2);
+    Add(L"c", L"Rock", 1, 60'000);
+    Start();
+    cCut->SetCatLevel(2);
+    Modified({cCut});
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"c"}));
+    EXPECT_EQ(Order(L"Rock", 2), (Keys{L"b", L"a"}));
+    EXPECT_EQ(Order(L"Pop", 1), Keys());
+    EXPECT_EQ(Order(L"Pop", 2), (Keys{L"a"})) << "the level was made";
+    EXPECT_EQ(TotalOf(L"Rock", 1), 60'000);
+    EXPECT_EQ(TotalOf(L"Rock", 2), 360'000);
+    EXPECT_EQ(cCut->CategoryText(), L"Rock/Pop");
+    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
+    EXPECT_EQ(said, Lines()) << "no progress events, not even of the saves";
+}
+
+TEST_F(SynchronisationTest, ChangedNamesMoveTheCutOnlyWhereTheyChanged)
+{
+    const auto cCut = Add(L"a", L"Rock/Pop", 1);
+    Add(L"b", L"Rock");
+    Add(L"c", L"Pop");
+    Start();
+    cCut->SetCategoryText(L"Jazz/Rock/NOCAT");
+    Modified({cCut});
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b"})) << "it keeps its place";
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"c"}));
+    EXPECT_EQ(Order(L"Jazz", 1), (Keys{L"a"}));
+    EXPECT_EQ(Order(L"NOCAT", 1), (Keys{L"a"})) << "a name like any other";
+    EXPECT_EQ(cCut->CategoryText(), L"Jazz/Rock/NOCAT")
+        << "names and their order stay as the database set them";
+    EXPECT_EQ(Written(), (Lines{L"Pop", L"Jazz", L"NOCAT"}));
+    EXPECT_EQ(boxes, Boxes());
+}
+
+TEST_F(SynchronisationTest, AModifiedCutWithTheSameNamesAndLevelChangesNothing)
+{
+    const auto cCut = Add(L"a", L"Rock/Pop", 1);
+    Add(L"b", L"Rock");
+    Start();
+    for (const wchar_t* sText : {L"Rock/Pop", L"ROCK/pop", L"Pop/Rock"})
+    {
+        cCut->SetCategoryText(sText);
+        Modified({cCut});
+        EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b"}));
+        EXPECT_EQ(cCut->CategoryText(), sText);
+    }
+    EXPECT_EQ(Written(), Lines());
+    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"Pop"}));
+}
+
+TEST_F(SynchronisationTest, ACutWithoutNamesLeavesAllAndOneThatWasUnknownIsFiled)
+{
+    const auto cCut = Add(L"a", L"Rock/Pop", 1);
+    Start();
+    cCut->SetCategoryText(L"");
+    const auto cUnknown = Add(L"u", L"Rock", 1);
+    Modified({cCut, cUnknown});
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"u"}));
+    EXPECT_EQ(Order(L"Pop", 1), Keys());
+}
+
+TEST_F(SynchronisationTest, AnEmptyNameOfAModifiedCutIsSkippedWithoutAWord)
+{
+    const auto cCut = Add(L"a", L"Rock", 1);
+    Start();
+    cCut->AddCategoryName(L"");
+    cCut->AddCategoryName(L"Pop");
+    Modified({cCut});
+    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"Pop"}));
+    EXPECT_EQ(boxes, Boxes());
+}
+
+TEST_F(SynchronisationTest, ACutModifiedBackAndForthIsComparedWithWhatItBecame)
+{
+    const auto cCut = Add(L"a", L"Rock", 1);
+    Add(L"b", L"Rock", 1);
+    Start();
+    for (const std::int32_t lLevel : {2, 1, 2, 1})
+    {
+        cCut->SetCatLevel(lLevel);
+        Modified({cCut});
+        EXPECT_EQ(Order(L"Rock", lLevel).back(), L"a");
+        EXPECT_EQ(MainCat(L"Rock")->TotalCuts(), 2);
+    }
+}
+
+TEST_F(SynchronisationTest, WhereACutStandsIsReadFromTheTree)
+{
+    const auto cCut = Add(L"a", L"Rock", 1);
+    Start();
+    bool bCreated = false;
+    const auto cOdd = std::make_shared<clsCat>(cLib.cMod, L"Rock", 8);
+    MainCat(L"Rock")->AddSubCat(cOdd);
+    cOdd->AddCut(cCut, bCreated); // a host has put it there as well
+    cCut->SetCatLevel(3);
+    Modified({cCut});
+    EXPECT_EQ(Order(L"Rock", 8), Keys());
+    EXPECT_EQ(Order(L"Rock", 1), Keys());
+    EXPECT_EQ(Order(L"Rock", 3), (Keys{L"a"}));
+}
+
+TEST_F(SynchronisationTest, ModifiedCutsThatFailAreReportedOnceUnderModifyCutAndSeenAgainNextTime)
+{
+    const auto cBad = Add(L"bad", L"Rock", 1);
+    const auto cGood = Add(L"good", L"Rock", 1);
+    Start();
+    cBad->SetCatLevel(2);
+    cGood->SetCatLevel(2);
+    cBad->failing = {"RunTimemS"};
+    Modified({cBad, cGood});
+    EXPECT_EQ(boxes, (Boxes{HandledError(L"ModifyCut [SchedMan]",
+                                         StandardText(91) + L" (1 cuts could not be handled)", L"91")}));
+    EXPECT_EQ(Order(L"Rock", 2), (Keys{L"good"}));
+    cBad->failing.clear();
+    Modified({cBad});
+    EXPECT_EQ(Order(L"Rock", 2), (Keys{L"good", L"bad"}));
+}
+
+TEST_F(SynchronisationTest, ManyModifiedCutsSaveEachCategoryOnce)
+{
+    const Cuts colCuts = AddMany(40, L"k", L"Rock/Pop/Jazz", 1);
+    Start();
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+        cCut->SetCategoryText(L"Rock/Soul");
+    Modified(colCuts);
+    EXPECT_EQ(Written(), (Lines{L"Pop", L"Jazz", L"Soul"}));
+}
+
+// ---- listening ----
+
+TEST_F(SynchronisationTest, TheDatabasesOwnProgressIsPassedThrough)
+{
+    Start();
+    cLib.cDataBase->Announce(&DataBaseEvents::ProgressStart, std::wstring(L"Reading"), 7);
+    cLib.cDataBase->Announce(&DataBaseEvents::Progress, std::wstring(L"Row"), 3, 7);
+    cLib.cDataBase->Announce(&DataBaseEvents::ProgressDone, std::wstring(L"Read."));
+    EXPECT_EQ(said, (Lines{L"Start 7: Reading", L"Progress 3/7: Row", L"Done: Read."}));
+}
+
+TEST_F(SynchronisationTest, ANotificationInsideANotificationIsHandledAfterIt)
+{
+    Start();
+    const auto cFirst = Add(L"a", L"Rock");
+    const auto cSecond = Add(L"b", L"Rock");
+    bool bDone = false;
+    cLib.cHost.OnEvent = [&](const std::wstring&)
+    {
+        if (!std::exchange(bDone, true))
+        {
+            Added({cSecond});
+            EXPECT_EQ(Order(L"Rock", 1), Keys());
+        }
+    };
+    Added({cFirst});
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b"}));
+    EXPECT_EQ(said, Joined({colAddedStart, SaveSaid(L"Rock", 1), colAddedDone, colAddedStart,
+                            SaveSaid(L"Rock", 2), colAddedDone}));
+}
+
+TEST_F(SynchronisationTest, ANotificationDuringAPopulationWaitsForTheNewTree)
+{
+    Add(L"a", L"Rock");
+    std::shared_ptr<FakeCut> cLate;
+    cLib.cHost.OnEvent = [&](const std::wstring& sLine)
+    {
+        if (!cLate && sLine.starts_with(L"Done: Got Main"))
+        {
+            cLate = Add(L"late", L"Rock");
+            Added({cLate});
+            EXPECT_EQ(cLib.cSchedMan->colMainCats(), nullptr);
+        }
+    };
+    cLib.Populate();
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"late"}));
+}
+
+TEST_F(SynchronisationTest, AfterAnotherPopulationTheOldDatabaseIsNotListenedTo)
+{
+    Start();
+    const auto cOld = cLib.cDataBase;
+    cLib.cDataBase = std::make_shared<FakeDataBase>();
+    cLib.Populate();
+    EXPECT_TRUE(cOld->colListeners.empty());
+    EXPECT_EQ(cLib.cDataBase->colListeners.size(), 1u);
+    cLib.Populate();
+    EXPECT_EQ(cLib.cDataBase->colListeners.size(), 1u) << "advised once";
+}
+
+TEST_F(SynchronisationTest, TheDatabaseDoesNotKeepTheManagerAlive)
+{
+    Start();
+    const std::weak_ptr<clsSchedMan> cWeak = cLib.cSchedMan;
+    cLib.cSchedMan->SetEvents(nullptr);
+    cLib.cSchedMan.reset();
+    EXPECT_TRUE(cWeak.expired());
+    EXPECT_TRUE(cLib.cDataBase->colListeners.empty());
+}
+
+TEST_F(SynchronisationTest, AManagerReleasedInsideANotificationEndsWhenItIsHandled)
+{
+    Start();
+    const auto cCut = Add(L"a", L"Rock");
+    const std::weak_ptr<clsSchedMan> cWeak = cLib.cSchedMan;
+    cLib.cHost.OnEvent = [&](const std::wstring&) { cLib.cSchedMan.reset(); };
+    Added({cCut});
+    EXPECT_TRUE(cWeak.expired());
+    EXPECT_EQ(said.front(), colAddedStart.front());
+    EXPECT_EQ(said.back(), colAddedDone.front());
+    EXPECT_EQ(File(L"Rock"), SifCut("a", 1));
+    EXPECT_EQ(cWorld.cFiles.Get(sMainCatsPath), "\r\nRock");
+}
+
+TEST_F(SynchronisationTest, ChangesTheSchedulerMakesItselfAreQueuedAndChangeNothingMore)
+{
+    // A database that announces every property change at once, in the middle of the scheduler's work.
+    const auto cCut = Add(L"a", L"Rock", 1);
+    Add(L"b", L"Pop", 2);
+    Start();
+    cCut->OnCall = [&](const std::string& sMember)
+    {
+        if (sMember == "SetCatLevel" || sMember == "AddCategoryName" || sMember == "RemoveCategoryName")
+            Modified({cCut});
+    };
+    bool bCreated = false;
+    cLib.cSchedMan->DoMassCatChange(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 2), {cCut}, bCreated);
+    EXPECT_EQ(Order(L"Rock", 1), Keys());
+    EXPECT_EQ(Order(L"Pop", 2), (Keys{L"b", L"a"}));
+    EXPECT_EQ(cCut->CategoryText(), L"Pop");
+    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
+}
+
+TEST_F(SynchronisationTest, AReloadInTheMiddleOfAnImportEndsItAndTheNewTreeHoldsEverything)
+{
+    Start();
+    const Cuts colCuts = AddMany(70, L"k", L"Rock");
+    bool bDone = false;
+    cWorld.cHostLoop.OnPump = [&]
+    {
+        if (!std::exchange(bDone, true))
+            cLib.Populate();
+    };
+    Added(colCuts);
+    EXPECT_EQ(Order(L"Rock", 1).size(), 70u);
+    EXPECT_EQ(TotalOf(L"Rock", 1), 70 * 180'000);
+}
+
+} // namespace
+} // namespace ravlo::test

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "scheduler/SchedulerWindows.h"
+#include "support/SchedulerTest.h"
+
+#include <map>
+#include <set>
+
+namespace ravlo::test
+{
+
+// A library window that counts how often it is told to refresh.
+class CountingWindows final : public SchedulerWindows
+{
+public:
+    bool bExists = true;
+    int lRefreshes = 0;
+    std::function<void()> OnRefresh;
+
+    bool LibraryExists() const override { return bExists; }
+    bool LibraryShowing() const override { return bExists; }
+    void ReloadLibrary() override {}
+    void RefreshLibrary() override
+    {
+        ++lRefreshes;
+        if (const auto hook = OnRefresh)
+            hook();
+    }
+    void ShowLibrary() override {}
+    std::int32_t ShowCategory(CategoryRequest&) override { return lNotChosen; }
+};
+
+inline Lines Joined(std::initializer_list<Lines> colParts)
+{
+    Lines colAll;
+    for (const Lines& colPart : colParts)
+        colAll.insert(colAll.end(), colPart.begin(), colPart.end());
+    return colAll;
+}
+
+// What a host is told of an explicit save of so many records.
+inline Lines SaveSaid(const std::wstring& sName, std::size_t lRecords)
+{
+    const std::wstring sCount = std::to_wstring(lRecords);
+    return {L"Start " + sCount + L": Saving Ordering and hist for: " + sName,
+            L"Start " + sCount + L": Saving info for: " + sName + L" to file.",
+            L"Done: Saved Scheduler Info for: " + sName};
+}
+
+inline std::wstring StandardText(std::int32_t lNumber) { return StandardDescription(lNumber); }
+inline std::wstring CriticalText(std::int32_t lNumber)
+{
+    return std::to_wstring(lNumber) + L" " + StandardDescription(lNumber);
+}
+
+// A populated library whose start is over: what is recorded afterwards is the operation under test.
+class StationTest : public testing::Test
+{
+protected:
+    std::shared_ptr<FakeCut> Add(const std::wstring& sKey, const std::wstring& sCategoryText,
+                                 std::int32_t lLevel = 1, std::int32_t lRunTimemS = 180'000)
+    {
+        return cLib.cDataBase->Add(sKey, sCategoryText, lLevel, lRunTimemS);
+    }
+    // As many cuts as said, keyed <sPrefix>1, <sPrefix>2 ...
+    Cuts AddMany(std::size_t lCount, const std::wstring& sPrefix, const std::wstring& sCategoryText,
+                 std::int32_t lLevel = 1)
+    {
+        Cuts colCuts;
+        for (std::size_t lCut = 1; lCut <= lCount; ++lCut)
+            colCuts.push_back(Add(sPrefix + std::to_wstring(lCut), sCategoryText, lLevel));
+        return colCuts;
+    }
+
+    void Start()
+    {
+        cLib.Populate();
+        cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
+        Forget();
+    }
+    // What was recorded so far is not of interest.
+    void Forget()
+    {
+        cWorld.cMessages.Boxes.clear();
+        cWorld.cMessages.Inputs.clear();
+        cLib.cHost.colSaid.clear();
+        cWorld.cFiles.ClearOperations();
+        cWorld.cHostLoop.lSleeps = cWorld.cHostLoop.lPumps = 0;
+        cWorld.cHostLoop.lSleptmS = 0;
+        lLogged = cWorld.LogMessages().size();
+    }
+    Lines Log() const
+    {
+        Lines colLines = cWorld.LogMessages();
+        colLines.erase(colLines.begin(), colLines.begin() + static_cast<std::ptrdiff_t>(lLogged));
+        return colLines;
+    }
+    // Every event, pump and sleep from here on, in order.
+    void TraceAll(Lines& colTrace)
+    {
+        cLib.cHost.OnEvent = [&colTrace](const std::wstring& sLine) { colTrace.push_back(sLine); };
+        cWorld.cHostLoop.OnPump = [&colTrace] { colTrace.push_back(L"pump"); };
+        cWorld.cHostLoop.OnSleep = [&colTrace](std::uint32_t lMs)
+        { colTrace.push_back(L"sleep " + std::to_wstring(lMs)); };
+    }
+
+    void Announce(void (DataBaseEvents::*pEvent)(const Cuts&), const Cuts& colCuts)
+    {
+        cLib.cDataBase->Announce(pEvent, colCuts);
+    }
+    void Added(const Cuts& colCuts) { Announce(&DataBaseEvents::CutsAdded, colCuts); }
+    void Modified(const Cuts& colCuts) { Announce(&DataBaseEvents::CutsModified, colCuts); }
+    void Removed(const Cuts& colCuts)
+    {
+        for (const std::shared_ptr<Cut>& cCut : colCuts)
+            cLib.cDataBase->Remove(*cCut);
+        Announce(&DataBaseEvents::CutsRemoved, colCuts);
+    }
+
+    std::shared_ptr<clsCat> MainCat(const std::wstring& sName) const { return cLib.MainCat(sName); }
+    std::shared_ptr<clsCat> Level(const std::wstring& sName, std::int32_t lLevel) const
+    {
+        return cLib.Level(sName, lLevel);
+    }
+    Keys Order(const std::wstring& sName, std::int32_t lLevel) const { return cLib.Order(sName, lLevel); }
+    // The names of the history/ordering files that were written since Forget, one entry a write.
+    Lines Written() const
+    {
+        Lines colNames;
+        const std::wstring sFolder = L"History_and_Ordering\\";
+        for (const std::wstring& sOperation : cWorld.cFiles.Operations())
+        {
+            const std::size_t lArrow = sOperation.find(L" -> ");
+            if (!sOperation.starts_with(L"Rename ") || !sOperation.ends_with(L".sif") ||
+                lArrow == std::wstring::npos)
+                continue;
+            const std::size_t lName = sOperation.find(sFolder, lArrow) + sFolder.size();
+            colNames.push_back(sOperation.substr(lName, sOperation.size() - 4 - lName));
+        }
+        return colNames;
+    }
+    std::string File(const std::wstring& sName) const
+    {
+        return cWorld.cFiles.FileExists(SifPath(sName)) ? cWorld.cFiles.Get(SifPath(sName)) : "none";
+    }
+    // The run times of a level's cuts, read through the average.
+    std::int64_t TotalOf(const std::wstring& sName, std::int32_t lLevel) const
+    {
+        const std::shared_ptr<clsCat> cLevel = Level(sName, lLevel);
+        return std::int64_t{cLevel->AverageRunTimemS()} * cLevel->TotalCuts();
+    }
+
+    RadioWorld cWorld;
+    Library cLib{cWorld};
+    Boxes& boxes = cWorld.cMessages.Boxes;
+    Lines& said = cLib.cHost.colSaid;
+    std::size_t lLogged = 0;
+};
+
+} // namespace ravlo::test
