@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ravlobase/Store.h"
 
+#include "collections/CaseFolding.h"
 #include "ravlobase/Support.h"
 
 #include <functional>
@@ -199,6 +200,30 @@ TEST_F(StoreImportTest, AListenerMayAddTheSameCutWhileTheFileIsRead)
     EXPECT_EQ(m_cStore.LastImport().lChanged, 1);
     EXPECT_EQ(ByKey(L"a")->Artist(), L"listener");
     EXPECT_EQ(ByKey(L"a")->Title(), L"from file");
+}
+
+// The sample is as awkward as real libraries are.
+TEST_F(StoreImportTest, TheSampleLibraryGoesInWholeAndComesBackWhole)
+{
+    const auto cSample = std::filesystem::path(__FILE__).parent_path() / "../../samples/library.csv";
+    const auto bytes = cSample.string();
+    EXPECT_EQ(m_cStore.ImportCsv({bytes.begin(), bytes.end()}), 5000);
+    EXPECT_EQ(m_cStore.LastImportReport(), L"5000 cuts added, 0 changed, 0 unchanged, 0 rows rejected.");
+    const auto colBefore = ContentOf(m_cStore);
+    Reopen();
+    EXPECT_EQ(ContentOf(m_cStore), colBefore);
+    for (const auto& cCut : m_cStore.AllCuts())
+    {
+        const auto cFound = m_cStore.CutByArtistTitle(cCut->Artist(), cCut->Title());
+        if (cCut->Artist().empty() && cCut->Title().empty())
+        {
+            EXPECT_EQ(cFound, nullptr);
+            continue;
+        }
+        ASSERT_NE(cFound, nullptr) << cCut->ID();
+        EXPECT_LE(cFound->ID(), cCut->ID());
+        EXPECT_TRUE(EqualIgnoringCase(cFound->Title(), cCut->Title()));
+    }
 }
 
 } // namespace
