@@ -33,9 +33,15 @@ std::string ReadFile(const std::wstring& sPath)
     {
         throw RuntimeError(error::PathFileAccess, L"The file \"" + sPath + L"\" cannot be opened.");
     }
-    std::string bytes(std::filesystem::file_size(cPath, failed), '\0');
+    const auto lSize = std::filesystem::file_size(cPath, failed);
+    std::string bytes;
+    if (failed || lSize > bytes.max_size())
+    {
+        throw RuntimeError(error::DeviceIo, L"The file \"" + sPath + L"\" could not be read.");
+    }
+    bytes.resize(static_cast<std::size_t>(lSize));
     file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    if (failed || static_cast<std::size_t>(file.gcount()) != bytes.size())
+    if (static_cast<std::size_t>(file.gcount()) != bytes.size())
     {
         throw RuntimeError(error::DeviceIo, L"The file \"" + sPath + L"\" could not be read.");
     }
