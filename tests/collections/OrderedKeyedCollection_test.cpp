@@ -232,6 +232,20 @@ TEST(OrderedKeyedCollection, ReservingMakesRoomAheadAndKeepsTheContent)
     EXPECT_EQ(cCollection.PositionOf(L"a"), std::optional<std::size_t>(1));
 }
 
+TEST(OrderedKeyedCollection, TheTablesDoNotGrowWhileItemsComeAndGo)
+{
+    Collection cCollection =
+        CollectionOf({L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8"}); // both tables are full
+    const TextKey cKey(L"1");
+    const std::size_t lBefore = lAllocations;
+    for (int i = 0; i < 1000; ++i)
+    {
+        cCollection.Remove(cKey);
+        cCollection.Add(cKey, std::wstring());
+    }
+    EXPECT_EQ(lAllocations - lBefore, 1000u); // the item's own block each time
+}
+
 TEST(OrderedKeyedCollection, ClearingLeavesItUsable)
 {
     Collection cCollection = CollectionOf({L"a", L"b"});
