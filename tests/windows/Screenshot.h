@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <windows.h>
+
+namespace ravlo::test
+{
+
+// Writes what is to be seen of a window to <build folder>/screenshots/<sName>.png, as an artefact to look at.
+// False when it could not be written.
+bool TakeScreenshot(HWND hWindow, const std::wstring& sName);
+
+// Gives captions, menus, message boxes and controls the font of a current desktop, for this session.
+void LookLikeACurrentDesktop();
+
+} // namespace ravlo::test

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/clsCat.h"
+#include "scheduler/clsSchedMan.h"
+#include "ui/category/CatSelectorView.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ravlo
+{
+
+// Lets the user pick a main category, one of its levels and cuts of that level. Reads the categories and
+// never changes them. Errors of single cuts and look-ups are passed over: what cannot be read is not shown.
+class CatSelector
+{
+public:
+    // Boxes go through cMod. Owns none of them.
+    CatSelector(CatSelectorView& cView, ModScheduler& cMod);
+    CatSelector(const CatSelector&) = delete;
+    CatSelector& operator=(const CatSelector&) = delete;
+
+    void SetSchedMan(std::shared_ptr<clsSchedMan> cSchedMan) { m_cSchedMan = std::move(cSchedMan); }
+
+    // With several categories allowed, cuts cannot be picked: their lists and filters are disabled.
+    bool AllowMultiCatSelect() const noexcept { return m_bMulti; }
+    void SetAllowMultiCatSelect(bool bAllow);
+
+    // Keyed by name TAB "0". Setting it clears the selections and fills the lists.
+    const std::shared_ptr<CatCollection>& colMainCats() const noexcept { return m_colMainCats; }
+    void SetColMainCats(std::shared_ptr<CatCollection> colMainCats);
+
+    // Null when none is chosen. Setting one makes its entry current, which runs the click; null is ignored.
+    const std::shared_ptr<clsCat>& SelectedMainCat() const noexcept { return m_cMainCat; }
+    void SetSelectedMainCat(const std::shared_ptr<clsCat>& cMainCat);
+    // The main category itself while "ALL" is chosen; null when nothing is. Setting null chooses "ALL".
+    const std::shared_ptr<clsCat>& SelectedSubCat() const noexcept { return m_cSubCat; }
+    void SetSelectedSubCat(const std::shared_ptr<clsCat>& cSubCat);
+    // Whether only openers are listed. Setting another value runs the check box's click.
+    bool Opener() const noexcept { return m_bOpener; }
+    void SetOpener(bool bOpener);
+
+    // The selected categories, top to bottom; none without multi-select, and none but a box when no level
+    // other than "ALL" is chosen.
+    std::vector<std::wstring> colSelectedSubCatNames();
+    // Marks the categories and the level that hold a cut, and nothing else; null is ignored. A category or
+    // level that is not there is reported.
+    void ShowCutCatsAsSelected(const std::shared_ptr<Cut>& cCut);
+    void EnableUI(bool bEnable);
+    // Fills categories and levels anew. The first category becomes current, without its click.
+    void PopulateLists();
+    // The same with a collection that may have changed: what was chosen is looked up again by name and level
+    // and stays chosen when it is still there.
+    void RefreshLists(std::shared_ptr<CatCollection> colMainCats);
+    // The cuts selected in the visible list, in its order. Entries with the same text all stand for the first
+    // such cut.
+    Cuts SelectedCuts() const;
+
+    // Events. EnsureSubCatExists is part of the public face and never raised.
+    std::function<void(std::shared_ptr<clsCat>& cCat)> CatChanged; // a level, or a main category for "ALL"
+    std::function<void(bool bOpener)> OpenerChanged;
+    std::function<void()> EnsureSubCatExists;
+
+    // What the user does.
+    void CatClick();
+    void LevelClick(); // the focus goes to the level list
+    void OpenerClick();
+    void SortedSongsClick();
+    void SortedSongsTab(); // Tab without Shift: the focus wraps round
+
+private:
+    void OnCatClick();
+    void OnLevelClick();
+    void ChooseLevel(std::shared_ptr<clsCat> cSubCat);
+    void DropNoCat();
+    void SelectOnly(std::size_t lEntry);
+    std::vector<std::wstring> LevelEntries() const;
+    void FillLevels();
+    void FillSongs();
+    std::vector<std::wstring> MapCuts();
+    void EnableSongs(bool bEnable);
+    SelectorControl VisibleSongs() const;
+    std::size_t CountOf(const std::vector<std::wstring>& colEntries, SelectorControl eList);
+    std::shared_ptr<clsCat> MainCatNamed(const std::wstring& sName) const;
+    bool MakeCurrent(SelectorControl eList, const std::wstring& sText);
+    CatCollection CatsOf(const Cut& cCut, bool& bLevelFound);
+    void Missing(const wchar_t* sWhat, const std::wstring& sKey);
+
+    CatSelectorView& m_cView;
+    ModScheduler& m_cMod;
+    std::shared_ptr<clsSchedMan> m_cSchedMan;
+    std::shared_ptr<CatCollection> m_colMainCats;
+    std::shared_ptr<clsCat> m_cMainCat;
+    std::shared_ptr<clsCat> m_cSubCat;
+    CutCollection m_colCutMap; // keyed by display text
+    std::size_t m_lCats = 0;   // entries of lstCat
+    std::size_t m_lLevels = 0; // entries of lstlvl
+    bool m_bMulti = false;
+    bool m_bOpener = false;
+    bool m_bPopulating = false;
+    bool m_bBusy = false;
+    bool m_bInClick = false;
+};
+
+} // namespace ravlo

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace ravlo
+{
+
+// The panes of the rules area and, in the same order, the tabs above them.
+enum class RulesPane
+{
+    Global,
+    Category,
+};
+
+// The boxes for minutes: three in each pane.
+enum class RuleBox
+{
+    txtArtistSepMins0, // global pane
+    txtTitleSepMins0,
+    txtGlobalAlbumSepMins,
+    txtArtistSepMins1, // category pane
+    txtTitleSepMins1,
+    txtAlbumSepMins,
+};
+inline constexpr std::size_t lRuleBoxes = 6;
+
+// The category window on the screen, without its selector. What it does when told is not reported back,
+// except that filling a box may be.
+class frmCatView
+{
+public:
+    virtual ~frmCatView() = default;
+    virtual void SetCaption(const std::wstring& sCaption) = 0;
+    virtual void ShowNewButtons(bool bShow) = 0;  // cmdNew and cmdNewLevel
+    virtual void ChoosePane(RulesPane ePane) = 0; // its tab is chosen, its pane shown, the other hidden
+    virtual void SetRulesTitle(const std::wstring& sTitle) = 0;
+    virtual std::wstring BoxText(RuleBox eBox) const = 0;
+    virtual void SetBoxText(RuleBox eBox, const std::wstring& sText) = 0;
+    virtual void EnableBox(RuleBox eBox, bool bEnable) = 0;
+    virtual bool IgnoreChecked() const = 0; // chkIgnore
+    virtual void CheckIgnore(bool bCheck) = 0;
+    virtual void EnableApply(bool bEnable) = 0;       // cmdApply
+    virtual void ShowRulesArea(bool bShow) = 0;       // and points the strip's arrows the other way
+    virtual void EnableLibraryMenu(bool bEnable) = 0; // mnuSchedLib
+    // Shows the window and returns when it is gone: after Close, or because the program ends.
+    virtual void ShowModal() = 0;
+    virtual void Close() = 0;
+};
+
+} // namespace ravlo

@@ -1,0 +1,342 @@
+// SPDX-License-Identifier: MIT
+#include "ui/category/windows/CatSelectorWindow.h"
+
+#include "ui/category/windows/ControlIds.h"
+#include "ui/controls/windows/Controls.h"
+#include "ui/controls/windows/Dpi.h"
+
+#include <algorithm>
+#include <commctrl.h>
+#include <cwchar>
+#include <numeric>
+
+namespace ravlo
+{
+
+namespace
+{
+
+using enum SelectorControl;
+
+// Lengths at 96 dpi.
+constexpr int lGap = 8;
+constexpr int lLabelGap = 3;
+constexpr int lLevelsWidth = 72;
+constexpr int lNarrowestCats = 130;
+constexpr int lNarrowestSongs = 220;
+constexpr int lLowestList = 120;
+constexpr int lCheckBox = 22; // the box and the room before its text
+
+bool IsExtended(SelectorControl eList) { return eList != lstlvl; }
+
+// By the language's own order, as a list box of the system sorts.
+std::vector<std::wstring> Sorted(std::vector<std::wstring> colEntries)
+{
+    std::stable_sort(colEntries.begin(), colEntries.end(),
+                     [](const std::wstring& a, const std::wstring& b)
+                     { return ::lstrcmpiW(a.c_str(), b.c_str()) < 0; });
+    return colEntries;
+}
+
+} // namespace
+
+CatSelectorWindow::CatSelectorWindow(HWND hParent, int lId, ModScheduler& cMod)
+    : Window(sCatSelectorClass), m_cMod(cMod), m_cSelector(
+                                                   [&]() -> CatSelectorView&
+                                                   {
+                                                       WindowStart start;
+                                                       start.lStyle = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN;
+                                                       start.lExStyle = WS_EX_CONTROLPARENT;
+                                                       start.hParent = hParent;
+                                                       start.lId = lId;
+                                                       Create(start);
+                                                       MakeControls();
+                                                       return *this;
+                                                   }(),
+                                                   cMod)
+{
+}
+
+CatSelectorWindow::~CatSelectorWindow() { Destroy(); }
+
+void CatSelectorWindow::MakeControls()
+{
+    const auto label = [&](int lId, const wchar_t* sText)
+    { return MakeControl(Handle(), WC_STATICW, sText, SS_LEFTNOWORDWRAP, lId); };
+    const auto list = [&](SelectorControl eList, int lId, DWORD lStyle)
+    {
+        m_hControls[static_cast<std::size_t>(eList)] = MakeControl(
+            Handle(), WC_LISTBOXW, L"", lStyle | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | WS_VSCROLL | WS_TABSTOP,
+            lId, WS_EX_CLIENTEDGE);
+    };
+    const auto check = [&](SelectorControl eControl, int lId, const wchar_t* sText)
+    {
+        m_hControls[static_cast<std::size_t>(eControl)] =
+            MakeControl(Handle(), WC_BUTTONW, sText, BS_AUTOCHECKBOX | WS_TABSTOP, lId);
+    };
+    m_hCategoriesLabel = label(eIdCategoriesLabel, L"Cate&gories:");
+    list(lstCat, eIdlstCat, LBS_EXTENDEDSEL);
+    m_hLevelsLabel = label(eIdLevelsLabel, L"Le&vels:");
+    list(lstlvl, eIdlstlvl, 0);
+    m_hControls[static_cast<std::size_t>(lblMatch)] = label(eIdlblMatch, L"Songs Matching Criteria:");
+    list(lstsongs0, eIdlstsongs0, LBS_EXTENDEDSEL | WS_HSCROLL);
+    list(lstsongs1, eIdlstsongs1, LBS_EXTENDEDSEL | WS_HSCROLL);
+    check(chkOpener, eIdchkOpener, L"Filter for &Openers Only");
+    check(chkSortedSongs, eIdchkSortedSongs, L"&Sorted alphabetically");
+}
+
+// ---- messages ----
+
+LRESULT CatSelectorWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
+{
+    switch (lMessage)
+    {
+    case WM_COMMAND:
+        OnCommand(LOWORD(wParam), HIWORD(wParam));
+        return 0;
+    case WM_SIZE:
+        LayOut();
+        return 0;
+    case WM_SETCURSOR:
+        if (!m_bHourglass)
+            break;
+        ::SetCursor(::LoadCursorW(nullptr, IDC_WAIT));
+        return TRUE;
+    default:
+        break;
+    }
+    return Default(lMessage, wParam, lParam);
+}
+
+void CatSelectorWindow::OnException() noexcept
+{
+    m_cMod.ShowCriticalError(L"Error in CatSelector", CurrentError());
+}
+
+void CatSelectorWindow::OnCommand(int lId, int lCode)
+{
+    if (lId == eIdlstCat && lCode == LBN_SELCHANGE)
+        m_cSelector.CatClick();
+    else if (lId == eIdlstlvl && lCode == LBN_SELCHANGE)
+        m_cSelector.LevelClick();
+    else if (lId == eIdchkOpener && lCode == BN_CLICKED)
+        m_cSelector.OpenerClick();
+    else if (lId == eIdchkSortedSongs && lCode == BN_CLICKED)
+        m_cSelector.SortedSongsClick();
+}
+
+bool CatSelectorWindow::OnKey(const MSG& message)
+{
+    if (message.message != WM_KEYDOWN)
+        return false;
+    const auto bDown = [](int lKey) { return ::GetKeyState(lKey) < 0; };
+    if (message.wParam == VK_TAB && message.hwnd == Of(chkSortedSongs) && !bDown(VK_SHIFT) &&
+        !bDown(VK_CONTROL))
+    {
+        m_cSelector.SortedSongsTab();
+        return true;
+    }
+    const bool bSongs = message.hwnd == Of(lstsongs0) || message.hwnd == Of(lstsongs1);
+    if (message.wParam == 'A' && bSongs && bDown(VK_CONTROL))
+    {
+        ::SendMessageW(message.hwnd, LB_SETSEL, TRUE, -1);
+        return true;
+    }
+    return false;
+}
+
+// ---- layout ----
+
+void CatSelectorWindow::SetLook(HFONT hFont, int lDpi)
+{
+    m_hFont = hFont;
+    m_lDpi = lDpi;
+    SetFont(m_hCategoriesLabel, hFont);
+    SetFont(m_hLevelsLabel, hFont);
+    for (const HWND hControl : m_hControls)
+        SetFont(hControl, hFont);
+    LayOut();
+}
+
+SIZE CatSelectorWindow::SmallestSize() const
+{
+    const FontContext cContext(Handle(), m_hFont);
+    const int lLine = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy);
+    const auto px = [&](int lAt96) { return Scaled(lAt96, m_lDpi); };
+    return {px(lNarrowestCats + lGap + lLevelsWidth + lGap + lNarrowestSongs),
+            3 * lLine + px(lLowestList + lLabelGap + 2 * lGap)};
+}
+
+void CatSelectorWindow::LayOut()
+{
+    if (!m_hFont)
+        return;
+    RECT client{};
+    ::GetClientRect(Handle(), &client);
+    const FontContext cContext(Handle(), m_hFont);
+    const auto px = [&](int lAt96) { return Scaled(lAt96, m_lDpi); };
+    const int lLine = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy);
+    const int lWidth = static_cast<int>(client.right);
+    const int lHeight = static_cast<int>(client.bottom);
+    const int lCats = std::max(px(lNarrowestCats), (lWidth - px(lLevelsWidth + 2 * lGap)) * 2 / 5);
+    const int lLevels = lCats + px(lGap);
+    const int lSongs = lLevels + px(lLevelsWidth + lGap);
+    const int lSongsWidth = lWidth - lSongs;
+    const int lTop = lLine + px(lLabelGap);
+    const int lCheckHeight = std::max(lLine, px(17));
+    const int lSorted = lHeight - lCheckHeight;
+    const int lOpener = lSorted - px(4) - lCheckHeight;
+    const int lSongsHeight = lOpener - px(lGap) - lTop;
+    const auto checkWidth = [&](SelectorControl eControl)
+    {
+        const SIZE size = TextSize(cContext.Get(), WindowText(Of(eControl)));
+        return std::min(lSongsWidth, static_cast<int>(size.cx) + px(lCheckBox));
+    };
+    Mover cMover(9);
+    cMover.Move(m_hCategoriesLabel, 0, 0, lCats, lLine);
+    cMover.Move(Of(lstCat), 0, lTop, lCats, lHeight - lTop);
+    cMover.Move(m_hLevelsLabel, lLevels, 0, px(lLevelsWidth), lLine);
+    cMover.Move(Of(lstlvl), lLevels, lTop, px(lLevelsWidth), lHeight - lTop);
+    cMover.Move(Of(lblMatch), lSongs, 0, lSongsWidth, lLine);
+    cMover.Move(Of(lstsongs0), lSongs, lTop, lSongsWidth, lSongsHeight);
+    cMover.Move(Of(lstsongs1), lSongs, lTop, lSongsWidth, lSongsHeight);
+    cMover.Move(Of(chkOpener), lSongs, lOpener, checkWidth(chkOpener), lCheckHeight);
+    cMover.Move(Of(chkSortedSongs), lSongs, lSorted, checkWidth(chkSortedSongs), lCheckHeight);
+}
+
+// So that long entries can be scrolled into view. The widest are looked for among the longest.
+void CatSelectorWindow::FitHorizontally(HWND hList, const std::vector<std::wstring>& colEntries) const
+{
+    constexpr std::size_t lMeasured = 20;
+    std::vector<const std::wstring*> colLongest(std::min(lMeasured, colEntries.size()));
+    std::vector<const std::wstring*> colAll;
+    colAll.reserve(colEntries.size());
+    for (const std::wstring& sEntry : colEntries)
+        colAll.push_back(&sEntry);
+    std::partial_sort_copy(colAll.begin(), colAll.end(), colLongest.begin(), colLongest.end(),
+                           [](const std::wstring* a, const std::wstring* b)
+                           { return a->size() > b->size(); });
+    const FontContext cContext(Handle(), m_hFont);
+    int lWidest = 0;
+    for (const std::wstring* sEntry : colLongest)
+    {
+        SIZE size{};
+        ::GetTextExtentPoint32W(cContext.Get(), sEntry->c_str(), static_cast<int>(sEntry->size()), &size);
+        lWidest = std::max(lWidest, static_cast<int>(size.cx));
+    }
+    ::SendMessageW(hList, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(lWidest + Scaled(lGap, m_lDpi)), 0);
+}
+
+// ---- what the selector asks of its controls ----
+
+void CatSelectorWindow::SetEntries(SelectorControl eList, const std::vector<std::wstring>& colEntries)
+{
+    const HWND hList = Of(eList);
+    std::vector<std::wstring> colSorted;
+    if (eList == lstsongs0)
+        colSorted = Sorted(colEntries);
+    const std::vector<std::wstring>& colShown = eList == lstsongs0 ? colSorted : colEntries;
+    const std::size_t lBytes = std::accumulate(colShown.begin(), colShown.end(), std::size_t{0},
+                                               [](std::size_t lSum, const std::wstring& sEntry)
+                                               { return lSum + (sEntry.size() + 1) * sizeof(wchar_t); });
+    ::SendMessageW(hList, WM_SETREDRAW, FALSE, 0);
+    ::SendMessageW(hList, LB_RESETCONTENT, 0, 0);
+    ::SendMessageW(hList, LB_INITSTORAGE, colShown.size(), static_cast<LPARAM>(lBytes));
+    for (const std::wstring& sEntry : colShown)
+        ::SendMessageW(hList, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(sEntry.c_str()));
+    if (eList == lstsongs0 || eList == lstsongs1)
+        FitHorizontally(hList, colShown);
+    ::SendMessageW(hList, WM_SETREDRAW, TRUE, 0);
+    ::InvalidateRect(hList, nullptr, TRUE);
+}
+
+std::wstring CatSelectorWindow::EntryText(SelectorControl eList, std::size_t lEntry) const
+{
+    const LRESULT lLength = ::SendMessageW(Of(eList), LB_GETTEXTLEN, lEntry, 0);
+    if (lLength == LB_ERR)
+        return {};
+    std::wstring sText(static_cast<std::size_t>(lLength), L'\0'); // the terminator has its own room
+    ::SendMessageW(Of(eList), LB_GETTEXT, lEntry, reinterpret_cast<LPARAM>(sText.data()));
+    return sText;
+}
+
+std::optional<std::size_t> CatSelectorWindow::CurrentEntry(SelectorControl eList) const
+{
+    const bool bEmpty = ::SendMessageW(Of(eList), LB_GETCOUNT, 0, 0) <= 0;
+    const LRESULT lEntry =
+        ::SendMessageW(Of(eList), IsExtended(eList) ? LB_GETCARETINDEX : LB_GETCURSEL, 0, 0);
+    if (bEmpty || lEntry == LB_ERR)
+        return std::nullopt;
+    return static_cast<std::size_t>(lEntry);
+}
+
+void CatSelectorWindow::SetCurrentEntry(SelectorControl eList, std::size_t lEntry)
+{
+    ::SendMessageW(Of(eList), IsExtended(eList) ? LB_SETCARETINDEX : LB_SETCURSEL, lEntry, 0);
+}
+
+std::vector<std::size_t> CatSelectorWindow::SelectedEntries(SelectorControl eList) const
+{
+    const LRESULT lCount = ::SendMessageW(Of(eList), LB_GETSELCOUNT, 0, 0);
+    if (lCount <= 0)
+        return {};
+    std::vector<int> colItems(static_cast<std::size_t>(lCount));
+    ::SendMessageW(Of(eList), LB_GETSELITEMS, colItems.size(), reinterpret_cast<LPARAM>(colItems.data()));
+    return {colItems.begin(), colItems.end()};
+}
+
+void CatSelectorWindow::SelectEntry(SelectorControl eList, std::size_t lEntry, bool bSelect)
+{
+    // Selecting moves the caret, too; where it stands is decided elsewhere.
+    const LRESULT lCaret = ::SendMessageW(Of(eList), LB_GETCARETINDEX, 0, 0);
+    ::SendMessageW(Of(eList), LB_SETSEL, bSelect ? TRUE : FALSE, static_cast<LPARAM>(lEntry));
+    ::SendMessageW(Of(eList), LB_SETCARETINDEX, static_cast<WPARAM>(lCaret), 0);
+}
+
+void CatSelectorWindow::ClearSelection(SelectorControl eList)
+{
+    if (IsExtended(eList))
+        ::SendMessageW(Of(eList), LB_SETSEL, FALSE, -1);
+    else
+        ::SendMessageW(Of(eList), LB_SETCURSEL, static_cast<WPARAM>(-1), 0);
+}
+
+void CatSelectorWindow::Enable(SelectorControl eControl, bool bEnable)
+{
+    ::EnableWindow(Of(eControl), bEnable);
+}
+
+void CatSelectorWindow::Show(SelectorControl eControl, bool bShow)
+{
+    ::ShowWindow(Of(eControl), bShow ? SW_SHOWNA : SW_HIDE);
+}
+
+bool CatSelectorWindow::Visible(SelectorControl eControl) const
+{
+    return ::IsWindowVisible(Of(eControl)) != FALSE;
+}
+
+bool CatSelectorWindow::Checked(SelectorControl eControl) const
+{
+    return ::SendMessageW(Of(eControl), BM_GETCHECK, 0, 0) == BST_CHECKED;
+}
+
+void CatSelectorWindow::Check(SelectorControl eControl, bool bCheck)
+{
+    ::SendMessageW(Of(eControl), BM_SETCHECK, bCheck ? BST_CHECKED : BST_UNCHECKED, 0);
+}
+
+void CatSelectorWindow::SetMatchText(const std::wstring& sText)
+{
+    ::SetWindowTextW(Of(lblMatch), sText.c_str());
+}
+
+void CatSelectorWindow::Focus(SelectorControl eControl) { ::SetFocus(Of(eControl)); }
+
+void CatSelectorWindow::Hourglass(bool bOn)
+{
+    m_bHourglass = bOn;
+    ::SetCursor(::LoadCursorW(nullptr, bOn ? IDC_WAIT : IDC_ARROW));
+}
+
+} // namespace ravlo

@@ -1,0 +1,439 @@
+// SPDX-License-Identifier: MIT
+#include "ui/category/windows/frmCatWindow.h"
+
+#include "ui/category/windows/ControlIds.h"
+#include "ui/controls/windows/Controls.h"
+#include "ui/controls/windows/Dpi.h"
+#include "ui/controls/windows/PlaceMemory.h"
+
+#include <algorithm>
+#include <commctrl.h>
+#include <cstddef>
+
+namespace ravlo
+{
+
+namespace
+{
+
+// Lengths at 96 dpi.
+constexpr int lMargin = 11;
+constexpr int lGap = 8;
+constexpr int lWideGap = 14;
+constexpr int lRulesWidth = 292;
+constexpr int lButtonWidth = 76;
+constexpr int lButtonPadding = 22;
+constexpr int lLowestButton = 24;
+constexpr int lArrowWidth = 18;
+constexpr int lFirstWidth = 840;
+constexpr int lFirstHeight = 470;
+
+constexpr const wchar_t* sPlaceKey = L"frmCatPlace";
+// In the symbol font: the arrows that point out of the window, where the rules will come, and back into it.
+constexpr const wchar_t* sArrowRight = L"4";
+constexpr const wchar_t* sArrowLeft = L"3";
+
+constexpr int lBoxesPerPane = 3;
+std::size_t PaneOf(RuleBox eBox) { return static_cast<std::size_t>(eBox) / lBoxesPerPane; }
+int BoxInPane(RuleBox eBox) { return static_cast<int>(eBox) % lBoxesPerPane; }
+
+HMENU MenuBar()
+{
+    const HMENU hBar = ::CreateMenu();
+    const HMENU hScheduler = ::CreatePopupMenu();
+    ::AppendMenuW(hScheduler, MF_STRING, eIdmnuSchedLib, L"Show Scheduler Library");
+    ::AppendMenuW(hBar, MF_POPUP, reinterpret_cast<UINT_PTR>(hScheduler), L"Scheduler");
+    return hBar;
+}
+
+HACCEL Accelerators()
+{
+    ACCEL keys[] = {{FVIRTKEY | FCONTROL, VK_TAB, eIdNextTab},
+                    {FVIRTKEY | FCONTROL | FSHIFT, VK_TAB, eIdNextTab}};
+    return ::CreateAcceleratorTableW(keys, ARRAYSIZE(keys));
+}
+
+} // namespace
+
+// ---- making ----
+
+frmCatWindow::frmCatWindow(HWND hOwner, ModScheduler& cMod)
+    : Window(sfrmCatClass), m_cMod(cMod), m_hMenu(MenuBar()), m_hAccelerators(Accelerators())
+{
+    WindowStart start;
+    start.sTitle = L"Category";
+    start.lStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
+    start.lExStyle = WS_EX_CONTROLPARENT;
+    start.hParent = hOwner;
+    start.hMenu = m_hMenu.get();
+    Create(start);
+    m_hMenu.release(); // the window's own now
+    MakeControls();
+    m_cPresenter = std::make_unique<frmCat>(static_cast<frmCatView&>(*this), m_cSelector->Selector(), m_cMod);
+    m_cPanes[0]->BoxChanged = [this](int lBox) { m_cPresenter->BoxChanged(static_cast<RuleBox>(lBox)); };
+    m_cPanes[1]->BoxChanged = [this](int lBox)
+    { m_cPresenter->BoxChanged(static_cast<RuleBox>(lBoxesPerPane + lBox)); };
+    m_cPanes[1]->IgnoreClick = [this] { m_cPresenter->IgnoreClick(); };
+    SetLook(DpiOf(Handle()));
+}
+
+frmCatWindow::~frmCatWindow()
+{
+    m_cLoop.reset();
+    m_cSelector.reset();
+    m_cPanes = {};
+    Destroy();
+}
+
+void frmCatWindow::MakeControls()
+{
+    const auto button = [&](const wchar_t* sText, int lId, DWORD lStyle = BS_PUSHBUTTON)
+    { return MakeControl(Handle(), WC_BUTTONW, sText, lStyle | WS_TABSTOP, lId); };
+    m_cSelector = std::make_unique<CatSelectorWindow>(Handle(), eIdCatSelector1, m_cMod);
+    m_hNew = button(L"&New Category", eIdcmdNew);
+    m_hNewLevel = button(L"New &Level", eIdcmdNewLevel);
+    constexpr DWORD lArrow = SS_CENTER | SS_CENTERIMAGE | SS_NOTIFY;
+    m_hStrip[0] = MakeControl(Handle(), WC_STATICW, sArrowRight, lArrow, eIdLabel1);
+    m_hStrip[1] = button(L"Show Rules", eIdLabel2);
+    m_hStrip[2] = MakeControl(Handle(), WC_STATICW, sArrowRight, lArrow, eIdLabel3);
+    MakeRulesArea();
+    m_hOK = button(L"OK", IDOK, BS_DEFPUSHBUTTON);
+    m_hCancel = button(L"&Cancel", IDCANCEL);
+}
+
+void frmCatWindow::MakeRulesArea()
+{
+    m_hTitle = MakeControl(Handle(), WC_STATICW, L"", SS_LEFT | SS_NOPREFIX, eIdlblRulesTitle);
+    m_hTabs = MakeControl(Handle(), WC_TABCONTROLW, L"Rules", WS_TABSTOP | WS_CLIPSIBLINGS, eIdTabStrip1);
+    std::wstring sTabs[] = {L"Global Rules", L"Category Rules"};
+    for (int i = 0; i < 2; ++i)
+    {
+        TCITEMW item{};
+        item.mask = TCIF_TEXT;
+        item.pszText = sTabs[i].data();
+        ::SendMessageW(m_hTabs, TCM_INSERTITEMW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item));
+    }
+    m_cPanes[0] = std::make_unique<RulesPaneWindow>(Handle(), RulesPane::Global, m_cMod);
+    m_cPanes[1] = std::make_unique<RulesPaneWindow>(Handle(), RulesPane::Category, m_cMod);
+    m_hApply = MakeControl(Handle(), WC_BUTTONW, L"&Apply Changes", BS_PUSHBUTTON | WS_TABSTOP, eIdcmdApply);
+}
+
+// ---- messages ----
+
+LRESULT frmCatWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
+{
+    switch (lMessage)
+    {
+    case WM_COMMAND:
+        OnCommand(LOWORD(wParam), HIWORD(wParam));
+        return 0;
+    case WM_NOTIFY:
+        if (const auto* pHeader = reinterpret_cast<const NMHDR*>(lParam);
+            pHeader->hwndFrom == m_hTabs && pHeader->code == TCN_SELCHANGE)
+            m_cPresenter->TabClick(static_cast<RulesPane>(::SendMessageW(m_hTabs, TCM_GETCURSEL, 0, 0)));
+        return 0;
+    case WM_INITMENUPOPUP:
+        m_cPresenter->MenuOpening();
+        return 0;
+    case WM_CLOSE:
+        m_cPresenter->CancelClick();
+        return 0;
+    case WM_SIZE:
+        LayOut();
+        return 0;
+    case WM_GETMINMAXINFO:
+        if (m_hFont)
+        {
+            const SIZE size = WindowSizeFor(Handle(), SmallestClient(), m_lDpi);
+            reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {size.cx, size.cy};
+        }
+        return 0;
+    case WM_ACTIVATE:
+        OnActivate(LOWORD(wParam) != WA_INACTIVE);
+        return 0;
+    case WM_DPICHANGED:
+    {
+        const auto& place = *reinterpret_cast<const RECT*>(lParam);
+        SetLook(HIWORD(wParam));
+        ::SetWindowPos(Handle(), nullptr, static_cast<int>(place.left), static_cast<int>(place.top),
+                       static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top),
+                       SWP_NOZORDER | SWP_NOACTIVATE);
+        return 0;
+    }
+    case WM_SETTINGCHANGE:
+    case WM_THEMECHANGED:
+        SetLook(m_lDpi); // the message font may be another one now
+        return 0;
+    case DM_GETDEFID:
+        return MAKELRESULT(IDOK, DC_HASDEFID);
+    default:
+        return Default(lMessage, wParam, lParam);
+    }
+}
+
+void frmCatWindow::OnException() noexcept { m_cMod.ShowCriticalError(L"Error in frmCat", CurrentError()); }
+
+void frmCatWindow::OnCommand(int lId, int lCode)
+{
+    switch (lId)
+    {
+    case IDOK:
+        return m_cPresenter->OKClick();
+    case IDCANCEL:
+        return m_cPresenter->CancelClick();
+    case eIdcmdNew:
+        return m_cPresenter->NewClick();
+    case eIdcmdNewLevel:
+        return m_cPresenter->NewLevelClick();
+    case eIdcmdApply:
+        return m_cPresenter->ApplyClick();
+    case eIdmnuSchedLib:
+        return m_cPresenter->SchedLibClick();
+    case eIdLabel1:
+    case eIdLabel2:
+    case eIdLabel3:
+        if (lCode == STN_CLICKED || lCode == STN_DBLCLK) // a button says BN_CLICKED, the same number
+            m_cPresenter->StripClick(true);
+        return;
+    case eIdNextTab:
+        return NextTab();
+    default:
+        return;
+    }
+}
+
+// The focus comes back to where it was when the window was left.
+void frmCatWindow::OnActivate(bool bActive)
+{
+    if (!bActive)
+        m_hFocus = ::GetFocus();
+    else if (m_hFocus && ::IsChild(Handle(), m_hFocus))
+        ::SetFocus(m_hFocus);
+}
+
+bool frmCatWindow::OnKey(MSG& message) { return m_cSelector->OnKey(message); }
+
+void frmCatWindow::NextTab()
+{
+    if (!m_bRulesShown)
+        return;
+    const bool bGlobal = ::SendMessageW(m_hTabs, TCM_GETCURSEL, 0, 0) == 0;
+    m_cPresenter->TabClick(bGlobal ? RulesPane::Category : RulesPane::Global);
+}
+
+// ---- layout ----
+
+int frmCatWindow::px(int lAt96) const { return Scaled(lAt96, m_lDpi); }
+
+void frmCatWindow::SetLook(int lDpi)
+{
+    m_lDpi = lDpi;
+    // The controls let go of the old fonts before these end.
+    UniqueFont hFont = MessageFont(lDpi);
+    UniqueFont hSymbols = SymbolFont(lDpi);
+    for (const HWND hControl :
+         {m_hNew, m_hNewLevel, m_hTitle, m_hTabs, m_hApply, m_hOK, m_hCancel, m_hStrip[1]})
+        SetFont(hControl, hFont.get());
+    SetFont(m_hStrip[0], hSymbols.get());
+    SetFont(m_hStrip[2], hSymbols.get());
+    m_cSelector->SetLook(hFont.get(), lDpi);
+    for (const auto& cPane : m_cPanes)
+        cPane->SetLook(hFont.get(), lDpi);
+    m_hFont.swap(hFont);
+    m_hSymbols.swap(hSymbols);
+    LayOut();
+}
+
+SIZE frmCatWindow::ButtonSize(HWND hButton) const
+{
+    const FontContext cContext(Handle(), m_hFont.get());
+    const SIZE text = TextSize(cContext.Get(), WindowText(hButton));
+    return {std::max<LONG>(px(lButtonWidth), text.cx + px(lButtonPadding)),
+            std::max<LONG>(px(lLowestButton), text.cy + px(8))};
+}
+
+int frmCatWindow::StripWidth() const
+{
+    return static_cast<int>(ButtonSize(m_hStrip[1]).cx) + 2 * px(lArrowWidth);
+}
+
+int frmCatWindow::ButtonsWidth() const
+{
+    const auto width = [&](HWND hButton) { return static_cast<int>(ButtonSize(hButton).cx); };
+    return width(m_hNew) + width(m_hNewLevel) + StripWidth() + width(m_hOK) + width(m_hCancel) +
+           2 * px(lGap) + 2 * px(lWideGap);
+}
+
+SIZE frmCatWindow::SmallestClient() const
+{
+    const SIZE selector = m_cSelector->SmallestSize();
+    const int lRules = m_bRulesShown ? px(lWideGap + lRulesWidth) : 0;
+    const int lWidth = std::max(static_cast<int>(selector.cx) + lRules, ButtonsWidth());
+    const FontContext cContext(Handle(), m_hFont.get());
+    const int lLine = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy);
+    const int lButton = static_cast<int>(ButtonSize(m_hOK).cy);
+    // Title of two lines, tabs, the taller pane and the button below it.
+    const int lPane =
+        std::max(m_cPanes[0]->HeightAt(px(lRulesWidth - 8)), m_cPanes[1]->HeightAt(px(lRulesWidth - 8)));
+    const int lRulesHeight = m_bRulesShown ? 3 * lLine + px(4 * lGap) + lPane + lButton : 0;
+    const int lHeight = std::max(static_cast<int>(selector.cy), lRulesHeight);
+    return {lWidth + 2 * px(lMargin), lHeight + px(2 * lMargin + lWideGap) + lButton};
+}
+
+void frmCatWindow::LayOut()
+{
+    if (!m_hFont || ::IsIconic(Handle()))
+        return;
+    RECT client{};
+    ::GetClientRect(Handle(), &client);
+    const int lRight = static_cast<int>(client.right) - px(lMargin);
+    const int lButtonTop =
+        static_cast<int>(client.bottom) - px(lMargin) - static_cast<int>(ButtonSize(m_hOK).cy);
+    const int lBottom = lButtonTop - px(lWideGap);
+    const int lRulesLeft = lRight - px(lRulesWidth);
+    const int lSelectorRight = m_bRulesShown ? lRulesLeft - px(lWideGap) : lRight;
+    ::SetWindowPos(m_cSelector->Handle(), nullptr, px(lMargin), px(lMargin), lSelectorRight - px(lMargin),
+                   lBottom - px(lMargin), SWP_NOZORDER | SWP_NOACTIVATE);
+    LayOutRulesArea(lRulesLeft, px(lMargin), px(lRulesWidth), lBottom);
+    LayOutButtons(lButtonTop, lRight);
+}
+
+// Making on the left, the strip and closing on the right.
+void frmCatWindow::LayOutButtons(int lTop, int lRight)
+{
+    const int lHeight = static_cast<int>(ButtonSize(m_hOK).cy);
+    const auto width = [&](HWND hButton) { return static_cast<int>(ButtonSize(hButton).cx); };
+    Mover cMover(7);
+    const int lNewWidth = width(m_hNew);
+    cMover.Move(m_hNew, px(lMargin), lTop, lNewWidth, lHeight);
+    cMover.Move(m_hNewLevel, px(lMargin + lGap) + lNewWidth, lTop, width(m_hNewLevel), lHeight);
+    const int lCancel = lRight - width(m_hCancel);
+    const int lOK = lCancel - px(lGap) - width(m_hOK);
+    cMover.Move(m_hCancel, lCancel, lTop, width(m_hCancel), lHeight);
+    cMover.Move(m_hOK, lOK, lTop, width(m_hOK), lHeight);
+    const int lStrip = lOK - px(lWideGap) - StripWidth();
+    cMover.Move(m_hStrip[0], lStrip, lTop, px(lArrowWidth), lHeight);
+    cMover.Move(m_hStrip[1], lStrip + px(lArrowWidth), lTop, width(m_hStrip[1]), lHeight);
+    cMover.Move(m_hStrip[2], lStrip + StripWidth() - px(lArrowWidth), lTop, px(lArrowWidth), lHeight);
+}
+
+void frmCatWindow::LayOutRulesArea(int lLeft, int lTop, int lWidth, int lBottom)
+{
+    const FontContext cContext(Handle(), m_hFont.get());
+    const int lTitle = 2 * static_cast<int>(TextSize(cContext.Get(), L"Ag").cy);
+    const SIZE apply = ButtonSize(m_hApply);
+    const int lApplyTop = lBottom - static_cast<int>(apply.cy);
+    const int lTabsTop = lTop + lTitle + px(lGap);
+    const int lTabsHeight = lApplyTop - px(lGap) - lTabsTop;
+    ::MoveWindow(m_hTitle, lLeft, lTop, lWidth, lTitle, TRUE);
+    ::MoveWindow(m_hTabs, lLeft, lTabsTop, lWidth, lTabsHeight, TRUE);
+    ::MoveWindow(m_hApply, lLeft + lWidth - static_cast<int>(apply.cx), lApplyTop, static_cast<int>(apply.cx),
+                 static_cast<int>(apply.cy), TRUE);
+    RECT page{0, 0, lWidth, lTabsHeight};
+    ::SendMessageW(m_hTabs, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&page));
+    const int lPageWidth = static_cast<int>(page.right - page.left);
+    const int lPageHeight = static_cast<int>(page.bottom - page.top);
+    for (const auto& cPane : m_cPanes)
+        ::MoveWindow(cPane->Handle(), lLeft + static_cast<int>(page.left),
+                     lTabsTop + static_cast<int>(page.top), lPageWidth, lPageHeight, TRUE);
+    // The panes come after the tabs in the tab order and so lie below them: the tabs get a hole there.
+    const HRGN hShape = ::CreateRectRgn(0, 0, lWidth, lTabsHeight);
+    const HRGN hHole = ::CreateRectRgnIndirect(&page);
+    ::CombineRgn(hShape, hShape, hHole, RGN_DIFF);
+    ::DeleteObject(hHole);
+    ::SetWindowRgn(m_hTabs, hShape, TRUE);
+}
+
+// ---- what the presenter asks of the window ----
+
+void frmCatWindow::SetCaption(const std::wstring& sCaption) { ::SetWindowTextW(Handle(), sCaption.c_str()); }
+
+void frmCatWindow::ShowNewButtons(bool bShow)
+{
+    ::ShowWindow(m_hNew, bShow ? SW_SHOWNA : SW_HIDE);
+    ::ShowWindow(m_hNewLevel, bShow ? SW_SHOWNA : SW_HIDE);
+}
+
+void frmCatWindow::ChoosePane(RulesPane ePane)
+{
+    ::SendMessageW(m_hTabs, TCM_SETCURSEL, static_cast<WPARAM>(ePane), 0);
+    for (std::size_t i = 0; i < m_cPanes.size(); ++i)
+    {
+        const bool bShow = m_bRulesShown && i == static_cast<std::size_t>(ePane);
+        ::ShowWindow(m_cPanes[i]->Handle(), bShow ? SW_SHOWNA : SW_HIDE);
+    }
+}
+
+void frmCatWindow::SetRulesTitle(const std::wstring& sTitle) { ::SetWindowTextW(m_hTitle, sTitle.c_str()); }
+
+std::wstring frmCatWindow::BoxText(RuleBox eBox) const
+{
+    return m_cPanes[PaneOf(eBox)]->BoxText(BoxInPane(eBox));
+}
+
+void frmCatWindow::SetBoxText(RuleBox eBox, const std::wstring& sText)
+{
+    m_cPanes[PaneOf(eBox)]->SetBoxText(BoxInPane(eBox), sText);
+}
+
+void frmCatWindow::EnableBox(RuleBox eBox, bool bEnable)
+{
+    m_cPanes[PaneOf(eBox)]->EnableBox(BoxInPane(eBox), bEnable);
+}
+
+bool frmCatWindow::IgnoreChecked() const { return m_cPanes[1]->IgnoreChecked(); }
+void frmCatWindow::CheckIgnore(bool bCheck) { m_cPanes[1]->CheckIgnore(bCheck); }
+
+void frmCatWindow::EnableApply(bool bEnable)
+{
+    // A disabled window must not keep the focus: nothing would hear the keyboard.
+    if (!bEnable && ::GetFocus() == m_hApply)
+        ::SetFocus(m_hOK);
+    ::EnableWindow(m_hApply, bEnable);
+}
+
+void frmCatWindow::ShowRulesArea(bool bShow)
+{
+    m_bRulesShown = bShow;
+    ::SetWindowTextW(m_hStrip[0], bShow ? sArrowLeft : sArrowRight);
+    ::SetWindowTextW(m_hStrip[2], bShow ? sArrowLeft : sArrowRight);
+    for (const HWND hControl : {m_hTitle, m_hTabs, m_hApply})
+        ::ShowWindow(hControl, bShow ? SW_SHOWNA : SW_HIDE);
+    ChoosePane(static_cast<RulesPane>(::SendMessageW(m_hTabs, TCM_GETCURSEL, 0, 0)));
+    if (::IsWindowVisible(Handle()) && !::IsZoomed(Handle()))
+    {
+        // The selector keeps its size: the window grows or shrinks by the rules area.
+        RECT window{};
+        ::GetWindowRect(Handle(), &window);
+        const int lArea = px(lRulesWidth + lWideGap);
+        ::SetWindowPos(
+            Handle(), nullptr, 0, 0, static_cast<int>(window.right - window.left) + (bShow ? lArea : -lArea),
+            static_cast<int>(window.bottom - window.top), SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    LayOut();
+}
+
+void frmCatWindow::EnableLibraryMenu(bool bEnable)
+{
+    ::EnableMenuItem(::GetMenu(Handle()), eIdmnuSchedLib, bEnable ? MF_ENABLED : MF_GRAYED);
+}
+
+void frmCatWindow::ShowModal()
+{
+    const SIZE first = {px(m_bRulesShown ? lFirstWidth : lFirstWidth - lRulesWidth - lWideGap),
+                        px(lFirstHeight)};
+    const int lShow = RestorePlace(Handle(), m_cMod.Outside().cUserSettings, sPlaceKey, first);
+    m_cLoop = std::make_unique<ModalLoop>(Handle());
+    m_cLoop->SetAccelerators(m_hAccelerators.get());
+    m_cLoop->OnMessage = [this](MSG& message) { return OnKey(message); };
+    ::ShowWindow(Handle(), lShow);
+    ::SetForegroundWindow(Handle());
+    m_cSelector->FocusFirst();
+    m_cLoop->Run();
+    if (Handle())
+        RememberPlace(Handle(), m_cMod.Outside().cUserSettings, sPlaceKey);
+}
+
+void frmCatWindow::Close() { m_cLoop->End(); }
+
+} // namespace ravlo

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ui/category/frmCat.h"
+#include "ui/category/frmCatView.h"
+#include "ui/category/windows/CatSelectorWindow.h"
+#include "ui/category/windows/RulesPaneWindow.h"
+#include "ui/controls/windows/Handles.h"
+#include "ui/controls/windows/ModalLoop.h"
+#include "ui/controls/windows/Window.h"
+
+#include <array>
+#include <memory>
+#include <string>
+
+namespace ravlo
+{
+
+// The category window. Made hidden; shown by the presenter, once.
+class frmCatWindow final : public Window, private frmCatView
+{
+public:
+    // hOwner: the window it stands before; null for none.
+    frmCatWindow(HWND hOwner, ModScheduler& cMod);
+    ~frmCatWindow() override;
+
+    frmCat& Presenter() noexcept { return *m_cPresenter; }
+
+private:
+    void SetCaption(const std::wstring& sCaption) override;
+    void ShowNewButtons(bool bShow) override;
+    void ChoosePane(RulesPane ePane) override;
+    void SetRulesTitle(const std::wstring& sTitle) override;
+    std::wstring BoxText(RuleBox eBox) const override;
+    void SetBoxText(RuleBox eBox, const std::wstring& sText) override;
+    void EnableBox(RuleBox eBox, bool bEnable) override;
+    bool IgnoreChecked() const override;
+    void CheckIgnore(bool bCheck) override;
+    void EnableApply(bool bEnable) override;
+    void ShowRulesArea(bool bShow) override;
+    void EnableLibraryMenu(bool bEnable) override;
+    void ShowModal() override;
+    void Close() override;
+
+    LRESULT OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam) override;
+    void OnException() noexcept override;
+    void OnCommand(int lId, int lCode);
+    void OnActivate(bool bActive);
+    bool OnKey(MSG& message);
+    void NextTab();
+
+    void MakeControls();
+    void MakeRulesArea();
+    void SetLook(int lDpi);
+    void LayOut();
+    void LayOutButtons(int lTop, int lRight);
+    void LayOutRulesArea(int lLeft, int lTop, int lWidth, int lBottom);
+    SIZE SmallestClient() const;
+    SIZE ButtonSize(HWND hButton) const;
+    int StripWidth() const;
+    int ButtonsWidth() const;
+    int px(int lAt96) const;
+
+    ModScheduler& m_cMod;
+    UniqueMenu m_hMenu;
+    UniqueAccelerators m_hAccelerators;
+    UniqueFont m_hFont;
+    UniqueFont m_hSymbols;
+    int m_lDpi = 96;
+    std::unique_ptr<CatSelectorWindow> m_cSelector;
+    std::array<std::unique_ptr<RulesPaneWindow>, 2> m_cPanes;
+    std::unique_ptr<frmCat> m_cPresenter;
+    std::unique_ptr<ModalLoop> m_cLoop;
+    HWND m_hNew = nullptr;
+    HWND m_hNewLevel = nullptr;
+    HWND m_hTitle = nullptr;
+    HWND m_hTabs = nullptr;
+    HWND m_hApply = nullptr;
+    HWND m_hOK = nullptr;
+    HWND m_hCancel = nullptr;
+    std::array<HWND, 3> m_hStrip{}; // Label1, Label2, Label3
+    HWND m_hFocus = nullptr;        // what had the focus when the window was left
+    bool m_bRulesShown = true;
+};
+
+} // namespace ravlo

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ui/controls/windows/Handles.h"
+
+#include <functional>
+#include <vector>
+#include <windows.h>
+
+namespace ravlo
+{
+
+// Runs a top-level window modally: every other enabled window of the thread is disabled meanwhile, and just
+// those are enabled again. Accelerators, Tab, Enter, Esc and mnemonics work in this loop and in every other
+// one that shows its messages to the thread's message filter, as the library's own pumping does. Modal
+// windows may be stacked.
+class ModalLoop
+{
+public:
+    explicit ModalLoop(HWND hWindow) noexcept : m_hWindow(hWindow) {}
+    ~ModalLoop() { EnableOthers(); }
+    ModalLoop(const ModalLoop&) = delete;
+    ModalLoop& operator=(const ModalLoop&) = delete;
+
+    // Not owned; null for none.
+    void SetAccelerators(HACCEL hAccelerators) noexcept { m_hAccelerators = hAccelerators; }
+    // Sees each message for the window before the dialog keys do; true when it has dealt with it.
+    std::function<bool(MSG& message)> OnMessage;
+
+    // Returns after End, or when the window is gone, or when the program quits (which the host's loop is
+    // told).
+    void Run();
+    // Enables the other windows, before the modal one goes: else another program's would come to the front.
+    void End() noexcept;
+
+private:
+    static LRESULT CALLBACK Filter(int lCode, WPARAM wParam, LPARAM lParam);
+    bool Translate(MSG& message);
+    void DisableOthers() noexcept;
+    void EnableOthers() noexcept;
+
+    HWND m_hWindow;
+    HACCEL m_hAccelerators = nullptr;
+    std::vector<HWND> m_hDisabled;
+    bool m_bDone = false;
+};
+
+} // namespace ravlo

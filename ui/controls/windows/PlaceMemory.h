@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ports/UserSettings.h"
+
+#include <string>
+#include <windows.h>
+
+namespace ravlo
+{
+
+// Remembers a top-level window's size and place in the user's settings (application "RavloScheduler", section
+// "Settings", key sKey).
+
+// Puts a hidden window where it stood last, or with the given size in the middle of its owner or screen,
+// whole on the screen in any case. Returns how it is to be shown (a SW_ number).
+int RestorePlace(HWND hWindow, const UserSettings& cUserSettings, const std::wstring& sKey, SIZE size);
+void RememberPlace(HWND hWindow, UserSettings& cUserSettings, const std::wstring& sKey);
+
+} // namespace ravlo
