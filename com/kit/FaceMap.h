@@ -47,8 +47,16 @@ public:
     FaceEntry(const void* pCore, Face* pFace, IUnknown* pIdentity) : m_pCore(pCore), m_pIdentity(pIdentity)
     {
         auto& map = FaceMap<Face>::Instance();
-        map.m_colByCore.emplace(pCore, pFace);
-        map.m_colByIdentity.emplace(pIdentity, pFace);
+        const auto entry = map.m_colByIdentity.emplace(pIdentity, pFace).first;
+        try
+        {
+            map.m_colByCore.emplace(pCore, pFace);
+        }
+        catch (...)
+        {
+            map.m_colByIdentity.erase(entry);
+            throw;
+        }
     }
     FaceEntry(const FaceEntry&) = delete;
     FaceEntry& operator=(const FaceEntry&) = delete;
