@@ -227,7 +227,7 @@ void Synchronisation::HandleModified(const Cuts& colCuts)
 
 void Synchronisation::ModifyCut(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected, Filing& cFiling)
 {
-    if (m_cStation.cFiledCuts.IsUnchanged(*cCut))
+    if (m_cStation.cFiledCuts.IsUnchanged(*cCut) && StandsWhereAssigned(*cCut))
         return;
     const TextKey cKey = cCut->Key();
     const std::int32_t lLevel = cCut->CatLevel();
@@ -247,6 +247,24 @@ void Synchronisation::ModifyCut(const std::shared_ptr<Cut>& cCut, AffectedCats& 
             cAffected.Touch(sName);
     }
     m_cStation.cFiledCuts.Remember(*cCut);
+}
+
+// A host may have taken it out of a category itself.
+bool Synchronisation::StandsWhereAssigned(const Cut& cCut) const
+{
+    const std::int32_t lLevel = cCut.CatLevel();
+    if (lLevel <= 0)
+        return true; // nowhere
+    const std::vector<std::wstring> colNames = AssignedNames(cCut);
+    const TextKey cKey = cCut.Key();
+    return std::all_of(colNames.begin(), colNames.end(),
+                       [&](const std::wstring& sName)
+                       {
+                           const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName);
+                           const std::shared_ptr<clsCat> cSubCat =
+                               cMainCat ? cMainCat->SubCat(lLevel) : nullptr;
+                           return sName.empty() || (cSubCat && cSubCat->SchedCuts()->Exists(cKey));
+                       });
 }
 
 void Synchronisation::Refile(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected, Filing& cFiling)

@@ -118,6 +118,7 @@ private:
     void HandleRemoved(const Cuts& colCuts);
     void AddCuts(const Cuts& colCuts, AffectedCats& cAffected, Filing& cFiling);
     void RemoveCuts(const Cuts& colCuts, AffectedCats& cAffected, Filing& cFiling);
+    bool StandsWhereAssigned(const Cut& cCut) const;
     void RemoveEverywhere(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected, Filing& cFiling);
     bool RefreshLibrary(const wchar_t* sLogLine);
 

@@ -649,6 +649,17 @@ TEST_F(SynchronisationTest, WhereACutStandsIsReadFromTheTree)
     EXPECT_EQ(Order(L"Rock", 3), (Keys{L"a"}));
 }
 
+TEST_F(SynchronisationTest, ACutAHostHasTakenOutItselfIsFiledAgainWhenTheDatabaseSaysSo)
+{
+    const auto cCut = Add(L"a", L"Rock", 1);
+    Start();
+    Level(L"Rock", 1)->RemoveCut(cCut);
+    EXPECT_EQ(cCut->CategoryText(), L"");
+    cCut->SetCategoryText(L"Rock");
+    Modified({cCut});
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
+}
+
 TEST_F(SynchronisationTest, ModifiedCutsThatFailAreReportedOnceUnderModifyCutAndSeenAgainNextTime)
 {
     const auto cBad = Add(L"bad", L"Rock", 1);

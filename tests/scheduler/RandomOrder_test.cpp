@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/RandomOrder.h"
+
+#include "platform/memory/SeededRandom.h"
+#include "support/SyncTest.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace ravlo::test
+{
+namespace
+{
+
+// Gives the fractions it was told to, then 0.
+class FixedRandom final : public Random
+{
+public:
+    explicit FixedRandom(std::vector<double> dFractions) : m_dFractions(std::move(dFractions)) {}
+    void Randomize() override {}
+    double Next() override { return m_lNext < m_dFractions.size() ? m_dFractions[m_lNext++] : 0; }
+
+private:
+    std::vector<double> m_dFractions;
+    std::size_t m_lNext = 0;
+};
+
+using Positions = std::vector<std::size_t>;
+
+TEST(RandomOrder, NothingInNothingOut)
+{
+    SeededRandom cRandom;
+    EXPECT_EQ(RandomOrder(cRandom, 0), Positions());
+    EXPECT_EQ(RandomOrder(cRandom, 1), (Positions{0}));
+}
+
+TEST(RandomOrder, EachDrawTakesOneOfThoseLeftByItsPositionAmongThem)
+{
+    FixedRandom cFirst({0, 0, 0, 0});
+    EXPECT_EQ(RandomOrder(cFirst, 4), (Positions{0, 1, 2, 3}));
+    FixedRandom cLast({0.999, 0.999, 0.999, 0.999});
+    EXPECT_EQ(RandomOrder(cLast, 4), (Positions{3, 2, 1, 0}));
+    FixedRandom cMixed({0.5, 0.34, 0.5, 0.9}); // 2 of 0123, 1 of 013, 1 of 03, 0
+    EXPECT_EQ(RandomOrder(cMixed, 4), (Positions{2, 1, 3, 0}));
+}
+
+TEST(RandomOrder, AFractionOfOneIsTheLastItem)
+{
+    FixedRandom cRandom({1.0, 1.0, 1.0});
+    EXPECT_EQ(RandomOrder(cRandom, 3), (Positions{2, 1, 0}));
+}
+
+TEST(RandomOrder, IsWhatTakingOutOfAListOneByOneGives)
+{
+    for (std::size_t lCount = 0; lCount <= 70; ++lCount)
+    {
+        SeededRandom cRandom(lCount + 1);
+        SeededRandom cSame(lCount + 1);
+        Positions colLeft(lCount);
+        std::iota(colLeft.begin(), colLeft.end(), std::size_t{0});
+        Positions colExpected;
+        while (!colLeft.empty())
+        {
+            const auto lDrawn =
+                static_cast<std::ptrdiff_t>(cSame.Next() * static_cast<double>(colLeft.size()));
+            colExpected.push_back(colLeft[static_cast<std::size_t>(lDrawn)]);
+            colLeft.erase(colLeft.begin() + lDrawn);
+        }
+        EXPECT_EQ(RandomOrder(cRandom, lCount), colExpected) << lCount << " items";
+    }
+}
+
+TEST(RandomOrder, EveryOrderOfFourComesAboutEquallyOften)
+{
+    SeededRandom cRandom(7);
+    std::map<Positions, int> colSeen;
+    for (int lTime = 0; lTime < 24'000; ++lTime)
+        ++colSeen[RandomOrder(cRandom, 4)];
+    EXPECT_EQ(colSeen.size(), 24u);
+    for (const auto& [colOrder, lTimes] : colSeen)
+        EXPECT_NEAR(lTimes, 1000, 170) << testing::PrintToString(colOrder); // over five standard deviations
+}
+
+TEST(RandomOrder, TheManagerSeedsTheGeneratorForEachOrder)
+{
+    RadioWorld cWorld;
+    Library cLib(cWorld);
+    EXPECT_EQ(cLib.cSchedMan->RandomOrderOf(0), Positions());
+    Positions colOrder = cLib.cSchedMan->RandomOrderOf(30);
+    EXPECT_EQ(cWorld.cRandom.lRandomized, 2);
+    EXPECT_FALSE(std::is_sorted(colOrder.begin(), colOrder.end()));
+    std::sort(colOrder.begin(), colOrder.end());
+    Positions colAll(30);
+    std::iota(colAll.begin(), colAll.end(), std::size_t{0});
+    EXPECT_EQ(colOrder, colAll);
+}
+
+} // namespace
+} // namespace ravlo::test
