@@ -1,0 +1,853 @@
+// SPDX-License-Identifier: MIT
+#include "collections/CaseFolding.h"
+#include "media/PlainCut.h"
+#include "support/SyncTest.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <iostream>
+#include <random>
+
+namespace ravlo::test
+{
+namespace
+{
+
+// ---- the reference: what a station is, written with vectors and maps
+
+struct RefCut
+{
+    std::shared_ptr<Cut> cCut; // the database's
+    std::wstring sKey;
+    std::vector<std::wstring> colNames;
+    std::int32_t lLevel;
+    std::int32_t lRunTime;
+    bool bOpener;
+};
+using RefOrder = std::vector<RefCut*>;
+
+struct RefMain
+{
+    std::wstring sName;
+    std::map<std::int32_t, RefOrder> colLevels;
+};
+
+struct RefRecord
+{
+    std::int32_t lLevel;
+    bool bMarker;
+    std::wstring sKey;
+
+    friend bool operator==(const RefRecord&, const RefRecord&) = default;
+};
+
+std::wstring Lower(const std::wstring& sName) { return FoldCase(sName); }
+
+bool HasName(const RefCut& cut, const std::wstring& sName)
+{
+    return std::any_of(cut.colNames.begin(), cut.colNames.end(),
+                       [&](const std::wstring& sOther) { return EqualIgnoringCase(sOther, sName); });
+}
+void AddName(RefCut& cut, const std::wstring& sName)
+{
+    if (!HasName(cut, sName))
+        cut.colNames.push_back(sName);
+}
+void RemoveName(RefCut& cut, const std::wstring& sName)
+{
+    std::erase_if(cut.colNames,
+                  [sGone = sName](const std::wstring& sOther) { return EqualIgnoringCase(sOther, sGone); });
+}
+bool Holds(const RefOrder& colOrder, const RefCut* pCut)
+{
+    return std::find(colOrder.begin(), colOrder.end(), pCut) != colOrder.end();
+}
+
+class Reference
+{
+public:
+    std::vector<std::unique_ptr<RefCut>> colCuts; // in the database's order
+    std::vector<std::unique_ptr<RefMain>> colMains;
+    std::map<std::wstring, std::vector<RefRecord>> colFiles; // by folded name
+    std::vector<std::wstring> colList;                       // the names in the list of categories
+
+    RefMain* Main(const std::wstring& sName) const
+    {
+        for (const auto& pMain : colMains)
+            if (EqualIgnoringCase(pMain->sName, sName))
+                return pMain.get();
+        return nullptr;
+    }
+    RefMain& Ensure(const std::wstring& sName)
+    {
+        if (RefMain* pMain = Main(sName))
+            return *pMain;
+        colMains.push_back(std::make_unique<RefMain>(RefMain{sName, {}}));
+        return *colMains.back();
+    }
+    // True when it was filed; a level that is made is told.
+    bool File(RefCut& cut, RefMain& main, bool& bCreated)
+    {
+        bCreated = bCreated || main.colLevels.count(cut.lLevel) == 0;
+        RefOrder& colOrder = main.colLevels[cut.lLevel];
+        AddName(cut, main.sName);
+        if (Holds(colOrder, &cut))
+            return false;
+        colOrder.push_back(&cut);
+        return true;
+    }
+    void Save(const RefMain& main)
+    {
+        std::vector<RefRecord> colRecords;
+        for (const auto& [lLevel, colOrder] : main.colLevels)
+        {
+            if (colOrder.empty())
+                colRecords.push_back({lLevel, true, L""});
+            for (const RefCut* pCut : colOrder)
+                colRecords.push_back({pCut->lLevel, false, pCut->sKey});
+        }
+        if (!colRecords.empty())
+            colFiles[Lower(main.sName)] = colRecords;
+    }
+    void Save(const std::set<RefMain*>& colAffected)
+    {
+        for (const RefMain* pMain : colAffected)
+            Save(*pMain);
+    }
+    void SaveList()
+    {
+        colList.clear();
+        for (const auto& pMain : colMains)
+            colList.push_back(pMain->sName);
+    }
+    // Files the cut where its names and level say, and nowhere else.
+    void Follow(RefCut& cut, std::set<RefMain*>& colAffected)
+    {
+        for (const auto& pMain : colMains)
+            for (auto& [lLevel, colOrder] : pMain->colLevels)
+                if ((lLevel != cut.lLevel || !HasName(cut, pMain->sName)) && std::erase(colOrder, &cut) > 0)
+                    colAffected.insert(pMain.get());
+        bool bCreated = false;
+        for (const std::wstring& sName : std::vector(cut.colNames))
+        {
+            RefMain& main = Ensure(sName);
+            if (File(cut, main, bCreated))
+                colAffected.insert(&main);
+        }
+    }
+    void Reload()
+    {
+        colMains.clear();
+        bool bCreated = false;
+        for (const auto& pCut : colCuts)
+            for (const std::wstring& sName : pCut->colNames)
+                Ensure(sName);
+        for (const auto& pCut : colCuts)
+            for (const std::wstring& sName : std::vector(pCut->colNames))
+                File(*pCut, Ensure(sName), bCreated);
+        for (const std::wstring& sName : colList)
+            Ensure(sName);
+        for (const auto& pMain : colMains)
+            Apply(*pMain, colFiles[Lower(pMain->sName)]);
+    }
+
+private:
+    static void Apply(RefMain& main, const std::vector<RefRecord>& colRecords)
+    {
+        for (const RefRecord& record : colRecords)
+        {
+            if (main.colLevels.count(record.lLevel) == 0 && !record.bMarker)
+                return;
+            RefOrder& colOrder = main.colLevels[record.lLevel];
+            const auto found = std::find_if(colOrder.begin(), colOrder.end(),
+                                            [&](const RefCut* pCut) { return pCut->sKey == record.sKey; });
+            if (!record.bMarker && found != colOrder.end())
+                std::rotate(found, found + 1, colOrder.end());
+        }
+    }
+};
+
+// ---- a manager and the reference side by side
+
+const std::array<const wchar_t*, 6> sPool{L"Rock", L"Pop", L"Jazz", L"Soul", L"R.E.M.", L"Caf\u00E9"};
+constexpr std::size_t lMostCuts = 20;
+constexpr std::int32_t lMostLevel = 4;
+
+class Model
+{
+public:
+    explicit Model(std::uint32_t lSeed) : m_engine(lSeed)
+    {
+        m_cLib.cSchedMan->SetRotatesAllowed(true);
+        m_cLib.Populate();
+        m_ref.Reload();
+    }
+
+    // One random operation on both; its name, for the trace.
+    const char* Step()
+    {
+        m_cWorld.cMessages.Boxes.clear();
+        m_cWorld.cMessages.Inputs.clear();
+        m_cWorld.cFiles.ClearOperations();
+        m_cLib.cHost.colSaid.clear();
+        struct Operation
+        {
+            const char* sName;
+            unsigned lWeight;
+            void (Model::*run)();
+        };
+        static constexpr std::array operations{
+            Operation{"add", 10, &Model::AddCuts},
+            Operation{"modify", 12, &Model::ModifyCuts},
+            Operation{"remove", 6, &Model::RemoveCuts},
+            Operation{"take out", 6, &Model::TakeOut},
+            Operation{"file", 6, &Model::File},
+            Operation{"unfile", 4, &Model::Unfile},
+            Operation{"create category", 3, &Model::CreateMainCat},
+            Operation{"create level", 4, &Model::CreateLevel},
+            Operation{"delete", 3, &Model::Delete},
+            Operation{"shuffle", 5, &Model::Shuffle},
+            Operation{"move in category", 8, &Model::MoveInCategory},
+            Operation{"mass move", 8, &Model::MassMove},
+            Operation{"mass copy", 5, &Model::MassCopy},
+            Operation{"pick", 14, &Model::PickCut},
+            Operation{"save", 3, &Model::Save},
+            Operation{"reload", 2, &Model::Reload},
+            Operation{"restart", 1, &Model::Restart},
+        };
+        unsigned lTotal = 0;
+        for (const Operation& operation : operations)
+            lTotal += operation.lWeight;
+        unsigned lDrawn = Draw(lTotal);
+        for (const Operation& operation : operations)
+        {
+            if (lDrawn < operation.lWeight)
+            {
+                (this->*operation.run)();
+                return operation.sName;
+            }
+            lDrawn -= operation.lWeight;
+        }
+        return "";
+    }
+
+    void CompareTree()
+    {
+        const CatCollection& colMainCats = *m_cLib.cSchedMan->colMainCats();
+        ASSERT_EQ(colMainCats.Count(), m_ref.colMains.size());
+        for (std::size_t lMain = 0; lMain < colMainCats.Count(); ++lMain)
+            CompareMain(*colMainCats.At(lMain), *colMainCats.KeyAt(lMain), *m_ref.colMains[lMain]);
+        for (const auto& pCut : m_ref.colCuts)
+        {
+            ASSERT_EQ(pCut->cCut->CatLevel(), pCut->lLevel);
+            ASSERT_EQ(pCut->cCut->CategoryNames(), pCut->colNames);
+        }
+    }
+
+    void CompareFiles()
+    {
+        std::string list;
+        for (const std::wstring& sName : m_ref.colList)
+            list += "\r\n" + m_cWorld.cCodePage.Encode(sName);
+        if (m_cWorld.cFiles.FileExists(sMainCatsPath))
+            ASSERT_EQ(m_cWorld.cFiles.Get(sMainCatsPath), list);
+        else
+            ASSERT_TRUE(m_ref.colList.empty());
+        std::set<std::wstring> colThere;
+        for (const std::wstring& sPath : m_cWorld.cFiles.Paths())
+            if (sPath.ends_with(L".sif"))
+                colThere.insert(Lower(sPath));
+        for (const auto& [sName, colRecords] : m_ref.colFiles)
+        {
+            if (colRecords.empty())
+                continue;
+            ASSERT_EQ(colThere.erase(Lower(SifPath(sName))), 1u);
+            ASSERT_EQ(Decoded(m_cWorld.cFiles.Get(SifPath(sName))), colRecords);
+        }
+        ASSERT_TRUE(colThere.empty()) << "a file too many";
+        ASSERT_EQ(m_cWorld.TemporaryFiles(), Lines());
+    }
+
+    void ForgetLog() { m_cWorld.cFiles.Delete(RadioWorld::LogPath()); }
+
+private:
+    unsigned Draw(std::size_t lBelow) { return lBelow == 0 ? 0 : static_cast<unsigned>(m_engine() % lBelow); }
+    bool Chance(unsigned lPercent) { return Draw(100) < lPercent; }
+    std::wstring DrawName()
+    {
+        std::wstring sName = sPool[Draw(sPool.size())];
+        return Chance(10) ? FoldCase(sName) : sName;
+    }
+    std::vector<std::wstring> DrawNames()
+    {
+        RefCut cut{};
+        for (unsigned lLeft = Draw(4); lLeft > 0; --lLeft)
+            AddName(cut, DrawName());
+        return cut.colNames;
+    }
+    std::int32_t DrawLevel() { return 1 + static_cast<std::int32_t>(Draw(lMostLevel)); }
+    RefCut* DrawCut()
+    {
+        return m_ref.colCuts.empty() ? nullptr : m_ref.colCuts[Draw(m_ref.colCuts.size())].get();
+    }
+    RefMain* DrawMain()
+    {
+        return m_ref.colMains.empty() ? nullptr : m_ref.colMains[Draw(m_ref.colMains.size())].get();
+    }
+    // A main category and one of its levels; none when there is none.
+    std::optional<std::pair<RefMain*, std::int32_t>> DrawPlace()
+    {
+        RefMain* pMain = DrawMain();
+        if (!pMain || pMain->colLevels.empty())
+            return std::nullopt;
+        return std::pair(pMain, std::next(pMain->colLevels.begin(), Draw(pMain->colLevels.size()))->first);
+    }
+    std::vector<RefCut*> DrawCuts(unsigned lMost)
+    {
+        std::vector<RefCut*> colDrawn;
+        for (unsigned lLeft = 1 + Draw(lMost); lLeft > 0 && !m_ref.colCuts.empty(); --lLeft)
+            if (RefCut* pCut = DrawCut(); !Holds(colDrawn, pCut))
+                colDrawn.push_back(pCut);
+        return colDrawn;
+    }
+    static Cuts CutsOf(const std::vector<RefCut*>& colRefs)
+    {
+        Cuts colCuts;
+        for (const RefCut* pCut : colRefs)
+            colCuts.push_back(pCut->cCut);
+        return colCuts;
+    }
+    std::shared_ptr<clsCat> CatOf(const RefMain& main) const { return m_cLib.MainCat(main.sName); }
+    std::shared_ptr<clsCat> CatOf(const RefMain& main, std::int32_t lLevel) const
+    {
+        return m_cLib.Level(main.sName, lLevel);
+    }
+    void Announce(void (DataBaseEvents::*pEvent)(const Cuts&), const std::vector<RefCut*>& colRefs)
+    {
+        m_cLib.cDataBase->Announce(pEvent, CutsOf(colRefs));
+    }
+    static void GiveNames(RefCut& cut, std::vector<std::wstring> colNames)
+    {
+        cut.colNames = std::move(colNames);
+        std::wstring sText;
+        for (const std::wstring& sName : cut.colNames)
+            sText += sName + L"/";
+        cut.cCut->SetCategoryText(sText);
+    }
+
+    // ---- operations
+
+    void AddCuts()
+    {
+        std::vector<RefCut*> colNew;
+        std::set<RefMain*> colAffected;
+        for (unsigned lLeft = 1 + Draw(3); lLeft > 0 && m_ref.colCuts.size() < lMostCuts; --lLeft)
+        {
+            auto pCut = std::make_unique<RefCut>();
+            pCut->cCut = NewPlainCut();
+            pCut->sKey = L"M:\\" + std::to_wstring(++m_lKeys) + L".mp3";
+            pCut->cCut->SetKey(pCut->sKey);
+            pCut->cCut->SetArtist(L"Artist " + std::to_wstring(Draw(5)));
+            pCut->cCut->SetTitle(pCut->sKey);
+            pCut->cCut->SetRunTimemS(pCut->lRunTime = static_cast<std::int32_t>(Draw(400'000)));
+            pCut->cCut->SetOpener(pCut->bOpener = Chance(30));
+            pCut->cCut->SetCatLevel(pCut->lLevel = DrawLevel());
+            GiveNames(*pCut, DrawNames());
+            m_cLib.cDataBase->colCuts.push_back(pCut->cCut);
+            colNew.push_back(pCut.get());
+            m_ref.colCuts.push_back(std::move(pCut));
+        }
+        Announce(&DataBaseEvents::CutsAdded, colNew);
+        for (RefCut* pCut : colNew)
+            m_ref.Follow(*pCut, colAffected);
+        m_ref.Save(colAffected);
+    }
+
+    void ModifyCuts()
+    {
+        const std::vector<RefCut*> colCuts = DrawCuts(4);
+        for (RefCut* pCut : colCuts)
+        {
+            if (Chance(50))
+                GiveNames(*pCut, DrawNames());
+            if (Chance(50))
+                pCut->cCut->SetCatLevel(pCut->lLevel = DrawLevel());
+        }
+        Announce(&DataBaseEvents::CutsModified, colCuts);
+        std::set<RefMain*> colAffected;
+        for (RefCut* pCut : colCuts)
+            m_ref.Follow(*pCut, colAffected);
+        m_ref.Save(colAffected);
+    }
+
+    void RemoveCuts()
+    {
+        const std::vector<RefCut*> colCuts = DrawCuts(2);
+        for (const RefCut* pCut : colCuts)
+            m_cLib.cDataBase->Remove(*pCut->cCut);
+        Announce(&DataBaseEvents::CutsRemoved, colCuts);
+        std::set<RefMain*> colAffected;
+        for (RefCut* pCut : colCuts)
+        {
+            pCut->colNames.clear();
+            m_ref.Follow(*pCut, colAffected);
+            EXPECT_EQ(pCut->cCut->CategoryText(), L"");
+            std::erase_if(m_ref.colCuts, [&](const auto& pOwn) { return pOwn.get() == pCut; });
+        }
+        m_ref.Save(colAffected);
+    }
+
+    void TakeOut()
+    {
+        RefCut* pCut = DrawCut();
+        if (!pCut)
+            return;
+        RefMain* pOnly = Chance(70) ? DrawMain() : nullptr;
+        const std::int32_t lGiven = Chance(30) ? DrawLevel() : 0;
+        CatCollection colFrom;
+        m_cLib.cSchedMan->RemoveCutFromCategory(pOnly ? CatOf(*pOnly) : nullptr, pCut->cCut, colFrom, lGiven);
+        std::size_t lFrom = 0;
+        for (const auto& pMain : m_ref.colMains)
+        {
+            const auto level = pMain->colLevels.find(lGiven != 0 ? lGiven : pCut->lLevel);
+            if ((pOnly && pOnly != pMain.get()) || level == pMain->colLevels.end() ||
+                std::erase(level->second, pCut) == 0)
+                continue;
+            RemoveName(*pCut, pMain->sName);
+            EXPECT_TRUE(colFrom.Exists(pMain->sName));
+            ++lFrom;
+        }
+        EXPECT_EQ(colFrom.Count(), lFrom);
+    }
+
+    void File()
+    {
+        RefCut* pCut = DrawCut();
+        RefMain* pMain = DrawMain();
+        if (!pCut || !pMain)
+            return;
+        bool bCreated = false;
+        bool bRefCreated = false;
+        const bool bFiled = CatOf(*pMain)->AddCut(pCut->cCut, bCreated);
+        EXPECT_EQ(bFiled, m_ref.File(*pCut, *pMain, bRefCreated));
+        EXPECT_EQ(bCreated, bRefCreated);
+        Announce(&DataBaseEvents::CutsModified, {pCut}); // a host that edits announces it
+    }
+
+    void Unfile()
+    {
+        RefCut* pCut = DrawCut();
+        const auto place = DrawPlace();
+        if (!pCut || !place)
+            return;
+        const auto [pMain, lLevel] = *place;
+        const bool bThere = std::erase(pMain->colLevels[lLevel], pCut) > 0;
+        EXPECT_EQ(CatOf(*pMain, lLevel)->RemoveCut(pCut->cCut), bThere);
+        if (bThere)
+            RemoveName(*pCut, pMain->sName);
+        Announce(&DataBaseEvents::CutsModified, {pCut});
+    }
+
+    void CreateMainCat()
+    {
+        std::wstring sName = DrawName();
+        const bool bThere = m_ref.Main(sName) != nullptr;
+        EXPECT_EQ(m_cLib.cSchedMan->CreateMainCat(sName), !bThere);
+        if (bThere)
+            return;
+        RefMain& main = m_ref.Ensure(sName);
+        main.colLevels[1];
+        m_ref.Save(main);
+        m_ref.SaveList();
+    }
+
+    void CreateLevel()
+    {
+        RefMain* pMain = DrawMain();
+        if (!pMain)
+            return;
+        const std::int32_t lLevel = DrawLevel();
+        const bool bThere = pMain->colLevels.count(lLevel) != 0;
+        m_cWorld.cMessages.Typed = {std::to_wstring(lLevel)};
+        EXPECT_EQ(m_cLib.cSchedMan->CreateCatLevel(CatOf(*pMain)), !bThere);
+        if (bThere)
+            return;
+        pMain->colLevels[lLevel];
+        m_ref.Save(*pMain);
+    }
+
+    // Main categories (level 0) and levels, as a user ticks them.
+    std::vector<std::pair<RefMain*, std::int32_t>> DrawTicks()
+    {
+        std::vector<std::pair<RefMain*, std::int32_t>> colTicks;
+        for (unsigned lLeft = 1 + Draw(3); lLeft > 0; --lLeft)
+        {
+            if (RefMain* pMain = DrawMain(); pMain && Chance(30))
+                colTicks.push_back({pMain, 0});
+            else if (const auto place = DrawPlace())
+                colTicks.push_back(*place);
+        }
+        return colTicks;
+    }
+    Cats CatsOf(const std::vector<std::pair<RefMain*, std::int32_t>>& colTicks) const
+    {
+        Cats colCats;
+        for (const auto& [pMain, lLevel] : colTicks)
+            colCats.push_back(lLevel == 0 ? CatOf(*pMain) : CatOf(*pMain, lLevel));
+        return colCats;
+    }
+
+    void Delete()
+    {
+        const auto colTicks = DrawTicks();
+        EXPECT_TRUE(m_cLib.cSchedMan->DeleteCats(CatsOf(colTicks)));
+        std::vector<RefMain*> colConcerned;
+        for (const auto& [pMain, lLevel] : colTicks)
+            if (std::find(colConcerned.begin(), colConcerned.end(), pMain) == colConcerned.end())
+                colConcerned.push_back(pMain);
+        for (RefMain* pMain : colConcerned)
+        {
+            std::set<std::int32_t> colLevels;
+            bool bMain = false;
+            for (const auto& [pTicked, lLevel] : colTicks)
+                if (pTicked == pMain)
+                    lLevel == 0 ? static_cast<void>(bMain = true)
+                                : static_cast<void>(colLevels.insert(lLevel));
+            if (colLevels.empty())
+                for (const auto& [lLevel, colOrder] : pMain->colLevels)
+                    colLevels.insert(lLevel);
+            for (const std::int32_t lLevel : colLevels)
+            {
+                for (RefCut* pCut : pMain->colLevels[lLevel])
+                    RemoveName(*pCut, pMain->sName);
+                pMain->colLevels.erase(lLevel);
+            }
+            if (!pMain->colLevels.empty())
+            {
+                m_ref.Save(*pMain);
+                continue;
+            }
+            m_ref.colFiles.erase(Lower(pMain->sName));
+            if (!bMain)
+                continue;
+            std::erase_if(m_ref.colMains, [&](const auto& pOwn) { return pOwn.get() == pMain; });
+            m_ref.SaveList();
+        }
+    }
+
+    void Shuffle()
+    {
+        const auto colTicks = DrawTicks();
+        m_cLib.cSchedMan->ShuffleCategories(CatsOf(colTicks));
+        // Main category by main category, each level once; a main category stands for all its levels.
+        std::vector<std::pair<RefMain*, std::vector<std::int32_t>>> colChosen;
+        for (const auto& [pMain, lLevel] : colTicks)
+        {
+            auto found =
+                std::find_if(colChosen.begin(), colChosen.end(),
+                             [&, pSought = pMain](const auto& chosen) { return chosen.first == pSought; });
+            if (found == colChosen.end())
+                found = colChosen.insert(colChosen.end(), {pMain, {}});
+            if (std::find(found->second.begin(), found->second.end(), lLevel) == found->second.end())
+                found->second.push_back(lLevel);
+        }
+        for (auto& [pMain, colLevels] : colChosen)
+        {
+            if (std::find(colLevels.begin(), colLevels.end(), 0) != colLevels.end())
+            {
+                colLevels.clear();
+                for (const auto& [lLevel, colOrder] : pMain->colLevels)
+                    colLevels.push_back(lLevel);
+            }
+            for (const std::int32_t lLevel : colLevels)
+            {
+                RefOrder& colOrder = pMain->colLevels[lLevel];
+                RefOrder colShuffled;
+                while (!colOrder.empty())
+                {
+                    const auto lDrawn = static_cast<std::ptrdiff_t>(m_cSameChance.Next() *
+                                                                    static_cast<double>(colOrder.size()));
+                    colShuffled.push_back(colOrder[static_cast<std::size_t>(lDrawn)]);
+                    colOrder.erase(colOrder.begin() + lDrawn);
+                }
+                colOrder = colShuffled;
+            }
+            m_ref.Save(*pMain);
+        }
+    }
+
+    void MoveInCategory()
+    {
+        const auto place = DrawPlace();
+        if (!place)
+            return;
+        const auto [pMain, lLevel] = *place;
+        RefOrder& colOrder = pMain->colLevels[lLevel];
+        std::vector<RefCut*> colMoved = DrawCuts(3);
+        for (RefCut* pCut : colOrder)
+            if (Chance(30) && !Holds(colMoved, pCut))
+                colMoved.push_back(pCut);
+        const std::int32_t lPosInto = static_cast<std::int32_t>(Draw(colOrder.size() + 5)) - 2;
+        m_cLib.cSchedMan->MoveCutsInCategory(CatOf(*pMain, lLevel), CutsOf(colMoved), lPosInto);
+        std::erase_if(colMoved, [&](const RefCut* pCut) { return !Holds(colOrder, pCut); });
+        if (colMoved.empty())
+            return;
+        RefOrder colNew;
+        for (std::size_t lAt = 0; lAt <= colOrder.size(); ++lAt)
+        {
+            const auto lInto = static_cast<std::size_t>(
+                std::clamp<std::int32_t>(lPosInto, 1, static_cast<std::int32_t>(colOrder.size()) + 1));
+            if (lAt + 1 == lInto)
+                colNew.insert(colNew.end(), colMoved.begin(), colMoved.end());
+            if (lAt < colOrder.size() && !Holds(colMoved, colOrder[lAt]))
+                colNew.push_back(colOrder[lAt]);
+        }
+        colOrder = colNew;
+        m_ref.Save(*pMain);
+    }
+
+    void MassMove()
+    {
+        const auto place = DrawPlace();
+        const auto source = DrawPlace();
+        const std::vector<RefCut*> colCuts = DrawCuts(5);
+        if (!place || !source)
+            return;
+        RefMain* pTo = place->first;
+        const std::int32_t lTo = Chance(30) ? 0 : place->second;
+        const bool bExclusive = Chance(40);
+        bool bCreated = false;
+        bool bRefCreated = false;
+        m_cLib.cSchedMan->DoMassCatChange(
+            bExclusive ? eMoveExclusiveHere : eMoveHere, {CatOf(*source->first, source->second)},
+            lTo == 0 ? CatOf(*pTo) : CatOf(*pTo, lTo), CutsOf(colCuts), bCreated);
+        std::set<RefMain*> colAffected;
+        for (RefCut* pCut : colCuts)
+        {
+            const std::int32_t lOldLevel = pCut->lLevel;
+            if (lTo != 0)
+                pCut->lLevel = lTo;
+            for (const auto& pMain : m_ref.colMains)
+                for (auto& [lLevel, colOrder] : pMain->colLevels)
+                    if (pMain.get() != pTo && Holds(colOrder, pCut) &&
+                        (bExclusive || std::pair(pMain.get(), lLevel) == *source))
+                        RemoveName(*pCut, pMain->sName);
+            AddName(*pCut, pTo->sName);
+            for (const std::wstring& sName : pCut->colNames) // its number is in every file it stands in
+                if (lOldLevel != pCut->lLevel)
+                    colAffected.insert(m_ref.Main(sName));
+            const auto lLevelsBefore = CountLevels();
+            m_ref.Follow(*pCut, colAffected);
+            bRefCreated = bRefCreated || CountLevels() != lLevelsBefore;
+            colAffected.insert(pTo);
+        }
+        EXPECT_EQ(bCreated, bRefCreated);
+        m_ref.Save(colAffected);
+    }
+    std::size_t CountLevels() const
+    {
+        std::size_t lCount = 0;
+        for (const auto& pMain : m_ref.colMains)
+            lCount += pMain->colLevels.size();
+        return lCount;
+    }
+
+    void MassCopy()
+    {
+        const auto place = DrawPlace();
+        std::vector<RefCut*> colCuts = DrawCuts(5);
+        if (!place)
+            return;
+        RefMain* pTo = place->first;
+        const std::int32_t lTo = Chance(50) ? 0 : place->second;
+        // The windows let only cuts of the same number be copied into a level.
+        std::erase_if(colCuts, [&](const RefCut* pCut) { return lTo != 0 && pCut->lLevel != lTo; });
+        bool bCreated = false;
+        bool bRefCreated = false;
+        m_cLib.cSchedMan->DoMassCatChange(eCopyHere, {CatOf(*pTo, place->second)},
+                                          lTo == 0 ? CatOf(*pTo) : CatOf(*pTo, lTo), CutsOf(colCuts),
+                                          bCreated);
+        bool bFiled = false;
+        for (RefCut* pCut : colCuts)
+            bFiled = m_ref.File(*pCut, *pTo, bRefCreated) || bFiled;
+        EXPECT_EQ(bCreated, bRefCreated);
+        if (bFiled)
+            m_ref.Save(*pTo);
+    }
+
+    void PickCut()
+    {
+        const std::wstring sName = DrawName();
+        const std::int32_t lLevel = DrawLevel();
+        const bool bOpener = Chance(40);
+        const bool bSave = Chance(60);
+        std::shared_ptr<clsCat> cMainCat;
+        std::shared_ptr<clsCat> cSubCat;
+        std::wstring sMainCatKey;
+        const std::shared_ptr<Cut> cPicked =
+            m_cLib.cSchedMan->NextCutFromRotation(sName + L"\t" + std::to_wstring(lLevel), bOpener, nullptr,
+                                                  cMainCat, cSubCat, sMainCatKey, Chance(50), bSave);
+        ASSERT_TRUE(cPicked);
+        RefMain* pMain = m_ref.Main(sName);
+        if (!pMain || pMain->colLevels.count(lLevel) == 0)
+        {
+            EXPECT_EQ(cPicked->KindCode(), pMain ? eKindLevelNotFound : eKindMainCatNotFound);
+            return;
+        }
+        RefOrder& colOrder = pMain->colLevels[lLevel];
+        const bool bEmpty = colOrder.empty();
+        const RefCut* pChosen = nullptr;
+        for (std::size_t lLeft = colOrder.size(); lLeft > 0 && !pChosen; --lLeft)
+        {
+            RefCut* pHead = colOrder.front();
+            std::rotate(colOrder.begin(), colOrder.begin() + 1, colOrder.end());
+            if (!bOpener || pHead->bOpener)
+                pChosen = pHead;
+        }
+        EXPECT_EQ(cPicked->KindCode(), pChosen  ? eKindChosen
+                                       : bEmpty ? eKindLevelEmpty
+                                                : eKindNothingSchedulable);
+        EXPECT_EQ(cPicked->Key().Text(), pChosen ? pChosen->sKey : L"");
+        if (bSave && !bEmpty)
+            m_ref.Save(*pMain);
+    }
+
+    void Save()
+    {
+        if (RefMain* pMain = DrawMain(); pMain && Chance(50))
+        {
+            EXPECT_EQ(m_cLib.cSchedMan->SaveHistoryAndOrdering(CatOf(*pMain)), !pMain->colLevels.empty());
+            m_ref.Save(*pMain);
+            return;
+        }
+        bool bAll = true;
+        for (const auto& pMain : m_ref.colMains)
+        {
+            bAll = bAll && !pMain->colLevels.empty();
+            m_ref.Save(*pMain);
+        }
+        EXPECT_EQ(m_cLib.cSchedMan->SaveHistoryAndOrdering(nullptr), bAll);
+        EXPECT_TRUE(m_cLib.cSchedMan->SaveCatNames());
+        m_ref.SaveList();
+        CompareFiles();
+    }
+
+    void Reload()
+    {
+        CompareFiles();
+        m_cLib.Populate();
+        m_ref.Reload();
+    }
+
+    void Restart()
+    {
+        m_cLib.Restart();
+        m_cLib.cSchedMan->SetRotatesAllowed(true);
+        m_ref.SaveList();
+        m_ref.Reload();
+        CompareFiles();
+    }
+
+    // ---- comparing
+
+    static void CompareMain(clsCat& cMainCat, const TextKey& cKey, const RefMain& main)
+    {
+        ASSERT_EQ(cMainCat.CatName(), main.sName);
+        ASSERT_TRUE(EqualIgnoringCase(cKey.Text(), main.sName + L"\t0"));
+        const CatCollection& colSubCats = *cMainCat.SubCats();
+        ASSERT_EQ(colSubCats.Count(), main.colLevels.size());
+        std::size_t lAt = 0;
+        for (const auto& [lLevel, colOrder] : main.colLevels)
+        {
+            clsCat& cSubCat = *colSubCats.At(lAt);
+            ASSERT_EQ(cSubCat.CatLevel(), lLevel);
+            ASSERT_EQ(cSubCat.CatName(), main.sName);
+            ASSERT_EQ(cSubCat.MainCat().get(), &cMainCat);
+            ASSERT_EQ(colSubCats.KeyAt(lAt++)->Text(), std::to_wstring(lLevel));
+            CompareLevel(cSubCat, colOrder);
+        }
+    }
+
+    static void CompareLevel(clsCat& cSubCat, const RefOrder& colOrder)
+    {
+        const CutCollection& colCuts = *cSubCat.SchedCuts();
+        ASSERT_EQ(colCuts.Count(), colOrder.size());
+        ASSERT_EQ(cSubCat.TotalCuts(), static_cast<std::int32_t>(colOrder.size()));
+        std::int64_t lTotal = 0;
+        for (std::size_t lAt = 0; lAt < colOrder.size(); ++lAt)
+        {
+            ASSERT_EQ(colCuts.At(lAt), colOrder[lAt]->cCut);
+            ASSERT_EQ(colCuts.KeyAt(lAt)->Text(), colOrder[lAt]->sKey);
+            lTotal += colOrder[lAt]->lRunTime;
+        }
+        const double dAverage =
+            colOrder.empty() ? 0 : static_cast<double>(lTotal) / static_cast<double>(colOrder.size());
+        ASSERT_EQ(cSubCat.AverageRunTimemS(), static_cast<std::int32_t>(std::nearbyint(dAverage)));
+    }
+
+    std::vector<RefRecord> Decoded(const std::string& bytes) const
+    {
+        constexpr std::size_t lSize = 1983;
+        std::vector<RefRecord> colRecords;
+        EXPECT_EQ(bytes.size() % lSize, 0u);
+        for (std::size_t lAt = 0; lAt + lSize <= bytes.size(); lAt += lSize)
+        {
+            const auto Byte = [&](std::size_t lOffset)
+            { return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[lAt + lOffset])); };
+            const std::uint32_t lLevel = Byte(765) | Byte(766) << 8 | Byte(767) << 16 | Byte(768) << 24;
+            const std::uint32_t lMarker = Byte(769) | Byte(770) << 8;
+            EXPECT_TRUE(lMarker == 0 || lMarker == 0xFFFF);
+            const std::string path = bytes.substr(lAt + 510, 255);
+            const std::string key = lMarker == 0 ? path.substr(0, path.find_last_not_of(' ') + 1) : "";
+            if (lMarker != 0)
+            {
+                EXPECT_EQ(bytes.substr(lAt, 765), std::string(765, '\0'));
+            }
+            EXPECT_EQ(bytes.find_first_not_of('\0', lAt + 771) < lAt + lSize, false);
+            colRecords.push_back({static_cast<std::int32_t>(lLevel), lMarker != 0, {key.begin(), key.end()}});
+        }
+        return colRecords;
+    }
+
+    std::mt19937 m_engine;
+    RadioWorld m_cWorld;
+    Library m_cLib{m_cWorld};
+    SeededRandom m_cSameChance; // draws what the manager's draws
+    Reference m_ref;
+    unsigned m_lKeys = 0;
+};
+
+void RunModel(std::uint32_t lSeed, int lSteps)
+{
+    SCOPED_TRACE("RAVLO_MODEL_SEED=" + std::to_string(lSeed));
+    Model cModel(lSeed);
+    for (int lStep = 1; lStep <= lSteps; ++lStep)
+    {
+        const char* sOperation = cModel.Step();
+        cModel.CompareTree();
+        if (lStep % 50 == 0)
+            cModel.CompareFiles();
+        if (lStep % 1000 == 0)
+            cModel.ForgetLog();
+        ASSERT_FALSE(testing::Test::HasFailure()) << "step " << lStep << ": " << sOperation;
+    }
+}
+
+TEST(Model, AHundredThousandRandomOperationsAgreeWithAPlainReference)
+{
+    constexpr int lSeeds = 4;
+    constexpr int lSteps = 25'000;
+    const char* sGiven = std::getenv("RAVLO_MODEL_SEED");
+    const std::uint32_t lFirst = sGiven ? static_cast<std::uint32_t>(std::strtoul(sGiven, nullptr, 10)) : 1;
+    for (std::uint32_t lSeed = lFirst; lSeed < lFirst + (sGiven ? 1 : lSeeds); ++lSeed)
+    {
+        std::cout << "seed " << lSeed << std::endl;
+        RunModel(lSeed, lSteps);
+        ASSERT_FALSE(HasFatalFailure());
+    }
+}
+
+} // namespace
+} // namespace ravlo::test
