@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/CategoryTree.h"
+
+#include "support/SchedulerTest.h"
+#include "ui/library/LibraryFilling.h"
+
+#include <gtest/gtest.h>
+
+namespace ravlo::test
+{
+namespace
+{
+
+using Node = CategoryTree::Node;
+
+class CategoryTreeTest : public testing::Test
+{
+protected:
+    // The tree as lines of text, children after their parent and indented; "*" ticked, "+" open.
+    std::wstring Picture(Node lNode = 0, std::wstring sIndent = L"") const
+    {
+        if (cTree.Count() == 0)
+            return L"";
+        const CategoryTree::Entry& entry = cTree.At(lNode);
+        std::wstring sText =
+            sIndent + entry.sText + (entry.bChecked ? L"*" : L"") + (entry.bOpen ? L"+" : L"") + L"\n";
+        for (const Node lChild : entry.colChildren)
+            sText += Picture(lChild, sIndent + L" ");
+        return sText;
+    }
+    void Populate() { PopulateTreeView(cLibrary.cSchedMan->colMainCats().get(), cTree); }
+    Node At(const std::wstring& sName, std::int32_t lLevel) const
+    {
+        return cTree.Find(CategoryKey(sName, lLevel)).value();
+    }
+
+    RadioWorld cWorld;
+    Library cLibrary{cWorld};
+    CategoryTree cTree;
+};
+
+TEST_F(CategoryTreeTest, WithoutMainCategoriesOfAnyKindItIsEmpty)
+{
+    Populate();
+    EXPECT_EQ(cTree.Count(), 0u);
+}
+
+TEST_F(CategoryTreeTest, WithNoMainCategoryItIsTheExpandedRootAlone)
+{
+    cLibrary.Populate();
+    Populate();
+    EXPECT_EQ(Picture(), L"ALL AUDIO\n");
+    EXPECT_EQ(cTree.At(0).sKey, L"ALL AUDIO\t0");
+    EXPECT_TRUE(cTree.At(0).bExpanded);
+    EXPECT_TRUE(cTree.At(0).bSorted);
+}
+
+TEST_F(CategoryTreeTest, CategoriesAndLevelsAreSortedByTextWhateverTheirCase)
+{
+    cLibrary.cDataBase->Add(L"a", L"Rock/blues", 10);
+    cLibrary.cDataBase->Add(L"b", L"Rock", 2);
+    cLibrary.cDataBase->Add(L"c", L"Rock/Charts", 1);
+    cLibrary.Populate();
+    Populate();
+    EXPECT_EQ(Picture(), L"ALL AUDIO\n blues\n  10\n Charts\n  1\n Rock\n  1\n  10\n  2\n");
+    EXPECT_EQ(cTree.At(At(L"ROCK", 10)).sKey, L"Rock\t10");
+}
+
+TEST_F(CategoryTreeTest, ACategoryCalledAllAudioInAnyCaseIsLeftOut)
+{
+    cLibrary.cDataBase->Add(L"a", L"all Audio", 1);
+    cLibrary.cDataBase->Add(L"b", L"Rock", 1);
+    cLibrary.Populate();
+    Populate();
+    EXPECT_EQ(Picture(), L"ALL AUDIO\n Rock\n  1\n");
+}
+
+TEST_F(CategoryTreeTest, FillingItAgainForgetsWhatWasThere)
+{
+    cLibrary.cDataBase->Add(L"b", L"Rock", 1);
+    cLibrary.Populate();
+    Populate();
+    cTree.Check(0, true);
+    Populate();
+    EXPECT_EQ(Picture(), L"ALL AUDIO\n Rock\n  1\n");
+}
+
+class FilledTreeTest : public CategoryTreeTest
+{
+protected:
+    FilledTreeTest()
+    {
+        cLibrary.cDataBase->Add(L"a", L"Jazz/Rock", 1);
+        cLibrary.cDataBase->Add(L"b", L"Rock", 2);
+        cLibrary.Populate();
+        Populate();
+    }
+};
+
+TEST_F(FilledTreeTest, TickingTheRootTicksEverythingAndUntickingClearsIt)
+{
+    EXPECT_EQ(cTree.Check(0, true).size(), cTree.Count());
+    EXPECT_EQ(Picture(), L"ALL AUDIO*\n Jazz*\n  1*\n Rock*\n  1*\n  2*\n");
+    cTree.Check(0, false);
+    EXPECT_EQ(Picture(), L"ALL AUDIO\n Jazz\n  1\n Rock\n  1\n  2\n");
+}
+
+TEST_F(FilledTreeTest, TickingAMainCategoryTicksItsLevels)
+{
+    EXPECT_EQ(cTree.Check(At(L"Rock", 0), true),
+              (std::vector<Node>{At(L"Rock", 0), At(L"Rock", 1), At(L"Rock", 2)}));
+    EXPECT_EQ(Picture(), L"ALL AUDIO\n Jazz\n  1\n Rock*\n  1*\n  2*\n");
+    cTree.Check(At(L"Rock", 0), false);
+    EXPECT_EQ(Picture(), L"ALL AUDIO\n Jazz\n  1\n Rock\n  1\n  2\n");
+}
+
+TEST_F(FilledTreeTest, TickingALevelChangesNothingElse)
+{
+    EXPECT_EQ(cTree.Check(At(L"Rock", 2), true), (std::vector<Node>{At(L"Rock", 2)}));
+    EXPECT_EQ(Picture(), L"ALL AUDIO\n Jazz\n  1\n Rock\n  1\n  2*\n");
+}
+
+TEST_F(FilledTreeTest, InvertingFlipsEveryNodeTheRootIncluded)
+{
+    cTree.Check(At(L"Rock", 0), true);
+    cTree.InvertChecks();
+    EXPECT_EQ(Picture(), L"ALL AUDIO*\n Jazz*\n  1*\n Rock\n  1\n  2\n");
+}
+
+TEST_F(FilledTreeTest, TickedNodesComeInShownOrderWithoutTheRoot)
+{
+    cTree.Check(0, true);
+    EXPECT_EQ(cTree.Checked(), (std::vector<Node>{At(L"Jazz", 0), At(L"Jazz", 1), At(L"Rock", 0),
+                                                  At(L"Rock", 1), At(L"Rock", 2)}));
+}
+
+TEST_F(FilledTreeTest, TheShownNodeAndItsParentAreOpenAndNoOther)
+{
+    cTree.ShowAsOpen(L"rock\t2");
+    EXPECT_EQ(Picture(), L"ALL AUDIO\n Jazz\n  1\n Rock+\n  1\n  2+\n");
+    cTree.ShowAsOpen(L"JAZZ\t0");
+    EXPECT_EQ(Picture(), L"ALL AUDIO+\n Jazz+\n  1\n Rock\n  1\n  2\n");
+    cTree.ShowAsOpen(L"Nothing\t0");
+    EXPECT_EQ(Picture(), L"ALL AUDIO\n Jazz\n  1\n Rock\n  1\n  2\n");
+}
+
+TEST_F(FilledTreeTest, TheRootCannotBeCollapsed)
+{
+    cTree.SetExpanded(0, false);
+    cTree.SetExpanded(At(L"Rock", 0), true);
+    EXPECT_EQ(cTree.ExpandedKeys(), (Keys{L"ALL AUDIO\t0", L"Rock\t0"}));
+    cTree.SetExpanded(At(L"Rock", 0), false);
+    EXPECT_EQ(cTree.ExpandedKeys(), (Keys{L"ALL AUDIO\t0"}));
+}
+
+TEST_F(FilledTreeTest, ANodeThatIsThereAlreadyOrHasNoParentIsLeftOut)
+{
+    const std::size_t lCount = cTree.Count();
+    cTree.AddNode(CategoryKey(sAllAudio, 0), L"ROCK\t0", L"again", sImageClosed);
+    cTree.AddNode(L"Nowhere\t0", L"Nowhere\t1", L"1", sImageClosed);
+    EXPECT_EQ(cTree.Count(), lCount);
+}
+
+TEST(CategoryTreeOrderTest, ChildrenThatAreThereAlreadyAreSortedToo)
+{
+    CategoryTree cTree;
+    cTree.AddNode(L"", L"root", L"root", sImageClosed);
+    for (const wchar_t* sText : {L"c", L"A", L"b"})
+        cTree.AddNode(L"root", sText, sText, sImageClosed);
+    EXPECT_EQ(cTree.At(0).colChildren, (std::vector<Node>{1, 2, 3}));
+    cTree.SetSorted(L"root");
+    EXPECT_EQ(cTree.At(0).colChildren, (std::vector<Node>{2, 3, 1}));
+}
+
+} // namespace
+} // namespace ravlo::test
