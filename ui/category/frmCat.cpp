@@ -60,6 +60,8 @@ std::int32_t frmCat::ShowUI(std::shared_ptr<clsSchedMan> cSchedMan, CategoryRequ
     m_cSchedMan = std::move(cSchedMan);
     m_cCut = request.bAllowMultiSelect ? request.cCut : nullptr;
     m_bCancelled = true;
+    m_colNames.reset();
+    ForgetEdits(RulesPane::Category);
     Open(request);
     Choose(request);
     m_cView.ShowModal();
