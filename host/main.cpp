@@ -2,7 +2,7 @@
 #include "com/kit/Errors.h"
 #include "host/client/Commands.h"
 #include "host/day/HostError.h"
-#include "ravlobase/Utf8.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 

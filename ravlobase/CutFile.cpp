@@ -4,7 +4,7 @@
 #include "collections/CaseFolding.h"
 #include "ravlobase/FilePath.h"
 #include "ravlobase/StoreErrors.h"
-#include "ravlobase/Utf8.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 #include <limits>

@@ -2,7 +2,7 @@
 #include "ravlobase/FilePath.h"
 
 #include "ports/RuntimeError.h"
-#include "ravlobase/Utf8.h"
+#include "text/Utf8.h"
 
 #include <fstream>
 #include <system_error>

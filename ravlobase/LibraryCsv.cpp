@@ -3,9 +3,9 @@
 
 #include "collections/Text.h"
 #include "ports/RuntimeError.h"
-#include "ravlobase/CsvReader.h"
+#include "text/CsvReader.h"
 #include "ravlobase/StoreErrors.h"
-#include "ravlobase/Utf8.h"
+#include "text/Utf8.h"
 
 #include <limits>
 #include <span>

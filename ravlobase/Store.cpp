@@ -3,7 +3,7 @@
 
 #include "collections/Text.h"
 #include "ravlobase/ArtistTitleIndex.h"
-#include "ravlobase/CsvReader.h"
+#include "text/CsvReader.h"
 #include "ravlobase/CutFile.h"
 #include "ravlobase/FilePath.h"
 #include "ravlobase/LibraryCsv.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ravlobase/CsvReader.h"
+#include "text/CsvReader.h"
 
 #include <csv.h>
 

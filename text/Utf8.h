@@ -8,7 +8,7 @@
 namespace ravlo
 {
 
-// UTF-8 as the database file and the library CSV hold it. Strings are UTF-16 or UTF-32, as wide as wchar_t
+// UTF-8 as the database file and every CSV hold it. Strings are UTF-16 or UTF-32, as wide as wchar_t
 // is.
 
 // Loses nothing a UTF-16 host can hand in: half a surrogate pair becomes the three bytes of its code, and

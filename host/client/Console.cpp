@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/client/Console.h"
 
-#include "ravlobase/Utf8.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/day/CommandLine.h"
 
-#include "ravlobase/Utf8.h"
+#include "text/Utf8.h"
 
 #include <CLI/CLI.hpp>
 

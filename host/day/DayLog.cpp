@@ -2,7 +2,7 @@
 #include "host/day/DayLog.h"
 
 #include "collections/Text.h"
-#include "ravlobase/Utf8.h"
+#include "text/Utf8.h"
 
 #include <cmath>
 #include <map>

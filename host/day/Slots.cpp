@@ -4,8 +4,8 @@
 #include "collections/CaseFolding.h"
 #include "collections/Text.h"
 #include "host/day/HostError.h"
-#include "ravlobase/CsvReader.h"
-#include "ravlobase/Utf8.h"
+#include "text/CsvReader.h"
+#include "text/Utf8.h"
 
 #include <span>
 

@@ -5,6 +5,7 @@
 #include "collections/Text.h"
 #include "platform/posix/PosixText.h"
 #include "ports/RuntimeError.h"
+#include "text/Utf8.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -130,7 +131,7 @@ std::vector<IniUserSettings::Entry> IniUserSettings::Read(const std::wstring& sP
 {
     std::vector<Entry> entries;
     std::wstring sSection;
-    for (std::wstring& sLine : Split(TextOfUtf8(m_cFiles.ReadAll(sPath)), L"\n"))
+    for (std::wstring& sLine : Split(TextFromStore(m_cFiles.ReadAll(sPath)), L"\n"))
     {
         if (!sLine.empty() && sLine.back() == L'\r')
             sLine.pop_back(); // an editor's; one that belongs to a value is written as \000d

@@ -7,10 +7,6 @@
 namespace ravlo
 {
 
-// UTF-8, in which names and settings are kept here. What is no character becomes U+FFFD.
-std::string Utf8Of(std::wstring_view sText);
-std::wstring TextOfUtf8(std::string_view bytes);
-
 // Between paths as hosts write them (backslashes) and as this system does (slashes, UTF-8).
 // Throws 52 for a path this system cannot express: an empty one, or one with a character that is none.
 std::string NativePathOf(const std::wstring& sPath);

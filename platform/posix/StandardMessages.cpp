@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/posix/StandardMessages.h"
 
-#include "platform/posix/PosixText.h"
+#include "text/Utf8.h"
+
 
 #include <cstdio>
 

@@ -18,28 +18,6 @@ namespace ravlo
 namespace
 {
 
-TEST(PosixText, Utf8SurvivesTheRoundTrip)
-{
-    for (const wchar_t c : {L'a', L'\u0080', L'\u07FF', L'\u0800', L'\uFFFD', L'\U00010000', L'\U0010FFFF'})
-        EXPECT_EQ(TextOfUtf8(Utf8Of({&c, 1})), std::wstring(1, c));
-    EXPECT_EQ(Utf8Of(L"a\u00E4\u20AC\U0001F3B5"), "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x8E\xB5");
-}
-
-TEST(PosixText, WhatIsNoCharacterBecomesTheReplacement)
-{
-    const std::wstring sReplacement = L"\uFFFD";
-    EXPECT_EQ(TextOfUtf8("a\xFF"
-                         "b"),
-              L"a\uFFFDb");
-    EXPECT_EQ(TextOfUtf8("\xC3"), sReplacement);           // cut off
-    EXPECT_EQ(TextOfUtf8("\xC0\x80"), L"\uFFFD\uFFFD");    // longer than need be
-    EXPECT_EQ(TextOfUtf8("\xED\xA0\x80").front(), 0xFFFD); // half a pair
-    EXPECT_EQ(TextOfUtf8("\xF4\x90\x80\x80").front(), 0xFFFD);
-    EXPECT_EQ(TextOfUtf8("\xE2\x82x"), L"\uFFFD\uFFFDx");
-    EXPECT_EQ(Utf8Of(std::wstring(1, static_cast<wchar_t>(0xD800))), "\xEF\xBF\xBD");
-    EXPECT_EQ(Utf8Of(std::wstring(1, static_cast<wchar_t>(0x110000))), "\xEF\xBF\xBD");
-}
-
 TEST(PosixText, BackslashesStandForSlashesInPaths)
 {
     EXPECT_EQ(NativePathOf(L"\\home\\\u00FC\\a b.sif"), "/home/\xC3\xBC/a b.sif");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ravlobase/Utf8.h"
+#include "text/Utf8.h"
 
 #include <gtest/gtest.h>
 
