@@ -104,6 +104,8 @@ void Register(const std::string& sName, const std::function<void(benchmark::Stat
         benchmark::RegisterBenchmark(sName.c_str(), [body](benchmark::State& state) { body(state); });
     for (const std::int64_t lSize : ratio.colSizes)
         pBenchmark->Arg(lSize);
+    if (ratio.bWallTime)
+        pBenchmark->UseRealTime();
     pBenchmark->Repetitions(3)->MinTime(0.05);
 }
 

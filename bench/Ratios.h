@@ -23,6 +23,8 @@ struct RatioCase
     std::function<void(benchmark::State&)> subject;
     std::function<void(benchmark::State&)> baseline;
     double dLimit = 0; // the largest ratio that is accepted; 0 for a row that only informs
+    bool bWallTime =
+        false; // compare the time that passes, for work that waits for the disk; else the processor's
 };
 
 // Adds a row group. At the top level of a file of this folder:

@@ -171,7 +171,7 @@ const bool bPopulation = AddRatio({"population, per cut",
                                    3.0});
 const bool bSave =
     AddRatio({"save of an order file, per cut", "one write of the same bytes, flushed and renamed",
-              colFileSizes, &SaveOrder, &WriteSameBytes, 1.5});
+              colFileSizes, &SaveOrder, &WriteSameBytes, 1.5, true});
 const bool bLoad = AddRatio({"load of an order file, per cut", "one read of the same bytes", colFileSizes,
                              &LoadOrder, &ReadSameBytes, 2.0});
 

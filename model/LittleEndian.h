@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <span>
 #include <string_view>
 
 namespace ravlo
@@ -13,7 +13,7 @@ namespace ravlo
 // Fields of fixed-size records, written one by one at explicit offsets, little-endian. The caller sees to it
 // that the field lies inside the bytes.
 
-inline void PutLong(std::string& bytes, std::size_t lOffset, std::int32_t lValue)
+inline void PutLong(std::span<char> bytes, std::size_t lOffset, std::int32_t lValue)
 {
     const auto bits = static_cast<std::uint32_t>(lValue);
     for (std::size_t lByte = 0; lByte < 4; ++lByte)
@@ -28,7 +28,7 @@ inline std::int32_t GetLong(std::string_view bytes, std::size_t lOffset)
     return static_cast<std::int32_t>(bits);
 }
 
-inline void PutInteger(std::string& bytes, std::size_t lOffset, std::int16_t lValue)
+inline void PutInteger(std::span<char> bytes, std::size_t lOffset, std::int16_t lValue)
 {
     const auto bits = static_cast<std::uint16_t>(lValue);
     bytes[lOffset] = static_cast<char>(bits & 0xFFu);
@@ -43,11 +43,11 @@ inline std::int16_t GetInteger(std::string_view bytes, std::size_t lOffset)
 }
 
 // Left-aligned, padded with blanks, cut off when longer than the field.
-inline void PutText(std::string& bytes, std::size_t lOffset, std::size_t lWidth, std::string_view text)
+inline void PutText(std::span<char> bytes, std::size_t lOffset, std::size_t lWidth, std::string_view text)
 {
     const std::size_t lLength = std::min(lWidth, text.size());
-    std::copy_n(text.begin(), lLength, bytes.begin() + static_cast<std::ptrdiff_t>(lOffset));
-    std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(lOffset + lLength), lWidth - lLength, ' ');
+    std::copy_n(text.begin(), lLength, bytes.data() + lOffset);
+    std::fill_n(bytes.data() + lOffset + lLength, lWidth - lLength, ' ');
 }
 
 } // namespace ravlo

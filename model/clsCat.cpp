@@ -177,7 +177,8 @@ clsCat::Filed clsCat::FileInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCre
         bCreatedNewSubCat = true;
     }
     const Filed eFiled = cSubCat->File(cCut, bCreatedNewSubCat);
-    cCut->AddCategoryName(m_sCatName);
+    if (cSubCat->CatName() != m_sCatName) // a level registers its own name, which mostly is this one
+        cCut->AddCategoryName(m_sCatName);
     return eFiled;
 }
 

@@ -12,11 +12,11 @@ namespace ravlo
 namespace
 {
 
-// A cut's names as one text that is the same for the same names in the same order, however they are spelled.
-std::wstring FoldedNames(const Cut& cCut)
+// Names as one text that is the same for the same names in the same order, however they are spelled.
+std::wstring FoldedNames(const std::vector<std::wstring>& colNames)
 {
     std::wstring sText;
-    for (const std::wstring& sName : AssignedNames(cCut))
+    for (const std::wstring& sName : colNames)
         sText += FoldCase(sName) + L'/';
     return sText;
 }
@@ -25,22 +25,39 @@ std::wstring FoldedNames(const Cut& cCut)
 
 std::vector<std::wstring> AssignedNames(const Cut& cCut)
 {
-    std::vector<std::wstring> colNames;
-    for (const std::wstring& sAssignment : cCut.CategoryNames())
+    std::vector<std::wstring> colNames = cCut.CategoryNames();
+    auto kept = colNames.begin();
+    for (std::wstring& sName : colNames)
     {
-        std::wstring sName = sAssignment.substr(0, sAssignment.find(cTab));
-        if (std::none_of(colNames.begin(), colNames.end(),
-                         [&](const std::wstring& sSeen) { return EqualIgnoringCase(sSeen, sName); }))
-            colNames.push_back(std::move(sName));
+        if (const std::size_t lTab = sName.find(cTab); lTab != std::wstring::npos)
+            sName.resize(lTab);
+        const bool bSeen =
+            std::any_of(colNames.begin(), kept,
+                        [&](const std::wstring& sSeen) { return EqualIgnoringCase(sSeen, sName); });
+        if (bSeen)
+            continue;
+        if (&*kept != &sName)
+            *kept = std::move(sName);
+        ++kept;
     }
+    colNames.erase(kept, colNames.end());
     return colNames;
 }
 
 void FiledCuts::Remember(const Cut& cCut)
 {
+    Remember(cCut.Key(), NumberOf(AssignedNames(cCut)), cCut.CatLevel());
+}
+
+void FiledCuts::Remember(const TextKey& cKey, std::uint32_t lNames, std::int32_t lLevel)
+{
+    m_colCuts[cKey] = {lNames, lLevel};
+}
+
+std::uint32_t FiledCuts::NumberOf(const std::vector<std::wstring>& colNames)
+{
     const auto lNext = static_cast<std::uint32_t>(m_colNames.size());
-    const auto names = m_colNames.try_emplace(FoldedNames(cCut), lNext).first;
-    m_colCuts[cCut.Key()] = {names->second, cCut.CatLevel()};
+    return m_colNames.try_emplace(FoldedNames(colNames), lNext).first->second;
 }
 
 bool FiledCuts::IsUnchanged(const Cut& cCut) const
@@ -48,7 +65,7 @@ bool FiledCuts::IsUnchanged(const Cut& cCut) const
     const auto found = m_colCuts.find(cCut.Key());
     if (found == m_colCuts.end() || found->second.lLevel != cCut.CatLevel())
         return false;
-    const auto names = m_colNames.find(FoldedNames(cCut));
+    const auto names = m_colNames.find(FoldedNames(AssignedNames(cCut)));
     return names != m_colNames.end() && names->second == found->second.lNames;
 }
 

@@ -22,6 +22,12 @@ class FiledCuts
 public:
     // The names and level the cut has now are those it is filed under.
     void Remember(const Cut& cCut);
+    // The same for many cuts at once: lNames is NumberOf the cut's names.
+    void Remember(const TextKey& cKey, std::uint32_t lNames, std::int32_t lLevel);
+    // The number under which a list of names is kept, counted from 0; one for lists that are equal without
+    // regard to case.
+    std::uint32_t NumberOf(const std::vector<std::wstring>& colNames);
+    void Reserve(std::size_t lCuts) { m_colCuts.reserve(lCuts); }
     void Forget(const TextKey& cKey) noexcept { m_colCuts.erase(cKey); }
 
     // Whether the cut is known; a cut that was forgotten or never met is not.

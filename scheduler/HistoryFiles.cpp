@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <span>
 
 namespace ravlo
 {
@@ -21,8 +22,9 @@ constexpr std::size_t lAtTitle = 255;
 constexpr std::size_t lAtPath = 510;
 constexpr std::size_t lAtLevel = 765;
 constexpr std::size_t lAtMarker = 769;
+constexpr std::ptrdiff_t lAtReserved = 771;
 constexpr std::size_t lReserved = 1212; // zero bytes up to the record's end
-static_assert(lAtMarker + 2 + lReserved == HistoryFiles::lRecordSize);
+static_assert(lAtReserved + lReserved == HistoryFiles::lRecordSize);
 
 constexpr std::size_t lRecordsPerYield = 50;
 constexpr std::uint32_t lReadPauseMs = 20;
@@ -37,12 +39,17 @@ std::wstring PathOf(const std::wstring& sAppPath, const std::wstring& sCatName)
     return sAppPath + L"Scheduler\\History_and_Ordering\\" + sCatName + L".sif";
 }
 
+// Without the blanks at both ends. A field is mostly padding, so its end is looked at eight bytes at a time.
 std::string_view TrimBlanks(std::string_view bytes)
 {
-    const std::size_t lFirst = bytes.find_first_not_of(' ');
-    if (lFirst == std::string_view::npos)
-        return {};
-    return bytes.substr(lFirst, bytes.find_last_not_of(' ') - lFirst + 1);
+    constexpr std::string_view eightBlanks = "        ";
+    while (bytes.ends_with(eightBlanks))
+        bytes.remove_suffix(eightBlanks.size());
+    while (bytes.ends_with(' '))
+        bytes.remove_suffix(1);
+    while (bytes.starts_with(' '))
+        bytes.remove_prefix(1);
+    return bytes;
 }
 
 } // namespace
@@ -95,6 +102,25 @@ void HistoryFiles::SaveOwed(const CatCollection& colMainCats)
             SaveQuietly(std::shared_ptr(*cMainCat));
 }
 
+// A file's bytes. Every byte is written by the records, so the memory is not cleared first.
+class HistoryFiles::Content
+{
+public:
+    explicit Content(std::size_t lRecords)
+        : m_lSize(lRecords * lRecordSize), m_pBytes(std::make_unique_for_overwrite<char[]>(m_lSize))
+    {
+    }
+    std::span<char> Record(std::size_t lRecord)
+    {
+        return {m_pBytes.get() + lRecord * lRecordSize, lRecordSize};
+    }
+    std::string_view Bytes() const noexcept { return {m_pBytes.get(), m_lSize}; }
+
+private:
+    std::size_t m_lSize;
+    std::unique_ptr<char[]> m_pBytes;
+};
+
 HistoryFiles::Saved HistoryFiles::Save(const std::shared_ptr<clsCat>& cMainCat, Manner eManner)
 {
     if (cMainCat->CatLevel() != 0)
@@ -109,7 +135,8 @@ HistoryFiles::Saved HistoryFiles::Save(const std::shared_ptr<clsCat>& cMainCat, 
         if (cSnapshot.colEntries.empty())
             return Saved::NoRecords;
         RequireFileName(cSnapshot.sCatName);
-        Write(cSnapshot, Fill(cSnapshot, eManner), eManner);
+        const Content cContent = Fill(cSnapshot, eManner);
+        Write(cSnapshot, cContent.Bytes(), eManner);
         m_colOwed.erase(cMainCat->CatID());
         return Saved::Yes;
     }
@@ -141,40 +168,49 @@ HistoryFiles::Snapshot HistoryFiles::TakeSnapshot(const clsCat& cMainCat)
     return cSnapshot;
 }
 
-std::string HistoryFiles::Fill(const Snapshot& cSnapshot, Manner eManner)
+HistoryFiles::Content HistoryFiles::Fill(const Snapshot& cSnapshot, Manner eManner)
 {
-    const CodePage& cCodePage = m_cMod.Outside().cCodePage;
     const std::size_t lTotal = cSnapshot.colEntries.size();
     const bool bTell = TellsProgress(eManner);
     if (bTell)
-        m_cEvents.ProgressStart(L"Saving Ordering and hist for: " + cSnapshot.sCatName, lTotal);
+        m_cEvents.ProgressStart(L"Saving Ordering and hist for: " + cSnapshot.sCatName,
+                                std::ssize(cSnapshot.colEntries));
     ProgressThrottle cThrottle(m_cMod.Outside().cClock);
-    std::string bytes(lTotal * lRecordSize, '\0');
+    Content cContent(lTotal);
     for (std::size_t lEntry = 0; lEntry < lTotal; ++lEntry)
     {
         const Snapshot::Entry& entry = cSnapshot.colEntries[lEntry];
-        const std::size_t lAt = lEntry * lRecordSize;
-        if (entry.cCut)
-        {
-            PutText(bytes, lAt + lAtArtist, lTextWidth, cCodePage.Encode(entry.cCut->Artist()));
-            PutText(bytes, lAt + lAtTitle, lTextWidth, cCodePage.Encode(entry.cCut->Title()));
-            PutText(bytes, lAt + lAtPath, lTextWidth, cCodePage.Encode(entry.cCut->Key().Text()));
-        }
-        PutLong(bytes, lAt + lAtLevel, entry.cCut ? entry.cCut->CatLevel() : entry.lLevel);
-        PutInteger(bytes, lAt + lAtMarker, entry.cCut ? 0 : -1);
+        FillRecord(cContent.Record(lEntry), entry.cCut.get(), entry.lLevel);
         if (bTell && cThrottle.IsDue(lEntry + 1))
         {
             m_cEvents.Progress(L"Saved: " + DecimalText(static_cast<std::int64_t>(lEntry + 1)) + L" of " +
                                    DecimalText(static_cast<std::int64_t>(lTotal)),
-                               lEntry + 1, lTotal);
+                               static_cast<std::int64_t>(lEntry + 1), static_cast<std::int64_t>(lTotal));
             cThrottle.Reported();
             m_cMod.Pump();
         }
     }
-    return bytes;
+    return cContent;
 }
 
-void HistoryFiles::Write(const Snapshot& cSnapshot, const std::string& bytes, Manner eManner)
+// A cut's record, or without a cut the marker of a level that holds none.
+void HistoryFiles::FillRecord(std::span<char> record, const Cut* cCut, std::int32_t lLevelOfMarker) const
+{
+    const CodePage& cCodePage = m_cMod.Outside().cCodePage;
+    if (cCut)
+    {
+        PutText(record, lAtArtist, lTextWidth, cCodePage.Encode(cCut->Artist()));
+        PutText(record, lAtTitle, lTextWidth, cCodePage.Encode(cCut->Title()));
+        PutText(record, lAtPath, lTextWidth, cCodePage.Encode(cCut->Key().Text()));
+    }
+    else
+        std::fill_n(record.begin(), lAtLevel, '\0');
+    PutLong(record, lAtLevel, cCut ? cCut->CatLevel() : lLevelOfMarker);
+    PutInteger(record, lAtMarker, cCut ? 0 : -1);
+    std::fill_n(record.begin() + lAtReserved, lReserved, '\0');
+}
+
+void HistoryFiles::Write(const Snapshot& cSnapshot, std::string_view bytes, Manner eManner)
 {
     const std::size_t lTotal = cSnapshot.colEntries.size();
     if (TellsProgress(eManner))
@@ -257,6 +293,24 @@ struct HistoryFiles::LevelOrder
         colPlaced.push_back(lPosition);
     }
 
+    // A record that names this path: field is its bytes, sPath the same decoded.
+    void Take(const HistoryFiles& cFiles, std::string_view field, const std::wstring& sPath)
+    {
+        // Cuts that stood together mostly stand together still, so the next one is tried first.
+        const std::size_t lNext =
+            colPlaced.empty() || colPlaced.back() == lNowhere ? 0 : colPlaced.back() + 1;
+        if (lNext < colPlaceOf.size() && colPlaceOf[lNext] == lNowhere)
+            if (const TextKey* cKey = colCuts->KeyAt(lNext); cKey && cKey->Text() == sPath)
+                return Place(lNext);
+        const std::optional<std::size_t> lExact = colCuts->PositionOf(sPath);
+        if (lExact && colPlaceOf[*lExact] == lNowhere)
+            Place(*lExact);
+        else if (const auto lAlike = NextAlike(cFiles, std::string(field)))
+            Place(*lAlike);
+        else if (lExact)
+            Place(*lExact); // named twice: the last mention holds
+    }
+
     void Index(const HistoryFiles& cFiles)
     {
         bIndexed = true;
@@ -304,8 +358,8 @@ void HistoryFiles::ApplyHistory(const CatCollection& colMainCats)
                      {
                          try
                          {
-                             if (const auto colRecords = RetrieveHistoryAndOrdering(*cMainCat))
-                                 Apply(*cMainCat, *colRecords);
+                             if (const auto bytes = RetrieveHistoryAndOrdering(*cMainCat))
+                                 Apply(*cMainCat, *bytes);
                              return true;
                          }
                          catch (...)
@@ -316,8 +370,7 @@ void HistoryFiles::ApplyHistory(const CatCollection& colMainCats)
                      });
 }
 
-std::optional<std::vector<HistoryFiles::Record>>
-HistoryFiles::RetrieveHistoryAndOrdering(const clsCat& cMainCat)
+std::optional<std::string> HistoryFiles::RetrieveHistoryAndOrdering(const clsCat& cMainCat)
 {
     if (cMainCat.CatLevel() != 0)
     {
@@ -330,7 +383,7 @@ HistoryFiles::RetrieveHistoryAndOrdering(const clsCat& cMainCat)
     m_colNotApplied.erase(FoldCase(sPath));
     if (!CanBeFileName(cMainCat.CatName()) || !cFiles.FileExists(sPath))
         return std::nullopt;
-    const std::string bytes = cFiles.ReadAll(sPath);
+    std::string bytes = cFiles.ReadAll(sPath);
     const std::size_t lCount = bytes.size() / lRecordSize;
     if (bytes.size() % lRecordSize != 0)
     {
@@ -338,17 +391,12 @@ HistoryFiles::RetrieveHistoryAndOrdering(const clsCat& cMainCat)
         m_colNotApplied.insert(FoldCase(sPath));
         return std::nullopt;
     }
-    std::vector<Record> colRecords;
     if (lCount == 0)
-        return colRecords;
+        return bytes;
     m_cEvents.ProgressStart(L"Getting Ordering and Scheduler History for: " + cMainCat.CatName(), lCount);
     ProgressThrottle cThrottle(m_cMod.Outside().cClock);
-    colRecords.reserve(lCount);
     for (std::size_t lRecord = 0; lRecord < lCount; ++lRecord)
     {
-        const std::string_view record = std::string_view(bytes).substr(lRecord * lRecordSize, lRecordSize);
-        colRecords.push_back({GetLong(record, lAtLevel), GetInteger(record, lAtMarker) != 0,
-                              std::string(TrimBlanks(record.substr(lAtPath, lTextWidth)))});
         if (!cThrottle.IsDue(lRecord + 1))
             continue;
         m_cMod.Sleep(lReadPauseMs);
@@ -359,42 +407,38 @@ HistoryFiles::RetrieveHistoryAndOrdering(const clsCat& cMainCat)
     }
     m_cMod.Pump();
     m_cEvents.ProgressDone(L"Got Scheduler [from file] Info for: " + cMainCat.CatName());
-    return colRecords;
+    return bytes;
 }
 
-void HistoryFiles::Apply(clsCat& cMainCat, const std::vector<Record>& colRecords)
+void HistoryFiles::Apply(clsCat& cMainCat, std::string_view bytes)
 {
-    const CodePage& cCodePage = m_cMod.Outside().cCodePage;
     std::unordered_map<std::int32_t, LevelOrder> colLevels;
-    for (const Record& record : colRecords)
+    LevelOrder* cLevel = nullptr; // of the record before: a level's records stand together
+    for (; bytes.size() >= lRecordSize; bytes.remove_prefix(lRecordSize))
     {
+        const Record record{GetLong(bytes, lAtLevel), GetInteger(bytes, lAtMarker) != 0,
+                            TrimBlanks(bytes.substr(lAtPath, lTextWidth))};
         if (record.lLevel == 0)
             continue;
-        auto level = colLevels.find(record.lLevel);
-        if (level == colLevels.end())
+        if (!cLevel || cLevel->cSubCat->CatLevel() != record.lLevel)
         {
-            if (!EnsureLevel(cMainCat, record))
-            {
-                m_colNotApplied.insert(FoldCase(ReadPathOf(cMainCat.CatName())));
-                if (record.bLevelMarker)
-                    continue;
-                break;
-            }
-            level = colLevels.try_emplace(record.lLevel, cMainCat.SubCat(record.lLevel)).first;
+            const auto found = colLevels.find(record.lLevel);
+            cLevel = found == colLevels.end() ? nullptr : &found->second;
         }
-        if (record.bLevelMarker)
-            continue;
-        LevelOrder& cLevel = level->second;
-        const std::optional<std::size_t> lExact = cLevel.colCuts->PositionOf(cCodePage.Decode(record.path));
-        if (lExact && cLevel.colPlaceOf[*lExact] == LevelOrder::lNowhere)
-            cLevel.Place(*lExact);
-        else if (const auto lAlike = cLevel.NextAlike(*this, record.path))
-            cLevel.Place(*lAlike);
-        else if (lExact)
-            cLevel.Place(*lExact); // named twice: the last mention holds
+        if (!cLevel && !EnsureLevel(cMainCat, record))
+        {
+            m_colNotApplied.insert(FoldCase(ReadPathOf(cMainCat.CatName())));
+            if (record.bLevelMarker)
+                continue;
+            break;
+        }
+        if (!cLevel)
+            cLevel = &colLevels.try_emplace(record.lLevel, cMainCat.SubCat(record.lLevel)).first->second;
+        if (!record.bLevelMarker)
+            cLevel->Take(*this, record.path, m_cMod.Outside().cCodePage.Decode(record.path));
     }
-    for (auto& [lLevel, cLevel] : colLevels)
-        cLevel.Finish();
+    for (auto& [lLevel, cFinished] : colLevels)
+        cFinished.Finish();
 }
 
 bool HistoryFiles::EnsureLevel(clsCat& cMainCat, const Record& record)

@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -78,17 +80,19 @@ private:
     {
         std::int32_t lLevel;
         bool bLevelMarker;
-        std::string path; // the field's bytes without blanks at the ends
+        std::string_view path; // the field's bytes without blanks at the ends
     };
-    struct Snapshot;   // what a save writes, taken before the first yield
+    struct Snapshot; // what a save writes, taken before the first yield
+    class Content;
     struct LevelOrder; // a level's new order while records are applied
     Snapshot TakeSnapshot(const clsCat& cMainCat);
-    std::string Fill(const Snapshot& cSnapshot, Manner eManner);
-    void Write(const Snapshot& cSnapshot, const std::string& bytes, Manner eManner);
+    Content Fill(const Snapshot& cSnapshot, Manner eManner);
+    void FillRecord(std::span<char> record, const Cut* cCut, std::int32_t lLevelOfMarker) const;
+    void Write(const Snapshot& cSnapshot, std::string_view bytes, Manner eManner);
 
-    // Nothing: there is no file, or it is damaged.
-    std::optional<std::vector<Record>> RetrieveHistoryAndOrdering(const clsCat& cMainCat);
-    void Apply(clsCat& cMainCat, const std::vector<Record>& colRecords);
+    // The file's records. Nothing: there is no file, or it is damaged.
+    std::optional<std::string> RetrieveHistoryAndOrdering(const clsCat& cMainCat);
+    void Apply(clsCat& cMainCat, std::string_view bytes);
     bool EnsureLevel(clsCat& cMainCat, const Record& record);
 
     std::wstring SavePathOf(const std::wstring& sCatName) const;

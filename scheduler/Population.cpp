@@ -62,6 +62,10 @@ std::shared_ptr<CatCollection> Population::Build(const DataBase& cDataBase)
 {
     m_colMainCats = std::make_shared<CatCollection>();
     const Cuts colCuts = cDataBase.AllCuts();
+    m_colNames.clear();
+    m_colNamesOf.clear();
+    m_colNamesOf.reserve(colCuts.size());
+    m_cFiledCuts.Reserve(colCuts.size());
     CreateCategories(colCuts);
     PlaceCuts(colCuts);
     AddSavedCategories(*m_cCategoryList.GetSavedCatNames());
@@ -71,37 +75,61 @@ std::shared_ptr<CatCollection> Population::Build(const DataBase& cDataBase)
 
 void Population::CreateCategories(const Cuts& colCuts)
 {
-    bool bCreated = false;
     RunPhase(
         L"Initialising Scheduler - creating categories", colCuts,
         [&](const std::shared_ptr<Cut>& cCut)
         {
-            for (const std::wstring& sName : AssignedNames(*cCut))
-                if (sName.empty())
-                    m_cFiling.EmptyName(BoxIcon::None, L"Zero-length cat names are illegal [1]");
-                else
-                    EnsureMainCat(m_cMod, *m_colMainCats, sName, bCreated);
+            m_colNamesOf.push_back(nullptr); // stands when the cut cannot be read
+            m_colNamesOf.back() = &NamesOf(*cCut);
         },
         [](const Cut& cCut, std::size_t)
         {
             const std::vector<std::wstring> colNames = AssignedNames(cCut);
-            return L"Creating: " + (colNames.empty() ? std::wstring() : colNames.back()) +
-                   DecimalText(cCut.CatLevel());
+            return L"Creating: " +
+                   (colNames.empty() ? std::wstring() : colNames.back() + DecimalText(cCut.CatLevel()));
         });
     m_cEvents.ProgressDone(L"Got Main and Sub Categories for scheduler.");
+}
+
+// The main categories of a cut's names, made where they are missing. Few lists of names serve many cuts, so
+// each list is looked at once, whatever number of cuts have it.
+const Population::Names& Population::NamesOf(const Cut& cCut)
+{
+    const std::vector<std::wstring> colNames = AssignedNames(cCut);
+    m_sSpelled.clear();
+    for (const std::wstring& sName : colNames)
+        (m_sSpelled += sName) += cTab;
+    const auto [found, bNew] = m_colNames.try_emplace(m_sSpelled);
+    Names& names = found->second;
+    if (bNew)
+    {
+        bool bCreated = false;
+        names.lNumber = m_cFiledCuts.NumberOf(colNames);
+        for (const std::wstring& sName : colNames)
+            if (sName.empty())
+                names.bEmptyName = true;
+            else
+                names.colMainCats.push_back(EnsureMainCat(m_cMod, *m_colMainCats, sName, bCreated));
+    }
+    if (names.bEmptyName)
+        m_cFiling.EmptyName(BoxIcon::None, L"Zero-length cat names are illegal [1]");
+    return names;
 }
 
 void Population::PlaceCuts(const Cuts& colCuts)
 {
     bool bCreated = false;
+    std::size_t lCut = 0;
     RunPhase(
         L"Creating Scheduler Items", colCuts,
         [&](const std::shared_ptr<Cut>& cCut)
         {
-            for (const std::wstring& sName : AssignedNames(*cCut))
-                if (!sName.empty())
-                    m_cFiling.File(cCut, *EnsureMainCat(m_cMod, *m_colMainCats, sName, bCreated), bCreated);
-            m_cFiledCuts.Remember(*cCut);
+            const Names* pNames = m_colNamesOf[lCut++];
+            if (!pNames)
+                return; // reported with the cuts that could not be handled
+            for (const std::shared_ptr<clsCat>& cMainCat : pNames->colMainCats)
+                m_cFiling.File(cCut, *cMainCat, bCreated);
+            m_cFiledCuts.Remember(cCut->Key(), pNames->lNumber, cCut->CatLevel());
         },
         [](const Cut& cCut, std::size_t lCount)
         {

@@ -11,9 +11,12 @@
 #include "scheduler/modscheduler/ModScheduler.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 namespace ravlo
 {
@@ -45,6 +48,13 @@ private:
     // One pass over the cuts: work for each, and text for the report when one is due. A cut that cannot be
     // read is passed over and counted.
     void RunPhase(const std::wstring& sReason, const Cuts& colCuts, const Work& work, const Text& text);
+    struct Names // of the cuts that spell their names alike
+    {
+        std::uint32_t lNumber = 0; // FiledCuts::NumberOf
+        Cats colMainCats;
+        bool bEmptyName = false;
+    };
+    const Names& NamesOf(const Cut& cCut);
     void CreateCategories(const Cuts& colCuts);
     void PlaceCuts(const Cuts& colCuts);
     void AddSavedCategories(const NameCollection& colNames);
@@ -56,6 +66,9 @@ private:
     FiledCuts& m_cFiledCuts;
     Filing m_cFiling;
     std::shared_ptr<CatCollection> m_colMainCats;
+    std::unordered_map<std::wstring, Names> m_colNames; // by the names as spelled, each ended by a TAB
+    std::wstring m_sSpelled;
+    std::vector<const Names*> m_colNamesOf; // by position of the cut
 };
 
 } // namespace ravlo

@@ -2,6 +2,7 @@
 #include "platform/common/Latin1252CodePage.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <iterator>
 
@@ -22,9 +23,13 @@ constexpr wchar_t aSpecial[] = {
 
 std::string Latin1252CodePage::Encode(std::wstring_view sText) const
 {
-    std::string bytes;
-    bytes.reserve(sText.size());
-    for (const wchar_t c : sText)
+    // Most texts are ASCII to the end; what follows the first other character goes one by one.
+    std::string bytes(sText.size(), '\0');
+    std::size_t lPlain = 0;
+    for (; lPlain < sText.size() && static_cast<std::uint32_t>(sText[lPlain]) < 0x80; ++lPlain)
+        bytes[lPlain] = static_cast<char>(sText[lPlain]);
+    bytes.resize(lPlain);
+    for (const wchar_t c : sText.substr(lPlain))
     {
         const auto lCode = static_cast<std::uint32_t>(c);
         if (lCode < 0x80 || (lCode >= 0xA0 && lCode <= 0xFF))
@@ -43,12 +48,11 @@ std::string Latin1252CodePage::Encode(std::wstring_view sText) const
 
 std::wstring Latin1252CodePage::Decode(std::string_view bytes) const
 {
-    std::wstring sText;
-    sText.reserve(bytes.size());
-    for (const char c : bytes)
+    std::wstring sText(bytes.size(), L'\0');
+    for (std::size_t i = 0; i < bytes.size(); ++i)
     {
-        const auto lByte = static_cast<unsigned char>(c);
-        sText += lByte >= 0x80 && lByte <= 0x9F ? aSpecial[lByte - 0x80] : static_cast<wchar_t>(lByte);
+        const auto lByte = static_cast<unsigned char>(bytes[i]);
+        sText[i] = lByte >= 0x80 && lByte <= 0x9F ? aSpecial[lByte - 0x80] : static_cast<wchar_t>(lByte);
     }
     return sText;
 }
