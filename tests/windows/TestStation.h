@@ -6,10 +6,15 @@
 #include "platform/windows/WindowsMessages.h"
 #include "scheduler/clsSchedMan.h"
 #include "support/FakeDataBase.h"
+#include "ui/controls/windows/Controls.h"
+#include "ui/controls/windows/Window.h"
 #include "ui/windows/SchedulerUi.h"
 #include "windows/Screenshot.h"
 #include "windows/User.h"
 
+#include <gtest/gtest.h>
+
+#include <functional>
 #include <memory>
 #include <string>
 #include <windows.h>
@@ -17,23 +22,46 @@
 namespace ravlo::test
 {
 
-// A playout program as far as windows are concerned: a main window on the test's thread.
-class HostWindow
+// A playout program as far as windows are concerned: a main window on the test's thread, with an edit field
+// that has the focus.
+class HostWindow final : public Window
 {
 public:
-    explicit HostWindow(const wchar_t* sTitle = L"Host")
-        : m_hWindow(::CreateWindowExW(0, L"#32770", sTitle, WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 20, 900,
-                                      600, nullptr, nullptr, ::GetModuleHandleW(nullptr), nullptr))
+    explicit HostWindow(const wchar_t* sTitle = L"Host") : Window(L"RavloTestHost")
     {
+        WindowStart start;
+        start.sTitle = sTitle;
+        start.lStyle = WS_OVERLAPPEDWINDOW | WS_VISIBLE;
+        Create(start);
+        ::SetWindowPos(Handle(), nullptr, 20, 20, 1000, 700, SWP_NOZORDER);
+        hEdit = MakeControl(Handle(), L"EDIT", L"", WS_BORDER, 1);
+        ::MoveWindow(hEdit, 10, 10, 200, 24, TRUE);
+        ::SetForegroundWindow(Handle());
+        ::SetFocus(hEdit);
     }
-    ~HostWindow() { ::DestroyWindow(m_hWindow); }
-    HostWindow(const HostWindow&) = delete;
-    HostWindow& operator=(const HostWindow&) = delete;
 
-    HWND Handle() const { return m_hWindow; }
+    // Runs something on the windows' thread, as a host's timer would.
+    void Run(const User& user, const std::function<void()>& what)
+    {
+        OnRun = what;
+        ::PostMessageW(Handle(), WM_APP, 0, 0);
+        user.Until([this] { return !OnRun; }, "the host's own work");
+    }
+
+    HWND hEdit = nullptr;
 
 private:
-    HWND m_hWindow;
+    LRESULT OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam) override
+    {
+        if (lMessage != WM_APP)
+            return Default(lMessage, wParam, lParam);
+        OnRun();
+        OnRun = nullptr;
+        return 0;
+    }
+    void OnException() noexcept override { ADD_FAILURE() << "the host's window failed"; }
+
+    std::function<void()> OnRun;
 };
 
 // A station whose files and clock are in memory, with real windows, boxes and message loop.
