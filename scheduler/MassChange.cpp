@@ -75,6 +75,8 @@ void MassChange::Copy(const Cuts& colCuts, bool& bCreatedNewSubCats)
     std::size_t lCount = 0;
     for (const std::shared_ptr<Cut>& cCut : colCuts)
     {
+        if (!TargetStands())
+            break; // deleted or reloaded by whoever was called meanwhile
         cBatch.Changing(cCut);
         CopyCut(cCut, bCreatedNewSubCats);
         if (++lCount % lCopiedPerReport != 0)
@@ -84,8 +86,6 @@ void MassChange::Copy(const Cuts& colCuts, bool& bCreatedNewSubCats)
         m_cStation.cEvents.Progress(L"Copying into " + sInto + L" from " + sFrom,
                                     static_cast<std::int64_t>(lCount), std::ssize(colCuts));
         m_cStation.cMod.Pump();
-        if (!TargetStands())
-            break; // deleted or reloaded by whoever was called meanwhile
         cBatch.Begin();
     }
     cBatch.Commit();
@@ -119,6 +119,8 @@ void MassChange::Move(const Cuts& colCuts, bool& bCreatedNewSubCats)
     std::size_t lCount = 0;
     for (const std::shared_ptr<Cut>& cCut : colCuts)
     {
+        if (!TargetStands())
+            break;
         cBatch.Changing(cCut);
         MoveCut(cCut, bCreatedNewSubCats);
         if (++lCount % lMovedPerReport != 0)
@@ -128,8 +130,6 @@ void MassChange::Move(const Cuts& colCuts, bool& bCreatedNewSubCats)
                                         CountText(colCuts.size()),
                                     static_cast<std::int64_t>(lCount), std::ssize(colCuts));
         m_cStation.cMod.Pump();
-        if (!TargetStands())
-            break;
         cBatch.Begin();
     }
     cBatch.Commit();

@@ -263,43 +263,56 @@ void clsSchedMan::SetRotatesAllowed(bool bAllowed) noexcept { m_cParts->bRotates
 
 // ---- editing ----
 
+// Runs an edit of the tree. While a population builds the next tree an edit of the present one would be lost
+// with it, so it is refused.
+template <class Result, class Body>
+Result clsSchedMan::Edit(const wchar_t* sTitle, Result failure, Body&& body)
+{
+    const Call cCall(*this);
+    return TrapCritical(Mod(), sTitle, failure,
+                        [&]
+                        {
+                            if (m_cParts->bPopulating)
+                                throw RuntimeError(
+                                    error::PermissionDenied,
+                                    L"The categories are being read from the database just now");
+                            return body();
+                        });
+}
+
 void clsSchedMan::RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat,
                                         const std::shared_ptr<Cut>& cCut, CatCollection& colMainCatsIN,
                                         std::int32_t LevelToRemoveFrom)
 {
-    Parts& my = *m_cParts;
-    const Call cCall(*this);
-    TrapCritical(my.cMod, L"Error in RemoveCutFromCategory [cSchedMan]", false,
-                 [&]
-                 {
-                     my.cSync.RemoveCutFromCategory(cMainCat, cCut, colMainCatsIN, LevelToRemoveFrom);
-                     return true;
-                 });
+    Edit(L"Error in RemoveCutFromCategory [cSchedMan]", false,
+         [&]
+         {
+             m_cParts->cSync.RemoveCutFromCategory(cMainCat, cCut, colMainCatsIN, LevelToRemoveFrom);
+             return true;
+         });
 }
 
 void clsSchedMan::RemoveCutsFromCategories(const std::vector<CutRemoval>& colRemovals,
                                            const std::function<void(std::size_t lDone)>& progress)
 {
-    const Call cCall(*this);
-    Parts& my = *m_cParts;
-    TrapCritical(my.cMod, L"Error in RemoveCutFromCategory [cSchedMan]", false,
-                 [&]
-                 {
-                     RemoveCuts(my, my.cSync, colRemovals, progress);
-                     return true;
-                 });
+    Edit(L"Error in RemoveCutFromCategory [cSchedMan]", false,
+         [&]
+         {
+             RemoveCuts(*m_cParts, m_cParts->cSync, colRemovals, progress);
+             return true;
+         });
 }
 
 bool clsSchedMan::CreateMainCat(std::wstring& sName)
 {
-    const Call cCall(*this);
-    return m_cParts->cCreation.CreateMainCat(sName);
+    return Edit(L"Error in CreateMainCat [cSchedMan]", false,
+                [&] { return m_cParts->cCreation.CreateMainCat(sName); });
 }
 
 bool clsSchedMan::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
 {
-    const Call cCall(*this);
-    return m_cParts->cCreation.CreateCatLevel(cMainCatIn);
+    return Edit(L"Error in CreateCatLevel [cSchedMan]", false,
+                [&] { return m_cParts->cCreation.CreateCatLevel(cMainCatIn); });
 }
 
 std::vector<std::size_t> clsSchedMan::RandomOrderOf(std::size_t lCount)
@@ -311,21 +324,29 @@ std::vector<std::size_t> clsSchedMan::RandomOrderOf(std::size_t lCount)
 
 void clsSchedMan::ShuffleCategories(const Cats& colCats, bool bConfirmFirst)
 {
-    const Call cCall(*this);
-    m_cParts->cEditing.ShuffleCategories(colCats, bConfirmFirst);
+    Edit(L"Error in ShuffleCategories [cSchedMan]", false,
+         [&]
+         {
+             m_cParts->cEditing.ShuffleCategories(colCats, bConfirmFirst);
+             return true;
+         });
 }
 
 bool clsSchedMan::DeleteCats(const Cats& colCats)
 {
-    const Call cCall(*this);
-    return m_cParts->cEditing.DeleteCats(colCats);
+    return Edit(L"Error in DeleteCats [cSchedMan]", false,
+                [&] { return m_cParts->cEditing.DeleteCats(colCats); });
 }
 
 void clsSchedMan::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
                                      std::int32_t PosInto)
 {
-    const Call cCall(*this);
-    m_cParts->cEditing.MoveCutsInCategory(cCat, colCutsInsert, PosInto);
+    Edit(L"Error in InsertCuts [cSchedMan]", false,
+         [&]
+         {
+             m_cParts->cEditing.MoveCutsInCategory(cCat, colCutsInsert, PosInto);
+             return true;
+         });
 }
 
 std::wstring clsSchedMan::ListCats(const Cats& colCats) const { return ravlo::ListCats(colCats); }
@@ -338,15 +359,13 @@ void clsSchedMan::DoMassCatChange(eCatDragOptions eCatDragOption, const Cats& co
         eCatDragOption == eCopyHere || eCatDragOption == eMoveHere || eCatDragOption == eMoveExclusiveHere;
     if (!bKnown || colSubCatsFrom.empty() || !cSubCatTo)
         return;
-    const Call cCall(*this);
-    Parts& my = *m_cParts;
-    TrapCritical(my.cMod, L"Error in DoMassCatChange [cSchedMan]", false,
-                 [&]
-                 {
-                     MassChange(my, my.cSync, eCatDragOption, colSubCatsFrom, cSubCatTo)
-                         .Run(colCutsToChange, bCreatedNewSubCats);
-                     return true;
-                 });
+    Edit(L"Error in DoMassCatChange [cSchedMan]", false,
+         [&]
+         {
+             MassChange(*m_cParts, m_cParts->cSync, eCatDragOption, colSubCatsFrom, cSubCatTo)
+                 .Run(colCutsToChange, bCreatedNewSubCats);
+             return true;
+         });
 }
 
 // ---- host and windows ----

@@ -68,6 +68,7 @@ public:
     bool SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat);
 
     // Editing categories; what each does is said in CategoryCreation.h, CategoryEditing.h and MassChange.h.
+    // Called from a handler while a population runs, each is refused with error 70 under its own title.
     bool CreateMainCat(std::wstring& sName);
     bool CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn);
     // A new random order of a collection of that many items, for RandomizeCollection: element i is the
@@ -110,7 +111,8 @@ public:
     void ShowHelp();
     // Asks the host to open its cut editor; nothing when it did not answer with a number.
     std::optional<std::int32_t> RaiseEditRequestCutEvent(const std::shared_ptr<Cut>& cCut);
-    // Show the windows until they are closed; nothing happens, and lNotChosen comes back, when there are none.
+    // Show the windows until they are closed; nothing happens, and lNotChosen comes back, when there are
+    // none.
     void ShowLibraryUI();
     std::int32_t ShowCatUI(CategoryRequest& request);
     bool UIShowing() const noexcept;
@@ -122,6 +124,8 @@ public:
 private:
     class Call;
     struct Parts;
+    template <class Result, class Body> Result Edit(const wchar_t* sTitle, Result failure, Body&& body);
+
     std::unique_ptr<Parts> m_cParts;
 };
 
