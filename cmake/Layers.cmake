@@ -40,5 +40,6 @@ function(ravlo_test name)
   target_link_libraries(${name} PRIVATE ${A_DEPENDS} gtest_main gmock)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_compile_options(${name} PRIVATE ${RAVLO_WARNINGS})
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES LABELS ${A_FOLDER} TIMEOUT 300)
+  # The first program under Wine may wait for its prefix to be made.
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 600 PROPERTIES LABELS ${A_FOLDER} TIMEOUT 300)
 endfunction()
