@@ -7,7 +7,7 @@
 namespace ravlo
 {
 
-// The files that the command line names. What cannot be done throws HostError with the name as it was given.
+// The files that the command line names. What cannot be done throws HostError with the name.
 
 // The name from the current folder made whole, so that it means the same to everyone it is handed to.
 std::wstring FullPath(const std::wstring& sPath);
