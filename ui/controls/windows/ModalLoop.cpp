@@ -71,17 +71,20 @@ bool ModalLoop::Translate(MSG& message)
 
 void ModalLoop::DisableOthers() noexcept
 {
-    const auto Disable = [](HWND hWindow, LPARAM lParam) -> BOOL
+    struct Visitor
     {
-        auto& cLoop = *reinterpret_cast<ModalLoop*>(lParam);
-        if (hWindow != cLoop.m_hWindow && ::IsWindowVisible(hWindow) && ::IsWindowEnabled(hWindow))
+        static BOOL CALLBACK Disable(HWND hWindow, LPARAM lParam) noexcept
         {
-            cLoop.m_hDisabled.push_back(hWindow);
-            ::EnableWindow(hWindow, FALSE);
+            auto& cLoop = *reinterpret_cast<ModalLoop*>(lParam);
+            if (hWindow != cLoop.m_hWindow && ::IsWindowVisible(hWindow) && ::IsWindowEnabled(hWindow))
+            {
+                cLoop.m_hDisabled.push_back(hWindow);
+                ::EnableWindow(hWindow, FALSE);
+            }
+            return TRUE;
         }
-        return TRUE;
     };
-    ::EnumThreadWindows(::GetCurrentThreadId(), Disable, reinterpret_cast<LPARAM>(this));
+    ::EnumThreadWindows(::GetCurrentThreadId(), &Visitor::Disable, reinterpret_cast<LPARAM>(this));
 }
 
 void ModalLoop::EnableOthers() noexcept
