@@ -86,10 +86,9 @@ struct StationOnDisk
 {
     explicit StationOnDisk(std::int64_t lCuts)
     {
-        char folder[] = "/tmp/ravlo-bench-XXXXXX";
-        if (!mkdtemp(folder))
+        sFolder = (std::filesystem::temp_directory_path() / "ravlo-bench-XXXXXX").string();
+        if (!mkdtemp(sFolder.data()))
             std::abort();
-        sFolder = folder;
         cMod.StoreAppPath(std::wstring(sFolder.begin(), sFolder.end()));
         CreateFolders(cMod);
         bool bCreated = false;

@@ -141,8 +141,8 @@ HostDatabase::HostDatabase(ComPtr<_clsDataBase> cHost, ComPtr<IUnknown> cIdentit
 
 HostDatabase::~HostDatabase()
 {
+    Known().erase(m_cIdentity.Get()); // first: disconnecting calls the host, which may ask for a new one
     Disconnect();
-    Known().erase(m_cIdentity.Get());
 }
 
 void HostDatabase::Check(HRESULT hResult) const { ThrowIfFailed(hResult, *m_cHost, IID__clsDataBase); }

@@ -52,7 +52,7 @@ public:
     void SetRules(std::shared_ptr<clsCatRules> cRules) noexcept { m_cRules = std::move(cRules); }
 
     // Milliseconds, rounded to nearest with ties to even; 0 without cuts. For a main category the sum of the
-    // levels' averages, not of their totals, divided by the number of cuts; see the definition. Error 6 when
+    // levels' averages, not of their totals, divided by the number of cuts. Error 6 when
     // out of range.
     std::int32_t AverageRunTimemS();
 

@@ -63,8 +63,6 @@ std::shared_ptr<CatCollection> Population::Build(const DataBase& cDataBase)
     m_colMainCats = std::make_shared<CatCollection>();
     const Cuts colCuts = cDataBase.AllCuts();
     m_colNames.clear();
-    m_colNamesOf.clear();
-    m_colNamesOf.reserve(colCuts.size());
     m_cFiledCuts.Reserve(colCuts.size());
     CreateCategories(colCuts);
     PlaceCuts(colCuts);
@@ -79,8 +77,8 @@ void Population::CreateCategories(const Cuts& colCuts)
         L"Initialising Scheduler - creating categories", colCuts,
         [&](const std::shared_ptr<Cut>& cCut)
         {
-            m_colNamesOf.push_back(nullptr); // stands when the cut cannot be read
-            m_colNamesOf.back() = &NamesOf(*cCut);
+            if (NamesOf(*cCut).bEmptyName)
+                m_cFiling.EmptyName(BoxIcon::None, L"Zero-length cat names are illegal [1]");
         },
         [](const Cut& cCut, std::size_t)
         {
@@ -111,25 +109,21 @@ const Population::Names& Population::NamesOf(const Cut& cCut)
             else
                 names.colMainCats.push_back(EnsureMainCat(m_cMod, *m_colMainCats, sName, bCreated));
     }
-    if (names.bEmptyName)
-        m_cFiling.EmptyName(BoxIcon::None, L"Zero-length cat names are illegal [1]");
     return names;
 }
 
 void Population::PlaceCuts(const Cuts& colCuts)
 {
     bool bCreated = false;
-    std::size_t lCut = 0;
     RunPhase(
         L"Creating Scheduler Items", colCuts,
         [&](const std::shared_ptr<Cut>& cCut)
         {
-            const Names* pNames = m_colNamesOf[lCut++];
-            if (!pNames)
-                return; // reported with the cuts that could not be handled
-            for (const std::shared_ptr<clsCat>& cMainCat : pNames->colMainCats)
+            // Read again: the host was called since the categories were made and may have changed the cut.
+            const Names& names = NamesOf(*cCut);
+            for (const std::shared_ptr<clsCat>& cMainCat : names.colMainCats)
                 m_cFiling.File(cCut, *cMainCat, bCreated);
-            m_cFiledCuts.Remember(cCut->Key(), pNames->lNumber, cCut->CatLevel());
+            m_cFiledCuts.Remember(cCut->Key(), names.lNumber, cCut->CatLevel());
         },
         [](const Cut& cCut, std::size_t lCount)
         {

@@ -16,7 +16,6 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
-#include <vector>
 
 namespace ravlo
 {
@@ -68,7 +67,6 @@ private:
     std::shared_ptr<CatCollection> m_colMainCats;
     std::unordered_map<std::wstring, Names> m_colNames; // by the names as spelled, each ended by a TAB
     std::wstring m_sSpelled;
-    std::vector<const Names*> m_colNamesOf; // by position of the cut
 };
 
 } // namespace ravlo

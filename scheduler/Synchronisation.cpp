@@ -86,15 +86,21 @@ void Synchronisation::HandleWaiting() noexcept
 
 void Synchronisation::ProgressStart(const std::wstring& sReason, std::int32_t lMax)
 {
+    const std::shared_ptr<void> cKeepAlive = m_cOwner.lock();
     m_cStation.cEvents.ProgressStart(sReason, lMax);
 }
 
 void Synchronisation::Progress(const std::wstring& strProgress, std::int32_t lCount, std::int32_t lMax)
 {
+    const std::shared_ptr<void> cKeepAlive = m_cOwner.lock();
     m_cStation.cEvents.Progress(strProgress, lCount, lMax);
 }
 
-void Synchronisation::ProgressDone(const std::wstring& sStatus) { m_cStation.cEvents.ProgressDone(sStatus); }
+void Synchronisation::ProgressDone(const std::wstring& sStatus)
+{
+    const std::shared_ptr<void> cKeepAlive = m_cOwner.lock();
+    m_cStation.cEvents.ProgressDone(sStatus);
+}
 
 // ---- cuts added ----
 
@@ -107,7 +113,8 @@ void Synchronisation::HandleAdded(const Cuts& colCuts)
     try
     {
         cMod.WriteDebugLog(L"m_cDataBase_CutsAdded at start...");
-        cMod.WriteDebugLog(L"objptr colcuts = " + DecimalText(reinterpret_cast<std::intptr_t>(&colCuts)));
+        cMod.WriteDebugLog(L"objptr colcuts = " +
+                           DecimalText(reinterpret_cast<std::intptr_t>(colCuts.data())));
         cMod.WriteDebugLog(L"Raising Event ProgressStart....");
         m_cStation.cEvents.ProgressStart(L"Updating Scheduler with Added items", std::ssize(colCuts));
         cMod.WriteDebugLog(L"Raised Event ProgressStart");
@@ -395,16 +402,16 @@ void Synchronisation::SaveAffected(const AffectedCats& cAffected)
     for (const std::wstring& sName : cAffected)
         if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName))
             m_cStation.cHistoryFiles.Save(cMainCat);
+    m_cStation.cHistoryFiles.SaveOwed(*m_cStation.colMainCats);
 }
 
-bool Synchronisation::RefreshLibrary(const wchar_t* sLogLine)
+void Synchronisation::RefreshLibrary(const wchar_t* sLogLine)
 {
     if (!m_cStation.cWindows || !m_cStation.cWindows->LibraryExists())
-        return false;
+        return;
     if (sLogLine)
         m_cStation.cMod.WriteDebugLog(sLogLine);
     m_cStation.cWindows->RefreshLibrary();
-    return true;
 }
 
 } // namespace ravlo

@@ -120,7 +120,7 @@ private:
     void RemoveCuts(const Cuts& colCuts, AffectedCats& cAffected, Filing& cFiling);
     bool StandsWhereAssigned(const Cut& cCut) const;
     void RemoveEverywhere(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected, Filing& cFiling);
-    bool RefreshLibrary(const wchar_t* sLogLine);
+    void RefreshLibrary(const wchar_t* sLogLine);
 
     Station& m_cStation;
     std::shared_ptr<DataBase> m_cFollowed;

@@ -140,12 +140,22 @@ void clsSchedMan::PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBas
                          return false;
                      }
                      const Synchronisation::Hold cHold(my.cSync);
-                     my.cDataBase = std::move(cDataBase);
+                     const std::shared_ptr<ravlo::DataBase> cOld = std::exchange(my.cDataBase, cDataBase);
                      my.cSync.Follow(my.cDataBase, weak_from_this());
                      FiledCuts cFiledCuts;
                      Population cPopulation(my.cMod, my.cEvents, my.cCategoryList, my.cHistoryFiles,
                                             cFiledCuts);
-                     my.colMainCats = cPopulation.Build(*my.cDataBase);
+                     try
+                     {
+                         my.colMainCats = cPopulation.Build(*cDataBase);
+                     }
+                     catch (...)
+                     {
+                         // The tree stays the old database's, so that one is followed again.
+                         my.cDataBase = cOld;
+                         my.cSync.Follow(cOld, weak_from_this());
+                         throw;
+                     }
                      my.cFiledCuts = std::move(cFiledCuts);
                      ++my.lPopulations;
                      my.sAppPath = my.cMod.AppPath();
@@ -225,8 +235,10 @@ void clsSchedMan::UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut)
     Trap(my.cMod, L"UpdateArtistTitleHistory", false,
          [&]
          {
-             if (cCut && my.cDataBase)
-                 my.cPlayHistory.Record(*cCut, *my.cDataBase);
+             const std::shared_ptr<ravlo::DataBase> cDataBase =
+                 my.cDataBase; // a look-up may let the host populate
+             if (cCut && cDataBase)
+                 my.cPlayHistory.Record(*cCut, *cDataBase);
              return true;
          });
 }

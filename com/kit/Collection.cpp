@@ -77,6 +77,9 @@ public:
                                             for (; lFetched < lCount && m_lNext < m_count(); ++lFetched)
                                                 pItems[lFetched] = m_at(m_lNext++).Detach();
                                         });
+        if (FAILED(hResult))
+            while (lFetched > 0)
+                VariantClear(&pItems[--lFetched]); // what fails hands out nothing
         if (plFetched)
             *plFetched = lFetched;
         if (FAILED(hResult))
@@ -85,8 +88,15 @@ public:
     }
     STDMETHODIMP Skip(ULONG lCount) override
     {
-        const std::size_t lTotal = m_count();
-        const std::size_t lLeft = m_lNext < lTotal ? lTotal - m_lNext : 0;
+        std::size_t lLeft = 0;
+        const HRESULT hResult = GuardAs(IID_IEnumVARIANT, CollectionFace::identity.sProgID,
+                                        [&]
+                                        {
+                                            const std::size_t lTotal = m_count();
+                                            lLeft = m_lNext < lTotal ? lTotal - m_lNext : 0;
+                                        });
+        if (FAILED(hResult))
+            return hResult;
         m_lNext += std::min<std::size_t>(lCount, lLeft);
         return lCount <= lLeft ? S_OK : S_FALSE;
     }

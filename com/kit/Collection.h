@@ -123,7 +123,7 @@ struct TextAdapter
 // it has none; error 91 when there is no object.
 void ForEachItem(IDispatch* colItems, const std::function<void(const Variant&)>& body);
 
-// _NewEnum over what at(position) yields while position < count(); pOwner is kept alive. Safe when the items
+// _NewEnum over what at(position) yields while position < count(); cOwner is kept alive. Safe when the items
 // change meanwhile: it goes by position.
 ComPtr<IUnknown> NewEnumerator(ComPtr<IUnknown> cOwner, std::function<std::size_t()> count,
                                std::function<Variant(std::size_t)> at);

@@ -85,6 +85,7 @@ bool EventSource::IsAdvised(DWORD lCookie) const noexcept
 void EventSource::Fire(DISPID lEvent, std::initializer_list<VARIANT> colArguments) noexcept
 try
 {
+    const ComPtr<IUnknown> cOwner(&m_cOwner); // a sink may drop the last reference
     const std::vector<Sink> colSinks = m_colSinks;
     for (const Sink& sink : colSinks)
     {

@@ -330,8 +330,8 @@ void InterfaceDescription::Call::Return(VARIANT& caller, Variant& cValue) const
         break;
     case VT_DISPATCH:
     case VT_UNKNOWN:
-        ComPtr<IUnknown>::Adopt(*caller.ppunkVal);
-        *caller.ppunkVal = cConverted.Detach().punkVal;
+        // Released last, when the caller's variable no longer points to it.
+        ComPtr<IUnknown>::Adopt(std::exchange(*caller.ppunkVal, cConverted.Detach().punkVal));
         break;
     case VT_I1:
     case VT_UI1:

@@ -43,9 +43,8 @@ class KilledHost : public testing::Test
 protected:
     void SetUp() override
     {
-        char folder[] = "/tmp/ravlo-killed-XXXXXX";
-        ASSERT_NE(mkdtemp(folder), nullptr);
-        m_sFolder = folder;
+        m_sFolder = (std::filesystem::temp_directory_path() / "ravlo-killed-XXXXXX").string();
+        ASSERT_NE(mkdtemp(m_sFolder.data()), nullptr);
         std::filesystem::create_directories(m_sFolder + "/Debugging Logs/Scheduler");
         void* pMemory =
             mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
