@@ -1,0 +1,235 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/windows/CategoryTreeWindow.h"
+
+#include "ui/controls/windows/Controls.h"
+#include "ui/controls/windows/Dpi.h"
+#include "ui/library/windows/FolderImages.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr int lImageSize = 16; // at 96 dpi
+constexpr int lItemGap = 4;
+constexpr DWORD lHoverToOpen = 700; // milliseconds
+constexpr int lScrollZone = 18;     // at 96 dpi, along the upper and lower edge
+
+LRESULT Send(HWND hTree, UINT lMessage, WPARAM wParam, LPARAM lParam)
+{
+    return ::SendMessageW(hTree, lMessage, wParam, lParam);
+}
+
+TVITEMW ItemOf(HTREEITEM hItem, UINT lMask)
+{
+    TVITEMW item{};
+    item.mask = lMask | TVIF_HANDLE;
+    item.hItem = hItem;
+    return item;
+}
+
+} // namespace
+
+CategoryTreeWindow::CategoryTreeWindow(HWND hParent, int lId)
+    : m_hTree(MakeControl(hParent, WC_TREEVIEWW, L"Categories",
+                          WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS |
+                              TVS_DISABLEDRAGDROP,
+                          lId, WS_EX_CLIENTEDGE))
+{
+    // Only now: a tree made with check boxes gives no item one.
+    ::SetWindowLongPtrW(m_hTree, GWL_STYLE, ::GetWindowLongPtrW(m_hTree, GWL_STYLE) | TVS_CHECKBOXES);
+}
+
+void CategoryTreeWindow::SetLook(HFONT hFont, int lDpi)
+{
+    m_lDpi = lDpi;
+    SetFont(m_hTree, hFont);
+    const int lSize = Scaled(lImageSize, lDpi);
+    UniqueImageList hImages(FolderImages(lSize));
+    Send(m_hTree, TVM_SETIMAGELIST, TVSIL_NORMAL, reinterpret_cast<LPARAM>(hImages.get()));
+    m_hImages.swap(hImages);
+    const FontContext cContext(m_hTree, hFont);
+    const int lText = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy);
+    Send(m_hTree, TVM_SETITEMHEIGHT, static_cast<WPARAM>(std::max(lText, lSize) + Scaled(lItemGap, lDpi)), 0);
+}
+
+// ---- showing ----
+
+void CategoryTreeWindow::ShowTree(const CategoryTree& cTree)
+{
+    m_cTree = &cTree;
+    ShowDropTarget(std::nullopt);
+    Send(m_hTree, WM_SETREDRAW, FALSE, 0);
+    m_hItems.clear();
+    Send(m_hTree, TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
+    m_hItems.resize(cTree.Count());
+    m_bOpen.assign(cTree.Count(), false);
+    if (cTree.Count() != 0)
+        Add(cTree, 0, TVI_ROOT);
+    Send(m_hTree, WM_SETREDRAW, TRUE, 0);
+    ::InvalidateRect(m_hTree, nullptr, TRUE);
+}
+
+void CategoryTreeWindow::Add(const CategoryTree& cTree, CategoryTree::Node lNode, HTREEITEM hParent)
+{
+    const CategoryTree::Entry& entry = cTree.At(lNode);
+    std::wstring sText = entry.sText;
+    TVINSERTSTRUCTW insert{};
+    insert.hParent = hParent;
+    insert.hInsertAfter = TVI_LAST;
+    insert.item.mask = TVIF_TEXT | TVIF_PARAM | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_STATE;
+    insert.item.pszText = sText.data();
+    insert.item.lParam = static_cast<LPARAM>(lNode);
+    insert.item.iImage = insert.item.iSelectedImage = entry.bOpen ? eFolderOpen : eFolderClosed;
+    insert.item.stateMask = TVIS_STATEIMAGEMASK;
+    insert.item.state = INDEXTOSTATEIMAGEMASK(entry.bChecked ? 2u : 1u);
+    m_bOpen[lNode] = entry.bOpen;
+    m_hItems[lNode] =
+        reinterpret_cast<HTREEITEM>(Send(m_hTree, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
+    for (const CategoryTree::Node lChild : entry.colChildren)
+        Add(cTree, lChild, m_hItems[lNode]);
+    if (entry.bExpanded)
+        Expand(lNode);
+}
+
+void CategoryTreeWindow::ShowChecks(const CategoryTree& cTree,
+                                    const std::vector<CategoryTree::Node>& colNodes)
+{
+    for (const CategoryTree::Node lNode : colNodes)
+        if (lNode < m_hItems.size() && ShowsCheck(lNode) != cTree.At(lNode).bChecked)
+            SetState(m_hItems[lNode], cTree.At(lNode).bChecked);
+}
+
+void CategoryTreeWindow::SetState(HTREEITEM hItem, bool bChecked)
+{
+    TVITEMW item = ItemOf(hItem, TVIF_STATE);
+    item.stateMask = TVIS_STATEIMAGEMASK;
+    item.state = INDEXTOSTATEIMAGEMASK(bChecked ? 2u : 1u);
+    Send(m_hTree, TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+}
+
+void CategoryTreeWindow::ShowImages()
+{
+    for (CategoryTree::Node lNode = 0; m_cTree && lNode < m_hItems.size(); ++lNode)
+    {
+        const bool bOpen = m_cTree->At(lNode).bOpen;
+        if (m_bOpen[lNode] == bOpen)
+            continue;
+        m_bOpen[lNode] = bOpen;
+        TVITEMW item = ItemOf(m_hItems[lNode], TVIF_IMAGE | TVIF_SELECTEDIMAGE);
+        item.iImage = item.iSelectedImage = bOpen ? eFolderOpen : eFolderClosed;
+        Send(m_hTree, TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    }
+}
+
+void CategoryTreeWindow::Expand(CategoryTree::Node lNode)
+{
+    Send(m_hTree, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(m_hItems[lNode]));
+}
+
+void CategoryTreeWindow::Select(CategoryTree::Node lNode)
+{
+    Send(m_hTree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(m_hItems[lNode]));
+    Send(m_hTree, TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(m_hItems[lNode]));
+}
+
+std::optional<CategoryTree::Node> CategoryTreeWindow::Selected() const
+{
+    return NodeOf(reinterpret_cast<HTREEITEM>(Send(m_hTree, TVM_GETNEXTITEM, TVGN_CARET, 0)));
+}
+
+// ---- asking ----
+
+std::optional<CategoryTree::Node> CategoryTreeWindow::NodeOf(HTREEITEM hItem) const
+{
+    if (!hItem)
+        return std::nullopt;
+    TVITEMW item = ItemOf(hItem, TVIF_PARAM);
+    if (!Send(m_hTree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)))
+        return std::nullopt;
+    const auto lNode = static_cast<CategoryTree::Node>(item.lParam);
+    return lNode < m_hItems.size() && m_hItems[lNode] == hItem ? std::optional(lNode) : std::nullopt;
+}
+
+std::optional<CategoryTreeWindow::Hit> CategoryTreeWindow::HitTest(POINT onScreen) const
+{
+    TVHITTESTINFO hit{};
+    hit.pt = onScreen;
+    ::ScreenToClient(m_hTree, &hit.pt);
+    const auto hItem =
+        reinterpret_cast<HTREEITEM>(Send(m_hTree, TVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    const std::optional<CategoryTree::Node> lNode = NodeOf(hItem);
+    if (!lNode)
+        return std::nullopt;
+    return Hit{*lNode, (hit.flags & (TVHT_ONITEMLABEL | TVHT_ONITEMICON)) != 0};
+}
+
+bool CategoryTreeWindow::ShowsCheck(CategoryTree::Node lNode) const
+{
+    const auto lState = static_cast<UINT>(
+        Send(m_hTree, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(m_hItems[lNode]), TVIS_STATEIMAGEMASK));
+    return (lState & TVIS_STATEIMAGEMASK) == INDEXTOSTATEIMAGEMASK(2u);
+}
+
+std::vector<CategoryTree::Node> CategoryTreeWindow::CheckedByUser() const
+{
+    std::vector<CategoryTree::Node> colNodes;
+    for (CategoryTree::Node lNode = 0; m_cTree && lNode < m_hItems.size(); ++lNode)
+        if (ShowsCheck(lNode) != m_cTree->At(lNode).bChecked)
+            colNodes.push_back(lNode);
+    return colNodes;
+}
+
+RECT CategoryTreeWindow::LabelOf(CategoryTree::Node lNode) const
+{
+    RECT label{};
+    // The message takes the item where it puts the rectangle.
+    std::memcpy(&label, &m_hItems[lNode], sizeof m_hItems[lNode]);
+    Send(m_hTree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&label));
+    ::MapWindowPoints(m_hTree, nullptr, reinterpret_cast<POINT*>(&label), 2);
+    return label;
+}
+
+// ---- during a drag ----
+
+void CategoryTreeWindow::ShowDropTarget(std::optional<CategoryTree::Node> lNode)
+{
+    if (lNode == m_lDropTarget)
+        return;
+    m_lDropTarget = lNode;
+    m_lTargetSince = ::GetTickCount();
+    Send(m_hTree, TVM_SELECTITEM, TVGN_DROPHILITE, lNode ? reinterpret_cast<LPARAM>(m_hItems[*lNode]) : 0);
+}
+
+void CategoryTreeWindow::DragTick(POINT onScreen)
+{
+    POINT point = onScreen;
+    ::ScreenToClient(m_hTree, &point);
+    RECT client{};
+    ::GetClientRect(m_hTree, &client);
+    if (!::PtInRect(&client, point))
+        return;
+    Scroll(point);
+    if (m_lDropTarget && ::GetTickCount() - m_lTargetSince > lHoverToOpen)
+    {
+        Expand(*m_lDropTarget);
+        m_lTargetSince = ::GetTickCount();
+    }
+}
+
+void CategoryTreeWindow::Scroll(POINT inClient)
+{
+    RECT client{};
+    ::GetClientRect(m_hTree, &client);
+    const int lZone = Scaled(lScrollZone, m_lDpi);
+    if (inClient.y < lZone)
+        Send(m_hTree, WM_VSCROLL, SB_LINEUP, 0);
+    else if (inClient.y > client.bottom - lZone)
+        Send(m_hTree, WM_VSCROLL, SB_LINEDOWN, 0);
+}
+
+} // namespace ravlo

@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/windows/DragAndDrop.h"
+
+#include <cstring>
+#include <shlobj.h>
+#include <string_view>
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+// What the objects of a drag have in common: one interface, counted.
+template <class Interface> class Counted : public Interface
+{
+public:
+    Counted() = default;
+    virtual ~Counted() = default;
+    Counted(const Counted&) = delete;
+    Counted& operator=(const Counted&) = delete;
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** ppObject) override
+    {
+        const bool bKnown = iid == IID_IUnknown || iid == __uuidof(Interface);
+        *ppObject = bKnown ? static_cast<Interface*>(this) : nullptr;
+        if (!bKnown)
+            return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return ++m_lReferences; }
+    STDMETHODIMP_(ULONG) Release() override
+    {
+        const ULONG lLeft = --m_lReferences;
+        if (lLeft == 0)
+            delete this;
+        return lLeft;
+    }
+
+private:
+    ULONG m_lReferences = 1; // a drag stays on its thread
+};
+
+FORMATETC TextFormat(CLIPFORMAT lFormat) { return {lFormat, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL}; }
+
+HGLOBAL CopyOf(const void* pBytes, std::size_t lBytes)
+{
+    const HGLOBAL hMemory = ::GlobalAlloc(GMEM_MOVEABLE, lBytes);
+    if (void* pMemory = hMemory ? ::GlobalLock(hMemory) : nullptr)
+    {
+        std::memcpy(pMemory, pBytes, lBytes);
+        ::GlobalUnlock(hMemory);
+    }
+    return hMemory;
+}
+
+HGLOBAL AnsiCopyOf(const std::wstring& sText)
+{
+    const int lBytes = ::WideCharToMultiByte(CP_ACP, 0, sText.c_str(), -1, nullptr, 0, nullptr, nullptr);
+    std::string sAnsi(static_cast<std::size_t>(lBytes), '\0');
+    ::WideCharToMultiByte(CP_ACP, 0, sText.c_str(), -1, sAnsi.data(), lBytes, nullptr, nullptr);
+    return CopyOf(sAnsi.data(), sAnsi.size());
+}
+
+// A text, in both forms of plain text.
+class TextData final : public Counted<IDataObject>
+{
+public:
+    explicit TextData(std::wstring sText) : m_sText(std::move(sText)) {}
+
+    STDMETHODIMP GetData(FORMATETC* pFormat, STGMEDIUM* pMedium) override
+    {
+        const HRESULT hOffered = QueryGetData(pFormat);
+        if (hOffered != S_OK)
+            return hOffered;
+        *pMedium = {};
+        pMedium->tymed = TYMED_HGLOBAL;
+        pMedium->hGlobal = pFormat->cfFormat == CF_UNICODETEXT
+                               ? CopyOf(m_sText.c_str(), (m_sText.size() + 1) * sizeof(wchar_t))
+                               : AnsiCopyOf(m_sText);
+        return pMedium->hGlobal ? S_OK : E_OUTOFMEMORY;
+    }
+    STDMETHODIMP QueryGetData(FORMATETC* pFormat) override
+    {
+        const bool bText = pFormat->cfFormat == CF_UNICODETEXT || pFormat->cfFormat == CF_TEXT;
+        return bText && (pFormat->tymed & TYMED_HGLOBAL) != 0 ? S_OK : DV_E_FORMATETC;
+    }
+    STDMETHODIMP EnumFormatEtc(DWORD lDirection, IEnumFORMATETC** ppFormats) override
+    {
+        if (lDirection != DATADIR_GET)
+            return E_NOTIMPL;
+        const FORMATETC formats[] = {TextFormat(CF_UNICODETEXT), TextFormat(CF_TEXT)};
+        return ::SHCreateStdEnumFmtEtc(ARRAYSIZE(formats), formats, ppFormats);
+    }
+    STDMETHODIMP GetDataHere(FORMATETC*, STGMEDIUM*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetCanonicalFormatEtc(FORMATETC*, FORMATETC* pOut) override
+    {
+        pOut->ptd = nullptr;
+        return E_NOTIMPL;
+    }
+    STDMETHODIMP SetData(FORMATETC*, STGMEDIUM*, BOOL) override { return E_NOTIMPL; }
+    STDMETHODIMP DAdvise(FORMATETC*, DWORD, IAdviseSink*, DWORD*) override
+    {
+        return OLE_E_ADVISENOTSUPPORTED;
+    }
+    STDMETHODIMP DUnadvise(DWORD) override { return OLE_E_ADVISENOTSUPPORTED; }
+    STDMETHODIMP EnumDAdvise(IEnumSTATDATA**) override { return OLE_E_ADVISENOTSUPPORTED; }
+
+private:
+    std::wstring m_sText;
+};
+
+class LeftButtonDrag final : public Counted<IDropSource>
+{
+public:
+    STDMETHODIMP QueryContinueDrag(BOOL bEscape, DWORD lKeys) override
+    {
+        if (bEscape || (lKeys & MK_RBUTTON) != 0)
+            return DRAGDROP_S_CANCEL;
+        return (lKeys & MK_LBUTTON) != 0 ? S_OK : DRAGDROP_S_DROP;
+    }
+    STDMETHODIMP GiveFeedback(DWORD) override { return DRAGDROP_S_USEDEFAULTCURSORS; }
+};
+
+// The text in a data object; empty when there is none.
+std::wstring TextIn(IDataObject& cData)
+{
+    FORMATETC format = TextFormat(CF_UNICODETEXT);
+    STGMEDIUM medium{};
+    if (FAILED(cData.GetData(&format, &medium)))
+        return {};
+    std::wstring sText;
+    if (const auto* pText = static_cast<const wchar_t*>(::GlobalLock(medium.hGlobal)))
+    {
+        const std::wstring_view sAll(pText, ::GlobalSize(medium.hGlobal) / sizeof(wchar_t));
+        sText = sAll.substr(0, sAll.find(L'\0'));
+        ::GlobalUnlock(medium.hGlobal);
+    }
+    ::ReleaseStgMedium(&medium);
+    return sText;
+}
+
+class DropTarget final : public Counted<IDropTarget>
+{
+public:
+    explicit DropTarget(DropSite& cSite) : m_cSite(cSite) {}
+
+    STDMETHODIMP DragEnter(IDataObject* pData, DWORD lKeys, POINTL point, DWORD* pEffect) override
+    {
+        m_sText = pData ? TextIn(*pData) : std::wstring();
+        return DragOver(lKeys, point, pEffect);
+    }
+    STDMETHODIMP DragOver(DWORD, POINTL point, DWORD* pEffect) override
+    {
+        const bool bTaken = !m_sText.empty() && m_cSite.DragOver({point.x, point.y}, m_sText);
+        // What becomes of the cuts is asked after the drop: any effect the source allows will do.
+        *pEffect &= bTaken ? DWORD{DROPEFFECT_MOVE | DROPEFFECT_COPY} : DWORD{DROPEFFECT_NONE};
+        if ((*pEffect & DROPEFFECT_MOVE) != 0)
+            *pEffect = DROPEFFECT_MOVE;
+        return S_OK;
+    }
+    STDMETHODIMP DragLeave() override
+    {
+        m_sText.clear();
+        m_cSite.DragLeft();
+        return S_OK;
+    }
+    STDMETHODIMP Drop(IDataObject*, DWORD lKeys, POINTL point, DWORD* pEffect) override
+    {
+        DragOver(lKeys, point, pEffect);
+        const std::wstring sText = std::exchange(m_sText, {});
+        m_cSite.DragLeft();
+        if (*pEffect != DROPEFFECT_NONE)
+            m_cSite.Dropped({point.x, point.y}, sText);
+        // The rows stay where they are until the drop is carried out: the source has nothing to delete.
+        *pEffect &= DWORD{DROPEFFECT_COPY};
+        return S_OK;
+    }
+
+private:
+    DropSite& m_cSite;
+    std::wstring m_sText; // of what is dragged over the window
+};
+
+} // namespace
+
+DropRegistration::DropRegistration(HWND hWindow, DropSite& cSite) : m_hWindow(hWindow)
+{
+    auto* const pTarget = new DropTarget(cSite);
+    ::RegisterDragDrop(hWindow, pTarget);
+    pTarget->Release();
+}
+
+DropRegistration::~DropRegistration() { ::RevokeDragDrop(m_hWindow); }
+
+void DragText(const std::wstring& sText)
+{
+    auto* const pData = new TextData(sText);
+    auto* const pSource = new LeftButtonDrag;
+    DWORD lEffect = DROPEFFECT_NONE;
+    ::DoDragDrop(pData, pSource, DROPEFFECT_COPY | DROPEFFECT_MOVE, &lEffect);
+    pData->Release();
+    pSource->Release();
+}
+
+} // namespace ravlo

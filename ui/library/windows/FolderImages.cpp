@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/windows/FolderImages.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr double dUnits = 16; // the drawings' own size
+
+struct Point
+{
+    double x;
+    double y;
+};
+struct Shape
+{
+    std::vector<Point> colCorners;
+    std::uint32_t lColor; // 0xRRGGBB
+};
+
+constexpr std::uint32_t lEdge = 0xB8862B;
+constexpr std::uint32_t lBack = 0xE0A83C;
+constexpr std::uint32_t lFront = 0xF7CB5E;
+constexpr std::uint32_t lPaper = 0xFFFFFF;
+constexpr std::uint32_t lPaperEdge = 0x9AA7B4;
+
+// Closed: tab, body and a front. Open: the front leans out and a sheet of paper shows behind it.
+std::vector<Shape> Drawing(FolderImage eImage)
+{
+    if (eImage == eFolderClosed)
+        return {{{{1, 3}, {6.5, 3}, {8, 4.5}, {15, 4.5}, {15, 14}, {1, 14}}, lEdge},
+                {{{1.8, 3.8}, {6.2, 3.8}, {7.7, 5.3}, {14.2, 5.3}, {14.2, 13.2}, {1.8, 13.2}}, lBack},
+                {{{1.8, 6.3}, {14.2, 6.3}, {14.2, 13.2}, {1.8, 13.2}}, lFront}};
+    return {{{{1, 3}, {6.5, 3}, {8, 4.5}, {13.5, 4.5}, {13.5, 14}, {1, 14}}, lEdge},
+            {{{1.8, 3.8}, {6.2, 3.8}, {7.7, 5.3}, {12.7, 5.3}, {12.7, 13.2}, {1.8, 13.2}}, lBack},
+            {{{3.2, 5.6}, {11.8, 5.6}, {11.8, 11}, {3.2, 11}}, lPaperEdge},
+            {{{3.9, 6.3}, {11.1, 6.3}, {11.1, 11}, {3.9, 11}}, lPaper},
+            {{{3.6, 8}, {16, 8}, {13.6, 14}, {1, 14}}, lEdge},
+            {{{4.2, 8.8}, {14.9, 8.8}, {13, 13.2}, {2.2, 13.2}}, lFront}};
+}
+
+bool Contains(const Shape& shape, Point point)
+{
+    bool bInside = false;
+    const std::vector<Point>& corners = shape.colCorners;
+    for (std::size_t i = 0, j = corners.size() - 1; i < corners.size(); j = i++)
+    {
+        const Point& a = corners[i];
+        const Point& b = corners[j];
+        if ((a.y > point.y) != (b.y > point.y) && point.x < (b.x - a.x) * (point.y - a.y) / (b.y - a.y) + a.x)
+            bInside = !bInside;
+    }
+    return bInside;
+}
+
+// One pixel of a drawing, smoothed: premultiplied 0xAARRGGBB.
+std::uint32_t Pixel(const std::vector<Shape>& colShapes, int lX, int lY, int lSize)
+{
+    constexpr int lFine = 4;
+    std::array<std::uint32_t, 4> sums{}; // alpha, red, green, blue
+    for (int i = 0; i < lFine * lFine; ++i)
+    {
+        const Point point{(lX + (i % lFine + 0.5) / lFine) * dUnits / lSize,
+                          (lY + (static_cast<double>(i / lFine) + 0.5) / lFine) * dUnits / lSize};
+        for (auto shape = colShapes.rbegin(); shape != colShapes.rend(); ++shape)
+        {
+            if (!Contains(*shape, point))
+                continue;
+            sums[0] += 255;
+            sums[1] += shape->lColor >> 16 & 0xFF;
+            sums[2] += shape->lColor >> 8 & 0xFF;
+            sums[3] += shape->lColor & 0xFF;
+            break;
+        }
+    }
+    std::uint32_t lPixel = 0;
+    for (const std::uint32_t lSum : sums)
+        lPixel = lPixel << 8 | lSum / (lFine * lFine);
+    return lPixel;
+}
+
+void AddImage(HIMAGELIST hImages, FolderImage eImage, int lSize)
+{
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = lSize;
+    info.bmiHeader.biHeight = -lSize; // from the top
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    void* pBits = nullptr;
+    const HBITMAP hBitmap = ::CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pBits, nullptr, 0);
+    if (!hBitmap)
+        return;
+    const std::vector<Shape> colShapes = Drawing(eImage);
+    auto* pPixels = static_cast<std::uint32_t*>(pBits);
+    for (int lY = 0; lY < lSize; ++lY)
+        for (int lX = 0; lX < lSize; ++lX)
+            *pPixels++ = Pixel(colShapes, lX, lY, lSize);
+    ::ImageList_Add(hImages, hBitmap, nullptr);
+    ::DeleteObject(hBitmap);
+}
+
+} // namespace
+
+HIMAGELIST FolderImages(int lSize)
+{
+    const HIMAGELIST hImages = ::ImageList_Create(lSize, lSize, ILC_COLOR32, 2, 0);
+    AddImage(hImages, eFolderClosed, lSize);
+    AddImage(hImages, eFolderOpen, lSize);
+    return hImages;
+}
+
+} // namespace ravlo

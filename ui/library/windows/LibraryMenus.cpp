@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/windows/LibraryMenus.h"
+
+#include "ui/library/windows/ControlIds.h"
+
+namespace ravlo
+{
+
+namespace
+{
+
+using enum LibraryCommand;
+
+constexpr int lCategoriesPlace = 2; // of the categories' menu in the bar
+
+void Add(HMENU hMenu, LibraryCommand eCommand, const std::wstring& sCaption)
+{
+    ::AppendMenuW(hMenu, MF_STRING, static_cast<UINT_PTR>(IdOf(eCommand)), sCaption.c_str());
+}
+
+// As a menu needs it: "&" stands for itself.
+std::wstring WithoutMnemonics(const std::wstring& sText)
+{
+    std::wstring sDoubled;
+    for (const wchar_t c : sText)
+        sDoubled.append(c == L'&' ? 2 : 1, c);
+    return sDoubled;
+}
+
+HMENU AddSubMenu(HMENU hMenu, const wchar_t* sCaption)
+{
+    const HMENU hSub = ::CreatePopupMenu();
+    ::AppendMenuW(hMenu, MF_POPUP, reinterpret_cast<UINT_PTR>(hSub), sCaption);
+    return hSub;
+}
+
+} // namespace
+
+UniqueMenu LibraryMenuBar()
+{
+    UniqueMenu hBar(::CreateMenu());
+    const HMENU hEdit = AddSubMenu(hBar.get(), L"&Edit");
+    const HMENU hTree = AddSubMenu(hEdit, L"Category Tree CheckBoxes...");
+    Add(hTree, mnuSelectAllTree, L"Select &All");
+    Add(hTree, mnuSelectNoneTree, L"Select &None");
+    Add(hTree, mnuSelectInvertTree, L"&Invert Selection");
+    const HMENU hGrid = AddSubMenu(hEdit, L"Grid Selections...");
+    Add(hGrid, mnuSelectAllGrid, L"Select &All\tCtrl+A");
+    Add(hGrid, mnuSelectNoneGrid, L"Select &None");
+    Add(hGrid, mnuInvertSelectionGrid, L"&Invert Grid Selection");
+    const HMENU hActions = AddSubMenu(hBar.get(), L"Ac&tions");
+    Add(hActions, mnuReloadAll, L"Reload Everything");
+    Add(hActions, mnuSave, L"Save / Re-Save All\tCtrl+S");
+    Add(hActions, mnuExit, L"Exit\tAlt+F4");
+    const HMENU hCats = AddSubMenu(hBar.get(), L"&Categories");
+    Add(hCats, mnuCatUI, L"Show Category UI");
+    const HMENU hNew = AddSubMenu(hCats, L"New...");
+    Add(hNew, mnuCatNew, L"Category");
+    Add(hNew, mnuCatLevelNew, L"Category Level");
+    Add(hCats, mnuShuffle, L"Shuffle Checked Categories");
+    Add(hCats, mnuCatDelete, L"Delete Checked Categories");
+    Add(hBar.get(), mnuHelp, L"&Help");
+    return hBar;
+}
+
+HMENU CategoriesMenu(HMENU hBar) noexcept { return ::GetSubMenu(hBar, lCategoriesPlace); }
+
+void EnableMenuBar(HWND hWindow, bool bEnable) noexcept
+{
+    const HMENU hBar = ::GetMenu(hWindow);
+    for (int lPlace = ::GetMenuItemCount(hBar); lPlace-- > 0;)
+        ::EnableMenuItem(hBar, static_cast<UINT>(lPlace), MF_BYPOSITION | (bEnable ? MF_ENABLED : MF_GRAYED));
+    ::DrawMenuBar(hWindow);
+}
+
+UniqueAccelerators LibraryAccelerators()
+{
+    // Alt+F4 is here because not every tree view hands it on.
+    ACCEL keys[] = {{FVIRTKEY, VK_F1, static_cast<WORD>(IdOf(mnuHelp))},
+                    {FVIRTKEY | FALT, VK_F4, static_cast<WORD>(IdOf(mnuExit))},
+                    {FVIRTKEY | FCONTROL, 'S', static_cast<WORD>(IdOf(mnuSave))}};
+    return UniqueAccelerators(::CreateAcceleratorTableW(keys, ARRAYSIZE(keys)));
+}
+
+std::optional<std::size_t> ChooseFromPopUp(HWND hWindow, POINT onScreen,
+                                           const std::vector<std::wstring>& colItems)
+{
+    const UniqueMenu hMenu(::CreatePopupMenu());
+    UINT_PTR lId = 0;
+    for (const std::wstring& sItem : colItems)
+        ::AppendMenuW(hMenu.get(), MF_STRING, ++lId, WithoutMnemonics(sItem).c_str());
+    ::SetForegroundWindow(hWindow); // else a click elsewhere does not dismiss it
+    const BOOL lChosenId =
+        ::TrackPopupMenuEx(hMenu.get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, static_cast<int>(onScreen.x),
+                           static_cast<int>(onScreen.y), hWindow, nullptr);
+    return lChosenId > 0 ? std::optional(static_cast<std::size_t>(lChosenId - 1)) : std::nullopt;
+}
+
+} // namespace ravlo

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "scheduler/clsSchedMan.h"
+
+#include <memory>
+
+namespace ravlo
+{
+
+class frmUILibWindow;
+
+// The library window of one manager, which is held weakly: made when it is needed, hidden or shown, and gone
+// after it was closed.
+class LibraryWindow
+{
+public:
+    explicit LibraryWindow(std::weak_ptr<clsSchedMan> cSchedMan);
+    ~LibraryWindow();
+    LibraryWindow(const LibraryWindow&) = delete;
+    LibraryWindow& operator=(const LibraryWindow&) = delete;
+
+    bool Exists() const noexcept { return m_cWindow != nullptr; }
+    bool Showing() const noexcept;
+    // Fills it anew from the manager's present objects; makes a hidden one when there is none.
+    void Reload();
+    // The same for one that exists, as soon as nothing runs in it.
+    void Refresh();
+    // Shows it until it is closed; brings one that is showing to the front.
+    void Show();
+
+private:
+    class Surroundings;
+
+    void Make();
+
+    std::weak_ptr<clsSchedMan> m_cSchedMan;
+    std::unique_ptr<Surroundings> m_cSurroundings; // as long as the window
+    std::unique_ptr<frmUILibWindow> m_cWindow;
+};
+
+} // namespace ravlo

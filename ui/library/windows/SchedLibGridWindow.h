@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ui/library/SchedLibGridView.h"
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+#include <windows.h>
+
+#include <commctrl.h>
+
+namespace ravlo
+{
+
+// iGridLib: the cut grid on the system's list view, in its form without rows of its own.
+class SchedLibGridWindow final : public SchedLibGridView
+{
+public:
+    SchedLibGridWindow(HWND hParent, int lId);
+
+    HWND Handle() const noexcept { return m_hList; }
+    void SetLook(HFONT hFont, int lDpi);
+
+    // Where texts and beginnings of texts are looked up.
+    std::function<std::wstring(std::size_t lRow, std::size_t lColumn)> CellText;
+    std::function<std::optional<std::size_t>(const std::wstring& sBeginning, std::size_t lStart)> FindRow;
+
+    // ---- SchedLibGridView
+    void SetRedraw(bool bRedraw) override;
+    std::size_t ColCount() const override;
+    void AddCol(const std::wstring& sHeader) override;
+    void ShowLayout(const ColumnLayout& layout) override;
+    ColumnLayout Layout() const override;
+    void SetRowCount(std::size_t lRows) override;
+    void SelectAll(bool bSelect) override;
+    void SetSelection(const std::vector<bool>& bSelected) override;
+    std::vector<std::size_t> SelectedRows() const override;
+    std::optional<std::size_t> CurrentRow() const override;
+    void SetCurrentRow(std::size_t lRow) override;
+    std::size_t TopRow() const override;
+    void SetTopRow(std::size_t lRow) override;
+    void EnsureVisible(std::size_t lRow) override;
+
+    // ---- for the window's messages
+
+    // Answers what the list asks in order to paint and to find.
+    LRESULT OnGetDispInfo(NMLVDISPINFOW& info) const;
+    LRESULT OnFindItem(const NMLVFINDITEMW& find) const;
+    LRESULT OnCustomDraw(const NMLVCUSTOMDRAW& draw) const;
+
+    // The row, from 0, in front of which something dropped at that point of the screen comes to stand: above
+    // the rows the first one to be seen, below the last one none.
+    std::optional<std::size_t> DropRow(POINT onScreen) const;
+    // During a drag: the line at which the rows would be inserted (one past the last row: below it), or none.
+    void ShowInsertionLine(std::optional<std::size_t> lBefore);
+    void DragTick(POINT onScreen);
+
+private:
+    LRESULT Send(UINT lMessage, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    void SetState(int lRow, UINT lState, UINT lMask);
+    std::size_t RowCount() const;
+    int ShownWidth(std::size_t lColumn) const; // pixels, from the layout
+    std::optional<RECT> LineAt(std::size_t lBefore) const;
+    void InvalidateLine() const;
+
+    HWND m_hList;
+    int m_lDpi = 96;
+    ColumnLayout m_layout;
+    int m_lRedrawOff = 0;
+    std::optional<std::size_t> m_lInsertBefore;
+    mutable std::wstring m_sCell; // what the list was last given
+};
+
+} // namespace ravlo

@@ -1,0 +1,564 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/windows/frmUILibWindow.h"
+
+#include "ui/controls/Raised.h"
+#include "ui/controls/windows/Controls.h"
+#include "ui/controls/windows/Dpi.h"
+#include "ui/controls/windows/PlaceMemory.h"
+#include "ui/library/windows/ControlIds.h"
+#include "ui/library/windows/LibraryMenus.h"
+
+#include <utility>
+#include <windowsx.h>
+
+namespace ravlo
+{
+
+namespace
+{
+
+// Lengths at 96 dpi.
+constexpr int lMargin = 6;
+constexpr int lFirstWidth = 1000;
+constexpr int lFirstHeight = 640;
+constexpr int lLeastWidth = 420;
+constexpr int lLeastHeight = 260;
+
+constexpr const wchar_t* sPlaceKey = L"frmUILibPlace";
+constexpr const wchar_t* sSplitId = L"SplitPanelSchedLib";
+
+// What is not done inside a control's own message is posted: it may fill that control anew.
+enum PostedMessage : UINT
+{
+    ePostedChecks = WM_APP + 1, // ticks may have changed
+    ePostedShowNode,
+    ePostedExpandRoot,
+    ePostedEdit, // row and column from 1
+    ePostedDrag,
+    ePostedDropped,
+    ePostedRepaint,
+};
+
+enum TimerId : UINT_PTR
+{
+    eTimerGrey = 1,
+    eTimerDrag,
+};
+constexpr UINT lGreyDelay = 150; // milliseconds: short commands do not flicker
+constexpr UINT lDragTick = 60;
+
+bool Down(int lKey) { return ::GetKeyState(lKey) < 0; }
+
+} // namespace
+
+class frmUILibWindow::TreeSite final : public DropSite
+{
+public:
+    explicit TreeSite(frmUILibWindow& cWindow) : m_cWindow(cWindow) {}
+    bool DragOver(POINT point, const std::wstring& sText) override
+    {
+        const auto hit = sText == sGridPayload ? m_cWindow.m_cTree->HitTest(point) : std::nullopt;
+        m_cWindow.m_cTree->ShowDropTarget(hit ? std::optional(hit->lNode) : std::nullopt);
+        return hit.has_value();
+    }
+    void DragLeft() override { m_cWindow.m_cTree->ShowDropTarget(std::nullopt); }
+    void Dropped(POINT point, const std::wstring& sText) override
+    {
+        if (const auto hit = m_cWindow.m_cTree->HitTest(point))
+            m_cWindow.OnDropped({true, m_cWindow.m_cForm->Tree().At(hit->lNode).sKey, std::nullopt, sText});
+    }
+
+private:
+    frmUILibWindow& m_cWindow;
+};
+
+// Takes any text: what does not come from the grid is refused with a box.
+class frmUILibWindow::GridSite final : public DropSite
+{
+public:
+    explicit GridSite(frmUILibWindow& cWindow) : m_cWindow(cWindow) {}
+    bool DragOver(POINT point, const std::wstring& sText) override
+    {
+        const clsSchedLibGrid& cGrid = m_cWindow.m_cForm->Grid();
+        const std::optional<std::size_t> lRow = m_cWindow.m_cGrid->DropRow(point);
+        const bool bLine = sText == sGridPayload && cGrid.DropWouldMove(lRow);
+        m_cWindow.m_cGrid->ShowInsertionLine(bLine ? std::optional(lRow.value_or(cGrid.RowCount()))
+                                                   : std::nullopt);
+        return true;
+    }
+    void DragLeft() override { m_cWindow.m_cGrid->ShowInsertionLine(std::nullopt); }
+    void Dropped(POINT point, const std::wstring& sText) override
+    {
+        m_cWindow.OnDropped({false, L"", m_cWindow.m_cGrid->DropRow(point), sText});
+    }
+
+private:
+    frmUILibWindow& m_cWindow;
+};
+
+// ---- making ----
+
+frmUILibWindow::frmUILibWindow(HWND hOwner, ModScheduler& cMod)
+    : Window(sfrmUILibClass), m_cMod(cMod), m_hAccelerators(LibraryAccelerators())
+{
+    UniqueMenu hMenu = LibraryMenuBar();
+    WindowStart start;
+    start.sTitle = sfrmUILibCaption;
+    start.lStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
+    start.lExStyle = WS_EX_CONTROLPARENT;
+    start.hParent = hOwner;
+    start.hMenu = hMenu.get();
+    Create(start);
+    hMenu.release(); // the window's own now
+    MakeControls();
+    m_cForm = std::make_unique<frmUILib>(static_cast<frmUILibView&>(*this), *m_cTree, *m_cGrid, m_cMod);
+    m_cGrid->CellText = [this](std::size_t lRow, std::size_t lColumn)
+    { return m_cForm->Grid().CellText(lRow, lColumn); };
+    m_cGrid->FindRow = [this](const std::wstring& sBeginning, std::size_t lStart)
+    { return m_cForm->Grid().FindRow(sBeginning, lStart); };
+    m_cTreeSite = std::make_unique<TreeSite>(*this);
+    m_cGridSite = std::make_unique<GridSite>(*this);
+    m_cRegistrations.push_back(std::make_unique<DropRegistration>(m_cTree->Handle(), *m_cTreeSite));
+    m_cRegistrations.push_back(std::make_unique<DropRegistration>(m_cGrid->Handle(), *m_cGridSite));
+    SetLook(DpiOf(Handle()));
+    m_cForm->Opened();
+}
+
+frmUILibWindow::~frmUILibWindow()
+{
+    m_cLoop.reset();
+    m_cRegistrations.clear();
+    m_cSplit.reset();
+    Destroy();
+}
+
+// In the order of the Tab key.
+void frmUILibWindow::MakeControls()
+{
+    m_hTopLeft = MakeControl(Handle(), WC_STATICW, L"Double-click any node to display items",
+                             SS_LEFT | SS_NOPREFIX | SS_CENTERIMAGE | SS_ENDELLIPSIS, eIdlblTopLeft);
+    m_cTree = std::make_unique<CategoryTreeWindow>(Handle(), eIdTvCats);
+    m_cSplit = std::make_unique<SplitPanelWindow>(Handle(), eIdsp1, m_cMod.Outside().cUserSettings,
+                                                  [this] { m_cMod.LogError(L"sp1", CurrentError()); });
+    m_cGrid = std::make_unique<SchedLibGridWindow>(Handle(), eIdiGridLib);
+    m_cStatus = std::make_unique<StatusWindow>(Handle(), eIdStatus, eIdProgressBar1);
+    m_cSplit->Panel().SetRegistryID(sSplitId);
+    m_cSplit->SetControls(m_cTree->Handle(), m_cGrid->Handle());
+}
+
+void frmUILibWindow::SetLook(int lDpi)
+{
+    m_lDpi = lDpi;
+    // The controls let go of the old font before it ends.
+    UniqueFont hFont = MessageFont(lDpi);
+    SetFont(m_hTopLeft, hFont.get());
+    m_cTree->SetLook(hFont.get(), lDpi);
+    m_cGrid->SetLook(hFont.get(), lDpi);
+    m_cStatus->SetLook(hFont.get(), lDpi);
+    m_hFont.swap(hFont);
+    LayOut();
+}
+
+void frmUILibWindow::LayOut()
+{
+    if (!m_hFont || ::IsIconic(Handle()))
+        return;
+    m_cStatus->LayOut();
+    RECT client{};
+    ::GetClientRect(Handle(), &client);
+    const FontContext cContext(Handle(), m_hFont.get());
+    const int lEdge = Scaled(lMargin, m_lDpi);
+    const int lLine = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy) + lEdge;
+    const auto lRight = static_cast<int>(client.right) - lEdge;
+    ::MoveWindow(m_hTopLeft, lEdge, 0, lRight - lEdge, lLine, TRUE);
+    m_cSplit->Place({lEdge, lLine, lRight, client.bottom - m_cStatus->Height()}, m_lDpi);
+}
+
+// ---- messages ----
+
+LRESULT frmUILibWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
+{
+    if (!m_cForm)
+        return Default(lMessage, wParam, lParam); // still being made
+    switch (lMessage)
+    {
+    case WM_COMMAND:
+        OnCommand(LOWORD(wParam));
+        return 0;
+    case WM_NOTIFY:
+        return OnNotify(*reinterpret_cast<const NMHDR*>(lParam), lParam);
+    case WM_CONTEXTMENU:
+        OnContextMenu(reinterpret_cast<HWND>(wParam), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+        return 0;
+    case WM_CLOSE:
+        m_cForm->RequestClose();
+        return 0;
+    case WM_TIMER:
+        OnTimer(wParam);
+        return 0;
+    case WM_SETCURSOR:
+        if (m_bBusy && !m_bDragging)
+        {
+            ::SetCursor(::LoadCursorW(nullptr, IDC_WAIT));
+            return TRUE;
+        }
+        return m_cSplit->SetsCursor() ? TRUE : Default(lMessage, wParam, lParam);
+    case WM_ACTIVATE:
+        OnActivate(LOWORD(wParam) != WA_INACTIVE);
+        return 0;
+    case WM_SIZE:
+        LayOut();
+        return 0;
+    case WM_GETMINMAXINFO:
+        reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {Scaled(lLeastWidth, m_lDpi),
+                                                                 Scaled(lLeastHeight, m_lDpi)};
+        return 0;
+    case WM_DPICHANGED:
+    {
+        const auto& place = *reinterpret_cast<const RECT*>(lParam);
+        SetLook(HIWORD(wParam));
+        ::SetWindowPos(Handle(), nullptr, static_cast<int>(place.left), static_cast<int>(place.top),
+                       static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top),
+                       SWP_NOZORDER | SWP_NOACTIVATE);
+        return 0;
+    }
+    case WM_SETTINGCHANGE:
+    case WM_THEMECHANGED:
+        SetLook(m_lDpi); // the message font may be another one now
+        return 0;
+    default:
+        return lMessage > WM_APP ? OnPosted(lMessage, wParam, lParam) : Default(lMessage, wParam, lParam);
+    }
+}
+
+LRESULT frmUILibWindow::OnPosted(UINT lMessage, WPARAM wParam, LPARAM lParam)
+{
+    switch (lMessage)
+    {
+    case ePostedChecks:
+        CompareChecks();
+        return 0;
+    case ePostedShowNode:
+        m_cForm->ShowSelectedNode();
+        return 0;
+    case ePostedExpandRoot:
+        if (m_cForm->Tree().Count() != 0)
+            m_cTree->Expand(0);
+        return 0;
+    case ePostedEdit:
+        m_cForm->CellDblClick(wParam, static_cast<std::size_t>(lParam));
+        return 0;
+    case ePostedDrag:
+        RunDrag();
+        return 0;
+    case ePostedDropped:
+        if (const std::optional<frmUILib::Drop> drop = std::exchange(m_drop, std::nullopt))
+            m_cForm->Dropped(*drop);
+        return 0;
+    case ePostedRepaint:
+        ::RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME | RDW_ERASE | RDW_ALLCHILDREN);
+        return 0;
+    default:
+        return Default(lMessage, wParam, lParam);
+    }
+}
+
+void frmUILibWindow::OnException() noexcept { m_cMod.DISPLAYERROR(L"frmUILib", true, CurrentError()); }
+
+void frmUILibWindow::OnCommand(int lId)
+{
+    constexpr int lLast = IdOf(LibraryCommand::mnuHelp);
+    if (lId >= lFirstCommandId && lId <= lLast)
+        m_cForm->Do(static_cast<LibraryCommand>(lId - lFirstCommandId));
+}
+
+LRESULT frmUILibWindow::OnNotify(const NMHDR& header, LPARAM lParam)
+{
+    if (header.hwndFrom == m_cTree->Handle())
+        return OnTreeNotify(header, lParam);
+    if (header.hwndFrom == m_cGrid->Handle())
+        return OnGridNotify(header, lParam);
+    if (header.code == HDN_ENDDRAG) // the dragged header may leave traces of itself
+        ::PostMessageW(Handle(), ePostedRepaint, 0, 0);
+    return 0;
+}
+
+LRESULT frmUILibWindow::OnTreeNotify(const NMHDR& header, LPARAM lParam)
+{
+    switch (header.code)
+    {
+    case NM_DBLCLK:
+        OnTreeDblClick();
+        [[fallthrough]]; // the second click of a pair on a check box is told in this way only
+    case NM_CLICK:
+        ::PostMessageW(Handle(), ePostedChecks, 0, 0);
+        return 0;
+    case NM_RCLICK:
+        if (const auto hit =
+                m_cTree->HitTest({GET_X_LPARAM(::GetMessagePos()), GET_Y_LPARAM(::GetMessagePos())}))
+            m_cTree->Select(hit->lNode);
+        return 0;
+    case TVN_KEYDOWN:
+        if (reinterpret_cast<const NMTVKEYDOWN*>(lParam)->wVKey == VK_SPACE)
+            ::PostMessageW(Handle(), ePostedChecks, 0, 0);
+        return 0;
+    case TVN_ITEMEXPANDINGW:
+    case TVN_ITEMEXPANDEDW:
+        return OnExpanded(*reinterpret_cast<const NMTREEVIEWW*>(lParam));
+    default:
+        return 0;
+    }
+}
+
+void frmUILibWindow::OnTreeDblClick()
+{
+    const DWORD lPoint = ::GetMessagePos();
+    const auto hit = m_cTree->HitTest({GET_X_LPARAM(lPoint), GET_Y_LPARAM(lPoint)});
+    if (hit && hit->bOnLabel)
+        ::PostMessageW(Handle(), ePostedShowNode, 0, 0);
+}
+
+// The root is never collapsed. Not every tree view heeds the refusal: it is expanded again then.
+LRESULT frmUILibWindow::OnExpanded(const NMTREEVIEWW& change)
+{
+    const std::optional<CategoryTree::Node> lNode = m_cTree->NodeOf(change.itemNew.hItem);
+    if (!lNode)
+        return FALSE;
+    const bool bCollapse = change.action == TVE_COLLAPSE;
+    const bool bDone = change.hdr.code == TVN_ITEMEXPANDEDW;
+    const bool bRefused = bCollapse && CategoryTree::IsRoot(*lNode);
+    if (bDone && bRefused)
+        ::PostMessageW(Handle(), ePostedExpandRoot, 0, 0);
+    else if (bDone)
+        m_cForm->NodeExpanded(*lNode, !bCollapse);
+    return bRefused && !bDone;
+}
+
+LRESULT frmUILibWindow::OnGridNotify(const NMHDR& header, LPARAM lParam)
+{
+    switch (header.code)
+    {
+    case LVN_GETDISPINFOW:
+        return m_cGrid->OnGetDispInfo(*reinterpret_cast<NMLVDISPINFOW*>(lParam));
+    case LVN_ODFINDITEMW:
+        return m_cGrid->OnFindItem(*reinterpret_cast<const NMLVFINDITEMW*>(lParam));
+    case NM_CUSTOMDRAW:
+        return m_cGrid->OnCustomDraw(*reinterpret_cast<const NMLVCUSTOMDRAW*>(lParam));
+    case LVN_BEGINDRAG:
+        ::PostMessageW(Handle(), ePostedDrag, 0, 0);
+        return 0;
+    case NM_DBLCLK:
+    {
+        const auto& click = *reinterpret_cast<const NMITEMACTIVATE*>(lParam);
+        ::PostMessageW(Handle(), ePostedEdit, static_cast<WPARAM>(click.iItem + 1), click.iSubItem + 1);
+        return 0;
+    }
+    default:
+        return 0;
+    }
+}
+
+// The tree's pop-up: at the pointer, or with the keyboard below the selected node.
+void frmUILibWindow::OnContextMenu(HWND hControl, POINT onScreen)
+{
+    const std::optional<CategoryTree::Node> lSelected = m_cTree->Selected();
+    if (hControl != m_cTree->Handle() || m_bBusy)
+        return;
+    const bool bByKeyboard = onScreen.x == -1 && onScreen.y == -1;
+    if (bByKeyboard && lSelected)
+        onScreen = {m_cTree->LabelOf(*lSelected).left, m_cTree->LabelOf(*lSelected).bottom};
+    ::TrackPopupMenuEx(CategoriesMenu(::GetMenu(Handle())), TPM_RIGHTBUTTON, static_cast<int>(onScreen.x),
+                       static_cast<int>(onScreen.y), Handle(), nullptr);
+}
+
+void frmUILibWindow::CompareChecks()
+{
+    for (const CategoryTree::Node lNode : m_cTree->CheckedByUser())
+        m_cForm->NodeCheck(lNode, m_cTree->ShowsCheck(lNode));
+}
+
+// The focus comes back to where it was when the window was left.
+void frmUILibWindow::OnActivate(bool bActive)
+{
+    if (!bActive)
+        m_hFocus = ::GetFocus();
+    else if (m_hFocus && ::IsChild(Handle(), m_hFocus))
+        ::SetFocus(m_hFocus);
+}
+
+// ---- the keyboard ----
+
+bool frmUILibWindow::OnKey(const MSG& message)
+{
+    if (message.message != WM_KEYDOWN && message.message != WM_SYSKEYDOWN)
+        return false;
+    const bool bInTree = message.hwnd == m_cTree->Handle();
+    if (message.wParam == VK_F6)
+    {
+        ::SetFocus(bInTree ? m_cGrid->Handle() : m_cTree->Handle());
+        return true;
+    }
+    const bool bAlt = message.message == WM_SYSKEYDOWN;
+    if (bInTree && !bAlt)
+        return OnTreeKey(message.wParam, Down(VK_CONTROL));
+    return message.hwnd == m_cGrid->Handle() && OnGridKey(message.wParam, Down(VK_CONTROL), bAlt);
+}
+
+bool frmUILibWindow::OnTreeKey(WPARAM lKey, bool bControl)
+{
+    if (lKey == VK_RETURN)
+        m_cForm->ShowSelectedNode();
+    else if (bControl && lKey == 'V')
+    {
+        const Raised cByKeyboard(m_bByKeyboard);
+        m_cForm->Paste();
+    }
+    else
+        return false;
+    return true;
+}
+
+bool frmUILibWindow::OnGridKey(WPARAM lKey, bool bControl, bool bAlt)
+{
+    if (bAlt && (lKey == VK_UP || lKey == VK_DOWN))
+        m_cForm->MoveSelected(lKey == VK_UP);
+    else if (bAlt)
+        return false;
+    else if (lKey == VK_RETURN)
+        m_cForm->CellDblClick(static_cast<std::size_t>(m_cForm->Grid().CurrentRow()), 1);
+    else if (lKey == VK_DELETE)
+        m_cForm->GridDelete();
+    else if (bControl && lKey == 'A')
+        m_cForm->Do(LibraryCommand::mnuSelectAllGrid);
+    else if (bControl && (lKey == 'C' || lKey == 'X'))
+        m_cForm->CopySelection();
+    else
+        return false;
+    return true;
+}
+
+// ---- drag and drop ----
+
+void frmUILibWindow::RunDrag()
+{
+    if (m_bDragging || !Down(VK_LBUTTON) || !m_cForm->DragStarted())
+        return;
+    m_drop.reset();
+    {
+        const Raised cDragging(m_bDragging);
+        ::SetTimer(Handle(), eTimerDrag, lDragTick, nullptr);
+        DragText(sGridPayload);
+        ::KillTimer(Handle(), eTimerDrag);
+    }
+    m_cForm->DragCompleted(std::exchange(m_drop, std::nullopt));
+}
+
+// What the user is asked or told about a drop comes when the drag has ended.
+void frmUILibWindow::OnDropped(frmUILib::Drop drop)
+{
+    m_drop = std::move(drop);
+    if (!m_bDragging)
+        ::PostMessageW(Handle(), ePostedDropped, 0, 0);
+}
+
+void frmUILibWindow::OnTimer(UINT_PTR lTimer)
+{
+    if (lTimer == eTimerGrey)
+    {
+        ::KillTimer(Handle(), eTimerGrey);
+        Grey(m_bBusy);
+        return;
+    }
+    POINT point{};
+    ::GetCursorPos(&point);
+    m_cTree->DragTick(point);
+    m_cGrid->DragTick(point);
+}
+
+// ---- what the presenter asks of the window ----
+
+void frmUILibWindow::SetBusy(bool bBusy)
+{
+    m_bBusy = bBusy;
+    if (bBusy)
+    {
+        ::SetTimer(Handle(), eTimerGrey, lGreyDelay, nullptr);
+        ::SetCursor(::LoadCursorW(nullptr, IDC_WAIT));
+        return;
+    }
+    ::KillTimer(Handle(), eTimerGrey);
+    Grey(false);
+    ::SetCursor(::LoadCursorW(nullptr, IDC_ARROW));
+}
+
+void frmUILibWindow::Grey(bool bGrey)
+{
+    if (bGrey == m_bGreyed)
+        return;
+    m_bGreyed = bGrey;
+    const HWND hFocus = ::GetFocus();
+    if (bGrey && hFocus && ::IsChild(Handle(), hFocus))
+        m_hFocus = hFocus;
+    for (const HWND hControl : {m_hTopLeft, m_cTree->Handle(), m_cGrid->Handle()})
+        ::EnableWindow(hControl, !bGrey);
+    EnableMenuBar(Handle(), !bGrey);
+    if (!bGrey && m_hFocus && ::GetActiveWindow() == Handle())
+        ::SetFocus(m_hFocus);
+}
+
+void frmUILibWindow::SetStatus(const std::wstring& sFirst, const std::wstring& sSecond)
+{
+    m_cStatus->SetTexts(sFirst, sSecond);
+}
+void frmUILibWindow::ShowProgress(std::int32_t lMax) { m_cStatus->ShowProgress(lMax); }
+void frmUILibWindow::MoveProgress(std::int32_t lValue) { m_cStatus->MoveProgress(lValue); }
+void frmUILibWindow::HideProgress() { m_cStatus->HideProgress(); }
+
+POINT frmUILibWindow::PopUpPoint() const
+{
+    const std::optional<CategoryTree::Node> lSelected = m_cTree->Selected();
+    if (m_bByKeyboard && lSelected)
+        return {m_cTree->LabelOf(*lSelected).left, m_cTree->LabelOf(*lSelected).bottom};
+    POINT pointer{};
+    ::GetCursorPos(&pointer);
+    return pointer;
+}
+
+std::optional<std::size_t> frmUILibWindow::PopUp(const std::vector<std::wstring>& colItems)
+{
+    return ChooseFromPopUp(Handle(), PopUpPoint(), colItems);
+}
+
+void frmUILibWindow::ShowModal()
+{
+    UserSettings& cUserSettings = m_cMod.Outside().cUserSettings;
+    const SIZE first = {Scaled(lFirstWidth, m_lDpi), Scaled(lFirstHeight, m_lDpi)};
+    const int lShow = RestorePlace(Handle(), cUserSettings, sPlaceKey, first);
+    m_cLoop = std::make_unique<ModalLoop>(Handle());
+    m_cLoop->SetAccelerators(m_hAccelerators.get());
+    m_cLoop->OnMessage = [this](MSG& message) { return OnKey(message); };
+    ::ShowWindow(Handle(), lShow);
+    ::SetForegroundWindow(Handle());
+    ::SetFocus(m_cTree->Handle());
+    m_cLoop->Run();
+    if (!Handle())
+        return;
+    m_cForm->Closing();
+    m_cSplit->Panel().GoOutOfView();
+    RememberPlace(Handle(), cUserSettings, sPlaceKey);
+}
+
+void frmUILibWindow::BringToFront()
+{
+    if (::IsIconic(Handle()))
+        ::ShowWindow(Handle(), SW_RESTORE);
+    ::SetForegroundWindow(Handle());
+}
+
+void frmUILibWindow::Close()
+{
+    if (m_cLoop)
+        m_cLoop->End();
+}
+
+} // namespace ravlo

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ui/controls/windows/Handles.h"
+#include "ui/controls/windows/ModalLoop.h"
+#include "ui/controls/windows/SplitPanelWindow.h"
+#include "ui/controls/windows/Window.h"
+#include "ui/library/frmUILib.h"
+#include "ui/library/windows/CategoryTreeWindow.h"
+#include "ui/library/windows/DragAndDrop.h"
+#include "ui/library/windows/SchedLibGridWindow.h"
+#include "ui/library/windows/StatusWindow.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ravlo
+{
+
+// The library window. Made hidden; shown by its presenter, once.
+class frmUILibWindow final : public Window, private frmUILibView
+{
+public:
+    // hOwner: the window it stands before; null for none. OLE must have been initialised.
+    frmUILibWindow(HWND hOwner, ModScheduler& cMod);
+    ~frmUILibWindow() override;
+
+    frmUILib& Form() noexcept { return *m_cForm; }
+
+private:
+    // Where rows can be dropped.
+    class TreeSite;
+    class GridSite;
+
+    void SetBusy(bool bBusy) override;
+    void SetStatus(const std::wstring& sFirst, const std::wstring& sSecond) override;
+    void ShowProgress(std::int32_t lMax) override;
+    void MoveProgress(std::int32_t lValue) override;
+    void HideProgress() override;
+    std::optional<std::size_t> PopUp(const std::vector<std::wstring>& colItems) override;
+    void ShowModal() override;
+    void BringToFront() override;
+    void Close() override;
+
+    LRESULT OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam) override;
+    LRESULT OnPosted(UINT lMessage, WPARAM wParam, LPARAM lParam);
+    void OnException() noexcept override;
+    void OnCommand(int lId);
+    LRESULT OnNotify(const NMHDR& header, LPARAM lParam);
+    LRESULT OnTreeNotify(const NMHDR& header, LPARAM lParam);
+    LRESULT OnGridNotify(const NMHDR& header, LPARAM lParam);
+    LRESULT OnExpanded(const NMTREEVIEWW& change);
+    void OnTreeDblClick();
+    void OnContextMenu(HWND hControl, POINT onScreen);
+    void OnTimer(UINT_PTR lTimer);
+    void OnActivate(bool bActive);
+    bool OnKey(const MSG& message);
+    bool OnTreeKey(WPARAM lKey, bool bControl);
+    bool OnGridKey(WPARAM lKey, bool bControl, bool bAlt);
+    void CompareChecks();
+    void RunDrag();
+    void OnDropped(frmUILib::Drop drop);
+    void Grey(bool bGrey);
+    POINT PopUpPoint() const;
+
+    void MakeControls();
+    void SetLook(int lDpi);
+    void LayOut();
+
+    ModScheduler& m_cMod;
+    UniqueAccelerators m_hAccelerators;
+    UniqueFont m_hFont;
+    int m_lDpi = 96;
+    HWND m_hTopLeft = nullptr; // lblTopLeft
+    std::unique_ptr<CategoryTreeWindow> m_cTree;
+    std::unique_ptr<SplitPanelWindow> m_cSplit; // sp1
+    std::unique_ptr<SchedLibGridWindow> m_cGrid;
+    std::unique_ptr<StatusWindow> m_cStatus;
+    std::unique_ptr<frmUILib> m_cForm;
+    std::unique_ptr<DropSite> m_cTreeSite;
+    std::unique_ptr<DropSite> m_cGridSite;
+    std::vector<std::unique_ptr<DropRegistration>> m_cRegistrations;
+    std::unique_ptr<ModalLoop> m_cLoop;
+    HWND m_hFocus = nullptr; // what had it when the window was left or greyed
+    bool m_bBusy = false;
+    bool m_bGreyed = false;
+    bool m_bDragging = false;
+    bool m_bByKeyboard = false;           // a pop-up belongs to the selected node, not to the pointer
+    std::optional<frmUILib::Drop> m_drop; // dropped, and not handled yet
+};
+
+} // namespace ravlo
