@@ -215,6 +215,37 @@ TEST_F(SynchronisationTest, ALevelBehindATabInAHostsNameIsIgnoredAndNamesCountOn
     EXPECT_EQ(Written(), (Lines{L"Rock"}));
 }
 
+TEST_F(SynchronisationTest, ANameThatCanBeNoFileIsFiledItsSaveIsRefusedAndTheOthersGoOn)
+{
+    Start();
+    Added({Add(L"a", L"..\\..\\evil"), Add(L"b", L"CON"), Add(L"c", L"Ro:ck"), Add(L"d", L"Rock")});
+    EXPECT_EQ(Order(L"..\\..\\evil", 1), (Keys{L"a"}));
+    EXPECT_EQ(Order(L"CON", 1), (Keys{L"b"}));
+    const auto Refused = [](const std::wstring& sName)
+    {
+        return CriticalBox(L"Error in SaveHistoryAndOrdering [cSchedMan]",
+                           L"52 Bad file name: \"" + sName + L"\"");
+    };
+    EXPECT_EQ(boxes, (Boxes{Refused(L"..\\..\\evil"), Refused(L"CON"), Refused(L"Ro:ck")}));
+    EXPECT_EQ(Written(), (Lines{L"Rock"}));
+    for (const std::wstring& sPath : cWorld.cFiles.Paths())
+        EXPECT_TRUE(sPath == SifPath(L"Rock") || !sPath.ends_with(L".sif"));
+}
+
+TEST_F(SynchronisationTest, NamesThatDifferOnlyByCaseAreOneCategoryAndNamesOutsideTheCodePageAreTheirOwn)
+{
+    Add(L"a", L"Rock");
+    Start();
+    Added({Add(L"b", L"ROCK"), Add(L"c", L"\u0420\u043E\u043A"), Add(L"d", L"\u0420\u041E\u041A"),
+           Add(L"e", L"\u0411\u0438\u0442")});
+    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"\u0420\u043E\u043A", L"\u0411\u0438\u0442"}));
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b"}));
+    EXPECT_EQ(Order(L"\u0420\u043E\u043A", 1), (Keys{L"c", L"d"}));
+    EXPECT_EQ(File(L"\u0420\u043E\u043A"), SifCut("c", 1) + SifCut("d", 1));
+    EXPECT_EQ(File(L"\u0411\u0438\u0442"), SifCut("e", 1));
+    EXPECT_EQ(boxes, Boxes());
+}
+
 TEST_F(SynchronisationTest, ACutAnnouncedAsNewThatIsFiledElsewhereIsMoved)
 {
     const auto cCut = Add(L"a", L"Rock/Pop", 1);
