@@ -3,6 +3,8 @@
 
 #include "com/CatFace.h"
 #include "com/HostDatabase.h"
+#include "com/LateBoundLibrary.h"
+#include "ui/library/LibraryFilling.h"
 
 namespace ravlo
 {
@@ -184,14 +186,41 @@ STDMETHODIMP SchedManFace::ShowLibraryUI()
 {
     return Guard([] { NotInThisRelease(L"ShowLibraryUI"); });
 }
-STDMETHODIMP SchedManFace::PopulateTreeView(IDispatch*)
+STDMETHODIMP SchedManFace::PopulateTreeView(IDispatch* oTv)
 {
-    return Guard([] { NotInThisRelease(L"PopulateTreeView"); });
+    return Guard(
+        [&]
+        {
+            if (!oTv)
+                throw RuntimeError(error::ObjectNotSet);
+            LateBoundTree cTree(*oTv);
+            ravlo::PopulateTreeView(m_cSchedMan->colMainCats().get(), cTree);
+        });
 }
-STDMETHODIMP SchedManFace::ShowGridCuts(IDispatch*, BSTR*, IDispatch*, IDispatch*, VARIANT_BOOL*,
-                                        VARIANT_BOOL*, _clsCat**)
+STDMETHODIMP SchedManFace::ShowGridCuts(IDispatch* oGrid, BSTR* strCatKey, IDispatch* oTv,
+                                        IDispatch* oImageList, VARIANT_BOOL* bShowingAllAudio,
+                                        VARIANT_BOOL* bShowingMoreThanOneLevel, _clsCat** cCatShown)
 {
-    return Guard([] { NotInThisRelease(L"ShowGridCuts"); });
+    return Guard(
+        [&]
+        {
+            if (!oGrid)
+                return;
+            LateBoundGrid cGrid(*oGrid);
+            std::optional<LateBoundTree> cTree;
+            if (oTv && oImageList) // of the images only that there are any
+                cTree.emplace(*oTv);
+            const auto shown = ravlo::ShowGridCuts(*m_cSchedMan, cGrid, TextOf(Out(strCatKey)),
+                                                   cTree ? &*cTree : nullptr, nullptr);
+            if (!shown)
+                return;
+            Replace(strCatKey, shown->strCatKey);
+            Replace(cCatShown, shown->cCatShown);
+            if (bShowingAllAudio)
+                *bShowingAllAudio = BoolOf(shown->bShowingAllAudio);
+            if (bShowingMoreThanOneLevel)
+                *bShowingMoreThanOneLevel = BoolOf(shown->bShowingMoreThanOneLevel);
+        });
 }
 STDMETHODIMP SchedManFace::MoveCutsInCategory(_clsCat* cCat, IDispatch* colCutsInsert, LONG PosInto)
 {

@@ -64,11 +64,12 @@ bool TextFits(HWND hWindow)
         return true;
     RECT client{};
     ::GetClientRect(hWindow, &client);
-    const bool bWraps =
-        sClass == L"Static" && (::GetWindowLongPtrW(hWindow, GWL_STYLE) & SS_TYPEMASK) == SS_LEFT;
+    const LONG_PTR lStyle = ::GetWindowLongPtrW(hWindow, GWL_STYLE);
+    const bool bWraps = sClass == L"Static" && (lStyle & SS_TYPEMASK) == SS_LEFT;
+    const UINT lFlags = bWraps && (lStyle & SS_EDITCONTROL) != 0 ? DT_EDITCONTROL : 0u;
     const FontContext cContext(hWindow, reinterpret_cast<HFONT>(::SendMessageW(hWindow, WM_GETFONT, 0, 0)));
     const SIZE text =
-        TextSize(cContext.Get(), WindowText(hWindow), bWraps ? static_cast<int>(client.right) : 0);
+        TextSize(cContext.Get(), WindowText(hWindow), bWraps ? static_cast<int>(client.right) : 0, lFlags);
     return text.cx <= client.right && text.cy <= client.bottom;
 }
 

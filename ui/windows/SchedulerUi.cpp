@@ -3,6 +3,7 @@
 
 #include "ui/category/windows/ShowCategory.h"
 #include "ui/controls/Raised.h"
+#include "ui/library/windows/LibraryWindow.h"
 
 namespace ravlo
 {
@@ -13,13 +14,16 @@ namespace
 class SchedulerUi final : public SchedulerWindows
 {
 public:
-    explicit SchedulerUi(const std::shared_ptr<clsSchedMan>& cSchedMan) : m_cSchedMan(cSchedMan) {}
+    explicit SchedulerUi(const std::shared_ptr<clsSchedMan>& cSchedMan)
+        : m_cSchedMan(cSchedMan), m_cLibrary(cSchedMan)
+    {
+    }
 
-    bool LibraryExists() const override { return false; }
-    bool LibraryShowing() const override { return false; }
-    void ReloadLibrary() override {}
-    void RefreshLibrary() override {}
-    void ShowLibrary() override {}
+    bool LibraryExists() const override { return m_cLibrary.Exists(); }
+    bool LibraryShowing() const override { return m_cLibrary.Showing(); }
+    void ReloadLibrary() override { m_cLibrary.Reload(); }
+    void RefreshLibrary() override { m_cLibrary.Refresh(); }
+    void ShowLibrary() override { m_cLibrary.Show(); }
 
     std::int32_t ShowCategory(CategoryRequest& request) override
     {
@@ -32,6 +36,7 @@ public:
 
 private:
     std::weak_ptr<clsSchedMan> m_cSchedMan;
+    LibraryWindow m_cLibrary;
     bool m_bCategoryShowing = false;
 };
 

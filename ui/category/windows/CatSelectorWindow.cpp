@@ -75,7 +75,7 @@ void CatSelectorWindow::MakeControls()
             MakeControl(Handle(), WC_BUTTONW, sText, BS_AUTOCHECKBOX | WS_TABSTOP, lId);
     };
     m_hCategoriesLabel = label(eIdCategoriesLabel, L"Cate&gories:");
-    list(lstCat, eIdlstCat, LBS_EXTENDEDSEL);
+    list(lstCat, eIdlstCat, LBS_EXTENDEDSEL | WS_HSCROLL);
     m_hLevelsLabel = label(eIdLevelsLabel, L"Le&vels:");
     list(lstlvl, eIdlstlvl, 0);
     m_hControls[static_cast<std::size_t>(lblMatch)] = label(eIdlblMatch, L"Songs Matching Criteria:");
@@ -244,7 +244,7 @@ void CatSelectorWindow::SetEntries(SelectorControl eList, const std::vector<std:
     ::SendMessageW(hList, LB_INITSTORAGE, colShown.size(), static_cast<LPARAM>(lBytes));
     for (const std::wstring& sEntry : colShown)
         ::SendMessageW(hList, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(sEntry.c_str()));
-    if (eList == lstsongs0 || eList == lstsongs1)
+    if (eList != lstlvl)
         FitHorizontally(hList, colShown);
     ::SendMessageW(hList, WM_SETREDRAW, TRUE, 0);
     ::InvalidateRect(hList, nullptr, TRUE);

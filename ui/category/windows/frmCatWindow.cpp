@@ -21,6 +21,7 @@ constexpr int lMargin = 11;
 constexpr int lGap = 8;
 constexpr int lWideGap = 14;
 constexpr int lRulesWidth = 292;
+constexpr int lTabs = 28; // about the height of the tabs themselves
 constexpr int lButtonWidth = 76;
 constexpr int lButtonPadding = 22;
 constexpr int lLowestButton = 24;
@@ -103,7 +104,8 @@ void frmCatWindow::MakeControls()
 
 void frmCatWindow::MakeRulesArea()
 {
-    m_hTitle = MakeControl(Handle(), WC_STATICW, L"", SS_LEFT | SS_NOPREFIX, eIdlblRulesTitle);
+    m_hTitle =
+        MakeControl(Handle(), WC_STATICW, L"", SS_LEFT | SS_NOPREFIX | SS_EDITCONTROL, eIdlblRulesTitle);
     m_hTabs = MakeControl(Handle(), WC_TABCONTROLW, L"Rules", WS_TABSTOP | WS_CLIPSIBLINGS, eIdTabStrip1);
     std::wstring sTabs[] = {L"Global Rules", L"Category Rules"};
     for (int i = 0; i < 2; ++i)
@@ -242,6 +244,7 @@ void frmCatWindow::SetLook(int lDpi)
     m_hFont.swap(hFont);
     m_hSymbols.swap(hSymbols);
     LayOut();
+    ::RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 SIZE frmCatWindow::ButtonSize(HWND hButton) const
@@ -250,6 +253,15 @@ SIZE frmCatWindow::ButtonSize(HWND hButton) const
     const SIZE text = TextSize(cContext.Get(), WindowText(hButton));
     return {std::max<LONG>(px(lButtonWidth), text.cx + px(lButtonPadding)),
             std::max<LONG>(px(lLowestButton), text.cy + px(8))};
+}
+
+// Two lines, and more where a category's name is very long.
+int frmCatWindow::TitleHeight() const
+{
+    const FontContext cContext(Handle(), m_hFont.get());
+    const SIZE text =
+        TextSize(cContext.Get(), WindowText(m_hTitle), px(lRulesWidth), DT_NOPREFIX | DT_EDITCONTROL);
+    return std::max(2 * static_cast<int>(TextSize(cContext.Get(), L"Ag").cy), static_cast<int>(text.cy));
 }
 
 int frmCatWindow::StripWidth() const
@@ -269,13 +281,11 @@ SIZE frmCatWindow::SmallestClient() const
     const SIZE selector = m_cSelector->SmallestSize();
     const int lRules = m_bRulesShown ? px(lWideGap + lRulesWidth) : 0;
     const int lWidth = std::max(static_cast<int>(selector.cx) + lRules, ButtonsWidth());
-    const FontContext cContext(Handle(), m_hFont.get());
-    const int lLine = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy);
     const int lButton = static_cast<int>(ButtonSize(m_hOK).cy);
-    // Title of two lines, tabs, the taller pane and the button below it.
+    // Title, tabs, the taller pane and the button below it.
     const int lPane =
         std::max(m_cPanes[0]->HeightAt(px(lRulesWidth - 8)), m_cPanes[1]->HeightAt(px(lRulesWidth - 8)));
-    const int lRulesHeight = m_bRulesShown ? 3 * lLine + px(4 * lGap) + lPane + lButton : 0;
+    const int lRulesHeight = m_bRulesShown ? TitleHeight() + px(lTabs + 3 * lGap) + lPane + lButton : 0;
     const int lHeight = std::max(static_cast<int>(selector.cy), lRulesHeight);
     return {lWidth + 2 * px(lMargin), lHeight + px(2 * lMargin + lWideGap) + lButton};
 }
@@ -319,23 +329,24 @@ void frmCatWindow::LayOutButtons(int lTop, int lRight)
 
 void frmCatWindow::LayOutRulesArea(int lLeft, int lTop, int lWidth, int lBottom)
 {
-    const FontContext cContext(Handle(), m_hFont.get());
-    const int lTitle = 2 * static_cast<int>(TextSize(cContext.Get(), L"Ag").cy);
+    const int lTitle = TitleHeight();
     const SIZE apply = ButtonSize(m_hApply);
     const int lApplyTop = lBottom - static_cast<int>(apply.cy);
     const int lTabsTop = lTop + lTitle + px(lGap);
     const int lTabsHeight = lApplyTop - px(lGap) - lTabsTop;
-    ::MoveWindow(m_hTitle, lLeft, lTop, lWidth, lTitle, TRUE);
-    ::MoveWindow(m_hTabs, lLeft, lTabsTop, lWidth, lTabsHeight, TRUE);
-    ::MoveWindow(m_hApply, lLeft + lWidth - static_cast<int>(apply.cx), lApplyTop, static_cast<int>(apply.cx),
-                 static_cast<int>(apply.cy), TRUE);
     RECT page{0, 0, lWidth, lTabsHeight};
     ::SendMessageW(m_hTabs, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&page));
-    const int lPageWidth = static_cast<int>(page.right - page.left);
-    const int lPageHeight = static_cast<int>(page.bottom - page.top);
-    for (const auto& cPane : m_cPanes)
-        ::MoveWindow(cPane->Handle(), lLeft + static_cast<int>(page.left),
-                     lTabsTop + static_cast<int>(page.top), lPageWidth, lPageHeight, TRUE);
+    {
+        Mover cMover(5);
+        cMover.Move(m_hTitle, lLeft, lTop, lWidth, lTitle);
+        cMover.Move(m_hTabs, lLeft, lTabsTop, lWidth, lTabsHeight);
+        cMover.Move(m_hApply, lLeft + lWidth - static_cast<int>(apply.cx), lApplyTop,
+                    static_cast<int>(apply.cx), static_cast<int>(apply.cy));
+        for (const auto& cPane : m_cPanes)
+            cMover.Move(cPane->Handle(), lLeft + static_cast<int>(page.left),
+                        lTabsTop + static_cast<int>(page.top), static_cast<int>(page.right - page.left),
+                        static_cast<int>(page.bottom - page.top));
+    }
     // The panes come after the tabs in the tab order and so lie below them: the tabs get a hole there.
     const HRGN hShape = ::CreateRectRgn(0, 0, lWidth, lTabsHeight);
     const HRGN hHole = ::CreateRectRgnIndirect(&page);
@@ -364,7 +375,13 @@ void frmCatWindow::ChoosePane(RulesPane ePane)
     }
 }
 
-void frmCatWindow::SetRulesTitle(const std::wstring& sTitle) { ::SetWindowTextW(m_hTitle, sTitle.c_str()); }
+void frmCatWindow::SetRulesTitle(const std::wstring& sTitle)
+{
+    const int lBefore = TitleHeight();
+    ::SetWindowTextW(m_hTitle, sTitle.c_str());
+    if (TitleHeight() != lBefore)
+        LayOut();
+}
 
 std::wstring frmCatWindow::BoxText(RuleBox eBox) const
 {

@@ -57,6 +57,7 @@ private:
     void LayOutRulesArea(int lLeft, int lTop, int lWidth, int lBottom);
     SIZE SmallestClient() const;
     SIZE ButtonSize(HWND hButton) const;
+    int TitleHeight() const;
     int StripWidth() const;
     int ButtonsWidth() const;
     int px(int lAt96) const;

@@ -29,11 +29,11 @@ std::wstring WindowText(HWND hWindow)
     return sText;
 }
 
-SIZE TextSize(HDC hDC, const std::wstring& sText, int lWrapAt) noexcept
+SIZE TextSize(HDC hDC, const std::wstring& sText, int lWrapAt, UINT lFlags) noexcept
 {
     RECT rect{0, 0, lWrapAt, 0};
     const UINT lWrap = lWrapAt > 0 ? DT_WORDBREAK : 0u;
-    ::DrawTextW(hDC, sText.c_str(), static_cast<int>(sText.size()), &rect, DT_CALCRECT | lWrap);
+    ::DrawTextW(hDC, sText.c_str(), static_cast<int>(sText.size()), &rect, DT_CALCRECT | lWrap | lFlags);
     return {rect.right, rect.bottom};
 }
 
@@ -44,7 +44,8 @@ void SetFont(HWND hControl, HFONT hFont) noexcept
 
 void Mover::Move(HWND hControl, int x, int y, int cx, int cy) noexcept
 {
-    constexpr UINT lFlags = SWP_NOZORDER | SWP_NOACTIVATE;
+    // Bits that are copied along may be those of a neighbour that stood in the way.
+    constexpr UINT lFlags = SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS;
     if (m_hMoves)
         m_hMoves =
             ::DeferWindowPos(m_hMoves, hControl, nullptr, x, y, std::max(0, cx), std::max(0, cy), lFlags);

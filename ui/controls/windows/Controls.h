@@ -16,8 +16,9 @@ HWND MakeControl(HWND hParent, const wchar_t* sClass, const std::wstring& sText,
 
 std::wstring WindowText(HWND hWindow);
 
-// The size a text takes in a font; wrapped at a width when that is not 0. Mnemonic signs take no room.
-SIZE TextSize(HDC hDC, const std::wstring& sText, int lWrapAt = 0) noexcept;
+// The size a text takes in a font; wrapped at a width when that is not 0. Mnemonic signs take no room. lFlags:
+// DT_ numbers besides.
+SIZE TextSize(HDC hDC, const std::wstring& sText, int lWrapAt = 0, UINT lFlags = 0) noexcept;
 
 void SetFont(HWND hControl, HFONT hFont) noexcept;
 

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+#include "com/LateBoundLibrary.h"
+
+#include "collections/CaseFolding.h"
+#include "com/kit/Collection.h"
+#include "com/kit/Errors.h"
+#include "ui/library/LibraryFilling.h"
+
+#include <algorithm>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::int32_t lChildOf = 4; // the relationship of a new node to the one it is given with
+
+Variant Text(const std::wstring& sText) { return Variant(std::wstring_view(sText)); }
+Variant Number(std::size_t lNumber) { return Variant(static_cast<std::int32_t>(lNumber)); }
+
+ComPtr<IDispatch> ObjectOf(const Variant& value)
+{
+    ComPtr<IDispatch> cObject = ObjectIn<IDispatch>(value);
+    if (!cObject)
+        throw RuntimeError(error::ObjectNotSet);
+    return cObject;
+}
+
+// What a call that failed with an exception of the object's own left behind.
+[[noreturn]] void Rethrow(EXCEPINFO& info)
+{
+    if (info.pfnDeferredFillIn)
+        info.pfnDeferredFillIn(&info);
+    const std::wstring sDescription = TextOf(info.bstrDescription);
+    SysFreeString(info.bstrSource);
+    SysFreeString(info.bstrDescription);
+    SysFreeString(info.bstrHelpFile);
+    const HRESULT hResult = FAILED(info.scode) ? info.scode : E_FAIL;
+    throw ComError(info.wCode != 0 ? ResultOf(RuntimeError(info.wCode)) : hResult, sDescription);
+}
+
+} // namespace
+
+// ---- calling by name ----
+
+DISPID LateBound::IdOf(const wchar_t* sName)
+{
+    const auto found = m_colIds.find(sName);
+    if (found != m_colIds.end())
+        return found->second;
+    std::wstring sAsked = sName;
+    LPOLESTR pName = sAsked.data();
+    DISPID lId = DISPID_UNKNOWN;
+    ThrowIfFailed(m_cObject->GetIDsOfNames(IID_NULL, &pName, 1, LOCALE_USER_DEFAULT, &lId));
+    m_colIds.emplace(sName, lId);
+    return lId;
+}
+
+Variant LateBound::Invoke(const wchar_t* sName, WORD wFlags, std::vector<Variant> colReversed)
+{
+    const bool bPut = wFlags == DISPATCH_PROPERTYPUT;
+    DISPID lValue = DISPID_PROPERTYPUT;
+    DISPPARAMS arguments{colReversed.data(), bPut ? &lValue : nullptr, static_cast<UINT>(colReversed.size()),
+                         bPut ? 1u : 0u};
+    Variant result;
+    EXCEPINFO info{};
+    const HRESULT hResult = m_cObject->Invoke(IdOf(sName), IID_NULL, LOCALE_USER_DEFAULT, wFlags, &arguments,
+                                              bPut ? nullptr : &result, &info, nullptr);
+    if (hResult == DISP_E_EXCEPTION)
+        Rethrow(info);
+    ThrowIfFailed(hResult);
+    return result;
+}
+
+Variant LateBound::Get(const wchar_t* sName, const std::vector<Variant>& colArguments)
+{
+    return Invoke(sName, DISPATCH_PROPERTYGET | DISPATCH_METHOD,
+                  {colArguments.rbegin(), colArguments.rend()});
+}
+
+Variant LateBound::Call(const wchar_t* sName, const std::vector<Variant>& colArguments)
+{
+    return Invoke(sName, DISPATCH_METHOD, {colArguments.rbegin(), colArguments.rend()});
+}
+
+void LateBound::Put(const wchar_t* sName, const std::vector<Variant>& colArguments, const Variant& value)
+{
+    std::vector<Variant> colReversed(colArguments.rbegin(), colArguments.rend());
+    colReversed.insert(colReversed.begin(), value);
+    Invoke(sName, DISPATCH_PROPERTYPUT, std::move(colReversed));
+}
+
+// ---- the tree ----
+
+LateBoundTree::LateBoundTree(IDispatch& oTv)
+    : m_colNodes(ObjectOf(LateBound(oTv).Get(L"Nodes"))), m_cNodes(*m_colNodes)
+{
+}
+
+void LateBoundTree::Clear() { m_cNodes.Call(L"Clear", {}); }
+
+void LateBoundTree::AddNode(const std::wstring& sParentKey, const std::wstring& sKey,
+                            const std::wstring& sText, const wchar_t* sImage)
+{
+    const bool bRoot = sParentKey.empty();
+    m_cNodes.Call(L"Add",
+                  {bRoot ? Variant::Omitted() : Text(sParentKey),
+                   bRoot ? Variant::Omitted() : Variant(lChildOf), Text(sKey), Text(sText), Text(sImage)});
+}
+
+void LateBoundTree::SetSorted(const std::wstring& sKey)
+{
+    LateBound(*ObjectOf(m_cNodes.Get(L"Item", {Text(sKey)}))).Put(L"Sorted", {}, Variant(true));
+}
+
+void LateBoundTree::ExpandFirst()
+{
+    LateBound(*ObjectOf(m_cNodes.Get(L"Item", {Variant(std::int32_t{1})})))
+        .Put(L"Expanded", {}, Variant(true));
+}
+
+void LateBoundTree::ShowAsOpen(const std::wstring& sKey)
+{
+    ComPtr<IDispatch> cShown;
+    ForEachItem(m_colNodes.Get(),
+                [&](const Variant& cItem)
+                {
+                    const ComPtr<IDispatch> cObject = ObjectOf(cItem);
+                    LateBound cNode(*cObject);
+                    const std::optional<Variant> cKey = cNode.Get(L"Key").As(VT_BSTR);
+                    if (cKey && EqualIgnoringCase(TextOf(cKey->bstrVal), sKey))
+                        cShown = cObject;
+                    else
+                        cNode.Put(L"Image", {}, Text(sImageClosed));
+                });
+    if (!cShown)
+        return;
+    LateBound cNode(*cShown);
+    cNode.Put(L"Image", {}, Text(sImageOpen));
+    if (const ComPtr<IDispatch> cParent = ObjectIn<IDispatch>(cNode.Get(L"Parent"))) // the root has none
+        LateBound(*cParent).Put(L"Image", {}, Text(sImageOpen));
+}
+
+// ---- the grid ----
+
+void LateBoundGrid::SetRedraw(bool bRedraw) { m_cGrid.Put(L"Redraw", {}, Variant(bRedraw)); }
+
+std::size_t LateBoundGrid::ColCount() const
+{
+    const std::optional<Variant> cCount = m_cGrid.Get(L"ColCount").As(VT_I4);
+    return cCount ? static_cast<std::size_t>(std::max<LONG>(cCount->lVal, 0)) : 0;
+}
+
+void LateBoundGrid::AddCol(const std::wstring& sKey, const std::wstring& sHeader)
+{
+    m_cGrid.Call(L"AddCol", {Text(sKey), Text(sHeader)});
+}
+
+void LateBoundGrid::SetRowCount(std::size_t lRows) { m_cGrid.Put(L"RowCount", {}, Number(lRows)); }
+
+void LateBoundGrid::SetRowKey(std::size_t lRow, const std::wstring& sKey)
+{
+    m_cGrid.Put(L"RowKey", {Number(lRow)}, Text(sKey));
+}
+
+void LateBoundGrid::SetCell(std::size_t lRow, const wchar_t* sColKey, const std::wstring& sValue)
+{
+    m_cGrid.Put(L"CellValue", {Number(lRow), Text(sColKey)}, Text(sValue));
+}
+
+void LateBoundGrid::SetCell(std::size_t lRow, const wchar_t* sColKey, std::int32_t lValue)
+{
+    m_cGrid.Put(L"CellValue", {Number(lRow), Text(sColKey)}, Variant(lValue));
+}
+
+} // namespace ravlo
