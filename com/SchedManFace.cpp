@@ -5,6 +5,7 @@
 #include "com/HostDatabase.h"
 #include "com/LateBoundLibrary.h"
 #include "ui/library/LibraryFilling.h"
+#include "ui/windows/SchedulerUi.h"
 
 namespace ravlo
 {
@@ -41,18 +42,21 @@ void Replace(BSTR* psTarget, const std::wstring& sText)
         SysFreeString(std::exchange(*psTarget, NewBstr(sText)));
 }
 
-// What a member answers that this release does not have.
-[[noreturn]] void NotInThisRelease(const wchar_t* sMember)
-{
-    throw ComError(E_NOTIMPL, std::wstring(sMember) + L" is not available in this release");
-}
-
 template <class Adapter, class Item>
 ComPtr<_clsCollection> CollectionOut(const std::shared_ptr<OrderedKeyedCollection<Item>>& colItems)
 {
     if (!colItems)
         return nullptr;
     return FaceOfCollection<Adapter>(colItems);
+}
+
+// A collection of its own, keyed by the cuts' keys.
+ComPtr<_clsCollection> CollectionOfCuts(const Cuts& colCuts)
+{
+    const auto colResult = std::make_shared<CutCollection>();
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+        colResult->Add(TextKey(cCut->Key()), cCut);
+    return CollectionOut<CutAdapter>(colResult);
 }
 
 // Nothing is no cuts.
@@ -102,12 +106,18 @@ void AddMissing(const CatCollection& colFound, _clsCollection& colTarget)
 
 SchedManFace::SchedManFace(std::shared_ptr<clsSchedMan> cSchedMan)
     : Dispatch(identity), m_cSchedMan(std::move(cSchedMan)),
-      m_cEvents(*static_cast<_clsSchedMan*>(this), DIID___clsSchedMan)
+      m_cEvents(*static_cast<_clsSchedMan*>(this), DIID___clsSchedMan),
+      m_cWindows(NewSchedulerUi(m_cSchedMan))
 {
     m_cSchedMan->SetEvents(this);
+    m_cSchedMan->SetWindows(m_cWindows.get());
 }
 
-SchedManFace::~SchedManFace() { m_cSchedMan->SetEvents(nullptr); }
+SchedManFace::~SchedManFace()
+{
+    m_cSchedMan->SetWindows(nullptr);
+    m_cSchedMan->SetEvents(nullptr);
+}
 
 STDMETHODIMP SchedManFace::get_colIllegalChars(_clsCollection** pVal)
 {
@@ -184,7 +194,13 @@ STDMETHODIMP SchedManFace::SaveHistoryAndOrdering(_clsCat* cMainCat, VARIANT_BOO
 
 STDMETHODIMP SchedManFace::ShowLibraryUI()
 {
-    return Guard([] { NotInThisRelease(L"ShowLibraryUI"); });
+    return Guard(
+        [&]
+        {
+            // A host may let go of the manager while its window shows.
+            const ComPtr<_clsSchedMan> cKeepAlive(this);
+            m_cSchedMan->ShowLibraryUI();
+        });
 }
 STDMETHODIMP SchedManFace::PopulateTreeView(IDispatch* oTv)
 {
@@ -322,10 +338,37 @@ STDMETHODIMP SchedManFace::DoMassCatChange(::eCatDragOptions eCatDragOption, IDi
                 *bCreatedNewSubCats = VARIANT_TRUE;
         });
 }
-STDMETHODIMP SchedManFace::ShowCatUI(_clsCat**, _clsCat**, VARIANT_BOOL*, BSTR, _clsCollection**,
-                                     VARIANT_BOOL, VARIANT_BOOL, _clsCut*, VARIANT*)
+STDMETHODIMP SchedManFace::ShowCatUI(_clsCat** cMainCatChosen, _clsCat** cSubCatChosen,
+                                     VARIANT_BOOL* bOpenerChosen, BSTR sCaption, _clsCollection** colSelCuts,
+                                     VARIANT_BOOL bAllowNew, VARIANT_BOOL bAllowMultiSelect, _clsCut* cCut,
+                                     VARIANT* pVal)
 {
-    return Guard([] { NotInThisRelease(L"ShowCatUI"); });
+    return Guard(
+        [&]
+        {
+            const ComPtr<_clsSchedMan> cKeepAlive(this);
+            VARIANT& result = Out(pVal);
+            CategoryRequest request;
+            request.cMainCatChosen = CatFrom(cMainCatChosen ? *cMainCatChosen : nullptr);
+            request.cSubCatChosen = CatFrom(cSubCatChosen ? *cSubCatChosen : nullptr);
+            request.bOpenerChosen = bOpenerChosen && *bOpenerChosen != VARIANT_FALSE;
+            request.sCaption = TextOf(sCaption);
+            request.bAllowNew = bAllowNew != VARIANT_FALSE;
+            request.bAllowMultiSelect = bAllowMultiSelect != VARIANT_FALSE;
+            request.cCut = CutFrom(cCut);
+            const std::int32_t lAnswer = m_cSchedMan->ShowCatUI(request);
+            if (lAnswer == lChosen)
+            {
+                Replace(cMainCatChosen, request.cMainCatChosen);
+                Replace(cSubCatChosen, request.cSubCatChosen);
+                if (bOpenerChosen)
+                    *bOpenerChosen = BoolOf(request.bOpenerChosen);
+                if (colSelCuts)
+                    ComPtr<_clsCollection>::Adopt(
+                        std::exchange(*colSelCuts, CollectionOfCuts(request.colSelCuts).Detach()));
+            }
+            result = Variant(lAnswer).Detach();
+        });
 }
 
 STDMETHODIMP SchedManFace::get_NextCutFromRotation(BSTR strSubCatKey, VARIANT_BOOL bMustBeOpener,

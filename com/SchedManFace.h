@@ -77,6 +77,7 @@ private:
 
     std::shared_ptr<clsSchedMan> m_cSchedMan;
     EventSource m_cEvents;
+    std::unique_ptr<SchedulerWindows> m_cWindows;
 };
 
 } // namespace ravlo
