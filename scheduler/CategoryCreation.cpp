@@ -130,6 +130,7 @@ void CategoryCreation::Create(const std::wstring& sName)
     m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.sAppPath);
     if (m_cStation.Holds(cMainCat)) // an error's box has given the host the time to reload
         m_cStation.cHistoryFiles.Save(cMainCat);
+    m_cStation.SaveOwed();
 }
 
 // ---- levels ----
@@ -172,6 +173,7 @@ bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
                 if (cMainCat->AddSubCat(std::make_shared<clsCat>(cMod, cMainCat->CatName(), *lLevel)))
                 {
                     m_cStation.cHistoryFiles.Save(cMainCat);
+                    m_cStation.SaveOwed();
                     return true;
                 }
                 if (!TryAgain({L"Category Level Already Present!", L"There is already a category level " +

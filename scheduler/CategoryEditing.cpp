@@ -127,6 +127,7 @@ void CategoryEditing::SaveShuffled(const AffectedCats& cAffected)
             m_cStation.cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, sProgramTitle,
                                 L"Failed to save cat history and ordering for: " + sName);
     }
+    m_cStation.SaveOwed();
 }
 
 // ---- deleting ----
@@ -143,6 +144,7 @@ bool CategoryEditing::DeleteCats(const Cats& colCats)
             bool bAll = true;
             for (const Chosen& chosen : ChosenOf(m_cStation, colCats))
                 bAll = DeleteChosen(chosen.cMainCat, chosen.colLevels, chosen.bMainListed, cFiling) && bAll;
+            m_cStation.SaveOwed();
             m_cStation.cEvents.ProgressDone(L"Categories Deleted.");
             cFiling.Report(
                 [&](const RuntimeError& cError)
@@ -285,6 +287,7 @@ void CategoryEditing::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, co
             colCuts.Reorder(colOrder);
             if (const std::shared_ptr<clsCat> cMainCat = MainCatOf(m_cStation, cCat))
                 m_cStation.cHistoryFiles.Save(cMainCat);
+            m_cStation.SaveOwed();
             return true;
         });
 }

@@ -16,14 +16,13 @@ std::wstring CountText(std::size_t lCount) { return DecimalText(static_cast<std:
 } // namespace
 
 std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
-                                      const std::wstring& sName, bool& bCreated)
+                                      const std::wstring& sName)
 {
     const std::wstring sKey = CategoryKey(sName, 0);
     if (const std::shared_ptr<clsCat>* cFound = colMainCats.Find(sKey))
         return *cFound;
     auto cMainCat = std::make_shared<clsCat>(cMod, sName, 0);
     colMainCats.Add(TextKey(sKey), cMainCat);
-    bCreated = true;
     return cMainCat;
 }
 

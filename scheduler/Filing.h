@@ -14,9 +14,9 @@
 namespace ravlo
 {
 
-// Finds a main category by name, or makes it and adds it at the end of colMainCats (bCreated is then set).
+// Finds a main category by name, or makes it and adds it at the end of colMainCats.
 std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
-                                      const std::wstring& sName, bool& bCreated);
+                                      const std::wstring& sName);
 
 // Files the cuts of one operation and gathers what goes wrong with them, so that an operation over thousands
 // of cuts finishes its work and then says each thing once: one box per kind and category, the rest counted in

@@ -35,13 +35,15 @@ MassChange::MassChange(Station& cStation, Synchronisation& cSync, eCatDragOption
 
 void MassChange::Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats)
 {
+    Cuts colCuts;
+    std::copy_if(colCutsToChange.begin(), colCutsToChange.end(), std::back_inserter(colCuts),
+                 [](const std::shared_ptr<Cut>& cCut) { return cCut != nullptr; });
+    if (colCuts.empty())
+        return;
     if (!TargetStands())
         throw RuntimeError(error::InvalidProcedureCall,
                            L"The category to change into does not exist any more");
     const Synchronisation::Hold cHold(m_cSync);
-    Cuts colCuts;
-    std::copy_if(colCutsToChange.begin(), colCutsToChange.end(), std::back_inserter(colCuts),
-                 [](const std::shared_ptr<Cut>& cCut) { return cCut != nullptr; });
     if (m_eOption == eCopyHere)
         Copy(colCuts, bCreatedNewSubCats);
     else

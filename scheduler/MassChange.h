@@ -25,7 +25,7 @@ public:
                std::shared_ptr<clsCat> cSubCatTo);
 
     // Changes the cuts, saves every main category concerned once and reports what could not be changed.
-    // bCreatedNewSubCats is set when any level was made.
+    // bCreatedNewSubCats is set when any level was made. Without cuts nothing happens and nothing is said.
     void Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats);
 
 private:

@@ -101,13 +101,12 @@ const Population::Names& Population::NamesOf(const Cut& cCut)
     Names& names = found->second;
     if (bNew)
     {
-        bool bCreated = false;
         names.lNumber = m_cFiledCuts.NumberOf(colNames);
         for (const std::wstring& sName : colNames)
             if (sName.empty())
                 names.bEmptyName = true;
             else
-                names.colMainCats.push_back(EnsureMainCat(m_cMod, *m_colMainCats, sName, bCreated));
+                names.colMainCats.push_back(EnsureMainCat(m_cMod, *m_colMainCats, sName));
     }
     return names;
 }
@@ -132,6 +131,20 @@ void Population::PlaceCuts(const Cuts& colCuts)
         });
 }
 
+// What a report says decides nothing: a cut whose texts cannot be read for it may be filed all the same.
+std::wstring Population::TextOrNothing(const Text& text, const Cut& cCut, std::size_t lCount)
+{
+    try
+    {
+        return text(cCut, lCount);
+    }
+    catch (...)
+    {
+        m_cMod.LogError(L"PopulateFromDataBase, progress", CurrentError());
+        return {};
+    }
+}
+
 void Population::RunPhase(const std::wstring& sReason, const Cuts& colCuts, const Work& work,
                           const Text& text)
 {
@@ -145,15 +158,15 @@ void Population::RunPhase(const std::wstring& sReason, const Cuts& colCuts, cons
         try
         {
             work(cCut);
-            if (cThrottle.IsDue(lCount))
-            {
-                m_cEvents.Progress(text(*cCut, lCount), lCount, colCuts.size());
-                cThrottle.Reported();
-            }
         }
         catch (...)
         {
             m_cFiling.Failed(*cCut);
+        }
+        if (cThrottle.IsDue(lCount))
+        {
+            m_cEvents.Progress(TextOrNothing(text, *cCut, lCount), lCount, colCuts.size());
+            cThrottle.Reported();
         }
         if (ProgressThrottle::IsSample(lCount))
             cPauses.AtSample();
@@ -165,16 +178,11 @@ void Population::AddSavedCategories(const NameCollection& colNames)
     std::unordered_set<std::wstring> colAsSaved;
     for (const std::shared_ptr<clsCat>& cMainCat : *m_colMainCats)
         colAsSaved.insert(FoldCase(m_cCategoryList.AsSaved(cMainCat->CatName())));
-    bool bCreated = false;
+    // A name that the code page could not hold stands in the list with substitutes; it is the category the
+    // database has. No name is empty: the list is read without such lines.
     for (const std::wstring& sName : colNames)
-    {
-        if (sName.empty())
-            m_cFiling.EmptyName(BoxIcon::None, L"0-length catname");
-        // A name that the code page could not hold stands in the list with substitutes; it is the category
-        // the database has.
-        else if (colAsSaved.count(FoldCase(sName)) == 0)
-            EnsureMainCat(m_cMod, *m_colMainCats, sName, bCreated);
-    }
+        if (colAsSaved.count(FoldCase(sName)) == 0)
+            EnsureMainCat(m_cMod, *m_colMainCats, sName);
 }
 
 void Population::ReportProblems()

@@ -47,6 +47,7 @@ private:
     // One pass over the cuts: work for each, and text for the report when one is due. A cut that cannot be
     // read is passed over and counted.
     void RunPhase(const std::wstring& sReason, const Cuts& colCuts, const Work& work, const Text& text);
+    std::wstring TextOrNothing(const Text& text, const Cut& cCut, std::size_t lCount);
     struct Names // of the cuts that spell their names alike
     {
         std::uint32_t lNumber = 0; // FiledCuts::NumberOf

@@ -44,11 +44,19 @@ struct Station
     std::vector<Place> PlacesOf(const TextKey& cKey) const
     {
         std::vector<Place> colPlaces;
+        if (!colMainCats)
+            return colPlaces;
         for (const std::shared_ptr<clsCat>& cMainCat : *colMainCats)
             for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
                 if (cSubCat->SchedCuts()->Exists(cKey))
                     colPlaces.push_back({cMainCat, cSubCat});
         return colPlaces;
+    }
+    // Tries again what picks could not save. Every operation that saves orders ends with it.
+    void SaveOwed()
+    {
+        if (const std::shared_ptr<CatCollection> colCats = colMainCats)
+            cHistoryFiles.SaveOwed(*colCats);
     }
     // Whether a main category is one of the tree's at present.
     bool Holds(const std::shared_ptr<clsCat>& cMainCat) const

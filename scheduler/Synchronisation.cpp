@@ -29,6 +29,26 @@ bool Holds(const std::vector<std::wstring>& colNames, const std::wstring& sName)
                        [&](const std::wstring& sOther) { return EqualIgnoringCase(sOther, sName); });
 }
 
+// Whether a main category's level of that number holds the cut.
+bool StandsIn(const clsCat& cMainCat, std::int32_t lLevel, const TextKey& cKey)
+{
+    const std::shared_ptr<clsCat> cSubCat = cMainCat.SubCat(lLevel);
+    return cSubCat && cSubCat->SchedCuts()->Exists(cKey);
+}
+
+// For a box. What a box says decides nothing: a cut whose texts cannot be read may be filed all the same.
+std::wstring ArtistAndTitle(const Cut& cCut)
+{
+    try
+    {
+        return cCut.Artist() + L" - " + cCut.Title();
+    }
+    catch (const RuntimeError&)
+    {
+        return {};
+    }
+}
+
 } // namespace
 
 // ---- listening ----
@@ -156,13 +176,10 @@ void Synchronisation::AddCuts(const Cuts& colCuts, AffectedCats& cAffected, Fili
             return; // the host has reloaded meanwhile: the new tree came from the database as it is now
         try
         {
-            const TextKey cKey = cCut->Key();
-            bool bCreatedMainCat = false;
-            bool bCreatedNewSubCat = false;
-            if (m_cStation.cFiledCuts.Knows(cKey) && !m_cStation.cFiledCuts.IsUnchanged(*cCut))
+            if (m_cStation.cFiledCuts.Knows(cCut->Key()) && !m_cStation.cFiledCuts.IsUnchanged(*cCut))
                 ModifyCut(cCut, cAffected, cFiling); // announced as new, but filed elsewhere already
             else
-                AddCutToCategory(cCut, nullptr, bCreatedMainCat, bCreatedNewSubCat, cAffected, cFiling);
+                AddCutToCategory(cCut, nullptr, cAffected, cFiling);
             m_cStation.cFiledCuts.Remember(*cCut);
         }
         catch (...)
@@ -173,13 +190,16 @@ void Synchronisation::AddCuts(const Cuts& colCuts, AffectedCats& cAffected, Fili
 }
 
 void Synchronisation::AddCutToCategory(const std::shared_ptr<Cut>& cCut,
-                                       const std::shared_ptr<clsCat>& cMainCat, bool& bCreatedMainCat,
-                                       bool& bCreatedNewSubCat, AffectedCats& cAffected, Filing& cFiling)
+                                       const std::shared_ptr<clsCat>& cMainCat, AffectedCats& cAffected,
+                                       Filing& cFiling)
 {
+    if (!m_cStation.colMainCats)
+        return;
     const auto FileInto = [&](clsCat& cInto)
     {
-        cFiling.File(cCut, cInto, bCreatedNewSubCat);
-        cAffected.Touch(cInto.CatName());
+        bool bCreated = false;
+        if (cFiling.File(cCut, cInto, bCreated) || StandsIn(cInto, cCut->CatLevel(), cCut->Key()))
+            cAffected.Touch(cInto.CatName());
     };
     if (cMainCat)
     {
@@ -195,9 +215,9 @@ void Synchronisation::AddCutToCategory(const std::shared_ptr<Cut>& cCut,
     {
         if (sName.empty())
             cFiling.EmptyName(BoxIcon::None, std::wstring(L"Zero-length cat names are illegal!") + sCrLf +
-                                                 cCut->Artist() + L" - " + cCut->Title());
+                                                 ArtistAndTitle(*cCut));
         else
-            FileInto(*EnsureMainCat(m_cStation.cMod, *m_cStation.colMainCats, sName, bCreatedMainCat));
+            FileInto(*EnsureMainCat(m_cStation.cMod, *m_cStation.colMainCats, sName));
     }
 }
 
@@ -222,9 +242,7 @@ void Synchronisation::HandleModified(const Cuts& colCuts)
                      cFiling.Failed(*cCut);
                  }
              }
-             for (const std::wstring& sName : cAffected)
-                 if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName))
-                     m_cStation.cHistoryFiles.Save(cMainCat, HistoryFiles::Manner::WithoutProgress);
+             SaveAffected(cAffected, HistoryFiles::Manner::WithoutProgress);
              RefreshLibrary(nullptr);
              cFiling.Report([&cMod](const RuntimeError& cError)
                             { cMod.DISPLAYERROR(L"ModifyCut [SchedMan]", true, cError); });
@@ -234,7 +252,7 @@ void Synchronisation::HandleModified(const Cuts& colCuts)
 
 void Synchronisation::ModifyCut(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected, Filing& cFiling)
 {
-    if (m_cStation.cFiledCuts.IsUnchanged(*cCut) && StandsWhereAssigned(*cCut))
+    if (!m_cStation.colMainCats || (m_cStation.cFiledCuts.IsUnchanged(*cCut) && StandsWhereAssigned(*cCut)))
         return;
     const TextKey cKey = cCut->Key();
     const std::int32_t lLevel = cCut->CatLevel();
@@ -247,11 +265,10 @@ void Synchronisation::ModifyCut(const std::shared_ptr<Cut>& cCut, AffectedCats& 
             Leave(place, cKey, cAffected, cFiling);
     for (const std::wstring& sName : colNames)
     {
-        bool bCreated = false;
         const std::shared_ptr<clsCat> cMainCat =
-            EnsureMainCat(m_cStation.cMod, *m_cStation.colMainCats, sName, bCreated);
-        if (cFiling.File(cCut, *cMainCat, bCreated) || bCreated)
-            cAffected.Touch(sName);
+            EnsureMainCat(m_cStation.cMod, *m_cStation.colMainCats, sName);
+        if (!StandsIn(*cMainCat, lLevel, cKey))
+            AddCutToCategory(cCut, cMainCat, cAffected, cFiling);
     }
     m_cStation.cFiledCuts.Remember(*cCut);
 }
@@ -268,9 +285,7 @@ bool Synchronisation::StandsWhereAssigned(const Cut& cCut) const
                        [&](const std::wstring& sName)
                        {
                            const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName);
-                           const std::shared_ptr<clsCat> cSubCat =
-                               cMainCat ? cMainCat->SubCat(lLevel) : nullptr;
-                           return sName.empty() || (cSubCat && cSubCat->SchedCuts()->Exists(cKey));
+                           return sName.empty() || (cMainCat && StandsIn(*cMainCat, lLevel, cKey));
                        });
 }
 
@@ -397,12 +412,12 @@ bool Synchronisation::TakeOut(const std::shared_ptr<Cut>& cCut, const clsCat& cM
 
 // ---- afterwards ----
 
-void Synchronisation::SaveAffected(const AffectedCats& cAffected)
+void Synchronisation::SaveAffected(const AffectedCats& cAffected, HistoryFiles::Manner eManner)
 {
     for (const std::wstring& sName : cAffected)
         if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName))
-            m_cStation.cHistoryFiles.Save(cMainCat);
-    m_cStation.cHistoryFiles.SaveOwed(*m_cStation.colMainCats);
+            m_cStation.cHistoryFiles.Save(cMainCat, eManner);
+    m_cStation.SaveOwed();
 }
 
 void Synchronisation::RefreshLibrary(const wchar_t* sLogLine)

@@ -61,11 +61,10 @@ public:
     };
 
     // Files a cut into one main category, or with null into every category it is assigned to, making what is
-    // missing. Categories that received the cut are touched. A main category that is not the tree's is
-    // refused with a box.
+    // missing. Categories in which the cut stands afterwards are touched. A main category that is not the
+    // tree's is refused with a box. Nothing happens before the first population.
     void AddCutToCategory(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat,
-                          bool& bCreatedMainCat, bool& bCreatedNewSubCat, AffectedCats& cAffected,
-                          Filing& cFiling);
+                          AffectedCats& cAffected, Filing& cFiling);
 
     // Takes a cut out of a level (its own number's, or LevelToRemoveFrom when that is not 0) of one main
     // category, or with null of every category it is assigned to. Adds to colMainCatsIN, keyed by name, those
@@ -73,15 +72,18 @@ public:
     void RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat, const std::shared_ptr<Cut>& cCut,
                                CatCollection& colMainCatsIN, std::int32_t LevelToRemoveFrom = 0);
 
-    // Brings the tree in line with a cut whose categories or level have changed since it was filed.
+    // Brings the tree in line with a cut whose categories or level have changed since it was filed. Nothing
+    // happens before the first population.
     void ModifyCut(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected, Filing& cFiling);
 
     // Takes a cut out of one level that may hold it, category name included; the name stays while another
     // level of the same main category holds the cut. False when the level did not hold it.
     bool TakeOut(const std::shared_ptr<Cut>& cCut, const clsCat& cMainCat, clsCat& cSubCat);
 
-    // Saves each that still exists, with the boxes and reports of an explicit save.
-    void SaveAffected(const AffectedCats& cAffected);
+    // Saves each that still exists, by default with the boxes and reports of an explicit save, then what
+    // picks still owe.
+    void SaveAffected(const AffectedCats& cAffected,
+                      HistoryFiles::Manner eManner = HistoryFiles::Manner::Explicit);
 
     // The same whatever is remembered of the cut: after its database has undone changes to it.
     void Refile(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected, Filing& cFiling);

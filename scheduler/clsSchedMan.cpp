@@ -77,7 +77,7 @@ clsSchedMan::~clsSchedMan()
         if (!my.colMainCats)
             return;
         my.cCategoryList.SaveCatNames(my.colMainCats.get(), my.sAppPath);
-        my.cHistoryFiles.SaveOwed(*my.colMainCats);
+        my.SaveOwed();
         // The settings are the library's: when another manager has moved it to another folder since, they are
         // that one's.
         if (my.sAppPath == my.cMod.AppPath())
@@ -206,8 +206,7 @@ bool clsSchedMan::SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat
     if (!cMainCat)
         return my.colMainCats && my.cHistoryFiles.SaveAll(my.colMainCats);
     const bool bSaved = my.cHistoryFiles.Save(cMainCat) == HistoryFiles::Saved::Yes;
-    if (my.colMainCats)
-        my.cHistoryFiles.SaveOwed(*my.colMainCats);
+    my.SaveOwed();
     return bSaved;
 }
 
@@ -262,7 +261,7 @@ std::shared_ptr<Cut> clsSchedMan::NextCutFromRotation(const std::wstring& strSub
     if (bSave && answer.bMovedCuts && my.Holds(answer.cMainCat))
     {
         my.cHistoryFiles.SaveQuietly(answer.cMainCat);
-        my.cHistoryFiles.SaveOwed(*my.colMainCats);
+        my.SaveOwed();
     }
     cMainCat = std::move(answer.cMainCat);
     cSubCat = std::move(answer.cSubCat);
@@ -369,7 +368,7 @@ void clsSchedMan::DoMassCatChange(eCatDragOptions eCatDragOption, const Cats& co
 {
     const bool bKnown =
         eCatDragOption == eCopyHere || eCatDragOption == eMoveHere || eCatDragOption == eMoveExclusiveHere;
-    if (!bKnown || colSubCatsFrom.empty() || !cSubCatTo)
+    if (!bKnown || colSubCatsFrom.empty() || !cSubCatTo || colCutsToChange.empty())
         return;
     Edit(L"Error in DoMassCatChange [cSchedMan]", false,
          [&]

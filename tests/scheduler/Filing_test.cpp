@@ -41,15 +41,13 @@ protected:
 TEST_F(FilingTest, AMainCategoryIsFoundWithoutRegardToCaseOrMadeAtTheEnd)
 {
     CatCollection colMainCats;
-    const auto cRock = EnsureMainCat(cMod, colMainCats, L"Rock", bCreated);
-    EXPECT_TRUE(bCreated);
+    const auto cRock = EnsureMainCat(cMod, colMainCats, L"Rock");
     EXPECT_EQ(cRock->CatName(), L"Rock");
     EXPECT_EQ(cRock->CatLevel(), 0);
     EXPECT_EQ(colMainCats.KeyAt(0)->Text(), L"Rock\t0");
-    bCreated = false;
-    EXPECT_EQ(EnsureMainCat(cMod, colMainCats, L"ROCK", bCreated), cRock);
-    EXPECT_FALSE(bCreated);
-    EnsureMainCat(cMod, colMainCats, L"Pop", bCreated);
+    EXPECT_EQ(EnsureMainCat(cMod, colMainCats, L"ROCK"), cRock);
+    EnsureMainCat(cMod, colMainCats, L"Pop");
+    EXPECT_EQ(colMainCats.Count(), 2u);
     EXPECT_EQ(colMainCats.At(1)->CatName(), L"Pop");
 }
 

@@ -52,6 +52,33 @@ TEST_F(MassChangeTest, NothingHappensWithoutAnOptionASourceOrATarget)
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
 }
 
+TEST_F(MassChangeTest, WithoutCutsNothingHappensAndNothingIsSaid)
+{
+    Add(L"a", L"Rock", 1);
+    Add(L"b", L"Pop", 1);
+    Start();
+    const Cuts colNothing[] = {{}, {nullptr}, {nullptr, nullptr}};
+    for (const eCatDragOptions eOption : {eCopyHere, eMoveHere, eMoveExclusiveHere})
+        for (const Cuts& colCuts : colNothing)
+            for (const auto& cTo :
+                 {Level(L"Pop", 1), MainCat(L"Pop"), std::make_shared<clsCat>(cLib.cMod, L"Gone", 1)})
+                EXPECT_FALSE(Change(eOption, {Level(L"Rock", 1)}, cTo, colCuts));
+    EXPECT_EQ(said, Lines());
+    EXPECT_EQ(boxes, Boxes());
+    EXPECT_EQ(cWorld.cFiles.Operations(), Lines());
+    EXPECT_EQ(cWorld.cHostLoop.lPumps, 0);
+}
+
+TEST_F(MassChangeTest, WithoutCutsItIsNoEditThatAPopulationHadToRefuse)
+{
+    Add(L"a", L"Rock", 1);
+    Start();
+    cLib.cHost.OnEvent = [&](const std::wstring&)
+    { Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Rock", 1), {}); };
+    cLib.Populate();
+    EXPECT_EQ(boxes, Boxes());
+}
+
 TEST_F(MassChangeTest, ATargetTheTreeDoesNotHoldIsRefused)
 {
     const auto cCut = Add(L"a", L"Rock", 1);

@@ -309,6 +309,23 @@ TEST_F(PopulationTest, TheReportOfACutWithoutCategoriesNamesNone)
     EXPECT_EQ(colSaid.back(), L"Progress 20/20: 20Added:  - ");
 }
 
+TEST_F(PopulationTest, ACutWhoseTextsFailInAReportIsFiledAllTheSame)
+{
+    for (int lCut = 1; lCut <= 40; ++lCut)
+        Add(std::to_wstring(lCut), L"Rock", 1);
+    static_cast<FakeCut&>(*cLibrary.cDataBase->colCuts[19]).failing = {"Artist", "Title"};
+    TakeTime(20, 101);
+    TakeTime(40, 101);
+    cLibrary.Populate();
+    EXPECT_EQ(boxes, Boxes());
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1).size(), 40u);
+    EXPECT_EQ(Lines(colSaid.end() - 2, colSaid.end()),
+              (Lines{L"Progress 20/40: ", L"Progress 40/40: 40Added: Artist of 40 - Title of 40"}))
+        << "the report comes, without the text";
+    EXPECT_EQ(cWorld.LogMessages(), (Lines{L"DISPLAYERROR, PopulateFromDataBase, progress 91 " +
+                                           StandardDescription(error::ObjectNotSet)}));
+}
+
 TEST_F(PopulationTest, PausesAreOf1MillisecondAndTakenAtMostEvery15MillisecondsOfWork)
 {
     for (int lCut = 1; lCut <= 100; ++lCut)

@@ -194,6 +194,42 @@ TEST_F(SynchronisationTest, CutsWithANegativeLevelAreRefusedOncePerCategory)
     EXPECT_EQ(MainCat(L"Rock")->SubCats()->Count(), 0u);
 }
 
+TEST_F(SynchronisationTest, CutsThatAreAllRefusedAffectNoCategoryAndSaveNothing)
+{
+    Add(L"a", L"Rock");
+    Start();
+    Added(Cuts{Add(L"b", L"Rock/Pop", 0), Add(L"c", L"Rock", -1)});
+    EXPECT_EQ(said, Joined({{L"Start 2: Updating Scheduler with Added items"}, colAddedDone}));
+    EXPECT_EQ(Written(), Lines());
+    const Lines colLog = Log();
+    EXPECT_EQ(std::count(colLog.begin(), colLog.end(),
+                         L"Saving History And Ordering now...there are: 0 Cats affected by this add."),
+              1);
+    EXPECT_EQ(boxes.size(), 2u) << "one a category";
+}
+
+TEST_F(SynchronisationTest, ARefusedCutDoesNotSaveACategoryThatOthersDidNotJoin)
+{
+    Add(L"a", L"Rock/Pop");
+    Start();
+    Added({Add(L"b", L"Rock", 0), Add(L"c", L"Pop", 1)});
+    EXPECT_EQ(Written(), (Lines{L"Pop"}));
+}
+
+TEST_F(SynchronisationTest, ACutWhoseTextsFailInABoxIsFiledUnderItsOtherNames)
+{
+    Start();
+    const auto cCut = Add(L"a", L"Rock");
+    cCut->AddCategoryName(L"");
+    const auto cNext = Add(L"b", L"Rock");
+    cCut->failing = {"Artist", "Title"};
+    cWorld.cMessages.OnShown = [&] { cCut->failing.clear(); };
+    Added({cCut, cNext});
+    EXPECT_EQ(boxes,
+              (Boxes{OkBox(BoxIcon::None, L"RavloScheduler", L"Zero-length cat names are illegal!\r\n")}));
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b"}));
+}
+
 TEST_F(SynchronisationTest, ALevelAboveTheOneAUserMayTypeIsFiled)
 {
     Start();
@@ -319,8 +355,6 @@ struct Parts
     Synchronisation cSync{cStation};
     AffectedCats cAffected;
     Filing cFiling{cMod};
-    bool bCreatedMainCat = false;
-    bool bCreatedNewSubCat = false;
 
     Parts() { cStation.colMainCats = std::make_shared<CatCollection>(); }
 
@@ -337,11 +371,11 @@ struct Parts
     }
     void File(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat)
     {
-        cSync.AddCutToCategory(cCut, cMainCat, bCreatedMainCat, bCreatedNewSubCat, cAffected, cFiling);
+        cSync.AddCutToCategory(cCut, cMainCat, cAffected, cFiling);
     }
 };
 
-TEST(AddCutToCategory, TellsWhetherAMainCategoryAndWhetherALevelWasMade)
+TEST(AddCutToCategory, MakesWhatIsMissingAndTouchesTheCategory)
 {
     struct Case
     {
@@ -361,8 +395,6 @@ TEST(AddCutToCategory, TellsWhetherAMainCategoryAndWhetherALevelWasMade)
                 cMainCat->AddSubCat(std::make_shared<clsCat>(cParts.cMod, L"Rock", 3));
         }
         cParts.File(cParts.NewCut(L"Rock", 3), nullptr);
-        EXPECT_EQ(cParts.bCreatedMainCat, !c.bHasMainCat);
-        EXPECT_EQ(cParts.bCreatedNewSubCat, !c.bHasLevel);
         EXPECT_EQ(cParts.cStation.MainCat(L"Rock")->SubCat(3)->TotalCuts(), 1);
         EXPECT_EQ(cParts.cAffected.Count(), 1u);
     }
@@ -377,7 +409,6 @@ TEST(AddCutToCategory, FilesIntoTheOneMainCategoryThatIsGiven)
     cParts.File(cCut, cPop);
     EXPECT_EQ(cRock->TotalCuts(), 0);
     EXPECT_EQ(cPop->TotalCuts(), 1);
-    EXPECT_TRUE(cParts.bCreatedNewSubCat);
     EXPECT_EQ(cCut->CategoryText(), L"Rock/Pop");
     EXPECT_EQ(Lines(cParts.cAffected.begin(), cParts.cAffected.end()), (Lines{L"Pop"}));
 }
@@ -393,6 +424,64 @@ TEST(AddCutToCategory, RefusesAMainCategoryTheTreeDoesNotHold)
     EXPECT_EQ(cParts.cAffected.Count(), 0u);
     EXPECT_EQ(cCut->CategoryText(), L"Rock");
     EXPECT_EQ(cParts.cStation.colMainCats->Count(), 0u);
+}
+
+TEST(AddCutToCategory, TouchesACategoryInWhichTheCutStandsAlreadyAndNoneThatRefusedIt)
+{
+    Parts cParts;
+    const auto cCut = cParts.NewCut(L"Rock", 2);
+    cParts.File(cCut, nullptr);
+    cParts.cAffected = {};
+    cParts.File(cCut, nullptr);
+    EXPECT_EQ(cParts.cAffected.Count(), 1u) << "it sits there";
+    for (const std::int32_t lLevel : {0, -7})
+    {
+        cParts.cAffected = {};
+        cParts.File(cParts.NewCut(L"Rock", lLevel), nullptr);
+        EXPECT_EQ(cParts.cAffected.Count(), 0u) << lLevel;
+    }
+}
+
+TEST(Synchronisation, WithoutATreeThereIsNothingToFileToFindOrToSave)
+{
+    Parts cParts;
+    cParts.cStation.colMainCats = nullptr;
+    const auto cCut = cParts.NewCut(L"Rock", 1);
+    EXPECT_TRUE(cParts.cStation.PlacesOf(cCut->Key()).empty());
+    cParts.File(cCut, nullptr);
+    cParts.cSync.ModifyCut(cCut, cParts.cAffected, cParts.cFiling);
+    cParts.cSync.Refile(cCut, cParts.cAffected, cParts.cFiling);
+    CatCollection colFrom;
+    cParts.cSync.RemoveCutFromCategory(nullptr, cCut, colFrom);
+    cParts.cSync.SaveAffected(cParts.cAffected);
+    EXPECT_TRUE(colFrom.Empty());
+    EXPECT_EQ(cParts.cAffected.Count(), 0u);
+    EXPECT_EQ(cCut->CategoryText(), L"Rock");
+    EXPECT_FALSE(cParts.cStation.cFiledCuts.Knows(cCut->Key()));
+    EXPECT_EQ(cParts.cWorld.cMessages.Boxes, Boxes());
+    EXPECT_TRUE(cParts.cWorld.cFiles.Operations().empty());
+}
+
+TEST(Synchronisation, AfterAFirstPopulationThatFailedNothingIsFollowedAndEveryMemberIsQuiet)
+{
+    RadioWorld cWorld;
+    cWorld.cFiles.MakeFolders(L"C:\\Radio");
+    Library cLib(cWorld);
+    const auto cCut = cLib.cDataBase->Add(L"a", L"Rock", 1);
+    cLib.cDataBase->bAllCutsFails = true;
+    cLib.Populate();
+    cWorld.cMessages.Boxes.clear();
+    EXPECT_TRUE(cLib.cDataBase->colListeners.empty());
+    EXPECT_EQ(cLib.cSchedMan->DataBase(), nullptr);
+    CatCollection colFrom;
+    cLib.cSchedMan->RemoveCutFromCategory(nullptr, cCut, colFrom);
+    cLib.cSchedMan->RemoveCutsFromCategories({{cCut, nullptr, 0}}, [](std::size_t) {});
+    cLib.cSchedMan->ShuffleCategories({std::make_shared<clsCat>(cLib.cMod, L"Rock", 0)});
+    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({std::make_shared<clsCat>(cLib.cMod, L"Rock", 0)}));
+    EXPECT_FALSE(cLib.cSchedMan->SaveHistoryAndOrdering(nullptr));
+    EXPECT_TRUE(colFrom.Empty());
+    EXPECT_EQ(cCut->CategoryText(), L"Rock");
+    EXPECT_EQ(cWorld.cMessages.Boxes, Boxes());
 }
 
 // ---- cuts removed ----
