@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "com/kit/Variant.h"
+#include "host/client/EventListener.h"
 
 #include <functional>
 #include <string>
@@ -21,13 +21,9 @@ public:
     // lFirstEvent is the dispatch id of ProgressStart; Progress and ProgressDone follow it. What a handler
     // throws is dropped: it must not pass through the event's source.
     ProgressListener(IUnknown& cSource, REFIID iidEvents, DISPID lFirstEvent, Handlers handlers);
-    ProgressListener(const ProgressListener&) = delete;
-    ProgressListener& operator=(const ProgressListener&) = delete;
-    ~ProgressListener();
 
 private:
-    ComPtr<IConnectionPoint> m_cPoint;
-    DWORD m_lCookie = 0;
+    EventListener m_cListener;
 };
 
 } // namespace ravlo
