@@ -47,9 +47,10 @@ std::wstring WhatFailed()
     }
 }
 
-void Run(const CommandLine& line, const Console& cOut, const Console& cError)
+// A command that works on the console alone.
+int RunOnConsole(const CommandLine& line, const Console& cOut, const Console& cError)
 {
-    const Apartment apartment;
+    const Boxes boxes(cError); // nobody is there to click
     if (const auto* import = std::get_if<ImportOptions>(&line))
     {
         RunImport(*import, cOut, cError);
@@ -58,6 +59,21 @@ void Run(const CommandLine& line, const Console& cOut, const Console& cError)
     {
         RunDay(*day, cOut, cError);
     }
+    else if (const auto* watch = std::get_if<WatchOptions>(&line))
+    {
+        RunWatch(*watch, cOut, cError);
+    }
+    else if (const auto* cats = std::get_if<CatsOptions>(&line))
+    {
+        return RunCats(*cats, boxes, cOut, cError);
+    }
+    return lExitOk;
+}
+
+int Run(const CommandLine& line, const Console& cOut, const Console& cError)
+{
+    const Apartment apartment;
+    return RunOnConsole(line, cOut, cError);
 }
 
 int Main(const std::vector<std::string>& arguments)
@@ -72,8 +88,7 @@ int Main(const std::vector<std::string>& arguments)
             (reply->lStatus == lExitOk ? cOut : cError).Write(reply->sText);
             return reply->lStatus;
         }
-        Run(line, cOut, cError);
-        return lExitOk;
+        return Run(line, cOut, cError);
     }
     catch (...)
     {

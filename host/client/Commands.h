@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "host/client/Boxes.h"
 #include "host/client/Console.h"
 #include "host/day/CommandLine.h"
 
@@ -15,5 +16,11 @@ void RunImport(const ImportOptions& options, const Console& cOut, const Console&
 
 // Fills a day and prints its log and summary.
 void RunDay(const DayOptions& options, const Console& cOut, const Console& cError);
+
+// Imports cuts while a scheduler is open and shows what its rotation makes of them.
+void RunWatch(const WatchOptions& options, const Console& cOut, const Console& cError);
+
+// Lists or changes categories. lExitDeclined when the question before a change was not answered with yes.
+int RunCats(const CatsOptions& options, const Boxes& cBoxes, const Console& cOut, const Console& cError);
 
 } // namespace ravlo

@@ -52,4 +52,25 @@ void Console::Write(std::wstring_view sText) const
     }
 }
 
+std::optional<std::wstring> ReadAnswer()
+{
+    const HANDLE hInput = GetStdHandle(STD_INPUT_HANDLE);
+    std::string bytes;
+    char c = 0;
+    DWORD lRead = 0;
+    // Byte by byte: what follows the line is somebody else's.
+    while (ReadFile(hInput, &c, 1, &lRead, nullptr) && lRead == 1)
+    {
+        if (c == '\n')
+        {
+            return TextFromStore(bytes);
+        }
+        if (c != '\r')
+        {
+            bytes += c;
+        }
+    }
+    return bytes.empty() ? std::nullopt : std::optional(TextFromStore(bytes));
+}
+
 } // namespace ravlo

@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace ravlo
@@ -28,5 +30,8 @@ private:
     bool m_bWindow;
     UINT m_lCodePageBefore = 0;
 };
+
+// The next line of standard input, without its end; nothing when there is none.
+std::optional<std::wstring> ReadAnswer();
 
 } // namespace ravlo

@@ -67,6 +67,15 @@ void MustBeWritable(const std::wstring& sPath)
     }
 }
 
+void MustBeStation(const std::wstring& sDataBase, const std::wstring& sAppFolder)
+{
+    MustExist(FullPath(sDataBase));
+    if (FileExists(FullPath(sAppFolder)))
+    {
+        throw HostError(sAppFolder + L" is a file, not a folder");
+    }
+}
+
 bool FileExists(const std::wstring& sPath) { return files.FileExists(sPath); }
 
 void DeleteIfThere(const std::wstring& sPath) noexcept { DeleteFileW(sPath.c_str()); }

@@ -16,6 +16,8 @@ std::wstring FullPath(const std::wstring& sPath);
 void MustExist(const std::wstring& sPath);
 // Throws unless a file of that name is there or can be made: its folder exists, and it is no folder itself.
 void MustBeWritable(const std::wstring& sPath);
+// Throws unless the database is there and the folder is one or can be made; both as they were typed.
+void MustBeStation(const std::wstring& sDataBase, const std::wstring& sAppFolder);
 bool FileExists(const std::wstring& sPath);
 void DeleteIfThere(const std::wstring& sPath) noexcept;
 

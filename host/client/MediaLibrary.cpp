@@ -82,8 +82,9 @@ void MediaLibrary::Open(const std::wstring& sFile)
 std::int32_t MediaLibrary::ImportCsv(const std::wstring& sFile, const Progress& progress,
                                      std::wstring& sReport)
 {
-    const ProgressListener listener(*m_cDataBase.Get(), DIID___clsDataBase, lProgressStart,
-                                    {progress, [&](const std::wstring& sStatus) { sReport = sStatus; }});
+    const ProgressListener listener(
+        *m_cDataBase.Get(), DIID___clsDataBase, lProgressStart,
+        {progress, progress, [&](const std::wstring& sStatus) { sReport = sStatus; }});
     LONG lCuts = 0;
     ThrowIfFailed(m_cDataBase->ImportCsv(Bstr(sFile).Get(), &lCuts), *m_cDataBase.Get(),
                   __uuidof(_clsDataBase));

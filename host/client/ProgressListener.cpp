@@ -21,7 +21,7 @@ void Handle(const ProgressListener::Handlers& handlers, DISPID lWhich, const Eve
 {
     if (lWhich == 0 && arguments.Count() >= 2)
     {
-        handlers.progress(TextIn(arguments.At(0)), 0, LongIn(arguments.At(1)));
+        handlers.start(TextIn(arguments.At(0)), 0, LongIn(arguments.At(1)));
     }
     else if (lWhich == 1 && arguments.Count() >= 3)
     {

@@ -15,7 +15,9 @@ class ProgressListener
 public:
     struct Handlers
     {
-        std::function<void(const std::wstring& sText, long lCount, long lMax)> progress;
+        using Progress = std::function<void(const std::wstring& sText, long lCount, long lMax)>;
+        Progress start; // lCount is 0
+        Progress progress;
         std::function<void(const std::wstring& sStatus)> done;
     };
     // lFirstEvent is the dispatch id of ProgressStart; Progress and ProgressDone follow it. What a handler

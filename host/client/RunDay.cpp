@@ -2,6 +2,7 @@
 #include "host/client/Commands.h"
 #include "host/client/HostFiles.h"
 #include "host/client/MediaLibrary.h"
+#include "host/client/Plays.h"
 #include "host/client/ProgressLine.h"
 #include "host/client/Scheduler.h"
 
@@ -9,8 +10,6 @@
 #include "host/day/DayMaker.h"
 #include "host/day/DayPlan.h"
 #include "host/day/HostError.h"
-
-#include <algorithm>
 
 namespace ravlo
 {
@@ -27,41 +26,6 @@ struct Request
     std::vector<TimedSlot> timed;
     DateTime dtStart = 0; // of a clock
 };
-
-DateTime Now()
-{
-    SYSTEMTIME now;
-    GetLocalTime(&now);
-    return DateTimeOf({now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond});
-}
-
-// The cuts that were played, oldest first.
-std::vector<const MediaLibrary::Entry*> Plays(const std::vector<MediaLibrary::Entry>& entries)
-{
-    std::vector<const MediaLibrary::Entry*> plays;
-    for (const auto& entry : entries)
-    {
-        if (entry.dtLastPlayed > 0)
-        {
-            plays.push_back(&entry);
-        }
-    }
-    std::stable_sort(plays.begin(), plays.end(),
-                     [](const auto* left, const auto* right)
-                     { return left->dtLastPlayed < right->dtLastPlayed; });
-    return plays;
-}
-
-// The end of the last play, so that one day continues the other; now when nothing was played yet.
-DateTime DefaultStart(const std::vector<const MediaLibrary::Entry*>& plays)
-{
-    if (plays.empty())
-    {
-        return Now();
-    }
-    const auto lLengthmS = PlayedCutOf(*plays.back()->cCut).lDurationmS;
-    return Later(plays.back()->dtLastPlayed, lLengthmS > 0 ? lLengthmS : lEmptySlotmS);
-}
 
 LevelsInUse LevelsOf(const std::vector<MediaLibrary::Entry>& entries)
 {
@@ -96,19 +60,6 @@ Request RequestFromFiles(const DayOptions& options)
     return request;
 }
 
-void CheckFiles(const DayOptions& options)
-{
-    MustExist(FullPath(options.sDataBase));
-    if (FileExists(FullPath(options.sAppFolder)))
-    {
-        throw HostError(options.sAppFolder + L" is a file, not a folder");
-    }
-    if (!options.sLog.empty())
-    {
-        MustBeWritable(FullPath(options.sLog));
-    }
-}
-
 // Fits the request to what the library holds.
 void Complete(Request& request, const DayOptions& options, const std::vector<MediaLibrary::Entry>& entries)
 {
@@ -126,7 +77,7 @@ void Complete(Request& request, const DayOptions& options, const std::vector<Med
             throw HostError(options.sDataBase + L" holds no cut in any category");
         }
     }
-    request.dtStart = options.dtStart ? *options.dtStart : DefaultStart(Plays(entries));
+    request.dtStart = options.dtStart ? *options.dtStart : Plays(entries).End();
 }
 
 Day Fill(const Request& request, const DayOptions& options, Scheduler& cScheduler, Gaps& gaps,
@@ -158,7 +109,11 @@ void Print(const Day& day, const DayOptions& options, const Console& cOut)
 
 void RunDay(const DayOptions& options, const Console& cOut, const Console& cError)
 {
-    CheckFiles(options);
+    MustBeStation(options.sDataBase, options.sAppFolder);
+    if (!options.sLog.empty())
+    {
+        MustBeWritable(FullPath(options.sLog));
+    }
     auto request = RequestFromFiles(options);
     MediaLibrary library;
     library.Open(FullPath(options.sDataBase));
@@ -171,12 +126,7 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
     Scheduler scheduler(library, options.bSaveEach);
     scheduler.Populate(sAppFolder, [&](const std::wstring& sText, long, long) { line.Show(sText); });
     Gaps gaps;
-    for (const auto* entry : Plays(entries))
-    {
-        scheduler.Remember(*entry->cCut);
-        const auto cut = PlayedCutOf(*entry->cCut);
-        gaps.Record(cut.sArtist, cut.sTitle, entry->dtLastPlayed);
-    }
+    Plays(entries).Report(scheduler, gaps);
     const auto day = Fill(request, options, scheduler, gaps, line);
     scheduler.SaveOrders();
     if (!options.sLog.empty())

@@ -3,7 +3,6 @@
 
 #include "collections/Text.h"
 #include "com/kit/Errors.h"
-#include "host/client/ProgressListener.h"
 #include "host/day/HostError.h"
 
 namespace ravlo
@@ -45,11 +44,15 @@ Scheduler::Scheduler(MediaLibrary& cLibrary, bool bSaveEach) : m_cLibrary(cLibra
 
 void Scheduler::Populate(const std::wstring& sAppFolder, const MediaLibrary::Progress& progress)
 {
-    const ProgressListener listener(*m_cManager.Get(), DIID___clsSchedMan, lProgressStart,
-                                    {progress, [](const std::wstring&) {}});
+    const auto listener = Follow({progress, progress, [](const std::wstring&) {}});
     ThrowIfFailed(m_cManager->PopulateFromDataBase(&m_cLibrary.Object(), Bstr(sAppFolder).Get()),
                   *m_cManager.Get(), __uuidof(_clsSchedMan));
     ThrowIfFailed(m_cManager->put_RotatesAllowed(VARIANT_TRUE));
+}
+
+ProgressListener Scheduler::Follow(ProgressListener::Handlers handlers)
+{
+    return ProgressListener(*m_cManager.Get(), DIID___clsSchedMan, lProgressStart, std::move(handlers));
 }
 
 void Scheduler::Remember(_clsCut& cCut)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/client/MediaLibrary.h"
+#include "host/client/ProgressListener.h"
 #include "host/day/DayMaker.h"
 
 #include <RavloScheduler.h>
@@ -20,11 +21,14 @@ public:
     Scheduler(MediaLibrary& cLibrary, bool bSaveEach);
 
     void Populate(const std::wstring& sAppFolder, const MediaLibrary::Progress& progress);
+    // Follows what the scheduler tells, of its own work and of the database's, while the result lives.
+    ProgressListener Follow(ProgressListener::Handlers handlers);
     // Reports a play that the library remembers. In ascending order of their times.
     void Remember(_clsCut& cCut);
     Answer Play(const Slot& slot, DateTime dtStart) override;
     // Throws HostError, naming the categories, when orders could not be saved.
     void SaveOrders();
+    _clsSchedMan& Object() const noexcept { return *m_cManager; }
 
 private:
     ComPtr<_clsCut> Pick(const Slot& slot, DateTime dtStart);

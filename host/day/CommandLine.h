@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "host/day/CategoryName.h"
 #include "ports/DateTime.h"
 
 #include <optional>
@@ -14,6 +15,7 @@ namespace ravlo
 inline constexpr int lExitOk = 0;
 inline constexpr int lExitFailed = 1;
 inline constexpr int lExitUsage = 2;
+inline constexpr int lExitDeclined = 3; // the question was not answered with yes, and nothing was changed
 
 struct ImportOptions
 {
@@ -36,6 +38,42 @@ struct DayOptions
     bool bProgress = false;
 };
 
+struct WatchOptions
+{
+    std::wstring sDataBase;
+    std::wstring sAppFolder;
+    std::wstring sCsv;
+    int lPicks = 8; // 0: play nothing
+    bool bProgress = false;
+};
+
+enum class CatsAction
+{
+    List,
+    New,
+    Level,
+    Shuffle,
+    Delete,
+    Move,
+    Copy,
+};
+
+struct CatsOptions
+{
+    CatsAction eAction = CatsAction::List;
+    std::wstring sDataBase;
+    std::wstring sAppFolder;
+    std::wstring sNewName;                // New
+    std::vector<CategoryName> categories; // what is listed, changed or moved out of; Level: the category
+    std::int32_t lLevel = 0;              // Level: the number of the new one
+    CategoryName to;                      // Move and Copy
+    std::vector<std::wstring> cuts;       // Move and Copy: the paths of the cuts meant; empty: all of them
+    bool bExclusive = false;              // Move: out of every other category as well
+    bool bYes = false;                    // without a question
+    int lFirst = 0;                       // List: how many cuts of a level at most; 0: all
+    bool bProgress = false;
+};
+
 // Answered by the command line itself: help, version, or what is wrong with it, ready to print.
 struct Reply
 {
@@ -43,7 +81,7 @@ struct Reply
     std::wstring sText; // one line with its line end when lStatus is not 0
 };
 
-using CommandLine = std::variant<ImportOptions, DayOptions, Reply>;
+using CommandLine = std::variant<ImportOptions, DayOptions, WatchOptions, CatsOptions, Reply>;
 
 // The arguments are the command line without the program's name, in UTF-8.
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments);

@@ -63,6 +63,18 @@ Day DayMaker::FromClock(const std::vector<Slot>& clock, DateTime dtStart, DateTi
     return day;
 }
 
+Day DayMaker::Repeated(const Slot& slot, DateTime dtStart, int lCount)
+{
+    Day day;
+    day.dtEnd = dtStart;
+    for (int l = 1; l <= lCount; ++l)
+    {
+        day.dtEnd = Fill(day, slot, day.dtEnd);
+        m_progress(static_cast<double>(l) / lCount);
+    }
+    return day;
+}
+
 Day DayMaker::FromSlots(const std::vector<TimedSlot>& slots)
 {
     Day day;

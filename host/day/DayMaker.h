@@ -71,6 +71,8 @@ public:
 
     // The slots of a clock, from dtStart on, until one would start at dtEnd or later.
     Day FromClock(const std::vector<Slot>& clock, DateTime dtStart, DateTime dtEnd);
+    // lCount slots of one kind, one after the other.
+    Day Repeated(const Slot& slot, DateTime dtStart, int lCount);
     Day FromSlots(const std::vector<TimedSlot>& slots);
 
 private:

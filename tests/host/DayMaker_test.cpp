@@ -75,6 +75,20 @@ TEST(DayMaker, TakesAnEmptySlotAndACutWithoutDurationAsThreeMinutes)
     EXPECT_TRUE(day.rows.at(1).cut);
 }
 
+TEST(DayMaker, RepeatsOneSlotAsOftenAsAsked)
+{
+    PreparedPlayout playout({Cut(L"a", L"1", 200000), Cut(L"b", L"2", 100000)});
+    Gaps gaps;
+    std::vector<double> told;
+    const auto day = DayMaker(playout, gaps, [&](double dDone) { told.push_back(dDone); })
+                         .Repeated({L"rock", 1}, At(10, 0), 4);
+    EXPECT_EQ(playout.asked, (std::vector<std::wstring>{L"10:00:00 rock", L"10:03:20 rock", L"10:05:00 rock",
+                                                        L"10:08:20 rock"}));
+    EXPECT_EQ(IsoText(day.dtEnd), L"2024-03-01T10:10:00");
+    EXPECT_EQ(told, (std::vector<double>{0.25, 0.5, 0.75, 1.0}));
+    EXPECT_TRUE(DayMaker(playout, gaps, noProgress).Repeated({L"rock", 1}, At(10, 0), 0).rows.empty());
+}
+
 TEST(DayMaker, StartsTimedSlotsAtTheirOwnTimes)
 {
     PreparedPlayout playout({Cut(L"a", L"1", 600000)});

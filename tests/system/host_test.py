@@ -28,8 +28,11 @@ D:\\c.mp3,Bob,"Say ""hi"", twice",,2001,150000,150000,rock,2,N
 """
 
 
-def run(*arguments, folder):
-    done = subprocess.run([WINE_RUN, HOST, *map(str, arguments)], cwd=folder, capture_output=True, check=False)
+def run(*arguments, folder, typed=None):
+    """typed: what a person types in answer; None: nobody is there."""
+    environment = dict(os.environ, WINE_RUN_INPUT="" if typed is None else "1")
+    done = subprocess.run([WINE_RUN, HOST, *map(str, arguments)], cwd=folder, capture_output=True, check=False,
+                          env=environment, input=typed.encode() if typed is not None else b"")
     return done.returncode, done.stdout.decode("utf-8"), done.stderr.decode("utf-8")
 
 
@@ -258,6 +261,154 @@ class RavloHost(unittest.TestCase):
         self.good("day", "--db", self.folder / "library.db", "--app", self.folder / "deep" / "station", "--start", START,
                   "--hours", "1", "--clock", self.folder / "c")
         self.assertTrue((self.folder / "deep" / "station" / "Scheduler" / "History_and_Ordering" / "rock.sif").exists())
+
+    # Watching an import
+
+    def watch(self, csv_file, *arguments):
+        return self.good("watch", "--db", "library.db", "--app", "station", "--csv", csv_file, *arguments)
+
+    def test_watch_shows_the_rotation_taking_cuts_in(self):
+        self.import_tiny()
+        # b moves to level 2, c keeps its place with a new title, d and e are new.
+        self.write("more.csv", "path,artist,title,categories,level,duration_ms\n"
+                               "D:\\d.mp3,Dan,Four,fresh/rock,1,60000\nD:\\e.mp3,Eve,Five,fresh,1,90000\n"
+                               "D:\\b.mp3,,,,2,\nD:\\c.mp3,,Goodbye,,,\n")
+        out = self.watch("more.csv", "--picks", "2")
+        for text in ("2 cuts added, 2 changed, 0 unchanged, 0 rows rejected.", "Updating Scheduler with Added items",
+                     "Updated Scheduler with new items.", "In the rotation: 2 new, 1 filed anew, 0 gone"):
+            self.assertIn(text, out)
+        self.assertIn("Category  Level  Before  After  New at\n"
+                      "rock          1       2      2  2\n"
+                      "rock          2       1      2  2\n"
+                      "fresh         1       0      2  1-2\n", out)
+        self.assertIn("The rotation of fresh 1, where new cuts come up soonest:\n"
+                      "1  Dan - Four (1:00)  new\n2  Eve - Five (1:30)  new\n", out)
+        self.assertRegex(out, r"The next 2 picks:\n\S+  fresh 1  Dan - Four\n\S+  fresh 1  Eve - Five\n$")
+        # The plays are on the books: the same cuts have gone to the back.
+        again = self.good("cats", "list", "fresh:1", "--db", "library.db", "--app", "station")
+        self.assertEqual(again, "fresh 1 (2 cuts)\n1  Dan - Four (1:00)\n2  Eve - Five (1:30)\n")
+
+    def test_watch_of_nothing_new_leaves_the_rotation_alone(self):
+        self.import_tiny()
+        out = self.watch("tiny.csv")
+        self.assertIn("0 cuts added, 0 changed, 3 unchanged, 0 rows rejected.", out)
+        self.assertTrue(out.endswith("No cut came into a level: the rotation goes on as it was.\n"), out)
+
+    def test_the_sample_update_adds_and_changes_cuts_of_the_sample_library(self):
+        self.import_samples()
+        out = self.watch(SAMPLES / "update.csv")
+        self.assertIn("160 cuts added, 40 changed, 0 unchanged, 0 rows rejected.", out)
+        self.assertIn("In the rotation: 160 new, 28 filed anew, 0 gone", out)
+        self.assertRegex(out, r"\nnew releases +1 +0 +32  1-32\n")
+        picks = [line for line in out.splitlines() if "  new releases 1  " in line]
+        self.assertEqual(len(picks), 8)
+        self.assertEqual(len(set(line[21:] for line in picks)), 8)
+        self.assertFalse(any("[kind" in line for line in picks), picks)
+
+    def test_a_watch_that_cannot_be_done_changes_nothing(self):
+        self.import_tiny()
+        watch = ("watch", "--db", "library.db", "--app", "station", "--csv")
+        self.refused(1, "missing.csv", *watch, "missing.csv")
+        self.refused(1, "missing.db", "watch", "--db", "missing.db", "--app", "station", "--csv", "tiny.csv")
+        self.refused(2, "--picks", *watch, "tiny.csv", "--picks", "many")
+        self.refused(2, "--csv", "watch", "--db", "library.db", "--app", "station")
+
+    # Categories
+
+    def cats(self, *arguments, typed=None):
+        status, out, error = run("cats", "--db", "library.db", "--app", "station", *arguments, folder=self.folder,
+                                 typed=typed)
+        self.assertEqual((status, error), (0, ""), out)
+        return out
+
+    def cats_refused(self, status, text, *arguments, typed=None, out=""):
+        before = self.cats("list", "--first", "9")
+        answer = run("cats", "--db", "library.db", "--app", "station", *arguments, folder=self.folder, typed=typed)
+        self.assertEqual((answer[0], answer[1]), (status, out), answer)
+        self.assertIn(text, answer[2])
+        self.assertEqual(self.cats("list", "--first", "9"), before)
+
+    def test_cats_list_shows_levels_and_cuts(self):
+        self.import_tiny()
+        table = ("Category  Level  Cuts  Average\nrock          1     2     2:30\nrock          2     1     2:30\n"
+                 "1 category with 2 levels\n")
+        self.assertEqual(self.cats("list"), table)
+        self.assertEqual(self.cats("list", "ROCK"), table)
+        self.assertEqual(self.cats("list", "rock:1"), "rock 1 (2 cuts)\n1  Ann - One (3:20)\n2  Ann - Two (1:40)\n")
+        self.assertEqual(self.cats("list", "rock", "--first", "1"),
+                         "rock 1 (2 cuts)\n1  Ann - One (3:20)\n... and 1 more\n"
+                         "rock 2 (1 cut)\n1  Bob - Say \"hi\", twice (2:30)\n")
+        self.cats_refused(1, "there is no category jazz", "list", "jazz")
+        self.cats_refused(1, "rock has no level 3", "list", "rock:3")
+
+    def test_cats_new_makes_a_category_that_stays(self):
+        self.import_tiny()
+        self.assertEqual(self.cats("new", "Hard Rock"), "Made the category Hard Rock with level 1\n")
+        self.assertEqual(self.cats("new", "Jazz/Funk"), "Made the category Jazz_Funk with level 1\n")
+        self.assertIn("Hard Rock      1     0        -\n", self.cats("list"))
+        self.cats_refused(1, "There is already a category by this name!", "new", "hard rock")
+        self.cats_refused(1, "Category Names must not be numeric!", "new", "2024")
+        self.cats_refused(1, "Category Name too long!", "new", "x" * 51)
+
+    def test_cats_level_makes_a_level_that_stays(self):
+        self.import_tiny()
+        self.assertEqual(self.cats("level", "ROCK", "9"), "Made the level rock 9\n")
+        self.assertIn("rock          9     0        -\n", self.cats("list"))
+        self.cats_refused(1, "rock has a level 9 already", "level", "rock", "9")
+        self.cats_refused(1, "there is no category jazz", "level", "jazz", "1")
+        self.cats_refused(2, "LEVEL", "level", "rock", "32765")
+
+    def test_cats_asks_before_it_destroys(self):
+        self.import_tiny()
+        question = "Really shuffle rock 1 (2 cuts)? [y/N] "
+        self.cats_refused(3, "--yes", "shuffle", "rock:1", out=question + "\n")
+        self.cats_refused(3, "", "shuffle", "rock:1", typed="n\n", out=question + "Nothing was changed.\n")
+        self.cats_refused(3, "", "shuffle", "rock:1", typed="\n", out=question + "Nothing was changed.\n")
+        self.cats_refused(3, "", "move", "rock:1", "--to", "rock:2", typed="perhaps\n",
+                          out="Really move 2 cuts of rock 1 (2 cuts) to rock 2? [y/N] Nothing was changed.\n")
+        self.cats_refused(3, "", "delete", "rock", typed="no\n", out="Really delete rock (3 cuts)? The cuts stay in the "
+                          "database. [y/N] Nothing was changed.\n")
+        self.assertEqual(self.cats("delete", "rock:1", typed="y\n"),
+                         "Really delete rock 1 (2 cuts)? The cuts stay in the database. [y/N] "
+                         "Deleted rock 1 (2 cuts)\n")
+        self.assertEqual(self.cats("list"), "Category  Level  Cuts  Average\nrock          2     1     2:30\n"
+                         "1 category with 1 level\n")
+
+    def test_cats_shuffle_keeps_every_cut(self):
+        self.import_samples()
+        before = self.cats("list", "rock:1").splitlines()
+        self.assertEqual(self.cats("shuffle", "rock:1", "--yes"), "Shuffled rock 1 (163 cuts)\n")
+        after = self.cats("list", "rock:1").splitlines()
+        self.assertNotEqual(before, after)
+        self.assertEqual(sorted(line.lstrip("0123456789 ") for line in before),
+                         sorted(line.lstrip("0123456789 ") for line in after))
+
+    def test_cats_moves_and_copies_cuts(self):
+        self.import_tiny()
+        self.cats("new", "new releases")
+        self.assertEqual(self.cats("copy", "rock:1", "--to", "new releases"),
+                         "Copied 2 cuts to new releases\n"
+                         "Category      Level  Before  After  New at\nnew releases      1       0      2  1-2\n")
+        self.assertEqual(self.cats("copy", "rock:1", "--to", "new releases"),
+                         "Copied 2 cuts to new releases\nThey stood there already.\n")
+        self.assertEqual(self.cats("move", "rock", "--to", "rock:2", "--cut", "d:\\A.mp3", "--yes"),
+                         "Moved 1 cut to rock 2\nCategory      Level  Before  After  New at\n"
+                         "rock              1       2      1\nrock              2       1      2  2\n"
+                         "new releases      1       2      1\nnew releases      2       0      1  1\n")
+        self.assertEqual(self.cats("move", "rock:2", "--to", "new releases:2", "--exclusive", "-y"),
+                         "Moved 2 cuts to new releases 2\nCategory      Level  Before  After  New at\n"
+                         "rock              2       2      0\nnew releases      2       1      2  2\n")
+        self.cats_refused(1, "there is no cut in rock 2", "copy", "rock:2", "--to", "rock:1")
+        self.cats_refused(1, "D:\\z.mp3 does not stand there", "copy", "rock", "--to", "new releases", "--cut",
+                          "D:\\z.mp3")
+        self.cats_refused(1, "rock has no level 7", "move", "rock:1", "--to", "rock:7", "--yes")
+
+    def test_cats_of_a_station_that_is_none_changes_nothing(self):
+        self.refused(1, "missing.db", "cats", "list", "--db", "missing.db", "--app", "station")
+        self.import_tiny()
+        self.write("file", "")
+        self.refused(1, "is a file, not a folder", "cats", "list", "--db", "library.db", "--app", "file")
+        self.refused(2, "--app", "cats", "--db", "library.db", "list")
 
     # Mistakes
 

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/client/Scheduler.h"
+#include "host/day/CategoryName.h"
+#include "host/day/Rotation.h"
+
+#include <vector>
+
+namespace ravlo
+{
+
+// The categories of a populated scheduler. Failures are HostError, or ComError with the scheduler's words.
+class Categories
+{
+public:
+    explicit Categories(_clsSchedMan& cManager) : m_cManager(cManager) {}
+
+    // Every level as it stands, with its cuts.
+    Rotation Orders() const;
+    // Throws when there is none of that name.
+    ComPtr<_clsCat> Find(const CategoryName& name) const;
+    // The levels meant: one, or all of a main category.
+    std::vector<ComPtr<_clsCat>> LevelsOf(const CategoryName& name) const;
+    // With the name as the scheduler spells it.
+    Target TargetOf(const CategoryName& name) const;
+
+private:
+    ComPtr<_clsCollection> MainCats() const;
+
+    _clsSchedMan& m_cManager;
+};
+
+// An empty collection of the scheduler's library, for what its members take.
+ComPtr<_clsCollection> NewCollection();
+void Append(_clsCollection& colItems, IDispatch& cItem);
+
+} // namespace ravlo

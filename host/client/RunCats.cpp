@@ -1,0 +1,364 @@
+// SPDX-License-Identifier: MIT
+#include "host/client/Categories.h"
+#include "host/client/Commands.h"
+#include "host/client/HostFiles.h"
+#include "host/client/MediaLibrary.h"
+#include "host/client/ProgressLine.h"
+#include "host/client/Scheduler.h"
+
+#include "collections/CaseFolding.h"
+#include "collections/Text.h"
+#include "com/kit/Errors.h"
+#include "host/day/HostError.h"
+#include "host/day/Rotation.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+// One call of cats: the open station, what was asked for, and where to write.
+class CatsRun
+{
+public:
+    CatsRun(const CatsOptions& options, Scheduler& cScheduler, const Boxes& cBoxes, const Console& cOut,
+            const Console& cError)
+        : m_options(options), m_cManager(cScheduler.Object()), m_categories(m_cManager), m_cBoxes(cBoxes),
+          m_cOut(cOut), m_cError(cError)
+    {
+    }
+
+    int Run();
+
+private:
+    void List() const;
+    void New();
+    void Level();
+    int Shuffle();
+    int Delete();
+    int Transfer();
+
+    // Throws what the scheduler says of a call that failed.
+    void Check(HRESULT hResult) const { ThrowIfFailed(hResult, m_cManager, __uuidof(_clsSchedMan)); }
+    // Throws sFailure unless the scheduler did everything: it answered with true and showed no box.
+    void MustHaveWorked(bool bAnswer, const std::wstring& sFailure) const;
+    bool Confirmed(const std::wstring& sQuestion) const;
+    std::vector<Target> Targets() const;
+    ComPtr<_clsCollection> CatsMeant() const;
+    ComPtr<_clsCollection> LevelsMeant() const;
+    std::vector<ComPtr<_clsCut>> CutsMeant(_clsCollection& colLevels) const;
+    void WriteChange(const Rotation& before) const;
+
+    const CatsOptions& m_options;
+    _clsSchedMan& m_cManager;
+    Categories m_categories;
+    const Boxes& m_cBoxes;
+    const Console& m_cOut;
+    const Console& m_cError;
+};
+
+int CatsRun::Run()
+{
+    switch (m_options.eAction)
+    {
+    case CatsAction::List:
+        List();
+        break;
+    case CatsAction::New:
+        New();
+        break;
+    case CatsAction::Level:
+        Level();
+        break;
+    case CatsAction::Shuffle:
+        return Shuffle();
+    case CatsAction::Delete:
+        return Delete();
+    case CatsAction::Move:
+    case CatsAction::Copy:
+        return Transfer();
+    }
+    return lExitOk;
+}
+
+void CatsRun::MustHaveWorked(bool bAnswer, const std::wstring& sFailure) const
+{
+    if (!bAnswer || m_cBoxes.Count() > 0)
+    {
+        throw HostError(sFailure);
+    }
+}
+
+bool CatsRun::Confirmed(const std::wstring& sQuestion) const
+{
+    if (m_options.bYes)
+    {
+        return true;
+    }
+    m_cOut.Write(sQuestion + L" [y/N] ");
+    const auto sAnswer = ReadAnswer();
+    if (!sAnswer)
+    {
+        m_cOut.Write(L"\n");
+        m_cError.Write(L"RavloHost: nobody answered, nothing was changed (--yes does it without asking)\n");
+        return false;
+    }
+    if (!IsYes(*sAnswer))
+    {
+        m_cOut.Write(L"Nothing was changed.\n");
+        return false;
+    }
+    return true;
+}
+
+std::vector<Target> CatsRun::Targets() const
+{
+    std::vector<Target> targets;
+    for (const auto& name : m_options.categories)
+    {
+        targets.push_back(m_categories.TargetOf(name));
+    }
+    return targets;
+}
+
+// What was named, main categories as they are.
+ComPtr<_clsCollection> CatsRun::CatsMeant() const
+{
+    auto colCats = NewCollection();
+    for (const auto& name : m_options.categories)
+    {
+        Append(*colCats, *m_categories.Find(name));
+    }
+    return colCats;
+}
+
+// What was named, main categories as their levels.
+ComPtr<_clsCollection> CatsRun::LevelsMeant() const
+{
+    auto colLevels = NewCollection();
+    for (const auto& name : m_options.categories)
+    {
+        for (const auto& cLevel : m_categories.LevelsOf(name))
+        {
+            Append(*colLevels, *cLevel);
+        }
+    }
+    return colLevels;
+}
+
+// ---- list ----
+
+void CatsRun::List() const
+{
+    auto rotation = m_categories.Orders();
+    const auto& names = m_options.categories;
+    for (const auto& name : names)
+    {
+        m_categories.Find(name);
+    }
+    const auto isMeant = [](const LevelOrder& order, const CategoryName& name)
+    {
+        return FoldCase(order.sCategory) == FoldCase(name.sName) &&
+               (name.lLevel == 0 || name.lLevel == order.lLevel);
+    };
+    std::erase_if(rotation,
+                  [&](const LevelOrder& order)
+                  {
+                      return !names.empty() &&
+                             std::none_of(names.begin(), names.end(),
+                                          [&](const auto& name) { return isMeant(order, name); });
+                  });
+    const bool bCuts = m_options.lFirst > 0 || std::any_of(names.begin(), names.end(),
+                                                           [](const auto& name) { return name.lLevel > 0; });
+    if (!bCuts)
+    {
+        m_cOut.Write(LevelTable(rotation));
+        return;
+    }
+    for (const auto& order : rotation)
+    {
+        m_cOut.Write(TextOf({Target{{order.sCategory, order.lLevel}, order.cuts.size()}}) + L"\n" +
+                     OrderLines(order, {}, static_cast<std::size_t>(m_options.lFirst)));
+    }
+}
+
+// ---- making ----
+
+void CatsRun::New()
+{
+    Bstr sName;
+    BSTR* psName = sName.Receive();
+    *psName = NewBstr(m_options.sNewName); // goes in, and comes back as the category was named
+    VARIANT_BOOL bMade = VARIANT_FALSE;
+    const HRESULT hResult = m_cManager.CreateMainCat(psName, &bMade);
+    Check(hResult);
+    MustHaveWorked(bMade != VARIANT_FALSE, L"the category " + m_options.sNewName + L" was not made");
+    m_cOut.Write(L"Made the category " + sName.Text() + L" with level 1\n");
+}
+
+// The scheduler's own member for this asks a person for the number; a host that knows it makes the level
+// itself.
+void CatsRun::Level()
+{
+    const auto& name = m_options.categories.front();
+    const auto cMainCat = m_categories.Find(name);
+    const auto target = m_categories.TargetOf(name);
+    for (const auto& cLevel : m_categories.LevelsOf(name))
+    {
+        LONG lLevel = 0;
+        ThrowIfFailed(cLevel->get_CatLevel(&lLevel));
+        if (lLevel == m_options.lLevel)
+        {
+            throw HostError(target.name.sName + L" has a level " + DecimalText(lLevel) + L" already");
+        }
+    }
+    void* pvObject = nullptr;
+    ThrowIfFailed(
+        CoCreateInstance(CLSID_clsCat, nullptr, CLSCTX_INPROC_SERVER, __uuidof(_clsCat), &pvObject));
+    const auto cLevel = ComPtr<_clsCat>::Adopt(static_cast<_clsCat*>(pvObject));
+    ThrowIfFailed(cLevel->put_CatName(Bstr(target.name.sName).Get()));
+    ThrowIfFailed(cLevel->put_CatLevel(m_options.lLevel));
+    VARIANT_BOOL bAdded = VARIANT_FALSE;
+    ThrowIfFailed(cMainCat->AddSubCat(cLevel.Get(), &bAdded), *cMainCat.Get(), __uuidof(_clsCat));
+    VARIANT_BOOL bSaved = VARIANT_FALSE;
+    Check(m_cManager.SaveHistoryAndOrdering(cMainCat.Get(), &bSaved));
+    const auto sLevel = TextOf(CategoryName{target.name.sName, m_options.lLevel});
+    MustHaveWorked(bAdded != VARIANT_FALSE && bSaved != VARIANT_FALSE,
+                   L"the level " + sLevel + L" was not made");
+    m_cOut.Write(L"Made the level " + sLevel + L"\n");
+}
+
+// ---- shuffling, deleting ----
+
+int CatsRun::Shuffle()
+{
+    const auto sTargets = TextOf(Targets());
+    if (!Confirmed(L"Really shuffle " + sTargets + L"?"))
+    {
+        return lExitDeclined;
+    }
+    Check(m_cManager.ShuffleCategories(CatsMeant().Get(), VARIANT_FALSE));
+    MustHaveWorked(true, L"not everything was shuffled and saved");
+    m_cOut.Write(L"Shuffled " + sTargets + L"\n");
+    return lExitOk;
+}
+
+int CatsRun::Delete()
+{
+    const auto sTargets = TextOf(Targets());
+    if (!Confirmed(L"Really delete " + sTargets + L"? The cuts stay in the database."))
+    {
+        return lExitDeclined;
+    }
+    VARIANT_BOOL bGone = VARIANT_FALSE;
+    Check(m_cManager.DeleteCats(CatsMeant().Get(), &bGone));
+    MustHaveWorked(bGone != VARIANT_FALSE, L"not everything was deleted");
+    m_cOut.Write(L"Deleted " + sTargets + L"\n");
+    return lExitOk;
+}
+
+// ---- moving, copying ----
+
+// The cuts of the levels, each once, in rotation order; with paths given only those, all of which must be
+// there.
+std::vector<ComPtr<_clsCut>> CatsRun::CutsMeant(_clsCollection& colLevels) const
+{
+    std::vector<std::wstring> missing;
+    for (const auto& sPath : m_options.cuts)
+    {
+        missing.push_back(FoldCase(sPath));
+    }
+    const auto asked = missing;
+    std::vector<std::wstring> taken;
+    std::vector<ComPtr<_clsCut>> cuts;
+    const auto take = [&](IDispatch& cItem)
+    {
+        const auto cCut = ComPtr<IDispatch>(&cItem).As<_clsCut>();
+        const auto sKey = FoldCase(PlayedCutOf(*cCut).sPath);
+        const auto at = std::lower_bound(taken.begin(), taken.end(), sKey);
+        const bool bAsked = asked.empty() || std::find(asked.begin(), asked.end(), sKey) != asked.end();
+        if (bAsked && (at == taken.end() || *at != sKey))
+        {
+            taken.insert(at, sKey);
+            std::erase(missing, sKey);
+            cuts.push_back(cCut);
+        }
+    };
+    ForEach(colLevels,
+            [&](IDispatch& cItem)
+            {
+                ComPtr<_clsCollection> colCuts;
+                ThrowIfFailed(ComPtr<IDispatch>(&cItem).As<_clsCat>()->get_SchedCuts(colCuts.Receive()));
+                ForEach(*colCuts, take);
+            });
+    for (std::size_t l = 0; l < asked.size(); ++l)
+    {
+        if (std::find(missing.begin(), missing.end(), asked[l]) != missing.end())
+        {
+            throw HostError(m_options.cuts[l] + L" does not stand there");
+        }
+    }
+    return cuts;
+}
+
+void CatsRun::WriteChange(const Rotation& before) const
+{
+    const auto change = OnlyChanged(ChangeBetween(before, m_categories.Orders()));
+    m_cOut.Write(change.levels.empty() ? L"They stood there already.\n" : ChangeTable(change));
+}
+
+int CatsRun::Transfer()
+{
+    const bool bMove = m_options.eAction == CatsAction::Move;
+    const auto cTo = m_categories.Find(m_options.to);
+    const auto sTo = TextOf(m_categories.TargetOf(m_options.to).name);
+    const auto colLevels = LevelsMeant();
+    const auto cuts = CutsMeant(*colLevels);
+    const auto sCuts = CountOf(cuts.size(), L"cut", L"cuts");
+    if (cuts.empty())
+    {
+        throw HostError(L"there is no cut in " + TextOf(Targets()));
+    }
+    if (bMove && !Confirmed(L"Really move " + sCuts + L" of " + TextOf(Targets()) + L" to " + sTo +
+                            (m_options.bExclusive ? L" and out of every other category?" : L"?")))
+    {
+        return lExitDeclined;
+    }
+    const auto colCuts = NewCollection();
+    for (const auto& cCut : cuts)
+    {
+        Append(*colCuts, *cCut);
+    }
+    const auto before = m_categories.Orders();
+    VARIANT_BOOL bCreated = VARIANT_FALSE;
+    const auto eOption = !bMove ? ::eCopyHere : m_options.bExclusive ? ::eMoveExclusiveHere : ::eMoveHere;
+    Check(m_cManager.DoMassCatChange(eOption, colLevels.Get(), cTo.Get(), colCuts.Get(), &bCreated));
+    MustHaveWorked(true, std::wstring(L"not every cut was ") + (bMove ? L"moved" : L"copied"));
+    m_cOut.Write((bMove ? L"Moved " : L"Copied ") + sCuts + L" to " + sTo + L"\n");
+    WriteChange(before);
+    return lExitOk;
+}
+
+} // namespace
+
+int RunCats(const CatsOptions& options, const Boxes& cBoxes, const Console& cOut, const Console& cError)
+{
+    MustBeStation(options.sDataBase, options.sAppFolder);
+    MediaLibrary library;
+    library.Open(FullPath(options.sDataBase));
+    const auto sAppFolder = FullPath(options.sAppFolder);
+    MakeFolder(sAppFolder);
+    ProgressLine line(cError, options.bProgress);
+    const auto show = [&](const std::wstring& sText, long, long) { line.Show(sText); };
+    Scheduler scheduler(library, false);
+    scheduler.Populate(sAppFolder, show);
+    line.Clear();
+    const auto follow = scheduler.Follow({show, show, [&](const std::wstring&) { line.Clear(); }});
+    return CatsRun(options, scheduler, cBoxes, cOut, cError).Run();
+}
+
+} // namespace ravlo

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include "host/client/Categories.h"
+#include "host/client/Commands.h"
+#include "host/client/HostFiles.h"
+#include "host/client/MediaLibrary.h"
+#include "host/client/Plays.h"
+#include "host/client/ProgressLine.h"
+#include "host/client/Scheduler.h"
+
+#include "collections/Text.h"
+#include "host/day/DayMaker.h"
+#include "host/day/HostError.h"
+#include "host/day/Rotation.h"
+
+#include <algorithm>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::size_t lLinesOfOrder = 12;
+
+// Imports while the scheduler listens, and writes what it tells.
+void Import(MediaLibrary& cLibrary, Scheduler& cScheduler, const std::wstring& sCsv, ProgressLine& cLine,
+            const Console& cOut)
+{
+    const auto tell = [&](const std::wstring& sText)
+    {
+        cLine.Clear();
+        cOut.Write(L"  " + sText + L"\n");
+    };
+    const auto follow =
+        cScheduler.Follow({[&](const std::wstring& sText, long, long) { tell(sText); },
+                           [&](const std::wstring& sText, long, long) { cLine.Show(sText); }, tell});
+    std::wstring sReport;
+    cLibrary.ImportCsv(
+        sCsv, [](const std::wstring&, long, long) {}, sReport);
+    cLine.Clear();
+}
+
+// Plays from the level in which a new cut comes up first, so that new ones are seen to play in their turn.
+void PlayNew(const Rotation& rotation, const LevelChange& level, const WatchOptions& options,
+             Scheduler& cScheduler, Gaps& cGaps, DateTime dtStart, const Console& cOut)
+{
+    const auto order =
+        std::find_if(rotation.begin(), rotation.end(),
+                     [&](const LevelOrder& other)
+                     { return other.sCategory == level.sCategory && other.lLevel == level.lLevel; });
+    const auto sLevel = TextOf(CategoryName{level.sCategory, level.lLevel});
+    cOut.Write(L"\nThe rotation of " + sLevel + L", where new cuts come up soonest:\n" +
+               OrderLines(*order, level.newAt, lLinesOfOrder));
+    if (options.lPicks == 0)
+    {
+        return;
+    }
+    cOut.Write(L"\nThe next " + CountOf(static_cast<std::size_t>(options.lPicks), L"pick", L"picks") +
+               L":\n");
+    DayMaker maker(cScheduler, cGaps, [](double) {});
+    const auto day = maker.Repeated({level.sCategory, level.lLevel, false, 0}, dtStart, options.lPicks);
+    for (const auto& row : day.rows)
+    {
+        cOut.Write(LogLine(row) + L"\n");
+    }
+    cScheduler.SaveOrders();
+}
+
+} // namespace
+
+void RunWatch(const WatchOptions& options, const Console& cOut, const Console& cError)
+{
+    MustBeStation(options.sDataBase, options.sAppFolder);
+    const auto sCsv = FullPath(options.sCsv);
+    MustExist(sCsv);
+    MediaLibrary library;
+    library.Open(FullPath(options.sDataBase));
+    const auto entries = library.Entries();
+    const Plays plays(entries);
+
+    ProgressLine line(cError, options.bProgress);
+    const auto sAppFolder = FullPath(options.sAppFolder);
+    MakeFolder(sAppFolder);
+    Scheduler scheduler(library, false);
+    scheduler.Populate(sAppFolder, [&](const std::wstring& sText, long, long) { line.Show(sText); });
+    Gaps gaps;
+    plays.Report(scheduler, gaps);
+    const Categories categories(scheduler.Object());
+    const auto before = categories.Orders();
+    line.Clear();
+
+    cOut.Write(L"The scheduler is open on " + options.sDataBase + L" and follows its changes.\nImporting " +
+               options.sCsv + L"\n");
+    Import(library, scheduler, sCsv, line, cOut);
+
+    const auto after = categories.Orders();
+    const auto change = ChangeBetween(before, after);
+    cOut.Write(L"\nIn the rotation: " + DecimalText(static_cast<std::int64_t>(change.lNew)) + L" new, " +
+               DecimalText(static_cast<std::int64_t>(change.lMoved)) + L" filed anew, " +
+               DecimalText(static_cast<std::int64_t>(change.lGone)) + L" gone\n" + ChangeTable(change));
+    if (const auto* soonest = SoonestNew(change))
+    {
+        PlayNew(after, *soonest, options, scheduler, gaps, plays.End(), cOut);
+    }
+    else
+    {
+        cOut.Write(L"\nNo cut came into a level: the rotation goes on as it was.\n");
+    }
+}
+
+} // namespace ravlo

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "host/day/CategoryName.h"
+
+#include "collections/CaseFolding.h"
+#include "collections/Text.h"
+#include "host/day/HostError.h"
+#include "host/day/Rotation.h"
+
+#include <limits>
+#include <optional>
+
+namespace ravlo
+{
+
+namespace
+{
+
+std::optional<std::int32_t> LevelIn(const std::wstring& sDigits)
+{
+    std::int64_t lLevel = 0;
+    for (const wchar_t c : sDigits)
+    {
+        if (c < L'0' || c > L'9')
+        {
+            return std::nullopt;
+        }
+        lLevel = lLevel * 10 + (c - L'0');
+        if (lLevel > std::numeric_limits<std::int32_t>::max())
+        {
+            return std::nullopt;
+        }
+    }
+    return lLevel > 0 ? std::optional(static_cast<std::int32_t>(lLevel)) : std::nullopt;
+}
+
+} // namespace
+
+CategoryName ParseCategoryName(const std::wstring& sText)
+{
+    const auto lColon = sText.rfind(L':');
+    CategoryName name{sText.substr(0, lColon), 0};
+    if (name.sName.empty())
+    {
+        throw HostError(L"'" + sText + L"' names no category");
+    }
+    if (lColon != std::wstring::npos)
+    {
+        const auto lLevel = LevelIn(sText.substr(lColon + 1));
+        if (!lLevel)
+        {
+            throw HostError(L"'" + sText +
+                            L"' names no level (expected NAME or NAME:LEVEL, levels count from 1)");
+        }
+        name.lLevel = *lLevel;
+    }
+    return name;
+}
+
+std::wstring TextOf(const CategoryName& name)
+{
+    return name.lLevel == 0 ? name.sName : name.sName + L" " + DecimalText(name.lLevel);
+}
+
+std::wstring TextOf(const std::vector<Target>& targets)
+{
+    std::wstring sText;
+    for (const auto& target : targets)
+    {
+        sText += (sText.empty() ? L"" : L", ") + TextOf(target.name) + L" (" +
+                 CountOf(target.lCuts, L"cut", L"cuts") + L")";
+    }
+    return sText;
+}
+
+bool IsYes(const std::wstring& sAnswer)
+{
+    const auto sFolded = FoldCase(Trim(sAnswer));
+    return sFolded == FoldCase(L"y") || sFolded == FoldCase(L"yes");
+}
+
+} // namespace ravlo

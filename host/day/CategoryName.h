@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace ravlo
+{
+
+// A category as the command line names it: "rock" is the main category with all its levels, "rock:2" one of
+// its levels. A colon cannot stand in a category's name.
+struct CategoryName
+{
+    std::wstring sName;
+    std::int32_t lLevel = 0; // 0: the main category
+    friend bool operator==(const CategoryName&, const CategoryName&) = default;
+};
+
+// Throws HostError when there is no name, or what follows the last colon is no number from 1 on.
+CategoryName ParseCategoryName(const std::wstring& sText);
+
+// "rock" or "rock 2", as the scheduler writes it in its own texts.
+std::wstring TextOf(const CategoryName& name);
+
+// A level number that can be made by hand: 1 to 32764.
+inline constexpr std::int32_t lMostLevel = 32764;
+
+// A category that is to be shuffled, emptied or deleted.
+struct Target
+{
+    CategoryName name;
+    std::size_t lCuts = 0;
+};
+
+// "rock 2 (250 cuts), pop (1448 cuts)"
+std::wstring TextOf(const std::vector<Target>& targets);
+
+// Whether what a person typed means yes: "y" or "yes" in any case, blanks around it.
+bool IsYes(const std::wstring& sAnswer);
+
+} // namespace ravlo

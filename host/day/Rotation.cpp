@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: MIT
+#include "host/day/Rotation.h"
+
+#include "collections/Text.h"
+#include "collections/TextKey.h"
+#include "host/day/TextTable.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace ravlo
+{
+
+namespace
+{
+
+using Side = TextTable::Side;
+
+struct KeyHash
+{
+    std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
+};
+using Keys = std::unordered_set<TextKey, KeyHash>;
+
+std::wstring CountText(std::size_t lCount) { return DecimalText(static_cast<std::int64_t>(lCount)); }
+
+// "3:05"
+std::wstring MinutesAndSeconds(std::int32_t lMilliseconds)
+{
+    const auto lSeconds = std::max(lMilliseconds, 0) / 1000;
+    const auto sSeconds = DecimalText(lSeconds % 60);
+    return DecimalText(lSeconds / 60) + (sSeconds.size() < 2 ? L":0" : L":") + sSeconds;
+}
+
+const LevelOrder* Find(const Rotation& rotation, const LevelOrder& level)
+{
+    const TextKey cName(level.sCategory);
+    const auto found =
+        std::find_if(rotation.begin(), rotation.end(),
+                     [&](const LevelOrder& other)
+                     { return other.lLevel == level.lLevel && TextKey(other.sCategory) == cName; });
+    return found == rotation.end() ? nullptr : &*found;
+}
+
+Keys KeysOf(const LevelOrder* level)
+{
+    Keys keys;
+    for (std::size_t l = 0; level && l < level->cuts.size(); ++l)
+    {
+        keys.insert(TextKey(level->cuts[l].sPath));
+    }
+    return keys;
+}
+
+Keys KeysOf(const Rotation& rotation)
+{
+    Keys keys;
+    for (const auto& level : rotation)
+    {
+        keys.merge(KeysOf(&level));
+    }
+    return keys;
+}
+
+LevelChange ChangeOf(const LevelOrder& level, const LevelOrder* before)
+{
+    LevelChange change{
+        level.sCategory, level.lLevel, before ? before->cuts.size() : 0, level.cuts.size(), {}};
+    const auto known = KeysOf(before);
+    for (std::size_t l = 0; l < level.cuts.size(); ++l)
+    {
+        if (!known.contains(TextKey(level.cuts[l].sPath)))
+        {
+            change.newAt.push_back(l + 1);
+        }
+    }
+    return change;
+}
+
+} // namespace
+
+RotationChange ChangeBetween(const Rotation& before, const Rotation& after)
+{
+    RotationChange change;
+    const auto keysBefore = KeysOf(before);
+    Keys joined; // known cuts that came into a level
+    Keys fresh;
+    for (const auto& level : after)
+    {
+        change.levels.push_back(ChangeOf(level, Find(before, level)));
+        for (const auto lPlace : change.levels.back().newAt)
+        {
+            const TextKey cKey(level.cuts[lPlace - 1].sPath);
+            (keysBefore.contains(cKey) ? joined : fresh).insert(cKey);
+        }
+    }
+    for (const auto& level : before)
+    {
+        const auto* now = Find(after, level);
+        if (!now)
+        {
+            change.levels.push_back({level.sCategory, level.lLevel, level.cuts.size(), 0, {}});
+        }
+        const auto keysNow = KeysOf(now);
+        for (const auto& cut : level.cuts)
+        {
+            if (!keysNow.contains(TextKey(cut.sPath)))
+            {
+                joined.insert(TextKey(cut.sPath)); // it left this one
+            }
+        }
+    }
+    const auto keysAfter = KeysOf(after);
+    for (const auto& cKey : keysBefore)
+    {
+        change.lGone += keysAfter.contains(cKey) ? 0 : 1;
+    }
+    change.lNew = fresh.size();
+    change.lMoved = joined.size() - change.lGone;
+    return change;
+}
+
+RotationChange OnlyChanged(RotationChange change)
+{
+    std::erase_if(change.levels, [](const LevelChange& level)
+                  { return level.lBefore == level.lAfter && level.newAt.empty(); });
+    return change;
+}
+
+const LevelChange* SoonestNew(const RotationChange& change)
+{
+    const LevelChange* soonest = nullptr;
+    for (const auto& level : change.levels)
+    {
+        if (!level.newAt.empty() && (!soonest || level.newAt.front() < soonest->newAt.front()))
+        {
+            soonest = &level;
+        }
+    }
+    return soonest;
+}
+
+std::wstring ChangeTable(const RotationChange& change)
+{
+    TextTable table({Side::Left, Side::Right, Side::Right, Side::Right, Side::Left});
+    table.Row({L"Category", L"Level", L"Before", L"After", L"New at"});
+    for (const auto& level : change.levels)
+    {
+        table.Row({level.sCategory, DecimalText(level.lLevel), CountText(level.lBefore),
+                   CountText(level.lAfter), PlacesText(level.newAt)});
+    }
+    return table.Text();
+}
+
+std::wstring PlacesText(const std::vector<std::size_t>& places)
+{
+    std::wstring sText;
+    for (std::size_t l = 0; l < places.size();)
+    {
+        std::size_t lLast = l;
+        while (lLast + 1 < places.size() && places[lLast + 1] == places[lLast] + 1)
+        {
+            ++lLast;
+        }
+        sText += (sText.empty() ? L"" : L", ") + CountText(places[l]) +
+                 (lLast > l ? L"-" + CountText(places[lLast]) : L"");
+        l = lLast + 1;
+    }
+    return sText;
+}
+
+std::wstring OrderLines(const LevelOrder& order, const std::vector<std::size_t>& newAt, std::size_t lMost)
+{
+    TextTable table({Side::Right, Side::Left});
+    const auto lCount = lMost == 0 ? order.cuts.size() : std::min(lMost, order.cuts.size());
+    for (std::size_t l = 0; l < lCount; ++l)
+    {
+        const auto& cut = order.cuts[l];
+        const bool bNew = std::binary_search(newAt.begin(), newAt.end(), l + 1);
+        table.Row({CountText(l + 1), cut.sArtist + L" - " + cut.sTitle + L" (" +
+                                         MinutesAndSeconds(cut.lDurationmS) + L")" +
+                                         (bNew ? L"  new" : L"")});
+    }
+    const auto lLeft = order.cuts.size() - lCount;
+    return table.Text() + (lLeft == 0 ? L"" : L"... and " + CountText(lLeft) + L" more\n");
+}
+
+std::wstring LevelTable(const Rotation& rotation)
+{
+    TextTable table({Side::Left, Side::Right, Side::Right, Side::Right});
+    table.Row({L"Category", L"Level", L"Cuts", L"Average"});
+    Keys categories;
+    std::size_t lLevels = 0;
+    for (const auto& level : rotation)
+    {
+        categories.insert(TextKey(level.sCategory));
+        lLevels += level.lLevel == 0 ? 0 : 1;
+        table.Row({level.sCategory, level.lLevel == 0 ? L"-" : DecimalText(level.lLevel),
+                   CountText(level.cuts.size()),
+                   level.cuts.empty() ? L"-" : MinutesAndSeconds(level.lAverageRunTimemS)});
+    }
+    return table.Text() + CountOf(categories.size(), L"category", L"categories") + L" with " +
+           CountOf(lLevels, L"level", L"levels") + L"\n";
+}
+
+std::wstring CountOf(std::size_t lCount, const wchar_t* sOne, const wchar_t* sMany)
+{
+    return CountText(lCount) + L" " + (lCount == 1 ? sOne : sMany);
+}
+
+} // namespace ravlo

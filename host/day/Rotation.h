@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/day/DayLog.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace ravlo
+{
+
+// A category level and its cuts in rotation order: the first one is examined first.
+struct LevelOrder
+{
+    std::wstring sCategory;
+    std::int32_t lLevel = 0; // 0: a main category without any level, which holds no cuts
+    std::int32_t lAverageRunTimemS = 0;
+    std::vector<PlayedCut> cuts;
+};
+
+// Every level of a station as it stood at one moment, in the scheduler's order.
+using Rotation = std::vector<LevelOrder>;
+
+// What became of one level between two moments.
+struct LevelChange
+{
+    std::wstring sCategory;
+    std::int32_t lLevel = 0;
+    std::size_t lBefore = 0; // cuts
+    std::size_t lAfter = 0;
+    std::vector<std::size_t> newAt; // the places, from 1, of the cuts that did not stand in it before
+};
+
+// What became of the whole.
+struct RotationChange
+{
+    std::vector<LevelChange> levels; // those there are, in their order, then those that are gone
+    std::size_t lNew = 0;            // cuts that stand somewhere and stood nowhere before
+    std::size_t lMoved = 0;          // cuts that stood somewhere else before, or not everywhere
+    std::size_t lGone = 0;           // cuts that stand nowhere any more
+};
+
+RotationChange ChangeBetween(const Rotation& before, const Rotation& after);
+
+// Without the levels that hold as many cuts as before and no new one.
+RotationChange OnlyChanged(RotationChange change);
+
+// The level whose first new cut has the fewest cuts in front of it; null when no cut is new anywhere.
+const LevelChange* SoonestNew(const RotationChange& change);
+
+// The levels with their cuts before and after and the places of the new ones, headed, each line ended with
+// LF.
+std::wstring ChangeTable(const RotationChange& change);
+
+// "3, 5-9, 12": ascending places, neighbours joined.
+std::wstring PlacesText(const std::vector<std::size_t>& places);
+
+// The rotation from its first cut on, at most lMost cuts (0: all), one line each; "new"
+// ends the line of a new one.
+std::wstring OrderLines(const LevelOrder& order, const std::vector<std::size_t>& newAt, std::size_t lMost);
+
+// The levels with their numbers of cuts and average run times, headed, and a line that counts them.
+std::wstring LevelTable(const Rotation& rotation);
+
+// "1 cut", "2 cuts".
+std::wstring CountOf(std::size_t lCount, const wchar_t* sOne, const wchar_t* sMany);
+
+} // namespace ravlo
