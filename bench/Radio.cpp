@@ -33,6 +33,16 @@ std::shared_ptr<Cut> MadeUpCut(std::int64_t lNumber)
     return cCut;
 }
 
+std::shared_ptr<Cut> LibraryCut(std::int64_t lNumber)
+{
+    std::shared_ptr<Cut> cCut = MadeUpCut(lNumber);
+    cCut->SetCatLevel(static_cast<std::int32_t>(lNumber % 4 + 1));
+    cCut->AddCategoryName(L"Category " + std::to_wstring(lNumber % 6));
+    if (lNumber % 3 == 0)
+        cCut->AddCategoryName(L"Category " + std::to_wstring((lNumber + 1) % 6));
+    return cCut;
+}
+
 Radio::Radio(std::int64_t lCuts)
 {
     cMod.StoreAppPath(L"C:\\Host");

@@ -34,8 +34,10 @@ public:
         return nullptr;
     }
     std::shared_ptr<Cut> NewCut() const override;
-    void Advise(DataBaseEvents&) override {}
-    void Unadvise(DataBaseEvents&) noexcept override {}
+    void Advise(DataBaseEvents& cEvents) override { m_cListener = &cEvents; }
+    void Unadvise(DataBaseEvents&) noexcept override { m_cListener = nullptr; }
+    // Tells the one listener.
+    void AnnounceAdded(const Cuts& colCuts) { m_cListener->CutsAdded(colCuts); }
 
 private:
     struct Hash
@@ -44,15 +46,16 @@ private:
     };
     Cuts m_colCuts;
     std::unordered_map<TextKey, std::shared_ptr<Cut>, Hash> m_colByKey;
+    DataBaseEvents* m_cListener = nullptr;
 };
 
 // Files that take everything and keep nothing but the name last appended to: what is left of a cost is the
 // library's own.
-class NoFiles final : public Files
+class NoFiles : public Files
 {
 public:
     bool FileExists(const std::wstring& sPath) const override { return sPath == m_sAppended; }
-    bool FolderExists(const std::wstring&) const override { return true; }
+    bool FolderExists(const std::wstring& sPath) const override { return !sPath.ends_with(L".tmp"); }
     void CreateFolder(const std::wstring&) override {}
     std::string ReadAll(const std::wstring&) const override { return {}; }
     void WriteNew(const std::wstring&, std::string_view) override {}
@@ -67,6 +70,10 @@ private:
 
 // A free-standing cut of a made-up library: ten cuts an artist, twelve an album, every title its own.
 std::shared_ptr<Cut> MadeUpCut(std::int64_t lNumber);
+
+// The same as a cut of a typical station's library: six categories with four levels each, a third of the cuts
+// in two categories.
+std::shared_ptr<Cut> LibraryCut(std::int64_t lNumber);
 
 // A station with one level of lCuts cuts, all of which played a day ago.
 struct Radio

@@ -15,22 +15,14 @@ namespace ravlo::bench
 namespace
 {
 
-// A library of a typical station: six categories with four levels each, a third of the cuts in two
-// categories.
+// A library of a typical station.
 struct Library
 {
     explicit Library(std::int64_t lCuts)
     {
         cMod.StoreAppPath(L"C:\\Host");
         for (std::int64_t i = 0; i < lCuts; ++i)
-        {
-            const std::shared_ptr<Cut> cCut = MadeUpCut(i);
-            cCut->SetCatLevel(static_cast<std::int32_t>(i % 4 + 1));
-            cCut->AddCategoryName(L"Category " + std::to_wstring(i % 6));
-            if (i % 3 == 0)
-                cCut->AddCategoryName(L"Category " + std::to_wstring((i + 1) % 6));
-            cDataBase->Add(cCut);
-        }
+            cDataBase->Add(LibraryCut(i));
     }
     static Library& OfSize(std::int64_t lCuts)
     {

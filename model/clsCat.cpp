@@ -4,6 +4,8 @@
 #include "collections/Text.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <limits>
 
 namespace ravlo
@@ -17,6 +19,25 @@ bool FitsLong(std::int64_t lValue)
     return lValue >= std::numeric_limits<std::int32_t>::min() &&
            lValue <= std::numeric_limits<std::int32_t>::max();
 }
+
+// A level's key, without memory of its own: levels are looked up for every cut that is filed.
+class LevelKey
+{
+public:
+    explicit LevelKey(std::int32_t lLevel) noexcept
+    {
+        std::array<char, lMost> digits;
+        const char* pEnd = std::to_chars(digits.data(), digits.data() + digits.size(), lLevel).ptr;
+        m_lLength = static_cast<std::size_t>(pEnd - digits.data());
+        std::copy_n(digits.begin(), m_lLength, m_text.begin());
+    }
+    std::wstring_view Text() const noexcept { return {m_text.data(), m_lLength}; }
+
+private:
+    static constexpr std::size_t lMost = 11; // of a number of 32 bits, with its sign
+    std::array<wchar_t, lMost> m_text;
+    std::size_t m_lLength;
+};
 
 // lTotal / lCount as automation divides and converts: in double precision, to nearest, ties to even.
 std::int32_t AverageOf(std::int64_t lTotal, std::int64_t lCount)
@@ -274,7 +295,7 @@ bool clsCat::RemoveSubCat(const std::shared_ptr<clsCat>& cSubCat)
 
 std::shared_ptr<clsCat> clsCat::SubCat(std::int32_t lCatLevel) const
 {
-    const std::shared_ptr<clsCat>* cFound = m_colSubCats->Find(DecimalText(lCatLevel));
+    const std::shared_ptr<clsCat>* cFound = m_colSubCats->Find(LevelKey(lCatLevel).Text());
     return cFound ? *cFound : nullptr;
 }
 

@@ -18,11 +18,16 @@ std::wstring CountText(std::size_t lCount) { return DecimalText(static_cast<std:
 std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
                                       const std::wstring& sName)
 {
-    const std::wstring sKey = CategoryKey(sName, 0);
-    if (const std::shared_ptr<clsCat>* cFound = colMainCats.Find(sKey))
+    return EnsureMainCat(cMod, colMainCats, {sName, TextKey(CategoryKey(sName, 0))});
+}
+
+std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
+                                      const NameLists::Name& name)
+{
+    if (const std::shared_ptr<clsCat>* cFound = colMainCats.Find(name.cKey))
         return *cFound;
-    auto cMainCat = std::make_shared<clsCat>(cMod, sName, 0);
-    colMainCats.Add(TextKey(sKey), cMainCat);
+    auto cMainCat = std::make_shared<clsCat>(cMod, name.sName, 0);
+    colMainCats.Add(name.cKey, cMainCat);
     return cMainCat;
 }
 

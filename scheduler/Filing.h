@@ -3,6 +3,7 @@
 
 #include "collections/OrderedKeyedCollection.h"
 #include "model/clsCat.h"
+#include "scheduler/NameLists.h"
 #include "scheduler/modscheduler/ModScheduler.h"
 
 #include <cstddef>
@@ -17,6 +18,9 @@ namespace ravlo
 // Finds a main category by name, or makes it and adds it at the end of colMainCats.
 std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
                                       const std::wstring& sName);
+// The same when its key is at hand.
+std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
+                                      const NameLists::Name& name);
 
 // Files the cuts of one operation and gathers what goes wrong with them, so that an operation over thousands
 // of cuts finishes its work and then says each thing once: one box per kind and category, the rest counted in

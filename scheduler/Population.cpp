@@ -54,7 +54,7 @@ private:
 Population::Population(ModScheduler& cMod, EventRelay& cEvents, CategoryList& cCategoryList,
                        HistoryFiles& cHistoryFiles, FiledCuts& cFiledCuts)
     : m_cMod(cMod), m_cEvents(cEvents), m_cCategoryList(cCategoryList), m_cHistoryFiles(cHistoryFiles),
-      m_cFiledCuts(cFiledCuts), m_cFiling(cMod)
+      m_cFiledCuts(cFiledCuts), m_cFiling(cMod), m_cNameLists(cFiledCuts)
 {
 }
 
@@ -62,7 +62,6 @@ std::shared_ptr<CatCollection> Population::Build(const DataBase& cDataBase)
 {
     m_colMainCats = std::make_shared<CatCollection>();
     const Cuts colCuts = cDataBase.AllCuts();
-    m_colNames.clear();
     m_cFiledCuts.Reserve(colCuts.size());
     CreateCategories(colCuts);
     PlaceCuts(colCuts);
@@ -89,24 +88,16 @@ void Population::CreateCategories(const Cuts& colCuts)
     m_cEvents.ProgressDone(L"Got Main and Sub Categories for scheduler.");
 }
 
-// The main categories of a cut's names, made where they are missing. Few lists of names serve many cuts, so
-// each list is looked at once, whatever number of cuts have it.
-const Population::Names& Population::NamesOf(const Cut& cCut)
+// The names of a cut, whose main categories are made where they are missing: of each list once, whatever
+// number of cuts have it.
+const NameLists::Names& Population::NamesOf(const Cut& cCut)
 {
-    const std::vector<std::wstring> colNames = AssignedNames(cCut);
-    m_sSpelled.clear();
-    for (const std::wstring& sName : colNames)
-        (m_sSpelled += sName) += cTab;
-    const auto [found, bNew] = m_colNames.try_emplace(m_sSpelled);
-    Names& names = found->second;
-    if (bNew)
+    const NameLists::Names& names = m_cNameLists.Of(cCut);
+    if (names.lNumber >= m_colMainCatsOf.size())
     {
-        names.lNumber = m_cFiledCuts.NumberOf(colNames);
-        for (const std::wstring& sName : colNames)
-            if (sName.empty())
-                names.bEmptyName = true;
-            else
-                names.colMainCats.push_back(EnsureMainCat(m_cMod, *m_colMainCats, sName));
+        m_colMainCatsOf.resize(names.lNumber + 1);
+        for (const NameLists::Name& name : names.colNames)
+            m_colMainCatsOf.back().push_back(EnsureMainCat(m_cMod, *m_colMainCats, name));
     }
     return names;
 }
@@ -119,8 +110,8 @@ void Population::PlaceCuts(const Cuts& colCuts)
         [&](const std::shared_ptr<Cut>& cCut)
         {
             // Read again: the host was called since the categories were made and may have changed the cut.
-            const Names& names = NamesOf(*cCut);
-            for (const std::shared_ptr<clsCat>& cMainCat : names.colMainCats)
+            const NameLists::Names& names = NamesOf(*cCut);
+            for (const std::shared_ptr<clsCat>& cMainCat : m_colMainCatsOf[names.lNumber])
                 m_cFiling.File(cCut, *cMainCat, bCreated);
             m_cFiledCuts.Remember(cCut->Key(), names.lNumber, cCut->CatLevel());
         },

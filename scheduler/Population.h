@@ -8,6 +8,7 @@
 #include "scheduler/FiledCuts.h"
 #include "scheduler/Filing.h"
 #include "scheduler/HistoryFiles.h"
+#include "scheduler/NameLists.h"
 #include "scheduler/modscheduler/ModScheduler.h"
 
 #include <cstddef>
@@ -15,7 +16,7 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <unordered_map>
+#include <vector>
 
 namespace ravlo
 {
@@ -48,13 +49,7 @@ private:
     // read is passed over and counted.
     void RunPhase(const std::wstring& sReason, const Cuts& colCuts, const Work& work, const Text& text);
     std::wstring TextOrNothing(const Text& text, const Cut& cCut, std::size_t lCount);
-    struct Names // of the cuts that spell their names alike
-    {
-        std::uint32_t lNumber = 0; // FiledCuts::NumberOf
-        Cats colMainCats;
-        bool bEmptyName = false;
-    };
-    const Names& NamesOf(const Cut& cCut);
+    const NameLists::Names& NamesOf(const Cut& cCut);
     void CreateCategories(const Cuts& colCuts);
     void PlaceCuts(const Cuts& colCuts);
     void AddSavedCategories(const NameCollection& colNames);
@@ -66,8 +61,8 @@ private:
     FiledCuts& m_cFiledCuts;
     Filing m_cFiling;
     std::shared_ptr<CatCollection> m_colMainCats;
-    std::unordered_map<std::wstring, Names> m_colNames; // by the names as spelled, each ended by a TAB
-    std::wstring m_sSpelled;
+    NameLists m_cNameLists;
+    std::vector<Cats> m_colMainCatsOf; // by NameLists::Names::lNumber
 };
 
 } // namespace ravlo

@@ -162,6 +162,7 @@ void Synchronisation::HandleAdded(const Cuts& colCuts)
 void Synchronisation::AddCuts(const Cuts& colCuts, AffectedCats& cAffected, Filing& cFiling)
 {
     const std::uint64_t lPopulation = m_cStation.lPopulations;
+    NameLists cNameLists(m_cStation.cFiledCuts);
     std::size_t lCount = 0;
     for (const std::shared_ptr<Cut>& cCut : colCuts)
     {
@@ -176,11 +177,15 @@ void Synchronisation::AddCuts(const Cuts& colCuts, AffectedCats& cAffected, Fili
             return; // the host has reloaded meanwhile: the new tree came from the database as it is now
         try
         {
-            if (m_cStation.cFiledCuts.Knows(cCut->Key()) && !m_cStation.cFiledCuts.IsUnchanged(*cCut))
+            const TextKey cKey = cCut->Key();
+            const NameLists::Names& names = cNameLists.Of(*cCut);
+            if (m_cStation.cFiledCuts.Knows(cKey) && !m_cStation.cFiledCuts.IsUnchanged(*cCut))
                 ModifyCut(cCut, cAffected, cFiling); // announced as new, but filed elsewhere already
             else
-                AddCutToCategory(cCut, nullptr, cAffected, cFiling);
-            m_cStation.cFiledCuts.Remember(*cCut);
+                AddCutToCategories(cCut, names, cAffected, cFiling);
+            if (m_cStation.lPopulations != lPopulation)
+                return; // reloaded while a box was shown; the numbers are those of the tree before
+            m_cStation.cFiledCuts.Remember(cKey, names.lNumber, cCut->CatLevel());
         }
         catch (...)
         {
@@ -189,36 +194,34 @@ void Synchronisation::AddCuts(const Cuts& colCuts, AffectedCats& cAffected, Fili
     }
 }
 
-void Synchronisation::AddCutToCategory(const std::shared_ptr<Cut>& cCut,
-                                       const std::shared_ptr<clsCat>& cMainCat, AffectedCats& cAffected,
-                                       Filing& cFiling)
+void Synchronisation::AddCutToCategory(const std::shared_ptr<Cut>& cCut, const std::wstring& sCatName,
+                                       AffectedCats& cAffected, Filing& cFiling)
+{
+    if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sCatName))
+        FileInto(cCut, *cMainCat, cAffected, cFiling);
+    else
+        m_cStation.cMod.Box(BoxIcon::Critical, BoxButtons::Ok, sProgramTitle,
+                            L"In addcuttocategory, main cat was specified, but doesnt exist!");
+}
+
+void Synchronisation::AddCutToCategories(const std::shared_ptr<Cut>& cCut, const NameLists::Names& names,
+                                         AffectedCats& cAffected, Filing& cFiling)
 {
     if (!m_cStation.colMainCats)
         return;
-    const auto FileInto = [&](clsCat& cInto)
-    {
-        bool bCreated = false;
-        if (cFiling.File(cCut, cInto, bCreated) || StandsIn(cInto, cCut->CatLevel(), cCut->Key()))
-            cAffected.Touch(cInto.CatName());
-    };
-    if (cMainCat)
-    {
-        const std::shared_ptr<clsCat> cKnown = m_cStation.MainCat(cMainCat->CatName());
-        if (cKnown)
-            FileInto(*cKnown);
-        else
-            m_cStation.cMod.Box(BoxIcon::Critical, BoxButtons::Ok, sProgramTitle,
-                                L"In addcuttocategory, main cat was specified, but doesnt exist!");
-        return;
-    }
-    for (const std::wstring& sName : AssignedNames(*cCut))
-    {
-        if (sName.empty())
-            cFiling.EmptyName(BoxIcon::None, std::wstring(L"Zero-length cat names are illegal!") + sCrLf +
-                                                 ArtistAndTitle(*cCut));
-        else
-            FileInto(*EnsureMainCat(m_cStation.cMod, *m_cStation.colMainCats, sName));
-    }
+    if (names.bEmptyName)
+        cFiling.EmptyName(BoxIcon::None, std::wstring(L"Zero-length cat names are illegal!") + sCrLf +
+                                             ArtistAndTitle(*cCut));
+    for (const NameLists::Name& name : names.colNames)
+        FileInto(cCut, *EnsureMainCat(m_cStation.cMod, *m_cStation.colMainCats, name), cAffected, cFiling);
+}
+
+void Synchronisation::FileInto(const std::shared_ptr<Cut>& cCut, clsCat& cMainCat, AffectedCats& cAffected,
+                               Filing& cFiling)
+{
+    bool bCreated = false;
+    if (cFiling.File(cCut, cMainCat, bCreated) || StandsIn(cMainCat, cCut->CatLevel(), cCut->Key()))
+        cAffected.Touch(cMainCat.CatName());
 }
 
 // ---- cuts modified ----
@@ -268,7 +271,7 @@ void Synchronisation::ModifyCut(const std::shared_ptr<Cut>& cCut, AffectedCats& 
         const std::shared_ptr<clsCat> cMainCat =
             EnsureMainCat(m_cStation.cMod, *m_cStation.colMainCats, sName);
         if (!StandsIn(*cMainCat, lLevel, cKey))
-            AddCutToCategory(cCut, cMainCat, cAffected, cFiling);
+            AddCutToCategory(cCut, sName, cAffected, cFiling);
     }
     m_cStation.cFiledCuts.Remember(*cCut);
 }

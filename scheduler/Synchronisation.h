@@ -3,6 +3,7 @@
 
 #include "media/DataBase.h"
 #include "scheduler/Filing.h"
+#include "scheduler/NameLists.h"
 #include "scheduler/Station.h"
 
 #include <cstdint>
@@ -18,7 +19,11 @@ namespace ravlo
 class AffectedCats
 {
 public:
-    void Touch(const std::wstring& sCatName) { m_colNames.Add(TextKey(sCatName), sCatName); }
+    void Touch(const std::wstring& sCatName)
+    {
+        if (!m_colNames.Exists(std::wstring_view(sCatName))) // mostly it is there
+            m_colNames.Add(TextKey(sCatName), sCatName);
+    }
     std::size_t Count() const noexcept { return m_colNames.Count(); }
     auto begin() const { return m_colNames.begin(); }
     auto end() const { return m_colNames.end(); }
@@ -60,11 +65,14 @@ public:
         Synchronisation& m_cSync;
     };
 
-    // Files a cut into one main category, or with null into every category it is assigned to, making what is
-    // missing. Categories in which the cut stands afterwards are touched. A main category that is not the
-    // tree's is refused with a box. Nothing happens before the first population.
-    void AddCutToCategory(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat,
+    // Files a cut into the main category of that name, which is touched when the cut stands there afterwards.
+    // A name that is not in the tree is refused with a box.
+    void AddCutToCategory(const std::shared_ptr<Cut>& cCut, const std::wstring& sCatName,
                           AffectedCats& cAffected, Filing& cFiling);
+    // The same for each of the cut's names, making the main categories that are missing. Nothing happens
+    // before the first population.
+    void AddCutToCategories(const std::shared_ptr<Cut>& cCut, const NameLists::Names& names,
+                            AffectedCats& cAffected, Filing& cFiling);
 
     // Takes a cut out of a level (its own number's, or LevelToRemoveFrom when that is not 0) of one main
     // category, or with null of every category it is assigned to. Adds to colMainCatsIN, keyed by name, those
@@ -118,6 +126,8 @@ private:
     void HandleAdded(const Cuts& colCuts);
     void HandleModified(const Cuts& colCuts);
     void HandleRemoved(const Cuts& colCuts);
+    static void FileInto(const std::shared_ptr<Cut>& cCut, clsCat& cMainCat, AffectedCats& cAffected,
+                         Filing& cFiling);
     void AddCuts(const Cuts& colCuts, AffectedCats& cAffected, Filing& cFiling);
     void RemoveCuts(const Cuts& colCuts, AffectedCats& cAffected, Filing& cFiling);
     bool StandsWhereAssigned(const Cut& cCut) const;

@@ -369,9 +369,14 @@ struct Parts
         cStation.colMainCats->Add(TextKey(CategoryKey(sName, 0)), cMainCat);
         return cMainCat;
     }
-    void File(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat)
+    void File(const std::shared_ptr<Cut>& cCut, const std::wstring& sCatName)
     {
-        cSync.AddCutToCategory(cCut, cMainCat, cAffected, cFiling);
+        cSync.AddCutToCategory(cCut, sCatName, cAffected, cFiling);
+    }
+    void FileAsAssigned(const std::shared_ptr<Cut>& cCut)
+    {
+        NameLists cNameLists(cStation.cFiledCuts);
+        cSync.AddCutToCategories(cCut, cNameLists.Of(*cCut), cAffected, cFiling);
     }
 };
 
@@ -394,7 +399,7 @@ TEST(AddCutToCategory, MakesWhatIsMissingAndTouchesTheCategory)
             if (c.bHasLevel)
                 cMainCat->AddSubCat(std::make_shared<clsCat>(cParts.cMod, L"Rock", 3));
         }
-        cParts.File(cParts.NewCut(L"Rock", 3), nullptr);
+        cParts.FileAsAssigned(cParts.NewCut(L"Rock", 3));
         EXPECT_EQ(cParts.cStation.MainCat(L"Rock")->SubCat(3)->TotalCuts(), 1);
         EXPECT_EQ(cParts.cAffected.Count(), 1u);
     }
@@ -406,7 +411,7 @@ TEST(AddCutToCategory, FilesIntoTheOneMainCategoryThatIsGiven)
     const auto cRock = cParts.NewMainCat(L"Rock");
     const auto cPop = cParts.NewMainCat(L"Pop");
     const auto cCut = cParts.NewCut(L"Rock", 2);
-    cParts.File(cCut, cPop);
+    cParts.File(cCut, L"pop");
     EXPECT_EQ(cRock->TotalCuts(), 0);
     EXPECT_EQ(cPop->TotalCuts(), 1);
     EXPECT_EQ(cCut->CategoryText(), L"Rock/Pop");
@@ -417,7 +422,7 @@ TEST(AddCutToCategory, RefusesAMainCategoryTheTreeDoesNotHold)
 {
     Parts cParts;
     const auto cCut = cParts.NewCut(L"Rock", 2);
-    cParts.File(cCut, std::make_shared<clsCat>(cParts.cMod, L"Gone", 0));
+    cParts.File(cCut, L"Gone");
     EXPECT_EQ(cParts.cWorld.cMessages.Boxes,
               (Boxes{CriticalBox(L"RavloScheduler",
                                  L"In addcuttocategory, main cat was specified, but doesnt exist!")}));
@@ -430,14 +435,14 @@ TEST(AddCutToCategory, TouchesACategoryInWhichTheCutStandsAlreadyAndNoneThatRefu
 {
     Parts cParts;
     const auto cCut = cParts.NewCut(L"Rock", 2);
-    cParts.File(cCut, nullptr);
+    cParts.FileAsAssigned(cCut);
     cParts.cAffected = {};
-    cParts.File(cCut, nullptr);
+    cParts.FileAsAssigned(cCut);
     EXPECT_EQ(cParts.cAffected.Count(), 1u) << "it sits there";
     for (const std::int32_t lLevel : {0, -7})
     {
         cParts.cAffected = {};
-        cParts.File(cParts.NewCut(L"Rock", lLevel), nullptr);
+        cParts.FileAsAssigned(cParts.NewCut(L"Rock", lLevel));
         EXPECT_EQ(cParts.cAffected.Count(), 0u) << lLevel;
     }
 }
@@ -448,7 +453,7 @@ TEST(Synchronisation, WithoutATreeThereIsNothingToFileToFindOrToSave)
     cParts.cStation.colMainCats = nullptr;
     const auto cCut = cParts.NewCut(L"Rock", 1);
     EXPECT_TRUE(cParts.cStation.PlacesOf(cCut->Key()).empty());
-    cParts.File(cCut, nullptr);
+    cParts.FileAsAssigned(cCut);
     cParts.cSync.ModifyCut(cCut, cParts.cAffected, cParts.cFiling);
     cParts.cSync.Refile(cCut, cParts.cAffected, cParts.cFiling);
     CatCollection colFrom;

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include "bench/Radio.h"
+#include "bench/Ratios.h"
+#include "scheduler/clsSchedMan.h"
+
+#include <map>
+
+namespace ravlo::bench
+{
+
+namespace
+{
+
+constexpr std::int64_t lOpenCuts = 10'000;
+
+// Cuts lFirst, lFirst + 1 ... of the typical library, made once for each size.
+const Cuts& CutsOf(std::int64_t lFirst, std::int64_t lCount)
+{
+    static std::map<std::pair<std::int64_t, std::int64_t>, Cuts> colAll;
+    Cuts& colCuts = colAll[{lFirst, lCount}];
+    for (std::int64_t i = std::ssize(colCuts); i < lCount; ++i)
+        colCuts.push_back(LibraryCut(lFirst + i));
+    return colCuts;
+}
+
+// The order files of a station, for reading; what is written goes nowhere. Shared by all stations of a size.
+class SavedOrders final : public NoFiles
+{
+public:
+    // Takes the orders of a station whose writes went here.
+    bool bKeep = false;
+
+    bool FileExists(const std::wstring& sPath) const override
+    {
+        return m_colFiles.count(sPath) != 0 || NoFiles::FileExists(sPath);
+    }
+    std::string ReadAll(const std::wstring& sPath) const override { return m_colFiles.at(sPath); }
+    void WriteNew(const std::wstring&, std::string_view bytes) override
+    {
+        if (bKeep)
+            m_written = bytes;
+    }
+    void Rename(const std::wstring&, const std::wstring& sPath) override
+    {
+        if (bKeep)
+            m_colFiles[sPath] = std::exchange(m_written, {});
+    }
+
+private:
+    std::map<std::wstring, std::string> m_colFiles;
+    std::string m_written;
+};
+
+// A manager on the air with a library of that many cuts. Pauses and pumps cost nothing here.
+struct OpenStation
+{
+    OpenStation(std::int64_t lCuts, SavedOrders& cSavedOrders) : cFiles(cSavedOrders)
+    {
+        for (const std::shared_ptr<Cut>& cCut : CutsOf(0, lCuts))
+            cDataBase->Add(cCut);
+    }
+    // One whose orders were saved before.
+    explicit OpenStation(std::int64_t lCuts) : OpenStation(lCuts, OrdersOf(lCuts)) {}
+    void Populate() { cSchedMan->PopulateFromDataBase(cDataBase, L"C:\\Host"); }
+
+    static SavedOrders& OrdersOf(std::int64_t lCuts)
+    {
+        static std::map<std::int64_t, SavedOrders> colOrders;
+        const auto [found, bNew] = colOrders.try_emplace(lCuts);
+        SavedOrders& cOrders = found->second;
+        if (bNew)
+        {
+            OpenStation cStation(lCuts, cOrders);
+            cStation.Populate();
+            cOrders.bKeep = true;
+            cStation.cSchedMan->SaveHistoryAndOrdering(nullptr);
+            cOrders.bKeep = false;
+        }
+        return cOrders;
+    }
+
+    MemoryWorld world;
+    SavedOrders& cFiles;
+    ModScheduler cMod{world.AllPortsWith(cFiles)};
+    std::shared_ptr<RadioDataBase> cDataBase = std::make_shared<RadioDataBase>();
+    std::shared_ptr<clsSchedMan> cSchedMan = std::make_shared<clsSchedMan>(cMod);
+};
+
+// One announcement of lCuts new cuts to a station that has some.
+void ImportCuts(benchmark::State& state, std::int64_t lCuts)
+{
+    const Cuts& colNew = CutsOf(lOpenCuts, lCuts);
+    for (auto _ : state)
+    {
+        state.PauseTiming();
+        auto cStation = std::make_unique<OpenStation>(lOpenCuts);
+        cStation->Populate();
+        state.ResumeTiming();
+        cStation->cDataBase->AnnounceAdded(colNew);
+        state.PauseTiming();
+        cStation.reset();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * lCuts);
+}
+
+void Import(benchmark::State& state) { ImportCuts(state, state.range(0)); }
+void ImportHalf(benchmark::State& state) { ImportCuts(state, state.range(0) / 2); }
+
+void Populate(benchmark::State& state)
+{
+    for (auto _ : state)
+    {
+        state.PauseTiming();
+        auto cStation = std::make_unique<OpenStation>(state.range(0));
+        state.ResumeTiming();
+        cStation->Populate();
+        state.PauseTiming();
+        cStation.reset();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+const bool bImport = AddRatio({"import into a station of 10 000 cuts, per cut",
+                               "population with its saved orders, per cut",
+                               {10'000, 20'000},
+                               &Import,
+                               &Populate,
+                               2.0});
+const bool bLinear = AddRatio(
+    {"import of n cuts, per cut", "import of n / 2 cuts, per cut", {20'000}, &Import, &ImportHalf, 1.2});
+
+} // namespace
+
+} // namespace ravlo::bench
