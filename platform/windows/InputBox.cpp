@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/windows/InputBox.h"
 
+#include "platform/windows/CentredDialog.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -33,11 +35,36 @@ constexpr short lEditTop = lMargin + lLine + 4;
 constexpr short lButtonTop = lEditTop + lEditHeight + 7;
 constexpr short lHeight = lButtonTop + lButtonHeight + lMargin;
 
+// The font in which the user reads messages.
+struct DialogFont
+{
+    std::wstring sName = L"MS Shell Dlg";
+    int lPoints = 8;
+    int lWeight = FW_NORMAL;
+};
+
+DialogFont MessageFont()
+{
+    DialogFont font;
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    if (!::SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0) ||
+        metrics.lfMessageFont.lfHeight >= 0)
+        return font;
+    const HDC hDC = ::GetDC(nullptr);
+    font.lPoints =
+        ::MulDiv(static_cast<int>(-metrics.lfMessageFont.lfHeight), 72, ::GetDeviceCaps(hDC, LOGPIXELSY));
+    ::ReleaseDC(nullptr, hDC);
+    font.sName = metrics.lfMessageFont.lfFaceName;
+    font.lWeight = static_cast<int>(metrics.lfMessageFont.lfWeight);
+    return font;
+}
+
 // Writes a DLGTEMPLATEEX, field by field, into words.
 class Template
 {
 public:
-    Template(DWORD lStyle, WORD lItems, short cx, short cy)
+    Template(DWORD lStyle, WORD lItems, short cx, short cy, const DialogFont& font)
     {
         Word(1);
         Word(0xFFFF); // the extended form
@@ -49,10 +76,10 @@ public:
         Word(0); // no menu
         Word(0); // the usual class
         Word(0); // titled later
-        Word(8); // points
-        Word(FW_NORMAL);
+        Word(static_cast<unsigned>(font.lPoints));
+        Word(static_cast<unsigned>(font.lWeight));
         Word(DEFAULT_CHARSET << 8); // not italic
-        Text(L"MS Shell Dlg");
+        Text(font.sName);
     }
 
     void Item(WORD lClass, int lId, DWORD lStyle, short x, short y, short cx, short cy,
@@ -100,7 +127,7 @@ constexpr WORD lStaticClass = 0x82;
 
 Template InputTemplate()
 {
-    Template cTemplate(DS_MODALFRAME | DS_SHELLFONT | WS_POPUP | WS_CAPTION | WS_SYSMENU, 4, lWidth, lHeight);
+    Template cTemplate(DS_MODALFRAME | WS_POPUP | WS_CAPTION | WS_SYSMENU, 4, lWidth, lHeight, MessageFont());
     constexpr short lInner = lWidth - 2 * lMargin;
     constexpr short lCancelLeft = lWidth - lMargin - lButtonWidth;
     // The prompt comes right before the field, which makes it the field's name for screen readers.
@@ -157,28 +184,6 @@ void FitToPrompt(HWND hDialog, const std::wstring& sPrompt)
                    static_cast<int>(window.bottom - window.top) + lGrow, lFlags | SWP_NOMOVE);
 }
 
-// In the middle of the owner or of the screen, and whole on the screen.
-void Centre(HWND hDialog, HWND hOwner)
-{
-    MONITORINFO monitor{};
-    monitor.cbSize = sizeof monitor;
-    ::GetMonitorInfoW(::MonitorFromWindow(hOwner ? hOwner : hDialog, MONITOR_DEFAULTTONEAREST), &monitor);
-    RECT around = monitor.rcWork;
-    if (hOwner && !::IsIconic(hOwner))
-        ::GetWindowRect(hOwner, &around);
-    RECT window{};
-    ::GetWindowRect(hDialog, &window);
-    const LONG cx = window.right - window.left;
-    const LONG cy = window.bottom - window.top;
-    const auto settled = [](LONG lWanted, LONG lLowest, LONG lHighest)
-    { return static_cast<int>(std::max(lLowest, std::min(lWanted, lHighest))); };
-    const RECT& work = monitor.rcWork;
-    ::SetWindowPos(hDialog, nullptr,
-                   settled((around.left + around.right - cx) / 2, work.left, work.right - cx),
-                   settled((around.top + around.bottom - cy) / 2, work.top, work.bottom - cy), 0, 0,
-                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
 std::wstring TextOf(HWND hWindow)
 {
     std::wstring sText(static_cast<std::size_t>(::GetWindowTextLengthW(hWindow)) + 1, L'\0');
@@ -203,7 +208,7 @@ INT_PTR OnInit(HWND hDialog, const Request& request)
     ::SetWindowTextW(hDialog, request.sTitle.c_str());
     ::SetDlgItemTextW(hDialog, lInputBoxPrompt, request.sPrompt.c_str());
     FitToPrompt(hDialog, request.sPrompt);
-    Centre(hDialog, request.hOwner);
+    CentreDialog(hDialog, request.hOwner);
     ::SetFocus(::GetDlgItem(hDialog, lInputBoxEdit));
     return FALSE; // the focus is set
 }

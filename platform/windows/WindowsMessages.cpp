@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/windows/WindowsMessages.h"
 
+#include "platform/windows/CentredDialog.h"
 #include "platform/windows/InputBox.h"
 
 #include <windows.h>
@@ -48,6 +49,7 @@ BoxAnswer WindowsMessages::Box(BoxIcon eIcon, BoxButtons eButtons, const std::ws
     const HWND hOwner = ::GetActiveWindow();
     const UINT lButtons = eButtons == BoxButtons::YesNo ? MB_YESNO : MB_OK;
     const UINT lModality = hOwner ? MB_APPLMODAL : MB_TASKMODAL;
+    const CentredOnOwner cCentred(hOwner);
     const int lResult =
         ::MessageBoxW(hOwner, sText.c_str(), sTitle.c_str(), StyleOf(eIcon) | lButtons | lModality);
     return AnswerOf(lResult, eButtons);

@@ -286,6 +286,28 @@ TEST_F(Panel, KeysMoveToAnEdgeAsADropThereDoes)
     EXPECT_EQ(cPanel.Snapped(), 1);
 }
 
+// Steps are smaller than the distance within which a pane snaps shut.
+TEST_F(Panel, AKeyAwayFromTheEdgeBringsACollapsedPaneBack)
+{
+    cPanel.SetRegistryID(L"Library");
+    cPanel.Resize(10000, 4000);
+    cPanel.SetSnapToEdge(true);
+    cPanel.MoveToEdge(false);
+    cPanel.MoveBy(-150); // toward the edge
+    EXPECT_EQ(cPanel.Snapped(), 1);
+    cPanel.MoveBy(15);
+    EXPECT_EQ(cPanel.Snapped(), 0);
+    EXPECT_EQ(cPanel.Position(), 2000);
+    EXPECT_EQ(Remembered(), L"2000");
+    EXPECT_TRUE(cScreen.bShown1);
+    cPanel.MoveToEdge(true);
+    cPanel.MoveBy(150);
+    EXPECT_EQ(cPanel.Snapped(), 2);
+    cPanel.MoveBy(-15);
+    EXPECT_EQ(cPanel.Snapped(), 0);
+    EXPECT_EQ(cPanel.Position(), 8000);
+}
+
 // ---- the remembered position ----
 
 TEST_F(Panel, TheRememberedPositionIsReadAtTheFirstRealSize)

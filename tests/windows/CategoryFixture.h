@@ -64,6 +64,12 @@ struct CategoryWindowTest : ::testing::Test
     {
         return User::Control(User::Control(hWindow, lPane == 0 ? eIdpicRules0 : eIdpicRules1), lId);
     }
+    static RECT PlaceOf(HWND hControl)
+    {
+        RECT place{};
+        ::GetWindowRect(hControl, &place);
+        return place;
+    }
     static BoxOnScreen Question(const std::wstring& sCat)
     {
         return {L"Press No To Discard the Rule Changes You Made.",

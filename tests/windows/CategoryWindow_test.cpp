@@ -134,6 +134,108 @@ TEST_F(CategoryWindow, AHostThatDestroysItsWindowTakesThisOneWithIt)
     EXPECT_EQ(lAnswer, lNotChosen);
 }
 
+// Whatever hides the control with the focus: the keyboard is heard by another one that is to be seen.
+TEST_F(CategoryWindow, TheFocusIsNeverOnAControlThatIsHidden)
+{
+    StartOn(L"Rock", 3);
+    Open(
+        [&](const User& user)
+        {
+            user.Click(Box(0, eIdtxtTitleSepMins));
+            user.Key(VK_TAB, VK_CONTROL); // the other tab
+            EXPECT_EQ(user.FocusedWindow(), At(eIdTabStrip1));
+            for (const bool bInPane : {true, false})
+            {
+                if (bInPane)
+                    user.Click(Box(1, eIdtxtArtistSepMins));
+                else
+                    user.ClickTab(At(eIdTabStrip1), 1);
+                EXPECT_EQ(user.FocusedWindow(), bInPane ? Box(1, eIdtxtArtistSepMins) : At(eIdTabStrip1));
+                user.Click(At(eIdLabel1)); // a label takes no focus itself
+                EXPECT_EQ(user.FocusedWindow(), At(eIdLabel2));
+                user.Key(VK_SPACE);
+                EXPECT_TRUE(::IsWindowVisible(At(eIdTabStrip1)));
+            }
+            user.Replace(Box(1, eIdtxtArtistSepMins), L"25");
+            user.Key(VK_TAB, VK_SHIFT);
+            user.Key(VK_TAB, VK_SHIFT);
+            user.Click(At(eIdcmdApply));
+            EXPECT_EQ(user.FocusedWindow(), At(IDOK));
+        });
+}
+
+TEST_F(CategoryWindow, MnemonicsReachTheLists)
+{
+    StartOn(L"Rock", 1);
+    Open(
+        [&](const User& user)
+        {
+            EXPECT_EQ(user.Text(At(eIdCategoriesLabel)), L"Cate&gories:");
+            EXPECT_EQ(user.Text(At(eIdLevelsLabel)), L"Le&vels:");
+            user.Key('V', VK_MENU);
+            EXPECT_EQ(user.FocusedWindow(), At(eIdlstlvl));
+            user.Key('G', VK_MENU);
+            EXPECT_EQ(user.FocusedWindow(), At(eIdlstCat));
+        });
+}
+
+TEST_F(CategoryWindow, EnterPressesTheButtonThatHasTheFocusAndOKElsewhere)
+{
+    StartOn(L"Rock", 3);
+    const auto bDefault = [&](int lId)
+    { return (::SendMessageW(At(lId), WM_GETDLGCODE, 0, 0) & DLGC_DEFPUSHBUTTON) != 0; };
+    EXPECT_EQ(Open(
+                  [&](const User& user)
+                  {
+                      EXPECT_TRUE(bDefault(IDOK));
+                      user.Click(At(eIdchkSortedSongs));
+                      user.Key(VK_TAB); // round to the categories
+                      for (int i = 0; i < 8; ++i)
+                          user.Key(VK_TAB, VK_SHIFT);
+                      ASSERT_EQ(user.FocusedWindow(), At(eIdcmdNewLevel));
+                      EXPECT_TRUE(bDefault(eIdcmdNewLevel));
+                      EXPECT_FALSE(bDefault(IDOK));
+                      user.Key(VK_RETURN);
+                      EXPECT_EQ(user.Box().sTitle, L"Enter The New Category Level");
+                      user.Key(VK_ESCAPE);
+                      ASSERT_EQ(user.FocusedWindow(), At(eIdcmdNewLevel));
+                      user.Key(VK_TAB);
+                      user.Key(VK_TAB);
+                      EXPECT_EQ(user.FocusedWindow(), At(eIdTabStrip1));
+                      user.Key(VK_RETURN);
+                      user.WaitUntilGone(hWindow);
+                  }),
+              lChosen);
+}
+
+TEST_F(CategoryWindow, ItsFrameIsDraggedToAnotherSizeButNotBelowTheSmallest)
+{
+    StartOn(L"Rock", 3);
+    Open(
+        [&](const User& user)
+        {
+            RECT before{};
+            ::GetWindowRect(hWindow, &before);
+            RECT client{};
+            ::GetClientRect(hWindow, &client);
+            const RECT list = PlaceOf(At(eIdlstsongs1));
+            const POINT corner{client.right + 2, client.bottom + 2};
+            user.Drag(hWindow, corner, {corner.x + 80, corner.y + 60});
+            RECT after{};
+            ::GetWindowRect(hWindow, &after);
+            EXPECT_EQ(after.right, before.right + 80);
+            EXPECT_EQ(after.bottom, before.bottom + 60);
+            EXPECT_GT(PlaceOf(At(eIdlstsongs1)).bottom, list.bottom);
+            EXPECT_EQ(Untidiness(hWindow), Faults());
+            ::GetClientRect(hWindow, &client);
+            user.Drag(hWindow, {client.right + 2, client.bottom + 2}, {20, 20});
+            ::GetWindowRect(hWindow, &after);
+            EXPECT_GT(after.right - after.left, 600);
+            EXPECT_GT(after.bottom - after.top, 300);
+            EXPECT_EQ(Untidiness(hWindow), Faults());
+        });
+}
+
 // Long work of the library pumps messages itself; the window's keys mean the same there.
 TEST_F(CategoryWindow, ItsKeysWorkWhileTheLibraryPumpsMessages)
 {

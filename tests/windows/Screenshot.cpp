@@ -24,20 +24,43 @@ std::wstring FileNamed(const std::wstring& sName)
     return sFolder + L"/" + sName + L".png";
 }
 
-HBITMAP PictureOf(HWND hWindow)
+RECT PlaceOf(HWND hWindow)
 {
-    RECT rect{};
-    ::GetWindowRect(hWindow, &rect);
-    const int cx = static_cast<int>(rect.right - rect.left);
-    const int cy = static_cast<int>(rect.bottom - rect.top);
+    RECT place{};
+    ::GetWindowRect(hWindow, &place);
+    return place;
+}
+
+void Paint(HDC hDC, POINT at, HWND hWindow)
+{
+    const RECT place = PlaceOf(hWindow);
     const HDC hWindowDC = ::GetWindowDC(hWindow);
-    const HDC hDC = ::CreateCompatibleDC(hWindowDC);
-    const HBITMAP hBitmap = ::CreateCompatibleBitmap(hWindowDC, cx, cy);
+    ::BitBlt(hDC, static_cast<int>(place.left - at.x), static_cast<int>(place.top - at.y),
+             static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top),
+             hWindowDC, 0, 0, SRCCOPY);
+    ::ReleaseDC(hWindow, hWindowDC);
+}
+
+HBITMAP PictureOf(const std::vector<HWND>& hWindows)
+{
+    RECT all{};
+    for (const HWND hWindow : hWindows)
+    {
+        const RECT place = PlaceOf(hWindow);
+        ::UnionRect(&all, &all, &place);
+    }
+    const HDC hScreenDC = ::GetDC(nullptr);
+    const HDC hDC = ::CreateCompatibleDC(hScreenDC);
+    const HBITMAP hBitmap = ::CreateCompatibleBitmap(hScreenDC, static_cast<int>(all.right - all.left),
+                                                     static_cast<int>(all.bottom - all.top));
     const HGDIOBJ hBefore = ::SelectObject(hDC, hBitmap);
-    ::BitBlt(hDC, 0, 0, cx, cy, hWindowDC, 0, 0, SRCCOPY);
+    const RECT background{0, 0, all.right - all.left, all.bottom - all.top};
+    ::FillRect(hDC, &background, static_cast<HBRUSH>(::GetStockObject(WHITE_BRUSH)));
+    for (const HWND hWindow : hWindows)
+        Paint(hDC, {all.left, all.top}, hWindow);
     ::SelectObject(hDC, hBefore);
     ::DeleteDC(hDC);
-    ::ReleaseDC(hWindow, hWindowDC);
+    ::ReleaseDC(nullptr, hScreenDC);
     return hBitmap;
 }
 
@@ -45,11 +68,16 @@ HBITMAP PictureOf(HWND hWindow)
 
 bool TakeScreenshot(HWND hWindow, const std::wstring& sName)
 {
+    return TakeScreenshot(std::vector<HWND>{hWindow}, sName);
+}
+
+bool TakeScreenshot(const std::vector<HWND>& hWindows, const std::wstring& sName)
+{
     ULONG_PTR lToken = 0;
     const Gdiplus::GdiplusStartupInput input;
     if (Gdiplus::GdiplusStartup(&lToken, &input, nullptr) != Gdiplus::Ok)
         return false;
-    const HBITMAP hBitmap = PictureOf(hWindow);
+    const HBITMAP hBitmap = PictureOf(hWindows);
     Gdiplus::Status eStatus = Gdiplus::Ok;
     {
         Gdiplus::Bitmap bitmap(hBitmap, nullptr);

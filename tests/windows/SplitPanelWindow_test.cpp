@@ -54,6 +54,14 @@ public:
         cLoop.Run();
     }
 
+    // On the windows' thread.
+    void Run(const User& user, const std::function<void()>& what)
+    {
+        OnRun = what;
+        ::PostMessageW(Handle(), WM_APP, 0, 0);
+        user.Idle();
+    }
+
     HWND hLeft = nullptr;
     HWND hRight = nullptr;
     std::unique_ptr<SplitPanelWindow> cSplit;
@@ -72,11 +80,15 @@ private:
     {
         if (lMessage == WM_SIZE && wParam != SIZE_MINIMIZED)
             LayOut();
+        else if (lMessage == WM_APP)
+            OnRun();
         else if (lMessage == WM_SETCURSOR && cSplit && cSplit->SetsCursor())
             return TRUE;
         return Default(lMessage, wParam, lParam);
     }
     void OnException() noexcept override { ADD_FAILURE() << "the container failed"; }
+
+    std::function<void()> OnRun;
 };
 
 RECT PlaceOf(HWND hWindow)
@@ -229,6 +241,33 @@ TEST_F(SplitWindow, KeysMoveTheBarThatHasTheFocus)
             user.Shot(cContainer->Handle(), L"split-panel-focus");
             user.Key(VK_TAB);
             EXPECT_EQ(user.FocusedWindow(), cContainer->hRight);
+        });
+}
+
+TEST_F(SplitWindow, KeysCollapseAPaneAndBringItBackAndTheFocusIsNeverLost)
+{
+    Open(
+        [&](const User& user, HWND hBar)
+        {
+            cContainer->cSplit->Panel().SetSnapToEdge(true);
+            user.Key(VK_TAB);
+            user.Key(VK_HOME);
+            EXPECT_FALSE(::IsWindowVisible(cContainer->hLeft));
+            user.Key(VK_RIGHT);
+            EXPECT_TRUE(::IsWindowVisible(cContainer->hLeft));
+            EXPECT_EQ(cContainer->cSplit->Panel().Position(), 2000);
+            // The pane with the focus collapses, by a drop and in code.
+            user.Key(VK_TAB, VK_SHIFT);
+            ASSERT_EQ(user.FocusedWindow(), cContainer->hLeft);
+            user.Drag(hBar, {2, 100}, {-BarLeft() + 5, 100});
+            EXPECT_FALSE(::IsWindowVisible(cContainer->hLeft));
+            EXPECT_EQ(user.FocusedWindow(), hBar);
+            user.Key(VK_RIGHT);
+            user.Key(VK_TAB);
+            ASSERT_EQ(user.FocusedWindow(), cContainer->hRight);
+            cContainer->Run(user, [&] { cContainer->cSplit->Panel().SetSnapped(2); });
+            EXPECT_FALSE(::IsWindowVisible(cContainer->hRight));
+            EXPECT_EQ(user.FocusedWindow(), hBar);
         });
 }
 

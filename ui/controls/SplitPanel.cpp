@@ -178,8 +178,22 @@ void SplitPanel::MoveBy(std::int32_t lDistance)
 {
     if (!m_bEnabled || !m_bSized || m_bDragging)
         return;
+    if (Reopens(lDistance))
+        return;
     const std::int64_t lPosition = std::int64_t{m_state.lPosition} + lDistance;
     Drop(static_cast<std::int32_t>(std::clamp<std::int64_t>(lPosition, 0, std::max(0, Extent()))));
+}
+
+// Off the edge at which a pane has collapsed: one step would end within the snapping distance and collapse
+// the pane again.
+bool SplitPanel::Reopens(std::int32_t lDistance)
+{
+    const bool bNear = m_state.iSnapped == eControl1Collapsed && lDistance > 0;
+    const bool bFar = m_state.iSnapped == eControl2Collapsed && lDistance < 0;
+    if (!m_settings.bSnapToEdge || (!bNear && !bFar))
+        return false;
+    Settle({bNear ? m_settings.iMinPanelSize : Extent() - m_settings.iMinPanelSize, eBothShown});
+    return true;
 }
 
 void SplitPanel::MoveToEdge(bool bFar)
@@ -189,9 +203,11 @@ void SplitPanel::MoveToEdge(bool bFar)
     Drop(bFar ? Extent() : 0);
 }
 
-void SplitPanel::Drop(std::int32_t lPosition)
+void SplitPanel::Drop(std::int32_t lPosition) { Settle(DropSplit(m_settings, m_state, lPosition, Extent())); }
+
+void SplitPanel::Settle(const SplitState& state)
 {
-    m_state = DropSplit(m_settings, m_state, lPosition, Extent());
+    m_state = state;
     m_bPositioned = true;
     Remember();
     LayOut();

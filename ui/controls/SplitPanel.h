@@ -73,7 +73,8 @@ public:
     void CancelDrag();
     bool Dragging() const noexcept { return m_bDragging; }
 
-    // The keyboard: moves the bar by a distance, or to an edge as if it had been dropped there.
+    // The keyboard: moves the bar by a distance, or to an edge as if it had been dropped there. A collapsed pane
+    // comes back, at its smallest size, with the first move away from its edge.
     void MoveBy(std::int32_t lDistance);
     void MoveToEdge(bool bFar);
 
@@ -81,6 +82,8 @@ private:
     void LayOut();
     std::int32_t Extent() const { return SplitExtent(m_settings, m_lWidth, m_lHeight); }
     void Drop(std::int32_t lPosition);
+    void Settle(const SplitState& state);
+    bool Reopens(std::int32_t lDistance);
     void EndDrag();
     std::wstring Application() const { return L"uSplit" + m_sHost + m_sRegistryID; }
     void Remember() const;

@@ -20,7 +20,7 @@ namespace
 constexpr int lMargin = 10;
 constexpr int lRowGap = 7;
 constexpr int lBoxWidth = 64;
-constexpr int lBoxPadding = 8; // height of a box beyond its text
+constexpr int lBoxPadding = 4; // height of a box beyond its text and edges
 constexpr int lCheckBox = 22;
 
 // The colour of tab pages: of a window with visual styles, of a button's face without.
@@ -120,7 +120,7 @@ int RulesPaneWindow::Arrange(int lWidth, bool bMove) const
     const FontContext cContext(Handle(), m_hFont);
     const auto px = [&](int lAt96) { return Scaled(lAt96, m_lDpi); };
     const int lLine = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy);
-    const int lBoxHeight = lLine + px(lBoxPadding);
+    const int lBoxHeight = lLine + 2 * ::GetSystemMetrics(SM_CYEDGE) + px(lBoxPadding);
     const int lInner = lWidth - 2 * px(lMargin);
     Mover cMover(8);
     const auto move = [&](HWND hControl, int x, int y, int cx, int cy)

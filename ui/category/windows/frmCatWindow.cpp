@@ -64,7 +64,7 @@ frmCatWindow::frmCatWindow(HWND hOwner, ModScheduler& cMod)
     WindowStart start;
     start.sTitle = L"Category";
     start.lStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
-    start.lExStyle = WS_EX_CONTROLPARENT;
+    start.lExStyle = WS_EX_CONTROLPARENT | WS_EX_DLGMODALFRAME; // as dialogs: without an icon
     start.hParent = hOwner;
     start.hMenu = m_hMenu.get();
     Create(start);
@@ -166,6 +166,10 @@ LRESULT frmCatWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
     case WM_THEMECHANGED:
         SetLook(m_lDpi); // the message font may be another one now
         return 0;
+    case WM_NEXTDLGCTL:
+        ::SetFocus(LOWORD(lParam) != 0 ? reinterpret_cast<HWND>(wParam)
+                                       : ::GetNextDlgTabItem(Handle(), ::GetFocus(), wParam != 0));
+        return 0;
     case DM_GETDEFID:
         return MAKELRESULT(IDOK, DC_HASDEFID);
     default:
@@ -211,6 +215,14 @@ void frmCatWindow::OnActivate(bool bActive)
         m_hFocus = ::GetFocus();
     else if (m_hFocus && ::IsChild(Handle(), m_hFocus))
         ::SetFocus(m_hFocus);
+}
+
+// A control that goes must not keep the focus: nothing would hear the keyboard.
+void frmCatWindow::PassFocus(HWND hFrom, HWND hTo)
+{
+    const HWND hFocus = ::GetFocus();
+    if (hFocus && (hFocus == hFrom || ::IsChild(hFrom, hFocus)))
+        ::SetFocus(hTo);
 }
 
 bool frmCatWindow::OnKey(MSG& message) { return m_cSelector->OnKey(message); }
@@ -371,6 +383,8 @@ void frmCatWindow::ChoosePane(RulesPane ePane)
     for (std::size_t i = 0; i < m_cPanes.size(); ++i)
     {
         const bool bShow = m_bRulesShown && i == static_cast<std::size_t>(ePane);
+        if (!bShow)
+            PassFocus(m_cPanes[i]->Handle(), m_bRulesShown ? m_hTabs : m_hStrip[1]);
         ::ShowWindow(m_cPanes[i]->Handle(), bShow ? SW_SHOWNA : SW_HIDE);
     }
 }
@@ -403,9 +417,8 @@ void frmCatWindow::CheckIgnore(bool bCheck) { m_cPanes[1]->CheckIgnore(bCheck); 
 
 void frmCatWindow::EnableApply(bool bEnable)
 {
-    // A disabled window must not keep the focus: nothing would hear the keyboard.
-    if (!bEnable && ::GetFocus() == m_hApply)
-        ::SetFocus(m_hOK);
+    if (!bEnable)
+        PassFocus(m_hApply, m_hOK);
     ::EnableWindow(m_hApply, bEnable);
 }
 
@@ -415,7 +428,11 @@ void frmCatWindow::ShowRulesArea(bool bShow)
     ::SetWindowTextW(m_hStrip[0], bShow ? sArrowLeft : sArrowRight);
     ::SetWindowTextW(m_hStrip[2], bShow ? sArrowLeft : sArrowRight);
     for (const HWND hControl : {m_hTitle, m_hTabs, m_hApply})
+    {
+        if (!bShow)
+            PassFocus(hControl, m_hStrip[1]);
         ::ShowWindow(hControl, bShow ? SW_SHOWNA : SW_HIDE);
+    }
     ChoosePane(static_cast<RulesPane>(::SendMessageW(m_hTabs, TCM_GETCURSEL, 0, 0)));
     if (::IsWindowVisible(Handle()) && !::IsZoomed(Handle()))
     {

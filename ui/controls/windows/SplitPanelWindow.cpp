@@ -167,7 +167,9 @@ void SplitPanelWindow::OnButtonDown()
 void SplitPanelWindow::OnCaptureLost()
 {
     m_cPanel.CancelDrag();
-    ::SetFocus(m_hFocusBefore);
+    // A pane that has just collapsed cannot take it back.
+    if (::IsWindowVisible(m_hFocusBefore))
+        ::SetFocus(m_hFocusBefore);
     ::SetWindowPos(Handle(), m_hBefore ? m_hBefore : HWND_TOP, 0, 0, 0, 0,
                    SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
@@ -211,6 +213,12 @@ std::int32_t SplitPanelWindow::PointerInTwips() const
 
 void SplitPanelWindow::ShowPanes(bool bControl1, bool bControl2)
 {
+    // Nothing would hear the keyboard if a pane vanished with the focus.
+    const HWND hFocus = ::GetFocus();
+    const auto goes = [&](HWND hPane, bool bShow)
+    { return !bShow && hPane && hFocus && (hFocus == hPane || ::IsChild(hPane, hFocus)); };
+    if (goes(m_hControl1, bControl1) || goes(m_hControl2, bControl2))
+        ::SetFocus(Handle());
     if (m_hControl1)
         ::ShowWindow(m_hControl1, bControl1 ? SW_SHOWNA : SW_HIDE);
     if (m_hControl2)
