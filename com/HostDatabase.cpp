@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "com/HostDatabase.h"
 
+#include "com/Library.h"
 #include "com/kit/CutFace.h"
 #include "com/kit/Unknown.h"
 
@@ -119,6 +120,35 @@ private:
     std::weak_ptr<HostDatabase> m_cDataBase;
 };
 
+// A batch of the host's database.
+class HostBatch final : public DataBase::Batch
+{
+public:
+    explicit HostBatch(ComPtr<IBatchedChanges> cChanges) : m_cChanges(std::move(cChanges))
+    {
+        Check(m_cChanges->BeginBatch());
+        m_bOpen = true;
+    }
+    HostBatch(const HostBatch&) = delete;
+    HostBatch& operator=(const HostBatch&) = delete;
+    ~HostBatch() override
+    {
+        if (m_bOpen)
+            m_cChanges->RollbackBatch();
+    }
+    void Commit() override
+    {
+        m_bOpen = false; // a batch that cannot be committed is over as well
+        Check(m_cChanges->CommitBatch());
+    }
+
+private:
+    void Check(HRESULT hResult) const { ThrowIfFailed(hResult, *m_cChanges, IID_IBatchedChanges); }
+
+    ComPtr<IBatchedChanges> m_cChanges;
+    bool m_bOpen = false;
+};
+
 } // namespace
 
 std::shared_ptr<HostDatabase> HostDatabase::Of(_clsDataBase* pHost)
@@ -183,6 +213,12 @@ std::shared_ptr<Cut> HostDatabase::NewCut() const
     return CutFrom(cCut.Get());
 }
 
+std::unique_ptr<DataBase::Batch> HostDatabase::BeginBatch()
+{
+    const auto cChanges = m_cHost.As<IBatchedChanges>();
+    return cChanges ? std::make_unique<HostBatch>(cChanges) : nullptr;
+}
+
 bool HostDatabase::IsListening(const DataBaseEvents& cEvents) const noexcept
 {
     return std::find(m_colListeners.begin(), m_colListeners.end(), &cEvents) != m_colListeners.end();
@@ -212,8 +248,13 @@ void HostDatabase::Connect()
         !cPoint)
         return;
     const auto cSink = NewObject<DataBaseSink>(weak_from_this());
-    if (SUCCEEDED(cPoint->Advise(cSink.Get(), &m_lCookie)))
+    const HRESULT hAdvised = cPoint->Advise(cSink.Get(), &m_lCookie);
+    if (SUCCEEDED(hAdvised))
         m_cPoint = std::move(cPoint);
+    else
+        Library().LogError(L"Advise [HostDatabase]",
+                           RuntimeError(static_cast<std::int32_t>(hAdvised),
+                                        L"The database's changes will not be followed."));
 }
 
 void HostDatabase::Disconnect() noexcept

@@ -14,7 +14,8 @@ namespace ravlo
 
 // A media database that the host brings, as the core sees it. Its cuts come as HostCuts; its events reach the
 // listeners while there are any, through the connection point __clsDataBase. A database without that
-// connection point is simply silent. One host object has one HostDatabase while anyone holds it.
+// connection point is simply silent; one that refuses the connection leaves a line in the debug log. One host
+// object has one HostDatabase while anyone holds it.
 class HostDatabase final : public DataBase, public std::enable_shared_from_this<HostDatabase>
 {
 public:
@@ -31,6 +32,8 @@ public:
     std::shared_ptr<Cut> CutByArtistTitle(const std::wstring& sArtist,
                                           const std::wstring& sTitle) const override;
     std::shared_ptr<Cut> NewCut() const override;
+    // Through IBatchedChanges, where the host's database has it.
+    std::unique_ptr<Batch> BeginBatch() override;
     void Advise(DataBaseEvents& cEvents) override;
     void Unadvise(DataBaseEvents& cEvents) noexcept override;
 

@@ -7,6 +7,7 @@
 
 #include <KorvaCollection.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -60,9 +61,10 @@ public:
     }
     void Insert(std::size_t lPosition, const std::optional<std::wstring>& sKey, const VARIANT& item) override
     {
-        Item converted = Adapter::FromVariant(item);
+        Item converted = Adapter::FromVariant(item); // may call a host, which may shorten the collection
         const TextKey cKey(sKey.value_or(std::wstring()));
-        if (!m_colItems->Insert(lPosition, sKey ? &cKey : nullptr, std::move(converted)))
+        if (!m_colItems->Insert(std::min(lPosition, m_colItems->Count()), sKey ? &cKey : nullptr,
+                                std::move(converted)))
             throw RuntimeError(error::KeyAlreadyExists);
     }
     void RemoveAt(std::size_t lPosition) override { m_colItems->RemoveAt(lPosition); }

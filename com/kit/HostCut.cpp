@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "com/kit/HostCut.h"
 
+#include "collections/CaseFolding.h"
+#include "collections/Text.h"
 #include "com/kit/Collection.h"
 #include "com/kit/CutFace.h"
 #include "com/kit/Errors.h"
 
+#include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace ravlo
 {
@@ -18,6 +22,12 @@ std::unordered_map<IUnknown*, std::weak_ptr<HostCut>>& Known()
 {
     static std::unordered_map<IUnknown*, std::weak_ptr<HostCut>> colKnown;
     return colKnown;
+}
+
+// The category that a host's assignment names: what stands in front of a TAB and a level, if it has them.
+std::wstring BareName(const std::wstring& sAssignment)
+{
+    return sAssignment.substr(0, sAssignment.find(cTab));
 }
 
 } // namespace
@@ -106,17 +116,42 @@ ComPtr<_clsCollection> HostCut::Categories() const
 std::vector<std::wstring> HostCut::CategoryNames() const
 {
     std::vector<std::wstring> colNames;
-    ForEachItem(Categories().Get(),
-                [&](const Variant& cName) { colNames.push_back(TextAdapter::FromVariant(cName)); });
+    std::unordered_set<std::wstring> colSeen;
+    for (const std::wstring& sAssignment : AssignmentsIn(*Categories()))
+    {
+        std::wstring sName = BareName(sAssignment);
+        if (colSeen.insert(FoldCase(sName)).second)
+            colNames.push_back(std::move(sName));
+    }
     return colNames;
 }
 
-bool HostCut::Holds(_clsCollection& colNames, std::wstring_view sName) const
+std::vector<std::wstring> HostCut::AssignmentsIn(_clsCollection& colNames) const
+{
+    std::vector<std::wstring> colAssignments;
+    ForEachItem(&colNames,
+                [&](const Variant& cName) { colAssignments.push_back(TextAdapter::FromVariant(cName)); });
+    return colAssignments;
+}
+
+bool HostCut::HasKey(_clsCollection& colNames, std::wstring_view sKey) const
 {
     VARIANT_BOOL bExists = VARIANT_FALSE;
-    const Variant cName(sName);
-    ThrowIfFailed(colNames.Exists(cName, &bExists), colNames, IID__clsCollection);
+    const Variant cKey(sKey);
+    ThrowIfFailed(colNames.Exists(cKey, &bExists), colNames, IID__clsCollection);
     return bExists != VARIANT_FALSE;
+}
+
+// Names mostly stand bare under themselves, which the host finds by itself; only else the list is walked.
+bool HostCut::Holds(_clsCollection& colNames, std::wstring_view sName) const
+{
+    if (HasKey(colNames, sName))
+        return true;
+    const std::wstring sFolded = FoldCase(sName);
+    const std::vector<std::wstring> colAssignments = AssignmentsIn(colNames);
+    return std::any_of(colAssignments.begin(), colAssignments.end(),
+                       [&](const std::wstring& sAssignment)
+                       { return FoldCase(BareName(sAssignment)) == sFolded; });
 }
 
 bool HostCut::HasCategoryName(std::wstring_view sName) const { return Holds(*Categories(), sName); }
@@ -134,8 +169,16 @@ void HostCut::AddCategoryName(const std::wstring& sName)
 void HostCut::RemoveCategoryName(const std::wstring& sName)
 {
     const auto colNames = Categories();
-    if (Holds(*colNames, sName))
-        ThrowIfFailed(colNames->Remove(Variant{std::wstring_view(sName)}), *colNames, IID__clsCollection);
+    const auto remove = [&](const Variant& cIndex)
+    { ThrowIfFailed(colNames->Remove(cIndex), *colNames, IID__clsCollection); };
+    if (HasKey(*colNames, sName))
+        remove(Variant{std::wstring_view(sName)});
+    // What is left goes by position, the last one first: an assignment's key is the host's own affair.
+    const std::wstring sFolded = FoldCase(sName);
+    const std::vector<std::wstring> colAssignments = AssignmentsIn(*colNames);
+    for (std::size_t i = colAssignments.size(); i-- > 0;)
+        if (FoldCase(BareName(colAssignments[i])) == sFolded)
+            remove(Variant(static_cast<std::int32_t>(i + 1)));
 }
 
 std::wstring HostCut::CategoryText() const { return Text(&_clsCut::get_CategoryText); }

@@ -12,7 +12,9 @@ namespace ravlo
 {
 
 // A cut that the other side implements, as the core sees it. Every call goes to the host's object; what that
-// answers with a failure is thrown as RuntimeError. One host object has one HostCut while anyone holds it.
+// answers with a failure is thrown as RuntimeError. An item of its Categories may be a category's name, or a
+// name, TAB and a level; the level counts for nothing, and either form is found and removed by the name
+// alone. One host object has one HostCut while anyone holds it.
 class HostCut final : public Cut
 {
 public:
@@ -76,6 +78,9 @@ private:
     void Set(Setter<LONG> set, std::int32_t lValue);
     void Set(Setter<VARIANT_BOOL> set, bool bValue);
     ComPtr<_clsCollection> Categories() const;
+    // The host's list as it stands: an item is a category's name, which TAB and a level may follow.
+    std::vector<std::wstring> AssignmentsIn(_clsCollection& colNames) const;
+    bool HasKey(_clsCollection& colNames, std::wstring_view sKey) const;
     bool Holds(_clsCollection& colNames, std::wstring_view sName) const;
 
     ComPtr<_clsCut> m_cHost;

@@ -71,7 +71,25 @@ DataBaseFace::DataBaseFace()
     m_cStore->Advise(*this);
 }
 
-DataBaseFace::~DataBaseFace() { m_cStore->Unadvise(*this); }
+DataBaseFace::~DataBaseFace()
+{
+    m_cBatches.RollbackAll();
+    m_cStore->Unadvise(*this);
+}
+
+STDMETHODIMP DataBaseFace::QueryInterface(REFIID iid, void** ppvObject)
+{
+    if (!ppvObject || iid != IID_IBatchedChanges)
+        return Dispatch::QueryInterface(iid, ppvObject);
+    *ppvObject = static_cast<IBatchedChanges*>(&m_cBatches);
+    AddRef();
+    return S_OK;
+}
+
+STDMETHODIMP DataBaseFace::InterfaceSupportsErrorInfo(REFIID iid)
+{
+    return iid == IID_IBatchedChanges ? S_OK : Dispatch::InterfaceSupportsErrorInfo(iid);
+}
 
 STDMETHODIMP DataBaseFace::Open(BSTR sFile)
 {
@@ -79,7 +97,12 @@ STDMETHODIMP DataBaseFace::Open(BSTR sFile)
 }
 STDMETHODIMP DataBaseFace::Close()
 {
-    return Guard([&] { m_cStore->Close(); });
+    return Guard(
+        [&]
+        {
+            m_cBatches.RollbackAll();
+            m_cStore->Close();
+        });
 }
 STDMETHODIMP DataBaseFace::get_FileName(BSTR* pVal)
 {
@@ -130,6 +153,47 @@ STDMETHODIMP DataBaseFace::RemoveCuts(IDispatch* colCuts, LONG* pVal)
 STDMETHODIMP DataBaseFace::ImportCsv(BSTR sFile, LONG* pVal)
 {
     return Guard([&] { Out(pVal) = m_cStore->ImportCsv(TextOf(sFile)); });
+}
+
+STDMETHODIMP BatchesFace::QueryInterface(REFIID iid, void** ppvObject)
+{
+    return m_cOwner.QueryInterface(iid, ppvObject);
+}
+STDMETHODIMP_(ULONG) BatchesFace::AddRef() { return m_cOwner.AddRef(); }
+STDMETHODIMP_(ULONG) BatchesFace::Release() { return m_cOwner.Release(); }
+
+template <class Body> HRESULT BatchesFace::Guard(Body&& body) noexcept
+{
+    const ComPtr<IBatchedChanges> cSelf(this);
+    return GuardAs(IID_IBatchedChanges, DataBaseFace::identity.sProgID, std::forward<Body>(body));
+}
+
+STDMETHODIMP BatchesFace::BeginBatch()
+{
+    return Guard([&] { m_colBatches.push_back(std::make_unique<Store::Batch>(m_cStore)); });
+}
+STDMETHODIMP BatchesFace::CommitBatch()
+{
+    return Guard([&] { TakeInnermost()->Commit(); }); // one that cannot be committed ends undone
+}
+STDMETHODIMP BatchesFace::RollbackBatch()
+{
+    return Guard([&] { TakeInnermost(); });
+}
+
+std::unique_ptr<Store::Batch> BatchesFace::TakeInnermost()
+{
+    if (m_colBatches.empty())
+        throw RuntimeError(error::InvalidProcedureCall, L"No batch of changes was begun.");
+    auto cBatch = std::move(m_colBatches.back());
+    m_colBatches.pop_back();
+    return cBatch;
+}
+
+void BatchesFace::RollbackAll() noexcept
+{
+    while (!m_colBatches.empty())
+        m_colBatches.pop_back();
 }
 
 void DataBaseFace::FireCuts(DISPID lEvent, const Cuts& colCuts)

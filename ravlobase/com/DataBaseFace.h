@@ -7,9 +7,40 @@
 #include <RavloBase.h>
 
 #include <memory>
+#include <vector>
 
 namespace ravlo
 {
+
+class DataBaseFace;
+
+// IBatchedChanges of a database: a part of its owner, with which it lives and is counted.
+class BatchesFace final : public IBatchedChanges
+{
+public:
+    BatchesFace(DataBaseFace& cOwner, Store& cStore) noexcept : m_cOwner(cOwner), m_cStore(cStore) {}
+    BatchesFace(const BatchesFace&) = delete;
+    BatchesFace& operator=(const BatchesFace&) = delete;
+    virtual ~BatchesFace() = default;
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override;
+    STDMETHODIMP_(ULONG) AddRef() override;
+    STDMETHODIMP_(ULONG) Release() override;
+    STDMETHODIMP BeginBatch() override;
+    STDMETHODIMP CommitBatch() override;
+    STDMETHODIMP RollbackBatch() override;
+
+    // Undoes every open batch, the innermost one first.
+    void RollbackAll() noexcept;
+
+private:
+    template <class Body> HRESULT Guard(Body&& body) noexcept;
+    std::unique_ptr<Store::Batch> TakeInnermost();
+
+    DataBaseFace& m_cOwner;
+    Store& m_cStore;
+    std::vector<std::unique_ptr<Store::Batch>> m_colBatches;
+};
 
 // _clsDataBase over a store of its own, whose events it raises. Cuts shows the store's cuts as they are; only
 // AddCuts, RemoveCuts and ImportCsv change which there are.
@@ -18,6 +49,9 @@ class DataBaseFace final : public Dispatch<_clsDataBase>, private DataBaseEvents
 public:
     DataBaseFace();
     ~DataBaseFace() override;
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override;
+    STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) override;
 
     STDMETHODIMP Open(BSTR sFile) override;
     STDMETHODIMP Close() override;
@@ -47,6 +81,7 @@ private:
 
     std::shared_ptr<Store> m_cStore;
     EventSource m_cEvents;
+    BatchesFace m_cBatches{*this, *m_cStore};
 };
 
 } // namespace ravlo

@@ -11,12 +11,22 @@
 namespace ravlo
 {
 
-// Answers OK to every message box of this process while it lives, and notes what they said. A person's
-// stand-in: a box is modal, so only another thread can answer it.
+// Answers every message box and input box of this process while it lives, and notes what they said. A
+// person's stand-in: a box is modal, so only another thread can answer it.
 class BoxAnswerer
 {
 public:
-    BoxAnswerer() : m_thread([this] { Run(); }) {}
+    // A button, and what is typed before it is pressed.
+    struct Answer
+    {
+        WPARAM lButton = IDOK;
+        std::wstring sTyped = {};
+    };
+    // The answers in their order; every further box gets OK.
+    explicit BoxAnswerer(std::vector<Answer> colAnswers = {})
+        : m_colAnswers(std::move(colAnswers)), m_thread([this] { Run(); })
+    {
+    }
     ~BoxAnswerer()
     {
         if (m_thread.joinable())
@@ -43,24 +53,34 @@ private:
             if (hBox)
                 GetWindowThreadProcessId(hBox, &lProcess);
             if (lProcess == GetCurrentProcessId() && IsWindowVisible(hBox)) // complete once it is shown
-                Answer(hBox);
+                Reply(hBox);
             SwitchToThread();
         }
     }
-    void Answer(HWND hBox)
+    void Reply(HWND hBox)
     {
-        m_colSaid.push_back(TextOfWindow(hBox) + L": " + TextOfWindow(GetDlgItem(hBox, 0xFFFF)));
-        PostMessageW(hBox, WM_COMMAND, IDOK, 0);
+        const Answer answer =
+            m_colSaid.size() < m_colAnswers.size() ? m_colAnswers[m_colSaid.size()] : Answer();
+        const HWND hText = FindWindowExW(hBox, nullptr, L"Static", nullptr);
+        const HWND hLabel = GetDlgItem(hBox, 0xFFFF) ? GetDlgItem(hBox, 0xFFFF) : hText;
+        m_colSaid.push_back(TextOfWindow(hBox) + L": " + TextOfWindow(hLabel));
+        if (const HWND hEdit = FindWindowExW(hBox, nullptr, L"Edit", nullptr))
+            SendMessageW(hEdit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(answer.sTyped.c_str()));
+        PostMessageW(hBox, WM_COMMAND, answer.lButton, 0);
         while (IsWindow(hBox))
             SwitchToThread();
     }
+    // By message: the text of another thread's control is not to be had otherwise.
     static std::wstring TextOfWindow(HWND hWindow)
     {
         std::wstring sText(1024, L'\0');
-        sText.resize(static_cast<std::size_t>(GetWindowTextW(hWindow, sText.data(), 1024)));
+        const LRESULT lLength =
+            SendMessageW(hWindow, WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(sText.data()));
+        sText.resize(static_cast<std::size_t>(lLength));
         return sText;
     }
 
+    std::vector<Answer> m_colAnswers;
     std::atomic<bool> m_bDone{false};
     std::vector<std::wstring> m_colSaid;
     std::thread m_thread;

@@ -9,6 +9,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 
 namespace ravlo
 {
@@ -52,7 +53,8 @@ public:
     }
     STDMETHODIMP Remove(VARIANT Index) override
     {
-        m_colItems.erase(Find(TextOf(Index.bstrVal)));
+        m_colItems.erase(Index.vt == VT_BSTR ? Find(TextOf(Index.bstrVal))
+                                             : m_colItems.begin() + Index.lVal - 1);
         return S_OK;
     }
     STDMETHODIMP get_Count(LONG* pVal) override
@@ -202,6 +204,43 @@ private:
     }
 };
 
+// What a host was asked to do with batches of changes.
+struct HostBatches
+{
+    std::vector<std::wstring> m_colCalls;
+    HRESULT m_hBegin = S_OK; // what the calls answer
+    HRESULT m_hCommit = S_OK;
+    std::function<void()> m_onCommit;
+};
+
+// A host database's side of them.
+class HostBatchesObject final : public Unknown<IBatchedChanges>
+{
+public:
+    explicit HostBatchesObject(HostBatches& batches) : m_batches(batches) {}
+
+    STDMETHODIMP BeginBatch() override
+    {
+        m_batches.m_colCalls.push_back(L"begin");
+        return m_batches.m_hBegin;
+    }
+    STDMETHODIMP CommitBatch() override
+    {
+        m_batches.m_colCalls.push_back(L"commit");
+        if (m_batches.m_onCommit)
+            m_batches.m_onCommit();
+        return m_batches.m_hCommit;
+    }
+    STDMETHODIMP RollbackBatch() override
+    {
+        m_batches.m_colCalls.push_back(L"rollback");
+        return S_OK;
+    }
+
+private:
+    HostBatches& m_batches;
+};
+
 // A host's own media database. Without events it has no connection point at all.
 class HostDataBaseObject final : public HostObject<_clsDataBase>
 {
@@ -211,6 +250,8 @@ public:
     ComPtr<HostCollection> m_colCuts = NewObject<HostCollection>();
     HRESULT m_hCuts = S_OK; // what asking for the cuts answers
     EventSource m_cEvents{*this, DIID___clsDataBase};
+    ComPtr<IConnectionPointContainer> m_cOwnPoints; // in the place of m_cEvents' when there is one
+    std::optional<HostBatches> m_batches;           // nothing: it offers no batches
 
     ComPtr<HostCutObject> AddCut(const std::wstring& sTitle, const std::wstring& sCatName, LONG lLevel)
     {
@@ -225,6 +266,16 @@ public:
 
     STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override
     {
+        if (m_batches && iid == IID_IBatchedChanges)
+        {
+            *ppvObject = NewObject<HostBatchesObject>(*m_batches).Detach();
+            return S_OK;
+        }
+        if (m_cOwnPoints && iid == IID_IConnectionPointContainer)
+        {
+            *ppvObject = ComPtr<IConnectionPointContainer>(m_cOwnPoints).Detach();
+            return S_OK;
+        }
         if (m_bEvents && iid == IID_IConnectionPointContainer)
         {
             *ppvObject = ComPtr<IConnectionPointContainer>(&m_cEvents).Detach();
