@@ -64,6 +64,22 @@ private:
     std::function<void()> OnRun;
 };
 
+// The real loop; tells that messages which it runs are run in the middle of something.
+class WatchedHostLoop final : public HostLoop
+{
+public:
+    explicit WatchedHostLoop(HostLoop& cInner) : m_cInner(cInner) {}
+    void PumpMessages() override
+    {
+        const MiddleOfWork cMiddle;
+        m_cInner.PumpMessages();
+    }
+    void Sleep(std::uint32_t lMs) override { m_cInner.Sleep(lMs); }
+
+private:
+    HostLoop& m_cInner;
+};
+
 // A station whose files and clock are in memory, with real windows, boxes and message loop.
 class TestStation
 {
@@ -92,7 +108,8 @@ public:
     MemoryWorld cWorld;
     WindowsMessages cMessages;
     WindowsHostLoop cHostLoop;
-    ModScheduler cMod{Ports{cWorld.cClock, cHostLoop, cWorld.cFiles, cMessages, cWorld.cUserSettings,
+    WatchedHostLoop cWatchedLoop{cHostLoop};
+    ModScheduler cMod{Ports{cWorld.cClock, cWatchedLoop, cWorld.cFiles, cMessages, cWorld.cUserSettings,
                             cWorld.cCodePage, cWorld.cRandom}};
     std::shared_ptr<FakeDataBase> cDataBase = std::make_shared<FakeDataBase>();
     std::shared_ptr<clsSchedMan> cSchedMan = std::make_shared<clsSchedMan>(cMod);

@@ -33,7 +33,7 @@ LRESULT CALLBACK IdleProcedure(HWND hWindow, UINT lMessage, WPARAM wParam, LPARA
         return ::DefWindowProcW(hWindow, lMessage, wParam, lParam);
     if (wParam > 0)
         ::PostMessageW(hWindow, lProve, wParam - 1, lParam);
-    else if (HIWORD(::GetQueueStatus(QS_INPUT | QS_PAINT | QS_POSTMESSAGE)) != 0)
+    else if (MiddleOfWork::lDepth > 0 || HIWORD(::GetQueueStatus(QS_INPUT | QS_PAINT | QS_POSTMESSAGE)) != 0)
         ::SetTimer(hWindow, static_cast<UINT_PTR>(lParam), 5, nullptr);
     else
         ::SetEvent(reinterpret_cast<HANDLE>(lParam));
@@ -292,12 +292,38 @@ void User::Release() const
     Idle();
 }
 
-void User::ClickAt(HWND hWindow, int x, int y) const
+void User::ClickAt(HWND hWindow, int x, int y, int lModifier) const
 {
     const POINT point = OnScreen(hWindow, {x, y});
+    if (lModifier != 0)
+        SendKey(lModifier, false);
     Mouse(point, MOUSEEVENTF_MOVE);
     Mouse(point, MOUSEEVENTF_LEFTDOWN);
     Mouse(point, MOUSEEVENTF_LEFTUP);
+    Idle();
+    if (lModifier == 0)
+        return;
+    SendKey(lModifier, true);
+    Idle();
+}
+
+// All at once: on a busy machine the second click would come too late else.
+void User::DoubleClickAt(HWND hWindow, int x, int y) const
+{
+    const POINT point = OnScreen(hWindow, {x, y});
+    Mouse(point, MOUSEEVENTF_MOVE);
+    for (const DWORD lFlags :
+         {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP, MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP})
+        Mouse(point, lFlags);
+    Idle();
+}
+
+void User::RightClickAt(HWND hWindow, int x, int y) const
+{
+    const POINT point = OnScreen(hWindow, {x, y});
+    Mouse(point, MOUSEEVENTF_MOVE);
+    Mouse(point, MOUSEEVENTF_RIGHTDOWN);
+    Mouse(point, MOUSEEVENTF_RIGHTUP);
     Idle();
 }
 
@@ -314,12 +340,7 @@ void User::ClickEntry(HWND hList, int lEntry, int lModifier) const
 {
     RECT item{};
     ::SendMessageW(hList, LB_GETITEMRECT, static_cast<WPARAM>(lEntry), reinterpret_cast<LPARAM>(&item));
-    if (lModifier != 0)
-        SendKey(lModifier, false);
-    ClickAt(hList, static_cast<int>(item.left) + 6, static_cast<int>(item.top + item.bottom) / 2);
-    if (lModifier != 0)
-        SendKey(lModifier, true);
-    Idle();
+    ClickAt(hList, static_cast<int>(item.left) + 6, static_cast<int>(item.top + item.bottom) / 2, lModifier);
 }
 
 void User::ClickTab(HWND hTabs, int lTab) const

@@ -19,6 +19,19 @@ struct BoxOnScreen
     friend bool operator==(const BoxOnScreen&, const BoxOnScreen&) = default;
 };
 
+// While one exists the thread runs messages in the middle of some work: it is not idle, even when no message
+// is left.
+class MiddleOfWork
+{
+public:
+    MiddleOfWork() { ++lDepth; }
+    ~MiddleOfWork() { --lDepth; }
+    MiddleOfWork(const MiddleOfWork&) = delete;
+    MiddleOfWork& operator=(const MiddleOfWork&) = delete;
+
+    static inline thread_local int lDepth = 0;
+};
+
 // A person at mouse and keyboard, on a thread of their own, while the windows run on the test's thread. Every
 // wait has a deadline and throws when it passes. After each action everything it set off has been done.
 class User
@@ -44,7 +57,10 @@ public:
 
     // Real input, at the place where the control is to be seen.
     void Click(HWND hControl) const;
-    void ClickAt(HWND hWindow, int x, int y) const;                   // client coordinates
+    // Client coordinates; VK_CONTROL or VK_SHIFT held down.
+    void ClickAt(HWND hWindow, int x, int y, int lModifier = 0) const;
+    void DoubleClickAt(HWND hWindow, int x, int y) const;
+    void RightClickAt(HWND hWindow, int x, int y) const;
     void ClickEntry(HWND hList, int lEntry, int lModifier = 0) const; // VK_CONTROL or VK_SHIFT held down
     void ClickTab(HWND hTabs, int lTab) const;
     void Drag(HWND hWindow, POINT from, POINT to) const; // client coordinates

@@ -14,15 +14,17 @@ struct GridColumn
 {
     const wchar_t* sKey;
     const wchar_t* sHeader;
+    // Of a column of numbers, which are never cut: the widest one there is as a rule. Null for texts.
+    const wchar_t* sWidest = nullptr;
 };
-inline constexpr std::array<GridColumn, 10> colGridColumns = {{{L"Pos", L"Pos"},
-                                                               {L"ID", L"ID"},
+inline constexpr std::array<GridColumn, 10> colGridColumns = {{{L"Pos", L"Pos", L"0000"},
+                                                               {L"ID", L"ID", L"0000"},
                                                                {L"Artist", L"Artist"},
                                                                {L"Title", L"Title"},
-                                                               {L"Dur", L"Dur"},
+                                                               {L"Dur", L"Dur", L"000:00"},
                                                                {L"Cat", L"Categories"},
-                                                               {L"Lvl", L"Lvl"},
-                                                               {L"Year", L"Year"},
+                                                               {L"Lvl", L"Lvl", L"00"},
+                                                               {L"Year", L"Year", L"0000"},
                                                                {L"Opener", L"Opener"},
                                                                {L"Path", L"Path"}}};
 

@@ -36,7 +36,7 @@ TVITEMW ItemOf(HTREEITEM hItem, UINT lMask)
 
 CategoryTreeWindow::CategoryTreeWindow(HWND hParent, int lId)
     : m_hTree(MakeControl(hParent, WC_TREEVIEWW, L"Categories",
-                          WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS |
+                          WS_TABSTOP | TVS_HASBUTTONS | TVS_FULLROWSELECT | TVS_SHOWSELALWAYS |
                               TVS_DISABLEDRAGDROP,
                           lId, WS_EX_CLIENTEDGE))
 {
@@ -135,6 +135,7 @@ void CategoryTreeWindow::Select(CategoryTree::Node lNode)
 {
     Send(m_hTree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(m_hItems[lNode]));
     Send(m_hTree, TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(m_hItems[lNode]));
+    Send(m_hTree, WM_HSCROLL, SB_LEFT, 0); // the boxes stay to be seen beside a long name
 }
 
 std::optional<CategoryTree::Node> CategoryTreeWindow::Selected() const
@@ -165,7 +166,7 @@ std::optional<CategoryTreeWindow::Hit> CategoryTreeWindow::HitTest(POINT onScree
     const std::optional<CategoryTree::Node> lNode = NodeOf(hItem);
     if (!lNode)
         return std::nullopt;
-    return Hit{*lNode, (hit.flags & (TVHT_ONITEMLABEL | TVHT_ONITEMICON)) != 0};
+    return Hit{*lNode, (hit.flags & (TVHT_ONITEMBUTTON | TVHT_ONITEMSTATEICON)) == 0};
 }
 
 bool CategoryTreeWindow::ShowsCheck(CategoryTree::Node lNode) const

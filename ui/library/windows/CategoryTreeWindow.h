@@ -38,7 +38,7 @@ public:
     struct Hit
     {
         CategoryTree::Node lNode;
-        bool bOnLabel; // or its image; not the check box, the expander or beside
+        bool bOnRow; // not on the check box or the expander
     };
     std::optional<Hit> HitTest(POINT onScreen) const;
     // The node of an item; nothing for one of an earlier tree.

@@ -15,8 +15,10 @@ namespace ravlo
 namespace
 {
 
-constexpr int lScrollZone = 18; // at 96 dpi, along the upper and lower edge
+constexpr int lScrollZone = 18;            // at 96 dpi, along the upper and lower edge
+constexpr std::size_t lCountedColumns = 2; // position and identifier
 constexpr int lLineWidth = 2;
+constexpr int lCellMargins = 14; // at 96 dpi, left and right of a text together
 
 // The list paints nothing while one exists: changing many rows would repaint at each.
 class PaintingOff
@@ -32,6 +34,17 @@ private:
 };
 
 int AsRow(std::size_t lRow) { return static_cast<int>(lRow); }
+
+// The list draws the texts of its first column at the left, whatever is asked for, and screen readers call a
+// row by it: so that one is the artist, which is shown third.
+constexpr std::array<std::size_t, colGridColumns.size()> lListColumns = {1, 2, 0, 3, 4, 5, 6, 7, 8, 9};
+constexpr std::size_t ListColumn(std::size_t lColumn) { return lListColumns[lColumn]; }
+std::size_t GridColumnOf(int lListColumn)
+{
+    const auto at =
+        std::find(lListColumns.begin(), lListColumns.end(), static_cast<std::size_t>(lListColumn));
+    return static_cast<std::size_t>(at - lListColumns.begin());
+}
 
 } // namespace
 
@@ -80,27 +93,53 @@ void SchedLibGridWindow::AddCol(const std::wstring& sHeader)
 {
     std::wstring sText = sHeader;
     LVCOLUMNW column{};
-    column.mask = LVCF_TEXT | LVCF_FMT | LVCF_SUBITEM;
-    column.fmt = LVCFMT_LEFT;
+    column.mask = LVCF_TEXT;
     column.pszText = sText.data();
-    column.iSubItem = static_cast<int>(ColCount());
-    Send(LVM_INSERTCOLUMNW, ColCount(), reinterpret_cast<LPARAM>(&column));
+    const std::size_t lAdded = ColCount();
+    Send(LVM_INSERTCOLUMNW, std::min(ListColumn(lAdded), lAdded), reinterpret_cast<LPARAM>(&column));
+    if (lAdded + 1 != colGridColumns.size())
+        return;
+    for (std::size_t lColumn = 0; lColumn < colGridColumns.size(); ++lColumn)
+    {
+        column.mask = LVCF_FMT | LVCF_SUBITEM;
+        column.fmt = colGridColumns[lColumn].sWidest ? LVCFMT_RIGHT : LVCFMT_LEFT;
+        column.iSubItem = AsRow(ListColumn(lColumn));
+        Send(LVM_SETCOLUMNW, ListColumn(lColumn), reinterpret_cast<LPARAM>(&column));
+    }
 }
 
 int SchedLibGridWindow::ShownWidth(std::size_t lColumn) const
 {
     const ColumnLayout::Column& column = m_layout.At(lColumn);
-    return column.bVisible ? Scaled(column.lWidth, m_lDpi) : 0;
+    if (!column.bVisible)
+        return 0;
+    const bool bSized = column.lWidth != ColumnLayout().At(lColumn).lWidth;
+    return std::max(Scaled(column.lWidth, m_lDpi), bSized ? 0 : WidthOfNumbers(lColumn));
+}
+
+int SchedLibGridWindow::WidthOfNumbers(std::size_t lColumn) const
+{
+    const GridColumn& column = colGridColumns[lColumn];
+    if (!column.sWidest)
+        return 0;
+    const FontContext cContext(m_hList, reinterpret_cast<HFONT>(Send(WM_GETFONT)));
+    LONG lWidest = 0;
+    for (const std::wstring& sText : {std::wstring(column.sHeader), std::wstring(column.sWidest)})
+        lWidest = std::max(lWidest, TextSize(cContext.Get(), sText).cx);
+    if (lColumn < lCountedColumns)
+        lWidest = std::max(lWidest, TextSize(cContext.Get(), std::to_wstring(m_lMostRows)).cx);
+    return static_cast<int>(lWidest) + Scaled(lCellMargins, m_lDpi);
 }
 
 void SchedLibGridWindow::ShowLayout(const ColumnLayout& layout)
 {
     m_layout = layout;
     for (std::size_t lColumn = 0; lColumn < colGridColumns.size(); ++lColumn)
-        Send(LVM_SETCOLUMNWIDTH, lColumn, ShownWidth(lColumn));
+        Send(LVM_SETCOLUMNWIDTH, ListColumn(lColumn), ShownWidth(lColumn));
     std::array<int, colGridColumns.size()> lOrder{};
     const auto colShown = layout.Shown();
-    std::transform(colShown.begin(), colShown.end(), lOrder.begin(), AsRow);
+    std::transform(colShown.begin(), colShown.end(), lOrder.begin(),
+                   [](std::size_t lColumn) { return AsRow(ListColumn(lColumn)); });
     Send(LVM_SETCOLUMNORDERARRAY, lOrder.size(), reinterpret_cast<LPARAM>(lOrder.data()));
     ::InvalidateRect(m_hList, nullptr, TRUE);
 }
@@ -112,7 +151,7 @@ ColumnLayout SchedLibGridWindow::Layout() const
         return layout;
     for (std::size_t lColumn = 0; lColumn < colGridColumns.size(); ++lColumn)
     {
-        const auto lWidth = static_cast<int>(Send(LVM_GETCOLUMNWIDTH, lColumn));
+        const auto lWidth = static_cast<int>(Send(LVM_GETCOLUMNWIDTH, ListColumn(lColumn)));
         if (lWidth == ShownWidth(lColumn))
             continue;
         layout.SetWidth(lColumn, Unscaled(lWidth, m_lDpi));
@@ -122,8 +161,7 @@ ColumnLayout SchedLibGridWindow::Layout() const
     if (Send(LVM_GETCOLUMNORDERARRAY, lOrder.size(), reinterpret_cast<LPARAM>(lOrder.data())))
     {
         std::array<std::size_t, colGridColumns.size()> colShown{};
-        std::transform(lOrder.begin(), lOrder.end(), colShown.begin(),
-                       [](int lColumn) { return static_cast<std::size_t>(lColumn); });
+        std::transform(lOrder.begin(), lOrder.end(), colShown.begin(), GridColumnOf);
         layout.SetOrder(colShown);
     }
     return layout;
@@ -136,6 +174,13 @@ std::size_t SchedLibGridWindow::RowCount() const { return static_cast<std::size_
 void SchedLibGridWindow::SetRowCount(std::size_t lRows)
 {
     const PaintingOff cOff(*this);
+    if (lRows > m_lMostRows)
+    {
+        const ColumnLayout layout = Layout(); // as the user has left it
+        m_lMostRows = lRows;
+        if (ColCount() != 0)
+            ShowLayout(layout);
+    }
     SetState(-1, 0, LVIS_SELECTED | LVIS_FOCUSED);
     // By way of no rows: what was selected, current and scrolled to is forgotten.
     Send(LVM_SETITEMCOUNT, 0);
@@ -215,8 +260,7 @@ LRESULT SchedLibGridWindow::OnGetDispInfo(NMLVDISPINFOW& info) const
 {
     if ((info.item.mask & LVIF_TEXT) != 0 && info.item.iItem >= 0)
     {
-        m_sCell =
-            CellText(static_cast<std::size_t>(info.item.iItem), static_cast<std::size_t>(info.item.iSubItem));
+        m_sCell = CellText(static_cast<std::size_t>(info.item.iItem), GridColumnOf(info.item.iSubItem));
         if (info.item.cchTextMax > 0)
         {
             const std::size_t lLength =

@@ -62,13 +62,16 @@ private:
     LRESULT Send(UINT lMessage, WPARAM wParam = 0, LPARAM lParam = 0) const;
     void SetState(int lRow, UINT lState, UINT lMask);
     std::size_t RowCount() const;
-    int ShownWidth(std::size_t lColumn) const; // pixels, from the layout
+    // In pixels, from the layout. A column of numbers that nobody has sized is at least as wide as they are.
+    int ShownWidth(std::size_t lColumn) const;
+    int WidthOfNumbers(std::size_t lColumn) const;
     std::optional<RECT> LineAt(std::size_t lBefore) const;
     void InvalidateLine() const;
 
     HWND m_hList;
     int m_lDpi = 96;
     ColumnLayout m_layout;
+    std::size_t m_lMostRows = 0; // so far: positions and most identifiers are no longer than this number
     int m_lRedrawOff = 0;
     std::optional<std::size_t> m_lInsertBefore;
     mutable std::wstring m_sCell; // what the list was last given

@@ -24,6 +24,7 @@ StatusWindow::StatusWindow(HWND hParent, int lId, int lProgressId)
       m_hProgress(MakeControl(m_hStatus, PROGRESS_CLASSW, L"Progress", PBS_SMOOTH, lProgressId))
 {
     ::ShowWindow(m_hProgress, SW_HIDE);
+    LayOut(); // texts may come before the first size
 }
 
 int StatusWindow::Height() const

@@ -19,12 +19,13 @@ namespace
 
 // Lengths at 96 dpi.
 constexpr int lMargin = 6;
-constexpr int lFirstWidth = 1000;
-constexpr int lFirstHeight = 640;
+constexpr int lFirstWidth = 1180;
+constexpr int lFirstHeight = 700;
 constexpr int lLeastWidth = 420;
 constexpr int lLeastHeight = 260;
 
 constexpr const wchar_t* sPlaceKey = L"frmUILibPlace";
+constexpr std::int32_t lFirstTree = 4500; // twips: 300 pixels at 96 dpi
 constexpr const wchar_t* sSplitId = L"SplitPanelSchedLib";
 
 // What is not done inside a control's own message is posted: it may fill that control anew.
@@ -121,6 +122,10 @@ frmUILibWindow::frmUILibWindow(HWND hOwner, ModScheduler& cMod)
     m_cRegistrations.push_back(std::make_unique<DropRegistration>(m_cTree->Handle(), *m_cTreeSite));
     m_cRegistrations.push_back(std::make_unique<DropRegistration>(m_cGrid->Handle(), *m_cGridSite));
     SetLook(DpiOf(Handle()));
+    const SIZE first = {Scaled(lFirstWidth, m_lDpi), Scaled(lFirstHeight, m_lDpi)};
+    m_lShow = RestorePlace(Handle(), m_cMod.Outside().cUserSettings, sPlaceKey, first);
+    m_bPlaced = true;
+    LayOut();
     m_cForm->Opened();
 }
 
@@ -143,6 +148,7 @@ void frmUILibWindow::MakeControls()
     m_cGrid = std::make_unique<SchedLibGridWindow>(Handle(), eIdiGridLib);
     m_cStatus = std::make_unique<StatusWindow>(Handle(), eIdStatus, eIdProgressBar1);
     m_cSplit->Panel().SetRegistryID(sSplitId);
+    m_cSplit->Panel().SetPosition(lFirstTree);
     m_cSplit->SetControls(m_cTree->Handle(), m_cGrid->Handle());
 }
 
@@ -161,7 +167,7 @@ void frmUILibWindow::SetLook(int lDpi)
 
 void frmUILibWindow::LayOut()
 {
-    if (!m_hFont || ::IsIconic(Handle()))
+    if (!m_bPlaced || ::IsIconic(Handle()))
         return;
     m_cStatus->LayOut();
     RECT client{};
@@ -314,7 +320,7 @@ void frmUILibWindow::OnTreeDblClick()
 {
     const DWORD lPoint = ::GetMessagePos();
     const auto hit = m_cTree->HitTest({GET_X_LPARAM(lPoint), GET_Y_LPARAM(lPoint)});
-    if (hit && hit->bOnLabel)
+    if (hit && hit->bOnRow)
         ::PostMessageW(Handle(), ePostedShowNode, 0, 0);
 }
 
@@ -531,13 +537,10 @@ std::optional<std::size_t> frmUILibWindow::PopUp(const std::vector<std::wstring>
 
 void frmUILibWindow::ShowModal()
 {
-    UserSettings& cUserSettings = m_cMod.Outside().cUserSettings;
-    const SIZE first = {Scaled(lFirstWidth, m_lDpi), Scaled(lFirstHeight, m_lDpi)};
-    const int lShow = RestorePlace(Handle(), cUserSettings, sPlaceKey, first);
     m_cLoop = std::make_unique<ModalLoop>(Handle());
     m_cLoop->SetAccelerators(m_hAccelerators.get());
     m_cLoop->OnMessage = [this](MSG& message) { return OnKey(message); };
-    ::ShowWindow(Handle(), lShow);
+    ::ShowWindow(Handle(), m_lShow);
     ::SetForegroundWindow(Handle());
     ::SetFocus(m_cTree->Handle());
     m_cLoop->Run();
@@ -545,7 +548,7 @@ void frmUILibWindow::ShowModal()
         return;
     m_cForm->Closing();
     m_cSplit->Panel().GoOutOfView();
-    RememberPlace(Handle(), cUserSettings, sPlaceKey);
+    RememberPlace(Handle(), m_cMod.Outside().cUserSettings, sPlaceKey);
 }
 
 void frmUILibWindow::BringToFront()

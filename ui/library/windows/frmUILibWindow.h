@@ -84,6 +84,8 @@ private:
     std::vector<std::unique_ptr<DropRegistration>> m_cRegistrations;
     std::unique_ptr<ModalLoop> m_cLoop;
     HWND m_hFocus = nullptr; // what had it when the window was left or greyed
+    bool m_bPlaced = false;  // before, it has a size that means nothing
+    int m_lShow = SW_SHOWNORMAL;
     bool m_bBusy = false;
     bool m_bGreyed = false;
     bool m_bDragging = false;

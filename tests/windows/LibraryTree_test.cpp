@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: MIT
+// The category tree of the library window: what it shows, ticks, expands and selects.
+#include "windows/LibraryFixture.h"
+
+namespace ravlo::test
+{
+
+using LibraryTree = LibraryWindowTest;
+
+TEST_F(LibraryTree, ADoubleClickShowsANodesItems)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            EXPECT_EQ(Tree(),
+                      (Texts{L"ALL AUDIO", L" Jazz", L"  1", L" r&b", L"  1", L" Rock", L"  1", L"  2"}));
+            EXPECT_EQ(Rows(), 9);
+            EXPECT_EQ(Status(0), L"Showing All Audio");
+            EXPECT_EQ(Status(1), L"Showing 9 total.");
+            EXPECT_EQ(SelectedNode(), L"ALL AUDIO");
+            EXPECT_EQ(user.FocusedWindow(), hTree);
+            Expand(user, Item(L"Rock"));
+            DoubleClickNode(user, Item(L"Rock", L"1"));
+            EXPECT_EQ(Artists(), (Texts{L"Abba", L"Blur", L"Cream", L"Dido", L"Eagles", L"Feist"}));
+            EXPECT_EQ(Status(0), L"Showing Rock 1");
+            EXPECT_EQ(Status(1), L"Showing 6 total.");
+            user.Shot(hWindow, L"library-level");
+            DoubleClickNode(user, Item(L"Rock"));
+            EXPECT_EQ(Rows(), 7);
+            EXPECT_EQ(Status(0), L"Showing Rock");
+            user.Shot(hWindow, L"library-main-category");
+            DoubleClickNode(user, Root());
+            EXPECT_EQ(Rows(), 9);
+        });
+}
+
+TEST_F(LibraryTree, ADoubleClickRightOfTheLabelCountsAndOneOnTheExpanderOrTheBoxDoesNot)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            const RECT label = LabelOf(Item(L"Jazz"));
+            user.DoubleClickAt(hTree, static_cast<int>(label.right) + 60, static_cast<int>(label.top) + 4);
+            EXPECT_EQ(Status(0), L"Showing Jazz");
+            ForgetClicks(user);
+            const POINT box = PartOf(Item(L"Rock"), TVHT_ONITEMSTATEICON);
+            user.DoubleClickAt(hTree, static_cast<int>(box.x), static_cast<int>(box.y));
+            const POINT button = PartOf(Item(L"Rock"), TVHT_ONITEMBUTTON);
+            user.DoubleClickAt(hTree, static_cast<int>(button.x), static_cast<int>(button.y));
+            EXPECT_EQ(Status(0), L"Showing Jazz");
+            EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1", L"2"})) << "ticked and unticked again";
+        });
+}
+
+TEST_F(LibraryTree, EnterShowsTheSelectedNode)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            user.Key(VK_DOWN);
+            user.Key(VK_RETURN);
+            EXPECT_EQ(Status(0), L"Showing Jazz");
+            user.Key(VK_RIGHT);
+            user.Key(VK_RIGHT);
+            user.Key(VK_RETURN);
+            EXPECT_EQ(Status(0), L"Showing Jazz 1");
+        });
+}
+
+TEST_F(LibraryTree, TheShownNodeAndItsParentHaveTheOpenImage)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            EXPECT_TRUE(IsOpen(Root()));
+            EXPECT_FALSE(IsOpen(Item(L"Rock")));
+            Expand(user, Item(L"Rock"));
+            EXPECT_FALSE(IsOpen(Item(L"Rock"))) << "selected is not shown";
+            Show(user, Item(L"Rock", L"2"));
+            EXPECT_TRUE(IsOpen(Item(L"Rock", L"2")));
+            EXPECT_TRUE(IsOpen(Item(L"Rock")));
+            EXPECT_FALSE(IsOpen(Item(L"Rock", L"1")));
+            EXPECT_FALSE(IsOpen(Root()));
+            EXPECT_FALSE(IsOpen(Item(L"Jazz")));
+        });
+}
+
+TEST_F(LibraryTree, ATickOnAMainCategoryTicksItsLevels)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            Expand(user, Item(L"Rock"));
+            ClickBox(user, Item(L"Rock"));
+            EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1*", L"2*"}));
+            ForgetClicks(user);
+            ClickBox(user, Item(L"Rock", L"2"));
+            EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1*", L"2"}));
+            EXPECT_EQ(Tree()[5], L" Rock*") << "a level changes nothing else";
+            ClickNode(user, Item(L"Rock", L"2"));
+            user.Key(VK_SPACE);
+            EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1*", L"2*"}));
+            ClickNode(user, Item(L"Rock"));
+            user.Key(VK_SPACE);
+            EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1", L"2"}));
+            EXPECT_EQ(Rows(), 9) << "no tick shows anything";
+        });
+}
+
+TEST_F(LibraryTree, ATickOnTheRootTicksEverything)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            user.Key(VK_SPACE);
+            EXPECT_EQ(Tree(), (Texts{L"ALL AUDIO*", L" Jazz*", L"  1*", L" r&b*", L"  1*", L" Rock*", L"  1*",
+                                     L"  2*"}));
+            ClickBox(user, Root());
+            EXPECT_EQ(Tree(),
+                      (Texts{L"ALL AUDIO", L" Jazz", L"  1", L" r&b", L"  1", L" Rock", L"  1", L"  2"}));
+        });
+}
+
+TEST_F(LibraryTree, TheRootIsNeverCollapsedAndOtherNodesAre)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            ClickNode(user, Root());
+            for (const int lKey : {VK_LEFT, VK_SUBTRACT})
+            {
+                user.Key(lKey);
+                EXPECT_TRUE(IsExpanded(Root())) << lKey;
+            }
+            DoubleClickNode(user, Root());
+            EXPECT_TRUE(IsExpanded(Root()));
+            Expand(user, Item(L"Rock"));
+            EXPECT_TRUE(IsExpanded(Item(L"Rock")));
+            user.Key(VK_LEFT);
+            EXPECT_FALSE(IsExpanded(Item(L"Rock")));
+            const POINT button = PartOf(Item(L"Jazz"), TVHT_ONITEMBUTTON);
+            user.ClickAt(hTree, static_cast<int>(button.x), static_cast<int>(button.y));
+            EXPECT_TRUE(IsExpanded(Item(L"Jazz")));
+        });
+}
+
+TEST_F(LibraryTree, ARefreshKeepsExpandedNodesAndTheSelectedOne)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            Expand(user, Item(L"Rock"));
+            Show(user, Item(L"Rock", L"2"));
+            Command(LibraryCommand::mnuReloadAll);
+            user.Idle();
+            EXPECT_TRUE(IsExpanded(Item(L"Rock")));
+            EXPECT_FALSE(IsExpanded(Item(L"Jazz")));
+            EXPECT_EQ(SelectedNode(), L"2");
+            EXPECT_TRUE(IsOpen(Item(L"Rock", L"2")));
+            EXPECT_EQ(Artists(), (Texts{L"Slowdive"}));
+        });
+}
+
+TEST_F(LibraryTree, ARightClickSelectsTheNodeAndOpensTheCategoriesMenu)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            const POINT at = MiddleOf(Item(L"Jazz"));
+            user.RightClickAt(hTree, static_cast<int>(at.x), static_cast<int>(at.y));
+            EXPECT_EQ(PopUpItems(user),
+                      (Texts{L"Show Category UI", L"New...", L" Category", L" Category Level",
+                             L"Shuffle Checked Categories", L"Delete Checked Categories"}));
+            EXPECT_EQ(SelectedNode(), L"Jazz");
+            EXPECT_EQ(Rows(), 9) << "selected is not shown";
+            user.Shot(hWindow, L"library-context-menu");
+            user.Key(VK_ESCAPE);
+            user.Key(VK_DOWN); // r&b
+            user.Key(VK_APPS);
+            EXPECT_EQ(PopUpItems(user).size(), 6u) << "with the menu key too";
+            user.Key(VK_ESCAPE);
+            EXPECT_EQ(SelectedNode(), L"r&b");
+        });
+}
+
+TEST_F(LibraryTree, CategoriesAndLevelsAreSortedByTextAndOneCalledAllAudioIsLeftOut)
+{
+    Add(L"b", L"beta", 10, L"A");
+    Add(L"b2", L"beta", 2, L"A");
+    Add(L"a", L"Alpha", 1, L"A");
+    Add(L"x", L"all Audio", 1, L"A");
+    Open(
+        [&](const User&) {
+            EXPECT_EQ(Tree(), (Texts{L"ALL AUDIO", L" Alpha", L"  1", L" beta", L"  10", L"  2"}));
+        });
+}
+
+TEST_F(LibraryTree, AStationThatWasEmptyIsReadAnewWhenANodeIsShown)
+{
+    Open(
+        [&](const User& user)
+        {
+            EXPECT_EQ(Tree(), (Texts{L"ALL AUDIO"}));
+            cHost.Run(user, [&] { Add(L"a", L"Alpha", 1, L"Abba"); });
+            user.Key(VK_RETURN);
+            EXPECT_EQ(Tree(), (Texts{L"ALL AUDIO", L" Alpha", L"  1"}));
+            EXPECT_EQ(Artists(), (Texts{L"Abba"}));
+        });
+}
+
+} // namespace ravlo::test
