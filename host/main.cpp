@@ -73,6 +73,16 @@ int RunOnConsole(const CommandLine& line, const Console& cOut, const Console& cE
 int Run(const CommandLine& line, const Console& cOut, const Console& cError)
 {
     const Apartment apartment;
+    if (const auto* category = std::get_if<CategoryOptions>(&line))
+    {
+        RunCategory(*category, cOut, cError);
+        return lExitOk;
+    }
+    if (const auto* library = std::get_if<LibraryOptions>(&line))
+    {
+        RunLibrary(*library, cError);
+        return lExitOk;
+    }
     return RunOnConsole(line, cOut, cError);
 }
 

@@ -23,4 +23,9 @@ void RunWatch(const WatchOptions& options, const Console& cOut, const Console& c
 // Lists or changes categories. lExitDeclined when the question before a change was not answered with yes.
 int RunCats(const CatsOptions& options, const Boxes& cBoxes, const Console& cOut, const Console& cError);
 
+// Open one of the scheduler's windows and return when it is closed. What is chosen in the category window is
+// printed.
+void RunCategory(const CategoryOptions& options, const Console& cOut, const Console& cError);
+void RunLibrary(const LibraryOptions& options, const Console& cError);
+
 } // namespace ravlo

@@ -34,11 +34,16 @@ struct Raw
     std::vector<std::string> categories;
     std::string sTo;
     std::vector<std::string> cuts;
+    std::string sPicture;
+    std::string sCaption;
+    std::string sCut;
     int lHours = 0;
     int lPicks = WatchOptions().lPicks;
     int lLevel = 0;
     int lFirst = 0;
     bool bExclusive = false;
+    bool bAllowNew = false;
+    bool bMultiSelect = false;
     bool bYes = false;
     bool bSaveEach = false;
     bool bQuiet = false;
@@ -240,6 +245,51 @@ void DescribeCats(CLI::App& cCats, Raw& raw)
         "is not yes.");
 }
 
+void DescribeWindow(CLI::App& cCommand, Raw& raw)
+{
+    DescribeStation(cCommand, raw);
+    cCommand
+        .add_option("--picture", raw.sPicture,
+                    "take a picture of the window, PNG, and close it, instead of leaving it to you")
+        ->type_name("FILE")
+        ->check(NotEmpty());
+    DescribeProgress(cCommand, raw);
+}
+
+void DescribeCategory(CLI::App& cCategory, Raw& raw)
+{
+    DescribeWindow(cCategory, raw);
+    cCategory.add_option("--category", raw.sMainCat, "what is chosen at first: NAME, or NAME:LEVEL")
+        ->type_name("CATEGORY")
+        ->check(IsCategory());
+    cCategory.add_option("--caption", raw.sCaption, "the window's caption")->type_name("TEXT");
+    cCategory.add_flag("--new", raw.bAllowNew, "categories and levels can be made in it");
+    cCategory.add_flag("--multi", raw.bMultiSelect, "several categories can be chosen");
+    cCategory
+        .add_option("--cut", raw.sCut, "with --multi: the cut with this path is filed under what is chosen")
+        ->type_name("PATH")
+        ->check(NotEmpty())
+        ->needs(cCategory.get_option("--multi"));
+}
+
+CategoryOptions CategoryOf(const Raw& raw)
+{
+    CategoryOptions options;
+    options.sDataBase = Wide(raw.sDataBase);
+    options.sAppFolder = Wide(raw.sAppFolder);
+    options.sPicture = Wide(raw.sPicture);
+    options.sCaption = Wide(raw.sCaption);
+    if (!raw.sMainCat.empty())
+    {
+        options.category = ParseCategoryName(Wide(raw.sMainCat));
+    }
+    options.sCut = Wide(raw.sCut);
+    options.bAllowNew = raw.bAllowNew;
+    options.bMultiSelect = raw.bMultiSelect;
+    options.bProgress = raw.bProgress;
+    return options;
+}
+
 DayOptions DayOf(const Raw& raw, bool bHours)
 {
     DayOptions options;
@@ -322,7 +372,11 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
         *cApp.add_subcommand("watch", "import cuts into an open station and show the rotation taking "
                                       "them in");
     auto& cCats = *cApp.add_subcommand("cats", "list and change the categories");
+    auto& cCategory = *cApp.add_subcommand("category", "open the category window and print what was chosen");
+    auto& cLibrary = *cApp.add_subcommand("library", "open the library window");
     DescribeImport(cImport, raw);
+    DescribeCategory(cCategory, raw);
+    DescribeWindow(cLibrary, raw);
     DescribeWatch(cWatch, raw);
     DescribeCats(cCats, raw);
     DescribeDay(cDay, raw);
@@ -351,6 +405,14 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
     if (cCats.parsed())
     {
         return CatsOf(cCats, raw);
+    }
+    if (cCategory.parsed())
+    {
+        return CategoryOf(raw);
+    }
+    if (cLibrary.parsed())
+    {
+        return LibraryOptions{Wide(raw.sDataBase), Wide(raw.sAppFolder), Wide(raw.sPicture), raw.bProgress};
     }
     return DayOf(raw, cDay.count("--hours") > 0);
 }

@@ -74,6 +74,29 @@ struct CatsOptions
     bool bProgress = false;
 };
 
+// The category window.
+struct CategoryOptions
+{
+    std::wstring sDataBase;
+    std::wstring sAppFolder;
+    std::wstring sPicture; // a PNG file: take a picture of the window and close it; empty: a person closes it
+    std::wstring sCaption;
+    std::optional<CategoryName> category; // what is chosen at first
+    std::wstring sCut; // with bMultiSelect: the path of the cut whose categories are chosen
+    bool bAllowNew = false;
+    bool bMultiSelect = false;
+    bool bProgress = false;
+};
+
+// The library window.
+struct LibraryOptions
+{
+    std::wstring sDataBase;
+    std::wstring sAppFolder;
+    std::wstring sPicture; // as above
+    bool bProgress = false;
+};
+
 // Answered by the command line itself: help, version, or what is wrong with it, ready to print.
 struct Reply
 {
@@ -81,7 +104,8 @@ struct Reply
     std::wstring sText; // one line with its line end when lStatus is not 0
 };
 
-using CommandLine = std::variant<ImportOptions, DayOptions, WatchOptions, CatsOptions, Reply>;
+using CommandLine = std::variant<ImportOptions, DayOptions, WatchOptions, CatsOptions, CategoryOptions,
+                                 LibraryOptions, Reply>;
 
 // The arguments are the command line without the program's name, in UTF-8.
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments);

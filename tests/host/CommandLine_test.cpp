@@ -36,6 +36,44 @@ TEST(ParseCommandLine, ReadsAnImport)
     EXPECT_FALSE(std::get<ImportOptions>(line).bProgress);
 }
 
+TEST(ParseCommandLine, ReadsTheCategoryWindow)
+{
+    const auto plain = ParseCommandLine({"category", "--db", "d", "--app", "a"});
+    ASSERT_TRUE(std::holds_alternative<CategoryOptions>(plain));
+    const auto& bare = std::get<CategoryOptions>(plain);
+    EXPECT_EQ(bare.sDataBase + bare.sAppFolder, L"da");
+    EXPECT_EQ(bare.sPicture + bare.sCaption + bare.sCut, L"");
+    EXPECT_EQ(bare.category, std::nullopt);
+    EXPECT_FALSE(bare.bAllowNew || bare.bMultiSelect || bare.bProgress);
+
+    const auto full =
+        ParseCommandLine({"category", "--db", "d", "--app", "a", "--picture", "p.png", "--category", "r&b:2",
+                          "--caption", "Choose", "--new", "--multi", "--cut", "x.mp3", "--progress"});
+    ASSERT_TRUE(std::holds_alternative<CategoryOptions>(full));
+    const auto& all = std::get<CategoryOptions>(full);
+    EXPECT_EQ(all.sPicture, L"p.png");
+    EXPECT_EQ(all.sCaption, L"Choose");
+    EXPECT_EQ(all.category, (CategoryName{L"r&b", 2}));
+    EXPECT_EQ(all.sCut, L"x.mp3");
+    EXPECT_TRUE(all.bAllowNew && all.bMultiSelect && all.bProgress);
+}
+
+TEST(ParseCommandLine, ACutIsFiledOnlyWhereSeveralCategoriesCanBeChosen)
+{
+    const auto line = ParseCommandLine({"category", "--db", "d", "--app", "a", "--cut", "x.mp3"});
+    ASSERT_TRUE(std::holds_alternative<Reply>(line));
+    EXPECT_EQ(std::get<Reply>(line).lStatus, lExitUsage);
+}
+
+TEST(ParseCommandLine, ReadsTheLibraryWindow)
+{
+    const auto line = ParseCommandLine({"library", "--db", "d", "--app", "a", "--picture", "p.png"});
+    ASSERT_TRUE(std::holds_alternative<LibraryOptions>(line));
+    const auto& options = std::get<LibraryOptions>(line);
+    EXPECT_EQ(options.sDataBase + options.sAppFolder + options.sPicture, L"dap.png");
+    EXPECT_FALSE(options.bProgress);
+}
+
 TEST(ParseCommandLine, ReadsADayWithItsDefaults)
 {
     const auto options = Day({});

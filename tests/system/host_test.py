@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 """RavloHost.exe from outside: import, days, logs and mistakes, with the real libraries behind it.
 
-RAVLO_WINE_RUN, RAVLO_HOST and RAVLO_SAMPLES name the wrapper, the program and the folder of samples.
+RAVLO_WINE_RUN, RAVLO_WITH_SCREEN, RAVLO_HOST and RAVLO_SAMPLES name the wrappers, the program and the folder of samples.
 """
 import csv
 import datetime
@@ -14,6 +14,7 @@ import tempfile
 import unittest
 
 WINE_RUN = os.environ["RAVLO_WINE_RUN"]
+WITH_SCREEN = os.environ["RAVLO_WITH_SCREEN"]
 HOST = os.environ["RAVLO_HOST"]
 SAMPLES = pathlib.Path(os.environ["RAVLO_SAMPLES"])
 START = "2030-01-01T00:00:00"
@@ -28,10 +29,10 @@ D:\\c.mp3,Bob,"Say ""hi"", twice",,2001,150000,150000,rock,2,N
 """
 
 
-def run(*arguments, folder, typed=None):
+def run(*arguments, folder, typed=None, wrapper=WINE_RUN):
     """typed: what a person types in answer; None: nobody is there."""
     environment = dict(os.environ, WINE_RUN_INPUT="" if typed is None else "1")
-    done = subprocess.run([WINE_RUN, HOST, *map(str, arguments)], cwd=folder, capture_output=True, check=False,
+    done = subprocess.run([wrapper, HOST, *map(str, arguments)], cwd=folder, capture_output=True, check=False,
                           env=environment, input=typed.encode() if typed is not None else b"")
     return done.returncode, done.stdout.decode("utf-8"), done.stderr.decode("utf-8")
 
@@ -448,6 +449,32 @@ class RavloHost(unittest.TestCase):
         row = read_log(self.folder / "l\u00f6g.csv")[0]
         self.assertEqual((row["artist"], row["title"], row["path"]),
                          ("\u6771\u4eac", "Bj\u00f6rk \u2013 \u00e9t\u00e9 \U0001f3b5", "D:\\\u6771.mp3"))
+
+    def picture(self, *arguments):
+        status, out, error = run(*arguments, "--db", "t.db", "--app", ".", "--picture", "window.png", folder=self.folder,
+                                 wrapper=WITH_SCREEN)
+        self.assertEqual((status, error), (0, ""), out)
+        self.assertEqual((self.folder / "window.png").read_bytes()[:8], b"\x89PNG\r\n\x1a\n")
+        return out
+
+    def test_the_category_window_prints_what_was_chosen(self):
+        self.good("import", "--db", "t.db", "--csv", self.write("t.csv", TINY))
+        self.assertEqual(self.picture("category", "--category", "ROCK:2"), "Category: rock\nLevel: 2\nOpener: no\n")
+        self.assertEqual(self.picture("category", "--multi", "--cut", "d:\\C.MP3"),
+                         "Category: rock\nLevel: 2\nOpener: no\nThe cut is filed under: rock\n")
+
+    def test_the_library_window_opens_on_a_station_without_a_cut(self):
+        self.good("import", "--db", "t.db", "--csv", self.write("t.csv", "path\n"))
+        self.assertEqual(self.picture("library"), "")
+
+    def test_a_window_opens_only_with_what_the_station_has(self):
+        self.good("import", "--db", "t.db", "--csv", self.write("t.csv", TINY))
+        before = content_of(self.folder)
+        for wrong in (["--category", "jazz"], ["--multi", "--cut", "nowhere.mp3"], ["--picture", "no/where.png"]):
+            status, out, error = run("category", "--db", "t.db", "--app", "app", *wrong, folder=self.folder)
+            self.assertEqual((status, out), (1, ""), wrong)
+            self.assertIn(wrong[-1].replace("/", "\\"), error)
+        self.assertEqual(before.keys() | {"app"}, {name.split("/")[0] for name in content_of(self.folder)})
 
 
 if __name__ == "__main__":

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include "host/client/CutEditor.h"
+
+#include "com/kit/Errors.h"
+#include "com/kit/Variant.h"
+#include "host/day/CutEdit.h"
+
+#include <KorvaCollection.h>
+
+namespace ravlo
+{
+
+namespace
+{
+
+std::wstring TextIn(HWND hDialog, int lControl)
+{
+    const HWND hControl = ::GetDlgItem(hDialog, lControl);
+    std::wstring sText(static_cast<std::size_t>(::GetWindowTextLengthW(hControl)) + 1, L'\0');
+    sText.resize(
+        static_cast<std::size_t>(::GetWindowTextW(hControl, sText.data(), static_cast<int>(sText.size()))));
+    return sText;
+}
+
+// What the dialog is opened with and what it leaves behind.
+struct Editing
+{
+    std::wstring sPath;
+    CutValues values;
+};
+
+void Fill(HWND hDialog, const Editing& editing)
+{
+    const CutFields fields = FieldsOf(editing.values);
+    const std::pair<int, const std::wstring&> colTexts[] = {
+        {lCutPath, editing.sPath},  {lCutArtist, fields.sArtist}, {lCutTitle, fields.sTitle},
+        {lCutAlbum, fields.sAlbum}, {lCutYear, fields.sYear},     {lCutCategories, fields.sCategories},
+        {lCutLevel, fields.sLevel},
+    };
+    for (const auto& [lControl, sText] : colTexts)
+    {
+        ::SetDlgItemTextW(hDialog, lControl, sText.c_str());
+    }
+    ::CheckDlgButton(hDialog, lCutOpener, fields.bOpener ? BST_CHECKED : BST_UNCHECKED);
+}
+
+int ControlOf(CutField eField) noexcept
+{
+    switch (eField)
+    {
+    case CutField::Year:
+        return lCutYear;
+    case CutField::Categories:
+        return lCutCategories;
+    case CutField::Level:
+        return lCutLevel;
+    }
+    return lCutArtist;
+}
+
+// Whether the fields could be taken; else says why and leads to the one that is wrong.
+bool Take(HWND hDialog, Editing& editing)
+{
+    const auto taken =
+        ValuesOf({TextIn(hDialog, lCutArtist), TextIn(hDialog, lCutTitle), TextIn(hDialog, lCutAlbum),
+                  TextIn(hDialog, lCutYear), TextIn(hDialog, lCutCategories), TextIn(hDialog, lCutLevel),
+                  ::IsDlgButtonChecked(hDialog, lCutOpener) == BST_CHECKED});
+    if (const auto* values = std::get_if<CutValues>(&taken))
+    {
+        editing.values = *values;
+        return true;
+    }
+    const CutProblem& problem = std::get<CutProblem>(taken);
+    ::MessageBoxW(hDialog, problem.sText.c_str(), L"Edit Cut", MB_OK | MB_ICONEXCLAMATION);
+    const HWND hControl = ::GetDlgItem(hDialog, ControlOf(problem.eField));
+    ::SendMessageW(hDialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(hControl), TRUE);
+    return false;
+}
+
+INT_PTR CALLBACK OnMessage(HWND hDialog, UINT lMessage, WPARAM wParam, LPARAM lParam)
+{
+    if (lMessage == WM_INITDIALOG)
+    {
+        ::SetWindowLongPtrW(hDialog, DWLP_USER, lParam);
+        Fill(hDialog, *reinterpret_cast<Editing*>(lParam));
+        return TRUE;
+    }
+    if (lMessage != WM_COMMAND)
+    {
+        return FALSE;
+    }
+    auto& editing = *reinterpret_cast<Editing*>(::GetWindowLongPtrW(hDialog, DWLP_USER));
+    if (LOWORD(wParam) == IDCANCEL || (LOWORD(wParam) == IDOK && Take(hDialog, editing)))
+    {
+        ::EndDialog(hDialog, LOWORD(wParam));
+    }
+    return TRUE;
+}
+
+std::wstring Get(_clsCut& cCut, HRESULT (STDMETHODCALLTYPE _clsCut::*get)(BSTR*))
+{
+    Bstr sText;
+    ThrowIfFailed((cCut.*get)(sText.Receive()), cCut, __uuidof(_clsCut));
+    return sText.Text();
+}
+
+CutValues ValuesIn(_clsCut& cCut)
+{
+    LONG lYear = 0;
+    LONG lLevel = 0;
+    VARIANT_BOOL bOpener = VARIANT_FALSE;
+    ThrowIfFailed(cCut.get_Year(&lYear), cCut, __uuidof(_clsCut));
+    ThrowIfFailed(cCut.get_CatLevel(&lLevel), cCut, __uuidof(_clsCut));
+    ThrowIfFailed(cCut.get_Opener(&bOpener), cCut, __uuidof(_clsCut));
+    return {Get(cCut, &_clsCut::get_Artist),
+            Get(cCut, &_clsCut::get_Title),
+            Get(cCut, &_clsCut::get_Album),
+            static_cast<std::int32_t>(lYear),
+            Get(cCut, &_clsCut::get_CategoryText),
+            static_cast<std::int32_t>(lLevel),
+            bOpener != VARIANT_FALSE};
+}
+
+void Put(_clsCut& cCut, const CutValues& values)
+{
+    const auto Check = [&](HRESULT hr) { ThrowIfFailed(hr, cCut, __uuidof(_clsCut)); };
+    Check(cCut.put_Artist(Bstr(values.sArtist).Get()));
+    Check(cCut.put_Title(Bstr(values.sTitle).Get()));
+    Check(cCut.put_Album(Bstr(values.sAlbum).Get()));
+    Check(cCut.put_Year(values.lYear));
+    Check(cCut.put_CatLevel(values.lLevel));
+    Check(cCut.put_CategoryText(Bstr(values.sCategoryText).Get()));
+    Check(cCut.put_Opener(BoolOf(values.bOpener)));
+}
+
+void Announce(_clsCut& cCut, _clsDataBase& cDataBase)
+{
+    void* pvObject = nullptr;
+    ThrowIfFailed(CoCreateInstance(CLSID_clsCollection, nullptr, CLSCTX_INPROC_SERVER,
+                                   __uuidof(_clsCollection), &pvObject));
+    const auto colCuts = ComPtr<_clsCollection>::Adopt(static_cast<_clsCollection*>(pvObject));
+    ThrowIfFailed(colCuts->Add(Variant(static_cast<IDispatch*>(&cCut)), Variant::Omitted(),
+                               Variant::Omitted(), Variant::Omitted()));
+    LONG lCuts = 0;
+    ThrowIfFailed(cDataBase.ModifyCuts(colCuts.Get(), &lCuts), cDataBase, __uuidof(_clsDataBase));
+}
+
+} // namespace
+
+bool EditCut(HWND hOwner, _clsCut& cCut, _clsDataBase& cDataBase)
+{
+    Editing editing{Get(cCut, &_clsCut::get_Path), ValuesIn(cCut)};
+    const CutValues before = editing.values;
+    const INT_PTR lAnswer = ::DialogBoxParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(lCutDialog),
+                                              hOwner, OnMessage, reinterpret_cast<LPARAM>(&editing));
+    if (lAnswer != IDOK)
+    {
+        return false;
+    }
+    if (editing.values == before)
+    {
+        return true;
+    }
+    Put(cCut, editing.values);
+    Announce(cCut, cDataBase);
+    return true;
+}
+
+} // namespace ravlo

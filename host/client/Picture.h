@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+
+namespace ravlo
+{
+
+// Takes a picture of the next window that this thread shows, as soon as it is complete, and closes it: for
+// documents, and for machines where nobody can see it. Nothing happens without a file name.
+class Picture
+{
+public:
+    // How the window is to be closed after its picture was taken.
+    using Close = void (*)(HWND hWindow);
+
+    Picture(const std::wstring& sFile, Close close);
+    Picture(const Picture&) = delete;
+    Picture& operator=(const Picture&) = delete;
+    ~Picture();
+
+    // Throws HostError when a picture was wanted and could not be written.
+    void MustBeTaken() const;
+
+private:
+    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD);
+    void Look();
+
+    static Picture* m_pOnly;
+    std::wstring m_sFile;
+    Close m_close;
+    UINT_PTR m_lTimer = 0;
+    int m_lQuiet = 0; // looks in a row at which nothing was left to do
+    bool m_bTaken = false;
+    bool m_bDone = false;
+};
+
+} // namespace ravlo

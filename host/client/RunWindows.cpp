@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: MIT
+// The commands that open the scheduler's own windows.
+#include "collections/Text.h"
+#include "com/kit/Errors.h"
+#include "host/client/Categories.h"
+#include "host/client/Commands.h"
+#include "host/client/CutEditor.h"
+#include "host/client/EventListener.h"
+#include "host/client/HostFiles.h"
+#include "host/client/Picture.h"
+#include "host/client/ProgressLine.h"
+#include "host/day/HostError.h"
+
+namespace ravlo
+{
+
+namespace
+{
+
+// The scheduler's events that a host with windows answers.
+constexpr DISPID lShowHelpEvent = 1;
+constexpr DISPID lRequestEditCut = 5;
+// What RequestEditCut's Result says when nothing was changed.
+constexpr std::int32_t lCancelled = 2;
+
+constexpr const wchar_t* sHelp = L"Tree:\tEnter shows a category or level, Space ticks it.\n"
+                                 L"List:\tEnter edits a cut, Delete takes it out of the level,\n"
+                                 L"\tAlt+Up and Alt+Down move it, Ctrl+A selects all.\n"
+                                 L"\tDrag cuts within the list to re-order, onto the tree to file them.\n"
+                                 L"F6 goes from pane to pane, Esc ends a drag.";
+
+// A populated station with the windows' events answered as a playout program answers them.
+class Desk
+{
+public:
+    template <class Options>
+    Desk(const Options& options, const Console& cError) : m_cScheduler(m_cLibrary, false)
+    {
+        MustBeStation(options.sDataBase, options.sAppFolder);
+        if (!options.sPicture.empty())
+        {
+            MustBeWritable(FullPath(options.sPicture));
+        }
+        m_cLibrary.Open(FullPath(options.sDataBase));
+        const auto sAppFolder = FullPath(options.sAppFolder);
+        MakeFolder(sAppFolder);
+        ProgressLine line(cError, options.bProgress);
+        m_cScheduler.Populate(sAppFolder, [&](const std::wstring& sText, long, long) { line.Show(sText); });
+        m_events.emplace(Manager(), DIID___clsSchedMan,
+                         [this](DISPID lEvent, const EventArguments& arguments)
+                         { Answer(lEvent, arguments); });
+    }
+
+    _clsSchedMan& Manager() const noexcept { return m_cScheduler.Object(); }
+    MediaLibrary& Library() noexcept { return m_cLibrary; }
+
+private:
+    void Answer(DISPID lEvent, const EventArguments& arguments)
+    {
+        if (lEvent == lShowHelpEvent)
+        {
+            ::MessageBoxW(::GetActiveWindow(), sHelp, L"Keys and mouse", MB_OK | MB_ICONINFORMATION);
+        }
+        else if (lEvent == lRequestEditCut && arguments.Count() >= 2)
+        {
+            Edit(arguments.At(0), arguments.At(1));
+        }
+    }
+
+    // Result receives lCancelled unless the cut was edited.
+    void Edit(const VARIANT& cut, const VARIANT& result)
+    {
+        const auto cCut = ObjectIn<_clsCut>(cut);
+        if (!cCut || result.vt != (VT_BYREF | VT_VARIANT))
+        {
+            return;
+        }
+        const HWND hOwner = ::GetActiveWindow();
+        try
+        {
+            if (EditCut(hOwner, *cCut.Get(), m_cLibrary.Object()))
+            {
+                return;
+            }
+        }
+        catch (const ComError& error)
+        {
+            ::MessageBoxW(hOwner, error.Description().c_str(), L"The cut was not changed",
+                          MB_OK | MB_ICONERROR);
+        }
+        *result.pvarVal = Variant(lCancelled).Detach();
+    }
+
+    MediaLibrary m_cLibrary;
+    Scheduler m_cScheduler;
+    std::optional<EventListener> m_events;
+};
+
+void Check(HRESULT hr, _clsSchedMan& cManager) { ThrowIfFailed(hr, cManager, __uuidof(_clsSchedMan)); }
+
+void CloseWithOk(HWND hWindow) { ::PostMessageW(hWindow, WM_COMMAND, IDOK, 0); }
+void CloseByItsBox(HWND hWindow) { ::PostMessageW(hWindow, WM_CLOSE, 0, 0); }
+
+// What the category window is opened with and answers.
+struct Choice
+{
+    ComPtr<_clsCat> cMainCat;
+    ComPtr<_clsCat> cSubCat;
+    VARIANT_BOOL bOpener = VARIANT_FALSE;
+    ComPtr<_clsCollection> colCuts;
+    ComPtr<_clsCut> cCut;
+    bool bChosen = false;
+};
+
+Choice FirstChoice(const CategoryOptions& options, Desk& cDesk)
+{
+    Choice choice;
+    if (options.category)
+    {
+        const Categories categories(cDesk.Manager());
+        choice.cMainCat = categories.Find({options.category->sName, 0});
+        if (options.category->lLevel != 0)
+        {
+            choice.cSubCat = categories.Find(*options.category);
+        }
+    }
+    if (!options.sCut.empty())
+    {
+        ThrowIfFailed(cDesk.Library().Object().CutByKey(Bstr(options.sCut).Get(), choice.cCut.Receive()));
+        if (!choice.cCut)
+        {
+            throw HostError(options.sCut + L" is no cut of " + options.sDataBase);
+        }
+    }
+    return choice;
+}
+
+void Show(const CategoryOptions& options, Desk& cDesk, Choice& choice)
+{
+    Variant cAnswer;
+    _clsCat* pMainCat = choice.cMainCat.Detach();
+    _clsCat* pSubCat = choice.cSubCat.Detach();
+    const HRESULT hr = cDesk.Manager().ShowCatUI(
+        &pMainCat, &pSubCat, &choice.bOpener, Bstr(options.sCaption).Get(), choice.colCuts.Receive(),
+        BoolOf(options.bAllowNew), BoolOf(options.bMultiSelect), choice.cCut.Get(), &cAnswer);
+    choice.cMainCat = ComPtr<_clsCat>::Adopt(pMainCat);
+    choice.cSubCat = ComPtr<_clsCat>::Adopt(pSubCat);
+    Check(hr, cDesk.Manager());
+    const auto lAnswer = cAnswer.As(VT_I4);
+    choice.bChosen = lAnswer && lAnswer->lVal == 1;
+}
+
+std::wstring NameIn(_clsCat& cCat)
+{
+    Bstr sName;
+    ThrowIfFailed(cCat.get_CatName(sName.Receive()));
+    return sName.Text();
+}
+
+LONG LevelIn(_clsCat& cCat)
+{
+    LONG lLevel = 0;
+    ThrowIfFailed(cCat.get_CatLevel(&lLevel));
+    return lLevel;
+}
+
+void Print(const Choice& choice, const Console& cOut)
+{
+    if (!choice.bChosen)
+    {
+        cOut.Write(L"Nothing was chosen\n");
+        return;
+    }
+    std::wstring sText = L"Category: " + (choice.cMainCat ? NameIn(*choice.cMainCat.Get()) : L"all") + L"\n";
+    sText += L"Level: " + (choice.cSubCat ? DecimalText(LevelIn(*choice.cSubCat.Get())) : L"all") + L"\n";
+    sText += std::wstring(L"Opener: ") + (choice.bOpener != VARIANT_FALSE ? L"yes" : L"no") + L"\n";
+    if (choice.cCut)
+    {
+        Bstr sCategories;
+        ThrowIfFailed(choice.cCut->get_CategoryText(sCategories.Receive()));
+        sText += L"The cut is filed under: " + sCategories.Text() + L"\n";
+    }
+    if (choice.colCuts)
+    {
+        ForEach(*choice.colCuts.Get(),
+                [&](IDispatch& cItem)
+                {
+                    const auto cCut = PlayedCutOf(*ComPtr<IDispatch>(&cItem).As<_clsCut>().Get());
+                    sText += L"Cut: " + cCut.sArtist + L" - " + cCut.sTitle + L"\n";
+                });
+    }
+    cOut.Write(sText);
+}
+
+} // namespace
+
+void RunCategory(const CategoryOptions& options, const Console& cOut, const Console& cError)
+{
+    Desk desk(options, cError);
+    Choice choice = FirstChoice(options, desk);
+    const Picture picture(options.sPicture.empty() ? L"" : FullPath(options.sPicture), CloseWithOk);
+    Show(options, desk, choice);
+    picture.MustBeTaken();
+    Print(choice, cOut);
+}
+
+void RunLibrary(const LibraryOptions& options, const Console& cError)
+{
+    Desk desk(options, cError);
+    const Picture picture(options.sPicture.empty() ? L"" : FullPath(options.sPicture), CloseByItsBox);
+    Check(desk.Manager().ShowLibraryUI(), desk.Manager());
+    picture.MustBeTaken();
+}
+
+} // namespace ravlo

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include "host/day/CutEdit.h"
+
+#include "collections/Text.h"
+#include "collections/TextKey.h"
+#include "host/day/CategoryName.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::int32_t lMostYear = 9999;
+
+// Digits and nothing else, within the range.
+std::optional<std::int32_t> WholeNumber(const std::wstring& sText, std::int32_t lLeast, std::int32_t lMost)
+{
+    const bool bDigits =
+        !sText.empty() && sText.size() <= 5 &&
+        std::all_of(sText.begin(), sText.end(), [](wchar_t c) { return c >= L'0' && c <= L'9'; });
+    if (!bDigits)
+    {
+        return std::nullopt;
+    }
+    const std::int32_t lValue = static_cast<std::int32_t>(std::stol(sText));
+    return lValue >= lLeast && lValue <= lMost ? std::optional(lValue) : std::nullopt;
+}
+
+std::wstring EachOnce(const std::vector<std::wstring>& colNames)
+{
+    std::vector<TextKey> colSeen;
+    std::wstring sText;
+    for (const std::wstring& sPiece : colNames)
+    {
+        const std::wstring sName = Trim(sPiece);
+        const TextKey cKey(sName);
+        if (sName.empty() || std::find(colSeen.begin(), colSeen.end(), cKey) != colSeen.end())
+        {
+            continue;
+        }
+        colSeen.push_back(cKey);
+        sText += (sText.empty() ? L"" : L"/") + sName;
+    }
+    return sText;
+}
+
+} // namespace
+
+CutFields FieldsOf(const CutValues& values)
+{
+    return {values.sArtist,       values.sTitle,
+            values.sAlbum,        values.lYear == 0 ? std::wstring() : DecimalText(values.lYear),
+            values.sCategoryText, DecimalText(values.lLevel),
+            values.bOpener};
+}
+
+std::variant<CutValues, CutProblem> ValuesOf(const CutFields& fields)
+{
+    const std::wstring sYear = Trim(fields.sYear);
+    const auto lYear = sYear.empty() ? std::optional<std::int32_t>(0) : WholeNumber(sYear, 0, lMostYear);
+    if (!lYear)
+    {
+        return CutProblem{CutField::Year, L"The year is a number of at most four digits, or empty."};
+    }
+    if (fields.sCategories.find(cTab) != std::wstring::npos)
+    {
+        return CutProblem{CutField::Categories, L"A category name holds no tabulator."};
+    }
+    const auto lLevel = WholeNumber(Trim(fields.sLevel), 1, lMostLevel);
+    if (!lLevel)
+    {
+        return CutProblem{CutField::Level,
+                          L"The level is a whole number from 1 to " + DecimalText(lMostLevel) + L"."};
+    }
+    return CutValues{Trim(fields.sArtist),
+                     Trim(fields.sTitle),
+                     Trim(fields.sAlbum),
+                     *lYear,
+                     EachOnce(Split(fields.sCategories, L"/")),
+                     *lLevel,
+                     fields.bOpener};
+}
+
+} // namespace ravlo

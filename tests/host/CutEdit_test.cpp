@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "host/day/CutEdit.h"
+
+#include <gtest/gtest.h>
+
+namespace ravlo
+{
+
+namespace
+{
+
+CutFields Good() { return {L"Abba", L"Waterloo", L"Gold", L"1974", L"Pop/Gold", L"2", true}; }
+
+CutValues Taken(const CutFields& fields) { return std::get<CutValues>(ValuesOf(fields)); }
+
+CutProblem Refused(const CutFields& fields) { return std::get<CutProblem>(ValuesOf(fields)); }
+
+} // namespace
+
+TEST(CutEdit, WhatWasShownComesBackUnchanged)
+{
+    const CutValues values{L"Abba", L"Waterloo", L"Gold", 1974, L"Pop/Gold", 2, true};
+    EXPECT_EQ(Taken(FieldsOf(values)), values);
+    const CutValues unknown{L"", L"", L"", 0, L"", 1, false};
+    EXPECT_EQ(FieldsOf(unknown).sYear, L"");
+    EXPECT_EQ(Taken(FieldsOf(unknown)), unknown);
+}
+
+TEST(CutEdit, BlanksAroundTextsAndNamesAreDroppedAndNamesStandOnce)
+{
+    CutFields fields = Good();
+    fields.sArtist = L"  Abba ";
+    fields.sYear = L" 1974 ";
+    fields.sLevel = L" 3 ";
+    fields.sCategories = L" Pop / Gold //pop/ ";
+    const CutValues values = Taken(fields);
+    EXPECT_EQ(values.sArtist, L"Abba");
+    EXPECT_EQ(values.lYear, 1974);
+    EXPECT_EQ(values.lLevel, 3);
+    EXPECT_EQ(values.sCategoryText, L"Pop/Gold");
+}
+
+TEST(CutEdit, AYearHasAtMostFourDigits)
+{
+    for (const wchar_t* sYear : {L"12345", L"-1", L"197x", L"19.5"})
+    {
+        CutFields fields = Good();
+        fields.sYear = sYear;
+        EXPECT_EQ(Refused(fields).eField, CutField::Year) << sYear;
+    }
+}
+
+TEST(CutEdit, ALevelIsAWholeNumberTheSchedulerKnows)
+{
+    for (const wchar_t* sLevel : {L"", L"0", L"-1", L"1.5", L"32765", L"99999", L"one"})
+    {
+        CutFields fields = Good();
+        fields.sLevel = sLevel;
+        EXPECT_EQ(Refused(fields).eField, CutField::Level) << sLevel;
+        EXPECT_EQ(Refused(fields).sText, L"The level is a whole number from 1 to 32764.");
+    }
+    CutFields fields = Good();
+    fields.sLevel = L"32764";
+    EXPECT_EQ(Taken(fields).lLevel, 32764);
+}
+
+TEST(CutEdit, ATabulatorInACategoryNameIsRefused)
+{
+    CutFields fields = Good();
+    fields.sCategories = L"Pop\t2";
+    EXPECT_EQ(Refused(fields).eField, CutField::Categories);
+}
+
+} // namespace ravlo
