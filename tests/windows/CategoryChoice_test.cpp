@@ -202,6 +202,43 @@ TEST_F(CategoryChoice, WithMultiSelectACutIsFiledUnderTheSelectedCategories)
     EXPECT_EQ(cCut->CategoryText(), L"Rock/Jazz");
 }
 
+TEST_F(CategoryChoice, WithMultiSelectKeysSelectSeveralCategories)
+{
+    const auto cCut = cStation.cDataBase->colCuts[0]; // in Rock 1
+    request.cCut = cCut;
+    request.bAllowMultiSelect = true;
+    const auto lAnswer = Open(
+        [&](const User& user)
+        {
+            user.Key(VK_HOME);
+            EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"Rock"}));
+            user.Key(VK_DOWN, VK_SHIFT);
+            EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"Rock", L"Jazz"}));
+            EXPECT_EQ(user.Entries(At(eIdlstlvl)), (Texts{L"2", L"ALL"})); // of the one with the caret
+            user.Key(VK_DOWN, VK_SHIFT);                                   // not NOCAT beside the others
+            EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"Rock", L"Jazz"}));
+            user.Key(VK_RETURN);
+        });
+    EXPECT_EQ(lAnswer, lChosen);
+    EXPECT_EQ(cCut->CategoryText(), L"Rock/Jazz");
+}
+
+TEST_F(CategoryChoice, WithoutMultiSelectNoKeySelectsTwoCategoriesOrNone)
+{
+    Open(
+        [&](const User& user)
+        {
+            user.ClickEntry(At(eIdlstCat), 0);
+            user.Key(VK_DOWN, VK_SHIFT);
+            EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"Jazz"}));
+            user.Key(VK_SPACE, VK_CONTROL);
+            EXPECT_EQ(user.Selected(At(eIdlstCat)).size(), 1u);
+            user.ClickEntry(At(eIdlstCat), 1, VK_CONTROL);
+            EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"Jazz"}));
+            EXPECT_EQ(user.Entries(At(eIdlstlvl)), (Texts{L"2", L"ALL"}));
+        });
+}
+
 TEST_F(CategoryChoice, ALLIsRefusedForACutOfSeveralCategories)
 {
     const auto cCut = cStation.cDataBase->colCuts[3];

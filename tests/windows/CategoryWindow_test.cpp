@@ -98,6 +98,30 @@ TEST_F(CategoryWindow, AnotherManagersWindowOpensOnTopAndBothClose)
     EXPECT_TRUE(::IsWindowEnabled(cHost.Handle()));
 }
 
+TEST_F(CategoryWindow, ManagersOpenTheirWindowsInTurn)
+{
+    for (const wchar_t* sCat : {L"Polka", L"Waltz", L"Tango"})
+    {
+        TestStation cOther;
+        cOther.cDataBase->Add(L"z", sCat, 1);
+        cOther.Populate();
+        CategoryRequest other;
+        std::int32_t lAnswer = 0;
+        WhileOpen([&] { lAnswer = cOther.cSchedMan->ShowCatUI(other); },
+                  [&](const User& user)
+                  {
+                      const HWND hOpen = user.WaitFor(sfrmCatClass);
+                      user.ClickEntry(user.Control(hOpen, eIdlstCat), 0);
+                      user.Key(VK_RETURN);
+                      user.WaitUntilGone(hOpen);
+                  });
+        EXPECT_EQ(lAnswer, lChosen);
+        ASSERT_TRUE(other.cMainCatChosen);
+        EXPECT_EQ(other.cMainCatChosen->CatName(), sCat);
+    }
+    EXPECT_EQ(Open([&](const User& user) { EXPECT_EQ(user.Entries(At(eIdlstCat)).size(), 3u); }), lNotChosen);
+}
+
 TEST_F(CategoryWindow, AQuittingProgramClosesItAndIsToldSo)
 {
     StartOn(L"Rock", 3);
@@ -404,6 +428,12 @@ TEST_F(CategoryWindow, NothingIsClippedOrCoveredAtAnySizeAndResolution)
                 user.Idle();
                 EXPECT_EQ(Untidiness(hWindow), Faults()) << lDpi;
                 user.Shot(hWindow, L"category-" + sPercent + L"-smallest");
+                user.Click(At(eIdLabel2));
+                ::SetWindowPos(hWindow, nullptr, 0, 0, 10, 10, SWP_NOZORDER);
+                user.Idle();
+                EXPECT_FALSE(::IsWindowVisible(At(eIdTabStrip1)));
+                EXPECT_EQ(Untidiness(hWindow), Faults()) << lDpi;
+                user.Click(At(eIdLabel2));
             }
         });
 }
