@@ -14,10 +14,16 @@ namespace ravlo
 namespace
 {
 
-constexpr std::int32_t lChildOf = 4; // the relationship of a new node to the one it is given with
+constexpr std::int32_t lNoEnumerator = 451; // "Object not a collection"
+constexpr std::int32_t lChildOf = 4;        // the relationship of a new node to the one it is given with
 
 Variant Text(const std::wstring& sText) { return Variant(std::wstring_view(sText)); }
 Variant Number(std::size_t lNumber) { return Variant(static_cast<std::int32_t>(lNumber)); }
+std::size_t CountIn(const Variant& value)
+{
+    const std::optional<Variant> cCount = value.As(VT_I4);
+    return cCount ? static_cast<std::size_t>(std::max<LONG>(cCount->lVal, 0)) : 0;
+}
 
 ComPtr<IDispatch> ObjectOf(const Variant& value)
 {
@@ -52,7 +58,10 @@ DISPID LateBound::IdOf(const wchar_t* sName)
     std::wstring sAsked = sName;
     LPOLESTR pName = sAsked.data();
     DISPID lId = DISPID_UNKNOWN;
-    ThrowIfFailed(m_cObject->GetIDsOfNames(IID_NULL, &pName, 1, LOCALE_USER_DEFAULT, &lId));
+    if (m_cScriptObject)
+        ThrowIfFailed(m_cScriptObject->GetDispID(Bstr(sAsked).Get(), fdexNameCaseInsensitive, &lId));
+    else
+        ThrowIfFailed(m_cObject->GetIDsOfNames(IID_NULL, &pName, 1, LOCALE_USER_DEFAULT, &lId));
     m_colIds.emplace(sName, lId);
     return lId;
 }
@@ -65,8 +74,12 @@ Variant LateBound::Invoke(const wchar_t* sName, WORD wFlags, std::vector<Variant
                          bPut ? 1u : 0u};
     Variant result;
     EXCEPINFO info{};
-    const HRESULT hResult = m_cObject->Invoke(IdOf(sName), IID_NULL, LOCALE_USER_DEFAULT, wFlags, &arguments,
-                                              bPut ? nullptr : &result, &info, nullptr);
+    const DISPID lId = IdOf(sName);
+    VARIANT* const pResult = bPut ? nullptr : &result;
+    const HRESULT hResult = m_cScriptObject ? m_cScriptObject->InvokeEx(lId, LOCALE_USER_DEFAULT, wFlags,
+                                                                        &arguments, pResult, &info, nullptr)
+                                            : m_cObject->Invoke(lId, IID_NULL, LOCALE_USER_DEFAULT, wFlags,
+                                                                &arguments, pResult, &info, nullptr);
     if (hResult == DISP_E_EXCEPTION)
         Rethrow(info);
     ThrowIfFailed(hResult);
@@ -98,42 +111,64 @@ LateBoundTree::LateBoundTree(IDispatch& oTv)
 {
 }
 
-void LateBoundTree::Clear() { m_cNodes.Call(L"Clear", {}); }
+void LateBoundTree::Clear()
+{
+    m_cNodes.Call(L"Clear", {});
+    m_cFirst = nullptr;
+    m_cLast = nullptr;
+}
 
 void LateBoundTree::AddNode(const std::wstring& sParentKey, const std::wstring& sKey,
                             const std::wstring& sText, const wchar_t* sImage)
 {
     const bool bRoot = sParentKey.empty();
-    m_cNodes.Call(L"Add",
-                  {bRoot ? Variant::Omitted() : Text(sParentKey),
-                   bRoot ? Variant::Omitted() : Variant(lChildOf), Text(sKey), Text(sText), Text(sImage)});
+    m_cLast = ObjectOf(m_cNodes.Call(L"Add", {bRoot ? Variant::Omitted() : Text(sParentKey),
+                                              bRoot ? Variant::Omitted() : Variant(lChildOf), Text(sKey),
+                                              Text(sText), Text(sImage)}));
+    m_sLastKey = sKey;
+    if (!m_cFirst)
+        m_cFirst = m_cLast;
 }
 
 void LateBoundTree::SetSorted(const std::wstring& sKey)
 {
-    LateBound(*ObjectOf(m_cNodes.Get(L"Item", {Text(sKey)}))).Put(L"Sorted", {}, Variant(true));
+    const bool bLast = m_cLast && sKey == m_sLastKey;
+    LateBound(bLast ? *m_cLast : *ObjectOf(m_cNodes.Get(L"Item", {Text(sKey)})))
+        .Put(L"Sorted", {}, Variant(true));
 }
 
-void LateBoundTree::ExpandFirst()
+void LateBoundTree::ExpandFirst() { LateBound(*m_cFirst).Put(L"Expanded", {}, Variant(true)); }
+
+void LateBoundTree::ForEachNode(const std::function<void(const ComPtr<IDispatch>& cNode)>& body)
 {
-    LateBound(*ObjectOf(m_cNodes.Get(L"Item", {Variant(std::int32_t{1})})))
-        .Put(L"Expanded", {}, Variant(true));
+    try
+    {
+        return ForEachItem(m_colNodes.Get(), [&](const Variant& cItem) { body(ObjectOf(cItem)); });
+    }
+    catch (const RuntimeError& error)
+    {
+        if (error.Number() != lNoEnumerator)
+            throw;
+    }
+    // By their numbers, then: classes of a script language have no enumerator.
+    const std::size_t lCount = CountIn(m_cNodes.Get(L"Count"));
+    for (std::size_t i = 1; i <= lCount; ++i)
+        body(ObjectOf(m_cNodes.Get(L"Item", {Number(i)})));
 }
 
 void LateBoundTree::ShowAsOpen(const std::wstring& sKey)
 {
     ComPtr<IDispatch> cShown;
-    ForEachItem(m_colNodes.Get(),
-                [&](const Variant& cItem)
-                {
-                    const ComPtr<IDispatch> cObject = ObjectOf(cItem);
-                    LateBound cNode(*cObject);
-                    const std::optional<Variant> cKey = cNode.Get(L"Key").As(VT_BSTR);
-                    if (cKey && EqualIgnoringCase(TextOf(cKey->bstrVal), sKey))
-                        cShown = cObject;
-                    else
-                        cNode.Put(L"Image", {}, Text(sImageClosed));
-                });
+    ForEachNode(
+        [&](const ComPtr<IDispatch>& cObject)
+        {
+            LateBound cNode(*cObject);
+            const std::optional<Variant> cKey = cNode.Get(L"Key").As(VT_BSTR);
+            if (cKey && EqualIgnoringCase(TextOf(cKey->bstrVal), sKey))
+                cShown = cObject;
+            else
+                cNode.Put(L"Image", {}, Text(sImageClosed));
+        });
     if (!cShown)
         return;
     LateBound cNode(*cShown);
@@ -146,11 +181,7 @@ void LateBoundTree::ShowAsOpen(const std::wstring& sKey)
 
 void LateBoundGrid::SetRedraw(bool bRedraw) { m_cGrid.Put(L"Redraw", {}, Variant(bRedraw)); }
 
-std::size_t LateBoundGrid::ColCount() const
-{
-    const std::optional<Variant> cCount = m_cGrid.Get(L"ColCount").As(VT_I4);
-    return cCount ? static_cast<std::size_t>(std::max<LONG>(cCount->lVal, 0)) : 0;
-}
+std::size_t LateBoundGrid::ColCount() const { return CountIn(m_cGrid.Get(L"ColCount")); }
 
 void LateBoundGrid::AddCol(const std::wstring& sKey, const std::wstring& sHeader)
 {

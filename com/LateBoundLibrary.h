@@ -4,6 +4,8 @@
 #include "com/kit/Variant.h"
 #include "ui/library/LibraryTargets.h"
 
+#include <dispex.h>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -15,7 +17,9 @@ namespace ravlo
 class LateBound
 {
 public:
-    explicit LateBound(IDispatch& cObject) : m_cObject(&cObject) {}
+    explicit LateBound(IDispatch& cObject) : m_cObject(&cObject), m_cScriptObject(m_cObject.As<IDispatchEx>())
+    {
+    }
 
     Variant Get(const wchar_t* sName, const std::vector<Variant>& colArguments = {});
     void Put(const wchar_t* sName, const std::vector<Variant>& colArguments, const Variant& value);
@@ -26,11 +30,13 @@ private:
     Variant Invoke(const wchar_t* sName, WORD wFlags, std::vector<Variant> colReversed);
 
     ComPtr<IDispatch> m_cObject;
+    ComPtr<IDispatchEx>
+        m_cScriptObject; // what a script's objects are called through: their members come and go
     std::map<std::wstring, DISPID> m_colIds; // asked for once: a grid is called for every cell
 };
 
-// A tree that a host passes: Nodes with Clear, Add, Item and _NewEnum; its nodes have Key, Image, Sorted,
-// Expanded and Parent.
+// A tree that a host passes: Nodes with Clear, Add, and _NewEnum or Count and Item; its nodes have Key,
+// Image, Sorted, Expanded and Parent.
 class LateBoundTree final : public TreeTarget, public TreeImages
 {
 public:
@@ -44,8 +50,13 @@ public:
     void ShowAsOpen(const std::wstring& sKey) override;
 
 private:
+    void ForEachNode(const std::function<void(const ComPtr<IDispatch>& cNode)>& body);
+
     ComPtr<IDispatch> m_colNodes;
     LateBound m_cNodes;
+    ComPtr<IDispatch> m_cFirst; // of the nodes added here
+    ComPtr<IDispatch> m_cLast;
+    std::wstring m_sLastKey;
 };
 
 // A grid that a host passes: Redraw, ColCount, AddCol, RowCount, RowKey and CellValue.
