@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/SchedulerTest.h"
+#include "ui/category/windows/ControlIds.h"
 #include "ui/library/windows/ControlIds.h"
 #include "ui/library/windows/FolderImages.h"
 #include "windows/TestStation.h"
@@ -319,6 +320,46 @@ struct LibraryWindowTest : ::testing::Test
         for (int i = 0; i <= lItem; ++i)
             user.Key(VK_DOWN);
         user.Key(VK_RETURN);
+    }
+    // An item of the menu bar by its place, and by its places in the menus below.
+    void ChooseByMouse(const User& user, const std::vector<int>& path) const
+    {
+        HMENU hMenu = ::GetMenu(hWindow);
+        for (const int lItem : path)
+        {
+            RECT item{};
+            const bool bBar = hMenu == ::GetMenu(hWindow);
+            ::GetMenuItemRect(bBar ? hWindow : nullptr, hMenu, static_cast<UINT>(lItem), &item);
+            user.ClickAt(::GetDesktopWindow(), static_cast<int>(item.left + item.right) / 2,
+                         static_cast<int>(item.top + item.bottom) / 2);
+            hMenu = ::GetSubMenu(hMenu, lItem);
+        }
+    }
+    void ChooseByKeys(const User& user, const std::vector<int>& path) const
+    {
+        const wchar_t cMnemonics[] = {L'E', L'T', L'C', L'H'};
+        user.Key(cMnemonics[path[0]], VK_MENU);
+        HMENU hMenu = ::GetMenu(hWindow);
+        for (std::size_t lStep = 1; lStep < path.size(); ++lStep)
+        {
+            hMenu = ::GetSubMenu(hMenu, path[lStep - 1]);
+            const auto lItem = static_cast<UINT>(path[lStep]);
+            const auto bHighlighted = [&]
+            { return (::GetMenuState(hMenu, lItem, MF_BYPOSITION) & MF_HILITE) != 0; };
+            for (int i = 0; i < 8 && !bHighlighted(); ++i)
+                user.Key(VK_DOWN);
+            user.Key(VK_RETURN);
+        }
+    }
+    // The window with the menus and boxes that lie over it.
+    void ShotWithBoxes(const User& user, const std::wstring& sName) const
+    {
+        user.Idle();
+        std::vector<HWND> hWindows{hWindow};
+        for (const wchar_t* sClass : {sfrmCatClass, L"#32768", L"#32770"})
+            if (const HWND hOver = user.Find(sClass))
+                hWindows.push_back(hOver);
+        EXPECT_TRUE(TakeScreenshot(hWindows, sName));
     }
     // A command of the menu bar, as the menu sends it; without waiting for what it shows.
     void Command(LibraryCommand eCommand) const

@@ -230,7 +230,7 @@ TEST_F(LibraryGrid, DeleteWithoutASelectionSaysSo)
             EXPECT_EQ(user.Box(), (BoxOnScreen{L"First Select Some Items In The Grid!",
                                                L"There are no items selected to be remove category from!",
                                                {IDOK}}));
-            user.Shot(user.WaitFor(L"#32770"), L"library-box-nothing-selected");
+            ShotWithBoxes(user, L"library-box-nothing-selected");
             user.Answer(IDOK);
         });
 }
@@ -249,7 +249,7 @@ TEST_F(LibraryGrid, DeleteAsksInAllAudio)
                                    L"Continuing will remove ALL the categories from the selected items\r\n"
                                    L"Really continue?",
                                    {IDYES, IDNO}}));
-            user.Shot(user.WaitFor(L"#32770"), L"library-box-remove-all");
+            ShotWithBoxes(user, L"library-box-remove-all");
             user.Answer(IDNO);
             EXPECT_EQ(Order(L"Jazz", 1), (Texts{L"Ella"}));
             user.Key(VK_DELETE);

@@ -182,7 +182,7 @@ TEST_F(LibraryTree, ARightClickSelectsTheNodeAndOpensTheCategoriesMenu)
                              L"Shuffle Checked Categories", L"Delete Checked Categories"}));
             EXPECT_EQ(SelectedNode(), L"Jazz");
             EXPECT_EQ(Rows(), 9) << "selected is not shown";
-            user.Shot(hWindow, L"library-context-menu");
+            ShotWithBoxes(user, L"library-context-menu");
             user.Key(VK_ESCAPE);
             user.Key(VK_DOWN); // r&b
             user.Key(VK_APPS);

@@ -99,6 +99,17 @@ POINT OnScreen(HWND hWindow, POINT point)
     return point;
 }
 
+void EndDrag()
+{
+    INPUT inputs[3]{};
+    inputs[0].type = INPUT_MOUSE;
+    inputs[0].mi.dwFlags = MOUSEEVENTF_LEFTUP;
+    inputs[1].type = inputs[2].type = INPUT_KEYBOARD;
+    inputs[1].ki.wVk = inputs[2].ki.wVk = VK_ESCAPE;
+    inputs[2].ki.dwFlags = KEYEVENTF_KEYUP;
+    ::SendInput(ARRAYSIZE(inputs), inputs, sizeof inputs[0]);
+}
+
 // Whatever is open is closed, so that the test's thread comes back.
 void CloseAll(DWORD lThread, const std::atomic<bool>& bOpen)
 {
@@ -133,6 +144,7 @@ void WhileOpen(const std::function<void()>& open, const std::function<void(const
             catch (const std::exception& cError)
             {
                 ADD_FAILURE() << cError.what();
+                EndDrag();
                 for (const HWND hWindow : Windows(lThread))
                     TakeScreenshot(hWindow, L"failed-" + ClassOf(hWindow).substr(0, 40));
                 CloseAll(lThread, bOpen);
