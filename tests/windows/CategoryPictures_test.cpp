@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Each state of the category window, as a music director sees it. The pictures of the guide are these:
-// screenshots/ guide-category-*.png, copied to docs/pictures/category-*.png.
+// screenshots/guide-category-*.png, copied to docs/pictures/category-*.png.
 #include "windows/CategoryFixture.h"
 #include "windows/Tidy.h"
 

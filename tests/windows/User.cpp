@@ -307,9 +307,13 @@ void User::Release() const
 void User::ClickAt(HWND hWindow, int x, int y, int lModifier) const
 {
     const POINT point = OnScreen(hWindow, {x, y});
-    if (lModifier != 0)
-        SendKey(lModifier, false);
     Mouse(point, MOUSEEVENTF_MOVE);
+    if (lModifier != 0)
+    {
+        // When the pointer enters a window the display tells which keys are down, and knows nothing of these.
+        Idle();
+        SendKey(lModifier, false);
+    }
     Mouse(point, MOUSEEVENTF_LEFTDOWN);
     Mouse(point, MOUSEEVENTF_LEFTUP);
     Idle();
