@@ -129,7 +129,7 @@ const bool bImport = AddRatio({"import into a station of 10 000 cuts, per cut",
                                &Populate,
                                2.0});
 const bool bLinear = AddRatio(
-    {"import of n cuts, per cut", "import of n / 2 cuts, per cut", {20'000}, &Import, &ImportHalf, 1.2});
+    {"import of n cuts, per cut", "import of n / 2 cuts, per cut", {20'000}, &Import, &ImportHalf, 1.3});
 
 } // namespace
 

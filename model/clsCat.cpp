@@ -7,6 +7,8 @@
 #include <array>
 #include <charconv>
 #include <limits>
+#include <numeric>
+#include <vector>
 
 namespace ravlo
 {
@@ -249,9 +251,18 @@ bool clsCat::AddSubCat(const std::shared_ptr<clsCat>& cSubCat)
                                    L"Illegal - a subcat MUST have a level");
                         return false;
                     }
-                    if (!m_colSubCats->Add(TextKey(DecimalText(cSubCat->CatLevel())), cSubCat))
+                    const TextKey cKey(DecimalText(cSubCat->CatLevel()));
+                    if (!m_colSubCats->Add(cKey, cSubCat))
                         return false;
-                    SortSubCats();
+                    try
+                    {
+                        SortSubCats();
+                    }
+                    catch (...)
+                    {
+                        m_colSubCats->Remove(cKey); // added whole or not at all
+                        throw;
+                    }
                     cSubCat->SetMainCat(shared_from_this());
                     return true;
                 });
@@ -259,23 +270,17 @@ bool clsCat::AddSubCat(const std::shared_ptr<clsCat>& cSubCat)
 
 void clsCat::SortSubCats()
 {
-    // In place, so that a host that holds the collection keeps seeing this category's levels. One level has
-    // been added at the end; it moves in front of the first greater one. Whatever a host put out of order is
-    // put right on the way.
-    for (std::size_t lEnd = 1; lEnd < m_colSubCats->Count(); ++lEnd)
-    {
-        const std::int32_t lLevel = m_colSubCats->At(lEnd)->CatLevel();
-        std::size_t lPlace = lEnd;
-        while (lPlace > 0 && m_colSubCats->At(lPlace - 1)->CatLevel() > lLevel)
-            --lPlace;
-        if (lPlace == lEnd)
-            continue;
-        const std::shared_ptr<clsCat> cSubCat = m_colSubCats->At(lEnd);
-        const TextKey* cShared = m_colSubCats->KeyAt(lEnd);
-        const std::optional<TextKey> cKey = cShared ? std::optional(*cShared) : std::nullopt;
-        m_colSubCats->RemoveAt(lEnd);
-        m_colSubCats->Insert(lPlace, cKey ? &*cKey : nullptr, cSubCat);
-    }
+    // In place, so that a host that holds the collection keeps seeing this category's levels. Whatever a host
+    // put out of order is put right on the way.
+    const auto LevelAt = [this](std::size_t lPosition) { return m_colSubCats->At(lPosition)->CatLevel(); };
+    const auto IsBefore = [&](std::size_t lLeft, std::size_t lRight)
+    { return LevelAt(lLeft) < LevelAt(lRight); };
+    std::vector<std::size_t> colOrder(m_colSubCats->Count());
+    std::iota(colOrder.begin(), colOrder.end(), std::size_t{0});
+    if (std::is_sorted(colOrder.begin(), colOrder.end(), IsBefore))
+        return;
+    std::stable_sort(colOrder.begin(), colOrder.end(), IsBefore);
+    m_colSubCats->Reorder(colOrder);
 }
 
 bool clsCat::RemoveSubCat(const std::shared_ptr<clsCat>& cSubCat)
@@ -285,9 +290,12 @@ bool clsCat::RemoveSubCat(const std::shared_ptr<clsCat>& cSubCat)
     const std::wstring sKey = DecimalText(cSubCat->CatLevel());
     if (!m_colSubCats->Exists(sKey))
         return false;
-    const Cuts colCuts(cSubCat->m_colSchedCuts->begin(), cSubCat->m_colSchedCuts->end());
-    for (const std::shared_ptr<Cut>& cCut : colCuts)
-        RemoveCut(cCut); // finds nothing in a main category: the cuts stay in the level that is taken away
+    // Finds nothing in a main category, which holds no cuts of its own: the cuts stay in the level that is
+    // taken away.
+    if (!m_colSchedCuts->Empty())
+        for (const std::shared_ptr<Cut>& cCut :
+             Cuts(cSubCat->m_colSchedCuts->begin(), cSubCat->m_colSchedCuts->end()))
+            RemoveCut(cCut);
     const bool bRemoved = m_colSubCats->Remove(sKey);
     RecalcTotalRunTime();
     return bRemoved;

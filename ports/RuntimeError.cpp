@@ -94,9 +94,10 @@ std::string AsciiOf(const std::wstring& sText)
 
 RuntimeError::RuntimeError(std::int32_t lNumber) : RuntimeError(lNumber, StandardDescription(lNumber)) {}
 
-RuntimeError::RuntimeError(std::int32_t lNumber, std::wstring sDescription)
-    : m_lNumber(lNumber), m_sDescription(std::move(sDescription)), m_sWhat(AsciiOf(m_sDescription))
+RuntimeError::RuntimeError(std::int32_t lNumber, std::wstring sDescription) : m_lNumber(lNumber)
 {
+    std::string sWhat = AsciiOf(sDescription);
+    m_cTexts = std::make_shared<const Texts>(Texts{std::move(sDescription), std::move(sWhat)});
 }
 
 std::wstring StandardDescription(std::int32_t lNumber)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -9,7 +10,8 @@ namespace ravlo
 {
 
 // The one exception type of the system. It carries an automation run-time error number, as script and
-// early-bound hosts know them from Err.Number, and a description that can be shown to a person.
+// early-bound hosts know them from Err.Number, and a description that can be shown to a person. Copies share
+// their texts, so that copying one never fails.
 class RuntimeError : public std::exception
 {
 public:
@@ -18,13 +20,18 @@ public:
     RuntimeError(std::int32_t lNumber, std::wstring sDescription);
 
     std::int32_t Number() const noexcept { return m_lNumber; }
-    const std::wstring& Description() const noexcept { return m_sDescription; }
-    const char* what() const noexcept override { return m_sWhat.c_str(); }
+    const std::wstring& Description() const noexcept { return m_cTexts->sDescription; }
+    const char* what() const noexcept override { return m_cTexts->sWhat.c_str(); }
 
 private:
+    struct Texts
+    {
+        std::wstring sDescription;
+        std::string
+            sWhat; // the description with anything outside ASCII as '?', for test output and debuggers
+    };
     std::int32_t m_lNumber;
-    std::wstring m_sDescription;
-    std::string m_sWhat; // the description with anything outside ASCII as '?', for test output and debuggers
+    std::shared_ptr<const Texts> m_cTexts; // never null
 };
 
 // The automation run-time error numbers the system raises.

@@ -28,26 +28,24 @@ SentToBack SendToBack(clsCat* cSubCat, const Cut* cCut, const DataBase* cDataBas
     return SentToBack::Yes;
 }
 
-bool SendToBackOfCategory(const std::shared_ptr<clsCat>& cSubCat, const std::shared_ptr<Cut>& cCut,
-                          const DataBase* cDataBase, ModScheduler& cMod)
+bool SendToBackOfCategory(clsCat* cSubCat, const Cut* cCut, const SelectionWorld& world)
 {
     try
     {
-        const SentToBack eSent = SendToBack(cSubCat.get(), cCut.get(), cDataBase);
+        const SentToBack eSent = SendToBack(cSubCat, cCut, world.cDataBase.get());
         if (eSent == SentToBack::Unknown)
             return false;
         const TextKey cKey = cCut->Key();
         TraceStep step =
             StepInLevel(eSent == SentToBack::Yes ? StepKind::SentToBack : StepKind::NotSentToBack, *cSubCat);
         step.sKey = cKey.Text();
-        cMod.WriteDebugLog(LogText(step));
+        world.note(step);
         return eSent == SentToBack::Yes;
     }
     catch (...)
     {
-        // No box: the caller learns it from the result, and a pick has its own way round a cut that cannot be
-        // moved.
-        cMod.DISPLAYERROR(sSendToBackWhere, false, CurrentError());
+        // No box: a pick has its own way round a cut that cannot be moved.
+        world.report(ErrorReport::LogOnly, L"SendToBackOfCategory [schedman]", CurrentError());
         return false;
     }
 }

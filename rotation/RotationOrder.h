@@ -3,6 +3,7 @@
 
 #include "media/DataBase.h"
 #include "model/clsCat.h"
+#include "rotation/Selection.h"
 
 #include <memory>
 
@@ -27,12 +28,8 @@ enum class SentToBack
 // thrown, and nothing has moved then.
 SentToBack SendToBack(clsCat* cSubCat, const Cut* cCut, const DataBase* cDataBase);
 
-// The location text under which an error while a cut is sent to the back is logged.
-inline constexpr const wchar_t* sSendToBackWhere = L"SendToBackOfCategory [schedman]";
-
-// The same as an operation of its own: writes to the debug log what became of the cut, except when it is
-// unknown. True when it was sent to the back. An error is logged and gives false.
-bool SendToBackOfCategory(const std::shared_ptr<clsCat>& cSubCat, const std::shared_ptr<Cut>& cCut,
-                          const DataBase* cDataBase, ModScheduler& cMod);
+// The same in a world: notes what became of the cut, except when it is unknown. True when it was sent to the
+// back. An error is logged, without a box, and gives false.
+bool SendToBackOfCategory(clsCat* cSubCat, const Cut* cCut, const SelectionWorld& world);
 
 } // namespace ravlo

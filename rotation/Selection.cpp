@@ -201,26 +201,10 @@ private:
         colOrder.MoveToEnd(0);
     }
 
+    // The entry is moved in any case: the candidate can still be scheduled when the database fails.
     void SendHeadToBack(CutCollection& colOrder, const Cut& cHead)
     {
-        try
-        {
-            const SentToBack eSent = SendToBack(m_cSubCat.get(), &cHead, m_world.cDataBase.get());
-            if (eSent != SentToBack::Unknown)
-            {
-                const TextKey cKey = cHead.Key();
-                const bool bSent = eSent == SentToBack::Yes;
-                TraceStep step =
-                    StepInLevel(bSent ? StepKind::SentToBack : StepKind::NotSentToBack, *m_cSubCat);
-                step.sKey = cKey.Text();
-                m_world.note(step);
-            }
-        }
-        catch (...)
-        {
-            // No box on air: the entry is moved below all the same, and the candidate can still be scheduled.
-            m_world.report(ErrorReport::LogOnly, sSendToBackWhere, CurrentError());
-        }
+        SendToBackOfCategory(m_cSubCat.get(), &cHead, m_world);
         MoveHeadToEnd(colOrder, cHead);
     }
 

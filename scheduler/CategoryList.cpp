@@ -20,16 +20,19 @@ std::shared_ptr<NameCollection> CategoryList::GetSavedCatNames()
 {
     auto colNames = std::make_shared<NameCollection>();
     const std::wstring sAppPath = m_cMod.AppPath();
-    m_bReadFailed = false;
-    if (sAppPath.empty() || !m_cMod.Outside().cFiles.FileExists(sAppPath + sListFile))
+    if (sAppPath.empty())
+        return colNames;
+    const std::wstring sPath = sAppPath + sListFile;
+    m_colNotRead.erase(FoldCase(sPath));
+    if (!m_cMod.Outside().cFiles.FileExists(sPath))
         return colNames;
     try
     {
-        ReadInto(*colNames, sAppPath + sListFile);
+        ReadInto(*colNames, sPath);
     }
     catch (...)
     {
-        m_bReadFailed = true;
+        m_colNotRead.insert(FoldCase(sPath));
         m_cMod.ShowCriticalError(L"Error in GetSavedCatNames [cSchedMan] ", CurrentError());
     }
     return colNames;
@@ -60,10 +63,10 @@ bool CategoryList::SaveCatNames(const CatCollection* colMainCats, const std::wst
                             m_cMod.FlushDebugLog();
                             Files& cFiles = m_cMod.Outside().cFiles;
                             const std::wstring sPath = sAppPath + sListFile;
-                            if (m_bReadFailed && cFiles.FileExists(sPath))
+                            if (m_colNotRead.count(FoldCase(sPath)) != 0 && cFiles.FileExists(sPath))
                                 KeepAside(cFiles, sPath);
                             ReplaceFile(cFiles, sPath, Content(*colMainCats));
-                            m_bReadFailed = false;
+                            m_colNotRead.erase(FoldCase(sPath));
                             return true;
                         });
 }

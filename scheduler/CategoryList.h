@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <string>
+#include <unordered_set>
 
 namespace ravlo
 {
@@ -38,8 +39,9 @@ private:
     std::string Content(const CatCollection& colMainCats);
 
     ModScheduler& m_cMod;
-    bool m_bReadFailed =
-        false; // the file holds more than could be read: it is kept aside before it is overwritten
+    // Folded paths of the lists that hold more than could be read: each is kept aside before it is
+    // overwritten. The library may have moved to another folder between a reading and a save.
+    std::unordered_set<std::wstring> m_colNotRead;
 };
 
 // Keeps sPath's content as sPath + ".bak" before it is overwritten by something that knows less. Throws when

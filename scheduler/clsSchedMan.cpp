@@ -381,14 +381,21 @@ void clsSchedMan::DoMassCatChange(eCatDragOptions eCatDragOption, const Cats& co
 
 // ---- host and windows ----
 
-void clsSchedMan::ShowHelp() { m_cParts->cEvents.ShowHelpEvent(); }
+// No Call in the members that show something: it may show for hours, and the lines logged meanwhile belong
+// into the file at once. The manager stays alive all the same.
+
+void clsSchedMan::ShowHelp()
+{
+    const std::shared_ptr<clsSchedMan> cKeepAlive = weak_from_this().lock();
+    m_cParts->cEvents.ShowHelpEvent();
+}
 
 std::optional<std::int32_t> clsSchedMan::RaiseEditRequestCutEvent(const std::shared_ptr<Cut>& cCut)
 {
+    const std::shared_ptr<clsSchedMan> cKeepAlive = weak_from_this().lock();
     return m_cParts->cEvents.RequestEditCut(cCut);
 }
 
-// No Call here: a window may show for hours, and the lines logged meanwhile belong into the file at once.
 void clsSchedMan::ShowLibraryUI()
 {
     const std::shared_ptr<clsSchedMan> cKeepAlive = weak_from_this().lock();
@@ -419,6 +426,7 @@ bool clsSchedMan::UIShowing() const noexcept
 
 void clsSchedMan::ReloadAll()
 {
+    const Call cCall(*this);
     try
     {
         if (m_cParts->cWindows)

@@ -31,7 +31,9 @@ class clsSchedMan : public std::enable_shared_from_this<clsSchedMan>
 {
 public:
     explicit clsSchedMan(ModScheduler& cMod);
-    // Saves the category list and the settings when this manager completed a population; errors are ignored.
+    // When this manager completed a population: saves the category list, the orders that picks could not save
+    // and, while the library is still in this manager's folder, the settings. Nothing is thrown; a list that
+    // cannot be saved is shown, the rest is logged or ignored.
     ~clsSchedMan();
     clsSchedMan(const clsSchedMan&) = delete;
     clsSchedMan& operator=(const clsSchedMan&) = delete;

@@ -278,7 +278,13 @@ std::uint64_t ModScheduler::NoteFileWritten(const std::wstring& sPath)
     return ++m_colGenerations[FoldCase(sPath)];
 }
 
-RuntimeError CurrentError() noexcept
+namespace
+{
+
+// Made while there is memory.
+const RuntimeError outOfMemory(7);
+
+RuntimeError Translated()
 {
     try
     {
@@ -290,7 +296,7 @@ RuntimeError CurrentError() noexcept
     }
     catch (const std::bad_alloc&)
     {
-        return RuntimeError(7);
+        return outOfMemory;
     }
     catch (const std::exception& cError)
     {
@@ -300,6 +306,20 @@ RuntimeError CurrentError() noexcept
     catch (...)
     {
         return RuntimeError(error::Internal);
+    }
+}
+
+} // namespace
+
+RuntimeError CurrentError() noexcept
+{
+    try
+    {
+        return Translated();
+    }
+    catch (...)
+    {
+        return outOfMemory; // the text of another error could not be made
     }
 }
 

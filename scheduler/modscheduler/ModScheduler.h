@@ -109,8 +109,8 @@ private:
     int m_lScopes = 0;
 };
 
-// Turns whatever is being handled in a catch (...) block into a RuntimeError: itself, 7 for lack of memory,
-// 51 with the exception's text for the rest.
+// Turns whatever is being handled in a catch (...) block into a RuntimeError: itself, 7 for lack of memory
+// (also for the text of another error), 51 with the exception's text for the rest.
 RuntimeError CurrentError() noexcept;
 
 // Runs a public operation and catches at its edge: an error is shown in the critical form under sTitle and

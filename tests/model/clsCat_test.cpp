@@ -436,6 +436,51 @@ TEST_F(CatTest, RemovingALevelTakesItAwayWithItsCuts)
     EXPECT_TRUE(cCut->HasCategoryName(L"Rock"));
 }
 
+TEST_F(CatTest, RemovingALevelFromAMainCategoryAsksItsCutsNothing)
+{
+    const auto cMainCat = std::make_shared<clsCat>(cMod, L"Pop", 0);
+    const auto cLevel = std::make_shared<clsCat>(cMod, L"Pop", 1);
+    ASSERT_TRUE(cMainCat->AddSubCat(cLevel));
+    const auto cCut = cDataBase.Add(L"a", L"Pop", 1);
+    bool bCreated = false;
+    cLevel->AddCut(cCut, bCreated);
+    cCut->calls.clear();
+    EXPECT_TRUE(cMainCat->RemoveSubCat(cLevel));
+    EXPECT_TRUE(cCut->calls.empty());
+}
+
+TEST_F(CatTest, RemovingALevelTakesItsCutsOutOfACategoryThatHoldsCutsItself)
+{
+    const auto cParent = std::make_shared<clsCat>(cMod, L"Pop", 1); // a level with levels of its own
+    const auto cLevel = std::make_shared<clsCat>(cMod, L"Pop", 2);
+    ASSERT_TRUE(cParent->AddSubCat(cLevel));
+    const auto cBoth = cDataBase.Add(L"a", L"Pop", 1);
+    const auto cOwn = cDataBase.Add(L"b", L"Pop", 1);
+    bool bCreated = false;
+    for (const auto& cCut : {cBoth, cOwn})
+        cParent->AddCut(cCut, bCreated);
+    cLevel->AddCut(cBoth, bCreated);
+    EXPECT_TRUE(cParent->RemoveSubCat(cLevel));
+    EXPECT_FALSE(cParent->SchedCuts()->Exists(L"a"));
+    EXPECT_TRUE(cParent->SchedCuts()->Exists(L"b"));
+}
+
+TEST_F(CatTest, SortingMovesEachLevelAsItStandsInTheCollection)
+{
+    const auto cMainCat = std::make_shared<clsCat>(cMod, L"Pop", 0);
+    for (const std::int32_t lLevel : {1, 4, 7})
+        ASSERT_TRUE(cMainCat->AddSubCat(std::make_shared<clsCat>(cMod, L"Pop", lLevel)));
+    CatCollection& colSubCats = *cMainCat->SubCats();
+    colSubCats.Reorder({2, 0, 1}); // a host's
+    const std::shared_ptr<clsCat>* const pOfSeven = colSubCats.Find(L"7");
+    ASSERT_TRUE(cMainCat->AddSubCat(std::make_shared<clsCat>(cMod, L"Pop", 3)));
+    std::vector<std::int32_t> colLevels;
+    for (const std::shared_ptr<clsCat>& cSubCat : colSubCats)
+        colLevels.push_back(cSubCat->CatLevel());
+    EXPECT_EQ(colLevels, (std::vector<std::int32_t>{1, 3, 4, 7}));
+    EXPECT_EQ(colSubCats.Find(L"7"), pOfSeven) << "neither taken out nor made anew";
+}
+
 TEST_F(CatTest, RemovingALevelThatIsNotThereRemovesNothing)
 {
     const auto cMainCat = NewMainCat({1});

@@ -16,7 +16,7 @@ class RotationOrderTest : public testing::Test
 protected:
     bool Send(const std::shared_ptr<Cut>& cCut)
     {
-        return SendToBackOfCategory(station.cLevel, cCut, station.cDataBase.get(), station.cMod);
+        return SendToBackOfCategory(station.cLevel.get(), cCut.get(), station.World());
     }
 
     Station station;
@@ -85,8 +85,10 @@ TEST_F(RotationOrderTest, NoCutNoLevelOrNoDatabaseGivesFalseInSilence)
 {
     const auto cCut = station.AddCut(L"a");
     EXPECT_FALSE(Send(nullptr));
-    EXPECT_FALSE(SendToBackOfCategory(nullptr, cCut, station.cDataBase.get(), station.cMod));
-    EXPECT_FALSE(SendToBackOfCategory(station.cLevel, cCut, nullptr, station.cMod));
+    EXPECT_FALSE(SendToBackOfCategory(nullptr, cCut.get(), station.World()));
+    SelectionWorld world = station.World();
+    world.cDataBase = nullptr;
+    EXPECT_FALSE(SendToBackOfCategory(station.cLevel.get(), cCut.get(), world));
     EXPECT_TRUE(station.Log().empty());
 }
 
@@ -100,6 +102,33 @@ TEST_F(RotationOrderTest, RunTimesAndCategoryNamesAreNotTouched)
     EXPECT_TRUE(Send(cCut));
     EXPECT_EQ(station.cLevel->AverageRunTimemS(), lAverage);
     EXPECT_EQ(cCut->CategoryText(), L"");
+}
+
+TEST_F(RotationOrderTest, AWalkNotesItsStepThroughTheSameOperation)
+{
+    station.AddCut(L"a");
+    const auto cUnknown = station.AddCut(L"b");
+    station.cDataBase->Remove(*cUnknown);
+    const auto cElsewhere = station.AddCut(L"c", L"Ash", L"Sun");
+    station.SetRules({true, 0, 0, 0});
+    std::vector<StepKind> colOfWalk;
+    std::vector<StepKind> colAlone;
+    const auto isSent = [](StepKind eKind)
+    { return eKind == StepKind::SentToBack || eKind == StepKind::NotSentToBack; };
+    SelectionWorld world = station.World();
+    for (int lCut = 0; lCut < 3; ++lCut)
+    {
+        world.note = [&](const TraceStep& step)
+        {
+            if (isSent(step.eKind))
+                colOfWalk.push_back(step.eKind);
+        };
+        NextCutFromCategory(station.cLevel, false, nullptr, world);
+        world.note = [&](const TraceStep& step) { colAlone.push_back(step.eKind); };
+        SendToBackOfCategory(station.cLevel.get(), station.cLevel->SchedCuts()->At(2).get(), world);
+    }
+    EXPECT_EQ(colOfWalk, colAlone);
+    EXPECT_EQ(colOfWalk.size(), 2u) << "of a cut the database does not know nothing is said";
 }
 
 TEST_F(RotationOrderTest, AnErrorOfTheDatabaseIsLoggedWithoutABoxAndGivesFalse)

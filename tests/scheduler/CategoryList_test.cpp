@@ -212,6 +212,21 @@ TEST_F(CategoryListTest, WhatCouldNotBeReadInFullIsKeptAsideBeforeItsFirstOverwr
     EXPECT_EQ(cWorld.cFiles.Get(sBak), damaged) << "kept once";
 }
 
+TEST_F(CategoryListTest, WhatCouldNotBeReadIsRememberedOfItsOwnFolder)
+{
+    const std::string damaged = "\r\nRock\r\nRock\r\nJazz";
+    constexpr const wchar_t* sOther = L"C:\\Other\\";
+    const std::wstring sOtherList = std::wstring(sOther) + L"Scheduler\\MainCats.txt";
+    cWorld.cFiles.Put(sOtherList, "\r\nBlues");
+    Read(damaged);
+    cMod.StoreAppPath(sOther); // another manager has moved the library
+    EXPECT_EQ(Read(), (Lines{L"Blues"}));
+    EXPECT_TRUE(cList.SaveCatNames(Cats({L"Blues"}).get(), sOther));
+    EXPECT_FALSE(cWorld.cFiles.FileExists(sOtherList + L".bak")) << "that one was read in full";
+    EXPECT_TRUE(Save({L"Rock"}));
+    EXPECT_EQ(cWorld.cFiles.Get(sBak), damaged) << "this one was not";
+}
+
 TEST_F(CategoryListTest, AListReadInFullIsOverwrittenWithoutACopy)
 {
     Read("\r\nRock");

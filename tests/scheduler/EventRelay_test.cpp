@@ -42,6 +42,34 @@ TEST_F(EventRelayTest, EveryEventReachesTheListenerWithItsArguments)
               (Lines{L"Help", L"Start 7: reason", L"Progress 3/7: text", L"Done: status", L"Edit a.mp3"}));
 }
 
+TEST_F(EventRelayTest, AFollowerIsToldOfProgressAfterTheHostUnlessTheHostHasClosedIt)
+{
+    HostEvents cWindow;
+    cRelay.Follow(&cWindow);
+    cRelay.ProgressStart(L"reason", 7);
+    cRelay.Progress(L"text", 3, 7);
+    cRelay.ProgressDone(L"status");
+    cRelay.ShowHelpEvent();
+    cRelay.RequestEditCut(NewPlainCut());
+    EXPECT_EQ(cWindow.colSaid, (Lines{L"Start 7: reason", L"Progress 3/7: text", L"Done: status"}));
+    cHost.OnEvent = [&](const std::wstring&) { cRelay.Follow(nullptr); };
+    cRelay.ProgressDone(L"closed");
+    EXPECT_EQ(cWindow.colSaid.size(), 3u);
+    EXPECT_EQ(cHost.colSaid.back(), L"Done: closed");
+}
+
+TEST_F(EventRelayTest, AFollowerIsToldWithoutAHostAndAfterAHostThatThrew)
+{
+    HostEvents cWindow;
+    cRelay.Follow(&cWindow);
+    cRelay.Listen(nullptr);
+    cRelay.ProgressDone(L"one");
+    cRelay.Listen(&cHost);
+    cHost.OnEvent = [](const std::wstring&) { throw std::runtime_error("host"); };
+    cRelay.ProgressDone(L"two");
+    EXPECT_EQ(cWindow.colSaid, (Lines{L"Done: one", L"Done: two"}));
+}
+
 TEST_F(EventRelayTest, WithoutAListenerNothingHappens)
 {
     cRelay.Listen(nullptr);

@@ -473,6 +473,30 @@ TEST_F(PopulationTest, APopulationInsideAPopulationIsIgnored)
     EXPECT_EQ(colSaid.size(), 6u) << "afterwards it may be called again";
 }
 
+TEST_F(PopulationTest, ACutWhoseNamesTheHostChangesBetweenThePhasesIsFiledUnderTheNewOnes)
+{
+    const auto cCut = Add(L"a.mp3", L"Rock", 1);
+    Add(L"b.mp3", L"Rock", 1);
+    cLibrary.cHost.OnEvent = [&](const std::wstring& sLine)
+    {
+        if (sLine.starts_with(L"Done: Got Main"))
+        {
+            cCut->SetCategoryText(L"Jazz/Rock");
+            cCut->SetCatLevel(3);
+        }
+    };
+    cLibrary.Populate();
+    EXPECT_EQ(cLibrary.MainCatNames(), (Lines{L"Rock", L"Jazz"}));
+    EXPECT_EQ(cLibrary.Order(L"Jazz", 3), Keys{L"a.mp3"});
+    EXPECT_EQ(cLibrary.Order(L"Rock", 3), Keys{L"a.mp3"});
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), Keys{L"b.mp3"});
+    // What it was filed under is remembered: its announcement changes nothing.
+    cWorld.cFiles.ClearOperations();
+    cLibrary.cDataBase->Announce(&DataBaseEvents::CutsModified, Cuts{cCut});
+    EXPECT_TRUE(cWorld.cFiles.Operations().empty());
+    EXPECT_EQ(cCut->CategoryText(), L"Jazz/Rock");
+}
+
 TEST_F(PopulationTest, NothingIsSeenOrSavedOfATreeThatIsBeingBuilt)
 {
     Add(L"a.mp3", L"Rock", 1);
@@ -564,11 +588,17 @@ TEST_F(PopulationTest, ADatabaseThatCannotHandOverItsCutsIsReportedAndTheOldTree
     Add(L"a.mp3", L"Rock", 1);
     cLibrary.Populate();
     const auto colOld = cLibrary.cSchedMan->colMainCats();
+    const auto cFirst = cLibrary.cDataBase;
     cLibrary.cDataBase = std::make_shared<FakeDataBase>();
     cLibrary.cDataBase->bAllCutsFails = true;
     cLibrary.Populate();
     EXPECT_EQ(boxes, Boxes{CriticalBox(sTitle, L"57 Device I/O error")});
     EXPECT_EQ(cLibrary.cSchedMan->colMainCats(), colOld);
+    EXPECT_EQ(cLibrary.cSchedMan->DataBase(), cFirst) << "and the tree's own database is followed again";
+    EXPECT_EQ(cFirst->colListeners.size(), 1u);
+    EXPECT_TRUE(cLibrary.cDataBase->colListeners.empty());
+    cFirst->Announce(&DataBaseEvents::CutsAdded, Cuts{cFirst->Add(L"b.mp3", L"Rock", 1)});
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"a.mp3", L"b.mp3"}));
     cLibrary.cDataBase->bAllCutsFails = false;
     cLibrary.Populate();
     EXPECT_TRUE(cLibrary.cSchedMan->colMainCats()->Empty()) << "and it can be populated again";

@@ -896,6 +896,93 @@ TEST_F(SynchronisationTest, AManagerReleasedInsideANotificationEndsWhenItIsHandl
     EXPECT_EQ(cWorld.cFiles.Get(sMainCatsPath), "\r\nRock");
 }
 
+TEST_F(SynchronisationTest, AManagerReleasedInsideTheDatabasesOwnProgressLivesUntilThatIsTold)
+{
+    const std::function<void(FakeDataBase&)> events[] = {
+        [](FakeDataBase& cDataBase)
+        { cDataBase.Announce(&DataBaseEvents::ProgressStart, std::wstring(L"Reading"), 7); },
+        [](FakeDataBase& cDataBase)
+        { cDataBase.Announce(&DataBaseEvents::Progress, std::wstring(L"Row"), 3, 7); },
+        [](FakeDataBase& cDataBase)
+        { cDataBase.Announce(&DataBaseEvents::ProgressDone, std::wstring(L"Read.")); },
+    };
+    for (const auto& raise : events)
+    {
+        RadioWorld cOther;
+        Library cLibrary(cOther);
+        cLibrary.Populate();
+        // Of the two that are told the first drops the last reference.
+        HostEvents cFollower;
+        cLibrary.cSchedMan->SetProgressFollower(&cFollower);
+        const std::weak_ptr<clsSchedMan> cWeak = cLibrary.cSchedMan;
+        cLibrary.cHost.OnEvent = [&](const std::wstring&)
+        {
+            cLibrary.cSchedMan.reset();
+            EXPECT_FALSE(cWeak.expired());
+        };
+        raise(*cLibrary.cDataBase);
+        EXPECT_TRUE(cWeak.expired());
+        EXPECT_TRUE(cLibrary.cDataBase->colListeners.empty());
+        EXPECT_EQ(cFollower.colSaid, (Lines{cLibrary.cHost.colSaid.back()})) << "the second is told too";
+    }
+}
+
+TEST_F(SynchronisationTest, AManagerReleasedByTheFirstOfTwoThatAreToldOfAnImportFinishesIt)
+{
+    Start();
+    HostEvents cFollower;
+    cLib.cSchedMan->SetProgressFollower(&cFollower);
+    const std::weak_ptr<clsSchedMan> cWeak = cLib.cSchedMan;
+    cLib.cHost.OnEvent = [&](const std::wstring&) { cLib.cSchedMan.reset(); };
+    Added({Add(L"a", L"Rock")});
+    EXPECT_TRUE(cWeak.expired());
+    EXPECT_EQ(cFollower.colSaid, said);
+    EXPECT_EQ(File(L"Rock"), SifCut("a", 1));
+}
+
+TEST_F(SynchronisationTest, WhatGoesWrongAfterTheCutsIsShownUnderTheNotificationsName)
+{
+    const auto cCut = Add(L"a", L"Rock");
+    Start();
+    CountingWindows cWindows;
+    cWindows.OnRefresh = [] { throw RuntimeError(error::ObjectNotSet); };
+    cLib.cSchedMan->SetWindows(&cWindows);
+    const auto Shown = [&](const std::wstring& sName)
+    {
+        EXPECT_EQ(boxes, (Boxes{HandledError(sName, StandardText(91), L"91")}));
+        EXPECT_EQ(Written(), (Lines{L"Rock"}));
+        Forget();
+    };
+    Added({Add(L"b", L"Rock")});
+    Shown(L"m_cDataBase_CutsAdded");
+    cCut->SetCatLevel(2);
+    Modified({cCut});
+    Shown(L"m_cDataBase_CutsModified");
+    Removed({cCut});
+    Shown(L"m_cDataBase_CutsRemoved");
+    cLib.cSchedMan->SetWindows(nullptr);
+}
+
+TEST_F(SynchronisationTest, AReloadWhileABoxIsShownEndsTheImportAndTheNewTreeHoldsEverything)
+{
+    Start();
+    const auto cCut = Add(L"a", L"Jazz/Rock");
+    cCut->AddCategoryName(L"");
+    Add(L"b", L"Pop");
+    Cuts colCuts = cLib.cDataBase->colCuts;
+    cWorld.cMessages.OnShown = [&]
+    {
+        cWorld.cMessages.OnShown = nullptr;
+        cLib.Populate();
+    };
+    Added(colCuts);
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"b"}));
+    Forget();
+    Modified(colCuts);
+    EXPECT_EQ(Written(), Lines()) << "remembered as the new tree has them";
+}
+
 TEST_F(SynchronisationTest, ChangesTheSchedulerMakesItselfAreQueuedAndChangeNothingMore)
 {
     // A database that announces every property change at once, in the middle of the scheduler's work.

@@ -165,12 +165,15 @@ public:
     bool bShowing = false;
     int lReloads = 0;
     bool bFails = false;
+    std::function<void()> OnReload;
 
     bool LibraryExists() const override { return bShowing; }
     bool LibraryShowing() const override { return bShowing; }
     void ReloadLibrary() override
     {
         ++lReloads;
+        if (OnReload)
+            OnReload();
         if (bFails)
             throw std::runtime_error("no window");
     }
@@ -199,6 +202,117 @@ TEST_F(SchedManTest, ReloadingReloadsTheWindowAndReadsNeitherFilesNorDatabase)
     EXPECT_NO_THROW(cSchedMan->ReloadAll());
     EXPECT_TRUE(boxes.empty()) << "errors are ignored";
     cSchedMan->SetWindows(nullptr);
+}
+
+TEST_F(SchedManTest, AManagerReleasedWhileItShowsSomethingLivesUntilThatIsOver)
+{
+    const std::shared_ptr<Cut> cCut = NewPlainCut();
+    ReloadedWindows cWindows;
+    cWindows.bFails = true; // what goes wrong afterwards is still logged
+    const std::function<void(clsSchedMan&)> members[] = {
+        [](clsSchedMan& cCalled) { cCalled.ShowHelp(); },
+        [&](clsSchedMan& cCalled) { cCalled.RaiseEditRequestCutEvent(cCut); },
+        [](clsSchedMan& cCalled) { cCalled.ReloadAll(); },
+    };
+    for (const std::function<void(clsSchedMan&)>& call : members)
+    {
+        cSchedMan = std::make_shared<clsSchedMan>(cLibrary.cMod);
+        cSchedMan->SetEvents(&cLibrary.cHost);
+        cSchedMan->SetWindows(&cWindows);
+        const std::weak_ptr<clsSchedMan> cWeak = cSchedMan;
+        bool bReleased = false;
+        const auto release = [&]
+        {
+            cSchedMan.reset();
+            EXPECT_FALSE(cWeak.expired());
+            bReleased = true;
+        };
+        cLibrary.cHost.OnEvent = [&](const std::wstring&) { release(); };
+        cWindows.OnReload = release;
+        call(*cSchedMan);
+        EXPECT_TRUE(bReleased);
+        EXPECT_TRUE(cWeak.expired());
+    }
+    cLibrary.cHost.OnEvent = nullptr;
+}
+
+TEST_F(SchedManTest, LinesLoggedWhileTheHostEditsACutAreInTheFileAtOnce)
+{
+    cLibrary.Populate();
+    bool bAsked = false;
+    cLibrary.cHost.OnEvent = [&](const std::wstring&)
+    {
+        cLibrary.cMod.WriteDebugLog(L"meanwhile");
+        EXPECT_EQ(cWorld.LogMessages().back(), L"meanwhile");
+        bAsked = true;
+    };
+    const std::shared_ptr<Cut> cCut = NewPlainCut();
+    cSchedMan->RaiseEditRequestCutEvent(cCut);
+    EXPECT_TRUE(bAsked);
+}
+
+TEST_F(SchedManTest, WhoFollowsTheProgressIsToldAfterTheHostAndOfNothingElse)
+{
+    HostEvents cWindow;
+    cLibrary.cDataBase->Add(L"a.mp3", L"Rock", 1);
+    cSchedMan->SetProgressFollower(&cWindow);
+    Lines colBoth;
+    cLibrary.cHost.OnEvent = [&](const std::wstring& sLine) { colBoth.push_back(L"host " + sLine); };
+    cWindow.OnEvent = [&](const std::wstring& sLine) { colBoth.push_back(L"window " + sLine); };
+    cLibrary.Populate();
+    EXPECT_EQ(cWindow.colSaid, colSaid);
+    EXPECT_EQ(Lines(colBoth.begin(), colBoth.begin() + 2),
+              (Lines{L"host " + colSaid[0], L"window " + colSaid[0]}));
+    cSchedMan->ShowHelp();
+    EXPECT_EQ(cWindow.colSaid.size() + 1, colSaid.size());
+    cSchedMan->SetProgressFollower(nullptr);
+    cLibrary.Populate();
+    EXPECT_LT(cWindow.colSaid.size() + 1, colSaid.size());
+}
+
+TEST_F(SchedManTest, AnErrorWhileAPlayIsRecordedIsShownUnderItsLocation)
+{
+    const auto cCut = cLibrary.cDataBase->Add(L"a.mp3", L"Rock", 1);
+    cLibrary.Populate();
+    cCut->SetLastPlayed(40'000);
+    cLibrary.cDataBase->bFails = true;
+    cSchedMan->UpdateArtistTitleHistory(cCut);
+    EXPECT_EQ(boxes, Boxes{HandledError(L"UpdateArtistTitleHistory", StandardText(57), L"57")});
+    EXPECT_EQ(cSchedMan->TitleHistoryCut(L"Title of a.mp3"), nullptr);
+}
+
+TEST_F(SchedManTest, AnErrorWhileAskingIsShownUnderTheOperationsOwnTitle)
+{
+    cLibrary.cDataBase->Add(L"a.mp3", L"Rock", 1);
+    cLibrary.Populate();
+    const std::function<void()> operations[] = {
+        [&]
+        {
+            cWorld.cMessages.Typed = {L"x"};
+            EXPECT_FALSE(cSchedMan->CreateCatLevel(cLibrary.MainCat(L"Rock")));
+        },
+        [&] { cSchedMan->ShuffleCategories({cLibrary.MainCat(L"Rock")}, true); },
+        [&]
+        {
+            std::wstring sName = L"Rock";
+            EXPECT_FALSE(cSchedMan->CreateMainCat(sName));
+        },
+    };
+    const Lines colTitles{L"Error in CreateCatLevel [cSchedMan]", L"Error in ShuffleCategories [cSchedMan]",
+                          L"Error in CreateMainCat [cSchedMan]"};
+    for (std::size_t lAt = 0; lAt < colTitles.size(); ++lAt)
+    {
+        boxes.clear();
+        cWorld.cMessages.OnShown = [&]
+        {
+            cWorld.cMessages.OnShown = nullptr; // the screen fails once
+            throw RuntimeError(error::DeviceIo);
+        };
+        operations[lAt]();
+        ASSERT_EQ(boxes.size(), 2u) << lAt;
+        EXPECT_EQ(boxes[1], CriticalBox(colTitles[lAt], CriticalText(57)));
+    }
+    EXPECT_EQ(cLibrary.MainCat(L"Rock")->SubCats()->Count(), 1u);
 }
 
 TEST_F(SchedManTest, WhetherTheLibraryWindowShowsIsTheWindowsWord)
@@ -335,6 +449,33 @@ TEST_F(SchedManTest, AtItsEndADamagedListIsKeptAside)
     End();
     EXPECT_EQ(File(sMainCatsPath), "\r\nRock");
     EXPECT_EQ(File(std::wstring(sMainCatsPath) + L".bak"), damaged);
+}
+
+TEST_F(SchedManTest, OfTwoManagersInTwoFoldersEachKeepsAsideTheListItCouldNotReadAndNoOther)
+{
+    const std::string damaged = "\r\nRock\r\nRock\r\nJazz";
+    const std::wstring sTheirs = L"C:\\Other\\Scheduler\\MainCats.txt";
+    for (const bool bOwnIsDamaged : {true, false})
+    {
+        RadioWorld cBoth;
+        cBoth.cFiles.MakeFolders(L"C:\\Radio");
+        cBoth.cFiles.MakeFolders(L"C:\\Other");
+        cBoth.cFiles.Put(sMainCatsPath, bOwnIsDamaged ? damaged : "\r\nRock");
+        cBoth.cFiles.Put(sTheirs, bOwnIsDamaged ? "\r\nBlues" : damaged);
+        {
+            Library cOwn(cBoth);
+            cOwn.Populate();
+            const auto cOther = std::make_shared<clsSchedMan>(cOwn.cMod);
+            cOther->PopulateFromDataBase(std::make_shared<FakeDataBase>(), L"C:\\Other");
+            cOwn.cSchedMan->colSavedCatNames(); // reads where the library is now
+            EXPECT_TRUE(cOwn.cSchedMan->SaveCatNames());
+            EXPECT_TRUE(cOther->SaveCatNames());
+        }
+        const std::wstring sDamaged = bOwnIsDamaged ? sMainCatsPath : sTheirs;
+        const std::wstring sWhole = bOwnIsDamaged ? sTheirs : sMainCatsPath;
+        EXPECT_EQ(cBoth.cFiles.Get(sDamaged + L".bak"), damaged);
+        EXPECT_FALSE(cBoth.cFiles.FileExists(sWhole + L".bak"));
+    }
 }
 
 TEST_F(SchedManTest, AtItsEndTheOrdersOwedByPicksAreSaved)

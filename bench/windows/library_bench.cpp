@@ -1,0 +1,278 @@
+// SPDX-License-Identifier: MIT
+// What the library window costs with n cuts, beside a bare list view of the same look that shows n rows of
+// one constant text. Prints a table and exits with 1 when a ratio is above its limit.
+#include "bench/Radio.h"
+#include "platform/windows/WindowsHostLoop.h"
+#include "platform/windows/WindowsMessages.h"
+#include "scheduler/clsSchedMan.h"
+#include "ui/controls/windows/Controls.h"
+#include "ui/controls/windows/Window.h"
+#include "ui/library/windows/ControlIds.h"
+#include "ui/windows/SchedulerUi.h"
+
+#include <algorithm>
+#include <commctrl.h>
+#include <cstdio>
+#include <functional>
+#include <limits>
+
+namespace ravlo::bench
+{
+
+namespace
+{
+
+using Work = std::function<void()>;
+
+double Seconds()
+{
+    LARGE_INTEGER lNow{};
+    LARGE_INTEGER lFrequency{};
+    ::QueryPerformanceCounter(&lNow);
+    ::QueryPerformanceFrequency(&lFrequency);
+    return static_cast<double>(lNow.QuadPart) / static_cast<double>(lFrequency.QuadPart);
+}
+
+// Milliseconds of the quickest of some rounds.
+double Quickest(const Work& work, int lRounds = 5)
+{
+    double dBest = std::numeric_limits<double>::max();
+    for (int i = 0; i < lRounds; ++i)
+    {
+        const double dStart = Seconds();
+        work();
+        dBest = std::min(dBest, (Seconds() - dStart) * 1000);
+    }
+    return dBest;
+}
+
+bool bWithinLimits = true;
+
+void Row(const char* sOperation, std::int64_t lCuts, double dOurs, double dBaseline, double dLimit)
+{
+    const double dRatio = dOurs / dBaseline;
+    bWithinLimits = bWithinLimits && dRatio <= dLimit;
+    std::printf("%-34s %8lld %10.2f ms %10.2f ms %7.2f  (limit %.1f)\n", sOperation,
+                static_cast<long long>(lCuts), dOurs, dBaseline, dRatio, dLimit);
+    std::fflush(stdout);
+}
+
+// The same list view as the window's, in a window of the same size, with one text for all cells.
+class ConstantList final : public Window
+{
+public:
+    ConstantList(HWND hLike, HWND hGrid, std::size_t lRows) : Window(L"RavloBenchList")
+    {
+        RECT place{};
+        ::GetWindowRect(hLike, &place);
+        WindowStart start;
+        start.sTitle = L"Constant";
+        start.lStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
+        Create(start);
+        ::SetWindowPos(Handle(), HWND_TOP, static_cast<int>(place.left), static_cast<int>(place.top),
+                       static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top),
+                       0);
+        const auto lStyle = static_cast<DWORD>(::GetWindowLongPtrW(hGrid, GWL_STYLE));
+        hList =
+            MakeControl(Handle(), WC_LISTVIEWW, L"Rows", lStyle & ~DWORD{WS_DISABLED}, 1, WS_EX_CLIENTEDGE);
+        const LRESULT lExtended = ::SendMessageW(hGrid, LVM_GETEXTENDEDLISTVIEWSTYLE, 0, 0);
+        ::SendMessageW(hList, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, lExtended);
+        SetFont(hList, reinterpret_cast<HFONT>(::SendMessageW(hGrid, WM_GETFONT, 0, 0)));
+        for (int i = 0; i < 10; ++i)
+        {
+            LVCOLUMNW column{};
+            column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
+            ::SendMessageW(hGrid, LVM_GETCOLUMNW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&column));
+            column.mask = LVCF_WIDTH | LVCF_FMT;
+            ::SendMessageW(hList, LVM_INSERTCOLUMNW, static_cast<WPARAM>(i),
+                           reinterpret_cast<LPARAM>(&column));
+        }
+        RECT grid{};
+        ::GetWindowRect(hGrid, &grid);
+        ::MoveWindow(hList, 0, 0, static_cast<int>(grid.right - grid.left),
+                     static_cast<int>(grid.bottom - grid.top), TRUE);
+        ::SendMessageW(hList, LVM_SETITEMCOUNT, lRows, 0);
+        ::ShowWindow(Handle(), SW_SHOW);
+    }
+
+    HWND hList = nullptr;
+
+private:
+    LRESULT OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam) override
+    {
+        auto* pHeader = lMessage == WM_NOTIFY ? reinterpret_cast<NMHDR*>(lParam) : nullptr;
+        if (!pHeader || pHeader->code != LVN_GETDISPINFOW)
+            return Default(lMessage, wParam, lParam);
+        static wchar_t sText[] = L"Constant text";
+        reinterpret_cast<NMLVDISPINFOW*>(lParam)->item.pszText = sText;
+        return 0;
+    }
+    void OnException() noexcept override { std::printf("the baseline's window failed\n"); }
+};
+
+void SelectRow(HWND hList, int lRow, bool bSelect)
+{
+    LVITEMW item{};
+    item.state = bSelect ? LVIS_SELECTED : 0u;
+    item.stateMask = LVIS_SELECTED;
+    ::SendMessageW(hList, LVM_SETITEMSTATE, static_cast<WPARAM>(static_cast<INT_PTR>(lRow)),
+                   reinterpret_cast<LPARAM>(&item));
+}
+
+void SelectAll(HWND hList, bool bSelect)
+{
+    ::SendMessageW(hList, WM_SETREDRAW, FALSE, 0);
+    SelectRow(hList, -1, bSelect);
+    ::SendMessageW(hList, WM_SETREDRAW, TRUE, 0);
+}
+
+void Paint(HWND hList)
+{
+    ::RedrawWindow(hList, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
+}
+
+void Page(HWND hList)
+{
+    ::SendMessageW(hList, WM_VSCROLL, SB_TOP, 0);
+    for (int i = 0; i < 20; ++i)
+    {
+        ::SendMessageW(hList, WM_VSCROLL, SB_PAGEDOWN, 0);
+        ::UpdateWindow(hList);
+    }
+}
+
+// A station of n cuts and its library window.
+class Station
+{
+public:
+    explicit Station(std::int64_t lCuts) : m_lCuts(lCuts)
+    {
+        for (std::int64_t i = 0; i < lCuts; ++i)
+            m_cDataBase->Add(LibraryCut(i));
+        m_cSchedMan->SetWindows(m_cUi.get());
+        m_cSchedMan->PopulateFromDataBase(m_cDataBase, L"C:\\Radio\\");
+    }
+    ~Station() { m_cSchedMan->SetWindows(nullptr); }
+    Station(const Station&) = delete;
+    Station& operator=(const Station&) = delete;
+
+    // Milliseconds from the request to the painted window; does something with it and closes it.
+    double Open(const Work& work = {})
+    {
+        m_work = work;
+        m_dStart = Seconds();
+        pOpening = this;
+        const UINT_PTR lTimer = ::SetTimer(nullptr, 0, 1, &Station::OnTimer);
+        m_cSchedMan->ShowLibraryUI();
+        ::KillTimer(nullptr, lTimer);
+        return m_dOpening;
+    }
+    HWND Form() const { return ::FindWindowW(sfrmUILibClass, nullptr); }
+    HWND Grid() const
+    {
+        for (HWND hChild = ::GetWindow(Form(), GW_CHILD); hChild; hChild = ::GetWindow(hChild, GW_HWNDNEXT))
+            if (::GetDlgCtrlID(hChild) == eIdiGridLib)
+                return hChild;
+        return nullptr;
+    }
+    void Command(LibraryCommand eCommand) const
+    {
+        ::SendMessageW(Form(), WM_COMMAND, static_cast<WPARAM>(IdOf(eCommand)), 0);
+    }
+    void ShowAnew() const { m_cSchedMan->ReloadAll(); }
+    std::int64_t Size() const { return m_lCuts; }
+
+private:
+    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR lTimer, DWORD)
+    {
+        Station& cStation = *pOpening;
+        const HWND hForm = cStation.Form();
+        if (!hForm || !::IsWindowVisible(hForm))
+            return;
+        ::KillTimer(nullptr, lTimer);
+        ::UpdateWindow(hForm);
+        Paint(cStation.Grid());
+        cStation.m_dOpening = (Seconds() - cStation.m_dStart) * 1000;
+        if (cStation.m_work)
+            cStation.m_work();
+        ::PostMessageW(hForm, WM_CLOSE, 0, 0);
+    }
+    static inline Station* pOpening = nullptr;
+
+    std::int64_t m_lCuts;
+    Work m_work;
+    double m_dStart = 0;
+    double m_dOpening = 0;
+    MemoryWorld m_cWorld;
+    NoFiles m_cFiles;
+    WindowsMessages m_cMessages;
+    WindowsHostLoop m_cHostLoop;
+    ModScheduler m_cMod{Ports{m_cWorld.cClock, m_cHostLoop, m_cFiles, m_cMessages, m_cWorld.cUserSettings,
+                              m_cWorld.cCodePage, m_cWorld.cRandom}};
+    std::shared_ptr<RadioDataBase> m_cDataBase = std::make_shared<RadioDataBase>();
+    std::shared_ptr<clsSchedMan> m_cSchedMan = std::make_shared<clsSchedMan>(m_cMod);
+    std::unique_ptr<SchedulerWindows> m_cUi = NewSchedulerUi(m_cSchedMan);
+};
+
+void Measure(const Station& cStation)
+{
+    using enum LibraryCommand;
+    const HWND hGrid = cStation.Grid();
+    const std::int64_t lCuts = cStation.Size();
+    const auto lRows = static_cast<std::size_t>(lCuts);
+    const double dPaint = Quickest([&] { Paint(hGrid); });
+    const double dPage = Quickest([&] { Page(hGrid); });
+    const double dSelect = Quickest(
+        [&]
+        {
+            cStation.Command(mnuSelectAllGrid);
+            cStation.Command(mnuSelectNoneGrid);
+        });
+    SelectRow(hGrid, 7, true);
+    const double dInvert = Quickest([&] { cStation.Command(mnuInvertSelectionGrid); }, 6);
+    const double dShow = Quickest([&] { cStation.ShowAnew(); });
+
+    const ConstantList cConstant(cStation.Form(), hGrid, lRows);
+    const HWND hList = cConstant.hList;
+    Row("painting a page", lCuts, dPaint, Quickest([&] { Paint(hList); }), 2.5);
+    Row("scrolling through 20 pages", lCuts, dPage, Quickest([&] { Page(hList); }), 2.5);
+    const double dSelectBare = Quickest(
+        [&]
+        {
+            SelectAll(hList, true);
+            SelectAll(hList, false);
+        });
+    Row("selecting all and none", lCuts, dSelect, dSelectBare, 3);
+    Row("inverting, as selecting all and none", lCuts, dInvert, dSelectBare, 3);
+    const double dCount = Quickest(
+        [&]
+        {
+            ::SendMessageW(hList, LVM_SETITEMCOUNT, 0, 0);
+            ::SendMessageW(hList, LVM_SETITEMCOUNT, lRows, 0);
+            Paint(hList);
+        });
+    Row("showing all cuts and the tree anew", lCuts, dShow, dCount, 12);
+}
+
+int Run()
+{
+    std::printf("%-34s %8s %13s %13s %7s\n", "operation", "n", "window", "baseline", "ratio");
+    double dSmallest = 0;
+    for (const std::int64_t lCuts : {1'000, 10'000, 100'000})
+    {
+        Station cStation(lCuts);
+        double dOpening = std::numeric_limits<double>::max();
+        for (int i = 0; i < 5; ++i)
+            dOpening = std::min(dOpening, cStation.Open());
+        dSmallest = dSmallest == 0 ? dOpening : dSmallest;
+        Row("opening, as with 1 000 cuts", lCuts, dOpening, dSmallest, 2);
+        cStation.Open([&] { Measure(cStation); });
+    }
+    return bWithinLimits ? 0 : 1;
+}
+
+} // namespace
+
+} // namespace ravlo::bench
+
+int main() { return ravlo::bench::Run(); }
