@@ -251,7 +251,7 @@ void Measure(const Station& cStation)
             ::SendMessageW(hList, LVM_SETITEMCOUNT, lRows, 0);
             Paint(hList);
         });
-    Row("showing all cuts and the tree anew", lCuts, dShow, dCount, 12);
+    Row("showing all cuts and the tree anew", lCuts, dShow, dCount, 6);
 }
 
 int Run()
@@ -265,7 +265,7 @@ int Run()
         for (int i = 0; i < 5; ++i)
             dOpening = std::min(dOpening, cStation.Open());
         dSmallest = dSmallest == 0 ? dOpening : dSmallest;
-        Row("opening, as with 1 000 cuts", lCuts, dOpening, dSmallest, 2);
+        Row("opening, as with 1 000 cuts", lCuts, dOpening, dSmallest, 4);
         cStation.Open([&] { Measure(cStation); });
     }
     return bWithinLimits ? 0 : 1;

@@ -150,6 +150,7 @@ TEST_F(LibraryCommands, ANewCategoryAndANewLevelAppearInTheTree)
             EXPECT_EQ(Tree()[1], L" Blues");
             ClickNode(user, Item(L"Rock"));
             Command(LibraryCommand::mnuCatLevelNew);
+            EXPECT_EQ(user.Box().sTitle, L"Enter The New Category Level");
             ShotWithBoxes(user, L"library-box-new-level");
             user.AnswerInput(L"3");
             EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1", L"2", L"3"}));
