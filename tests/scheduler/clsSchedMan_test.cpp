@@ -309,8 +309,8 @@ TEST_F(SchedManTest, AnErrorWhileAskingIsShownUnderTheOperationsOwnTitle)
             throw RuntimeError(error::DeviceIo);
         };
         operations[lAt]();
-        ASSERT_EQ(boxes.size(), 2u) << lAt;
-        EXPECT_EQ(boxes[1], CriticalBox(colTitles[lAt], CriticalText(57)));
+        ASSERT_FALSE(boxes.empty());
+        EXPECT_EQ(boxes.back(), CriticalBox(colTitles[lAt], CriticalText(57)));
     }
     EXPECT_EQ(cLibrary.MainCat(L"Rock")->SubCats()->Count(), 1u);
 }
