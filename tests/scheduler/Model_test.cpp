@@ -262,9 +262,11 @@ public:
         CompareList();
         std::set<std::wstring> colTouched = m_ref.colTouched;
         for (const std::wstring& sOperation : m_cWorld.cFiles.Operations())
-            for (const auto& pMain : m_ref.colMains)
-                if (sOperation.ends_with(SifPath(pMain->sName)))
-                    colTouched.insert(Lower(pMain->sName));
+            if (sOperation.ends_with(L".sif"))
+            {
+                const std::size_t lName = sOperation.find_last_of(L'\\') + 1;
+                colTouched.insert(Lower(sOperation.substr(lName, sOperation.size() - 4 - lName)));
+            }
         for (const std::wstring& sName : colTouched)
         {
             const auto found = m_ref.colFiles.find(sName);
@@ -842,7 +844,8 @@ private:
             {
                 EXPECT_EQ(bytes.substr(lAt, 765), std::string(765, '\0'));
             }
-            EXPECT_EQ(bytes.compare(lAt + 771, 1212, std::string(1212, '\0')), 0);
+            static const std::string reserved(1212, '\0');
+            EXPECT_EQ(bytes.compare(lAt + 771, reserved.size(), reserved), 0);
             colRecords.push_back({static_cast<std::int32_t>(lLevel), lMarker != 0, {key.begin(), key.end()}});
         }
         return colRecords;
