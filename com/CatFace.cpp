@@ -17,7 +17,7 @@ CatFace::CatFace(std::shared_ptr<clsCat> cCat)
 
 STDMETHODIMP CatFace::get_MainCat(_clsCat** pVal)
 {
-    return Guard([&] { Out(pVal) = CatOut(m_cCat->MainCat()).Detach(); });
+    return Guard([&] { StoreIn(pVal, [&] { return CatOut(m_cCat->MainCat()).Detach(); }); });
 }
 STDMETHODIMP CatFace::putref_MainCat(_clsCat* newVal)
 {
@@ -29,11 +29,11 @@ STDMETHODIMP CatFace::put_CatName(BSTR newVal)
 }
 STDMETHODIMP CatFace::get_CatName(BSTR* pVal)
 {
-    return Guard([&] { Out(pVal) = NewBstr(m_cCat->CatName()); });
+    return Guard([&] { StoreIn(pVal, [&] { return NewBstr(m_cCat->CatName()); }); });
 }
 STDMETHODIMP CatFace::get_CatLevel(LONG* pVal)
 {
-    return Guard([&] { Out(pVal) = m_cCat->CatLevel(); });
+    return Guard([&] { StoreIn(pVal, [&] { return m_cCat->CatLevel(); }); });
 }
 STDMETHODIMP CatFace::put_CatLevel(LONG newVal)
 {
@@ -41,7 +41,7 @@ STDMETHODIMP CatFace::put_CatLevel(LONG newVal)
 }
 STDMETHODIMP CatFace::get_Rules(_clsCatRules** pVal)
 {
-    return Guard([&] { Out(pVal) = RulesOut(m_cCat->Rules()).Detach(); });
+    return Guard([&] { StoreIn(pVal, [&] { return RulesOut(m_cCat->Rules()).Detach(); }); });
 }
 STDMETHODIMP CatFace::putref_Rules(_clsCatRules* newVal)
 {
@@ -49,11 +49,12 @@ STDMETHODIMP CatFace::putref_Rules(_clsCatRules* newVal)
 }
 STDMETHODIMP CatFace::get_AverageRunTimemS(LONG* pVal)
 {
-    return Guard([&] { Out(pVal) = m_cCat->AverageRunTimemS(); });
+    return Guard([&] { StoreIn(pVal, [&] { return m_cCat->AverageRunTimemS(); }); });
 }
 STDMETHODIMP CatFace::get_SchedCuts(_clsCollection** pVal)
 {
-    return Guard([&] { Out(pVal) = FaceOfCollection<CutAdapter>(m_cCat->SchedCuts()).Detach(); });
+    return Guard(
+        [&] { StoreIn(pVal, [&] { return FaceOfCollection<CutAdapter>(m_cCat->SchedCuts()).Detach(); }); });
 }
 STDMETHODIMP CatFace::putref_SchedCuts(IDispatch* newVal)
 {
@@ -77,7 +78,7 @@ STDMETHODIMP CatFace::AddCut(_clsCut* cCut, VARIANT_BOOL* bCreatedNewSubCat, VAR
             };
             try
             {
-                Out(pVal) = BoolOf(m_cCat->AddCut(CutFrom(cCut), bCreated));
+                StoreIn(pVal, [&] { return BoolOf(m_cCat->AddCut(CutFrom(cCut), bCreated)); });
             }
             catch (const RuntimeError&)
             {
@@ -89,27 +90,28 @@ STDMETHODIMP CatFace::AddCut(_clsCut* cCut, VARIANT_BOOL* bCreatedNewSubCat, VAR
 }
 STDMETHODIMP CatFace::RemoveCut(_clsCut* cCut, VARIANT_BOOL* pVal)
 {
-    return Guard([&] { Out(pVal) = BoolOf(m_cCat->RemoveCut(CutFrom(cCut))); });
+    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cCat->RemoveCut(CutFrom(cCut))); }); });
 }
 STDMETHODIMP CatFace::get_TotalCuts(LONG* pVal)
 {
-    return Guard([&] { Out(pVal) = m_cCat->TotalCuts(); });
+    return Guard([&] { StoreIn(pVal, [&] { return m_cCat->TotalCuts(); }); });
 }
 STDMETHODIMP CatFace::get_SubCats(_clsCollection** pVal)
 {
-    return Guard([&] { Out(pVal) = FaceOfCollection<CatAdapter>(m_cCat->SubCats()).Detach(); });
+    return Guard(
+        [&] { StoreIn(pVal, [&] { return FaceOfCollection<CatAdapter>(m_cCat->SubCats()).Detach(); }); });
 }
 STDMETHODIMP CatFace::AddSubCat(_clsCat* cSubCat, VARIANT_BOOL* pVal)
 {
-    return Guard([&] { Out(pVal) = BoolOf(m_cCat->AddSubCat(CatFrom(cSubCat))); });
+    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cCat->AddSubCat(CatFrom(cSubCat))); }); });
 }
 STDMETHODIMP CatFace::RemoveSubCat(_clsCat* cSubCat, VARIANT_BOOL* pVal)
 {
-    return Guard([&] { Out(pVal) = BoolOf(m_cCat->RemoveSubCat(CatFrom(cSubCat))); });
+    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cCat->RemoveSubCat(CatFrom(cSubCat))); }); });
 }
 STDMETHODIMP CatFace::get_CatID(BSTR* pVal)
 {
-    return Guard([&] { Out(pVal) = NewBstr(m_cCat->CatID()); });
+    return Guard([&] { StoreIn(pVal, [&] { return NewBstr(m_cCat->CatID()); }); });
 }
 
 ComPtr<_clsCat> CatOut(const std::shared_ptr<clsCat>& cCat)

@@ -18,7 +18,7 @@ CatRulesFace::CatRulesFace(std::shared_ptr<clsCatRules> cRules)
 
 STDMETHODIMP CatRulesFace::get_AlbumSepMins(LONG* pVal)
 {
-    return Guard([&] { Out(pVal) = m_cRules->AlbumSepMins(); });
+    return Guard([&] { StoreIn(pVal, [&] { return m_cRules->AlbumSepMins(); }); });
 }
 STDMETHODIMP CatRulesFace::put_AlbumSepMins(LONG newVal)
 {
@@ -30,11 +30,11 @@ STDMETHODIMP CatRulesFace::put_CatID(BSTR newVal)
 }
 STDMETHODIMP CatRulesFace::get_CatID(BSTR* pVal)
 {
-    return Guard([&] { Out(pVal) = NewBstr(m_cRules->CatID()); });
+    return Guard([&] { StoreIn(pVal, [&] { return NewBstr(m_cRules->CatID()); }); });
 }
 STDMETHODIMP CatRulesFace::get_ArtistSepMins(LONG* pVal)
 {
-    return Guard([&] { Out(pVal) = m_cRules->ArtistSepMins(); });
+    return Guard([&] { StoreIn(pVal, [&] { return m_cRules->ArtistSepMins(); }); });
 }
 STDMETHODIMP CatRulesFace::put_ArtistSepMins(LONG newVal)
 {
@@ -42,7 +42,7 @@ STDMETHODIMP CatRulesFace::put_ArtistSepMins(LONG newVal)
 }
 STDMETHODIMP CatRulesFace::get_TitleSepMins(LONG* pVal)
 {
-    return Guard([&] { Out(pVal) = m_cRules->TitleSepMins(); });
+    return Guard([&] { StoreIn(pVal, [&] { return m_cRules->TitleSepMins(); }); });
 }
 STDMETHODIMP CatRulesFace::put_TitleSepMins(LONG newVal)
 {
@@ -50,7 +50,7 @@ STDMETHODIMP CatRulesFace::put_TitleSepMins(LONG newVal)
 }
 STDMETHODIMP CatRulesFace::get_IgnoreRules(VARIANT_BOOL* pVal)
 {
-    return Guard([&] { Out(pVal) = BoolOf(m_cRules->IgnoreRules()); });
+    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cRules->IgnoreRules()); }); });
 }
 STDMETHODIMP CatRulesFace::put_IgnoreRules(VARIANT_BOOL newVal)
 {
@@ -58,7 +58,7 @@ STDMETHODIMP CatRulesFace::put_IgnoreRules(VARIANT_BOOL newVal)
 }
 STDMETHODIMP CatRulesFace::SaveRules(VARIANT_BOOL* pVal)
 {
-    return Guard([&] { Out(pVal) = BoolOf(m_cRules->SaveRules()); });
+    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cRules->SaveRules()); }); });
 }
 
 ComPtr<_clsCatRules> RulesOut(const std::shared_ptr<clsCatRules>& cRules)

@@ -16,7 +16,7 @@ RuleViolationFace::RuleViolationFace() : Dispatch(identity) {}
 
 STDMETHODIMP RuleViolationFace::get_TitleMinsAgo(FLOAT* pVal)
 {
-    return Guard([&] { Out(pVal) = m_violation.TitleMinsAgo; });
+    return Guard([&] { StoreIn(pVal, [&] { return m_violation.TitleMinsAgo; }); });
 }
 STDMETHODIMP RuleViolationFace::put_TitleMinsAgo(FLOAT newVal)
 {
@@ -24,7 +24,7 @@ STDMETHODIMP RuleViolationFace::put_TitleMinsAgo(FLOAT newVal)
 }
 STDMETHODIMP RuleViolationFace::get_ArtistMinsAgo(FLOAT* pVal)
 {
-    return Guard([&] { Out(pVal) = m_violation.ArtistMinsAgo; });
+    return Guard([&] { StoreIn(pVal, [&] { return m_violation.ArtistMinsAgo; }); });
 }
 STDMETHODIMP RuleViolationFace::put_ArtistMinsAgo(FLOAT newVal)
 {
@@ -32,7 +32,7 @@ STDMETHODIMP RuleViolationFace::put_ArtistMinsAgo(FLOAT newVal)
 }
 STDMETHODIMP RuleViolationFace::get_AlbumMinsAgo(FLOAT* pVal)
 {
-    return Guard([&] { Out(pVal) = m_violation.AlbumMinsAgo; });
+    return Guard([&] { StoreIn(pVal, [&] { return m_violation.AlbumMinsAgo; }); });
 }
 STDMETHODIMP RuleViolationFace::put_AlbumMinsAgo(FLOAT newVal)
 {
@@ -40,7 +40,7 @@ STDMETHODIMP RuleViolationFace::put_AlbumMinsAgo(FLOAT newVal)
 }
 STDMETHODIMP RuleViolationFace::get_ViolationIndex(LONG* pVal)
 {
-    return Guard([&] { Out(pVal) = m_violation.ViolationIndex; });
+    return Guard([&] { StoreIn(pVal, [&] { return m_violation.ViolationIndex; }); });
 }
 STDMETHODIMP RuleViolationFace::put_ViolationIndex(LONG newVal)
 {
@@ -48,7 +48,7 @@ STDMETHODIMP RuleViolationFace::put_ViolationIndex(LONG newVal)
 }
 STDMETHODIMP RuleViolationFace::get_Cut(_clsCut** pVal)
 {
-    return Guard([&] { Out(pVal) = CutOut(m_violation.Cut).Detach(); });
+    return Guard([&] { StoreIn(pVal, [&] { return CutOut(m_violation.Cut).Detach(); }); });
 }
 STDMETHODIMP RuleViolationFace::putref_Cut(_clsCut* newVal)
 {
@@ -56,7 +56,8 @@ STDMETHODIMP RuleViolationFace::putref_Cut(_clsCut* newVal)
 }
 STDMETHODIMP RuleViolationFace::get_Violation(::eRuleViolation* pVal)
 {
-    return Guard([&] { Out(pVal) = static_cast<::eRuleViolation>(m_violation.Violation); });
+    return Guard([&]
+                 { StoreIn(pVal, [&] { return static_cast<::eRuleViolation>(m_violation.Violation); }); });
 }
 STDMETHODIMP RuleViolationFace::put_Violation(::eRuleViolation newVal)
 {
@@ -64,7 +65,7 @@ STDMETHODIMP RuleViolationFace::put_Violation(::eRuleViolation newVal)
 }
 STDMETHODIMP RuleViolationFace::get_MinsAgo(FLOAT* pVal)
 {
-    return Guard([&] { Out(pVal) = m_violation.MinsAgo; });
+    return Guard([&] { StoreIn(pVal, [&] { return m_violation.MinsAgo; }); });
 }
 STDMETHODIMP RuleViolationFace::put_MinsAgo(FLOAT newVal)
 {

@@ -121,7 +121,11 @@ SchedManFace::~SchedManFace()
 
 STDMETHODIMP SchedManFace::get_colIllegalChars(_clsCollection** pVal)
 {
-    return Guard([&] { Out(pVal) = CollectionOut<TextAdapter>(m_cSchedMan->colIllegalChars()).Detach(); });
+    return Guard(
+        [&] {
+            StoreIn(pVal,
+                    [&] { return CollectionOut<TextAdapter>(m_cSchedMan->colIllegalChars()).Detach(); });
+        });
 }
 
 STDMETHODIMP SchedManFace::RaiseEditRequestCutEvent(_clsCut* cCut, VARIANT* Result)
@@ -131,15 +135,21 @@ STDMETHODIMP SchedManFace::RaiseEditRequestCutEvent(_clsCut* cCut, VARIANT* Resu
 
 STDMETHODIMP SchedManFace::get_ArtistHistoryCut(BSTR sArtist, _clsCut** pVal)
 {
-    return Guard([&] { Out(pVal) = CutOut(m_cSchedMan->ArtistHistoryCut(TextOf(sArtist))).Detach(); });
+    return Guard(
+        [&]
+        { StoreIn(pVal, [&] { return CutOut(m_cSchedMan->ArtistHistoryCut(TextOf(sArtist))).Detach(); }); });
 }
 STDMETHODIMP SchedManFace::get_AlbumHistoryCut(BSTR sAlbum, _clsCut** pVal)
 {
-    return Guard([&] { Out(pVal) = CutOut(m_cSchedMan->AlbumHistoryCut(TextOf(sAlbum))).Detach(); });
+    return Guard(
+        [&]
+        { StoreIn(pVal, [&] { return CutOut(m_cSchedMan->AlbumHistoryCut(TextOf(sAlbum))).Detach(); }); });
 }
 STDMETHODIMP SchedManFace::get_TitleHistoryCut(BSTR sTitle, _clsCut** pVal)
 {
-    return Guard([&] { Out(pVal) = CutOut(m_cSchedMan->TitleHistoryCut(TextOf(sTitle))).Detach(); });
+    return Guard(
+        [&]
+        { StoreIn(pVal, [&] { return CutOut(m_cSchedMan->TitleHistoryCut(TextOf(sTitle))).Detach(); }); });
 }
 
 STDMETHODIMP SchedManFace::get_DataBase(_clsDataBase** pVal)
@@ -149,18 +159,23 @@ STDMETHODIMP SchedManFace::get_DataBase(_clsDataBase** pVal)
         {
             // Whatever was handed in at this edge came as a HostDatabase.
             const auto cDataBase = std::dynamic_pointer_cast<HostDatabase>(m_cSchedMan->DataBase());
-            Out(pVal) = cDataBase ? ComPtr<_clsDataBase>(cDataBase->Host()).Detach() : nullptr;
+            StoreIn(pVal,
+                    [&] { return cDataBase ? ComPtr<_clsDataBase>(cDataBase->Host()).Detach() : nullptr; });
         });
 }
 
 STDMETHODIMP SchedManFace::get_AppPath(BSTR* pVal)
 {
-    return Guard([&] { Out(pVal) = NewBstr(m_cSchedMan->AppPath()); });
+    return Guard([&] { StoreIn(pVal, [&] { return NewBstr(m_cSchedMan->AppPath()); }); });
 }
 
 STDMETHODIMP SchedManFace::colSavedCatNames(_clsCollection** pVal)
 {
-    return Guard([&] { Out(pVal) = CollectionOut<TextAdapter>(m_cSchedMan->colSavedCatNames()).Detach(); });
+    return Guard(
+        [&] {
+            StoreIn(pVal,
+                    [&] { return CollectionOut<TextAdapter>(m_cSchedMan->colSavedCatNames()).Detach(); });
+        });
 }
 
 STDMETHODIMP SchedManFace::PopulateFromDataBase(_clsDataBase* cDataBase, BSTR strAppPath)
@@ -170,7 +185,9 @@ STDMETHODIMP SchedManFace::PopulateFromDataBase(_clsDataBase* cDataBase, BSTR st
 
 STDMETHODIMP SchedManFace::get_colMainCats(_clsCollection** pVal)
 {
-    return Guard([&] { Out(pVal) = CollectionOut<CatAdapter>(m_cSchedMan->colMainCats()).Detach(); });
+    return Guard(
+        [&]
+        { StoreIn(pVal, [&] { return CollectionOut<CatAdapter>(m_cSchedMan->colMainCats()).Detach(); }); });
 }
 
 STDMETHODIMP SchedManFace::get_colCuts(BSTR sCatName, LONG lCatLevel, _clsCollection** pVal)
@@ -179,17 +196,19 @@ STDMETHODIMP SchedManFace::get_colCuts(BSTR sCatName, LONG lCatLevel, _clsCollec
         [&]
         {
             const auto colCuts = m_cSchedMan->colCuts(TextOf(sCatName), static_cast<std::int32_t>(lCatLevel));
-            Out(pVal) = CollectionOut<CutAdapter>(colCuts).Detach();
+            StoreIn(pVal, [&] { return CollectionOut<CutAdapter>(colCuts).Detach(); });
         });
 }
 
 STDMETHODIMP SchedManFace::SaveCatNames(VARIANT_BOOL* pVal)
 {
-    return Guard([&] { Out(pVal) = BoolOf(m_cSchedMan->SaveCatNames()); });
+    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cSchedMan->SaveCatNames()); }); });
 }
 STDMETHODIMP SchedManFace::SaveHistoryAndOrdering(_clsCat* cMainCat, VARIANT_BOOL* pVal)
 {
-    return Guard([&] { Out(pVal) = BoolOf(m_cSchedMan->SaveHistoryAndOrdering(CatFrom(cMainCat))); });
+    return Guard(
+        [&]
+        { StoreIn(pVal, [&] { return BoolOf(m_cSchedMan->SaveHistoryAndOrdering(CatFrom(cMainCat))); }); });
 }
 
 STDMETHODIMP SchedManFace::ShowLibraryUI()
@@ -290,7 +309,8 @@ STDMETHODIMP SchedManFace::CreateMainCat(BSTR* sName, VARIANT_BOOL* pVal)
 }
 STDMETHODIMP SchedManFace::CreateCatLevel(_clsCat* cMainCatIn, VARIANT_BOOL* pVal)
 {
-    return Guard([&] { Out(pVal) = BoolOf(m_cSchedMan->CreateCatLevel(CatFrom(cMainCatIn))); });
+    return Guard(
+        [&] { StoreIn(pVal, [&] { return BoolOf(m_cSchedMan->CreateCatLevel(CatFrom(cMainCatIn))); }); });
 }
 
 STDMETHODIMP SchedManFace::UpdateArtistTitleHistory(_clsCut* cCut)
@@ -300,7 +320,7 @@ STDMETHODIMP SchedManFace::UpdateArtistTitleHistory(_clsCut* cCut)
 
 STDMETHODIMP SchedManFace::ListCats(IDispatch* colCats, BSTR* pVal)
 {
-    return Guard([&] { Out(pVal) = NewBstr(m_cSchedMan->ListCats(CatsIn(colCats))); });
+    return Guard([&] { StoreIn(pVal, [&] { return NewBstr(m_cSchedMan->ListCats(CatsIn(colCats))); }); });
 }
 
 STDMETHODIMP SchedManFace::RemoveCutFromCategory(_clsCat* cMainCat, _clsCut* cCut,
@@ -322,7 +342,7 @@ STDMETHODIMP SchedManFace::RemoveCutFromCategory(_clsCat* cMainCat, _clsCut* cCu
 
 STDMETHODIMP SchedManFace::DeleteCats(IDispatch* colCats, VARIANT_BOOL* pVal)
 {
-    return Guard([&] { Out(pVal) = BoolOf(m_cSchedMan->DeleteCats(CatsIn(colCats))); });
+    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cSchedMan->DeleteCats(CatsIn(colCats))); }); });
 }
 STDMETHODIMP SchedManFace::DoMassCatChange(::eCatDragOptions eCatDragOption, IDispatch* colSubCatsFrom,
                                            _clsCat* cSubCatTo, IDispatch* colCutsToChange,
@@ -397,7 +417,7 @@ STDMETHODIMP SchedManFace::get_NextCutFromRotation(BSTR strSubCatKey, VARIANT_BO
 
 STDMETHODIMP SchedManFace::get_RotatesAllowed(VARIANT_BOOL* pVal)
 {
-    return Guard([&] { Out(pVal) = BoolOf(m_cSchedMan->RotatesAllowed()); });
+    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cSchedMan->RotatesAllowed()); }); });
 }
 STDMETHODIMP SchedManFace::put_RotatesAllowed(VARIANT_BOOL newVal)
 {
@@ -409,7 +429,7 @@ STDMETHODIMP SchedManFace::ShowHelp()
 }
 STDMETHODIMP SchedManFace::get_UIShowing(VARIANT_BOOL* pVal)
 {
-    return Guard([&] { Out(pVal) = BoolOf(m_cSchedMan->UIShowing()); });
+    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cSchedMan->UIShowing()); }); });
 }
 STDMETHODIMP SchedManFace::ReloadAll()
 {

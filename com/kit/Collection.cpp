@@ -107,9 +107,12 @@ public:
     }
     STDMETHODIMP Clone(IEnumVARIANT** ppEnum) override
     {
-        return GuardAs(IID_IEnumVARIANT, CollectionFace::identity.sProgID,
-                       [&]
-                       { Out(ppEnum) = NewObject<Enumerator>(m_cOwner, m_count, m_at, m_lNext).Detach(); });
+        return GuardAs(
+            IID_IEnumVARIANT, CollectionFace::identity.sProgID,
+            [&] {
+                StoreIn(ppEnum,
+                        [&] { return NewObject<Enumerator>(m_cOwner, m_count, m_at, m_lNext).Detach(); });
+            });
     }
 
 private:
@@ -145,7 +148,7 @@ STDMETHODIMP CollectionFace::Add(VARIANT Item, VARIANT Key, VARIANT Before, VARI
 
 STDMETHODIMP CollectionFace::get_Item(VARIANT Index, VARIANT* pVal)
 {
-    return Guard([&] { Out(pVal) = m_cModel->At(Locate(*m_cModel, Index)).Detach(); });
+    return Guard([&] { StoreIn(pVal, [&] { return m_cModel->At(Locate(*m_cModel, Index)).Detach(); }); });
 }
 
 STDMETHODIMP CollectionFace::Exists(VARIANT Key, VARIANT_BOOL* pVal)
@@ -169,7 +172,7 @@ STDMETHODIMP CollectionFace::Remove(VARIANT Index)
 
 STDMETHODIMP CollectionFace::get_Count(LONG* pVal)
 {
-    return Guard([&] { Out(pVal) = static_cast<LONG>(m_cModel->Count()); });
+    return Guard([&] { StoreIn(pVal, [&] { return static_cast<LONG>(m_cModel->Count()); }); });
 }
 
 STDMETHODIMP CollectionFace::get__NewEnum(IUnknown** ppEnum)
@@ -179,11 +182,15 @@ STDMETHODIMP CollectionFace::get__NewEnum(IUnknown** ppEnum)
         {
             CollectionModel* pModel =
                 m_cModel.get(); // lives as long as its owner, which the enumerator holds
-            Out(ppEnum) = NewEnumerator(
-                              ComPtr<IUnknown>(static_cast<_clsCollection*>(this)),
-                              [pModel] { return pModel->Count(); },
-                              [pModel](std::size_t lPosition) { return pModel->At(lPosition); })
-                              .Detach();
+            StoreIn(ppEnum,
+                    [&]
+                    {
+                        return NewEnumerator(
+                                   ComPtr<IUnknown>(static_cast<_clsCollection*>(this)),
+                                   [pModel] { return pModel->Count(); },
+                                   [pModel](std::size_t lPosition) { return pModel->At(lPosition); })
+                            .Detach();
+                    });
         });
 }
 

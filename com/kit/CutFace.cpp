@@ -71,15 +71,15 @@ CutFace::CutFace(std::shared_ptr<Cut> cCut)
 
 HRESULT CutFace::Get(BSTR* pVal, std::wstring (Cut::*get)() const) noexcept
 {
-    return Guard([&] { Out(pVal) = NewBstr((*m_cCut.*get)()); });
+    return Guard([&] { StoreIn(pVal, [&] { return NewBstr((*m_cCut.*get)()); }); });
 }
 HRESULT CutFace::Get(LONG* pVal, std::int32_t (Cut::*get)() const) noexcept
 {
-    return Guard([&] { Out(pVal) = (*m_cCut.*get)(); });
+    return Guard([&] { StoreIn(pVal, [&] { return (*m_cCut.*get)(); }); });
 }
 HRESULT CutFace::Get(VARIANT_BOOL* pVal, bool (Cut::*get)() const) noexcept
 {
-    return Guard([&] { Out(pVal) = BoolOf((*m_cCut.*get)()); });
+    return Guard([&] { StoreIn(pVal, [&] { return BoolOf((*m_cCut.*get)()); }); });
 }
 HRESULT CutFace::Put(BSTR newVal, void (Cut::*set)(const std::wstring&)) noexcept
 {
@@ -97,7 +97,7 @@ HRESULT CutFace::Put(VARIANT_BOOL newVal, void (Cut::*set)(bool)) noexcept
 STDMETHODIMP CutFace::get_ID(LONG* pVal) { return Get(pVal, &Cut::ID); }
 STDMETHODIMP CutFace::get_Key(BSTR* pVal)
 {
-    return Guard([&] { Out(pVal) = NewBstr(m_cCut->Key().Text()); });
+    return Guard([&] { StoreIn(pVal, [&] { return NewBstr(m_cCut->Key().Text()); }); });
 }
 STDMETHODIMP CutFace::put_Key(BSTR newVal) { return Put(newVal, &Cut::SetKey); }
 STDMETHODIMP CutFace::get_SecondaryKey(BSTR* pVal) { return Get(pVal, &Cut::SecondaryKey); }
@@ -122,13 +122,17 @@ STDMETHODIMP CutFace::get_Categories(_clsCollection** pVal)
     return Guard(
         [&]
         {
-            Out(pVal) = FaceMap<CollectionFace>::Instance()
+            StoreIn(pVal,
+                    [&]
+                    {
+                        return FaceMap<CollectionFace>::Instance()
                             .Get(m_cCut.get(),
                                  [&] {
                                      return NewObject<CollectionFace>(
                                          m_cCut.get(), std::make_unique<CategoriesModel>(m_cCut));
                                  })
                             .Detach();
+                    });
         });
 }
 
@@ -139,7 +143,7 @@ STDMETHODIMP CutFace::put_DurationmS(LONG newVal) { return Put(newVal, &Cut::Set
 STDMETHODIMP CutFace::get_DurationText(BSTR* pVal) { return Get(pVal, &Cut::DurationText); }
 STDMETHODIMP CutFace::get_LastPlayed(DATE* pVal)
 {
-    return Guard([&] { Out(pVal) = m_cCut->LastPlayed(); });
+    return Guard([&] { StoreIn(pVal, [&] { return m_cCut->LastPlayed(); }); });
 }
 STDMETHODIMP CutFace::put_LastPlayed(DATE newVal)
 {
@@ -155,7 +159,7 @@ STDMETHODIMP CutFace::get_KindCode(LONG* pVal) { return Get(pVal, &Cut::KindCode
 STDMETHODIMP CutFace::put_KindCode(LONG newVal) { return Put(newVal, &Cut::SetKindCode); }
 STDMETHODIMP CutFace::CloneCut(_clsCut** pVal)
 {
-    return Guard([&] { Out(pVal) = CutOut(m_cCut->CloneCut()).Detach(); });
+    return Guard([&] { StoreIn(pVal, [&] { return CutOut(m_cCut->CloneCut()).Detach(); }); });
 }
 
 ComPtr<_clsCut> CutOut(const std::shared_ptr<Cut>& cCut)

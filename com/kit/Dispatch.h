@@ -94,7 +94,7 @@ public:
 
     STDMETHODIMP GetClassInfo(ITypeInfo** ppInfo) override
     {
-        return Guard([&] { Out(ppInfo) = module::TypeInfoOf(m_identity.clsid).Detach(); });
+        return Guard([&] { StoreIn(ppInfo, [&] { return module::TypeInfoOf(m_identity.clsid).Detach(); }); });
     }
     STDMETHODIMP GetGUID(DWORD lKind, GUID* pGuid) override
     {

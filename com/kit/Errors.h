@@ -67,4 +67,12 @@ template <class T> T& Out(T* pResult)
     return *pResult;
 }
 
+// Stores what make yields where the caller keeps it. Without a place nothing is made: a new reference or
+// string would have no owner, and work would be done that is reported as failed.
+template <class T, class Make> void StoreIn(T* pResult, Make&& make)
+{
+    T& place = Out(pResult);
+    place = make();
+}
+
 } // namespace ravlo

@@ -55,8 +55,9 @@ public:
     }
     STDMETHODIMP Clone(Interface** ppEnum) override
     {
-        return GuardAs(__uuidof(Interface), L"",
-                       [&] { Out(ppEnum) = NewObject<ListEnum>(m_colItems, m_lNext).Detach(); });
+        return GuardAs(
+            __uuidof(Interface), L"",
+            [&] { StoreIn(ppEnum, [&] { return NewObject<ListEnum>(m_colItems, m_lNext).Detach(); }); });
     }
 
 private:
@@ -117,11 +118,14 @@ STDMETHODIMP_(ULONG) EventSource::Release() { return m_cOwner.Release(); }
 
 STDMETHODIMP EventSource::EnumConnectionPoints(IEnumConnectionPoints** ppEnum)
 {
-    return GuardAs(IID_IConnectionPointContainer, L"",
-                   [&] {
-                       Out(ppEnum) =
-                           NewObject<PointEnum>(std::vector{ComPtr<IConnectionPoint>(&m_cPoint)}).Detach();
-                   });
+    return GuardAs(
+        IID_IConnectionPointContainer, L"",
+        [&]
+        {
+            StoreIn(
+                ppEnum, [&]
+                { return NewObject<PointEnum>(std::vector{ComPtr<IConnectionPoint>(&m_cPoint)}).Detach(); });
+        });
 }
 
 STDMETHODIMP EventSource::FindConnectionPoint(REFIID iid, IConnectionPoint** ppPoint)
@@ -204,7 +208,7 @@ STDMETHODIMP EventSource::Point::EnumConnections(IEnumConnections** ppEnum)
                        std::vector<std::pair<DWORD, ComPtr<IDispatch>>> colItems;
                        for (const Sink& sink : m_cSource.m_colSinks)
                            colItems.emplace_back(sink.lCookie, sink.cSink);
-                       Out(ppEnum) = NewObject<SinkEnum>(std::move(colItems)).Detach();
+                       StoreIn(ppEnum, [&] { return NewObject<SinkEnum>(std::move(colItems)).Detach(); });
                    });
 }
 

@@ -52,7 +52,7 @@ STDMETHODIMP ValueListFace::get_Item(VARIANT Index, VARIANT* pVal)
         [&]
         {
             const std::size_t lPosition = PositionFrom(Variant::Dereferenced(Index), m_colValues.size());
-            Out(pVal) = Variant(m_colValues[lPosition]).Detach();
+            StoreIn(pVal, [&] { return Variant(m_colValues[lPosition]).Detach(); });
         });
 }
 
@@ -68,7 +68,7 @@ STDMETHODIMP ValueListFace::Remove(VARIANT Index)
 
 STDMETHODIMP ValueListFace::get_Count(LONG* pVal)
 {
-    return Guard([&] { Out(pVal) = static_cast<LONG>(m_colValues.size()); });
+    return Guard([&] { StoreIn(pVal, [&] { return static_cast<LONG>(m_colValues.size()); }); });
 }
 
 STDMETHODIMP ValueListFace::get__NewEnum(IUnknown** ppEnum)
@@ -76,11 +76,15 @@ STDMETHODIMP ValueListFace::get__NewEnum(IUnknown** ppEnum)
     return Guard(
         [&]
         {
-            Out(ppEnum) = NewEnumerator(
-                              ComPtr<IUnknown>(static_cast<_clsValueList*>(this)),
-                              [this] { return m_colValues.size(); },
-                              [this](std::size_t lPosition) { return m_colValues[lPosition]; })
-                              .Detach();
+            StoreIn(ppEnum,
+                    [&]
+                    {
+                        return NewEnumerator(
+                                   ComPtr<IUnknown>(static_cast<_clsValueList*>(this)),
+                                   [this] { return m_colValues.size(); },
+                                   [this](std::size_t lPosition) { return m_colValues[lPosition]; })
+                            .Detach();
+                    });
         });
 }
 

@@ -106,7 +106,7 @@ STDMETHODIMP DataBaseFace::Close()
 }
 STDMETHODIMP DataBaseFace::get_FileName(BSTR* pVal)
 {
-    return Guard([&] { Out(pVal) = NewBstr(m_cStore->FileName()); });
+    return Guard([&] { StoreIn(pVal, [&] { return NewBstr(m_cStore->FileName()); }); });
 }
 
 STDMETHODIMP DataBaseFace::get_Cuts(_clsCollection** pVal)
@@ -115,44 +115,53 @@ STDMETHODIMP DataBaseFace::get_Cuts(_clsCollection** pVal)
         [&]
         {
             const void* pIdentity = &m_cStore->CutCollection();
-            Out(pVal) = FaceMap<CollectionFace>::Instance()
+            StoreIn(pVal,
+                    [&]
+                    {
+                        return FaceMap<CollectionFace>::Instance()
                             .Get(pIdentity,
                                  [&] {
                                      return NewObject<CollectionFace>(pIdentity,
                                                                       std::make_unique<StoreCuts>(m_cStore));
                                  })
                             .Detach();
+                    });
         });
 }
 
 STDMETHODIMP DataBaseFace::CutByKey(BSTR sKey, _clsCut** pVal)
 {
-    return Guard([&] { Out(pVal) = CutOut(m_cStore->CutByKey(TextKey(TextOf(sKey)))).Detach(); });
+    return Guard(
+        [&] { StoreIn(pVal, [&] { return CutOut(m_cStore->CutByKey(TextKey(TextOf(sKey)))).Detach(); }); });
 }
 STDMETHODIMP DataBaseFace::CutByArtistTitle(BSTR sArtist, BSTR sTitle, _clsCut** pVal)
 {
     return Guard(
-        [&] { Out(pVal) = CutOut(m_cStore->CutByArtistTitle(TextOf(sArtist), TextOf(sTitle))).Detach(); });
+        [&]
+        {
+            StoreIn(pVal, [&]
+                    { return CutOut(m_cStore->CutByArtistTitle(TextOf(sArtist), TextOf(sTitle))).Detach(); });
+        });
 }
 STDMETHODIMP DataBaseFace::NewCut(_clsCut** pVal)
 {
-    return Guard([&] { Out(pVal) = CutOut(m_cStore->NewCut()).Detach(); });
+    return Guard([&] { StoreIn(pVal, [&] { return CutOut(m_cStore->NewCut()).Detach(); }); });
 }
 STDMETHODIMP DataBaseFace::AddCuts(IDispatch* colCuts, LONG* pVal)
 {
-    return Guard([&] { Out(pVal) = m_cStore->AddCuts(CutsIn(colCuts)); });
+    return Guard([&] { StoreIn(pVal, [&] { return m_cStore->AddCuts(CutsIn(colCuts)); }); });
 }
 STDMETHODIMP DataBaseFace::ModifyCuts(IDispatch* colCuts, LONG* pVal)
 {
-    return Guard([&] { Out(pVal) = m_cStore->ModifyCuts(CutsIn(colCuts)); });
+    return Guard([&] { StoreIn(pVal, [&] { return m_cStore->ModifyCuts(CutsIn(colCuts)); }); });
 }
 STDMETHODIMP DataBaseFace::RemoveCuts(IDispatch* colCuts, LONG* pVal)
 {
-    return Guard([&] { Out(pVal) = m_cStore->RemoveCuts(CutsIn(colCuts)); });
+    return Guard([&] { StoreIn(pVal, [&] { return m_cStore->RemoveCuts(CutsIn(colCuts)); }); });
 }
 STDMETHODIMP DataBaseFace::ImportCsv(BSTR sFile, LONG* pVal)
 {
-    return Guard([&] { Out(pVal) = m_cStore->ImportCsv(TextOf(sFile)); });
+    return Guard([&] { StoreIn(pVal, [&] { return m_cStore->ImportCsv(TextOf(sFile)); }); });
 }
 
 STDMETHODIMP BatchesFace::QueryInterface(REFIID iid, void** ppvObject)

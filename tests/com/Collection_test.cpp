@@ -215,6 +215,56 @@ TEST_F(EnumerationTest, AnEnumeratorKeepsItsCollectionAlive)
     EXPECT_EQ(Next(cEnum), L"a!");
 }
 
+TEST_F(EnumerationTest, AFailureHandsOutNothingAndKeepsThePlace)
+{
+    const auto cDataBase = Create<_clsDataBase>(CLSID_clsDataBase);
+    const Bstr sFile{(Folder() / L"station.db").wstring()};
+    ASSERT_EQ(cDataBase->Open(sFile.Get()), S_OK);
+    std::vector<Variant> colNew;
+    for (const wchar_t* sKey : {L"a", L"b", L"c"})
+    {
+        ComPtr<_clsCut> cCut;
+        ASSERT_EQ(cDataBase->NewCut(cCut.Receive()), S_OK);
+        ASSERT_EQ(cCut->put_Key(Bstr(sKey).Get()), S_OK);
+        colNew.push_back(Object(cCut));
+    }
+    LONG lAdded = 0;
+    ASSERT_EQ(cDataBase->AddCuts(CollectionOf(colNew).Get(), &lAdded), S_OK);
+    ComPtr<_clsCollection> colCuts;
+    ASSERT_EQ(cDataBase->get_Cuts(colCuts.Receive()), S_OK);
+    ComPtr<IUnknown> cUnknown;
+    ASSERT_EQ(colCuts->get__NewEnum(cUnknown.Receive()), S_OK);
+    const auto cEnum = cUnknown.As<IEnumVARIANT>();
+    ASSERT_EQ(cEnum->Skip(1), S_OK);
+
+    ASSERT_EQ(cDataBase->Close(), S_OK);
+    Variant colItems[2];
+    ULONG lFetched = 7;
+    EXPECT_EQ(cEnum->Next(2, colItems, &lFetched), ErrorResult(91));
+    EXPECT_EQ(TakeErrorInfo().sDescription, L"The database is not open.");
+    EXPECT_EQ(lFetched, 0u);
+    EXPECT_EQ(colItems[0].vt, VT_EMPTY);
+    EXPECT_EQ(cEnum->Skip(1), ErrorResult(91));
+    EXPECT_EQ(TakeErrorInfo().sDescription, L"The database is not open.");
+
+    ASSERT_EQ(cDataBase->Open(sFile.Get()), S_OK);
+    ASSERT_EQ(cEnum->Next(1, colItems, &lFetched), S_OK);
+    EXPECT_EQ(TextOfProperty(ObjectIn<_clsCut>(colItems[0]), &_clsCut::get_Key), L"b");
+}
+
+TEST_F(EnumerationTest, APlaceForTheItemsIsDemanded)
+{
+    AddKeyed({L"a"});
+    const auto cEnum = NewEnum();
+    Variant colItems[2];
+    ULONG lFetched = 0;
+    EXPECT_EQ(cEnum->Next(1, nullptr, &lFetched), E_POINTER);
+    EXPECT_EQ(cEnum->Next(2, colItems, nullptr), E_POINTER) << "only a single item needs no count";
+    EXPECT_EQ(cEnum->Next(1, colItems, nullptr), S_OK);
+    EXPECT_EQ(TextOf(colItems[0].bstrVal), L"a!");
+    EXPECT_EQ(cEnum->Clone(nullptr), E_POINTER);
+}
+
 class ValueListTest : public ComTest
 {
 protected:

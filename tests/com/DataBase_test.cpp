@@ -81,6 +81,13 @@ TEST_F(DataBaseTest, CutsAreTakenFromAnyCollectionAndOfAnyKind)
     EXPECT_EQ(m_cDataBase->AddCuts(m_cMan.Get(), &lAdded), ErrorResult(451));
 }
 
+TEST_F(DataBaseTest, WithoutAPlaceForTheNumberNothingIsDone)
+{
+    EXPECT_EQ(m_cDataBase->AddCuts(CollectionOf({Object(NewCut(L"One", L"Rock", 1))}).Get(), nullptr),
+              E_POINTER);
+    EXPECT_EQ(LongOfProperty(AllCuts(), &_clsCollection::get_Count), 0);
+}
+
 TEST_F(DataBaseTest, AnExistingKeyIsError457)
 {
     AddCut(L"First", L"Rock", 1);

@@ -87,6 +87,28 @@ TEST_F(HostCutTest, RemovingGoesByPositionWhereTheHostKeysItsListInItsOwnWay)
     EXPECT_EQ(Assignments(cCut), Texts{L"Pop"});
 }
 
+TEST_F(HostCutTest, ACutMayShortenTheListThatItIsBeingAddedTo)
+{
+    m_cDataBase->AddCut(L"One", L"Rock", 1);
+    m_cDataBase->AddCut(L"Two", L"Rock", 1);
+    Populate();
+    ComPtr<_clsCollection> colCuts;
+    ASSERT_EQ(m_cMan->get_colCuts(Bstr(L"Rock").Get(), 1, colCuts.Receive()), S_OK);
+    const auto cCut = NewObject<HostCutObject>(L"C:\\Three.mp3");
+    int lLeft = 2;
+    cCut->m_onAsked = [&]
+    {
+        while (lLeft-- > 0)
+            EXPECT_EQ(colCuts->Remove(Long(1)), S_OK);
+    };
+    EXPECT_EQ(colCuts->Add(Object(cCut), Text(cCut->m_sKey), Variant::Omitted(), Long(2)), S_OK);
+    ASSERT_EQ(LongOfProperty(colCuts, &_clsCollection::get_Count), 1);
+    Variant cItem;
+    ASSERT_EQ(colCuts->get_Item(Long(1), &cItem), S_OK);
+    EXPECT_TRUE(IsSame(ObjectIn<_clsCut>(cItem), cCut));
+    cCut->m_onAsked = nullptr;
+}
+
 // A connection point that takes no sinks.
 class RefusingPoints final : public Unknown<IConnectionPointContainer>
 {

@@ -108,8 +108,15 @@ public:
     VARIANT_BOOL m_bOpener = VARIANT_FALSE;
     VARIANT_BOOL m_bMustBeOpener = VARIANT_FALSE;
     ComPtr<HostCollection> m_colNames = NewObject<HostCollection>();
-    HRESULT m_hKey = S_OK; // what asking for the key answers
+    HRESULT m_hKey = S_OK;           // what asking for the key answers
+    std::function<void()> m_onAsked; // before it answers what interfaces it has
 
+    STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override
+    {
+        if (m_onAsked)
+            m_onAsked();
+        return HostObject::QueryInterface(iid, ppvObject);
+    }
     void FileIn(const std::wstring& sCatName)
     {
         m_colNames->m_colItems.emplace_back(sCatName, Variant(std::wstring_view(sCatName)));

@@ -282,7 +282,12 @@ TEST_F(InvokeTest, AnEarlyBoundErrorLeavesItsTextWithTheThread)
 
 TEST_F(InvokeTest, AMissingPlaceForAResultIsRefused)
 {
+    // That nothing is made for nobody to own, the end of the test checks.
     EXPECT_EQ(m_cCat->get_CatName(nullptr), E_POINTER);
+    EXPECT_EQ(m_cCat->get_SubCats(nullptr), E_POINTER);
+    EXPECT_EQ(m_cCat->get_Rules(nullptr), E_POINTER);
+    EXPECT_EQ(m_cMan->get_colIllegalChars(nullptr), E_POINTER);
+    EXPECT_EQ(m_cCut->CloneCut(nullptr), E_POINTER);
     EXPECT_EQ(m_cMan->get_UIShowing(nullptr), E_POINTER);
     EXPECT_EQ(m_cMan->RaiseEditRequestCutEvent(m_cCut.Get(), nullptr), E_POINTER);
     EXPECT_EQ(m_cCat->Invoke(1, IID_NULL, 0, wGet, nullptr, nullptr, nullptr, nullptr), E_POINTER);
