@@ -244,7 +244,13 @@ TEST_F(LibraryDrag, ANodeThePointerRestsOnOpens)
         {
             ClickRow(user, 0);
             DragOverNode(user, 0, Item(L"r&b"));
-            user.Until([&] { return IsExpanded(Item(L"r&b")); }, "the node to open");
+            user.Until(
+                [&]
+                {
+                    user.MoveTo(hTree, MiddleOf(Item(L"r&b")));
+                    return IsExpanded(Item(L"r&b"));
+                },
+                "the node to open");
             user.Key(VK_ESCAPE);
             user.Release();
         });

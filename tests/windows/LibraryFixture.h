@@ -39,9 +39,9 @@ struct LibraryWindowTest : ::testing::Test
         const auto cCut = cStation.cDataBase->Add(sKey, sCategories, lLevel, lRunTimemS);
         cCut->lID = static_cast<std::int32_t>(cStation.cDataBase->colCuts.size());
         cCut->SetArtist(sArtist);
-        cCut->SetTitle(L"Song " + sKey);
-        cCut->SetDurationmS(150'000 + 1'000 * cCut->lID);
-        cCut->SetYear(1970 + cCut->lID);
+        cCut->SetTitle(L"Song " + std::to_wstring(cCut->lID));
+        cCut->SetDurationmS(150'000 + 7'000 * (cCut->lID % 30));
+        cCut->SetYear(1970 + cCut->lID % 50);
     }
     void FillStation()
     {
@@ -382,7 +382,19 @@ struct LibraryWindowTest : ::testing::Test
     void DragOverNode(const User& user, int lRow, HTREEITEM hItem) const
     {
         DragOver(user, lRow, hTree, MiddleOf(hItem));
-        user.Until([&] { return NextItem(nullptr, TVGN_DROPHILITE) == hItem; }, "the target to be marked");
+        // The display may have reported an earlier place after the last one: so the hand does not rest.
+        LONG lAside = 0;
+        user.Until(
+            [&]
+            {
+                if (NextItem(nullptr, TVGN_DROPHILITE) == hItem)
+                    return true;
+                const POINT at = MiddleOf(hItem);
+                lAside = 1 - lAside;
+                user.MoveTo(hTree, {at.x + lAside, at.y});
+                return false;
+            },
+            "the target to be marked");
     }
     void DropOnNode(const User& user, int lRow, HTREEITEM hItem) const
     {

@@ -45,8 +45,8 @@ TEST_F(LibraryGrid, ItHasTenColumnsAndACutsTexts)
             Texts colCells;
             for (int lColumn = 0; lColumn < 10; ++lColumn)
                 colCells.push_back(Cell(1, lColumn));
-            EXPECT_EQ(colCells, (Texts{L"2", L"2", L"Blur", L"Song C:\\Music\\rock2.wav", L"2:32", L"Rock",
-                                       L"1", L"1972", L"Y", L"C:\\Music\\rock2.wav"}));
+            EXPECT_EQ(colCells, (Texts{L"2", L"2", L"Blur", L"Song 2", L"2:44", L"Rock", L"1", L"1972", L"Y",
+                                       L"C:\\Music\\rock2.wav"}));
             EXPECT_EQ(Cell(0, 8), L"N");
         });
 }

@@ -268,8 +268,10 @@ HWND User::FocusedWindow() const
 
 // ---- the mouse ----
 
+// Always with the place: the display may still report an earlier one.
 void User::Mouse(POINT at, DWORD lFlags) const
 {
+    m_pointer = at;
     INPUT input{};
     input.type = INPUT_MOUSE;
     // The middle of the pixel, in 65536ths of the screen.
@@ -277,7 +279,7 @@ void User::Mouse(POINT at, DWORD lFlags) const
     { return ::MulDiv(static_cast<int>(lAt) * 2 + 1, 32768, lExtent); };
     input.mi.dx = share(at.x, ::GetSystemMetrics(SM_CXSCREEN));
     input.mi.dy = share(at.y, ::GetSystemMetrics(SM_CYSCREEN));
-    input.mi.dwFlags = lFlags | MOUSEEVENTF_ABSOLUTE;
+    input.mi.dwFlags = lFlags | MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
     ::SendInput(1, &input, sizeof input);
 }
 
@@ -298,9 +300,7 @@ void User::MoveTo(HWND hWindow, POINT to) const
 
 void User::Release() const
 {
-    POINT point{};
-    ::GetCursorPos(&point);
-    Mouse(point, MOUSEEVENTF_LEFTUP);
+    Mouse(m_pointer, MOUSEEVENTF_LEFTUP);
     Idle();
 }
 
@@ -309,11 +309,7 @@ void User::ClickAt(HWND hWindow, int x, int y, int lModifier) const
     const POINT point = OnScreen(hWindow, {x, y});
     Mouse(point, MOUSEEVENTF_MOVE);
     if (lModifier != 0)
-    {
-        // When the pointer enters a window the display tells which keys are down, and knows nothing of these.
-        Idle();
-        SendKey(lModifier, false);
-    }
+        Hold(lModifier);
     Mouse(point, MOUSEEVENTF_LEFTDOWN);
     Mouse(point, MOUSEEVENTF_LEFTUP);
     Idle();
@@ -391,6 +387,27 @@ void User::SendKey(int lKey, bool bUp) const
     input.ki.wVk = static_cast<WORD>(lKey);
     input.ki.dwFlags = bUp ? KEYEVENTF_KEYUP : 0u;
     ::SendInput(1, &input, sizeof input);
+}
+
+// When the pointer has entered a window or the focus has come to one, the display tells a little later which
+// keys are down, and knows nothing of these: they are taken for released. Until it has told, they are pressed
+// again.
+void User::Hold(int lModifier) const
+{
+    constexpr int lSteady = 5; // rounds
+    int lRounds = 0;
+    Idle();
+    Until(
+        [&]
+        {
+            const bool bDown = ::GetAsyncKeyState(lModifier) < 0;
+            lRounds = bDown ? lRounds + 1 : 0;
+            if (!bDown)
+                SendKey(lModifier, false);
+            Idle();
+            return lRounds > lSteady;
+        },
+        "a key to stay down");
 }
 
 void User::Key(int lKey, int lModifier) const

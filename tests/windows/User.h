@@ -83,7 +83,9 @@ private:
     HWND Dialog() const;
     void Mouse(POINT at, DWORD lFlags) const;
     void SendKey(int lKey, bool bUp) const;
+    void Hold(int lModifier) const;
 
+    mutable POINT m_pointer{}; // where the mouse has last been sent
     DWORD m_lThread;
     HWND m_hIdle;
 };
