@@ -58,7 +58,10 @@ std::optional<CategoryCreation::Refusal> CategoryCreation::RefusalOf(const std::
     if (m_cStation.MainCat(sTyped) || m_cStation.MainCat(sReplaced))
         return Refusal{L"Category " + sReplaced + L" Already Exists!",
                        L"There is already a category by this name!" + sTryAgain};
-    if (EqualIgnoringCase(sReplaced, sAllAudio) || !CanBeFile(sReplaced))
+    // The list of categories is written in the code page: a name it would bring back as another would lose
+    // its order at the next start.
+    if (EqualIgnoringCase(sReplaced, sAllAudio) || m_cStation.cCategoryList.AsSaved(sReplaced) != sReplaced ||
+        !CanBeFile(sReplaced))
         return Refusal{L"Invalid Category Name",
                        L"Unable to create a category with the name: " + sTyped + sTryAgain};
     return std::nullopt;

@@ -22,7 +22,8 @@ public:
 
     // Makes a main category with a level 1. An empty name is asked for; one that is refused is asked for anew
     // until one is accepted or the user gives up. sName receives the name as created: characters that may not
-    // stand in a file name are replaced by "_". False, and nothing is changed, when the user gave up.
+    // stand in a file name are replaced by "_". A name that the list of categories could not bring back after
+    // a restart is refused. False, and nothing is changed, when the user gave up.
     bool CreateMainCat(std::wstring& sName);
 
     // Asks for a number and makes that level under a main category of the tree. False: refused or given up.

@@ -224,13 +224,44 @@ TEST_F(CreateMainCatTest, AFileOfThatNameIsNeverOverwritten)
     EXPECT_EQ(cWorld.cFiles.Get(L"C:\\Program Files\\Ravlo\\Jazz.tst"), "mine");
 }
 
-TEST_F(CreateMainCatTest, ANameOutsideTheCodePageIsCreatedAndFoundAgainAfterARestart)
+TEST_F(CreateMainCatTest, ANameTheListCouldNotBringBackIsRefusedLikeOneThatCanBeNoFile)
+{
+    for (const wchar_t* sName : {L"\u0420\u043E\u043A", L"Jazz \u266B", L"Ro\u030Cck"})
+    {
+        boxes.clear();
+        EXPECT_EQ(Create(sName), L"refused");
+        EXPECT_EQ(boxes, (Boxes{UnableBox(sName)}));
+        ExpectNothingChanged();
+    }
+    boxes.clear();
+    typed = {L"\u0420\u043E\u043A", L"Jazz"};
+    answers = {BoxAnswer::Yes};
+    EXPECT_EQ(Create(L""), L"Jazz");
+    EXPECT_EQ(boxes, (Boxes{UnableBox(L"\u0420\u043E\u043A")})) << "whether it is handed in or typed";
+}
+
+TEST_F(CreateMainCatTest, ACreatedCategoryIsFoundAgainAfterARestartUnderItsNameWithItsLevels)
+{
+    const std::wstring sName = L"Caf\u00E9 50\u20AC";
+    EXPECT_EQ(Create(sName), sName);
+    typed = {L"7"};
+    EXPECT_TRUE(cLib.cSchedMan->CreateCatLevel(MainCat(sName)));
+    cLib.Restart();
+    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", sName}));
+    EXPECT_TRUE(Level(sName, 1));
+    EXPECT_TRUE(Level(sName, 7));
+    EXPECT_EQ(boxes, Boxes());
+}
+
+TEST_F(CreateMainCatTest, ANameOutsideTheCodePageIsTakenFromTheDatabaseAllTheSame)
 {
     const std::wstring sName = L"\u0420\u043E\u043A";
-    EXPECT_EQ(Create(sName), sName);
-    EXPECT_EQ(File(sName), SifMarker(1));
+    Added({Add(L"b", sName)});
+    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", sName}));
+    EXPECT_EQ(File(sName), SifCut("b", 1));
+    cLib.Restart();
+    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", sName}));
     EXPECT_EQ(boxes, Boxes());
-    EXPECT_EQ(cWorld.cFiles.Get(sMainCatsPath), "\r\nRock\r\n???") << "the list is in the code page";
 }
 
 TEST_F(CreateMainCatTest, SavesThatFailAreEachShownAndTheCategoryIsThere)
