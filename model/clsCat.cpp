@@ -172,13 +172,26 @@ clsCat::Filed clsCat::File(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSu
 
 clsCat::Filed clsCat::FileInLevel(const std::shared_ptr<Cut>& cCut)
 {
-    // What can fail comes first: a cut is filed whole or not at all.
     const TextKey cKey = cCut->Key();
     const std::int32_t lRunTime = cCut->RunTimemS();
-    cCut->AddCategoryName(m_sCatName);
-    if (!m_colSchedCuts->Add(cKey, cCut))
+    // The order first, since a database may announce the name at once: whoever follows the announcement then
+    // finds the cut in its place already.
+    const std::shared_ptr<CutCollection> colCuts = m_colSchedCuts;
+    const bool bAdded = colCuts->Add(cKey, cCut);
+    if (bAdded)
+        m_lTotalRunTime += lRunTime;
+    try
+    {
+        cCut->AddCategoryName(m_sCatName);
+    }
+    catch (...)
+    {
+        if (bAdded && colCuts->Remove(cKey)) // a cut is filed whole or not at all
+            m_lTotalRunTime -= lRunTime;
+        throw;
+    }
+    if (!bAdded)
         return Filed::No;
-    m_lTotalRunTime += lRunTime;
     return FitsLong(m_lTotalRunTime) ? Filed::Yes : Filed::YesOverflow;
 }
 
@@ -217,14 +230,29 @@ bool clsCat::RemoveCut(const std::shared_ptr<Cut>& cCut)
         if (!cFound || !MayBeSame(*std::shared_ptr(*cFound), *cCut))
             return false;
     }
-    // What can fail comes first: a cut is taken out whole or not at all.
     const bool bNamed = cCut->HasCategoryName(m_sCatName);
     const std::int32_t lRunTime = bNamed ? cCut->RunTimemS() : 0;
-    if (bNamed)
-        cCut->RemoveCategoryName(m_sCatName);
-    if (!m_colSchedCuts->Remove(cKey))
+    const std::shared_ptr<CutCollection> colCuts = m_colSchedCuts;
+    const std::optional<std::size_t> lPosition = colCuts->PositionOf(cKey);
+    if (!lPosition)
         return false;
+    // The order first, as in FileInLevel.
+    const std::shared_ptr<Cut> cFiled = colCuts->At(*lPosition);
+    colCuts->RemoveAt(*lPosition);
     m_lTotalRunTime -= lRunTime;
+    if (!bNamed)
+        return true;
+    try
+    {
+        cCut->RemoveCategoryName(m_sCatName);
+    }
+    catch (...)
+    {
+        // A cut is taken out whole or not at all.
+        if (colCuts->Insert(std::min(*lPosition, colCuts->Count()), &cKey, cFiled))
+            m_lTotalRunTime += lRunTime;
+        throw;
+    }
     return true;
 }
 

@@ -324,6 +324,49 @@ TEST_F(CatTest, WithoutTheNameTheRunTimeIsNotSubtracted)
     EXPECT_EQ(cLevel->AverageRunTimemS(), 1000);
 }
 
+TEST_F(CatTest, ACutThatKeepsItsNameStaysAtItsPlaceWithItsRunTime)
+{
+    const auto cLevel = NewCat(L"Rock", 1);
+    for (const wchar_t* sKey : {L"a", L"b", L"c"})
+        Add(*cLevel, NewCut(sKey, 1, 3000));
+    const auto cBad = std::static_pointer_cast<FakeCut>(cLevel->SchedCuts()->At(1));
+    for (const char* sMember : {"Key", "HasCategoryName", "RunTimemS", "RemoveCategoryName"})
+    {
+        cBad->failing = {sMember};
+        EXPECT_EQ(ErrorOf([&] { cLevel->RemoveCut(cBad); }), error::ObjectNotSet) << sMember;
+        cBad->failing.clear();
+        EXPECT_EQ(KeysOf(*cLevel->SchedCuts()), (Keys{L"a", L"b", L"c"})) << sMember;
+        EXPECT_EQ(cLevel->AverageRunTimemS(), 3000) << sMember;
+        EXPECT_TRUE(cBad->HasCategoryName(L"Rock"));
+    }
+}
+
+TEST_F(CatTest, WhoeverIsToldOfTheNameFindsOrderAndTotalChangedAlready)
+{
+    const auto cLevel = NewCat(L"Rock", 1);
+    Add(*cLevel, NewCut(L"a", 1, 1000));
+    const auto cCut = NewCut(L"b", 1, 3000);
+    int lTold = 0;
+    cCut->OnCall = [&](const std::string& sMember)
+    {
+        if (sMember == "AddCategoryName")
+        {
+            ++lTold;
+            EXPECT_EQ(cLevel->TotalCuts(), 2);
+            EXPECT_EQ(cLevel->AverageRunTimemS(), 2000);
+        }
+        if (sMember == "RemoveCategoryName")
+        {
+            ++lTold;
+            EXPECT_EQ(cLevel->TotalCuts(), 1);
+            EXPECT_EQ(cLevel->AverageRunTimemS(), 1000);
+        }
+    };
+    EXPECT_TRUE(Add(*cLevel, cCut));
+    EXPECT_TRUE(cLevel->RemoveCut(cCut));
+    EXPECT_EQ(lTold, 2);
+}
+
 TEST_F(CatTest, ACutIsAlsoFoundUnderItsSecondaryKey)
 {
     const auto cLevel = NewCat(L"Rock", 1);
@@ -690,7 +733,8 @@ TEST_F(CatTest, ACutThatFailsWhileItIsFiledLeavesTheTotalTrue)
         const auto cBad = NewCut(L"bad.mp3", 1, 3000);
         cBad->failing = {sMember};
         EXPECT_EQ(ErrorOf([&] { Add(*cLevel, cBad); }), error::ObjectNotSet) << sMember;
-        EXPECT_EQ(cLevel->AverageRunTimemS(), cLevel->TotalCuts() == 1 ? 1000 : 2000) << sMember;
+        EXPECT_EQ(KeysOf(*cLevel->SchedCuts()), Keys{L"a.mp3"}) << sMember;
+        EXPECT_EQ(cLevel->AverageRunTimemS(), 1000) << sMember;
     }
 }
 

@@ -563,6 +563,40 @@ TEST_F(SynchronisationTest, ARemovedCutThatTakesNoChangesAnyMoreLeavesAllTheSame
                                          StandardText(91) + L" (1 cuts could not be handled)", L"91")}));
 }
 
+// ---- what a host does to a level itself ----
+
+TEST_F(SynchronisationTest, ADatabaseThatAnnouncesEachNameAtOnceDoesNotDisturbALevelsOwnFiling)
+{
+    Add(L"a", L"Rock");
+    const auto cCut = Add(L"b", L"Rock");
+    Add(L"c", L"Rock");
+    const auto cNew = Add(L"d", L"");
+    Start();
+    for (const std::shared_ptr<FakeCut>& cAnnounced : {cCut, cNew})
+        cAnnounced->OnCall = [this, cWeak = std::weak_ptr<FakeCut>(cAnnounced)](const std::string& sMember)
+        {
+            if (sMember != "AddCategoryName" && sMember != "RemoveCategoryName")
+                return;
+            // The name is changed, and told of, before the call that changes it is over.
+            const std::shared_ptr<FakeCut> cChanged = cWeak.lock();
+            const auto hook = std::exchange(cChanged->OnCall, nullptr);
+            if (sMember == "AddCategoryName")
+                cChanged->AddCategoryName(L"Rock");
+            else
+                cChanged->RemoveCategoryName(L"Rock");
+            Modified({cChanged});
+            cChanged->OnCall = hook;
+        };
+    bool bCreated = false;
+    EXPECT_TRUE(Level(L"Rock", 1)->AddCut(cNew, bCreated));
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"c", L"d"}));
+    EXPECT_EQ(TotalOf(L"Rock", 1), 4 * 180'000);
+    EXPECT_TRUE(Level(L"Rock", 1)->RemoveCut(cCut));
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"c", L"d"}));
+    EXPECT_EQ(TotalOf(L"Rock", 1), 3 * 180'000);
+    EXPECT_EQ(boxes, Boxes());
+}
+
 // ---- taking one cut out ----
 
 class RemoveCutFromCategoryTest : public StationTest
