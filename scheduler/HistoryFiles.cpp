@@ -92,12 +92,12 @@ bool HistoryFiles::SaveAll(const std::shared_ptr<CatCollection>& colMainCats)
 void HistoryFiles::SaveQuietly(const std::shared_ptr<clsCat>& cMainCat)
 {
     if (Save(cMainCat, Manner::Quiet) == Saved::Failed)
-        m_colOwed.insert(cMainCat->CatID());
+        m_colOwed[cMainCat->CatID()] = ++m_lSnapshots; // no snapshot taken so far pays it
 }
 
 void HistoryFiles::SaveOwed(const CatCollection& colMainCats)
 {
-    for (const std::wstring& sKey : std::exchange(m_colOwed, {}))
+    for (const auto& [sKey, lSince] : std::exchange(m_colOwed, {}))
         if (const std::shared_ptr<clsCat>* cMainCat = colMainCats.Find(sKey))
             SaveQuietly(std::shared_ptr(*cMainCat));
 }
@@ -137,7 +137,10 @@ HistoryFiles::Saved HistoryFiles::Save(const std::shared_ptr<clsCat>& cMainCat, 
         RequireFileName(cSnapshot.sCatName);
         const Content cContent = Fill(cSnapshot, eManner);
         Write(cSnapshot, cContent.Bytes(), eManner);
-        m_colOwed.erase(cMainCat->CatID());
+        // A pick meanwhile may owe an order that is newer than the one written here.
+        if (const auto owed = m_colOwed.find(cMainCat->CatID());
+            owed != m_colOwed.end() && owed->second <= cSnapshot.lNumber)
+            m_colOwed.erase(owed);
         return Saved::Yes;
     }
     catch (...)

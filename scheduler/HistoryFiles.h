@@ -105,7 +105,8 @@ private:
     std::unordered_map<std::wstring, std::uint64_t>
         m_colNewestWritten;                           // folded path -> number of its newest snapshot
     std::unordered_set<std::wstring> m_colNotApplied; // folded paths of files not applied in full
-    std::unordered_set<std::wstring> m_colOwed;       // keys of main categories
+    // Keys of main categories -> the number from which on a snapshot holds what is owed.
+    std::unordered_map<std::wstring, std::uint64_t> m_colOwed;
 };
 
 } // namespace ravlo

@@ -138,6 +138,24 @@ TEST_P(OwedSavesTest, AreOwedUntilOneSucceedsAndThenNoMore)
     EXPECT_EQ(s.Written(), (Lines{L"Jazz"}));
 }
 
+TEST(OwedSave, OfAPickInsideASaveOfTheSameCategoryIsNotPaidByTheOlderOrderThatSaveWrites)
+{
+    OwedSaves s;
+    s.Pick(L"Rock\t1"); // r1 first again, and saved
+    ASSERT_EQ(s.File(L"Rock"), SifCut("r1", 1) + SifCut("r2", 1));
+    s.cLib.cHost.OnEvent = [&](const std::wstring& sLine)
+    {
+        if (sLine != L"Start 2: Saving Ordering and hist for: Rock")
+            return;
+        s.cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+        s.Pick(L"Rock\t1");
+        s.cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    };
+    EXPECT_TRUE(s.cLib.cSchedMan->SaveHistoryAndOrdering(s.MainCat(L"Rock")));
+    EXPECT_EQ(s.Order(L"Rock", 1), (Keys{L"r2", L"r1"}));
+    EXPECT_EQ(s.File(L"Rock"), SifCut("r2", 1) + SifCut("r1", 1));
+}
+
 INSTANTIATE_TEST_SUITE_P(Operations, OwedSavesTest, testing::ValuesIn(operations),
                          [](const testing::TestParamInfo<Operation>& operation)
                          { return std::string(operation.param.sName); });
