@@ -30,12 +30,12 @@ public:
         if (arguments.cArgs != lExpected)
             throw ComError(DISP_E_BADPARAMCOUNT, L"Wrong number of arguments");
     }
-    Cuts CutsAt(UINT i) const
+    ComPtr<IDispatch> ObjectAt(UINT i) const
     {
-        const auto colCuts = ObjectIn<IDispatch>(At(i));
-        if (!colCuts)
+        auto cObject = ObjectIn<IDispatch>(At(i));
+        if (!cObject)
             throw RuntimeError(error::TypeMismatch);
-        return ravlo::CutsIn(colCuts.Get());
+        return cObject;
     }
     std::wstring TextAt(UINT i) const { return TextOf(As(i, VT_BSTR).bstrVal); }
     std::int32_t LongAt(UINT i) const { return static_cast<std::int32_t>(As(i, VT_I4).lVal); }
@@ -51,6 +51,45 @@ private:
     }
     const DISPPARAMS& m_arguments;
 };
+
+// One of the three events that announce cuts.
+struct Announcement
+{
+    const wchar_t* sWhere; // in the debug log
+    void (DataBaseEvents::*tell)(const Cuts&);
+};
+constexpr Announcement colAnnouncements[] = {
+    {L"m_cDataBase_CutsAdded", &DataBaseEvents::CutsAdded},
+    {L"m_cDataBase_CutsModified", &DataBaseEvents::CutsModified},
+    {L"m_cDataBase_CutsRemoved", &DataBaseEvents::CutsRemoved},
+};
+
+// Does what may fail and logs its failure: one item that cannot be used does not cost the others.
+template <class Body> void LogFailure(const wchar_t* sWhere, Body&& body)
+{
+    try
+    {
+        body();
+    }
+    catch (...)
+    {
+        Library().LogError(sWhere, CurrentError());
+    }
+}
+
+// The items that are cuts, as far as the collection can be enumerated.
+Cuts UsableCuts(IDispatch& colItems, const wchar_t* sWhere)
+{
+    Cuts colCuts;
+    LogFailure(sWhere,
+               [&]
+               {
+                   ForEachItem(
+                       &colItems, [&](const Variant& cItem)
+                       { LogFailure(sWhere, [&] { colCuts.push_back(CutAdapter::FromVariant(cItem)); }); });
+               });
+    return colCuts;
+}
 
 // What the host's database calls. It holds the database weakly: the connection must not keep it alive.
 class DataBaseSink final : public Unknown<IDispatch>
@@ -90,11 +129,10 @@ private:
     {
         if (lEvent >= 1 && lEvent <= 3)
         {
-            const Cuts colCuts = EventArguments(arguments, 1).CutsAt(0);
-            constexpr void (DataBaseEvents::*colEvents[])(const Cuts&) = {
-                &DataBaseEvents::CutsAdded, &DataBaseEvents::CutsModified, &DataBaseEvents::CutsRemoved};
-            cDataBase.ForEachListener([&](DataBaseEvents& cEvents)
-                                      { (cEvents.*colEvents[lEvent - 1])(colCuts); });
+            const auto& [sWhere, tell] = colAnnouncements[lEvent - 1];
+            const Cuts colCuts = UsableCuts(*EventArguments(arguments, 1).ObjectAt(0), sWhere);
+            cDataBase.ForEachListener([&, tell = tell](DataBaseEvents& cEvents)
+                                      { (cEvents.*tell)(colCuts); });
         }
         else if (lEvent == 4)
         {

@@ -13,7 +13,8 @@ namespace ravlo
 {
 
 // A media database that the host brings, as the core sees it. Its cuts come as HostCuts; its events reach the
-// listeners while there are any, through the connection point __clsDataBase. A database without that
+// listeners while there are any, through the connection point __clsDataBase; what is no cut in an announced
+// collection is passed over, with a line in the debug log. A database without that
 // connection point is simply silent; one that refuses the connection leaves a line in the debug log. One host
 // object has one HostDatabase while anyone holds it.
 class HostDatabase final : public DataBase, public std::enable_shared_from_this<HostDatabase>

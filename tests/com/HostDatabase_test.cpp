@@ -4,6 +4,9 @@
 #include "com/BoxAnswerer.h"
 #include "com/HostObjects.h"
 
+#include <fstream>
+#include <sstream>
+
 namespace ravlo
 {
 
@@ -159,11 +162,66 @@ TEST_F(HostDatabaseTest, EventsWithTheWrongArgumentsAreRefusedWithoutHarm)
     };
     EXPECT_EQ(fire(1, {}), DISP_E_BADPARAMCOUNT);
     EXPECT_EQ(fire(1, {Text(L"no collection")}), ErrorResult(13));
-    EXPECT_EQ(fire(3, {Object(m_cDataBase)}), ErrorResult(451)) << "an object without _NewEnum";
     EXPECT_EQ(fire(4, {Text(L"reason")}), DISP_E_BADPARAMCOUNT);
     EXPECT_EQ(fire(5, {Text(L"max"), Text(L"count"), Text(L"text")}), ErrorResult(13));
     EXPECT_EQ(fire(99, {}), S_OK) << "an event nobody knows";
     EXPECT_EQ(LongOfProperty(CutsOf(L"Rock", 1), &_clsCollection::get_Count), 1);
+}
+
+// A list that ends in a failure after its first item.
+class BrokenList final : public HostObject<IDispatch>
+{
+public:
+    explicit BrokenList(Variant cFirst) : m_cFirst(std::move(cFirst)) {}
+    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* pResult, EXCEPINFO*, UINT*) override
+    {
+        *pResult = Variant(NewEnumerator(
+                               ComPtr<IUnknown>(this), [] { return std::size_t{2}; },
+                               [this](std::size_t i)
+                               { return i == 0 ? m_cFirst : throw RuntimeError(error::PermissionDenied); })
+                               .Get())
+                       .Detach();
+        return S_OK;
+    }
+
+private:
+    Variant m_cFirst;
+};
+
+TEST_F(HostDatabaseTest, WhatIsNoCutInAnAnnouncementIsPassedOverAndLogged)
+{
+    const auto logs = Folder() / L"Debugging Logs" / L"Scheduler";
+    std::filesystem::create_directories(logs);
+    Populate(m_cDataBase);
+    const auto cCut = m_cDataBase->AddCut(L"New", L"Rock", 1);
+    const auto colCuts = NewObject<HostCollection>();
+    colCuts->m_colItems = {{L"", Variant(static_cast<IDispatch*>(nullptr))},
+                           {L"", Text(L"no cut")},
+                           {L"", Object(m_cDataBase)},
+                           {L"", Object(cCut)}};
+    m_cDataBase->m_cEvents.Fire(1, {Object(colCuts)});
+    EXPECT_TRUE(IsSame(CutAt(CutsOf(L"Rock", 1), 1), cCut));
+    cCut->m_lLevel = 2;
+    m_cDataBase->m_cEvents.Fire(2, {Object(colCuts)});
+    EXPECT_TRUE(IsSame(CutAt(CutsOf(L"Rock", 2), 1), cCut));
+    m_cDataBase->m_cEvents.Fire(3, {Object(NewObject<BrokenList>(Object(cCut)))});
+    EXPECT_EQ(LongOfProperty(CutsOf(L"Rock", 2), &_clsCollection::get_Count), 0);
+    m_cDataBase->m_cEvents.Fire(3, {Object(m_cDataBase)}); // no collection at all
+    std::ostringstream text;
+    for (const auto& entry : std::filesystem::directory_iterator(logs))
+        text << std::ifstream(entry.path(), std::ios::binary).rdbuf();
+    const auto linesWith = [&](const std::string& sWhat)
+    {
+        int lLines = 0;
+        for (std::size_t l = text.str().find(sWhat); l != std::string::npos;
+             l = text.str().find(sWhat, l + 1))
+            ++lLines;
+        return lLines;
+    };
+    EXPECT_EQ(linesWith("m_cDataBase_CutsAdded 13 "), 3) << text.str();
+    EXPECT_EQ(linesWith("m_cDataBase_CutsModified 13 "), 3) << text.str();
+    EXPECT_EQ(linesWith("m_cDataBase_CutsRemoved 70 "), 1) << text.str();
+    EXPECT_EQ(linesWith("m_cDataBase_CutsRemoved 451 "), 1) << text.str();
 }
 
 TEST_F(HostDatabaseTest, ADatabaseWithoutEventsPopulatesToo)
