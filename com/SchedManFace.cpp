@@ -272,23 +272,21 @@ STDMETHODIMP SchedManFace::RandomizeCollection(VARIANT* ColNew)
         [&]
         {
             VARIANT& colNew = Out(ColNew);
-            TrapCritical(m_cSchedMan->Mod(), L"Error in Randomize Collection ", false,
-                         [&]
-                         {
-                             const auto colItems = ItemsOf(ObjectIn<IDispatch>(colNew));
-                             const auto colShuffled = std::make_shared<ItemCollection>();
-                             for (const std::size_t lPosition : m_cSchedMan->RandomOrderOf(colItems.size()))
-                             {
-                                 const KeyedItem& item = colItems[lPosition];
-                                 const TextKey cKey(item.sKey.value_or(std::wstring()));
-                                 colShuffled->Insert(colShuffled->Count(), item.sKey ? &cKey : nullptr,
-                                                     item.cItem);
-                             }
-                             Variant cResult(static_cast<IDispatch*>(NewCollection(colShuffled).Get()));
-                             VariantClear(&colNew);
-                             colNew = cResult.Detach();
-                             return true;
-                         });
+            TrapCritical(
+                m_cSchedMan->Mod(), L"Error in Randomize Collection ", false,
+                [&]
+                {
+                    const auto colItems = ItemsOf(ObjectIn<IDispatch>(colNew));
+                    const auto colShuffled = std::make_shared<ItemCollection>();
+                    for (const std::size_t lPosition : m_cSchedMan->RandomOrderOf(colItems.size()))
+                    {
+                        const KeyedItem& item = colItems[lPosition];
+                        const TextKey cKey(item.sKey.value_or(std::wstring()));
+                        colShuffled->Insert(colShuffled->Count(), item.sKey ? &cKey : nullptr, item.cItem);
+                    }
+                    StoreThrough(colNew, Variant(static_cast<IDispatch*>(NewCollection(colShuffled).Get())));
+                    return true;
+                });
         });
 }
 STDMETHODIMP SchedManFace::ShuffleCategories(IDispatch* colCats, VARIANT_BOOL bConfirmFirst)
@@ -463,12 +461,15 @@ std::optional<std::int32_t> SchedManFace::RequestEditCut(const std::shared_ptr<C
     return cLong ? std::optional<std::int32_t>(static_cast<std::int32_t>(cLong->lVal)) : std::nullopt;
 }
 
+// The listeners answer in a variable of any type, whatever the caller keeps the answer in.
 void SchedManFace::RaiseRequestEditCut(_clsCut* pCut, VARIANT& result)
 {
+    Variant cAnswer = Variant::Dereferenced(result);
     VARIANT reference{};
     reference.vt = VT_BYREF | VT_VARIANT;
-    reference.pvarVal = &result;
+    reference.pvarVal = &cAnswer;
     m_cEvents.Fire(eRequestEditCut, {Variant(static_cast<IDispatch*>(pCut)), reference});
+    StoreThrough(result, std::move(cAnswer));
 }
 
 } // namespace ravlo

@@ -95,6 +95,63 @@ std::optional<Variant> Variant::As(VARTYPE vtWanted) const
     return cResult;
 }
 
+namespace
+{
+
+// Swaps, so that the old value ends with cValue. Both are of the type cValue has.
+void SwapWithTarget(const VARIANT& reference, Variant& cValue)
+{
+    switch (cValue.vt)
+    {
+    case VT_DISPATCH:
+        return std::swap(*reference.ppdispVal, cValue.pdispVal);
+    case VT_UNKNOWN:
+        return std::swap(*reference.ppunkVal, cValue.punkVal);
+    case VT_BSTR:
+        return std::swap(*reference.pbstrVal, cValue.bstrVal);
+    case VT_I1:
+    case VT_UI1:
+        return std::swap(*reference.pbVal, cValue.bVal);
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL:
+        return std::swap(*reference.piVal, cValue.iVal);
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_ERROR:
+    case VT_R4:
+        return std::swap(*reference.plVal, cValue.lVal);
+    case VT_I8:
+    case VT_UI8:
+    case VT_R8:
+    case VT_DATE:
+    case VT_CY:
+        return std::swap(*reference.pllVal, cValue.llVal);
+    default:
+        throw RuntimeError(error::TypeMismatch);
+    }
+}
+
+} // namespace
+
+void StoreThrough(VARIANT& place, Variant cValue)
+{
+    if ((place.vt & VT_BYREF) == 0)
+    {
+        VariantClear(&place);
+        place = cValue.Detach();
+        return;
+    }
+    if (place.vt == (VT_BYREF | VT_VARIANT))
+        return StoreThrough(*place.pvarVal, std::move(cValue));
+    auto cFitting = cValue.As(static_cast<VARTYPE>(place.vt & ~VT_BYREF));
+    if (!cFitting)
+        throw RuntimeError(error::TypeMismatch);
+    SwapWithTarget(place, *cFitting);
+}
+
 bool IsOmitted(const VARIANT& value) noexcept
 {
     const VARIANT& inner = value.vt == (VT_BYREF | VT_VARIANT) ? *value.pvarVal : value;

@@ -71,6 +71,11 @@ public:
     std::optional<Variant> As(VARTYPE vt) const;
 };
 
+// Puts a value where the caller keeps one: into the variable that a by-reference VARIANT refers to, in that
+// variable's own type; else into the VARIANT itself. What was there is let go. Error 13, and nothing changed,
+// when the value has no such form.
+void StoreThrough(VARIANT& place, Variant cValue);
+
 // Whether an optional argument was left out.
 bool IsOmitted(const VARIANT& value) noexcept;
 

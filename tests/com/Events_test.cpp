@@ -163,6 +163,35 @@ TEST_F(EventsTest, ALateBoundEditRequestBringsTheAnswerBackToo)
     EXPECT_EQ(TextOf(cVariable.bstrVal), L"edited");
 }
 
+TEST_F(EventsTest, TheAnswerToAnEditRequestReachesATypedVariable)
+{
+    m_cSink->m_onEvent = [](DISPID, DISPPARAMS& arguments)
+    {
+        EXPECT_EQ(arguments.rgvarg[0].pvarVal->lVal, 1) << "what the variable held";
+        *arguments.rgvarg[0].pvarVal = Text(L"2").Detach();
+    };
+    Advise(m_cPoint, m_cSink);
+    LONG lVariable = 1;
+    VARIANT reference{};
+    reference.vt = VT_BYREF | VT_I4;
+    reference.plVal = &lVariable;
+    ASSERT_EQ(m_cMan->RaiseEditRequestCutEvent(nullptr, &reference), S_OK);
+    EXPECT_EQ(lVariable, 2);
+    EXPECT_EQ(reference.vt, VT_BYREF | VT_I4);
+
+    Variant cVariable = Long(1);
+    reference = ByReference(cVariable);
+    ASSERT_EQ(m_cMan->RaiseEditRequestCutEvent(nullptr, &reference), S_OK);
+    EXPECT_EQ(TextOf(cVariable.bstrVal), L"2");
+
+    m_cSink->m_onEvent = [](DISPID, DISPPARAMS& arguments)
+    { *arguments.rgvarg[0].pvarVal = Text(L"two").Detach(); };
+    reference.vt = VT_BYREF | VT_I4;
+    reference.plVal = &lVariable;
+    EXPECT_EQ(m_cMan->RaiseEditRequestCutEvent(nullptr, &reference), ErrorResult(13));
+    EXPECT_EQ(lVariable, 2);
+}
+
 TEST_F(EventsTest, WithoutAHostTheEditRequestLeavesTheResultAlone)
 {
     Variant cResult = Long(3);

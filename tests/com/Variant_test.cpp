@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "com/ComTest.h"
+#include "com/kit/Collection.h"
+#include "ports/RuntimeError.h"
+
+namespace ravlo
+{
+
+namespace
+{
+
+class StoreThroughTest : public ComTest
+{
+};
+
+// Stores a value into a variable of type vt and says what it then holds.
+template <class Value> Value Stored(VARTYPE vt, Value before, const Variant& cValue)
+{
+    VARIANT reference{};
+    reference.vt = static_cast<VARTYPE>(VT_BYREF | vt);
+    reference.byref = &before;
+    StoreThrough(reference, cValue);
+    EXPECT_EQ(reference.vt, VT_BYREF | vt);
+    return before;
+}
+
+TEST_F(StoreThroughTest, AVariableKeepsItsType)
+{
+    EXPECT_EQ(Stored<BYTE>(VT_UI1, 1, Text(L"200")), 200);
+    EXPECT_EQ(Stored<SHORT>(VT_I2, 1, Long(-7)), -7);
+    EXPECT_EQ(Stored<VARIANT_BOOL>(VT_BOOL, VARIANT_FALSE, Long(5)), VARIANT_TRUE);
+    EXPECT_EQ(Stored<LONG>(VT_I4, 1, Text(L"70000")), 70000);
+    EXPECT_EQ(Stored<float>(VT_R4, 1.0f, Text(L"2.5")), 2.5f);
+    EXPECT_EQ(Stored<double>(VT_R8, 1.0, Long(3)), 3.0);
+    EXPECT_EQ(Stored<LONGLONG>(VT_I8, 1, Long(4)), 4);
+    Bstr sText;
+    *sText.Receive() = Stored<BSTR>(VT_BSTR, NewBstr(L"before"), Long(12));
+    EXPECT_EQ(sText.Text(), L"12");
+}
+
+TEST_F(StoreThroughTest, WhatDoesNotFitIsRefusedAndChangesNothing)
+{
+    LONG lValue = 1;
+    VARIANT reference{};
+    reference.vt = VT_BYREF | VT_I4;
+    reference.plVal = &lValue;
+    EXPECT_THROW(StoreThrough(reference, Text(L"one")), RuntimeError);
+    EXPECT_EQ(lValue, 1);
+    DECIMAL decimal{};
+    reference.vt = VT_BYREF | VT_DECIMAL;
+    reference.pdecVal = &decimal;
+    EXPECT_THROW(StoreThrough(reference, Long(1)), RuntimeError) << "a type nobody declares variables of";
+}
+
+TEST_F(StoreThroughTest, AnObjectVariableLetsTheOldOneGo)
+{
+    const auto colOld = Create<_clsCollection>(CLSID_clsCollection);
+    const auto colNew = Create<_clsCollection>(CLSID_clsCollection);
+    IUnknown* pVariable = ComPtr<IUnknown>(colOld.Get()).Detach();
+    VARIANT reference{};
+    reference.vt = VT_BYREF | VT_UNKNOWN;
+    reference.ppunkVal = &pVariable;
+    StoreThrough(reference, Object(colNew));
+    EXPECT_TRUE(IsSame(ComPtr<IUnknown>::Adopt(pVariable), colNew));
+    colOld->AddRef();
+    EXPECT_EQ(colOld->Release(), 1u);
+}
+
+} // namespace
+
+} // namespace ravlo
