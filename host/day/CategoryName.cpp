@@ -15,15 +15,16 @@ namespace ravlo
 namespace
 {
 
+bool IsNumber(const std::wstring& sText)
+{
+    return !sText.empty() && sText.find_first_not_of(L"0123456789") == std::wstring::npos;
+}
+
 std::optional<std::int32_t> LevelIn(const std::wstring& sDigits)
 {
     std::int64_t lLevel = 0;
     for (const wchar_t c : sDigits)
     {
-        if (c < L'0' || c > L'9')
-        {
-            return std::nullopt;
-        }
         lLevel = lLevel * 10 + (c - L'0');
         if (lLevel > std::numeric_limits<std::int32_t>::max())
         {
@@ -38,14 +39,16 @@ std::optional<std::int32_t> LevelIn(const std::wstring& sDigits)
 CategoryName ParseCategoryName(const std::wstring& sText)
 {
     const auto lColon = sText.rfind(L':');
-    CategoryName name{sText.substr(0, lColon), 0};
+    const auto sTail = lColon == std::wstring::npos ? std::wstring() : sText.substr(lColon + 1);
+    const bool bLevel = IsNumber(sTail);
+    CategoryName name{bLevel ? sText.substr(0, lColon) : sText, 0};
     if (name.sName.empty())
     {
         throw HostError(L"'" + sText + L"' names no category");
     }
-    if (lColon != std::wstring::npos)
+    if (bLevel)
     {
-        const auto lLevel = LevelIn(sText.substr(lColon + 1));
+        const auto lLevel = LevelIn(sTail);
         if (!lLevel)
         {
             throw HostError(L"'" + sText +
@@ -58,7 +61,7 @@ CategoryName ParseCategoryName(const std::wstring& sText)
 
 std::wstring TextOf(const CategoryName& name)
 {
-    return name.lLevel == 0 ? name.sName : name.sName + L" " + DecimalText(name.lLevel);
+    return name.lLevel == 0 ? name.sName : name.sName + L":" + DecimalText(name.lLevel);
 }
 
 std::wstring TextOf(const std::vector<Target>& targets)

@@ -10,7 +10,9 @@ namespace ravlo
 {
 
 // A category as the command line names it: "rock" is the main category with all its levels, "rock:2" one of
-// its levels. A colon cannot stand in a category's name.
+// its levels. The scheduler makes no category with a colon in its name, but a database may bring one: "Talk:
+// News" is a main category, since no number follows its colon. Of "Talk:7" only the levels can be named:
+// "Talk:7:1".
 struct CategoryName
 {
     std::wstring sName;
@@ -18,10 +20,11 @@ struct CategoryName
     friend bool operator==(const CategoryName&, const CategoryName&) = default;
 };
 
-// Throws HostError when there is no name, or what follows the last colon is no number from 1 on.
+// Throws HostError when there is no name, or the number after the last colon is no level's: they count
+// from 1.
 CategoryName ParseCategoryName(const std::wstring& sText);
 
-// "rock" or "rock 2", as the scheduler writes it in its own texts.
+// "rock" or "rock:2", as the command line takes it.
 std::wstring TextOf(const CategoryName& name);
 
 // A level number that can be made by hand: 1 to 32764.
@@ -34,7 +37,7 @@ struct Target
     std::size_t lCuts = 0;
 };
 
-// "rock 2 (250 cuts), pop (1448 cuts)"
+// "rock:2 (250 cuts), pop (1448 cuts)"
 std::wstring TextOf(const std::vector<Target>& targets);
 
 // Whether what a person typed means yes: "y" or "yes" in any case, blanks around it.

@@ -9,7 +9,6 @@
 namespace ravlo
 {
 
-
 // What stands in the fields of the cut editor.
 struct CutFields
 {

@@ -2,6 +2,7 @@
 #include "host/day/DayLog.h"
 
 #include "collections/Text.h"
+#include "host/day/CategoryName.h"
 #include "text/Utf8.h"
 
 #include <cmath>
@@ -112,7 +113,7 @@ std::string LogCsv(const std::vector<LogRow>& rows)
 
 std::wstring LogLine(const LogRow& row)
 {
-    auto sLine = IsoText(row.dtStart) + L"  " + row.slot.sCategory + L" " + DecimalText(row.slot.lLevel) +
+    auto sLine = IsoText(row.dtStart) + L"  " + TextOf(CategoryName{row.slot.sCategory, row.slot.lLevel}) +
                  (row.slot.bOpener ? L" opener" : L"") + L"  ";
     sLine += row.cut ? row.cut->sArtist + L" - " + row.cut->sTitle : L"(nothing)";
     return row.lKind == 0 ? sLine : sLine + L"  [kind " + DecimalText(row.lKind) + L"]";

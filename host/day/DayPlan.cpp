@@ -2,7 +2,7 @@
 #include "host/day/DayPlan.h"
 
 #include "collections/CaseFolding.h"
-#include "collections/Text.h"
+#include "host/day/CategoryName.h"
 #include "host/day/DayMaker.h"
 #include "host/day/HostError.h"
 
@@ -36,7 +36,7 @@ void CheckLevels(const std::vector<Slot>& slots, const LevelsInUse& levels, cons
         if (!levels.Holds(slot.sCategory, slot.lLevel))
         {
             throw HostError(sName + L", line " + std::to_wstring(slot.lLine) + L": no cut stands in " +
-                            slot.sCategory + L" " + DecimalText(slot.lLevel));
+                            TextOf(CategoryName{slot.sCategory, slot.lLevel}));
         }
     }
 }

@@ -2,11 +2,10 @@
 #include "host/day/Rotation.h"
 
 #include "collections/Text.h"
-#include "collections/TextKey.h"
+#include "host/day/Keys.h"
 #include "host/day/TextTable.h"
 
 #include <algorithm>
-#include <unordered_set>
 
 namespace ravlo
 {
@@ -15,14 +14,6 @@ namespace
 {
 
 using Side = TextTable::Side;
-
-struct KeyHash
-{
-    std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
-};
-using Keys = std::unordered_set<TextKey, KeyHash>;
-
-std::wstring CountText(std::size_t lCount) { return DecimalText(static_cast<std::int64_t>(lCount)); }
 
 // "3:05"
 std::wstring MinutesAndSeconds(std::int32_t lMilliseconds)

@@ -17,6 +17,13 @@ TEST(ParseCategoryName, ReadsAMainCategoryOrALevel)
         {L"Hard Rock:32764", {L"Hard Rock", 32764}},
         {L"rock:2147483647", {L"rock", 2147483647}},
         {L" odd : name :7", {L" odd : name ", 7}},
+        {L"Talk: News", {L"Talk: News", 0}},
+        {L"Talk: News:3", {L"Talk: News", 3}},
+        {L"Talk:7:1", {L"Talk:7", 1}},
+        {L"rock:", {L"rock:", 0}},
+        {L"rock:-1", {L"rock:-1", 0}},
+        {L"rock:two", {L"rock:two", 0}},
+        {L"rock: 2", {L"rock: 2", 0}},
     };
     for (const auto& [sText, name] : table)
     {
@@ -26,17 +33,25 @@ TEST(ParseCategoryName, ReadsAMainCategoryOrALevel)
 
 TEST(ParseCategoryName, RefusesWhatNamesNothing)
 {
-    for (const auto* sText : {L"", L":2", L"rock:", L"rock:0", L"rock:-1", L"rock:two", L"rock:2147483648",
-                              L"rock: 2", L"rock:99999999999999999999999"})
+    for (const auto* sText :
+         {L"", L":2", L":2147483648", L"rock:0", L"rock:2147483648", L"rock:99999999999999999999999"})
     {
         EXPECT_THROW(ParseCategoryName(sText), HostError) << testing::PrintToString(std::wstring(sText));
+    }
+}
+
+TEST(TextOfCategoryName, CanBeTypedBackIn)
+{
+    for (const auto& name : {CategoryName{L"rock", 0}, {L"rock", 2}, {L"Talk: News", 0}, {L"Talk: News", 3}})
+    {
+        EXPECT_EQ(ParseCategoryName(TextOf(name)), name) << testing::PrintToString(TextOf(name));
     }
 }
 
 TEST(TextOfTargets, ListsNamesWithTheirCuts)
 {
     EXPECT_EQ(TextOf(std::vector<Target>{{{L"rock", 2}, 250}, {{L"pop", 0}, 1}, {{L"new", 1}, 0}}),
-              L"rock 2 (250 cuts), pop (1 cut), new 1 (0 cuts)");
+              L"rock:2 (250 cuts), pop (1 cut), new:1 (0 cuts)");
 }
 
 TEST(IsYes, TakesOnlyAClearYes)

@@ -56,13 +56,13 @@ TEST(LogCsv, ShowsAPlaceholderAsItsKindWithoutACut)
 
 TEST(LogLine, TellsTheSlotAndWhatFillsIt)
 {
-    EXPECT_EQ(LogLine(Filled(L"Artist", L"Title")), L"2024-03-01T10:00:00  rock 2 opener  Artist - Title");
+    EXPECT_EQ(LogLine(Filled(L"Artist", L"Title")), L"2024-03-01T10:00:00  rock:2 opener  Artist - Title");
     auto late = Filled(L"Artist", L"Title");
     late.slot.bOpener = false;
     late.lKind = 14;
-    EXPECT_EQ(LogLine(late), L"2024-03-01T10:00:00  rock 2  Artist - Title  [kind 14]");
+    EXPECT_EQ(LogLine(late), L"2024-03-01T10:00:00  rock:2  Artist - Title  [kind 14]");
     EXPECT_EQ(LogLine({dtTen, {L"pop", 1, false, 0}, 11, {}, {}, {}}),
-              L"2024-03-01T10:00:00  pop 1  (nothing)  [kind 11]");
+              L"2024-03-01T10:00:00  pop:1  (nothing)  [kind 11]");
 }
 
 TEST(MinutesText, HasTwoDecimals)

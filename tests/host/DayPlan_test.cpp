@@ -62,7 +62,7 @@ TEST(CheckLevels, NamesTheFirstSlotThatNoCutCanFill)
     }
     catch (const HostError& error)
     {
-        EXPECT_EQ(error.Text(), L"clock.txt, line 5: no cut stands in rock 4");
+        EXPECT_EQ(error.Text(), L"clock.txt, line 5: no cut stands in rock:4");
     }
 }
 
