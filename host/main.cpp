@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "com/kit/Errors.h"
 #include "host/client/Commands.h"
-#include "host/day/HostError.h"
+#include "host/client/WhatFailed.h"
 #include "text/Utf8.h"
 
 #include <algorithm>
@@ -22,31 +22,6 @@ public:
     ~Apartment() { CoUninitialize(); }
 };
 
-// What went wrong, in one line.
-std::wstring WhatFailed()
-{
-    try
-    {
-        throw;
-    }
-    catch (const HostError& error)
-    {
-        return error.Text();
-    }
-    catch (const RuntimeError& error)
-    {
-        return error.Description();
-    }
-    catch (const ComError& error)
-    {
-        return error.Description();
-    }
-    catch (const std::exception& error)
-    {
-        return TextFromStore(error.what());
-    }
-}
-
 // A command that works on the console alone.
 int RunOnConsole(const CommandLine& line, const Console& cOut, const Console& cError)
 {
@@ -61,7 +36,7 @@ int RunOnConsole(const CommandLine& line, const Console& cOut, const Console& cE
     }
     else if (const auto* watch = std::get_if<WatchOptions>(&line))
     {
-        RunWatch(*watch, cOut, cError);
+        RunWatch(*watch, boxes, cOut, cError);
     }
     else if (const auto* cats = std::get_if<CatsOptions>(&line))
     {

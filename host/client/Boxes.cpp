@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/client/Boxes.h"
 
+#include "host/client/WindowText.h"
+
 #include <algorithm>
 #include <iterator>
 #include <string_view>
@@ -10,14 +12,6 @@ namespace ravlo
 
 namespace
 {
-
-std::wstring TextIn(HWND hWindow)
-{
-    std::wstring sText(static_cast<std::size_t>(GetWindowTextLengthW(hWindow)) + 1, L'\0');
-    sText.resize(
-        static_cast<std::size_t>(GetWindowTextW(hWindow, sText.data(), static_cast<int>(sText.size()))));
-    return sText;
-}
 
 std::wstring ClassOf(HWND hWindow)
 {

@@ -8,9 +8,6 @@
 namespace ravlo
 {
 
-namespace
-{
-
 std::wstring NameOf(_clsCat& cCat)
 {
     Bstr sName;
@@ -24,6 +21,9 @@ std::int32_t LevelOf(_clsCat& cCat)
     ThrowIfFailed(cCat.get_CatLevel(&lLevel));
     return lLevel;
 }
+
+namespace
+{
 
 LevelOrder OrderOf(_clsCat& cLevel)
 {

@@ -31,6 +31,9 @@ private:
     _clsSchedMan& m_cManager;
 };
 
+std::wstring NameOf(_clsCat& cCat);
+std::int32_t LevelOf(_clsCat& cCat); // 0: a main category
+
 // An empty collection of the scheduler's library, for what its members take.
 ComPtr<_clsCollection> NewCollection();
 void Append(_clsCollection& colItems, IDispatch& cItem);

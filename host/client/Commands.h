@@ -8,8 +8,9 @@
 namespace ravlo
 {
 
-// Each does its whole work or throws before anything was touched: HostError, or what the scheduler and the
-// database say.
+// Each throws when it fails: HostError, or what the scheduler and the database say. What is wrong with the
+// command line's files and names is found before anything is changed. A failure that comes later is told as
+// well, but what was done until then stays: a cut that was moved, a level that was made.
 
 // Reads a library into the database and tells how many cuts came.
 void RunImport(const ImportOptions& options, const Console& cOut, const Console& cError);
@@ -17,10 +18,13 @@ void RunImport(const ImportOptions& options, const Console& cOut, const Console&
 // Fills a day and prints its log and summary.
 void RunDay(const DayOptions& options, const Console& cOut, const Console& cError);
 
-// Imports cuts while a scheduler is open and shows what its rotation makes of them.
-void RunWatch(const WatchOptions& options, const Console& cOut, const Console& cError);
+// Imports cuts while a scheduler is open and shows what its rotation makes of them. Throws at its end when
+// the scheduler showed a box since the import began: the cuts are in the database, but something was not
+// saved.
+void RunWatch(const WatchOptions& options, const Boxes& cBoxes, const Console& cOut, const Console& cError);
 
 // Lists or changes categories. lExitDeclined when the question before a change was not answered with yes.
+// Throws also when a change was made and the scheduler showed a box meanwhile: not all of it was saved.
 int RunCats(const CatsOptions& options, const Boxes& cBoxes, const Console& cOut, const Console& cError);
 
 // Open one of the scheduler's windows and return when it is closed. What is chosen in the category window is

@@ -2,10 +2,9 @@
 #include "host/client/CutEditor.h"
 
 #include "com/kit/Errors.h"
-#include "com/kit/Variant.h"
+#include "host/client/Categories.h"
+#include "host/client/WindowText.h"
 #include "host/day/CutEdit.h"
-
-#include <KorvaCollection.h>
 
 namespace ravlo
 {
@@ -13,21 +12,14 @@ namespace ravlo
 namespace
 {
 
-std::wstring TextIn(HWND hDialog, int lControl)
-{
-    const HWND hControl = ::GetDlgItem(hDialog, lControl);
-    std::wstring sText(static_cast<std::size_t>(::GetWindowTextLengthW(hControl)) + 1, L'\0');
-    sText.resize(
-        static_cast<std::size_t>(::GetWindowTextW(hControl, sText.data(), static_cast<int>(sText.size()))));
-    return sText;
-}
-
 // What the dialog is opened with and what it leaves behind.
 struct Editing
 {
     std::wstring sPath;
     CutValues values;
 };
+
+std::wstring TextOf(HWND hDialog, int lControl) { return TextIn(::GetDlgItem(hDialog, lControl)); }
 
 void Fill(HWND hDialog, const Editing& editing)
 {
@@ -53,17 +45,17 @@ int ControlOf(CutField eField) noexcept
     case CutField::Categories:
         return lCutCategories;
     case CutField::Level:
-        return lCutLevel;
+        break;
     }
-    return lCutArtist;
+    return lCutLevel;
 }
 
 // Whether the fields could be taken; else says why and leads to the one that is wrong.
 bool Take(HWND hDialog, Editing& editing)
 {
     const auto taken =
-        ValuesOf({TextIn(hDialog, lCutArtist), TextIn(hDialog, lCutTitle), TextIn(hDialog, lCutAlbum),
-                  TextIn(hDialog, lCutYear), TextIn(hDialog, lCutCategories), TextIn(hDialog, lCutLevel),
+        ValuesOf({TextOf(hDialog, lCutArtist), TextOf(hDialog, lCutTitle), TextOf(hDialog, lCutAlbum),
+                  TextOf(hDialog, lCutYear), TextOf(hDialog, lCutCategories), TextOf(hDialog, lCutLevel),
                   ::IsDlgButtonChecked(hDialog, lCutOpener) == BST_CHECKED});
     if (const auto* values = std::get_if<CutValues>(&taken))
     {
@@ -135,12 +127,8 @@ void Put(_clsCut& cCut, const CutValues& values)
 
 void Announce(_clsCut& cCut, _clsDataBase& cDataBase)
 {
-    void* pvObject = nullptr;
-    ThrowIfFailed(CoCreateInstance(CLSID_clsCollection, nullptr, CLSCTX_INPROC_SERVER,
-                                   __uuidof(_clsCollection), &pvObject));
-    const auto colCuts = ComPtr<_clsCollection>::Adopt(static_cast<_clsCollection*>(pvObject));
-    ThrowIfFailed(colCuts->Add(Variant(static_cast<IDispatch*>(&cCut)), Variant::Omitted(),
-                               Variant::Omitted(), Variant::Omitted()));
+    const auto colCuts = NewCollection();
+    Append(*colCuts, cCut);
     LONG lCuts = 0;
     ThrowIfFailed(cDataBase.ModifyCuts(colCuts.Get(), &lCuts), cDataBase, __uuidof(_clsDataBase));
 }

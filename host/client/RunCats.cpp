@@ -10,16 +10,18 @@
 #include "collections/Text.h"
 #include "com/kit/Errors.h"
 #include "host/day/HostError.h"
+#include "host/day/Keys.h"
 #include "host/day/Rotation.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace ravlo
 {
 
 namespace
 {
+
+constexpr const wchar_t* sNotSaved = L", but not everything could be saved";
 
 // One call of cats: the open station, what was asked for, and where to write.
 class CatsRun
@@ -28,7 +30,7 @@ public:
     CatsRun(const CatsOptions& options, Scheduler& cScheduler, const Boxes& cBoxes, const Console& cOut,
             const Console& cError)
         : m_options(options), m_cManager(cScheduler.Object()), m_categories(m_cManager), m_cBoxes(cBoxes),
-          m_cOut(cOut), m_cError(cError)
+          m_lBoxesBefore(cBoxes.Count()), m_cOut(cOut), m_cError(cError)
     {
     }
 
@@ -44,19 +46,19 @@ private:
 
     // Throws what the scheduler says of a call that failed.
     void Check(HRESULT hResult) const { ThrowIfFailed(hResult, m_cManager, __uuidof(_clsSchedMan)); }
-    // Throws sFailure unless the scheduler did everything: it answered with true and showed no box.
-    void MustHaveWorked(bool bAnswer, const std::wstring& sFailure) const;
+    // Throws sFailure when the scheduler has shown a box since the station was open.
+    void NoBoxMustHaveCome(const std::wstring& sFailure) const;
     bool Confirmed(const std::wstring& sQuestion) const;
     std::vector<Target> Targets() const;
     ComPtr<_clsCollection> CatsMeant() const;
     ComPtr<_clsCollection> LevelsMeant() const;
     std::vector<ComPtr<_clsCut>> CutsMeant(_clsCollection& colLevels) const;
-    void WriteChange(const Rotation& before) const;
 
     const CatsOptions& m_options;
     _clsSchedMan& m_cManager;
     Categories m_categories;
     const Boxes& m_cBoxes;
+    std::size_t m_lBoxesBefore;
     const Console& m_cOut;
     const Console& m_cError;
 };
@@ -85,9 +87,9 @@ int CatsRun::Run()
     return lExitOk;
 }
 
-void CatsRun::MustHaveWorked(bool bAnswer, const std::wstring& sFailure) const
+void CatsRun::NoBoxMustHaveCome(const std::wstring& sFailure) const
 {
-    if (!bAnswer || m_cBoxes.Count() > 0)
+    if (m_cBoxes.Count() > m_lBoxesBefore)
     {
         throw HostError(sFailure);
     }
@@ -196,7 +198,11 @@ void CatsRun::New()
     VARIANT_BOOL bMade = VARIANT_FALSE;
     const HRESULT hResult = m_cManager.CreateMainCat(psName, &bMade);
     Check(hResult);
-    MustHaveWorked(bMade != VARIANT_FALSE, L"the category " + m_options.sNewName + L" was not made");
+    if (bMade == VARIANT_FALSE)
+    {
+        throw HostError(L"the category " + m_options.sNewName + L" was not made");
+    }
+    NoBoxMustHaveCome(L"the category " + sName.Text() + L" was made" + sNotSaved);
     m_cOut.Write(L"Made the category " + sName.Text() + L" with level 1\n");
 }
 
@@ -209,11 +215,10 @@ void CatsRun::Level()
     const auto target = m_categories.TargetOf(name);
     for (const auto& cLevel : m_categories.LevelsOf(name))
     {
-        LONG lLevel = 0;
-        ThrowIfFailed(cLevel->get_CatLevel(&lLevel));
-        if (lLevel == m_options.lLevel)
+        if (LevelOf(*cLevel) == m_options.lLevel)
         {
-            throw HostError(target.name.sName + L" has a level " + DecimalText(lLevel) + L" already");
+            throw HostError(target.name.sName + L" has a level " + DecimalText(m_options.lLevel) +
+                            L" already");
         }
     }
     void* pvObject = nullptr;
@@ -227,8 +232,11 @@ void CatsRun::Level()
     VARIANT_BOOL bSaved = VARIANT_FALSE;
     Check(m_cManager.SaveHistoryAndOrdering(cMainCat.Get(), &bSaved));
     const auto sLevel = TextOf(CategoryName{target.name.sName, m_options.lLevel});
-    MustHaveWorked(bAdded != VARIANT_FALSE && bSaved != VARIANT_FALSE,
-                   L"the level " + sLevel + L" was not made");
+    if (bAdded == VARIANT_FALSE)
+    {
+        throw HostError(L"the level " + sLevel + L" was not made");
+    }
+    NoBoxMustHaveCome(L"the level " + sLevel + L" was made" + sNotSaved);
     m_cOut.Write(L"Made the level " + sLevel + L"\n");
 }
 
@@ -242,7 +250,7 @@ int CatsRun::Shuffle()
         return lExitDeclined;
     }
     Check(m_cManager.ShuffleCategories(CatsMeant().Get(), VARIANT_FALSE));
-    MustHaveWorked(true, L"not everything was shuffled and saved");
+    NoBoxMustHaveCome(L"not everything was shuffled and saved");
     m_cOut.Write(L"Shuffled " + sTargets + L"\n");
     return lExitOk;
 }
@@ -256,7 +264,11 @@ int CatsRun::Delete()
     }
     VARIANT_BOOL bGone = VARIANT_FALSE;
     Check(m_cManager.DeleteCats(CatsMeant().Get(), &bGone));
-    MustHaveWorked(bGone != VARIANT_FALSE, L"not everything was deleted");
+    if (bGone == VARIANT_FALSE)
+    {
+        throw HostError(L"not everything was deleted");
+    }
+    NoBoxMustHaveCome(sTargets + L" deleted" + sNotSaved);
     m_cOut.Write(L"Deleted " + sTargets + L"\n");
     return lExitOk;
 }
@@ -267,24 +279,19 @@ int CatsRun::Delete()
 // there.
 std::vector<ComPtr<_clsCut>> CatsRun::CutsMeant(_clsCollection& colLevels) const
 {
-    std::vector<std::wstring> missing;
+    Keys asked;
     for (const auto& sPath : m_options.cuts)
     {
-        missing.push_back(FoldCase(sPath));
+        asked.insert(TextKey(sPath));
     }
-    const auto asked = missing;
-    std::vector<std::wstring> taken;
+    Keys taken;
     std::vector<ComPtr<_clsCut>> cuts;
     const auto take = [&](IDispatch& cItem)
     {
         const auto cCut = ComPtr<IDispatch>(&cItem).As<_clsCut>();
-        const auto sKey = FoldCase(PlayedCutOf(*cCut).sPath);
-        const auto at = std::lower_bound(taken.begin(), taken.end(), sKey);
-        const bool bAsked = asked.empty() || std::find(asked.begin(), asked.end(), sKey) != asked.end();
-        if (bAsked && (at == taken.end() || *at != sKey))
+        const TextKey cKey(PathOf(*cCut));
+        if ((asked.empty() || asked.contains(cKey)) && taken.insert(cKey).second)
         {
-            taken.insert(at, sKey);
-            std::erase(missing, sKey);
             cuts.push_back(cCut);
         }
     };
@@ -295,20 +302,14 @@ std::vector<ComPtr<_clsCut>> CatsRun::CutsMeant(_clsCollection& colLevels) const
                 ThrowIfFailed(ComPtr<IDispatch>(&cItem).As<_clsCat>()->get_SchedCuts(colCuts.Receive()));
                 ForEach(*colCuts, take);
             });
-    for (std::size_t l = 0; l < asked.size(); ++l)
+    for (const auto& sPath : m_options.cuts)
     {
-        if (std::find(missing.begin(), missing.end(), asked[l]) != missing.end())
+        if (!taken.contains(TextKey(sPath)))
         {
-            throw HostError(m_options.cuts[l] + L" does not stand there");
+            throw HostError(sPath + L" does not stand there");
         }
     }
     return cuts;
-}
-
-void CatsRun::WriteChange(const Rotation& before) const
-{
-    const auto change = OnlyChanged(ChangeBetween(before, m_categories.Orders()));
-    m_cOut.Write(change.levels.empty() ? L"They stood there already.\n" : ChangeTable(change));
 }
 
 int CatsRun::Transfer()
@@ -337,9 +338,11 @@ int CatsRun::Transfer()
     VARIANT_BOOL bCreated = VARIANT_FALSE;
     const auto eOption = !bMove ? ::eCopyHere : m_options.bExclusive ? ::eMoveExclusiveHere : ::eMoveHere;
     Check(m_cManager.DoMassCatChange(eOption, colLevels.Get(), cTo.Get(), colCuts.Get(), &bCreated));
-    MustHaveWorked(true, std::wstring(L"not every cut was ") + (bMove ? L"moved" : L"copied"));
-    m_cOut.Write((bMove ? L"Moved " : L"Copied ") + sCuts + L" to " + sTo + L"\n");
-    WriteChange(before);
+    NoBoxMustHaveCome(std::wstring(L"not every cut was ") + (bMove ? L"moved" : L"copied") + L" and saved");
+    const auto change = OnlyChanged(ChangeBetween(before, m_categories.Orders()));
+    m_cOut.Write(change.levels.empty() ? L"They stood there already.\n"
+                                       : (bMove ? L"Moved " : L"Copied ") + sCuts + L" to " + sTo + L"\n" +
+                                             ChangeTable(change));
     return lExitOk;
 }
 

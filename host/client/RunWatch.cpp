@@ -66,9 +66,9 @@ void PlayNew(const Rotation& rotation, const LevelChange& level, const WatchOpti
     cScheduler.SaveOrders();
 }
 
-} // namespace
-
-void RunWatch(const WatchOptions& options, const Console& cOut, const Console& cError)
+// The number of boxes that had come when the import began.
+std::size_t Watch(const WatchOptions& options, const Boxes& cBoxes, const Console& cOut,
+                  const Console& cError)
 {
     MustBeStation(options.sDataBase, options.sAppFolder);
     const auto sCsv = FullPath(options.sCsv);
@@ -89,6 +89,7 @@ void RunWatch(const WatchOptions& options, const Console& cOut, const Console& c
     const auto before = categories.Orders();
     line.Clear();
 
+    const auto lBoxesBefore = cBoxes.Count();
     cOut.Write(L"The scheduler is open on " + options.sDataBase + L" and follows its changes.\nImporting " +
                options.sCsv + L"\n");
     Import(library, scheduler, sCsv, line, cOut);
@@ -105,6 +106,19 @@ void RunWatch(const WatchOptions& options, const Console& cOut, const Console& c
     else
     {
         cOut.Write(L"\nNo cut came into a level: the rotation goes on as it was.\n");
+    }
+    return lBoxesBefore;
+}
+
+} // namespace
+
+void RunWatch(const WatchOptions& options, const Boxes& cBoxes, const Console& cOut, const Console& cError)
+{
+    const auto lBoxesBefore = Watch(options, cBoxes, cOut, cError);
+    // The scheduler is closed by now: what it saves at its end counts as well.
+    if (cBoxes.Count() > lBoxesBefore)
+    {
+        throw HostError(L"the cuts were imported, but the scheduler could not save everything");
     }
 }
 

@@ -9,6 +9,7 @@
 #include "host/client/HostFiles.h"
 #include "host/client/Picture.h"
 #include "host/client/ProgressLine.h"
+#include "host/client/WhatFailed.h"
 #include "host/day/HostError.h"
 
 namespace ravlo
@@ -39,6 +40,7 @@ public:
         MustBeStation(options.sDataBase, options.sAppFolder);
         if (!options.sPicture.empty())
         {
+            m_boxes.emplace(cError); // nobody is there to click
             MustBeWritable(FullPath(options.sPicture));
         }
         m_cLibrary.Open(FullPath(options.sDataBase));
@@ -67,7 +69,7 @@ private:
         }
     }
 
-    // Result receives lCancelled unless the cut was edited.
+    // Result receives lCancelled when the user cancelled.
     void Edit(const VARIANT& cut, const VARIANT& result)
     {
         const auto cCut = ObjectIn<_clsCut>(cut);
@@ -76,27 +78,32 @@ private:
             return;
         }
         const HWND hOwner = ::GetActiveWindow();
+        bool bEdited = true; // also when it fails: the cut may be changed in part
         try
         {
-            if (EditCut(hOwner, *cCut.Get(), m_cLibrary.Object()))
-            {
-                return;
-            }
+            bEdited = EditCut(hOwner, *cCut, m_cLibrary.Object());
         }
-        catch (const ComError& error)
+        catch (...)
         {
-            ::MessageBoxW(hOwner, error.Description().c_str(), L"The cut was not changed",
+            ::MessageBoxW(hOwner, (L"Not everything was saved: " + WhatFailed()).c_str(), L"Edit Cut",
                           MB_OK | MB_ICONERROR);
         }
-        *result.pvarVal = Variant(lCancelled).Detach();
+        if (!bEdited)
+        {
+            StoreThrough(*result.pvarVal, Variant(lCancelled));
+        }
     }
 
+    std::optional<Boxes> m_boxes;
     MediaLibrary m_cLibrary;
     Scheduler m_cScheduler;
     std::optional<EventListener> m_events;
 };
 
-void Check(HRESULT hr, _clsSchedMan& cManager) { ThrowIfFailed(hr, cManager, __uuidof(_clsSchedMan)); }
+void Check(HRESULT hResult, _clsSchedMan& cManager)
+{
+    ThrowIfFailed(hResult, cManager, __uuidof(_clsSchedMan));
+}
 
 void CloseWithOk(HWND hWindow) { ::PostMessageW(hWindow, WM_COMMAND, IDOK, 0); }
 void CloseByItsBox(HWND hWindow) { ::PostMessageW(hWindow, WM_CLOSE, 0, 0); }
@@ -140,28 +147,14 @@ void Show(const CategoryOptions& options, Desk& cDesk, Choice& choice)
     Variant cAnswer;
     _clsCat* pMainCat = choice.cMainCat.Detach();
     _clsCat* pSubCat = choice.cSubCat.Detach();
-    const HRESULT hr = cDesk.Manager().ShowCatUI(
+    const HRESULT hResult = cDesk.Manager().ShowCatUI(
         &pMainCat, &pSubCat, &choice.bOpener, Bstr(options.sCaption).Get(), choice.colCuts.Receive(),
         BoolOf(options.bAllowNew), BoolOf(options.bMultiSelect), choice.cCut.Get(), &cAnswer);
     choice.cMainCat = ComPtr<_clsCat>::Adopt(pMainCat);
     choice.cSubCat = ComPtr<_clsCat>::Adopt(pSubCat);
-    Check(hr, cDesk.Manager());
+    Check(hResult, cDesk.Manager());
     const auto lAnswer = cAnswer.As(VT_I4);
     choice.bChosen = lAnswer && lAnswer->lVal == 1;
-}
-
-std::wstring NameIn(_clsCat& cCat)
-{
-    Bstr sName;
-    ThrowIfFailed(cCat.get_CatName(sName.Receive()));
-    return sName.Text();
-}
-
-LONG LevelIn(_clsCat& cCat)
-{
-    LONG lLevel = 0;
-    ThrowIfFailed(cCat.get_CatLevel(&lLevel));
-    return lLevel;
 }
 
 void Print(const Choice& choice, const Console& cOut)
@@ -171,8 +164,8 @@ void Print(const Choice& choice, const Console& cOut)
         cOut.Write(L"Nothing was chosen\n");
         return;
     }
-    std::wstring sText = L"Category: " + (choice.cMainCat ? NameIn(*choice.cMainCat.Get()) : L"all") + L"\n";
-    sText += L"Level: " + (choice.cSubCat ? DecimalText(LevelIn(*choice.cSubCat.Get())) : L"all") + L"\n";
+    std::wstring sText = L"Category: " + (choice.cMainCat ? NameOf(*choice.cMainCat) : L"all") + L"\n";
+    sText += L"Level: " + (choice.cSubCat ? DecimalText(LevelOf(*choice.cSubCat)) : L"all") + L"\n";
     sText += std::wstring(L"Opener: ") + (choice.bOpener != VARIANT_FALSE ? L"yes" : L"no") + L"\n";
     if (choice.cCut)
     {
@@ -182,10 +175,10 @@ void Print(const Choice& choice, const Console& cOut)
     }
     if (choice.colCuts)
     {
-        ForEach(*choice.colCuts.Get(),
+        ForEach(*choice.colCuts,
                 [&](IDispatch& cItem)
                 {
-                    const auto cCut = PlayedCutOf(*ComPtr<IDispatch>(&cItem).As<_clsCut>().Get());
+                    const auto cCut = PlayedCutOf(*ComPtr<IDispatch>(&cItem).As<_clsCut>());
                     sText += L"Cut: " + cCut.sArtist + L" - " + cCut.sTitle + L"\n";
                 });
     }

@@ -31,8 +31,10 @@ PlayedCut PlayedCutOf(_clsCut& cCut)
     LONG lDurationmS = 0;
     ThrowIfFailed(cCut.get_DurationmS(&lDurationmS));
     return {TextFrom(cCut, &_clsCut::get_Artist), TextFrom(cCut, &_clsCut::get_Title),
-            TextFrom(cCut, &_clsCut::get_Album), TextFrom(cCut, &_clsCut::get_Path), lDurationmS};
+            TextFrom(cCut, &_clsCut::get_Album), PathOf(cCut), lDurationmS};
 }
+
+std::wstring PathOf(_clsCut& cCut) { return TextFrom(cCut, &_clsCut::get_Path); }
 
 Scheduler::Scheduler(MediaLibrary& cLibrary, bool bSaveEach) : m_cLibrary(cLibrary), m_bSaveEach(bSaveEach)
 {

@@ -12,6 +12,7 @@ namespace ravlo
 
 // What the cut's properties say.
 PlayedCut PlayedCutOf(_clsCut& cCut);
+std::wstring PathOf(_clsCut& cCut);
 
 // The scheduler, used as any host uses it: populated once, told what was played before, asked slot by slot.
 class Scheduler : public Playout

@@ -250,8 +250,8 @@ class RavloHost(unittest.TestCase):
         self.write("c", "rock,1,N\nrock,2,Y\n")
         arguments = ("day", "--db", "library.db", "--app", "station", "--start", START, "--hours", "1", "--clock", "c")
         out = self.good(*arguments).splitlines()
-        self.assertEqual(out[0], "2030-01-01T00:00:00  rock 1  Ann - One")
-        self.assertEqual(out[1], "2030-01-01T00:03:20  rock 2 opener  (nothing)  [kind 11]")
+        self.assertEqual(out[0], "2030-01-01T00:00:00  rock:1  Ann - One")
+        self.assertEqual(out[1], "2030-01-01T00:03:20  rock:2 opener  (nothing)  [kind 11]")
         self.assertTrue(any(line.startswith("Slots: ") for line in out))
         quiet = self.good(*arguments, "--quiet")
         self.assertTrue(quiet.startswith("From "), quiet)
@@ -282,12 +282,12 @@ class RavloHost(unittest.TestCase):
                       "rock          1       2      2  2\n"
                       "rock          2       1      2  2\n"
                       "fresh         1       0      2  1-2\n", out)
-        self.assertIn("The rotation of fresh 1, where new cuts come up soonest:\n"
+        self.assertIn("The rotation of fresh:1, where new cuts come up soonest:\n"
                       "1  Dan - Four (1:00)  new\n2  Eve - Five (1:30)  new\n", out)
-        self.assertRegex(out, r"The next 2 picks:\n\S+  fresh 1  Dan - Four\n\S+  fresh 1  Eve - Five\n$")
+        self.assertRegex(out, r"The next 2 picks:\n\S+  fresh:1  Dan - Four\n\S+  fresh:1  Eve - Five\n$")
         # The plays are on the books: the same cuts have gone to the back.
         again = self.good("cats", "list", "fresh:1", "--db", "library.db", "--app", "station")
-        self.assertEqual(again, "fresh 1 (2 cuts)\n1  Dan - Four (1:00)\n2  Eve - Five (1:30)\n")
+        self.assertEqual(again, "fresh:1 (2 cuts)\n1  Dan - Four (1:00)\n2  Eve - Five (1:30)\n")
 
     def test_watch_of_nothing_new_leaves_the_rotation_alone(self):
         self.import_tiny()
@@ -301,7 +301,7 @@ class RavloHost(unittest.TestCase):
         self.assertIn("160 cuts added, 40 changed, 0 unchanged, 0 rows rejected.", out)
         self.assertIn("In the rotation: 160 new, 28 filed anew, 0 gone", out)
         self.assertRegex(out, r"\nnew releases +1 +0 +32  1-32\n")
-        picks = [line for line in out.splitlines() if "  new releases 1  " in line]
+        picks = [line for line in out.splitlines() if "  new releases:1  " in line]
         self.assertEqual(len(picks), 8)
         self.assertEqual(len(set(line[21:] for line in picks)), 8)
         self.assertFalse(any("[kind" in line for line in picks), picks)
@@ -335,10 +335,10 @@ class RavloHost(unittest.TestCase):
                  "1 category with 2 levels\n")
         self.assertEqual(self.cats("list"), table)
         self.assertEqual(self.cats("list", "ROCK"), table)
-        self.assertEqual(self.cats("list", "rock:1"), "rock 1 (2 cuts)\n1  Ann - One (3:20)\n2  Ann - Two (1:40)\n")
+        self.assertEqual(self.cats("list", "rock:1"), "rock:1 (2 cuts)\n1  Ann - One (3:20)\n2  Ann - Two (1:40)\n")
         self.assertEqual(self.cats("list", "rock", "--first", "1"),
-                         "rock 1 (2 cuts)\n1  Ann - One (3:20)\n... and 1 more\n"
-                         "rock 2 (1 cut)\n1  Bob - Say \"hi\", twice (2:30)\n")
+                         "rock:1 (2 cuts)\n1  Ann - One (3:20)\n... and 1 more\n"
+                         "rock:2 (1 cut)\n1  Bob - Say \"hi\", twice (2:30)\n")
         self.cats_refused(1, "there is no category jazz", "list", "jazz")
         self.cats_refused(1, "rock has no level 3", "list", "rock:3")
 
@@ -353,7 +353,7 @@ class RavloHost(unittest.TestCase):
 
     def test_cats_level_makes_a_level_that_stays(self):
         self.import_tiny()
-        self.assertEqual(self.cats("level", "ROCK", "9"), "Made the level rock 9\n")
+        self.assertEqual(self.cats("level", "ROCK", "9"), "Made the level rock:9\n")
         self.assertIn("rock          9     0        -\n", self.cats("list"))
         self.cats_refused(1, "rock has a level 9 already", "level", "rock", "9")
         self.cats_refused(1, "there is no category jazz", "level", "jazz", "1")
@@ -361,24 +361,24 @@ class RavloHost(unittest.TestCase):
 
     def test_cats_asks_before_it_destroys(self):
         self.import_tiny()
-        question = "Really shuffle rock 1 (2 cuts)? [y/N] "
+        question = "Really shuffle rock:1 (2 cuts)? [y/N] "
         self.cats_refused(3, "--yes", "shuffle", "rock:1", out=question + "\n")
         self.cats_refused(3, "", "shuffle", "rock:1", typed="n\n", out=question + "Nothing was changed.\n")
         self.cats_refused(3, "", "shuffle", "rock:1", typed="\n", out=question + "Nothing was changed.\n")
         self.cats_refused(3, "", "move", "rock:1", "--to", "rock:2", typed="perhaps\n",
-                          out="Really move 2 cuts of rock 1 (2 cuts) to rock 2? [y/N] Nothing was changed.\n")
+                          out="Really move 2 cuts of rock:1 (2 cuts) to rock:2? [y/N] Nothing was changed.\n")
         self.cats_refused(3, "", "delete", "rock", typed="no\n", out="Really delete rock (3 cuts)? The cuts stay in the "
                           "database. [y/N] Nothing was changed.\n")
         self.assertEqual(self.cats("delete", "rock:1", typed="y\n"),
-                         "Really delete rock 1 (2 cuts)? The cuts stay in the database. [y/N] "
-                         "Deleted rock 1 (2 cuts)\n")
+                         "Really delete rock:1 (2 cuts)? The cuts stay in the database. [y/N] "
+                         "Deleted rock:1 (2 cuts)\n")
         self.assertEqual(self.cats("list"), "Category  Level  Cuts  Average\nrock          2     1     2:30\n"
                          "1 category with 1 level\n")
 
     def test_cats_shuffle_keeps_every_cut(self):
         self.import_samples()
         before = self.cats("list", "rock:1").splitlines()
-        self.assertEqual(self.cats("shuffle", "rock:1", "--yes"), "Shuffled rock 1 (163 cuts)\n")
+        self.assertEqual(self.cats("shuffle", "rock:1", "--yes"), "Shuffled rock:1 (163 cuts)\n")
         after = self.cats("list", "rock:1").splitlines()
         self.assertNotEqual(before, after)
         self.assertEqual(sorted(line.lstrip("0123456789 ") for line in before),
@@ -391,18 +391,70 @@ class RavloHost(unittest.TestCase):
                          "Copied 2 cuts to new releases\n"
                          "Category      Level  Before  After  New at\nnew releases      1       0      2  1-2\n")
         self.assertEqual(self.cats("copy", "rock:1", "--to", "new releases"),
-                         "Copied 2 cuts to new releases\nThey stood there already.\n")
+                         "They stood there already.\n")
         self.assertEqual(self.cats("move", "rock", "--to", "rock:2", "--cut", "d:\\A.mp3", "--yes"),
-                         "Moved 1 cut to rock 2\nCategory      Level  Before  After  New at\n"
+                         "Moved 1 cut to rock:2\nCategory      Level  Before  After  New at\n"
                          "rock              1       2      1\nrock              2       1      2  2\n"
                          "new releases      1       2      1\nnew releases      2       0      1  1\n")
         self.assertEqual(self.cats("move", "rock:2", "--to", "new releases:2", "--exclusive", "-y"),
-                         "Moved 2 cuts to new releases 2\nCategory      Level  Before  After  New at\n"
+                         "Moved 2 cuts to new releases:2\nCategory      Level  Before  After  New at\n"
                          "rock              2       2      0\nnew releases      2       1      2  2\n")
-        self.cats_refused(1, "there is no cut in rock 2", "copy", "rock:2", "--to", "rock:1")
+        self.cats_refused(1, "there is no cut in rock:2 (0 cuts)", "copy", "rock:2", "--to", "rock:1")
         self.cats_refused(1, "D:\\z.mp3 does not stand there", "copy", "rock", "--to", "new releases", "--cut",
                           "D:\\z.mp3")
         self.cats_refused(1, "rock has no level 7", "move", "rock:1", "--to", "rock:7", "--yes")
+
+    def damage_the_list(self):
+        """The saved list of categories cannot be read, nor replaced: a folder stands in its place."""
+        file = self.folder / "station" / "Scheduler" / "MainCats.txt"
+        file.unlink()
+        file.mkdir()
+        (file / "kept").write_text("", encoding="utf-8")
+
+    def test_cats_tells_what_was_done_when_not_everything_could_be_saved(self):
+        self.import_tiny()
+        self.cats("list")
+        file = self.folder / "station" / "Scheduler" / "MainCats.txt"
+        file.write_text("\r\nrock\r\nROCK", encoding="utf-8", newline="")
+        # A box of the time before the action is shown, but is no failure of the action.
+        status, out, error = run("cats", "--db", "library.db", "--app", "station", "new", "Jazz", folder=self.folder)
+        self.assertEqual((status, out), (0, "Made the category Jazz with level 1\n"), error)
+        self.assertIn("the scheduler says: ", error)
+        self.damage_the_list()
+        status, out, error = run("cats", "--db", "library.db", "--app", "station", "new", "Soul", folder=self.folder)
+        self.assertEqual((status, out), (1, ""), error)
+        self.assertTrue(error.endswith("RavloHost: the category Soul was made, but not everything could be saved\n"), error)
+
+    def unsaved_watch(self, row, *arguments):
+        self.write("more.csv", "path,artist,title,categories,level,duration_ms\n" + row)
+        status, out, error = run("watch", "--db", "library.db", "--app", "station", "--csv", "more.csv", *arguments,
+                                 folder=self.folder)
+        self.assertEqual(status, 1, error)
+        self.assertIn("1 cut added", out)
+        self.assertIn("the scheduler says: ", error)
+        self.assertTrue(error.endswith("RavloHost: the cuts were imported, but the scheduler could not save everything\n"),
+                        error)
+
+    def test_watch_fails_when_not_everything_could_be_saved(self):
+        self.import_tiny()
+        self.cats("list")
+        orders = self.folder / "station" / "Scheduler" / "History_and_Ordering" / "fresh.sif"
+        orders.mkdir(parents=True)
+        self.unsaved_watch("D:\\d.mp3,Dan,Four,fresh,1,60000\n", "--picks", "0")
+        orders.rmdir()
+        self.damage_the_list()  # which is saved when the scheduler closes
+        self.unsaved_watch("D:\\e.mp3,Eve,Five,newer,1,60000\n")
+
+    def test_a_category_with_a_colon_in_its_name_can_be_named(self):
+        self.good("import", "--db", "library.db", "--csv", self.write("talk.csv", TINY.replace(",rock,2", ",Talk: News,2")))
+        self.assertEqual(self.cats("list", "talk: news:2"), "Talk: News:2 (1 cut)\n1  Bob - Say \"hi\", twice (2:30)\n")
+        self.assertIn("Talk: News      2     1     2:30\n", self.cats("list", "Talk: News"))
+
+    def test_a_level_of_a_category_without_cuts_stays(self):
+        self.import_tiny()
+        self.cats("new", "Jazz")
+        self.assertEqual(self.cats("level", "Jazz", "2"), "Made the level Jazz:2\n")
+        self.assertIn("Jazz          2     0        -\n", self.cats("list"))
 
     def test_cats_of_a_station_that_is_none_changes_nothing(self):
         self.refused(1, "missing.db", "cats", "list", "--db", "missing.db", "--app", "station")
@@ -432,7 +484,7 @@ class RavloHost(unittest.TestCase):
         day = ("day", "--db", "library.db", "--app", "station", "--start", START, "--log", "log.csv")
         self.refused(1, "missing", *day, "--clock", "missing")
         self.refused(1, "bad_level, line 2: ", *day, "--clock", "bad_level")
-        self.refused(1, "bad_category, line 2: no cut stands in jazz 1", *day, "--clock", "bad_category")
+        self.refused(1, "bad_category, line 2: no cut stands in jazz:1", *day, "--clock", "bad_category")
         self.refused(1, "bad_slots.csv, line 3: ", *day, "--slots", "bad_slots.csv")
         self.refused(1, "missing.db", "day", "--db", "missing.db", "--app", "station", "--clock", "good")
         self.refused(1, "", "day", "--db", "no.db", "--app", "station", "--clock", "good")
@@ -462,6 +514,16 @@ class RavloHost(unittest.TestCase):
         self.assertEqual(self.picture("category", "--category", "ROCK:2"), "Category: rock\nLevel: 2\nOpener: no\n")
         self.assertEqual(self.picture("category", "--multi", "--cut", "d:\\C.MP3"),
                          "Category: rock\nLevel: 2\nOpener: no\nThe cut is filed under: rock\n")
+
+    def test_a_box_does_not_keep_a_picture_waiting(self):
+        self.good("import", "--db", "t.db", "--csv", self.write("t.csv", TINY))
+        self.good("cats", "list", "--db", "t.db", "--app", ".")
+        (self.folder / "Scheduler" / "MainCats.txt").write_text("\r\nrock\r\nROCK", encoding="utf-8", newline="")
+        status, _, error = run("library", "--db", "t.db", "--app", ".", "--picture", "window.png", folder=self.folder,
+                               wrapper=WITH_SCREEN)
+        self.assertEqual(status, 0, error)
+        self.assertIn("the scheduler says: ", error)
+        self.assertTrue((self.folder / "window.png").exists())
 
     def test_the_library_window_opens_on_a_station_without_a_cut(self):
         self.good("import", "--db", "t.db", "--csv", self.write("t.csv", "path\n"))

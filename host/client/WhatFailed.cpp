@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#include "host/client/WhatFailed.h"
+
+#include "com/kit/Errors.h"
+#include "host/day/HostError.h"
+#include "text/Utf8.h"
+
+namespace ravlo
+{
+
+std::wstring WhatFailed()
+{
+    try
+    {
+        throw;
+    }
+    catch (const HostError& error)
+    {
+        return error.Text();
+    }
+    catch (const RuntimeError& error)
+    {
+        return error.Description();
+    }
+    catch (const ComError& error)
+    {
+        return error.Description();
+    }
+    catch (const std::exception& error)
+    {
+        return TextFromStore(error.what());
+    }
+}
+
+} // namespace ravlo
