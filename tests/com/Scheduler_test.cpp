@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The scheduler over the embedded database, as an early-bound host uses the two together.
+#include "com/BoxAnswerer.h"
 #include "com/Station.h"
 
 namespace ravlo
@@ -425,6 +426,105 @@ TEST_F(EditingTest, AShuffledCollectionIsANewOneWithTheSameItemsAndKeys)
     Variant cItem;
     ASSERT_EQ(colNew->get_Item(Text(L"7"), &cItem), S_OK);
     EXPECT_EQ(cItem.lVal, 7);
+}
+
+TEST_F(EditingTest, AShuffledCollectionReachesATypedVariable)
+{
+    const auto colOld = CollectionOf({Long(1), Long(2)});
+    IDispatch* pVariable = ComPtr<_clsCollection>(colOld).Detach();
+    VARIANT reference{};
+    reference.vt = VT_BYREF | VT_DISPATCH;
+    reference.ppdispVal = &pVariable;
+    ASSERT_EQ(m_cMan->RandomizeCollection(&reference), S_OK);
+    const auto colNew = ComPtr<IDispatch>::Adopt(pVariable);
+    EXPECT_FALSE(IsSame(colNew, colOld));
+    EXPECT_EQ(ItemsOf(colNew.Get()).size(), 2u);
+    EXPECT_EQ(reference.vt, VT_BYREF | VT_DISPATCH);
+    colOld->AddRef();
+    EXPECT_EQ(colOld->Release(), 1u) << "the variable has let go of it";
+
+    Variant cVariable = Object(colOld);
+    reference = ByReference(cVariable);
+    ASSERT_EQ(m_cMan->RandomizeCollection(&reference), S_OK);
+    EXPECT_FALSE(IsSame(ObjectIn<IDispatch>(cVariable), colOld));
+    EXPECT_EQ(reference.vt, VT_BYREF | VT_VARIANT);
+}
+
+TEST_F(EditingTest, WhatCannotBeShuffledIsShownAndStaysAsItIs)
+{
+    Variant cVariable = Object(m_cMan);
+    Variant cNothing = Long(7);
+    BoxAnswerer cAnswerer;
+    EXPECT_EQ(m_cMan->RandomizeCollection(&cVariable), S_OK);
+    EXPECT_EQ(m_cMan->RandomizeCollection(&cNothing), S_OK);
+    const Texts colSaid = cAnswerer.Stop();
+    ASSERT_EQ(colSaid.size(), 2u);
+    EXPECT_TRUE(colSaid[0].starts_with(L"Error in Randomize Collection : 451 "))
+        << testing::PrintToString(colSaid[0]);
+    EXPECT_TRUE(colSaid[1].starts_with(L"Error in Randomize Collection : 91 "))
+        << testing::PrintToString(colSaid[1]);
+    EXPECT_TRUE(IsSame(ObjectIn<_clsSchedMan>(cVariable), m_cMan));
+    EXPECT_EQ(cNothing.lVal, 7);
+}
+
+// Objects that a host kept while the categories were built anew.
+class StaleTest : public EditingTest
+{
+protected:
+    StaleTest() : m_cOldRock(MainCat(L"Rock")), m_cOldLevel(Level(L"Rock", L"1"))
+    {
+        Populate();
+        EXPECT_FALSE(IsSame(m_cOldLevel, Level(L"Rock", L"1")));
+    }
+    // Every cut stands once in each category it names, and in no other.
+    ~StaleTest() override
+    {
+        ComPtr<_clsCollection> colCuts;
+        EXPECT_EQ(m_cDataBase->get_Cuts(colCuts.Receive()), S_OK);
+        std::map<std::wstring, Texts> expected{{L"Rock", {}}, {L"Pop", {}}};
+        ForEachItem(colCuts.Get(),
+                    [&](const Variant& cItem)
+                    {
+                        const auto cCut = ObjectIn<_clsCut>(cItem);
+                        const auto sNames = TextOfProperty(cCut, &_clsCut::get_CategoryText);
+                        for (auto& [sName, colTitles] : expected)
+                            if (sNames.find(sName) != std::wstring::npos)
+                                colTitles.push_back(TextOfProperty(cCut, &_clsCut::get_Title));
+                    });
+        for (auto& [sName, colTitles] : expected)
+        {
+            Texts colFound = TitlesIn(MainCat(sName));
+            std::sort(colFound.begin(), colFound.end());
+            std::sort(colTitles.begin(), colTitles.end());
+            EXPECT_EQ(colFound, colTitles) << testing::PrintToString(sName);
+        }
+    }
+    ComPtr<_clsCut> Cut(std::size_t lPosition)
+    {
+        ComPtr<_clsCollection> colCuts;
+        EXPECT_EQ(Level(L"Rock", L"1")->get_SchedCuts(colCuts.Receive()), S_OK);
+        Variant cItem;
+        EXPECT_EQ(colCuts->get_Item(Long(static_cast<std::int32_t>(lPosition)), &cItem), S_OK);
+        return ObjectIn<_clsCut>(cItem);
+    }
+
+    ComPtr<_clsCat> m_cOldRock;
+    ComPtr<_clsCat> m_cOldLevel;
+    BoxAnswerer m_cAnswerer; // an edit may be refused with a box
+};
+
+TEST_F(StaleTest, CutsMovedWithinALevelOfBeforeAreNeitherLostNorDoubled)
+{
+    m_cMan->MoveCutsInCategory(m_cOldLevel.Get(), CollectionOf({Object(Cut(1))}).Get(), 99);
+    m_cMan->MoveCutsInCategory(m_cOldRock.Get(), CollectionOf({Object(Cut(1))}).Get(), 99);
+    EXPECT_EQ(LongOfProperty(Level(L"Rock", L"1"), &_clsCat::get_TotalCuts), 2);
+}
+
+TEST_F(StaleTest, CutsMovedIntoALevelOfBeforeStandWhereTheySay)
+{
+    VARIANT_BOOL bCreated = VARIANT_FALSE;
+    m_cMan->DoMassCatChange(::eMoveHere, CollectionOf({Object(m_cOldLevel)}).Get(), m_cOldLevel.Get(),
+                            CollectionOf({Object(Cut(1))}).Get(), &bCreated);
 }
 
 TEST_F(EditingTest, AHostsOwnCollectionIsShuffledToo)
