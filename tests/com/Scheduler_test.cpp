@@ -520,6 +520,16 @@ TEST_F(StaleTest, CutsMovedWithinALevelOfBeforeAreNeitherLostNorDoubled)
     EXPECT_EQ(LongOfProperty(Level(L"Rock", L"1"), &_clsCat::get_TotalCuts), 2);
 }
 
+TEST_F(StaleTest, ACutRemovedFromACategoryOfBeforeStandsWhereItSays)
+{
+    for (const auto& cOld : {m_cOldRock, m_cOldLevel})
+    {
+        _clsCollection* pAffected = nullptr;
+        m_cMan->RemoveCutFromCategory(cOld.Get(), Cut(1).Get(), &pAffected, 0);
+        ComPtr<_clsCollection>::Adopt(pAffected);
+    }
+}
+
 TEST_F(StaleTest, CutsMovedIntoALevelOfBeforeStandWhereTheySay)
 {
     VARIANT_BOOL bCreated = VARIANT_FALSE;
