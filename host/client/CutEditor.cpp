@@ -6,6 +6,8 @@
 #include "host/client/WindowText.h"
 #include "host/day/CutEdit.h"
 
+#include <exception>
+
 namespace ravlo
 {
 
@@ -133,6 +135,30 @@ void Announce(_clsCut& cCut, _clsDataBase& cDataBase)
     ThrowIfFailed(cDataBase.ModifyCuts(colCuts.Get(), &lCuts), cDataBase, __uuidof(_clsDataBase));
 }
 
+// All of it, or what the cut was before: a database that refuses one change must not leave the cut between
+// two places.
+void Change(_clsCut& cCut, _clsDataBase& cDataBase, const CutValues& before, const CutValues& after)
+{
+    try
+    {
+        Put(cCut, after);
+    }
+    catch (...)
+    {
+        const std::exception_ptr failure = std::current_exception();
+        try
+        {
+            Put(cCut, before);
+        }
+        catch (...)
+        {
+            // Stops at the change that was refused, which is none; what came before it is as it was.
+        }
+        std::rethrow_exception(failure);
+    }
+    Announce(cCut, cDataBase);
+}
+
 } // namespace
 
 bool EditCut(HWND hOwner, _clsCut& cCut, _clsDataBase& cDataBase)
@@ -149,8 +175,7 @@ bool EditCut(HWND hOwner, _clsCut& cCut, _clsDataBase& cDataBase)
     {
         return true;
     }
-    Put(cCut, editing.values);
-    Announce(cCut, cDataBase);
+    Change(cCut, cDataBase, before, editing.values);
     return true;
 }
 

@@ -24,11 +24,13 @@ constexpr DISPID lRequestEditCut = 5;
 // What RequestEditCut's Result says when nothing was changed.
 constexpr std::int32_t lCancelled = 2;
 
-constexpr const wchar_t* sHelp = L"Tree:\tEnter shows a category or level, Space ticks it.\n"
+constexpr const wchar_t* sHelp = L"Tree:\tEnter shows a category or level, Space ticks it,\n"
+                                 L"\tCtrl+V files what was copied or cut in the list.\n"
                                  L"List:\tEnter edits a cut, Delete takes it out of the level,\n"
-                                 L"\tAlt+Up and Alt+Down move it, Ctrl+A selects all.\n"
+                                 L"\tAlt+Up and Alt+Down move it, Ctrl+A selects all,\n"
+                                 L"\tCtrl+C and Ctrl+X remember the selected cuts.\n"
                                  L"\tDrag cuts within the list to re-order, onto the tree to file them.\n"
-                                 L"F6 goes from pane to pane, Esc ends a drag.";
+                                 L"Ctrl+S saves all, F6 goes from pane to pane, Esc ends a drag.";
 
 // A populated station with the windows' events answered as a playout program answers them.
 class Desk

@@ -109,6 +109,7 @@ public:
     VARIANT_BOOL m_bMustBeOpener = VARIANT_FALSE;
     ComPtr<HostCollection> m_colNames = NewObject<HostCollection>();
     HRESULT m_hKey = S_OK;           // what asking for the key answers
+    HRESULT m_hCategoryText = S_OK;  // what setting the category text answers
     std::function<void()> m_onAsked; // before it answers what interfaces it has
 
     STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override
@@ -148,6 +149,8 @@ public:
     }
     STDMETHODIMP put_CategoryText(BSTR newVal) override
     {
+        if (FAILED(m_hCategoryText))
+            return m_hCategoryText;
         m_colNames->m_colItems.clear();
         std::wstring sText = TextOf(newVal);
         while (!sText.empty())

@@ -118,6 +118,40 @@ TEST_F(CutEditor, AWrongFieldIsExplainedAndCanBeCorrected)
     EXPECT_EQ(m_lModified, 1);
 }
 
+TEST_F(CutEditor, ACutThatRefusesAChangeIsAsItWasBefore)
+{
+    const auto cRefusing = NewObject<HostCutObject>(L"C:\\refusing.mp3");
+    cRefusing->m_sArtist = L"Abba";
+    cRefusing->m_lLevel = 2;
+    cRefusing->FileIn(L"Pop");
+    cRefusing->m_hCategoryText = ErrorResult(70);
+    HRESULT hResult = S_OK;
+    WhileOpen(
+        [&]
+        {
+            try
+            {
+                EditCut(nullptr, *cRefusing.Get(), *m_cDataBase.Get());
+            }
+            catch (...)
+            {
+                hResult = ErrorResult(70);
+            }
+        },
+        [&](const User& user)
+        {
+            const HWND hDialog = user.WaitFor(L"#32770");
+            user.Replace(::GetDlgItem(hDialog, lCutArtist), L"Another");
+            user.Replace(::GetDlgItem(hDialog, lCutCategories), L"Gold");
+            user.Replace(::GetDlgItem(hDialog, lCutLevel), L"3");
+            user.Key(VK_RETURN);
+        });
+    EXPECT_EQ(hResult, ErrorResult(70));
+    EXPECT_EQ(cRefusing->m_sArtist, L"Abba");
+    EXPECT_EQ(cRefusing->m_lLevel, 2);
+    EXPECT_EQ(m_lModified, 0);
+}
+
 TEST_F(CutEditor, EveryFieldIsReachedByItsMnemonic)
 {
     EXPECT_FALSE(Edit(
