@@ -349,6 +349,20 @@ TEST_F(Panel, ThePositionIsRememberedAtTheEndOfEveryDragAndWhenItGoesOutOfView)
     EXPECT_EQ(Remembered(), L"4000");
 }
 
+// First remembered, then laid out: what is kept is where the bar was dropped, not where it had to come to
+// rest.
+TEST_F(Panel, ADroppedPositionIsRememberedBeforeItIsLaidOut)
+{
+    cPanel.SetRegistryID(L"Library");
+    cPanel.Resize(10000, 4000);
+    std::wstring sAtLayout;
+    cPanel.Change = [&](std::int32_t) { sAtLayout = Remembered(); };
+    DragTo(100);
+    EXPECT_EQ(sAtLayout, L"100");
+    EXPECT_EQ(cPanel.Position(), 2000);
+    EXPECT_EQ(Remembered(), L"100");
+}
+
 TEST_F(Panel, APanelThatWasNeverSeenRemembersNothing)
 {
     Remembers(L"4321");

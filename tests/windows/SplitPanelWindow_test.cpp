@@ -338,6 +338,28 @@ TEST_F(SplitWindow, ADisabledPanelDisablesItsPanesAndShowsTheHourglass)
         });
 }
 
+// Without waiting for a move of the mouse; not always an arrow.
+TEST_F(SplitWindow, ThePointerIsAtOnceTheOneOfWhatIsUnderIt)
+{
+    Open(
+        [&](const User& user, HWND hBar)
+        {
+            user.MoveTo(hBar, {2, 100});
+            HCURSOR hDisabled = nullptr;
+            HCURSOR hEnabled = nullptr;
+            cContainer->Run(user,
+                            [&]
+                            {
+                                cContainer->cSplit->Panel().SetEnabled(false);
+                                hDisabled = ::GetCursor();
+                                cContainer->cSplit->Panel().SetEnabled(true);
+                                hEnabled = ::GetCursor();
+                            });
+            EXPECT_EQ(hDisabled, ::LoadCursorW(nullptr, IDC_WAIT));
+            EXPECT_EQ(hEnabled, ::LoadCursorW(nullptr, IDC_SIZEWE));
+        });
+}
+
 TEST_F(SplitWindow, WithOnePaneTheOtherAndTheBarAreStillLaidOut)
 {
     Open(

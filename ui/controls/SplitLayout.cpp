@@ -48,11 +48,6 @@ std::int32_t BarStart(const SplitSettings& settings, std::int32_t lPosition)
     return lPosition - settings.iSplitterWidth / 2;
 }
 
-std::int32_t BarCentre(const SplitSettings& settings, std::int32_t lStart)
-{
-    return lStart + settings.iSplitterWidth / 2;
-}
-
 std::optional<SplitPlaces> LayOutSplit(const SplitSettings& settings, const SplitState& state,
                                        std::int32_t lWidth, std::int32_t lHeight)
 {

@@ -62,9 +62,8 @@ std::optional<SplitPlaces> LayOutSplit(const SplitSettings& settings, const Spli
 // The extent along which the panel is divided.
 std::int32_t SplitExtent(const SplitSettings& settings, std::int32_t lWidth, std::int32_t lHeight);
 
-// The top or left edge of a bar whose centre line is at that position, and the other way round.
+// The top or left edge of a bar whose centre line is at that position.
 std::int32_t BarStart(const SplitSettings& settings, std::int32_t lPosition);
-std::int32_t BarCentre(const SplitSettings& settings, std::int32_t lStart);
 
 // What becomes of the panel when the bar is dropped with its centre line at that position.
 SplitState DropSplit(const SplitSettings& settings, const SplitState& before, std::int32_t lPosition,

@@ -42,6 +42,17 @@ void SetFont(HWND hControl, HFONT hFont) noexcept
     ::SendMessageW(hControl, WM_SETFONT, reinterpret_cast<WPARAM>(hFont), TRUE);
 }
 
+void AskForPointer() noexcept
+{
+    POINT point{};
+    ::GetCursorPos(&point);
+    const HWND hWindow = ::WindowFromPoint(point);
+    if (!hWindow || ::GetWindowThreadProcessId(hWindow, nullptr) != ::GetCurrentThreadId())
+        return;
+    const LRESULT lHit = ::SendMessageW(hWindow, WM_NCHITTEST, 0, MAKELPARAM(point.x, point.y));
+    ::SendMessageW(hWindow, WM_SETCURSOR, reinterpret_cast<WPARAM>(hWindow), MAKELPARAM(lHit, WM_MOUSEMOVE));
+}
+
 void Mover::Move(HWND hControl, int x, int y, int cx, int cy) noexcept
 {
     // Bits that are copied along may be those of a neighbour that stood in the way.

@@ -10,10 +10,11 @@
 namespace ravlo
 {
 
-// Runs a top-level window modally: every other enabled window of the thread is disabled meanwhile, and just
-// those are enabled again. Accelerators, Tab, Enter, Esc and mnemonics work in this loop and in every other
-// one that shows its messages to the thread's message filter, as the library's own pumping does. Modal
-// windows may be stacked.
+// Runs a top-level window modally: every other window of the thread that is visible and enabled is disabled
+// meanwhile, and just those are enabled again. A hidden one cannot be used anyway; shown meanwhile, it is a
+// window to be used on top of this one. Accelerators, Tab, Enter, Esc and mnemonics work in this loop and in
+// every other one that shows its messages to the thread's message filter, as the library's own pumping does.
+// Modal windows may be stacked.
 class ModalLoop
 {
 public:

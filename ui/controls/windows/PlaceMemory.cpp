@@ -68,6 +68,16 @@ int RestorePlace(HWND hWindow, const UserSettings& cUserSettings, const std::wst
     return place->bMaximised ? SW_SHOWMAXIMIZED : SW_SHOWNORMAL;
 }
 
+void ResizeOnScreen(HWND hWindow, SIZE size)
+{
+    RECT rect{};
+    ::GetWindowRect(hWindow, &rect);
+    const ScreenBox work = WorkArea(::MonitorFromWindow(hWindow, MONITOR_DEFAULTTONEAREST));
+    Place(hWindow,
+          FittedInto(work, {static_cast<std::int32_t>(rect.left), static_cast<std::int32_t>(rect.top),
+                            static_cast<std::int32_t>(size.cx), static_cast<std::int32_t>(size.cy)}));
+}
+
 void RememberPlace(HWND hWindow, UserSettings& cUserSettings, const std::wstring& sKey)
 {
     WINDOWPLACEMENT placement{};

@@ -266,7 +266,7 @@ void SplitPanelWindow::Hourglass(bool bOn)
 {
     m_bHourglass = bOn;
     if (!SetsCursor())
-        ::SetCursor(::LoadCursorW(nullptr, IDC_ARROW));
+        AskForPointer();
 }
 
 } // namespace ravlo

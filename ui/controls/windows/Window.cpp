@@ -110,6 +110,8 @@ LRESULT CALLBACK Window::Procedure(HWND hWindow, UINT lMessage, WPARAM wParam, L
     {
         ::SetWindowLongPtrW(hWindow, GWLP_USERDATA, 0);
         pWindow->m_hWindow = nullptr;
+        // Destroyed inside a sent message, it would leave its modal loop waiting for a posted one.
+        ::PostThreadMessageW(::GetCurrentThreadId(), WM_NULL, 0, 0);
     }
     return lResult;
 }
