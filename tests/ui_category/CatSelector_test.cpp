@@ -14,7 +14,10 @@ struct Selector : CategoryTest
     Selector()
     {
         cSelector.CatChanged = [this](std::shared_ptr<clsCat>& cCat)
-        { colEvents.push_back(cCat->CatName() + L" " + std::to_wstring(cCat->CatLevel())); };
+        {
+            colEvents.push_back(cCat ? cCat->CatName() + L" " + std::to_wstring(cCat->CatLevel())
+                                     : L"a level that is gone");
+        };
         cSelector.OpenerChanged = [this](bool bOpener)
         { colEvents.push_back(bOpener ? L"openers" : L"all cuts"); };
         cSelector.SetSchedMan(cSchedMan);
@@ -121,13 +124,14 @@ TEST_F(Selector, ALLChoosesTheMainCategoryItselfOnce)
     EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Zebra - Stripes", L"Apple - Core", L"Mango - Stone"}));
 }
 
-TEST_F(Selector, ALevelThatIsGoneMeanwhileIsNone)
+TEST_F(Selector, ALevelThatIsGoneMeanwhileIsNoneAndToldOnce)
 {
     ClickCat(L"Rock");
     MainCat(L"Rock")->RemoveSubCat(Level(L"Rock", 3));
     ClickLevel(L"3");
+    ClickLevel(L"3");
     EXPECT_EQ(cSelector.SelectedSubCat(), nullptr);
-    EXPECT_EQ(colEvents, (Texts{L"Rock 1"}));
+    EXPECT_EQ(colEvents, (Texts{L"Rock 1", L"a level that is gone"}));
     EXPECT_EQ(cScreen.sMatch, L"No items in this category");
 }
 
@@ -187,6 +191,32 @@ TEST_F(Selector, ACutThatCannotBeReadHidesNoOther)
     ClickCat(L"Rock");
     EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Apple - Core"}));
     EXPECT_EQ(Shown(), Boxes());
+}
+
+TEST_F(Selector, ALLListsEachCutOfItsLevelsOnceAndAsksNoneForItsKey)
+{
+    bool bNew = false;
+    Level(L"Rock", 3)->AddCut(CutOf(1), bNew); // in two levels
+    for (std::size_t i = 0; i < 3; ++i)
+        CutOf(i)->failing = {"Key"};
+    CutOf(0)->failing.insert("Title");
+    ClickCat(L"Rock");
+    ClickLevel(L"ALL");
+    EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Apple - Core", L"Mango - Stone"}));
+    cScreen.lists[lstsongs1].lSelected = {1};
+    EXPECT_EQ(cSelector.SelectedCuts(), (Cuts{CutOf(2)}));
+}
+
+TEST_F(Selector, ALLIsListedWholeWhenItsLevelsChangeWhileItIsRead)
+{
+    ClickCat(L"Rock");
+    CutOf(0)->OnCall = [&](const std::string&)
+    {
+        CutOf(0)->OnCall = nullptr;
+        MainCat(L"Rock")->RemoveSubCat(Level(L"Rock", 1));
+    };
+    ClickLevel(L"ALL");
+    EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Zebra - Stripes", L"Apple - Core", L"Mango - Stone"}));
 }
 
 TEST_F(Selector, ALevelThatShrinksWhileItIsReadIsReadToItsNewEnd)
@@ -347,6 +377,7 @@ TEST_F(Selector, ARefreshAfterTheCategoryHasGoneChoosesNothing)
     EXPECT_EQ(cSelector.SelectedSubCat(), nullptr);
     EXPECT_EQ(cScreen.Entries(lstlvl), Texts());
     EXPECT_EQ(cScreen.Entries(lstsongs1), Texts());
+    EXPECT_EQ(colEvents, (Texts{L"Jazz 2"}));
 }
 
 TEST_F(Selector, ARefreshFindsTheChoiceInANewTree)

@@ -90,7 +90,6 @@ public:
 
 struct Form : CategoryTest
 {
-    Form() { cView.cForm = &cForm; }
     ~Form() override { cSchedMan->SetWindows(nullptr); }
 
     // Opens the window on a level (0 for all), does something, and closes it as that leaves it.
@@ -102,17 +101,23 @@ struct Form : CategoryTest
             request.cSubCatChosen = lLevel > 0 ? Level(sCat, lLevel) : nullptr;
         }
         cView.OnModal = OnModal;
-        return cForm.ShowUI(cSchedMan, request);
+        return Show(cSchedMan);
+    }
+    // A window shows itself once.
+    std::int32_t Show(const std::shared_ptr<clsSchedMan>& cManager)
+    {
+        cView.cForm = &cForm.emplace(cView, cSelector, cMod);
+        return cForm->ShowUI(cManager, request);
     }
     void Type(RuleBox eBox, const std::wstring& sText)
     {
         cView.texts[eBox] = sText;
-        cForm.BoxChanged(eBox);
+        cForm->BoxChanged(eBox);
     }
     void ClickIgnore(bool bChecked)
     {
         cView.bIgnore = bChecked;
-        cForm.IgnoreClick();
+        cForm->IgnoreClick();
     }
     void Answers(BoxAnswer eAnswer) { cWorld.cMessages.eDefaultAnswer = eAnswer; }
     std::string Settings() const { return cWorld.cFiles.Get(L"C:\\Radio\\Scheduler\\SchedulerSettings.dat"); }
@@ -127,7 +132,7 @@ struct Form : CategoryTest
 
     ScreenForm cView;
     OtherWindows cWindows;
-    frmCat cForm{cView, cSelector, cMod};
+    std::optional<frmCat> cForm;
     CategoryRequest request;
 };
 
@@ -186,9 +191,9 @@ TEST_F(Form, SaysThatItNeedsTheCategoriesBeforeAnyPopulation)
     cView.OnModal = [&]
     {
         EXPECT_TRUE(cScreen.Checked(chkOpener));
-        cForm.OKClick();
+        cForm->OKClick();
     };
-    EXPECT_EQ(cForm.ShowUI(cFresh, request), lChosen);
+    EXPECT_EQ(Show(cFresh), lChosen);
     EXPECT_EQ(Shown(), (Boxes{OkBox(BoxIcon::None, L"RavloScheduler",
                                     L"Cat Selector NEEDS the collection of main cats!")}));
     EXPECT_EQ(request.cMainCatChosen, nullptr);
@@ -199,7 +204,7 @@ TEST_F(Form, AStationWithoutAnyCategoryOpensWithoutABox)
     const auto cFresh = std::make_shared<clsSchedMan>(cMod);
     cFresh->PopulateFromDataBase(std::make_shared<FakeDataBase>(), L"C:\\Other\\");
     Shown().clear();
-    cForm.ShowUI(cFresh, request);
+    Show(cFresh);
     EXPECT_EQ(Shown(), Boxes());
 }
 
@@ -213,7 +218,7 @@ TEST_F(Form, OKReturnsTheChoice)
                                   ClickCat(L"Rock");
                                   ClickOpener(true);
                                   cScreen.lists[lstsongs1].lSelected = {0};
-                                  cForm.OKClick();
+                                  cForm->OKClick();
                               });
     EXPECT_EQ(lAnswer, 1);
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
@@ -229,7 +234,7 @@ TEST_F(Form, OKOnALLReturnsTheMainCategoryAndNoLevel)
          [&]
          {
              ClickLevel(L"ALL");
-             cForm.OKClick();
+             cForm->OKClick();
          });
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
     EXPECT_EQ(request.cSubCatChosen, nullptr);
@@ -238,7 +243,7 @@ TEST_F(Form, OKOnALLReturnsTheMainCategoryAndNoLevel)
 TEST_F(Form, OKWithoutTouchingAnythingReturnsWhatWasGiven)
 {
     request.bOpenerChosen = true;
-    Open(L"Rock", 3, [&] { cForm.OKClick(); });
+    Open(L"Rock", 3, [&] { cForm->OKClick(); });
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
     EXPECT_EQ(request.cSubCatChosen, Level(L"Rock", 3));
     EXPECT_TRUE(request.bOpenerChosen);
@@ -254,7 +259,7 @@ TEST_F(Form, CancelReturnsTwoAndChangesNothing)
                               {
                                   ClickCat(L"Jazz");
                                   ClickOpener(true);
-                                  cForm.CancelClick();
+                                  cForm->CancelClick();
                               });
     EXPECT_EQ(lAnswer, 2);
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
@@ -271,12 +276,6 @@ TEST_F(Form, AWindowThatEndsInAnyOtherWayCountsAsCancelled)
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
 }
 
-TEST_F(Form, ASecondOpeningStartsCancelledAgain)
-{
-    EXPECT_EQ(Open(L"Rock", 3, [&] { cForm.OKClick(); }), lChosen);
-    EXPECT_EQ(Open(L"Rock", 3, [&] {}), lNotChosen);
-}
-
 TEST_F(Form, WithMultiSelectTheCutReceivesLevelAndCategories)
 {
     request.cCut = CutOf(3);
@@ -286,7 +285,7 @@ TEST_F(Form, WithMultiSelectTheCutReceivesLevelAndCategories)
          {
              ClickCat(L"Rock", true); // beside Jazz
              ClickLevel(L"3");
-             cForm.OKClick();
+             cForm->OKClick();
          });
     EXPECT_EQ(CutOf(3)->CatLevel(), 3);
     EXPECT_EQ(CutOf(3)->CategoryText(), L"Rock/Jazz");
@@ -302,7 +301,7 @@ TEST_F(Form, WithMultiSelectALLIsRefusedAndTheCutStaysAsItWas)
                               {
                                   ClickCat(L"Rock");
                                   ClickLevel(L"ALL");
-                                  cForm.OKClick();
+                                  cForm->OKClick();
                               });
     EXPECT_EQ(lAnswer, lChosen);
     EXPECT_EQ(Shown(),
@@ -313,10 +312,45 @@ TEST_F(Form, WithMultiSelectALLIsRefusedAndTheCutStaysAsItWas)
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
 }
 
+TEST_F(Form, WithMultiSelectACutWhoseLastCategoryIsUnmarkedStaysAsItWas)
+{
+    request.cCut = CutOf(3);
+    request.bAllowMultiSelect = true;
+    const auto lAnswer = Open(L"", 0,
+                              [&]
+                              {
+                                  MainCat(L"Jazz")->AddSubCat(std::make_shared<clsCat>(cMod, L"Jazz", 5));
+                                  cScreen.lists[lstCat].lSelected.clear();
+                                  cSelector.CatClick();
+                                  ClickLevel(L"5");
+                                  cForm->OKClick();
+                              });
+    EXPECT_EQ(lAnswer, lChosen);
+    EXPECT_EQ(CutOf(3)->CatLevel(), 2);
+    EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
+    EXPECT_EQ(Shown(), Boxes());
+}
+
+TEST_F(Form, WithMultiSelectButNoCutALLIsAnAnswerLikeAnother)
+{
+    request.bAllowMultiSelect = true;
+    const auto lAnswer = Open(L"", 0,
+                              [&]
+                              {
+                                  ClickCat(L"Rock");
+                                  ClickLevel(L"ALL");
+                                  cForm->OKClick();
+                              });
+    EXPECT_EQ(lAnswer, lChosen);
+    EXPECT_EQ(Shown(), Boxes());
+    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
+    EXPECT_EQ(request.cSubCatChosen, nullptr);
+}
+
 TEST_F(Form, WithoutMultiSelectTheCutIsLeftAlone)
 {
     request.cCut = CutOf(3);
-    Open(L"Rock", 3, [&] { cForm.OKClick(); });
+    Open(L"Rock", 3, [&] { cForm->OKClick(); });
     EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
 }
 
@@ -325,8 +359,17 @@ TEST_F(Form, ACutThatCannotBeChangedIsAnErrorAndNothingComesBack)
     request.cCut = CutOf(3);
     request.bAllowMultiSelect = true;
     CutOf(3)->failing = {"SetCategoryText"};
-    EXPECT_THROW(Open(L"Rock", 3, [&] { cForm.OKClick(); }), RuntimeError);
+    EXPECT_THROW(Open(L"Rock", 3,
+                      [&]
+                      {
+                          ClickCat(L"Rock");
+                          ClickLevel(L"3");
+                          cForm->OKClick();
+                      }),
+                 RuntimeError);
     EXPECT_EQ(request.colSelCuts, Cuts());
+    EXPECT_EQ(CutOf(3)->CatLevel(), 2); // as before, though it took the new one at first
+    EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
 }
 
 // ---- the panes ----
@@ -354,7 +397,7 @@ TEST_F(Form, TheCategoryPaneShowsTheRulesOfTheLevel)
     Open(L"Rock", 3,
          [&]
          {
-             cForm.TabClick(RulesPane::Category);
+             cForm->TabClick(RulesPane::Category);
              EXPECT_EQ(cView.ePane, RulesPane::Category);
              EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Rock 3");
              EXPECT_EQ(cView.texts[txtArtistSepMins1], L"21");
@@ -373,7 +416,7 @@ TEST_F(Form, TheCategoryPaneShowsTheRulesOfTheMainCategoryForALL)
     Open(L"Rock", 0,
          [&]
          {
-             cForm.TabClick(RulesPane::Category);
+             cForm->TabClick(RulesPane::Category);
              EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Rock [ALL LEVELS].");
              EXPECT_EQ(cView.texts[txtArtistSepMins1], L"31");
              EXPECT_EQ(cView.texts[txtTitleSepMins1], L"60"); // the global one
@@ -388,7 +431,7 @@ TEST_F(Form, ChoosingAnotherCategoryShowsItsRules)
     Open(L"Rock", 3,
          [&]
          {
-             cForm.TabClick(RulesPane::Category);
+             cForm->TabClick(RulesPane::Category);
              ClickCat(L"Jazz");
              EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Jazz 2");
              EXPECT_EQ(cView.texts[txtArtistSepMins1], L"41");
@@ -405,9 +448,9 @@ TEST_F(Form, TheTitleNamesTheRulesThatAreToBeSeen)
          {
              ClickCat(L"Jazz");
              EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
-             cForm.TabClick(RulesPane::Category);
+             cForm->TabClick(RulesPane::Category);
              EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Jazz 2");
-             cForm.TabClick(RulesPane::Global);
+             cForm->TabClick(RulesPane::Global);
              EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
          });
 }
@@ -417,7 +460,7 @@ TEST_F(Form, CategoryRulesNeedACategory)
     Open(L"", 0,
          [&]
          {
-             cForm.TabClick(RulesPane::Category);
+             cForm->TabClick(RulesPane::Category);
              EXPECT_EQ(cView.ePane, RulesPane::Global);
              EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
              EXPECT_EQ(Shown(), (Boxes{OkBox(BoxIcon::Information, L"ALL SONGS Is Not Valid For This!",
@@ -449,19 +492,19 @@ TEST_F(Form, ApplyIsEnabledByAnEditOfTheVisiblePane)
              {
                  Type(eBox, L"5");
                  EXPECT_TRUE(cView.bApply);
-                 cForm.TabClick(RulesPane::Category);
+                 cForm->TabClick(RulesPane::Category);
                  EXPECT_FALSE(cView.bApply);
-                 cForm.TabClick(RulesPane::Global);
+                 cForm->TabClick(RulesPane::Global);
                  EXPECT_TRUE(cView.bApply);
-                 cForm.ApplyClick();
+                 cForm->ApplyClick();
                  EXPECT_FALSE(cView.bApply);
              }
-             cForm.TabClick(RulesPane::Category);
+             cForm->TabClick(RulesPane::Category);
              for (const RuleBox eBox : {txtArtistSepMins1, txtTitleSepMins1, txtAlbumSepMins})
              {
                  Type(eBox, L"5");
                  EXPECT_TRUE(cView.bApply);
-                 cForm.ApplyClick();
+                 cForm->ApplyClick();
                  EXPECT_FALSE(cView.bApply);
              }
              ClickIgnore(true);
@@ -496,7 +539,7 @@ TEST_F(Form, ApplyStoresTheGlobalRules)
              {
                  for (const RuleBox eBox : {txtArtistSepMins0, txtTitleSepMins0, txtGlobalAlbumSepMins})
                      Type(eBox, row.sTyped);
-                 cForm.ApplyClick();
+                 cForm->ApplyClick();
                  // The boxes show what is stored now.
                  EXPECT_EQ(cView.texts[txtArtistSepMins0], std::to_wstring(row.lArtistOrTitle));
                  EXPECT_EQ(cView.texts[txtGlobalAlbumSepMins], std::to_wstring(row.lAlbum));
@@ -524,11 +567,11 @@ TEST_F(Form, ApplyStoresTheRulesOfTheCategory)
         Open(L"Rock", 3,
              [&]
              {
-                 cForm.TabClick(RulesPane::Category);
+                 cForm->TabClick(RulesPane::Category);
                  for (const RuleBox eBox : {txtArtistSepMins1, txtTitleSepMins1, txtAlbumSepMins})
                      Type(eBox, row.sTyped);
                  ClickIgnore(true);
-                 cForm.ApplyClick();
+                 cForm->ApplyClick();
              });
         EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), row.lArtistOrTitle);
         EXPECT_EQ(Rules(L"Rock", 3).TitleSepMins(), row.lArtistOrTitle);
@@ -543,9 +586,9 @@ TEST_F(Form, TheRulesOfALLAreTheMainCategorysOwn)
     Open(L"Rock", 0,
          [&]
          {
-             cForm.TabClick(RulesPane::Category);
+             cForm->TabClick(RulesPane::Category);
              Type(txtArtistSepMins1, L"77");
-             cForm.ApplyClick();
+             cForm->ApplyClick();
          });
     EXPECT_EQ(Rules(L"Rock", 0).ArtistSepMins(), 77);
     EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 60);
@@ -558,9 +601,9 @@ TEST_F(Form, BoxesTheUserDidNotChangeAreNotStored)
     Open(L"Rock", 3,
          [&]
          {
-             cForm.TabClick(RulesPane::Category);
+             cForm->TabClick(RulesPane::Category);
              Type(txtTitleSepMins1, L"5");
-             cForm.ApplyClick();
+             cForm->ApplyClick();
          });
     cMod.SetGlobalArtistSepMins(99);
     EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 99);
@@ -574,8 +617,8 @@ TEST_F(Form, NewGlobalValuesShowInTheCategoryPaneWhereItHasNoneOfItsOwn)
          [&]
          {
              Type(txtArtistSepMins0, L"45");
-             cForm.ApplyClick();
-             cForm.TabClick(RulesPane::Category);
+             cForm->ApplyClick();
+             cForm->TabClick(RulesPane::Category);
              EXPECT_EQ(cView.texts[txtArtistSepMins1], L"45");
          });
 }
@@ -587,9 +630,9 @@ TEST_F(Form, EditsOfTheCategoryPaneSurviveApplyingTheGlobalOne)
          {
              Type(txtArtistSepMins1, L"9");
              Type(txtArtistSepMins0, L"45");
-             cForm.ApplyClick();
+             cForm->ApplyClick();
              EXPECT_EQ(cView.texts[txtArtistSepMins1], L"9");
-             cForm.TabClick(RulesPane::Category);
+             cForm->TabClick(RulesPane::Category);
              EXPECT_TRUE(cView.bApply);
          });
 }
@@ -601,8 +644,8 @@ TEST_F(Form, ApplySavesTheVisiblePaneOnly)
          {
              Type(txtArtistSepMins0, L"45");
              Type(txtArtistSepMins1, L"46");
-             cForm.TabClick(RulesPane::Category);
-             cForm.ApplyClick();
+             cForm->TabClick(RulesPane::Category);
+             cForm->ApplyClick();
              EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 46);
              EXPECT_EQ(cMod.GlobalArtistSepMins(), 60);
          });
@@ -614,10 +657,10 @@ TEST_F(Form, RulesThatCannotBeSavedAreReported)
     Open(L"Rock", 3,
          [&]
          {
-             cForm.TabClick(RulesPane::Category);
+             cForm->TabClick(RulesPane::Category);
              Type(txtArtistSepMins1, L"46");
              cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\Rules");
-             cForm.ApplyClick();
+             cForm->ApplyClick();
          });
     ASSERT_EQ(Shown().size(), 2u); // the second one after the error itself
     EXPECT_EQ(Shown()[0].sTitle, L"SaveRules");
@@ -662,7 +705,7 @@ TEST_F(Form, NoLosesTheEdits)
                  ClickLevel(L"3");
                  EXPECT_EQ(cView.texts[txtArtistSepMins1], L"60");
                  EXPECT_EQ(Shown(), (Boxes{PendingChanges(L"Rock")}));
-                 cForm.OKClick();
+                 cForm->OKClick();
              });
         EXPECT_EQ(Shown().size(), 1u);
         EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 60);
@@ -701,7 +744,7 @@ TEST_F(Form, EachOfThePendingEditsRaisesTheQuestionOnClosing)
                  [&]
                  {
                      Type(eBox, L"46");
-                     bOK ? cForm.OKClick() : cForm.CancelClick();
+                     bOK ? cForm->OKClick() : cForm->CancelClick();
                  });
             EXPECT_EQ(Shown(), bAsks ? Boxes{PendingChanges(L"Rock")} : Boxes()) << static_cast<int>(eBox);
         }
@@ -710,7 +753,7 @@ TEST_F(Form, EachOfThePendingEditsRaisesTheQuestionOnClosing)
              [&]
              {
                  ClickIgnore(true);
-                 bOK ? cForm.OKClick() : cForm.CancelClick();
+                 bOK ? cForm->OKClick() : cForm->CancelClick();
              });
         EXPECT_EQ(Shown(), Boxes{PendingChanges(L"Rock")});
     }
@@ -723,10 +766,10 @@ TEST_F(Form, NothingIsAskedWhenNothingIsPending)
          {
              ClickCat(L"Jazz");
              Type(txtArtistSepMins1, L"46");
-             cForm.TabClick(RulesPane::Category);
-             cForm.ApplyClick();
+             cForm->TabClick(RulesPane::Category);
+             cForm->ApplyClick();
              ClickCat(L"Rock");
-             cForm.OKClick();
+             cForm->OKClick();
          });
     EXPECT_EQ(Shown(), Boxes());
 }
@@ -737,7 +780,7 @@ TEST_F(Form, WithoutACategoryTheQuestionNamesNone)
          [&]
          {
              Type(txtArtistSepMins0, L"46");
-             cForm.CancelClick();
+             cForm->CancelClick();
          });
     EXPECT_EQ(Shown(), (Boxes{PendingChanges(L"")}));
 }
@@ -751,7 +794,7 @@ TEST_F(Form, TheSelectedCutsAreTakenBeforeTheQuestion)
          {
              cScreen.lists[lstsongs1].lSelected = {1};
              Type(txtArtistSepMins1, L"46");
-             cForm.OKClick();
+             cForm->OKClick();
          });
     EXPECT_EQ(request.colSelCuts, (Cuts{CutOf(1)}));
 }
@@ -760,18 +803,18 @@ TEST_F(Form, ClicksWhileTheQuestionIsOpenAreIgnored)
 {
     cWorld.cMessages.OnShown = [&]
     {
-        cForm.OKClick();
-        cForm.CancelClick();
-        cForm.ApplyClick();
-        cForm.NewClick();
-        cForm.NewLevelClick();
-        cForm.SchedLibClick();
+        cForm->OKClick();
+        cForm->CancelClick();
+        cForm->ApplyClick();
+        cForm->NewClick();
+        cForm->NewLevelClick();
+        cForm->SchedLibClick();
     };
     EXPECT_EQ(Open(L"Rock", 3,
                    [&]
                    {
                        Type(txtArtistSepMins1, L"46");
-                       cForm.OKClick();
+                       cForm->OKClick();
                    }),
               lChosen);
     EXPECT_EQ(Shown().size(), 1u);
@@ -791,7 +834,7 @@ TEST_F(Form, ClosingStoresGlobalArtistAndTitleWhateverTheAnswerAndNeverTheAlbum)
              {
                  Type(txtArtistSepMins0, L"-31");
                  Type(txtTitleSepMins0, L"abc");
-                 cForm.CancelClick();
+                 cForm->CancelClick();
              });
         EXPECT_EQ(cMod.GlobalArtistSepMins(), 31);
         EXPECT_EQ(cMod.GlobalTitleSepMins(), 60);
@@ -800,7 +843,7 @@ TEST_F(Form, ClosingStoresGlobalArtistAndTitleWhateverTheAnswerAndNeverTheAlbum)
          [&]
          {
              Type(txtGlobalAlbumSepMins, L"34");
-             cForm.OKClick();
+             cForm->OKClick();
          });
     EXPECT_EQ(cMod.GlobalAlbumSepMins(), 60);
 }
@@ -808,7 +851,7 @@ TEST_F(Form, ClosingStoresGlobalArtistAndTitleWhateverTheAnswerAndNeverTheAlbum)
 TEST_F(Form, ClosingWritesTheSettingsFile)
 {
     EXPECT_FALSE(HasSettings());
-    Open(L"Rock", 3, [&] { cForm.CancelClick(); });
+    Open(L"Rock", 3, [&] { cForm->CancelClick(); });
     EXPECT_EQ(Settings(), "60\r\n60\r\n60\r\n");
 }
 
@@ -819,7 +862,7 @@ TEST_F(Form, ClosingLeavesGlobalValuesTheUserDidNotTouch)
          [&]
          {
              cMod.SetGlobalArtistSepMins(17);
-             cForm.OKClick();
+             cForm->OKClick();
          });
     EXPECT_EQ(cMod.GlobalArtistSepMins(), 17);
 }
@@ -832,14 +875,31 @@ TEST_F(Form, ANewCategoryIsListedAndChosen)
     Open(L"Rock", 3,
          [&]
          {
-             cForm.NewClick();
+             cForm->NewClick();
              EXPECT_EQ(cScreen.Entries(lstCat), (Texts{L"Rock", L"Jazz", L"NOCAT", L"Swing_Bop"}));
              EXPECT_EQ(cScreen.Current(lstCat), L"Swing_Bop");
              EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"ALL"}));
-             cForm.OKClick();
+             cForm->OKClick();
          });
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Swing_Bop"));
     EXPECT_EQ(request.cSubCatChosen, Level(L"Swing_Bop", 1));
+}
+
+TEST_F(Form, WithMultiSelectANewCategoryIsSelectedBesideTheOthers)
+{
+    cWorld.cMessages.Typed = {L"Swing"};
+    request.cCut = CutOf(3);
+    request.bAllowMultiSelect = true;
+    Open(L"", 0,
+         [&]
+         {
+             cForm->NewClick();
+             EXPECT_EQ(cScreen.Current(lstCat), L"Swing");
+             EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Jazz", L"Swing"}));
+             cForm->OKClick();
+         });
+    EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz/Swing");
+    EXPECT_EQ(CutOf(3)->CatLevel(), 1);
 }
 
 TEST_F(Form, GivingUpANewCategoryKeepsTheChoice)
@@ -847,7 +907,7 @@ TEST_F(Form, GivingUpANewCategoryKeepsTheChoice)
     Open(L"Rock", 3,
          [&]
          {
-             cForm.NewClick();
+             cForm->NewClick();
              EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
              EXPECT_EQ(cScreen.Current(lstlvl), L"3");
          });
@@ -859,7 +919,7 @@ TEST_F(Form, ANewLevelIsListedAndItsCategoryStaysChosen)
     Open(L"Rock", 3,
          [&]
          {
-             cForm.NewLevelClick();
+             cForm->NewLevelClick();
              EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"2", L"3", L"ALL"}));
              EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
              EXPECT_EQ(cScreen.Current(lstlvl), L"3");
@@ -867,9 +927,24 @@ TEST_F(Form, ANewLevelIsListedAndItsCategoryStaysChosen)
     EXPECT_TRUE(Level(L"Rock", 2));
 }
 
+TEST_F(Form, ALevelThatIsDeletedMeanwhileAndThenClickedMeansAllLevels)
+{
+    Open(L"Rock", 1,
+         [&]
+         {
+             cForm->TabClick(RulesPane::Category);
+             MainCat(L"Rock")->RemoveSubCat(Level(L"Rock", 3));
+             ClickLevel(L"3");
+             EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Rock [ALL LEVELS].");
+             cForm->OKClick();
+         });
+    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
+    EXPECT_EQ(request.cSubCatChosen, nullptr);
+}
+
 TEST_F(Form, ANewLevelNeedsACategory)
 {
-    Open(L"", 0, [&] { cForm.NewLevelClick(); });
+    Open(L"", 0, [&] { cForm->NewLevelClick(); });
     EXPECT_EQ(Shown(),
               (Boxes{OkBox(BoxIcon::None, L"Impossible!",
                            L"Impossible to create a level is we dont know which main cat it's in!")}));
@@ -882,7 +957,7 @@ TEST_F(Form, ANewLevelKeepsPendingEdits)
          [&]
          {
              Type(txtArtistSepMins1, L"46");
-             cForm.NewLevelClick();
+             cForm->NewLevelClick();
              EXPECT_EQ(cView.texts[txtArtistSepMins1], L"46");
              EXPECT_EQ(Shown(), Boxes());
          });
@@ -896,14 +971,14 @@ TEST_F(Form, TheMenuOpensTheLibraryUnlessItIsShowingAlready)
     Open(L"Rock", 3,
          [&]
          {
-             cForm.MenuOpening();
+             cForm->MenuOpening();
              EXPECT_TRUE(cView.bLibraryMenu);
-             cForm.SchedLibClick();
+             cForm->SchedLibClick();
              EXPECT_EQ(cWindows.lShown, 1);
              cWindows.bShowing = true;
-             cForm.MenuOpening();
+             cForm->MenuOpening();
              EXPECT_FALSE(cView.bLibraryMenu);
-             cForm.SchedLibClick();
+             cForm->SchedLibClick();
              EXPECT_EQ(cWindows.lShown, 1);
          });
 }
@@ -915,12 +990,12 @@ TEST_F(Form, WhatTheLibraryDeletedIsGoneFromTheWindow)
     Open(L"Rock", 3,
          [&]
          {
-             cForm.TabClick(RulesPane::Category);
+             cForm->TabClick(RulesPane::Category);
              Type(txtArtistSepMins1, L"46");
-             cForm.SchedLibClick();
+             cForm->SchedLibClick();
              EXPECT_EQ(cScreen.Entries(lstCat), (Texts{L"Jazz", L"NOCAT"}));
              EXPECT_EQ(cView.ePane, RulesPane::Global);
-             cForm.OKClick();
+             cForm->OKClick();
          });
     EXPECT_EQ(Shown(), Boxes());
     EXPECT_EQ(request.cMainCatChosen, nullptr);
@@ -935,16 +1010,16 @@ TEST_F(Form, TheStripShowsAndHidesTheRulesAndIsRemembered)
          [&]
          {
              EXPECT_TRUE(cView.bRulesArea);
-             cForm.StripClick(false);
+             cForm->StripClick(false);
              EXPECT_TRUE(cView.bRulesArea);
-             cForm.StripClick(true);
+             cForm->StripClick(true);
              EXPECT_FALSE(cView.bRulesArea);
          });
     Open(L"", 0,
          [&]
          {
              EXPECT_FALSE(cView.bRulesArea);
-             cForm.StripClick(true);
+             cForm->StripClick(true);
              EXPECT_TRUE(cView.bRulesArea);
          });
     Open(L"", 0, [&] { EXPECT_TRUE(cView.bRulesArea); });

@@ -25,6 +25,23 @@ std::wstring DisplayText(const Cut& cCut) { return cCut.Artist() + L" - " + cCut
 
 bool IsNoCat(const std::wstring& sText) { return EqualIgnoringCase(sText, sNoCat); }
 
+// A level's own cuts, or those of all levels, each once, under the keys they are filed by. No cut is asked
+// for anything: one that cannot be read would hide all others.
+std::shared_ptr<CutCollection> CutsOf(const clsCat& cCat)
+{
+    if (cCat.CatLevel() != 0)
+        return cCat.SchedCuts();
+    auto colMerged = std::make_shared<CutCollection>();
+    const CatCollection& colSubCats = *cCat.SubCats();
+    for (std::size_t i = 0; i < colSubCats.Count(); ++i)
+    {
+        const std::shared_ptr<CutCollection> colCuts = colSubCats.At(i)->SchedCuts();
+        for (std::size_t j = 0; j < colCuts->Count(); ++j)
+            colMerged->Insert(colMerged->Count(), colCuts->KeyAt(j), colCuts->At(j));
+    }
+    return colMerged;
+}
+
 } // namespace
 
 CatSelector::CatSelector(CatSelectorView& cView, ModScheduler& cMod) : m_cView(cView), m_cMod(cMod)
@@ -71,13 +88,14 @@ void CatSelector::PopulateLists()
     if (m_colMainCats)
         for (std::size_t i = 0; i < m_colMainCats->Count(); ++i)
             colNames.push_back(m_colMainCats->At(i)->CatName());
-    m_lCats = CountOf(colNames, lstCat);
+    m_lCats = Refill(lstCat, colNames);
     if (m_lCats > 0)
         m_cView.SetCurrentEntry(lstCat, 0);
     FillLevels();
 }
 
-std::size_t CatSelector::CountOf(const std::vector<std::wstring>& colEntries, SelectorControl eList)
+// Returns how many entries the list has now.
+std::size_t CatSelector::Refill(SelectorControl eList, const std::vector<std::wstring>& colEntries)
 {
     m_cView.SetEntries(eList, colEntries);
     return colEntries.size();
@@ -98,7 +116,7 @@ std::vector<std::wstring> CatSelector::LevelEntries() const
 
 void CatSelector::FillLevels()
 {
-    m_lLevels = CountOf(LevelEntries(), lstlvl);
+    m_lLevels = Refill(lstlvl, LevelEntries());
     if (m_lLevels > 0)
         m_cView.SetCurrentEntry(lstlvl, 0);
     if (!m_bPopulating)
@@ -133,7 +151,7 @@ std::vector<std::wstring> CatSelector::MapCuts()
 {
     m_colCutMap.Clear();
     std::vector<std::wstring> colEntries;
-    const std::shared_ptr<CutCollection> colCuts = m_cSubCat ? m_cSubCat->SchedCuts() : nullptr;
+    const std::shared_ptr<CutCollection> colCuts = m_cSubCat ? CutsOf(*m_cSubCat) : nullptr;
     // By position: a host's cut may let others change the level while it is read.
     for (std::size_t i = 0; colCuts && i < colCuts->Count(); ++i)
     {
@@ -156,8 +174,8 @@ std::vector<std::wstring> CatSelector::MapCuts()
 void CatSelector::RefreshLists(std::shared_ptr<CatCollection> colMainCats)
 {
     const std::wstring sMainCat = m_cMainCat ? m_cMainCat->CatName() : std::wstring();
-    const bool bAll = m_cSubCat && m_cSubCat->CatLevel() == 0;
-    const std::wstring sLevel = bAll || !m_cSubCat ? sAllLevels : DecimalText(m_cSubCat->CatLevel());
+    const bool bLevel = m_cSubCat && m_cSubCat->CatLevel() > 0;
+    const std::wstring sLevel = bLevel ? DecimalText(m_cSubCat->CatLevel()) : sAllLevels;
     std::vector<std::wstring> colSelected;
     for (const std::size_t lEntry : m_cView.SelectedEntries(lstCat))
         colSelected.push_back(m_cView.EntryText(lstCat, lEntry));
@@ -207,7 +225,7 @@ void CatSelector::SetSelectedMainCat(const std::shared_ptr<clsCat>& cMainCat)
 {
     if (!cMainCat || !MakeCurrent(lstCat, cMainCat->CatName()))
         return;
-    if (m_bMulti && m_cView.SelectedEntries(lstCat).empty())
+    if (m_bMulti)
         m_cView.SelectEntry(lstCat, *m_cView.CurrentEntry(lstCat), true);
     CatClick();
 }
@@ -305,7 +323,8 @@ void CatSelector::ChooseLevel(std::shared_ptr<clsCat> cSubCat)
     if (cSubCat == m_cSubCat)
         return;
     m_cSubCat = cSubCat;
-    if (cSubCat && CatChanged)
+    // With a category but no level, the level has been deleted; without a category there is nothing to tell.
+    if (m_cMainCat && CatChanged)
         CatChanged(cSubCat);
 }
 
@@ -362,7 +381,7 @@ void CatSelector::Missing(const wchar_t* sWhat, const std::wstring& sKey)
 }
 
 // The main categories a cut is filed in, as far as they and the level are there.
-CatCollection CatSelector::CatsOf(const Cut& cCut, bool& bLevelFound)
+CatCollection CatSelector::CatsOf(const Cut& cCut)
 {
     CatCollection colFound;
     const std::wstring sLevel = DecimalText(cCut.CatLevel());
@@ -377,7 +396,7 @@ CatCollection CatSelector::CatsOf(const Cut& cCut, bool& bLevelFound)
         else if (!cMainCat->SubCats()->Exists(sLevel))
             Missing(L"sub cat", sLevel);
         else
-            bLevelFound = colFound.Add(TextKey(cMainCat->CatName()), cMainCat) || bLevelFound;
+            colFound.Add(TextKey(cMainCat->CatName()), cMainCat);
     }
     return colFound;
 }
@@ -394,15 +413,14 @@ void CatSelector::ShowCutCatsAsSelected(const std::shared_ptr<Cut>& cCut)
     }
     try
     {
-        bool bLevelFound = false;
         const CatCollection colFound = [&]
         {
             const Raised cBusy(m_bBusy);
-            return CatsOf(*cCut, bLevelFound);
+            return CatsOf(*cCut);
         }();
         for (std::size_t i = 0; i < m_lCats; ++i)
             m_cView.SelectEntry(lstCat, i, colFound.Exists(m_cView.EntryText(lstCat, i)));
-        if (!bLevelFound)
+        if (colFound.Empty())
             return;
         // The levels listed are those of the current category, so that has to be one of the cut's.
         if ((!m_cMainCat || !colFound.Exists(m_cMainCat->CatName())) &&

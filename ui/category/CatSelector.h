@@ -34,7 +34,8 @@ public:
     const std::shared_ptr<CatCollection>& colMainCats() const noexcept { return m_colMainCats; }
     void SetColMainCats(std::shared_ptr<CatCollection> colMainCats);
 
-    // Null when none is chosen. Setting one makes its entry current, which runs the click; null is ignored.
+    // Null when none is chosen. Setting one makes its entry current, which runs the click, and selects it,
+    // with multi-select beside the others; null is ignored.
     const std::shared_ptr<clsCat>& SelectedMainCat() const noexcept { return m_cMainCat; }
     void SetSelectedMainCat(const std::shared_ptr<clsCat>& cMainCat);
     // The main category itself while "ALL" is chosen; null when nothing is. Setting null chooses "ALL".
@@ -61,7 +62,8 @@ public:
     Cuts SelectedCuts() const;
 
     // Events. EnsureSubCatExists is part of the public face and never raised.
-    std::function<void(std::shared_ptr<clsCat>& cCat)> CatChanged; // a level, or a main category for "ALL"
+    // A level, a main category for "ALL", or null when the level clicked has been deleted meanwhile.
+    std::function<void(std::shared_ptr<clsCat>& cCat)> CatChanged;
     std::function<void(bool bOpener)> OpenerChanged;
     std::function<void()> EnsureSubCatExists;
 
@@ -84,10 +86,10 @@ private:
     std::vector<std::wstring> MapCuts();
     void EnableSongs(bool bEnable);
     SelectorControl VisibleSongs() const;
-    std::size_t CountOf(const std::vector<std::wstring>& colEntries, SelectorControl eList);
+    std::size_t Refill(SelectorControl eList, const std::vector<std::wstring>& colEntries);
     std::shared_ptr<clsCat> MainCatNamed(const std::wstring& sName) const;
     bool MakeCurrent(SelectorControl eList, const std::wstring& sText);
-    CatCollection CatsOf(const Cut& cCut, bool& bLevelFound);
+    CatCollection CatsOf(const Cut& cCut);
     void Missing(const wchar_t* sWhat, const std::wstring& sKey);
 
     CatSelectorView& m_cView;

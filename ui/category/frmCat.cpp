@@ -34,12 +34,23 @@ std::wstring Joined(const std::vector<std::wstring>& colNames)
     return sText;
 }
 
-// Level and categories change together or not at all, where the database offers that.
+// Level and categories change together or not at all: in one batch, or by setting the level back where the
+// database offers none.
 void AssignCut(DataBase* cDataBase, Cut& cCut, std::int32_t lLevel, const std::wstring& sText)
 {
     const std::unique_ptr<DataBase::Batch> cBatch = cDataBase ? cDataBase->BeginBatch() : nullptr;
+    const std::int32_t lLevelBefore = cCut.CatLevel();
     cCut.SetCatLevel(lLevel);
-    cCut.SetCategoryText(sText);
+    try
+    {
+        cCut.SetCategoryText(sText);
+    }
+    catch (...)
+    {
+        if (!cBatch)
+            cCut.SetCatLevel(lLevelBefore);
+        throw;
+    }
     if (cBatch)
         cBatch->Commit();
 }
@@ -59,9 +70,6 @@ std::int32_t frmCat::ShowUI(std::shared_ptr<clsSchedMan> cSchedMan, CategoryRequ
 {
     m_cSchedMan = std::move(cSchedMan);
     m_cCut = request.bAllowMultiSelect ? request.cCut : nullptr;
-    m_bCancelled = true;
-    m_colNames.reset();
-    ForgetEdits(RulesPane::Category);
     Open(request);
     Choose(request);
     m_cView.ShowModal();
@@ -141,8 +149,9 @@ void frmCat::Finish()
     if (!m_bCancelled && m_cCut)
     {
         std::vector<std::wstring> colNames = m_cSelector.colSelectedSubCatNames();
-        // "ALL" has been refused with a box: the cut stays as it is.
-        if (m_cSubCat)
+        // The cut stays as it is when "ALL" has been refused with a box, and when the last category has been
+        // unmarked: a cut of no category is one of "NOCAT", which can be chosen.
+        if (m_cSubCat && !colNames.empty())
             m_colNames = std::move(colNames);
     }
     m_cView.Close();
@@ -154,8 +163,8 @@ void frmCat::OnCatChanged(const std::shared_ptr<clsCat>& cCat)
 {
     if (QuestionDue() && !AskPending())
         FillGlobalPane();
-    const bool bLevel = cCat->CatLevel() > 0;
-    m_cMainCat = bLevel ? cCat->MainCat() : cCat;
+    const bool bLevel = cCat && cCat->CatLevel() > 0;
+    m_cMainCat = m_cSelector.SelectedMainCat();
     m_cSubCat = bLevel ? cCat : nullptr;
     ShowRules();
 }
@@ -227,7 +236,7 @@ void frmCat::TabClick(RulesPane ePane)
     ShowPane(ePane);
 }
 
-// The title names the rules that are to be seen: those of the chosen category stand in their own pane only.
+// The title names the rules that are to be seen: above the global ones a category's name would be wrong.
 void frmCat::ShowPane(RulesPane ePane)
 {
     m_ePane = ePane;

@@ -29,9 +29,9 @@ public:
     frmCat(const frmCat&) = delete;
     frmCat& operator=(const frmCat&) = delete;
 
-    // Shows the window until it is closed. lChosen when OK closed it: the request then has what was chosen,
-    // and its cut its new level and categories (unless "ALL" was chosen, which is refused with a box).
-    // Otherwise lNotChosen, and the request is as it was.
+    // To be called once: shows the window until it is closed. lChosen when OK closed it: the request then has
+    // what was chosen, and its cut its new level and categories (unless "ALL" was chosen, which is refused
+    // with a box). Otherwise lNotChosen, and the request is as it was.
     std::int32_t ShowUI(std::shared_ptr<clsSchedMan> cSchedMan, CategoryRequest& request);
 
     // What the user does.
