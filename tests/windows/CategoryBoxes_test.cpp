@@ -155,6 +155,44 @@ TEST_F(CategoryBoxes, ALevelNeedsAChosenCategory)
         });
 }
 
+TEST_F(CategoryBoxes, TheCategoryTabWithoutACategoryIsExplainedWithTheInformationIcon)
+{
+    request.cMainCatChosen = nullptr;
+    Open(
+        [&](const User& user)
+        {
+            user.ClickTab(At(eIdTabStrip1), 1);
+            EXPECT_EQ(user.Box(), (BoxOnScreen{L"ALL SONGS Is Not Valid For This!",
+                                               L"First use the category selector to choose a category",
+                                               {IDOK}}));
+            EXPECT_EQ(IconOf(OpenBox(user)), ::LoadIconW(nullptr, IDI_INFORMATION));
+            Shot(user, L"category-tab-without-category");
+            user.Answer(IDOK);
+        });
+}
+
+// Before the window itself: it opens when the box is closed.
+TEST_F(CategoryBoxes, ACutOfAMissingCategoryIsReportedWithTheCriticalIcon)
+{
+    request.cCut = cStation.cDataBase->Add(L"p", L"Polka", 1);
+    request.bAllowMultiSelect = true;
+    WhileOpen([&] { EXPECT_EQ(cStation.cSchedMan->ShowCatUI(request), lNotChosen); },
+              [&](const User& user)
+              {
+                  const HWND hBox = OpenBox(user);
+                  EXPECT_EQ(user.Box(), (BoxOnScreen{L"Error!",
+                                                     L"Unexpected!- main cat Polka\t0\r\n"
+                                                     L"Doesn't exist in ShowCutCatsAsSelected!",
+                                                     {IDOK}}));
+                  EXPECT_EQ(IconOf(hBox), ::LoadIconW(nullptr, IDI_ERROR));
+                  EXPECT_TRUE(TakeScreenshot(hBox, L"box-cut-of-missing-category"));
+                  user.Answer(IDOK);
+                  hWindow = user.WaitFor(sfrmCatClass);
+                  user.Key(VK_ESCAPE);
+                  user.WaitUntilGone(hWindow);
+              });
+}
+
 TEST_F(CategoryBoxes, TheQuestionAboutPendingChangesHasItsIconAndIsAnsweredByKeys)
 {
     Open(

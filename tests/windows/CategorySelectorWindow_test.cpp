@@ -47,6 +47,8 @@ TEST_F(CategoryWindowTest, TheDisabledSelectorShowsTheHourglassAndTheSongsStayDi
                   for (const int lId : lIds)
                       EXPECT_TRUE(::IsWindowEnabled(control(lId))) << lId;
                   EXPECT_EQ(over(eIdlstCat), ::LoadCursorW(nullptr, IDC_ARROW));
+                  EXPECT_TRUE(::IsWindowVisible(control(eIdMatchLabel1))); // of the list that is to be seen
+                  EXPECT_FALSE(::IsWindowVisible(control(eIdlblMatch)));
                   cHost.Run(user,
                             [&]
                             {
@@ -59,6 +61,27 @@ TEST_F(CategoryWindowTest, TheDisabledSelectorShowsTheHourglassAndTheSongsStayDi
                   EXPECT_FALSE(::IsWindowEnabled(control(eIdlblMatch)));
                   cHost.Run(user, [&] { cLoop.End(); });
               });
+}
+
+TEST_F(CategoryWindowTest, LongEntriesCanBeScrolledToTheirEndInAnotherFontToo)
+{
+    const UniqueFont hFont = MessageFont(96);
+    const UniqueFont hLarge = MessageFont(192);
+    CatSelectorWindow cSelectorWindow(cHost.Handle(), 50, cStation.cMod);
+    cSelectorWindow.SetLook(hFont.get(), 96);
+    CatSelector& cSelector = cSelectorWindow.Selector();
+    cSelector.SetColMainCats(cStation.cSchedMan->colMainCats());
+    cSelector.SetSelectedMainCat(cStation.MainCat(L"Rock"));
+    const auto extent = [&](int lId)
+    { return ::SendMessageW(User::Control(cSelectorWindow.Handle(), lId), LB_GETHORIZONTALEXTENT, 0, 0); };
+    const LRESULT lCats = extent(eIdlstCat);
+    const LRESULT lSongs = extent(eIdlstsongs1);
+    EXPECT_GT(lSongs, lCats);
+    cSelectorWindow.SetLook(hLarge.get(), 192);
+    EXPECT_GT(extent(eIdlstCat), lCats * 3 / 2);
+    EXPECT_GT(extent(eIdlstsongs1), lSongs * 3 / 2);
+    cSelectorWindow.SetLook(hFont.get(), 96);
+    EXPECT_EQ(extent(eIdlstsongs1), lSongs);
 }
 
 } // namespace ravlo::test

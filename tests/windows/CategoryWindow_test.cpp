@@ -158,6 +158,24 @@ TEST_F(CategoryWindow, AHostThatDestroysItsWindowTakesThisOneWithIt)
     EXPECT_EQ(lAnswer, lNotChosen);
 }
 
+// Inside a sent message nothing comes into the queue that would wake a waiting loop.
+TEST_F(CategoryWindow, AHostThatDestroysItsWindowInsideASentMessageEndsTheWaitToo)
+{
+    std::atomic<bool> bReturned = false;
+    WhileOpen(
+        [&]
+        {
+            EXPECT_EQ(cStation.cSchedMan->ShowCatUI(request), lNotChosen);
+            bReturned = true;
+        },
+        [&](const User& user)
+        {
+            user.WaitFor(sfrmCatClass);
+            ::SendMessageW(cHost.Handle(), WM_CLOSE, 0, 0);
+            user.Until([&] { return bReturned.load(); }, "the call to return");
+        });
+}
+
 // Whatever hides the control with the focus: the keyboard is heard by another one that is to be seen.
 TEST_F(CategoryWindow, TheFocusIsNeverOnAControlThatIsHidden)
 {
@@ -199,6 +217,24 @@ TEST_F(CategoryWindow, MnemonicsReachTheLists)
             user.Key('V', VK_MENU);
             EXPECT_EQ(user.FocusedWindow(), At(eIdlstlvl));
             user.Key('G', VK_MENU);
+            EXPECT_EQ(user.FocusedWindow(), At(eIdlstCat));
+        });
+}
+
+TEST_F(CategoryWindow, TheMnemonicsOfHiddenButtonsDoNothing)
+{
+    request.bAllowNew = false;
+    StartOn(L"Rock", 3);
+    Open(
+        [&](const User& user)
+        {
+            EXPECT_FALSE(::IsWindowVisible(At(eIdcmdNew)));
+            EXPECT_FALSE(::IsWindowVisible(At(eIdcmdNewLevel)));
+            for (const int lKey : {'N', 'L'})
+            {
+                user.Key(lKey, VK_MENU);
+                EXPECT_EQ(user.Find(L"#32770"), nullptr);
+            }
             EXPECT_EQ(user.FocusedWindow(), At(eIdlstCat));
         });
 }
@@ -387,6 +423,60 @@ TEST_F(CategoryWindow, ARememberedPlaceOffTheScreenIsBroughtBack)
             RECT both{};
             ::IntersectRect(&both, &work, &place);
             EXPECT_TRUE(::EqualRect(&both, &place));
+        });
+}
+
+TEST_F(CategoryWindow, TheRulesAreShownOnTheScreenAlsoAtItsEdge)
+{
+    Open(
+        [&](const User& user)
+        {
+            RECT work{};
+            ::SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+            user.Click(At(eIdLabel2));
+            const int lWidth = static_cast<int>(PlaceOf(hWindow).right - PlaceOf(hWindow).left);
+            const int lSongs =
+                static_cast<int>(PlaceOf(At(eIdlstsongs1)).right - PlaceOf(At(eIdlstsongs1)).left);
+            ::SetWindowPos(hWindow, nullptr, static_cast<int>(work.right) - lWidth, 90, 0, 0,
+                           SWP_NOSIZE | SWP_NOZORDER);
+            user.Idle();
+            user.Click(At(eIdLabel2));
+            EXPECT_EQ(PlaceOf(hWindow).right, work.right);
+            EXPECT_GT(PlaceOf(hWindow).right - PlaceOf(hWindow).left, lWidth + 200);
+            EXPECT_EQ(PlaceOf(At(eIdlstsongs1)).right - PlaceOf(At(eIdlstsongs1)).left, lSongs);
+            EXPECT_LT(PlaceOf(At(IDCANCEL)).right, work.right);
+        });
+}
+
+TEST_F(CategoryWindow, TheStripWorksInAMaximisedWindowToo)
+{
+    StartOn(L"Rock", 3);
+    Open(
+        [&](const User& user)
+        {
+            ::ShowWindow(hWindow, SW_MAXIMIZE);
+            user.Idle();
+            const RECT maximised = PlaceOf(hWindow);
+            for (const bool bShown : {false, true, false, true})
+            {
+                user.Click(At(eIdLabel2));
+                EXPECT_EQ(::IsWindowVisible(At(eIdTabStrip1)) != FALSE, bShown);
+                EXPECT_TRUE(::IsZoomed(hWindow));
+                const RECT now = PlaceOf(hWindow);
+                EXPECT_TRUE(::EqualRect(&now, &maximised));
+                EXPECT_EQ(Untidiness(hWindow), Faults());
+            }
+            // Restored it has room for the rules, even if they were hidden when it was maximised.
+            user.Click(At(eIdLabel2));
+            ::ShowWindow(hWindow, SW_RESTORE);
+            ::SetWindowPos(hWindow, nullptr, 0, 0, 10, 10, SWP_NOZORDER | SWP_NOMOVE);
+            ::ShowWindow(hWindow, SW_MAXIMIZE);
+            user.Idle();
+            user.Click(At(eIdLabel2));
+            ::ShowWindow(hWindow, SW_RESTORE);
+            user.Idle();
+            EXPECT_FALSE(::IsZoomed(hWindow));
+            EXPECT_EQ(Untidiness(hWindow), Faults());
         });
 }
 

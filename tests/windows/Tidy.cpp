@@ -65,6 +65,8 @@ bool TextFits(HWND hWindow)
     RECT client{};
     ::GetClientRect(hWindow, &client);
     const LONG_PTR lStyle = ::GetWindowLongPtrW(hWindow, GWL_STYLE);
+    if (sClass == L"Static" && (lStyle & SS_TYPEMASK) == SS_OWNERDRAW)
+        return true; // its text is its name and not drawn
     const bool bWraps = sClass == L"Static" && (lStyle & SS_TYPEMASK) == SS_LEFT;
     const UINT lFlags = bWraps && (lStyle & SS_EDITCONTROL) != 0 ? DT_EDITCONTROL : 0u;
     const FontContext cContext(hWindow, reinterpret_cast<HFONT>(::SendMessageW(hWindow, WM_GETFONT, 0, 0)));
@@ -107,8 +109,8 @@ void Ask(HWND hParent, std::vector<std::string>& sFaults)
             sFaults.push_back(Name(hChild) + " has no name");
         if (sClass == L"Static")
             sLabel = WindowText(hChild);
-        else if (::GetDlgCtrlID(hChild) != 0 && sClass != L"ListBox")
-            sLabel.clear(); // two lists in one place share their label
+        else if (::GetDlgCtrlID(hChild) != 0)
+            sLabel.clear();
         Ask(hChild, sFaults);
     }
 }

@@ -27,6 +27,8 @@ constexpr int lNarrowestSongs = 220;
 constexpr int lLowestList = 120;
 constexpr int lCheckBox = 22; // the box and the room before its text
 
+constexpr const wchar_t* sMatch = L"Songs Matching Criteria:";
+
 bool IsExtended(SelectorControl eList) { return eList != lstlvl; }
 
 // By the language's own order, as a list box of the system sorts.
@@ -41,20 +43,20 @@ std::vector<std::wstring> Sorted(std::vector<std::wstring> colEntries)
 } // namespace
 
 CatSelectorWindow::CatSelectorWindow(HWND hParent, int lId, ModScheduler& cMod)
-    : Window(sCatSelectorClass), m_cMod(cMod), m_cSelector(
-                                                   [&]() -> CatSelectorView&
-                                                   {
-                                                       WindowStart start;
-                                                       start.lStyle = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN;
-                                                       start.lExStyle = WS_EX_CONTROLPARENT;
-                                                       start.hParent = hParent;
-                                                       start.lId = lId;
-                                                       Create(start);
-                                                       MakeControls();
-                                                       return *this;
-                                                   }(),
-                                                   cMod)
+    : Window(sCatSelectorClass), m_cMod(cMod), m_cSelector(Made(hParent, lId), cMod)
 {
+}
+
+CatSelectorView& CatSelectorWindow::Made(HWND hParent, int lId)
+{
+    WindowStart start;
+    start.lStyle = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN;
+    start.lExStyle = WS_EX_CONTROLPARENT;
+    start.hParent = hParent;
+    start.lId = lId;
+    Create(start);
+    MakeControls();
+    return *this;
 }
 
 CatSelectorWindow::~CatSelectorWindow() { Destroy(); }
@@ -78,8 +80,9 @@ void CatSelectorWindow::MakeControls()
     list(lstCat, eIdlstCat, LBS_EXTENDEDSEL | WS_HSCROLL);
     m_hLevelsLabel = label(eIdLevelsLabel, L"Le&vels:");
     list(lstlvl, eIdlstlvl, 0);
-    m_hControls[static_cast<std::size_t>(lblMatch)] = label(eIdlblMatch, L"Songs Matching Criteria:");
+    m_hControls[static_cast<std::size_t>(lblMatch)] = label(eIdlblMatch, sMatch);
     list(lstsongs0, eIdlstsongs0, LBS_EXTENDEDSEL | WS_HSCROLL);
+    m_hMatchLabel1 = label(eIdMatchLabel1, sMatch);
     list(lstsongs1, eIdlstsongs1, LBS_EXTENDEDSEL | WS_HSCROLL);
     check(chkOpener, eIdchkOpener, L"Filter for &Openers Only");
     check(chkSortedSongs, eIdchkSortedSongs, L"&Sorted alphabetically");
@@ -153,8 +156,11 @@ void CatSelectorWindow::SetLook(HFONT hFont, int lDpi)
     m_lDpi = lDpi;
     SetFont(m_hCategoriesLabel, hFont);
     SetFont(m_hLevelsLabel, hFont);
+    SetFont(m_hMatchLabel1, hFont);
     for (const HWND hControl : m_hControls)
         SetFont(hControl, hFont);
+    for (const SelectorControl eList : {lstCat, lstsongs0, lstsongs1})
+        FitHorizontally(eList);
     LayOut();
 }
 
@@ -192,12 +198,13 @@ void CatSelectorWindow::LayOut()
         const SIZE size = TextSize(cContext.Get(), WindowText(Of(eControl)));
         return std::min(lSongsWidth, static_cast<int>(size.cx) + px(lCheckBox));
     };
-    Mover cMover(9);
+    Mover cMover(10);
     cMover.Move(m_hCategoriesLabel, 0, 0, lCats, lLine);
     cMover.Move(Of(lstCat), 0, lTop, lCats, lHeight - lTop);
     cMover.Move(m_hLevelsLabel, lLevels, 0, px(lLevelsWidth), lLine);
     cMover.Move(Of(lstlvl), lLevels, lTop, px(lLevelsWidth), lHeight - lTop);
     cMover.Move(Of(lblMatch), lSongs, 0, lSongsWidth, lLine);
+    cMover.Move(m_hMatchLabel1, lSongs, 0, lSongsWidth, lLine);
     cMover.Move(Of(lstsongs0), lSongs, lTop, lSongsWidth, lSongsHeight);
     cMover.Move(Of(lstsongs1), lSongs, lTop, lSongsWidth, lSongsHeight);
     cMover.Move(Of(chkOpener), lSongs, lOpener, checkWidth(chkOpener), lCheckHeight);
@@ -205,26 +212,30 @@ void CatSelectorWindow::LayOut()
 }
 
 // So that long entries can be scrolled into view. The widest are looked for among the longest.
-void CatSelectorWindow::FitHorizontally(HWND hList, const std::vector<std::wstring>& colEntries) const
+void CatSelectorWindow::FitHorizontally(SelectorControl eList) const
 {
     constexpr std::size_t lMeasured = 20;
-    std::vector<const std::wstring*> colLongest(std::min(lMeasured, colEntries.size()));
-    std::vector<const std::wstring*> colAll;
-    colAll.reserve(colEntries.size());
-    for (const std::wstring& sEntry : colEntries)
-        colAll.push_back(&sEntry);
+    struct Entry
+    {
+        LRESULT lLength;
+        std::size_t lAt;
+    };
+    std::vector<Entry> colAll(static_cast<std::size_t>(::SendMessageW(Of(eList), LB_GETCOUNT, 0, 0)));
+    for (std::size_t i = 0; i < colAll.size(); ++i)
+        colAll[i] = {::SendMessageW(Of(eList), LB_GETTEXTLEN, i, 0), i};
+    std::vector<Entry> colLongest(std::min(lMeasured, colAll.size()));
     std::partial_sort_copy(colAll.begin(), colAll.end(), colLongest.begin(), colLongest.end(),
-                           [](const std::wstring* a, const std::wstring* b)
-                           { return a->size() > b->size(); });
+                           [](const Entry& a, const Entry& b) { return a.lLength > b.lLength; });
     const FontContext cContext(Handle(), m_hFont);
     int lWidest = 0;
-    for (const std::wstring* sEntry : colLongest)
+    for (const Entry& entry : colLongest)
     {
+        const std::wstring sEntry = EntryText(eList, entry.lAt);
         SIZE size{};
-        ::GetTextExtentPoint32W(cContext.Get(), sEntry->c_str(), static_cast<int>(sEntry->size()), &size);
+        ::GetTextExtentPoint32W(cContext.Get(), sEntry.c_str(), static_cast<int>(sEntry.size()), &size);
         lWidest = std::max(lWidest, static_cast<int>(size.cx));
     }
-    ::SendMessageW(hList, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(lWidest + Scaled(lGap, m_lDpi)), 0);
+    ::SendMessageW(Of(eList), LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(lWidest + Scaled(lGap, m_lDpi)), 0);
 }
 
 // ---- what the selector asks of its controls ----
@@ -245,7 +256,7 @@ void CatSelectorWindow::SetEntries(SelectorControl eList, const std::vector<std:
     for (const std::wstring& sEntry : colShown)
         ::SendMessageW(hList, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(sEntry.c_str()));
     if (eList != lstlvl)
-        FitHorizontally(hList, colShown);
+        FitHorizontally(eList);
     ::SendMessageW(hList, WM_SETREDRAW, TRUE, 0);
     ::InvalidateRect(hList, nullptr, TRUE);
 }
@@ -304,11 +315,19 @@ void CatSelectorWindow::ClearSelection(SelectorControl eList)
 void CatSelectorWindow::Enable(SelectorControl eControl, bool bEnable)
 {
     ::EnableWindow(Of(eControl), bEnable);
+    if (eControl == lblMatch)
+        ::EnableWindow(m_hMatchLabel1, bEnable);
 }
 
+// Each song list comes and goes with its label.
 void CatSelectorWindow::Show(SelectorControl eControl, bool bShow)
 {
-    ::ShowWindow(Of(eControl), bShow ? SW_SHOWNA : SW_HIDE);
+    const int lShow = bShow ? SW_SHOWNA : SW_HIDE;
+    ::ShowWindow(Of(eControl), lShow);
+    if (eControl == lstsongs0)
+        ::ShowWindow(Of(lblMatch), lShow);
+    else if (eControl == lstsongs1)
+        ::ShowWindow(m_hMatchLabel1, lShow);
 }
 
 bool CatSelectorWindow::Visible(SelectorControl eControl) const
@@ -329,6 +348,7 @@ void CatSelectorWindow::Check(SelectorControl eControl, bool bCheck)
 void CatSelectorWindow::SetMatchText(const std::wstring& sText)
 {
     ::SetWindowTextW(Of(lblMatch), sText.c_str());
+    ::SetWindowTextW(m_hMatchLabel1, sText.c_str());
 }
 
 void CatSelectorWindow::Focus(SelectorControl eControl) { ::SetFocus(Of(eControl)); }
@@ -336,7 +356,10 @@ void CatSelectorWindow::Focus(SelectorControl eControl) { ::SetFocus(Of(eControl
 void CatSelectorWindow::Hourglass(bool bOn)
 {
     m_bHourglass = bOn;
-    ::SetCursor(::LoadCursorW(nullptr, bOn ? IDC_WAIT : IDC_ARROW));
+    if (bOn)
+        ::SetCursor(::LoadCursorW(nullptr, IDC_WAIT));
+    else
+        AskForPointer();
 }
 
 } // namespace ravlo

@@ -49,15 +49,17 @@ private:
     LRESULT OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam) override;
     void OnException() noexcept override;
     void OnCommand(int lId, int lCode);
+    CatSelectorView& Made(HWND hParent, int lId);
     void MakeControls();
     void LayOut();
-    void FitHorizontally(HWND hList, const std::vector<std::wstring>& colEntries) const;
+    void FitHorizontally(SelectorControl eList) const;
     HWND Of(SelectorControl eControl) const { return m_hControls[static_cast<std::size_t>(eControl)]; }
 
     ModScheduler& m_cMod;
     HWND m_hCategoriesLabel = nullptr;
     HWND m_hLevelsLabel = nullptr;
     std::array<HWND, 7> m_hControls{};
+    HWND m_hMatchLabel1 = nullptr; // the same as lblMatch, right before lstsongs1
     HFONT m_hFont = nullptr;
     int m_lDpi = 96;
     bool m_bHourglass = false;

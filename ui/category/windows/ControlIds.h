@@ -14,6 +14,7 @@ enum ControlId : int
     eIdlstlvl,
     eIdlblMatch,
     eIdlstsongs0,
+    eIdMatchLabel1, // lstsongs1's own lblMatch
     eIdlstsongs1,
     eIdchkOpener,
     eIdchkSortedSongs,

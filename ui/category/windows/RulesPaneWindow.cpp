@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <commctrl.h>
 #include <cstddef>
+#include <optional>
 #include <uxtheme.h>
 
 namespace ravlo
@@ -122,11 +123,13 @@ int RulesPaneWindow::Arrange(int lWidth, bool bMove) const
     const int lLine = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy);
     const int lBoxHeight = lLine + 2 * ::GetSystemMetrics(SM_CYEDGE) + px(lBoxPadding);
     const int lInner = lWidth - 2 * px(lMargin);
-    Mover cMover(8);
+    std::optional<Mover> cMover;
+    if (bMove)
+        cMover.emplace(8);
     const auto move = [&](HWND hControl, int x, int y, int cx, int cy)
     {
-        if (bMove)
-            cMover.Move(hControl, x, y, cx, cy);
+        if (cMover)
+            cMover->Move(hControl, x, y, cx, cy);
     };
     int lTop = px(lMargin);
     for (std::size_t i = 0; i < m_hBoxes.size(); ++i, lTop += lBoxHeight + px(lRowGap))

@@ -30,9 +30,12 @@ constexpr int lFirstWidth = 840;
 constexpr int lFirstHeight = 470;
 
 constexpr const wchar_t* sPlaceKey = L"frmCatPlace";
-// In the symbol font: the arrows that point out of the window, where the rules will come, and back into it.
+// In the symbol font: the arrows that point out of the window, where the rules will come, and back into it;
+// and what they are called.
 constexpr const wchar_t* sArrowRight = L"4";
 constexpr const wchar_t* sArrowLeft = L"3";
+constexpr const wchar_t* sShowRules = L"Show Rules";
+constexpr const wchar_t* sHideRules = L"Hide Rules";
 
 constexpr int lBoxesPerPane = 3;
 std::size_t PaneOf(RuleBox eBox) { return static_cast<std::size_t>(eBox) / lBoxesPerPane; }
@@ -93,10 +96,10 @@ void frmCatWindow::MakeControls()
     m_cSelector = std::make_unique<CatSelectorWindow>(Handle(), eIdCatSelector1, m_cMod);
     m_hNew = button(L"&New Category", eIdcmdNew);
     m_hNewLevel = button(L"New &Level", eIdcmdNewLevel);
-    constexpr DWORD lArrow = SS_CENTER | SS_CENTERIMAGE | SS_NOTIFY;
-    m_hStrip[0] = MakeControl(Handle(), WC_STATICW, sArrowRight, lArrow, eIdLabel1);
-    m_hStrip[1] = button(L"Show Rules", eIdLabel2);
-    m_hStrip[2] = MakeControl(Handle(), WC_STATICW, sArrowRight, lArrow, eIdLabel3);
+    constexpr DWORD lArrow = SS_OWNERDRAW | SS_NOTIFY;
+    m_hStrip[0] = MakeControl(Handle(), WC_STATICW, sShowRules, lArrow, eIdLabel1);
+    m_hStrip[1] = button(sShowRules, eIdLabel2);
+    m_hStrip[2] = MakeControl(Handle(), WC_STATICW, sShowRules, lArrow, eIdLabel3);
     MakeRulesArea();
     m_hOK = button(L"OK", IDOK, BS_DEFPUSHBUTTON);
     m_hCancel = button(L"&Cancel", IDCANCEL);
@@ -134,6 +137,9 @@ LRESULT frmCatWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
             pHeader->hwndFrom == m_hTabs && pHeader->code == TCN_SELCHANGE)
             m_cPresenter->TabClick(static_cast<RulesPane>(::SendMessageW(m_hTabs, TCM_GETCURSEL, 0, 0)));
         return 0;
+    case WM_DRAWITEM:
+        DrawArrow(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+        return TRUE;
     case WM_INITMENUPOPUP:
         m_cPresenter->MenuOpening();
         return 0;
@@ -225,6 +231,19 @@ void frmCatWindow::PassFocus(HWND hFrom, HWND hTo)
         ::SetFocus(hTo);
 }
 
+// Drawn here, so that their text can be words: a screen reader would read the symbol font's "3" and "4".
+void frmCatWindow::DrawArrow(const DRAWITEMSTRUCT& item) const
+{
+    const HGDIOBJ hBefore = ::SelectObject(item.hDC, m_hSymbols.get());
+    RECT place = item.rcItem;
+    ::FillRect(item.hDC, &place, ::GetSysColorBrush(COLOR_BTNFACE));
+    ::SetBkMode(item.hDC, TRANSPARENT);
+    ::SetTextColor(item.hDC, ::GetSysColor(COLOR_BTNTEXT));
+    ::DrawTextW(item.hDC, m_bRulesShown ? sArrowLeft : sArrowRight, 1, &place,
+                DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+    ::SelectObject(item.hDC, hBefore);
+}
+
 bool frmCatWindow::OnKey(MSG& message) { return m_cSelector->OnKey(message); }
 
 void frmCatWindow::NextTab()
@@ -248,8 +267,6 @@ void frmCatWindow::SetLook(int lDpi)
     for (const HWND hControl :
          {m_hNew, m_hNewLevel, m_hTitle, m_hTabs, m_hApply, m_hOK, m_hCancel, m_hStrip[1]})
         SetFont(hControl, hFont.get());
-    SetFont(m_hStrip[0], hSymbols.get());
-    SetFont(m_hStrip[2], hSymbols.get());
     m_cSelector->SetLook(hFont.get(), lDpi);
     for (const auto& cPane : m_cPanes)
         cPane->SetLook(hFont.get(), lDpi);
@@ -425,8 +442,11 @@ void frmCatWindow::EnableApply(bool bEnable)
 void frmCatWindow::ShowRulesArea(bool bShow)
 {
     m_bRulesShown = bShow;
-    ::SetWindowTextW(m_hStrip[0], bShow ? sArrowLeft : sArrowRight);
-    ::SetWindowTextW(m_hStrip[2], bShow ? sArrowLeft : sArrowRight);
+    for (const HWND hArrow : {m_hStrip[0], m_hStrip[2]})
+    {
+        ::SetWindowTextW(hArrow, bShow ? sHideRules : sShowRules);
+        ::InvalidateRect(hArrow, nullptr, TRUE);
+    }
     for (const HWND hControl : {m_hTitle, m_hTabs, m_hApply})
     {
         if (!bShow)
@@ -440,9 +460,8 @@ void frmCatWindow::ShowRulesArea(bool bShow)
         RECT window{};
         ::GetWindowRect(Handle(), &window);
         const int lArea = px(lRulesWidth + lWideGap);
-        ::SetWindowPos(
-            Handle(), nullptr, 0, 0, static_cast<int>(window.right - window.left) + (bShow ? lArea : -lArea),
-            static_cast<int>(window.bottom - window.top), SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+        ResizeOnScreen(Handle(),
+                       {window.right - window.left + (bShow ? lArea : -lArea), window.bottom - window.top});
     }
     LayOut();
 }

@@ -46,6 +46,7 @@ private:
     void OnException() noexcept override;
     void OnCommand(int lId, int lCode);
     void OnActivate(bool bActive);
+    void DrawArrow(const DRAWITEMSTRUCT& item) const;
     void PassFocus(HWND hFrom, HWND hTo);
     bool OnKey(MSG& message);
     void NextTab();
