@@ -124,8 +124,6 @@ frmUILibWindow::frmUILibWindow(HWND hOwner, ModScheduler& cMod)
     SetLook(DpiOf(Handle()));
     const SIZE first = {Scaled(lFirstWidth, m_lDpi), Scaled(lFirstHeight, m_lDpi)};
     m_lShow = RestorePlace(Handle(), m_cMod.Outside().cUserSettings, sPlaceKey, first);
-    m_bPlaced = true;
-    LayOut();
     m_cForm->Opened();
 }
 
@@ -541,6 +539,10 @@ void frmUILibWindow::ShowModal()
     m_cLoop->SetAccelerators(m_hAccelerators.get());
     m_cLoop->OnMessage = [this](MSG& message) { return OnKey(message); };
     ::ShowWindow(Handle(), m_lShow);
+    // Not before: in a window that is yet to be maximised the remembered split would be cut down, and kept
+    // so.
+    m_bPlaced = true;
+    LayOut();
     ::SetForegroundWindow(Handle());
     ::SetFocus(m_cTree->Handle());
     m_cLoop->Run();
