@@ -125,17 +125,11 @@ void LateBoundTree::AddNode(const std::wstring& sParentKey, const std::wstring& 
     m_cLast = ObjectOf(m_cNodes.Call(L"Add", {bRoot ? Variant::Omitted() : Text(sParentKey),
                                               bRoot ? Variant::Omitted() : Variant(lChildOf), Text(sKey),
                                               Text(sText), Text(sImage)}));
-    m_sLastKey = sKey;
     if (!m_cFirst)
         m_cFirst = m_cLast;
 }
 
-void LateBoundTree::SetSorted(const std::wstring& sKey)
-{
-    const bool bLast = m_cLast && sKey == m_sLastKey;
-    LateBound(bLast ? *m_cLast : *ObjectOf(m_cNodes.Get(L"Item", {Text(sKey)})))
-        .Put(L"Sorted", {}, Variant(true));
-}
+void LateBoundTree::SetSorted() { LateBound(*m_cLast).Put(L"Sorted", {}, Variant(true)); }
 
 void LateBoundTree::ExpandFirst() { LateBound(*m_cFirst).Put(L"Expanded", {}, Variant(true)); }
 

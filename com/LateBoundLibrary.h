@@ -45,7 +45,7 @@ public:
     void Clear() override;
     void AddNode(const std::wstring& sParentKey, const std::wstring& sKey, const std::wstring& sText,
                  const wchar_t* sImage) override;
-    void SetSorted(const std::wstring& sKey) override;
+    void SetSorted() override;
     void ExpandFirst() override;
     void ShowAsOpen(const std::wstring& sKey) override;
 
@@ -56,7 +56,6 @@ private:
     LateBound m_cNodes;
     ComPtr<IDispatch> m_cFirst; // of the nodes added here
     ComPtr<IDispatch> m_cLast;
-    std::wstring m_sLastKey;
 };
 
 // A grid that a host passes: Redraw, ColCount, AddCol, RowCount, RowKey and CellValue.

@@ -161,15 +161,33 @@ TEST_F(FilledTreeTest, ANodeThatIsThereAlreadyOrHasNoParentIsLeftOut)
     EXPECT_EQ(cTree.Count(), lCount);
 }
 
-TEST(CategoryTreeOrderTest, ChildrenThatAreThereAlreadyAreSortedToo)
+TEST(CategoryTreeOrderTest, OnlyTheChildrenOfANodeThatIsToBeSortedAreSorted)
 {
     CategoryTree cTree;
+    cTree.SetSorted(); // there is none yet
     cTree.AddNode(L"", L"root", L"root", sImageClosed);
-    for (const wchar_t* sText : {L"c", L"A", L"b"})
-        cTree.AddNode(L"root", sText, sText, sImageClosed);
-    EXPECT_EQ(cTree.At(0).colChildren, (std::vector<Node>{1, 2, 3}));
-    cTree.SetSorted(L"root");
-    EXPECT_EQ(cTree.At(0).colChildren, (std::vector<Node>{2, 3, 1}));
+    cTree.AddNode(L"root", L"sorted", L"sorted", sImageClosed);
+    cTree.SetSorted();
+    cTree.AddNode(L"root", L"as added", L"as added", sImageClosed);
+    for (const wchar_t* sParent : {L"sorted", L"as added"})
+        for (const wchar_t* sText : {L"c", L"A", L"b"})
+            cTree.AddNode(sParent, sParent + std::wstring(sText), sText, sImageClosed);
+    EXPECT_EQ(cTree.At(0).colChildren, (std::vector<Node>{1, 2}));
+    EXPECT_EQ(cTree.At(1).colChildren, (std::vector<Node>{4, 5, 3}));
+    EXPECT_EQ(cTree.At(2).colChildren, (std::vector<Node>{6, 7, 8}));
+}
+
+TEST_F(FilledTreeTest, TwoTreesHaveTheSameNodesWhenTheirKeysAreTheSame)
+{
+    CategoryTree cOther;
+    EXPECT_FALSE(cTree.HasSameNodes(cOther));
+    for (std::size_t lNode = 0; lNode < cTree.Count(); ++lNode)
+        cOther.AddNode(lNode == 0 ? L"" : cTree.At(0).sKey, cTree.At(lNode).sKey, L"", sImageClosed);
+    EXPECT_TRUE(cTree.HasSameNodes(cOther));
+    cOther.AddNode(cTree.At(0).sKey, L"One\t9", L"", sImageClosed);
+    EXPECT_FALSE(cTree.HasSameNodes(cOther));
+    cTree.AddNode(cTree.At(0).sKey, L"Another\t9", L"", sImageClosed);
+    EXPECT_FALSE(cTree.HasSameNodes(cOther));
 }
 
 } // namespace

@@ -276,18 +276,35 @@ TEST_F(ReorderTest, KeysMoveTheSelectedRowsByOnePlaceAndStopAtTheEnds)
 
 TEST_F(ReorderTest, NoInsertionLineWhereADropWouldChangeNothing)
 {
-    window.cGridView.Select({2, 3});
+    const auto WouldMove = [&](const Rows& colRows, std::optional<std::size_t> lRow)
+    {
+        window.cGridView.Select(colRows);
+        EXPECT_TRUE(window.cForm.DragStarted());
+        const bool bMoves = Grid().DropWouldMove(lRow);
+        window.cForm.DragCompleted(std::nullopt);
+        return bMoves;
+    };
     const std::vector<bool> bExpected{true, true, false, false, false, true, true, true};
     for (std::size_t lRow = 0; lRow < bExpected.size(); ++lRow)
-        EXPECT_EQ(Grid().DropWouldMove(lRow), bExpected[lRow]) << lRow;
-    EXPECT_TRUE(Grid().DropWouldMove(std::nullopt));
-    window.cGridView.Select({7});
-    EXPECT_FALSE(Grid().DropWouldMove(std::nullopt));
-    window.cGridView.Select({2, 4});
-    EXPECT_FALSE(Grid().DropWouldMove(0));
+        EXPECT_EQ(WouldMove({2, 3}, lRow), bExpected[lRow]) << lRow;
+    EXPECT_TRUE(WouldMove({2, 3}, std::nullopt));
+    EXPECT_FALSE(WouldMove({7}, std::nullopt));
+    EXPECT_FALSE(WouldMove({2, 4}, 0));
+    EXPECT_FALSE(Grid().DropWouldMove(0)) << "nothing is dragged";
     window.ShowNode(L"Rock", 0);
-    window.cGridView.Select({2});
-    EXPECT_FALSE(Grid().DropWouldMove(0));
+    EXPECT_FALSE(WouldMove({2}, 0));
+}
+
+TEST_F(ReorderTest, TheSelectionIsReadOnceADragAndNotAtEachMoveOfTheMouse)
+{
+    window.cGridView.Select({2, 3});
+    int lReads = 0;
+    window.cGridView.OnSelectedRows = [&] { ++lReads; };
+    ASSERT_TRUE(window.cForm.DragStarted());
+    for (std::size_t lRow = 0; lRow < 8; ++lRow)
+        Grid().DropWouldMove(lRow);
+    EXPECT_EQ(lReads, 1);
+    window.cForm.DragCompleted(std::nullopt);
 }
 
 TEST_F(ReorderTest, TheWindowIsBusyWhileItMovesAndNeverAfterwards)
@@ -320,6 +337,27 @@ TEST_F(ReorderTest, ShowingTheSameNodeAgainKeepsSelectionCurrentRowAndPlaceByCut
     EXPECT_EQ(window.SelectedKeys(), (Keys{L"3", L"6"}));
     EXPECT_EQ(window.cGridView.lCurrent, 4u);
     EXPECT_EQ(window.cGridView.lTop, 3u);
+}
+
+TEST_F(ReorderTest, AfterARemovalTheRowInItsPlaceIsTheCurrentOne)
+{
+    window.cGridView.Select({2});
+    window.cGridView.lCurrent = 2;
+    window.cForm.GridDelete();
+    EXPECT_EQ(window.RowKeys(), (Keys{L"1", L"2", L"4", L"5", L"6", L"7", L"8"}));
+    EXPECT_EQ(window.cGridView.lCurrent, 2u);
+    window.cGridView.Select({5, 6});
+    window.cGridView.lCurrent = 6;
+    window.cForm.GridDelete();
+    EXPECT_EQ(window.cGridView.lCurrent, 4u) << "the last one";
+    EXPECT_TRUE(Grid().SelectedRows().empty());
+}
+
+TEST_F(ReorderTest, WhereNoRowWasCurrentNoneIsAfterwards)
+{
+    window.cGridView.Select({2});
+    window.cForm.GridDelete();
+    EXPECT_EQ(window.cGridView.lCurrent, std::nullopt);
 }
 
 TEST_F(ReorderTest, AGridThatWasAtItsTopStaysThere)

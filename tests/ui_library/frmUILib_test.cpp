@@ -2,6 +2,7 @@
 #include "ui/library/frmUILib.h"
 
 #include "LibraryFakes.h"
+#include "ui/library/LibraryFilling.h"
 
 #include <gtest/gtest.h>
 
@@ -94,6 +95,29 @@ TEST_F(frmUILibTest, ItCountsAsShowingBeforeTheFirstMessagesRun)
     };
     Form().ShowModalUI();
     EXPECT_GT(lPumps, 0);
+}
+
+TEST_F(frmUILibTest, OneThatWasNeverShownIsFilledWithoutLettingMessagesRun)
+{
+    window.cLibrary.Populate();
+    Form().Opened();
+    window.cWorld.cHostLoop.OnPump = [] { ADD_FAILURE(); };
+    Form().ReloadAll();
+    Form().RequestRefresh();
+    EXPECT_EQ(window.RowKeys().size(), 6u);
+    EXPECT_TRUE(window.cView.bBusy.empty());
+}
+
+TEST_F(frmUILibTest, AFailureWhileItOpensLeavesNoProgressBar)
+{
+    window.cLibrary.Populate();
+    window.cLibrary.cDataBase->bAllCutsFails = true;
+    window.cView.OnModal = [&] { EXPECT_FALSE(window.cView.lBarMax); };
+    Form().Opened();
+    Form().ShowModalUI();
+    EXPECT_EQ(window.Shown(), (Boxes{HandledError(L"frmUILib.Form_Load", L"Device I/O error", L"57")}));
+    EXPECT_THROW(Form().ReloadAll(), RuntimeError);
+    EXPECT_FALSE(window.cView.lBarMax);
 }
 
 TEST_F(frmUILibTest, ShowingItAgainWhileItShowsBringsItToTheFront)
@@ -312,6 +336,20 @@ TEST_F(frmUILibTest, ClosingWaitsForWhatRuns)
     EXPECT_EQ(window.cView.lClosed, 1);
 }
 
+TEST_F(frmUILibTest, AWindowThatIsToCloseShowsNoMoreNews)
+{
+    window.Show();
+    window.cTreeView.lShown = 0;
+    window.cWorld.cHostLoop.OnPump = [&]
+    {
+        Form().RequestRefresh(); // each time: the news never end
+        Form().RequestClose();
+    };
+    Form().RequestRefresh();
+    EXPECT_EQ(window.cTreeView.lShown, 1);
+    EXPECT_EQ(window.cView.lClosed, 1);
+}
+
 TEST_F(frmUILibTest, SaveWritesEveryMainCategoryAndShowsNothingAnew)
 {
     window.Show();
@@ -523,6 +561,18 @@ TEST_F(frmUILibTest, ADoubleClickAsksTheHostToEditTheCutAndShowsTheNodeAgainUnle
     }
 }
 
+TEST_F(frmUILibTest, AnEditThatTheDatabaseTellsOfIsShownOnce)
+{
+    window.Show();
+    window.cView.colStatus.clear();
+    window.cLibrary.cHost.OnEvent = [&](const std::wstring&) { Form().RequestRefresh(); };
+    Form().CellDblClick(1, 1);
+    window.cLibrary.cHost.OnEvent = nullptr;
+    EXPECT_EQ(std::count(window.cView.colStatus.begin(), window.cView.colStatus.end(),
+                         L"Showing All Audio|Showing 6 total."),
+              1);
+}
+
 TEST_F(frmUILibTest, ADoubleClickBesideTheCellsOrOnACutTheDatabaseLacksDoesNothing)
 {
     window.Show();
@@ -568,6 +618,105 @@ TEST_F(frmUILibTest, AnUnexpectedFailureIsShownAndTheWindowIsNotLeftDisabled)
     window.cLibrary.cDataBase->bAllCutsFails = false;
     window.ShowNode(sAllAudio, 0);
     EXPECT_EQ(window.Shown().size(), 1u);
+}
+
+// ---- a disk that is full, a database that is not there
+
+class FailingDiskTest : public frmUILibTest
+{
+protected:
+    // Everything saved, Rock 1 shown with its last row selected, and from then on nothing can be written.
+    void ShowAndLock()
+    {
+        window.Show();
+        Form().Do(mnuSave);
+        for (const wchar_t* sName : {L"Rock", L"Jazz"})
+            colSaved.push_back(window.cWorld.cFiles.Get(SifPath(sName)));
+        window.ShowNode(L"Rock", 1);
+        window.cGridView.Select({2}); // c
+        Lock(true);
+    }
+    void Lock(bool bLock)
+    {
+        for (const wchar_t* sName : {L"Rock", L"Jazz"})
+            window.cWorld.cFiles.SetReadOnly(SifPath(sName), bLock);
+        window.cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", bLock);
+    }
+    // The window shows what the manager has, can be used, and the files are whole.
+    void ExpectTrue()
+    {
+        EXPECT_FALSE(window.cView.Busy());
+        EXPECT_FALSE(window.cView.lBarMax);
+        EXPECT_FALSE(window.Shown().empty()) << "the failure is said";
+        CategoryTree cNow;
+        PopulateTreeView(Man().colMainCats().get(), cNow);
+        EXPECT_TRUE(Form().Tree().HasSameNodes(cNow));
+        EXPECT_EQ(window.RowKeys(), window.cLibrary.Order(L"Rock", 1));
+        EXPECT_EQ(window.cWorld.cFiles.Get(SifPath(L"Rock")), colSaved[0]);
+        EXPECT_EQ(window.cWorld.cFiles.Get(SifPath(L"Jazz")), colSaved[1]);
+        Form().Do(mnuHelp);
+        EXPECT_EQ(window.cLibrary.cHost.colSaid.back(), L"Help") << "nothing runs any more";
+    }
+    std::vector<std::string> colSaved;
+};
+
+TEST_F(FailingDiskTest, DeletingACategoryLeavesTreeGridAndFilesTrue)
+{
+    ShowAndLock();
+    Tick(L"Jazz", 0);
+    window.cWorld.cMessages.Answers = {BoxAnswer::Yes};
+    Form().Do(mnuCatDelete);
+    ExpectTrue();
+}
+
+TEST_F(FailingDiskTest, RemovingCutsLeavesTreeGridAndFilesTrue)
+{
+    ShowAndLock();
+    Form().GridDelete();
+    ExpectTrue();
+    EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b"}));
+}
+
+TEST_F(FailingDiskTest, SavingAllLeavesTreeGridAndFilesTrueAndCanBeDoneAgain)
+{
+    ShowAndLock();
+    window.cLibrary.Level(L"Rock", 1)->SchedCuts()->SendToBack(TextKey(L"a"));
+    window.ShowNode(L"Rock", 1);
+    Form().Do(mnuSave);
+    ExpectTrue();
+    Lock(false);
+    Form().Do(mnuSave);
+    EXPECT_NE(window.cWorld.cFiles.Get(SifPath(L"Rock")), colSaved[0]);
+}
+
+TEST_F(FailingDiskTest, ReOrderingLeavesTreeGridAndFilesTrue)
+{
+    ShowAndLock();
+    window.DropOnRow(0);
+    ExpectTrue();
+    EXPECT_EQ(window.RowKeys(), (Keys{L"c", L"a", L"b"}));
+    EXPECT_EQ(window.SelectedKeys(), (Keys{L"c"}));
+}
+
+TEST_F(FailingDiskTest, ADropIntoTheTreeLeavesTreeGridAndFilesTrue)
+{
+    ShowAndLock();
+    window.cView.colChoices = {1}; // move
+    window.DropOnNode(L"Rock", 2);
+    ExpectTrue();
+    EXPECT_EQ(window.cLibrary.Order(L"Rock", 2), (Keys{L"d", L"c"}));
+}
+
+TEST_F(FailingDiskTest, AReloadWhoseDatabaseIsNotThereLeavesTreeGridAndFilesTrue)
+{
+    ShowAndLock();
+    window.cLibrary.cDataBase->bAllCutsFails = true;
+    Form().Do(mnuReloadAll);
+    ExpectTrue();
+    window.cLibrary.cDataBase->bAllCutsFails = false;
+    Form().Do(mnuReloadAll);
+    ExpectTrue();
+    EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c"}));
 }
 
 TEST_F(frmUILibTest, TheManagerCanEndWhileTheWindowExists)
@@ -671,6 +820,22 @@ protected:
         window.cGridView.Select(colRows);
         window.cView.colChoices = std::move(colChoices);
         window.DropOnNode(sTo, lTo);
+    }
+    // Shows Rock 1, keeps its first cut for a Paste and selects Jazz 1.
+    void CopyFirstOfRock()
+    {
+        window.Show();
+        window.ShowNode(L"Rock", 1);
+        window.cGridView.Select({0});
+        Form().CopySelection();
+        window.cTreeView.Select(window.Node(L"Jazz", 1));
+    }
+    void TakeOutOfTheDatabase(std::size_t lCut)
+    {
+        FakeDataBase& cDataBase = *window.cLibrary.cDataBase;
+        const std::shared_ptr<Cut> cCut = cDataBase.colCuts[lCut];
+        cDataBase.Remove(*cCut);
+        cDataBase.Announce(&DataBaseEvents::CutsRemoved, Cuts{cCut});
     }
     const ShownBox refusal = OkBox(
         BoxIcon::Information, L"Multiple Category Levels Not Allowed!",
@@ -847,6 +1012,45 @@ TEST_F(DropTest, CopyAndPasteAskAsADropDoes)
     window.cView.colChoices = {eCopy};
     Form().Paste();
     EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"}));
+}
+
+TEST_F(DropTest, ACutThatLeavesTheDatabaseDuringThePopUpIsNotFiledAgain)
+{
+    window.cView.OnPopUp = [&] { TakeOutOfTheDatabase(0); };
+    DropFrom(L"Rock", 1, {0, 1}, L"Jazz", 1, {eCopy});
+    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"b"}));
+    EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"b", L"c"}));
+}
+
+TEST_F(DropTest, ACutThatLeavesTheDatabaseBeforeItIsPastedIsNotFiledAgain)
+{
+    CopyFirstOfRock();
+    TakeOutOfTheDatabase(0);
+    window.cView.colChoices = {eMove};
+    Form().Paste();
+    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e"}));
+}
+
+TEST_F(DropTest, WhatWasCopiedBeforeAReloadIsMovedOutOfTheLevelItStandsInNow)
+{
+    CopyFirstOfRock();
+    Form().Do(mnuReloadAll);
+    window.cTreeView.Select(window.Node(L"Jazz", 1));
+    window.cView.colChoices = {eMove};
+    Form().Paste();
+    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"}));
+    EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"b", L"c"}));
+}
+
+TEST_F(DropTest, CutsWhoseLevelIsGoneSinceTheCopyCanStillBeMoved)
+{
+    CopyFirstOfRock();
+    Man().DeleteCats({window.cLibrary.MainCat(L"Rock")});
+    window.cTreeView.Select(window.Node(L"Jazz", 1));
+    window.cView.colChoices = {eMove};
+    Form().Paste();
+    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"}));
+    EXPECT_EQ(window.cLibrary.MainCatNames(), (Lines{L"Jazz"}));
 }
 
 TEST_F(DropTest, PastingNothingAsksNothing)

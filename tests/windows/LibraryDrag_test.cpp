@@ -304,6 +304,43 @@ TEST_F(LibraryDrag, ABlockIsReOrderedByKeys)
         });
 }
 
+TEST_F(LibraryDrag, ADropAboveTheRowsIsInFrontOfTheFirstAlsoWhenItIsOutOfSight)
+{
+    for (int i = 0; i < 80; ++i)
+        Add(L"C:\\Music\\more" + std::to_wstring(i) + L".wav", L"Rock", 1, L"Zappa");
+    Add(L"C:\\Music\\last.wav", L"Rock", 1, L"Zz Top");
+    Open(
+        [&](const User& user)
+        {
+            Expand(user, Item(L"Rock"));
+            Show(user, Item(L"Rock", L"1"));
+            user.Key(VK_F6);
+            user.Key(VK_END);
+            ASSERT_GT(::SendMessageW(hGrid, LVM_GETTOPINDEX, 0, 0), 20);
+            DragOver(user, 86, hGrid, {RowAt(86).x, 5});
+            user.Release();
+            EXPECT_EQ(Artists()[0], L"Zz Top");
+            EXPECT_EQ(Order(L"Rock", 1)[1], L"Abba");
+        });
+}
+
+TEST_F(LibraryDrag, MovingRowsByKeysLeavesTheMenuAlone)
+{
+    OpenOnRock(
+        [&](const User& user)
+        {
+            ClickRow(user, 3);
+            user.Key(VK_UP, VK_MENU);
+            EXPECT_EQ(Order(L"Rock", 1)[2], L"Dido");
+            GUITHREADINFO info{};
+            info.cbSize = sizeof info;
+            ::GetGUIThreadInfo(::GetWindowThreadProcessId(hWindow, nullptr), &info);
+            EXPECT_EQ(info.flags & GUI_INMENUMODE, 0u);
+            user.Key(VK_HOME);
+            EXPECT_EQ(SelectedArtists(), (Texts{L"Abba"})) << "the list still has the keys";
+        });
+}
+
 TEST_F(LibraryDrag, RowsOutOfOrderAreNotReOrdered)
 {
     OpenOnRock(

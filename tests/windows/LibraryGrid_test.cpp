@@ -162,6 +162,24 @@ TEST_F(LibraryGrid, RowsAreSelectedByMouseAndKeys)
         });
 }
 
+// AltGr is Ctrl and Alt: with it letters of many languages are typed.
+TEST_F(LibraryGrid, AltGrIsNoCtrl)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            ClickRow(user, 2);
+            ::keybd_event(VK_CONTROL, 0, 0, 0);
+            user.Key('A', VK_MENU);
+            ::keybd_event(VK_CONTROL, 0, KEYEVENTF_KEYUP, 0);
+            user.Idle();
+            EXPECT_EQ(SelectedArtists().size(), 1u);
+            user.Key('A', VK_CONTROL);
+            EXPECT_EQ(SelectedArtists().size(), 9u);
+        });
+}
+
 TEST_F(LibraryGrid, TypingFindsACut)
 {
     FillStation();

@@ -45,6 +45,83 @@ TEST_F(LibraryWindow, ReloadAllWithoutAWindowShowsNothing)
     EXPECT_EQ(Tree().size(), 8u);
 }
 
+namespace
+{
+
+// The database of a host that does something of its own while it is asked for its cuts.
+class BusyDataBase final : public DataBase
+{
+public:
+    explicit BusyDataBase(std::shared_ptr<FakeDataBase> cDataBase) : m_cDataBase(std::move(cDataBase)) {}
+
+    mutable std::function<void()> OnAllCuts; // once
+
+    Cuts AllCuts() const override
+    {
+        if (const auto hook = std::exchange(OnAllCuts, nullptr))
+            hook();
+        return m_cDataBase->AllCuts();
+    }
+    std::shared_ptr<Cut> CutByKey(const TextKey& cKey) const override { return m_cDataBase->CutByKey(cKey); }
+    std::shared_ptr<Cut> CutByArtistTitle(const std::wstring& sArtist,
+                                          const std::wstring& sTitle) const override
+    {
+        return m_cDataBase->CutByArtistTitle(sArtist, sTitle);
+    }
+    std::shared_ptr<Cut> NewCut() const override { return m_cDataBase->NewCut(); }
+    void Advise(DataBaseEvents& cEvents) override { m_cDataBase->Advise(cEvents); }
+    void Unadvise(DataBaseEvents& cEvents) noexcept override { m_cDataBase->Unadvise(cEvents); }
+
+private:
+    std::shared_ptr<FakeDataBase> m_cDataBase;
+};
+
+} // namespace
+
+TEST_F(LibraryWindow, AHostMayShowItWhileAHiddenOneIsFilled)
+{
+    FillStation();
+    cStation.Populate();
+    const auto cBusy = std::make_shared<BusyDataBase>(cStation.cDataBase);
+    cStation.cSchedMan->PopulateFromDataBase(cBusy, L"C:\\Radio\\");
+    cBusy->OnAllCuts = [&] { cStation.cSchedMan->ShowLibraryUI(); };
+    WhileOpen([&] { cStation.cSchedMan->ReloadAll(); },
+              [&](const User& user)
+              {
+                  hWindow = user.WaitFor(sfrmUILibClass);
+                  hGrid = User::Control(hWindow, eIdiGridLib);
+                  EXPECT_EQ(Rows(), 9);
+                  cHost.Run(user,
+                            [&] {
+                                cStation.cDataBase->Announce(&DataBaseEvents::ProgressStart,
+                                                             std::wstring(L"Importing"), 9);
+                            });
+                  EXPECT_EQ(Status(0), L"Importing") << "the manager's progress goes to the new one";
+                  ::PostMessageW(hWindow, WM_CLOSE, 0, 0);
+                  user.WaitUntilGone(hWindow);
+              });
+    EXPECT_FALSE(cStation.cWindows->LibraryExists());
+    EXPECT_EQ(::FindWindowW(sfrmUILibClass, nullptr), nullptr);
+}
+
+TEST_F(LibraryWindow, AHostMayLetGoOfTheWindowsWhileAHiddenOneIsFilled)
+{
+    FillStation();
+    cStation.Populate();
+    const auto cBusy = std::make_shared<BusyDataBase>(cStation.cDataBase);
+    cStation.cSchedMan->PopulateFromDataBase(cBusy, L"C:\\Radio\\");
+    bool bGone = false;
+    cBusy->OnAllCuts = [&]
+    {
+        cStation.cSchedMan->SetWindows(nullptr);
+        cStation.cWindows.reset();
+        bGone = true;
+    };
+    cStation.cSchedMan->ReloadAll();
+    EXPECT_TRUE(bGone);
+    EXPECT_EQ(::FindWindowW(sfrmUILibClass, nullptr), nullptr);
+}
+
 TEST_F(LibraryWindow, ReloadAllFillsTheOpenWindowAnewWithoutReadingTheDatabase)
 {
     FillStation();
@@ -103,7 +180,19 @@ TEST_F(LibraryWindow, ClosingWaitsForWhatRuns)
         });
 }
 
-TEST_F(LibraryWindow, ControlsAndMenusAreDisabledWhileALongCommandRunsAndGetTheFocusBack)
+// How many of the controls are enabled.
+struct LibraryGreyed : LibraryWindowTest
+{
+    int Enabled() const
+    {
+        int lEnabled = 0;
+        for (const int lId : {eIdlblTopLeft, eIdTvCats, eIdiGridLib, eIdStatus, eIdProgressBar1})
+            lEnabled += ::IsWindowEnabled(User::Control(hWindow, lId)) ? 1 : 0;
+        return lEnabled;
+    }
+};
+
+TEST_F(LibraryGreyed, ControlsAndMenusAreDisabledWhileALongCommandRunsAndGetTheFocusBack)
 {
     FillStation();
     Open(
@@ -120,8 +209,7 @@ TEST_F(LibraryWindow, ControlsAndMenusAreDisabledWhileALongCommandRunsAndGetTheF
                 {
                     cStation.cHostLoop.PumpMessages();
                     const UINT lMenu = ::GetMenuState(::GetMenu(hWindow), 0, MF_BYPOSITION);
-                    bGreyed =
-                        !::IsWindowEnabled(hTree) && !::IsWindowEnabled(hGrid) && (lMenu & MF_GRAYED) != 0;
+                    bGreyed = Enabled() == 0 && (lMenu & MF_GRAYED) != 0;
                     bBar = ::IsWindowVisible(User::Control(hWindow, eIdProgressBar1)) != FALSE;
                 }
             };
@@ -129,13 +217,41 @@ TEST_F(LibraryWindow, ControlsAndMenusAreDisabledWhileALongCommandRunsAndGetTheF
             user.Until([&] { return bGreyed.load(); }, "the controls to be disabled");
             user.Idle();
             EXPECT_TRUE(bBar);
-            EXPECT_TRUE(::IsWindowEnabled(hTree));
-            EXPECT_TRUE(::IsWindowEnabled(hGrid));
+            EXPECT_EQ(Enabled(), 5);
             EXPECT_EQ(::GetMenuState(::GetMenu(hWindow), 0, MF_BYPOSITION) & MF_GRAYED, 0u);
             EXPECT_FALSE(::IsWindowVisible(User::Control(hWindow, eIdProgressBar1)));
             EXPECT_EQ(user.FocusedWindow(), hGrid);
         });
     static_cast<FakeCut&>(*cStation.cDataBase->colCuts[3]).OnCall = nullptr;
+}
+
+TEST_F(LibraryGreyed, TheFocusComesBackAlsoWhenABoxFollowsALongCommand)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            user.Click(hGrid);
+            bool bShown = false;
+            auto& cCut = static_cast<FakeCut&>(*cStation.cDataBase->colCuts[3]);
+            cCut.OnCall = [&](const std::string&)
+            {
+                if (std::exchange(bShown, true))
+                    return;
+                const DWORD lStart = ::GetTickCount();
+                while (Enabled() != 0 && ::GetTickCount() - lStart < 5000)
+                    cStation.cHostLoop.PumpMessages();
+                cStation.cMod.Box(BoxIcon::None, BoxButtons::Ok, L"Host", L"A question in the middle");
+            };
+            Command(LibraryCommand::mnuReloadAll);
+            EXPECT_EQ(user.Box().sTitle, L"Host");
+            EXPECT_EQ(Enabled(), 0);
+            user.Answer(IDOK);
+            user.Idle();
+            EXPECT_EQ(Enabled(), 5);
+            EXPECT_EQ(user.FocusedWindow(), hGrid);
+            cCut.OnCall = nullptr;
+        });
 }
 
 TEST_F(LibraryWindow, TheFocusComesBackToTheControlThatHadIt)
@@ -257,6 +373,34 @@ TEST_F(LibraryWindow, NothingIsClippedOrCoveredAtAnySizeAndResolution)
             }
         });
     EXPECT_EQ(StoredLayout().substr(0, 14), L"1|Width|44|1|O") << "resolutions change no width";
+}
+
+TEST_F(LibraryWindow, ItHasAnIconOfItsOwnInBothSizes)
+{
+    Open(
+        [&](const User&)
+        {
+            const auto widthOf = [&](WPARAM lWhich)
+            {
+                const auto hIcon = reinterpret_cast<HICON>(::SendMessageW(hWindow, WM_GETICON, lWhich, 0));
+                ICONINFO info{};
+                BITMAP bitmap{};
+                if (!hIcon || !::GetIconInfo(hIcon, &info))
+                    return 0L;
+                ::GetObjectW(info.hbmColor, sizeof bitmap, &bitmap);
+                ::DeleteObject(info.hbmColor);
+                ::DeleteObject(info.hbmMask);
+                return static_cast<long>(bitmap.bmWidth);
+            };
+            for (const int lDpi : {96, 192})
+            {
+                RECT place{0, 0, 1000, 560};
+                ::SendMessageW(hWindow, WM_DPICHANGED, MAKEWPARAM(lDpi, lDpi),
+                               reinterpret_cast<LPARAM>(&place));
+                EXPECT_EQ(widthOf(ICON_BIG), 32 * lDpi / 96);
+                EXPECT_EQ(widthOf(ICON_SMALL), 16 * lDpi / 96);
+            }
+        });
 }
 
 TEST_F(LibraryWindow, EveryControlHasANameForScreenReaders)

@@ -40,16 +40,10 @@ void CategoryTree::Insert(Entry& parent, Node lNode)
                        lNode);
 }
 
-void CategoryTree::SetSorted(const std::wstring& sKey)
+void CategoryTree::SetSorted()
 {
-    const std::optional<Node> lNode = Find(sKey);
-    if (!lNode)
-        return;
-    Entry& entry = m_colNodes[*lNode];
-    entry.bSorted = true;
-    const std::vector<Node> colChildren = std::exchange(entry.colChildren, {});
-    for (const Node lChild : colChildren)
-        Insert(entry, lChild);
+    if (!m_colNodes.empty())
+        m_colNodes.back().bSorted = true;
 }
 
 void CategoryTree::ExpandFirst()
@@ -74,6 +68,13 @@ std::optional<CategoryTree::Node> CategoryTree::Find(const std::wstring& sKey) c
 {
     const Node* pNode = m_colByKey.Find(sKey);
     return pNode ? std::optional<Node>(*pNode) : std::nullopt;
+}
+
+bool CategoryTree::HasSameNodes(const CategoryTree& cOther) const
+{
+    return Count() == cOther.Count() &&
+           std::all_of(m_colNodes.begin(), m_colNodes.end(),
+                       [&](const Entry& entry) { return cOther.Find(entry.sKey).has_value(); });
 }
 
 std::vector<CategoryTree::Node> CategoryTree::Check(Node lNode, bool bCheck)

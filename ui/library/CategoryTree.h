@@ -5,7 +5,6 @@
 #include "ui/library/LibraryTargets.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -37,7 +36,7 @@ public:
     void Clear() override;
     void AddNode(const std::wstring& sParentKey, const std::wstring& sKey, const std::wstring& sText,
                  const wchar_t* sImage) override;
-    void SetSorted(const std::wstring& sKey) override;
+    void SetSorted() override;
     void ExpandFirst() override;
     // TreeImages.
     void ShowAsOpen(const std::wstring& sKey) override;
@@ -46,6 +45,8 @@ public:
     const Entry& At(Node lNode) const { return m_colNodes[lNode]; }
     // By key without regard to case.
     std::optional<Node> Find(const std::wstring& sKey) const;
+    // Whether the nodes' keys are those of another tree, in any order.
+    bool HasSameNodes(const CategoryTree& cOther) const;
     static bool IsRoot(Node lNode) noexcept { return lNode == 0; }
 
     // Ticks or unticks a node and what follows it: everything for the root, its levels for a main category.

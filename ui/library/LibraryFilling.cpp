@@ -20,8 +20,6 @@ constexpr std::uint32_t lCollectGapMs = 101;
 constexpr std::size_t lRowsPerSample = 50;
 constexpr std::uint32_t lFillGapMs = 201;
 
-std::wstring CountText(std::size_t lCount) { return DecimalText(static_cast<std::int64_t>(lCount)); }
-
 std::int32_t AsLong(std::size_t lCount)
 {
     return static_cast<std::int32_t>(std::min<std::size_t>(lCount, std::numeric_limits<std::int32_t>::max()));
@@ -102,17 +100,21 @@ private:
     // The cuts to list, with the reports that go with gathering them.
     ListedCuts Collect()
     {
+        const wchar_t* const sReason = L"Collecting Database info...";
         ListedCuts listed;
         Cuts& colCuts = listed.colCuts;
         if (m_shown.bShowingAllAudio)
+        {
+            Start(sReason, 0); // a database may take its time before it has told how many there are
             colCuts = m_cSchedMan.DataBase() ? m_cSchedMan.DataBase()->AllCuts() : Cuts();
+        }
         else if (m_shown.cCatShown && m_lLevel == 0)
             for (const std::shared_ptr<clsCat>& cSubCat : *m_shown.cCatShown->SubCats())
                 Append(listed, cSubCat);
         else if (m_shown.cCatShown)
             Append(listed, m_shown.cCatShown);
 
-        Start(L"Collecting Database info...", colCuts.size());
+        Start(sReason, colCuts.size());
         for (std::size_t lCount = lCollectedPerSample; lCount <= colCuts.size();
              lCount += lCollectedPerSample)
             if (Ticks() - m_lLast >= lCollectGapMs)
@@ -229,7 +231,7 @@ void PopulateTreeView(const CatCollection* colMainCats, TreeTarget& cTree)
         return;
     const std::wstring sRootKey = CategoryKey(sAllAudio, 0);
     cTree.AddNode({}, sRootKey, sAllAudio, sImageClosed);
-    cTree.SetSorted(sRootKey);
+    cTree.SetSorted();
     for (const std::shared_ptr<clsCat>& cMainCat : *colMainCats)
     {
         const std::wstring& sName = cMainCat->CatName();
@@ -237,7 +239,7 @@ void PopulateTreeView(const CatCollection* colMainCats, TreeTarget& cTree)
             continue;
         const std::wstring sMainKey = CategoryKey(sName, 0);
         cTree.AddNode(sRootKey, sMainKey, sName, sImageClosed);
-        cTree.SetSorted(sMainKey);
+        cTree.SetSorted();
         for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
             cTree.AddNode(sMainKey, CategoryKey(cSubCat->CatName(), cSubCat->CatLevel()),
                           DecimalText(cSubCat->CatLevel()), sImageClosed);

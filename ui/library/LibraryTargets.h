@@ -23,8 +23,8 @@ public:
     // Adds a node as the last child of the node with that key; an empty parent key adds the root.
     virtual void AddNode(const std::wstring& sParentKey, const std::wstring& sKey, const std::wstring& sText,
                          const wchar_t* sImage) = 0;
-    // The node's children are kept sorted by text from now on.
-    virtual void SetSorted(const std::wstring& sKey) = 0;
+    // The children of the node added last, which has none yet, are kept sorted by text.
+    virtual void SetSorted() = 0;
     virtual void ExpandFirst() = 0;
 };
 

@@ -5,7 +5,6 @@
 #include "ui/library/LibraryFilling.h"
 
 #include <algorithm>
-#include <numeric>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
@@ -201,7 +200,10 @@ clsSchedLibGrid::Place clsSchedLibGrid::CurrentPlace() const
     place.colSelected = colSelCuts();
     const std::optional<std::size_t> lCurrent = m_cView.CurrentRow();
     if (lCurrent && *lCurrent < RowCount())
+    {
         place.cCurrent = CutAt(*lCurrent);
+        place.lCurrentRow = *lCurrent;
+    }
     place.lTopRow = m_cView.TopRow();
     if (place.lTopRow != 0 && place.lTopRow < RowCount())
         place.cTop = CutAt(place.lTopRow);
@@ -228,8 +230,8 @@ void clsSchedLibGrid::ReturnTo(const Place& place)
             lTop = lRow;
     }
     m_cView.SetSelection(bSelected);
-    if (lCurrent)
-        m_cView.SetCurrentRow(*lCurrent);
+    if (place.cCurrent) // one that is gone: what stands in its place now
+        m_cView.SetCurrentRow(lCurrent.value_or(std::min(place.lCurrentRow, RowCount() - 1)));
     m_cView.SetTopRow(lTop);
 }
 
@@ -284,13 +286,18 @@ bool clsSchedLibGrid::MayReorder(const std::vector<std::size_t>& colRows) const
     return !colRows.empty();
 }
 
+bool clsSchedLibGrid::StartDrag()
+{
+    m_colDragged = SelectedRows();
+    return !m_colDragged.empty();
+}
+
 bool clsSchedLibGrid::DropWouldMove(std::optional<std::size_t> lRow) const
 {
-    const std::vector<std::size_t> colRows = SelectedRows();
-    if (m_bBanOLEDrop || colRows.empty() || !AreConsecutive(colRows))
+    if (m_bBanOLEDrop || m_colDragged.empty() || !AreConsecutive(m_colDragged))
         return false;
     const std::size_t lInto = lRow.value_or(RowCount());
-    return lInto < colRows.front() || lInto > colRows.back() + 1;
+    return lInto < m_colDragged.front() || lInto > m_colDragged.back() + 1;
 }
 
 void clsSchedLibGrid::MoveRows(const std::vector<std::size_t>& colRows, std::optional<std::size_t> lRow)

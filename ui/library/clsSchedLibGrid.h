@@ -77,7 +77,8 @@ public:
     struct Place
     {
         Cuts colSelected;
-        std::shared_ptr<Cut> cCurrent;
+        std::shared_ptr<Cut> cCurrent; // null for none
+        std::size_t lCurrentRow = 0;
         std::shared_ptr<Cut> cTop; // null when the first row is at the top
         std::size_t lTopRow = 0;
     };
@@ -90,7 +91,11 @@ public:
     void Drop(const std::wstring& sPayload, std::optional<std::size_t> lRow);
     // Moves the selected rows up or down by one place, under the rules of a drop.
     void MoveSelected(bool bUp);
-    // Whether a drop there would change anything: where it would not, no insertion line is shown.
+    // A drag of the selected rows begins, if there are any, and ends.
+    bool StartDrag();
+    void EndDrag() { m_colDragged.clear(); }
+    // Whether a drop of the rows that are dragged would change anything there: where it would not, no
+    // insertion line is shown.
     bool DropWouldMove(std::optional<std::size_t> lRow) const;
     void RemoveSelectedFromCategory();
 
@@ -112,6 +117,7 @@ private:
     std::shared_ptr<clsCat> m_cCurrentCat;
     bool m_bBanOLEDrop = false;
     ListedCuts m_listed;
+    std::vector<std::size_t> m_colDragged; // a look at the selection costs too much at each move of the mouse
 };
 
 } // namespace ravlo

@@ -109,9 +109,12 @@ void frmUILib::SetSchedMan(const std::shared_ptr<clsSchedMan>& cSchedMan)
 
 // ---- what runs ----
 
-// Disabling and enabling let waiting messages run, in which anything may happen.
+// Disabling and enabling let waiting messages run, in which anything may happen. In a window that was never
+// shown there is nothing to disable, and whoever had it filled expects no messages.
 void frmUILib::SetBusy(bool bBusy) noexcept
 {
+    if (!m_bShown)
+        return;
     try
     {
         m_cView.SetBusy(bBusy);
@@ -124,19 +127,31 @@ void frmUILib::SetBusy(bool bBusy) noexcept
 }
 
 // What was put off while something ran. Called while the last Working still counts, so that what comes
-// meanwhile is put off in its turn instead of nesting.
+// meanwhile is put off in its turn instead of nesting. A window that is to close shows no more news.
 void frmUILib::Settle() noexcept
 {
-    while (std::exchange(m_bRefreshOwed, false))
-        Trap(m_cMod, L"frmUILib.RefreshAll", false,
-             [&]
-             {
-                 if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock())
-                     RefreshAll(*cSchedMan);
-                 return true;
-             });
+    while (!m_bCloseOwed && std::exchange(m_bRefreshOwed, false))
+        Try(L"frmUILib.RefreshAll",
+            [this]
+            {
+                if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock())
+                    RefreshAll(*cSchedMan);
+            });
     if (std::exchange(m_bCloseOwed, false))
         m_cView.Close();
+}
+
+// An unexpected failure is shown, and leaves no progress bar behind.
+template <class Body> void frmUILib::Try(const wchar_t* sWhere, Body&& body)
+{
+    const bool bDone = Trap(m_cMod, sWhere, false,
+                            [&]
+                            {
+                                body();
+                                return true;
+                            });
+    if (!bDone)
+        m_cView.HideProgress();
 }
 
 // What every handler of the user's doings runs under: nothing while something else runs, and an unexpected
@@ -147,14 +162,7 @@ template <class Body> void frmUILib::Handle(const wchar_t* sWhere, Body&& body)
     if (m_lWorking > 0 || !cSchedMan)
         return;
     const Working cWorking(*this);
-    const bool bDone = Trap(m_cMod, sWhere, false,
-                            [&]
-                            {
-                                body(*cSchedMan);
-                                return true;
-                            });
-    if (!bDone)
-        m_cView.HideProgress();
+    Try(sWhere, [&] { body(*cSchedMan); });
 }
 
 template <class Body> void frmUILib::HandleDrop(Body&& body)
@@ -196,13 +204,9 @@ void frmUILib::ShowModalUI()
         return;
     }
     const Raised cShowing(m_bShowing);
+    m_bShown = true;
     m_bCloseOwed = false;
-    Trap(m_cMod, L"frmUILib.Form_Load", false,
-         [&]
-         {
-             Load(*cSchedMan);
-             return true;
-         });
+    Try(L"frmUILib.Form_Load", [&] { Load(*cSchedMan); });
     m_cView.ShowModal();
 }
 
@@ -218,10 +222,19 @@ void frmUILib::Load(clsSchedMan& cSchedMan)
 
 void frmUILib::ReloadAll()
 {
+    const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock();
     if (m_lWorking > 0)
         m_bRefreshOwed = true;
-    else if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock())
-        RefreshAll(*cSchedMan);
+    else if (cSchedMan)
+        try
+        {
+            RefreshAll(*cSchedMan);
+        }
+        catch (...)
+        {
+            m_cView.HideProgress();
+            throw;
+        }
 }
 
 void frmUILib::RequestRefresh()
@@ -354,14 +367,7 @@ void frmUILib::SaveAll(clsSchedMan& cSchedMan)
     // A copy: saving lets messages run.
     for (const std::shared_ptr<clsCat>& cMainCat : Cats(colMainCats->begin(), colMainCats->end()))
         cSchedMan.SaveHistoryAndOrdering(cMainCat);
-}
-
-std::vector<std::wstring> frmUILib::NodeKeys() const
-{
-    std::vector<std::wstring> colKeys;
-    for (CategoryTree::Node lNode = 0; lNode < m_cTree.Count(); ++lNode)
-        colKeys.push_back(m_cTree.At(lNode).sKey);
-    return colKeys;
+    m_cView.HideProgress(); // one that failed has left it
 }
 
 // The category a node stands for at present; null for the root and for one that is gone.
@@ -449,7 +455,7 @@ void frmUILib::Run(LibraryCommand eCommand, clsSchedMan& cSchedMan)
     case mnuSave:
         return SaveAll(cSchedMan);
     case mnuExit:
-        return RequestClose();
+        return; // never run here: it is put off while something runs, not ignored
     case mnuCatUI:
         return ShowCategoryWindow(cSchedMan);
     case mnuCatNew:
@@ -472,11 +478,7 @@ void frmUILib::ShowCategoryWindow(clsSchedMan& cSchedMan)
     cSchedMan.ShowCatUI(request);
     CategoryTree cNow;
     PopulateTreeView(cSchedMan.colMainCats().get(), cNow);
-    const std::vector<std::wstring> colShown = NodeKeys();
-    const bool bSame = cNow.Count() == colShown.size() &&
-                       std::all_of(colShown.begin(), colShown.end(),
-                                   [&](const std::wstring& sKey) { return cNow.Find(sKey).has_value(); });
-    if (!bSame)
+    if (!m_cTree.HasSameNodes(cNow))
         RefreshAll(cSchedMan);
 }
 
@@ -560,7 +562,8 @@ void frmUILib::Edit(clsSchedMan& cSchedMan, std::size_t lRow)
 {
     const std::shared_ptr<DataBase> cDataBase = cSchedMan.DataBase();
     const std::shared_ptr<Cut> cCut = cDataBase ? cDataBase->CutByKey(m_cGrid.CutAt(lRow)->Key()) : nullptr;
-    if (cCut && cSchedMan.RaiseEditRequestCutEvent(cCut) != lEditCancelled)
+    const bool bEdited = cCut && cSchedMan.RaiseEditRequestCutEvent(cCut) != lEditCancelled;
+    if (bEdited && !m_bRefreshOwed) // the database's news of the edit show the node again by themselves
         ShowAgain(cSchedMan);
 }
 
@@ -622,7 +625,7 @@ void frmUILib::Paste()
         {
             const std::optional<CategoryTree::Node> lNode = m_cTreeView.Selected();
             if (lNode && !m_copied.colCuts.empty())
-                DropOnNode(cSchedMan, std::wstring(m_cTree.At(*lNode).sKey), Dragged(m_copied));
+                DropOnNode(cSchedMan, std::wstring(m_cTree.At(*lNode).sKey), m_copied);
         });
 }
 
@@ -630,7 +633,7 @@ void frmUILib::Paste()
 
 bool frmUILib::DragStarted()
 {
-    if (m_lWorking > 0 || m_cGrid.SelectedRows().empty())
+    if (m_lWorking > 0 || !m_cGrid.StartDrag())
         return false;
     m_cDrag = std::make_unique<Working>(*this);
     return true;
@@ -640,6 +643,7 @@ bool frmUILib::DragStarted()
 void frmUILib::DragCompleted(const std::optional<Drop>& drop)
 {
     const std::unique_ptr<Working> cDrag = std::move(m_cDrag);
+    m_cGrid.EndDrag();
     if (cDrag && drop)
         RunDrop([&](clsSchedMan& cSchedMan) { Perform(cSchedMan, *drop); });
 }
@@ -673,13 +677,38 @@ std::optional<frmUILib::Dragged> frmUILib::TakeDragged()
 {
     try
     {
-        return Dragged{m_cGrid.colSelCuts(), m_cGrid.colSubCatsDraggedFrom()};
+        Dragged dragged;
+        dragged.colCuts = m_cGrid.colSelCuts();
+        for (const std::shared_ptr<clsCat>& cFrom : m_cGrid.colSubCatsDraggedFrom())
+            if (cFrom->CatLevel() == 0)
+                dragged.bNowhere = true;
+            else
+                dragged.colFromKeys.push_back(CategoryKey(cFrom->CatName(), cFrom->CatLevel()));
+        return dragged;
     }
     catch (...)
     {
         m_cMod.DISPLAYERROR(L"Error occurred in dragdrop", true, CurrentError());
         return std::nullopt;
     }
+}
+
+// What was taken may have gone from the database, been deleted or reloaded since: while a pop-up was open, or
+// before it was pasted.
+frmUILib::Present frmUILib::PresentOf(const clsSchedMan& cSchedMan, const Dragged& dragged) const
+{
+    Present present;
+    if (const std::shared_ptr<DataBase> cDataBase = cSchedMan.DataBase())
+        for (const std::shared_ptr<Cut>& cCut : dragged.colCuts)
+            if (std::shared_ptr<Cut> cNow = cDataBase->CutByKey(cCut->Key()))
+                present.colCuts.push_back(std::move(cNow));
+    for (const std::wstring& sKey : dragged.colFromKeys)
+        if (std::shared_ptr<clsCat> cFrom = CatOf(cSchedMan, sKey))
+            present.colFrom.push_back(std::move(cFrom));
+    // Cuts whose levels are all gone stand nowhere now.
+    if (dragged.bNowhere || present.colFrom.empty())
+        present.colFrom.push_back(std::make_shared<clsCat>(m_cMod, sNoCat, 0));
+    return present;
 }
 
 void frmUILib::DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, const Dragged& dragged)
@@ -694,11 +723,14 @@ void frmUILib::DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, cons
     if (!target)
         return;
     const eCatDragOptions eOption = ChooseOption(target->sText);
-    if (eOption == eCancel || (eOption == eCopyHere && !MayCopy(dragged, *target)))
+    if (eOption == eCancel)
+        return;
+    const Present present = PresentOf(cSchedMan, dragged);
+    if (eOption == eCopyHere && !MayCopy(present, *target))
         return;
     const Busy cBusy(*this);
     bool bCreatedNewSubCats = false;
-    cSchedMan.DoMassCatChange(eOption, dragged.colFrom, target->cCat, dragged.colCuts, bCreatedNewSubCats);
+    cSchedMan.DoMassCatChange(eOption, present.colFrom, target->cCat, present.colCuts, bCreatedNewSubCats);
     if (bCreatedNewSubCats)
         RefreshAll(cSchedMan);
     else
@@ -717,10 +749,10 @@ std::optional<frmUILib::Target> frmUILib::ChooseTarget(const clsSchedMan& cSched
         return LevelTarget(cCat);
     const std::wstring& sName = cCat->CatName();
     const Cats colLevels(cCat->SubCats()->begin(), cCat->SubCats()->end());
-    std::vector<std::wstring> colItems{L"Drop Into: " + sName + L", keeping levels the same"};
-    for (const std::shared_ptr<clsCat>& cLevel : colLevels)
-        colItems.push_back(L"Drop Into " + sName + L" Level " + DecimalText(cLevel->CatLevel()));
-    const std::optional<std::size_t> lItem = m_cView.PopUp(colItems);
+    std::vector<std::wstring> mnuCatChooseLevel{L"Drop Into: " + sName + L", keeping levels the same"};
+    for (const std::shared_ptr<clsCat>& cLevel : colLevels) // mnuCatChooseLevelDrop
+        mnuCatChooseLevel.push_back(L"Drop Into " + sName + L" Level " + DecimalText(cLevel->CatLevel()));
+    const std::optional<std::size_t> lItem = m_cView.PopUp(mnuCatChooseLevel);
     if (!lItem || *lItem > colLevels.size())
         return std::nullopt;
     return *lItem == 0 ? Target{cCat, 0, sName} : LevelTarget(colLevels[*lItem - 1]);
@@ -728,14 +760,26 @@ std::optional<frmUILib::Target> frmUILib::ChooseTarget(const clsSchedMan& cSched
 
 eCatDragOptions frmUILib::ChooseOption(const std::wstring& sTarget)
 {
-    constexpr eCatDragOptions eOptions[] = {eCopyHere, eMoveHere, eMoveExclusiveHere, eCancel};
-    const std::optional<std::size_t> lItem = m_cView.PopUp(
-        {L"Copy Into " + sTarget, L"Move Into " + sTarget, L"Move Exclusive Into " + sTarget, L"Cancel"});
-    return lItem && *lItem < std::size(eOptions) ? eOptions[*lItem] : eCancel;
+    struct Item
+    {
+        std::wstring sCaption;
+        eCatDragOptions eOption;
+    };
+    const Item mnuCatChooseDrop[] = {
+        {L"Copy Into " + sTarget, eCopyHere},                    // mnuCatCopyHere
+        {L"Move Into " + sTarget, eMoveHere},                    // mnuCatMoveHere
+        {L"Move Exclusive Into " + sTarget, eMoveExclusiveHere}, // mnuCatMoveOnlyHere
+        {L"Cancel", eCancel},                                    // mnuCatMoveCopyCancel
+    };
+    std::vector<std::wstring> colCaptions;
+    for (const Item& item : mnuCatChooseDrop)
+        colCaptions.push_back(item.sCaption);
+    const std::optional<std::size_t> lItem = m_cView.PopUp(colCaptions);
+    return lItem && *lItem < std::size(mnuCatChooseDrop) ? mnuCatChooseDrop[*lItem].eOption : eCancel;
 }
 
 // A cut has one level number for all its categories, so copying must not bring it into a level of another.
-bool frmUILib::MayCopy(const Dragged& dragged, const Target& target) const
+bool frmUILib::MayCopy(const Present& dragged, const Target& target) const
 {
     std::set<std::int32_t> colLevels;
     for (const std::shared_ptr<clsCat>& cFrom : dragged.colFrom)

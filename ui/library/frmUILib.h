@@ -107,8 +107,16 @@ private:
     class Working;
     // While one exists something runs and the window's controls are disabled.
     class Busy;
-    // The cuts of a drag or a Copy, and where they come from.
+    // The cuts of a drag or a Copy, and where they come from: levels by their nodes' keys, since a level's
+    // object goes with the next reload.
     struct Dragged
+    {
+        Cuts colCuts;
+        std::vector<std::wstring> colFromKeys;
+        bool bNowhere = false; // some of them stand in no level
+    };
+    // What is left of them at present.
+    struct Present
     {
         Cuts colCuts;
         Cats colFrom;
@@ -120,6 +128,7 @@ private:
         std::wstring sText;
     };
 
+    template <class Body> void Try(const wchar_t* sWhere, Body&& body);
     template <class Body> void Handle(const wchar_t* sWhere, Body&& body);
     template <class Body> void HandleDrop(Body&& body);
     template <class Body> void RunDrop(Body&& body);
@@ -136,7 +145,6 @@ private:
     void SaveAll(clsSchedMan& cSchedMan);
     void ClearGrid();
     std::wstring NodeOrStandIn(const std::wstring& sKey) const;
-    std::vector<std::wstring> NodeKeys() const;
     std::shared_ptr<clsCat> CatOf(const clsSchedMan& cSchedMan, const std::wstring& sKey) const;
     Cats CheckedCats(const clsSchedMan& cSchedMan) const;
 
@@ -154,10 +162,11 @@ private:
     void Perform(clsSchedMan& cSchedMan, const Drop& drop);
     void DropOnGrid(clsSchedMan& cSchedMan, const std::function<void()>& reorder);
     std::optional<Dragged> TakeDragged();
+    Present PresentOf(const clsSchedMan& cSchedMan, const Dragged& dragged) const;
     void DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, const Dragged& dragged);
     std::optional<Target> ChooseTarget(const clsSchedMan& cSchedMan, const std::wstring& sKey);
     eCatDragOptions ChooseOption(const std::wstring& sTarget);
-    bool MayCopy(const Dragged& dragged, const Target& target) const;
+    bool MayCopy(const Present& dragged, const Target& target) const;
 
     void ProgressStart(const std::wstring& sReason, std::int32_t lMax) override;
     void Progress(const std::wstring& sText, std::int32_t lValue) override;
@@ -179,6 +188,7 @@ private:
     std::unique_ptr<Busy> m_cReordering;
     bool m_bRefreshOwed = false;
     bool m_bCloseOwed = false;
+    bool m_bShown = false; // has been, or is
     bool m_bShowing = false;
 };
 

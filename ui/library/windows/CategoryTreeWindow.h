@@ -3,18 +3,15 @@
 
 #include "ui/controls/windows/Handles.h"
 #include "ui/library/CategoryTree.h"
+#include "ui/library/windows/FolderImages.h"
 
 #include <optional>
 #include <string>
 #include <vector>
 #include <windows.h>
 
-#include <commctrl.h>
-
 namespace ravlo
 {
-
-using UniqueImageList = UniqueHandle<HIMAGELIST, &::ImageList_Destroy>;
 
 // TvCats: the category tree on the system's tree view with check boxes.
 class CategoryTreeWindow final : public CategoryTreeView

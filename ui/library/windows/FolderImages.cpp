@@ -109,12 +109,17 @@ void AddImage(HIMAGELIST hImages, FolderImage eImage, int lSize)
 
 } // namespace
 
-HIMAGELIST FolderImages(int lSize)
+UniqueImageList FolderImages(int lSize)
 {
-    const HIMAGELIST hImages = ::ImageList_Create(lSize, lSize, ILC_COLOR32, 2, 0);
-    AddImage(hImages, eFolderClosed, lSize);
-    AddImage(hImages, eFolderOpen, lSize);
+    UniqueImageList hImages(::ImageList_Create(lSize, lSize, ILC_COLOR32, 2, 0));
+    AddImage(hImages.get(), eFolderClosed, lSize);
+    AddImage(hImages.get(), eFolderOpen, lSize);
     return hImages;
+}
+
+UniqueIcon FolderIcon(int lSize)
+{
+    return UniqueIcon(::ImageList_GetIcon(FolderImages(lSize).get(), eFolderOpen, ILD_NORMAL));
 }
 
 } // namespace ravlo

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ui/controls/windows/Handles.h"
+
 #include <windows.h>
 
 #include <commctrl.h>
@@ -8,12 +10,17 @@
 namespace ravlo
 {
 
+using UniqueImageList = UniqueHandle<HIMAGELIST, &::ImageList_Destroy>;
+using UniqueIcon = UniqueHandle<HICON, &::DestroyIcon>;
+
 // ImgTv: the images of the category tree's nodes, drawn for that many pixels.
 enum FolderImage : int
 {
     eFolderClosed,
     eFolderOpen,
 };
-HIMAGELIST FolderImages(int lSize);
+UniqueImageList FolderImages(int lSize);
+// The open one as the icon of a window. Null when the system has none left.
+UniqueIcon FolderIcon(int lSize);
 
 } // namespace ravlo

@@ -39,26 +39,26 @@ HMENU AddSubMenu(HMENU hMenu, const wchar_t* sCaption)
 UniqueMenu LibraryMenuBar()
 {
     UniqueMenu hBar(::CreateMenu());
-    const HMENU hEdit = AddSubMenu(hBar.get(), L"&Edit");
-    const HMENU hTree = AddSubMenu(hEdit, L"Category Tree CheckBoxes...");
-    Add(hTree, mnuSelectAllTree, L"Select &All");
-    Add(hTree, mnuSelectNoneTree, L"Select &None");
-    Add(hTree, mnuSelectInvertTree, L"&Invert Selection");
-    const HMENU hGrid = AddSubMenu(hEdit, L"Grid Selections...");
-    Add(hGrid, mnuSelectAllGrid, L"Select &All\tCtrl+A");
-    Add(hGrid, mnuSelectNoneGrid, L"Select &None");
-    Add(hGrid, mnuInvertSelectionGrid, L"&Invert Grid Selection");
-    const HMENU hActions = AddSubMenu(hBar.get(), L"Ac&tions");
-    Add(hActions, mnuReloadAll, L"Reload Everything");
-    Add(hActions, mnuSave, L"Save / Re-Save All\tCtrl+S");
-    Add(hActions, mnuExit, L"Exit\tAlt+F4");
-    const HMENU hCats = AddSubMenu(hBar.get(), L"&Categories");
-    Add(hCats, mnuCatUI, L"Show Category UI");
-    const HMENU hNew = AddSubMenu(hCats, L"New...");
-    Add(hNew, mnuCatNew, L"Category");
-    Add(hNew, mnuCatLevelNew, L"Category Level");
-    Add(hCats, mnuShuffle, L"Shuffle Checked Categories");
-    Add(hCats, mnuCatDelete, L"Delete Checked Categories");
+    const HMENU mnuEdit = AddSubMenu(hBar.get(), L"&Edit");
+    const HMENU mnuTree = AddSubMenu(mnuEdit, L"Category Tree CheckBoxes...");
+    Add(mnuTree, mnuSelectAllTree, L"Select &All");
+    Add(mnuTree, mnuSelectNoneTree, L"Select &None");
+    Add(mnuTree, mnuSelectInvertTree, L"&Invert Selection");
+    const HMENU mnuGrid = AddSubMenu(mnuEdit, L"Grid Selections...");
+    Add(mnuGrid, mnuSelectAllGrid, L"Select &All\tCtrl+A");
+    Add(mnuGrid, mnuSelectNoneGrid, L"Select &None");
+    Add(mnuGrid, mnuInvertSelectionGrid, L"&Invert Grid Selection");
+    const HMENU mnuSchedLib = AddSubMenu(hBar.get(), L"Ac&tions");
+    Add(mnuSchedLib, mnuReloadAll, L"Reload Everything");
+    Add(mnuSchedLib, mnuSave, L"Save / Re-Save All\tCtrl+S");
+    Add(mnuSchedLib, mnuExit, L"Exit\tAlt+F4");
+    const HMENU mnuCats = AddSubMenu(hBar.get(), L"&Categories");
+    Add(mnuCats, mnuCatUI, L"Show Category UI");
+    const HMENU mnuCatNewMain = AddSubMenu(mnuCats, L"New...");
+    Add(mnuCatNewMain, mnuCatNew, L"Category");
+    Add(mnuCatNewMain, mnuCatLevelNew, L"Category Level");
+    Add(mnuCats, mnuShuffle, L"Shuffle Checked Categories");
+    Add(mnuCats, mnuCatDelete, L"Delete Checked Categories");
     Add(hBar.get(), mnuHelp, L"&Help");
     return hBar;
 }

@@ -27,53 +27,65 @@ private:
     bool m_bOle;
 };
 
+struct LibraryWindow::Made
+{
+    explicit Made(const std::shared_ptr<clsSchedMan>& cSchedMan)
+        : cWindow(::GetActiveWindow(), cSchedMan->Mod())
+    {
+        Form().SetSchedMan(cSchedMan);
+    }
+    frmUILib& Form() noexcept { return cWindow.Form(); }
+
+    Surroundings cSurroundings; // longer than the window
+    frmUILibWindow cWindow;
+};
+
 LibraryWindow::LibraryWindow(std::weak_ptr<clsSchedMan> cSchedMan) : m_cSchedMan(std::move(cSchedMan)) {}
 LibraryWindow::~LibraryWindow() = default;
 
-bool LibraryWindow::Showing() const noexcept { return m_cWindow && m_cWindow->Form().Showing(); }
+bool LibraryWindow::Showing() const noexcept { return m_cMade && m_cMade->Form().Showing(); }
 
 void LibraryWindow::Make()
 {
     const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock();
     if (!cSchedMan)
         return;
-    m_cWindow.reset();
-    m_cSurroundings = std::make_unique<Surroundings>();
-    m_cWindow = std::make_unique<frmUILibWindow>(::GetActiveWindow(), cSchedMan->Mod());
-    m_cWindow->Form().SetSchedMan(cSchedMan);
+    if (m_cMade)
+        m_cMade->Form().SetSchedMan(nullptr); // it may live a little longer, and is told of nothing any more
+    m_cMade.reset();
+    m_cMade = std::make_shared<Made>(cSchedMan);
 }
 
 void LibraryWindow::Reload()
 {
-    if (!m_cWindow)
+    if (!m_cMade)
     {
         const VisualStyles cStyles;
         const DpiAwareness cAwareness;
         Make();
     }
-    if (m_cWindow)
-        m_cWindow->Form().ReloadAll();
+    if (const std::shared_ptr<Made> cMade = m_cMade)
+        cMade->Form().ReloadAll();
 }
 
 void LibraryWindow::Refresh()
 {
-    if (m_cWindow)
-        m_cWindow->Form().RequestRefresh();
+    if (const std::shared_ptr<Made> cMade = m_cMade)
+        cMade->Form().RequestRefresh();
 }
 
 void LibraryWindow::Show()
 {
     if (Showing())
-        return m_cWindow->Form().ShowModalUI();
+        return m_cMade->Form().ShowModalUI();
     const VisualStyles cStyles;
     const DpiAwareness cAwareness;
     const HWND hFocus = ::GetFocus();
     Make(); // anew: a hidden one may belong to another of the host's windows
-    if (!m_cWindow)
+    if (!m_cMade)
         return;
-    m_cWindow->Form().ShowModalUI();
-    m_cWindow.reset();
-    m_cSurroundings.reset();
+    m_cMade->Form().ShowModalUI();
+    m_cMade.reset();
     if (::IsWindow(hFocus))
         ::SetFocus(hFocus);
 }

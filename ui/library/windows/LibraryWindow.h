@@ -8,8 +8,6 @@
 namespace ravlo
 {
 
-class frmUILibWindow;
-
 // The library window of one manager, which is held weakly: made when it is needed, hidden or shown, and gone
 // after it was closed.
 class LibraryWindow
@@ -20,7 +18,7 @@ public:
     LibraryWindow(const LibraryWindow&) = delete;
     LibraryWindow& operator=(const LibraryWindow&) = delete;
 
-    bool Exists() const noexcept { return m_cWindow != nullptr; }
+    bool Exists() const noexcept { return m_cMade != nullptr; }
     bool Showing() const noexcept;
     // Fills it anew from the manager's present objects; makes a hidden one when there is none.
     void Reload();
@@ -31,12 +29,13 @@ public:
 
 private:
     class Surroundings;
+    struct Made;
 
     void Make();
 
     std::weak_ptr<clsSchedMan> m_cSchedMan;
-    std::unique_ptr<Surroundings> m_cSurroundings; // as long as the window
-    std::unique_ptr<frmUILibWindow> m_cWindow;
+    // Held as well by whoever works in it: the host, called meanwhile, may show another one or let go of all.
+    std::shared_ptr<Made> m_cMade;
 };
 
 } // namespace ravlo

@@ -305,7 +305,7 @@ std::optional<std::size_t> SchedLibGridWindow::DropRow(POINT onScreen) const
     Send(LVM_GETITEMRECT, TopRow(), reinterpret_cast<LPARAM>(&top));
     const LONG lHeight = std::max<LONG>(top.bottom - top.top, 1);
     if (point.y < top.top)
-        return TopRow();
+        return 0;
     const std::size_t lRow = TopRow() + static_cast<std::size_t>((point.y - top.top) / lHeight);
     return lRow < RowCount() ? std::optional(lRow) : std::nullopt;
 }

@@ -52,7 +52,7 @@ public:
     LRESULT OnCustomDraw(const NMLVCUSTOMDRAW& draw) const;
 
     // The row, from 0, in front of which something dropped at that point of the screen comes to stand: above
-    // the rows the first one to be seen, below the last one none.
+    // the rows the first of all, below the last one none.
     std::optional<std::size_t> DropRow(POINT onScreen) const;
     // During a drag: the line at which the rows would be inserted (one past the last row: below it), or none.
     void ShowInsertionLine(std::optional<std::size_t> lBefore);

@@ -34,6 +34,12 @@ int StatusWindow::Height() const
     return static_cast<int>(window.bottom - window.top);
 }
 
+void StatusWindow::Enable(bool bEnable)
+{
+    ::EnableWindow(m_hStatus, bEnable);
+    ::EnableWindow(m_hProgress, bEnable);
+}
+
 void StatusWindow::SetLook(HFONT hFont, int lDpi)
 {
     m_lDpi = lDpi;

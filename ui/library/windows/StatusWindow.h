@@ -15,6 +15,7 @@ public:
 
     HWND Handle() const noexcept { return m_hStatus; }
     int Height() const;
+    void Enable(bool bEnable);
     void SetLook(HFONT hFont, int lDpi);
     // To be called when the parent was sized.
     void LayOut();

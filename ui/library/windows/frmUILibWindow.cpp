@@ -23,6 +23,8 @@ constexpr int lFirstWidth = 1180;
 constexpr int lFirstHeight = 700;
 constexpr int lLeastWidth = 420;
 constexpr int lLeastHeight = 260;
+constexpr int lBigIcon = 32;
+constexpr int lSmallIcon = 16;
 
 constexpr const wchar_t* sPlaceKey = L"frmUILibPlace";
 constexpr std::int32_t lFirstTree = 4500; // twips: 300 pixels at 96 dpi
@@ -160,6 +162,13 @@ void frmUILibWindow::SetLook(int lDpi)
     m_cGrid->SetLook(hFont.get(), lDpi);
     m_cStatus->SetLook(hFont.get(), lDpi);
     m_hFont.swap(hFont);
+    // The same of the icons.
+    UniqueIcon hBig = FolderIcon(Scaled(lBigIcon, lDpi));
+    UniqueIcon hSmall = FolderIcon(Scaled(lSmallIcon, lDpi));
+    ::SendMessageW(Handle(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(hBig.get()));
+    ::SendMessageW(Handle(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(hSmall.get()));
+    m_hBigIcon.swap(hBig);
+    m_hSmallIcon.swap(hSmall);
     LayOut();
 }
 
@@ -381,12 +390,13 @@ void frmUILibWindow::CompareChecks()
         m_cForm->NodeCheck(lNode, m_cTree->ShowsCheck(lNode));
 }
 
-// The focus comes back to where it was when the window was left.
+// The focus comes back to where it was when the window was left. Greyed, no control has it: then to where it
+// was before.
 void frmUILibWindow::OnActivate(bool bActive)
 {
-    if (!bActive)
+    if (!bActive && !m_bGreyed)
         m_hFocus = ::GetFocus();
-    else if (m_hFocus && ::IsChild(Handle(), m_hFocus))
+    else if (bActive && m_hFocus && ::IsChild(Handle(), m_hFocus))
         ::SetFocus(m_hFocus);
 }
 
@@ -403,9 +413,19 @@ bool frmUILibWindow::OnKey(const MSG& message)
         return true;
     }
     const bool bAlt = message.message == WM_SYSKEYDOWN;
+    const bool bControl = Down(VK_CONTROL) && !Down(VK_MENU); // both are AltGr, which types
     if (bInTree && !bAlt)
-        return OnTreeKey(message.wParam, Down(VK_CONTROL));
-    return message.hwnd == m_cGrid->Handle() && OnGridKey(message.wParam, Down(VK_CONTROL), bAlt);
+        return OnTreeKey(message.wParam, bControl);
+    if (message.hwnd != m_cGrid->Handle())
+        return false;
+    if (!bAlt)
+        return OnGridKey(message.wParam, bControl);
+    if (message.wParam != VK_UP && message.wParam != VK_DOWN)
+        return false;
+    // Else the system takes Alt for pressed alone, and opens the menu when it is released.
+    ::DefWindowProcW(message.hwnd, message.message, message.wParam, message.lParam);
+    m_cForm->MoveSelected(message.wParam == VK_UP);
+    return true;
 }
 
 bool frmUILibWindow::OnTreeKey(WPARAM lKey, bool bControl)
@@ -422,13 +442,9 @@ bool frmUILibWindow::OnTreeKey(WPARAM lKey, bool bControl)
     return true;
 }
 
-bool frmUILibWindow::OnGridKey(WPARAM lKey, bool bControl, bool bAlt)
+bool frmUILibWindow::OnGridKey(WPARAM lKey, bool bControl)
 {
-    if (bAlt && (lKey == VK_UP || lKey == VK_DOWN))
-        m_cForm->MoveSelected(lKey == VK_UP);
-    else if (bAlt)
-        return false;
-    else if (lKey == VK_RETURN)
+    if (lKey == VK_RETURN)
         m_cForm->CellDblClick(static_cast<std::size_t>(m_cForm->Grid().CurrentRow()), 1);
     else if (lKey == VK_DELETE)
         m_cForm->GridDelete();
@@ -505,6 +521,7 @@ void frmUILibWindow::Grey(bool bGrey)
         m_hFocus = hFocus;
     for (const HWND hControl : {m_hTopLeft, m_cTree->Handle(), m_cGrid->Handle()})
         ::EnableWindow(hControl, !bGrey);
+    m_cStatus->Enable(!bGrey);
     EnableMenuBar(Handle(), !bGrey);
     if (!bGrey && m_hFocus && ::GetActiveWindow() == Handle())
         ::SetFocus(m_hFocus);

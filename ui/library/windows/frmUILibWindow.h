@@ -8,6 +8,7 @@
 #include "ui/library/frmUILib.h"
 #include "ui/library/windows/CategoryTreeWindow.h"
 #include "ui/library/windows/DragAndDrop.h"
+#include "ui/library/windows/FolderImages.h"
 #include "ui/library/windows/SchedLibGridWindow.h"
 #include "ui/library/windows/StatusWindow.h"
 
@@ -58,7 +59,7 @@ private:
     void OnActivate(bool bActive);
     bool OnKey(const MSG& message);
     bool OnTreeKey(WPARAM lKey, bool bControl);
-    bool OnGridKey(WPARAM lKey, bool bControl, bool bAlt);
+    bool OnGridKey(WPARAM lKey, bool bControl);
     void CompareChecks();
     void RunDrag();
     void OnDropped(frmUILib::Drop drop);
@@ -72,6 +73,8 @@ private:
     ModScheduler& m_cMod;
     UniqueAccelerators m_hAccelerators;
     UniqueFont m_hFont;
+    UniqueIcon m_hBigIcon;
+    UniqueIcon m_hSmallIcon;
     int m_lDpi = 96;
     HWND m_hTopLeft = nullptr; // lblTopLeft
     std::unique_ptr<CategoryTreeWindow> m_cTree;
