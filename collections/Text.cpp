@@ -292,6 +292,8 @@ std::vector<std::wstring> Split(std::wstring_view sText, std::wstring_view sDeli
 
 std::wstring DecimalText(std::int64_t lValue) { return std::to_wstring(lValue); }
 
+std::wstring CountText(std::size_t lCount) { return std::to_wstring(lCount); }
+
 std::wstring SingleText(float sngValue)
 {
     if (std::isnan(sngValue))

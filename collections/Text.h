@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -20,6 +21,7 @@ std::wstring Trim(std::wstring_view sText);
 std::vector<std::wstring> Split(std::wstring_view sText, std::wstring_view sDelimiter);
 
 std::wstring DecimalText(std::int64_t lValue);
+std::wstring CountText(std::size_t lCount);
 
 // A single as automation converts it to text: at most 7 significant digits, no trailing zeros, and the exponent form
 // ("1E+07", "1.5E-05") where the platform's conversion uses it. Invariant locale.

@@ -43,6 +43,12 @@ TEST(DecimalText, WritesDigitsAndSignOnly)
     EXPECT_EQ(DecimalText(std::numeric_limits<std::int64_t>::min()), L"-9223372036854775808");
 }
 
+TEST(CountText, WritesTheDigitsOfACount)
+{
+    EXPECT_EQ(CountText(0), L"0");
+    EXPECT_EQ(CountText(1234567), L"1234567");
+}
+
 TEST(SingleText, WritesAtMostSevenSignificantDigits)
 {
     const struct
