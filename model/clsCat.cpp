@@ -69,6 +69,11 @@ std::wstring CategoryKey(const std::wstring& sCatName, std::int32_t lCatLevel)
     return sCatName + cTab + DecimalText(lCatLevel);
 }
 
+bool Lists(const Cats& colCats, const std::shared_ptr<clsCat>& cCat)
+{
+    return std::find(colCats.begin(), colCats.end(), cCat) != colCats.end();
+}
+
 clsCat::clsCat(ModScheduler& cMod)
     : m_cMod(cMod), m_colSchedCuts(std::make_shared<CutCollection>()),
       m_colSubCats(std::make_shared<CatCollection>())

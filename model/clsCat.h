@@ -18,6 +18,7 @@ class clsCat;
 using CutCollection = OrderedKeyedCollection<std::shared_ptr<Cut>>;
 using CatCollection = OrderedKeyedCollection<std::shared_ptr<clsCat>>;
 using Cats = std::vector<std::shared_ptr<clsCat>>;
+bool Lists(const Cats& colCats, const std::shared_ptr<clsCat>& cCat);
 
 // <name> TAB <level>: the key of a category level; with level 0 the key of a main category.
 std::wstring CategoryKey(const std::wstring& sCatName, std::int32_t lCatLevel);

@@ -21,31 +21,26 @@ const std::wstring sTryAgain = std::wstring(sCrLf) + sCrLf + L"Try Again?";
 
 bool CategoryCreation::CreateMainCat(std::wstring& sName)
 {
-    return TrapCritical(
-        m_cStation.cMod, L"Error in CreateMainCat [cSchedMan]", false,
-        [&]
+    std::wstring sTyped = Trim(sName);
+    for (;; sTyped.clear())
+    {
+        if (sTyped.empty())
+            sTyped =
+                Trim(m_cStation.cMod.Input(L"New Category Creation", L"Type the name for the new category")
+                         .value_or(L""));
+        if (sTyped.empty())
+            return false;
+        const std::wstring sReplaced = WithoutIllegalChars(sTyped);
+        if (const std::optional<Refusal> refusal = RefusalOf(sTyped, sReplaced))
         {
-            std::wstring sTyped = Trim(sName);
-            for (;; sTyped.clear())
-            {
-                if (sTyped.empty())
-                    sTyped = Trim(
-                        m_cStation.cMod.Input(L"New Category Creation", L"Type the name for the new category")
-                            .value_or(L""));
-                if (sTyped.empty())
-                    return false;
-                const std::wstring sReplaced = WithoutIllegalChars(sTyped);
-                if (const std::optional<Refusal> refusal = RefusalOf(sTyped, sReplaced))
-                {
-                    if (!TryAgain(*refusal))
-                        return false;
-                    continue;
-                }
-                Create(sReplaced);
-                sName = sReplaced;
-                return true;
-            }
-        });
+            if (!TryAgain(*refusal))
+                return false;
+            continue;
+        }
+        Create(sReplaced);
+        sName = sReplaced;
+        return true;
+    }
 }
 
 std::optional<CategoryCreation::Refusal> CategoryCreation::RefusalOf(const std::wstring& sTyped,
@@ -141,50 +136,45 @@ void CategoryCreation::Create(const std::wstring& sName)
 bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
 {
     ModScheduler& cMod = m_cStation.cMod;
-    return TrapCritical(
-        cMod, L"Error in CreateCatLevel [cSchedMan]", false,
-        [&]
+    if (!cMainCatIn)
+    {
+        cMod.Box(BoxIcon::None, BoxButtons::Ok, L"Impossible!",
+                 L"Impossible to create a level is we dont know which main cat it's in!");
+        return false;
+    }
+    const std::wstring sCatName = cMainCatIn->CatName();
+    while (true)
+    {
+        if (!m_cStation.MainCat(sCatName))
         {
-            if (!cMainCatIn)
-            {
-                cMod.Box(BoxIcon::None, BoxButtons::Ok, L"Impossible!",
-                         L"Impossible to create a level is we dont know which main cat it's in!");
-                return false;
-            }
-            const std::wstring sCatName = cMainCatIn->CatName();
-            while (true)
-            {
-                if (!m_cStation.MainCat(sCatName))
-                {
-                    cMod.Box(BoxIcon::Critical, BoxButtons::Ok, L"Category Level Creation Aborted",
-                             L"Unexpected! - cant find main cat: " + sCatName);
-                    return false;
-                }
-                if (EqualIgnoringCase(sCatName, L"ALL SONGS"))
-                {
-                    cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, L"Choose a specific category please.",
-                             L"ALL SONGS is not valid here!");
-                    return false;
-                }
-                const std::optional<std::int32_t> lLevel = AskForLevel(sCatName);
-                if (!lLevel)
-                    return false;
-                // Looked up now: the question has given others the time to reload or delete it.
-                const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sCatName);
-                if (!cMainCat)
-                    continue;
-                if (cMainCat->AddSubCat(std::make_shared<clsCat>(cMod, cMainCat->CatName(), *lLevel)))
-                {
-                    m_cStation.cHistoryFiles.Save(cMainCat);
-                    m_cStation.SaveOwed();
-                    return true;
-                }
-                if (!TryAgain({L"Category Level Already Present!", L"There is already a category level " +
-                                                                       DecimalText(*lLevel) + L" under " +
-                                                                       sCatName + sTryAgain}))
-                    return false;
-            }
-        });
+            cMod.Box(BoxIcon::Critical, BoxButtons::Ok, L"Category Level Creation Aborted",
+                     L"Unexpected! - cant find main cat: " + sCatName);
+            return false;
+        }
+        if (EqualIgnoringCase(sCatName, L"ALL SONGS"))
+        {
+            cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, L"Choose a specific category please.",
+                     L"ALL SONGS is not valid here!");
+            return false;
+        }
+        const std::optional<std::int32_t> lLevel = AskForLevel(sCatName);
+        if (!lLevel)
+            return false;
+        // Looked up now: the question has given others the time to reload or delete it.
+        const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sCatName);
+        if (!cMainCat)
+            continue;
+        if (cMainCat->AddSubCat(std::make_shared<clsCat>(cMod, cMainCat->CatName(), *lLevel)))
+        {
+            m_cStation.cHistoryFiles.Save(cMainCat);
+            m_cStation.SaveOwed();
+            return true;
+        }
+        if (!TryAgain({L"Category Level Already Present!", L"There is already a category level " +
+                                                               DecimalText(*lLevel) + L" under " + sCatName +
+                                                               sTryAgain}))
+            return false;
+    }
 }
 
 // A level in the valid range, or nothing when the user gave up.

@@ -11,7 +11,7 @@
 namespace ravlo
 {
 
-// Creating main categories and levels: asks, refuses, asks again, and saves what was made.
+// Creating main categories and levels: asks, refuses, asks again, and saves what was made. Errors are thrown.
 class CategoryCreation
 {
 public:

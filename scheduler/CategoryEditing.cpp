@@ -16,8 +16,6 @@ namespace
 
 constexpr std::size_t lCutsPerReport = 50;
 
-std::wstring CountText(std::size_t lCount) { return DecimalText(static_cast<std::int64_t>(lCount)); }
-
 std::wstring NameOf(const clsCat& cCat)
 {
     return cCat.CatLevel() == 0 ? cCat.CatName() : cCat.CatName() + L" " + DecimalText(cCat.CatLevel());
@@ -38,9 +36,45 @@ bool Stands(const Station& cStation, const std::shared_ptr<clsCat>& cSubCat)
     return cMainCat && cMainCat->SubCat(cSubCat->CatLevel()) == cSubCat;
 }
 
-bool Lists(const Cats& colCats, const std::shared_ptr<clsCat>& cCat)
+// A level itself when it is one of the tree's, else the tree's of the same name and number, or null.
+std::shared_ptr<clsCat> PresentLevel(const Station& cStation, const std::shared_ptr<clsCat>& cSubCat)
 {
-    return std::find(colCats.begin(), colCats.end(), cCat) != colCats.end();
+    if (Stands(cStation, cSubCat))
+        return cSubCat;
+    const std::shared_ptr<clsCat> cMainCat = cStation.MainCat(cSubCat->CatName());
+    const std::shared_ptr<clsCat> cFound = cMainCat ? cMainCat->SubCat(cSubCat->CatLevel()) : nullptr;
+    return cFound && Stands(cStation, cFound) ? cFound : nullptr;
+}
+
+// Moves what stands under the keys, in their order, in front of what stands at PosInto (from 1). False when
+// there is nothing of them.
+bool MoveInFrontOf(CutCollection& colCuts, const std::vector<TextKey>& colKeys, std::int32_t PosInto)
+{
+    const std::size_t lCount = colCuts.Count();
+    std::vector<std::size_t> colMoved; // positions, in the order given
+    std::vector<bool> bMoves(lCount);
+    for (const TextKey& cKey : colKeys)
+    {
+        const std::optional<std::size_t> lPosition = colCuts.PositionOf(cKey);
+        if (!lPosition || bMoves[*lPosition])
+            continue;
+        bMoves[*lPosition] = true;
+        colMoved.push_back(*lPosition);
+    }
+    if (colMoved.empty())
+        return false;
+    const std::size_t lBefore = std::min(lCount, static_cast<std::size_t>(std::max(PosInto, 1) - 1));
+    std::vector<std::size_t> colOrder;
+    colOrder.reserve(lCount);
+    for (std::size_t lPosition = 0; lPosition <= lCount; ++lPosition)
+    {
+        if (lPosition == lBefore)
+            colOrder.insert(colOrder.end(), colMoved.begin(), colMoved.end());
+        if (lPosition < lCount && !bMoves[lPosition])
+            colOrder.push_back(lPosition);
+    }
+    colCuts.Reorder(colOrder);
+    return true;
 }
 
 // What was asked for, main category by main category: the levels meant, and whether the main category was
@@ -92,29 +126,24 @@ std::wstring ListCats(const Cats& colCats, std::size_t lMost)
 void CategoryEditing::ShuffleCategories(const Cats& colCats, bool bConfirmFirst)
 {
     ModScheduler& cMod = m_cStation.cMod;
-    TrapCritical(cMod, L"Error in ShuffleCategories [cSchedMan]", false,
-                 [&]
-                 {
-                     if (bConfirmFirst && cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"Confirm Shuffle.",
-                                                   L"Really shuffle these categories: " +
-                                                       ListCats(colCats, lMostListed)) != BoxAnswer::Yes)
-                         return false;
-                     AffectedCats cAffected;
-                     cMod.Outside().cRandom.Randomize();
-                     for (const Chosen& chosen : ChosenOf(m_cStation, colCats))
-                     {
-                         // A level whose main category is listed too is shuffled once, with it.
-                         for (const std::shared_ptr<clsCat>& cSubCat :
-                              chosen.bMainListed ? LevelsOf(*chosen.cMainCat) : chosen.colLevels)
-                         {
-                             const std::shared_ptr<CutCollection> colCuts = cSubCat->SchedCuts();
-                             colCuts->Reorder(RandomOrder(cMod.Outside().cRandom, colCuts->Count()));
-                         }
-                         cAffected.Touch(chosen.cMainCat->CatName());
-                     }
-                     SaveShuffled(cAffected);
-                     return true;
-                 });
+    if (bConfirmFirst &&
+        cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"Confirm Shuffle.",
+                 L"Really shuffle these categories: " + ListCats(colCats, lMostListed)) != BoxAnswer::Yes)
+        return;
+    AffectedCats cAffected;
+    cMod.Outside().cRandom.Randomize();
+    for (const Chosen& chosen : ChosenOf(m_cStation, colCats))
+    {
+        // A level whose main category is listed too is shuffled once, with it.
+        for (const std::shared_ptr<clsCat>& cSubCat :
+             chosen.bMainListed ? LevelsOf(*chosen.cMainCat) : chosen.colLevels)
+        {
+            const std::shared_ptr<CutCollection> colCuts = cSubCat->SchedCuts();
+            colCuts->Reorder(RandomOrder(cMod.Outside().cRandom, colCuts->Count()));
+        }
+        cAffected.Touch(chosen.cMainCat->CatName());
+    }
+    SaveShuffled(cAffected);
 }
 
 void CategoryEditing::SaveShuffled(const AffectedCats& cAffected)
@@ -134,35 +163,29 @@ void CategoryEditing::SaveShuffled(const AffectedCats& cAffected)
 
 bool CategoryEditing::DeleteCats(const Cats& colCats)
 {
-    ModScheduler& cMod = m_cStation.cMod;
-    return TrapCritical(
-        cMod, L"Error in DeleteCats [cSchedMan]", false,
-        [&]
+    const Synchronisation::Hold cHold(m_cSync);
+    Deletion deletion(m_cStation.cMod);
+    bool bAll = true;
+    for (const Chosen& chosen : ChosenOf(m_cStation, colCats))
+        bAll = DeleteChosen(chosen.cMainCat, chosen.colLevels, chosen.bMainListed, deletion) && bAll;
+    m_cSync.SaveAffected(deletion.cOthers);
+    m_cStation.cEvents.ProgressDone(L"Categories Deleted.");
+    deletion.cFiling.Report(
+        [&](const RuntimeError& cError)
         {
-            const Synchronisation::Hold cHold(m_cSync);
-            Filing cFiling(cMod);
-            bool bAll = true;
-            for (const Chosen& chosen : ChosenOf(m_cStation, colCats))
-                bAll = DeleteChosen(chosen.cMainCat, chosen.colLevels, chosen.bMainListed, cFiling) && bAll;
-            m_cStation.SaveOwed();
-            m_cStation.cEvents.ProgressDone(L"Categories Deleted.");
-            cFiling.Report(
-                [&](const RuntimeError& cError)
-                {
-                    bAll = false;
-                    cMod.ShowCriticalError(L"Error in DeleteCats [cSchedMan]", cError);
-                });
-            return bAll;
+            bAll = false;
+            m_cStation.cMod.ShowCriticalError(L"Error in DeleteCats [cSchedMan]", cError);
         });
+    return bAll;
 }
 
 bool CategoryEditing::DeleteChosen(const std::shared_ptr<clsCat>& cMainCat, const Cats& colListed,
-                                   bool bMainListed, Filing& cFiling)
+                                   bool bMainListed, Deletion& deletion)
 {
     const bool bWhole = bMainListed && colListed.empty();
     bool bGone = true;
     for (const std::shared_ptr<clsCat>& cSubCat : bWhole ? LevelsOf(*cMainCat) : colListed)
-        bGone = DeleteLevel(*cMainCat, cSubCat, cFiling) && bGone;
+        bGone = DeleteLevel(cMainCat, cSubCat, deletion) && bGone;
     if (!m_cStation.Holds(cMainCat))
         return !m_cStation.MainCat(cMainCat->CatName()); // the host has deleted or reloaded it meanwhile
     if (!cMainCat->SubCats()->Empty())
@@ -171,18 +194,20 @@ bool CategoryEditing::DeleteChosen(const std::shared_ptr<clsCat>& cMainCat, cons
     return bMainListed ? DeleteMainCat(cMainCat) : DeleteFile(cMainCat->CatName());
 }
 
-bool CategoryEditing::DeleteLevel(clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCat, Filing& cFiling)
+bool CategoryEditing::DeleteLevel(const std::shared_ptr<clsCat>& cMainCat,
+                                  const std::shared_ptr<clsCat>& cSubCat, Deletion& deletion)
 {
     const std::wstring sName = NameOf(*cSubCat);
     m_cStation.cEvents.ProgressStart(L"Deleting Category: " + sName, cSubCat->TotalCuts());
-    EmptyLevel(cMainCat, cSubCat, cFiling);
+    EmptyLevel({cMainCat, cSubCat}, deletion);
+    deletion.cFiling.RecalcTouched();
     if (!Stands(m_cStation, cSubCat))
         return true; // the host has deleted or reloaded it meanwhile
     if (cSubCat->TotalCuts() != 0)
         return false;
     try
     {
-        cMainCat.RemoveSubCat(cSubCat);
+        cMainCat->RemoveSubCat(cSubCat);
     }
     catch (const RuntimeError& cError)
     {
@@ -195,32 +220,37 @@ bool CategoryEditing::DeleteLevel(clsCat& cMainCat, const std::shared_ptr<clsCat
 }
 
 // Takes the cuts that stand in a level out of it, as long as the level is one of the tree's.
-void CategoryEditing::EmptyLevel(clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCat, Filing& cFiling)
+void CategoryEditing::EmptyLevel(const Station::Place& place, Deletion& deletion)
 {
-    const Cuts colCuts(cSubCat->SchedCuts()->begin(), cSubCat->SchedCuts()->end());
-    AffectedCats cAffected; // cMainCat alone: it is saved in any case
-    BatchedChanges cBatch(m_cStation.cDataBase, cFiling,
-                          [&](const std::shared_ptr<Cut>& cCut)
-                          { m_cSync.Refile(cCut, cAffected, cFiling); });
+    const Cuts colCuts(place.cSubCat->SchedCuts()->begin(), place.cSubCat->SchedCuts()->end());
+    const auto Refile = [&](const std::shared_ptr<Cut>& cCut)
+    {
+        AffectedCats cAffected;
+        m_cSync.Refile(cCut, cAffected, deletion.cFiling);
+        for (const std::wstring& sName : cAffected)
+            if (!EqualIgnoringCase(sName, place.cMainCat->CatName())) // which is saved in any case
+                deletion.cOthers.Touch(sName);
+    };
+    BatchedChanges cBatch(m_cStation, deletion.cFiling, Refile);
     std::size_t lCount = 0;
     for (const std::shared_ptr<Cut>& cCut : colCuts)
     {
-        if (!Stands(m_cStation, cSubCat))
+        if (!Stands(m_cStation, place.cSubCat))
             return;
         try
         {
             const FiledCuts::OwnChange cOwnChange(m_cStation.cFiledCuts, *cCut);
             cBatch.Changing(cCut);
-            m_cSync.TakeOut(cCut, cMainCat, *cSubCat);
+            Synchronisation::TakeOut(cCut, place, deletion.cFiling);
         }
         catch (...)
         {
-            cFiling.Failed(*cCut);
+            deletion.cFiling.Failed(*cCut);
         }
         if (++lCount % lCutsPerReport != 0)
             continue;
         cBatch.Commit();
-        m_cStation.cEvents.Progress(L"Removed " + CountText(lCount) + L" from: " + NameOf(*cSubCat),
+        m_cStation.cEvents.Progress(L"Removed " + CountText(lCount) + L" from: " + NameOf(*place.cSubCat),
                                     static_cast<std::int64_t>(lCount), std::ssize(colCuts));
         m_cStation.cMod.Pump();
         cBatch.Begin();
@@ -250,46 +280,20 @@ bool CategoryEditing::DeleteFile(const std::wstring& sCatName)
 void CategoryEditing::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
                                          std::int32_t PosInto)
 {
-    TrapCritical(
-        m_cStation.cMod, L"Error in InsertCuts [cSchedMan]", false,
-        [&]
-        {
-            if (!cCat || cCat->CatLevel() == 0)
-                throw RuntimeError(error::InvalidProcedureCall);
-            std::vector<TextKey> colKeys; // taken first: a host's cut may do anything when it is asked
-            for (const std::shared_ptr<Cut>& cCut : colCutsInsert)
-                if (cCut)
-                    colKeys.push_back(cCut->Key());
-            CutCollection& colCuts = *cCat->SchedCuts();
-            const std::size_t lCount = colCuts.Count();
-            std::vector<std::size_t> colMoved; // positions, in the order given
-            std::vector<bool> bMoves(lCount);
-            for (const TextKey& cKey : colKeys)
-            {
-                const std::optional<std::size_t> lPosition = colCuts.PositionOf(cKey);
-                if (!lPosition || bMoves[*lPosition])
-                    continue;
-                bMoves[*lPosition] = true;
-                colMoved.push_back(*lPosition);
-            }
-            if (colMoved.empty())
-                return false;
-            const std::size_t lBefore = std::min(lCount, static_cast<std::size_t>(std::max(PosInto, 1) - 1));
-            std::vector<std::size_t> colOrder;
-            colOrder.reserve(lCount);
-            for (std::size_t lPosition = 0; lPosition <= lCount; ++lPosition)
-            {
-                if (lPosition == lBefore)
-                    colOrder.insert(colOrder.end(), colMoved.begin(), colMoved.end());
-                if (lPosition < lCount && !bMoves[lPosition])
-                    colOrder.push_back(lPosition);
-            }
-            colCuts.Reorder(colOrder);
-            if (const std::shared_ptr<clsCat> cMainCat = MainCatOf(m_cStation, cCat))
-                m_cStation.cHistoryFiles.Save(cMainCat);
-            m_cStation.SaveOwed();
-            return true;
-        });
+    if (!cCat || cCat->CatLevel() == 0)
+        throw RuntimeError(error::InvalidProcedureCall);
+    std::vector<TextKey> colKeys; // taken first: a host's cut may do anything when it is asked
+    for (const std::shared_ptr<Cut>& cCut : colCutsInsert)
+        if (cCut)
+            colKeys.push_back(cCut->Key());
+    const std::shared_ptr<clsCat> cSubCat = PresentLevel(m_cStation, cCat);
+    if (!cSubCat)
+        throw RuntimeError(error::InvalidProcedureCall,
+                           L"The category to move cuts in does not exist any more");
+    if (!MoveInFrontOf(*cSubCat->SchedCuts(), colKeys, PosInto))
+        return;
+    m_cStation.cHistoryFiles.Save(MainCatOf(m_cStation, cSubCat));
+    m_cStation.SaveOwed();
 }
 
 } // namespace ravlo

@@ -20,7 +20,8 @@ std::wstring ListCats(const Cats& colCats, std::size_t lMost = 0);
 // How many categories a question lists before it ends in "... (+n)": more would not fit a screen.
 inline constexpr std::size_t lMostListed = 30;
 
-// Shuffling, deleting and re-ordering: what the windows and hosts do to categories that exist.
+// Shuffling, deleting and re-ordering: what the windows and hosts do to categories that exist. What is not
+// reported here is thrown.
 class CategoryEditing
 {
 public:
@@ -41,15 +42,23 @@ public:
 
     // Moves cuts of a level, in the order given, in front of the one that stands at PosInto (from 1, counted
     // before anything moves; below 1 is 1, past the end is the end), and saves its main category. Cuts the
-    // level does not hold are ignored.
+    // level does not hold are ignored. A level from before a reload stands for the tree's of the same name
+    // and number; error 5 when there is none.
     void MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
                             std::int32_t PosInto);
 
 private:
-    bool DeleteLevel(clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCat, Filing& cFiling);
-    void EmptyLevel(clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCat, Filing& cFiling);
+    struct Deletion
+    {
+        explicit Deletion(ModScheduler& cMod) noexcept : cFiling(cMod) {}
+        Filing cFiling;
+        AffectedCats cOthers; // main categories besides, into which refused changes had to be filed again
+    };
+    bool DeleteLevel(const std::shared_ptr<clsCat>& cMainCat, const std::shared_ptr<clsCat>& cSubCat,
+                     Deletion& deletion);
+    void EmptyLevel(const Station::Place& place, Deletion& deletion);
     bool DeleteChosen(const std::shared_ptr<clsCat>& cMainCat, const Cats& colListed, bool bMainListed,
-                      Filing& cFiling);
+                      Deletion& deletion);
     bool DeleteMainCat(const std::shared_ptr<clsCat>& cMainCat);
     bool DeleteFile(const std::wstring& sCatName);
     void SaveShuffled(const AffectedCats& cAffected);

@@ -12,13 +12,6 @@ namespace
 
 constexpr std::size_t lCutsPerReport = 50;
 
-void RemoveCut(const Station& cStation, Synchronisation& cSync, const CutRemoval& removal,
-               CatCollection& colRemovedFrom)
-{
-    if (!removal.cMainCat || cStation.Holds(removal.cMainCat)) // else whoever was called meanwhile deleted it
-        cSync.RemoveCutFromCategory(removal.cMainCat, removal.cCut, colRemovedFrom, removal.lLevel);
-}
-
 } // namespace
 
 void RemoveCuts(Station& cStation, Synchronisation& cSync, const std::vector<CutRemoval>& colRemovals,
@@ -28,7 +21,7 @@ void RemoveCuts(Station& cStation, Synchronisation& cSync, const std::vector<Cut
     Filing cFiling(cStation.cMod);
     AffectedCats cAffected;
     CatCollection colRemovedFrom;
-    BatchedChanges cBatch(cStation.cDataBase, cFiling,
+    BatchedChanges cBatch(cStation, cFiling,
                           [&](const std::shared_ptr<Cut>& cCut) { cSync.Refile(cCut, cAffected, cFiling); });
     std::size_t lCount = 0;
     for (const CutRemoval& removal : colRemovals)
@@ -36,7 +29,8 @@ void RemoveCuts(Station& cStation, Synchronisation& cSync, const std::vector<Cut
         try
         {
             cBatch.Changing(removal.cCut);
-            RemoveCut(cStation, cSync, removal, colRemovedFrom);
+            cSync.RemoveCutFromCategory(removal.cMainCat, removal.cCut, colRemovedFrom, removal.lLevel,
+                                        cFiling);
         }
         catch (...)
         {

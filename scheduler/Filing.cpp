@@ -8,13 +8,6 @@
 namespace ravlo
 {
 
-namespace
-{
-
-std::wstring CountText(std::size_t lCount) { return DecimalText(static_cast<std::int64_t>(lCount)); }
-
-} // namespace
-
 std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
                                       const std::wstring& sName)
 {
@@ -37,7 +30,8 @@ bool Filing::File(const std::shared_ptr<Cut>& cCut, clsCat& cInto, bool& bCreate
     if (lLevel <= 0)
     {
         Problem& cProblem = ProblemOf(cInto.CatName());
-        if (std::exchange(cProblem.bRefusalShown, true))
+        bool& bShown = lLevel == 0 ? cProblem.bLevelZeroShown : cProblem.bNegativeLevelShown;
+        if (std::exchange(bShown, true))
         {
             ++cProblem.lRefused;
             return false;

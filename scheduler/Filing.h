@@ -55,8 +55,9 @@ private:
     struct Problem
     {
         std::wstring sCatName;
-        bool bRefusalShown = false;
-        std::size_t lRefused = 0; // cuts without a level after the first, which was shown
+        bool bLevelZeroShown = false; // each has a box of its own
+        bool bNegativeLevelShown = false;
+        std::size_t lRefused = 0; // cuts without a level after those that were shown
         bool bOverflow = false;
     };
     Problem& ProblemOf(const std::wstring& sCatName);

@@ -186,8 +186,7 @@ HistoryFiles::Content HistoryFiles::Fill(const Snapshot& cSnapshot, Manner eMann
         FillRecord(cContent.Record(lEntry), entry.cCut.get(), entry.lLevel);
         if (bTell && cThrottle.IsDue(lEntry + 1))
         {
-            m_cEvents.Progress(L"Saved: " + DecimalText(static_cast<std::int64_t>(lEntry + 1)) + L" of " +
-                                   DecimalText(static_cast<std::int64_t>(lTotal)),
+            m_cEvents.Progress(L"Saved: " + CountText(lEntry + 1) + L" of " + CountText(lTotal),
                                static_cast<std::int64_t>(lEntry + 1), static_cast<std::int64_t>(lTotal));
             cThrottle.Reported();
             m_cMod.Pump();
@@ -228,9 +227,8 @@ void HistoryFiles::Write(const Snapshot& cSnapshot, std::string_view bytes, Mann
                 m_cMod.Pump();
             if (!cThrottle.IsDue(lItem))
                 continue;
-            m_cEvents.Progress(L"Saving item " + DecimalText(static_cast<std::int64_t>(lItem)) + L" of " +
-                                   DecimalText(static_cast<std::int64_t>(lTotal)),
-                               lItem, lTotal);
+            m_cEvents.Progress(L"Saving item " + CountText(lItem) + L" of " + CountText(lTotal), lItem,
+                               lTotal);
             cThrottle.Reported();
         }
     }
@@ -356,14 +354,13 @@ struct HistoryFiles::LevelOrder
 void HistoryFiles::ApplyHistory(const CatCollection& colMainCats)
 {
     for (const std::shared_ptr<clsCat>& cMainCat : colMainCats)
-        TrapCritical(m_cMod, L"Error in ApplyHistory", false,
+        TrapCritical(m_cMod, L"Error in ApplyHistory",
                      [&]
                      {
                          try
                          {
                              if (const auto bytes = RetrieveHistoryAndOrdering(*cMainCat))
                                  Apply(*cMainCat, *bytes);
-                             return true;
                          }
                          catch (...)
                          {
@@ -403,9 +400,8 @@ std::optional<std::string> HistoryFiles::RetrieveHistoryAndOrdering(const clsCat
         if (!cThrottle.IsDue(lRecord + 1))
             continue;
         m_cMod.Sleep(lReadPauseMs);
-        m_cEvents.Progress(L"Retrieving " + DecimalText(static_cast<std::int64_t>(lRecord + 1)) + L" of " +
-                               DecimalText(static_cast<std::int64_t>(lCount)),
-                           lRecord + 1, lCount);
+        m_cEvents.Progress(L"Retrieving " + CountText(lRecord + 1) + L" of " + CountText(lCount), lRecord + 1,
+                           lCount);
         cThrottle.Reported();
     }
     m_cMod.Pump();

@@ -15,13 +15,7 @@ namespace
 constexpr std::size_t lMovedPerReport = 50;
 constexpr std::size_t lCopiedPerReport = 100;
 constexpr std::uint32_t lCopyPauseMs = 50;
-
-std::wstring CountText(std::size_t lCount) { return DecimalText(static_cast<std::int64_t>(lCount)); }
-
-bool Lists(const Cats& colCats, const std::shared_ptr<clsCat>& cCat)
-{
-    return std::find(colCats.begin(), colCats.end(), cCat) != colCats.end();
-}
+const wchar_t* const sTargetGone = L"The category to change into does not exist any more";
 
 } // namespace
 
@@ -41,8 +35,7 @@ void MassChange::Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats)
     if (colCuts.empty())
         return;
     if (!TargetStands())
-        throw RuntimeError(error::InvalidProcedureCall,
-                           L"The category to change into does not exist any more");
+        throw RuntimeError(error::InvalidProcedureCall, sTargetGone);
     const Synchronisation::Hold cHold(m_cSync);
     if (m_eOption == eCopyHere)
         Copy(colCuts, bCreatedNewSubCats);
@@ -52,6 +45,10 @@ void MassChange::Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats)
     m_cSync.SaveAffected(m_cAffected);
     m_cFiling.Report([this](const RuntimeError& cError)
                      { m_cStation.cMod.ShowCriticalError(L"Error in DoMassCatChange [cSchedMan]", cError); });
+    if (m_lDone < colCuts.size())
+        throw RuntimeError(error::InvalidProcedureCall, std::wstring(sTargetGone) + L" (" +
+                                                            CountText(colCuts.size() - m_lDone) +
+                                                            L" cuts were left as they are)");
 }
 
 bool MassChange::TargetStands() const
@@ -62,7 +59,7 @@ bool MassChange::TargetStands() const
 
 BatchedChanges MassChange::Batch()
 {
-    return {m_cStation.cDataBase, m_cFiling,
+    return {m_cStation, m_cFiling,
             [this](const std::shared_ptr<Cut>& cCut) { m_cSync.Refile(cCut, m_cAffected, m_cFiling); }};
 }
 
@@ -74,24 +71,23 @@ void MassChange::Copy(const Cuts& colCuts, bool& bCreatedNewSubCats)
     const std::wstring sFrom = ListCats(m_colFrom, lMostListed);
     m_cStation.cEvents.ProgressStart(L"Copying into category...", std::ssize(colCuts));
     BatchedChanges cBatch = Batch();
-    std::size_t lCount = 0;
     for (const std::shared_ptr<Cut>& cCut : colCuts)
     {
         if (!TargetStands())
             break; // deleted or reloaded by whoever was called meanwhile
         cBatch.Changing(cCut);
         CopyCut(cCut, bCreatedNewSubCats);
-        if (++lCount % lCopiedPerReport != 0)
+        if (++m_lDone % lCopiedPerReport != 0)
             continue;
         cBatch.Commit();
         m_cStation.cMod.Sleep(lCopyPauseMs);
         m_cStation.cEvents.Progress(L"Copying into " + sInto + L" from " + sFrom,
-                                    static_cast<std::int64_t>(lCount), std::ssize(colCuts));
+                                    static_cast<std::int64_t>(m_lDone), std::ssize(colCuts));
         m_cStation.cMod.Pump();
         cBatch.Begin();
     }
     cBatch.Commit();
-    m_cStation.cEvents.Progress(L"Copied into " + sInto, static_cast<std::int64_t>(lCount),
+    m_cStation.cEvents.Progress(L"Copied into " + sInto, static_cast<std::int64_t>(m_lDone),
                                 std::ssize(colCuts));
     m_cStation.cEvents.ProgressDone(L"Category copy complete.");
 }
@@ -118,19 +114,18 @@ void MassChange::Move(const Cuts& colCuts, bool& bCreatedNewSubCats)
 {
     m_cStation.cEvents.ProgressStart(L"Applying Mass Move Change...", std::ssize(colCuts));
     BatchedChanges cBatch = Batch();
-    std::size_t lCount = 0;
     for (const std::shared_ptr<Cut>& cCut : colCuts)
     {
         if (!TargetStands())
             break;
         cBatch.Changing(cCut);
         MoveCut(cCut, bCreatedNewSubCats);
-        if (++lCount % lMovedPerReport != 0)
+        if (++m_lDone % lMovedPerReport != 0)
             continue;
         cBatch.Commit();
-        m_cStation.cEvents.Progress(L"Applying Mass Move Change " + CountText(lCount) + L" of " +
+        m_cStation.cEvents.Progress(L"Applying Mass Move Change " + CountText(m_lDone) + L" of " +
                                         CountText(colCuts.size()),
-                                    static_cast<std::int64_t>(lCount), std::ssize(colCuts));
+                                    static_cast<std::int64_t>(m_lDone), std::ssize(colCuts));
         m_cStation.cMod.Pump();
         cBatch.Begin();
     }

@@ -6,6 +6,7 @@
 #include "scheduler/Station.h"
 #include "scheduler/Synchronisation.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -26,6 +27,8 @@ public:
 
     // Changes the cuts, saves every main category concerned once and reports what could not be changed.
     // bCreatedNewSubCats is set when any level was made. Without cuts nothing happens and nothing is said.
+    // Error 5 when the target is none of the tree's; when it goes meanwhile, the error comes after all that
+    // was done until then is saved.
     void Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats);
 
 private:
@@ -57,6 +60,7 @@ private:
     std::shared_ptr<clsCat> m_cMainCatTo;
     AffectedCats m_cAffected;
     Filing m_cFiling;
+    std::size_t m_lDone = 0; // cuts that were tried
 };
 
 } // namespace ravlo

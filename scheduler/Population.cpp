@@ -17,14 +17,13 @@ void CreateFolders(ModScheduler& cMod)
     static constexpr std::array<const wchar_t*, 5> folders = {
         L"Scheduler", L"Scheduler\\History_and_Ordering", L"Scheduler\\Rules", L"Scheduler\\Debugging Logs",
         L"Scheduler\\Rules"};
-    TrapCritical(cMod, L"Error in CreateFolders [scheduler]", false,
+    TrapCritical(cMod, L"Error in CreateFolders [scheduler]",
                  [&]
                  {
                      Files& cFiles = cMod.Outside().cFiles;
                      for (const wchar_t* sFolder : folders)
                          if (!cFiles.FolderExists(cMod.AppPath() + sFolder))
                              cFiles.CreateFolder(cMod.AppPath() + sFolder);
-                     return true;
                  });
 }
 
@@ -116,10 +115,7 @@ void Population::PlaceCuts(const Cuts& colCuts)
             m_cFiledCuts.Remember(cCut->Key(), names.lNumber, cCut->CatLevel());
         },
         [](const Cut& cCut, std::size_t lCount)
-        {
-            return DecimalText(static_cast<std::int64_t>(lCount)) + L"Added: " + cCut.Artist() + L" - " +
-                   cCut.Title();
-        });
+        { return CountText(lCount) + L"Added: " + cCut.Artist() + L" - " + cCut.Title(); });
 }
 
 // What a report says decides nothing: a cut whose texts cannot be read for it may be filed all the same.

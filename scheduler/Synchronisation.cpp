@@ -16,8 +16,6 @@ constexpr std::size_t lAddedPerReport = 30;
 constexpr std::size_t lRemovedPerReport = 50;
 constexpr std::uint32_t lPauseMs = 10;
 
-std::wstring CountText(std::size_t lCount) { return DecimalText(static_cast<std::int64_t>(lCount)); }
-
 std::wstring UpdatedText(std::size_t lCount, std::size_t lTotal)
 {
     return L"Updated " + CountText(lCount) + L" of " + CountText(lTotal);
@@ -141,6 +139,7 @@ void Synchronisation::HandleAdded(const Cuts& colCuts)
         cMod.WriteDebugLog(L"Adding Cuts to cats...");
         AffectedCats cAffected;
         AddCuts(colCuts, cAffected, cFiling);
+        cFiling.RecalcTouched(); // before anybody is told
         cMod.WriteDebugLog(L"Finished Adding Cuts to cats.");
         cMod.WriteDebugLog(L"Saving History And Ordering now...there are: " + CountText(cAffected.Count()) +
                            L" Cats affected by this add.");
@@ -229,7 +228,7 @@ void Synchronisation::FileInto(const std::shared_ptr<Cut>& cCut, clsCat& cMainCa
 void Synchronisation::HandleModified(const Cuts& colCuts)
 {
     ModScheduler& cMod = m_cStation.cMod;
-    Trap(cMod, L"m_cDataBase_CutsModified", false,
+    Trap(cMod, L"m_cDataBase_CutsModified",
          [&]
          {
              AffectedCats cAffected;
@@ -245,11 +244,11 @@ void Synchronisation::HandleModified(const Cuts& colCuts)
                      cFiling.Failed(*cCut);
                  }
              }
+             cFiling.RecalcTouched();
              SaveAffected(cAffected, HistoryFiles::Manner::WithoutProgress);
              RefreshLibrary(nullptr);
              cFiling.Report([&cMod](const RuntimeError& cError)
                             { cMod.DISPLAYERROR(L"ModifyCut [SchedMan]", true, cError); });
-             return true;
          });
 }
 
@@ -311,19 +310,19 @@ void Synchronisation::Leave(const Station::Place& place, const TextKey& cKey, Af
 void Synchronisation::HandleRemoved(const Cuts& colCuts)
 {
     ModScheduler& cMod = m_cStation.cMod;
-    Trap(cMod, L"m_cDataBase_CutsRemoved", false,
+    Trap(cMod, L"m_cDataBase_CutsRemoved",
          [&]
          {
              m_cStation.cEvents.ProgressStart(L"Updating Scheduler with deleted items", colCuts.size());
              AffectedCats cAffected;
              Filing cFiling(cMod);
              RemoveCuts(colCuts, cAffected, cFiling);
+             cFiling.RecalcTouched();
              SaveAffected(cAffected);
              m_cStation.cEvents.ProgressDone(L"Updated Scheduler with deleted items.");
              RefreshLibrary(nullptr);
              cFiling.Report([&cMod](const RuntimeError& cError)
                             { cMod.DISPLAYERROR(L"m_cDataBase_CutsRemoved", true, cError); });
-             return true;
          });
 }
 
@@ -358,11 +357,11 @@ void Synchronisation::RemoveEverywhere(const std::shared_ptr<Cut>& cCut, Affecte
     CatCollection colRemovedFrom;
     try
     {
-        RemoveCutFromCategory(nullptr, cCut, colRemovedFrom);
+        RemoveCutFromCategory(nullptr, cCut, colRemovedFrom, 0, cFiling);
         // The database may have changed the cut's names or level before it removed it: search where it
         // really stands.
         for (const Station::Place& place : m_cStation.PlacesOf(cKey))
-            if (TakeOut(cCut, *place.cMainCat, *place.cSubCat))
+            if (TakeOut(cCut, place, cFiling))
                 cAffected.Touch(place.cMainCat->CatName());
     }
     catch (...)
@@ -379,37 +378,38 @@ void Synchronisation::RemoveEverywhere(const std::shared_ptr<Cut>& cCut, Affecte
 
 void Synchronisation::RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat,
                                             const std::shared_ptr<Cut>& cCut, CatCollection& colMainCatsIN,
-                                            std::int32_t LevelToRemoveFrom)
+                                            std::int32_t LevelToRemoveFrom, Filing& cFiling)
 {
     if (!cCut)
         return;
     const Hold cHold(*this);
     const FiledCuts::OwnChange cOwnChange(m_cStation.cFiledCuts, *cCut);
     const std::int32_t lLevel = LevelToRemoveFrom != 0 ? LevelToRemoveFrom : cCut->CatLevel();
-    std::vector<std::shared_ptr<clsCat>> colFrom; // taken before removing, which takes names off the cut
-    if (cMainCat)
-        colFrom.push_back(cMainCat);
-    else
-        for (const std::wstring& sName : AssignedNames(*cCut))
-            if (const std::shared_ptr<clsCat> cAssigned = m_cStation.MainCat(sName))
-                colFrom.push_back(cAssigned);
-    for (const std::shared_ptr<clsCat>& cFrom : colFrom)
+    std::vector<std::wstring> colNames; // taken before removing, which takes names off the cut
+    if (!cMainCat)
+        colNames = AssignedNames(*cCut);
+    else if (cMainCat->CatLevel() == 0)
+        colNames = {cMainCat->CatName()};
+    for (const std::wstring& sName : colNames)
     {
-        const std::shared_ptr<clsCat> cSubCat = cFrom->SubCat(lLevel);
-        if (cSubCat && TakeOut(cCut, *cFrom, *cSubCat))
+        const std::shared_ptr<clsCat> cFrom = m_cStation.MainCat(sName);
+        const std::shared_ptr<clsCat> cSubCat = cFrom ? cFrom->SubCat(lLevel) : nullptr;
+        if (cSubCat && TakeOut(cCut, {cFrom, cSubCat}, cFiling))
             colMainCatsIN.Add(TextKey(cFrom->CatName()), cFrom);
     }
 }
 
-bool Synchronisation::TakeOut(const std::shared_ptr<Cut>& cCut, const clsCat& cMainCat, clsCat& cSubCat)
+bool Synchronisation::TakeOut(const std::shared_ptr<Cut>& cCut, const Station::Place& place, Filing& cFiling)
 {
-    if (!cSubCat.RemoveCut(cCut))
+    if (!place.cSubCat->RemoveCut(cCut))
         return false;
+    // A cut that no longer carried the name took no run time with it.
+    cFiling.Touch(place.cSubCat);
     const TextKey cKey = cCut->Key();
-    const CatCollection& colSubCats = *cMainCat.SubCats();
+    const CatCollection& colSubCats = *place.cMainCat->SubCats();
     if (std::any_of(colSubCats.begin(), colSubCats.end(),
                     [&](const std::shared_ptr<clsCat>& cOther) { return cOther->SchedCuts()->Exists(cKey); }))
-        cCut->AddCategoryName(cMainCat.CatName());
+        cCut->AddCategoryName(place.cMainCat->CatName());
     return true;
 }
 

@@ -75,18 +75,20 @@ public:
                             AffectedCats& cAffected, Filing& cFiling);
 
     // Takes a cut out of a level (its own number's, or LevelToRemoveFrom when that is not 0) of one main
-    // category, or with null of every category it is assigned to. Adds to colMainCatsIN, keyed by name, those
-    // it was really removed from. What is missing is passed over; nothing is saved.
+    // category, or with null of every category it is assigned to. cMainCat is looked up by its name: it may
+    // be from before a reload. Adds to colMainCatsIN, keyed by name, those it was really removed from. What
+    // is missing is passed over; nothing is saved.
     void RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat, const std::shared_ptr<Cut>& cCut,
-                               CatCollection& colMainCatsIN, std::int32_t LevelToRemoveFrom = 0);
+                               CatCollection& colMainCatsIN, std::int32_t LevelToRemoveFrom, Filing& cFiling);
 
     // Brings the tree in line with a cut whose categories or level have changed since it was filed. Nothing
     // happens before the first population.
     void ModifyCut(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected, Filing& cFiling);
 
     // Takes a cut out of one level that may hold it, category name included; the name stays while another
-    // level of the same main category holds the cut. False when the level did not hold it.
-    bool TakeOut(const std::shared_ptr<Cut>& cCut, const clsCat& cMainCat, clsCat& cSubCat);
+    // level of the same main category holds the cut. False when the level did not hold it; else the level is
+    // recalculated.
+    static bool TakeOut(const std::shared_ptr<Cut>& cCut, const Station::Place& place, Filing& cFiling);
 
     // Saves each that still exists, by default with the boxes and reports of an explicit save, then what
     // picks still owe.

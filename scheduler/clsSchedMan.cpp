@@ -121,48 +121,56 @@ void clsSchedMan::PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBas
         my.cMod.WriteDebugLog(L"PopulateFromDataBase was called while it is running; ignored.");
         return;
     }
+    TrapCritical(my.cMod, L"Error in PopulateFromDataBase [cSchedMan]",
+                 [&]
+                 {
+                     // Its end handles what was announced meanwhile, when edits are served again.
+                     const Synchronisation::Hold cHold(my.cSync);
+                     FiledCuts cFiledCuts;
+                     Population cPopulation(my.cMod, my.cEvents, my.cCategoryList, my.cHistoryFiles,
+                                            cFiledCuts);
+                     if (ReplaceTree(cDataBase, strAppPath, cPopulation, cFiledCuts))
+                         cPopulation.ReportProblems();
+                 });
+}
+
+bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
+                              const std::wstring& strAppPath, Population& cPopulation, FiledCuts& cFiledCuts)
+{
+    Parts& my = *m_cParts;
     struct Populating
     {
         bool& bFlag;
         explicit Populating(bool& b) : bFlag(b) { bFlag = true; }
         ~Populating() { bFlag = false; }
     } const cPopulating(my.bPopulating);
-    TrapCritical(my.cMod, L"Error in PopulateFromDataBase [cSchedMan]", false,
-                 [&]
-                 {
-                     my.cMod.StoreAppPath(strAppPath);
-                     CreateFolders(my.cMod);
-                     my.cMod.LoadSettings();
-                     if (!cDataBase)
-                     {
-                         my.cMod.Box(BoxIcon::None, BoxButtons::Ok, sProgramTitle,
-                                     L"PopulateFromDatabase in clsSchedMan actually does need a database!");
-                         return false;
-                     }
-                     const Synchronisation::Hold cHold(my.cSync);
-                     const std::shared_ptr<ravlo::DataBase> cOld = std::exchange(my.cDataBase, cDataBase);
-                     my.cSync.Follow(my.cDataBase, weak_from_this());
-                     FiledCuts cFiledCuts;
-                     Population cPopulation(my.cMod, my.cEvents, my.cCategoryList, my.cHistoryFiles,
-                                            cFiledCuts);
-                     try
-                     {
-                         my.colMainCats = cPopulation.Build(*cDataBase);
-                     }
-                     catch (...)
-                     {
-                         // The tree stays the old database's, so that one is followed again.
-                         my.cDataBase = cOld;
-                         my.cSync.Follow(cOld, weak_from_this());
-                         throw;
-                     }
-                     my.cFiledCuts = std::move(cFiledCuts);
-                     ++my.lPopulations;
-                     my.sAppPath = my.cMod.AppPath();
-                     my.cHistoryFiles.Serve(my.sAppPath);
-                     cPopulation.ReportProblems();
-                     return true;
-                 });
+    my.cMod.StoreAppPath(strAppPath);
+    CreateFolders(my.cMod);
+    my.cMod.LoadSettings();
+    if (!cDataBase)
+    {
+        my.cMod.Box(BoxIcon::None, BoxButtons::Ok, sProgramTitle,
+                    L"PopulateFromDatabase in clsSchedMan actually does need a database!");
+        return false;
+    }
+    const std::shared_ptr<ravlo::DataBase> cOld = std::exchange(my.cDataBase, cDataBase);
+    my.cSync.Follow(my.cDataBase, weak_from_this());
+    try
+    {
+        my.colMainCats = cPopulation.Build(*cDataBase);
+    }
+    catch (...)
+    {
+        // The tree stays the old database's, so that one is followed again.
+        my.cDataBase = cOld;
+        my.cSync.Follow(cOld, weak_from_this());
+        throw;
+    }
+    my.cFiledCuts = std::move(cFiledCuts);
+    ++my.lPopulations;
+    my.sAppPath = my.cMod.AppPath();
+    my.cHistoryFiles.Serve(my.sAppPath);
+    return true;
 }
 
 std::shared_ptr<CutCollection> clsSchedMan::colCuts(const std::wstring& sCatName,
@@ -231,14 +239,13 @@ void clsSchedMan::UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut)
 {
     Parts& my = *m_cParts;
     const Call cCall(*this);
-    Trap(my.cMod, L"UpdateArtistTitleHistory", false,
+    Trap(my.cMod, L"UpdateArtistTitleHistory",
          [&]
          {
              const std::shared_ptr<ravlo::DataBase> cDataBase =
                  my.cDataBase; // a look-up may let the host populate
              if (cCut && cDataBase)
                  my.cPlayHistory.Record(*cCut, *cDataBase);
-             return true;
          });
 }
 
@@ -291,27 +298,43 @@ Result clsSchedMan::Edit(const wchar_t* sTitle, Result failure, Body&& body)
                         });
 }
 
+template <class Body> void clsSchedMan::Edit(const wchar_t* sTitle, Body&& body)
+{
+    Edit(sTitle, false,
+         [&]
+         {
+             body();
+             return true;
+         });
+}
+
 void clsSchedMan::RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat,
                                         const std::shared_ptr<Cut>& cCut, CatCollection& colMainCatsIN,
                                         std::int32_t LevelToRemoveFrom)
 {
-    Edit(L"Error in RemoveCutFromCategory [cSchedMan]", false,
+    constexpr const wchar_t* sTitle = L"Error in RemoveCutFromCategory [cSchedMan]";
+    Edit(sTitle,
          [&]
          {
-             m_cParts->cSync.RemoveCutFromCategory(cMainCat, cCut, colMainCatsIN, LevelToRemoveFrom);
-             return true;
+             Filing cFiling(Mod());
+             try
+             {
+                 m_cParts->cSync.RemoveCutFromCategory(cMainCat, cCut, colMainCatsIN, LevelToRemoveFrom,
+                                                       cFiling);
+             }
+             catch (...)
+             {
+                 cFiling.Failed(); // the levels it has left already are recalculated first
+             }
+             cFiling.Report([&](const RuntimeError& cError) { Mod().ShowCriticalError(sTitle, cError); });
          });
 }
 
 void clsSchedMan::RemoveCutsFromCategories(const std::vector<CutRemoval>& colRemovals,
                                            const std::function<void(std::size_t lDone)>& progress)
 {
-    Edit(L"Error in RemoveCutFromCategory [cSchedMan]", false,
-         [&]
-         {
-             RemoveCuts(*m_cParts, m_cParts->cSync, colRemovals, progress);
-             return true;
-         });
+    Edit(L"Error in RemoveCutFromCategory [cSchedMan]",
+         [&] { RemoveCuts(*m_cParts, m_cParts->cSync, colRemovals, progress); });
 }
 
 bool clsSchedMan::CreateMainCat(std::wstring& sName)
@@ -335,12 +358,8 @@ std::vector<std::size_t> clsSchedMan::RandomOrderOf(std::size_t lCount)
 
 void clsSchedMan::ShuffleCategories(const Cats& colCats, bool bConfirmFirst)
 {
-    Edit(L"Error in ShuffleCategories [cSchedMan]", false,
-         [&]
-         {
-             m_cParts->cEditing.ShuffleCategories(colCats, bConfirmFirst);
-             return true;
-         });
+    Edit(L"Error in ShuffleCategories [cSchedMan]",
+         [&] { m_cParts->cEditing.ShuffleCategories(colCats, bConfirmFirst); });
 }
 
 bool clsSchedMan::DeleteCats(const Cats& colCats)
@@ -352,12 +371,8 @@ bool clsSchedMan::DeleteCats(const Cats& colCats)
 void clsSchedMan::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
                                      std::int32_t PosInto)
 {
-    Edit(L"Error in InsertCuts [cSchedMan]", false,
-         [&]
-         {
-             m_cParts->cEditing.MoveCutsInCategory(cCat, colCutsInsert, PosInto);
-             return true;
-         });
+    Edit(L"Error in InsertCuts [cSchedMan]",
+         [&] { m_cParts->cEditing.MoveCutsInCategory(cCat, colCutsInsert, PosInto); });
 }
 
 std::wstring clsSchedMan::ListCats(const Cats& colCats) const { return ravlo::ListCats(colCats); }
@@ -370,12 +385,11 @@ void clsSchedMan::DoMassCatChange(eCatDragOptions eCatDragOption, const Cats& co
         eCatDragOption == eCopyHere || eCatDragOption == eMoveHere || eCatDragOption == eMoveExclusiveHere;
     if (!bKnown || colSubCatsFrom.empty() || !cSubCatTo || colCutsToChange.empty())
         return;
-    Edit(L"Error in DoMassCatChange [cSchedMan]", false,
+    Edit(L"Error in DoMassCatChange [cSchedMan]",
          [&]
          {
              MassChange(*m_cParts, m_cParts->cSync, eCatDragOption, colSubCatsFrom, cSubCatTo)
                  .Run(colCutsToChange, bCreatedNewSubCats);
-             return true;
          });
 }
 
@@ -401,12 +415,11 @@ void clsSchedMan::ShowLibraryUI()
     const std::shared_ptr<clsSchedMan> cKeepAlive = weak_from_this().lock();
     Parts& my = *m_cParts;
     my.cMod.FlushDebugLog();
-    TrapCritical(my.cMod, L"Error in ShowLibraryUI [cSchedMan]", false,
+    TrapCritical(my.cMod, L"Error in ShowLibraryUI [cSchedMan]",
                  [&]
                  {
                      if (my.cWindows)
                          my.cWindows->ShowLibrary();
-                     return true;
                  });
 }
 

@@ -22,6 +22,8 @@
 namespace ravlo
 {
 
+class FiledCuts;
+class Population;
 using NameCollection = OrderedKeyedCollection<std::wstring>;
 
 // The public entry object of the library: one per host, made before its database is known, populated by
@@ -127,6 +129,11 @@ private:
     class Call;
     struct Parts;
     template <class Result, class Body> Result Edit(const wchar_t* sTitle, Result failure, Body&& body);
+    template <class Body> void Edit(const wchar_t* sTitle, Body&& body);
+    // Puts the tree that cPopulation builds from cDataBase into the place of the present one, cFiledCuts with
+    // it. False without a database, which is shown.
+    bool ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase, const std::wstring& strAppPath,
+                     Population& cPopulation, FiledCuts& cFiledCuts);
 
     std::unique_ptr<Parts> m_cParts;
 };

@@ -129,7 +129,20 @@ Result TrapCritical(ModScheduler& cMod, const wchar_t* sTitle, Result failure, B
     }
 }
 
-// The same with the "Handled Error!" form under the location text sWhere.
+// The same for a body without a result.
+template <class Body> void TrapCritical(ModScheduler& cMod, const wchar_t* sTitle, Body&& body)
+{
+    try
+    {
+        std::forward<Body>(body)();
+    }
+    catch (...)
+    {
+        cMod.ShowCriticalError(sTitle, CurrentError());
+    }
+}
+
+// As TrapCritical, with the "Handled Error!" form under the location text sWhere.
 template <class Result, class Body>
 Result Trap(ModScheduler& cMod, const wchar_t* sWhere, Result failure, Body&& body)
 {
@@ -141,6 +154,19 @@ Result Trap(ModScheduler& cMod, const wchar_t* sWhere, Result failure, Body&& bo
     {
         cMod.DISPLAYERROR(sWhere, true, CurrentError());
         return failure;
+    }
+}
+
+// The same for a body without a result.
+template <class Body> void Trap(ModScheduler& cMod, const wchar_t* sWhere, Body&& body)
+{
+    try
+    {
+        std::forward<Body>(body)();
+    }
+    catch (...)
+    {
+        cMod.DISPLAYERROR(sWhere, true, CurrentError());
     }
 }
 

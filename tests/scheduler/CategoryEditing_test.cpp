@@ -503,6 +503,59 @@ TEST_F(BatchTest, CutsOfARefusedBatchStandAgainWhereTheDatabaseHasThem)
     EXPECT_EQ(Written(), Lines()) << "tree and database agree";
 }
 
+TEST_F(BatchTest, CutsOfARefusedBatchStandAgainAtTheirPlacesInEveryLevel)
+{
+    cBatching->cInner.Add(L"q", L"Pop", 2);
+    cBatching->cInner.Add(L"r", L"Pop", 2);
+    cBatching->cInner.colCuts[4]->SetCategoryText(L"Rock/Jazz");
+    cBatching->cInner.colCuts[7]->SetCategoryText(L"Rock/Jazz");
+    cBatching->cInner.colCuts[9]->SetCategoryText(L"Jazz/Rock");
+    cLib.cSchedMan->PopulateFromDataBase(cBatching, sRadio);
+    cLib.cSchedMan->ShuffleCategories({MainCat(L"Rock"), MainCat(L"Jazz")});
+    const Keys rock = Order(L"Rock", 1);
+    const Keys jazz = Order(L"Jazz", 1);
+    const Keys pop = Order(L"Pop", 2);
+    const Cuts colRock = RockCuts();
+    Cuts colSome{cBatching->cInner.colCuts[9],
+                 cBatching->cInner.colCuts[111]}; // from the middle, in any order
+    for (const std::size_t lAt : {70u, 3u, 40u, 109u, 0u, 71u, 4u})
+        colSome.push_back(colRock[lAt]);
+    cBatching->bRefusesCommit = true;
+    bool bCreated = false;
+    for (const Cuts& colCuts : {colRock, colSome})
+        for (const eCatDragOptions eOption : {eMoveHere, eMoveExclusiveHere, eCopyHere})
+        {
+            SCOPED_TRACE(static_cast<int>(eOption));
+            cLib.cSchedMan->DoMassCatChange(eOption, {Level(L"Rock", 1)}, Level(L"Pop", 2), colCuts,
+                                            bCreated);
+            EXPECT_EQ(Order(L"Rock", 1), rock);
+            EXPECT_EQ(Order(L"Jazz", 1), jazz);
+            EXPECT_EQ(Order(L"Pop", 2), pop);
+        }
+    EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
+    EXPECT_EQ(Order(L"Rock", 1), rock);
+    std::vector<CutRemoval> colRemovals;
+    for (const std::shared_ptr<Cut>& cCut : colSome)
+        colRemovals.push_back({cCut, nullptr, 0});
+    cLib.cSchedMan->RemoveCutsFromCategories(colRemovals, [](std::size_t) {});
+    EXPECT_EQ(Order(L"Rock", 1), rock);
+    EXPECT_EQ(Order(L"Jazz", 1), jazz);
+    EXPECT_EQ(Order(L"Pop", 2), pop);
+    cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
+    cLib.cSchedMan->PopulateFromDataBase(cBatching, sRadio);
+    EXPECT_EQ(Order(L"Rock", 1), rock) << "the files say the same";
+}
+
+TEST_F(BatchTest, ARefusedDeletionSavesWhateverOtherCategoryItsCutsHadToBeFiledInto)
+{
+    RockCuts()[3]->SetCategoryText(L"Rock/Pop"); // which nobody has announced yet
+    cBatching->bRefusesCommit = true;
+    EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"k4"}));
+    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"})) << "each once";
+    EXPECT_EQ(File(L"Pop"), SifCut("k4", 1) + SifCut("p", 2));
+}
+
 TEST_F(BatchTest, ALevelWhoseDeletionTheDatabaseRefusesStays)
 {
     cBatching->bRefusesCommit = true;
@@ -624,6 +677,28 @@ TEST_F(MoveCutsTest, WithoutALevelItIsAnError)
     Forget();
     cLib.cSchedMan->MoveCutsInCategory(MainCat(L"Rock"), {cLib.cDataBase->colCuts[0]}, 1);
     EXPECT_EQ(boxes, colError);
+}
+
+TEST_F(MoveCutsTest, ALevelFromBeforeAReloadStandsForThePresentOneOfItsNameAndNumber)
+{
+    const std::shared_ptr<clsCat> cOld = Level(L"Rock", 1);
+    cLib.Populate();
+    Forget();
+    cLib.cSchedMan->MoveCutsInCategory(cOld, {cLib.cDataBase->colCuts[8]}, 1);
+    EXPECT_EQ(Move("", 1), "912345678");
+    EXPECT_EQ(Written(), (Lines{L"Rock"}));
+    EXPECT_EQ(boxes, Boxes());
+}
+
+TEST_F(MoveCutsTest, ALevelThatIsGoneIsAnError)
+{
+    const std::shared_ptr<clsCat> cOld = Level(L"Rock", 1);
+    cLib.cSchedMan->DeleteCats({cOld});
+    Forget();
+    cLib.cSchedMan->MoveCutsInCategory(cOld, {cLib.cDataBase->colCuts[8]}, 1);
+    EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in InsertCuts [cSchedMan]",
+                                        L"5 The category to move cuts in does not exist any more")}));
+    EXPECT_EQ(Written(), Lines());
 }
 
 TEST_F(MoveCutsTest, ACutThatCannotBeReadIsShownUnderItsOwnTitleAndNothingMoves)

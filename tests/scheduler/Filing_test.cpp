@@ -71,6 +71,22 @@ TEST_F(FilingTest, AnOverflowIsGatheredAndTheCutCountsAsFiled)
     EXPECT_EQ(Report(), Lines()) << "told once";
 }
 
+TEST_F(FilingTest, LevelZeroAndANegativeLevelHaveABoxEachPerCategoryAndTheRestIsCounted)
+{
+    const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
+    const ShownBox levelZero =
+        CriticalBox(L"Contact Techincal.", L"Illegal attempt to add level 0 cut to category Rock");
+    const ShownBox negative =
+        CriticalBox(L"Please contact support.", L"Illegal - a subcat MUST have a level");
+    cMod.StoreAppPath(sRadio);
+    for (const std::int32_t lLevel : {0, -1, 0, -7, -1})
+        EXPECT_FALSE(
+            cFiling.File(NewCut(L"k" + std::to_wstring(cDataBase.colCuts.size()), lLevel), *cRock, bCreated));
+    EXPECT_EQ(boxes, (Boxes{levelZero, negative}));
+    EXPECT_EQ(Report(), Lines());
+    EXPECT_EQ(cWorld.LogMessages().back(), L"Not filed in category Rock, having no level: 3 more cuts.");
+}
+
 TEST_F(FilingTest, AnyOtherErrorIsTheCallers)
 {
     const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);

@@ -414,6 +414,30 @@ TEST_F(MassChangeTest, ATargetDeletedInTheMiddleEndsItAndTheRestStandsWhereItSto
     EXPECT_EQ(File(L"Pop"), "none") << "it is not brought back";
     EXPECT_EQ(colCuts[0]->CategoryText(), L"");
     EXPECT_EQ(colCuts[60]->CategoryText(), L"Rock");
+    EXPECT_EQ(boxes,
+              (Boxes{CriticalBox(L"Error in DoMassCatChange [cSchedMan]",
+                                 L"5 The category to change into does not exist any more (30 cuts were "
+                                 L"left as they are)")}));
+    EXPECT_EQ(Written().back(), L"Rock") << "what was changed is saved all the same";
+}
+
+TEST_F(MassChangeTest, ATargetReloadedInTheMiddleOfACopyIsReportedOnceAtTheEnd)
+{
+    const Cuts colCuts = AddMany(120, L"k", L"Rock", 1);
+    Add(L"b", L"Pop", 2);
+    Start();
+    cWorld.cHostLoop.OnPump = [&]
+    {
+        cWorld.cHostLoop.OnPump = nullptr;
+        cLib.Populate();
+    };
+    cLib.cHost.OnEvent = [&](const std::wstring&) { EXPECT_EQ(boxes, Boxes()); };
+    Change(eCopyHere, {Level(L"Rock", 1)}, MainCat(L"Pop"), colCuts);
+    EXPECT_EQ(Order(L"Pop", 1).size(), 100u);
+    EXPECT_EQ(boxes,
+              (Boxes{CriticalBox(L"Error in DoMassCatChange [cSchedMan]",
+                                 L"5 The category to change into does not exist any more (20 cuts were "
+                                 L"left as they are)")}));
 }
 
 } // namespace

@@ -387,6 +387,36 @@ TEST(EditingDuringAPopulation, IsRefusedUnderTheOperationsOwnTitleAndTheTreeStay
     EXPECT_EQ(OrdersOf(s.cLib), before);
 }
 
+TEST(EditingAfterAPopulation, IsServedOnceTheNewTreeStands)
+{
+    // In the box that reports what went wrong, and while announcements that waited are handled.
+    constexpr std::int32_t lLongest = std::numeric_limits<std::int32_t>::max();
+    RadioWorld cWorld;
+    cWorld.cFiles.MakeFolders(L"C:\\Radio");
+    Library cLib(cWorld);
+    for (const wchar_t* sKey : {L"a", L"b"})
+        cLib.cDataBase->Add(sKey, L"Rock", 1, lLongest);
+    const auto Create = [&](std::wstring sName) { EXPECT_TRUE(cLib.cSchedMan->CreateMainCat(sName)); };
+    cWorld.cMessages.OnShown = [&]
+    {
+        cWorld.cMessages.OnShown = nullptr;
+        Create(L"InTheBox");
+    };
+    bool bAnnounced = false;
+    bool bHandled = false;
+    cLib.cHost.OnEvent = [&](const std::wstring& sLine)
+    {
+        if (sLine.starts_with(L"Start 2: Creating") && !std::exchange(bAnnounced, true))
+            cLib.cDataBase->Announce(&DataBaseEvents::CutsAdded, Cuts{cLib.cDataBase->Add(L"c", L"Pop", 1)});
+        if (sLine == L"Done: Updated Scheduler with new items." && !std::exchange(bHandled, true))
+            Create(L"WhileHandled");
+    };
+    cLib.Populate();
+    cLib.cHost.OnEvent = nullptr;
+    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"InTheBox", L"Pop", L"WhileHandled"}));
+    EXPECT_EQ(cWorld.cMessages.Boxes.size(), 1u) << "of the run times alone";
+}
+
 // ---- saves that fail
 
 TEST_P(ReentrancyTest, AFileOperationThatFailsLeavesMemoryAndTheOtherFilesWholeAndIsShownOncePerCategory)

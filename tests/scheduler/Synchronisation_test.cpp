@@ -205,7 +205,7 @@ TEST_F(SynchronisationTest, CutsThatAreAllRefusedAffectNoCategoryAndSaveNothing)
     EXPECT_EQ(std::count(colLog.begin(), colLog.end(),
                          L"Saving History And Ordering now...there are: 0 Cats affected by this add."),
               1);
-    EXPECT_EQ(boxes.size(), 2u) << "one a category";
+    EXPECT_EQ(boxes.size(), 3u) << "one a category and kind";
 }
 
 TEST_F(SynchronisationTest, ARefusedCutDoesNotSaveACategoryThatOthersDidNotJoin)
@@ -457,7 +457,7 @@ TEST(Synchronisation, WithoutATreeThereIsNothingToFileToFindOrToSave)
     cParts.cSync.ModifyCut(cCut, cParts.cAffected, cParts.cFiling);
     cParts.cSync.Refile(cCut, cParts.cAffected, cParts.cFiling);
     CatCollection colFrom;
-    cParts.cSync.RemoveCutFromCategory(nullptr, cCut, colFrom);
+    cParts.cSync.RemoveCutFromCategory(nullptr, cCut, colFrom, 0, cParts.cFiling);
     cParts.cSync.SaveAffected(cParts.cAffected);
     EXPECT_TRUE(colFrom.Empty());
     EXPECT_EQ(cParts.cAffected.Count(), 0u);
@@ -563,6 +563,50 @@ TEST_F(SynchronisationTest, ARemovedCutThatTakesNoChangesAnyMoreLeavesAllTheSame
                                          StandardText(91) + L" (1 cuts could not be handled)", L"91")}));
 }
 
+TEST_F(SynchronisationTest, ARemovedCutThatNoLongerCarriesTheNameLeavesNoRunTimeBehind)
+{
+    const auto cCut = Add(L"a", L"Rock", 1, 100'000);
+    Add(L"b", L"Rock", 1, 200'000);
+    Add(L"c", L"Rock", 1, 300'000);
+    Start();
+    cCut->RemoveCategoryName(L"Rock");
+    Removed({cCut});
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"b", L"c"}));
+    EXPECT_EQ(TotalOf(L"Rock", 1), 500'000);
+}
+
+TEST_F(SynchronisationTest, WhoeverIsToldOfAChangeFindsTheRunTimesOfItsResult)
+{
+    const auto cRaised = Add(L"a", L"Rock", 1, 100'000);
+    const auto cGone = Add(L"b", L"Rock", 1, 200'000);
+    const auto cKnown = Add(L"c", L"Rock", 1, 600'000);
+    Add(L"d", L"Rock", 1, 400'000);
+    Start();
+    std::vector<std::int64_t> colTotals;
+    const auto Look = [&] { colTotals.push_back(TotalOf(L"Rock", 1)); };
+    CountingWindows cWindows;
+    cWindows.OnRefresh = Look;
+    cLib.cSchedMan->SetWindows(&cWindows);
+    cRaised->SetCatLevel(2);
+    Modified({cRaised});
+    EXPECT_EQ(colTotals, (std::vector<std::int64_t>{1'200'000}));
+    cWindows.OnRefresh = nullptr;
+    colTotals.clear();
+    cLib.cHost.OnEvent = [&](const std::wstring& sLine)
+    {
+        if (sLine.ends_with(L"Saving Ordering and hist for: Rock"))
+            Look();
+    };
+    cGone->SetCategoryText(L"");
+    Removed({cGone});
+    EXPECT_EQ(colTotals, (std::vector<std::int64_t>{1'000'000}));
+    colTotals.clear();
+    cKnown->SetCatLevel(2);
+    Added({cKnown}); // announced as new, though it stands in level 1
+    EXPECT_EQ(colTotals, (std::vector<std::int64_t>{400'000}));
+    cLib.cSchedMan->SetWindows(nullptr);
+}
+
 // ---- what a host does to a level itself ----
 
 TEST_F(SynchronisationTest, ADatabaseThatAnnouncesEachNameAtOnceDoesNotDisturbALevelsOwnFiling)
@@ -628,6 +672,33 @@ TEST_F(RemoveCutFromCategoryTest, WithoutAMainCategoryTheCutLeavesAllItIsAssigne
         << "the names are taken before removing takes them off the cut";
     EXPECT_EQ(cCut->CategoryText(), L"");
     EXPECT_EQ(Order(L"Jazz", 2), Keys());
+}
+
+TEST_F(RemoveCutFromCategoryTest, ALevelWhoseNameTheCutHasLostIsRecalculated)
+{
+    const auto cCut = Add(L"a", L"Rock", 1, 100'000);
+    Add(L"b", L"Rock", 1, 200'000);
+    Start();
+    cCut->RemoveCategoryName(L"Rock");
+    EXPECT_EQ(Remove(MainCat(L"Rock"), cCut), (Lines{L"Rock"}));
+    EXPECT_EQ(TotalOf(L"Rock", 1), 200'000);
+}
+
+TEST_F(RemoveCutFromCategoryTest, AMainCategoryFromBeforeAReloadStandsForThePresentOneOfItsName)
+{
+    const auto cCut = Add(L"a", L"Rock/Pop");
+    Start();
+    const std::shared_ptr<clsCat> cOld = MainCat(L"Rock");
+    cLib.Populate();
+    Forget();
+    EXPECT_EQ(Remove(cOld, cCut), (Lines{L"Rock"}));
+    EXPECT_EQ(Order(L"Rock", 1), Keys());
+    EXPECT_EQ(cCut->CategoryText(), L"Pop");
+    EXPECT_EQ(cOld->SubCat(1)->TotalCuts(), 1) << "the tree before is no longer anybody's";
+    cLib.cSchedMan->DeleteCats({MainCat(L"Rock")});
+    Forget();
+    EXPECT_EQ(Remove(cOld, cCut), Lines()) << "what is missing is passed over";
+    EXPECT_EQ(boxes, Boxes());
 }
 
 TEST_F(RemoveCutFromCategoryTest, WithAMainCategoryTheCutLeavesThatOneAlone)
