@@ -162,6 +162,7 @@ TEST_F(CategoryWindow, AHostThatDestroysItsWindowTakesThisOneWithIt)
 TEST_F(CategoryWindow, AHostThatDestroysItsWindowInsideASentMessageEndsTheWaitToo)
 {
     std::atomic<bool> bReturned = false;
+    const DWORD lThread = ::GetCurrentThreadId();
     WhileOpen(
         [&]
         {
@@ -172,7 +173,15 @@ TEST_F(CategoryWindow, AHostThatDestroysItsWindowInsideASentMessageEndsTheWaitTo
         {
             user.WaitFor(sfrmCatClass);
             ::SendMessageW(cHost.Handle(), WM_CLOSE, 0, 0);
-            user.Until([&] { return bReturned.load(); }, "the call to return");
+            try
+            {
+                user.Until([&] { return bReturned.load(); }, "the call to return");
+            }
+            catch (...)
+            {
+                ::PostThreadMessageW(lThread, WM_NULL, 0, 0); // or the test would wait for ever
+                throw;
+            }
         });
 }
 

@@ -73,8 +73,8 @@ public:
     void CancelDrag();
     bool Dragging() const noexcept { return m_bDragging; }
 
-    // The keyboard: moves the bar by a distance, or to an edge as if it had been dropped there. A collapsed pane
-    // comes back, at its smallest size, with the first move away from its edge.
+    // The keyboard: moves the bar by a distance, or to an edge as if it had been dropped there. A collapsed
+    // pane comes back, at its smallest size, with the first move away from its edge.
     void MoveBy(std::int32_t lDistance);
     void MoveToEdge(bool bFar);
 
