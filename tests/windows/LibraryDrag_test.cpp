@@ -330,7 +330,13 @@ TEST_F(LibraryDrag, MovingRowsByKeysLeavesTheMenuAlone)
         [&](const User& user)
         {
             ClickRow(user, 3);
-            user.Key(VK_UP, VK_MENU);
+            // As a hand does that leaves both keys at once: Alt is up first.
+            for (const auto& [lKey, lFlags] : {std::pair<BYTE, DWORD>{VK_MENU, 0},
+                                               {VK_UP, 0},
+                                               {VK_MENU, KEYEVENTF_KEYUP},
+                                               {VK_UP, KEYEVENTF_KEYUP}})
+                ::keybd_event(lKey, 0, lFlags, 0);
+            user.Idle();
             EXPECT_EQ(Order(L"Rock", 1)[2], L"Dido");
             GUITHREADINFO info{};
             info.cbSize = sizeof info;
