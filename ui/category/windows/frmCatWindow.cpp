@@ -160,14 +160,9 @@ LRESULT frmCatWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
         OnActivate(LOWORD(wParam) != WA_INACTIVE);
         return 0;
     case WM_DPICHANGED:
-    {
-        const auto& place = *reinterpret_cast<const RECT*>(lParam);
         SetLook(HIWORD(wParam));
-        ::SetWindowPos(Handle(), nullptr, static_cast<int>(place.left), static_cast<int>(place.top),
-                       static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top),
-                       SWP_NOZORDER | SWP_NOACTIVATE);
+        TakeSuggestedPlace(Handle(), lParam);
         return 0;
-    }
     case WM_SETTINGCHANGE:
     case WM_THEMECHANGED:
         SetLook(m_lDpi); // the message font may be another one now

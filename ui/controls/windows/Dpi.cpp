@@ -80,6 +80,14 @@ UniqueFont SymbolFont(int lDpi)
     return UniqueFont(::CreateFontIndirectW(&font));
 }
 
+void TakeSuggestedPlace(HWND hWindow, LPARAM lParam) noexcept
+{
+    const auto& place = *reinterpret_cast<const RECT*>(lParam);
+    ::SetWindowPos(hWindow, nullptr, static_cast<int>(place.left), static_cast<int>(place.top),
+                   static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top),
+                   SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 SIZE WindowSizeFor(HWND hWindow, SIZE client, int lDpi) noexcept
 {
     static const auto ForDpi = UserFunction<AdjustForDpi>("AdjustWindowRectExForDpi");

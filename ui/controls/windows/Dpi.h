@@ -37,6 +37,9 @@ UniqueFont MessageFont(int lDpi);
 // The symbol font of arrows and ticks, as high as the message font.
 UniqueFont SymbolFont(int lDpi);
 
+// Where the system wants a window whose resolution has changed; lParam as WM_DPICHANGED brings it.
+void TakeSuggestedPlace(HWND hWindow, LPARAM lParam) noexcept;
+
 // The size of a window whose client area has that size.
 SIZE WindowSizeFor(HWND hWindow, SIZE client, int lDpi) noexcept;
 
