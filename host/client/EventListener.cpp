@@ -2,6 +2,7 @@
 #include "host/client/EventListener.h"
 
 #include "com/kit/Errors.h"
+#include "com/kit/Unknown.h"
 
 #include <utility>
 
@@ -11,35 +12,14 @@ namespace ravlo
 namespace
 {
 
-class Sink final : public IDispatch
+class Sink final : public Unknown<IDispatch>
 {
 public:
     Sink(REFIID iidEvents, EventListener::Handler handler)
         : m_iidEvents(iidEvents), m_handler(std::move(handler))
     {
     }
-    virtual ~Sink() = default;
 
-    STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override
-    {
-        const bool bKnown = iid == IID_IUnknown || iid == IID_IDispatch || iid == m_iidEvents;
-        *ppvObject = bKnown ? static_cast<IDispatch*>(this) : nullptr;
-        if (bKnown)
-        {
-            AddRef();
-        }
-        return bKnown ? S_OK : E_NOINTERFACE;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++m_lReferences; }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        const ULONG lLeft = --m_lReferences;
-        if (lLeft == 0)
-        {
-            delete this;
-        }
-        return lLeft;
-    }
     STDMETHODIMP GetTypeInfoCount(UINT* plCount) override
     {
         *plCount = 0;
@@ -61,8 +41,10 @@ public:
         return S_OK;
     }
 
+protected:
+    bool Answers(REFIID iid) const noexcept override { return iid == IID_IDispatch || iid == m_iidEvents; }
+
 private:
-    ULONG m_lReferences = 0;
     IID m_iidEvents;
     EventListener::Handler m_handler;
 };
@@ -71,7 +53,7 @@ private:
 
 EventListener::EventListener(IUnknown& cSource, REFIID iidEvents, Handler handler)
 {
-    const ComPtr<Sink> cSink(new Sink(iidEvents, std::move(handler)));
+    const auto cSink = NewObject<Sink>(iidEvents, std::move(handler));
     const auto cContainer = ComPtr<IUnknown>(&cSource).As<IConnectionPointContainer>();
     if (!cContainer)
     {
