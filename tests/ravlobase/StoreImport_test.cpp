@@ -205,7 +205,7 @@ TEST_F(StoreImportTest, AListenerMayAddTheSameCutWhileTheFileIsRead)
 // The sample is as awkward as real libraries are.
 TEST_F(StoreImportTest, TheSampleLibraryGoesInWholeAndComesBackWhole)
 {
-    const auto cSample = std::filesystem::path(__FILE__).parent_path() / "../../samples/library.csv";
+    const auto cSample = std::filesystem::path(RAVLO_SAMPLES) / "library.csv";
     const auto bytes = cSample.string();
     EXPECT_EQ(m_cStore.ImportCsv({bytes.begin(), bytes.end()}), 5000);
     EXPECT_EQ(m_cStore.LastImportReport(), L"5000 cuts added, 0 changed, 0 unchanged, 0 rows rejected.");
