@@ -531,6 +531,39 @@ TEST_F(Selector, ACategoryThatDoesNotHoldTheCutIsNotLeftSelected)
     EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Jazz"}));
 }
 
+TEST_F(Selector, NoCatIsNotMarkedBesideARealCategory)
+{
+    const struct
+    {
+        const wchar_t* sCategories;
+        Texts marked;
+        const wchar_t* sCurrent;
+    } table[] = {{L"NOCAT/Rock", {L"Rock"}, L"Rock"},
+                 {L"Rock/NOCAT", {L"Rock"}, L"Rock"},
+                 {L"NOCAT", {L"NOCAT"}, L"NOCAT"}};
+    AllowMulti();
+    for (const auto& row : table)
+    {
+        cSelector.ShowCutCatsAsSelected(Add(row.sCategories, row.sCategories, 1, L"A", L"B"));
+        EXPECT_EQ(cScreen.Selected(lstCat), row.marked);
+        EXPECT_EQ(cScreen.Current(lstCat), row.sCurrent);
+    }
+    EXPECT_EQ(Shown(), Boxes());
+}
+
+TEST_F(Selector, WithMultiSelectACurrentCategoryNeedNotBeSelected)
+{
+    AllowMulti();
+    ClickCat(L"Rock");
+    cSelector.MakeMainCatCurrent(MainCat(L"Jazz"));
+    EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Rock"}));
+    EXPECT_EQ(cScreen.Current(lstCat), L"Jazz");
+    EXPECT_EQ(cSelector.SelectedMainCat(), MainCat(L"Jazz"));
+    EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"2", L"ALL"}));
+    cSelector.MakeMainCatCurrent(nullptr);
+    EXPECT_EQ(cScreen.Current(lstCat), L"Jazz");
+}
+
 TEST_F(Selector, NoCutMarksNothing)
 {
     AllowMulti();

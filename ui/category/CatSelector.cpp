@@ -230,6 +230,12 @@ void CatSelector::SetSelectedMainCat(const std::shared_ptr<clsCat>& cMainCat)
     CatClick();
 }
 
+void CatSelector::MakeMainCatCurrent(const std::shared_ptr<clsCat>& cMainCat)
+{
+    if (cMainCat && MakeCurrent(lstCat, cMainCat->CatName()))
+        CatClick();
+}
+
 void CatSelector::SetSelectedSubCat(const std::shared_ptr<clsCat>& cSubCat)
 {
     if (m_lLevels == 0)
@@ -398,6 +404,8 @@ CatCollection CatSelector::CatsOf(const Cut& cCut)
         else
             colFound.Add(TextKey(cMainCat->CatName()), cMainCat);
     }
+    if (colFound.Count() > 1)
+        colFound.Remove(sNoCat);
     return colFound;
 }
 

@@ -38,6 +38,8 @@ public:
     // with multi-select beside the others; null is ignored.
     const std::shared_ptr<clsCat>& SelectedMainCat() const noexcept { return m_cMainCat; }
     void SetSelectedMainCat(const std::shared_ptr<clsCat>& cMainCat);
+    // The same, but with multi-select what is selected stays so: the entry becomes only the current one.
+    void MakeMainCatCurrent(const std::shared_ptr<clsCat>& cMainCat);
     // The main category itself while "ALL" is chosen; null when nothing is. Setting null chooses "ALL".
     const std::shared_ptr<clsCat>& SelectedSubCat() const noexcept { return m_cSubCat; }
     void SetSelectedSubCat(const std::shared_ptr<clsCat>& cSubCat);
@@ -49,7 +51,7 @@ public:
     // other than "ALL" is chosen.
     std::vector<std::wstring> colSelectedSubCatNames();
     // Marks the categories and the level that hold a cut, and nothing else; null is ignored. A category or
-    // level that is not there is reported.
+    // level that is not there is reported. "NOCAT" is marked only for a cut of no other category.
     void ShowCutCatsAsSelected(const std::shared_ptr<Cut>& cCut);
     void EnableUI(bool bEnable);
     // Fills categories and levels anew. The first category becomes current, without its click.
