@@ -44,6 +44,7 @@ public:
     void EnableApply(bool bEnable) override { bApply = bEnable; }
     void ShowRulesArea(bool bShow) override { bRulesArea = bShow; }
     void EnableLibraryMenu(bool bEnable) override { bLibraryMenu = bEnable; }
+    void SetBusy(bool bBusyIn) override { bBusy = bBusyIn; }
     void ShowModal() override
     {
         bOpen = true;
@@ -65,6 +66,7 @@ public:
     bool bRulesArea = false;
     bool bLibraryMenu = true;
     bool bOpen = false;
+    bool bBusy = false;
 };
 
 // Windows of which only the library's showing matters.
@@ -119,6 +121,25 @@ struct Form : CategoryTest
         cView.bIgnore = bChecked;
         cForm->IgnoreClick();
     }
+    void Repopulate() { cSchedMan->PopulateFromDataBase(cDataBase, sRadio); }
+    // Whether nothing in the window, its selector included, can be used.
+    bool Disabled() const
+    {
+        for (const SelectorControl eControl :
+             {lstCat, lstlvl, lstsongs0, lstsongs1, chkOpener, chkSortedSongs})
+            if (cScreen.enabled.at(eControl))
+                return false;
+        return cView.bBusy && cScreen.bHourglass;
+    }
+    // Does something whenever messages are pumped, and counts how often.
+    void WhilePumping(const std::function<void()>& what)
+    {
+        cWorld.cHostLoop.OnPump = [this, what]
+        {
+            ++lPumps;
+            what();
+        };
+    }
     void Answers(BoxAnswer eAnswer) { cWorld.cMessages.eDefaultAnswer = eAnswer; }
     std::string Settings() const { return cWorld.cFiles.Get(L"C:\\Radio\\Scheduler\\SchedulerSettings.dat"); }
     bool HasSettings() const
@@ -134,6 +155,7 @@ struct Form : CategoryTest
     OtherWindows cWindows;
     std::optional<frmCat> cForm;
     CategoryRequest request;
+    int lPumps = 0;
 };
 
 } // namespace
@@ -370,6 +392,133 @@ TEST_F(Form, ACutThatCannotBeChangedIsAnErrorAndNothingComesBack)
     EXPECT_EQ(request.colSelCuts, Cuts());
     EXPECT_EQ(CutOf(3)->CatLevel(), 2); // as before, though it took the new one at first
     EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
+}
+
+TEST_F(Form, ClicksAfterClosingAreIgnored)
+{
+    const auto lAnswer = Open(L"Rock", 3,
+                              [&]
+                              {
+                                  Type(txtGlobalAlbumSepMins, L"46");
+                                  cForm->OKClick();
+                                  cForm->CancelClick();
+                                  cForm->ApplyClick();
+                                  cForm->StripClick(true);
+                                  cForm->TabClick(RulesPane::Category);
+                              });
+    EXPECT_EQ(lAnswer, lChosen);
+    EXPECT_EQ(cMod.GlobalAlbumSepMins(), 60);
+    EXPECT_TRUE(cView.bRulesArea);
+    EXPECT_EQ(cView.ePane, RulesPane::Global);
+}
+
+// ---- a host that reloads or deletes meanwhile ----
+
+TEST_F(Form, OKAfterAReloadReturnsThePresentCategoryAndLevel)
+{
+    const auto cBefore = MainCat(L"Rock");
+    Open(L"Rock", 3,
+         [&]
+         {
+             Repopulate();
+             cForm->OKClick();
+         });
+    ASSERT_NE(MainCat(L"Rock"), cBefore);
+    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
+    EXPECT_EQ(request.cSubCatChosen, Level(L"Rock", 3));
+}
+
+TEST_F(Form, OKAfterAReloadDuringTheQuestionReturnsThePresentOnes)
+{
+    cWorld.cMessages.OnShown = [&] { Repopulate(); };
+    Open(L"Rock", 3,
+         [&]
+         {
+             Type(txtArtistSepMins1, L"46");
+             cForm->OKClick();
+         });
+    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
+    EXPECT_EQ(request.cSubCatChosen, Level(L"Rock", 3));
+}
+
+TEST_F(Form, OKReturnsNeitherADeletedCategoryNorADeletedLevel)
+{
+    Open(L"Rock", 3,
+         [&]
+         {
+             cSchedMan->DeleteCats({Level(L"Rock", 3)});
+             cForm->OKClick();
+         });
+    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
+    EXPECT_EQ(request.cSubCatChosen, nullptr);
+    Open(L"Rock", 1,
+         [&]
+         {
+             cSchedMan->DeleteCats({MainCat(L"Rock")});
+             cForm->OKClick();
+         });
+    EXPECT_EQ(request.cMainCatChosen, nullptr);
+    EXPECT_EQ(request.cSubCatChosen, nullptr);
+}
+
+TEST_F(Form, ACutIsNotFiledInACategoryThatWasDeletedMeanwhile)
+{
+    request.cCut = CutOf(0); // in Rock 1
+    request.bAllowMultiSelect = true;
+    Open(L"", 0,
+         [&]
+         {
+             ClickCat(L"Jazz", true);
+             cSchedMan->DeleteCats({MainCat(L"Rock")});
+             cForm->OKClick();
+         });
+    EXPECT_EQ(MainCat(L"Rock"), nullptr);
+    EXPECT_EQ(CutOf(0)->CategoryText(), L"Jazz");
+    EXPECT_EQ(CutOf(0)->CatLevel(), 2);
+}
+
+TEST_F(Form, ApplyAfterAReloadChangesTheRulesThatAreInForce)
+{
+    Open(L"Rock", 3,
+         [&]
+         {
+             cForm->TabClick(RulesPane::Category);
+             Repopulate();
+             Type(txtArtistSepMins1, L"46");
+             cForm->ApplyClick();
+         });
+    EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 46);
+}
+
+TEST_F(Form, YesAfterAReloadChangesTheRulesThatAreInForce)
+{
+    Answers(BoxAnswer::Yes);
+    Open(L"Rock", 3,
+         [&]
+         {
+             Type(txtArtistSepMins1, L"46");
+             Repopulate();
+             cForm->OKClick();
+         });
+    EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 46);
+}
+
+TEST_F(Form, ApplyToADeletedCategorySavesNothingAndShowsWhatIsLeft)
+{
+    Open(L"Rock", 3,
+         [&]
+         {
+             cForm->TabClick(RulesPane::Category);
+             Type(txtArtistSepMins1, L"46");
+             cSchedMan->DeleteCats({MainCat(L"Rock")});
+             Shown().clear();
+             cForm->ApplyClick();
+             EXPECT_EQ(cScreen.Entries(lstCat), (Texts{L"Jazz", L"NOCAT"}));
+             EXPECT_EQ(cView.ePane, RulesPane::Global);
+             EXPECT_FALSE(cView.bApply);
+         });
+    EXPECT_EQ(Shown(), Boxes());
+    EXPECT_FALSE(cWorld.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC3.rls"));
 }
 
 // ---- the panes ----
@@ -885,7 +1034,8 @@ TEST_F(Form, ANewCategoryIsListedAndChosen)
     EXPECT_EQ(request.cSubCatChosen, Level(L"Swing_Bop", 1));
 }
 
-TEST_F(Form, WithMultiSelectANewCategoryIsSelectedBesideTheOthers)
+// Filing the cut in it is for the user to ask for.
+TEST_F(Form, WithMultiSelectANewCategoryIsCurrentButNotSelected)
 {
     cWorld.cMessages.Typed = {L"Swing"};
     request.cCut = CutOf(3);
@@ -895,11 +1045,87 @@ TEST_F(Form, WithMultiSelectANewCategoryIsSelectedBesideTheOthers)
          {
              cForm->NewClick();
              EXPECT_EQ(cScreen.Current(lstCat), L"Swing");
-             EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Jazz", L"Swing"}));
+             EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Jazz"}));
              cForm->OKClick();
          });
-    EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz/Swing");
-    EXPECT_EQ(CutOf(3)->CatLevel(), 1);
+    EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
+    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Swing"));
+}
+
+TEST_F(Form, WithMultiSelectANewNoCatIsNotMarkedAndUnmarked)
+{
+    cSchedMan->DeleteCats({MainCat(L"NOCAT")});
+    cWorld.cMessages.Typed = {L"NOCAT"};
+    request.cCut = CutOf(3);
+    request.bAllowMultiSelect = true;
+    Open(L"", 0,
+         [&]
+         {
+             cForm->NewClick();
+             EXPECT_EQ(cScreen.Current(lstCat), L"NOCAT");
+             EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"ALL"}));
+             EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Jazz"}));
+             cForm->OKClick();
+         });
+    EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
+}
+
+TEST_F(Form, NothingCanBeUsedWhileALevelIsMadeAndSaved)
+{
+    for (int i = 0; i < 1000; ++i) // enough for the save to pump messages
+        Add(L"more " + std::to_wstring(i), L"Rock", 1, L"A", std::to_wstring(i));
+    Repopulate();
+    cWorld.cMessages.Typed = {L"2"};
+    const auto tryEverything = [&]
+    {
+        EXPECT_TRUE(Disabled());
+        cForm->OKClick();
+        cForm->CancelClick();
+        cForm->TabClick(RulesPane::Category);
+        cForm->StripClick(true);
+        EXPECT_EQ(cView.ePane, RulesPane::Global);
+        EXPECT_TRUE(cView.bRulesArea);
+        EXPECT_TRUE(cView.bOpen);
+    };
+    cWorld.cMessages.OnShown = tryEverything;
+    Open(L"Rock", 3,
+         [&]
+         {
+             Type(txtArtistSepMins1, L"46");
+             WhilePumping(tryEverything);
+             cForm->NewLevelClick();
+             EXPECT_FALSE(cView.bBusy);
+             EXPECT_TRUE(cScreen.enabled.at(lstCat));
+             EXPECT_FALSE(cScreen.bHourglass);
+         });
+    EXPECT_GT(lPumps, 0);
+    EXPECT_EQ(Shown(), Boxes());
+    EXPECT_TRUE(Level(L"Rock", 2));
+}
+
+TEST_F(Form, NothingCanBeUsedWhileACategoryIsMade)
+{
+    cWorld.cMessages.OnShown = [&] { EXPECT_TRUE(Disabled()); };
+    Open(L"Rock", 3,
+         [&]
+         {
+             cForm->NewClick();
+             EXPECT_FALSE(cView.bBusy);
+         });
+    EXPECT_EQ(cWorld.cMessages.Inputs.size(), 1u);
+}
+
+TEST_F(Form, WithMultiSelectTheSongsStayDisabledAfterACommand)
+{
+    cWorld.cMessages.Typed = {L"Swing"};
+    request.bAllowMultiSelect = true;
+    Open(L"", 0,
+         [&]
+         {
+             cForm->NewClick();
+             EXPECT_TRUE(cScreen.enabled.at(lstCat));
+             EXPECT_FALSE(cScreen.enabled.at(lstsongs1));
+         });
 }
 
 TEST_F(Form, GivingUpANewCategoryKeepsTheChoice)

@@ -6,12 +6,18 @@
 
 #include <atomic>
 #include <thread>
+#include <utility>
 
 namespace ravlo::test
 {
 
-using CategoryWindow = CategoryWindowTest;
 using Faults = std::vector<std::string>;
+
+struct CategoryWindow : CategoryWindowTest
+{
+    // Of the only menu.
+    UINT MenuState() const { return ::GetMenuState(::GetMenu(hWindow), 0, MF_BYPOSITION) & MF_GRAYED; }
+};
 
 TEST_F(CategoryWindow, OtherWindowsAreDisabledMeanwhileAndJustThoseEnabledAgain)
 {
@@ -332,6 +338,79 @@ TEST_F(CategoryWindow, ItsKeysWorkWhileTheLibraryPumpsMessages)
         });
 }
 
+// ---- busy ----
+
+TEST_F(CategoryWindow, WhileALevelIsSavedNothingInItCanBeUsed)
+{
+    for (int i = 0; i < 1000; ++i) // enough for the save to pump messages
+        Add(L"more " + std::to_wstring(i), L"Rock", 1, L"A", std::to_wstring(i));
+    cStation.Populate();
+    StartOn(L"Rock", 3);
+    Open(
+        [&](const User& user)
+        {
+            const std::vector<int> colIds = {eIdlstCat, eIdlstlvl,      eIdlstsongs1, eIdchkOpener,
+                                             eIdcmdNew, eIdcmdNewLevel, eIdTabStrip1, eIdpicRules0,
+                                             IDOK,      IDCANCEL,       eIdLabel2};
+            bool bShot = false;
+            int lPumps = 0;
+            user.Click(Box(0, eIdtxtTitleSepMins));
+            cStation.cWatchedLoop.OnPump = [&]
+            {
+                ++lPumps;
+                for (const int lId : colIds)
+                    EXPECT_FALSE(::IsWindowEnabled(At(lId))) << lId;
+                EXPECT_EQ(::GetFocus(), hWindow);
+                EXPECT_EQ(MenuState(), static_cast<UINT>(MF_GRAYED));
+                for (const HWND hOver :
+                     {At(IDOK), At(eIdlstCat), hWindow}) // the pointer is the application's
+                {
+                    ::SetCursor(::LoadCursorW(nullptr, IDC_ARROW));
+                    ::SendMessageW(hOver, WM_SETCURSOR, reinterpret_cast<WPARAM>(hOver),
+                                   MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+                    EXPECT_EQ(::GetCursor(), ::LoadCursorW(nullptr, IDC_WAIT));
+                }
+                ::SendMessageW(hWindow, WM_CLOSE, 0, 0);
+                const bool bTaken = std::exchange(bShot, true) || TakeScreenshot(hWindow, L"category-busy");
+                EXPECT_TRUE(bTaken);
+            };
+            user.Key('L', VK_MENU);
+            user.AnswerInput(L"2");
+            cStation.cWatchedLoop.OnPump = nullptr;
+            EXPECT_GT(lPumps, 0);
+            EXPECT_TRUE(cStation.Level(L"Rock", 2));
+            for (const int lId : colIds)
+                EXPECT_TRUE(::IsWindowEnabled(At(lId))) << lId;
+            EXPECT_FALSE(::IsWindowEnabled(At(eIdcmdApply))); // nothing has been edited
+            EXPECT_EQ(MenuState(), static_cast<UINT>(MF_ENABLED));
+            EXPECT_EQ(user.FocusedWindow(), At(eIdcmdNewLevel));
+        });
+}
+
+// What was chosen may take time to store, with boxes: nothing may look usable that nobody serves.
+TEST_F(CategoryWindow, ItIsOutOfSightAsSoonAsItIsClosed)
+{
+    request.cCut = cStation.cDataBase->colCuts[3];
+    request.bAllowMultiSelect = true;
+    bool bAsked = false;
+    std::static_pointer_cast<FakeCut>(request.cCut)->OnCall = [&](const std::string& sMember)
+    {
+        if (sMember != "SetCategoryText")
+            return;
+        bAsked = true;
+        EXPECT_FALSE(::IsWindowVisible(hWindow));
+        EXPECT_TRUE(::IsWindowEnabled(cHost.Handle()));
+    };
+    Open(
+        [&](const User& user)
+        {
+            user.ClickEntry(At(eIdlstCat), 0, VK_CONTROL);
+            user.Click(At(IDOK));
+        });
+    EXPECT_TRUE(bAsked);
+    EXPECT_EQ(::GetFocus(), cHost.hEdit);
+}
+
 // ---- menu ----
 
 namespace
@@ -563,6 +642,48 @@ TEST_F(CategoryWindow, LongNamesAndAmpersandsAreShownWhole)
             EXPECT_GT(::SendMessageW(At(eIdlstsongs1), LB_GETHORIZONTALEXTENT, 0, 0), 1000);
             EXPECT_EQ(Untidiness(hWindow), Faults());
             user.Shot(hWindow, L"category-long-names");
+        });
+}
+
+TEST_F(CategoryWindow, TheSmallestWindowGrowsWithALongTitle)
+{
+    Add(L"l", std::wstring(50, L'W'), 1, L"A", L"T");
+    cStation.Populate();
+    StartOn(L"Rock", 3);
+    Open(
+        [&](const User& user)
+        {
+            user.ClickTab(At(eIdTabStrip1), 1);
+            ::SetWindowPos(hWindow, nullptr, 0, 0, 10, 10, SWP_NOZORDER | SWP_NOMOVE);
+            user.Idle();
+            const RECT before = PlaceOf(hWindow);
+            cHost.Run(user, [&] { ::SendMessageW(At(eIdlstCat), LB_SETCARETINDEX, 3, 0); });
+            user.ClickEntry(At(eIdlstCat), 3);
+            EXPECT_GT(PlaceOf(hWindow).bottom, before.bottom);
+            EXPECT_EQ(PlaceOf(hWindow).right, before.right);
+            EXPECT_EQ(Untidiness(hWindow), Faults());
+            user.Shot(hWindow, L"category-smallest-long-title");
+        });
+}
+
+TEST_F(CategoryWindow, ANewCategoryIsScrolledIntoView)
+{
+    for (int i = 0; i < 60; ++i)
+        Add(L"x" + std::to_wstring(i), L"Cat " + std::to_wstring(i), 1, L"A", L"T");
+    cStation.Populate();
+    Open(
+        [&](const User& user)
+        {
+            user.Click(At(eIdcmdNew));
+            user.AnswerInput(L"Swing");
+            EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"Swing"}));
+            RECT entry{};
+            RECT list{};
+            ::SendMessageW(At(eIdlstCat), LB_GETITEMRECT, 63, reinterpret_cast<LPARAM>(&entry));
+            ::GetClientRect(At(eIdlstCat), &list);
+            EXPECT_GE(entry.top, 0);
+            EXPECT_LE(entry.bottom, list.bottom);
+            user.Shot(hWindow, L"category-new-of-many");
         });
 }
 

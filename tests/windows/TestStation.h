@@ -72,9 +72,13 @@ public:
     void PumpMessages() override
     {
         const MiddleOfWork cMiddle;
+        if (OnPump)
+            OnPump();
         m_cInner.PumpMessages();
     }
     void Sleep(std::uint32_t lMs) override { m_cInner.Sleep(lMs); }
+
+    std::function<void()> OnPump; // before each pump
 
 private:
     HostLoop& m_cInner;

@@ -57,11 +57,44 @@ void AssignCut(DataBase* cDataBase, Cut& cCut, std::int32_t lLevel, const std::w
 
 } // namespace
 
+// A command that opens other windows or lets messages run: until it ends, nothing in the window can be used
+// and the pointer is the hourglass.
+class frmCat::Busy
+{
+public:
+    explicit Busy(frmCat& cForm) : m_cCommand(cForm.m_bInCommand), m_cForm(cForm) { m_cForm.SetBusy(true); }
+    ~Busy() { m_cForm.SetBusy(false); }
+    Busy(const Busy&) = delete;
+    Busy& operator=(const Busy&) = delete;
+
+private:
+    Raised m_cCommand;
+    frmCat& m_cForm;
+};
+
 frmCat::frmCat(frmCatView& cView, CatSelector& cSelector, ModScheduler& cMod)
     : m_cView(cView), m_cSelector(cSelector), m_cMod(cMod)
 {
     m_cSelector.CatChanged = [this](std::shared_ptr<clsCat>& cCat) { OnCatChanged(cCat); };
     m_cSelector.OpenerChanged = [this](bool bOpener) { m_bOpener = bOpener; };
+}
+
+// The window keeps the focus aside before the selector's controls are disabled, and puts it back after they
+// are enabled.
+void frmCat::SetBusy(bool bBusy) noexcept
+{
+    try
+    {
+        if (bBusy)
+            m_cView.SetBusy(true);
+        m_cSelector.EnableUI(!bBusy);
+        if (!bBusy)
+            m_cView.SetBusy(false);
+    }
+    catch (...)
+    {
+        m_cMod.LogError(L"frmCat.SetBusy", CurrentError());
+    }
 }
 
 // ---- opening and closing ----
@@ -123,7 +156,7 @@ void frmCat::TakeChoice(CategoryRequest& request) const
 
 void frmCat::OKClick()
 {
-    if (m_bInCommand)
+    if (!Ready())
         return;
     m_colSelCuts = m_cSelector.SelectedCuts();
     m_bCancelled = false;
@@ -132,7 +165,7 @@ void frmCat::OKClick()
 
 void frmCat::CancelClick()
 {
-    if (m_bInCommand)
+    if (!Ready())
         return;
     m_bCancelled = true;
     Finish();
@@ -146,15 +179,29 @@ void frmCat::Finish()
     // Whatever the answer was.
     StoreGlobalArtistAndTitle();
     m_cMod.SaveSettings();
+    std::vector<std::wstring> colNames;
     if (!m_bCancelled && m_cCut)
-    {
-        std::vector<std::wstring> colNames = m_cSelector.colSelectedSubCatNames();
-        // The cut stays as it is when "ALL" has been refused with a box, and when the last category has been
-        // unmarked: a cut of no category is one of "NOCAT", which can be chosen.
-        if (m_cSubCat && !colNames.empty())
-            m_colNames = std::move(colNames);
-    }
+        colNames = NamesForTheCut();
+    // After the last box: in each the host may have reloaded.
+    const std::shared_ptr<clsCat> cSubCat = SubCat();
+    m_cMainCat = MainCat();
+    m_cSubCat = cSubCat;
+    // The cut stays as it is when "ALL" has been refused with a box, and when the last category has been
+    // unmarked: a cut of no category is one of "NOCAT", which can be chosen.
+    if (m_cSubCat && !colNames.empty())
+        m_colNames = std::move(colNames);
+    m_bClosed = true;
     m_cView.Close();
+}
+
+// A category that has been deleted is not brought back by filing the cut in it.
+std::vector<std::wstring> frmCat::NamesForTheCut()
+{
+    std::vector<std::wstring> colNames = m_cSelector.colSelectedSubCatNames();
+    const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan->colMainCats();
+    std::erase_if(colNames, [&](const std::wstring& sName)
+                  { return !colMainCats || !colMainCats->Exists(CategoryKey(sName, 0)); });
+    return colNames;
 }
 
 // ---- choosing ----
@@ -169,11 +216,27 @@ void frmCat::OnCatChanged(const std::shared_ptr<clsCat>& cCat)
     ShowRules();
 }
 
+// The chosen main category as the tree has it now; null when none is chosen or it is gone.
+std::shared_ptr<clsCat> frmCat::MainCat() const
+{
+    const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan->colMainCats();
+    const std::shared_ptr<clsCat>* cFound =
+        colMainCats && m_cMainCat ? colMainCats->Find(CategoryKey(m_cMainCat->CatName(), 0)) : nullptr;
+    return cFound ? *cFound : nullptr;
+}
+
+// The chosen level likewise; null for all levels, too.
+std::shared_ptr<clsCat> frmCat::SubCat() const
+{
+    const std::shared_ptr<clsCat> cMainCat = m_cSubCat ? MainCat() : nullptr;
+    return cMainCat ? cMainCat->SubCat(m_cSubCat->CatLevel()) : nullptr;
+}
+
 void frmCat::NewClick()
 {
-    if (m_bInCommand)
+    if (!Ready())
         return;
-    const Raised cCommand(m_bInCommand);
+    const Busy cBusy(*this);
     std::wstring sName;
     const bool bCreated = m_cSchedMan->CreateMainCat(sName);
     RefreshSelector();
@@ -181,14 +244,14 @@ void frmCat::NewClick()
     if (!bCreated || sName.empty() || !colMainCats)
         return;
     if (const std::shared_ptr<clsCat>* cMainCat = colMainCats->Find(CategoryKey(sName, 0)))
-        m_cSelector.SetSelectedMainCat(*cMainCat);
+        m_cSelector.MakeMainCatCurrent(*cMainCat);
 }
 
 void frmCat::NewLevelClick()
 {
-    if (m_bInCommand)
+    if (!Ready())
         return;
-    const Raised cCommand(m_bInCommand);
+    const Busy cBusy(*this);
     m_cSchedMan->CreateCatLevel(m_cSelector.SelectedMainCat());
     RefreshSelector();
 }
@@ -197,9 +260,9 @@ void frmCat::MenuOpening() { m_cView.EnableLibraryMenu(!m_cSchedMan->UIShowing()
 
 void frmCat::SchedLibClick()
 {
-    if (m_bInCommand || m_cSchedMan->UIShowing())
+    if (!Ready() || m_cSchedMan->UIShowing())
         return;
-    const Raised cCommand(m_bInCommand);
+    const Busy cBusy(*this);
     m_cSchedMan->ShowLibraryUI();
     RefreshSelector(); // categories may have come and gone there
 }
@@ -218,7 +281,7 @@ void frmCat::RefreshSelector()
 
 void frmCat::StripClick(bool bToggle)
 {
-    if (!bToggle)
+    if (!bToggle || !Ready())
         return;
     m_bRulesShown = !m_bRulesShown;
     m_cView.ShowRulesArea(m_bRulesShown);
@@ -227,6 +290,8 @@ void frmCat::StripClick(bool bToggle)
 
 void frmCat::TabClick(RulesPane ePane)
 {
+    if (!Ready())
+        return;
     if (ePane == RulesPane::Category && !m_cMainCat)
     {
         m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"ALL SONGS Is Not Valid For This!",
@@ -271,7 +336,9 @@ void frmCat::FillGlobalPane()
 
 void frmCat::FillCategoryPane()
 {
-    const std::shared_ptr<clsCat> cCat = RulesCat();
+    std::shared_ptr<clsCat> cCat = RulesCat();
+    if (!cCat)
+        cCat = m_cSubCat ? m_cSubCat : m_cMainCat; // what it had before it was deleted
     if (!cCat)
         return;
     const Raised cFilling(m_bFilling);
@@ -350,9 +417,14 @@ bool frmCat::AskPending()
 
 void frmCat::ApplyClick()
 {
-    if (m_bInCommand)
+    if (!Ready())
         return;
     const Raised cCommand(m_bInCommand);
+    if (m_ePane == RulesPane::Category && m_cMainCat && !RulesCat())
+    {
+        ForgetEdits(RulesPane::Category); // the category has been deleted
+        return RefreshSelector();
+    }
     Save(m_ePane);
 }
 

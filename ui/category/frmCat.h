@@ -48,12 +48,17 @@ public:
     void StripClick(bool bToggle); // Label1, Label2 and Label3
 
 private:
+    class Busy;
+    void SetBusy(bool bBusy) noexcept;
+    bool Ready() const noexcept { return !m_bInCommand && !m_bClosed; }
     void Open(const CategoryRequest& request);
     void Choose(const CategoryRequest& request);
     void TakeChoice(CategoryRequest& request) const;
     void OnCatChanged(const std::shared_ptr<clsCat>& cCat);
     void RefreshSelector();
-    std::shared_ptr<clsCat> RulesCat() const { return m_cSubCat ? m_cSubCat : m_cMainCat; }
+    std::shared_ptr<clsCat> MainCat() const;
+    std::shared_ptr<clsCat> SubCat() const;
+    std::shared_ptr<clsCat> RulesCat() const { return m_cSubCat ? SubCat() : MainCat(); }
 
     void ShowPane(RulesPane ePane);
     void ShowRules();
@@ -75,11 +80,14 @@ private:
     std::optional<std::int32_t> Minutes(RuleBox eBox) const;
     std::optional<std::int32_t> AbsoluteMinutes(RuleBox eBox) const;
     void Finish();
+    std::vector<std::wstring> NamesForTheCut();
 
     frmCatView& m_cView;
     CatSelector& m_cSelector;
     ModScheduler& m_cMod;
     std::shared_ptr<clsSchedMan> m_cSchedMan;
+    // As they were when they were chosen. The host may have reloaded or deleted them since, so what is stored
+    // or returned is looked up by name and level: MainCat() and SubCat().
     std::shared_ptr<clsCat> m_cMainCat;
     std::shared_ptr<clsCat> m_cSubCat; // null for all levels
     std::shared_ptr<Cut> m_cCut;
@@ -92,6 +100,7 @@ private:
     bool m_bRulesShown = true;
     bool m_bFilling = false;
     bool m_bInCommand = false;
+    bool m_bClosed = false;
     bool m_bCancelled = true;
 };
 

@@ -44,7 +44,10 @@ public:
     virtual void EnableApply(bool bEnable) = 0;       // cmdApply
     virtual void ShowRulesArea(bool bShow) = 0;       // and points the strip's arrows the other way
     virtual void EnableLibraryMenu(bool bEnable) = 0; // mnuSchedLib
-    // Shows the window and returns when it is gone: after Close, or because the program ends.
+    // While busy, nothing but the selector's controls can be used, which are not concerned. Apply and the
+    // boxes come back as they have been told to be in the meantime.
+    virtual void SetBusy(bool bBusy) = 0;
+    // Shows the window and returns when it is out of sight: after Close, or because the program ends.
     virtual void ShowModal() = 0;
     virtual void Close() = 0;
 };

@@ -25,6 +25,8 @@ public:
     void SetLook(HFONT hFont, int lDpi);
     // The smallest client size at which everything can be used.
     SIZE SmallestSize() const;
+    // EnableUI has asked for the hourglass: the window around shows it too.
+    bool ShowsHourglass() const noexcept { return m_bHourglass; }
     void FocusFirst() { Focus(SelectorControl::lstCat); }
     // Keys with a meaning of their own in its controls; true when one was dealt with.
     bool OnKey(const MSG& message);

@@ -156,6 +156,12 @@ LRESULT frmCatWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
             reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {size.cx, size.cy};
         }
         return 0;
+    case WM_SETCURSOR:
+        // Not while a box or another window is open before this one.
+        if (!m_cSelector || !m_cSelector->ShowsHourglass() || !::IsWindowEnabled(Handle()))
+            return Default(lMessage, wParam, lParam);
+        ::SetCursor(::LoadCursorW(nullptr, IDC_WAIT));
+        return TRUE;
     case WM_ACTIVATE:
         OnActivate(LOWORD(wParam) != WA_INACTIVE);
         return 0;
@@ -212,10 +218,26 @@ void frmCatWindow::OnCommand(int lId, int lCode)
 // The focus comes back to where it was when the window was left.
 void frmCatWindow::OnActivate(bool bActive)
 {
+    if (m_bBusy)
+    {
+        if (bActive)
+            ::SetFocus(Handle()); // its controls are disabled
+        return;
+    }
     if (!bActive)
         m_hFocus = ::GetFocus();
     else if (m_hFocus && ::IsChild(Handle(), m_hFocus))
         ::SetFocus(m_hFocus);
+}
+
+// Where it was before the window became busy, unless that control has gone meanwhile.
+void frmCatWindow::ReturnFocus()
+{
+    if (m_hFocus && ::IsChild(Handle(), m_hFocus) && ::IsWindowVisible(m_hFocus) &&
+        ::IsWindowEnabled(m_hFocus))
+        ::SetFocus(m_hFocus);
+    else
+        m_cSelector->FocusFirst();
 }
 
 // A control that goes must not keep the focus: nothing would hear the keyboard.
@@ -405,8 +427,23 @@ void frmCatWindow::SetRulesTitle(const std::wstring& sTitle)
 {
     const int lBefore = TitleHeight();
     ::SetWindowTextW(m_hTitle, sTitle.c_str());
-    if (TitleHeight() != lBefore)
-        LayOut();
+    if (TitleHeight() == lBefore)
+        return;
+    MakeRoom();
+    LayOut();
+}
+
+// A window at its smallest size grows with what has to be shown in it.
+void frmCatWindow::MakeRoom()
+{
+    if (!m_bRulesShown || !::IsWindowVisible(Handle()) || ::IsZoomed(Handle()) || ::IsIconic(Handle()))
+        return;
+    RECT window{};
+    ::GetWindowRect(Handle(), &window);
+    const SIZE size = {window.right - window.left, window.bottom - window.top};
+    const SIZE smallest = WindowSizeFor(Handle(), SmallestClient(), m_lDpi);
+    if (size.cx < smallest.cx || size.cy < smallest.cy)
+        ResizeOnScreen(Handle(), {std::max(size.cx, smallest.cx), std::max(size.cy, smallest.cy)});
 }
 
 std::wstring frmCatWindow::BoxText(RuleBox eBox) const
@@ -429,9 +466,32 @@ void frmCatWindow::CheckIgnore(bool bCheck) { m_cPanes[1]->CheckIgnore(bCheck); 
 
 void frmCatWindow::EnableApply(bool bEnable)
 {
+    m_bApply = bEnable;
     if (!bEnable)
         PassFocus(m_hApply, m_hOK);
-    ::EnableWindow(m_hApply, bEnable);
+    ::EnableWindow(m_hApply, bEnable && !m_bBusy);
+}
+
+void frmCatWindow::SetBusy(bool bBusy)
+{
+    if (bBusy)
+    {
+        const HWND hFocus = ::GetFocus();
+        if (hFocus && ::IsChild(Handle(), hFocus))
+            m_hFocus = hFocus;
+    }
+    m_bBusy = bBusy;
+    if (bBusy && ::GetActiveWindow() == Handle())
+        ::SetFocus(Handle()); // a disabled control must not keep it
+    for (const HWND hControl : {m_hNew, m_hNewLevel, m_hTabs, m_cPanes[0]->Handle(), m_cPanes[1]->Handle(),
+                                m_hOK, m_hCancel, m_hStrip[0], m_hStrip[1], m_hStrip[2]})
+        ::EnableWindow(hControl, !bBusy);
+    ::EnableWindow(m_hApply, m_bApply && !bBusy);
+    constexpr UINT lScheduler = 0; // the only menu
+    ::EnableMenuItem(::GetMenu(Handle()), lScheduler, MF_BYPOSITION | (bBusy ? MF_GRAYED : MF_ENABLED));
+    ::DrawMenuBar(Handle());
+    if (!bBusy && ::GetActiveWindow() == Handle())
+        ReturnFocus();
 }
 
 void frmCatWindow::ShowRulesArea(bool bShow)
@@ -478,8 +538,11 @@ void frmCatWindow::ShowModal()
     ::SetForegroundWindow(Handle());
     m_cSelector->FocusFirst();
     m_cLoop->Run();
-    if (Handle())
-        RememberPlace(Handle(), m_cMod.Outside().cUserSettings, sPlaceKey);
+    if (!Handle())
+        return;
+    RememberPlace(Handle(), m_cMod.Outside().cUserSettings, sPlaceKey);
+    ::ShowWindow(Handle(),
+                 SW_HIDE); // what has been chosen may take time to store: without the loop it is dead
 }
 
 void frmCatWindow::Close() { m_cLoop->End(); }

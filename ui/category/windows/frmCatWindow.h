@@ -39,6 +39,7 @@ private:
     void EnableApply(bool bEnable) override;
     void ShowRulesArea(bool bShow) override;
     void EnableLibraryMenu(bool bEnable) override;
+    void SetBusy(bool bBusy) override;
     void ShowModal() override;
     void Close() override;
 
@@ -48,6 +49,8 @@ private:
     void OnActivate(bool bActive);
     void DrawArrow(const DRAWITEMSTRUCT& item) const;
     void PassFocus(HWND hFrom, HWND hTo);
+    void ReturnFocus();
+    void MakeRoom();
     bool OnKey(MSG& message);
     void NextTab();
 
@@ -82,8 +85,10 @@ private:
     HWND m_hOK = nullptr;
     HWND m_hCancel = nullptr;
     std::array<HWND, 3> m_hStrip{}; // Label1, Label2, Label3
-    HWND m_hFocus = nullptr;        // what had the focus when the window was left
+    HWND m_hFocus = nullptr;        // what had the focus when the window was left or became busy
     bool m_bRulesShown = true;
+    bool m_bApply = true; // cmdApply is enabled, except while busy
+    bool m_bBusy = false;
 };
 
 } // namespace ravlo
