@@ -54,14 +54,22 @@ private:
 class NoFiles : public Files
 {
 public:
-    bool FileExists(const std::wstring& sPath) const override { return sPath == m_sAppended; }
-    bool FolderExists(const std::wstring& sPath) const override { return !sPath.ends_with(L".tmp"); }
+    Presence PresenceOf(const std::wstring& sPath) const override
+    {
+        return sPath == m_sAppended ? Presence::Present : Presence::Absent;
+    }
+    Presence PresenceOfFolder(const std::wstring& sPath) const override
+    {
+        return sPath.ends_with(L".tmp") ? Presence::Absent : Presence::Present;
+    }
     void CreateFolder(const std::wstring&) override {}
-    std::string ReadAll(const std::wstring&) const override { return {}; }
+    std::vector<FileEntry> FilesIn(const std::wstring&) const override { return {}; }
+    std::string ReadAll(const std::wstring&, Patience = Patience::UpToASecond) const override { return {}; }
     void WriteNew(const std::wstring&, std::string_view) override {}
     void Append(const std::wstring& sPath, std::string_view) override { m_sAppended = sPath; }
-    void Rename(const std::wstring&, const std::wstring&) override {}
+    void Rename(const std::wstring&, const std::wstring&, Patience = Patience::UpToASecond) override {}
     void Delete(const std::wstring&) override {}
+    std::unique_ptr<HeldFile> HoldOpen(const std::wstring&) override { return std::make_unique<HeldFile>(); }
     std::wstring LibraryFolder() const override { return {}; }
 
 private:

@@ -30,17 +30,20 @@ public:
     // Takes the orders of a station whose writes went here.
     bool bKeep = false;
 
-    bool FileExists(const std::wstring& sPath) const override
+    Presence PresenceOf(const std::wstring& sPath) const override
     {
-        return m_colFiles.count(sPath) != 0 || NoFiles::FileExists(sPath);
+        return m_colFiles.count(sPath) != 0 ? Presence::Present : NoFiles::PresenceOf(sPath);
     }
-    std::string ReadAll(const std::wstring& sPath) const override { return m_colFiles.at(sPath); }
+    std::string ReadAll(const std::wstring& sPath, Patience = Patience::UpToASecond) const override
+    {
+        return m_colFiles.at(sPath);
+    }
     void WriteNew(const std::wstring&, std::string_view bytes) override
     {
         if (bKeep)
             m_written = bytes;
     }
-    void Rename(const std::wstring&, const std::wstring& sPath) override
+    void Rename(const std::wstring&, const std::wstring& sPath, Patience = Patience::UpToASecond) override
     {
         if (bKeep)
             m_colFiles[sPath] = std::exchange(m_written, {});

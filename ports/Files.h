@@ -1,43 +1,100 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ravlo
 {
 
-// The file system. Paths use backslashes, as the host hands them in. Every path is taken literally: '*' and '?' never
-// stand for other names. Each operation that fails throws RuntimeError with the number a host knows
-// (53, 57, 61, 70, 75, 76 ...) and has then changed nothing, except where said.
+// What a look at a path tells. Unknown: it could not be looked at, because the drive or the network is away
+// or the rights are missing. It may well be there, so nothing may be overwritten on the strength of it.
+enum class Presence
+{
+    Absent,
+    Present,
+    Unknown,
+};
+
+// How an operation takes a file that another program has open for a moment, as virus scanners and backups do.
+enum class Patience
+{
+    None,        // fails at once: for work on air, which is retried later
+    UpToASecond, // retries; the thread waits without pumping messages
+};
+
+// A file that is held open against every other program until this ends.
+class HeldFile
+{
+public:
+    HeldFile() = default;
+    virtual ~HeldFile() = default;
+    HeldFile(const HeldFile&) = delete;
+    HeldFile& operator=(const HeldFile&) = delete;
+};
+
+// A file in a folder.
+struct FileEntry
+{
+    std::wstring sName;
+    std::chrono::seconds lAge{}; // since it was last written; negative when the clock was set back since
+};
+
+// The file system. Paths use backslashes, as the host hands them in. Every path is taken literally: '*' and
+// '?' never stand for other names. Each operation that fails throws RuntimeError with the number a host knows
+// (53, 57, 61, 70, 75, 76 ...) and has then changed nothing, except where said. A path that is too long
+// raises 52 with a description that names the limit.
 class Files
 {
 public:
     virtual ~Files() = default;
 
-    // Whether a file (not a folder) of exactly that name exists. Never throws: what cannot be looked at is not there.
-    virtual bool FileExists(const std::wstring& sPath) const = 0;
-    virtual bool FolderExists(const std::wstring& sPath) const = 0;
+    // Whether a file (not a folder) of exactly that name exists; a path that can name no file is Absent.
+    // Never throws.
+    virtual Presence PresenceOf(const std::wstring& sPath) const = 0;
+    // The same of a folder.
+    virtual Presence PresenceOfFolder(const std::wstring& sPath) const = 0;
+    // For where a wrong No does no harm.
+    bool FileExists(const std::wstring& sPath) const { return PresenceOf(sPath) == Presence::Present; }
+    bool FolderExists(const std::wstring& sPath) const
+    {
+        return PresenceOfFolder(sPath) == Presence::Present;
+    }
 
     // Creates the last component of the path only. 76 when the parent is missing, 58 when the name is taken.
     virtual void CreateFolder(const std::wstring& sPath) = 0;
 
-    // The whole content.
-    virtual std::string ReadAll(const std::wstring& sPath) const = 0;
+    // The files directly in a folder, without its folders, in no order. 76 when it is missing.
+    virtual std::vector<FileEntry> FilesIn(const std::wstring& sFolder) const = 0;
 
-    // Creates the file, or empties an existing one, writes the bytes, brings them to the disk and closes. On failure
-    // the file may be left behind with a part of the bytes: use ReplaceFile where an old content matters.
+    // The whole content.
+    virtual std::string ReadAll(const std::wstring& sPath,
+                                Patience ePatience = Patience::UpToASecond) const = 0;
+
+    // Creates the file, or empties an existing one, writes the bytes, brings them to the disk and closes. On
+    // failure the file may be left behind with a part of the bytes: use ReplaceFile where an old content
+    // matters.
     virtual void WriteNew(const std::wstring& sPath, std::string_view bytes) = 0;
 
     // Adds the bytes at the end of the file, creating it when it is missing: one open, one write, one close.
     virtual void Append(const std::wstring& sPath, std::string_view bytes) = 0;
 
-    // Gives a file another name in the same folder, in one step. A file that has that name already is replaced.
-    virtual void Rename(const std::wstring& sFrom, const std::wstring& sTo) = 0;
+    // Gives a file another name in the same folder, in one step. A file that has that name already is
+    // replaced, and its attributes and permissions are kept where the platform can.
+    virtual void Rename(const std::wstring& sFrom, const std::wstring& sTo,
+                        Patience ePatience = Patience::UpToASecond) = 0;
 
     // 53 when there is no such file.
     virtual void Delete(const std::wstring& sPath) = 0;
+
+    // Opens a file so that nobody else can open it for writing, creating it empty when it is missing; the
+    // system lets go of it when the program ends, however it ends. Null when somebody has it open for
+    // writing, in this program or another.
+    virtual std::unique_ptr<HeldFile> HoldOpen(const std::wstring& sPath) = 0;
 
     // The folder the running library itself lies in, without a trailing backslash.
     virtual std::wstring LibraryFolder() const = 0;
@@ -47,9 +104,14 @@ public:
 #undef ReplaceFile // the macro of a system header that came first
 #endif
 
-// Replaces a file's content in one step: a reader sees the old bytes or the new ones, never a part of either. The new
-// content goes to a temporary file beside it, is flushed and renamed. Throws when that fails; the old file is whole then
-// and no temporary file is left behind if it could be deleted.
-void ReplaceFile(Files& cFiles, const std::wstring& sPath, std::string_view bytes);
+// Replaces a file's content in one step: a reader sees the old bytes or the new ones, never a part of either.
+// The new content goes to a temporary file beside it, is flushed and renamed. Throws when that fails; the old
+// file is whole then and no temporary file is left behind if it could be deleted.
+void ReplaceFile(Files& cFiles, const std::wstring& sPath, std::string_view bytes,
+                 Patience ePatience = Patience::UpToASecond);
+
+// Whether a name is one that ReplaceFile gives its temporary files: "~", eight lower-case hexadecimal digits,
+// ".tmp".
+bool IsTemporaryName(std::wstring_view sName) noexcept;
 
 } // namespace ravlo

@@ -4,17 +4,32 @@
 namespace ravlo
 {
 
+Presence FailingFiles::PresenceOf(const std::wstring& sPath) const
+{
+    return CanLook() ? m_cInner.PresenceOf(sPath) : Presence::Unknown;
+}
+
+Presence FailingFiles::PresenceOfFolder(const std::wstring& sPath) const
+{
+    return CanLook() ? m_cInner.PresenceOfFolder(sPath) : Presence::Unknown;
+}
+
 void FailingFiles::CreateFolder(const std::wstring& sPath)
 {
     Step();
     m_cInner.CreateFolder(sPath);
 }
 
-std::string FailingFiles::ReadAll(const std::wstring& sPath) const
+std::vector<FileEntry> FailingFiles::FilesIn(const std::wstring& sFolder) const
 {
-    if (bCountReads)
-        Step();
-    return m_cInner.ReadAll(sPath);
+    ReadStep();
+    return m_cInner.FilesIn(sFolder);
+}
+
+std::string FailingFiles::ReadAll(const std::wstring& sPath, Patience ePatience) const
+{
+    ReadStep();
+    return m_cInner.ReadAll(sPath, ePatience);
 }
 
 void FailingFiles::WriteNew(const std::wstring& sPath, std::string_view bytes)
@@ -35,10 +50,10 @@ void FailingFiles::Append(const std::wstring& sPath, std::string_view bytes)
     m_cInner.Append(sPath, bytes);
 }
 
-void FailingFiles::Rename(const std::wstring& sFrom, const std::wstring& sTo)
+void FailingFiles::Rename(const std::wstring& sFrom, const std::wstring& sTo, Patience ePatience)
 {
     Step();
-    m_cInner.Rename(sFrom, sTo);
+    m_cInner.Rename(sFrom, sTo, ePatience);
 }
 
 void FailingFiles::Delete(const std::wstring& sPath)
@@ -47,8 +62,16 @@ void FailingFiles::Delete(const std::wstring& sPath)
     m_cInner.Delete(sPath);
 }
 
+std::unique_ptr<HeldFile> FailingFiles::HoldOpen(const std::wstring& sPath)
+{
+    Step();
+    return m_cInner.HoldOpen(sPath);
+}
+
 bool FailingFiles::IsNextStepGood() const
 {
+    if (bAway)
+        return false;
     if (bFailed)
         return !bStaysBroken;
     bFailed = m_lGoodSteps == 0;
@@ -61,5 +84,13 @@ void FailingFiles::Step() const
     if (!IsNextStepGood())
         throw RuntimeError(m_lError);
 }
+
+void FailingFiles::ReadStep() const
+{
+    if (bCountReads || bAway)
+        Step();
+}
+
+bool FailingFiles::CanLook() const { return bCountLooks ? IsNextStepGood() : !bAway; }
 
 } // namespace ravlo

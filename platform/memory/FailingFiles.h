@@ -9,10 +9,10 @@
 namespace ravlo
 {
 
-// Files whose n-th step fails. Steps are: creating a folder, appending, renaming, deleting (one each), and
-// for WriteNew creating the file, writing to it and flushing it. A failing create changes nothing, a failing
-// write leaves the first half of the bytes, a failing flush leaves them all; each throws. Looking whether
-// something exists is no step.
+// Files whose n-th step fails. Steps are: creating a folder, appending, renaming, deleting, holding open (one
+// each), and for WriteNew creating the file, writing to it and flushing it. A failing create changes nothing,
+// a failing write leaves the first half of the bytes, a failing flush leaves them all; each throws. Reading,
+// listing and looking whether something exists are steps on demand; a failing look is Unknown.
 //
 // A fault loop runs an operation with 0, 1, 2 ... good steps until bFailed stays false.
 class FailingFiles final : public Files
@@ -23,26 +23,35 @@ public:
     {
     }
 
-    bool FileExists(const std::wstring& sPath) const override { return m_cInner.FileExists(sPath); }
-    bool FolderExists(const std::wstring& sPath) const override { return m_cInner.FolderExists(sPath); }
+    Presence PresenceOf(const std::wstring& sPath) const override;
+    Presence PresenceOfFolder(const std::wstring& sPath) const override;
     void CreateFolder(const std::wstring& sPath) override;
-    std::string ReadAll(const std::wstring& sPath) const override;
+    std::vector<FileEntry> FilesIn(const std::wstring& sFolder) const override;
+    std::string ReadAll(const std::wstring& sPath, Patience ePatience = Patience::UpToASecond) const override;
     void WriteNew(const std::wstring& sPath, std::string_view bytes) override;
     void Append(const std::wstring& sPath, std::string_view bytes) override;
-    void Rename(const std::wstring& sFrom, const std::wstring& sTo) override;
+    void Rename(const std::wstring& sFrom, const std::wstring& sTo,
+                Patience ePatience = Patience::UpToASecond) override;
     void Delete(const std::wstring& sPath) override;
+    std::unique_ptr<HeldFile> HoldOpen(const std::wstring& sPath) override;
     std::wstring LibraryFolder() const override { return m_cInner.LibraryFolder(); }
 
-    // Whether reading a file is a step too.
+    // Whether reading a file and listing a folder are steps too.
     bool bCountReads = false;
-    // Whether every step after the failing one fails as well, as on a disk that was pulled out.
+    // Whether looking is.
+    bool bCountLooks = false;
+    // Whether every step after the failing one fails as well, as on a disk that is full.
     bool bStaysBroken = false;
+    // Whether everything fails, reads and looks included, as when the drive is away. Counts no steps.
+    bool bAway = false;
     // Whether the failing step was reached.
     mutable bool bFailed = false;
 
 private:
     bool IsNextStepGood() const;
     void Step() const;
+    void ReadStep() const;
+    bool CanLook() const;
 
     Files& m_cInner;
     mutable int m_lGoodSteps;

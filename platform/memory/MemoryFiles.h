@@ -2,10 +2,14 @@
 #pragma once
 
 #include "ports/Files.h"
+#include "ports/RuntimeError.h"
 
 #include <cstdint>
 #include <initializer_list>
 #include <map>
+#include <memory>
+#include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -14,22 +18,25 @@ namespace ravlo
 
 // A file system in memory that behaves as the host's: names are found without regard to case and keep the
 // spelling they were made with, a folder must exist before anything is put into it, and a name with one of <
-// > : " | ? * or a control character cannot be made (52). The folders "" (the current one), "C:" and the
-// library's own are there from the start.
+// > : " | ? * or a control character, or a device's, cannot be made (52). The folders "" (the current one),
+// "C:" and the library's own are there from the start.
 class MemoryFiles final : public Files
 {
 public:
     MemoryFiles();
     MemoryFiles(std::initializer_list<std::pair<std::wstring, std::string>> contents);
 
-    bool FileExists(const std::wstring& sPath) const override;
-    bool FolderExists(const std::wstring& sPath) const override;
+    Presence PresenceOf(const std::wstring& sPath) const override;
+    Presence PresenceOfFolder(const std::wstring& sPath) const override;
     void CreateFolder(const std::wstring& sPath) override;
-    std::string ReadAll(const std::wstring& sPath) const override;
+    std::vector<FileEntry> FilesIn(const std::wstring& sFolder) const override;
+    std::string ReadAll(const std::wstring& sPath, Patience ePatience = Patience::UpToASecond) const override;
     void WriteNew(const std::wstring& sPath, std::string_view bytes) override;
     void Append(const std::wstring& sPath, std::string_view bytes) override;
-    void Rename(const std::wstring& sFrom, const std::wstring& sTo) override;
+    void Rename(const std::wstring& sFrom, const std::wstring& sTo,
+                Patience ePatience = Patience::UpToASecond) override;
     void Delete(const std::wstring& sPath) override;
+    std::unique_ptr<HeldFile> HoldOpen(const std::wstring& sPath) override;
     std::wstring LibraryFolder() const override { return m_sLibraryFolder; }
 
     // What follows is for tests. None of it is recorded, and no mark stands in its way.
@@ -50,6 +57,17 @@ public:
     // Reading the file throws the number; 0 takes the mark off. The mark stays with the path.
     void SetUnreadable(const std::wstring& sPath, std::int32_t lError);
 
+    // The drive of a path is away: what lies there, and the path itself, looks Unknown, and everything asked
+    // of it throws the number. 0 brings it back as it was.
+    void SetAway(const std::wstring& sPath, std::int32_t lError = error::PathNotFound);
+    // Another program has the file open for that many attempts at reading or replacing it, each of which
+    // throws 70 or, with patience, is followed by the next one; no time passes. Negative: for ever.
+    void SetLocked(const std::wstring& sPath, int lAttempts);
+    // The attempts at reading or replacing that file so far, successful or not.
+    int AttemptsOn(const std::wstring& sPath) const;
+    // How long ago the file was written; writing it makes it new again.
+    void SetAge(const std::wstring& sPath, std::chrono::seconds lAge);
+
     // The reads and changes asked for since the last clearing, failed ones included, each as the operation's
     // name, a blank and its path, e.g. "WriteNew C:\Radio\Jazz.sif"; "Rename <from> -> <to>".
     const std::vector<std::wstring>& Operations() const { return m_sOperations; }
@@ -60,7 +78,9 @@ private:
     {
         std::wstring sPath;
         std::string bytes;
+        std::chrono::seconds lAge{};
     };
+    class Held;
 
     File& Existing(const std::wstring& sPath);
     const File& Existing(const std::wstring& sPath) const;
@@ -69,11 +89,21 @@ private:
     File& Writable(const std::wstring& sPath);
     void RequirePlaceFor(const std::wstring& sPath) const;
     void RequireChangeable(const std::wstring& sPath) const;
+    void RequireReachable(const std::wstring& sPath) const;
+    void RequireFree(const std::wstring& sPath, Patience ePatience) const;
+    bool IsFile(const std::wstring& sPath) const;
+    bool IsFolder(const std::wstring& sPath) const;
+    // The error of a path whose drive is away; 0 for a drive that is there.
+    std::int32_t AwayError(const std::wstring& sPath) const;
 
     std::map<std::wstring, File> m_files;           // by folded path
     std::map<std::wstring, std::wstring> m_folders; // spelling by folded path
     std::map<std::wstring, bool> m_readOnly;
     std::map<std::wstring, std::int32_t> m_unreadable;
+    std::map<std::wstring, std::int32_t> m_away;
+    mutable std::map<std::wstring, int> m_locked; // attempts still to fail
+    mutable std::map<std::wstring, int> m_attempts;
+    std::shared_ptr<std::set<std::wstring>> m_held = std::make_shared<std::set<std::wstring>>();
     mutable std::vector<std::wstring> m_sOperations;
     std::wstring m_sLibraryFolder;
 };

@@ -7,7 +7,10 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
+#include <ctime>
+#include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -17,39 +20,69 @@ namespace ravlo
 namespace
 {
 
-enum class Kind
-{
-    None,
-    File,
-    Folder,
-};
-
-Kind KindOf(const std::string& sNative)
-{
-    struct stat status;
-    if (::stat(sNative.c_str(), &status) != 0)
-        return Kind::None;
-    return S_ISDIR(status.st_mode) ? Kind::Folder : Kind::File;
-}
-
-Kind KindOf(const std::wstring& sPath)
-{
-    try
-    {
-        return KindOf(NativePathOf(sPath));
-    }
-    catch (const RuntimeError&)
-    {
-        return Kind::None; // a path that cannot be expressed names nothing
-    }
-}
-
 std::string FolderOf(const std::string& sNative)
 {
     const std::size_t lSeparator = sNative.find_last_of('/');
     if (lSeparator == std::string::npos)
         return ".";
     return sNative.substr(0, lSeparator == 0 ? 1 : lSeparator);
+}
+
+enum class Kind
+{
+    None,
+    File,
+    Folder,
+    Unknown, // it could not be looked at
+};
+
+// Whether the last component of the path that does exist is a link, which leads to where nothing is mounted.
+bool IsLinkBroken(std::string sNative)
+{
+    for (;;)
+    {
+        struct stat status;
+        if (::lstat(sNative.c_str(), &status) == 0)
+            return S_ISLNK(status.st_mode);
+        const std::string sFolder = FolderOf(sNative);
+        if ((errno != ENOENT && errno != ENOTDIR) || sFolder == sNative)
+            return false;
+        sNative = sFolder;
+    }
+}
+
+Kind KindOf(const std::string& sNative)
+{
+    struct stat status;
+    if (::stat(sNative.c_str(), &status) == 0)
+        return S_ISDIR(status.st_mode) ? Kind::Folder : Kind::File;
+    switch (errno)
+    {
+    case ENOENT:
+        return IsLinkBroken(sNative) ? Kind::Unknown : Kind::None;
+    case ENOTDIR:
+    case ENAMETOOLONG:
+        return Kind::None;
+    default:
+        return Kind::Unknown;
+    }
+}
+
+Presence PresenceAs(Kind eWanted, const std::wstring& sPath)
+{
+    std::string sNative;
+    try
+    {
+        sNative = NativePathOf(sPath);
+    }
+    catch (const RuntimeError&)
+    {
+        return Presence::Absent; // a path that cannot be expressed names nothing
+    }
+    const Kind eKind = KindOf(sNative);
+    if (eKind == Kind::Unknown)
+        return Presence::Unknown;
+    return eKind == eWanted ? Presence::Present : Presence::Absent;
 }
 
 std::int32_t ErrorNumberOf(int lErrno, const std::string& sNative)
@@ -79,7 +112,6 @@ std::int32_t ErrorNumberOf(int lErrno, const std::string& sNative)
     case EMFILE:
     case ENFILE:
         return lTooManyFiles;
-    case ENAMETOOLONG:
     case ELOOP:
     case EINVAL:
         return error::BadFileName;
@@ -88,7 +120,15 @@ std::int32_t ErrorNumberOf(int lErrno, const std::string& sNative)
     }
 }
 
-[[noreturn]] void Fail(const std::string& sNative) { throw RuntimeError(ErrorNumberOf(errno, sNative)); }
+[[noreturn]] void FailWith(int lErrno, const std::string& sNative)
+{
+    if (lErrno == ENAMETOOLONG)
+        throw RuntimeError(error::BadFileName, L"Bad file name: longer than 255 bytes in a name, or than " +
+                                                   std::to_wstring(PATH_MAX - 1) + L" in the whole path");
+    throw RuntimeError(ErrorNumberOf(lErrno, sNative));
+}
+
+[[noreturn]] void Fail(const std::string& sNative) { FailWith(errno, sNative); }
 
 // An open file, closed at the end of its life.
 class Descriptor
@@ -147,6 +187,16 @@ public:
             return;
     }
 
+    // Whether nobody else has locked the file; then it is locked until this ends.
+    bool Lock()
+    {
+        if (::flock(m_lDescriptor, LOCK_EX | LOCK_NB) == 0)
+            return true;
+        if (errno != EWOULDBLOCK)
+            Fail(m_sNative);
+        return false;
+    }
+
     void Flush()
     {
         if (::fsync(m_lDescriptor) != 0)
@@ -167,6 +217,31 @@ private:
     int m_lDescriptor;
 };
 
+class PosixHeldFile final : public HeldFile
+{
+public:
+    explicit PosixHeldFile(const std::string& sNative) : m_cFile(sNative, O_RDWR | O_CREAT) {}
+    bool Lock() { return m_cFile.Lock(); }
+
+private:
+    Descriptor m_cFile;
+};
+
+// Gives a file the owner and the mode of the one that it is about to replace. Best effort: only the superuser
+// can give a file away.
+void CopyPermissions(const std::string& sFrom, const std::string& sTo)
+{
+    struct stat from;
+    struct stat to;
+    if (::stat(sFrom.c_str(), &from) != 0 || ::stat(sTo.c_str(), &to) != 0)
+        return;
+    const bool bOtherOwner = from.st_uid != to.st_uid || from.st_gid != to.st_gid;
+    if (bOtherOwner && ::chown(sTo.c_str(), from.st_uid, from.st_gid) != 0)
+        return; // another owner's mode could give away more than it did
+    if (from.st_mode != to.st_mode && ::chmod(sTo.c_str(), from.st_mode & 07777) != 0)
+        return;
+}
+
 // Brings a new name to the disk. Failing is no error: the rename itself has happened, and not every file
 // system can flush a folder.
 void FlushFolder(const std::string& sNative)
@@ -180,9 +255,12 @@ void FlushFolder(const std::string& sNative)
 
 } // namespace
 
-bool PosixFiles::FileExists(const std::wstring& sPath) const { return KindOf(sPath) == Kind::File; }
+Presence PosixFiles::PresenceOf(const std::wstring& sPath) const { return PresenceAs(Kind::File, sPath); }
 
-bool PosixFiles::FolderExists(const std::wstring& sPath) const { return KindOf(sPath) == Kind::Folder; }
+Presence PosixFiles::PresenceOfFolder(const std::wstring& sPath) const
+{
+    return PresenceAs(Kind::Folder, sPath);
+}
 
 void PosixFiles::CreateFolder(const std::wstring& sPath)
 {
@@ -195,7 +273,29 @@ void PosixFiles::CreateFolder(const std::wstring& sPath)
     Fail(sNative);
 }
 
-std::string PosixFiles::ReadAll(const std::wstring& sPath) const
+std::vector<FileEntry> PosixFiles::FilesIn(const std::wstring& sFolder) const
+{
+    const std::string sNative = NativePathOf(sFolder);
+    const std::unique_ptr<DIR, int (*)(DIR*)> pFolder(::opendir(sNative.c_str()), &::closedir);
+    if (!pFolder && errno == ENOENT)
+        throw RuntimeError(
+            error::PathNotFound); // that it is the last component that is missing does not matter
+    if (!pFolder)
+        Fail(sNative);
+    std::vector<FileEntry> colFiles;
+    const std::time_t now = std::time(nullptr);
+    for (errno = 0; const dirent* pEntry = ::readdir(pFolder.get()); errno = 0)
+    {
+        struct stat status;
+        if (::stat((sNative + "/" + pEntry->d_name).c_str(), &status) == 0 && !S_ISDIR(status.st_mode))
+            colFiles.push_back({HostPathOf(pEntry->d_name), std::chrono::seconds(now - status.st_mtime)});
+    }
+    if (errno != 0)
+        Fail(sNative);
+    return colFiles;
+}
+
+std::string PosixFiles::ReadAll(const std::wstring& sPath, Patience) const
 {
     return Descriptor(NativePathOf(sPath), O_RDONLY).ReadToEnd();
 }
@@ -224,14 +324,18 @@ void PosixFiles::Append(const std::wstring& sPath, std::string_view bytes)
     cFile.Close();
 }
 
-void PosixFiles::Rename(const std::wstring& sFrom, const std::wstring& sTo)
+void PosixFiles::Rename(const std::wstring& sFrom, const std::wstring& sTo, Patience)
 {
     const std::string sOld = NativePathOf(sFrom);
     const std::string sNew = NativePathOf(sTo);
     if (KindOf(sOld) == Kind::Folder || KindOf(sNew) == Kind::Folder)
         throw RuntimeError(error::PathFileAccess);
+    CopyPermissions(sNew, sOld);
     if (::rename(sOld.c_str(), sNew.c_str()) != 0)
-        throw RuntimeError(ErrorNumberOf(errno, KindOf(sOld) == Kind::None ? sOld : sNew));
+    {
+        const int lErrno = errno;
+        FailWith(lErrno, KindOf(sOld) == Kind::None ? sOld : sNew);
+    }
     FlushFolder(FolderOf(sNew));
 }
 
@@ -240,6 +344,14 @@ void PosixFiles::Delete(const std::wstring& sPath)
     const std::string sNative = NativePathOf(sPath);
     if (::unlink(sNative.c_str()) != 0)
         Fail(sNative);
+}
+
+std::unique_ptr<HeldFile> PosixFiles::HoldOpen(const std::wstring& sPath)
+{
+    auto cHeld = std::make_unique<PosixHeldFile>(NativePathOf(sPath));
+    if (!cHeld->Lock())
+        return nullptr;
+    return cHeld;
 }
 
 std::wstring PosixFiles::LibraryFolder() const

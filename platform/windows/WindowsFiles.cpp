@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/windows/WindowsFiles.h"
 
+#include "platform/common/Retries.h"
+#include "platform/windows/WindowsPaths.h"
 #include "ports/RuntimeError.h"
 
 #include <algorithm>
-#include <windows.h>
+#include <cstddef>
 
 namespace ravlo
 {
@@ -12,119 +14,39 @@ namespace ravlo
 namespace
 {
 
-// The numbers a host's own file statements give.
-std::int32_t ErrorNumberOf(DWORD lError)
-{
-    constexpr DWORD lQuotaExceeded = 1295; // ERROR_DISK_QUOTA_EXCEEDED, which not every SDK names
-    constexpr std::int32_t lTooManyFiles = 67;
-    constexpr std::int32_t lDiskNotReady = 71;
-    switch (lError)
-    {
-    case ERROR_FILE_NOT_FOUND:
-        return error::FileNotFound;
-    case ERROR_PATH_NOT_FOUND:
-    case ERROR_INVALID_DRIVE:
-    case ERROR_BAD_NETPATH:
-    case ERROR_BAD_NET_NAME:
-    case ERROR_DIRECTORY:
-        return error::PathNotFound;
-    case ERROR_ACCESS_DENIED:
-    case ERROR_WRITE_PROTECT:
-        return error::PathFileAccess;
-    case ERROR_SHARING_VIOLATION:
-    case ERROR_LOCK_VIOLATION:
-    case ERROR_USER_MAPPED_FILE:
-        return error::PermissionDenied;
-    case ERROR_FILE_EXISTS:
-    case ERROR_ALREADY_EXISTS:
-        return error::FileAlreadyExists;
-    case ERROR_DISK_FULL:
-    case ERROR_HANDLE_DISK_FULL:
-    case lQuotaExceeded:
-        return error::DiskFull;
-    case ERROR_TOO_MANY_OPEN_FILES:
-        return lTooManyFiles;
-    case ERROR_NOT_READY:
-        return lDiskNotReady;
-    case ERROR_INVALID_NAME:
-    case ERROR_BAD_PATHNAME:
-    case ERROR_FILENAME_EXCED_RANGE:
-        return error::BadFileName;
-    default:
-        return error::DeviceIo;
-    }
-}
-
 [[noreturn]] void FailWith(DWORD lError) { throw RuntimeError(ErrorNumberOf(lError)); }
 [[noreturn]] void Fail() { FailWith(::GetLastError()); }
 
-bool StartsWith(const std::wstring& sText, std::wstring_view sStart)
+Presence PresenceOfKind(Kind eKind, Kind eWanted)
 {
-    return sText.compare(0, sStart.size(), sStart) == 0;
+    if (eKind == Kind::Unknown)
+        return Presence::Unknown;
+    return eKind == eWanted ? Presence::Present : Presence::Absent;
 }
 
-std::wstring FullPathOf(const std::wstring& sPath)
-{
-    std::wstring sFull(MAX_PATH, L'\0');
-    for (;;)
-    {
-        const DWORD lLength =
-            ::GetFullPathNameW(sPath.c_str(), static_cast<DWORD>(sFull.size()), sFull.data(), nullptr);
-        if (lLength == 0)
-            throw RuntimeError(error::BadFileName);
-        const bool bFits = lLength < sFull.size();
-        sFull.resize(lLength);
-        if (bFits)
-            return sFull;
-    }
-}
-
-// The path as the system takes it, however long. Throws 52 for what names no file.
-std::wstring NativePathOf(const std::wstring& sPath)
-{
-    if (sPath.empty() || sPath.find(L'\0') != std::wstring::npos)
-        throw RuntimeError(error::BadFileName);
-    const std::wstring sFull = FullPathOf(sPath);
-    const bool bLongForm = StartsWith(sFull, L"\\\\?\\"); // a host may hand one in
-    const std::size_t lRoot = bLongForm ? 4 : 0;
-    if (StartsWith(sFull, L"\\\\.\\") || sFull.find(L':', lRoot + 2) != std::wstring::npos ||
-        sFull.find_first_of(L"*?<>|\"", lRoot) != std::wstring::npos)
-        throw RuntimeError(error::BadFileName);
-    constexpr std::size_t lClassicLimit = 240; // 260, less what a folder must leave room for
-    if (bLongForm || sFull.size() < lClassicLimit)
-        return sFull;
-    if (StartsWith(sFull, L"\\\\"))
-        return L"\\\\?\\UNC\\" + sFull.substr(2);
-    return L"\\\\?\\" + sFull;
-}
-
-DWORD AttributesOf(const std::wstring& sPath)
-{
-    try
-    {
-        return ::GetFileAttributesW(NativePathOf(sPath).c_str());
-    }
-    catch (const RuntimeError&)
-    {
-        return INVALID_FILE_ATTRIBUTES; // what can be no name is not there
-    }
-}
-
-bool IsFolder(DWORD lAttributes)
-{
-    return lAttributes != INVALID_FILE_ATTRIBUTES && (lAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
+bool IsInUse(DWORD lError) { return lError == ERROR_SHARING_VIOLATION || lError == ERROR_LOCK_VIOLATION; }
 
 // An open file, closed at the end of its life.
 class OpenFile
 {
 public:
-    OpenFile(const std::wstring& sPath, DWORD lAccess, DWORD lSharing, DWORD lDisposition)
-        : m_hFile(::CreateFileW(NativePathOf(sPath).c_str(), lAccess, lSharing, nullptr, lDisposition,
-                                FILE_ATTRIBUTE_NORMAL, nullptr))
+    OpenFile(const std::wstring& sPath, DWORD lAccess, DWORD lSharing, DWORD lDisposition,
+             Patience ePatience = Patience::None)
     {
+        const std::wstring sNative = NativePathOf(sPath);
+        DWORD lError = 0;
+        TryPatiently(
+            ePatience,
+            [&]
+            {
+                m_hFile = ::CreateFileW(sNative.c_str(), lAccess, lSharing, nullptr, lDisposition,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr);
+                lError = m_hFile == INVALID_HANDLE_VALUE ? ::GetLastError() : 0;
+                return !IsInUse(lError);
+            },
+            ::Sleep);
         if (m_hFile == INVALID_HANDLE_VALUE)
-            Fail();
+            FailWith(lError);
     }
     ~OpenFile()
     {
@@ -190,24 +112,117 @@ public:
 
 private:
     static constexpr std::size_t lBlock = 0x1000000;
-    HANDLE m_hFile;
+    HANDLE m_hFile = INVALID_HANDLE_VALUE;
 };
 
-bool IsPassing(DWORD lError)
+class WindowsHeldFile final : public HeldFile
 {
-    return lError == ERROR_SHARING_VIOLATION || lError == ERROR_LOCK_VIOLATION ||
-           lError == ERROR_ACCESS_DENIED;
+public:
+    explicit WindowsHeldFile(const std::wstring& sPath)
+        : m_cFile(sPath, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS)
+    {
+    }
+
+private:
+    OpenFile m_cFile;
+};
+
+// A search in a folder, ended at the end of its life.
+class FolderSearch
+{
+public:
+    FolderSearch(const std::wstring& sFolder, WIN32_FIND_DATAW& found)
+        : m_hSearch(::FindFirstFileW((NativePathOf(sFolder) + L"\\*").c_str(), &found))
+    {
+        if (m_hSearch == INVALID_HANDLE_VALUE)
+            Fail();
+    }
+    ~FolderSearch() { ::FindClose(m_hSearch); }
+    FolderSearch(const FolderSearch&) = delete;
+    FolderSearch& operator=(const FolderSearch&) = delete;
+
+    bool Next(WIN32_FIND_DATAW& found)
+    {
+        if (::FindNextFileW(m_hSearch, &found))
+            return true;
+        const DWORD lError = ::GetLastError();
+        if (lError != ERROR_NO_MORE_FILES)
+            FailWith(lError);
+        return false;
+    }
+
+private:
+    HANDLE m_hSearch;
+};
+
+// In the file system's units of 100 ns.
+std::int64_t TicksOf(const FILETIME& time)
+{
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(time.dwHighDateTime) << 32 |
+                                     time.dwLowDateTime);
 }
+
+std::chrono::seconds AgeOf(const WIN32_FIND_DATAW& found)
+{
+    FILETIME now{};
+    ::GetSystemTimeAsFileTime(&now);
+    return std::chrono::seconds((TicksOf(now) - TicksOf(found.ftLastWriteTime)) / 10'000'000);
+}
+
+// Gives a file who may do what with another one. Best effort: a network share or a plain disk may know of no
+// rights.
+void CopyPermissions(const std::wstring& sFrom, const std::wstring& sTo)
+{
+    DWORD lSize = 0;
+    ::GetFileSecurityW(sFrom.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &lSize);
+    std::vector<std::byte> descriptor(lSize);
+    if (lSize == 0 ||
+        !::GetFileSecurityW(sFrom.c_str(), DACL_SECURITY_INFORMATION, descriptor.data(), lSize, &lSize))
+        return;
+    SECURITY_DESCRIPTOR_CONTROL control = 0;
+    DWORD lRevision = 0;
+    if (::GetSecurityDescriptorControl(descriptor.data(), &control, &lRevision) &&
+        (control & SE_DACL_AUTO_INHERITED) != 0) // what came from the folder goes on following the folder
+        ::SetSecurityDescriptorControl(descriptor.data(), SE_DACL_AUTO_INHERIT_REQ, SE_DACL_AUTO_INHERIT_REQ);
+    ::SetFileSecurityW(sTo.c_str(), DACL_SECURITY_INFORMATION, descriptor.data());
+}
+
+// Makes a file look like the one that it is about to replace.
+void CopyLooks(const std::wstring& sFrom, const std::wstring& sTo)
+{
+    const DWORD lFrom = ::GetFileAttributesW(sFrom.c_str());
+    if (lFrom == INVALID_FILE_ATTRIBUTES)
+        return;
+    CopyPermissions(sFrom, sTo);
+    // Not "read only": such a file is never replaced, and the other could not be deleted then.
+    constexpr DWORD lKept =
+        FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+    const DWORD lKeep = lFrom & lKept;
+    if (lKeep != 0)
+        ::SetFileAttributesW(sTo.c_str(),
+                             lKeep | FILE_ATTRIBUTE_ARCHIVE); // "archive": changed since a backup
+}
+
+bool IsReadOnly(const std::wstring& sNative)
+{
+    const DWORD lAttributes = ::GetFileAttributesW(sNative.c_str());
+    return lAttributes != INVALID_FILE_ATTRIBUTES && (lAttributes & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
+// A scanner that has a file open makes a rename fail with "access denied" too.
+bool IsPassing(DWORD lError) { return IsInUse(lError) || lError == ERROR_ACCESS_DENIED; }
 
 } // namespace
 
-bool WindowsFiles::FileExists(const std::wstring& sPath) const
+Presence WindowsFiles::PresenceOf(const std::wstring& sPath) const
 {
-    const DWORD lAttributes = AttributesOf(sPath);
-    return lAttributes != INVALID_FILE_ATTRIBUTES && !IsFolder(lAttributes);
+    return PresenceOfKind(KindOf(sPath), Kind::File);
 }
 
-bool WindowsFiles::FolderExists(const std::wstring& sPath) const { return IsFolder(AttributesOf(sPath)); }
+Presence WindowsFiles::PresenceOfFolder(const std::wstring& sPath) const
+{
+    return PresenceOfKind(KindOf(sPath), Kind::Folder);
+}
 
 void WindowsFiles::CreateFolder(const std::wstring& sPath)
 {
@@ -215,10 +230,22 @@ void WindowsFiles::CreateFolder(const std::wstring& sPath)
         Fail();
 }
 
-std::string WindowsFiles::ReadAll(const std::wstring& sPath) const
+std::vector<FileEntry> WindowsFiles::FilesIn(const std::wstring& sFolder) const
+{
+    std::vector<FileEntry> colFiles;
+    WIN32_FIND_DATAW found{};
+    FolderSearch cSearch(sFolder, found);
+    do
+        if (KindOfAttributes(found.dwFileAttributes) == Kind::File)
+            colFiles.push_back({found.cFileName, AgeOf(found)});
+    while (cSearch.Next(found));
+    return colFiles;
+}
+
+std::string WindowsFiles::ReadAll(const std::wstring& sPath, Patience ePatience) const
 {
     return OpenFile(sPath, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                    OPEN_EXISTING)
+                    OPEN_EXISTING, ePatience)
         .ReadToEnd();
 }
 
@@ -247,22 +274,29 @@ void WindowsFiles::Append(const std::wstring& sPath, std::string_view bytes)
     }
 }
 
-void WindowsFiles::Rename(const std::wstring& sFrom, const std::wstring& sTo)
+void WindowsFiles::Rename(const std::wstring& sFrom, const std::wstring& sTo, Patience ePatience)
 {
     const std::wstring sOld = NativePathOf(sFrom);
     const std::wstring sNew = NativePathOf(sTo);
-    if (FolderExists(sFrom) || FolderExists(sTo))
+    if (KindOfNative(sOld) == Kind::Folder || KindOfNative(sNew) == Kind::Folder)
         throw RuntimeError(error::PathFileAccess);
-    constexpr DWORD lLongestPause = 160; // milliseconds; the pauses double from 10 on
-    for (DWORD lPause = 10;; lPause *= 2)
-    {
-        if (::MoveFileExW(sOld.c_str(), sNew.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-            return;
-        const DWORD lError = ::GetLastError();
-        if (!IsPassing(lError) || lPause > lLongestPause)
-            FailWith(lError);
-        ::Sleep(lPause);
-    }
+    // Waiting would not help.
+    if (IsReadOnly(sNew))
+        throw RuntimeError(error::PathFileAccess);
+    // Not by the system's own replacing: killed in its midst it leaves no file of the name.
+    CopyLooks(sNew, sOld);
+    DWORD lError = 0;
+    TryPatiently(
+        ePatience,
+        [&]
+        {
+            constexpr DWORD lHow = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+            lError = ::MoveFileExW(sOld.c_str(), sNew.c_str(), lHow) ? 0 : ::GetLastError();
+            return !IsPassing(lError);
+        },
+        ::Sleep);
+    if (lError != 0)
+        FailWith(lError);
 }
 
 void WindowsFiles::Delete(const std::wstring& sPath)
@@ -271,7 +305,21 @@ void WindowsFiles::Delete(const std::wstring& sPath)
     if (::DeleteFileW(sNative.c_str()))
         return;
     const DWORD lError = ::GetLastError();
-    FailWith(FolderExists(sPath) ? ERROR_ACCESS_DENIED : lError);
+    FailWith(KindOfNative(sNative) == Kind::Folder ? ERROR_ACCESS_DENIED : lError);
+}
+
+std::unique_ptr<HeldFile> WindowsFiles::HoldOpen(const std::wstring& sPath)
+{
+    try
+    {
+        return std::make_unique<WindowsHeldFile>(sPath);
+    }
+    catch (const RuntimeError& cError)
+    {
+        if (cError.Number() == error::PermissionDenied) // what a file in use raises
+            return nullptr;
+        throw;
+    }
 }
 
 std::wstring WindowsFiles::LibraryFolder() const

@@ -7,20 +7,21 @@ namespace ravlo
 {
 
 // The files of Windows. Paths may be longer than the classic 260 characters. A name with a colon (a stream of
-// another file) or of a device is no file's: looked at it is not there, otherwise it raises 52. A rename that
-// another program stands in the way of, as virus scanners do for a moment, is tried again for a third of a
-// second.
+// another file) or of a device is no file's: looked at it is not there, otherwise it raises 52.
 class WindowsFiles final : public Files
 {
 public:
-    bool FileExists(const std::wstring& sPath) const override;
-    bool FolderExists(const std::wstring& sPath) const override;
+    Presence PresenceOf(const std::wstring& sPath) const override;
+    Presence PresenceOfFolder(const std::wstring& sPath) const override;
     void CreateFolder(const std::wstring& sPath) override;
-    std::string ReadAll(const std::wstring& sPath) const override;
+    std::vector<FileEntry> FilesIn(const std::wstring& sFolder) const override;
+    std::string ReadAll(const std::wstring& sPath, Patience ePatience = Patience::UpToASecond) const override;
     void WriteNew(const std::wstring& sPath, std::string_view bytes) override;
     void Append(const std::wstring& sPath, std::string_view bytes) override;
-    void Rename(const std::wstring& sFrom, const std::wstring& sTo) override;
+    void Rename(const std::wstring& sFrom, const std::wstring& sTo,
+                Patience ePatience = Patience::UpToASecond) override;
     void Delete(const std::wstring& sPath) override;
+    std::unique_ptr<HeldFile> HoldOpen(const std::wstring& sPath) override;
     // Of the DLL or program that this code was linked into.
     std::wstring LibraryFolder() const override;
 };

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // What every implementation of Files must do alike.
 #include "platform/FilesWorlds.h"
+#include "ports/StationMarker.h"
+
+#include <chrono>
 
 namespace ravlo
 {
@@ -55,6 +58,71 @@ TEST_P(FilesContract, ExistenceTellsFilesFromFolders)
     EXPECT_FALSE(m_cFiles.FolderExists(In(L"Other")));
     EXPECT_FALSE(m_cFiles.FileExists(In(L"Other\\a.sif")));
     EXPECT_FALSE(m_cFiles.FileExists(L""));
+}
+
+TEST_P(FilesContract, ALookSaysAbsentOfWhatWasNeverMade)
+{
+    m_cFiles.WriteNew(In(L"a.sif"), "");
+    m_cFiles.CreateFolder(In(L"Sub"));
+    EXPECT_EQ(m_cFiles.PresenceOf(In(L"a.sif")), Presence::Present);
+    EXPECT_EQ(m_cFiles.PresenceOfFolder(In(L"Sub")), Presence::Present);
+    for (const wchar_t* sName : {L"b.sif", L"Sub", L"Sub\\a.sif", L"Other\\Deep\\a.sif", L"a.sif\\b.sif"})
+        EXPECT_EQ(m_cFiles.PresenceOf(In(sName)), Presence::Absent) << sName;
+    for (const wchar_t* sName : {L"a.sif", L"b", L"Other\\Deep", L"a.sif\\b"})
+        EXPECT_EQ(m_cFiles.PresenceOfFolder(In(sName)), Presence::Absent) << sName;
+    EXPECT_EQ(m_cFiles.PresenceOf(L""), Presence::Absent);
+    EXPECT_EQ(m_cFiles.PresenceOf(In(std::wstring(300, L'a'))), Presence::Absent);
+}
+
+TEST_P(FilesContract, AFolderListsItsFilesWithTheirAge)
+{
+    EXPECT_TRUE(m_cFiles.FilesIn(m_cWorld->Root()).empty());
+    m_cFiles.WriteNew(In(L"\u00FCber.sif"), "x");
+    m_cFiles.CreateFolder(In(L"Sub"));
+    m_cFiles.WriteNew(In(L"Sub\\b.sif"), "x");
+    const std::vector<FileEntry> colFiles = m_cFiles.FilesIn(m_cWorld->Root());
+    ASSERT_EQ(colFiles.size(), 1u);
+    EXPECT_EQ(colFiles[0].sName, L"\u00FCber.sif");
+    EXPECT_LE(std::chrono::abs(colFiles[0].lAge), std::chrono::minutes(10));
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.FilesIn(In(L"Other")); }), error::PathNotFound);
+}
+
+TEST_P(FilesContract, AHeldFileIsHeldByOneOnly)
+{
+    std::unique_ptr<HeldFile> cHeld = m_cFiles.HoldOpen(In(L"a.lock"));
+    ASSERT_TRUE(cHeld);
+    EXPECT_TRUE(m_cFiles.FileExists(In(L"a.lock")));
+    EXPECT_FALSE(m_cFiles.HoldOpen(In(L"a.lock")));
+    EXPECT_TRUE(m_cFiles.HoldOpen(In(L"b.lock")));
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"a.lock")), "");
+    cHeld = nullptr;
+    EXPECT_TRUE(m_cFiles.FileExists(In(L"a.lock")));
+    EXPECT_TRUE(m_cFiles.HoldOpen(In(L"a.lock")));
+    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.HoldOpen(In(L"Sub\\a.lock")); }), error::PathNotFound);
+}
+
+TEST_P(FilesContract, HoldingAFileKeepsItsContent)
+{
+    m_cFiles.WriteNew(In(L"a.lock"), "kept");
+    EXPECT_TRUE(m_cFiles.HoldOpen(In(L"a.lock")));
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"a.lock")), "kept");
+}
+
+TEST_P(FilesContract, AStationIsInUseWhileItIsMarked)
+{
+    const std::wstring sStation = m_cWorld->Root();
+    EXPECT_FALSE(IsStationInUse(m_cFiles, sStation));
+    EXPECT_EQ(NumberRaisedBy([&] { MarkStation(m_cFiles, sStation); }), error::PathNotFound);
+    m_cFiles.CreateFolder(In(L"Scheduler"));
+    EXPECT_FALSE(IsStationInUse(m_cFiles, sStation));
+    EXPECT_TRUE(m_cFiles.FilesIn(In(L"Scheduler")).empty()) << "asking creates nothing";
+    std::unique_ptr<HeldFile> cMark = MarkStation(m_cFiles, sStation + L"\\");
+    ASSERT_TRUE(cMark);
+    EXPECT_TRUE(IsStationInUse(m_cFiles, sStation));
+    EXPECT_FALSE(MarkStation(m_cFiles, sStation));
+    cMark = nullptr;
+    EXPECT_FALSE(IsStationInUse(m_cFiles, sStation));
+    EXPECT_TRUE(MarkStation(m_cFiles, sStation));
 }
 
 TEST_P(FilesContract, NamesAreTakenLiterally)
@@ -215,7 +283,8 @@ TEST_P(FilesContract, NamesThatWindowsRefusesRaise52There)
 {
     if (!GetParam().bIgnoresCase)
         GTEST_SKIP() << "any character but the separator is good here";
-    for (const wchar_t* sName : {L"a?b", L"a*b", L"a<b", L"a>b", L"a|b", L"a\"b", L"a:b", L"a:b.sif"})
+    for (const wchar_t* sName : {L"a?b", L"a*b", L"a<b", L"a>b", L"a|b", L"a\"b", L"a:b", L"a:b.sif",
+                                 L"AUX.txt", L"nul", L"Com1.sif"})
     {
         EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.WriteNew(In(sName), "x"); }), error::BadFileName) << sName;
         EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.Append(In(sName), "x"); }), error::BadFileName) << sName;

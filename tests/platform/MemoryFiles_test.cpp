@@ -86,6 +86,77 @@ TEST(MemoryFiles, AnUnreadableFileRaisesTheNumberItIsMarkedWith)
     EXPECT_EQ(cFiles.ReadAll(L"C:\\a"), "x");
 }
 
+TEST(MemoryFiles, OnADriveThatIsAwayEverythingIsUnknownAndFails)
+{
+    MemoryFiles cFiles{{L"C:\\Radio\\a", "kept"}, {L"C:\\Radio 2\\a", "other"}};
+    cFiles.SetAway(L"c:\\radio");
+    EXPECT_EQ(cFiles.PresenceOf(L"C:\\Radio\\a"), Presence::Unknown);
+    EXPECT_EQ(cFiles.PresenceOf(L"C:\\Radio\\Sub\\b"), Presence::Unknown);
+    EXPECT_EQ(cFiles.PresenceOfFolder(L"C:\\Radio"), Presence::Unknown);
+    EXPECT_FALSE(cFiles.FileExists(L"C:\\Radio\\a"));
+    EXPECT_EQ(cFiles.PresenceOf(L"C:\\Radio 2\\a"), Presence::Present);
+    const std::function<void()> aOperations[] = {
+        [&] { cFiles.ReadAll(L"C:\\Radio\\a"); },
+        [&] { cFiles.WriteNew(L"C:\\Radio\\a", "x"); },
+        [&] { cFiles.Append(L"C:\\Radio\\a", "x"); },
+        [&] { cFiles.Delete(L"C:\\Radio\\a"); },
+        [&] { cFiles.Rename(L"C:\\Radio\\a", L"C:\\Radio\\b"); },
+        [&] { cFiles.CreateFolder(L"C:\\Radio\\Sub"); },
+        [&] { cFiles.FilesIn(L"C:\\Radio"); },
+        [&] { cFiles.HoldOpen(L"C:\\Radio\\lock"); },
+    };
+    for (const auto& operation : aOperations)
+        EXPECT_EQ(NumberRaisedBy(operation), error::PathNotFound);
+    cFiles.SetAway(L"C:\\Radio", 71);
+    EXPECT_EQ(NumberRaisedBy(aOperations[0]), 71);
+    cFiles.SetAway(L"C:\\Radio", 0);
+    EXPECT_EQ(cFiles.ReadAll(L"C:\\Radio\\a"), "kept");
+    EXPECT_EQ(cFiles.Paths().size(), 2u);
+}
+
+TEST(MemoryFiles, ALockedFileIsAttemptedAsOftenAsPatienceAllows)
+{
+    MemoryFiles cFiles{{L"C:\\a", "old"}, {L"C:\\b", "new"}};
+    cFiles.SetLocked(L"C:\\a", 3);
+    EXPECT_EQ(cFiles.ReadAll(L"C:\\a"), "old");
+    EXPECT_EQ(cFiles.AttemptsOn(L"C:\\A"), 4);
+
+    cFiles.SetLocked(L"C:\\a", 1);
+    EXPECT_EQ(NumberRaisedBy([&] { cFiles.ReadAll(L"C:\\a", Patience::None); }), error::PermissionDenied);
+    EXPECT_EQ(cFiles.AttemptsOn(L"C:\\a"), 5);
+
+    cFiles.SetLocked(L"C:\\a", -1);
+    EXPECT_EQ(NumberRaisedBy([&] { ReplaceFile(cFiles, L"C:\\a", "x", Patience::None); }),
+              error::PermissionDenied);
+    EXPECT_EQ(cFiles.AttemptsOn(L"C:\\a"), 6);
+    EXPECT_EQ(NumberRaisedBy([&] { cFiles.Rename(L"C:\\b", L"C:\\a"); }), error::PermissionDenied);
+    EXPECT_EQ(cFiles.AttemptsOn(L"C:\\a"), 16);
+    EXPECT_EQ(cFiles.Get(L"C:\\a"), "old");
+    EXPECT_EQ(cFiles.Get(L"C:\\b"), "new");
+
+    cFiles.SetLocked(L"C:\\a", 0);
+    cFiles.Rename(L"C:\\b", L"C:\\a", Patience::None);
+    EXPECT_EQ(cFiles.Get(L"C:\\a"), "new");
+}
+
+TEST(MemoryFiles, AHeldFileCannotBeWritten)
+{
+    MemoryFiles cFiles;
+    const std::unique_ptr<HeldFile> cHeld = cFiles.HoldOpen(L"C:\\lock");
+    EXPECT_EQ(NumberRaisedBy([&] { cFiles.WriteNew(L"C:\\lock", "x"); }), error::PermissionDenied);
+    EXPECT_EQ(NumberRaisedBy([&] { cFiles.Append(L"C:\\lock", "x"); }), error::PermissionDenied);
+}
+
+TEST(MemoryFiles, AFileGrowsOldUntilItIsWritten)
+{
+    MemoryFiles cFiles{{L"C:\\Radio\\a", "x"}};
+    cFiles.SetAge(L"C:\\Radio\\a", std::chrono::hours(25));
+    ASSERT_EQ(cFiles.FilesIn(L"C:\\Radio").size(), 1u);
+    EXPECT_EQ(cFiles.FilesIn(L"C:\\Radio")[0].lAge, std::chrono::hours(25));
+    cFiles.WriteNew(L"C:\\Radio\\a", "y");
+    EXPECT_EQ(cFiles.FilesIn(L"C:\\Radio")[0].lAge, std::chrono::seconds(0));
+}
+
 TEST(MemoryFiles, TheLibrarysFolderCanBeMoved)
 {
     MemoryFiles cFiles;
@@ -124,6 +195,7 @@ TEST(FailingFiles, TheOtherOperationsAreOneStepEachAndChangeNothingWhenTheyFail)
         [](Files& cFiles) { cFiles.Append(L"C:\\a", "y"); },
         [](Files& cFiles) { cFiles.Rename(L"C:\\a", L"C:\\b"); },
         [](Files& cFiles) { cFiles.Delete(L"C:\\a"); },
+        [](Files& cFiles) { cFiles.HoldOpen(L"C:\\lock"); },
     };
     for (const auto& operation : aOperations)
     {
@@ -159,6 +231,33 @@ TEST(FailingFiles, ReadsAreStepsOnDemandOnly)
     cFiles.bCountReads = true;
     EXPECT_EQ(NumberRaisedBy([&] { cFiles.ReadAll(L"C:\\a"); }), error::DiskFull);
     EXPECT_EQ(cFiles.ReadAll(L"C:\\a"), "x");
+}
+
+TEST(FailingFiles, LooksAreStepsOnDemandOnly)
+{
+    MemoryFiles cMemory{{L"C:\\a", "x"}};
+    FailingFiles cFiles(cMemory, 1);
+    EXPECT_TRUE(cFiles.FileExists(L"C:\\a"));
+    cFiles.bCountLooks = true;
+    EXPECT_EQ(cFiles.PresenceOf(L"C:\\a"), Presence::Present);
+    EXPECT_EQ(cFiles.PresenceOfFolder(L"C:"), Presence::Unknown);
+    EXPECT_TRUE(cFiles.bFailed);
+    EXPECT_EQ(cFiles.PresenceOfFolder(L"C:"), Presence::Present);
+}
+
+TEST(FailingFiles, WhatIsAwayFailsAndLooksUnknownWithoutCounting)
+{
+    MemoryFiles cMemory{{L"C:\\a", "x"}};
+    FailingFiles cFiles(cMemory, 0, error::PathNotFound);
+    cFiles.bAway = true;
+    EXPECT_EQ(cFiles.PresenceOf(L"C:\\a"), Presence::Unknown);
+    EXPECT_EQ(NumberRaisedBy([&] { cFiles.ReadAll(L"C:\\a"); }), error::PathNotFound);
+    EXPECT_EQ(NumberRaisedBy([&] { cFiles.FilesIn(L"C:"); }), error::PathNotFound);
+    EXPECT_EQ(NumberRaisedBy([&] { cFiles.Append(L"C:\\a", "y"); }), error::PathNotFound);
+    cFiles.bAway = false;
+    EXPECT_FALSE(cFiles.bFailed);
+    EXPECT_EQ(cFiles.ReadAll(L"C:\\a"), "x");
+    EXPECT_EQ(NumberRaisedBy([&] { cFiles.Append(L"C:\\a", "y"); }), error::PathNotFound);
 }
 
 } // namespace

@@ -12,6 +12,8 @@
 
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace ravlo
 {
@@ -33,6 +35,47 @@ TEST(PosixFiles, SlashesAreSeparatorsToo)
     cFiles.CreateFolder(cFolder.Path() + L"/Sub");
     cFiles.WriteNew(cFolder.Path() + L"\\Sub/a.sif", "x");
     EXPECT_EQ(cFiles.ReadAll(cFolder.Path() + L"/Sub\\a.sif"), "x");
+}
+
+TEST(PosixFiles, BehindALinkToNowhereNothingIsKnown)
+{
+    const TempFolder cFolder;
+    const PosixFiles cFiles;
+    const std::string sLink = NativePathOf(cFolder.Path() + L"\\Share");
+    ASSERT_EQ(::symlink("/nowhere/at/all", sLink.c_str()), 0);
+    EXPECT_EQ(cFiles.PresenceOfFolder(cFolder.Path() + L"\\Share"), Presence::Unknown);
+    EXPECT_EQ(cFiles.PresenceOf(cFolder.Path() + L"\\Share\\Scheduler\\a.sif"), Presence::Unknown);
+}
+
+TEST(PosixFiles, AReplacedFileKeepsItsMode)
+{
+    const TempFolder cFolder;
+    PosixFiles cFiles;
+    const std::wstring sPath = cFolder.Path() + L"\\a.sif";
+    cFiles.WriteNew(sPath, "old");
+    ASSERT_EQ(::chmod(NativePathOf(sPath).c_str(), 0660), 0);
+    ReplaceFile(cFiles, sPath, "new");
+    struct stat status;
+    ASSERT_EQ(::stat(NativePathOf(sPath).c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0660u);
+    EXPECT_EQ(cFiles.ReadAll(sPath), "new");
+}
+
+TEST(PosixFiles, ANameThatIsTooLongRaises52AndTheLimit)
+{
+    const TempFolder cFolder;
+    PosixFiles cFiles;
+    try
+    {
+        cFiles.WriteNew(cFolder.Path() + L"\\" + std::wstring(256, L'a'), "x");
+        FAIL();
+    }
+    catch (const RuntimeError& cError)
+    {
+        EXPECT_EQ(cError.Number(), error::BadFileName);
+        EXPECT_EQ(cError.Description(),
+                  L"Bad file name: longer than 255 bytes in a name, or than 4095 in the whole path");
+    }
 }
 
 TEST(IniUserSettings, TheFileIsPlainToRead)

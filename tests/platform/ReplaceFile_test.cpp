@@ -77,8 +77,17 @@ TEST(ReplaceFile, TheTemporaryFileIsShortNamedAndStandsBesideTheFile)
     const std::wstring sTemporary = sWrite.substr(sWrite.find(L' ') + 1);
     EXPECT_EQ(sWrite, L"WriteNew " + sTemporary);
     EXPECT_EQ(sTemporary.substr(0, 9), L"C:\\Radio\\");
-    EXPECT_LE(sTemporary.size(), 9u + 13u);
+    EXPECT_TRUE(IsTemporaryName(sTemporary.substr(9))) << sTemporary;
     EXPECT_EQ(cFiles.Operations()[1], L"Rename " + sTemporary + L" -> C:\\Radio\\a.sif");
+}
+
+TEST(ReplaceFile, OnlyItsOwnNamesAreTemporaryOnes)
+{
+    EXPECT_TRUE(IsTemporaryName(L"~0123abcd.tmp"));
+    for (const wchar_t* sName :
+         {L"", L"~.tmp", L"0123abcd.tmp", L"~0123abcd.sif", L"~0123ABCD.tmp", L"~0123abcg.tmp",
+          L"~0123abcd0.tmp", L"~0123abc.tmp", L"~0123abcd.tmp.bak", L"~$Report.tmp"})
+        EXPECT_FALSE(IsTemporaryName(sName)) << sName;
 }
 
 TEST(ReplaceFile, WorksOnANameWithoutAFolder)
@@ -95,23 +104,40 @@ class CrowdedFiles final : public Files
 public:
     explicit CrowdedFiles(Files& cInner) : m_cInner(cInner) {}
 
-    bool FileExists(const std::wstring& sPath) const override
+    Presence PresenceOf(const std::wstring& sPath) const override
     {
         if (sTaken.size() >= 3)
-            return m_cInner.FileExists(sPath);
+            return m_cInner.PresenceOf(sPath);
         sTaken.push_back(sPath);
-        return true;
+        return Presence::Present;
     }
-    bool FolderExists(const std::wstring& sPath) const override { return m_cInner.FolderExists(sPath); }
+    Presence PresenceOfFolder(const std::wstring& sPath) const override
+    {
+        return m_cInner.PresenceOfFolder(sPath);
+    }
     void CreateFolder(const std::wstring& sPath) override { m_cInner.CreateFolder(sPath); }
-    std::string ReadAll(const std::wstring& sPath) const override { return m_cInner.ReadAll(sPath); }
+    std::vector<FileEntry> FilesIn(const std::wstring& sFolder) const override
+    {
+        return m_cInner.FilesIn(sFolder);
+    }
+    std::string ReadAll(const std::wstring& sPath, Patience ePatience) const override
+    {
+        return m_cInner.ReadAll(sPath, ePatience);
+    }
     void WriteNew(const std::wstring& sPath, std::string_view bytes) override
     {
         m_cInner.WriteNew(sPath, bytes);
     }
     void Append(const std::wstring& sPath, std::string_view bytes) override { m_cInner.Append(sPath, bytes); }
-    void Rename(const std::wstring& sFrom, const std::wstring& sTo) override { m_cInner.Rename(sFrom, sTo); }
+    void Rename(const std::wstring& sFrom, const std::wstring& sTo, Patience ePatience) override
+    {
+        m_cInner.Rename(sFrom, sTo, ePatience);
+    }
     void Delete(const std::wstring& sPath) override { m_cInner.Delete(sPath); }
+    std::unique_ptr<HeldFile> HoldOpen(const std::wstring& sPath) override
+    {
+        return m_cInner.HoldOpen(sPath);
+    }
     std::wstring LibraryFolder() const override { return m_cInner.LibraryFolder(); }
 
     mutable std::vector<std::wstring> sTaken;

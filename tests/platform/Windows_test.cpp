@@ -356,6 +356,115 @@ TEST(WindowsFiles, ARenameWaitsForAFileThatIsInUseForAMoment)
     EXPECT_EQ(cFiles.ReadAll(sPath), "new");
 }
 
+TEST(WindowsFiles, AReadWaitsForAFileThatIsInUseForAMoment)
+{
+    const TempFolder cFolder;
+    const std::wstring sPath = cFolder.Path() + L"\\a.sif";
+    WindowsFiles cFiles;
+    cFiles.WriteNew(sPath, "old");
+    Holder cHolder(sPath);
+    std::atomic<bool> bReading = false;
+    std::thread cScanner(
+        [&]
+        {
+            while (!bReading)
+                std::this_thread::yield();
+            ::Sleep(20); // what a scanner takes
+            cHolder.LetGo();
+        });
+    std::string bytes;
+    bReading = true;
+    EXPECT_EQ(NumberOf([&] { bytes = cFiles.ReadAll(sPath); }), 0);
+    cScanner.join();
+    EXPECT_EQ(bytes, "old");
+}
+
+TEST(WindowsFiles, WithoutPatienceAFileInUseFailsAtOnce)
+{
+    const TempFolder cFolder;
+    const std::wstring sPath = cFolder.Path() + L"\\a.sif";
+    WindowsFiles cFiles;
+    cFiles.WriteNew(sPath, "old");
+    const Holder cHolder(sPath);
+    const DWORD lStart = ::GetTickCount();
+    for (int i = 0; i < 20; ++i)
+    {
+        EXPECT_EQ(NumberOf([&] { cFiles.ReadAll(sPath, Patience::None); }), error::PermissionDenied);
+        EXPECT_NE(NumberOf([&] { ReplaceFile(cFiles, sPath, "new", Patience::None); }), 0);
+    }
+    EXPECT_LT(::GetTickCount() - lStart, 20u * 950u) << "the pauses of patience alone would take longer";
+    EXPECT_EQ(cFolder.EntryCount(), 1u);
+}
+
+TEST(WindowsFiles, OfADriveThatIsNotThereNothingIsKnown)
+{
+    const DWORD lDrives = ::GetLogicalDrives();
+    std::wstring sDrive = L"D:";
+    while (sDrive[0] < L'Z' && (lDrives >> (sDrive[0] - L'A') & 1) != 0)
+        ++sDrive[0];
+    ASSERT_EQ(lDrives >> (sDrive[0] - L'A') & 1, 0u) << "no letter is free";
+    const WindowsFiles cFiles;
+    EXPECT_EQ(cFiles.PresenceOf(sDrive + L"\\Radio\\Scheduler\\MainCats.txt"), Presence::Unknown);
+    EXPECT_EQ(cFiles.PresenceOfFolder(sDrive + L"\\Radio\\Scheduler"), Presence::Unknown);
+    EXPECT_EQ(cFiles.PresenceOf(L"\\\\no-such-server\\share\\a.sif"), Presence::Unknown);
+}
+
+TEST(WindowsFiles, AReplacedFileStaysHidden)
+{
+    const TempFolder cFolder;
+    const std::wstring sPath = cFolder.Path() + L"\\a.sif";
+    WindowsFiles cFiles;
+    cFiles.WriteNew(sPath, "old");
+    ASSERT_TRUE(::SetFileAttributesW(sPath.c_str(), FILE_ATTRIBUTE_HIDDEN));
+    if ((::GetFileAttributesW(sPath.c_str()) & FILE_ATTRIBUTE_HIDDEN) == 0)
+        GTEST_SKIP() << "this file system hides no files";
+    ReplaceFile(cFiles, sPath, "new");
+    EXPECT_NE(::GetFileAttributesW(sPath.c_str()) & FILE_ATTRIBUTE_HIDDEN, 0u);
+    EXPECT_EQ(cFiles.ReadAll(sPath), "new");
+}
+
+TEST(WindowsFiles, AReadOnlyFileIsRefusedWithoutWaiting)
+{
+    const TempFolder cFolder;
+    const std::wstring sPath = cFolder.Path() + L"\\a.sif";
+    WindowsFiles cFiles;
+    cFiles.WriteNew(sPath, "old");
+    ASSERT_TRUE(::SetFileAttributesW(sPath.c_str(), FILE_ATTRIBUTE_READONLY));
+    const DWORD lStart = ::GetTickCount();
+    EXPECT_EQ(NumberOf([&] { ReplaceFile(cFiles, sPath, "new"); }), error::PathFileAccess);
+    EXPECT_LT(::GetTickCount() - lStart, 900u);
+    EXPECT_EQ(cFiles.ReadAll(sPath), "old");
+    EXPECT_EQ(cFolder.EntryCount(), 1u);
+    ::SetFileAttributesW(sPath.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST(WindowsFiles, ATooLongNameOrPathRaises52AndTheLimit)
+{
+    const TempFolder cFolder;
+    WindowsFiles cFiles;
+    const auto descriptionFor = [&](const std::wstring& sName)
+    {
+        try
+        {
+            cFiles.ReadAll(cFolder.Path() + L"\\" + sName);
+        }
+        catch (const RuntimeError& cError)
+        {
+            EXPECT_EQ(cError.Number(), error::BadFileName);
+            return cError.Description();
+        }
+        return std::wstring();
+    };
+    EXPECT_EQ(descriptionFor(std::wstring(256, L'a')),
+              L"Bad file name: longer than 255 characters, which is the limit of a name");
+    std::wstring sDeep;
+    while (sDeep.size() < 33'000)
+        sDeep += std::wstring(200, L'a') + L"\\";
+    EXPECT_EQ(descriptionFor(sDeep + L"a"), L"Bad file name: the path is longer than 32767 characters");
+    EXPECT_EQ(NumberOf([&] { cFiles.ReadAll(cFolder.Path() + L"\\" + std::wstring(255, L'a')); }),
+              error::FileNotFound);
+}
+
 TEST(WindowsFiles, AHiddenFileCanBeRewritten)
 {
     const TempFolder cFolder;
@@ -371,11 +480,12 @@ TEST(WindowsFiles, DeviceNamesAreNoFiles)
 {
     const TempFolder cFolder;
     WindowsFiles cFiles;
-    for (const wchar_t* sName : {L"NUL", L"con", L"COM1"})
+    for (const wchar_t* sName : {L"NUL", L"con", L"COM1", L"AUX.txt", L"lpt1.tar.gz", L"PRN .sif"})
     {
         const std::wstring sPath = cFolder.Path() + L"\\" + sName;
-        EXPECT_FALSE(cFiles.FileExists(sPath)) << sName;
+        EXPECT_EQ(cFiles.PresenceOf(sPath), Presence::Absent) << sName;
         EXPECT_EQ(NumberOf([&] { cFiles.WriteNew(sPath, "x"); }), error::BadFileName) << sName;
+        EXPECT_EQ(NumberOf([&] { cFiles.ReadAll(sPath); }), error::BadFileName) << sName;
     }
     EXPECT_EQ(cFolder.EntryCount(), 0u);
 }

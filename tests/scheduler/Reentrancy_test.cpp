@@ -446,14 +446,25 @@ TEST_P(ReentrancyTest, AFileOperationThatFailsLeavesMemoryAndTheOtherFilesWholeA
         {
             Files* cTo;
             explicit Switch(Files& cFiles) : cTo(&cFiles) {}
-            bool FileExists(const std::wstring& s) const override { return cTo->FileExists(s); }
-            bool FolderExists(const std::wstring& s) const override { return cTo->FolderExists(s); }
+            Presence PresenceOf(const std::wstring& s) const override { return cTo->PresenceOf(s); }
+            Presence PresenceOfFolder(const std::wstring& s) const override
+            {
+                return cTo->PresenceOfFolder(s);
+            }
             void CreateFolder(const std::wstring& s) override { cTo->CreateFolder(s); }
-            std::string ReadAll(const std::wstring& s) const override { return cTo->ReadAll(s); }
+            std::vector<FileEntry> FilesIn(const std::wstring& s) const override { return cTo->FilesIn(s); }
+            std::string ReadAll(const std::wstring& s, Patience e) const override
+            {
+                return cTo->ReadAll(s, e);
+            }
             void WriteNew(const std::wstring& s, std::string_view b) override { cTo->WriteNew(s, b); }
             void Append(const std::wstring& s, std::string_view b) override { cTo->Append(s, b); }
-            void Rename(const std::wstring& a, const std::wstring& b) override { cTo->Rename(a, b); }
+            void Rename(const std::wstring& a, const std::wstring& b, Patience e) override
+            {
+                cTo->Rename(a, b, e);
+            }
             void Delete(const std::wstring& s) override { cTo->Delete(s); }
+            std::unique_ptr<HeldFile> HoldOpen(const std::wstring& s) override { return cTo->HoldOpen(s); }
             std::wstring LibraryFolder() const override { return cTo->LibraryFolder(); }
         } cSwitch(cBack.cFiles);
         SmallStation s(&cSwitch);
