@@ -43,6 +43,10 @@ public:
 
     std::size_t Count() const noexcept { return m_lCount; }
     bool Empty() const noexcept { return Count() == 0; }
+    // A number that grows by one with every item added, removed or moved, and with every re-ordering: whoever
+    // let others run sees by it whether the order is still the one he left. A moved-from collection counts
+    // on.
+    std::uint64_t Changes() const noexcept { return m_lChanges; }
     void Reserve(std::size_t lCount)
     {
         ReserveRing(lCount);
@@ -68,6 +72,7 @@ public:
         if (cKey)
             Link(pNode.get());
         pNode.release();
+        ++m_lChanges;
         return true;
     }
 
@@ -115,6 +120,7 @@ public:
         CloseGap(lPosition);
         Place(m_lFirst + m_lCount, pNode);
         ++m_lCount;
+        ++m_lChanges;
     }
 
     // Puts the items into another order, all at once: colOrder names every position exactly once, in the
@@ -127,6 +133,7 @@ public:
             pNodes.push_back(NodeAt(lPosition));
         for (std::size_t i = 0; i < pNodes.size(); ++i)
             Place(m_lFirst + i, pNodes[i]);
+        ++m_lChanges;
     }
 
     // Iterators in order; *it is the item. Any change of the collection ends their life.
@@ -215,6 +222,8 @@ private:
         std::swap(m_lFirst, cOther.m_lFirst);
         std::swap(m_lCount, cOther.m_lCount);
         std::swap(m_lKeyed, cOther.m_lKeyed);
+        ++m_lChanges;
+        ++cOther.m_lChanges;
     }
 
     // An item that goes away may look at this collection, so each leaves it before it is destroyed.
@@ -342,6 +351,7 @@ private:
         CloseGap(pNode->lSequence - m_lFirst);
         if (pNode->bKeyed)
             Unlink(pNode);
+        ++m_lChanges;
         return true;
     }
 
@@ -350,6 +360,7 @@ private:
     std::size_t m_lFirst = 0;      // the head's sequence number
     std::size_t m_lCount = 0;
     std::size_t m_lKeyed = 0;
+    std::uint64_t m_lChanges = 0;
 };
 
 } // namespace ravlo

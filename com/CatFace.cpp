@@ -98,8 +98,18 @@ STDMETHODIMP CatFace::get_TotalCuts(LONG* pVal)
 }
 STDMETHODIMP CatFace::get_SubCats(_clsCollection** pVal)
 {
+    // What comes through the collection is a level as well as what comes through AddSubCat.
+    const auto accept = [cWeak = std::weak_ptr(m_cCat)](const std::shared_ptr<clsCat>& cLevel)
+    {
+        const std::shared_ptr<clsCat> cCat = cWeak.lock();
+        if (!cCat)
+            return;
+        cCat->RequireLevel(*cLevel);
+        cLevel->SetMainCat(cCat);
+    };
     return Guard(
-        [&] { StoreIn(pVal, [&] { return FaceOfCollection<CatAdapter>(m_cCat->SubCats()).Detach(); }); });
+        [&]
+        { StoreIn(pVal, [&] { return FaceOfCollection<CatAdapter>(m_cCat->SubCats(), accept).Detach(); }); });
 }
 STDMETHODIMP CatFace::AddSubCat(_clsCat* cSubCat, VARIANT_BOOL* pVal)
 {

@@ -62,6 +62,18 @@ bool MayBeSame(const Cut& cFound, const Cut& cCut)
     return cFound.ID() == cCut.ID();
 }
 
+// Shared references to the cuts of a collection, which may change while these are asked: a getter of a host's
+// cut may let anything run.
+Cuts CopyOf(const CutCollection& colCuts)
+{
+    Cuts colCopy;
+    colCopy.reserve(colCuts.Count());
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+        if (cCut)
+            colCopy.push_back(cCut);
+    return colCopy;
+}
+
 } // namespace
 
 std::wstring CategoryKey(const std::wstring& sCatName, std::int32_t lCatLevel)
@@ -85,6 +97,13 @@ clsCat::clsCat(ModScheduler& cMod, std::wstring sCatName, std::int32_t lCatLevel
 {
     SetCatName(std::move(sCatName));
     SetCatLevel(lCatLevel);
+}
+
+void clsCat::SetCatLevel(std::int32_t lCatLevel) noexcept
+{
+    m_lCatLevel = lCatLevel < 0 ? 0 : lCatLevel;
+    if (const std::shared_ptr<clsCat> cMainCat = MainCat())
+        cMainCat->m_bLevelRenumbered = true;
 }
 
 std::shared_ptr<clsCatRules> clsCat::Rules()
@@ -120,31 +139,47 @@ std::shared_ptr<CutCollection> clsCat::SchedCuts() const
     if (m_lCatLevel != 0)
         return m_colSchedCuts;
     auto colMerged = std::make_shared<CutCollection>();
-    for (const std::shared_ptr<clsCat>& cSubCat : *m_colSubCats)
-        for (const std::shared_ptr<Cut>& cCut : *cSubCat->m_colSchedCuts)
-            colMerged->Add(cCut->Key(), cCut); // a cut of two levels stays at its first place
+    for (const std::shared_ptr<Cut>& cCut : CutsOfLevels())
+        colMerged->Add(cCut->Key(), cCut); // a cut of two levels stays at its first place
     return colMerged;
+}
+
+Cuts clsCat::CutsOfLevels() const
+{
+    Cuts colCuts;
+    for (const std::shared_ptr<clsCat>& cSubCat : *m_colSubCats)
+    {
+        const Cuts colOfLevel = CopyOf(*cSubCat->m_colSchedCuts);
+        colCuts.insert(colCuts.end(), colOfLevel.begin(), colOfLevel.end());
+    }
+    return colCuts;
 }
 
 void clsCat::SetSchedCuts(const Cuts& colCuts)
 {
     // Built aside, so that an error leaves the old order, and nobody ever sees a part of the new one.
     auto colNew = std::make_shared<CutCollection>();
+    Cuts colNamed;
     std::int64_t lRefused = 0;
     bool bCreatedNewSubCat = false;
-    for (const std::shared_ptr<Cut>& cCut : colCuts)
+    try
     {
-        if (!cCut)
-            continue;
-        if (cCut->CatLevel() == 0)
-            ++lRefused;
-        else if (m_lCatLevel == 0)
-            FileInMainCat(cCut, bCreatedNewSubCat);
-        else
+        for (const std::shared_ptr<Cut>& cCut : colCuts)
         {
-            colNew->Add(cCut->Key(), cCut);
-            cCut->AddCategoryName(m_sCatName);
+            if (!cCut)
+                continue;
+            if (cCut->CatLevel() == 0)
+                ++lRefused;
+            else if (m_lCatLevel == 0)
+                FileInMainCat(cCut, bCreatedNewSubCat);
+            else
+                FileNew(cCut, *colNew, colNamed);
         }
+    }
+    catch (...)
+    {
+        TakeNameOff(colNamed);
+        throw;
     }
     m_colSchedCuts = std::move(colNew);
     if (lRefused > 0)
@@ -153,6 +188,31 @@ void clsCat::SetSchedCuts(const Cuts& colCuts)
         m_cMod.WriteDebugLog(L"Level 0 cuts refused by category " + m_sCatName + L": " +
                              DecimalText(lRefused) + L" in all.");
     RecalcTotalRunTime();
+}
+
+// Files a cut in a collection that is to become this level's. colNamed receives it when the name is new to
+// it.
+void clsCat::FileNew(const std::shared_ptr<Cut>& cCut, CutCollection& colNew, Cuts& colNamed)
+{
+    colNew.Add(cCut->Key(), cCut);
+    if (!cCut->HasCategoryName(m_sCatName))
+        colNamed.push_back(cCut); // before it is named: a name that was not given is taken off without harm
+    cCut->AddCategoryName(m_sCatName);
+}
+
+void clsCat::TakeNameOff(const Cuts& colCuts) noexcept
+{
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+    {
+        try
+        {
+            cCut->RemoveCategoryName(m_sCatName);
+        }
+        catch (...)
+        {
+            m_cMod.LogError(L"SchedCuts [clsCat]", CurrentError()); // the others lose it all the same
+        }
+    }
 }
 
 bool clsCat::AddCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat)
@@ -209,18 +269,41 @@ void clsCat::ShowLevelZero() const
 clsCat::Filed clsCat::FileInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat)
 {
     std::shared_ptr<clsCat> cSubCat = SubCat(cCut->CatLevel());
-    if (!cSubCat)
+    const bool bMade = !cSubCat;
+    if (bMade)
     {
         cSubCat = std::make_shared<clsCat>(m_cMod, m_sCatName, cCut->CatLevel());
         // A negative number is no level: the new category's is 0 then, and AddSubCat refuses it.
         if (!AddSubCat(cSubCat))
             return Filed::No;
-        bCreatedNewSubCat = true;
     }
-    const Filed eFiled = cSubCat->File(cCut, bCreatedNewSubCat);
-    if (cSubCat->CatName() != m_sCatName) // a level registers its own name, which mostly is this one
-        cCut->AddCategoryName(m_sCatName);
-    return eFiled;
+    try
+    {
+        const Filed eFiled = cSubCat->File(cCut, bCreatedNewSubCat);
+        if (cSubCat->CatName() != m_sCatName) // a level registers its own name, which mostly is this one
+            cCut->AddCategoryName(m_sCatName);
+        bCreatedNewSubCat = bCreatedNewSubCat || bMade;
+        return eFiled;
+    }
+    catch (...)
+    {
+        if (bMade)
+            RemoveMadeLevel(cSubCat);
+        throw;
+    }
+}
+
+// Takes a level away that was made for a cut which could not be filed, unless others have used it since.
+void clsCat::RemoveMadeLevel(const std::shared_ptr<clsCat>& cSubCat) noexcept
+{
+    const LevelKey cKey(cSubCat->CatLevel());
+    const std::shared_ptr<clsCat>* pFound = m_colSubCats->Find(cKey.Text());
+    if (!pFound || *pFound != cSubCat || !cSubCat->m_colSchedCuts->Empty())
+        return;
+    const bool bInOrder = LevelsInOrder();
+    m_colSubCats->Remove(cKey.Text());
+    if (bInOrder)
+        NoteLevelsInOrder();
 }
 
 bool clsCat::RemoveCut(const std::shared_ptr<Cut>& cCut)
@@ -284,21 +367,57 @@ bool clsCat::AddSubCat(const std::shared_ptr<clsCat>& cSubCat)
                                    L"Illegal - a subcat MUST have a level");
                         return false;
                     }
-                    const TextKey cKey(DecimalText(cSubCat->CatLevel()));
-                    if (!m_colSubCats->Add(cKey, cSubCat))
+                    RequireLevel(*cSubCat);
+                    if (!InsertLevel(TextKey(DecimalText(cSubCat->CatLevel())), cSubCat))
                         return false;
-                    try
-                    {
-                        SortSubCats();
-                    }
-                    catch (...)
-                    {
-                        m_colSubCats->Remove(cKey); // added whole or not at all
-                        throw;
-                    }
                     cSubCat->SetMainCat(shared_from_this());
                     return true;
                 });
+}
+
+void clsCat::RequireLevel(const clsCat& cSubCat) const
+{
+    if (cSubCat.CatLevel() == 0 || !cSubCat.m_colSubCats->Empty() || &cSubCat == this || MainCat())
+        throw RuntimeError(error::InvalidProcedureCall);
+}
+
+bool clsCat::LevelsInOrder() const noexcept
+{
+    return m_colSubCats->Changes() == m_lOrderedAt && !m_bLevelRenumbered;
+}
+
+void clsCat::NoteLevelsInOrder() noexcept
+{
+    m_lOrderedAt = m_colSubCats->Changes();
+    m_bLevelRenumbered = false;
+}
+
+// False when the key is there already. Added whole or not at all.
+bool clsCat::InsertLevel(const TextKey& cKey, const std::shared_ptr<clsCat>& cSubCat)
+{
+    if (LevelsInOrder())
+    {
+        const auto it = std::upper_bound(m_colSubCats->begin(), m_colSubCats->end(), cSubCat->CatLevel(),
+                                         [](std::int32_t lLevel, const std::shared_ptr<clsCat>& cOther)
+                                         { return lLevel < cOther->CatLevel(); });
+        const auto lPosition = static_cast<std::size_t>(it - m_colSubCats->begin());
+        if (!m_colSubCats->Insert(lPosition, &cKey, cSubCat))
+            return false;
+        NoteLevelsInOrder();
+        return true;
+    }
+    if (!m_colSubCats->Add(cKey, cSubCat))
+        return false;
+    try
+    {
+        SortSubCats();
+    }
+    catch (...)
+    {
+        m_colSubCats->Remove(cKey);
+        throw;
+    }
+    return true;
 }
 
 void clsCat::SortSubCats()
@@ -310,10 +429,12 @@ void clsCat::SortSubCats()
     { return LevelAt(lLeft) < LevelAt(lRight); };
     std::vector<std::size_t> colOrder(m_colSubCats->Count());
     std::iota(colOrder.begin(), colOrder.end(), std::size_t{0});
-    if (std::is_sorted(colOrder.begin(), colOrder.end(), IsBefore))
-        return;
-    std::stable_sort(colOrder.begin(), colOrder.end(), IsBefore);
-    m_colSubCats->Reorder(colOrder);
+    if (!std::is_sorted(colOrder.begin(), colOrder.end(), IsBefore))
+    {
+        std::stable_sort(colOrder.begin(), colOrder.end(), IsBefore);
+        m_colSubCats->Reorder(colOrder);
+    }
+    NoteLevelsInOrder();
 }
 
 bool clsCat::RemoveSubCat(const std::shared_ptr<clsCat>& cSubCat)
@@ -326,10 +447,12 @@ bool clsCat::RemoveSubCat(const std::shared_ptr<clsCat>& cSubCat)
     // Finds nothing in a main category, which holds no cuts of its own: the cuts stay in the level that is
     // taken away.
     if (!m_colSchedCuts->Empty())
-        for (const std::shared_ptr<Cut>& cCut :
-             Cuts(cSubCat->m_colSchedCuts->begin(), cSubCat->m_colSchedCuts->end()))
+        for (const std::shared_ptr<Cut>& cCut : CopyOf(*cSubCat->m_colSchedCuts))
             RemoveCut(cCut);
+    const bool bInOrder = LevelsInOrder();
     const bool bRemoved = m_colSubCats->Remove(sKey);
+    if (bInOrder)
+        NoteLevelsInOrder();
     RecalcTotalRunTime();
     return bRemoved;
 }
@@ -347,19 +470,16 @@ std::wstring clsCat::CatID() const
 
 void clsCat::RecalcTotalRunTime()
 {
+    const std::uint32_t lOwn = ++m_lRecalculations;
+    const std::int64_t lBefore = m_lTotalRunTime;
     std::int64_t lTotal = 0;
-    const auto AddAll = [&lTotal](const CutCollection& colCuts)
-    {
-        for (const std::shared_ptr<Cut>& cCut : colCuts)
-            lTotal += cCut->RunTimemS();
-    };
-    if (m_lCatLevel != 0)
-        AddAll(*m_colSchedCuts);
-    else
-        for (const std::shared_ptr<clsCat>& cSubCat : *m_colSubCats)
-            AddAll(*cSubCat->m_colSchedCuts);
-    m_lTotalRunTime = lTotal;
-    if (!FitsLong(lTotal))
+    for (const std::shared_ptr<Cut>& cCut : m_lCatLevel != 0 ? CopyOf(*m_colSchedCuts) : CutsOfLevels())
+        lTotal += cCut->RunTimemS();
+    // A cut may let others run while it is asked. What they filed or removed here has changed the total
+    // itself; another recalculation, which is the newer one, has set it.
+    if (lOwn == m_lRecalculations)
+        m_lTotalRunTime = lTotal + (m_lTotalRunTime - lBefore);
+    if (!FitsLong(m_lTotalRunTime))
         throw RuntimeError(error::Overflow);
 }
 

@@ -46,7 +46,7 @@ public:
     void SetCatName(std::wstring sCatName) { m_sCatName = std::move(sCatName); }
 
     std::int32_t CatLevel() const noexcept { return m_lCatLevel; }
-    void SetCatLevel(std::int32_t lCatLevel) noexcept { m_lCatLevel = lCatLevel < 0 ? 0 : lCatLevel; }
+    void SetCatLevel(std::int32_t lCatLevel) noexcept;
 
     // Created and loaded on first use.
     std::shared_ptr<clsCatRules> Rules();
@@ -61,14 +61,16 @@ public:
     // order, each once, whose changes change nothing. Never null.
     std::shared_ptr<CutCollection> SchedCuts() const;
     // Replaces the cuts: the collection becomes a new one in which every given cut is filed in order as
-    // AddCut does; level 0 cuts give one box in all. Everything is filed before error 6 is raised.
+    // AddCut does; level 0 cuts give one box in all. Everything is filed before error 6 is raised. An error
+    // of a cut leaves a level as it was, its name taken off those cuts again that did not carry it before; a
+    // main category keeps the cuts filed until then.
     void SetSchedCuts(const Cuts& colCuts);
 
     // Files a cut: a level appends it to its order, a main category hands it to the level of the cut's own
     // number, which it makes when missing (bCreatedNewSubCat is then set, never reset). The category's name
     // is registered with the cut. False: no cut, level 0 (which is shown in a box), a negative level, or
     // already there. Error 6, after everything else is done, when the level's total run time passes the
-    // 32-bit range.
+    // 32-bit range. Another error files nothing, and no level that was made for the cut is left behind.
     bool AddCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
 
     // Takes a cut out of this object's own SchedCuts (not out of its levels'), by its key, else by its
@@ -79,7 +81,13 @@ public:
 
     // Keyed by the level number's text, always in ascending order of level. Shared.
     const std::shared_ptr<CatCollection>& SubCats() const noexcept { return m_colSubCats; }
+    // False for none, level 0 (which is shown in a box) and a level that is there already. What RequireLevel
+    // refuses is reported and gives false too.
     bool AddSubCat(const std::shared_ptr<clsCat>& cSubCat);
+    // Error 5 when cSubCat cannot become a level of this category: a main category (level 0, or with levels
+    // of its own), this object itself, or anything when this is a level of a main category. So the tree is
+    // never deeper than two and has no cycles.
+    void RequireLevel(const clsCat& cSubCat) const;
     bool RemoveSubCat(const std::shared_ptr<clsCat>& cSubCat);
     // The level of that number, or null.
     std::shared_ptr<clsCat> SubCat(std::int32_t lCatLevel) const;
@@ -103,7 +111,14 @@ private:
     Filed File(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
     Filed FileInLevel(const std::shared_ptr<Cut>& cCut);
     Filed FileInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
+    Cuts CutsOfLevels() const; // shared references, in order; safe while the levels change
+    void FileNew(const std::shared_ptr<Cut>& cCut, CutCollection& colNew, Cuts& colNamed);
+    void TakeNameOff(const Cuts& colCuts) noexcept;
+    void RemoveMadeLevel(const std::shared_ptr<clsCat>& cSubCat) noexcept;
     void ShowLevelZero() const;
+    bool LevelsInOrder() const noexcept;
+    void NoteLevelsInOrder() noexcept;
+    bool InsertLevel(const TextKey& cKey, const std::shared_ptr<clsCat>& cSubCat);
     void SortSubCats();
 
     ModScheduler& m_cMod;
@@ -112,8 +127,11 @@ private:
     std::int32_t m_lCatLevel = 0;
     std::shared_ptr<CutCollection> m_colSchedCuts;
     std::shared_ptr<CatCollection> m_colSubCats;
+    std::uint64_t m_lOrderedAt = 0;  // the Changes of SubCats at which its levels were in order
+    bool m_bLevelRenumbered = false; // since then
     std::int64_t m_lTotalRunTime =
         0; // ms; 64 bits, so that averages stay true past the range hosts are told about
+    std::uint32_t m_lRecalculations = 0;
     std::shared_ptr<clsCatRules> m_cRules;
 };
 

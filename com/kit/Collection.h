@@ -35,11 +35,13 @@ public:
 // A live view of an OrderedKeyedCollection. Adapter has two static functions:
 //   Variant ToVariant(const Item&), Item FromVariant(const VARIANT&), which throws error 13 for what it
 //   cannot take.
+// accept, where there is one, throws for an item that must not be added; else it is added next.
 template <class Item, class Adapter> class LiveCollection final : public CollectionModel
 {
 public:
-    explicit LiveCollection(std::shared_ptr<OrderedKeyedCollection<Item>> colItems)
-        : m_colItems(std::move(colItems))
+    using Accept = std::function<void(const Item&)>;
+    explicit LiveCollection(std::shared_ptr<OrderedKeyedCollection<Item>> colItems, Accept accept = {})
+        : m_colItems(std::move(colItems)), m_accept(std::move(accept))
     {
     }
 
@@ -63,6 +65,8 @@ public:
     {
         Item converted = Adapter::FromVariant(item); // may call a host, which may shorten the collection
         const TextKey cKey(sKey.value_or(std::wstring()));
+        if (m_accept && !(sKey && m_colItems->Exists(cKey)))
+            m_accept(converted);
         if (!m_colItems->Insert(std::min(lPosition, m_colItems->Count()), sKey ? &cKey : nullptr,
                                 std::move(converted)))
             throw RuntimeError(error::KeyAlreadyExists);
@@ -71,6 +75,7 @@ public:
 
 private:
     std::shared_ptr<OrderedKeyedCollection<Item>> m_colItems;
+    Accept m_accept;
 };
 
 // _clsCollection over any model. Item and Remove take a position from 1 (any number) or a key (a string); a
@@ -97,16 +102,17 @@ private:
     FaceEntry<CollectionFace> m_cEntry;
 };
 
-// The face of a core collection: the same one while anyone holds it.
+// The face of a core collection: the same one while anyone holds it. accept as in LiveCollection.
 template <class Adapter, class Item>
-ComPtr<CollectionFace> FaceOfCollection(const std::shared_ptr<OrderedKeyedCollection<Item>>& colItems)
+ComPtr<CollectionFace> FaceOfCollection(const std::shared_ptr<OrderedKeyedCollection<Item>>& colItems,
+                                        const typename LiveCollection<Item, Adapter>::Accept& accept = {})
 {
     return FaceMap<CollectionFace>::Instance().Get(
         colItems.get(),
         [&]
         {
-            return NewObject<CollectionFace>(colItems.get(),
-                                             std::make_unique<LiveCollection<Item, Adapter>>(colItems));
+            return NewObject<CollectionFace>(
+                colItems.get(), std::make_unique<LiveCollection<Item, Adapter>>(colItems, accept));
         });
 }
 

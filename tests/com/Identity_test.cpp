@@ -185,6 +185,36 @@ TEST_F(ComTest, AFaceThatCameBackIsANewObjectOverTheSameCore)
     EXPECT_EQ(LongOfProperty(ObjectIn<_clsCat>(cItem), &_clsCat::get_CatLevel), 5);
 }
 
+TEST_F(ComTest, SubCatsTakesOnlyWhatCanBeALevel)
+{
+    const auto cMain = Create<_clsCat>(CLSID_clsCat);
+    const auto cLevel = Create<_clsCat>(CLSID_clsCat);
+    const auto cOther = Create<_clsCat>(CLSID_clsCat);
+    ASSERT_EQ(cLevel->put_CatLevel(1), S_OK);
+    ComPtr<_clsCollection> colLevels;
+    ComPtr<_clsCollection> colOfLevel;
+    ASSERT_EQ(cMain->get_SubCats(colLevels.Receive()), S_OK);
+    ASSERT_EQ(cLevel->get_SubCats(colOfLevel.Receive()), S_OK);
+    const auto Add = [](const ComPtr<_clsCollection>& colCats, const ComPtr<_clsCat>& cCat)
+    {
+        return colCats->Add(Variant(static_cast<IDispatch*>(cCat.Get())), Variant::Omitted(),
+                            Variant::Omitted(), Variant::Omitted());
+    };
+    constexpr HRESULT hInvalidCall = static_cast<HRESULT>(0x800A0005);
+    EXPECT_EQ(Add(colLevels, cMain), hInvalidCall) << "a main category";
+    EXPECT_EQ(Add(colOfLevel, cLevel), hInvalidCall) << "itself";
+    ASSERT_EQ(Add(colLevels, cLevel), S_OK);
+    ComPtr<_clsCat> cParent;
+    ASSERT_EQ(cLevel->get_MainCat(cParent.Receive()), S_OK);
+    EXPECT_TRUE(IsSame(cParent, cMain));
+    ASSERT_EQ(cOther->put_CatLevel(2), S_OK);
+    EXPECT_EQ(Add(colOfLevel, cOther), hInvalidCall) << "a level has no levels";
+    ASSERT_EQ(cMain->put_CatLevel(2), S_OK);
+    EXPECT_EQ(Add(colLevels, cMain), hInvalidCall) << "itself, whatever its number";
+    LONG lTime = 0;
+    EXPECT_EQ(cMain->get_AverageRunTimemS(&lTime), S_OK);
+}
+
 } // namespace
 
 } // namespace ravlo

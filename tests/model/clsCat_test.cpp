@@ -466,6 +466,44 @@ TEST_F(CatTest, AnErrorInAddSubCatIsReportedAndGivesFalse)
     EXPECT_EQ(cWorld.LogMessages(), Names{L"DISPLAYERROR, AddSubCat [clsCat] 70 Permission denied"});
 }
 
+TEST_F(CatTest, WhatCanBeNoLevelIsRefusedWithError5)
+{
+    const auto cMainCat = NewMainCat({1});
+    const auto cOther = NewMainCat({1});
+    cOther->SetCatLevel(2); // as a host may do with a main category
+    const auto cSelf = NewCat(L"Rock", 3);
+    EXPECT_FALSE(cSelf->AddSubCat(cSelf));
+    EXPECT_FALSE(cMainCat->AddSubCat(cOther));
+    EXPECT_FALSE(cMainCat->SubCat(1)->AddSubCat(NewCat(L"Rock", 2))) << "a level has no levels";
+    const ShownBox refusedBox = HandledError(L"AddSubCat [clsCat]", StandardDescription(5), L"5");
+    EXPECT_EQ(boxes, (Boxes{refusedBox, refusedBox, refusedBox}));
+    EXPECT_TRUE(cSelf->SubCats()->Empty());
+    EXPECT_EQ(LevelsOf(*cMainCat), std::vector<std::int32_t>{1});
+    EXPECT_EQ(ErrorOf([&] { cMainCat->RequireLevel(*cOther); }), 5);
+    EXPECT_EQ(ErrorOf([&] { cMainCat->RequireLevel(*NewCat(L"Rock", 0)); }), 5);
+    EXPECT_EQ(ErrorOf([&] { cMainCat->RequireLevel(*NewCat(L"Rock", 2)); }), 0);
+}
+
+TEST_F(CatTest, LevelsStayInOrderWhenAHostRenumbersOne)
+{
+    const auto cMainCat = NewMainCat({1, 4, 7});
+    cMainCat->SubCat(4)->SetCatLevel(9);
+    ASSERT_TRUE(cMainCat->AddSubCat(NewCat(L"Rock", 8)));
+    std::vector<std::int32_t> colLevels;
+    for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
+        colLevels.push_back(cSubCat->CatLevel());
+    EXPECT_EQ(colLevels, (std::vector<std::int32_t>{1, 7, 8, 9}));
+}
+
+TEST_F(CatTest, LevelsStayInOrderAfterOneLeft)
+{
+    const auto cMainCat = NewMainCat({5, 3, 9});
+    cMainCat->RemoveSubCat(cMainCat->SubCat(5));
+    for (const std::int32_t lLevel : {4, 12, 1})
+        ASSERT_TRUE(cMainCat->AddSubCat(NewCat(L"Rock", lLevel)));
+    EXPECT_EQ(LevelsOf(*cMainCat), (std::vector<std::int32_t>{1, 3, 4, 9, 12}));
+}
+
 TEST_F(CatTest, RemovingALevelTakesItAwayWithItsCuts)
 {
     const auto cMainCat = NewMainCat({1, 2});
@@ -736,6 +774,106 @@ TEST_F(CatTest, ACutThatFailsWhileItIsFiledLeavesTheTotalTrue)
         EXPECT_EQ(KeysOf(*cLevel->SchedCuts()), Keys{L"a.mp3"}) << sMember;
         EXPECT_EQ(cLevel->AverageRunTimemS(), 1000) << sMember;
     }
+}
+
+// ---- hosts' cuts that do something while they are asked
+
+TEST_F(CatTest, ACutThatLeavesWhileItIsAskedForItsKeyIsSafe)
+{
+    const auto cMainCat = NewMainCat({1});
+    for (int i = 0; i < 40; ++i)
+        Add(*cMainCat, NewCut(std::to_wstring(i), 1));
+    for (const std::shared_ptr<Cut>& cCut : *cMainCat->SubCat(1)->SchedCuts())
+    {
+        const auto cFake = std::static_pointer_cast<FakeCut>(cCut);
+        cFake->OnCall = [&cMainCat, pFake = cFake.get()](const std::string& sMember)
+        {
+            if (sMember != "Key")
+                return;
+            pFake->OnCall = nullptr;
+            for (const std::shared_ptr<clsCat>& cLevel :
+                 Cats(cMainCat->SubCats()->begin(), cMainCat->SubCats()->end()))
+                cLevel->SchedCuts()->Clear();
+            cMainCat->SubCats()->Clear();
+        };
+    }
+    cDataBase.colCuts.clear(); // the level holds the last reference
+    EXPECT_EQ(cMainCat->SchedCuts()->Count(), 40u) << "as they stood when they were asked for";
+    EXPECT_TRUE(cMainCat->SubCats()->Empty());
+}
+
+TEST_F(CatTest, RecalculatingCountsWhatLeavesMeanwhile)
+{
+    const auto cLevel = NewCat(L"Rock", 1);
+    const auto cFirst = NewCut(L"a", 1, 1'000);
+    const auto cSecond = NewCut(L"b", 1, 5'000);
+    Add(*cLevel, cFirst);
+    Add(*cLevel, cSecond);
+    cFirst->SetRunTimemS(2'000);
+    cLevel->RecalcTotalRunTime();
+    cSecond->OnCall = [&](const std::string& sMember)
+    {
+        if (sMember != "RunTimemS")
+            return;
+        cSecond->OnCall = nullptr;
+        EXPECT_TRUE(cLevel->RemoveCut(cSecond));
+    };
+    cDataBase.colCuts.clear();
+    cLevel->RecalcTotalRunTime();
+    EXPECT_EQ(cLevel->TotalCuts(), 1);
+    EXPECT_EQ(cLevel->AverageRunTimemS(), 2'000);
+}
+
+TEST_F(CatTest, TheNewestRecalculationCounts)
+{
+    const auto cLevel = NewCat(L"Rock", 1);
+    const auto cCut = NewCut(L"a", 1, 1'000);
+    Add(*cLevel, cCut);
+    cCut->SetRunTimemS(4'000);
+    cCut->OnCall = [&](const std::string& sMember)
+    {
+        if (sMember != "RunTimemS")
+            return;
+        cCut->OnCall = nullptr;
+        cLevel->RecalcTotalRunTime();
+    };
+    cLevel->RecalcTotalRunTime();
+    EXPECT_EQ(cLevel->AverageRunTimemS(), 4'000);
+}
+
+// ---- whole or not at all
+
+TEST_F(CatTest, ALevelMadeForACutThatFailsIsNotLeftBehind)
+{
+    const auto cMainCat = NewMainCat({1});
+    const auto cCut = NewCut(L"a", 3);
+    cCut->failing.insert("AddCategoryName");
+    bool bCreated = false;
+    EXPECT_EQ(ErrorOf([&] { cMainCat->AddCut(cCut, bCreated); }), 91);
+    EXPECT_EQ(LevelsOf(*cMainCat), std::vector<std::int32_t>{1});
+    EXPECT_FALSE(bCreated);
+    cCut->failing.clear();
+    EXPECT_TRUE(cMainCat->AddCut(cCut, bCreated));
+    EXPECT_TRUE(bCreated);
+    EXPECT_EQ(LevelsOf(*cMainCat), (std::vector<std::int32_t>{1, 3}));
+}
+
+TEST_F(CatTest, AFailingReplacementTakesItsNamesOffAgain)
+{
+    const auto cLevel = NewCat(L"Rock", 1);
+    const auto cOld = NewCut(L"old", 1);
+    Add(*cLevel, cOld);
+    const auto cNew = NewCut(L"new", 1);
+    const auto cNamed = NewCut(L"named", 1); // stands in another level of the category
+    cNamed->AddCategoryName(L"ROCK");
+    const auto cBad = NewCut(L"bad", 1);
+    cBad->failing.insert("AddCategoryName");
+    EXPECT_EQ(ErrorOf([&] { cLevel->SetSchedCuts({cOld, cNew, cNamed, cBad}); }), 91);
+    EXPECT_EQ(KeysOf(*cLevel->SchedCuts()), Keys{L"old"});
+    EXPECT_EQ(cOld->CategoryText(), L"Rock");
+    EXPECT_EQ(cNew->CategoryText(), L"");
+    EXPECT_EQ(cNamed->CategoryText(), L"ROCK");
+    EXPECT_EQ(cBad->CategoryText(), L"");
 }
 
 } // namespace
