@@ -95,7 +95,7 @@ struct Radio
     NoFiles cFiles;
     ModScheduler cMod{world.AllPortsWith(cFiles)};
     std::shared_ptr<RadioDataBase> cDataBase = std::make_shared<RadioDataBase>();
-    PlayHistory cHistory;
+    PlayHistory cHistory{world.cClock, [](const RuntimeError&, bool) {}};
     std::shared_ptr<clsCat> cLevel = std::make_shared<clsCat>(cMod, L"Pop", 1);
 };
 

@@ -31,15 +31,48 @@ void PlayHistory::Record(const Cut& cCut, const DataBase& cDataBase)
     const DateTime dtPlayed = cCut.LastPlayed();
     if (!(dtPlayed > 0))
         return;
-    cOwn->SetLastPlayed(dtPlayed);
+    WholeSeconds(dtPlayed); // throws for what no separation could be measured from
 
-    std::wstring sArtist = cOwn->Artist();
-    std::wstring sTitle = cOwn->Title();
-    std::wstring sAlbum = cOwn->Album();
-    Enter(m_colArtists, std::move(sArtist), cOwn);
-    Enter(m_colTitles, std::move(sTitle), cOwn);
+    const std::optional<RuntimeError> cRefusal = m_cTimes.Write(cOwn, dtPlayed, cDataBase);
+    try
+    {
+        Enter(cOwn);
+    }
+    catch (...)
+    {
+        Tell(cRefusal);
+        throw;
+    }
+    Tell(cRefusal);
+}
+
+void PlayHistory::WritePendingTimes(const DataBase& cDataBase)
+{
+    // A single cut that refuses for a reason of its own does not cost the others.
+    constexpr std::size_t lMostRefusals = 2;
+    Tell(m_cTimes.WriteAll(cDataBase, lMostRefusals));
+}
+
+// Last in any operation: who is told may let anything run.
+void PlayHistory::Tell(const std::optional<RuntimeError>& cRefusal)
+{
+    if (m_cTimes.Count() == 0)
+        m_bRefusing = false;
+    if (!cRefusal)
+        return;
+    const bool bFirst = !std::exchange(m_bRefusing, m_cTimes.Count() > 0);
+    m_refused(*cRefusal, bFirst);
+}
+
+void PlayHistory::Enter(const std::shared_ptr<Cut>& cCut)
+{
+    std::wstring sArtist = cCut->Artist();
+    std::wstring sTitle = cCut->Title();
+    std::wstring sAlbum = cCut->Album();
+    Enter(m_colArtists, std::move(sArtist), cCut);
+    Enter(m_colTitles, std::move(sTitle), cCut);
     if (!sAlbum.empty())
-        Enter(m_colAlbums, std::move(sAlbum), cOwn);
+        Enter(m_colAlbums, std::move(sAlbum), cCut);
 }
 
 std::shared_ptr<Cut> PlayHistory::Last(const Plays& colPlays, std::wstring_view sText)

@@ -21,6 +21,7 @@ constexpr std::size_t lStepsPerPump = 5;
 // Stands for "never" where the title broke no rule.
 constexpr float sngNoTitlePlay = 1'000'000.0F;
 constexpr const wchar_t* sViolatesRulesWhere = L"ViolatesRules [schedman]";
+constexpr const wchar_t* sPreviousCutWhere = L"ViolatesRules [schedman], previous cut";
 constexpr const wchar_t* sNextCutFromCategoryTitle = L"Error in NextCutFromCategory [cSchedMan]";
 
 // The keys a walk has examined. Most picks end within a few steps, so the set is made only when a few do not
@@ -106,8 +107,10 @@ class Walk
 public:
     Walk(std::shared_ptr<clsCat> cSubCat, bool bMustBeOpener, std::shared_ptr<Cut> cPrevSchedCut,
          const SelectionWorld& world)
-        : m_cSubCat(std::move(cSubCat)), m_bMustBeOpener(bMustBeOpener),
-          m_cPrevSchedCut(std::move(cPrevSchedCut)), m_world(world)
+        : m_cSubCat(std::move(cSubCat)), m_bMustBeOpener(bMustBeOpener), m_world(world),
+          m_reference(std::move(cPrevSchedCut), world.cClock,
+                      [this](const RuntimeError& cError)
+                      { m_world.report(ErrorReport::LogOnly, sPreviousCutWhere, cError); })
     {
     }
 
@@ -127,9 +130,9 @@ public:
         {
             if (i % lStepsPerPump == 0)
                 m_world.pump();
-            // Read anew at each step: at a pump the level may have been emptied, re-ordered or deleted.
+            // Looked up at each step: at a pump the level may have been emptied, re-ordered or deleted.
             const std::shared_ptr<CutCollection> colOrder = m_cSubCat->SchedCuts();
-            if (colOrder->Empty())
+            if (!BringFreshCutToHead(*colOrder))
                 break;
             if (std::shared_ptr<Cut> cCopy = ExamineHead(*colOrder))
                 return Chosen(std::move(cCopy), eKindChosen);
@@ -153,18 +156,25 @@ public:
     bool MovedCuts() const noexcept { return m_bMovedCuts; }
 
 private:
+    // Passes over the cuts at the head that this walk has examined: others moved cuts at a pump, and behind
+    // these there may be fresh ones. False when there is no fresh cut.
+    bool BringFreshCutToHead(CutCollection& colOrder)
+    {
+        for (std::size_t lPassed = 0; lPassed < colOrder.Count(); ++lPassed)
+        {
+            m_bMovedCuts = true;
+            const TextKey* pKey = colOrder.KeyAt(0);
+            if (colOrder.At(0) && (!pKey || m_colExamined.Insert(*pKey)))
+                return true;
+            PassOver(colOrder, pKey);
+        }
+        return false;
+    }
+
     // One step: sends the head to the back, and gives a copy of it when it can be scheduled.
     std::shared_ptr<Cut> ExamineHead(CutCollection& colOrder)
     {
-        m_bMovedCuts = true;
         const std::shared_ptr<Cut> cHead = colOrder.At(0);
-        const TextKey* pKey = colOrder.KeyAt(0);
-        if (!cHead || (pKey && !m_colExamined.Insert(*pKey)))
-        {
-            PassOver(colOrder, pKey);
-            return nullptr;
-        }
-
         Candidate candidate{cHead, {}, {}};
         bool bAccepted = true;
         std::wstring sArtist;
@@ -219,7 +229,7 @@ private:
     std::shared_ptr<Cut> Measured(const Candidate& candidate)
     {
         clsRuleViolation violation =
-            ViolatesRules(*m_cSubCat, candidate, m_cPrevSchedCut.get(), m_world, m_bShowErrors);
+            ViolatesRules(*m_cSubCat, candidate, m_reference, m_world, m_bShowErrors);
         if (violation.TitleMinsAgo == 0)
             violation.TitleMinsAgo = sngNoTitlePlay;
 
@@ -287,8 +297,8 @@ private:
 
     const std::shared_ptr<clsCat> m_cSubCat; // kept alive: a pump may delete it from its main category
     const bool m_bMustBeOpener;
-    const std::shared_ptr<Cut> m_cPrevSchedCut;
     const SelectionWorld& m_world;
+    Reference m_reference;
     ExaminedKeys m_colExamined;
     BestViolator m_best;
     bool m_bMovedCuts = false;
@@ -317,22 +327,23 @@ SelectionWorld LiveWorld(ModScheduler& cMod, const PlayHistory& cHistory,
         cHistory, std::move(cDataBase), cMod.Outside().cClock, [&cMod] { cMod.Pump(); }, note, report};
 }
 
-clsRuleViolation ViolatesRules(clsCat& cSubCat, const Candidate& candidate, const Cut* cPrevSchedCut,
+clsRuleViolation ViolatesRules(clsCat& cSubCat, const Candidate& candidate, Reference& reference,
                                const SelectionWorld& world, bool& bShowErrors)
 {
-    clsRuleViolation violation;
+    const ErrorSink failed = [&](const RuntimeError& cError)
+    {
+        const bool bShow = std::exchange(bShowErrors, false);
+        world.report(bShow ? ErrorReport::Handled : ErrorReport::LogOnly, sViolatesRulesWhere, cError);
+    };
     try
     {
-        const auto reference = [&] { return ReferenceTime(cPrevSchedCut, world.cClock); };
-        MeasureAgainstRules(RulesOf(*cSubCat.Rules()), candidate, world.cHistory, reference, violation);
+        return MeasureAgainstRules(RulesOf(*cSubCat.Rules()), candidate, world.cHistory, reference, failed);
     }
     catch (...)
     {
-        const bool bShow = std::exchange(bShowErrors, false);
-        world.report(bShow ? ErrorReport::Handled : ErrorReport::LogOnly, sViolatesRulesWhere,
-                     CurrentError());
+        failed(CurrentError());
+        return {};
     }
-    return violation;
 }
 
 Pick NextCutFromCategory(std::shared_ptr<clsCat> cSubCat, bool bMustBeOpener,

@@ -41,10 +41,10 @@ SelectionWorld LiveWorld(ModScheduler& cMod, const PlayHistory& cHistory,
                          std::shared_ptr<const DataBase> cDataBase);
 
 // Which rule a candidate breaks, and by how much. An error while measuring is reported (shown once in a walk,
-// logged when bShowErrors is false; the call clears it) and what was found until then stands: a play that
-// cannot be read breaks no rule, since a cut too soon is better than silence. Cut is set only when a rule is
-// broken.
-clsRuleViolation ViolatesRules(clsCat& cSubCat, const Candidate& candidate, const Cut* cPrevSchedCut,
+// logged when bShowErrors is false; the call clears it) and the other rules are measured all the same: a play
+// that cannot be read breaks no rule, since a cut too soon is better than silence. Cut is set only when a
+// rule is broken.
+clsRuleViolation ViolatesRules(clsCat& cSubCat, const Candidate& candidate, Reference& reference,
                                const SelectionWorld& world, bool& bShowErrors);
 
 // What a selection found.
@@ -58,8 +58,9 @@ struct Pick
 // that is an opener when one is asked for and breaks no rule (kind 0); else of the one with the most
 // separation among those that break one (kinds 14, 15, 18), the first examined of several whose minutes read
 // the same; else a placeholder (7, 11, 12, 13). Every fifth step pumps. At most as many steps as the level
-// had cuts at the start, each cut examined once, whatever happens at a pump. An error is reported and gives
-// kind 11; the cut that caused it does not stay at the head.
+// had cuts at the start, each cut examined once, whatever happens at a pump; a cut that others bring to the
+// head again is passed over, which is no step. An error is reported and gives kind 11; the cut that caused it
+// does not stay at the head.
 Pick NextCutFromCategory(std::shared_ptr<clsCat> cSubCat, bool bMustBeOpener,
                          const std::shared_ptr<Cut>& cPrevSchedCut, const SelectionWorld& world);
 

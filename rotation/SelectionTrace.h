@@ -26,7 +26,7 @@ enum class StepKind
     NotAnOpener,      // an opener is asked for and the head cut is none
     SentToBack,       // the cut stands at the end of the order now
     NotSentToBack,    // the level does not hold the database's cut for it
-    PassedOver,       // came to the head a second time in this walk, because others moved cuts meanwhile
+    PassedOver,       // came to the head a second time in this walk, because others moved cuts; no step
     Measured,         // the candidate was measured against the rules; pViolation says with what result
     AllBreakRules,    // the walk ended without a choice
     NothingLeft,      // ... and without a violator to fall back on

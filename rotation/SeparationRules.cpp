@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "rotation/SeparationRules.h"
 
+#include "scheduler/modscheduler/ModScheduler.h"
+
 #include <cmath>
+#include <optional>
 
 namespace ravlo
 {
@@ -17,41 +20,61 @@ constexpr float sngSecondsPerMinute = 60.0F;
 class Measurement
 {
 public:
-    Measurement(const Candidate& candidate, const std::function<DateTime()>& reference,
-                clsRuleViolation& violation) noexcept
-        : m_candidate(candidate), m_reference(reference), m_violation(violation)
+    Measurement(const Candidate& candidate, const PlayHistory& cHistory, Reference& reference,
+                const ErrorSink& failed) noexcept
+        : m_candidate(candidate), m_cHistory(cHistory), m_reference(reference), m_failed(failed)
     {
     }
 
-    // sngOwnMinsAgo is the violation's field for this rule.
-    void Check(eRuleViolation eRule, std::int32_t lSeparation, const std::shared_ptr<Cut>& cLastPlayed,
-               float& sngOwnMinsAgo)
+    // lastPlay finds the play to measure, or null; pOwnMinsAgo is the violation's field for this rule.
+    template <class LastPlay>
+    void Check(eRuleViolation eRule, std::int32_t lSeparation, float clsRuleViolation::*pOwnMinsAgo,
+               LastPlay&& lastPlay)
     {
-        if (!cLastPlayed)
+        // Minutes are never below 0, so a separation of 0 and below cannot break and its history is not
+        // asked.
+        if (lSeparation <= 0)
             return;
-        const float sngMinsAgo = MinutesBetween(Reference(), cLastPlayed->LastPlayed());
-        if (!(static_cast<double>(sngMinsAgo) < static_cast<double>(lSeparation)))
-            return;
-        sngOwnMinsAgo = sngMinsAgo;
-        m_violation.Cut = m_candidate.cCut;
+        try
+        {
+            const std::shared_ptr<Cut> cLastPlayed = lastPlay();
+            if (!cLastPlayed)
+                return;
+            const float sngMinsAgo = MinutesBetween(Start(), m_cHistory.TimeOf(*cLastPlayed));
+            if (static_cast<double>(sngMinsAgo) < static_cast<double>(lSeparation))
+                Note(eRule, sngMinsAgo, pOwnMinsAgo);
+        }
+        catch (...)
+        {
+            m_failed(CurrentError());
+        }
+    }
+
+    clsRuleViolation& Result() noexcept { return m_violation; }
+
+private:
+    void Note(eRuleViolation eRule, float sngMinsAgo, float clsRuleViolation::*pOwnMinsAgo)
+    {
+        m_violation.*pOwnMinsAgo = sngMinsAgo;
         if (m_violation.Violation != eNone)
             return;
+        m_violation.Cut = m_candidate.cCut;
         m_violation.Violation = eRule;
         m_violation.MinsAgo = sngMinsAgo;
     }
-
-private:
-    DateTime Reference()
+    DateTime Start()
     {
-        if (!m_dtReference)
-            m_dtReference = m_reference();
-        return *m_dtReference;
+        if (!m_dtStart)
+            m_dtStart = m_reference.Time();
+        return *m_dtStart;
     }
 
     const Candidate& m_candidate;
-    const std::function<DateTime()>& m_reference;
-    clsRuleViolation& m_violation;
-    std::optional<DateTime> m_dtReference;
+    const PlayHistory& m_cHistory;
+    Reference& m_reference;
+    const ErrorSink& m_failed;
+    clsRuleViolation m_violation;
+    std::optional<DateTime> m_dtStart;
 };
 
 } // namespace
@@ -71,7 +94,25 @@ DateTime ReferenceTime(const Cut* cPrevSchedCut, const Clock& cClock)
     const DateTime dtStart = cPrevSchedCut ? cPrevSchedCut->LastPlayed() : 0;
     if (!(dtStart > 0))
         return cClock.Now();
-    return dtStart + cPrevSchedCut->DurationmS() / dMillisecondsPerSecond / dSecondsPerDay;
+    const DateTime dtEnd = dtStart + cPrevSchedCut->DurationmS() / dMillisecondsPerSecond / dSecondsPerDay;
+    WholeSeconds(dtEnd); // throws beyond the calendar
+    return dtEnd;
+}
+
+DateTime Reference::Time()
+{
+    if (!m_cPrevSchedCut)
+        return m_cClock.Now();
+    try
+    {
+        return ReferenceTime(m_cPrevSchedCut.get(), m_cClock);
+    }
+    catch (...)
+    {
+        m_cPrevSchedCut = nullptr;
+        m_failed(CurrentError());
+    }
+    return m_cClock.Now();
 }
 
 float MinutesBetween(DateTime dtReference, DateTime dtPlayed)
@@ -81,23 +122,20 @@ float MinutesBetween(DateTime dtReference, DateTime dtPlayed)
     return std::abs(static_cast<float>(dSeconds) / sngSecondsPerMinute);
 }
 
-void MeasureAgainstRules(const SeparationRules& rules, const Candidate& candidate,
-                         const PlayHistory& cHistory, const std::function<DateTime()>& reference,
-                         clsRuleViolation& violation)
+clsRuleViolation MeasureAgainstRules(const SeparationRules& rules, const Candidate& candidate,
+                                     const PlayHistory& cHistory, Reference& reference,
+                                     const ErrorSink& failed)
 {
     if (rules.bIgnore)
-        return;
-    // Minutes are never below 0, so a separation of 0 and below cannot break and its history is not asked.
-    Measurement measurement(candidate, reference, violation);
-    if (rules.lTitle > 0)
-        measurement.Check(eGlobalTitle, rules.lTitle, cHistory.TitleHistoryCut(candidate.sTitle),
-                          violation.TitleMinsAgo);
-    if (rules.lArtist > 0)
-        measurement.Check(eGlobalArtist, rules.lArtist, cHistory.ArtistHistoryCut(candidate.sArtist),
-                          violation.ArtistMinsAgo);
-    if (rules.lAlbum > 0)
-        measurement.Check(eGlobalAlbum, rules.lAlbum, cHistory.AlbumHistoryCut(candidate.cCut->Album()),
-                          violation.AlbumMinsAgo);
+        return {};
+    Measurement measurement(candidate, cHistory, reference, failed);
+    measurement.Check(eGlobalTitle, rules.lTitle, &clsRuleViolation::TitleMinsAgo,
+                      [&] { return cHistory.TitleHistoryCut(candidate.sTitle); });
+    measurement.Check(eGlobalArtist, rules.lArtist, &clsRuleViolation::ArtistMinsAgo,
+                      [&] { return cHistory.ArtistHistoryCut(candidate.sArtist); });
+    measurement.Check(eGlobalAlbum, rules.lAlbum, &clsRuleViolation::AlbumMinsAgo,
+                      [&] { return cHistory.AlbumHistoryCut(candidate.cCut->Album()); });
+    return std::move(measurement.Result());
 }
 
 } // namespace ravlo

@@ -4,13 +4,14 @@
 #include "model/clsCatRules.h"
 #include "model/clsRuleViolation.h"
 #include "ports/Clock.h"
+#include "ports/RuntimeError.h"
 #include "rotation/PlayHistory.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string_view>
+#include <utility>
 
 namespace ravlo
 {
@@ -28,8 +29,28 @@ struct SeparationRules
 SeparationRules RulesOf(const clsCatRules& cRules);
 
 // The moment at which the requested cut is to start: the previous cut's play time plus its duration, or the
-// present time when there is no previous cut or it has no play time.
+// present time when there is no previous cut or it has no play time. Errors of the previous cut are thrown,
+// and error 5 when that moment lies beyond the calendar.
 DateTime ReferenceTime(const Cut* cPrevSchedCut, const Clock& cClock);
+
+using ErrorSink = std::function<void(const RuntimeError& cError)>;
+
+// The reference times of one walk. A previous cut that cannot be used is told once and not asked again: the
+// present time serves instead, since a pick without any rule is worse than one measured from now.
+class Reference
+{
+public:
+    Reference(std::shared_ptr<Cut> cPrevSchedCut, const Clock& cClock, ErrorSink failed)
+        : m_cPrevSchedCut(std::move(cPrevSchedCut)), m_cClock(cClock), m_failed(std::move(failed))
+    {
+    }
+    DateTime Time();
+
+private:
+    std::shared_ptr<Cut> m_cPrevSchedCut; // null once it has failed
+    const Clock& m_cClock;
+    ErrorSink m_failed;
+};
 
 // Minutes between two moments, never negative: both are rounded to whole seconds and the difference is
 // divided in single precision, so that equal distances compare equal.
@@ -45,11 +66,11 @@ struct Candidate
 };
 
 // Measures a candidate against the play history, title before artist before album: the first rule broken
-// gives Violation and MinsAgo, every broken one its own minutes. reference gives the moment to measure from
-// and is asked at most once. The result stands in violation from the first rule on, so that what was found
-// before an error is kept.
-void MeasureAgainstRules(const SeparationRules& rules, const Candidate& candidate,
-                         const PlayHistory& cHistory, const std::function<DateTime()>& reference,
-                         clsRuleViolation& violation);
+// gives Violation and MinsAgo, every broken one its own minutes. The reference time is asked for at most
+// once, and only when there is a play to measure. A play or text that cannot be read breaks no rule: the
+// error is given to failed and the other rules are measured all the same.
+clsRuleViolation MeasureAgainstRules(const SeparationRules& rules, const Candidate& candidate,
+                                     const PlayHistory& cHistory, Reference& reference,
+                                     const ErrorSink& failed);
 
 } // namespace ravlo

@@ -19,6 +19,8 @@ namespace ravlo
 namespace
 {
 
+constexpr const wchar_t* sUpdateHistoryWhere = L"UpdateArtistTitleHistory";
+
 // Names become file names: these may not stand in one. In the order hosts are shown them.
 std::shared_ptr<NameCollection> IllegalChars()
 {
@@ -34,9 +36,18 @@ std::shared_ptr<NameCollection> IllegalChars()
 struct clsSchedMan::Parts : Station
 {
     explicit Parts(ModScheduler& cModule)
-        : Station(cModule), cSync(*this), colIllegalChars(IllegalChars()), cCreation(*this, colIllegalChars),
-          cEditing(*this, cSync)
+        : Station(cModule), cSync(*this),
+          cPlayHistory(cModule.Outside().cClock, [&cModule](const RuntimeError& cError, bool bFirst)
+                       { cModule.DISPLAYERROR(sUpdateHistoryWhere, bFirst, cError); }),
+          colIllegalChars(IllegalChars()), cCreation(*this, colIllegalChars), cEditing(*this, cSync)
     {
+    }
+
+    // Tries to write the times of plays that the database has refused so far.
+    void WritePendingPlayTimes()
+    {
+        if (const std::shared_ptr<ravlo::DataBase> cPresent = cDataBase)
+            cPlayHistory.WritePendingTimes(*cPresent);
     }
 
     Synchronisation cSync;
@@ -74,6 +85,7 @@ clsSchedMan::~clsSchedMan()
         my.cSync.Stop();
         my.cEvents.Listen(nullptr);
         my.cEvents.Follow(nullptr);
+        my.WritePendingPlayTimes();
         if (!my.colMainCats)
             return;
         my.cCategoryList.SaveCatNames(my.colMainCats.get(), my.sAppPath);
@@ -124,6 +136,7 @@ void clsSchedMan::PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBas
     TrapCritical(my.cMod, L"Error in PopulateFromDataBase [cSchedMan]",
                  [&]
                  {
+                     my.WritePendingPlayTimes();
                      // Its end handles what was announced meanwhile, when edits are served again.
                      const Synchronisation::Hold cHold(my.cSync);
                      FiledCuts cFiledCuts;
@@ -212,7 +225,10 @@ bool clsSchedMan::SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat
     Parts& my = *m_cParts;
     const Call cCall(*this);
     if (!cMainCat)
+    {
+        my.WritePendingPlayTimes();
         return my.colMainCats && my.cHistoryFiles.SaveAll(my.colMainCats);
+    }
     const bool bSaved = my.cHistoryFiles.Save(cMainCat) == HistoryFiles::Saved::Yes;
     my.SaveOwed();
     return bSaved;
@@ -239,7 +255,7 @@ void clsSchedMan::UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut)
 {
     Parts& my = *m_cParts;
     const Call cCall(*this);
-    Trap(my.cMod, L"UpdateArtistTitleHistory",
+    Trap(my.cMod, sUpdateHistoryWhere,
          [&]
          {
              const std::shared_ptr<ravlo::DataBase> cDataBase =
@@ -248,6 +264,8 @@ void clsSchedMan::UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut)
                  my.cPlayHistory.Record(*cCut, *cDataBase);
          });
 }
+
+std::size_t clsSchedMan::PendingPlayTimes() const noexcept { return m_cParts->cPlayHistory.PendingTimes(); }
 
 std::shared_ptr<Cut> clsSchedMan::NextCutFromRotation(const std::wstring& strSubCatKey, bool bMustBeOpener,
                                                       const std::shared_ptr<Cut>& cPrevSchedCut,

@@ -33,9 +33,9 @@ class clsSchedMan : public std::enable_shared_from_this<clsSchedMan>
 {
 public:
     explicit clsSchedMan(ModScheduler& cMod);
-    // When this manager completed a population: saves the category list, the orders that picks could not save
-    // and, while the library is still in this manager's folder, the settings. Nothing is thrown; a list that
-    // cannot be saved is shown, the rest is logged or ignored.
+    // Writes pending times of plays. When this manager completed a population: saves the category list, the
+    // orders that picks could not save and, while the library is still in this manager's folder, the
+    // settings. Nothing is thrown; a list that cannot be saved is shown, the rest is logged or ignored.
     ~clsSchedMan();
     clsSchedMan(const clsSchedMan&) = delete;
     clsSchedMan& operator=(const clsSchedMan&) = delete;
@@ -99,7 +99,13 @@ public:
     void RemoveCutsFromCategories(const std::vector<CutRemoval>& colRemovals,
                                   const std::function<void(std::size_t lDone)>& progress);
 
+    // Records a play; see PlayHistory.h. A database that refuses the time of the play does not hinder the
+    // entry: the error is shown once, and the time is pending until the next play, saving of all orders or
+    // population, or the manager's end, can write it. Until then the database's cut says when it played
+    // before.
     void UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut);
+    // How many times of plays the database has not taken yet.
+    std::size_t PendingPlayTimes() const noexcept;
 
     // The cut that plays next from the level that strSubCatKey names; never null. cMainCat, cSubCat and
     // sMainCatKey receive what the key led to. bSave writes the main category's order when the call has moved

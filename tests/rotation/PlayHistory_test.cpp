@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include "platform/memory/MemoryWorld.h"
 #include "rotation/PlayHistory.h"
 #include "support/FakeDataBase.h"
 
 #include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+#include <vector>
 
 namespace ravlo::test
 {
@@ -34,8 +39,13 @@ protected:
         return cPlay;
     }
 
+    // Refusals as they are told: the error's number, and "first" for the first of an incident.
+    std::vector<std::string> colRefusals;
+    MemoryClock cClock;
     FakeDataBase cDataBase;
-    PlayHistory cHistory;
+    PlayHistory cHistory{
+        cClock, [this](const RuntimeError& cError, bool bFirst)
+        { colRefusals.push_back(std::to_string(cError.Number()) + (bFirst ? " first" : "")); }};
 };
 
 TEST_F(PlayHistoryTest, APlayIsEnteredUnderArtistTitleAndAlbumAsTheDatabasesOwnCutWithThePlayTime)
@@ -174,6 +184,185 @@ TEST_F(PlayHistoryTest, TheHistoryHoldsARemovedCutWithItsPlayTime)
     cCut.reset();
     ASSERT_NE(cHistory.ArtistHistoryCut(L"Ash"), nullptr);
     EXPECT_EQ(cHistory.ArtistHistoryCut(L"Ash")->LastPlayed(), dtNoon);
+}
+
+TEST_F(PlayHistoryTest, ATimeBeyondTheCalendarChangesNothing)
+{
+    const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun");
+    for (const DateTime dtWhen : {1e9, std::numeric_limits<double>::infinity()})
+        EXPECT_THROW(cHistory.Record(*PlayOf(*cCut, dtWhen), cDataBase), RuntimeError);
+    EXPECT_EQ(cHistory.ArtistHistoryCut(L"Ash"), nullptr);
+    EXPECT_EQ(cCut->LastPlayed(), 0);
+}
+
+// ---- a database that refuses the times of plays
+
+using PendingTimesTest = PlayHistoryTest;
+using Refusals = std::vector<std::string>;
+constexpr std::uint32_t lSecond = 1'000;
+
+TEST_F(PendingTimesTest, RefusedPlayIsEnteredWithItsTime)
+{
+    const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun", L"Sky");
+    cCut->failing.insert("SetLastPlayed");
+    cHistory.Record(*PlayOf(*cCut, dtNoon), cDataBase);
+    for (const auto& cPlay : {cHistory.ArtistHistoryCut(L"Ash"), cHistory.TitleHistoryCut(L"Sun"),
+                              cHistory.AlbumHistoryCut(L"Sky")})
+    {
+        ASSERT_EQ(cPlay, cCut);
+        EXPECT_EQ(cHistory.TimeOf(*cPlay), dtNoon);
+    }
+    EXPECT_EQ(cCut->LastPlayed(), 0) << "a host sees by this that the time is pending";
+    EXPECT_EQ(cHistory.PendingTimes(), 1u);
+    EXPECT_EQ(colRefusals, Refusals{"91 first"});
+}
+
+TEST_F(PendingTimesTest, NextPlayWritesWhatIsPending)
+{
+    const auto cFirst = AddCut(L"a.mp3", L"Ash", L"Sun");
+    const auto cSecond = AddCut(L"b.mp3", L"Elm", L"Rain");
+    cFirst->failing.insert("SetLastPlayed");
+    cHistory.Record(*PlayOf(*cFirst, dtNoon), cDataBase);
+    cFirst->failing.clear();
+    cClock.Advance(lSecond);
+    cHistory.Record(*PlayOf(*cSecond, dtNoon + 1), cDataBase);
+    EXPECT_EQ(cFirst->LastPlayed(), dtNoon);
+    EXPECT_EQ(cSecond->LastPlayed(), dtNoon + 1);
+    EXPECT_EQ(cHistory.PendingTimes(), 0u);
+}
+
+TEST_F(PendingTimesTest, WhileTimesArePendingOneTryASecond)
+{
+    std::vector<std::shared_ptr<FakeCut>> colCuts;
+    int lTries = 0;
+    for (int i = 0; i < 8; ++i)
+    {
+        colCuts.push_back(AddCut(std::to_wstring(i), std::to_wstring(i), std::to_wstring(i)));
+        colCuts.back()->failing.insert("SetLastPlayed");
+        colCuts.back()->OnCall = [&](const std::string& sMember)
+        {
+            if (sMember == "SetLastPlayed")
+                ++lTries;
+        };
+        cHistory.Record(*PlayOf(*colCuts.back(), dtNoon + i), cDataBase);
+        cClock.Advance(lSecond / 4);
+    }
+    EXPECT_EQ(lTries, 2) << "at the start and after a second";
+    EXPECT_EQ(cHistory.PendingTimes(), 8u);
+    EXPECT_EQ(colRefusals, (Refusals{"91 first", "91"}));
+    for (int i = 0; i < 8; ++i)
+        EXPECT_EQ(cHistory.TimeOf(*colCuts[static_cast<std::size_t>(i)]), dtNoon + i);
+}
+
+TEST_F(PendingTimesTest, ACutThatAlwaysRefusesHindersNoOther)
+{
+    const auto cBad = AddCut(L"a.mp3", L"Ash", L"Sun");
+    cBad->failing.insert("SetLastPlayed");
+    cHistory.Record(*PlayOf(*cBad, dtNoon), cDataBase);
+    for (int i = 1; i <= 5; ++i)
+    {
+        const auto cCut = AddCut(std::to_wstring(i), std::to_wstring(i), std::to_wstring(i));
+        cClock.Advance(i % 2 == 0 ? lSecond : 0);
+        cHistory.Record(*PlayOf(*cCut, dtNoon + i), cDataBase);
+    }
+    cHistory.WritePendingTimes(cDataBase);
+    for (int i = 1; i <= 5; ++i)
+        EXPECT_EQ(cDataBase.CutByKey(TextKey(std::to_wstring(i)))->LastPlayed(), dtNoon + i);
+    EXPECT_EQ(cHistory.PendingTimes(), 1u);
+}
+
+TEST_F(PendingTimesTest, WritingAllGivesUpAfterTwoRefusals)
+{
+    std::vector<std::shared_ptr<FakeCut>> colCuts;
+    for (int i = 0; i < 6; ++i)
+    {
+        colCuts.push_back(AddCut(std::to_wstring(i), std::to_wstring(i), std::to_wstring(i)));
+        colCuts.back()->failing.insert("SetLastPlayed");
+        cHistory.Record(*PlayOf(*colCuts.back(), dtNoon + i), cDataBase);
+        colCuts.back()->calls.clear();
+    }
+    cHistory.WritePendingTimes(cDataBase);
+    int lTries = 0;
+    for (const auto& cCut : colCuts)
+        lTries += cCut->calls["SetLastPlayed"];
+    EXPECT_EQ(lTries, 2);
+    EXPECT_EQ(cHistory.PendingTimes(), 6u);
+}
+
+TEST_F(PendingTimesTest, EachIncidentIsToldAsFirstOnce)
+{
+    const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun");
+    for (int i = 0; i < 2; ++i)
+    {
+        cCut->failing.insert("SetLastPlayed");
+        cHistory.Record(*PlayOf(*cCut, dtNoon + i), cDataBase);
+        cHistory.WritePendingTimes(cDataBase);
+        cCut->failing.clear();
+        cHistory.WritePendingTimes(cDataBase);
+        EXPECT_EQ(cCut->LastPlayed(), dtNoon + i);
+    }
+    EXPECT_EQ(colRefusals, (Refusals{"91 first", "91", "91 first", "91"}));
+}
+
+TEST_F(PendingTimesTest, ALaterPlayOfTheCutReplacesItsPendingTime)
+{
+    const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun");
+    cCut->failing.insert("SetLastPlayed");
+    cHistory.Record(*PlayOf(*cCut, dtNoon), cDataBase);
+    cHistory.Record(*PlayOf(*cCut, dtNoon + 1), cDataBase);
+    EXPECT_EQ(cHistory.PendingTimes(), 1u);
+    EXPECT_EQ(cHistory.TimeOf(*cCut), dtNoon + 1);
+    cCut->failing.clear();
+    cHistory.WritePendingTimes(cDataBase);
+    EXPECT_EQ(cCut->LastPlayed(), dtNoon + 1);
+}
+
+TEST_F(PendingTimesTest, ATimeThatOthersSetSinceIsKept)
+{
+    const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun");
+    cCut->failing.insert("SetLastPlayed");
+    cHistory.Record(*PlayOf(*cCut, dtNoon), cDataBase);
+    cCut->failing.clear();
+    cCut->SetLastPlayed(dtNoon + 2);
+    cHistory.WritePendingTimes(cDataBase);
+    EXPECT_EQ(cCut->LastPlayed(), dtNoon + 2);
+    EXPECT_EQ(cHistory.PendingTimes(), 0u);
+}
+
+TEST_F(PendingTimesTest, TheTimeGoesToTheObjectTheDatabaseHasNow)
+{
+    const auto cOld = AddCut(L"a.mp3", L"Ash", L"Sun");
+    cOld->failing.insert("SetLastPlayed");
+    cHistory.Record(*PlayOf(*cOld, dtNoon), cDataBase);
+    cDataBase.Remove(*cOld);
+    const auto cReopened = AddCut(L"a.mp3", L"Ash", L"Sun");
+    cHistory.WritePendingTimes(cDataBase);
+    EXPECT_EQ(cReopened->LastPlayed(), dtNoon);
+    EXPECT_EQ(cHistory.PendingTimes(), 0u);
+}
+
+TEST_F(PendingTimesTest, APlayReportedWhileOthersAreWrittenIsNotLost)
+{
+    const auto cFirst = AddCut(L"a.mp3", L"Ash", L"Sun");
+    const auto cSecond = AddCut(L"b.mp3", L"Elm", L"Rain");
+    cFirst->failing.insert("SetLastPlayed");
+    cHistory.Record(*PlayOf(*cFirst, dtNoon), cDataBase);
+    cFirst->failing.clear();
+    bool bCalled = false;
+    cFirst->OnCall = [&](const std::string& sMember)
+    {
+        if (sMember == "SetLastPlayed" && !std::exchange(bCalled, true))
+        {
+            cHistory.Record(*PlayOf(*cSecond, dtNoon + 1), cDataBase);
+            cHistory.Record(*PlayOf(*cFirst, dtNoon + 2), cDataBase);
+        }
+    };
+    cHistory.WritePendingTimes(cDataBase);
+    EXPECT_TRUE(bCalled);
+    cFirst->OnCall = nullptr;
+    cHistory.WritePendingTimes(cDataBase);
+    EXPECT_EQ(cHistory.PendingTimes(), 0u);
+    EXPECT_EQ(cSecond->LastPlayed(), dtNoon + 1);
 }
 
 } // namespace

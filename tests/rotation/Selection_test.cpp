@@ -193,6 +193,25 @@ TEST_F(SelectionTest, SeparationsAreMeasuredFromThePreviousCutsEnd)
     EXPECT_EQ(NextCut(false, cPrev).cCut->Key().Text(), L"a") << "60:00";
 }
 
+TEST_F(SelectionTest, APreviousCutThatCannotBeUsedLeavesTheRulesInForce)
+{
+    station.AddCut(L"a", L"Ash", L"Sun");
+    station.AddCut(L"b", L"Elm", L"Rain");
+    station.AddCut(L"c", L"Fir", L"Snow");
+    station.Played(20, L"Ash", L"x");
+    station.Played(20, L"Elm", L"y");
+    auto cPrev = std::make_shared<FakeCut>();
+    cPrev->SetLastPlayed(station.Now() + 1);
+    cPrev->failing.insert("DurationmS");
+    const Pick pick = NextCut(false, cPrev);
+    EXPECT_EQ(pick.cCut->Key().Text(), L"c") << "measured from now";
+    EXPECT_EQ(pick.cCut->KindCode(), eKindChosen);
+    EXPECT_TRUE(station.Boxes().empty());
+    EXPECT_EQ(
+        station.Count(L"DISPLAYERROR, ViolatesRules [schedman], previous cut 91 " + StandardDescription(91)),
+        1);
+}
+
 TEST_F(SelectionTest, APreviousCutWithoutAPlayTimeCountsAsNone)
 {
     for (const DateTime dtPlayed : {0.0, -1.0})
@@ -521,23 +540,44 @@ TEST_F(SelectionTest, APickInsideAPumpLeavesNoCutExaminedTwiceByEither)
     EXPECT_EQ(station.Order().size(), 14u);
 }
 
-TEST_F(SelectionTest, CutsThatComeRoundAgainArePassedOverAndTheWalkEndsAfterAsManyStepsAsThereWereCuts)
+TEST_F(SelectionTest, APassOverIsNoStep)
 {
     AddViolators(12);
+    station.AddCut(L"13", L"Elm", L"13");
     bool bNested = false;
     station.OnPump(
         [&]
         {
-            if (!std::exchange(bNested, true))
-                for (int i = 0; i < 6; ++i)
-                    station.cLevel->SchedCuts()->MoveToEnd(0);
+            if (std::exchange(bNested, true))
+                return;
+            // 1 to 4 come to the head again, and 13 stands behind 5 to 12.
+            const std::shared_ptr<CutCollection> colOrder = station.cLevel->SchedCuts();
+            for (const int i : {5, 6, 7, 8, 9, 10, 11, 12, 13})
+                colOrder->MoveToEnd(*colOrder->PositionOf(std::to_wstring(i)));
         });
     std::size_t lPassed = 0;
     SelectionWorld world = station.World();
     world.note = [&](const TraceStep& step) { lPassed += step.eKind == StepKind::PassedOver ? 1 : 0; };
-    NextCutFromCategory(station.cLevel, false, nullptr, world);
-    EXPECT_EQ(lPassed, 4u) << "1 to 4 came to the head again";
-    EXPECT_EQ(station.Order().size(), 12u);
+    const Pick pick = NextCutFromCategory(station.cLevel, false, nullptr, world);
+    EXPECT_EQ(lPassed, 4u);
+    EXPECT_EQ(pick.cCut->Key().Text(), L"13") << "a fresh cut goes before violators";
+    EXPECT_EQ(pick.cCut->KindCode(), eKindChosen);
+}
+
+TEST_F(SelectionTest, AWalkEndsWhenEveryCutIsPassedOver)
+{
+    AddViolators(12);
+    station.OnPump(
+        [&]
+        {
+            station.cLevel->SchedCuts()->Clear();
+            for (int i = 1; i <= 4; ++i)
+                station.cLevel->SchedCuts()->Add(
+                    TextKey(std::to_wstring(i)),
+                    station.cDataBase->colCuts.at(static_cast<std::size_t>(i - 1)));
+        });
+    EXPECT_EQ(Examined(), (Lines{L"1", L"2", L"3", L"4"}));
+    EXPECT_EQ(station.Order(), (Lines{L"1", L"2", L"3", L"4"}));
 }
 
 TEST_F(SelectionTest, AShuffleAtAPumpLeavesNoCutExaminedTwice)

@@ -105,17 +105,17 @@ protected:
 
     clsRuleViolation Measure(const SeparationRules& rules)
     {
-        clsRuleViolation violation;
-        MeasureAgainstRules(
-            rules, Candidate{cCandidate, L"ASH", L"SUN"}, cHistory, [this] { return cClock.Now(); },
-            violation);
-        return violation;
+        Reference reference(nullptr, cClock, [](const RuntimeError&) { FAIL(); });
+        return MeasureAgainstRules(rules, Candidate{cCandidate, L"ASH", L"SUN"}, cHistory, reference,
+                                   [this](const RuntimeError& cError)
+                                   { colErrors.push_back(cError.Number()); });
     }
 
     FixedClock cClock;
     FakeDataBase cDataBase;
-    PlayHistory cHistory;
+    PlayHistory cHistory{cClock, [](const RuntimeError&, bool) {}};
     std::shared_ptr<FakeCut> cCandidate = std::make_shared<FakeCut>();
+    std::vector<std::int32_t> colErrors; // of the measurements
 };
 
 TEST_P(MeasureTest, GivesTheViolationAndTheMinutesOfEachBrokenRule)
@@ -177,8 +177,10 @@ TEST_F(MeasureTest, ACandidateWithoutAnAlbumNeverBreaksOnAlbum)
 TEST_F(MeasureTest, WithoutAnAlbumRuleTheAlbumIsNotRead)
 {
     cCandidate->failing.insert("Album");
-    EXPECT_NO_THROW(Measure(All(60, 60, -1)));
-    EXPECT_THROW(Measure(All(60, 60, 1)), RuntimeError);
+    Measure(All(60, 60, -1));
+    EXPECT_TRUE(colErrors.empty());
+    Measure(All(60, 60, 1));
+    EXPECT_EQ(colErrors, std::vector<std::int32_t>{error::ObjectNotSet});
 }
 
 TEST_F(MeasureTest, WithoutAHistoryTheClockIsNotRead)
@@ -187,17 +189,46 @@ TEST_F(MeasureTest, WithoutAHistoryTheClockIsNotRead)
     EXPECT_EQ(cClock.lReads, 0);
 }
 
-TEST_F(MeasureTest, WhatWasFoundBeforeAnErrorStands)
+TEST_F(MeasureTest, AnUnreadablePlayLeavesTheOtherRulesMeasured)
 {
     Play(10, L"x", L"Sun", L"");
-    cCandidate->failing.insert("Album");
-    clsRuleViolation violation;
-    EXPECT_THROW(MeasureAgainstRules(
-                     All(60, 60, 60), Candidate{cCandidate, L"Ash", L"Sun"}, cHistory,
-                     [this] { return cClock.Now(); }, violation),
-                 RuntimeError);
-    EXPECT_EQ(violation.Violation, eGlobalTitle);
-    EXPECT_EQ(violation.MinsAgo, 10.0F);
+    Play(20, L"Ash", L"y", L"");
+    Play(30, L"z", L"z", L"Sky");
+    cCandidate->SetAlbum(L"Sky");
+    std::static_pointer_cast<FakeCut>(cHistory.TitleHistoryCut(L"Sun"))->failing.insert("LastPlayed");
+    const clsRuleViolation violation = Measure(All(60, 60, 60));
+    EXPECT_EQ(violation.Violation, eGlobalArtist);
+    EXPECT_EQ(violation.MinsAgo, 20.0F);
+    EXPECT_EQ(violation.AlbumMinsAgo, 30.0F);
+    EXPECT_EQ(colErrors, std::vector<std::int32_t>{error::ObjectNotSet});
+}
+
+TEST_F(MeasureTest, APendingTimeIsMeasured)
+{
+    Play(300, L"Ash", L"y", L"");
+    const auto cCut = std::static_pointer_cast<FakeCut>(cHistory.ArtistHistoryCut(L"Ash"));
+    cCut->failing.insert("SetLastPlayed");
+    const std::shared_ptr<Cut> cPlay = PlainCopyOf(*cCut);
+    cPlay->SetLastPlayed(cClock.dtNow - 5 * dMinute);
+    cHistory.Record(*cPlay, cDataBase);
+    EXPECT_EQ(Measure(All(60, 60, 60)).MinsAgo, 5.0F);
+}
+
+TEST(ReferenceTest, APreviousCutThatCannotBeUsedIsToldOnceAndThePresentServes)
+{
+    const FixedClock cClock;
+    for (const char* sMember : {"LastPlayed", "DurationmS", ""})
+    {
+        const auto cPrev = std::make_shared<FakeCut>();
+        cPrev->SetLastPlayed(*sMember ? cClock.dtNow + 1 : 1e9); // the last one lies beyond the calendar
+        cPrev->failing.insert(sMember);
+        int lErrors = 0;
+        Reference reference(cPrev, cClock, [&](const RuntimeError&) { ++lErrors; });
+        EXPECT_EQ(reference.Time(), cClock.dtNow) << sMember;
+        cPrev->failing.clear();
+        EXPECT_EQ(reference.Time(), cClock.dtNow) << "not asked again";
+        EXPECT_EQ(lErrors, 1) << sMember;
+    }
 }
 
 } // namespace

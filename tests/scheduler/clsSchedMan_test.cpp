@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <stdexcept>
 
 namespace ravlo::test
@@ -279,6 +281,78 @@ TEST_F(SchedManTest, AnErrorWhileAPlayIsRecordedIsShownUnderItsLocation)
     cSchedMan->UpdateArtistTitleHistory(cCut);
     EXPECT_EQ(boxes, Boxes{HandledError(L"UpdateArtistTitleHistory", StandardText(57), L"57")});
     EXPECT_EQ(cSchedMan->TitleHistoryCut(L"Title of a.mp3"), nullptr);
+}
+
+// A station of two cuts whose database refuses the times of plays for a while.
+class RefusedPlaysTest : public SchedManTest
+{
+protected:
+    RefusedPlaysTest()
+    {
+        cFirst = cLibrary.cDataBase->Add(L"a.mp3", L"Rock", 1);
+        cSecond = cLibrary.cDataBase->Add(L"b.mp3", L"Rock", 1);
+        cLibrary.Populate();
+        Refuse(true);
+    }
+    void Refuse(bool bRefuse)
+    {
+        for (const auto& cCut : {cFirst, cSecond})
+            if (bRefuse)
+                cCut->failing.insert("SetLastPlayed");
+            else
+                cCut->failing.clear();
+    }
+    void Play(const std::shared_ptr<FakeCut>& cCut, DateTime dtWhen)
+    {
+        const std::shared_ptr<Cut> cPlay = PlainCopyOf(*cCut);
+        cPlay->SetLastPlayed(dtWhen);
+        cSchedMan->UpdateArtistTitleHistory(cPlay);
+    }
+
+    std::shared_ptr<FakeCut> cFirst;
+    std::shared_ptr<FakeCut> cSecond;
+};
+
+TEST_F(RefusedPlaysTest, SeparationsHoldWhileTimesArePending)
+{
+    Play(cFirst, cWorld.cClock.Now());
+    std::shared_ptr<clsCat> cMainCat, cSubCat;
+    std::wstring sKey;
+    const auto cNext =
+        cSchedMan->NextCutFromRotation(L"Rock\t1", false, nullptr, cMainCat, cSubCat, sKey, true);
+    EXPECT_EQ(cNext->Key().Text(), L"b.mp3");
+    EXPECT_EQ(cNext->KindCode(), eKindChosen);
+}
+
+TEST_F(RefusedPlaysTest, ErrorIsShownOnceThenLogged)
+{
+    for (int i = 0; i < 4; ++i)
+    {
+        Play(i % 2 == 0 ? cFirst : cSecond, 45000.0 + i);
+        cWorld.cClock.Advance(1'000);
+    }
+    EXPECT_EQ(boxes, Boxes{HandledError(L"UpdateArtistTitleHistory", StandardText(91), L"91")});
+    const Lines colLines = cWorld.LogMessages();
+    EXPECT_EQ(std::count(colLines.begin(), colLines.end(),
+                         L"DISPLAYERROR, UpdateArtistTitleHistory 91 " + StandardText(91)),
+              4);
+    EXPECT_EQ(cSchedMan->PendingPlayTimes(), 2u);
+}
+
+TEST_F(RefusedPlaysTest, PopulationSavingAndTheEndWriteWhatIsPending)
+{
+    const std::function<void()> colOccasions[] = {
+        [&] { cLibrary.Populate(); }, [&] { cSchedMan->SaveHistoryAndOrdering(nullptr); }, [&] { End(); }};
+    DateTime dtWhen = 45000;
+    for (const auto& occasion : colOccasions)
+    {
+        Refuse(true);
+        Play(cFirst, ++dtWhen);
+        EXPECT_EQ(cSchedMan->PendingPlayTimes(), 1u);
+        Refuse(false);
+        occasion();
+        EXPECT_EQ(cFirst->LastPlayed(), dtWhen);
+    }
 }
 
 TEST_F(SchedManTest, AnErrorWhileAskingIsShownUnderTheOperationsOwnTitle)

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "rotation/PendingPlayTimes.h"
+
+#include "scheduler/modscheduler/ModScheduler.h"
+
+#include <utility>
+#include <vector>
+
+namespace ravlo
+{
+
+namespace
+{
+
+// A locked database takes a quarter of a second to say so: more often than this it would hold up the plays.
+constexpr std::uint32_t lMillisecondsBetweenTries = 1'000;
+
+std::optional<DateTime> StoredTimeOf(const Cut& cCut)
+{
+    try
+    {
+        return cCut.LastPlayed();
+    }
+    catch (...)
+    {
+        return std::nullopt; // not compared later, then
+    }
+}
+
+} // namespace
+
+DateTime PendingPlayTimes::TimeOf(const Cut& cCut) const
+{
+    if (!m_colPending.Empty())
+    {
+        if (const Pending* pPending = m_colPending.Find(cCut.Key()))
+            return pPending->dtPlayed;
+    }
+    return cCut.LastPlayed();
+}
+
+bool PendingPlayTimes::IsDue() const noexcept
+{
+    return m_colPending.Empty() || m_cClock.TickCount() - m_lRefusedAt >= lMillisecondsBetweenTries;
+}
+
+std::optional<RuntimeError> PendingPlayTimes::Write(const std::shared_ptr<Cut>& cCut, DateTime dtPlayed,
+                                                    const DataBase& cDataBase)
+{
+    const TextKey cKey = cCut->Key();
+    if (!IsDue())
+    {
+        Keep(cKey, cCut, dtPlayed);
+        return std::nullopt;
+    }
+    try
+    {
+        cCut->SetLastPlayed(dtPlayed);
+    }
+    catch (...)
+    {
+        const RuntimeError cRefusal = CurrentError();
+        Keep(cKey, cCut, dtPlayed);
+        m_lRefusedAt = m_cClock.TickCount();
+        return cRefusal;
+    }
+    m_colPending.Remove(cKey); // an earlier play of this cut is past
+    return WriteAll(cDataBase, 1);
+}
+
+void PendingPlayTimes::Keep(const TextKey& cKey, const std::shared_ptr<Cut>& cCut, DateTime dtPlayed)
+{
+    Pending pending{cCut, dtPlayed, StoredTimeOf(*cCut)};
+    if (Pending* pEarlier = m_colPending.Find(cKey))
+        *pEarlier = std::move(pending);
+    else
+        m_colPending.Add(cKey, std::move(pending));
+}
+
+std::optional<RuntimeError> PendingPlayTimes::WriteAll(const DataBase& cDataBase, std::size_t lMostRefusals)
+{
+    std::optional<RuntimeError> cRefusal;
+    if (m_bWriting || m_colPending.Empty())
+        return cRefusal;
+    struct Writing
+    {
+        bool& bFlag;
+        explicit Writing(bool& b) : bFlag(b) { bFlag = true; }
+        ~Writing() { bFlag = false; }
+    } const cWriting(m_bWriting);
+
+    std::vector<TextKey> colKeys;
+    colKeys.reserve(m_colPending.Count());
+    for (std::size_t i = 0; i < m_colPending.Count(); ++i)
+        colKeys.push_back(*m_colPending.KeyAt(i));
+    std::size_t lRefusals = 0;
+    for (const TextKey& cKey : colKeys)
+    {
+        try
+        {
+            WriteOne(cKey, cDataBase);
+        }
+        catch (...)
+        {
+            cRefusal = CurrentError();
+            m_colPending.SendToBack(cKey);
+            m_lRefusedAt = m_cClock.TickCount();
+            if (++lRefusals >= lMostRefusals)
+                break;
+        }
+    }
+    return cRefusal;
+}
+
+void PendingPlayTimes::WriteOne(const TextKey& cKey, const DataBase& cDataBase)
+{
+    const Pending* pPending = m_colPending.Find(cKey);
+    if (!pPending)
+        return; // settled by a call that came in while another one was written
+    const Pending pending = *pPending;
+    // The database may have been opened again since, with other objects for the same cuts. A cut that left it
+    // keeps the time by itself.
+    std::shared_ptr<Cut> cOwn = cDataBase.CutByKey(cKey);
+    if (!cOwn)
+        cOwn = pending.cCut;
+    if (!pending.dtStored || cOwn->LastPlayed() == *pending.dtStored)
+        cOwn->SetLastPlayed(pending.dtPlayed);
+    pPending = m_colPending.Find(cKey);
+    if (pPending && pPending->dtPlayed == pending.dtPlayed)
+        m_colPending.Remove(cKey);
+}
+
+} // namespace ravlo

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "collections/OrderedKeyedCollection.h"
+#include "media/DataBase.h"
+#include "ports/Clock.h"
+#include "ports/RuntimeError.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+namespace ravlo
+{
+
+// The last-played times that a database has refused to take so far. They are written later, so that a
+// database that is locked for a while neither loses a play nor delays the next ones: while times are pending,
+// a play tries to write at most once a second, and stops at the first refusal.
+class PendingPlayTimes
+{
+public:
+    explicit PendingPlayTimes(const Clock& cClock) noexcept : m_cClock(cClock) {}
+
+    std::size_t Count() const noexcept { return m_colPending.Count(); }
+
+    // When the cut last played: the pending time of its key, else the cut's own. Errors of the cut are
+    // thrown.
+    DateTime TimeOf(const Cut& cCut) const;
+
+    // Gives the database's cut the time of its play, now or later, and then writes what else is pending.
+    // Returns the refusal, if there was one; the cut's time is pending then. Throws only when the cut has no
+    // readable key.
+    [[nodiscard]] std::optional<RuntimeError> Write(const std::shared_ptr<Cut>& cCut, DateTime dtPlayed,
+                                                    const DataBase& cDataBase);
+
+    // Tries to write every pending time at once; gives up after lMostRefusals. A time is dropped when the cut
+    // was given another one since: that is the newer play. Returns the last refusal.
+    [[nodiscard]] std::optional<RuntimeError> WriteAll(const DataBase& cDataBase, std::size_t lMostRefusals);
+
+private:
+    struct Pending
+    {
+        std::shared_ptr<Cut> cCut;
+        DateTime dtPlayed = 0;
+        std::optional<DateTime> dtStored; // what the cut said when it refused; nothing when it was unreadable
+    };
+
+    bool IsDue() const noexcept;
+    void Keep(const TextKey& cKey, const std::shared_ptr<Cut>& cCut, DateTime dtPlayed);
+    // Writes one time, or drops it. Errors of the database are thrown; the time is pending still.
+    void WriteOne(const TextKey& cKey, const DataBase& cDataBase);
+
+    const Clock& m_cClock;
+    OrderedKeyedCollection<Pending>
+        m_colPending;               // refused ones go to the back, so that none hinders the others
+    std::uint32_t m_lRefusedAt = 0; // tick of the last refusal
+    bool m_bWriting = false; // a database may call back while it writes: that call leaves the others alone
+};
+
+} // namespace ravlo
