@@ -27,6 +27,13 @@ enum Event : DISPID
     eRequestEditCut = 5,
 };
 
+// The number hosts see for an HRESULT of automation: 1004 for 0x800A03EC.
+std::int32_t ErrorNumber(HRESULT hResult)
+{
+    return HRESULT_FACILITY(hResult) == FACILITY_CONTROL ? HRESULT_CODE(hResult)
+                                                         : static_cast<std::int32_t>(hResult);
+}
+
 Variant Text(const std::wstring& sText) { return Variant(std::wstring_view(sText)); }
 
 // Puts a new value where the caller keeps one that comes back; what was there is let go. A caller that gives
@@ -221,41 +228,68 @@ STDMETHODIMP SchedManFace::ShowLibraryUI()
             m_cSchedMan->ShowLibraryUI();
         });
 }
-STDMETHODIMP SchedManFace::PopulateTreeView(IDispatch* oTv)
+// Fills a view of the host's: its error is logged and goes back to the host, who passed the view. The host
+// may let go of the manager meanwhile.
+template <class Body> HRESULT SchedManFace::FillHostsView(const wchar_t* sWhere, Body&& body)
 {
     return Guard(
         [&]
         {
-            if (!oTv)
-                throw RuntimeError(error::ObjectNotSet);
-            LateBoundTree cTree(*oTv);
-            ravlo::PopulateTreeView(m_cSchedMan->colMainCats().get(), cTree);
+            const ComPtr<_clsSchedMan> cKeepAlive(this);
+            try
+            {
+                body();
+            }
+            catch (const ComError& cError)
+            {
+                m_cSchedMan->Mod().LogError(sWhere, {ErrorNumber(cError.Result()), cError.Description()});
+                throw;
+            }
+            catch (...)
+            {
+                m_cSchedMan->Mod().LogError(sWhere, CurrentError());
+                throw;
+            }
         });
+}
+
+STDMETHODIMP SchedManFace::PopulateTreeView(IDispatch* oTv)
+{
+    return FillHostsView(L"PopulateTreeView [clsSchedMan]",
+                         [&]
+                         {
+                             if (!oTv)
+                                 throw RuntimeError(error::ObjectNotSet);
+                             LateBoundTree cTree(*oTv);
+                             const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan->colMainCats();
+                             ravlo::PopulateTreeView(colMainCats.get(), cTree);
+                         });
 }
 STDMETHODIMP SchedManFace::ShowGridCuts(IDispatch* oGrid, BSTR* strCatKey, IDispatch* oTv,
                                         IDispatch* oImageList, VARIANT_BOOL* bShowingAllAudio,
                                         VARIANT_BOOL* bShowingMoreThanOneLevel, _clsCat** cCatShown)
 {
-    return Guard(
-        [&]
-        {
-            if (!oGrid)
-                return;
-            LateBoundGrid cGrid(*oGrid);
-            std::optional<LateBoundTree> cTree;
-            if (oTv && oImageList) // of the images only that there are any
-                cTree.emplace(*oTv);
-            const auto shown = ravlo::ShowGridCuts(*m_cSchedMan, cGrid, TextOf(Out(strCatKey)),
-                                                   cTree ? &*cTree : nullptr, nullptr);
-            if (!shown)
-                return;
-            Replace(strCatKey, shown->strCatKey);
-            Replace(cCatShown, shown->cCatShown);
-            if (bShowingAllAudio)
-                *bShowingAllAudio = BoolOf(shown->bShowingAllAudio);
-            if (bShowingMoreThanOneLevel)
-                *bShowingMoreThanOneLevel = BoolOf(shown->bShowingMoreThanOneLevel);
-        });
+    return FillHostsView(L"ShowGridCuts [clsSchedMan]",
+                         [&]
+                         {
+                             if (!oGrid)
+                                 return;
+                             LateBoundGrid cGrid(*oGrid);
+                             std::optional<LateBoundTree> cTree;
+                             if (oTv && oImageList) // of the images only that there are any
+                                 cTree.emplace(*oTv);
+                             const auto shown =
+                                 ravlo::ShowGridCuts(*m_cSchedMan, cGrid, TextOf(Out(strCatKey)),
+                                                     cTree ? &*cTree : nullptr, nullptr);
+                             if (!shown)
+                                 return;
+                             Replace(strCatKey, shown->strCatKey);
+                             Replace(cCatShown, shown->cCatShown);
+                             if (bShowingAllAudio)
+                                 *bShowingAllAudio = BoolOf(shown->bShowingAllAudio);
+                             if (bShowingMoreThanOneLevel)
+                                 *bShowingMoreThanOneLevel = BoolOf(shown->bShowingMoreThanOneLevel);
+                         });
 }
 STDMETHODIMP SchedManFace::MoveCutsInCategory(_clsCat* cCat, IDispatch* colCutsInsert, LONG PosInto)
 {

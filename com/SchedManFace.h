@@ -68,6 +68,7 @@ protected:
     EventSource* Events() noexcept override { return &m_cEvents; }
 
 private:
+    template <class Body> HRESULT FillHostsView(const wchar_t* sWhere, Body&& body);
     void ShowHelpEvent() override;
     void ProgressStart(const std::wstring& sReason, std::int32_t lMax) override;
     void Progress(const std::wstring& strProgress, std::int32_t lCount, std::int32_t lMax) override;

@@ -2,6 +2,11 @@
 // Trees and grids of a host, which the scheduler knows only by their members' names.
 #include "com/Station.h"
 
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
 #include <utility>
 
 namespace ravlo
@@ -33,6 +38,10 @@ public:
             pInfo->bstrDescription = NewBstr(L"This grid is full");
             return DISP_E_EXCEPTION;
         }
+        if (sName == m_sMissing)
+            return DISP_E_MEMBERNOTFOUND;
+        if (const auto hook = m_OnCall)
+            hook(sName);
         const Variant cResult = Member(sName, (wFlags & DISPATCH_PROPERTYPUT) != 0, arguments);
         if (pResult)
             *pResult = Variant(cResult).Detach();
@@ -40,6 +49,8 @@ public:
     }
 
     std::wstring m_sFailing; // the member that answers with an error of its own
+    std::wstring m_sMissing; // the one it does not have
+    std::function<void(const std::wstring& sMember)> m_OnCall; // a host's object may do anything in it
 
 protected:
     virtual Variant Member(const std::wstring& sName, bool bPut, const std::vector<Variant>& arguments) = 0;
@@ -74,6 +85,10 @@ private:
             m_colNodes.clear();
         else if (sName == L"Add")
             return Added(arguments);
+        else if (sName == L"Count")
+            return Long(static_cast<LONG>(m_colNodes.size()));
+        else if (sName == L"Item")
+            return Object(m_colNodes.at(static_cast<std::size_t>(arguments.at(0).lVal) - 1));
         else if (sName == L"_NewEnum")
             return Variant(NewEnumerator(
                                ComPtr<IUnknown>(this), [this] { return m_colNodes.size(); },
@@ -159,6 +174,31 @@ protected:
         m_sKey = TextOf(sInOut);
         SysFreeString(sInOut);
         return hResult;
+    }
+
+    void DeleteFirstCategory()
+    {
+        ComPtr<_clsCollection> colMainCats;
+        EXPECT_EQ(m_cMan->get_colMainCats(colMainCats.Receive()), S_OK);
+        LONG lCount = 0;
+        EXPECT_EQ(colMainCats->get_Count(&lCount), S_OK);
+        Variant cFirst;
+        if (lCount == 0 || FAILED(colMainCats->get_Item(Long(1), &cFirst)))
+            return;
+        VARIANT_BOOL bDeleted = VARIANT_FALSE;
+        EXPECT_EQ(m_cMan->DeleteCats(CollectionOf({cFirst}).Get(), &bDeleted), S_OK);
+        EXPECT_EQ(bDeleted, VARIANT_TRUE);
+    }
+    std::string Log() const
+    {
+        std::string log;
+        for (const auto& file :
+             std::filesystem::directory_iterator(Folder() / L"Debugging Logs" / L"Scheduler"))
+        {
+            std::ifstream cFile(file.path(), std::ios::binary);
+            log.append(std::istreambuf_iterator<char>(cFile), {});
+        }
+        return log;
     }
 
     ComPtr<TestTree> m_cTree = NewObject<TestTree>();
@@ -260,6 +300,70 @@ TEST_F(OwnViews, WithoutAGridNothingIsShownAndWithoutATreeThereIsNothingToFill)
     EXPECT_EQ(Show(L"Rock\t1"), S_OK);
     EXPECT_EQ(m_sKey, L"Rock\t1");
     EXPECT_EQ(m_cMan->PopulateTreeView(nullptr), ErrorResult(91));
+}
+
+TEST_F(OwnViews, ATreeMayDeleteCategoriesWhileItIsFilled)
+{
+    for (const wchar_t* sName : {L"Rock", L"Jazz", L"Pop"})
+        AddCut(sName, sName, 1);
+    Populate();
+    m_cTree->m_colNodes->m_OnCall = [this](const std::wstring& sMember)
+    {
+        if (sMember == L"Add")
+            DeleteFirstCategory();
+    };
+    EXPECT_EQ(m_cMan->PopulateTreeView(m_cTree.Get()), S_OK);
+    m_cTree->m_colNodes->m_OnCall = nullptr;
+    ASSERT_EQ(m_cTree->m_colNodes->m_colNodes.size(), 7u) << "as it was at the call";
+    EXPECT_EQ(m_cTree->Value(6, L"Key"), L"Pop\t1");
+    EXPECT_EQ(m_cMan->PopulateTreeView(m_cTree.Get()), S_OK);
+    EXPECT_EQ(m_cTree->m_colNodes->m_colNodes.size(), 1u);
+    m_cTree->m_colNodes->m_colNodes.clear();
+}
+
+TEST_F(OwnViews, AGridMayDeleteCategoriesWhileItIsFilled)
+{
+    for (const wchar_t* sTitle : {L"One", L"Two", L"Three"})
+        AddCut(sTitle, L"Rock", 1);
+    Populate();
+    m_cGrid->m_OnCall = [this](const std::wstring& sMember)
+    {
+        if (sMember == L"RowKey")
+            DeleteFirstCategory();
+    };
+    EXPECT_EQ(Show(L"Rock\t0"), S_OK);
+    m_cGrid->m_OnCall = nullptr;
+    const std::vector<std::wstring>& colDone = m_cGrid->m_colDone;
+    EXPECT_EQ(std::count(colDone.begin(), colDone.end(), L"RowKey 3 C:\\Three.mp3"), 1);
+    EXPECT_EQ(colDone.back(), L"Redraw -1");
+}
+
+TEST_F(OwnViews, ATreeWithoutAnEnumeratorIsWalkedByNumber)
+{
+    AddCut(L"One", L"Rock", 1);
+    Populate();
+    ASSERT_EQ(m_cMan->PopulateTreeView(m_cTree.Get()), S_OK);
+    m_cTree->m_colNodes->m_sMissing = L"_NewEnum";
+    const auto cImages = NewObject<TestNode>();
+    EXPECT_EQ(Show(L"Rock\t1", m_cTree.Get(), cImages.Get()), S_OK);
+    EXPECT_EQ(m_cTree->Value(0, L"Image"), L"Closed");
+    EXPECT_EQ(m_cTree->Value(1, L"Image"), L"Open");
+    EXPECT_EQ(m_cTree->Value(2, L"Image"), L"Open");
+    m_cTree->m_colNodes->m_colNodes.clear();
+}
+
+TEST_F(OwnViews, ErrorsOfAHostsViewAreLoggedAndComeBackWithoutABox)
+{
+    std::filesystem::create_directories(Folder() / L"Debugging Logs" / L"Scheduler");
+    AddCut(L"One", L"Rock", 1);
+    Populate();
+    m_cGrid->m_sFailing = L"CellValue";
+    m_cTree->m_colNodes->m_sFailing = L"Add";
+    EXPECT_EQ(Show(L"Rock\t1"), ErrorResult(1004));
+    EXPECT_EQ(m_cMan->PopulateTreeView(m_cTree.Get()), ErrorResult(1004));
+    EXPECT_NE(Log().find("ShowGridCuts [clsSchedMan] 1004 This grid is full"), std::string::npos) << Log();
+    EXPECT_NE(Log().find("PopulateTreeView [clsSchedMan] 1004 This grid is full"), std::string::npos)
+        << Log();
 }
 
 } // namespace ravlo

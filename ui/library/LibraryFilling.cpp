@@ -3,11 +3,13 @@
 
 #include "collections/Text.h"
 #include "ui/library/ColumnLayout.h"
+#include "ui/library/NodeKey.h"
 
 #include <algorithm>
 #include <functional>
 #include <limits>
 #include <utility>
+#include <vector>
 
 namespace ravlo
 {
@@ -75,58 +77,62 @@ public:
 private:
     void Resolve(const std::wstring& strCatKey)
     {
-        const std::vector<std::wstring> colPieces = Split(strCatKey, std::wstring(1, cTab));
-        m_sName = colPieces[0];
-        const std::optional<double> dLevel = NumericValue(colPieces.size() > 1 ? colPieces[1] : L"0");
-        m_lLevel = dLevel ? ToLong(*dLevel).value_or(0) : 0;
-        m_shown.strCatKey = CategoryKey(m_sName, m_lLevel);
-        m_shown.bShowingAllAudio = EqualIgnoringCase(m_sName, sAllAudio);
-        if (m_shown.bShowingAllAudio)
+        const NodeKey node = ParseNodeKey(strCatKey);
+        m_shown.bShowingAllAudio = node.bAllAudio;
+        if (node.bAllAudio)
+        {
+            m_shown.strCatKey = CategoryKey(node.sName, node.lLevel.value_or(0));
+            m_sWhat = L"All Audio";
             return;
+        }
+        m_shown.strCatKey = node.lLevel ? CategoryKey(node.sName, *node.lLevel) : strCatKey;
         const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan.colMainCats();
-        const std::shared_ptr<clsCat>* cMainCat = colMainCats->Find(CategoryKey(m_sName, 0));
+        const std::shared_ptr<clsCat>* cMainCat = colMainCats->Find(CategoryKey(node.sName, 0));
+        m_sWhat = cMainCat ? (*cMainCat)->CatName() : node.sName;
+        const std::wstring sLevel = node.lLevel ? DecimalText(*node.lLevel) : node.sLevel;
+        if (node.lLevel != 0)
+            m_sWhat += L" " + sLevel;
         if (!cMainCat)
         {
             m_cMod.WriteDebugLog(L"Unexpected - why does the main cat NOT exist?");
             return;
         }
-        m_shown.bShowingMoreThanOneLevel = m_lLevel == 0;
-        m_shown.cCatShown = m_lLevel == 0 ? *cMainCat : (*cMainCat)->SubCat(m_lLevel);
+        m_shown.bShowingMoreThanOneLevel = node.lLevel == 0;
+        m_shown.cCatShown = CatOf(m_cSchedMan, m_shown.strCatKey);
         if (!m_shown.cCatShown)
-            m_cMod.WriteDebugLog(L"Unexpected - subcat " + DecimalText(m_lLevel) + L" does not exist in: " +
-                                 m_sName);
+            m_cMod.WriteDebugLog(L"Unexpected - subcat " + sLevel + L" does not exist in: " + node.sName);
     }
 
     // The cuts to list, with the reports that go with gathering them.
     ListedCuts Collect()
     {
-        const wchar_t* const sReason = L"Collecting Database info...";
         ListedCuts listed;
-        Cuts& colCuts = listed.colCuts;
         if (m_shown.bShowingAllAudio)
-        {
-            Start(sReason, 0); // a database may take its time before it has told how many there are
-            colCuts = m_cSchedMan.DataBase() ? m_cSchedMan.DataBase()->AllCuts() : Cuts();
-        }
-        else if (m_shown.cCatShown && m_lLevel == 0)
+            listed.colCuts = m_cSchedMan.DataBase() ? m_cSchedMan.DataBase()->AllCuts() : Cuts();
+        else if (m_shown.cCatShown && m_shown.bShowingMoreThanOneLevel)
             for (const std::shared_ptr<clsCat>& cSubCat : *m_shown.cCatShown->SubCats())
                 Append(listed, cSubCat);
         else if (m_shown.cCatShown)
             Append(listed, m_shown.cCatShown);
 
-        Start(sReason, colCuts.size());
-        for (std::size_t lCount = lCollectedPerSample; lCount <= colCuts.size();
-             lCount += lCollectedPerSample)
+        const std::size_t lCuts = listed.colCuts.size();
+        Start(L"Collecting Database info...", lCuts);
+        for (std::size_t lCount = lCollectedPerSample; lCount <= lCuts; lCount += lCollectedPerSample)
             if (Ticks() - m_lLast >= lCollectGapMs)
                 Report(CountText(lCount), lCount);
-        End(L"Finished Collecting Info.", L"Got " + CountText(colCuts.size()) + L" total.");
+        End(L"Finished Collecting Info.", L"Got " + CountText(lCuts) + L" total.");
         return listed;
     }
 
     static void Append(ListedCuts& listed, const std::shared_ptr<clsCat>& cLevel)
     {
         const CutCollection& colSchedCuts = *cLevel->SchedCuts();
-        listed.colCuts.insert(listed.colCuts.end(), colSchedCuts.begin(), colSchedCuts.end());
+        for (std::size_t i = 0; i < colSchedCuts.Count(); ++i)
+        {
+            const TextKey* pKey = colSchedCuts.KeyAt(i);
+            listed.colCuts.push_back(colSchedCuts.At(i));
+            listed.colKeys.push_back(pKey ? *pKey : TextKey());
+        }
         listed.colRuns.push_back({cLevel, listed.colCuts.size()});
     }
 
@@ -135,7 +141,7 @@ private:
         const std::size_t lRows = listed.colCuts.size();
         Start(L"Populating Grid...", lRows);
         m_fill(std::move(listed), [this, lRows](std::size_t lRow) { ReportRow(lRow, lRows); });
-        End(L"Showing " + WhatText(), L"Showing " + CountText(lRows) + L" total.");
+        End(L"Showing " + m_sWhat, L"Showing " + CountText(lRows) + L" total.");
     }
 
     void ReportRow(std::size_t lRow, std::size_t lRows)
@@ -146,13 +152,6 @@ private:
             m_cMod.Sleep(1);
         else
             Report(L"Populating Grid - " + CountText(lRow) + L" of " + CountText(lRows), lRow);
-    }
-
-    std::wstring WhatText() const
-    {
-        if (m_shown.bShowingAllAudio)
-            return L"All Audio";
-        return m_lLevel == 0 ? m_sName : m_sName + L" " + DecimalText(m_lLevel);
     }
 
     void Start(const std::wstring& sReason, std::size_t lMax)
@@ -180,9 +179,8 @@ private:
     FillRows m_fill;
     ProgressTarget* m_cProgress;
     std::uint32_t m_lLast;
-    std::wstring m_sName;
-    std::int32_t m_lLevel = 0;
     ShownCuts m_shown;
+    std::wstring m_sWhat; // is shown, for the user
 };
 
 void FillRow(CellGrid& cGrid, std::size_t lRow, const Cut& cCut)
@@ -222,29 +220,47 @@ std::optional<ShownCuts> Show(clsSchedMan& cSchedMan, GridTarget& cGrid, FillRow
     return shown;
 }
 
-} // namespace
-
-void PopulateTreeView(const CatCollection* colMainCats, TreeTarget& cTree)
+struct TreeNode
 {
-    cTree.Clear();
-    if (!colMainCats)
-        return;
-    const std::wstring sRootKey = CategoryKey(sAllAudio, 0);
-    cTree.AddNode({}, sRootKey, sAllAudio, sImageClosed);
-    cTree.SetSorted();
-    for (const std::shared_ptr<clsCat>& cMainCat : *colMainCats)
+    std::wstring sParentKey; // empty for the root
+    std::wstring sKey;
+    std::wstring sText;
+    bool bSorted; // its children
+};
+
+// Parents in front of their children.
+std::vector<TreeNode> NodesOf(const CatCollection& colMainCats)
+{
+    std::vector<TreeNode> colNodes{{L"", RootKey(), sAllAudio, true}};
+    for (const std::shared_ptr<clsCat>& cMainCat : colMainCats)
     {
         const std::wstring& sName = cMainCat->CatName();
         if (EqualIgnoringCase(sName, sAllAudio))
             continue;
         const std::wstring sMainKey = CategoryKey(sName, 0);
-        cTree.AddNode(sRootKey, sMainKey, sName, sImageClosed);
-        cTree.SetSorted();
+        colNodes.push_back({RootKey(), sMainKey, sName, true});
         for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
-            cTree.AddNode(sMainKey, CategoryKey(cSubCat->CatName(), cSubCat->CatLevel()),
-                          DecimalText(cSubCat->CatLevel()), sImageClosed);
+            colNodes.push_back({sMainKey, CategoryKey(cSubCat->CatName(), cSubCat->CatLevel()),
+                                DecimalText(cSubCat->CatLevel()), false});
     }
-    cTree.ExpandFirst();
+    return colNodes;
+}
+
+} // namespace
+
+void PopulateTreeView(const CatCollection* colMainCats, TreeTarget& cTree)
+{
+    // Taken down first: a host's tree may change categories while it is filled.
+    const std::vector<TreeNode> colNodes = colMainCats ? NodesOf(*colMainCats) : std::vector<TreeNode>();
+    cTree.Clear();
+    for (const TreeNode& node : colNodes)
+    {
+        cTree.AddNode(node.sParentKey, node.sKey, node.sText, sImageClosed);
+        if (node.bSorted)
+            cTree.SetSorted();
+    }
+    if (!colNodes.empty())
+        cTree.ExpandFirst();
 }
 
 void EnsureColumns(GridTarget& cGrid)

@@ -39,7 +39,7 @@ public:
 };
 
 // The cuts a grid is to list, in order, and the levels they stand in: each run of rows comes from one level.
-// Without runs the cuts come from the database itself.
+// Without runs the cuts come from the database itself, and their keys are not known without asking them.
 struct ListedCuts
 {
     struct Run
@@ -48,6 +48,7 @@ struct ListedCuts
         std::size_t lEnd = 0; // one past its last row, from 0
     };
     Cuts colCuts;
+    std::vector<TextKey> colKeys; // one per cut, or none at all
     std::vector<Run> colRuns;
 };
 

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/NodeKey.h"
+
+#include "collections/CaseFolding.h"
+#include "collections/Text.h"
+
+namespace ravlo
+{
+
+NodeKey ParseNodeKey(const std::wstring& sKey)
+{
+    const std::size_t lTab = sKey.find(cTab);
+    NodeKey node;
+    node.sName = sKey.substr(0, lTab);
+    if (lTab != std::wstring::npos)
+        node.sLevel = sKey.substr(lTab + 1);
+    if (const std::optional<double> dLevel = NumericValue(node.sLevel))
+        node.lLevel = ToLong(*dLevel);
+    node.bAllAudio = EqualIgnoringCase(node.sName, sAllAudio);
+    return node;
+}
+
+std::wstring RootKey() { return CategoryKey(sAllAudio, 0); }
+
+std::wstring MainKeyOf(const std::wstring& sKey) { return CategoryKey(ParseNodeKey(sKey).sName, 0); }
+
+std::shared_ptr<clsCat> CatOf(const clsSchedMan& cSchedMan, const std::wstring& sKey)
+{
+    const NodeKey node = ParseNodeKey(sKey);
+    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
+    if (node.bAllAudio || !node.lLevel || !colMainCats)
+        return nullptr;
+    const std::shared_ptr<clsCat>* cMainCat = colMainCats->Find(CategoryKey(node.sName, 0));
+    if (!cMainCat)
+        return nullptr;
+    return *node.lLevel == 0 ? *cMainCat : (*cMainCat)->SubCat(*node.lLevel);
+}
+
+} // namespace ravlo
