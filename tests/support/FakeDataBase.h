@@ -24,15 +24,31 @@ namespace ravlo::test
 class FakeCut final : public Cut
 {
 public:
-    FakeCut() : m_cValues(NewPlainCut()) {}
+    FakeCut() : FakeCut(std::make_shared<Record>()) {}
+    // Another object for the same cut: what happens to one happens to both.
+    std::shared_ptr<FakeCut> Twin() const { return std::shared_ptr<FakeCut>(new FakeCut(m_cRecord)); }
 
+private:
+    struct Record
+    {
+        std::shared_ptr<Cut> cValues = NewPlainCut();
+        std::set<std::string> failing;
+        std::map<std::string, int> calls;
+        bool bClonesNothing = false;
+        std::int32_t lID = 0;
+        std::function<void(const std::string& sMember)> OnCall;
+    };
+    std::shared_ptr<Record> m_cRecord;
+    explicit FakeCut(std::shared_ptr<Record> cRecord) : m_cRecord(std::move(cRecord)) {}
+
+public:
     // Names of members that fail from now on, e.g. "Artist".
-    std::set<std::string> failing;
-    mutable std::map<std::string, int> calls;
-    bool bClonesNothing = false;
-    std::int32_t lID = 0; // the database's number
+    std::set<std::string>& failing = m_cRecord->failing;
+    std::map<std::string, int>& calls = m_cRecord->calls;
+    bool& bClonesNothing = m_cRecord->bClonesNothing;
+    std::int32_t& lID = m_cRecord->lID; // the database's number
     // Called at the start of every member's call, with its name: what a host's cut may do meanwhile.
-    std::function<void(const std::string& sMember)> OnCall;
+    std::function<void(const std::string& sMember)>& OnCall = m_cRecord->OnCall;
 
     TextKey Key() const override { return In("Key").Key(); }
     std::wstring SecondaryKey() const override { return In("SecondaryKey").SecondaryKey(); }
@@ -85,7 +101,7 @@ public:
     std::shared_ptr<Cut> CloneCut() const override
     {
         In("CloneCut");
-        return bClonesNothing ? nullptr : PlainCopyOf(*m_cValues);
+        return bClonesNothing ? nullptr : PlainCopyOf(*m_cRecord->cValues);
     }
 
 private:
@@ -96,18 +112,17 @@ private:
             OnCall(sMember);
         if (failing.count(sMember) != 0)
             throw RuntimeError(error::ObjectNotSet);
-        return *m_cValues;
+        return *m_cRecord->cValues;
     }
-
-    std::shared_ptr<Cut> m_cValues;
 };
 
-// A media database in memory. Hands out each cut as the same object.
+// A media database in memory. Hands out each cut as the same object, unless told otherwise.
 class FakeDataBase final : public DataBase
 {
 public:
     Cuts colCuts;
     std::vector<DataBaseEvents*> colListeners;
+    bool bFreshObjects = false; // another object for the same cut each time, as a host's database may
     bool bAllCutsFails = false;
     bool bFails = false;       // every look-up
     bool bNewCutFails = false; // NewCut alone
@@ -118,7 +133,10 @@ public:
     {
         if (bAllCutsFails)
             throw RuntimeError(error::DeviceIo);
-        return colCuts;
+        Cuts colOut;
+        for (const std::shared_ptr<Cut>& cCut : colCuts)
+            colOut.push_back(HandedOut(cCut));
+        return colOut;
     }
     std::shared_ptr<Cut> CutByKey(const TextKey& cKey) const override
     {
@@ -179,6 +197,11 @@ public:
     }
 
 private:
+    std::shared_ptr<Cut> HandedOut(const std::shared_ptr<Cut>& cCut) const
+    {
+        const auto* pFake = bFreshObjects ? dynamic_cast<const FakeCut*>(cCut.get()) : nullptr;
+        return pFake ? pFake->Twin() : cCut;
+    }
     std::shared_ptr<Cut> First(const std::function<bool(const Cut&)>& matches) const
     {
         if (bFails)
@@ -186,7 +209,7 @@ private:
         for (const std::shared_ptr<Cut>& cCut : colCuts)
         {
             if (matches(*cCut))
-                return cCut;
+                return HandedOut(cCut);
         }
         return nullptr;
     }

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 namespace ravlo::test
 {
 namespace
@@ -177,17 +179,73 @@ TEST(CategoryTreeOrderTest, OnlyTheChildrenOfANodeThatIsToBeSortedAreSorted)
     EXPECT_EQ(cTree.At(2).colChildren, (std::vector<Node>{6, 7, 8}));
 }
 
-TEST_F(FilledTreeTest, TwoTreesHaveTheSameNodesWhenTheirKeysAreTheSame)
+TEST_F(FilledTreeTest, TwoTreesHaveTheSameNodesWhenKeysAndTextsAre)
 {
     CategoryTree cOther;
     EXPECT_FALSE(cTree.HasSameNodes(cOther));
     for (std::size_t lNode = 0; lNode < cTree.Count(); ++lNode)
-        cOther.AddNode(lNode == 0 ? L"" : cTree.At(0).sKey, cTree.At(lNode).sKey, L"", sImageClosed);
+        cOther.AddNode(lNode == 0 ? L"" : cTree.At(0).sKey, cTree.At(lNode).sKey, cTree.At(lNode).sText,
+                       sImageClosed);
     EXPECT_TRUE(cTree.HasSameNodes(cOther));
     cOther.AddNode(cTree.At(0).sKey, L"One\t9", L"", sImageClosed);
     EXPECT_FALSE(cTree.HasSameNodes(cOther));
     cTree.AddNode(cTree.At(0).sKey, L"Another\t9", L"", sImageClosed);
     EXPECT_FALSE(cTree.HasSameNodes(cOther));
+}
+
+TEST_F(FilledTreeTest, AnotherSpellingOfANameIsAnotherNode)
+{
+    CategoryTree cUpper;
+    CategoryTree cLower;
+    cUpper.AddNode(L"", L"Rock\t0", L"Rock", sImageClosed);
+    cLower.AddNode(L"", L"rock\t0", L"rock", sImageClosed);
+    EXPECT_FALSE(cUpper.HasSameNodes(cLower));
+}
+
+// A host's tree, which edits categories from within its Nodes.Add.
+class EditingTree final : public TreeTarget
+{
+public:
+    std::function<void()> OnAdd;
+    std::vector<std::wstring> colKeys;
+
+    void Clear() override { Edit(); }
+    void AddNode(const std::wstring&, const std::wstring& sKey, const std::wstring&, const wchar_t*) override
+    {
+        colKeys.push_back(sKey);
+        Edit();
+    }
+    void SetSorted() override { Edit(); }
+    void ExpandFirst() override {}
+
+private:
+    void Edit()
+    {
+        if (const auto edit = OnAdd)
+            edit();
+    }
+};
+
+TEST_F(CategoryTreeTest, AHostsTreeMayEditCategoriesWhileItIsFilled)
+{
+    cLibrary.cDataBase->Add(L"a", L"Rock/Jazz/Pop", 1);
+    cLibrary.cDataBase->Add(L"b", L"Rock", 2);
+    cLibrary.Populate();
+    EditingTree cEditing;
+    cEditing.OnAdd = [&]
+    {
+        const std::shared_ptr<CatCollection> colMainCats = cLibrary.cSchedMan->colMainCats();
+        if (!colMainCats->Empty())
+            cLibrary.cSchedMan->DeleteCats({colMainCats->At(0)});
+        if (const auto cPop = cLibrary.MainCat(L"Pop"))
+            cPop->AddSubCat(std::make_shared<clsCat>(cLibrary.cMod, L"Pop", cPop->TotalCuts() + 5));
+    };
+    PopulateTreeView(cLibrary.cSchedMan->colMainCats().get(), cEditing);
+    EXPECT_EQ(cEditing.colKeys,
+              (std::vector<std::wstring>{L"ALL AUDIO\t0", L"Rock\t0", L"Rock\t1", L"Rock\t2", L"Jazz\t0",
+                                         L"Jazz\t1", L"Pop\t0", L"Pop\t1"}))
+        << "as it was at the call";
+    EXPECT_EQ(cLibrary.MainCat(L"Rock"), nullptr);
 }
 
 } // namespace

@@ -29,6 +29,7 @@ public:
     int lImages = 0;
     std::vector<bool> bChecked; // as on the screen, by node
     std::vector<CategoryTree::Node> colExpanded;
+    std::vector<CategoryTree::Node> colBrought; // into view
     std::optional<CategoryTree::Node> lSelected;
 
     void ShowTree(const CategoryTree& cTree) override
@@ -46,6 +47,7 @@ public:
     void ShowImages() override { ++lImages; }
     void Expand(CategoryTree::Node lNode) override { colExpanded.push_back(lNode); }
     void Select(CategoryTree::Node lNode) override { lSelected = lNode; }
+    void BringIntoView(CategoryTree::Node lNode) override { colBrought.push_back(lNode); }
     std::optional<CategoryTree::Node> Selected() const override { return lSelected; }
 };
 
@@ -59,6 +61,7 @@ public:
     std::optional<std::size_t> lCurrent;
     std::size_t lTop = 0;
     std::vector<bool> bRedraws;
+    int lFilled = 0;
     std::function<void()> OnSelectedRows;
 
     void SetRedraw(bool bRedraw) override { bRedraws.push_back(bRedraw); }
@@ -68,6 +71,7 @@ public:
     ColumnLayout Layout() const override { return layout; }
     void SetRowCount(std::size_t lRows) override
     {
+        ++lFilled;
         bSelected.assign(lRows, false);
         lCurrent.reset();
         lTop = 0;
@@ -110,6 +114,7 @@ public:
     std::int32_t lBar = 0;
     int lFront = 0;
     int lClosed = 0;
+    int lAskedFor = 0; // refreshes
     std::function<void()> OnModal;
     std::function<void()> OnPopUp;
 
@@ -143,6 +148,7 @@ public:
     }
     void BringToFront() override { ++lFront; }
     void Close() override { ++lClosed; }
+    void AskForRefresh() override { ++lAskedFor; }
 
     bool Busy() const { return !bBusy.empty() && bBusy.back(); }
 };
@@ -150,7 +156,12 @@ public:
 // A station with a library window on a fake screen. Files are empty until Show.
 struct LibraryWindow
 {
-    LibraryWindow() { cForm.SetSchedMan(cLibrary.cSchedMan); }
+    // bFreshObjects: the database hands out another object for the same cut each time.
+    explicit LibraryWindow(bool bFreshObjects = false)
+    {
+        cLibrary.cDataBase->bFreshObjects = bFreshObjects;
+        cForm.SetSchedMan(cLibrary.cSchedMan);
+    }
 
     std::shared_ptr<FakeCut> Add(const std::wstring& sKey, const std::wstring& sCategories,
                                  std::int32_t lLevel)

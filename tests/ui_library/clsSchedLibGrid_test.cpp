@@ -10,7 +10,7 @@ namespace ravlo::test
 namespace
 {
 
-class SchedLibGridTest : public testing::Test
+class SchedLibGridTest : public testing::TestWithParam<bool>
 {
 protected:
     SchedLibGridTest()
@@ -24,10 +24,10 @@ protected:
     }
     clsSchedLibGrid& Grid() { return window.cForm.Grid(); }
 
-    LibraryWindow window;
+    LibraryWindow window{GetParam()};
 };
 
-TEST_F(SchedLibGridTest, TheGridGetsItsTenColumnsOnceWithRedrawOff)
+TEST_P(SchedLibGridTest, TheGridGetsItsTenColumnsOnceWithRedrawOff)
 {
     EXPECT_EQ(window.cGridView.colHeaders, (Lines{L"Pos", L"ID", L"Artist", L"Title", L"Dur", L"Categories",
                                                   L"Lvl", L"Year", L"Opener", L"Path"}));
@@ -37,7 +37,7 @@ TEST_F(SchedLibGridTest, TheGridGetsItsTenColumnsOnceWithRedrawOff)
     EXPECT_EQ(window.cGridView.colHeaders.size(), 10u);
 }
 
-TEST_F(SchedLibGridTest, TheLayoutIsReadWhenTheGridIsTakenAndStoredWhenItIsLetGo)
+TEST_P(SchedLibGridTest, TheLayoutIsReadWhenTheGridIsTakenAndStoredWhenItIsLetGo)
 {
     EXPECT_EQ(window.cGridView.layout.Text(), ColumnLayout().Text());
     window.cGridView.layout.SetWidth(0, 99);
@@ -51,7 +51,7 @@ TEST_F(SchedLibGridTest, TheLayoutIsReadWhenTheGridIsTakenAndStoredWhenItIsLetGo
     EXPECT_EQ(window.cGridView.layout.Text(), sStored);
 }
 
-TEST_F(SchedLibGridTest, CellsAreAskedOfTheCutsWhenTheyArePainted)
+TEST_P(SchedLibGridTest, CellsAreAskedOfTheCutsWhenTheyArePainted)
 {
     const auto cCut = std::dynamic_pointer_cast<FakeCut>(Grid().CutAt(1));
     cCut->lID = 7;
@@ -67,7 +67,7 @@ TEST_F(SchedLibGridTest, CellsAreAskedOfTheCutsWhenTheyArePainted)
     EXPECT_EQ(Grid().CellText(1, 8), L"Y");
 }
 
-TEST_F(SchedLibGridTest, ShowingANodeAsksNoCutForItsTexts)
+TEST_P(SchedLibGridTest, ShowingANodeAsksNoCutForItsTexts)
 {
     const auto cCut = std::dynamic_pointer_cast<FakeCut>(Grid().CutAt(0));
     cCut->calls.clear();
@@ -75,7 +75,7 @@ TEST_F(SchedLibGridTest, ShowingANodeAsksNoCutForItsTexts)
     EXPECT_TRUE(cCut->calls.empty());
 }
 
-TEST_F(SchedLibGridTest, ACutThatCannotTellHasEmptyCellsButAPosition)
+TEST_P(SchedLibGridTest, ACutThatCannotTellHasEmptyCellsButAPosition)
 {
     const auto cCut = std::dynamic_pointer_cast<FakeCut>(Grid().CutAt(0));
     cCut->failing = {"Artist"};
@@ -84,14 +84,14 @@ TEST_F(SchedLibGridTest, ACutThatCannotTellHasEmptyCellsButAPosition)
     EXPECT_EQ(Grid().CellText(999, 0), L"");
 }
 
-TEST_F(SchedLibGridTest, TheCurrentRowCountsFromOneAndIsZeroForNone)
+TEST_P(SchedLibGridTest, TheCurrentRowCountsFromOneAndIsZeroForNone)
 {
     EXPECT_EQ(Grid().CurrentRow(), 0);
     window.cGridView.lCurrent = 4;
     EXPECT_EQ(Grid().CurrentRow(), 5);
 }
 
-TEST_F(SchedLibGridTest, SelectionCommandsSelectAllNoneAndFlipEachRow)
+TEST_P(SchedLibGridTest, SelectionCommandsSelectAllNoneAndFlipEachRow)
 {
     Grid().SelectAll();
     EXPECT_EQ(Grid().SelectedRows().size(), 10u);
@@ -103,7 +103,7 @@ TEST_F(SchedLibGridTest, SelectionCommandsSelectAllNoneAndFlipEachRow)
     EXPECT_EQ(window.SelectedKeys(), (Keys{L"2", L"3", L"4", L"5", L"7", L"8", L"both", L"alone"}));
 }
 
-TEST_F(SchedLibGridTest, TypingFindsAnArtistFromARowOnAndAroundElseATitle)
+TEST_P(SchedLibGridTest, TypingFindsAnArtistFromARowOnAndAroundElseATitle)
 {
     std::dynamic_pointer_cast<FakeCut>(Grid().CutAt(2))->SetArtist(L"Queen");
     std::dynamic_pointer_cast<FakeCut>(Grid().CutAt(6))->SetArtist(L"quarryman");
@@ -119,7 +119,7 @@ TEST_F(SchedLibGridTest, TypingFindsAnArtistFromARowOnAndAroundElseATitle)
 
 // ---- levels dragged from
 
-TEST_F(SchedLibGridTest, InALevelTheCutsComeFromThatLevel)
+TEST_P(SchedLibGridTest, InALevelTheCutsComeFromThatLevel)
 {
     window.ShowNode(L"Rock", 1);
     EXPECT_TRUE(Grid().colSubCatsDraggedFrom().empty());
@@ -127,7 +127,7 @@ TEST_F(SchedLibGridTest, InALevelTheCutsComeFromThatLevel)
     EXPECT_EQ(Grid().colSubCatsDraggedFrom(), (Cats{window.cLibrary.Level(L"Rock", 1)}));
 }
 
-TEST_F(SchedLibGridTest, InAMainCategoryEachRowComesFromTheLevelItIsListedUnder)
+TEST_P(SchedLibGridTest, InAMainCategoryEachRowComesFromTheLevelItIsListedUnder)
 {
     window.ShowNode(L"Rock", 0);
     window.cGridView.Select({7, 8});
@@ -137,7 +137,7 @@ TEST_F(SchedLibGridTest, InAMainCategoryEachRowComesFromTheLevelItIsListedUnder)
               (Cats{window.cLibrary.Level(L"Rock", 1), window.cLibrary.Level(L"Rock", 2)}));
 }
 
-TEST_F(SchedLibGridTest, InAllAudioTheyAreAllLevelsTheCutsStandIn)
+TEST_P(SchedLibGridTest, InAllAudioTheyAreAllLevelsTheCutsStandIn)
 {
     window.cGridView.Select({8});
     EXPECT_EQ(Grid().LevelAt(8), nullptr);
@@ -145,7 +145,7 @@ TEST_F(SchedLibGridTest, InAllAudioTheyAreAllLevelsTheCutsStandIn)
               (Cats{window.cLibrary.Level(L"Rock", 2), window.cLibrary.Level(L"Jazz", 2)}));
 }
 
-TEST_F(SchedLibGridTest, CutsThatStandNowhereComeWithALevelOfTheirOwn)
+TEST_P(SchedLibGridTest, CutsThatStandNowhereComeWithALevelOfTheirOwn)
 {
     window.cGridView.Select({0, 9});
     const Cats colFrom = Grid().colSubCatsDraggedFrom();
@@ -165,7 +165,7 @@ protected:
     Keys Order() { return window.cLibrary.Order(L"Rock", 1); }
 };
 
-TEST_F(ReorderTest, RowsMoveInFrontOfTheRowTheyAreDroppedOn)
+TEST_P(ReorderTest, RowsMoveInFrontOfTheRowTheyAreDroppedOn)
 {
     struct Case
     {
@@ -182,7 +182,7 @@ TEST_F(ReorderTest, RowsMoveInFrontOfTheRowTheyAreDroppedOn)
     };
     for (const Case& test : cases)
     {
-        LibraryWindow fresh;
+        LibraryWindow fresh(GetParam());
         for (const wchar_t* sKey : {L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8"})
             fresh.Add(sKey, L"Rock", 1);
         fresh.Show();
@@ -198,7 +198,7 @@ TEST_F(ReorderTest, RowsMoveInFrontOfTheRowTheyAreDroppedOn)
     }
 }
 
-TEST_F(ReorderTest, TheNewOrderIsSaved)
+TEST_P(ReorderTest, TheNewOrderIsSaved)
 {
     ASSERT_FALSE(window.cWorld.cFiles.FileExists(SifPath(L"Rock")));
     window.cGridView.Select({0});
@@ -206,7 +206,7 @@ TEST_F(ReorderTest, TheNewOrderIsSaved)
     EXPECT_TRUE(window.cWorld.cFiles.FileExists(SifPath(L"Rock")));
 }
 
-TEST_F(ReorderTest, TheRowStandsForItsCutWhereverTheRotationHasSentItMeanwhile)
+TEST_P(ReorderTest, TheRowStandsForItsCutWhereverTheRotationHasSentItMeanwhile)
 {
     window.cLibrary.Level(L"Rock", 1)->SchedCuts()->SendToBack(TextKey(L"1")); // 2 3 4 5 6 7 8 1
     window.cGridView.Select({7});                                              // 8
@@ -214,7 +214,7 @@ TEST_F(ReorderTest, TheRowStandsForItsCutWhereverTheRotationHasSentItMeanwhile)
     EXPECT_EQ(Order(), (Keys{L"2", L"3", L"8", L"4", L"5", L"6", L"7", L"1"}));
 }
 
-TEST_F(ReorderTest, RowsThatAreNotConsecutiveAreRefused)
+TEST_P(ReorderTest, RowsThatAreNotConsecutiveAreRefused)
 {
     window.cGridView.Select({3, 4, 6});
     window.DropOnRow(0);
@@ -226,14 +226,14 @@ TEST_F(ReorderTest, RowsThatAreNotConsecutiveAreRefused)
     EXPECT_EQ(Order(), (Keys{L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8"}));
 }
 
-TEST_F(ReorderTest, WhatWasNotDraggedFromTheGridIsRefused)
+TEST_P(ReorderTest, WhatWasNotDraggedFromTheGridIsRefused)
 {
     window.cForm.Dropped(frmUILib::Drop{false, L"", 0, L"something else"});
     EXPECT_EQ(window.Shown(),
               (Boxes{OkBox(BoxIcon::None, L"Scheduler Grid", L"Unrecognized Source for dragdrop!")}));
 }
 
-TEST_F(ReorderTest, OutsideOfOneLevelItIsRefusedEvenForOneRow)
+TEST_P(ReorderTest, OutsideOfOneLevelItIsRefusedEvenForOneRow)
 {
     const ShownBox refusal = OkBox(
         BoxIcon::Information, L"View Inside a Category Level to Enable Dragging and Dropping In The Grid.",
@@ -256,7 +256,7 @@ TEST_F(ReorderTest, OutsideOfOneLevelItIsRefusedEvenForOneRow)
     EXPECT_FALSE(Grid().BanOLEDrop());
 }
 
-TEST_F(ReorderTest, KeysMoveTheSelectedRowsByOnePlaceAndStopAtTheEnds)
+TEST_P(ReorderTest, KeysMoveTheSelectedRowsByOnePlaceAndStopAtTheEnds)
 {
     window.cGridView.Select({1, 2});
     window.cForm.MoveSelected(true);
@@ -274,7 +274,37 @@ TEST_F(ReorderTest, KeysMoveTheSelectedRowsByOnePlaceAndStopAtTheEnds)
     EXPECT_TRUE(window.Shown().empty());
 }
 
-TEST_F(ReorderTest, NoInsertionLineWhereADropWouldChangeNothing)
+TEST_P(ReorderTest, KeysPressedDuringAMoveAreGatheredIntoOneMore)
+{
+    window.cGridView.Select({7});
+    int lPresses = 3; // arrive while the first move runs
+    window.cWorld.cHostLoop.OnPump = [&]
+    {
+        if (lPresses > 0 && lPresses-- > 0)
+            window.cForm.MoveSelected(true);
+    };
+    int lSaves = 0;
+    window.cLibrary.cHost.OnEvent = [&](const std::wstring& sLine) { lSaves += sLine.starts_with(L"Done"); };
+    window.cForm.MoveSelected(true);
+    window.cLibrary.cHost.OnEvent = nullptr;
+    EXPECT_EQ(Order(), (Keys{L"1", L"2", L"3", L"8", L"4", L"5", L"6", L"7"})) << "four places up";
+    EXPECT_LE(lSaves, 3) << "fewer saves than presses";
+    EXPECT_EQ(window.SelectedKeys(), (Keys{L"8"}));
+    EXPECT_EQ(window.cGridView.lCurrent, 3u);
+}
+
+TEST_P(ReorderTest, AMoveByManyPlacesStopsAtTheEnds)
+{
+    window.cGridView.Select({3, 4});
+    Grid().MoveSelected(-10);
+    EXPECT_EQ(Order(), (Keys{L"4", L"5", L"1", L"2", L"3", L"6", L"7", L"8"}));
+    Grid().MoveSelected(3);
+    EXPECT_EQ(Order(), (Keys{L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8"}));
+    Grid().MoveSelected(10);
+    EXPECT_EQ(Order(), (Keys{L"1", L"2", L"3", L"6", L"7", L"8", L"4", L"5"}));
+}
+
+TEST_P(ReorderTest, NoInsertionLineWhereADropWouldChangeNothing)
 {
     const auto WouldMove = [&](const Rows& colRows, std::optional<std::size_t> lRow)
     {
@@ -295,7 +325,7 @@ TEST_F(ReorderTest, NoInsertionLineWhereADropWouldChangeNothing)
     EXPECT_FALSE(WouldMove({2}, 0));
 }
 
-TEST_F(ReorderTest, TheSelectionIsReadOnceADragAndNotAtEachMoveOfTheMouse)
+TEST_P(ReorderTest, TheSelectionIsReadOnceADragAndNotAtEachMoveOfTheMouse)
 {
     window.cGridView.Select({2, 3});
     int lReads = 0;
@@ -307,7 +337,7 @@ TEST_F(ReorderTest, TheSelectionIsReadOnceADragAndNotAtEachMoveOfTheMouse)
     window.cForm.DragCompleted(std::nullopt);
 }
 
-TEST_F(ReorderTest, TheWindowIsBusyWhileItMovesAndNeverAfterwards)
+TEST_P(ReorderTest, TheWindowIsBusyWhileItMovesAndNeverAfterwards)
 {
     window.cView.bBusy.clear();
     window.cGridView.Select({0});
@@ -315,7 +345,7 @@ TEST_F(ReorderTest, TheWindowIsBusyWhileItMovesAndNeverAfterwards)
     EXPECT_EQ(window.cView.bBusy, (std::vector<bool>{true, false}));
 }
 
-TEST_F(ReorderTest, ALevelThatIsGoneIsNotFiledInto)
+TEST_P(ReorderTest, ALevelThatIsGoneIsNotFiledInto)
 {
     const std::shared_ptr<clsCat> cGone = window.cLibrary.Level(L"Rock", 1);
     window.cGridView.Select({0});
@@ -327,7 +357,7 @@ TEST_F(ReorderTest, ALevelThatIsGoneIsNotFiledInto)
 
 // ---- the place on the screen
 
-TEST_F(ReorderTest, ShowingTheSameNodeAgainKeepsSelectionCurrentRowAndPlaceByCut)
+TEST_P(ReorderTest, ShowingTheSameNodeAgainKeepsSelectionCurrentRowAndPlaceByCut)
 {
     window.cGridView.Select({2, 5});
     window.cGridView.lCurrent = 5;
@@ -339,7 +369,7 @@ TEST_F(ReorderTest, ShowingTheSameNodeAgainKeepsSelectionCurrentRowAndPlaceByCut
     EXPECT_EQ(window.cGridView.lTop, 3u);
 }
 
-TEST_F(ReorderTest, AfterARemovalTheRowInItsPlaceIsTheCurrentOne)
+TEST_P(ReorderTest, AfterARemovalTheRowInItsPlaceIsTheCurrentOne)
 {
     window.cGridView.Select({2});
     window.cGridView.lCurrent = 2;
@@ -353,14 +383,33 @@ TEST_F(ReorderTest, AfterARemovalTheRowInItsPlaceIsTheCurrentOne)
     EXPECT_TRUE(Grid().SelectedRows().empty());
 }
 
-TEST_F(ReorderTest, WhereNoRowWasCurrentNoneIsAfterwards)
+TEST_P(ReorderTest, AfterABlockIsRemovedTheRowBehindItIsTheCurrentOne)
+{
+    window.cGridView.Select({2, 3, 4});
+    window.cGridView.lCurrent = 4;
+    window.cForm.GridDelete();
+    EXPECT_EQ(window.RowKeys(), (Keys{L"1", L"2", L"6", L"7", L"8"}));
+    EXPECT_EQ(window.cGridView.lCurrent, 2u);
+}
+
+TEST_P(ReorderTest, AfterAHostsPopulationRowsMoveInThePresentLevel)
+{
+    window.cGridView.Select({6});
+    window.cLibrary.Populate();
+    window.DropOnRow(0);
+    EXPECT_EQ(Order()[0], L"7");
+    EXPECT_EQ(window.RowKeys(), Order());
+    EXPECT_EQ(window.SelectedKeys(), (Keys{L"7"}));
+}
+
+TEST_P(ReorderTest, WhereNoRowWasCurrentNoneIsAfterwards)
 {
     window.cGridView.Select({2});
     window.cForm.GridDelete();
     EXPECT_EQ(window.cGridView.lCurrent, std::nullopt);
 }
 
-TEST_F(ReorderTest, AGridThatWasAtItsTopStaysThere)
+TEST_P(ReorderTest, AGridThatWasAtItsTopStaysThere)
 {
     window.cGridView.Select({0});
     window.cLibrary.Level(L"Rock", 1)->SchedCuts()->SendToBack(TextKey(L"1"));
@@ -369,7 +418,7 @@ TEST_F(ReorderTest, AGridThatWasAtItsTopStaysThere)
     EXPECT_EQ(window.SelectedKeys(), (Keys{L"1"}));
 }
 
-TEST_F(ReorderTest, ShowingAnotherNodeStartsAtItsTopWithNothingSelected)
+TEST_P(ReorderTest, ShowingAnotherNodeStartsAtItsTopWithNothingSelected)
 {
     window.cGridView.Select({2, 5});
     window.cGridView.lTop = 4;
@@ -377,6 +426,11 @@ TEST_F(ReorderTest, ShowingAnotherNodeStartsAtItsTopWithNothingSelected)
     EXPECT_TRUE(Grid().SelectedRows().empty());
     EXPECT_EQ(window.cGridView.lTop, 0u);
 }
+
+// A host's database may hand out another object for the same cut each time.
+std::string ObjectsOf(const testing::TestParamInfo<bool>& param) { return param.param ? "Fresh" : "Same"; }
+INSTANTIATE_TEST_SUITE_P(Objects, SchedLibGridTest, testing::Bool(), ObjectsOf);
+INSTANTIATE_TEST_SUITE_P(Objects, ReorderTest, testing::Bool(), ObjectsOf);
 
 } // namespace
 } // namespace ravlo::test

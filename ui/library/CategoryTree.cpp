@@ -74,7 +74,11 @@ bool CategoryTree::HasSameNodes(const CategoryTree& cOther) const
 {
     return Count() == cOther.Count() &&
            std::all_of(m_colNodes.begin(), m_colNodes.end(),
-                       [&](const Entry& entry) { return cOther.Find(entry.sKey).has_value(); });
+                       [&](const Entry& entry)
+                       {
+                           const std::optional<Node> lOther = cOther.Find(entry.sKey);
+                           return lOther && cOther.At(*lOther).sText == entry.sText;
+                       });
 }
 
 std::vector<CategoryTree::Node> CategoryTree::Check(Node lNode, bool bCheck)

@@ -45,13 +45,15 @@ public:
     const Entry& At(Node lNode) const { return m_colNodes[lNode]; }
     // By key without regard to case.
     std::optional<Node> Find(const std::wstring& sKey) const;
-    // Whether the nodes' keys are those of another tree, in any order.
+    // Whether the nodes' keys and texts are those of another tree, in any order.
     bool HasSameNodes(const CategoryTree& cOther) const;
     static bool IsRoot(Node lNode) noexcept { return lNode == 0; }
 
     // Ticks or unticks a node and what follows it: everything for the root, its levels for a main category.
     // Returns the nodes concerned.
     std::vector<Node> Check(Node lNode, bool bCheck);
+    // One node's tick alone.
+    void SetChecked(Node lNode, bool bCheck) { m_colNodes[lNode].bChecked = bCheck; }
     // Flips every tick, the root's included.
     void InvertChecks();
     // The ticked nodes but the root, in the order in which they are shown.
@@ -80,6 +82,7 @@ public:
     virtual void ShowImages() = 0; // the open and closed ones have changed
     virtual void Expand(CategoryTree::Node lNode) = 0;
     virtual void Select(CategoryTree::Node lNode) = 0; // and brings it into view
+    virtual void BringIntoView(CategoryTree::Node lNode) = 0;
     virtual std::optional<CategoryTree::Node> Selected() const = 0;
 };
 

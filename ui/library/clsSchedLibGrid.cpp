@@ -2,11 +2,12 @@
 #include "ui/library/clsSchedLibGrid.h"
 
 #include "collections/Text.h"
+#include "ui/library/CutPlaces.h"
 #include "ui/library/LibraryFilling.h"
 
 #include <algorithm>
 #include <string_view>
-#include <unordered_set>
+#include <unordered_map>
 #include <utility>
 
 namespace ravlo
@@ -102,6 +103,11 @@ void clsSchedLibGrid::TakeRows(ListedCuts listed)
     m_cView.SetRowCount(RowCount());
 }
 
+TextKey clsSchedLibGrid::KeyAt(std::size_t lRow) const
+{
+    return m_listed.colKeys.empty() ? CutAt(lRow)->Key() : m_listed.colKeys[lRow];
+}
+
 std::shared_ptr<clsCat> clsSchedLibGrid::LevelAt(std::size_t lRow) const
 {
     const auto run =
@@ -165,74 +171,125 @@ void clsSchedLibGrid::InvertSelection()
 Cats clsSchedLibGrid::colSubCatsDraggedFrom() const
 {
     Cats colFrom;
-    std::unordered_set<const Cut*> colNowhere; // as far as the levels looked at tell
+    KeySet colNowhere; // as far as the levels looked at tell
     const auto Add = [&](const std::shared_ptr<clsCat>& cLevel)
     {
-        if (std::find(colFrom.begin(), colFrom.end(), cLevel) == colFrom.end())
+        if (!Lists(colFrom, cLevel))
             colFrom.push_back(cLevel);
     };
     for (const std::size_t lRow : SelectedRows())
         if (const std::shared_ptr<clsCat> cLevel = LevelAt(lRow))
             Add(cLevel);
         else
-            colNowhere.insert(CutAt(lRow).get());
+            colNowhere.insert(KeyAt(lRow));
     if (colNowhere.empty())
         return colFrom;
-    const std::unordered_set<const Cut*> colWanted = colNowhere;
+    const KeySet colWanted = colNowhere;
     const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
-    if (const std::shared_ptr<CatCollection> colMainCats = cSchedMan ? cSchedMan->colMainCats() : nullptr)
-        for (const std::shared_ptr<clsCat>& cMainCat : *colMainCats)
-            for (const std::shared_ptr<clsCat>& cLevel : *cMainCat->SubCats())
-                for (const std::shared_ptr<Cut>& cCut : *cLevel->SchedCuts())
-                    if (colWanted.count(cCut.get()) != 0)
-                    {
-                        Add(cLevel);
-                        colNowhere.erase(cCut.get());
-                    }
+    const std::shared_ptr<CatCollection> colMainCats = cSchedMan ? cSchedMan->colMainCats() : nullptr;
+    ForEachPlace(colMainCats.get(), colWanted,
+                 [&](const std::shared_ptr<clsCat>& cLevel, const TextKey& cKey)
+                 {
+                     Add(cLevel);
+                     colNowhere.erase(cKey);
+                 });
     if (!colNowhere.empty())
         colFrom.push_back(std::make_shared<clsCat>(m_cMod, sNoCat, 0));
     return colFrom;
 }
 
+// ---- the place on the screen ----
+
+clsSchedLibGrid::RowOfCut clsSchedLibGrid::RowOf(std::size_t lRow) const
+{
+    const std::shared_ptr<clsCat> cLevel = LevelAt(lRow);
+    return {CutAt(lRow), cLevel ? cLevel->CatLevel() : 0, lRow};
+}
+
 clsSchedLibGrid::Place clsSchedLibGrid::CurrentPlace() const
 {
     Place place;
-    place.colSelected = colSelCuts();
+    for (const std::size_t lRow : SelectedRows())
+        place.colSelected.push_back(RowOf(lRow));
     const std::optional<std::size_t> lCurrent = m_cView.CurrentRow();
     if (lCurrent && *lCurrent < RowCount())
+        place.current = RowOf(*lCurrent);
+    const std::size_t lTop = m_cView.TopRow();
+    if (lTop != 0 && lTop < RowCount())
     {
-        place.cCurrent = CutAt(*lCurrent);
-        place.lCurrentRow = *lCurrent;
+        place.top = RowOf(lTop);
+        place.bAtTop = false;
     }
-    place.lTopRow = m_cView.TopRow();
-    if (place.lTopRow != 0 && place.lTopRow < RowCount())
-        place.cTop = CutAt(place.lTopRow);
     return place;
+}
+
+// Where the rows are now: first by the cut's object, which asks no cut for anything, the others by key.
+std::vector<std::optional<std::size_t>>
+clsSchedLibGrid::FindRows(const std::vector<RowOfCut>& colWanted) const
+{
+    std::vector<std::optional<std::size_t>> colFound(colWanted.size());
+    std::unordered_multimap<const Cut*, std::size_t> colByObject;
+    for (std::size_t i = 0; i < colWanted.size(); ++i)
+        colByObject.emplace(colWanted[i].cCut.get(), i);
+    std::size_t lLeft = colWanted.size();
+    const auto Match = [&](const auto& range, std::size_t lRow)
+    {
+        for (auto it = range.first; it != range.second; ++it)
+            if (!colFound[it->second] && colWanted[it->second].lLevel == RowOf(lRow).lLevel)
+            {
+                colFound[it->second] = lRow;
+                --lLeft;
+            }
+    };
+    for (std::size_t lRow = 0; lRow < RowCount() && lLeft > 0; ++lRow)
+        Match(colByObject.equal_range(CutAt(lRow).get()), lRow);
+    if (lLeft == 0)
+        return colFound;
+    const auto KeyOf = [](const auto& ask) -> TextKey
+    {
+        try
+        {
+            return ask();
+        }
+        catch (const std::exception&)
+        {
+            return {}; // a cut that cannot tell is no longer found
+        }
+    };
+    std::unordered_multimap<TextKey, std::size_t, TextKeyHash> colByKey;
+    for (std::size_t i = 0; i < colWanted.size(); ++i)
+        if (!colFound[i])
+            if (TextKey cKey = KeyOf([&] { return colWanted[i].cCut->Key(); }); !cKey.Empty())
+                colByKey.emplace(std::move(cKey), i);
+    for (std::size_t lRow = 0; lRow < RowCount() && lLeft > 0; ++lRow)
+        Match(colByKey.equal_range(KeyOf([&] { return KeyAt(lRow); })), lRow);
+    return colFound;
 }
 
 void clsSchedLibGrid::ReturnTo(const Place& place)
 {
-    if (RowCount() == 0 || (place.colSelected.empty() && !place.cCurrent && place.lTopRow == 0))
+    if (RowCount() == 0 || (place.colSelected.empty() && !place.current && place.bAtTop))
         return;
-    std::unordered_set<const Cut*> colWanted;
-    for (const std::shared_ptr<Cut>& cCut : place.colSelected)
-        colWanted.insert(cCut.get());
+    std::vector<RowOfCut> colWanted = place.colSelected;
+    if (place.current)
+        colWanted.push_back(*place.current);
+    if (!place.bAtTop)
+        colWanted.push_back(place.top);
+    const std::vector<std::optional<std::size_t>> colRows = FindRows(colWanted);
+
     std::vector<bool> bSelected(RowCount());
-    std::optional<std::size_t> lCurrent;
-    std::size_t lTop = std::min(place.lTopRow, RowCount() - 1); // of a cut that is gone: the same place
-    for (std::size_t lRow = 0; lRow < RowCount(); ++lRow)
-    {
-        const Cut* const pCut = CutAt(lRow).get();
-        bSelected[lRow] = colWanted.erase(pCut) != 0; // a cut in two levels is selected once
-        if (pCut == place.cCurrent.get() && !lCurrent)
-            lCurrent = lRow;
-        if (pCut == place.cTop.get())
-            lTop = lRow;
-    }
+    std::size_t lGoneBefore = 0; // selected rows in front of the current one that are gone
+    for (std::size_t i = 0; i < place.colSelected.size(); ++i)
+        if (colRows[i])
+            bSelected[*colRows[i]] = true;
+        else if (place.current && colWanted[i].lRow < place.current->lRow)
+            ++lGoneBefore;
     m_cView.SetSelection(bSelected);
-    if (place.cCurrent) // one that is gone: what stands in its place now
-        m_cView.SetCurrentRow(lCurrent.value_or(std::min(place.lCurrentRow, RowCount() - 1)));
-    m_cView.SetTopRow(lTop);
+    const std::size_t lLast = RowCount() - 1;
+    if (place.current) // one that is gone: what stands in its place now
+        m_cView.SetCurrentRow(
+            colRows[place.colSelected.size()].value_or(std::min(place.current->lRow - lGoneBefore, lLast)));
+    m_cView.SetTopRow(place.bAtTop ? 0 : colRows.back().value_or(std::min(place.top.lRow, lLast)));
 }
 
 // ---- re-ordering ----
@@ -240,25 +297,30 @@ void clsSchedLibGrid::ReturnTo(const Place& place)
 void clsSchedLibGrid::Drop(const std::wstring& sPayload, std::optional<std::size_t> lRow)
 {
     if (sPayload != sGridPayload)
-    {
-        m_cMod.Box(BoxIcon::None, BoxButtons::Ok, L"Scheduler Grid", L"Unrecognized Source for dragdrop!");
-        return;
-    }
+        return RefuseSource();
     const std::vector<std::size_t> colRows = SelectedRows();
     if (MayReorder(colRows))
         MoveRows(colRows, lRow);
 }
 
-void clsSchedLibGrid::MoveSelected(bool bUp)
+void clsSchedLibGrid::RefuseSource() const
+{
+    m_cMod.Box(BoxIcon::None, BoxButtons::Ok, L"Scheduler Grid", L"Unrecognized Source for dragdrop!");
+}
+
+void clsSchedLibGrid::MoveSelected(std::ptrdiff_t lSteps)
 {
     const std::vector<std::size_t> colRows = SelectedRows();
     if (colRows.empty() || !MayReorder(colRows))
         return;
-    const std::size_t lLast = RowCount() - 1;
-    if (bUp && colRows.front() > 0)
-        MoveRows(colRows, colRows.front() - 1);
-    else if (!bUp && colRows.back() < lLast)
-        MoveRows(colRows, colRows.back() + 1 == lLast ? std::nullopt : std::optional(colRows.back() + 2));
+    const auto lFirst = static_cast<std::ptrdiff_t>(colRows.front());
+    const auto lBehind = static_cast<std::ptrdiff_t>(colRows.back()) + 1;
+    const auto lEnd = static_cast<std::ptrdiff_t>(RowCount());
+    if (lSteps < 0 && lFirst > 0)
+        MoveRows(colRows, static_cast<std::size_t>(std::max<std::ptrdiff_t>(lFirst + lSteps, 0)));
+    else if (lSteps > 0 && lBehind < lEnd)
+        MoveRows(colRows, lBehind + lSteps < lEnd ? std::optional(static_cast<std::size_t>(lBehind + lSteps))
+                                                  : std::nullopt);
 }
 
 bool clsSchedLibGrid::MayReorder(const std::vector<std::size_t>& colRows) const
@@ -305,18 +367,17 @@ void clsSchedLibGrid::MoveRows(const std::vector<std::size_t>& colRows, std::opt
     const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
     if (!cSchedMan)
         return;
-    const Cuts colCuts = colSelCuts();
+    const RowOfCut first = RowOf(colRows.front());
     OLEDragDropOperationStarted();
-    cSchedMan->MoveCutsInCategory(m_cCurrentCat, colCuts, PositionInto(lRow));
+    cSchedMan->MoveCutsInCategory(m_cCurrentCat, colSelCuts(), PositionInto(lRow));
     OLEDragCompleted();
     // Selected they are still; the first of them becomes the current one, in view.
-    const auto First = std::find(m_listed.colCuts.begin(), m_listed.colCuts.end(), colCuts.front());
-    if (First == m_listed.colCuts.end())
+    const std::optional<std::size_t> lFirst = FindRows({first}).front();
+    if (!lFirst)
         return;
-    const auto lFirst = static_cast<std::size_t>(First - m_listed.colCuts.begin());
-    m_cView.SetCurrentRow(lFirst);
-    m_cView.EnsureVisible(std::min(lFirst + colRows.size(), RowCount()) - 1);
-    m_cView.EnsureVisible(lFirst);
+    m_cView.SetCurrentRow(*lFirst);
+    m_cView.EnsureVisible(std::min(*lFirst + colRows.size(), RowCount()) - 1);
+    m_cView.EnsureVisible(*lFirst);
 }
 
 // The rotation may have moved cuts since the rows were listed: what counts is where the cut of the row stands
@@ -327,7 +388,7 @@ std::int32_t clsSchedLibGrid::PositionInto(std::optional<std::size_t> lRow) cons
     const std::size_t lEnd = colSchedCuts.Count() + 1;
     if (!lRow || *lRow >= RowCount())
         return static_cast<std::int32_t>(lEnd);
-    const std::optional<std::size_t> lPresent = colSchedCuts.PositionOf(CutAt(*lRow)->Key());
+    const std::optional<std::size_t> lPresent = colSchedCuts.PositionOf(KeyAt(*lRow));
     return static_cast<std::int32_t>(lPresent.value_or(*lRow) + 1);
 }
 

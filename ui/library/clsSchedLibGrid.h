@@ -53,6 +53,8 @@ public:
 
     std::size_t RowCount() const noexcept { return m_listed.colCuts.size(); }
     const std::shared_ptr<Cut>& CutAt(std::size_t lRow) const { return m_listed.colCuts[lRow]; }
+    // The cut's key. Asks the cut only in the listing of all audio.
+    TextKey KeyAt(std::size_t lRow) const;
     // The level a row's cut was listed from; null in the listing of all audio.
     std::shared_ptr<clsCat> LevelAt(std::size_t lRow) const;
     // Empty for a cut that cannot tell. Never throws for that: it is asked for while painting.
@@ -73,14 +75,21 @@ public:
     void SelectNone() { m_cView.SelectAll(false); }
     void InvertSelection();
 
-    // What the user sees of the rows, by cut: kept over showing the same node again.
+    // A row to be found again when the same node is listed anew: a cut in a level, since one cut may stand in
+    // several levels of a main category.
+    struct RowOfCut
+    {
+        std::shared_ptr<Cut> cCut;
+        std::int32_t lLevel = 0; // 0 in the listing of all audio
+        std::size_t lRow = 0;    // at that time
+    };
+    // What the user sees of the rows: kept over showing the same node again.
     struct Place
     {
-        Cuts colSelected;
-        std::shared_ptr<Cut> cCurrent; // null for none
-        std::size_t lCurrentRow = 0;
-        std::shared_ptr<Cut> cTop; // null when the first row is at the top
-        std::size_t lTopRow = 0;
+        std::vector<RowOfCut> colSelected; // in row order
+        std::optional<RowOfCut> current;
+        RowOfCut top;
+        bool bAtTop = true; // the first row is at the top, and stays there
     };
     Place CurrentPlace() const;
     void ReturnTo(const Place& place);
@@ -89,8 +98,11 @@ public:
 
     // A drop onto a row, or past the last one. Shows why when it is refused.
     void Drop(const std::wstring& sPayload, std::optional<std::size_t> lRow);
-    // Moves the selected rows up or down by one place, under the rules of a drop.
-    void MoveSelected(bool bUp);
+    // Says that what was dropped did not come from this grid.
+    void RefuseSource() const;
+    // Moves the selected rows down by so many places, or up for a negative number, as far as there are rows;
+    // under the rules of a drop.
+    void MoveSelected(std::ptrdiff_t lSteps);
     // A drag of the selected rows begins, if there are any, and ends.
     bool StartDrag();
     void EndDrag() { m_colDragged.clear(); }
@@ -110,6 +122,8 @@ private:
     bool MayReorder(const std::vector<std::size_t>& colRows) const;
     void MoveRows(const std::vector<std::size_t>& colRows, std::optional<std::size_t> lRow);
     std::int32_t PositionInto(std::optional<std::size_t> lRow) const;
+    RowOfCut RowOf(std::size_t lRow) const;
+    std::vector<std::optional<std::size_t>> FindRows(const std::vector<RowOfCut>& colWanted) const;
 
     SchedLibGridView& m_cView;
     ModScheduler& m_cMod;

@@ -1,77 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "ui/library/frmUILib.h"
 
-#include "collections/Text.h"
-#include "scheduler/CategoryEditing.h"
+#include "collections/CaseFolding.h"
 #include "ui/controls/Raised.h"
 #include "ui/library/LibraryFilling.h"
+#include "ui/library/NodeKey.h"
+#include "ui/library/frmUILibWork.h"
 
 #include <algorithm>
-#include <set>
 #include <utility>
 
 namespace ravlo
 {
-
-namespace
-{
-
-constexpr std::int32_t lEditCancelled = 2;
-
-std::wstring RootKey() { return CategoryKey(sAllAudio, 0); }
-
-struct KeyParts
-{
-    std::wstring sName;
-    std::int32_t lLevel;
-};
-KeyParts PartsOf(const std::wstring& sKey)
-{
-    const std::vector<std::wstring> colPieces = Split(sKey, std::wstring(1, cTab));
-    const std::optional<double> dLevel = colPieces.size() > 1 ? NumericValue(colPieces[1]) : std::nullopt;
-    return {colPieces[0], dLevel ? ToLong(*dLevel).value_or(0) : 0};
-}
-std::wstring MainKeyOf(const std::wstring& sKey) { return CategoryKey(PartsOf(sKey).sName, 0); }
-
-} // namespace
-
-class frmUILib::Working
-{
-public:
-    explicit Working(frmUILib& cForm) : m_cForm(cForm) { ++m_cForm.m_lWorking; }
-    ~Working()
-    {
-        if (m_cForm.m_lWorking == 1)
-            m_cForm.Settle();
-        --m_cForm.m_lWorking;
-    }
-    Working(const Working&) = delete;
-    Working& operator=(const Working&) = delete;
-
-private:
-    frmUILib& m_cForm;
-};
-
-class frmUILib::Busy
-{
-public:
-    explicit Busy(frmUILib& cForm) : m_cWorking(cForm), m_cForm(cForm)
-    {
-        if (m_cForm.m_lBusy++ == 0)
-            m_cForm.SetBusy(true);
-    }
-    ~Busy()
-    {
-        if (--m_cForm.m_lBusy == 0)
-            m_cForm.SetBusy(false);
-    }
-    Busy(const Busy&) = delete;
-    Busy& operator=(const Busy&) = delete;
-
-private:
-    Working m_cWorking;
-    frmUILib& m_cForm;
-};
 
 frmUILib::frmUILib(frmUILibView& cView, CategoryTreeView& cTreeView, SchedLibGridView& cGridView,
                    ModScheduler& cMod)
@@ -127,67 +67,21 @@ void frmUILib::SetBusy(bool bBusy) noexcept
 }
 
 // What was put off while something ran. Called while the last Working still counts, so that what comes
-// meanwhile is put off in its turn instead of nesting. A window that is to close shows no more news.
+// meanwhile is put off in its turn instead of nesting. News that come while news are shown wait for the
+// user's turn, or a database that keeps talking would never let him in. A window that is to close shows none.
 void frmUILib::Settle() noexcept
 {
-    while (!m_bCloseOwed && std::exchange(m_bRefreshOwed, false))
+    if (!m_bCloseOwed && std::exchange(m_bRefreshOwed, false))
         Try(L"frmUILib.RefreshAll",
             [this]
             {
                 if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock())
-                    RefreshAll(*cSchedMan);
+                    ShowNews(*cSchedMan);
             });
     if (std::exchange(m_bCloseOwed, false))
         m_cView.Close();
-}
-
-// An unexpected failure is shown, and leaves no progress bar behind.
-template <class Body> void frmUILib::Try(const wchar_t* sWhere, Body&& body)
-{
-    const bool bDone = Trap(m_cMod, sWhere, false,
-                            [&]
-                            {
-                                body();
-                                return true;
-                            });
-    if (!bDone)
-        m_cView.HideProgress();
-}
-
-// What every handler of the user's doings runs under: nothing while something else runs, and an unexpected
-// failure is shown. The busy state is cleared by then.
-template <class Body> void frmUILib::Handle(const wchar_t* sWhere, Body&& body)
-{
-    const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock();
-    if (m_lWorking > 0 || !cSchedMan)
-        return;
-    const Working cWorking(*this);
-    Try(sWhere, [&] { body(*cSchedMan); });
-}
-
-template <class Body> void frmUILib::HandleDrop(Body&& body)
-{
-    if (m_lWorking == 0)
-        RunDrop(std::forward<Body>(body));
-}
-
-template <class Body> void frmUILib::RunDrop(Body&& body)
-{
-    const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock();
-    if (!cSchedMan)
-        return;
-    const Working cWorking(*this);
-    try
-    {
-        body(*cSchedMan);
-    }
-    catch (...)
-    {
-        m_cMod.LogError(L"frmUILib drop", CurrentError());
-        m_cReordering.reset();
-        m_cView.HideProgress();
-        m_cMod.Box(BoxIcon::Critical, BoxButtons::Ok, sProgramTitle, L"An Error occurred.");
-    }
+    else if (std::exchange(m_bRefreshOwed, false))
+        m_cView.AskForRefresh();
 }
 
 // ---- opening, loading, closing ----
@@ -242,7 +136,7 @@ void frmUILib::RequestRefresh()
     if (m_lWorking > 0)
         m_bRefreshOwed = true;
     else
-        Handle(L"frmUILib.RefreshAll", [this](clsSchedMan& cSchedMan) { RefreshAll(cSchedMan); });
+        Handle(L"frmUILib.RefreshAll", [this](clsSchedMan& cSchedMan) { ShowNews(cSchedMan); });
 }
 
 void frmUILib::RequestClose()
@@ -320,6 +214,7 @@ std::wstring frmUILib::NodeOrStandIn(const std::wstring& sKey) const
     return RootKey();
 }
 
+// After a command that leaves the categories as they are.
 void frmUILib::ShowAgain(clsSchedMan& cSchedMan)
 {
     const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
@@ -328,13 +223,14 @@ void frmUILib::ShowAgain(clsSchedMan& cSchedMan)
     const std::wstring sKey = NodeOrStandIn(m_sShownKey);
     // The tree on the screen may be older than the manager's.
     if (sKey != RootKey() && !CatOf(cSchedMan, sKey))
-        return RefreshAll(cSchedMan);
+        return ShowNews(cSchedMan);
     ShowNode(cSchedMan, sKey);
 }
 
-void frmUILib::RefreshAll(clsSchedMan& cSchedMan)
+// The tree anew, with its expanded nodes; the selected node is selected again, or what stands in for it.
+// Ticks go. Returns the selected node's key.
+std::wstring frmUILib::RebuildTree(clsSchedMan& cSchedMan)
 {
-    const Busy cBusy(*this);
     const std::optional<CategoryTree::Node> lSelected = m_cTreeView.Selected();
     const std::wstring sSelected = lSelected ? m_cTree.At(*lSelected).sKey : RootKey();
     const std::vector<std::wstring> colExpanded = m_cTree.ExpandedKeys();
@@ -348,7 +244,45 @@ void frmUILib::RefreshAll(clsSchedMan& cSchedMan)
     const std::wstring sKey = NodeOrStandIn(sSelected);
     if (const std::optional<CategoryTree::Node> lNode = m_cTree.Find(sKey))
         m_cTreeView.Select(*lNode);
-    ShowNode(cSchedMan, sKey);
+    return sKey;
+}
+
+void frmUILib::RefreshAll(clsSchedMan& cSchedMan)
+{
+    const Busy cBusy(*this);
+    const std::wstring sSelected = RebuildTree(cSchedMan);
+    ShowNode(cSchedMan, sSelected);
+}
+
+bool frmUILib::TreeIsUpToDate(const clsSchedMan& cSchedMan) const
+{
+    CategoryTree cNow;
+    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
+    PopulateTreeView(colMainCats.get(), cNow);
+    return m_cTree.HasSameNodes(cNow);
+}
+
+// News come while the user looks at something else: what is shown stays shown, and a tree with the same nodes
+// is not touched. One with others keeps the ticks of those that are left.
+void frmUILib::ShowNews(clsSchedMan& cSchedMan)
+{
+    const Busy cBusy(*this);
+    if (!TreeIsUpToDate(cSchedMan))
+    {
+        std::vector<std::wstring> colChecked;
+        for (const CategoryTree::Node lNode : m_cTree.Checked())
+            colChecked.push_back(m_cTree.At(lNode).sKey);
+        RebuildTree(cSchedMan);
+        std::vector<CategoryTree::Node> colNodes;
+        for (const std::wstring& sKey : colChecked)
+            if (const std::optional<CategoryTree::Node> lNode = m_cTree.Find(sKey))
+            {
+                m_cTree.SetChecked(*lNode, true);
+                colNodes.push_back(*lNode);
+            }
+        m_cTreeView.ShowChecks(m_cTree, colNodes);
+    }
+    ShowNode(cSchedMan, NodeOrStandIn(m_sShownKey));
 }
 
 void frmUILib::Reload(clsSchedMan& cSchedMan)
@@ -358,28 +292,21 @@ void frmUILib::Reload(clsSchedMan& cSchedMan)
     RefreshAll(cSchedMan);
 }
 
+// By key: saving lets messages run, in which a host may populate anew, in another folder.
 void frmUILib::SaveAll(clsSchedMan& cSchedMan)
 {
     const Busy cBusy(*this);
-    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
-    if (!colMainCats)
-        return;
-    // A copy: saving lets messages run.
-    for (const std::shared_ptr<clsCat>& cMainCat : Cats(colMainCats->begin(), colMainCats->end()))
-        cSchedMan.SaveHistoryAndOrdering(cMainCat);
+    std::vector<std::wstring> colKeys;
+    if (const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats())
+        for (const std::shared_ptr<clsCat>& cMainCat : *colMainCats)
+            colKeys.push_back(CategoryKey(cMainCat->CatName(), 0));
+    for (const std::wstring& sKey : colKeys)
+    {
+        const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
+        if (const std::shared_ptr<clsCat>* cFound = colMainCats ? colMainCats->Find(sKey) : nullptr)
+            cSchedMan.SaveHistoryAndOrdering(std::shared_ptr<clsCat>(*cFound));
+    }
     m_cView.HideProgress(); // one that failed has left it
-}
-
-// The category a node stands for at present; null for the root and for one that is gone.
-std::shared_ptr<clsCat> frmUILib::CatOf(const clsSchedMan& cSchedMan, const std::wstring& sKey) const
-{
-    const KeyParts parts = PartsOf(sKey);
-    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
-    const std::shared_ptr<clsCat>* cMainCat =
-        colMainCats && sKey != RootKey() ? colMainCats->Find(CategoryKey(parts.sName, 0)) : nullptr;
-    if (!cMainCat)
-        return nullptr;
-    return parts.lLevel == 0 ? *cMainCat : (*cMainCat)->SubCat(parts.lLevel);
 }
 
 Cats frmUILib::CheckedCats(const clsSchedMan& cSchedMan) const
@@ -424,389 +351,12 @@ void frmUILib::InvertChecks()
     m_cTreeView.ShowChecks(m_cTree, colNodes);
 }
 
-// ---- commands ----
-
-void frmUILib::Do(LibraryCommand eCommand)
-{
-    if (eCommand == LibraryCommand::mnuExit)
-        return RequestClose();
-    Handle(L"frmUILib command", [&](clsSchedMan& cSchedMan) { Run(eCommand, cSchedMan); });
-}
-
-void frmUILib::Run(LibraryCommand eCommand, clsSchedMan& cSchedMan)
-{
-    using enum LibraryCommand;
-    switch (eCommand)
-    {
-    case mnuSelectAllTree:
-        return CheckAll(true);
-    case mnuSelectNoneTree:
-        return CheckAll(false);
-    case mnuSelectInvertTree:
-        return InvertChecks();
-    case mnuSelectAllGrid:
-        return m_cGrid.SelectAll();
-    case mnuSelectNoneGrid:
-        return m_cGrid.SelectNone();
-    case mnuInvertSelectionGrid:
-        return m_cGrid.InvertSelection();
-    case mnuReloadAll:
-        return Reload(cSchedMan);
-    case mnuSave:
-        return SaveAll(cSchedMan);
-    case mnuExit:
-        return; // never run here: it is put off while something runs, not ignored
-    case mnuCatUI:
-        return ShowCategoryWindow(cSchedMan);
-    case mnuCatNew:
-        return NewCategory(cSchedMan);
-    case mnuCatLevelNew:
-        return NewLevel(cSchedMan);
-    case mnuShuffle:
-        return Shuffle(cSchedMan);
-    case mnuCatDelete:
-        return Delete(cSchedMan);
-    case mnuHelp:
-        return cSchedMan.ShowHelp();
-    }
-}
-
-void frmUILib::ShowCategoryWindow(clsSchedMan& cSchedMan)
-{
-    CategoryRequest request;
-    request.sCaption = L"Category Selector";
-    cSchedMan.ShowCatUI(request);
-    CategoryTree cNow;
-    PopulateTreeView(cSchedMan.colMainCats().get(), cNow);
-    if (!m_cTree.HasSameNodes(cNow))
-        RefreshAll(cSchedMan);
-}
-
-void frmUILib::NewCategory(clsSchedMan& cSchedMan)
-{
-    std::wstring sName;
-    if (cSchedMan.CreateMainCat(sName))
-        RefreshAll(cSchedMan);
-}
-
-void frmUILib::NewLevel(clsSchedMan& cSchedMan)
-{
-    const std::optional<CategoryTree::Node> lNode = m_cTreeView.Selected();
-    if (!lNode)
-    {
-        m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"Nothing Selected",
-                   L"First Select a category in the tree under which to create the new Category Level");
-        return;
-    }
-    if (CategoryTree::IsRoot(*lNode))
-    {
-        m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"Choose Another Category In The Tree",
-                   L"'ALL AUDIO' is not a valid category selection for this operation");
-        return;
-    }
-    const std::wstring sMainKey = MainKeyOf(m_cTree.At(*lNode).sKey);
-    if (!cSchedMan.CreateCatLevel(CatOf(cSchedMan, sMainKey)))
-        return;
-    RefreshAll(cSchedMan);
-    if (const std::optional<CategoryTree::Node> lMain = m_cTree.Find(sMainKey))
-    {
-        m_cTree.SetExpanded(*lMain, true);
-        m_cTreeView.Expand(*lMain);
-    }
-}
-
-void frmUILib::Shuffle(clsSchedMan& cSchedMan)
-{
-    const Cats colCats = CheckedCats(cSchedMan);
-    if (colCats.empty())
-    {
-        m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"You Need to Check (tick) Them In The Tree.",
-                   L"First, select some categories to shuffle");
-        return;
-    }
-    const Busy cBusy(*this);
-    cSchedMan.ShuffleCategories(colCats, true);
-    ShowAgain(cSchedMan);
-}
-
-void frmUILib::Delete(clsSchedMan& cSchedMan)
-{
-    const Cats colCats = CheckedCats(cSchedMan);
-    if (colCats.empty())
-    {
-        m_cMod.Box(BoxIcon::Information, BoxButtons::Ok,
-                   L"First Select Some Categories To Delete In The Tree!",
-                   L"There are no categories checked in the tree to delete!");
-        return;
-    }
-    const std::wstring sText = L"Really delete the checked categories: \r\n" +
-                               ListCats(colCats, lMostListed) +
-                               L"\r\n\r\nAny items in these categories will be removed from the categories.";
-    if (m_cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"Confirm Category Deletion", sText) !=
-        BoxAnswer::Yes)
-        return;
-    const Busy cBusy(*this);
-    cSchedMan.DeleteCats(colCats);
-    RefreshAll(cSchedMan);
-}
-
-// ---- the grid's keys and clicks ----
-
-void frmUILib::CellDblClick(std::size_t lRow, std::size_t lCol)
-{
-    if (lRow >= 1 && lCol >= 1 && lRow <= m_cGrid.RowCount())
-        Handle(L"iGridLib_CellDblClick", [&](clsSchedMan& cSchedMan) { Edit(cSchedMan, lRow - 1); });
-}
-
-void frmUILib::Edit(clsSchedMan& cSchedMan, std::size_t lRow)
-{
-    const std::shared_ptr<DataBase> cDataBase = cSchedMan.DataBase();
-    const std::shared_ptr<Cut> cCut = cDataBase ? cDataBase->CutByKey(m_cGrid.CutAt(lRow)->Key()) : nullptr;
-    const bool bEdited = cCut && cSchedMan.RaiseEditRequestCutEvent(cCut) != lEditCancelled;
-    if (bEdited && !m_bRefreshOwed) // the database's news of the edit show the node again by themselves
-        ShowAgain(cSchedMan);
-}
-
-void frmUILib::GridDelete()
-{
-    Handle(L"iGridLib_KeyDown", [this](clsSchedMan&) { m_cGrid.RemoveSelectedFromCategory(); });
-}
-
-void frmUILib::Remove(clsSchedMan& cSchedMan, const std::vector<std::size_t>& colRows)
-{
-    const bool bFromAll = !m_cGrid.CurrentCatViewing();
-    if (bFromAll && m_cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"Are You Sure?",
-                               L"The view is 'ALL AUDIO'.\r\n\r\n"
-                               L"Continuing will remove ALL the categories from the selected items\r\n"
-                               L"Really continue?") != BoxAnswer::Yes)
-        return;
-    const Busy cBusy(*this);
-    std::vector<CutRemoval> colRemovals;
-    for (const std::size_t lRow : colRows)
-    {
-        const std::shared_ptr<clsCat> cLevel = m_cGrid.LevelAt(lRow);
-        const std::shared_ptr<clsCat> cMainCat = cLevel ? cLevel->MainCat() : nullptr;
-        if (bFromAll)
-            colRemovals.push_back({m_cGrid.CutAt(lRow), nullptr, 0});
-        else if (cMainCat) // else the category is gone, and the cut with it
-            colRemovals.push_back({m_cGrid.CutAt(lRow), cMainCat, cLevel->CatLevel()});
-    }
-    const auto lCount = static_cast<std::int32_t>(colRemovals.size());
-    ProgressStart(L"Removing from category...", lCount);
-    cSchedMan.RemoveCutsFromCategories(
-        colRemovals,
-        [&](std::size_t lDone)
-        {
-            const auto lDoneLong = static_cast<std::int32_t>(lDone);
-            Progress(L"Removed " + DecimalText(lDoneLong) + L" of " + DecimalText(lCount), lDoneLong);
-        });
-    ShowAgain(cSchedMan);
-}
-
-void frmUILib::MoveSelected(bool bUp)
-{
-    HandleDrop([&](clsSchedMan& cSchedMan) { DropOnGrid(cSchedMan, [&] { m_cGrid.MoveSelected(bUp); }); });
-}
-
-void frmUILib::CopySelection()
-{
-    HandleDrop(
-        [this](clsSchedMan&)
-        {
-            if (std::optional<Dragged> dragged = TakeDragged())
-                m_copied = std::move(*dragged);
-        });
-}
-
-void frmUILib::Paste()
-{
-    HandleDrop(
-        [this](clsSchedMan& cSchedMan)
-        {
-            const std::optional<CategoryTree::Node> lNode = m_cTreeView.Selected();
-            if (lNode && !m_copied.colCuts.empty())
-                DropOnNode(cSchedMan, std::wstring(m_cTree.At(*lNode).sKey), m_copied);
-        });
-}
-
-// ---- drag and drop ----
-
-bool frmUILib::DragStarted()
-{
-    if (m_lWorking > 0 || !m_cGrid.StartDrag())
-        return false;
-    m_cDrag = std::make_unique<Working>(*this);
-    return true;
-}
-
-// The drop comes before what was put off during the drag: the rows are still those that were dragged.
-void frmUILib::DragCompleted(const std::optional<Drop>& drop)
-{
-    const std::unique_ptr<Working> cDrag = std::move(m_cDrag);
-    m_cGrid.EndDrag();
-    if (cDrag && drop)
-        RunDrop([&](clsSchedMan& cSchedMan) { Perform(cSchedMan, *drop); });
-}
-
-void frmUILib::Dropped(const Drop& drop)
-{
-    HandleDrop([&](clsSchedMan& cSchedMan) { Perform(cSchedMan, drop); });
-}
-
-void frmUILib::Perform(clsSchedMan& cSchedMan, const Drop& drop)
-{
-    if (!drop.bOnTree)
-        return DropOnGrid(cSchedMan, [&] { m_cGrid.Drop(drop.sPayload, drop.lRow); });
-    if (drop.sPayload != sGridPayload || drop.sNodeKey.empty())
-        return;
-    if (const std::optional<Dragged> dragged = TakeDragged())
-        DropOnNode(cSchedMan, drop.sNodeKey, *dragged);
-}
-
-// Re-orders what is shown, unless that has been deleted or reloaded since: nothing may be filed into a level
-// that is gone.
-void frmUILib::DropOnGrid(clsSchedMan& cSchedMan, const std::function<void()>& reorder)
-{
-    const std::shared_ptr<clsCat>& cShown = m_cGrid.CurrentCatViewing();
-    if (cShown && CatOf(cSchedMan, m_sShownKey) != cShown)
-        return RefreshAll(cSchedMan);
-    reorder();
-}
-
-std::optional<frmUILib::Dragged> frmUILib::TakeDragged()
-{
-    try
-    {
-        Dragged dragged;
-        dragged.colCuts = m_cGrid.colSelCuts();
-        for (const std::shared_ptr<clsCat>& cFrom : m_cGrid.colSubCatsDraggedFrom())
-            if (cFrom->CatLevel() == 0)
-                dragged.bNowhere = true;
-            else
-                dragged.colFromKeys.push_back(CategoryKey(cFrom->CatName(), cFrom->CatLevel()));
-        return dragged;
-    }
-    catch (...)
-    {
-        m_cMod.DISPLAYERROR(L"Error occurred in dragdrop", true, CurrentError());
-        return std::nullopt;
-    }
-}
-
-// What was taken may have gone from the database, been deleted or reloaded since: while a pop-up was open, or
-// before it was pasted.
-frmUILib::Present frmUILib::PresentOf(const clsSchedMan& cSchedMan, const Dragged& dragged) const
-{
-    Present present;
-    if (const std::shared_ptr<DataBase> cDataBase = cSchedMan.DataBase())
-        for (const std::shared_ptr<Cut>& cCut : dragged.colCuts)
-            if (std::shared_ptr<Cut> cNow = cDataBase->CutByKey(cCut->Key()))
-                present.colCuts.push_back(std::move(cNow));
-    for (const std::wstring& sKey : dragged.colFromKeys)
-        if (std::shared_ptr<clsCat> cFrom = CatOf(cSchedMan, sKey))
-            present.colFrom.push_back(std::move(cFrom));
-    // Cuts whose levels are all gone stand nowhere now.
-    if (dragged.bNowhere || present.colFrom.empty())
-        present.colFrom.push_back(std::make_shared<clsCat>(m_cMod, sNoCat, 0));
-    return present;
-}
-
-void frmUILib::DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, const Dragged& dragged)
-{
-    if (EqualIgnoringCase(PartsOf(sKey).sName, sAllAudio))
-    {
-        m_cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, L"Invalid Drop!",
-                   L"It's not valid to drop into 'ALL AUDIO'");
-        return;
-    }
-    const std::optional<Target> target = ChooseTarget(cSchedMan, sKey);
-    if (!target)
-        return;
-    const eCatDragOptions eOption = ChooseOption(target->sText);
-    if (eOption == eCancel)
-        return;
-    const Present present = PresentOf(cSchedMan, dragged);
-    if (eOption == eCopyHere && !MayCopy(present, *target))
-        return;
-    const Busy cBusy(*this);
-    bool bCreatedNewSubCats = false;
-    cSchedMan.DoMassCatChange(eOption, present.colFrom, target->cCat, present.colCuts, bCreatedNewSubCats);
-    if (bCreatedNewSubCats)
-        RefreshAll(cSchedMan);
-    else
-        ShowAgain(cSchedMan);
-}
-
-std::optional<frmUILib::Target> frmUILib::ChooseTarget(const clsSchedMan& cSchedMan, const std::wstring& sKey)
-{
-    const std::shared_ptr<clsCat> cCat = CatOf(cSchedMan, sKey);
-    if (!cCat)
-        return std::nullopt;
-    const auto LevelTarget = [](const std::shared_ptr<clsCat>& cLevel) {
-        return Target{cLevel, cLevel->CatLevel(), cLevel->CatName() + L" " + DecimalText(cLevel->CatLevel())};
-    };
-    if (cCat->CatLevel() != 0)
-        return LevelTarget(cCat);
-    const std::wstring& sName = cCat->CatName();
-    const Cats colLevels(cCat->SubCats()->begin(), cCat->SubCats()->end());
-    std::vector<std::wstring> mnuCatChooseLevel{L"Drop Into: " + sName + L", keeping levels the same"};
-    for (const std::shared_ptr<clsCat>& cLevel : colLevels) // mnuCatChooseLevelDrop
-        mnuCatChooseLevel.push_back(L"Drop Into " + sName + L" Level " + DecimalText(cLevel->CatLevel()));
-    const std::optional<std::size_t> lItem = m_cView.PopUp(mnuCatChooseLevel);
-    if (!lItem || *lItem > colLevels.size())
-        return std::nullopt;
-    return *lItem == 0 ? Target{cCat, 0, sName} : LevelTarget(colLevels[*lItem - 1]);
-}
-
-eCatDragOptions frmUILib::ChooseOption(const std::wstring& sTarget)
-{
-    struct Item
-    {
-        std::wstring sCaption;
-        eCatDragOptions eOption;
-    };
-    const Item mnuCatChooseDrop[] = {
-        {L"Copy Into " + sTarget, eCopyHere},                    // mnuCatCopyHere
-        {L"Move Into " + sTarget, eMoveHere},                    // mnuCatMoveHere
-        {L"Move Exclusive Into " + sTarget, eMoveExclusiveHere}, // mnuCatMoveOnlyHere
-        {L"Cancel", eCancel},                                    // mnuCatMoveCopyCancel
-    };
-    std::vector<std::wstring> colCaptions;
-    for (const Item& item : mnuCatChooseDrop)
-        colCaptions.push_back(item.sCaption);
-    const std::optional<std::size_t> lItem = m_cView.PopUp(colCaptions);
-    return lItem && *lItem < std::size(mnuCatChooseDrop) ? mnuCatChooseDrop[*lItem].eOption : eCancel;
-}
-
-// A cut has one level number for all its categories, so copying must not bring it into a level of another.
-bool frmUILib::MayCopy(const Present& dragged, const Target& target) const
-{
-    std::set<std::int32_t> colLevels;
-    for (const std::shared_ptr<clsCat>& cFrom : dragged.colFrom)
-        if (cFrom->CatLevel() != 0)
-            colLevels.insert(cFrom->CatLevel());
-    const bool bStrays =
-        std::any_of(dragged.colFrom.begin(), dragged.colFrom.end(),
-                    [](const std::shared_ptr<clsCat>& cFrom) { return cFrom->CatLevel() == 0; });
-    if (bStrays) // they stand nowhere; filed they would bear their own number, 1 when they have none
-        for (const std::shared_ptr<Cut>& cCut : dragged.colCuts)
-            colLevels.insert(std::max(cCut->CatLevel(), 1));
-    const bool bMultiLevel = colLevels.size() > 1 || colLevels.count(target.lLevel) == 0;
-    if (target.lLevel == 0 || !bMultiLevel)
-        return true;
-    m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"Multiple Category Levels Not Allowed!",
-               L"Items can only be in one category level,"
-               L"even though they may be in multiple categories.\r\n\r\n"
-               L"Copying the items to this level is therefore not permitted.\r\n\r\n"
-               L"You DO have the option to move the items to this level,\r\n"
-               L"in which case this will change the level for EVERY category the items are in.");
-    return false;
-}
-
 // ---- progress ----
 
 void frmUILib::ProgressStart(const std::wstring& sReason, std::int32_t lMax)
 {
+    if (const auto began = m_OnProgressStart)
+        began();
     m_cView.SetStatus(sReason, L"");
     m_cView.ShowProgress(lMax);
 }

@@ -3,6 +3,7 @@
 
 #include "scheduler/clsSchedMan.h"
 #include "ui/library/CategoryTree.h"
+#include "ui/library/DraggedCuts.h"
 #include "ui/library/clsSchedLibGrid.h"
 #include "ui/library/frmUILibView.h"
 
@@ -41,8 +42,8 @@ enum class LibraryCommand
 // of categories is the manager's work; the window gathers the choice, confirms it and shows the result.
 //
 // While something runs, is dragged or is edited, what the user does is ignored, a refresh that is asked for
-// runs once at the end, and closing waits. The manager is held weakly, so that it can end while the window
-// exists hidden.
+// runs once at the end, and closing waits. Only the keys that move rows are gathered. The manager is held
+// weakly, so that it can end while the window exists hidden.
 class frmUILib final : private ProgressTarget, private ProgressEvents
 {
 public:
@@ -60,9 +61,10 @@ public:
     // comes to the front.
     void ShowModalUI();
     bool Showing() const noexcept { return m_bShowing; }
-    // Fills tree and grid anew from the manager's present objects.
+    // Fills tree and grid anew from the manager's present objects, with the selected node's items.
     void ReloadAll();
-    // The same for the database's news, which may come at any moment: at once, or when what runs has ended.
+    // Shows the database's news, which may come at any moment: at once, or when what runs has ended. The node
+    // that is shown is shown again, and a tree whose nodes are the same is not touched.
     void RequestRefresh();
     // The window is about to be shown for the first time, or to go.
     void Opened() { m_cGrid.TakeGrid(); }
@@ -83,6 +85,7 @@ public:
     // Row and column from 1, 0 for none. Asks the host to edit the cut.
     void CellDblClick(std::size_t lRow, std::size_t lCol);
     void GridDelete();
+    // By one place. What is asked for while rows are being moved is done in one go afterwards.
     void MoveSelected(bool bUp);
     // Keeps the selected cuts for a Paste into a node, which asks what to do with them as a drop does.
     void CopySelection();
@@ -99,7 +102,7 @@ public:
         std::wstring sPayload;
     };
     void DragCompleted(const std::optional<Drop>& drop);
-    // Something that was dragged from elsewhere has been dropped here.
+    // Something that was dragged from elsewhere has been dropped here: it is refused, whatever it says it is.
     void Dropped(const Drop& drop);
 
 private:
@@ -107,20 +110,6 @@ private:
     class Working;
     // While one exists something runs and the window's controls are disabled.
     class Busy;
-    // The cuts of a drag or a Copy, and where they come from: levels by their nodes' keys, since a level's
-    // object goes with the next reload.
-    struct Dragged
-    {
-        Cuts colCuts;
-        std::vector<std::wstring> colFromKeys;
-        bool bNowhere = false; // some of them stand in no level
-    };
-    // What is left of them at present.
-    struct Present
-    {
-        Cuts colCuts;
-        Cats colFrom;
-    };
     struct Target
     {
         std::shared_ptr<clsCat> cCat; // a level, or the main category for level 0
@@ -140,12 +129,14 @@ private:
     void ShowItems(clsSchedMan& cSchedMan);
     void ShowNode(clsSchedMan& cSchedMan, const std::wstring& sKey);
     void ShowAgain(clsSchedMan& cSchedMan);
+    std::wstring RebuildTree(clsSchedMan& cSchedMan);
     void RefreshAll(clsSchedMan& cSchedMan);
+    bool TreeIsUpToDate(const clsSchedMan& cSchedMan) const;
+    void ShowNews(clsSchedMan& cSchedMan);
     void Reload(clsSchedMan& cSchedMan);
     void SaveAll(clsSchedMan& cSchedMan);
     void ClearGrid();
     std::wstring NodeOrStandIn(const std::wstring& sKey) const;
-    std::shared_ptr<clsCat> CatOf(const clsSchedMan& cSchedMan, const std::wstring& sKey) const;
     Cats CheckedCats(const clsSchedMan& cSchedMan) const;
 
     void Run(LibraryCommand eCommand, clsSchedMan& cSchedMan);
@@ -158,15 +149,16 @@ private:
     void Delete(clsSchedMan& cSchedMan);
     void Edit(clsSchedMan& cSchedMan, std::size_t lRow);
     void Remove(clsSchedMan& cSchedMan, const std::vector<std::size_t>& colRows);
+    std::vector<CutRemoval> RemovalsOf(const clsSchedMan& cSchedMan, const std::vector<std::size_t>& colRows,
+                                       bool bFromAll) const;
 
     void Perform(clsSchedMan& cSchedMan, const Drop& drop);
     void DropOnGrid(clsSchedMan& cSchedMan, const std::function<void()>& reorder);
-    std::optional<Dragged> TakeDragged();
-    Present PresentOf(const clsSchedMan& cSchedMan, const Dragged& dragged) const;
-    void DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, const Dragged& dragged);
+    std::optional<DraggedCuts> TakeDraggedCuts();
+    void DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, const DraggedCuts& dragged);
     std::optional<Target> ChooseTarget(const clsSchedMan& cSchedMan, const std::wstring& sKey);
     eCatDragOptions ChooseOption(const std::wstring& sTarget);
-    bool MayCopy(const Present& dragged, const Target& target) const;
+    bool MayCopy(const PresentCuts& present, const Target& target) const;
 
     void ProgressStart(const std::wstring& sReason, std::int32_t lMax) override;
     void Progress(const std::wstring& sText, std::int32_t lValue) override;
@@ -181,11 +173,14 @@ private:
     CategoryTree m_cTree;
     clsSchedLibGrid m_cGrid;
     std::wstring m_sShownKey; // of the node whose items the grid shows; empty for none
-    Dragged m_copied;
+    DraggedCuts m_copied;
     int m_lWorking = 0;
     int m_lBusy = 0;
     std::unique_ptr<Working> m_cDrag;
     std::unique_ptr<Busy> m_cReordering;
+    std::function<void()> m_OnProgressStart; // while a command waits for the manager to begin
+    std::ptrdiff_t m_lSteps = 0;             // places the selected rows are yet to be moved by keys
+    bool m_bMovingByKeys = false;
     bool m_bRefreshOwed = false;
     bool m_bCloseOwed = false;
     bool m_bShown = false; // has been, or is

@@ -28,6 +28,8 @@ public:
     virtual void ShowModal() = 0;
     virtual void BringToFront() = 0;
     virtual void Close() = 0;
+    // Calls RequestRefresh soon, after what the user does until then.
+    virtual void AskForRefresh() = 0;
 };
 
 } // namespace ravlo

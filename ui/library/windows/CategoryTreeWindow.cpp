@@ -134,9 +134,16 @@ void CategoryTreeWindow::Expand(CategoryTree::Node lNode)
 void CategoryTreeWindow::Select(CategoryTree::Node lNode)
 {
     Send(m_hTree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(m_hItems[lNode]));
-    Send(m_hTree, TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(m_hItems[lNode]));
-    Send(m_hTree, WM_HSCROLL, SB_LEFT, 0); // the boxes stay to be seen beside a long name
+    BringIntoView(lNode);
 }
+
+void CategoryTreeWindow::BringIntoView(CategoryTree::Node lNode)
+{
+    Send(m_hTree, TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(m_hItems[lNode]));
+    ScrollToLeft();
+}
+
+void CategoryTreeWindow::ScrollToLeft() { Send(m_hTree, WM_HSCROLL, SB_LEFT, 0); }
 
 std::optional<CategoryTree::Node> CategoryTreeWindow::Selected() const
 {
@@ -206,31 +213,40 @@ void CategoryTreeWindow::ShowDropTarget(std::optional<CategoryTree::Node> lNode)
     Send(m_hTree, TVM_SELECTITEM, TVGN_DROPHILITE, lNode ? reinterpret_cast<LPARAM>(m_hItems[*lNode]) : 0);
 }
 
-void CategoryTreeWindow::DragTick(POINT onScreen)
+std::optional<CategoryTree::Node> CategoryTreeWindow::DragTick(POINT onScreen)
 {
     POINT point = onScreen;
     ::ScreenToClient(m_hTree, &point);
     RECT client{};
     ::GetClientRect(m_hTree, &client);
     if (!::PtInRect(&client, point))
-        return;
-    Scroll(point);
-    if (m_lDropTarget && ::GetTickCount() - m_lTargetSince > lHoverToOpen)
+        return std::nullopt;
+    if (Scroll(point) && m_lDropTarget)
     {
-        Expand(*m_lDropTarget);
-        m_lTargetSince = ::GetTickCount();
+        // Another node is below the pointer now.
+        const std::optional<Hit> hit = HitTest(onScreen);
+        ShowDropTarget(hit ? std::optional(hit->lNode) : std::nullopt);
     }
+    if (!m_lDropTarget || ::GetTickCount() - m_lTargetSince <= lHoverToOpen)
+        return std::nullopt;
+    Expand(*m_lDropTarget);
+    m_lTargetSince = ::GetTickCount();
+    return m_lDropTarget;
 }
 
-void CategoryTreeWindow::Scroll(POINT inClient)
+// True when there was anything to scroll.
+bool CategoryTreeWindow::Scroll(POINT inClient)
 {
     RECT client{};
     ::GetClientRect(m_hTree, &client);
     const int lZone = Scaled(lScrollZone, m_lDpi);
+    const auto First = [this] { return Send(m_hTree, TVM_GETNEXTITEM, TVGN_FIRSTVISIBLE, 0); };
+    const LRESULT lFirst = First();
     if (inClient.y < lZone)
         Send(m_hTree, WM_VSCROLL, SB_LINEUP, 0);
     else if (inClient.y > client.bottom - lZone)
         Send(m_hTree, WM_VSCROLL, SB_LINEDOWN, 0);
+    return First() != lFirst;
 }
 
 } // namespace ravlo

@@ -28,6 +28,7 @@ public:
     void ShowImages() override;
     void Expand(CategoryTree::Node lNode) override;
     void Select(CategoryTree::Node lNode) override;
+    void BringIntoView(CategoryTree::Node lNode) override;
     std::optional<CategoryTree::Node> Selected() const override;
 
     // ---- for the window's messages
@@ -46,15 +47,18 @@ public:
     // Where a node's label is on the screen.
     RECT LabelOf(CategoryTree::Node lNode) const;
 
+    // Back to the left edge, where check boxes and expanders are.
+    void ScrollToLeft();
+
     // During a drag: marks a node as the target, or none; scrolls near the edges and opens a node the pointer
-    // rests on.
+    // rests on. The view does not report that opening: DragTick returns the node.
     void ShowDropTarget(std::optional<CategoryTree::Node> lNode);
-    void DragTick(POINT onScreen);
+    std::optional<CategoryTree::Node> DragTick(POINT onScreen);
 
 private:
     void Add(const CategoryTree& cTree, CategoryTree::Node lNode, HTREEITEM hParent);
     void SetState(HTREEITEM hItem, bool bChecked);
-    void Scroll(POINT inClient);
+    bool Scroll(POINT inClient);
 
     HWND m_hTree;
     UniqueImageList m_hImages;

@@ -46,9 +46,11 @@ enum TimerId : UINT_PTR
 {
     eTimerGrey = 1,
     eTimerDrag,
+    eTimerRefresh,
 };
 constexpr UINT lGreyDelay = 150; // milliseconds: short commands do not flicker
 constexpr UINT lDragTick = 60;
+constexpr UINT lRefreshDelay = 50; // a timer's message comes after all that the user does
 
 bool Down(int lKey) { return ::GetKeyState(lKey) < 0; }
 
@@ -60,7 +62,8 @@ public:
     explicit TreeSite(frmUILibWindow& cWindow) : m_cWindow(cWindow) {}
     bool DragOver(POINT point, const std::wstring& sText) override
     {
-        const auto hit = sText == sGridPayload ? m_cWindow.m_cTree->HitTest(point) : std::nullopt;
+        const bool bOwn = m_cWindow.m_bDragging && sText == sGridPayload;
+        const auto hit = bOwn ? m_cWindow.m_cTree->HitTest(point) : std::nullopt;
         m_cWindow.m_cTree->ShowDropTarget(hit ? std::optional(hit->lNode) : std::nullopt);
         return hit.has_value();
     }
@@ -75,16 +78,16 @@ private:
     frmUILibWindow& m_cWindow;
 };
 
-// Takes any text: what does not come from the grid is refused with a box.
+// Takes any text: what was not dragged in this window is refused with a box.
 class frmUILibWindow::GridSite final : public DropSite
 {
 public:
     explicit GridSite(frmUILibWindow& cWindow) : m_cWindow(cWindow) {}
-    bool DragOver(POINT point, const std::wstring& sText) override
+    bool DragOver(POINT point, const std::wstring&) override
     {
         const clsSchedLibGrid& cGrid = m_cWindow.m_cForm->Grid();
         const std::optional<std::size_t> lRow = m_cWindow.m_cGrid->DropRow(point);
-        const bool bLine = sText == sGridPayload && cGrid.DropWouldMove(lRow);
+        const bool bLine = m_cWindow.m_bDragging && cGrid.DropWouldMove(lRow);
         m_cWindow.m_cGrid->ShowInsertionLine(bLine ? std::optional(lRow.value_or(cGrid.RowCount()))
                                                    : std::nullopt);
         return true;
@@ -484,9 +487,16 @@ void frmUILibWindow::OnTimer(UINT_PTR lTimer)
         Grey(m_bBusy);
         return;
     }
+    if (lTimer == eTimerRefresh)
+    {
+        ::KillTimer(Handle(), eTimerRefresh);
+        m_cForm->RequestRefresh();
+        return;
+    }
     POINT point{};
     ::GetCursorPos(&point);
-    m_cTree->DragTick(point);
+    if (const std::optional<CategoryTree::Node> lOpened = m_cTree->DragTick(point))
+        m_cForm->NodeExpanded(*lOpened, true);
     m_cGrid->DragTick(point);
 }
 
@@ -577,5 +587,7 @@ void frmUILibWindow::Close()
     if (m_cLoop)
         m_cLoop->End();
 }
+
+void frmUILibWindow::AskForRefresh() { ::SetTimer(Handle(), eTimerRefresh, lRefreshDelay, nullptr); }
 
 } // namespace ravlo

@@ -44,6 +44,7 @@ private:
     void ShowModal() override;
     void BringToFront() override;
     void Close() override;
+    void AskForRefresh() override;
 
     LRESULT OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam) override;
     LRESULT OnPosted(UINT lMessage, WPARAM wParam, LPARAM lParam);

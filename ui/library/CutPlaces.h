@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/clsCat.h"
+
+#include <cstddef>
+#include <memory>
+#include <unordered_set>
+#include <utility>
+
+namespace ravlo
+{
+
+struct TextKeyHash
+{
+    std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
+};
+using KeySet = std::unordered_set<TextKey, TextKeyHash>;
+
+// Calls found(cLevel, cKey) for each level of the tree that holds one of the cuts, in the tree's order. Cuts
+// are recognised by key: a host's database may hand out another object for the same cut. Asks no cut for
+// anything, so nobody else runs meanwhile. colMainCats may be null.
+template <class Found>
+void ForEachPlace(const CatCollection* colMainCats, const KeySet& colWanted, Found&& found)
+{
+    if (!colMainCats || colWanted.empty())
+        return;
+    for (const std::shared_ptr<clsCat>& cMainCat : *colMainCats)
+        for (const std::shared_ptr<clsCat>& cLevel : *cMainCat->SubCats())
+        {
+            const CutCollection& colCuts = *cLevel->SchedCuts();
+            if (colWanted.size() < colCuts.Count())
+            {
+                for (const TextKey& cKey : colWanted)
+                    if (colCuts.Exists(cKey))
+                        found(cLevel, cKey);
+            }
+            else
+                for (std::size_t i = 0; i < colCuts.Count(); ++i)
+                    if (const TextKey* pKey = colCuts.KeyAt(i); pKey && colWanted.count(*pKey) != 0)
+                        found(cLevel, *pKey);
+        }
+}
+
+} // namespace ravlo
