@@ -36,6 +36,13 @@ public:
     std::unique_ptr<HeldFile> HoldOpen(const std::wstring& sPath) override;
     std::wstring LibraryFolder() const override { return m_cInner.LibraryFolder(); }
 
+    // Counts anew: the step after that many fails.
+    void Arm(int lGoodSteps)
+    {
+        m_lGoodSteps = lGoodSteps;
+        bFailed = false;
+    }
+
     // Whether reading a file and listing a folder are steps too.
     bool bCountReads = false;
     // Whether looking is.
