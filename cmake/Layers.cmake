@@ -6,6 +6,9 @@
 # folder through a link in an include tree of its own, never the top of the source tree. Including a header of a
 # layer that is not named is therefore a compile error.
 set(RAVLO_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  list(APPEND RAVLO_WARNINGS -Wno-sign-conversion) # which -Wconversion does not include elsewhere
+endif()
 
 function(ravlo_layer target)
   cmake_parse_arguments(A "WINDOWS_ONLY" "FOLDER" "DEPENDS;LIBRARIES" ${ARGN})

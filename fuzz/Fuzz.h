@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/common/Latin1252CodePage.h"
+#include "text/Utf8.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+// What a fuzz target defines. The engine, or the replay of the corpus, calls it with one input.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize);
+
+namespace ravlo::fuzz
+{
+
+// Ends the program when something that always holds does not: the engine then keeps the input.
+inline void Require(bool bHolds, const char* sRule, int lLine)
+{
+    if (bHolds)
+        return;
+    std::fprintf(stderr, "broken, line %d: %s\n", lLine, sRule);
+    std::abort();
+}
+#define RAVLO_REQUIRE(condition) ::ravlo::fuzz::Require((condition), #condition, __LINE__)
+
+inline std::string_view BytesOf(const std::uint8_t* pBytes, std::size_t lSize)
+{
+    return {reinterpret_cast<const char*>(pBytes), lSize};
+}
+
+// The input as text: UTF-8 where it is, so that any letter can come up, else the code page's.
+inline std::wstring TextOf(std::string_view bytes)
+{
+    if (const auto sText = TextFromUtf8(bytes))
+        return *sText;
+    return Latin1252CodePage().Decode(bytes);
+}
+
+} // namespace ravlo::fuzz

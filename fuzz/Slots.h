@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "fuzz/Fuzz.h"
+#include "host/day/HostError.h"
+#include "host/day/Slots.h"
+#include "text/CsvReader.h"
+
+#include <optional>
+
+namespace ravlo::fuzz
+{
+
+// What a parser makes of the bytes; nothing when it refuses them, which it does with the file's name.
+template <class Item>
+std::optional<std::vector<Item>> SlotsIn(std::vector<Item> (*parse)(std::string_view, const std::wstring&),
+                                         std::string_view bytes)
+{
+    try
+    {
+        return parse(bytes, L"the.file");
+    }
+    catch (const HostError& e)
+    {
+        RAVLO_REQUIRE(e.Text().starts_with(L"the.file"));
+        return std::nullopt;
+    }
+}
+
+// "category,level,opener", the category quoted.
+inline std::string LineOf(const Slot& slot)
+{
+    RAVLO_REQUIRE(slot.lLevel >= 1 && !slot.sCategory.empty());
+    std::string sLine = "\"";
+    for (const char c : Utf8Of(slot.sCategory))
+        sLine.append(c == '"' ? 2 : 1, c);
+    return sLine + "\"," + std::to_string(slot.lLevel) + (slot.bOpener ? ",y" : "");
+}
+
+// But for the line it stands on.
+inline bool SameSlot(const Slot& left, const Slot& right)
+{
+    return left.sCategory == right.sCategory && left.lLevel == right.lLevel && left.bOpener == right.bOpener;
+}
+
+} // namespace ravlo::fuzz

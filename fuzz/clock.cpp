@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+// Clock files: refused with the file's name, or slots that, written again, come out again and go round.
+#include "fuzz/Slots.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+{
+    using namespace ravlo;
+    const std::string_view bytes = fuzz::BytesOf(pBytes, lSize);
+    const auto colRead = fuzz::SlotsIn(ParseClock, bytes);
+    if (!colRead)
+        return 0;
+    RAVLO_REQUIRE(!colRead->empty() && colRead->size() <= CountLines(bytes));
+    std::string sWritten;
+    for (const Slot& slot : *colRead)
+        sWritten += fuzz::LineOf(slot) + "\r\n";
+    const auto colAgain = fuzz::SlotsIn(ParseClock, sWritten);
+    RAVLO_REQUIRE(colAgain && colAgain->size() == colRead->size());
+    for (std::size_t lSlot = 0; lSlot < colRead->size(); ++lSlot)
+        RAVLO_REQUIRE(fuzz::SameSlot((*colAgain)[lSlot], (*colRead)[lSlot]));
+
+    ClockHand cHand(*colRead);
+    for (std::size_t lSlot = 0; lSlot <= colRead->size(); ++lSlot)
+        RAVLO_REQUIRE(&cHand.Next(45000) == &(*colRead)[lSlot % colRead->size()]);
+    RAVLO_REQUIRE(&cHand.Next(45000.5) == &colRead->front()); // another hour
+    return 0;
+}

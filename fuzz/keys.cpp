@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+// The keys hosts ask with: name TAB level for a pick and for the grid, NAME:LEVEL on the command line. Any
+// text is answered, and only a key that names a level finds one.
+#include "fuzz/World.h"
+
+#include "collections/CaseFolding.h"
+#include "collections/Text.h"
+#include "host/day/CategoryName.h"
+#include "host/day/HostError.h"
+#include "ui/library/LibraryFilling.h"
+
+#include <algorithm>
+
+namespace ravlo::fuzz
+{
+
+namespace
+{
+
+// A grid that counts.
+class Grid final : public CutGrid
+{
+public:
+    std::size_t lColumns = 0;
+    std::size_t lRows = 0;
+    void SetRedraw(bool) override {}
+    std::size_t ColCount() const override { return lColumns; }
+    void AddCol(const std::wstring&, const std::wstring&) override { ++lColumns; }
+    void Clear() override { lRows = 0; }
+    void TakeRows(ListedCuts listed) override { lRows = listed.colCuts.size(); }
+};
+
+// One program serves all inputs: asking changes nothing but the order of a level.
+struct Asked
+{
+    RadioStation cStation;
+    std::unique_ptr<Program> cProgram;
+
+    Asked()
+    {
+        for (const auto* sName : {L"Pop", L"R&B", L"Talk:7", L"-1"})
+            for (std::int32_t lLevel = 1; lLevel < 13; lLevel += 5)
+                cStation.cDataBase->Add(std::wstring(sName) + DecimalText(lLevel), sName, lLevel);
+        cProgram = std::make_unique<Program>(cStation);
+        cProgram->cSchedMan->SetRotatesAllowed(true);
+    }
+};
+
+void Pick(Asked& asked, const std::wstring& sKey)
+{
+    const std::size_t lTab = sKey.find(cTab);
+    std::shared_ptr<clsCat> cMainCat;
+    std::shared_ptr<clsCat> cSubCat;
+    std::wstring sMainKey;
+    const std::shared_ptr<Cut> cCut = asked.cProgram->cSchedMan->NextCutFromRotation(
+        sKey, false, nullptr, cMainCat, cSubCat, sMainKey, false, false);
+    RAVLO_REQUIRE(cCut != nullptr);
+    RAVLO_REQUIRE(cCut->CategoryKey() == sKey);
+    RAVLO_REQUIRE(sMainKey == (lTab == std::wstring::npos ? L"" : CategoryKey(sKey.substr(0, lTab), 0)));
+    if (cMainCat)
+        RAVLO_REQUIRE(EqualIgnoringCase(cMainCat->CatName(), sKey.substr(0, lTab)));
+    if (cSubCat)
+        RAVLO_REQUIRE(cMainCat && DecimalText(cSubCat->CatLevel()) == sKey.substr(lTab + 1));
+    const bool bPlaceholder = cCut->KindCode() == (cMainCat ? eKindLevelNotFound : eKindMainCatNotFound);
+    RAVLO_REQUIRE(bPlaceholder == (cSubCat == nullptr));
+}
+
+void Show(Asked& asked, const std::wstring& sKey)
+{
+    Grid cGrid;
+    const auto shown = ShowGridCuts(*asked.cProgram->cSchedMan, cGrid, sKey, nullptr, nullptr);
+    RAVLO_REQUIRE(shown.has_value());
+    const std::size_t lAll = asked.cStation.cDataBase->colCuts.size();
+    const std::size_t lWanted = shown->bShowingAllAudio ? lAll
+                                : shown->cCatShown ? static_cast<std::size_t>(shown->cCatShown->TotalCuts())
+                                                   : 0;
+    RAVLO_REQUIRE(cGrid.lRows == lWanted);
+    // What it calls the category shows the same again.
+    const auto again = ShowGridCuts(*asked.cProgram->cSchedMan, cGrid, shown->strCatKey, nullptr, nullptr);
+    if (shown->cCatShown || shown->bShowingAllAudio)
+        RAVLO_REQUIRE(again->cCatShown == shown->cCatShown && again->strCatKey == shown->strCatKey &&
+                      cGrid.lRows == lWanted);
+}
+
+void Name(const std::wstring& sText)
+{
+    try
+    {
+        const CategoryName name = ParseCategoryName(sText);
+        RAVLO_REQUIRE(!name.sName.empty() && name.lLevel >= 0);
+        if (name.lLevel > 0)
+            RAVLO_REQUIRE(ParseCategoryName(TextOf(name)) == name);
+        else
+            RAVLO_REQUIRE(TextOf(name) == sText);
+    }
+    catch (const HostError& e)
+    {
+        RAVLO_REQUIRE(e.Text().find(sText) != std::wstring::npos);
+    }
+}
+
+} // namespace
+
+} // namespace ravlo::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+{
+    using namespace ravlo::fuzz;
+    static Asked asked;
+    const std::wstring sText = TextOf(BytesOf(pBytes, lSize));
+    Pick(asked, sText);
+    Show(asked, sText);
+    Name(sText);
+    asked.cStation.cWorld.cMessages.Boxes.clear();
+    asked.cStation.cWorld.cFiles.ClearOperations();
+    return 0;
+}

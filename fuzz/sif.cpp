@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+// A category's .sif: any bytes leave every cut in its level, once, and what is saved then comes back as it
+// is.
+#include "fuzz/World.h"
+
+#include "model/LittleEndian.h"
+#include "scheduler/HistoryFiles.h"
+
+namespace ravlo::fuzz
+{
+
+namespace
+{
+
+constexpr std::size_t lRecord = HistoryFiles::lRecordSize;
+constexpr std::size_t lAtLevel = 765;
+constexpr std::size_t lAtMarker = 769;
+constexpr const wchar_t* sCat = L"Pop";
+
+// Among them paths that cannot be told apart in a record: by their 255th byte, and by letters that the code
+// page lacks.
+std::vector<std::pair<std::wstring, std::int32_t>> CutsOfThePop()
+{
+    const std::wstring sLong = L"D:\\" + std::wstring(260, L'x');
+    return {{L"D:\\a.mp3", 1}, {L"D:\\b.mp3", 1},      {L"D:\\c.mp3", 1},      {sLong + L"1", 1},
+            {sLong + L"2", 1}, {L"D:\\\x4E00.mp3", 1}, {L"D:\\\x4E8C.mp3", 1}, {L"D:\\?.mp3", 1},
+            {L" e ", 2},       {L"D:\\f.mp3", 2}};
+}
+
+std::map<std::int32_t, std::multiset<std::wstring>> Contents(const Program& cProgram)
+{
+    std::map<std::int32_t, std::multiset<std::wstring>> colContents;
+    for (const auto& [lLevel, colKeys] : cProgram.Orders(sCat))
+        colContents[lLevel].insert(colKeys.begin(), colKeys.end());
+    return colContents;
+}
+
+// What the levels ought to hold: the database's cuts, and for any further level nothing, as long as the
+// file declares that level.
+void RequireContents(const Program& cProgram, std::string_view bytes)
+{
+    std::map<std::int32_t, std::multiset<std::wstring>> colWanted;
+    for (const auto& [sKey, lLevel] : CutsOfThePop())
+        colWanted[lLevel].insert(sKey);
+    std::set<std::int32_t> colDeclared;
+    for (std::size_t lAt = 0; bytes.size() % lRecord == 0 && lAt < bytes.size(); lAt += lRecord)
+        if (GetInteger(bytes, lAt + lAtMarker) != 0)
+            colDeclared.insert(GetLong(bytes, lAt + lAtLevel));
+    for (const auto& [lLevel, colKeys] : Contents(cProgram))
+    {
+        const auto wanted = colWanted.find(lLevel);
+        RAVLO_REQUIRE(wanted != colWanted.end() ? colKeys == wanted->second
+                                                : colKeys.empty() && colDeclared.count(lLevel) != 0);
+        colWanted.erase(lLevel);
+    }
+    RAVLO_REQUIRE(colWanted.empty());
+}
+
+} // namespace
+
+} // namespace ravlo::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+{
+    using namespace ravlo;
+    using namespace ravlo::fuzz;
+    const std::string bytes(BytesOf(pBytes, lSize));
+    const std::wstring sPath = RadioStation::SifPath(sCat);
+    RadioStation cStation;
+    for (const auto& [sKey, lLevel] : CutsOfThePop())
+        cStation.cDataBase->Add(sKey, sCat, lLevel);
+    cStation.cWorld.cFiles.Put(sPath, bytes);
+
+    std::string written;
+    {
+        const Program cProgram(cStation);
+        RequireContents(cProgram, bytes);
+        RAVLO_REQUIRE(cProgram.cSchedMan->SaveHistoryAndOrdering(nullptr));
+        written = cStation.Bytes(sPath);
+        std::size_t lRecords = 0;
+        for (const auto& [lLevel, colKeys] : cProgram.Orders(sCat))
+            lRecords += colKeys.empty() ? 1 : colKeys.size();
+        RAVLO_REQUIRE(written.size() == lRecords * lRecord);
+        // What could not be understood as a whole is kept.
+        if (bytes.size() % lRecord != 0)
+            RAVLO_REQUIRE(cStation.Has(sPath + L".bak"));
+        if (cStation.Has(sPath + L".bak"))
+            RAVLO_REQUIRE(cStation.Bytes(sPath + L".bak") == bytes);
+    }
+    {
+        const Program cProgram(cStation);
+        RAVLO_REQUIRE(cStation.cWorld.cMessages.Boxes.empty());
+        RequireContents(cProgram, written);
+        RAVLO_REQUIRE(cProgram.cSchedMan->SaveHistoryAndOrdering(nullptr));
+        RAVLO_REQUIRE(cStation.Bytes(sPath) == written);
+    }
+    cStation.RequireTidy();
+    return 0;
+}

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+// Slot files: refused with the file's name, or slots in the order of their times that, written again, come
+// out again.
+#include "fuzz/Slots.h"
+
+#include "ports/DateTime.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+{
+    using namespace ravlo;
+    const std::string_view bytes = fuzz::BytesOf(pBytes, lSize);
+    const auto colRead = fuzz::SlotsIn(ParseSlots, bytes);
+    if (!colRead)
+        return 0;
+    RAVLO_REQUIRE(!colRead->empty() && colRead->size() < CountLines(bytes));
+    std::string sWritten = "slot_at,category,level,opener\n";
+    for (std::size_t lSlot = 0; lSlot < colRead->size(); ++lSlot)
+    {
+        const TimedSlot& slot = (*colRead)[lSlot];
+        RAVLO_REQUIRE(slot.dtAt > 0);
+        RAVLO_REQUIRE(lSlot == 0 || (*colRead)[lSlot - 1].dtAt <= slot.dtAt);
+        if (WholeSeconds(slot.dtAt) == 0)
+            return 0; // a fraction of the first second: written in whole ones it is no time
+        sWritten += Utf8Of(IsoText(slot.dtAt)) + "," + fuzz::LineOf(slot.slot) + "\n";
+    }
+    const auto colAgain = fuzz::SlotsIn(ParseSlots, sWritten);
+    RAVLO_REQUIRE(colAgain && colAgain->size() == colRead->size());
+    for (std::size_t lSlot = 0; lSlot < colRead->size(); ++lSlot)
+        RAVLO_REQUIRE(fuzz::SameSlot((*colAgain)[lSlot].slot, (*colRead)[lSlot].slot) &&
+                      WholeSeconds((*colAgain)[lSlot].dtAt) == WholeSeconds((*colRead)[lSlot].dtAt));
+    return 0;
+}
