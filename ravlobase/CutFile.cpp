@@ -2,12 +2,14 @@
 #include "ravlobase/CutFile.h"
 
 #include "collections/CaseFolding.h"
+#include "ravlobase/DiskRoom.h"
 #include "ravlobase/FilePath.h"
 #include "ravlobase/StoreErrors.h"
 #include "text/Utf8.h"
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -256,6 +258,7 @@ void Create(const std::wstring& sFile)
     RemoveQuietly(cTemporary);
     try
     {
+        sqlite::NeedRoomBeside(SqlitePath(cTemporary), sFile);
         WriteEmptyDatabase(cTemporary, sFile);
         std::filesystem::rename(cTemporary, FilePath(sFile));
     }
@@ -298,11 +301,61 @@ bool HasLog(const std::wstring& sFile)
     return !failed && lSize > 0;
 }
 
-void CheckStructure(sqlite::Connection& cConnection)
+void CheckTables(sqlite::Connection& cConnection)
 {
     sqlite::Statement tables(cConnection, "SELECT count(*) FROM sqlite_schema WHERE sql = ? OR sql = ?");
     tables.Bind(1, TextFromStore(sCutsTable)).Bind(2, TextFromStore(sCategoriesTable)).Step();
-    if (tables.Number(0) != 2 || cConnection.Text("PRAGMA integrity_check(1)") != L"ok")
+    if (tables.Number(0) != 2)
+    {
+        cConnection.Fail(SQLITE_CORRUPT);
+    }
+}
+
+// Begins a transaction that sees one state of the file and its log, which other programs may be writing to.
+// Gives what the log says of that state: nothing when there is no log, or when a busy writer left no quiet
+// moment.
+std::optional<sqlite::Connection::Log> BeginReading(sqlite::Connection& cConnection)
+{
+    constexpr int lTries = 20;
+    std::optional<sqlite::Connection::Log> before;
+    for (int l = 0; l < lTries; ++l)
+    {
+        cConnection.Run("BEGIN");
+        CheckTables(cConnection); // the first look begins the transaction
+        auto now = cConnection.WriteAheadLog();
+        if (l > 0 && now == before)
+        {
+            return now;
+        }
+        before = now;
+        cConnection.Run("ROLLBACK");
+    }
+    cConnection.Run("BEGIN");
+    return std::nullopt;
+}
+
+// A log of another file, which SQLite would take for this one's, tells itself by the size that the database
+// has in it; bytes behind the database's end, by the size of the file.
+void CheckSize(sqlite::Connection& cConnection, const std::optional<sqlite::Connection::Log>& log,
+               const std::wstring& sFile)
+{
+    const auto lPages = cConnection.Number("PRAGMA page_count");
+    const bool bFromLog = log && log->lFrames > 0;
+    if (bFromLog && log->lPages != lPages)
+    {
+        Refuse(sFile, L"and the log beside it do not belong together");
+    }
+    const auto lSize = lPages * cConnection.Number("PRAGMA page_size");
+    // The end of a database that grew may be in the log alone.
+    if (cConnection.RawSize() > lSize || (log && !bFromLog && cConnection.RawSize() < lSize))
+    {
+        Refuse(sFile, L"is damaged");
+    }
+}
+
+void CheckStructure(sqlite::Connection& cConnection)
+{
+    if (cConnection.Text("PRAGMA integrity_check(1)") != L"ok")
     {
         cConnection.Fail(SQLITE_CORRUPT);
     }
@@ -366,12 +419,35 @@ CutFile::CutFile(const std::wstring& sFile, std::vector<StoredCut>& colCuts)
     {
         Refuse(sFile, L"is damaged"); // SQLite takes the missing end of a last page for zeros
     }
+    sqlite::NeedRoomBeside(SqlitePath(FilePath(sFile)), sFile);
     // Until the file has proved sound, a log that somebody left is not moved into it.
     m_cConnection.KeepLogOnClose(bHadLog);
-    m_cConnection.Run("PRAGMA cell_size_check = ON; PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL");
-    CheckStructure(m_cConnection);
-    colCuts = ReadCuts(m_cConnection);
+    try
+    {
+        colCuts = ReadSound(sFile);
+    }
+    catch (const RuntimeError& e)
+    {
+        // What SQLite has no better word for while it reads ("unsupported file format") is damage: the head
+        // says that this program wrote the file.
+        if (e.Number() == error::Internal)
+        {
+            m_cConnection.Fail(SQLITE_CORRUPT);
+        }
+        throw;
+    }
     m_cConnection.KeepLogOnClose(false);
+}
+
+std::vector<StoredCut> CutFile::ReadSound(const std::wstring& sFile)
+{
+    m_cConnection.Run("PRAGMA cell_size_check = ON; PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL");
+    const auto log = BeginReading(m_cConnection);
+    CheckSize(m_cConnection, log, sFile);
+    CheckStructure(m_cConnection);
+    auto colCuts = ReadCuts(m_cConnection);
+    m_cConnection.Run("COMMIT");
+    return colCuts;
 }
 
 sqlite::Statement& CutFile::Prepared(const std::string& sSql)
@@ -428,6 +504,14 @@ void CutFile::Update(std::int32_t lID, const CutValues& old, const CutValues& ne
         Prepared("DELETE FROM cut_categories WHERE cut_id = ?").Bind(1, static_cast<std::int64_t>(lID)).Run();
         WriteCategories(lID, next);
     }
+}
+
+void CutFile::UpdateLastPlayed(std::int32_t lID, DateTime dtWhen)
+{
+    Prepared("UPDATE cuts SET last_played = ? WHERE id = ?")
+        .Bind(1, dtWhen)
+        .Bind(2, static_cast<std::int64_t>(lID))
+        .Run();
 }
 
 void CutFile::Delete(std::int32_t lID)

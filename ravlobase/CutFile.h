@@ -34,10 +34,14 @@ public:
     std::int32_t Insert(const CutValues& values); // the new cut's ID
     void Update(std::int32_t lID, const CutValues& old, const CutValues& next);
     void Delete(std::int32_t lID);
+    // Passes over a cut that the file does not hold.
+    void UpdateLastPlayed(std::int32_t lID, DateTime dtWhen);
 
     sqlite::Connection& Sql() noexcept { return m_cConnection; }
 
 private:
+    // The cuts of one moment, after the file has proved sound.
+    std::vector<StoredCut> ReadSound(const std::wstring& sFile);
     sqlite::Statement& Prepared(const std::string& sSql);
     void WriteCategories(std::int32_t lID, const CutValues& values);
 

@@ -13,8 +13,17 @@ namespace ravlo::sqlite
 namespace
 {
 
-// How long a write waits for another program's write to end. Short: the caller may be on air.
-constexpr int lBusyTimeoutmS = 250;
+// How long a write waits for another program's write to end. A play on air must not hold up the programme,
+// and whoever reports it keeps it and tries again; an ordinary write of another program is over by then.
+constexpr int lOnAirmS = 250;
+constexpr int lCommandmS = 5000; // longer than an import of a large library takes to write
+
+// The head of SQLite's index of a write-ahead log (its file format, "WAL-index header"): 32-bit words in the
+// byte order of the machine.
+constexpr int lIndexPage = 32768;
+constexpr std::size_t lChangeWord = 2;
+constexpr std::size_t lFramesWord = 4;
+constexpr std::size_t lPagesWord = 5;
 
 RuntimeError ErrorOf(int lCode, const std::wstring& sFile, const char* sMessage)
 {
@@ -22,6 +31,10 @@ RuntimeError ErrorOf(int lCode, const std::wstring& sFile, const char* sMessage)
     if (lCode == SQLITE_CONSTRAINT_FOREIGNKEY)
     {
         return {error::PermissionDenied, sName + L"has lost this cut: another program has removed it."};
+    }
+    if (lCode == SQLITE_IOERR_SHMSIZE)
+    {
+        return ErrorOf(SQLITE_FULL, sFile, sMessage);
     }
     switch (lCode & 0xFF)
     {
@@ -63,7 +76,7 @@ Connection::Connection(const std::string& sPath, std::wstring sShown, Mode eMode
     m_pHandle.reset(pHandle);
     Check(lCode);
     sqlite3_extended_result_codes(pHandle, 1);
-    sqlite3_busy_timeout(pHandle, lBusyTimeoutmS);
+    sqlite3_busy_timeout(pHandle, lOnAirmS);
     // The file may come from anywhere: nothing it holds is to run.
     sqlite3_db_config(pHandle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(pHandle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
@@ -111,6 +124,19 @@ std::string Connection::RawHead(std::size_t lCount)
     std::string bytes(static_cast<std::size_t>(std::min(RawSize(), static_cast<std::int64_t>(lCount))), '\0');
     Check(pFile->pMethods->xRead(pFile, bytes.data(), static_cast<int>(bytes.size()), 0));
     return bytes;
+}
+
+std::optional<Connection::Log> Connection::WriteAheadLog()
+{
+    auto* pFile = RawFile();
+    void volatile* pIndex = nullptr;
+    if (pFile->pMethods->iVersion < 2 ||
+        pFile->pMethods->xShmMap(pFile, 0, lIndexPage, 0, &pIndex) != SQLITE_OK || pIndex == nullptr)
+    {
+        return std::nullopt;
+    }
+    const auto* pWords = static_cast<const std::uint32_t volatile*>(pIndex);
+    return Log{pWords[lChangeWord], pWords[lFramesWord], pWords[lPagesWord]};
 }
 
 void Connection::KeepLogOnClose(bool bKeep)
@@ -210,9 +236,11 @@ std::wstring Statement::Text(int lColumn) const
     return TextFromStore({pText, lLength});
 }
 
-Transaction::Transaction(Connection& cConnection)
+Transaction::Transaction(Connection& cConnection, Wait eWait)
     : m_cConnection(cConnection), m_bOutermost(!cConnection.InTransaction())
 {
+    // Only the beginning waits: it takes the write lock.
+    sqlite3_busy_timeout(cConnection.Handle(), eWait == Wait::eCommand ? lCommandmS : lOnAirmS);
     cConnection.Run(m_bOutermost ? "BEGIN IMMEDIATE" : "SAVEPOINT step");
     m_bOpen = true;
 }

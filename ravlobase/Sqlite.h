@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -35,6 +36,17 @@ public:
     // (fewer when it is shorter).
     std::int64_t RawSize();
     std::string RawHead(std::size_t lCount);
+    // What the write-ahead log says to a reader that begins now; nothing without one. It is SQLite's own
+    // index of the log, which other programs may be changing: two equal answers around a look at the file
+    // belong to it.
+    struct Log
+    {
+        std::uint32_t lChange; // counts the commits
+        std::uint32_t lFrames; // 0: the log has no part in what the file says
+        std::uint32_t lPages;  // the size of the database in pages, as of the log's last commit
+        bool operator==(const Log&) const = default;
+    };
+    std::optional<Log> WriteAheadLog();
     // While set, closing leaves a write-ahead log as it is instead of moving it into the file.
     void KeepLogOnClose(bool bKeep);
 
@@ -94,7 +106,13 @@ private:
 class Transaction
 {
 public:
-    explicit Transaction(Connection& cConnection);
+    // How long the outermost one waits for another program's write to end.
+    enum class Wait
+    {
+        eOnAir,   // a quarter of a second: the caller may be on air and tries again later
+        eCommand, // five seconds: somebody asked for work that takes seconds itself
+    };
+    explicit Transaction(Connection& cConnection, Wait eWait = Wait::eOnAir);
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
     ~Transaction();

@@ -3,11 +3,12 @@
 
 #include "collections/Text.h"
 #include "ravlobase/ArtistTitleIndex.h"
-#include "text/CsvReader.h"
 #include "ravlobase/CutFile.h"
 #include "ravlobase/FilePath.h"
+#include "ravlobase/GatheredPlays.h"
 #include "ravlobase/LibraryCsv.h"
 #include "ravlobase/StoreErrors.h"
+#include "text/CsvReader.h"
 
 #include <algorithm>
 #include <cmath>
@@ -33,16 +34,21 @@ std::wstring Decimal(std::size_t lCount) { return DecimalText(static_cast<std::i
 
 std::wstring CutsText(std::size_t lCount) { return Decimal(lCount) + (lCount == 1 ? L" cut" : L" cuts"); }
 
+void CheckLastPlayed(DateTime dtWhen)
+{
+    if (!std::isfinite(dtWhen))
+    {
+        throw RuntimeError(error::InvalidProcedureCall, L"The last-played time is no date.");
+    }
+}
+
 void CheckValues(const CutValues& values)
 {
     if (values.lCatLevel < 1)
     {
         throw RuntimeError(error::InvalidProcedureCall, L"The level of a cut has to be 1 or more.");
     }
-    if (!std::isfinite(values.dtLastPlayed))
-    {
-        throw RuntimeError(error::InvalidProcedureCall, L"The last-played time is no date.");
-    }
+    CheckLastPlayed(values.dtLastPlayed);
 }
 
 const Cut& Given(const std::shared_ptr<Cut>& cCut)
@@ -178,6 +184,14 @@ struct Store::Impl : CutOwner
     void Close() noexcept
     {
         EndBatches(0);
+        try
+        {
+            WriteGathered();
+        }
+        catch (...)
+        {
+            // Whoever wants to know writes before closing.
+        }
         Forget();
         pFile.reset();
     }
@@ -190,6 +204,8 @@ struct Store::Impl : CutOwner
         }
         colCuts.Clear();
         cIndex.Clear();
+        gathered.Clear();
+        gathered.End();
         sFile.clear();
     }
 
@@ -267,6 +283,33 @@ struct Store::Impl : CutOwner
             throw;
         }
         TakeValues(cCut, std::move(next));
+    }
+
+    void ChangeLastPlayed(StoreCut& cCut, DateTime dtWhen) override
+    {
+        if (!gathered.On() || !batches.empty())
+        {
+            auto next = cCut.Values();
+            next.dtLastPlayed = dtWhen;
+            Change(cCut, std::move(next));
+            return;
+        }
+        CheckLastPlayed(dtWhen);
+        if (cCut.LastPlayed() != dtWhen)
+        {
+            gathered.Add(cCut);
+            cCut.TakeLastPlayed(dtWhen);
+        }
+    }
+
+    // --- gathered plays
+
+    void WriteGathered()
+    {
+        if (pFile && gathered.On())
+        {
+            gathered.Write(*pFile);
+        }
     }
 
     // --- batches
@@ -599,6 +642,7 @@ struct Store::Impl : CutOwner
         for (const auto& cCut : colRemoved)
         {
             cIndex.Remove(Own(cCut));
+            gathered.Forget(Own(cCut));
             Own(cCut).Detach();
         }
         // Many removals one by one would move the pointers behind each of them: then what stays is gathered
@@ -706,7 +750,7 @@ struct Store::Impl : CutOwner
                 colModifications.push_back({std::move(cCut), std::move(next)});
             }
         }
-        sqlite::Transaction cTransaction(pFile->Sql());
+        sqlite::Transaction cTransaction(pFile->Sql(), sqlite::Transaction::Wait::eCommand);
         const auto colIDs = InsertAll(colAdditions);
         WriteAll(colModifications);
         cTransaction.Commit();
@@ -763,6 +807,7 @@ struct Store::Impl : CutOwner
     std::vector<OpenBatch> batches;
     std::vector<Undo> colUndo; // the values before each change of the open batches
     bool bBatchLost = false;
+    GatheredPlays gathered;
     ImportReport report;
 };
 
@@ -822,6 +867,24 @@ std::int32_t Store::ModifyCuts(const Cuts& colCuts) { return m_cImpl->ModifyCuts
 std::int32_t Store::RemoveCuts(const Cuts& colCuts) { return m_cImpl->RemoveCuts(colCuts); }
 std::int32_t Store::ImportCsv(const std::wstring& sFile) { return m_cImpl->ImportCsv(sFile); }
 const ImportReport& Store::LastImport() const noexcept { return m_cImpl->report; }
+
+void Store::BeginGathering()
+{
+    m_cImpl->NeedOpen();
+    m_cImpl->gathered.Begin();
+}
+
+void Store::WriteGathered()
+{
+    m_cImpl->NeedOpenAndNoBatch(); // whose end could undo it
+    m_cImpl->WriteGathered();
+}
+
+void Store::EndGathering()
+{
+    WriteGathered();
+    m_cImpl->gathered.End();
+}
 
 Store::Batch::Batch(Store& cStore) : m_cStore(cStore), m_lDepth(cStore.m_cImpl->BeginBatch()) {}
 Store::Batch::~Batch() { m_cStore.m_cImpl->EndBatches(m_lDepth); }

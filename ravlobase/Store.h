@@ -92,6 +92,15 @@ public:
     // usable header line.
     std::int32_t ImportCsv(const std::wstring& sFile);
 
+    // Between BeginGathering and EndGathering a change of LastPlayed alone is in the cut at once and on the
+    // disk with the next WriteGathered, EndGathering or Close, as one change with the others: for a host that
+    // plans many plays and can spare those since the last WriteGathered in a power cut. Inside a batch it is
+    // the batch's as ever. WriteGathered and EndGathering raise 70 and the like as any change does, and 5
+    // inside a batch; the plays then stay gathered, and the next call tries again. Close writes what it can.
+    void BeginGathering();
+    void WriteGathered();
+    void EndGathering();
+
     // Of the last ImportCsv. It stays when the database is closed.
     const ImportReport& LastImport() const noexcept;
     std::wstring LastImportReport() const { return LastImport().Text(); }

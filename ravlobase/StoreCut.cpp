@@ -182,9 +182,14 @@ void StoreCut::SetDurationmS(std::int32_t lDuration)
 
 void StoreCut::SetLastPlayed(DateTime dtWhen)
 {
-    CutValues next = m_values;
-    next.dtLastPlayed = dtWhen;
-    Set(std::move(next));
+    if (m_pOwner != nullptr)
+    {
+        m_pOwner->ChangeLastPlayed(*this, dtWhen);
+    }
+    else
+    {
+        m_values.dtLastPlayed = dtWhen;
+    }
 }
 
 void StoreCut::SetOpener(bool bOpener)

@@ -49,6 +49,8 @@ public:
     virtual ~CutOwner() = default;
     // Makes the new values the cut's own, on the disk first. When it throws, nothing has changed.
     virtual void Change(StoreCut& cCut, CutValues next) = 0;
+    // The same for a play alone, which the owner may write later.
+    virtual void ChangeLastPlayed(StoreCut& cCut, DateTime dtWhen) = 0;
 };
 
 // A cut of an embedded database, or a free-standing one that such a database made. Without an owner it is
@@ -108,6 +110,7 @@ public:
     const CutValues& Values() const noexcept { return m_values; }
     const CutOwner* Owner() const noexcept { return m_pOwner; }
     void Take(CutValues values) noexcept { m_values = std::move(values); }
+    void TakeLastPlayed(DateTime dtWhen) noexcept { m_values.dtLastPlayed = dtWhen; }
     void Attach(CutValues values, std::int32_t lID, CutOwner& cOwner) noexcept;
     void Detach() noexcept { m_pOwner = nullptr; }
 

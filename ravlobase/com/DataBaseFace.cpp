@@ -79,16 +79,20 @@ DataBaseFace::~DataBaseFace()
 
 STDMETHODIMP DataBaseFace::QueryInterface(REFIID iid, void** ppvObject)
 {
-    if (!ppvObject || iid != IID_IBatchedChanges)
+    if (!ppvObject || (iid != IID_IBatchedChanges && iid != IID_IGatheredPlays))
         return Dispatch::QueryInterface(iid, ppvObject);
-    *ppvObject = static_cast<IBatchedChanges*>(&m_cBatches);
+    if (iid == IID_IBatchedChanges)
+        *ppvObject = static_cast<IBatchedChanges*>(&m_cBatches);
+    else
+        *ppvObject = static_cast<IGatheredPlays*>(&m_cPlays);
     AddRef();
     return S_OK;
 }
 
 STDMETHODIMP DataBaseFace::InterfaceSupportsErrorInfo(REFIID iid)
 {
-    return iid == IID_IBatchedChanges ? S_OK : Dispatch::InterfaceSupportsErrorInfo(iid);
+    const bool bOwn = iid == IID_IBatchedChanges || iid == IID_IGatheredPlays;
+    return bOwn ? S_OK : Dispatch::InterfaceSupportsErrorInfo(iid);
 }
 
 STDMETHODIMP DataBaseFace::Open(BSTR sFile)
@@ -203,6 +207,32 @@ void BatchesFace::RollbackAll() noexcept
 {
     while (!m_colBatches.empty())
         m_colBatches.pop_back();
+}
+
+STDMETHODIMP PlaysFace::QueryInterface(REFIID iid, void** ppvObject)
+{
+    return m_cOwner.QueryInterface(iid, ppvObject);
+}
+STDMETHODIMP_(ULONG) PlaysFace::AddRef() { return m_cOwner.AddRef(); }
+STDMETHODIMP_(ULONG) PlaysFace::Release() { return m_cOwner.Release(); }
+
+template <class Body> HRESULT PlaysFace::Guard(Body&& body) noexcept
+{
+    const ComPtr<IGatheredPlays> cSelf(this);
+    return GuardAs(IID_IGatheredPlays, DataBaseFace::identity.sProgID, std::forward<Body>(body));
+}
+
+STDMETHODIMP PlaysFace::BeginGathering()
+{
+    return Guard([&] { m_cStore.BeginGathering(); });
+}
+STDMETHODIMP PlaysFace::WriteGathered()
+{
+    return Guard([&] { m_cStore.WriteGathered(); });
+}
+STDMETHODIMP PlaysFace::EndGathering()
+{
+    return Guard([&] { m_cStore.EndGathering(); });
 }
 
 void DataBaseFace::FireCuts(DISPID lEvent, const Cuts& colCuts)

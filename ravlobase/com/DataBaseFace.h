@@ -42,6 +42,29 @@ private:
     std::vector<std::unique_ptr<Store::Batch>> m_colBatches;
 };
 
+// IGatheredPlays of a database: a part of its owner, with which it lives and is counted.
+class PlaysFace final : public IGatheredPlays
+{
+public:
+    PlaysFace(DataBaseFace& cOwner, Store& cStore) noexcept : m_cOwner(cOwner), m_cStore(cStore) {}
+    PlaysFace(const PlaysFace&) = delete;
+    PlaysFace& operator=(const PlaysFace&) = delete;
+    virtual ~PlaysFace() = default;
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override;
+    STDMETHODIMP_(ULONG) AddRef() override;
+    STDMETHODIMP_(ULONG) Release() override;
+    STDMETHODIMP BeginGathering() override;
+    STDMETHODIMP WriteGathered() override;
+    STDMETHODIMP EndGathering() override;
+
+private:
+    template <class Body> HRESULT Guard(Body&& body) noexcept;
+
+    DataBaseFace& m_cOwner;
+    Store& m_cStore;
+};
+
 // _clsDataBase over a store of its own, whose events it raises. Cuts shows the store's cuts as they are; only
 // AddCuts, RemoveCuts and ImportCsv change which there are.
 class DataBaseFace final : public Dispatch<_clsDataBase>, private DataBaseEvents
@@ -82,6 +105,7 @@ private:
     std::shared_ptr<Store> m_cStore;
     EventSource m_cEvents;
     BatchesFace m_cBatches{*this, *m_cStore};
+    PlaysFace m_cPlays{*this, *m_cStore};
 };
 
 } // namespace ravlo

@@ -51,7 +51,11 @@ int SectorSize(sqlite3_file* p) { return Methods(p).xSectorSize(Real(p)); }
 int Characteristics(sqlite3_file* p) { return Methods(p).xDeviceCharacteristics(Real(p)); }
 int ShmMap(sqlite3_file* p, int lPage, int lSize, int lExtend, void volatile** ppMemory)
 {
-    return Methods(p).xShmMap(Real(p), lPage, lSize, lExtend, ppMemory);
+    const int lThere = Methods(p).xShmMap(Real(p), lPage, lSize, 0, ppMemory);
+    if (lThere != SQLITE_OK || lExtend == 0 || *ppMemory != nullptr)
+        return lThere;
+    const int lCode = static_cast<FaultyFile*>(p)->pVfs->GrowShared();
+    return lCode != SQLITE_OK ? lCode : Methods(p).xShmMap(Real(p), lPage, lSize, lExtend, ppMemory);
 }
 int ShmLock(sqlite3_file* p, int lOffset, int lCount, int lFlags)
 {
@@ -92,6 +96,14 @@ int FaultyVfs::Open(const char* sName, sqlite3_file* pFile, int lFlags, int* pOu
     const int lCode = m_pReal->xOpen(m_pReal, sName, pFaulty->Real(), lFlags, pOutFlags);
     pFaulty->pMethods = pFaulty->Real()->pMethods != nullptr ? &methods : nullptr;
     return lCode;
+}
+
+int FaultyVfs::GrowShared()
+{
+    if (m_eFault == Fault::eKill || m_lLeft > 0)
+        return SQLITE_OK;
+    bMapped = true;
+    return SQLITE_IOERR_SHMSIZE;
 }
 
 int FaultyVfs::Next()

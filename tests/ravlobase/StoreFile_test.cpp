@@ -19,6 +19,8 @@ namespace
 using Lines = std::vector<std::wstring>;
 using Fault = FaultyVfs::Fault;
 
+constexpr int lUnlimited = std::numeric_limits<int>::max();
+constexpr std::size_t lFormatAt = 44; // SQLite's own format of the tables' descriptions, four bytes
 constexpr std::size_t lVersionAt = 60;
 constexpr std::size_t lApplicationAt = 68;
 
@@ -285,6 +287,110 @@ TEST(StoreFile, ADamagedDatabaseKeepsTheLogThatStandsBesideIt)
     EXPECT_EQ(BytesOf(sCopy + L"-wal"), log);
 }
 
+// SQLite calls some of these damages an error of no kind.
+TEST(StoreFile, EveryDamageOfTheHeadThatIsSeenIsError321)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder, 1);
+    const auto whole = BytesOf(sFile);
+    for (std::size_t lAt = 0; lAt < 100; ++lAt)
+    {
+        for (const int lChange : {0x01, 0x5A, 0xFF})
+        {
+            auto bytes = whole;
+            bytes[lAt] = static_cast<char>(bytes[lAt] ^ lChange);
+            cFolder.WithBytes("small.rdb", bytes);
+            const auto raised = OpenRaises(sFile);
+            if (lAt == lFormatAt + 3 || raised.lNumber != 0)
+            {
+                EXPECT_EQ(raised.lNumber, error::InvalidFileFormat) << lAt << " ^ " << lChange;
+                EXPECT_EQ(BytesOf(sFile), bytes) << lAt << " ^ " << lChange;
+            }
+        }
+    }
+}
+
+TEST(StoreFile, BytesBehindTheEndAreRefusedBesideAnyLog)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    const auto whole = BytesOf(sFile);
+    for (const std::string log : {"", "no log"})
+    {
+        for (const std::size_t lMore : {1, 4095, 4096, 10000})
+        {
+            cFolder.WithBytes("small.rdb", whole + std::string(lMore, 'x'));
+            cFolder.WithBytes("small.rdb-wal", log);
+            EXPECT_EQ(OpenRaises(sFile).sDescription, L"The file \"" + sFile + L"\" is damaged.") << lMore;
+            EXPECT_EQ(BytesOf(sFile).size(), whole.size() + lMore);
+            EXPECT_EQ(BytesOf(sFile + L"-wal"), log);
+        }
+    }
+}
+
+// As after copying one station's files over another's.
+TEST(StoreFile, TheLogOfAnotherDatabaseIsRefusedAndLeftAlone)
+{
+    TempFolder cFolder;
+    const auto sLarge = SmallDatabase(cFolder, 500);
+    std::string log;
+    {
+        Store cStore;
+        cStore.Open(sLarge);
+        cStore.AllCuts()[400]->SetTitle(L"Other");
+        log = BytesOf(sLarge + L"-wal");
+    }
+    ASSERT_FALSE(log.empty());
+    std::filesystem::remove(cFolder.Path("small.rdb"));
+    const auto sFile = SmallDatabase(cFolder);
+    const auto bytes = BytesOf(sFile);
+    cFolder.WithBytes("small.rdb-wal", log);
+    for (int lTime = 0; lTime < 2; ++lTime)
+    {
+        const auto raised = OpenRaises(sFile);
+        EXPECT_EQ(raised.lNumber, error::InvalidFileFormat);
+        EXPECT_EQ(raised.sDescription,
+                  L"The file \"" + sFile + L"\" and the log beside it do not belong together.");
+        EXPECT_EQ(BytesOf(sFile), bytes);
+        EXPECT_EQ(BytesOf(sFile + L"-wal"), log);
+    }
+    std::filesystem::remove(cFolder.Path("small.rdb-wal"));
+    EXPECT_EQ(ContentOf(sFile).size(), 20U) << "the database itself is sound";
+}
+
+// A log that carries nothing belongs to nobody.
+TEST(StoreFile, ALogWithoutAValidPageIsPassedOver)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    for (const std::size_t lSize : {1, 32, 5000})
+    {
+        cFolder.WithBytes("small.rdb-wal", std::string(lSize, 'x'));
+        EXPECT_EQ(ContentOf(sFile).size(), 20U) << lSize;
+        EXPECT_EQ(cFolder.Names(), std::vector<std::string>{"small.rdb"});
+    }
+}
+
+TEST(StoreFile, ADatabaseThatGrewInItsLogAloneIsOpened)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    Program cWriter(
+        [&]
+        {
+            Store cStore;
+            cStore.Open(sFile);
+            Cuts colCuts;
+            for (int i = 0; i < 500; ++i)
+                colCuts.push_back(CutNamed(cStore, L"D:\\New\\" + DecimalText(i)));
+            cStore.AddCuts(colCuts);
+            raise(SIGKILL);
+        });
+    EXPECT_EQ(cWriter.End(), -1);
+    EXPECT_EQ(ContentOf(sFile).size(), 520U);
+    EXPECT_EQ(ContentOf(sFile).size(), 520U);
+}
+
 // --- names
 
 TEST(StoreFile, TheFileNameMayHoldAnyCharacter)
@@ -353,12 +459,13 @@ void FailEverywhere(int lCode, std::int32_t lNumber, const std::function<void(St
         std::filesystem::remove(cFolder.Path("small.rdb-wal"));
         std::filesystem::remove(cFolder.Path("small.rdb-shm"));
         cFolder.WithBytes("small.rdb", bytes);
-        FaultyVfs cVfs(lGood, Fault::eFail, lCode);
+        FaultyVfs cVfs(lUnlimited, Fault::eFail, lCode);
         Lines colMemory;
         std::int32_t lRaised = 0;
         {
             Store cStore;
             cStore.Open(sFile);
+            cVfs.FailAfter(lGood);
             lRaised = NumberRaisedBy([&] { work(cStore); });
             colMemory = ContentOf(cStore);
         }
@@ -424,9 +531,10 @@ TEST(StoreFile, AFailureThatEndsABatchUndoesAllOfItAndRefusesTheRest)
     TempFolder cFolder;
     const auto sFile = SmallDatabase(cFolder, 3000);
     const auto colBefore = ContentOf(sFile);
-    FaultyVfs cVfs(0, Fault::eFail, SQLITE_FULL);
+    FaultyVfs cVfs(lUnlimited, Fault::eFail, SQLITE_FULL);
     Store cStore;
     cStore.Open(sFile);
+    cVfs.FailAfter(0);
     {
         Store::Batch cBatch(cStore);
         sqlite3_soft_heap_limit64(1); // makes SQLite write before the end of the transaction
@@ -450,6 +558,37 @@ TEST(StoreFile, AFailureThatEndsABatchUndoesAllOfItAndRefusesTheRest)
     EXPECT_EQ(ContentOf(sFile), ContentOf(cStore));
 }
 
+// The shared memory beside an open database is mapped, not written: where the disk has no byte free, a system
+// may hand out the mapping all the same and end the program at its first touch.
+TEST(StoreFile, AFullDiskIsNoticedBeforeMemoryIsMapped)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    const auto bytes = BytesOf(sFile);
+    FaultyVfs cVfs(0, Fault::eFail, SQLITE_FULL);
+    for (const auto& sName : {sFile, cFolder.File("new.rdb")})
+    {
+        const auto raised = OpenRaises(sName);
+        EXPECT_EQ(raised.lNumber, error::DiskFull);
+        EXPECT_EQ(raised.sDescription,
+                  L"The database \"" + sName + L"\" cannot be opened: the disk is full.");
+        EXPECT_FALSE(cVfs.bMapped);
+        EXPECT_EQ(cFolder.Names(), std::vector<std::string>{"small.rdb"});
+        EXPECT_EQ(BytesOf(sFile), bytes);
+    }
+    cVfs.Repair();
+    EXPECT_EQ(OpenRaises(sFile).lNumber, 0);
+}
+
+TEST(StoreFile, SharedMemoryThatCannotGrowMeansAFullDisk)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    FaultyVfs cVfs(1, Fault::eFail, SQLITE_FULL); // as when the last room goes right after the look at it
+    EXPECT_EQ(OpenRaises(sFile).lNumber, error::DiskFull);
+    EXPECT_TRUE(cVfs.bMapped);
+}
+
 TEST(StoreFile, AFailingDiskLeavesNoHalfMadeDatabase)
 {
     for (int lGood = 0;; ++lGood)
@@ -459,7 +598,8 @@ TEST(StoreFile, AFailingDiskLeavesNoHalfMadeDatabase)
         {
             Store cStore;
             const auto lRaised = NumberRaisedBy([&] { cStore.Open(cFolder.File("new.rdb")); });
-            EXPECT_EQ(lRaised, cStore.IsOpen() ? 0 : error::DeviceIo) << lGood;
+            const auto lFailure = cVfs.bMapped ? error::DiskFull : error::DeviceIo;
+            EXPECT_EQ(lRaised, cStore.IsOpen() ? 0 : lFailure) << lGood;
         }
         if (!cVfs.bFaulted)
             break;
@@ -555,7 +695,7 @@ TEST(StoreFile, EachPropertyChangeIsFlushedToTheDisk)
 {
     TempFolder cFolder;
     const auto sFile = SmallDatabase(cFolder);
-    FaultyVfs cVfs(std::numeric_limits<int>::max(), Fault::eFail);
+    FaultyVfs cVfs(lUnlimited, Fault::eFail);
     Store cStore;
     cStore.Open(sFile);
     for (int i = 1; i < 5; ++i)
@@ -605,6 +745,121 @@ TEST(StoreFile, AWriteWhileAnotherProgramIsWritingRaisesError70)
     EXPECT_EQ(cWriter.End(), error::PermissionDenied);
     cBatch.Commit();
     EXPECT_EQ(ContentOf(sFile), ContentOf(cStore));
+}
+
+// --- gathered plays
+
+TEST(StoreFile, GatheredPlaysAreOneFlushAndBelongToTheFileAfterwards)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    FaultyVfs cVfs(lUnlimited, Fault::eFail);
+    Store cStore;
+    cStore.Open(sFile);
+    cStore.BeginGathering();
+    cStore.AllCuts()[0]->SetYear(1); // the first write of all flushes the head of the log as well
+    const int lBefore = cVfs.lFlushes;
+    const auto colCuts = cStore.AllCuts();
+    for (const auto& cCut : colCuts)
+        cCut->SetLastPlayed(45000.25);
+    EXPECT_EQ(cVfs.lFlushes, lBefore);
+    EXPECT_EQ(colCuts[7]->LastPlayed(), 45000.25);
+    cStore.WriteGathered();
+    EXPECT_EQ(cVfs.lFlushes, lBefore + 1);
+    cStore.WriteGathered();
+    EXPECT_EQ(cVfs.lFlushes, lBefore + 1) << "nothing is left to write";
+    colCuts[3]->SetLastPlayed(45001);
+    cStore.EndGathering();
+    EXPECT_EQ(cVfs.lFlushes, lBefore + 2);
+    colCuts[4]->SetLastPlayed(45002);
+    EXPECT_EQ(cVfs.lFlushes, lBefore + 3) << "each by itself again";
+    EXPECT_EQ(ContentOf(sFile), ContentOf(cStore));
+}
+
+TEST(StoreFile, CloseWritesWhatIsGathered)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    Store cStore;
+    cStore.Open(sFile);
+    cStore.BeginGathering();
+    cStore.AllCuts()[0]->SetLastPlayed(45000);
+    const auto colMemory = ContentOf(cStore);
+    cStore.Close();
+    EXPECT_EQ(ContentOf(sFile), colMemory);
+    cStore.Open(sFile);
+    EXPECT_EQ(ContentOf(cStore), colMemory);
+}
+
+TEST(StoreFile, AnyFailingWriteKeepsThePlaysGathered)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    const auto bytes = BytesOf(sFile);
+    for (int lGood = 0, lRaised = -1; lRaised != 0; ++lGood)
+    {
+        cFolder.WithBytes("small.rdb", bytes);
+        FaultyVfs cVfs(lUnlimited, Fault::eFail);
+        Store cStore;
+        cStore.Open(sFile);
+        cStore.BeginGathering();
+        for (const auto& cCut : cStore.AllCuts())
+            cCut->SetLastPlayed(45000.25);
+        const auto colMemory = ContentOf(cStore);
+        cVfs.FailAfter(lGood);
+        lRaised = NumberRaisedBy([&] { cStore.EndGathering(); });
+        EXPECT_EQ(ContentOf(cStore), colMemory) << lGood;
+        cVfs.Repair();
+        cStore.EndGathering();
+        EXPECT_EQ(ContentOf(sFile), colMemory) << lGood;
+    }
+}
+
+TEST(StoreFile, GatheredPlaysLeaveTheFileToOtherProgramsBetweenWrites)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    Program cWriter(
+        [&]
+        {
+            Store cStore;
+            cStore.Open(sFile);
+            cStore.AllCuts()[1]->SetArtist(L"Second");
+            cStore.RemoveCuts({cStore.AllCuts()[2]});
+        });
+    Store cStore;
+    cStore.Open(sFile);
+    cStore.BeginGathering();
+    for (const auto& cCut : cStore.AllCuts())
+        cCut->SetLastPlayed(45000);
+    EXPECT_EQ(cWriter.End(), 0);
+    cStore.EndGathering(); // a cut that is gone keeps none of the others out
+    const auto colContent = ContentOf(sFile);
+    ASSERT_EQ(colContent.size(), 19U);
+    for (const auto& sLine : colContent)
+        EXPECT_NE(sLine.find(L"|45000.000000|"), std::wstring::npos) << ::testing::PrintToString(sLine);
+    EXPECT_NE(colContent[1].find(L"|Second|"), std::wstring::npos);
+}
+
+TEST(StoreFile, WhileAnotherProgramWritesPlaysStayGathered)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    Program cPlayer(
+        [&]
+        {
+            Store cStore;
+            cStore.Open(sFile);
+            cStore.BeginGathering();
+            cStore.AllCuts()[0]->SetLastPlayed(45000);
+            const auto lRaised = NumberRaisedBy([&] { cStore.WriteGathered(); });
+            if (cStore.AllCuts()[0]->LastPlayed() == 45000)
+                throw RuntimeError(lRaised);
+        });
+    Store cStore;
+    cStore.Open(sFile);
+    Store::Batch cBatch(cStore);
+    EXPECT_EQ(cPlayer.End(), error::PermissionDenied);
 }
 
 TEST(StoreFile, TwoProgramsMayWriteInTurn)

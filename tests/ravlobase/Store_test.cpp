@@ -636,5 +636,60 @@ TEST_F(StoreTest, AListenerThatClosesTheDatabaseEndsTheWorkWithAnError)
     EXPECT_TRUE(m_cStore.AllCuts().empty());
 }
 
+// --- gathered plays
+
+TEST_F(StoreTest, ABatchKeepsItsOwnPlaysWhileOthersAreGathered)
+{
+    const auto cA = Add(L"a");
+    const auto cB = Add(L"b");
+    m_cStore.BeginGathering();
+    cA->SetLastPlayed(1);
+    {
+        Store::Batch cBatch(m_cStore);
+        cA->SetLastPlayed(2);
+        cB->SetLastPlayed(2);
+        EXPECT_EQ(NumberRaisedBy([&] { m_cStore.WriteGathered(); }), error::InvalidProcedureCall);
+        EXPECT_EQ(NumberRaisedBy([&] { m_cStore.EndGathering(); }), error::InvalidProcedureCall);
+    } // undone
+    EXPECT_EQ(cA->LastPlayed(), 1);
+    EXPECT_EQ(cB->LastPlayed(), 0);
+    m_cStore.EndGathering();
+    Reopen();
+    EXPECT_EQ(ByKey(L"a")->LastPlayed(), 1);
+    EXPECT_EQ(ByKey(L"b")->LastPlayed(), 0);
+}
+
+TEST_F(StoreTest, AGatheredPlayGoesWithItsCut)
+{
+    const auto cA = Add(L"a");
+    const auto cB = Add(L"b");
+    m_cStore.BeginGathering();
+    cA->SetLastPlayed(1);
+    cB->SetLastPlayed(1);
+    m_cStore.RemoveCuts({cA});
+    m_cStore.WriteGathered();
+    cA->SetLastPlayed(2); // free-standing now
+    EXPECT_EQ(ContentOf(m_sFile), ContentOf(m_cStore));
+}
+
+TEST_F(StoreTest, GatheringEndsWithTheFile)
+{
+    EXPECT_EQ(NumberRaisedBy([] { Store().BeginGathering(); }), error::ObjectNotSet);
+    EXPECT_EQ(NumberRaisedBy([] { Store().WriteGathered(); }), error::ObjectNotSet);
+    m_cStore.BeginGathering();
+    Reopen();
+    Add(L"a")->SetLastPlayed(1);
+    EXPECT_EQ(ContentOf(m_sFile), ContentOf(m_cStore)) << "written at once";
+}
+
+TEST_F(StoreTest, AGatheredPlayHasToBeADate)
+{
+    const auto cA = Add(L"a");
+    m_cStore.BeginGathering();
+    EXPECT_EQ(NumberRaisedBy([&] { cA->SetLastPlayed(std::numeric_limits<double>::quiet_NaN()); }),
+              error::InvalidProcedureCall);
+    EXPECT_EQ(cA->LastPlayed(), 0);
+}
+
 } // namespace
 } // namespace ravlo

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ravlobase/CutFile.h"
+
+#include <unordered_set>
+
+namespace ravlo
+{
+
+// The cuts whose last-played time is newer in memory than in the file, while a database gathers plays. Cuts
+// are the database's own; one that leaves it is forgotten first.
+class GatheredPlays
+{
+public:
+    void Begin() noexcept { m_bOn = true; }
+    void End() noexcept { m_bOn = false; }
+    bool On() const noexcept { return m_bOn; }
+
+    void Add(const StoreCut& cCut) { m_cuts.insert(&cCut); }
+    void Forget(const StoreCut& cCut) noexcept { m_cuts.erase(&cCut); }
+    bool Holds(const StoreCut& cCut) const noexcept { return m_cuts.contains(&cCut); }
+    void Clear() noexcept { m_cuts.clear(); }
+
+    // Writes them as one change on the disk. When it throws, nothing was written and they stay. A cut that
+    // another program has removed from the file is passed over: there is no row left that could remember the
+    // play.
+    void Write(CutFile& cFile);
+
+private:
+    std::unordered_set<const StoreCut*> m_cuts;
+    bool m_bOn = false;
+};
+
+} // namespace ravlo
