@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "host/client/Commands.h"
 #include "host/client/HostFiles.h"
+#include "host/client/LibraryPlays.h"
 #include "host/client/MediaLibrary.h"
 #include "host/client/Plays.h"
 #include "host/client/ProgressLine.h"
 #include "host/client/Scheduler.h"
+#include "host/client/WhatFailed.h"
 
 #include "collections/Text.h"
 #include "host/day/DayMaker.h"
 #include "host/day/DayPlan.h"
 #include "host/day/HostError.h"
+#include "host/day/PlayBook.h"
 
 namespace ravlo
 {
@@ -80,18 +83,49 @@ void Complete(Request& request, const DayOptions& options, const std::vector<Med
     request.dtStart = options.dtStart ? *options.dtStart : Plays(entries).End();
 }
 
-Day Fill(const Request& request, const DayOptions& options, Scheduler& cScheduler, Gaps& gaps,
-         ProgressLine& cLine)
+void Fill(Day& day, const Request& request, const DayOptions& options, DayMaker& maker)
 {
-    DayMaker maker(
-        cScheduler, gaps,
-        [&](double dDone)
-        { cLine.Show(L"Filling the day: " + DecimalText(static_cast<std::int64_t>(dDone * 100)) + L" %"); });
-    return request.timed.empty()
-               ? maker.FromClock(request.clock, request.dtStart,
-                                 LaterByHours(request.dtStart, options.lHours.value_or(lHoursOfADay)))
-               : maker.FromSlots(request.timed);
+    if (request.timed.empty())
+    {
+        maker.FromClock(day, request.clock, request.dtStart,
+                        LaterByHours(request.dtStart, options.lHours.value_or(lHoursOfADay)));
+    }
+    else
+    {
+        maker.FromSlots(day, request.timed);
+    }
 }
+
+// What went wrong at the steps of a run that go on after each other's failure.
+class Failures
+{
+public:
+    template <class Step> void Try(Step step)
+    {
+        try
+        {
+            step();
+        }
+        catch (...)
+        {
+            Add(WhatFailed());
+        }
+    }
+    void Add(const std::wstring& sWhat)
+    {
+        m_sWhat += (m_sWhat.empty() || sWhat.empty() ? L"" : L"; ") + sWhat;
+    }
+    void ThrowIfAny() const
+    {
+        if (!m_sWhat.empty())
+        {
+            throw HostError(m_sWhat);
+        }
+    }
+
+private:
+    std::wstring m_sWhat;
+};
 
 void Print(const Day& day, const DayOptions& options, const Console& cOut)
 {
@@ -103,6 +137,14 @@ void Print(const Day& day, const DayOptions& options, const Console& cOut)
     sText += Summary(day.rows, day.dtEnd);
     sText += options.sLog.empty() ? L"" : L"Log: " + options.sLog + L"\n";
     cOut.Write(sText);
+}
+
+void WriteLog(const Day& day, const DayOptions& options)
+{
+    if (!options.sLog.empty())
+    {
+        WriteWhole(FullPath(options.sLog), LogCsv(day.rows));
+    }
 }
 
 } // namespace
@@ -127,14 +169,34 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
     scheduler.Populate(sAppFolder, [&](const std::wstring& sText, long, long) { line.Show(sText); });
     Gaps gaps;
     Plays(entries).Report(scheduler, gaps);
-    const auto day = Fill(request, options, scheduler, gaps, line);
-    scheduler.SaveOrders();
-    if (!options.sLog.empty())
-    {
-        WriteWhole(FullPath(options.sLog), LogCsv(day.rows));
-    }
+
+    LibraryPlays plays(library, !options.bSaveEach);
+    PlayBook book(plays, {[] { return static_cast<std::int64_t>(::GetTickCount64()); },
+                          [](std::int64_t lmS) { ::Sleep(static_cast<DWORD>(lmS)); }});
+    scheduler.KeepBook(book);
+    DayMaker maker(scheduler, gaps,
+                   [&](double dDone)
+                   {
+                       book.Tick();
+                       line.Show(L"Filling the day: " + DecimalText(static_cast<std::int64_t>(dDone * 100)) +
+                                 L" %");
+                   });
+    // The log comes before what may fail: it says what was aired, whether that could be saved or not.
+    Day day;
+    Failures failures;
+    failures.Try([&] { Fill(day, request, options, maker); });
     line.Clear();
+    failures.Try([&] { WriteLog(day, options); });
     Print(day, options, cOut);
+    failures.Try(
+        [&]
+        {
+            failures.Add(book.Settle(
+                [&] { line.Show(L"Waiting for another program that is writing to " + options.sDataBase); }));
+            line.Clear();
+        });
+    failures.Try([&] { scheduler.SaveOrders(); });
+    failures.ThrowIfAny();
 }
 
 } // namespace ravlo

@@ -58,7 +58,8 @@ void PlayNew(const Rotation& rotation, const LevelChange& level, const WatchOpti
     cOut.Write(L"\nThe next " + CountOf(static_cast<std::size_t>(options.lPicks), L"pick", L"picks") +
                L":\n");
     DayMaker maker(cScheduler, cGaps, [](double) {});
-    const auto day = maker.Repeated({level.sCategory, level.lLevel, false, 0}, dtStart, options.lPicks);
+    Day day;
+    maker.Repeated(day, {level.sCategory, level.lLevel, false, 0}, dtStart, options.lPicks);
     for (const auto& row : day.rows)
     {
         cOut.Write(LogLine(row) + L"\n");

@@ -72,6 +72,10 @@ Playout::Answer Scheduler::Play(const Slot& slot, DateTime dtStart)
         return {lKind, std::nullopt};
     }
     ThrowIfFailed(cCut->put_LastPlayed(dtStart));
+    if (m_pBook != nullptr)
+    {
+        m_pBook->Add(TextFrom(*cCut, &_clsCut::get_Key), dtStart);
+    }
     Remember(*cCut);
     return {lKind, PlayedCutOf(*cCut)};
 }

@@ -4,6 +4,7 @@
 #include "host/client/MediaLibrary.h"
 #include "host/client/ProgressListener.h"
 #include "host/day/DayMaker.h"
+#include "host/day/PlayBook.h"
 
 #include <RavloScheduler.h>
 
@@ -24,6 +25,8 @@ public:
     void Populate(const std::wstring& sAppFolder, const MediaLibrary::Progress& progress);
     // Follows what the scheduler tells, of its own work and of the database's, while the result lives.
     ProgressListener Follow(ProgressListener::Handlers handlers);
+    // From here on each play is entered in the book as well, which outlives this.
+    void KeepBook(PlayBook& cBook) noexcept { m_pBook = &cBook; }
     // Reports a play that the library remembers. In ascending order of their times.
     void Remember(_clsCut& cCut);
     Answer Play(const Slot& slot, DateTime dtStart) override;
@@ -37,6 +40,7 @@ private:
 
     MediaLibrary& m_cLibrary;
     bool m_bSaveEach;
+    PlayBook* m_pBook = nullptr;
     ComPtr<_clsSchedMan> m_cManager;
 };
 

@@ -50,9 +50,8 @@ std::optional<double> Gaps::MinsSince(const LastPlays& plays, const std::wstring
     return static_cast<double>(std::llabs(WholeSeconds(dtStart) - WholeSeconds(found->second))) / 60.0;
 }
 
-Day DayMaker::FromClock(const std::vector<Slot>& clock, DateTime dtStart, DateTime dtEnd)
+void DayMaker::FromClock(Day& day, const std::vector<Slot>& clock, DateTime dtStart, DateTime dtEnd)
 {
-    Day day;
     day.dtEnd = dtStart;
     ClockHand hand(clock);
     while (WholeMilliseconds(day.dtEnd) < WholeMilliseconds(dtEnd))
@@ -60,30 +59,25 @@ Day DayMaker::FromClock(const std::vector<Slot>& clock, DateTime dtStart, DateTi
         day.dtEnd = Fill(day, hand.Next(day.dtEnd), day.dtEnd);
         m_progress(std::min(1.0, (day.dtEnd - dtStart) / (dtEnd - dtStart)));
     }
-    return day;
 }
 
-Day DayMaker::Repeated(const Slot& slot, DateTime dtStart, int lCount)
+void DayMaker::Repeated(Day& day, const Slot& slot, DateTime dtStart, int lCount)
 {
-    Day day;
     day.dtEnd = dtStart;
     for (int l = 1; l <= lCount; ++l)
     {
         day.dtEnd = Fill(day, slot, day.dtEnd);
         m_progress(static_cast<double>(l) / lCount);
     }
-    return day;
 }
 
-Day DayMaker::FromSlots(const std::vector<TimedSlot>& slots)
+void DayMaker::FromSlots(Day& day, const std::vector<TimedSlot>& slots)
 {
-    Day day;
     for (const auto& timed : slots)
     {
         day.dtEnd = Fill(day, timed.slot, timed.dtAt);
         m_progress(static_cast<double>(day.rows.size()) / static_cast<double>(slots.size()));
     }
-    return day;
 }
 
 DateTime DayMaker::Fill(Day& day, const Slot& slot, DateTime dtStart)

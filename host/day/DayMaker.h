@@ -57,7 +57,9 @@ struct Day
     DateTime dtEnd = 0; // when the last slot's cut ends
 };
 
-// Fills slots through a playout, each cut starting when the one before ends or at its slot's own time.
+// Fills slots through a playout, each cut starting when the one before ends or at its slot's own time. Each
+// slot is added to the caller's day as it is filled, so that what was aired before a failure is there to be
+// told.
 class DayMaker
 {
 public:
@@ -70,10 +72,10 @@ public:
     }
 
     // The slots of a clock, from dtStart on, until one would start at dtEnd or later.
-    Day FromClock(const std::vector<Slot>& clock, DateTime dtStart, DateTime dtEnd);
+    void FromClock(Day& day, const std::vector<Slot>& clock, DateTime dtStart, DateTime dtEnd);
     // lCount slots of one kind, one after the other.
-    Day Repeated(const Slot& slot, DateTime dtStart, int lCount);
-    Day FromSlots(const std::vector<TimedSlot>& slots);
+    void Repeated(Day& day, const Slot& slot, DateTime dtStart, int lCount);
+    void FromSlots(Day& day, const std::vector<TimedSlot>& slots);
 
 private:
     // Appends the slot's row and gives the time at which its cut ends.

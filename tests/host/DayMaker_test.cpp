@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/day/DayMaker.h"
 
+#include "host/day/HostError.h"
+
 #include <gtest/gtest.h>
 
 namespace ravlo
@@ -41,13 +43,35 @@ Playout::Answer Cut(const std::wstring& sArtist, const std::wstring& sTitle, std
 const std::vector<Slot> clockOfTwo{{L"rock", 1}, {L"pop", 1}};
 const DayMaker::Progress noProgress = [](double) {};
 
+// The day that a maker makes of slots.
+Day FromClock(DayMaker maker, const std::vector<Slot>& clock, DateTime dtStart, DateTime dtEnd)
+{
+    Day day;
+    maker.FromClock(day, clock, dtStart, dtEnd);
+    return day;
+}
+
+Day Repeated(DayMaker maker, const Slot& slot, DateTime dtStart, int lCount)
+{
+    Day day;
+    maker.Repeated(day, slot, dtStart, lCount);
+    return day;
+}
+
+Day FromSlots(DayMaker maker, const std::vector<TimedSlot>& slots)
+{
+    Day day;
+    maker.FromSlots(day, slots);
+    return day;
+}
+
 } // namespace
 
 TEST(DayMaker, StartsEachCutWhenTheOneBeforeEnds)
 {
     PreparedPlayout playout({Cut(L"a", L"1", 200000), Cut(L"b", L"2", 100400)});
     Gaps gaps;
-    const auto day = DayMaker(playout, gaps, noProgress).FromClock(clockOfTwo, At(10, 0), At(10, 8));
+    const auto day = FromClock(DayMaker(playout, gaps, noProgress), clockOfTwo, At(10, 0), At(10, 8));
     EXPECT_EQ(playout.asked,
               (std::vector<std::wstring>{L"10:00:00 rock", L"10:03:20 pop", L"10:05:00 rock"}));
     ASSERT_EQ(day.rows.size(), 3u);
@@ -58,7 +82,7 @@ TEST(DayMaker, StopsBeforeASlotThatWouldStartAtTheEnd)
 {
     PreparedPlayout playout({Cut(L"a", L"1", 240000)});
     Gaps gaps;
-    const auto day = DayMaker(playout, gaps, noProgress).FromClock(clockOfTwo, At(10, 0), At(10, 8));
+    const auto day = FromClock(DayMaker(playout, gaps, noProgress), clockOfTwo, At(10, 0), At(10, 8));
     EXPECT_EQ(day.rows.size(), 2u);
     EXPECT_EQ(IsoText(day.dtEnd), L"2024-03-01T10:08:00");
 }
@@ -67,7 +91,7 @@ TEST(DayMaker, TakesAnEmptySlotAndACutWithoutDurationAsThreeMinutes)
 {
     PreparedPlayout playout({{11, {}}, Cut(L"a", L"1", 0), Cut(L"a", L"2", -5)});
     Gaps gaps;
-    const auto day = DayMaker(playout, gaps, noProgress).FromClock(clockOfTwo, At(10, 0), At(10, 9));
+    const auto day = FromClock(DayMaker(playout, gaps, noProgress), clockOfTwo, At(10, 0), At(10, 9));
     EXPECT_EQ(playout.asked,
               (std::vector<std::wstring>{L"10:00:00 rock", L"10:03:00 pop", L"10:06:00 rock"}));
     EXPECT_EQ(day.rows.at(0).lKind, 11);
@@ -80,13 +104,13 @@ TEST(DayMaker, RepeatsOneSlotAsOftenAsAsked)
     PreparedPlayout playout({Cut(L"a", L"1", 200000), Cut(L"b", L"2", 100000)});
     Gaps gaps;
     std::vector<double> told;
-    const auto day = DayMaker(playout, gaps, [&](double dDone) { told.push_back(dDone); })
-                         .Repeated({L"rock", 1}, At(10, 0), 4);
+    const auto day = Repeated(DayMaker(playout, gaps, [&](double dDone) { told.push_back(dDone); }),
+                              {L"rock", 1}, At(10, 0), 4);
     EXPECT_EQ(playout.asked, (std::vector<std::wstring>{L"10:00:00 rock", L"10:03:20 rock", L"10:05:00 rock",
                                                         L"10:08:20 rock"}));
     EXPECT_EQ(IsoText(day.dtEnd), L"2024-03-01T10:10:00");
     EXPECT_EQ(told, (std::vector<double>{0.25, 0.5, 0.75, 1.0}));
-    EXPECT_TRUE(DayMaker(playout, gaps, noProgress).Repeated({L"rock", 1}, At(10, 0), 0).rows.empty());
+    EXPECT_TRUE(Repeated(DayMaker(playout, gaps, noProgress), {L"rock", 1}, At(10, 0), 0).rows.empty());
 }
 
 TEST(DayMaker, StartsTimedSlotsAtTheirOwnTimes)
@@ -94,8 +118,8 @@ TEST(DayMaker, StartsTimedSlotsAtTheirOwnTimes)
     PreparedPlayout playout({Cut(L"a", L"1", 600000)});
     Gaps gaps;
     const auto day =
-        DayMaker(playout, gaps, noProgress)
-            .FromSlots({{At(9, 0), {L"rock", 1}}, {At(9, 3), {L"pop", 2}}, {At(12, 0), {L"rock", 1}}});
+        FromSlots(DayMaker(playout, gaps, noProgress),
+                  {{At(9, 0), {L"rock", 1}}, {At(9, 3), {L"pop", 2}}, {At(12, 0), {L"rock", 1}}});
     EXPECT_EQ(playout.asked,
               (std::vector<std::wstring>{L"09:00:00 rock", L"09:03:00 pop", L"12:00:00 rock"}));
     EXPECT_EQ(IsoText(day.dtEnd), L"2024-03-01T12:10:00");
@@ -107,9 +131,8 @@ TEST(DayMaker, MeasuresGapsFromStartToStartWithoutRegardToCase)
         {Cut(L"Abba", L"One", 200000), Cut(L"ABBA", L"Two", 200000), Cut(L"x", L"ONE", 200000)});
     Gaps gaps;
     gaps.Record(L"abba", L"other", At(8, 59, 30));
-    const auto day =
-        DayMaker(playout, gaps, noProgress)
-            .FromSlots({{At(10, 0), {L"r", 1}}, {At(11, 1), {L"r", 1}}, {At(11, 30), {L"r", 1}}});
+    const auto day = FromSlots(DayMaker(playout, gaps, noProgress),
+                               {{At(10, 0), {L"r", 1}}, {At(11, 1), {L"r", 1}}, {At(11, 30), {L"r", 1}}});
     EXPECT_EQ(day.rows.at(0).dArtistGapMins, 60.5);
     EXPECT_EQ(day.rows.at(0).dTitleGapMins, std::nullopt);
     EXPECT_EQ(day.rows.at(1).dArtistGapMins, 61.0);
@@ -117,12 +140,36 @@ TEST(DayMaker, MeasuresGapsFromStartToStartWithoutRegardToCase)
     EXPECT_EQ(day.rows.at(2).dTitleGapMins, 90.0);
 }
 
+TEST(DayMaker, KeepsWhatWasAiredBeforeAFailure)
+{
+    class FailingPlayout : public PreparedPlayout
+    {
+    public:
+        using PreparedPlayout::PreparedPlayout;
+        Answer Play(const Slot& slot, DateTime dtStart) override
+        {
+            if (asked.size() == 2)
+            {
+                throw HostError(L"gone");
+            }
+            return PreparedPlayout::Play(slot, dtStart);
+        }
+    };
+    FailingPlayout playout({Cut(L"a", L"1", 200000)});
+    Gaps gaps;
+    Day day;
+    EXPECT_THROW(DayMaker(playout, gaps, noProgress).FromClock(day, clockOfTwo, At(10, 0), At(11, 0)),
+                 HostError);
+    EXPECT_EQ(day.rows.size(), 2u);
+    EXPECT_EQ(IsoText(day.dtEnd), L"2024-03-01T10:06:40");
+}
+
 TEST(DayMaker, KnowsNoGapForACutWithoutAName)
 {
     PreparedPlayout playout({Cut(L"", L"", 200000)});
     Gaps gaps;
     const auto day =
-        DayMaker(playout, gaps, noProgress).FromSlots({{At(10, 0), {L"r", 1}}, {At(10, 5), {L"r", 1}}});
+        FromSlots(DayMaker(playout, gaps, noProgress), {{At(10, 0), {L"r", 1}}, {At(10, 5), {L"r", 1}}});
     EXPECT_EQ(day.rows.at(1).dArtistGapMins, std::nullopt);
     EXPECT_EQ(day.rows.at(1).dTitleGapMins, std::nullopt);
 }
@@ -132,8 +179,8 @@ TEST(DayMaker, ReportsProgressThatRisesToTheEnd)
     PreparedPlayout playout({Cut(L"a", L"1", 180000)});
     Gaps gaps;
     std::vector<double> seen;
-    DayMaker maker(playout, gaps, [&](double dDone) { seen.push_back(dDone); });
-    maker.FromClock(clockOfTwo, At(10, 0), At(10, 8));
+    FromClock(DayMaker(playout, gaps, [&](double dDone) { seen.push_back(dDone); }), clockOfTwo, At(10, 0),
+              At(10, 8));
     ASSERT_EQ(seen.size(), 3u);
     EXPECT_LT(seen[0], seen[1]);
     EXPECT_LT(seen[1], seen[2]);

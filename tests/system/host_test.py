@@ -3,14 +3,17 @@
 
 RAVLO_WINE_RUN, RAVLO_WITH_SCREEN, RAVLO_HOST and RAVLO_SAMPLES name the wrappers, the program and the folder of samples.
 """
+import contextlib
 import csv
 import datetime
 import io
 import os
 import pathlib
 import shutil
+import sqlite3
 import subprocess
 import tempfile
+import threading
 import unittest
 
 WINE_RUN = os.environ["RAVLO_WINE_RUN"]
@@ -262,6 +265,87 @@ class RavloHost(unittest.TestCase):
         self.good("day", "--db", self.folder / "library.db", "--app", self.folder / "deep" / "station", "--start", START,
                   "--hours", "1", "--clock", self.folder / "c")
         self.assertTrue((self.folder / "deep" / "station" / "Scheduler" / "History_and_Ordering" / "rock.sif").exists())
+
+    # Days that the world gets in the way of
+
+    def lock_library(self):
+        """Another program that writes to the database until the connection is closed."""
+        writer = sqlite3.connect(self.folder / "library.db", isolation_level=None, check_same_thread=False)
+        self.addCleanup(writer.close)
+        writer.execute("BEGIN IMMEDIATE")
+        return writer
+
+    def last_plays(self):
+        with contextlib.closing(sqlite3.connect(self.folder / "library.db")) as library:
+            return {path: round(played * 86400) for path, played in
+                    library.execute("SELECT path, last_played FROM cuts WHERE last_played > 0")}
+
+    def check_plays(self, rows):
+        begin = datetime.datetime(1899, 12, 30)
+        aired = {row["path"]: round((row["at"] - begin).total_seconds()) for row in rows if row["path"]}
+        kept = self.last_plays()
+        self.assertEqual(kept.keys(), aired.keys())
+        for path, at in aired.items():
+            self.assertLessEqual(abs(kept[path] - at), 1, path)
+
+    def day_beside_a_writer(self, *arguments):
+        self.import_samples()
+        writer = self.lock_library()
+        threading.Timer(10, writer.execute, ("ROLLBACK",)).start()
+        status, out, error = run("day", "--db", "library.db", "--app", "station", "--clock", SAMPLES / "clock.txt",
+                                 "--start", START, "--hours", "2", "--log", "log.csv", *arguments, folder=self.folder)
+        self.assertEqual(status, 0, error)
+        self.assertIn("Slots: ", out)
+        rows = read_log(self.folder / "log.csv")
+        self.check_separations(rows)
+        self.check_plays(rows)
+
+    def test_while_another_program_writes_a_day_keeps_separations_and_plays(self):
+        self.day_beside_a_writer()
+
+    def test_a_day_says_which_plays_the_database_refused(self):
+        self.import_tiny()
+        clock = self.write("c", "rock,1\nrock,2\n")
+        self.day("0.csv", "--start", START, "--hours", "1", "--clock", clock)
+        before = self.last_plays()
+        writer = self.lock_library()
+        status, out, error = run("day", "--db", "library.db", "--app", "station", "--clock", clock, "--hours", "1",
+                                 "--log", "log.csv", folder=self.folder)
+        writer.close()
+        self.assertEqual(status, 1, out)
+        self.assertIn("Slots: ", out)
+        self.assertGreater(len(read_log(self.folder / "log.csv")), 10)
+        self.assertIn("RavloHost: 3 plays are not in the database: ", error)
+        self.assertEqual(self.last_plays(), before)
+
+    def test_a_day_whose_orders_cannot_be_saved_still_has_its_log(self):
+        self.import_tiny()
+        (self.folder / "station" / "Scheduler" / "History_and_Ordering" / "rock.sif").mkdir(parents=True)
+        status, out, error = run("day", "--db", "library.db", "--app", "station", "--start", START, "--hours", "1",
+                                 "--clock", self.write("c", "rock,1\n"), "--log", "log.csv", folder=self.folder)
+        self.assertEqual(status, 1, error)
+        self.assertIn("Slots: ", out)
+        self.check_plays(read_log(self.folder / "log.csv"))
+        self.assertTrue(error.endswith("RavloHost: the rotation order could not be saved: rock\n"), error)
+
+    def test_a_full_disk_is_told_before_anything_is_done(self):
+        disk = self.folder / "disk"
+        disk.mkdir()
+        if subprocess.run(["mount", "-t", "tmpfs", "-o", "size=2m", "tmpfs", disk], capture_output=True, check=False).returncode:
+            self.skipTest("needs the right to mount a small file system")
+        self.addCleanup(subprocess.run, ["umount", disk], check=False)
+        self.import_tiny()
+        shutil.copy(self.folder / "library.db", disk)
+        with contextlib.suppress(OSError), open(disk / "filler", "wb", buffering=0) as filler:
+            while True:
+                filler.write(bytes(4096))
+        for command in (("day", "--app", "disk/station"), ("cats", "list", "--app", "disk/station"),
+                        ("import", "--csv", "tiny.csv")):
+            status, out, error = run(*command, "--db", "disk/library.db", folder=self.folder)
+            self.assertEqual((status, out), (1, ""), error)
+            self.assertIn("library.db\" cannot be opened: the disk is full.", error)
+            self.assertEqual(error.count("\n"), 1, error)
+        self.assertEqual(sorted(file.name for file in disk.iterdir()), ["filler", "library.db"])
 
     # Watching an import
 

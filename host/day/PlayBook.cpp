@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "host/day/PlayBook.h"
+
+#include "collections/Text.h"
+#include "host/day/Rotation.h"
+#include "ports/RuntimeError.h"
+
+#include <algorithm>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::int64_t lBetweenWritesmS = 1000;
+constexpr std::int64_t lBetweenAttemptsmS = 100;
+constexpr std::int64_t lPatiencemS = 30'000;
+
+} // namespace
+
+void PlayBook::Add(const std::wstring& sKey, DateTime dtWhen)
+{
+    const TextKey cKey(sKey);
+    m_plays[cKey] = dtWhen;
+    m_unwritten[cKey] = dtWhen;
+}
+
+void PlayBook::Write()
+{
+    m_cStore.Write();
+    m_unwritten.clear();
+}
+
+void PlayBook::Tick()
+{
+    if (Now() - m_lTried < lBetweenWritesmS)
+    {
+        return;
+    }
+    try
+    {
+        Write();
+    }
+    catch (const RuntimeError&)
+    {
+        // The plays stay gathered; Settle tells about what is missing at the end.
+    }
+    m_lTried = Now();
+}
+
+PlayBook::Attempt PlayBook::BringIn()
+{
+    Attempt attempt;
+    const auto Try = [&](const auto& work)
+    {
+        try
+        {
+            work();
+            return true;
+        }
+        catch (const RuntimeError& e)
+        {
+            attempt.bBusy = e.Number() == error::PermissionDenied;
+            attempt.sReason = e.Description();
+            return false;
+        }
+    };
+    for (const auto& [cKey, dtWhen] : m_plays)
+    {
+        // One refusal says enough: each further one would wait for the same lock.
+        if (!m_cStore.Has(cKey.Text(), dtWhen) &&
+            (!attempt.sReason.empty() || !Try([&] { m_cStore.Put(cKey.Text(), dtWhen); })))
+        {
+            ++attempt.lMissing;
+        }
+    }
+    if (!Try([&] { Write(); }))
+    {
+        attempt.lMissing = std::max(attempt.lMissing, m_unwritten.size());
+    }
+    return attempt;
+}
+
+std::wstring PlayBook::Settle(const std::function<void()>& waiting)
+{
+    const auto lEnd = Now() + lPatiencemS;
+    auto attempt = BringIn();
+    while (attempt.lMissing > 0 && attempt.bBusy && Now() < lEnd)
+    {
+        waiting();
+        m_world.sleep(lBetweenAttemptsmS);
+        attempt = BringIn();
+    }
+    return attempt.lMissing == 0 ? std::wstring()
+                                 : CountOf(attempt.lMissing, L"play is", L"plays are") +
+                                       L" not in the database: " + attempt.sReason;
+}
+
+} // namespace ravlo
