@@ -20,7 +20,7 @@ std::int32_t AsLong(std::int64_t lCount)
 
 template <class Events, class Raise> void EventRelay::To(Events* const& cEvents, Raise&& raise)
 {
-    m_cMod.FlushDebugLog();
+    const ModScheduler::OthersRun cOthers(m_cMod);
     if (!cEvents)
         return;
     try

@@ -11,8 +11,8 @@
 namespace ravlo
 {
 
-// Raises the manager's events to whoever listens at the moment. The debug log is flushed first, since the
-// host may do anything inside an event. Nothing a listener throws comes through.
+// Raises the manager's events to whoever listens at the moment. Nothing is gathered for the debug log
+// during one, since the host may do anything inside an event. Nothing a listener throws comes through.
 class EventRelay
 {
 public:

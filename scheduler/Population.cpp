@@ -5,10 +5,28 @@
 #include "collections/Text.h"
 
 #include <array>
+#include <chrono>
 #include <unordered_set>
 
 namespace ravlo
 {
+
+namespace
+{
+
+void DeleteIfPossible(Files& cFiles, const std::wstring& sPath)
+{
+    try
+    {
+        cFiles.Delete(sPath);
+    }
+    catch (const RuntimeError&)
+    {
+        // A file too many harms nobody.
+    }
+}
+
+} // namespace
 
 void CreateFolders(ModScheduler& cMod)
 {
@@ -25,6 +43,23 @@ void CreateFolders(ModScheduler& cMod)
                          if (!cFiles.FolderExists(cMod.AppPath() + sFolder))
                              cFiles.CreateFolder(cMod.AppPath() + sFolder);
                  });
+}
+
+void DeleteOldTemporaryFiles(Files& cFiles, const std::wstring& sAppPath)
+{
+    for (const wchar_t* sFolder : {L"Scheduler", L"Scheduler\\History_and_Ordering", L"Scheduler\\Rules"})
+    {
+        try
+        {
+            for (const FileEntry& file : cFiles.FilesIn(sAppPath + sFolder))
+                if (IsTemporaryName(file.sName) && file.lAge > std::chrono::hours(24))
+                    DeleteIfPossible(cFiles, sAppPath + sFolder + L"\\" + file.sName);
+        }
+        catch (const RuntimeError&)
+        {
+            // A folder that is missing or away is told of elsewhere.
+        }
+    }
 }
 
 // The pauses between the samples of a phase: 1 ms, at most once every 15 ms of work, so that a large library

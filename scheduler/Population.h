@@ -25,6 +25,10 @@ namespace ravlo
 // ends it.
 void CreateFolders(ModScheduler& cMod);
 
+// Deletes the temporary files that killed programs left in the scheduler's folders: those that were written
+// more than a day ago, so that nobody is writing them now. What cannot be deleted stays.
+void DeleteOldTemporaryFiles(Files& cFiles, const std::wstring& sAppPath);
+
 // Builds a category tree from a database's cuts and the saved files. The tree is built aside: nobody sees it,
 // so nothing can save its order, before the saved orders stand in it.
 class Population

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/clsSchedMan.h"
 
+#include "collections/CaseFolding.h"
 #include "collections/Text.h"
+#include "ports/StationMarker.h"
 #include "rotation/NextCut.h"
 #include "scheduler/CategoryCreation.h"
 #include "scheduler/CategoryEditing.h"
@@ -30,6 +32,27 @@ std::shared_ptr<NameCollection> IllegalChars()
     return colChars;
 }
 
+// Marks the station that is about to be populated, unless somebody else has: working on is better then than
+// silence on air, but the log says why orders may get lost.
+std::unique_ptr<HeldFile> MarkStationOrLog(ModScheduler& cMod, const std::wstring& sAppPath)
+{
+    try
+    {
+        std::unique_ptr<HeldFile> cMark = MarkStation(cMod.Outside().cFiles, sAppPath);
+        if (!cMark)
+            cMod.WriteDebugLog(
+                L"The station is in use by another program or manager, which may overwrite its "
+                L"orders: " +
+                sAppPath);
+        return cMark;
+    }
+    catch (...)
+    {
+        cMod.LogError(L"PopulateFromDataBase, marking the station", CurrentError());
+        return nullptr;
+    }
+}
+
 } // namespace
 
 // The parts the facade routes to.
@@ -55,6 +78,7 @@ struct clsSchedMan::Parts : Station
     std::shared_ptr<NameCollection> colIllegalChars;
     CategoryCreation cCreation;
     CategoryEditing cEditing;
+    std::unique_ptr<HeldFile> cMark; // of sAppPath; null when another program marks it
     bool bPopulating = false;
     bool bRotatesAllowed = false;
 };
@@ -159,6 +183,7 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     } const cPopulating(my.bPopulating);
     my.cMod.StoreAppPath(strAppPath);
     CreateFolders(my.cMod);
+    const std::wstring sAppPath = my.cMod.AppPath();
     my.cMod.LoadSettings();
     if (!cDataBase)
     {
@@ -166,6 +191,10 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
                     L"PopulateFromDatabase in clsSchedMan actually does need a database!");
         return false;
     }
+    DeleteOldTemporaryFiles(my.cMod.Outside().cFiles, sAppPath);
+    const bool bSameFolder = EqualIgnoringCase(sAppPath, my.sAppPath);
+    const bool bMarked = bSameFolder && my.cMark;
+    std::unique_ptr<HeldFile> cMark = bMarked ? nullptr : MarkStationOrLog(my.cMod, sAppPath);
     const std::shared_ptr<ravlo::DataBase> cOld = std::exchange(my.cDataBase, cDataBase);
     my.cSync.Follow(my.cDataBase, weak_from_this());
     try
@@ -183,6 +212,8 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     ++my.lPopulations;
     my.sAppPath = my.cMod.AppPath();
     my.cHistoryFiles.Serve(my.sAppPath);
+    if (!bMarked)
+        my.cMark = std::move(cMark);
     return true;
 }
 

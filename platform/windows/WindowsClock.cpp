@@ -2,6 +2,8 @@
 #include "platform/windows/WindowsClock.h"
 
 #include <windows.h>
+// after it
+#include <mmsystem.h>
 
 namespace ravlo
 {
@@ -15,6 +17,6 @@ DateTime WindowsClock::Now() const
     return dtWhole + static_cast<double>(now.wMilliseconds) / 86'400'000.0;
 }
 
-std::uint32_t WindowsClock::TickCount() const { return ::GetTickCount(); }
+std::uint32_t WindowsClock::TickCount() const { return ::timeGetTime(); }
 
 } // namespace ravlo

@@ -127,12 +127,18 @@ private:
     OpenFile m_cFile;
 };
 
+std::wstring PatternIn(const std::wstring& sFolder)
+{
+    const std::wstring sNative = NativePathOf(sFolder);
+    return sNative + (sNative.back() == L'\\' ? L"*" : L"\\*");
+}
+
 // A search in a folder, ended at the end of its life.
 class FolderSearch
 {
 public:
     FolderSearch(const std::wstring& sFolder, WIN32_FIND_DATAW& found)
-        : m_hSearch(::FindFirstFileW((NativePathOf(sFolder) + L"\\*").c_str(), &found))
+        : m_hSearch(::FindFirstFileW(PatternIn(sFolder).c_str(), &found))
     {
         if (m_hSearch == INVALID_HANDLE_VALUE)
             Fail();

@@ -18,6 +18,7 @@ namespace
 constexpr std::int32_t lDefaultSepMins = 60;
 constexpr const wchar_t* sSettingsFile = L"Scheduler\\SchedulerSettings.dat";
 constexpr std::size_t lDateLength = 8; // of a time stamp's "dd/mm/yy"
+constexpr std::size_t lLongestMessage = 1000;
 constexpr const wchar_t* sLogFolder = L"Debugging Logs\\Scheduler\\";
 
 std::wstring TwoDigits(int lValue)
@@ -26,6 +27,11 @@ std::wstring TwoDigits(int lValue)
 }
 
 std::wstring LogFileName(int lDayOfMonth) { return L"Scheduler " + TwoDigits(lDayOfMonth) + L".deb"; }
+
+// The rounding of a moment to whole seconds then gives the second that has begun, so that 23:59:59.6 stays in
+// its day. Half a millisecond less than half a second, since a whole second is seldom exact as a fraction of
+// a day.
+DateTime ForTruncation(DateTime dtWhen) { return dtWhen - 0.4995 / 86'400; }
 
 // 18 characters: "dd/mm/yy hh:mm:ss" and one blank.
 std::wstring TimeStamp(DateTime dtWhen)
@@ -66,12 +72,12 @@ void ModScheduler::StoreAppPath(const std::wstring& sAppPath)
 
 // ---- debug log
 
-void ModScheduler::WriteDebugLog(const std::wstring& sMessage)
+void ModScheduler::WriteDebugLog(std::wstring_view sMessage) noexcept
 {
     std::size_t lBefore = m_sLines.size();
     try
     {
-        const DateTime dtNow = m_cPorts.cClock.Now();
+        const DateTime dtNow = ForTruncation(m_cPorts.cClock.Now());
         const std::int64_t lSecond = WholeSeconds(dtNow);
         if (lSecond != m_lStampSecond || m_sStamp.empty())
         {
@@ -86,7 +92,9 @@ void ModScheduler::WriteDebugLog(const std::wstring& sMessage)
         if (m_sLines.empty())
             m_dtFirstLine = dtNow;
         m_sLines += m_sStamp;
-        m_sLines += sMessage;
+        m_sLines += sMessage.substr(0, lLongestMessage);
+        if (sMessage.size() > lLongestMessage)
+            m_sLines += L"...";
         m_sLines += sCrLf;
     }
     catch (...)
@@ -147,17 +155,25 @@ ModScheduler::LogScope::~LogScope()
         m_cMod.FlushDebugLog();
 }
 
+ModScheduler::OthersRun::OthersRun(ModScheduler& cMod) noexcept
+    : m_cMod(cMod), m_lScopes(std::exchange(cMod.m_lScopes, 0))
+{
+    cMod.FlushDebugLog();
+}
+
+ModScheduler::OthersRun::~OthersRun() { m_cMod.m_lScopes = m_lScopes; }
+
 // ---- errors, boxes, yielding
 
-void ModScheduler::DISPLAYERROR(const std::wstring& sProcedure, bool bShow,
-                                const RuntimeError& cError) noexcept
+void ModScheduler::DISPLAYERROR(std::wstring_view sProcedure, bool bShow, const RuntimeError& cError) noexcept
 {
     try
     {
         const std::wstring sNumber = DecimalText(cError.Number());
-        WriteDebugLog(L"DISPLAYERROR, " + sProcedure + L" " + sNumber + L" " + cError.Description());
+        const std::wstring sTitle(sProcedure);
+        WriteDebugLog(L"DISPLAYERROR, " + sTitle + L" " + sNumber + L" " + cError.Description());
         if (bShow)
-            Box(BoxIcon::Information, BoxButtons::Ok, sProcedure,
+            Box(BoxIcon::Information, BoxButtons::Ok, sTitle,
                 std::wstring(L"Handled Error!") + sCrLf + cError.Description() + sCrLf + sNumber);
     }
     catch (...)
@@ -166,13 +182,13 @@ void ModScheduler::DISPLAYERROR(const std::wstring& sProcedure, bool bShow,
     }
 }
 
-void ModScheduler::ShowCriticalError(const std::wstring& sTitle, const RuntimeError& cError) noexcept
+void ModScheduler::ShowCriticalError(std::wstring_view sTitle, const RuntimeError& cError) noexcept
 {
     try
     {
         const std::wstring sText = DecimalText(cError.Number()) + L" " + cError.Description();
         WriteDebugLog(sText);
-        Box(BoxIcon::Critical, BoxButtons::Ok, sTitle, sText);
+        Box(BoxIcon::Critical, BoxButtons::Ok, std::wstring(sTitle), sText);
     }
     catch (...)
     {
@@ -180,7 +196,7 @@ void ModScheduler::ShowCriticalError(const std::wstring& sTitle, const RuntimeEr
     }
 }
 
-void ModScheduler::LogError(const std::wstring& sWhere, const RuntimeError& cError) noexcept
+void ModScheduler::LogError(std::wstring_view sWhere, const RuntimeError& cError) noexcept
 {
     DISPLAYERROR(sWhere, false, cError);
 }
@@ -188,19 +204,19 @@ void ModScheduler::LogError(const std::wstring& sWhere, const RuntimeError& cErr
 BoxAnswer ModScheduler::Box(BoxIcon eIcon, BoxButtons eButtons, const std::wstring& sTitle,
                             const std::wstring& sText)
 {
-    FlushDebugLog();
+    const OthersRun cOthers(*this);
     return m_cPorts.cMessages.Box(eIcon, eButtons, sTitle, sText);
 }
 
 std::optional<std::wstring> ModScheduler::Input(const std::wstring& sTitle, const std::wstring& sPrompt)
 {
-    FlushDebugLog();
+    const OthersRun cOthers(*this);
     return m_cPorts.cMessages.Input(sTitle, sPrompt);
 }
 
 void ModScheduler::Pump()
 {
-    FlushDebugLog();
+    const OthersRun cOthers(*this);
     m_cPorts.cHostLoop.PumpMessages();
 }
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -31,10 +32,10 @@ public:
 
     // ---- debug log
 
-    // Notes one line with the present time. Inside a LogScope lines are gathered and appended together when
-    // the outermost scope ends; otherwise the line is appended at once. Never fails the caller.
-    // File format: docs/formats/debug-log.md.
-    void WriteDebugLog(const std::wstring& sMessage);
+    // Notes one line with the present time; a message is cut after 1000 characters. Inside a LogScope lines
+    // are gathered and appended together when the outermost scope ends; otherwise the line is appended at
+    // once. File format: docs/formats/debug-log.md.
+    void WriteDebugLog(std::wstring_view sMessage) noexcept;
     // Appends what was gathered so far. Called before anything that lets others run: an event, a box, a pump,
     // a save.
     void FlushDebugLog() noexcept;
@@ -49,18 +50,32 @@ public:
     private:
         ModScheduler& m_cMod;
     };
+    // While others run inside a call of ours, for which an input box may stay open over night: appends what
+    // was gathered, and ends the gathering for so long. Their calls gather for themselves.
+    class OthersRun
+    {
+    public:
+        explicit OthersRun(ModScheduler& cMod) noexcept;
+        ~OthersRun();
+        OthersRun(const OthersRun&) = delete;
+        OthersRun& operator=(const OthersRun&) = delete;
+
+    private:
+        ModScheduler& m_cMod;
+        int m_lScopes;
+    };
 
     // ---- error display
 
     // Logs "DISPLAYERROR, <procedure> <number> <description>"; with bShow also shows the information box
     // titled with the procedure's name: "Handled Error!", description and number on three lines.
-    void DISPLAYERROR(const std::wstring& sProcedure, bool bShow, const RuntimeError& cError) noexcept;
+    void DISPLAYERROR(std::wstring_view sProcedure, bool bShow, const RuntimeError& cError) noexcept;
     // The critical box "<number> <description>" under a title of its own, and one log line.
-    void ShowCriticalError(const std::wstring& sTitle, const RuntimeError& cError) noexcept;
+    void ShowCriticalError(std::wstring_view sTitle, const RuntimeError& cError) noexcept;
     // One log line, no box.
-    void LogError(const std::wstring& sWhere, const RuntimeError& cError) noexcept;
+    void LogError(std::wstring_view sWhere, const RuntimeError& cError) noexcept;
 
-    // ---- boxes and yielding; the debug log is flushed before anything that lets others run
+    // ---- boxes and yielding; the debug log is appended before anything that lets others run
 
     BoxAnswer Box(BoxIcon eIcon, BoxButtons eButtons, const std::wstring& sTitle, const std::wstring& sText);
     std::optional<std::wstring> Input(const std::wstring& sTitle, const std::wstring& sPrompt);

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <functional>
+
 namespace ravlo::test
 {
 namespace
@@ -47,6 +50,70 @@ TEST_F(DebugLogTest, TheYearHasTwoDigits)
     cWorld.cClock.SetNow(DateTimeOf({2109, 12, 31, 23, 59, 59}));
     cMod.WriteDebugLog(L"x");
     EXPECT_EQ(Log(L"31").substr(0, 18), "31/12/09 23:59:59 ");
+}
+
+TEST_F(DebugLogTest, AStampNamesTheSecondThatHasBegun)
+{
+    const DateTime dtMidnight = DateTimeOf({2024, 3, 5, 0, 0, 0});
+    const struct
+    {
+        double dMilliseconds; // after midnight
+        const char* sStamp;
+    } rows[] = {{0, "05/03/24 00:00:00 "},          {1, "05/03/24 00:00:00 "},
+                {500, "05/03/24 00:00:00 "},        {999, "05/03/24 00:00:00 "},
+                {1000, "05/03/24 00:00:01 "},       {86'399'000, "05/03/24 23:59:59 "},
+                {86'399'600, "05/03/24 23:59:59 "}, {86'399'999, "05/03/24 23:59:59 "}};
+    for (const auto& row : rows)
+    {
+        cWorld.cFiles.Put(LogOfDay(L"05"), "");
+        cWorld.cClock.SetNow(dtMidnight + row.dMilliseconds / 86'400'000);
+        cMod.WriteDebugLog(L"x");
+        EXPECT_EQ(Log(L"05"), row.sStamp + std::string("x\r\n")) << row.dMilliseconds;
+    }
+    EXPECT_EQ(cWorld.cFiles.Paths().size(), 1u) << "nothing goes into tomorrow's file";
+}
+
+TEST_F(DebugLogTest, EverySecondOfADayIsStampedAsItself)
+{
+    {
+        const ModScheduler::LogScope cScope(cMod);
+        for (int lSecond = 0; lSecond < 86'400; ++lSecond)
+        {
+            cWorld.cClock.SetNow(DateTimeOf({2024, 3, 5, lSecond / 3600, lSecond / 60 % 60, lSecond % 60}));
+            cMod.WriteDebugLog(L"");
+        }
+    }
+    const std::string sLog = Log(L"05");
+    constexpr std::size_t lLine = 20;
+    const std::size_t lFirst = sLog.find('\n') + 1; // after the line of the creation
+    ASSERT_EQ(sLog.size(), lFirst + 86'400 * lLine);
+    for (std::size_t lSecond = 0; lSecond < 86'400; ++lSecond)
+    {
+        char aTime[9];
+        std::snprintf(aTime, sizeof aTime, "%02d:%02d:%02d", static_cast<int>(lSecond / 3600 % 24),
+                      static_cast<int>(lSecond / 60 % 60), static_cast<int>(lSecond % 60));
+        ASSERT_EQ(sLog.substr(lFirst + lSecond * lLine + 9, 8), aTime);
+    }
+}
+
+TEST_F(DebugLogTest, AMessageIsCutAfterAThousandCharacters)
+{
+    for (const std::size_t lLength : {999u, 1000u, 1001u, 10'000'000u})
+        cMod.WriteDebugLog(std::wstring(lLength, L'x'));
+    EXPECT_EQ(
+        cWorld.LogMessages(),
+        (std::vector<std::wstring>{std::wstring(999, L'x'), std::wstring(1000, L'x'),
+                                   std::wstring(1000, L'x') + L"...", std::wstring(1000, L'x') + L"..."}));
+}
+
+TEST_F(DebugLogTest, ALineOrAnErrorNeverThrowsAtItsCaller)
+{
+    const RuntimeError cError(5);
+    const std::wstring_view sText = L"x"; // no memory is needed before the guard inside
+    static_assert(noexcept(cMod.WriteDebugLog(sText)));
+    static_assert(noexcept(cMod.DISPLAYERROR(sText, true, cError)));
+    static_assert(noexcept(cMod.ShowCriticalError(sText, cError)));
+    static_assert(noexcept(cMod.LogError(sText, cError)));
 }
 
 TEST_F(DebugLogTest, WhatTheCodePageLacksIsSubstituted)
@@ -177,6 +244,40 @@ TEST_F(DebugLogTest, LinesOfAnotherCallInsideAPumpComeAfterThoseGatheredBefore)
         cMod.WriteDebugLog(L"after");
     }
     EXPECT_EQ(cWorld.LogMessages(), (std::vector<std::wstring>{L"before", L"inside", L"after"}));
+}
+
+TEST_F(DebugLogTest, CallsMadeWhileABoxIsOpenAreWrittenAsTheyEnd)
+{
+    std::vector<std::wstring> colSeen; // in the log before the box is closed
+    const auto call = [&]
+    {
+        {
+            const ModScheduler::LogScope cScope(cMod);
+            cMod.WriteDebugLog(L"one");
+            cMod.WriteDebugLog(L"two");
+        }
+        colSeen = cWorld.LogMessages();
+    };
+    cWorld.cMessages.OnShown = call;
+    cWorld.cHostLoop.OnPump = call;
+    const std::function<void()> aOthers[] = {
+        [&] { cMod.Box(BoxIcon::None, BoxButtons::Ok, L"t", L"x"); },
+        [&] { cMod.Input(L"t", L"p"); },
+        [&] { cMod.Pump(); },
+        [&] { cMod.DISPLAYERROR(L"t", true, RuntimeError(5)); },
+    };
+    for (const auto& othersRun : aOthers)
+    {
+        colSeen.clear();
+        const ModScheduler::LogScope cOuter(cMod);
+        const ModScheduler::LogScope cInner(cMod);
+        othersRun();
+        ASSERT_GE(colSeen.size(), 2u);
+        EXPECT_EQ(colSeen.back(), L"two");
+        cWorld.cFiles.ClearOperations();
+        cMod.WriteDebugLog(L"after");
+        EXPECT_TRUE(cWorld.cFiles.Operations().empty()) << "gathered again";
+    }
 }
 
 TEST_F(DebugLogTest, LinesNotedBeforeTheFolderChangesStayInTheOldFolder)

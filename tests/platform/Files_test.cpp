@@ -84,6 +84,7 @@ TEST_P(FilesContract, AFolderListsItsFilesWithTheirAge)
     ASSERT_EQ(colFiles.size(), 1u);
     EXPECT_EQ(colFiles[0].sName, L"\u00FCber.sif");
     EXPECT_LE(std::chrono::abs(colFiles[0].lAge), std::chrono::minutes(10));
+    EXPECT_EQ(m_cFiles.FilesIn(m_cWorld->Root() + L"\\").size(), 1u);
     EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.FilesIn(In(L"Other")); }), error::PathNotFound);
 }
 

@@ -70,6 +70,23 @@ TEST_F(EventRelayTest, AFollowerIsToldWithoutAHostAndAfterAHostThatThrew)
     EXPECT_EQ(cWindow.colSaid, (Lines{L"Done: one", L"Done: two"}));
 }
 
+TEST_F(EventRelayTest, CallsInsideAnEventAreLoggedAsTheyEnd)
+{
+    Lines colSeen;
+    cHost.OnEvent = [&](const std::wstring&)
+    {
+        {
+            const ModScheduler::LogScope cScope(cMod);
+            cMod.WriteDebugLog(L"inside");
+        }
+        colSeen = cWorld.LogMessages();
+    };
+    const ModScheduler::LogScope cScope(cMod);
+    cMod.WriteDebugLog(L"before");
+    cRelay.RequestEditCut(NewPlainCut());
+    EXPECT_EQ(colSeen, (Lines{L"before", L"inside"}));
+}
+
 TEST_F(EventRelayTest, WithoutAListenerNothingHappens)
 {
     cRelay.Listen(nullptr);

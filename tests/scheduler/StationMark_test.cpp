@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+// A station folder in use is marked, so that a second program can tell.
+#include "ports/StationMarker.h"
+
+#include "support/SchedulerTest.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+namespace ravlo::test
+{
+namespace
+{
+
+class StationMarkTest : public testing::Test
+{
+protected:
+    StationMarkTest()
+    {
+        cWorld.cFiles.MakeFolders(L"C:\\Radio");
+        cWorld.cFiles.MakeFolders(L"C:\\Other");
+        cLibrary.cDataBase->Add(L"a.mp3", L"Rock", 1);
+    }
+    bool InUse(const std::wstring& sFolder = L"C:\\Radio") { return IsStationInUse(cWorld.cFiles, sFolder); }
+
+    RadioWorld cWorld;
+    Library cLibrary{cWorld};
+    const Lines colWarning{
+        L"The station is in use by another program or manager, which may overwrite its orders: "
+        L"C:\\Radio\\"};
+};
+
+TEST_F(StationMarkTest, AStationIsMarkedFromItsPopulationToTheEnd)
+{
+    EXPECT_FALSE(InUse());
+    cLibrary.Populate();
+    EXPECT_TRUE(InUse());
+    cLibrary.cSchedMan = nullptr;
+    EXPECT_FALSE(InUse());
+    EXPECT_TRUE(cWorld.LogMessages().empty());
+}
+
+TEST_F(StationMarkTest, AReloadKeepsTheMarkHoweverThePathIsSpelled)
+{
+    cLibrary.Populate();
+    cLibrary.cHost.OnEvent = [&](const std::wstring&) { EXPECT_TRUE(InUse()); };
+    cLibrary.Populate(L"c:\\RADIO");
+    EXPECT_TRUE(InUse());
+    EXPECT_TRUE(cWorld.LogMessages().empty());
+}
+
+TEST_F(StationMarkTest, ASecondManagerSaysSoInTheLogAndWorksOn)
+{
+    cLibrary.Populate();
+    Library cSecond(cWorld);
+    cSecond.cDataBase->Add(L"b.mp3", L"Pop", 1);
+    cSecond.Populate();
+    EXPECT_EQ(cWorld.LogMessages(), colWarning);
+    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+    EXPECT_EQ(cSecond.Order(L"Pop", 1), Keys{L"b.mp3"});
+    cSecond.cSchedMan = nullptr;
+    EXPECT_TRUE(InUse()) << "the first one's mark";
+}
+
+TEST_F(StationMarkTest, TheMarkIsTakenAtTheNextPopulationOnceItIsFree)
+{
+    std::unique_ptr<HeldFile> cOther;
+    cWorld.cFiles.MakeFolders(L"C:\\Radio\\Scheduler");
+    cOther = MarkStation(cWorld.cFiles, L"C:\\Radio");
+    cLibrary.Populate();
+    cLibrary.Populate();
+    EXPECT_EQ(cWorld.LogMessages(), (Lines{colWarning[0], colWarning[0]}));
+    cOther = nullptr;
+    cLibrary.Populate();
+    EXPECT_TRUE(InUse());
+    EXPECT_EQ(cWorld.LogMessages().size(), 2u);
+}
+
+TEST_F(StationMarkTest, TheMarkFollowsTheManagerToAnotherFolder)
+{
+    cLibrary.Populate();
+    cLibrary.Populate(L"C:\\Other");
+    EXPECT_FALSE(InUse());
+    EXPECT_TRUE(InUse(L"C:\\Other"));
+}
+
+TEST_F(StationMarkTest, AfterAFailedPopulationTheMarkIsWhereTheTreeIs)
+{
+    cLibrary.Populate();
+    cLibrary.cDataBase->bAllCutsFails = true;
+    cLibrary.Populate(L"C:\\Other");
+    ASSERT_EQ(cWorld.cMessages.Boxes.size(), 1u);
+    EXPECT_TRUE(InUse());
+    EXPECT_FALSE(InUse(L"C:\\Other"));
+}
+
+TEST_F(StationMarkTest, AStationThatCannotBeMarkedIsPopulatedAllTheSame)
+{
+    cWorld.cFiles.Put(StationMarkerPath(L"C:\\Radio"), "");
+    cWorld.cFiles.SetReadOnly(StationMarkerPath(L"C:\\Radio"));
+    cLibrary.Populate();
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), Keys{L"a.mp3"});
+    EXPECT_EQ(cWorld.LogMessages(), Lines{L"DISPLAYERROR, PopulateFromDataBase, marking the station 75 "
+                                          L"Path/File access error"});
+    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+}
+
+// ---- what a killed program leaves behind
+
+TEST_F(StationMarkTest, TemporaryFilesOlderThanADayAreDeleted)
+{
+    using std::chrono::hours;
+    using std::chrono::seconds;
+    const std::wstring sScheduler = L"C:\\Radio\\Scheduler\\";
+    const struct
+    {
+        std::wstring sPath;
+        seconds lAge;
+        bool bStays;
+    } rows[] = {
+        {sScheduler + L"~0123abcd.tmp", hours(25), false},
+        {sScheduler + L"History_and_Ordering\\~ffffffff.tmp", hours(24) + seconds(1), false},
+        {sScheduler + L"Rules\\~00000000.tmp", hours(24 * 365), false},
+        {sScheduler + L"~0123abce.tmp", hours(24), true},
+        {sScheduler + L"~0123abcf.tmp", seconds(-5), true},
+        {sScheduler + L"~work.tmp", hours(240), true},
+        {sScheduler + L"MainCats.txt.bak", hours(240), true},
+        {sScheduler + L"Rules\\Mine\\~0123abcd.tmp", hours(240), true},
+        {L"C:\\Radio\\~0123abcd.tmp", hours(240), true},
+    };
+    for (const auto& row : rows)
+    {
+        cWorld.cFiles.Put(row.sPath, "left");
+        cWorld.cFiles.SetAge(row.sPath, row.lAge);
+    }
+    cLibrary.Populate();
+    for (const auto& row : rows)
+        EXPECT_EQ(cWorld.cFiles.FileExists(row.sPath), row.bStays) << testing::PrintToString(row.sPath);
+}
+
+TEST_F(StationMarkTest, ATemporaryFileThatCannotBeDeletedStopsNothing)
+{
+    const std::wstring sFirst = L"C:\\Radio\\Scheduler\\~00000000.tmp";
+    const std::wstring sSecond = L"C:\\Radio\\Scheduler\\~00000001.tmp";
+    for (const std::wstring& sPath : {sFirst, sSecond})
+    {
+        cWorld.cFiles.Put(sPath, "left");
+        cWorld.cFiles.SetAge(sPath, std::chrono::hours(48));
+    }
+    cWorld.cFiles.SetReadOnly(sFirst);
+    cLibrary.Populate();
+    EXPECT_TRUE(cWorld.cFiles.FileExists(sFirst));
+    EXPECT_FALSE(cWorld.cFiles.FileExists(sSecond));
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), Keys{L"a.mp3"});
+    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+}
+
+} // namespace
+} // namespace ravlo::test
