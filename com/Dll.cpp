@@ -38,6 +38,9 @@ const EmbeddedTypeLibrary colTypeLibraries[] = {
     {LIBID_KorvaCollection, 3, true},
 };
 
+// What stays registered when this module goes: the database, whose types these libraries describe too.
+const CLSID* const colNeighbours[] = {&CLSID_clsDataBase};
+
 } // namespace
 
 extern "C"
@@ -46,7 +49,7 @@ extern "C"
     BOOL WINAPI DllMain(HINSTANCE hInstance, DWORD lReason, LPVOID)
     {
         if (lReason == DLL_PROCESS_ATTACH)
-            module::Attach(hInstance, {colClasses, colTypeLibraries});
+            module::Attach(hInstance, {colClasses, colTypeLibraries, colNeighbours});
         return TRUE;
     }
 

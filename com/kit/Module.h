@@ -44,6 +44,9 @@ struct ModuleParts
 {
     std::span<const CoClass> colClasses;
     std::span<const EmbeddedTypeLibrary> colTypeLibraries;
+    // One class of each other module that carries some of these libraries: where that module is registered,
+    // it takes them over when this one is taken out.
+    std::span<const CLSID* const> colNeighbours;
 };
 
 // The DLL as COM sees it: what it can create, how many of its objects live, where its types are described.

@@ -73,10 +73,30 @@ void RegisterClass(HKEY hRoot, const ClassIdentity& identity)
     Write(hRoot, ProgIdKey(sProgID) + L"\\CurVer", nullptr, sVersioned);
 }
 
+// Whether the class is registered for the other width, 32 bit or 64. Under a system of one width both are the
+// same key.
+bool RegisteredForOtherWidth(HKEY hRoot, const CLSID& clsid)
+{
+#ifdef _WIN64
+    constexpr REGSAM lOther = KEY_WOW64_32KEY;
+#else
+    constexpr REGSAM lOther = KEY_WOW64_64KEY;
+#endif
+    HKEY hKey = nullptr;
+    if (RegOpenKeyExW(hRoot, (ClassKey(clsid) + L"\\InprocServer32").c_str(), 0, KEY_READ | lOther, &hKey) !=
+        ERROR_SUCCESS)
+        return false;
+    RegCloseKey(hKey);
+    return true;
+}
+
+// Each width has its own class keys, both share the names: the last one takes them out.
 void UnregisterClass(HKEY hRoot, const ClassIdentity& identity) noexcept
 try
 {
     RegDeleteTreeW(hRoot, ClassKey(identity.clsid).c_str());
+    if (RegisteredForOtherWidth(hRoot, identity.clsid))
+        return;
     RegDeleteTreeW(hRoot, ProgIdKey(identity.sProgID).c_str());
     RegDeleteTreeW(hRoot, ProgIdKey(identity.sProgID + std::wstring(L".1")).c_str());
 }
@@ -100,6 +120,21 @@ bool IsOurs(const EmbeddedTypeLibrary& library, const std::wstring& sRegistered)
            EqualIgnoringCase(sRegistered, module::Path() + L"\\" + std::to_wstring(library.lResource));
 }
 
+void WriteLibrary(RegistrationScope eScope, ITypeLib& cLibrary, std::wstring sPath)
+{
+    ThrowIfFailed(eScope == RegistrationScope::User ? RegisterTypeLibForUser(&cLibrary, sPath.data(), nullptr)
+                                                    : RegisterTypeLib(&cLibrary, sPath.data(), nullptr));
+}
+
+GUID GuidOf(ITypeLib& cLibrary)
+{
+    TLIBATTR* pAttributes = nullptr;
+    ThrowIfFailed(cLibrary.GetLibAttr(&pAttributes));
+    const GUID guid = pAttributes->guid;
+    cLibrary.ReleaseTLibAttr(pAttributes);
+    return guid;
+}
+
 void RegisterLibrary(RegistrationScope eScope, const EmbeddedTypeLibrary& library)
 {
     std::wstring sPath = module::PathOf(library);
@@ -108,15 +143,48 @@ void RegisterLibrary(RegistrationScope eScope, const EmbeddedTypeLibrary& librar
     if (!library.bHome && !sRegistered.empty() && !IsOurs(library, sRegistered) &&
         SUCCEEDED(LoadTypeLibEx(sRegistered.c_str(), REGKIND_NONE, cResolved.Receive())))
         return; // its own module has done it
-    const auto cLibrary = module::LoadTypeLibrary(library);
-    ThrowIfFailed(eScope == RegistrationScope::User
-                      ? RegisterTypeLibForUser(cLibrary.Get(), sPath.data(), nullptr)
-                      : RegisterTypeLib(cLibrary.Get(), sPath.data(), nullptr));
+    WriteLibrary(eScope, *module::LoadTypeLibrary(library).Get(), std::move(sPath));
+}
+
+// The file that a class is registered with; empty when it is not.
+std::wstring ServerPath(HKEY hRoot, const CLSID& clsid)
+{
+    const std::wstring sKey = ClassKey(clsid) + L"\\InprocServer32";
+    DWORD lBytes = 0;
+    if (RegGetValueW(hRoot, sKey.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, nullptr, &lBytes) != ERROR_SUCCESS)
+        return {};
+    std::wstring sPath(lBytes / sizeof(wchar_t), L'\0');
+    if (RegGetValueW(hRoot, sKey.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, sPath.data(), &lBytes) !=
+        ERROR_SUCCESS)
+        return {};
+    return sPath.c_str(); // up to the terminator
+}
+
+// Registers the copy of a library that a neighbour carries. False when none that is registered has one.
+bool HandOver(RegistrationScope eScope, REFGUID libid)
+{
+    for (const CLSID* pNeighbour : module::Parts().colNeighbours)
+    {
+        const std::wstring sServer = ServerPath(RootOf(eScope), *pNeighbour);
+        for (UINT lResource = 1; !sServer.empty(); ++lResource)
+        {
+            const std::wstring sPath =
+                lResource == 1 ? sServer : sServer + L"\\" + std::to_wstring(lResource);
+            ComPtr<ITypeLib> cLibrary;
+            if (FAILED(LoadTypeLibEx(sPath.c_str(), REGKIND_NONE, cLibrary.Receive())))
+                break; // numbered without a gap
+            if (GuidOf(*cLibrary) != libid)
+                continue;
+            WriteLibrary(eScope, *cLibrary, sPath);
+            return true;
+        }
+    }
+    return false;
 }
 
 void UnregisterLibrary(RegistrationScope eScope, const EmbeddedTypeLibrary& library)
 {
-    if (!IsOurs(library, RegisteredPath(library.libid)))
+    if (!IsOurs(library, RegisteredPath(library.libid)) || HandOver(eScope, library.libid))
         return;
     if (eScope == RegistrationScope::User)
         UnRegisterTypeLibForUser(library.libid, lMajor, lMinor, LOCALE_NEUTRAL, eSysKind);

@@ -16,8 +16,9 @@ enum class RegistrationScope
 // back what was written and tells why.
 HRESULT RegisterModule(RegistrationScope eScope) noexcept;
 
-// Takes all of it out again; what is not there is passed over. A type library stays when another module's
-// file is registered for it.
+// Takes all of it out again; what is not there is passed over. The names (ProgID) stay while the other width,
+// 32 bit or 64, is registered. A type library stays when another module's file is registered for it, or when
+// a neighbour that is registered carries it too: then that one's file is registered for it.
 HRESULT UnregisterModule(RegistrationScope eScope) noexcept;
 
 // What DllInstall does: sCommand "user" (in any case) chooses RegistrationScope::User.

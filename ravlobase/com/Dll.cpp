@@ -4,6 +4,8 @@
 #include "ravlobase/StoreCut.h"
 #include "ravlobase/com/DataBaseFace.h"
 
+#include <RavloScheduler.h>
+
 namespace
 {
 
@@ -20,6 +22,9 @@ const EmbeddedTypeLibrary colTypeLibraries[] = {
     {LIBID_KorvaCollection, 2, false},
 };
 
+// What stays registered when this module goes: the scheduler, which describes the same types.
+const CLSID* const colNeighbours[] = {&CLSID_clsSchedMan};
+
 } // namespace
 
 extern "C"
@@ -28,7 +33,7 @@ extern "C"
     BOOL WINAPI DllMain(HINSTANCE hInstance, DWORD lReason, LPVOID)
     {
         if (lReason == DLL_PROCESS_ATTACH)
-            module::Attach(hInstance, {colClasses, colTypeLibraries});
+            module::Attach(hInstance, {colClasses, colTypeLibraries, colNeighbours});
         return TRUE;
     }
 

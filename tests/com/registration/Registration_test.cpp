@@ -211,6 +211,56 @@ TEST_F(RegistrationTest, UnregisteringLeavesAnotherModulesTypeLibrariesAlone)
         ExpectRegistered(HKEY_LOCAL_MACHINE, one, m_cBase.Path());
 }
 
+TEST_F(RegistrationTest, TypeLibrariesThatTheOtherServerNeedsChangeHands)
+{
+    const auto both = [&](bool bUser)
+    {
+        for (const Server* pServer : {&m_cSched, &m_cBase})
+            ASSERT_EQ(bUser ? pServer->Install(true, L"user") : pServer->Register(), S_OK);
+    };
+    for (const bool bUser : {false, true})
+    {
+        const auto unregister = [&](const Server& server)
+        { return bUser ? server.Install(false, L"user") : server.Unregister(); };
+        both(bUser);
+        ASSERT_EQ(unregister(m_cSched), S_OK);
+        EXPECT_EQ(LibraryPath(LIBID_KorvaCollection), m_cBase.Path() + L"\\2");
+        EXPECT_EQ(LibraryPath(LIBID_RavloBase), m_cBase.Path());
+        EXPECT_EQ(LibraryPath(LIBID_RavloScheduler), L"");
+        both(bUser);
+        ASSERT_EQ(unregister(m_cBase), S_OK);
+        EXPECT_EQ(LibraryPath(LIBID_KorvaCollection), m_cSched.Path() + L"\\3");
+        EXPECT_EQ(LibraryPath(LIBID_RavloBase), m_cSched.Path() + L"\\2");
+        EXPECT_EQ(LibraryPath(LIBID_RavloScheduler), m_cSched.Path());
+        ASSERT_EQ(unregister(m_cSched), S_OK);
+        for (const GUID* pLibid : {&LIBID_KorvaCollection, &LIBID_RavloBase, &LIBID_RavloScheduler})
+            EXPECT_EQ(LibraryPath(*pLibid), L"");
+    }
+}
+
+// 32 bit and 64 have class keys of their own and share the names.
+TEST_F(RegistrationTest, TheNamesStayWhileTheOtherWidthIsRegistered)
+{
+    const Class& one = colBaseClasses[0];
+    const std::wstring sKey = L"Software\\Classes\\CLSID\\" + TextOfGuid(*one.pClsid);
+    HKEY hOther = nullptr;
+    ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, (sKey + L"\\InprocServer32").c_str(), 0, nullptr, 0,
+                              KEY_WRITE | KEY_WOW64_32KEY, nullptr, &hOther, nullptr),
+              ERROR_SUCCESS);
+    RegCloseKey(hOther);
+    ASSERT_EQ(m_cBase.Register(), S_OK);
+    ASSERT_EQ(m_cBase.Unregister(), S_OK);
+    EXPECT_EQ(Value(HKEY_LOCAL_MACHINE, L"CLSID\\" + TextOfGuid(*one.pClsid)), std::nullopt);
+    for (const std::wstring& sName : {std::wstring(one.sProgID), one.sProgID + std::wstring(L".1")})
+        EXPECT_EQ(Value(HKEY_LOCAL_MACHINE, sName + L"\\CLSID"), TextOfGuid(*one.pClsid));
+    ExpectNotRegistered(HKEY_LOCAL_MACHINE, colBaseClasses[1]); // of which there is no other width
+    for (const wchar_t* sPart : {L"\\InprocServer32", L""})
+        ASSERT_EQ(RegDeleteKeyExW(HKEY_LOCAL_MACHINE, (sKey + sPart).c_str(), KEY_WOW64_32KEY, 0),
+                  ERROR_SUCCESS);
+    ASSERT_EQ(m_cBase.Unregister(), S_OK);
+    ExpectNotRegistered(HKEY_LOCAL_MACHINE, one);
+}
+
 TEST_F(RegistrationTest, ForOneUserTheKeysAreTheUsersOwn)
 {
     for (const wchar_t* sCommand : {L"user", L"USER"})
