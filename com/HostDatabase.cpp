@@ -164,7 +164,7 @@ class HostBatch final : public DataBase::Batch
 public:
     explicit HostBatch(ComPtr<IBatchedChanges> cChanges) : m_cChanges(std::move(cChanges))
     {
-        Check(m_cChanges->BeginBatch());
+        Call(&IBatchedChanges::BeginBatch);
         m_bOpen = true;
     }
     HostBatch(const HostBatch&) = delete;
@@ -172,16 +172,20 @@ public:
     ~HostBatch() override
     {
         if (m_bOpen)
-            m_cChanges->RollbackBatch();
+            Outgoing([&] { return m_cChanges->RollbackBatch(); });
     }
     void Commit() override
     {
         m_bOpen = false; // a batch that cannot be committed is over as well
-        Check(m_cChanges->CommitBatch());
+        Call(&IBatchedChanges::CommitBatch);
     }
 
 private:
-    void Check(HRESULT hResult) const { ThrowIfFailed(hResult, *m_cChanges, IID_IBatchedChanges); }
+    template <class Member> void Call(Member pMember) const
+    {
+        ThrowIfFailed(Outgoing([&] { return (m_cChanges.Get()->*pMember)(); }), *m_cChanges,
+                      IID_IBatchedChanges);
+    }
 
     ComPtr<IBatchedChanges> m_cChanges;
     bool m_bOpen = false;
@@ -194,6 +198,8 @@ std::shared_ptr<HostDatabase> HostDatabase::Of(_clsDataBase* pHost)
     if (!pHost)
         return nullptr;
     ComPtr<IUnknown> cIdentity = IdentityOf(pHost);
+    if (!cIdentity)
+        ThrowIfFailed(E_NOINTERFACE); // two such objects could not be told apart
     auto& cKnown = Known()[cIdentity.Get()];
     if (auto cFound = cKnown.lock())
         return cFound;
@@ -213,12 +219,17 @@ HostDatabase::~HostDatabase()
     Disconnect();
 }
 
-void HostDatabase::Check(HRESULT hResult) const { ThrowIfFailed(hResult, *m_cHost, IID__clsDataBase); }
+template <class Member, class... Arguments>
+void HostDatabase::Call(Member pMember, Arguments... arguments) const
+{
+    ThrowIfFailed(Outgoing([&] { return (m_cHost.Get()->*pMember)(arguments...); }), *m_cHost,
+                  IID__clsDataBase);
+}
 
 Cuts HostDatabase::AllCuts() const
 {
     ComPtr<_clsCollection> colCuts;
-    Check(m_cHost->get_Cuts(colCuts.Receive()));
+    Call(&_clsDataBase::get_Cuts, colCuts.Receive());
     return CutsIn(colCuts.Get());
 }
 
@@ -226,7 +237,7 @@ std::shared_ptr<Cut> HostDatabase::CutByKey(const TextKey& cKey) const
 {
     const Bstr sKey{std::wstring_view(cKey.Text())};
     ComPtr<_clsCut> cCut;
-    Check(m_cHost->CutByKey(sKey.Get(), cCut.Receive()));
+    Call(&_clsDataBase::CutByKey, sKey.Get(), cCut.Receive());
     return CutFrom(cCut.Get());
 }
 
@@ -238,14 +249,14 @@ std::shared_ptr<Cut> HostDatabase::CutByArtistTitle(const std::wstring& sArtist,
     const Bstr sArtistValue{std::wstring_view(sArtist)};
     const Bstr sTitleValue{std::wstring_view(sTitle)};
     ComPtr<_clsCut> cCut;
-    Check(m_cHost->CutByArtistTitle(sArtistValue.Get(), sTitleValue.Get(), cCut.Receive()));
+    Call(&_clsDataBase::CutByArtistTitle, sArtistValue.Get(), sTitleValue.Get(), cCut.Receive());
     return CutFrom(cCut.Get());
 }
 
 std::shared_ptr<Cut> HostDatabase::NewCut() const
 {
     ComPtr<_clsCut> cCut;
-    Check(m_cHost->NewCut(cCut.Receive()));
+    Call(&_clsDataBase::NewCut, cCut.Receive());
     if (!cCut)
         throw RuntimeError(error::ObjectNotSet);
     return CutFrom(cCut.Get());
@@ -282,11 +293,11 @@ void HostDatabase::Connect()
 {
     const auto cContainer = m_cHost.As<IConnectionPointContainer>();
     ComPtr<IConnectionPoint> cPoint;
-    if (!cContainer || FAILED(cContainer->FindConnectionPoint(DIID___clsDataBase, cPoint.Receive())) ||
-        !cPoint)
+    const auto find = [&] { return cContainer->FindConnectionPoint(DIID___clsDataBase, cPoint.Receive()); };
+    if (!cContainer || FAILED(Outgoing(find)) || !cPoint)
         return;
     const auto cSink = NewObject<DataBaseSink>(weak_from_this());
-    const HRESULT hAdvised = cPoint->Advise(cSink.Get(), &m_lCookie);
+    const HRESULT hAdvised = Outgoing([&] { return cPoint->Advise(cSink.Get(), &m_lCookie); });
     if (SUCCEEDED(hAdvised))
         m_cPoint = std::move(cPoint);
     else
@@ -299,7 +310,7 @@ void HostDatabase::Disconnect() noexcept
 {
     const ComPtr<IConnectionPoint> cPoint = std::move(m_cPoint);
     if (cPoint)
-        cPoint->Unadvise(m_lCookie);
+        Outgoing([&] { return cPoint->Unadvise(m_lCookie); });
 }
 
 } // namespace ravlo

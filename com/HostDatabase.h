@@ -48,7 +48,8 @@ public:
     }
 
 private:
-    void Check(HRESULT hResult) const;
+    // Calls the host's object: what fails or is thrown becomes a RuntimeError.
+    template <class Member, class... Arguments> void Call(Member pMember, Arguments... arguments) const;
     bool IsListening(const DataBaseEvents& cEvents) const noexcept;
     void Connect();
     void Disconnect() noexcept;

@@ -37,7 +37,7 @@ ComPtr<IDispatch> ObjectOf(const Variant& value)
 [[noreturn]] void Rethrow(EXCEPINFO& info)
 {
     if (info.pfnDeferredFillIn)
-        info.pfnDeferredFillIn(&info);
+        Outgoing([&] { return info.pfnDeferredFillIn(&info); });
     const std::wstring sDescription = TextOf(info.bstrDescription);
     SysFreeString(info.bstrSource);
     SysFreeString(info.bstrDescription);
@@ -59,9 +59,11 @@ DISPID LateBound::IdOf(const wchar_t* sName)
     LPOLESTR pName = sAsked.data();
     DISPID lId = DISPID_UNKNOWN;
     if (m_cScriptObject)
-        ThrowIfFailed(m_cScriptObject->GetDispID(Bstr(sAsked).Get(), fdexNameCaseInsensitive, &lId));
+        ThrowIfFailed(Outgoing(
+            [&] { return m_cScriptObject->GetDispID(Bstr(sAsked).Get(), fdexNameCaseInsensitive, &lId); }));
     else
-        ThrowIfFailed(m_cObject->GetIDsOfNames(IID_NULL, &pName, 1, LOCALE_USER_DEFAULT, &lId));
+        ThrowIfFailed(Outgoing(
+            [&] { return m_cObject->GetIDsOfNames(IID_NULL, &pName, 1, LOCALE_USER_DEFAULT, &lId); }));
     m_colIds.emplace(sName, lId);
     return lId;
 }
@@ -76,10 +78,14 @@ Variant LateBound::Invoke(const wchar_t* sName, WORD wFlags, std::vector<Variant
     EXCEPINFO info{};
     const DISPID lId = IdOf(sName);
     VARIANT* const pResult = bPut ? nullptr : &result;
-    const HRESULT hResult = m_cScriptObject ? m_cScriptObject->InvokeEx(lId, LOCALE_USER_DEFAULT, wFlags,
-                                                                        &arguments, pResult, &info, nullptr)
-                                            : m_cObject->Invoke(lId, IID_NULL, LOCALE_USER_DEFAULT, wFlags,
-                                                                &arguments, pResult, &info, nullptr);
+    const HRESULT hResult = Outgoing(
+        [&]
+        {
+            return m_cScriptObject ? m_cScriptObject->InvokeEx(lId, LOCALE_USER_DEFAULT, wFlags, &arguments,
+                                                               pResult, &info, nullptr)
+                                   : m_cObject->Invoke(lId, IID_NULL, LOCALE_USER_DEFAULT, wFlags, &arguments,
+                                                       pResult, &info, nullptr);
+        });
     if (hResult == DISP_E_EXCEPTION)
         Rethrow(info);
     ThrowIfFailed(hResult);

@@ -79,7 +79,7 @@ public:
                                         });
         if (FAILED(hResult))
             while (lFetched > 0)
-                VariantClear(&pItems[--lFetched]); // what fails hands out nothing
+                Clear(pItems[--lFetched]); // what fails hands out nothing
         if (plFetched)
             *plFetched = lFetched;
         if (FAILED(hResult))
@@ -213,8 +213,14 @@ void ForEachItem(IDispatch* colItems, const std::function<void(const Variant&)>&
         throw RuntimeError(error::ObjectNotSet);
     DISPPARAMS none{};
     Variant cResult;
-    if (FAILED(colItems->Invoke(DISPID_NEWENUM, IID_NULL, LOCALE_USER_DEFAULT,
-                                DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none, &cResult, nullptr, nullptr)))
+    const HRESULT hEnum = Outgoing(
+        [&]
+        {
+            return colItems->Invoke(DISPID_NEWENUM, IID_NULL, LOCALE_USER_DEFAULT,
+                                    DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none, &cResult, nullptr,
+                                    nullptr);
+        });
+    if (FAILED(hEnum))
         throw RuntimeError(lNoEnumeration);
     const auto cEnum = ObjectIn<IEnumVARIANT>(cResult);
     if (!cEnum)
@@ -223,7 +229,7 @@ void ForEachItem(IDispatch* colItems, const std::function<void(const Variant&)>&
     {
         Variant cItem;
         ULONG lFetched = 0;
-        const HRESULT hResult = cEnum->Next(1, &cItem, &lFetched);
+        const HRESULT hResult = Outgoing([&] { return cEnum->Next(1, &cItem, &lFetched); });
         ThrowIfFailed(hResult);
         if (hResult != S_OK || lFetched == 0)
             return;

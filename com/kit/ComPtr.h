@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "com/kit/Com.h"
+#include "com/kit/Outgoing.h"
 
 #include <utility>
 
 namespace ravlo
 {
 
-// A counted reference to a COM object, or none.
+// A counted reference to a COM object, or none. Any module's object: nothing it throws comes through.
 template <class I> class ComPtr
 {
 public:
@@ -18,7 +18,7 @@ public:
     explicit ComPtr(I* pObject) noexcept : m_pObject(pObject)
     {
         if (m_pObject)
-            m_pObject->AddRef();
+            TakeReference(m_pObject);
     }
     ComPtr(const ComPtr& other) noexcept : ComPtr(other.m_pObject) {}
     ComPtr(ComPtr&& other) noexcept : m_pObject(std::exchange(other.m_pObject, nullptr)) {}
@@ -34,7 +34,7 @@ public:
     ~ComPtr()
     {
         if (m_pObject)
-            m_pObject->Release();
+            LetGo(m_pObject);
     }
 
     // Takes over a reference the caller owns.
@@ -64,7 +64,7 @@ public:
     {
         ComPtr<J> cResult;
         void* pvResult = nullptr;
-        if (m_pObject && SUCCEEDED(m_pObject->QueryInterface(iid, &pvResult)))
+        if (m_pObject && SUCCEEDED(Ask(m_pObject, iid, &pvResult)))
             cResult = ComPtr<J>::Adopt(static_cast<J*>(pvResult));
         return cResult;
     }

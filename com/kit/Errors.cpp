@@ -35,6 +35,7 @@ constexpr KnownResult colKnown[] = {
     {0x80070002, 53},  // file not found
     {0x80070003, 76},  // path not found
     {0x80070005, 70},  // E_ACCESSDENIED
+    {0x8000FFFF, 51},  // E_UNEXPECTED: also of an object that threw an exception
     {0x8007000E, 7},   // E_OUTOFMEMORY
     {0x80070057, 5},   // E_INVALIDARG
     {0x80070070, 61},  // disk full
@@ -57,9 +58,9 @@ std::wstring TakeErrorText(IUnknown& cObject, REFIID iid)
     const auto cSupport = ComPtr<IUnknown>(&cObject).As<ISupportErrorInfo>();
     ComPtr<IErrorInfo> cInfo;
     Bstr sText;
-    if (cSupport && cSupport->InterfaceSupportsErrorInfo(iid) == S_OK &&
+    if (cSupport && Outgoing([&] { return cSupport->InterfaceSupportsErrorInfo(iid); }) == S_OK &&
         GetErrorInfo(0, cInfo.Receive()) == S_OK)
-        cInfo->GetDescription(sText.Receive());
+        Outgoing([&] { return cInfo->GetDescription(sText.Receive()); });
     return sText.Text();
 }
 

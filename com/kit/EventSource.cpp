@@ -97,8 +97,12 @@ try
         Variant cResult;
         EXCEPINFO info{};
         UINT lArgErr = 0;
-        sink.cSink->Invoke(lEvent, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &arguments, &cResult,
-                           &info, &lArgErr);
+        Outgoing(
+            [&]
+            {
+                return sink.cSink->Invoke(lEvent, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &arguments,
+                                          &cResult, &info, &lArgErr);
+            });
         SysFreeString(info.bstrSource);
         SysFreeString(info.bstrDescription);
         SysFreeString(info.bstrHelpFile);

@@ -21,7 +21,8 @@ public:
     ~EventSource();
 
     // Raises an event with its arguments in the order they are declared. A by-reference argument is a VARIANT
-    // that refers to its target. What a sink answers is ignored: a broken host must not break the work.
+    // that refers to its target. What a sink answers or throws is ignored: a broken host must not break the
+    // work.
     void Fire(DISPID lEvent, std::initializer_list<VARIANT> colArguments) noexcept;
     bool HasSinks() const noexcept { return !m_colSinks.empty(); }
 

@@ -35,6 +35,8 @@ std::wstring BareName(const std::wstring& sAssignment)
 std::shared_ptr<HostCut> HostCut::Of(_clsCut* pHost)
 {
     ComPtr<IUnknown> cIdentity = IdentityOf(pHost);
+    if (!cIdentity)
+        ThrowIfFailed(E_NOINTERFACE); // two such objects could not be told apart
     auto& cKnown = Known()[cIdentity.Get()];
     if (auto cFound = cKnown.lock())
         return cFound;
@@ -50,39 +52,39 @@ HostCut::HostCut(ComPtr<_clsCut> cHost, ComPtr<IUnknown> cIdentity)
 
 HostCut::~HostCut() { Known().erase(m_cIdentity.Get()); }
 
-void HostCut::Check(HRESULT hResult) const { ThrowIfFailed(hResult, *m_cHost, IID__clsCut); }
+template <class Member, class... Arguments> void HostCut::Call(Member pMember, Arguments... arguments) const
+{
+    ThrowIfFailed(Outgoing([&] { return (m_cHost.Get()->*pMember)(arguments...); }), *m_cHost, IID__clsCut);
+}
 
 std::wstring HostCut::Text(Getter<BSTR> get) const
 {
     Bstr sText;
-    Check((m_cHost.Get()->*get)(sText.Receive()));
+    Call(get, sText.Receive());
     return sText.Text();
 }
 
 std::int32_t HostCut::Long(Getter<LONG> get) const
 {
     LONG lValue = 0;
-    Check((m_cHost.Get()->*get)(&lValue));
+    Call(get, &lValue);
     return static_cast<std::int32_t>(lValue);
 }
 
 bool HostCut::Bool(Getter<VARIANT_BOOL> get) const
 {
     VARIANT_BOOL bValue = VARIANT_FALSE;
-    Check((m_cHost.Get()->*get)(&bValue));
+    Call(get, &bValue);
     return bValue != VARIANT_FALSE;
 }
 
 void HostCut::Set(Setter<BSTR> set, const std::wstring& sText)
 {
     const Bstr sValue{std::wstring_view(sText)};
-    Check((m_cHost.Get()->*set)(sValue.Get()));
+    Call(set, sValue.Get());
 }
-void HostCut::Set(Setter<LONG> set, std::int32_t lValue)
-{
-    Check((m_cHost.Get()->*set)(static_cast<LONG>(lValue)));
-}
-void HostCut::Set(Setter<VARIANT_BOOL> set, bool bValue) { Check((m_cHost.Get()->*set)(BoolOf(bValue))); }
+void HostCut::Set(Setter<LONG> set, std::int32_t lValue) { Call(set, static_cast<LONG>(lValue)); }
+void HostCut::Set(Setter<VARIANT_BOOL> set, bool bValue) { Call(set, BoolOf(bValue)); }
 
 TextKey HostCut::Key() const { return TextKey(Text(&_clsCut::get_Key)); }
 std::wstring HostCut::SecondaryKey() const { return Text(&_clsCut::get_SecondaryKey); }
@@ -98,7 +100,7 @@ std::wstring HostCut::DurationText() const { return Text(&_clsCut::get_DurationT
 DateTime HostCut::LastPlayed() const
 {
     DATE dtWhen = 0;
-    Check(m_cHost->get_LastPlayed(&dtWhen));
+    Call(&_clsCut::get_LastPlayed, &dtWhen);
     return dtWhen;
 }
 bool HostCut::Opener() const { return Bool(&_clsCut::get_Opener); }
@@ -107,7 +109,7 @@ std::int32_t HostCut::CatLevel() const { return Long(&_clsCut::get_CatLevel); }
 ComPtr<_clsCollection> HostCut::Categories() const
 {
     ComPtr<_clsCollection> colNames;
-    Check(m_cHost->get_Categories(colNames.Receive()));
+    Call(&_clsCut::get_Categories, colNames.Receive());
     if (!colNames)
         throw RuntimeError(error::ObjectNotSet);
     return colNames;
@@ -138,7 +140,7 @@ bool HostCut::HasKey(_clsCollection& colNames, std::wstring_view sKey) const
 {
     VARIANT_BOOL bExists = VARIANT_FALSE;
     const Variant cKey(sKey);
-    ThrowIfFailed(colNames.Exists(cKey, &bExists), colNames, IID__clsCollection);
+    ThrowIfFailed(Outgoing([&] { return colNames.Exists(cKey, &bExists); }), colNames, IID__clsCollection);
     return bExists != VARIANT_FALSE;
 }
 
@@ -162,7 +164,8 @@ void HostCut::AddCategoryName(const std::wstring& sName)
     if (Holds(*colNames, sName))
         return;
     const Variant cName{std::wstring_view(sName)};
-    ThrowIfFailed(colNames->Add(cName, cName, Variant::Omitted(), Variant::Omitted()), *colNames,
+    const Variant cOmitted = Variant::Omitted();
+    ThrowIfFailed(Outgoing([&] { return colNames->Add(cName, cName, cOmitted, cOmitted); }), *colNames,
                   IID__clsCollection);
 }
 
@@ -170,7 +173,7 @@ void HostCut::RemoveCategoryName(const std::wstring& sName)
 {
     const auto colNames = Categories();
     const auto remove = [&](const Variant& cIndex)
-    { ThrowIfFailed(colNames->Remove(cIndex), *colNames, IID__clsCollection); };
+    { ThrowIfFailed(Outgoing([&] { return colNames->Remove(cIndex); }), *colNames, IID__clsCollection); };
     if (HasKey(*colNames, sName))
         remove(Variant{std::wstring_view(sName)});
     // What is left goes by position, the last one first: an assignment's key is the host's own affair.
@@ -192,7 +195,7 @@ void HostCut::SetAlbum(const std::wstring& sAlbum) { Set(&_clsCut::put_Album, sA
 void HostCut::SetYear(std::int32_t lYear) { Set(&_clsCut::put_Year, lYear); }
 void HostCut::SetRunTimemS(std::int32_t lRunTime) { Set(&_clsCut::put_RunTimemS, lRunTime); }
 void HostCut::SetDurationmS(std::int32_t lDuration) { Set(&_clsCut::put_DurationmS, lDuration); }
-void HostCut::SetLastPlayed(DateTime dtWhen) { Check(m_cHost->put_LastPlayed(dtWhen)); }
+void HostCut::SetLastPlayed(DateTime dtWhen) { Call(&_clsCut::put_LastPlayed, dtWhen); }
 void HostCut::SetOpener(bool bOpener) { Set(&_clsCut::put_Opener, bOpener); }
 void HostCut::SetCatLevel(std::int32_t lLevel) { Set(&_clsCut::put_CatLevel, lLevel); }
 std::wstring HostCut::CategoryKey() const { return Text(&_clsCut::get_CategoryKey); }
@@ -205,7 +208,7 @@ void HostCut::SetKindCode(std::int32_t lKind) { Set(&_clsCut::put_KindCode, lKin
 std::shared_ptr<Cut> HostCut::CloneCut() const
 {
     ComPtr<_clsCut> cClone;
-    Check(m_cHost->CloneCut(cClone.Receive()));
+    Call(&_clsCut::CloneCut, cClone.Receive());
     if (!cClone)
         throw RuntimeError(error::ObjectNotSet);
     return CutFrom(cClone.Get());

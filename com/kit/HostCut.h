@@ -70,7 +70,8 @@ private:
     template <class Value> using Getter = HRESULT (STDMETHODCALLTYPE _clsCut::*)(Value*);
     template <class Value> using Setter = HRESULT (STDMETHODCALLTYPE _clsCut::*)(Value);
 
-    void Check(HRESULT hResult) const;
+    // Calls the host's object: what fails or is thrown becomes a RuntimeError.
+    template <class Member, class... Arguments> void Call(Member pMember, Arguments... arguments) const;
     std::wstring Text(Getter<BSTR> get) const;
     std::int32_t Long(Getter<LONG> get) const;
     bool Bool(Getter<VARIANT_BOOL> get) const;

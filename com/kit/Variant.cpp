@@ -18,9 +18,14 @@ BSTR NewBstr(std::wstring_view sText)
 
 std::wstring TextOf(BSTR sText) { return sText ? std::wstring(sText, SysStringLen(sText)) : std::wstring(); }
 
+void Clear(VARIANT& value) noexcept
+{
+    Outgoing([&] { return VariantClear(&value); });
+}
+
 Variant::Variant(const VARIANT& value) : Variant()
 {
-    ThrowIfFailed(VariantCopy(this, const_cast<VARIANT*>(&value)));
+    ThrowIfFailed(Outgoing([&] { return VariantCopy(this, const_cast<VARIANT*>(&value)); }));
 }
 
 Variant::Variant(std::wstring_view sText) : Variant()
@@ -46,7 +51,7 @@ Variant::Variant(IDispatch* pObject) noexcept : Variant()
     vt = VT_DISPATCH;
     pdispVal = pObject;
     if (pObject)
-        pObject->AddRef();
+        TakeReference(pObject);
 }
 
 Variant::Variant(IUnknown* pObject) noexcept : Variant()
@@ -54,7 +59,7 @@ Variant::Variant(IUnknown* pObject) noexcept : Variant()
     vt = VT_UNKNOWN;
     punkVal = pObject;
     if (pObject)
-        pObject->AddRef();
+        TakeReference(pObject);
 }
 
 Variant::Variant(Variant&& other) noexcept : VARIANT(other) { VariantInit(&other); }
@@ -83,14 +88,18 @@ Variant Variant::Omitted() noexcept
 Variant Variant::Dereferenced(const VARIANT& value)
 {
     Variant cResult;
-    ThrowIfFailed(VariantCopyInd(&cResult, const_cast<VARIANT*>(&value)));
+    ThrowIfFailed(Outgoing([&] { return VariantCopyInd(&cResult, const_cast<VARIANT*>(&value)); }));
     return cResult;
 }
 
 std::optional<Variant> Variant::As(VARTYPE vtWanted) const
 {
     Variant cResult;
-    if (FAILED(VariantChangeTypeEx(&cResult, const_cast<Variant*>(this), LOCALE_INVARIANT, 0, vtWanted)))
+    // An object is asked for the value of its default member.
+    const HRESULT hResult = Outgoing(
+        [&]
+        { return VariantChangeTypeEx(&cResult, const_cast<Variant*>(this), LOCALE_INVARIANT, 0, vtWanted); });
+    if (FAILED(hResult))
         return std::nullopt;
     return cResult;
 }
@@ -140,7 +149,7 @@ void StoreThrough(VARIANT& place, Variant cValue)
 {
     if ((place.vt & VT_BYREF) == 0)
     {
-        VariantClear(&place);
+        Clear(place);
         place = cValue.Detach();
         return;
     }

@@ -40,6 +40,9 @@ private:
     BSTR m_sText = nullptr;
 };
 
+// Makes a VARIANT empty; an object in it is let go, whatever that throws.
+void Clear(VARIANT& value) noexcept;
+
 constexpr VARIANT_BOOL BoolOf(bool bValue) noexcept { return bValue ? VARIANT_TRUE : VARIANT_FALSE; }
 
 // An owned VARIANT; empty when new.
@@ -56,7 +59,7 @@ public:
     Variant(const Variant& other) : Variant(static_cast<const VARIANT&>(other)) {}
     Variant(Variant&& other) noexcept;
     Variant& operator=(Variant other) noexcept;
-    ~Variant() { VariantClear(this); }
+    ~Variant() { Clear(*this); }
 
     // Gives the value to the caller, who clears it.
     VARIANT Detach() noexcept;

@@ -109,6 +109,7 @@ public:
     VARIANT_BOOL m_bMustBeOpener = VARIANT_FALSE;
     ComPtr<HostCollection> m_colNames = NewObject<HostCollection>();
     HRESULT m_hKey = S_OK;           // what asking for the key answers
+    std::function<void()> m_onLevel; // before it answers its level
     HRESULT m_hCategoryText = S_OK;  // what setting the category text answers
     std::function<void()> m_onAsked; // before it answers what interfaces it has
 
@@ -138,7 +139,12 @@ public:
     STDMETHODIMP put_Album(BSTR newVal) override { return Put(m_sAlbum, newVal); }
     STDMETHODIMP get_Year(LONG* pVal) override { return Get(pVal, m_lYear); }
     STDMETHODIMP put_Year(LONG newVal) override { return Put(m_lYear, newVal); }
-    STDMETHODIMP get_CatLevel(LONG* pVal) override { return Get(pVal, m_lLevel); }
+    STDMETHODIMP get_CatLevel(LONG* pVal) override
+    {
+        if (m_onLevel)
+            m_onLevel();
+        return Get(pVal, m_lLevel);
+    }
     STDMETHODIMP put_CatLevel(LONG newVal) override { return Put(m_lLevel, newVal); }
     STDMETHODIMP get_CategoryText(BSTR* pVal) override
     {
@@ -221,6 +227,7 @@ struct HostBatches
     HRESULT m_hBegin = S_OK; // what the calls answer
     HRESULT m_hCommit = S_OK;
     std::function<void()> m_onCommit;
+    std::function<void()> m_onRollback;
 };
 
 // A host database's side of them.
@@ -244,6 +251,8 @@ public:
     STDMETHODIMP RollbackBatch() override
     {
         m_batches.m_colCalls.push_back(L"rollback");
+        if (m_batches.m_onRollback)
+            m_batches.m_onRollback();
         return S_OK;
     }
 
@@ -259,6 +268,8 @@ public:
 
     ComPtr<HostCollection> m_colCuts = NewObject<HostCollection>();
     HRESULT m_hCuts = S_OK; // what asking for the cuts answers
+    std::function<void()> m_onCuts;
+    std::function<void()> m_onCutByKey;
     EventSource m_cEvents{*this, DIID___clsDataBase};
     ComPtr<IConnectionPointContainer> m_cOwnPoints; // in the place of m_cEvents' when there is one
     std::optional<HostBatches> m_batches;           // nothing: it offers no batches
@@ -302,12 +313,16 @@ public:
     }
     STDMETHODIMP get_Cuts(_clsCollection** pVal) override
     {
+        if (m_onCuts)
+            m_onCuts();
         if (SUCCEEDED(m_hCuts))
             *pVal = ComPtr<_clsCollection>(m_colCuts).Detach();
         return m_hCuts;
     }
     STDMETHODIMP CutByKey(BSTR sKey, _clsCut** pVal) override
     {
+        if (m_onCutByKey)
+            m_onCutByKey();
         return Find(pVal, [&](HostCutObject& cCut) { return cCut.m_sKey == TextOf(sKey); });
     }
     STDMETHODIMP CutByArtistTitle(BSTR sArtist, BSTR sTitle, _clsCut** pVal) override

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+// Hosts' objects that throw through COM, which forbids it: the call has failed, and nothing else happens.
+#include "com/BoxAnswerer.h"
+#include "com/HostObjects.h"
+
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace ravlo
+{
+
+namespace
+{
+
+const std::function<void()> colThrows[] = {[] { throw std::runtime_error("from the host"); },
+                                           [] { throw 7; }};
+
+class HostExceptionsTest : public ComTest
+{
+protected:
+    void Populate()
+    {
+        ASSERT_EQ(m_cMan->PopulateFromDataBase(m_cDataBase.Get(), Bstr(Folder().wstring()).Get()), S_OK);
+    }
+    ComPtr<_clsCollection> CutsOf(const wchar_t* sCatName, LONG lLevel)
+    {
+        ComPtr<_clsCollection> colCuts;
+        EXPECT_EQ(m_cMan->get_colCuts(Bstr(sCatName).Get(), lLevel, colCuts.Receive()), S_OK);
+        return colCuts;
+    }
+
+    ComPtr<_clsSchedMan> m_cMan = Create<_clsSchedMan>(CLSID_clsSchedMan);
+    ComPtr<HostDataBaseObject> m_cDataBase = NewObject<HostDataBaseObject>();
+};
+
+TEST_F(HostExceptionsTest, ASinkThatThrowsIsPassedOver)
+{
+    const auto cPoint = PointOf(m_cMan, DIID___clsSchedMan);
+    const auto cThrowing = NewObject<Sink>(DIID___clsSchedMan);
+    const auto cOther = NewObject<Sink>(DIID___clsSchedMan);
+    Advise(cPoint, cThrowing);
+    Advise(cPoint, cOther);
+    for (const auto& raise : colThrows)
+    {
+        cThrowing->m_onEvent = [&](DISPID, DISPPARAMS&) { raise(); };
+        cOther->m_colHeard.clear();
+        EXPECT_EQ(m_cMan->ShowHelp(), S_OK);
+        EXPECT_EQ(cOther->m_colHeard.size(), 1u);
+    }
+}
+
+TEST_F(HostExceptionsTest, ADatabaseThatThrowsIsReported)
+{
+    for (const auto& raise : colThrows)
+    {
+        m_cDataBase->m_onCuts = raise;
+        BoxAnswerer cAnswerer;
+        Populate();
+        EXPECT_EQ(cAnswerer.Stop(),
+                  std::vector<std::wstring>{L"Error in PopulateFromDataBase [cSchedMan]: 51 Internal error"});
+    }
+}
+
+TEST_F(HostExceptionsTest, ACutThatThrowsIsTheErrorItStandsFor)
+{
+    const auto cCut = NewObject<HostCutObject>(L"C:\\a.mp3");
+    const auto cLevel = Create<_clsCat>(CLSID_clsCat);
+    ASSERT_EQ(cLevel->put_CatLevel(1), S_OK);
+    for (const auto& raise : colThrows)
+    {
+        cCut->m_onLevel = raise;
+        VARIANT_BOOL bCreated = VARIANT_FALSE;
+        VARIANT_BOOL bAdded = VARIANT_FALSE;
+        EXPECT_EQ(cLevel->AddCut(cCut.Get(), &bCreated, &bAdded), ErrorResult(51));
+        cCut->m_onLevel = nullptr;
+        cCut->m_onAsked = raise;
+        EXPECT_EQ(cLevel->AddCut(cCut.Get(), &bCreated, &bAdded), ErrorResult(430));
+        cCut->m_onAsked = nullptr;
+    }
+    EXPECT_EQ(LongOfProperty(cLevel, &_clsCat::get_TotalCuts), 0);
+}
+
+// Rolled back in a destructor, where an exception would end the program.
+TEST_F(HostExceptionsTest, ABatchWhoseRollbackThrowsLeavesTheProgramAlone)
+{
+    const auto cCut = m_cDataBase->AddCut(L"First", L"Rock", 1);
+    m_cDataBase->AddCut(L"Second", L"Rock", 2);
+    Populate();
+    HostBatches& batches = m_cDataBase->m_batches.emplace();
+    batches.m_onCommit = colThrows[0];
+    batches.m_onRollback = colThrows[1];
+    cCut->m_hCategoryText = ErrorResult(70);
+    BoxAnswerer cAnswerer;
+    const auto level = [&](LONG lLevel)
+    {
+        ComPtr<_clsCollection> colMainCats;
+        EXPECT_EQ(m_cMan->get_colMainCats(colMainCats.Receive()), S_OK);
+        Variant cMainCat;
+        EXPECT_EQ(colMainCats->get_Item(Text(L"Rock\t0"), &cMainCat), S_OK);
+        ComPtr<_clsCollection> colLevels;
+        EXPECT_EQ(ObjectIn<_clsCat>(cMainCat)->get_SubCats(colLevels.Receive()), S_OK);
+        Variant cLevel;
+        EXPECT_EQ(colLevels->get_Item(Text(std::to_wstring(lLevel)), &cLevel), S_OK);
+        return cLevel;
+    };
+    VARIANT_BOOL bCreated = VARIANT_FALSE;
+    const Variant cTo = level(2);
+    EXPECT_EQ(m_cMan->DoMassCatChange(eMoveHere, CollectionOf({level(1)}).Get(), ObjectIn<_clsCat>(cTo).Get(),
+                                      CutsOf(L"Rock", 1).Get(), &bCreated),
+              S_OK);
+    EXPECT_FALSE(cAnswerer.Stop().empty());
+}
+
+// A connection point of a host whose every call throws.
+class ThrowingPoints final : public Unknown<IConnectionPointContainer>
+{
+public:
+    STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints**) override { throw 1; }
+    STDMETHODIMP FindConnectionPoint(REFIID, IConnectionPoint**) override { throw 2; }
+};
+
+TEST_F(HostExceptionsTest, AConnectionPointThatThrowsIsNone)
+{
+    m_cDataBase->m_cOwnPoints = ComPtr<IConnectionPointContainer>(NewObject<ThrowingPoints>());
+    m_cDataBase->AddCut(L"First", L"Rock", 1);
+    Populate();
+    EXPECT_EQ(LongOfProperty(CutsOf(L"Rock", 1), &_clsCollection::get_Count), 1);
+}
+
+// One that lets itself go with an exception, as a host's broken destructor would.
+class ThrowingSink final : public Unknown<IDispatch>
+{
+public:
+    STDMETHODIMP_(ULONG) Release() override
+    {
+        if (Unknown<IDispatch>::Release() > 0)
+            return 1;
+        throw 3;
+    }
+    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override
+    {
+        return S_OK;
+    }
+};
+
+TEST_F(HostExceptionsTest, AReleaseThatThrowsIsPassedOver)
+{
+    const auto cPoint = PointOf(m_cMan, DIID___clsSchedMan);
+    DWORD lCookie = 0;
+    {
+        const auto cSink = NewObject<ThrowingSink>();
+        ASSERT_EQ(cPoint->Advise(cSink.Get(), &lCookie), S_OK);
+    }
+    EXPECT_EQ(cPoint->Unadvise(lCookie), S_OK);
+    Variant cItem;
+    cItem.vt = VT_DISPATCH;
+    cItem.pdispVal = NewObject<ThrowingSink>().Detach();
+    const auto colItems = CollectionOf({std::move(cItem)});
+    cItem = Variant();
+    EXPECT_EQ(colItems->Remove(Long(1)), S_OK);
+}
+
+} // namespace
+
+} // namespace ravlo
