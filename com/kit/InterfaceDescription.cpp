@@ -50,6 +50,7 @@ InterfaceDescription::Parameter InterfaceDescription::Describe(ITypeInfo& cInfo,
 {
     Parameter parameter;
     const USHORT wFlags = element.paramdesc.wParamFlags;
+    parameter.bIn = (wFlags & PARAMFLAG_FIN) != 0;
     parameter.bResult = (wFlags & PARAMFLAG_FRETVAL) != 0;
     parameter.bOptional = (wFlags & PARAMFLAG_FOPT) != 0;
     if ((wFlags & PARAMFLAG_FHASDEFAULT) != 0)
@@ -134,6 +135,8 @@ public:
     HRESULT Run(IDispatch* pObject);
     // What the call returned, and what it stored into the caller's by-reference arguments.
     void GiveBack(VARIANT* pResult);
+    // The latter alone: a member that fails may have stored something before.
+    void GiveBackAfterFailure();
 
 private:
     struct Slot
@@ -141,6 +144,7 @@ private:
         Variant cValue;             // of the parameter's own type
         VARIANT* pCaller = nullptr; // the caller's argument, null when it was left out
         VARIANT passed{};           // what the vtable call is given
+        bool bUnreadable = false; // what the caller's variable held could not be used: cValue started as zero
     };
 
     HRESULT Fill(const Parameter& parameter, Slot& slot) const;
@@ -211,14 +215,20 @@ HRESULT InterfaceDescription::Call::Fill(const Parameter& parameter, Slot& slot)
         else if (parameter.vt == VT_VARIANT)
             slot.cValue = cGiven;
         else
-            hResult =
-                VariantChangeTypeEx(&slot.cValue, const_cast<Variant*>(&cGiven), m_lcid, 0, parameter.vt);
+            hResult = Outgoing(
+                [&] {
+                    return VariantChangeTypeEx(&slot.cValue, const_cast<Variant*>(&cGiven), m_lcid, 0,
+                                               parameter.vt);
+                });
         if (FAILED(hResult))
         {
-            // A variable that only receives may hold anything before the call.
-            if (!parameter.bByReference)
+            // A variable that only receives may hold anything before the call. An object that a member is to
+            // use must not become none.
+            const bool bObjectGiven = (cGiven.vt == VT_DISPATCH || cGiven.vt == VT_UNKNOWN) && cGiven.punkVal;
+            if (!parameter.bByReference || (parameter.bIn && parameter.bObject && bObjectGiven))
                 return hResult;
             FillLeftOut(parameter, slot);
+            slot.bUnreadable = true;
         }
     }
     Pass(parameter, slot);
@@ -237,7 +247,7 @@ HRESULT InterfaceDescription::Call::FillObject(const Parameter& parameter, Slot&
     if (!cGiven.punkVal)
         return S_OK;
     void* pvObject = nullptr;
-    if (FAILED(cGiven.punkVal->QueryInterface(parameter.iid, &pvObject)))
+    if (FAILED(Ask(cGiven.punkVal, parameter.iid, &pvObject)))
         return DISP_E_TYPEMISMATCH;
     slot.cValue.punkVal = static_cast<IUnknown*>(pvObject);
     return S_OK;
@@ -310,17 +320,28 @@ void InterfaceDescription::Call::GiveBack(VARIANT* pResult)
     }
 }
 
+void InterfaceDescription::Call::GiveBackAfterFailure()
+{
+    for (std::size_t i = 0; i < m_colSlots.size(); ++i)
+    {
+        Slot& slot = m_colSlots[i];
+        if (m_member.colParameters[i].bResult || (slot.bUnreadable && slot.cValue.llVal == 0))
+            slot.pCaller = nullptr; // nothing was stored: the caller's value stays
+    }
+    GiveBack(nullptr);
+}
+
 void InterfaceDescription::Call::Return(VARIANT& caller, Variant& cValue) const
 {
     if (caller.vt == vtVariantReference)
     {
-        VariantClear(caller.pvarVal);
+        Clear(*caller.pvarVal);
         *caller.pvarVal = cValue.Detach();
         return;
     }
     const auto vt = static_cast<VARTYPE>(caller.vt & ~VT_BYREF);
     Variant cConverted;
-    if (FAILED(VariantChangeTypeEx(&cConverted, &cValue, m_lcid, 0, vt)))
+    if (FAILED(Outgoing([&] { return VariantChangeTypeEx(&cConverted, &cValue, m_lcid, 0, vt); })))
         return; // the caller's variable cannot hold it
     switch (vt)
     {
@@ -402,7 +423,12 @@ HRESULT InterfaceDescription::Invoke(IDispatch* pObject, DISPID lMember, LCID lc
     SetErrorInfo(0, nullptr);
     hResult = call.Run(pObject);
     if (FAILED(hResult))
-        return Except(hResult, pExcepInfo);
+    {
+        const HRESULT hExcept =
+            Except(hResult, pExcepInfo); // first: letting values go may leave another text
+        call.GiveBackAfterFailure();
+        return hExcept;
+    }
     if (!bToDefaultMember)
     {
         call.GiveBack(pResult);
@@ -412,8 +438,13 @@ HRESULT InterfaceDescription::Invoke(IDispatch* pObject, DISPID lMember, LCID lc
     call.GiveBack(&cObject);
     if (cObject.vt != VT_DISPATCH || !cObject.pdispVal)
         return DISP_E_BADPARAMCOUNT;
-    return cObject.pdispVal->Invoke(DISPID_VALUE, IID_NULL, lcid, wFlags, const_cast<DISPPARAMS*>(&arguments),
-                                    pResult, pExcepInfo, pArgErr);
+    return Outgoing(
+        [&]
+        {
+            return cObject.pdispVal->Invoke(DISPID_VALUE, IID_NULL, lcid, wFlags,
+                                            const_cast<DISPPARAMS*>(&arguments), pResult, pExcepInfo,
+                                            pArgErr);
+        });
 }
 
 } // namespace ravlo

@@ -14,7 +14,8 @@ namespace ravlo
 // Late-bound calls are lenient, so that script hosts can call every member:
 //   - an argument for a by-reference parameter may be a reference of any type or a plain value: the member
 //   works on a
-//     temporary of the declared type, and a reference gets the result on success, converted to its own type;
+//     temporary of the declared type, and a reference gets what the member stored, converted to its own type,
+//     also when the member failed afterwards;
 //   - an object is asked for the parameter's own interface; Empty and Null are no object;
 //   - arguments may be named or left out; what is left out gets its declared default, else an empty value;
 //   - a property is read also by callers that ask for a method, and set by value or by reference as declared;
@@ -37,6 +38,7 @@ private:
     {
         VARTYPE vt = VT_EMPTY; // of the value itself, also when it is passed by reference
         bool bByReference = false;
+        bool bIn = false;     // its value is used
         bool bResult = false; // the last one, whose value is the call's result
         bool bOptional = false;
         bool bObject = false; // an interface pointer; vt is VT_DISPATCH or VT_UNKNOWN then

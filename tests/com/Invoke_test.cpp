@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Late-bound calls as script engines and other hosts make them.
-#include "com/ComTest.h"
+#include "com/HostObjects.h"
+#include "com/kit/InterfaceDescription.h"
 
 namespace ravlo
 {
@@ -252,13 +253,86 @@ TEST_F(OutputTest, ABooleanComesBackIntoEveryKindOfVariable)
     EXPECT_EQ(lFlag, -1);
 }
 
-TEST_F(OutputTest, AFailedCallGivesNothingBack)
+TEST_F(OutputTest, ACallThatIsRefusedGivesNothingBack)
 {
     Variant cCollection = Text(L"unchanged");
     const Called called = Call(m_cMan.Get(), L"RemoveCutFromCategory", wCall,
                                {Object(m_col), Object(m_cCut), ByReference(cCollection)});
     EXPECT_EQ(called.hResult, DISP_E_TYPEMISMATCH);
     EXPECT_EQ(TextIn(cCollection), L"unchanged");
+}
+
+TEST_F(OutputTest, AnObjectOfAnotherInterfaceIsNoEmptyVariable)
+{
+    Variant cMainCat = Object(m_col);
+    Variant cSubCat;
+    Variant cKey;
+    EXPECT_EQ(Ask(ByReference(cMainCat), ByReference(cSubCat), ByReference(cKey)).hResult,
+              DISP_E_TYPEMISMATCH);
+    EXPECT_TRUE(IsSame(ObjectIn<IUnknown>(cMainCat), m_col)) << "the variable keeps it";
+}
+
+// A category of a host's own that files a cut, makes a level, and then fails.
+class FailingCat final : public HostObject<_clsCat>
+{
+public:
+    STDMETHODIMP get_MainCat(_clsCat**) override { return E_NOTIMPL; }
+    STDMETHODIMP putref_MainCat(_clsCat*) override { return E_NOTIMPL; }
+    STDMETHODIMP put_CatName(BSTR) override { return E_NOTIMPL; }
+    STDMETHODIMP get_CatName(BSTR*) override { return E_NOTIMPL; }
+    STDMETHODIMP get_CatLevel(LONG*) override { return E_NOTIMPL; }
+    STDMETHODIMP put_CatLevel(LONG) override { return E_NOTIMPL; }
+    STDMETHODIMP get_Rules(_clsCatRules**) override { return E_NOTIMPL; }
+    STDMETHODIMP putref_Rules(_clsCatRules*) override { return E_NOTIMPL; }
+    STDMETHODIMP get_AverageRunTimemS(LONG*) override { return E_NOTIMPL; }
+    STDMETHODIMP get_SchedCuts(_clsCollection**) override { return E_NOTIMPL; }
+    STDMETHODIMP putref_SchedCuts(IDispatch*) override { return E_NOTIMPL; }
+    STDMETHODIMP AddCut(_clsCut*, VARIANT_BOOL* bCreatedNewSubCat, VARIANT_BOOL*) override
+    {
+        if (m_bStores)
+            *bCreatedNewSubCat = VARIANT_TRUE;
+        return ErrorResult(6);
+    }
+    STDMETHODIMP RemoveCut(_clsCut*, VARIANT_BOOL*) override { return E_NOTIMPL; }
+    STDMETHODIMP get_TotalCuts(LONG*) override { return E_NOTIMPL; }
+    STDMETHODIMP get_SubCats(_clsCollection**) override { return E_NOTIMPL; }
+    STDMETHODIMP AddSubCat(_clsCat*, VARIANT_BOOL*) override { return E_NOTIMPL; }
+    STDMETHODIMP RemoveSubCat(_clsCat*, VARIANT_BOOL*) override { return E_NOTIMPL; }
+    STDMETHODIMP get_CatID(BSTR*) override { return E_NOTIMPL; }
+
+    bool m_bStores = true;
+};
+
+TEST_F(InvokeTest, WhatAFailedMemberHasStoredComesBack)
+{
+    ComPtr<ITypeInfo> cInfo;
+    ASSERT_EQ(m_cCat->GetTypeInfo(0, LOCALE_NEUTRAL, cInfo.Receive()), S_OK);
+    const InterfaceDescription description(IID__clsCat, cInfo);
+    const auto cCat = NewObject<FailingCat>();
+    std::wstring sMember = L"AddCut";
+    LPOLESTR pMember = sMember.data();
+    DISPID lMember = 0;
+    ASSERT_EQ(cInfo->GetIDsOfNames(&pMember, 1, &lMember), S_OK);
+    const Variant cCut = Object(m_cCut);
+    const auto add = [&](Variant& cCreated)
+    {
+        VARIANT colReversed[] = {ByReference(cCreated), cCut};
+        const DISPPARAMS arguments{colReversed, nullptr, 2, 0};
+        Variant cResult;
+        EXCEPINFO info{};
+        EXPECT_EQ(description.Invoke(cCat.Get(), lMember, LOCALE_NEUTRAL, wCall, arguments, &cResult, &info,
+                                     nullptr),
+                  DISP_E_EXCEPTION);
+        EXPECT_EQ(info.scode, ErrorResult(6));
+        EXPECT_EQ(cResult.vt, VT_EMPTY);
+    };
+    Variant cCreated(false);
+    add(cCreated);
+    EXPECT_EQ(cCreated.boolVal, VARIANT_TRUE);
+    cCat->m_bStores = false;
+    Variant cNoFlag = Text(L"kept");
+    add(cNoFlag);
+    EXPECT_EQ(TextIn(cNoFlag), L"kept") << "nothing was stored there";
 }
 
 TEST_F(InvokeTest, AnErrorComesAsAnExceptionWithNumberTextAndSource)
