@@ -2,6 +2,9 @@
 #include "com/CatFace.h"
 
 #include "com/CatRulesFace.h"
+#include "com/Library.h"
+
+#include <optional>
 
 namespace ravlo
 {
@@ -61,8 +64,11 @@ STDMETHODIMP CatFace::putref_SchedCuts(IDispatch* newVal)
     return Guard(
         [&]
         {
-            if (newVal)
-                m_cCat->SetSchedCuts(CutsIn(newVal));
+            // What is no cut, or no collection, is shown; what the cuts themselves raise goes to the caller.
+            const auto colCuts = Trap(Library(), L"SchedCuts [clsCat]", std::optional<Cuts>(),
+                                      [&] { return newVal ? std::optional(CutsIn(newVal)) : std::nullopt; });
+            if (colCuts)
+                m_cCat->SetSchedCuts(*colCuts);
         });
 }
 STDMETHODIMP CatFace::AddCut(_clsCut* cCut, VARIANT_BOOL* bCreatedNewSubCat, VARIANT_BOOL* pVal)

@@ -101,11 +101,14 @@ void AddMissing(const CatCollection& colFound, _clsCollection& colTarget)
     {
         const Variant cKey = Text(colFound.At(i)->CatName());
         VARIANT_BOOL bExists = VARIANT_FALSE;
-        ThrowIfFailed(colTarget.Exists(cKey, &bExists), colTarget, IID__clsCollection);
-        if (bExists == VARIANT_FALSE)
-            ThrowIfFailed(colTarget.Add(CatAdapter::ToVariant(colFound.At(i)), cKey, Variant::Omitted(),
-                                        Variant::Omitted()),
-                          colTarget, IID__clsCollection);
+        const auto call = [&](auto&& member)
+        { ThrowIfFailed(Outgoing(member), colTarget, IID__clsCollection); };
+        call([&] { return colTarget.Exists(cKey, &bExists); });
+        if (bExists != VARIANT_FALSE)
+            continue;
+        const Variant cCat = CatAdapter::ToVariant(colFound.At(i));
+        const Variant cOmitted = Variant::Omitted();
+        call([&] { return colTarget.Add(cCat, cKey, cOmitted, cOmitted); });
     }
 }
 
@@ -124,6 +127,14 @@ SchedManFace::~SchedManFace()
 {
     m_cSchedMan->SetWindows(nullptr);
     m_cSchedMan->SetEvents(nullptr);
+}
+
+// Runs a member that takes the items of a host's collection. An item of another kind, and an object that is
+// no collection, are errors of the member like every other: shown under its title, and nothing is done.
+template <class Result, class Body>
+Result SchedManFace::WithItems(const wchar_t* sTitle, Result failure, Body&& body)
+{
+    return TrapCritical(m_cSchedMan->Mod(), sTitle, std::move(failure), std::forward<Body>(body));
 }
 
 STDMETHODIMP SchedManFace::get_colIllegalChars(_clsCollection** pVal)
@@ -296,8 +307,14 @@ STDMETHODIMP SchedManFace::MoveCutsInCategory(_clsCat* cCat, IDispatch* colCutsI
     return Guard(
         [&]
         {
-            m_cSchedMan->MoveCutsInCategory(CatFrom(cCat), CutsOrNone(colCutsInsert),
-                                            static_cast<std::int32_t>(PosInto));
+            const auto cTarget = CatFrom(cCat);
+            WithItems(L"Error in InsertCuts [cSchedMan]", false,
+                      [&]
+                      {
+                          m_cSchedMan->MoveCutsInCategory(cTarget, CutsOrNone(colCutsInsert),
+                                                          static_cast<std::int32_t>(PosInto));
+                          return true;
+                      });
         });
 }
 STDMETHODIMP SchedManFace::RandomizeCollection(VARIANT* ColNew)
@@ -325,7 +342,16 @@ STDMETHODIMP SchedManFace::RandomizeCollection(VARIANT* ColNew)
 }
 STDMETHODIMP SchedManFace::ShuffleCategories(IDispatch* colCats, VARIANT_BOOL bConfirmFirst)
 {
-    return Guard([&] { m_cSchedMan->ShuffleCategories(CatsIn(colCats), bConfirmFirst != VARIANT_FALSE); });
+    return Guard(
+        [&]
+        {
+            WithItems(L"Error in ShuffleCategories [cSchedMan]", false,
+                      [&]
+                      {
+                          m_cSchedMan->ShuffleCategories(CatsIn(colCats), bConfirmFirst != VARIANT_FALSE);
+                          return true;
+                      });
+        });
 }
 STDMETHODIMP SchedManFace::CreateMainCat(BSTR* sName, VARIANT_BOOL* pVal)
 {
@@ -352,7 +378,13 @@ STDMETHODIMP SchedManFace::UpdateArtistTitleHistory(_clsCut* cCut)
 
 STDMETHODIMP SchedManFace::ListCats(IDispatch* colCats, BSTR* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return NewBstr(m_cSchedMan->ListCats(CatsIn(colCats))); }); });
+    return Guard(
+        [&]
+        {
+            const auto list = [&] { return m_cSchedMan->ListCats(CatsIn(colCats)); };
+            StoreIn(pVal, [&]
+                    { return NewBstr(WithItems(L"Error in ListCats [cSchedMan]", std::wstring(), list)); });
+        });
 }
 
 STDMETHODIMP SchedManFace::RemoveCutFromCategory(_clsCat* cMainCat, _clsCut* cCut,
@@ -374,7 +406,13 @@ STDMETHODIMP SchedManFace::RemoveCutFromCategory(_clsCat* cMainCat, _clsCut* cCu
 
 STDMETHODIMP SchedManFace::DeleteCats(IDispatch* colCats, VARIANT_BOOL* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cSchedMan->DeleteCats(CatsIn(colCats))); }); });
+    return Guard(
+        [&]
+        {
+            const auto remove = [&] { return m_cSchedMan->DeleteCats(CatsIn(colCats)); };
+            StoreIn(pVal,
+                    [&] { return BoolOf(WithItems(L"Error in DeleteCats [cSchedMan]", false, remove)); });
+        });
 }
 STDMETHODIMP SchedManFace::DoMassCatChange(::eCatDragOptions eCatDragOption, IDispatch* colSubCatsFrom,
                                            _clsCat* cSubCatTo, IDispatch* colCutsToChange,
@@ -384,8 +422,15 @@ STDMETHODIMP SchedManFace::DoMassCatChange(::eCatDragOptions eCatDragOption, IDi
         [&]
         {
             bool bCreated = false;
-            m_cSchedMan->DoMassCatChange(static_cast<eCatDragOptions>(eCatDragOption), CatsIn(colSubCatsFrom),
-                                         CatFrom(cSubCatTo), CutsOrNone(colCutsToChange), bCreated);
+            const auto cTo = CatFrom(cSubCatTo);
+            WithItems(L"Error in DoMassCatChange [cSchedMan]", false,
+                      [&]
+                      {
+                          m_cSchedMan->DoMassCatChange(static_cast<eCatDragOptions>(eCatDragOption),
+                                                       CatsIn(colSubCatsFrom), cTo,
+                                                       CutsOrNone(colCutsToChange), bCreated);
+                          return true;
+                      });
             if (bCreated && bCreatedNewSubCats)
                 *bCreatedNewSubCats = VARIANT_TRUE;
         });

@@ -186,8 +186,12 @@ TEST_F(SchedulerTest, ALevelTakesItsCutsFromAnyCollection)
     EXPECT_EQ(TitlesIn(cLevel), (Texts{L"First", L"Second"}));
 
     EXPECT_EQ(cLevel->putref_SchedCuts(nullptr), S_OK);
-    EXPECT_EQ(cLevel->putref_SchedCuts(CollectionOf({cFirst, Long(1)}).Get()), ErrorResult(13));
-    EXPECT_EQ(cLevel->putref_SchedCuts(m_cMan.Get()), ErrorResult(451));
+    BoxAnswerer cAnswerer;
+    EXPECT_EQ(cLevel->putref_SchedCuts(CollectionOf({cFirst, Long(1)}).Get()), S_OK);
+    EXPECT_EQ(cLevel->putref_SchedCuts(m_cMan.Get()), S_OK);
+    EXPECT_EQ(cAnswerer.Stop(),
+              (Texts{L"SchedCuts [clsCat]: Handled Error!\r\nType mismatch\r\n13",
+                     L"SchedCuts [clsCat]: Handled Error!\r\nObject not a collection\r\n451"}));
     EXPECT_EQ(TitlesIn(cLevel), (Texts{L"First", L"Second"})) << "nothing changed";
 }
 
@@ -307,8 +311,38 @@ TEST_F(SchedulerTest, AForeignCategoryIsATypeMismatch)
     const auto cForeign = NewObject<ForeignCat>();
     VARIANT_BOOL bResult = VARIANT_TRUE;
     EXPECT_EQ(m_cMan->SaveHistoryAndOrdering(cForeign.Get(), &bResult), ErrorResult(13));
+    BoxAnswerer cAnswerer;
     Bstr sList;
-    EXPECT_EQ(m_cMan->ListCats(CollectionOf({Object(cForeign)}).Get(), sList.Receive()), ErrorResult(13));
+    EXPECT_EQ(m_cMan->ListCats(CollectionOf({Object(cForeign)}).Get(), sList.Receive()), S_OK);
+    EXPECT_EQ(sList.Text(), L"");
+    EXPECT_EQ(cAnswerer.Stop(), Texts{L"Error in ListCats [cSchedMan]: 13 Type mismatch"});
+}
+
+TEST_F(SchedulerTest, ItemsOfTheWrongKindAreShownUnderTheMembersTitle)
+{
+    AddCut(L"First", L"Rock", 1);
+    Populate();
+    const auto cLevel = Level(L"Rock", L"1");
+    const auto colWrong = CollectionOf({Long(1)});
+    const auto colRight = CollectionOf({Object(cLevel)});
+    VARIANT_BOOL bResult = VARIANT_TRUE;
+    Bstr sList;
+    BoxAnswerer cAnswerer;
+    EXPECT_EQ(m_cMan->MoveCutsInCategory(cLevel.Get(), colWrong.Get(), 1), S_OK);
+    EXPECT_EQ(m_cMan->ShuffleCategories(colWrong.Get(), VARIANT_FALSE), S_OK);
+    EXPECT_EQ(m_cMan->ListCats(colWrong.Get(), sList.Receive()), S_OK);
+    EXPECT_EQ(m_cMan->DeleteCats(colWrong.Get(), &bResult), S_OK);
+    EXPECT_EQ(bResult, VARIANT_FALSE);
+    EXPECT_EQ(m_cMan->DoMassCatChange(eCopyHere, colWrong.Get(), cLevel.Get(), colRight.Get(), &bResult),
+              S_OK);
+    EXPECT_EQ(m_cMan->DoMassCatChange(eCopyHere, colRight.Get(), cLevel.Get(), colWrong.Get(), &bResult),
+              S_OK);
+    Texts colExpected;
+    for (const wchar_t* sMember : {L"InsertCuts", L"ShuffleCategories", L"ListCats", L"DeleteCats",
+                                   L"DoMassCatChange", L"DoMassCatChange"})
+        colExpected.push_back(L"Error in " + std::wstring(sMember) + L" [cSchedMan]: 13 Type mismatch");
+    EXPECT_EQ(cAnswerer.Stop(), colExpected);
+    EXPECT_EQ(TitlesIn(cLevel), Texts{L"First"});
 }
 
 class EditingTest : public SchedulerTest
