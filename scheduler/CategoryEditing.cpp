@@ -2,11 +2,9 @@
 #include "scheduler/CategoryEditing.h"
 
 #include "collections/Text.h"
-#include "scheduler/BatchedChanges.h"
 #include "scheduler/RandomOrder.h"
 
 #include <algorithm>
-#include <unordered_set>
 
 namespace ravlo
 {
@@ -21,29 +19,10 @@ std::wstring NameOf(const clsCat& cCat)
     return cCat.CatLevel() == 0 ? cCat.CatName() : cCat.CatName() + L" " + DecimalText(cCat.CatLevel());
 }
 
-// A category's main category as the tree knows it: itself, or the one its level belongs to; null when the
-// tree does not.
-std::shared_ptr<clsCat> MainCatOf(const Station& cStation, const std::shared_ptr<clsCat>& cCat)
-{
-    const std::shared_ptr<clsCat> cMainCat = cCat->CatLevel() == 0 ? cCat : cCat->MainCat();
-    return cStation.Holds(cMainCat) ? cMainCat : nullptr;
-}
-
 // Whether a level is one of the tree's at present.
 bool Stands(const Station& cStation, const std::shared_ptr<clsCat>& cSubCat)
 {
-    const std::shared_ptr<clsCat> cMainCat = MainCatOf(cStation, cSubCat);
-    return cMainCat && cMainCat->SubCat(cSubCat->CatLevel()) == cSubCat;
-}
-
-// A level itself when it is one of the tree's, else the tree's of the same name and number, or null.
-std::shared_ptr<clsCat> PresentLevel(const Station& cStation, const std::shared_ptr<clsCat>& cSubCat)
-{
-    if (Stands(cStation, cSubCat))
-        return cSubCat;
-    const std::shared_ptr<clsCat> cMainCat = cStation.MainCat(cSubCat->CatName());
-    const std::shared_ptr<clsCat> cFound = cMainCat ? cMainCat->SubCat(cSubCat->CatLevel()) : nullptr;
-    return cFound && Stands(cStation, cFound) ? cFound : nullptr;
+    return cStation.Present(cSubCat) == cSubCat;
 }
 
 // Moves what stands under the keys, in their order, in front of what stands at PosInto (from 1). False when
@@ -86,21 +65,29 @@ struct Chosen
     bool bMainListed = false;
 };
 
-std::vector<Chosen> ChosenOf(const Station& cStation, const Cats& colCats)
+// The tree's own of the given categories, in their order.
+Cats PresentOf(const Station& cStation, const Cats& colCats)
+{
+    Cats colPresent;
+    for (const std::shared_ptr<clsCat>& cCat : colCats)
+        if (std::shared_ptr<clsCat> cPresent = cCat ? cStation.Present(cCat) : nullptr)
+            colPresent.push_back(std::move(cPresent));
+    return colPresent;
+}
+
+std::vector<Chosen> ChosenOf(const Cats& colPresent)
 {
     std::vector<Chosen> colChosen;
-    for (const std::shared_ptr<clsCat>& cCat : colCats)
+    for (const std::shared_ptr<clsCat>& cCat : colPresent)
     {
-        const std::shared_ptr<clsCat> cMainCat = cCat ? MainCatOf(cStation, cCat) : nullptr;
-        if (!cMainCat)
-            continue;
+        const std::shared_ptr<clsCat> cMainCat = cCat->CatLevel() == 0 ? cCat : cCat->MainCat();
         auto found = std::find_if(colChosen.begin(), colChosen.end(),
                                   [&](const Chosen& chosen) { return chosen.cMainCat == cMainCat; });
         if (found == colChosen.end())
             found = colChosen.insert(colChosen.end(), {cMainCat, {}, false});
         if (cCat == cMainCat)
             found->bMainListed = true;
-        else if (!Lists(found->colLevels, cCat) && Stands(cStation, cCat))
+        else if (!Lists(found->colLevels, cCat))
             found->colLevels.push_back(cCat);
     }
     return colChosen;
@@ -126,13 +113,16 @@ std::wstring ListCats(const Cats& colCats, std::size_t lMost)
 void CategoryEditing::ShuffleCategories(const Cats& colCats, bool bConfirmFirst)
 {
     ModScheduler& cMod = m_cStation.cMod;
+    const Cats colPresent = PresentOf(m_cStation, colCats);
+    if (colPresent.empty())
+        return;
     if (bConfirmFirst &&
         cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"Confirm Shuffle.",
-                 L"Really shuffle these categories: " + ListCats(colCats, lMostListed)) != BoxAnswer::Yes)
+                 L"Really shuffle these categories: " + ListCats(colPresent, lMostListed)) != BoxAnswer::Yes)
         return;
     AffectedCats cAffected;
     cMod.Outside().cRandom.Randomize();
-    for (const Chosen& chosen : ChosenOf(m_cStation, colCats))
+    for (const Chosen& chosen : ChosenOf(PresentOf(m_cStation, colPresent))) // the host may have reloaded
     {
         // A level whose main category is listed too is shuffled once, with it.
         for (const std::shared_ptr<clsCat>& cSubCat :
@@ -163,51 +153,54 @@ void CategoryEditing::SaveShuffled(const AffectedCats& cAffected)
 
 bool CategoryEditing::DeleteCats(const Cats& colCats)
 {
-    const Synchronisation::Hold cHold(m_cSync);
-    Deletion deletion(m_cStation.cMod);
-    bool bAll = true;
-    for (const Chosen& chosen : ChosenOf(m_cStation, colCats))
-        bAll = DeleteChosen(chosen.cMainCat, chosen.colLevels, chosen.bMainListed, deletion) && bAll;
-    m_cSync.SaveAffected(deletion.cOthers);
-    m_cStation.cEvents.ProgressDone(L"Categories Deleted.");
-    deletion.cFiling.Report(
-        [&](const RuntimeError& cError)
-        {
-            bAll = false;
-            m_cStation.cMod.ShowCriticalError(L"Error in DeleteCats [cSchedMan]", cError);
-        });
+    const Cats colPresent = PresentOf(m_cStation, colCats);
+    bool bAll =
+        std::ssize(colPresent) == std::ssize(colCats) - std::count(colCats.begin(), colCats.end(), nullptr);
+    if (colPresent.empty() && !bAll)
+        return false;
+    CutChanges cChanges(m_cStation, m_cSync, CutChanges::Origin::Own);
+    for (const Chosen& chosen : ChosenOf(colPresent))
+        bAll = DeleteChosen(cChanges, chosen.cMainCat, chosen.colLevels, chosen.bMainListed) && bAll;
+    CutChanges::Ending ending;
+    ending.afterSave = [this] { m_cStation.cEvents.ProgressDone(L"Categories Deleted."); };
+    ending.show = [&](const RuntimeError& cError)
+    {
+        bAll = false;
+        m_cStation.cMod.ShowCriticalError(L"Error in DeleteCats [cSchedMan]", cError);
+    };
+    cChanges.Finish(ending);
     return bAll;
 }
 
-bool CategoryEditing::DeleteChosen(const std::shared_ptr<clsCat>& cMainCat, const Cats& colListed,
-                                   bool bMainListed, Deletion& deletion)
+bool CategoryEditing::DeleteChosen(CutChanges& cChanges, const std::shared_ptr<clsCat>& cMainCat,
+                                   const Cats& colListed, bool bMainListed)
 {
     const bool bWhole = bMainListed && colListed.empty();
     bool bGone = true;
     for (const std::shared_ptr<clsCat>& cSubCat : bWhole ? LevelsOf(*cMainCat) : colListed)
-        bGone = DeleteLevel(cMainCat, cSubCat, deletion) && bGone;
+        bGone = DeleteLevel(cChanges, {cMainCat, cSubCat}) && bGone;
     if (!m_cStation.Holds(cMainCat))
         return !m_cStation.MainCat(cMainCat->CatName()); // the host has deleted or reloaded it meanwhile
+    cChanges.Saved(cMainCat->CatName());
     if (!cMainCat->SubCats()->Empty())
         return m_cStation.cHistoryFiles.Save(cMainCat) == HistoryFiles::Saved::Yes && bGone && !bWhole;
     // Saving writes nothing when there is no record, and the old file would bring the levels back.
-    return bMainListed ? DeleteMainCat(cMainCat) : DeleteFile(cMainCat->CatName());
+    return bMainListed ? DeleteMainCat(cChanges, cMainCat) : DeleteFile(cMainCat->CatName());
 }
 
-bool CategoryEditing::DeleteLevel(const std::shared_ptr<clsCat>& cMainCat,
-                                  const std::shared_ptr<clsCat>& cSubCat, Deletion& deletion)
+bool CategoryEditing::DeleteLevel(CutChanges& cChanges, const Station::Place& place)
 {
-    const std::wstring sName = NameOf(*cSubCat);
-    m_cStation.cEvents.ProgressStart(L"Deleting Category: " + sName, cSubCat->TotalCuts());
-    EmptyLevel({cMainCat, cSubCat}, deletion);
-    deletion.cFiling.RecalcTouched();
-    if (!Stands(m_cStation, cSubCat))
+    const std::wstring sName = NameOf(*place.cSubCat);
+    m_cStation.cEvents.ProgressStart(L"Deleting Category: " + sName, place.cSubCat->TotalCuts());
+    EmptyLevel(cChanges, place);
+    if (!Stands(m_cStation, place.cSubCat))
         return true; // the host has deleted or reloaded it meanwhile
-    if (cSubCat->TotalCuts() != 0)
+    if (place.cSubCat->TotalCuts() != 0)
         return false;
+    cChanges.Deleting(*place.cSubCat);
     try
     {
-        cMainCat->RemoveSubCat(cSubCat);
+        place.cMainCat->RemoveSubCat(place.cSubCat);
     }
     catch (const RuntimeError& cError)
     {
@@ -220,45 +213,25 @@ bool CategoryEditing::DeleteLevel(const std::shared_ptr<clsCat>& cMainCat,
 }
 
 // Takes the cuts that stand in a level out of it, as long as the level is one of the tree's.
-void CategoryEditing::EmptyLevel(const Station::Place& place, Deletion& deletion)
+void CategoryEditing::EmptyLevel(CutChanges& cChanges, const Station::Place& place)
 {
     const Cuts colCuts(place.cSubCat->SchedCuts()->begin(), place.cSubCat->SchedCuts()->end());
-    const auto Refile = [&](const std::shared_ptr<Cut>& cCut)
+    CutChanges::Rhythm rhythm;
+    rhythm.lCuts = lCutsPerReport;
+    rhythm.tell = [&](std::size_t lDone)
     {
-        AffectedCats cAffected;
-        m_cSync.Refile(cCut, cAffected, deletion.cFiling);
-        for (const std::wstring& sName : cAffected)
-            if (!EqualIgnoringCase(sName, place.cMainCat->CatName())) // which is saved in any case
-                deletion.cOthers.Touch(sName);
+        m_cStation.cEvents.Progress(L"Removed " + CountText(lDone) + L" from: " + NameOf(*place.cSubCat),
+                                    static_cast<std::int64_t>(lDone), std::ssize(colCuts));
     };
-    BatchedChanges cBatch(m_cStation, deletion.cFiling, Refile);
-    std::size_t lCount = 0;
-    for (const std::shared_ptr<Cut>& cCut : colCuts)
-    {
-        if (!Stands(m_cStation, place.cSubCat))
-            return;
-        try
-        {
-            const FiledCuts::OwnChange cOwnChange(m_cStation.cFiledCuts, *cCut);
-            cBatch.Changing(cCut);
-            Synchronisation::TakeOut(cCut, place, deletion.cFiling);
-        }
-        catch (...)
-        {
-            deletion.cFiling.Failed(*cCut);
-        }
-        if (++lCount % lCutsPerReport != 0)
-            continue;
-        cBatch.Commit();
-        m_cStation.cEvents.Progress(L"Removed " + CountText(lCount) + L" from: " + NameOf(*place.cSubCat),
-                                    static_cast<std::int64_t>(lCount), std::ssize(colCuts));
-        m_cStation.cMod.Pump();
-        cBatch.Begin();
-    }
+    rhythm.goOn = [&] { return Stands(m_cStation, place.cSubCat); };
+    cChanges.Run(
+        colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { cChanges.TakeOut(cCut, place); },
+        rhythm);
 }
 
-bool CategoryEditing::DeleteMainCat(const std::shared_ptr<clsCat>& cMainCat)
+bool CategoryEditing::DeleteMainCat(CutChanges& cChanges, const std::shared_ptr<clsCat>& cMainCat)
 {
+    cChanges.Deleting(*cMainCat);
     m_cStation.colMainCats->Remove(CategoryKey(cMainCat->CatName(), 0));
     const bool bFileGone = DeleteFile(cMainCat->CatName());
     return m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.sAppPath) &&
@@ -286,13 +259,13 @@ void CategoryEditing::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, co
     for (const std::shared_ptr<Cut>& cCut : colCutsInsert)
         if (cCut)
             colKeys.push_back(cCut->Key());
-    const std::shared_ptr<clsCat> cSubCat = PresentLevel(m_cStation, cCat);
+    const std::shared_ptr<clsCat> cSubCat = m_cStation.Present(cCat);
     if (!cSubCat)
         throw RuntimeError(error::InvalidProcedureCall,
                            L"The category to move cuts in does not exist any more");
     if (!MoveInFrontOf(*cSubCat->SchedCuts(), colKeys, PosInto))
         return;
-    m_cStation.cHistoryFiles.Save(MainCatOf(m_cStation, cSubCat));
+    m_cStation.cHistoryFiles.Save(cSubCat->MainCat());
     m_cStation.SaveOwed();
 }
 

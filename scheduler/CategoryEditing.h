@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "scheduler/CutChanges.h"
 #include "scheduler/Station.h"
 #include "scheduler/Synchronisation.h"
 
@@ -20,8 +21,9 @@ std::wstring ListCats(const Cats& colCats, std::size_t lMost = 0);
 // How many categories a question lists before it ends in "... (+n)": more would not fit a screen.
 inline constexpr std::size_t lMostListed = 30;
 
-// Shuffling, deleting and re-ordering: what the windows and hosts do to categories that exist. What is not
-// reported here is thrown.
+// Shuffling, deleting and re-ordering: what the windows and hosts do to categories that exist. A category
+// that is handed in stands for the tree's of the same name and number, since a host may hold one from before
+// a reload. What is not reported here is thrown.
 class CategoryEditing
 {
 public:
@@ -31,35 +33,28 @@ public:
 
     // Puts the cuts of each level into a new random order; a main category stands for all its levels, each
     // shuffled in itself. Every main category concerned is saved; one that cannot be saved is reported and
-    // the others go on.
+    // the others go on. When none of them exists any more, nothing is asked.
     void ShuffleCategories(const Cats& colCats, bool bConfirmFirst);
 
     // Deletes levels and main categories. A main category listed alone goes with all its levels; one listed
     // together with some of its levels goes only when no level is left. The cuts leave the deleted levels; a
     // category's file goes when it has no level any more. A level that a cut could not be taken out of, or
-    // that others have filed cuts into meanwhile, stays. False when something could not be deleted.
+    // that others have filed cuts into meanwhile, stays. False when something could not be deleted or does
+    // not exist any more.
     bool DeleteCats(const Cats& colCats);
 
     // Moves cuts of a level, in the order given, in front of the one that stands at PosInto (from 1, counted
     // before anything moves; below 1 is 1, past the end is the end), and saves its main category. Cuts the
-    // level does not hold are ignored. A level from before a reload stands for the tree's of the same name
-    // and number; error 5 when there is none.
+    // level does not hold are ignored. Error 5 when the level does not exist any more.
     void MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
                             std::int32_t PosInto);
 
 private:
-    struct Deletion
-    {
-        explicit Deletion(ModScheduler& cMod) noexcept : cFiling(cMod) {}
-        Filing cFiling;
-        AffectedCats cOthers; // main categories besides, into which refused changes had to be filed again
-    };
-    bool DeleteLevel(const std::shared_ptr<clsCat>& cMainCat, const std::shared_ptr<clsCat>& cSubCat,
-                     Deletion& deletion);
-    void EmptyLevel(const Station::Place& place, Deletion& deletion);
-    bool DeleteChosen(const std::shared_ptr<clsCat>& cMainCat, const Cats& colListed, bool bMainListed,
-                      Deletion& deletion);
-    bool DeleteMainCat(const std::shared_ptr<clsCat>& cMainCat);
+    bool DeleteChosen(CutChanges& cChanges, const std::shared_ptr<clsCat>& cMainCat, const Cats& colListed,
+                      bool bMainListed);
+    bool DeleteLevel(CutChanges& cChanges, const Station::Place& place);
+    void EmptyLevel(CutChanges& cChanges, const Station::Place& place);
+    bool DeleteMainCat(CutChanges& cChanges, const std::shared_ptr<clsCat>& cMainCat);
     bool DeleteFile(const std::wstring& sCatName);
     void SaveShuffled(const AffectedCats& cAffected);
 

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/CutRemoval.h"
 
-#include "scheduler/BatchedChanges.h"
-#include "scheduler/Synchronisation.h"
+#include "scheduler/CutChanges.h"
 
 namespace ravlo
 {
@@ -12,45 +11,68 @@ namespace
 
 constexpr std::size_t lCutsPerReport = 50;
 
+// The end of a removal, which saves only where that is said.
+CutChanges::Ending EndingOf(const Station& cStation, std::optional<HistoryFiles::Manner> eSave)
+{
+    CutChanges::Ending ending;
+    ending.eSave = eSave;
+    ending.show = [&cStation](const RuntimeError& cError)
+    { cStation.cMod.ShowCriticalError(L"Error in RemoveCutFromCategory [cSchedMan]", cError); };
+    return ending;
+}
+
 } // namespace
+
+Cats TakeOutOfCategories(const Station& cStation, CutChanges& cChanges, const std::shared_ptr<Cut>& cCut,
+                         const CutRemoval& removal)
+{
+    const std::int32_t lLevel = removal.lLevel != 0 ? removal.lLevel : cCut->CatLevel();
+    std::vector<std::wstring> colNames; // taken before removing, which takes names off the cut
+    if (!removal.cMainCat)
+        colNames = AssignedNames(*cCut);
+    else if (removal.cMainCat->CatLevel() == 0)
+        colNames = {removal.cMainCat->CatName()};
+    Cats colFrom;
+    for (const std::wstring& sName : colNames)
+    {
+        const std::shared_ptr<clsCat> cFrom = cStation.MainCat(sName);
+        const std::shared_ptr<clsCat> cSubCat = cFrom ? cFrom->SubCat(lLevel) : nullptr;
+        if (cSubCat && cChanges.TakeOut(cCut, {cFrom, cSubCat}))
+            colFrom.push_back(cFrom);
+    }
+    return colFrom;
+}
+
+void RemoveCut(Station& cStation, Synchronisation& cSync, const CutRemoval& removal,
+               CatCollection& colMainCatsIN)
+{
+    CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+    Cats colFrom;
+    cChanges.RunOne(removal.cCut, [&](const std::shared_ptr<Cut>& cCut, std::size_t)
+                    { colFrom = TakeOutOfCategories(cStation, cChanges, cCut, removal); });
+    const ChangeRecord record = cChanges.Finish(EndingOf(cStation, std::nullopt));
+    if (record.colCuts.empty())
+        return; // put back
+    for (const std::shared_ptr<clsCat>& cMainCat : colFrom)
+        colMainCatsIN.Add(TextKey(cMainCat->CatName()), cMainCat);
+}
 
 void RemoveCuts(Station& cStation, Synchronisation& cSync, const std::vector<CutRemoval>& colRemovals,
                 const std::function<void(std::size_t lDone)>& progress)
 {
-    const Synchronisation::Hold cHold(cSync);
-    Filing cFiling(cStation.cMod);
-    AffectedCats cAffected;
-    CatCollection colRemovedFrom;
-    BatchedChanges cBatch(cStation, cFiling,
-                          [&](const std::shared_ptr<Cut>& cCut) { cSync.Refile(cCut, cAffected, cFiling); });
-    std::size_t lCount = 0;
+    Cuts colCuts;
     for (const CutRemoval& removal : colRemovals)
-    {
-        try
-        {
-            cBatch.Changing(removal.cCut);
-            cSync.RemoveCutFromCategory(removal.cMainCat, removal.cCut, colRemovedFrom, removal.lLevel,
-                                        cFiling);
-        }
-        catch (...)
-        {
-            cFiling.Failed(*removal.cCut);
-        }
-        if (++lCount % lCutsPerReport != 0)
-            continue;
-        cBatch.Commit();
-        progress(lCount);
-        cStation.cMod.Pump();
-        cBatch.Begin();
-    }
-    cBatch.Commit();
-    cFiling.RecalcTouched();
-    for (const std::shared_ptr<clsCat>& cMainCat : colRemovedFrom)
-        cAffected.Touch(cMainCat->CatName());
-    cSync.SaveAffected(cAffected);
-    cFiling.Report(
-        [&](const RuntimeError& cError)
-        { cStation.cMod.ShowCriticalError(L"Error in RemoveCutFromCategory [cSchedMan]", cError); });
+        colCuts.push_back(removal.cCut);
+    CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+    CutChanges::Rhythm rhythm;
+    rhythm.lCuts = lCutsPerReport;
+    rhythm.tell = progress;
+    cChanges.Run(
+        colCuts,
+        [&](const std::shared_ptr<Cut>& cCut, std::size_t lAt)
+        { TakeOutOfCategories(cStation, cChanges, cCut, colRemovals[lAt]); },
+        rhythm);
+    cChanges.Finish(EndingOf(cStation, HistoryFiles::Manner::Explicit));
 }
 
 } // namespace ravlo

@@ -13,6 +13,7 @@ namespace ravlo
 {
 
 struct Station;
+class CutChanges;
 class Synchronisation;
 
 // A cut and what it is to be taken out of.
@@ -23,9 +24,19 @@ struct CutRemoval
     std::int32_t lLevel = 0;          // 0: the level of the cut's own number
 };
 
-// Takes many cuts out of categories, with as few changes on the database's disk as it allows, saves every
-// main category concerned once and reports at the end what could not be removed. A main category that goes
-// meanwhile is passed over. progress is told of the number of cuts done, before messages are pumped.
+// Takes the cut out of what removal names and returns the main categories it was really taken out of. They
+// are looked up by name, since a host may hold one from before a reload; what is missing is passed over.
+Cats TakeOutOfCategories(const Station& cStation, CutChanges& cChanges, const std::shared_ptr<Cut>& cCut,
+                         const CutRemoval& removal);
+
+// Takes one cut out of categories, or out of none when that fails. Adds those it was taken out of to
+// colMainCatsIN, keyed by name. Saves nothing.
+void RemoveCut(Station& cStation, Synchronisation& cSync, const CutRemoval& removal,
+               CatCollection& colMainCatsIN);
+
+// Takes many cuts out of categories, each whole or not at all, saves every main category concerned once and
+// reports at the end what could not be removed. A main category that goes meanwhile is passed over. progress
+// is told of the number of cuts done, before messages are pumped.
 void RemoveCuts(Station& cStation, Synchronisation& cSync, const std::vector<CutRemoval>& colRemovals,
                 const std::function<void(std::size_t lDone)>& progress);
 

@@ -69,6 +69,20 @@ bool FiledCuts::IsUnchanged(const Cut& cCut) const
     return names != m_colNames.end() && names->second == found->second.lNames;
 }
 
+std::optional<FiledCuts::Entry> FiledCuts::Recall(const TextKey& cKey) const
+{
+    const auto found = m_colCuts.find(cKey);
+    return found == m_colCuts.end() ? std::nullopt : std::optional(found->second);
+}
+
+void FiledCuts::Restore(const TextKey& cKey, const std::optional<Entry>& entry)
+{
+    if (entry)
+        m_colCuts[cKey] = *entry;
+    else
+        Forget(cKey);
+}
+
 FiledCuts::OwnChange::~OwnChange()
 {
     // An unknown cut is compared with the tree when it is next announced: to forget is always right.

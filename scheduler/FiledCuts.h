@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -35,6 +36,16 @@ public:
     // Whether names (in their order, without regard to case) and level are what was remembered.
     bool IsUnchanged(const Cut& cCut) const;
 
+    // What is remembered of a cut, for whoever puts the cut back as it was.
+    struct Entry
+    {
+        std::uint32_t lNames; // number of the list of names
+        std::int32_t lLevel;
+    };
+    std::optional<Entry> Recall(const TextKey& cKey) const;
+    // Nothing forgets the cut.
+    void Restore(const TextKey& cKey, const std::optional<Entry>& entry);
+
     // Stands for a change of a cut's names or level by the scheduler itself. At its end what the cut has
     // become is remembered, but only when it was filed as it said before: a change of the database's that
     // nobody has announced yet must still be seen when it is announced. A cut whose change is left by an
@@ -60,11 +71,6 @@ public:
     };
 
 private:
-    struct Entry
-    {
-        std::uint32_t lNames; // number of the list of names
-        std::int32_t lLevel;
-    };
     struct Hash
     {
         std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }

@@ -19,12 +19,27 @@ const wchar_t* const sTargetGone = L"The category to change into does not exist 
 
 } // namespace
 
+std::int32_t OwnLevelOf(const Cut& cCut) { return std::max(cCut.CatLevel(), 1); }
+
+// On purpose without a blank after the first comma: the text is kept as stations know it.
+void ShowCopyRefused(ModScheduler& cMod)
+{
+    cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"Multiple Category Levels Not Allowed!",
+             L"Items can only be in one category level,"
+             L"even though they may be in multiple categories.\r\n\r\n"
+             L"Copying the items to this level is therefore not permitted.\r\n\r\n"
+             L"You DO have the option to move the items to this level,\r\n"
+             L"in which case this will change the level for EVERY category the items are in.");
+}
+
 MassChange::MassChange(Station& cStation, Synchronisation& cSync, eCatDragOptions eCatDragOption,
                        Cats colSubCatsFrom, std::shared_ptr<clsCat> cSubCatTo)
-    : m_cStation(cStation), m_cSync(cSync), m_eOption(eCatDragOption), m_colFrom(std::move(colSubCatsFrom)),
-      m_cTo(std::move(cSubCatTo)), m_cMainCatTo(m_cTo->CatLevel() == 0 ? m_cTo : m_cTo->MainCat()),
-      m_cFiling(cStation.cMod)
+    : m_cStation(cStation), m_cSync(cSync), m_eOption(eCatDragOption), m_cTo(std::move(cSubCatTo)),
+      m_cMainCatTo(m_cTo->CatLevel() == 0 ? m_cTo : m_cTo->MainCat())
 {
+    for (const std::shared_ptr<clsCat>& cFrom : colSubCatsFrom)
+        if (std::shared_ptr<clsCat> cPresent = cFrom ? cStation.Present(cFrom) : nullptr)
+            m_colFrom.push_back(std::move(cPresent));
 }
 
 void MassChange::Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats)
@@ -36,19 +51,29 @@ void MassChange::Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats)
         return;
     if (!TargetStands())
         throw RuntimeError(error::InvalidProcedureCall, sTargetGone);
-    const Synchronisation::Hold cHold(m_cSync);
     if (m_eOption == eCopyHere)
-        Copy(colCuts, bCreatedNewSubCats);
-    else
-        Move(colCuts, bCreatedNewSubCats);
-    m_cFiling.RecalcTouched();
-    m_cSync.SaveAffected(m_cAffected);
-    m_cFiling.Report([this](const RuntimeError& cError)
-                     { m_cStation.cMod.ShowCriticalError(L"Error in DoMassCatChange [cSchedMan]", cError); });
-    if (m_lDone < colCuts.size())
+        m_bRefused =
+            std::erase_if(colCuts, [this](const std::shared_ptr<Cut>& cCut) { return IsRefused(cCut); }) > 0;
+    const std::size_t lTried = colCuts.empty() ? 0 : RunChanges(colCuts, bCreatedNewSubCats);
+    if (m_bRefused)
+        ShowCopyRefused(m_cStation.cMod);
+    if (lTried < colCuts.size())
         throw RuntimeError(error::InvalidProcedureCall, std::wstring(sTargetGone) + L" (" +
-                                                            CountText(colCuts.size() - m_lDone) +
+                                                            CountText(colCuts.size() - lTried) +
                                                             L" cuts were left as they are)");
+}
+
+// Returns the number of cuts that were tried.
+std::size_t MassChange::RunChanges(const Cuts& colCuts, bool& bCreatedNewSubCats)
+{
+    CutChanges cChanges(m_cStation, m_cSync, CutChanges::Origin::Own);
+    const std::size_t lTried = m_eOption == eCopyHere ? Copy(cChanges, colCuts) : Move(cChanges, colCuts);
+    CutChanges::Ending ending;
+    ending.show = [this](const RuntimeError& cError)
+    { m_cStation.cMod.ShowCriticalError(L"Error in DoMassCatChange [cSchedMan]", cError); };
+    for (const ChangeRecord::Category& category : cChanges.Finish(ending).colMade)
+        bCreatedNewSubCats = bCreatedNewSubCats || category.lLevel != 0;
+    return lTried;
 }
 
 bool MassChange::TargetStands() const
@@ -57,167 +82,166 @@ bool MassChange::TargetStands() const
            (m_cTo == m_cMainCatTo || m_cMainCatTo->SubCat(m_cTo->CatLevel()) == m_cTo);
 }
 
-BatchedChanges MassChange::Batch()
-{
-    return {m_cStation, m_cFiling,
-            [this](const std::shared_ptr<Cut>& cCut) { m_cSync.Refile(cCut, m_cAffected, m_cFiling); }};
-}
-
 // ---- copying ----
 
-void MassChange::Copy(const Cuts& colCuts, bool& bCreatedNewSubCats)
+std::size_t MassChange::Copy(CutChanges& cChanges, const Cuts& colCuts)
 {
     const std::wstring sInto = ListCats({m_cTo});
     const std::wstring sFrom = ListCats(m_colFrom, lMostListed);
     m_cStation.cEvents.ProgressStart(L"Copying into category...", std::ssize(colCuts));
-    BatchedChanges cBatch = Batch();
-    for (const std::shared_ptr<Cut>& cCut : colCuts)
+    CutChanges::Rhythm rhythm;
+    rhythm.lCuts = lCopiedPerReport;
+    rhythm.lPauseMs = lCopyPauseMs;
+    rhythm.tell = [&](std::size_t lDone)
     {
-        if (!TargetStands())
-            break; // deleted or reloaded by whoever was called meanwhile
-        cBatch.Changing(cCut);
-        CopyCut(cCut, bCreatedNewSubCats);
-        if (++m_lDone % lCopiedPerReport != 0)
-            continue;
-        cBatch.Commit();
-        m_cStation.cMod.Sleep(lCopyPauseMs);
         m_cStation.cEvents.Progress(L"Copying into " + sInto + L" from " + sFrom,
-                                    static_cast<std::int64_t>(m_lDone), std::ssize(colCuts));
-        m_cStation.cMod.Pump();
-        cBatch.Begin();
-    }
-    cBatch.Commit();
-    m_cStation.cEvents.Progress(L"Copied into " + sInto, static_cast<std::int64_t>(m_lDone),
+                                    static_cast<std::int64_t>(lDone), std::ssize(colCuts));
+    };
+    rhythm.goOn = [this] { return TargetStands(); }; // else deleted or reloaded by whoever was called
+    const std::size_t lTried = cChanges.Run(
+        colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { CopyCut(cChanges, cCut); }, rhythm);
+    m_cStation.cEvents.Progress(L"Copied into " + sInto, static_cast<std::int64_t>(lTried),
                                 std::ssize(colCuts));
     m_cStation.cEvents.ProgressDone(L"Category copy complete.");
+    return lTried;
 }
 
-void MassChange::CopyCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCats)
+bool MassChange::MayCopy(const Cut& cCut) const
+{
+    return m_cTo == m_cMainCatTo || OwnLevelOf(cCut) == m_cTo->CatLevel();
+}
+
+bool MassChange::IsRefused(const std::shared_ptr<Cut>& cCut) const noexcept
 {
     try
     {
-        const FiledCuts::OwnChange cOwnChange(m_cStation.cFiledCuts, *cCut);
-        if (cCut->CatLevel() <= 0)
-            cCut->SetCatLevel(1); // a cut that was in no category yet starts at the first level
-        if (m_cFiling.File(cCut, *m_cTo, bCreatedNewSubCats))
-            m_cAffected.Touch(m_cMainCatTo->CatName());
+        return !MayCopy(*m_cStation.OwnOf(cCut));
     }
     catch (...)
     {
-        m_cFiling.Failed(*cCut);
+        return false; // the change meets the same error and reports it
     }
+}
+
+void MassChange::CopyCut(CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
+{
+    if (!MayCopy(*cCut))
+    {
+        m_bRefused = true; // its number was changed while others ran
+        return;
+    }
+    Plan plan{OwnLevelOf(*cCut), {}, {}, {}, {}};
+    if (cCut->CatLevel() <= 0)
+    {
+        // A cut that is in no level yet starts at the first one.
+        PlanNames(cChanges, *cCut, {}, plan);
+        cCut->SetCatLevel(plan.lLevel);
+    }
+    for (const std::shared_ptr<clsCat>& cMainCat : plan.colJoins)
+        if (cChanges.File(cCut, cMainCat))
+            cChanges.Touch(cMainCat->CatName());
+    if (cChanges.File(cCut, m_cTo))
+        cChanges.Touch(m_cMainCatTo->CatName());
 }
 
 // ---- moving ----
 
-void MassChange::Move(const Cuts& colCuts, bool& bCreatedNewSubCats)
+std::size_t MassChange::Move(CutChanges& cChanges, const Cuts& colCuts)
 {
     m_cStation.cEvents.ProgressStart(L"Applying Mass Move Change...", std::ssize(colCuts));
-    BatchedChanges cBatch = Batch();
-    for (const std::shared_ptr<Cut>& cCut : colCuts)
+    CutChanges::Rhythm rhythm;
+    rhythm.lCuts = lMovedPerReport;
+    rhythm.tell = [&](std::size_t lDone)
     {
-        if (!TargetStands())
-            break;
-        cBatch.Changing(cCut);
-        MoveCut(cCut, bCreatedNewSubCats);
-        if (++m_lDone % lMovedPerReport != 0)
-            continue;
-        cBatch.Commit();
-        m_cStation.cEvents.Progress(L"Applying Mass Move Change " + CountText(m_lDone) + L" of " +
+        m_cStation.cEvents.Progress(L"Applying Mass Move Change " + CountText(lDone) + L" of " +
                                         CountText(colCuts.size()),
-                                    static_cast<std::int64_t>(m_lDone), std::ssize(colCuts));
-        m_cStation.cMod.Pump();
-        cBatch.Begin();
-    }
-    cBatch.Commit();
+                                    static_cast<std::int64_t>(lDone), std::ssize(colCuts));
+    };
+    rhythm.goOn = [this] { return TargetStands(); };
+    const std::size_t lTried = cChanges.Run(
+        colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { MoveCut(cChanges, cCut); }, rhythm);
     m_cStation.cEvents.ProgressDone(L"Applied Mass Move.");
+    return lTried;
 }
 
-void MassChange::MoveCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCats)
+MassChange::Plan MassChange::PlanFor(CutChanges& cChanges, const Cut& cCut) const
 {
-    try
+    Plan plan{m_cTo->CatLevel() != 0 ? m_cTo->CatLevel() : OwnLevelOf(cCut), {}, {}, {m_cMainCatTo}, {}};
+    const std::vector<Station::Place> colPlaces = m_cStation.PlacesOf(cCut.Key());
+    for (const Station::Place& place : colPlaces)
     {
-        const FiledCuts::OwnChange cOwnChange(m_cStation.cFiledCuts, *cCut);
-        MoveCut(cCut, PlanFor(*cCut), bCreatedNewSubCats);
-    }
-    catch (...)
-    {
-        m_cFiling.Failed(*cCut);
-    }
-}
-
-MassChange::Plan MassChange::PlanFor(const Cut& cCut) const
-{
-    Plan plan{m_cTo->CatLevel() != 0 ? m_cTo->CatLevel() : std::max(cCut.CatLevel(), 1), {}, {}, {}};
-    for (const Station::Place& place : m_cStation.PlacesOf(cCut.Key()))
-    {
-        const bool bAtLevel = place.cSubCat->CatLevel() == plan.lLevel;
         const bool bLeavesCategory = place.cMainCat != m_cMainCatTo &&
                                      (m_eOption == eMoveExclusiveHere || Lists(m_colFrom, place.cSubCat));
-        if (bAtLevel && !bLeavesCategory)
+        if (!bLeavesCategory && place.cSubCat->CatLevel() == plan.lLevel)
             plan.colStays.push_back(place.cMainCat); // at its place already: it keeps its position
         else
             plan.colLeaves.push_back(place);
-        if (!bAtLevel && !bLeavesCategory && !Lists(plan.colJoins, place.cMainCat))
+        if (!bLeavesCategory && !Lists(plan.colJoins, place.cMainCat))
             plan.colJoins.push_back(place.cMainCat); // it stays in this category, under the new number
     }
-    if (!Lists(plan.colJoins, m_cMainCatTo))
-        plan.colJoins.insert(plan.colJoins.begin(), m_cMainCatTo);
+    PlanNames(cChanges, cCut, colPlaces, plan);
     std::erase_if(plan.colJoins,
                   [&](const std::shared_ptr<clsCat>& cMainCat) { return Lists(plan.colStays, cMainCat); });
+    // A cut that leaves a level, but stays in its category because of another one, may belong into the level
+    // it leaves: there it comes to the end.
+    std::erase_if(plan.colLeaves,
+                  [&](const Station::Place& place) {
+                      return place.cSubCat->CatLevel() == plan.lLevel && Lists(plan.colJoins, place.cMainCat);
+                  });
+    for (const Station::Place& place : plan.colLeaves)
+        if (!Lists(plan.colJoins, place.cMainCat) && !Lists(plan.colStays, place.cMainCat))
+            plan.colNamesLost.push_back(place.cMainCat->CatName());
     return plan;
 }
 
-// What can fail comes first; when it does, the cut is put back and stands where it stood.
-void MassChange::MoveCut(const std::shared_ptr<Cut>& cCut, const Plan& plan, bool& bCreatedNewSubCats)
+// A cut may be named in a category and be in no level of it, as a cut without a level is. With a number it
+// belongs there, and would be there after the next start.
+void MassChange::PlanNames(CutChanges& cChanges, const Cut& cCut,
+                           const std::vector<Station::Place>& colPlaces, Plan& plan) const
 {
+    for (const std::wstring& sName : AssignedNames(cCut))
+    {
+        const bool bHasPlace = std::any_of(colPlaces.begin(), colPlaces.end(),
+                                           [&](const Station::Place& place)
+                                           { return EqualIgnoringCase(place.cMainCat->CatName(), sName); });
+        if (bHasPlace || sName.empty() || EqualIgnoringCase(sName, m_cMainCatTo->CatName()))
+            continue;
+        if (m_eOption == eMoveExclusiveHere)
+            plan.colNamesLost.push_back(sName);
+        else
+            plan.colJoins.push_back(cChanges.Ensure({sName, TextKey(CategoryKey(sName, 0))}));
+    }
+}
+
+// What can fail comes first, and the cut joins before it leaves: whoever is called finds it in one place or
+// the other.
+void MassChange::MoveCut(CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
+{
+    const Plan plan = PlanFor(cChanges, *cCut);
     const TextKey cKey = cCut->Key();
-    const std::wstring sOldText = cCut->CategoryText();
     const std::int32_t lOldLevel = cCut->CatLevel();
-    try
-    {
-        ChangeCut(*cCut, plan);
-        for (const std::shared_ptr<clsCat>& cMainCat : plan.colJoins)
-            m_cFiling.File(cCut, *cMainCat, bCreatedNewSubCats);
-    }
-    catch (...)
-    {
-        const std::exception_ptr cFailure = std::current_exception();
-        PutBack(*cCut, plan, sOldText, lOldLevel);
-        std::rethrow_exception(cFailure);
-    }
-    for (const Station::Place& place : plan.colLeaves)
-        Synchronisation::Leave(place, cKey, m_cAffected, m_cFiling);
+    ChangeCut(*cCut, plan);
     for (const std::shared_ptr<clsCat>& cMainCat : plan.colJoins)
-        m_cAffected.Touch(cMainCat->CatName());
+        cChanges.FileLast(cCut, cMainCat);
+    for (const Station::Place& place : plan.colLeaves)
+        cChanges.Leave(place, cKey);
+    for (const std::shared_ptr<clsCat>& cMainCat : plan.colJoins)
+        cChanges.Touch(cMainCat->CatName());
     // Where it keeps its position, its record holds its level number all the same.
     for (const std::shared_ptr<clsCat>& cMainCat : plan.colStays)
         if (cMainCat == m_cMainCatTo || lOldLevel != plan.lLevel)
-            m_cAffected.Touch(cMainCat->CatName());
+            cChanges.Touch(cMainCat->CatName());
 }
 
 // Gives the cut its new level and category names.
-void MassChange::ChangeCut(Cut& cCut, const Plan& plan) const
+void MassChange::ChangeCut(Cut& cCut, const Plan& plan)
 {
     if (cCut.CatLevel() != plan.lLevel)
         cCut.SetCatLevel(plan.lLevel);
     for (const std::shared_ptr<clsCat>& cMainCat : plan.colJoins)
         cCut.AddCategoryName(cMainCat->CatName());
-    for (const Station::Place& place : plan.colLeaves)
-        if (!Lists(plan.colJoins, place.cMainCat) && !Lists(plan.colStays, place.cMainCat))
-            cCut.RemoveCategoryName(place.cMainCat->CatName());
-}
-
-void MassChange::PutBack(Cut& cCut, const Plan& plan, const std::wstring& sCategoryText,
-                         std::int32_t lCatLevel)
-{
-    const TextKey cKey = cCut.Key();
-    for (const std::shared_ptr<clsCat>& cMainCat : plan.colJoins)
-        if (const std::shared_ptr<clsCat> cSubCat = cMainCat->SubCat(plan.lLevel))
-            if (cSubCat->SchedCuts()->Remove(cKey))
-                m_cFiling.Touch(cSubCat);
-    cCut.SetCategoryText(sCategoryText);
-    cCut.SetCatLevel(lCatLevel);
+    for (const std::wstring& sName : plan.colNamesLost)
+        cCut.RemoveCategoryName(sName);
 }
 
 } // namespace ravlo

@@ -1,34 +1,40 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "scheduler/BatchedChanges.h"
 #include "scheduler/CatDragOptions.h"
-#include "scheduler/Station.h"
-#include "scheduler/Synchronisation.h"
+#include "scheduler/CutChanges.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace ravlo
 {
 
+// The level under which a cut is filed in a main category: its own number, or 1 when that is no level's.
+std::int32_t OwnLevelOf(const Cut& cCut);
+
+// Says that a cut cannot be copied into a level of another number than its own.
+void ShowCopyRefused(ModScheduler& cMod);
+
 // Copies or moves many cuts into a category. A cut has one level number for all its categories, so moving it
 // into a level changes the number and re-files it under the new one in every main category it stays in; into
-// a main category it keeps its number. Each cut is changed whole or not at all, so whoever is called
-// meanwhile finds every cut in one place or the other.
+// a main category it keeps its number. For the same reason a cut is not copied into a level of another
+// number: it would be in that level only until the next start.
 class MassChange
 {
 public:
-    // cSubCatTo is a level, or a main category for "keeping levels the same".
+    // cSubCatTo is a level, or a main category for "keeping levels the same". The levels the cuts are dragged
+    // from may be from before a reload.
     MassChange(Station& cStation, Synchronisation& cSync, eCatDragOptions eCatDragOption, Cats colSubCatsFrom,
                std::shared_ptr<clsCat> cSubCatTo);
 
-    // Changes the cuts, saves every main category concerned once and reports what could not be changed.
-    // bCreatedNewSubCats is set when any level was made. Without cuts nothing happens and nothing is said.
-    // Error 5 when the target is none of the tree's; when it goes meanwhile, the error comes after all that
-    // was done until then is saved.
+    // Changes the cuts, saves every main category concerned once and reports what could not be changed; cuts
+    // that may not be copied are refused with one box. bCreatedNewSubCats is set when any level was made.
+    // Without cuts nothing happens and nothing is said. Error 5 when the target is none of the tree's; when
+    // it goes meanwhile, the error comes after all that was done until then is saved.
     void Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats);
 
 private:
@@ -37,18 +43,21 @@ private:
         std::int32_t lLevel;
         std::vector<Station::Place> colLeaves;
         Cats colStays; // main categories in which it stands at that level already
-        Cats colJoins; // main categories in which it is filed at the end of that level
+        Cats colJoins; // main categories in which it comes to the end of that level
+        std::vector<std::wstring> colNamesLost;
     };
 
-    void Copy(const Cuts& colCuts, bool& bCreatedNewSubCats);
-    void Move(const Cuts& colCuts, bool& bCreatedNewSubCats);
-    void CopyCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCats);
-    void MoveCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCats);
-    Plan PlanFor(const Cut& cCut) const;
-    void MoveCut(const std::shared_ptr<Cut>& cCut, const Plan& plan, bool& bCreatedNewSubCats);
-    void ChangeCut(Cut& cCut, const Plan& plan) const;
-    void PutBack(Cut& cCut, const Plan& plan, const std::wstring& sCategoryText, std::int32_t lCatLevel);
-    BatchedChanges Batch();
+    std::size_t RunChanges(const Cuts& colCuts, bool& bCreatedNewSubCats);
+    std::size_t Copy(CutChanges& cChanges, const Cuts& colCuts);
+    std::size_t Move(CutChanges& cChanges, const Cuts& colCuts);
+    void CopyCut(CutChanges& cChanges, const std::shared_ptr<Cut>& cCut);
+    void MoveCut(CutChanges& cChanges, const std::shared_ptr<Cut>& cCut);
+    Plan PlanFor(CutChanges& cChanges, const Cut& cCut) const;
+    void PlanNames(CutChanges& cChanges, const Cut& cCut, const std::vector<Station::Place>& colPlaces,
+                   Plan& plan) const;
+    static void ChangeCut(Cut& cCut, const Plan& plan);
+    bool MayCopy(const Cut& cCut) const;
+    bool IsRefused(const std::shared_ptr<Cut>& cCut) const noexcept;
     // Whether the target is still one of the tree's.
     bool TargetStands() const;
 
@@ -58,9 +67,7 @@ private:
     Cats m_colFrom;
     std::shared_ptr<clsCat> m_cTo;
     std::shared_ptr<clsCat> m_cMainCatTo;
-    AffectedCats m_cAffected;
-    Filing m_cFiling;
-    std::size_t m_lDone = 0; // cuts that were tried
+    bool m_bRefused = false; // a cut that may not be copied
 };
 
 } // namespace ravlo

@@ -52,6 +52,27 @@ struct Station
                     colPlaces.push_back({cMainCat, cSubCat});
         return colPlaces;
     }
+    // The tree's own category of the same name and number, since a host may hold one from before a reload;
+    // null when there is none.
+    std::shared_ptr<clsCat> Present(const std::shared_ptr<clsCat>& cCat) const
+    {
+        if (cCat->CatLevel() == 0)
+            return MainCat(cCat->CatName());
+        const std::shared_ptr<clsCat> cOwner = cCat->MainCat();
+        if (Holds(cOwner) && cOwner->SubCat(cCat->CatLevel()) == cCat)
+            return cCat;
+        const std::shared_ptr<clsCat> cMainCat = MainCat(cCat->CatName());
+        const std::shared_ptr<clsCat> cFound = cMainCat ? cMainCat->SubCat(cCat->CatLevel()) : nullptr;
+        return cFound && cFound->MainCat() == cMainCat ? cFound : nullptr;
+    }
+    // The database's own cut of the same key, since a host may hand in a copy, such as a pick gives it; the
+    // cut itself when the database has none.
+    std::shared_ptr<Cut> OwnOf(const std::shared_ptr<Cut>& cCut) const
+    {
+        const std::shared_ptr<ravlo::DataBase> cAsked = cDataBase; // a look-up may let the host populate
+        std::shared_ptr<Cut> cOwn = cAsked ? cAsked->CutByKey(cCut->Key()) : nullptr;
+        return cOwn ? cOwn : cCut;
+    }
     // Tries again what picks could not save. Every operation that saves orders ends with it.
     void SaveOwed()
     {

@@ -2,35 +2,19 @@
 #pragma once
 
 #include "media/DataBase.h"
-#include "scheduler/Filing.h"
 #include "scheduler/NameLists.h"
 #include "scheduler/Station.h"
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 
 namespace ravlo
 {
 
-// The main categories an operation has touched, by name, each once: they are looked up again when they are
-// saved.
-class AffectedCats
-{
-public:
-    void Touch(const std::wstring& sCatName)
-    {
-        if (!m_colNames.Exists(std::wstring_view(sCatName))) // mostly it is there
-            m_colNames.Add(TextKey(sCatName), sCatName);
-    }
-    std::size_t Count() const noexcept { return m_colNames.Count(); }
-    auto begin() const { return m_colNames.begin(); }
-    auto end() const { return m_colNames.end(); }
-
-private:
-    OrderedKeyedCollection<std::wstring> m_colNames;
-};
+class CutChanges;
 
 // Follows the database: files the cuts it adds, re-files those it modifies, takes out those it removes, saves
 // the main categories concerned and refreshes the library window. A notification is handled when nothing else
@@ -65,44 +49,6 @@ public:
         Synchronisation& m_cSync;
     };
 
-    // Files a cut into the main category of that name, which is touched when the cut stands there afterwards.
-    // A name that is not in the tree is refused with a box.
-    void AddCutToCategory(const std::shared_ptr<Cut>& cCut, const std::wstring& sCatName,
-                          AffectedCats& cAffected, Filing& cFiling);
-    // The same for each of the cut's names, making the main categories that are missing. Nothing happens
-    // before the first population.
-    void AddCutToCategories(const std::shared_ptr<Cut>& cCut, const NameLists::Names& names,
-                            AffectedCats& cAffected, Filing& cFiling);
-
-    // Takes a cut out of a level (its own number's, or LevelToRemoveFrom when that is not 0) of one main
-    // category, or with null of every category it is assigned to. cMainCat is looked up by its name: it may
-    // be from before a reload. Adds to colMainCatsIN, keyed by name, those it was really removed from. What
-    // is missing is passed over; nothing is saved.
-    void RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat, const std::shared_ptr<Cut>& cCut,
-                               CatCollection& colMainCatsIN, std::int32_t LevelToRemoveFrom, Filing& cFiling);
-
-    // Brings the tree in line with a cut whose categories or level have changed since it was filed. Nothing
-    // happens before the first population.
-    void ModifyCut(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected, Filing& cFiling);
-
-    // Takes a cut out of one level that may hold it, category name included; the name stays while another
-    // level of the same main category holds the cut. False when the level did not hold it; else the level is
-    // recalculated.
-    static bool TakeOut(const std::shared_ptr<Cut>& cCut, const Station::Place& place, Filing& cFiling);
-
-    // Saves each that still exists, by default with the boxes and reports of an explicit save, then what
-    // picks still owe.
-    void SaveAffected(const AffectedCats& cAffected,
-                      HistoryFiles::Manner eManner = HistoryFiles::Manner::Explicit);
-
-    // The same whatever is remembered of the cut: after its database has undone changes to it.
-    void Refile(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected, Filing& cFiling);
-
-    // Removes a cut's entry from a level without touching its category names. The level is recalculated and
-    // its main category touched.
-    static void Leave(const Station::Place& place, const TextKey& cKey, AffectedCats& cAffected,
-                      Filing& cFiling);
-
 private:
     enum class Kind
     {
@@ -128,12 +74,10 @@ private:
     void HandleAdded(const Cuts& colCuts);
     void HandleModified(const Cuts& colCuts);
     void HandleRemoved(const Cuts& colCuts);
-    static void FileInto(const std::shared_ptr<Cut>& cCut, clsCat& cMainCat, AffectedCats& cAffected,
-                         Filing& cFiling);
-    void AddCuts(const Cuts& colCuts, AffectedCats& cAffected, Filing& cFiling);
-    void RemoveCuts(const Cuts& colCuts, AffectedCats& cAffected, Filing& cFiling);
-    bool StandsWhereAssigned(const Cut& cCut) const;
-    void RemoveEverywhere(const std::shared_ptr<Cut>& cCut, AffectedCats& cAffected, Filing& cFiling);
+    void AddCuts(const Cuts& colCuts, CutChanges& cChanges);
+    void AddCut(const std::shared_ptr<Cut>& cCut, NameLists& cNameLists, CutChanges& cChanges);
+    void RemoveEverywhere(const std::shared_ptr<Cut>& cCut, CutChanges& cChanges);
+    std::function<bool()> WhileNobodyReloads() const;
     void RefreshLibrary(const wchar_t* sLogLine);
 
     Station& m_cStation;

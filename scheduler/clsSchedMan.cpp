@@ -7,6 +7,7 @@
 #include "rotation/NextCut.h"
 #include "scheduler/CategoryCreation.h"
 #include "scheduler/CategoryEditing.h"
+#include "scheduler/CutAssignment.h"
 #include "scheduler/MassChange.h"
 #include "scheduler/Population.h"
 #include "scheduler/RandomOrder.h"
@@ -339,12 +340,16 @@ Result clsSchedMan::Edit(const wchar_t* sTitle, Result failure, Body&& body)
     return TrapCritical(Mod(), sTitle, failure,
                         [&]
                         {
-                            if (m_cParts->bPopulating)
-                                throw RuntimeError(
-                                    error::PermissionDenied,
-                                    L"The categories are being read from the database just now");
+                            RefuseWhilePopulating();
                             return body();
                         });
+}
+
+void clsSchedMan::RefuseWhilePopulating() const
+{
+    if (m_cParts->bPopulating)
+        throw RuntimeError(error::PermissionDenied,
+                           L"The categories are being read from the database just now");
 }
 
 template <class Body> void clsSchedMan::Edit(const wchar_t* sTitle, Body&& body)
@@ -361,22 +366,11 @@ void clsSchedMan::RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat,
                                         const std::shared_ptr<Cut>& cCut, CatCollection& colMainCatsIN,
                                         std::int32_t LevelToRemoveFrom)
 {
-    constexpr const wchar_t* sTitle = L"Error in RemoveCutFromCategory [cSchedMan]";
-    Edit(sTitle,
-         [&]
-         {
-             Filing cFiling(Mod());
-             try
-             {
-                 m_cParts->cSync.RemoveCutFromCategory(cMainCat, cCut, colMainCatsIN, LevelToRemoveFrom,
-                                                       cFiling);
-             }
-             catch (...)
-             {
-                 cFiling.Failed(); // the levels it has left already are recalculated first
-             }
-             cFiling.Report([&](const RuntimeError& cError) { Mod().ShowCriticalError(sTitle, cError); });
-         });
+    if (cCut)
+        Edit(L"Error in RemoveCutFromCategory [cSchedMan]",
+             [&] {
+                 RemoveCut(*m_cParts, m_cParts->cSync, {cCut, cMainCat, LevelToRemoveFrom}, colMainCatsIN);
+             });
 }
 
 void clsSchedMan::RemoveCutsFromCategories(const std::vector<CutRemoval>& colRemovals,
@@ -384,6 +378,14 @@ void clsSchedMan::RemoveCutsFromCategories(const std::vector<CutRemoval>& colRem
 {
     Edit(L"Error in RemoveCutFromCategory [cSchedMan]",
          [&] { RemoveCuts(*m_cParts, m_cParts->cSync, colRemovals, progress); });
+}
+
+void clsSchedMan::AssignCut(const std::shared_ptr<Cut>& cCut, std::int32_t lCatLevel,
+                            const std::vector<std::wstring>& colCatNames)
+{
+    const Call cCall(*this);
+    RefuseWhilePopulating();
+    ravlo::AssignCut(*m_cParts, m_cParts->cSync, cCut, lCatLevel, colCatNames);
 }
 
 bool clsSchedMan::CreateMainCat(std::wstring& sName)

@@ -88,8 +88,8 @@ public:
                          bool& bCreatedNewSubCats);
 
     // Takes a cut out of a level (its own number's, or LevelToRemoveFrom) of one main category, or with null
-    // of every one it is assigned to. Adds those it was removed from to colMainCatsIN, keyed by name. Saves
-    // nothing.
+    // of every one it is assigned to; out of none when that fails. Adds those it was removed from to
+    // colMainCatsIN, keyed by name. Saves nothing.
     void RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat, const std::shared_ptr<Cut>& cCut,
                                CatCollection& colMainCatsIN, std::int32_t LevelToRemoveFrom = 0);
 
@@ -98,6 +98,11 @@ public:
     // done so far.
     void RemoveCutsFromCategories(const std::vector<CutRemoval>& colRemovals,
                                   const std::function<void(std::size_t lDone)>& progress);
+
+    // Gives a cut its level and the names of its categories; see CutAssignment.h. Throws when the cut is left
+    // as it was, also with error 70 when called from a handler while a population runs.
+    void AssignCut(const std::shared_ptr<Cut>& cCut, std::int32_t lCatLevel,
+                   const std::vector<std::wstring>& colCatNames);
 
     // Records a play; see PlayHistory.h. A database that refuses the time of the play does not hinder the
     // entry: the error is shown once, and the time is pending until the next play, saving of all orders or
@@ -136,6 +141,7 @@ private:
     struct Parts;
     template <class Result, class Body> Result Edit(const wchar_t* sTitle, Result failure, Body&& body);
     template <class Body> void Edit(const wchar_t* sTitle, Body&& body);
+    void RefuseWhilePopulating() const;
     // Puts the tree that cPopulation builds from cDataBase into the place of the present one, cFiledCuts with
     // it. False without a database, which is shown.
     bool ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase, const std::wstring& strAppPath,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/CategoryEditing.h"
 
+#include "support/BatchingDataBase.h"
 #include "support/SyncTest.h"
 
 #include <algorithm>
@@ -133,10 +134,11 @@ TEST_F(ShuffleTest, AskedFirstOnlyYesGoesOn)
 
 TEST_F(ShuffleTest, AVeryLongListInTheQuestionIsCapped)
 {
-    Cats colCats;
+    const auto cMainCat = std::make_shared<clsCat>(cLib.cMod, L"X", 0);
+    cLib.cSchedMan->colMainCats()->Add(TextKey(CategoryKey(L"X", 0)), cMainCat);
     for (std::int32_t lLevel = 1; lLevel <= 33; ++lLevel)
-        colCats.push_back(std::make_shared<clsCat>(cLib.cMod, L"X", lLevel));
-    cLib.cSchedMan->ShuffleCategories(colCats, true);
+        cMainCat->AddSubCat(std::make_shared<clsCat>(cLib.cMod, L"X", lLevel));
+    cLib.cSchedMan->ShuffleCategories({cMainCat->SubCats()->begin(), cMainCat->SubCats()->end()}, true);
     ASSERT_EQ(boxes.size(), 1u);
     EXPECT_TRUE(boxes[0].sText.starts_with(L"Really shuffle these categories: X 1, X 2, "));
     EXPECT_TRUE(boxes[0].sText.ends_with(L", X 30... (+3)"));
@@ -168,13 +170,36 @@ TEST_F(ShuffleTest, ACategoryWithoutLevelsIsPassedOver)
     EXPECT_EQ(Written(), Lines());
 }
 
-TEST_F(ShuffleTest, CategoriesTheTreeDoesNotHoldAreLeftAlone)
+TEST_F(ShuffleTest, CategoriesThatDoNotExistAreNeitherAskedForNorShuffled)
 {
     const auto cDead = Level(L"Pop", 1);
     cLib.cSchedMan->DeleteCats({cDead});
     Forget();
-    cLib.cSchedMan->ShuffleCategories({cDead, std::make_shared<clsCat>(cLib.cMod, L"Pop", 0)});
+    cLib.cSchedMan->ShuffleCategories({cDead, std::make_shared<clsCat>(cLib.cMod, L"Gone", 0)}, true);
+    EXPECT_EQ(boxes, Boxes());
     EXPECT_EQ(Written(), Lines());
+}
+
+TEST_F(ShuffleTest, ACategoryFromBeforeAReloadIsShuffledByItsName)
+{
+    const Cats colOld{MainCat(L"Rock"), Level(L"Pop", 1)};
+    const Keys colBefore = Order(L"Pop", 1);
+    cLib.Populate();
+    Forget();
+    cWorld.cMessages.Answers = {BoxAnswer::Yes};
+    // The host reloads once more while the question is open.
+    cWorld.cMessages.OnShown = [&]
+    {
+        cWorld.cMessages.OnShown = nullptr;
+        cLib.Populate();
+    };
+    cLib.cSchedMan->ShuffleCategories(colOld, true);
+    EXPECT_NE(Order(L"Pop", 1), colBefore);
+    EXPECT_EQ(Sorted(Order(L"Pop", 1)), Sorted(colBefore));
+    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
+    const Keys colShuffled = Order(L"Rock", 2);
+    cLib.Restart();
+    EXPECT_EQ(Order(L"Rock", 2), colShuffled);
 }
 
 // ---- deleting
@@ -294,16 +319,48 @@ TEST_F(EditingTest, DeletingNothingTellsTheEndAndChangesNothing)
     EXPECT_EQ(Written(), Lines());
 }
 
-TEST_F(EditingTest, WhatTheTreeDoesNotHoldIsNotDeleted)
+TEST_F(EditingTest, WhatDoesNotExistIsNotDeletedAndNothingIsSaid)
 {
     Add(L"a", L"Rock", 1);
     Start();
-    const auto cStranger = std::make_shared<clsCat>(cLib.cMod, L"Rock", 1);
-    const auto cStrangeMain = std::make_shared<clsCat>(cLib.cMod, L"Rock", 0);
-    cLib.cSchedMan->DeleteCats({cStranger, cStrangeMain});
+    const auto cGoneLevel = std::make_shared<clsCat>(cLib.cMod, L"Rock", 7);
+    const auto cGone = std::make_shared<clsCat>(cLib.cMod, L"Gone", 0);
+    EXPECT_FALSE(cLib.cSchedMan->DeleteCats({cGoneLevel, nullptr, cGone}));
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
+    EXPECT_EQ(said, Lines());
     EXPECT_EQ(Written(), Lines());
-    EXPECT_NE(File(L"Rock"), "none");
+}
+
+TEST_F(EditingTest, WhatExistsIsDeletedBesideWhatDoesNot)
+{
+    Add(L"a", L"Rock", 1);
+    Add(L"b", L"Rock", 2);
+    Start();
+    EXPECT_FALSE(
+        cLib.cSchedMan->DeleteCats({std::make_shared<clsCat>(cLib.cMod, L"Gone", 0), Level(L"Rock", 1)}));
+    EXPECT_EQ(Levels(L"Rock"), (Keys{L"2"}));
+    EXPECT_EQ(File(L"Rock"), SifCut("b", 2));
+}
+
+TEST_F(EditingTest, ACategoryFromBeforeAReloadIsDeletedByItsName)
+{
+    Add(L"a", L"Rock", 1);
+    Add(L"b", L"Rock", 2);
+    Add(L"p", L"Pop", 1);
+    Start();
+    const Cats colOld{Level(L"Rock", 1), MainCat(L"Pop")};
+    cLib.Populate();
+    Forget();
+    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({colOld[0], colOld[1], Level(L"Rock", 1)}));
+    EXPECT_EQ(Levels(L"Rock"), (Keys{L"2"}));
+    EXPECT_EQ(MainCat(L"Pop"), nullptr);
+    EXPECT_EQ(said.back(), colDeleted.front());
+    EXPECT_EQ(File(L"Rock"), SifCut("b", 2));
+    EXPECT_EQ(File(L"Pop"), "none");
+    cLib.Restart();
+    EXPECT_EQ(Levels(L"Rock"), (Keys{L"2"}));
+    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock"}));
+    EXPECT_EQ(boxes, Boxes());
 }
 
 TEST_F(EditingTest, ACutThatRefusesStaysWithItsLevelTheOthersGoAndItIsReportedOnce)
@@ -380,65 +437,6 @@ TEST_F(EditingTest, AReloadInTheMiddleOfADeletionLeavesTheNewTreeAlone)
 }
 
 // ---- a database with batches
-
-// Counts its batches; a commit can be told to fail, which puts the cuts back as they were at the begin.
-class BatchingDataBase final : public DataBase
-{
-public:
-    FakeDataBase cInner;
-    int lBegun = 0;
-    int lCommitted = 0;
-    bool bRefusesCommit = false;
-    bool bRefusesBegin = false;
-
-    Cuts AllCuts() const override { return cInner.AllCuts(); }
-    std::shared_ptr<Cut> CutByKey(const TextKey& cKey) const override { return cInner.CutByKey(cKey); }
-    std::shared_ptr<Cut> CutByArtistTitle(const std::wstring& sArtist,
-                                          const std::wstring& sTitle) const override
-    {
-        return cInner.CutByArtistTitle(sArtist, sTitle);
-    }
-    std::shared_ptr<Cut> NewCut() const override { return cInner.NewCut(); }
-    void Advise(DataBaseEvents& cEvents) override { cInner.Advise(cEvents); }
-    void Unadvise(DataBaseEvents& cEvents) noexcept override { cInner.Unadvise(cEvents); }
-    std::unique_ptr<Batch> BeginBatch() override
-    {
-        if (bRefusesBegin)
-            throw RuntimeError(error::DeviceIo);
-        ++lBegun;
-        EXPECT_FALSE(bOpen);
-        bOpen = true;
-        return std::make_unique<OneBatch>(*this);
-    }
-
-    bool bOpen = false;
-
-private:
-    struct OneBatch final : Batch
-    {
-        explicit OneBatch(BatchingDataBase& cOwner) : cDataBase(cOwner)
-        {
-            for (const std::shared_ptr<Cut>& cCut : cOwner.cInner.colCuts)
-                colBefore.push_back(cCut->CloneCut());
-        }
-        ~OneBatch() override { cDataBase.bOpen = false; }
-        void Commit() override
-        {
-            if (cDataBase.bRefusesCommit)
-            {
-                for (std::size_t lCut = 0; lCut < colBefore.size(); ++lCut)
-                {
-                    cDataBase.cInner.colCuts[lCut]->SetCategoryText(colBefore[lCut]->CategoryText());
-                    cDataBase.cInner.colCuts[lCut]->SetCatLevel(colBefore[lCut]->CatLevel());
-                }
-                throw RuntimeError(error::DiskFull);
-            }
-            ++cDataBase.lCommitted;
-        }
-        BatchingDataBase& cDataBase;
-        Cuts colBefore;
-    };
-};
 
 class BatchTest : public StationTest
 {
@@ -546,13 +544,17 @@ TEST_F(BatchTest, CutsOfARefusedBatchStandAgainAtTheirPlacesInEveryLevel)
     EXPECT_EQ(Order(L"Rock", 1), rock) << "the files say the same";
 }
 
-TEST_F(BatchTest, ARefusedDeletionSavesWhateverOtherCategoryItsCutsHadToBeFiledInto)
+TEST_F(BatchTest, ARefusedDeletionLeavesWhatIsNotAnnouncedToItsAnnouncement)
 {
-    RockCuts()[3]->SetCategoryText(L"Rock/Pop"); // which nobody has announced yet
+    const std::shared_ptr<Cut> cCut = RockCuts()[3];
+    cCut->SetCategoryText(L"Rock/Pop"); // which nobody has announced yet
     cBatching->bRefusesCommit = true;
     EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
+    EXPECT_EQ(Order(L"Rock", 1)[3], L"k4");
+    EXPECT_EQ(Level(L"Pop", 1), nullptr);
+    EXPECT_EQ(Written(), (Lines{L"Rock"}));
+    cBatching->cInner.Announce(&DataBaseEvents::CutsModified, Cuts{cCut});
     EXPECT_EQ(Order(L"Pop", 1), (Keys{L"k4"}));
-    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"})) << "each once";
     EXPECT_EQ(File(L"Pop"), SifCut("k4", 1) + SifCut("p", 2));
 }
 

@@ -94,7 +94,7 @@ const Operation operations[] = {
      {
          bool bCreated = false;
          for (const auto& [sFrom, sTo] : {std::pair(L"Rock", L"Pop"), std::pair(L"Pop", L"Rock")})
-             s.cLib.cSchedMan->DoMassCatChange(eCopyHere, {s.Level(sFrom, 1)}, s.Level(sTo, 2),
+             s.cLib.cSchedMan->DoMassCatChange(eCopyHere, {s.Level(sFrom, 1)}, s.Level(sTo, 1),
                                                {s.CutsOf(sFrom)[0]}, bCreated);
      }},
     {"remove_from_categories",

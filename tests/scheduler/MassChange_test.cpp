@@ -208,6 +208,162 @@ TEST_F(MassChangeTest, ACutThatStandsNowhereIsFiledWithAStandInForItsSource)
     EXPECT_EQ(boxes, Boxes());
 }
 
+// ---- cuts in two levels of one category
+
+// A cut in Rock 1 and Rock 2 that leaves Rock 1 stays in Rock by Rock 2, under the number that it gets.
+class TwoLevelsTest : public MassChangeTest
+{
+protected:
+    TwoLevelsTest()
+    {
+        cCut = Add(L"a", L"Rock", 1);
+        Add(L"b", L"Rock", 1);
+        Add(L"c", L"Rock", 2);
+        Add(L"p", L"Pop", 1);
+        Start();
+        bool bCreated = false;
+        Level(L"Rock", 2)->AddCut(cCut, bCreated);
+    }
+    std::shared_ptr<FakeCut> cCut;
+};
+
+TEST_F(TwoLevelsTest, AMoveThatKeepsTheNumberLeavesTheCutLastInTheLevelOfItsNumber)
+{
+    for (const bool bIntoMain : {false, true})
+    {
+        SCOPED_TRACE(bIntoMain);
+        cCut->SetCategoryText(L"Rock");
+        cLib.Populate();
+        bool bCreated = false;
+        Level(L"Rock", 2)->AddCut(cCut, bCreated);
+        Forget();
+        Change(eMoveHere, {Level(L"Rock", 1)}, bIntoMain ? MainCat(L"Pop") : Level(L"Pop", 1), {cCut});
+        EXPECT_EQ(cCut->CategoryText(), L"Rock/Pop");
+        EXPECT_EQ(cCut->CatLevel(), 1);
+        EXPECT_EQ(Order(L"Rock", 1), (Keys{L"b", L"a"}));
+        EXPECT_EQ(Order(L"Rock", 2), (Keys{L"c"}));
+        EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p", L"a"}));
+        EXPECT_EQ(TotalOf(L"Rock", 1), 360'000);
+        EXPECT_EQ(File(L"Rock"), SifCut("b", 1) + SifCut("a", 1) + SifCut("c", 2));
+        EXPECT_EQ(File(L"Pop"), SifCut("p", 1) + SifCut("a", 1));
+        cLib.Restart();
+        EXPECT_EQ(Order(L"Rock", 1), (Keys{L"b", L"a"}));
+        EXPECT_EQ(Order(L"Rock", 2), (Keys{L"c"}));
+        EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p", L"a"}));
+        EXPECT_EQ(boxes, Boxes());
+    }
+}
+
+TEST_F(TwoLevelsTest, AMoveThatFailsLeavesTheCutWhereItStood)
+{
+    const std::string rock = File(L"Rock");
+    for (const char* sMember : {"AddCategoryName", "RunTimemS", "Key", "CatLevel", "CategoryText"})
+        for (const eCatDragOptions eOption : {eMoveHere, eMoveExclusiveHere})
+        {
+            SCOPED_TRACE(sMember);
+            cCut->failing = {sMember};
+            Change(eOption, {Level(L"Rock", 1)}, Level(L"Pop", 1), {cCut});
+            cCut->failing.clear();
+            EXPECT_EQ(cCut->CategoryText(), L"Rock");
+            EXPECT_EQ(cCut->CatLevel(), 1);
+            EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b"}));
+            EXPECT_EQ(Order(L"Rock", 2), (Keys{L"c", L"a"}));
+            EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p"}));
+            EXPECT_EQ(TotalOf(L"Rock", 1), 360'000);
+            EXPECT_EQ(boxes.size(), 1u);
+            Forget();
+        }
+    cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Rock"));
+    EXPECT_EQ(File(L"Rock"), SifCut("a", 1) + SifCut("b", 1) + SifCut("c", 2) + SifCut("a", 1))
+        << "a cut's record holds its own number";
+}
+
+// ---- copies of cuts, and names without a level
+
+TEST_F(MassChangeTest, ACopyOfACutStandsForTheDatabasesOwn)
+{
+    const auto cCut = Add(L"a", L"Rock", 1);
+    Add(L"p", L"Pop", 2);
+    Start();
+    Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 2), {cCut->CloneCut()});
+    EXPECT_EQ(cCut->CategoryText(), L"Pop");
+    EXPECT_EQ(cCut->CatLevel(), 2);
+    EXPECT_EQ(Level(L"Pop", 2)->SchedCuts()->At(1), cCut);
+    Change(eCopyHere, {Level(L"Pop", 2)}, MainCat(L"Rock"), {cCut->CloneCut()});
+    EXPECT_EQ(cCut->CategoryText(), L"Pop/Rock");
+    EXPECT_EQ(Level(L"Rock", 2)->SchedCuts()->At(0), cCut);
+    cLib.Restart();
+    EXPECT_EQ(Order(L"Pop", 2), (Keys{L"p", L"a"}));
+    EXPECT_EQ(Order(L"Rock", 2), (Keys{L"a"}));
+    EXPECT_EQ(Order(L"Rock", 1), Keys());
+}
+
+TEST_F(MassChangeTest, ACutWithoutALevelStandsWhereItsNamesSayOnceItHasANumber)
+{
+    struct Case
+    {
+        eCatDragOptions eOption;
+        const wchar_t* sNames;
+        Keys colRock;
+    };
+    for (const Case& c : {Case{eMoveExclusiveHere, L"Pop", {}}, Case{eMoveHere, L"Rock/Jazz/Pop", {L"z"}},
+                          Case{eCopyHere, L"Rock/Jazz/Pop", {L"z"}}})
+    {
+        SCOPED_TRACE(static_cast<int>(c.eOption));
+        RadioWorld cOther;
+        Library cLibrary(cOther);
+        const auto cZero = cLibrary.cDataBase->Add(L"z", L"Rock/Jazz", 0);
+        cLibrary.cDataBase->Add(L"p", L"Pop", 1);
+        cLibrary.Populate();
+        cOther.cMessages.Boxes.clear();
+        bool bCreated = false;
+        cLibrary.cSchedMan->DoMassCatChange(c.eOption, {std::make_shared<clsCat>(cLibrary.cMod, sNoCat, 0)},
+                                            cLibrary.Level(L"Pop", 1), {cZero}, bCreated);
+        for (const char* sWhen : {"at once", "after a restart"})
+        {
+            SCOPED_TRACE(sWhen);
+            EXPECT_EQ(cZero->CategoryText(), c.sNames);
+            EXPECT_EQ(cZero->CatLevel(), 1);
+            EXPECT_EQ(cLibrary.Order(L"Pop", 1), (Keys{L"p", L"z"}));
+            EXPECT_EQ(cLibrary.Order(L"Rock", 1), c.colRock);
+            EXPECT_EQ(cLibrary.Order(L"Jazz", 1), c.colRock);
+            cLibrary.Restart();
+        }
+        EXPECT_EQ(cOther.cMessages.Boxes, Boxes());
+    }
+}
+
+TEST_F(MassChangeTest, SourcesFromBeforeAReloadAreLeft)
+{
+    const auto cCut = Add(L"a", L"Rock", 1);
+    Add(L"p", L"Pop", 1);
+    Start();
+    const auto cOld = Level(L"Rock", 1);
+    cLib.Populate();
+    Change(eMoveHere, {cOld}, Level(L"Pop", 1), {cCut});
+    EXPECT_EQ(cCut->CategoryText(), L"Pop");
+    EXPECT_EQ(Order(L"Rock", 1), Keys());
+}
+
+TEST_F(MassChangeTest, ALevelMadeForACutThatFailsGoesAgain)
+{
+    const auto cCut = Add(L"a", L"Rock/Jazz", 4);
+    Add(L"p", L"Pop", 1);
+    Start();
+    for (const auto& cTo : {MainCat(L"Pop"), Level(L"Pop", 1)})
+        for (const eCatDragOptions eOption : {eMoveHere, eCopyHere})
+            for (const char* sMember : {"AddCategoryName", "RunTimemS"})
+            {
+                cCut->failing = {sMember};
+                EXPECT_FALSE(Change(eOption, {Level(L"Rock", 4)}, cTo, {cCut}));
+                cCut->failing.clear();
+                EXPECT_EQ(MainCat(L"Pop")->SubCats()->Count(), 1u);
+                EXPECT_EQ(MainCat(L"Jazz")->SubCats()->Count(), 1u);
+                EXPECT_EQ(cCut->CatLevel(), 4);
+                EXPECT_EQ(cCut->CategoryText(), L"Rock/Jazz");
+            }
+}
+
 // ---- moving into a main category
 
 TEST_F(MassChangeTest, IntoAMainCategoryCutsKeepTheirNumbersAndMissingLevelsAreMade)
@@ -259,6 +415,76 @@ TEST_F(MassChangeTest, CopiesIntoAMainCategoryKeepTheirNumbers)
     EXPECT_EQ(Order(L"Pop", 1), (Keys{L"b", L"z", L"n"}));
     EXPECT_EQ(cZero->CatLevel(), 1);
     EXPECT_EQ(boxes, Boxes());
+}
+
+const ShownBox refusal =
+    OkBox(BoxIcon::Information, L"Multiple Category Levels Not Allowed!",
+          L"Items can only be in one category level,even though they may be in multiple categories.\r\n\r\n"
+          L"Copying the items to this level is therefore not permitted.\r\n\r\n"
+          L"You DO have the option to move the items to this level,\r\n"
+          L"in which case this will change the level for EVERY category the items are in.");
+
+TEST_F(MassChangeTest, ACutIsNotCopiedIntoALevelOfAnotherNumber)
+{
+    const auto cOne = Add(L"one", L"Rock", 1);
+    const auto cTwo = Add(L"two", L"Rock", 2);
+    const auto cTwoToo = Add(L"two too", L"Rock", 2);
+    Add(L"p", L"Pop", 1);
+    Start();
+    const std::string rock = File(L"Rock");
+    Change(eCopyHere, {Level(L"Rock", 1), Level(L"Rock", 2)}, Level(L"Pop", 1), {cTwo, cOne, cTwoToo});
+    EXPECT_EQ(boxes, (Boxes{refusal})) << "each for itself, told once";
+    EXPECT_EQ(said, Joined({{L"Start 1: Copying into category...", L"Progress 1/1: Copied into Pop 1",
+                             L"Done: Category copy complete."},
+                            SaveSaid(L"Pop", 2)}));
+    EXPECT_EQ(cTwo->CategoryText(), L"Rock");
+    EXPECT_EQ(cTwo->CatLevel(), 2);
+    EXPECT_EQ(cOne->CategoryText(), L"Rock/Pop");
+    EXPECT_EQ(File(L"Rock"), rock);
+    EXPECT_EQ(File(L"Pop"), SifCut("p", 1) + SifCut("one", 1));
+    cLib.Restart();
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p", L"one"}));
+    EXPECT_EQ(Order(L"Rock", 2), (Keys{L"two", L"two too"}));
+}
+
+TEST_F(MassChangeTest, WhenEveryCopyIsRefusedOnlyTheRefusalIsSaid)
+{
+    const auto cTwo = Add(L"two", L"Rock", 2);
+    Add(L"one", L"Rock", 1);
+    Start();
+    EXPECT_FALSE(Change(eCopyHere, {Level(L"Rock", 2)}, Level(L"Rock", 1), {cTwo}));
+    EXPECT_EQ(boxes, (Boxes{refusal}));
+    EXPECT_EQ(said, Lines());
+    EXPECT_EQ(Written(), Lines());
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"one"}));
+}
+
+TEST_F(MassChangeTest, ACutWithoutALevelIsCopiedIntoTheFirst)
+{
+    const Cuts colCuts{Add(L"zero", L"", 0), Add(L"negative", L"", -3)};
+    Add(L"p", L"Pop", 1);
+    Add(L"q", L"Pop", 2);
+    Start();
+    const Cats colFrom{std::make_shared<clsCat>(cLib.cMod, sNoCat, 0)};
+    Change(eCopyHere, colFrom, Level(L"Pop", 2), colCuts);
+    EXPECT_EQ(boxes, (Boxes{refusal}));
+    EXPECT_EQ(colCuts[0]->CatLevel(), 0);
+    Forget();
+    Change(eCopyHere, colFrom, Level(L"Pop", 1), colCuts);
+    EXPECT_EQ(boxes, Boxes());
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p", L"zero", L"negative"}));
+}
+
+TEST_F(MassChangeTest, ANumberChangedWhileOthersRunIsRefusedToo)
+{
+    const Cuts colCuts = AddMany(101, L"k", L"Rock", 1);
+    Add(L"p", L"Pop", 1);
+    Start();
+    cWorld.cHostLoop.OnPump = [&] { colCuts[100]->SetCatLevel(5); };
+    Change(eCopyHere, {Level(L"Rock", 1)}, Level(L"Pop", 1), colCuts);
+    EXPECT_EQ(Order(L"Pop", 1).size(), 101u);
+    EXPECT_EQ(boxes, (Boxes{refusal}));
+    EXPECT_EQ(colCuts[100]->CategoryText(), L"Rock");
 }
 
 // ---- progress

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/Synchronisation.h"
 
+#include "scheduler/CutChanges.h"
+#include "scheduler/CutRemoval.h"
 #include "support/SyncTest.h"
 
 #include <limits>
@@ -353,10 +355,10 @@ struct Parts
     ModScheduler cMod{cWorld.AllPorts()};
     Station cStation{cMod};
     Synchronisation cSync{cStation};
-    AffectedCats cAffected;
-    Filing cFiling{cMod};
+    CutChanges cChanges{cStation, cSync, CutChanges::Origin::DataBase};
 
     Parts() { cStation.colMainCats = std::make_shared<CatCollection>(); }
+    Lines Affected() const { return {cChanges.Affected().begin(), cChanges.Affected().end()}; }
 
     std::shared_ptr<FakeCut> NewCut(const std::wstring& sCategoryText, std::int32_t lLevel)
     {
@@ -371,12 +373,12 @@ struct Parts
     }
     void File(const std::shared_ptr<Cut>& cCut, const std::wstring& sCatName)
     {
-        cSync.AddCutToCategory(cCut, sCatName, cAffected, cFiling);
+        cChanges.AddCutToCategory(cCut, sCatName);
     }
     void FileAsAssigned(const std::shared_ptr<Cut>& cCut)
     {
         NameLists cNameLists(cStation.cFiledCuts);
-        cSync.AddCutToCategories(cCut, cNameLists.Of(*cCut), cAffected, cFiling);
+        cChanges.AddCutToCategories(cCut, cNameLists.Of(*cCut));
     }
 };
 
@@ -401,7 +403,7 @@ TEST(AddCutToCategory, MakesWhatIsMissingAndTouchesTheCategory)
         }
         cParts.FileAsAssigned(cParts.NewCut(L"Rock", 3));
         EXPECT_EQ(cParts.cStation.MainCat(L"Rock")->SubCat(3)->TotalCuts(), 1);
-        EXPECT_EQ(cParts.cAffected.Count(), 1u);
+        EXPECT_EQ(cParts.Affected(), (Lines{L"Rock"}));
     }
 }
 
@@ -415,7 +417,7 @@ TEST(AddCutToCategory, FilesIntoTheOneMainCategoryThatIsGiven)
     EXPECT_EQ(cRock->TotalCuts(), 0);
     EXPECT_EQ(cPop->TotalCuts(), 1);
     EXPECT_EQ(cCut->CategoryText(), L"Rock/Pop");
-    EXPECT_EQ(Lines(cParts.cAffected.begin(), cParts.cAffected.end()), (Lines{L"Pop"}));
+    EXPECT_EQ(cParts.Affected(), (Lines{L"Pop"}));
 }
 
 TEST(AddCutToCategory, RefusesAMainCategoryTheTreeDoesNotHold)
@@ -426,7 +428,7 @@ TEST(AddCutToCategory, RefusesAMainCategoryTheTreeDoesNotHold)
     EXPECT_EQ(cParts.cWorld.cMessages.Boxes,
               (Boxes{CriticalBox(L"RavloScheduler",
                                  L"In addcuttocategory, main cat was specified, but doesnt exist!")}));
-    EXPECT_EQ(cParts.cAffected.Count(), 0u);
+    EXPECT_EQ(cParts.Affected(), Lines());
     EXPECT_EQ(cCut->CategoryText(), L"Rock");
     EXPECT_EQ(cParts.cStation.colMainCats->Count(), 0u);
 }
@@ -436,14 +438,14 @@ TEST(AddCutToCategory, TouchesACategoryInWhichTheCutStandsAlreadyAndNoneThatRefu
     Parts cParts;
     const auto cCut = cParts.NewCut(L"Rock", 2);
     cParts.FileAsAssigned(cCut);
-    cParts.cAffected = {};
+    cParts.cChanges.Saved(L"Rock");
     cParts.FileAsAssigned(cCut);
-    EXPECT_EQ(cParts.cAffected.Count(), 1u) << "it sits there";
+    EXPECT_EQ(cParts.Affected(), (Lines{L"Rock"})) << "it sits there";
     for (const std::int32_t lLevel : {0, -7})
     {
-        cParts.cAffected = {};
+        cParts.cChanges.Saved(L"Rock");
         cParts.FileAsAssigned(cParts.NewCut(L"Rock", lLevel));
-        EXPECT_EQ(cParts.cAffected.Count(), 0u) << lLevel;
+        EXPECT_EQ(cParts.Affected(), Lines()) << lLevel;
     }
 }
 
@@ -454,13 +456,10 @@ TEST(Synchronisation, WithoutATreeThereIsNothingToFileToFindOrToSave)
     const auto cCut = cParts.NewCut(L"Rock", 1);
     EXPECT_TRUE(cParts.cStation.PlacesOf(cCut->Key()).empty());
     cParts.FileAsAssigned(cCut);
-    cParts.cSync.ModifyCut(cCut, cParts.cAffected, cParts.cFiling);
-    cParts.cSync.Refile(cCut, cParts.cAffected, cParts.cFiling);
-    CatCollection colFrom;
-    cParts.cSync.RemoveCutFromCategory(nullptr, cCut, colFrom, 0, cParts.cFiling);
-    cParts.cSync.SaveAffected(cParts.cAffected);
-    EXPECT_TRUE(colFrom.Empty());
-    EXPECT_EQ(cParts.cAffected.Count(), 0u);
+    cParts.cChanges.ModifyCut(cCut);
+    EXPECT_TRUE(TakeOutOfCategories(cParts.cStation, cParts.cChanges, cCut, {cCut, nullptr, 0}).empty());
+    EXPECT_EQ(cParts.Affected(), Lines());
+    cParts.cChanges.Finish({});
     EXPECT_EQ(cCut->CategoryText(), L"Rock");
     EXPECT_FALSE(cParts.cStation.cFiledCuts.Knows(cCut->Key()));
     EXPECT_EQ(cParts.cWorld.cMessages.Boxes, Boxes());
@@ -482,7 +481,7 @@ TEST(Synchronisation, AfterAFirstPopulationThatFailedNothingIsFollowedAndEveryMe
     cLib.cSchedMan->RemoveCutFromCategory(nullptr, cCut, colFrom);
     cLib.cSchedMan->RemoveCutsFromCategories({{cCut, nullptr, 0}}, [](std::size_t) {});
     cLib.cSchedMan->ShuffleCategories({std::make_shared<clsCat>(cLib.cMod, L"Rock", 0)});
-    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({std::make_shared<clsCat>(cLib.cMod, L"Rock", 0)}));
+    EXPECT_FALSE(cLib.cSchedMan->DeleteCats({std::make_shared<clsCat>(cLib.cMod, L"Rock", 0)}));
     EXPECT_FALSE(cLib.cSchedMan->SaveHistoryAndOrdering(nullptr));
     EXPECT_TRUE(colFrom.Empty());
     EXPECT_EQ(cCut->CategoryText(), L"Rock");
@@ -759,6 +758,64 @@ TEST_F(RemoveCutFromCategoryTest, ACutThatRefusesIsShownAndStandsWhereItStood)
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in RemoveCutFromCategory [cSchedMan]", CriticalText(91))}));
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
     EXPECT_EQ(TotalOf(L"Rock", 1), 180'000);
+}
+
+TEST_F(RemoveCutFromCategoryTest, AFailureHalfWayLeavesTheCutInEveryCategory)
+{
+    const auto cCut = Add(L"a", L"Rock/Pop", 1);
+    Add(L"b", L"Rock/Pop", 1);
+    Start();
+    int lCalls = 0;
+    cCut->OnCall = [&](const std::string& sMember)
+    {
+        if (sMember == "RemoveCategoryName" && ++lCalls == 2)
+            throw RuntimeError(error::DeviceIo);
+    };
+    EXPECT_EQ(Remove(nullptr, cCut), Lines());
+    cCut->OnCall = nullptr;
+    EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in RemoveCutFromCategory [cSchedMan]", CriticalText(57))}));
+    EXPECT_EQ(cCut->CategoryText(), L"Rock/Pop");
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b"}));
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"a", L"b"}));
+    EXPECT_EQ(TotalOf(L"Rock", 1), 360'000);
+    Forget();
+    Modified({cCut});
+    EXPECT_EQ(Written(), Lines()) << "it is filed as before";
+}
+
+TEST_F(RemoveCutFromCategoryTest, ACopyStandsForTheDatabasesOwnCut)
+{
+    const auto cCut = Add(L"a", L"Rock/Pop", 1);
+    Start();
+    const std::shared_ptr<Cut> cCopy = cCut->CloneCut();
+    EXPECT_EQ(Remove(MainCat(L"Rock"), cCopy), (Lines{L"Rock"}));
+    EXPECT_EQ(cCut->CategoryText(), L"Pop");
+    EXPECT_EQ(Order(L"Rock", 1), Keys());
+    cLib.Restart();
+    EXPECT_EQ(Order(L"Rock", 1), Keys());
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"a"}));
+}
+
+TEST_F(RemoveCutFromCategoryTest, WhatTheDatabaseAnnouncesInTheMiddleWaits)
+{
+    const auto cCut = Add(L"a", L"Rock/Pop", 1);
+    const auto cOther = Add(L"b", L"Rock", 1);
+    Start();
+    cCut->OnCall = [&](const std::string& sMember)
+    {
+        if (sMember != "RemoveCategoryName")
+            return;
+        cOther->SetCategoryText(L"Jazz");
+        Modified({cOther, cCut});
+        EXPECT_EQ(MainCat(L"Jazz"), nullptr) << "nothing changes under the feet of the removal";
+    };
+    CatCollection colFrom;
+    cLib.cSchedMan->RemoveCutFromCategory(nullptr, cCut, colFrom);
+    cCut->OnCall = nullptr;
+    EXPECT_EQ(Order(L"Jazz", 1), (Keys{L"b"}));
+    EXPECT_EQ(Order(L"Rock", 1), Keys());
+    EXPECT_EQ(Written(), (Lines{L"Rock", L"Jazz"}))
+        << "the removal's own change is no change of the database's";
 }
 
 TEST_F(RemoveCutFromCategoryTest, AChangeOfTheDatabaseThatIsNotAnnouncedYetIsStillSeenAfterwards)

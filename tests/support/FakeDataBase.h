@@ -51,6 +51,8 @@ public:
     std::function<void(const std::string& sMember)>& OnCall = m_cRecord->OnCall;
 
     TextKey Key() const override { return In("Key").Key(); }
+    // The database's own look at the key, which neither fails nor counts as a call.
+    TextKey StoredKey() const { return m_cRecord->cValues->Key(); }
     std::wstring SecondaryKey() const override { return In("SecondaryKey").SecondaryKey(); }
     std::int32_t ID() const override
     {
@@ -140,7 +142,12 @@ public:
     }
     std::shared_ptr<Cut> CutByKey(const TextKey& cKey) const override
     {
-        return First([&](const Cut& cCut) { return cCut.Key() == cKey; });
+        return First(
+            [&](const Cut& cCut)
+            {
+                const auto* pFake = dynamic_cast<const FakeCut*>(&cCut);
+                return (pFake ? pFake->StoredKey() : cCut.Key()) == cKey;
+            });
     }
     std::shared_ptr<Cut> CutByArtistTitle(const std::wstring& sArtist,
                                           const std::wstring& sTitle) const override

@@ -26,35 +26,6 @@ RulesPane PaneOf(RuleBox eBox)
     return eBox <= txtGlobalAlbumSepMins ? RulesPane::Global : RulesPane::Category;
 }
 
-std::wstring Joined(const std::vector<std::wstring>& colNames)
-{
-    std::wstring sText;
-    for (const std::wstring& sName : colNames)
-        sText += (sText.empty() ? L"" : L"/") + sName;
-    return sText;
-}
-
-// Level and categories change together or not at all: in one batch, or by setting the level back where the
-// database offers none.
-void AssignCut(DataBase* cDataBase, Cut& cCut, std::int32_t lLevel, const std::wstring& sText)
-{
-    const std::unique_ptr<DataBase::Batch> cBatch = cDataBase ? cDataBase->BeginBatch() : nullptr;
-    const std::int32_t lLevelBefore = cCut.CatLevel();
-    cCut.SetCatLevel(lLevel);
-    try
-    {
-        cCut.SetCategoryText(sText);
-    }
-    catch (...)
-    {
-        if (!cBatch)
-            cCut.SetCatLevel(lLevelBefore);
-        throw;
-    }
-    if (cBatch)
-        cBatch->Commit();
-}
-
 } // namespace
 
 // A command that opens other windows or lets messages run: until it ends, nothing in the window can be used
@@ -147,7 +118,7 @@ void frmCat::Choose(const CategoryRequest& request)
 void frmCat::TakeChoice(CategoryRequest& request) const
 {
     if (m_colNames)
-        AssignCut(m_cSchedMan->DataBase().get(), *m_cCut, m_cSubCat->CatLevel(), Joined(*m_colNames));
+        m_cSchedMan->AssignCut(m_cCut, m_cSubCat->CatLevel(), *m_colNames);
     request.cMainCatChosen = m_cMainCat;
     request.cSubCatChosen = m_cSubCat;
     request.bOpenerChosen = m_bOpener;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "collections/Text.h"
+#include "scheduler/MassChange.h"
 #include "ui/controls/Raised.h"
 #include "ui/library/CutPlaces.h"
 #include "ui/library/NodeKey.h"
@@ -271,12 +272,7 @@ bool frmUILib::MayCopy(const PresentCuts& present, const Target& target) const
 {
     if (MayCopyInto(target.lLevel, present))
         return true;
-    m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"Multiple Category Levels Not Allowed!",
-               L"Items can only be in one category level,"
-               L"even though they may be in multiple categories.\r\n\r\n"
-               L"Copying the items to this level is therefore not permitted.\r\n\r\n"
-               L"You DO have the option to move the items to this level,\r\n"
-               L"in which case this will change the level for EVERY category the items are in.");
+    ShowCopyRefused(m_cMod);
     return false;
 }
 

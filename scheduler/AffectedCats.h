@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "collections/OrderedKeyedCollection.h"
+
+#include <string>
+
+namespace ravlo
+{
+
+// The main categories an operation has touched, by name, each once: they are looked up again when they are
+// saved.
+class AffectedCats
+{
+public:
+    void Touch(const std::wstring& sCatName)
+    {
+        if (!m_colNames.Exists(std::wstring_view(sCatName))) // mostly it is there
+            m_colNames.Add(TextKey(sCatName), sCatName);
+    }
+    void Remove(const std::wstring& sCatName) noexcept { m_colNames.Remove(std::wstring_view(sCatName)); }
+    std::size_t Count() const noexcept { return m_colNames.Count(); }
+    auto begin() const { return m_colNames.begin(); }
+    auto end() const { return m_colNames.end(); }
+
+private:
+    OrderedKeyedCollection<std::wstring> m_colNames;
+};
+
+} // namespace ravlo

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/CutAssignment.h"
+
+#include "scheduler/CutChanges.h"
+
+namespace ravlo
+{
+
+namespace
+{
+
+std::wstring Joined(const std::vector<std::wstring>& colNames)
+{
+    std::wstring sText;
+    for (const std::wstring& sName : colNames)
+        sText += (sText.empty() ? L"" : L"/") + sName;
+    return sText;
+}
+
+void SetBoth(Cut& cCut, std::int32_t lCatLevel, const std::wstring& sCategoryText)
+{
+    const std::int32_t lBefore = cCut.CatLevel();
+    if (lBefore != lCatLevel)
+        cCut.SetCatLevel(lCatLevel);
+    try
+    {
+        if (cCut.CategoryText() != sCategoryText)
+            cCut.SetCategoryText(sCategoryText);
+    }
+    catch (...)
+    {
+        if (lBefore != lCatLevel)
+            cCut.SetCatLevel(lBefore);
+        throw;
+    }
+}
+
+} // namespace
+
+void AssignCut(Station& cStation, Synchronisation& cSync, const std::shared_ptr<Cut>& cCut,
+               std::int32_t lCatLevel, const std::vector<std::wstring>& colCatNames)
+{
+    const std::wstring sCategoryText = Joined(colCatNames);
+    const std::shared_ptr<DataBase> cDataBase = cStation.cDataBase;
+    if (!cDataBase || !cDataBase->CutByKey(cCut->Key()))
+        return SetBoth(*cCut, lCatLevel, sCategoryText);
+    CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+    cChanges.RunOne(cCut,
+                    [&](const std::shared_ptr<Cut>& cOwn, std::size_t)
+                    {
+                        SetBoth(*cOwn, lCatLevel, sCategoryText);
+                        cChanges.ModifyCut(cOwn);
+                        if (cOwn != cCut)
+                            SetBoth(*cCut, lCatLevel, sCategoryText);
+                    });
+    std::optional<RuntimeError> cFailure;
+    CutChanges::Ending ending;
+    ending.show = [&](const RuntimeError& cError)
+    {
+        if (!cFailure)
+            cFailure = cError;
+    };
+    const ChangeRecord record = cChanges.Finish(ending);
+    if (!cFailure)
+        return;
+    if (record.colCuts.empty())
+        throw RuntimeError(*cFailure);
+    cStation.cMod.ShowCriticalError(L"Error in ShowCatUI [cSchedMan]", *cFailure); // yet it is assigned
+}
+
+} // namespace ravlo

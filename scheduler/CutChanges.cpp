@@ -1,0 +1,277 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/CutChanges.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace ravlo
+{
+
+CutChanges::CutChanges(Station& cStation, Synchronisation& cSync, Origin eOrigin)
+    : m_cStation(cStation), m_cHold(cSync), m_eOrigin(eOrigin), m_cFiling(cStation.cMod)
+{
+}
+
+CutChanges::~CutChanges()
+{
+    if (m_bFinished)
+        return;
+    m_cBatch.reset();
+    TakeBack({});
+    try
+    {
+        m_cFiling.RecalcTouched();
+        SaveAffected(HistoryFiles::Manner::Quiet);
+    }
+    catch (...)
+    {
+        m_cStation.cMod.LogError(L"CutChanges", CurrentError());
+    }
+}
+
+// ---- the order of work ----
+
+std::size_t CutChanges::Run(const Cuts& colCuts, const Change& change, const Rhythm& rhythm)
+{
+    std::size_t lDone = 0;
+    Begin();
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+    {
+        const bool bTell = rhythm.lCuts != 0 && (lDone + 1) % rhythm.lCuts == 0;
+        if (bTell && rhythm.bBeforeTheCut)
+            Tell(rhythm, lDone + 1);
+        if (rhythm.goOn && !rhythm.goOn())
+            break;
+        if (cCut)
+            Try(cCut, change, lDone);
+        ++lDone;
+        if (bTell && !rhythm.bBeforeTheCut)
+            Tell(rhythm, lDone);
+    }
+    Commit();
+    m_cFiling.RecalcTouched();
+    return lDone;
+}
+
+void CutChanges::RunOne(const std::shared_ptr<Cut>& cCut, const Change& change)
+{
+    m_bCounts = false;
+    Run({cCut}, change, {});
+}
+
+void CutChanges::Failed(const Cut& cCut)
+{
+    if (m_bCounts)
+        m_cFiling.Failed(cCut);
+    else
+        m_cFiling.Failed();
+}
+
+void CutChanges::Tell(const Rhythm& rhythm, std::size_t lDone)
+{
+    Commit();
+    if (rhythm.lPauseMs != 0)
+        m_cStation.cMod.Sleep(rhythm.lPauseMs);
+    rhythm.tell(lDone);
+    if (rhythm.bPump)
+        m_cStation.cMod.Pump();
+    Begin();
+}
+
+void CutChanges::Begin() noexcept
+{
+    if (!IsOwn() || m_cBatch)
+        return;
+    try
+    {
+        if (const std::shared_ptr<DataBase> cDataBase = m_cStation.cDataBase)
+            m_cBatch = cDataBase->BeginBatch();
+    }
+    catch (...)
+    {
+        m_cFiling.Failed(); // each change stands for itself then
+    }
+}
+
+void CutChanges::Commit() noexcept
+{
+    try
+    {
+        if (const std::unique_ptr<DataBase::Batch> cBatch = std::exchange(m_cBatch, nullptr))
+            cBatch->Commit();
+    }
+    catch (...)
+    {
+        m_cFiling.Failed();
+        TakeBack({});
+    }
+    try
+    {
+        KeepStep();
+    }
+    catch (...)
+    {
+        m_cFiling.Failed(); // what was done stays done, though it cannot all be recorded
+    }
+}
+
+void CutChanges::KeepStep()
+{
+    m_colUndo.clear();
+    const std::vector<Changed> colChanged = std::exchange(m_colChanged, {});
+    const std::vector<ChangeRecord::Category> colMade = std::exchange(m_colMade, {});
+    for (const Changed& changed : colChanged)
+        if (m_colRecordedCuts.Add(changed.before.cKey, {}))
+            m_record.colCuts.push_back(changed.before);
+    m_record.colMade.insert(m_record.colMade.end(), colMade.begin(), colMade.end());
+}
+
+ChangeRecord CutChanges::Finish(const Ending& ending)
+{
+    Commit();
+    m_cFiling.RecalcTouched();
+    m_bFinished = true;
+    if (ending.beforeSave)
+        ending.beforeSave(m_cAffected.Count());
+    if (ending.eSave)
+        SaveAffected(*ending.eSave);
+    const auto IsMain = [](const ChangeRecord::Category& category) { return category.lLevel == 0; };
+    if (ending.eSave && std::any_of(m_record.colMade.begin(), m_record.colMade.end(), IsMain))
+        m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.sAppPath);
+    std::exception_ptr cFailure;
+    try
+    {
+        if (ending.afterSave)
+            ending.afterSave();
+    }
+    catch (...)
+    {
+        cFailure = std::current_exception();
+    }
+    m_cFiling.Report(ending.show);
+    if (cFailure)
+        std::rethrow_exception(cFailure);
+    return std::move(m_record);
+}
+
+void CutChanges::SaveAffected(HistoryFiles::Manner eManner)
+{
+    for (const std::wstring& sName : AffectedCats(std::move(m_cAffected)))
+        if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName))
+        {
+            if (eManner == HistoryFiles::Manner::Quiet)
+                m_cStation.cHistoryFiles.SaveQuietly(cMainCat);
+            else
+                m_cStation.cHistoryFiles.Save(cMainCat, eManner);
+        }
+    m_cStation.SaveOwed();
+}
+
+// ---- one cut ----
+
+void CutChanges::Try(const std::shared_ptr<Cut>& cGiven, const Change& change, std::size_t lAt) noexcept
+{
+    try
+    {
+        if (IsOwn())
+            TryOwn(m_cStation.OwnOf(cGiven), change, lAt);
+        else
+            change(cGiven, lAt);
+    }
+    catch (...)
+    {
+        Failed(*cGiven);
+    }
+}
+
+void CutChanges::TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, std::size_t lAt)
+{
+    const Mark mark = Now();
+    const TextKey cKey = cCut->Key();
+    m_colChanged.push_back({cCut,
+                            {cKey, cCut->CatLevel(), cCut->CategoryText()},
+                            m_cStation.cFiledCuts.Recall(cKey),
+                            m_cStation.lPopulations});
+    try
+    {
+        const FiledCuts::OwnChange cOwnChange(m_cStation.cFiledCuts, *cCut);
+        change(cCut, lAt);
+    }
+    catch (...)
+    {
+        const std::exception_ptr cFailure = std::current_exception();
+        TakeBack(mark);
+        std::rethrow_exception(cFailure);
+    }
+}
+
+// ---- taking back ----
+
+void CutChanges::WillUndo(std::function<void()> undo)
+{
+    if (IsOwn())
+        m_colUndo.push_back(std::move(undo));
+}
+
+void CutChanges::TakeBack(const Mark& mark) noexcept
+{
+    while (m_colUndo.size() > mark.lUndo)
+    {
+        const std::function<void()> undo = std::move(m_colUndo.back());
+        m_colUndo.pop_back();
+        try
+        {
+            undo();
+        }
+        catch (...)
+        {
+            m_cFiling.Failed();
+        }
+    }
+    m_colMade.erase(m_colMade.begin() + static_cast<std::ptrdiff_t>(mark.lMade), m_colMade.end());
+    while (m_colChanged.size() > mark.lChanged)
+    {
+        const Changed changed = std::move(m_colChanged.back());
+        m_colChanged.pop_back();
+        PutBack(changed);
+    }
+}
+
+// A database that has undone its batch has put the cut back already.
+void CutChanges::PutBack(const Changed& changed) noexcept
+{
+    const std::shared_ptr<Cut>& cCut = changed.cCut;
+    bool bWhole = changed.lPopulation == m_cStation.lPopulations; // else it stands in another tree
+    const auto Attempt = [&](auto&& body)
+    {
+        try
+        {
+            body();
+        }
+        catch (...)
+        {
+            bWhole = false;
+            Failed(*cCut);
+        }
+    };
+    Attempt(
+        [&]
+        {
+            if (cCut->CategoryText() != changed.before.sCategoryText)
+                cCut->SetCategoryText(changed.before.sCategoryText);
+        });
+    Attempt(
+        [&]
+        {
+            if (cCut->CatLevel() != changed.before.lCatLevel)
+                cCut->SetCatLevel(changed.before.lCatLevel);
+        });
+    if (bWhole)
+        Attempt([&] { m_cStation.cFiledCuts.Restore(changed.before.cKey, changed.filed); });
+    if (bWhole)
+        return;
+    m_cStation.cFiledCuts.Forget(changed.before.cKey);
+    Attempt([&] { ModifyCut(cCut); });
+}
+
+} // namespace ravlo

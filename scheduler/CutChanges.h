@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "media/DataBase.h"
+#include "scheduler/AffectedCats.h"
+#include "scheduler/ChangeRecord.h"
+#include "scheduler/Filing.h"
+#include "scheduler/Station.h"
+#include "scheduler/Synchronisation.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace ravlo
+{
+
+// One unit of work that changes where cuts stand: the only place that knows in which order notifications are
+// held, a batch is begun and committed, a cut is tried and put back, progress is told, messages are pumped,
+// run times are recalculated, orders are saved and errors are reported.
+//
+// A change of the scheduler's own is made on the database's own cuts, each whole or not at all, in batches
+// where the database offers them. No batch is open while others run: it is committed before each report. When
+// the database refuses one, its cuts stand again where they stood, and the work goes on.
+//
+// A change that the database has announced is only followed: it is neither batched nor put back, and as much
+// of it is kept as could be done.
+//
+// Without Finish, as after an exception, what is not committed is undone; what is committed stays and is
+// saved without a word.
+class CutChanges
+{
+public:
+    enum class Origin
+    {
+        Own,
+        DataBase,
+    };
+    CutChanges(Station& cStation, Synchronisation& cSync, Origin eOrigin);
+    ~CutChanges();
+    CutChanges(const CutChanges&) = delete;
+    CutChanges& operator=(const CutChanges&) = delete;
+
+    // When the host is told how far the work is.
+    struct Rhythm
+    {
+        std::size_t lCuts = 0;      // after so many cuts each; 0: never
+        bool bBeforeTheCut = false; // before the last of them is changed
+        std::uint32_t lPauseMs = 0;
+        std::function<void(std::size_t lDone)> tell;
+        bool bPump = true;
+        std::function<bool()> goOn; // asked before each cut; empty: always
+    };
+    using Change = std::function<void(const std::shared_ptr<Cut>& cCut, std::size_t lAt)>;
+    // Changes each cut, which change receives with its position in colCuts, and commits. Null is passed over.
+    // What change throws is gathered, and the others go on. Returns the number of cuts that were tried. What
+    // is touched is recalculated at the end.
+    std::size_t Run(const Cuts& colCuts, const Change& change, const Rhythm& rhythm);
+    // As Run for a single cut, whose failure is reported without a count.
+    void RunOne(const std::shared_ptr<Cut>& cCut, const Change& change);
+
+    // ---- what a change is made of
+
+    // Files a cut into a level, or into a main category's level of the cut's own number, which is made when
+    // missing and goes again when the filing fails. True when the cut has joined; else it stood there
+    // already, or its number is no level's, which is shown.
+    bool File(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cInto);
+    // As File, but a cut that stands there already comes to stand last.
+    void FileLast(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat);
+    // Files a cut into the main category of that name, which is touched when the cut stands there afterwards.
+    // A name that is not in the tree is refused with a box.
+    void AddCutToCategory(const std::shared_ptr<Cut>& cCut, const std::wstring& sCatName);
+    // As AddCutToCategory for each of the cut's names, making the main categories that are missing. Nothing
+    // happens before the first population.
+    void AddCutToCategories(const std::shared_ptr<Cut>& cCut, const NameLists::Names& names);
+    // Removes a cut's entry from a level, which is touched, and leaves its category names alone.
+    void Leave(const Station::Place& place, const TextKey& cKey);
+    // Takes a cut out of one level, category name included, and touches it; the name stays while another
+    // level of the same main category holds the cut. False when the level did not hold it.
+    bool TakeOut(const std::shared_ptr<Cut>& cCut, const Station::Place& place);
+    // Brings the tree in line with a cut whose names or level are not those it was filed under, or which does
+    // not stand where they say. Nothing happens before the first population.
+    void ModifyCut(const std::shared_ptr<Cut>& cCut);
+    // The main category of that name, which is made when missing.
+    std::shared_ptr<clsCat> Ensure(const NameLists::Name& name);
+
+    // The main category is saved at the end, unless the caller has saved it since.
+    void Touch(const std::wstring& sCatName) { m_cAffected.Touch(sCatName); }
+    void Saved(const std::wstring& sCatName) { m_cAffected.Remove(sCatName); }
+    const AffectedCats& Affected() const noexcept { return m_cAffected; }
+    // The caller is about to remove this category, which holds no cuts, from the tree.
+    void Deleting(const clsCat& cCat);
+    // Gathers what goes wrong.
+    Filing& Problems() noexcept { return m_cFiling; }
+
+    // ---- the end
+
+    struct Ending
+    {
+        std::optional<HistoryFiles::Manner> eSave = HistoryFiles::Manner::Explicit; // nothing: saves nothing
+        std::function<void(std::size_t lAffected)> beforeSave;
+        std::function<void()> afterSave;
+        std::function<void(const RuntimeError&)> show; // each error once
+    };
+    // Saves what was touched, and the list of categories when one was made, and reports what went wrong. What
+    // afterSave throws comes after the report. Returns what was where before; nothing for a change of the
+    // database's.
+    ChangeRecord Finish(const Ending& ending);
+
+private:
+    struct Changed // a cut as it was before it was changed
+    {
+        std::shared_ptr<Cut> cCut;
+        ChangeRecord::Cut before;
+        std::optional<FiledCuts::Entry> filed;
+        std::uint64_t lPopulation;
+    };
+    struct Mark // a point of the open step
+    {
+        std::size_t lChanged;
+        std::size_t lUndo;
+        std::size_t lMade;
+    };
+
+    bool IsOwn() const noexcept { return m_eOrigin == Origin::Own; }
+    void Begin() noexcept;
+    void Commit() noexcept;
+    void Tell(const Rhythm& rhythm, std::size_t lDone);
+    void Failed(const Cut& cCut);
+    void Try(const std::shared_ptr<Cut>& cGiven, const Change& change, std::size_t lAt) noexcept;
+    void TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, std::size_t lAt);
+    Mark Now() const noexcept { return {m_colChanged.size(), m_colUndo.size(), m_colMade.size()}; }
+    void TakeBack(const Mark& mark) noexcept;
+    void PutBack(const Changed& changed) noexcept;
+    void KeepStep();
+    void WillUndo(std::function<void()> undo);
+    void WillReturn(const std::shared_ptr<clsCat>& cSubCat, const TextKey& cKey, std::size_t lPosition);
+    void RecordOrder(const std::shared_ptr<clsCat>& cSubCat);
+    std::shared_ptr<clsCat> EnsureLevel(const std::shared_ptr<clsCat>& cMainCat, std::int32_t lLevel);
+    void FileAsNamed(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat);
+    bool StandsWhereAssigned(const Cut& cCut) const;
+    void SaveAffected(HistoryFiles::Manner eManner);
+
+    Station& m_cStation;
+    const Synchronisation::Hold m_cHold;
+    const Origin m_eOrigin;
+    Filing m_cFiling;
+    AffectedCats m_cAffected;
+    bool m_bCounts = true; // the cuts that failed
+    bool m_bFinished = false;
+
+    // The open step: what was done since the last commit.
+    std::unique_ptr<DataBase::Batch> m_cBatch;
+    std::vector<Changed> m_colChanged;
+    std::vector<std::function<void()>> m_colUndo; // each harmless when what it undoes has not happened
+    std::vector<ChangeRecord::Category> m_colMade;
+
+    ChangeRecord m_record; // of the steps before, and every order
+    OrderedKeyedCollection<char> m_colRecordedCuts;
+    std::unordered_set<std::shared_ptr<clsCat>> m_colRecordedOrders;
+};
+
+} // namespace ravlo

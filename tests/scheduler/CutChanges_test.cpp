@@ -1,0 +1,322 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/CutChanges.h"
+
+#include "support/BatchingDataBase.h"
+#include "support/SyncTest.h"
+
+namespace ravlo::test
+{
+namespace
+{
+
+// A station without a manager: Rock 1 with a to e, Rock 2 with x, Pop 1 with p.
+class CutChangesTest : public testing::Test
+{
+protected:
+    CutChangesTest()
+    {
+        cMod.StoreAppPath(sRadio);
+        cWorld.cFiles.MakeFolders(std::wstring(sRadio) + L"Scheduler\\History_and_Ordering");
+        cStation.sAppPath = sRadio;
+        cStation.cHistoryFiles.Serve(sRadio);
+        cStation.cDataBase = cDataBase;
+        cStation.colMainCats = std::make_shared<CatCollection>();
+        for (const wchar_t* sKey : {L"a", L"b", L"c", L"d", L"e"})
+            File(sKey, L"Rock", 1);
+        File(L"x", L"Rock", 2);
+        File(L"p", L"Pop", 1);
+    }
+    void File(const std::wstring& sKey, const std::wstring& sName, std::int32_t lLevel)
+    {
+        const auto cCut = cDataBase->cInner.Add(sKey, sName, lLevel);
+        bool bCreated = false;
+        EnsureMainCat(cMod, *cStation.colMainCats, sName)->AddCut(cCut, bCreated);
+        cStation.cFiledCuts.Remember(*cCut);
+    }
+    std::shared_ptr<Cut> CutOf(const std::wstring& sKey) const { return cDataBase->CutByKey(TextKey(sKey)); }
+    Cuts CutsOf(std::initializer_list<const wchar_t*> colKeys) const
+    {
+        Cuts colCuts;
+        for (const wchar_t* sKey : colKeys)
+            colCuts.push_back(CutOf(sKey));
+        return colCuts;
+    }
+    Station::Place Place(const std::wstring& sName, std::int32_t lLevel) const
+    {
+        const std::shared_ptr<clsCat> cMainCat = cStation.MainCat(sName);
+        return {cMainCat, cMainCat->SubCat(lLevel)};
+    }
+    // Tree and cuts as text: "Rock 1: a b | Rock 2: | ... a=1 Rock, ...".
+    std::wstring Now() const
+    {
+        std::wstring sNow;
+        for (const std::shared_ptr<clsCat>& cMainCat : *cStation.colMainCats)
+        {
+            sNow += L"[" + cMainCat->CatName() + L"]";
+            for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
+            {
+                sNow += L" " + cSubCat->CatID() + L":";
+                for (const std::shared_ptr<Cut>& cCut : *cSubCat->SchedCuts())
+                    sNow += L" " + cCut->Key().Text();
+                sNow += L" (" + std::to_wstring(cSubCat->AverageRunTimemS()) + L")";
+            }
+        }
+        for (const std::shared_ptr<Cut>& cCut : cDataBase->cInner.colCuts)
+            sNow += L", " + cCut->Key().Text() + L"=" + std::to_wstring(cCut->CatLevel()) + L" " +
+                    cCut->CategoryText();
+        return sNow;
+    }
+    CutChanges::Ending Quietly()
+    {
+        CutChanges::Ending ending;
+        ending.show = [this](const RuntimeError& cError) { colShown.push_back(cError.Description()); };
+        return ending;
+    }
+    // What an undo does with a record.
+    void Apply(const ChangeRecord& record);
+
+    RadioWorld cWorld;
+    ModScheduler cMod{cWorld.AllPorts()};
+    std::shared_ptr<BatchingDataBase> cDataBase = std::make_shared<BatchingDataBase>();
+    Station cStation{cMod};
+    Synchronisation cSync{cStation};
+    Lines colShown;
+};
+
+void CutChangesTest::Apply(const ChangeRecord& record)
+{
+    for (const ChangeRecord::Cut& before : record.colCuts)
+    {
+        const std::shared_ptr<Cut> cCut = cDataBase->CutByKey(before.cKey);
+        cCut->SetCatLevel(before.lCatLevel);
+        cCut->SetCategoryText(before.sCategoryText);
+    }
+    for (auto deleted = record.colDeleted.rbegin(); deleted != record.colDeleted.rend(); ++deleted)
+    {
+        const auto cMainCat = EnsureMainCat(cMod, *cStation.colMainCats, deleted->sCatName);
+        if (deleted->lLevel != 0)
+            cMainCat->AddSubCat(std::make_shared<clsCat>(cMod, deleted->sCatName, deleted->lLevel));
+    }
+    for (const ChangeRecord::Order& order : record.colOrders)
+    {
+        const std::shared_ptr<clsCat> cSubCat = Place(order.category.sCatName, order.category.lLevel).cSubCat;
+        cSubCat->SchedCuts()->Clear();
+        for (const TextKey& cKey : order.colKeys)
+            cSubCat->SchedCuts()->Add(cKey, cDataBase->CutByKey(cKey));
+        cSubCat->RecalcTotalRunTime();
+    }
+    for (auto made = record.colMade.rbegin(); made != record.colMade.rend(); ++made)
+        if (made->lLevel != 0)
+            Place(made->sCatName, made->lLevel).cMainCat->SubCats()->Remove(std::to_wstring(made->lLevel));
+        else
+            cStation.colMainCats->Remove(CategoryKey(made->sCatName, 0));
+}
+
+TEST_F(CutChangesTest, WithoutFinishTheOpenStepIsUndone)
+{
+    const std::wstring sBefore = Now();
+    struct Stop
+    {
+    };
+    for (const bool bThrows : {true, false})
+    {
+        SCOPED_TRACE(bThrows);
+        const int lCommitted = cDataBase->lCommitted;
+        try
+        {
+            CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+            CutChanges::Rhythm rhythm;
+            int lAsked = 0;
+            rhythm.goOn = [&] { return ++lAsked < 4 || !bThrows ? true : throw Stop(); };
+            cChanges.Run(
+                CutsOf({L"c", L"a", L"x", L"e", L"p"}),
+                [&](const std::shared_ptr<Cut>& cCut, std::size_t)
+                {
+                    cCut->SetCatLevel(7);
+                    cCut->SetCategoryText(L"Pop/New");
+                    cChanges.ModifyCut(cCut);
+                    EXPECT_NE(Now(), sBefore);
+                },
+                rhythm);
+            EXPECT_FALSE(bThrows);
+            EXPECT_EQ(cDataBase->lCommitted, lCommitted + 1) << "the end of Run commits";
+        }
+        catch (const Stop&)
+        {
+            EXPECT_EQ(cDataBase->lCommitted, lCommitted);
+            EXPECT_EQ(cDataBase->lRolledBack, 1);
+            EXPECT_EQ(Now(), sBefore);
+            EXPECT_EQ(cWorld.cMessages.Boxes, Boxes());
+        }
+    }
+    EXPECT_NE(Now(), sBefore) << "what was committed stays";
+    EXPECT_TRUE(cWorld.cFiles.FileExists(SifPath(L"Rock"))) << "and is saved";
+    EXPECT_TRUE(cWorld.cFiles.FileExists(SifPath(L"New")));
+    EXPECT_EQ(cWorld.cMessages.Boxes, Boxes());
+}
+
+TEST_F(CutChangesTest, WithoutFinishOrBatchesTheOpenStepIsUndoneToo)
+{
+    cDataBase->bRefusesBegin = true;
+    const std::wstring sBefore = Now();
+    {
+        CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+        CutChanges::Rhythm rhythm;
+        rhythm.goOn = [asked = std::make_shared<int>(0)] { return ++*asked < 3 ? true : throw 1; };
+        EXPECT_THROW(cChanges.Run(
+                         CutsOf({L"b", L"x", L"p"}),
+                         [&](const std::shared_ptr<Cut>& cCut, std::size_t)
+                         { cChanges.TakeOut(cCut, cStation.PlacesOf(cCut->Key()).front()); },
+                         rhythm),
+                     int);
+        EXPECT_NE(Now(), sBefore);
+    }
+    EXPECT_EQ(Now(), sBefore);
+}
+
+TEST_F(CutChangesTest, NotificationsWaitForTheEnd)
+{
+    std::optional<CutChanges> cChanges;
+    cChanges.emplace(cStation, cSync, CutChanges::Origin::Own);
+    cSync.Follow(cDataBase, {});
+    File(L"new", L"Jazz", 1);
+    CutOf(L"new")->SetCatLevel(2);
+    cDataBase->cInner.Announce(&DataBaseEvents::CutsModified, CutsOf({L"new"}));
+    cChanges->Finish(Quietly());
+    EXPECT_EQ(Place(L"Jazz", 2).cSubCat, nullptr);
+    cChanges.reset();
+    EXPECT_NE(Place(L"Jazz", 2).cSubCat, nullptr);
+}
+
+TEST_F(CutChangesTest, WhatFailsAfterTheSavesComesAfterTheReport)
+{
+    CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+    cChanges.Run(CutsOf({L"a"}),
+                 [](const std::shared_ptr<Cut>&, std::size_t) { throw RuntimeError(error::DeviceIo); }, {});
+    CutChanges::Ending ending = Quietly();
+    ending.afterSave = [] { throw RuntimeError(error::ObjectNotSet); };
+    EXPECT_THROW(cChanges.Finish(ending), RuntimeError);
+    EXPECT_EQ(colShown, (Lines{StandardText(57) + L" (1 cuts could not be handled)"}));
+}
+
+// ---- what is recorded
+
+TEST_F(CutChangesTest, ARecordTakesAChangeBack)
+{
+    const std::wstring sBefore = Now();
+    using Body = std::function<void(CutChanges&, const std::shared_ptr<Cut>&)>;
+    const std::pair<const char*, Body> changes[] = {
+        {"assignments",
+         [](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
+         {
+             cCut->SetCatLevel(cCut->CatLevel() + 2);
+             cCut->SetCategoryText(L"Pop/New/Rock");
+             cChanges.ModifyCut(cCut);
+         }},
+        {"removals",
+         [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
+         {
+             for (const Station::Place& place : cStation.PlacesOf(cCut->Key()))
+                 cChanges.TakeOut(cCut, place);
+         }},
+        {"copies", [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
+         { cChanges.File(cCut, cStation.MainCat(L"Pop")); }},
+        {"new places", [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
+         { cChanges.FileLast(cCut, cStation.MainCat(cCut->CategoryText())); }},
+    };
+    for (const auto& [sName, body] : changes)
+    {
+        SCOPED_TRACE(sName);
+        CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+        const auto Run = [&](const Cuts& colCuts)
+        {
+            CutChanges::Rhythm rhythm;
+            rhythm.lCuts = 2;
+            rhythm.tell = [](std::size_t) {};
+            cChanges.Run(
+                colCuts,
+                [&, &change = body](const std::shared_ptr<Cut>& cCut, std::size_t)
+                { change(cChanges, cCut); },
+                rhythm);
+        };
+        Run(CutsOf({L"d", L"x", L"a", L"d"}));
+        Run(CutsOf({L"b", L"a"}));
+        const ChangeRecord record = cChanges.Finish(Quietly());
+        EXPECT_EQ(record.colCuts.size(), 4u) << "each once";
+        EXPECT_NE(Now(), sBefore);
+        Apply(record);
+        EXPECT_EQ(Now(), sBefore);
+        EXPECT_EQ(colShown, Lines());
+    }
+}
+
+TEST_F(CutChangesTest, ARecordNamesWhatWasMadeAndDeleted)
+{
+    const std::wstring sBefore = Now();
+    CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+    const Station::Place place = Place(L"Rock", 2);
+    cChanges.Run(CutsOf({L"x"}),
+                 [&](const std::shared_ptr<Cut>& cCut, std::size_t)
+                 {
+                     cCut->SetCategoryText(L"New");
+                     cChanges.ModifyCut(cCut);
+                 },
+                 {});
+    cChanges.Deleting(*place.cSubCat);
+    place.cMainCat->RemoveSubCat(place.cSubCat);
+    const ChangeRecord record = cChanges.Finish(Quietly());
+    using Categories = std::vector<ChangeRecord::Category>;
+    EXPECT_EQ(record.colMade, (Categories{{L"New", 0}, {L"New", 2}}));
+    EXPECT_EQ(record.colDeleted, (Categories{{L"Rock", 2}}));
+    Apply(record);
+    EXPECT_EQ(Now(), sBefore);
+}
+
+TEST_F(CutChangesTest, WhatWasPutBackIsNotRecorded)
+{
+    const std::wstring sBefore = Now();
+    for (const bool bRefused : {false, true})
+    {
+        cDataBase->bRefusesCommit = bRefused;
+        CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+        cChanges.Run(CutsOf({L"a", L"x"}),
+                     [&](const std::shared_ptr<Cut>& cCut, std::size_t)
+                     {
+                         cCut->SetCategoryText(L"New");
+                         cChanges.ModifyCut(cCut);
+                         if (!bRefused)
+                             throw RuntimeError(error::DeviceIo);
+                     },
+                     {});
+        const ChangeRecord record = cChanges.Finish(Quietly());
+        EXPECT_TRUE(record.colCuts.empty());
+        EXPECT_TRUE(record.colMade.empty());
+        EXPECT_EQ(Now(), sBefore);
+    }
+    EXPECT_EQ(colShown, (Lines{StandardText(57) + L" (2 cuts could not be handled)", StandardText(61)}));
+}
+
+TEST_F(CutChangesTest, AChangeOfTheDatabasesIsFollowedAsFarAsItGoes)
+{
+    const auto cCut = std::dynamic_pointer_cast<FakeCut>(CutOf(L"a"));
+    CutChanges cChanges(cStation, cSync, CutChanges::Origin::DataBase);
+    cCut->SetCategoryText(L"New/Pop");
+    int lFiled = 0;
+    cCut->OnCall = [&](const std::string& sMember)
+    {
+        if (sMember == "RunTimemS" && ++lFiled == 2)
+            throw RuntimeError(error::DeviceIo);
+    };
+    cChanges.Run({cCut}, [&](const std::shared_ptr<Cut>& cEach, std::size_t) { cChanges.ModifyCut(cEach); },
+                 {});
+    cCut->OnCall = nullptr;
+    const ChangeRecord record = cChanges.Finish(Quietly());
+    EXPECT_EQ(cDataBase->lBegun, 0);
+    EXPECT_EQ(cCut->CategoryText(), L"New/Pop") << "the database's word";
+    EXPECT_TRUE(Place(L"New", 1).cSubCat->SchedCuts()->Exists(std::wstring_view(L"a")));
+    EXPECT_FALSE(Place(L"Rock", 1).cSubCat->SchedCuts()->Exists(std::wstring_view(L"a")));
+    EXPECT_TRUE(record.colCuts.empty());
+}
+
+} // namespace
+} // namespace ravlo::test

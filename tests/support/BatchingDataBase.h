@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "support/FakeDataBase.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace ravlo::test
+{
+
+// A database with batches, which it counts. A batch that ends without Commit puts the cuts back as they were
+// when it began; so does a commit that is told to fail.
+class BatchingDataBase final : public DataBase
+{
+public:
+    FakeDataBase cInner;
+    int lBegun = 0;
+    int lCommitted = 0;
+    int lRolledBack = 0;
+    bool bRefusesCommit = false;
+    bool bRefusesBegin = false;
+
+    Cuts AllCuts() const override { return cInner.AllCuts(); }
+    std::shared_ptr<Cut> CutByKey(const TextKey& cKey) const override { return cInner.CutByKey(cKey); }
+    std::shared_ptr<Cut> CutByArtistTitle(const std::wstring& sArtist,
+                                          const std::wstring& sTitle) const override
+    {
+        return cInner.CutByArtistTitle(sArtist, sTitle);
+    }
+    std::shared_ptr<Cut> NewCut() const override { return cInner.NewCut(); }
+    void Advise(DataBaseEvents& cEvents) override { cInner.Advise(cEvents); }
+    void Unadvise(DataBaseEvents& cEvents) noexcept override { cInner.Unadvise(cEvents); }
+    std::unique_ptr<Batch> BeginBatch() override
+    {
+        if (bRefusesBegin)
+            throw RuntimeError(error::DeviceIo);
+        ++lBegun;
+        EXPECT_FALSE(bOpen);
+        bOpen = true;
+        return std::make_unique<OneBatch>(*this);
+    }
+
+    bool bOpen = false;
+
+private:
+    struct OneBatch final : Batch
+    {
+        explicit OneBatch(BatchingDataBase& cOwner) : cDataBase(cOwner)
+        {
+            for (const std::shared_ptr<Cut>& cCut : cOwner.cInner.colCuts)
+                colBefore.push_back(cCut->CloneCut());
+        }
+        ~OneBatch() override
+        {
+            cDataBase.bOpen = false;
+            if (bCommitted)
+                return;
+            ++cDataBase.lRolledBack;
+            for (std::size_t lCut = 0; lCut < colBefore.size(); ++lCut)
+            {
+                cDataBase.cInner.colCuts[lCut]->SetCategoryText(colBefore[lCut]->CategoryText());
+                cDataBase.cInner.colCuts[lCut]->SetCatLevel(colBefore[lCut]->CatLevel());
+            }
+        }
+        void Commit() override
+        {
+            if (cDataBase.bRefusesCommit)
+                throw RuntimeError(error::DiskFull);
+            bCommitted = true;
+            ++cDataBase.lCommitted;
+        }
+        BatchingDataBase& cDataBase;
+        Cuts colBefore;
+        bool bCommitted = false;
+    };
+};
+
+} // namespace ravlo::test
