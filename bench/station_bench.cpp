@@ -140,7 +140,7 @@ void LoadOrder(benchmark::State& state)
 {
     StationOnDisk& station = StationOnDisk::OfSize(state.range(0));
     for (auto _ : state)
-        station.cHistoryFiles.ApplyHistory(station.colMainCats);
+        station.cHistoryFiles.ApplyHistory(station.colMainCats, station.cMod.AppPath());
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 

@@ -40,19 +40,19 @@ clsCatRules::~clsCatRules()
     try
     {
         const std::wstring sPath = PathOf(CatID());
-        if (!m_bUnread && sPath == m_sSeenPath && m_cMod.FileGeneration(sPath) == m_lSeenGeneration)
+        if (m_eSource != Source::Unread && sPath == m_sSeenPath && m_cMod.Saved().NewestOf(sPath) == m_lSeen)
             Save(Report::LogOnly);
     }
     catch (...)
     {
         // A release must not fail; Save has logged what there was to say.
     }
+    m_cMod.Saved().Forget(this);
 }
 
 void clsCatRules::SetAlbumSepMins(std::int32_t lMins)
 {
-    m_lAlbum = Absolute(lMins);
-    SaveRules();
+    Store({.lArtist = {}, .lTitle = {}, .lAlbum = Absolute(lMins), .bIgnore = {}});
 }
 
 std::wstring clsCatRules::CatID() const { return Trim(m_sCatID); }
@@ -64,7 +64,7 @@ void clsCatRules::SetCatID(const std::wstring& sCatID)
     GetRules(sCatID);
     m_sCatID = sCatID.substr(0, lCatIDWidth);
     m_sSeenPath = PathOf(CatID());
-    m_lSeenGeneration = m_cMod.FileGeneration(m_sSeenPath);
+    m_lSeen = m_cMod.Saved().NewestOf(m_sSeenPath);
     if (sCatID.size() > lCatIDWidth)
         m_cMod.WriteDebugLog(L"Warning: the rules of " + sCatID + L" are saved under the first " +
                              DecimalText(lCatIDWidth) + L" characters of that name.");
@@ -79,8 +79,7 @@ void clsCatRules::SetArtistSepMins(std::int32_t lMins)
 {
     if (lMins < 0)
         return;
-    m_lArtist = lMins;
-    SaveRules();
+    Store({.lArtist = lMins, .lTitle = {}, .lAlbum = {}, .bIgnore = {}});
 }
 
 std::int32_t clsCatRules::TitleSepMins() const noexcept
@@ -92,23 +91,32 @@ void clsCatRules::SetTitleSepMins(std::int32_t lMins)
 {
     if (lMins < 0)
         return;
-    m_lTitle = lMins;
-    SaveRules();
+    Store({.lArtist = {}, .lTitle = lMins, .lAlbum = {}, .bIgnore = {}});
 }
 
 void clsCatRules::SetIgnoreRules(bool bIgnore)
 {
-    m_bIgnore = bIgnore;
-    SaveRules();
+    Store({.lArtist = {}, .lTitle = {}, .lAlbum = {}, .bIgnore = bIgnore});
 }
 
-bool clsCatRules::Apply(const Edit& edit)
+bool clsCatRules::Apply(const Edit& edit) { return Store(edit); }
+
+bool clsCatRules::Store(const Edit& edit)
+{
+    Take(edit);
+    m_cSet.lArtist = edit.lArtist ? edit.lArtist : m_cSet.lArtist;
+    m_cSet.lTitle = edit.lTitle ? edit.lTitle : m_cSet.lTitle;
+    m_cSet.lAlbum = edit.lAlbum ? edit.lAlbum : m_cSet.lAlbum;
+    m_cSet.bIgnore = edit.bIgnore ? edit.bIgnore : m_cSet.bIgnore;
+    return SaveRules();
+}
+
+void clsCatRules::Take(const Edit& edit)
 {
     m_lArtist = edit.lArtist.value_or(m_lArtist);
     m_lTitle = edit.lTitle.value_or(m_lTitle);
     m_lAlbum = edit.lAlbum.value_or(m_lAlbum);
     m_bIgnore = edit.bIgnore.value_or(m_bIgnore);
-    return SaveRules();
 }
 
 bool clsCatRules::SaveRules() { return Save(Report::Show); }
@@ -121,12 +129,20 @@ bool clsCatRules::Save(Report eReport)
     try
     {
         RequireFileName(sName);
-        m_cMod.FlushDebugLog();
         const std::wstring sPath = PathOf(sName);
-        ReplaceFile(m_cMod.Outside().cFiles, sPath, Encode());
+        if (eReport == Report::Show && m_eSource != Source::File && sPath == m_sReadPath)
+            ReadAgain();
+        m_cMod.FlushDebugLog();
+        SavedFiles& cSaved = m_cMod.Saved();
+        const SavedFiles::Stamp lStamp = cSaved.Begin();
+        using Unseen = SavedFiles::Unseen;
+        if (cSaved.Replace(sPath, lStamp, Encode(), this,
+                           eReport == Report::Show ? Unseen::KeepAside : Unseen::LeaveAlone) !=
+            SavedFiles::Result::Written)
+            return false;
         m_sSeenPath = sPath;
-        m_lSeenGeneration = m_cMod.NoteFileWritten(sPath);
-        m_bUnread = false;
+        m_lSeen = lStamp;
+        m_eSource = Source::File;
         return true;
     }
     catch (...)
@@ -136,38 +152,67 @@ bool clsCatRules::Save(Report eReport)
     }
 }
 
-void clsCatRules::GetRules(const std::wstring& sName)
+// The file could not be read before, or has come into being since. What has been set here counts more than
+// what it says.
+void clsCatRules::ReadAgain()
 {
-    m_lArtist = m_lTitle = m_lAlbum = lNotSet;
-    m_bUnread = false;
-    // A name that can be no file's name has no file; only saving under it is an error.
-    if (m_cMod.AppPath().empty() || !CanBeFileName(sName))
-        return;
-    const std::wstring sPath = PathOf(sName);
-    if (!m_cMod.Outside().cFiles.FileExists(sPath))
-        return;
     try
     {
-        ReadRecord(sPath);
+        if (const std::optional<std::string> record = ReadRecord(m_sReadPath))
+        {
+            TakeRecord(*record);
+            Take(m_cSet);
+        }
     }
     catch (...)
     {
-        m_bUnread = true;
+        m_cMod.LogError(L"GetRules", CurrentError()); // the save keeps the file aside
+    }
+}
+
+void clsCatRules::GetRules(const std::wstring& sName)
+{
+    m_lArtist = m_lTitle = m_lAlbum = lNotSet;
+    m_eSource = Source::NoFile;
+    m_sReadPath = PathOf(sName);
+    m_cSet = {};
+    // A name that can be no file's name has no file; only saving under it is an error.
+    if (m_cMod.AppPath().empty() || !CanBeFileName(sName))
+        return;
+    try
+    {
+        if (const std::optional<std::string> record = ReadRecord(m_sReadPath))
+        {
+            TakeRecord(*record);
+            m_eSource = Source::File;
+        }
+    }
+    catch (...)
+    {
+        const bool bDamaged = m_cMod.Saved().StateOf(m_sReadPath, this) == SavedFiles::State::NotUnderstood;
+        m_eSource = bDamaged ? Source::File : Source::Unread;
         m_cMod.DISPLAYERROR(L"GetRules", true, CurrentError());
     }
 }
 
-void clsCatRules::ReadRecord(const std::wstring& sPath)
+std::optional<std::string> clsCatRules::ReadRecord(const std::wstring& sPath)
 {
-    const std::string bytes = m_cMod.Outside().cFiles.ReadAll(sPath);
-    if (bytes.size() < lRecordSize)
+    std::optional<std::string> bytes = m_cMod.Saved().Read(sPath, this);
+    if (bytes && bytes->size() < lRecordSize)
+    {
+        m_cMod.Saved().NotUnderstood(sPath, this);
         throw RuntimeError(error::InputPastEnd);
+    }
+    return bytes;
+}
+
+void clsCatRules::TakeRecord(std::string_view record)
+{
     const auto SetOrNot = [](std::int32_t lMins) { return lMins < 0 ? lNotSet : lMins; };
-    m_lArtist = SetOrNot(GetLong(bytes, lAtArtist));
-    m_lTitle = SetOrNot(GetLong(bytes, lAtTitle));
-    m_bIgnore = GetInteger(bytes, lAtIgnore) != 0;
-    m_sCatID = m_cMod.Outside().cCodePage.Decode(std::string_view(bytes).substr(lAtCatID, lCatIDWidth));
-    m_lAlbum = SetOrNot(GetLong(bytes, lAtAlbum));
+    m_lArtist = SetOrNot(GetLong(record, lAtArtist));
+    m_lTitle = SetOrNot(GetLong(record, lAtTitle));
+    m_bIgnore = GetInteger(record, lAtIgnore) != 0;
+    m_lAlbum = SetOrNot(GetLong(record, lAtAlbum));
 }
 
 std::wstring clsCatRules::PathOf(const std::wstring& sName) const

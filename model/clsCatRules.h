@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace ravlo
 {
@@ -24,7 +25,8 @@ public:
     explicit clsCatRules(ModScheduler& cMod);
     // Rewrites the file once more, when it is the one this object last read or wrote and no other rules
     // object has written it since: an old object that is released late, or after the library moved to another
-    // application folder, must not bring old values back. Errors are only logged.
+    // application folder, must not bring old values back. A file that could not be read, or that has come
+    // into being since, is left alone; one that is damaged is kept aside. Errors are only logged.
     ~clsCatRules();
     clsCatRules(const clsCatRules&) = delete;
     clsCatRules& operator=(const clsCatRules&) = delete;
@@ -62,7 +64,9 @@ public:
     };
     bool Apply(const Edit& edit);
 
-    // False without a CatID or an application path, and when writing fails (which is shown).
+    // False without a CatID or an application path, and when writing fails (which is shown). A file that
+    // could not be read before is read first, so that it keeps the values that have not been set since; when
+    // that fails again, or its record is damaged, it is kept aside.
     bool SaveRules();
 
 private:
@@ -72,7 +76,12 @@ private:
         LogOnly,
     };
     void GetRules(const std::wstring& sName);
-    void ReadRecord(const std::wstring& sPath);
+    // The record of the file; nothing when there is none. Throws when it cannot be read or is too short.
+    std::optional<std::string> ReadRecord(const std::wstring& sPath);
+    void TakeRecord(std::string_view record);
+    void ReadAgain();
+    bool Store(const Edit& edit);
+    void Take(const Edit& edit);
     bool Save(Report eReport);
     std::wstring PathOf(const std::wstring& sName) const;
     std::string Encode() const;
@@ -82,10 +91,19 @@ private:
     std::int32_t m_lTitle = 0;
     std::int32_t m_lAlbum = 0;
     bool m_bIgnore = false;
-    std::wstring m_sCatID;               // the field without its padding
-    std::wstring m_sSeenPath;            // the file SaveRules writes, when CatID was set or it last wrote it
-    std::uint64_t m_lSeenGeneration = 0; // of that file, then
-    bool m_bUnread = false;              // the file is there but could not be read: release leaves it alone
+    std::wstring m_sCatID;         // the field without its padding
+    std::wstring m_sSeenPath;      // the file SaveRules writes, when CatID was set or it last wrote it
+    SavedFiles::Stamp m_lSeen = 0; // of that file's content, then
+    // Where the values come from.
+    enum class Source
+    {
+        File,   // the values are those of the file; of a damaged one, none
+        NoFile, // there was none
+        Unread, // it could not be read
+    };
+    Source m_eSource = Source::NoFile;
+    std::wstring m_sReadPath; // when CatID was set
+    Edit m_cSet;              // what has been set since, while the values are not the file's
 };
 
 } // namespace ravlo

@@ -4,8 +4,6 @@
 #include "collections/CaseFolding.h"
 #include "collections/Text.h"
 
-#include <unordered_set>
-
 namespace ravlo
 {
 
@@ -13,45 +11,86 @@ namespace
 {
 
 constexpr const wchar_t* sListFile = L"Scheduler\\MainCats.txt";
+constexpr const wchar_t* sReadTitle = L"Error in GetSavedCatNames [cSchedMan] "; // with a blank, on purpose
 
 } // namespace
 
+// ---- reading
+
 std::shared_ptr<NameCollection> CategoryList::GetSavedCatNames()
 {
-    auto colNames = std::make_shared<NameCollection>();
+    List list;
     const std::wstring sAppPath = m_cMod.AppPath();
     if (sAppPath.empty())
-        return colNames;
-    const std::wstring sPath = sAppPath + sListFile;
-    m_colNotRead.erase(FoldCase(sPath));
-    if (!m_cMod.Outside().cFiles.FileExists(sPath))
-        return colNames;
+        return list.colNames;
+    TrapCritical(m_cMod, sReadTitle,
+                 [&]
+                 {
+                     if (const std::optional<std::string> bytes = m_cMod.Saved().Peek(sAppPath + sListFile))
+                         list = Parse(*bytes);
+                     if (list.cError)
+                         throw *list.cError;
+                 });
+    return list.colNames;
+}
+
+std::shared_ptr<NameCollection> CategoryList::ReadForTree(const std::wstring& sAppPath)
+{
+    List list;
+    m_cRead = {sAppPath + sListFile, {}, {}};
+    std::optional<std::string> bytes;
     try
     {
-        ReadInto(*colNames, sPath);
+        bytes = m_cMod.Saved().Read(m_cRead.sPath, this);
+        if (!bytes)
+            return list.colNames;
+        list = Parse(*bytes);
+        m_cRead.own.bytes = *bytes;
+        for (const std::wstring& sName : *list.colNames)
+            m_cRead.own.colNames.insert(Folded(sName));
+        if (list.cError)
+            throw *list.cError;
     }
     catch (...)
     {
-        m_colNotRead.insert(FoldCase(sPath));
-        m_cMod.ShowCriticalError(L"Error in GetSavedCatNames [cSchedMan] ", CurrentError());
+        list.bWhole = false;
+        m_cMod.ShowCriticalError(sReadTitle, CurrentError());
     }
-    return colNames;
+    if (bytes && !list.bWhole)
+        m_cMod.Saved().NotUnderstood(m_cRead.sPath, this);
+    return list.colNames;
 }
 
-void CategoryList::ReadInto(NameCollection& colNames, const std::wstring& sPath)
+CategoryList::List CategoryList::Parse(const std::string& bytes) const
 {
-    const std::wstring sText = m_cMod.Outside().cCodePage.Decode(m_cMod.Outside().cFiles.ReadAll(sPath));
-    if (sText.find(sCrLf) == std::wstring::npos)
-        return; // the list always begins with a line break
+    List list;
+    const std::wstring sText = m_cMod.Outside().cCodePage.Decode(bytes);
+    if (sText.find(sCrLf) == std::wstring::npos) // the list always begins with a line break
+    {
+        list.bWhole = sText.empty();
+        return list;
+    }
     for (const std::wstring& sPiece : Split(sText, sCrLf))
     {
         const std::wstring sName = Trim(sPiece);
         if (sName.empty() || IsNumeric(sName))
             continue;
-        if (!colNames.Add(TextKey(sName), sName))
-            throw RuntimeError(error::KeyAlreadyExists);
+        if (sName.find_first_of(sCrLf) != std::wstring::npos)
+        {
+            m_cMod.WriteDebugLog(L"Ignored in the category list, a name with half a line break: " + sName);
+            list.bWhole = false;
+        }
+        else if (!list.colNames->Add(TextKey(sName), sName))
+        {
+            list.cError.emplace(error::KeyAlreadyExists);
+            list.bWhole = false;
+            break;
+        }
     }
+    return list;
 }
+
+// ---- writing
 
 bool CategoryList::SaveCatNames(const CatCollection* colMainCats, const std::wstring& sAppPath)
 {
@@ -61,54 +100,95 @@ bool CategoryList::SaveCatNames(const CatCollection* colMainCats, const std::wst
                             if (!colMainCats || sAppPath.empty())
                                 return false;
                             m_cMod.FlushDebugLog();
-                            Files& cFiles = m_cMod.Outside().cFiles;
-                            const std::wstring sPath = sAppPath + sListFile;
-                            if (m_colNotRead.count(FoldCase(sPath)) != 0 && cFiles.FileExists(sPath))
-                                KeepAside(cFiles, sPath);
-                            ReplaceFile(cFiles, sPath, Content(*colMainCats));
-                            m_colNotRead.erase(FoldCase(sPath));
+                            SavedFiles& cSaved = m_cMod.Saved();
+                            const SavedFiles::Stamp lStamp = cSaved.Begin();
+                            Version cNew = LastOf(sAppPath + sListFile);
+                            const std::string added = MergeOthers(*colMainCats, cNew);
+                            cNew.own = OwnNamesOf(*colMainCats, cNew.colRemoved);
+                            for (const std::wstring& sName : cNew.own.colLeftOut)
+                                m_cMod.WriteDebugLog(L"The category list cannot hold the name: " + sName);
+                            cSaved.Replace(cNew.sPath, lStamp, cNew.own.bytes + added, this);
+                            m_cLast = std::move(cNew);
                             return true;
                         });
 }
 
-std::string CategoryList::Content(const CatCollection& colMainCats)
+void CategoryList::SaveChangedCatNames(const CatCollection& colMainCats, const std::wstring& sAppPath)
 {
-    std::string bytes;
-    std::unordered_set<std::wstring> colWritten;
+    const Version cLast = LastOf(sAppPath + sListFile);
+    if (OwnNamesOf(colMainCats, cLast.colRemoved).bytes != cLast.own.bytes)
+        SaveCatNames(&colMainCats, sAppPath);
+}
+
+CategoryList::Version CategoryList::LastOf(const std::wstring& sPath) const
+{
+    return EqualIgnoringCase(sPath, m_cLast.sPath) ? m_cLast : Version{sPath, {}, {}};
+}
+
+// Without those that another program has removed.
+CategoryList::OwnNames CategoryList::OwnNamesOf(const CatCollection& colMainCats,
+                                                const Names& colRemoved) const
+{
+    OwnNames own;
     for (const std::shared_ptr<clsCat>& cMainCat : colMainCats)
     {
         const std::wstring& sName = cMainCat->CatName();
-        if (sName.find_first_of(sCrLf) != std::wstring::npos ||
-            !colWritten.insert(FoldCase(AsSaved(sName))).second)
+        const std::wstring sFolded = Folded(sName);
+        if (colRemoved.count(sFolded) != 0 && cMainCat->TotalCuts() == 0)
+            continue;
+        if (sName.find_first_of(sCrLf) != std::wstring::npos || !own.colNames.insert(sFolded).second)
         {
-            m_cMod.WriteDebugLog(L"The category list cannot hold the name: " + sName);
+            own.colLeftOut.push_back(sName);
             continue;
         }
-        bytes += "\r\n";
-        bytes += m_cMod.Outside().cCodePage.Encode(sName);
+        own.bytes += "\r\n";
+        own.bytes += m_cMod.Outside().cCodePage.Encode(sName);
     }
-    return bytes;
+    return own;
 }
+
+// Compares the list on the disk with this manager's last version. Returns the lines of the names that another
+// program has added, and notes those it has removed. A list that is gone or damaged has removed nothing.
+std::string CategoryList::MergeOthers(const CatCollection& colMainCats, Version& cLast)
+{
+    std::optional<std::string> present;
+    try
+    {
+        present = m_cMod.Saved().Peek(cLast.sPath);
+    }
+    catch (const RuntimeError&)
+    {
+        m_cMod.Saved().NotUnderstood(cLast.sPath, this); // so the save keeps it aside, or fails
+    }
+    if (!present)
+        return {};
+    const List list = Parse(*present);
+    Names colPresent;
+    Names colOwn;
+    for (const std::shared_ptr<clsCat>& cMainCat : colMainCats)
+        colOwn.insert(Folded(cMainCat->CatName()));
+    std::string added;
+    for (const std::wstring& sName : *list.colNames)
+    {
+        const std::wstring sFolded = Folded(sName);
+        cLast.colRemoved.erase(sFolded);
+        if (colPresent.insert(sFolded).second && cLast.own.colNames.count(sFolded) == 0 &&
+            colOwn.count(sFolded) == 0)
+            added += "\r\n" + m_cMod.Outside().cCodePage.Encode(sName);
+    }
+    if (list.bWhole)
+        for (const std::wstring& sName : cLast.own.colNames)
+            if (colPresent.count(sName) == 0)
+                cLast.colRemoved.insert(sName);
+    return added;
+}
+
+std::wstring CategoryList::Folded(const std::wstring& sCatName) const { return FoldCase(AsSaved(sCatName)); }
 
 std::wstring CategoryList::AsSaved(const std::wstring& sCatName) const
 {
     const CodePage& cCodePage = m_cMod.Outside().cCodePage;
     return Trim(cCodePage.Decode(cCodePage.Encode(sCatName)));
-}
-
-void KeepAside(Files& cFiles, const std::wstring& sPath)
-{
-    std::string bytes;
-    try
-    {
-        bytes = cFiles.ReadAll(sPath);
-    }
-    catch (const RuntimeError&)
-    {
-        cFiles.Rename(sPath, sPath + L".bak"); // what cannot be read can still be put away whole
-        return;
-    }
-    ReplaceFile(cFiles, sPath + L".bak", bytes);
 }
 
 } // namespace ravlo

@@ -3,13 +3,13 @@
 
 #include "model/clsCat.h"
 #include "scheduler/EventRelay.h"
+#include "scheduler/OrderRecords.h"
 #include "scheduler/modscheduler/ModScheduler.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -20,18 +20,23 @@ namespace ravlo
 {
 
 // The history/ordering files, one per main category, by which the rotation order of every level and the
-// levels without cuts survive a restart. File format: docs/formats/sif.md.
+// levels without cuts survive a restart. Reads and saves them, and remembers what is still to be saved. What
+// is in them: OrderRecords.h; what reading them does to a tree: OrderRestorer.h.
 class HistoryFiles
 {
 public:
-    static constexpr std::size_t lRecordSize = 1983;
-    static constexpr std::size_t lTextWidth = 255; // of artist, title and path, in bytes of the code page
+    static constexpr std::size_t lRecordSize = lOrderRecordSize;
 
     HistoryFiles(ModScheduler& cMod, EventRelay& cEvents) noexcept : m_cMod(cMod), m_cEvents(cEvents) {}
+    ~HistoryFiles() { m_cMod.Saved().Forget(this); }
+    HistoryFiles(const HistoryFiles&) = delete;
+    HistoryFiles& operator=(const HistoryFiles&) = delete;
 
-    // The application path of the tree in use: saves go there from now on. Before, and for reading, it is the
-    // library's own.
-    void Serve(const std::wstring& sAppPath) { m_sAppPath = sAppPath; }
+    // The application path of the tree in use: saves go there from now on. What was to be saved under another
+    // one is forgotten with that one's tree. Before the first call, saves go to the library's own.
+    void Serve(const std::wstring& sAppPath);
+
+    // ---- saving
 
     // How a save tells of itself.
     enum class Manner
@@ -39,74 +44,119 @@ public:
         Explicit,        // progress events and yields; errors are shown
         WithoutProgress, // errors are shown
         WithoutBox,      // progress events and yields; errors are logged, the caller shows them
-        Quiet,           // errors are logged only: for picks on air
+        Quiet,           // errors are logged only, and a locked file is not waited for: for picks on air
     };
 
     enum class Saved
     {
         Yes,
-        NoRecords, // nothing to write: an existing file is left as it is
+        NoRecords, // nothing to write: an existing file that was understood is left as it is
         NotMain,   // no main category, which was shown
         Failed,
     };
 
     // Saves one main category. What is written is the order at the moment of the call, whatever the host does
     // while it is told of the progress; a save that was overtaken by a newer one of the same category writes
-    // nothing and counts as saved.
+    // nothing and counts as saved. Every ProgressStart is followed by a ProgressDone.
     Saved Save(const std::shared_ptr<clsCat>& cMainCat, Manner eManner = Manner::Explicit);
 
-    // Saves every one, in order. False when one of them had no record or could not be saved; one that is no
-    // main category ends it. The tree is looked at anew for each, since the host may change or replace it
-    // while it is told of the progress: what is gone by then is not saved.
+    // Saves every one, in order. False when one of them had no record or could not be saved, or has no key
+    // (it cannot be found again and is not saved); one that is no main category ends it. The tree is looked
+    // at anew for each, since the host may change or replace it while it is told of the progress: what is
+    // gone by then is not saved.
     bool SaveAll(const std::shared_ptr<CatCollection>& colMainCats);
 
-    // Saves without a word: for picks on air. A failure is logged and the save is owed: SaveOwed tries again.
-    void SaveQuietly(const std::shared_ptr<clsCat>& cMainCat);
-    void SaveOwed(const CatCollection& colMainCats);
+    // While it lives, every save of the category puts a marker in front of the records of these levels, also
+    // of those that hold cuts. Reading makes a level that a marker declares and passes over cuts that are
+    // gone. So a file that is saved before a change empties a level serves after it as well.
+    class EmptyingLevels
+    {
+    public:
+        EmptyingLevels(HistoryFiles& cFiles, std::wstring sCatName, std::vector<std::int32_t> colLevels);
+        ~EmptyingLevels();
+        EmptyingLevels(const EmptyingLevels&) = delete;
+        EmptyingLevels& operator=(const EmptyingLevels&) = delete;
 
-    // Reads the file of each main category and applies it: restores the orders and makes the empty levels.
-    // Cuts that the file does not name come to stand first.
-    void ApplyHistory(const CatCollection& colMainCats);
+    private:
+        friend class HistoryFiles;
+        HistoryFiles& m_cFiles;
+        std::wstring m_sCatName;
+        std::vector<std::int32_t> m_colLevels;
+    };
+
+    // ---- saves without a word: no box, no event, no waiting. A save that fails is owed.
+
+    static constexpr std::uint32_t lRetryMs = 1000; // what is owed is tried at most once in this time
+
+    // Saves the order after a pick. Before it, one of the other categories that are owed is tried, so a pick
+    // tries to write two files at most.
+    void SaveAfterPick(const std::shared_ptr<clsCat>& cMainCat, const CatCollection& colMainCats);
+    // Saves at once; a failure is logged and owed.
+    void SaveQuietly(const std::shared_ptr<clsCat>& cMainCat);
+    // A pick has moved cuts of a category and the host saves later.
+    void NoteUnsaved(const clsCat& cMainCat);
+    // Tries everything that is owed.
+    void SaveOwed(const CatCollection& colMainCats);
+    // Saves, quietly, everything that is owed or unsaved: before the files are read again.
+    void SavePending(const CatCollection& colMainCats);
+
+    // ---- reading
+
+    // Reads the file of each main category under sAppPath and applies it: restores the orders and makes the
+    // empty levels. Cuts that the file does not name come to stand first. Files that cannot be read are shown
+    // in one box for each kind of error.
+    void ApplyHistory(const CatCollection& colMainCats, const std::wstring& sAppPath);
+
+    // Whether a category's order has changed, saved or not, since its file was last read.
+    bool IsNewerThanItsReading(const clsCat& cMainCat) const;
 
     // Removes a category's file when there is one. Throws.
     void DeleteFile(const std::wstring& sCatName);
 
-    // What a path becomes in a record's field of 255 bytes, without the blanks at its ends: the identity of a
-    // cut in the file.
-    std::string PathField(const std::wstring& sPath) const;
-
 private:
-    struct Record
-    {
-        std::int32_t lLevel;
-        bool bLevelMarker;
-        std::string_view path; // the field's bytes without blanks at the ends
-    };
     struct Snapshot; // what a save writes, taken before the first yield
-    class Content;
-    struct LevelOrder; // a level's new order while records are applied
+    struct Owed
+    {
+        SavedFiles::Stamp lSince; // a snapshot from here on holds what is owed
+        std::uint32_t lTriedAt;   // tick count
+    };
+    struct Age
+    {
+        SavedFiles::Stamp lRead = 0;
+        SavedFiles::Stamp lNewest = 0; // of the order in memory
+    };
+    class ReadErrors;
+
     Snapshot TakeSnapshot(const clsCat& cMainCat);
-    Content Fill(const Snapshot& cSnapshot, Manner eManner);
-    void FillRecord(std::span<char> record, const Cut* cCut, std::int32_t lLevelOfMarker) const;
+    bool IsEmptying(const std::wstring& sCatName, std::int32_t lLevel) const;
+    Saved SaveSnapshot(const Snapshot& cSnapshot, Manner eManner);
+    OrderContent Fill(const Snapshot& cSnapshot, Manner eManner);
+    void TellOfWriting(const Snapshot& cSnapshot);
     void Write(const Snapshot& cSnapshot, std::string_view bytes, Manner eManner);
+    void EmptyNotUnderstood(const Snapshot& cSnapshot, Manner eManner);
+    void Settle(const std::wstring& sKey, const Snapshot& cSnapshot);
+
+    bool IsDue(const Owed& owed) const;
+    void RetryOneExcept(const std::wstring& sKey, const CatCollection& colMainCats);
+    void Retry(const std::wstring& sKey, const CatCollection& colMainCats);
+    SavedFiles::Stamp NoteChanged(const clsCat& cMainCat);
 
     // The file's records. Nothing: there is no file, or it is damaged.
-    std::optional<std::string> RetrieveHistoryAndOrdering(const clsCat& cMainCat);
-    void Apply(clsCat& cMainCat, std::string_view bytes);
-    bool EnsureLevel(clsCat& cMainCat, const Record& record);
+    std::optional<std::string> RetrieveHistoryAndOrdering(const clsCat& cMainCat, const std::wstring& sPath);
+    void TellOfReading(const std::wstring& sCatName, std::size_t lCount);
+    void Apply(clsCat& cMainCat, std::string_view bytes, const std::wstring& sPath);
 
     std::wstring SavePathOf(const std::wstring& sCatName) const;
-    std::wstring ReadPathOf(const std::wstring& sCatName) const;
 
     ModScheduler& m_cMod;
     EventRelay& m_cEvents;
     std::wstring m_sAppPath;
-    std::uint64_t m_lSnapshots = 0;
-    std::unordered_map<std::wstring, std::uint64_t>
-        m_colNewestWritten;                           // folded path -> number of its newest snapshot
-    std::unordered_set<std::wstring> m_colNotApplied; // folded paths of files not applied in full
-    // Keys of main categories -> the number from which on a snapshot holds what is owed.
-    std::unordered_map<std::wstring, std::uint64_t> m_colOwed;
+    std::unordered_map<std::wstring, Age> m_colAges; // by folded name
+    // By key of the main category.
+    std::unordered_map<std::wstring, Owed> m_colOwed;
+    std::unordered_map<std::wstring, SavedFiles::Stamp> m_colUnsaved; // since when
+    std::unordered_set<std::wstring> m_colNoFileName;                 // names whose error has been logged
+    std::vector<const EmptyingLevels*> m_colEmptying;
 };
 
 } // namespace ravlo

@@ -99,8 +99,8 @@ std::shared_ptr<CatCollection> Population::Build(const DataBase& cDataBase)
     m_cFiledCuts.Reserve(colCuts.size());
     CreateCategories(colCuts);
     PlaceCuts(colCuts);
-    AddSavedCategories(*m_cCategoryList.GetSavedCatNames());
-    m_cHistoryFiles.ApplyHistory(*m_colMainCats);
+    AddSavedCategories(*m_cCategoryList.ReadForTree(m_cMod.AppPath()));
+    m_cHistoryFiles.ApplyHistory(*m_colMainCats, m_cMod.AppPath());
     return m_colMainCats;
 }
 

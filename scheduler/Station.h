@@ -79,6 +79,13 @@ struct Station
         if (const std::shared_ptr<CatCollection> colCats = colMainCats)
             cHistoryFiles.SaveOwed(*colCats);
     }
+    // The tree in use has been read from this application path: its files are saved there.
+    void Serve(const std::wstring& sPath)
+    {
+        sAppPath = sPath;
+        cHistoryFiles.Serve(sPath);
+        cCategoryList.Serve();
+    }
     // Whether a main category is one of the tree's at present.
     bool Holds(const std::shared_ptr<clsCat>& cMainCat) const
     {

@@ -113,7 +113,7 @@ clsSchedMan::~clsSchedMan()
         my.WritePendingPlayTimes();
         if (!my.colMainCats)
             return;
-        my.cCategoryList.SaveCatNames(my.colMainCats.get(), my.sAppPath);
+        my.cCategoryList.SaveChangedCatNames(*my.colMainCats, my.sAppPath);
         my.SaveOwed();
         // The settings are the library's: when another manager has moved it to another folder since, they are
         // that one's.
@@ -182,6 +182,9 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
         explicit Populating(bool& b) : bFlag(b) { bFlag = true; }
         ~Populating() { bFlag = false; }
     } const cPopulating(my.bPopulating);
+    // The files are about to be read again: they must hold the newest orders.
+    if (const std::shared_ptr<CatCollection> colPresent = my.colMainCats)
+        my.cHistoryFiles.SavePending(*colPresent);
     my.cMod.StoreAppPath(strAppPath);
     CreateFolders(my.cMod);
     const std::wstring sAppPath = my.cMod.AppPath();
@@ -211,8 +214,7 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     }
     my.cFiledCuts = std::move(cFiledCuts);
     ++my.lPopulations;
-    my.sAppPath = my.cMod.AppPath();
-    my.cHistoryFiles.Serve(my.sAppPath);
+    my.Serve(my.cMod.AppPath());
     if (!bMarked)
         my.cMark = std::move(cMark);
     return true;
@@ -260,6 +262,12 @@ bool clsSchedMan::SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat
     {
         my.WritePendingPlayTimes();
         return my.colMainCats && my.cHistoryFiles.SaveAll(my.colMainCats);
+    }
+    // The object of a tree from before a population, or of a category that was deleted, holds an old order.
+    if (cMainCat->CatLevel() == 0 && !my.Holds(cMainCat))
+    {
+        my.cMod.WriteDebugLog(L"Not saved, it is no longer one of the categories: " + cMainCat->CatName());
+        return false;
     }
     const bool bSaved = my.cHistoryFiles.Save(cMainCat) == HistoryFiles::Saved::Yes;
     my.SaveOwed();
@@ -315,10 +323,13 @@ std::shared_ptr<Cut> clsSchedMan::NextCutFromRotation(const std::wstring& strSub
         LiveWorld(my.cMod, my.cPlayHistory, my.cDataBase));
     // The pick has pumped messages: a category that was deleted or reloaded meanwhile has no order to save
     // any more.
-    if (bSave && answer.bMovedCuts && my.Holds(answer.cMainCat))
+    if (answer.bMovedCuts && my.Holds(answer.cMainCat))
     {
-        my.cHistoryFiles.SaveQuietly(answer.cMainCat);
-        my.SaveOwed();
+        const std::shared_ptr<CatCollection> colPresent = my.colMainCats;
+        if (bSave)
+            my.cHistoryFiles.SaveAfterPick(answer.cMainCat, *colPresent);
+        else
+            my.cHistoryFiles.NoteUnsaved(*answer.cMainCat);
     }
     cMainCat = std::move(answer.cMainCat);
     cSubCat = std::move(answer.cSubCat);

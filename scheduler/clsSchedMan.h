@@ -33,9 +33,10 @@ class clsSchedMan : public std::enable_shared_from_this<clsSchedMan>
 {
 public:
     explicit clsSchedMan(ModScheduler& cMod);
-    // Writes pending times of plays. When this manager completed a population: saves the category list, the
-    // orders that picks could not save and, while the library is still in this manager's folder, the
-    // settings. Nothing is thrown; a list that cannot be saved is shown, the rest is logged or ignored.
+    // Writes pending times of plays. When this manager completed a population: saves the category list if it
+    // has changed it, the orders that picks could not save and, while the library is still in this manager's
+    // folder, the settings. Nothing is thrown; a list that cannot be saved is shown, the rest is logged or
+    // ignored.
     ~clsSchedMan();
     clsSchedMan(const clsSchedMan&) = delete;
     clsSchedMan& operator=(const clsSchedMan&) = delete;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/modscheduler/ModScheduler.h"
 
-#include "collections/CaseFolding.h"
 #include "collections/Text.h"
 
 #include <algorithm>
@@ -43,17 +42,18 @@ std::wstring TimeStamp(DateTime dtWhen)
 
 std::int32_t NeverNegative(std::int32_t lMins) { return lMins < 0 ? lDefaultSepMins : lMins; }
 
-std::int32_t MinutesOf(const std::vector<std::wstring>& colPieces, std::size_t lIndex)
+// A line of the settings file; nothing when it is not there or no number.
+std::optional<std::int32_t> MinutesOf(const std::vector<std::wstring>& colLines, std::size_t lLine)
 {
-    if (lIndex >= colPieces.size())
-        return lDefaultSepMins;
-    const std::optional<double> dValue = NumericValue(colPieces[lIndex]);
-    return NeverNegative(dValue ? ToLong(*dValue).value_or(lDefaultSepMins) : lDefaultSepMins);
+    const std::optional<double> dValue =
+        lLine < colLines.size() ? NumericValue(colLines[lLine]) : std::nullopt;
+    const std::optional<std::int32_t> lMins = dValue ? ToLong(*dValue) : std::nullopt;
+    return lMins ? std::optional(NeverNegative(*lMins)) : std::nullopt;
 }
 
 } // namespace
 
-ModScheduler::ModScheduler(const Ports& cPorts) : m_cPorts(cPorts) {}
+ModScheduler::ModScheduler(const Ports& cPorts) : m_cPorts(cPorts), m_cSavedFiles(m_cPorts.cFiles) {}
 
 std::wstring ModScheduler::AppPath() const
 {
@@ -226,8 +226,11 @@ void ModScheduler::Sleep(std::uint32_t lMilliseconds) { m_cPorts.cHostLoop.Sleep
 
 void ModScheduler::SetSetting(std::int32_t& lSetting, std::int32_t lMins)
 {
+    // A file that could not be read at the start has values that count, except the one set now.
+    if (!m_bSettingsSet && m_cSavedFiles.StateOf(SettingsPath(), this) == SavedFiles::State::NotSeen)
+        LoadSettings();
     lSetting = NeverNegative(lMins);
-    m_bSettingsUnreadable = false; // the user has spoken: from here on our values are the ones to keep
+    m_bSettingsSet = true; // the user has spoken: from here on our values are the ones to keep
     SaveSettings();
 }
 
@@ -235,28 +238,39 @@ void ModScheduler::SetGlobalArtistSepMins(std::int32_t lMins) { SetSetting(m_lAr
 void ModScheduler::SetGlobalTitleSepMins(std::int32_t lMins) { SetSetting(m_lTitle, lMins); }
 void ModScheduler::SetGlobalAlbumSepMins(std::int32_t lMins) { SetSetting(m_lAlbum, lMins); }
 
+std::wstring ModScheduler::SettingsPath() const { return AppPath() + sSettingsFile; }
+
 void ModScheduler::LoadSettings()
 {
     m_lArtist = m_lTitle = m_lAlbum = lDefaultSepMins;
-    m_bSettingsUnreadable = false;
-    const std::wstring sAppPath = AppPath();
-    if (sAppPath.empty() || !m_cPorts.cFiles.FileExists(sAppPath + sSettingsFile))
+    m_bSettingsSet = false;
+    if (AppPath().empty())
         return;
     try
     {
-        const std::wstring sText =
-            m_cPorts.cCodePage.Decode(m_cPorts.cFiles.ReadAll(sAppPath + sSettingsFile));
-        if (sText.find(sCrLf) == std::wstring::npos)
-            return;
-        const std::vector<std::wstring> colPieces = Split(sText, sCrLf);
-        m_lArtist = MinutesOf(colPieces, 0);
-        m_lTitle = MinutesOf(colPieces, 1);
-        m_lAlbum = MinutesOf(colPieces, 2);
+        ReadSettings();
     }
     catch (...)
     {
         LogError(L"LoadSettings", CurrentError());
-        m_bSettingsUnreadable = true;
+    }
+}
+
+void ModScheduler::ReadSettings()
+{
+    const std::optional<std::string> bytes = m_cSavedFiles.Read(SettingsPath(), this);
+    if (!bytes || bytes->empty())
+        return;
+    const std::wstring sText = m_cPorts.cCodePage.Decode(*bytes);
+    const std::vector<std::wstring> colLines =
+        sText.find(sCrLf) == std::wstring::npos ? std::vector<std::wstring>() : Split(sText, sCrLf);
+    std::size_t lLine = 0;
+    for (std::int32_t* lSetting : {&m_lArtist, &m_lTitle, &m_lAlbum})
+    {
+        const std::optional<std::int32_t> lMins = MinutesOf(colLines, lLine++);
+        if (!lMins)
+            m_cSavedFiles.NotUnderstood(SettingsPath(), this);
+        *lSetting = lMins.value_or(lDefaultSepMins);
     }
 }
 
@@ -264,34 +278,22 @@ bool ModScheduler::SaveSettings() noexcept
 {
     try
     {
-        const std::wstring sAppPath = AppPath();
-        if (sAppPath.empty() || m_bSettingsUnreadable)
+        if (AppPath().empty())
             return false;
         std::wstring sText;
         for (const std::int32_t lMins : {m_lArtist, m_lTitle, m_lAlbum})
             sText += DecimalText(lMins) + sCrLf;
         FlushDebugLog();
-        ReplaceFile(m_cPorts.cFiles, sAppPath + sSettingsFile, m_cPorts.cCodePage.Encode(sText));
-        return true;
+        using Unseen = SavedFiles::Unseen;
+        return m_cSavedFiles.Replace(SettingsPath(), m_cSavedFiles.Begin(), m_cPorts.cCodePage.Encode(sText),
+                                     this, m_bSettingsSet ? Unseen::KeepAside : Unseen::LeaveAlone) ==
+               SavedFiles::Result::Written;
     }
     catch (...)
     {
         LogError(L"SaveSettings", CurrentError());
         return false;
     }
-}
-
-// ---- file generations
-
-std::uint64_t ModScheduler::FileGeneration(const std::wstring& sPath) const
-{
-    const auto found = m_colGenerations.find(FoldCase(sPath));
-    return found == m_colGenerations.end() ? 0 : found->second;
-}
-
-std::uint64_t ModScheduler::NoteFileWritten(const std::wstring& sPath)
-{
-    return ++m_colGenerations[FoldCase(sPath)];
 }
 
 namespace

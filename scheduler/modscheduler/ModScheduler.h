@@ -3,13 +3,13 @@
 
 #include "ports/Ports.h"
 #include "ports/RuntimeError.h"
+#include "scheduler/modscheduler/SavedFiles.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 
 namespace ravlo
@@ -25,6 +25,8 @@ public:
     ModScheduler& operator=(const ModScheduler&) = delete;
 
     const Ports& Outside() const noexcept { return m_cPorts; }
+    // The keeper of the files that every part of the library reads and rewrites.
+    SavedFiles& Saved() noexcept { return m_cSavedFiles; }
 
     // The host's application folder with a trailing backslash; empty when none was stored.
     std::wstring AppPath() const;
@@ -87,37 +89,33 @@ public:
     std::int32_t GlobalArtistSepMins() const noexcept { return m_lArtist; }
     std::int32_t GlobalTitleSepMins() const noexcept { return m_lTitle; }
     std::int32_t GlobalAlbumSepMins() const noexcept { return m_lAlbum; }
-    // A negative value becomes 60. Each setter writes the settings file at once.
+    // A negative value becomes 60. Each setter writes the settings file at once; a file that could not be
+    // read before is read first, so that it keeps its other values.
     void SetGlobalArtistSepMins(std::int32_t lMins);
     void SetGlobalTitleSepMins(std::int32_t lMins);
     void SetGlobalAlbumSepMins(std::int32_t lMins);
-    // Errors are ignored: what cannot be read is 60. LoadSettings without an application path leaves 60
+    // Errors are logged: what cannot be read is 60. LoadSettings without an application path leaves 60
     // everywhere.
     void LoadSettings();
-    // False when there is no application path or the file could not be written. A settings file that could
-    // not be read is left alone unless a setter has run since.
+    // False when there is no application path or the file could not be written. Until a setter has run, a
+    // file that has not been read is left alone.
     bool SaveSettings() noexcept;
-
-    // ---- who wrote a file last
-
-    // A number per file (without regard to case) that grows with every write noted here; 0 for a file never
-    // noted. Lets an object that is released late see that its values are no longer the newest.
-    std::uint64_t FileGeneration(const std::wstring& sPath) const;
-    std::uint64_t NoteFileWritten(const std::wstring& sPath);
 
 private:
     void AppendToLog(const std::wstring& sLines, DateTime dtFirst);
     void SetSetting(std::int32_t& lSetting, std::int32_t lMins);
+    void ReadSettings();
+    std::wstring SettingsPath() const;
 
     Ports m_cPorts;
     std::wstring m_sAppPath;
     std::int32_t m_lArtist = 60;
     std::int32_t m_lTitle = 60;
     std::int32_t m_lAlbum = 60;
-    bool m_bSettingsUnreadable = false;
+    bool m_bSettingsSet = false; // by a setter, since they were loaded
+    SavedFiles m_cSavedFiles;
 
-    std::unordered_map<std::wstring, std::uint64_t> m_colGenerations; // keyed by the folded path
-    std::wstring m_sLines;                                            // gathered, ready to be appended
+    std::wstring m_sLines; // gathered, ready to be appended
     DateTime m_dtFirstLine = 0;
     std::wstring m_sStamp; // of the second in which the last line was noted
     std::int64_t m_lStampSecond = 0;

@@ -280,8 +280,12 @@ TEST_F(RulesTest, AFileShorterThanItsRecordIsAnErrorAndNothingOfItIsTaken)
         EXPECT_FALSE(cRules->IgnoreRules());
         EXPECT_EQ(cRules->CatID(), L"Pop") << "the key is set all the same";
         cRules.reset();
-        EXPECT_EQ(FileOf(L"Pop"), whole.substr(0, lLength))
-            << "what could not be read is not overwritten on release";
+        EXPECT_EQ(FileOf(L"Pop"), Record(notSet, notSet, no, "Pop", notSet)) << "release repairs it";
+        EXPECT_EQ(cWorld.cFiles.Get(PathOf(L"Pop") + L".bak"), whole.substr(0, lLength)) << "and keeps it";
+        cWorld.cFiles.Delete(PathOf(L"Pop") + L".bak");
+        boxes.clear();
+        NewRules(L"Pop");
+        EXPECT_TRUE(boxes.empty()) << "the next start has nothing to complain of";
     }
     EXPECT_EQ(cWorld.LogMessages().front(), L"DISPLAYERROR, GetRules 62 Input past end of file");
     EXPECT_EQ(cWorld.LogMessages().size(), whole.size());

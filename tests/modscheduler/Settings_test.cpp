@@ -168,7 +168,7 @@ TEST_F(SettingsTest, AFileThatCanBeReadAgainIsWrittenAgain)
 
 TEST_F(SettingsTest, AFailedSaveIsOnlyLogged)
 {
-    cWorld.cFiles.Put(sFile, "old");
+    Load("1\r\n2\r\n3\r\n");
     cWorld.cFiles.SetReadOnly(sFile);
     EXPECT_FALSE(cMod.SaveSettings());
     EXPECT_NO_THROW(cMod.SetGlobalArtistSepMins(9));
@@ -176,7 +176,7 @@ TEST_F(SettingsTest, AFailedSaveIsOnlyLogged)
     EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
     EXPECT_EQ(cWorld.LogMessages(), (Lines{L"DISPLAYERROR, SaveSettings 75 Path/File access error",
                                            L"DISPLAYERROR, SaveSettings 75 Path/File access error"}));
-    EXPECT_EQ(cWorld.cFiles.Get(sFile), "old");
+    EXPECT_EQ(cWorld.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
     EXPECT_TRUE(cWorld.TemporaryFiles().empty());
 }
 
@@ -221,15 +221,6 @@ TEST_F(SettingsTest, AnyBytesGiveMinutesThatAreNotNegative)
             ASSERT_GE(lMins, 0) << "seed " << lSeed << ", round " << lRound;
     }
     EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
-}
-
-TEST_F(SettingsTest, EveryNotedWriteOfAFileRaisesItsGeneration)
-{
-    EXPECT_EQ(cMod.FileGeneration(L"C:\\a.rls"), 0u);
-    EXPECT_EQ(cMod.NoteFileWritten(L"C:\\a.rls"), 1u);
-    EXPECT_EQ(cMod.NoteFileWritten(L"c:\\A.RLS"), 2u) << "names are told apart as the file system does";
-    EXPECT_EQ(cMod.FileGeneration(L"C:\\a.rls"), 2u);
-    EXPECT_EQ(cMod.FileGeneration(L"C:\\b.rls"), 0u);
 }
 
 } // namespace

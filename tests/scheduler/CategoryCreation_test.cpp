@@ -270,7 +270,7 @@ TEST_F(CreateMainCatTest, SavesThatFailAreEachShownAndTheCategoryIsThere)
     cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
     EXPECT_EQ(Create(L"Jazz"), L"Jazz");
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in SaveCatNames [cSchedMan]", CriticalText(75)),
-                            CriticalBox(L"Error in SaveHistoryAndOrdering [cSchedMan]", CriticalText(75))}));
+                            CriticalBox(L"Error in SaveHistoryAndOrdering [cSchedMan]", CriticalText(75) + L": Jazz")}));
     EXPECT_TRUE(Level(L"Jazz", 1));
 }
 

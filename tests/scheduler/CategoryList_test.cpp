@@ -29,7 +29,8 @@ protected:
     }
     Lines Read()
     {
-        const std::shared_ptr<NameCollection> colNames = cList.GetSavedCatNames();
+        const std::shared_ptr<NameCollection> colNames = cList.ReadForTree(cMod.AppPath());
+        cList.Serve();
         Lines colRead;
         for (std::size_t lAt = 0; lAt < colNames->Count(); ++lAt)
         {
@@ -140,6 +141,8 @@ TEST_F(CategoryListTest, AFailureAtAnyStepLeavesTheOldListOrTheNewOne)
         FailingFiles cFiles(cDisk.cFiles, lGood);
         ModScheduler cOther(cDisk.AllPortsWith(cFiles));
         CategoryList cOtherList(cOther);
+        cOtherList.ReadForTree(sRadio);
+        cOtherList.Serve();
         const bool bSaved = cOtherList.SaveCatNames(Cats({L"New"}).get(), sRadio);
         EXPECT_EQ(bSaved, !cFiles.bFailed);
         EXPECT_EQ(cDisk.cFiles.Get(sMainCatsPath), bSaved ? "\r\nNew" : "\r\nOld");
@@ -186,7 +189,7 @@ TEST_F(CategoryListTest, AListIsReadPieceByPiece)
         {"\r\n\tRock", {L"\tRock"}},                                // only blanks are trimmed
         {"\r\n123\r\nA\r\n-5\r\n1e3\r\n$1,000.50\r\n&HFF", {L"A"}}, // numbers
         {"\r\n12a\r\n1 2\r\n80s", {L"12a", L"1 2", L"80s"}},
-        {"\r\nA\nB", {L"A\nB"}}, // one LF is no line break
+        {"\r\nA\nB\r\nC\rD\r\nE", {L"E"}}, // half a line break: no name that could be saved again
         {"\r\nCaf\xE9\r\n\x80", {L"Caf\u00E9", L"\u20AC"}},
     };
     for (const Content& content : contents)
@@ -255,7 +258,8 @@ TEST_F(CategoryListTest, WhenTheOldListCannotBeKeptAsideItIsNotOverwritten)
         ModScheduler cOther(cDisk.AllPortsWith(cFiles));
         cOther.StoreAppPath(sRadio);
         CategoryList cOtherList(cOther);
-        cOtherList.GetSavedCatNames();
+        cOtherList.ReadForTree(sRadio);
+        cOtherList.Serve();
         cDisk.cMessages.Boxes.clear();
         const bool bSaved = cOtherList.SaveCatNames(Cats({L"Rock"}).get(), sRadio);
         EXPECT_EQ(cDisk.cFiles.Get(sMainCatsPath), bSaved ? "\r\nRock" : damaged);

@@ -614,7 +614,7 @@ TEST_F(MassChangeTest, ASaveThatFailsIsShownOncePerCategoryAndTheOthersAreWritte
     Start();
     cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
     Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 2), {cCut});
-    EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in SaveHistoryAndOrdering [cSchedMan]", CriticalText(75))}));
+    EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in SaveHistoryAndOrdering [cSchedMan]", CriticalText(75) + L": Rock")}));
     EXPECT_EQ(File(L"Rock"), SifCut("a", 1)) << "the old file is whole";
     EXPECT_EQ(File(L"Pop"), SifCut("b", 2) + SifCut("a", 2));
     EXPECT_EQ(File(L"Jazz"), SifMarker(1) + SifCut("a", 2));

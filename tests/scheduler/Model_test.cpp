@@ -72,7 +72,9 @@ public:
     std::vector<std::unique_ptr<RefMain>> colMains;
     std::map<std::wstring, std::vector<RefRecord>> colFiles; // by folded name
     std::set<std::wstring> colTouched;                       // files written or deleted in this step
-    std::vector<std::wstring> colList;                       // the names in the list of categories
+    std::set<std::wstring>
+        colUnsaved; // folded names of categories that picks have moved cuts in without saving
+    std::vector<std::wstring> colList; // the names in the list of categories
 
     RefMain* Main(const std::wstring& sName) const
     {
@@ -101,6 +103,7 @@ public:
     }
     void Save(const RefMain& main)
     {
+        colUnsaved.erase(Lower(main.sName));
         std::vector<RefRecord> colRecords;
         for (const auto& [lLevel, colOrder] : main.colLevels)
         {
@@ -117,6 +120,7 @@ public:
     }
     void DeleteFile(const RefMain& main)
     {
+        colUnsaved.erase(Lower(main.sName));
         colFiles.erase(Lower(main.sName));
         colTouched.insert(Lower(main.sName));
     }
@@ -146,9 +150,17 @@ public:
                 colAffected.insert(&main);
         }
     }
+    // What picks have left unsaved is saved before a population reads the files.
+    void SaveUnsaved()
+    {
+        for (const auto& pMain : colMains)
+            if (colUnsaved.count(Lower(pMain->sName)) != 0)
+                Save(*pMain);
+    }
     void Reload()
     {
         colMains.clear();
+        colUnsaved.clear();
         bool bCreated = false;
         for (const auto& pCut : colCuts)
             for (const std::wstring& sName : pCut->colNames)
@@ -751,6 +763,8 @@ private:
         EXPECT_EQ(cPicked->Key().Text(), pChosen ? pChosen->sKey : L"");
         if (bSave && !bEmpty)
             m_ref.Save(*pMain);
+        else if (!bEmpty)
+            m_ref.colUnsaved.insert(Lower(pMain->sName));
     }
 
     void Save()
@@ -776,6 +790,7 @@ private:
     void Reload()
     {
         CompareFiles();
+        m_ref.SaveUnsaved();
         m_cLib.Populate();
         m_ref.Reload();
     }

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "media/Cut.h"
+#include "scheduler/OrderRecords.h"
+#include "scheduler/modscheduler/ModScheduler.h"
+
+#include <cstddef>
+#include <string>
+
+namespace ravlo
+{
+
+// Reads the texts of cuts for the records of one main category. An artist or title that cannot be read is
+// blank in the record, where nobody reads it back; a cut without a key cannot be saved, and Of throws.
+class CutTexts
+{
+public:
+    CutTexts(ModScheduler& cMod, const std::wstring& sCatName) noexcept : m_cMod(cMod), m_sCatName(sCatName)
+    {
+    }
+    OrderTexts Of(const Cut& cCut);
+    // Logs in one line what could not be read.
+    void Report();
+
+private:
+    template <class Read> std::string TextOrBlank(const std::wstring& sKey, Read&& read);
+
+    ModScheduler& m_cMod;
+    const std::wstring& m_sCatName;
+    std::size_t m_lUnread = 0;
+    std::wstring m_sFirst; // the first text that could not be read: its cut and why
+};
+
+} // namespace ravlo

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ports/CodePage.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace ravlo
+{
+
+// The records of a history/ordering file. No file is touched here. File format: docs/formats/sif.md.
+
+inline constexpr std::size_t lOrderRecordSize = 1983;
+inline constexpr std::size_t lOrderTextWidth = 255; // of artist, title and path, in bytes of the code page
+
+struct OrderRecord
+{
+    std::int32_t lLevel;
+    bool bLevelMarker;
+    std::string_view path; // the field's bytes without blanks at the ends
+};
+
+// A cut's texts, in bytes of the code page.
+struct OrderTexts
+{
+    std::string artist;
+    std::string title;
+    std::string path;
+};
+
+// The bytes of a file while its records are filled. Each record must be put once.
+class OrderContent
+{
+public:
+    explicit OrderContent(std::size_t lRecords);
+    void PutCut(std::size_t lRecord, const OrderTexts& texts, std::int32_t lLevel);
+    void PutMarker(std::size_t lRecord, std::int32_t lLevel);
+    std::string_view Bytes() const noexcept { return {m_pBytes.get(), m_lSize}; }
+
+private:
+    std::span<char> Record(std::size_t lRecord)
+    {
+        return {m_pBytes.get() + lRecord * lOrderRecordSize, lOrderRecordSize};
+    }
+
+    std::size_t m_lSize;
+    std::unique_ptr<char[]> m_pBytes;
+};
+
+// Whether bytes consist of whole records.
+inline bool AreOrderRecords(std::string_view bytes) noexcept { return bytes.size() % lOrderRecordSize == 0; }
+// The record at the front of bytes, which hold one at least.
+OrderRecord FirstOrderRecord(std::string_view bytes);
+
+// What a path becomes in a record's field, without the blanks at its ends: by it a cut is found again.
+std::string OrderPathField(const CodePage& cCodePage, const std::wstring& sPath);
+
+} // namespace ravlo

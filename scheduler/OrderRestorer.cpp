@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/OrderRestorer.h"
+
+#include "scheduler/OrderRecords.h"
+
+#include <limits>
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+namespace ravlo
+{
+
+namespace
+{
+
+// The new order of one level. Every cut that is named is put at the end; the others stay in front as they
+// stand.
+class LevelOrder
+{
+public:
+    LevelOrder(const CodePage& cCodePage, std::shared_ptr<clsCat> cLevel)
+        : m_cCodePage(cCodePage), m_cSubCat(std::move(cLevel)), m_colCuts(m_cSubCat->SchedCuts()),
+          m_colPlaceOf(m_colCuts->Count(), lNowhere)
+    {
+        m_colPlaced.reserve(m_colCuts->Count());
+    }
+
+    std::int32_t CatLevel() const noexcept { return m_cSubCat->CatLevel(); }
+    // A record that names this path: field is its bytes.
+    void Take(std::string_view field);
+    void Take(const TextKey& cKey)
+    {
+        if (const std::optional<std::size_t> lPosition = m_colCuts->PositionOf(cKey))
+            Place(*lPosition);
+    }
+    void Finish() const;
+
+private:
+    static constexpr std::size_t lNowhere = std::numeric_limits<std::size_t>::max();
+    // Of one path field: the positions of the cuts that have it, in order, and how many of them are taken.
+    struct Alike
+    {
+        std::vector<std::size_t> colPositions;
+        std::size_t lTaken = 0;
+    };
+
+    void Place(std::size_t lPosition);
+    std::optional<std::size_t> NextAlike(const std::string& field);
+    void Index();
+
+    const CodePage& m_cCodePage;
+    std::shared_ptr<clsCat> m_cSubCat;
+    std::shared_ptr<CutCollection> m_colCuts;
+    // Positions of the cuts named so far, in order; lNowhere where one has moved on.
+    std::vector<std::size_t> m_colPlaced;
+    std::vector<std::size_t> m_colPlaceOf; // by position: index into m_colPlaced, or lNowhere
+    // By path field; made when a record cannot be told by its exact path.
+    std::unordered_map<std::string, Alike> m_colAlike;
+    bool m_bIndexed = false;
+};
+
+void LevelOrder::Place(std::size_t lPosition)
+{
+    if (m_colPlaceOf[lPosition] != lNowhere)
+        m_colPlaced[m_colPlaceOf[lPosition]] = lNowhere;
+    m_colPlaceOf[lPosition] = m_colPlaced.size();
+    m_colPlaced.push_back(lPosition);
+}
+
+void LevelOrder::Take(std::string_view field)
+{
+    const std::wstring sPath = m_cCodePage.Decode(field);
+    // Cuts that stood together mostly stand together still, so the next one is tried first.
+    const std::size_t lNext =
+        m_colPlaced.empty() || m_colPlaced.back() == lNowhere ? 0 : m_colPlaced.back() + 1;
+    if (lNext < m_colPlaceOf.size() && m_colPlaceOf[lNext] == lNowhere)
+        if (const TextKey* cKey = m_colCuts->KeyAt(lNext); cKey && cKey->Text() == sPath)
+            return Place(lNext);
+    const std::optional<std::size_t> lExact = m_colCuts->PositionOf(sPath);
+    if (lExact && m_colPlaceOf[*lExact] == lNowhere)
+        Place(*lExact);
+    else if (const auto lAlike = NextAlike(std::string(field)))
+        Place(*lAlike);
+    else if (lExact)
+        Place(*lExact); // named twice: the last mention holds
+}
+
+void LevelOrder::Index()
+{
+    m_bIndexed = true;
+    for (std::size_t lPosition = 0; lPosition < m_colCuts->Count(); ++lPosition)
+        if (const TextKey* cKey = m_colCuts->KeyAt(lPosition))
+            m_colAlike[OrderPathField(m_cCodePage, cKey->Text())].colPositions.push_back(lPosition);
+}
+
+// The next cut of that field that no record has named yet.
+std::optional<std::size_t> LevelOrder::NextAlike(const std::string& field)
+{
+    if (!m_bIndexed)
+        Index();
+    const auto found = m_colAlike.find(field);
+    if (found == m_colAlike.end())
+        return std::nullopt;
+    Alike& alike = found->second;
+    while (alike.lTaken < alike.colPositions.size() &&
+           m_colPlaceOf[alike.colPositions[alike.lTaken]] != lNowhere)
+        ++alike.lTaken;
+    if (alike.lTaken == alike.colPositions.size())
+        return std::nullopt;
+    return alike.colPositions[alike.lTaken];
+}
+
+void LevelOrder::Finish() const
+{
+    std::vector<std::size_t> colOrder;
+    colOrder.reserve(m_colPlaceOf.size());
+    for (std::size_t lPosition = 0; lPosition < m_colPlaceOf.size(); ++lPosition)
+        if (m_colPlaceOf[lPosition] == lNowhere)
+            colOrder.push_back(lPosition);
+    for (const std::size_t lPosition : m_colPlaced)
+        if (lPosition != lNowhere)
+            colOrder.push_back(lPosition);
+    m_colCuts->Reorder(colOrder);
+}
+
+// The level a record speaks of, made where a marker declares it; null when there is none.
+std::shared_ptr<clsCat> LevelOf(ModScheduler& cMod, clsCat& cMainCat, const OrderRecord& record)
+{
+    std::shared_ptr<clsCat> cSubCat = cMainCat.SubCat(record.lLevel);
+    if (cSubCat || !record.bLevelMarker || record.lLevel < 0)
+        return cSubCat;
+    cMainCat.AddSubCat(std::make_shared<clsCat>(cMod, cMainCat.CatName(), record.lLevel));
+    return cMainCat.SubCat(record.lLevel);
+}
+
+} // namespace
+
+OrderLeftOver RestoreOrder(ModScheduler& cMod, clsCat& cMainCat, std::string_view records)
+{
+    const CodePage& cCodePage = cMod.Outside().cCodePage;
+    OrderLeftOver leftOver;
+    std::unordered_map<std::int32_t, LevelOrder> colLevels;
+    LevelOrder* cLevel = nullptr; // of the record before: a level's records stand together
+    for (; records.size() >= lOrderRecordSize; records.remove_prefix(lOrderRecordSize))
+    {
+        const OrderRecord record = FirstOrderRecord(records);
+        if (record.lLevel == 0)
+            continue;
+        if (!cLevel || cLevel->CatLevel() != record.lLevel)
+        {
+            const auto found = colLevels.find(record.lLevel);
+            cLevel = found == colLevels.end() ? nullptr : &found->second;
+        }
+        if (!cLevel)
+        {
+            std::shared_ptr<clsCat> cSubCat = LevelOf(cMod, cMainCat, record);
+            if (cSubCat)
+                cLevel = &colLevels.try_emplace(record.lLevel, cCodePage, std::move(cSubCat)).first->second;
+            else if (record.bLevelMarker)
+                leftOver.colImpossibleLevels.push_back(record.lLevel);
+            else
+                leftOver.lMissingLevel = record.lLevel;
+        }
+        if (leftOver.lMissingLevel)
+            break;
+        if (cLevel && !record.bLevelMarker)
+            cLevel->Take(record.path);
+    }
+    for (const auto& [lLevel, cFinished] : colLevels)
+        cFinished.Finish();
+    return leftOver;
+}
+
+void CarryOrderOver(const clsCat& cFrom, const clsCat& cTo)
+{
+    for (const std::shared_ptr<clsCat>& cTarget : *cTo.SubCats())
+    {
+        const std::shared_ptr<clsCat> cSource = cFrom.SubCat(cTarget->CatLevel());
+        if (!cSource)
+            continue;
+        LevelOrder cOrder(cTo.Mod().Outside().cCodePage, cTarget);
+        const std::shared_ptr<CutCollection> colCuts = cSource->SchedCuts();
+        for (std::size_t lPosition = 0; lPosition < colCuts->Count(); ++lPosition)
+            if (const TextKey* cKey = colCuts->KeyAt(lPosition))
+                cOrder.Take(*cKey);
+        cOrder.Finish();
+    }
+}
+
+} // namespace ravlo

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/clsCat.h"
+#include "scheduler/modscheduler/ModScheduler.h"
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace ravlo
+{
+
+// What a restored order could not use.
+struct OrderLeftOver
+{
+    // A cut record named it and it does not exist: neither that record nor those behind it were applied.
+    std::optional<std::int32_t> lMissingLevel;
+    // Markers asked for them, and no level can have such a number.
+    std::vector<std::int32_t> colImpossibleLevels;
+
+    bool None() const noexcept { return !lMissingLevel && colImpossibleLevels.empty(); }
+};
+
+// Applies whole records to a main category: makes the levels that markers declare, and puts every cut that a
+// record names at the end of its level, in the order of the records. Cuts that no record names come to stand
+// first; records of cuts that are gone are passed over.
+OrderLeftOver RestoreOrder(ModScheduler& cMod, clsCat& cMainCat, std::string_view records);
+
+// Puts the cuts of cTo's levels into the order they have in cFrom, another tree's category of that name. Cuts
+// that cFrom does not have come to stand first.
+void CarryOrderOver(const clsCat& cFrom, const clsCat& cTo);
+
+} // namespace ravlo

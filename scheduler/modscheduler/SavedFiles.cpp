@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/modscheduler/SavedFiles.h"
+
+#include "collections/CaseFolding.h"
+#include "ports/RuntimeError.h"
+
+namespace ravlo
+{
+
+bool SavedFiles::Exists(const std::wstring& sPath) const
+{
+    const Presence ePresence = m_cFiles.PresenceOf(sPath);
+    if (ePresence == Presence::Unknown)
+        throw RuntimeError(error::PathFileAccess);
+    return ePresence == Presence::Present;
+}
+
+std::optional<std::string> SavedFiles::Peek(const std::wstring& sPath) const
+{
+    if (!Exists(sPath))
+        return std::nullopt;
+    return m_cFiles.ReadAll(sPath);
+}
+
+std::optional<std::string> SavedFiles::Read(const std::wstring& sPath, Author cAuthor)
+{
+    const std::wstring sFolded = FoldCase(sPath);
+    m_colMarks[{cAuthor, sFolded}] = State::NotSeen; // until it has been read
+    std::optional<std::string> bytes = Peek(sPath);
+    m_colFiles[sFolded].eState = bytes ? State::Known : State::Absent;
+    m_colMarks.erase({cAuthor, sFolded});
+    return bytes;
+}
+
+void SavedFiles::NotUnderstood(const std::wstring& sPath, Author cAuthor)
+{
+    m_colMarks[{cAuthor, FoldCase(sPath)}] = State::NotUnderstood;
+}
+
+SavedFiles::State SavedFiles::StateOf(const std::wstring& sPath, Author cAuthor) const
+{
+    const std::wstring sFolded = FoldCase(sPath);
+    if (const auto mark = m_colMarks.find({cAuthor, sFolded}); mark != m_colMarks.end())
+        return mark->second;
+    const auto file = m_colFiles.find(sFolded);
+    return file == m_colFiles.end() ? State::NotSeen : file->second.eState;
+}
+
+SavedFiles::Stamp SavedFiles::NewestOf(const std::wstring& sPath) const
+{
+    const auto file = m_colFiles.find(FoldCase(sPath));
+    return file == m_colFiles.end() ? 0 : file->second.lNewest;
+}
+
+SavedFiles::Result SavedFiles::Replace(const std::wstring& sPath, Stamp lStamp, std::string_view bytes,
+                                       Author cAuthor, Unseen eUnseen, Patience ePatience)
+{
+    const std::wstring sFolded = FoldCase(sPath);
+    if (NewestOf(sPath) > lStamp)
+        return Result::Overtaken;
+    if (!MakeWay(sPath, cAuthor, eUnseen, ePatience))
+        return Result::LeftAlone;
+    ReplaceFile(m_cFiles, sPath, bytes, ePatience);
+    MarkKnown(sFolded, cAuthor);
+    m_colFiles[sFolded].lNewest = lStamp;
+    return Result::Written;
+}
+
+void SavedFiles::Delete(const std::wstring& sPath, Author cAuthor)
+{
+    const std::wstring sFolded = FoldCase(sPath);
+    File& file = m_colFiles[sFolded];
+    file.lNewest = Begin();
+    if (Exists(sPath))
+        m_cFiles.Delete(sPath);
+    m_colMarks.erase({cAuthor, sFolded});
+    file.eState = State::Absent;
+}
+
+void SavedFiles::Forget(Author cAuthor) noexcept
+{
+    const auto first = m_colMarks.lower_bound({cAuthor, std::wstring()});
+    auto last = first;
+    while (last != m_colMarks.end() && last->first.first == cAuthor)
+        ++last;
+    m_colMarks.erase(first, last);
+}
+
+bool SavedFiles::MakeWay(const std::wstring& sPath, Author cAuthor, Unseen eUnseen, Patience ePatience)
+{
+    const State eState = StateOf(sPath, cAuthor);
+    if (eState == State::Known || !Exists(sPath))
+        return true;
+    if (eState != State::NotUnderstood && eUnseen == Unseen::LeaveAlone)
+        return false;
+    KeepAside(sPath, ePatience);
+    MarkKnown(FoldCase(sPath), cAuthor); // also when the save fails now: the next try needs no second copy
+    return true;
+}
+
+void SavedFiles::MarkKnown(const std::wstring& sFolded, Author cAuthor)
+{
+    m_colFiles[sFolded].eState = State::Known;
+    m_colMarks.erase({cAuthor, sFolded});
+}
+
+void SavedFiles::KeepAside(const std::wstring& sPath, Patience ePatience)
+{
+    const std::wstring sCopy = CopyFor(sPath);
+    std::string bytes;
+    try
+    {
+        bytes = m_cFiles.ReadAll(sPath, ePatience);
+    }
+    catch (const RuntimeError&)
+    {
+        m_cFiles.Rename(sPath, sCopy, ePatience); // what cannot be read can still be put away whole
+        return;
+    }
+    ReplaceFile(m_cFiles, sCopy, bytes, ePatience);
+}
+
+std::wstring SavedFiles::CopyFor(const std::wstring& sPath) const
+{
+    std::wstring sCopy = sPath + L".bak";
+    for (int lCopy = 2; lCopy <= lMostCopies && Exists(sCopy); ++lCopy)
+        sCopy = sPath + L".bak" + std::to_wstring(lCopy);
+    return sCopy;
+}
+
+} // namespace ravlo
