@@ -1,0 +1,250 @@
+// SPDX-License-Identifier: MIT
+#include "support/SyncTest.h"
+
+namespace ravlo::test
+{
+namespace
+{
+
+constexpr const wchar_t* sRules = L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC1.rls";
+constexpr const wchar_t* sListBak = L"C:\\Radio\\Scheduler\\MainCats.txt.bak";
+
+// A station with files of every kind, saved by an earlier run.
+class AwayFilesTest : public StationTest
+{
+protected:
+    AwayFilesTest()
+    {
+        for (const wchar_t* sKey : {L"r1", L"r2", L"r3"})
+            Add(sKey, L"Rock");
+        cWorld.cFiles.Put(SifPath(L"Rock"), order);
+        cWorld.cFiles.Put(sMainCatsPath, "\r\nRock\r\nSoul");
+        cWorld.cFiles.Put(sSettingsPath, "10\r\n20\r\n30\r\n");
+        cWorld.cFiles.Put(sRules, rules);
+        cLib.cSchedMan->SetRotatesAllowed(true);
+    }
+
+    void Pick()
+    {
+        std::shared_ptr<clsCat> cMainCat;
+        std::shared_ptr<clsCat> cSubCat;
+        std::wstring sMainCatKey;
+        cLib.cSchedMan->NextCutFromRotation(L"Rock\t1", false, nullptr, cMainCat, cSubCat, sMainCatKey);
+    }
+    void End()
+    {
+        cLib.cSchedMan->SetEvents(nullptr);
+        cLib.cSchedMan.reset();
+    }
+    std::string Get(const std::wstring& sPath) const
+    {
+        return cWorld.cFiles.FileExists(sPath) ? cWorld.cFiles.Get(sPath) : "none";
+    }
+
+    const std::string order = SifCut("r3", 1) + SifCut("r2", 1) + SifCut("r1", 1);
+    const std::string rules = std::string("\x0F\0\0\0\x14\0\0\0\0\0", 10) + "Rock\xAC\xAC\xAC" + "1" +
+                              std::string(47, ' ') + std::string("\x1E\0\0\0", 4);
+};
+
+TEST_F(AwayFilesTest, AFolderAwayAtTheStartIsNotOverwrittenLater)
+{
+    cWorld.cFiles.SetAway(L"C:\\Radio\\Scheduler", error::PathNotFound);
+    cLib.Populate();
+    EXPECT_EQ(cLib.cMod.GlobalArtistSepMins(), 60);
+    cWorld.cFiles.SetAway(L"C:\\Radio\\Scheduler", 0);
+    Pick();
+    Level(L"Rock", 1)->Rules(); // asked for when the file is there again
+    End();
+    EXPECT_EQ(Get(SifPath(L"Rock") + L".bak"), order) << "kept before the pick's save";
+    EXPECT_EQ(Get(SifPath(L"Rock")), SifCut("r2", 1) + SifCut("r3", 1) + SifCut("r1", 1));
+    EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul") << "the category without cuts is kept in the list";
+    EXPECT_EQ(Get(sSettingsPath), "10\r\n20\r\n30\r\n");
+    EXPECT_EQ(Get(sRules), rules);
+}
+
+TEST_F(AwayFilesTest, ADriveThatLooksEmptyAtTheStartIsNotOverwrittenEither)
+{
+    // A drive letter without a drive: the files are not unknown but absent, and the folders cannot be made.
+    const std::map<std::wstring, std::string> old = {{SifPath(L"Rock"), order},
+                                                     {sMainCatsPath, "\r\nRock\r\nSoul"},
+                                                     {sSettingsPath, "10\r\n20\r\n30\r\n"},
+                                                     {sRules, rules}};
+    for (const auto& [sPath, bytes] : old)
+        cWorld.cFiles.Delete(sPath);
+    cLib.Populate();
+    const std::shared_ptr<clsCatRules> cRules = Level(L"Rock", 1)->Rules();
+    for (const auto& [sPath, bytes] : old)
+        cWorld.cFiles.Put(sPath, bytes);
+    Pick();
+    EXPECT_EQ(Get(SifPath(L"Rock") + L".bak"), order);
+    End();
+    EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul");
+    EXPECT_EQ(Get(sListBak), "\r\nRock\r\nSoul") << "kept before it was written, with its own names";
+    EXPECT_EQ(Get(sSettingsPath), "10\r\n20\r\n30\r\n") << "no setter has run";
+    EXPECT_EQ(Get(sRules), rules) << "a release leaves it alone";
+    cRules->SetTitleSepMins(9);
+    EXPECT_EQ(cRules->ArtistSepMins(), 15) << "a setter reads it first";
+    EXPECT_EQ(cRules->AlbumSepMins(), 30);
+}
+
+TEST_F(AwayFilesTest, AFileLockedForAMomentIsNotOverwrittenByASetter)
+{
+    cWorld.cFiles.SetUnreadable(sRules, error::PermissionDenied);
+    cWorld.cFiles.SetUnreadable(sSettingsPath, error::PermissionDenied);
+    cLib.Populate();
+    const std::shared_ptr<clsCatRules> cRules = Level(L"Rock", 1)->Rules();
+    cWorld.cFiles.SetUnreadable(sRules, 0);
+    cWorld.cFiles.SetUnreadable(sSettingsPath, 0);
+    cRules->SetTitleSepMins(9);
+    EXPECT_EQ(cRules->ArtistSepMins(), 15);
+    EXPECT_EQ(cRules->TitleSepMins(), 9);
+    EXPECT_EQ(cRules->AlbumSepMins(), 30);
+    std::string expected = rules;
+    expected[4] = '\x09';
+    EXPECT_EQ(Get(sRules), expected);
+    cLib.cMod.SetGlobalAlbumSepMins(7);
+    EXPECT_EQ(Get(sSettingsPath), "10\r\n20\r\n7\r\n");
+}
+
+TEST_F(AwayFilesTest, APublicReadingOfTheListTakesNoProtectionOffIt)
+{
+    const std::string damaged = "\r\nRock\r\nRock\r\nSoul";
+    cWorld.cFiles.Put(sMainCatsPath, damaged);
+    cLib.Populate();
+    cWorld.cFiles.SetUnreadable(sMainCatsPath, error::PermissionDenied);
+    cLib.Restart();
+    cWorld.cFiles.SetUnreadable(sMainCatsPath, 0);
+    EXPECT_EQ(cLib.cSchedMan->colSavedCatNames()->Count(), 1u);
+    EXPECT_TRUE(cLib.cSchedMan->SaveCatNames());
+    EXPECT_EQ(Get(sListBak), damaged);
+}
+
+TEST_F(AwayFilesTest, OneBoxTellsOfAllOrdersThatCannotBeRead)
+{
+    for (int lCat = 1; lCat <= 40; ++lCat)
+        Add(L"c" + std::to_wstring(lCat), L"Cat" + std::to_wstring(lCat));
+    cWorld.cFiles.SetAway(L"C:\\Radio\\Scheduler\\History_and_Ordering", error::PathNotFound);
+    cLib.Populate();
+    ASSERT_EQ(boxes.size(), 2u) << "one of the folder, one of the files";
+    EXPECT_EQ(boxes[1].sTitle, L"Error in ApplyHistory");
+    EXPECT_TRUE(boxes[1].sText.starts_with(L"75 Path/File access error: Rock, Cat1, Cat2, "));
+    EXPECT_TRUE(boxes[1].sText.ends_with(L", Cat29... (+12)"));
+}
+
+// ---- the list of categories and another program
+
+class SharedListTest : public AwayFilesTest
+{
+protected:
+    SharedListTest() { cLib.Populate(); }
+    void Restart()
+    {
+        cLib.Restart();
+        cLib.cSchedMan->SetRotatesAllowed(true);
+    }
+};
+
+TEST_F(SharedListTest, AListThatDidNotChangeHereIsNotWrittenAtTheEnd)
+{
+    cWorld.cFiles.Put(sMainCatsPath, "\r\nRock\r\nSoul\r\nX");
+    cWorld.cFiles.ClearOperations();
+    End();
+    for (const std::wstring& sOperation : cWorld.cFiles.Operations())
+        EXPECT_EQ(sOperation.find(L"MainCats.txt"), std::wstring::npos) << testing::PrintToString(sOperation);
+    EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul\r\nX");
+}
+
+TEST_F(SharedListTest, NamesAddedByAnotherProgramAreMerged)
+{
+    cWorld.cFiles.Put(sMainCatsPath, "\r\nRock\r\nX\r\nSoul");
+    std::wstring sName = L"Jazz";
+    ASSERT_TRUE(cLib.cSchedMan->CreateMainCat(sName));
+    EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul\r\nJazz\r\nX");
+    EXPECT_TRUE(cLib.cSchedMan->SaveCatNames());
+    End();
+    EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul\r\nJazz\r\nX") << "and stay";
+}
+
+TEST_F(SharedListTest, ANameRemovedByAnotherProgramStaysRemoved)
+{
+    cWorld.cFiles.Put(sMainCatsPath, "\r\nRock");
+    std::wstring sName = L"Jazz";
+    ASSERT_TRUE(cLib.cSchedMan->CreateMainCat(sName));
+    EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nJazz");
+    EXPECT_TRUE(cLib.cSchedMan->SaveCatNames());
+    EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nJazz") << "also with the next save";
+}
+
+TEST_F(SharedListTest, ARemovedNameThatHoldsCutsHereIsWritten)
+{
+    cWorld.cFiles.Put(sMainCatsPath, "\r\nSoul");
+    EXPECT_TRUE(cLib.cSchedMan->SaveCatNames());
+    EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul");
+}
+
+TEST_F(SharedListTest, ACategoryDeletedHereIsNotMergedBack)
+{
+    ASSERT_TRUE(cLib.cSchedMan->DeleteCats({MainCat(L"Soul")}));
+    EXPECT_EQ(Get(sMainCatsPath), "\r\nRock");
+}
+
+TEST_F(SharedListTest, AListThatIsGoneHasRemovedNothing)
+{
+    cWorld.cFiles.Delete(sMainCatsPath);
+    EXPECT_TRUE(cLib.cSchedMan->SaveCatNames());
+    EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul");
+}
+
+// ---- saving what is no longer there
+
+TEST_F(SharedListTest, ACategoryOfAnOlderTreeIsNotSaved)
+{
+    const std::shared_ptr<clsCat> cOld = MainCat(L"Rock");
+    cLib.Populate();
+    Pick();
+    const std::string present = File(L"Rock");
+    EXPECT_FALSE(cLib.cSchedMan->SaveHistoryAndOrdering(cOld));
+    EXPECT_EQ(File(L"Rock"), present);
+    const std::shared_ptr<clsCat> cSoul = MainCat(L"Soul");
+    cSoul->AddSubCat(std::make_shared<clsCat>(cLib.cMod, L"Soul", 1));
+    ASSERT_TRUE(cLib.cSchedMan->DeleteCats({cSoul}));
+    EXPECT_FALSE(cLib.cSchedMan->SaveHistoryAndOrdering(cSoul));
+    EXPECT_EQ(File(L"Soul"), "none");
+}
+
+TEST_F(SharedListTest, WhatIsOwedIsSavedBeforeAPopulationReads)
+{
+    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    Pick();
+    const Keys colOrder = Order(L"Rock", 1);
+    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    cLib.Populate();
+    EXPECT_EQ(Order(L"Rock", 1), colOrder);
+}
+
+TEST_F(SharedListTest, ACategoryThatLeftTheDatabaseIsComplainedOfOnce)
+{
+    for (const std::shared_ptr<Cut>& cCut : Cuts(cLib.cDataBase->colCuts))
+        cCut->SetCategoryText(L"Soul");
+    Restart();
+    EXPECT_EQ(boxes, Boxes{CriticalBox(L"BUT DIDNT", L"Was expecting to find: Rock 1")});
+    EXPECT_FALSE(cLib.cSchedMan->SaveHistoryAndOrdering(nullptr)) << "Rock has no record";
+    EXPECT_EQ(Get(SifPath(L"Rock") + L".bak"), order);
+    boxes.clear();
+    Restart();
+    EXPECT_EQ(boxes, Boxes());
+}
+
+TEST_F(SharedListTest, ACategoryWithoutAKeyIsNotSavedAndSaidSo)
+{
+    auto cLoose = std::make_shared<clsCat>(cLib.cMod, L"Loose", 0);
+    cLoose->AddSubCat(std::make_shared<clsCat>(cLib.cMod, L"Loose", 1));
+    cLib.cSchedMan->DeleteCats({MainCat(L"Soul")}); // which has no records
+    ASSERT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(nullptr));
+    cLib.cSchedMan->colMainCats()->Add(cLoose);
+    EXPECT_FALSE(cLib.cSchedMan->SaveHistoryAndOrdering(nullptr));
+    EXPECT_EQ(File(L"Loose"), "none");
+}
+
+} // namespace
+} // namespace ravlo::test
