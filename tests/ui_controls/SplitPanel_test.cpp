@@ -76,6 +76,40 @@ struct Panel : ::testing::Test
 
 } // namespace
 
+TEST_F(Panel, ShrinkingAndGrowingBringsTheBarBack)
+{
+    cPanel.Resize(12000, 5000);
+    DragTo(9000);
+    for (const std::int32_t lWidth : {8000, 3000, 5000})
+    {
+        cPanel.Resize(lWidth, 5000);
+        EXPECT_LT(cPanel.Position(), lWidth);
+    }
+    cPanel.Resize(12000, 5000);
+    EXPECT_EQ(cPanel.Position(), 9000);
+    EXPECT_EQ(cScreen.places.control1.lWidth, 9000 - 37);
+}
+
+TEST_F(Panel, ARestartInASmallerWindowKeepsThePlaceForALargerOne)
+{
+    Remembers(L"20000"); // in a maximised window
+    cPanel.Resize(12000, 5000);
+    EXPECT_EQ(cPanel.Position(), 10000);
+    cPanel.GoOutOfView();
+    EXPECT_EQ(Remembered(), L"20000");
+    cPanel.Resize(30000, 5000);
+    EXPECT_EQ(cPanel.Position(), 20000);
+}
+
+TEST_F(Panel, ABarDroppedTooFarStaysWhereItCameToRest)
+{
+    cPanel.Resize(12000, 5000);
+    DragTo(11500);
+    EXPECT_EQ(cPanel.Position(), 10000);
+    cPanel.Resize(20000, 5000);
+    EXPECT_EQ(cPanel.Position(), 10000);
+}
+
 TEST_F(Panel, StartsWithTheDefaults)
 {
     EXPECT_EQ(cPanel.MinPanelSize(), 2000);

@@ -59,7 +59,7 @@ void SplitPanel::SetSplitterWidth(std::int32_t lWidth)
 
 void SplitPanel::SetPosition(std::int32_t lPosition)
 {
-    m_state.lPosition = lPosition;
+    m_state.lPosition = m_lWanted = lPosition;
     m_bPositioned = true;
     LayOut();
 }
@@ -121,10 +121,12 @@ void SplitPanel::LayOut()
 {
     if (!m_bSized)
         return;
-    const auto places = LayOutSplit(m_settings, m_state, m_lWidth, m_lHeight);
+    const auto places = LayOutSplit(m_settings, {m_lWanted, m_state.iSnapped}, m_lWidth, m_lHeight);
     if (!places)
         return;
     m_state.lPosition = places->lPosition;
+    if (m_state.iSnapped == eControl1Collapsed || m_state.iSnapped == eControl2Collapsed)
+        m_lWanted = m_state.lPosition; // at the edge, wherever that is
     m_cView.ShowPanes(places->bShowControl1, places->bShowControl2);
     m_cView.PlaceAll(*places);
     if (Change)
@@ -208,15 +210,17 @@ void SplitPanel::Drop(std::int32_t lPosition) { Settle(DropSplit(m_settings, m_s
 void SplitPanel::Settle(const SplitState& state)
 {
     m_state = state;
+    m_lWanted = state.lPosition;
     m_bPositioned = true;
     Remember();
     LayOut();
+    m_lWanted = m_state.lPosition; // where it is seen to come to rest
 }
 
 void SplitPanel::Remember() const
 {
     if (!m_sRegistryID.empty() && m_bSized)
-        m_cUserSettings.Set(Application(), sSection, sPositionKey, DecimalText(m_state.lPosition));
+        m_cUserSettings.Set(Application(), sSection, sPositionKey, DecimalText(m_lWanted));
 }
 
 void SplitPanel::Recall()
@@ -227,12 +231,12 @@ void SplitPanel::Recall()
         const auto lStored = dStored ? ToLong(*dStored) : std::nullopt;
         if (lStored.value_or(0) != 0)
         {
-            m_state.lPosition = *lStored;
+            m_lWanted = *lStored;
             m_bPositioned = true;
         }
     }
     if (!m_bPositioned)
-        m_state.lPosition = Extent() / 3;
+        m_lWanted = Extent() / 3;
 }
 
 } // namespace ravlo

@@ -43,6 +43,8 @@ public:
     void SetSnapToEdge(bool bSnap);
     std::int16_t SplitterWidth() const noexcept { return m_settings.iSplitterWidth; }
     void SetSplitterWidth(std::int32_t lWidth);
+    // Where the bar is. Set, dropped or recalled, it is moved as far as the panel's size demands, and moves
+    // back when the panel has the room.
     std::int32_t Position() const noexcept { return m_state.lPosition; }
     void SetPosition(std::int32_t lPosition);
     std::int16_t Snapped() const noexcept { return m_state.iSnapped; }
@@ -95,6 +97,8 @@ private:
     std::wstring m_sRegistryID;
     SplitSettings m_settings;
     SplitState m_state;
+    // Where the bar was put. A panel that shrinks moves it, one that grows again brings it back.
+    std::int32_t m_lWanted = 0;
     std::uint32_t m_lBackColor = 0x8000000F; // the system's button face
     std::uint32_t m_lDragColor = 0x80000012; // the system's button text
     std::int32_t m_lWidth = 0;
