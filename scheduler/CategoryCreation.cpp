@@ -13,7 +13,16 @@ namespace
 constexpr std::size_t lMaxNameLength = 50;
 constexpr std::int32_t lLevelLimit =
     32765; // exclusive; the message names another number, which hosts' users know
+constexpr const wchar_t* sAskTitle = L"New Category Creation";
 const std::wstring sTryAgain = std::wstring(sCrLf) + sCrLf + L"Try Again?";
+
+std::wstring Listed(const NameCollection& colNames)
+{
+    std::wstring sList;
+    for (const std::wstring& sName : colNames)
+        sList += (sList.empty() ? L"" : L" ") + sName;
+    return sList;
+}
 
 } // namespace
 
@@ -22,12 +31,12 @@ const std::wstring sTryAgain = std::wstring(sCrLf) + sCrLf + L"Try Again?";
 bool CategoryCreation::CreateMainCat(std::wstring& sName)
 {
     std::wstring sTyped = Trim(sName);
-    for (;; sTyped.clear())
+    bool bAsk = sTyped.empty();
+    for (;; bAsk = true)
     {
-        if (sTyped.empty())
+        if (bAsk)
             sTyped =
-                Trim(m_cStation.cMod.Input(L"New Category Creation", L"Type the name for the new category")
-                         .value_or(L""));
+                Trim(m_cStation.cMod.Input(sAskTitle, L"Type the name for the new category").value_or(L""));
         if (sTyped.empty())
             return false;
         const std::wstring sReplaced = WithoutIllegalChars(sTyped);
@@ -39,6 +48,11 @@ bool CategoryCreation::CreateMainCat(std::wstring& sName)
         }
         Create(sReplaced);
         sName = sReplaced;
+        if (bAsk && sReplaced != sTyped)
+            m_cStation.cMod.Box(BoxIcon::Information, BoxButtons::Ok, sAskTitle,
+                                L"The category is named: " + sReplaced + sCrLf +
+                                    L"A file of its name is kept, in which these characters cannot stand: " +
+                                    Listed(*m_colIllegalChars));
         return true;
     }
 }

@@ -162,6 +162,20 @@ TEST_F(CreateMainCatTest, FiftyCharactersAreAccepted)
     EXPECT_EQ(boxes, Boxes());
 }
 
+TEST_F(CreateMainCatTest, ReplacedCharactersAreMentionedToWhoTypedThem)
+{
+    typed = {L"AC/DC", L"Jazz"};
+    EXPECT_EQ(Create(L""), L"AC_DC");
+    const Boxes mentioned{{BoxIcon::Information, BoxButtons::Ok, L"New Category Creation",
+                           L"The category is named: AC_DC\r\n"
+                           L"A file of its name is kept, in which these characters cannot stand: "
+                           L"* / : < > ? \\ | \""}};
+    EXPECT_EQ(boxes, mentioned);
+    EXPECT_EQ(Create(L""), L"Jazz");
+    EXPECT_EQ(Create(L"A/B"), L"A_B") << "a program gets the name back";
+    EXPECT_EQ(boxes, mentioned);
+}
+
 TEST_F(CreateMainCatTest, EachIllegalCharacterIsReplacedAndTheNameAsCreatedComesBack)
 {
     EXPECT_EQ(Create(L"Jazz/Funk"), L"Jazz_Funk");

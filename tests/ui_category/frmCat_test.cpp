@@ -1027,6 +1027,7 @@ TEST_F(Form, ANewCategoryIsListedAndChosen)
              cForm->NewClick();
              EXPECT_EQ(cScreen.Entries(lstCat), (Texts{L"Rock", L"Jazz", L"NOCAT", L"Swing_Bop"}));
              EXPECT_EQ(cScreen.Current(lstCat), L"Swing_Bop");
+             EXPECT_EQ(Shown().size(), 1u) << "that it is named so";
              EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"ALL"}));
              cForm->OKClick();
          });
