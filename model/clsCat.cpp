@@ -113,6 +113,7 @@ std::shared_ptr<clsCatRules> clsCat::Rules()
         m_cRules = std::make_shared<clsCatRules>(m_cMod);
         m_cRules->SetCatID(m_sCatName + L"\u00AC\u00AC\u00AC" + DecimalText(m_lCatLevel));
     }
+    m_cRules->RetryReading();
     return m_cRules;
 }
 

@@ -131,7 +131,7 @@ bool clsCatRules::Save(Report eReport)
         RequireFileName(sName);
         const std::wstring sPath = PathOf(sName);
         if (eReport == Report::Show && m_eSource != Source::File && sPath == m_sReadPath)
-            ReadAgain();
+            ReadAgain(); // when that fails, the save keeps the file aside
         m_cMod.FlushDebugLog();
         SavedFiles& cSaved = m_cMod.Saved();
         const SavedFiles::Stamp lStamp = cSaved.Begin();
@@ -154,20 +154,31 @@ bool clsCatRules::Save(Report eReport)
 
 // The file could not be read before, or has come into being since. What has been set here counts more than
 // what it says.
-void clsCatRules::ReadAgain()
+void clsCatRules::ReadAgain() noexcept
 {
+    m_lReadAt = m_cMod.Outside().cClock.TickCount();
     try
     {
-        if (const std::optional<std::string> record = ReadRecord(m_sReadPath))
-        {
-            TakeRecord(*record);
-            Take(m_cSet);
-        }
+        const std::optional<std::string> record = ReadRecord(m_sReadPath);
+        m_eSource = record ? Source::File : Source::NoFile;
+        if (!record)
+            return;
+        TakeRecord(*record);
+        Take(m_cSet);
+        if (m_sReadPath == m_sSeenPath)
+            m_lSeen = m_cMod.Saved().NewestOf(m_sReadPath);
     }
     catch (...)
     {
-        m_cMod.LogError(L"GetRules", CurrentError()); // the save keeps the file aside
+        m_cMod.LogError(L"GetRules", CurrentError());
     }
+}
+
+void clsCatRules::RetryReading() noexcept
+{
+    constexpr std::uint32_t lRetryMs = 1000;
+    if (m_eSource == Source::Unread && m_cMod.Outside().cClock.TickCount() - m_lReadAt >= lRetryMs)
+        ReadAgain();
 }
 
 void clsCatRules::GetRules(const std::wstring& sName)
@@ -191,13 +202,15 @@ void clsCatRules::GetRules(const std::wstring& sName)
     {
         const bool bDamaged = m_cMod.Saved().StateOf(m_sReadPath, this) == SavedFiles::State::NotUnderstood;
         m_eSource = bDamaged ? Source::File : Source::Unread;
-        m_cMod.DISPLAYERROR(L"GetRules", true, CurrentError());
+        m_lReadAt = m_cMod.Outside().cClock.TickCount();
+        m_cMod.ShowLater(L"GetRules", CurrentError());
     }
 }
 
 std::optional<std::string> clsCatRules::ReadRecord(const std::wstring& sPath)
 {
-    std::optional<std::string> bytes = m_cMod.Saved().Read(sPath, this);
+    std::optional<std::string> bytes =
+        m_cMod.Saved().Read(sPath, this, m_cMod.IsOnAir() ? Patience::None : Patience::UpToASecond);
     if (bytes && bytes->size() < lRecordSize)
     {
         m_cMod.Saved().NotUnderstood(sPath, this);

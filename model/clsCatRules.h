@@ -53,6 +53,10 @@ public:
     bool IgnoreRules() const noexcept { return m_bIgnore; }
     void SetIgnoreRules(bool bIgnore);
 
+    // Reads a file again that could not be read before, at most once a second, so that a lock that passes
+    // does not cost the rules until the next start. Errors are only logged.
+    void RetryReading() noexcept;
+
     // What the rules editor stores in one go, with a single save. Nothing in a field leaves the value alone;
     // the album value is stored as it stands, so that -1 unsets it. Returns SaveRules().
     struct Edit
@@ -79,7 +83,7 @@ private:
     // The record of the file; nothing when there is none. Throws when it cannot be read or is too short.
     std::optional<std::string> ReadRecord(const std::wstring& sPath);
     void TakeRecord(std::string_view record);
-    void ReadAgain();
+    void ReadAgain() noexcept;
     bool Store(const Edit& edit);
     void Take(const Edit& edit);
     bool Save(Report eReport);
@@ -102,8 +106,9 @@ private:
         Unread, // it could not be read
     };
     Source m_eSource = Source::NoFile;
-    std::wstring m_sReadPath; // when CatID was set
-    Edit m_cSet;              // what has been set since, while the values are not the file's
+    std::wstring m_sReadPath;    // when CatID was set
+    std::uint32_t m_lReadAt = 0; // tick count
+    Edit m_cSet;                 // what has been set since, while the values are not the file's
 };
 
 } // namespace ravlo

@@ -316,6 +316,7 @@ std::shared_ptr<Cut> clsSchedMan::NextCutFromRotation(const std::wstring& strSub
 {
     Parts& my = *m_cParts;
     const Call cCall(*this);
+    const ModScheduler::OnAir cOnAir(my.cMod);
     const std::shared_ptr<CatCollection> colMainCats = my.colMainCats;
     RotationAnswer answer = ravlo::NextCutFromRotation(
         colMainCats.get(),
@@ -348,12 +349,14 @@ template <class Result, class Body>
 Result clsSchedMan::Edit(const wchar_t* sTitle, Result failure, Body&& body)
 {
     const Call cCall(*this);
-    return TrapCritical(Mod(), sTitle, failure,
-                        [&]
-                        {
-                            RefuseWhilePopulating();
-                            return body();
-                        });
+    const Result result = TrapCritical(Mod(), sTitle, failure,
+                                       [&]
+                                       {
+                                           RefuseWhilePopulating();
+                                           return body();
+                                       });
+    Mod().ShowWaiting();
+    return result;
 }
 
 void clsSchedMan::RefuseWhilePopulating() const
@@ -477,6 +480,7 @@ void clsSchedMan::ShowLibraryUI()
     const std::shared_ptr<clsSchedMan> cKeepAlive = weak_from_this().lock();
     Parts& my = *m_cParts;
     my.cMod.FlushDebugLog();
+    my.cMod.ShowWaiting();
     TrapCritical(my.cMod, L"Error in ShowLibraryUI [cSchedMan]",
                  [&]
                  {
@@ -490,6 +494,7 @@ std::int32_t clsSchedMan::ShowCatUI(CategoryRequest& request)
     const std::shared_ptr<clsSchedMan> cKeepAlive = weak_from_this().lock();
     Parts& my = *m_cParts;
     my.cMod.FlushDebugLog();
+    my.cMod.ShowWaiting();
     return TrapCritical(my.cMod, L"Error in ShowCatUI [cSchedMan]", lNotChosen,
                         [&] { return my.cWindows ? my.cWindows->ShowCategory(request) : lNotChosen; });
 }

@@ -156,12 +156,16 @@ ModScheduler::LogScope::~LogScope()
 }
 
 ModScheduler::OthersRun::OthersRun(ModScheduler& cMod) noexcept
-    : m_cMod(cMod), m_lScopes(std::exchange(cMod.m_lScopes, 0))
+    : m_cMod(cMod), m_lScopes(std::exchange(cMod.m_lScopes, 0)), m_lOnAir(std::exchange(cMod.m_lOnAir, 0))
 {
     cMod.FlushDebugLog();
 }
 
-ModScheduler::OthersRun::~OthersRun() { m_cMod.m_lScopes = m_lScopes; }
+ModScheduler::OthersRun::~OthersRun()
+{
+    m_cMod.m_lScopes = m_lScopes;
+    m_cMod.m_lOnAir = m_lOnAir;
+}
 
 // ---- errors, boxes, yielding
 
@@ -173,8 +177,49 @@ void ModScheduler::DISPLAYERROR(std::wstring_view sProcedure, bool bShow, const 
         const std::wstring sTitle(sProcedure);
         WriteDebugLog(L"DISPLAYERROR, " + sTitle + L" " + sNumber + L" " + cError.Description());
         if (bShow)
-            Box(BoxIcon::Information, BoxButtons::Ok, sTitle,
-                std::wstring(L"Handled Error!") + sCrLf + cError.Description() + sCrLf + sNumber);
+            ShowHandled(sTitle, cError.Description(), cError.Number());
+    }
+    catch (...)
+    {
+        // Reporting an error must not raise another one.
+    }
+}
+
+void ModScheduler::ShowHandled(const std::wstring& sTitle, const std::wstring& sText, std::int32_t lNumber)
+{
+    Box(BoxIcon::Information, BoxButtons::Ok, sTitle,
+        std::wstring(L"Handled Error!") + sCrLf + sText + sCrLf + DecimalText(lNumber));
+}
+
+void ModScheduler::ShowLater(std::wstring_view sProcedure, const RuntimeError& cError) noexcept
+{
+    DISPLAYERROR(sProcedure, m_lOnAir == 0, cError);
+    if (m_lOnAir == 0)
+        return;
+    try
+    {
+        if (m_cWaiting)
+            ++m_cWaiting->lMore;
+        else
+            m_cWaiting.emplace(Waiting{std::wstring(sProcedure), cError, 0});
+    }
+    catch (...)
+    {
+        // It is in the log.
+    }
+}
+
+void ModScheduler::ShowWaiting() noexcept
+{
+    const std::optional<Waiting> cWaiting = std::exchange(m_cWaiting, std::nullopt);
+    if (!cWaiting)
+        return;
+    try
+    {
+        std::wstring sText = cWaiting->cFirst.Description();
+        if (cWaiting->lMore != 0)
+            sText += L" (and " + CountText(cWaiting->lMore) + L" more, see the debug log)";
+        ShowHandled(cWaiting->sTitle, sText, cWaiting->cFirst.Number());
     }
     catch (...)
     {

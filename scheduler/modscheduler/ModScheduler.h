@@ -65,6 +65,7 @@ public:
     private:
         ModScheduler& m_cMod;
         int m_lScopes;
+        int m_lOnAir;
     };
 
     // ---- error display
@@ -76,6 +77,25 @@ public:
     void ShowCriticalError(std::wstring_view sTitle, const RuntimeError& cError) noexcept;
     // One log line, no box.
     void LogError(std::wstring_view sWhere, const RuntimeError& cError) noexcept;
+
+    // While one lives, nobody is at the screen: ShowLater only logs. Not while others run.
+    class OnAir
+    {
+    public:
+        explicit OnAir(ModScheduler& cMod) noexcept : m_cMod(cMod) { ++m_cMod.m_lOnAir; }
+        ~OnAir() { --m_cMod.m_lOnAir; }
+        OnAir(const OnAir&) = delete;
+        OnAir& operator=(const OnAir&) = delete;
+
+    private:
+        ModScheduler& m_cMod;
+    };
+    bool IsOnAir() const noexcept { return m_lOnAir != 0; }
+    // As DISPLAYERROR with its box; on air the box waits for ShowWaiting.
+    void ShowLater(std::wstring_view sProcedure, const RuntimeError& cError) noexcept;
+    // Shows, once, the first of the errors that wait, and how many more the log has. Call it where somebody
+    // edits or opens a window.
+    void ShowWaiting() noexcept;
 
     // ---- boxes and yielding; the debug log is appended before anything that lets others run
 
@@ -103,6 +123,7 @@ public:
 
 private:
     void AppendToLog(const std::wstring& sLines, DateTime dtFirst);
+    void ShowHandled(const std::wstring& sTitle, const std::wstring& sText, std::int32_t lNumber);
     void SetSetting(std::int32_t& lSetting, std::int32_t lMins);
     void ReadSettings();
     std::wstring SettingsPath() const;
@@ -114,6 +135,15 @@ private:
     std::int32_t m_lAlbum = 60;
     bool m_bSettingsSet = false; // by a setter, since they were loaded
     SavedFiles m_cSavedFiles;
+
+    int m_lOnAir = 0;
+    struct Waiting
+    {
+        std::wstring sTitle;
+        RuntimeError cFirst;
+        std::size_t lMore;
+    };
+    std::optional<Waiting> m_cWaiting;
 
     std::wstring m_sLines; // gathered, ready to be appended
     DateTime m_dtFirstLine = 0;

@@ -15,18 +15,18 @@ bool SavedFiles::Exists(const std::wstring& sPath) const
     return ePresence == Presence::Present;
 }
 
-std::optional<std::string> SavedFiles::Peek(const std::wstring& sPath) const
+std::optional<std::string> SavedFiles::Peek(const std::wstring& sPath, Patience ePatience) const
 {
     if (!Exists(sPath))
         return std::nullopt;
-    return m_cFiles.ReadAll(sPath);
+    return m_cFiles.ReadAll(sPath, ePatience);
 }
 
-std::optional<std::string> SavedFiles::Read(const std::wstring& sPath, Author cAuthor)
+std::optional<std::string> SavedFiles::Read(const std::wstring& sPath, Author cAuthor, Patience ePatience)
 {
     const std::wstring sFolded = FoldCase(sPath);
     m_colMarks[{cAuthor, sFolded}] = State::NotSeen; // until it has been read
-    std::optional<std::string> bytes = Peek(sPath);
+    std::optional<std::string> bytes = Peek(sPath, ePatience);
     m_colFiles[sFolded].eState = bytes ? State::Known : State::Absent;
     m_colMarks.erase({cAuthor, sFolded});
     return bytes;

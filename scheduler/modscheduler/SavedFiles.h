@@ -55,9 +55,11 @@ public:
 
     // A file's bytes, on which cAuthor's later saves are based; nothing when there is no such file. Throws
     // when it cannot be looked at or read: it is not seen then, never absent.
-    std::optional<std::string> Read(const std::wstring& sPath, Author cAuthor);
+    std::optional<std::string> Read(const std::wstring& sPath, Author cAuthor,
+                                    Patience ePatience = Patience::UpToASecond);
     // The same for somebody who saves nothing: remembers nothing.
-    std::optional<std::string> Peek(const std::wstring& sPath) const;
+    std::optional<std::string> Peek(const std::wstring& sPath,
+                                    Patience ePatience = Patience::UpToASecond) const;
     // What cAuthor has read last is of no use to it, in full or in part.
     void NotUnderstood(const std::wstring& sPath, Author cAuthor);
     State StateOf(const std::wstring& sPath, Author cAuthor) const;

@@ -131,6 +131,37 @@ TEST_F(AwayFilesTest, OneBoxTellsOfAllOrdersThatCannotBeRead)
     EXPECT_TRUE(boxes[1].sText.ends_with(L", Cat29... (+12)"));
 }
 
+// ---- rules in a pick
+
+TEST_F(AwayFilesTest, RulesThatAPickCannotReadAreShownOnceSomebodyEdits)
+{
+    cLib.Populate();
+    Forget();
+    cWorld.cFiles.SetLocked(sRules, -1);
+    Pick();
+    EXPECT_EQ(boxes, Boxes()) << "no box on air";
+    EXPECT_EQ(cWorld.cFiles.AttemptsOn(sRules), 1) << "and no waiting";
+    cLib.cSchedMan->ShuffleCategories({MainCat(L"Rock")});
+    EXPECT_EQ(boxes, Boxes{HandledError(L"GetRules", L"Permission denied", L"70")});
+    cLib.cSchedMan->ShuffleCategories({MainCat(L"Rock")});
+    EXPECT_EQ(boxes.size(), 1u) << "once";
+}
+
+TEST_F(AwayFilesTest, RulesLockedForAMomentAreReadByALaterPick)
+{
+    cLib.Populate();
+    cWorld.cFiles.SetLocked(sRules, -1);
+    Pick();
+    const std::shared_ptr<clsCatRules> cRules = Level(L"Rock", 1)->Rules();
+    EXPECT_EQ(cRules->AlbumSepMins(), -1);
+    EXPECT_EQ(cWorld.cFiles.AttemptsOn(sRules), 1) << "at most once a second";
+    cWorld.cFiles.SetLocked(sRules, 0);
+    cWorld.cClock.Advance(1000);
+    Pick();
+    EXPECT_EQ(cRules->AlbumSepMins(), 30);
+    EXPECT_EQ(cRules->ArtistSepMins(), 15);
+}
+
 // ---- the list of categories and another program
 
 class SharedListTest : public AwayFilesTest
