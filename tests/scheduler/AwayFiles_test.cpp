@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "platform/memory/FailingFiles.h"
 #include "support/SyncTest.h"
 
 namespace ravlo::test
@@ -160,6 +161,78 @@ TEST_F(AwayFilesTest, RulesLockedForAMomentAreReadByALaterPick)
     Pick();
     EXPECT_EQ(cRules->AlbumSepMins(), 30);
     EXPECT_EQ(cRules->ArtistSepMins(), 15);
+}
+
+// ---- a day in which any one operation on a file fails, or all from there on
+
+class FailingDayTest : public AwayFilesTest
+{
+protected:
+    // Whether the file or a copy of it holds what says yes to bHolds.
+    bool Kept(const std::wstring& sPath, const std::function<bool(const std::string&)>& bHolds) const
+    {
+        if (bHolds(Get(sPath)))
+            return true;
+        for (const wchar_t* sCopy : {L".bak", L".bak2", L".bak3"})
+            if (bHolds(Get(sPath + sCopy)))
+                return true;
+        return false;
+    }
+    static std::size_t At(const std::string& bytes, const char* path) { return bytes.find(SifText(path)); }
+    // A start, a pick, a rule and a global separation set, a new category, an explicit save, and the end.
+    void Day(Files& cFiles)
+    {
+        Library cDay(cWorld, cFiles);
+        cDay.cDataBase = cLib.cDataBase;
+        cDay.cSchedMan->SetRotatesAllowed(true);
+        cDay.Populate();
+        if (!cDay.cSchedMan->colMainCats())
+            return;
+        std::shared_ptr<clsCat> cMainCat;
+        std::shared_ptr<clsCat> cSubCat;
+        std::wstring sMainCatKey;
+        cDay.cSchedMan->NextCutFromRotation(L"Rock\t1", false, nullptr, cMainCat, cSubCat, sMainCatKey);
+        cDay.Level(L"Rock", 1)->Rules()->SetTitleSepMins(9);
+        cDay.cMod.SetGlobalTitleSepMins(8);
+        std::wstring sName = L"Jazz";
+        cDay.cSchedMan->CreateMainCat(sName);
+        cDay.cSchedMan->SaveHistoryAndOrdering(nullptr);
+    }
+};
+
+TEST_F(FailingDayTest, LosesNothingOfAnyFile)
+{
+    const MemoryFiles cStation = cWorld.cFiles;
+    for (const bool bStaysBroken : {false, true})
+        for (int lGood = 0;; ++lGood)
+        {
+            SCOPED_TRACE(lGood);
+            cWorld.cFiles = cStation;
+            boxes.clear();
+            FailingFiles cFailing(cWorld.cFiles, lGood);
+            cFailing.bCountReads = cFailing.bCountLooks = true;
+            cFailing.bStaysBroken = bStaysBroken;
+            Day(cFailing);
+            // r3 was first and may have aired since; r2 still comes before r1.
+            EXPECT_TRUE(Kept(SifPath(L"Rock"), [](const std::string& bytes)
+                             { return bytes.size() == 3 * 1983 && At(bytes, "r2") < At(bytes, "r1"); }));
+            EXPECT_TRUE(Kept(sMainCatsPath, [](const std::string& bytes)
+                             { return bytes.find("\r\nSoul") != std::string::npos; }));
+            EXPECT_TRUE(Kept(sSettingsPath, [](const std::string& bytes)
+                             { return bytes.starts_with("10\r\n") && bytes.ends_with("\r\n30\r\n"); }));
+            EXPECT_TRUE(Kept(sRules,
+                             [this](const std::string& bytes)
+                             {
+                                 return bytes.size() == 69 && bytes.substr(0, 4) == rules.substr(0, 4) &&
+                                        bytes.substr(65) == rules.substr(65);
+                             }));
+            if (!cFailing.bFailed)
+            {
+                EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul\r\nJazz");
+                EXPECT_EQ(Get(SifPath(L"Rock") + L".bak"), "none");
+                break;
+            }
+        }
 }
 
 // ---- the list of categories and another program
