@@ -228,6 +228,11 @@ void HostDatabase::Call(Member pMember, Arguments... arguments) const
 
 Cuts HostDatabase::AllCuts() const
 {
+    // Without what other programs have changed the cuts are still good: a failure is no reason not to show
+    // them.
+    if (const auto cShared = m_cHost.As<ISharedDataBase>())
+        LogFailure(L"TakeInChanges",
+                   [&] { ThrowIfFailed(cShared->TakeInChanges(), *cShared.Get(), IID_ISharedDataBase); });
     ComPtr<_clsCollection> colCuts;
     Call(&_clsDataBase::get_Cuts, colCuts.Receive());
     return CutsIn(colCuts.Get());

@@ -442,12 +442,42 @@ CutFile::CutFile(const std::wstring& sFile, std::vector<StoredCut>& colCuts)
 std::vector<StoredCut> CutFile::ReadSound(const std::wstring& sFile)
 {
     m_cConnection.Run("PRAGMA cell_size_check = ON; PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL");
+    m_lRead = DataVersion();
     const auto log = BeginReading(m_cConnection);
     CheckSize(m_cConnection, log, sFile);
     CheckStructure(m_cConnection);
     auto colCuts = ReadCuts(m_cConnection);
     m_cConnection.Run("COMMIT");
     return colCuts;
+}
+
+bool CutFile::ChangedByOthers() { return DataVersion() != m_lRead; }
+
+std::vector<StoredCut> CutFile::Read()
+{
+    const auto lVersion = DataVersion(); // before reading: what changes meanwhile is seen the next time
+    m_cConnection.Run("BEGIN");
+    try
+    {
+        auto colCuts = ReadCuts(m_cConnection);
+        m_cConnection.Run("COMMIT");
+        m_lRead = lVersion;
+        return colCuts;
+    }
+    catch (...)
+    {
+        sqlite3_exec(m_cConnection.Handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+        throw;
+    }
+}
+
+std::int64_t CutFile::DataVersion()
+{
+    auto& statement = Prepared("PRAGMA data_version");
+    statement.Step();
+    const auto lVersion = statement.Number(0);
+    statement.Run();
+    return lVersion;
 }
 
 sqlite::Statement& CutFile::Prepared(const std::string& sSql)

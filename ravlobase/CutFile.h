@@ -30,6 +30,12 @@ public:
     // stays as it is, byte for byte.
     CutFile(const std::wstring& sFile, std::vector<StoredCut>& colCuts);
 
+    // Whether another program has changed the file since the last Read or, before one, since the opening.
+    // Costs next to nothing.
+    bool ChangedByOthers();
+    // The cuts as the file has them now, in its order.
+    std::vector<StoredCut> Read();
+
     // Each of these is to be called inside a transaction.
     std::int32_t Insert(const CutValues& values); // the new cut's ID
     void Update(std::int32_t lID, const CutValues& old, const CutValues& next);
@@ -45,7 +51,10 @@ private:
     sqlite::Statement& Prepared(const std::string& sSql);
     void WriteCategories(std::int32_t lID, const CutValues& values);
 
+    std::int64_t DataVersion();
+
     sqlite::Connection m_cConnection;
+    std::int64_t m_lRead = 0; // SQLite's number of the state that was read last
     std::unordered_map<std::string, sqlite::Statement> m_statements;
 };
 

@@ -696,6 +696,102 @@ struct Store::Impl : CutOwner
         return Long(colRemoved.size());
     }
 
+    // --- changes of other programs
+
+    struct Changes
+    {
+        Cuts colRemoved;
+        Cuts colAdded;
+        std::vector<Modification> colModified;
+    };
+
+    // What makes the cuts in memory those of the file. Numbers are never given twice, so a number is a cut.
+    Changes ChangesTo(std::vector<StoredCut>& colStored)
+    {
+        Changes changes;
+        std::unordered_map<std::int32_t, std::shared_ptr<Cut>> left;
+        for (const auto& cCut : colCuts)
+        {
+            left.emplace(cCut->ID(), cCut);
+        }
+        for (auto& stored : colStored)
+        {
+            const auto it = left.find(stored.lID);
+            if (it == left.end() || !SameText(Own(it->second).Values().cKey, stored.values.cKey))
+            {
+                changes.colAdded.push_back(
+                    std::make_shared<StoreCut>(std::move(stored.values), stored.lID, this));
+                continue;
+            }
+            const auto& cOwn = Own(it->second);
+            if (gathered.Holds(cOwn))
+            {
+                stored.values.dtLastPlayed = cOwn.LastPlayed();
+            }
+            if (!SameValues(cOwn.Values(), stored.values))
+            {
+                changes.colModified.push_back({it->second, std::move(stored.values)});
+            }
+            left.erase(it);
+        }
+        for (const auto& cCut : colCuts)
+        {
+            if (left.contains(cCut->ID()))
+            {
+                changes.colRemoved.push_back(cCut);
+            }
+        }
+        return changes;
+    }
+
+    // New cuts may have numbers below those that were added here.
+    void Insert(const Cuts& colAdded)
+    {
+        if (colAdded.empty())
+        {
+            return;
+        }
+        Cuts colAll(colCuts.begin(), colCuts.end());
+        colAll.insert(colAll.end(), colAdded.begin(), colAdded.end());
+        std::sort(colAll.begin(), colAll.end(),
+                  [](const auto& left, const auto& right) { return left->ID() < right->ID(); });
+        OrderedKeyedCollection<std::shared_ptr<Cut>> colOrdered;
+        colOrdered.Reserve(colAll.size());
+        for (const auto& cCut : colAll)
+        {
+            colOrdered.Add(Own(cCut).Values().cKey, cCut);
+        }
+        colCuts = std::move(colOrdered);
+        for (const auto& cCut : colAdded)
+        {
+            cIndex.Add(Own(cCut));
+        }
+    }
+
+    std::int32_t TakeInChanges()
+    {
+        if (!batches.empty() || !pFile->ChangedByOthers())
+        {
+            return 0;
+        }
+        auto colStored = pFile->Read();
+        auto changes = ChangesTo(colStored);
+        TakeOut(changes.colRemoved);
+        Insert(changes.colAdded);
+        const auto colModified = TakeOver(changes.colModified);
+        const auto Announce = [&](const Cuts& colChanged, void (DataBaseEvents::*tell)(const Cuts&))
+        {
+            if (!colChanged.empty())
+            {
+                Raise([&](DataBaseEvents& cEvents) { (cEvents.*tell)(colChanged); });
+            }
+        };
+        Announce(changes.colRemoved, &DataBaseEvents::CutsRemoved);
+        Announce(changes.colAdded, &DataBaseEvents::CutsAdded);
+        Announce(colModified, &DataBaseEvents::CutsModified);
+        return Long(changes.colRemoved.size() + changes.colAdded.size() + colModified.size());
+    }
+
     // --- importing
 
     // Collects what a file says and reports on the way. Nothing is written meanwhile, so listeners may do as
@@ -867,6 +963,12 @@ std::int32_t Store::ModifyCuts(const Cuts& colCuts) { return m_cImpl->ModifyCuts
 std::int32_t Store::RemoveCuts(const Cuts& colCuts) { return m_cImpl->RemoveCuts(colCuts); }
 std::int32_t Store::ImportCsv(const std::wstring& sFile) { return m_cImpl->ImportCsv(sFile); }
 const ImportReport& Store::LastImport() const noexcept { return m_cImpl->report; }
+
+std::int32_t Store::TakeInChanges()
+{
+    m_cImpl->NeedOpen();
+    return m_cImpl->TakeInChanges();
+}
 
 void Store::BeginGathering()
 {

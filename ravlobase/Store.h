@@ -41,8 +41,8 @@ struct ImportReport
 // Changing a property of its cut is on the disk when the call returns, and raises nothing. AddCuts,
 // ModifyCuts, RemoveCuts and ImportCsv each write everything or nothing; their events come after that, and
 // not when the number of cuts is 0. What a listener throws is passed over. A failure is a RuntimeError and
-// leaves file and memory as they were; 70 means that another program is writing just then. Cuts that another
-// program adds or changes show at the next Open.
+// leaves file and memory as they were; 70 means that another program is writing just then. What another
+// program adds or changes shows after TakeInChanges.
 //
 // All of it belongs to one thread. While no file is open, every member raises error 91, except Open, Close,
 // NewCut, Advise and Unadvise.
@@ -91,6 +91,12 @@ public:
     // left out: LastImport tells which. 53, 75, 57 for a file that cannot be read, 321 for one without a
     // usable header line.
     std::int32_t ImportCsv(const std::wstring& sFile);
+
+    // Takes in what other programs have changed in the file since it was read, and announces it as its own
+    // changes: cuts removed, added, modified, each event with the database's own cuts. Gives the number of
+    // these cuts. Costs next to nothing when nothing was changed, else about half of what Open costs.
+    // Gathered plays stay. Inside a batch nothing is done.
+    std::int32_t TakeInChanges();
 
     // Between BeginGathering and EndGathering a change of LastPlayed alone is in the cut at once and on the
     // disk with the next WriteGathered, EndGathering or Close, as one change with the others: for a host that

@@ -60,6 +60,12 @@ ComPtr<CollectionFace> CollectionOf(const Cuts& colCuts)
     return FaceOfCollection<CutAdapter>(colResult);
 }
 
+// The interfaces beside _clsDataBase.
+bool IsPartOfThis(REFIID iid) noexcept
+{
+    return iid == IID_IBatchedChanges || iid == IID_IGatheredPlays || iid == IID_ISharedDataBase;
+}
+
 Variant Text(const std::wstring& sText) { return Variant(std::wstring_view(sText)); }
 
 } // namespace
@@ -79,20 +85,21 @@ DataBaseFace::~DataBaseFace()
 
 STDMETHODIMP DataBaseFace::QueryInterface(REFIID iid, void** ppvObject)
 {
-    if (!ppvObject || (iid != IID_IBatchedChanges && iid != IID_IGatheredPlays))
+    if (!ppvObject || !IsPartOfThis(iid))
         return Dispatch::QueryInterface(iid, ppvObject);
     if (iid == IID_IBatchedChanges)
         *ppvObject = static_cast<IBatchedChanges*>(&m_cBatches);
-    else
+    else if (iid == IID_IGatheredPlays)
         *ppvObject = static_cast<IGatheredPlays*>(&m_cPlays);
+    else
+        *ppvObject = static_cast<ISharedDataBase*>(&m_cShared);
     AddRef();
     return S_OK;
 }
 
 STDMETHODIMP DataBaseFace::InterfaceSupportsErrorInfo(REFIID iid)
 {
-    const bool bOwn = iid == IID_IBatchedChanges || iid == IID_IGatheredPlays;
-    return bOwn ? S_OK : Dispatch::InterfaceSupportsErrorInfo(iid);
+    return IsPartOfThis(iid) ? S_OK : Dispatch::InterfaceSupportsErrorInfo(iid);
 }
 
 STDMETHODIMP DataBaseFace::Open(BSTR sFile)
@@ -233,6 +240,18 @@ STDMETHODIMP PlaysFace::WriteGathered()
 STDMETHODIMP PlaysFace::EndGathering()
 {
     return Guard([&] { m_cStore.EndGathering(); });
+}
+
+STDMETHODIMP SharedFace::QueryInterface(REFIID iid, void** ppvObject)
+{
+    return m_cOwner.QueryInterface(iid, ppvObject);
+}
+STDMETHODIMP_(ULONG) SharedFace::AddRef() { return m_cOwner.AddRef(); }
+STDMETHODIMP_(ULONG) SharedFace::Release() { return m_cOwner.Release(); }
+STDMETHODIMP SharedFace::TakeInChanges()
+{
+    const ComPtr<ISharedDataBase> cSelf(this);
+    return GuardAs(IID_ISharedDataBase, DataBaseFace::identity.sProgID, [&] { m_cStore.TakeInChanges(); });
 }
 
 void DataBaseFace::FireCuts(DISPID lEvent, const Cuts& colCuts)

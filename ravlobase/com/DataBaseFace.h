@@ -65,6 +65,25 @@ private:
     Store& m_cStore;
 };
 
+// ISharedDataBase of a database: a part of its owner, with which it lives and is counted.
+class SharedFace final : public ISharedDataBase
+{
+public:
+    SharedFace(DataBaseFace& cOwner, Store& cStore) noexcept : m_cOwner(cOwner), m_cStore(cStore) {}
+    SharedFace(const SharedFace&) = delete;
+    SharedFace& operator=(const SharedFace&) = delete;
+    virtual ~SharedFace() = default;
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override;
+    STDMETHODIMP_(ULONG) AddRef() override;
+    STDMETHODIMP_(ULONG) Release() override;
+    STDMETHODIMP TakeInChanges() override;
+
+private:
+    DataBaseFace& m_cOwner;
+    Store& m_cStore;
+};
+
 // _clsDataBase over a store of its own, whose events it raises. Cuts shows the store's cuts as they are; only
 // AddCuts, RemoveCuts and ImportCsv change which there are.
 class DataBaseFace final : public Dispatch<_clsDataBase>, private DataBaseEvents
@@ -106,6 +125,7 @@ private:
     EventSource m_cEvents;
     BatchesFace m_cBatches{*this, *m_cStore};
     PlaysFace m_cPlays{*this, *m_cStore};
+    SharedFace m_cShared{*this, *m_cStore};
 };
 
 } // namespace ravlo

@@ -902,5 +902,122 @@ TEST(StoreFile, TwoProgramsMayWriteInTurn)
     EXPECT_EQ(cStore.AllCuts().size(), 20U);
 }
 
+// --- changes of other programs
+
+class SharedStoreTest : public ::testing::Test
+{
+protected:
+    SharedStoreTest()
+    {
+        m_cStore.Open(m_sFile);
+        m_cOther.Open(m_sFile);
+        m_cStore.Advise(m_cRecorder);
+    }
+    ~SharedStoreTest() override { m_cStore.Unadvise(m_cRecorder); }
+
+    TempFolder m_cFolder;
+    std::wstring m_sFile = SmallDatabase(m_cFolder);
+    Store m_cStore;
+    Store m_cOther;
+    Recorder m_cRecorder;
+};
+
+TEST_F(SharedStoreTest, TakesInAndAnnouncesWhatAnotherProgramChanged)
+{
+    const auto cChanged = m_cStore.AllCuts()[3];
+    const auto cGone = m_cStore.AllCuts()[5];
+    m_cOther.AllCuts()[3]->SetArtist(L"Other");
+    m_cOther.AllCuts()[3]->SetCategoryText(L"jazz");
+    m_cOther.RemoveCuts({m_cOther.AllCuts()[5]});
+    m_cOther.AddCuts({CutNamed(m_cOther, L"new", L"N", L"T")});
+    EXPECT_EQ(m_cStore.TakeInChanges(), 3);
+    EXPECT_EQ(ContentOf(m_cStore), ContentOf(m_cOther));
+    EXPECT_EQ(m_cRecorder.colLines,
+              (Lines{L"removed: D:\\Music\\5.mp3", L"added: new", L"modified: D:\\Music\\3.mp3"}));
+    EXPECT_EQ(m_cRecorder.colModified, Cuts{cChanged}) << "the same object as before";
+    EXPECT_EQ(m_cRecorder.colRemoved, Cuts{cGone});
+    EXPECT_EQ(m_cStore.CutByArtistTitle(L"Other", L"Title 3"), cChanged);
+    EXPECT_EQ(m_cStore.CutByArtistTitle(L"N", L"T"), m_cRecorder.colAdded.at(0));
+    m_cRecorder.colAdded.at(0)->SetYear(1999); // it is the database's own
+    cGone->SetYear(1999);                      // it is nobody's any more
+    EXPECT_EQ(ContentOf(m_sFile), ContentOf(m_cStore));
+}
+
+TEST_F(SharedStoreTest, OwnChangesAndNoChangesAreNoNews)
+{
+    EXPECT_EQ(m_cStore.TakeInChanges(), 0);
+    m_cStore.AllCuts()[3]->SetArtist(L"Own");
+    EXPECT_EQ(m_cStore.TakeInChanges(), 0);
+    m_cOther.AllCuts()[4]->SetArtist(L"x");
+    m_cOther.AllCuts()[4]->SetArtist(L"Artist 4");
+    EXPECT_EQ(m_cStore.TakeInChanges(), 0);
+    EXPECT_EQ(m_cRecorder.colLines, Lines{});
+}
+
+TEST_F(SharedStoreTest, CutsOfTwoProgramsStandInTheFilesOrder)
+{
+    m_cOther.AddCuts({CutNamed(m_cOther, L"z")});
+    m_cStore.AddCuts({CutNamed(m_cStore, L"a")});
+    m_cOther.AddCuts({CutNamed(m_cOther, L"y")});
+    EXPECT_EQ(m_cStore.TakeInChanges(), 2);
+    EXPECT_EQ(ContentOf(m_cStore), ContentOf(m_sFile));
+}
+
+TEST_F(SharedStoreTest, ACutThatWasReplacedIsRemovedAndAdded)
+{
+    const auto cOld = m_cStore.AllCuts()[0];
+    m_cOther.RemoveCuts({m_cOther.AllCuts()[0]});
+    m_cOther.AddCuts({CutNamed(m_cOther, cOld->Key().Text())});
+    EXPECT_EQ(m_cStore.TakeInChanges(), 2);
+    EXPECT_NE(m_cStore.CutByKey(cOld->Key()), cOld);
+    EXPECT_EQ(ContentOf(m_cStore), ContentOf(m_sFile));
+}
+
+TEST_F(SharedStoreTest, GatheredPlaysAreNewerThanTheFile)
+{
+    m_cStore.BeginGathering();
+    m_cStore.AllCuts()[2]->SetLastPlayed(45000);
+    m_cOther.AllCuts()[2]->SetYear(1999);
+    m_cOther.AllCuts()[4]->SetLastPlayed(44000);
+    EXPECT_EQ(m_cStore.TakeInChanges(), 2);
+    EXPECT_EQ(m_cStore.AllCuts()[2]->LastPlayed(), 45000);
+    EXPECT_EQ(m_cStore.AllCuts()[2]->Year(), 1999);
+    m_cStore.EndGathering();
+    EXPECT_EQ(ContentOf(m_sFile), ContentOf(m_cStore));
+}
+
+TEST_F(SharedStoreTest, ABatchIsNotDisturbed)
+{
+    m_cOther.AllCuts()[4]->SetYear(1999);
+    {
+        Store::Batch cBatch(m_cStore);
+        EXPECT_EQ(m_cStore.TakeInChanges(), 0);
+    }
+    EXPECT_EQ(m_cStore.TakeInChanges(), 1);
+}
+
+// The listener may do as it likes, close the database for instance.
+TEST_F(SharedStoreTest, AListenerMayCloseTheDatabase)
+{
+    struct Closer : DataBaseEvents
+    {
+        explicit Closer(Store& cStoreIn) : cStore(cStoreIn) {}
+        void CutsAdded(const Cuts&) override { cStore.Close(); }
+        void CutsModified(const Cuts&) override {}
+        void CutsRemoved(const Cuts&) override {}
+        void ProgressStart(const std::wstring&, std::int32_t) override {}
+        void Progress(const std::wstring&, std::int32_t, std::int32_t) override {}
+        void ProgressDone(const std::wstring&) override {}
+        Store& cStore;
+    };
+    Closer cCloser(m_cStore);
+    m_cStore.Advise(cCloser);
+    m_cOther.AddCuts({CutNamed(m_cOther, L"new")});
+    m_cOther.AllCuts()[4]->SetYear(1999);
+    EXPECT_EQ(m_cStore.TakeInChanges(), 2);
+    EXPECT_FALSE(m_cStore.IsOpen());
+    m_cStore.Unadvise(cCloser);
+}
+
 } // namespace
 } // namespace ravlo
