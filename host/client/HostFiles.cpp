@@ -4,6 +4,7 @@
 #include "host/day/HostError.h"
 #include "platform/windows/WindowsFiles.h"
 #include "ports/RuntimeError.h"
+#include "ports/StationMarker.h"
 
 #include <windows.h>
 #undef ReplaceFile // the system's macro would rename ours
@@ -15,6 +16,9 @@ namespace
 {
 
 WindowsFiles files;
+
+constexpr ULONGLONG lLookmS = 3000; // longer than a listing of a station takes
+constexpr DWORD lBetweenLooksmS = 100;
 
 // The folder a full path lies in, without a trailing backslash.
 std::wstring FolderOf(const std::wstring& sPath) { return sPath.substr(0, sPath.find_last_of(L'\\')); }
@@ -73,6 +77,20 @@ void MustBeStation(const std::wstring& sDataBase, const std::wstring& sAppFolder
     if (FileExists(FullPath(sAppFolder)))
     {
         throw HostError(sAppFolder + L" is a file, not a folder");
+    }
+}
+
+void MustBeFree(const std::wstring& sAppFolder)
+{
+    const auto sStation = FullPath(sAppFolder);
+    const auto lEnd = GetTickCount64() + lLookmS;
+    while (IsStationInUse(files, sStation))
+    {
+        if (GetTickCount64() >= lEnd)
+        {
+            throw HostError(L"another program works on the station " + sAppFolder);
+        }
+        Sleep(lBetweenLooksmS);
     }
 }
 

@@ -18,6 +18,9 @@ void MustExist(const std::wstring& sPath);
 void MustBeWritable(const std::wstring& sPath);
 // Throws unless the database is there and the folder is one or can be made; both as they were typed.
 void MustBeStation(const std::wstring& sDataBase, const std::wstring& sAppFolder);
+// Throws while another program works on the station, after a moment in which a mere look at it may end. The
+// folder as it was typed.
+void MustBeFree(const std::wstring& sAppFolder);
 bool FileExists(const std::wstring& sPath);
 void DeleteIfThere(const std::wstring& sPath) noexcept;
 

@@ -52,6 +52,8 @@ private:
     std::vector<Target> Targets() const;
     ComPtr<_clsCollection> CatsMeant() const;
     ComPtr<_clsCollection> LevelsMeant() const;
+    std::vector<ComPtr<_clsCut>> CutsOfOtherLevels(const std::vector<ComPtr<_clsCut>>& cuts) const;
+    void TellRefused(const std::vector<ComPtr<_clsCut>>& refused, const std::wstring& sTo) const;
     std::vector<ComPtr<_clsCut>> CutsMeant(_clsCollection& colLevels) const;
 
     const CatsOptions& m_options;
@@ -312,6 +314,39 @@ std::vector<ComPtr<_clsCut>> CatsRun::CutsMeant(_clsCollection& colLevels) const
     return cuts;
 }
 
+// The cuts whose own level is not that of the target: they would not stay there.
+std::vector<ComPtr<_clsCut>> CatsRun::CutsOfOtherLevels(const std::vector<ComPtr<_clsCut>>& cuts) const
+{
+    std::vector<ComPtr<_clsCut>> others;
+    for (const auto& cCut : cuts)
+    {
+        LONG lLevel = 0;
+        ThrowIfFailed(cCut->get_CatLevel(&lLevel));
+        if (m_options.to.lLevel != 0 && std::max<LONG>(lLevel, 1) != m_options.to.lLevel)
+        {
+            others.push_back(cCut);
+        }
+    }
+    return others;
+}
+
+// What a copy into a level left out, a line each.
+void CatsRun::TellRefused(const std::vector<ComPtr<_clsCut>>& refused, const std::wstring& sTo) const
+{
+    for (const auto& cCut : refused)
+    {
+        LONG lLevel = 0;
+        ThrowIfFailed(cCut->get_CatLevel(&lLevel));
+        m_cError.Write(PathOf(*cCut) + L" was not copied: its level is " +
+                       DecimalText(std::max<LONG>(lLevel, 1)) + L"\n");
+    }
+    if (!refused.empty())
+    {
+        throw HostError(CountOf(refused.size(), L"cut was", L"cuts were") + L" not copied to " + sTo +
+                        L": a copy keeps its level");
+    }
+}
+
 int CatsRun::Transfer()
 {
     const bool bMove = m_options.eAction == CatsAction::Move;
@@ -319,13 +354,13 @@ int CatsRun::Transfer()
     const auto sTo = TextOf(m_categories.TargetOf(m_options.to).name);
     const auto colLevels = LevelsMeant();
     const auto cuts = CutsMeant(*colLevels);
-    const auto sCuts = CountOf(cuts.size(), L"cut", L"cuts");
     if (cuts.empty())
     {
         throw HostError(L"there is no cut in " + TextOf(Targets()));
     }
-    if (bMove && !Confirmed(L"Really move " + sCuts + L" of " + TextOf(Targets()) + L" to " + sTo +
-                            (m_options.bExclusive ? L" and out of every other category?" : L"?")))
+    if (bMove &&
+        !Confirmed(L"Really move " + CountOf(cuts.size(), L"cut", L"cuts") + L" of " + TextOf(Targets()) +
+                   L" to " + sTo + (m_options.bExclusive ? L" and out of every other category?" : L"?")))
     {
         return lExitDeclined;
     }
@@ -337,12 +372,22 @@ int CatsRun::Transfer()
     const auto before = m_categories.Orders();
     VARIANT_BOOL bCreated = VARIANT_FALSE;
     const auto eOption = !bMove ? ::eCopyHere : m_options.bExclusive ? ::eMoveExclusiveHere : ::eMoveHere;
+    const auto refused = bMove ? std::vector<ComPtr<_clsCut>>() : CutsOfOtherLevels(cuts);
     Check(m_cManager.DoMassCatChange(eOption, colLevels.Get(), cTo.Get(), colCuts.Get(), &bCreated));
-    NoBoxMustHaveCome(std::wstring(L"not every cut was ") + (bMove ? L"moved" : L"copied") + L" and saved");
+    if (refused.empty()) // else the box that tells of them has come
+    {
+        NoBoxMustHaveCome(std::wstring(L"not every cut was ") + (bMove ? L"moved" : L"copied") +
+                          L" and saved");
+    }
     const auto change = OnlyChanged(ChangeBetween(before, m_categories.Orders()));
-    m_cOut.Write(change.levels.empty() ? L"They stood there already.\n"
-                                       : (bMove ? L"Moved " : L"Copied ") + sCuts + L" to " + sTo + L"\n" +
-                                             ChangeTable(change));
+    if (cuts.size() > refused.size())
+    {
+        const auto sCuts = CountOf(cuts.size() - refused.size(), L"cut", L"cuts");
+        m_cOut.Write(change.levels.empty() ? L"They stood there already.\n"
+                                           : (bMove ? L"Moved " : L"Copied ") + sCuts + L" to " + sTo +
+                                                 L"\n" + ChangeTable(change));
+    }
+    TellRefused(refused, sTo);
     return lExitOk;
 }
 
@@ -358,6 +403,10 @@ int RunCats(const CatsOptions& options, const Boxes& cBoxes, const Console& cOut
     ProgressLine line(cError, options.bProgress);
     const auto show = [&](const std::wstring& sText, long, long) { line.Show(sText); };
     Scheduler scheduler(library, false);
+    if (options.eAction != CatsAction::List)
+    {
+        MustBeFree(options.sAppFolder); // right before the scheduler marks it
+    }
     scheduler.Populate(sAppFolder, show);
     line.Clear();
     const auto follow = scheduler.Follow({show, show, [&](const std::wstring&) { line.Clear(); }});

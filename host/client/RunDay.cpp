@@ -166,6 +166,7 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
     const auto sAppFolder = FullPath(options.sAppFolder);
     MakeFolder(sAppFolder);
     Scheduler scheduler(library, options.bSaveEach);
+    MustBeFree(options.sAppFolder); // right before the scheduler marks it
     scheduler.Populate(sAppFolder, [&](const std::wstring& sText, long, long) { line.Show(sText); });
     Gaps gaps;
     Plays(entries).Report(scheduler, gaps);

@@ -83,6 +83,7 @@ std::size_t Watch(const WatchOptions& options, const Boxes& cBoxes, const Consol
     const auto sAppFolder = FullPath(options.sAppFolder);
     MakeFolder(sAppFolder);
     Scheduler scheduler(library, false);
+    MustBeFree(options.sAppFolder); // right before the scheduler marks it
     scheduler.Populate(sAppFolder, [&](const std::wstring& sText, long, long) { line.Show(sText); });
     Gaps gaps;
     plays.Report(scheduler, gaps);

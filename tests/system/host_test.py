@@ -14,6 +14,7 @@ import sqlite3
 import subprocess
 import tempfile
 import threading
+import time
 import unittest
 
 WINE_RUN = os.environ["RAVLO_WINE_RUN"]
@@ -303,6 +304,26 @@ class RavloHost(unittest.TestCase):
     def test_while_another_program_writes_a_day_keeps_separations_and_plays(self):
         self.day_beside_a_writer()
 
+    def test_while_another_program_writes_a_day_as_on_air_loses_nothing_either(self):
+        self.day_beside_a_writer("--save-each")
+
+    def test_a_station_in_use_is_left_to_the_program_that_has_it(self):
+        self.import_tiny()
+        self.cats("list")
+        with subprocess.Popen([WINE_RUN, "cmd", "/c", "pause>station\\Scheduler\\InUse.lock"], cwd=self.folder,
+                              stdin=subprocess.PIPE, env=dict(os.environ, WINE_RUN_INPUT="1")) as other:
+            lock = self.folder / "station" / "Scheduler" / "InUse.lock"
+            while not lock.exists() or not lock.stat().st_size:  # what it says while it waits for a key
+                self.assertIsNone(other.poll())
+                time.sleep(0.1)
+            station = ("--db", "library.db", "--app", "station")
+            for command in (("day",), ("watch", "--csv", "tiny.csv"), ("cats", "new", "Jazz"), ("cats", "shuffle", "rock", "-y")):
+                self.refused(1, "another program works on the station station", *command, *station)
+            self.assertIn("1 category", self.cats("list"))
+            self.import_tiny()
+            other.stdin.write(b"\r\n")
+        self.assertEqual(self.cats("new", "Jazz"), "Made the category Jazz with level 1\n")
+
     def test_a_day_says_which_plays_the_database_refused(self):
         self.import_tiny()
         clock = self.write("c", "rock,1\nrock,2\n")
@@ -487,6 +508,16 @@ class RavloHost(unittest.TestCase):
         self.cats_refused(1, "D:\\z.mp3 does not stand there", "copy", "rock", "--to", "new releases", "--cut",
                           "D:\\z.mp3")
         self.cats_refused(1, "rock has no level 7", "move", "rock:1", "--to", "rock:7", "--yes")
+
+    def test_cats_copy_names_what_it_did_not_copy(self):
+        self.import_tiny()
+        self.cats("new", "new releases")
+        status, out, error = run("cats", "copy", "rock", "--to", "new releases:1", "--db", "library.db", "--app", "station",
+                                 folder=self.folder)
+        self.assertEqual((status, out), (1, "Copied 2 cuts to new releases:1\n"
+                                            "Category      Level  Before  After  New at\nnew releases      1       0      2  1-2\n"))
+        self.assertIn("D:\\c.mp3 was not copied: its level is 2\n", error)
+        self.assertTrue(error.endswith("RavloHost: 1 cut was not copied to new releases:1: a copy keeps its level\n"), error)
 
     def damage_the_list(self):
         """The saved list of categories cannot be read, nor replaced: a folder stands in its place."""
