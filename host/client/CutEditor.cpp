@@ -5,6 +5,7 @@
 #include "host/client/Categories.h"
 #include "host/client/WindowText.h"
 #include "host/day/CutEdit.h"
+#include "platform/windows/CentredDialog.h"
 
 #include <exception>
 
@@ -17,6 +18,7 @@ namespace
 // What the dialog is opened with and what it leaves behind.
 struct Editing
 {
+    HWND hOwner;
     std::wstring sPath;
     CutValues values;
 };
@@ -36,6 +38,13 @@ void Fill(HWND hDialog, const Editing& editing)
         ::SetDlgItemTextW(hDialog, lControl, sText.c_str());
     }
     ::CheckDlgButton(hDialog, lCutOpener, fields.bOpener ? BST_CHECKED : BST_UNCHECKED);
+}
+
+// The owner's icon stands in the caption.
+void TakeIcon(HWND hDialog, HWND hOwner)
+{
+    const LRESULT lIcon = hOwner ? ::SendMessageW(hOwner, WM_GETICON, ICON_SMALL, 0) : 0;
+    ::SendMessageW(hDialog, WM_SETICON, ICON_SMALL, lIcon);
 }
 
 int ControlOf(CutField eField) noexcept
@@ -58,13 +67,15 @@ bool Take(HWND hDialog, Editing& editing)
     const auto taken =
         ValuesOf({TextOf(hDialog, lCutArtist), TextOf(hDialog, lCutTitle), TextOf(hDialog, lCutAlbum),
                   TextOf(hDialog, lCutYear), TextOf(hDialog, lCutCategories), TextOf(hDialog, lCutLevel),
-                  ::IsDlgButtonChecked(hDialog, lCutOpener) == BST_CHECKED});
+                  ::IsDlgButtonChecked(hDialog, lCutOpener) == BST_CHECKED},
+                 editing.values);
     if (const auto* values = std::get_if<CutValues>(&taken))
     {
         editing.values = *values;
         return true;
     }
     const CutProblem& problem = std::get<CutProblem>(taken);
+    const CentredOnOwner centred(hDialog);
     ::MessageBoxW(hDialog, problem.sText.c_str(), L"Edit Cut", MB_OK | MB_ICONEXCLAMATION);
     const HWND hControl = ::GetDlgItem(hDialog, ControlOf(problem.eField));
     ::SendMessageW(hDialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(hControl), TRUE);
@@ -76,7 +87,10 @@ INT_PTR CALLBACK OnMessage(HWND hDialog, UINT lMessage, WPARAM wParam, LPARAM lP
     if (lMessage == WM_INITDIALOG)
     {
         ::SetWindowLongPtrW(hDialog, DWLP_USER, lParam);
-        Fill(hDialog, *reinterpret_cast<Editing*>(lParam));
+        const auto& opened = *reinterpret_cast<const Editing*>(lParam);
+        Fill(hDialog, opened);
+        TakeIcon(hDialog, opened.hOwner);
+        CentreDialog(hDialog, opened.hOwner);
         return TRUE;
     }
     if (lMessage != WM_COMMAND)
@@ -163,7 +177,7 @@ void Change(_clsCut& cCut, _clsDataBase& cDataBase, const CutValues& before, con
 
 bool EditCut(HWND hOwner, _clsCut& cCut, _clsDataBase& cDataBase)
 {
-    Editing editing{Get(cCut, &_clsCut::get_Path), ValuesIn(cCut)};
+    Editing editing{hOwner, Get(cCut, &_clsCut::get_Path), ValuesIn(cCut)};
     const CutValues before = editing.values;
     const INT_PTR lAnswer = ::DialogBoxParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(lCutDialog),
                                               hOwner, OnMessage, reinterpret_cast<LPARAM>(&editing));

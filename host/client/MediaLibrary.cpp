@@ -100,6 +100,14 @@ std::vector<MediaLibrary::Entry> MediaLibrary::Entries() const
     return entries;
 }
 
+void MediaLibrary::TakeInChanges()
+{
+    if (const auto cShared = m_cDataBase.As<ISharedDataBase>())
+    {
+        ThrowIfFailed(cShared->TakeInChanges(), *cShared.Get(), __uuidof(ISharedDataBase));
+    }
+}
+
 ComPtr<_clsCut> MediaLibrary::NewCut() const
 {
     ComPtr<_clsCut> cCut;

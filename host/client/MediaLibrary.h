@@ -45,6 +45,8 @@ public:
     std::int32_t ImportCsv(const std::wstring& sFile, const Progress& progress, std::wstring& sReport);
     // Every cut, in the database's order.
     std::vector<Entry> Entries() const;
+    // Has the database take in and announce what other programs have changed in its file.
+    void TakeInChanges();
     ComPtr<_clsCut> NewCut() const;
     _clsDataBase& Object() const noexcept { return *m_cDataBase; }
 

@@ -7,10 +7,13 @@
 #include "host/client/CutEditor.h"
 #include "host/client/EventListener.h"
 #include "host/client/HostFiles.h"
+#include "host/client/OpeningWindow.h"
 #include "host/client/Picture.h"
 #include "host/client/ProgressLine.h"
 #include "host/client/WhatFailed.h"
+#include "host/client/WindowActivation.h"
 #include "host/day/HostError.h"
+#include "platform/windows/CentredDialog.h"
 
 namespace ravlo
 {
@@ -24,13 +27,18 @@ constexpr DISPID lRequestEditCut = 5;
 // What RequestEditCut's Result says when nothing was changed.
 constexpr std::int32_t lCancelled = 2;
 
-constexpr const wchar_t* sHelp = L"Tree:\tEnter shows a category or level, Space ticks it,\n"
-                                 L"\tCtrl+V files what was copied or cut in the list.\n"
-                                 L"List:\tEnter edits a cut, Delete takes it out of the level,\n"
-                                 L"\tAlt+Up and Alt+Down move it, Ctrl+A selects all,\n"
-                                 L"\tCtrl+C and Ctrl+X remember the selected cuts.\n"
-                                 L"\tDrag cuts within the list to re-order, onto the tree to file them.\n"
-                                 L"Ctrl+S saves all, F6 goes from pane to pane, Esc ends a drag.";
+// Lines of one length that a box does not break, under a heading each.
+constexpr const wchar_t* sHelp =
+    L"In the tree\n"
+    L"Enter shows a category or level. Space ticks it.\n"
+    L"Ctrl+V files what was copied or cut in the list.\n\n"
+    L"In the list\n"
+    L"Enter edits a cut. Delete takes it out of the level.\n"
+    L"Alt+Up and Alt+Down move it. Ctrl+A selects all.\n"
+    L"Ctrl+C and Ctrl+X remember the selected cuts.\n"
+    L"Drag cuts within the list to re-order them, onto the tree to file them.\n\n"
+    L"Everywhere\n"
+    L"Ctrl+S saves all. F6 goes to the next pane. Esc ends a drag.";
 
 // A populated station with the windows' events answered as a playout program answers them.
 class Desk
@@ -45,11 +53,8 @@ public:
             m_boxes.emplace(cError); // nobody is there to click
             MustBeWritable(FullPath(options.sPicture));
         }
-        m_cLibrary.Open(FullPath(options.sDataBase));
-        const auto sAppFolder = FullPath(options.sAppFolder);
-        MakeFolder(sAppFolder);
-        ProgressLine line(cError, options.bProgress);
-        m_cScheduler.Populate(sAppFolder, [&](const std::wstring& sText, long, long) { line.Show(sText); });
+        OpenStation(options, cError);
+        m_activation.emplace([this] { m_cLibrary.TakeInChanges(); });
         m_events.emplace(Manager(), DIID___clsSchedMan,
                          [this](DISPID lEvent, const EventArguments& arguments)
                          { Answer(lEvent, arguments); });
@@ -59,10 +64,33 @@ public:
     MediaLibrary& Library() noexcept { return m_cLibrary; }
 
 private:
+    template <class Options> void OpenStation(const Options& options, const Console& cError)
+    {
+        std::optional<OpeningWindow> window;
+        if (options.sPicture.empty()) // else it would be the one whose picture is taken
+        {
+            window.emplace();
+        }
+        m_cLibrary.Open(FullPath(options.sDataBase));
+        const auto sAppFolder = FullPath(options.sAppFolder);
+        MakeFolder(sAppFolder);
+        ProgressLine line(cError, options.bProgress);
+        m_cScheduler.Populate(sAppFolder,
+                              [&](const std::wstring& sText, long lCount, long lMax)
+                              {
+                                  line.Show(sText);
+                                  if (window)
+                                  {
+                                      window->Show(sText, lCount, lMax);
+                                  }
+                              });
+    }
+
     void Answer(DISPID lEvent, const EventArguments& arguments)
     {
         if (lEvent == lShowHelpEvent)
         {
+            const CentredOnOwner centred(::GetActiveWindow());
             ::MessageBoxW(::GetActiveWindow(), sHelp, L"Keys and mouse", MB_OK | MB_ICONINFORMATION);
         }
         else if (lEvent == lRequestEditCut && arguments.Count() >= 2)
@@ -87,6 +115,7 @@ private:
         }
         catch (...)
         {
+            const CentredOnOwner centred(hOwner);
             ::MessageBoxW(hOwner, (L"Not everything was saved: " + WhatFailed()).c_str(), L"Edit Cut",
                           MB_OK | MB_ICONERROR);
         }
@@ -100,6 +129,7 @@ private:
     MediaLibrary m_cLibrary;
     Scheduler m_cScheduler;
     std::optional<EventListener> m_events;
+    std::optional<WindowActivation> m_activation;
 };
 
 void Check(HRESULT hResult, _clsSchedMan& cManager)

@@ -3,9 +3,12 @@
 
 #include "collections/CaseFolding.h"
 #include "collections/Text.h"
+#include "collections/TextKey.h"
 #include "host/day/HostError.h"
 #include "host/day/Rotation.h"
+#include "ports/DeviceNames.h"
 
+#include <algorithm>
 #include <limits>
 #include <optional>
 
@@ -73,6 +76,38 @@ std::wstring TextOf(const std::vector<Target>& targets)
                  CountOf(target.lCuts, L"cut", L"cuts") + L")";
     }
     return sText;
+}
+
+std::wstring WhyNoCategory(const std::wstring& sName)
+{
+    constexpr std::size_t lMostLetters = 50;
+    const auto isBad = [](wchar_t c)
+    { return c < L' ' || std::wstring_view(L"*/:<>?\\|\"").find(c) != std::wstring_view::npos; };
+    if (std::any_of(sName.begin(), sName.end(), isBad))
+    {
+        return L"a name contains no tabulator and none of * / : < > ? \\ | \".";
+    }
+    if (IsNumeric(sName))
+    {
+        return L"a name must not be a number.";
+    }
+    if (IsDeviceName(sName))
+    {
+        return L"this is the name of a device.";
+    }
+    if (sName.size() > lMostLetters)
+    {
+        return L"a name has at most 50 characters.";
+    }
+    const TextKey cName(sName);
+    for (const wchar_t* sOwn : {L"ALL AUDIO", L"ALL SONGS", L"NOCAT"})
+    {
+        if (cName == TextKey(sOwn))
+        {
+            return L"the scheduler uses this name itself.";
+        }
+    }
+    return {};
 }
 
 bool IsYes(const std::wstring& sAnswer)

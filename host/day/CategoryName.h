@@ -27,6 +27,10 @@ CategoryName ParseCategoryName(const std::wstring& sText);
 // "rock" or "rock:2", as the command line takes it.
 std::wstring TextOf(const CategoryName& name);
 
+// Why the scheduler could not keep a category of that name, as a sentence; empty when it can. Its name
+// becomes a file name, and a number would be taken for a position.
+std::wstring WhyNoCategory(const std::wstring& sName);
+
 // A level number that can be made by hand: 1 to 32764.
 inline constexpr std::int32_t lMostLevel = 32764;
 

@@ -148,9 +148,10 @@ void DescribeDay(CLI::App& cDay, Raw& raw)
     cDay.add_option("--log", raw.sLog, "write the log to this file, CSV")
         ->type_name("FILE")
         ->check(NotEmpty());
-    cDay.add_flag("--save-each", raw.bSaveEach,
-                  "save the play and the rotation order with every pick, as on air (default: the plays once a "
-                  "second, which is what a power cut may cost, and the orders at the end)");
+    cDay.add_flag(
+        "--save-each", raw.bSaveEach,
+        "save the play and the rotation order with every pick, as on air (default: the plays once a "
+        "second, which is what a power cut may cost, and the orders at the end)");
     cDay.add_flag("-q,--quiet", raw.bQuiet, "print the summary only");
     DescribeProgress(cDay, raw);
 }

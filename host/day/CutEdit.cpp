@@ -30,20 +30,27 @@ std::optional<std::int32_t> WholeNumber(const std::wstring& sText, std::int32_t 
     return lValue >= lLeast && lValue <= lMost ? std::optional(lValue) : std::nullopt;
 }
 
-std::wstring EachOnce(const std::vector<std::wstring>& colNames)
+// The names in a text, each once.
+std::vector<TextKey> NamesIn(const std::wstring& sCategories)
 {
-    std::vector<TextKey> colSeen;
-    std::wstring sText;
-    for (const std::wstring& sPiece : colNames)
+    std::vector<TextKey> colNames;
+    for (const std::wstring& sPiece : Split(sCategories, L"/"))
     {
-        const std::wstring sName = Trim(sPiece);
-        const TextKey cKey(sName);
-        if (sName.empty() || std::find(colSeen.begin(), colSeen.end(), cKey) != colSeen.end())
+        const TextKey cName(Trim(sPiece));
+        if (!cName.Empty() && std::find(colNames.begin(), colNames.end(), cName) == colNames.end())
         {
-            continue;
+            colNames.push_back(cName);
         }
-        colSeen.push_back(cKey);
-        sText += (sText.empty() ? L"" : L"/") + sName;
+    }
+    return colNames;
+}
+
+std::wstring Joined(const std::vector<TextKey>& colNames)
+{
+    std::wstring sText;
+    for (const TextKey& cName : colNames)
+    {
+        sText += (sText.empty() ? L"" : L"/") + cName.Text();
     }
     return sText;
 }
@@ -58,7 +65,7 @@ CutFields FieldsOf(const CutValues& values)
             values.bOpener};
 }
 
-std::variant<CutValues, CutProblem> ValuesOf(const CutFields& fields)
+std::variant<CutValues, CutProblem> ValuesOf(const CutFields& fields, const CutValues& before)
 {
     const std::wstring sYear = Trim(fields.sYear);
     const auto lYear = sYear.empty() ? std::optional<std::int32_t>(0) : WholeNumber(sYear, 0, lMostYear);
@@ -66,9 +73,17 @@ std::variant<CutValues, CutProblem> ValuesOf(const CutFields& fields)
     {
         return CutProblem{CutField::Year, L"The year is a number of at most four digits, or empty."};
     }
-    if (fields.sCategories.find(cTab) != std::wstring::npos)
+    const auto colNames = NamesIn(fields.sCategories);
+    const auto colBefore = NamesIn(before.sCategoryText);
+    for (const TextKey& cName : colNames)
     {
-        return CutProblem{CutField::Categories, L"A category name holds no tabulator."};
+        const bool bKnown = std::find(colBefore.begin(), colBefore.end(), cName) != colBefore.end();
+        const auto sReason = bKnown ? std::wstring() : WhyNoCategory(cName.Text());
+        if (!sReason.empty())
+        {
+            return CutProblem{CutField::Categories,
+                              L"There can be no category \"" + cName.Text() + L"\": " + sReason};
+        }
     }
     const auto lLevel = WholeNumber(Trim(fields.sLevel), 1, lMostLevel);
     if (!lLevel)
@@ -76,13 +91,9 @@ std::variant<CutValues, CutProblem> ValuesOf(const CutFields& fields)
         return CutProblem{CutField::Level,
                           L"The level is a whole number from 1 to " + DecimalText(lMostLevel) + L"."};
     }
-    return CutValues{Trim(fields.sArtist),
-                     Trim(fields.sTitle),
-                     Trim(fields.sAlbum),
-                     *lYear,
-                     EachOnce(Split(fields.sCategories, L"/")),
-                     *lLevel,
-                     fields.bOpener};
+    return CutValues{
+        Trim(fields.sArtist), Trim(fields.sTitle), Trim(fields.sAlbum), *lYear, Joined(colNames), *lLevel,
+        fields.bOpener};
 }
 
 } // namespace ravlo

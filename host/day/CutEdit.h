@@ -51,7 +51,8 @@ struct CutProblem
 
 CutFields FieldsOf(const CutValues& values);
 
-// Texts lose their surrounding blanks; a category named twice, whatever the case, is named once.
-std::variant<CutValues, CutProblem> ValuesOf(const CutFields& fields);
+// Texts lose their surrounding blanks; a category named twice, whatever the case, is named once. A category
+// that the scheduler could keep no order for is refused, unless the cut was in it before.
+std::variant<CutValues, CutProblem> ValuesOf(const CutFields& fields, const CutValues& before);
 
 } // namespace ravlo

@@ -11,9 +11,12 @@ namespace
 
 CutFields Good() { return {L"Abba", L"Waterloo", L"Gold", L"1974", L"Pop/Gold", L"2", true}; }
 
-CutValues Taken(const CutFields& fields) { return std::get<CutValues>(ValuesOf(fields)); }
+CutValues Taken(const CutFields& fields, const CutValues& before = {})
+{
+    return std::get<CutValues>(ValuesOf(fields, before));
+}
 
-CutProblem Refused(const CutFields& fields) { return std::get<CutProblem>(ValuesOf(fields)); }
+CutProblem Refused(const CutFields& fields) { return std::get<CutProblem>(ValuesOf(fields, {})); }
 
 } // namespace
 
@@ -64,11 +67,42 @@ TEST(CutEdit, ALevelIsAWholeNumberTheSchedulerKnows)
     EXPECT_EQ(Taken(fields).lLevel, 32764);
 }
 
-TEST(CutEdit, ATabulatorInACategoryNameIsRefused)
+TEST(CutEdit, ACategoryThatCannotBeIsRefusedWithTheReason)
+{
+    const std::wstring sLetters = L"a name contains no tabulator and none of * / : < > ? \\ | \".";
+    const std::wstring sNumber = L"a name must not be a number.";
+    const std::wstring sDevice = L"this is the name of a device.";
+    const std::wstring sOwn = L"the scheduler uses this name itself.";
+    const std::pair<std::wstring, std::wstring> refusals[] = {
+        {L"Pop\t2", sLetters}, {L"..\\x", sLetters},
+        {L"a:b", sLetters},    {L"12", sNumber},
+        {L"1,000", sNumber},   {L"&H1F", sNumber},
+        {L"CON", sDevice},     {L"com1.old", sDevice},
+        {L"All Audio", sOwn},  {L"NOCAT", sOwn},
+        {L"ALL SONGS", sOwn},  {std::wstring(51, L'x'), L"a name has at most 50 characters."},
+    };
+    for (const auto& [sName, sReason] : refusals)
+    {
+        CutFields fields = Good();
+        fields.sCategories = L"Pop/" + sName;
+        EXPECT_EQ(Refused(fields).eField, CutField::Categories) << ::testing::PrintToString(sName);
+        EXPECT_EQ(Refused(fields).sText, L"There can be no category \"" + sName + L"\": " + sReason);
+    }
+    for (const auto& sName : {L"80s", L"Rock'n'Roll", L"x.y", L"\u65E5\u672C", L"Console"})
+    {
+        CutFields fields = Good();
+        fields.sCategories = sName;
+        EXPECT_EQ(Taken(fields).sCategoryText, sName);
+    }
+}
+
+TEST(CutEdit, ACutMayStayInACategoryThatADatabaseBrought)
 {
     CutFields fields = Good();
-    fields.sCategories = L"Pop\t2";
-    EXPECT_EQ(Refused(fields).eField, CutField::Categories);
+    fields.sCategories = L"Pop/12/con";
+    CutValues before;
+    before.sCategoryText = L"12/CON";
+    EXPECT_EQ(Taken(fields, before).sCategoryText, L"Pop/12/con");
 }
 
 } // namespace ravlo

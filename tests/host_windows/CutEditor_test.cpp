@@ -118,6 +118,45 @@ TEST_F(CutEditor, AWrongFieldIsExplainedAndCanBeCorrected)
     EXPECT_EQ(m_lModified, 1);
 }
 
+TEST_F(CutEditor, ACategoryThatCannotBeIsRefusedInTheBox)
+{
+    EXPECT_FALSE(Edit(
+        [&](const User& user, HWND hDialog)
+        {
+            user.Replace(::GetDlgItem(hDialog, lCutCategories), L"Pop/CON");
+            user.Key(VK_RETURN);
+            EXPECT_EQ(user.Box().sText, L"There can be no category \"CON\": this is the name of a device.");
+            user.Answer(IDOK);
+            user.Until([&] { return user.FocusedWindow() == ::GetDlgItem(hDialog, lCutCategories); },
+                       "the categories' field");
+            user.Key(VK_ESCAPE);
+        }));
+    EXPECT_EQ(Categories(), L"Pop/Gold");
+    EXPECT_EQ(m_lModified, 0);
+}
+
+TEST_F(CutEditor, StandsInTheMiddleOfItsOwnerWithTheOwnersIcon)
+{
+    const HWND hOwner = ::CreateWindowExW(0, L"STATIC", L"Owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 300, 200,
+                                          900, 700, nullptr, nullptr, nullptr, nullptr);
+    const auto lIcon = reinterpret_cast<LPARAM>(::LoadIconW(nullptr, IDI_INFORMATION));
+    ::SendMessageW(hOwner, WM_SETICON, ICON_SMALL, lIcon);
+    WhileOpen([&] { EditCut(hOwner, *m_cCut.Get(), *m_cDataBase.Get()); },
+              [&](const User& user)
+              {
+                  const HWND hDialog = user.WaitFor(L"#32770");
+                  RECT owner{};
+                  RECT dialog{};
+                  ::GetWindowRect(hOwner, &owner);
+                  ::GetWindowRect(hDialog, &dialog);
+                  EXPECT_NEAR(owner.left + owner.right, dialog.left + dialog.right, 2);
+                  EXPECT_NEAR(owner.top + owner.bottom, dialog.top + dialog.bottom, 2);
+                  EXPECT_EQ(::SendMessageW(hDialog, WM_GETICON, ICON_SMALL, 0), lIcon);
+                  user.Key(VK_ESCAPE);
+              });
+    ::DestroyWindow(hOwner);
+}
+
 TEST_F(CutEditor, ACutThatRefusesAChangeIsAsItWasBefore)
 {
     const auto cRefusing = NewObject<HostCutObject>(L"C:\\refusing.mp3");

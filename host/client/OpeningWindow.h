@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace ravlo
+{
+
+// The controls of its dialog.
+inline constexpr int lOpeningDialog = 200;
+inline constexpr int lOpeningText = 201;
+inline constexpr int lOpeningBar = 202;
+
+// A small window that says how far a station's opening is, so that something is on the screen while a large
+// one is read. It is there as long as this lives.
+class OpeningWindow
+{
+public:
+    OpeningWindow();
+    OpeningWindow(const OpeningWindow&) = delete;
+    OpeningWindow& operator=(const OpeningWindow&) = delete;
+    ~OpeningWindow();
+
+    // lMax 0: how much there is to do is not known.
+    void Show(const std::wstring& sText, long lCount, long lMax);
+    HWND Handle() const noexcept { return m_hWindow; }
+
+private:
+    HWND m_hWindow;
+    ULONGLONG m_lShown = 0; // the tick at which something was last shown
+};
+
+} // namespace ravlo

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "host/client/OpeningWindow.h"
+
+#include "host/client/WindowActivation.h"
+#include "host/client/WindowText.h"
+
+#include <commctrl.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace ravlo::test
+{
+
+namespace
+{
+
+int PositionOf(const OpeningWindow& window)
+{
+    return static_cast<int>(::SendDlgItemMessageW(window.Handle(), lOpeningBar, PBM_GETPOS, 0, 0));
+}
+
+void RunMessages(DWORD lForMs)
+{
+    const auto lEnd = ::GetTickCount64() + lForMs;
+    while (::GetTickCount64() < lEnd)
+    {
+        MSG message;
+        while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+        {
+            ::DispatchMessageW(&message);
+        }
+        ::Sleep(5);
+    }
+}
+
+} // namespace
+
+TEST(OpeningWindow, ShowsTextAndProgressWhileItLives)
+{
+    std::optional<OpeningWindow> window(std::in_place);
+    const HWND hWindow = window->Handle();
+    EXPECT_TRUE(::IsWindowVisible(hWindow));
+    EXPECT_EQ(TextIn(::GetDlgItem(hWindow, lOpeningText)), L"Opening the station ...");
+    window->Show(L"Reading cuts", 250, 1000);
+    EXPECT_EQ(TextIn(::GetDlgItem(hWindow, lOpeningText)), L"Reading cuts");
+    EXPECT_EQ(PositionOf(*window), 250);
+    window->Show(L"At once", 251, 1000);
+    EXPECT_EQ(PositionOf(*window), 250) << "ten thousand cuts are not ten thousand pictures";
+    window.reset();
+    EXPECT_FALSE(::IsWindow(hWindow));
+}
+
+TEST(OpeningWindow, AnUnknownAmountOfWorkShowsAnEmptyBar)
+{
+    OpeningWindow window;
+    window.Show(L"Reading", 17, 0);
+    EXPECT_EQ(PositionOf(window), 0);
+}
+
+TEST(WindowActivation, TellsOnceFromTheMessageLoopWhenTheUserComesBack)
+{
+    int lTold = 0;
+    OpeningWindow window;
+    RunMessages(200); // its own coming up
+    {
+        const WindowActivation activation([&] { ++lTold; });
+        ::SendMessageW(window.Handle(), WM_ACTIVATEAPP, TRUE, 0);
+        ::SendMessageW(window.Handle(), WM_ACTIVATEAPP, TRUE, 0);
+        EXPECT_EQ(lTold, 0);
+        RunMessages(200);
+        EXPECT_EQ(lTold, 1);
+        ::SendMessageW(window.Handle(), WM_ACTIVATEAPP, FALSE, 0);
+        RunMessages(100);
+        EXPECT_EQ(lTold, 1);
+        ::SendMessageW(window.Handle(), WM_ACTIVATEAPP, TRUE, 0);
+    }
+    RunMessages(100);
+    EXPECT_EQ(lTold, 1) << "nobody listens any more";
+}
+
+TEST(WindowActivation, AFailingHandlerIsCalledAgainTheNextTime)
+{
+    int lTold = 0;
+    OpeningWindow window;
+    RunMessages(200);
+    const WindowActivation activation(
+        [&]
+        {
+            ++lTold;
+            throw 1;
+        });
+    for (int l = 1; l <= 2; ++l)
+    {
+        ::SendMessageW(window.Handle(), WM_ACTIVATEAPP, TRUE, 0);
+        RunMessages(100);
+        EXPECT_EQ(lTold, l);
+    }
+}
+
+} // namespace ravlo::test
