@@ -289,9 +289,9 @@ STDMETHODIMP SchedManFace::ShowGridCuts(IDispatch* oGrid, BSTR* strCatKey, IDisp
                              std::optional<LateBoundTree> cTree;
                              if (oTv && oImageList) // of the images only that there are any
                                  cTree.emplace(*oTv);
-                             const auto shown =
-                                 ravlo::ShowGridCuts(*m_cSchedMan, cGrid, TextOf(Out(strCatKey)),
-                                                     cTree ? &*cTree : nullptr, nullptr);
+                             const auto shown = ravlo::ShowGridCuts(
+                                 *m_cSchedMan, cGrid, TextOf(Out(strCatKey)), cTree ? &*cTree : nullptr,
+                                 &m_cWindows->LibraryProgress());
                              if (!shown)
                                  return;
                              Replace(strCatKey, shown->strCatKey);

@@ -3,6 +3,7 @@
 
 #include "com/kit/Collection.h"
 #include "scheduler/clsSchedMan.h"
+#include "ui/windows/SchedulerUi.h"
 
 #include <RavloScheduler.h>
 
@@ -79,7 +80,7 @@ private:
 
     std::shared_ptr<clsSchedMan> m_cSchedMan;
     EventSource m_cEvents;
-    std::unique_ptr<SchedulerWindows> m_cWindows;
+    std::unique_ptr<SchedulerUi> m_cWindows;
 };
 
 } // namespace ravlo

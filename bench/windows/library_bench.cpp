@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the library window costs with n cuts, beside a bare list view of the same look that shows n rows of
-// one constant text. Prints a table and exits with 1 when a ratio is above its limit.
+// one constant text; a key or a click beside the time at which one is felt. Prints a table and exits with 1
+// when a ratio is above its limit.
 #include "bench/Radio.h"
 #include "platform/windows/WindowsHostLoop.h"
 #include "platform/windows/WindowsMessages.h"
@@ -15,6 +16,7 @@
 #include <cstdio>
 #include <functional>
 #include <limits>
+#include <string>
 
 namespace ravlo::bench
 {
@@ -214,8 +216,70 @@ private:
     std::unique_ptr<SchedulerWindows> m_cUi = NewSchedulerUi(m_cSchedMan);
 };
 
+constexpr double dNoticed = 100; // milliseconds: a key or click that takes longer is felt
+
+void SetShift(bool bDown)
+{
+    BYTE keys[256];
+    ::GetKeyboardState(keys);
+    keys[VK_SHIFT] = bDown ? 0x80 : 0;
+    ::SetKeyboardState(keys);
+}
+
+// What a key or a click costs when every row is selected.
+void MeasureInput(const Station& cStation)
+{
+    const HWND hGrid = cStation.Grid();
+    RECT row{};
+    row.left = LVIR_BOUNDS;
+    ::SendMessageW(hGrid, LVM_GETITEMRECT, static_cast<WPARAM>(::SendMessageW(hGrid, LVM_GETTOPINDEX, 0, 0)),
+                   reinterpret_cast<LPARAM>(&row));
+    const LPARAM at = MAKELPARAM(row.left + 60, (row.top + row.bottom) / 2);
+    const auto key = [&](WPARAM lKey, bool bShift)
+    {
+        SetShift(bShift);
+        ::SendMessageW(hGrid, WM_KEYDOWN, lKey, 1);
+        SetShift(false);
+    };
+    struct Input
+    {
+        const char* sWhat;
+        Work work;
+    };
+    const Input inputs[] = {
+        {"click",
+         [&]
+         {
+             ::SendMessageW(hGrid, WM_LBUTTONDOWN, MK_LBUTTON, at);
+             ::SendMessageW(hGrid, WM_LBUTTONUP, 0, at);
+         }},
+        {"Home", [&] { key(VK_HOME, false); }},
+        {"End", [&] { key(VK_END, false); }},
+        {"Shift+End", [&] { key(VK_END, true); }},
+        {"Shift+Home", [&] { key(VK_HOME, true); }},
+    };
+    for (const Input& input : inputs)
+    {
+        double dBest = std::numeric_limits<double>::max();
+        for (int i = 0; i < 3; ++i)
+        {
+            cStation.Command(LibraryCommand::mnuSelectAllGrid);
+            Paint(hGrid);
+            dBest = std::min(dBest, Quickest(
+                                        [&]
+                                        {
+                                            input.work();
+                                            ::UpdateWindow(hGrid);
+                                        },
+                                        1));
+        }
+        Row((std::string("all selected, then ") + input.sWhat).c_str(), cStation.Size(), dBest, dNoticed, 1);
+    }
+}
+
 void Measure(const Station& cStation)
 {
+    MeasureInput(cStation);
     using enum LibraryCommand;
     const HWND hGrid = cStation.Grid();
     const std::int64_t lCuts = cStation.Size();

@@ -261,6 +261,71 @@ TEST_P(frmUILibTest, GridCommandsSelectRows)
     EXPECT_EQ(Form().Grid().SelectedRows().size(), 6u);
 }
 
+// ---- typing in the tree
+
+class TreeSearchTest : public frmUILibTest
+{
+protected:
+    TreeSearchTest()
+    {
+        for (const wchar_t* sName : {L"mid afternoons", L"Mid Dawns", L"middays", L"morning"})
+            window.Add(sName, sName, 1);
+        window.Show();
+    }
+    bool Type(const std::wstring& sText)
+    {
+        bool bTaken = true;
+        for (const wchar_t cTyped : sText)
+        {
+            window.cWorld.cClock.Advance(300);
+            bTaken = Form().TypeInTree(cTyped) && bTaken;
+        }
+        return bTaken;
+    }
+};
+
+TEST_P(TreeSearchTest, ABlankBelongsToTheTextThatIsBeingTyped)
+{
+    EXPECT_TRUE(Type(L"mid dawns"));
+    EXPECT_EQ(SelectedNode(), L"Mid Dawns\t0");
+    EXPECT_TRUE(Ticked().empty());
+}
+
+TEST_P(TreeSearchTest, ABlankByItselfAndOtherKeysAreNotTaken)
+{
+    EXPECT_FALSE(Form().TypeInTree(L' '));
+    EXPECT_TRUE(Type(L"mid"));
+    window.cWorld.cClock.Advance(1000);
+    EXPECT_FALSE(Form().TypeInTree(L' ')) << "a second later it ticks";
+    EXPECT_FALSE(Form().TypeInTree(L'\r'));
+    EXPECT_EQ(SelectedNode(), L"mid afternoons\t0");
+}
+
+TEST_P(TreeSearchTest, TheSameLetterGoesThroughAllThatBeginWithIt)
+{
+    std::vector<std::wstring> colSelected;
+    for (int i = 0; i < 5; ++i)
+    {
+        Type(L"m");
+        colSelected.push_back(SelectedNode());
+    }
+    EXPECT_EQ(colSelected, (Keys{L"mid afternoons\t0", L"Mid Dawns\t0", L"middays\t0", L"morning\t0",
+                                 L"mid afternoons\t0"}));
+}
+
+TEST_P(TreeSearchTest, OnlyNodesOnTheScreenAreFoundAndNoneLeavesTheSelection)
+{
+    Type(L"1");
+    EXPECT_EQ(SelectedNode(), L"ALL AUDIO\t0");
+    Form().NodeExpanded(window.Node(L"Rock", 0), true);
+    window.cWorld.cClock.Advance(2000);
+    Type(L"1");
+    EXPECT_EQ(SelectedNode(), L"Rock\t1");
+    window.cWorld.cClock.Advance(2000);
+    Type(L"zz");
+    EXPECT_EQ(SelectedNode(), L"Rock\t1");
+}
+
 // ---- refreshing, saving, reloading
 
 TEST_P(frmUILibTest, ARefreshKeepsTheSelectedNodeAndTheExpandedOnes)
@@ -466,6 +531,7 @@ TEST_P(frmUILibTest, ANewCategoryAppearsAndAGivenUpOneChangesNothing)
     Form().Do(mnuCatNew);
     EXPECT_TRUE(Form().Tree().Find(L"Pop\t1"));
     EXPECT_EQ(SelectedNode(), L"ALL AUDIO\t0");
+    EXPECT_EQ(window.cTreeView.colBrought.back(), window.Node(L"Pop", 0)) << "into view";
 }
 
 TEST_P(frmUILibTest, ANewLevelIsMadeUnderTheSelectedNodesMainCategoryAndExpanded)
@@ -1309,6 +1375,7 @@ TEST_P(DropTest, ARefreshAskedForDuringTheDragComesAfterTheDrop)
 std::string ObjectsOf(const testing::TestParamInfo<bool>& param) { return param.param ? "Fresh" : "Same"; }
 INSTANTIATE_TEST_SUITE_P(Objects, frmUILibTest, testing::Bool(), ObjectsOf);
 INSTANTIATE_TEST_SUITE_P(Objects, FailingDiskTest, testing::Bool(), ObjectsOf);
+INSTANTIATE_TEST_SUITE_P(Objects, TreeSearchTest, testing::Bool(), ObjectsOf);
 INSTANTIATE_TEST_SUITE_P(Objects, DropTest, testing::Bool(), ObjectsOf);
 
 } // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The menus of the library window, each command's wiring, and the database's news while it is open.
+#include "ui/windows/SchedulerUi.h"
 #include "windows/LibraryFixture.h"
 
 namespace ravlo::test
@@ -32,13 +33,13 @@ TEST_F(LibraryCommands, TheMenusReadAsTheyShould)
                                                             L"  Select &None",
                                                             L"  &Invert Selection",
                                                             L" Grid Selections...",
-                                                            L"  Select &All\tCtrl+A",
+                                                            L"  Select &All\t  Ctrl+A",
                                                             L"  Select &None",
                                                             L"  &Invert Grid Selection",
                                                             L"Ac&tions",
                                                             L" Reload Everything",
-                                                            L" Save / Re-Save All\tCtrl+S",
-                                                            L" Exit\tAlt+F4",
+                                                            L" Save / Re-Save All\t  Ctrl+S",
+                                                            L" Exit\t  Alt+F4",
                                                             L"&Categories",
                                                             L" Show Category UI",
                                                             L" New...",
@@ -386,6 +387,24 @@ TEST_F(LibraryCommands, NewsDuringAPopUpWaitUntilTheChoiceIsCarriedOut)
             user.Idle();
             EXPECT_EQ(Order(L"Jazz", 1), (Texts{L"Ella", L"Abba"}));
             EXPECT_EQ(Tree().size(), 10u);
+        });
+}
+
+TEST_F(LibraryCommands, AGridThatAHostFillsShowsItsProgressInTheWindow)
+{
+    FillStation();
+    cStation.Populate();
+    ProgressTarget& cProgress = static_cast<SchedulerUi&>(*cStation.cWindows).LibraryProgress();
+    cProgress.ProgressStart(L"to nobody", 3); // no window, nothing to show it
+    OpenAgain(
+        [&](const User& user)
+        {
+            cHost.Run(user, [&] { cProgress.ProgressStart(L"Populating Grid...", 3); });
+            EXPECT_EQ(Status(0), L"Populating Grid...");
+            EXPECT_TRUE(::IsWindowVisible(User::Control(hWindow, eIdProgressBar1)));
+            cHost.Run(user, [&] { cProgress.ProgressEnd(L"Showing Rock", L"Showing 6 total."); });
+            EXPECT_EQ(Status(1), L"Showing 6 total.");
+            EXPECT_FALSE(::IsWindowVisible(User::Control(hWindow, eIdProgressBar1)));
         });
 }
 

@@ -334,4 +334,206 @@ TEST_F(LibraryGrid, AHundredThousandCutsAreAskedForWhatIsPaintedAlone)
         static_cast<FakeCut&>(*cCut).OnCall = nullptr;
 }
 
+TEST_F(LibraryGrid, AnotherNodeOpensAtItsFirstRow)
+{
+    for (int i = 0; i < 500; ++i)
+        Add(std::to_wstring(i), i % 2 == 0 ? L"Even" : L"Odd", 1, L"Artist " + std::to_wstring(i));
+    Open(
+        [&](const User& user)
+        {
+            user.Key(VK_F6);
+            user.Key(VK_END);
+            ASSERT_GT(::SendMessageW(hGrid, LVM_GETTOPINDEX, 0, 0), 100);
+            Show(user, Item(L"Even"));
+            EXPECT_EQ(::SendMessageW(hGrid, LVM_GETTOPINDEX, 0, 0), 0);
+            // The same node again stays where it is.
+            user.Key(VK_F6);
+            user.Key(VK_END);
+            const LRESULT lTop = ::SendMessageW(hGrid, LVM_GETTOPINDEX, 0, 0);
+            ASSERT_GT(lTop, 100);
+            Show(user, Item(L"Even"));
+            EXPECT_EQ(::SendMessageW(hGrid, LVM_GETTOPINDEX, 0, 0), lTop);
+        });
+}
+
+TEST_F(LibraryGrid, CtrlASelectsAllRowsWhereverTheFocusIs)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            for (const HWND hFocus : {hTree, hGrid})
+            {
+                Command(LibraryCommand::mnuSelectNoneGrid);
+                user.Click(hFocus);
+                user.Key('A', VK_CONTROL);
+                EXPECT_EQ(SelectedArtists().size(), 9u);
+            }
+        });
+}
+
+TEST_F(LibraryGrid, TheFocusIsToBeSeenInAListWithoutACurrentRow)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            user.Key(VK_F6);
+            EXPECT_EQ(::SendMessageW(hGrid, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED), 0);
+            EXPECT_TRUE(SelectedArtists().empty());
+            user.Shot(hWindow, L"library-focus-in-list");
+            ClickRow(user, 3);
+            user.Click(hTree);
+            user.Shot(hWindow, L"library-selection-without-focus");
+        });
+}
+
+TEST_F(LibraryGrid, AColumnDraggedToNothingKeepsAnEdgeToTakeHoldOf)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            const RECT artist = HeaderItem(2);
+            user.Drag(Header(), {artist.right - 1, 8}, {artist.left - 60, 8});
+            user.Idle();
+            EXPECT_EQ(WidthOf(2), 12);
+        });
+    EXPECT_NE(StoredLayout().find(L"|3|Width|12|"), std::wstring::npos);
+}
+
+TEST_F(LibraryGrid, F6WithAnotherKeyIsNotTaken)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            for (const int lModifier : {VK_CONTROL, VK_SHIFT})
+            {
+                user.Key(VK_F6, lModifier);
+                EXPECT_EQ(user.FocusedWindow(), hTree);
+            }
+            user.Key(VK_F6);
+            EXPECT_EQ(user.FocusedWindow(), hGrid);
+        });
+}
+
+namespace
+{
+
+// Counts what the list reports of its rows while it exists. The list's window tells its parent.
+class RowReports
+{
+public:
+    RowReports(HostWindow& cHost, const User& user, HWND hWindow)
+        : m_cHost(cHost), m_user(user), m_hWindow(hWindow)
+    {
+        lReports = 0;
+        m_cHost.Run(m_user, [this] { ::SetWindowSubclass(m_hWindow, &RowReports::OnMessage, 77, 0); });
+    }
+    ~RowReports()
+    {
+        m_cHost.Run(m_user, [this] { ::RemoveWindowSubclass(m_hWindow, &RowReports::OnMessage, 77); });
+    }
+    RowReports(const RowReports&) = delete;
+    RowReports& operator=(const RowReports&) = delete;
+    static int Taken() { return lReports.exchange(0); }
+
+private:
+    static inline std::atomic<int> lReports = 0;
+    static LRESULT CALLBACK OnMessage(HWND hWindow, UINT lMessage, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                      DWORD_PTR) noexcept
+    {
+        if (lMessage == WM_NOTIFY)
+        {
+            const UINT lCode = reinterpret_cast<const NMHDR*>(lParam)->code;
+            lReports += lCode == LVN_ITEMCHANGED || lCode == LVN_ITEMCHANGING || lCode == LVN_ODSTATECHANGED;
+        }
+        return ::DefSubclassProc(hWindow, lMessage, wParam, lParam);
+    }
+
+    HostWindow& m_cHost;
+    const User& m_user;
+    HWND m_hWindow;
+};
+
+} // namespace
+
+// Row by row the list would freeze for seconds; in one piece there are a few reports, however many rows.
+TEST_F(LibraryGrid, ALargeSelectionIsTakenBackInOnePiece)
+{
+    constexpr int lRows = 20'000;
+    constexpr int lFew = 12;
+    for (int i = 0; i < lRows; ++i)
+        Add(std::to_wstring(i), L"Big", 1, i == 700 ? L"Xavier" : L"Artist");
+    Open(
+        [&](const User& user)
+        {
+            const auto selected = [&] { return ::SendMessageW(hGrid, LVM_GETSELECTEDCOUNT, 0, 0); };
+            const auto current = [&]
+            { return ::SendMessageW(hGrid, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED); };
+            ClickRow(user, 3);
+            const RowReports cReports(cHost, user, hWindow);
+            const auto allSelected = [&]
+            {
+                user.Key('A', VK_CONTROL);
+                ASSERT_EQ(selected(), lRows);
+                RowReports::Taken();
+            };
+            struct Case
+            {
+                const char* sWhat;
+                std::function<void()> act;
+                LRESULT lSelected;
+                LRESULT lCurrent;
+            };
+            const Case cases[] = {
+                {"click", [&] { ClickRow(user, 5); }, 1, 5},
+                {"home", [&] { user.Key(VK_HOME); }, 1, 0},
+                {"home at the first row", [&] { user.Key(VK_HOME); }, 1, 0},
+                {"up at the first row", [&] { user.Key(VK_UP); }, 1, 0},
+                {"end", [&] { user.Key(VK_END); }, 1, lRows - 1},
+                {"a letter", [&] { user.Type(L"x"); }, 1, 700},
+                {"page up", [&] { user.Key(VK_PRIOR); }, 1, -1},
+                {"shift and end",
+                 [&]
+                 {
+                     user.Key(VK_HOME);
+                     user.Key(VK_END, VK_SHIFT);
+                 },
+                 lRows, lRows - 1},
+            };
+            for (const Case& test : cases)
+            {
+                SCOPED_TRACE(test.sWhat);
+                allSelected();
+                test.act();
+                EXPECT_EQ(selected(), test.lSelected);
+                if (test.lCurrent >= 0)
+                {
+                    EXPECT_EQ(current(), test.lCurrent);
+                }
+                EXPECT_LE(RowReports::Taken(), lFew);
+            }
+        });
+}
+
+// The selection stays while a drag may begin.
+TEST_F(LibraryGrid, ALargeSelectionCanBeDragged)
+{
+    for (int i = 0; i < 2'000; ++i)
+        Add(std::to_wstring(i), L"Big", 1, L"Artist");
+    Open(
+        [&](const User& user)
+        {
+            ClickRow(user, 3);
+            user.Key('A', VK_CONTROL);
+            DragOver(user, 5, hGrid, RowAt(8));
+            EXPECT_EQ(::SendMessageW(hGrid, LVM_GETSELECTEDCOUNT, 0, 0), 2'000);
+            user.Key(VK_ESCAPE);
+            user.Release();
+            EXPECT_EQ(::SendMessageW(hGrid, LVM_GETSELECTEDCOUNT, 0, 0), 2'000);
+        });
+}
+
 } // namespace ravlo::test

@@ -217,4 +217,114 @@ TEST_F(LibraryTree, AStationThatWasEmptyIsReadAnewWhenANodeIsShown)
         });
 }
 
+TEST_F(LibraryTree, ABlankWithinATypedNameTicksNothing)
+{
+    Add(L"a", L"mid afternoons", 1, L"A");
+    Add(L"b", L"mid dawns", 1, L"B");
+    Open(
+        [&](const User& user)
+        {
+            user.Type(L"mid dawns");
+            EXPECT_EQ(SelectedNode(), L"mid dawns");
+            const Texts colNodes = Tree();
+            EXPECT_TRUE(std::none_of(colNodes.begin(), colNodes.end(),
+                                     [](const std::wstring& sNode) { return sNode.back() == L'*'; }));
+        });
+}
+
+TEST_F(LibraryTree, ALongNameLeavesCheckBoxesInSight)
+{
+    Add(L"a", L"A category whose name is much longer than the tree on the left can be wide at first", 1,
+        L"A");
+    Add(L"b", L"Rock", 1, L"B");
+    Open(
+        [&](const User& user)
+        {
+            EXPECT_EQ(::GetScrollPos(hTree, SB_HORZ), 0);
+            PartOf(Item(L"Rock"), TVHT_ONITEMSTATEICON);
+            user.Shot(hWindow, L"library-long-name");
+        });
+}
+
+TEST_F(LibraryTree, TheTreeScrollsWhileADragRestsAtItsEdge)
+{
+    for (int i = 0; i < 120; ++i)
+        Add(std::to_wstring(i), L"Category " + std::to_wstring(1000 + i), 1, L"Artist");
+    Open(
+        [&](const User& user)
+        {
+            const auto first = [&] { return NextItem(nullptr, TVGN_FIRSTVISIBLE); };
+            const HTREEITEM hFirst = first();
+            ClickRow(user, 0);
+            RECT client{};
+            ::GetClientRect(hTree, &client);
+            const POINT edge{60, client.bottom - 6};
+            DragOver(user, 0, hTree, edge);
+            user.Until([&] { return first() != hFirst; }, "the tree to scroll");
+            user.Until(
+                [&]
+                {
+                    TVHITTESTINFO hit{};
+                    hit.pt = edge;
+                    ::SendMessageW(hTree, TVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
+                    return hit.hItem && NextItem(nullptr, TVGN_DROPHILITE) == hit.hItem;
+                },
+                "the node below the pointer to be marked");
+            user.Key(VK_ESCAPE);
+            user.Release();
+        });
+}
+
+TEST_F(LibraryTree, TheMenuKeyBringsTheSelectedNodeIntoSight)
+{
+    for (int i = 0; i < 120; ++i)
+        Add(std::to_wstring(i), L"Category " + std::to_wstring(1000 + i), 1, L"Artist");
+    Open(
+        [&](const User& user)
+        {
+            ClickNode(user, Item(L"Category 1000"));
+            ::SendMessageW(hTree, WM_VSCROLL, SB_BOTTOM, 0);
+            ASSERT_LT(LabelOf(Item(L"Category 1000")).bottom, 0);
+            user.Key(VK_APPS);
+            EXPECT_EQ(PopUpItems(user).size(), 6u);
+            EXPECT_GE(LabelOf(Item(L"Category 1000")).top, 0);
+            user.Key(VK_ESCAPE);
+        });
+}
+
+TEST_F(LibraryTree, NewsKeepTicksAndTheShownNode)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            Expand(user, Item(L"Rock"));
+            Show(user, Item(L"Rock", L"1"));
+            ClickNode(user, Item(L"Jazz"));
+            ClickBox(user, Item(L"Jazz"));
+            const Texts colBefore = Tree();
+            cHost.Run(user,
+                      [&] {
+                          cStation.cDataBase->Announce(&DataBaseEvents::CutsModified,
+                                                       Cuts{cStation.cDataBase->colCuts[0]});
+                      });
+            user.Idle();
+            EXPECT_EQ(Tree(), colBefore);
+            EXPECT_EQ(Status(0), L"Showing Rock 1");
+            EXPECT_EQ(SelectedNode(), L"Jazz");
+            // A new category comes with the next news.
+            cHost.Run(user,
+                      [&]
+                      {
+                          Add(L"new", L"Pop", 1, L"Prince");
+                          cStation.cDataBase->Announce(&DataBaseEvents::CutsAdded,
+                                                       Cuts{cStation.cDataBase->colCuts.back()});
+                      });
+            user.Idle();
+            EXPECT_EQ(Tree(Item(L"Jazz")), (Texts{L"1*"}));
+            EXPECT_NO_THROW(Item(L"Pop"));
+            EXPECT_EQ(Status(0), L"Showing Rock 1");
+        });
+}
+
 } // namespace ravlo::test

@@ -299,10 +299,13 @@ TEST_F(LibraryWindow, AHostThatDestroysItsWindowTakesThisOneWithIt)
               [&](const User& user)
               {
                   const HWND hOpen = user.WaitFor(sfrmUILibClass);
+                  hGrid = User::Control(hOpen, eIdiGridLib);
+                  ::SendMessageW(hGrid, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(ListColumn(2)), 222);
                   cHost.Run(user, [&] { ::DestroyWindow(cHost.Handle()); });
                   user.WaitUntilGone(hOpen);
               });
     EXPECT_FALSE(cStation.cSchedMan->UIShowing());
+    EXPECT_NE(StoredLayout().find(L"|3|Width|222|"), std::wstring::npos) << "its columns are remembered";
 }
 
 // ---- place ----

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <string_view>
 
 namespace ravlo
 {
@@ -105,9 +106,10 @@ void CategoryTree::InvertChecks()
         entry.bChecked = !entry.bChecked;
 }
 
-std::vector<CategoryTree::Node> CategoryTree::Checked() const
+// In the order in which they are shown, those below collapsed nodes only when asked for.
+std::vector<CategoryTree::Node> CategoryTree::InOrder(bool bCollapsedToo) const
 {
-    std::vector<Node> colChecked;
+    std::vector<Node> colOrdered;
     std::vector<Node> colToVisit; // the next one is at the back
     if (!m_colNodes.empty())
         colToVisit.push_back(0);
@@ -116,11 +118,37 @@ std::vector<CategoryTree::Node> CategoryTree::Checked() const
         const Node lNode = colToVisit.back();
         colToVisit.pop_back();
         const Entry& entry = m_colNodes[lNode];
-        if (entry.bChecked && !IsRoot(lNode))
-            colChecked.push_back(lNode);
-        colToVisit.insert(colToVisit.end(), entry.colChildren.rbegin(), entry.colChildren.rend());
+        colOrdered.push_back(lNode);
+        if (bCollapsedToo || entry.bExpanded)
+            colToVisit.insert(colToVisit.end(), entry.colChildren.rbegin(), entry.colChildren.rend());
     }
+    return colOrdered;
+}
+
+std::vector<CategoryTree::Node> CategoryTree::Checked() const
+{
+    std::vector<Node> colChecked = InOrder(true);
+    std::erase_if(colChecked, [this](Node lNode) { return IsRoot(lNode) || !m_colNodes[lNode].bChecked; });
     return colChecked;
+}
+
+std::vector<CategoryTree::Node> CategoryTree::Visible() const { return InOrder(false); }
+
+std::optional<CategoryTree::Node> CategoryTree::FindText(const std::wstring& sBeginning, Node lFrom,
+                                                         bool bBehind) const
+{
+    std::vector<Node> colVisible = Visible();
+    const auto from = std::find(colVisible.begin(), colVisible.end(), lFrom);
+    if (from != colVisible.end())
+        std::rotate(colVisible.begin(), from + (bBehind ? 1 : 0), colVisible.end());
+    const auto found =
+        std::find_if(colVisible.begin(), colVisible.end(),
+                     [&](Node lNode)
+                     {
+                         const std::wstring_view sText = m_colNodes[lNode].sText;
+                         return EqualIgnoringCase(sText.substr(0, sBeginning.size()), sBeginning);
+                     });
+    return found == colVisible.end() ? std::nullopt : std::optional(*found);
 }
 
 void CategoryTree::SetExpanded(Node lNode, bool bExpanded)

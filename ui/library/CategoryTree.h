@@ -59,6 +59,12 @@ public:
     // The ticked nodes but the root, in the order in which they are shown.
     std::vector<Node> Checked() const;
 
+    // The nodes that are to be seen: those below expanded ones, in the order in which they are shown.
+    std::vector<Node> Visible() const;
+    // The first visible node whose text begins with that, without regard to case: from a node on, or behind
+    // it, and then from the root.
+    std::optional<Node> FindText(const std::wstring& sBeginning, Node lFrom, bool bBehind) const;
+
     // The root stays expanded.
     void SetExpanded(Node lNode, bool bExpanded);
     // The keys of expanded nodes, parents first.
@@ -66,6 +72,7 @@ public:
 
 private:
     void Insert(Entry& parent, Node lNode);
+    std::vector<Node> InOrder(bool bCollapsedToo) const;
 
     std::vector<Entry> m_colNodes;
     OrderedKeyedCollection<Node> m_colByKey;

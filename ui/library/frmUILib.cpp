@@ -336,6 +336,31 @@ void frmUILib::NodeExpanded(CategoryTree::Node lNode, bool bExpanded)
         m_cTree.SetExpanded(lNode, bExpanded);
 }
 
+bool frmUILib::TypeInTree(wchar_t cTyped)
+{
+    constexpr std::uint32_t lSearchMs = 1000;
+    const std::uint32_t lNow = m_cMod.Outside().cClock.TickCount();
+    const bool bGoesOn = !m_sTyped.empty() && lNow - m_lTyped < lSearchMs;
+    if (cTyped < L' ' || (cTyped == L' ' && !bGoesOn))
+        return false;
+    if (!bGoesOn)
+        m_sTyped.clear();
+    m_sTyped += cTyped;
+    m_lTyped = lNow;
+    if (m_lWorking > 0 || m_cTree.Count() == 0)
+        return true;
+    const CategoryTree::Node lFrom = m_cTreeView.Selected().value_or(0);
+    // A first letter looks behind the selected node, the next ones make sure of it. The same letter again and
+    // again goes through all that begin with it.
+    std::optional<CategoryTree::Node> lFound = m_cTree.FindText(m_sTyped, lFrom, m_sTyped.size() == 1);
+    const bool bOneLetter = m_sTyped.find_first_not_of(m_sTyped[0]) == std::wstring::npos;
+    if (!lFound && bOneLetter)
+        lFound = m_cTree.FindText(m_sTyped.substr(0, 1), lFrom, true);
+    if (lFound)
+        m_cTreeView.Select(*lFound);
+    return true;
+}
+
 void frmUILib::CheckAll(bool bCheck)
 {
     if (m_cTree.Count() != 0)

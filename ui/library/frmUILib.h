@@ -73,6 +73,8 @@ public:
     void RequestClose();
 
     clsSchedLibGrid& Grid() noexcept { return m_cGrid; }
+    // Where progress is shown.
+    ProgressTarget& Shown() noexcept { return *this; }
     const CategoryTree& Tree() const noexcept { return m_cTree; }
 
     // ---- what the user does
@@ -82,6 +84,10 @@ public:
     // A tick the user has changed. While something runs it is taken back.
     void NodeCheck(CategoryTree::Node lNode, bool bCheck);
     void NodeExpanded(CategoryTree::Node lNode, bool bExpanded);
+    // A character typed in the tree: selects the next node on the screen whose text begins with what has been
+    // typed within a second of each other. False for a key that is none of a search, as a blank is that
+    // follows no letter.
+    bool TypeInTree(wchar_t cTyped);
     // Row and column from 1, 0 for none. Asks the host to edit the cut.
     void CellDblClick(std::size_t lRow, std::size_t lCol);
     void GridDelete();
@@ -179,6 +185,8 @@ private:
     std::unique_ptr<Working> m_cDrag;
     std::unique_ptr<Busy> m_cReordering;
     std::function<void()> m_OnProgressStart; // while a command waits for the manager to begin
+    std::wstring m_sTyped;                   // in the tree
+    std::uint32_t m_lTyped = 0;              // when, by the clock's tick count
     std::ptrdiff_t m_lSteps = 0;             // places the selected rows are yet to be moved by keys
     bool m_bMovingByKeys = false;
     bool m_bRefreshOwed = false;

@@ -11,11 +11,11 @@ namespace ravlo
 namespace
 {
 
-class SchedulerUi final : public SchedulerWindows
+class Ui final : public SchedulerUi
 {
 public:
-    explicit SchedulerUi(const std::shared_ptr<clsSchedMan>& cSchedMan)
-        : m_cSchedMan(cSchedMan), m_cLibrary(cSchedMan)
+    explicit Ui(const std::shared_ptr<clsSchedMan>& cSchedMan)
+        : m_cSchedMan(cSchedMan), m_cLibrary(cSchedMan, [this] { return m_bCategoryShowing; })
     {
     }
 
@@ -24,6 +24,7 @@ public:
     void ReloadLibrary() override { m_cLibrary.Reload(); }
     void RefreshLibrary() override { m_cLibrary.Refresh(); }
     void ShowLibrary() override { m_cLibrary.Show(); }
+    ProgressTarget& LibraryProgress() override { return m_cLibrary; }
 
     std::int32_t ShowCategory(CategoryRequest& request) override
     {
@@ -42,9 +43,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<SchedulerWindows> NewSchedulerUi(const std::shared_ptr<clsSchedMan>& cSchedMan)
+std::unique_ptr<SchedulerUi> NewSchedulerUi(const std::shared_ptr<clsSchedMan>& cSchedMan)
 {
-    return std::make_unique<SchedulerUi>(cSchedMan);
+    return std::make_unique<Ui>(cSchedMan);
 }
 
 } // namespace ravlo

@@ -4,6 +4,7 @@
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Dpi.h"
 #include "ui/library/windows/FolderImages.h"
+#include "ui/library/windows/SelectionColour.h"
 
 #include <algorithm>
 #include <cstring>
@@ -102,7 +103,11 @@ void CategoryTreeWindow::ShowChecks(const CategoryTree& cTree,
     for (const CategoryTree::Node lNode : colNodes)
         if (lNode < m_hItems.size() && ShowsCheck(lNode) != cTree.At(lNode).bChecked)
             SetState(m_hItems[lNode], cTree.At(lNode).bChecked);
+    Repaint();
 }
+
+// After clicks on check boxes a tree view may leave rows painted as selected.
+void CategoryTreeWindow::Repaint() { ::InvalidateRect(m_hTree, nullptr, FALSE); }
 
 void CategoryTreeWindow::SetState(HTREEITEM hItem, bool bChecked)
 {
@@ -143,7 +148,12 @@ void CategoryTreeWindow::BringIntoView(CategoryTree::Node lNode)
     ScrollToLeft();
 }
 
-void CategoryTreeWindow::ScrollToLeft() { Send(m_hTree, WM_HSCROLL, SB_LEFT, 0); }
+// One tree view knows only the one, another only the other.
+void CategoryTreeWindow::ScrollToLeft()
+{
+    Send(m_hTree, WM_HSCROLL, SB_THUMBPOSITION, 0);
+    Send(m_hTree, WM_HSCROLL, SB_LEFT, 0);
+}
 
 std::optional<CategoryTree::Node> CategoryTreeWindow::Selected() const
 {
@@ -190,6 +200,18 @@ std::vector<CategoryTree::Node> CategoryTreeWindow::CheckedByUser() const
         if (ShowsCheck(lNode) != m_cTree->At(lNode).bChecked)
             colNodes.push_back(lNode);
     return colNodes;
+}
+
+LRESULT CategoryTreeWindow::OnCustomDraw(NMTVCUSTOMDRAW& draw) const
+{
+    if (draw.nmcd.dwDrawStage == CDDS_PREPAINT)
+        return ::GetFocus() != m_hTree ? CDRF_NOTIFYITEMDRAW : CDRF_DODEFAULT;
+    if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT && (draw.nmcd.uItemState & CDIS_SELECTED) != 0)
+    {
+        draw.clrText = ::GetSysColor(COLOR_WINDOWTEXT);
+        draw.clrTextBk = UnfocusedSelection();
+    }
+    return CDRF_DODEFAULT;
 }
 
 RECT CategoryTreeWindow::LabelOf(CategoryTree::Node lNode) const

@@ -10,6 +10,8 @@
 #include <vector>
 #include <windows.h>
 
+#include <commctrl.h>
+
 namespace ravlo
 {
 
@@ -44,9 +46,11 @@ public:
     // The nodes whose box shows something else than the tree has: what the user has clicked.
     std::vector<CategoryTree::Node> CheckedByUser() const;
     bool ShowsCheck(CategoryTree::Node lNode) const;
+    LRESULT OnCustomDraw(NMTVCUSTOMDRAW& draw) const;
     // Where a node's label is on the screen.
     RECT LabelOf(CategoryTree::Node lNode) const;
 
+    void Repaint();
     // Back to the left edge, where check boxes and expanders are.
     void ScrollToLeft();
 

@@ -56,12 +56,17 @@ HGLOBAL CopyOf(const void* pBytes, std::size_t lBytes)
     return hMemory;
 }
 
-HGLOBAL AnsiCopyOf(const std::wstring& sText)
+HGLOBAL AnsiCopyOf(const std::wstring& sText) noexcept
 {
     const int lBytes = ::WideCharToMultiByte(CP_ACP, 0, sText.c_str(), -1, nullptr, 0, nullptr, nullptr);
-    std::string sAnsi(static_cast<std::size_t>(lBytes), '\0');
-    ::WideCharToMultiByte(CP_ACP, 0, sText.c_str(), -1, sAnsi.data(), lBytes, nullptr, nullptr);
-    return CopyOf(sAnsi.data(), sAnsi.size());
+    const HGLOBAL hMemory = ::GlobalAlloc(GMEM_MOVEABLE, static_cast<std::size_t>(lBytes));
+    if (void* pMemory = hMemory ? ::GlobalLock(hMemory) : nullptr)
+    {
+        ::WideCharToMultiByte(CP_ACP, 0, sText.c_str(), -1, static_cast<char*>(pMemory), lBytes, nullptr,
+                              nullptr);
+        ::GlobalUnlock(hMemory);
+    }
+    return hMemory;
 }
 
 // A text, in both forms of plain text.
@@ -149,37 +154,63 @@ public:
 
     STDMETHODIMP DragEnter(IDataObject* pData, DWORD lKeys, POINTL point, DWORD* pEffect) override
     {
-        m_sText = pData ? TextIn(*pData) : std::wstring();
-        return DragOver(lKeys, point, pEffect);
+        return Guard([&] { m_sText = pData ? TextIn(*pData) : std::wstring(); }, pEffect) == S_OK
+                   ? DragOver(lKeys, point, pEffect)
+                   : E_UNEXPECTED;
     }
     STDMETHODIMP DragOver(DWORD, POINTL point, DWORD* pEffect) override
     {
-        const bool bTaken = !m_sText.empty() && m_cSite.DragOver({point.x, point.y}, m_sText);
-        // What becomes of the cuts is asked after the drop: any effect the source allows will do.
-        *pEffect &= bTaken ? DWORD{DROPEFFECT_MOVE | DROPEFFECT_COPY} : DWORD{DROPEFFECT_NONE};
-        if ((*pEffect & DROPEFFECT_MOVE) != 0)
-            *pEffect = DROPEFFECT_MOVE;
-        return S_OK;
+        return Guard(
+            [&]
+            {
+                const bool bTaken = !m_sText.empty() && m_cSite.DragOver({point.x, point.y}, m_sText);
+                // What becomes of the cuts is asked after the drop: any effect the source allows will do.
+                *pEffect &= bTaken ? DWORD{DROPEFFECT_MOVE | DROPEFFECT_COPY} : DWORD{DROPEFFECT_NONE};
+                if ((*pEffect & DROPEFFECT_MOVE) != 0)
+                    *pEffect = DROPEFFECT_MOVE;
+            },
+            pEffect);
     }
     STDMETHODIMP DragLeave() override
     {
         m_sText.clear();
-        m_cSite.DragLeft();
-        return S_OK;
+        return Guard([&] { m_cSite.DragLeft(); }, nullptr);
     }
     STDMETHODIMP Drop(IDataObject*, DWORD lKeys, POINTL point, DWORD* pEffect) override
     {
         DragOver(lKeys, point, pEffect);
-        const std::wstring sText = std::exchange(m_sText, {});
-        m_cSite.DragLeft();
-        if (*pEffect != DROPEFFECT_NONE)
-            m_cSite.Dropped({point.x, point.y}, sText);
-        // The rows stay where they are until the drop is carried out: the source has nothing to delete.
-        *pEffect &= DWORD{DROPEFFECT_COPY};
-        return S_OK;
+        return Guard(
+            [&]
+            {
+                const std::wstring sText = std::exchange(m_sText, {});
+                m_cSite.DragLeft();
+                if (*pEffect != DROPEFFECT_NONE)
+                    m_cSite.Dropped({point.x, point.y}, sText);
+                // The rows stay where they are until the drop is carried out: the source has nothing to
+                // delete.
+                *pEffect &= DWORD{DROPEFFECT_COPY};
+            },
+            pEffect);
     }
 
 private:
+    // No exception goes to whoever drags.
+    template <class Body> HRESULT Guard(Body&& body, DWORD* pEffect) noexcept
+    {
+        try
+        {
+            body();
+            return S_OK;
+        }
+        catch (...)
+        {
+            m_cSite.OnException();
+            if (pEffect)
+                *pEffect = DROPEFFECT_NONE;
+            return E_UNEXPECTED;
+        }
+    }
+
     DropSite& m_cSite;
     std::wstring m_sText; // of what is dragged over the window
 };

@@ -18,6 +18,8 @@ public:
     virtual bool DragOver(POINT point, const std::wstring& sText) = 0;
     virtual void DragLeft() = 0;
     virtual void Dropped(POINT point, const std::wstring& sText) = 0;
+    // One of these has thrown. Called inside the catch block.
+    virtual void OnException() noexcept = 0;
 };
 
 // Makes a window a drop target while it lives. The site must outlive it.

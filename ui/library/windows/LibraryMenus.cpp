@@ -36,6 +36,7 @@ HMENU AddSubMenu(HMENU hMenu, const wchar_t* sCaption)
 
 } // namespace
 
+// The blanks in front of the keys keep them apart from the captions on systems that leave no room there.
 UniqueMenu LibraryMenuBar()
 {
     UniqueMenu hBar(::CreateMenu());
@@ -45,13 +46,13 @@ UniqueMenu LibraryMenuBar()
     Add(mnuTree, mnuSelectNoneTree, L"Select &None");
     Add(mnuTree, mnuSelectInvertTree, L"&Invert Selection");
     const HMENU mnuGrid = AddSubMenu(mnuEdit, L"Grid Selections...");
-    Add(mnuGrid, mnuSelectAllGrid, L"Select &All\tCtrl+A");
+    Add(mnuGrid, mnuSelectAllGrid, L"Select &All\t  Ctrl+A");
     Add(mnuGrid, mnuSelectNoneGrid, L"Select &None");
     Add(mnuGrid, mnuInvertSelectionGrid, L"&Invert Grid Selection");
     const HMENU mnuSchedLib = AddSubMenu(hBar.get(), L"Ac&tions");
     Add(mnuSchedLib, mnuReloadAll, L"Reload Everything");
-    Add(mnuSchedLib, mnuSave, L"Save / Re-Save All\tCtrl+S");
-    Add(mnuSchedLib, mnuExit, L"Exit\tAlt+F4");
+    Add(mnuSchedLib, mnuSave, L"Save / Re-Save All\t  Ctrl+S");
+    Add(mnuSchedLib, mnuExit, L"Exit\t  Alt+F4");
     const HMENU mnuCats = AddSubMenu(hBar.get(), L"&Categories");
     Add(mnuCats, mnuCatUI, L"Show Category UI");
     const HMENU mnuCatNewMain = AddSubMenu(mnuCats, L"New...");
@@ -78,6 +79,7 @@ UniqueAccelerators LibraryAccelerators()
     // Alt+F4 is here because not every tree view hands it on.
     ACCEL keys[] = {{FVIRTKEY, VK_F1, static_cast<WORD>(IdOf(mnuHelp))},
                     {FVIRTKEY | FALT, VK_F4, static_cast<WORD>(IdOf(mnuExit))},
+                    {FVIRTKEY | FCONTROL, 'A', static_cast<WORD>(IdOf(mnuSelectAllGrid))},
                     {FVIRTKEY | FCONTROL, 'S', static_cast<WORD>(IdOf(mnuSave))}};
     return UniqueAccelerators(::CreateAcceleratorTableW(keys, ARRAYSIZE(keys)));
 }

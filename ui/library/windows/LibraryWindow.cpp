@@ -6,6 +6,7 @@
 #include "ui/library/windows/frmUILibWindow.h"
 
 #include <ole2.h>
+#include <utility>
 
 namespace ravlo
 {
@@ -29,8 +30,8 @@ private:
 
 struct LibraryWindow::Made
 {
-    explicit Made(const std::shared_ptr<clsSchedMan>& cSchedMan)
-        : cWindow(::GetActiveWindow(), cSchedMan->Mod())
+    Made(const std::shared_ptr<clsSchedMan>& cSchedMan, const std::function<bool()>& CategoryShowing)
+        : cWindow(::GetActiveWindow(), cSchedMan->Mod(), CategoryShowing)
     {
         Form().SetSchedMan(cSchedMan);
     }
@@ -40,7 +41,10 @@ struct LibraryWindow::Made
     frmUILibWindow cWindow;
 };
 
-LibraryWindow::LibraryWindow(std::weak_ptr<clsSchedMan> cSchedMan) : m_cSchedMan(std::move(cSchedMan)) {}
+LibraryWindow::LibraryWindow(std::weak_ptr<clsSchedMan> cSchedMan, std::function<bool()> CategoryShowing)
+    : m_cSchedMan(std::move(cSchedMan)), m_CategoryShowing(std::move(CategoryShowing))
+{
+}
 LibraryWindow::~LibraryWindow() = default;
 
 bool LibraryWindow::Showing() const noexcept { return m_cMade && m_cMade->Form().Showing(); }
@@ -53,7 +57,7 @@ void LibraryWindow::Make()
     if (m_cMade)
         m_cMade->Form().SetSchedMan(nullptr); // it may live a little longer, and is told of nothing any more
     m_cMade.reset();
-    m_cMade = std::make_shared<Made>(cSchedMan);
+    m_cMade = std::make_shared<Made>(cSchedMan, m_CategoryShowing);
 }
 
 void LibraryWindow::Reload()
@@ -72,6 +76,24 @@ void LibraryWindow::Refresh()
 {
     if (const std::shared_ptr<Made> cMade = m_cMade)
         cMade->Form().RequestRefresh();
+}
+
+void LibraryWindow::ProgressStart(const std::wstring& sReason, std::int32_t lMax)
+{
+    if (Showing())
+        m_cMade->Form().Shown().ProgressStart(sReason, lMax);
+}
+
+void LibraryWindow::Progress(const std::wstring& sText, std::int32_t lValue)
+{
+    if (Showing())
+        m_cMade->Form().Shown().Progress(sText, lValue);
+}
+
+void LibraryWindow::ProgressEnd(const std::wstring& sFirst, const std::wstring& sSecond)
+{
+    if (Showing())
+        m_cMade->Form().Shown().ProgressEnd(sFirst, sSecond);
 }
 
 void LibraryWindow::Show()

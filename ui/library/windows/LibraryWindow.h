@@ -2,19 +2,24 @@
 #pragma once
 
 #include "scheduler/clsSchedMan.h"
+#include "ui/library/LibraryTargets.h"
 
+#include <cstdint>
+#include <functional>
 #include <memory>
+#include <string>
 
 namespace ravlo
 {
 
 // The library window of one manager, which is held weakly: made when it is needed, hidden or shown, and gone
 // after it was closed.
-class LibraryWindow
+class LibraryWindow : public ProgressTarget
 {
 public:
-    explicit LibraryWindow(std::weak_ptr<clsSchedMan> cSchedMan);
-    ~LibraryWindow();
+    // CategoryShowing tells whether the category window is open.
+    LibraryWindow(std::weak_ptr<clsSchedMan> cSchedMan, std::function<bool()> CategoryShowing);
+    ~LibraryWindow() override;
     LibraryWindow(const LibraryWindow&) = delete;
     LibraryWindow& operator=(const LibraryWindow&) = delete;
 
@@ -27,6 +32,11 @@ public:
     // Shows it until it is closed; brings one that is showing to the front.
     void Show();
 
+    // Shown by the window while one is open.
+    void ProgressStart(const std::wstring& sReason, std::int32_t lMax) override;
+    void Progress(const std::wstring& sText, std::int32_t lValue) override;
+    void ProgressEnd(const std::wstring& sFirst, const std::wstring& sSecond) override;
+
 private:
     class Surroundings;
     struct Made;
@@ -34,6 +44,7 @@ private:
     void Make();
 
     std::weak_ptr<clsSchedMan> m_cSchedMan;
+    std::function<bool()> m_CategoryShowing;
     // Held as well by whoever works in it: the host, called meanwhile, may show another one or let go of all.
     std::shared_ptr<Made> m_cMade;
 };

@@ -3,11 +3,14 @@
 
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Dpi.h"
+#include "ui/library/windows/SchedLibGridParts.h"
+#include "ui/library/windows/SelectionColour.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cwchar>
+#include <utility>
 
 namespace ravlo
 {
@@ -19,21 +22,6 @@ constexpr int lScrollZone = 18;            // at 96 dpi, along the upper and low
 constexpr std::size_t lCountedColumns = 2; // position and identifier
 constexpr int lLineWidth = 2;
 constexpr int lCellMargins = 14; // at 96 dpi, left and right of a text together
-
-// The list paints nothing while one exists: changing many rows would repaint at each.
-class PaintingOff
-{
-public:
-    explicit PaintingOff(SchedLibGridView& cView) : m_cView(cView) { m_cView.SetRedraw(false); }
-    ~PaintingOff() { m_cView.SetRedraw(true); }
-    PaintingOff(const PaintingOff&) = delete;
-    PaintingOff& operator=(const PaintingOff&) = delete;
-
-private:
-    SchedLibGridView& m_cView;
-};
-
-int AsRow(std::size_t lRow) { return static_cast<int>(lRow); }
 
 // The list draws the texts of its first column at the left, whatever is asked for, and screen readers call a
 // row by it: so that one is the artist, which is shown third.
@@ -55,6 +43,7 @@ SchedLibGridWindow::SchedLibGridWindow(HWND hParent, int lId)
 {
     constexpr DWORD lStyle = LVS_EX_FULLROWSELECT | LVS_EX_HEADERDRAGDROP | LVS_EX_DOUBLEBUFFER;
     Send(LVM_SETEXTENDEDLISTVIEWSTYLE, lStyle, lStyle);
+    Subclass();
 }
 
 LRESULT SchedLibGridWindow::Send(UINT lMessage, WPARAM wParam, LPARAM lParam) const
@@ -77,8 +66,11 @@ void SchedLibGridWindow::SetRedraw(bool bRedraw)
     if (bRedraw ? m_lRedrawOff > 0 : m_lRedrawOff > 1)
         return;
     Send(WM_SETREDRAW, bRedraw);
-    if (bRedraw)
-        ::InvalidateRect(m_hList, nullptr, TRUE);
+    if (!bRedraw)
+        return;
+    if (std::exchange(m_bToTop, false)) // a list that paints nothing does not scroll either
+        SetTopRow(0);
+    ::InvalidateRect(m_hList, nullptr, TRUE);
 }
 
 // ---- columns ----
@@ -185,6 +177,7 @@ void SchedLibGridWindow::SetRowCount(std::size_t lRows)
     // By way of no rows: what was selected, current and scrolled to is forgotten.
     Send(LVM_SETITEMCOUNT, 0);
     Send(LVM_SETITEMCOUNT, lRows);
+    m_bToTop = true; // not every list view forgets where it was scrolled to
 }
 
 void SchedLibGridWindow::SetState(int lRow, UINT lState, UINT lMask)
@@ -272,23 +265,40 @@ LRESULT SchedLibGridWindow::OnGetDispInfo(NMLVDISPINFOW& info) const
     return 0;
 }
 
-LRESULT SchedLibGridWindow::OnFindItem(const NMLVFINDITEMW& find) const
+LRESULT SchedLibGridWindow::OnFindItem(const NMLVFINDITEMW& find)
 {
     if ((find.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) == 0 || !find.lvfi.psz)
         return -1;
     const std::optional<std::size_t> lRow =
         FindRow(find.lvfi.psz, static_cast<std::size_t>(std::max(find.iStart, 0)));
+    if (lRow && ManySelected()) // the list selects that row alone then
+        SelectAll(false);
     return lRow ? AsRow(*lRow) : -1;
 }
 
-LRESULT SchedLibGridWindow::OnCustomDraw(const NMLVCUSTOMDRAW& draw) const
+LRESULT SchedLibGridWindow::OnCustomDraw(NMLVCUSTOMDRAW& draw) const
 {
-    if (draw.nmcd.dwDrawStage == CDDS_PREPAINT)
-        return m_lInsertBefore ? CDRF_NOTIFYPOSTPAINT : CDRF_DODEFAULT;
-    if (draw.nmcd.dwDrawStage == CDDS_POSTPAINT && m_lInsertBefore)
-        if (const std::optional<RECT> line = LineAt(*m_lInsertBefore))
-            ::FillRect(draw.nmcd.hdc, &*line, ::GetSysColorBrush(COLOR_HIGHLIGHT));
-    return CDRF_DODEFAULT;
+    switch (draw.nmcd.dwDrawStage)
+    {
+    case CDDS_PREPAINT:
+        return (m_lInsertBefore ? CDRF_NOTIFYPOSTPAINT : CDRF_DODEFAULT) |
+               (::GetFocus() != m_hList ? CDRF_NOTIFYITEMDRAW : CDRF_DODEFAULT);
+    case CDDS_ITEMPREPAINT:
+        if (Send(LVM_GETITEMSTATE, draw.nmcd.dwItemSpec, LVIS_SELECTED) == LVIS_SELECTED)
+        {
+            draw.nmcd.uItemState &= ~UINT{CDIS_SELECTED};
+            draw.clrText = ::GetSysColor(COLOR_WINDOWTEXT);
+            draw.clrTextBk = UnfocusedSelection();
+        }
+        return CDRF_DODEFAULT;
+    case CDDS_POSTPAINT:
+        if (m_lInsertBefore)
+            if (const std::optional<RECT> line = LineAt(*m_lInsertBefore))
+                ::FillRect(draw.nmcd.hdc, &*line, ::GetSysColorBrush(COLOR_HIGHLIGHT));
+        return CDRF_DODEFAULT;
+    default:
+        return CDRF_DODEFAULT;
+    }
 }
 
 // ---- during a drag ----
@@ -341,26 +351,28 @@ void SchedLibGridWindow::ShowInsertionLine(std::optional<std::size_t> lBefore)
     InvalidateLine();
 }
 
-void SchedLibGridWindow::DragTick(POINT onScreen)
+bool SchedLibGridWindow::DragTick(POINT onScreen)
 {
     POINT point = onScreen;
     ::ScreenToClient(m_hList, &point);
     RECT client{};
     ::GetClientRect(m_hList, &client);
     if (!::PtInRect(&client, point) || RowCount() == 0)
-        return;
+        return false;
     RECT top{};
     top.left = LVIR_BOUNDS;
-    Send(LVM_GETITEMRECT, TopRow(), reinterpret_cast<LPARAM>(&top));
+    const std::size_t lTop = TopRow();
+    Send(LVM_GETITEMRECT, lTop, reinterpret_cast<LPARAM>(&top));
     const LONG lHeight = top.bottom - top.top;
     const int lZone = Scaled(lScrollZone, m_lDpi);
-    if (point.y < top.top + lZone && TopRow() > 0)
+    if (point.y < top.top + lZone && lTop > 0)
         Send(LVM_SCROLL, 0, -lHeight);
     else if (point.y > client.bottom - lZone)
         Send(LVM_SCROLL, 0, lHeight);
-    else
-        return;
+    if (TopRow() == lTop)
+        return false;
     ::InvalidateRect(m_hList, nullptr, TRUE); // the line has scrolled along
+    return true;
 }
 
 } // namespace ravlo

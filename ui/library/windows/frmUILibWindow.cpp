@@ -7,6 +7,7 @@
 #include "ui/controls/windows/PlaceMemory.h"
 #include "ui/library/windows/ControlIds.h"
 #include "ui/library/windows/LibraryMenus.h"
+#include "ui/library/windows/frmUILibMessages.h"
 
 #include <utility>
 #include <windowsx.h>
@@ -30,82 +31,16 @@ constexpr const wchar_t* sPlaceKey = L"frmUILibPlace";
 constexpr std::int32_t lFirstTree = 4500; // twips: 300 pixels at 96 dpi
 constexpr const wchar_t* sSplitId = L"SplitPanelSchedLib";
 
-// What is not done inside a control's own message is posted: it may fill that control anew.
-enum PostedMessage : UINT
-{
-    ePostedChecks = WM_APP + 1, // ticks may have changed
-    ePostedShowNode,
-    ePostedExpandRoot,
-    ePostedEdit, // row and column from 1
-    ePostedDrag,
-    ePostedDropped,
-    ePostedRepaint,
-};
-
-enum TimerId : UINT_PTR
-{
-    eTimerGrey = 1,
-    eTimerDrag,
-    eTimerRefresh,
-};
-constexpr UINT lGreyDelay = 150; // milliseconds: short commands do not flicker
-constexpr UINT lDragTick = 60;
+constexpr UINT lGreyDelay = 150;   // milliseconds: short commands do not flicker
 constexpr UINT lRefreshDelay = 50; // a timer's message comes after all that the user does
-
-bool Down(int lKey) { return ::GetKeyState(lKey) < 0; }
 
 } // namespace
 
-class frmUILibWindow::TreeSite final : public DropSite
-{
-public:
-    explicit TreeSite(frmUILibWindow& cWindow) : m_cWindow(cWindow) {}
-    bool DragOver(POINT point, const std::wstring& sText) override
-    {
-        const bool bOwn = m_cWindow.m_bDragging && sText == sGridPayload;
-        const auto hit = bOwn ? m_cWindow.m_cTree->HitTest(point) : std::nullopt;
-        m_cWindow.m_cTree->ShowDropTarget(hit ? std::optional(hit->lNode) : std::nullopt);
-        return hit.has_value();
-    }
-    void DragLeft() override { m_cWindow.m_cTree->ShowDropTarget(std::nullopt); }
-    void Dropped(POINT point, const std::wstring& sText) override
-    {
-        if (const auto hit = m_cWindow.m_cTree->HitTest(point))
-            m_cWindow.OnDropped({true, m_cWindow.m_cForm->Tree().At(hit->lNode).sKey, std::nullopt, sText});
-    }
-
-private:
-    frmUILibWindow& m_cWindow;
-};
-
-// Takes any text: what was not dragged in this window is refused with a box.
-class frmUILibWindow::GridSite final : public DropSite
-{
-public:
-    explicit GridSite(frmUILibWindow& cWindow) : m_cWindow(cWindow) {}
-    bool DragOver(POINT point, const std::wstring&) override
-    {
-        const clsSchedLibGrid& cGrid = m_cWindow.m_cForm->Grid();
-        const std::optional<std::size_t> lRow = m_cWindow.m_cGrid->DropRow(point);
-        const bool bLine = m_cWindow.m_bDragging && cGrid.DropWouldMove(lRow);
-        m_cWindow.m_cGrid->ShowInsertionLine(bLine ? std::optional(lRow.value_or(cGrid.RowCount()))
-                                                   : std::nullopt);
-        return true;
-    }
-    void DragLeft() override { m_cWindow.m_cGrid->ShowInsertionLine(std::nullopt); }
-    void Dropped(POINT point, const std::wstring& sText) override
-    {
-        m_cWindow.OnDropped({false, L"", m_cWindow.m_cGrid->DropRow(point), sText});
-    }
-
-private:
-    frmUILibWindow& m_cWindow;
-};
-
 // ---- making ----
 
-frmUILibWindow::frmUILibWindow(HWND hOwner, ModScheduler& cMod)
-    : Window(sfrmUILibClass), m_cMod(cMod), m_hAccelerators(LibraryAccelerators())
+frmUILibWindow::frmUILibWindow(HWND hOwner, ModScheduler& cMod, std::function<bool()> CategoryShowing)
+    : Window(sfrmUILibClass), m_cMod(cMod), m_CategoryShowing(std::move(CategoryShowing)),
+      m_hAccelerators(LibraryAccelerators())
 {
     UniqueMenu hMenu = LibraryMenuBar();
     WindowStart start;
@@ -122,10 +57,7 @@ frmUILibWindow::frmUILibWindow(HWND hOwner, ModScheduler& cMod)
     { return m_cForm->Grid().CellText(lRow, lColumn); };
     m_cGrid->FindRow = [this](const std::wstring& sBeginning, std::size_t lStart)
     { return m_cForm->Grid().FindRow(sBeginning, lStart); };
-    m_cTreeSite = std::make_unique<TreeSite>(*this);
-    m_cGridSite = std::make_unique<GridSite>(*this);
-    m_cRegistrations.push_back(std::make_unique<DropRegistration>(m_cTree->Handle(), *m_cTreeSite));
-    m_cRegistrations.push_back(std::make_unique<DropRegistration>(m_cGrid->Handle(), *m_cGridSite));
+    TakeDrops();
     SetLook(DpiOf(Handle()));
     const SIZE first = {Scaled(lFirstWidth, m_lDpi), Scaled(lFirstHeight, m_lDpi)};
     m_lShow = RestorePlace(Handle(), m_cMod.Outside().cUserSettings, sPlaceKey, first);
@@ -211,6 +143,14 @@ LRESULT frmUILibWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
         return 0;
     case WM_TIMER:
         OnTimer(wParam);
+        return 0;
+    case WM_INITMENUPOPUP:
+        // It shows once: from a library window that it has opened itself it cannot be opened again.
+        ::EnableMenuItem(reinterpret_cast<HMENU>(wParam), static_cast<UINT>(IdOf(LibraryCommand::mnuCatUI)),
+                         m_CategoryShowing() ? MF_GRAYED : MF_ENABLED);
+        return 0;
+    case WM_DESTROY:
+        LetGo(); // with the owner the controls go as well
         return 0;
     case WM_SETCURSOR:
         if (m_bBusy && !m_bDragging)
@@ -313,6 +253,8 @@ LRESULT frmUILibWindow::OnTreeNotify(const NMHDR& header, LPARAM lParam)
         if (reinterpret_cast<const NMTVKEYDOWN*>(lParam)->wVKey == VK_SPACE)
             ::PostMessageW(Handle(), ePostedChecks, 0, 0);
         return 0;
+    case NM_CUSTOMDRAW:
+        return m_cTree->OnCustomDraw(*reinterpret_cast<NMTVCUSTOMDRAW*>(lParam));
     case TVN_ITEMEXPANDINGW:
     case TVN_ITEMEXPANDEDW:
         return OnExpanded(*reinterpret_cast<const NMTREEVIEWW*>(lParam));
@@ -354,8 +296,12 @@ LRESULT frmUILibWindow::OnGridNotify(const NMHDR& header, LPARAM lParam)
     case LVN_ODFINDITEMW:
         return m_cGrid->OnFindItem(*reinterpret_cast<const NMLVFINDITEMW*>(lParam));
     case NM_CUSTOMDRAW:
-        return m_cGrid->OnCustomDraw(*reinterpret_cast<const NMLVCUSTOMDRAW*>(lParam));
+        return m_cGrid->OnCustomDraw(*reinterpret_cast<NMLVCUSTOMDRAW*>(lParam));
+    case NM_SETFOCUS:
+        m_cGrid->OnFocus();
+        return 0;
     case LVN_BEGINDRAG:
+        m_cGrid->OnBeginDrag();
         ::PostMessageW(Handle(), ePostedDrag, 0, 0);
         return 0;
     case NM_DBLCLK:
@@ -377,7 +323,10 @@ void frmUILibWindow::OnContextMenu(HWND hControl, POINT onScreen)
         return;
     const bool bByKeyboard = onScreen.x == -1 && onScreen.y == -1;
     if (bByKeyboard && lSelected)
+    {
+        m_cTree->BringIntoView(*lSelected);
         onScreen = {m_cTree->LabelOf(*lSelected).left, m_cTree->LabelOf(*lSelected).bottom};
+    }
     ::TrackPopupMenuEx(CategoriesMenu(::GetMenu(Handle())), TPM_RIGHTBUTTON, static_cast<int>(onScreen.x),
                        static_cast<int>(onScreen.y), Handle(), nullptr);
 }
@@ -386,6 +335,7 @@ void frmUILibWindow::CompareChecks()
 {
     for (const CategoryTree::Node lNode : m_cTree->CheckedByUser())
         m_cForm->NodeCheck(lNode, m_cTree->ShowsCheck(lNode));
+    m_cTree->Repaint();
 }
 
 // The focus comes back to where it was when the window was left. Greyed, no control has it: then to where it
@@ -398,86 +348,7 @@ void frmUILibWindow::OnActivate(bool bActive)
         ::SetFocus(m_hFocus);
 }
 
-// ---- the keyboard ----
-
-bool frmUILibWindow::OnKey(const MSG& message)
-{
-    if (message.message != WM_KEYDOWN && message.message != WM_SYSKEYDOWN)
-        return false;
-    const bool bInTree = message.hwnd == m_cTree->Handle();
-    if (message.wParam == VK_F6)
-    {
-        ::SetFocus(bInTree ? m_cGrid->Handle() : m_cTree->Handle());
-        return true;
-    }
-    const bool bAlt = message.message == WM_SYSKEYDOWN;
-    const bool bControl = Down(VK_CONTROL) && !Down(VK_MENU); // both are AltGr, which types
-    if (bInTree && !bAlt)
-        return OnTreeKey(message.wParam, bControl);
-    if (message.hwnd != m_cGrid->Handle())
-        return false;
-    if (!bAlt)
-        return OnGridKey(message.wParam, bControl);
-    if (message.wParam != VK_UP && message.wParam != VK_DOWN)
-        return false;
-    // Else the system takes Alt for pressed alone, and opens the menu when it is released.
-    ::DefWindowProcW(message.hwnd, message.message, message.wParam, message.lParam);
-    m_cForm->MoveSelected(message.wParam == VK_UP);
-    return true;
-}
-
-bool frmUILibWindow::OnTreeKey(WPARAM lKey, bool bControl)
-{
-    if (lKey == VK_RETURN)
-        m_cForm->ShowSelectedNode();
-    else if (bControl && lKey == 'V')
-    {
-        const Raised cByKeyboard(m_bByKeyboard);
-        m_cForm->Paste();
-    }
-    else
-        return false;
-    return true;
-}
-
-bool frmUILibWindow::OnGridKey(WPARAM lKey, bool bControl)
-{
-    if (lKey == VK_RETURN)
-        m_cForm->CellDblClick(static_cast<std::size_t>(m_cForm->Grid().CurrentRow()), 1);
-    else if (lKey == VK_DELETE)
-        m_cForm->GridDelete();
-    else if (bControl && lKey == 'A')
-        m_cForm->Do(LibraryCommand::mnuSelectAllGrid);
-    else if (bControl && (lKey == 'C' || lKey == 'X'))
-        m_cForm->CopySelection();
-    else
-        return false;
-    return true;
-}
-
-// ---- drag and drop ----
-
-void frmUILibWindow::RunDrag()
-{
-    if (m_bDragging || !Down(VK_LBUTTON) || !m_cForm->DragStarted())
-        return;
-    m_drop.reset();
-    {
-        const Raised cDragging(m_bDragging);
-        ::SetTimer(Handle(), eTimerDrag, lDragTick, nullptr);
-        DragText(sGridPayload);
-        ::KillTimer(Handle(), eTimerDrag);
-    }
-    m_cForm->DragCompleted(std::exchange(m_drop, std::nullopt));
-}
-
-// What the user is asked or told about a drop comes when the drag has ended.
-void frmUILibWindow::OnDropped(frmUILib::Drop drop)
-{
-    m_drop = std::move(drop);
-    if (!m_bDragging)
-        ::PostMessageW(Handle(), ePostedDropped, 0, 0);
-}
+// ---- timers ----
 
 void frmUILibWindow::OnTimer(UINT_PTR lTimer)
 {
@@ -493,11 +364,7 @@ void frmUILibWindow::OnTimer(UINT_PTR lTimer)
         m_cForm->RequestRefresh();
         return;
     }
-    POINT point{};
-    ::GetCursorPos(&point);
-    if (const std::optional<CategoryTree::Node> lOpened = m_cTree->DragTick(point))
-        m_cForm->NodeExpanded(*lOpened, true);
-    m_cGrid->DragTick(point);
+    OnDragTick();
 }
 
 // ---- what the presenter asks of the window ----
@@ -565,10 +432,18 @@ void frmUILibWindow::ShowModal()
     // so.
     m_bPlaced = true;
     LayOut();
+    m_cTree->ScrollToLeft(); // nodes selected before there was any width have been scrolled to
     ::SetForegroundWindow(Handle());
     ::SetFocus(m_cTree->Handle());
     m_cLoop->Run();
-    if (!Handle())
+    LetGo();
+}
+
+// The window is about to go: what it looks like is remembered when it has been shown, once.
+void frmUILibWindow::LetGo()
+{
+    m_cRegistrations.clear();
+    if (!std::exchange(m_bPlaced, false) || !Handle())
         return;
     m_cForm->Closing();
     m_cSplit->Panel().GoOutOfView();

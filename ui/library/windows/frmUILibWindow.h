@@ -12,6 +12,7 @@
 #include "ui/library/windows/SchedLibGridWindow.h"
 #include "ui/library/windows/StatusWindow.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -24,14 +25,15 @@ namespace ravlo
 class frmUILibWindow final : public Window, private frmUILibView
 {
 public:
-    // hOwner: the window it stands before; null for none. OLE must have been initialised.
-    frmUILibWindow(HWND hOwner, ModScheduler& cMod);
+    // hOwner: the window it stands before; null for none. CategoryShowing tells whether the category window
+    // is open. OLE must have been initialised.
+    frmUILibWindow(HWND hOwner, ModScheduler& cMod, std::function<bool()> CategoryShowing);
     ~frmUILibWindow() override;
 
     frmUILib& Form() noexcept { return *m_cForm; }
 
 private:
-    // Where rows can be dropped.
+    class Site;
     class TreeSite;
     class GridSite;
 
@@ -62,8 +64,11 @@ private:
     bool OnTreeKey(WPARAM lKey, bool bControl);
     bool OnGridKey(WPARAM lKey, bool bControl);
     void CompareChecks();
+    void TakeDrops();
     void RunDrag();
     void OnDropped(frmUILib::Drop drop);
+    void OnDragTick();
+    void LetGo();
     void Grey(bool bGrey);
     POINT PopUpPoint() const;
 
@@ -72,6 +77,7 @@ private:
     void LayOut();
 
     ModScheduler& m_cMod;
+    std::function<bool()> m_CategoryShowing;
     UniqueAccelerators m_hAccelerators;
     UniqueFont m_hFont;
     UniqueIcon m_hBigIcon;
@@ -88,7 +94,7 @@ private:
     std::vector<std::unique_ptr<DropRegistration>> m_cRegistrations;
     std::unique_ptr<ModalLoop> m_cLoop;
     HWND m_hFocus = nullptr; // what had it when the window was left or greyed
-    bool m_bPlaced = false;  // before, it has a size that means nothing
+    bool m_bPlaced = false;  // before, it has a size that means nothing; and no longer when it goes
     int m_lShow = SW_SHOWNORMAL;
     bool m_bBusy = false;
     bool m_bGreyed = false;

@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+#include "ui/controls/windows/Dpi.h"
+#include "ui/library/windows/SchedLibGridParts.h"
+#include "ui/library/windows/SchedLibGridWindow.h"
+
+#include <utility>
+#include <windowsx.h>
+
+namespace ravlo
+{
+
+namespace
+{
+
+// At 96 dpi, of a column somebody has sized: one of 0 could not be found again.
+constexpr int lLeastWidth = 12;
+// From so many selected rows on the list's own way, row by row, is felt.
+constexpr LRESULT lManyRows = 500;
+constexpr UINT_PTR lSubclass = 1;
+constexpr UINT lMendColumn = WM_APP + 1; // posted to the list, with its number of the column
+
+bool Down(int lKey) { return ::GetKeyState(lKey) < 0; }
+
+bool MovesCurrentRow(WPARAM lKey)
+{
+    switch (lKey)
+    {
+    case VK_UP:
+    case VK_DOWN:
+    case VK_PRIOR:
+    case VK_NEXT:
+    case VK_HOME:
+    case VK_END:
+    case VK_SPACE:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+void SchedLibGridWindow::Subclass()
+{
+    ::SetWindowSubclass(m_hList, &SchedLibGridWindow::OnListMessage, lSubclass,
+                        reinterpret_cast<DWORD_PTR>(this));
+}
+
+SchedLibGridWindow::~SchedLibGridWindow()
+{
+    ::RemoveWindowSubclass(m_hList, &SchedLibGridWindow::OnListMessage, lSubclass);
+}
+
+// ---- clicks and keys in a list with very many selected rows ----
+
+// Whatever changes the selection makes the list take it back row by row, each with a notification and a
+// painting. So a large selection is taken back in one piece before the list sees the click or the key, and a
+// large range is set with painting off.
+
+LRESULT CALLBACK SchedLibGridWindow::OnListMessage(HWND hList, UINT lMessage, WPARAM wParam, LPARAM lParam,
+                                                   UINT_PTR, DWORD_PTR pGrid) noexcept
+{
+    if (lMessage == WM_NCDESTROY)
+        ::RemoveWindowSubclass(hList, &SchedLibGridWindow::OnListMessage, lSubclass);
+    else
+        return reinterpret_cast<SchedLibGridWindow*>(pGrid)->OnMessage(lMessage, wParam, lParam);
+    return ::DefSubclassProc(hList, lMessage, wParam, lParam);
+}
+
+LRESULT SchedLibGridWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
+{
+    const bool bShift = (wParam & MK_SHIFT) != 0;
+    switch (lMessage)
+    {
+    case WM_KEYDOWN:
+        return OnKey(wParam, lParam);
+    case WM_LBUTTONDOWN:
+    case WM_RBUTTONDOWN:
+        BeforePress(wParam, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+        return bShift ? WithoutPainting(lMessage, wParam, lParam)
+                      : ::DefSubclassProc(m_hList, lMessage, wParam, lParam);
+    case WM_LBUTTONUP:
+        BeforeRelease(wParam);
+        return ::DefSubclassProc(m_hList, lMessage, wParam, lParam);
+    case WM_NOTIFY:
+    {
+        const LRESULT lResult = ::DefSubclassProc(m_hList, lMessage, wParam, lParam);
+        const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
+        if (header.code == HDN_ENDTRACKW || header.code == HDN_ENDTRACKA)
+            KeepColumnVisible(reinterpret_cast<const NMHEADERW*>(lParam)->iItem);
+        return lResult;
+    }
+    default:
+        if (lMessage == lMendColumn)
+        {
+            const int lLeast = Scaled(lLeastWidth, m_lDpi);
+            if (Send(LVM_GETCOLUMNWIDTH, wParam) < lLeast)
+                Send(LVM_SETCOLUMNWIDTH, wParam, lLeast);
+            return 0;
+        }
+        return ::DefSubclassProc(m_hList, lMessage, wParam, lParam);
+    }
+}
+
+bool SchedLibGridWindow::ManySelected() const { return Send(LVM_GETSELECTEDCOUNT) >= lManyRows; }
+
+LRESULT SchedLibGridWindow::WithoutPainting(UINT lMessage, WPARAM wParam, LPARAM lParam)
+{
+    const PaintingOff cOff(*this);
+    return ::DefSubclassProc(m_hList, lMessage, wParam, lParam);
+}
+
+LRESULT SchedLibGridWindow::OnKey(WPARAM wParam, LPARAM lParam)
+{
+    if (!MovesCurrentRow(wParam) || Down(VK_CONTROL) || Down(VK_MENU))
+        return ::DefSubclassProc(m_hList, WM_KEYDOWN, wParam, lParam);
+    if (Down(VK_SHIFT))
+    {
+        const bool bFar = wParam == VK_HOME || wParam == VK_END;
+        return bFar || ManySelected() ? WithoutPainting(WM_KEYDOWN, wParam, lParam)
+                                      : ::DefSubclassProc(m_hList, WM_KEYDOWN, wParam, lParam);
+    }
+    const bool bMany = ManySelected();
+    if (bMany)
+        SelectAll(false);
+    const LRESULT lResult = ::DefSubclassProc(m_hList, WM_KEYDOWN, wParam, lParam);
+    // At the first or last row the list does not move; that row is the selected one all the same.
+    if (const std::optional<std::size_t> lCurrent = CurrentRow();
+        bMany && lCurrent && Send(LVM_GETSELECTEDCOUNT) == 0)
+        SetState(AsRow(*lCurrent), LVIS_SELECTED, LVIS_SELECTED);
+    return lResult;
+}
+
+void SchedLibGridWindow::BeforePress(WPARAM lKeys, POINT at)
+{
+    m_lPressed.reset();
+    if ((lKeys & (MK_SHIFT | MK_CONTROL)) != 0 || !ManySelected())
+        return;
+    LVHITTESTINFO hit{};
+    hit.pt = at;
+    const auto lRow = static_cast<int>(Send(LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    const bool bSelected =
+        lRow >= 0 && Send(LVM_GETITEMSTATE, static_cast<WPARAM>(lRow), LVIS_SELECTED) == LVIS_SELECTED;
+    if (!bSelected)
+        SelectAll(false);
+    else if ((lKeys & MK_LBUTTON) != 0)
+        m_lPressed = lRow; // a drag may begin: what is selected stays until the button is released
+}
+
+void SchedLibGridWindow::BeforeRelease(WPARAM lKeys)
+{
+    const std::optional<int> lRow = std::exchange(m_lPressed, std::nullopt);
+    if (!lRow || (lKeys & (MK_SHIFT | MK_CONTROL)) != 0)
+        return;
+    const PaintingOff cOff(*this);
+    SelectAll(false);
+    SetState(*lRow, LVIS_SELECTED, LVIS_SELECTED);
+}
+
+// The header sets the width only after it has told of the end.
+void SchedLibGridWindow::KeepColumnVisible(int lListColumn)
+{
+    ::PostMessageW(m_hList, lMendColumn, static_cast<WPARAM>(lListColumn), 0);
+}
+
+void SchedLibGridWindow::OnFocus()
+{
+    if (!CurrentRow() && RowCount() != 0)
+        SetState(AsRow(TopRow()), LVIS_FOCUSED, LVIS_FOCUSED);
+}
+
+} // namespace ravlo

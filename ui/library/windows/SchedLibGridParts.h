@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// For the parts of SchedLibGridWindow alone.
+
+#include "ui/library/SchedLibGridView.h"
+
+#include <cstddef>
+
+namespace ravlo
+{
+
+// The list paints nothing while one exists: changing many rows would repaint at each.
+class PaintingOff
+{
+public:
+    explicit PaintingOff(SchedLibGridView& cView) : m_cView(cView) { m_cView.SetRedraw(false); }
+    ~PaintingOff() { m_cView.SetRedraw(true); }
+    PaintingOff(const PaintingOff&) = delete;
+    PaintingOff& operator=(const PaintingOff&) = delete;
+
+private:
+    SchedLibGridView& m_cView;
+};
+
+inline int AsRow(std::size_t lRow) { return static_cast<int>(lRow); }
+
+} // namespace ravlo

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include "ui/controls/Raised.h"
+#include "ui/library/windows/frmUILibMessages.h"
+#include "ui/library/windows/frmUILibWindow.h"
+
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr UINT lDragTick = 60; // milliseconds
+
+} // namespace
+
+// Where rows can be dropped, and what is said of it meanwhile.
+class frmUILibWindow::Site : public DropSite
+{
+public:
+    explicit Site(frmUILibWindow& cWindow) : m_cWindow(cWindow) {}
+    void OnException() noexcept override { m_cWindow.m_cMod.LogError(L"frmUILib drag", CurrentError()); }
+
+protected:
+    frmUILibWindow& m_cWindow;
+};
+
+class frmUILibWindow::TreeSite final : public Site
+{
+public:
+    using Site::Site;
+    bool DragOver(POINT point, const std::wstring& sText) override
+    {
+        const bool bOwn = m_cWindow.m_bDragging && sText == sGridPayload;
+        const auto hit = bOwn ? m_cWindow.m_cTree->HitTest(point) : std::nullopt;
+        m_cWindow.m_cTree->ShowDropTarget(hit ? std::optional(hit->lNode) : std::nullopt);
+        return hit.has_value();
+    }
+    void DragLeft() override { m_cWindow.m_cTree->ShowDropTarget(std::nullopt); }
+    void Dropped(POINT point, const std::wstring& sText) override
+    {
+        if (const auto hit = m_cWindow.m_cTree->HitTest(point))
+            m_cWindow.OnDropped({true, m_cWindow.m_cForm->Tree().At(hit->lNode).sKey, std::nullopt, sText});
+    }
+};
+
+// Takes any text: what was not dragged in this window is refused with a box.
+class frmUILibWindow::GridSite final : public Site
+{
+public:
+    using Site::Site;
+    bool DragOver(POINT point, const std::wstring&) override
+    {
+        const clsSchedLibGrid& cGrid = m_cWindow.m_cForm->Grid();
+        const std::optional<std::size_t> lRow = m_cWindow.m_cGrid->DropRow(point);
+        const bool bLine = m_cWindow.m_bDragging && cGrid.DropWouldMove(lRow);
+        m_cWindow.m_cGrid->ShowInsertionLine(bLine ? std::optional(lRow.value_or(cGrid.RowCount()))
+                                                   : std::nullopt);
+        return true;
+    }
+    void DragLeft() override { m_cWindow.m_cGrid->ShowInsertionLine(std::nullopt); }
+    void Dropped(POINT point, const std::wstring& sText) override
+    {
+        m_cWindow.OnDropped({false, L"", m_cWindow.m_cGrid->DropRow(point), sText});
+    }
+};
+
+void frmUILibWindow::TakeDrops()
+{
+    m_cTreeSite = std::make_unique<TreeSite>(*this);
+    m_cGridSite = std::make_unique<GridSite>(*this);
+    m_cRegistrations.push_back(std::make_unique<DropRegistration>(m_cTree->Handle(), *m_cTreeSite));
+    m_cRegistrations.push_back(std::make_unique<DropRegistration>(m_cGrid->Handle(), *m_cGridSite));
+}
+
+void frmUILibWindow::RunDrag()
+{
+    if (m_bDragging || !Down(VK_LBUTTON) || !m_cForm->DragStarted())
+        return;
+    m_drop.reset();
+    {
+        const Raised cDragging(m_bDragging);
+        ::SetTimer(Handle(), eTimerDrag, lDragTick, nullptr);
+        DragText(sGridPayload);
+        ::KillTimer(Handle(), eTimerDrag);
+    }
+    const std::optional<frmUILib::Drop> drop = std::exchange(m_drop, std::nullopt);
+    // The target stays marked while the user is asked what to do with the cuts.
+    if (drop && drop->bOnTree)
+        m_cTree->ShowDropTarget(m_cForm->Tree().Find(drop->sNodeKey));
+    m_cForm->DragCompleted(drop);
+    m_cTree->ShowDropTarget(std::nullopt);
+}
+
+// What the user is asked or told about a drop comes when the drag has ended.
+void frmUILibWindow::OnDropped(frmUILib::Drop drop)
+{
+    m_drop = std::move(drop);
+    if (!m_bDragging)
+        ::PostMessageW(Handle(), ePostedDropped, 0, 0);
+}
+
+void frmUILibWindow::OnDragTick()
+{
+    POINT point{};
+    ::GetCursorPos(&point);
+    if (const std::optional<CategoryTree::Node> lOpened = m_cTree->DragTick(point))
+        m_cForm->NodeExpanded(*lOpened, true);
+    if (m_cGrid->DragTick(point))
+        m_cGridSite->DragOver(point, sGridPayload); // the line belongs to the row that is there now
+}
+
+} // namespace ravlo

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "ui/controls/Raised.h"
+#include "ui/library/windows/frmUILibMessages.h"
+#include "ui/library/windows/frmUILibWindow.h"
+
+namespace ravlo
+{
+
+// ---- the keyboard ----
+
+bool frmUILibWindow::OnKey(const MSG& message)
+{
+    const bool bInTree = message.hwnd == m_cTree->Handle();
+    if (bInTree && message.message == WM_CHAR)
+        return m_cForm->TypeInTree(static_cast<wchar_t>(message.wParam));
+    if (message.message != WM_KEYDOWN && message.message != WM_SYSKEYDOWN)
+        return false;
+    if (message.wParam == VK_F6 && !Down(VK_CONTROL) && !Down(VK_SHIFT) && !Down(VK_MENU))
+    {
+        ::SetFocus(bInTree ? m_cGrid->Handle() : m_cTree->Handle());
+        return true;
+    }
+    const bool bAlt = message.message == WM_SYSKEYDOWN;
+    const bool bControl = Down(VK_CONTROL) && !Down(VK_MENU); // both are AltGr, which types
+    if (bInTree && !bAlt)
+        return OnTreeKey(message.wParam, bControl);
+    if (message.hwnd != m_cGrid->Handle())
+        return false;
+    if (!bAlt)
+        return OnGridKey(message.wParam, bControl);
+    if (message.wParam != VK_UP && message.wParam != VK_DOWN)
+        return false;
+    // Else the system takes Alt for pressed alone, and opens the menu when it is released.
+    ::DefWindowProcW(message.hwnd, message.message, message.wParam, message.lParam);
+    m_cForm->MoveSelected(message.wParam == VK_UP);
+    return true;
+}
+
+bool frmUILibWindow::OnTreeKey(WPARAM lKey, bool bControl)
+{
+    if (lKey == VK_RETURN)
+        m_cForm->ShowSelectedNode();
+    else if (lKey == VK_SPACE && !bControl)
+        return m_cForm->TypeInTree(L' '); // else it ticks
+    else if (bControl && lKey == 'V')
+    {
+        const Raised cByKeyboard(m_bByKeyboard);
+        m_cForm->Paste();
+    }
+    else
+        return false;
+    return true;
+}
+
+bool frmUILibWindow::OnGridKey(WPARAM lKey, bool bControl)
+{
+    if (lKey == VK_RETURN)
+        m_cForm->CellDblClick(static_cast<std::size_t>(m_cForm->Grid().CurrentRow()), 1);
+    else if (lKey == VK_DELETE)
+        m_cForm->GridDelete();
+    else if (bControl && (lKey == 'C' || lKey == 'X'))
+        m_cForm->CopySelection();
+    else
+        return false;
+    return true;
+}
+
+} // namespace ravlo
