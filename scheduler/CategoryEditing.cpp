@@ -181,7 +181,7 @@ bool CategoryEditing::DeleteChosen(CutChanges& cChanges, const std::shared_ptr<c
         bGone = DeleteLevel(cChanges, {cMainCat, cSubCat}) && bGone;
     if (!m_cStation.Holds(cMainCat))
         return !m_cStation.MainCat(cMainCat->CatName()); // the host has deleted or reloaded it meanwhile
-    cChanges.Saved(cMainCat->CatName());
+    cChanges.CallerSaves(cMainCat->CatName());
     if (!cMainCat->SubCats()->Empty())
         return m_cStation.cHistoryFiles.Save(cMainCat) == HistoryFiles::Saved::Yes && bGone && !bWhole;
     // Saving writes nothing when there is no record, and the old file would bring the levels back.

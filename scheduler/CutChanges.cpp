@@ -118,6 +118,8 @@ void CutChanges::Commit() noexcept
 void CutChanges::KeepStep()
 {
     m_colUndo.clear();
+    for (const std::wstring& sCatName : std::exchange(m_colTouched, {}))
+        m_cAffected.Touch(sCatName);
     const std::vector<Changed> colChanged = std::exchange(m_colChanged, {});
     const std::vector<ChangeRecord::Category> colMade = std::exchange(m_colMade, {});
     for (const Changed& changed : colChanged)
@@ -205,6 +207,14 @@ void CutChanges::TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, 
     }
 }
 
+void CutChanges::Touch(const std::wstring& sCatName)
+{
+    if (!IsOwn())
+        m_cAffected.Touch(sCatName);
+    else if (m_colTouched.empty() || m_colTouched.back() != sCatName)
+        m_colTouched.push_back(sCatName);
+}
+
 // ---- taking back ----
 
 void CutChanges::WillUndo(std::function<void()> undo)
@@ -229,6 +239,7 @@ void CutChanges::TakeBack(const Mark& mark) noexcept
         }
     }
     m_colMade.erase(m_colMade.begin() + static_cast<std::ptrdiff_t>(mark.lMade), m_colMade.end());
+    m_colTouched.resize(mark.lTouched);
     while (m_colChanged.size() > mark.lChanged)
     {
         const Changed changed = std::move(m_colChanged.back());

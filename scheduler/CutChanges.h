@@ -89,9 +89,10 @@ public:
     // The main category of that name, which is made when missing.
     std::shared_ptr<clsCat> Ensure(const NameLists::Name& name);
 
-    // The main category is saved at the end, unless the caller has saved it since.
-    void Touch(const std::wstring& sCatName) { m_cAffected.Touch(sCatName); }
-    void Saved(const std::wstring& sCatName) { m_cAffected.Remove(sCatName); }
+    // The main category is saved at the end, unless what touched it is put back.
+    void Touch(const std::wstring& sCatName);
+    // The caller saves the main category, or deletes its file, when nothing is open.
+    void CallerSaves(const std::wstring& sCatName) { m_cAffected.Remove(sCatName); }
     const AffectedCats& Affected() const noexcept { return m_cAffected; }
     // The caller is about to remove this category, which holds no cuts, from the tree.
     void Deleting(const clsCat& cCat);
@@ -125,6 +126,7 @@ private:
         std::size_t lChanged;
         std::size_t lUndo;
         std::size_t lMade;
+        std::size_t lTouched;
     };
 
     bool IsOwn() const noexcept { return m_eOrigin == Origin::Own; }
@@ -134,7 +136,10 @@ private:
     void Failed(const Cut& cCut);
     void Try(const std::shared_ptr<Cut>& cGiven, const Change& change, std::size_t lAt) noexcept;
     void TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, std::size_t lAt);
-    Mark Now() const noexcept { return {m_colChanged.size(), m_colUndo.size(), m_colMade.size()}; }
+    Mark Now() const noexcept
+    {
+        return {m_colChanged.size(), m_colUndo.size(), m_colMade.size(), m_colTouched.size()};
+    }
     void TakeBack(const Mark& mark) noexcept;
     void PutBack(const Changed& changed) noexcept;
     void KeepStep();
@@ -150,8 +155,8 @@ private:
     const Synchronisation::Hold m_cHold;
     const Origin m_eOrigin;
     Filing m_cFiling;
-    AffectedCats m_cAffected;
-    bool m_bCounts = true; // the cuts that failed
+    AffectedCats m_cAffected; // by the steps before
+    bool m_bCounts = true;    // the cuts that failed
     bool m_bFinished = false;
 
     // The open step: what was done since the last commit.
@@ -159,6 +164,7 @@ private:
     std::vector<Changed> m_colChanged;
     std::vector<std::function<void()>> m_colUndo; // each harmless when what it undoes has not happened
     std::vector<ChangeRecord::Category> m_colMade;
+    std::vector<std::wstring> m_colTouched; // main categories
 
     ChangeRecord m_record; // of the steps before, and every order
     OrderedKeyedCollection<char> m_colRecordedCuts;

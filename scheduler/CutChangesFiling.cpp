@@ -26,6 +26,15 @@ bool StandsIn(const clsCat& cMainCat, std::int32_t lLevel, const TextKey& cKey)
     return cSubCat && cSubCat->SchedCuts()->Exists(cKey);
 }
 
+// Whether another level of the main category holds the cut as well.
+bool StandsElsewhere(const Station::Place& place, const TextKey& cKey)
+{
+    const CatCollection& colSubCats = *place.cMainCat->SubCats();
+    return std::any_of(colSubCats.begin(), colSubCats.end(),
+                       [&](const std::shared_ptr<clsCat>& cOther)
+                       { return cOther != place.cSubCat && cOther->SchedCuts()->Exists(cKey); });
+}
+
 // For a box. What a box says decides nothing: a cut whose texts cannot be read may be filed all the same.
 std::wstring ArtistAndTitle(const Cut& cCut)
 {
@@ -191,6 +200,11 @@ bool CutChanges::TakeOut(const std::shared_ptr<Cut>& cCut, const Station::Place&
 {
     const std::shared_ptr<CutCollection> colCuts = place.cSubCat->SchedCuts();
     const TextKey cKey = cCut->Key();
+    if (colCuts->Exists(cKey) && StandsElsewhere(place, cKey))
+    {
+        Leave(place, cKey);
+        return true;
+    }
     const TextKey cFiledKey = colCuts->Exists(cKey) ? cKey : TextKey(cCut->SecondaryKey());
     if (const std::optional<std::size_t> lPosition = colCuts->PositionOf(cFiledKey))
         WillReturn(place.cSubCat, cFiledKey, *lPosition);
@@ -199,9 +213,7 @@ bool CutChanges::TakeOut(const std::shared_ptr<Cut>& cCut, const Station::Place&
     // A cut that no longer carried the name took no run time with it.
     m_cFiling.Touch(place.cSubCat);
     Touch(place.cMainCat->CatName());
-    const CatCollection& colSubCats = *place.cMainCat->SubCats();
-    if (std::any_of(colSubCats.begin(), colSubCats.end(),
-                    [&](const std::shared_ptr<clsCat>& cOther) { return cOther->SchedCuts()->Exists(cKey); }))
+    if (StandsElsewhere(place, cKey)) // it was found under its secondary key
         cCut->AddCategoryName(place.cMainCat->CatName());
     return true;
 }

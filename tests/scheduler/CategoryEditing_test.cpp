@@ -495,7 +495,7 @@ TEST_F(BatchTest, CutsOfARefusedBatchStandAgainWhereTheDatabaseHasThem)
     EXPECT_EQ(TotalOf(L"Rock", 1), 110 * 180'000);
     EXPECT_EQ(TotalOf(L"Pop", 2), 180'000);
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in DoMassCatChange [cSchedMan]", CriticalText(61))}));
-    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
+    EXPECT_EQ(Written(), Lines()) << "nothing has changed";
     Forget();
     cBatching->cInner.Announce(&DataBaseEvents::CutsModified, RockCuts());
     EXPECT_EQ(Written(), Lines()) << "tree and database agree";

@@ -438,12 +438,12 @@ TEST(AddCutToCategory, TouchesACategoryInWhichTheCutStandsAlreadyAndNoneThatRefu
     Parts cParts;
     const auto cCut = cParts.NewCut(L"Rock", 2);
     cParts.FileAsAssigned(cCut);
-    cParts.cChanges.Saved(L"Rock");
+    cParts.cChanges.CallerSaves(L"Rock");
     cParts.FileAsAssigned(cCut);
     EXPECT_EQ(cParts.Affected(), (Lines{L"Rock"})) << "it sits there";
     for (const std::int32_t lLevel : {0, -7})
     {
-        cParts.cChanges.Saved(L"Rock");
+        cParts.cChanges.CallerSaves(L"Rock");
         cParts.FileAsAssigned(cParts.NewCut(L"Rock", lLevel));
         EXPECT_EQ(cParts.Affected(), Lines()) << lLevel;
     }

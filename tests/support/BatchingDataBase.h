@@ -19,6 +19,7 @@ public:
     int lBegun = 0;
     int lCommitted = 0;
     int lRolledBack = 0;
+    bool bHasBatches = true;
     bool bRefusesCommit = false;
     bool bRefusesBegin = false;
 
@@ -34,6 +35,8 @@ public:
     void Unadvise(DataBaseEvents& cEvents) noexcept override { cInner.Unadvise(cEvents); }
     std::unique_ptr<Batch> BeginBatch() override
     {
+        if (!bHasBatches)
+            return nullptr;
         if (bRefusesBegin)
             throw RuntimeError(error::DeviceIo);
         ++lBegun;
