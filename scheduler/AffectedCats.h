@@ -4,6 +4,7 @@
 #include "collections/OrderedKeyedCollection.h"
 
 #include <string>
+#include <string_view>
 
 namespace ravlo
 {
@@ -15,10 +16,11 @@ class AffectedCats
 public:
     void Touch(const std::wstring& sCatName)
     {
-        if (!m_colNames.Exists(std::wstring_view(sCatName))) // mostly it is there
+        if (!Contains(sCatName)) // mostly it does
             m_colNames.Add(TextKey(sCatName), sCatName);
     }
     void Remove(const std::wstring& sCatName) noexcept { m_colNames.Remove(std::wstring_view(sCatName)); }
+    bool Contains(std::wstring_view sCatName) const noexcept { return m_colNames.Exists(sCatName); }
     std::size_t Count() const noexcept { return m_colNames.Count(); }
     auto begin() const { return m_colNames.begin(); }
     auto end() const { return m_colNames.end(); }

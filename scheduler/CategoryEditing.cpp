@@ -224,6 +224,7 @@ void CategoryEditing::EmptyLevel(CutChanges& cChanges, const Station::Place& pla
                                     static_cast<std::int64_t>(lDone), std::ssize(colCuts));
     };
     rhythm.goOn = [&] { return Stands(m_cStation, place.cSubCat); };
+    rhythm.mayLeave = [&](const Station::Place& left) { return left.cSubCat == place.cSubCat; };
     cChanges.Run(
         colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { cChanges.TakeOut(cCut, place); },
         rhythm);

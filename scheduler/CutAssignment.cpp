@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/CutAssignment.h"
 
+#include "collections/CaseFolding.h"
 #include "scheduler/CutChanges.h"
+
+#include <algorithm>
 
 namespace ravlo
 {
@@ -45,14 +48,24 @@ void AssignCut(Station& cStation, Synchronisation& cSync, const std::shared_ptr<
     if (!cDataBase || !cDataBase->CutByKey(cCut->Key()))
         return SetBoth(*cCut, lCatLevel, sCategoryText);
     CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
-    cChanges.RunOne(cCut,
-                    [&](const std::shared_ptr<Cut>& cOwn, std::size_t)
-                    {
-                        SetBoth(*cOwn, lCatLevel, sCategoryText);
-                        cChanges.ModifyCut(cOwn);
-                        if (cOwn != cCut)
-                            SetBoth(*cCut, lCatLevel, sCategoryText);
-                    });
+    CutChanges::Rhythm rhythm;
+    rhythm.mayLeave = [&](const Station::Place& place)
+    {
+        return place.cSubCat->CatLevel() != lCatLevel ||
+               std::none_of(colCatNames.begin(), colCatNames.end(),
+                            [&](const std::wstring& sName)
+                            { return EqualIgnoringCase(sName, place.cMainCat->CatName()); });
+    };
+    cChanges.RunOne(
+        cCut,
+        [&](const std::shared_ptr<Cut>& cOwn, std::size_t)
+        {
+            SetBoth(*cOwn, lCatLevel, sCategoryText);
+            cChanges.ModifyCut(cOwn);
+            if (cOwn != cCut)
+                SetBoth(*cCut, lCatLevel, sCategoryText);
+        },
+        rhythm);
     std::optional<RuntimeError> cFailure;
     CutChanges::Ending ending;
     ending.show = [&](const RuntimeError& cError)

@@ -33,30 +33,38 @@ CutChanges::~CutChanges()
 
 std::size_t CutChanges::Run(const Cuts& colCuts, const Change& change, const Rhythm& rhythm)
 {
+    const std::span colLeft(colCuts);
+    const std::size_t lStep = rhythm.lCuts == 0 ? colCuts.size() : rhythm.lCuts;
     std::size_t lDone = 0;
     Begin();
     for (const std::shared_ptr<Cut>& cCut : colCuts)
     {
-        const bool bTell = rhythm.lCuts != 0 && (lDone + 1) % rhythm.lCuts == 0;
+        const bool bTell = rhythm.lCuts != 0 && (lDone + 1) % lStep == 0;
         if (bTell && rhythm.bBeforeTheCut)
             Tell(rhythm, lDone + 1);
         if (rhythm.goOn && !rhythm.goOn())
             break;
+        if (rhythm.mayLeave && lDone % lStep == 0)
+            GuardEmptying(colLeft.subspan(lDone, std::min(lStep, colCuts.size() - lDone)), rhythm);
         if (cCut)
             Try(cCut, change, lDone);
         ++lDone;
-        if (bTell && !rhythm.bBeforeTheCut)
-            Tell(rhythm, lDone);
+        if (!bTell || rhythm.bBeforeTheCut)
+            continue;
+        Commit();
+        if (lDone < colCuts.size())
+            GuardAffected();
+        Tell(rhythm, lDone);
     }
     Commit();
     m_cFiling.RecalcTouched();
     return lDone;
 }
 
-void CutChanges::RunOne(const std::shared_ptr<Cut>& cCut, const Change& change)
+void CutChanges::RunOne(const std::shared_ptr<Cut>& cCut, const Change& change, const Rhythm& rhythm)
 {
     m_bCounts = false;
-    Run({cCut}, change, {});
+    Run({cCut}, change, rhythm);
 }
 
 void CutChanges::Failed(const Cut& cCut)
@@ -156,8 +164,83 @@ ChangeRecord CutChanges::Finish(const Ending& ending)
     return std::move(m_record);
 }
 
+// ---- what a kill may cut in two ----
+
+void CutChanges::Guard(const std::shared_ptr<clsCat>& cMainCat)
+{
+    const std::wstring& sName = cMainCat->CatName();
+    if (m_colGuards.Exists(std::wstring_view(sName)))
+        return;
+    std::vector<std::int32_t> colLevels;
+    for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
+        colLevels.push_back(cSubCat->CatLevel());
+    m_colGuards.Add(TextKey(sName), std::make_unique<HistoryFiles::EmptyingLevels>(
+                                        m_cStation.cHistoryFiles, sName, std::move(colLevels)));
+    m_cStation.cHistoryFiles.Save(cMainCat, HistoryFiles::Manner::Quiet);
+}
+
+void CutChanges::GuardAffected()
+{
+    if (!IsOwn())
+        return;
+    for (const std::wstring& sName : m_cAffected)
+        if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName))
+            Guard(cMainCat);
+}
+
+// A level may be empty after the step when it holds no other cuts than those of the step.
+void CutChanges::GuardEmptying(std::span<const std::shared_ptr<Cut>> colStep, const Rhythm& rhythm)
+{
+    const std::shared_ptr<CatCollection> colMainCats = m_cStation.colMainCats;
+    if (!IsOwn() || !colMainCats)
+        return;
+    OrderedKeyedCollection<char> colKeys;
+    for (const std::shared_ptr<Cut>& cCut : colStep)
+        try
+        {
+            if (cCut)
+                colKeys.Add(cCut->Key(), {});
+        }
+        catch (const RuntimeError&)
+        {
+            // The change meets the same error and reports it.
+        }
+    const auto HoldsOthers = [&](const CutCollection& colCuts)
+    {
+        if (colCuts.Count() > colKeys.Count())
+            return true;
+        for (std::size_t lPosition = 0; lPosition < colCuts.Count(); ++lPosition)
+            if (const TextKey* cKey = colCuts.KeyAt(lPosition); !cKey || !colKeys.Exists(*cKey))
+                return true;
+        return false;
+    };
+    for (const std::shared_ptr<clsCat>& cMainCat : Cats(colMainCats->begin(), colMainCats->end()))
+        if (std::any_of(
+                cMainCat->SubCats()->begin(), cMainCat->SubCats()->end(),
+                [&](const std::shared_ptr<clsCat>& cSubCat)
+                {
+                    const CutCollection& colCuts = *cSubCat->SchedCuts();
+                    return !colCuts.Empty() && !HoldsOthers(colCuts) && rhythm.mayLeave({cMainCat, cSubCat});
+                }))
+            Guard(cMainCat);
+}
+
+void CutChanges::CallerSaves(const std::wstring& sCatName)
+{
+    m_cAffected.Remove(sCatName);
+    m_colGuards.Remove(std::wstring_view(sCatName));
+}
+
 void CutChanges::SaveAffected(HistoryFiles::Manner eManner)
 {
+    std::vector<TextKey> colGuarded;
+    for (std::size_t lAt = 0; lAt < m_colGuards.Count(); ++lAt)
+        colGuarded.push_back(*m_colGuards.KeyAt(lAt));
+    m_colGuards.Clear();
+    for (const TextKey& cName : colGuarded) // without its markers again, though nothing of it has changed
+        if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(cName.Text());
+            cMainCat && !m_cAffected.Contains(cName.Text()))
+            m_cStation.cHistoryFiles.Save(cMainCat, HistoryFiles::Manner::Quiet);
     for (const std::wstring& sName : AffectedCats(std::move(m_cAffected)))
         if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName))
         {

@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -30,6 +31,12 @@ namespace ravlo
 //
 // A change that the database has announced is only followed: it is neither batched nor put back, and as much
 // of it is kept as could be done.
+//
+// The database's disk and the files cannot change together, so a process may be killed between them. Before a
+// step that may empty a level, and before others run in the middle of the work, the categories concerned are
+// saved with a marker in front of each level: with such a file, whichever side of the step the next start
+// finds, no level is missing and no other cut loses its place, and the log says that a change was
+// interrupted.
 //
 // Without Finish, as after an exception, what is not committed is undone; what is committed stays and is
 // saved without a word.
@@ -55,6 +62,8 @@ public:
         std::function<void(std::size_t lDone)> tell;
         bool bPump = true;
         std::function<bool()> goOn; // asked before each cut; empty: always
+        // Whether cuts may leave the level, when orders are saved afterwards; empty: they leave none.
+        std::function<bool(const Station::Place& place)> mayLeave;
     };
     using Change = std::function<void(const std::shared_ptr<Cut>& cCut, std::size_t lAt)>;
     // Changes each cut, which change receives with its position in colCuts, and commits. Null is passed over.
@@ -62,7 +71,7 @@ public:
     // is touched is recalculated at the end.
     std::size_t Run(const Cuts& colCuts, const Change& change, const Rhythm& rhythm);
     // As Run for a single cut, whose failure is reported without a count.
-    void RunOne(const std::shared_ptr<Cut>& cCut, const Change& change);
+    void RunOne(const std::shared_ptr<Cut>& cCut, const Change& change, const Rhythm& rhythm);
 
     // ---- what a change is made of
 
@@ -92,7 +101,7 @@ public:
     // The main category is saved at the end, unless what touched it is put back.
     void Touch(const std::wstring& sCatName);
     // The caller saves the main category, or deletes its file, when nothing is open.
-    void CallerSaves(const std::wstring& sCatName) { m_cAffected.Remove(sCatName); }
+    void CallerSaves(const std::wstring& sCatName);
     const AffectedCats& Affected() const noexcept { return m_cAffected; }
     // The caller is about to remove this category, which holds no cuts, from the tree.
     void Deleting(const clsCat& cCat);
@@ -133,6 +142,9 @@ private:
     void Begin() noexcept;
     void Commit() noexcept;
     void Tell(const Rhythm& rhythm, std::size_t lDone);
+    void Guard(const std::shared_ptr<clsCat>& cMainCat);
+    void GuardAffected();
+    void GuardEmptying(std::span<const std::shared_ptr<Cut>> colStep, const Rhythm& rhythm);
     void Failed(const Cut& cCut);
     void Try(const std::shared_ptr<Cut>& cGiven, const Change& change, std::size_t lAt) noexcept;
     void TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, std::size_t lAt);
@@ -166,6 +178,8 @@ private:
     std::vector<ChangeRecord::Category> m_colMade;
     std::vector<std::wstring> m_colTouched; // main categories
 
+    // Main categories whose files have markers in front of each level, by name.
+    OrderedKeyedCollection<std::unique_ptr<HistoryFiles::EmptyingLevels>> m_colGuards;
     ChangeRecord m_record; // of the steps before, and every order
     OrderedKeyedCollection<char> m_colRecordedCuts;
     std::unordered_set<std::shared_ptr<clsCat>> m_colRecordedOrders;

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/CutRemoval.h"
 
+#include "collections/CaseFolding.h"
 #include "scheduler/CutChanges.h"
+
+#include <algorithm>
 
 namespace ravlo
 {
@@ -10,6 +13,14 @@ namespace
 {
 
 constexpr std::size_t lCutsPerReport = 50;
+
+// Whether a removal may take its cut out of that level, as far as that can be told without asking the cut.
+bool MayLeave(const CutRemoval& removal, const Station::Place& place)
+{
+    return removal.cCut &&
+           (!removal.cMainCat || EqualIgnoringCase(removal.cMainCat->CatName(), place.cMainCat->CatName())) &&
+           (removal.lLevel == 0 || removal.lLevel == place.cSubCat->CatLevel());
+}
 
 // The end of a removal, which saves only where that is said.
 CutChanges::Ending EndingOf(const Station& cStation, std::optional<HistoryFiles::Manner> eSave)
@@ -48,8 +59,10 @@ void RemoveCut(Station& cStation, Synchronisation& cSync, const CutRemoval& remo
 {
     CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
     Cats colFrom;
-    cChanges.RunOne(removal.cCut, [&](const std::shared_ptr<Cut>& cCut, std::size_t)
-                    { colFrom = TakeOutOfCategories(cStation, cChanges, cCut, removal); });
+    cChanges.RunOne(removal.cCut,
+                    [&](const std::shared_ptr<Cut>& cCut, std::size_t)
+                    { colFrom = TakeOutOfCategories(cStation, cChanges, cCut, removal); },
+                    {});
     const ChangeRecord record = cChanges.Finish(EndingOf(cStation, std::nullopt));
     if (record.colCuts.empty())
         return; // put back
@@ -67,6 +80,11 @@ void RemoveCuts(Station& cStation, Synchronisation& cSync, const std::vector<Cut
     CutChanges::Rhythm rhythm;
     rhythm.lCuts = lCutsPerReport;
     rhythm.tell = progress;
+    rhythm.mayLeave = [&](const Station::Place& place)
+    {
+        return std::any_of(colRemovals.begin(), colRemovals.end(),
+                           [&](const CutRemoval& removal) { return MayLeave(removal, place); });
+    };
     cChanges.Run(
         colCuts,
         [&](const std::shared_ptr<Cut>& cCut, std::size_t lAt)

@@ -467,6 +467,9 @@ void HistoryFiles::TellOfReading(const std::wstring& sCatName, std::size_t lCoun
 void HistoryFiles::Apply(clsCat& cMainCat, std::string_view bytes, const std::wstring& sPath)
 {
     const OrderLeftOver leftOver = RestoreOrder(m_cMod, cMainCat, bytes);
+    if (leftOver.bInTheMiddleOfAChange)
+        m_cMod.WriteDebugLog(L"A change of category " + cMainCat.CatName() +
+                             L" was interrupted: some of its cuts may be changed and others not.");
     if (leftOver.None())
         return;
     m_cMod.Saved().NotUnderstood(sPath, this);

@@ -158,10 +158,24 @@ std::size_t MassChange::Move(CutChanges& cChanges, const Cuts& colCuts)
                                     static_cast<std::int64_t>(lDone), std::ssize(colCuts));
     };
     rhythm.goOn = [this] { return TargetStands(); };
+    rhythm.mayLeave = [this](const Station::Place& place) { return MayLeave(place); };
     const std::size_t lTried = cChanges.Run(
         colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { MoveCut(cChanges, cCut); }, rhythm);
     m_cStation.cEvents.ProgressDone(L"Applied Mass Move.");
     return lTried;
+}
+
+bool MassChange::LeavesCategory(const Station::Place& place) const
+{
+    return place.cMainCat != m_cMainCatTo &&
+           (m_eOption == eMoveExclusiveHere || Lists(m_colFrom, place.cSubCat));
+}
+
+// Whether a move may take cuts out of that level: they leave the category, or get the number of the target.
+bool MassChange::MayLeave(const Station::Place& place) const
+{
+    return LeavesCategory(place) ||
+           (m_cTo->CatLevel() != 0 && m_cTo->CatLevel() != place.cSubCat->CatLevel());
 }
 
 MassChange::Plan MassChange::PlanFor(CutChanges& cChanges, const Cut& cCut) const

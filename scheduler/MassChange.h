@@ -52,6 +52,8 @@ private:
     std::size_t Move(CutChanges& cChanges, const Cuts& colCuts);
     void CopyCut(CutChanges& cChanges, const std::shared_ptr<Cut>& cCut);
     void MoveCut(CutChanges& cChanges, const std::shared_ptr<Cut>& cCut);
+    bool LeavesCategory(const Station::Place& place) const;
+    bool MayLeave(const Station::Place& place) const;
     Plan PlanFor(CutChanges& cChanges, const Cut& cCut) const;
     void PlanNames(CutChanges& cChanges, const Cut& cCut, const std::vector<Station::Place>& colPlaces,
                    Plan& plan) const;

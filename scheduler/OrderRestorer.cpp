@@ -142,6 +142,7 @@ OrderLeftOver RestoreOrder(ModScheduler& cMod, clsCat& cMainCat, std::string_vie
     OrderLeftOver leftOver;
     std::unordered_map<std::int32_t, LevelOrder> colLevels;
     LevelOrder* cLevel = nullptr; // of the record before: a level's records stand together
+    std::optional<std::int32_t> lMarked; // by the record before
     for (; records.size() >= lOrderRecordSize; records.remove_prefix(lOrderRecordSize))
     {
         const OrderRecord record = FirstOrderRecord(records);
@@ -166,6 +167,8 @@ OrderLeftOver RestoreOrder(ModScheduler& cMod, clsCat& cMainCat, std::string_vie
             break;
         if (cLevel && !record.bLevelMarker)
             cLevel->Take(record.path);
+        leftOver.bInTheMiddleOfAChange |= !record.bLevelMarker && lMarked == record.lLevel;
+        lMarked = record.bLevelMarker ? std::optional(record.lLevel) : std::nullopt;
     }
     for (const auto& [lLevel, cFinished] : colLevels)
         cFinished.Finish();

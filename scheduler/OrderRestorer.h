@@ -19,6 +19,9 @@ struct OrderLeftOver
     std::optional<std::int32_t> lMissingLevel;
     // Markers asked for them, and no level can have such a number.
     std::vector<std::int32_t> colImpossibleLevels;
+    // A marker stands in front of its own level's cuts, as in a file that was written in the middle of a
+    // change. Everything is applied all the same.
+    bool bInTheMiddleOfAChange = false;
 
     bool None() const noexcept { return !lMissingLevel && colImpossibleLevels.empty(); }
 };

@@ -601,6 +601,20 @@ private:
         colLeft.insert(colLeft.end(), colFrom.begin(), colFrom.end());
         return true;
     }
+    // The main categories with a level that holds only these cuts and may lose them: they are written ahead
+    // of the change, so they are saved whatever becomes of it. To be asked before the change.
+    std::set<RefMain*> WrittenAhead(const std::vector<RefCut*>& colCuts,
+                                    const std::function<bool(const RefMain&, std::int32_t)>& mayLeave) const
+    {
+        std::set<RefMain*> colAhead;
+        for (const auto& pMain : m_ref.colMains)
+            for (const auto& [lLevel, colOrder] : pMain->colLevels)
+                if (!colOrder.empty() && mayLeave(*pMain, lLevel) &&
+                    std::all_of(colOrder.begin(), colOrder.end(),
+                                [&](const RefCut* pCut) { return Holds(colCuts, pCut); }))
+                    colAhead.insert(pMain.get());
+        return colAhead;
+    }
     static std::vector<std::int32_t> LevelsOf(const RefMain& main, const RefCut& cut)
     {
         std::vector<std::int32_t> colLevels;
@@ -625,11 +639,22 @@ private:
         }
         m_cLib.cSchedMan->RemoveCutsFromCategories(colRemovals, [](std::size_t) {});
         std::size_t lFailed = 0;
+        std::set<RefMain*> colSaved =
+            WrittenAhead(colCuts,
+                         [&](const RefMain& main, std::int32_t lLevel)
+                         {
+                             for (std::size_t lAt = 0; lAt < colCuts.size(); ++lAt)
+                                 if ((!colOnly[lAt] || colOnly[lAt] == &main) &&
+                                     (colRemovals[lAt].lLevel == 0 || colRemovals[lAt].lLevel == lLevel))
+                                     return true;
+                             return false;
+                         });
         for (std::size_t lAt = 0; lAt < colCuts.size(); ++lAt)
             lFailed +=
                 TakeOutOf(*colCuts[lAt], colOnly[lAt], colRemovals[lAt].lLevel, trouble, colLeft) ? 0 : 1;
         EndTrouble(trouble, lFailed);
-        m_ref.Save(std::set<RefMain*>(colLeft.begin(), colLeft.end()));
+        colSaved.insert(colLeft.begin(), colLeft.end());
+        m_ref.Save(colSaved);
     }
 
     void Assign()
@@ -655,18 +680,25 @@ private:
             bThrown = true;
         }
         EXPECT_EQ(bThrown, bFails || trouble.bRefusesCommit);
+        std::set<RefMain*> colAffected = WrittenAhead(
+            {pCut},
+            [&](const RefMain& main, std::int32_t lAt)
+            {
+                return lAt != lLevel ||
+                       std::none_of(colNames.begin(), colNames.end(),
+                                    [&](const auto& sName) { return EqualIgnoringCase(sName, main.sName); });
+            });
         if (!bThrown)
         {
             const std::size_t lMainsBefore = m_ref.colMains.size();
-            std::set<RefMain*> colAffected;
             pCut->colNames = std::move(colNames);
             pCut->lLevel = lLevel;
             m_ref.Follow(*pCut, colAffected);
             NoteFiled(*pCut);
-            m_ref.Save(colAffected);
             if (m_ref.colMains.size() != lMainsBefore)
                 m_ref.SaveList();
         }
+        m_ref.Save(colAffected);
         m_cWorld.cMessages.Boxes.clear();
         EndTrouble({false, trouble.pCut, trouble.sMember}, 0);
     }
@@ -932,7 +964,14 @@ private:
         m_cLib.cSchedMan->DoMassCatChange(
             bExclusive ? eMoveExclusiveHere : eMoveHere, {CatOf(*source->first, source->second)},
             lTo == 0 ? CatOf(*pTo) : CatOf(*pTo, lTo), GivenOf(colCuts), bCreated);
-        std::set<RefMain*> colAffected;
+        std::set<RefMain*> colAffected = WrittenAhead(
+            colCuts,
+            [&](const RefMain& main, std::int32_t lLevel)
+            {
+                const bool bLeaves =
+                    &main != pTo && (bExclusive || (&main == source->first && lLevel == source->second));
+                return bLeaves || (lTo != 0 && lTo != lLevel);
+            });
         std::size_t lFailed = 0;
         const auto lLevelsBefore = CountLevels();
         for (RefCut* pCut : colCuts)

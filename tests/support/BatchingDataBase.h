@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 
 namespace ravlo::test
@@ -20,6 +21,7 @@ public:
     int lCommitted = 0;
     int lRolledBack = 0;
     bool bHasBatches = true;
+    std::function<void()> OnCommit; // right before and right after each
     bool bRefusesCommit = false;
     bool bRefusesBegin = false;
 
@@ -71,8 +73,12 @@ private:
         {
             if (cDataBase.bRefusesCommit)
                 throw RuntimeError(error::DiskFull);
+            if (cDataBase.OnCommit)
+                cDataBase.OnCommit();
             bCommitted = true;
             ++cDataBase.lCommitted;
+            if (cDataBase.OnCommit)
+                cDataBase.OnCommit();
         }
         BatchingDataBase& cDataBase;
         Cuts colBefore;

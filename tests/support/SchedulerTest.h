@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -104,6 +105,24 @@ inline std::string SifCut(const std::string& path, std::int32_t lLevel)
 inline std::string SifMarker(std::int32_t lLevel)
 {
     return std::string(765, '\0') + SifLevel(lLevel) + "\xFF\xFF" + std::string(1212, '\0');
+}
+
+// A file's records without the markers that stand in front of their own level's cuts, as they are written
+// ahead of a change.
+inline std::string SifWithoutGuards(const std::string& bytes)
+{
+    constexpr std::size_t lRecord = 1983;
+    std::string without;
+    for (std::size_t lAt = 0; lAt < bytes.size(); lAt += lRecord)
+    {
+        const std::string record = bytes.substr(lAt, lRecord);
+        const std::string next = bytes.substr(std::min(lAt + lRecord, bytes.size()), lRecord);
+        const bool bGuards = record[769] != '\0' && next.size() == lRecord && next[769] == '\0' &&
+                             record.compare(765, 4, next, 765, 4) == 0;
+        if (!bGuards)
+            without += record;
+    }
+    return without;
 }
 
 // ---- a manager and what it works on

@@ -124,7 +124,8 @@ protected:
         return cLib.Level(sName, lLevel);
     }
     Keys Order(const std::wstring& sName, std::int32_t lLevel) const { return cLib.Order(sName, lLevel); }
-    // The names of the history/ordering files that were written since Forget, one entry a write.
+    // The names of the history/ordering files that were written since Forget, in the order of their last
+    // writes.
     Lines Written() const
     {
         Lines colNames;
@@ -136,7 +137,9 @@ protected:
                 lArrow == std::wstring::npos)
                 continue;
             const std::size_t lName = sOperation.find(sFolder, lArrow) + sFolder.size();
-            colNames.push_back(sOperation.substr(lName, sOperation.size() - 4 - lName));
+            const std::wstring sName = sOperation.substr(lName, sOperation.size() - 4 - lName);
+            std::erase(colNames, sName);
+            colNames.push_back(sName);
         }
         return colNames;
     }
