@@ -178,7 +178,6 @@ protected:
                 return true;
         return false;
     }
-    static std::size_t At(const std::string& bytes, const char* path) { return bytes.find(SifText(path)); }
     // A start, a pick, a rule and a global separation set, a new category, an explicit save, and the end.
     void Day(Files& cFiles)
     {
@@ -213,9 +212,10 @@ TEST_F(FailingDayTest, LosesNothingOfAnyFile)
             cFailing.bCountReads = cFailing.bCountLooks = true;
             cFailing.bStaysBroken = bStaysBroken;
             Day(cFailing);
-            // r3 was first and may have aired since; r2 still comes before r1.
-            EXPECT_TRUE(Kept(SifPath(L"Rock"), [](const std::string& bytes)
-                             { return bytes.size() == 3 * 1983 && At(bytes, "r2") < At(bytes, "r1"); }));
+            // As it was, or after r3 has aired.
+            const std::string aired = SifCut("r2", 1) + SifCut("r1", 1) + SifCut("r3", 1);
+            EXPECT_TRUE(Kept(SifPath(L"Rock"),
+                             [&](const std::string& bytes) { return bytes == order || bytes == aired; }));
             EXPECT_TRUE(Kept(sMainCatsPath, [](const std::string& bytes)
                              { return bytes.find("\r\nSoul") != std::string::npos; }));
             EXPECT_TRUE(Kept(sSettingsPath, [](const std::string& bytes)
@@ -230,6 +230,7 @@ TEST_F(FailingDayTest, LosesNothingOfAnyFile)
             {
                 EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul\r\nJazz");
                 EXPECT_EQ(Get(SifPath(L"Rock") + L".bak"), "none");
+                EXPECT_GT(lGood, 60) << "of every file";
                 break;
             }
         }
