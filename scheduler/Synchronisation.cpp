@@ -5,6 +5,8 @@
 #include "scheduler/CutChanges.h"
 #include "scheduler/CutRemoval.h"
 
+#include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace ravlo
@@ -20,6 +22,26 @@ constexpr std::uint32_t lPauseMs = 10;
 std::wstring UpdatedText(std::size_t lCount, std::size_t lTotal)
 {
     return L"Updated " + CountText(lCount) + L" of " + CountText(lTotal);
+}
+
+// Gives the entry of this very cut another key, in its place. Returns the key it had; nothing when the order
+// does not hold the cut under another key.
+std::optional<TextKey> FileUnderKey(CutCollection& colOrder, const std::shared_ptr<Cut>& cCut,
+                                    const TextKey& cKey)
+{
+    const auto found = std::find(colOrder.begin(), colOrder.end(), cCut);
+    if (found == colOrder.end())
+        return std::nullopt;
+    const auto lPosition = static_cast<std::size_t>(found - colOrder.begin());
+    const TextKey* pKey = colOrder.KeyAt(lPosition);
+    if (!pKey || *pKey == cKey)
+        return std::nullopt;
+    const TextKey cOldKey = *pKey;
+    // In front of the old entry, which goes last: short of memory nothing is lost. When the new key is there
+    // already, that entry stays.
+    colOrder.Insert(lPosition, &cKey, cCut);
+    colOrder.Remove(cOldKey);
+    return cOldKey;
 }
 
 } // namespace
@@ -166,6 +188,7 @@ void Synchronisation::AddCut(const std::shared_ptr<Cut>& cCut, NameLists& cNameL
 {
     const std::function<bool()> isSameTree = WhileNobodyReloads();
     const TextKey cKey = cCut->Key();
+    FollowNewKey(cCut, cChanges);
     const NameLists::Names& names = cNameLists.Of(*cCut);
     if (m_cStation.cFiledCuts.Knows(cKey) && !m_cStation.cFiledCuts.IsUnchanged(*cCut))
         cChanges.ModifyCut(cCut); // announced as new, but filed elsewhere already
@@ -173,6 +196,27 @@ void Synchronisation::AddCut(const std::shared_ptr<Cut>& cCut, NameLists& cNameL
         cChanges.AddCutToCategories(cCut, names);
     if (isSameTree()) // else reloaded while a box was shown; the numbers are those of the tree before
         m_cStation.cFiledCuts.Remember(cKey, names.lNumber, cCut->CatLevel());
+}
+
+// A cut that the tree holds under another key keeps its places and is filed under its new key. Under the old
+// one it would play twice in a round, and go on playing when it is removed.
+void Synchronisation::FollowNewKey(const std::shared_ptr<Cut>& cCut, CutChanges& cChanges)
+{
+    const TextKey cKey = cCut->Key();
+    if (!m_cStation.colMainCats || m_cStation.cFiledCuts.Knows(cKey))
+        return;
+    std::optional<TextKey> cOldKey;
+    for (const std::shared_ptr<clsCat>& cMainCat : *m_cStation.colMainCats)
+        for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
+            if (std::optional<TextKey> cFound = FileUnderKey(*cSubCat->SchedCuts(), cCut, cKey))
+            {
+                cOldKey = std::move(cFound);
+                cChanges.Touch(cMainCat->CatName()); // the order file names cuts by their keys
+            }
+    if (!cOldKey)
+        return;
+    m_cStation.cFiledCuts.Restore(cKey, m_cStation.cFiledCuts.Recall(*cOldKey));
+    m_cStation.cFiledCuts.Forget(*cOldKey);
 }
 
 // ---- cuts modified ----
@@ -185,7 +229,11 @@ void Synchronisation::HandleModified(const Cuts& colCuts)
          {
              CutChanges cChanges(m_cStation, *this, CutChanges::Origin::DataBase);
              cChanges.Run(colCuts,
-                          [&](const std::shared_ptr<Cut>& cCut, std::size_t) { cChanges.ModifyCut(cCut); },
+                          [&](const std::shared_ptr<Cut>& cCut, std::size_t)
+                          {
+                              FollowNewKey(cCut, cChanges);
+                              cChanges.ModifyCut(cCut);
+                          },
                           {});
              CutChanges::Ending ending;
              ending.eSave = HistoryFiles::Manner::WithoutProgress;

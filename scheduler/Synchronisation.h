@@ -75,6 +75,7 @@ private:
     void HandleModified(const Cuts& colCuts);
     void HandleRemoved(const Cuts& colCuts);
     void AddCuts(const Cuts& colCuts, CutChanges& cChanges);
+    void FollowNewKey(const std::shared_ptr<Cut>& cCut, CutChanges& cChanges);
     void AddCut(const std::shared_ptr<Cut>& cCut, NameLists& cNameLists, CutChanges& cChanges);
     void RemoveEverywhere(const std::shared_ptr<Cut>& cCut, CutChanges& cChanges);
     std::function<bool()> WhileNobodyReloads() const;
