@@ -6,6 +6,7 @@
 #include "ports/RuntimeError.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 namespace ravlo
@@ -18,12 +19,29 @@ bool SameText(const TextKey& cLeft, const TextKey& cRight) noexcept
     return cLeft.Hash() == cRight.Hash() && cLeft.Text() == cRight.Text();
 }
 
-void AddName(std::vector<TextKey>& colNames, const std::wstring& sName)
+void AddNames(std::vector<TextKey>& colNames, const std::vector<std::wstring>& colMore)
 {
-    TextKey cName(sName);
-    if (!cName.Empty() && std::find(colNames.begin(), colNames.end(), cName) == colNames.end())
+    struct Hash
     {
-        colNames.push_back(std::move(cName));
+        std::size_t operator()(const TextKey& cName) const noexcept { return cName.Hash(); }
+    };
+    // A cut mostly has a name or two, which are found sooner without a table.
+    constexpr std::size_t lFew = 16;
+    const bool bFew = colNames.size() + colMore.size() <= lFew;
+    std::unordered_set<TextKey, Hash> colSeen;
+    if (!bFew)
+    {
+        colSeen.insert(colNames.begin(), colNames.end());
+    }
+    for (const auto& sName : colMore)
+    {
+        TextKey cName(sName);
+        const bool bNew = bFew ? std::find(colNames.begin(), colNames.end(), cName) == colNames.end()
+                               : colSeen.insert(cName).second;
+        if (bNew && !cName.Empty())
+        {
+            colNames.push_back(std::move(cName));
+        }
     }
 }
 
@@ -40,10 +58,7 @@ CutValues ValuesOf(const Cut& cCut)
     values.cArtist = TextKey(cCut.Artist());
     values.cTitle = TextKey(cCut.Title());
     values.cAlbum = TextKey(cCut.Album());
-    for (const auto& sName : cCut.CategoryNames())
-    {
-        AddName(values.colCategories, sName);
-    }
+    AddNames(values.colCategories, cCut.CategoryNames());
     values.dtLastPlayed = cCut.LastPlayed();
     values.lYear = cCut.Year();
     values.lRunTimemS = cCut.RunTimemS();
@@ -80,7 +95,7 @@ bool StoreCut::HasCategoryName(std::wstring_view sName) const
 void StoreCut::AddCategoryName(const std::wstring& sName)
 {
     CutValues next = m_values;
-    AddName(next.colCategories, sName);
+    AddNames(next.colCategories, {sName});
     Set(std::move(next));
 }
 
@@ -106,10 +121,7 @@ void StoreCut::SetCategoryText(const std::wstring& sText)
 {
     CutValues next = m_values;
     next.colCategories.clear();
-    for (const auto& sName : Split(sText, L"/"))
-    {
-        AddName(next.colCategories, sName);
-    }
+    AddNames(next.colCategories, Split(sText, L"/"));
     Set(std::move(next));
 }
 

@@ -39,8 +39,8 @@ bool SameText(const TextKey& cLeft, const TextKey& cRight) noexcept;
 // The values of any cut, its category names brought into order: a repeated name and an empty one are dropped.
 CutValues ValuesOf(const Cut& cCut);
 
-// Adds the name at the end, unless it is empty or there already without regard to case.
-void AddName(std::vector<TextKey>& colNames, const std::wstring& sName);
+// Adds the names at the end, except those that are empty or there already without regard to case. Linear.
+void AddNames(std::vector<TextKey>& colNames, const std::vector<std::wstring>& colMore);
 
 // Who writes down the changes of the cuts that a database holds.
 class CutOwner

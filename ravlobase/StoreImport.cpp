@@ -36,10 +36,7 @@ CutValues Merged(CutValues values, const LibraryRow& row)
     if (row.colCategories)
     {
         values.colCategories.clear();
-        for (const auto& sName : *row.colCategories)
-        {
-            AddName(values.colCategories, sName);
-        }
+        AddNames(values.colCategories, *row.colCategories);
     }
     return values;
 }

@@ -125,6 +125,21 @@ TEST_F(StoreCutTest, CategoryNamesKeepTheirOrderAndAreUniqueIgnoringCase)
     EXPECT_EQ(ByKey(L"a")->CategoryNames(), (Lines{L"Rock", L"jazz", L"AC/DC"}));
 }
 
+TEST_F(StoreCutTest, ManyCategoryNamesAreUniqueIgnoringCaseToo)
+{
+    std::wstring sText;
+    for (int i = 0; i < 20'000; ++i)
+        sText += L"name " + std::to_wstring(i % 10'000) + L"/NAME " + std::to_wstring(i % 10'000) + L"//";
+    const auto cCopy = m_cCut->CloneCut();
+    cCopy->SetCategoryText(sText);
+    const Lines colNames = cCopy->CategoryNames();
+    ASSERT_EQ(colNames.size(), 10'000u);
+    EXPECT_EQ(colNames.front(), L"name 0");
+    EXPECT_EQ(colNames.back(), L"name 9999");
+    cCopy->AddCategoryName(L"Name 77");
+    EXPECT_EQ(cCopy->CategoryNames().size(), 10'000u);
+}
+
 TEST_F(StoreCutTest, ACutMayBeInNoCategory)
 {
     m_cCut->SetCategoryText(L"");
