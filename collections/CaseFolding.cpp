@@ -2,7 +2,9 @@
 #include "collections/CaseFolding.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
+#include <cwchar>
 #include <iterator>
 
 namespace ravlo
@@ -55,15 +57,30 @@ std::wstring FoldCase(std::wstring_view sText)
 
 bool EqualIgnoringCase(std::wstring_view sLeft, std::wstring_view sRight) noexcept
 {
-    return std::equal(sLeft.begin(), sLeft.end(), sRight.begin(), sRight.end(),
+    if (sLeft.size() != sRight.size())
+        return false;
+    // Most equal texts are equal letter by letter, which shows much sooner.
+    return std::wmemcmp(sLeft.data(), sRight.data(), sLeft.size()) == 0 ||
+           std::equal(sLeft.begin(), sLeft.end(), sRight.begin(),
                       [](wchar_t a, wchar_t b) { return a == b || Fold(a) == Fold(b); });
 }
 
 std::size_t HashIgnoringCase(std::wstring_view sText) noexcept
 {
-    std::uint64_t lHash = 0xCBF29CE484222325u; // FNV-1a's start and prime
-    for (const wchar_t c : sText)
-        lHash = (lHash ^ static_cast<std::uint32_t>(Fold(c))) * 0x100000001B3u;
+    // FNV-1a's start and prime; two chains, since each multiplication waits for the one before.
+    constexpr std::uint64_t lPrime = 0x100000001B3u;
+    std::uint64_t lEven = 0xCBF29CE484222325u;
+    std::uint64_t lOdd = lEven;
+    const auto Folded = [sText](std::size_t i) { return static_cast<std::uint32_t>(Fold(sText[i])); };
+    std::size_t i = 0;
+    for (; i + 1 < sText.size(); i += 2)
+    {
+        lEven = (lEven ^ Folded(i)) * lPrime;
+        lOdd = (lOdd ^ Folded(i + 1)) * lPrime;
+    }
+    if (i < sText.size())
+        lEven = (lEven ^ Folded(i)) * lPrime;
+    std::uint64_t lHash = lEven ^ std::rotl(lOdd, 31);
     // Tables take the low bits, so the high ones are mixed into them.
     lHash = (lHash ^ (lHash >> 32)) * 0x9E3779B97F4A7C15u;
     return static_cast<std::size_t>(lHash ^ (lHash >> 29));

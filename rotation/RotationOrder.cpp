@@ -6,36 +6,66 @@
 namespace ravlo
 {
 
-std::shared_ptr<Cut> DataBaseCutOf(const Cut& cCut, const DataBase& cDataBase)
+namespace
 {
-    if (std::shared_ptr<Cut> cOwn = cDataBase.CutByKey(cCut.Key()))
+
+std::shared_ptr<Cut> OwnCut(const Cut& cCut, const TextKey& cKey, const DataBase& cDataBase)
+{
+    if (std::shared_ptr<Cut> cOwn = cDataBase.CutByKey(cKey))
         return cOwn;
     return cDataBase.CutByArtistTitle(cCut.Artist(), cCut.Title());
+}
+
+// The head is what mostly goes to the back, and is found without a look at the keys' table.
+bool MoveToBack(CutCollection& colOrder, const TextKey& cKey)
+{
+    const TextKey* pHead = colOrder.Empty() ? nullptr : colOrder.KeyAt(0);
+    if (!pHead || !(*pHead == cKey))
+        return colOrder.SendToBack(cKey);
+    colOrder.MoveToEnd(0);
+    return true;
+}
+
+// cKey is cCut's.
+SentToBack SendToBack(clsCat& cSubCat, const Cut& cCut, const TextKey& cKey, const DataBase& cDataBase)
+{
+    std::shared_ptr<Cut> cOwn = OwnCut(cCut, cKey, cDataBase);
+    if (!cOwn)
+        return SentToBack::Unknown;
+    const TextKey cOwnKey = cOwn.get() == &cCut ? cKey : cOwn->Key();
+    const std::shared_ptr<CutCollection> colOrder = cSubCat.SchedCuts();
+    if (!MoveToBack(*colOrder, cOwnKey))
+        return SentToBack::No;
+    std::shared_ptr<Cut>& cLast = colOrder->At(colOrder->Count() - 1);
+    if (cLast != cOwn)
+        cLast = std::move(cOwn);
+    return SentToBack::Yes;
+}
+
+} // namespace
+
+std::shared_ptr<Cut> DataBaseCutOf(const Cut& cCut, const DataBase& cDataBase)
+{
+    return OwnCut(cCut, cCut.Key(), cDataBase);
 }
 
 SentToBack SendToBack(clsCat* cSubCat, const Cut* cCut, const DataBase* cDataBase)
 {
     if (!cSubCat || !cCut || !cDataBase)
         return SentToBack::Unknown;
-    std::shared_ptr<Cut> cOwn = DataBaseCutOf(*cCut, *cDataBase);
-    if (!cOwn)
-        return SentToBack::Unknown;
-    const TextKey cKey = cOwn->Key();
-    const std::shared_ptr<CutCollection> colOrder = cSubCat->SchedCuts();
-    if (!colOrder->SendToBack(cKey))
-        return SentToBack::No;
-    colOrder->At(colOrder->Count() - 1) = std::move(cOwn);
-    return SentToBack::Yes;
+    return SendToBack(*cSubCat, *cCut, cCut->Key(), *cDataBase);
 }
 
 bool SendToBackOfCategory(clsCat* cSubCat, const Cut* cCut, const SelectionWorld& world)
 {
     try
     {
-        const SentToBack eSent = SendToBack(cSubCat, cCut, world.cDataBase.get());
-        if (eSent == SentToBack::Unknown)
+        if (!cSubCat || !cCut || !world.cDataBase)
             return false;
         const TextKey cKey = cCut->Key();
+        const SentToBack eSent = SendToBack(*cSubCat, *cCut, cKey, *world.cDataBase);
+        if (eSent == SentToBack::Unknown)
+            return false;
         TraceStep step =
             StepInLevel(eSent == SentToBack::Yes ? StepKind::SentToBack : StepKind::NotSentToBack, *cSubCat);
         step.sKey = cKey.Text();

@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -24,37 +25,33 @@ constexpr const wchar_t* sViolatesRulesWhere = L"ViolatesRules [schedman]";
 constexpr const wchar_t* sPreviousCutWhere = L"ViolatesRules [schedman], previous cut";
 constexpr const wchar_t* sNextCutFromCategoryTitle = L"Error in NextCutFromCategory [cSchedMan]";
 
-// The keys a walk has examined. Most picks end within a few steps, so the set is made only when a few do not
-// suffice.
+// The keys a walk has examined. A list, until the walk has to ask whether one is among them.
 class ExaminedKeys
 {
 public:
-    // False when the key was there already.
-    bool Insert(const TextKey& cKey)
+    // A key that is not there yet.
+    void Add(const TextKey& cKey)
     {
-        if (m_colFirst.size() < lFew)
-        {
-            for (const TextKey& cSeen : m_colFirst)
-            {
-                if (cSeen == cKey)
-                    return false;
-            }
-            m_colFirst.push_back(cKey);
-            return true;
-        }
-        if (m_colAll.empty())
-            m_colAll.insert(m_colFirst.begin(), m_colFirst.end());
-        return m_colAll.insert(cKey).second;
+        if (m_bAsked)
+            m_colSet.insert(cKey);
+        else
+            m_colList.push_back(cKey);
+    }
+    bool Contains(const TextKey& cKey)
+    {
+        if (!std::exchange(m_bAsked, true))
+            m_colSet.insert(m_colList.begin(), m_colList.end());
+        return m_colSet.count(cKey) != 0;
     }
 
 private:
-    static constexpr std::size_t lFew = 8;
     struct Hash
     {
         std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
     };
-    std::vector<TextKey> m_colFirst;
-    std::unordered_set<TextKey, Hash> m_colAll;
+    std::vector<TextKey> m_colList;
+    std::unordered_set<TextKey, Hash> m_colSet;
+    bool m_bAsked = false;
 };
 
 // The violator that is chosen when nothing else can be. Violators are told apart by their minutes as text,
@@ -132,6 +129,7 @@ public:
                 m_world.pump();
             // Looked up at each step: at a pump the level may have been emptied, re-ordered or deleted.
             const std::shared_ptr<CutCollection> colOrder = m_cSubCat->SchedCuts();
+            LookForDisturbance(colOrder);
             if (!BringFreshCutToHead(*colOrder))
                 break;
             if (std::shared_ptr<Cut> cCopy = ExamineHead(*colOrder))
@@ -156,6 +154,19 @@ public:
     bool MovedCuts() const noexcept { return m_bMovedCuts; }
 
 private:
+    // As long as nobody but this walk has moved cuts, no cut can come to the head twice, and none has to be
+    // looked for among those examined.
+    void LookForDisturbance(const std::shared_ptr<CutCollection>& colOrder)
+    {
+        if (!m_colOrder)
+        {
+            m_colOrder = colOrder;
+            m_lChanges = colOrder->Changes();
+        }
+        else if (colOrder != m_colOrder || colOrder->Changes() != m_lChanges)
+            m_bDisturbed = true;
+    }
+
     // Passes over the cuts at the head that this walk has examined: others moved cuts at a pump, and behind
     // these there may be fresh ones. False when there is no fresh cut.
     bool BringFreshCutToHead(CutCollection& colOrder)
@@ -164,9 +175,14 @@ private:
         {
             m_bMovedCuts = true;
             const TextKey* pKey = colOrder.KeyAt(0);
-            if (colOrder.At(0) && (!pKey || m_colExamined.Insert(*pKey)))
+            if (colOrder.At(0) && !(pKey && m_bDisturbed && m_colExamined.Contains(*pKey)))
+            {
+                if (pKey)
+                    m_colExamined.Add(*pKey);
                 return true;
+            }
             PassOver(colOrder, pKey);
+            m_bDisturbed = true; // what is passed over leaves more steps than fresh cuts
         }
         return false;
     }
@@ -214,16 +230,21 @@ private:
     // The entry is moved in any case: the candidate can still be scheduled when the database fails.
     void SendHeadToBack(CutCollection& colOrder, const Cut& cHead)
     {
-        SendToBackOfCategory(m_cSubCat.get(), &cHead, m_world);
-        MoveHeadToEnd(colOrder, cHead);
+        const bool bSent = SendToBackOfCategory(m_cSubCat.get(), &cHead, m_world);
+        const bool bMoved = MoveHeadToEnd(colOrder, cHead);
+        m_lChanges += (bSent ? 1u : 0u) + (bMoved ? 1u : 0u);
+        if (bSent && bMoved)
+            m_bDisturbed = true; // another cut went to the back, behind some that were examined
     }
 
     // What the database does not know, or knows under another key, would stay at the head and be examined for
-    // ever.
-    static void MoveHeadToEnd(CutCollection& colOrder, const Cut& cHead)
+    // ever. True when it was moved.
+    static bool MoveHeadToEnd(CutCollection& colOrder, const Cut& cHead)
     {
-        if (!colOrder.Empty() && colOrder.At(0).get() == &cHead)
-            colOrder.MoveToEnd(0);
+        if (colOrder.Empty() || colOrder.At(0).get() != &cHead)
+            return false;
+        colOrder.MoveToEnd(0);
+        return true;
     }
 
     std::shared_ptr<Cut> Measured(const Candidate& candidate)
@@ -299,6 +320,9 @@ private:
     const bool m_bMustBeOpener;
     const SelectionWorld& m_world;
     Reference m_reference;
+    std::shared_ptr<CutCollection> m_colOrder; // at the first step
+    std::uint64_t m_lChanges = 0;              // of that order, as far as they are this walk's own
+    bool m_bDisturbed = false;
     ExaminedKeys m_colExamined;
     BestViolator m_best;
     bool m_bMovedCuts = false;

@@ -16,6 +16,12 @@ constexpr double dMillisecondsPerSecond = 1000.0;
 constexpr double dSecondsPerDay = 86400.0;
 constexpr float sngSecondsPerMinute = 60.0F;
 
+float Minutes(std::int64_t lReference, std::int64_t lPlayed)
+{
+    const double dSeconds = static_cast<double>(lReference) - static_cast<double>(lPlayed);
+    return std::abs(static_cast<float>(dSeconds) / sngSecondsPerMinute);
+}
+
 // One candidate under measurement.
 class Measurement
 {
@@ -40,7 +46,8 @@ public:
             const std::shared_ptr<Cut> cLastPlayed = lastPlay();
             if (!cLastPlayed)
                 return;
-            const float sngMinsAgo = MinutesBetween(Start(), m_cHistory.TimeOf(*cLastPlayed));
+            const std::int64_t lStart = Start();
+            const float sngMinsAgo = Minutes(lStart, WholeSeconds(m_cHistory.TimeOf(*cLastPlayed)));
             if (static_cast<double>(sngMinsAgo) < static_cast<double>(lSeparation))
                 Note(eRule, sngMinsAgo, pOwnMinsAgo);
         }
@@ -62,11 +69,11 @@ private:
         m_violation.Violation = eRule;
         m_violation.MinsAgo = sngMinsAgo;
     }
-    DateTime Start()
+    std::int64_t Start()
     {
-        if (!m_dtStart)
-            m_dtStart = m_reference.Time();
-        return *m_dtStart;
+        if (!m_lStart)
+            m_lStart = WholeSeconds(m_reference.Time());
+        return *m_lStart;
     }
 
     const Candidate& m_candidate;
@@ -74,7 +81,7 @@ private:
     Reference& m_reference;
     const ErrorSink& m_failed;
     clsRuleViolation m_violation;
-    std::optional<DateTime> m_dtStart;
+    std::optional<std::int64_t> m_lStart; // the reference time in whole seconds
 };
 
 } // namespace
@@ -117,9 +124,7 @@ DateTime Reference::Time()
 
 float MinutesBetween(DateTime dtReference, DateTime dtPlayed)
 {
-    const double dSeconds =
-        static_cast<double>(WholeSeconds(dtReference)) - static_cast<double>(WholeSeconds(dtPlayed));
-    return std::abs(static_cast<float>(dSeconds) / sngSecondsPerMinute);
+    return Minutes(WholeSeconds(dtReference), WholeSeconds(dtPlayed));
 }
 
 clsRuleViolation MeasureAgainstRules(const SeparationRules& rules, const Candidate& candidate,
