@@ -10,9 +10,13 @@ namespace ravlo
 // monitor.
 void CentreDialog(HWND hDialog, HWND hOwner) noexcept;
 
-// While it lives, the next dialog of this thread that comes up before that owner stands in the middle of it.
-// For the system's own boxes, which would stand in the middle of the screen. Without an owner nothing is
-// changed.
+// Makes a message box as wide as its title needs, up to the screen's width; its buttons keep their place in
+// the middle or at the right. The system makes it as wide as its text alone.
+void FitToTitle(HWND hBox) noexcept;
+
+// While it lives, the next dialog of this thread that comes up before that owner, or without one, is made
+// wide enough for its title and stands in the middle of the owner. For the system's own boxes, which would
+// stand in the middle of the screen.
 class CentredOnOwner
 {
 public:
@@ -25,6 +29,7 @@ private:
     static LRESULT CALLBACK OnHook(int lCode, WPARAM wParam, LPARAM lParam) noexcept;
 
     HWND m_hOwner;
+    bool m_bPending = true; // the dialog has not come up yet
     HHOOK m_hHook = nullptr;
     CentredOnOwner* m_pBefore; // boxes may be stacked: a timer of the host opens another one
 };

@@ -46,7 +46,22 @@ struct CategoryBoxes : CategoryWindowTest
         EXPECT_EQ(user.Box(), box);
         EXPECT_EQ(IconOf(OpenBox(user)), sIcon ? ::LoadIconW(nullptr, sIcon) : nullptr) << sShot.c_str();
         Shot(user, sShot);
+        EXPECT_TRUE(TitleFits(OpenBox(user))) << sShot.c_str();
+        EXPECT_TRUE(InTheMiddle(OpenBox(user))) << sShot.c_str();
+        EXPECT_EQ(Untidiness(OpenBox(user)), std::vector<std::string>()) << sShot.c_str();
         user.Answer(lAnswer);
+    }
+    // Whether the title bar has the room for the whole title and the close button.
+    static bool TitleFits(HWND hBox)
+    {
+        NONCLIENTMETRICSW metrics{};
+        metrics.cbSize = sizeof metrics;
+        ::SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+        const UniqueFont hFont(::CreateFontIndirectW(&metrics.lfCaptionFont));
+        const FontContext cContext(hBox, hFont.get());
+        const RECT place = PlaceOf(hBox);
+        return TextSize(cContext.Get(), User::Text(hBox)).cx + ::GetSystemMetrics(SM_CXSIZE) <=
+               place.right - place.left;
     }
     // Face and height as they come to the screen.
     static std::pair<std::wstring, LONG> FontOf(HWND hControl)
@@ -134,6 +149,26 @@ TEST_F(CategoryBoxes, EachLevelThatIsRefusedIsExplainedAndAskedForAgain)
                     IDI_QUESTION, L"level-exists", IDNO);
             EXPECT_EQ(user.Find(L"#32770"), nullptr);
             EXPECT_EQ(user.Entries(At(eIdlstlvl)), (Texts{L"1", L"3", L"ALL"}));
+        });
+}
+
+TEST_F(CategoryBoxes, ReplacedCharactersAreMentioned)
+{
+    Open(
+        [&](const User& user)
+        {
+            user.Click(At(eIdcmdNew));
+            user.AnswerInput(L"AC/DC");
+            EXPECT_EQ(user.Box(),
+                      (BoxOnScreen{L"New Category Creation",
+                                   L"The category is named: AC_DC\r\n"
+                                   L"A file of its name is kept, in which these characters cannot stand: "
+                                   L"* / : < > ? \\ | \"",
+                                   {IDOK}}));
+            EXPECT_EQ(IconOf(OpenBox(user)), ::LoadIconW(nullptr, IDI_INFORMATION));
+            Shot(user, L"name-replaced");
+            user.Answer(IDOK);
+            EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"AC_DC"}));
         });
 }
 
