@@ -236,6 +236,27 @@ TEST_F(CategoryEditingTest, NothingToShuffleComesBackAsAnEmptyCollection)
     }
 }
 
+TEST_F(CategoryEditingTest, ACategoryCannotBecomeALevelOfItself)
+{
+    const auto cMainCat = MainCat(L"Rock");
+    const auto cLevel = Level(L"Rock", L"1");
+    ComPtr<_clsCollection> colLevels;
+    ASSERT_EQ(cMainCat->get_SubCats(colLevels.Receive()), S_OK);
+    ComPtr<_clsCollection> colOfLevel;
+    ASSERT_EQ(cLevel->get_SubCats(colOfLevel.Receive()), S_OK);
+    const auto add = [](const ComPtr<_clsCollection>& colInto, const ComPtr<_clsCat>& cCat)
+    { return colInto->Add(Object(cCat), Text(L"9"), Variant::Omitted(), Variant::Omitted()); };
+    EXPECT_EQ(add(colLevels, cMainCat), ErrorResult(5));
+    EXPECT_EQ(add(colOfLevel, cLevel), ErrorResult(5));
+    EXPECT_EQ(add(colOfLevel, cMainCat), ErrorResult(5));
+    // By a script, which calls late-bound.
+    Called called = Call(colLevels.Get(), L"Add", DISPATCH_METHOD, {Object(cMainCat), Text(L"9")});
+    EXPECT_EQ(called.hResult, DISP_E_EXCEPTION);
+    EXPECT_EQ(called.hError, ErrorResult(5));
+    EXPECT_EQ(LongOfProperty(colLevels, &_clsCollection::get_Count), 2);
+    EXPECT_EQ(LongOfProperty(cMainCat, &_clsCat::get_TotalCuts), 3);
+}
+
 TEST_F(CategoryEditingTest, AMassChangeOfNothingDoesNothing)
 {
     const auto colFrom = CollectionOf({Object(Level(L"Rock", L"1"))});
