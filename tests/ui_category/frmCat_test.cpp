@@ -311,6 +311,8 @@ TEST_F(Form, WithMultiSelectTheCutReceivesLevelAndCategories)
          });
     EXPECT_EQ(CutOf(3)->CatLevel(), 3);
     EXPECT_EQ(CutOf(3)->CategoryText(), L"Rock/Jazz");
+    EXPECT_EQ(Level(L"Rock", 3)->SchedCuts()->At(Level(L"Rock", 3)->SchedCuts()->Count() - 1), CutOf(3));
+    EXPECT_FALSE(Level(L"Jazz", 2)->SchedCuts()->Exists(CutOf(3)->Key())) << "filed, not only named";
     EXPECT_EQ(Shown(), Boxes());
 }
 
