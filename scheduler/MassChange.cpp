@@ -38,8 +38,11 @@ MassChange::MassChange(Station& cStation, Synchronisation& cSync, eCatDragOption
       m_cMainCatTo(m_cTo->CatLevel() == 0 ? m_cTo : m_cTo->MainCat())
 {
     for (const std::shared_ptr<clsCat>& cFrom : colSubCatsFrom)
-        if (std::shared_ptr<clsCat> cPresent = cFrom ? cStation.Present(cFrom) : nullptr)
-            m_colFrom.push_back(std::move(cPresent));
+        if (cFrom)
+        {
+            const std::shared_ptr<clsCat> cPresent = cStation.Present(cFrom);
+            m_colFrom.push_back(cPresent ? cPresent : cFrom); // a stand-in is named, and left by nobody
+        }
 }
 
 void MassChange::Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats)

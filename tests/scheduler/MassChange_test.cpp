@@ -521,6 +521,15 @@ TEST_F(MassChangeTest, ACopyPausesAndReportsEveryHundredthCut)
                      L"Progress 201/201: Copied into Pop 1", L"Done: Category copy complete."}));
 }
 
+TEST_F(MassChangeTest, AStandInForTheSourceIsNamed)
+{
+    const Cuts colCuts = AddMany(100, L"k", L"", 1);
+    Add(L"b", L"Pop", 1);
+    Start();
+    Change(eCopyHere, {std::make_shared<clsCat>(cLib.cMod, sNoCat, 0)}, Level(L"Pop", 1), colCuts);
+    EXPECT_EQ(said[1], L"Progress 100/100: Copying into Pop 1 from NOCAT");
+}
+
 TEST_F(MassChangeTest, EachAffectedCategoryIsWrittenOnceHoweverManyCutsAreMoved)
 {
     const Cuts colCuts = AddMany(150, L"k", L"Rock/Jazz/Soul", 1);
@@ -614,7 +623,8 @@ TEST_F(MassChangeTest, ASaveThatFailsIsShownOncePerCategoryAndTheOthersAreWritte
     Start();
     cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
     Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 2), {cCut});
-    EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in SaveHistoryAndOrdering [cSchedMan]", CriticalText(75) + L": Rock")}));
+    EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in SaveHistoryAndOrdering [cSchedMan]",
+                                        CriticalText(75) + L": Rock")}));
     EXPECT_EQ(File(L"Rock"), SifCut("a", 1)) << "the old file is whole";
     EXPECT_EQ(File(L"Pop"), SifCut("b", 2) + SifCut("a", 2));
     EXPECT_EQ(File(L"Jazz"), SifMarker(1) + SifCut("a", 2));
