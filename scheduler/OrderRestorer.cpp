@@ -141,7 +141,7 @@ OrderLeftOver RestoreOrder(ModScheduler& cMod, clsCat& cMainCat, std::string_vie
     const CodePage& cCodePage = cMod.Outside().cCodePage;
     OrderLeftOver leftOver;
     std::unordered_map<std::int32_t, LevelOrder> colLevels;
-    LevelOrder* cLevel = nullptr; // of the record before: a level's records stand together
+    LevelOrder* cLevel = nullptr;        // of the record before: a level's records stand together
     std::optional<std::int32_t> lMarked; // by the record before
     for (; records.size() >= lOrderRecordSize; records.remove_prefix(lOrderRecordSize))
     {
