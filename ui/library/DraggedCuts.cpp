@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/library/DraggedCuts.h"
 
+#include "scheduler/MassChange.h"
 #include "ui/library/CutPlaces.h"
 #include "ui/library/NodeKey.h"
 
@@ -63,10 +64,8 @@ bool MayCopyInto(std::int32_t lLevel, const PresentCuts& present)
 {
     if (lLevel == 0)
         return true;
-    // Filed without a number of its own, a cut gets number 1.
     return std::all_of(present.colCuts.begin(), present.colCuts.end(),
-                       [&](const std::shared_ptr<Cut>& cCut)
-                       { return std::max(cCut->CatLevel(), 1) == lLevel; }) &&
+                       [&](const std::shared_ptr<Cut>& cCut) { return OwnLevelOf(*cCut) == lLevel; }) &&
            std::all_of(present.colFrom.begin(), present.colFrom.end(),
                        [&](const std::shared_ptr<clsCat>& cFrom)
                        { return cFrom->CatLevel() == 0 || cFrom->CatLevel() == lLevel; });
