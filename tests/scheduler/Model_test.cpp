@@ -127,16 +127,24 @@ public:
             for (const RefCut* pCut : colOrder)
                 colRecords.push_back({pCut->lLevel, false, pCut->sKey});
         }
-        if (!colRecords.empty())
-        {
-            colFiles[Lower(main.sName)] = colRecords;
-            colTouched.insert(Lower(main.sName));
-        }
+        // Without a record the file stays, unless it asks for a level that is not there at every start.
+        if (colRecords.empty() && colNotApplied.count(Lower(main.sName)) == 0)
+            return;
+        colFiles[Lower(main.sName)] = colRecords;
+        colTouched.insert(Lower(main.sName));
+        colNotApplied.erase(Lower(main.sName));
+    }
+    // Of a file that is there, if without a record.
+    const std::vector<RefRecord>* Records(const std::wstring& sFolded) const
+    {
+        const auto found = colFiles.find(sFolded);
+        return found == colFiles.end() ? nullptr : &found->second;
     }
     void DeleteFile(const RefMain& main)
     {
         colUnsaved.erase(Lower(main.sName));
         colFiles.erase(Lower(main.sName));
+        colNotApplied.erase(Lower(main.sName));
         colTouched.insert(Lower(main.sName));
     }
     void Save(const std::set<RefMain*>& colAffected)
@@ -213,23 +221,28 @@ public:
         }
         for (const std::wstring& sName : colList)
             Ensure(sName);
+        colNotApplied.clear();
         for (const auto& pMain : colMains)
-            Apply(*pMain, colFiles[Lower(pMain->sName)]);
+            if (const auto* pRecords = Records(Lower(pMain->sName)); pRecords && !Apply(*pMain, *pRecords))
+                colNotApplied.insert(Lower(pMain->sName));
     }
 
 private:
-    static void Apply(RefMain& main, const std::vector<RefRecord>& colRecords)
+    std::set<std::wstring> colNotApplied; // folded names whose files ask for a level that is not there
+
+    static bool Apply(RefMain& main, const std::vector<RefRecord>& colRecords)
     {
         for (const RefRecord& record : colRecords)
         {
             if (main.colLevels.count(record.lLevel) == 0 && !record.bMarker)
-                return;
+                return false;
             RefOrder& colOrder = main.colLevels[record.lLevel];
             const auto found = std::find_if(colOrder.begin(), colOrder.end(),
                                             [&](const RefCut* pCut) { return pCut->sKey == record.sKey; });
             if (!record.bMarker && found != colOrder.end())
                 std::rotate(found, found + 1, colOrder.end());
         }
+        return true;
     }
 };
 
@@ -332,12 +345,11 @@ public:
             }
         for (const std::wstring& sName : colTouched)
         {
-            const auto found = m_ref.colFiles.find(sName);
-            const bool bThere = found != m_ref.colFiles.end() && !found->second.empty();
-            ASSERT_EQ(m_cWorld.cFiles.FileExists(SifPath(sName)), bThere);
-            if (bThere)
+            const std::vector<RefRecord>* pRecords = m_ref.Records(sName);
+            ASSERT_EQ(m_cWorld.cFiles.FileExists(SifPath(sName)), pRecords != nullptr);
+            if (pRecords)
             {
-                ASSERT_EQ(Decoded(m_cWorld.cFiles.Get(SifPath(sName))), found->second);
+                ASSERT_EQ(Decoded(m_cWorld.cFiles.Get(SifPath(sName))), *pRecords);
             }
         }
     }
@@ -363,8 +375,6 @@ public:
                 colThere.insert(Lower(sPath));
         for (const auto& [sName, colRecords] : m_ref.colFiles)
         {
-            if (colRecords.empty())
-                continue;
             ASSERT_EQ(colThere.erase(Lower(SifPath(sName))), 1u);
             ASSERT_EQ(Decoded(m_cWorld.cFiles.Get(SifPath(sName))), colRecords);
         }
