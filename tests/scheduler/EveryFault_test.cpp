@@ -165,6 +165,22 @@ const Operation operations[] = {
          p.End();
      },
      true},
+    {"populate_and_change_rules",
+     [](Program& p)
+     {
+         PopulateIt(p);
+         p.RulesOf(L"Rock", 1)->SetTitleSepMins(99);
+         p.End();
+     },
+     true},
+    {"populate_and_change_settings",
+     [](Program& p)
+     {
+         PopulateIt(p);
+         p.cLib.cMod.SetGlobalTitleSepMins(99);
+         p.End();
+     },
+     true},
     {"populate_again", PopulateIt, false, false, true},
     {"populate_again_after_picks",
      [](Program& p)
@@ -403,11 +419,10 @@ void PrintTo(const Operation& operation, std::ostream* pStream) { *pStream << op
 struct Mode
 {
     const char* sName;
-    bool bReads;       // reading and listing are steps too
+    bool bReads;       // reading, listing and looking are steps too
     bool bStaysBroken; // and so does everything after the fault
 };
 const Mode modes[] = {
-    {"one_write", false, false},
     {"one_step", true, false},
     {"every_write_from_then_on", false, true},
     {"every_step_from_then_on", true, true},
@@ -459,7 +474,7 @@ bool EveryFaultTest::Fail(int lGoodSteps)
     Program p(StationDisk(), NewDataBase());
     if (!Op().bFromStart)
         p.cLib.Populate();
-    p.cFiles.bCountReads = How().bReads;
+    p.cFiles.bCountReads = p.cFiles.bCountLooks = How().bReads;
     p.cFiles.bStaysBroken = How().bStaysBroken;
     p.cFiles.Arm(lGoodSteps);
     Op().run(p);
