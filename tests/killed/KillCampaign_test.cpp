@@ -1,0 +1,386 @@
+// SPDX-License-Identifier: MIT
+// A host is killed at any moment of anything it does, over a real database and real files. Each order is then
+// the one before or after, each cut is in the place it had or the one it was to have, and the next start
+// finds nothing to complain of. A few kills as a rule, a thousand with RAVLO_LONG; RAVLO_SEED gives another
+// course.
+
+#include "killed/Station.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <set>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace ravlo::test
+{
+
+namespace
+{
+
+using Chance = std::mt19937;
+using Microseconds = std::chrono::microseconds;
+
+// ---- what a host does; each takes its choices from the chance alone, so that it can be done twice alike
+
+std::shared_ptr<clsCat> AnyMainCat(const Host& host, Chance& cChance)
+{
+    const CatCollection& colMainCats = *host.cSchedMan->colMainCats();
+    return colMainCats.At(cChance() % colMainCats.Count());
+}
+
+// Null when the category it tries has none.
+std::shared_ptr<clsCat> AnyLevel(const Host& host, Chance& cChance)
+{
+    const std::shared_ptr<CatCollection> colLevels = AnyMainCat(host, cChance)->SubCats();
+    return colLevels->Empty() ? nullptr : colLevels->At(cChance() % colLevels->Count());
+}
+
+Cuts CutsOf(const clsCat& cLevel)
+{
+    const std::shared_ptr<CutCollection> colCuts = cLevel.SchedCuts();
+    return {colCuts->begin(), colCuts->end()};
+}
+
+void Picks(Host& host, Chance& cChance)
+{
+    for (int lPick = 0; lPick < 4; ++lPick)
+        if (const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cChance))
+        {
+            std::shared_ptr<clsCat> cMainCat;
+            std::shared_ptr<clsCat> cSubCat;
+            std::wstring sKey;
+            const std::shared_ptr<Cut> cCut = host.cSchedMan->NextCutFromRotation(
+                CategoryKey(cLevel->CatName(), cLevel->CatLevel()), false, nullptr, cMainCat, cSubCat, sKey);
+            host.cSchedMan->UpdateArtistTitleHistory(cCut);
+            host.NoteOrders();
+        }
+}
+
+void Save(Host& host, Chance& cChance)
+{
+    for (const std::shared_ptr<clsCat>& cMainCat : *host.cSchedMan->colMainCats())
+        for (const std::shared_ptr<clsCat>& cLevel : *cMainCat->SubCats())
+            if (!cLevel->SchedCuts()->Empty())
+                cLevel->SchedCuts()->MoveToEnd(cChance() % cLevel->SchedCuts()->Count());
+    host.cSchedMan->SaveHistoryAndOrdering(nullptr);
+    host.cSchedMan->SaveCatNames();
+}
+
+void MoveInLevel(Host& host, Chance& cChance)
+{
+    const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cChance);
+    if (cLevel && !cLevel->SchedCuts()->Empty())
+        host.cSchedMan->MoveCutsInCategory(cLevel, {CutsOf(*cLevel).back()}, 1);
+}
+
+void Shuffle(Host& host, Chance& cChance) { host.cSchedMan->ShuffleCategories({AnyMainCat(host, cChance)}); }
+
+// A cut that stands in one level alone, among many others; null when the level it tries is too small. A
+// database tells of its changes after they are made: one that takes a level's last cut, followed by a kill,
+// leaves an order that speaks of a level that is gone, and the next start says so.
+std::shared_ptr<Cut> AnyAmongMany(const Host& host, Chance& cChance)
+{
+    const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cChance);
+    if (!cLevel || cLevel->TotalCuts() < 10)
+        return nullptr;
+    const std::shared_ptr<Cut> cCut = CutsOf(*cLevel)[cChance() % 3];
+    return cCut->CategoryNames().size() == 1 ? cCut : nullptr;
+}
+
+// New cuts, and new titles and categories for old ones.
+void Import(Host& host, Chance& cChance)
+{
+    std::string csv = "path,artist,title,categories,level\n";
+    const auto row = [&](const std::wstring& sKey)
+    {
+        csv += std::string(sKey.begin(), sKey.end()) + ",Artist " + std::to_string(cChance() % 9) +
+               ",Title " + std::to_string(cChance() % 99) + "," + (cChance() % 2 == 0 ? "Pop" : "Rock/Soul") +
+               "," + std::to_string(1 + cChance() % 3) + "\n";
+    };
+    for (int lRow = 0; lRow < 5; ++lRow)
+        if (const std::wstring sKey = L"D:\\" + std::to_wstring(cChance() % 300) + L".mp3";
+            !host.cStore->CutByKey(TextKey(sKey)))
+            row(sKey);
+    for (int lRow = 0; lRow < 4; ++lRow)
+        if (const std::shared_ptr<Cut> cCut = AnyAmongMany(host, cChance))
+            row(cCut->Key().Text());
+    host.Import(csv);
+}
+
+void RemoveCuts(Host& host, Chance& cChance)
+{
+    Cuts colGone;
+    for (int lCut = 0; lCut < 3; ++lCut)
+        if (const std::shared_ptr<Cut> cCut = AnyAmongMany(host, cChance))
+            colGone.push_back(cCut);
+    host.cStore->RemoveCuts(colGone);
+}
+
+void MoveOrCopy(Host& host, Chance& cChance, eCatDragOptions eOption, const std::shared_ptr<clsCat>& cTo,
+                std::size_t lMost)
+{
+    const std::shared_ptr<clsCat> cFrom = AnyLevel(host, cChance);
+    if (!cFrom || !cTo)
+        return;
+    Cuts colCuts = CutsOf(*cFrom);
+    colCuts.resize(std::min(colCuts.size(), lMost));
+    bool bCreated = false;
+    host.cSchedMan->DoMassCatChange(eOption, {cFrom}, cTo, colCuts, bCreated);
+}
+
+constexpr std::size_t lAll = 1000;
+void MoveSome(Host& host, Chance& cChance)
+{
+    MoveOrCopy(host, cChance, eMoveHere, AnyLevel(host, cChance), 3);
+}
+void MoveAll(Host& host, Chance& cChance)
+{
+    MoveOrCopy(host, cChance, eMoveHere, AnyLevel(host, cChance), lAll);
+}
+void MoveExclusive(Host& host, Chance& cChance)
+{
+    MoveOrCopy(host, cChance, eMoveExclusiveHere, AnyLevel(host, cChance), 5);
+}
+void CopyAll(Host& host, Chance& cChance)
+{
+    MoveOrCopy(host, cChance, eCopyHere, AnyMainCat(host, cChance), lAll);
+}
+
+void DeleteLevel(Host& host, Chance& cChance)
+{
+    if (const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cChance))
+        host.cSchedMan->DeleteCats({cLevel});
+}
+
+void DeleteCategory(Host& host, Chance& cChance)
+{
+    if (host.cSchedMan->colMainCats()->Count() > 3)
+        host.cSchedMan->DeleteCats({AnyMainCat(host, cChance)});
+}
+
+void Create(Host& host, Chance& cChance)
+{
+    std::wstring sName = L"New " + std::to_wstring(cChance() % 5);
+    if (!host.MainCat(sName))
+        host.cSchedMan->CreateMainCat(sName);
+    host.world.cMessages.Typed = {std::to_wstring(2 + cChance() % 5)};
+    host.cSchedMan->CreateCatLevel(AnyMainCat(host, cChance));
+}
+
+void RulesAndSettings(Host& host, Chance& cChance)
+{
+    host.cMod.SetGlobalArtistSepMins(static_cast<std::int32_t>(cChance() % 90));
+    if (const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cChance))
+        cLevel->Rules()->SetTitleSepMins(static_cast<std::int32_t>(cChance() % 90));
+}
+
+struct Work
+{
+    const char* sName;
+    void (*run)(Host&, Chance&);
+};
+constexpr Work works[] = {
+    {"picks", Picks},
+    {"save", Save},
+    {"move in a level", MoveInLevel},
+    {"shuffle", Shuffle},
+    {"import", Import},
+    {"remove from the database", RemoveCuts},
+    {"move some", MoveSome},
+    {"move a level", MoveAll},
+    {"move exclusive", MoveExclusive},
+    {"copy", CopyAll},
+    {"delete a level", DeleteLevel},
+    {"delete a category", DeleteCategory},
+    {"create", Create},
+    {"rules and settings", RulesAndSettings},
+};
+
+// ---- the comparison
+
+// Whether the cuts that both know stand in the same order among each other.
+bool AgreeInOrder(Keys colLeft, Keys colRight)
+{
+    const auto isIn = [](const Keys& colKeys)
+    {
+        return [colIn = std::set(colKeys.begin(), colKeys.end())](const std::wstring& sKey)
+        { return colIn.count(sKey) == 0; };
+    };
+    const Keys colOfLeft = colLeft;
+    std::erase_if(colLeft, isIn(colRight));
+    std::erase_if(colRight, isIn(colOfLeft));
+    return colLeft == colRight;
+}
+
+// Each entry of what is there now is that of before or after, and so is the lack of one.
+template <class Map> void ExpectOldOrNew(const Map& now, const Map& before, const Map& after)
+{
+    const auto valueIn = [](const Map& map, const auto& key)
+    {
+        const auto found = map.find(key);
+        return found == map.end() ? std::nullopt : std::optional(found->second);
+    };
+    Map all = before;
+    all.insert(after.begin(), after.end());
+    for (const auto& [key, value] : now)
+        EXPECT_TRUE(all.count(key) == 1) << testing::PrintToString(key) << " is new";
+    for (const auto& [key, value] : all)
+        EXPECT_TRUE(valueIn(now, key) == valueIn(before, key) || valueIn(now, key) == valueIn(after, key))
+            << testing::PrintToString(key) << ": " << testing::PrintToString(valueIn(now, key));
+}
+
+void ExpectOrdersOldOrNew(const State& now, const std::vector<Orders>& colSteps)
+{
+    std::set<std::wstring> colAlways;
+    std::set<std::wstring> colEver;
+    for (const auto& [sLevel, colKeys] : colSteps.front())
+        colAlways.insert(sLevel);
+    for (const Orders& orders : colSteps)
+    {
+        for (const auto& [sLevel, colKeys] : orders)
+            colEver.insert(sLevel);
+        std::erase_if(colAlways, [&](const std::wstring& sLevel) { return orders.count(sLevel) == 0; });
+    }
+    for (const std::wstring& sLevel : colAlways)
+        EXPECT_TRUE(now.orders.count(sLevel) == 1) << testing::PrintToString(sLevel) << " is gone";
+    for (const auto& [sLevel, colKeys] : now.orders)
+    {
+        EXPECT_TRUE(colEver.count(sLevel) == 1) << testing::PrintToString(sLevel) << " is new";
+        // A level that the work was making has no order yet that could be lost.
+        if (colSteps.front().count(sLevel) == 0)
+            continue;
+        EXPECT_TRUE(std::any_of(colSteps.begin(), colSteps.end(),
+                                [&](const Orders& orders)
+                                {
+                                    const auto found = orders.find(sLevel);
+                                    return found != orders.end() && AgreeInOrder(found->second, colKeys);
+                                }))
+            << testing::PrintToString(sLevel) << ": " << testing::PrintToString(colKeys) << ", which was "
+            << testing::PrintToString(colSteps.front().at(sLevel));
+    }
+}
+
+// ---- the campaign
+
+struct Shared
+{
+    std::atomic<bool> bStarted;
+};
+
+class KillCampaign : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        void* pMemory =
+            mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+        ASSERT_NE(pMemory, MAP_FAILED);
+        m_pShared = new (pMemory) Shared{};
+    }
+    void TearDown() override { munmap(m_pShared, sizeof(Shared)); }
+
+    // Does the work in a host of its own, which is killed that long after it was populated, or, without
+    // bStarted, after it was begun.
+    void Kill(const Work& work, unsigned lSeed, bool bStarted, Microseconds lAfter)
+    {
+        m_pShared->bStarted = false;
+        const pid_t lHost = fork();
+        ASSERT_GE(lHost, 0);
+        if (lHost == 0)
+        {
+            {
+                Host host(m_cStation, lSeed);
+                m_pShared->bStarted = true;
+                Chance cChance(lSeed);
+                work.run(host, cChance);
+            }
+            for (;;)
+                pause();
+        }
+        int lStatus = 0;
+        while (bStarted && !m_pShared->bStarted)
+        {
+            ASSERT_EQ(waitpid(lHost, &lStatus, WNOHANG), 0)
+                << "the host ended at its start, status " << lStatus;
+            std::this_thread::yield();
+        }
+        const auto until = std::chrono::steady_clock::now() + lAfter;
+        while (std::chrono::steady_clock::now() < until)
+            std::this_thread::yield();
+        kill(lHost, SIGKILL);
+        ASSERT_EQ(waitpid(lHost, &lStatus, 0), lHost);
+        ASSERT_TRUE(WIFSIGNALED(lStatus)) << "the host ended by itself, status " << lStatus;
+    }
+
+    // One kill in the middle of one work, and what is left of the station.
+    void Round(const Work& work, Chance& cChance)
+    {
+        const unsigned lSeed = static_cast<unsigned>(cChance());
+        const State before = m_cStation.Read();
+        // The same to its end, on a copy.
+        const Station twin(m_cStation);
+        std::vector<Orders> colSteps{before.orders};
+        Microseconds lStart{};
+        Microseconds lWork{};
+        {
+            const auto begin = std::chrono::steady_clock::now();
+            Host host(twin, lSeed);
+            const auto started = std::chrono::steady_clock::now();
+            Chance cSame(lSeed);
+            work.run(host, cSame);
+            lWork = std::chrono::duration_cast<Microseconds>(std::chrono::steady_clock::now() - started);
+            lStart = std::chrono::duration_cast<Microseconds>(started - begin);
+            colSteps.insert(colSteps.end(), host.colSteps.begin(), host.colSteps.end());
+        }
+        const State after = twin.Read();
+        EXPECT_EQ(after.colBoxes, Boxes());
+        colSteps.push_back(after.orders);
+
+        const bool bStarted = cChance() % 8 != 0;
+        const auto lMost = static_cast<unsigned>((bStarted ? lWork : lStart).count() * 5 / 4 + 1);
+        Kill(work, lSeed, bStarted, Microseconds(cChance() % lMost));
+
+        m_cStation.ExpectTidy();
+        const State now = m_cStation.Read();
+        EXPECT_EQ(now.colBoxes, Boxes()) << "the next start is silent";
+        ExpectOldOrNew(now.cuts, before.cuts, after.cuts);
+        ExpectOldOrNew(now.categories, before.categories, after.categories);
+        ExpectOldOrNew(now.files, before.files, after.files);
+        ExpectOrdersOldOrNew(now, colSteps);
+    }
+
+    Station m_cStation;
+    Shared* m_pShared = nullptr;
+};
+
+long NumberIn(const char* sVariable, long lDefault)
+{
+    const char* sValue = std::getenv(sVariable);
+    return sValue ? std::atol(sValue) : lDefault;
+}
+
+TEST_F(KillCampaign, LeavesEverythingOldOrNew)
+{
+    const long lKills = NumberIn("RAVLO_LONG", 0) != 0 ? 1000 : 3 * static_cast<long>(std::size(works));
+    const auto lSeed = static_cast<unsigned>(NumberIn("RAVLO_SEED", 20261121));
+    Chance cChance(lSeed);
+    for (long lKill = 0; lKill < lKills && !HasFailure(); ++lKill)
+    {
+        const Work& work = works[static_cast<std::size_t>(lKill) % std::size(works)];
+        Round(work, cChance);
+        if (lKill % 100 == 99)
+            std::printf("%ld kills\n", lKill + 1), std::fflush(stdout);
+        EXPECT_FALSE(HasFailure()) << "kill " << lKill << " of seed " << lSeed << ", in: " << work.sName;
+    }
+}
+
+} // namespace
+} // namespace ravlo::test

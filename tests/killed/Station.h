@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/memory/MemoryWorld.h"
+#include "platform/posix/PosixFiles.h"
+#include "ravlobase/Store.h"
+#include "scheduler/clsSchedMan.h"
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace ravlo::test
+{
+
+using Keys = std::vector<std::wstring>;
+using Orders = std::map<std::wstring, Keys>; // name TAB level -> keys in rotation order
+using Boxes = std::vector<ShownBox>;
+
+// What a start of a host finds.
+struct State
+{
+    Orders orders;
+    std::map<std::wstring, std::wstring> cuts;       // key -> what the database says of it
+    std::map<std::wstring, std::wstring> categories; // folded name -> name
+    std::map<std::string, std::string> files;        // rules and settings: path -> bytes
+    Boxes colBoxes;
+};
+
+// A station's folder with its database, on the disk.
+class Station
+{
+public:
+    // A new one: some cuts in a few categories, in no order of the database's.
+    Station();
+    // A copy of it.
+    Station(const Station& cOther);
+    Station& operator=(const Station&) = delete;
+    ~Station();
+
+    const std::filesystem::path& Folder() const { return m_folder; }
+    State Read() const;
+    // Nothing lies about but what the rules allow: a killed replacement's temporary file. These are made old,
+    // so that the next start has to take them away.
+    void ExpectTidy() const;
+
+private:
+    std::filesystem::path m_folder;
+};
+
+// The embedded database as the scheduler gets it: its changes to many cuts come in batches.
+class BatchingStore final : public Store
+{
+public:
+    std::unique_ptr<DataBase::Batch> BeginBatch() override { return std::make_unique<Changes>(*this); }
+
+private:
+    class Changes final : public DataBase::Batch
+    {
+    public:
+        explicit Changes(Store& cStore) : m_cBatch(cStore) {}
+        void Commit() override { m_cBatch.Commit(); }
+
+    private:
+        Store::Batch m_cBatch;
+    };
+};
+
+// A host at work on a station, from its population on. Its chance comes from the seed.
+class Host
+{
+public:
+    Host(const Station& cStation, unsigned lSeed);
+    ~Host();
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    Orders AllOrders() const;
+    // The orders at this moment are as good as those of before and after.
+    void NoteOrders() { colSteps.push_back(AllOrders()); }
+    std::shared_ptr<clsCat> MainCat(const std::wstring& sName) const;
+    // Hands the database a library CSV.
+    void Import(const std::string& csv);
+
+    MemoryWorld world;
+    PosixFiles cFiles;
+    ModScheduler cMod;
+    std::shared_ptr<BatchingStore> cStore = std::make_shared<BatchingStore>();
+    std::shared_ptr<clsSchedMan> cSchedMan;
+    std::vector<Orders> colSteps;
+
+private:
+    std::filesystem::path m_csv;
+};
+
+} // namespace ravlo::test
