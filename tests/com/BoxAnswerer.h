@@ -16,7 +16,7 @@ namespace ravlo
 class BoxAnswerer
 {
 public:
-    // A button, and what is typed before it is pressed.
+    // A button, OK where the box has no such, and what is typed before it is pressed.
     struct Answer
     {
         WPARAM lButton = IDOK;
@@ -66,7 +66,8 @@ private:
         m_colSaid.push_back(TextOfWindow(hBox) + L": " + TextOfWindow(hLabel));
         if (const HWND hEdit = FindWindowExW(hBox, nullptr, L"Edit", nullptr))
             SendMessageW(hEdit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(answer.sTyped.c_str()));
-        PostMessageW(hBox, WM_COMMAND, answer.lButton, 0);
+        const WPARAM lButton = GetDlgItem(hBox, static_cast<int>(answer.lButton)) ? answer.lButton : IDOK;
+        PostMessageW(hBox, WM_COMMAND, lButton, 0);
         while (IsWindow(hBox))
             SwitchToThread();
     }

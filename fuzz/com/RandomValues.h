@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "fuzz/com/Members.h"
+
+#include <cstddef>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace ravlo::fuzz
+{
+
+// Objects, texts and numbers that a host hands in at random. What calls give back is handed in again.
+class RandomValues
+{
+public:
+    RandomValues(unsigned lSeed, std::wstring sFolder) : m_cChance(lSeed), m_sFolder(std::move(sFolder)) {}
+
+    std::size_t Below(std::size_t lCount) { return m_cChance() % lCount; }
+    bool OneIn(std::size_t lCount) { return Below(lCount) == 0; }
+
+    // Keeps an object among some hundred; the first ones for ever.
+    void Keep(const VARIANT& value);
+    void KeepForEver(IDispatch* pObject);
+    // An object of that interface where there is one; any for IID_NULL. Null when there is none at all.
+    ComPtr<IDispatch> Object(REFIID iid);
+
+    // A value for a parameter: mostly one that fits.
+    Variant For(const Parameter& parameter);
+    std::wstring Text();
+
+    // Lets go of everything.
+    void Clear();
+
+private:
+    struct Kept
+    {
+        IID iid;
+        ComPtr<IDispatch> cObject;
+    };
+    Variant Fitting(const Parameter& parameter);
+    Variant Any();
+    std::int32_t Number();
+    double Real();
+
+    std::mt19937 m_cChance;
+    std::wstring m_sFolder;
+    std::vector<Kept> m_colKept;
+    std::size_t m_lForEver = 0;
+};
+
+} // namespace ravlo::fuzz
