@@ -6,17 +6,6 @@
 namespace ravlo
 {
 
-namespace
-{
-
-const std::wstring& EmptyText() noexcept
-{
-    static const std::wstring sEmpty;
-    return sEmpty;
-}
-
-} // namespace
-
 TextKey::TextKey(std::wstring sText)
 {
     if (sText.empty())
@@ -25,15 +14,22 @@ TextKey::TextKey(std::wstring sText)
     m_cShared = std::make_shared<const Shared>(Shared{std::move(sText), lHash});
 }
 
-const std::wstring& TextKey::Text() const noexcept { return m_cShared ? m_cShared->sText : EmptyText(); }
-
-std::size_t TextKey::Hash() const noexcept { return m_cShared ? m_cShared->lHash : HashIgnoringCase({}); }
-
-bool operator==(const TextKey& cLeft, const TextKey& cRight) noexcept
+const std::wstring& TextKey::EmptyText() noexcept
 {
-    if (cLeft.m_cShared == cRight.m_cShared)
-        return true;
-    return cLeft.Hash() == cRight.Hash() && EqualIgnoringCase(cLeft.Text(), cRight.Text());
+    static const std::wstring sEmpty;
+    return sEmpty;
+}
+
+std::size_t TextKey::EmptyHash() noexcept
+{
+    static const std::size_t lHash = HashIgnoringCase({});
+    return lHash;
+}
+
+// Most equal texts are equal letter by letter, which shows much sooner than without regard to case.
+bool TextKey::SameText(const std::wstring& sLeft, const std::wstring& sRight) noexcept
+{
+    return sLeft == sRight || EqualIgnoringCase(sLeft, sRight);
 }
 
 } // namespace ravlo

@@ -10,19 +10,24 @@
 namespace ravlo
 {
 
-// An immutable text that serves as a key without regard to case. Copies share one text, and its hash is computed once,
-// so a cut's key can stand in many collections for the price of a pointer each. A default-made key is empty text.
+// An immutable text that serves as a key without regard to case. Copies share one text, and its hash is
+// computed once, so a cut's key can stand in many collections for the price of a pointer each. A default-made
+// key is empty text.
 class TextKey
 {
 public:
     TextKey() noexcept = default;
     explicit TextKey(std::wstring sText);
 
-    const std::wstring& Text() const noexcept;
-    std::size_t Hash() const noexcept;
-    bool Empty() const noexcept { return Text().empty(); }
+    const std::wstring& Text() const noexcept { return m_cShared ? m_cShared->sText : EmptyText(); }
+    std::size_t Hash() const noexcept { return m_cShared ? m_cShared->lHash : EmptyHash(); }
+    bool Empty() const noexcept { return !m_cShared; }
 
-    friend bool operator==(const TextKey& cLeft, const TextKey& cRight) noexcept;
+    friend bool operator==(const TextKey& cLeft, const TextKey& cRight) noexcept
+    {
+        return cLeft.m_cShared == cRight.m_cShared ||
+               (cLeft.Hash() == cRight.Hash() && SameText(cLeft.Text(), cRight.Text()));
+    }
 
 private:
     struct Shared
@@ -30,7 +35,11 @@ private:
         std::wstring sText;
         std::size_t lHash;
     };
-    std::shared_ptr<const Shared> m_cShared;
+    static const std::wstring& EmptyText() noexcept;
+    static std::size_t EmptyHash() noexcept;
+    static bool SameText(const std::wstring& sLeft, const std::wstring& sRight) noexcept;
+
+    std::shared_ptr<const Shared> m_cShared; // null for empty text
 };
 
 } // namespace ravlo

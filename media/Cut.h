@@ -44,6 +44,11 @@ public:
     virtual std::wstring Artist() const = 0;
     virtual std::wstring Title() const = 0;
     virtual std::wstring Album() const = 0;
+    // The same three texts as keys. A cut that keeps them as keys hands them out without a copy and without
+    // folding them again.
+    virtual TextKey ArtistKey() const { return TextKey(Artist()); }
+    virtual TextKey TitleKey() const { return TextKey(Title()); }
+    virtual TextKey AlbumKey() const { return TextKey(Album()); }
     virtual std::int32_t Year() const = 0;
     virtual std::int32_t RunTimemS() const = 0;
     virtual std::int32_t DurationmS() const = 0;

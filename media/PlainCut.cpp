@@ -20,11 +20,11 @@ public:
 
     explicit PlainCut(const Cut& cCut)
         : m_cKey(cCut.Key()), m_sSecondaryKey(cCut.SecondaryKey()), m_lID(cCut.ID()), m_sPath(cCut.Path()),
-          m_sArtist(cCut.Artist()), m_sTitle(cCut.Title()), m_sAlbum(cCut.Album()), m_lYear(cCut.Year()),
-          m_lRunTimemS(cCut.RunTimemS()), m_lDurationmS(cCut.DurationmS()), m_dtLastPlayed(cCut.LastPlayed()),
-          m_bOpener(cCut.Opener()), m_lCatLevel(cCut.CatLevel()), m_sCategoryNames(cCut.CategoryNames()),
-          m_sCategoryKey(cCut.CategoryKey()), m_bMustBeOpener(cCut.MustBeOpener()),
-          m_lKindCode(cCut.KindCode())
+          m_cArtist(cCut.ArtistKey()), m_cTitle(cCut.TitleKey()), m_cAlbum(cCut.AlbumKey()),
+          m_lYear(cCut.Year()), m_lRunTimemS(cCut.RunTimemS()), m_lDurationmS(cCut.DurationmS()),
+          m_dtLastPlayed(cCut.LastPlayed()), m_bOpener(cCut.Opener()), m_lCatLevel(cCut.CatLevel()),
+          m_sCategoryNames(cCut.CategoryNames()), m_sCategoryKey(cCut.CategoryKey()),
+          m_bMustBeOpener(cCut.MustBeOpener()), m_lKindCode(cCut.KindCode())
     {
     }
 
@@ -32,9 +32,12 @@ public:
     std::wstring SecondaryKey() const override { return m_sSecondaryKey; }
     std::int32_t ID() const override { return m_lID; }
     std::wstring Path() const override { return m_sPath; }
-    std::wstring Artist() const override { return m_sArtist; }
-    std::wstring Title() const override { return m_sTitle; }
-    std::wstring Album() const override { return m_sAlbum; }
+    std::wstring Artist() const override { return m_cArtist.Text(); }
+    std::wstring Title() const override { return m_cTitle.Text(); }
+    std::wstring Album() const override { return m_cAlbum.Text(); }
+    TextKey ArtistKey() const override { return m_cArtist; }
+    TextKey TitleKey() const override { return m_cTitle; }
+    TextKey AlbumKey() const override { return m_cAlbum; }
     std::int32_t Year() const override { return m_lYear; }
     std::int32_t RunTimemS() const override { return m_lRunTimemS; }
     std::int32_t DurationmS() const override { return m_lDurationmS; }
@@ -84,9 +87,9 @@ public:
     }
     void SetSecondaryKey(const std::wstring& sKey) override { m_sSecondaryKey = sKey; }
     void SetPath(const std::wstring& sPath) override { m_sPath = sPath; }
-    void SetArtist(const std::wstring& sArtist) override { m_sArtist = sArtist; }
-    void SetTitle(const std::wstring& sTitle) override { m_sTitle = sTitle; }
-    void SetAlbum(const std::wstring& sAlbum) override { m_sAlbum = sAlbum; }
+    void SetArtist(const std::wstring& sArtist) override { m_cArtist = TextKey(sArtist); }
+    void SetTitle(const std::wstring& sTitle) override { m_cTitle = TextKey(sTitle); }
+    void SetAlbum(const std::wstring& sAlbum) override { m_cAlbum = TextKey(sAlbum); }
     void SetYear(std::int32_t lYear) override { m_lYear = lYear; }
     void SetRunTimemS(std::int32_t lRunTime) override { m_lRunTimemS = lRunTime; }
     void SetDurationmS(std::int32_t lDuration) override { m_lDurationmS = lDuration; }
@@ -108,9 +111,9 @@ private:
     std::wstring m_sSecondaryKey;
     std::int32_t m_lID = 0;
     std::wstring m_sPath;
-    std::wstring m_sArtist;
-    std::wstring m_sTitle;
-    std::wstring m_sAlbum;
+    TextKey m_cArtist;
+    TextKey m_cTitle;
+    TextKey m_cAlbum;
     std::int32_t m_lYear = 0;
     std::int32_t m_lRunTimemS = 0;
     std::int32_t m_lDurationmS = 0;

@@ -69,6 +69,9 @@ public:
     std::wstring Artist() const override { return m_values.cArtist.Text(); }
     std::wstring Title() const override { return m_values.cTitle.Text(); }
     std::wstring Album() const override { return m_values.cAlbum.Text(); }
+    TextKey ArtistKey() const override { return m_values.cArtist; }
+    TextKey TitleKey() const override { return m_values.cTitle; }
+    TextKey AlbumKey() const override { return m_values.cAlbum; }
     std::int32_t Year() const override { return m_values.lYear; }
     std::int32_t RunTimemS() const override { return m_values.lRunTimemS; }
     std::int32_t DurationmS() const override { return m_values.lDurationmS; }

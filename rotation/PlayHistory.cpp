@@ -8,21 +8,6 @@
 namespace ravlo
 {
 
-std::shared_ptr<Cut> PlayHistory::ArtistHistoryCut(std::wstring_view sArtist) const
-{
-    return Last(m_colArtists, sArtist);
-}
-
-std::shared_ptr<Cut> PlayHistory::TitleHistoryCut(std::wstring_view sTitle) const
-{
-    return Last(m_colTitles, sTitle);
-}
-
-std::shared_ptr<Cut> PlayHistory::AlbumHistoryCut(std::wstring_view sAlbum) const
-{
-    return Last(m_colAlbums, sAlbum);
-}
-
 void PlayHistory::Record(const Cut& cCut, const DataBase& cDataBase)
 {
     const std::shared_ptr<Cut> cOwn = DataBaseCutOf(cCut, cDataBase);
@@ -66,28 +51,23 @@ void PlayHistory::Tell(const std::optional<RuntimeError>& cRefusal)
 
 void PlayHistory::Enter(const std::shared_ptr<Cut>& cCut)
 {
-    std::wstring sArtist = cCut->Artist();
-    std::wstring sTitle = cCut->Title();
-    std::wstring sAlbum = cCut->Album();
-    Enter(m_colArtists, std::move(sArtist), cCut);
-    Enter(m_colTitles, std::move(sTitle), cCut);
-    if (!sAlbum.empty())
-        Enter(m_colAlbums, std::move(sAlbum), cCut);
+    const TextKey cArtist = cCut->ArtistKey();
+    const TextKey cTitle = cCut->TitleKey();
+    const TextKey cAlbum = cCut->AlbumKey();
+    m_colArtists.insert_or_assign(cArtist, cCut);
+    m_colTitles.insert_or_assign(cTitle, cCut);
+    if (!cAlbum.Empty())
+        m_colAlbums.insert_or_assign(cAlbum, cCut);
 }
 
-std::shared_ptr<Cut> PlayHistory::Last(const Plays& colPlays, std::wstring_view sText)
+std::shared_ptr<Cut> PlayHistory::Last(const Plays& colPlays, const TextKey& cText)
 {
     // The empty key may have an entry, but unnamed artists are not one artist: nothing is measured against
     // it.
-    if (sText.empty())
+    if (cText.Empty())
         return nullptr;
-    const auto it = colPlays.find(sText);
+    const auto it = colPlays.find(cText);
     return it == colPlays.end() ? nullptr : it->second;
-}
-
-void PlayHistory::Enter(Plays& colPlays, std::wstring&& sText, const std::shared_ptr<Cut>& cCut)
-{
-    colPlays.insert_or_assign(std::move(sText), cCut);
 }
 
 } // namespace ravlo

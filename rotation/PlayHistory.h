@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "collections/CaseFolding.h"
+#include "collections/TextKey.h"
 #include "media/DataBase.h"
 #include "rotation/PendingPlayTimes.h"
 
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <string>
-#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -29,9 +27,12 @@ public:
     PlayHistory(const Clock& cClock, Refused refused) : m_cTimes(cClock), m_refused(std::move(refused)) {}
 
     // Null when there is no entry, and always for an empty text.
-    std::shared_ptr<Cut> ArtistHistoryCut(std::wstring_view sArtist) const;
-    std::shared_ptr<Cut> TitleHistoryCut(std::wstring_view sTitle) const;
-    std::shared_ptr<Cut> AlbumHistoryCut(std::wstring_view sAlbum) const;
+    std::shared_ptr<Cut> ArtistHistoryCut(const TextKey& cArtist) const
+    {
+        return Last(m_colArtists, cArtist);
+    }
+    std::shared_ptr<Cut> TitleHistoryCut(const TextKey& cTitle) const { return Last(m_colTitles, cTitle); }
+    std::shared_ptr<Cut> AlbumHistoryCut(const TextKey& cAlbum) const { return Last(m_colAlbums, cAlbum); }
 
     // When a cut of the history played. Errors of the cut are thrown.
     DateTime TimeOf(const Cut& cCut) const { return m_cTimes.TimeOf(cCut); }
@@ -52,23 +53,15 @@ public:
 private:
     struct Hash
     {
-        using is_transparent = void;
-        std::size_t operator()(std::wstring_view sText) const noexcept { return HashIgnoringCase(sText); }
+        // Without noexcept on purpose: the map keeps the hash in its nodes then, and looks at the texts of
+        // those alone that match.
+        std::size_t operator()(const TextKey& cText) const { return cText.Hash(); }
     };
-    struct Equal
-    {
-        using is_transparent = void;
-        bool operator()(std::wstring_view sLeft, std::wstring_view sRight) const noexcept
-        {
-            return EqualIgnoringCase(sLeft, sRight);
-        }
-    };
-    using Plays = std::unordered_map<std::wstring, std::shared_ptr<Cut>, Hash, Equal>;
+    using Plays = std::unordered_map<TextKey, std::shared_ptr<Cut>, Hash>;
 
     void Enter(const std::shared_ptr<Cut>& cCut);
     void Tell(const std::optional<RuntimeError>& cRefusal);
-    static std::shared_ptr<Cut> Last(const Plays& colPlays, std::wstring_view sText);
-    static void Enter(Plays& colPlays, std::wstring&& sText, const std::shared_ptr<Cut>& cCut);
+    static std::shared_ptr<Cut> Last(const Plays& colPlays, const TextKey& cText);
 
     PendingPlayTimes m_cTimes;
     Refused m_refused;

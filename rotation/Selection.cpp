@@ -193,12 +193,10 @@ private:
         const std::shared_ptr<Cut> cHead = colOrder.At(0);
         Candidate candidate{cHead, {}, {}};
         bool bAccepted = true;
-        std::wstring sArtist;
-        std::wstring sTitle;
         try
         {
-            sArtist = cHead->Artist();
-            sTitle = cHead->Title();
+            candidate.cArtist = cHead->ArtistKey();
+            candidate.cTitle = cHead->TitleKey();
             bAccepted = !m_bMustBeOpener || cHead->Opener();
         }
         catch (...)
@@ -207,9 +205,6 @@ private:
             MoveHeadToEnd(colOrder, *cHead);
             throw;
         }
-        candidate.sArtist = sArtist;
-        candidate.sTitle = sTitle;
-
         if (m_bMustBeOpener)
             NoteCut(bAccepted ? StepKind::OpenerConsidered : StepKind::NotAnOpener, candidate);
         else
@@ -255,8 +250,8 @@ private:
             violation.TitleMinsAgo = sngNoTitlePlay;
 
         TraceStep step = StepInLevel(StepKind::Measured, *m_cSubCat);
-        step.sArtist = candidate.sArtist;
-        step.sTitle = candidate.sTitle;
+        step.sArtist = candidate.cArtist.Text();
+        step.sTitle = candidate.cTitle.Text();
         step.pViolation = &violation;
         step.dTitleMinsKey = std::nearbyint(static_cast<double>(violation.TitleMinsAgo) * 1000.0) / 1000.0;
         m_world.note(step);
@@ -294,9 +289,7 @@ private:
         TraceStep average = StepInLevel(StepKind::AverageRunTime, *m_cSubCat);
         average.lAverageRunTimemS = m_cSubCat->AverageRunTimemS();
         m_world.note(average);
-        const std::wstring sArtist = cCopy->Artist();
-        const std::wstring sTitle = cCopy->Title();
-        NoteCut(StepKind::Chosen, Candidate{cCopy, sArtist, sTitle});
+        NoteCut(StepKind::Chosen, Candidate{cCopy, cCopy->ArtistKey(), cCopy->TitleKey()});
         return cCopy;
     }
 
@@ -311,8 +304,8 @@ private:
     void NoteCut(StepKind eKind, const Candidate& candidate)
     {
         TraceStep step = StepInLevel(eKind, *m_cSubCat);
-        step.sArtist = candidate.sArtist;
-        step.sTitle = candidate.sTitle;
+        step.sArtist = candidate.cArtist.Text();
+        step.sTitle = candidate.cTitle.Text();
         m_world.note(step);
     }
 

@@ -135,11 +135,11 @@ clsRuleViolation MeasureAgainstRules(const SeparationRules& rules, const Candida
         return {};
     Measurement measurement(candidate, cHistory, reference, failed);
     measurement.Check(eGlobalTitle, rules.lTitle, &clsRuleViolation::TitleMinsAgo,
-                      [&] { return cHistory.TitleHistoryCut(candidate.sTitle); });
+                      [&] { return cHistory.TitleHistoryCut(candidate.cTitle); });
     measurement.Check(eGlobalArtist, rules.lArtist, &clsRuleViolation::ArtistMinsAgo,
-                      [&] { return cHistory.ArtistHistoryCut(candidate.sArtist); });
+                      [&] { return cHistory.ArtistHistoryCut(candidate.cArtist); });
     measurement.Check(eGlobalAlbum, rules.lAlbum, &clsRuleViolation::AlbumMinsAgo,
-                      [&] { return cHistory.AlbumHistoryCut(candidate.cCut->Album()); });
+                      [&] { return cHistory.AlbumHistoryCut(candidate.cCut->AlbumKey()); });
     return std::move(measurement.Result());
 }
 

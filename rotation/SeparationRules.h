@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <string_view>
 #include <utility>
 
 namespace ravlo
@@ -61,8 +60,8 @@ float MinutesBetween(DateTime dtReference, DateTime dtPlayed);
 struct Candidate
 {
     std::shared_ptr<Cut> cCut;
-    std::wstring_view sArtist;
-    std::wstring_view sTitle;
+    TextKey cArtist;
+    TextKey cTitle;
 };
 
 // Measures a candidate against the play history, title before artist before album: the first rule broken

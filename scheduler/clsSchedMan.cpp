@@ -278,17 +278,17 @@ bool clsSchedMan::SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat
 
 std::shared_ptr<Cut> clsSchedMan::ArtistHistoryCut(const std::wstring& sArtist) const
 {
-    return m_cParts->cPlayHistory.ArtistHistoryCut(sArtist);
+    return m_cParts->cPlayHistory.ArtistHistoryCut(TextKey(sArtist));
 }
 
 std::shared_ptr<Cut> clsSchedMan::AlbumHistoryCut(const std::wstring& sAlbum) const
 {
-    return m_cParts->cPlayHistory.AlbumHistoryCut(sAlbum);
+    return m_cParts->cPlayHistory.AlbumHistoryCut(TextKey(sAlbum));
 }
 
 std::shared_ptr<Cut> clsSchedMan::TitleHistoryCut(const std::wstring& sTitle) const
 {
-    return m_cParts->cPlayHistory.TitleHistoryCut(sTitle);
+    return m_cParts->cPlayHistory.TitleHistoryCut(TextKey(sTitle));
 }
 
 void clsSchedMan::UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut)

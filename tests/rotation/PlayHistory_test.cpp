@@ -52,9 +52,9 @@ TEST_F(PlayHistoryTest, APlayIsEnteredUnderArtistTitleAndAlbumAsTheDatabasesOwnC
 {
     const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun", L"Sky");
     cHistory.Record(*PlayOf(*cCut, dtNoon), cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(L"Ash"), cCut);
-    EXPECT_EQ(cHistory.TitleHistoryCut(L"Sun"), cCut);
-    EXPECT_EQ(cHistory.AlbumHistoryCut(L"Sky"), cCut);
+    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), cCut);
+    EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"Sun")), cCut);
+    EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"Sky")), cCut);
     EXPECT_EQ(cCut->LastPlayed(), dtNoon);
 }
 
@@ -65,25 +65,25 @@ TEST_F(PlayHistoryTest, SpellingsThatDifferOnlyInCaseAreOneEntryThatTheLaterRepo
     cHistory.Record(*PlayOf(*cFirst, dtNoon), cDataBase);
     cHistory.Record(*PlayOf(*cSecond, dtNoon), cDataBase);
     for (const wchar_t* sSpelling : {L"elan \u00e9t\u00e9", L"ELAN \u00c9T\u00c9", L"Elan \u00c9t\u00e9"})
-        EXPECT_EQ(cHistory.ArtistHistoryCut(sSpelling), cSecond);
-    EXPECT_EQ(cHistory.TitleHistoryCut(L"one"), cFirst);
+        EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(sSpelling)), cSecond);
+    EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"one")), cFirst);
 }
 
 TEST_F(PlayHistoryTest, BlanksTellKeysApart)
 {
     const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun", L"Sky");
     cHistory.Record(*PlayOf(*cCut, dtNoon), cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(L" Ash"), nullptr);
-    EXPECT_EQ(cHistory.TitleHistoryCut(L"Sun "), nullptr);
-    EXPECT_EQ(cHistory.AlbumHistoryCut(L"S ky"), nullptr);
+    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L" Ash")), nullptr);
+    EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"Sun ")), nullptr);
+    EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"S ky")), nullptr);
 }
 
 TEST_F(PlayHistoryTest, TheThreeHistoriesDoNotMix)
 {
     cHistory.Record(*PlayOf(*AddCut(L"a.mp3", L"Ash", L"Sun", L"Sky"), dtNoon), cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(L"Sun"), nullptr);
-    EXPECT_EQ(cHistory.TitleHistoryCut(L"Sky"), nullptr);
-    EXPECT_EQ(cHistory.AlbumHistoryCut(L"Ash"), nullptr);
+    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Sun")), nullptr);
+    EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"Sky")), nullptr);
+    EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"Ash")), nullptr);
 }
 
 TEST_F(PlayHistoryTest, AnEarlierPlayReportedLaterReplacesTheEntry)
@@ -92,7 +92,7 @@ TEST_F(PlayHistoryTest, AnEarlierPlayReportedLaterReplacesTheEntry)
     const auto cEarlier = AddCut(L"b.mp3", L"Ash", L"Two");
     cHistory.Record(*PlayOf(*cLater, dtNoon), cDataBase);
     cHistory.Record(*PlayOf(*cEarlier, dtNoon - 1), cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(L"Ash"), cEarlier);
+    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), cEarlier);
 }
 
 TEST_F(PlayHistoryTest, ACutWithoutAnAlbumLeavesTheAlbumHistoryAlone)
@@ -101,9 +101,9 @@ TEST_F(PlayHistoryTest, ACutWithoutAnAlbumLeavesTheAlbumHistoryAlone)
     const auto cWithout = AddCut(L"b.mp3", L"Ash", L"Two");
     cHistory.Record(*PlayOf(*cWith, dtNoon), cDataBase);
     cHistory.Record(*PlayOf(*cWithout, dtNoon), cDataBase);
-    EXPECT_EQ(cHistory.AlbumHistoryCut(L"Sky"), cWith);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(L"Ash"), cWithout);
-    EXPECT_EQ(cHistory.TitleHistoryCut(L"Two"), cWithout);
+    EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"Sky")), cWith);
+    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), cWithout);
+    EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"Two")), cWithout);
 }
 
 TEST_F(PlayHistoryTest, AnEmptyTextNeverFindsAPlayAndDoesNotHinderTheOthers)
@@ -112,11 +112,11 @@ TEST_F(PlayHistoryTest, AnEmptyTextNeverFindsAPlayAndDoesNotHinderTheOthers)
     const auto cNoTitle = AddCut(L"b.mp3", L"Ash", L"");
     cHistory.Record(*PlayOf(*cNoArtist, dtNoon), cDataBase);
     cHistory.Record(*PlayOf(*cNoTitle, dtNoon), cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(L""), nullptr);
-    EXPECT_EQ(cHistory.TitleHistoryCut(L""), nullptr);
-    EXPECT_EQ(cHistory.AlbumHistoryCut(L""), nullptr);
-    EXPECT_EQ(cHistory.TitleHistoryCut(L"Sun"), cNoArtist);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(L"Ash"), cNoTitle);
+    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"")), nullptr);
+    EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"")), nullptr);
+    EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"")), nullptr);
+    EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"Sun")), cNoArtist);
+    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), cNoTitle);
 }
 
 TEST_F(PlayHistoryTest, ACutThatNeverPlayedChangesNothing)
@@ -126,9 +126,9 @@ TEST_F(PlayHistoryTest, ACutThatNeverPlayedChangesNothing)
     for (const DateTime dtWhen : {0.0, -1.0})
     {
         cHistory.Record(*PlayOf(*cCut, dtWhen), cDataBase);
-        EXPECT_EQ(cHistory.ArtistHistoryCut(L"Ash"), nullptr);
-        EXPECT_EQ(cHistory.TitleHistoryCut(L"Sun"), nullptr);
-        EXPECT_EQ(cHistory.AlbumHistoryCut(L"Sky"), nullptr);
+        EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), nullptr);
+        EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"Sun")), nullptr);
+        EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"Sky")), nullptr);
         EXPECT_EQ(cCut->LastPlayed(), dtNoon);
     }
 }
@@ -140,9 +140,9 @@ TEST_F(PlayHistoryTest, ACutUnknownByKeyIsFoundByArtistAndTitle)
     cPlay->SetKey(L"moved.mp3");
     cPlay->SetAlbum(L"Other");
     cHistory.Record(*cPlay, cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(L"Ash"), cCut);
-    EXPECT_EQ(cHistory.AlbumHistoryCut(L"Sky"), cCut) << "texts are the database cut's";
-    EXPECT_EQ(cHistory.AlbumHistoryCut(L"Other"), nullptr);
+    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), cCut);
+    EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"Sky")), cCut) << "texts are the database cut's";
+    EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"Other")), nullptr);
 }
 
 TEST_F(PlayHistoryTest, TheKeyGoesBeforeArtistAndTitle)
@@ -153,8 +153,8 @@ TEST_F(PlayHistoryTest, TheKeyGoesBeforeArtistAndTitle)
     cPlay->SetArtist(L"Ash");
     cPlay->SetTitle(L"Sun");
     cHistory.Record(*cPlay, cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(L"Elm"), cByKey);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(L"Ash"), nullptr);
+    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Elm")), cByKey);
+    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), nullptr);
 }
 
 TEST_F(PlayHistoryTest, ACutTheDatabaseDoesNotKnowChangesNothing)
@@ -163,7 +163,7 @@ TEST_F(PlayHistoryTest, ACutTheDatabaseDoesNotKnowChangesNothing)
     const std::shared_ptr<Cut> cPlay = PlayOf(*cCut, dtNoon);
     cDataBase.Remove(*cCut);
     cHistory.Record(*cPlay, cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(L"Ash"), nullptr);
+    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), nullptr);
 }
 
 TEST_F(PlayHistoryTest, WhatWasUpdatedBeforeAnErrorStays)
@@ -173,7 +173,7 @@ TEST_F(PlayHistoryTest, WhatWasUpdatedBeforeAnErrorStays)
     cCut->failing.insert("Title");
     EXPECT_THROW(cHistory.Record(*cPlay, cDataBase), RuntimeError);
     EXPECT_EQ(cCut->LastPlayed(), dtNoon);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(L"Ash"), nullptr);
+    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), nullptr);
 }
 
 TEST_F(PlayHistoryTest, TheHistoryHoldsARemovedCutWithItsPlayTime)
@@ -182,8 +182,8 @@ TEST_F(PlayHistoryTest, TheHistoryHoldsARemovedCutWithItsPlayTime)
     cHistory.Record(*PlayOf(*cCut, dtNoon), cDataBase);
     cDataBase.Remove(*cCut);
     cCut.reset();
-    ASSERT_NE(cHistory.ArtistHistoryCut(L"Ash"), nullptr);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(L"Ash")->LastPlayed(), dtNoon);
+    ASSERT_NE(cHistory.ArtistHistoryCut(TextKey(L"Ash")), nullptr);
+    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash"))->LastPlayed(), dtNoon);
 }
 
 TEST_F(PlayHistoryTest, ATimeBeyondTheCalendarChangesNothing)
@@ -191,7 +191,7 @@ TEST_F(PlayHistoryTest, ATimeBeyondTheCalendarChangesNothing)
     const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun");
     for (const DateTime dtWhen : {1e9, std::numeric_limits<double>::infinity()})
         EXPECT_THROW(cHistory.Record(*PlayOf(*cCut, dtWhen), cDataBase), RuntimeError);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(L"Ash"), nullptr);
+    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), nullptr);
     EXPECT_EQ(cCut->LastPlayed(), 0);
 }
 
@@ -206,8 +206,8 @@ TEST_F(PendingTimesTest, RefusedPlayIsEnteredWithItsTime)
     const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun", L"Sky");
     cCut->failing.insert("SetLastPlayed");
     cHistory.Record(*PlayOf(*cCut, dtNoon), cDataBase);
-    for (const auto& cPlay : {cHistory.ArtistHistoryCut(L"Ash"), cHistory.TitleHistoryCut(L"Sun"),
-                              cHistory.AlbumHistoryCut(L"Sky")})
+    for (const auto& cPlay : {cHistory.ArtistHistoryCut(TextKey(L"Ash")), cHistory.TitleHistoryCut(TextKey(L"Sun")),
+                              cHistory.AlbumHistoryCut(TextKey(L"Sky"))})
     {
         ASSERT_EQ(cPlay, cCut);
         EXPECT_EQ(cHistory.TimeOf(*cPlay), dtNoon);

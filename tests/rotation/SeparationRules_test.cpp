@@ -106,7 +106,7 @@ protected:
     clsRuleViolation Measure(const SeparationRules& rules)
     {
         Reference reference(nullptr, cClock, [](const RuntimeError&) { FAIL(); });
-        return MeasureAgainstRules(rules, Candidate{cCandidate, L"ASH", L"SUN"}, cHistory, reference,
+        return MeasureAgainstRules(rules, Candidate{cCandidate, TextKey(L"ASH"), TextKey(L"SUN")}, cHistory, reference,
                                    [this](const RuntimeError& cError)
                                    { colErrors.push_back(cError.Number()); });
     }
@@ -195,7 +195,7 @@ TEST_F(MeasureTest, AnUnreadablePlayLeavesTheOtherRulesMeasured)
     Play(20, L"Ash", L"y", L"");
     Play(30, L"z", L"z", L"Sky");
     cCandidate->SetAlbum(L"Sky");
-    std::static_pointer_cast<FakeCut>(cHistory.TitleHistoryCut(L"Sun"))->failing.insert("LastPlayed");
+    std::static_pointer_cast<FakeCut>(cHistory.TitleHistoryCut(TextKey(L"Sun")))->failing.insert("LastPlayed");
     const clsRuleViolation violation = Measure(All(60, 60, 60));
     EXPECT_EQ(violation.Violation, eGlobalArtist);
     EXPECT_EQ(violation.MinsAgo, 20.0F);
@@ -206,7 +206,7 @@ TEST_F(MeasureTest, AnUnreadablePlayLeavesTheOtherRulesMeasured)
 TEST_F(MeasureTest, APendingTimeIsMeasured)
 {
     Play(300, L"Ash", L"y", L"");
-    const auto cCut = std::static_pointer_cast<FakeCut>(cHistory.ArtistHistoryCut(L"Ash"));
+    const auto cCut = std::static_pointer_cast<FakeCut>(cHistory.ArtistHistoryCut(TextKey(L"Ash")));
     cCut->failing.insert("SetLastPlayed");
     const std::shared_ptr<Cut> cPlay = PlainCopyOf(*cCut);
     cPlay->SetLastPlayed(cClock.dtNow - 5 * dMinute);
