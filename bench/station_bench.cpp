@@ -4,6 +4,7 @@
 #include "platform/posix/PosixFiles.h"
 #include "scheduler/HistoryFiles.h"
 #include "scheduler/Population.h"
+#include "scheduler/StationFolder.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -49,7 +50,7 @@ void Populate(benchmark::State& state)
         HistoryFiles cHistoryFiles(library.cMod, cEvents);
         FiledCuts cFiledCuts;
         Population cPopulation(library.cMod, cEvents, cCategoryList, cHistoryFiles, cFiledCuts);
-        benchmark::DoNotOptimize(cPopulation.Build(*library.cDataBase));
+        benchmark::DoNotOptimize(cPopulation.Build(*library.cDataBase, library.cMod.AppPath()));
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
@@ -82,7 +83,7 @@ struct StationOnDisk
         if (!mkdtemp(sFolder.data()))
             std::abort();
         cMod.StoreAppPath(std::wstring(sFolder.begin(), sFolder.end()));
-        CreateFolders(cMod);
+        CreateFolders(cMod, cMod.AppPath());
         bool bCreated = false;
         for (std::int64_t i = 0; i < lCuts; ++i)
             colMainCats.At(0)->AddCut(MadeUpCut(i), bCreated);

@@ -28,6 +28,14 @@ std::wstring Listed(const NameCollection& colNames)
 
 // ---- main categories ----
 
+std::shared_ptr<NameCollection> IllegalChars()
+{
+    auto colChars = std::make_shared<NameCollection>();
+    for (const wchar_t c : std::wstring_view(L"*/:<>?\\|\""))
+        colChars->Add(std::wstring(1, c));
+    return colChars;
+}
+
 bool CategoryCreation::CreateMainCat(std::wstring& sName)
 {
     std::wstring sTyped = Trim(sName);

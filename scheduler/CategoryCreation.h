@@ -11,6 +11,9 @@
 namespace ravlo
 {
 
+// Names become file names: the characters that may not stand in one, in the order hosts are shown them.
+std::shared_ptr<NameCollection> IllegalChars();
+
 // Creating main categories and levels: asks, refuses, asks again, and saves what was made. Errors are thrown.
 class CategoryCreation
 {

@@ -357,6 +357,9 @@ SavedFiles::Stamp HistoryFiles::NoteChanged(const clsCat& cMainCat)
 
 bool HistoryFiles::IsNewerThanItsReading(const clsCat& cMainCat) const
 {
+    const std::wstring sKey = cMainCat.CatID();
+    if (m_colOwed.count(sKey) != 0 || m_colUnsaved.count(sKey) != 0)
+        return true;
     const auto age = m_colAges.find(FoldCase(cMainCat.CatName()));
     return age != m_colAges.end() && age->second.lNewest > age->second.lRead;
 }

@@ -107,7 +107,8 @@ public:
     // in one box for each kind of error.
     void ApplyHistory(const CatCollection& colMainCats, const std::wstring& sAppPath);
 
-    // Whether a category's order has changed, saved or not, since its file was last read.
+    // Whether a category's order in memory is newer than what was last read from its file: it has changed
+    // since, or a change from before is not saved.
     bool IsNewerThanItsReading(const clsCat& cMainCat) const;
 
     // Removes a category's file when there is one. Throws.

@@ -4,63 +4,10 @@
 #include "collections/CaseFolding.h"
 #include "collections/Text.h"
 
-#include <array>
-#include <chrono>
 #include <unordered_set>
 
 namespace ravlo
 {
-
-namespace
-{
-
-void DeleteIfPossible(Files& cFiles, const std::wstring& sPath)
-{
-    try
-    {
-        cFiles.Delete(sPath);
-    }
-    catch (const RuntimeError&)
-    {
-        // A file too many harms nobody.
-    }
-}
-
-} // namespace
-
-void CreateFolders(ModScheduler& cMod)
-{
-    // Parents first: only the last component of each is created. The rules' folder stands twice in the list;
-    // the second visit finds it there.
-    static constexpr std::array<const wchar_t*, 5> folders = {
-        L"Scheduler", L"Scheduler\\History_and_Ordering", L"Scheduler\\Rules", L"Scheduler\\Debugging Logs",
-        L"Scheduler\\Rules"};
-    TrapCritical(cMod, L"Error in CreateFolders [scheduler]",
-                 [&]
-                 {
-                     Files& cFiles = cMod.Outside().cFiles;
-                     for (const wchar_t* sFolder : folders)
-                         if (!cFiles.FolderExists(cMod.AppPath() + sFolder))
-                             cFiles.CreateFolder(cMod.AppPath() + sFolder);
-                 });
-}
-
-void DeleteOldTemporaryFiles(Files& cFiles, const std::wstring& sAppPath)
-{
-    for (const wchar_t* sFolder : {L"Scheduler", L"Scheduler\\History_and_Ordering", L"Scheduler\\Rules"})
-    {
-        try
-        {
-            for (const FileEntry& file : cFiles.FilesIn(sAppPath + sFolder))
-                if (IsTemporaryName(file.sName) && file.lAge > std::chrono::hours(24))
-                    DeleteIfPossible(cFiles, sAppPath + sFolder + L"\\" + file.sName);
-        }
-        catch (const RuntimeError&)
-        {
-            // A folder that is missing or away is told of elsewhere.
-        }
-    }
-}
 
 // The pauses between the samples of a phase: 1 ms, at most once every 15 ms of work, so that a large library
 // is not slowed down by sleeping.
@@ -92,15 +39,15 @@ Population::Population(ModScheduler& cMod, EventRelay& cEvents, CategoryList& cC
 {
 }
 
-std::shared_ptr<CatCollection> Population::Build(const DataBase& cDataBase)
+std::shared_ptr<CatCollection> Population::Build(const DataBase& cDataBase, const std::wstring& sAppPath)
 {
     m_colMainCats = std::make_shared<CatCollection>();
     const Cuts colCuts = cDataBase.AllCuts();
     m_cFiledCuts.Reserve(colCuts.size());
     CreateCategories(colCuts);
     PlaceCuts(colCuts);
-    AddSavedCategories(*m_cCategoryList.ReadForTree(m_cMod.AppPath()));
-    m_cHistoryFiles.ApplyHistory(*m_colMainCats, m_cMod.AppPath());
+    AddSavedCategories(*m_cCategoryList.ReadForTree(sAppPath));
+    m_cHistoryFiles.ApplyHistory(*m_colMainCats, sAppPath);
     return m_colMainCats;
 }
 

@@ -21,14 +21,6 @@
 namespace ravlo
 {
 
-// Creates the scheduler's folders under the application path where they are missing. A failure is shown and
-// ends it.
-void CreateFolders(ModScheduler& cMod);
-
-// Deletes the temporary files that killed programs left in the scheduler's folders: those that were written
-// more than a day ago, so that nobody is writing them now. What cannot be deleted stays.
-void DeleteOldTemporaryFiles(Files& cFiles, const std::wstring& sAppPath);
-
 // Builds a category tree from a database's cuts and the saved files. The tree is built aside: nobody sees it,
 // so nothing can save its order, before the saved orders stand in it.
 class Population
@@ -39,8 +31,8 @@ public:
                HistoryFiles& cHistoryFiles, FiledCuts& cFiledCuts);
 
     // In order: a main category for every name a cut is assigned to; every cut filed into its levels, in the
-    // database's order; the saved main categories; the saved orders. One bad cut stops nothing.
-    std::shared_ptr<CatCollection> Build(const DataBase& cDataBase);
+    // database's order; the main categories and the orders saved under sAppPath. One bad cut stops nothing.
+    std::shared_ptr<CatCollection> Build(const DataBase& cDataBase, const std::wstring& sAppPath);
     // Shows what went wrong with cuts, once per category: to be called when the tree is in use.
     void ReportProblems();
 

@@ -6,6 +6,7 @@
 #include "scheduler/CutRemoval.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -48,13 +49,26 @@ std::optional<TextKey> FileUnderKey(CutCollection& colOrder, const std::shared_p
 
 // ---- listening ----
 
-void Synchronisation::Follow(const std::shared_ptr<DataBase>& cDataBase, std::weak_ptr<void> cOwner)
+Synchronisation::Waiting Synchronisation::Follow(const std::shared_ptr<DataBase>& cDataBase,
+                                                 std::weak_ptr<void> cOwner)
 {
+    Waiting colWaiting = std::exchange(m_colWaiting, {});
     Stop();
     m_cOwner = std::move(cOwner);
     m_cFollowed = cDataBase;
     if (m_cFollowed)
         m_cFollowed->Advise(*this);
+    return colWaiting;
+}
+
+void Synchronisation::FollowAgain(const std::shared_ptr<DataBase>& cDataBase, std::weak_ptr<void> cOwner,
+                                  Waiting colWaiting)
+{
+    const bool bFollowedSince = m_cFollowed == cDataBase;
+    Waiting colSince = Follow(cDataBase, std::move(cOwner));
+    m_colWaiting = std::move(colWaiting);
+    if (bFollowedSince)
+        std::move(colSince.begin(), colSince.end(), std::back_inserter(m_colWaiting));
 }
 
 void Synchronisation::Stop() noexcept

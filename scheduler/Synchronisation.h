@@ -22,13 +22,31 @@ class CutChanges;
 // done.
 class Synchronisation : private DataBaseEvents
 {
+    enum class Kind
+    {
+        Added,
+        Modified,
+        Removed,
+    };
+
 public:
     explicit Synchronisation(Station& cStation) noexcept : m_cStation(cStation) {}
     ~Synchronisation() override { Stop(); }
 
+    struct Notification
+    {
+        Kind eKind;
+        Cuts colCuts;
+    };
+    using Waiting = std::deque<Notification>;
     // Listens to cDataBase from now on, and no longer to the one before. cOwner is kept alive while a
-    // notification is handled, and only then.
-    void Follow(const std::shared_ptr<DataBase>& cDataBase, std::weak_ptr<void> cOwner);
+    // notification is handled, and only then. Returns what waited to be handled: the tree that is about to be
+    // read knows of it already.
+    Waiting Follow(const std::shared_ptr<DataBase>& cDataBase, std::weak_ptr<void> cOwner);
+    // Listens to cDataBase again, whose tree stays: colWaiting is handled after all, and so is what it has
+    // announced since when it was followed all the time.
+    void FollowAgain(const std::shared_ptr<DataBase>& cDataBase, std::weak_ptr<void> cOwner,
+                     Waiting colWaiting);
     void Stop() noexcept;
 
     // While one exists notifications wait: for work that changes cuts itself, or that others must not
@@ -50,18 +68,6 @@ public:
     };
 
 private:
-    enum class Kind
-    {
-        Added,
-        Modified,
-        Removed,
-    };
-    struct Notification
-    {
-        Kind eKind;
-        Cuts colCuts;
-    };
-
     void CutsAdded(const Cuts& colCuts) override { Notify(Kind::Added, colCuts); }
     void CutsModified(const Cuts& colCuts) override { Notify(Kind::Modified, colCuts); }
     void CutsRemoved(const Cuts& colCuts) override { Notify(Kind::Removed, colCuts); }
@@ -84,7 +90,7 @@ private:
     Station& m_cStation;
     std::shared_ptr<DataBase> m_cFollowed;
     std::weak_ptr<void> m_cOwner;
-    std::deque<Notification> m_colWaiting;
+    Waiting m_colWaiting;
     int m_lHolds = 0;
 };
 

@@ -3,8 +3,8 @@
 
 #include "collections/CaseFolding.h"
 #include "collections/Text.h"
-#include "ports/StationMarker.h"
 #include "rotation/NextCut.h"
+#include "scheduler/CarriedOrders.h"
 #include "scheduler/CategoryCreation.h"
 #include "scheduler/CategoryEditing.h"
 #include "scheduler/CutAssignment.h"
@@ -12,6 +12,7 @@
 #include "scheduler/Population.h"
 #include "scheduler/RandomOrder.h"
 #include "scheduler/Station.h"
+#include "scheduler/StationFolder.h"
 #include "scheduler/Synchronisation.h"
 
 #include <utility>
@@ -19,46 +20,11 @@
 namespace ravlo
 {
 
-namespace
-{
-
-constexpr const wchar_t* sUpdateHistoryWhere = L"UpdateArtistTitleHistory";
-
-// Names become file names: these may not stand in one. In the order hosts are shown them.
-std::shared_ptr<NameCollection> IllegalChars()
-{
-    auto colChars = std::make_shared<NameCollection>();
-    for (const wchar_t c : std::wstring_view(L"*/:<>?\\|\""))
-        colChars->Add(std::wstring(1, c));
-    return colChars;
-}
-
-// Marks the station that is about to be populated, unless somebody else has: working on is better then than
-// silence on air, but the log says why orders may get lost.
-std::unique_ptr<HeldFile> MarkStationOrLog(ModScheduler& cMod, const std::wstring& sAppPath)
-{
-    try
-    {
-        std::unique_ptr<HeldFile> cMark = MarkStation(cMod.Outside().cFiles, sAppPath);
-        if (!cMark)
-            cMod.WriteDebugLog(
-                L"The station is in use by another program or manager, which may overwrite its "
-                L"orders: " +
-                sAppPath);
-        return cMark;
-    }
-    catch (...)
-    {
-        cMod.LogError(L"PopulateFromDataBase, marking the station", CurrentError());
-        return nullptr;
-    }
-}
-
-} // namespace
-
 // The parts the facade routes to.
 struct clsSchedMan::Parts : Station
 {
+    static constexpr const wchar_t* sUpdateHistoryWhere = L"UpdateArtistTitleHistory";
+
     explicit Parts(ModScheduler& cModule)
         : Station(cModule), cSync(*this),
           cPlayHistory(cModule.Outside().cClock, [&cModule](const RuntimeError& cError, bool bFirst)
@@ -185,9 +151,10 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     // The files are about to be read again: they must hold the newest orders.
     if (const std::shared_ptr<CatCollection> colPresent = my.colMainCats)
         my.cHistoryFiles.SavePending(*colPresent);
-    my.cMod.StoreAppPath(strAppPath);
-    CreateFolders(my.cMod);
-    const std::wstring sAppPath = my.cMod.AppPath();
+    // Remembered: another manager may move the library while messages are pumped.
+    FolderMove cMove(my.cMod, strAppPath);
+    const std::wstring& sAppPath = cMove.AppPath();
+    CreateFolders(my.cMod, sAppPath);
     my.cMod.LoadSettings();
     if (!cDataBase)
     {
@@ -200,23 +167,31 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     const bool bMarked = bSameFolder && my.cMark;
     std::unique_ptr<HeldFile> cMark = bMarked ? nullptr : MarkStationOrLog(my.cMod, sAppPath);
     const std::shared_ptr<ravlo::DataBase> cOld = std::exchange(my.cDataBase, cDataBase);
-    my.cSync.Follow(my.cDataBase, weak_from_this());
+    Synchronisation::Waiting colWaiting = my.cSync.Follow(my.cDataBase, weak_from_this());
+    std::shared_ptr<CatCollection> colNew;
     try
     {
-        my.colMainCats = cPopulation.Build(*cDataBase);
+        colNew = cPopulation.Build(*cDataBase, sAppPath);
     }
     catch (...)
     {
         // The tree stays the old database's, so that one is followed again.
         my.cDataBase = cOld;
-        my.cSync.Follow(cOld, weak_from_this());
+        my.cSync.FollowAgain(cOld, weak_from_this(), std::move(colWaiting));
         throw;
     }
+    // From here on nobody else runs before the new tree is in use.
+    if (bSameFolder)
+        CarryNewerOrders(my, *colNew);
+    else if (my.colMainCats)
+        my.cHistoryFiles.SavePending(*my.colMainCats);
+    my.colMainCats = std::move(colNew);
     my.cFiledCuts = std::move(cFiledCuts);
     ++my.lPopulations;
-    my.Serve(my.cMod.AppPath());
+    my.Serve(sAppPath);
     if (!bMarked)
         my.cMark = std::move(cMark);
+    cMove.Settle();
     return true;
 }
 
@@ -295,7 +270,7 @@ void clsSchedMan::UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut)
 {
     Parts& my = *m_cParts;
     const Call cCall(*this);
-    Trap(my.cMod, sUpdateHistoryWhere,
+    Trap(my.cMod, Parts::sUpdateHistoryWhere,
          [&]
          {
              const std::shared_ptr<ravlo::DataBase> cDataBase =

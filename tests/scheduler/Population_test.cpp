@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/Population.h"
+#include "scheduler/StationFolder.h"
 
 #include "support/SchedulerTest.h"
 
@@ -93,14 +94,13 @@ TEST_F(PopulationTest, WithoutADatabaseOnlyThePathTheFoldersAndTheSettingsAreTak
 TEST_F(PopulationTest, TheFoldersAreCreatedInOrderAndTheLastIsVisitedTwice)
 {
     cWorld.cFiles.ClearOperations();
-    cLibrary.cMod.StoreAppPath(sRadio);
-    CreateFolders(cLibrary.cMod);
+    CreateFolders(cLibrary.cMod, sRadio);
     EXPECT_EQ(cWorld.cFiles.Operations(), (Lines{L"CreateFolder C:\\Radio\\Scheduler",
                                                  L"CreateFolder C:\\Radio\\Scheduler\\History_and_Ordering",
                                                  L"CreateFolder C:\\Radio\\Scheduler\\Rules",
                                                  L"CreateFolder C:\\Radio\\Scheduler\\Debugging Logs"}));
     cWorld.cFiles.ClearOperations();
-    CreateFolders(cLibrary.cMod);
+    CreateFolders(cLibrary.cMod, sRadio);
     EXPECT_TRUE(cWorld.cFiles.Operations().empty()) << "what is there is left alone";
     EXPECT_TRUE(boxes.empty());
 }

@@ -38,12 +38,13 @@ struct SmallStation
         const std::shared_ptr<clsCat> cLevel = cLib.Level(sName, lLevel);
         return cLevel ? Cuts(cLevel->SchedCuts()->begin(), cLevel->SchedCuts()->end()) : Cuts();
     }
-    std::shared_ptr<Cut> Pick(const std::wstring& sKey)
+    std::shared_ptr<Cut> Pick(const std::wstring& sKey, bool bMustBeOpener = true)
     {
         std::shared_ptr<clsCat> cMainCat;
         std::shared_ptr<clsCat> cSubCat;
         std::wstring sMainCatKey;
-        return cLib.cSchedMan->NextCutFromRotation(sKey, true, nullptr, cMainCat, cSubCat, sMainCatKey);
+        return cLib.cSchedMan->NextCutFromRotation(sKey, bMustBeOpener, nullptr, cMainCat, cSubCat,
+                                                   sMainCatKey);
     }
     void Change(eCatDragOptions eOption, const std::shared_ptr<clsCat>& cFrom,
                 const std::shared_ptr<clsCat>& cTo, const Cuts& colCuts)
@@ -63,6 +64,7 @@ struct SmallStation
     RadioWorld cWorld;
     Library cLib;
     std::size_t lAdded = 0;
+    std::wstring sPicked; // by an interruption
 };
 
 struct Action
@@ -132,7 +134,14 @@ const Action operations[] = {
 
 // What the host does in a callback.
 const Action interruptions[] = {
-    {"picks", [](SmallStation& s) { EXPECT_TRUE(s.Pick(L"Rock\t1")) << "never none"; }},
+    {"picks",
+     [](SmallStation& s)
+     {
+         const std::shared_ptr<Cut> cPicked = s.Pick(L"Rock\t1", false);
+         ASSERT_TRUE(cPicked) << "never none";
+         s.sPicked = cPicked->Key().Text();
+     }},
+    {"looks for an opener", [](SmallStation& s) { EXPECT_TRUE(s.Pick(L"Rock\t1")) << "never none"; }},
     {"populates", [](SmallStation& s) { s.cLib.Populate(); }},
     {"imports", [](SmallStation& s)
      { s.cLib.cDataBase->Announce(&DataBaseEvents::CutsAdded, s.AddToDataBase(2, L"Rock/Pop")); }},
@@ -303,6 +312,10 @@ TEST_P(ReentrancyTest, WhateverAHostDoesInACallbackTreeCutsAndFilesAgreeAfterwar
                 bReached = cInterruption.Reached();
             }
             ExpectSound(s);
+            if (operation.sName == std::string("populate") && !s.sPicked.empty())
+            {
+                EXPECT_EQ(s.cLib.Order(L"Rock", 1).back(), s.sPicked) << "it would play again";
+            }
             s.cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
             if (interruption.sName == std::string("populates"))
                 s.cLib.Populate(); // a category made before the host's reload may be saved after it

@@ -131,8 +131,12 @@ public:
     bool bNewCutIsNothing = false;
     std::shared_ptr<Cut> cNewCut; // what NewCut gives, once; a plain cut otherwise
 
+    std::function<void()> OnAllCuts; // called before the cuts are handed over
+
     Cuts AllCuts() const override
     {
+        if (OnAllCuts)
+            OnAllCuts();
         if (bAllCutsFails)
             throw RuntimeError(error::DeviceIo);
         Cuts colOut;

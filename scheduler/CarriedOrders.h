@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "scheduler/Station.h"
+
+namespace ravlo
+{
+
+// Gives a tree that was read from the station's own files, while its present tree went on serving picks, the
+// orders that are newer than those files were when they were read: picks and saves since, and picks that were
+// not or could not be saved. Level by level, cuts that the present tree lacks come first, as those do that a
+// file does not name.
+void CarryNewerOrders(const Station& cStation, const CatCollection& colNew);
+
+} // namespace ravlo

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/StationFolder.h"
+
+#include "collections/CaseFolding.h"
+#include "ports/StationMarker.h"
+
+#include <array>
+#include <chrono>
+
+namespace ravlo
+{
+
+namespace
+{
+
+void DeleteIfPossible(Files& cFiles, const std::wstring& sPath)
+{
+    try
+    {
+        cFiles.Delete(sPath);
+    }
+    catch (const RuntimeError&)
+    {
+        // A file too many harms nobody.
+    }
+}
+
+} // namespace
+
+void CreateFolders(ModScheduler& cMod, const std::wstring& sAppPath)
+{
+    // Parents first: only the last component of each is created. The rules' folder stands twice in the list;
+    // the second visit finds it there.
+    static constexpr std::array<const wchar_t*, 5> folders = {
+        L"Scheduler", L"Scheduler\\History_and_Ordering", L"Scheduler\\Rules", L"Scheduler\\Debugging Logs",
+        L"Scheduler\\Rules"};
+    TrapCritical(cMod, L"Error in CreateFolders [scheduler]",
+                 [&]
+                 {
+                     Files& cFiles = cMod.Outside().cFiles;
+                     for (const wchar_t* sFolder : folders)
+                         if (!cFiles.FolderExists(sAppPath + sFolder))
+                             cFiles.CreateFolder(sAppPath + sFolder);
+                 });
+}
+
+void DeleteOldTemporaryFiles(Files& cFiles, const std::wstring& sAppPath)
+{
+    for (const wchar_t* sFolder : {L"Scheduler", L"Scheduler\\History_and_Ordering", L"Scheduler\\Rules"})
+    {
+        try
+        {
+            for (const FileEntry& file : cFiles.FilesIn(sAppPath + sFolder))
+                if (IsTemporaryName(file.sName) && file.lAge > std::chrono::hours(24))
+                    DeleteIfPossible(cFiles, sAppPath + sFolder + L"\\" + file.sName);
+        }
+        catch (const RuntimeError&)
+        {
+            // A folder that is missing or away is told of elsewhere.
+        }
+    }
+}
+
+std::unique_ptr<HeldFile> MarkStationOrLog(ModScheduler& cMod, const std::wstring& sAppPath)
+{
+    try
+    {
+        std::unique_ptr<HeldFile> cMark = MarkStation(cMod.Outside().cFiles, sAppPath);
+        if (!cMark)
+            cMod.WriteDebugLog(
+                L"The station is in use by another program or manager, which may overwrite its "
+                L"orders: " +
+                sAppPath);
+        return cMark;
+    }
+    catch (...)
+    {
+        cMod.LogError(L"PopulateFromDataBase, marking the station", CurrentError());
+        return nullptr;
+    }
+}
+
+FolderMove::FolderMove(ModScheduler& cMod, const std::wstring& sAppPath)
+    : m_cMod(cMod), m_sFrom(cMod.AppPath())
+{
+    m_cMod.StoreAppPath(sAppPath);
+    m_sTo = m_cMod.AppPath();
+}
+
+FolderMove::~FolderMove()
+{
+    const bool bMoved = !m_sFrom.empty() && !EqualIgnoringCase(m_sFrom, m_sTo);
+    if (m_bSettled || !bMoved)
+        return;
+    try
+    {
+        if (m_cMod.AppPath() != m_sTo)
+            return; // another manager has moved the library since: it is that one's
+        m_cMod.StoreAppPath(m_sFrom);
+        m_cMod.LoadSettings();
+    }
+    catch (...)
+    {
+        m_cMod.LogError(L"PopulateFromDataBase, back to the folder before", CurrentError());
+    }
+}
+
+} // namespace ravlo

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "scheduler/modscheduler/ModScheduler.h"
+
+#include <memory>
+#include <string>
+
+namespace ravlo
+{
+
+// The scheduler's place under the host's application folder, sAppPath with a trailing backslash.
+
+// Creates the scheduler's folders where they are missing. A failure is shown and ends it.
+void CreateFolders(ModScheduler& cMod, const std::wstring& sAppPath);
+
+// Deletes the temporary files that killed programs left in the scheduler's folders: those that were written
+// more than a day ago, so that nobody is writing them now. What cannot be deleted stays.
+void DeleteOldTemporaryFiles(Files& cFiles, const std::wstring& sAppPath);
+
+// Marks the station that is about to be populated; null when somebody else has, or when it cannot be marked.
+// Either is logged only: working on is better than silence on air.
+std::unique_ptr<HeldFile> MarkStationOrLog(ModScheduler& cMod, const std::wstring& sAppPath);
+
+// Moves the library to the folder that a population reads. When the population fails, the library returns to
+// the folder it was in, with that one's global separations: orders, rules and settings stay together.
+class FolderMove
+{
+public:
+    FolderMove(ModScheduler& cMod, const std::wstring& sAppPath);
+    ~FolderMove();
+    FolderMove(const FolderMove&) = delete;
+    FolderMove& operator=(const FolderMove&) = delete;
+
+    // Where to, with a trailing backslash. The library itself may be moved on by another manager.
+    const std::wstring& AppPath() const noexcept { return m_sTo; }
+    // The population has succeeded.
+    void Settle() noexcept { m_bSettled = true; }
+
+private:
+    ModScheduler& m_cMod;
+    const std::wstring m_sFrom;
+    std::wstring m_sTo;
+    bool m_bSettled = false;
+};
+
+} // namespace ravlo

@@ -1,0 +1,246 @@
+// SPDX-License-Identifier: MIT
+// A population while the station is on air: what is picked meanwhile, what fails, and which folder things go
+// to.
+#include "support/SchedulerTest.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <utility>
+
+namespace ravlo::test
+{
+namespace
+{
+
+const std::wstring sRead = L"Done: Got Scheduler [from file] Info for: ";
+
+// Rock and Pop with four cuts each, whose orders are saved.
+class ReloadTest : public testing::Test
+{
+protected:
+    ReloadTest()
+    {
+        cWorld.cFiles.MakeFolders(L"C:\\Other");
+        for (const wchar_t* sCat : {L"Rock", L"Pop"})
+            for (int lCut = 1; lCut <= 4; ++lCut)
+                cLibrary.cDataBase->Add(sCat + std::to_wstring(lCut), sCat, 1);
+        cLibrary.Populate();
+        cLibrary.cSchedMan->SetRotatesAllowed(true);
+        EXPECT_TRUE(cLibrary.cSchedMan->SaveHistoryAndOrdering(nullptr));
+    }
+
+    // The key of the cut that goes on air.
+    std::wstring Pick(bool bSave, const std::wstring& sCat = L"Rock")
+    {
+        std::shared_ptr<clsCat> cMainCat;
+        std::shared_ptr<clsCat> cSubCat;
+        std::wstring sKey;
+        return cLibrary.cSchedMan
+            ->NextCutFromRotation(sCat + L"\t1", false, nullptr, cMainCat, cSubCat, sKey, false, bSave)
+            ->Key()
+            .Text();
+    }
+    // Calls back once, at the first event of that text; Reached tells whether it came.
+    void At(const std::wstring& sLine, std::function<void()> action)
+    {
+        m_bReached = false;
+        cLibrary.cHost.OnEvent = [this, sLine, action = std::move(action)](const std::wstring& sSaid)
+        {
+            if (m_bReached || !sSaid.starts_with(sLine))
+                return;
+            m_bReached = true;
+            action();
+        };
+    }
+    void Reload(const std::wstring& sAppPath = sRadio)
+    {
+        cLibrary.Populate(sAppPath);
+        cLibrary.cHost.OnEvent = nullptr;
+        EXPECT_TRUE(m_bReached);
+    }
+    Keys OrderAfterARestart()
+    {
+        cLibrary.Restart();
+        return cLibrary.Order(L"Rock", 1);
+    }
+
+    RadioWorld cWorld;
+    Library cLibrary{cWorld};
+    Boxes& boxes = cWorld.cMessages.Boxes;
+
+private:
+    bool m_bReached = true;
+};
+
+// ---- picks during a reload
+
+TEST_F(ReloadTest, APickAfterItsFileWasReadIsNotPlayedAgain)
+{
+    At(sRead + L"Rock", [&] { EXPECT_EQ(Pick(true), L"Rock1"); });
+    Reload();
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock2", L"Rock3", L"Rock4", L"Rock1"}));
+    EXPECT_EQ(Pick(true), L"Rock2");
+    EXPECT_EQ(OrderAfterARestart(), (Keys{L"Rock3", L"Rock4", L"Rock1", L"Rock2"}));
+}
+
+TEST_F(ReloadTest, APickBeforeItsFileWasReadIsNotPlayedAgain)
+{
+    for (const bool bSave : {true, false})
+    {
+        At(L"Start 8: Creating Scheduler Items", [&] { Pick(bSave); });
+        Reload();
+    }
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock3", L"Rock4", L"Rock1", L"Rock2"}));
+}
+
+TEST_F(ReloadTest, PicksThatAreSavedLaterSurviveAReload)
+{
+    EXPECT_EQ(Pick(false), L"Rock1");
+    Reload();
+    EXPECT_EQ(cWorld.cFiles.Get(SifPath(L"Rock")).substr(510, 5), "Rock2") << "saved before it is read";
+    At(sRead + L"Pop", [&] { EXPECT_EQ(Pick(false), L"Rock2"); });
+    Reload();
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock3", L"Rock4", L"Rock1", L"Rock2"}));
+    EXPECT_EQ(cLibrary.Order(L"Pop", 1), (Keys{L"Pop1", L"Pop2", L"Pop3", L"Pop4"}));
+    Reload();
+    EXPECT_EQ(OrderAfterARestart(), (Keys{L"Rock3", L"Rock4", L"Rock1", L"Rock2"}));
+}
+
+TEST_F(ReloadTest, APickThatCouldNotBeSavedSurvivesAReload)
+{
+    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    EXPECT_EQ(Pick(true), L"Rock1");
+    At(sRead + L"Rock", [&] { EXPECT_EQ(Pick(true), L"Rock2"); });
+    Reload();
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock3", L"Rock4", L"Rock1", L"Rock2"}));
+    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    cWorld.cClock.Advance(2000);
+    EXPECT_EQ(Pick(true), L"Rock3");
+    EXPECT_EQ(OrderAfterARestart(), (Keys{L"Rock4", L"Rock1", L"Rock2", L"Rock3"}));
+}
+
+TEST_F(ReloadTest, CutsThatAreNewInTheDatabaseComeFirst)
+{
+    cLibrary.cDataBase->Add(L"new1", L"Rock", 1);
+    cLibrary.cDataBase->Add(L"new2", L"Rock", 1);
+    cLibrary.cDataBase->Remove(*cLibrary.cDataBase->colCuts[2]); // Rock3
+    At(sRead + L"Rock", [&] { EXPECT_EQ(Pick(true), L"Rock1"); });
+    Reload();
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"new1", L"new2", L"Rock2", L"Rock4", L"Rock1"}));
+}
+
+TEST_F(ReloadTest, AnOrderPutIntoTheFileByHandIsTakenByAReload)
+{
+    Pick(true);
+    cWorld.cFiles.Put(SifPath(L"Rock"),
+                      SifCut("Rock4", 1) + SifCut("Rock3", 1) + SifCut("Rock2", 1) + SifCut("Rock1", 1));
+    Reload();
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock4", L"Rock3", L"Rock2", L"Rock1"}));
+}
+
+TEST_F(ReloadTest, AnotherFolderKeepsItsOwnOrders)
+{
+    cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\History_and_Ordering\\Rock.sif",
+                      SifCut("Rock4", 1) + SifCut("Rock3", 1) + SifCut("Rock2", 1) + SifCut("Rock1", 1));
+    At(sRead + L"Rock", [&] { EXPECT_EQ(Pick(false), L"Rock1"); });
+    Reload(L"C:\\Other");
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock4", L"Rock3", L"Rock2", L"Rock1"}));
+    EXPECT_EQ(OrderAfterARestart(), (Keys{L"Rock2", L"Rock3", L"Rock4", L"Rock1"})) << "back in the first";
+}
+
+// ---- the folder
+
+TEST_F(ReloadTest, AnotherManagersPopulationChangesNothingForThisOne)
+{
+    cWorld.cFiles.Put(sMainCatsPath, "\r\nRock\r\nPop\r\nJazz");
+    auto cOther = std::make_shared<clsSchedMan>(cLibrary.cMod);
+    auto cOtherDataBase = std::make_shared<FakeDataBase>();
+    cOtherDataBase->Add(L"z", L"Zydeco", 1);
+    At(L"Start 8", [&] { cOther->PopulateFromDataBase(cOtherDataBase, L"C:\\Other"); });
+    cWorld.cFiles.Put(SifPath(L"Rock"),
+                      SifCut("Rock4", 1) + SifCut("Rock3", 1) + SifCut("Rock2", 1) + SifCut("Rock1", 1));
+    Reload();
+    EXPECT_EQ(cLibrary.MainCatNames(), (Lines{L"Rock", L"Pop", L"Jazz"})) << "its own folder's list";
+    EXPECT_EQ(Pick(true), L"Rock4");
+    EXPECT_TRUE(cLibrary.cSchedMan->SaveCatNames());
+    EXPECT_EQ(cWorld.cFiles.Get(SifPath(L"Rock")),
+              SifCut("Rock3", 1) + SifCut("Rock2", 1) + SifCut("Rock1", 1) + SifCut("Rock4", 1));
+    EXPECT_EQ(cWorld.cFiles.Get(sMainCatsPath), "\r\nRock\r\nPop\r\nJazz");
+    EXPECT_TRUE(cOther->SaveCatNames());
+    EXPECT_EQ(cWorld.cFiles.Get(L"C:\\Other\\Scheduler\\MainCats.txt"), "\r\nZydeco");
+    for (const std::wstring& sPath : cWorld.cFiles.Paths())
+        EXPECT_FALSE(sPath.starts_with(L"C:\\Other") && sPath.ends_with(L".sif"))
+            << testing::PrintToString(sPath);
+}
+
+TEST_F(ReloadTest, AfterAFailedPopulationAllStaysInTheFolderOfTheTree)
+{
+    cLibrary.cMod.SetGlobalArtistSepMins(11);
+    cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\SchedulerSettings.dat", "1\r\n2\r\n3\r\n");
+    cLibrary.cDataBase->bAllCutsFails = true;
+    cLibrary.Populate(L"C:\\Other");
+    EXPECT_EQ(boxes,
+              Boxes{CriticalBox(L"Error in PopulateFromDataBase [cSchedMan]", L"57 Device I/O error")});
+    EXPECT_EQ(cLibrary.cSchedMan->AppPath(), sRadio);
+    EXPECT_EQ(cLibrary.cMod.GlobalArtistSepMins(), 11);
+    Pick(true);
+    EXPECT_EQ(cWorld.cFiles.Get(SifPath(L"Rock")).substr(510, 5), "Rock2");
+    cLibrary.Level(L"Rock", 1)->Rules()->SetArtistSepMins(5);
+    EXPECT_TRUE(cWorld.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC1.rls"));
+    cLibrary.cMod.SetGlobalArtistSepMins(12);
+    EXPECT_EQ(cWorld.cFiles.Get(L"C:\\Other\\Scheduler\\SchedulerSettings.dat"), "1\r\n2\r\n3\r\n");
+}
+
+TEST_F(ReloadTest, WithoutADatabaseThePresentTreesFolderStays)
+{
+    cLibrary.cDataBase = nullptr;
+    cLibrary.Populate(L"C:\\Other");
+    EXPECT_EQ(cLibrary.cSchedMan->AppPath(), sRadio);
+    EXPECT_EQ(Pick(true), L"Rock1");
+}
+
+// ---- announcements
+
+TEST_F(ReloadTest, AFailedReloadKeepsWhatWasWaiting)
+{
+    const auto announce = [&](const wchar_t* sKey)
+    {
+        cLibrary.cDataBase->Announce(&DataBaseEvents::CutsAdded,
+                                     Cuts{cLibrary.cDataBase->Add(sKey, L"Rock", 1)});
+    };
+    cLibrary.cDataBase->OnAllCuts = [&] { announce(L"during"); };
+    cLibrary.cDataBase->bAllCutsFails = true;
+    At(L"Start 1: Updating Scheduler",
+       [&]
+       {
+           announce(L"waiting");
+           cLibrary.Populate();
+       });
+    announce(L"first");
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1),
+              (Keys{L"Rock1", L"Rock2", L"Rock3", L"Rock4", L"first", L"waiting", L"during"}));
+}
+
+TEST_F(ReloadTest, AFailedMoveToAnotherDatabaseKeepsWhatWasWaiting)
+{
+    const auto cFirst = cLibrary.cDataBase;
+    const auto cSecond = std::make_shared<FakeDataBase>();
+    cSecond->bAllCutsFails = true;
+    cSecond->OnAllCuts = [&]
+    { cSecond->Announce(&DataBaseEvents::CutsAdded, Cuts{cSecond->Add(L"foreign", L"Rock", 1)}); };
+    At(L"Start 1: Updating Scheduler",
+       [&]
+       {
+           cFirst->Announce(&DataBaseEvents::CutsAdded, Cuts{cFirst->Add(L"waiting", L"Rock", 1)});
+           cLibrary.cDataBase = cSecond;
+           cLibrary.Populate();
+       });
+    cFirst->Announce(&DataBaseEvents::CutsAdded, Cuts{cFirst->Add(L"first", L"Rock", 1)});
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1),
+              (Keys{L"Rock1", L"Rock2", L"Rock3", L"Rock4", L"first", L"waiting"}));
+    EXPECT_EQ(cLibrary.cSchedMan->DataBase(), cFirst);
+}
+
+} // namespace
+} // namespace ravlo::test
