@@ -66,11 +66,13 @@ PlayBook::Attempt PlayBook::BringIn()
             return false;
         }
     };
-    for (const auto& [cKey, dtWhen] : m_plays)
+    for (const auto& play : m_plays)
     {
+        const std::wstring sKey = play.first.Text();
+        const DateTime dtWhen = play.second;
         // One refusal says enough: each further one would wait for the same lock.
-        if (!m_cStore.Has(cKey.Text(), dtWhen) &&
-            (!attempt.sReason.empty() || !Try([&] { m_cStore.Put(cKey.Text(), dtWhen); })))
+        if (!m_cStore.Has(sKey, dtWhen) &&
+            (!attempt.sReason.empty() || !Try([&] { m_cStore.Put(sKey, dtWhen); })))
         {
             ++attempt.lMissing;
         }

@@ -251,8 +251,10 @@ void ExpectOrdersOldOrNew(const State& now, const std::vector<Orders>& colSteps)
     }
     for (const std::wstring& sLevel : colAlways)
         EXPECT_TRUE(now.orders.count(sLevel) == 1) << testing::PrintToString(sLevel) << " is gone";
-    for (const auto& [sLevel, colKeys] : now.orders)
+    for (const auto& level : now.orders)
     {
+        const auto& sLevel = level.first;
+        const auto& colKeys = level.second;
         EXPECT_TRUE(colEver.count(sLevel) == 1) << testing::PrintToString(sLevel) << " is new";
         // A level that the work was making has no order yet that could be lost.
         if (colSteps.front().count(sLevel) == 0)

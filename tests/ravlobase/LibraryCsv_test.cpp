@@ -85,11 +85,11 @@ TEST(LibraryCsv, WithoutAUsableHeaderLineTheFileIsRefused)
         {"\xFF\xFEp\0a\0t\0h\0"s, L"This is no library CSV: it is UTF-16, and UTF-8 is needed."},
         {"\xFE\xFF\0p\0a\0t\0h"s, L"This is no library CSV: it is UTF-16, and UTF-8 is needed."},
     };
-    for (const auto& [bytes, sDescription] : files)
+    for (const auto& file : files)
     {
-        const auto raised = RaisedBy([&] { Read(bytes); });
-        EXPECT_EQ(raised.lNumber, 321) << bytes;
-        EXPECT_EQ(raised.sDescription, sDescription) << bytes;
+        const auto raised = RaisedBy([&] { Read(file.first); });
+        EXPECT_EQ(raised.lNumber, 321) << file.first;
+        EXPECT_EQ(raised.sDescription, file.second) << file.first;
     }
 }
 

@@ -224,9 +224,10 @@ TEST_F(CutChangesTest, ARecordTakesAChangeBack)
         {"new places", [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
          { cChanges.FileLast(cCut, cStation.MainCat(cCut->CategoryText())); }},
     };
-    for (const auto& [sName, body] : changes)
+    for (const auto& entry : changes)
     {
-        SCOPED_TRACE(sName);
+        SCOPED_TRACE(entry.first);
+        const auto& change = entry.second;
         CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
         const auto Run = [&](const Cuts& colCuts)
         {
@@ -235,7 +236,7 @@ TEST_F(CutChangesTest, ARecordTakesAChangeBack)
             rhythm.tell = [](std::size_t) {};
             cChanges.Run(
                 colCuts,
-                [&, &change = body](const std::shared_ptr<Cut>& cCut, std::size_t)
+                [&](const std::shared_ptr<Cut>& cCut, std::size_t)
                 { change(cChanges, cCut); },
                 rhythm);
         };

@@ -374,8 +374,10 @@ Orders OrdersOfStation()
 // are kept aside.
 void ExpectNothingLost(const Operation& operation, const Disk& now, const Disk& healthy, const Disk& ofTree)
 {
-    for (const auto& [sPath, bytes] : StationDisk())
+    for (const auto& file : StationDisk())
     {
+        const auto& sPath = file.first;
+        const auto& bytes = file.second;
         const auto present = now.find(sPath);
         const auto isIn = [&](const Disk& disk)
         {
@@ -395,8 +397,10 @@ void ExpectNothingLost(const Operation& operation, const Disk& now, const Disk& 
 // The order of the cuts that were in the level before, among each other, is the one before or the one after.
 void ExpectOldOrNew(const Orders& now, const Orders& before, const Orders& after)
 {
-    for (const auto& [sKey, colKeys] : now)
+    for (const auto& level : now)
     {
+        const auto& sKey = level.first;
+        const auto& colKeys = level.second;
         const auto asIn = [&](const Orders& orders)
         {
             const auto found = orders.find(sKey);

@@ -888,8 +888,10 @@ TEST_F(Form, EachOfThePendingEditsRaisesTheQuestionOnClosing)
                                               {txtTitleSepMins1, true},       {txtAlbumSepMins, true}};
     for (const bool bOK : {true, false})
     {
-        for (const auto& [eBox, bAsks] : table)
+        for (const auto& row : table)
         {
+            const RuleBox eBox = row.first;
+            const bool bAsks = row.second;
             Shown().clear();
             Open(L"Rock", 3,
                  [&]
