@@ -178,7 +178,7 @@ extern "C"
     BOOL WINAPI DllMain(HINSTANCE hInstance, DWORD lReason, LPVOID)
     {
         if (lReason == DLL_PROCESS_ATTACH)
-            ravlo::module::Attach(hInstance, {ravlo::colClasses, {}});
+            ravlo::module::Attach(hInstance, {ravlo::colClasses, {}, {}});
         return TRUE;
     }
 
