@@ -240,10 +240,23 @@ Cuts HostDatabase::AllCuts() const
 
 std::shared_ptr<Cut> HostDatabase::CutByKey(const TextKey& cKey) const
 {
+    const std::uint64_t lRevision = m_cRevisions.Of(m_cHost.Get());
+    if (lRevision != m_lFoundAt)
+    {
+        m_colFound.clear();
+        m_lFoundAt = lRevision;
+    }
+    if (const auto found = m_colFound.find(cKey); found != m_colFound.end())
+        if (std::shared_ptr<Cut> cCut = found->second.lock())
+            return cCut;
     const Bstr sKey{std::wstring_view(cKey.Text())};
-    ComPtr<_clsCut> cCut;
-    Call(&_clsDataBase::CutByKey, sKey.Get(), cCut.Receive());
-    return CutFrom(cCut.Get());
+    ComPtr<_clsCut> cFound;
+    Call(&_clsDataBase::CutByKey, sKey.Get(), cFound.Receive());
+    std::shared_ptr<Cut> cCut = CutFrom(cFound.Get());
+    // A call that came in during this one may have emptied the table for a later revision.
+    if (cCut && lRevision != 0 && lRevision == m_lFoundAt)
+        m_colFound.insert_or_assign(cKey, cCut);
+    return cCut;
 }
 
 std::shared_ptr<Cut> HostDatabase::CutByArtistTitle(const std::wstring& sArtist,

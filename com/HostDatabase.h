@@ -2,11 +2,14 @@
 #pragma once
 
 #include "com/kit/ComPtr.h"
+#include "com/kit/Revisions.h"
 #include "media/DataBase.h"
 
 #include <RavloBase.h>
 
+#include <cstdint>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 namespace ravlo
@@ -56,6 +59,14 @@ private:
 
     ComPtr<_clsDataBase> m_cHost;
     ComPtr<IUnknown> m_cIdentity;
+    // What CutByKey found at one revision of the host's database; empty without revisions.
+    struct Hash
+    {
+        std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
+    };
+    mutable Revisions m_cRevisions;
+    mutable std::uint64_t m_lFoundAt = 0;
+    mutable std::unordered_map<TextKey, std::weak_ptr<Cut>, Hash> m_colFound;
     std::vector<DataBaseEvents*> m_colListeners;
     ComPtr<IConnectionPoint> m_cPoint;
     DWORD m_lCookie = 0;

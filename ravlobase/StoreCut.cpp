@@ -134,6 +134,7 @@ void StoreCut::SetKey(const std::wstring& sKey)
     }
     m_values.cKey = TextKey(sKey);
     m_values.cPath = m_values.cKey;
+    ++m_lRevision;
 }
 
 void StoreCut::SetSecondaryKey(const std::wstring& sKey)
@@ -200,7 +201,7 @@ void StoreCut::SetLastPlayed(DateTime dtWhen)
     }
     else
     {
-        m_values.dtLastPlayed = dtWhen;
+        TakeLastPlayed(dtWhen);
     }
 }
 
@@ -227,7 +228,7 @@ std::shared_ptr<Cut> StoreCut::CloneCut() const
 
 void StoreCut::Attach(CutValues values, std::int32_t lID, CutOwner& cOwner) noexcept
 {
-    m_values = std::move(values);
+    Take(std::move(values));
     m_lID = lID;
     m_pOwner = &cOwner;
 }
@@ -240,7 +241,7 @@ void StoreCut::Set(CutValues next)
     }
     else
     {
-        m_values = std::move(next);
+        Take(std::move(next));
     }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "collections/TextKey.h"
+#include "media/CountsChanges.h"
 #include "media/Cut.h"
 
 #include <cstdint>
@@ -56,7 +57,7 @@ public:
 // A cut of an embedded database, or a free-standing one that such a database made. Without an owner it is
 // values in memory. A cut that is removed from its database, or whose database is closed, loses its owner and
 // keeps its values.
-class StoreCut final : public Cut
+class StoreCut final : public Cut, public CountsChanges
 {
 public:
     StoreCut() = default;
@@ -101,19 +102,40 @@ public:
     void SetCatLevel(std::int32_t lLevel) override;
 
     std::wstring CategoryKey() const override { return m_cCategoryKey.Text(); }
-    void SetCategoryKey(const std::wstring& sKey) override { m_cCategoryKey = TextKey(sKey); }
+    void SetCategoryKey(const std::wstring& sKey) override
+    {
+        m_cCategoryKey = TextKey(sKey);
+        ++m_lRevision;
+    }
     bool MustBeOpener() const override { return m_bMustBeOpener; }
-    void SetMustBeOpener(bool bMust) override { m_bMustBeOpener = bMust; }
+    void SetMustBeOpener(bool bMust) override
+    {
+        m_bMustBeOpener = bMust;
+        ++m_lRevision;
+    }
     std::int32_t KindCode() const override { return m_lKind; }
-    void SetKindCode(std::int32_t lKind) override { m_lKind = lKind; }
+    void SetKindCode(std::int32_t lKind) override
+    {
+        m_lKind = lKind;
+        ++m_lRevision;
+    }
 
     std::shared_ptr<Cut> CloneCut() const override;
+    std::uint64_t Revision() const noexcept override { return m_lRevision; }
 
     // For the owner.
     const CutValues& Values() const noexcept { return m_values; }
     const CutOwner* Owner() const noexcept { return m_pOwner; }
-    void Take(CutValues values) noexcept { m_values = std::move(values); }
-    void TakeLastPlayed(DateTime dtWhen) noexcept { m_values.dtLastPlayed = dtWhen; }
+    void Take(CutValues values) noexcept
+    {
+        m_values = std::move(values);
+        ++m_lRevision;
+    }
+    void TakeLastPlayed(DateTime dtWhen) noexcept
+    {
+        m_values.dtLastPlayed = dtWhen;
+        ++m_lRevision;
+    }
     void Attach(CutValues values, std::int32_t lID, CutOwner& cOwner) noexcept;
     void Detach() noexcept { m_pOwner = nullptr; }
 
@@ -123,6 +145,7 @@ private:
     CutValues m_values;
     CutOwner* m_pOwner = nullptr;
     TextKey m_cCategoryKey;
+    std::uint64_t m_lRevision = 1;
     std::int32_t m_lID = 0;
     std::int32_t m_lKind = eKindChosen;
     bool m_bMustBeOpener = false;

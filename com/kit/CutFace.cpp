@@ -65,8 +65,27 @@ private:
 } // namespace
 
 CutFace::CutFace(std::shared_ptr<Cut> cCut)
-    : Dispatch(identity), m_cCut(std::move(cCut)), m_cEntry(m_cCut.get(), this, static_cast<_clsCut*>(this))
+    : Dispatch(identity), m_cCut(std::move(cCut)),
+      m_pChanges(dynamic_cast<const CountsChanges*>(m_cCut.get())),
+      m_cEntry(m_cCut.get(), this, static_cast<_clsCut*>(this))
 {
+}
+
+STDMETHODIMP CutFace::QueryInterface(REFIID iid, void** ppvObject)
+{
+    if (!ppvObject || iid != IID_IRevision || !m_pChanges)
+        return Dispatch::QueryInterface(iid, ppvObject);
+    *ppvObject = static_cast<IRevision*>(this);
+    AddRef();
+    return S_OK;
+}
+
+STDMETHODIMP CutFace::Revision(hyper* pVal)
+{
+    if (!pVal)
+        return E_POINTER;
+    *pVal = static_cast<hyper>(m_pChanges->Revision());
+    return S_OK;
 }
 
 HRESULT CutFace::Get(BSTR* pVal, std::wstring (Cut::*get)() const) noexcept

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "com/kit/Collection.h"
+#include "media/CountsChanges.h"
 #include "media/DataBase.h"
 
 #include <RavloBase.h>
@@ -11,13 +12,19 @@
 namespace ravlo
 {
 
-// _clsCut over a core cut.
-class CutFace final : public Dispatch<_clsCut>
+// _clsCut over a core cut; IRevision too when the core cut counts its changes.
+class CutFace final : public Dispatch<_clsCut>, public IRevision
 {
 public:
     explicit CutFace(std::shared_ptr<Cut> cCut);
 
     const std::shared_ptr<Cut>& Core() const noexcept { return m_cCut; }
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override;
+    STDMETHODIMP_(ULONG) AddRef() override { return Dispatch::AddRef(); }
+    STDMETHODIMP_(ULONG) Release() override { return Dispatch::Release(); }
+
+    STDMETHODIMP Revision(hyper* pVal) override;
 
     STDMETHODIMP get_ID(LONG* pVal) override;
     STDMETHODIMP get_Key(BSTR* pVal) override;
@@ -67,6 +74,7 @@ private:
     HRESULT Put(VARIANT_BOOL newVal, void (Cut::*set)(bool)) noexcept;
 
     std::shared_ptr<Cut> m_cCut;
+    const CountsChanges* m_pChanges; // of that cut; null when it does not count them
     FaceEntry<CutFace> m_cEntry;
 };
 

@@ -86,7 +86,27 @@ void HostCut::Set(Setter<BSTR> set, const std::wstring& sText)
 void HostCut::Set(Setter<LONG> set, std::int32_t lValue) { Call(set, static_cast<LONG>(lValue)); }
 void HostCut::Set(Setter<VARIANT_BOOL> set, bool bValue) { Call(set, BoolOf(bValue)); }
 
-TextKey HostCut::Key() const { return TextKey(Text(&_clsCut::get_Key)); }
+TextKey HostCut::KeptText(Keepable eText, Getter<BSTR> get) const
+{
+    const std::uint64_t lRevision = m_cRevisions.Of(m_cHost.Get());
+    if (lRevision == 0)
+        return TextKey(Text(get));
+    if (m_cKept && m_cKept->lRevision == lRevision && m_cKept->cTexts[eText])
+        return *m_cKept->cTexts[eText];
+    TextKey cText(Text(get));
+    // The revision is the one from before the text was read: a change in between shows at the next look.
+    if (!m_cKept)
+        m_cKept = std::make_unique<Kept>();
+    if (m_cKept->lRevision != lRevision)
+        *m_cKept = Kept{lRevision, {}};
+    m_cKept->cTexts[eText] = cText;
+    return cText;
+}
+
+TextKey HostCut::Key() const { return KeptText(eKey, &_clsCut::get_Key); }
+TextKey HostCut::ArtistKey() const { return KeptText(eArtist, &_clsCut::get_Artist); }
+TextKey HostCut::TitleKey() const { return KeptText(eTitle, &_clsCut::get_Title); }
+TextKey HostCut::AlbumKey() const { return KeptText(eAlbum, &_clsCut::get_Album); }
 std::wstring HostCut::SecondaryKey() const { return Text(&_clsCut::get_SecondaryKey); }
 std::int32_t HostCut::ID() const { return Long(&_clsCut::get_ID); }
 std::wstring HostCut::Path() const { return Text(&_clsCut::get_Path); }

@@ -2,19 +2,24 @@
 #pragma once
 
 #include "com/kit/ComPtr.h"
+#include "com/kit/Revisions.h"
 #include "media/Cut.h"
 
 #include <RavloBase.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace ravlo
 {
 
-// A cut that the other side implements, as the core sees it. Every call goes to the host's object; what that
-// answers with a failure is thrown as RuntimeError. An item of its Categories may be a category's name, or a
-// name, TAB and a level; the level counts for nothing, and either form is found and removed by the name
-// alone. One host object has one HostCut while anyone holds it.
+// A cut that the other side implements, as the core sees it. Every call goes to the host's object, except
+// that the keys of a cut with IRevision are kept until its revision changes; what that answers with a failure
+// is thrown as RuntimeError. An item of its Categories may be a category's name, or a name, TAB and a level;
+// the level counts for nothing, and either form is found and removed by the name alone. One host object has
+// one HostCut while anyone holds it.
 class HostCut final : public Cut
 {
 public:
@@ -33,6 +38,9 @@ public:
     std::wstring Artist() const override;
     std::wstring Title() const override;
     std::wstring Album() const override;
+    TextKey ArtistKey() const override;
+    TextKey TitleKey() const override;
+    TextKey AlbumKey() const override;
     std::int32_t Year() const override;
     std::int32_t RunTimemS() const override;
     std::int32_t DurationmS() const override;
@@ -70,8 +78,24 @@ private:
     template <class Value> using Getter = HRESULT (STDMETHODCALLTYPE _clsCut::*)(Value*);
     template <class Value> using Setter = HRESULT (STDMETHODCALLTYPE _clsCut::*)(Value);
 
+    // Texts of the revision at which they were read.
+    enum Keepable : std::size_t
+    {
+        eKey,
+        eArtist,
+        eTitle,
+        eAlbum,
+        eKeepables,
+    };
+    struct Kept
+    {
+        std::uint64_t lRevision = 0;
+        std::optional<TextKey> cTexts[eKeepables];
+    };
+
     // Calls the host's object: what fails or is thrown becomes a RuntimeError.
     template <class Member, class... Arguments> void Call(Member pMember, Arguments... arguments) const;
+    TextKey KeptText(Keepable eText, Getter<BSTR> get) const;
     std::wstring Text(Getter<BSTR> get) const;
     std::int32_t Long(Getter<LONG> get) const;
     bool Bool(Getter<VARIANT_BOOL> get) const;
@@ -86,6 +110,8 @@ private:
 
     ComPtr<_clsCut> m_cHost;
     ComPtr<IUnknown> m_cIdentity;
+    mutable Revisions m_cRevisions;
+    mutable std::unique_ptr<Kept> m_cKept; // null without revisions
 };
 
 } // namespace ravlo

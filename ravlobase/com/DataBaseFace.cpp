@@ -63,7 +63,8 @@ ComPtr<CollectionFace> CollectionOf(const Cuts& colCuts)
 // The interfaces beside _clsDataBase.
 bool IsPartOfThis(REFIID iid) noexcept
 {
-    return iid == IID_IBatchedChanges || iid == IID_IGatheredPlays || iid == IID_ISharedDataBase;
+    return iid == IID_IBatchedChanges || iid == IID_IGatheredPlays || iid == IID_ISharedDataBase ||
+           iid == IID_IRevision;
 }
 
 Variant Text(const std::wstring& sText) { return Variant(std::wstring_view(sText)); }
@@ -91,8 +92,10 @@ STDMETHODIMP DataBaseFace::QueryInterface(REFIID iid, void** ppvObject)
         *ppvObject = static_cast<IBatchedChanges*>(&m_cBatches);
     else if (iid == IID_IGatheredPlays)
         *ppvObject = static_cast<IGatheredPlays*>(&m_cPlays);
-    else
+    else if (iid == IID_ISharedDataBase)
         *ppvObject = static_cast<ISharedDataBase*>(&m_cShared);
+    else
+        *ppvObject = static_cast<IRevision*>(this);
     AddRef();
     return S_OK;
 }
@@ -100,6 +103,13 @@ STDMETHODIMP DataBaseFace::QueryInterface(REFIID iid, void** ppvObject)
 STDMETHODIMP DataBaseFace::InterfaceSupportsErrorInfo(REFIID iid)
 {
     return IsPartOfThis(iid) ? S_OK : Dispatch::InterfaceSupportsErrorInfo(iid);
+}
+
+// A closed database has none.
+STDMETHODIMP DataBaseFace::Revision(hyper* pVal)
+{
+    return GuardAs(IID_IRevision, identity.sProgID,
+                   [&] { Out(pVal) = static_cast<hyper>(m_cStore->CutCollection().Changes() + 1); });
 }
 
 STDMETHODIMP DataBaseFace::Open(BSTR sFile)

@@ -86,14 +86,18 @@ private:
 
 // _clsDataBase over a store of its own, whose events it raises. Cuts shows the store's cuts as they are; only
 // AddCuts, RemoveCuts and ImportCsv change which there are.
-class DataBaseFace final : public Dispatch<_clsDataBase>, private DataBaseEvents
+class DataBaseFace final : public Dispatch<_clsDataBase>, public IRevision, private DataBaseEvents
 {
 public:
     DataBaseFace();
     ~DataBaseFace() override;
 
     STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override;
+    STDMETHODIMP_(ULONG) AddRef() override { return Dispatch::AddRef(); }
+    STDMETHODIMP_(ULONG) Release() override { return Dispatch::Release(); }
     STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) override;
+
+    STDMETHODIMP Revision(hyper* pVal) override;
 
     STDMETHODIMP Open(BSTR sFile) override;
     STDMETHODIMP Close() override;

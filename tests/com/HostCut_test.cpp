@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A host's assignments of the form name TAB level, and a host that refuses to be followed.
 #include "com/HostObjects.h"
+#include "com/kit/HostCut.h"
 
 #include <fstream>
 #include <sstream>
@@ -203,6 +204,197 @@ TEST_F(HostCutTest, ADatabaseMayBeHandedToAnotherManagerWhileTheLastOneLeavesIt)
     Populate();
     EXPECT_EQ(CutsIn(L"Rock"), 1);
     cPoints->m_onUnadvise = nullptr;
+}
+
+// ---- hosts that count their changes
+
+// A host's cut with IRevision, which counts what it is asked for.
+class CountingCut final : public IRevision
+{
+public:
+    explicit CountingCut(HostCutObject& cCut) : m_cCut(cCut) {}
+    virtual ~CountingCut() = default;
+
+    hyper m_lRevision = 1;
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override
+    {
+        return m_cCut.QueryInterface(iid, ppvObject);
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return m_cCut.AddRef(); }
+    STDMETHODIMP_(ULONG) Release() override { return m_cCut.Release(); }
+    STDMETHODIMP Revision(hyper* pVal) override
+    {
+        *pVal = m_lRevision;
+        return S_OK;
+    }
+
+private:
+    HostCutObject& m_cCut;
+};
+
+TEST_F(HostCutTest, KeysAreKeptUntilTheRevisionChanges)
+{
+    const auto cHost = NewObject<HostCutObject>(L"a.mp3");
+    CountingCut cRevisions(*cHost);
+    cHost->m_pRevision = &cRevisions;
+    cHost->m_sArtist = L"Ash";
+    const auto cCut = HostCut::Of(cHost.Get());
+    EXPECT_EQ(cCut->ArtistKey().Text(), L"Ash");
+    EXPECT_EQ(cCut->Key().Text(), L"a.mp3");
+    cHost->m_sArtist = L"Elm";
+    cHost->m_sKey = L"b.mp3";
+    EXPECT_EQ(cCut->ArtistKey().Text(), L"Ash") << "not asked again";
+    EXPECT_EQ(cCut->Key().Text(), L"a.mp3");
+    ++cRevisions.m_lRevision;
+    EXPECT_EQ(cCut->ArtistKey().Text(), L"Elm");
+    EXPECT_EQ(cCut->Key().Text(), L"b.mp3");
+}
+
+TEST_F(HostCutTest, WithoutRevisionsEveryLookAsksTheHost)
+{
+    const auto cHost = NewObject<HostCutObject>(L"a.mp3");
+    cHost->m_sTitle = L"Sun";
+    const auto cCut = HostCut::Of(cHost.Get());
+    EXPECT_EQ(cCut->TitleKey().Text(), L"Sun");
+    cHost->m_sTitle = L"Rain";
+    EXPECT_EQ(cCut->TitleKey().Text(), L"Rain");
+}
+
+TEST_F(HostCutTest, TheEmbeddedDatabaseAndItsCutsCountTheirChanges)
+{
+    const auto cDataBase = Create<_clsDataBase>(CLSID_clsDataBase);
+    ASSERT_EQ(cDataBase->Open(Bstr((Folder() / "revisions.db").wstring()).Get()), S_OK);
+    Revisions cOfDataBase;
+    const std::uint64_t lEmpty = cOfDataBase.Of(cDataBase.Get());
+    EXPECT_GT(lEmpty, 0u);
+    ComPtr<_clsCut> cNew;
+    ASSERT_EQ(cDataBase->NewCut(cNew.Receive()), S_OK);
+    ASSERT_EQ(cNew->put_Key(Bstr(L"C:\\a.mp3").Get()), S_OK);
+    const auto colCuts = Create<_clsCollection>(CLSID_clsCollection);
+    ASSERT_EQ(colCuts->Add(Variant(static_cast<IDispatch*>(cNew.Get())), Variant::Omitted(),
+                           Variant::Omitted(), Variant::Omitted()),
+              S_OK);
+    LONG lAdded = 0;
+    ASSERT_EQ(cDataBase->AddCuts(colCuts.Get(), &lAdded), S_OK);
+    const std::uint64_t lWithOne = cOfDataBase.Of(cDataBase.Get());
+    EXPECT_NE(lWithOne, lEmpty);
+
+    ComPtr<_clsCut> cCut;
+    ASSERT_EQ(cDataBase->CutByKey(Bstr(L"C:\\a.mp3").Get(), cCut.Receive()), S_OK);
+    Revisions cOfCut;
+    std::uint64_t lBefore = cOfCut.Of(cCut.Get());
+    EXPECT_GT(lBefore, 0u);
+    const std::function<HRESULT()> colChanges[] = {[&] { return cCut->put_Artist(Bstr(L"Ash").Get()); },
+                                                   [&] { return cCut->put_Title(Bstr(L"Sun").Get()); },
+                                                   [&] { return cCut->put_Album(Bstr(L"Sky").Get()); },
+                                                   [&] { return cCut->put_CatLevel(3); },
+                                                   [&] { return cCut->put_KindCode(14); }};
+    for (const auto& change : colChanges)
+    {
+        ASSERT_EQ(change(), S_OK);
+        EXPECT_NE(cOfCut.Of(cCut.Get()), lBefore);
+        lBefore = cOfCut.Of(cCut.Get());
+    }
+    EXPECT_EQ(cOfDataBase.Of(cDataBase.Get()), lWithOne) << "it still holds the same cuts";
+    LONG lRemoved = 0;
+    ASSERT_EQ(cDataBase->RemoveCuts(colCuts.Get(), &lRemoved), S_OK);
+    const std::uint64_t lWithNone = cOfDataBase.Of(cDataBase.Get());
+    EXPECT_NE(lWithNone, lWithOne);
+    EXPECT_NE(lWithNone, lEmpty) << "a number never returns";
+    ASSERT_EQ(cDataBase->Close(), S_OK);
+    EXPECT_EQ(cOfDataBase.Of(cDataBase.Get()), 0u) << "closed";
+    ASSERT_EQ(cDataBase->Open(Bstr((Folder() / "others.db").wstring()).Get()), S_OK);
+    const std::uint64_t lOthers = cOfDataBase.Of(cDataBase.Get());
+    EXPECT_GT(lOthers, lWithNone) << "another file counts on";
+    ASSERT_EQ(cDataBase->Close(), S_OK);
+}
+
+TEST_F(HostCutTest, APickSeesChangesAndRemovalsBetweenTwoPicks)
+{
+    const auto cDataBase = Create<_clsDataBase>(CLSID_clsDataBase);
+    ASSERT_EQ(cDataBase->Open(Bstr((Folder() / "picks.db").wstring()).Get()), S_OK);
+    const auto colCuts = Create<_clsCollection>(CLSID_clsCollection);
+    for (const wchar_t* sKey : {L"C:\\a.mp3", L"C:\\b.mp3"})
+    {
+        ComPtr<_clsCut> cNew;
+        ASSERT_EQ(cDataBase->NewCut(cNew.Receive()), S_OK);
+        ASSERT_EQ(cNew->put_Key(Bstr(sKey).Get()), S_OK);
+        ASSERT_EQ(cNew->put_Title(Bstr(sKey).Get()), S_OK);
+        ASSERT_EQ(cNew->put_CategoryText(Bstr(L"Rock").Get()), S_OK);
+        ASSERT_EQ(colCuts->Add(Variant(static_cast<IDispatch*>(cNew.Get())), Variant::Omitted(),
+                               Variant::Omitted(), Variant::Omitted()),
+                  S_OK);
+    }
+    LONG lCount = 0;
+    ASSERT_EQ(cDataBase->AddCuts(colCuts.Get(), &lCount), S_OK);
+    ASSERT_EQ(m_cMan->PopulateFromDataBase(cDataBase.Get(), Bstr(Folder().wstring()).Get()), S_OK);
+    ASSERT_EQ(m_cMan->put_RotatesAllowed(VARIANT_TRUE), S_OK);
+    const auto Next = [&]
+    {
+        ComPtr<_clsCat> cMainCat, cSubCat;
+        Bstr sMainCatKey;
+        ComPtr<_clsCut> cCut;
+        EXPECT_EQ(m_cMan->get_NextCutFromRotation(
+                      Bstr(L"Rock\t1").Get(), VARIANT_FALSE, nullptr, cMainCat.Receive(), cSubCat.Receive(),
+                      sMainCatKey.Receive(), VARIANT_FALSE, VARIANT_FALSE, cCut.Receive()),
+                  S_OK);
+        Bstr sTitle;
+        EXPECT_EQ(cCut->get_Title(sTitle.Receive()), S_OK);
+        return sTitle.Text();
+    };
+    EXPECT_EQ(Next(), L"C:\\a.mp3");
+    EXPECT_EQ(Next(), L"C:\\b.mp3");
+    // A change of a text and a removal between two picks are both seen.
+    ComPtr<_clsCut> cFirst;
+    ASSERT_EQ(cDataBase->CutByKey(Bstr(L"C:\\a.mp3").Get(), cFirst.Receive()), S_OK);
+    ASSERT_EQ(cFirst->put_Title(Bstr(L"changed").Get()), S_OK);
+    EXPECT_EQ(Next(), L"changed");
+    const auto colGone = Create<_clsCollection>(CLSID_clsCollection);
+    ASSERT_EQ(colGone->Add(Variant(static_cast<IDispatch*>(cFirst.Get())), Variant::Omitted(),
+                           Variant::Omitted(), Variant::Omitted()),
+              S_OK);
+    ASSERT_EQ(cDataBase->RemoveCuts(colGone.Get(), &lCount), S_OK);
+    EXPECT_EQ(Next(), L"C:\\b.mp3");
+    EXPECT_EQ(Next(), L"C:\\b.mp3");
+}
+
+TEST_F(HostCutTest, APlayFindsTheCutThatReplacedARemovedOne)
+{
+    const auto cDataBase = Create<_clsDataBase>(CLSID_clsDataBase);
+    ASSERT_EQ(cDataBase->Open(Bstr((Folder() / "replaced.db").wstring()).Get()), S_OK);
+    const auto Added = [&]
+    {
+        ComPtr<_clsCut> cCut;
+        EXPECT_EQ(cDataBase->NewCut(cCut.Receive()), S_OK);
+        EXPECT_EQ(cCut->put_Key(Bstr(L"C:\\a.mp3").Get()), S_OK);
+        EXPECT_EQ(cCut->put_Title(Bstr(L"Sun").Get()), S_OK);
+        const auto colCuts = Create<_clsCollection>(CLSID_clsCollection);
+        EXPECT_EQ(colCuts->Add(Variant(static_cast<IDispatch*>(cCut.Get())), Variant::Omitted(),
+                               Variant::Omitted(), Variant::Omitted()),
+                  S_OK);
+        LONG lCount = 0;
+        EXPECT_EQ(cDataBase->AddCuts(colCuts.Get(), &lCount), S_OK);
+        return std::pair(cCut, colCuts);
+    };
+    const auto [cOld, colOld] = Added();
+    ASSERT_EQ(m_cMan->PopulateFromDataBase(cDataBase.Get(), Bstr(Folder().wstring()).Get()), S_OK);
+    const auto Report = [&](DATE dtWhen)
+    {
+        EXPECT_EQ(cOld->put_LastPlayed(dtWhen), S_OK);
+        EXPECT_EQ(m_cMan->UpdateArtistTitleHistory(cOld.Get()), S_OK);
+    };
+    Report(45000.5);
+    LONG lCount = 0;
+    ASSERT_EQ(cDataBase->RemoveCuts(colOld.Get(), &lCount), S_OK);
+    ASSERT_EQ(lCount, 1);
+    Added();
+    Report(45001.5);
+    ComPtr<_clsCut> cNew;
+    ASSERT_EQ(cDataBase->CutByKey(Bstr(L"C:\\a.mp3").Get(), cNew.Receive()), S_OK);
+    DATE dtPlayed = 0;
+    ASSERT_EQ(cNew->get_LastPlayed(&dtPlayed), S_OK);
+    EXPECT_EQ(dtPlayed, 45001.5);
 }
 
 } // namespace

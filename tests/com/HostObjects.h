@@ -108,15 +108,22 @@ public:
     VARIANT_BOOL m_bOpener = VARIANT_FALSE;
     VARIANT_BOOL m_bMustBeOpener = VARIANT_FALSE;
     ComPtr<HostCollection> m_colNames = NewObject<HostCollection>();
-    HRESULT m_hKey = S_OK;           // what asking for the key answers
-    std::function<void()> m_onLevel; // before it answers its level
-    HRESULT m_hCategoryText = S_OK;  // what setting the category text answers
-    std::function<void()> m_onAsked; // before it answers what interfaces it has
+    HRESULT m_hKey = S_OK;            // what asking for the key answers
+    std::function<void()> m_onLevel;  // before it answers its level
+    HRESULT m_hCategoryText = S_OK;   // what setting the category text answers
+    std::function<void()> m_onAsked;  // before it answers what interfaces it has
+    IRevision* m_pRevision = nullptr; // counts with this object; null: it offers none
 
     STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override
     {
         if (m_onAsked)
             m_onAsked();
+        if (m_pRevision && iid == IID_IRevision)
+        {
+            *ppvObject = m_pRevision;
+            AddRef();
+            return S_OK;
+        }
         return HostObject::QueryInterface(iid, ppvObject);
     }
     void FileIn(const std::wstring& sCatName)
