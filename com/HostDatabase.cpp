@@ -77,17 +77,19 @@ template <class Body> void LogFailure(const wchar_t* sWhere, Body&& body)
     }
 }
 
-// The items that are cuts, as far as the collection can be enumerated.
-Cuts UsableCuts(IDispatch& colItems, const wchar_t* sWhere)
+// Adds the items that are cuts; any other is logged. Throws when the collection cannot be enumerated to its
+// end: colCuts holds those before then.
+void AddUsableCuts(Cuts& colCuts, IDispatch* colItems, const wchar_t* sWhere)
+{
+    ForEachItem(colItems, [&](const Variant& cItem)
+                { LogFailure(sWhere, [&] { colCuts.push_back(CutAdapter::FromVariant(cItem)); }); });
+}
+
+// The cuts of an announcement, as far as they can be told.
+Cuts AnnouncedCuts(IDispatch& colItems, const wchar_t* sWhere)
 {
     Cuts colCuts;
-    LogFailure(sWhere,
-               [&]
-               {
-                   ForEachItem(
-                       &colItems, [&](const Variant& cItem)
-                       { LogFailure(sWhere, [&] { colCuts.push_back(CutAdapter::FromVariant(cItem)); }); });
-               });
+    LogFailure(sWhere, [&] { AddUsableCuts(colCuts, &colItems, sWhere); });
     return colCuts;
 }
 
@@ -130,7 +132,7 @@ private:
         if (lEvent >= 1 && lEvent <= 3)
         {
             const auto& [sWhere, tell] = colAnnouncements[lEvent - 1];
-            const Cuts colCuts = UsableCuts(*EventArguments(arguments, 1).ObjectAt(0), sWhere);
+            const Cuts colCuts = AnnouncedCuts(*EventArguments(arguments, 1).ObjectAt(0), sWhere);
             cDataBase.ForEachListener([&, tell = tell](DataBaseEvents& cEvents)
                                       { (cEvents.*tell)(colCuts); });
         }
@@ -235,7 +237,9 @@ Cuts HostDatabase::AllCuts() const
                    [&] { ThrowIfFailed(cShared->TakeInChanges(), *cShared.Get(), IID_ISharedDataBase); });
     ComPtr<_clsCollection> colCuts;
     Call(&_clsDataBase::get_Cuts, colCuts.Receive());
-    return CutsIn(colCuts.Get());
+    Cuts colUsable;
+    AddUsableCuts(colUsable, colCuts.Get(), L"PopulateFromDataBase");
+    return colUsable;
 }
 
 std::shared_ptr<Cut> HostDatabase::CutByKey(const TextKey& cKey) const

@@ -201,7 +201,7 @@ void CutChanges::GuardEmptying(std::span<const std::shared_ptr<Cut>> colStep, co
             if (cCut)
                 colKeys.Add(cCut->Key(), {});
         }
-        catch (const RuntimeError&)
+        catch (...)
         {
             // The change meets the same error and reports it.
         }

@@ -187,8 +187,7 @@ MassChange::Plan MassChange::PlanFor(CutChanges& cChanges, const Cut& cCut) cons
     const std::vector<Station::Place> colPlaces = m_cStation.PlacesOf(cCut.Key());
     for (const Station::Place& place : colPlaces)
     {
-        const bool bLeavesCategory = place.cMainCat != m_cMainCatTo &&
-                                     (m_eOption == eMoveExclusiveHere || Lists(m_colFrom, place.cSubCat));
+        const bool bLeavesCategory = LeavesCategory(place);
         if (!bLeavesCategory && place.cSubCat->CatLevel() == plan.lLevel)
             plan.colStays.push_back(place.cMainCat); // at its place already: it keeps its position
         else

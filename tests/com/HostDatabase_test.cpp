@@ -224,6 +224,15 @@ TEST_F(HostDatabaseTest, WhatIsNoCutInAnAnnouncementIsPassedOverAndLogged)
     EXPECT_EQ(linesWith("m_cDataBase_CutsRemoved 451 "), 1) << text.str();
 }
 
+TEST_F(HostDatabaseTest, WhatIsNoCutDoesNotStopAPopulation)
+{
+    const auto cCut = m_cDataBase->AddCut(L"One", L"Rock", 1);
+    m_cDataBase->m_colCuts->m_colItems.insert(m_cDataBase->m_colCuts->m_colItems.begin(),
+                                              {L"", Text(L"no cut")});
+    Populate(m_cDataBase);
+    EXPECT_TRUE(IsSame(CutAt(CutsOf(L"Rock", 1), 1), cCut));
+}
+
 TEST_F(HostDatabaseTest, ADatabaseWithoutEventsPopulatesToo)
 {
     const auto cSilent = NewObject<HostDataBaseObject>(false);
