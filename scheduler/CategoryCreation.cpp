@@ -43,8 +43,8 @@ bool CategoryCreation::CreateMainCat(std::wstring& sName)
     for (;; bAsk = true)
     {
         if (bAsk)
-            sTyped =
-                Trim(m_cStation.cMod.Input(sAskTitle, L"Type the name for the new category").value_or(L""));
+            sTyped = Trim(m_cStation.cMod.Input(sAskTitle, L"Type the name for the new category", sTyped)
+                              .value_or(L""));
         if (sTyped.empty())
             return false;
         const std::wstring sReplaced = WithoutIllegalChars(sTyped);
@@ -165,6 +165,7 @@ bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
         return false;
     }
     const std::wstring sCatName = cMainCatIn->CatName();
+    std::wstring sTyped;
     while (true)
     {
         if (!m_cStation.MainCat(sCatName))
@@ -179,7 +180,7 @@ bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
                      L"ALL SONGS is not valid here!");
             return false;
         }
-        const std::optional<std::int32_t> lLevel = AskForLevel(sCatName);
+        const std::optional<std::int32_t> lLevel = AskForLevel(sCatName, sTyped);
         if (!lLevel)
             return false;
         // Looked up now: the question has given others the time to reload or delete it.
@@ -200,16 +201,18 @@ bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
 }
 
 // A level in the valid range, or nothing when the user gave up.
-std::optional<std::int32_t> CategoryCreation::AskForLevel(const std::wstring& sCatName) const
+std::optional<std::int32_t> CategoryCreation::AskForLevel(const std::wstring& sCatName,
+                                                          std::wstring& sTyped) const
 {
     ModScheduler& cMod = m_cStation.cMod;
     while (true)
     {
-        const std::wstring sTyped = Trim(cMod.Input(L"Enter The New Category Level",
-                                                    L"This level will be placed under category: " + sCatName +
-                                                        sCrLf + L"Valid Values: Greater than zero" + sCrLf +
-                                                        L"Type the numeric NEW category level")
-                                             .value_or(L""));
+        sTyped = Trim(cMod.Input(L"Enter The New Category Level",
+                                 L"This level will be placed under category: " + sCatName + sCrLf +
+                                     L"Valid Values: Greater than zero" + sCrLf +
+                                     L"Type the numeric NEW category level",
+                                 sTyped)
+                          .value_or(L""));
         if (sTyped.empty())
             return std::nullopt;
         const std::optional<double> dTyped = NumericValue(sTyped);

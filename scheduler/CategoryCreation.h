@@ -23,10 +23,11 @@ public:
     {
     }
 
-    // Makes a main category with a level 1. An empty name is asked for; one that is refused is asked for anew
-    // until one is accepted or the user gives up. sName receives the name as created: characters that may not
-    // stand in a file name are replaced by "_". A name that the list of categories could not bring back after
-    // a restart is refused. False, and nothing is changed, when the user gave up.
+    // Makes a main category with a level 1. An empty name is asked for; one that is refused is asked for
+    // again, with what was typed to start from, until one is accepted or the user gives up. sName receives
+    // the name as created: characters that may not stand in a file name are replaced by "_", which a user who
+    // typed them is told. A name that the list of categories could not bring back after a restart is refused.
+    // False, and nothing is changed, when the user gave up.
     bool CreateMainCat(std::wstring& sName);
 
     // Asks for a number and makes that level under a main category of the tree. False: refused or given up.
@@ -45,7 +46,8 @@ private:
     bool TryAgain(const Refusal& refusal) const;
     void Create(const std::wstring& sName);
 
-    std::optional<std::int32_t> AskForLevel(const std::wstring& sCatName) const;
+    // sTyped: what the field starts with, and what was typed.
+    std::optional<std::int32_t> AskForLevel(const std::wstring& sCatName, std::wstring& sTyped) const;
 
     Station& m_cStation;
     std::shared_ptr<NameCollection> m_colIllegalChars;

@@ -73,9 +73,10 @@ BoxAnswer ScriptedMessages::Box(BoxIcon eIcon, BoxButtons eButtons, const std::w
     return eAnswer;
 }
 
-std::optional<std::wstring> ScriptedMessages::Input(const std::wstring& sTitle, const std::wstring& sPrompt)
+std::optional<std::wstring> ScriptedMessages::Input(const std::wstring& sTitle, const std::wstring& sPrompt,
+                                                    const std::wstring& sText)
 {
-    Inputs.push_back({sTitle, sPrompt});
+    Inputs.push_back({sTitle, sPrompt, sText});
     const std::optional<std::wstring> sAnswer = NextOf(Typed, sDefaultTyped);
     if (const auto hook = OnShown)
         hook();

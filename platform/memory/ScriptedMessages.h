@@ -28,6 +28,7 @@ struct ShownInput
 {
     std::wstring sTitle;
     std::wstring sPrompt;
+    std::wstring sText = {}; // that was there to start from
 
     friend bool operator==(const ShownInput&, const ShownInput&) = default;
 };
@@ -40,7 +41,8 @@ class ScriptedMessages final : public Messages
 public:
     BoxAnswer Box(BoxIcon eIcon, BoxButtons eButtons, const std::wstring& sTitle,
                   const std::wstring& sText) override;
-    std::optional<std::wstring> Input(const std::wstring& sTitle, const std::wstring& sPrompt) override;
+    std::optional<std::wstring> Input(const std::wstring& sTitle, const std::wstring& sPrompt,
+                                      const std::wstring& sText = {}) override;
 
     // What was shown, oldest first.
     std::vector<ShownBox> Boxes;

@@ -3,7 +3,6 @@
 
 #include "text/Utf8.h"
 
-
 #include <cstdio>
 
 namespace ravlo
@@ -26,7 +25,8 @@ BoxAnswer StandardMessages::Box(BoxIcon, BoxButtons, const std::wstring& sTitle,
     return BoxAnswer::None;
 }
 
-std::optional<std::wstring> StandardMessages::Input(const std::wstring& sTitle, const std::wstring& sPrompt)
+std::optional<std::wstring> StandardMessages::Input(const std::wstring& sTitle, const std::wstring& sPrompt,
+                                                    const std::wstring&)
 {
     Print(sTitle, sPrompt);
     return std::nullopt;

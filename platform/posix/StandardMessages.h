@@ -12,7 +12,8 @@ class StandardMessages final : public Messages
 public:
     BoxAnswer Box(BoxIcon eIcon, BoxButtons eButtons, const std::wstring& sTitle,
                   const std::wstring& sText) override;
-    std::optional<std::wstring> Input(const std::wstring& sTitle, const std::wstring& sPrompt) override;
+    std::optional<std::wstring> Input(const std::wstring& sTitle, const std::wstring& sPrompt,
+                                      const std::wstring& sText = {}) override;
 };
 
 } // namespace ravlo

@@ -20,7 +20,7 @@ struct Request
     HWND hOwner;
     const std::wstring& sTitle;
     const std::wstring& sPrompt;
-    std::wstring sAnswer;
+    std::wstring sText;          // in the field: to start from, then the answer
     std::vector<HWND> hDisabled; // windows of the thread that wait for an ownerless dialog
 };
 
@@ -209,7 +209,10 @@ INT_PTR OnInit(HWND hDialog, const Request& request)
     ::SetDlgItemTextW(hDialog, lInputBoxPrompt, request.sPrompt.c_str());
     FitToPrompt(hDialog, request.sPrompt);
     CentreDialog(hDialog, request.hOwner);
-    ::SetFocus(::GetDlgItem(hDialog, lInputBoxEdit));
+    const HWND hEdit = ::GetDlgItem(hDialog, lInputBoxEdit);
+    ::SetWindowTextW(hEdit, request.sText.c_str());
+    ::SendMessageW(hEdit, EM_SETSEL, 0, -1); // typing replaces it
+    ::SetFocus(hEdit);
     return FALSE; // the focus is set
 }
 
@@ -224,7 +227,7 @@ INT_PTR CALLBACK InputProc(HWND hDialog, UINT lMessage, WPARAM wParam, LPARAM lP
         return FALSE;
     auto& request = *reinterpret_cast<Request*>(::GetWindowLongPtrW(hDialog, DWLP_USER));
     if (LOWORD(wParam) == IDOK)
-        request.sAnswer = TextOf(::GetDlgItem(hDialog, lInputBoxEdit));
+        request.sText = TextOf(::GetDlgItem(hDialog, lInputBoxEdit));
     // Enabled before the dialog goes, or another program's window would come to the front.
     for (const HWND hWindow : request.hDisabled)
         ::EnableWindow(hWindow, TRUE);
@@ -234,9 +237,10 @@ INT_PTR CALLBACK InputProc(HWND hDialog, UINT lMessage, WPARAM wParam, LPARAM lP
 
 } // namespace
 
-std::optional<std::wstring> ShowInputBox(HWND hOwner, const std::wstring& sTitle, const std::wstring& sPrompt)
+std::optional<std::wstring> ShowInputBox(HWND hOwner, const std::wstring& sTitle, const std::wstring& sPrompt,
+                                         const std::wstring& sText)
 {
-    Request request{hOwner, sTitle, sPrompt, {}, {}};
+    Request request{hOwner, sTitle, sPrompt, sText, {}};
     if (!hOwner)
         ::EnumThreadWindows(::GetCurrentThreadId(), DisableVisible, reinterpret_cast<LPARAM>(&request));
     const Template cTemplate = InputTemplate();
@@ -247,7 +251,7 @@ std::optional<std::wstring> ShowInputBox(HWND hOwner, const std::wstring& sTitle
         ::EnableWindow(hWindow, TRUE);
     if (lResult != IDOK)
         return std::nullopt;
-    return request.sAnswer;
+    return request.sText;
 }
 
 } // namespace ravlo

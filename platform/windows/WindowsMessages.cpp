@@ -55,9 +55,10 @@ BoxAnswer WindowsMessages::Box(BoxIcon eIcon, BoxButtons eButtons, const std::ws
     return AnswerOf(lResult, eButtons);
 }
 
-std::optional<std::wstring> WindowsMessages::Input(const std::wstring& sTitle, const std::wstring& sPrompt)
+std::optional<std::wstring> WindowsMessages::Input(const std::wstring& sTitle, const std::wstring& sPrompt,
+                                                   const std::wstring& sText)
 {
-    return ShowInputBox(::GetActiveWindow(), sTitle, sPrompt);
+    return ShowInputBox(::GetActiveWindow(), sTitle, sPrompt, sText);
 }
 
 } // namespace ravlo

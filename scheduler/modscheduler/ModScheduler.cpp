@@ -253,10 +253,11 @@ BoxAnswer ModScheduler::Box(BoxIcon eIcon, BoxButtons eButtons, const std::wstri
     return m_cPorts.cMessages.Box(eIcon, eButtons, sTitle, sText);
 }
 
-std::optional<std::wstring> ModScheduler::Input(const std::wstring& sTitle, const std::wstring& sPrompt)
+std::optional<std::wstring> ModScheduler::Input(const std::wstring& sTitle, const std::wstring& sPrompt,
+                                                const std::wstring& sText)
 {
     const OthersRun cOthers(*this);
-    return m_cPorts.cMessages.Input(sTitle, sPrompt);
+    return m_cPorts.cMessages.Input(sTitle, sPrompt, sText);
 }
 
 void ModScheduler::Pump()

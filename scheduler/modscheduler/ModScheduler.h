@@ -100,7 +100,8 @@ public:
     // ---- boxes and yielding; the debug log is appended before anything that lets others run
 
     BoxAnswer Box(BoxIcon eIcon, BoxButtons eButtons, const std::wstring& sTitle, const std::wstring& sText);
-    std::optional<std::wstring> Input(const std::wstring& sTitle, const std::wstring& sPrompt);
+    std::optional<std::wstring> Input(const std::wstring& sTitle, const std::wstring& sPrompt,
+                                      const std::wstring& sText = {});
     void Pump();
     void Sleep(std::uint32_t lMilliseconds);
 

@@ -145,7 +145,11 @@ TEST_F(CreateMainCatTest, YesAsksForAnotherNameUntilOneIsAccepted)
     typed = {std::wstring(51, L'n'), L"Rock", L"PRN", L"Jazz"};
     EXPECT_EQ(Create(L"7"), L"Jazz");
     EXPECT_EQ(boxes, (Boxes{numericBox, tooLongBox, ExistsBox(L"Rock"), UnableBox(L"PRN")}));
-    EXPECT_EQ(inputs, std::vector<ShownInput>(4, askForName)) << "the refused name is not offered again";
+    std::vector<ShownInput> colAsked;
+    for (const std::wstring& sRefused :
+         {std::wstring(L"7"), std::wstring(51, L'n'), std::wstring(L"Rock"), std::wstring(L"PRN")})
+        colAsked.push_back({askForName.sTitle, askForName.sPrompt, sRefused});
+    EXPECT_EQ(inputs, colAsked) << "each starts from what was refused";
 }
 
 TEST_F(CreateMainCatTest, AClosedQuestionIsNotYes)
@@ -284,7 +288,8 @@ TEST_F(CreateMainCatTest, SavesThatFailAreEachShownAndTheCategoryIsThere)
     cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
     EXPECT_EQ(Create(L"Jazz"), L"Jazz");
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in SaveCatNames [cSchedMan]", CriticalText(75)),
-                            CriticalBox(L"Error in SaveHistoryAndOrdering [cSchedMan]", CriticalText(75) + L": Jazz")}));
+                            CriticalBox(L"Error in SaveHistoryAndOrdering [cSchedMan]",
+                                        CriticalText(75) + L": Jazz")}));
     EXPECT_TRUE(Level(L"Jazz", 1));
 }
 
@@ -441,6 +446,7 @@ TEST_F(CreateCatLevelTest, WhatIsTypedIsCheckedInOrder)
         EXPECT_EQ(CreateLevel(), !c.box);
         EXPECT_EQ(boxes, c.box ? Boxes{*c.box} : Boxes());
         EXPECT_EQ(inputs.size(), c.box ? 2u : 1u);
+        EXPECT_EQ(inputs.back().sText, c.box ? c.sTyped : L"");
         EXPECT_EQ(Written(), c.box ? Lines() : Lines{L"Rock"});
         if (!c.box)
         {
@@ -474,7 +480,8 @@ TEST_F(CreateCatLevelTest, ALevelThatIsThereIsAskedAboutAndYesAsksAgain)
     typed = {L"1", L"2"};
     EXPECT_TRUE(CreateLevel());
     EXPECT_EQ(boxes, (Boxes{present}));
-    EXPECT_EQ(inputs, (std::vector<ShownInput>{askForLevel, askForLevel}));
+    EXPECT_EQ(inputs,
+              (std::vector<ShownInput>{askForLevel, {askForLevel.sTitle, askForLevel.sPrompt, L"1"}}));
     EXPECT_EQ(Levels(), (Keys{L"1", L"2"}));
 }
 

@@ -50,6 +50,19 @@ struct CategoryBoxes : CategoryWindowTest
         EXPECT_TRUE(InTheMiddle(OpenBox(user))) << sShot.c_str();
         EXPECT_EQ(Untidiness(OpenBox(user)), std::vector<std::string>()) << sShot.c_str();
         user.Answer(lAnswer);
+        if (lAnswer != IDNO)
+        {
+            EXPECT_EQ(Offered(user), sTyped) << "what was typed is there to be mended";
+        }
+    }
+    // What the input box that is open has in its field, marked.
+    static std::wstring Offered(const User& user)
+    {
+        const HWND hEdit = ::GetDlgItem(OpenBox(user), lInputBoxEdit);
+        const std::wstring sText = User::Text(hEdit);
+        const LRESULT lMarked = ::SendMessageW(hEdit, EM_GETSEL, 0, 0);
+        EXPECT_EQ(lMarked, MAKELRESULT(0, sText.size()));
+        return sText;
     }
     // Whether the title bar has the room for the whole title and the close button.
     static bool TitleFits(HWND hBox)
@@ -94,6 +107,7 @@ TEST_F(CategoryBoxes, EachNameThatIsRefusedIsExplainedAndAskedForAgain)
             EXPECT_EQ(user.Box(), (BoxOnScreen{L"New Category Creation",
                                                L"Type the name for the new category",
                                                {IDOK, IDCANCEL}}));
+            EXPECT_EQ(Offered(user), L"");
             Shot(user, L"new-category");
             Refused(user, L"2024",
                     {L"Invalid Category Name",
