@@ -12,6 +12,7 @@
 #include <optional>
 #include <string_view>
 #include <system_error>
+#include <unordered_set>
 #include <utility>
 
 namespace ravlo
@@ -361,19 +362,29 @@ void CheckStructure(sqlite::Connection& cConnection)
     }
 }
 
+// Another tool may have written a name that no cut can have, an empty one or one twice: it is passed over.
 void ReadCategories(sqlite::Connection& cConnection, TextPool& cPool, std::vector<StoredCut>& colCuts)
 {
+    std::unordered_set<std::wstring> colSeen; // folded names of the cut at it
     sqlite::Statement names(cConnection, "SELECT cut_id, name FROM cut_categories ORDER BY cut_id, position");
     auto it = colCuts.begin();
     while (names.Step())
     {
         const auto lID = names.Number(0);
-        it = std::find_if(it, colCuts.end(), [&](const StoredCut& cut) { return cut.lID >= lID; });
-        if (it == colCuts.end() || it->lID != lID)
+        const auto cut = std::find_if(it, colCuts.end(), [&](const StoredCut& c) { return c.lID >= lID; });
+        if (cut == colCuts.end() || cut->lID != lID)
         {
             cConnection.Fail(SQLITE_CORRUPT);
         }
-        it->values.colCategories.push_back(cPool.Of(names.Text(1)));
+        if (cut != std::exchange(it, cut))
+        {
+            colSeen.clear();
+        }
+        std::wstring sName = names.Text(1);
+        if (!sName.empty() && colSeen.insert(FoldCase(sName)).second)
+        {
+            it->values.colCategories.push_back(cPool.Of(std::move(sName)));
+        }
     }
 }
 

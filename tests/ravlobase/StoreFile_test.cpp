@@ -266,6 +266,22 @@ TEST(StoreFile, ContentThatMakesNoSenseIsRefusedAndLeftAlone)
     }
 }
 
+TEST(StoreFile, CategoryNamesThatNoCutCanHaveArePassedOver)
+{
+    TempFolder cFolder;
+    const auto sFile = SmallDatabase(cFolder);
+    {
+        sqlite::Connection cOther(cFolder.Path("small.rdb").string(), L"",
+                                  sqlite::Connection::Mode::eExisting);
+        cOther.Run("DELETE FROM cut_categories; INSERT INTO cut_categories VALUES"
+                   "(1, 1, 'Rock'), (1, 2, ''), (1, 3, 'ROCK'), (1, 4, 'Pop'), (2, 1, 'rock')");
+    }
+    Store cStore;
+    cStore.Open(sFile);
+    EXPECT_EQ(cStore.AllCuts().at(0)->CategoryNames(), (std::vector<std::wstring>{L"Rock", L"Pop"}));
+    EXPECT_EQ(cStore.AllCuts().at(1)->CategoryNames(), std::vector<std::wstring>{L"rock"});
+}
+
 TEST(StoreFile, ADamagedDatabaseKeepsTheLogThatStandsBesideIt)
 {
     TempFolder cFolder;
