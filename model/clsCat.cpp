@@ -74,6 +74,32 @@ Cuts CopyOf(const CutCollection& colCuts)
     return colCopy;
 }
 
+// A cut that a main category has filed, as needed to take it back.
+struct FiledCut
+{
+    std::shared_ptr<clsCat> cLevel;
+    std::shared_ptr<Cut> cCut;
+    bool bAdded; // to the level's order
+    bool bNamed; // before
+};
+
+void TakeBack(ModScheduler& cMod, const FiledCut& filed) noexcept
+{
+    try
+    {
+        if (filed.bAdded)
+            filed.cLevel->RemoveCut(filed.cCut); // with the name
+        else if (!filed.bNamed)
+            filed.cCut->RemoveCategoryName(filed.cLevel->CatName());
+        if (filed.bAdded && filed.bNamed)
+            filed.cCut->AddCategoryName(filed.cLevel->CatName());
+    }
+    catch (...)
+    {
+        cMod.LogError(L"SchedCuts [clsCat]", CurrentError()); // the others are taken back all the same
+    }
+}
+
 } // namespace
 
 std::wstring CategoryKey(const std::wstring& sCatName, std::int32_t lCatLevel)
@@ -161,6 +187,8 @@ void clsCat::SetSchedCuts(const Cuts& colCuts)
     // Built aside, so that an error leaves the old order, and nobody ever sees a part of the new one.
     auto colNew = std::make_shared<CutCollection>();
     Cuts colNamed;
+    std::vector<FiledCut> colFiled;
+    Cats colMade;
     std::int64_t lRefused = 0;
     bool bCreatedNewSubCat = false;
     try
@@ -172,7 +200,18 @@ void clsCat::SetSchedCuts(const Cuts& colCuts)
             if (cCut->CatLevel() == 0)
                 ++lRefused;
             else if (m_lCatLevel == 0)
-                FileInMainCat(cCut, bCreatedNewSubCat);
+            {
+                const std::int32_t lLevel = cCut->CatLevel();
+                const bool bMade = !SubCat(lLevel);
+                const bool bNamed = cCut->HasCategoryName(m_sCatName);
+                const Filed eFiled = FileInMainCat(cCut, bCreatedNewSubCat);
+                const std::shared_ptr<clsCat> cLevel = SubCat(lLevel);
+                if (!cLevel)
+                    continue;
+                colFiled.push_back({cLevel, cCut, eFiled != Filed::No, bNamed});
+                if (bMade)
+                    colMade.push_back(cLevel);
+            }
             else
                 FileNew(cCut, *colNew, colNamed);
         }
@@ -180,6 +219,10 @@ void clsCat::SetSchedCuts(const Cuts& colCuts)
     catch (...)
     {
         TakeNameOff(colNamed);
+        for (auto it = colFiled.rbegin(); it != colFiled.rend(); ++it)
+            TakeBack(m_cMod, *it);
+        for (const std::shared_ptr<clsCat>& cLevel : colMade)
+            RemoveMadeLevel(cLevel);
         throw;
     }
     m_colSchedCuts = std::move(colNew);
@@ -280,9 +323,19 @@ clsCat::Filed clsCat::FileInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCre
     }
     try
     {
+        const bool bOtherName = cSubCat->CatName() != m_sCatName; // a level registers its own name
+        const bool bNamed = bOtherName && cCut->HasCategoryName(cSubCat->CatName());
         const Filed eFiled = cSubCat->File(cCut, bCreatedNewSubCat);
-        if (cSubCat->CatName() != m_sCatName) // a level registers its own name, which mostly is this one
-            cCut->AddCategoryName(m_sCatName);
+        try
+        {
+            if (bOtherName)
+                cCut->AddCategoryName(m_sCatName);
+        }
+        catch (...)
+        {
+            TakeBack(m_cMod, {cSubCat, cCut, eFiled != Filed::No, bNamed});
+            throw;
+        }
         bCreatedNewSubCat = bCreatedNewSubCat || bMade;
         return eFiled;
     }

@@ -876,5 +876,25 @@ TEST_F(CatTest, AFailingReplacementTakesItsNamesOffAgain)
     EXPECT_EQ(cBad->CategoryText(), L"");
 }
 
+TEST_F(CatTest, AFailingReplacementOfAMainCategoryIsTakenBack)
+{
+    const auto cMainCat = NewMainCat({1});
+    const auto cOld = NewCut(L"old", 1);
+    Add(*cMainCat, cOld);
+    const auto cNew = NewCut(L"new", 1);
+    const auto cOfNewLevel = NewCut(L"level", 3);
+    const auto cNamed = NewCut(L"named", 1);
+    cNamed->AddCategoryName(L"Rock");
+    const auto cBad = NewCut(L"bad", 4);
+    cBad->failing.insert("AddCategoryName");
+    EXPECT_EQ(ErrorOf([&] { cMainCat->SetSchedCuts({cOld, cNew, cOfNewLevel, cNamed, cBad}); }), 91);
+    EXPECT_EQ(KeysOf(*cMainCat->SchedCuts()), Keys{L"old"});
+    EXPECT_EQ(LevelsOf(*cMainCat), std::vector<std::int32_t>{1});
+    EXPECT_EQ(cOld->CategoryText(), L"Rock");
+    EXPECT_EQ(cNew->CategoryText(), L"");
+    EXPECT_EQ(cOfNewLevel->CategoryText(), L"");
+    EXPECT_EQ(cNamed->CategoryText(), L"Rock");
+}
+
 } // namespace
 } // namespace ravlo::test
