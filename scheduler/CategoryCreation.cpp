@@ -146,6 +146,7 @@ void CategoryCreation::Create(const std::wstring& sName)
     const auto cMainCat = std::make_shared<clsCat>(m_cStation.cMod, sName, 0);
     if (!m_cStation.colMainCats->Add(TextKey(CategoryKey(sName, 0)), cMainCat))
         throw RuntimeError(error::KeyAlreadyExists);
+    m_cStation.cCategoryList.Created(sName);
     cMainCat->AddSubCat(std::make_shared<clsCat>(m_cStation.cMod, sName, 1));
     m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.sAppPath);
     if (m_cStation.Holds(cMainCat)) // an error's box has given the host the time to reload

@@ -234,6 +234,7 @@ bool CategoryEditing::DeleteMainCat(CutChanges& cChanges, const std::shared_ptr<
 {
     cChanges.Deleting(*cMainCat);
     m_cStation.colMainCats->Remove(CategoryKey(cMainCat->CatName(), 0));
+    m_cStation.cCategoryList.Deleted(cMainCat->CatName());
     const bool bFileGone = DeleteFile(cMainCat->CatName());
     return m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.sAppPath) &&
            bFileGone;

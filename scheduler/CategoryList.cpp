@@ -37,7 +37,7 @@ std::shared_ptr<NameCollection> CategoryList::GetSavedCatNames()
 std::shared_ptr<NameCollection> CategoryList::ReadForTree(const std::wstring& sAppPath)
 {
     List list;
-    m_cRead = {sAppPath + sListFile, {}, {}};
+    m_cRead = {sAppPath + sListFile, {}, {}, {}};
     std::optional<std::string> bytes;
     try
     {
@@ -104,6 +104,7 @@ bool CategoryList::SaveCatNames(const CatCollection* colMainCats, const std::wst
                             const SavedFiles::Stamp lStamp = cSaved.Begin();
                             Version cNew = LastOf(sAppPath + sListFile);
                             const std::string added = MergeOthers(*colMainCats, cNew);
+                            ForgetRemovedWithoutCategory(*colMainCats, cNew);
                             cNew.own = OwnNamesOf(*colMainCats, cNew.colRemoved);
                             for (const std::wstring& sName : cNew.own.colLeftOut)
                                 m_cMod.WriteDebugLog(L"The category list cannot hold the name: " + sName);
@@ -122,8 +123,18 @@ void CategoryList::SaveChangedCatNames(const CatCollection& colMainCats, const s
 
 CategoryList::Version CategoryList::LastOf(const std::wstring& sPath) const
 {
-    return EqualIgnoringCase(sPath, m_cLast.sPath) ? m_cLast : Version{sPath, {}, {}};
+    return EqualIgnoringCase(sPath, m_cLast.sPath) ? m_cLast : Version{sPath, {}, {}, {}};
 }
+
+void CategoryList::Created(const std::wstring& sCatName)
+{
+    const std::wstring sFolded = Folded(sCatName);
+    m_cLast.own.colNames.erase(sFolded);
+    m_cLast.colRemoved.erase(sFolded);
+    m_cLast.colDeleted.erase(sFolded);
+}
+
+void CategoryList::Deleted(const std::wstring& sCatName) { m_cLast.colDeleted.insert(Folded(sCatName)); }
 
 // Without those that another program has removed.
 CategoryList::OwnNames CategoryList::OwnNamesOf(const CatCollection& colMainCats,
@@ -173,7 +184,7 @@ std::string CategoryList::MergeOthers(const CatCollection& colMainCats, Version&
         const std::wstring sFolded = Folded(sName);
         cLast.colRemoved.erase(sFolded);
         if (colPresent.insert(sFolded).second && cLast.own.colNames.count(sFolded) == 0 &&
-            colOwn.count(sFolded) == 0)
+            colOwn.count(sFolded) == 0 && cLast.colDeleted.count(sFolded) == 0)
             added += "\r\n" + m_cMod.Outside().cCodePage.Encode(sName);
     }
     if (list.bWhole)
@@ -181,6 +192,15 @@ std::string CategoryList::MergeOthers(const CatCollection& colMainCats, Version&
             if (colPresent.count(sName) == 0)
                 cLast.colRemoved.insert(sName);
     return added;
+}
+
+// A category deleted here and created again is a new one, which nobody has removed.
+void CategoryList::ForgetRemovedWithoutCategory(const CatCollection& colMainCats, Version& cLast) const
+{
+    Names colOwn;
+    for (const std::shared_ptr<clsCat>& cMainCat : colMainCats)
+        colOwn.insert(Folded(cMainCat->CatName()));
+    std::erase_if(cLast.colRemoved, [&](const std::wstring& sName) { return colOwn.count(sName) == 0; });
 }
 
 std::wstring CategoryList::Folded(const std::wstring& sCatName) const { return FoldCase(AsSaved(sCatName)); }

@@ -44,6 +44,11 @@ public:
     // The same, only when this manager's names are others than those it has read or written last.
     void SaveChangedCatNames(const CatCollection& colMainCats, const std::wstring& sAppPath);
 
+    // Call when a main category is created or deleted here: what another program did to the name before no
+    // longer counts. A name deleted here is not merged again until the next population.
+    void Created(const std::wstring& sCatName);
+    void Deleted(const std::wstring& sCatName);
+
     // What a name becomes by being written and read: blanks at its ends and what the code page lacks are
     // lost.
     std::wstring AsSaved(const std::wstring& sCatName) const;
@@ -70,11 +75,13 @@ private:
         std::wstring sPath;
         OwnNames own;
         Names colRemoved; // by another program: left out until they hold cuts
+        Names colDeleted; // here, since the population
     };
 
     List Parse(const std::string& bytes) const;
     OwnNames OwnNamesOf(const CatCollection& colMainCats, const Names& colRemoved) const;
     std::string MergeOthers(const CatCollection& colMainCats, Version& cLast);
+    void ForgetRemovedWithoutCategory(const CatCollection& colMainCats, Version& cLast) const;
     std::wstring Folded(const std::wstring& sCatName) const;
     Version LastOf(const std::wstring& sPath) const;
 

@@ -293,6 +293,27 @@ TEST_F(SharedListTest, ACategoryDeletedHereIsNotMergedBack)
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock");
 }
 
+TEST_F(SharedListTest, ARemovedNameThatIsCreatedAgainIsSaved)
+{
+    cWorld.cFiles.Put(sMainCatsPath, "\r\nRock");
+    ASSERT_TRUE(cLib.cSchedMan->SaveCatNames());
+    ASSERT_TRUE(cLib.cSchedMan->DeleteCats({MainCat(L"Soul")}));
+    std::wstring sName = L"Soul";
+    ASSERT_TRUE(cLib.cSchedMan->CreateMainCat(sName));
+    EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul");
+    Restart();
+    EXPECT_NE(MainCat(L"Soul"), nullptr);
+}
+
+TEST_F(SharedListTest, ACategoryDeletedAfterAnUnreadListIsNotMergedBack)
+{
+    cWorld.cFiles.SetAway(L"C:\\Radio\\Scheduler", error::PathNotFound);
+    cLib.Populate();
+    cWorld.cFiles.SetAway(L"C:\\Radio\\Scheduler", 0);
+    ASSERT_TRUE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
+    EXPECT_EQ(Get(sMainCatsPath), "\r\nSoul");
+}
+
 TEST_F(SharedListTest, AListThatIsGoneHasRemovedNothing)
 {
     cWorld.cFiles.Delete(sMainCatsPath);
