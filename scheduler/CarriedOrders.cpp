@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/CarriedOrders.h"
 
+#include "collections/Text.h"
+
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -25,8 +29,19 @@ void CarryLevelOrder(const CutCollection& colFrom, CutCollection& colTo)
     colTo.Reorder(colOrder);
 }
 
-void CarryOrder(const clsCat& cFrom, const clsCat& cTo)
+void CarryLevels(const clsCat& cFrom, clsCat& cTo)
 {
+    for (const std::shared_ptr<clsCat>& cLevel : *cFrom.SubCats())
+        if (const std::int32_t lLevel = cLevel->CatLevel(); lLevel > 0 && !cTo.SubCat(lLevel))
+            cTo.AddSubCat(std::make_shared<clsCat>(cTo.Mod(), cTo.CatName(), lLevel));
+    for (const std::shared_ptr<clsCat>& cLevel : Cats(cTo.SubCats()->begin(), cTo.SubCats()->end()))
+        if (cLevel->SchedCuts()->Empty() && !cFrom.SubCat(cLevel->CatLevel()))
+            cTo.SubCats()->Remove(DecimalText(cLevel->CatLevel()));
+}
+
+void CarryOrder(const clsCat& cFrom, clsCat& cTo)
+{
+    CarryLevels(cFrom, cTo);
     for (const std::shared_ptr<clsCat>& cLevel : *cTo.SubCats())
         if (const std::shared_ptr<clsCat> cSame = cFrom.SubCat(cLevel->CatLevel()))
             CarryLevelOrder(*cSame->SchedCuts(), *cLevel->SchedCuts());

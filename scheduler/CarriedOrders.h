@@ -7,9 +7,10 @@ namespace ravlo
 {
 
 // Gives a tree that was read from the station's own files, while its present tree went on serving picks, the
-// orders that are newer than those files were when they were read: picks and saves since, and picks that were
-// not or could not be saved. Level by level, cuts that the present tree lacks come first, as those do that a
-// file does not name.
+// orders that are newer than those files were when they were read: picks and saves since, changes that were
+// not or could not be saved, and all of a category whose file could not be read in full. Level by level, cuts
+// that the present tree lacks come first, as those do that a file does not name. Levels that only the present
+// tree has are made; empty ones that it lacks are removed, since they were deleted here.
 void CarryNewerOrders(const Station& cStation, const CatCollection& colNew);
 
 } // namespace ravlo

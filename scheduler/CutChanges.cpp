@@ -240,7 +240,7 @@ void CutChanges::SaveAffected(HistoryFiles::Manner eManner)
     for (const TextKey& cName : colGuarded) // without its markers again, though nothing of it has changed
         if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(cName.Text());
             cMainCat && !m_cAffected.Contains(cName.Text()))
-            m_cStation.cHistoryFiles.Save(cMainCat, HistoryFiles::Manner::Quiet);
+            m_cStation.cHistoryFiles.SaveQuietly(cMainCat);
     for (const std::wstring& sName : AffectedCats(std::move(m_cAffected)))
         if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName))
         {

@@ -135,7 +135,7 @@ HistoryFiles::Saved HistoryFiles::Save(const std::shared_ptr<clsCat>& cMainCat, 
                                      OfCategory(cError, sCatName));
         else
             m_cMod.LogError(L"SaveHistoryAndOrdering " + sCatName, cError);
-        if (eManner != Manner::Quiet)
+        if (eManner != Manner::Quiet && CanBeFileName(sCatName))
             m_colUnsaved[sKey] = m_cMod.Saved().Begin();
         return Saved::Failed;
     }
@@ -317,14 +317,15 @@ void HistoryFiles::SaveQuietly(const std::shared_ptr<clsCat>& cMainCat)
 {
     const std::wstring sKey = cMainCat->CatID();
     const std::wstring sFolded = FoldCase(cMainCat->CatName());
-    if (m_colNoFileName.count(sFolded) != 0)
-        return;
-    if (Save(cMainCat, Manner::Quiet) != Saved::Failed)
+    if (m_colNoFileName.count(sFolded) == 0 && Save(cMainCat, Manner::Quiet) != Saved::Failed)
         return;
     if (CanBeFileName(sFolded))
         m_colOwed[sKey] = {m_cMod.Saved().Begin(), m_cMod.Outside().cClock.TickCount()};
-    else
-        m_colNoFileName.insert(sFolded); // no save can succeed: it is logged once and never owed
+    else // no save can succeed: it is logged once and never owed
+    {
+        m_colNoFileName.insert(sFolded);
+        m_colOwed.erase(sKey); // it may have been renamed since
+    }
 }
 
 void HistoryFiles::SaveOwed(const CatCollection& colMainCats)
@@ -338,7 +339,8 @@ void HistoryFiles::SaveOwed(const CatCollection& colMainCats)
 
 void HistoryFiles::NoteUnsaved(const clsCat& cMainCat)
 {
-    m_colUnsaved[cMainCat.CatID()] = NoteChanged(cMainCat);
+    if (const SavedFiles::Stamp lSince = NoteChanged(cMainCat); CanBeFileName(cMainCat.CatName()))
+        m_colUnsaved[cMainCat.CatID()] = lSince;
 }
 
 void HistoryFiles::SavePending(const CatCollection& colMainCats)
@@ -357,11 +359,10 @@ SavedFiles::Stamp HistoryFiles::NoteChanged(const clsCat& cMainCat)
 
 bool HistoryFiles::IsNewerThanItsReading(const clsCat& cMainCat) const
 {
-    const std::wstring sKey = cMainCat.CatID();
-    if (m_colOwed.count(sKey) != 0 || m_colUnsaved.count(sKey) != 0)
+    if (m_colOwed.count(cMainCat.CatID()) != 0 || m_colUnsaved.count(cMainCat.CatID()) != 0)
         return true;
     const auto age = m_colAges.find(FoldCase(cMainCat.CatName()));
-    return age != m_colAges.end() && age->second.lNewest > age->second.lRead;
+    return age != m_colAges.end() && (age->second.lRead == 0 || age->second.lNewest > age->second.lRead);
 }
 
 // ---- reading
@@ -407,12 +408,14 @@ void HistoryFiles::ApplyHistory(const CatCollection& colMainCats, const std::wst
     for (const std::shared_ptr<clsCat>& cMainCat : colMainCats)
     {
         const std::wstring sPath = PathOf(sAppPath, cMainCat->CatName());
+        const SavedFiles::Stamp lStamp = m_cMod.Saved().Begin(); // what is picked from here on is newer
+        m_colAges[FoldCase(cMainCat->CatName())].lRead = 0;
         std::optional<std::string> bytes;
         try
         {
             bytes = RetrieveHistoryAndOrdering(*cMainCat, sPath);
-            if (bytes)
-                Apply(*cMainCat, *bytes, sPath);
+            if (bytes && Apply(*cMainCat, *bytes, sPath))
+                m_colAges[FoldCase(cMainCat->CatName())].lRead = lStamp;
         }
         catch (...)
         {
@@ -435,17 +438,16 @@ std::optional<std::string> HistoryFiles::RetrieveHistoryAndOrdering(const clsCat
     }
     if (!CanBeFileName(cMainCat.CatName()))
         return std::nullopt;
-    m_colAges[FoldCase(cMainCat.CatName())].lRead = m_cMod.Saved().Begin();
-    std::optional<std::string> bytes = m_cMod.Saved().Read(sPath, this);
-    if (!bytes || bytes->empty())
-        return std::nullopt;
-    if (!AreOrderRecords(*bytes))
+    std::string bytes = m_cMod.Saved().Read(sPath, this).value_or("");
+    if (bytes.empty())
+        return bytes;
+    if (!AreOrderRecords(bytes))
     {
         m_cMod.WriteDebugLog(L"Ignored, its length is no multiple of a record's: " + sPath);
         m_cMod.Saved().NotUnderstood(sPath, this);
         return std::nullopt;
     }
-    TellOfReading(cMainCat.CatName(), bytes->size() / lRecordSize);
+    TellOfReading(cMainCat.CatName(), bytes.size() / lRecordSize);
     return bytes;
 }
 
@@ -467,14 +469,14 @@ void HistoryFiles::TellOfReading(const std::wstring& sCatName, std::size_t lCoun
     m_cEvents.ProgressDone(L"Got Scheduler [from file] Info for: " + sCatName);
 }
 
-void HistoryFiles::Apply(clsCat& cMainCat, std::string_view bytes, const std::wstring& sPath)
+bool HistoryFiles::Apply(clsCat& cMainCat, std::string_view bytes, const std::wstring& sPath)
 {
     const OrderLeftOver leftOver = RestoreOrder(m_cMod, cMainCat, bytes);
     if (leftOver.bInTheMiddleOfAChange)
         m_cMod.WriteDebugLog(L"A change of category " + cMainCat.CatName() +
                              L" was interrupted: some of its cuts may be changed and others not.");
     if (leftOver.None())
-        return;
+        return true;
     m_cMod.Saved().NotUnderstood(sPath, this);
     for (const std::int32_t lLevel : leftOver.colImpossibleLevels)
         m_cMod.WriteDebugLog(L"Ignored, no level can have this number: " + cMainCat.CatName() + L" " +
@@ -483,6 +485,7 @@ void HistoryFiles::Apply(clsCat& cMainCat, std::string_view bytes, const std::ws
         m_cMod.Box(BoxIcon::Critical, BoxButtons::Ok, L"BUT DIDNT",
                    L"Was expecting to find: " + cMainCat.CatName() + L" " +
                        DecimalText(*leftOver.lMissingLevel));
+    return false;
 }
 
 std::wstring HistoryFiles::SavePathOf(const std::wstring& sCatName) const

@@ -108,7 +108,7 @@ public:
     void ApplyHistory(const CatCollection& colMainCats, const std::wstring& sAppPath);
 
     // Whether a category's order in memory is newer than what was last read from its file: it has changed
-    // since, or a change from before is not saved.
+    // since, a change from before is not saved, or the file could not be read and applied in full.
     bool IsNewerThanItsReading(const clsCat& cMainCat) const;
 
     // Removes a category's file when there is one. Throws.
@@ -123,7 +123,7 @@ private:
     };
     struct Age
     {
-        SavedFiles::Stamp lRead = 0;
+        SavedFiles::Stamp lRead = 0;   // taken before the last reading; 0: it was not applied in full
         SavedFiles::Stamp lNewest = 0; // of the order in memory
     };
     class ReadErrors;
@@ -142,10 +142,11 @@ private:
     void Retry(const std::wstring& sKey, const CatCollection& colMainCats);
     SavedFiles::Stamp NoteChanged(const clsCat& cMainCat);
 
-    // The file's records. Nothing: there is no file, or it is damaged.
+    // The file's records, none when there is no file. Nothing: there can be no such file, or it is damaged.
     std::optional<std::string> RetrieveHistoryAndOrdering(const clsCat& cMainCat, const std::wstring& sPath);
     void TellOfReading(const std::wstring& sCatName, std::size_t lCount);
-    void Apply(clsCat& cMainCat, std::string_view bytes, const std::wstring& sPath);
+    // False: some of the records were of no use.
+    bool Apply(clsCat& cMainCat, std::string_view bytes, const std::wstring& sPath);
 
     std::wstring SavePathOf(const std::wstring& sCatName) const;
 

@@ -29,11 +29,6 @@ public:
     std::int32_t CatLevel() const noexcept { return m_cSubCat->CatLevel(); }
     // A record that names this path: field is its bytes.
     void Take(std::string_view field);
-    void Take(const TextKey& cKey)
-    {
-        if (const std::optional<std::size_t> lPosition = m_colCuts->PositionOf(cKey))
-            Place(*lPosition);
-    }
     void Finish() const;
 
 private:
@@ -173,22 +168,6 @@ OrderLeftOver RestoreOrder(ModScheduler& cMod, clsCat& cMainCat, std::string_vie
     for (const auto& [lLevel, cFinished] : colLevels)
         cFinished.Finish();
     return leftOver;
-}
-
-void CarryOrderOver(const clsCat& cFrom, const clsCat& cTo)
-{
-    for (const std::shared_ptr<clsCat>& cTarget : *cTo.SubCats())
-    {
-        const std::shared_ptr<clsCat> cSource = cFrom.SubCat(cTarget->CatLevel());
-        if (!cSource)
-            continue;
-        LevelOrder cOrder(cTo.Mod().Outside().cCodePage, cTarget);
-        const std::shared_ptr<CutCollection> colCuts = cSource->SchedCuts();
-        for (std::size_t lPosition = 0; lPosition < colCuts->Count(); ++lPosition)
-            if (const TextKey* cKey = colCuts->KeyAt(lPosition))
-                cOrder.Take(*cKey);
-        cOrder.Finish();
-    }
 }
 
 } // namespace ravlo

@@ -31,8 +31,4 @@ struct OrderLeftOver
 // first; records of cuts that are gone are passed over.
 OrderLeftOver RestoreOrder(ModScheduler& cMod, clsCat& cMainCat, std::string_view records);
 
-// Puts the cuts of cTo's levels into the order they have in cFrom, another tree's category of that name. Cuts
-// that cFrom does not have come to stand first.
-void CarryOrderOver(const clsCat& cFrom, const clsCat& cTo);
-
 } // namespace ravlo

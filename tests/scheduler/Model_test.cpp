@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <random>
+#include <utility>
 
 namespace ravlo::test
 {
@@ -205,9 +206,15 @@ public:
             if (colUnsaved.count(Lower(pMain->sName)) != 0)
                 Save(*pMain);
     }
-    void Reload()
+    // A restart has no tree to take the orders from when a file cannot be applied in full.
+    void Restart()
     {
         colMains.clear();
+        Reload();
+    }
+    void Reload()
+    {
+        const auto colOld = std::exchange(colMains, {});
         colUnsaved.clear();
         bool bCreated = false;
         for (const auto& pCut : colCuts)
@@ -224,12 +231,30 @@ public:
         colNotApplied.clear();
         for (const auto& pMain : colMains)
             if (const auto* pRecords = Records(Lower(pMain->sName)); pRecords && !Apply(*pMain, *pRecords))
+            {
                 colNotApplied.insert(Lower(pMain->sName));
+                for (const auto& pOld : colOld)
+                    if (Lower(pOld->sName) == Lower(pMain->sName))
+                        Carry(*pOld, *pMain);
+            }
     }
 
 private:
     std::set<std::wstring> colNotApplied; // folded names whose files ask for a level that is not there
 
+    static void Carry(const RefMain& from, RefMain& to)
+    {
+        for (const auto& [lLevel, colFrom] : from.colLevels)
+        {
+            RefOrder& colOrder = to.colLevels[lLevel];
+            for (const RefCut* pCut : colFrom)
+                if (const auto found = std::find(colOrder.begin(), colOrder.end(), pCut);
+                    found != colOrder.end())
+                    std::rotate(found, found + 1, colOrder.end());
+        }
+        std::erase_if(to.colLevels, [&](const auto& level)
+                      { return level.second.empty() && from.colLevels.count(level.first) == 0; });
+    }
     static bool Apply(RefMain& main, const std::vector<RefRecord>& colRecords)
     {
         for (const RefRecord& record : colRecords)
@@ -1153,7 +1178,7 @@ private:
         Populate();
         m_cLib.cSchedMan->SetRotatesAllowed(true);
         m_ref.SaveList();
-        m_ref.Reload();
+        m_ref.Restart();
         CompareFiles();
     }
 

@@ -53,17 +53,6 @@ TEST_F(OrderRestorerTest, AMissingLevelEndsItAndImpossibleOnesArePassedOver)
     EXPECT_TRUE(cWorld.cMessages.Boxes.empty()) << "what is said of it is the caller's";
 }
 
-TEST_F(OrderRestorerTest, AnOrderIsCarriedOverFromAnotherTree)
-{
-    const auto cOld = Cat({{L"d", 1}, {L"b", 1}, {L"gone", 1}, {L"a", 1}, {L"y", 2}, {L"x", 2}, {L"z", 5}});
-    const auto cNew = Cat({{L"a", 1}, {L"new", 1}, {L"b", 1}, {L"d", 1}, {L"x", 2}, {L"y", 2}, {L"q", 3}});
-    CarryOrderOver(*cOld, *cNew);
-    EXPECT_EQ(Order(*cNew, 1), (Keys{L"new", L"d", L"b", L"a"})) << "new cuts first, as after a restart";
-    EXPECT_EQ(Order(*cNew, 2), (Keys{L"y", L"x"}));
-    EXPECT_EQ(Order(*cNew, 3), Keys{L"q"});
-    EXPECT_FALSE(cNew->SubCat(5));
-}
-
 TEST(OrderRecords, ARecordIsReadAsItWasPut)
 {
     static_assert(lOrderRecordSize == 1983 && lOrderTextWidth == 255);

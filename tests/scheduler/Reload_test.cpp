@@ -149,6 +149,90 @@ TEST_F(ReloadTest, AnotherFolderKeepsItsOwnOrders)
     EXPECT_EQ(OrderAfterARestart(), (Keys{L"Rock2", L"Rock3", L"Rock4", L"Rock1"})) << "back in the first";
 }
 
+// ---- files that cannot be read, or not be written, during a reload
+
+TEST_F(ReloadTest, AnOrderWhoseFileCannotBeReadStaysAsItWas)
+{
+    EXPECT_EQ(Pick(true), L"Rock1");
+    const Keys colOrder{L"Rock2", L"Rock3", L"Rock4", L"Rock1"};
+    cWorld.cFiles.SetUnreadable(SifPath(L"Rock"), error::DeviceIo);
+    Reload();
+    EXPECT_EQ(boxes, Boxes{CriticalBox(L"Error in ApplyHistory", L"57 Device I/O error: Rock")});
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), colOrder);
+    cWorld.cFiles.SetUnreadable(SifPath(L"Rock"), 0);
+    cWorld.cFiles.SetLocked(SifPath(L"Rock"), -1);
+    Reload();
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), colOrder);
+    cWorld.cFiles.SetLocked(SifPath(L"Rock"), 0);
+    EXPECT_EQ(OrderAfterARestart(), colOrder);
+}
+
+TEST_F(ReloadTest, AnOrderWhoseFileIsNotUnderstoodStaysAsItWas)
+{
+    EXPECT_EQ(Pick(true), L"Rock1");
+    const std::string saved = cWorld.cFiles.Get(SifPath(L"Rock"));
+    for (const std::string& bytes :
+         {saved.substr(1), SifCut("Rock1", 1) + SifCut("Rock2", 9) + SifCut("Rock3", 1),
+          SifMarker(-2) + SifCut("Rock1", 1)})
+    {
+        cWorld.cFiles.Put(SifPath(L"Rock"), bytes);
+        Reload();
+        EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock2", L"Rock3", L"Rock4", L"Rock1"}));
+    }
+}
+
+TEST_F(ReloadTest, AnUnreadableFileOfAnotherFolderTakesNoOrderFromThisOne)
+{
+    EXPECT_EQ(Pick(true), L"Rock1");
+    cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\History_and_Ordering\\Rock.sif", "damaged");
+    Reload(L"C:\\Other");
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock1", L"Rock2", L"Rock3", L"Rock4"}));
+}
+
+TEST_F(ReloadTest, ALevelWhoseSaveFailedSurvivesAReload)
+{
+    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    cWorld.cMessages.Typed = {L"7"};
+    EXPECT_TRUE(cLibrary.cSchedMan->CreateCatLevel(cLibrary.MainCat(L"Rock")));
+    Reload();
+    ASSERT_TRUE(cLibrary.Level(L"Rock", 7));
+    EXPECT_EQ(cLibrary.Level(L"Rock", 7)->MainCat(), cLibrary.MainCat(L"Rock"));
+    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    cWorld.cClock.Advance(2000);
+    EXPECT_EQ(Pick(true), L"Rock1");
+    cLibrary.Restart();
+    EXPECT_TRUE(cLibrary.Level(L"Rock", 7));
+}
+
+TEST_F(ReloadTest, ADeletedLevelWhoseSaveFailedStaysDeleted)
+{
+    cWorld.cMessages.Typed = {L"7"};
+    EXPECT_TRUE(cLibrary.cSchedMan->CreateCatLevel(cLibrary.MainCat(L"Rock")));
+    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    EXPECT_FALSE(cLibrary.cSchedMan->DeleteCats({cLibrary.Level(L"Rock", 7)}));
+    cLibrary.cDataBase->Add(L"new", L"Rock", 3);
+    Reload();
+    EXPECT_FALSE(cLibrary.Level(L"Rock", 7));
+    EXPECT_EQ(cLibrary.Order(L"Rock", 3), Keys{L"new"}) << "a level with cuts stays";
+}
+
+TEST_F(ReloadTest, ANameThatCanBeNoFilesNameKeepsNoOtherWaiting)
+{
+    cLibrary.cDataBase->Add(L"odd1", L"A?C", 1);
+    cLibrary.cDataBase->Add(L"odd2", L"A?C", 1);
+    Reload();
+    EXPECT_EQ(Pick(false, L"A?C"), L"odd1");
+    Reload();
+    EXPECT_EQ(cLibrary.Order(L"A?C", 1), (Keys{L"odd2", L"odd1"}));
+    cWorld.cClock.Advance(2000);
+    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    EXPECT_EQ(Pick(true), L"Rock1");
+    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    cWorld.cClock.Advance(2000);
+    EXPECT_EQ(Pick(true, L"Pop"), L"Pop1");
+    EXPECT_EQ(cWorld.cFiles.Get(SifPath(L"Rock")).substr(510, 5), "Rock2");
+}
+
 // ---- the folder
 
 TEST_F(ReloadTest, AnotherManagersPopulationChangesNothingForThisOne)
