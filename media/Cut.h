@@ -16,21 +16,21 @@ namespace ravlo
 // Why a cut was handed to the host: the kind code of cuts that NextCutFromRotation returns.
 enum CutKind : std::int32_t
 {
-    eKindChosen = 0,               // broke no rule
-    eKindLevelEmpty = 7,           // placeholder: the level holds no cuts
-    eKindMainCatNotFound = 9,      // placeholder: no such main category, or a key without TAB
-    eKindLevelNotFound = 10,       // placeholder: no such level
-    eKindNothingSchedulable = 11,  // placeholder: nothing in the level could be scheduled
-    eKindLevelZero = 12,           // placeholder: a main category was asked for
-    eKindNoCategory = 13,          // placeholder: no category was given
-    eKindArtistViolation = 14,     // every candidate broke a rule; this one broke the artist's
+    eKindChosen = 0,              // broke no rule
+    eKindLevelEmpty = 7,          // placeholder: the level holds no cuts
+    eKindMainCatNotFound = 9,     // placeholder: no such main category, or a key without TAB
+    eKindLevelNotFound = 10,      // placeholder: no such level
+    eKindNothingSchedulable = 11, // placeholder: nothing in the level could be scheduled
+    eKindLevelZero = 12,          // placeholder: a main category was asked for
+    eKindNoCategory = 13,         // placeholder: no category was given
+    eKindArtistViolation = 14,    // every candidate broke a rule; this one broke the artist's
     eKindTitleViolation = 15,
-    eKindRotationDeferred = 17,    // placeholder: rotation is not allowed just now
+    eKindRotationDeferred = 17, // placeholder: rotation is not allowed just now
     eKindAlbumViolation = 18,
 };
 
-// One audio item of a media database, as far as the scheduler needs it. A cut may belong to a database the scheduler
-// knows nothing of, so any call may throw RuntimeError and any value may change between two calls.
+// One audio item of a media database, as far as the scheduler needs it. A cut may belong to a database the
+// scheduler knows nothing of, so any call may throw RuntimeError and any value may change between two calls.
 class Cut
 {
 public:
@@ -65,7 +65,8 @@ public:
     virtual std::wstring CategoryText() const = 0;                  // the names joined with "/"
     virtual void SetCategoryText(const std::wstring& sText) = 0;    // split at "/", empty pieces skipped
 
-    virtual void SetKey(const std::wstring& sKey) = 0; // and the path with it; error 70 on a cut that a database holds
+    virtual void
+    SetKey(const std::wstring& sKey) = 0; // and the path with it; error 70 on a cut that a database holds
     virtual void SetSecondaryKey(const std::wstring& sKey) = 0;
     virtual void SetPath(const std::wstring& sPath) = 0;
     virtual void SetArtist(const std::wstring& sArtist) = 0;

@@ -147,7 +147,7 @@ std::wstring NativePathOf(const std::wstring& sPath)
     if (StartsWith(sFull, L"\\\\.\\") || sFull.find(L':', lRoot + 2) != std::wstring::npos ||
         sFull.find_first_of(L"*?<>|\"", lRoot) != std::wstring::npos)
         throw RuntimeError(error::BadFileName);
-    RequireLengths(sFull); // the folder that a relative path starts in counts
+    RequireLengths(sFull);                     // the folder that a relative path starts in counts
     constexpr std::size_t lClassicLimit = 240; // 260, less what a folder must leave room for
     if (bLongForm || sFull.size() < lClassicLimit)
         return sFull;

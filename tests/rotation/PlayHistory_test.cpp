@@ -206,8 +206,9 @@ TEST_F(PendingTimesTest, RefusedPlayIsEnteredWithItsTime)
     const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun", L"Sky");
     cCut->failing.insert("SetLastPlayed");
     cHistory.Record(*PlayOf(*cCut, dtNoon), cDataBase);
-    for (const auto& cPlay : {cHistory.ArtistHistoryCut(TextKey(L"Ash")), cHistory.TitleHistoryCut(TextKey(L"Sun")),
-                              cHistory.AlbumHistoryCut(TextKey(L"Sky"))})
+    for (const auto& cPlay :
+         {cHistory.ArtistHistoryCut(TextKey(L"Ash")), cHistory.TitleHistoryCut(TextKey(L"Sun")),
+          cHistory.AlbumHistoryCut(TextKey(L"Sky"))})
     {
         ASSERT_EQ(cPlay, cCut);
         EXPECT_EQ(cHistory.TimeOf(*cPlay), dtNoon);

@@ -106,9 +106,9 @@ protected:
     clsRuleViolation Measure(const SeparationRules& rules)
     {
         Reference reference(nullptr, cClock, [](const RuntimeError&) { FAIL(); });
-        return MeasureAgainstRules(rules, Candidate{cCandidate, TextKey(L"ASH"), TextKey(L"SUN")}, cHistory, reference,
-                                   [this](const RuntimeError& cError)
-                                   { colErrors.push_back(cError.Number()); });
+        return MeasureAgainstRules(
+            rules, Candidate{cCandidate, TextKey(L"ASH"), TextKey(L"SUN")}, cHistory, reference,
+            [this](const RuntimeError& cError) { colErrors.push_back(cError.Number()); });
     }
 
     FixedClock cClock;
@@ -195,7 +195,8 @@ TEST_F(MeasureTest, AnUnreadablePlayLeavesTheOtherRulesMeasured)
     Play(20, L"Ash", L"y", L"");
     Play(30, L"z", L"z", L"Sky");
     cCandidate->SetAlbum(L"Sky");
-    std::static_pointer_cast<FakeCut>(cHistory.TitleHistoryCut(TextKey(L"Sun")))->failing.insert("LastPlayed");
+    std::static_pointer_cast<FakeCut>(cHistory.TitleHistoryCut(TextKey(L"Sun")))
+        ->failing.insert("LastPlayed");
     const clsRuleViolation violation = Measure(All(60, 60, 60));
     EXPECT_EQ(violation.Violation, eGlobalArtist);
     EXPECT_EQ(violation.MinsAgo, 20.0F);

@@ -235,9 +235,7 @@ TEST_F(CutChangesTest, ARecordTakesAChangeBack)
             rhythm.lCuts = 2;
             rhythm.tell = [](std::size_t) {};
             cChanges.Run(
-                colCuts,
-                [&](const std::shared_ptr<Cut>& cCut, std::size_t)
-                { change(cChanges, cCut); },
+                colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { change(cChanges, cCut); },
                 rhythm);
         };
         Run(CutsOf({L"d", L"x", L"a", L"d"}));
