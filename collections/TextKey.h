@@ -10,9 +10,9 @@
 namespace ravlo
 {
 
-// An immutable text that serves as a key without regard to case. Copies share one text, and its hash is
-// computed once, so a cut's key can stand in many collections for the price of a pointer each. A default-made
-// key is empty text.
+// An immutable text that serves as a key without regard to case. Copies share the text and its hash, which is
+// computed once: each collection that holds a cut's key pays for one pointer. A default-constructed key is
+// the empty text.
 class TextKey
 {
 public:

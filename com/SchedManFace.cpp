@@ -239,8 +239,8 @@ STDMETHODIMP SchedManFace::ShowLibraryUI()
             m_cSchedMan->ShowLibraryUI();
         });
 }
-// Fills a view of the host's: its error is logged and goes back to the host, who passed the view. The host
-// may let go of the manager meanwhile.
+// Fills a host's view. Logs its errors and returns them to the host. Keeps the manager alive, because the
+// view may release it during the call.
 template <class Body> HRESULT SchedManFace::FillHostsView(const wchar_t* sWhere, Body&& body)
 {
     return Guard(

@@ -37,7 +37,7 @@ inline std::string LineOf(const Slot& slot)
     return sLine + "\"," + std::to_string(slot.lLevel) + (slot.bOpener ? ",y" : "");
 }
 
-// But for the line it stands on.
+// Compares everything except the line number.
 inline bool SameSlot(const Slot& left, const Slot& right)
 {
     return left.sCategory == right.sCategory && left.lLevel == right.lLevel && left.bOpener == right.bOpener;

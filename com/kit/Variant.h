@@ -40,7 +40,7 @@ private:
     BSTR m_sText = nullptr;
 };
 
-// Makes a VARIANT empty; an object in it is let go, whatever that throws.
+// Clears a VARIANT. Swallows what the release of an object in it throws.
 void Clear(VARIANT& value) noexcept;
 
 constexpr VARIANT_BOOL BoolOf(bool bValue) noexcept { return bValue ? VARIANT_TRUE : VARIANT_FALSE; }

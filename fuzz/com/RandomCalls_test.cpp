@@ -31,7 +31,7 @@ long NumberIn(const char* sVariable, long lDefault)
 
 // ---- the person before the screen
 
-// Closes whatever window the scheduler opens on this thread.
+// Closes every window the scheduler opens on this thread.
 class WindowCloser
 {
 public:
@@ -285,7 +285,7 @@ TEST_F(RandomCalls, EachEndsAndNothingIsLeftAlive)
         Begin(cValues, surface);
         for (long lCall = 0; lCall < lCalls && !HasFailure(); ++lCall)
         {
-            // Each member in its turn, then any.
+            // Each member once, then members at random.
             const auto lTurn = static_cast<std::size_t>(lCall);
             const std::size_t lMember =
                 lTurn < surface.colMembers.size() ? lTurn : cValues.Below(surface.colMembers.size());

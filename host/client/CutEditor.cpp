@@ -40,7 +40,7 @@ void Fill(HWND hDialog, const Editing& editing)
     ::CheckDlgButton(hDialog, lCutOpener, fields.bOpener ? BST_CHECKED : BST_UNCHECKED);
 }
 
-// The owner's icon stands in the caption.
+// Shows the owner's icon in the caption.
 void TakeIcon(HWND hDialog, HWND hOwner)
 {
     const LRESULT lIcon = hOwner ? ::SendMessageW(hOwner, WM_GETICON, ICON_SMALL, 0) : 0;

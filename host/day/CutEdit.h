@@ -51,8 +51,8 @@ struct CutProblem
 
 CutFields FieldsOf(const CutValues& values);
 
-// Texts lose their surrounding blanks; a category named twice, whatever the case, is named once. A category
-// that the scheduler could keep no order for is refused, unless the cut was in it before.
+// Trims texts and drops duplicate categories, ignoring case. Refuses a category whose name cannot name an
+// order file, unless the cut was already in it.
 std::variant<CutValues, CutProblem> ValuesOf(const CutFields& fields, const CutValues& before);
 
 } // namespace ravlo
