@@ -50,16 +50,22 @@ private:
     void DrawArrow(const DRAWITEMSTRUCT& item) const;
     void PassFocus(HWND hFrom, HWND hTo);
     void ReturnFocus();
-    void MakeRoom();
     bool OnKey(MSG& message);
     void NextTab();
 
     void MakeControls();
     void MakeRulesArea();
+
+    // ---- sizes and places, in frmCatLayout.cpp
+
     void SetLook(int lDpi);
     void LayOut();
+    void MakeRoom();
     void LayOutButtons(int lTop, int lRight);
     void LayOutRulesArea(int lLeft, int lTop, int lWidth, int lBottom);
+    // Of the window that opens for the first time, and what the rules area takes of its width.
+    SIZE FirstSize() const;
+    int RulesAreaWidth() const;
     SIZE SmallestClient() const;
     SIZE ButtonSize(HWND hButton) const;
     int TitleHeight() const;
