@@ -55,6 +55,23 @@ protected:
     LibraryWindow window{GetParam()};
 };
 
+// Windows of a manager, of which the category window alone does something.
+class CategoryWindows final : public SchedulerWindows
+{
+public:
+    std::function<void(CategoryRequest&)> OnCategory;
+    bool LibraryExists() const override { return false; }
+    bool LibraryShowing() const override { return false; }
+    void ReloadLibrary() override {}
+    void RefreshLibrary() override {}
+    void ShowLibrary() override {}
+    std::int32_t ShowCategory(CategoryRequest& request) override
+    {
+        OnCategory(request);
+        return lNotChosen;
+    }
+};
+
 // ---- opening and closing
 
 TEST_P(frmUILibTest, WithoutAManagerABoxSaysSoAndNoWindowIsShown)
@@ -545,7 +562,47 @@ TEST_P(frmUILibTest, ANewLevelIsMadeUnderTheSelectedNodesMainCategoryAndExpanded
         EXPECT_TRUE(Form().Tree().Find(CategoryKey(L"Rock", 7 + lSelected)));
         EXPECT_TRUE(Form().Tree().At(window.Node(L"Rock", 0)).bExpanded);
         EXPECT_EQ(window.cTreeView.colExpanded.back(), window.Node(L"Rock", 0));
+        EXPECT_EQ(window.cTreeView.colBrought.back(), window.Node(L"Rock", 7 + lSelected)) << "into view";
     }
+}
+
+TEST_P(frmUILibTest, WhatIsCreatedLeavesShownSelectedAndTicked)
+{
+    CategoryWindows cWindows;
+    Man().SetWindows(&cWindows);
+    cWindows.OnCategory = [&](CategoryRequest&)
+    {
+        std::wstring sName = L"Soul";
+        Man().CreateMainCat(sName);
+    };
+    window.Show();
+    window.ShowNode(L"Rock", 1);
+    window.cTreeView.Select(window.Node(L"Jazz", 0)); // selected, not shown
+    Tick(L"Rock", 2);
+    window.cWorld.cMessages.Typed = {L"Pop", L"3"};
+    for (const LibraryCommand eCommand : {mnuCatNew, mnuCatLevelNew, mnuCatUI})
+    {
+        Form().Do(eCommand);
+        EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c"}));
+        EXPECT_EQ(SelectedNode(), L"Jazz\t0");
+        EXPECT_EQ(Ticked(), (Keys{L"Rock\t2"}));
+        EXPECT_TRUE(window.cTreeView.bChecked[window.Node(L"Rock", 2)]);
+    }
+    EXPECT_TRUE(Form().Tree().Find(L"Pop\t1"));
+    EXPECT_TRUE(Form().Tree().Find(L"Jazz\t3"));
+    EXPECT_TRUE(Form().Tree().Find(L"Soul\t1"));
+    Man().SetWindows(nullptr);
+}
+
+TEST_P(frmUILibTest, TheFirstCategoryOfAStationIsShownInItsTree)
+{
+    LibraryWindow empty(GetParam());
+    empty.Show();
+    empty.cWorld.cMessages.Typed = {L"Pop"};
+    empty.cForm.Do(mnuCatNew);
+    EXPECT_TRUE(empty.cForm.Tree().Find(L"Pop\t1"));
+    EXPECT_EQ(empty.cTreeView.lSelected, CategoryTree::Node{0});
+    EXPECT_EQ(empty.cView.colStatus.back(), L"Showing All Audio|Showing 0 total.");
 }
 
 TEST_P(frmUILibTest, ANewLevelNeedsASelectedCategory)
@@ -671,22 +728,6 @@ TEST_P(frmUILibTest, HelpAsksTheHost)
     Form().Do(mnuHelp);
     EXPECT_EQ(window.cLibrary.cHost.colSaid.back(), L"Help");
 }
-
-class CategoryWindows final : public SchedulerWindows
-{
-public:
-    std::function<void(CategoryRequest&)> OnCategory;
-    bool LibraryExists() const override { return false; }
-    bool LibraryShowing() const override { return false; }
-    void ReloadLibrary() override {}
-    void RefreshLibrary() override {}
-    void ShowLibrary() override {}
-    std::int32_t ShowCategory(CategoryRequest& request) override
-    {
-        OnCategory(request);
-        return lNotChosen;
-    }
-};
 
 TEST_P(frmUILibTest, TheCategoryWindowIsCaptionedAndRefreshesOnlyWhenCategoriesChanged)
 {
@@ -1112,6 +1153,23 @@ TEST_P(DropTest, KeepingLevelsTheTargetIsTheMainCategory)
     EXPECT_EQ(window.cLibrary.Order(L"Jazz", 2), (Keys{L"d"}));
     EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
     EXPECT_TRUE(Form().Tree().Find(L"Jazz\t2")) << "a new level refreshes everything";
+}
+
+TEST_P(DropTest, ALevelThatADropMakesComesIntoView)
+{
+    DropFrom(L"Rock", 0, {0, 3}, L"Jazz", 0, {0, eCopy});
+    EXPECT_EQ(window.cTreeView.colBrought, (std::vector{window.Node(L"Jazz", 2)}));
+    EXPECT_TRUE(Form().Tree().At(window.Node(L"Jazz", 0)).bExpanded);
+    EXPECT_EQ(window.cTreeView.colExpanded.back(), window.Node(L"Jazz", 0));
+    EXPECT_EQ(SelectedNode(), L"Rock\t0");
+}
+
+TEST_P(DropTest, ALevelMadeElsewhereLeavesTheTreeWhereItIs)
+{
+    DropFrom(L"Rock", 1, {2}, L"Rock", 2, {eMove}); // "c" is in Jazz as well
+    EXPECT_TRUE(Form().Tree().Find(L"Jazz\t2"));
+    EXPECT_TRUE(window.cTreeView.colBrought.empty());
+    EXPECT_FALSE(Form().Tree().At(window.Node(L"Jazz", 0)).bExpanded);
 }
 
 TEST_P(DropTest, DismissingEitherPopUpOrCancelChangesNothing)

@@ -76,7 +76,7 @@ void frmUILib::Settle() noexcept
             [this]
             {
                 if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock())
-                    ShowNews(*cSchedMan);
+                    ShowChanges(*cSchedMan);
             });
     if (std::exchange(m_bCloseOwed, false))
         m_cView.Close();
@@ -136,7 +136,7 @@ void frmUILib::RequestRefresh()
     if (m_lWorking > 0)
         m_bRefreshOwed = true;
     else
-        Handle(L"frmUILib.RefreshAll", [this](clsSchedMan& cSchedMan) { ShowNews(cSchedMan); });
+        Handle(L"frmUILib.RefreshAll", [this](clsSchedMan& cSchedMan) { ShowChanges(cSchedMan); });
 }
 
 void frmUILib::RequestClose()
@@ -223,7 +223,7 @@ void frmUILib::ShowAgain(clsSchedMan& cSchedMan)
     const std::wstring sKey = NodeOrStandIn(m_sShownKey);
     // The tree on the screen may be older than the manager's.
     if (sKey != RootKey() && !CatOf(cSchedMan, sKey))
-        return ShowNews(cSchedMan);
+        return ShowChanges(cSchedMan);
     ShowNode(cSchedMan, sKey);
 }
 
@@ -262,9 +262,9 @@ bool frmUILib::TreeIsUpToDate(const clsSchedMan& cSchedMan) const
     return m_cTree.HasSameNodes(cNow);
 }
 
-// News come while the user looks at something else: what is shown stays shown, and a tree with the same nodes
-// is not touched. One with others keeps the ticks of those that are left.
-void frmUILib::ShowNews(clsSchedMan& cSchedMan)
+// After news and commands that add categories: what is shown stays shown and what is selected stays selected.
+// A tree with the same nodes is not touched; one with others keeps the ticks of those that are left.
+void frmUILib::ShowChanges(clsSchedMan& cSchedMan)
 {
     const Busy cBusy(*this);
     if (!TreeIsUpToDate(cSchedMan))
@@ -283,6 +283,31 @@ void frmUILib::ShowNews(clsSchedMan& cSchedMan)
         m_cTreeView.ShowChecks(m_cTree, colNodes);
     }
     ShowNode(cSchedMan, NodeOrStandIn(m_sShownKey));
+}
+
+// Of the levels in the tree on the screen.
+std::vector<std::wstring> frmUILib::LevelKeys(const std::wstring& sMainKey) const
+{
+    std::vector<std::wstring> colKeys;
+    if (const std::optional<CategoryTree::Node> lMain = m_cTree.Find(sMainKey))
+        for (const CategoryTree::Node lLevel : m_cTree.At(*lMain).colChildren)
+            colKeys.push_back(m_cTree.At(lLevel).sKey);
+    return colKeys;
+}
+
+// Opens the main category when it has a level that it did not have before, and brings that one into view.
+void frmUILib::ShowNewLevel(const std::wstring& sMainKey, const std::vector<std::wstring>& colBefore)
+{
+    for (const std::wstring& sKey : LevelKeys(sMainKey))
+    {
+        if (std::find(colBefore.begin(), colBefore.end(), sKey) != colBefore.end())
+            continue;
+        const CategoryTree::Node lMain = *m_cTree.Find(sMainKey);
+        m_cTree.SetExpanded(lMain, true);
+        m_cTreeView.Expand(lMain);
+        m_cTreeView.BringIntoView(*m_cTree.Find(sKey));
+        return;
+    }
 }
 
 void frmUILib::Reload(clsSchedMan& cSchedMan)

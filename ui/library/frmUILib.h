@@ -138,7 +138,9 @@ private:
     std::wstring RebuildTree(clsSchedMan& cSchedMan);
     void RefreshAll(clsSchedMan& cSchedMan);
     bool TreeIsUpToDate(const clsSchedMan& cSchedMan) const;
-    void ShowNews(clsSchedMan& cSchedMan);
+    void ShowChanges(clsSchedMan& cSchedMan);
+    std::vector<std::wstring> LevelKeys(const std::wstring& sMainKey) const;
+    void ShowNewLevel(const std::wstring& sMainKey, const std::vector<std::wstring>& colBefore);
     void Reload(clsSchedMan& cSchedMan);
     void SaveAll(clsSchedMan& cSchedMan);
     void ClearGrid();

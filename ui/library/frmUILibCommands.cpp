@@ -130,7 +130,7 @@ void frmUILib::ShowCategoryWindow(clsSchedMan& cSchedMan)
     request.sCaption = L"Category Selector";
     cSchedMan.ShowCatUI(request);
     if (!TreeIsUpToDate(cSchedMan))
-        RefreshAll(cSchedMan);
+        ShowChanges(cSchedMan);
 }
 
 void frmUILib::NewCategory(clsSchedMan& cSchedMan)
@@ -138,7 +138,7 @@ void frmUILib::NewCategory(clsSchedMan& cSchedMan)
     std::wstring sName;
     if (!cSchedMan.CreateMainCat(sName))
         return;
-    RefreshAll(cSchedMan);
+    ShowChanges(cSchedMan);
     if (const std::optional<CategoryTree::Node> lNew = m_cTree.Find(CategoryKey(sName, 0)))
         m_cTreeView.BringIntoView(*lNew);
 }
@@ -159,15 +159,11 @@ void frmUILib::NewLevel(clsSchedMan& cSchedMan)
         return;
     }
     const std::wstring sMainKey = MainKeyOf(m_cTree.At(*lNode).sKey);
+    const std::vector<std::wstring> colBefore = LevelKeys(sMainKey);
     if (!cSchedMan.CreateCatLevel(CatOf(cSchedMan, sMainKey)))
         return;
-    RefreshAll(cSchedMan);
-    if (const std::optional<CategoryTree::Node> lMain = m_cTree.Find(sMainKey))
-    {
-        m_cTree.SetExpanded(*lMain, true);
-        m_cTreeView.Expand(*lMain);
-        m_cTreeView.BringIntoView(*lMain);
-    }
+    ShowChanges(cSchedMan);
+    ShowNewLevel(sMainKey, colBefore);
 }
 
 void frmUILib::Shuffle(clsSchedMan& cSchedMan)

@@ -177,7 +177,7 @@ void frmUILib::DropOnGrid(clsSchedMan& cSchedMan, const std::function<void()>& r
     {
         std::shared_ptr<clsCat> cNow = CatOf(cSchedMan, m_sShownKey);
         if (!cNow)
-            return ShowNews(cSchedMan);
+            return ShowChanges(cSchedMan);
         m_cGrid.SetCurrentCatViewing(std::move(cNow));
     }
     reorder();
@@ -219,12 +219,14 @@ void frmUILib::DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, cons
     if (eOption == eCopyHere && !MayCopy(present, *target))
         return;
     const Busy cBusy(*this);
+    const std::wstring sMainKey = MainKeyOf(sKey);
+    const std::vector<std::wstring> colBefore = LevelKeys(sMainKey);
     bool bCreatedNewSubCats = false;
     cSchedMan.DoMassCatChange(eOption, present.colFrom, target->cCat, present.colCuts, bCreatedNewSubCats);
-    if (bCreatedNewSubCats)
-        RefreshAll(cSchedMan);
-    else
-        ShowAgain(cSchedMan);
+    if (!bCreatedNewSubCats)
+        return ShowAgain(cSchedMan);
+    RefreshAll(cSchedMan);
+    ShowNewLevel(sMainKey, colBefore);
 }
 
 std::optional<frmUILib::Target> frmUILib::ChooseTarget(const clsSchedMan& cSchedMan, const std::wstring& sKey)
