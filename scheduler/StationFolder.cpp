@@ -81,7 +81,7 @@ std::unique_ptr<HeldFile> MarkStationOrLog(ModScheduler& cMod, const std::wstrin
 }
 
 FolderMove::FolderMove(ModScheduler& cMod, const std::wstring& sAppPath)
-    : m_cMod(cMod), m_sFrom(cMod.AppPath())
+    : m_cMod(cMod), m_sFrom(cMod.AppPath()), m_cSettings(cMod.PresentSettings())
 {
     m_cMod.StoreAppPath(sAppPath);
     m_sTo = m_cMod.AppPath();
@@ -97,7 +97,7 @@ FolderMove::~FolderMove()
         if (m_cMod.AppPath() != m_sTo)
             return; // another manager has moved the library since: it is that one's
         m_cMod.StoreAppPath(m_sFrom);
-        m_cMod.LoadSettings();
+        m_cMod.ReturnToSettings(m_cSettings);
     }
     catch (...)
     {

@@ -23,7 +23,7 @@ void DeleteOldTemporaryFiles(Files& cFiles, const std::wstring& sAppPath);
 std::unique_ptr<HeldFile> MarkStationOrLog(ModScheduler& cMod, const std::wstring& sAppPath);
 
 // Moves the library to the folder that a population reads. When the population fails, the library returns to
-// the folder it was in, with that one's global separations: orders, rules and settings stay together.
+// the folder it was in, with the global separations it had: orders, rules and settings stay together.
 class FolderMove
 {
 public:
@@ -40,6 +40,7 @@ public:
 private:
     ModScheduler& m_cMod;
     const std::wstring m_sFrom;
+    const ModScheduler::Settings m_cSettings;
     std::wstring m_sTo;
     bool m_bSettled = false;
 };

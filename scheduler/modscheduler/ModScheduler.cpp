@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/modscheduler/ModScheduler.h"
 
+#include "collections/CaseFolding.h"
 #include "collections/Text.h"
 
 #include <algorithm>
@@ -270,27 +271,36 @@ void ModScheduler::Sleep(std::uint32_t lMilliseconds) { m_cPorts.cHostLoop.Sleep
 
 // ---- settings
 
-void ModScheduler::SetSetting(std::int32_t& lSetting, std::int32_t lMins)
+void ModScheduler::SetSetting(std::int32_t Settings::*lSetting, std::int32_t lMins)
 {
-    // A file that could not be read at the start has values that count, except the one set now.
-    if (!m_bSettingsSet && m_cSavedFiles.StateOf(SettingsPath(), this) == SavedFiles::State::NotSeen)
+    // A file that could not be read so far has values that count, except the one set now.
+    const bool bOtherFolder = !EqualIgnoringCase(AppPath(), m_cSettings.sAppPath);
+    if (bOtherFolder ||
+        (!m_cSettings.bUnsaved && m_cSavedFiles.StateOf(SettingsPath(), this) == SavedFiles::State::NotSeen))
         LoadSettings();
-    lSetting = NeverNegative(lMins);
-    m_bSettingsSet = true; // the user has spoken: from here on our values are the ones to keep
+    m_cSettings.*lSetting = NeverNegative(lMins);
+    m_cSettings.bUnsaved = true;
     SaveSettings();
 }
 
-void ModScheduler::SetGlobalArtistSepMins(std::int32_t lMins) { SetSetting(m_lArtist, lMins); }
-void ModScheduler::SetGlobalTitleSepMins(std::int32_t lMins) { SetSetting(m_lTitle, lMins); }
-void ModScheduler::SetGlobalAlbumSepMins(std::int32_t lMins) { SetSetting(m_lAlbum, lMins); }
+void ModScheduler::SetGlobalArtistSepMins(std::int32_t lMins) { SetSetting(&Settings::lArtist, lMins); }
+void ModScheduler::SetGlobalTitleSepMins(std::int32_t lMins) { SetSetting(&Settings::lTitle, lMins); }
+void ModScheduler::SetGlobalAlbumSepMins(std::int32_t lMins) { SetSetting(&Settings::lAlbum, lMins); }
 
-std::wstring ModScheduler::SettingsPath() const { return AppPath() + sSettingsFile; }
+// Of the separations in use: the library may have been moved on, and theirs not been loaded yet.
+std::wstring ModScheduler::SettingsPath() const { return m_cSettings.sAppPath + sSettingsFile; }
 
 void ModScheduler::LoadSettings()
 {
-    m_lArtist = m_lTitle = m_lAlbum = lDefaultSepMins;
-    m_bSettingsSet = false;
-    if (AppPath().empty())
+    if (m_cSettings.bUnsaved)
+        WriteSettings();
+    const std::wstring sAppPath = AppPath();
+    const bool bReload = !sAppPath.empty() && EqualIgnoringCase(sAppPath, m_cSettings.sAppPath);
+    if (bReload && m_cSettings.bUnsaved)
+        return; // the file is older than what was set
+    if (!bReload)
+        m_cSettings = {sAppPath};
+    if (sAppPath.empty())
         return;
     try
     {
@@ -305,41 +315,69 @@ void ModScheduler::LoadSettings()
 void ModScheduler::ReadSettings()
 {
     const std::optional<std::string> bytes = m_cSavedFiles.Read(SettingsPath(), this);
-    if (!bytes || bytes->empty())
-        return;
-    const std::wstring sText = m_cPorts.cCodePage.Decode(*bytes);
-    const std::vector<std::wstring> colLines =
-        sText.find(sCrLf) == std::wstring::npos ? std::vector<std::wstring>() : Split(sText, sCrLf);
-    std::size_t lLine = 0;
-    for (std::int32_t* lSetting : {&m_lArtist, &m_lTitle, &m_lAlbum})
+    Settings cRead{m_cSettings.sAppPath};
+    if (bytes && !bytes->empty())
     {
-        const std::optional<std::int32_t> lMins = MinutesOf(colLines, lLine++);
-        if (!lMins)
-            m_cSavedFiles.NotUnderstood(SettingsPath(), this);
-        *lSetting = lMins.value_or(lDefaultSepMins);
+        const std::wstring sText = m_cPorts.cCodePage.Decode(*bytes);
+        const std::vector<std::wstring> colLines =
+            sText.find(sCrLf) == std::wstring::npos ? std::vector<std::wstring>() : Split(sText, sCrLf);
+        std::size_t lLine = 0;
+        for (std::int32_t* lSetting : {&cRead.lArtist, &cRead.lTitle, &cRead.lAlbum})
+        {
+            const std::optional<std::int32_t> lMins = MinutesOf(colLines, lLine++);
+            if (!lMins)
+                m_cSavedFiles.NotUnderstood(SettingsPath(), this);
+            *lSetting = lMins.value_or(lDefaultSepMins);
+        }
     }
+    m_cSettings = std::move(cRead);
 }
 
 bool ModScheduler::SaveSettings() noexcept
 {
     try
     {
-        if (AppPath().empty())
+        if (!EqualIgnoringCase(AppPath(), m_cSettings.sAppPath))
             return false;
-        std::wstring sText;
-        for (const std::int32_t lMins : {m_lArtist, m_lTitle, m_lAlbum})
-            sText += DecimalText(lMins) + sCrLf;
-        FlushDebugLog();
-        using Unseen = SavedFiles::Unseen;
-        return m_cSavedFiles.Replace(SettingsPath(), m_cSavedFiles.Begin(), m_cPorts.cCodePage.Encode(sText),
-                                     this, m_bSettingsSet ? Unseen::KeepAside : Unseen::LeaveAlone) ==
-               SavedFiles::Result::Written;
     }
     catch (...)
     {
         LogError(L"SaveSettings", CurrentError());
         return false;
     }
+    return WriteSettings();
+}
+
+bool ModScheduler::WriteSettings() noexcept
+{
+    try
+    {
+        if (m_cSettings.sAppPath.empty())
+            return false;
+        std::wstring sText;
+        for (const std::int32_t lMins : {m_cSettings.lArtist, m_cSettings.lTitle, m_cSettings.lAlbum})
+            sText += DecimalText(lMins) + sCrLf;
+        FlushDebugLog();
+        using Unseen = SavedFiles::Unseen;
+        const bool bWritten =
+            m_cSavedFiles.Replace(SettingsPath(), m_cSavedFiles.Begin(), m_cPorts.cCodePage.Encode(sText),
+                                  this, m_cSettings.bUnsaved ? Unseen::KeepAside : Unseen::LeaveAlone) ==
+            SavedFiles::Result::Written;
+        m_cSettings.bUnsaved = m_cSettings.bUnsaved && !bWritten;
+        return bWritten;
+    }
+    catch (...)
+    {
+        LogError(L"SaveSettings", CurrentError());
+        return false;
+    }
+}
+
+void ModScheduler::ReturnToSettings(Settings cSettings) noexcept
+{
+    if (m_cSettings.bUnsaved)
+        WriteSettings();
+    m_cSettings = std::move(cSettings);
 }
 
 namespace

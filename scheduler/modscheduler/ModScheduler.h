@@ -107,34 +107,45 @@ public:
 
     // ---- global separations, in minutes, never negative; file format: docs/formats/settings.md
 
-    std::int32_t GlobalArtistSepMins() const noexcept { return m_lArtist; }
-    std::int32_t GlobalTitleSepMins() const noexcept { return m_lTitle; }
-    std::int32_t GlobalAlbumSepMins() const noexcept { return m_lAlbum; }
+    std::int32_t GlobalArtistSepMins() const noexcept { return m_cSettings.lArtist; }
+    std::int32_t GlobalTitleSepMins() const noexcept { return m_cSettings.lTitle; }
+    std::int32_t GlobalAlbumSepMins() const noexcept { return m_cSettings.lAlbum; }
     // A negative value becomes 60. Each setter writes the settings file at once; a file that could not be
     // read before is read first, so that it keeps its other values.
     void SetGlobalArtistSepMins(std::int32_t lMins);
     void SetGlobalTitleSepMins(std::int32_t lMins);
     void SetGlobalAlbumSepMins(std::int32_t lMins);
-    // Errors are logged: what cannot be read is 60. LoadSettings without an application path leaves 60
-    // everywhere.
+    // Reads the file of the application path; without a path every separation is 60. A setter's value that is
+    // not saved yet is saved first, to its own folder; when that fails, a reload of the same folder keeps the
+    // present values. So it does when the file cannot be read; another folder starts with 60 then. Errors are
+    // logged.
     void LoadSettings();
-    // False when there is no application path or the file could not be written. Until a setter has run, a
-    // file that has not been read is left alone.
+    // False when the separations are not those of the application path, or the file could not be written.
+    // Without a setter's value to save, a file that has not been read is left alone.
     bool SaveSettings() noexcept;
+    // The separations, and whose they are: for a caller that returns to the folder they were loaded from.
+    struct Settings
+    {
+        std::wstring sAppPath; // empty: no folder's
+        std::int32_t lArtist = 60;
+        std::int32_t lTitle = 60;
+        std::int32_t lAlbum = 60;
+        bool bUnsaved = false; // a setter's value is not in the file yet
+    };
+    const Settings& PresentSettings() const noexcept { return m_cSettings; }
+    void ReturnToSettings(Settings cSettings) noexcept;
 
 private:
     void AppendToLog(const std::wstring& sLines, DateTime dtFirst);
     void ShowHandled(const std::wstring& sTitle, const std::wstring& sText, std::int32_t lNumber);
-    void SetSetting(std::int32_t& lSetting, std::int32_t lMins);
+    void SetSetting(std::int32_t Settings::*lSetting, std::int32_t lMins);
     void ReadSettings();
+    bool WriteSettings() noexcept;
     std::wstring SettingsPath() const;
 
     Ports m_cPorts;
     std::wstring m_sAppPath;
-    std::int32_t m_lArtist = 60;
-    std::int32_t m_lTitle = 60;
-    std::int32_t m_lAlbum = 60;
-    bool m_bSettingsSet = false; // by a setter, since they were loaded
+    Settings m_cSettings;
     SavedFiles m_cSavedFiles;
 
     int m_lOnAir = 0;

@@ -166,6 +166,74 @@ TEST_F(SettingsTest, AFileThatCanBeReadAgainIsWrittenAgain)
     EXPECT_EQ(cWorld.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
 }
 
+// ---- a reload of the same folder
+
+TEST_F(SettingsTest, AReloadThatCannotReadKeepsTheValues)
+{
+    Load("1\r\n2\r\n3\r\n");
+    cWorld.cFiles.SetAway(sRadio);
+    cMod.LoadSettings();
+    EXPECT_EQ(SettingsOf(cMod), (Mins{1, 2, 3}));
+    EXPECT_FALSE(cMod.SaveSettings()) << "what was not read is left alone";
+    cWorld.cFiles.SetAway(sRadio, 0);
+    cWorld.cFiles.Put(sFile, "4\r\n5\r\n6\r\n");
+    EXPECT_FALSE(cMod.SaveSettings());
+    cMod.SetGlobalTitleSepMins(9);
+    EXPECT_EQ(SettingsOf(cMod), (Mins{4, 9, 6})) << "a setter reads again";
+    EXPECT_EQ(cWorld.cFiles.Get(sFile), "4\r\n9\r\n6\r\n");
+    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+}
+
+TEST_F(SettingsTest, AReloadWithoutTheFileForgetsTheValues)
+{
+    Load("1\r\n2\r\n3\r\n");
+    cWorld.cFiles.Delete(sFile);
+    cMod.LoadSettings();
+    EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60}));
+}
+
+TEST_F(SettingsTest, AnotherFolderThatCannotBeReadStartsWithSixty)
+{
+    Load("1\r\n2\r\n3\r\n");
+    cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\SchedulerSettings.dat", "4\r\n5\r\n6\r\n");
+    cWorld.cFiles.SetAway(L"C:\\Other");
+    cMod.StoreAppPath(L"C:\\Other");
+    cMod.LoadSettings();
+    EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60}));
+    EXPECT_EQ(cWorld.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
+}
+
+TEST_F(SettingsTest, AReloadSavesAnUnsavedValueFirst)
+{
+    Load("1\r\n2\r\n3\r\n");
+    cWorld.cFiles.SetReadOnly(sFile);
+    cMod.SetGlobalTitleSepMins(9);
+    cMod.LoadSettings();
+    EXPECT_EQ(SettingsOf(cMod), (Mins{1, 9, 3})) << "still unsaved";
+    cWorld.cFiles.SetReadOnly(sFile, false);
+    cMod.LoadSettings();
+    EXPECT_EQ(SettingsOf(cMod), (Mins{1, 9, 3}));
+    EXPECT_EQ(cWorld.cFiles.Get(sFile), "1\r\n9\r\n3\r\n");
+    EXPECT_EQ(Load("4\r\n5\r\n6\r\n"), (Mins{4, 5, 6})) << "saved once";
+    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+}
+
+TEST_F(SettingsTest, AMoveSavesAnUnsavedValueToItsOwnFolder)
+{
+    Load("1\r\n2\r\n3\r\n");
+    cWorld.cFiles.SetReadOnly(sFile);
+    cMod.SetGlobalTitleSepMins(9);
+    cWorld.cFiles.SetReadOnly(sFile, false);
+    const std::wstring sOther = L"C:\\Other\\Scheduler\\SchedulerSettings.dat";
+    cWorld.cFiles.Put(sOther, "4\r\n5\r\n6\r\n");
+    cMod.StoreAppPath(L"C:\\Other");
+    EXPECT_FALSE(cMod.SaveSettings()) << "the values are not those of the folder";
+    cMod.SetGlobalAlbumSepMins(7);
+    EXPECT_EQ(SettingsOf(cMod), (Mins{4, 5, 7}));
+    EXPECT_EQ(cWorld.cFiles.Get(sFile), "1\r\n9\r\n3\r\n");
+    EXPECT_EQ(cWorld.cFiles.Get(sOther), "4\r\n5\r\n7\r\n");
+}
+
 TEST_F(SettingsTest, AFailedSaveIsOnlyLogged)
 {
     Load("1\r\n2\r\n3\r\n");

@@ -276,6 +276,35 @@ TEST_F(ReloadTest, AfterAFailedPopulationAllStaysInTheFolderOfTheTree)
     EXPECT_EQ(cWorld.cFiles.Get(L"C:\\Other\\Scheduler\\SchedulerSettings.dat"), "1\r\n2\r\n3\r\n");
 }
 
+TEST_F(ReloadTest, SeparationsStayWhenTheirFileCannotBeRead)
+{
+    cLibrary.cMod.SetGlobalArtistSepMins(11);
+    cWorld.cFiles.SetUnreadable(sSettingsPath, error::PermissionDenied);
+    cLibrary.Populate();
+    EXPECT_EQ(cLibrary.cMod.GlobalArtistSepMins(), 11);
+    cLibrary.Restart();
+    EXPECT_EQ(cLibrary.cMod.GlobalArtistSepMins(), 11) << "a next manager of the library";
+    cLibrary.cDataBase->bAllCutsFails = true;
+    cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\SchedulerSettings.dat", "1\r\n2\r\n3\r\n");
+    cLibrary.Populate(L"C:\\Other");
+    EXPECT_EQ(cLibrary.cMod.GlobalArtistSepMins(), 11) << "after a population elsewhere that failed";
+    EXPECT_EQ(cWorld.cFiles.Get(sSettingsPath), "11\r\n60\r\n60\r\n");
+}
+
+TEST_F(ReloadTest, ASeparationThatCouldNotBeSavedIsNotReadOver)
+{
+    cLibrary.cMod.SetGlobalArtistSepMins(11);
+    cWorld.cFiles.SetReadOnly(sSettingsPath);
+    cLibrary.cMod.SetGlobalArtistSepMins(22);
+    cLibrary.Populate();
+    EXPECT_EQ(cLibrary.cMod.GlobalArtistSepMins(), 22);
+    cWorld.cFiles.SetReadOnly(sSettingsPath, false);
+    cLibrary.Populate();
+    EXPECT_EQ(cLibrary.cMod.GlobalArtistSepMins(), 22);
+    EXPECT_EQ(cWorld.cFiles.Get(sSettingsPath), "22\r\n60\r\n60\r\n");
+    EXPECT_EQ(boxes, Boxes());
+}
+
 TEST_F(ReloadTest, WithoutADatabaseThePresentTreesFolderStays)
 {
     cLibrary.cDataBase = nullptr;
