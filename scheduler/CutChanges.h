@@ -87,6 +87,8 @@ public:
     // As AddCutToCategory for each of the cut's names, making the main categories that are missing. Nothing
     // happens before the first population.
     void AddCutToCategories(const std::shared_ptr<Cut>& cCut, const NameLists::Names& names);
+    // Shows that one of the cut's category names has no characters.
+    void RefuseEmptyName(const Cut& cCut);
     // Removes a cut's entry from a level, which is touched, and leaves its category names alone.
     void Leave(const Station::Place& place, const TextKey& cKey);
     // Takes a cut out of one level, category name included, and touches it; the name stays while another

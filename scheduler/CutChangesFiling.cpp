@@ -176,10 +176,15 @@ void CutChanges::AddCutToCategories(const std::shared_ptr<Cut>& cCut, const Name
     if (!m_cStation.colMainCats)
         return;
     if (names.bEmptyName)
-        m_cFiling.EmptyName(BoxIcon::None, std::wstring(L"Zero-length cat names are illegal!") + sCrLf +
-                                               ArtistAndTitle(*cCut));
+        RefuseEmptyName(*cCut);
     for (const NameLists::Name& name : names.colNames)
         FileAsNamed(cCut, Ensure(name));
+}
+
+void CutChanges::RefuseEmptyName(const Cut& cCut)
+{
+    m_cFiling.EmptyName(BoxIcon::None,
+                        std::wstring(L"Zero-length cat names are illegal!") + sCrLf + ArtistAndTitle(cCut));
 }
 
 // ---- leaving ----

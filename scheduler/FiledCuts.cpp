@@ -44,14 +44,49 @@ std::vector<std::wstring> AssignedNames(const Cut& cCut)
     return colNames;
 }
 
-void FiledCuts::Remember(const Cut& cCut)
+std::int32_t DataBaseNumber(const Cut& cCut) noexcept
 {
-    Remember(cCut.Key(), NumberOf(AssignedNames(cCut)), cCut.CatLevel());
+    try
+    {
+        return cCut.ID();
+    }
+    catch (...)
+    {
+        return 0; // the number helps to find a cut again; the cut is filed by its key
+    }
 }
 
-void FiledCuts::Remember(const TextKey& cKey, std::uint32_t lNames, std::int32_t lLevel)
+void FiledCuts::Reserve(std::size_t lCuts)
 {
-    m_colCuts[cKey] = {lNames, lLevel};
+    m_colCuts.reserve(lCuts);
+    m_colKeys.reserve(lCuts);
+}
+
+void FiledCuts::Remember(const Cut& cCut)
+{
+    Remember(cCut.Key(), NumberOf(AssignedNames(cCut)), cCut.CatLevel(), DataBaseNumber(cCut));
+}
+
+void FiledCuts::Remember(const TextKey& cKey, std::uint32_t lNames, std::int32_t lLevel, std::int32_t lID)
+{
+    Restore(cKey, Entry{lNames, lLevel, lID});
+}
+
+void FiledCuts::Removed(const TextKey& cKey) noexcept
+{
+    const auto found = m_colCuts.find(cKey);
+    if (found == m_colCuts.end())
+        return;
+    const auto number = m_colKeys.find(found->second.lID);
+    if (number != m_colKeys.end() && number->second == cKey)
+        m_colKeys.erase(number);
+    m_colCuts.erase(found);
+}
+
+std::optional<TextKey> FiledCuts::KeyOf(std::int32_t lID) const
+{
+    const auto found = m_colKeys.find(lID);
+    return found == m_colKeys.end() ? std::nullopt : std::optional(found->second);
 }
 
 std::uint32_t FiledCuts::NumberOf(const std::vector<std::wstring>& colNames)
@@ -77,10 +112,14 @@ std::optional<FiledCuts::Entry> FiledCuts::Recall(const TextKey& cKey) const
 
 void FiledCuts::Restore(const TextKey& cKey, const std::optional<Entry>& entry)
 {
-    if (entry)
-        m_colCuts[cKey] = *entry;
-    else
+    if (!entry)
+    {
         Forget(cKey);
+        return;
+    }
+    m_colCuts[cKey] = *entry;
+    if (entry->lID != 0)
+        m_colKeys.insert_or_assign(entry->lID, cKey);
 }
 
 FiledCuts::OwnChange::~OwnChange()

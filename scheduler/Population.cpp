@@ -94,7 +94,7 @@ void Population::PlaceCuts(const Cuts& colCuts)
             const NameLists::Names& names = NamesOf(*cCut);
             for (const std::shared_ptr<clsCat>& cMainCat : m_colMainCatsOf[names.lNumber])
                 m_cFiling.File(cCut, *cMainCat, bCreated);
-            m_cFiledCuts.Remember(cCut->Key(), names.lNumber, cCut->CatLevel());
+            m_cFiledCuts.Remember(cCut->Key(), names.lNumber, cCut->CatLevel(), DataBaseNumber(*cCut));
         },
         [](const Cut& cCut, std::size_t lCount)
         { return CountText(lCount) + L"Added: " + cCut.Artist() + L" - " + cCut.Title(); });

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <optional>
 #include <utility>
 
 namespace ravlo
@@ -25,24 +24,25 @@ std::wstring UpdatedText(std::size_t lCount, std::size_t lTotal)
     return L"Updated " + CountText(lCount) + L" of " + CountText(lTotal);
 }
 
-// Gives the entry of this very cut another key, in its place. Returns the key it had; nothing when the order
-// does not hold the cut under another key.
-std::optional<TextKey> FileUnderKey(CutCollection& colOrder, const std::shared_ptr<Cut>& cCut,
-                                    const TextKey& cKey)
+// Gives an entry another key and object, in its place.
+void Rename(CutCollection& colOrder, const TextKey& cFormerKey, const TextKey& cKey,
+            const std::shared_ptr<Cut>& cCut)
 {
-    const auto found = std::find(colOrder.begin(), colOrder.end(), cCut);
-    if (found == colOrder.end())
-        return std::nullopt;
-    const auto lPosition = static_cast<std::size_t>(found - colOrder.begin());
-    const TextKey* pKey = colOrder.KeyAt(lPosition);
-    if (!pKey || *pKey == cKey)
-        return std::nullopt;
-    const TextKey cOldKey = *pKey;
     // In front of the old entry, which goes last: short of memory nothing is lost. When the new key is there
     // already, that entry stays.
-    colOrder.Insert(lPosition, &cKey, cCut);
-    colOrder.Remove(cOldKey);
-    return cOldKey;
+    if (const std::optional<std::size_t> lPosition = colOrder.PositionOf(cFormerKey))
+        colOrder.Insert(*lPosition, &cKey, cCut);
+    colOrder.Remove(cFormerKey);
+}
+
+// The key under which a level holds this very object.
+std::optional<TextKey> KeyOfObject(const CutCollection& colOrder, const std::shared_ptr<Cut>& cCut)
+{
+    const auto found = std::find(colOrder.begin(), colOrder.end(), cCut);
+    const TextKey* pKey = found == colOrder.end()
+                              ? nullptr
+                              : colOrder.KeyAt(static_cast<std::size_t>(found - colOrder.begin()));
+    return pKey ? std::optional(*pKey) : std::nullopt;
 }
 
 } // namespace
@@ -198,39 +198,92 @@ std::function<bool()> Synchronisation::WhileNobodyReloads() const
     return [this, lPopulation = m_cStation.lPopulations] { return m_cStation.lPopulations == lPopulation; };
 }
 
-void Synchronisation::AddCut(const std::shared_ptr<Cut>& cCut, NameLists& cNameLists, CutChanges& cChanges)
+void Synchronisation::AddCut(const std::shared_ptr<Cut>& cAnnounced, NameLists& cNameLists,
+                             CutChanges& cChanges)
 {
     const std::function<bool()> isSameTree = WhileNobodyReloads();
-    const TextKey cKey = cCut->Key();
-    FollowNewKey(cCut, cChanges);
+    const TextKey cKey = cAnnounced->Key();
+    const std::shared_ptr<Cut> cCut = OwnOf(cAnnounced, cKey);
+    FollowNewKey(cCut, cKey, cChanges);
     const NameLists::Names& names = cNameLists.Of(*cCut);
     if (m_cStation.cFiledCuts.Knows(cKey) && !m_cStation.cFiledCuts.IsUnchanged(*cCut))
+    {
+        if (names.bEmptyName)
+            cChanges.RefuseEmptyName(*cCut);
         cChanges.ModifyCut(cCut); // announced as new, but filed elsewhere already
+    }
     else
         cChanges.AddCutToCategories(cCut, names);
+    TakeObject(cCut, cKey);
     if (isSameTree()) // else reloaded while a box was shown; the numbers are those of the tree before
-        m_cStation.cFiledCuts.Remember(cKey, names.lNumber, cCut->CatLevel());
+        m_cStation.cFiledCuts.Remember(cKey, names.lNumber, cCut->CatLevel(), DataBaseNumber(*cCut));
+}
+
+// The object that is filed. A host may announce a copy, which would not follow later changes. When the
+// database cannot be asked, the announced one serves until a pick replaces it.
+std::shared_ptr<Cut> Synchronisation::OwnOf(const std::shared_ptr<Cut>& cAnnounced, const TextKey& cKey) const
+{
+    const std::shared_ptr<DataBase> cDataBase = m_cStation.cDataBase; // a look-up may let the host populate
+    try
+    {
+        if (std::shared_ptr<Cut> cOwn = cDataBase ? cDataBase->CutByKey(cKey) : nullptr)
+            return cOwn;
+    }
+    catch (...)
+    {
+        m_cStation.cMod.LogError(L"Looking up an announced cut", CurrentError());
+    }
+    return cAnnounced;
+}
+
+// The entries of a cut that keeps its places hold the database's present object: it may hand out a new one
+// with each change, and the one before may not show the change.
+void Synchronisation::TakeObject(const std::shared_ptr<Cut>& cCut, const TextKey& cKey) const
+{
+    const std::int32_t lLevel = cCut->CatLevel();
+    for (const std::wstring& sName : AssignedNames(*cCut))
+        if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName))
+            if (const std::shared_ptr<clsCat> cSubCat = cMainCat->SubCat(lLevel))
+                if (std::shared_ptr<Cut>* pEntry = cSubCat->SchedCuts()->Find(cKey))
+                    *pEntry = cCut;
 }
 
 // A cut that the tree holds under another key keeps its places and is filed under its new key. Under the old
 // one it would play twice in a round, and go on playing when it is removed.
-void Synchronisation::FollowNewKey(const std::shared_ptr<Cut>& cCut, CutChanges& cChanges)
+void Synchronisation::FollowNewKey(const std::shared_ptr<Cut>& cCut, const TextKey& cKey,
+                                   CutChanges& cChanges)
 {
-    const TextKey cKey = cCut->Key();
     if (!m_cStation.colMainCats || m_cStation.cFiledCuts.Knows(cKey))
         return;
-    std::optional<TextKey> cOldKey;
+    const std::optional<TextKey> cFormerKey = FormerKeyOf(cCut);
+    if (!cFormerKey || *cFormerKey == cKey)
+        return;
+    for (const Station::Place& place : m_cStation.PlacesOf(*cFormerKey))
+    {
+        Rename(*place.cSubCat->SchedCuts(), *cFormerKey, cKey, cCut);
+        cChanges.Touch(place.cMainCat->CatName()); // the order file names cuts by their keys
+    }
+    m_cStation.cFiledCuts.Restore(cKey, m_cStation.cFiledCuts.Recall(*cFormerKey));
+    m_cStation.cFiledCuts.Forget(*cFormerKey);
+}
+
+// By the database's number, which stays whatever object the database hands out; a key that it still has is
+// that of another cut. By the object itself where it gives no numbers.
+std::optional<TextKey> Synchronisation::FormerKeyOf(const std::shared_ptr<Cut>& cCut) const
+{
+    if (const std::int32_t lID = DataBaseNumber(*cCut); lID != 0)
+    {
+        const std::shared_ptr<DataBase> cDataBase = m_cStation.cDataBase;
+        std::optional<TextKey> cFormerKey = m_cStation.cFiledCuts.KeyOf(lID);
+        if (cFormerKey && cDataBase && cDataBase->CutByKey(*cFormerKey))
+            cFormerKey.reset();
+        return cFormerKey;
+    }
     for (const std::shared_ptr<clsCat>& cMainCat : *m_cStation.colMainCats)
         for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
-            if (std::optional<TextKey> cFound = FileUnderKey(*cSubCat->SchedCuts(), cCut, cKey))
-            {
-                cOldKey = std::move(cFound);
-                cChanges.Touch(cMainCat->CatName()); // the order file names cuts by their keys
-            }
-    if (!cOldKey)
-        return;
-    m_cStation.cFiledCuts.Restore(cKey, m_cStation.cFiledCuts.Recall(*cOldKey));
-    m_cStation.cFiledCuts.Forget(*cOldKey);
+            if (std::optional<TextKey> cFormerKey = KeyOfObject(*cSubCat->SchedCuts(), cCut))
+                return cFormerKey;
+    return std::nullopt;
 }
 
 // ---- cuts modified ----
@@ -243,11 +296,8 @@ void Synchronisation::HandleModified(const Cuts& colCuts)
          {
              CutChanges cChanges(m_cStation, *this, CutChanges::Origin::DataBase);
              cChanges.Run(colCuts,
-                          [&](const std::shared_ptr<Cut>& cCut, std::size_t)
-                          {
-                              FollowNewKey(cCut, cChanges);
-                              cChanges.ModifyCut(cCut);
-                          },
+                          [&](const std::shared_ptr<Cut>& cAnnounced, std::size_t)
+                          { ModifyCut(cAnnounced, cChanges); },
                           {});
              CutChanges::Ending ending;
              ending.eSave = HistoryFiles::Manner::WithoutProgress;
@@ -256,6 +306,15 @@ void Synchronisation::HandleModified(const Cuts& colCuts)
              { cMod.DISPLAYERROR(L"ModifyCut [SchedMan]", true, cError); };
              cChanges.Finish(ending);
          });
+}
+
+void Synchronisation::ModifyCut(const std::shared_ptr<Cut>& cAnnounced, CutChanges& cChanges)
+{
+    const TextKey cKey = cAnnounced->Key();
+    const std::shared_ptr<Cut> cCut = OwnOf(cAnnounced, cKey);
+    FollowNewKey(cCut, cKey, cChanges);
+    cChanges.ModifyCut(cCut);
+    TakeObject(cCut, cKey);
 }
 
 // ---- cuts removed ----
@@ -310,7 +369,7 @@ void Synchronisation::RemoveEverywhere(const std::shared_ptr<Cut>& cCut, CutChan
         for (const Station::Place& place : m_cStation.PlacesOf(cKey))
             cChanges.Leave(place, cKey);
     }
-    m_cStation.cFiledCuts.Forget(cKey);
+    m_cStation.cFiledCuts.Removed(cKey);
 }
 
 // ---- afterwards ----

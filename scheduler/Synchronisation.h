@@ -9,6 +9,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace ravlo
@@ -81,8 +82,12 @@ private:
     void HandleModified(const Cuts& colCuts);
     void HandleRemoved(const Cuts& colCuts);
     void AddCuts(const Cuts& colCuts, CutChanges& cChanges);
-    void FollowNewKey(const std::shared_ptr<Cut>& cCut, CutChanges& cChanges);
-    void AddCut(const std::shared_ptr<Cut>& cCut, NameLists& cNameLists, CutChanges& cChanges);
+    std::shared_ptr<Cut> OwnOf(const std::shared_ptr<Cut>& cAnnounced, const TextKey& cKey) const;
+    std::optional<TextKey> FormerKeyOf(const std::shared_ptr<Cut>& cCut) const;
+    void FollowNewKey(const std::shared_ptr<Cut>& cCut, const TextKey& cKey, CutChanges& cChanges);
+    void TakeObject(const std::shared_ptr<Cut>& cCut, const TextKey& cKey) const;
+    void AddCut(const std::shared_ptr<Cut>& cAnnounced, NameLists& cNameLists, CutChanges& cChanges);
+    void ModifyCut(const std::shared_ptr<Cut>& cAnnounced, CutChanges& cChanges);
     void RemoveEverywhere(const std::shared_ptr<Cut>& cCut, CutChanges& cChanges);
     std::function<bool()> WhileNobodyReloads() const;
     void RefreshLibrary(const wchar_t* sLogLine);

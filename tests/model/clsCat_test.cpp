@@ -370,8 +370,10 @@ TEST_F(CatTest, WhoeverIsToldOfTheNameFindsOrderAndTotalChangedAlready)
 TEST_F(CatTest, ACutIsAlsoFoundUnderItsSecondaryKey)
 {
     const auto cLevel = NewCat(L"Rock", 1);
-    Add(*cLevel, NewCut(L"old.mp3", 1, 1000));
+    const auto cFiled = NewCut(L"old.mp3", 1, 1000);
+    Add(*cLevel, cFiled);
     const auto cRenamed = NewCut(L"new.mp3", 1, 1000);
+    cRenamed->lID = cFiled->lID;
     cRenamed->AddCategoryName(L"Rock");
     cRenamed->SetSecondaryKey(L"old.mp3");
     EXPECT_TRUE(cLevel->RemoveCut(cRenamed));

@@ -32,6 +32,39 @@ TEST_F(FiledCutsTest, ACutThatWasNeverMetOrIsForgottenIsUnknownAndChanged)
     EXPECT_FALSE(cFiled.IsUnchanged(*cCut));
 }
 
+TEST_F(FiledCutsTest, ANumberLeadsToTheKeyTheCutWasMetUnderLast)
+{
+    const auto cCut = NewCut(L"Rock", 1);
+    cCut->lID = 7;
+    EXPECT_FALSE(cFiled.KeyOf(7));
+    cFiled.Remember(*cCut);
+    EXPECT_EQ(cFiled.KeyOf(7), TextKey(L"a"));
+    cFiled.Forget(cCut->Key());
+    EXPECT_EQ(cFiled.KeyOf(7), TextKey(L"a")) << "of a cut whose names and level are unknown, too";
+    cFiled.Remember(*cCut);
+    cCut->SetKey(L"z");
+    cFiled.Remember(*cCut);
+    EXPECT_EQ(cFiled.KeyOf(7), TextKey(L"z"));
+    cFiled.Removed(TextKey(L"a"));
+    EXPECT_EQ(cFiled.KeyOf(7), TextKey(L"z")) << "no longer that key's";
+    cFiled.Removed(TextKey(L"z"));
+    EXPECT_FALSE(cFiled.KeyOf(7));
+}
+
+TEST_F(FiledCutsTest, ACutWithoutANumberIsRememberedAllTheSame)
+{
+    const auto cCut = NewCut(L"Rock", 1);
+    cCut->lID = 0;
+    cFiled.Remember(*cCut);
+    EXPECT_TRUE(cFiled.IsUnchanged(*cCut));
+    EXPECT_FALSE(cFiled.KeyOf(0));
+    cCut->lID = 7;
+    cCut->failing = {"ID"};
+    cFiled.Remember(*cCut);
+    EXPECT_TRUE(cFiled.IsUnchanged(*cCut));
+    EXPECT_FALSE(cFiled.KeyOf(7));
+}
+
 TEST_F(FiledCutsTest, NamesInTheirOrderAndTheLevelTellAChange)
 {
     struct Case

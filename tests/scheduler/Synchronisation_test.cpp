@@ -299,6 +299,19 @@ TEST_F(SynchronisationTest, ACutAnnouncedAsNewThatIsFiledElsewhereIsMoved)
     EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop", L"Jazz"}));
 }
 
+TEST_F(SynchronisationTest, AnEmptyNameOfAMovedCutAnnouncedAsNewIsShown)
+{
+    const auto cCut = Add(L"a", L"Rock", 1);
+    Start();
+    cCut->SetCategoryText(L"Pop");
+    cCut->AddCategoryName(L"");
+    Added({cCut});
+    EXPECT_EQ(boxes, (Boxes{OkBox(BoxIcon::None, L"RavloScheduler",
+                                  L"Zero-length cat names are illegal!\r\nArtist of a - Title of a")}));
+    EXPECT_EQ(Order(L"Rock", 1), Keys());
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"a"}));
+}
+
 TEST_F(SynchronisationTest, ACutAnnouncedTwiceStandsOnceAndKeepsItsPlace)
 {
     const auto cCut = Add(L"a", L"Rock");

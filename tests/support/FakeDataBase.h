@@ -197,6 +197,7 @@ public:
         cCut->SetCategoryText(sCategoryText);
         cCut->SetCatLevel(lLevel);
         cCut->SetRunTimemS(lRunTimemS);
+        cCut->lID = ++m_lLastID;
         cCut->calls.clear();
         colCuts.push_back(cCut);
         return cCut;
@@ -208,6 +209,8 @@ public:
     }
 
 private:
+    std::int32_t m_lLastID = 0;
+
     std::shared_ptr<Cut> HandedOut(const std::shared_ptr<Cut>& cCut) const
     {
         const auto* pFake = bFreshObjects ? dynamic_cast<const FakeCut*>(cCut.get()) : nullptr;
