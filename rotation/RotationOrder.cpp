@@ -26,6 +26,13 @@ bool MoveToBack(CutCollection& colOrder, const TextKey& cKey)
     return true;
 }
 
+enum class SentToBack
+{
+    Unknown, // the database knows no such cut: nothing happened
+    No,      // the level does not hold the database's cut
+    Yes,
+};
+
 // cKey is cCut's.
 SentToBack SendToBack(clsCat& cSubCat, const Cut& cCut, const TextKey& cKey, const DataBase& cDataBase)
 {
@@ -47,13 +54,6 @@ SentToBack SendToBack(clsCat& cSubCat, const Cut& cCut, const TextKey& cKey, con
 std::shared_ptr<Cut> DataBaseCutOf(const Cut& cCut, const DataBase& cDataBase)
 {
     return OwnCut(cCut, cCut.Key(), cDataBase);
-}
-
-SentToBack SendToBack(clsCat* cSubCat, const Cut* cCut, const DataBase* cDataBase)
-{
-    if (!cSubCat || !cCut || !cDataBase)
-        return SentToBack::Unknown;
-    return SendToBack(*cSubCat, *cCut, cCut->Key(), *cDataBase);
 }
 
 bool SendToBackOfCategory(clsCat* cSubCat, const Cut* cCut, const SelectionWorld& world)

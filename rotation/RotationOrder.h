@@ -17,19 +17,10 @@ namespace ravlo
 // when there is none. Errors of the database are thrown.
 std::shared_ptr<Cut> DataBaseCutOf(const Cut& cCut, const DataBase& cDataBase);
 
-enum class SentToBack
-{
-    Unknown, // no level, no cut, no database, or the database knows no such cut: nothing happened
-    No,      // the level does not hold the database's cut
-    Yes,     // the database's cut stands at the end, in place of whatever object stood there under its key
-};
-
-// Moves the database's own cut for cCut from its place in the level to the end. Errors of the database are
-// thrown, and nothing has moved then.
-SentToBack SendToBack(clsCat* cSubCat, const Cut* cCut, const DataBase* cDataBase);
-
-// The same in a world: notes what became of the cut, except when it is unknown. True when it was sent to the
-// back. An error is logged, without a box, and gives false.
+// Moves the database's own cut for cCut from its place in the level to the end, where it takes the place of
+// the object that was filed under its key, and notes what became of it. False, and nothing is noted, without
+// a level, a cut or a database, or when the database knows no such cut; false when the level does not hold
+// it. An error is logged, without a box, and gives false: nothing has moved then.
 bool SendToBackOfCategory(clsCat* cSubCat, const Cut* cCut, const SelectionWorld& world);
 
 } // namespace ravlo
