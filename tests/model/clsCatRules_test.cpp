@@ -12,6 +12,7 @@
 #include <optional>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace ravlo::test
@@ -23,7 +24,7 @@ using namespace std::string_literals;
 using Boxes = std::vector<ShownBox>;
 using Lines = std::vector<std::wstring>;
 
-// A rules record as it lies on the disk, put together by hand: two separations, the ignore field, the key of
+// A rules record as it is on the disk, put together by hand: two separations, the ignore field, the key of
 // 55 bytes, the album separation.
 std::string Record(const std::string& artist, const std::string& title, const std::string& ignore,
                    const std::string& catId, const std::string& album)
@@ -31,9 +32,22 @@ std::string Record(const std::string& artist, const std::string& title, const st
     return artist + title + ignore + catId + std::string(55 - catId.size(), ' ') + album;
 }
 
+// A separation of less than 256 minutes.
+std::string Mins(char cMins) { return {cMins, '\0', '\0', '\0'}; }
+
 const std::string notSet = "\xFF\xFF\xFF\xFF";
 const std::string yes = "\xFF\xFF";
 const std::string no = "\0\0"s;
+const std::string popRules = Record(Mins(1), Mins(2), yes, "Pop", Mins(3));
+
+using Values = std::tuple<std::int32_t, std::int32_t, std::int32_t, bool>;
+const Values noneSet{71, 72, -1, false}; // the global rules, except for the album
+
+// Artist, title, album, ignore.
+Values ValuesOf(const clsCatRules& cRules)
+{
+    return {cRules.ArtistSepMins(), cRules.TitleSepMins(), cRules.AlbumSepMins(), cRules.IgnoreRules()};
+}
 
 class RulesTest : public testing::Test
 {
@@ -52,20 +66,22 @@ protected:
     {
         return L"C:\\Radio\\Scheduler\\Rules\\" + sName + L".rls";
     }
+    void Put(const std::string& bytes) { cWorld.cFiles.Put(sPop, bytes); }
 
-    std::unique_ptr<clsCatRules> NewRules(const std::wstring& sCatID = L"")
+    std::unique_ptr<clsCatRules> NewRules(const std::wstring& sCatID = L"Pop")
     {
         auto cRules = std::make_unique<clsCatRules>(cMod);
         cRules->SetCatID(sCatID);
         return cRules;
     }
-    std::optional<std::string> FileOf(const std::wstring& sName) const
+    std::optional<std::string> FileOf(const std::wstring& sName = L"Pop") const
     {
         if (!cWorld.cFiles.FileExists(PathOf(sName)))
             return std::nullopt;
         return cWorld.cFiles.Get(PathOf(sName));
     }
 
+    const std::wstring sPop = PathOf(L"Pop");
     RadioWorld cWorld;
     ModScheduler cMod{cWorld.AllPorts()};
     std::vector<ShownBox>& boxes = cWorld.cMessages.Boxes;
@@ -73,67 +89,49 @@ protected:
 
 // ---- values
 
-TEST_F(RulesTest, ANewObjectHoldsZeroFalseAndNoKey)
+TEST_F(RulesTest, NewObjectHoldsZeroFalseAndNoKey)
 {
-    const auto cRules = NewRules();
-    EXPECT_EQ(cRules->ArtistSepMins(), 0);
-    EXPECT_EQ(cRules->TitleSepMins(), 0);
-    EXPECT_EQ(cRules->AlbumSepMins(), 0);
-    EXPECT_FALSE(cRules->IgnoreRules());
+    const auto cRules = NewRules(L"");
+    EXPECT_EQ(ValuesOf(*cRules), Values(0, 0, 0, false));
     EXPECT_EQ(cRules->CatID(), L"");
 }
 
-TEST_F(RulesTest, WhatAFileDoesNotSetFallsBackToTheGlobalRuleExceptTheAlbum)
+TEST_F(RulesTest, WhatIsNotSetIsTheGlobalRuleExceptTheAlbum)
 {
-    const auto cRules = NewRules(L"Pop\u00AC\u00AC\u00AC2");
-    EXPECT_EQ(cRules->ArtistSepMins(), 71);
-    EXPECT_EQ(cRules->TitleSepMins(), 72);
-    EXPECT_EQ(cRules->AlbumSepMins(), -1) << "on purpose: whoever asks applies the global album rule";
+    const auto cRules = NewRules();
+    EXPECT_EQ(ValuesOf(*cRules), noneSet) << "on purpose: whoever asks applies the global album rule";
     cMod.SetGlobalArtistSepMins(5);
     EXPECT_EQ(cRules->ArtistSepMins(), 5) << "as it is at the moment";
-}
-
-TEST_F(RulesTest, ZeroIsAValueOfItsOwn)
-{
-    const auto cRules = NewRules(L"Pop");
     cRules->SetArtistSepMins(0);
     cRules->SetTitleSepMins(0);
     cRules->SetAlbumSepMins(0);
-    EXPECT_EQ(cRules->ArtistSepMins(), 0);
-    EXPECT_EQ(cRules->TitleSepMins(), 0);
-    EXPECT_EQ(cRules->AlbumSepMins(), 0);
-    EXPECT_EQ(FileOf(L"Pop"), Record("\0\0\0\0"s, "\0\0\0\0"s, no, "Pop", "\0\0\0\0"s));
+    EXPECT_EQ(ValuesOf(*cRules), Values(0, 0, 0, false)) << "zero is a value of its own";
+    EXPECT_EQ(FileOf(), Record(Mins(0), Mins(0), no, "Pop", Mins(0)));
 }
 
-TEST_F(RulesTest, ANegativeArtistOrTitleSeparationIsIgnored)
+TEST_F(RulesTest, NegativeArtistOrTitleSeparationIsIgnored)
 {
-    const auto cRules = NewRules(L"Pop");
+    const auto cRules = NewRules();
     cRules->SetArtistSepMins(10);
     cRules->SetTitleSepMins(20);
     cWorld.cFiles.ClearOperations();
-    cRules->SetArtistSepMins(-5);
+    cRules->SetArtistSepMins(-1);
     cRules->SetTitleSepMins(std::numeric_limits<std::int32_t>::min());
-    EXPECT_EQ(cRules->ArtistSepMins(), 10);
-    EXPECT_EQ(cRules->TitleSepMins(), 20);
+    EXPECT_EQ(ValuesOf(*cRules), Values(10, 20, -1, false));
     EXPECT_TRUE(cWorld.cFiles.Operations().empty()) << "nor is the file touched";
 }
 
-TEST_F(RulesTest, ANegativeAlbumSeparationIsStoredAsItsAbsoluteValueAndSaved)
+TEST_F(RulesTest, AlbumSeparationIsStoredAsItsAbsoluteValue)
 {
-    const auto cRules = NewRules(L"Pop");
-    cRules->SetAlbumSepMins(-5);
-    EXPECT_EQ(cRules->AlbumSepMins(), 5);
-    EXPECT_EQ(FileOf(L"Pop"), Record(notSet, notSet, no, "Pop", "\5\0\0\0"s));
-    cRules->SetAlbumSepMins(-20);
-    EXPECT_EQ(cRules->AlbumSepMins(), 20);
+    const auto cRules = NewRules();
+    for (const char cMins : "\5\24"s)
+    {
+        cRules->SetAlbumSepMins(-cMins);
+        EXPECT_EQ(cRules->AlbumSepMins(), cMins);
+        EXPECT_EQ(FileOf(), Record(notSet, notSet, no, "Pop", Mins(cMins)));
+    }
     cRules->SetAlbumSepMins(7);
     EXPECT_EQ(cRules->AlbumSepMins(), 7);
-}
-
-TEST_F(RulesTest, AnAlbumSeparationWithoutAbsoluteValueOverflowsAndChangesNothing)
-{
-    const auto cRules = NewRules(L"Pop");
-    cRules->SetAlbumSepMins(7);
     try
     {
         cRules->SetAlbumSepMins(std::numeric_limits<std::int32_t>::min());
@@ -141,177 +139,151 @@ TEST_F(RulesTest, AnAlbumSeparationWithoutAbsoluteValueOverflowsAndChangesNothin
     }
     catch (const RuntimeError& cError)
     {
-        EXPECT_EQ(cError.Number(), error::Overflow);
+        EXPECT_EQ(cError.Number(), error::Overflow) << "there is no such value";
     }
     EXPECT_EQ(cRules->AlbumSepMins(), 7);
 }
 
 TEST_F(RulesTest, EverySetterRewritesTheFile)
 {
-    const auto cRules = NewRules(L"Pop\u00AC\u00AC\u00AC2");
-    EXPECT_EQ(FileOf(L"Pop\u00AC\u00AC\u00AC2"), std::nullopt) << "setting the key writes nothing";
-    const std::string id = "Pop\xAC\xAC\xAC"
-                           "2";
+    const auto cRules = NewRules();
+    EXPECT_EQ(FileOf(), std::nullopt) << "setting the key writes nothing";
     cRules->SetArtistSepMins(0x01020304);
-    EXPECT_EQ(FileOf(cRules->CatID()), Record("\4\3\2\1", notSet, no, id, notSet));
+    EXPECT_EQ(FileOf(), Record("\4\3\2\1", notSet, no, "Pop", notSet));
     cRules->SetTitleSepMins(300);
-    EXPECT_EQ(FileOf(cRules->CatID()), Record("\4\3\2\1", "\x2C\1\0\0"s, no, id, notSet));
+    EXPECT_EQ(FileOf(), Record("\4\3\2\1", "\x2C\1\0\0"s, no, "Pop", notSet));
     cRules->SetIgnoreRules(true);
-    EXPECT_EQ(FileOf(cRules->CatID()), Record("\4\3\2\1", "\x2C\1\0\0"s, yes, id, notSet));
+    EXPECT_EQ(FileOf(), Record("\4\3\2\1", "\x2C\1\0\0"s, yes, "Pop", notSet));
     cRules->SetAlbumSepMins(std::numeric_limits<std::int32_t>::max());
-    EXPECT_EQ(FileOf(cRules->CatID()), Record("\4\3\2\1", "\x2C\1\0\0"s, yes, id, "\xFF\xFF\xFF\x7F"));
+    EXPECT_EQ(FileOf(), Record("\4\3\2\1", "\x2C\1\0\0"s, yes, "Pop", "\xFF\xFF\xFF\x7F"));
     cRules->SetIgnoreRules(false);
-    EXPECT_EQ(FileOf(cRules->CatID()), Record("\4\3\2\1", "\x2C\1\0\0"s, no, id, "\xFF\xFF\xFF\x7F"));
-    EXPECT_EQ(FileOf(cRules->CatID())->size(), 69u);
+    EXPECT_EQ(FileOf(), Record("\4\3\2\1", "\x2C\1\0\0"s, no, "Pop", "\xFF\xFF\xFF\x7F"));
+    EXPECT_EQ(FileOf()->size(), 69u);
 }
 
-TEST_F(RulesTest, TheEditorsValuesAreStoredInOneSave)
+TEST_F(RulesTest, EditorsValuesAreStoredInOneSave)
 {
-    const auto cRules = NewRules(L"Pop");
+    const auto cRules = NewRules();
     cWorld.cFiles.ClearOperations();
     EXPECT_TRUE(cRules->Apply({1, 2, 3, true}));
     EXPECT_EQ(cWorld.cFiles.Operations().size(), 2u) << "one new file, one rename";
-    EXPECT_EQ(FileOf(L"Pop"), Record("\1\0\0\0"s, "\2\0\0\0"s, yes, "Pop", "\3\0\0\0"s));
+    EXPECT_EQ(FileOf(), popRules);
     EXPECT_TRUE(cRules->Apply({.lArtist = std::nullopt, .lTitle = 5, .lAlbum = -1, .bIgnore = std::nullopt}));
-    EXPECT_EQ(FileOf(L"Pop"), Record("\1\0\0\0"s, "\5\0\0\0"s, yes, "Pop", notSet)) << "-1 unsets the album";
+    EXPECT_EQ(FileOf(), Record(Mins(1), Mins(5), yes, "Pop", notSet)) << "-1 unsets the album";
 }
 
 // ---- reading
 
 TEST_F(RulesTest, SettingTheKeyLoadsItsFile)
 {
-    cWorld.cFiles.Put(PathOf(L"Pop\u00AC\u00AC\u00AC2"), Record("\1\0\0\0"s, "\2\0\0\0"s, yes,
-                                                                "Pop\xAC\xAC\xAC"
-                                                                "2",
-                                                                "\3\0\0\0"s));
-    const auto cRules = NewRules(L"Pop\u00AC\u00AC\u00AC2");
-    EXPECT_EQ(cRules->ArtistSepMins(), 1);
-    EXPECT_EQ(cRules->TitleSepMins(), 2);
-    EXPECT_EQ(cRules->AlbumSepMins(), 3);
-    EXPECT_TRUE(cRules->IgnoreRules());
-    EXPECT_EQ(cRules->CatID(), L"Pop\u00AC\u00AC\u00AC2");
-}
-
-TEST_F(RulesTest, ANegativeValueOnDiskReadsAsNotSet)
-{
-    cWorld.cFiles.Put(PathOf(L"Pop"),
-                      Record("\xF9\xFF\xFF\xFF", "\0\0\0\x80"s, no, "Pop", "\xFE\xFF\xFF\xFF"));
-    const auto cRules = NewRules(L"Pop");
-    EXPECT_EQ(cRules->ArtistSepMins(), 71);
-    EXPECT_EQ(cRules->TitleSepMins(), 72);
-    EXPECT_EQ(cRules->AlbumSepMins(), -1);
+    const std::wstring sKey = L"Pop\u00AC\u00AC\u00AC2";
+    cWorld.cFiles.Put(PathOf(sKey), popRules + "more, which is not looked at");
+    const auto cRules = NewRules(sKey);
+    EXPECT_EQ(ValuesOf(*cRules), Values(1, 2, 3, true));
+    EXPECT_EQ(cRules->CatID(), sKey) << "and not what the file says";
     EXPECT_TRUE(cRules->SaveRules());
-    EXPECT_EQ(FileOf(L"Pop"), Record(notSet, notSet, no, "Pop", notSet));
+    const std::string key = "Pop\xAC\xAC\xAC"
+                            "2";
+    EXPECT_EQ(FileOf(sKey), Record(Mins(1), Mins(2), yes, key, Mins(3)));
+    EXPECT_TRUE(boxes.empty());
 }
 
-TEST_F(RulesTest, AnyNonzeroIgnoreFieldIsTrueAndIsWrittenAsTheUsualOne)
+TEST_F(RulesTest, NegativeValueOnDiskReadsAsNotSet)
+{
+    Put(Record("\xF9\xFF\xFF\xFF", "\0\0\0\x80"s, no, "Pop", "\xFE\xFF\xFF\xFF"));
+    const auto cRules = NewRules();
+    EXPECT_EQ(ValuesOf(*cRules), noneSet);
+    EXPECT_TRUE(cRules->SaveRules());
+    EXPECT_EQ(FileOf(), Record(notSet, notSet, no, "Pop", notSet));
+    Put(Record(Mins(0), Mins(0), no, "Pop", Mins(0)));
+    EXPECT_EQ(ValuesOf(*NewRules()), Values(0, 0, 0, false));
+}
+
+TEST_F(RulesTest, NonzeroIgnoreFieldIsTrueAndWrittenAsTheUsualOne)
 {
     for (const std::string& ignore : {"\1\0"s, "\0\1"s, "\0\x80"s, "\xFE\xFF"s})
     {
-        cWorld.cFiles.Put(PathOf(L"Pop"), Record(notSet, notSet, ignore, "Pop", notSet));
-        const auto cRules = NewRules(L"Pop");
-        EXPECT_TRUE(cRules->IgnoreRules());
-        cRules->SaveRules();
-        EXPECT_EQ(FileOf(L"Pop"), Record(notSet, notSet, yes, "Pop", notSet));
+        Put(Record(notSet, notSet, ignore, "Pop", notSet));
+        EXPECT_TRUE(NewRules()->IgnoreRules()); // and is released
+        EXPECT_EQ(FileOf(), Record(notSet, notSet, yes, "Pop", notSet));
     }
 }
 
-TEST_F(RulesTest, TheKeyAskedForHoldsWhateverTheFileSays)
+TEST_F(RulesTest, MissingFileIsNoErrorAndKeepsIgnoreRules)
 {
-    cWorld.cFiles.Put(PathOf(L"Pop"), Record(notSet, notSet, no, "Rock", notSet));
-    const auto cRules = NewRules(L"Pop");
-    EXPECT_EQ(cRules->CatID(), L"Pop");
-}
-
-TEST_F(RulesTest, BytesAfterTheRecordAreNotLookedAt)
-{
-    cWorld.cFiles.Put(PathOf(L"Pop"), Record("\1\0\0\0"s, notSet, no, "Pop", notSet) + "more");
-    EXPECT_EQ(NewRules(L"Pop")->ArtistSepMins(), 1);
-    EXPECT_TRUE(boxes.empty());
-}
-
-TEST_F(RulesTest, AMissingFileIsNoErrorAndKeepsIgnoreRules)
-{
-    const auto cRules = NewRules(L"Pop");
+    const auto cRules = NewRules();
     cRules->SetIgnoreRules(true);
     cRules->SetArtistSepMins(5);
     cRules->SetCatID(L"Rock");
-    EXPECT_EQ(cRules->ArtistSepMins(), 71);
-    EXPECT_EQ(cRules->AlbumSepMins(), -1);
-    EXPECT_TRUE(cRules->IgnoreRules());
+    EXPECT_EQ(ValuesOf(*cRules), Values(71, 72, -1, true));
     EXPECT_TRUE(boxes.empty());
 }
 
-TEST_F(RulesTest, AnEmptyKeyIsIgnored)
+TEST_F(RulesTest, EmptyKeyIsIgnored)
 {
-    const auto cRules = NewRules(L"Pop");
+    const auto cRules = NewRules();
     cRules->SetArtistSepMins(5);
     cRules->SetCatID(L"");
     EXPECT_EQ(cRules->CatID(), L"Pop");
     EXPECT_EQ(cRules->ArtistSepMins(), 5);
 }
 
-TEST_F(RulesTest, ASecondKeyRebindsTheObject)
+TEST_F(RulesTest, SecondKeyRebindsTheObject)
 {
-    cWorld.cFiles.Put(PathOf(L"Rock"), Record("\7\0\0\0"s, notSet, yes, "Rock", notSet));
-    auto cRules = NewRules(L"Pop");
+    cWorld.cFiles.Put(PathOf(L"Rock"), Record(Mins(7), notSet, yes, "Rock", notSet));
+    auto cRules = NewRules();
     cRules->SetArtistSepMins(5);
     cRules->SetCatID(L"Rock");
     EXPECT_EQ(cRules->ArtistSepMins(), 7);
     EXPECT_TRUE(cRules->IgnoreRules());
     cRules->SetTitleSepMins(8);
     cRules.reset();
-    EXPECT_EQ(FileOf(L"Pop"), Record("\5\0\0\0"s, notSet, no, "Pop", notSet));
-    EXPECT_EQ(FileOf(L"Rock"), Record("\7\0\0\0"s, "\x8\0\0\0"s, yes, "Rock", notSet));
+    EXPECT_EQ(FileOf(), Record(Mins(5), notSet, no, "Pop", notSet));
+    EXPECT_EQ(FileOf(L"Rock"), Record(Mins(7), Mins(8), yes, "Rock", notSet));
 }
 
-TEST_F(RulesTest, AFileShorterThanItsRecordIsAnErrorAndNothingOfItIsTaken)
+TEST_F(RulesTest, ShortFileIsAnErrorAndNothingOfItIsTaken)
 {
-    const std::string whole = Record("\1\0\0\0"s, "\2\0\0\0"s, yes, "Pop", "\3\0\0\0"s);
-    for (std::size_t lLength = 0; lLength < whole.size(); ++lLength)
+    for (std::size_t lLength = 0; lLength < popRules.size(); ++lLength)
     {
         boxes.clear();
-        cWorld.cFiles.Put(PathOf(L"Pop"), whole.substr(0, lLength));
-        auto cRules = NewRules(L"Pop");
+        Put(popRules.substr(0, lLength));
+        auto cRules = NewRules();
         EXPECT_EQ(boxes, Boxes{HandledError(L"GetRules", L"Input past end of file", L"62")});
-        EXPECT_EQ(cRules->ArtistSepMins(), 71);
-        EXPECT_EQ(cRules->TitleSepMins(), 72);
-        EXPECT_EQ(cRules->AlbumSepMins(), -1);
-        EXPECT_FALSE(cRules->IgnoreRules());
+        EXPECT_EQ(ValuesOf(*cRules), noneSet);
         EXPECT_EQ(cRules->CatID(), L"Pop") << "the key is set all the same";
         cRules.reset();
-        EXPECT_EQ(FileOf(L"Pop"), Record(notSet, notSet, no, "Pop", notSet)) << "release repairs it";
-        EXPECT_EQ(cWorld.cFiles.Get(PathOf(L"Pop") + L".bak"), whole.substr(0, lLength)) << "and keeps it";
-        cWorld.cFiles.Delete(PathOf(L"Pop") + L".bak");
+        EXPECT_EQ(FileOf(), Record(notSet, notSet, no, "Pop", notSet)) << "release repairs it";
+        EXPECT_EQ(cWorld.cFiles.Get(sPop + L".bak"), popRules.substr(0, lLength)) << "and keeps it";
+        cWorld.cFiles.Delete(sPop + L".bak");
         boxes.clear();
-        NewRules(L"Pop");
+        NewRules();
         EXPECT_TRUE(boxes.empty()) << "the next start has nothing to complain of";
     }
     EXPECT_EQ(cWorld.LogMessages().front(), L"DISPLAYERROR, GetRules 62 Input past end of file");
-    EXPECT_EQ(cWorld.LogMessages().size(), whole.size());
+    EXPECT_EQ(cWorld.LogMessages().size(), popRules.size());
 }
 
-TEST_F(RulesTest, AnUnreadableFileIsReportedAndNotOverwrittenByReleaseButByASetter)
+TEST_F(RulesTest, UnreadableFileIsOverwrittenByASetterAlone)
 {
-    const std::string content = Record("\1\0\0\0"s, "\2\0\0\0"s, yes, "Pop", "\3\0\0\0"s);
-    cWorld.cFiles.Put(PathOf(L"Pop"), content);
-    cWorld.cFiles.SetUnreadable(PathOf(L"Pop"), error::PermissionDenied);
-    auto cRules = NewRules(L"Pop");
+    Put(popRules);
+    cWorld.cFiles.SetUnreadable(sPop, error::PermissionDenied);
+    auto cRules = NewRules();
     EXPECT_EQ(boxes, Boxes{HandledError(L"GetRules", L"Permission denied", L"70")});
     cRules.reset();
-    EXPECT_EQ(FileOf(L"Pop"), content);
-    cRules = NewRules(L"Pop");
+    EXPECT_EQ(FileOf(), popRules);
+    cRules = NewRules();
     cRules->SetTitleSepMins(9);
-    const std::string now = Record(notSet, "\x9\0\0\0"s, no, "Pop", notSet);
-    EXPECT_EQ(FileOf(L"Pop"), now);
+    const std::string now = Record(notSet, Mins(9), no, "Pop", notSet);
+    EXPECT_EQ(FileOf(), now);
     cRules.reset();
-    EXPECT_EQ(FileOf(L"Pop"), now);
+    EXPECT_EQ(FileOf(), now);
 }
 
-TEST_F(RulesTest, AFolderOfThatNameIsNoFile)
+TEST_F(RulesTest, FolderOfThatNameIsNoFile)
 {
-    cWorld.cFiles.MakeFolders(PathOf(L"Pop"));
-    NewRules(L"Pop");
+    cWorld.cFiles.MakeFolders(sPop);
+    NewRules();
     EXPECT_TRUE(boxes.empty());
 }
 
@@ -324,8 +296,8 @@ TEST_F(RulesTest, AnyBytesAreReadWithoutHarm)
         std::string bytes(random() % 140, '\0');
         for (char& c : bytes)
             c = static_cast<char>(random());
-        cWorld.cFiles.Put(PathOf(L"Pop"), bytes);
-        const auto cRules = NewRules(L"Pop");
+        Put(bytes);
+        const auto cRules = NewRules();
         ASSERT_GE(cRules->ArtistSepMins(), 0) << "seed " << lSeed << ", round " << lRound;
         ASSERT_GE(cRules->TitleSepMins(), 0);
         ASSERT_GE(cRules->AlbumSepMins(), -1);
@@ -335,7 +307,7 @@ TEST_F(RulesTest, AnyBytesAreReadWithoutHarm)
 
 // ---- keys
 
-TEST_F(RulesTest, TheKeyIsHandedOutWithoutBlanksAtItsEnds)
+TEST_F(RulesTest, KeyIsHandedOutWithoutBlanksAtItsEnds)
 {
     const auto cRules = NewRules(L"  Pop x  ");
     EXPECT_EQ(cRules->CatID(), L"Pop x");
@@ -344,39 +316,35 @@ TEST_F(RulesTest, TheKeyIsHandedOutWithoutBlanksAtItsEnds)
         << "the field keeps what was set";
 }
 
-TEST_F(RulesTest, ALongKeyIsReadUnderTheFullNameAndSavedUnderItsFirst55Characters)
+TEST_F(RulesTest, LongKeyIsReadInFullAndSavedUnder55Characters)
 {
     const std::wstring sLong = std::wstring(50, L'x') + L"\u00AC\u00AC\u00AC12345"; // 58
-    cWorld.cFiles.Put(PathOf(sLong), Record("\1\0\0\0"s, notSet, no, "", notSet));
+    cWorld.cFiles.Put(PathOf(sLong), Record(Mins(1), notSet, no, "", notSet));
     const auto cRules = NewRules(sLong);
     EXPECT_EQ(cRules->ArtistSepMins(), 1);
     EXPECT_EQ(cRules->CatID(), sLong.substr(0, 55));
     cRules->SetTitleSepMins(2);
-    EXPECT_EQ(FileOf(sLong.substr(0, 55)), Record("\1\0\0\0"s, "\2\0\0\0"s, no,
+    EXPECT_EQ(FileOf(sLong.substr(0, 55)), Record(Mins(1), Mins(2), no,
                                                   std::string(50, 'x') + "\xAC\xAC\xAC"
                                                                          "12",
                                                   notSet));
-    EXPECT_EQ(FileOf(sLong), Record("\1\0\0\0"s, notSet, no, "", notSet));
+    EXPECT_EQ(FileOf(sLong), Record(Mins(1), notSet, no, "", notSet));
     EXPECT_EQ(cWorld.LogMessages(), Lines{L"Warning: the rules of " + sLong +
                                           L" are saved under the first 55 characters of that name."});
 }
 
-TEST_F(RulesTest, ALongKeyLosesTheBlanksAtItsCutEnd)
+TEST_F(RulesTest, KeyIsCutAt55CharactersAndLosesTheBlanksThere)
 {
-    const std::wstring sName = std::wstring(53, L'x');
+    const std::wstring sName(53, L'x');
+    NewRules(sName + L"  ")->SaveRules(); // 55
+    EXPECT_TRUE(cWorld.LogMessages().empty());
     NewRules(sName + L"  tail")->SaveRules();
     EXPECT_EQ(FileOf(sName), Record(notSet, notSet, no, std::string(53, 'x') + "  ", notSet));
+    EXPECT_EQ(NewRules(std::wstring(55, L'y'))->CatID(), std::wstring(55, L'y'));
+    EXPECT_EQ(cWorld.LogMessages().size(), 1u);
 }
 
-TEST_F(RulesTest, AKeyOf55CharactersIsNotCut)
-{
-    const std::wstring sName(55, L'x');
-    const auto cRules = NewRules(sName);
-    EXPECT_EQ(cRules->CatID(), sName);
-    EXPECT_TRUE(cWorld.LogMessages().empty());
-}
-
-TEST_F(RulesTest, WhatTheCodePageLacksIsSubstitutedInTheFileButNotInItsName)
+TEST_F(RulesTest, CodePageSubstitutesInTheFileButNotInItsName)
 {
     const auto cRules = NewRules(L"\u65E5\u672C\u20AC");
     EXPECT_TRUE(cRules->SaveRules());
@@ -386,7 +354,7 @@ TEST_F(RulesTest, WhatTheCodePageLacksIsSubstitutedInTheFileButNotInItsName)
 TEST_F(RulesTest, WithoutAKeyNothingIsSavedAndNothingSaid)
 {
     {
-        const auto cRules = NewRules();
+        const auto cRules = NewRules(L"");
         EXPECT_FALSE(cRules->SaveRules());
         cRules->SetArtistSepMins(5);
         EXPECT_EQ(cRules->ArtistSepMins(), 5);
@@ -397,7 +365,7 @@ TEST_F(RulesTest, WithoutAKeyNothingIsSavedAndNothingSaid)
     EXPECT_TRUE(boxes.empty());
 }
 
-TEST_F(RulesTest, AKeyThatCanBeNoFilesNameIsRefusedWhenItIsSaved)
+TEST_F(RulesTest, KeyThatIsNoFileNameIsRefusedWhenSaved)
 {
     for (const wchar_t* sKey : {L"AC/DC\u00AC\u00AC\u00AC1", L"..\\..\\x", L"NUL", L"a*"})
     {
@@ -416,7 +384,7 @@ TEST_F(RulesTest, AKeyThatCanBeNoFilesNameIsRefusedWhenItIsSaved)
     EXPECT_EQ(cWorld.cFiles.Paths().size(), 2u) << "the settings and the log";
 }
 
-TEST_F(RulesTest, ANameFullOfDotsStaysInItsFolder)
+TEST_F(RulesTest, NameFullOfDotsStaysInItsFolder)
 {
     EXPECT_TRUE(NewRules(L"..")->SaveRules());
     EXPECT_TRUE(FileOf(L".."));
@@ -440,13 +408,13 @@ TEST_F(RulesTest, WithoutAnApplicationPathNothingIsReadOrWritten)
 
 // ---- release
 
-TEST_F(RulesTest, EveryObjectThatWasGivenAKeyLeavesItsFile)
+TEST_F(RulesTest, ReleasedObjectLeavesItsFile)
 {
-    NewRules(L"Pop");
-    EXPECT_EQ(FileOf(L"Pop"), Record(notSet, notSet, no, "Pop", notSet));
+    NewRules();
+    EXPECT_EQ(FileOf(), Record(notSet, notSet, no, "Pop", notSet));
 }
 
-TEST_F(RulesTest, ACategoryReleasesItsRules)
+TEST_F(RulesTest, CategoryReleasesItsRules)
 {
     {
         const auto cCat = std::make_shared<clsCat>(cMod, L"Pop", 2);
@@ -455,46 +423,46 @@ TEST_F(RulesTest, ACategoryReleasesItsRules)
     EXPECT_TRUE(FileOf(L"Pop\u00AC\u00AC\u00AC2"));
 }
 
-TEST_F(RulesTest, AnObjectReleasedLateDoesNotBringOldValuesBack)
+TEST_F(RulesTest, ObjectReleasedLateDoesNotBringOldValuesBack)
 {
-    auto cOld = NewRules(L"Pop");
+    auto cOld = NewRules();
     auto cNew = NewRules(L"pop");
     cNew->SetArtistSepMins(5);
     cOld.reset();
-    EXPECT_EQ(FileOf(L"Pop"), Record("\5\0\0\0"s, notSet, no, "pop", notSet));
+    EXPECT_EQ(FileOf(), Record(Mins(5), notSet, no, "pop", notSet));
 
-    auto cThird = NewRules(L"Pop");
+    auto cThird = NewRules();
     cThird->SetTitleSepMins(6);
     cNew->SetArtistSepMins(9); // it writes its own values again: from now on these are the newest
     cThird.reset();
     cNew.reset();
-    EXPECT_EQ(FileOf(L"Pop"), Record("\x9\0\0\0"s, notSet, no, "pop", notSet));
+    EXPECT_EQ(FileOf(), Record(Mins(9), notSet, no, "pop", notSet));
 }
 
-TEST_F(RulesTest, AnObjectFromAnotherApplicationFolderDoesNotTouchTheNewOne)
+TEST_F(RulesTest, ObjectOfAnotherFolderDoesNotTouchTheNewOne)
 {
     cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\Rules\\Pop.rls", "theirs");
-    auto cRules = NewRules(L"Pop");
+    auto cRules = NewRules();
     cMod.StoreAppPath(L"C:\\Other");
     cRules.reset();
     EXPECT_EQ(cWorld.cFiles.Get(L"C:\\Other\\Scheduler\\Rules\\Pop.rls"), "theirs");
 }
 
-TEST_F(RulesTest, AnObjectMadeBeforeAnyFolderWasKnownDoesNotOverwriteWhatItNeverRead)
+TEST_F(RulesTest, ObjectMadeBeforeAnyFolderOverwritesNothing)
 {
     ModScheduler cOther(cWorld.AllPorts());
-    cWorld.cFiles.Put(PathOf(L"Pop"), "theirs");
+    Put("theirs");
     {
         clsCatRules cRules(cOther);
         cRules.SetCatID(L"Pop");
         cOther.StoreAppPath(sRadio);
     }
-    EXPECT_EQ(FileOf(L"Pop"), "theirs");
+    EXPECT_EQ(FileOf(), "theirs");
 }
 
-TEST_F(RulesTest, AFailureOnReleaseIsOnlyLogged)
+TEST_F(RulesTest, FailureOnReleaseIsOnlyLogged)
 {
-    auto cRules = NewRules(L"Pop");
+    auto cRules = NewRules();
     cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\Rules");
     cRules.reset();
     EXPECT_TRUE(boxes.empty());
@@ -503,26 +471,26 @@ TEST_F(RulesTest, AFailureOnReleaseIsOnlyLogged)
 
 // ---- failing files
 
-TEST_F(RulesTest, AFailedSaveIsReportedAndFalse)
+TEST_F(RulesTest, FailedSaveIsReportedAndFalse)
 {
-    const auto cRules = NewRules(L"Pop");
-    cWorld.cFiles.Put(PathOf(L"Pop"), "old");
-    cWorld.cFiles.SetReadOnly(PathOf(L"Pop"));
+    const auto cRules = NewRules();
+    Put("old");
+    cWorld.cFiles.SetReadOnly(sPop);
     EXPECT_FALSE(cRules->SaveRules());
     EXPECT_EQ(boxes, Boxes{HandledError(L"SaveRules", L"Path/File access error", L"75")});
-    EXPECT_EQ(FileOf(L"Pop"), "old");
+    EXPECT_EQ(FileOf(), "old");
     EXPECT_TRUE(cWorld.TemporaryFiles().empty());
-    cWorld.cFiles.SetReadOnly(PathOf(L"Pop"), false);
+    cWorld.cFiles.SetReadOnly(sPop, false);
 }
 
-TEST_F(RulesTest, AFailureAtAnyStepOfASaveLeavesTheOldFileOrTheNewOneAndIsReportedOnce)
+TEST_F(RulesTest, FailureAtAnyStepOfASaveLeavesOldOrNewFile)
 {
-    const std::string oldRules = Record("\1\0\0\0"s, notSet, no, "Pop", notSet);
-    const std::string newRules = Record("\1\0\0\0"s, "\x9\0\0\0"s, no, "Pop", notSet);
+    const std::string oldRules = Record(Mins(1), notSet, no, "Pop", notSet);
+    const std::string newRules = Record(Mins(1), Mins(9), no, "Pop", notSet);
     for (int lGood = 0;; ++lGood)
     {
         MemoryWorld cDisk; // without a log, whose lines would be steps too
-        cDisk.cFiles.Put(PathOf(L"Pop"), oldRules);
+        cDisk.cFiles.Put(sPop, oldRules);
         FailingFiles cFiles(cDisk.cFiles, lGood);
         ModScheduler cOther(cDisk.AllPortsWith(cFiles));
         cOther.StoreAppPath(sRadio);
@@ -531,7 +499,7 @@ TEST_F(RulesTest, AFailureAtAnyStepOfASaveLeavesTheOldFileOrTheNewOneAndIsReport
             cRules.SetCatID(L"Pop");
             const bool bSaved = cRules.Apply({.lArtist = {}, .lTitle = 9, .lAlbum = {}, .bIgnore = {}});
             EXPECT_EQ(bSaved, !cFiles.bFailed);
-            EXPECT_EQ(cDisk.cFiles.Get(PathOf(L"Pop")), cFiles.bFailed ? oldRules : newRules);
+            EXPECT_EQ(cDisk.cFiles.Get(sPop), cFiles.bFailed ? oldRules : newRules);
             EXPECT_EQ(cDisk.cMessages.Boxes,
                       cFiles.bFailed ? Boxes{HandledError(L"SaveRules", L"Disk full", L"61")} : Boxes{});
             EXPECT_EQ(cRules.TitleSepMins(), 9) << "memory keeps the value";
@@ -542,7 +510,7 @@ TEST_F(RulesTest, AFailureAtAnyStepOfASaveLeavesTheOldFileOrTheNewOneAndIsReport
                 break;
             }
         }
-        EXPECT_EQ(cDisk.cFiles.Get(PathOf(L"Pop")), newRules) << "the release tried again";
+        EXPECT_EQ(cDisk.cFiles.Get(sPop), newRules) << "the release tried again";
     }
 }
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace ravlo::test
 {
 namespace
@@ -26,7 +28,7 @@ protected:
     RotationRequest request;
 };
 
-TEST_F(NextCutTest, AKeyLeadsToTheLevelsNextCutWhichCarriesKeyAndWish)
+TEST_F(NextCutTest, KeyLeadsToTheNextCutWhichCarriesKeyAndWish)
 {
     const auto cOwn = station.AddCut(L"a", L"Ash", L"Sun", {.bOpener = true});
     for (const bool bMustBeOpener : {false, true})
@@ -46,7 +48,7 @@ TEST_F(NextCutTest, AKeyLeadsToTheLevelsNextCutWhichCarriesKeyAndWish)
     EXPECT_EQ(cOwn->calls["SetCategoryKey"], 0);
 }
 
-TEST_F(NextCutTest, NamesAreFoundWhateverTheirCaseAndTheAnswerKeepsTheSpellingAskedFor)
+TEST_F(NextCutTest, NamesAreFoundInAnyCaseAndTheSpellingIsKept)
 {
     station.AddCut(L"a");
     const RotationAnswer answer = Ask(L"pOP\t2");
@@ -55,45 +57,40 @@ TEST_F(NextCutTest, NamesAreFoundWhateverTheirCaseAndTheAnswerKeepsTheSpellingAs
     EXPECT_EQ(answer.sMainCatKey, L"pOP\t0");
 }
 
-struct BadKey
+TEST_F(NextCutTest, KeyThatLeadsNowhereGivesAPlaceholderWithIt)
 {
-    const wchar_t* sKey;
-    CutKind eKind;
-    const wchar_t* sMainCatKey;
-    bool bMainCat;
-};
-
-TEST_F(NextCutTest, AKeyThatLeadsNowhereGivesAPlaceholderThatCarriesIt)
-{
-    const BadKey colKeys[] = {
-        {L"", eKindMainCatNotFound, L"", false},
-        {L"Pop", eKindMainCatNotFound, L"", false},
-        {L"Pop 2", eKindMainCatNotFound, L"", false},
-        {L"\t", eKindMainCatNotFound, L"\t0", false},
-        {L"Jazz\t2", eKindMainCatNotFound, L"Jazz\t0", false},
-        {L"Jazz\t2\t3", eKindMainCatNotFound, L"Jazz\t0", false},
-        {L"Pop\t", eKindLevelNotFound, L"Pop\t0", true},
-        {L"Pop\t0", eKindLevelNotFound, L"Pop\t0", true},
-        {L"Pop\t3", eKindLevelNotFound, L"Pop\t0", true},
-        {L"Pop\t02", eKindLevelNotFound, L"Pop\t0", true},
-        {L"Pop\t 2", eKindLevelNotFound, L"Pop\t0", true},
-        {L"Pop\t2\t", eKindLevelNotFound, L"Pop\t0", true},
-        {L"Pop\t2\t2", eKindLevelNotFound, L"Pop\t0", true},
+    // With the key of the main category that was looked for.
+    const std::tuple<std::wstring, CutKind, std::wstring> colKeys[] = {
+        {L"", eKindMainCatNotFound, L""},
+        {L"Pop", eKindMainCatNotFound, L""},
+        {L"Pop 2", eKindMainCatNotFound, L""},
+        {L"\t", eKindMainCatNotFound, L"\t0"},
+        {L"Jazz\t2", eKindMainCatNotFound, L"Jazz\t0"},
+        {L"Jazz\t2\t3", eKindMainCatNotFound, L"Jazz\t0"},
+        {L"Pop\t", eKindLevelNotFound, L"Pop\t0"},
+        {L"Pop\t0", eKindLevelNotFound, L"Pop\t0"},
+        {L"Pop\t3", eKindLevelNotFound, L"Pop\t0"},
+        {L"Pop\t02", eKindLevelNotFound, L"Pop\t0"},
+        {L"Pop\t 2", eKindLevelNotFound, L"Pop\t0"},
+        {L"Pop\t2\t", eKindLevelNotFound, L"Pop\t0"},
+        {L"Pop\t2\t2", eKindLevelNotFound, L"Pop\t0"},
     };
     station.AddCut(L"a");
     request.bMustBeOpener = true;
-    for (const BadKey& key : colKeys)
-    {
-        const RotationAnswer answer = Ask(key.sKey);
-        EXPECT_EQ(answer.cCut->KindCode(), key.eKind) << testing::PrintToString(std::wstring(key.sKey));
-        EXPECT_EQ(answer.cCut->CategoryKey(), key.sKey);
-        EXPECT_TRUE(answer.cCut->MustBeOpener());
-        EXPECT_EQ(answer.cCut->CategoryText(), L"");
-        EXPECT_EQ(answer.sMainCatKey, key.sMainCatKey);
-        EXPECT_EQ(answer.cMainCat, key.bMainCat ? station.cMainCat : nullptr);
-        EXPECT_EQ(answer.cSubCat, nullptr);
-        EXPECT_FALSE(answer.bMovedCuts);
-    }
+    for (const auto& [sKey, eKind, sMainCatKey] : colKeys)
+        for (const bool bAllowed : {true, false}) // a deferred rotation is told only for a level that exists
+        {
+            request.bRotatesAllowed = bAllowed;
+            const RotationAnswer answer = Ask(sKey);
+            EXPECT_EQ(answer.cCut->KindCode(), eKind) << testing::PrintToString(sKey);
+            EXPECT_EQ(answer.cCut->CategoryKey(), sKey);
+            EXPECT_TRUE(answer.cCut->MustBeOpener());
+            EXPECT_EQ(answer.cCut->CategoryText(), L"");
+            EXPECT_EQ(answer.sMainCatKey, sMainCatKey);
+            EXPECT_EQ(answer.cMainCat, eKind == eKindLevelNotFound ? station.cMainCat : nullptr);
+            EXPECT_EQ(answer.cSubCat, nullptr);
+            EXPECT_FALSE(answer.bMovedCuts);
+        }
     EXPECT_TRUE(station.Log().empty());
     EXPECT_TRUE(station.Boxes().empty());
 }
@@ -105,7 +102,7 @@ TEST_F(NextCutTest, BeforeAPopulationThereIsNoMainCategory)
     EXPECT_EQ(Ask(L"Pop\t2").cCut->KindCode(), eKindMainCatNotFound);
 }
 
-TEST_F(NextCutTest, RotationIsDeferredUnlessAllowedOrForAnEditablePlaylist)
+TEST_F(NextCutTest, RotationIsDeferredUnlessAllowedOrEditable)
 {
     station.AddCut(L"a");
     station.AddCut(L"b");
@@ -126,13 +123,6 @@ TEST_F(NextCutTest, RotationIsDeferredUnlessAllowedOrForAnEditablePlaylist)
         }
 }
 
-TEST_F(NextCutTest, ADeferredRotationIsToldOnlyForALevelThatExists)
-{
-    request.bRotatesAllowed = false;
-    EXPECT_EQ(Ask(L"Pop").cCut->KindCode(), eKindMainCatNotFound);
-    EXPECT_EQ(Ask(L"Pop\t3").cCut->KindCode(), eKindLevelNotFound);
-}
-
 TEST_F(NextCutTest, PlaceholdersOfThePickCarryTheKeyToo)
 {
     const RotationAnswer answer = Ask(L"Pop\t2");
@@ -141,7 +131,7 @@ TEST_F(NextCutTest, PlaceholdersOfThePickCarryTheKeyToo)
     EXPECT_FALSE(answer.bMovedCuts);
 }
 
-TEST_F(NextCutTest, AnErrorInThePickIsShownOnceAndKind11CarriesTheKey)
+TEST_F(NextCutTest, ErrorInThePickIsShownOnceAndKind11CarriesTheKey)
 {
     station.AddCut(L"a")->failing.insert("Artist");
     const RotationAnswer answer = Ask(L"Pop\t2");
@@ -151,7 +141,7 @@ TEST_F(NextCutTest, AnErrorInThePickIsShownOnceAndKind11CarriesTheKey)
     EXPECT_EQ(station.Boxes().size(), 1u);
 }
 
-TEST_F(NextCutTest, AnErrorOutsideThePickIsShownUnderItsOwnTitleAndGivesKind11)
+TEST_F(NextCutTest, ErrorOutsideThePickHasATitleOfItsOwn)
 {
     auto cNew = std::make_shared<FakeCut>();
     cNew->failing.insert("SetCategoryKey");

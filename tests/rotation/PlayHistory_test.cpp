@@ -31,12 +31,39 @@ protected:
         return cCut;
     }
 
+    // A cut "0", "1", ... whose artist and title are its key.
+    std::shared_ptr<FakeCut> AddCut(int lNumber)
+    {
+        const std::wstring sText = std::to_wstring(lNumber);
+        return AddCut(sText, sText, sText);
+    }
+    // The same, that refuses the time of a play.
+    std::shared_ptr<FakeCut> AddRefusing(int lNumber)
+    {
+        const auto cCut = AddCut(lNumber);
+        cCut->failing.insert("SetLastPlayed");
+        return cCut;
+    }
+
     // What a host reports: a copy of its own with a play time.
     static std::shared_ptr<Cut> PlayOf(const Cut& cCut, DateTime dtWhen)
     {
         std::shared_ptr<Cut> cPlay = PlainCopyOf(cCut);
         cPlay->SetLastPlayed(dtWhen);
         return cPlay;
+    }
+
+    void Play(const FakeCut& cCut, DateTime dtWhen)
+    {
+        cHistory.Record(*PlayOf(*cCut.CloneCut(), dtWhen), cDataBase);
+    }
+
+    using Plays = std::vector<std::shared_ptr<Cut>>;
+    const Plays none{nullptr, nullptr, nullptr};
+    Plays Last(const wchar_t* sArtist, const wchar_t* sTitle, const wchar_t* sAlbum) const
+    {
+        return {cHistory.ArtistHistoryCut(TextKey(sArtist)), cHistory.TitleHistoryCut(TextKey(sTitle)),
+                cHistory.AlbumHistoryCut(TextKey(sAlbum))};
     }
 
     // Refusals as they are told: the error's number, and "first" for the first of an incident.
@@ -48,104 +75,71 @@ protected:
         { colRefusals.push_back(std::to_string(cError.Number()) + (bFirst ? " first" : "")); }};
 };
 
-TEST_F(PlayHistoryTest, APlayIsEnteredUnderArtistTitleAndAlbumAsTheDatabasesOwnCutWithThePlayTime)
+TEST_F(PlayHistoryTest, PlayIsEnteredAsTheDatabasesOwnCutWithItsTime)
 {
     const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun", L"Sky");
-    cHistory.Record(*PlayOf(*cCut, dtNoon), cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), cCut);
-    EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"Sun")), cCut);
-    EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"Sky")), cCut);
+    Play(*cCut, dtNoon);
+    EXPECT_EQ(Last(L"Ash", L"Sun", L"Sky"), (Plays{cCut, cCut, cCut}));
     EXPECT_EQ(cCut->LastPlayed(), dtNoon);
+    EXPECT_EQ(Last(L" Ash", L"Sun ", L"S ky"), none) << "blanks tell keys apart";
+    EXPECT_EQ(Last(L"Sun", L"Sky", L"Ash"), none) << "the three histories do not mix";
 }
 
-TEST_F(PlayHistoryTest, SpellingsThatDifferOnlyInCaseAreOneEntryThatTheLaterReportTakes)
+TEST_F(PlayHistoryTest, SpellingsThatDifferInCaseAreOneEntry)
 {
     const auto cFirst = AddCut(L"a.mp3", L"elan \u00e9t\u00e9", L"One");
     const auto cSecond = AddCut(L"b.mp3", L"ELAN \u00c9T\u00c9", L"Two");
-    cHistory.Record(*PlayOf(*cFirst, dtNoon), cDataBase);
-    cHistory.Record(*PlayOf(*cSecond, dtNoon), cDataBase);
+    Play(*cFirst, dtNoon);
+    Play(*cSecond, dtNoon);
     for (const wchar_t* sSpelling : {L"elan \u00e9t\u00e9", L"ELAN \u00c9T\u00c9", L"Elan \u00c9t\u00e9"})
-        EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(sSpelling)), cSecond);
-    EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"one")), cFirst);
+        EXPECT_EQ(Last(sSpelling, L"one", L""), (Plays{cSecond, cFirst, nullptr}));
 }
 
-TEST_F(PlayHistoryTest, BlanksTellKeysApart)
+TEST_F(PlayHistoryTest, LaterReportReplacesTheEntryWhateverItsTime)
 {
-    const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun", L"Sky");
-    cHistory.Record(*PlayOf(*cCut, dtNoon), cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L" Ash")), nullptr);
-    EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"Sun ")), nullptr);
-    EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"S ky")), nullptr);
+    const auto cLater = AddCut(L"a.mp3", L"Ash", L"One", L"Sky");
+    const auto cEarlier = AddCut(L"b.mp3", L"Ash", L"Two"); // and no album
+    Play(*cLater, dtNoon);
+    Play(*cEarlier, dtNoon - 1);
+    EXPECT_EQ(Last(L"Ash", L"Two", L"Sky"), (Plays{cEarlier, cEarlier, cLater}));
 }
 
-TEST_F(PlayHistoryTest, TheThreeHistoriesDoNotMix)
-{
-    cHistory.Record(*PlayOf(*AddCut(L"a.mp3", L"Ash", L"Sun", L"Sky"), dtNoon), cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Sun")), nullptr);
-    EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"Sky")), nullptr);
-    EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"Ash")), nullptr);
-}
-
-TEST_F(PlayHistoryTest, AnEarlierPlayReportedLaterReplacesTheEntry)
-{
-    const auto cLater = AddCut(L"a.mp3", L"Ash", L"One");
-    const auto cEarlier = AddCut(L"b.mp3", L"Ash", L"Two");
-    cHistory.Record(*PlayOf(*cLater, dtNoon), cDataBase);
-    cHistory.Record(*PlayOf(*cEarlier, dtNoon - 1), cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), cEarlier);
-}
-
-TEST_F(PlayHistoryTest, ACutWithoutAnAlbumLeavesTheAlbumHistoryAlone)
-{
-    const auto cWith = AddCut(L"a.mp3", L"Ash", L"One", L"Sky");
-    const auto cWithout = AddCut(L"b.mp3", L"Ash", L"Two");
-    cHistory.Record(*PlayOf(*cWith, dtNoon), cDataBase);
-    cHistory.Record(*PlayOf(*cWithout, dtNoon), cDataBase);
-    EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"Sky")), cWith);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), cWithout);
-    EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"Two")), cWithout);
-}
-
-TEST_F(PlayHistoryTest, AnEmptyTextNeverFindsAPlayAndDoesNotHinderTheOthers)
+TEST_F(PlayHistoryTest, EmptyTextFindsNoPlayAndDoesNotHinderTheOthers)
 {
     const auto cNoArtist = AddCut(L"a.mp3", L"", L"Sun");
     const auto cNoTitle = AddCut(L"b.mp3", L"Ash", L"");
-    cHistory.Record(*PlayOf(*cNoArtist, dtNoon), cDataBase);
-    cHistory.Record(*PlayOf(*cNoTitle, dtNoon), cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"")), nullptr);
-    EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"")), nullptr);
-    EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"")), nullptr);
-    EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"Sun")), cNoArtist);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), cNoTitle);
+    Play(*cNoArtist, dtNoon);
+    Play(*cNoTitle, dtNoon);
+    EXPECT_EQ(Last(L"", L"", L""), none);
+    EXPECT_EQ(Last(L"Ash", L"Sun", L""), (Plays{cNoTitle, cNoArtist, nullptr}));
 }
 
-TEST_F(PlayHistoryTest, ACutThatNeverPlayedChangesNothing)
+TEST_F(PlayHistoryTest, PlayWithoutATimeOrACutOfTheDatabaseChangesNothing)
 {
     const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun", L"Sky");
     cCut->SetLastPlayed(dtNoon);
-    for (const DateTime dtWhen : {0.0, -1.0})
-    {
-        cHistory.Record(*PlayOf(*cCut, dtWhen), cDataBase);
-        EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), nullptr);
-        EXPECT_EQ(cHistory.TitleHistoryCut(TextKey(L"Sun")), nullptr);
-        EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"Sky")), nullptr);
-        EXPECT_EQ(cCut->LastPlayed(), dtNoon);
-    }
+    for (const DateTime dtNever : {0.0, -1.0})
+        Play(*cCut, dtNever);
+    for (const DateTime dtBeyondTheCalendar : {1e9, std::numeric_limits<double>::infinity()})
+        EXPECT_THROW(Play(*cCut, dtBeyondTheCalendar), RuntimeError);
+    cDataBase.Remove(*cCut);
+    Play(*cCut, dtNoon + 1);
+    EXPECT_EQ(Last(L"Ash", L"Sun", L"Sky"), none);
+    EXPECT_EQ(cCut->LastPlayed(), dtNoon);
 }
 
-TEST_F(PlayHistoryTest, ACutUnknownByKeyIsFoundByArtistAndTitle)
+TEST_F(PlayHistoryTest, CutUnknownByKeyIsFoundByArtistAndTitle)
 {
     const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun", L"Sky");
     const std::shared_ptr<Cut> cPlay = PlayOf(*cCut, dtNoon);
     cPlay->SetKey(L"moved.mp3");
     cPlay->SetAlbum(L"Other");
     cHistory.Record(*cPlay, cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), cCut);
-    EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"Sky")), cCut) << "texts are the database cut's";
-    EXPECT_EQ(cHistory.AlbumHistoryCut(TextKey(L"Other")), nullptr);
+    EXPECT_EQ(Last(L"Ash", L"Sun", L"Sky"), (Plays{cCut, cCut, cCut})) << "texts are the database cut's";
+    EXPECT_EQ(Last(L"", L"", L"Other"), none);
 }
 
-TEST_F(PlayHistoryTest, TheKeyGoesBeforeArtistAndTitle)
+TEST_F(PlayHistoryTest, KeyGoesBeforeArtistAndTitle)
 {
     AddCut(L"a.mp3", L"Ash", L"Sun");
     const auto cByKey = AddCut(L"b.mp3", L"Elm", L"Rain");
@@ -153,46 +147,27 @@ TEST_F(PlayHistoryTest, TheKeyGoesBeforeArtistAndTitle)
     cPlay->SetArtist(L"Ash");
     cPlay->SetTitle(L"Sun");
     cHistory.Record(*cPlay, cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Elm")), cByKey);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), nullptr);
-}
-
-TEST_F(PlayHistoryTest, ACutTheDatabaseDoesNotKnowChangesNothing)
-{
-    const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun");
-    const std::shared_ptr<Cut> cPlay = PlayOf(*cCut, dtNoon);
-    cDataBase.Remove(*cCut);
-    cHistory.Record(*cPlay, cDataBase);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), nullptr);
+    EXPECT_EQ(Last(L"Elm", L"Rain", L""), (Plays{cByKey, cByKey, nullptr}));
+    EXPECT_EQ(Last(L"Ash", L"Sun", L""), none);
 }
 
 TEST_F(PlayHistoryTest, WhatWasUpdatedBeforeAnErrorStays)
 {
     const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun");
-    const std::shared_ptr<Cut> cPlay = PlayOf(*cCut, dtNoon);
     cCut->failing.insert("Title");
-    EXPECT_THROW(cHistory.Record(*cPlay, cDataBase), RuntimeError);
+    EXPECT_THROW(Play(*cCut, dtNoon), RuntimeError);
     EXPECT_EQ(cCut->LastPlayed(), dtNoon);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), nullptr);
+    EXPECT_EQ(Last(L"Ash", L"Sun", L""), none);
 }
 
-TEST_F(PlayHistoryTest, TheHistoryHoldsARemovedCutWithItsPlayTime)
+TEST_F(PlayHistoryTest, HistoryHoldsARemovedCutWithItsPlayTime)
 {
     auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun");
-    cHistory.Record(*PlayOf(*cCut, dtNoon), cDataBase);
+    Play(*cCut, dtNoon);
     cDataBase.Remove(*cCut);
     cCut.reset();
     ASSERT_NE(cHistory.ArtistHistoryCut(TextKey(L"Ash")), nullptr);
     EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash"))->LastPlayed(), dtNoon);
-}
-
-TEST_F(PlayHistoryTest, ATimeBeyondTheCalendarChangesNothing)
-{
-    const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun");
-    for (const DateTime dtWhen : {1e9, std::numeric_limits<double>::infinity()})
-        EXPECT_THROW(cHistory.Record(*PlayOf(*cCut, dtWhen), cDataBase), RuntimeError);
-    EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash")), nullptr);
-    EXPECT_EQ(cCut->LastPlayed(), 0);
 }
 
 // ---- a database that refuses the times of plays
@@ -205,14 +180,9 @@ TEST_F(PendingTimesTest, RefusedPlayIsEnteredWithItsTime)
 {
     const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun", L"Sky");
     cCut->failing.insert("SetLastPlayed");
-    cHistory.Record(*PlayOf(*cCut, dtNoon), cDataBase);
-    for (const auto& cPlay :
-         {cHistory.ArtistHistoryCut(TextKey(L"Ash")), cHistory.TitleHistoryCut(TextKey(L"Sun")),
-          cHistory.AlbumHistoryCut(TextKey(L"Sky"))})
-    {
-        ASSERT_EQ(cPlay, cCut);
-        EXPECT_EQ(cHistory.TimeOf(*cPlay), dtNoon);
-    }
+    Play(*cCut, dtNoon);
+    EXPECT_EQ(Last(L"Ash", L"Sun", L"Sky"), (Plays{cCut, cCut, cCut}));
+    EXPECT_EQ(cHistory.TimeOf(*cCut), dtNoon);
     EXPECT_EQ(cCut->LastPlayed(), 0) << "a host sees by this that the time is pending";
     EXPECT_EQ(cHistory.PendingTimes(), 1u);
     EXPECT_EQ(colRefusals, Refusals{"91 first"});
@@ -220,13 +190,12 @@ TEST_F(PendingTimesTest, RefusedPlayIsEnteredWithItsTime)
 
 TEST_F(PendingTimesTest, NextPlayWritesWhatIsPending)
 {
-    const auto cFirst = AddCut(L"a.mp3", L"Ash", L"Sun");
-    const auto cSecond = AddCut(L"b.mp3", L"Elm", L"Rain");
-    cFirst->failing.insert("SetLastPlayed");
-    cHistory.Record(*PlayOf(*cFirst, dtNoon), cDataBase);
+    const auto cFirst = AddRefusing(1);
+    const auto cSecond = AddCut(2);
+    Play(*cFirst, dtNoon);
     cFirst->failing.clear();
     cClock.Advance(lSecond);
-    cHistory.Record(*PlayOf(*cSecond, dtNoon + 1), cDataBase);
+    Play(*cSecond, dtNoon + 1);
     EXPECT_EQ(cFirst->LastPlayed(), dtNoon);
     EXPECT_EQ(cSecond->LastPlayed(), dtNoon + 1);
     EXPECT_EQ(cHistory.PendingTimes(), 0u);
@@ -235,36 +204,31 @@ TEST_F(PendingTimesTest, NextPlayWritesWhatIsPending)
 TEST_F(PendingTimesTest, WhileTimesArePendingOneTryASecond)
 {
     std::vector<std::shared_ptr<FakeCut>> colCuts;
-    int lTries = 0;
+    std::vector<int> colTries;
     for (int i = 0; i < 8; ++i)
     {
-        colCuts.push_back(AddCut(std::to_wstring(i), std::to_wstring(i), std::to_wstring(i)));
-        colCuts.back()->failing.insert("SetLastPlayed");
-        colCuts.back()->OnCall = [&](const std::string& sMember)
-        {
-            if (sMember == "SetLastPlayed")
-                ++lTries;
-        };
-        cHistory.Record(*PlayOf(*colCuts.back(), dtNoon + i), cDataBase);
+        colCuts.push_back(AddRefusing(i));
+        Play(*colCuts.back(), dtNoon + i);
         cClock.Advance(lSecond / 4);
     }
-    EXPECT_EQ(lTries, 2) << "at the start and after a second";
+    for (int i = 0; i < 8; ++i)
+    {
+        const auto& cCut = colCuts[static_cast<std::size_t>(i)];
+        EXPECT_EQ(cHistory.TimeOf(*cCut), dtNoon + i);
+        colTries.push_back(cCut->calls["SetLastPlayed"]);
+    }
+    EXPECT_EQ(colTries, (std::vector<int>{1, 0, 0, 0, 1, 0, 0, 0})) << "at the start and after a second";
     EXPECT_EQ(cHistory.PendingTimes(), 8u);
     EXPECT_EQ(colRefusals, (Refusals{"91 first", "91"}));
-    for (int i = 0; i < 8; ++i)
-        EXPECT_EQ(cHistory.TimeOf(*colCuts[static_cast<std::size_t>(i)]), dtNoon + i);
 }
 
-TEST_F(PendingTimesTest, ACutThatAlwaysRefusesHindersNoOther)
+TEST_F(PendingTimesTest, CutThatAlwaysRefusesHindersNoOther)
 {
-    const auto cBad = AddCut(L"a.mp3", L"Ash", L"Sun");
-    cBad->failing.insert("SetLastPlayed");
-    cHistory.Record(*PlayOf(*cBad, dtNoon), cDataBase);
+    Play(*AddRefusing(0), dtNoon);
     for (int i = 1; i <= 5; ++i)
     {
-        const auto cCut = AddCut(std::to_wstring(i), std::to_wstring(i), std::to_wstring(i));
         cClock.Advance(i % 2 == 0 ? lSecond : 0);
-        cHistory.Record(*PlayOf(*cCut, dtNoon + i), cDataBase);
+        Play(*AddCut(i), dtNoon + i);
     }
     cHistory.WritePendingTimes(cDataBase);
     for (int i = 1; i <= 5; ++i)
@@ -277,9 +241,8 @@ TEST_F(PendingTimesTest, WritingAllGivesUpAfterTwoRefusals)
     std::vector<std::shared_ptr<FakeCut>> colCuts;
     for (int i = 0; i < 6; ++i)
     {
-        colCuts.push_back(AddCut(std::to_wstring(i), std::to_wstring(i), std::to_wstring(i)));
-        colCuts.back()->failing.insert("SetLastPlayed");
-        cHistory.Record(*PlayOf(*colCuts.back(), dtNoon + i), cDataBase);
+        colCuts.push_back(AddRefusing(i));
+        Play(*colCuts.back(), dtNoon + i);
         colCuts.back()->calls.clear();
     }
     cHistory.WritePendingTimes(cDataBase);
@@ -292,11 +255,11 @@ TEST_F(PendingTimesTest, WritingAllGivesUpAfterTwoRefusals)
 
 TEST_F(PendingTimesTest, EachIncidentIsToldAsFirstOnce)
 {
-    const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun");
+    const auto cCut = AddCut(1);
     for (int i = 0; i < 2; ++i)
     {
         cCut->failing.insert("SetLastPlayed");
-        cHistory.Record(*PlayOf(*cCut, dtNoon + i), cDataBase);
+        Play(*cCut, dtNoon + i);
         cHistory.WritePendingTimes(cDataBase);
         cCut->failing.clear();
         cHistory.WritePendingTimes(cDataBase);
@@ -305,12 +268,11 @@ TEST_F(PendingTimesTest, EachIncidentIsToldAsFirstOnce)
     EXPECT_EQ(colRefusals, (Refusals{"91 first", "91", "91 first", "91"}));
 }
 
-TEST_F(PendingTimesTest, ALaterPlayOfTheCutReplacesItsPendingTime)
+TEST_F(PendingTimesTest, LaterPlayOfTheCutReplacesItsPendingTime)
 {
-    const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun");
-    cCut->failing.insert("SetLastPlayed");
-    cHistory.Record(*PlayOf(*cCut, dtNoon), cDataBase);
-    cHistory.Record(*PlayOf(*cCut, dtNoon + 1), cDataBase);
+    const auto cCut = AddRefusing(1);
+    Play(*cCut, dtNoon);
+    Play(*cCut, dtNoon + 1);
     EXPECT_EQ(cHistory.PendingTimes(), 1u);
     EXPECT_EQ(cHistory.TimeOf(*cCut), dtNoon + 1);
     cCut->failing.clear();
@@ -318,11 +280,10 @@ TEST_F(PendingTimesTest, ALaterPlayOfTheCutReplacesItsPendingTime)
     EXPECT_EQ(cCut->LastPlayed(), dtNoon + 1);
 }
 
-TEST_F(PendingTimesTest, ATimeThatOthersSetSinceIsKept)
+TEST_F(PendingTimesTest, TimeThatOthersSetSinceIsKept)
 {
-    const auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun");
-    cCut->failing.insert("SetLastPlayed");
-    cHistory.Record(*PlayOf(*cCut, dtNoon), cDataBase);
+    const auto cCut = AddRefusing(1);
+    Play(*cCut, dtNoon);
     cCut->failing.clear();
     cCut->SetLastPlayed(dtNoon + 2);
     cHistory.WritePendingTimes(cDataBase);
@@ -330,32 +291,30 @@ TEST_F(PendingTimesTest, ATimeThatOthersSetSinceIsKept)
     EXPECT_EQ(cHistory.PendingTimes(), 0u);
 }
 
-TEST_F(PendingTimesTest, TheTimeGoesToTheObjectTheDatabaseHasNow)
+TEST_F(PendingTimesTest, TimeGoesToTheObjectTheDatabaseHasNow)
 {
-    const auto cOld = AddCut(L"a.mp3", L"Ash", L"Sun");
-    cOld->failing.insert("SetLastPlayed");
-    cHistory.Record(*PlayOf(*cOld, dtNoon), cDataBase);
+    const auto cOld = AddRefusing(1);
+    Play(*cOld, dtNoon);
     cDataBase.Remove(*cOld);
-    const auto cReopened = AddCut(L"a.mp3", L"Ash", L"Sun");
+    const auto cReopened = AddCut(1);
     cHistory.WritePendingTimes(cDataBase);
     EXPECT_EQ(cReopened->LastPlayed(), dtNoon);
     EXPECT_EQ(cHistory.PendingTimes(), 0u);
 }
 
-TEST_F(PendingTimesTest, APlayReportedWhileOthersAreWrittenIsNotLost)
+TEST_F(PendingTimesTest, PlayReportedWhileOthersAreWrittenIsNotLost)
 {
-    const auto cFirst = AddCut(L"a.mp3", L"Ash", L"Sun");
-    const auto cSecond = AddCut(L"b.mp3", L"Elm", L"Rain");
-    cFirst->failing.insert("SetLastPlayed");
-    cHistory.Record(*PlayOf(*cFirst, dtNoon), cDataBase);
+    const auto cFirst = AddRefusing(1);
+    const auto cSecond = AddCut(2);
+    Play(*cFirst, dtNoon);
     cFirst->failing.clear();
     bool bCalled = false;
     cFirst->OnCall = [&](const std::string& sMember)
     {
         if (sMember == "SetLastPlayed" && !std::exchange(bCalled, true))
         {
-            cHistory.Record(*PlayOf(*cSecond, dtNoon + 1), cDataBase);
-            cHistory.Record(*PlayOf(*cFirst, dtNoon + 2), cDataBase);
+            Play(*cSecond, dtNoon + 1);
+            Play(*cFirst, dtNoon + 2);
         }
     };
     cHistory.WritePendingTimes(cDataBase);

@@ -22,35 +22,28 @@ protected:
     Station station;
 };
 
-TEST_F(RotationOrderTest, TheCutGoesFromItsPlaceToTheEndAndTheLogTellsIt)
+TEST_F(RotationOrderTest, CutGoesFromItsPlaceToTheEndAndTheLogTellsIt)
 {
-    station.AddCut(L"a");
-    const auto cCut = station.AddCut(L"b");
-    station.AddCut(L"c");
-    EXPECT_TRUE(Send(cCut));
-    EXPECT_EQ(station.Order(), (Lines{L"a", L"c", L"b"}));
-    EXPECT_EQ(station.Log(), (Lines{L"Sent: b to back of category: Pop 2"}));
+    for (const wchar_t* sKey : {L"a", L"b", L"c"})
+        station.AddCut(sKey);
+    const Lines colLines[] = {
+        {L"b", L"a c b", L"Sent: b to back of category: Pop 2"},
+        {L"b", L"a c b", L"Sent: b to back of category: Pop 2"}, // from the end
+        {L"a", L"c b a", L"Sent: a to back of category: Pop 2"}, // from the head
+    };
+    for (const Lines& lines : colLines)
+    {
+        EXPECT_TRUE(Send(station.cDataBase->CutByKey(TextKey(lines[0]))));
+        EXPECT_EQ(station.Order(), Split(lines[1], L" "));
+        EXPECT_EQ(station.Log().back(), lines[2]);
+    }
+    EXPECT_FALSE(Send(station.NewCut(L"elsewhere")));
+    EXPECT_EQ(station.Order(), (Lines{L"c", L"b", L"a"}));
+    EXPECT_EQ(station.Log().back(), L"Whoops! - Didnt send: elsewhere to back of category: Pop 2");
+    EXPECT_EQ(station.Log().size(), 4u);
 }
 
-TEST_F(RotationOrderTest, TheOnlyCutOfALevelStays)
-{
-    const auto cCut = station.AddCut(L"a");
-    EXPECT_TRUE(Send(cCut));
-    EXPECT_EQ(station.Order(), (Lines{L"a"}));
-    EXPECT_EQ(station.Log(), (Lines{L"Sent: a to back of category: Pop 2"}));
-}
-
-TEST_F(RotationOrderTest, ACutThatIsNotInTheLevelIsNotSent)
-{
-    station.AddCut(L"a");
-    station.AddCut(L"b");
-    const auto cElsewhere = station.NewCut(L"c");
-    EXPECT_FALSE(Send(cElsewhere));
-    EXPECT_EQ(station.Order(), (Lines{L"a", L"b"}));
-    EXPECT_EQ(station.Log(), (Lines{L"Whoops! - Didnt send: c to back of category: Pop 2"}));
-}
-
-TEST_F(RotationOrderTest, ForACopyTheDatabasesOwnCutStandsInTheOrderAfterwards)
+TEST_F(RotationOrderTest, ForACopyTheDatabasesOwnCutIsInTheOrderAfterwards)
 {
     const auto cCut = station.AddCut(L"a");
     station.AddCut(L"b");
@@ -60,7 +53,7 @@ TEST_F(RotationOrderTest, ForACopyTheDatabasesOwnCutStandsInTheOrderAfterwards)
     EXPECT_EQ(station.cLevel->SchedCuts()->At(1), cCut);
 }
 
-TEST_F(RotationOrderTest, ACutUnknownByKeyIsFoundByArtistAndTitleAndNamedByItsOwnKey)
+TEST_F(RotationOrderTest, CutUnknownByKeyIsFoundByArtistAndTitle)
 {
     const auto cCut = station.AddCut(L"a", L"Ash", L"Sun");
     station.AddCut(L"b");
@@ -71,24 +64,18 @@ TEST_F(RotationOrderTest, ACutUnknownByKeyIsFoundByArtistAndTitleAndNamedByItsOw
     EXPECT_EQ(station.Log(), (Lines{L"Sent: moved to back of category: Pop 2"}));
 }
 
-TEST_F(RotationOrderTest, ACutTheDatabaseDoesNotKnowIsPassedOverInSilence)
+TEST_F(RotationOrderTest, WhatIsMissingOrUnknownGivesFalseInSilence)
 {
     const auto cCut = station.AddCut(L"a");
     station.AddCut(L"b");
-    station.cDataBase->Remove(*cCut);
-    EXPECT_FALSE(Send(cCut));
-    EXPECT_EQ(station.Order(), (Lines{L"a", L"b"}));
-    EXPECT_TRUE(station.Log().empty());
-}
-
-TEST_F(RotationOrderTest, NoCutNoLevelOrNoDatabaseGivesFalseInSilence)
-{
-    const auto cCut = station.AddCut(L"a");
     EXPECT_FALSE(Send(nullptr));
     EXPECT_FALSE(SendToBackOfCategory(nullptr, cCut.get(), station.World()));
     SelectionWorld world = station.World();
     world.cDataBase = nullptr;
     EXPECT_FALSE(SendToBackOfCategory(station.cLevel.get(), cCut.get(), world));
+    station.cDataBase->Remove(*cCut);
+    EXPECT_FALSE(Send(cCut));
+    EXPECT_EQ(station.Order(), (Lines{L"a", L"b"}));
     EXPECT_TRUE(station.Log().empty());
 }
 
@@ -104,7 +91,7 @@ TEST_F(RotationOrderTest, RunTimesAndCategoryNamesAreNotTouched)
     EXPECT_EQ(cCut->CategoryText(), L"");
 }
 
-TEST_F(RotationOrderTest, AWalkNotesItsStepThroughTheSameOperation)
+TEST_F(RotationOrderTest, WalkNotesItsStepThroughTheSameOperation)
 {
     station.AddCut(L"a");
     const auto cUnknown = station.AddCut(L"b");
@@ -131,7 +118,7 @@ TEST_F(RotationOrderTest, AWalkNotesItsStepThroughTheSameOperation)
     EXPECT_EQ(colOfWalk.size(), 2u) << "of a cut the database does not know nothing is said";
 }
 
-TEST_F(RotationOrderTest, AnErrorOfTheDatabaseIsLoggedWithoutABoxAndGivesFalse)
+TEST_F(RotationOrderTest, ErrorOfTheDatabaseIsLoggedWithoutABox)
 {
     const auto cCut = station.AddCut(L"a");
     station.AddCut(L"b");

@@ -29,27 +29,15 @@ constexpr double dMinute = 1.0 / (24 * 60);
 TEST(MinutesBetweenTest, WholeSecondsDividedBySixtyInSinglePrecision)
 {
     const DateTime dtNow = DateTimeOf({2026, 11, 21, 12, 0, 0});
-    const std::pair<int, float> colSeconds[] = {
-        {0, 0.0F},  {1, 1.0F / 60.0F},       {59, 59.0F / 60.0F},
-        {60, 1.0F}, {1001, 1001.0F / 60.0F}, {604801, 604801.0F / 60.0F}};
-    for (const auto& [lSeconds, sngMinutes] : colSeconds)
-        EXPECT_EQ(MinutesBetween(dtNow, dtNow - lSeconds / 86400.0), sngMinutes) << lSeconds;
-}
-
-TEST(MinutesBetweenTest, APlayInTheFutureCountsAsFarAwayAsOneInThePast)
-{
-    const DateTime dtNow = DateTimeOf({2026, 11, 21, 12, 0, 0});
-    EXPECT_EQ(MinutesBetween(dtNow, dtNow + 30 * dMinute), 30.0F);
-}
-
-TEST(MinutesBetweenTest, FractionsOfASecondAreRoundedOnEachSideBeforeTheDifference)
-{
-    const DateTime dtNow = DateTimeOf({2026, 11, 21, 12, 0, 0});
-    EXPECT_EQ(MinutesBetween(dtNow + 0.4 / 86400, dtNow - 60.4 / 86400), 1.0F);
+    for (const int lSeconds : {0, 1, 59, 60, 1001, 604801})
+        for (const int lSign : {1, -1}) // a play in the future is as far away as one in the past
+            EXPECT_EQ(MinutesBetween(dtNow, dtNow - lSign * lSeconds / 86400.0),
+                      static_cast<float>(lSeconds) / 60.0F);
+    EXPECT_EQ(MinutesBetween(dtNow + 0.4 / 86400, dtNow - 60.4 / 86400), 1.0F) << "rounded on each side";
     EXPECT_EQ(MinutesBetween(dtNow + 0.6 / 86400, dtNow - 59.4 / 86400), 1.0F);
 }
 
-TEST(ReferenceTimeTest, ThePresentWithoutAPreviousCutThatHasAPlayTime)
+TEST(ReferenceTimeTest, IsThePresentWithoutAPreviousCutThatPlayed)
 {
     const FixedClock cClock;
     EXPECT_EQ(ReferenceTime(nullptr, cClock), cClock.dtNow);
@@ -62,7 +50,7 @@ TEST(ReferenceTimeTest, ThePresentWithoutAPreviousCutThatHasAPlayTime)
     }
 }
 
-TEST(ReferenceTimeTest, ThePreviousCutsEndWhenItHasAPlayTime)
+TEST(ReferenceTimeTest, IsThePreviousCutsEndWhenItPlayed)
 {
     const FixedClock cClock;
     FakeCut cPrev;
@@ -160,7 +148,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"IgnoringRulesBreaksNone", 1, 1, 1, {true, 60, 60, 60}, eNone, 0, 0, 0, 0}),
     [](const testing::TestParamInfo<Case>& test) { return std::string(test.param.sRule); });
 
-TEST_F(MeasureTest, ASeparationLargerThanSinglePrecisionIsNotRounded)
+TEST_F(MeasureTest, SeparationLargerThanSinglePrecisionIsNotRounded)
 {
     Play(16'777'216, L"x", L"Sun", L""); // 2^24 minutes, where the next single is two further
     EXPECT_EQ(Measure(All(16'777'216, 0, 0)).Violation, eNone);
@@ -168,7 +156,7 @@ TEST_F(MeasureTest, ASeparationLargerThanSinglePrecisionIsNotRounded)
     EXPECT_EQ(Measure(All(std::numeric_limits<std::int32_t>::max(), 0, 0)).Violation, eGlobalTitle);
 }
 
-TEST_F(MeasureTest, ACandidateWithoutAnAlbumNeverBreaksOnAlbum)
+TEST_F(MeasureTest, CandidateWithoutAnAlbumNeverBreaksOnAlbum)
 {
     Play(1, L"x", L"y", L"Sky");
     EXPECT_EQ(Measure(All(0, 0, 60)).Violation, eNone);
@@ -189,7 +177,7 @@ TEST_F(MeasureTest, WithoutAHistoryTheClockIsNotRead)
     EXPECT_EQ(cClock.lReads, 0);
 }
 
-TEST_F(MeasureTest, AnUnreadablePlayLeavesTheOtherRulesMeasured)
+TEST_F(MeasureTest, UnreadablePlayLeavesTheOtherRulesMeasured)
 {
     Play(10, L"x", L"Sun", L"");
     Play(20, L"Ash", L"y", L"");
@@ -204,7 +192,7 @@ TEST_F(MeasureTest, AnUnreadablePlayLeavesTheOtherRulesMeasured)
     EXPECT_EQ(colErrors, std::vector<std::int32_t>{error::ObjectNotSet});
 }
 
-TEST_F(MeasureTest, APendingTimeIsMeasured)
+TEST_F(MeasureTest, PendingTimeIsMeasured)
 {
     Play(300, L"Ash", L"y", L"");
     const auto cCut = std::static_pointer_cast<FakeCut>(cHistory.ArtistHistoryCut(TextKey(L"Ash")));
@@ -215,7 +203,7 @@ TEST_F(MeasureTest, APendingTimeIsMeasured)
     EXPECT_EQ(Measure(All(60, 60, 60)).MinsAgo, 5.0F);
 }
 
-TEST(ReferenceTest, APreviousCutThatCannotBeUsedIsToldOnceAndThePresentServes)
+TEST(ReferenceTest, PreviousCutThatCannotBeUsedIsToldOnce)
 {
     const FixedClock cClock;
     for (const char* sMember : {"LastPlayed", "DurationmS", ""})

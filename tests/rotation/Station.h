@@ -74,7 +74,28 @@ public:
         return cCut;
     }
 
+    // Up to three cuts: "a", Ash - Sun; "b", Elm - Rain; "c", Fir - Snow.
+    void AddCuts(int lCount)
+    {
+        static constexpr const wchar_t* colCuts[][3] = {
+            {L"a", L"Ash", L"Sun"}, {L"b", L"Elm", L"Rain"}, {L"c", L"Fir", L"Snow"}};
+        for (int i = 0; i < lCount; ++i)
+            AddCut(colCuts[i][0], colCuts[i][1], colCuts[i][2]);
+    }
+    // Cuts "1" to "n" whose titles are their keys. Every one breaks the artist rule.
+    void AddViolators(int lCount)
+    {
+        for (int i = 1; i <= lCount; ++i)
+            AddCut(std::to_wstring(i), L"Ash");
+        Played(30, L"Ash", L"Other");
+    }
+
     // ---- the level
+    Pick NextCut(bool bMustBeOpener = false, const std::shared_ptr<Cut>& cPrevSchedCut = nullptr)
+    {
+        const ModScheduler::LogScope cScope(cMod);
+        return NextCutFromCategory(cLevel, bMustBeOpener, cPrevSchedCut, World());
+    }
     std::vector<std::wstring> Order() const
     {
         std::vector<std::wstring> colKeys;
