@@ -127,6 +127,81 @@ TEST_F(LibraryTree, ATickOnTheRootTicksEverything)
         });
 }
 
+TEST_F(LibraryTree, TicksLeaveAHiddenTreeHidden)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            cHost.Run(user, [&] { ::ShowWindow(hTree, SW_HIDE); }); // as the split panel does with a pane
+            Command(LibraryCommand::mnuSelectAllTree);
+            user.Idle();
+            EXPECT_FALSE(::IsWindowVisible(hTree));
+            EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1*", L"2*"}));
+        });
+}
+
+TEST_F(LibraryTree, OneRowIsPaintedAsSelectedAfterClicksOnBoxes)
+{
+    FillStation();
+    Open(
+        [&](const User& user)
+        {
+            Expand(user, Item(L"Jazz"));
+            Expand(user, Item(L"Rock"));
+            const std::vector<HTREEITEM> hItems = {Root(),        Item(L"Jazz"),       Item(L"Jazz", L"1"),
+                                                   Item(L"Rock"), Item(L"Rock", L"1"), Item(L"Rock", L"2")};
+            // By the pixels beside the first letter of each label.
+            const auto painted = [&]
+            {
+                const HDC hDC = ::GetDC(hTree);
+                Texts colPainted;
+                for (const HTREEITEM hItem : hItems)
+                {
+                    const RECT label = LabelOf(hItem);
+                    if (::GetPixel(hDC, static_cast<int>(label.left) + 1, static_cast<int>(label.top) + 2) !=
+                        ::GetSysColor(COLOR_WINDOW))
+                        colPainted.push_back(ItemText(hItem));
+                }
+                ::ReleaseDC(hTree, hDC);
+                return colPainted;
+            };
+            ClickNode(user, Item(L"Jazz"));
+            ASSERT_EQ(painted(), (Texts{L"Jazz"}));
+            for (const HTREEITEM hItem : hItems)
+            {
+                ForgetClicks(user);
+                ClickBox(user, hItem);
+                user.Idle();
+                EXPECT_EQ(painted(), (Texts{SelectedNode()}));
+            }
+            user.Shot(hWindow, L"library-tree-ticked");
+        });
+}
+
+TEST_F(LibraryTree, ANewLevelIsScrolledIntoView)
+{
+    for (int i = 0; i < 60; ++i)
+        Add(L"many" + std::to_wstring(i), L"Category " + std::to_wstring(1000 + i), 1, L"Artist");
+    for (int i = 1; i < 40; ++i)
+        Add(L"level" + std::to_wstring(i), L"Zither", 100 + i, L"Artist");
+    Open(
+        [&](const User& user)
+        {
+            ::SendMessageW(hTree, TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(Item(L"Zither")));
+            ClickNode(user, Item(L"Zither"));
+            Command(LibraryCommand::mnuCatLevelNew);
+            user.AnswerInput(L"999");
+            RECT client{};
+            ::GetClientRect(hTree, &client);
+            const RECT label = LabelOf(Item(L"Zither", L"999"));
+            EXPECT_GE(label.top, 0);
+            EXPECT_LE(label.bottom, client.bottom);
+            EXPECT_EQ(SelectedNode(), L"Zither");
+            EXPECT_EQ(Status(0), L"Showing All Audio");
+        });
+}
+
 TEST_F(LibraryTree, TheRootIsNeverCollapsedAndOtherNodesAre)
 {
     FillStation();

@@ -33,6 +33,30 @@ TVITEMW ItemOf(HTREEITEM hItem, UINT lMask)
     return item;
 }
 
+// While one exists a tree view neither paints nor tells the system what is to be painted, which costs a
+// hundred times as much as setting an item. Past the control's own handler of the message: not every tree
+// view's does so. One that is hidden stays hidden.
+class TreePaintingOff
+{
+public:
+    explicit TreePaintingOff(HWND hTree)
+        : m_hTree((::GetWindowLongPtrW(hTree, GWL_STYLE) & WS_VISIBLE) != 0 ? hTree : nullptr)
+    {
+        if (m_hTree)
+            ::DefWindowProcW(m_hTree, WM_SETREDRAW, FALSE, 0);
+    }
+    ~TreePaintingOff()
+    {
+        if (m_hTree)
+            ::DefWindowProcW(m_hTree, WM_SETREDRAW, TRUE, 0);
+    }
+    TreePaintingOff(const TreePaintingOff&) = delete;
+    TreePaintingOff& operator=(const TreePaintingOff&) = delete;
+
+private:
+    HWND m_hTree;
+};
+
 } // namespace
 
 CategoryTreeWindow::CategoryTreeWindow(HWND hParent, int lId)
@@ -100,14 +124,28 @@ void CategoryTreeWindow::Add(const CategoryTree& cTree, CategoryTree::Node lNode
 void CategoryTreeWindow::ShowChecks(const CategoryTree& cTree,
                                     const std::vector<CategoryTree::Node>& colNodes)
 {
-    for (const CategoryTree::Node lNode : colNodes)
-        if (lNode < m_hItems.size() && ShowsCheck(lNode) != cTree.At(lNode).bChecked)
-            SetState(m_hItems[lNode], cTree.At(lNode).bChecked);
+    {
+        const TreePaintingOff cOff(m_hTree);
+        for (const CategoryTree::Node lNode : colNodes)
+            if (lNode < m_hItems.size() && ShowsCheck(lNode) != cTree.At(lNode).bChecked)
+                SetState(m_hItems[lNode], cTree.At(lNode).bChecked);
+    }
     Repaint();
 }
 
-// After clicks on check boxes a tree view may leave rows painted as selected.
-void CategoryTreeWindow::Repaint() { ::InvalidateRect(m_hTree, nullptr, FALSE); }
+// A tree view may paint the row whose check box was clicked as the selected one, until a row is selected or
+// marked as the target of a drop. Selecting would scroll; marking what is marked already does not.
+void CategoryTreeWindow::Repaint()
+{
+    MarkDropTarget();
+    ::InvalidateRect(m_hTree, nullptr, FALSE);
+}
+
+void CategoryTreeWindow::MarkDropTarget()
+{
+    Send(m_hTree, TVM_SELECTITEM, TVGN_DROPHILITE,
+         m_lDropTarget ? reinterpret_cast<LPARAM>(m_hItems[*m_lDropTarget]) : 0);
+}
 
 void CategoryTreeWindow::SetState(HTREEITEM hItem, bool bChecked)
 {
@@ -232,7 +270,7 @@ void CategoryTreeWindow::ShowDropTarget(std::optional<CategoryTree::Node> lNode)
         return;
     m_lDropTarget = lNode;
     m_lTargetSince = ::GetTickCount();
-    Send(m_hTree, TVM_SELECTITEM, TVGN_DROPHILITE, lNode ? reinterpret_cast<LPARAM>(m_hItems[*lNode]) : 0);
+    MarkDropTarget();
 }
 
 std::optional<CategoryTree::Node> CategoryTreeWindow::DragTick(POINT onScreen)

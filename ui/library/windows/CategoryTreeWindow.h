@@ -50,6 +50,7 @@ public:
     // Where a node's label is on the screen.
     RECT LabelOf(CategoryTree::Node lNode) const;
 
+    // Puts right what clicks on check boxes leave on the screen.
     void Repaint();
     // Back to the left edge, where check boxes and expanders are.
     void ScrollToLeft();
@@ -62,6 +63,7 @@ public:
 private:
     void Add(const CategoryTree& cTree, CategoryTree::Node lNode, HTREEITEM hParent);
     void SetState(HTREEITEM hItem, bool bChecked);
+    void MarkDropTarget();
     bool Scroll(POINT inClient);
 
     HWND m_hTree;
