@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the library window costs with n cuts, beside a bare list view of the same look that shows n rows of
-// one constant text. Prints a table and exits with 1 when a ratio is above its limit.
+// one constant text; and its tree with n categories, beside a bare tree view. Prints a table and exits with 1
+// when a ratio is above its limit.
 #include "bench/Radio.h"
 #include "platform/windows/WindowsHostLoop.h"
 #include "platform/windows/WindowsMessages.h"
@@ -54,7 +55,7 @@ void Row(const char* sOperation, std::int64_t lCuts, double dOurs, double dBasel
 {
     const double dRatio = dOurs / dBaseline;
     bWithinLimits = bWithinLimits && dRatio <= dLimit;
-    std::printf("%-34s %8lld %10.2f ms %10.2f ms %7.2f  (limit %.1f)\n", sOperation,
+    std::printf("%-36s %8lld %10.2f ms %10.2f ms %7.2f  (limit %.1f)\n", sOperation,
                 static_cast<long long>(lCuts), dOurs, dBaseline, dRatio, dLimit);
     std::fflush(stdout);
 }
@@ -147,10 +148,11 @@ void Page(HWND hList)
 class Station
 {
 public:
-    explicit Station(std::int64_t lCuts) : m_lCuts(lCuts)
+    explicit Station(std::int64_t lCuts) : Station(lCuts, &LibraryCut) {}
+    Station(std::int64_t lCuts, std::shared_ptr<Cut> (*cut)(std::int64_t lNumber)) : m_lCuts(lCuts)
     {
         for (std::int64_t i = 0; i < lCuts; ++i)
-            m_cDataBase->Add(LibraryCut(i));
+            m_cDataBase->Add(cut(i));
         m_cSchedMan->SetWindows(m_cUi.get());
         m_cSchedMan->PopulateFromDataBase(m_cDataBase, L"C:\\Radio\\");
     }
@@ -170,13 +172,8 @@ public:
         return m_dOpening;
     }
     HWND Form() const { return ::FindWindowW(sfrmUILibClass, nullptr); }
-    HWND Grid() const
-    {
-        for (HWND hChild = ::GetWindow(Form(), GW_CHILD); hChild; hChild = ::GetWindow(hChild, GW_HWNDNEXT))
-            if (::GetDlgCtrlID(hChild) == eIdiGridLib)
-                return hChild;
-        return nullptr;
-    }
+    HWND Grid() const { return Control(eIdiGridLib); }
+    HWND Tree() const { return Control(eIdTvCats); }
     void Command(LibraryCommand eCommand) const
     {
         ::SendMessageW(Form(), WM_COMMAND, static_cast<WPARAM>(IdOf(eCommand)), 0);
@@ -185,6 +182,13 @@ public:
     std::int64_t Size() const { return m_lCuts; }
 
 private:
+    HWND Control(int lId) const
+    {
+        for (HWND hChild = ::GetWindow(Form(), GW_CHILD); hChild; hChild = ::GetWindow(hChild, GW_HWNDNEXT))
+            if (::GetDlgCtrlID(hChild) == lId)
+                return hChild;
+        return nullptr;
+    }
     static void CALLBACK OnTimer(HWND, UINT, UINT_PTR lTimer, DWORD)
     {
         Station& cStation = *pOpening;
@@ -326,9 +330,110 @@ void Measure(const Station& cStation)
     Row("showing all cuts and the tree anew", lCuts, dShow, dCount, 6);
 }
 
+// ---- the tree ----
+
+constexpr int lCategories = 404;
+constexpr int lLevels = 4;
+
+// One cut in each level of each category.
+std::shared_ptr<Cut> CategoryCut(std::int64_t lNumber)
+{
+    std::shared_ptr<Cut> cCut = MadeUpCut(lNumber);
+    cCut->SetCategoryText(L"Category " + std::to_wstring(lNumber / lLevels));
+    cCut->SetCatLevel(static_cast<std::int32_t>(lNumber % lLevels + 1));
+    return cCut;
+}
+
+HTREEITEM NextItem(HWND hTree, HTREEITEM hItem, UINT lRelation)
+{
+    return reinterpret_cast<HTREEITEM>(
+        ::SendMessageW(hTree, TVM_GETNEXTITEM, lRelation, reinterpret_cast<LPARAM>(hItem)));
+}
+
+std::vector<HTREEITEM> ItemsBelow(HWND hTree, HTREEITEM hParent)
+{
+    std::vector<HTREEITEM> colItems;
+    for (HTREEITEM h = NextItem(hTree, hParent, TVGN_CHILD); h; h = NextItem(hTree, h, TVGN_NEXT))
+    {
+        colItems.push_back(h);
+        const std::vector<HTREEITEM> colBelow = ItemsBelow(hTree, h);
+        colItems.insert(colItems.end(), colBelow.begin(), colBelow.end());
+    }
+    return colItems;
+}
+
+bool IsTicked(HWND hTree, HTREEITEM hItem)
+{
+    const LRESULT lState = ::SendMessageW(hTree, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(hItem),
+                                          static_cast<LPARAM>(TVIS_STATEIMAGEMASK));
+    return static_cast<UINT>(lState) == INDEXTOSTATEIMAGEMASK(2u);
+}
+
+void Tick(HWND hTree, HTREEITEM hItem, bool bTick)
+{
+    TVITEMW item{};
+    item.mask = TVIF_HANDLE | TVIF_STATE;
+    item.hItem = hItem;
+    item.stateMask = TVIS_STATEIMAGEMASK;
+    item.state = INDEXTOSTATEIMAGEMASK(bTick ? 2u : 1u);
+    ::SendMessageW(hTree, TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+}
+
+// Everything that is waiting, painting included.
+void RunMessages()
+{
+    MSG message{};
+    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+        ::DispatchMessageW(&message);
+}
+
+// A click on the root's box ticks or clears everything below it.
+void MeasureTicks(const Station& cStation)
+{
+    const HWND hTree = cStation.Tree();
+    const HTREEITEM hRoot = NextItem(hTree, nullptr, TVGN_ROOT);
+    const std::vector<HTREEITEM> colItems = ItemsBelow(hTree, hRoot);
+    TVHITTESTINFO box{};
+    box.pt.y = 8;
+    while ((box.flags & TVHT_ONITEMSTATEICON) == 0 && ++box.pt.x < 200)
+        ::SendMessageW(hTree, TVM_HITTEST, 0, reinterpret_cast<LPARAM>(&box));
+    bool bTicked = false;
+    const auto click = [&]
+    {
+        const LPARAM at = MAKELPARAM(box.pt.x, box.pt.y);
+        ::PostMessageW(hTree, WM_LBUTTONUP, 0, at);
+        ::SendMessageW(hTree, WM_LBUTTONDOWN, MK_LBUTTON, at);
+        RunMessages();
+        bTicked = !bTicked;
+        for (const HTREEITEM hItem : {hRoot, colItems.back()})
+            if (IsTicked(hTree, hItem) != bTicked)
+                bWithinLimits = (std::printf("the click was not heard\n"), false);
+    };
+    // The boxes of the same tree, set with its painting off.
+    const auto bare = [&]
+    {
+        bTicked = !bTicked;
+        ::DefWindowProcW(hTree, WM_SETREDRAW, FALSE, 0);
+        for (const HTREEITEM hItem : colItems)
+            Tick(hTree, hItem, bTicked);
+        ::DefWindowProcW(hTree, WM_SETREDRAW, TRUE, 0);
+        ::InvalidateRect(hTree, nullptr, TRUE);
+        RunMessages();
+    };
+    for (const char* sWhat : {"ticking the root", "ticking the root, all expanded"})
+    {
+        const double dClick = Quickest(click, 6);
+        Row(sWhat, lCategories, dClick, Quickest(bare, 6), 3);
+        for (const HTREEITEM hItem : colItems)
+            ::SendMessageW(hTree, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(hItem));
+        ::SendMessageW(hTree, TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(hRoot));
+        RunMessages();
+    }
+}
+
 int Run()
 {
-    std::printf("%-34s %8s %13s %13s %7s\n", "operation", "n", "window", "baseline", "ratio");
+    std::printf("%-36s %8s %13s %13s %7s\n", "operation", "n", "window", "baseline", "ratio");
     double dSmallest = 0;
     for (const std::int64_t lCuts : {1'000, 10'000, 100'000})
     {
@@ -340,6 +445,8 @@ int Run()
         Row("opening, as with 1 000 cuts", lCuts, dOpening, dSmallest, 4);
         cStation.Open([&] { Measure(cStation); });
     }
+    Station cCategories(lCategories * lLevels, &CategoryCut);
+    cCategories.Open([&] { MeasureTicks(cCategories); });
     return bWithinLimits ? 0 : 1;
 }
 
