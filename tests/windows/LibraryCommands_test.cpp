@@ -157,6 +157,7 @@ TEST_F(LibraryCommands, ANewCategoryAndANewLevelAppearInTheTree)
             EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1", L"2", L"3"}));
             EXPECT_TRUE(IsExpanded(Item(L"Rock")));
             EXPECT_EQ(SelectedNode(), L"Rock");
+            EXPECT_EQ(Status(0), L"Showing All Audio") << "what was shown before";
             Show(user, Item(L"Rock", L"3"));
             EXPECT_EQ(Rows(), 0);
             EXPECT_EQ(Status(1), L"Showing 0 total.");
@@ -314,6 +315,45 @@ TEST_F(LibraryCommands, TheTreeFollowsWhatTheCategoryWindowCreates)
             EXPECT_TRUE(::IsWindowEnabled(hWindow));
             EXPECT_EQ(Tree()[3], L" Polka");
         });
+}
+
+// It shows once: from a library window that it has opened itself it cannot be opened again.
+TEST_F(LibraryCommands, ShowCategoryUIIsGreyedWhileThatWindowIsOpen)
+{
+    FillStation();
+    cStation.Populate();
+    const auto bGreyed = [&](const User& user, const std::function<void()>& openMenu)
+    {
+        openMenu();
+        user.WaitFor(L"#32768");
+        constexpr int lCategories = 2;
+        const HMENU hMenu = ::GetSubMenu(::GetMenu(hWindow), lCategories);
+        const bool bNow = (::GetMenuState(hMenu, 0, MF_BYPOSITION) & MF_GRAYED) != 0;
+        user.Key(VK_ESCAPE);
+        user.Key(VK_ESCAPE);
+        return bNow;
+    };
+    const auto check = [&](const User& user, bool bExpected)
+    {
+        EXPECT_EQ(bGreyed(user, [&] { user.Key(L'C', VK_MENU); }), bExpected) << "in the menu bar";
+        user.Click(hTree);
+        EXPECT_EQ(bGreyed(user, [&] { user.Key(VK_APPS); }), bExpected) << "at the tree";
+    };
+    CategoryRequest request;
+    WhileOpen([&] { cStation.cSchedMan->ShowCatUI(request); },
+              [&](const User& user)
+              {
+                  const HWND hCategories = user.WaitFor(sfrmCatClass);
+                  ::PostMessageW(hCategories, WM_COMMAND, eIdmnuSchedLib, 0);
+                  hWindow = user.WaitFor(sfrmUILibClass);
+                  hTree = User::Control(hWindow, eIdTvCats);
+                  check(user, true);
+                  ::PostMessageW(hWindow, WM_CLOSE, 0, 0);
+                  user.WaitUntilGone(hWindow);
+                  ::PostMessageW(hCategories, WM_CLOSE, 0, 0);
+                  user.WaitUntilGone(hCategories);
+              });
+    OpenAgain([&](const User& user) { check(user, false); });
 }
 
 // ---- news from the database ----
