@@ -46,6 +46,7 @@ void HistoryFiles::Serve(const std::wstring& sAppPath)
     {
         m_colOwed.clear();
         m_colUnsaved.clear();
+        m_colToDelete.clear();
     }
 }
 
@@ -119,12 +120,12 @@ HistoryFiles::Saved HistoryFiles::Save(const std::shared_ptr<clsCat>& cMainCat, 
         return Saved::NotMain;
     }
     const std::wstring sCatName = cMainCat->CatName();
-    const std::wstring sKey = cMainCat->CatID();
+    const std::wstring sKey = KeyOf(sCatName);
     try
     {
         const Snapshot cSnapshot = TakeSnapshot(*cMainCat);
         const Saved eSaved = SaveSnapshot(cSnapshot, eManner);
-        Settle(sKey, cSnapshot);
+        Settle(sKey, cSnapshot.lStamp);
         return eSaved;
     }
     catch (...)
@@ -166,7 +167,10 @@ HistoryFiles::Saved HistoryFiles::SaveSnapshot(const Snapshot& cSnapshot, Manner
 {
     if (cSnapshot.colEntries.empty())
     {
-        EmptyNotUnderstood(cSnapshot, eManner);
+        if (m_colToDelete.count(KeyOf(cSnapshot.sCatName)) != 0)
+            DeleteFile(cSnapshot.sCatName);
+        else
+            EmptyNotUnderstood(cSnapshot, eManner);
         return Saved::NoRecords;
     }
     RequireFileName(cSnapshot.sCatName);
@@ -240,8 +244,10 @@ void HistoryFiles::TellOfWriting(const Snapshot& cSnapshot)
 void HistoryFiles::Write(const Snapshot& cSnapshot, std::string_view bytes, Manner eManner)
 {
     m_cMod.FlushDebugLog();
-    m_cMod.Saved().Replace(cSnapshot.sPath, cSnapshot.lStamp, bytes, this, SavedFiles::Unseen::KeepAside,
-                           eManner == Manner::Quiet ? Patience::None : Patience::UpToASecond);
+    const Patience ePatience = eManner == Manner::Quiet ? Patience::None : Patience::UpToASecond;
+    if (m_cMod.Saved().Replace(cSnapshot.sPath, cSnapshot.lStamp, bytes, this, SavedFiles::Unseen::KeepAside,
+                               ePatience) == SavedFiles::Result::Written)
+        m_colToDelete.erase(KeyOf(cSnapshot.sCatName)); // it has records again
 }
 
 // A category without records keeps a file that was understood. One that names levels which are gone would be
@@ -250,119 +256,6 @@ void HistoryFiles::EmptyNotUnderstood(const Snapshot& cSnapshot, Manner eManner)
 {
     if (m_cMod.Saved().StateOf(cSnapshot.sPath, this) == SavedFiles::State::NotUnderstood)
         Write(cSnapshot, {}, eManner);
-}
-
-void HistoryFiles::Settle(const std::wstring& sKey, const Snapshot& cSnapshot)
-{
-    // A pick during the save may owe an order that is newer than the one that was written.
-    if (const auto owed = m_colOwed.find(sKey);
-        owed != m_colOwed.end() && owed->second.lSince <= cSnapshot.lStamp)
-        m_colOwed.erase(owed);
-    if (const auto unsaved = m_colUnsaved.find(sKey);
-        unsaved != m_colUnsaved.end() && unsaved->second <= cSnapshot.lStamp)
-        m_colUnsaved.erase(unsaved);
-}
-
-void HistoryFiles::DeleteFile(const std::wstring& sCatName)
-{
-    const std::wstring sPath = SavePathOf(sCatName);
-    if (CanBeFileName(sCatName))
-        m_cMod.Saved().Delete(sPath, this);
-}
-
-// ---- picks
-
-void HistoryFiles::SaveAfterPick(const std::shared_ptr<clsCat>& cMainCat, const CatCollection& colMainCats)
-{
-    const std::wstring sKey = cMainCat->CatID();
-    RetryOneExcept(sKey, colMainCats);
-    const auto own = m_colOwed.find(sKey);
-    if (own != m_colOwed.end() && !IsDue(own->second))
-        own->second.lSince = NoteChanged(*cMainCat); // tried a moment ago: a later pick tries again
-    else
-        SaveQuietly(cMainCat);
-}
-
-bool HistoryFiles::IsDue(const Owed& owed) const
-{
-    return m_cMod.Outside().cClock.TickCount() - owed.lTriedAt >= lRetryMs;
-}
-
-// Of the categories that are due, the one that has waited longest.
-void HistoryFiles::RetryOneExcept(const std::wstring& sKey, const CatCollection& colMainCats)
-{
-    const std::uint32_t lNow = m_cMod.Outside().cClock.TickCount();
-    const std::wstring* sLongest = nullptr;
-    std::uint32_t lLongest = 0;
-    for (const auto& [sOwed, owed] : m_colOwed)
-        if (const std::uint32_t lWaited = lNow - owed.lTriedAt;
-            sOwed != sKey && lWaited >= lRetryMs && lWaited > lLongest)
-        {
-            sLongest = &sOwed;
-            lLongest = lWaited;
-        }
-    if (sLongest)
-        Retry(std::wstring(*sLongest), colMainCats);
-}
-
-void HistoryFiles::Retry(const std::wstring& sKey, const CatCollection& colMainCats)
-{
-    if (const std::shared_ptr<clsCat>* cMainCat = colMainCats.Find(sKey))
-        SaveQuietly(std::shared_ptr(*cMainCat));
-    else
-        m_colOwed.erase(sKey); // it has been deleted
-}
-
-void HistoryFiles::SaveQuietly(const std::shared_ptr<clsCat>& cMainCat)
-{
-    const std::wstring sKey = cMainCat->CatID();
-    const std::wstring sFolded = FoldCase(cMainCat->CatName());
-    if (m_colNoFileName.count(sFolded) == 0 && Save(cMainCat, Manner::Quiet) != Saved::Failed)
-        return;
-    if (CanBeFileName(sFolded))
-        m_colOwed[sKey] = {m_cMod.Saved().Begin(), m_cMod.Outside().cClock.TickCount()};
-    else // no save can succeed: it is logged once and never owed
-    {
-        m_colNoFileName.insert(sFolded);
-        m_colOwed.erase(sKey); // it may have been renamed since
-    }
-}
-
-void HistoryFiles::SaveOwed(const CatCollection& colMainCats)
-{
-    std::vector<std::wstring> colKeys;
-    for (const auto& [sKey, owed] : m_colOwed)
-        colKeys.push_back(sKey);
-    for (const std::wstring& sKey : colKeys)
-        Retry(sKey, colMainCats);
-}
-
-void HistoryFiles::NoteUnsaved(const clsCat& cMainCat)
-{
-    if (const SavedFiles::Stamp lSince = NoteChanged(cMainCat); CanBeFileName(cMainCat.CatName()))
-        m_colUnsaved[cMainCat.CatID()] = lSince;
-}
-
-void HistoryFiles::SavePending(const CatCollection& colMainCats)
-{
-    for (const auto& [sKey, lSince] : std::exchange(m_colUnsaved, {}))
-        m_colOwed.try_emplace(sKey, Owed{lSince, m_cMod.Outside().cClock.TickCount()});
-    SaveOwed(colMainCats);
-}
-
-// ---- how new an order is
-
-SavedFiles::Stamp HistoryFiles::NoteChanged(const clsCat& cMainCat)
-{
-    return m_colAges[FoldCase(cMainCat.CatName())].lNewest = m_cMod.Saved().Begin();
-}
-
-bool HistoryFiles::IsNewerThanItsReading(const clsCat& cMainCat) const
-{
-    if (m_colOwed.count(cMainCat.CatID()) != 0 || m_colUnsaved.count(cMainCat.CatID()) != 0)
-        return true;
-    const auto age = m_colAges.find(FoldCase(cMainCat.CatName()));
-    return age != m_colAges.end() && (age->second.lRead == 0 || age->second.lNewest > age->second.lRead);
 }
 
 // ---- reading

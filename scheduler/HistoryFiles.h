@@ -111,7 +111,8 @@ public:
     // since, a change from before is not saved, or the file could not be read and applied in full.
     bool IsNewerThanItsReading(const clsCat& cMainCat) const;
 
-    // Removes a category's file when there is one. Throws.
+    // Removes a category's file when there is one. When that fails, it throws and the deletion is owed, until
+    // it succeeds or the category has records to save again: else the next start would bring its levels back.
     void DeleteFile(const std::wstring& sCatName);
 
 private:
@@ -135,8 +136,11 @@ private:
     void TellOfWriting(const Snapshot& cSnapshot);
     void Write(const Snapshot& cSnapshot, std::string_view bytes, Manner eManner);
     void EmptyNotUnderstood(const Snapshot& cSnapshot, Manner eManner);
-    void Settle(const std::wstring& sKey, const Snapshot& cSnapshot);
 
+    static std::wstring KeyOf(const std::wstring& sCatName);
+    void Settle(const std::wstring& sKey, SavedFiles::Stamp lStamp);
+    void Owe(const std::wstring& sKey);
+    void RetryDeletion(const std::wstring& sKey, const std::wstring& sCatName);
     bool IsDue(const Owed& owed) const;
     void RetryOneExcept(const std::wstring& sKey, const CatCollection& colMainCats);
     void Retry(const std::wstring& sKey, const CatCollection& colMainCats);
@@ -154,9 +158,10 @@ private:
     EventRelay& m_cEvents;
     std::wstring m_sAppPath;
     std::unordered_map<std::wstring, Age> m_colAges; // by folded name
-    // By key of the main category.
+    // By key of the main category, folded.
     std::unordered_map<std::wstring, Owed> m_colOwed;
     std::unordered_map<std::wstring, SavedFiles::Stamp> m_colUnsaved; // since when
+    std::unordered_map<std::wstring, std::wstring> m_colToDelete;     // names whose files are; owed as well
     std::unordered_set<std::wstring> m_colNoFileName;                 // names whose error has been logged
     std::vector<const EmptyingLevels*> m_colEmptying;
 };
