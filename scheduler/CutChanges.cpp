@@ -145,6 +145,8 @@ ChangeRecord CutChanges::Finish(const Ending& ending)
         ending.beforeSave(m_cAffected.Count());
     if (ending.eSave)
         SaveAffected(*ending.eSave);
+    else
+        EndGuards();
     const auto IsMain = [](const ChangeRecord::Category& category) { return category.lLevel == 0; };
     if (ending.eSave && std::any_of(m_record.colMade.begin(), m_record.colMade.end(), IsMain))
         m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.sAppPath);
@@ -231,16 +233,22 @@ void CutChanges::CallerSaves(const std::wstring& sCatName)
     m_colGuards.Remove(std::wstring_view(sCatName));
 }
 
-void CutChanges::SaveAffected(HistoryFiles::Manner eManner)
+// What nothing has changed is saved without its markers again; the others are for the end of the change.
+void CutChanges::EndGuards()
 {
     std::vector<TextKey> colGuarded;
     for (std::size_t lAt = 0; lAt < m_colGuards.Count(); ++lAt)
         colGuarded.push_back(*m_colGuards.KeyAt(lAt));
     m_colGuards.Clear();
-    for (const TextKey& cName : colGuarded) // without its markers again, though nothing of it has changed
+    for (const TextKey& cName : colGuarded)
         if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(cName.Text());
             cMainCat && !m_cAffected.Contains(cName.Text()))
             m_cStation.cHistoryFiles.SaveQuietly(cMainCat);
+}
+
+void CutChanges::SaveAffected(HistoryFiles::Manner eManner)
+{
+    EndGuards();
     for (const std::wstring& sName : AffectedCats(std::move(m_cAffected)))
         if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName))
         {

@@ -114,7 +114,8 @@ public:
 
     struct Ending
     {
-        std::optional<HistoryFiles::Manner> eSave = HistoryFiles::Manner::Explicit; // nothing: saves nothing
+        // Nothing: the caller's caller saves. What was written ahead of the change stays as it is till then.
+        std::optional<HistoryFiles::Manner> eSave = HistoryFiles::Manner::Explicit;
         std::function<void(std::size_t lAffected)> beforeSave;
         std::function<void()> afterSave;
         std::function<void(const RuntimeError&)> show; // each error once
@@ -163,6 +164,7 @@ private:
     std::shared_ptr<clsCat> EnsureLevel(const std::shared_ptr<clsCat>& cMainCat, std::int32_t lLevel);
     void FileAsNamed(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat);
     bool StandsWhereAssigned(const Cut& cCut) const;
+    void EndGuards();
     void SaveAffected(HistoryFiles::Manner eManner);
 
     Station& m_cStation;

@@ -58,11 +58,14 @@ void RemoveCut(Station& cStation, Synchronisation& cSync, const CutRemoval& remo
                CatCollection& colMainCatsIN)
 {
     CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+    CutChanges::Rhythm rhythm;
+    rhythm.mayLeave = [&](const Station::Place& place) { return MayLeave(removal, place); };
     Cats colFrom;
-    cChanges.RunOne(removal.cCut,
-                    [&](const std::shared_ptr<Cut>& cCut, std::size_t)
-                    { colFrom = TakeOutOfCategories(cStation, cChanges, cCut, removal); },
-                    {});
+    cChanges.RunOne(
+        removal.cCut,
+        [&](const std::shared_ptr<Cut>& cCut, std::size_t)
+        { colFrom = TakeOutOfCategories(cStation, cChanges, cCut, removal); },
+        rhythm);
     const ChangeRecord record = cChanges.Finish(EndingOf(cStation, std::nullopt));
     if (record.colCuts.empty())
         return; // put back

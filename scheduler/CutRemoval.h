@@ -30,7 +30,8 @@ Cats TakeOutOfCategories(const Station& cStation, CutChanges& cChanges, const st
                          const CutRemoval& removal);
 
 // Takes one cut out of categories, or out of none when that fails. Adds those it was taken out of to
-// colMainCatsIN, keyed by name. Saves nothing.
+// colMainCatsIN, keyed by name. Saves nothing: the caller does. Only a category of which a level may become
+// empty is written ahead of the removal, without a word, so that a kill before that save loses no level.
 void RemoveCut(Station& cStation, Synchronisation& cSync, const CutRemoval& removal,
                CatCollection& colMainCatsIN);
 

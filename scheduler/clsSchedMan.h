@@ -90,7 +90,9 @@ public:
 
     // Takes a cut out of a level (its own number's, or LevelToRemoveFrom) of one main category, or with null
     // of every one it is assigned to; out of none when that fails. Adds those it was removed from to
-    // colMainCatsIN, keyed by name. Saves nothing.
+    // colMainCatsIN, keyed by name. Saves nothing: the caller saves those. When a level may become empty, its
+    // category's present order is written ahead of the removal, without event or box and without a word of a
+    // failure but in the log, so that the level and the orders above it survive a kill before that save.
     void RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat, const std::shared_ptr<Cut>& cCut,
                                CatCollection& colMainCatsIN, std::int32_t LevelToRemoveFrom = 0);
 

@@ -212,6 +212,97 @@ TEST_F(KilledChangeTest, WhatIsWrittenAheadOfAChangeThatFailsIsWrittenAgain)
     EXPECT_EQ(OrdersOf(cLib), before);
 }
 
+TEST_F(KilledChangeTest, MarkersThatCannotBeTakenOffAreTriedAgain)
+{
+    Start(true);
+    const std::string rock = File(L"Rock");
+    cBatching->bRefusesCommit = true;
+    for (const std::shared_ptr<Cut>& cCut : cBatching->cInner.colCuts)
+        std::dynamic_pointer_cast<FakeCut>(cCut)->OnCall = [&](const std::string&)
+        {
+            if (File(L"Rock") != rock) // written ahead
+                cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+        };
+    bool bCreated = false;
+    cLib.cSchedMan->DoMassCatChange(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 4), CutsOf(L"Rock", 1),
+                                    bCreated);
+    for (const std::shared_ptr<Cut>& cCut : cBatching->cInner.colCuts)
+        std::dynamic_pointer_cast<FakeCut>(cCut)->OnCall = nullptr;
+    EXPECT_EQ(OrdersOf(cLib), before);
+    EXPECT_NE(File(L"Rock"), rock);
+    EXPECT_EQ(SifWithoutGuards(File(L"Rock")), rock);
+    EXPECT_TRUE(Tells(ExpectSoundStart(Leave()), L"Rock"));
+    Forget();
+    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    EXPECT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Pop")));
+    EXPECT_EQ(File(L"Rock"), rock);
+    EXPECT_EQ(boxes, Boxes());
+}
+
+// ---- removals that the host saves
+
+class HostsRemovalTest : public KilledChangeTest
+{
+protected:
+    // Takes cuts out of Rock 1, one by one, until so many are left.
+    void RemoveDownTo(std::size_t lLeft)
+    {
+        while (Level(L"Rock", 1)->SchedCuts()->Count() > lLeft)
+        {
+            CatCollection colMainCats;
+            cLib.cSchedMan->RemoveCutFromCategory(MainCat(L"Rock"), CutsOf(L"Rock", 1)[0], colMainCats);
+            ASSERT_EQ(colMainCats.Count(), 1u);
+        }
+    }
+};
+
+TEST_F(HostsRemovalTest, TheLevelOutlivesAKillBeforeTheHostSaves)
+{
+    Start(true);
+    RemoveDownTo(1);
+    EXPECT_EQ(Written(), Lines()) << "nothing is saved";
+    RemoveDownTo(0);
+    EXPECT_EQ(Written(), Lines{L"Rock"}) << "ahead of the last one";
+    EXPECT_EQ(said, Lines());
+    EXPECT_EQ(boxes, Boxes());
+    ASSERT_EQ(colLeft.size(), 8u);
+    for (const Left& left : colLeft)
+        ExpectSoundStart(left);
+    EXPECT_TRUE(Tells(ExpectSoundStart(Leave()), L"Rock"));
+    EXPECT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Rock")));
+    EXPECT_FALSE(Tells(ExpectSoundStart(Leave()), L"Rock"));
+}
+
+TEST_F(HostsRemovalTest, OneThatFailsLeavesTheFileAsItWas)
+{
+    Start(true);
+    RemoveDownTo(1);
+    EXPECT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Rock")));
+    const std::string rock = File(L"Rock");
+    cBatching->bRefusesCommit = true;
+    CatCollection colMainCats;
+    cLib.cSchedMan->RemoveCutFromCategory(nullptr, CutsOf(L"Rock", 1)[0], colMainCats);
+    EXPECT_TRUE(colMainCats.Empty());
+    EXPECT_EQ(Level(L"Rock", 1)->SchedCuts()->Count(), 1u);
+    EXPECT_EQ(File(L"Rock"), rock);
+}
+
+TEST_F(HostsRemovalTest, OneThatCannotBeWrittenAheadIsOnlyLogged)
+{
+    Start(true);
+    RemoveDownTo(1);
+    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    Forget();
+    RemoveDownTo(0);
+    EXPECT_EQ(boxes, Boxes());
+    EXPECT_EQ(said, Lines());
+    EXPECT_EQ(Log(), Lines{L"DISPLAYERROR, SaveHistoryAndOrdering Rock 75 Path/File access error"});
+    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    Forget();
+    EXPECT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Pop")));
+    EXPECT_EQ(Written(), Lines{L"Pop"}) << "the removal is the host's to save";
+}
+
 TEST_F(KilledChangeTest, OnlyCategoriesThatMayLoseALevelAreWrittenTwice)
 {
     Start(true);

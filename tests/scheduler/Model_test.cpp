@@ -117,13 +117,14 @@ public:
         colOrder.push_back(&cut);
         return true;
     }
-    void Save(const RefMain& main)
+    // bAhead: with a marker in front of each level, as it is written ahead of a change.
+    void Save(const RefMain& main, bool bAhead = false)
     {
         colUnsaved.erase(Lower(main.sName));
         std::vector<RefRecord> colRecords;
         for (const auto& [lLevel, colOrder] : main.colLevels)
         {
-            if (colOrder.empty())
+            if (colOrder.empty() || bAhead)
                 colRecords.push_back({lLevel, true, L""});
             for (const RefCut* pCut : colOrder)
                 colRecords.push_back({pCut->lLevel, false, pCut->sKey});
@@ -602,9 +603,17 @@ private:
         CatCollection colFrom;
         m_cLib.cSchedMan->RemoveCutFromCategory(pOnly ? CatOf(*pOnly) : nullptr, GivenOf(*pCut), colFrom,
                                                 lGiven);
+        const std::set<RefMain*> colAhead =
+            WrittenAhead({pCut}, [&](const RefMain& main, std::int32_t lLevel)
+                         { return (!pOnly || pOnly == &main) && (lGiven == 0 || lGiven == lLevel); });
+        for (const RefMain* pMain : colAhead)
+            m_ref.Save(*pMain, true);
         std::vector<RefMain*> colLeft;
         const std::size_t lFailed = TakeOutOf(*pCut, pOnly, lGiven, trouble, colLeft) ? 0 : 1;
         EndTrouble(trouble, lFailed);
+        for (RefMain* pMain : colAhead)
+            if (std::find(colLeft.begin(), colLeft.end(), pMain) == colLeft.end())
+                m_ref.Save(*pMain);
         for (const RefMain* pMain : colLeft)
             EXPECT_TRUE(colFrom.Exists(pMain->sName));
         EXPECT_EQ(colFrom.Count(), colLeft.size());
