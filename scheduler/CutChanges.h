@@ -114,7 +114,7 @@ public:
 
     struct Ending
     {
-        // Nothing: the caller's caller saves. What was written ahead of the change stays as it is till then.
+        // Nothing: the host saves. A file that was written ahead of the change keeps its markers until then.
         std::optional<HistoryFiles::Manner> eSave = HistoryFiles::Manner::Explicit;
         std::function<void(std::size_t lAffected)> beforeSave;
         std::function<void()> afterSave;
