@@ -155,7 +155,7 @@ public:
 
 private:
     // As long as nobody but this walk has moved cuts, no cut can come to the head twice, and none has to be
-    // looked for among those examined.
+    // looked for among those examined. A pass-over disturbs too: it leaves more steps than fresh cuts.
     void LookForDisturbance(const std::shared_ptr<CutCollection>& colOrder)
     {
         if (!m_colOrder)
@@ -182,7 +182,6 @@ private:
                 return true;
             }
             PassOver(colOrder, pKey);
-            m_bDisturbed = true; // what is passed over leaves more steps than fresh cuts
         }
         return false;
     }

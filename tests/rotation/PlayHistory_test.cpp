@@ -83,6 +83,9 @@ TEST_F(PlayHistoryTest, PlayIsEnteredAsTheDatabasesOwnCutWithItsTime)
     EXPECT_EQ(cCut->LastPlayed(), dtNoon);
     EXPECT_EQ(Last(L" Ash", L"Sun ", L"S ky"), none) << "blanks tell keys apart";
     EXPECT_EQ(Last(L"Sun", L"Sky", L"Ash"), none) << "the three histories do not mix";
+    const auto cOld = AddCut(L"b.mp3", L"Elm", L"Rain");
+    Play(*cOld, 0.5);
+    EXPECT_EQ(Last(L"Elm", L"Rain", L""), (Plays{cOld, cOld, nullptr})) << "any time above 0 is one";
 }
 
 TEST_F(PlayHistoryTest, SpellingsThatDifferInCaseAreOneEntry)
@@ -253,6 +256,22 @@ TEST_F(PendingTimesTest, WritingAllGivesUpAfterTwoRefusals)
     EXPECT_EQ(cHistory.PendingTimes(), 6u);
 }
 
+TEST_F(PendingTimesTest, PlayStopsAtTheFirstRefusalOfOthers)
+{
+    const std::vector<std::shared_ptr<FakeCut>> colCuts{AddRefusing(0), AddRefusing(1), AddRefusing(2)};
+    for (const auto& cCut : colCuts)
+    {
+        Play(*cCut, dtNoon);
+        cCut->calls.clear();
+    }
+    cClock.Advance(lSecond);
+    Play(*AddCut(3), dtNoon);
+    int lTries = 0;
+    for (const auto& cCut : colCuts)
+        lTries += cCut->calls["SetLastPlayed"];
+    EXPECT_EQ(lTries, 1);
+}
+
 TEST_F(PendingTimesTest, EachIncidentIsToldAsFirstOnce)
 {
     const auto cCut = AddCut(1);
@@ -266,6 +285,26 @@ TEST_F(PendingTimesTest, EachIncidentIsToldAsFirstOnce)
         EXPECT_EQ(cCut->LastPlayed(), dtNoon + i);
     }
     EXPECT_EQ(colRefusals, (Refusals{"91 first", "91", "91 first", "91"}));
+}
+
+TEST_F(PendingTimesTest, RefusalThatLeavesNothingPendingEndsItsIncident)
+{
+    const auto cCut = AddRefusing(1);
+    Play(*cCut, dtNoon);
+    cClock.Advance(lSecond);
+    cCut->OnCall = [&](const std::string& sMember)
+    {
+        if (sMember != "SetLastPlayed")
+            return;
+        cCut->OnCall = nullptr;
+        cCut->failing.clear();
+        Play(*cCut, dtNoon + 1); // is taken, and the one under way is refused
+        cCut->failing.insert("SetLastPlayed");
+    };
+    cHistory.WritePendingTimes(cDataBase);
+    EXPECT_EQ(cHistory.PendingTimes(), 0u);
+    Play(*cCut, dtNoon + 2);
+    EXPECT_EQ(colRefusals, (Refusals{"91 first", "91 first", "91 first"}));
 }
 
 TEST_F(PendingTimesTest, LaterPlayOfTheCutReplacesItsPendingTime)
@@ -304,25 +343,32 @@ TEST_F(PendingTimesTest, TimeGoesToTheObjectTheDatabaseHasNow)
 
 TEST_F(PendingTimesTest, PlayReportedWhileOthersAreWrittenIsNotLost)
 {
-    const auto cFirst = AddRefusing(1);
-    const auto cSecond = AddCut(2);
-    Play(*cFirst, dtNoon);
-    cFirst->failing.clear();
-    bool bCalled = false;
-    cFirst->OnCall = [&](const std::string& sMember)
+    for (const std::uint32_t lSince : {0u, lSecond}) // the report waits, or settles what is pending itself
     {
-        if (sMember == "SetLastPlayed" && !std::exchange(bCalled, true))
+        const auto cFirst = AddRefusing(1);
+        const auto cSecond = AddRefusing(2);
+        Play(*cFirst, dtNoon);
+        Play(*cSecond, dtNoon);
+        cFirst->failing.clear();
+        cSecond->failing.clear();
+        cClock.Advance(lSince);
+        bool bCalled = false;
+        cFirst->OnCall = [&](const std::string& sMember)
         {
-            Play(*cSecond, dtNoon + 1);
-            Play(*cFirst, dtNoon + 2);
-        }
-    };
-    cHistory.WritePendingTimes(cDataBase);
-    EXPECT_TRUE(bCalled);
-    cFirst->OnCall = nullptr;
-    cHistory.WritePendingTimes(cDataBase);
-    EXPECT_EQ(cHistory.PendingTimes(), 0u);
-    EXPECT_EQ(cSecond->LastPlayed(), dtNoon + 1);
+            if (sMember == "SetLastPlayed" && !std::exchange(bCalled, true))
+            {
+                Play(*cSecond, dtNoon + 1);
+                Play(*cFirst, dtNoon + 2);
+            }
+        };
+        cHistory.WritePendingTimes(cDataBase);
+        EXPECT_TRUE(bCalled);
+        cFirst->OnCall = nullptr;
+        cHistory.WritePendingTimes(cDataBase);
+        EXPECT_EQ(cHistory.PendingTimes(), 0u);
+        EXPECT_EQ(cSecond->LastPlayed(), dtNoon + 1);
+        cDataBase.colCuts.clear();
+    }
 }
 
 } // namespace

@@ -166,6 +166,7 @@ TEST_F(MeasureTest, WithoutAnAlbumRuleTheAlbumIsNotRead)
 {
     cCandidate->failing.insert("Album");
     Measure(All(60, 60, -1));
+    Measure(All(60, 60, 0));
     EXPECT_TRUE(colErrors.empty());
     Measure(All(60, 60, 1));
     EXPECT_EQ(colErrors, std::vector<std::int32_t>{error::ObjectNotSet});
