@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <utility>
 
 namespace ravlo::test
 {
@@ -14,57 +15,48 @@ namespace
 
 using namespace std::string_literals;
 
-TEST(LittleEndian, ALongIsFourBytesLowestFirst)
+TEST(LittleEndian, LongIsFourBytesLowestFirst)
 {
-    struct Row
-    {
-        std::int32_t lValue;
-        std::string bytes;
-    };
-    const Row rows[] = {{0, "\0\0\0\0"s},
-                        {1, "\1\0\0\0"s},
-                        {-1, "\xFF\xFF\xFF\xFF"s},
-                        {0x12345678, "\x78\x56\x34\x12"s},
-                        {std::numeric_limits<std::int32_t>::max(), "\xFF\xFF\xFF\x7F"s},
-                        {std::numeric_limits<std::int32_t>::min(), "\0\0\0\x80"s}};
-    for (const Row& row : rows)
+    const std::pair<std::int32_t, std::string> rows[] = {
+        {0, "\0\0\0\0"s},
+        {1, "\1\0\0\0"s},
+        {-1, "\xFF\xFF\xFF\xFF"s},
+        {0x12345678, "\x78\x56\x34\x12"s},
+        {std::numeric_limits<std::int32_t>::max(), "\xFF\xFF\xFF\x7F"s},
+        {std::numeric_limits<std::int32_t>::min(), "\0\0\0\x80"s}};
+    for (const auto& [lValue, expected] : rows)
     {
         std::string bytes = "??????";
-        PutLong(bytes, 1, row.lValue);
-        EXPECT_EQ(bytes, "?" + row.bytes + "?") << row.lValue;
-        EXPECT_EQ(GetLong(bytes, 1), row.lValue);
+        PutLong(bytes, 1, lValue);
+        EXPECT_EQ(bytes, "?" + expected + "?") << lValue;
+        EXPECT_EQ(GetLong(bytes, 1), lValue);
     }
 }
 
-TEST(LittleEndian, AnIntegerIsTwoBytesLowestFirst)
+TEST(LittleEndian, IntegerIsTwoBytesLowestFirst)
 {
-    struct Row
-    {
-        std::int16_t iValue;
-        std::string bytes;
-    };
-    const Row rows[] = {{0, "\0\0"s},          {1, "\1\0"s},         {-1, "\xFF\xFF"s},
-                        {0x1234, "\x34\x12"s}, {32767, "\xFF\x7F"s}, {-32768, "\0\x80"s}};
-    for (const Row& row : rows)
+    const std::pair<std::int16_t, std::string> rows[] = {
+        {std::int16_t{0}, "\0\0"s},         {std::int16_t{1}, "\1\0"s},
+        {std::int16_t{-1}, "\xFF\xFF"s},    {std::int16_t{0x1234}, "\x34\x12"s},
+        {std::int16_t{32767}, "\xFF\x7F"s}, {std::int16_t{-32768}, "\0\x80"s}};
+    for (const auto& [iValue, expected] : rows)
     {
         std::string bytes = "????";
-        PutInteger(bytes, 1, row.iValue);
-        EXPECT_EQ(bytes, "?" + row.bytes + "?") << row.iValue;
-        EXPECT_EQ(GetInteger(bytes, 1), row.iValue);
+        PutInteger(bytes, 1, iValue);
+        EXPECT_EQ(bytes, "?" + expected + "?") << iValue;
+        EXPECT_EQ(GetInteger(bytes, 1), iValue);
     }
 }
 
-TEST(LittleEndian, ATextIsPaddedWithBlanksAndCutAtItsField)
+TEST(LittleEndian, TextIsPaddedWithBlanksAndCutAtItsField)
 {
-    std::string bytes = "????????";
-    PutText(bytes, 1, 5, "ab");
-    EXPECT_EQ(bytes, "?ab   ??");
-    PutText(bytes, 1, 5, "");
-    EXPECT_EQ(bytes, "?     ??");
-    PutText(bytes, 1, 5, "abcde");
-    EXPECT_EQ(bytes, "?abcde??");
-    PutText(bytes, 1, 5, "abcdefgh");
-    EXPECT_EQ(bytes, "?abcde??");
+    for (const auto& [text, expected] : {std::pair{"ab", "?ab   ??"}, std::pair{"", "?     ??"},
+                                         std::pair{"abcde", "?abcde??"}, std::pair{"abcdefgh", "?abcde??"}})
+    {
+        std::string bytes = "????????";
+        PutText(bytes, 1, 5, text);
+        EXPECT_EQ(bytes, expected);
+    }
 }
 
 } // namespace
