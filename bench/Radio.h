@@ -3,7 +3,7 @@
 
 #include "media/DataBase.h"
 #include "model/clsCat.h"
-#include "platform/memory/MemoryWorld.h"
+#include "platform/memory/MemoryPorts.h"
 #include "rotation/PlayHistory.h"
 
 #include <cstdint>

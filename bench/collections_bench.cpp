@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "bench/Ratios.h"
-#include "collections/OrderedKeyedCollection.h"
+#include "base/OrderedKeyedCollection.h"
 
 #include <algorithm>
 #include <iterator>

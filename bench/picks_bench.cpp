@@ -2,7 +2,7 @@
 #include "bench/Radio.h"
 #include "bench/Ratios.h"
 #include "platform/posix/PosixFiles.h"
-#include "ports/RuntimeError.h"
+#include "base/RuntimeError.h"
 #include "scheduler/HistoryFiles.h"
 #include "scheduler/clsSchedMan.h"
 

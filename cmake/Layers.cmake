@@ -3,8 +3,8 @@
 #   ravlo_layer(<target> FOLDER <folder> DEPENDS <target>... [LIBRARIES <library>...] [WINDOWS_ONLY])
 #
 # A layer sees the headers of its own folder and of the layers it names, and no others: every target exposes its
-# folder through a link in an include tree of its own, never the top of the source tree. Including a header of a
-# layer that is not named is therefore a compile error.
+# headers through links in an include tree of its own, never the top of the source tree and no folder below its own.
+# Including a header of a layer that is not named is therefore a compile error.
 set(RAVLO_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   list(APPEND RAVLO_WARNINGS -Wno-sign-conversion) # which -Wconversion does not include elsewhere
@@ -17,9 +17,13 @@ function(ravlo_layer target)
   endif()
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${A_FOLDER}/*.cpp)
   set(include_tree ${CMAKE_BINARY_DIR}/include/${target})
-  get_filename_component(parent ${include_tree}/${A_FOLDER} DIRECTORY)
-  file(MAKE_DIRECTORY ${parent})
-  file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${A_FOLDER} ${include_tree}/${A_FOLDER} SYMBOLIC)
+  file(REMOVE_RECURSE ${include_tree})
+  file(MAKE_DIRECTORY ${include_tree}/${A_FOLDER})
+  file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} ${CMAKE_SOURCE_DIR}/${A_FOLDER}/*.h
+    ${CMAKE_SOURCE_DIR}/${A_FOLDER}/*.inc)
+  foreach(header IN LISTS headers)
+    file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${header} ${include_tree}/${header} SYMBOLIC)
+  endforeach()
   if(sources)
     add_library(${target} STATIC ${sources})
     target_include_directories(${target} PUBLIC ${include_tree})

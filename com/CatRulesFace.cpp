@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "com/CatRulesFace.h"
 
-#include "com/kit/Variant.h"
+#include "comkit/Variant.h"
 
 namespace ravlo
 {

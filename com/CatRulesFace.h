@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "com/kit/Dispatch.h"
-#include "com/kit/FaceMap.h"
+#include "comkit/Dispatch.h"
+#include "comkit/FaceMap.h"
 #include "model/clsCatRules.h"
 
 #include <RavloScheduler.h>

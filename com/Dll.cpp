@@ -5,8 +5,8 @@
 #include "com/Library.h"
 #include "com/RuleViolationFace.h"
 #include "com/SchedManFace.h"
-#include "com/kit/Registration.h"
-#include "com/kit/ValueListFace.h"
+#include "comkit/Registration.h"
+#include "comkit/ValueListFace.h"
 
 namespace
 {

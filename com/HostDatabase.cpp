@@ -2,8 +2,8 @@
 #include "com/HostDatabase.h"
 
 #include "com/Library.h"
-#include "com/kit/CutFace.h"
-#include "com/kit/Unknown.h"
+#include "comkit/CutFace.h"
+#include "comkit/Unknown.h"
 
 #include <algorithm>
 #include <unordered_map>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "com/kit/ComPtr.h"
-#include "com/kit/Revisions.h"
+#include "comkit/ComPtr.h"
+#include "comkit/Revisions.h"
 #include "media/DataBase.h"
 
 #include <RavloBase.h>

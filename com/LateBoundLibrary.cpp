@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "com/LateBoundLibrary.h"
 
-#include "collections/CaseFolding.h"
-#include "com/kit/Collection.h"
-#include "com/kit/Errors.h"
+#include "base/CaseFolding.h"
+#include "comkit/Collection.h"
+#include "comkit/Errors.h"
 #include "ui/library/LibraryFilling.h"
 
 #include <algorithm>

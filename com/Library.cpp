@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "com/Library.h"
 
-#include "platform/windows/WindowsWorld.h"
+#include "platform/windows/WindowsPorts.h"
 
 namespace ravlo
 {

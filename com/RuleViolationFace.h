@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "com/kit/CutFace.h"
+#include "comkit/CutFace.h"
 #include "model/clsRuleViolation.h"
 
 #include <RavloScheduler.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "com/kit/Collection.h"
+#include "comkit/Collection.h"
 #include "scheduler/clsSchedMan.h"
 #include "ui/windows/SchedulerUi.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/common/Latin1252CodePage.h"
-#include "text/Utf8.h"
+#include "base/Utf8.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -4,7 +4,7 @@
 #include "fuzz/Fuzz.h"
 #include "host/day/HostError.h"
 #include "host/day/Slots.h"
-#include "text/CsvReader.h"
+#include "base/csv/CsvReader.h"
 
 #include <optional>
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "collections/CaseFolding.h"
-#include "collections/Text.h"
+#include "base/CaseFolding.h"
+#include "base/Text.h"
 #include "fuzz/Fuzz.h"
-#include "ports/DateTime.h"
+#include "base/DateTime.h"
 #include "ravlobase/Store.h"
 
 #include <set>

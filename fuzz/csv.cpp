@@ -2,7 +2,7 @@
 // The CSV reader: any bytes can be read, and the rows that come out, written again, come out again.
 #include "fuzz/Fuzz.h"
 
-#include "text/CsvReader.h"
+#include "base/csv/CsvReader.h"
 
 #include <vector>
 

@@ -11,7 +11,7 @@
 #include "fuzz/Stored.h"
 #include "fuzz/TempFolder.h"
 
-#include "ports/RuntimeError.h"
+#include "base/RuntimeError.h"
 #include "ravlobase/StoreErrors.h"
 
 #include <sqlite3.h>

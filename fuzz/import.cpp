@@ -4,7 +4,7 @@
 #include "fuzz/Stored.h"
 #include "fuzz/TempFolder.h"
 
-#include "ports/RuntimeError.h"
+#include "base/RuntimeError.h"
 #include "ravlobase/StoreErrors.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)

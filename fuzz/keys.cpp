@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The keys hosts ask with: name TAB level for a pick and for the grid, NAME:LEVEL on the command line. Any
 // text is answered, and only a key that names a level finds one.
-#include "fuzz/World.h"
+#include "fuzz/RadioStation.h"
 
-#include "collections/CaseFolding.h"
-#include "collections/Text.h"
+#include "base/CaseFolding.h"
+#include "base/Text.h"
 #include "host/day/CategoryName.h"
 #include "host/day/HostError.h"
 #include "ui/library/LibraryFilling.h"

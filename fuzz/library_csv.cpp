@@ -3,11 +3,11 @@
 // twice, and the cuts, written as a library CSV again, come out again.
 #include "fuzz/Fuzz.h"
 
-#include "collections/CaseFolding.h"
-#include "collections/Text.h"
-#include "ports/RuntimeError.h"
+#include "base/CaseFolding.h"
+#include "base/Text.h"
+#include "base/RuntimeError.h"
 #include "ravlobase/LibraryCsv.h"
-#include "text/CsvReader.h"
+#include "base/csv/CsvReader.h"
 
 #include <set>
 

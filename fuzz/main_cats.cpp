@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The list of main categories: any bytes give a station whose list, saved and read again, gives the same
 // categories and the same bytes.
-#include "fuzz/World.h"
+#include "fuzz/RadioStation.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A level's .rls: any bytes give minutes that can be used, a change is read back, and a file that could not
 // be understood is not lost before somebody changes a rule.
-#include "fuzz/World.h"
+#include "fuzz/RadioStation.h"
 
 #include "model/clsCatRules.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The settings file: any bytes give three separations that can be used, and saving them settles the file.
-#include "fuzz/World.h"
+#include "fuzz/RadioStation.h"
 
 namespace ravlo::fuzz
 {

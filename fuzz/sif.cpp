@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A category's .sif: any bytes leave every cut in its level, once, and what is saved then comes back as it
 // is.
-#include "fuzz/World.h"
+#include "fuzz/RadioStation.h"
 
 #include "model/LittleEndian.h"
 #include "scheduler/HistoryFiles.h"

@@ -3,7 +3,7 @@
 // out again.
 #include "fuzz/Slots.h"
 
-#include "ports/DateTime.h"
+#include "base/DateTime.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
 {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "com/kit/Errors.h"
+#include "comkit/Errors.h"
 #include "host/client/Commands.h"
 #include "host/client/WhatFailed.h"
-#include "text/Utf8.h"
+#include "base/Utf8.h"
 
 #include <algorithm>
 

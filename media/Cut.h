@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "collections/TextKey.h"
-#include "ports/DateTime.h"
+#include "base/TextKey.h"
+#include "base/DateTime.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "model/clsCatRules.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "model/LittleEndian.h"
 #include "scheduler/modscheduler/FileNames.h"
 

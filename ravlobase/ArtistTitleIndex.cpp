@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ravlobase/ArtistTitleIndex.h"
 
-#include "collections/CaseFolding.h"
+#include "base/CaseFolding.h"
 
 namespace ravlo
 {

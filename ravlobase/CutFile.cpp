@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "ravlobase/CutFile.h"
 
-#include "collections/CaseFolding.h"
+#include "base/CaseFolding.h"
 #include "ravlobase/DiskRoom.h"
 #include "ravlobase/FilePath.h"
 #include "ravlobase/StoreErrors.h"
-#include "text/Utf8.h"
+#include "base/Utf8.h"
 
 #include <algorithm>
 #include <limits>

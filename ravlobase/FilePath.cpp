@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ravlobase/FilePath.h"
 
-#include "ports/RuntimeError.h"
-#include "text/Utf8.h"
+#include "base/RuntimeError.h"
+#include "base/Utf8.h"
 
 #include <fstream>
 #include <system_error>

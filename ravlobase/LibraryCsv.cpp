@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "ravlobase/LibraryCsv.h"
 
-#include "collections/Text.h"
-#include "ports/RuntimeError.h"
-#include "text/CsvReader.h"
+#include "base/Text.h"
+#include "base/RuntimeError.h"
+#include "base/csv/CsvReader.h"
 #include "ravlobase/StoreErrors.h"
-#include "text/Utf8.h"
+#include "base/Utf8.h"
 
 #include <limits>
 #include <span>

@@ -2,7 +2,7 @@
 #include "ravlobase/Sqlite.h"
 
 #include "ravlobase/StoreErrors.h"
-#include "text/Utf8.h"
+#include "base/Utf8.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "collections/OrderedKeyedCollection.h"
+#include "base/OrderedKeyedCollection.h"
 #include "media/DataBase.h"
 
 #include <cstddef>

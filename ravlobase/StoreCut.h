@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "collections/TextKey.h"
+#include "base/TextKey.h"
 #include "media/CountsChanges.h"
 #include "media/Cut.h"
 

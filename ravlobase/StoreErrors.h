@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ports/RuntimeError.h"
+#include "base/RuntimeError.h"
 
 namespace ravlo::error
 {

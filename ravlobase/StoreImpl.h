@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "ravlobase/ArtistTitleIndex.h"
 #include "ravlobase/CutFile.h"
 #include "ravlobase/GatheredPlays.h"

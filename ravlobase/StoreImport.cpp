@@ -3,7 +3,7 @@
 #include "ravlobase/FilePath.h"
 #include "ravlobase/LibraryCsv.h"
 #include "ravlobase/StoreImpl.h"
-#include "text/CsvReader.h"
+#include "base/csv/CsvReader.h"
 
 namespace ravlo
 {

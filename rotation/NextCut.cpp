@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "rotation/NextCut.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "rotation/Placeholder.h"
 
 #include <optional>

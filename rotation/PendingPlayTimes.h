@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "collections/OrderedKeyedCollection.h"
+#include "base/OrderedKeyedCollection.h"
 #include "media/DataBase.h"
-#include "ports/Clock.h"
-#include "ports/RuntimeError.h"
+#include "platform/Clock.h"
+#include "base/RuntimeError.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -4,7 +4,7 @@
 #include "media/DataBase.h"
 #include "model/clsCat.h"
 #include "model/clsRuleViolation.h"
-#include "ports/Clock.h"
+#include "platform/Clock.h"
 #include "rotation/PlayHistory.h"
 #include "rotation/SelectionTrace.h"
 #include "rotation/SeparationRules.h"

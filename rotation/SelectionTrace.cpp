@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "rotation/SelectionTrace.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 
 #include <initializer_list>
 

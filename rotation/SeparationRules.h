@@ -3,8 +3,8 @@
 
 #include "model/clsCatRules.h"
 #include "model/clsRuleViolation.h"
-#include "ports/Clock.h"
-#include "ports/RuntimeError.h"
+#include "platform/Clock.h"
+#include "base/RuntimeError.h"
 #include "rotation/PlayHistory.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/CarriedOrders.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 
 #include <cstddef>
 #include <cstdint>

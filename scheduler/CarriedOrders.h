@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "scheduler/Station.h"
+#include "scheduler/SchedulerState.h"
 
 namespace ravlo
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/CategoryCreation.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "scheduler/modscheduler/FileNames.h"
 
 namespace ravlo

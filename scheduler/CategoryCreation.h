@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "collections/OrderedKeyedCollection.h"
-#include "scheduler/Station.h"
+#include "base/OrderedKeyedCollection.h"
+#include "scheduler/SchedulerState.h"
 
 #include <memory>
 #include <optional>

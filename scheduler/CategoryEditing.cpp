@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/CategoryEditing.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "scheduler/RandomOrder.h"
 
 #include <algorithm>

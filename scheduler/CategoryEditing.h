@@ -2,7 +2,7 @@
 #pragma once
 
 #include "scheduler/CutChanges.h"
-#include "scheduler/Station.h"
+#include "scheduler/SchedulerState.h"
 #include "scheduler/Synchronisation.h"
 
 #include <cstddef>

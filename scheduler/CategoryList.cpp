@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/CategoryList.h"
 
-#include "collections/CaseFolding.h"
-#include "collections/Text.h"
+#include "base/CaseFolding.h"
+#include "base/Text.h"
 
 namespace ravlo
 {

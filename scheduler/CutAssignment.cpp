@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/CutAssignment.h"
 
-#include "collections/CaseFolding.h"
+#include "base/CaseFolding.h"
 #include "scheduler/CutChanges.h"
 
 #include <algorithm>

@@ -4,8 +4,8 @@
 #include "media/DataBase.h"
 #include "scheduler/AffectedCats.h"
 #include "scheduler/ChangeRecord.h"
-#include "scheduler/Filing.h"
-#include "scheduler/Station.h"
+#include "scheduler/Placement.h"
+#include "scheduler/SchedulerState.h"
 #include "scheduler/Synchronisation.h"
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/CutRemoval.h"
 
-#include "collections/CaseFolding.h"
+#include "base/CaseFolding.h"
 #include "scheduler/CutChanges.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/CutTexts.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 
 namespace ravlo
 {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/HistoryFiles.h"
 
-#include "collections/CaseFolding.h"
-#include "collections/Text.h"
+#include "base/CaseFolding.h"
+#include "base/Text.h"
 #include "scheduler/CutTexts.h"
 #include "scheduler/OrderRestorer.h"
 #include "scheduler/modscheduler/FileNames.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What is still to be saved or deleted, and how new an order is.
-#include "collections/CaseFolding.h"
+#include "base/CaseFolding.h"
 #include "scheduler/HistoryFiles.h"
 #include "scheduler/modscheduler/FileNames.h"
 

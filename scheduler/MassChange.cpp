@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/MassChange.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "scheduler/CategoryEditing.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/NameLists.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "model/clsCat.h"
 
 namespace ravlo

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "collections/TextKey.h"
+#include "base/TextKey.h"
 #include "media/Cut.h"
-#include "scheduler/FiledCuts.h"
+#include "scheduler/PlacedCuts.h"
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ports/CodePage.h"
+#include "platform/CodePage.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/StationFolder.h"
 
-#include "collections/CaseFolding.h"
-#include "ports/StationMarker.h"
+#include "base/CaseFolding.h"
+#include "platform/StationMarker.h"
 
 #include <array>
 #include <chrono>

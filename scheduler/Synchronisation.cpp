@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/Synchronisation.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "scheduler/CutChanges.h"
 #include "scheduler/CutRemoval.h"
 

@@ -3,7 +3,7 @@
 
 #include "media/DataBase.h"
 #include "scheduler/NameLists.h"
-#include "scheduler/Station.h"
+#include "scheduler/SchedulerState.h"
 
 #include <cstdint>
 #include <deque>

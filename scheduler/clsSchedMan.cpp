@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/clsSchedMan.h"
 
-#include "collections/CaseFolding.h"
-#include "collections/Text.h"
+#include "base/CaseFolding.h"
+#include "base/Text.h"
 #include "rotation/NextCut.h"
 #include "scheduler/CarriedOrders.h"
 #include "scheduler/CategoryCreation.h"
@@ -11,7 +11,7 @@
 #include "scheduler/MassChange.h"
 #include "scheduler/Population.h"
 #include "scheduler/RandomOrder.h"
-#include "scheduler/Station.h"
+#include "scheduler/SchedulerState.h"
 #include "scheduler/StationFolder.h"
 #include "scheduler/Synchronisation.h"
 

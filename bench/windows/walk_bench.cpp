@@ -4,7 +4,7 @@
 // the ratio is of the later ones. Prints a table and exits with 1 when a ratio is above its limit.
 #include "bench/Radio.h"
 #include "com/HostDatabase.h"
-#include "com/kit/CutFace.h"
+#include "comkit/CutFace.h"
 #include "ravlobase/Store.h"
 #include "rotation/Selection.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/client/Console.h"
 
-#include "text/Utf8.h"
+#include "base/Utf8.h"
 
 #include <algorithm>
 

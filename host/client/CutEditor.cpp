@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/client/CutEditor.h"
 
-#include "com/kit/Errors.h"
+#include "comkit/Errors.h"
 #include "host/client/Categories.h"
 #include "host/client/WindowText.h"
 #include "host/day/CutEdit.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/client/EventListener.h"
 
-#include "com/kit/Errors.h"
-#include "com/kit/Unknown.h"
+#include "comkit/Errors.h"
+#include "comkit/Unknown.h"
 
 #include <utility>
 

@@ -3,8 +3,8 @@
 
 #include "host/day/HostError.h"
 #include "platform/windows/WindowsFiles.h"
-#include "ports/RuntimeError.h"
-#include "ports/StationMarker.h"
+#include "base/RuntimeError.h"
+#include "platform/StationMarker.h"
 
 #include <windows.h>
 #undef ReplaceFile // the system's macro would rename ours

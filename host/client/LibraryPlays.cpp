@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/client/LibraryPlays.h"
 
-#include "com/kit/Errors.h"
+#include "comkit/Errors.h"
 
 namespace ravlo
 {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/client/MediaLibrary.h"
 
-#include "collections/Text.h"
-#include "com/kit/Errors.h"
+#include "base/Text.h"
+#include "comkit/Errors.h"
 #include "host/client/ProgressListener.h"
 
 namespace ravlo

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "com/kit/Variant.h"
-#include "ports/DateTime.h"
+#include "comkit/Variant.h"
+#include "base/DateTime.h"
 
 #include <RavloBase.h>
 

@@ -6,9 +6,9 @@
 #include "host/client/ProgressLine.h"
 #include "host/client/Scheduler.h"
 
-#include "collections/CaseFolding.h"
-#include "collections/Text.h"
-#include "com/kit/Errors.h"
+#include "base/CaseFolding.h"
+#include "base/Text.h"
+#include "comkit/Errors.h"
 #include "host/day/HostError.h"
 #include "host/day/Keys.h"
 #include "host/day/Rotation.h"

@@ -8,7 +8,7 @@
 #include "host/client/Scheduler.h"
 #include "host/client/WhatFailed.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "host/day/DayMaker.h"
 #include "host/day/DayPlan.h"
 #include "host/day/HostError.h"

@@ -4,7 +4,7 @@
 #include "host/client/MediaLibrary.h"
 #include "host/client/ProgressLine.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "host/day/HostError.h"
 
 namespace ravlo

@@ -7,7 +7,7 @@
 #include "host/client/ProgressLine.h"
 #include "host/client/Scheduler.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "host/day/DayMaker.h"
 #include "host/day/HostError.h"
 #include "host/day/Rotation.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The commands that open the scheduler's own windows.
-#include "collections/Text.h"
-#include "com/kit/Errors.h"
+#include "base/Text.h"
+#include "comkit/Errors.h"
 #include "host/client/Categories.h"
 #include "host/client/Commands.h"
 #include "host/client/CutEditor.h"

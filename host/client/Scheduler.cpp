@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/client/Scheduler.h"
 
-#include "collections/Text.h"
-#include "com/kit/Errors.h"
+#include "base/Text.h"
+#include "comkit/Errors.h"
 #include "host/day/HostError.h"
 
 namespace ravlo

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "host/client/WhatFailed.h"
 
-#include "com/kit/Errors.h"
+#include "comkit/Errors.h"
 #include "host/day/HostError.h"
-#include "text/Utf8.h"
+#include "base/Utf8.h"
 
 namespace ravlo
 {

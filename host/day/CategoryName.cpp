@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "host/day/CategoryName.h"
 
-#include "collections/CaseFolding.h"
-#include "collections/Text.h"
-#include "collections/TextKey.h"
+#include "base/CaseFolding.h"
+#include "base/Text.h"
+#include "base/TextKey.h"
 #include "host/day/HostError.h"
 #include "host/day/Rotation.h"
-#include "ports/DeviceNames.h"
+#include "platform/DeviceNames.h"
 
 #include <algorithm>
 #include <limits>

@@ -2,7 +2,7 @@
 #include "host/day/CommandLine.h"
 
 #include "host/day/HostError.h"
-#include "text/Utf8.h"
+#include "base/Utf8.h"
 
 #include <CLI/CLI.hpp>
 

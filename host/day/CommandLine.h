@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/day/CategoryName.h"
-#include "ports/DateTime.h"
+#include "base/DateTime.h"
 
 #include <optional>
 #include <string>

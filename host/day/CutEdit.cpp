@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/day/CutEdit.h"
 
-#include "collections/Text.h"
-#include "collections/TextKey.h"
+#include "base/Text.h"
+#include "base/TextKey.h"
 #include "host/day/CategoryName.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "host/day/DayLog.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "host/day/CategoryName.h"
-#include "text/Utf8.h"
+#include "base/Utf8.h"
 
 #include <cmath>
 #include <map>

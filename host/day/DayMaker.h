@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "collections/TextKey.h"
+#include "base/TextKey.h"
 #include "host/day/DayLog.h"
 
 #include <functional>

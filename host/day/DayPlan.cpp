@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/day/DayPlan.h"
 
-#include "collections/CaseFolding.h"
+#include "base/CaseFolding.h"
 #include "host/day/CategoryName.h"
 #include "host/day/DayMaker.h"
 #include "host/day/HostError.h"

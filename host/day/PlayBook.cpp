@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "host/day/PlayBook.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "host/day/Rotation.h"
-#include "ports/RuntimeError.h"
+#include "base/RuntimeError.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/day/Rotation.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "host/day/Keys.h"
 #include "host/day/TextTable.h"
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "host/day/Slots.h"
 
-#include "collections/CaseFolding.h"
-#include "collections/Text.h"
+#include "base/CaseFolding.h"
+#include "base/Text.h"
 #include "host/day/HostError.h"
-#include "text/CsvReader.h"
-#include "text/Utf8.h"
+#include "base/csv/CsvReader.h"
+#include "base/Utf8.h"
 
 #include <span>
 

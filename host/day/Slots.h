@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ports/DateTime.h"
+#include "base/DateTime.h"
 
 #include <cstdint>
 #include <optional>

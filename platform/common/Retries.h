@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ports/Files.h"
+#include "platform/Files.h"
 
 #include <array>
 #include <cstddef>

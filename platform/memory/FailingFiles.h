@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ports/Files.h"
-#include "ports/RuntimeError.h"
+#include "platform/Files.h"
+#include "base/RuntimeError.h"
 
 #include <cstdint>
 

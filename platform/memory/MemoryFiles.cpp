@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/memory/MemoryFiles.h"
 
-#include "collections/CaseFolding.h"
+#include "base/CaseFolding.h"
 #include "platform/common/Retries.h"
-#include "ports/DeviceNames.h"
+#include "platform/DeviceNames.h"
 
 #include <algorithm>
 

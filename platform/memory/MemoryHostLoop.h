@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/memory/MemoryClock.h"
-#include "ports/HostLoop.h"
+#include "platform/HostLoop.h"
 
 #include <functional>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/memory/MemoryUserSettings.h"
 
-#include "collections/CaseFolding.h"
+#include "base/CaseFolding.h"
 
 namespace ravlo
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ports/Random.h"
+#include "platform/Random.h"
 
 #include <cstdint>
 #include <random>

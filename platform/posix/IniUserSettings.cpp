@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/posix/IniUserSettings.h"
 
-#include "collections/CaseFolding.h"
-#include "collections/Text.h"
+#include "base/CaseFolding.h"
+#include "base/Text.h"
 #include "platform/posix/PosixText.h"
-#include "ports/RuntimeError.h"
-#include "text/Utf8.h"
+#include "base/RuntimeError.h"
+#include "base/Utf8.h"
 
 #include <algorithm>
 #include <cstdlib>

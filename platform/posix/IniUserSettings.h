@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ports/Files.h"
-#include "ports/UserSettings.h"
+#include "platform/Files.h"
+#include "platform/UserSettings.h"
 
 #include <vector>
 

@@ -2,7 +2,7 @@
 #include "platform/posix/PosixFiles.h"
 
 #include "platform/posix/PosixText.h"
-#include "ports/RuntimeError.h"
+#include "base/RuntimeError.h"
 
 #include <cerrno>
 #include <climits>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/posix/StandardMessages.h"
 
-#include "text/Utf8.h"
+#include "base/Utf8.h"
 
 #include <cstdio>
 

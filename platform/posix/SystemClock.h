@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ports/Clock.h"
+#include "platform/Clock.h"
 
 namespace ravlo
 {

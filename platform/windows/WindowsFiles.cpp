@@ -3,7 +3,7 @@
 
 #include "platform/common/Retries.h"
 #include "platform/windows/WindowsPaths.h"
-#include "ports/RuntimeError.h"
+#include "base/RuntimeError.h"
 
 #include <algorithm>
 #include <cstddef>

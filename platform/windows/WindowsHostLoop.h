@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ports/HostLoop.h"
+#include "platform/HostLoop.h"
 
 namespace ravlo
 {

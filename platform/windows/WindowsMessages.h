@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ports/Messages.h"
+#include "platform/Messages.h"
 
 namespace ravlo
 {

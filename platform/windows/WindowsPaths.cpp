@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/windows/WindowsPaths.h"
 
-#include "ports/DeviceNames.h"
-#include "ports/RuntimeError.h"
+#include "platform/DeviceNames.h"
+#include "base/RuntimeError.h"
 
 #include <algorithm>
 #include <string_view>

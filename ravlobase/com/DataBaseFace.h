@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "com/kit/CutFace.h"
+#include "comkit/CutFace.h"
 #include "ravlobase/Store.h"
 
 #include <RavloBase.h>

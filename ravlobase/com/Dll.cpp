@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // RavloBase.dll: what it creates, which types it describes, and the five functions COM knows it by.
-#include "com/kit/Registration.h"
+#include "comkit/Registration.h"
 #include "ravlobase/StoreCut.h"
 #include "ravlobase/com/DataBaseFace.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/modscheduler/SavedFiles.h"
 
-#include "collections/CaseFolding.h"
-#include "ports/RuntimeError.h"
+#include "base/CaseFolding.h"
+#include "base/RuntimeError.h"
 
 namespace ravlo
 {

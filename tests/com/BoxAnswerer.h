@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "com/kit/Com.h"
+#include "comkit/Com.h"
 
 #include <atomic>
 #include <string>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "com/ComTest.h"
 
-#include "com/kit/Collection.h"
+#include "comkit/Collection.h"
 
 namespace ravlo
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "com/kit/Variant.h"
+#include "comkit/Variant.h"
 
 #include <KorvaCollection.h>
 #include <RavloBase.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A host's assignments of the form name TAB level, and a host that refuses to be followed.
 #include "com/HostObjects.h"
-#include "com/kit/HostCut.h"
+#include "comkit/HostCut.h"
 
 #include <fstream>
 #include <sstream>

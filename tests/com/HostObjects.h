@@ -2,9 +2,9 @@
 #pragma once
 
 #include "com/ComTest.h"
-#include "com/kit/Collection.h"
-#include "com/kit/EventSource.h"
-#include "com/kit/Unknown.h"
+#include "comkit/Collection.h"
+#include "comkit/EventSource.h"
+#include "comkit/Unknown.h"
 
 #include <functional>
 #include <map>

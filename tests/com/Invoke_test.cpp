@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Late-bound calls as script engines and other hosts make them.
 #include "com/HostObjects.h"
-#include "com/kit/InterfaceDescription.h"
+#include "comkit/InterfaceDescription.h"
 
 namespace ravlo
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "com/ComTest.h"
-#include "com/kit/Collection.h"
-#include "ports/RuntimeError.h"
+#include "comkit/Collection.h"
+#include "base/RuntimeError.h"
 
 namespace ravlo
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/memory/MemoryWorld.h"
+#include "platform/memory/MemoryPorts.h"
 #include "platform/posix/PosixFiles.h"
 #include "ravlobase/Store.h"
 #include "scheduler/clsSchedMan.h"

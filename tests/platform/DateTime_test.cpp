@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "ports/DateTime.h"
-#include "ports/RuntimeError.h"
+#include "base/DateTime.h"
+#include "base/RuntimeError.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

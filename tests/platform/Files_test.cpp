@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What every implementation of Files must do alike.
-#include "platform/FilesWorlds.h"
-#include "ports/StationMarker.h"
+#include "platform/FilesFixtures.h"
+#include "platform/StationMarker.h"
 
 #include <chrono>
 

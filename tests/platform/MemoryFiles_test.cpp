@@ -2,7 +2,7 @@
 // What the files in memory offer tests beyond the contract of Files.
 #include "platform/memory/MemoryFiles.h"
 
-#include "platform/FilesWorlds.h"
+#include "platform/FilesFixtures.h"
 #include "platform/memory/FailingFiles.h"
 
 #include <functional>

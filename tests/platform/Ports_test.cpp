@@ -8,12 +8,12 @@
 #ifdef _WIN32
 #include "platform/windows/RegistryUserSettings.h"
 #include "platform/windows/SystemCodePage.h"
-#include "platform/windows/WindowsWorld.h"
+#include "platform/windows/WindowsPorts.h"
 
 #include <windows.h>
 #else
 #include "platform/posix/IniUserSettings.h"
-#include "platform/posix/PosixWorld.h"
+#include "platform/posix/PosixPorts.h"
 #endif
 
 #include <array>

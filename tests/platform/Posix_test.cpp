@@ -8,7 +8,7 @@
 #include "platform/posix/PosixFiles.h"
 #include "platform/posix/PosixText.h"
 #include "platform/posix/StandardMessages.h"
-#include "ports/RuntimeError.h"
+#include "base/RuntimeError.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>

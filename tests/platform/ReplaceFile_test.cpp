@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/FilesWorlds.h"
+#include "platform/FilesFixtures.h"
 #include "platform/memory/FailingFiles.h"
 #include "platform/memory/MemoryFiles.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ports/RuntimeError.h"
+#include "base/RuntimeError.h"
 
 #include <gtest/gtest.h>
 #include <string>

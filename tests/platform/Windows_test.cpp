@@ -8,7 +8,7 @@
 #include "platform/windows/WindowsFiles.h"
 #include "platform/windows/WindowsHostLoop.h"
 #include "platform/windows/WindowsMessages.h"
-#include "ports/RuntimeError.h"
+#include "base/RuntimeError.h"
 
 #include <atomic>
 #include <functional>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ravlobase/Store.h"
 
-#include "collections/CaseFolding.h"
+#include "base/CaseFolding.h"
 #include "ravlobase/Support.h"
 
 #include <functional>

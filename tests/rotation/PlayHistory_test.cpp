@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/memory/MemoryWorld.h"
+#include "platform/memory/MemoryPorts.h"
 #include "rotation/PlayHistory.h"
 #include "support/FakeDataBase.h"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "model/clsCat.h"
-#include "platform/memory/MemoryWorld.h"
+#include "platform/memory/MemoryPorts.h"
 #include "rotation/PlayHistory.h"
 #include "rotation/Selection.h"
 #include "support/FakeDataBase.h"

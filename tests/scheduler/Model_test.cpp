@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "collections/CaseFolding.h"
+#include "base/CaseFolding.h"
 #include "support/BatchingDataBase.h"
 #include "support/SyncTest.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A station folder in use is marked, so that a second program can tell.
-#include "ports/StationMarker.h"
+#include "platform/StationMarker.h"
 
 #include "support/SchedulerTest.h"
 

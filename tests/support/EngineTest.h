@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/memory/MemoryWorld.h"
+#include "platform/memory/MemoryPorts.h"
 #include "scheduler/modscheduler/ModScheduler.h"
 
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "collections/CaseFolding.h"
+#include "base/CaseFolding.h"
 #include "media/DataBase.h"
 #include "media/PlainCut.h"
-#include "ports/RuntimeError.h"
+#include "base/RuntimeError.h"
 
 #include <algorithm>
 #include <cstdint>

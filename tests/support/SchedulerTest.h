@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "scheduler/SchedulerEvents.h"
 #include "scheduler/clsSchedMan.h"
 #include "support/EngineTest.h"

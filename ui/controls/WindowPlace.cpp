@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/controls/WindowPlace.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "scheduler/clsSchedMan.h"
-#include "ui/library/clsSchedLibGrid.h"
+#include "ui/library/clsSchedLibGridPresenter.h"
 
 #include <cstdint>
 #include <string>

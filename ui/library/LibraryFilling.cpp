@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/library/LibraryFilling.h"
 
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "ui/library/ColumnLayout.h"
 #include "ui/library/NodeKey.h"
 

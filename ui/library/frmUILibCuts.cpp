@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "collections/Text.h"
+#include "base/Text.h"
 #include "scheduler/MassChange.h"
-#include "ui/controls/Raised.h"
+#include "base/ScopedFlag.h"
 #include "ui/library/CutPlaces.h"
 #include "ui/library/NodeKey.h"
 #include "ui/library/frmUILibWork.h"

@@ -3,8 +3,8 @@
 
 // For the parts of frmUILib alone: what every handler runs under.
 
-#include "ports/Messages.h"
-#include "ui/library/frmUILib.h"
+#include "platform/Messages.h"
+#include "ui/library/frmUILibPresenter.h"
 
 #include <utility>
 

@@ -2,8 +2,8 @@
 #include "ui/windows/SchedulerUi.h"
 
 #include "ui/category/windows/ShowCategory.h"
-#include "ui/controls/Raised.h"
-#include "ui/library/windows/LibraryWindow.h"
+#include "base/ScopedFlag.h"
+#include "ui/library/windows/LibraryWindowLifetime.h"
 
 namespace ravlo
 {

@@ -2,10 +2,10 @@
 // RavloTest.Events, a helper for script tests where the script host itself cannot bind events:
 //   k = helper.Connect(object, handler)   every default event of object calls handler's method of the same
 //   name helper.Disconnect k
-#include "com/kit/Errors.h"
-#include "com/kit/Registration.h"
-#include "com/kit/Unknown.h"
-#include "com/kit/Variant.h"
+#include "comkit/Errors.h"
+#include "comkit/Registration.h"
+#include "comkit/Unknown.h"
+#include "comkit/Variant.h"
 
 #include <dispex.h>
 

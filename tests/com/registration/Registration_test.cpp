@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Registration by the servers' own exports, seen in the registry. Nothing here comes through a manifest.
-#include "com/kit/Variant.h"
+#include "comkit/Variant.h"
 
 #include <KorvaCollection.h>
 #include <RavloBase.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ui/category/CatSelector.h"
+#include "ui/category/CatSelectorPresenter.h"
 #include "ui/category/CatSelectorView.h"
 #include "ui/controls/windows/Window.h"
 

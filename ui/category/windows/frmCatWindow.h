@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ui/category/frmCat.h"
+#include "ui/category/frmCatPresenter.h"
 #include "ui/category/frmCatView.h"
 #include "ui/category/windows/CatSelectorWindow.h"
 #include "ui/category/windows/RulesPaneWindow.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/controls/windows/Controls.h"
 
-#include "ports/RuntimeError.h"
+#include "base/RuntimeError.h"
 #include "ui/controls/windows/Module.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/controls/windows/ModalLoop.h"
 
-#include "ui/controls/Raised.h"
+#include "base/ScopedFlag.h"
 
 #include <utility>
 

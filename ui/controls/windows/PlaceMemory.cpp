@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/controls/windows/PlaceMemory.h"
 
-#include "ports/Messages.h"
+#include "platform/Messages.h"
 #include "ui/controls/WindowPlace.h"
 #include "ui/controls/windows/Dpi.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ports/UserSettings.h"
+#include "platform/UserSettings.h"
 
 #include <string>
 #include <windows.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ui/controls/SplitPanel.h"
+#include "ui/controls/SplitPanelPresenter.h"
 #include "ui/controls/windows/Window.h"
 
 #include <functional>

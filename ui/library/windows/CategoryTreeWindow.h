@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ui/controls/windows/Handles.h"
-#include "ui/library/CategoryTree.h"
+#include "ui/library/CategoryTreePresenter.h"
 #include "ui/library/windows/FolderImages.h"
 
 #include <optional>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ui/library/frmUILib.h"
+#include "ui/library/frmUILibPresenter.h"
 
 namespace ravlo
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/controls/windows/Dpi.h"
 #include "ui/library/windows/SchedLibGridParts.h"
-#include "ui/library/windows/SchedLibGridWindow.h"
+#include "ui/library/windows/clsSchedLibGridWindow.h"
 
 #include <utility>
 #include <windowsx.h>

@@ -3,7 +3,7 @@
 
 // For the parts of SchedLibGridWindow alone.
 
-#include "ui/library/SchedLibGridView.h"
+#include "ui/library/clsSchedLibGridView.h"
 
 #include <cstddef>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ui/controls/Raised.h"
+#include "base/ScopedFlag.h"
 #include "ui/library/windows/frmUILibMessages.h"
 #include "ui/library/windows/frmUILibWindow.h"
 

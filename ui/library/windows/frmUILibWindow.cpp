@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/library/windows/frmUILibWindow.h"
 
-#include "ui/controls/Raised.h"
+#include "base/ScopedFlag.h"
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Dpi.h"
 #include "ui/controls/windows/PlaceMemory.h"

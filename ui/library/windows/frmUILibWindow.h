@@ -5,11 +5,11 @@
 #include "ui/controls/windows/ModalLoop.h"
 #include "ui/controls/windows/SplitPanelWindow.h"
 #include "ui/controls/windows/Window.h"
-#include "ui/library/frmUILib.h"
+#include "ui/library/frmUILibPresenter.h"
 #include "ui/library/windows/CategoryTreeWindow.h"
 #include "ui/library/windows/DragAndDrop.h"
 #include "ui/library/windows/FolderImages.h"
-#include "ui/library/windows/SchedLibGridWindow.h"
+#include "ui/library/windows/clsSchedLibGridWindow.h"
 #include "ui/library/windows/StatusWindow.h"
 
 #include <functional>

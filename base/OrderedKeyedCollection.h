@@ -1,0 +1,366 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "base/TextKey.h"
+
+#include <bit>
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace ravlo
+{
+
+// An ordered collection whose items may carry a key (without regard to case). What it costs:
+//   item by key, exists, add at end, remove the head, item by position, position of a key: O(1), one hash of
+//   the key; send the head to the back: O(1), no allocation; insert or remove in the middle: a move of
+//   pointers towards the nearer end; memory: one block an item (the item, a key of two pointers, three words)
+//   and two to four pointers in the tables.
+// Positions count from 0. An item's key is shared, not copied. Iterating while the collection changes is safe
+// by position only (At, Count), never by iterator. What adds or inserts and runs out of memory has changed
+// nothing.
+template <class Item> class OrderedKeyedCollection
+{
+public:
+    OrderedKeyedCollection() = default;
+    OrderedKeyedCollection(OrderedKeyedCollection&& cOther) noexcept { Swap(cOther); }
+    OrderedKeyedCollection& operator=(OrderedKeyedCollection&& cOther) noexcept
+    {
+        // What this one held goes away at the end, when both already hold what they shall.
+        OrderedKeyedCollection cOld(std::move(*this));
+        Swap(cOther);
+        return *this;
+    }
+    OrderedKeyedCollection(const OrderedKeyedCollection&) = delete;
+    OrderedKeyedCollection& operator=(const OrderedKeyedCollection&) = delete;
+    ~OrderedKeyedCollection() { DeleteNodes(); }
+
+    std::size_t Count() const noexcept { return m_lCount; }
+    bool Empty() const noexcept { return Count() == 0; }
+    // A number that grows by one with every item added, removed or moved, and with every re-ordering: whoever
+    // let others run sees by it whether the order is still the one he left. A moved-from collection counts
+    // on.
+    std::uint64_t Changes() const noexcept { return m_lChanges; }
+    void Reserve(std::size_t lCount)
+    {
+        ReserveRing(lCount);
+        ReserveBuckets(lCount);
+    }
+    void Clear() noexcept { OrderedKeyedCollection cOld(std::move(*this)); }
+
+    // Adds at the end. False, and nothing changes, when the key is there already.
+    bool Add(const TextKey& cKey, Item item) { return Insert(m_lCount, &cKey, std::move(item)); }
+    // Adds at the end without a key.
+    void Add(Item item) { Insert(m_lCount, nullptr, std::move(item)); }
+    // Adds so that the item comes to stand at lPosition (at most Count()). cKey may be null: no key.
+    bool Insert(std::size_t lPosition, const TextKey* cKey, Item item)
+    {
+        if (cKey && FindNode(*cKey))
+            return false;
+        auto pNode = std::make_unique<Node>(std::move(item), cKey ? *cKey : TextKey(), cKey != nullptr);
+        ReserveRing(m_lCount + 1);
+        if (cKey)
+            ReserveBuckets(m_lKeyed + 1);
+        OpenGap(lPosition);
+        Place(m_lFirst + lPosition, pNode.get());
+        if (cKey)
+            Link(pNode.get());
+        pNode.release();
+        ++m_lChanges;
+        return true;
+    }
+
+    // Null when there is none. The pointer holds until the collection changes.
+    Item* Find(const TextKey& cKey) noexcept { return ItemOf(FindNode(cKey)); }
+    const Item* Find(const TextKey& cKey) const noexcept { return ItemOf(FindNode(cKey)); }
+    Item* Find(std::wstring_view sKey) noexcept { return ItemOf(FindNode(sKey)); }
+    const Item* Find(std::wstring_view sKey) const noexcept { return ItemOf(FindNode(sKey)); }
+    bool Exists(const TextKey& cKey) const noexcept { return Find(cKey) != nullptr; }
+    bool Exists(std::wstring_view sKey) const noexcept { return Find(sKey) != nullptr; }
+
+    Item& At(std::size_t lPosition) noexcept { return NodeAt(lPosition)->item; }
+    const Item& At(std::size_t lPosition) const noexcept { return NodeAt(lPosition)->item; }
+    // Null for an item without a key.
+    const TextKey* KeyAt(std::size_t lPosition) const noexcept
+    {
+        const Node* pNode = NodeAt(lPosition);
+        return pNode->bKeyed ? &pNode->cKey : nullptr;
+    }
+    std::optional<std::size_t> PositionOf(const TextKey& cKey) const noexcept
+    {
+        return PositionOf(FindNode(cKey));
+    }
+    std::optional<std::size_t> PositionOf(std::wstring_view sKey) const noexcept
+    {
+        return PositionOf(FindNode(sKey));
+    }
+
+    // False when there is no such key.
+    bool Remove(const TextKey& cKey) noexcept { return RemoveNode(FindNode(cKey)); }
+    bool Remove(std::wstring_view sKey) noexcept { return RemoveNode(FindNode(sKey)); }
+    void RemoveAt(std::size_t lPosition) noexcept { RemoveNode(NodeAt(lPosition)); }
+
+    // Takes the item out and adds it again at the end, under its key. False when there is no such key.
+    bool SendToBack(const TextKey& cKey) noexcept
+    {
+        const auto lPosition = PositionOf(cKey);
+        if (lPosition)
+            MoveToEnd(*lPosition);
+        return lPosition.has_value();
+    }
+    void MoveToEnd(std::size_t lPosition) noexcept
+    {
+        Node* pNode = NodeAt(lPosition);
+        CloseGap(lPosition);
+        Place(m_lFirst + m_lCount, pNode);
+        ++m_lCount;
+        ++m_lChanges;
+    }
+
+    // Puts the items into another order, all at once: colOrder names every position exactly once, in the
+    // order in which the items are to stand. Items and keys are not touched.
+    void Reorder(const std::vector<std::size_t>& colOrder)
+    {
+        std::vector<Node*> pNodes;
+        pNodes.reserve(m_lCount);
+        for (const std::size_t lPosition : colOrder)
+            pNodes.push_back(NodeAt(lPosition));
+        for (std::size_t i = 0; i < pNodes.size(); ++i)
+            Place(m_lFirst + i, pNodes[i]);
+        ++m_lChanges;
+    }
+
+    // Iterators in order; *it is the item. Any change of the collection ends their life.
+    class const_iterator
+    {
+    public:
+        using iterator_category = std::random_access_iterator_tag;
+        using value_type = Item;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const Item*;
+        using reference = const Item&;
+
+        const_iterator() = default;
+        reference operator*() const noexcept { return m_cCollection->At(m_lPosition); }
+        pointer operator->() const noexcept { return &**this; }
+        reference operator[](difference_type lOffset) const noexcept { return *(*this + lOffset); }
+        const_iterator& operator++() noexcept { return *this += 1; }
+        const_iterator& operator--() noexcept { return *this -= 1; }
+        const_iterator operator++(int) noexcept { return std::exchange(*this, *this + 1); }
+        const_iterator operator--(int) noexcept { return std::exchange(*this, *this - 1); }
+        const_iterator& operator+=(difference_type lOffset) noexcept
+        {
+            m_lPosition += static_cast<std::size_t>(lOffset);
+            return *this;
+        }
+        const_iterator& operator-=(difference_type lOffset) noexcept { return *this += -lOffset; }
+        friend const_iterator operator+(const_iterator it, difference_type lOffset) noexcept
+        {
+            return it += lOffset;
+        }
+        friend const_iterator operator+(difference_type lOffset, const_iterator it) noexcept
+        {
+            return it += lOffset;
+        }
+        friend const_iterator operator-(const_iterator it, difference_type lOffset) noexcept
+        {
+            return it -= lOffset;
+        }
+        friend difference_type operator-(const const_iterator& a, const const_iterator& b) noexcept
+        {
+            return static_cast<difference_type>(a.m_lPosition) - static_cast<difference_type>(b.m_lPosition);
+        }
+        friend bool operator==(const const_iterator& a, const const_iterator& b) noexcept
+        {
+            return a.m_lPosition == b.m_lPosition;
+        }
+        friend std::strong_ordering operator<=>(const const_iterator& a, const const_iterator& b) noexcept
+        {
+            return a.m_lPosition <=> b.m_lPosition;
+        }
+
+    private:
+        friend class OrderedKeyedCollection;
+        const_iterator(const OrderedKeyedCollection& cCollection, std::size_t lPosition) noexcept
+            : m_cCollection(&cCollection), m_lPosition(lPosition)
+        {
+        }
+        const OrderedKeyedCollection* m_cCollection = nullptr;
+        std::size_t m_lPosition = 0;
+    };
+    const_iterator begin() const noexcept { return const_iterator(*this, 0); }
+    const_iterator end() const noexcept { return const_iterator(*this, m_lCount); }
+
+private:
+    // Each item has a sequence number; the numbers are consecutive in order, so its position is its number
+    // less that of the head, and the head can leave or go to the back without renumbering the others. The
+    // number, taken modulo the ring's size, is also its place in the ring. Numbers may wrap around: only
+    // differences count.
+    struct Node
+    {
+        Node(Item itemIn, TextKey cKeyIn, bool bKeyedIn)
+            : item(std::move(itemIn)), cKey(std::move(cKeyIn)), bKeyed(bKeyedIn)
+        {
+        }
+        Item item;
+        TextKey cKey;
+        std::size_t lSequence = 0;
+        Node* pNextInBucket = nullptr;
+        bool bKeyed;
+    };
+
+    void Swap(OrderedKeyedCollection& cOther) noexcept
+    {
+        m_pRing.swap(cOther.m_pRing);
+        m_pBuckets.swap(cOther.m_pBuckets);
+        std::swap(m_lFirst, cOther.m_lFirst);
+        std::swap(m_lCount, cOther.m_lCount);
+        std::swap(m_lKeyed, cOther.m_lKeyed);
+        ++m_lChanges;
+        ++cOther.m_lChanges;
+    }
+
+    // An item that goes away may look at this collection, so each leaves it before it is destroyed.
+    void DeleteNodes() noexcept
+    {
+        while (m_lCount > 0)
+            RemoveAt(0);
+    }
+
+    Node*& Slot(std::size_t lSequence) noexcept { return m_pRing[lSequence & (m_pRing.size() - 1)]; }
+    Node* NodeAt(std::size_t lPosition) const noexcept
+    {
+        return m_pRing[(m_lFirst + lPosition) & (m_pRing.size() - 1)];
+    }
+
+    void Place(std::size_t lSequence, Node* pNode) noexcept
+    {
+        pNode->lSequence = lSequence;
+        Slot(lSequence) = pNode;
+    }
+
+    // Makes room at a position by moving the items on the nearer side; the slot there is then to be filled.
+    void OpenGap(std::size_t lPosition) noexcept
+    {
+        if (lPosition < m_lCount - lPosition)
+        {
+            --m_lFirst;
+            for (std::size_t i = 0; i < lPosition; ++i)
+                Place(m_lFirst + i, NodeAt(i + 1));
+        }
+        else
+        {
+            for (std::size_t i = m_lCount; i > lPosition; --i)
+                Place(m_lFirst + i, NodeAt(i - 1));
+        }
+        ++m_lCount;
+    }
+
+    // Takes the node at a position out of the order, moving the items on the nearer side.
+    void CloseGap(std::size_t lPosition) noexcept
+    {
+        if (lPosition < m_lCount - 1 - lPosition)
+        {
+            for (std::size_t i = lPosition; i > 0; --i)
+                Place(m_lFirst + i, NodeAt(i - 1));
+            ++m_lFirst;
+        }
+        else
+        {
+            for (std::size_t i = lPosition; i + 1 < m_lCount; ++i)
+                Place(m_lFirst + i, NodeAt(i + 1));
+        }
+        --m_lCount;
+    }
+
+    void ReserveRing(std::size_t lCount)
+    {
+        if (lCount <= m_pRing.size())
+            return;
+        std::vector<Node*> pRing(std::bit_ceil(lCount < 8 ? std::size_t{8} : lCount));
+        pRing.swap(m_pRing);
+        for (std::size_t i = 0; i < m_lCount; ++i)
+            Slot(m_lFirst + i) = pRing[(m_lFirst + i) & (pRing.size() - 1)];
+    }
+
+    void ReserveBuckets(std::size_t lCount)
+    {
+        if (lCount <= m_pBuckets.size())
+            return;
+        m_pBuckets = std::vector<Node*>(std::bit_ceil(lCount < 8 ? std::size_t{8} : lCount));
+        m_lKeyed = 0;
+        for (std::size_t i = 0; i < m_lCount; ++i)
+        {
+            if (NodeAt(i)->bKeyed)
+                Link(NodeAt(i));
+        }
+    }
+
+    Node*& Bucket(std::size_t lHash) noexcept { return m_pBuckets[lHash & (m_pBuckets.size() - 1)]; }
+
+    void Link(Node* pNode) noexcept
+    {
+        pNode->pNextInBucket = std::exchange(Bucket(pNode->cKey.Hash()), pNode);
+        ++m_lKeyed;
+    }
+
+    void Unlink(Node* pNode) noexcept
+    {
+        Node** pLink = &Bucket(pNode->cKey.Hash());
+        while (*pLink != pNode)
+            pLink = &(*pLink)->pNextInBucket;
+        *pLink = pNode->pNextInBucket;
+        --m_lKeyed;
+    }
+
+    template <class Matches> Node* FindNode(std::size_t lHash, Matches matches) const noexcept
+    {
+        Node* pNode = m_pBuckets.empty() ? nullptr : m_pBuckets[lHash & (m_pBuckets.size() - 1)];
+        while (pNode && !matches(pNode->cKey))
+            pNode = pNode->pNextInBucket;
+        return pNode;
+    }
+    Node* FindNode(const TextKey& cKey) const noexcept
+    {
+        return FindNode(cKey.Hash(), [&](const TextKey& cOther) { return cOther == cKey; });
+    }
+    Node* FindNode(std::wstring_view sKey) const noexcept
+    {
+        const std::size_t lHash = HashIgnoringCase(sKey);
+        return FindNode(lHash, [&](const TextKey& cOther)
+                        { return cOther.Hash() == lHash && EqualIgnoringCase(cOther.Text(), sKey); });
+    }
+    static Item* ItemOf(Node* pNode) noexcept { return pNode ? &pNode->item : nullptr; }
+    std::optional<std::size_t> PositionOf(const Node* pNode) const noexcept
+    {
+        return pNode ? std::optional<std::size_t>(pNode->lSequence - m_lFirst) : std::nullopt;
+    }
+
+    bool RemoveNode(Node* pNode) noexcept
+    {
+        if (!pNode)
+            return false;
+        // Destroyed last: what the item's end sets off finds the collection without it.
+        const std::unique_ptr<Node> pOwned(pNode);
+        CloseGap(pNode->lSequence - m_lFirst);
+        if (pNode->bKeyed)
+            Unlink(pNode);
+        ++m_lChanges;
+        return true;
+    }
+
+    std::vector<Node*> m_pRing;    // its size is a power of two, or 0
+    std::vector<Node*> m_pBuckets; // likewise
+    std::size_t m_lFirst = 0;      // the head's sequence number
+    std::size_t m_lCount = 0;
+    std::size_t m_lKeyed = 0;
+    std::uint64_t m_lChanges = 0;
+};
+
+} // namespace ravlo

@@ -1,0 +1,328 @@
+// SPDX-License-Identifier: MIT
+#include "base/Text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <system_error>
+
+namespace ravlo
+{
+
+namespace
+{
+
+std::wstring Widened(const std::string& sAscii) { return std::wstring(sAscii.begin(), sAscii.end()); }
+
+bool IsDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
+
+bool IsBlank(wchar_t c) { return c == L' ' || (c >= L'\t' && c <= L'\r'); }
+
+// '$' besides the invariant locale's own sign, since that is what people type.
+bool IsCurrencySign(wchar_t c) { return c == L'$' || c == L'\u00A4'; }
+
+int HexDigit(wchar_t c)
+{
+    if (IsDigit(c))
+        return c - L'0';
+    if (c >= L'A' && c <= L'F')
+        return c - L'A' + 10;
+    if (c >= L'a' && c <= L'f')
+        return c - L'a' + 10;
+    return std::numeric_limits<int>::max();
+}
+
+// d.dddddd times ten to the exponent, without trailing zeros.
+struct Decimal
+{
+    std::string sDigits;
+    int lExponent;
+};
+
+// Rounded half away from zero, as the platform's conversion does it, and therefore from the exact value: a
+// printing function would round ties to even.
+Decimal SevenDigitsOf(float sngValue)
+{
+    constexpr int lKept = 7;
+    constexpr int lExact = 111; // digits behind the point; no single has more
+    char aText[lExact + 16];
+    const auto [pEnd, eError] = std::to_chars(aText, aText + sizeof aText, static_cast<double>(sngValue),
+                                              std::chars_format::scientific, lExact);
+    const std::string_view sText(aText, static_cast<std::size_t>(pEnd - aText)); // d.ddd...e+dd
+    std::string_view sExponent = sText.substr(sText.find('e') + 1);
+    if (sExponent.front() == '+')
+        sExponent.remove_prefix(1); // not known to the reader
+    Decimal cDecimal{std::string(1, sText[0]) + std::string(sText.substr(2, lKept - 1)), 0};
+    std::from_chars(sExponent.data(), sExponent.data() + sExponent.size(), cDecimal.lExponent);
+    if (sText[lKept + 1] >= '5')
+    {
+        const std::size_t lLast = cDecimal.sDigits.find_last_not_of('9');
+        if (lLast == std::string::npos)
+            return {"1", cDecimal.lExponent + 1};
+        cDecimal.sDigits.resize(lLast + 1);
+        ++cDecimal.sDigits[lLast];
+    }
+    cDecimal.sDigits.resize(cDecimal.sDigits.find_last_not_of('0') + 1);
+    return cDecimal;
+}
+
+std::wstring ExponentText(const Decimal& cDecimal)
+{
+    const std::string& sDigits = cDecimal.sDigits;
+    const std::string sExponent = std::to_string(std::abs(cDecimal.lExponent));
+    const std::string sText = sDigits.substr(0, 1) + (sDigits.size() > 1 ? "." : "") + sDigits.substr(1) +
+                              (cDecimal.lExponent < 0 ? "E-" : "E+") + (sExponent.size() < 2 ? "0" : "") +
+                              sExponent;
+    return Widened(sText);
+}
+
+std::wstring PlainText(const Decimal& cDecimal)
+{
+    const auto lWhole =
+        static_cast<std::size_t>(std::max(0, cDecimal.lExponent + 1)); // digits before the point
+    std::string sDigits = std::string(static_cast<std::size_t>(std::max(0, -1 - cDecimal.lExponent)), '0');
+    sDigits += cDecimal.sDigits;
+    if (sDigits.size() <= lWhole)
+        return Widened(sDigits + std::string(lWhole - sDigits.size(), '0'));
+    return Widened((lWhole == 0 ? "0" : sDigits.substr(0, lWhole)) + "." + sDigits.substr(lWhole));
+}
+
+// Reads one number from front to back, in the order of its parts.
+class NumberReader
+{
+public:
+    explicit NumberReader(std::wstring_view sText) : m_sRest(sText) {}
+
+    std::optional<double> Value()
+    {
+        while (SkipBlanks() || TakeLeadingMark())
+        {
+        }
+        if (!m_bMarked && Peek() == L'&')
+            return BasedValue();
+        if (!TakeDigits() || !TakeExponent())
+            return std::nullopt;
+        while (SkipBlanks() || TakeTrailingMark())
+        {
+        }
+        if (!m_sRest.empty() || m_bOpenParenthesis)
+            return std::nullopt;
+        const std::optional<double> dMagnitude = Magnitude();
+        return dMagnitude && m_bNegative ? -*dMagnitude : dMagnitude;
+    }
+
+private:
+    wchar_t Peek() const { return m_sRest.empty() ? L'\0' : m_sRest.front(); }
+    bool Take()
+    {
+        m_sRest.remove_prefix(1);
+        return true;
+    }
+
+    bool SkipBlanks()
+    {
+        if (m_sRest.empty() || !IsBlank(Peek()))
+            return false;
+        return Take();
+    }
+
+    // A sign, once in the whole text.
+    bool TakeSign()
+    {
+        if (m_bSigned || (Peek() != L'+' && Peek() != L'-'))
+            return false;
+        m_bSigned = m_bMarked = true;
+        m_bNegative = m_bNegative || Peek() == L'-';
+        return Take();
+    }
+
+    bool TakeCurrencySign()
+    {
+        if (m_bCurrency || !IsCurrencySign(Peek()))
+            return false;
+        m_bCurrency = m_bMarked = true;
+        return Take();
+    }
+
+    bool TakeLeadingMark()
+    {
+        if (TakeSign() || TakeCurrencySign())
+            return true;
+        if (m_bParentheses || Peek() != L'(')
+            return false;
+        m_bParentheses = m_bOpenParenthesis = m_bMarked = true;
+        return Take();
+    }
+
+    bool TakeTrailingMark()
+    {
+        if (TakeSign() || TakeCurrencySign())
+            return true;
+        if (!m_bOpenParenthesis || Peek() != L')')
+            return false;
+        m_bOpenParenthesis = false;
+        m_bNegative = true;
+        return Take();
+    }
+
+    // Digits, thousands commas anywhere behind the first of them, and one decimal point.
+    bool TakeDigits()
+    {
+        bool bAny = false;
+        bool bPoint = false;
+        for (; !m_sRest.empty(); Take())
+        {
+            const wchar_t c = Peek();
+            if (IsDigit(c))
+            {
+                bAny = true;
+                KeepDigit(static_cast<char>('0' + (c - L'0')), bPoint);
+            }
+            else if (c == L'.' && !bPoint)
+                bPoint = true;
+            else if (c != L',' || bPoint || !bAny)
+                break;
+        }
+        return bAny;
+    }
+
+    void KeepDigit(char c, bool bBehindPoint)
+    {
+        if (c != '0' || !m_sDigits.empty())
+            m_sDigits += c;
+        if (bBehindPoint)
+            --m_lExponent;
+    }
+
+    bool TakeExponent()
+    {
+        const wchar_t c = Peek();
+        if (c != L'E' && c != L'e' && c != L'D' && c != L'd')
+            return true;
+        Take();
+        const bool bNegative = Peek() == L'-';
+        if (bNegative || Peek() == L'+')
+            Take();
+        if (!IsDigit(Peek()))
+            return false;
+        constexpr std::int64_t lEnough = 1'000'000'000'000; // more than any text is long, so no sum overflows
+        std::int64_t lExponent = 0;
+        for (; IsDigit(Peek()); Take())
+            lExponent = std::min(lExponent * 10 + (Peek() - L'0'), lEnough);
+        m_lExponent += bNegative ? -lExponent : lExponent;
+        return true;
+    }
+
+    // Nothing when it is larger than a double can hold; what is too small is 0.
+    std::optional<double> Magnitude() const
+    {
+        if (m_sDigits.empty())
+            return 0.0;
+        const std::string sNumber = m_sDigits + "e" + std::to_string(m_lExponent);
+        double dValue = 0;
+        const auto [pEnd, eError] = std::from_chars(sNumber.data(), sNumber.data() + sNumber.size(), dValue);
+        if (eError == std::errc())
+            return dValue;
+        const bool bLarge = static_cast<std::int64_t>(m_sDigits.size()) + m_lExponent > 0;
+        return bLarge ? std::nullopt : std::optional<double>(0.0);
+    }
+
+    // &H and &O: an unsigned number of at most 64 bits.
+    std::optional<double> BasedValue()
+    {
+        Take();
+        const bool bHex = Peek() == L'H' || Peek() == L'h';
+        if (!bHex && Peek() != L'O' && Peek() != L'o')
+            return std::nullopt;
+        Take();
+        const unsigned lShift = bHex ? 4 : 3;
+        std::uint64_t lValue = 0;
+        bool bAny = false;
+        for (; HexDigit(Peek()) < (1 << lShift); Take())
+        {
+            if ((lValue >> (64 - lShift)) != 0)
+                return std::nullopt;
+            lValue = (lValue << lShift) | static_cast<std::uint64_t>(HexDigit(Peek()));
+            bAny = true;
+        }
+        while (SkipBlanks())
+        {
+        }
+        if (!bAny || !m_sRest.empty())
+            return std::nullopt;
+        return static_cast<double>(lValue);
+    }
+
+    std::wstring_view m_sRest;
+    std::string m_sDigits; // significant digits without the point
+    std::int64_t m_lExponent = 0;
+    bool m_bMarked = false;
+    bool m_bSigned = false;
+    bool m_bNegative = false;
+    bool m_bCurrency = false;
+    bool m_bParentheses = false;
+    bool m_bOpenParenthesis = false;
+};
+
+} // namespace
+
+std::wstring Trim(std::wstring_view sText)
+{
+    const std::size_t lFirst = sText.find_first_not_of(L' ');
+    if (lFirst == std::wstring_view::npos)
+        return {};
+    return std::wstring(sText.substr(lFirst, sText.find_last_not_of(L' ') - lFirst + 1));
+}
+
+std::vector<std::wstring> Split(std::wstring_view sText, std::wstring_view sDelimiter)
+{
+    std::vector<std::wstring> sPieces;
+    std::size_t lStart = 0;
+    // An empty delimiter stands nowhere, so the whole text is one piece.
+    for (std::size_t lFound; !sDelimiter.empty() && (lFound = sText.find(sDelimiter, lStart)) != sText.npos;)
+    {
+        sPieces.emplace_back(sText.substr(lStart, lFound - lStart));
+        lStart = lFound + sDelimiter.size();
+    }
+    sPieces.emplace_back(sText.substr(lStart));
+    return sPieces;
+}
+
+std::wstring DecimalText(std::int64_t lValue) { return std::to_wstring(lValue); }
+
+std::wstring CountText(std::size_t lCount) { return std::to_wstring(lCount); }
+
+std::wstring SingleText(float sngValue)
+{
+    if (std::isnan(sngValue))
+        return L"-1.#IND";
+    if (std::isinf(sngValue))
+        return sngValue < 0 ? L"-1.#INF" : L"1.#INF";
+    if (sngValue == 0)
+        return L"0"; // without the sign of a negative zero
+    const Decimal cDecimal = SevenDigitsOf(std::abs(sngValue));
+    const std::wstring sSign = sngValue < 0 ? L"-" : L"";
+    if (cDecimal.lExponent < -4 || cDecimal.lExponent >= 7)
+        return sSign + ExponentText(cDecimal);
+    return sSign + PlainText(cDecimal);
+}
+
+std::optional<double> NumericValue(std::wstring_view sText) { return NumberReader(sText).Value(); }
+
+std::optional<std::int32_t> ToLong(double dValue) noexcept
+{
+    if (!(std::abs(dValue) < 4294967296.0)) // NaN fails the test too
+        return std::nullopt;
+    double dRounded = std::floor(dValue);
+    const double dRest = dValue - dRounded;
+    if (dRest > 0.5 || (dRest == 0.5 && std::fmod(dRounded, 2.0) != 0))
+        dRounded += 1;
+    if (dRounded < std::numeric_limits<std::int32_t>::min() ||
+        dRounded > std::numeric_limits<std::int32_t>::max())
+        return std::nullopt;
+    return static_cast<std::int32_t>(dRounded);
+}
+
+} // namespace ravlo

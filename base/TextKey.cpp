@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#include "base/TextKey.h"
+
+#include <utility>
+
+namespace ravlo
+{
+
+TextKey::TextKey(std::wstring sText)
+{
+    if (sText.empty())
+        return; // the same as a default-made key
+    const std::size_t lHash = HashIgnoringCase(sText);
+    m_cShared = std::make_shared<const Shared>(Shared{std::move(sText), lHash});
+}
+
+const std::wstring& TextKey::EmptyText() noexcept
+{
+    static const std::wstring sEmpty;
+    return sEmpty;
+}
+
+std::size_t TextKey::EmptyHash() noexcept
+{
+    static const std::size_t lHash = HashIgnoringCase({});
+    return lHash;
+}
+
+// Most equal texts are equal letter by letter, which shows much sooner than without regard to case.
+bool TextKey::SameText(const std::wstring& sLeft, const std::wstring& sRight) noexcept
+{
+    return sLeft == sRight || EqualIgnoringCase(sLeft, sRight);
+}
+
+} // namespace ravlo

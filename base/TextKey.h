@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "base/CaseFolding.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace ravlo
+{
+
+// An immutable text that serves as a key without regard to case. Copies share the text and its hash, which is
+// computed once: each collection that holds a cut's key pays for one pointer. A default-constructed key is
+// the empty text.
+class TextKey
+{
+public:
+    TextKey() noexcept = default;
+    explicit TextKey(std::wstring sText);
+
+    const std::wstring& Text() const noexcept { return m_cShared ? m_cShared->sText : EmptyText(); }
+    std::size_t Hash() const noexcept { return m_cShared ? m_cShared->lHash : EmptyHash(); }
+    bool Empty() const noexcept { return !m_cShared; }
+
+    friend bool operator==(const TextKey& cLeft, const TextKey& cRight) noexcept
+    {
+        return cLeft.m_cShared == cRight.m_cShared ||
+               (cLeft.Hash() == cRight.Hash() && SameText(cLeft.Text(), cRight.Text()));
+    }
+
+private:
+    struct Shared
+    {
+        std::wstring sText;
+        std::size_t lHash;
+    };
+    static const std::wstring& EmptyText() noexcept;
+    static std::size_t EmptyHash() noexcept;
+    static bool SameText(const std::wstring& sLeft, const std::wstring& sRight) noexcept;
+
+    std::shared_ptr<const Shared> m_cShared; // null for empty text
+};
+
+} // namespace ravlo

@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+#include "base/csv/CsvReader.h"
+
+#include <csv.h>
+
+#include <exception>
+#include <new>
+#include <vector>
+
+namespace ravlo
+{
+
+namespace
+{
+
+// The length of the first line, its line end included.
+std::size_t LineLength(std::string_view bytes) noexcept
+{
+    const auto lEnd = bytes.find_first_of("\r\n");
+    if (lEnd == std::string_view::npos)
+    {
+        return bytes.size();
+    }
+    return bytes.substr(lEnd, 2) == "\r\n" ? lEnd + 2 : lEnd + 1;
+}
+
+int NoSpace(unsigned char) { return 0; } // blanks belong to their field
+
+// The parser is fed line by line, so that the line a row began on is known and can be gone back to.
+class Reader
+{
+public:
+    Reader(std::string_view bytes, CsvSink& cSink) : m_bytes(bytes), m_cSink(cSink) { Start(); }
+    Reader(const Reader&) = delete;
+    Reader& operator=(const Reader&) = delete;
+    ~Reader() { csv_free(&m_parser); }
+
+    void Run()
+    {
+        while (ReadToEnd())
+        {
+        }
+    }
+
+private:
+    void Start()
+    {
+        if (csv_init(&m_parser, CSV_STRICT | CSV_STRICT_FINI) != 0)
+        {
+            throw std::bad_alloc();
+        }
+        csv_set_space_func(&m_parser, NoSpace);
+        csv_set_blk_size(&m_parser, 4096);
+        m_lFields = 0;
+        m_bInRow = false;
+    }
+
+    // True when a bad row was met and reading has to go on after its first line.
+    bool ReadToEnd()
+    {
+        while (m_lAt < m_bytes.size())
+        {
+            const auto sLine = m_bytes.substr(m_lAt, LineLength(m_bytes.substr(m_lAt)));
+            if (!m_bInRow)
+            {
+                m_lRowAt = m_lAt;
+                m_lRowLine = m_lLine;
+            }
+            m_bRowEnded = false;
+            const auto lDone = csv_parse(&m_parser, sLine.data(), sLine.size(), &OnField, &OnRowEnd, this);
+            RethrowFromSink();
+            if (lDone != sLine.size())
+            {
+                return Reject(CsvFault::eStrayQuote);
+            }
+            m_bInRow =
+                !m_bRowEnded && (m_bInRow || sLine.find_first_not_of("\r\n") != std::string_view::npos);
+            m_lAt += sLine.size();
+            ++m_lLine;
+        }
+        const bool bWhole = csv_fini(&m_parser, &OnField, &OnRowEnd, this) == 0;
+        RethrowFromSink();
+        return !bWhole && Reject(CsvFault::eUnterminatedQuote);
+    }
+
+    bool Reject(CsvFault eFault)
+    {
+        if (csv_error(&m_parser) == CSV_ENOMEM || csv_error(&m_parser) == CSV_ETOOBIG)
+        {
+            throw std::bad_alloc();
+        }
+        m_cSink.OnBadRow(m_lRowLine, eFault);
+        m_lAt = m_lRowAt + LineLength(m_bytes.substr(m_lRowAt));
+        m_lLine = m_lRowLine + 1;
+        csv_free(&m_parser);
+        Start();
+        return true;
+    }
+
+    static void OnField(void* pBytes, std::size_t lLength, void* pReader)
+    {
+        auto& cReader = *static_cast<Reader*>(pReader);
+        cReader.KeepException([&] { cReader.AddField({static_cast<const char*>(pBytes), lLength}); });
+    }
+
+    static void OnRowEnd(int, void* pReader)
+    {
+        auto& cReader = *static_cast<Reader*>(pReader);
+        cReader.KeepException([&] { cReader.EndRow(); });
+    }
+
+    void AddField(std::string_view bytes)
+    {
+        if (m_lFields == m_fields.size())
+        {
+            m_fields.emplace_back();
+        }
+        m_fields[m_lFields++].assign(bytes);
+    }
+
+    void EndRow()
+    {
+        m_bRowEnded = true;
+        const auto lFields = m_lFields;
+        m_lFields = 0;
+        m_cSink.OnRow(m_lRowLine, std::span<const std::string>(m_fields).first(lFields));
+    }
+
+    // The parser is C: no exception may pass through it.
+    template <class Work> void KeepException(Work work) noexcept
+    {
+        if (m_thrown)
+        {
+            return;
+        }
+        try
+        {
+            work();
+        }
+        catch (...)
+        {
+            m_thrown = std::current_exception();
+        }
+    }
+
+    void RethrowFromSink()
+    {
+        if (m_thrown)
+        {
+            std::rethrow_exception(m_thrown);
+        }
+    }
+
+    std::string_view m_bytes;
+    CsvSink& m_cSink;
+    csv_parser m_parser{};
+    std::vector<std::string> m_fields; // reused from row to row; the first m_lFields count
+    std::size_t m_lFields = 0;
+    std::size_t m_lAt = 0;      // of the next line to be parsed
+    std::size_t m_lLine = 1;    // its number
+    std::size_t m_lRowAt = 0;   // where the current row begins
+    std::size_t m_lRowLine = 1; // on which line
+    bool m_bInRow = false;
+    bool m_bRowEnded = false;
+    std::exception_ptr m_thrown;
+};
+
+} // namespace
+
+void ReadCsv(std::string_view bytes, CsvSink& cSink) { Reader(bytes, cSink).Run(); }
+
+std::size_t CountLines(std::string_view bytes) noexcept
+{
+    std::size_t lLines = 0;
+    for (; !bytes.empty(); bytes.remove_prefix(LineLength(bytes)))
+    {
+        ++lLines;
+    }
+    return lLines;
+}
+
+} // namespace ravlo

@@ -1,0 +1,246 @@
+// SPDX-License-Identifier: MIT
+#include "comkit/Collection.h"
+
+#include "comkit/Positions.h"
+#include "comkit/Unknown.h"
+
+#include <algorithm>
+
+namespace ravlo
+{
+
+const ClassIdentity CollectionFace::identity{
+    CLSID_clsCollection, LIBID_KorvaCollection,           IID__clsCollection, nullptr, L"KorvaCollection",
+    L"clsCollection",    L"KorvaCollection.clsCollection"};
+
+namespace
+{
+
+constexpr std::int32_t lNoEnumeration = 451; // "Object not a collection"
+
+// The position of the item that Index names, which must be there.
+std::size_t Locate(const CollectionModel& cModel, const VARIANT& index)
+{
+    const Variant cIndex = Variant::Dereferenced(index);
+    if (cIndex.vt != VT_BSTR)
+        return PositionFrom(cIndex, cModel.Count());
+    const auto lPosition = cModel.PositionOf(TextOf(cIndex.bstrVal));
+    if (!lPosition)
+        throw RuntimeError(error::InvalidProcedureCall);
+    return *lPosition;
+}
+
+// Left out, or undefined in script languages that cannot leave out.
+bool IsAbsent(const VARIANT& value)
+{
+    return IsOmitted(value) || Variant::Dereferenced(value).vt == VT_EMPTY;
+}
+
+std::optional<std::wstring> KeyFrom(const VARIANT& value)
+{
+    if (IsAbsent(value))
+        return std::nullopt;
+    const Variant cKey = Variant::Dereferenced(value);
+    if (cKey.vt != VT_BSTR)
+        throw RuntimeError(error::TypeMismatch);
+    return TextOf(cKey.bstrVal);
+}
+
+std::size_t PlaceFrom(const CollectionModel& cModel, const VARIANT& before, const VARIANT& after)
+{
+    const bool bBefore = !IsAbsent(before);
+    const bool bAfter = !IsAbsent(after);
+    if (bBefore && bAfter)
+        throw RuntimeError(error::InvalidProcedureCall);
+    if (bBefore)
+        return Locate(cModel, before);
+    return bAfter ? Locate(cModel, after) + 1 : cModel.Count();
+}
+
+class Enumerator final : public Unknown<IEnumVARIANT>
+{
+public:
+    Enumerator(ComPtr<IUnknown> cOwner, std::function<std::size_t()> count,
+               std::function<Variant(std::size_t)> at, std::size_t lNext)
+        : m_cOwner(std::move(cOwner)), m_count(std::move(count)), m_at(std::move(at)), m_lNext(lNext)
+    {
+    }
+
+    STDMETHODIMP Next(ULONG lCount, VARIANT* pItems, ULONG* plFetched) override
+    {
+        if (!pItems || (!plFetched && lCount != 1))
+            return E_POINTER;
+        ULONG lFetched = 0;
+        const HRESULT hResult = GuardAs(IID_IEnumVARIANT, CollectionFace::identity.sProgID,
+                                        [&]
+                                        {
+                                            for (; lFetched < lCount && m_lNext < m_count(); ++lFetched)
+                                                pItems[lFetched] = m_at(m_lNext++).Detach();
+                                        });
+        if (FAILED(hResult))
+            while (lFetched > 0)
+                Clear(pItems[--lFetched]); // what fails hands out nothing
+        if (plFetched)
+            *plFetched = lFetched;
+        if (FAILED(hResult))
+            return hResult;
+        return lFetched == lCount ? S_OK : S_FALSE;
+    }
+    STDMETHODIMP Skip(ULONG lCount) override
+    {
+        std::size_t lLeft = 0;
+        const HRESULT hResult = GuardAs(IID_IEnumVARIANT, CollectionFace::identity.sProgID,
+                                        [&]
+                                        {
+                                            const std::size_t lTotal = m_count();
+                                            lLeft = m_lNext < lTotal ? lTotal - m_lNext : 0;
+                                        });
+        if (FAILED(hResult))
+            return hResult;
+        m_lNext += std::min<std::size_t>(lCount, lLeft);
+        return lCount <= lLeft ? S_OK : S_FALSE;
+    }
+    STDMETHODIMP Reset() override
+    {
+        m_lNext = 0;
+        return S_OK;
+    }
+    STDMETHODIMP Clone(IEnumVARIANT** ppEnum) override
+    {
+        return GuardAs(
+            IID_IEnumVARIANT, CollectionFace::identity.sProgID,
+            [&] {
+                StoreIn(ppEnum,
+                        [&] { return NewObject<Enumerator>(m_cOwner, m_count, m_at, m_lNext).Detach(); });
+            });
+    }
+
+private:
+    ComPtr<IUnknown> m_cOwner;
+    std::function<std::size_t()> m_count;
+    std::function<Variant(std::size_t)> m_at;
+    std::size_t m_lNext;
+};
+
+struct AnyAdapter
+{
+    static Variant ToVariant(const Variant& cItem) { return cItem; }
+    static Variant FromVariant(const VARIANT& value) { return Variant::Dereferenced(value); }
+};
+
+} // namespace
+
+CollectionFace::CollectionFace(const void* pIdentity, std::unique_ptr<CollectionModel> cModel)
+    : Dispatch(identity), m_cModel(std::move(cModel)),
+      m_cEntry(pIdentity, this, static_cast<_clsCollection*>(this))
+{
+}
+
+STDMETHODIMP CollectionFace::Add(VARIANT Item, VARIANT Key, VARIANT Before, VARIANT After)
+{
+    return Guard(
+        [&]
+        {
+            const auto sKey = KeyFrom(Key);
+            m_cModel->Insert(PlaceFrom(*m_cModel, Before, After), sKey, Item);
+        });
+}
+
+STDMETHODIMP CollectionFace::get_Item(VARIANT Index, VARIANT* pVal)
+{
+    return Guard([&] { StoreIn(pVal, [&] { return m_cModel->At(Locate(*m_cModel, Index)).Detach(); }); });
+}
+
+STDMETHODIMP CollectionFace::Exists(VARIANT Key, VARIANT_BOOL* pVal)
+{
+    return Guard(
+        [&]
+        {
+            VARIANT_BOOL& bExists = Out(pVal);
+            const Variant cKey = Variant::Dereferenced(Key);
+            if (cKey.vt == VT_BSTR)
+                bExists = BoolOf(m_cModel->PositionOf(TextOf(cKey.bstrVal)).has_value());
+            else
+                bExists = BoolOf(FindPosition(cKey, m_cModel->Count()).has_value());
+        });
+}
+
+STDMETHODIMP CollectionFace::Remove(VARIANT Index)
+{
+    return Guard([&] { m_cModel->RemoveAt(Locate(*m_cModel, Index)); });
+}
+
+STDMETHODIMP CollectionFace::get_Count(LONG* pVal)
+{
+    return Guard([&] { StoreIn(pVal, [&] { return static_cast<LONG>(m_cModel->Count()); }); });
+}
+
+STDMETHODIMP CollectionFace::get__NewEnum(IUnknown** ppEnum)
+{
+    return Guard(
+        [&]
+        {
+            CollectionModel* pModel =
+                m_cModel.get(); // lives as long as its owner, which the enumerator holds
+            StoreIn(ppEnum,
+                    [&]
+                    {
+                        return NewEnumerator(
+                                   ComPtr<IUnknown>(static_cast<_clsCollection*>(this)),
+                                   [pModel] { return pModel->Count(); },
+                                   [pModel](std::size_t lPosition) { return pModel->At(lPosition); })
+                            .Detach();
+                    });
+        });
+}
+
+ComPtr<CollectionFace> NewCollection(const std::shared_ptr<ItemCollection>& colItems)
+{
+    return FaceOfCollection<AnyAdapter>(colItems);
+}
+
+std::wstring TextAdapter::FromVariant(const VARIANT& value)
+{
+    const Variant cText = Variant::Dereferenced(value);
+    if (cText.vt != VT_BSTR)
+        throw RuntimeError(error::TypeMismatch);
+    return TextOf(cText.bstrVal);
+}
+
+void ForEachItem(IDispatch* colItems, const std::function<void(const Variant&)>& body)
+{
+    if (!colItems)
+        throw RuntimeError(error::ObjectNotSet);
+    DISPPARAMS none{};
+    Variant cResult;
+    const HRESULT hEnum = Outgoing(
+        [&]
+        {
+            return colItems->Invoke(DISPID_NEWENUM, IID_NULL, LOCALE_USER_DEFAULT,
+                                    DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none, &cResult, nullptr,
+                                    nullptr);
+        });
+    if (FAILED(hEnum))
+        throw RuntimeError(lNoEnumeration);
+    const auto cEnum = ObjectIn<IEnumVARIANT>(cResult);
+    if (!cEnum)
+        throw RuntimeError(lNoEnumeration);
+    for (;;)
+    {
+        Variant cItem;
+        ULONG lFetched = 0;
+        const HRESULT hResult = Outgoing([&] { return cEnum->Next(1, &cItem, &lFetched); });
+        ThrowIfFailed(hResult);
+        if (hResult != S_OK || lFetched == 0)
+            return;
+        body(cItem);
+    }
+}
+
+ComPtr<IUnknown> NewEnumerator(ComPtr<IUnknown> cOwner, std::function<std::size_t()> count,
+                               std::function<Variant(std::size_t)> at)
+{
+    return NewObject<Enumerator>(std::move(cOwner), std::move(count), std::move(at), std::size_t{0});
+}
+
+} // namespace ravlo

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "comkit/Outgoing.h"
+
+#include <utility>
+
+namespace ravlo
+{
+
+// A counted reference to a COM object, or none. Any module's object: nothing it throws comes through.
+template <class I> class ComPtr
+{
+public:
+    ComPtr() noexcept = default;
+    ComPtr(std::nullptr_t) noexcept {}
+    // Takes a reference of its own.
+    explicit ComPtr(I* pObject) noexcept : m_pObject(pObject)
+    {
+        if (m_pObject)
+            TakeReference(m_pObject);
+    }
+    ComPtr(const ComPtr& other) noexcept : ComPtr(other.m_pObject) {}
+    ComPtr(ComPtr&& other) noexcept : m_pObject(std::exchange(other.m_pObject, nullptr)) {}
+    template <class J>
+    ComPtr(ComPtr<J> other) noexcept requires std::is_convertible_v<J*, I*> : m_pObject(other.Detach())
+    {
+    }
+    ComPtr& operator=(ComPtr other) noexcept
+    {
+        std::swap(m_pObject, other.m_pObject);
+        return *this;
+    }
+    ~ComPtr()
+    {
+        if (m_pObject)
+            LetGo(m_pObject);
+    }
+
+    // Takes over a reference the caller owns.
+    static ComPtr Adopt(I* pObject) noexcept
+    {
+        ComPtr cResult;
+        cResult.m_pObject = pObject;
+        return cResult;
+    }
+
+    I* Get() const noexcept { return m_pObject; }
+    I* operator->() const noexcept { return m_pObject; }
+    I& operator*() const noexcept { return *m_pObject; }
+    explicit operator bool() const noexcept { return m_pObject != nullptr; }
+
+    // Gives the reference to the caller.
+    I* Detach() noexcept { return std::exchange(m_pObject, nullptr); }
+    // Drops what it holds; the result is where a callee stores a new reference.
+    I** Receive() noexcept
+    {
+        *this = ComPtr();
+        return &m_pObject;
+    }
+
+    // The same object through another interface; none when it does not have it.
+    template <class J> ComPtr<J> As(REFIID iid) const noexcept
+    {
+        ComPtr<J> cResult;
+        void* pvResult = nullptr;
+        if (m_pObject && SUCCEEDED(Ask(m_pObject, iid, &pvResult)))
+            cResult = ComPtr<J>::Adopt(static_cast<J*>(pvResult));
+        return cResult;
+    }
+    template <class J> ComPtr<J> As() const noexcept { return As<J>(__uuidof(J)); }
+
+private:
+    I* m_pObject = nullptr;
+};
+
+// A new object with its first reference. Objects start with a count of 0.
+template <class T, class... Args> ComPtr<T> NewObject(Args&&... args)
+{
+    return ComPtr<T>(new T(std::forward<Args>(args)...));
+}
+
+// The one pointer that tells an object from every other, whatever interface it came through.
+inline ComPtr<IUnknown> IdentityOf(IUnknown* pObject) noexcept
+{
+    return ComPtr<IUnknown>(pObject).As<IUnknown>(IID_IUnknown);
+}
+
+} // namespace ravlo

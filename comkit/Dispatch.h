@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "comkit/Errors.h"
+#include "comkit/EventSource.h"
+#include "comkit/InterfaceDescription.h"
+#include "comkit/Module.h"
+
+namespace ravlo
+{
+
+// Everything a face has beside its own members: identity and counting, the dual interface's late-bound side,
+// error and class information, and the connection points of a class with events. A face translates between
+// the interface I and the core object it holds, and ends with its last reference.
+template <class I> class Dispatch : public I, public ISupportErrorInfo, public IProvideClassInfo2
+{
+public:
+    Dispatch(const Dispatch&) = delete;
+    Dispatch& operator=(const Dispatch&) = delete;
+    virtual ~Dispatch() = default;
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override
+    {
+        if (!ppvObject)
+            return E_POINTER;
+        *ppvObject = nullptr;
+        if (iid == IID_IUnknown || iid == IID_IDispatch || iid == __uuidof(I))
+            *ppvObject = static_cast<I*>(this);
+        else if (iid == IID_ISupportErrorInfo)
+            *ppvObject = static_cast<ISupportErrorInfo*>(this);
+        else if (iid == IID_IProvideClassInfo || iid == IID_IProvideClassInfo2)
+            *ppvObject = static_cast<IProvideClassInfo2*>(this);
+        else if (iid == IID_IConnectionPointContainer && Events())
+            *ppvObject = static_cast<IConnectionPointContainer*>(Events());
+        else
+            return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return ++m_lReferences; }
+    STDMETHODIMP_(ULONG) Release() override
+    {
+        const ULONG lLeft = --m_lReferences;
+        if (lLeft == 0)
+        {
+            m_lReferences = 1; // what runs while it ends may take and drop references; it ends once
+            delete this;
+        }
+        return lLeft;
+    }
+
+    STDMETHODIMP GetTypeInfoCount(UINT* plCount) override
+    {
+        if (!plCount)
+            return E_POINTER;
+        *plCount = 1;
+        return S_OK;
+    }
+    STDMETHODIMP GetTypeInfo(UINT lIndex, LCID, ITypeInfo** ppInfo) override
+    {
+        if (!ppInfo)
+            return E_POINTER;
+        *ppInfo = nullptr;
+        if (lIndex != 0)
+            return DISP_E_BADINDEX;
+        return Guard([&] { *ppInfo = ComPtr<ITypeInfo>(&Description().Info()).Detach(); });
+    }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* pNames, UINT lCount, LCID, DISPID* pIds) override
+    {
+        HRESULT hNames = E_POINTER;
+        const HRESULT hResult =
+            Guard([&] { hNames = Description().Info().GetIDsOfNames(pNames, lCount, pIds); });
+        return FAILED(hResult) ? hResult : hNames;
+    }
+    STDMETHODIMP Invoke(DISPID lMember, REFIID, LCID lcid, WORD wFlags, DISPPARAMS* pArguments,
+                        VARIANT* pResult, EXCEPINFO* pExcepInfo, UINT* pArgErr) override
+    {
+        if (!pArguments)
+            return E_POINTER;
+        HRESULT hInvoke = E_FAIL;
+        const HRESULT hResult = Guard(
+            [&]
+            {
+                hInvoke = Description().Invoke(static_cast<I*>(this), lMember, lcid, wFlags, *pArguments,
+                                               pResult, pExcepInfo, pArgErr);
+            });
+        return FAILED(hResult) ? hResult : hInvoke;
+    }
+
+    STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) override
+    {
+        return iid == __uuidof(I) ? S_OK : S_FALSE;
+    }
+
+    STDMETHODIMP GetClassInfo(ITypeInfo** ppInfo) override
+    {
+        return Guard([&] { StoreIn(ppInfo, [&] { return module::TypeInfoOf(m_identity.clsid).Detach(); }); });
+    }
+    STDMETHODIMP GetGUID(DWORD lKind, GUID* pGuid) override
+    {
+        if (!pGuid)
+            return E_POINTER;
+        *pGuid = GUID_NULL;
+        if (lKind != GUIDKIND_DEFAULT_SOURCE_DISP_IID || !m_identity.pSource)
+            return E_INVALIDARG;
+        *pGuid = *m_identity.pSource;
+        return S_OK;
+    }
+
+protected:
+    explicit Dispatch(const ClassIdentity& identity) noexcept : m_identity(identity) {}
+
+    // The class's events; none without.
+    virtual EventSource* Events() noexcept { return nullptr; }
+
+    // The body of a member. The face outlives it, also when the host lets it go from inside.
+    template <class Body> HRESULT Guard(Body&& body) noexcept
+    {
+        const ComPtr<I> cSelf(this);
+        return GuardAs(__uuidof(I), m_identity.sProgID, std::forward<Body>(body));
+    }
+
+private:
+    const InterfaceDescription& Description() const { return module::DescriptionOf(__uuidof(I)); }
+
+    const ClassIdentity& m_identity;
+    ULONG m_lReferences = 0;
+    ModuleLock m_cLock;
+};
+
+} // namespace ravlo

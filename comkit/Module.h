@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "comkit/ComPtr.h"
+
+#include <span>
+#include <string>
+
+namespace ravlo
+{
+
+class InterfaceDescription;
+
+// What a class is called outside, and what it tells about itself.
+struct ClassIdentity
+{
+    const CLSID& clsid;
+    const GUID& libid;
+    const IID& iid;          // its default interface
+    const IID* pSource;      // its default source interface; null when it raises no events
+    const wchar_t* sLibrary; // "RavloScheduler"
+    const wchar_t* sName;    // "clsCat"
+    const wchar_t* sProgID;  // "RavloScheduler.clsCat": also the source of its errors
+};
+
+// A class that hosts can create.
+struct CoClass
+{
+    const ClassIdentity& identity;
+    ComPtr<IUnknown> (*Create)();
+};
+
+// A type library among the module's resources.
+struct EmbeddedTypeLibrary
+{
+    const GUID& libid;
+    UINT lResource;
+    // Whether this module is the library's home. The types of another module are carried along, so that
+    // references to them always resolve; they are registered only when nobody else has done it.
+    bool bHome;
+};
+
+struct ModuleParts
+{
+    std::span<const CoClass> colClasses;
+    std::span<const EmbeddedTypeLibrary> colTypeLibraries;
+    // One class of each other module that carries some of these libraries: where that module is registered,
+    // it takes them over when this one is taken out.
+    std::span<const CLSID* const> colNeighbours;
+};
+
+// The DLL as COM sees it: what it can create, how many of its objects live, where its types are described.
+// The objects belong to one apartment thread, as everything in the library does.
+namespace module
+{
+// Once, when the DLL is loaded. The parts must be static.
+void Attach(HINSTANCE hInstance, const ModuleParts& parts) noexcept;
+HINSTANCE Instance() noexcept;
+const ModuleParts& Parts() noexcept;
+
+// The full path of the DLL's file, and of one of its type libraries ("...\x.dll" or "...\x.dll\2").
+std::wstring Path();
+std::wstring PathOf(const EmbeddedTypeLibrary& library);
+
+void AddLock() noexcept;
+void RemoveLock() noexcept;
+long Locks() noexcept;
+
+ComPtr<ITypeLib> LoadTypeLibrary(const EmbeddedTypeLibrary& library);
+// A type of the module's libraries by its GUID. Throws when it is in none of them.
+ComPtr<ITypeInfo> TypeInfoOf(REFGUID guid);
+// The members of a dual interface of the module's libraries; described once.
+const InterfaceDescription& DescriptionOf(REFIID iid);
+
+HRESULT GetClassObject(REFCLSID clsid, REFIID iid, void** ppvObject) noexcept;
+// S_OK when no object lives; what was loaded to describe types is let go then.
+HRESULT CanUnloadNow() noexcept;
+} // namespace module
+
+// Held by whatever must keep the DLL loaded.
+class ModuleLock
+{
+public:
+    ModuleLock() noexcept { module::AddLock(); }
+    ModuleLock(const ModuleLock&) noexcept { module::AddLock(); }
+    ModuleLock& operator=(const ModuleLock&) = default;
+    ~ModuleLock() { module::RemoveLock(); }
+};
+
+} // namespace ravlo

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "comkit/ComPtr.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace ravlo
+{
+
+// A string for the other side of a COM call, which frees it.
+BSTR NewBstr(std::wstring_view sText);
+
+// No string is an empty one.
+std::wstring TextOf(BSTR sText);
+
+// An owned BSTR.
+class Bstr
+{
+public:
+    Bstr() noexcept = default;
+    explicit Bstr(std::wstring_view sText) : m_sText(NewBstr(sText)) {}
+    Bstr(const Bstr&) = delete;
+    Bstr& operator=(const Bstr&) = delete;
+    ~Bstr() { SysFreeString(m_sText); }
+
+    BSTR Get() const noexcept { return m_sText; }
+    BSTR Detach() noexcept { return std::exchange(m_sText, nullptr); }
+    BSTR* Receive() noexcept
+    {
+        SysFreeString(std::exchange(m_sText, nullptr));
+        return &m_sText;
+    }
+    std::wstring Text() const { return TextOf(m_sText); }
+
+private:
+    BSTR m_sText = nullptr;
+};
+
+// Clears a VARIANT. Swallows what the release of an object in it throws.
+void Clear(VARIANT& value) noexcept;
+
+constexpr VARIANT_BOOL BoolOf(bool bValue) noexcept { return bValue ? VARIANT_TRUE : VARIANT_FALSE; }
+
+// An owned VARIANT; empty when new.
+class Variant : public VARIANT
+{
+public:
+    Variant() noexcept : VARIANT{} {} // every byte zero, so that setting vt alone makes a zero of that type
+    explicit Variant(const VARIANT& value);
+    explicit Variant(std::wstring_view sText);
+    explicit Variant(std::int32_t lValue) noexcept;
+    explicit Variant(bool bValue) noexcept;
+    explicit Variant(IDispatch* pObject) noexcept; // takes a reference of its own; null is Nothing
+    explicit Variant(IUnknown* pObject) noexcept;
+    Variant(const Variant& other) : Variant(static_cast<const VARIANT&>(other)) {}
+    Variant(Variant&& other) noexcept;
+    Variant& operator=(Variant other) noexcept;
+    ~Variant() { Clear(*this); }
+
+    // Gives the value to the caller, who clears it.
+    VARIANT Detach() noexcept;
+
+    // What stands for an optional argument that is left out.
+    static Variant Omitted() noexcept;
+    // What a by-reference VARIANT refers to; the value itself otherwise.
+    static Variant Dereferenced(const VARIANT& value);
+
+    // The value as another type by the platform's conversion in the invariant locale; nothing when there is
+    // none.
+    std::optional<Variant> As(VARTYPE vt) const;
+};
+
+// Puts a value where the caller keeps one: into the variable that a by-reference VARIANT refers to, in that
+// variable's own type; else into the VARIANT itself. What was there is let go. Error 13, and nothing changed,
+// when the value has no such form.
+void StoreThrough(VARIANT& place, Variant cValue);
+
+// Whether an optional argument was left out.
+bool IsOmitted(const VARIANT& value) noexcept;
+
+// The object a VARIANT holds or refers to through interface I; none when it holds no object or one without
+// it.
+template <class I> ComPtr<I> ObjectIn(const VARIANT& value)
+{
+    const Variant cValue = Variant::Dereferenced(value);
+    if (cValue.vt != VT_DISPATCH && cValue.vt != VT_UNKNOWN)
+        return nullptr;
+    return ComPtr<IUnknown>(cValue.punkVal).As<I>();
+}
+
+} // namespace ravlo

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "fuzz/Fuzz.h"
+
+#include "platform/memory/MemoryPorts.h"
+#include "scheduler/clsSchedMan.h"
+#include "support/FakeDataBase.h"
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace ravlo::fuzz
+{
+
+// A station in memory: its disk, its database, and the person before it, who answers No to every question.
+// Programs come and go over it.
+struct RadioStation
+{
+    static constexpr const wchar_t* sFolder = L"C:\\Radio\\";
+    static std::wstring Path(const std::wstring& sName)
+    {
+        return std::wstring(sFolder) + L"Scheduler\\" + sName;
+    }
+    static std::wstring SifPath(const std::wstring& sCat)
+    {
+        return Path(L"History_and_Ordering\\" + sCat + L".sif");
+    }
+
+    MemoryWorld cWorld;
+    std::shared_ptr<test::FakeDataBase> cDataBase = std::make_shared<test::FakeDataBase>();
+
+    RadioStation() { cWorld.cFiles.MakeFolders(sFolder); }
+
+    bool Has(const std::wstring& sPath) const { return cWorld.cFiles.FileExists(sPath); }
+    const std::string& Bytes(const std::wstring& sPath) const { return cWorld.cFiles.Get(sPath); }
+
+    // What must be true of every disk that a program leaves: no half-made file.
+    void RequireTidy() const
+    {
+        for (const std::wstring& sPath : cWorld.cFiles.Paths())
+            RAVLO_REQUIRE(!sPath.ends_with(L".tmp"));
+    }
+};
+
+// A run of a host's program over a station, from its population to its end.
+class Program
+{
+public:
+    explicit Program(RadioStation& cStation) : cMod(cStation.cWorld.AllPorts())
+    {
+        cStation.cWorld.cMessages.Boxes.clear();
+        cSchedMan->PopulateFromDataBase(cStation.cDataBase, RadioStation::sFolder);
+        RAVLO_REQUIRE(cSchedMan->colMainCats() != nullptr);
+    }
+
+    // The main categories' names, in order.
+    std::vector<std::wstring> Names() const
+    {
+        std::vector<std::wstring> colNames;
+        for (const std::shared_ptr<clsCat>& cMainCat : *cSchedMan->colMainCats())
+            colNames.push_back(cMainCat->CatName());
+        return colNames;
+    }
+    std::shared_ptr<clsCat> MainCat(const std::wstring& sName) const
+    {
+        const std::shared_ptr<clsCat>* cFound = cSchedMan->colMainCats()->Find(CategoryKey(sName, 0));
+        return cFound ? *cFound : nullptr;
+    }
+    // The keys of a category's cuts in rotation order, by level.
+    std::map<std::int32_t, std::vector<std::wstring>> Orders(const std::wstring& sName) const
+    {
+        std::map<std::int32_t, std::vector<std::wstring>> colOrders;
+        for (const std::shared_ptr<clsCat>& cSubCat : *MainCat(sName)->SubCats())
+        {
+            std::vector<std::wstring>& colKeys = colOrders[cSubCat->CatLevel()];
+            for (const std::shared_ptr<Cut>& cCut : *cSubCat->SchedCuts())
+                colKeys.push_back(cCut->Key().Text());
+        }
+        return colOrders;
+    }
+
+    ModScheduler cMod;
+    std::shared_ptr<clsSchedMan> cSchedMan = std::make_shared<clsSchedMan>(cMod);
+};
+
+} // namespace ravlo::fuzz

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/Placement.h"
+
+#include "base/Text.h"
+
+#include <utility>
+
+namespace ravlo
+{
+
+std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
+                                      const std::wstring& sName)
+{
+    return EnsureMainCat(cMod, colMainCats, {sName, TextKey(CategoryKey(sName, 0))});
+}
+
+std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
+                                      const NameLists::Name& name)
+{
+    if (const std::shared_ptr<clsCat>* cFound = colMainCats.Find(name.cKey))
+        return *cFound;
+    auto cMainCat = std::make_shared<clsCat>(cMod, name.sName, 0);
+    colMainCats.Add(name.cKey, cMainCat);
+    return cMainCat;
+}
+
+bool Filing::File(const std::shared_ptr<Cut>& cCut, clsCat& cInto, bool& bCreatedNewSubCat)
+{
+    const std::int32_t lLevel = cCut->CatLevel();
+    if (lLevel <= 0)
+    {
+        Problem& cProblem = ProblemOf(cInto.CatName());
+        bool& bShown = lLevel == 0 ? cProblem.bLevelZeroShown : cProblem.bNegativeLevelShown;
+        if (std::exchange(bShown, true))
+        {
+            ++cProblem.lRefused;
+            return false;
+        }
+    }
+    try
+    {
+        return cInto.AddCut(cCut, bCreatedNewSubCat);
+    }
+    catch (const RuntimeError& cError)
+    {
+        const std::shared_ptr<clsCat> cSubCat =
+            cInto.CatLevel() == 0 ? cInto.SubCat(lLevel) : cInto.shared_from_this();
+        if (cError.Number() != error::Overflow || !cSubCat || !cSubCat->SchedCuts()->Exists(cCut->Key()))
+            throw;
+        ProblemOf(cInto.CatName()).bOverflow = true; // it is filed; only the sum cannot be told
+        return true;
+    }
+}
+
+void Filing::RecalcTouched()
+{
+    m_colIsTouched.clear();
+    for (const std::shared_ptr<clsCat>& cSubCat : std::exchange(m_colTouched, {}))
+    {
+        try
+        {
+            cSubCat->RecalcTotalRunTime();
+        }
+        catch (const RuntimeError& cError)
+        {
+            if (cError.Number() == error::Overflow)
+                ProblemOf(cSubCat->CatName()).bOverflow = true;
+            else
+                Failed();
+        }
+    }
+}
+
+void Filing::Failed(const Cut& cCut)
+{
+    if (m_colFailed.insert(&cCut).second && !m_cFirstFailure)
+        m_cFirstFailure = CurrentError();
+}
+
+void Filing::Failed()
+{
+    if (!m_cFirstFailure)
+        m_cFirstFailure = CurrentError();
+}
+
+void Filing::EmptyName(BoxIcon eIcon, const std::wstring& sText)
+{
+    if (m_lEmptyNames++ == 0)
+        m_cMod.Box(eIcon, BoxButtons::Ok, sProgramTitle, sText);
+}
+
+void Filing::Report(const std::function<void(const RuntimeError&)>& show)
+{
+    RecalcTouched();
+    const OrderedKeyedCollection<Problem> colProblems = std::exchange(m_colProblems, {});
+    const std::size_t lFailed = std::exchange(m_colFailed, {}).size();
+    const std::optional<RuntimeError> cFirstFailure = std::exchange(m_cFirstFailure, std::nullopt);
+    if (const std::size_t lEmptyNames = std::exchange(m_lEmptyNames, 0); lEmptyNames > 1)
+        m_cMod.WriteDebugLog(L"Zero-length cat names are illegal: " + CountText(lEmptyNames) + L" in all.");
+    for (const Problem& cProblem : colProblems)
+    {
+        if (cProblem.lRefused > 0)
+            m_cMod.WriteDebugLog(L"Not filed in category " + cProblem.sCatName + L", having no level: " +
+                                 CountText(cProblem.lRefused) + L" more cuts.");
+        if (cProblem.bOverflow)
+            show(RuntimeError(error::Overflow, StandardDescription(error::Overflow) +
+                                                   L": run times in category " + cProblem.sCatName));
+    }
+    if (cFirstFailure)
+        show(lFailed == 0 ? *cFirstFailure
+                          : RuntimeError(cFirstFailure->Number(), cFirstFailure->Description() + L" (" +
+                                                                      CountText(lFailed) +
+                                                                      L" cuts could not be handled)"));
+}
+
+Filing::Problem& Filing::ProblemOf(const std::wstring& sCatName)
+{
+    const TextKey cKey(sCatName);
+    if (!m_colProblems.Exists(cKey))
+    {
+        Problem cProblem;
+        cProblem.sCatName = sCatName;
+        m_colProblems.Add(cKey, std::move(cProblem));
+    }
+    return *m_colProblems.Find(cKey);
+}
+
+} // namespace ravlo

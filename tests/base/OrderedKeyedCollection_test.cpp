@@ -1,0 +1,538 @@
+// SPDX-License-Identifier: MIT
+#include "base/OrderedKeyedCollection.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <functional>
+#include <gtest/gtest.h>
+#include <new>
+#include <optional>
+#include <random>
+#include <string>
+
+namespace
+{
+
+// Counts allocations, and lets the n-th one from now on fail.
+std::size_t lAllocations = 0;
+int lAllocationsUntilFailure = -1;
+
+void* Allocate(std::size_t lSize)
+{
+    ++lAllocations;
+    if (lAllocationsUntilFailure >= 0 && lAllocationsUntilFailure-- == 0)
+        throw std::bad_alloc();
+    if (void* pMemory = std::malloc(lSize == 0 ? 1 : lSize))
+        return pMemory;
+    throw std::bad_alloc();
+}
+
+} // namespace
+
+void* operator new(std::size_t lSize) { return Allocate(lSize); }
+void operator delete(void* pMemory) noexcept { std::free(pMemory); }
+void operator delete(void* pMemory, std::size_t) noexcept { std::free(pMemory); }
+
+namespace ravlo
+{
+namespace
+{
+
+using Collection = OrderedKeyedCollection<std::wstring>;
+using Texts = std::vector<std::wstring>;
+
+Texts TextsOf(const Collection& cCollection) { return Texts(cCollection.begin(), cCollection.end()); }
+
+Collection CollectionOf(const Texts& sKeys)
+{
+    Collection cCollection;
+    for (const std::wstring& sKey : sKeys)
+        cCollection.Add(TextKey(sKey), sKey);
+    return cCollection;
+}
+
+TEST(OrderedKeyedCollection, IsEmptyWhenMade)
+{
+    const Collection cCollection;
+    EXPECT_TRUE(cCollection.Empty());
+    EXPECT_EQ(cCollection.Count(), 0u);
+    EXPECT_EQ(cCollection.Find(L"a"), nullptr);
+    EXPECT_FALSE(cCollection.Exists(TextKey()));
+    EXPECT_EQ(cCollection.begin(), cCollection.end());
+}
+
+TEST(OrderedKeyedCollection, KeepsTheOrderInWhichItemsWereAdded)
+{
+    EXPECT_EQ(TextsOf(CollectionOf({L"c", L"a", L"b"})), (Texts{L"c", L"a", L"b"}));
+}
+
+TEST(OrderedKeyedCollection, FindsItemsByKeyWithoutRegardToCase)
+{
+    const Collection cCollection = CollectionOf({L"C:\\\u00C4.mp3", L"b"});
+    ASSERT_NE(cCollection.Find(TextKey(L"c:\\\u00E4.MP3")), nullptr);
+    EXPECT_EQ(*cCollection.Find(L"c:\\\u00E4.MP3"), L"C:\\\u00C4.mp3");
+    EXPECT_EQ(cCollection.PositionOf(L"B"), std::optional<std::size_t>(1));
+    EXPECT_EQ(cCollection.PositionOf(TextKey(L"B")), std::optional<std::size_t>(1));
+    EXPECT_EQ(cCollection.PositionOf(L"c"), std::nullopt);
+    EXPECT_EQ(cCollection.Find(L""), nullptr);
+}
+
+TEST(OrderedKeyedCollection, RefusesAKeyThatIsThereAlreadyAndChangesNothing)
+{
+    Collection cCollection = CollectionOf({L"a", L"b"});
+    EXPECT_FALSE(cCollection.Add(TextKey(L"A"), L"other"));
+    const TextKey cKey(L"B");
+    EXPECT_FALSE(cCollection.Insert(0, &cKey, L"other"));
+    EXPECT_EQ(TextsOf(cCollection), (Texts{L"a", L"b"}));
+}
+
+TEST(OrderedKeyedCollection, ItemsMayHaveNoKey)
+{
+    Collection cCollection = CollectionOf({L"a"});
+    cCollection.Add(L"loose");
+    cCollection.Add(L"loose");
+    EXPECT_EQ(TextsOf(cCollection), (Texts{L"a", L"loose", L"loose"}));
+    EXPECT_EQ(cCollection.KeyAt(1), nullptr);
+    ASSERT_NE(cCollection.KeyAt(0), nullptr);
+    EXPECT_EQ(cCollection.KeyAt(0)->Text(), L"a");
+    EXPECT_FALSE(cCollection.Exists(L""));
+    cCollection.RemoveAt(1);
+    EXPECT_EQ(TextsOf(cCollection), (Texts{L"a", L"loose"}));
+}
+
+TEST(OrderedKeyedCollection, TheEmptyTextIsAKeyLikeAnyOther)
+{
+    Collection cCollection;
+    EXPECT_TRUE(cCollection.Add(TextKey(), L"nameless"));
+    EXPECT_FALSE(cCollection.Add(TextKey(L""), L"again"));
+    EXPECT_TRUE(cCollection.Exists(L""));
+    ASSERT_NE(cCollection.KeyAt(0), nullptr);
+    EXPECT_TRUE(cCollection.Remove(L""));
+    EXPECT_TRUE(cCollection.Empty());
+}
+
+TEST(OrderedKeyedCollection, SharesTheKeyItWasGiven)
+{
+    const TextKey cKey(L"C:\\Music\\A rather long path.mp3");
+    Collection cCollection;
+    cCollection.Add(cKey, L"a");
+    EXPECT_EQ(&cCollection.KeyAt(0)->Text(), &cKey.Text());
+}
+
+TEST(OrderedKeyedCollection, InsertsAtEveryPosition)
+{
+    const Texts sBefore = {L"a", L"b", L"c", L"d", L"e"};
+    for (std::size_t lPosition = 0; lPosition <= sBefore.size(); ++lPosition)
+    {
+        Collection cCollection = CollectionOf(sBefore);
+        const TextKey cKey(L"new");
+        EXPECT_TRUE(cCollection.Insert(lPosition, &cKey, L"new"));
+        Texts sAfter = sBefore;
+        sAfter.insert(sAfter.begin() + static_cast<std::ptrdiff_t>(lPosition), L"new");
+        EXPECT_EQ(TextsOf(cCollection), sAfter);
+        for (std::size_t i = 0; i < sAfter.size(); ++i)
+            EXPECT_EQ(cCollection.PositionOf(sAfter[i]), std::optional<std::size_t>(i));
+    }
+}
+
+TEST(OrderedKeyedCollection, RemovesAtEveryPosition)
+{
+    const Texts sBefore = {L"a", L"b", L"c", L"d", L"e"};
+    for (std::size_t lPosition = 0; lPosition < sBefore.size(); ++lPosition)
+    {
+        Collection cCollection = CollectionOf(sBefore);
+        cCollection.RemoveAt(lPosition);
+        Texts sAfter = sBefore;
+        sAfter.erase(sAfter.begin() + static_cast<std::ptrdiff_t>(lPosition));
+        EXPECT_EQ(TextsOf(cCollection), sAfter);
+        EXPECT_FALSE(cCollection.Exists(sBefore[lPosition]));
+        for (std::size_t i = 0; i < sAfter.size(); ++i)
+            EXPECT_EQ(cCollection.PositionOf(sAfter[i]), std::optional<std::size_t>(i));
+    }
+}
+
+TEST(OrderedKeyedCollection, RemovesByKey)
+{
+    Collection cCollection = CollectionOf({L"a", L"b", L"c"});
+    EXPECT_TRUE(cCollection.Remove(L"B"));
+    EXPECT_FALSE(cCollection.Remove(TextKey(L"b")));
+    EXPECT_TRUE(cCollection.Remove(TextKey(L"a")));
+    EXPECT_EQ(TextsOf(cCollection), Texts{L"c"});
+}
+
+TEST(OrderedKeyedCollection, SendsAnyItemToTheBackUnderItsKey)
+{
+    Collection cCollection = CollectionOf({L"a", L"b", L"c"});
+    EXPECT_TRUE(cCollection.SendToBack(TextKey(L"A")));
+    EXPECT_EQ(TextsOf(cCollection), (Texts{L"b", L"c", L"a"}));
+    EXPECT_TRUE(cCollection.SendToBack(TextKey(L"c")));
+    EXPECT_EQ(TextsOf(cCollection), (Texts{L"b", L"a", L"c"}));
+    EXPECT_TRUE(cCollection.SendToBack(TextKey(L"c")));
+    EXPECT_EQ(TextsOf(cCollection), (Texts{L"b", L"a", L"c"}));
+    EXPECT_FALSE(cCollection.SendToBack(TextKey(L"x")));
+    EXPECT_EQ(cCollection.PositionOf(L"a"), std::optional<std::size_t>(1));
+    cCollection.MoveToEnd(0);
+    EXPECT_EQ(TextsOf(cCollection), (Texts{L"a", L"c", L"b"}));
+}
+
+TEST(OrderedKeyedCollection, SendsAnItemThatHasNoKeyToTheBack)
+{
+    Collection cCollection;
+    cCollection.Add(L"loose");
+    cCollection.Add(TextKey(L"a"), L"a");
+    cCollection.MoveToEnd(0);
+    EXPECT_EQ(TextsOf(cCollection), (Texts{L"a", L"loose"}));
+    EXPECT_EQ(cCollection.KeyAt(1), nullptr);
+}
+
+TEST(OrderedKeyedCollection, SendingTheOnlyItemToTheBackLeavesItThere)
+{
+    Collection cCollection = CollectionOf({L"a"});
+    EXPECT_TRUE(cCollection.SendToBack(TextKey(L"a")));
+    EXPECT_EQ(TextsOf(cCollection), Texts{L"a"});
+}
+
+TEST(OrderedKeyedCollection, RotatingAFullRingManyTimesKeepsTheOrder)
+{
+    Texts sTexts;
+    for (int i = 0; i < 16; ++i) // a power of two: no free slot is left
+        sTexts.push_back(std::to_wstring(i));
+    Collection cCollection = CollectionOf(sTexts);
+    for (int i = 0; i < 1000; ++i)
+    {
+        cCollection.SendToBack(*cCollection.KeyAt(0));
+        std::rotate(sTexts.begin(), sTexts.begin() + 1, sTexts.end());
+        ASSERT_EQ(TextsOf(cCollection), sTexts);
+    }
+}
+
+TEST(OrderedKeyedCollection, SendingTheHeadToTheBackAndLookingUpAllocateNothing)
+{
+    Collection cCollection =
+        CollectionOf({L"C:\\Music\\one long path.mp3", L"C:\\Music\\another long path.mp3"});
+    const TextKey cKey(L"C:\\Music\\one long path.mp3");
+    const std::size_t lBefore = lAllocations;
+    const bool bSent = cCollection.SendToBack(cKey);
+    const bool bFound = cCollection.Exists(std::wstring_view(L"C:\\MUSIC\\ANOTHER LONG PATH.MP3"));
+    const std::size_t lAfter = lAllocations;
+    EXPECT_TRUE(bSent && bFound);
+    EXPECT_EQ(lAfter, lBefore);
+}
+
+TEST(OrderedKeyedCollection, ReservingMakesRoomAheadAndKeepsTheContent)
+{
+    Collection cCollection = CollectionOf({L"a", L"b"});
+    cCollection.MoveToEnd(0);
+    cCollection.Reserve(1000);
+    EXPECT_EQ(TextsOf(cCollection), (Texts{L"b", L"a"}));
+    const std::size_t lBefore = lAllocations;
+    for (wchar_t c = L'A'; c < L'Z'; ++c)
+        cCollection.Add(TextKey(), L""); // the first is added, the others are there already
+    EXPECT_LE(lAllocations - lBefore, 1u);
+    EXPECT_EQ(cCollection.PositionOf(L"a"), std::optional<std::size_t>(1));
+}
+
+TEST(OrderedKeyedCollection, TheTablesDoNotGrowWhileItemsComeAndGo)
+{
+    Collection cCollection =
+        CollectionOf({L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8"}); // both tables are full
+    const TextKey cKey(L"1");
+    const std::size_t lBefore = lAllocations;
+    for (int i = 0; i < 1000; ++i)
+    {
+        cCollection.Remove(cKey);
+        cCollection.Add(cKey, std::wstring());
+    }
+    EXPECT_EQ(lAllocations - lBefore, 1000u); // the item's own block each time
+}
+
+TEST(OrderedKeyedCollection, ClearingLeavesItUsable)
+{
+    Collection cCollection = CollectionOf({L"a", L"b"});
+    cCollection.Clear();
+    EXPECT_TRUE(cCollection.Empty());
+    EXPECT_FALSE(cCollection.Exists(L"a"));
+    EXPECT_TRUE(cCollection.Add(TextKey(L"a"), L"again"));
+    EXPECT_EQ(TextsOf(cCollection), Texts{L"again"});
+}
+
+TEST(OrderedKeyedCollection, MovingTakesEverythingAndLeavesAnEmptyOne)
+{
+    Collection cFrom = CollectionOf({L"a", L"b"});
+    Collection cTo = std::move(cFrom);
+    EXPECT_EQ(TextsOf(cTo), (Texts{L"a", L"b"}));
+    EXPECT_TRUE(cFrom.Empty());
+    EXPECT_TRUE(cFrom.Add(TextKey(L"a"), L"new"));
+    cTo = std::move(cFrom);
+    EXPECT_EQ(TextsOf(cTo), Texts{L"new"});
+    EXPECT_TRUE(cFrom.Empty());
+}
+
+TEST(OrderedKeyedCollection, HoldsItemsThatCanOnlyBeMoved)
+{
+    OrderedKeyedCollection<std::unique_ptr<int>> cCollection;
+    cCollection.Add(TextKey(L"a"), std::make_unique<int>(7));
+    cCollection.Add(std::make_unique<int>(8));
+    EXPECT_EQ(**cCollection.Find(L"a"), 7);
+    EXPECT_EQ(*cCollection.At(1), 8);
+}
+
+TEST(OrderedKeyedCollection, ItemsCanBeChangedInPlace)
+{
+    Collection cCollection = CollectionOf({L"a"});
+    *cCollection.Find(L"a") += L"!";
+    *cCollection.Find(TextKey(L"a")) += L"!";
+    cCollection.At(0) += L"!";
+    EXPECT_EQ(TextsOf(cCollection), Texts{L"a!!!"});
+}
+
+TEST(OrderedKeyedCollection, IteratorsGoAnywhere)
+{
+    const Collection cCollection = CollectionOf({L"a", L"b", L"c"});
+    static_assert(std::random_access_iterator<Collection::const_iterator>);
+    auto it = cCollection.begin();
+    EXPECT_EQ(*it++, L"a");
+    EXPECT_EQ(it->size(), 1u);
+    EXPECT_EQ(it[1], L"c");
+    EXPECT_EQ(*--it, L"a");
+    EXPECT_EQ(cCollection.end() - it, 3);
+    EXPECT_LT(it, cCollection.end());
+    EXPECT_EQ(*std::find(cCollection.begin(), cCollection.end(), L"b"), L"b");
+}
+
+// Looks at the collection it stands in when it is destroyed.
+struct Watcher
+{
+    explicit Watcher(std::function<void()> onEndIn) : onEnd(std::move(onEndIn)) {}
+    ~Watcher() { onEnd(); }
+    std::function<void()> onEnd;
+};
+
+TEST(OrderedKeyedCollection, AnItemIsGoneBeforeItIsDestroyed)
+{
+    OrderedKeyedCollection<std::shared_ptr<Watcher>> cCollection;
+    int lEnded = 0;
+    bool bWasThere = false;
+    const auto add = [&](const wchar_t* sKey)
+    {
+        cCollection.Add(TextKey(sKey), std::make_shared<Watcher>(
+                                           [&, sKey]
+                                           {
+                                               ++lEnded;
+                                               bWasThere = bWasThere || cCollection.Exists(sKey);
+                                               for (std::size_t i = 0; i < cCollection.Count(); ++i)
+                                                   bWasThere =
+                                                       bWasThere || *cCollection.KeyAt(i) == TextKey(sKey);
+                                           }));
+    };
+    add(L"a");
+    add(L"b");
+    add(L"c");
+    cCollection.RemoveAt(0);
+    EXPECT_EQ(lEnded, 1);
+    cCollection.Clear();
+    EXPECT_EQ(lEnded, 3);
+    EXPECT_FALSE(bWasThere);
+}
+
+TEST(OrderedKeyedCollection, RunningOutOfMemoryWhileAddingChangesNothing)
+{
+    for (const std::size_t lCount : {0u, 3u, 8u, 16u}) // at 8 and 16 both tables must grow
+    {
+        Texts sTexts;
+        for (std::size_t i = 0; i < lCount; ++i)
+            sTexts.push_back(std::to_wstring(i));
+        for (int lGood = 0;; ++lGood)
+        {
+            Collection cCollection = CollectionOf(sTexts);
+            const TextKey cKey(L"new");
+            bool bFailed = false;
+            lAllocationsUntilFailure = lGood;
+            try
+            {
+                cCollection.Insert(0, &cKey, std::wstring());
+            }
+            catch (const std::bad_alloc&)
+            {
+                bFailed = true;
+            }
+            lAllocationsUntilFailure = -1;
+            if (!bFailed)
+            {
+                EXPECT_EQ(cCollection.Count(), lCount + 1);
+                EXPECT_GE(lGood, 1);
+                break;
+            }
+            EXPECT_EQ(TextsOf(cCollection), sTexts);
+            EXPECT_FALSE(cCollection.Exists(L"new"));
+            for (std::size_t i = 0; i < sTexts.size(); ++i)
+                EXPECT_EQ(cCollection.PositionOf(sTexts[i]), std::optional<std::size_t>(i));
+            EXPECT_TRUE(cCollection.Add(cKey, L"new"));
+        }
+    }
+}
+
+// A plain reference: a vector of keys and items, searched from front to back.
+class Reference
+{
+public:
+    struct Entry
+    {
+        std::optional<std::wstring> sKey;
+        std::wstring sItem;
+    };
+
+    std::optional<std::size_t> PositionOf(const std::wstring& sKey) const
+    {
+        for (std::size_t i = 0; i < m_entries.size(); ++i)
+        {
+            if (m_entries[i].sKey && EqualIgnoringCase(*m_entries[i].sKey, sKey))
+                return i;
+        }
+        return std::nullopt;
+    }
+    bool Insert(std::size_t lPosition, const std::optional<std::wstring>& sKey, const std::wstring& sItem)
+    {
+        if (sKey && PositionOf(*sKey))
+            return false;
+        m_entries.insert(m_entries.begin() + static_cast<std::ptrdiff_t>(lPosition), {sKey, sItem});
+        return true;
+    }
+    void RemoveAt(std::size_t lPosition)
+    {
+        m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(lPosition));
+    }
+    void MoveToEnd(std::size_t lPosition)
+    {
+        const auto it = m_entries.begin() + static_cast<std::ptrdiff_t>(lPosition);
+        std::rotate(it, it + 1, m_entries.end());
+    }
+    void Clear() { m_entries.clear(); }
+    const std::vector<Entry>& Entries() const { return m_entries; }
+
+private:
+    std::vector<Entry> m_entries;
+};
+
+class ModelCheck
+{
+public:
+    explicit ModelCheck(unsigned lSeed) : m_engine(lSeed) {}
+
+    void Step(int lStep)
+    {
+        const std::wstring sKey = SomeKey();
+        const std::wstring sItem = std::to_wstring(lStep);
+        const std::size_t lCount = m_cReference.Entries().size();
+        const unsigned lChoice = Draw(100);
+        if (lChoice < 30)
+            EXPECT_EQ(m_cCollection.Add(TextKey(sKey), sItem), m_cReference.Insert(lCount, sKey, sItem));
+        else if (lChoice < 35)
+            AddLoose(lCount, sItem);
+        else if (lChoice < 50)
+            Insert(Draw(static_cast<unsigned>(lCount) + 1), sKey, sItem);
+        else if (lChoice < 65)
+            RemoveByKey(sKey, lChoice % 2 == 0);
+        else if (lChoice < 90 && lCount > 0)
+            ByPosition(lChoice, lCount);
+        else if (lChoice < 99)
+            SendToBack(sKey);
+        else if (Draw(20) == 0)
+            Clear();
+    }
+
+    void Compare() const
+    {
+        const auto& entries = m_cReference.Entries();
+        ASSERT_EQ(m_cCollection.Count(), entries.size());
+        for (std::size_t i = 0; i < entries.size(); ++i)
+        {
+            ASSERT_EQ(m_cCollection.At(i), entries[i].sItem);
+            const TextKey* cKey = m_cCollection.KeyAt(i);
+            ASSERT_EQ(cKey != nullptr, entries[i].sKey.has_value());
+            if (!cKey)
+                continue;
+            ASSERT_EQ(cKey->Text(), *entries[i].sKey);
+            ASSERT_EQ(m_cCollection.PositionOf(*cKey), std::optional<std::size_t>(i));
+            ASSERT_EQ(m_cCollection.Find(std::wstring_view(cKey->Text())), &m_cCollection.At(i));
+        }
+    }
+
+private:
+    unsigned Draw(unsigned lBelow) { return static_cast<unsigned>(m_engine() % lBelow); }
+    std::wstring SomeKey()
+    {
+        const std::wstring sName = (Draw(2) == 0 ? L"Cut " : L"CUT ") + std::to_wstring(Draw(120));
+        return sName;
+    }
+    void AddLoose(std::size_t lCount, const std::wstring& sItem)
+    {
+        m_cCollection.Add(sItem);
+        m_cReference.Insert(lCount, std::nullopt, sItem);
+    }
+    void Insert(std::size_t lPosition, const std::wstring& sKey, const std::wstring& sItem)
+    {
+        const TextKey cKey(sKey);
+        const bool bKeyed = Draw(4) != 0;
+        EXPECT_EQ(m_cCollection.Insert(lPosition, bKeyed ? &cKey : nullptr, sItem),
+                  m_cReference.Insert(lPosition, bKeyed ? std::optional(sKey) : std::nullopt, sItem));
+    }
+    void RemoveByKey(const std::wstring& sKey, bool bAsKey)
+    {
+        const auto lPosition = m_cReference.PositionOf(sKey);
+        EXPECT_EQ(bAsKey ? m_cCollection.Remove(TextKey(sKey)) : m_cCollection.Remove(sKey),
+                  lPosition.has_value());
+        if (lPosition)
+            m_cReference.RemoveAt(*lPosition);
+    }
+    void ByPosition(unsigned lChoice, std::size_t lCount)
+    {
+        // The head often, as in rotation.
+        const std::size_t lPosition = lChoice % 3 == 0 ? 0 : Draw(static_cast<unsigned>(lCount));
+        if (lChoice < 75)
+        {
+            m_cCollection.RemoveAt(lPosition);
+            m_cReference.RemoveAt(lPosition);
+            return;
+        }
+        m_cCollection.MoveToEnd(lPosition);
+        m_cReference.MoveToEnd(lPosition);
+    }
+    void SendToBack(const std::wstring& sKey)
+    {
+        const auto lPosition = m_cReference.PositionOf(sKey);
+        EXPECT_EQ(m_cCollection.SendToBack(TextKey(sKey)), lPosition.has_value());
+        if (lPosition)
+            m_cReference.MoveToEnd(*lPosition);
+    }
+    void Clear()
+    {
+        m_cCollection.Clear();
+        m_cReference.Clear();
+    }
+
+    std::mt19937 m_engine;
+    Collection m_cCollection;
+    Reference m_cReference;
+};
+
+TEST(OrderedKeyedCollection, BehavesAsAPlainVectorUnderRandomOperations)
+{
+    for (unsigned lSeed = 1; lSeed <= 20; ++lSeed)
+    {
+        SCOPED_TRACE("seed " + std::to_string(lSeed));
+        ModelCheck cCheck(lSeed);
+        for (int lStep = 0; lStep < 2000; ++lStep)
+        {
+            SCOPED_TRACE("step " + std::to_string(lStep));
+            cCheck.Step(lStep);
+            if (lStep % 7 == 0)
+                cCheck.Compare();
+            if (::testing::Test::HasFailure())
+                return;
+        }
+    }
+}
+
+} // namespace
+} // namespace ravlo

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include "base/TextKey.h"
+
+#include <gtest/gtest.h>
+
+namespace ravlo
+{
+namespace
+{
+
+TEST(TextKey, KeepsItsTextAsItWasSpelled) { EXPECT_EQ(TextKey(L"C:\\Jazz.mp3").Text(), L"C:\\Jazz.mp3"); }
+
+TEST(TextKey, ComparesWithoutRegardToCase)
+{
+    EXPECT_EQ(TextKey(L"C:\\Jazz.mp3"), TextKey(L"c:\\JAZZ.MP3"));
+    EXPECT_FALSE(TextKey(L"C:\\Jazz.mp3") == TextKey(L"C:\\Jazz.mp4"));
+    EXPECT_FALSE(TextKey(L"a") == TextKey());
+}
+
+TEST(TextKey, HashIsThatOfTheTextIgnoringCase)
+{
+    EXPECT_EQ(TextKey(L"\u00DCber").Hash(), HashIgnoringCase(L"\u00FCBER"));
+    EXPECT_EQ(TextKey().Hash(), HashIgnoringCase(L""));
+}
+
+TEST(TextKey, DefaultMadeKeyIsTheEmptyText)
+{
+    EXPECT_TRUE(TextKey().Empty());
+    EXPECT_EQ(TextKey(), TextKey(L""));
+    EXPECT_EQ(TextKey(L"").Text(), L"");
+    EXPECT_FALSE(TextKey(L"a").Empty());
+}
+
+TEST(TextKey, CopiesShareOneText)
+{
+    const TextKey cKey(L"C:\\Music\\A rather long path.mp3");
+    const TextKey cCopy = cKey;
+    EXPECT_EQ(&cCopy.Text(), &cKey.Text());
+}
+
+TEST(TextKey, CopyOutlivesTheOriginal)
+{
+    TextKey cKey(L"one");
+    const TextKey cCopy = cKey;
+    cKey = TextKey(L"two");
+    EXPECT_EQ(cCopy.Text(), L"one");
+}
+
+} // namespace
+} // namespace ravlo

@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/Placement.h"
+
+#include "support/SyncTest.h"
+
+#include <limits>
+
+namespace ravlo::test
+{
+namespace
+{
+
+constexpr std::int32_t lLongest = std::numeric_limits<std::int32_t>::max();
+
+class FilingTest : public testing::Test
+{
+protected:
+    std::shared_ptr<FakeCut> NewCut(const std::wstring& sKey, std::int32_t lLevel,
+                                    std::int32_t lRunTimemS = 1000)
+    {
+        return cDataBase.Add(sKey, L"", lLevel, lRunTimemS);
+    }
+    // What Report shows, as "number description".
+    Lines Report()
+    {
+        Lines colShown;
+        cFiling.Report(
+            [&](const RuntimeError& cError)
+            { colShown.push_back(std::to_wstring(cError.Number()) + L" " + cError.Description()); });
+        return colShown;
+    }
+
+    RadioWorld cWorld;
+    ModScheduler cMod{cWorld.AllPorts()};
+    FakeDataBase cDataBase;
+    Filing cFiling{cMod};
+    Boxes& boxes = cWorld.cMessages.Boxes;
+    bool bCreated = false;
+};
+
+TEST_F(FilingTest, AMainCategoryIsFoundWithoutRegardToCaseOrMadeAtTheEnd)
+{
+    CatCollection colMainCats;
+    const auto cRock = EnsureMainCat(cMod, colMainCats, L"Rock");
+    EXPECT_EQ(cRock->CatName(), L"Rock");
+    EXPECT_EQ(cRock->CatLevel(), 0);
+    EXPECT_EQ(colMainCats.KeyAt(0)->Text(), L"Rock\t0");
+    EXPECT_EQ(EnsureMainCat(cMod, colMainCats, L"ROCK"), cRock);
+    EnsureMainCat(cMod, colMainCats, L"Pop");
+    EXPECT_EQ(colMainCats.Count(), 2u);
+    EXPECT_EQ(colMainCats.At(1)->CatName(), L"Pop");
+}
+
+TEST_F(FilingTest, TellsWhetherACutWasFiled)
+{
+    const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
+    const auto cCut = NewCut(L"a", 2);
+    EXPECT_TRUE(cFiling.File(cCut, *cRock, bCreated));
+    EXPECT_TRUE(bCreated);
+    EXPECT_FALSE(cFiling.File(cCut, *cRock, bCreated)) << "it is there";
+    EXPECT_EQ(Report(), Lines());
+}
+
+TEST_F(FilingTest, AnOverflowIsGatheredAndTheCutCountsAsFiled)
+{
+    const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
+    for (const wchar_t* sKey : {L"a", L"b", L"c"})
+        EXPECT_TRUE(cFiling.File(NewCut(sKey, 1, lLongest), *cRock, bCreated));
+    EXPECT_EQ(boxes, Boxes());
+    EXPECT_EQ(Report(), (Lines{CriticalText(6) + L": run times in category Rock"}));
+    EXPECT_EQ(Report(), Lines()) << "told once";
+}
+
+TEST_F(FilingTest, LevelZeroAndANegativeLevelHaveABoxEachPerCategoryAndTheRestIsCounted)
+{
+    const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
+    const ShownBox levelZero =
+        CriticalBox(L"Contact Techincal.", L"Illegal attempt to add level 0 cut to category Rock");
+    const ShownBox negative =
+        CriticalBox(L"Please contact support.", L"Illegal - a subcat MUST have a level");
+    cMod.StoreAppPath(sRadio);
+    for (const std::int32_t lLevel : {0, -1, 0, -7, -1})
+        EXPECT_FALSE(
+            cFiling.File(NewCut(L"k" + std::to_wstring(cDataBase.colCuts.size()), lLevel), *cRock, bCreated));
+    EXPECT_EQ(boxes, (Boxes{levelZero, negative}));
+    EXPECT_EQ(Report(), Lines());
+    EXPECT_EQ(cWorld.LogMessages().back(), L"Not filed in category Rock, having no level: 3 more cuts.");
+}
+
+TEST_F(FilingTest, AnyOtherErrorIsTheCallers)
+{
+    const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
+    const auto cCut = NewCut(L"a", 1);
+    cCut->failing = {"RunTimemS"};
+    EXPECT_THROW(cFiling.File(cCut, *cRock, bCreated), RuntimeError);
+    EXPECT_EQ(Report(), Lines());
+}
+
+TEST_F(FilingTest, FailedCutsAreCountedOnceEachAndTheFirstErrorIsShown)
+{
+    const auto cFirst = NewCut(L"a", 1);
+    const auto cSecond = NewCut(L"b", 1);
+    const auto Fail = [&](const Cut* cCut, std::int32_t lNumber)
+    {
+        try
+        {
+            throw RuntimeError(lNumber);
+        }
+        catch (...)
+        {
+            cCut ? cFiling.Failed(*cCut) : cFiling.Failed();
+        }
+    };
+    Fail(cFirst.get(), 57);
+    Fail(cFirst.get(), 70);
+    Fail(cSecond.get(), 91);
+    EXPECT_EQ(Report(), (Lines{CriticalText(57) + L" (2 cuts could not be handled)"}));
+    Fail(nullptr, 61);
+    EXPECT_EQ(Report(), (Lines{CriticalText(61)}));
+}
+
+TEST_F(FilingTest, TouchedLevelsTakeTheirRunTimesAnewInTheOrderTheyWereTouched)
+{
+    const auto cPop = std::make_shared<clsCat>(cMod, L"Pop", 1);
+    const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 1);
+    for (const auto& cLevel : {cRock, cPop})
+        for (const wchar_t* sKey : {L"a", L"b"})
+            cLevel->SchedCuts()->Add(TextKey(sKey), NewCut(sKey, 1, lLongest));
+    cFiling.Touch(cRock);
+    cFiling.Touch(cPop);
+    cFiling.Touch(cRock);
+    EXPECT_EQ(Report(), (Lines{CriticalText(6) + L": run times in category Rock",
+                               CriticalText(6) + L": run times in category Pop"}));
+    EXPECT_EQ(cRock->AverageRunTimemS(), lLongest);
+}
+
+TEST_F(FilingTest, OnlyTheFirstEmptyNameIsShownAndTheRestCounted)
+{
+    cFiling.EmptyName(BoxIcon::None, L"first");
+    cFiling.EmptyName(BoxIcon::None, L"second");
+    cFiling.EmptyName(BoxIcon::None, L"third");
+    EXPECT_EQ(boxes, (Boxes{OkBox(BoxIcon::None, L"RavloScheduler", L"first")}));
+    cMod.StoreAppPath(sRadio);
+    EXPECT_EQ(Report(), Lines());
+    EXPECT_EQ(cWorld.LogMessages(), (Lines{L"Zero-length cat names are illegal: 3 in all."}));
+}
+
+} // namespace
+} // namespace ravlo::test

@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "support/SchedulerTest.h"
+#include "ui/library/frmUILibPresenter.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace ravlo::test
+{
+
+using Rows = std::vector<std::size_t>;
+using Items = std::vector<std::wstring>;
+
+inline std::wstring RootKey() { return CategoryKey(sAllAudio, 0); }
+
+// A tree that shows what it is given.
+class FakeTreeView final : public CategoryTreeView
+{
+public:
+    int lShown = 0;
+    int lImages = 0;
+    std::vector<bool> bChecked; // as on the screen, by node
+    std::vector<CategoryTree::Node> colExpanded;
+    std::vector<CategoryTree::Node> colBrought; // into view
+    std::optional<CategoryTree::Node> lSelected;
+
+    void ShowTree(const CategoryTree& cTree) override
+    {
+        ++lShown;
+        lSelected.reset();
+        colExpanded.clear();
+        bChecked.assign(cTree.Count(), false);
+    }
+    void ShowChecks(const CategoryTree& cTree, const std::vector<CategoryTree::Node>& colNodes) override
+    {
+        for (const CategoryTree::Node lNode : colNodes)
+            bChecked[lNode] = cTree.At(lNode).bChecked;
+    }
+    void ShowImages() override { ++lImages; }
+    void Expand(CategoryTree::Node lNode) override { colExpanded.push_back(lNode); }
+    void Select(CategoryTree::Node lNode) override { lSelected = lNode; }
+    void BringIntoView(CategoryTree::Node lNode) override { colBrought.push_back(lNode); }
+    std::optional<CategoryTree::Node> Selected() const override { return lSelected; }
+};
+
+// A list that remembers.
+class FakeGridView final : public SchedLibGridView
+{
+public:
+    std::vector<std::wstring> colHeaders;
+    ColumnLayout layout;
+    std::vector<bool> bSelected;
+    std::optional<std::size_t> lCurrent;
+    std::size_t lTop = 0;
+    std::vector<bool> bRedraws;
+    int lFilled = 0;
+    std::function<void()> OnSelectedRows;
+
+    void SetRedraw(bool bRedraw) override { bRedraws.push_back(bRedraw); }
+    std::size_t ColCount() const override { return colHeaders.size(); }
+    void AddCol(const std::wstring& sHeader) override { colHeaders.push_back(sHeader); }
+    void ShowLayout(const ColumnLayout& shown) override { layout = shown; }
+    ColumnLayout Layout() const override { return layout; }
+    void SetRowCount(std::size_t lRows) override
+    {
+        ++lFilled;
+        bSelected.assign(lRows, false);
+        lCurrent.reset();
+        lTop = 0;
+    }
+    void SelectAll(bool bSelect) override { bSelected.assign(bSelected.size(), bSelect); }
+    void SetSelection(const std::vector<bool>& bRows) override { bSelected = bRows; }
+    Rows SelectedRows() const override
+    {
+        if (OnSelectedRows)
+            OnSelectedRows();
+        Rows colRows;
+        for (std::size_t lRow = 0; lRow < bSelected.size(); ++lRow)
+            if (bSelected[lRow])
+                colRows.push_back(lRow);
+        return colRows;
+    }
+    std::optional<std::size_t> CurrentRow() const override { return lCurrent; }
+    void SetCurrentRow(std::size_t lRow) override { lCurrent = lRow; }
+    std::size_t TopRow() const override { return lTop; }
+    void SetTopRow(std::size_t lRow) override { lTop = lRow; }
+    void EnsureVisible(std::size_t) override {}
+
+    void Select(const Rows& colRows)
+    {
+        SelectAll(false);
+        for (const std::size_t lRow : colRows)
+            bSelected[lRow] = true;
+    }
+};
+
+// The window: writes down what it says, and chooses from pop-ups what it was told.
+class FakeLibraryView final : public frmUILibView
+{
+public:
+    Lines colStatus; // "first|second"
+    std::vector<bool> bBusy;
+    std::vector<Items> colPopUps;
+    std::deque<std::optional<std::size_t>> colChoices; // none: dismissed
+    std::optional<std::int32_t> lBarMax;               // while the bar shows
+    std::int32_t lBar = 0;
+    int lFront = 0;
+    int lClosed = 0;
+    int lAskedFor = 0; // refreshes
+    std::function<void()> OnModal;
+    std::function<void()> OnPopUp;
+
+    void SetBusy(bool bBusyNow) override { bBusy.push_back(bBusyNow); }
+    void SetStatus(const std::wstring& sFirst, const std::wstring& sSecond) override
+    {
+        colStatus.push_back(sFirst + L"|" + sSecond);
+    }
+    void ShowProgress(std::int32_t lMax) override
+    {
+        lBarMax = lMax;
+        lBar = 0;
+    }
+    void MoveProgress(std::int32_t lValue) override { lBar = lValue; }
+    void HideProgress() override { lBarMax.reset(); }
+    std::optional<std::size_t> PopUp(const Items& colItems) override
+    {
+        colPopUps.push_back(colItems);
+        if (OnPopUp)
+            OnPopUp();
+        if (colChoices.empty())
+            return std::nullopt;
+        const std::optional<std::size_t> lItem = colChoices.front();
+        colChoices.pop_front();
+        return lItem;
+    }
+    void ShowModal() override
+    {
+        if (OnModal)
+            OnModal();
+    }
+    void BringToFront() override { ++lFront; }
+    void Close() override { ++lClosed; }
+    void AskForRefresh() override { ++lAskedFor; }
+
+    bool Busy() const { return !bBusy.empty() && bBusy.back(); }
+};
+
+// A station with a library window on a fake screen. Files are empty until Show.
+struct LibraryWindow
+{
+    // bFreshObjects: the database hands out another object for the same cut each time.
+    explicit LibraryWindow(bool bFreshObjects = false)
+    {
+        cLibrary.cDataBase->bFreshObjects = bFreshObjects;
+        cForm.SetSchedMan(cLibrary.cSchedMan);
+    }
+
+    std::shared_ptr<FakeCut> Add(const std::wstring& sKey, const std::wstring& sCategories,
+                                 std::int32_t lLevel)
+    {
+        return cLibrary.cDataBase->Add(sKey, sCategories, lLevel);
+    }
+    // Populates the station and shows the window.
+    void Show()
+    {
+        cLibrary.Populate();
+        cForm.Opened();
+        cForm.ShowModalUI();
+        cView.bBusy.clear();
+    }
+    CategoryTree::Node Node(const std::wstring& sName, std::int32_t lLevel) const
+    {
+        return cForm.Tree().Find(CategoryKey(sName, lLevel)).value();
+    }
+    void ShowNode(const std::wstring& sName, std::int32_t lLevel)
+    {
+        cTreeView.Select(Node(sName, lLevel));
+        cForm.ShowSelectedNode();
+    }
+    void DropOnNode(const std::wstring& sName, std::int32_t lLevel)
+    {
+        ASSERT_TRUE(cForm.DragStarted());
+        cForm.DragCompleted(frmUILib::Drop{true, CategoryKey(sName, lLevel), std::nullopt, sGridPayload});
+    }
+    void DropOnRow(std::optional<std::size_t> lRow)
+    {
+        ASSERT_TRUE(cForm.DragStarted());
+        cForm.DragCompleted(frmUILib::Drop{false, L"", lRow, sGridPayload});
+    }
+    Keys RowKeys()
+    {
+        Keys colKeys;
+        for (std::size_t lRow = 0; lRow < cForm.Grid().RowCount(); ++lRow)
+            colKeys.push_back(cForm.Grid().CutAt(lRow)->Key().Text());
+        return colKeys;
+    }
+    Keys SelectedKeys()
+    {
+        Keys colKeys;
+        for (const std::shared_ptr<Cut>& cCut : cForm.Grid().colSelCuts())
+            colKeys.push_back(cCut->Key().Text());
+        return colKeys;
+    }
+    Boxes& Shown() { return cWorld.cMessages.Boxes; }
+
+    RadioWorld cWorld;
+    Library cLibrary{cWorld};
+    FakeLibraryView cView;
+    FakeTreeView cTreeView;
+    FakeGridView cGridView;
+    frmUILib cForm{cView, cTreeView, cGridView, cLibrary.cMod};
+};
+
+} // namespace ravlo::test

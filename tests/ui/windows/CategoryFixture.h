@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ui/category/windows/ControlIds.h"
+#include "ui/windows/TestStation.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace ravlo::test
+{
+
+using Texts = std::vector<std::wstring>;
+
+// The category window of a station with Rock (levels 1 and 3), Jazz (level 2) and NOCAT, before a host's
+// window.
+struct CategoryWindowTest : ::testing::Test
+{
+    CategoryWindowTest()
+    {
+        Add(L"a", L"Rock", 1, L"Zebra", L"Stripes");
+        Add(L"b", L"Rock", 1, L"Apple", L"Core")->SetOpener(true);
+        Add(L"c", L"Rock", 3, L"Mango", L"Stone");
+        Add(L"d", L"Jazz", 2, L"Cool", L"Cat");
+        Add(L"e", L"NOCAT", 1, L"No", L"Where");
+        cStation.Populate();
+        request.bAllowNew = true;
+    }
+    std::shared_ptr<FakeCut> Add(const std::wstring& sKey, const std::wstring& sCategories, int lLevel,
+                                 const std::wstring& sArtist, const std::wstring& sTitle)
+    {
+        const auto cCut = cStation.cDataBase->Add(sKey, sCategories, lLevel);
+        cCut->SetArtist(sArtist);
+        cCut->SetTitle(sTitle);
+        return cCut;
+    }
+    void StartOn(const std::wstring& sCat, int lLevel)
+    {
+        request.cMainCatChosen = cStation.MainCat(sCat);
+        request.cSubCatChosen = lLevel > 0 ? cStation.Level(sCat, lLevel) : nullptr;
+    }
+
+    // Opens the window, lets the user do something and closes it with Esc when it is still open. Returns its
+    // answer.
+    std::int32_t Open(const std::function<void(const User&)>& drive)
+    {
+        std::int32_t lAnswer = 0;
+        WhileOpen([&] { lAnswer = cStation.cSchedMan->ShowCatUI(request); },
+                  [&](const User& user)
+                  {
+                      hWindow = user.WaitFor(sfrmCatClass);
+                      drive(user);
+                      if (::IsWindow(hWindow))
+                          user.Key(VK_ESCAPE);
+                      user.WaitUntilGone(hWindow);
+                  });
+        return lAnswer;
+    }
+    HWND At(int lId) const { return User::Control(hWindow, lId); }
+    HWND Box(int lPane, int lId) const
+    {
+        return User::Control(User::Control(hWindow, lPane == 0 ? eIdpicRules0 : eIdpicRules1), lId);
+    }
+    static RECT PlaceOf(HWND hControl)
+    {
+        RECT place{};
+        ::GetWindowRect(hControl, &place);
+        return place;
+    }
+    static BoxOnScreen Question(const std::wstring& sCat)
+    {
+        return {L"Press No To Discard the Rule Changes You Made.",
+                L"Save the pending rules changes to: " + sCat,
+                {IDYES, IDNO}};
+    }
+
+    HostWindow cHost;
+    TestStation cStation;
+    CategoryRequest request;
+    HWND hWindow = nullptr;
+};
+
+} // namespace ravlo::test

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+// Each state of the category window, as a music director sees it. The pictures of the guide are these:
+// screenshots/guide-category-*.png, copied to docs/pictures/category-*.png.
+#include "ui/windows/CategoryFixture.h"
+#include "ui/windows/Tidy.h"
+
+namespace ravlo::test
+{
+
+namespace
+{
+
+struct CategoryPictures : CategoryWindowTest
+{
+    CategoryPictures()
+    {
+        cStation.cDataBase->colCuts.clear();
+        const wchar_t* const sArtists[] = {L"Amber Road",    L"The Lanterns",  L"Nora Vale",
+                                           L"Quiet Harbour", L"Blue Meridian", L"Ida & Sons",
+                                           L"Kites",         L"Paper Moons",   L"Silver Orchard",
+                                           L"Tom Hollis",    L"Velvet Sky",    L"Zora Lind"};
+        const wchar_t* const sTitles[] = {L"Morning Train", L"Long Way Down",  L"Half a Smile",
+                                          L"Northern Line", L"Paper Crowns",   L"Slow Dancer",
+                                          L"Rain on Glass", L"Out of Season",  L"The Last Ferry",
+                                          L"Hold the Tide", L"Second Sunrise", L"Letters Home"};
+        const struct
+        {
+            const wchar_t* sName;
+            int lLevels;
+        } cats[] = {{L"Rock", 3}, {L"Pop", 2}, {L"Soul", 2}, {L"r&b", 1}, {L"Jazz", 2}, {L"NOCAT", 1}};
+        int lCut = 0;
+        for (const auto& cat : cats)
+            for (int lLevel = 1; lLevel <= cat.lLevels; ++lLevel)
+                for (int i = 0; i < 9 + lLevel; ++i, ++lCut)
+                    Add(L"cut" + std::to_wstring(lCut), cat.sName, lLevel, sArtists[(lCut * 5) % 12],
+                        sTitles[(lCut * 7 + lLevel) % 12])
+                        ->SetOpener(lCut % 4 == 0);
+        cStation.Populate();
+        StartOn(L"Rock", 2);
+    }
+    void Picture(const User& user, const std::wstring& sName) const
+    {
+        EXPECT_EQ(Untidiness(hWindow), std::vector<std::string>());
+        user.Shot(hWindow, L"guide-category-" + sName);
+    }
+};
+
+} // namespace
+
+TEST_F(CategoryPictures, OfChoosingCuts)
+{
+    Open(
+        [&](const User& user)
+        {
+            user.ClickEntry(At(eIdlstsongs1), 2);
+            user.ClickEntry(At(eIdlstsongs1), 4, VK_CONTROL);
+            EXPECT_EQ(user.Selected(At(eIdlstsongs1)).size(), 2u);
+            Picture(user, L"choice");
+            user.Click(At(eIdchkOpener));
+            user.Click(At(eIdchkSortedSongs));
+            Picture(user, L"openers-sorted");
+        });
+}
+
+TEST_F(CategoryPictures, OfACutOfSeveralCategories)
+{
+    request.cCut = Add(L"several", L"Pop/Soul", 2, L"Nora Vale", L"Second Sunrise");
+    request.bAllowMultiSelect = true;
+    request.sCaption = L"Nora Vale - Second Sunrise";
+    cStation.Populate();
+    request.cMainCatChosen = nullptr;
+    request.cSubCatChosen = nullptr;
+    Open(
+        [&](const User& user)
+        {
+            EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"Pop", L"Soul"}));
+            EXPECT_EQ(user.Selected(At(eIdlstlvl)), (Texts{L"2"}));
+            Picture(user, L"multi-select");
+        });
+}
+
+TEST_F(CategoryPictures, OfTheRules)
+{
+    Open(
+        [&](const User& user)
+        {
+            user.Click(At(eIdLabel2));
+            EXPECT_FALSE(::IsWindowVisible(At(eIdTabStrip1)));
+            Picture(user, L"rules-hidden");
+            user.Click(At(eIdLabel2));
+            user.ClickTab(At(eIdTabStrip1), 1);
+            user.Replace(Box(1, eIdtxtArtistSepMins), L"90");
+            Picture(user, L"rules");
+            user.ClickEntry(At(eIdlstCat), 1);
+            EXPECT_EQ(user.Box(), Question(L"Rock"));
+            EXPECT_TRUE(TakeScreenshot({hWindow, user.Find(L"#32770")}, L"guide-category-pending-question"));
+            user.Answer(IDNO);
+        });
+}
+
+TEST_F(CategoryPictures, OfMakingACategory)
+{
+    Open(
+        [&](const User& user)
+        {
+            user.Click(At(eIdcmdNew));
+            EXPECT_EQ(user.Box().sTitle, L"New Category Creation");
+            user.Type(L"Evening Jazz");
+            EXPECT_TRUE(TakeScreenshot({hWindow, user.Find(L"#32770")}, L"guide-category-new"));
+            user.Key(VK_ESCAPE);
+        });
+}
+
+TEST_F(CategoryPictures, OfOtherResolutions)
+{
+    Open(
+        [&](const User& user)
+        {
+            for (const int lDpi : {144, 192})
+            {
+                RECT place{0, 0, ::MulDiv(790, lDpi, 96), ::MulDiv(440, lDpi, 96)};
+                ::SendMessageW(hWindow, WM_DPICHANGED, MAKEWPARAM(lDpi, lDpi),
+                               reinterpret_cast<LPARAM>(&place));
+                user.ClickTab(At(eIdTabStrip1), 1);
+                Picture(user, std::to_wstring(lDpi * 100 / 96));
+            }
+        });
+}
+
+} // namespace ravlo::test

@@ -1,0 +1,447 @@
+// SPDX-License-Identifier: MIT
+#include "ui/category/CatSelectorPresenter.h"
+
+#include "base/CaseFolding.h"
+#include "base/Text.h"
+#include "base/ScopedFlag.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+using enum SelectorControl;
+
+constexpr const wchar_t* sAllLevels = L"ALL";
+constexpr SelectorControl eAllControls[] = {lstCat,    lstlvl,         lstsongs0, lstsongs1,
+                                            chkOpener, chkSortedSongs, lblMatch};
+constexpr SelectorControl eSongControls[] = {lstsongs0, lstsongs1, chkOpener, chkSortedSongs, lblMatch};
+
+std::wstring DisplayText(const Cut& cCut) { return cCut.Artist() + L" - " + cCut.Title(); }
+
+bool IsNoCat(const std::wstring& sText) { return EqualIgnoringCase(sText, sNoCat); }
+
+// A level's own cuts, or those of all levels, each once, under the keys they are filed by. No cut is asked
+// for anything: one that cannot be read would hide all others.
+std::shared_ptr<CutCollection> CutsOf(const clsCat& cCat)
+{
+    if (cCat.CatLevel() != 0)
+        return cCat.SchedCuts();
+    auto colMerged = std::make_shared<CutCollection>();
+    const CatCollection& colSubCats = *cCat.SubCats();
+    for (std::size_t i = 0; i < colSubCats.Count(); ++i)
+    {
+        const std::shared_ptr<CutCollection> colCuts = colSubCats.At(i)->SchedCuts();
+        for (std::size_t j = 0; j < colCuts->Count(); ++j)
+            colMerged->Insert(colMerged->Count(), colCuts->KeyAt(j), colCuts->At(j));
+    }
+    return colMerged;
+}
+
+} // namespace
+
+CatSelector::CatSelector(CatSelectorView& cView, ModScheduler& cMod) : m_cView(cView), m_cMod(cMod)
+{
+    m_cView.Show(lstsongs0, false);
+    m_cView.Show(lstsongs1, true);
+}
+
+void CatSelector::SetAllowMultiCatSelect(bool bAllow)
+{
+    m_bMulti = bAllow;
+    EnableSongs(!bAllow);
+}
+
+void CatSelector::EnableSongs(bool bEnable)
+{
+    for (const SelectorControl eControl : eSongControls)
+        m_cView.Enable(eControl, bEnable);
+}
+
+void CatSelector::EnableUI(bool bEnable)
+{
+    m_cView.Hourglass(!bEnable);
+    for (const SelectorControl eControl : eAllControls)
+        m_cView.Enable(eControl, bEnable);
+    if (bEnable && m_bMulti)
+        EnableSongs(false);
+}
+
+// ---- filling the lists ----
+
+void CatSelector::SetColMainCats(std::shared_ptr<CatCollection> colMainCats)
+{
+    m_colMainCats = std::move(colMainCats);
+    m_cView.ClearSelection(lstCat);
+    m_cView.ClearSelection(lstlvl);
+    PopulateLists();
+}
+
+void CatSelector::PopulateLists()
+{
+    const Raised cPopulating(m_bPopulating);
+    std::vector<std::wstring> colNames;
+    if (m_colMainCats)
+        for (std::size_t i = 0; i < m_colMainCats->Count(); ++i)
+            colNames.push_back(m_colMainCats->At(i)->CatName());
+    m_lCats = Refill(lstCat, colNames);
+    if (m_lCats > 0)
+        m_cView.SetCurrentEntry(lstCat, 0);
+    FillLevels();
+}
+
+// Returns how many entries the list has now.
+std::size_t CatSelector::Refill(SelectorControl eList, const std::vector<std::wstring>& colEntries)
+{
+    m_cView.SetEntries(eList, colEntries);
+    return colEntries.size();
+}
+
+std::vector<std::wstring> CatSelector::LevelEntries() const
+{
+    std::vector<std::wstring> colLevels;
+    if (!m_colMainCats || !m_cMainCat)
+        return colLevels;
+    const CatCollection& colSubCats = *m_cMainCat->SubCats();
+    for (std::size_t i = 0; i < colSubCats.Count(); ++i)
+        colLevels.push_back(DecimalText(colSubCats.At(i)->CatLevel()));
+    if (!colLevels.empty())
+        colLevels.push_back(sAllLevels);
+    return colLevels;
+}
+
+void CatSelector::FillLevels()
+{
+    m_lLevels = Refill(lstlvl, LevelEntries());
+    if (m_lLevels > 0)
+        m_cView.SetCurrentEntry(lstlvl, 0);
+    if (!m_bPopulating)
+        OnLevelClick();
+}
+
+void CatSelector::FillSongs()
+{
+    if (m_bMulti)
+    {
+        EnableSongs(false);
+        return;
+    }
+    m_cView.SetEntries(lstsongs0, {});
+    m_cView.SetEntries(lstsongs1, {});
+    const SelectorControl eTarget = VisibleSongs();
+    m_cView.Show(eTarget, true);
+    m_cView.Show(eTarget == lstsongs0 ? lstsongs1 : lstsongs0, false);
+    const std::vector<std::wstring> colEntries = MapCuts();
+    m_cView.SetEntries(eTarget, colEntries);
+    m_cView.SetMatchText(colEntries.empty() ? L"No items in this category"
+                                            : L"Total matching criteria = " +
+                                                  DecimalText(static_cast<std::int64_t>(colEntries.size())));
+}
+
+SelectorControl CatSelector::VisibleSongs() const
+{
+    return m_cView.Checked(chkSortedSongs) ? lstsongs0 : lstsongs1;
+}
+
+std::vector<std::wstring> CatSelector::MapCuts()
+{
+    m_colCutMap.Clear();
+    std::vector<std::wstring> colEntries;
+    const std::shared_ptr<CutCollection> colCuts = m_cSubCat ? CutsOf(*m_cSubCat) : nullptr;
+    // By position: a host's cut may let others change the level while it is read.
+    for (std::size_t i = 0; colCuts && i < colCuts->Count(); ++i)
+    {
+        try
+        {
+            const std::shared_ptr<Cut> cCut = colCuts->At(i);
+            const std::wstring sText = DisplayText(*cCut);
+            m_colCutMap.Add(TextKey(sText), cCut);
+            if (!m_bOpener || cCut->Opener())
+                colEntries.push_back(sText);
+        }
+        catch (...)
+        {
+            m_cMod.LogError(L"CatSelector", CurrentError()); // one cut that cannot be read hides no other
+        }
+    }
+    return colEntries;
+}
+
+void CatSelector::RefreshLists(std::shared_ptr<CatCollection> colMainCats)
+{
+    const std::wstring sMainCat = m_cMainCat ? m_cMainCat->CatName() : std::wstring();
+    const bool bLevel = m_cSubCat && m_cSubCat->CatLevel() > 0;
+    const std::wstring sLevel = bLevel ? DecimalText(m_cSubCat->CatLevel()) : sAllLevels;
+    std::vector<std::wstring> colSelected;
+    for (const std::size_t lEntry : m_cView.SelectedEntries(lstCat))
+        colSelected.push_back(m_cView.EntryText(lstCat, lEntry));
+
+    m_colMainCats = std::move(colMainCats);
+    m_cMainCat = MainCatNamed(sMainCat);
+    PopulateLists();
+    {
+        const Raised cBusy(m_bBusy);
+        for (std::size_t i = 0; i < m_lCats; ++i)
+        {
+            const std::wstring sName = m_cView.EntryText(lstCat, i);
+            if (std::find(colSelected.begin(), colSelected.end(), sName) != colSelected.end())
+                m_cView.SelectEntry(lstCat, i, true);
+        }
+        MakeCurrent(lstCat, sMainCat);
+        if (m_cMainCat)
+            MakeCurrent(lstlvl, sLevel);
+    }
+    OnLevelClick();
+}
+
+// ---- choosing ----
+
+std::shared_ptr<clsCat> CatSelector::MainCatNamed(const std::wstring& sName) const
+{
+    const std::shared_ptr<clsCat>* cFound =
+        m_colMainCats && !sName.empty() ? m_colMainCats->Find(CategoryKey(sName, 0)) : nullptr;
+    return cFound ? *cFound : nullptr;
+}
+
+// False when no entry has that text.
+bool CatSelector::MakeCurrent(SelectorControl eList, const std::wstring& sText)
+{
+    const std::size_t lCount = eList == lstCat ? m_lCats : m_lLevels;
+    for (std::size_t i = 0; i < lCount; ++i)
+    {
+        if (!EqualIgnoringCase(m_cView.EntryText(eList, i), sText))
+            continue;
+        m_cView.SetCurrentEntry(eList, i);
+        return true;
+    }
+    return false;
+}
+
+void CatSelector::SetSelectedMainCat(const std::shared_ptr<clsCat>& cMainCat)
+{
+    if (!cMainCat || !MakeCurrent(lstCat, cMainCat->CatName()))
+        return;
+    if (m_bMulti)
+        m_cView.SelectEntry(lstCat, *m_cView.CurrentEntry(lstCat), true);
+    CatClick();
+}
+
+void CatSelector::MakeMainCatCurrent(const std::shared_ptr<clsCat>& cMainCat)
+{
+    if (cMainCat && MakeCurrent(lstCat, cMainCat->CatName()))
+        CatClick();
+}
+
+void CatSelector::SetSelectedSubCat(const std::shared_ptr<clsCat>& cSubCat)
+{
+    if (m_lLevels == 0)
+        return;
+    if (!cSubCat)
+        m_cView.SetCurrentEntry(lstlvl, m_lLevels - 1);
+    else if (!MakeCurrent(lstlvl, DecimalText(cSubCat->CatLevel())))
+        return;
+    OnLevelClick();
+}
+
+void CatSelector::SetOpener(bool bOpener)
+{
+    if (bOpener == m_bOpener)
+        return;
+    m_cView.Check(chkOpener, bOpener);
+    OpenerClick();
+}
+
+void CatSelector::CatClick()
+{
+    if (m_bBusy || m_bPopulating || m_bInClick)
+        return;
+    const Raised cGuard(m_bInClick);
+    OnCatClick();
+}
+
+void CatSelector::OnCatClick()
+{
+    const std::optional<std::size_t> lCurrent = m_cView.CurrentEntry(lstCat);
+    if (!lCurrent)
+        return;
+    if (auto cMainCat = MainCatNamed(m_cView.EntryText(lstCat, *lCurrent)))
+        m_cMainCat = std::move(cMainCat);
+    if (m_bMulti)
+        DropNoCat();
+    else
+        SelectOnly(*lCurrent);
+    FillLevels();
+}
+
+// "NOCAT" cannot stay selected beside real categories.
+void CatSelector::DropNoCat()
+{
+    bool bReal = false;
+    std::optional<std::size_t> lNoCat;
+    for (const std::size_t lEntry : m_cView.SelectedEntries(lstCat))
+    {
+        if (IsNoCat(m_cView.EntryText(lstCat, lEntry)))
+            lNoCat = lEntry;
+        else
+            bReal = true;
+    }
+    if (bReal && lNoCat)
+        m_cView.SelectEntry(lstCat, *lNoCat, false);
+}
+
+void CatSelector::SelectOnly(std::size_t lEntry)
+{
+    for (const std::size_t lOther : m_cView.SelectedEntries(lstCat))
+        if (lOther != lEntry)
+            m_cView.SelectEntry(lstCat, lOther, false);
+    m_cView.SelectEntry(lstCat, lEntry, true);
+}
+
+void CatSelector::LevelClick()
+{
+    OnLevelClick();
+    if (!m_bBusy && m_cView.Visible(lstlvl))
+        m_cView.Focus(lstlvl);
+}
+
+void CatSelector::OnLevelClick()
+{
+    if (m_bBusy)
+        return;
+    const std::optional<std::size_t> lCurrent = m_cView.CurrentEntry(lstlvl);
+    const std::wstring sText = lCurrent ? m_cView.EntryText(lstlvl, *lCurrent) : std::wstring();
+    std::shared_ptr<clsCat> cSubCat = m_cMainCat; // "ALL", and a main category without levels
+    if (IsNumeric(sText))
+    {
+        const std::shared_ptr<clsCat>* cFound = m_cMainCat ? m_cMainCat->SubCats()->Find(sText) : nullptr;
+        cSubCat = cFound ? *cFound : nullptr;
+    }
+    ChooseLevel(std::move(cSubCat));
+    FillSongs();
+}
+
+void CatSelector::ChooseLevel(std::shared_ptr<clsCat> cSubCat)
+{
+    if (cSubCat == m_cSubCat)
+        return;
+    m_cSubCat = cSubCat;
+    // With a category but no level, the level has been deleted; without a category there is nothing to tell.
+    if (m_cMainCat && CatChanged)
+        CatChanged(cSubCat);
+}
+
+void CatSelector::OpenerClick()
+{
+    if (m_bInClick)
+        return;
+    const Raised cGuard(m_bInClick);
+    m_bOpener = m_cView.Checked(chkOpener);
+    if (OpenerChanged)
+        OpenerChanged(m_bOpener);
+    FillSongs();
+}
+
+void CatSelector::SortedSongsClick() { FillSongs(); }
+
+void CatSelector::SortedSongsTab() { m_cView.Focus(lstCat); }
+
+// ---- what is selected ----
+
+std::vector<std::wstring> CatSelector::colSelectedSubCatNames()
+{
+    std::vector<std::wstring> colNames;
+    if (!m_bMulti)
+        return colNames;
+    if (!m_cSubCat || m_cSubCat->CatLevel() == 0)
+    {
+        m_cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, L"'ALL' is Not Valid",
+                   L"Choose a level other than 'ALL' to be able to multi-select categories");
+        return colNames;
+    }
+    for (const std::size_t lEntry : m_cView.SelectedEntries(lstCat))
+        colNames.push_back(m_cView.EntryText(lstCat, lEntry));
+    return colNames;
+}
+
+Cuts CatSelector::SelectedCuts() const
+{
+    Cuts colCuts;
+    const SelectorControl eList = VisibleSongs();
+    for (const std::size_t lEntry : m_cView.SelectedEntries(eList))
+        if (const std::shared_ptr<Cut>* cCut = m_colCutMap.Find(m_cView.EntryText(eList, lEntry)))
+            colCuts.push_back(*cCut);
+    return colCuts;
+}
+
+// ---- the categories of a cut ----
+
+void CatSelector::Missing(const wchar_t* sWhat, const std::wstring& sKey)
+{
+    m_cMod.Box(BoxIcon::Critical, BoxButtons::Ok, L"Error!",
+               L"Unexpected!- " + std::wstring(sWhat) + L" " + sKey + sCrLf +
+                   L"Doesn't exist in ShowCutCatsAsSelected!");
+}
+
+// The main categories a cut is filed in, as far as they and the level are there.
+CatCollection CatSelector::CatsOf(const Cut& cCut)
+{
+    CatCollection colFound;
+    const std::wstring sLevel = DecimalText(cCut.CatLevel());
+    const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan->colMainCats();
+    for (const std::wstring& sName : cCut.CategoryNames())
+    {
+        const std::wstring sKey = CategoryKey(sName, 0);
+        const std::shared_ptr<clsCat>* cFound = colMainCats ? colMainCats->Find(sKey) : nullptr;
+        const std::shared_ptr<clsCat> cMainCat = cFound ? *cFound : nullptr;
+        if (!cMainCat)
+            Missing(L"main cat", sKey);
+        else if (!cMainCat->SubCats()->Exists(sLevel))
+            Missing(L"sub cat", sLevel);
+        else
+            colFound.Add(TextKey(cMainCat->CatName()), cMainCat);
+    }
+    if (colFound.Count() > 1)
+        colFound.Remove(sNoCat);
+    return colFound;
+}
+
+void CatSelector::ShowCutCatsAsSelected(const std::shared_ptr<Cut>& cCut)
+{
+    if (!cCut)
+        return;
+    if (!m_cSchedMan)
+    {
+        m_cMod.Box(BoxIcon::None, BoxButtons::Ok, sProgramTitle,
+                   L"SchedMan needs to be set in CatSelector first!");
+        return;
+    }
+    try
+    {
+        const CatCollection colFound = [&]
+        {
+            const Raised cBusy(m_bBusy);
+            return CatsOf(*cCut);
+        }();
+        for (std::size_t i = 0; i < m_lCats; ++i)
+            m_cView.SelectEntry(lstCat, i, colFound.Exists(m_cView.EntryText(lstCat, i)));
+        if (colFound.Empty())
+            return;
+        // The levels listed are those of the current category, so that has to be one of the cut's.
+        if ((!m_cMainCat || !colFound.Exists(m_cMainCat->CatName())) &&
+            MakeCurrent(lstCat, colFound.At(0)->CatName()))
+            CatClick();
+        if (MakeCurrent(lstlvl, DecimalText(cCut->CatLevel())))
+            OnLevelClick();
+    }
+    catch (...)
+    {
+        m_cMod.LogError(L"ShowCutCatsAsSelected",
+                        CurrentError()); // a cut that cannot be read is in no category
+    }
+}
+
+} // namespace ravlo

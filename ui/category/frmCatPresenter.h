@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "scheduler/clsSchedMan.h"
+#include "ui/category/CatSelectorPresenter.h"
+#include "ui/category/frmCatView.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ravlo
+{
+
+// The category window: a main category, a level, the opener filter and cuts are chosen in its selector, new
+// categories and levels are made, and separation rules edited: the global ones and those of the chosen
+// category.
+//
+// Which boxes the user has changed is kept per box. Only those are stored, so that a value shown because a
+// category has none of its own does not become its own.
+class frmCat
+{
+public:
+    // Listens to the selector. Owns none of them.
+    frmCat(frmCatView& cView, CatSelector& cSelector, ModScheduler& cMod);
+    frmCat(const frmCat&) = delete;
+    frmCat& operator=(const frmCat&) = delete;
+
+    // To be called once: shows the window until it is closed. lChosen when OK closed it: the request then has
+    // what was chosen, and its cut its new level and categories (unless "ALL" was chosen, which is refused
+    // with a box). Otherwise lNotChosen, and the request is as it was.
+    std::int32_t ShowUI(std::shared_ptr<clsSchedMan> cSchedMan, CategoryRequest& request);
+
+    // What the user does.
+    void TabClick(RulesPane ePane);
+    void BoxChanged(RuleBox eBox);
+    void IgnoreClick();
+    void ApplyClick();
+    void OKClick();
+    void CancelClick();
+    void NewClick();
+    void NewLevelClick();
+    void MenuOpening();
+    void SchedLibClick();
+    void StripClick(bool bToggle); // Label1, Label2 and Label3
+
+private:
+    class Busy;
+    void SetBusy(bool bBusy) noexcept;
+    bool Ready() const noexcept { return !m_bInCommand && !m_bClosed; }
+    void Open(const CategoryRequest& request);
+    void Choose(const CategoryRequest& request);
+    void TakeChoice(CategoryRequest& request) const;
+    void OnCatChanged(const std::shared_ptr<clsCat>& cCat);
+    void RefreshSelector();
+    std::shared_ptr<clsCat> MainCat() const;
+    std::shared_ptr<clsCat> SubCat() const;
+    std::shared_ptr<clsCat> RulesCat() const { return m_cSubCat ? SubCat() : MainCat(); }
+
+    void ShowPane(RulesPane ePane);
+    void ShowRules();
+    void FillGlobalPane();
+    void FillCategoryPane();
+    void EnableArtistAndTitle();
+    void Fill(RuleBox eBox, std::int32_t lMins);
+    std::wstring Heading() const;
+
+    bool Edited(RuleBox eBox) const { return m_bEdited[static_cast<std::size_t>(eBox)]; }
+    bool PaneEdited(RulesPane ePane) const;
+    void ForgetEdits(RulesPane ePane);
+    bool QuestionDue() const;
+    bool AskPending();
+    void Save(RulesPane ePane);
+    void SaveGlobal();
+    void SaveCategory();
+    void StoreGlobalArtistAndTitle();
+    std::optional<std::int32_t> Minutes(RuleBox eBox) const;
+    std::optional<std::int32_t> AbsoluteMinutes(RuleBox eBox) const;
+    void Finish();
+    std::vector<std::wstring> NamesForTheCut();
+
+    frmCatView& m_cView;
+    CatSelector& m_cSelector;
+    ModScheduler& m_cMod;
+    std::shared_ptr<clsSchedMan> m_cSchedMan;
+    // As they were when they were chosen. The host may have reloaded or deleted them since, so what is stored
+    // or returned is looked up by name and level: MainCat() and SubCat().
+    std::shared_ptr<clsCat> m_cMainCat;
+    std::shared_ptr<clsCat> m_cSubCat; // null for all levels
+    std::shared_ptr<Cut> m_cCut;
+    Cuts m_colSelCuts;
+    std::optional<std::vector<std::wstring>> m_colNames; // chosen for the cut
+    std::array<bool, lRuleBoxes> m_bEdited{};
+    RulesPane m_ePane = RulesPane::Global;
+    bool m_bIgnoreEdited = false;
+    bool m_bOpener = false;
+    bool m_bRulesShown = true;
+    bool m_bFilling = false;
+    bool m_bInCommand = false;
+    bool m_bClosed = false;
+    bool m_bCancelled = true;
+};
+
+} // namespace ravlo

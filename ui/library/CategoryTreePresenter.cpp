@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/CategoryTreePresenter.h"
+
+#include <algorithm>
+#include <numeric>
+#include <string_view>
+
+namespace ravlo
+{
+
+void CategoryTree::Clear()
+{
+    m_colNodes.clear();
+    m_colByKey.Clear();
+}
+
+void CategoryTree::AddNode(const std::wstring& sParentKey, const std::wstring& sKey,
+                           const std::wstring& sText, const wchar_t*)
+{
+    const Node lNode = m_colNodes.size();
+    const std::optional<Node> lParent = sParentKey.empty() ? std::nullopt : Find(sParentKey);
+    if (lParent.has_value() == sParentKey.empty() || !m_colByKey.Add(TextKey(sKey), lNode))
+        return;
+    Entry entry;
+    entry.sKey = sKey;
+    entry.sText = sText;
+    entry.lParent = lParent;
+    m_colNodes.push_back(std::move(entry));
+    if (lParent)
+        Insert(m_colNodes[*lParent], lNode);
+}
+
+void CategoryTree::Insert(Entry& parent, Node lNode)
+{
+    std::vector<Node>& colChildren = parent.colChildren;
+    const auto before = [this](Node lLeft, Node lRight)
+    { return FoldCase(m_colNodes[lLeft].sText) < FoldCase(m_colNodes[lRight].sText); };
+    colChildren.insert(parent.bSorted
+                           ? std::upper_bound(colChildren.begin(), colChildren.end(), lNode, before)
+                           : colChildren.end(),
+                       lNode);
+}
+
+void CategoryTree::SetSorted()
+{
+    if (!m_colNodes.empty())
+        m_colNodes.back().bSorted = true;
+}
+
+void CategoryTree::ExpandFirst()
+{
+    if (!m_colNodes.empty())
+        m_colNodes.front().bExpanded = true;
+}
+
+void CategoryTree::ShowAsOpen(const std::wstring& sKey)
+{
+    for (Entry& entry : m_colNodes)
+        entry.bOpen = false;
+    const std::optional<Node> lNode = Find(sKey);
+    if (!lNode)
+        return;
+    m_colNodes[*lNode].bOpen = true;
+    if (const std::optional<Node> lParent = m_colNodes[*lNode].lParent)
+        m_colNodes[*lParent].bOpen = true;
+}
+
+std::optional<CategoryTree::Node> CategoryTree::Find(const std::wstring& sKey) const
+{
+    const Node* pNode = m_colByKey.Find(sKey);
+    return pNode ? std::optional<Node>(*pNode) : std::nullopt;
+}
+
+bool CategoryTree::HasSameNodes(const CategoryTree& cOther) const
+{
+    return Count() == cOther.Count() &&
+           std::all_of(m_colNodes.begin(), m_colNodes.end(),
+                       [&](const Entry& entry)
+                       {
+                           const std::optional<Node> lOther = cOther.Find(entry.sKey);
+                           return lOther && cOther.At(*lOther).sText == entry.sText;
+                       });
+}
+
+std::vector<CategoryTree::Node> CategoryTree::Check(Node lNode, bool bCheck)
+{
+    std::vector<Node> colNodes;
+    if (IsRoot(lNode))
+    {
+        colNodes.resize(m_colNodes.size());
+        std::iota(colNodes.begin(), colNodes.end(), Node{0});
+    }
+    else
+    {
+        colNodes = m_colNodes[lNode].colChildren;
+        colNodes.insert(colNodes.begin(), lNode);
+    }
+    for (const Node lChecked : colNodes)
+        m_colNodes[lChecked].bChecked = bCheck;
+    return colNodes;
+}
+
+void CategoryTree::InvertChecks()
+{
+    for (Entry& entry : m_colNodes)
+        entry.bChecked = !entry.bChecked;
+}
+
+// In the order in which they are shown, those below collapsed nodes only when asked for.
+std::vector<CategoryTree::Node> CategoryTree::InOrder(bool bCollapsedToo) const
+{
+    std::vector<Node> colOrdered;
+    std::vector<Node> colToVisit; // the next one is at the back
+    if (!m_colNodes.empty())
+        colToVisit.push_back(0);
+    while (!colToVisit.empty())
+    {
+        const Node lNode = colToVisit.back();
+        colToVisit.pop_back();
+        const Entry& entry = m_colNodes[lNode];
+        colOrdered.push_back(lNode);
+        if (bCollapsedToo || entry.bExpanded)
+            colToVisit.insert(colToVisit.end(), entry.colChildren.rbegin(), entry.colChildren.rend());
+    }
+    return colOrdered;
+}
+
+std::vector<CategoryTree::Node> CategoryTree::Checked() const
+{
+    std::vector<Node> colChecked = InOrder(true);
+    std::erase_if(colChecked, [this](Node lNode) { return IsRoot(lNode) || !m_colNodes[lNode].bChecked; });
+    return colChecked;
+}
+
+std::vector<CategoryTree::Node> CategoryTree::Visible() const { return InOrder(false); }
+
+std::optional<CategoryTree::Node> CategoryTree::FindText(const std::wstring& sBeginning, Node lFrom,
+                                                         bool bBehind) const
+{
+    std::vector<Node> colVisible = Visible();
+    const auto from = std::find(colVisible.begin(), colVisible.end(), lFrom);
+    if (from != colVisible.end())
+        std::rotate(colVisible.begin(), from + (bBehind ? 1 : 0), colVisible.end());
+    const auto found =
+        std::find_if(colVisible.begin(), colVisible.end(),
+                     [&](Node lNode)
+                     {
+                         const std::wstring_view sText = m_colNodes[lNode].sText;
+                         return EqualIgnoringCase(sText.substr(0, sBeginning.size()), sBeginning);
+                     });
+    return found == colVisible.end() ? std::nullopt : std::optional(*found);
+}
+
+void CategoryTree::SetExpanded(Node lNode, bool bExpanded)
+{
+    m_colNodes[lNode].bExpanded = bExpanded || IsRoot(lNode);
+}
+
+std::vector<std::wstring> CategoryTree::ExpandedKeys() const
+{
+    std::vector<std::wstring> colKeys;
+    for (const Entry& entry : m_colNodes) // parents are made before their children
+        if (entry.bExpanded)
+            colKeys.push_back(entry.sKey);
+    return colKeys;
+}
+
+} // namespace ravlo

@@ -1,0 +1,407 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/clsSchedLibGridPresenter.h"
+
+#include "base/Text.h"
+#include "ui/library/CutPlaces.h"
+#include "ui/library/LibraryFilling.h"
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr const wchar_t* sSection = L"Settings";
+constexpr const wchar_t* sLayoutKey = L"iGridLibLayoutColSchedLib";
+
+// The columns, in their order.
+enum Column : std::size_t
+{
+    eColPos,
+    eColID,
+    eColArtist,
+    eColTitle,
+    eColDur,
+    eColCat,
+    eColLvl,
+    eColYear,
+    eColOpener,
+    eColPath,
+};
+
+std::wstring TextOf(const Cut& cCut, std::size_t lColumn)
+{
+    switch (lColumn)
+    {
+    case eColID:
+        return DecimalText(cCut.ID());
+    case eColArtist:
+        return cCut.Artist();
+    case eColTitle:
+        return cCut.Title();
+    case eColDur:
+        return cCut.DurationText();
+    case eColCat:
+        return cCut.CategoryText();
+    case eColLvl:
+        return DecimalText(cCut.CatLevel());
+    case eColYear:
+        return DecimalText(cCut.Year());
+    case eColOpener:
+        return cCut.Opener() ? L"Y" : L"N";
+    case eColPath:
+        return cCut.Path();
+    default:
+        return {};
+    }
+}
+
+bool BeginsWith(const std::wstring& sText, const std::wstring& sBeginning)
+{
+    return EqualIgnoringCase(std::wstring_view(sText).substr(0, sBeginning.size()), sBeginning);
+}
+
+bool AreConsecutive(const std::vector<std::size_t>& colRows)
+{
+    return colRows.back() - colRows.front() + 1 == colRows.size();
+}
+
+} // namespace
+
+// ---- columns ----
+
+void clsSchedLibGrid::TakeGrid()
+{
+    m_cView.SetRedraw(false);
+    EnsureColumns(*this);
+    m_cView.SetRedraw(true);
+    m_cView.ShowLayout(
+        ColumnLayout(m_cMod.Outside().cUserSettings.Get(sProgramTitle, sSection, sLayoutKey, L"")));
+}
+
+void clsSchedLibGrid::LetGoOfGrid()
+{
+    m_cMod.Outside().cUserSettings.Set(sProgramTitle, sSection, sLayoutKey, m_cView.Layout().Text());
+}
+
+// ---- rows ----
+
+std::shared_ptr<DataBase> clsSchedLibGrid::DataBase() const
+{
+    const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
+    return cSchedMan ? cSchedMan->DataBase() : nullptr;
+}
+
+void clsSchedLibGrid::TakeRows(ListedCuts listed)
+{
+    m_listed = std::move(listed);
+    m_cView.SetRowCount(RowCount());
+}
+
+TextKey clsSchedLibGrid::KeyAt(std::size_t lRow) const
+{
+    return m_listed.colKeys.empty() ? CutAt(lRow)->Key() : m_listed.colKeys[lRow];
+}
+
+std::shared_ptr<clsCat> clsSchedLibGrid::LevelAt(std::size_t lRow) const
+{
+    const auto run =
+        std::upper_bound(m_listed.colRuns.begin(), m_listed.colRuns.end(), lRow,
+                         [](std::size_t lLeft, const ListedCuts::Run& right) { return lLeft < right.lEnd; });
+    return run == m_listed.colRuns.end() ? nullptr : run->cLevel;
+}
+
+std::wstring clsSchedLibGrid::CellText(std::size_t lRow, std::size_t lColumn) const
+{
+    if (lRow >= RowCount())
+        return {};
+    if (lColumn == eColPos)
+        return DecimalText(static_cast<std::int64_t>(lRow + 1));
+    try
+    {
+        return TextOf(*CutAt(lRow), lColumn);
+    }
+    catch (const std::exception&)
+    {
+        return {};
+    }
+}
+
+std::optional<std::size_t> clsSchedLibGrid::FindRow(const std::wstring& sBeginning, std::size_t lStart) const
+{
+    for (const std::size_t lColumn : {eColArtist, eColTitle})
+        for (std::size_t lStep = 0; lStep < RowCount(); ++lStep)
+        {
+            const std::size_t lRow = (lStart + lStep) % RowCount();
+            if (BeginsWith(CellText(lRow, lColumn), sBeginning))
+                return lRow;
+        }
+    return std::nullopt;
+}
+
+// ---- selection ----
+
+std::int32_t clsSchedLibGrid::CurrentRow() const
+{
+    const std::optional<std::size_t> lRow = m_cView.CurrentRow();
+    return lRow ? static_cast<std::int32_t>(*lRow + 1) : 0;
+}
+
+Cuts clsSchedLibGrid::colSelCuts() const
+{
+    Cuts colCuts;
+    for (const std::size_t lRow : SelectedRows())
+        colCuts.push_back(CutAt(lRow));
+    return colCuts;
+}
+
+void clsSchedLibGrid::InvertSelection()
+{
+    std::vector<bool> bSelected(RowCount(), true);
+    for (const std::size_t lRow : SelectedRows())
+        bSelected[lRow] = false;
+    m_cView.SetSelection(bSelected);
+}
+
+Cats clsSchedLibGrid::colSubCatsDraggedFrom() const
+{
+    Cats colFrom;
+    KeySet colNowhere; // as far as the levels looked at tell
+    const auto Add = [&](const std::shared_ptr<clsCat>& cLevel)
+    {
+        if (!Lists(colFrom, cLevel))
+            colFrom.push_back(cLevel);
+    };
+    for (const std::size_t lRow : SelectedRows())
+        if (const std::shared_ptr<clsCat> cLevel = LevelAt(lRow))
+            Add(cLevel);
+        else
+            colNowhere.insert(KeyAt(lRow));
+    if (colNowhere.empty())
+        return colFrom;
+    const KeySet colWanted = colNowhere;
+    const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
+    const std::shared_ptr<CatCollection> colMainCats = cSchedMan ? cSchedMan->colMainCats() : nullptr;
+    ForEachPlace(colMainCats.get(), colWanted,
+                 [&](const std::shared_ptr<clsCat>& cLevel, const TextKey& cKey)
+                 {
+                     Add(cLevel);
+                     colNowhere.erase(cKey);
+                 });
+    if (!colNowhere.empty())
+        colFrom.push_back(std::make_shared<clsCat>(m_cMod, sNoCat, 0));
+    return colFrom;
+}
+
+// ---- the place on the screen ----
+
+clsSchedLibGrid::RowOfCut clsSchedLibGrid::RowOf(std::size_t lRow) const
+{
+    const std::shared_ptr<clsCat> cLevel = LevelAt(lRow);
+    return {CutAt(lRow), cLevel ? cLevel->CatLevel() : 0, lRow};
+}
+
+clsSchedLibGrid::Place clsSchedLibGrid::CurrentPlace() const
+{
+    Place place;
+    for (const std::size_t lRow : SelectedRows())
+        place.colSelected.push_back(RowOf(lRow));
+    const std::optional<std::size_t> lCurrent = m_cView.CurrentRow();
+    if (lCurrent && *lCurrent < RowCount())
+        place.current = RowOf(*lCurrent);
+    const std::size_t lTop = m_cView.TopRow();
+    if (lTop != 0 && lTop < RowCount())
+    {
+        place.top = RowOf(lTop);
+        place.bAtTop = false;
+    }
+    return place;
+}
+
+// Where the rows are now: first by the cut's object, which asks no cut for anything, the others by key.
+std::vector<std::optional<std::size_t>>
+clsSchedLibGrid::FindRows(const std::vector<RowOfCut>& colWanted) const
+{
+    std::vector<std::optional<std::size_t>> colFound(colWanted.size());
+    std::unordered_multimap<const Cut*, std::size_t> colByObject;
+    for (std::size_t i = 0; i < colWanted.size(); ++i)
+        colByObject.emplace(colWanted[i].cCut.get(), i);
+    std::size_t lLeft = colWanted.size();
+    const auto Match = [&](const auto& range, std::size_t lRow)
+    {
+        for (auto it = range.first; it != range.second; ++it)
+            if (!colFound[it->second] && colWanted[it->second].lLevel == RowOf(lRow).lLevel)
+            {
+                colFound[it->second] = lRow;
+                --lLeft;
+            }
+    };
+    for (std::size_t lRow = 0; lRow < RowCount() && lLeft > 0; ++lRow)
+        Match(colByObject.equal_range(CutAt(lRow).get()), lRow);
+    if (lLeft == 0)
+        return colFound;
+    const auto KeyOf = [](const auto& ask) -> TextKey
+    {
+        try
+        {
+            return ask();
+        }
+        catch (const std::exception&)
+        {
+            return {}; // a cut that cannot tell is no longer found
+        }
+    };
+    std::unordered_multimap<TextKey, std::size_t, TextKeyHash> colByKey;
+    for (std::size_t i = 0; i < colWanted.size(); ++i)
+        if (!colFound[i])
+            if (TextKey cKey = KeyOf([&] { return colWanted[i].cCut->Key(); }); !cKey.Empty())
+                colByKey.emplace(std::move(cKey), i);
+    for (std::size_t lRow = 0; lRow < RowCount() && lLeft > 0; ++lRow)
+        Match(colByKey.equal_range(KeyOf([&] { return KeyAt(lRow); })), lRow);
+    return colFound;
+}
+
+void clsSchedLibGrid::ReturnTo(const Place& place)
+{
+    if (RowCount() == 0 || (place.colSelected.empty() && !place.current && place.bAtTop))
+        return;
+    std::vector<RowOfCut> colWanted = place.colSelected;
+    if (place.current)
+        colWanted.push_back(*place.current);
+    if (!place.bAtTop)
+        colWanted.push_back(place.top);
+    const std::vector<std::optional<std::size_t>> colRows = FindRows(colWanted);
+
+    std::vector<bool> bSelected(RowCount());
+    std::size_t lGoneBefore = 0; // selected rows in front of the current one that are gone
+    for (std::size_t i = 0; i < place.colSelected.size(); ++i)
+        if (colRows[i])
+            bSelected[*colRows[i]] = true;
+        else if (place.current && colWanted[i].lRow < place.current->lRow)
+            ++lGoneBefore;
+    m_cView.SetSelection(bSelected);
+    const std::size_t lLast = RowCount() - 1;
+    if (place.current) // one that is gone: what stands in its place now
+        m_cView.SetCurrentRow(
+            colRows[place.colSelected.size()].value_or(std::min(place.current->lRow - lGoneBefore, lLast)));
+    m_cView.SetTopRow(place.bAtTop ? 0 : colRows.back().value_or(std::min(place.top.lRow, lLast)));
+}
+
+// ---- re-ordering ----
+
+void clsSchedLibGrid::Drop(const std::wstring& sPayload, std::optional<std::size_t> lRow)
+{
+    if (sPayload != sGridPayload)
+        return RefuseSource();
+    const std::vector<std::size_t> colRows = SelectedRows();
+    if (MayReorder(colRows))
+        MoveRows(colRows, lRow);
+}
+
+void clsSchedLibGrid::RefuseSource() const
+{
+    m_cMod.Box(BoxIcon::None, BoxButtons::Ok, L"Scheduler Grid", L"Unrecognized Source for dragdrop!");
+}
+
+void clsSchedLibGrid::MoveSelected(std::ptrdiff_t lSteps)
+{
+    const std::vector<std::size_t> colRows = SelectedRows();
+    if (colRows.empty() || !MayReorder(colRows))
+        return;
+    const auto lFirst = static_cast<std::ptrdiff_t>(colRows.front());
+    const auto lBehind = static_cast<std::ptrdiff_t>(colRows.back()) + 1;
+    const auto lEnd = static_cast<std::ptrdiff_t>(RowCount());
+    if (lSteps < 0 && lFirst > 0)
+        MoveRows(colRows, static_cast<std::size_t>(std::max<std::ptrdiff_t>(lFirst + lSteps, 0)));
+    else if (lSteps > 0 && lBehind < lEnd)
+        MoveRows(colRows, lBehind + lSteps < lEnd ? std::optional(static_cast<std::size_t>(lBehind + lSteps))
+                                                  : std::nullopt);
+}
+
+bool clsSchedLibGrid::MayReorder(const std::vector<std::size_t>& colRows) const
+{
+    if (m_bBanOLEDrop)
+    {
+        m_cMod.Box(
+            BoxIcon::Information, BoxButtons::Ok,
+            L"View Inside a Category Level to Enable Dragging and Dropping In The Grid.",
+            L"Dragging and dropping in the grid to change schedule order is only enabled,\r\n"
+            L"or indeed makes any sense, when you are viewing within a category level.\r\n\r\n"
+            L"To view inside a category level, expand the tree for the category, \r\n"
+            L"and double-left click the desired category level.\r\n\r\n"
+            L"Then you may drag the items around in the grid to change the schedule order.\r\n\r\n"
+            L"Also, you can select multiple items and drag them into different categories in the tree.");
+        return false;
+    }
+    if (colRows.size() > 1 && !AreConsecutive(colRows))
+    {
+        m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"Operation Not Completed.",
+                   L"When dragging and dropping multiple items in the scheduler grid for reordering, \r\n"
+                   L"the items dragged from need to be in consecutive schedule order.");
+        return false;
+    }
+    return !colRows.empty();
+}
+
+bool clsSchedLibGrid::StartDrag()
+{
+    m_colDragged = SelectedRows();
+    return !m_colDragged.empty();
+}
+
+bool clsSchedLibGrid::DropWouldMove(std::optional<std::size_t> lRow) const
+{
+    if (m_bBanOLEDrop || m_colDragged.empty() || !AreConsecutive(m_colDragged))
+        return false;
+    const std::size_t lInto = lRow.value_or(RowCount());
+    return lInto < m_colDragged.front() || lInto > m_colDragged.back() + 1;
+}
+
+void clsSchedLibGrid::MoveRows(const std::vector<std::size_t>& colRows, std::optional<std::size_t> lRow)
+{
+    const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
+    if (!cSchedMan)
+        return;
+    const RowOfCut first = RowOf(colRows.front());
+    OLEDragDropOperationStarted();
+    cSchedMan->MoveCutsInCategory(m_cCurrentCat, colSelCuts(), PositionInto(lRow));
+    OLEDragCompleted();
+    // Selected they are still; the first of them becomes the current one, in view.
+    const std::optional<std::size_t> lFirst = FindRows({first}).front();
+    if (!lFirst)
+        return;
+    m_cView.SetCurrentRow(*lFirst);
+    m_cView.EnsureVisible(std::min(*lFirst + colRows.size(), RowCount()) - 1);
+    m_cView.EnsureVisible(*lFirst);
+}
+
+// The rotation may have moved cuts since the rows were listed: what counts is where the cut of the row stands
+// at present.
+std::int32_t clsSchedLibGrid::PositionInto(std::optional<std::size_t> lRow) const
+{
+    const CutCollection& colSchedCuts = *m_cCurrentCat->SchedCuts();
+    const std::size_t lEnd = colSchedCuts.Count() + 1;
+    if (!lRow || *lRow >= RowCount())
+        return static_cast<std::int32_t>(lEnd);
+    const std::optional<std::size_t> lPresent = colSchedCuts.PositionOf(KeyAt(*lRow));
+    return static_cast<std::int32_t>(lPresent.value_or(*lRow) + 1);
+}
+
+// ---- removal ----
+
+void clsSchedLibGrid::RemoveSelectedFromCategory()
+{
+    const std::vector<std::size_t> colRows = SelectedRows();
+    if (colRows.empty())
+        m_cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, L"First Select Some Items In The Grid!",
+                   L"There are no items selected to be remove category from!");
+    else
+        RemovalRequested(colRows);
+}
+
+} // namespace ravlo

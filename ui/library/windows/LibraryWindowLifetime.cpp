@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/windows/LibraryWindowLifetime.h"
+
+#include "ui/controls/windows/Dpi.h"
+#include "ui/controls/windows/VisualStyles.h"
+#include "ui/library/windows/frmUILibWindow.h"
+
+#include <ole2.h>
+#include <utility>
+
+namespace ravlo
+{
+
+// Drag and drop on this thread. A host that has chosen another threading has no drag and drop, only the keys.
+class LibraryWindow::Surroundings
+{
+public:
+    Surroundings() noexcept : m_bOle(SUCCEEDED(::OleInitialize(nullptr))) {}
+    ~Surroundings()
+    {
+        if (m_bOle)
+            ::OleUninitialize();
+    }
+    Surroundings(const Surroundings&) = delete;
+    Surroundings& operator=(const Surroundings&) = delete;
+
+private:
+    bool m_bOle;
+};
+
+struct LibraryWindow::Made
+{
+    Made(const std::shared_ptr<clsSchedMan>& cSchedMan, const std::function<bool()>& CategoryShowing)
+        : cWindow(::GetActiveWindow(), cSchedMan->Mod(), CategoryShowing)
+    {
+        Form().SetSchedMan(cSchedMan);
+    }
+    frmUILib& Form() noexcept { return cWindow.Form(); }
+
+    Surroundings cSurroundings; // longer than the window
+    frmUILibWindow cWindow;
+};
+
+LibraryWindow::LibraryWindow(std::weak_ptr<clsSchedMan> cSchedMan, std::function<bool()> CategoryShowing)
+    : m_cSchedMan(std::move(cSchedMan)), m_CategoryShowing(std::move(CategoryShowing))
+{
+}
+LibraryWindow::~LibraryWindow() = default;
+
+bool LibraryWindow::Showing() const noexcept { return m_cMade && m_cMade->Form().Showing(); }
+
+void LibraryWindow::Make()
+{
+    const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock();
+    if (!cSchedMan)
+        return;
+    if (m_cMade)
+        m_cMade->Form().SetSchedMan(nullptr); // it may live a little longer, and is told of nothing any more
+    m_cMade.reset();
+    m_cMade = std::make_shared<Made>(cSchedMan, m_CategoryShowing);
+}
+
+void LibraryWindow::Reload()
+{
+    if (!m_cMade)
+    {
+        const VisualStyles cStyles;
+        const DpiAwareness cAwareness;
+        Make();
+    }
+    if (const std::shared_ptr<Made> cMade = m_cMade)
+        cMade->Form().ReloadAll();
+}
+
+void LibraryWindow::Refresh()
+{
+    if (const std::shared_ptr<Made> cMade = m_cMade)
+        cMade->Form().RequestRefresh();
+}
+
+void LibraryWindow::ProgressStart(const std::wstring& sReason, std::int32_t lMax)
+{
+    if (Showing())
+        m_cMade->Form().Shown().ProgressStart(sReason, lMax);
+}
+
+void LibraryWindow::Progress(const std::wstring& sText, std::int32_t lValue)
+{
+    if (Showing())
+        m_cMade->Form().Shown().Progress(sText, lValue);
+}
+
+void LibraryWindow::ProgressEnd(const std::wstring& sFirst, const std::wstring& sSecond)
+{
+    if (Showing())
+        m_cMade->Form().Shown().ProgressEnd(sFirst, sSecond);
+}
+
+void LibraryWindow::Show()
+{
+    if (Showing())
+        return m_cMade->Form().ShowModalUI();
+    const VisualStyles cStyles;
+    const DpiAwareness cAwareness;
+    const HWND hFocus = ::GetFocus();
+    Make(); // anew: a hidden one may belong to another of the host's windows
+    if (!m_cMade)
+        return;
+    m_cMade->Form().ShowModalUI();
+    m_cMade.reset();
+    if (::IsWindow(hFocus))
+        ::SetFocus(hFocus);
+}
+
+} // namespace ravlo

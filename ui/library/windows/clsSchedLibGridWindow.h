@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ui/library/clsSchedLibGridView.h"
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+#include <windows.h>
+
+#include <commctrl.h>
+
+namespace ravlo
+{
+
+// iGridLib: the cut grid on the system's list view, in its form without rows of its own.
+class SchedLibGridWindow final : public SchedLibGridView
+{
+public:
+    SchedLibGridWindow(HWND hParent, int lId);
+    ~SchedLibGridWindow() override;
+    SchedLibGridWindow(const SchedLibGridWindow&) = delete;
+    SchedLibGridWindow& operator=(const SchedLibGridWindow&) = delete;
+
+    HWND Handle() const noexcept { return m_hList; }
+    void SetLook(HFONT hFont, int lDpi);
+
+    // Where texts and beginnings of texts are looked up.
+    std::function<std::wstring(std::size_t lRow, std::size_t lColumn)> CellText;
+    std::function<std::optional<std::size_t>(const std::wstring& sBeginning, std::size_t lStart)> FindRow;
+
+    // ---- SchedLibGridView
+    void SetRedraw(bool bRedraw) override;
+    std::size_t ColCount() const override;
+    void AddCol(const std::wstring& sHeader) override;
+    void ShowLayout(const ColumnLayout& layout) override;
+    ColumnLayout Layout() const override;
+    void SetRowCount(std::size_t lRows) override;
+    void SelectAll(bool bSelect) override;
+    void SetSelection(const std::vector<bool>& bSelected) override;
+    std::vector<std::size_t> SelectedRows() const override;
+    std::optional<std::size_t> CurrentRow() const override;
+    void SetCurrentRow(std::size_t lRow) override;
+    std::size_t TopRow() const override;
+    void SetTopRow(std::size_t lRow) override;
+    void EnsureVisible(std::size_t lRow) override;
+
+    // ---- for the window's messages
+
+    // Answers what the list asks in order to paint and to find.
+    LRESULT OnGetDispInfo(NMLVDISPINFOW& info) const;
+    LRESULT OnFindItem(const NMLVFINDITEMW& find);
+    LRESULT OnCustomDraw(NMLVCUSTOMDRAW& draw) const;
+    // The list has got the focus: a row shows it.
+    void OnFocus();
+    // A press on a row has become a drag: the selection stays when the button is released.
+    void OnBeginDrag() noexcept { m_lPressed.reset(); }
+
+    // The row, from 0, in front of which something dropped at that point of the screen comes to stand: above
+    // the rows the first of all, below the last one none.
+    std::optional<std::size_t> DropRow(POINT onScreen) const;
+    // During a drag: the line at which the rows would be inserted (one past the last row: below it), or none.
+    void ShowInsertionLine(std::optional<std::size_t> lBefore);
+    // Scrolls near the edges. True when it did: other rows are below the pointer now.
+    bool DragTick(POINT onScreen);
+
+private:
+    void Subclass();
+    static LRESULT CALLBACK OnListMessage(HWND hList, UINT lMessage, WPARAM wParam, LPARAM lParam,
+                                          UINT_PTR lId, DWORD_PTR pGrid) noexcept;
+    LRESULT OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam);
+    LRESULT OnKey(WPARAM wParam, LPARAM lParam);
+    void BeforePress(WPARAM lKeys, POINT at);
+    void BeforeRelease(WPARAM lKeys);
+    LRESULT WithoutPainting(UINT lMessage, WPARAM wParam, LPARAM lParam);
+    bool ManySelected() const;
+    void KeepColumnVisible(int lListColumn);
+    LRESULT Send(UINT lMessage, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    void SetState(int lRow, UINT lState, UINT lMask);
+    std::size_t RowCount() const;
+    // In pixels, from the layout. A column of numbers that nobody has sized is at least as wide as they are.
+    int ShownWidth(std::size_t lColumn) const;
+    int WidthOfNumbers(std::size_t lColumn) const;
+    std::optional<RECT> LineAt(std::size_t lBefore) const;
+    void InvalidateLine() const;
+
+    HWND m_hList;
+    int m_lDpi = 96;
+    ColumnLayout m_layout;
+    std::size_t m_lMostRows = 0; // so far: positions and most identifiers are no longer than this number
+    int m_lRedrawOff = 0;
+    bool m_bToTop = false; // as soon as it paints again
+    std::optional<std::size_t> m_lInsertBefore;
+    std::optional<int> m_lPressed; // the selected row the left button went down on
+    mutable std::wstring m_sCell;  // what the list was last given
+};
+
+} // namespace ravlo
