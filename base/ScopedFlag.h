@@ -7,13 +7,13 @@ namespace ravlo
 {
 
 // Raises a flag for the length of a scope.
-class Raised
+class ScopedFlag
 {
 public:
-    explicit Raised(bool& bFlag) : m_bFlag(bFlag), m_bBefore(std::exchange(bFlag, true)) {}
-    ~Raised() { m_bFlag = m_bBefore; }
-    Raised(const Raised&) = delete;
-    Raised& operator=(const Raised&) = delete;
+    explicit ScopedFlag(bool& bFlag) : m_bFlag(bFlag), m_bBefore(std::exchange(bFlag, true)) {}
+    ~ScopedFlag() { m_bFlag = m_bBefore; }
+    ScopedFlag(const ScopedFlag&) = delete;
+    ScopedFlag& operator=(const ScopedFlag&) = delete;
 
 private:
     bool& m_bFlag;

@@ -49,7 +49,7 @@ Radio::Radio(std::int64_t lCuts)
     for (std::int64_t i = 0; i < lCuts; ++i)
     {
         const std::shared_ptr<Cut> cCut = MadeUpCut(i);
-        cCut->SetLastPlayed(world.cClock.Now() - 1);
+        cCut->SetLastPlayed(context.cClock.Now() - 1);
         cDataBase->Add(cCut);
         bool bCreated = false;
         cLevel->AddCut(cCut, bCreated);

@@ -91,11 +91,11 @@ struct Radio
     // it.
     static Radio& OfSize(std::int64_t lCuts);
 
-    MemoryWorld world;
+    MemoryPorts context;
     NoFiles cFiles;
-    ModScheduler cMod{world.AllPortsWith(cFiles)};
+    ModScheduler cMod{context.PortsWith(cFiles)};
     std::shared_ptr<RadioDataBase> cDataBase = std::make_shared<RadioDataBase>();
-    PlayHistory cHistory{world.cClock, [](const RuntimeError&, bool) {}};
+    PlayHistory cHistory{context.cClock, [](const RuntimeError&, bool) {}};
     std::shared_ptr<clsCat> cLevel = std::make_shared<clsCat>(cMod, L"Pop", 1);
 };
 

@@ -72,12 +72,12 @@ struct FileStation
     static FileStation& OfSize(std::int64_t lCuts)
     {
         static std::map<std::int64_t, std::unique_ptr<FileStation>> colStations;
-        auto& cStation = colStations[lCuts];
-        if (!cStation)
+        auto& cState = colStations[lCuts];
+        if (!cState)
         {
-            cStation = std::make_unique<FileStation>(lCuts);
+            cState = std::make_unique<FileStation>(lCuts);
         }
-        return *cStation;
+        return *cState;
     }
 
     // The cut of the next slot, which starts at dtNow.
@@ -95,9 +95,9 @@ struct FileStation
 
     Folder folder;
     std::wstring sFile = (folder.cPath / "library.db").wstring();
-    MemoryWorld world;
+    MemoryPorts context;
     NoFiles cFiles;
-    ModScheduler cMod{world.AllPortsWith(cFiles)};
+    ModScheduler cMod{context.PortsWith(cFiles)};
     std::shared_ptr<Store> cStore = std::make_shared<Store>();
     std::shared_ptr<clsSchedMan> cSchedMan = std::make_shared<clsSchedMan>(cMod);
     std::vector<std::wstring> colKeys;

@@ -73,18 +73,18 @@ struct OpenStation
         SavedOrders& cOrders = found->second;
         if (bNew)
         {
-            OpenStation cStation(lCuts, cOrders);
-            cStation.Populate();
+            OpenStation cState(lCuts, cOrders);
+            cState.Populate();
             cOrders.bKeep = true;
-            cStation.cSchedMan->SaveHistoryAndOrdering(nullptr);
+            cState.cSchedMan->SaveHistoryAndOrdering(nullptr);
             cOrders.bKeep = false;
         }
         return cOrders;
     }
 
-    MemoryWorld world;
+    MemoryPorts context;
     SavedOrders& cFiles;
-    ModScheduler cMod{world.AllPortsWith(cFiles)};
+    ModScheduler cMod{context.PortsWith(cFiles)};
     std::shared_ptr<RadioDataBase> cDataBase = std::make_shared<RadioDataBase>();
     std::shared_ptr<clsSchedMan> cSchedMan = std::make_shared<clsSchedMan>(cMod);
 };
@@ -96,12 +96,12 @@ void ImportCuts(benchmark::State& state, std::int64_t lCuts)
     for (auto _ : state)
     {
         state.PauseTiming();
-        auto cStation = std::make_unique<OpenStation>(lOpenCuts);
-        cStation->Populate();
+        auto cState = std::make_unique<OpenStation>(lOpenCuts);
+        cState->Populate();
         state.ResumeTiming();
-        cStation->cDataBase->AnnounceAdded(colNew);
+        cState->cDataBase->AnnounceAdded(colNew);
         state.PauseTiming();
-        cStation.reset();
+        cState.reset();
         state.ResumeTiming();
     }
     state.SetItemsProcessed(state.iterations() * lCuts);
@@ -115,11 +115,11 @@ void Populate(benchmark::State& state)
     for (auto _ : state)
     {
         state.PauseTiming();
-        auto cStation = std::make_unique<OpenStation>(state.range(0));
+        auto cState = std::make_unique<OpenStation>(state.range(0));
         state.ResumeTiming();
-        cStation->Populate();
+        cState->Populate();
         state.PauseTiming();
-        cStation.reset();
+        cState.reset();
         state.ResumeTiming();
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));

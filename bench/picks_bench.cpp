@@ -101,15 +101,15 @@ struct Station
         std::shared_ptr<clsCat> cMainCat;
         std::shared_ptr<clsCat> cSubCat;
         std::wstring sMainCatKey;
-        world.cClock.Advance(HistoryFiles::lRetryMs + 1);
+        context.cClock.Advance(HistoryFiles::lRetryMs + 1);
         benchmark::DoNotOptimize(cSchedMan->NextCutFromRotation(
             L"Cat" + std::to_wstring(lCat) + L"\t1", false, nullptr, cMainCat, cSubCat, sMainCatKey));
     }
 
     std::string sFolder;
-    MemoryWorld world;
+    MemoryPorts context;
     LockedFiles cFiles;
-    ModScheduler cMod{world.AllPortsWith(cFiles)};
+    ModScheduler cMod{context.PortsWith(cFiles)};
     std::shared_ptr<RadioDataBase> cDataBase = std::make_shared<RadioDataBase>();
     std::shared_ptr<clsSchedMan> cSchedMan = std::make_shared<clsSchedMan>(cMod);
 };

@@ -69,25 +69,25 @@ enum class Log
 constexpr std::int32_t lHour = 60;
 constexpr std::int32_t lTwoDays = 2 * 24 * 60;
 
-SelectionWorld WorldOf(Radio& radio, std::int32_t lSeparation, Log eLog)
+SelectionContext ContextOf(Radio& radio, std::int32_t lSeparation, Log eLog)
 {
     auto cRules = std::make_shared<clsCatRules>(radio.cMod);
     cRules->Apply({lSeparation, lSeparation, lSeparation, false});
     radio.cLevel->SetRules(cRules);
-    SelectionWorld world = LiveWorld(radio.cMod, radio.cHistory, radio.cDataBase);
+    SelectionContext context = LiveContext(radio.cMod, radio.cHistory, radio.cDataBase);
     if (eLog == Log::None)
-        world.note = [](const TraceStep& step) { benchmark::DoNotOptimize(step.eKind); };
-    return world;
+        context.note = [](const TraceStep& step) { benchmark::DoNotOptimize(step.eKind); };
+    return context;
 }
 
 template <Log eLog> void PickWhoseHeadFits(benchmark::State& state)
 {
     Radio& radio = Radio::OfSize(state.range(0));
-    const SelectionWorld world = WorldOf(radio, lHour, eLog);
+    const SelectionContext context = ContextOf(radio, lHour, eLog);
     for (auto _ : state)
     {
         const ModScheduler::LogScope cScope(radio.cMod);
-        const Pick pick = NextCutFromCategory(radio.cLevel, false, nullptr, world);
+        const Pick pick = NextCutFromCategory(radio.cLevel, false, nullptr, context);
         if (pick.cCut->KindCode() != eKindChosen)
             state.SkipWithError("the head does not fit");
     }
@@ -131,11 +131,11 @@ void BarePickWithLines(benchmark::State& state)
 template <Log eLog> void WalkOverViolators(benchmark::State& state)
 {
     Radio& radio = Radio::OfSize(state.range(0));
-    const SelectionWorld world = WorldOf(radio, lTwoDays, eLog);
+    const SelectionContext context = ContextOf(radio, lTwoDays, eLog);
     for (auto _ : state)
     {
         const ModScheduler::LogScope cScope(radio.cMod);
-        const Pick pick = NextCutFromCategory(radio.cLevel, false, nullptr, world);
+        const Pick pick = NextCutFromCategory(radio.cLevel, false, nullptr, context);
         if (pick.cCut->KindCode() != eKindTitleViolation)
             state.SkipWithError("not every cut breaks a rule");
     }

@@ -34,9 +34,9 @@ struct Library
         return *cLibrary;
     }
 
-    MemoryWorld world;
+    MemoryPorts context;
     NoFiles cFiles;
-    ModScheduler cMod{world.AllPortsWith(cFiles)};
+    ModScheduler cMod{context.PortsWith(cFiles)};
     std::shared_ptr<RadioDataBase> cDataBase = std::make_shared<RadioDataBase>();
 };
 
@@ -48,8 +48,8 @@ void Populate(benchmark::State& state)
         EventRelay cEvents(library.cMod);
         CategoryList cCategoryList(library.cMod);
         HistoryFiles cHistoryFiles(library.cMod, cEvents);
-        FiledCuts cFiledCuts;
-        Population cPopulation(library.cMod, cEvents, cCategoryList, cHistoryFiles, cFiledCuts);
+        PlacedCuts cPlacedCuts;
+        Population cPopulation(library.cMod, cEvents, cCategoryList, cHistoryFiles, cPlacedCuts);
         benchmark::DoNotOptimize(cPopulation.Build(*library.cDataBase, library.cMod.AppPath()));
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
@@ -96,16 +96,16 @@ struct StationOnDisk
     static StationOnDisk& OfSize(std::int64_t lCuts)
     {
         static std::map<std::int64_t, std::unique_ptr<StationOnDisk>> colStations;
-        std::unique_ptr<StationOnDisk>& cStation = colStations[lCuts];
-        if (!cStation)
-            cStation = std::make_unique<StationOnDisk>(lCuts);
-        return *cStation;
+        std::unique_ptr<StationOnDisk>& cState = colStations[lCuts];
+        if (!cState)
+            cState = std::make_unique<StationOnDisk>(lCuts);
+        return *cState;
     }
 
     std::string sFolder;
-    MemoryWorld world;
+    MemoryPorts context;
     PosixFiles cFiles;
-    ModScheduler cMod{world.AllPortsWith(cFiles)};
+    ModScheduler cMod{context.PortsWith(cFiles)};
     EventRelay cEvents{cMod};
     HistoryFiles cHistoryFiles{cMod, cEvents};
     CatCollection colMainCats = OnePop(cMod);

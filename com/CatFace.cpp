@@ -88,7 +88,7 @@ STDMETHODIMP CatFace::AddCut(_clsCut* cCut, VARIANT_BOOL* bCreatedNewSubCat, VAR
             }
             catch (const RuntimeError&)
             {
-                report(); // the cut may have been filed before the error
+                report(); // the cut may have been placed before the error
                 throw;
             }
             report();

@@ -8,8 +8,8 @@ namespace ravlo
 
 ModScheduler& Library()
 {
-    static WindowsWorld cWorld;
-    static ModScheduler cMod(cWorld.AllPorts());
+    static WindowsPorts cPorts;
+    static ModScheduler cMod(cPorts.Ports());
     return cMod;
 }
 

@@ -14,7 +14,7 @@ const ClassIdentity CutFace::identity{CLSID_clsCut, LIBID_RavloBase, IID__clsCut
 namespace
 {
 
-// The names of the categories a cut is filed in, each keyed by itself.
+// The names of the categories a cut is placed in, each keyed by itself.
 class CategoriesModel final : public CollectionModel
 {
 public:

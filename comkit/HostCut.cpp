@@ -165,7 +165,7 @@ bool HostCut::HasKey(_clsCollection& colNames, std::wstring_view sKey) const
 }
 
 // Names mostly stand bare under themselves, which the host finds by itself; only else the list is walked.
-bool HostCut::Holds(_clsCollection& colNames, std::wstring_view sName) const
+bool HostCut::Contains(_clsCollection& colNames, std::wstring_view sName) const
 {
     if (HasKey(colNames, sName))
         return true;
@@ -176,12 +176,12 @@ bool HostCut::Holds(_clsCollection& colNames, std::wstring_view sName) const
                        { return FoldCase(BareName(sAssignment)) == sFolded; });
 }
 
-bool HostCut::HasCategoryName(std::wstring_view sName) const { return Holds(*Categories(), sName); }
+bool HostCut::HasCategoryName(std::wstring_view sName) const { return Contains(*Categories(), sName); }
 
 void HostCut::AddCategoryName(const std::wstring& sName)
 {
     const auto colNames = Categories();
-    if (Holds(*colNames, sName))
+    if (Contains(*colNames, sName))
         return;
     const Variant cName{std::wstring_view(sName)};
     const Variant cOmitted = Variant::Omitted();

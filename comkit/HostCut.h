@@ -106,7 +106,7 @@ private:
     // The host's list as it stands: an item is a category's name, which TAB and a level may follow.
     std::vector<std::wstring> AssignmentsIn(_clsCollection& colNames) const;
     bool HasKey(_clsCollection& colNames, std::wstring_view sKey) const;
-    bool Holds(_clsCollection& colNames, std::wstring_view sName) const;
+    bool Contains(_clsCollection& colNames, std::wstring_view sName) const;
 
     ComPtr<_clsCut> m_cHost;
     ComPtr<IUnknown> m_cIdentity;

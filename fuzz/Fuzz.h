@@ -18,9 +18,9 @@ namespace ravlo::fuzz
 {
 
 // Ends the program when something that always holds does not: the engine then keeps the input.
-inline void Require(bool bHolds, const char* sRule, int lLine)
+inline void Require(bool bTrue, const char* sRule, int lLine)
 {
-    if (bHolds)
+    if (bTrue)
         return;
     std::fprintf(stderr, "broken, line %d: %s\n", lLine, sRule);
     std::abort();

@@ -30,18 +30,18 @@ struct RadioStation
         return Path(L"History_and_Ordering\\" + sCat + L".sif");
     }
 
-    MemoryWorld cWorld;
+    MemoryPorts cPorts;
     std::shared_ptr<test::FakeDataBase> cDataBase = std::make_shared<test::FakeDataBase>();
 
-    RadioStation() { cWorld.cFiles.MakeFolders(sFolder); }
+    RadioStation() { cPorts.cFiles.MakeFolders(sFolder); }
 
-    bool Has(const std::wstring& sPath) const { return cWorld.cFiles.FileExists(sPath); }
-    const std::string& Bytes(const std::wstring& sPath) const { return cWorld.cFiles.Get(sPath); }
+    bool Has(const std::wstring& sPath) const { return cPorts.cFiles.FileExists(sPath); }
+    const std::string& Bytes(const std::wstring& sPath) const { return cPorts.cFiles.Get(sPath); }
 
     // What must be true of every disk that a program leaves: no half-made file.
     void RequireTidy() const
     {
-        for (const std::wstring& sPath : cWorld.cFiles.Paths())
+        for (const std::wstring& sPath : cPorts.cFiles.Paths())
             RAVLO_REQUIRE(!sPath.ends_with(L".tmp"));
     }
 };
@@ -50,10 +50,10 @@ struct RadioStation
 class Program
 {
 public:
-    explicit Program(RadioStation& cStation) : cMod(cStation.cWorld.AllPorts())
+    explicit Program(RadioStation& cState) : cMod(cState.cPorts.Ports())
     {
-        cStation.cWorld.cMessages.Boxes.clear();
-        cSchedMan->PopulateFromDataBase(cStation.cDataBase, RadioStation::sFolder);
+        cState.cPorts.cMessages.Boxes.clear();
+        cSchedMan->PopulateFromDataBase(cState.cDataBase, RadioStation::sFolder);
         RAVLO_REQUIRE(cSchedMan->colMainCats() != nullptr);
     }
 

@@ -33,15 +33,15 @@ public:
 // One program serves all inputs: asking changes nothing but the order of a level.
 struct Asked
 {
-    RadioStation cStation;
+    RadioStation cState;
     std::unique_ptr<Program> cProgram;
 
     Asked()
     {
         for (const auto* sName : {L"Pop", L"R&B", L"Talk:7", L"-1"})
             for (std::int32_t lLevel = 1; lLevel < 13; lLevel += 5)
-                cStation.cDataBase->Add(std::wstring(sName) + DecimalText(lLevel), sName, lLevel);
-        cProgram = std::make_unique<Program>(cStation);
+                cState.cDataBase->Add(std::wstring(sName) + DecimalText(lLevel), sName, lLevel);
+        cProgram = std::make_unique<Program>(cState);
         cProgram->cSchedMan->SetRotatesAllowed(true);
     }
 };
@@ -70,7 +70,7 @@ void Show(Asked& asked, const std::wstring& sKey)
     Grid cGrid;
     const auto shown = ShowGridCuts(*asked.cProgram->cSchedMan, cGrid, sKey, nullptr, nullptr);
     RAVLO_REQUIRE(shown.has_value());
-    const std::size_t lAll = asked.cStation.cDataBase->colCuts.size();
+    const std::size_t lAll = asked.cState.cDataBase->colCuts.size();
     const std::size_t lWanted = shown->bShowingAllAudio ? lAll
                                 : shown->cCatShown ? static_cast<std::size_t>(shown->cCatShown->TotalCuts())
                                                    : 0;
@@ -111,7 +111,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lS
     Pick(asked, sText);
     Show(asked, sText);
     Name(sText);
-    asked.cStation.cWorld.cMessages.Boxes.clear();
-    asked.cStation.cWorld.cFiles.ClearOperations();
+    asked.cState.cPorts.cMessages.Boxes.clear();
+    asked.cState.cPorts.cFiles.ClearOperations();
     return 0;
 }

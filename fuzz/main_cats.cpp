@@ -9,33 +9,33 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lS
     using namespace ravlo::fuzz;
     const std::string bytes(BytesOf(pBytes, lSize));
     const std::wstring sPath = RadioStation::Path(L"MainCats.txt");
-    RadioStation cStation;
+    RadioStation cState;
     // The code page lacks the last one's letters.
     const std::vector<std::wstring> colOfCuts = {L"Pop", L"R&B", L"\x97F3\x697D"};
     for (const std::wstring& sName : colOfCuts)
-        cStation.cDataBase->Add(L"D:\\" + sName + L".mp3", sName, 1);
-    cStation.cWorld.cFiles.Put(sPath, bytes);
+        cState.cDataBase->Add(L"D:\\" + sName + L".mp3", sName, 1);
+    cState.cPorts.cFiles.Put(sPath, bytes);
 
     std::vector<std::wstring> colNames;
     std::string written;
     {
-        const Program cProgram(cStation);
+        const Program cProgram(cState);
         colNames = cProgram.Names();
         for (const std::wstring& sName : colOfCuts)
             RAVLO_REQUIRE(cProgram.MainCat(sName) != nullptr);
         RAVLO_REQUIRE(cProgram.cSchedMan->SaveCatNames());
-        written = cStation.Bytes(sPath);
+        written = cState.Bytes(sPath);
         RAVLO_REQUIRE(written.size() <= bytes.size() + 20);
-        if (cStation.Has(sPath + L".bak"))
-            RAVLO_REQUIRE(cStation.Bytes(sPath + L".bak") == bytes);
+        if (cState.Has(sPath + L".bak"))
+            RAVLO_REQUIRE(cState.Bytes(sPath + L".bak") == bytes);
     }
     {
-        const Program cProgram(cStation);
-        RAVLO_REQUIRE(cStation.cWorld.cMessages.Boxes.empty());
+        const Program cProgram(cState);
+        RAVLO_REQUIRE(cState.cPorts.cMessages.Boxes.empty());
         RAVLO_REQUIRE(cProgram.Names() == colNames);
         RAVLO_REQUIRE(cProgram.cSchedMan->SaveCatNames());
-        RAVLO_REQUIRE(cStation.Bytes(sPath) == written);
+        RAVLO_REQUIRE(cState.Bytes(sPath) == written);
     }
-    cStation.RequireTidy();
+    cState.RequireTidy();
     return 0;
 }

@@ -42,9 +42,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lS
     const std::string bytes(BytesOf(pBytes, lSize));
     const bool bWhole = bytes.size() >= clsCatRules::lRecordSize;
     const std::wstring sPath = RadioStation::Path(std::wstring(L"Rules\\") + sCatID + L".rls");
-    RadioStation cStation;
-    cStation.cWorld.cFiles.Put(sPath, bytes);
-    ModScheduler cMod(cStation.cWorld.AllPorts());
+    RadioStation cState;
+    cState.cPorts.cFiles.Put(sPath, bytes);
+    ModScheduler cMod(cState.cPorts.Ports());
     cMod.StoreAppPath(RadioStation::sFolder);
 
     Values read{};
@@ -56,9 +56,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lS
     }
     // Released without a change: the same again, in the form it is written in, or kept.
     const std::wstring sKept = sPath + L".bak";
-    const bool bRewritten = cStation.Bytes(sPath) != bytes;
-    RAVLO_REQUIRE(!bRewritten || cStation.Bytes(sPath).size() == clsCatRules::lRecordSize);
-    RAVLO_REQUIRE(bWhole || !bRewritten || (cStation.Has(sKept) && cStation.Bytes(sKept) == bytes));
+    const bool bRewritten = cState.Bytes(sPath) != bytes;
+    RAVLO_REQUIRE(!bRewritten || cState.Bytes(sPath).size() == clsCatRules::lRecordSize);
+    RAVLO_REQUIRE(bWhole || !bRewritten || (cState.Has(sKept) && cState.Bytes(sKept) == bytes));
     {
         clsCatRules cRules(cMod);
         cRules.SetCatID(sCatID);
@@ -68,17 +68,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lS
         cRules.SetAlbumSepMins(-8);
         read = ValuesOf(cRules);
         RAVLO_REQUIRE(read.lTitle == 7 && read.lAlbum == 8);
-        RAVLO_REQUIRE(cStation.Bytes(sPath).size() == clsCatRules::lRecordSize);
+        RAVLO_REQUIRE(cState.Bytes(sPath).size() == clsCatRules::lRecordSize);
     }
-    const std::string written = cStation.Bytes(sPath);
-    cStation.cWorld.cMessages.Boxes.clear();
+    const std::string written = cState.Bytes(sPath);
+    cState.cPorts.cMessages.Boxes.clear();
     {
         clsCatRules cRules(cMod);
         cRules.SetCatID(sCatID);
         RAVLO_REQUIRE(ValuesOf(cRules) == read);
     }
-    RAVLO_REQUIRE(cStation.cWorld.cMessages.Boxes.empty());
-    RAVLO_REQUIRE(cStation.Bytes(sPath) == written);
-    cStation.RequireTidy();
+    RAVLO_REQUIRE(cState.cPorts.cMessages.Boxes.empty());
+    RAVLO_REQUIRE(cState.Bytes(sPath) == written);
+    cState.RequireTidy();
     return 0;
 }

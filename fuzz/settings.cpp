@@ -26,26 +26,26 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lS
     using namespace ravlo;
     using namespace ravlo::fuzz;
     const std::wstring sPath = RadioStation::Path(L"SchedulerSettings.dat");
-    RadioStation cStation;
-    cStation.cWorld.cFiles.Put(sPath, BytesOf(pBytes, lSize));
-    ModScheduler cMod(cStation.cWorld.AllPorts());
+    RadioStation cState;
+    cState.cPorts.cFiles.Put(sPath, BytesOf(pBytes, lSize));
+    ModScheduler cMod(cState.cPorts.Ports());
     cMod.StoreAppPath(RadioStation::sFolder);
     cMod.LoadSettings();
     const std::vector<std::int32_t> colRead = ValuesIn(cMod);
     RAVLO_REQUIRE(cMod.SaveSettings());
-    const std::string written = cStation.Bytes(sPath);
+    const std::string written = cState.Bytes(sPath);
     RAVLO_REQUIRE(written.size() <= 36);
 
-    ModScheduler cNext(cStation.cWorld.AllPorts());
+    ModScheduler cNext(cState.cPorts.Ports());
     cNext.StoreAppPath(RadioStation::sFolder);
     cNext.LoadSettings();
     RAVLO_REQUIRE(ValuesIn(cNext) == colRead);
     RAVLO_REQUIRE(cNext.SaveSettings());
-    RAVLO_REQUIRE(cStation.Bytes(sPath) == written);
+    RAVLO_REQUIRE(cState.Bytes(sPath) == written);
     cNext.SetGlobalTitleSepMins(7);
     RAVLO_REQUIRE(cNext.GlobalTitleSepMins() == 7 && cNext.GlobalArtistSepMins() == colRead[0] &&
                   cNext.GlobalAlbumSepMins() == colRead[2]);
-    RAVLO_REQUIRE(cStation.cWorld.cMessages.Boxes.empty());
-    cStation.RequireTidy();
+    RAVLO_REQUIRE(cState.cPorts.cMessages.Boxes.empty());
+    cState.RequireTidy();
     return 0;
 }

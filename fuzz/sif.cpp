@@ -66,34 +66,34 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lS
     using namespace ravlo::fuzz;
     const std::string bytes(BytesOf(pBytes, lSize));
     const std::wstring sPath = RadioStation::SifPath(sCat);
-    RadioStation cStation;
+    RadioStation cState;
     for (const auto& [sKey, lLevel] : CutsOfThePop())
-        cStation.cDataBase->Add(sKey, sCat, lLevel);
-    cStation.cWorld.cFiles.Put(sPath, bytes);
+        cState.cDataBase->Add(sKey, sCat, lLevel);
+    cState.cPorts.cFiles.Put(sPath, bytes);
 
     std::string written;
     {
-        const Program cProgram(cStation);
+        const Program cProgram(cState);
         RequireContents(cProgram, bytes);
         RAVLO_REQUIRE(cProgram.cSchedMan->SaveHistoryAndOrdering(nullptr));
-        written = cStation.Bytes(sPath);
+        written = cState.Bytes(sPath);
         std::size_t lRecords = 0;
         for (const auto& [lLevel, colKeys] : cProgram.Orders(sCat))
             lRecords += colKeys.empty() ? 1 : colKeys.size();
         RAVLO_REQUIRE(written.size() == lRecords * lRecord);
         // What could not be understood as a whole is kept.
         if (bytes.size() % lRecord != 0)
-            RAVLO_REQUIRE(cStation.Has(sPath + L".bak"));
-        if (cStation.Has(sPath + L".bak"))
-            RAVLO_REQUIRE(cStation.Bytes(sPath + L".bak") == bytes);
+            RAVLO_REQUIRE(cState.Has(sPath + L".bak"));
+        if (cState.Has(sPath + L".bak"))
+            RAVLO_REQUIRE(cState.Bytes(sPath + L".bak") == bytes);
     }
     {
-        const Program cProgram(cStation);
-        RAVLO_REQUIRE(cStation.cWorld.cMessages.Boxes.empty());
+        const Program cProgram(cState);
+        RAVLO_REQUIRE(cState.cPorts.cMessages.Boxes.empty());
         RequireContents(cProgram, written);
         RAVLO_REQUIRE(cProgram.cSchedMan->SaveHistoryAndOrdering(nullptr));
-        RAVLO_REQUIRE(cStation.Bytes(sPath) == written);
+        RAVLO_REQUIRE(cState.Bytes(sPath) == written);
     }
-    cStation.RequireTidy();
+    cState.RequireTidy();
     return 0;
 }

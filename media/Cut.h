@@ -57,7 +57,7 @@ public:
     virtual bool Opener() const = 0;               // the cut's own flag
 
     virtual std::int32_t CatLevel() const = 0;
-    // The names of the categories it is filed in, in order; each name once without regard to case.
+    // The names of the categories it is placed in, in order; each name once without regard to case.
     virtual std::vector<std::wstring> CategoryNames() const = 0;
     virtual bool HasCategoryName(std::wstring_view sName) const = 0;
     virtual void AddCategoryName(const std::wstring& sName) = 0;    // an existing name is left as it is

@@ -22,7 +22,7 @@ bool FitsLong(std::int64_t lValue)
            lValue <= std::numeric_limits<std::int32_t>::max();
 }
 
-// A level's key, without memory of its own: levels are looked up for every cut that is filed.
+// A level's key, without memory of its own: levels are looked up for every cut that is placed.
 class LevelKey
 {
 public:
@@ -74,8 +74,8 @@ Cuts CopyOf(const CutCollection& colCuts)
     return colCopy;
 }
 
-// A cut that a main category has filed, as needed to take it back.
-struct FiledCut
+// A cut that a main category has placed, as needed to take it back.
+struct PlacedCut
 {
     std::shared_ptr<clsCat> cLevel;
     std::shared_ptr<Cut> cCut;
@@ -83,7 +83,7 @@ struct FiledCut
     bool bNamed; // before
 };
 
-void TakeBack(ModScheduler& cMod, const FiledCut& filed) noexcept
+void TakeBack(ModScheduler& cMod, const PlacedCut& filed) noexcept
 {
     try
     {
@@ -107,7 +107,7 @@ std::wstring CategoryKey(const std::wstring& sCatName, std::int32_t lCatLevel)
     return sCatName + cTab + DecimalText(lCatLevel);
 }
 
-bool Lists(const Cats& colCats, const std::shared_ptr<clsCat>& cCat)
+bool Contains(const Cats& colCats, const std::shared_ptr<clsCat>& cCat)
 {
     return std::find(colCats.begin(), colCats.end(), cCat) != colCats.end();
 }
@@ -187,7 +187,7 @@ void clsCat::SetSchedCuts(const Cuts& colCuts)
     // Built aside, so that an error leaves the old order, and nobody ever sees a part of the new one.
     auto colNew = std::make_shared<CutCollection>();
     Cuts colNamed;
-    std::vector<FiledCut> colFiled;
+    std::vector<PlacedCut> colPlaced;
     Cats colMade;
     std::int64_t lRefused = 0;
     bool bCreatedNewSubCat = false;
@@ -204,22 +204,22 @@ void clsCat::SetSchedCuts(const Cuts& colCuts)
                 const std::int32_t lLevel = cCut->CatLevel();
                 const bool bMade = !SubCat(lLevel);
                 const bool bNamed = cCut->HasCategoryName(m_sCatName);
-                const Filed eFiled = FileInMainCat(cCut, bCreatedNewSubCat);
+                const Placed ePlaced = PlaceInMainCat(cCut, bCreatedNewSubCat);
                 const std::shared_ptr<clsCat> cLevel = SubCat(lLevel);
                 if (!cLevel)
                     continue;
-                colFiled.push_back({cLevel, cCut, eFiled != Filed::No, bNamed});
+                colPlaced.push_back({cLevel, cCut, ePlaced != Placed::No, bNamed});
                 if (bMade)
                     colMade.push_back(cLevel);
             }
             else
-                FileNew(cCut, *colNew, colNamed);
+                PlaceNew(cCut, *colNew, colNamed);
         }
     }
     catch (...)
     {
         TakeNameOff(colNamed);
-        for (auto it = colFiled.rbegin(); it != colFiled.rend(); ++it)
+        for (auto it = colPlaced.rbegin(); it != colPlaced.rend(); ++it)
             TakeBack(m_cMod, *it);
         for (const std::shared_ptr<clsCat>& cLevel : colMade)
             RemoveMadeLevel(cLevel);
@@ -234,9 +234,9 @@ void clsCat::SetSchedCuts(const Cuts& colCuts)
     RecalcTotalRunTime();
 }
 
-// Files a cut in a collection that is to become this level's. colNamed receives it when the name is new to
+// Places a cut in a collection that is to become this level's. colNamed receives it when the name is new to
 // it.
-void clsCat::FileNew(const std::shared_ptr<Cut>& cCut, CutCollection& colNew, Cuts& colNamed)
+void clsCat::PlaceNew(const std::shared_ptr<Cut>& cCut, CutCollection& colNew, Cuts& colNamed)
 {
     colNew.Add(cCut->Key(), cCut);
     if (!cCut->HasCategoryName(m_sCatName))
@@ -261,25 +261,25 @@ void clsCat::TakeNameOff(const Cuts& colCuts) noexcept
 
 bool clsCat::AddCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat)
 {
-    const Filed eFiled = File(cCut, bCreatedNewSubCat);
-    if (eFiled == Filed::YesOverflow)
+    const Placed ePlaced = Place(cCut, bCreatedNewSubCat);
+    if (ePlaced == Placed::YesOverflow)
         throw RuntimeError(error::Overflow);
-    return eFiled == Filed::Yes;
+    return ePlaced == Placed::Yes;
 }
 
-clsCat::Filed clsCat::File(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat)
+clsCat::Placed clsCat::Place(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat)
 {
     if (!cCut)
-        return Filed::No;
+        return Placed::No;
     if (cCut->CatLevel() == 0)
     {
         ShowLevelZero();
-        return Filed::No;
+        return Placed::No;
     }
-    return m_lCatLevel != 0 ? FileInLevel(cCut) : FileInMainCat(cCut, bCreatedNewSubCat);
+    return m_lCatLevel != 0 ? PlaceInLevel(cCut) : PlaceInMainCat(cCut, bCreatedNewSubCat);
 }
 
-clsCat::Filed clsCat::FileInLevel(const std::shared_ptr<Cut>& cCut)
+clsCat::Placed clsCat::PlaceInLevel(const std::shared_ptr<Cut>& cCut)
 {
     const TextKey cKey = cCut->Key();
     const std::int32_t lRunTime = cCut->RunTimemS();
@@ -295,13 +295,13 @@ clsCat::Filed clsCat::FileInLevel(const std::shared_ptr<Cut>& cCut)
     }
     catch (...)
     {
-        if (bAdded && colCuts->Remove(cKey)) // a cut is filed whole or not at all
+        if (bAdded && colCuts->Remove(cKey)) // a cut is placed whole or not at all
             m_lTotalRunTime -= lRunTime;
         throw;
     }
     if (!bAdded)
-        return Filed::No;
-    return FitsLong(m_lTotalRunTime) ? Filed::Yes : Filed::YesOverflow;
+        return Placed::No;
+    return FitsLong(m_lTotalRunTime) ? Placed::Yes : Placed::YesOverflow;
 }
 
 void clsCat::ShowLevelZero() const
@@ -310,7 +310,7 @@ void clsCat::ShowLevelZero() const
                L"Illegal attempt to add level 0 cut to category " + m_sCatName);
 }
 
-clsCat::Filed clsCat::FileInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat)
+clsCat::Placed clsCat::PlaceInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat)
 {
     std::shared_ptr<clsCat> cSubCat = SubCat(cCut->CatLevel());
     const bool bMade = !cSubCat;
@@ -319,13 +319,13 @@ clsCat::Filed clsCat::FileInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCre
         cSubCat = std::make_shared<clsCat>(m_cMod, m_sCatName, cCut->CatLevel());
         // A negative number is no level: the new category's is 0 then, and AddSubCat refuses it.
         if (!AddSubCat(cSubCat))
-            return Filed::No;
+            return Placed::No;
     }
     try
     {
         const bool bOtherName = cSubCat->CatName() != m_sCatName; // a level registers its own name
         const bool bNamed = bOtherName && cCut->HasCategoryName(cSubCat->CatName());
-        const Filed eFiled = cSubCat->File(cCut, bCreatedNewSubCat);
+        const Placed ePlaced = cSubCat->Place(cCut, bCreatedNewSubCat);
         try
         {
             if (bOtherName)
@@ -333,11 +333,11 @@ clsCat::Filed clsCat::FileInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCre
         }
         catch (...)
         {
-            TakeBack(m_cMod, {cSubCat, cCut, eFiled != Filed::No, bNamed});
+            TakeBack(m_cMod, {cSubCat, cCut, ePlaced != Placed::No, bNamed});
             throw;
         }
         bCreatedNewSubCat = bCreatedNewSubCat || bMade;
-        return eFiled;
+        return ePlaced;
     }
     catch (...)
     {
@@ -347,7 +347,7 @@ clsCat::Filed clsCat::FileInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCre
     }
 }
 
-// Takes a level away that was made for a cut which could not be filed, unless others have used it since.
+// Takes a level away that was made for a cut which could not be placed, unless others have used it since.
 void clsCat::RemoveMadeLevel(const std::shared_ptr<clsCat>& cSubCat) noexcept
 {
     const LevelKey cKey(cSubCat->CatLevel());
@@ -378,8 +378,8 @@ bool clsCat::RemoveCut(const std::shared_ptr<Cut>& cCut)
     const std::optional<std::size_t> lPosition = colCuts->PositionOf(cKey);
     if (!lPosition)
         return false;
-    // The order first, as in FileInLevel.
-    const std::shared_ptr<Cut> cFiled = colCuts->At(*lPosition);
+    // The order first, as in PlaceInLevel.
+    const std::shared_ptr<Cut> cPlaced = colCuts->At(*lPosition);
     colCuts->RemoveAt(*lPosition);
     m_lTotalRunTime -= lRunTime;
     if (!bNamed)
@@ -391,7 +391,7 @@ bool clsCat::RemoveCut(const std::shared_ptr<Cut>& cCut)
     catch (...)
     {
         // A cut is taken out whole or not at all.
-        if (colCuts->Insert(std::min(*lPosition, colCuts->Count()), &cKey, cFiled))
+        if (colCuts->Insert(std::min(*lPosition, colCuts->Count()), &cKey, cPlaced))
             m_lTotalRunTime += lRunTime;
         throw;
     }
@@ -529,7 +529,7 @@ void clsCat::RecalcTotalRunTime()
     std::int64_t lTotal = 0;
     for (const std::shared_ptr<Cut>& cCut : m_lCatLevel != 0 ? CopyOf(*m_colSchedCuts) : CutsOfLevels())
         lTotal += cCut->RunTimemS();
-    // A cut may let others run while it is asked. What they filed or removed here has changed the total
+    // A cut may let others run while it is asked. What they placed or removed here has changed the total
     // itself; another recalculation, which is the newer one, has set it.
     if (lOwn == m_lRecalculations)
         m_lTotalRunTime = lTotal + (m_lTotalRunTime - lBefore);

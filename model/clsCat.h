@@ -18,7 +18,7 @@ class clsCat;
 using CutCollection = OrderedKeyedCollection<std::shared_ptr<Cut>>;
 using CatCollection = OrderedKeyedCollection<std::shared_ptr<clsCat>>;
 using Cats = std::vector<std::shared_ptr<clsCat>>;
-bool Lists(const Cats& colCats, const std::shared_ptr<clsCat>& cCat);
+bool Contains(const Cats& colCats, const std::shared_ptr<clsCat>& cCat);
 
 // <name> TAB <level>: the key of a category level; with level 0 the key of a main category.
 std::wstring CategoryKey(const std::wstring& sCatName, std::int32_t lCatLevel);
@@ -60,13 +60,13 @@ public:
     // A level's own collection, shared; for a main category a new collection with the cuts of all levels in
     // order, each once, whose changes change nothing. Never null.
     std::shared_ptr<CutCollection> SchedCuts() const;
-    // Replaces the cuts: the collection becomes a new one in which every given cut is filed in order as
-    // AddCut does; level 0 cuts give one box in all. Everything is filed before error 6 is raised. An error
+    // Replaces the cuts: the collection becomes a new one in which every given cut is placed in order as
+    // AddCut does; level 0 cuts give one box in all. Everything is placed before error 6 is raised. An error
     // of a cut leaves a level as it was, its name taken off those cuts again that did not carry it before; a
-    // main category keeps the cuts filed until then.
+    // main category keeps the cuts placed until then.
     void SetSchedCuts(const Cuts& colCuts);
 
-    // Files a cut: a level appends it to its order, a main category hands it to the level of the cut's own
+    // Places a cut: a level appends it to its order, a main category hands it to the level of the cut's own
     // number, which it makes when missing (bCreatedNewSubCat is then set, never reset). The category's name
     // is registered with the cut. False: no cut, level 0 (which is shown in a box), a negative level, or
     // already there. Error 6, after everything else is done, when the level's total run time passes the
@@ -102,17 +102,17 @@ public:
     ModScheduler& Mod() const noexcept { return m_cMod; }
 
 private:
-    enum class Filed
+    enum class Placed
     {
         No,
         Yes,
-        YesOverflow, // filed, and the level's total run time has passed the 32-bit range
+        YesOverflow, // placed, and the level's total run time has passed the 32-bit range
     };
-    Filed File(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
-    Filed FileInLevel(const std::shared_ptr<Cut>& cCut);
-    Filed FileInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
+    Placed Place(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
+    Placed PlaceInLevel(const std::shared_ptr<Cut>& cCut);
+    Placed PlaceInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
     Cuts CutsOfLevels() const; // shared references, in order; safe while the levels change
-    void FileNew(const std::shared_ptr<Cut>& cCut, CutCollection& colNew, Cuts& colNamed);
+    void PlaceNew(const std::shared_ptr<Cut>& cCut, CutCollection& colNew, Cuts& colNamed);
     void TakeNameOff(const Cuts& colCuts) noexcept;
     void RemoveMadeLevel(const std::shared_ptr<clsCat>& cSubCat) noexcept;
     void ShowLevelZero() const;

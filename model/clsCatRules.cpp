@@ -156,7 +156,7 @@ bool clsCatRules::Save(Report eReport)
 // what it says.
 void clsCatRules::ReadAgain() noexcept
 {
-    m_lReadAt = m_cMod.Outside().cClock.TickCount();
+    m_lReadAt = m_cMod.Ports().cClock.TickCount();
     try
     {
         const std::optional<std::string> record = ReadRecord(m_sReadPath);
@@ -177,7 +177,7 @@ void clsCatRules::ReadAgain() noexcept
 void clsCatRules::RetryReading() noexcept
 {
     constexpr std::uint32_t lRetryMs = 1000;
-    if (m_eSource == Source::Unread && m_cMod.Outside().cClock.TickCount() - m_lReadAt >= lRetryMs)
+    if (m_eSource == Source::Unread && m_cMod.Ports().cClock.TickCount() - m_lReadAt >= lRetryMs)
         ReadAgain();
 }
 
@@ -202,7 +202,7 @@ void clsCatRules::GetRules(const std::wstring& sName)
     {
         const bool bDamaged = m_cMod.Saved().StateOf(m_sReadPath, this) == SavedFiles::State::NotUnderstood;
         m_eSource = bDamaged ? Source::File : Source::Unread;
-        m_lReadAt = m_cMod.Outside().cClock.TickCount();
+        m_lReadAt = m_cMod.Ports().cClock.TickCount();
         m_cMod.ShowLater(L"GetRules", CurrentError());
     }
 }
@@ -239,7 +239,7 @@ std::string clsCatRules::Encode() const
     PutLong(bytes, lAtArtist, m_lArtist);
     PutLong(bytes, lAtTitle, m_lTitle);
     PutInteger(bytes, lAtIgnore, m_bIgnore ? -1 : 0);
-    PutText(bytes, lAtCatID, lCatIDWidth, m_cMod.Outside().cCodePage.Encode(m_sCatID));
+    PutText(bytes, lAtCatID, lCatIDWidth, m_cMod.Ports().cCodePage.Encode(m_sCatID));
     PutLong(bytes, lAtAlbum, m_lAlbum);
     return bytes;
 }

@@ -19,7 +19,7 @@ public:
 
     void Add(const StoreCut& cCut) { m_cuts.insert(&cCut); }
     void Forget(const StoreCut& cCut) noexcept { m_cuts.erase(&cCut); }
-    bool Holds(const StoreCut& cCut) const noexcept { return m_cuts.contains(&cCut); }
+    bool Contains(const StoreCut& cCut) const noexcept { return m_cuts.contains(&cCut); }
     void Clear() noexcept { m_cuts.clear(); }
 
     // Writes them as one change on the disk. When it throws, nothing was written and they stay. A cut that

@@ -303,7 +303,7 @@ auto Store::Impl::ChangesTo(std::vector<StoredCut>& colStored) -> Changes
             continue;
         }
         const auto& cOwn = Own(it->second);
-        if (gathered.Holds(cOwn))
+        if (gathered.Contains(cOwn))
         {
             stored.values.dtLastPlayed = cOwn.LastPlayed();
         }

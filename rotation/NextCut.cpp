@@ -48,16 +48,16 @@ void MarkAsAskedFor(Cut& cCut, const RotationRequest& request)
     cCut.SetMustBeOpener(request.bMustBeOpener);
 }
 
-void Answer(const CatCollection* colMainCats, const RotationRequest& request, const SelectionWorld& world,
+void Answer(const CatCollection* colMainCats, const RotationRequest& request, const SelectionContext& context,
             RotationAnswer& answer)
 {
     if (const std::optional<CutKind> eKind = Resolve(colMainCats, request, answer))
     {
-        answer.cCut = MakePlaceholder(PlaceholderTexts{*eKind, {}, 0}, world.cDataBase.get());
+        answer.cCut = MakePlaceholder(PlaceholderTexts{*eKind, {}, 0}, context.cDataBase.get());
     }
     else
     {
-        Pick pick = NextCutFromCategory(answer.cSubCat, request.bMustBeOpener, request.cPrevSchedCut, world);
+        Pick pick = NextCutFromCategory(answer.cSubCat, request.bMustBeOpener, request.cPrevSchedCut, context);
         answer.bMovedCuts = pick.bMovedCuts;
         answer.cCut = std::move(pick.cCut);
     }
@@ -67,16 +67,16 @@ void Answer(const CatCollection* colMainCats, const RotationRequest& request, co
 } // namespace
 
 RotationAnswer NextCutFromRotation(const CatCollection* colMainCats, const RotationRequest& request,
-                                   const SelectionWorld& world)
+                                   const SelectionContext& context)
 {
     RotationAnswer answer;
     try
     {
-        Answer(colMainCats, request, world, answer);
+        Answer(colMainCats, request, context, answer);
     }
     catch (...)
     {
-        world.report(ErrorReport::Critical, sNextCutFromRotationTitle, CurrentError());
+        context.report(ErrorReport::Critical, sNextCutFromRotationTitle, CurrentError());
         PlaceholderTexts texts;
         if (answer.cSubCat)
         {

@@ -34,6 +34,6 @@ struct RotationAnswer
 // is not allowed just now and the request is not for an editable playlist), and those of the pick. An error
 // is reported and gives kind 11.
 RotationAnswer NextCutFromRotation(const CatCollection* colMainCats, const RotationRequest& request,
-                                   const SelectionWorld& world);
+                                   const SelectionContext& context);
 
 } // namespace ravlo

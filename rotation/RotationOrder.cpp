@@ -56,26 +56,26 @@ std::shared_ptr<Cut> DataBaseCutOf(const Cut& cCut, const DataBase& cDataBase)
     return OwnCut(cCut, cCut.Key(), cDataBase);
 }
 
-bool SendToBackOfCategory(clsCat* cSubCat, const Cut* cCut, const SelectionWorld& world)
+bool SendToBackOfCategory(clsCat* cSubCat, const Cut* cCut, const SelectionContext& context)
 {
     try
     {
-        if (!cSubCat || !cCut || !world.cDataBase)
+        if (!cSubCat || !cCut || !context.cDataBase)
             return false;
         const TextKey cKey = cCut->Key();
-        const SentToBack eSent = SendToBack(*cSubCat, *cCut, cKey, *world.cDataBase);
+        const SentToBack eSent = SendToBack(*cSubCat, *cCut, cKey, *context.cDataBase);
         if (eSent == SentToBack::Unknown)
             return false;
         TraceStep step =
             StepInLevel(eSent == SentToBack::Yes ? StepKind::SentToBack : StepKind::NotSentToBack, *cSubCat);
         step.sKey = cKey.Text();
-        world.note(step);
+        context.note(step);
         return eSent == SentToBack::Yes;
     }
     catch (...)
     {
         // No box: a pick has its own way round a cut that cannot be moved.
-        world.report(ErrorReport::LogOnly, L"SendToBackOfCategory [schedman]", CurrentError());
+        context.report(ErrorReport::LogOnly, L"SendToBackOfCategory [schedman]", CurrentError());
         return false;
     }
 }

@@ -18,9 +18,9 @@ namespace ravlo
 std::shared_ptr<Cut> DataBaseCutOf(const Cut& cCut, const DataBase& cDataBase);
 
 // Moves the database's own cut for cCut from its place in the level to the end, where it takes the place of
-// the object that was filed under its key, and notes what became of it. False, and nothing is noted, without
+// the object that was placed under its key, and notes what became of it. False, and nothing is noted, without
 // a level, a cut or a database, or when the database knows no such cut; false when the level does not hold
 // it. An error is logged, without a box, and gives false: nothing has moved then.
-bool SendToBackOfCategory(clsCat* cSubCat, const Cut* cCut, const SelectionWorld& world);
+bool SendToBackOfCategory(clsCat* cSubCat, const Cut* cCut, const SelectionContext& context);
 
 } // namespace ravlo

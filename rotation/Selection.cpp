@@ -103,9 +103,9 @@ class Walk
 {
 public:
     Walk(std::shared_ptr<clsCat> cSubCat, bool bMustBeOpener, std::shared_ptr<Cut> cPrevSchedCut,
-         const SelectionWorld& world)
-        : m_cSubCat(std::move(cSubCat)), m_bMustBeOpener(bMustBeOpener), m_world(world),
-          m_reference(std::move(cPrevSchedCut), world.cClock,
+         const SelectionContext& context)
+        : m_cSubCat(std::move(cSubCat)), m_bMustBeOpener(bMustBeOpener), m_world(context),
+          m_reference(std::move(cPrevSchedCut), context.cClock,
                       [this](const RuntimeError& cError)
                       { m_world.report(ErrorReport::LogOnly, sPreviousCutWhere, cError); })
     {
@@ -310,7 +310,7 @@ private:
 
     const std::shared_ptr<clsCat> m_cSubCat; // kept alive: a pump may delete it from its main category
     const bool m_bMustBeOpener;
-    const SelectionWorld& m_world;
+    const SelectionContext& m_world;
     Reference m_reference;
     std::shared_ptr<CutCollection> m_colOrder; // at the first step
     std::uint64_t m_lChanges = 0;              // of that order, as far as they are this walk's own
@@ -323,7 +323,7 @@ private:
 
 } // namespace
 
-SelectionWorld LiveWorld(ModScheduler& cMod, const PlayHistory& cHistory,
+SelectionContext LiveContext(ModScheduler& cMod, const PlayHistory& cHistory,
                          std::shared_ptr<const DataBase> cDataBase)
 {
     const auto note = [&cMod](const TraceStep& step)
@@ -339,21 +339,21 @@ SelectionWorld LiveWorld(ModScheduler& cMod, const PlayHistory& cHistory,
         else
             cMod.DISPLAYERROR(sWhere, eHow == ErrorReport::Handled, cError);
     };
-    return SelectionWorld{
-        cHistory, std::move(cDataBase), cMod.Outside().cClock, [&cMod] { cMod.Pump(); }, note, report};
+    return SelectionContext{
+        cHistory, std::move(cDataBase), cMod.Ports().cClock, [&cMod] { cMod.Pump(); }, note, report};
 }
 
 clsRuleViolation ViolatesRules(clsCat& cSubCat, const Candidate& candidate, Reference& reference,
-                               const SelectionWorld& world, bool& bShowErrors)
+                               const SelectionContext& context, bool& bShowErrors)
 {
     const ErrorSink failed = [&](const RuntimeError& cError)
     {
         const bool bShow = std::exchange(bShowErrors, false);
-        world.report(bShow ? ErrorReport::Handled : ErrorReport::LogOnly, sViolatesRulesWhere, cError);
+        context.report(bShow ? ErrorReport::Handled : ErrorReport::LogOnly, sViolatesRulesWhere, cError);
     };
     try
     {
-        return MeasureAgainstRules(RulesOf(*cSubCat.Rules()), candidate, world.cHistory, reference, failed);
+        return MeasureAgainstRules(RulesOf(*cSubCat.Rules()), candidate, context.cHistory, reference, failed);
     }
     catch (...)
     {
@@ -363,9 +363,9 @@ clsRuleViolation ViolatesRules(clsCat& cSubCat, const Candidate& candidate, Refe
 }
 
 Pick NextCutFromCategory(std::shared_ptr<clsCat> cSubCat, bool bMustBeOpener,
-                         const std::shared_ptr<Cut>& cPrevSchedCut, const SelectionWorld& world)
+                         const std::shared_ptr<Cut>& cPrevSchedCut, const SelectionContext& context)
 {
-    Walk walk(std::move(cSubCat), bMustBeOpener, cPrevSchedCut, world);
+    Walk walk(std::move(cSubCat), bMustBeOpener, cPrevSchedCut, context);
     try
     {
         std::shared_ptr<Cut> cCut = walk.Run();
@@ -373,7 +373,7 @@ Pick NextCutFromCategory(std::shared_ptr<clsCat> cSubCat, bool bMustBeOpener,
     }
     catch (...)
     {
-        world.report(ErrorReport::Critical, sNextCutFromCategoryTitle, CurrentError());
+        context.report(ErrorReport::Critical, sNextCutFromCategoryTitle, CurrentError());
         return {walk.Placeholder(eKindNothingSchedulable), walk.MovedCuts()};
     }
 }

@@ -26,7 +26,7 @@ enum class ErrorReport
 // Everything a selection is given besides the level it walks. It touches nothing else, so it runs as well on
 // a copy of a level with a clock of its own and without a log. What the references name must outlive the
 // call, also when other calls come in at a pump.
-struct SelectionWorld
+struct SelectionContext
 {
     const PlayHistory& cHistory;
     std::shared_ptr<const DataBase> cDataBase; // null when none is known
@@ -37,7 +37,7 @@ struct SelectionWorld
 };
 
 // The world of a scheduler on air: its clock and host loop, its debug log as the trace's sink, its boxes.
-SelectionWorld LiveWorld(ModScheduler& cMod, const PlayHistory& cHistory,
+SelectionContext LiveContext(ModScheduler& cMod, const PlayHistory& cHistory,
                          std::shared_ptr<const DataBase> cDataBase);
 
 // Which rule a candidate breaks, and by how much. An error while measuring is reported (shown once in a walk,
@@ -45,7 +45,7 @@ SelectionWorld LiveWorld(ModScheduler& cMod, const PlayHistory& cHistory,
 // that cannot be read breaks no rule, since a cut too soon is better than silence. Cut is set only when a
 // rule is broken.
 clsRuleViolation ViolatesRules(clsCat& cSubCat, const Candidate& candidate, Reference& reference,
-                               const SelectionWorld& world, bool& bShowErrors);
+                               const SelectionContext& context, bool& bShowErrors);
 
 // What a selection found.
 struct Pick
@@ -62,6 +62,6 @@ struct Pick
 // head again is passed over, which is no step. An error is reported and gives kind 11; the cut that caused it
 // does not stay at the head.
 Pick NextCutFromCategory(std::shared_ptr<clsCat> cSubCat, bool bMustBeOpener,
-                         const std::shared_ptr<Cut>& cPrevSchedCut, const SelectionWorld& world);
+                         const std::shared_ptr<Cut>& cPrevSchedCut, const SelectionContext& context);
 
 } // namespace ravlo

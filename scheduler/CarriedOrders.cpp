@@ -49,11 +49,11 @@ void CarryOrder(const clsCat& cFrom, clsCat& cTo)
 
 } // namespace
 
-void CarryNewerOrders(const Station& cStation, const CatCollection& colNew)
+void CarryNewerOrders(const SchedulerState& cState, const CatCollection& colNew)
 {
     for (const std::shared_ptr<clsCat>& cNew : colNew)
-        if (cStation.cHistoryFiles.IsNewerThanItsReading(*cNew))
-            if (const std::shared_ptr<clsCat> cOld = cStation.MainCat(cNew->CatName()))
+        if (cState.cHistoryFiles.IsNewerThanItsReading(*cNew))
+            if (const std::shared_ptr<clsCat> cOld = cState.MainCat(cNew->CatName()))
                 CarryOrder(*cOld, *cNew);
 }
 

@@ -11,6 +11,6 @@ namespace ravlo
 // not or could not be saved, and all of a category whose file could not be read in full. Level by level, cuts
 // that the present tree lacks come first, as those do that a file does not name. Levels that only the present
 // tree has are made; empty ones that it lacks are removed, since they were deleted here.
-void CarryNewerOrders(const Station& cStation, const CatCollection& colNew);
+void CarryNewerOrders(const SchedulerState& cState, const CatCollection& colNew);
 
 } // namespace ravlo

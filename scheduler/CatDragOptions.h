@@ -10,7 +10,7 @@ namespace ravlo
 enum eCatDragOptions : std::int32_t
 {
     eCancel = 0,            // nothing
-    eCopyHere = 1,          // they are filed here as well
+    eCopyHere = 1,          // they are placed here as well
     eMoveHere = 2,          // they leave the levels they were dragged from
     eMoveExclusiveHere = 3, // they leave every other level
 };

@@ -43,7 +43,7 @@ bool CategoryCreation::CreateMainCat(std::wstring& sName)
     for (;; bAsk = true)
     {
         if (bAsk)
-            sTyped = Trim(m_cStation.cMod.Input(sAskTitle, L"Type the name for the new category", sTyped)
+            sTyped = Trim(m_cState.cMod.Input(sAskTitle, L"Type the name for the new category", sTyped)
                               .value_or(L""));
         if (sTyped.empty())
             return false;
@@ -57,7 +57,7 @@ bool CategoryCreation::CreateMainCat(std::wstring& sName)
         Create(sReplaced);
         sName = sReplaced;
         if (bAsk && sReplaced != sTyped)
-            m_cStation.cMod.Box(BoxIcon::Information, BoxButtons::Ok, sAskTitle,
+            m_cState.cMod.Box(BoxIcon::Information, BoxButtons::Ok, sAskTitle,
                                 L"The category is named: " + sReplaced + sCrLf +
                                     L"A file of its name is kept, in which these characters cannot stand: " +
                                     Listed(*m_colIllegalChars));
@@ -72,12 +72,12 @@ std::optional<CategoryCreation::Refusal> CategoryCreation::RefusalOf(const std::
         return Refusal{L"Invalid Category Name", L"Category Names must not be numeric!" + sTryAgain};
     if (sTyped.size() > lMaxNameLength)
         return Refusal{L"Category Name Too Long! [max 50 chars]", L"Category Name too long!" + sTryAgain};
-    if (m_cStation.MainCat(sTyped) || m_cStation.MainCat(sReplaced))
+    if (m_cState.MainCat(sTyped) || m_cState.MainCat(sReplaced))
         return Refusal{L"Category " + sReplaced + L" Already Exists!",
                        L"There is already a category by this name!" + sTryAgain};
     // The list of categories is written in the code page: a name it would bring back as another would lose
     // its order at the next start.
-    if (EqualIgnoringCase(sReplaced, sAllAudio) || m_cStation.cCategoryList.AsSaved(sReplaced) != sReplaced ||
+    if (EqualIgnoringCase(sReplaced, sAllAudio) || m_cState.cCategoryList.AsSaved(sReplaced) != sReplaced ||
         !CanBeFile(sReplaced))
         return Refusal{L"Invalid Category Name",
                        L"Unable to create a category with the name: " + sTyped + sTryAgain};
@@ -100,14 +100,14 @@ bool CategoryCreation::CanBeFile(const std::wstring& sName) const
         return false;
     // Installed under a protected folder, the library cannot write beside itself; then the station's folder
     // tells as well.
-    const std::wstring sAppPath = m_cStation.cMod.AppPath();
-    return CanWriteIn(m_cStation.cMod.Outside().cFiles.LibraryFolder(), sName) ||
+    const std::wstring sAppPath = m_cState.cMod.AppPath();
+    return CanWriteIn(m_cState.cMod.Ports().cFiles.LibraryFolder(), sName) ||
            (!sAppPath.empty() && CanWriteIn(sAppPath + L"Scheduler", sName));
 }
 
 bool CategoryCreation::CanWriteIn(const std::wstring& sFolder, const std::wstring& sName) const
 {
-    Files& cFiles = m_cStation.cMod.Outside().cFiles;
+    Files& cFiles = m_cState.cMod.Ports().cFiles;
     const std::wstring sPath = sFolder + L"\\" + sName + L".tst";
     if (cFiles.FileExists(sPath))
         return true; // someone's file shows that the name can be one; it is not ours to overwrite
@@ -135,30 +135,30 @@ bool CategoryCreation::CanWriteIn(const std::wstring& sFolder, const std::wstrin
 
 bool CategoryCreation::TryAgain(const Refusal& refusal) const
 {
-    return m_cStation.cMod.Box(BoxIcon::Question, BoxButtons::YesNo, refusal.sTitle, refusal.sText) ==
+    return m_cState.cMod.Box(BoxIcon::Question, BoxButtons::YesNo, refusal.sTitle, refusal.sText) ==
            BoxAnswer::Yes;
 }
 
 void CategoryCreation::Create(const std::wstring& sName)
 {
-    if (!m_cStation.colMainCats)
+    if (!m_cState.colMainCats)
         throw RuntimeError(error::ObjectNotSet);
-    const auto cMainCat = std::make_shared<clsCat>(m_cStation.cMod, sName, 0);
-    if (!m_cStation.colMainCats->Add(TextKey(CategoryKey(sName, 0)), cMainCat))
+    const auto cMainCat = std::make_shared<clsCat>(m_cState.cMod, sName, 0);
+    if (!m_cState.colMainCats->Add(TextKey(CategoryKey(sName, 0)), cMainCat))
         throw RuntimeError(error::KeyAlreadyExists);
-    m_cStation.cCategoryList.Created(sName);
-    cMainCat->AddSubCat(std::make_shared<clsCat>(m_cStation.cMod, sName, 1));
-    m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.sAppPath);
-    if (m_cStation.Holds(cMainCat)) // an error's box has given the host the time to reload
-        m_cStation.cHistoryFiles.Save(cMainCat);
-    m_cStation.SaveOwed();
+    m_cState.cCategoryList.Created(sName);
+    cMainCat->AddSubCat(std::make_shared<clsCat>(m_cState.cMod, sName, 1));
+    m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.sAppPath);
+    if (m_cState.Contains(cMainCat)) // an error's box has given the host the time to reload
+        m_cState.cHistoryFiles.Save(cMainCat);
+    m_cState.SaveOwed();
 }
 
 // ---- levels ----
 
 bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
 {
-    ModScheduler& cMod = m_cStation.cMod;
+    ModScheduler& cMod = m_cState.cMod;
     if (!cMainCatIn)
     {
         cMod.Box(BoxIcon::None, BoxButtons::Ok, L"Impossible!",
@@ -169,7 +169,7 @@ bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
     std::wstring sTyped;
     while (true)
     {
-        if (!m_cStation.MainCat(sCatName))
+        if (!m_cState.MainCat(sCatName))
         {
             cMod.Box(BoxIcon::Critical, BoxButtons::Ok, L"Category Level Creation Aborted",
                      L"Unexpected! - cant find main cat: " + sCatName);
@@ -185,13 +185,13 @@ bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
         if (!lLevel)
             return false;
         // Looked up now: the question has given others the time to reload or delete it.
-        const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sCatName);
+        const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sCatName);
         if (!cMainCat)
             continue;
         if (cMainCat->AddSubCat(std::make_shared<clsCat>(cMod, cMainCat->CatName(), *lLevel)))
         {
-            m_cStation.cHistoryFiles.Save(cMainCat);
-            m_cStation.SaveOwed();
+            m_cState.cHistoryFiles.Save(cMainCat);
+            m_cState.SaveOwed();
             return true;
         }
         if (!TryAgain({L"Category Level Already Present!", L"There is already a category level " +
@@ -205,7 +205,7 @@ bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
 std::optional<std::int32_t> CategoryCreation::AskForLevel(const std::wstring& sCatName,
                                                           std::wstring& sTyped) const
 {
-    ModScheduler& cMod = m_cStation.cMod;
+    ModScheduler& cMod = m_cState.cMod;
     while (true)
     {
         sTyped = Trim(cMod.Input(L"Enter The New Category Level",

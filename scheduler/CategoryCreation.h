@@ -18,8 +18,8 @@ std::shared_ptr<NameCollection> IllegalChars();
 class CategoryCreation
 {
 public:
-    CategoryCreation(Station& cStation, std::shared_ptr<NameCollection> colIllegalChars) noexcept
-        : m_cStation(cStation), m_colIllegalChars(std::move(colIllegalChars))
+    CategoryCreation(SchedulerState& cState, std::shared_ptr<NameCollection> colIllegalChars) noexcept
+        : m_cState(cState), m_colIllegalChars(std::move(colIllegalChars))
     {
     }
 
@@ -49,7 +49,7 @@ private:
     // sTyped: what the field starts with, and what was typed.
     std::optional<std::int32_t> AskForLevel(const std::wstring& sCatName, std::wstring& sTyped) const;
 
-    Station& m_cStation;
+    SchedulerState& m_cState;
     std::shared_ptr<NameCollection> m_colIllegalChars;
 };
 

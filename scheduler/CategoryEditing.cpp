@@ -20,9 +20,9 @@ std::wstring NameOf(const clsCat& cCat)
 }
 
 // Whether a level is one of the tree's at present.
-bool Stands(const Station& cStation, const std::shared_ptr<clsCat>& cSubCat)
+bool Contains(const SchedulerState& cState, const std::shared_ptr<clsCat>& cSubCat)
 {
-    return cStation.Present(cSubCat) == cSubCat;
+    return cState.Present(cSubCat) == cSubCat;
 }
 
 // Moves what stands under the keys, in their order, in front of what stands at PosInto (from 1). False when
@@ -66,11 +66,11 @@ struct Chosen
 };
 
 // The tree's own of the given categories, in their order.
-Cats PresentOf(const Station& cStation, const Cats& colCats)
+Cats PresentOf(const SchedulerState& cState, const Cats& colCats)
 {
     Cats colPresent;
     for (const std::shared_ptr<clsCat>& cCat : colCats)
-        if (std::shared_ptr<clsCat> cPresent = cCat ? cStation.Present(cCat) : nullptr)
+        if (std::shared_ptr<clsCat> cPresent = cCat ? cState.Present(cCat) : nullptr)
             colPresent.push_back(std::move(cPresent));
     return colPresent;
 }
@@ -87,7 +87,7 @@ std::vector<Chosen> ChosenOf(const Cats& colPresent)
             found = colChosen.insert(colChosen.end(), {cMainCat, {}, false});
         if (cCat == cMainCat)
             found->bMainListed = true;
-        else if (!Lists(found->colLevels, cCat))
+        else if (!Contains(found->colLevels, cCat))
             found->colLevels.push_back(cCat);
     }
     return colChosen;
@@ -112,8 +112,8 @@ std::wstring ListCats(const Cats& colCats, std::size_t lMost)
 
 void CategoryEditing::ShuffleCategories(const Cats& colCats, bool bConfirmFirst)
 {
-    ModScheduler& cMod = m_cStation.cMod;
-    const Cats colPresent = PresentOf(m_cStation, colCats);
+    ModScheduler& cMod = m_cState.cMod;
+    const Cats colPresent = PresentOf(m_cState, colCats);
     if (colPresent.empty())
         return;
     if (bConfirmFirst &&
@@ -121,15 +121,15 @@ void CategoryEditing::ShuffleCategories(const Cats& colCats, bool bConfirmFirst)
                  L"Really shuffle these categories: " + ListCats(colPresent, lMostListed)) != BoxAnswer::Yes)
         return;
     AffectedCats cAffected;
-    cMod.Outside().cRandom.Randomize();
-    for (const Chosen& chosen : ChosenOf(PresentOf(m_cStation, colPresent))) // the host may have reloaded
+    cMod.Ports().cRandom.Randomize();
+    for (const Chosen& chosen : ChosenOf(PresentOf(m_cState, colPresent))) // the host may have reloaded
     {
         // A level whose main category is listed too is shuffled once, with it.
         for (const std::shared_ptr<clsCat>& cSubCat :
              chosen.bMainListed ? LevelsOf(*chosen.cMainCat) : chosen.colLevels)
         {
             const std::shared_ptr<CutCollection> colCuts = cSubCat->SchedCuts();
-            colCuts->Reorder(RandomOrder(cMod.Outside().cRandom, colCuts->Count()));
+            colCuts->Reorder(RandomOrder(cMod.Ports().cRandom, colCuts->Count()));
         }
         cAffected.Touch(chosen.cMainCat->CatName());
     }
@@ -140,33 +140,33 @@ void CategoryEditing::SaveShuffled(const AffectedCats& cAffected)
 {
     for (const std::wstring& sName : cAffected)
     {
-        const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName);
-        if (cMainCat && m_cStation.cHistoryFiles.Save(cMainCat, HistoryFiles::Manner::WithoutBox) ==
+        const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sName);
+        if (cMainCat && m_cState.cHistoryFiles.Save(cMainCat, HistoryFiles::Manner::WithoutBox) ==
                             HistoryFiles::Saved::Failed)
-            m_cStation.cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, sProgramTitle,
+            m_cState.cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, sProgramTitle,
                                 L"Failed to save cat history and ordering for: " + sName);
     }
-    m_cStation.SaveOwed();
+    m_cState.SaveOwed();
 }
 
 // ---- deleting ----
 
 bool CategoryEditing::DeleteCats(const Cats& colCats)
 {
-    const Cats colPresent = PresentOf(m_cStation, colCats);
+    const Cats colPresent = PresentOf(m_cState, colCats);
     bool bAll =
         std::ssize(colPresent) == std::ssize(colCats) - std::count(colCats.begin(), colCats.end(), nullptr);
     if (colPresent.empty() && !bAll)
         return false;
-    CutChanges cChanges(m_cStation, m_cSync, CutChanges::Origin::Own);
+    CutChanges cChanges(m_cState, m_cSync, CutChanges::Origin::Own);
     for (const Chosen& chosen : ChosenOf(colPresent))
         bAll = DeleteChosen(cChanges, chosen.cMainCat, chosen.colLevels, chosen.bMainListed) && bAll;
     CutChanges::Ending ending;
-    ending.afterSave = [this] { m_cStation.cEvents.ProgressDone(L"Categories Deleted."); };
+    ending.afterSave = [this] { m_cState.cEvents.ProgressDone(L"Categories Deleted."); };
     ending.show = [&](const RuntimeError& cError)
     {
         bAll = false;
-        m_cStation.cMod.ShowCriticalError(L"Error in DeleteCats [cSchedMan]", cError);
+        m_cState.cMod.ShowCriticalError(L"Error in DeleteCats [cSchedMan]", cError);
     };
     cChanges.Finish(ending);
     return bAll;
@@ -179,21 +179,21 @@ bool CategoryEditing::DeleteChosen(CutChanges& cChanges, const std::shared_ptr<c
     bool bGone = true;
     for (const std::shared_ptr<clsCat>& cSubCat : bWhole ? LevelsOf(*cMainCat) : colListed)
         bGone = DeleteLevel(cChanges, {cMainCat, cSubCat}) && bGone;
-    if (!m_cStation.Holds(cMainCat))
-        return !m_cStation.MainCat(cMainCat->CatName()); // the host has deleted or reloaded it meanwhile
+    if (!m_cState.Contains(cMainCat))
+        return !m_cState.MainCat(cMainCat->CatName()); // the host has deleted or reloaded it meanwhile
     cChanges.CallerSaves(cMainCat->CatName());
     if (!cMainCat->SubCats()->Empty())
-        return m_cStation.cHistoryFiles.Save(cMainCat) == HistoryFiles::Saved::Yes && bGone && !bWhole;
+        return m_cState.cHistoryFiles.Save(cMainCat) == HistoryFiles::Saved::Yes && bGone && !bWhole;
     // Saving writes nothing when there is no record, and the old file would bring the levels back.
     return bMainListed ? DeleteMainCat(cChanges, cMainCat) : DeleteFile(cMainCat->CatName());
 }
 
-bool CategoryEditing::DeleteLevel(CutChanges& cChanges, const Station::Place& place)
+bool CategoryEditing::DeleteLevel(CutChanges& cChanges, const SchedulerState::Place& place)
 {
     const std::wstring sName = NameOf(*place.cSubCat);
-    m_cStation.cEvents.ProgressStart(L"Deleting Category: " + sName, place.cSubCat->TotalCuts());
+    m_cState.cEvents.ProgressStart(L"Deleting Category: " + sName, place.cSubCat->TotalCuts());
     EmptyLevel(cChanges, place);
-    if (!Stands(m_cStation, place.cSubCat))
+    if (!Contains(m_cState, place.cSubCat))
         return true; // the host has deleted or reloaded it meanwhile
     if (place.cSubCat->TotalCuts() != 0)
         return false;
@@ -206,25 +206,25 @@ bool CategoryEditing::DeleteLevel(CutChanges& cChanges, const Station::Place& pl
     {
         // The level is gone; a main category's run-time total is told only through its average, which is
         // taken anew.
-        m_cStation.cMod.LogError(L"RemoveSubCat", cError);
+        m_cState.cMod.LogError(L"RemoveSubCat", cError);
     }
-    m_cStation.cEvents.ProgressDone(L"Deleted " + sName);
+    m_cState.cEvents.ProgressDone(L"Deleted " + sName);
     return true;
 }
 
 // Takes the cuts that stand in a level out of it, as long as the level is one of the tree's.
-void CategoryEditing::EmptyLevel(CutChanges& cChanges, const Station::Place& place)
+void CategoryEditing::EmptyLevel(CutChanges& cChanges, const SchedulerState::Place& place)
 {
     const Cuts colCuts(place.cSubCat->SchedCuts()->begin(), place.cSubCat->SchedCuts()->end());
     CutChanges::Rhythm rhythm;
     rhythm.lCuts = lCutsPerReport;
     rhythm.tell = [&](std::size_t lDone)
     {
-        m_cStation.cEvents.Progress(L"Removed " + CountText(lDone) + L" from: " + NameOf(*place.cSubCat),
+        m_cState.cEvents.Progress(L"Removed " + CountText(lDone) + L" from: " + NameOf(*place.cSubCat),
                                     static_cast<std::int64_t>(lDone), std::ssize(colCuts));
     };
-    rhythm.goOn = [&] { return Stands(m_cStation, place.cSubCat); };
-    rhythm.mayLeave = [&](const Station::Place& left) { return left.cSubCat == place.cSubCat; };
+    rhythm.goOn = [&] { return Contains(m_cState, place.cSubCat); };
+    rhythm.mayLeave = [&](const SchedulerState::Place& left) { return left.cSubCat == place.cSubCat; };
     cChanges.Run(
         colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { cChanges.TakeOut(cCut, place); },
         rhythm);
@@ -233,19 +233,19 @@ void CategoryEditing::EmptyLevel(CutChanges& cChanges, const Station::Place& pla
 bool CategoryEditing::DeleteMainCat(CutChanges& cChanges, const std::shared_ptr<clsCat>& cMainCat)
 {
     cChanges.Deleting(*cMainCat);
-    m_cStation.colMainCats->Remove(CategoryKey(cMainCat->CatName(), 0));
-    m_cStation.cCategoryList.Deleted(cMainCat->CatName());
+    m_cState.colMainCats->Remove(CategoryKey(cMainCat->CatName(), 0));
+    m_cState.cCategoryList.Deleted(cMainCat->CatName());
     const bool bFileGone = DeleteFile(cMainCat->CatName());
-    return m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.sAppPath) &&
+    return m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.sAppPath) &&
            bFileGone;
 }
 
 bool CategoryEditing::DeleteFile(const std::wstring& sCatName)
 {
-    return TrapCritical(m_cStation.cMod, L"Error in DeleteCats [cSchedMan]", false,
+    return TrapCritical(m_cState.cMod, L"Error in DeleteCats [cSchedMan]", false,
                         [&]
                         {
-                            m_cStation.cHistoryFiles.DeleteFile(sCatName);
+                            m_cState.cHistoryFiles.DeleteFile(sCatName);
                             return true;
                         });
 }
@@ -261,14 +261,14 @@ void CategoryEditing::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, co
     for (const std::shared_ptr<Cut>& cCut : colCutsInsert)
         if (cCut)
             colKeys.push_back(cCut->Key());
-    const std::shared_ptr<clsCat> cSubCat = m_cStation.Present(cCat);
+    const std::shared_ptr<clsCat> cSubCat = m_cState.Present(cCat);
     if (!cSubCat)
         throw RuntimeError(error::InvalidProcedureCall,
                            L"The category to move cuts in does not exist any more");
     if (!MoveInFrontOf(*cSubCat->SchedCuts(), colKeys, PosInto))
         return;
-    m_cStation.cHistoryFiles.Save(cSubCat->MainCat());
-    m_cStation.SaveOwed();
+    m_cState.cHistoryFiles.Save(cSubCat->MainCat());
+    m_cState.SaveOwed();
 }
 
 } // namespace ravlo

@@ -27,7 +27,7 @@ inline constexpr std::size_t lMostListed = 30;
 class CategoryEditing
 {
 public:
-    CategoryEditing(Station& cStation, Synchronisation& cSync) noexcept : m_cStation(cStation), m_cSync(cSync)
+    CategoryEditing(SchedulerState& cState, Synchronisation& cSync) noexcept : m_cState(cState), m_cSync(cSync)
     {
     }
 
@@ -39,7 +39,7 @@ public:
     // Deletes levels and main categories. A main category listed alone goes with all its levels; one listed
     // together with some of its levels goes only when no level is left. The cuts leave the deleted levels; a
     // category's file goes when it has no level any more. A level that a cut could not be taken out of, or
-    // that others have filed cuts into meanwhile, stays. False when something could not be deleted or does
+    // that others have placed cuts into meanwhile, stays. False when something could not be deleted or does
     // not exist any more.
     bool DeleteCats(const Cats& colCats);
 
@@ -52,13 +52,13 @@ public:
 private:
     bool DeleteChosen(CutChanges& cChanges, const std::shared_ptr<clsCat>& cMainCat, const Cats& colListed,
                       bool bMainListed);
-    bool DeleteLevel(CutChanges& cChanges, const Station::Place& place);
-    void EmptyLevel(CutChanges& cChanges, const Station::Place& place);
+    bool DeleteLevel(CutChanges& cChanges, const SchedulerState::Place& place);
+    void EmptyLevel(CutChanges& cChanges, const SchedulerState::Place& place);
     bool DeleteMainCat(CutChanges& cChanges, const std::shared_ptr<clsCat>& cMainCat);
     bool DeleteFile(const std::wstring& sCatName);
     void SaveShuffled(const AffectedCats& cAffected);
 
-    Station& m_cStation;
+    SchedulerState& m_cState;
     Synchronisation& m_cSync;
 };
 

@@ -64,7 +64,7 @@ std::shared_ptr<NameCollection> CategoryList::ReadForTree(const std::wstring& sA
 CategoryList::List CategoryList::Parse(const std::string& bytes) const
 {
     List list;
-    const std::wstring sText = m_cMod.Outside().cCodePage.Decode(bytes);
+    const std::wstring sText = m_cMod.Ports().cCodePage.Decode(bytes);
     if (sText.find(sCrLf) == std::wstring::npos) // the list always begins with a line break
     {
         list.bWhole = sText.empty();
@@ -153,7 +153,7 @@ CategoryList::OwnNames CategoryList::OwnNamesOf(const CatCollection& colMainCats
             continue;
         }
         own.bytes += "\r\n";
-        own.bytes += m_cMod.Outside().cCodePage.Encode(sName);
+        own.bytes += m_cMod.Ports().cCodePage.Encode(sName);
     }
     return own;
 }
@@ -185,7 +185,7 @@ std::string CategoryList::MergeOthers(const CatCollection& colMainCats, Version&
         cLast.colRemoved.erase(sFolded);
         if (colPresent.insert(sFolded).second && cLast.own.colNames.count(sFolded) == 0 &&
             colOwn.count(sFolded) == 0 && cLast.colDeleted.count(sFolded) == 0)
-            added += "\r\n" + m_cMod.Outside().cCodePage.Encode(sName);
+            added += "\r\n" + m_cMod.Ports().cCodePage.Encode(sName);
     }
     if (list.bWhole)
         for (const std::wstring& sName : cLast.own.colNames)
@@ -207,7 +207,7 @@ std::wstring CategoryList::Folded(const std::wstring& sCatName) const { return F
 
 std::wstring CategoryList::AsSaved(const std::wstring& sCatName) const
 {
-    const CodePage& cCodePage = m_cMod.Outside().cCodePage;
+    const CodePage& cCodePage = m_cMod.Ports().cCodePage;
     return Trim(cCodePage.Decode(cCodePage.Encode(sCatName)));
 }
 

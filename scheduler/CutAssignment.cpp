@@ -40,16 +40,16 @@ void SetBoth(Cut& cCut, std::int32_t lCatLevel, const std::wstring& sCategoryTex
 
 } // namespace
 
-void AssignCut(Station& cStation, Synchronisation& cSync, const std::shared_ptr<Cut>& cCut,
+void AssignCut(SchedulerState& cState, Synchronisation& cSync, const std::shared_ptr<Cut>& cCut,
                std::int32_t lCatLevel, const std::vector<std::wstring>& colCatNames)
 {
     const std::wstring sCategoryText = Joined(colCatNames);
-    const std::shared_ptr<DataBase> cDataBase = cStation.cDataBase;
+    const std::shared_ptr<DataBase> cDataBase = cState.cDataBase;
     if (!cDataBase || !cDataBase->CutByKey(cCut->Key()))
         return SetBoth(*cCut, lCatLevel, sCategoryText);
-    CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+    CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
     CutChanges::Rhythm rhythm;
-    rhythm.mayLeave = [&](const Station::Place& place)
+    rhythm.mayLeave = [&](const SchedulerState::Place& place)
     {
         return place.cSubCat->CatLevel() != lCatLevel ||
                std::none_of(colCatNames.begin(), colCatNames.end(),
@@ -78,7 +78,7 @@ void AssignCut(Station& cStation, Synchronisation& cSync, const std::shared_ptr<
         return;
     if (record.colCuts.empty())
         throw RuntimeError(*cFailure);
-    cStation.cMod.ShowCriticalError(L"Error in ShowCatUI [cSchedMan]", *cFailure); // yet it is assigned
+    cState.cMod.ShowCriticalError(L"Error in ShowCatUI [cSchedMan]", *cFailure); // yet it is assigned
 }
 
 } // namespace ravlo

@@ -7,8 +7,8 @@
 namespace ravlo
 {
 
-CutChanges::CutChanges(Station& cStation, Synchronisation& cSync, Origin eOrigin)
-    : m_cStation(cStation), m_cHold(cSync), m_eOrigin(eOrigin), m_cFiling(cStation.cMod)
+CutChanges::CutChanges(SchedulerState& cState, Synchronisation& cSync, Origin eOrigin)
+    : m_cState(cState), m_cHold(cSync), m_eOrigin(eOrigin), m_cPlacement(cState.cMod)
 {
 }
 
@@ -20,12 +20,12 @@ CutChanges::~CutChanges()
     TakeBack({});
     try
     {
-        m_cFiling.RecalcTouched();
+        m_cPlacement.RecalcTouched();
         SaveAffected(HistoryFiles::Manner::Quiet);
     }
     catch (...)
     {
-        m_cStation.cMod.LogError(L"CutChanges", CurrentError());
+        m_cState.cMod.LogError(L"CutChanges", CurrentError());
     }
 }
 
@@ -57,7 +57,7 @@ std::size_t CutChanges::Run(const Cuts& colCuts, const Change& change, const Rhy
         Tell(rhythm, lDone);
     }
     Commit();
-    m_cFiling.RecalcTouched();
+    m_cPlacement.RecalcTouched();
     return lDone;
 }
 
@@ -70,19 +70,19 @@ void CutChanges::RunOne(const std::shared_ptr<Cut>& cCut, const Change& change, 
 void CutChanges::Failed(const Cut& cCut)
 {
     if (m_bCounts)
-        m_cFiling.Failed(cCut);
+        m_cPlacement.Failed(cCut);
     else
-        m_cFiling.Failed();
+        m_cPlacement.Failed();
 }
 
 void CutChanges::Tell(const Rhythm& rhythm, std::size_t lDone)
 {
     Commit();
     if (rhythm.lPauseMs != 0)
-        m_cStation.cMod.Sleep(rhythm.lPauseMs);
+        m_cState.cMod.Sleep(rhythm.lPauseMs);
     rhythm.tell(lDone);
     if (rhythm.bPump)
-        m_cStation.cMod.Pump();
+        m_cState.cMod.Pump();
     Begin();
 }
 
@@ -92,12 +92,12 @@ void CutChanges::Begin() noexcept
         return;
     try
     {
-        if (const std::shared_ptr<DataBase> cDataBase = m_cStation.cDataBase)
+        if (const std::shared_ptr<DataBase> cDataBase = m_cState.cDataBase)
             m_cBatch = cDataBase->BeginBatch();
     }
     catch (...)
     {
-        m_cFiling.Failed(); // each change stands for itself then
+        m_cPlacement.Failed(); // each change stands for itself then
     }
 }
 
@@ -110,7 +110,7 @@ void CutChanges::Commit() noexcept
     }
     catch (...)
     {
-        m_cFiling.Failed();
+        m_cPlacement.Failed();
         TakeBack({});
     }
     try
@@ -119,7 +119,7 @@ void CutChanges::Commit() noexcept
     }
     catch (...)
     {
-        m_cFiling.Failed(); // what was done stays done, though it cannot all be recorded
+        m_cPlacement.Failed(); // what was done stays done, though it cannot all be recorded
     }
 }
 
@@ -139,7 +139,7 @@ void CutChanges::KeepStep()
 ChangeRecord CutChanges::Finish(const Ending& ending)
 {
     Commit();
-    m_cFiling.RecalcTouched();
+    m_cPlacement.RecalcTouched();
     m_bFinished = true;
     if (ending.beforeSave)
         ending.beforeSave(m_cAffected.Count());
@@ -149,7 +149,7 @@ ChangeRecord CutChanges::Finish(const Ending& ending)
         EndGuards();
     const auto IsMain = [](const ChangeRecord::Category& category) { return category.lLevel == 0; };
     if (ending.eSave && std::any_of(m_record.colMade.begin(), m_record.colMade.end(), IsMain))
-        m_cStation.cCategoryList.SaveCatNames(m_cStation.colMainCats.get(), m_cStation.sAppPath);
+        m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.sAppPath);
     std::exception_ptr cFailure;
     try
     {
@@ -160,7 +160,7 @@ ChangeRecord CutChanges::Finish(const Ending& ending)
     {
         cFailure = std::current_exception();
     }
-    m_cFiling.Report(ending.show);
+    m_cPlacement.Report(ending.show);
     if (cFailure)
         std::rethrow_exception(cFailure);
     return std::move(m_record);
@@ -177,8 +177,8 @@ void CutChanges::Guard(const std::shared_ptr<clsCat>& cMainCat)
     for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
         colLevels.push_back(cSubCat->CatLevel());
     m_colGuards.Add(TextKey(sName), std::make_unique<HistoryFiles::EmptyingLevels>(
-                                        m_cStation.cHistoryFiles, sName, std::move(colLevels)));
-    m_cStation.cHistoryFiles.Save(cMainCat, HistoryFiles::Manner::Quiet);
+                                        m_cState.cHistoryFiles, sName, std::move(colLevels)));
+    m_cState.cHistoryFiles.Save(cMainCat, HistoryFiles::Manner::Quiet);
 }
 
 void CutChanges::GuardAffected()
@@ -186,14 +186,14 @@ void CutChanges::GuardAffected()
     if (!IsOwn())
         return;
     for (const std::wstring& sName : m_cAffected)
-        if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName))
+        if (const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sName))
             Guard(cMainCat);
 }
 
 // A level may be empty after the step when it holds no other cuts than those of the step.
 void CutChanges::GuardEmptying(std::span<const std::shared_ptr<Cut>> colStep, const Rhythm& rhythm)
 {
-    const std::shared_ptr<CatCollection> colMainCats = m_cStation.colMainCats;
+    const std::shared_ptr<CatCollection> colMainCats = m_cState.colMainCats;
     if (!IsOwn() || !colMainCats)
         return;
     OrderedKeyedCollection<char> colKeys;
@@ -241,23 +241,23 @@ void CutChanges::EndGuards()
         colGuarded.push_back(*m_colGuards.KeyAt(lAt));
     m_colGuards.Clear();
     for (const TextKey& cName : colGuarded)
-        if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(cName.Text());
+        if (const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(cName.Text());
             cMainCat && !m_cAffected.Contains(cName.Text()))
-            m_cStation.cHistoryFiles.SaveQuietly(cMainCat);
+            m_cState.cHistoryFiles.SaveQuietly(cMainCat);
 }
 
 void CutChanges::SaveAffected(HistoryFiles::Manner eManner)
 {
     EndGuards();
     for (const std::wstring& sName : AffectedCats(std::move(m_cAffected)))
-        if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName))
+        if (const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sName))
         {
             if (eManner == HistoryFiles::Manner::Quiet)
-                m_cStation.cHistoryFiles.SaveQuietly(cMainCat);
+                m_cState.cHistoryFiles.SaveQuietly(cMainCat);
             else
-                m_cStation.cHistoryFiles.Save(cMainCat, eManner);
+                m_cState.cHistoryFiles.Save(cMainCat, eManner);
         }
-    m_cStation.SaveOwed();
+    m_cState.SaveOwed();
 }
 
 // ---- one cut ----
@@ -267,7 +267,7 @@ void CutChanges::Try(const std::shared_ptr<Cut>& cGiven, const Change& change, s
     try
     {
         if (IsOwn())
-            TryOwn(m_cStation.OwnOf(cGiven), change, lAt);
+            TryOwn(m_cState.OwnOf(cGiven), change, lAt);
         else
             change(cGiven, lAt);
     }
@@ -283,11 +283,11 @@ void CutChanges::TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, 
     const TextKey cKey = cCut->Key();
     m_colChanged.push_back({cCut,
                             {cKey, cCut->CatLevel(), cCut->CategoryText()},
-                            m_cStation.cFiledCuts.Recall(cKey),
-                            m_cStation.lPopulations});
+                            m_cState.cPlacedCuts.Recall(cKey),
+                            m_cState.lPopulations});
     try
     {
-        const FiledCuts::OwnChange cOwnChange(m_cStation.cFiledCuts, *cCut);
+        const PlacedCuts::OwnChange cOwnChange(m_cState.cPlacedCuts, *cCut);
         change(cCut, lAt);
     }
     catch (...)
@@ -326,7 +326,7 @@ void CutChanges::TakeBack(const Mark& mark) noexcept
         }
         catch (...)
         {
-            m_cFiling.Failed();
+            m_cPlacement.Failed();
         }
     }
     m_colMade.erase(m_colMade.begin() + static_cast<std::ptrdiff_t>(mark.lMade), m_colMade.end());
@@ -343,7 +343,7 @@ void CutChanges::TakeBack(const Mark& mark) noexcept
 void CutChanges::PutBack(const Changed& changed) noexcept
 {
     const std::shared_ptr<Cut>& cCut = changed.cCut;
-    bool bWhole = changed.lPopulation == m_cStation.lPopulations; // else it stands in another tree
+    bool bWhole = changed.lPopulation == m_cState.lPopulations; // else it stands in another tree
     const auto Attempt = [&](auto&& body)
     {
         try
@@ -369,10 +369,10 @@ void CutChanges::PutBack(const Changed& changed) noexcept
                 cCut->SetCatLevel(changed.before.lCatLevel);
         });
     if (bWhole)
-        Attempt([&] { m_cStation.cFiledCuts.Restore(changed.before.cKey, changed.filed); });
+        Attempt([&] { m_cState.cPlacedCuts.Restore(changed.before.cKey, changed.filed); });
     if (bWhole)
         return;
-    m_cStation.cFiledCuts.Forget(changed.before.cKey);
+    m_cState.cPlacedCuts.Forget(changed.before.cKey);
     Attempt([&] { ModifyCut(cCut); });
 }
 

@@ -48,7 +48,7 @@ public:
         Own,
         DataBase,
     };
-    CutChanges(Station& cStation, Synchronisation& cSync, Origin eOrigin);
+    CutChanges(SchedulerState& cState, Synchronisation& cSync, Origin eOrigin);
     ~CutChanges();
     CutChanges(const CutChanges&) = delete;
     CutChanges& operator=(const CutChanges&) = delete;
@@ -63,7 +63,7 @@ public:
         bool bPump = true;
         std::function<bool()> goOn; // asked before each cut; empty: always
         // Whether cuts may leave the level, when orders are saved afterwards; empty: they leave none.
-        std::function<bool(const Station::Place& place)> mayLeave;
+        std::function<bool(const SchedulerState::Place& place)> mayLeave;
     };
     using Change = std::function<void(const std::shared_ptr<Cut>& cCut, std::size_t lAt)>;
     // Changes each cut, which change receives with its position in colCuts, and commits. Null is passed over.
@@ -75,13 +75,13 @@ public:
 
     // ---- what a change is made of
 
-    // Files a cut into a level, or into a main category's level of the cut's own number, which is made when
-    // missing and goes again when the filing fails. True when the cut has joined; else it stood there
+    // Places a cut into a level, or into a main category's level of the cut's own number, which is made when
+    // missing and goes again when the placement fails. True when the cut has joined; else it stood there
     // already, or its number is no level's, which is shown.
-    bool File(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cInto);
+    bool Place(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cInto);
     // As File, but a cut that stands there already comes to stand last.
-    void FileLast(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat);
-    // Files a cut into the main category of that name, which is touched when the cut stands there afterwards.
+    void PlaceLast(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat);
+    // Places a cut into the main category of that name, which is touched when the cut stands there afterwards.
     // A name that is not in the tree is refused with a box.
     void AddCutToCategory(const std::shared_ptr<Cut>& cCut, const std::wstring& sCatName);
     // As AddCutToCategory for each of the cut's names, making the main categories that are missing. Nothing
@@ -90,11 +90,11 @@ public:
     // Shows that one of the cut's category names has no characters.
     void RefuseEmptyName(const Cut& cCut);
     // Removes a cut's entry from a level, which is touched, and leaves its category names alone.
-    void Leave(const Station::Place& place, const TextKey& cKey);
+    void Leave(const SchedulerState::Place& place, const TextKey& cKey);
     // Takes a cut out of one level, category name included, and touches it; the name stays while another
     // level of the same main category holds the cut. False when the level did not hold it.
-    bool TakeOut(const std::shared_ptr<Cut>& cCut, const Station::Place& place);
-    // Brings the tree in line with a cut whose names or level are not those it was filed under, or which does
+    bool TakeOut(const std::shared_ptr<Cut>& cCut, const SchedulerState::Place& place);
+    // Brings the tree in line with a cut whose names or level are not those it was placed under, or which does
     // not stand where they say. Nothing happens before the first population.
     void ModifyCut(const std::shared_ptr<Cut>& cCut);
     // The main category of that name, which is made when missing.
@@ -108,7 +108,7 @@ public:
     // The caller is about to remove this category, which holds no cuts, from the tree.
     void Deleting(const clsCat& cCat);
     // Gathers what goes wrong.
-    Filing& Problems() noexcept { return m_cFiling; }
+    Placement& Problems() noexcept { return m_cPlacement; }
 
     // ---- the end
 
@@ -130,7 +130,7 @@ private:
     {
         std::shared_ptr<Cut> cCut;
         ChangeRecord::Cut before;
-        std::optional<FiledCuts::Entry> filed;
+        std::optional<PlacedCuts::Entry> filed;
         std::uint64_t lPopulation;
     };
     struct Mark // a point of the open step
@@ -162,15 +162,15 @@ private:
     void WillReturn(const std::shared_ptr<clsCat>& cSubCat, const TextKey& cKey, std::size_t lPosition);
     void RecordOrder(const std::shared_ptr<clsCat>& cSubCat);
     std::shared_ptr<clsCat> EnsureLevel(const std::shared_ptr<clsCat>& cMainCat, std::int32_t lLevel);
-    void FileAsNamed(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat);
-    bool StandsWhereAssigned(const Cut& cCut) const;
+    void PlaceAsNamed(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat);
+    bool IsPlacedAsAssigned(const Cut& cCut) const;
     void EndGuards();
     void SaveAffected(HistoryFiles::Manner eManner);
 
-    Station& m_cStation;
+    SchedulerState& m_cState;
     const Synchronisation::Hold m_cHold;
     const Origin m_eOrigin;
-    Filing m_cFiling;
+    Placement m_cPlacement;
     AffectedCats m_cAffected; // by the steps before
     bool m_bCounts = true;    // the cuts that failed
     bool m_bFinished = false;

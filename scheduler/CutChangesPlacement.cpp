@@ -20,14 +20,14 @@ bool Contains(const std::vector<std::wstring>& colNames, const std::wstring& sNa
 }
 
 // Whether a main category's level of that number holds the cut.
-bool StandsIn(const clsCat& cMainCat, std::int32_t lLevel, const TextKey& cKey)
+bool Contains(const clsCat& cMainCat, std::int32_t lLevel, const TextKey& cKey)
 {
     const std::shared_ptr<clsCat> cSubCat = cMainCat.SubCat(lLevel);
     return cSubCat && cSubCat->SchedCuts()->Exists(cKey);
 }
 
 // Whether another level of the main category holds the cut as well.
-bool StandsElsewhere(const Station::Place& place, const TextKey& cKey)
+bool IsPlacedElsewhere(const SchedulerState::Place& place, const TextKey& cKey)
 {
     const CatCollection& colSubCats = *place.cMainCat->SubCats();
     return std::any_of(colSubCats.begin(), colSubCats.end(),
@@ -35,7 +35,7 @@ bool StandsElsewhere(const Station::Place& place, const TextKey& cKey)
                        { return cOther != place.cSubCat && cOther->SchedCuts()->Exists(cKey); });
 }
 
-// For a box. What a box says decides nothing: a cut whose texts cannot be read may be filed all the same.
+// For a box. What a box says decides nothing: a cut whose texts cannot be read may be placed all the same.
 std::wstring ArtistAndTitle(const Cut& cCut)
 {
     try
@@ -70,9 +70,9 @@ void Move(CutCollection& colCuts, std::size_t lFrom, std::size_t lTo)
 
 } // namespace
 
-// ---- filing ----
+// ---- placement ----
 
-bool CutChanges::File(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cInto)
+bool CutChanges::Place(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cInto)
 {
     const std::int32_t lLevel = cCut->CatLevel();
     const bool bMain = cInto->CatLevel() == 0;
@@ -90,11 +90,11 @@ bool CutChanges::File(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<cl
                 [this, cSubCat, cKey]
                 {
                     if (cSubCat->SchedCuts()->Remove(cKey))
-                        m_cFiling.Touch(cSubCat);
+                        m_cPlacement.Touch(cSubCat);
                 });
         }
         bool bCreated = false;
-        return m_cFiling.File(cCut, *cInto, bCreated);
+        return m_cPlacement.Place(cCut, *cInto, bCreated);
     }
     catch (...)
     {
@@ -108,7 +108,7 @@ std::shared_ptr<clsCat> CutChanges::EnsureLevel(const std::shared_ptr<clsCat>& c
 {
     if (const std::shared_ptr<clsCat> cSubCat = cMainCat->SubCat(lLevel))
         return cSubCat;
-    const auto cMade = std::make_shared<clsCat>(m_cStation.cMod, cMainCat->CatName(), lLevel);
+    const auto cMade = std::make_shared<clsCat>(m_cState.cMod, cMainCat->CatName(), lLevel);
     WillUndo([cMainCat, cMade] { RemoveIfEmpty(*cMainCat, cMade); });
     if (!cMainCat->AddSubCat(cMade))
         return nullptr;
@@ -118,7 +118,7 @@ std::shared_ptr<clsCat> CutChanges::EnsureLevel(const std::shared_ptr<clsCat>& c
     return cMade;
 }
 
-void CutChanges::FileLast(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat)
+void CutChanges::PlaceLast(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat)
 {
     const TextKey cKey = cCut->Key();
     const std::shared_ptr<clsCat> cSubCat = cMainCat->SubCat(cCut->CatLevel());
@@ -126,7 +126,7 @@ void CutChanges::FileLast(const std::shared_ptr<Cut>& cCut, const std::shared_pt
     const std::optional<std::size_t> lBefore = colCuts ? colCuts->PositionOf(cKey) : std::nullopt;
     if (!lBefore)
     {
-        File(cCut, cMainCat);
+        Place(cCut, cMainCat);
         return;
     }
     RecordOrder(cSubCat);
@@ -139,15 +139,15 @@ void CutChanges::FileLast(const std::shared_ptr<Cut>& cCut, const std::shared_pt
     colCuts->MoveToEnd(*lBefore);
 }
 
-void CutChanges::FileAsNamed(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat)
+void CutChanges::PlaceAsNamed(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat)
 {
-    if (File(cCut, cMainCat) || StandsIn(*cMainCat, cCut->CatLevel(), cCut->Key()))
+    if (Place(cCut, cMainCat) || Contains(*cMainCat, cCut->CatLevel(), cCut->Key()))
         Touch(cMainCat->CatName());
 }
 
 std::shared_ptr<clsCat> CutChanges::Ensure(const NameLists::Name& name)
 {
-    const std::shared_ptr<CatCollection> colMainCats = m_cStation.colMainCats;
+    const std::shared_ptr<CatCollection> colMainCats = m_cState.colMainCats;
     if (const std::shared_ptr<clsCat>* cFound = colMainCats->Find(name.cKey))
         return *cFound;
     WillUndo(
@@ -159,37 +159,37 @@ std::shared_ptr<clsCat> CutChanges::Ensure(const NameLists::Name& name)
         });
     if (IsOwn())
         m_colMade.push_back({name.sName, 0});
-    return EnsureMainCat(m_cStation.cMod, *colMainCats, name);
+    return EnsureMainCat(m_cState.cMod, *colMainCats, name);
 }
 
 void CutChanges::AddCutToCategory(const std::shared_ptr<Cut>& cCut, const std::wstring& sCatName)
 {
-    if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sCatName))
-        FileAsNamed(cCut, cMainCat);
+    if (const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sCatName))
+        PlaceAsNamed(cCut, cMainCat);
     else
-        m_cStation.cMod.Box(BoxIcon::Critical, BoxButtons::Ok, sProgramTitle,
+        m_cState.cMod.Box(BoxIcon::Critical, BoxButtons::Ok, sProgramTitle,
                             L"In addcuttocategory, main cat was specified, but doesnt exist!");
 }
 
 void CutChanges::AddCutToCategories(const std::shared_ptr<Cut>& cCut, const NameLists::Names& names)
 {
-    if (!m_cStation.colMainCats)
+    if (!m_cState.colMainCats)
         return;
     if (names.bEmptyName)
         RefuseEmptyName(*cCut);
     for (const NameLists::Name& name : names.colNames)
-        FileAsNamed(cCut, Ensure(name));
+        PlaceAsNamed(cCut, Ensure(name));
 }
 
 void CutChanges::RefuseEmptyName(const Cut& cCut)
 {
-    m_cFiling.EmptyName(BoxIcon::None,
+    m_cPlacement.EmptyName(BoxIcon::None,
                         std::wstring(L"Zero-length cat names are illegal!") + sCrLf + ArtistAndTitle(cCut));
 }
 
 // ---- leaving ----
 
-void CutChanges::Leave(const Station::Place& place, const TextKey& cKey)
+void CutChanges::Leave(const SchedulerState::Place& place, const TextKey& cKey)
 {
     const std::shared_ptr<CutCollection> colCuts = place.cSubCat->SchedCuts();
     if (const std::optional<std::size_t> lPosition = colCuts->PositionOf(cKey))
@@ -197,28 +197,28 @@ void CutChanges::Leave(const Station::Place& place, const TextKey& cKey)
         WillReturn(place.cSubCat, cKey, *lPosition);
         colCuts->Remove(cKey);
     }
-    m_cFiling.Touch(place.cSubCat);
+    m_cPlacement.Touch(place.cSubCat);
     Touch(place.cMainCat->CatName());
 }
 
-bool CutChanges::TakeOut(const std::shared_ptr<Cut>& cCut, const Station::Place& place)
+bool CutChanges::TakeOut(const std::shared_ptr<Cut>& cCut, const SchedulerState::Place& place)
 {
     const std::shared_ptr<CutCollection> colCuts = place.cSubCat->SchedCuts();
     const TextKey cKey = cCut->Key();
-    if (colCuts->Exists(cKey) && StandsElsewhere(place, cKey))
+    if (colCuts->Exists(cKey) && IsPlacedElsewhere(place, cKey))
     {
         Leave(place, cKey);
         return true;
     }
-    const TextKey cFiledKey = colCuts->Exists(cKey) ? cKey : TextKey(cCut->SecondaryKey());
-    if (const std::optional<std::size_t> lPosition = colCuts->PositionOf(cFiledKey))
-        WillReturn(place.cSubCat, cFiledKey, *lPosition);
+    const TextKey cPlacedKey = colCuts->Exists(cKey) ? cKey : TextKey(cCut->SecondaryKey());
+    if (const std::optional<std::size_t> lPosition = colCuts->PositionOf(cPlacedKey))
+        WillReturn(place.cSubCat, cPlacedKey, *lPosition);
     if (!place.cSubCat->RemoveCut(cCut))
         return false;
     // A cut that no longer carried the name took no run time with it.
-    m_cFiling.Touch(place.cSubCat);
+    m_cPlacement.Touch(place.cSubCat);
     Touch(place.cMainCat->CatName());
-    if (StandsElsewhere(place, cKey)) // it was found under its secondary key
+    if (IsPlacedElsewhere(place, cKey)) // it was found under its secondary key
         cCut->AddCategoryName(place.cMainCat->CatName());
     return true;
 }
@@ -228,11 +228,11 @@ void CutChanges::WillReturn(const std::shared_ptr<clsCat>& cSubCat, const TextKe
 {
     RecordOrder(cSubCat);
     WillUndo(
-        [this, cSubCat, cKey, lPosition, cFiled = cSubCat->SchedCuts()->At(lPosition)]
+        [this, cSubCat, cKey, lPosition, cPlaced = cSubCat->SchedCuts()->At(lPosition)]
         {
             CutCollection& colCuts = *cSubCat->SchedCuts();
-            if (colCuts.Insert(std::min(lPosition, colCuts.Count()), &cKey, cFiled))
-                m_cFiling.Touch(cSubCat);
+            if (colCuts.Insert(std::min(lPosition, colCuts.Count()), &cKey, cPlaced))
+                m_cPlacement.Touch(cSubCat);
         });
 }
 
@@ -240,7 +240,7 @@ void CutChanges::WillReturn(const std::shared_ptr<clsCat>& cSubCat, const TextKe
 
 void CutChanges::ModifyCut(const std::shared_ptr<Cut>& cCut)
 {
-    if (!m_cStation.colMainCats || (m_cStation.cFiledCuts.IsUnchanged(*cCut) && StandsWhereAssigned(*cCut)))
+    if (!m_cState.colMainCats || (m_cState.cPlacedCuts.IsUnchanged(*cCut) && IsPlacedAsAssigned(*cCut)))
         return;
     const TextKey cKey = cCut->Key();
     const std::int32_t lLevel = cCut->CatLevel();
@@ -248,20 +248,20 @@ void CutChanges::ModifyCut(const std::shared_ptr<Cut>& cCut)
     std::erase(colNames, std::wstring());
     // Where the cut stood is read from the tree. Its category names are the new ones already, so it leaves
     // the orders directly: taking it out through the category would take names off it.
-    for (const Station::Place& place : m_cStation.PlacesOf(cKey))
+    for (const SchedulerState::Place& place : m_cState.PlacesOf(cKey))
         if (place.cSubCat->CatLevel() != lLevel || !Contains(colNames, place.cSubCat->CatName()))
             Leave(place, cKey);
     for (const std::wstring& sName : colNames)
     {
         const std::shared_ptr<clsCat> cMainCat = Ensure({sName, TextKey(CategoryKey(sName, 0))});
-        if (!StandsIn(*cMainCat, lLevel, cKey))
+        if (!Contains(*cMainCat, lLevel, cKey))
             AddCutToCategory(cCut, sName);
     }
-    m_cStation.cFiledCuts.Remember(*cCut);
+    m_cState.cPlacedCuts.Remember(*cCut);
 }
 
 // A host may have taken it out of a category itself.
-bool CutChanges::StandsWhereAssigned(const Cut& cCut) const
+bool CutChanges::IsPlacedAsAssigned(const Cut& cCut) const
 {
     const std::int32_t lLevel = cCut.CatLevel();
     if (lLevel <= 0)
@@ -271,8 +271,8 @@ bool CutChanges::StandsWhereAssigned(const Cut& cCut) const
     return std::all_of(colNames.begin(), colNames.end(),
                        [&](const std::wstring& sName)
                        {
-                           const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName);
-                           return sName.empty() || (cMainCat && StandsIn(*cMainCat, lLevel, cKey));
+                           const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sName);
+                           return sName.empty() || (cMainCat && Contains(*cMainCat, lLevel, cKey));
                        });
 }
 

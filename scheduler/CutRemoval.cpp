@@ -15,7 +15,7 @@ namespace
 constexpr std::size_t lCutsPerReport = 50;
 
 // Whether a removal may take its cut out of that level, as far as that can be told without asking the cut.
-bool MayLeave(const CutRemoval& removal, const Station::Place& place)
+bool MayLeave(const CutRemoval& removal, const SchedulerState::Place& place)
 {
     return removal.cCut &&
            (!removal.cMainCat || EqualIgnoringCase(removal.cMainCat->CatName(), place.cMainCat->CatName())) &&
@@ -23,18 +23,18 @@ bool MayLeave(const CutRemoval& removal, const Station::Place& place)
 }
 
 // The end of a removal, which saves only where that is said.
-CutChanges::Ending EndingOf(const Station& cStation, std::optional<HistoryFiles::Manner> eSave)
+CutChanges::Ending EndingOf(const SchedulerState& cState, std::optional<HistoryFiles::Manner> eSave)
 {
     CutChanges::Ending ending;
     ending.eSave = eSave;
-    ending.show = [&cStation](const RuntimeError& cError)
-    { cStation.cMod.ShowCriticalError(L"Error in RemoveCutFromCategory [cSchedMan]", cError); };
+    ending.show = [&cState](const RuntimeError& cError)
+    { cState.cMod.ShowCriticalError(L"Error in RemoveCutFromCategory [cSchedMan]", cError); };
     return ending;
 }
 
 } // namespace
 
-Cats TakeOutOfCategories(const Station& cStation, CutChanges& cChanges, const std::shared_ptr<Cut>& cCut,
+Cats TakeOutOfCategories(const SchedulerState& cState, CutChanges& cChanges, const std::shared_ptr<Cut>& cCut,
                          const CutRemoval& removal)
 {
     const std::int32_t lLevel = removal.lLevel != 0 ? removal.lLevel : cCut->CatLevel();
@@ -46,7 +46,7 @@ Cats TakeOutOfCategories(const Station& cStation, CutChanges& cChanges, const st
     Cats colFrom;
     for (const std::wstring& sName : colNames)
     {
-        const std::shared_ptr<clsCat> cFrom = cStation.MainCat(sName);
+        const std::shared_ptr<clsCat> cFrom = cState.MainCat(sName);
         const std::shared_ptr<clsCat> cSubCat = cFrom ? cFrom->SubCat(lLevel) : nullptr;
         if (cSubCat && cChanges.TakeOut(cCut, {cFrom, cSubCat}))
             colFrom.push_back(cFrom);
@@ -54,36 +54,36 @@ Cats TakeOutOfCategories(const Station& cStation, CutChanges& cChanges, const st
     return colFrom;
 }
 
-void RemoveCut(Station& cStation, Synchronisation& cSync, const CutRemoval& removal,
+void RemoveCut(SchedulerState& cState, Synchronisation& cSync, const CutRemoval& removal,
                CatCollection& colMainCatsIN)
 {
-    CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+    CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
     CutChanges::Rhythm rhythm;
-    rhythm.mayLeave = [&](const Station::Place& place) { return MayLeave(removal, place); };
+    rhythm.mayLeave = [&](const SchedulerState::Place& place) { return MayLeave(removal, place); };
     Cats colFrom;
     cChanges.RunOne(
         removal.cCut,
         [&](const std::shared_ptr<Cut>& cCut, std::size_t)
-        { colFrom = TakeOutOfCategories(cStation, cChanges, cCut, removal); },
+        { colFrom = TakeOutOfCategories(cState, cChanges, cCut, removal); },
         rhythm);
-    const ChangeRecord record = cChanges.Finish(EndingOf(cStation, std::nullopt));
+    const ChangeRecord record = cChanges.Finish(EndingOf(cState, std::nullopt));
     if (record.colCuts.empty())
         return; // put back
     for (const std::shared_ptr<clsCat>& cMainCat : colFrom)
         colMainCatsIN.Add(TextKey(cMainCat->CatName()), cMainCat);
 }
 
-void RemoveCuts(Station& cStation, Synchronisation& cSync, const std::vector<CutRemoval>& colRemovals,
+void RemoveCuts(SchedulerState& cState, Synchronisation& cSync, const std::vector<CutRemoval>& colRemovals,
                 const std::function<void(std::size_t lDone)>& progress)
 {
     Cuts colCuts;
     for (const CutRemoval& removal : colRemovals)
         colCuts.push_back(removal.cCut);
-    CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+    CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
     CutChanges::Rhythm rhythm;
     rhythm.lCuts = lCutsPerReport;
     rhythm.tell = progress;
-    rhythm.mayLeave = [&](const Station::Place& place)
+    rhythm.mayLeave = [&](const SchedulerState::Place& place)
     {
         return std::any_of(colRemovals.begin(), colRemovals.end(),
                            [&](const CutRemoval& removal) { return MayLeave(removal, place); });
@@ -91,9 +91,9 @@ void RemoveCuts(Station& cStation, Synchronisation& cSync, const std::vector<Cut
     cChanges.Run(
         colCuts,
         [&](const std::shared_ptr<Cut>& cCut, std::size_t lAt)
-        { TakeOutOfCategories(cStation, cChanges, cCut, colRemovals[lAt]); },
+        { TakeOutOfCategories(cState, cChanges, cCut, colRemovals[lAt]); },
         rhythm);
-    cChanges.Finish(EndingOf(cStation, HistoryFiles::Manner::Explicit));
+    cChanges.Finish(EndingOf(cState, HistoryFiles::Manner::Explicit));
 }
 
 } // namespace ravlo

@@ -12,7 +12,7 @@
 namespace ravlo
 {
 
-struct Station;
+struct SchedulerState;
 class CutChanges;
 class Synchronisation;
 
@@ -26,19 +26,19 @@ struct CutRemoval
 
 // Takes the cut out of what removal names and returns the main categories it was really taken out of. They
 // are looked up by name, since a host may hold one from before a reload; what is missing is passed over.
-Cats TakeOutOfCategories(const Station& cStation, CutChanges& cChanges, const std::shared_ptr<Cut>& cCut,
+Cats TakeOutOfCategories(const SchedulerState& cState, CutChanges& cChanges, const std::shared_ptr<Cut>& cCut,
                          const CutRemoval& removal);
 
 // Takes one cut out of categories, or out of none when that fails. Adds those it was taken out of to
 // colMainCatsIN, keyed by name. Saves nothing: the caller does. Only a category of which a level may become
 // empty is written ahead of the removal, without a word, so that a kill before that save loses no level.
-void RemoveCut(Station& cStation, Synchronisation& cSync, const CutRemoval& removal,
+void RemoveCut(SchedulerState& cState, Synchronisation& cSync, const CutRemoval& removal,
                CatCollection& colMainCatsIN);
 
 // Takes many cuts out of categories, each whole or not at all, saves every main category concerned once and
 // reports at the end what could not be removed. A main category that goes meanwhile is passed over. progress
 // is told of the number of cuts done, before messages are pumped.
-void RemoveCuts(Station& cStation, Synchronisation& cSync, const std::vector<CutRemoval>& colRemovals,
+void RemoveCuts(SchedulerState& cState, Synchronisation& cSync, const std::vector<CutRemoval>& colRemovals,
                 const std::function<void(std::size_t lDone)>& progress);
 
 } // namespace ravlo

@@ -10,14 +10,14 @@ OrderTexts CutTexts::Of(const Cut& cCut)
 {
     const std::wstring sKey = cCut.Key().Text();
     return {TextOrBlank(sKey, [&] { return cCut.Artist(); }), TextOrBlank(sKey, [&] { return cCut.Title(); }),
-            m_cMod.Outside().cCodePage.Encode(sKey)};
+            m_cMod.Ports().cCodePage.Encode(sKey)};
 }
 
 template <class Read> std::string CutTexts::TextOrBlank(const std::wstring& sKey, Read&& read)
 {
     try
     {
-        return m_cMod.Outside().cCodePage.Encode(read());
+        return m_cMod.Ports().cCodePage.Encode(read());
     }
     catch (const RuntimeError& cError)
     {

@@ -200,7 +200,7 @@ OrderContent HistoryFiles::Fill(const Snapshot& cSnapshot, Manner eManner)
     if (bTell)
         m_cEvents.ProgressStart(L"Saving Ordering and hist for: " + cSnapshot.sCatName,
                                 std::ssize(cSnapshot.colEntries));
-    ProgressThrottle cThrottle(m_cMod.Outside().cClock);
+    ProgressThrottle cThrottle(m_cMod.Ports().cClock);
     OrderContent cContent(lTotal);
     CutTexts cTexts(m_cMod, cSnapshot.sCatName);
     for (std::size_t lEntry = 0; lEntry < lTotal; ++lEntry)
@@ -228,7 +228,7 @@ void HistoryFiles::TellOfWriting(const Snapshot& cSnapshot)
     const std::size_t lTotal = cSnapshot.colEntries.size();
     m_cEvents.ProgressStart(L"Saving info for: " + cSnapshot.sCatName + L" to file.",
                             static_cast<std::int64_t>(lTotal));
-    ProgressThrottle cThrottle(m_cMod.Outside().cClock);
+    ProgressThrottle cThrottle(m_cMod.Ports().cClock);
     for (std::size_t lItem = 1; lItem <= lTotal; ++lItem)
     {
         if (lItem % lRecordsPerYield == 0)
@@ -348,7 +348,7 @@ void HistoryFiles::TellOfReading(const std::wstring& sCatName, std::size_t lCoun
 {
     m_cEvents.ProgressStart(L"Getting Ordering and Scheduler History for: " + sCatName,
                             static_cast<std::int64_t>(lCount));
-    ProgressThrottle cThrottle(m_cMod.Outside().cClock);
+    ProgressThrottle cThrottle(m_cMod.Ports().cClock);
     for (std::size_t lRecord = 1; lRecord <= lCount; ++lRecord)
     {
         if (!cThrottle.IsDue(lRecord))

@@ -23,7 +23,7 @@ void HistoryFiles::Settle(const std::wstring& sKey, SavedFiles::Stamp lStamp)
 
 void HistoryFiles::Owe(const std::wstring& sKey)
 {
-    m_colOwed[sKey] = {m_cMod.Saved().Begin(), m_cMod.Outside().cClock.TickCount()};
+    m_colOwed[sKey] = {m_cMod.Saved().Begin(), m_cMod.Ports().cClock.TickCount()};
 }
 
 // ---- deleting
@@ -75,13 +75,13 @@ void HistoryFiles::SaveAfterPick(const std::shared_ptr<clsCat>& cMainCat, const 
 
 bool HistoryFiles::IsDue(const Owed& owed) const
 {
-    return m_cMod.Outside().cClock.TickCount() - owed.lTriedAt >= lRetryMs;
+    return m_cMod.Ports().cClock.TickCount() - owed.lTriedAt >= lRetryMs;
 }
 
 // Of the categories that are due, the one that has waited longest.
 void HistoryFiles::RetryOneExcept(const std::wstring& sKey, const CatCollection& colMainCats)
 {
-    const std::uint32_t lNow = m_cMod.Outside().cClock.TickCount();
+    const std::uint32_t lNow = m_cMod.Ports().cClock.TickCount();
     const std::wstring* sLongest = nullptr;
     std::uint32_t lLongest = 0;
     for (const auto& [sOwed, owed] : m_colOwed)
@@ -138,7 +138,7 @@ void HistoryFiles::NoteUnsaved(const clsCat& cMainCat)
 void HistoryFiles::SavePending(const CatCollection& colMainCats)
 {
     for (const auto& [sKey, lSince] : std::exchange(m_colUnsaved, {}))
-        m_colOwed.try_emplace(sKey, Owed{lSince, m_cMod.Outside().cClock.TickCount()});
+        m_colOwed.try_emplace(sKey, Owed{lSince, m_cMod.Ports().cClock.TickCount()});
     SaveOwed(colMainCats);
 }
 

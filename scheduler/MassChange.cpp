@@ -32,15 +32,15 @@ void ShowCopyRefused(ModScheduler& cMod)
              L"in which case this will change the level for EVERY category the items are in.");
 }
 
-MassChange::MassChange(Station& cStation, Synchronisation& cSync, eCatDragOptions eCatDragOption,
+MassChange::MassChange(SchedulerState& cState, Synchronisation& cSync, eCatDragOptions eCatDragOption,
                        Cats colSubCatsFrom, std::shared_ptr<clsCat> cSubCatTo)
-    : m_cStation(cStation), m_cSync(cSync), m_eOption(eCatDragOption), m_cTo(std::move(cSubCatTo)),
+    : m_cState(cState), m_cSync(cSync), m_eOption(eCatDragOption), m_cTo(std::move(cSubCatTo)),
       m_cMainCatTo(m_cTo->CatLevel() == 0 ? m_cTo : m_cTo->MainCat())
 {
     for (const std::shared_ptr<clsCat>& cFrom : colSubCatsFrom)
         if (cFrom)
         {
-            const std::shared_ptr<clsCat> cPresent = cStation.Present(cFrom);
+            const std::shared_ptr<clsCat> cPresent = cState.Present(cFrom);
             m_colFrom.push_back(cPresent ? cPresent : cFrom); // a stand-in is named, and left by nobody
         }
 }
@@ -52,14 +52,14 @@ void MassChange::Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats)
                  [](const std::shared_ptr<Cut>& cCut) { return cCut != nullptr; });
     if (colCuts.empty())
         return;
-    if (!TargetStands())
+    if (!TargetExists())
         throw RuntimeError(error::InvalidProcedureCall, sTargetGone);
     if (m_eOption == eCopyHere)
         m_bRefused =
             std::erase_if(colCuts, [this](const std::shared_ptr<Cut>& cCut) { return IsRefused(cCut); }) > 0;
     const std::size_t lTried = colCuts.empty() ? 0 : RunChanges(colCuts, bCreatedNewSubCats);
     if (m_bRefused)
-        ShowCopyRefused(m_cStation.cMod);
+        ShowCopyRefused(m_cState.cMod);
     if (lTried < colCuts.size())
         throw RuntimeError(error::InvalidProcedureCall, std::wstring(sTargetGone) + L" (" +
                                                             CountText(colCuts.size() - lTried) +
@@ -69,19 +69,19 @@ void MassChange::Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats)
 // Returns the number of cuts that were tried.
 std::size_t MassChange::RunChanges(const Cuts& colCuts, bool& bCreatedNewSubCats)
 {
-    CutChanges cChanges(m_cStation, m_cSync, CutChanges::Origin::Own);
+    CutChanges cChanges(m_cState, m_cSync, CutChanges::Origin::Own);
     const std::size_t lTried = m_eOption == eCopyHere ? Copy(cChanges, colCuts) : Move(cChanges, colCuts);
     CutChanges::Ending ending;
     ending.show = [this](const RuntimeError& cError)
-    { m_cStation.cMod.ShowCriticalError(L"Error in DoMassCatChange [cSchedMan]", cError); };
+    { m_cState.cMod.ShowCriticalError(L"Error in DoMassCatChange [cSchedMan]", cError); };
     for (const ChangeRecord::Category& category : cChanges.Finish(ending).colMade)
         bCreatedNewSubCats = bCreatedNewSubCats || category.lLevel != 0;
     return lTried;
 }
 
-bool MassChange::TargetStands() const
+bool MassChange::TargetExists() const
 {
-    return m_cStation.Holds(m_cMainCatTo) &&
+    return m_cState.Contains(m_cMainCatTo) &&
            (m_cTo == m_cMainCatTo || m_cMainCatTo->SubCat(m_cTo->CatLevel()) == m_cTo);
 }
 
@@ -91,21 +91,21 @@ std::size_t MassChange::Copy(CutChanges& cChanges, const Cuts& colCuts)
 {
     const std::wstring sInto = ListCats({m_cTo});
     const std::wstring sFrom = ListCats(m_colFrom, lMostListed);
-    m_cStation.cEvents.ProgressStart(L"Copying into category...", std::ssize(colCuts));
+    m_cState.cEvents.ProgressStart(L"Copying into category...", std::ssize(colCuts));
     CutChanges::Rhythm rhythm;
     rhythm.lCuts = lCopiedPerReport;
     rhythm.lPauseMs = lCopyPauseMs;
     rhythm.tell = [&](std::size_t lDone)
     {
-        m_cStation.cEvents.Progress(L"Copying into " + sInto + L" from " + sFrom,
+        m_cState.cEvents.Progress(L"Copying into " + sInto + L" from " + sFrom,
                                     static_cast<std::int64_t>(lDone), std::ssize(colCuts));
     };
-    rhythm.goOn = [this] { return TargetStands(); }; // else deleted or reloaded by whoever was called
+    rhythm.goOn = [this] { return TargetExists(); }; // else deleted or reloaded by whoever was called
     const std::size_t lTried = cChanges.Run(
         colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { CopyCut(cChanges, cCut); }, rhythm);
-    m_cStation.cEvents.Progress(L"Copied into " + sInto, static_cast<std::int64_t>(lTried),
+    m_cState.cEvents.Progress(L"Copied into " + sInto, static_cast<std::int64_t>(lTried),
                                 std::ssize(colCuts));
-    m_cStation.cEvents.ProgressDone(L"Category copy complete.");
+    m_cState.cEvents.ProgressDone(L"Category copy complete.");
     return lTried;
 }
 
@@ -118,7 +118,7 @@ bool MassChange::IsRefused(const std::shared_ptr<Cut>& cCut) const noexcept
 {
     try
     {
-        return !MayCopy(*m_cStation.OwnOf(cCut));
+        return !MayCopy(*m_cState.OwnOf(cCut));
     }
     catch (...)
     {
@@ -141,9 +141,9 @@ void MassChange::CopyCut(CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
         cCut->SetCatLevel(plan.lLevel);
     }
     for (const std::shared_ptr<clsCat>& cMainCat : plan.colJoins)
-        if (cChanges.File(cCut, cMainCat))
+        if (cChanges.Place(cCut, cMainCat))
             cChanges.Touch(cMainCat->CatName());
-    if (cChanges.File(cCut, m_cTo))
+    if (cChanges.Place(cCut, m_cTo))
         cChanges.Touch(m_cMainCatTo->CatName());
 }
 
@@ -151,31 +151,31 @@ void MassChange::CopyCut(CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
 
 std::size_t MassChange::Move(CutChanges& cChanges, const Cuts& colCuts)
 {
-    m_cStation.cEvents.ProgressStart(L"Applying Mass Move Change...", std::ssize(colCuts));
+    m_cState.cEvents.ProgressStart(L"Applying Mass Move Change...", std::ssize(colCuts));
     CutChanges::Rhythm rhythm;
     rhythm.lCuts = lMovedPerReport;
     rhythm.tell = [&](std::size_t lDone)
     {
-        m_cStation.cEvents.Progress(L"Applying Mass Move Change " + CountText(lDone) + L" of " +
+        m_cState.cEvents.Progress(L"Applying Mass Move Change " + CountText(lDone) + L" of " +
                                         CountText(colCuts.size()),
                                     static_cast<std::int64_t>(lDone), std::ssize(colCuts));
     };
-    rhythm.goOn = [this] { return TargetStands(); };
-    rhythm.mayLeave = [this](const Station::Place& place) { return MayLeave(place); };
+    rhythm.goOn = [this] { return TargetExists(); };
+    rhythm.mayLeave = [this](const SchedulerState::Place& place) { return MayLeave(place); };
     const std::size_t lTried = cChanges.Run(
         colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { MoveCut(cChanges, cCut); }, rhythm);
-    m_cStation.cEvents.ProgressDone(L"Applied Mass Move.");
+    m_cState.cEvents.ProgressDone(L"Applied Mass Move.");
     return lTried;
 }
 
-bool MassChange::LeavesCategory(const Station::Place& place) const
+bool MassChange::LeavesCategory(const SchedulerState::Place& place) const
 {
     return place.cMainCat != m_cMainCatTo &&
-           (m_eOption == eMoveExclusiveHere || Lists(m_colFrom, place.cSubCat));
+           (m_eOption == eMoveExclusiveHere || Contains(m_colFrom, place.cSubCat));
 }
 
 // Whether a move may take cuts out of that level: they leave the category, or get the number of the target.
-bool MassChange::MayLeave(const Station::Place& place) const
+bool MassChange::MayLeave(const SchedulerState::Place& place) const
 {
     return LeavesCategory(place) ||
            (m_cTo->CatLevel() != 0 && m_cTo->CatLevel() != place.cSubCat->CatLevel());
@@ -184,28 +184,28 @@ bool MassChange::MayLeave(const Station::Place& place) const
 MassChange::Plan MassChange::PlanFor(CutChanges& cChanges, const Cut& cCut) const
 {
     Plan plan{m_cTo->CatLevel() != 0 ? m_cTo->CatLevel() : OwnLevelOf(cCut), {}, {}, {m_cMainCatTo}, {}};
-    const std::vector<Station::Place> colPlaces = m_cStation.PlacesOf(cCut.Key());
-    for (const Station::Place& place : colPlaces)
+    const std::vector<SchedulerState::Place> colPlaces = m_cState.PlacesOf(cCut.Key());
+    for (const SchedulerState::Place& place : colPlaces)
     {
         const bool bLeavesCategory = LeavesCategory(place);
         if (!bLeavesCategory && place.cSubCat->CatLevel() == plan.lLevel)
             plan.colStays.push_back(place.cMainCat); // at its place already: it keeps its position
         else
             plan.colLeaves.push_back(place);
-        if (!bLeavesCategory && !Lists(plan.colJoins, place.cMainCat))
+        if (!bLeavesCategory && !Contains(plan.colJoins, place.cMainCat))
             plan.colJoins.push_back(place.cMainCat); // it stays in this category, under the new number
     }
     PlanNames(cChanges, cCut, colPlaces, plan);
     std::erase_if(plan.colJoins,
-                  [&](const std::shared_ptr<clsCat>& cMainCat) { return Lists(plan.colStays, cMainCat); });
+                  [&](const std::shared_ptr<clsCat>& cMainCat) { return Contains(plan.colStays, cMainCat); });
     // A cut that leaves a level, but stays in its category because of another one, may belong into the level
     // it leaves: there it comes to the end.
     std::erase_if(plan.colLeaves,
-                  [&](const Station::Place& place) {
-                      return place.cSubCat->CatLevel() == plan.lLevel && Lists(plan.colJoins, place.cMainCat);
+                  [&](const SchedulerState::Place& place) {
+                      return place.cSubCat->CatLevel() == plan.lLevel && Contains(plan.colJoins, place.cMainCat);
                   });
-    for (const Station::Place& place : plan.colLeaves)
-        if (!Lists(plan.colJoins, place.cMainCat) && !Lists(plan.colStays, place.cMainCat))
+    for (const SchedulerState::Place& place : plan.colLeaves)
+        if (!Contains(plan.colJoins, place.cMainCat) && !Contains(plan.colStays, place.cMainCat))
             plan.colNamesLost.push_back(place.cMainCat->CatName());
     return plan;
 }
@@ -213,12 +213,12 @@ MassChange::Plan MassChange::PlanFor(CutChanges& cChanges, const Cut& cCut) cons
 // A cut may be named in a category and be in no level of it, as a cut without a level is. With a number it
 // belongs there, and would be there after the next start.
 void MassChange::PlanNames(CutChanges& cChanges, const Cut& cCut,
-                           const std::vector<Station::Place>& colPlaces, Plan& plan) const
+                           const std::vector<SchedulerState::Place>& colPlaces, Plan& plan) const
 {
     for (const std::wstring& sName : AssignedNames(cCut))
     {
         const bool bHasPlace = std::any_of(colPlaces.begin(), colPlaces.end(),
-                                           [&](const Station::Place& place)
+                                           [&](const SchedulerState::Place& place)
                                            { return EqualIgnoringCase(place.cMainCat->CatName(), sName); });
         if (bHasPlace || sName.empty() || EqualIgnoringCase(sName, m_cMainCatTo->CatName()))
             continue;
@@ -238,8 +238,8 @@ void MassChange::MoveCut(CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
     const std::int32_t lOldLevel = cCut->CatLevel();
     ChangeCut(*cCut, plan);
     for (const std::shared_ptr<clsCat>& cMainCat : plan.colJoins)
-        cChanges.FileLast(cCut, cMainCat);
-    for (const Station::Place& place : plan.colLeaves)
+        cChanges.PlaceLast(cCut, cMainCat);
+    for (const SchedulerState::Place& place : plan.colLeaves)
         cChanges.Leave(place, cKey);
     for (const std::shared_ptr<clsCat>& cMainCat : plan.colJoins)
         cChanges.Touch(cMainCat->CatName());

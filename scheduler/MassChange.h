@@ -13,14 +13,14 @@
 namespace ravlo
 {
 
-// The level under which a cut is filed in a main category: its own number, or 1 when that is no level's.
+// The level under which a cut is placed in a main category: its own number, or 1 when that is no level's.
 std::int32_t OwnLevelOf(const Cut& cCut);
 
 // Says that a cut cannot be copied into a level of another number than its own.
 void ShowCopyRefused(ModScheduler& cMod);
 
 // Copies or moves many cuts into a category. A cut has one level number for all its categories, so moving it
-// into a level changes the number and re-files it under the new one in every main category it stays in; into
+// into a level changes the number and moves it under the new one in every main category it stays in; into
 // a main category it keeps its number. For the same reason a cut is not copied into a level of another
 // number: it would be in that level only until the next start.
 class MassChange
@@ -28,7 +28,7 @@ class MassChange
 public:
     // cSubCatTo is a level, or a main category for "keeping levels the same". The levels the cuts are dragged
     // from may be from before a reload.
-    MassChange(Station& cStation, Synchronisation& cSync, eCatDragOptions eCatDragOption, Cats colSubCatsFrom,
+    MassChange(SchedulerState& cState, Synchronisation& cSync, eCatDragOptions eCatDragOption, Cats colSubCatsFrom,
                std::shared_ptr<clsCat> cSubCatTo);
 
     // Changes the cuts, saves every main category concerned once and reports what could not be changed; cuts
@@ -41,7 +41,7 @@ private:
     struct Plan // what a move does to one cut
     {
         std::int32_t lLevel;
-        std::vector<Station::Place> colLeaves;
+        std::vector<SchedulerState::Place> colLeaves;
         Cats colStays; // main categories in which it stands at that level already
         Cats colJoins; // main categories in which it comes to the end of that level
         std::vector<std::wstring> colNamesLost;
@@ -52,18 +52,18 @@ private:
     std::size_t Move(CutChanges& cChanges, const Cuts& colCuts);
     void CopyCut(CutChanges& cChanges, const std::shared_ptr<Cut>& cCut);
     void MoveCut(CutChanges& cChanges, const std::shared_ptr<Cut>& cCut);
-    bool LeavesCategory(const Station::Place& place) const;
-    bool MayLeave(const Station::Place& place) const;
+    bool LeavesCategory(const SchedulerState::Place& place) const;
+    bool MayLeave(const SchedulerState::Place& place) const;
     Plan PlanFor(CutChanges& cChanges, const Cut& cCut) const;
-    void PlanNames(CutChanges& cChanges, const Cut& cCut, const std::vector<Station::Place>& colPlaces,
+    void PlanNames(CutChanges& cChanges, const Cut& cCut, const std::vector<SchedulerState::Place>& colPlaces,
                    Plan& plan) const;
     static void ChangeCut(Cut& cCut, const Plan& plan);
     bool MayCopy(const Cut& cCut) const;
     bool IsRefused(const std::shared_ptr<Cut>& cCut) const noexcept;
     // Whether the target is still one of the tree's.
-    bool TargetStands() const;
+    bool TargetExists() const;
 
-    Station& m_cStation;
+    SchedulerState& m_cState;
     Synchronisation& m_cSync;
     eCatDragOptions m_eOption;
     Cats m_colFrom;

@@ -16,7 +16,7 @@ const NameLists::Names& NameLists::Of(const Cut& cCut)
     if (const auto found = m_colLists.find(m_sSpelled); found != m_colLists.end())
         return found->second;
     Names names;
-    names.lNumber = m_cFiledCuts.NumberOf(colNames);
+    names.lNumber = m_cPlacedCuts.NumberOf(colNames);
     for (const std::wstring& sName : colNames)
         if (sName.empty())
             names.bEmptyName = true;

@@ -25,19 +25,19 @@ public:
     };
     struct Names
     {
-        std::uint32_t lNumber = 0;  // FiledCuts::NumberOf
+        std::uint32_t lNumber = 0;  // PlacedCuts::NumberOf
         std::vector<Name> colNames; // AssignedNames without the empty one
         bool bEmptyName = false;
     };
 
-    // Numbers lists as cFiledCuts does, which must outlive this object.
-    explicit NameLists(FiledCuts& cFiledCuts) noexcept : m_cFiledCuts(cFiledCuts) {}
+    // Numbers lists as cPlacedCuts does, which must outlive this object.
+    explicit NameLists(PlacedCuts& cPlacedCuts) noexcept : m_cPlacedCuts(cPlacedCuts) {}
 
     // The names a cut carries now. The reference holds as long as this object.
     const Names& Of(const Cut& cCut);
 
 private:
-    FiledCuts& m_cFiledCuts;
+    PlacedCuts& m_cPlacedCuts;
     std::unordered_map<std::wstring, Names> m_colLists; // by the names as spelled, each ended by a TAB
     std::wstring m_sSpelled;
 };

@@ -133,7 +133,7 @@ std::shared_ptr<clsCat> LevelOf(ModScheduler& cMod, clsCat& cMainCat, const Orde
 
 OrderLeftOver RestoreOrder(ModScheduler& cMod, clsCat& cMainCat, std::string_view records)
 {
-    const CodePage& cCodePage = cMod.Outside().cCodePage;
+    const CodePage& cCodePage = cMod.Ports().cCodePage;
     OrderLeftOver leftOver;
     std::unordered_map<std::int32_t, LevelOrder> colLevels;
     LevelOrder* cLevel = nullptr;        // of the record before: a level's records stand together

@@ -52,27 +52,27 @@ std::int32_t DataBaseNumber(const Cut& cCut) noexcept
     }
     catch (...)
     {
-        return 0; // the number helps to find a cut again; the cut is filed by its key
+        return 0; // the number helps to find a cut again; the cut is placed by its key
     }
 }
 
-void FiledCuts::Reserve(std::size_t lCuts)
+void PlacedCuts::Reserve(std::size_t lCuts)
 {
     m_colCuts.reserve(lCuts);
     m_colKeys.reserve(lCuts);
 }
 
-void FiledCuts::Remember(const Cut& cCut)
+void PlacedCuts::Remember(const Cut& cCut)
 {
     Remember(cCut.Key(), NumberOf(AssignedNames(cCut)), cCut.CatLevel(), DataBaseNumber(cCut));
 }
 
-void FiledCuts::Remember(const TextKey& cKey, std::uint32_t lNames, std::int32_t lLevel, std::int32_t lID)
+void PlacedCuts::Remember(const TextKey& cKey, std::uint32_t lNames, std::int32_t lLevel, std::int32_t lID)
 {
     Restore(cKey, Entry{lNames, lLevel, lID});
 }
 
-void FiledCuts::Removed(const TextKey& cKey) noexcept
+void PlacedCuts::Removed(const TextKey& cKey) noexcept
 {
     const auto found = m_colCuts.find(cKey);
     if (found == m_colCuts.end())
@@ -83,19 +83,19 @@ void FiledCuts::Removed(const TextKey& cKey) noexcept
     m_colCuts.erase(found);
 }
 
-std::optional<TextKey> FiledCuts::KeyOf(std::int32_t lID) const
+std::optional<TextKey> PlacedCuts::KeyOf(std::int32_t lID) const
 {
     const auto found = m_colKeys.find(lID);
     return found == m_colKeys.end() ? std::nullopt : std::optional(found->second);
 }
 
-std::uint32_t FiledCuts::NumberOf(const std::vector<std::wstring>& colNames)
+std::uint32_t PlacedCuts::NumberOf(const std::vector<std::wstring>& colNames)
 {
     const auto lNext = static_cast<std::uint32_t>(m_colNames.size());
     return m_colNames.try_emplace(FoldedNames(colNames), lNext).first->second;
 }
 
-bool FiledCuts::IsUnchanged(const Cut& cCut) const
+bool PlacedCuts::IsUnchanged(const Cut& cCut) const
 {
     const auto found = m_colCuts.find(cCut.Key());
     if (found == m_colCuts.end() || found->second.lLevel != cCut.CatLevel())
@@ -104,13 +104,13 @@ bool FiledCuts::IsUnchanged(const Cut& cCut) const
     return names != m_colNames.end() && names->second == found->second.lNames;
 }
 
-std::optional<FiledCuts::Entry> FiledCuts::Recall(const TextKey& cKey) const
+std::optional<PlacedCuts::Entry> PlacedCuts::Recall(const TextKey& cKey) const
 {
     const auto found = m_colCuts.find(cKey);
     return found == m_colCuts.end() ? std::nullopt : std::optional(found->second);
 }
 
-void FiledCuts::Restore(const TextKey& cKey, const std::optional<Entry>& entry)
+void PlacedCuts::Restore(const TextKey& cKey, const std::optional<Entry>& entry)
 {
     if (!entry)
     {
@@ -122,19 +122,19 @@ void FiledCuts::Restore(const TextKey& cKey, const std::optional<Entry>& entry)
         m_colKeys.insert_or_assign(entry->lID, cKey);
 }
 
-FiledCuts::OwnChange::~OwnChange()
+PlacedCuts::OwnChange::~OwnChange()
 {
     // An unknown cut is compared with the tree when it is next announced: to forget is always right.
     if (std::uncaught_exceptions() > m_lExceptions)
-        m_cFiledCuts.Forget(m_cKey);
+        m_cPlacedCuts.Forget(m_cKey);
     else if (m_bInStep)
         try
         {
-            m_cFiledCuts.Remember(m_cCut);
+            m_cPlacedCuts.Remember(m_cCut);
         }
         catch (...)
         {
-            m_cFiledCuts.Forget(m_cKey);
+            m_cPlacedCuts.Forget(m_cKey);
         }
 }
 

@@ -15,13 +15,13 @@
 namespace ravlo
 {
 
-// What the scheduler remembers of every cut it has met: the category names and the level under which it filed
+// What the scheduler remembers of every cut it has met: the category names and the level under which it placed
 // the cut, and the database's number of it. A database announces that a cut was modified, not what it was
 // before; this tells. The few different lists of names are kept once each.
-class FiledCuts
+class PlacedCuts
 {
 public:
-    // The names and level the cut has now are those it is filed under.
+    // The names and level the cut has now are those it is placed under.
     void Remember(const Cut& cCut);
     // The same for many cuts at once: lNames is NumberOf the cut's names, lID its DataBaseNumber.
     void Remember(const TextKey& cKey, std::uint32_t lNames, std::int32_t lLevel, std::int32_t lID);
@@ -35,7 +35,7 @@ public:
     void Removed(const TextKey& cKey) noexcept;
 
     // Whether the cut is known; a cut that was forgotten or never met is not.
-    bool Knows(const TextKey& cKey) const noexcept { return m_colCuts.count(cKey) != 0; }
+    bool Contains(const TextKey& cKey) const noexcept { return m_colCuts.count(cKey) != 0; }
     // Whether names (in their order, without regard to case) and level are what was remembered.
     bool IsUnchanged(const Cut& cCut) const;
     // The key under which the cut of that number was met last; nothing for 0 and for an unknown number.
@@ -53,15 +53,15 @@ public:
     void Restore(const TextKey& cKey, const std::optional<Entry>& entry);
 
     // Stands for a change of a cut's names or level by the scheduler itself. At its end what the cut has
-    // become is remembered, but only when it was filed as it said before: a change of the database's that
+    // become is remembered, but only when it was placed as it said before: a change of the database's that
     // nobody has announced yet must still be seen when it is announced. A cut whose change is left by an
     // exception is forgotten.
     class OwnChange
     {
     public:
-        OwnChange(FiledCuts& cFiledCuts, const Cut& cCut)
-            : m_cFiledCuts(cFiledCuts), m_cCut(cCut), m_cKey(cCut.Key()),
-              m_bInStep(cFiledCuts.IsUnchanged(cCut))
+        OwnChange(PlacedCuts& cPlacedCuts, const Cut& cCut)
+            : m_cPlacedCuts(cPlacedCuts), m_cCut(cCut), m_cKey(cCut.Key()),
+              m_bInStep(cPlacedCuts.IsUnchanged(cCut))
         {
         }
         ~OwnChange();
@@ -69,7 +69,7 @@ public:
         OwnChange& operator=(const OwnChange&) = delete;
 
     private:
-        FiledCuts& m_cFiledCuts;
+        PlacedCuts& m_cPlacedCuts;
         const Cut& m_cCut;
         const TextKey m_cKey;
         const bool m_bInStep;

@@ -24,7 +24,7 @@ std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMain
     return cMainCat;
 }
 
-bool Filing::File(const std::shared_ptr<Cut>& cCut, clsCat& cInto, bool& bCreatedNewSubCat)
+bool Placement::Place(const std::shared_ptr<Cut>& cCut, clsCat& cInto, bool& bCreatedNewSubCat)
 {
     const std::int32_t lLevel = cCut->CatLevel();
     if (lLevel <= 0)
@@ -47,12 +47,12 @@ bool Filing::File(const std::shared_ptr<Cut>& cCut, clsCat& cInto, bool& bCreate
             cInto.CatLevel() == 0 ? cInto.SubCat(lLevel) : cInto.shared_from_this();
         if (cError.Number() != error::Overflow || !cSubCat || !cSubCat->SchedCuts()->Exists(cCut->Key()))
             throw;
-        ProblemOf(cInto.CatName()).bOverflow = true; // it is filed; only the sum cannot be told
+        ProblemOf(cInto.CatName()).bOverflow = true; // it is placed; only the sum cannot be told
         return true;
     }
 }
 
-void Filing::RecalcTouched()
+void Placement::RecalcTouched()
 {
     m_colIsTouched.clear();
     for (const std::shared_ptr<clsCat>& cSubCat : std::exchange(m_colTouched, {}))
@@ -71,25 +71,25 @@ void Filing::RecalcTouched()
     }
 }
 
-void Filing::Failed(const Cut& cCut)
+void Placement::Failed(const Cut& cCut)
 {
     if (m_colFailed.insert(&cCut).second && !m_cFirstFailure)
         m_cFirstFailure = CurrentError();
 }
 
-void Filing::Failed()
+void Placement::Failed()
 {
     if (!m_cFirstFailure)
         m_cFirstFailure = CurrentError();
 }
 
-void Filing::EmptyName(BoxIcon eIcon, const std::wstring& sText)
+void Placement::EmptyName(BoxIcon eIcon, const std::wstring& sText)
 {
     if (m_lEmptyNames++ == 0)
         m_cMod.Box(eIcon, BoxButtons::Ok, sProgramTitle, sText);
 }
 
-void Filing::Report(const std::function<void(const RuntimeError&)>& show)
+void Placement::Report(const std::function<void(const RuntimeError&)>& show)
 {
     RecalcTouched();
     const OrderedKeyedCollection<Problem> colProblems = std::exchange(m_colProblems, {});
@@ -113,7 +113,7 @@ void Filing::Report(const std::function<void(const RuntimeError&)>& show)
                                                                       L" cuts could not be handled)"));
 }
 
-Filing::Problem& Filing::ProblemOf(const std::wstring& sCatName)
+Placement::Problem& Placement::ProblemOf(const std::wstring& sCatName)
 {
     const TextKey cKey(sCatName);
     if (!m_colProblems.Exists(cKey))

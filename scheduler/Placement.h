@@ -22,16 +22,16 @@ std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMain
 std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
                                       const NameLists::Name& name);
 
-// Files the cuts of one operation and gathers what goes wrong with them, so that an operation over thousands
+// Places the cuts of one operation and gathers what goes wrong with them, so that an operation over thousands
 // of cuts finishes its work and then says each thing once: one box per kind and category, the rest counted in
 // the debug log.
-class Filing
+class Placement
 {
 public:
-    explicit Filing(ModScheduler& cMod) noexcept : m_cMod(cMod) {}
+    explicit Placement(ModScheduler& cMod) noexcept : m_cMod(cMod) {}
 
-    // clsCat::AddCut. A run-time total out of range is gathered; the cut is filed all the same.
-    bool File(const std::shared_ptr<Cut>& cCut, clsCat& cInto, bool& bCreatedNewSubCat);
+    // clsCat::AddCut. A run-time total out of range is gathered; the cut is placed all the same.
+    bool Place(const std::shared_ptr<Cut>& cCut, clsCat& cInto, bool& bCreatedNewSubCat);
     // The level's order was changed around AddCut and RemoveCut: its run time is taken anew, once, by
     // RecalcTouched.
     void Touch(const std::shared_ptr<clsCat>& cSubCat)

@@ -26,16 +26,16 @@ public:
 
 private:
     static constexpr std::uint32_t lMinWorkMs = 15;
-    std::uint32_t Now() const { return m_cMod.Outside().cClock.TickCount(); }
+    std::uint32_t Now() const { return m_cMod.Ports().cClock.TickCount(); }
 
     ModScheduler& m_cMod;
     std::uint32_t m_lLast;
 };
 
 Population::Population(ModScheduler& cMod, EventRelay& cEvents, CategoryList& cCategoryList,
-                       HistoryFiles& cHistoryFiles, FiledCuts& cFiledCuts)
+                       HistoryFiles& cHistoryFiles, PlacedCuts& cPlacedCuts)
     : m_cMod(cMod), m_cEvents(cEvents), m_cCategoryList(cCategoryList), m_cHistoryFiles(cHistoryFiles),
-      m_cFiledCuts(cFiledCuts), m_cFiling(cMod), m_cNameLists(cFiledCuts)
+      m_cPlacedCuts(cPlacedCuts), m_cPlacement(cMod), m_cNameLists(cPlacedCuts)
 {
 }
 
@@ -43,7 +43,7 @@ std::shared_ptr<CatCollection> Population::Build(const DataBase& cDataBase, cons
 {
     m_colMainCats = std::make_shared<CatCollection>();
     const Cuts colCuts = cDataBase.AllCuts();
-    m_cFiledCuts.Reserve(colCuts.size());
+    m_cPlacedCuts.Reserve(colCuts.size());
     CreateCategories(colCuts);
     PlaceCuts(colCuts);
     AddSavedCategories(*m_cCategoryList.ReadForTree(sAppPath));
@@ -58,7 +58,7 @@ void Population::CreateCategories(const Cuts& colCuts)
         [&](const std::shared_ptr<Cut>& cCut)
         {
             if (NamesOf(*cCut).bEmptyName)
-                m_cFiling.EmptyName(BoxIcon::None, L"Zero-length cat names are illegal [1]");
+                m_cPlacement.EmptyName(BoxIcon::None, L"Zero-length cat names are illegal [1]");
         },
         [](const Cut& cCut, std::size_t)
         {
@@ -93,14 +93,14 @@ void Population::PlaceCuts(const Cuts& colCuts)
             // Read again: the host was called since the categories were made and may have changed the cut.
             const NameLists::Names& names = NamesOf(*cCut);
             for (const std::shared_ptr<clsCat>& cMainCat : m_colMainCatsOf[names.lNumber])
-                m_cFiling.File(cCut, *cMainCat, bCreated);
-            m_cFiledCuts.Remember(cCut->Key(), names.lNumber, cCut->CatLevel(), DataBaseNumber(*cCut));
+                m_cPlacement.Place(cCut, *cMainCat, bCreated);
+            m_cPlacedCuts.Remember(cCut->Key(), names.lNumber, cCut->CatLevel(), DataBaseNumber(*cCut));
         },
         [](const Cut& cCut, std::size_t lCount)
         { return CountText(lCount) + L"Added: " + cCut.Artist() + L" - " + cCut.Title(); });
 }
 
-// What a report says decides nothing: a cut whose texts cannot be read for it may be filed all the same.
+// What a report says decides nothing: a cut whose texts cannot be read for it may be placed all the same.
 std::wstring Population::TextOrNothing(const Text& text, const Cut& cCut, std::size_t lCount)
 {
     try
@@ -118,7 +118,7 @@ void Population::RunPhase(const std::wstring& sReason, const Cuts& colCuts, cons
                           const Text& text)
 {
     m_cEvents.ProgressStart(sReason, colCuts.size());
-    ProgressThrottle cThrottle(m_cMod.Outside().cClock);
+    ProgressThrottle cThrottle(m_cMod.Ports().cClock);
     Pauses cPauses(m_cMod);
     std::size_t lCount = 0;
     for (const std::shared_ptr<Cut>& cCut : colCuts)
@@ -130,7 +130,7 @@ void Population::RunPhase(const std::wstring& sReason, const Cuts& colCuts, cons
         }
         catch (...)
         {
-            m_cFiling.Failed(*cCut);
+            m_cPlacement.Failed(*cCut);
         }
         if (cThrottle.IsDue(lCount))
         {
@@ -156,7 +156,7 @@ void Population::AddSavedCategories(const NameCollection& colNames)
 
 void Population::ReportProblems()
 {
-    m_cFiling.Report([this](const RuntimeError& cError)
+    m_cPlacement.Report([this](const RuntimeError& cError)
                      { m_cMod.ShowCriticalError(L"Error in PopulateFromDataBase [cSchedMan]", cError); });
 }
 

@@ -26,11 +26,11 @@ namespace ravlo
 class Population
 {
 public:
-    // cFiledCuts, empty, receives under what the cuts were filed.
+    // cPlacedCuts, empty, receives under what the cuts were placed.
     Population(ModScheduler& cMod, EventRelay& cEvents, CategoryList& cCategoryList,
-               HistoryFiles& cHistoryFiles, FiledCuts& cFiledCuts);
+               HistoryFiles& cHistoryFiles, PlacedCuts& cPlacedCuts);
 
-    // In order: a main category for every name a cut is assigned to; every cut filed into its levels, in the
+    // In order: a main category for every name a cut is assigned to; every cut placed into its levels, in the
     // database's order; the main categories and the orders saved under sAppPath. One bad cut stops nothing.
     std::shared_ptr<CatCollection> Build(const DataBase& cDataBase, const std::wstring& sAppPath);
     // Shows what went wrong with cuts, once per category: to be called when the tree is in use.
@@ -54,8 +54,8 @@ private:
     EventRelay& m_cEvents;
     CategoryList& m_cCategoryList;
     HistoryFiles& m_cHistoryFiles;
-    FiledCuts& m_cFiledCuts;
-    Filing m_cFiling;
+    PlacedCuts& m_cPlacedCuts;
+    Placement m_cPlacement;
     std::shared_ptr<CatCollection> m_colMainCats;
     NameLists m_cNameLists;
     std::vector<Cats> m_colMainCatsOf; // by NameLists::Names::lNumber

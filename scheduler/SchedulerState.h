@@ -21,9 +21,9 @@ namespace ravlo
 // What the parts of one manager share: the tree, the database it came from, and the ways out to files, host
 // and windows. Anything here may be replaced while messages are pumped or an event is raised: look again
 // afterwards, by name.
-struct Station
+struct SchedulerState
 {
-    explicit Station(ModScheduler& cModule)
+    explicit SchedulerState(ModScheduler& cModule)
         : cMod(cModule), cEvents(cModule), cCategoryList(cModule), cHistoryFiles(cModule, cEvents)
     {
     }
@@ -59,7 +59,7 @@ struct Station
         if (cCat->CatLevel() == 0)
             return MainCat(cCat->CatName());
         const std::shared_ptr<clsCat> cOwner = cCat->MainCat();
-        if (Holds(cOwner) && cOwner->SubCat(cCat->CatLevel()) == cCat)
+        if (Contains(cOwner) && cOwner->SubCat(cCat->CatLevel()) == cCat)
             return cCat;
         const std::shared_ptr<clsCat> cMainCat = MainCat(cCat->CatName());
         const std::shared_ptr<clsCat> cFound = cMainCat ? cMainCat->SubCat(cCat->CatLevel()) : nullptr;
@@ -87,7 +87,7 @@ struct Station
         cCategoryList.Serve();
     }
     // Whether a main category is one of the tree's at present.
-    bool Holds(const std::shared_ptr<clsCat>& cMainCat) const
+    bool Contains(const std::shared_ptr<clsCat>& cMainCat) const
     {
         return cMainCat && MainCat(cMainCat->CatName()) == cMainCat;
     }
@@ -102,7 +102,7 @@ struct Station
     // Of the tree: under which its files are saved, wherever another population may have moved the library
     // since. Empty before the first population.
     std::wstring sAppPath;
-    FiledCuts cFiledCuts;
+    PlacedCuts cPlacedCuts;
     std::uint64_t lPopulations =
         0; // completed ones: a loop that pumps sees by it that the tree is another one
 };

@@ -37,7 +37,7 @@ void CreateFolders(ModScheduler& cMod, const std::wstring& sAppPath)
     TrapCritical(cMod, L"Error in CreateFolders [scheduler]",
                  [&]
                  {
-                     Files& cFiles = cMod.Outside().cFiles;
+                     Files& cFiles = cMod.Ports().cFiles;
                      for (const wchar_t* sFolder : folders)
                          if (!cFiles.FolderExists(sAppPath + sFolder))
                              cFiles.CreateFolder(sAppPath + sFolder);
@@ -65,7 +65,7 @@ std::unique_ptr<HeldFile> MarkStationOrLog(ModScheduler& cMod, const std::wstrin
 {
     try
     {
-        std::unique_ptr<HeldFile> cMark = MarkStation(cMod.Outside().cFiles, sAppPath);
+        std::unique_ptr<HeldFile> cMark = MarkStation(cMod.Ports().cFiles, sAppPath);
         if (!cMark)
             cMod.WriteDebugLog(
                 L"The station is in use by another program or manager, which may overwrite its "

@@ -82,17 +82,17 @@ void Synchronisation::Stop() noexcept
 void Synchronisation::Notify(Kind eKind, const Cuts& colCuts)
 {
     m_colWaiting.push_back({eKind, colCuts});
-    if (m_lHolds == 0)
+    if (m_lHoldCount == 0)
         HandleWaiting();
 }
 
 void Synchronisation::HandleWaiting() noexcept
 {
-    if (m_colWaiting.empty() || !m_cStation.colMainCats)
+    if (m_colWaiting.empty() || !m_cState.colMainCats)
         return;
     const std::shared_ptr<void> cKeepAlive = m_cOwner.lock();
-    const ModScheduler::LogScope cScope(m_cStation.cMod);
-    ++m_lHolds; // what arrives while one is handled is handled after it, by this loop
+    const ModScheduler::LogScope cScope(m_cState.cMod);
+    ++m_lHoldCount; // what arrives while one is handled is handled after it, by this loop
     while (!m_colWaiting.empty())
     {
         const Notification notification = std::move(m_colWaiting.front());
@@ -110,32 +110,32 @@ void Synchronisation::HandleWaiting() noexcept
             break;
         }
     }
-    --m_lHolds;
+    --m_lHoldCount;
 }
 
 void Synchronisation::ProgressStart(const std::wstring& sReason, std::int32_t lMax)
 {
     const std::shared_ptr<void> cKeepAlive = m_cOwner.lock();
-    m_cStation.cEvents.ProgressStart(sReason, lMax);
+    m_cState.cEvents.ProgressStart(sReason, lMax);
 }
 
 void Synchronisation::Progress(const std::wstring& strProgress, std::int32_t lCount, std::int32_t lMax)
 {
     const std::shared_ptr<void> cKeepAlive = m_cOwner.lock();
-    m_cStation.cEvents.Progress(strProgress, lCount, lMax);
+    m_cState.cEvents.Progress(strProgress, lCount, lMax);
 }
 
 void Synchronisation::ProgressDone(const std::wstring& sStatus)
 {
     const std::shared_ptr<void> cKeepAlive = m_cOwner.lock();
-    m_cStation.cEvents.ProgressDone(sStatus);
+    m_cState.cEvents.ProgressDone(sStatus);
 }
 
 // ---- cuts added ----
 
 void Synchronisation::HandleAdded(const Cuts& colCuts)
 {
-    ModScheduler& cMod = m_cStation.cMod;
+    ModScheduler& cMod = m_cState.cMod;
     const auto ShowError = [&cMod](const RuntimeError& cError)
     { cMod.DISPLAYERROR(L"m_cDataBase_CutsAdded", true, cError); };
     try
@@ -144,10 +144,10 @@ void Synchronisation::HandleAdded(const Cuts& colCuts)
         cMod.WriteDebugLog(L"objptr colcuts = " +
                            DecimalText(reinterpret_cast<std::intptr_t>(colCuts.data())));
         cMod.WriteDebugLog(L"Raising Event ProgressStart....");
-        m_cStation.cEvents.ProgressStart(L"Updating Scheduler with Added items", std::ssize(colCuts));
+        m_cState.cEvents.ProgressStart(L"Updating Scheduler with Added items", std::ssize(colCuts));
         cMod.WriteDebugLog(L"Raised Event ProgressStart");
         cMod.WriteDebugLog(L"Adding Cuts to cats...");
-        CutChanges cChanges(m_cStation, *this, CutChanges::Origin::DataBase);
+        CutChanges cChanges(m_cState, *this, CutChanges::Origin::DataBase);
         AddCuts(colCuts, cChanges);
         cMod.WriteDebugLog(L"Finished Adding Cuts to cats.");
         CutChanges::Ending ending;
@@ -160,7 +160,7 @@ void Synchronisation::HandleAdded(const Cuts& colCuts)
         {
             cMod.WriteDebugLog(L"Saved History and Ordering now...");
             cMod.WriteDebugLog(L"RaisingEvent ProgressDone");
-            m_cStation.cEvents.ProgressDone(L"Updated Scheduler with new items.");
+            m_cState.cEvents.ProgressDone(L"Updated Scheduler with new items.");
             cMod.WriteDebugLog(L"Raised Event ProgressDone.");
             RefreshLibrary(L"Refreshing Schedlib in m_cDataBase_CutsAdded");
         };
@@ -176,14 +176,14 @@ void Synchronisation::HandleAdded(const Cuts& colCuts)
 
 void Synchronisation::AddCuts(const Cuts& colCuts, CutChanges& cChanges)
 {
-    NameLists cNameLists(m_cStation.cFiledCuts);
+    NameLists cNameLists(m_cState.cPlacedCuts);
     CutChanges::Rhythm rhythm;
     rhythm.lCuts = lAddedPerReport;
     rhythm.bBeforeTheCut = true;
     rhythm.lPauseMs = lPauseMs;
     rhythm.tell = [&](std::size_t lCount)
     {
-        m_cStation.cEvents.Progress(UpdatedText(lCount, colCuts.size()), static_cast<std::int64_t>(lCount),
+        m_cState.cEvents.Progress(UpdatedText(lCount, colCuts.size()), static_cast<std::int64_t>(lCount),
                                     std::ssize(colCuts));
     };
     rhythm.goOn = WhileNobodyReloads();
@@ -195,7 +195,7 @@ void Synchronisation::AddCuts(const Cuts& colCuts, CutChanges& cChanges)
 // False from a reload on: the new tree came from the database as it is now.
 std::function<bool()> Synchronisation::WhileNobodyReloads() const
 {
-    return [this, lPopulation = m_cStation.lPopulations] { return m_cStation.lPopulations == lPopulation; };
+    return [this, lPopulation = m_cState.lPopulations] { return m_cState.lPopulations == lPopulation; };
 }
 
 void Synchronisation::AddCut(const std::shared_ptr<Cut>& cAnnounced, NameLists& cNameLists,
@@ -206,24 +206,24 @@ void Synchronisation::AddCut(const std::shared_ptr<Cut>& cAnnounced, NameLists& 
     const std::shared_ptr<Cut> cCut = OwnOf(cAnnounced, cKey);
     FollowNewKey(cCut, cKey, cChanges);
     const NameLists::Names& names = cNameLists.Of(*cCut);
-    if (m_cStation.cFiledCuts.Knows(cKey) && !m_cStation.cFiledCuts.IsUnchanged(*cCut))
+    if (m_cState.cPlacedCuts.Contains(cKey) && !m_cState.cPlacedCuts.IsUnchanged(*cCut))
     {
         if (names.bEmptyName)
             cChanges.RefuseEmptyName(*cCut);
-        cChanges.ModifyCut(cCut); // announced as new, but filed elsewhere already
+        cChanges.ModifyCut(cCut); // announced as new, but placed elsewhere already
     }
     else
         cChanges.AddCutToCategories(cCut, names);
     TakeObject(cCut, cKey);
     if (isSameTree()) // else reloaded while a box was shown; the numbers are those of the tree before
-        m_cStation.cFiledCuts.Remember(cKey, names.lNumber, cCut->CatLevel(), DataBaseNumber(*cCut));
+        m_cState.cPlacedCuts.Remember(cKey, names.lNumber, cCut->CatLevel(), DataBaseNumber(*cCut));
 }
 
-// The object that is filed. A host may announce a copy, which would not follow later changes. When the
+// The object that is placed. A host may announce a copy, which would not follow later changes. When the
 // database cannot be asked, the announced one serves until a pick replaces it.
 std::shared_ptr<Cut> Synchronisation::OwnOf(const std::shared_ptr<Cut>& cAnnounced, const TextKey& cKey) const
 {
-    const std::shared_ptr<DataBase> cDataBase = m_cStation.cDataBase; // a look-up may let the host populate
+    const std::shared_ptr<DataBase> cDataBase = m_cState.cDataBase; // a look-up may let the host populate
     try
     {
         if (std::shared_ptr<Cut> cOwn = cDataBase ? cDataBase->CutByKey(cKey) : nullptr)
@@ -231,7 +231,7 @@ std::shared_ptr<Cut> Synchronisation::OwnOf(const std::shared_ptr<Cut>& cAnnounc
     }
     catch (...)
     {
-        m_cStation.cMod.LogError(L"Looking up an announced cut", CurrentError());
+        m_cState.cMod.LogError(L"Looking up an announced cut", CurrentError());
     }
     return cAnnounced;
 }
@@ -242,29 +242,29 @@ void Synchronisation::TakeObject(const std::shared_ptr<Cut>& cCut, const TextKey
 {
     const std::int32_t lLevel = cCut->CatLevel();
     for (const std::wstring& sName : AssignedNames(*cCut))
-        if (const std::shared_ptr<clsCat> cMainCat = m_cStation.MainCat(sName))
+        if (const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sName))
             if (const std::shared_ptr<clsCat> cSubCat = cMainCat->SubCat(lLevel))
                 if (std::shared_ptr<Cut>* pEntry = cSubCat->SchedCuts()->Find(cKey))
                     *pEntry = cCut;
 }
 
-// A cut that the tree holds under another key keeps its places and is filed under its new key. Under the old
+// A cut that the tree holds under another key keeps its places and is placed under its new key. Under the old
 // one it would play twice in a round, and go on playing when it is removed.
 void Synchronisation::FollowNewKey(const std::shared_ptr<Cut>& cCut, const TextKey& cKey,
                                    CutChanges& cChanges)
 {
-    if (!m_cStation.colMainCats || m_cStation.cFiledCuts.Knows(cKey))
+    if (!m_cState.colMainCats || m_cState.cPlacedCuts.Contains(cKey))
         return;
     const std::optional<TextKey> cFormerKey = FormerKeyOf(cCut);
     if (!cFormerKey || *cFormerKey == cKey)
         return;
-    for (const Station::Place& place : m_cStation.PlacesOf(*cFormerKey))
+    for (const SchedulerState::Place& place : m_cState.PlacesOf(*cFormerKey))
     {
         Rename(*place.cSubCat->SchedCuts(), *cFormerKey, cKey, cCut);
         cChanges.Touch(place.cMainCat->CatName()); // the order file names cuts by their keys
     }
-    m_cStation.cFiledCuts.Restore(cKey, m_cStation.cFiledCuts.Recall(*cFormerKey));
-    m_cStation.cFiledCuts.Forget(*cFormerKey);
+    m_cState.cPlacedCuts.Restore(cKey, m_cState.cPlacedCuts.Recall(*cFormerKey));
+    m_cState.cPlacedCuts.Forget(*cFormerKey);
 }
 
 // By the database's number, which stays whatever object the database hands out; a key that it still has is
@@ -273,13 +273,13 @@ std::optional<TextKey> Synchronisation::FormerKeyOf(const std::shared_ptr<Cut>& 
 {
     if (const std::int32_t lID = DataBaseNumber(*cCut); lID != 0)
     {
-        const std::shared_ptr<DataBase> cDataBase = m_cStation.cDataBase;
-        std::optional<TextKey> cFormerKey = m_cStation.cFiledCuts.KeyOf(lID);
+        const std::shared_ptr<DataBase> cDataBase = m_cState.cDataBase;
+        std::optional<TextKey> cFormerKey = m_cState.cPlacedCuts.KeyOf(lID);
         if (cFormerKey && cDataBase && cDataBase->CutByKey(*cFormerKey))
             cFormerKey.reset();
         return cFormerKey;
     }
-    for (const std::shared_ptr<clsCat>& cMainCat : *m_cStation.colMainCats)
+    for (const std::shared_ptr<clsCat>& cMainCat : *m_cState.colMainCats)
         for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
             if (std::optional<TextKey> cFormerKey = KeyOfObject(*cSubCat->SchedCuts(), cCut))
                 return cFormerKey;
@@ -290,11 +290,11 @@ std::optional<TextKey> Synchronisation::FormerKeyOf(const std::shared_ptr<Cut>& 
 
 void Synchronisation::HandleModified(const Cuts& colCuts)
 {
-    ModScheduler& cMod = m_cStation.cMod;
+    ModScheduler& cMod = m_cState.cMod;
     Trap(cMod, L"m_cDataBase_CutsModified",
          [&]
          {
-             CutChanges cChanges(m_cStation, *this, CutChanges::Origin::DataBase);
+             CutChanges cChanges(m_cState, *this, CutChanges::Origin::DataBase);
              cChanges.Run(colCuts,
                           [&](const std::shared_ptr<Cut>& cAnnounced, std::size_t)
                           { ModifyCut(cAnnounced, cChanges); },
@@ -321,18 +321,18 @@ void Synchronisation::ModifyCut(const std::shared_ptr<Cut>& cAnnounced, CutChang
 
 void Synchronisation::HandleRemoved(const Cuts& colCuts)
 {
-    ModScheduler& cMod = m_cStation.cMod;
+    ModScheduler& cMod = m_cState.cMod;
     Trap(cMod, L"m_cDataBase_CutsRemoved",
          [&]
          {
-             m_cStation.cEvents.ProgressStart(L"Updating Scheduler with deleted items", colCuts.size());
-             CutChanges cChanges(m_cStation, *this, CutChanges::Origin::DataBase);
+             m_cState.cEvents.ProgressStart(L"Updating Scheduler with deleted items", colCuts.size());
+             CutChanges cChanges(m_cState, *this, CutChanges::Origin::DataBase);
              CutChanges::Rhythm rhythm;
              rhythm.lCuts = lRemovedPerReport;
              rhythm.bBeforeTheCut = true;
              rhythm.lPauseMs = lPauseMs;
              rhythm.tell = [&](std::size_t lCount)
-             { m_cStation.cEvents.Progress(UpdatedText(lCount, colCuts.size()), lCount, colCuts.size()); };
+             { m_cState.cEvents.Progress(UpdatedText(lCount, colCuts.size()), lCount, colCuts.size()); };
              rhythm.bPump = false;
              rhythm.goOn = WhileNobodyReloads();
              cChanges.Run(
@@ -342,7 +342,7 @@ void Synchronisation::HandleRemoved(const Cuts& colCuts)
              CutChanges::Ending ending;
              ending.afterSave = [this]
              {
-                 m_cStation.cEvents.ProgressDone(L"Updated Scheduler with deleted items.");
+                 m_cState.cEvents.ProgressDone(L"Updated Scheduler with deleted items.");
                  RefreshLibrary(nullptr);
              };
              ending.show = [&cMod](const RuntimeError& cError)
@@ -356,31 +356,31 @@ void Synchronisation::RemoveEverywhere(const std::shared_ptr<Cut>& cCut, CutChan
     const TextKey cKey = cCut->Key();
     try
     {
-        TakeOutOfCategories(m_cStation, cChanges, cCut, {cCut, nullptr, 0});
+        TakeOutOfCategories(m_cState, cChanges, cCut, {cCut, nullptr, 0});
         // The database may have changed the cut's names or level before it removed it: search where it
         // really stands.
-        for (const Station::Place& place : m_cStation.PlacesOf(cKey))
+        for (const SchedulerState::Place& place : m_cState.PlacesOf(cKey))
             cChanges.TakeOut(cCut, place);
     }
     catch (...)
     {
         // It is gone from the database, so it leaves the orders even when it takes no changes any more.
         cChanges.Problems().Failed(*cCut);
-        for (const Station::Place& place : m_cStation.PlacesOf(cKey))
+        for (const SchedulerState::Place& place : m_cState.PlacesOf(cKey))
             cChanges.Leave(place, cKey);
     }
-    m_cStation.cFiledCuts.Removed(cKey);
+    m_cState.cPlacedCuts.Removed(cKey);
 }
 
 // ---- afterwards ----
 
 void Synchronisation::RefreshLibrary(const wchar_t* sLogLine)
 {
-    if (!m_cStation.cWindows || !m_cStation.cWindows->LibraryExists())
+    if (!m_cState.cWindows || !m_cState.cWindows->LibraryExists())
         return;
     if (sLogLine)
-        m_cStation.cMod.WriteDebugLog(sLogLine);
-    m_cStation.cWindows->RefreshLibrary();
+        m_cState.cMod.WriteDebugLog(sLogLine);
+    m_cState.cWindows->RefreshLibrary();
 }
 
 } // namespace ravlo

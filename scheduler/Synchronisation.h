@@ -17,7 +17,7 @@ namespace ravlo
 
 class CutChanges;
 
-// Follows the database: files the cuts it adds, re-files those it modifies, takes out those it removes, saves
+// Follows the database: places the cuts it adds, moves those it modifies, takes out those it removes, saves
 // the main categories concerned and refreshes the library window. A notification is handled when nothing else
 // is under way; one that arrives inside a population, an edit or another notification waits until that is
 // done.
@@ -31,7 +31,7 @@ class Synchronisation : private DataBaseEvents
     };
 
 public:
-    explicit Synchronisation(Station& cStation) noexcept : m_cStation(cStation) {}
+    explicit Synchronisation(SchedulerState& cState) noexcept : m_cState(cState) {}
     ~Synchronisation() override { Stop(); }
 
     struct Notification
@@ -55,10 +55,10 @@ public:
     class Hold
     {
     public:
-        explicit Hold(Synchronisation& cSync) noexcept : m_cSync(cSync) { ++m_cSync.m_lHolds; }
+        explicit Hold(Synchronisation& cSync) noexcept : m_cSync(cSync) { ++m_cSync.m_lHoldCount; }
         ~Hold()
         {
-            if (--m_cSync.m_lHolds == 0)
+            if (--m_cSync.m_lHoldCount == 0)
                 m_cSync.HandleWaiting();
         }
         Hold(const Hold&) = delete;
@@ -92,11 +92,11 @@ private:
     std::function<bool()> WhileNobodyReloads() const;
     void RefreshLibrary(const wchar_t* sLogLine);
 
-    Station& m_cStation;
+    SchedulerState& m_cState;
     std::shared_ptr<DataBase> m_cFollowed;
     std::weak_ptr<void> m_cOwner;
     Waiting m_colWaiting;
-    int m_lHolds = 0;
+    int m_lHoldCount = 0;
 };
 
 } // namespace ravlo

@@ -21,13 +21,13 @@ namespace ravlo
 {
 
 // The parts the facade routes to.
-struct clsSchedMan::Parts : Station
+struct clsSchedMan::Parts : SchedulerState
 {
     static constexpr const wchar_t* sUpdateHistoryWhere = L"UpdateArtistTitleHistory";
 
     explicit Parts(ModScheduler& cModule)
-        : Station(cModule), cSync(*this),
-          cPlayHistory(cModule.Outside().cClock, [&cModule](const RuntimeError& cError, bool bFirst)
+        : SchedulerState(cModule), cSync(*this),
+          cPlayHistory(cModule.Ports().cClock, [&cModule](const RuntimeError& cError, bool bFirst)
                        { cModule.DISPLAYERROR(sUpdateHistoryWhere, bFirst, cError); }),
           colIllegalChars(IllegalChars()), cCreation(*this, colIllegalChars), cEditing(*this, cSync)
     {
@@ -130,16 +130,16 @@ void clsSchedMan::PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBas
                      my.WritePendingPlayTimes();
                      // Its end handles what was announced meanwhile, when edits are served again.
                      const Synchronisation::Hold cHold(my.cSync);
-                     FiledCuts cFiledCuts;
+                     PlacedCuts cPlacedCuts;
                      Population cPopulation(my.cMod, my.cEvents, my.cCategoryList, my.cHistoryFiles,
-                                            cFiledCuts);
-                     if (ReplaceTree(cDataBase, strAppPath, cPopulation, cFiledCuts))
+                                            cPlacedCuts);
+                     if (ReplaceTree(cDataBase, strAppPath, cPopulation, cPlacedCuts))
                          cPopulation.ReportProblems();
                  });
 }
 
 bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
-                              const std::wstring& strAppPath, Population& cPopulation, FiledCuts& cFiledCuts)
+                              const std::wstring& strAppPath, Population& cPopulation, PlacedCuts& cPlacedCuts)
 {
     Parts& my = *m_cParts;
     struct Populating
@@ -162,7 +162,7 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
                     L"PopulateFromDatabase in clsSchedMan actually does need a database!");
         return false;
     }
-    DeleteOldTemporaryFiles(my.cMod.Outside().cFiles, sAppPath);
+    DeleteOldTemporaryFiles(my.cMod.Ports().cFiles, sAppPath);
     const bool bSameFolder = EqualIgnoringCase(sAppPath, my.sAppPath);
     const bool bMarked = bSameFolder && my.cMark;
     std::unique_ptr<HeldFile> cMark = bMarked ? nullptr : MarkStationOrLog(my.cMod, sAppPath);
@@ -186,7 +186,7 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     else if (my.colMainCats)
         my.cHistoryFiles.SavePending(*my.colMainCats);
     my.colMainCats = std::move(colNew);
-    my.cFiledCuts = std::move(cFiledCuts);
+    my.cPlacedCuts = std::move(cPlacedCuts);
     ++my.lPopulations;
     my.Serve(sAppPath);
     if (!bMarked)
@@ -239,7 +239,7 @@ bool clsSchedMan::SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat
         return my.colMainCats && my.cHistoryFiles.SaveAll(my.colMainCats);
     }
     // The object of a tree from before a population, or of a category that was deleted, holds an old order.
-    if (cMainCat->CatLevel() == 0 && !my.Holds(cMainCat))
+    if (cMainCat->CatLevel() == 0 && !my.Contains(cMainCat))
     {
         my.cMod.WriteDebugLog(L"Not saved, it is no longer one of the categories: " + cMainCat->CatName());
         return false;
@@ -296,10 +296,10 @@ std::shared_ptr<Cut> clsSchedMan::NextCutFromRotation(const std::wstring& strSub
     RotationAnswer answer = ravlo::NextCutFromRotation(
         colMainCats.get(),
         {strSubCatKey, bMustBeOpener, cPrevSchedCut, bForEditablePlaylist, my.bRotatesAllowed},
-        LiveWorld(my.cMod, my.cPlayHistory, my.cDataBase));
+        LiveContext(my.cMod, my.cPlayHistory, my.cDataBase));
     // The pick has pumped messages: a category that was deleted or reloaded meanwhile has no order to save
     // any more.
-    if (answer.bMovedCuts && my.Holds(answer.cMainCat))
+    if (answer.bMovedCuts && my.Contains(answer.cMainCat))
     {
         const std::shared_ptr<CatCollection> colPresent = my.colMainCats;
         if (bSave)
@@ -391,7 +391,7 @@ bool clsSchedMan::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
 
 std::vector<std::size_t> clsSchedMan::RandomOrderOf(std::size_t lCount)
 {
-    Random& cRandom = m_cParts->cMod.Outside().cRandom;
+    Random& cRandom = m_cParts->cMod.Ports().cRandom;
     cRandom.Randomize();
     return RandomOrder(cRandom, lCount);
 }

@@ -22,7 +22,7 @@
 namespace ravlo
 {
 
-class FiledCuts;
+class PlacedCuts;
 class Population;
 using NameCollection = OrderedKeyedCollection<std::wstring>;
 
@@ -145,10 +145,10 @@ private:
     template <class Result, class Body> Result Edit(const wchar_t* sTitle, Result failure, Body&& body);
     template <class Body> void Edit(const wchar_t* sTitle, Body&& body);
     void RefuseWhilePopulating() const;
-    // Puts the tree that cPopulation builds from cDataBase into the place of the present one, cFiledCuts with
+    // Puts the tree that cPopulation builds from cDataBase into the place of the present one, cPlacedCuts with
     // it. False without a database, which is shown.
     bool ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase, const std::wstring& strAppPath,
-                     Population& cPopulation, FiledCuts& cFiledCuts);
+                     Population& cPopulation, PlacedCuts& cPlacedCuts);
 
     std::unique_ptr<Parts> m_cParts;
 };

@@ -191,16 +191,16 @@ private:
     }
     static void CALLBACK OnTimer(HWND, UINT, UINT_PTR lTimer, DWORD)
     {
-        Station& cStation = *pOpening;
-        const HWND hForm = cStation.Form();
+        Station& cState = *pOpening;
+        const HWND hForm = cState.Form();
         if (!hForm || !::IsWindowVisible(hForm))
             return;
         ::KillTimer(nullptr, lTimer);
         ::UpdateWindow(hForm);
-        Paint(cStation.Grid());
-        cStation.m_dOpening = (Seconds() - cStation.m_dStart) * 1000;
-        if (cStation.m_work)
-            cStation.m_work();
+        Paint(cState.Grid());
+        cState.m_dOpening = (Seconds() - cState.m_dStart) * 1000;
+        if (cState.m_work)
+            cState.m_work();
         ::PostMessageW(hForm, WM_CLOSE, 0, 0);
     }
     static inline Station* pOpening = nullptr;
@@ -209,12 +209,12 @@ private:
     Work m_work;
     double m_dStart = 0;
     double m_dOpening = 0;
-    MemoryWorld m_cWorld;
+    MemoryPorts m_cPorts;
     NoFiles m_cFiles;
     WindowsMessages m_cMessages;
     WindowsHostLoop m_cHostLoop;
-    ModScheduler m_cMod{Ports{m_cWorld.cClock, m_cHostLoop, m_cFiles, m_cMessages, m_cWorld.cUserSettings,
-                              m_cWorld.cCodePage, m_cWorld.cRandom}};
+    ModScheduler m_cMod{Ports{m_cPorts.cClock, m_cHostLoop, m_cFiles, m_cMessages, m_cPorts.cUserSettings,
+                              m_cPorts.cCodePage, m_cPorts.cRandom}};
     std::shared_ptr<RadioDataBase> m_cDataBase = std::make_shared<RadioDataBase>();
     std::shared_ptr<clsSchedMan> m_cSchedMan = std::make_shared<clsSchedMan>(m_cMod);
     std::unique_ptr<SchedulerWindows> m_cUi = NewSchedulerUi(m_cSchedMan);
@@ -235,9 +235,9 @@ struct Cost
 };
 
 // What a key or a click costs when every row is selected. Up to 100 ms it is not felt.
-std::vector<Cost> CostsOfInput(const Station& cStation)
+std::vector<Cost> CostsOfInput(const Station& cState)
 {
-    const HWND hGrid = cStation.Grid();
+    const HWND hGrid = cState.Grid();
     RECT row{};
     row.left = LVIR_BOUNDS;
     ::SendMessageW(hGrid, LVM_GETITEMRECT, static_cast<WPARAM>(::SendMessageW(hGrid, LVM_GETTOPINDEX, 0, 0)),
@@ -272,7 +272,7 @@ std::vector<Cost> CostsOfInput(const Station& cStation)
         double dBest = std::numeric_limits<double>::max();
         for (int i = 0; i < 3; ++i)
         {
-            cStation.Command(LibraryCommand::mnuSelectAllGrid);
+            cState.Command(LibraryCommand::mnuSelectAllGrid);
             Paint(hGrid);
             dBest = std::min(dBest, Quickest(
                                         [&]
@@ -287,26 +287,26 @@ std::vector<Cost> CostsOfInput(const Station& cStation)
     return colCosts;
 }
 
-void Measure(const Station& cStation)
+void Measure(const Station& cState)
 {
     using enum LibraryCommand;
-    const HWND hGrid = cStation.Grid();
-    const std::vector<Cost> colCosts = CostsOfInput(cStation);
-    const std::int64_t lCuts = cStation.Size();
+    const HWND hGrid = cState.Grid();
+    const std::vector<Cost> colCosts = CostsOfInput(cState);
+    const std::int64_t lCuts = cState.Size();
     const auto lRows = static_cast<std::size_t>(lCuts);
     const double dPaint = Quickest([&] { Paint(hGrid); });
     const double dPage = Quickest([&] { Page(hGrid); });
     const double dSelect = Quickest(
         [&]
         {
-            cStation.Command(mnuSelectAllGrid);
-            cStation.Command(mnuSelectNoneGrid);
+            cState.Command(mnuSelectAllGrid);
+            cState.Command(mnuSelectNoneGrid);
         });
     SelectRow(hGrid, 7, true);
-    const double dInvert = Quickest([&] { cStation.Command(mnuInvertSelectionGrid); }, 6);
-    const double dShow = Quickest([&] { cStation.ShowAnew(); });
+    const double dInvert = Quickest([&] { cState.Command(mnuInvertSelectionGrid); }, 6);
+    const double dShow = Quickest([&] { cState.ShowAnew(); });
 
-    const ConstantList cConstant(cStation.Form(), hGrid, lRows);
+    const ConstantList cConstant(cState.Form(), hGrid, lRows);
     const HWND hList = cConstant.hList;
     Row("painting a page", lCuts, dPaint, Quickest([&] { Paint(hList); }), 2.5);
     Row("scrolling through 20 pages", lCuts, dPage, Quickest([&] { Page(hList); }), 2.5);
@@ -388,9 +388,9 @@ void RunMessages()
 }
 
 // A click on the root's box ticks or clears everything below it.
-void MeasureTicks(const Station& cStation)
+void MeasureTicks(const Station& cState)
 {
-    const HWND hTree = cStation.Tree();
+    const HWND hTree = cState.Tree();
     const HTREEITEM hRoot = NextItem(hTree, nullptr, TVGN_ROOT);
     const std::vector<HTREEITEM> colItems = ItemsBelow(hTree, hRoot);
     TVHITTESTINFO box{};
@@ -437,13 +437,13 @@ int Run()
     double dSmallest = 0;
     for (const std::int64_t lCuts : {1'000, 10'000, 100'000})
     {
-        Station cStation(lCuts);
+        Station cState(lCuts);
         double dOpening = std::numeric_limits<double>::max();
         for (int i = 0; i < 5; ++i)
-            dOpening = std::min(dOpening, cStation.Open());
+            dOpening = std::min(dOpening, cState.Open());
         dSmallest = dSmallest == 0 ? dOpening : dSmallest;
         Row("opening, as with 1 000 cuts", lCuts, dOpening, dSmallest, 4);
-        cStation.Open([&] { Measure(cStation); });
+        cState.Open([&] { Measure(cState); });
     }
     Station cCategories(lCategories * lLevels, &CategoryCut);
     cCategories.Open([&] { MeasureTicks(cCategories); });

@@ -65,13 +65,13 @@ struct Station
     };
     Cost WalkCost()
     {
-        SelectionWorld walkWorld = LiveWorld(cMod, cHistory, cDataBase);
-        walkWorld.note = [](const TraceStep&) {};
+        SelectionContext walkContext = LiveContext(cMod, cHistory, cDataBase);
+        walkContext.note = [](const TraceStep&) {};
         Cost cost;
         for (int i = 0; i < 8; ++i)
         {
             const auto start = std::chrono::steady_clock::now();
-            const Pick pick = NextCutFromCategory(cLevel, false, nullptr, walkWorld);
+            const Pick pick = NextCutFromCategory(cLevel, false, nullptr, walkContext);
             const std::chrono::duration<double, std::nano> passed = std::chrono::steady_clock::now() - start;
             if (pick.cCut->KindCode() != eKindTitleViolation)
                 throw RuntimeError(error::InvalidProcedureCall, L"Not every cut breaks a rule");
@@ -84,11 +84,11 @@ struct Station
         return cost;
     }
 
-    MemoryWorld world;
+    MemoryPorts context;
     NoFiles cFiles;
-    ModScheduler cMod{world.AllPortsWith(cFiles)};
+    ModScheduler cMod{context.PortsWith(cFiles)};
     std::shared_ptr<DataBase> cDataBase;
-    PlayHistory cHistory{world.cClock, [](const RuntimeError& cError, bool) { throw cError; }};
+    PlayHistory cHistory{context.cClock, [](const RuntimeError& cError, bool) { throw cError; }};
     std::shared_ptr<clsCat> cLevel = std::make_shared<clsCat>(cMod, L"Pop", 1);
 };
 
@@ -102,7 +102,7 @@ void Fill(const std::filesystem::path& path, std::int64_t lCuts)
     for (std::int64_t i = 0; i < lCuts; ++i)
     {
         colCuts.push_back(MadeUpCut(i));
-        colCuts.back()->AddCategoryName(L"Pop"); // filing them writes nothing, then
+        colCuts.back()->AddCategoryName(L"Pop"); // placement them writes nothing, then
         colCuts.back()->SetLastPlayed(cClock.Now() - 1);
     }
     store.AddCuts(colCuts);

@@ -14,7 +14,7 @@ void LevelsInUse::Add(const std::wstring& sCategory, std::int32_t lLevel)
     m_levels.insert({FoldCase(sCategory), lLevel, sCategory});
 }
 
-bool LevelsInUse::Holds(const std::wstring& sCategory, std::int32_t lLevel) const
+bool LevelsInUse::Contains(const std::wstring& sCategory, std::int32_t lLevel) const
 {
     return m_levels.contains({FoldCase(sCategory), lLevel, {}});
 }
@@ -33,7 +33,7 @@ void CheckLevels(const std::vector<Slot>& slots, const LevelsInUse& levels, cons
 {
     for (const auto& slot : slots)
     {
-        if (!levels.Holds(slot.sCategory, slot.lLevel))
+        if (!levels.Contains(slot.sCategory, slot.lLevel))
         {
             throw HostError(sName + L", line " + std::to_wstring(slot.lLine) + L": no cut stands in " +
                             TextOf(CategoryName{slot.sCategory, slot.lLevel}));

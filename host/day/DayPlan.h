@@ -18,7 +18,7 @@ class LevelsInUse
 {
 public:
     void Add(const std::wstring& sCategory, std::int32_t lLevel);
-    bool Holds(const std::wstring& sCategory, std::int32_t lLevel) const;
+    bool Contains(const std::wstring& sCategory, std::int32_t lLevel) const;
     // One slot for each level, in the order of names and levels: the clock of someone who has none.
     std::vector<Slot> RoundOfAll() const;
 

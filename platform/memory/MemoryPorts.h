@@ -15,11 +15,11 @@ namespace ravlo
 
 // A whole world in memory: what a test, fuzzer or benchmark hands to the code it drives. Sleeping moves its
 // clock.
-struct MemoryWorld
+struct MemoryPorts
 {
-    MemoryWorld() = default;
-    MemoryWorld(const MemoryWorld&) = delete;
-    MemoryWorld& operator=(const MemoryWorld&) = delete;
+    MemoryPorts() = default;
+    MemoryPorts(const MemoryPorts&) = delete;
+    MemoryPorts& operator=(const MemoryPorts&) = delete;
 
     MemoryClock cClock;
     MemoryHostLoop cHostLoop{cClock};
@@ -29,9 +29,9 @@ struct MemoryWorld
     Latin1252CodePage cCodePage;
     SeededRandom cRandom;
 
-    Ports AllPorts() { return AllPortsWith(cFiles); }
+    ravlo::Ports Ports() { return PortsWith(cFiles); }
     // The same world with other files, e.g. failing ones.
-    Ports AllPortsWith(Files& cOtherFiles)
+    ravlo::Ports PortsWith(Files& cOtherFiles)
     {
         return {cClock, cHostLoop, cOtherFiles, cMessages, cUserSettings, cCodePage, cRandom};
     }

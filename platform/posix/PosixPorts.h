@@ -14,11 +14,11 @@ namespace ravlo
 {
 
 // Everything a program on a POSIX system hands to the library.
-struct PosixWorld
+struct PosixPorts
 {
-    PosixWorld() = default;
-    PosixWorld(const PosixWorld&) = delete;
-    PosixWorld& operator=(const PosixWorld&) = delete;
+    PosixPorts() = default;
+    PosixPorts(const PosixPorts&) = delete;
+    PosixPorts& operator=(const PosixPorts&) = delete;
 
     SystemClock cClock;
     PosixHostLoop cHostLoop;
@@ -28,7 +28,7 @@ struct PosixWorld
     Latin1252CodePage cCodePage;
     MersenneRandom cRandom;
 
-    Ports AllPorts() { return {cClock, cHostLoop, cFiles, cMessages, cUserSettings, cCodePage, cRandom}; }
+    ravlo::Ports Ports() { return {cClock, cHostLoop, cFiles, cMessages, cUserSettings, cCodePage, cRandom}; }
 };
 
 } // namespace ravlo

@@ -14,11 +14,11 @@ namespace ravlo
 {
 
 // Everything a library on Windows is given.
-struct WindowsWorld
+struct WindowsPorts
 {
-    WindowsWorld() = default;
-    WindowsWorld(const WindowsWorld&) = delete;
-    WindowsWorld& operator=(const WindowsWorld&) = delete;
+    WindowsPorts() = default;
+    WindowsPorts(const WindowsPorts&) = delete;
+    WindowsPorts& operator=(const WindowsPorts&) = delete;
 
     WindowsClock cClock;
     WindowsHostLoop cHostLoop;
@@ -28,7 +28,7 @@ struct WindowsWorld
     SystemCodePage cCodePage;
     MersenneRandom cRandom;
 
-    Ports AllPorts() { return {cClock, cHostLoop, cFiles, cMessages, cUserSettings, cCodePage, cRandom}; }
+    ravlo::Ports Ports() { return {cClock, cHostLoop, cFiles, cMessages, cUserSettings, cCodePage, cRandom}; }
 };
 
 } // namespace ravlo

@@ -54,7 +54,7 @@ std::optional<std::int32_t> MinutesOf(const std::vector<std::wstring>& colLines,
 
 } // namespace
 
-ModScheduler::ModScheduler(const Ports& cPorts) : m_cPorts(cPorts), m_cSavedFiles(m_cPorts.cFiles) {}
+ModScheduler::ModScheduler(const ravlo::Ports& cPorts) : m_cPorts(cPorts), m_cSavedFiles(m_cPorts.cFiles) {}
 
 std::wstring ModScheduler::AppPath() const
 {

@@ -20,11 +20,11 @@ namespace ravlo
 class ModScheduler
 {
 public:
-    explicit ModScheduler(const Ports& cPorts);
+    explicit ModScheduler(const ravlo::Ports& cPorts);
     ModScheduler(const ModScheduler&) = delete;
     ModScheduler& operator=(const ModScheduler&) = delete;
 
-    const Ports& Outside() const noexcept { return m_cPorts; }
+    const ravlo::Ports& Ports() const noexcept { return m_cPorts; }
     // The keeper of the files that every part of the library reads and rewrites.
     SavedFiles& Saved() noexcept { return m_cSavedFiles; }
 
@@ -143,7 +143,7 @@ private:
     bool WriteSettings() noexcept;
     std::wstring SettingsPath() const;
 
-    Ports m_cPorts;
+    ravlo::Ports m_cPorts;
     std::wstring m_sAppPath;
     Settings m_cSettings;
     SavedFiles m_cSavedFiles;

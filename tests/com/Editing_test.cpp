@@ -195,7 +195,7 @@ TEST_F(CategoryEditingTest, AViolationKeepsWhatItIsGiven)
 
 TEST_F(CategoryEditingTest, ACutIsRemovedFromTheLevelThatIsNamed)
 {
-    // A host may have filed it in a level that is not the cut's own.
+    // A host may have placed it in a level that is not the cut's own.
     VARIANT_BOOL bAdded = VARIANT_FALSE;
     VARIANT_BOOL bCreated = VARIANT_FALSE;
     ASSERT_EQ(Level(L"Rock", L"2")->AddCut(Cut(L"First").Get(), &bCreated, &bAdded), S_OK);

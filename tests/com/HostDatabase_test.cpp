@@ -53,7 +53,7 @@ protected:
     ComPtr<HostDataBaseObject> m_cDataBase = NewObject<HostDataBaseObject>();
 };
 
-TEST_F(HostDatabaseTest, TheHostsCutsAreFiledAndComeBackAsTheHostsOwnObjects)
+TEST_F(HostDatabaseTest, TheHostsCutsArePlacedAndComeBackAsTheHostsOwnObjects)
 {
     const auto cFirst = m_cDataBase->AddCut(L"First", L"Rock", 1);
     const auto cSecond = m_cDataBase->AddCut(L"Second", L"Rock", 2);

@@ -236,7 +236,7 @@ TEST_F(OutputTest, PlainValuesAreTakenAndNothingComesBack)
 
 TEST_F(OutputTest, ABooleanComesBackIntoEveryKindOfVariable)
 {
-    // Filing a level 1 cut in a main category makes the level.
+    // Placement a level 1 cut in a main category makes the level.
     ASSERT_EQ(m_cCut->put_CatLevel(1), S_OK);
     ASSERT_EQ(m_cCut->put_Key(Bstr(L"C:\\a.mp3").Get()), S_OK);
     Variant cVariable;
@@ -272,7 +272,7 @@ TEST_F(OutputTest, AnObjectOfAnotherInterfaceIsNoEmptyVariable)
     EXPECT_TRUE(IsSame(ObjectIn<IUnknown>(cMainCat), m_col)) << "the variable keeps it";
 }
 
-// A category of a host's own that files a cut, makes a level, and then fails.
+// A category of a host's own that places a cut, makes a level, and then fails.
 class FailingCat final : public HostObject<_clsCat>
 {
 public:

@@ -299,7 +299,7 @@ protected:
         if (lHost == 0)
         {
             {
-                Host host(m_cStation, lSeed);
+                Host host(m_cState, lSeed);
                 m_pShared->bStarted = true;
                 Chance cChance(lSeed);
                 work.run(host, cChance);
@@ -326,9 +326,9 @@ protected:
     void Round(const Work& work, Chance& cChance)
     {
         const unsigned lSeed = static_cast<unsigned>(cChance());
-        const State before = m_cStation.Read();
+        const State before = m_cState.Read();
         // The same to its end, on a copy.
-        const Station twin(m_cStation);
+        const Station twin(m_cState);
         std::vector<Orders> colSteps{before.orders};
         Microseconds lStart{};
         Microseconds lWork{};
@@ -350,8 +350,8 @@ protected:
         const auto lMost = static_cast<unsigned>((bStarted ? lWork : lStart).count() * 5 / 4 + 1);
         Kill(work, lSeed, bStarted, Microseconds(cChance() % lMost));
 
-        m_cStation.ExpectTidy();
-        const State now = m_cStation.Read();
+        m_cState.ExpectTidy();
+        const State now = m_cState.Read();
         EXPECT_EQ(now.colBoxes, Boxes()) << "the next start is silent";
         ExpectOldOrNew(now.cuts, before.cuts, after.cuts);
         ExpectOldOrNew(now.categories, before.categories, after.categories);
@@ -359,7 +359,7 @@ protected:
         ExpectOrdersOldOrNew(now, colSteps);
     }
 
-    Station m_cStation;
+    Station m_cState;
     Shared* m_pShared = nullptr;
 };
 

@@ -111,14 +111,14 @@ void Station::ExpectTidy() const
     EXPECT_LE(lTemporary, 1) << "one is at work at a time, and the next start takes old ones away";
 }
 
-Host::Host(const Station& cStation, unsigned lSeed)
-    : cMod(world.AllPortsWith(cFiles)), m_csv(cStation.Folder() / "import.csv")
+Host::Host(const Station& cState, unsigned lSeed)
+    : cMod(world.PortsWith(cFiles)), m_csv(cState.Folder() / "import.csv")
 {
     world.cRandom = SeededRandom(lSeed);
-    cStore->Open((cStation.Folder() / sDataBase).wstring());
+    cStore->Open((cState.Folder() / sDataBase).wstring());
     cSchedMan = std::make_shared<clsSchedMan>(cMod);
     cSchedMan->SetRotatesAllowed(true);
-    cSchedMan->PopulateFromDataBase(cStore, cStation.Folder().wstring());
+    cSchedMan->PopulateFromDataBase(cStore, cState.Folder().wstring());
 }
 
 Host::~Host()

@@ -73,7 +73,7 @@ private:
 class Host
 {
 public:
-    Host(const Station& cStation, unsigned lSeed);
+    Host(const Station& cState, unsigned lSeed);
     ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
@@ -85,7 +85,7 @@ public:
     // Hands the database a library CSV.
     void Import(const std::string& csv);
 
-    MemoryWorld world;
+    MemoryPorts world;
     PosixFiles cFiles;
     ModScheduler cMod;
     std::shared_ptr<BatchingStore> cStore = std::make_shared<BatchingStore>();

@@ -104,8 +104,8 @@ TEST(OutOfMemory, ALevelIsAddedWholeOrNotAtAll)
 {
     for (int lAllocations = 0;; ++lAllocations)
     {
-        RadioWorld cWorld;
-        ModScheduler cMod(cWorld.AllPorts());
+        RadioPorts cPorts;
+        ModScheduler cMod(cPorts.Ports());
         const auto cMainCat = std::make_shared<clsCat>(cMod, L"Pop", 0);
         for (const std::int32_t lLevel : {1, 4, 7})
             cMainCat->AddSubCat(std::make_shared<clsCat>(cMod, L"Pop", lLevel));

@@ -54,19 +54,19 @@ class RulesTest : public testing::Test
 protected:
     RulesTest()
     {
-        cWorld.cFiles.MakeFolders(L"C:\\Radio\\Scheduler\\Rules");
+        cPorts.cFiles.MakeFolders(L"C:\\Radio\\Scheduler\\Rules");
         cMod.StoreAppPath(L"C:\\Radio");
         cMod.SetGlobalArtistSepMins(71);
         cMod.SetGlobalTitleSepMins(72);
         cMod.SetGlobalAlbumSepMins(73);
-        cWorld.cFiles.ClearOperations();
+        cPorts.cFiles.ClearOperations();
     }
 
     static std::wstring PathOf(const std::wstring& sName)
     {
         return L"C:\\Radio\\Scheduler\\Rules\\" + sName + L".rls";
     }
-    void Put(const std::string& bytes) { cWorld.cFiles.Put(sPop, bytes); }
+    void Put(const std::string& bytes) { cPorts.cFiles.Put(sPop, bytes); }
 
     std::unique_ptr<clsCatRules> NewRules(const std::wstring& sCatID = L"Pop")
     {
@@ -76,15 +76,15 @@ protected:
     }
     std::optional<std::string> FileOf(const std::wstring& sName = L"Pop") const
     {
-        if (!cWorld.cFiles.FileExists(PathOf(sName)))
+        if (!cPorts.cFiles.FileExists(PathOf(sName)))
             return std::nullopt;
-        return cWorld.cFiles.Get(PathOf(sName));
+        return cPorts.cFiles.Get(PathOf(sName));
     }
 
     const std::wstring sPop = PathOf(L"Pop");
-    RadioWorld cWorld;
-    ModScheduler cMod{cWorld.AllPorts()};
-    std::vector<ShownBox>& boxes = cWorld.cMessages.Boxes;
+    RadioPorts cPorts;
+    ModScheduler cMod{cPorts.Ports()};
+    std::vector<ShownBox>& boxes = cPorts.cMessages.Boxes;
 };
 
 // ---- values
@@ -114,11 +114,11 @@ TEST_F(RulesTest, NegativeArtistOrTitleSeparationIsIgnored)
     const auto cRules = NewRules();
     cRules->SetArtistSepMins(10);
     cRules->SetTitleSepMins(20);
-    cWorld.cFiles.ClearOperations();
+    cPorts.cFiles.ClearOperations();
     cRules->SetArtistSepMins(-1);
     cRules->SetTitleSepMins(std::numeric_limits<std::int32_t>::min());
     EXPECT_EQ(ValuesOf(*cRules), Values(10, 20, -1, false));
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty()) << "nor is the file touched";
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty()) << "nor is the file touched";
 }
 
 TEST_F(RulesTest, AlbumSeparationIsStoredAsItsAbsoluteValue)
@@ -164,9 +164,9 @@ TEST_F(RulesTest, EverySetterRewritesTheFile)
 TEST_F(RulesTest, EditorsValuesAreStoredInOneSave)
 {
     const auto cRules = NewRules();
-    cWorld.cFiles.ClearOperations();
+    cPorts.cFiles.ClearOperations();
     EXPECT_TRUE(cRules->Apply({1, 2, 3, true}));
-    EXPECT_EQ(cWorld.cFiles.Operations().size(), 2u) << "one new file, one rename";
+    EXPECT_EQ(cPorts.cFiles.Operations().size(), 2u) << "one new file, one rename";
     EXPECT_EQ(FileOf(), popRules);
     EXPECT_TRUE(cRules->Apply({.lArtist = std::nullopt, .lTitle = 5, .lAlbum = -1, .bIgnore = std::nullopt}));
     EXPECT_EQ(FileOf(), Record(Mins(1), Mins(5), yes, "Pop", notSet)) << "-1 unsets the album";
@@ -177,7 +177,7 @@ TEST_F(RulesTest, EditorsValuesAreStoredInOneSave)
 TEST_F(RulesTest, SettingTheKeyLoadsItsFile)
 {
     const std::wstring sKey = L"Pop\u00AC\u00AC\u00AC2";
-    cWorld.cFiles.Put(PathOf(sKey), popRules + "more, which is not looked at");
+    cPorts.cFiles.Put(PathOf(sKey), popRules + "more, which is not looked at");
     const auto cRules = NewRules(sKey);
     EXPECT_EQ(ValuesOf(*cRules), Values(1, 2, 3, true));
     EXPECT_EQ(cRules->CatID(), sKey) << "and not what the file says";
@@ -230,7 +230,7 @@ TEST_F(RulesTest, EmptyKeyIsIgnored)
 
 TEST_F(RulesTest, SecondKeyRebindsTheObject)
 {
-    cWorld.cFiles.Put(PathOf(L"Rock"), Record(Mins(7), notSet, yes, "Rock", notSet));
+    cPorts.cFiles.Put(PathOf(L"Rock"), Record(Mins(7), notSet, yes, "Rock", notSet));
     auto cRules = NewRules();
     cRules->SetArtistSepMins(5);
     cRules->SetCatID(L"Rock");
@@ -254,20 +254,20 @@ TEST_F(RulesTest, ShortFileIsAnErrorAndNothingOfItIsTaken)
         EXPECT_EQ(cRules->CatID(), L"Pop") << "the key is set all the same";
         cRules.reset();
         EXPECT_EQ(FileOf(), Record(notSet, notSet, no, "Pop", notSet)) << "release repairs it";
-        EXPECT_EQ(cWorld.cFiles.Get(sPop + L".bak"), popRules.substr(0, lLength)) << "and keeps it";
-        cWorld.cFiles.Delete(sPop + L".bak");
+        EXPECT_EQ(cPorts.cFiles.Get(sPop + L".bak"), popRules.substr(0, lLength)) << "and keeps it";
+        cPorts.cFiles.Delete(sPop + L".bak");
         boxes.clear();
         NewRules();
         EXPECT_TRUE(boxes.empty()) << "the next start has nothing to complain of";
     }
-    EXPECT_EQ(cWorld.LogMessages().front(), L"DISPLAYERROR, GetRules 62 Input past end of file");
-    EXPECT_EQ(cWorld.LogMessages().size(), popRules.size());
+    EXPECT_EQ(cPorts.LogMessages().front(), L"DISPLAYERROR, GetRules 62 Input past end of file");
+    EXPECT_EQ(cPorts.LogMessages().size(), popRules.size());
 }
 
 TEST_F(RulesTest, UnreadableFileIsOverwrittenByASetterAlone)
 {
     Put(popRules);
-    cWorld.cFiles.SetUnreadable(sPop, error::PermissionDenied);
+    cPorts.cFiles.SetUnreadable(sPop, error::PermissionDenied);
     auto cRules = NewRules();
     EXPECT_EQ(boxes, Boxes{HandledError(L"GetRules", L"Permission denied", L"70")});
     cRules.reset();
@@ -282,7 +282,7 @@ TEST_F(RulesTest, UnreadableFileIsOverwrittenByASetterAlone)
 
 TEST_F(RulesTest, FolderOfThatNameIsNoFile)
 {
-    cWorld.cFiles.MakeFolders(sPop);
+    cPorts.cFiles.MakeFolders(sPop);
     NewRules();
     EXPECT_TRUE(boxes.empty());
 }
@@ -319,7 +319,7 @@ TEST_F(RulesTest, KeyIsHandedOutWithoutBlanksAtItsEnds)
 TEST_F(RulesTest, LongKeyIsReadInFullAndSavedUnder55Characters)
 {
     const std::wstring sLong = std::wstring(50, L'x') + L"\u00AC\u00AC\u00AC12345"; // 58
-    cWorld.cFiles.Put(PathOf(sLong), Record(Mins(1), notSet, no, "", notSet));
+    cPorts.cFiles.Put(PathOf(sLong), Record(Mins(1), notSet, no, "", notSet));
     const auto cRules = NewRules(sLong);
     EXPECT_EQ(cRules->ArtistSepMins(), 1);
     EXPECT_EQ(cRules->CatID(), sLong.substr(0, 55));
@@ -329,7 +329,7 @@ TEST_F(RulesTest, LongKeyIsReadInFullAndSavedUnder55Characters)
                                                                          "12",
                                                   notSet));
     EXPECT_EQ(FileOf(sLong), Record(Mins(1), notSet, no, "", notSet));
-    EXPECT_EQ(cWorld.LogMessages(), Lines{L"Warning: the rules of " + sLong +
+    EXPECT_EQ(cPorts.LogMessages(), Lines{L"Warning: the rules of " + sLong +
                                           L" are saved under the first 55 characters of that name."});
 }
 
@@ -337,11 +337,11 @@ TEST_F(RulesTest, KeyIsCutAt55CharactersAndLosesTheBlanksThere)
 {
     const std::wstring sName(53, L'x');
     NewRules(sName + L"  ")->SaveRules(); // 55
-    EXPECT_TRUE(cWorld.LogMessages().empty());
+    EXPECT_TRUE(cPorts.LogMessages().empty());
     NewRules(sName + L"  tail")->SaveRules();
     EXPECT_EQ(FileOf(sName), Record(notSet, notSet, no, std::string(53, 'x') + "  ", notSet));
     EXPECT_EQ(NewRules(std::wstring(55, L'y'))->CatID(), std::wstring(55, L'y'));
-    EXPECT_EQ(cWorld.LogMessages().size(), 1u);
+    EXPECT_EQ(cPorts.LogMessages().size(), 1u);
 }
 
 TEST_F(RulesTest, CodePageSubstitutesInTheFileButNotInItsName)
@@ -361,7 +361,7 @@ TEST_F(RulesTest, WithoutAKeyNothingIsSavedAndNothingSaid)
         const auto cBlank = NewRules(L"   ");
         EXPECT_FALSE(cBlank->SaveRules()) << "a key of blanks is none";
     }
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty());
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
     EXPECT_TRUE(boxes.empty());
 }
 
@@ -379,21 +379,21 @@ TEST_F(RulesTest, KeyThatIsNoFileNameIsRefusedWhenSaved)
         EXPECT_EQ(boxes, Boxes{HandledError(L"SaveRules", sText, L"52")});
         cRules.reset();
         EXPECT_EQ(boxes.size(), 1u) << "on release errors are only logged";
-        EXPECT_EQ(cWorld.LogMessages().back(), L"DISPLAYERROR, SaveRules 52 " + sText);
+        EXPECT_EQ(cPorts.LogMessages().back(), L"DISPLAYERROR, SaveRules 52 " + sText);
     }
-    EXPECT_EQ(cWorld.cFiles.Paths().size(), 2u) << "the settings and the log";
+    EXPECT_EQ(cPorts.cFiles.Paths().size(), 2u) << "the settings and the log";
 }
 
 TEST_F(RulesTest, NameFullOfDotsStaysInItsFolder)
 {
     EXPECT_TRUE(NewRules(L"..")->SaveRules());
     EXPECT_TRUE(FileOf(L".."));
-    EXPECT_TRUE(cWorld.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\...rls"));
+    EXPECT_TRUE(cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\...rls"));
 }
 
 TEST_F(RulesTest, WithoutAnApplicationPathNothingIsReadOrWritten)
 {
-    ModScheduler cOther(cWorld.AllPorts());
+    ModScheduler cOther(cPorts.Ports());
     {
         clsCatRules cRules(cOther);
         cRules.SetCatID(L"Pop");
@@ -402,7 +402,7 @@ TEST_F(RulesTest, WithoutAnApplicationPathNothingIsReadOrWritten)
         cRules.SetArtistSepMins(5);
         EXPECT_EQ(cRules.ArtistSepMins(), 5);
     }
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty());
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
     EXPECT_TRUE(boxes.empty());
 }
 
@@ -441,16 +441,16 @@ TEST_F(RulesTest, ObjectReleasedLateDoesNotBringOldValuesBack)
 
 TEST_F(RulesTest, ObjectOfAnotherFolderDoesNotTouchTheNewOne)
 {
-    cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\Rules\\Pop.rls", "theirs");
+    cPorts.cFiles.Put(L"C:\\Other\\Scheduler\\Rules\\Pop.rls", "theirs");
     auto cRules = NewRules();
     cMod.StoreAppPath(L"C:\\Other");
     cRules.reset();
-    EXPECT_EQ(cWorld.cFiles.Get(L"C:\\Other\\Scheduler\\Rules\\Pop.rls"), "theirs");
+    EXPECT_EQ(cPorts.cFiles.Get(L"C:\\Other\\Scheduler\\Rules\\Pop.rls"), "theirs");
 }
 
 TEST_F(RulesTest, ObjectMadeBeforeAnyFolderOverwritesNothing)
 {
-    ModScheduler cOther(cWorld.AllPorts());
+    ModScheduler cOther(cPorts.Ports());
     Put("theirs");
     {
         clsCatRules cRules(cOther);
@@ -463,10 +463,10 @@ TEST_F(RulesTest, ObjectMadeBeforeAnyFolderOverwritesNothing)
 TEST_F(RulesTest, FailureOnReleaseIsOnlyLogged)
 {
     auto cRules = NewRules();
-    cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\Rules");
+    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\Rules");
     cRules.reset();
     EXPECT_TRUE(boxes.empty());
-    EXPECT_EQ(cWorld.LogMessages(), Lines{L"DISPLAYERROR, SaveRules 75 Path/File access error"});
+    EXPECT_EQ(cPorts.LogMessages(), Lines{L"DISPLAYERROR, SaveRules 75 Path/File access error"});
 }
 
 // ---- failing files
@@ -475,12 +475,12 @@ TEST_F(RulesTest, FailedSaveIsReportedAndFalse)
 {
     const auto cRules = NewRules();
     Put("old");
-    cWorld.cFiles.SetReadOnly(sPop);
+    cPorts.cFiles.SetReadOnly(sPop);
     EXPECT_FALSE(cRules->SaveRules());
     EXPECT_EQ(boxes, Boxes{HandledError(L"SaveRules", L"Path/File access error", L"75")});
     EXPECT_EQ(FileOf(), "old");
-    EXPECT_TRUE(cWorld.TemporaryFiles().empty());
-    cWorld.cFiles.SetReadOnly(sPop, false);
+    EXPECT_TRUE(cPorts.TemporaryFiles().empty());
+    cPorts.cFiles.SetReadOnly(sPop, false);
 }
 
 TEST_F(RulesTest, FailureAtAnyStepOfASaveLeavesOldOrNewFile)
@@ -489,10 +489,10 @@ TEST_F(RulesTest, FailureAtAnyStepOfASaveLeavesOldOrNewFile)
     const std::string newRules = Record(Mins(1), Mins(9), no, "Pop", notSet);
     for (int lGood = 0;; ++lGood)
     {
-        MemoryWorld cDisk; // without a log, whose lines would be steps too
+        MemoryPorts cDisk; // without a log, whose lines would be steps too
         cDisk.cFiles.Put(sPop, oldRules);
         FailingFiles cFiles(cDisk.cFiles, lGood);
-        ModScheduler cOther(cDisk.AllPortsWith(cFiles));
+        ModScheduler cOther(cDisk.PortsWith(cFiles));
         cOther.StoreAppPath(sRadio);
         {
             clsCatRules cRules(cOther);

@@ -104,10 +104,10 @@ protected:
         return colLevels;
     }
 
-    RadioWorld cWorld;
-    ModScheduler cMod{cWorld.AllPorts()};
+    RadioPorts cPorts;
+    ModScheduler cMod{cPorts.Ports()};
     FakeDataBase cDataBase;
-    std::vector<ShownBox>& boxes = cWorld.cMessages.Boxes;
+    std::vector<ShownBox>& boxes = cPorts.cMessages.Boxes;
     bool bCreated = false; // what AddCut tells besides
     const std::shared_ptr<clsCat> cLevel = NewCat(1);
 };
@@ -164,8 +164,8 @@ TEST_F(CatTest, MainCategoryIsNotKeptAliveAndCanBeCleared)
 
 TEST_F(CatTest, RulesAreMadeOnFirstUseUnderNameAndLevel)
 {
-    cWorld.cFiles.MakeFolders(L"C:\\Radio\\Scheduler\\Rules");
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty()) << "nothing is read before they are asked for";
+    cPorts.cFiles.MakeFolders(L"C:\\Radio\\Scheduler\\Rules");
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty()) << "nothing is read before they are asked for";
     const std::shared_ptr<clsCatRules> cRules = cLevel->Rules();
     EXPECT_EQ(cRules->CatID(), L"Rock\u00AC\u00AC\u00AC1");
     EXPECT_EQ(cLevel->Rules(), cRules);
@@ -320,9 +320,9 @@ TEST_F(CatTest, NameIsAnnouncedAfterOrderAndTotalChanged)
 
 TEST_F(CatTest, CutIsAlsoFoundUnderItsSecondaryKey)
 {
-    const auto cFiled = NewCutIn(*cLevel, L"old");
+    const auto cPlaced = NewCutIn(*cLevel, L"old");
     const auto cRenamed = NewCut(L"new");
-    cRenamed->lID = cFiled->lID;
+    cRenamed->lID = cPlaced->lID;
     cRenamed->AddCategoryName(L"Rock");
     cRenamed->SetSecondaryKey(L"old");
     EXPECT_TRUE(cLevel->RemoveCut(cRenamed));
@@ -391,14 +391,14 @@ TEST_F(CatTest, LevelThatIsThereOrNoneIsNotAdded)
 
 TEST_F(CatTest, ErrorInAddSubCatIsReportedAndGivesFalse)
 {
-    cWorld.cMessages.OnShown = [this]
+    cPorts.cMessages.OnShown = [this]
     {
-        cWorld.cMessages.OnShown = nullptr;
+        cPorts.cMessages.OnShown = nullptr;
         throw RuntimeError(error::PermissionDenied);
     };
     EXPECT_FALSE(NewCat(0)->AddSubCat(NewCat(0)));
     EXPECT_EQ(boxes, (Boxes{noLevelBox, HandledError(L"AddSubCat [clsCat]", L"Permission denied", L"70")}));
-    EXPECT_EQ(cWorld.LogMessages(), Names{L"DISPLAYERROR, AddSubCat [clsCat] 70 Permission denied"});
+    EXPECT_EQ(cPorts.LogMessages(), Names{L"DISPLAYERROR, AddSubCat [clsCat] 70 Permission denied"});
 }
 
 TEST_F(CatTest, WhatCanBeNoLevelIsRefusedWithError5)
@@ -502,7 +502,7 @@ TEST_F(CatTest, MainCategorysAverageIsOfItsLevelsAverages)
     EXPECT_EQ(ErrorOf([&] { (void)cMainCat->AverageRunTimemS(); }), error::Overflow);
 }
 
-TEST_F(CatTest, OverflowIsRaisedAfterTheCutIsFiledAndNamed)
+TEST_F(CatTest, OverflowIsRaisedAfterTheCutIsPlacedAndNamed)
 {
     const auto cMainCat = NewMainCat({1});
     const auto cSubCat = cMainCat->SubCat(1);
@@ -607,10 +607,10 @@ TEST_F(CatTest, ReplacingWithLevelZeroCutsGivesOneBoxAndALine)
     cLevel->SetSchedCuts({NewCut(L"a", 0), NewCut(L"b"), NewCut(L"c", 0), NewCut(L"d", 0)});
     EXPECT_EQ(boxes, Boxes{levelZeroBox});
     EXPECT_EQ(KeysOf(*cLevel), Keys{L"b"});
-    EXPECT_EQ(cWorld.LogMessages(), Names{L"Level 0 cuts refused by category Rock: 3 in all."});
+    EXPECT_EQ(cPorts.LogMessages(), Names{L"Level 0 cuts refused by category Rock: 3 in all."});
     cLevel->SetSchedCuts({NewCut(L"e", 0)});
     EXPECT_EQ(boxes.size(), 2u);
-    EXPECT_EQ(cWorld.LogMessages().size(), 1u) << "no line for a single one";
+    EXPECT_EQ(cPorts.LogMessages().size(), 1u) << "no line for a single one";
 }
 
 TEST_F(CatTest, ReplacingFilesEverythingBeforeItRaisesOverflow)
@@ -623,7 +623,7 @@ TEST_F(CatTest, ReplacingFilesEverythingBeforeItRaisesOverflow)
 
 // ---- whole or not at all
 
-TEST_F(CatTest, CutThatFailsWhileItIsFiledLeavesTheTotalTrue)
+TEST_F(CatTest, CutThatFailsWhileItIsPlacedLeavesTheTotalTrue)
 {
     NewCutIn(*cLevel, L"a");
     for (const char* sMember : {"CatLevel", "RunTimemS", "Key", "AddCategoryName"})

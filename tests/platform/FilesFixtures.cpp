@@ -16,10 +16,10 @@ namespace ravlo
 namespace
 {
 
-class MemoryFilesWorld : public FilesWorld
+class MemoryFilesFixture : public FilesFixture
 {
 public:
-    MemoryFilesWorld() { m_cMemory.MakeFolders(Root()); }
+    MemoryFilesFixture() { m_cMemory.MakeFolders(Root()); }
     Files& All() override { return m_cMemory; }
     std::wstring Root() const override { return L"C:\\Radio"; }
     std::size_t EntriesInRoot() const override { return m_cMemory.Paths().size(); }
@@ -29,7 +29,7 @@ protected:
 };
 
 // The decorator must be unnoticeable as long as nothing fails.
-class PatientFilesWorld final : public MemoryFilesWorld
+class PatientFilesFixture final : public MemoryFilesFixture
 {
 public:
     Files& All() override { return m_cFailing; }
@@ -44,7 +44,7 @@ using SystemFiles = WindowsFiles;
 using SystemFiles = PosixFiles;
 #endif
 
-class SystemFilesWorld final : public FilesWorld
+class SystemFilesFixture final : public FilesFixture
 {
 public:
     Files& All() override { return m_cFiles; }
@@ -56,7 +56,7 @@ private:
     SystemFiles m_cFiles;
 };
 
-template <class World> std::unique_ptr<FilesWorld> Make() { return std::make_unique<World>(); }
+template <class Fixture> std::unique_ptr<FilesFixture> Make() { return std::make_unique<Fixture>(); }
 
 } // namespace
 
@@ -67,9 +67,9 @@ std::vector<FilesKind> AllFilesKinds()
 #else
     constexpr bool bSystemIgnoresCase = false;
 #endif
-    return {{"Memory", true, &Make<MemoryFilesWorld>},
-            {"Patient", true, &Make<PatientFilesWorld>},
-            {"System", bSystemIgnoresCase, &Make<SystemFilesWorld>}};
+    return {{"Memory", true, &Make<MemoryFilesFixture>},
+            {"Patient", true, &Make<PatientFilesFixture>},
+            {"System", bSystemIgnoresCase, &Make<SystemFilesFixture>}};
 }
 
 } // namespace ravlo

@@ -14,10 +14,10 @@ namespace ravlo
 {
 
 // One implementation of Files with an empty folder to try it in.
-class FilesWorld
+class FilesFixture
 {
 public:
-    virtual ~FilesWorld() = default;
+    virtual ~FilesFixture() = default;
     virtual Files& All() = 0;
     virtual std::wstring Root() const = 0;
     virtual std::size_t EntriesInRoot() const = 0;
@@ -27,7 +27,7 @@ struct FilesKind
 {
     const char* sName;
     bool bIgnoresCase; // and refuses the characters that Windows refuses in names
-    std::unique_ptr<FilesWorld> (*make)();
+    std::unique_ptr<FilesFixture> (*make)();
 };
 inline void PrintTo(const FilesKind& kind, std::ostream* pStream) { *pStream << kind.sName; }
 
@@ -37,10 +37,10 @@ std::vector<FilesKind> AllFilesKinds();
 class FilesTest : public ::testing::TestWithParam<FilesKind>
 {
 protected:
-    std::wstring In(const std::wstring& sName) const { return m_cWorld->Root() + L"\\" + sName; }
+    std::wstring In(const std::wstring& sName) const { return m_cPorts->Root() + L"\\" + sName; }
 
-    std::unique_ptr<FilesWorld> m_cWorld = GetParam().make();
-    Files& m_cFiles = m_cWorld->All();
+    std::unique_ptr<FilesFixture> m_cPorts = GetParam().make();
+    Files& m_cFiles = m_cPorts->All();
 };
 
 // The number of the RuntimeError that the action throws; 0 when it throws none.

@@ -76,15 +76,15 @@ TEST_P(FilesContract, ALookSaysAbsentOfWhatWasNeverMade)
 
 TEST_P(FilesContract, AFolderListsItsFilesWithTheirAge)
 {
-    EXPECT_TRUE(m_cFiles.FilesIn(m_cWorld->Root()).empty());
+    EXPECT_TRUE(m_cFiles.FilesIn(m_cPorts->Root()).empty());
     m_cFiles.WriteNew(In(L"\u00FCber.sif"), "x");
     m_cFiles.CreateFolder(In(L"Sub"));
     m_cFiles.WriteNew(In(L"Sub\\b.sif"), "x");
-    const std::vector<FileEntry> colFiles = m_cFiles.FilesIn(m_cWorld->Root());
+    const std::vector<FileEntry> colFiles = m_cFiles.FilesIn(m_cPorts->Root());
     ASSERT_EQ(colFiles.size(), 1u);
     EXPECT_EQ(colFiles[0].sName, L"\u00FCber.sif");
     EXPECT_LE(std::chrono::abs(colFiles[0].lAge), std::chrono::minutes(10));
-    EXPECT_EQ(m_cFiles.FilesIn(m_cWorld->Root() + L"\\").size(), 1u);
+    EXPECT_EQ(m_cFiles.FilesIn(m_cPorts->Root() + L"\\").size(), 1u);
     EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.FilesIn(In(L"Other")); }), error::PathNotFound);
 }
 
@@ -111,7 +111,7 @@ TEST_P(FilesContract, HoldingAFileKeepsItsContent)
 
 TEST_P(FilesContract, AStationIsInUseWhileItIsMarked)
 {
-    const std::wstring sStation = m_cWorld->Root();
+    const std::wstring sStation = m_cPorts->Root();
     EXPECT_FALSE(IsStationInUse(m_cFiles, sStation));
     EXPECT_EQ(NumberRaisedBy([&] { MarkStation(m_cFiles, sStation); }), error::PathNotFound);
     m_cFiles.CreateFolder(In(L"Scheduler"));
@@ -138,7 +138,7 @@ TEST_P(FilesContract, NamesAreTakenLiterally)
         EXPECT_NE(NumberRaisedBy([&] { m_cFiles.Rename(In(sPattern), In(L"b.sif")); }), 0) << sPattern;
     }
     EXPECT_EQ(m_cFiles.ReadAll(In(L"a1.sif")), "kept");
-    EXPECT_EQ(m_cWorld->EntriesInRoot(), 1u);
+    EXPECT_EQ(m_cPorts->EntriesInRoot(), 1u);
 }
 
 TEST_P(FilesContract, NamesMayHoldDotsBlanksAndAnyLetter)
@@ -156,7 +156,7 @@ TEST_P(FilesContract, NamesMayHoldDotsBlanksAndAnyLetter)
 
 TEST_P(FilesContract, PathsMayBeLongerThanTheClassicLimit)
 {
-    std::wstring sFolder = m_cWorld->Root();
+    std::wstring sFolder = m_cPorts->Root();
     for (int i = 0; i < 4; ++i)
     {
         sFolder += L"\\" + std::wstring(100, static_cast<wchar_t>(L'a' + i));
@@ -199,7 +199,7 @@ TEST_P(FilesContract, AMissingFileRaises53AndAMissingFolder76)
     EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.Delete(In(L"Sub\\a.sif")); }), error::PathNotFound);
     EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.WriteNew(In(L"Sub\\a.sif"), "x"); }), error::PathNotFound);
     EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.Append(In(L"Sub\\a.sif"), "x"); }), error::PathNotFound);
-    EXPECT_EQ(m_cWorld->EntriesInRoot(), 0u);
+    EXPECT_EQ(m_cPorts->EntriesInRoot(), 0u);
 }
 
 TEST_P(FilesContract, AFileIsNoFolder)
@@ -246,7 +246,7 @@ TEST_P(FilesContract, RenamingReplacesAFileOfThatName)
     m_cFiles.WriteNew(In(L"b.sif"), "a longer old one");
     m_cFiles.Rename(In(L"a.sif"), In(L"b.sif"));
     EXPECT_EQ(m_cFiles.ReadAll(In(L"b.sif")), "new");
-    EXPECT_EQ(m_cWorld->EntriesInRoot(), 1u);
+    EXPECT_EQ(m_cPorts->EntriesInRoot(), 1u);
 }
 
 TEST_P(FilesContract, DeletingRemovesThatFileOnly)
@@ -292,7 +292,7 @@ TEST_P(FilesContract, NamesThatWindowsRefusesRaise52There)
         EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.CreateFolder(In(sName)); }), error::BadFileName) << sName;
         EXPECT_FALSE(m_cFiles.FileExists(In(sName))) << sName;
     }
-    EXPECT_EQ(m_cWorld->EntriesInRoot(), 0u);
+    EXPECT_EQ(m_cPorts->EntriesInRoot(), 0u);
 }
 
 } // namespace

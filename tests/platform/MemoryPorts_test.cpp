@@ -72,12 +72,12 @@ TEST(MemoryHostLoop, AHookMayReplaceItself)
     EXPECT_EQ(lCalls, 1);
 }
 
-TEST(MemoryWorld, SleepingLetsTheClocksTimePass)
+TEST(MemoryPorts, SleepingLetsTheClocksTimePass)
 {
-    MemoryWorld cWorld;
-    const Ports cPorts = cWorld.AllPorts();
-    cPorts.cHostLoop.Sleep(1500);
-    EXPECT_EQ(cPorts.cClock.TickCount(), 1500u);
+    MemoryPorts cPorts;
+    const Ports ports = cPorts.Ports();
+    ports.cHostLoop.Sleep(1500);
+    EXPECT_EQ(ports.cClock.TickCount(), 1500u);
 }
 
 TEST(ScriptedMessages, RecordsBoxesWholeAndAnswersAsWritten)

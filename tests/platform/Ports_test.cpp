@@ -27,7 +27,7 @@ namespace
 {
 
 #ifdef _WIN32
-using SystemWorld = WindowsWorld;
+using SystemPorts = WindowsPorts;
 
 class SystemSettings
 {
@@ -47,7 +47,7 @@ private:
     std::wstring m_sApplication;
 };
 #else
-using SystemWorld = PosixWorld;
+using SystemPorts = PosixPorts;
 
 class SystemSettings
 {
@@ -230,11 +230,11 @@ TYPED_TEST(CodePageContract, WhatThePageLacksBecomesQuestionMarks)
     EXPECT_EQ(this->m_cPage.Encode(std::wstring_view(L"a\0b", 3)), std::string("a\0b", 3));
 }
 
-TEST(SystemWorld, TheClockTellsTheLocalTime)
+TEST(SystemPorts, TheClockTellsTheLocalTime)
 {
-    SystemWorld cWorld;
+    SystemPorts cPorts;
     const std::time_t lBefore = std::time(nullptr);
-    const DateTime dtNow = cWorld.cClock.Now();
+    const DateTime dtNow = cPorts.cClock.Now();
     const std::time_t lAfter = std::time(nullptr);
     const auto secondsOf = [](std::time_t lWhen)
     {
@@ -246,24 +246,24 @@ TEST(SystemWorld, TheClockTellsTheLocalTime)
     EXPECT_LE(WholeSeconds(dtNow), secondsOf(lAfter) + 1);
 }
 
-TEST(SystemWorld, SleepingLetsTheTickCountGoOn)
+TEST(SystemPorts, SleepingLetsTheTickCountGoOn)
 {
-    SystemWorld cWorld;
-    const std::uint32_t lStart = cWorld.cClock.TickCount();
-    cWorld.cHostLoop.Sleep(40);
-    const std::uint32_t lPassed = cWorld.cClock.TickCount() - lStart;
+    SystemPorts cPorts;
+    const std::uint32_t lStart = cPorts.cClock.TickCount();
+    cPorts.cHostLoop.Sleep(40);
+    const std::uint32_t lPassed = cPorts.cClock.TickCount() - lStart;
     EXPECT_GE(lPassed, 20u); // ticks may be 16 ms apart
     EXPECT_LT(lPassed, 60'000u);
-    cWorld.cHostLoop.PumpMessages(); // returns when nothing is waiting
+    cPorts.cHostLoop.PumpMessages(); // returns when nothing is waiting
 }
 
-TEST(SystemWorld, HandsOutItsOwnParts)
+TEST(SystemPorts, HandsOutItsOwnParts)
 {
-    SystemWorld cWorld;
-    const Ports cPorts = cWorld.AllPorts();
-    EXPECT_EQ(&cPorts.cFiles, &cWorld.cFiles);
-    EXPECT_EQ(&cPorts.cClock, &cWorld.cClock);
-    EXPECT_EQ(&cPorts.cUserSettings, &cWorld.cUserSettings);
+    SystemPorts cPorts;
+    const Ports ports = cPorts.Ports();
+    EXPECT_EQ(&ports.cFiles, &cPorts.cFiles);
+    EXPECT_EQ(&ports.cClock, &cPorts.cClock);
+    EXPECT_EQ(&ports.cUserSettings, &cPorts.cUserSettings);
 }
 
 template <class Generator> class RandomContract : public ::testing::Test

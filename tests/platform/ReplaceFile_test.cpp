@@ -21,7 +21,7 @@ TEST_P(ReplaceFileOn, CreatesAndReplacesAndLeavesNothingBeside)
     EXPECT_EQ(m_cFiles.ReadAll(In(L"a.sif")), "old");
     ReplaceFile(m_cFiles, In(L"a.sif"), "new");
     EXPECT_EQ(m_cFiles.ReadAll(In(L"a.sif")), "new");
-    EXPECT_EQ(m_cWorld->EntriesInRoot(), 1u);
+    EXPECT_EQ(m_cPorts->EntriesInRoot(), 1u);
 }
 
 TEST_P(ReplaceFileOn, WhicheverStepFailsTheFileIsTheOldOneOrTheNew)
@@ -35,7 +35,7 @@ TEST_P(ReplaceFileOn, WhicheverStepFailsTheFileIsTheOldOneOrTheNew)
             NumberRaisedBy([&] { ReplaceFile(cFailing, In(L"a.sif"), "the new content"); });
         EXPECT_EQ(lNumber, cFailing.bFailed ? error::DeviceIo : 0);
         EXPECT_EQ(m_cFiles.ReadAll(In(L"a.sif")), lNumber != 0 ? "old content" : "the new content");
-        EXPECT_EQ(m_cWorld->EntriesInRoot(), 1u) << "after " << lGood << " good steps";
+        EXPECT_EQ(m_cPorts->EntriesInRoot(), 1u) << "after " << lGood << " good steps";
         if (!cFailing.bFailed)
             break;
         ++lFailures;
@@ -49,7 +49,7 @@ TEST_P(ReplaceFileOn, AFailureLeavesNoFileWhereThereWasNone)
     {
         FailingFiles cFailing(m_cFiles, lGood);
         EXPECT_EQ(NumberRaisedBy([&] { ReplaceFile(cFailing, In(L"a.sif"), "new"); }), error::DiskFull);
-        EXPECT_EQ(m_cWorld->EntriesInRoot(), 0u) << "after " << lGood << " good steps";
+        EXPECT_EQ(m_cPorts->EntriesInRoot(), 0u) << "after " << lGood << " good steps";
     }
 }
 

@@ -21,7 +21,7 @@ protected:
     RotationAnswer Ask(const std::wstring& sKey)
     {
         request.strSubCatKey = sKey;
-        return NextCutFromRotation(station.colMainCats.get(), request, station.World());
+        return NextCutFromRotation(station.colMainCats.get(), request, station.Context());
     }
 
     Station station;

@@ -16,7 +16,7 @@ class RotationOrderTest : public testing::Test
 protected:
     bool Send(const std::shared_ptr<Cut>& cCut)
     {
-        return SendToBackOfCategory(station.cLevel.get(), cCut.get(), station.World());
+        return SendToBackOfCategory(station.cLevel.get(), cCut.get(), station.Context());
     }
 
     Station station;
@@ -69,10 +69,10 @@ TEST_F(RotationOrderTest, WhatIsMissingOrUnknownGivesFalseInSilence)
     const auto cCut = station.AddCut(L"a");
     station.AddCut(L"b");
     EXPECT_FALSE(Send(nullptr));
-    EXPECT_FALSE(SendToBackOfCategory(nullptr, cCut.get(), station.World()));
-    SelectionWorld world = station.World();
-    world.cDataBase = nullptr;
-    EXPECT_FALSE(SendToBackOfCategory(station.cLevel.get(), cCut.get(), world));
+    EXPECT_FALSE(SendToBackOfCategory(nullptr, cCut.get(), station.Context()));
+    SelectionContext context = station.Context();
+    context.cDataBase = nullptr;
+    EXPECT_FALSE(SendToBackOfCategory(station.cLevel.get(), cCut.get(), context));
     station.cDataBase->Remove(*cCut);
     EXPECT_FALSE(Send(cCut));
     EXPECT_EQ(station.Order(), (Lines{L"a", L"b"}));
@@ -102,17 +102,17 @@ TEST_F(RotationOrderTest, WalkNotesItsStepThroughTheSameOperation)
     std::vector<StepKind> colAlone;
     const auto isSent = [](StepKind eKind)
     { return eKind == StepKind::SentToBack || eKind == StepKind::NotSentToBack; };
-    SelectionWorld world = station.World();
+    SelectionContext context = station.Context();
     for (int lCut = 0; lCut < 3; ++lCut)
     {
-        world.note = [&](const TraceStep& step)
+        context.note = [&](const TraceStep& step)
         {
             if (isSent(step.eKind))
                 colOfWalk.push_back(step.eKind);
         };
-        NextCutFromCategory(station.cLevel, false, nullptr, world);
-        world.note = [&](const TraceStep& step) { colAlone.push_back(step.eKind); };
-        SendToBackOfCategory(station.cLevel.get(), station.cLevel->SchedCuts()->At(2).get(), world);
+        NextCutFromCategory(station.cLevel, false, nullptr, context);
+        context.note = [&](const TraceStep& step) { colAlone.push_back(step.eKind); };
+        SendToBackOfCategory(station.cLevel.get(), station.cLevel->SchedCuts()->At(2).get(), context);
     }
     EXPECT_EQ(colOfWalk, colAlone);
     EXPECT_EQ(colOfWalk.size(), 2u) << "of a cut the database does not know nothing is said";

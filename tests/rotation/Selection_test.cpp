@@ -25,18 +25,18 @@ protected:
     }
 
     // A pick whose steps go to note alone.
-    static Pick Traced(Station& cStation, TraceSink note)
+    static Pick Traced(Station& cState, TraceSink note)
     {
-        SelectionWorld world = cStation.World();
-        world.note = std::move(note);
-        return NextCutFromCategory(cStation.cLevel, false, nullptr, world);
+        SelectionContext context = cState.Context();
+        context.note = std::move(note);
+        return NextCutFromCategory(cState.cLevel, false, nullptr, context);
     }
 
     // The titles a walk examined, in order, whatever came of them.
-    static Lines Examined(Station& cStation)
+    static Lines Examined(Station& cState)
     {
         Lines colTitles;
-        Traced(cStation,
+        Traced(cState,
                [&](const TraceStep& step)
                {
                    if (step.eKind == StepKind::Considered)
@@ -462,9 +462,9 @@ TEST_F(SelectionTest, CategoryDeletedAtAPumpIsWalkedToItsEnd)
     station.AddViolators(8);
     const std::weak_ptr<clsCat> cWeak = station.cLevel;
     std::shared_ptr<clsCat> cLevel = std::move(station.cLevel);
-    SelectionWorld world = station.World();
-    world.pump = [&] { station.DeleteMainCat(); };
-    const Pick pick = NextCutFromCategory(std::move(cLevel), false, nullptr, world);
+    SelectionContext context = station.Context();
+    context.pump = [&] { station.DeleteMainCat(); };
+    const Pick pick = NextCutFromCategory(std::move(cLevel), false, nullptr, context);
     EXPECT_EQ(pick.cCut->Key().Text(), L"1");
     EXPECT_TRUE(cWeak.expired());
 }

@@ -64,7 +64,7 @@ public:
         cDataBase->colCuts.push_back(cCut);
         return cCut;
     }
-    // The same, filed at the end of the level.
+    // The same, placed at the end of the level.
     std::shared_ptr<FakeCut> AddCut(const std::wstring& sKey, const std::wstring& sArtist = L"Artist",
                                     const std::wstring& sTitle = {}, const CutOptions& options = {})
     {
@@ -94,7 +94,7 @@ public:
     Pick NextCut(bool bMustBeOpener = false, const std::shared_ptr<Cut>& cPrevSchedCut = nullptr)
     {
         const ModScheduler::LogScope cScope(cMod);
-        return NextCutFromCategory(cLevel, bMustBeOpener, cPrevSchedCut, World());
+        return NextCutFromCategory(cLevel, bMustBeOpener, cPrevSchedCut, Context());
     }
     std::vector<std::wstring> Order() const
     {
@@ -155,7 +155,7 @@ public:
         return static_cast<int>(std::count(colLines.begin(), colLines.end(), sLine));
     }
 
-    SelectionWorld World() { return LiveWorld(cMod, cHistory, cDataBase); }
+    SelectionContext Context() { return LiveContext(cMod, cHistory, cDataBase); }
 
 private:
     static constexpr std::size_t lStampWidth = 18;
@@ -174,11 +174,11 @@ private:
         return colLines;
     }
 
-    MemoryWorld m_world;
+    MemoryPorts m_world;
     int m_lPlays = 0;
 
 public:
-    ModScheduler cMod{m_world.AllPorts()};
+    ModScheduler cMod{m_world.Ports()};
     PlayHistory cHistory{m_world.cClock, [this](const RuntimeError& cError, bool bFirst)
                          { cMod.DISPLAYERROR(L"Refused", bFirst, cError); }};
     std::shared_ptr<FakeDataBase> cDataBase = std::make_shared<FakeDataBase>();

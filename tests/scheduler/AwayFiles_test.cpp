@@ -18,10 +18,10 @@ protected:
     {
         for (const wchar_t* sKey : {L"r1", L"r2", L"r3"})
             Add(sKey, L"Rock");
-        cWorld.cFiles.Put(SifPath(L"Rock"), order);
-        cWorld.cFiles.Put(sMainCatsPath, "\r\nRock\r\nSoul");
-        cWorld.cFiles.Put(sSettingsPath, "10\r\n20\r\n30\r\n");
-        cWorld.cFiles.Put(sRules, rules);
+        cPorts.cFiles.Put(SifPath(L"Rock"), order);
+        cPorts.cFiles.Put(sMainCatsPath, "\r\nRock\r\nSoul");
+        cPorts.cFiles.Put(sSettingsPath, "10\r\n20\r\n30\r\n");
+        cPorts.cFiles.Put(sRules, rules);
         cLib.cSchedMan->SetRotatesAllowed(true);
     }
 
@@ -39,7 +39,7 @@ protected:
     }
     std::string Get(const std::wstring& sPath) const
     {
-        return cWorld.cFiles.FileExists(sPath) ? cWorld.cFiles.Get(sPath) : "none";
+        return cPorts.cFiles.FileExists(sPath) ? cPorts.cFiles.Get(sPath) : "none";
     }
 
     const std::string order = SifCut("r3", 1) + SifCut("r2", 1) + SifCut("r1", 1);
@@ -49,10 +49,10 @@ protected:
 
 TEST_F(AwayFilesTest, AFolderAwayAtTheStartIsNotOverwrittenLater)
 {
-    cWorld.cFiles.SetAway(L"C:\\Radio\\Scheduler", error::PathNotFound);
+    cPorts.cFiles.SetAway(L"C:\\Radio\\Scheduler", error::PathNotFound);
     cLib.Populate();
     EXPECT_EQ(cLib.cMod.GlobalArtistSepMins(), 60);
-    cWorld.cFiles.SetAway(L"C:\\Radio\\Scheduler", 0);
+    cPorts.cFiles.SetAway(L"C:\\Radio\\Scheduler", 0);
     Pick();
     Level(L"Rock", 1)->Rules(); // asked for when the file is there again
     End();
@@ -71,11 +71,11 @@ TEST_F(AwayFilesTest, ADriveThatLooksEmptyAtTheStartIsNotOverwrittenEither)
                                                      {sSettingsPath, "10\r\n20\r\n30\r\n"},
                                                      {sRules, rules}};
     for (const auto& [sPath, bytes] : old)
-        cWorld.cFiles.Delete(sPath);
+        cPorts.cFiles.Delete(sPath);
     cLib.Populate();
     const std::shared_ptr<clsCatRules> cRules = Level(L"Rock", 1)->Rules();
     for (const auto& [sPath, bytes] : old)
-        cWorld.cFiles.Put(sPath, bytes);
+        cPorts.cFiles.Put(sPath, bytes);
     Pick();
     EXPECT_EQ(Get(SifPath(L"Rock") + L".bak"), order);
     End();
@@ -90,12 +90,12 @@ TEST_F(AwayFilesTest, ADriveThatLooksEmptyAtTheStartIsNotOverwrittenEither)
 
 TEST_F(AwayFilesTest, AFileLockedForAMomentIsNotOverwrittenByASetter)
 {
-    cWorld.cFiles.SetUnreadable(sRules, error::PermissionDenied);
-    cWorld.cFiles.SetUnreadable(sSettingsPath, error::PermissionDenied);
+    cPorts.cFiles.SetUnreadable(sRules, error::PermissionDenied);
+    cPorts.cFiles.SetUnreadable(sSettingsPath, error::PermissionDenied);
     cLib.Populate();
     const std::shared_ptr<clsCatRules> cRules = Level(L"Rock", 1)->Rules();
-    cWorld.cFiles.SetUnreadable(sRules, 0);
-    cWorld.cFiles.SetUnreadable(sSettingsPath, 0);
+    cPorts.cFiles.SetUnreadable(sRules, 0);
+    cPorts.cFiles.SetUnreadable(sSettingsPath, 0);
     cRules->SetTitleSepMins(9);
     EXPECT_EQ(cRules->ArtistSepMins(), 15);
     EXPECT_EQ(cRules->TitleSepMins(), 9);
@@ -110,11 +110,11 @@ TEST_F(AwayFilesTest, AFileLockedForAMomentIsNotOverwrittenByASetter)
 TEST_F(AwayFilesTest, APublicReadingOfTheListTakesNoProtectionOffIt)
 {
     const std::string damaged = "\r\nRock\r\nRock\r\nSoul";
-    cWorld.cFiles.Put(sMainCatsPath, damaged);
+    cPorts.cFiles.Put(sMainCatsPath, damaged);
     cLib.Populate();
-    cWorld.cFiles.SetUnreadable(sMainCatsPath, error::PermissionDenied);
+    cPorts.cFiles.SetUnreadable(sMainCatsPath, error::PermissionDenied);
     cLib.Restart();
-    cWorld.cFiles.SetUnreadable(sMainCatsPath, 0);
+    cPorts.cFiles.SetUnreadable(sMainCatsPath, 0);
     EXPECT_EQ(cLib.cSchedMan->colSavedCatNames()->Count(), 1u);
     EXPECT_TRUE(cLib.cSchedMan->SaveCatNames());
     EXPECT_EQ(Get(sListBak), damaged);
@@ -124,7 +124,7 @@ TEST_F(AwayFilesTest, OneBoxTellsOfAllOrdersThatCannotBeRead)
 {
     for (int lCat = 1; lCat <= 40; ++lCat)
         Add(L"c" + std::to_wstring(lCat), L"Cat" + std::to_wstring(lCat));
-    cWorld.cFiles.SetAway(L"C:\\Radio\\Scheduler\\History_and_Ordering", error::PathNotFound);
+    cPorts.cFiles.SetAway(L"C:\\Radio\\Scheduler\\History_and_Ordering", error::PathNotFound);
     cLib.Populate();
     ASSERT_EQ(boxes.size(), 2u) << "one of the folder, one of the files";
     EXPECT_EQ(boxes[1].sTitle, L"Error in ApplyHistory");
@@ -138,10 +138,10 @@ TEST_F(AwayFilesTest, RulesThatAPickCannotReadAreShownOnceSomebodyEdits)
 {
     cLib.Populate();
     Forget();
-    cWorld.cFiles.SetLocked(sRules, -1);
+    cPorts.cFiles.SetLocked(sRules, -1);
     Pick();
     EXPECT_EQ(boxes, Boxes()) << "no box on air";
-    EXPECT_EQ(cWorld.cFiles.AttemptsOn(sRules), 1) << "and no waiting";
+    EXPECT_EQ(cPorts.cFiles.AttemptsOn(sRules), 1) << "and no waiting";
     cLib.cSchedMan->ShuffleCategories({MainCat(L"Rock")});
     EXPECT_EQ(boxes, Boxes{HandledError(L"GetRules", L"Permission denied", L"70")});
     cLib.cSchedMan->ShuffleCategories({MainCat(L"Rock")});
@@ -151,13 +151,13 @@ TEST_F(AwayFilesTest, RulesThatAPickCannotReadAreShownOnceSomebodyEdits)
 TEST_F(AwayFilesTest, RulesLockedForAMomentAreReadByALaterPick)
 {
     cLib.Populate();
-    cWorld.cFiles.SetLocked(sRules, -1);
+    cPorts.cFiles.SetLocked(sRules, -1);
     Pick();
     const std::shared_ptr<clsCatRules> cRules = Level(L"Rock", 1)->Rules();
     EXPECT_EQ(cRules->AlbumSepMins(), -1);
-    EXPECT_EQ(cWorld.cFiles.AttemptsOn(sRules), 1) << "at most once a second";
-    cWorld.cFiles.SetLocked(sRules, 0);
-    cWorld.cClock.Advance(1000);
+    EXPECT_EQ(cPorts.cFiles.AttemptsOn(sRules), 1) << "at most once a second";
+    cPorts.cFiles.SetLocked(sRules, 0);
+    cPorts.cClock.Advance(1000);
     Pick();
     EXPECT_EQ(cRules->AlbumSepMins(), 30);
     EXPECT_EQ(cRules->ArtistSepMins(), 15);
@@ -169,19 +169,19 @@ class FailingDayTest : public AwayFilesTest
 {
 protected:
     // Whether the file or a copy of it holds what says yes to bHolds.
-    bool Kept(const std::wstring& sPath, const std::function<bool(const std::string&)>& bHolds) const
+    bool Kept(const std::wstring& sPath, const std::function<bool(const std::string&)>& bMatches) const
     {
-        if (bHolds(Get(sPath)))
+        if (bMatches(Get(sPath)))
             return true;
         for (const wchar_t* sCopy : {L".bak", L".bak2", L".bak3"})
-            if (bHolds(Get(sPath + sCopy)))
+            if (bMatches(Get(sPath + sCopy)))
                 return true;
         return false;
     }
     // A start, a pick, a rule and a global separation set, a new category, an explicit save, and the end.
     void Day(Files& cFiles)
     {
-        Library cDay(cWorld, cFiles);
+        Library cDay(cPorts, cFiles);
         cDay.cDataBase = cLib.cDataBase;
         cDay.cSchedMan->SetRotatesAllowed(true);
         cDay.Populate();
@@ -201,14 +201,14 @@ protected:
 
 TEST_F(FailingDayTest, LosesNothingOfAnyFile)
 {
-    const MemoryFiles cStation = cWorld.cFiles;
+    const MemoryFiles cState = cPorts.cFiles;
     for (const bool bStaysBroken : {false, true})
         for (int lGood = 0;; ++lGood)
         {
             SCOPED_TRACE(lGood);
-            cWorld.cFiles = cStation;
+            cPorts.cFiles = cState;
             boxes.clear();
-            FailingFiles cFailing(cWorld.cFiles, lGood);
+            FailingFiles cFailing(cPorts.cFiles, lGood);
             cFailing.bCountReads = cFailing.bCountLooks = true;
             cFailing.bStaysBroken = bStaysBroken;
             Day(cFailing);
@@ -251,17 +251,17 @@ protected:
 
 TEST_F(SharedListTest, AListThatDidNotChangeHereIsNotWrittenAtTheEnd)
 {
-    cWorld.cFiles.Put(sMainCatsPath, "\r\nRock\r\nSoul\r\nX");
-    cWorld.cFiles.ClearOperations();
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nRock\r\nSoul\r\nX");
+    cPorts.cFiles.ClearOperations();
     End();
-    for (const std::wstring& sOperation : cWorld.cFiles.Operations())
+    for (const std::wstring& sOperation : cPorts.cFiles.Operations())
         EXPECT_EQ(sOperation.find(L"MainCats.txt"), std::wstring::npos) << testing::PrintToString(sOperation);
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul\r\nX");
 }
 
 TEST_F(SharedListTest, NamesAddedByAnotherProgramAreMerged)
 {
-    cWorld.cFiles.Put(sMainCatsPath, "\r\nRock\r\nX\r\nSoul");
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nRock\r\nX\r\nSoul");
     std::wstring sName = L"Jazz";
     ASSERT_TRUE(cLib.cSchedMan->CreateMainCat(sName));
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul\r\nJazz\r\nX");
@@ -272,7 +272,7 @@ TEST_F(SharedListTest, NamesAddedByAnotherProgramAreMerged)
 
 TEST_F(SharedListTest, ANameRemovedByAnotherProgramStaysRemoved)
 {
-    cWorld.cFiles.Put(sMainCatsPath, "\r\nRock");
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nRock");
     std::wstring sName = L"Jazz";
     ASSERT_TRUE(cLib.cSchedMan->CreateMainCat(sName));
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nJazz");
@@ -282,7 +282,7 @@ TEST_F(SharedListTest, ANameRemovedByAnotherProgramStaysRemoved)
 
 TEST_F(SharedListTest, ARemovedNameThatHoldsCutsHereIsWritten)
 {
-    cWorld.cFiles.Put(sMainCatsPath, "\r\nSoul");
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nSoul");
     EXPECT_TRUE(cLib.cSchedMan->SaveCatNames());
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul");
 }
@@ -295,7 +295,7 @@ TEST_F(SharedListTest, ACategoryDeletedHereIsNotMergedBack)
 
 TEST_F(SharedListTest, ARemovedNameThatIsCreatedAgainIsSaved)
 {
-    cWorld.cFiles.Put(sMainCatsPath, "\r\nRock");
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nRock");
     ASSERT_TRUE(cLib.cSchedMan->SaveCatNames());
     ASSERT_TRUE(cLib.cSchedMan->DeleteCats({MainCat(L"Soul")}));
     std::wstring sName = L"Soul";
@@ -307,16 +307,16 @@ TEST_F(SharedListTest, ARemovedNameThatIsCreatedAgainIsSaved)
 
 TEST_F(SharedListTest, ACategoryDeletedAfterAnUnreadListIsNotMergedBack)
 {
-    cWorld.cFiles.SetAway(L"C:\\Radio\\Scheduler", error::PathNotFound);
+    cPorts.cFiles.SetAway(L"C:\\Radio\\Scheduler", error::PathNotFound);
     cLib.Populate();
-    cWorld.cFiles.SetAway(L"C:\\Radio\\Scheduler", 0);
+    cPorts.cFiles.SetAway(L"C:\\Radio\\Scheduler", 0);
     ASSERT_TRUE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
     EXPECT_EQ(Get(sMainCatsPath), "\r\nSoul");
 }
 
 TEST_F(SharedListTest, AListThatIsGoneHasRemovedNothing)
 {
-    cWorld.cFiles.Delete(sMainCatsPath);
+    cPorts.cFiles.Delete(sMainCatsPath);
     EXPECT_TRUE(cLib.cSchedMan->SaveCatNames());
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul");
 }
@@ -340,10 +340,10 @@ TEST_F(SharedListTest, ACategoryOfAnOlderTreeIsNotSaved)
 
 TEST_F(SharedListTest, WhatIsOwedIsSavedBeforeAPopulationReads)
 {
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
     Pick();
     const Keys colOrder = Order(L"Rock", 1);
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
     cLib.Populate();
     EXPECT_EQ(Order(L"Rock", 1), colOrder);
 }

@@ -45,15 +45,15 @@ protected:
     {
         EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock"}));
         EXPECT_EQ(said, Lines());
-        for (const std::wstring& sOperation : cWorld.cFiles.Operations())
+        for (const std::wstring& sOperation : cPorts.cFiles.Operations())
             EXPECT_TRUE(sOperation.ends_with(L".tst") || sOperation.starts_with(L"Append"));
-        for (const std::wstring& sPath : cWorld.cFiles.Paths())
+        for (const std::wstring& sPath : cPorts.cFiles.Paths())
             EXPECT_FALSE(sPath.ends_with(L".tst"));
     }
 
-    std::deque<std::optional<std::wstring>>& typed = cWorld.cMessages.Typed;
-    std::deque<BoxAnswer>& answers = cWorld.cMessages.Answers;
-    std::vector<ShownInput>& inputs = cWorld.cMessages.Inputs;
+    std::deque<std::optional<std::wstring>>& typed = cPorts.cMessages.Typed;
+    std::deque<BoxAnswer>& answers = cPorts.cMessages.Answers;
+    std::vector<ShownInput>& inputs = cPorts.cMessages.Inputs;
 };
 
 TEST_F(CreateMainCatTest, ANewCategoryHasALevel1AndIsListedAndSaved)
@@ -64,7 +64,7 @@ TEST_F(CreateMainCatTest, ANewCategoryHasALevel1AndIsListedAndSaved)
     EXPECT_EQ(MainCat(L"Jazz")->SubCats()->Count(), 1u);
     EXPECT_EQ(Level(L"Jazz", 1)->CatName(), L"Jazz");
     EXPECT_EQ(Level(L"Jazz", 1)->MainCat(), MainCat(L"Jazz"));
-    EXPECT_EQ(cWorld.cFiles.Get(sMainCatsPath), "\r\nRock\r\nJazz");
+    EXPECT_EQ(cPorts.cFiles.Get(sMainCatsPath), "\r\nRock\r\nJazz");
     EXPECT_EQ(File(L"Jazz"), SifMarker(1));
     EXPECT_EQ(Written(), (Lines{L"Jazz"}));
     EXPECT_EQ(said, SaveSaid(L"Jazz", 1));
@@ -76,7 +76,7 @@ TEST_F(CreateMainCatTest, TheNameIsTriedAsAFileOfTheLibrarysOwnFolderWhichIsRemo
 {
     EXPECT_EQ(Create(L"Jazz"), L"Jazz");
     const std::wstring sTried = L"C:\\Program Files\\Ravlo\\Jazz.tst";
-    const auto& colOperations = cWorld.cFiles.Operations();
+    const auto& colOperations = cPorts.cFiles.Operations();
     ASSERT_GE(colOperations.size(), 2u);
     EXPECT_EQ(colOperations[0], L"WriteNew " + sTried);
     EXPECT_EQ(colOperations[1], L"Delete " + sTried);
@@ -194,7 +194,7 @@ TEST_F(CreateMainCatTest, ANameCannotLeaveItsFolder)
     EXPECT_EQ(Create(L"..\\..\\evil"), L".._.._evil");
     EXPECT_EQ(Create(L"../x"), L".._x");
     EXPECT_EQ(Create(L"C:\\x"), L"C__x");
-    for (const std::wstring& sPath : cWorld.cFiles.Paths())
+    for (const std::wstring& sPath : cPorts.cFiles.Paths())
         EXPECT_TRUE(sPath.starts_with(L"C:\\Radio\\Scheduler\\") ||
                     sPath.starts_with(L"C:\\Radio\\Debugging Logs\\"));
 }
@@ -216,8 +216,8 @@ TEST_F(CreateMainCatTest, TheReplacedNameMayNotExistEither)
 
 TEST_F(CreateMainCatTest, TheUnableQuestionShowsTheNameAsTyped)
 {
-    cWorld.cFiles.SetReadOnly(L"C:\\Program Files\\Ravlo");
-    cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler");
+    cPorts.cFiles.SetReadOnly(L"C:\\Program Files\\Ravlo");
+    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler");
     EXPECT_EQ(Create(L"A?B"), L"refused");
     EXPECT_EQ(boxes, (Boxes{UnableBox(L"A?B")}));
     ExpectNothingChanged();
@@ -225,21 +225,21 @@ TEST_F(CreateMainCatTest, TheUnableQuestionShowsTheNameAsTyped)
 
 TEST_F(CreateMainCatTest, WhereTheLibrarysFolderCannotBeWrittenTheStationsFolderTells)
 {
-    cWorld.cFiles.SetReadOnly(L"C:\\Program Files\\Ravlo");
+    cPorts.cFiles.SetReadOnly(L"C:\\Program Files\\Ravlo");
     EXPECT_EQ(Create(L"Jazz"), L"Jazz");
     EXPECT_EQ(boxes, Boxes());
-    const auto& colOperations = cWorld.cFiles.Operations();
+    const auto& colOperations = cPorts.cFiles.Operations();
     EXPECT_EQ(
         std::count(colOperations.begin(), colOperations.end(), L"WriteNew C:\\Radio\\Scheduler\\Jazz.tst"),
         1);
-    EXPECT_FALSE(cWorld.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Jazz.tst"));
+    EXPECT_FALSE(cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Jazz.tst"));
 }
 
 TEST_F(CreateMainCatTest, AFileOfThatNameIsNeverOverwritten)
 {
-    cWorld.cFiles.Put(L"C:\\Program Files\\Ravlo\\Jazz.tst", "mine");
+    cPorts.cFiles.Put(L"C:\\Program Files\\Ravlo\\Jazz.tst", "mine");
     EXPECT_EQ(Create(L"Jazz"), L"Jazz");
-    EXPECT_EQ(cWorld.cFiles.Get(L"C:\\Program Files\\Ravlo\\Jazz.tst"), "mine");
+    EXPECT_EQ(cPorts.cFiles.Get(L"C:\\Program Files\\Ravlo\\Jazz.tst"), "mine");
 }
 
 TEST_F(CreateMainCatTest, ANameTheListCouldNotBringBackIsRefusedLikeOneThatCanBeNoFile)
@@ -284,8 +284,8 @@ TEST_F(CreateMainCatTest, ANameOutsideTheCodePageIsTakenFromTheDatabaseAllTheSam
 
 TEST_F(CreateMainCatTest, SavesThatFailAreEachShownAndTheCategoryIsThere)
 {
-    cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler");
-    cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
+    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler");
+    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
     EXPECT_EQ(Create(L"Jazz"), L"Jazz");
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in SaveCatNames [cSchedMan]", CriticalText(75)),
                             CriticalBox(L"Error in SaveHistoryAndOrdering [cSchedMan]",
@@ -295,7 +295,7 @@ TEST_F(CreateMainCatTest, SavesThatFailAreEachShownAndTheCategoryIsThere)
 
 TEST_F(CreateMainCatTest, WithoutAPopulationItIsAnError)
 {
-    RadioWorld cEmpty;
+    RadioPorts cEmpty;
     Library cOther(cEmpty);
     std::wstring sName = L"Jazz";
     EXPECT_FALSE(cOther.cSchedMan->CreateMainCat(sName));
@@ -306,7 +306,7 @@ TEST_F(CreateMainCatTest, WithoutAPopulationItIsAnError)
 
 TEST_F(CreateMainCatTest, TheFirstCategoryOfANewStationCanBeCreated)
 {
-    RadioWorld cEmpty;
+    RadioPorts cEmpty;
     Library cOther(cEmpty);
     cOther.Populate();
     std::wstring sName = L"Jazz";
@@ -320,7 +320,7 @@ TEST_F(CreateMainCatTest, NoFailingStepLeavesATestFileOrAHalfCategory)
     for (int lGood = 0;; ++lGood)
     {
         SCOPED_TRACE(lGood);
-        RadioWorld cOwn;
+        RadioPorts cOwn;
         {
             Library cBefore(cOwn);
             cBefore.Populate();
@@ -488,23 +488,23 @@ TEST_F(CreateCatLevelTest, ALevelThatIsThereIsAskedAboutAndYesAsksAgain)
 TEST_F(CreateCatLevelTest, AMainCategoryDeletedWhileTheQuestionIsOpenIsNotBroughtBack)
 {
     typed = {L"3"};
-    cWorld.cMessages.OnShown = [&]
+    cPorts.cMessages.OnShown = [&]
     {
-        cWorld.cMessages.OnShown = nullptr;
+        cPorts.cMessages.OnShown = nullptr;
         cLib.cSchedMan->DeleteCats({MainCat(L"Rock")});
     };
     EXPECT_FALSE(CreateLevel());
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Category Level Creation Aborted",
                                         L"Unexpected! - cant find main cat: Rock")}));
-    EXPECT_FALSE(cWorld.cFiles.FileExists(SifPath(L"Rock")));
+    EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Rock")));
 }
 
 TEST_F(CreateCatLevelTest, AReloadWhileTheQuestionIsOpenKeepsTheAnswerForTheNewTree)
 {
     typed = {L"3"};
-    cWorld.cMessages.OnShown = [&]
+    cPorts.cMessages.OnShown = [&]
     {
-        cWorld.cMessages.OnShown = nullptr;
+        cPorts.cMessages.OnShown = nullptr;
         cLib.Populate();
     };
     EXPECT_TRUE(CreateLevel());

@@ -79,7 +79,7 @@ TEST_F(ShuffleTest, EachLevelIsShuffledInItselfAndItsMainCategorySavedOnce)
     EXPECT_EQ(Written(), (Lines{L"Rock"}));
     EXPECT_EQ(said, SaveSaid(L"Rock", 40));
     EXPECT_EQ(boxes, Boxes()) << "it does not ask unless it is told to";
-    EXPECT_EQ(cWorld.cRandom.lRandomized, 1);
+    EXPECT_EQ(cPorts.cRandom.lRandomized, 1);
     std::string bytes;
     for (const std::int32_t lLevel : {1, 2})
         for (const std::wstring& sKey : Order(L"Rock", lLevel))
@@ -93,7 +93,7 @@ TEST_F(ShuffleTest, AMainCategoryStandsForAllItsLevelsAndALevelListedBesideItIsS
     const Keys colRock1 = Order(L"Rock", 1);
     const Keys colRock2 = Order(L"Rock", 2);
 
-    RadioWorld cOther; // the same chance
+    RadioPorts cOther; // the same chance
     Library cLibrary(cOther);
     cLibrary.cDataBase->colCuts = cLib.cDataBase->colCuts;
     cLibrary.Populate();
@@ -124,7 +124,7 @@ TEST_F(ShuffleTest, AskedFirstOnlyYesGoesOn)
     {
         Forget();
         const Keys colBefore = Order(L"Pop", 1);
-        cWorld.cMessages.Answers = {eAnswer};
+        cPorts.cMessages.Answers = {eAnswer};
         cLib.cSchedMan->ShuffleCategories(colCats, true);
         EXPECT_EQ(boxes, (Boxes{question}));
         EXPECT_EQ(Order(L"Pop", 1) != colBefore, eAnswer == BoxAnswer::Yes);
@@ -146,7 +146,7 @@ TEST_F(ShuffleTest, AVeryLongListInTheQuestionIsCapped)
 
 TEST_F(ShuffleTest, ACategoryThatCannotBeSavedIsReportedAndTheOthersGoOn)
 {
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
     cLib.cSchedMan->ShuffleCategories({MainCat(L"Rock"), MainCat(L"Pop")});
     EXPECT_EQ(boxes, (Boxes{OkBox(BoxIcon::Exclamation, L"RavloScheduler",
                                   L"Failed to save cat history and ordering for: Rock")}));
@@ -158,7 +158,7 @@ TEST_F(ShuffleTest, ACategoryThatCannotBeSavedIsReportedAndTheOthersGoOn)
         colWritten.emplace_back(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(path.find(' ')));
     }
     EXPECT_EQ(colWritten, Order(L"Pop", 1));
-    EXPECT_EQ(cWorld.TemporaryFiles(), Lines());
+    EXPECT_EQ(cPorts.TemporaryFiles(), Lines());
 }
 
 TEST_F(ShuffleTest, ACategoryWithoutLevelsIsPassedOver)
@@ -186,11 +186,11 @@ TEST_F(ShuffleTest, ACategoryFromBeforeAReloadIsShuffledByItsName)
     const Keys colBefore = Order(L"Pop", 1);
     cLib.Populate();
     Forget();
-    cWorld.cMessages.Answers = {BoxAnswer::Yes};
+    cPorts.cMessages.Answers = {BoxAnswer::Yes};
     // The host reloads once more while the question is open.
-    cWorld.cMessages.OnShown = [&]
+    cPorts.cMessages.OnShown = [&]
     {
-        cWorld.cMessages.OnShown = nullptr;
+        cPorts.cMessages.OnShown = nullptr;
         cLib.Populate();
     };
     cLib.cSchedMan->ShuffleCategories(colOld, true);
@@ -242,7 +242,7 @@ TEST_F(EditingTest, TheLastLevelTakesTheFileWithItAndTheMainCategoryStays)
 {
     Add(L"a", L"Rock", 1);
     Start();
-    ASSERT_TRUE(cWorld.cFiles.FileExists(SifPath(L"Rock")));
+    ASSERT_TRUE(cPorts.cFiles.FileExists(SifPath(L"Rock")));
     EXPECT_TRUE(cLib.cSchedMan->DeleteCats({Level(L"Rock", 1)}));
     EXPECT_EQ(File(L"Rock"), "none");
     EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock"}));
@@ -256,16 +256,16 @@ TEST_F(EditingTest, AMainCategoryListedAloneGoesWithAllItsLevelsItsFileAndItsNam
     const auto cCut = Add(L"a", L"Rock/Pop", 1);
     Add(L"b", L"Rock", 2);
     Start();
-    cWorld.cFiles.Put(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC1.rls", "rules");
+    cPorts.cFiles.Put(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC1.rls", "rules");
     EXPECT_TRUE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
     EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Pop"}));
     EXPECT_EQ(File(L"Rock"), "none");
-    EXPECT_EQ(cWorld.cFiles.Get(sMainCatsPath), "\r\nPop");
+    EXPECT_EQ(cPorts.cFiles.Get(sMainCatsPath), "\r\nPop");
     EXPECT_EQ(cCut->CategoryText(), L"Pop");
     EXPECT_EQ(said, Joined({{L"Start 1: Deleting Category: Rock 1", L"Done: Deleted Rock 1",
                              L"Start 1: Deleting Category: Rock 2", L"Done: Deleted Rock 2"},
                             colDeleted}));
-    EXPECT_TRUE(cWorld.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC1.rls"))
+    EXPECT_TRUE(cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC1.rls"))
         << "rules stay";
     cLib.Restart();
     EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Pop"}));
@@ -283,7 +283,7 @@ TEST_F(EditingTest, AMainCategoryListedWithSomeOfItsLevelsGoesOnlyWhenNoneIsLeft
     EXPECT_TRUE(cLib.cSchedMan->DeleteCats({Level(L"Rock", 3), MainCat(L"Rock")})) << "in any order";
     EXPECT_EQ(cLib.MainCatNames(), Lines());
     EXPECT_EQ(File(L"Rock"), "none");
-    EXPECT_EQ(cWorld.cFiles.Get(sMainCatsPath), "");
+    EXPECT_EQ(cPorts.cFiles.Get(sMainCatsPath), "");
 }
 
 TEST_F(EditingTest, AMainCategoryWithoutLevelsCanBeDeleted)
@@ -385,11 +385,11 @@ TEST_F(EditingTest, AFileThatCannotBeDeletedIsShownAndTheCategoryIsGone)
 {
     Add(L"a", L"Rock", 1);
     Start();
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
     EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in DeleteCats [cSchedMan]", CriticalText(75))}));
     EXPECT_EQ(cLib.MainCatNames(), Lines());
-    EXPECT_EQ(cWorld.cFiles.Get(sMainCatsPath), "");
+    EXPECT_EQ(cPorts.cFiles.Get(sMainCatsPath), "");
 }
 
 TEST_F(EditingTest, AMainCategorysRunTimeOutOfRangeIsNoReasonToKeepALevel)
@@ -424,7 +424,7 @@ TEST_F(EditingTest, AReloadInTheMiddleOfADeletionLeavesTheNewTreeAlone)
     AddMany(60, L"k", L"Rock", 1);
     Start();
     bool bDone = false;
-    cWorld.cHostLoop.OnPump = [&]
+    cPorts.cHostLoop.OnPump = [&]
     {
         if (!std::exchange(bDone, true))
             cLib.Populate();
@@ -452,9 +452,9 @@ protected:
     void ExpectNoBatchOpenWhenOthersRun()
     {
         cLib.cHost.OnEvent = [this](const std::wstring&) { EXPECT_FALSE(cBatching->bOpen); };
-        cWorld.cHostLoop.OnPump = [this] { EXPECT_FALSE(cBatching->bOpen); };
-        cWorld.cHostLoop.OnSleep = [this](std::uint32_t) { EXPECT_FALSE(cBatching->bOpen); };
-        cWorld.cMessages.OnShown = [this] { EXPECT_FALSE(cBatching->bOpen); };
+        cPorts.cHostLoop.OnPump = [this] { EXPECT_FALSE(cBatching->bOpen); };
+        cPorts.cHostLoop.OnSleep = [this](std::uint32_t) { EXPECT_FALSE(cBatching->bOpen); };
+        cPorts.cMessages.OnShown = [this] { EXPECT_FALSE(cBatching->bOpen); };
     }
     Cuts RockCuts() const
     {

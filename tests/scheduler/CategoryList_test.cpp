@@ -18,13 +18,13 @@ class CategoryListTest : public testing::Test
 protected:
     CategoryListTest()
     {
-        cWorld.cFiles.MakeFolders(L"C:\\Radio\\Scheduler");
+        cPorts.cFiles.MakeFolders(L"C:\\Radio\\Scheduler");
         cMod.StoreAppPath(sRadio);
     }
 
     Lines Read(const std::string& bytes)
     {
-        cWorld.cFiles.Put(sMainCatsPath, bytes);
+        cPorts.cFiles.Put(sMainCatsPath, bytes);
         return Read();
     }
     Lines Read()
@@ -47,12 +47,12 @@ protected:
         return colCats;
     }
     bool Save(const Lines& colNames) { return cList.SaveCatNames(Cats(colNames).get(), sRadio); }
-    const std::string& File() const { return cWorld.cFiles.Get(sMainCatsPath); }
+    const std::string& File() const { return cPorts.cFiles.Get(sMainCatsPath); }
 
-    RadioWorld cWorld;
-    ModScheduler cMod{cWorld.AllPorts()};
+    RadioPorts cPorts;
+    ModScheduler cMod{cPorts.Ports()};
     CategoryList cList{cMod};
-    Boxes& boxes = cWorld.cMessages.Boxes;
+    Boxes& boxes = cPorts.cMessages.Boxes;
 };
 
 constexpr const wchar_t* sBak = L"C:\\Radio\\Scheduler\\MainCats.txt.bak";
@@ -78,7 +78,7 @@ TEST_F(CategoryListTest, TheOrderIsThatOfTheMainCategories)
 
 TEST_F(CategoryListTest, NoCategoriesMakeAnEmptyFile)
 {
-    cWorld.cFiles.Put(sMainCatsPath, "old");
+    cPorts.cFiles.Put(sMainCatsPath, "old");
     EXPECT_TRUE(Save({}));
     EXPECT_EQ(File(), "");
     EXPECT_EQ(Read(), Lines{});
@@ -95,7 +95,7 @@ TEST_F(CategoryListTest, ANameThatCannotBeToldFromAnEarlierOneIsLeftOutAndLogged
 {
     EXPECT_TRUE(Save({L"\u65E5\u672C", L"Rock", L"\u4E2D\u56FD", L" rOCK ", L"??"}));
     EXPECT_EQ(File(), "\r\n??\r\nRock");
-    EXPECT_EQ(cWorld.LogMessages(), (Lines{L"The category list cannot hold the name: ??",
+    EXPECT_EQ(cPorts.LogMessages(), (Lines{L"The category list cannot hold the name: ??",
                                            L"The category list cannot hold the name:  rOCK ",
                                            L"The category list cannot hold the name: ??"}));
     EXPECT_EQ(Read(), (Lines{L"??", L"Rock"})) << "so that reading never meets a name twice";
@@ -106,7 +106,7 @@ TEST_F(CategoryListTest, ANameWithALineBreakIsLeftOutAndLogged)
 {
     EXPECT_TRUE(Save({L"C\rD", L"E\nF", L"G"}));
     EXPECT_EQ(File(), "\r\nG");
-    EXPECT_EQ(cWorld.LogMessages(), (Lines{L"The category list cannot hold the name: C\rD",
+    EXPECT_EQ(cPorts.LogMessages(), (Lines{L"The category list cannot hold the name: C\rD",
                                            L"The category list cannot hold the name: E\nF"}));
     EXPECT_TRUE(Save({L"A\r\nB", L"G"}));
     EXPECT_EQ(File(), "\r\nG");
@@ -114,7 +114,7 @@ TEST_F(CategoryListTest, ANameWithALineBreakIsLeftOutAndLogged)
 
 TEST_F(CategoryListTest, WithoutCategoriesOrFolderNothingIsWritten)
 {
-    cWorld.cFiles.Put(sMainCatsPath, "old");
+    cPorts.cFiles.Put(sMainCatsPath, "old");
     EXPECT_FALSE(cList.SaveCatNames(nullptr, sRadio));
     EXPECT_FALSE(cList.SaveCatNames(Cats({L"A"}).get(), L""));
     EXPECT_EQ(File(), "old");
@@ -123,23 +123,23 @@ TEST_F(CategoryListTest, WithoutCategoriesOrFolderNothingIsWritten)
 
 TEST_F(CategoryListTest, AFailureIsShownAndFalse)
 {
-    cWorld.cFiles.Put(sMainCatsPath, "old");
-    cWorld.cFiles.SetReadOnly(sMainCatsPath);
+    cPorts.cFiles.Put(sMainCatsPath, "old");
+    cPorts.cFiles.SetReadOnly(sMainCatsPath);
     EXPECT_FALSE(Save({L"A"}));
     EXPECT_EQ(boxes, Boxes{CriticalBox(L"Error in SaveCatNames [cSchedMan]", L"75 Path/File access error")});
-    EXPECT_EQ(cWorld.LogMessages(), Lines{L"75 Path/File access error"});
+    EXPECT_EQ(cPorts.LogMessages(), Lines{L"75 Path/File access error"});
     EXPECT_EQ(File(), "old");
-    EXPECT_TRUE(cWorld.TemporaryFiles().empty());
+    EXPECT_TRUE(cPorts.TemporaryFiles().empty());
 }
 
 TEST_F(CategoryListTest, AFailureAtAnyStepLeavesTheOldListOrTheNewOne)
 {
     for (int lGood = 0;; ++lGood)
     {
-        MemoryWorld cDisk;
+        MemoryPorts cDisk;
         cDisk.cFiles.Put(sMainCatsPath, "\r\nOld");
         FailingFiles cFiles(cDisk.cFiles, lGood);
-        ModScheduler cOther(cDisk.AllPortsWith(cFiles));
+        ModScheduler cOther(cDisk.PortsWith(cFiles));
         CategoryList cOtherList(cOther);
         cOtherList.ReadForTree(sRadio);
         cOtherList.Serve();
@@ -163,7 +163,7 @@ TEST_F(CategoryListTest, AFailureAtAnyStepLeavesTheOldListOrTheNewOne)
 TEST_F(CategoryListTest, WithoutAFileOrAFolderThereAreNoNames)
 {
     EXPECT_EQ(Read(), Lines{});
-    ModScheduler cOther(cWorld.AllPorts());
+    ModScheduler cOther(cPorts.Ports());
     EXPECT_EQ(CategoryList(cOther).GetSavedCatNames()->Count(), 0u);
     EXPECT_TRUE(boxes.empty());
 }
@@ -201,7 +201,7 @@ TEST_F(CategoryListTest, ANameThatStandsThereTwiceIsShownAndEndsTheReading)
 {
     EXPECT_EQ(Read("\r\nRock\r\nPop\r\nrock\r\nJazz"), (Lines{L"Rock", L"Pop"}));
     EXPECT_EQ(boxes, Boxes{duplicateBox});
-    EXPECT_EQ(cWorld.LogMessages(), Lines{duplicateBox.sText});
+    EXPECT_EQ(cPorts.LogMessages(), Lines{duplicateBox.sText});
 }
 
 TEST_F(CategoryListTest, WhatCouldNotBeReadInFullIsKeptAsideBeforeItsFirstOverwrite)
@@ -210,9 +210,9 @@ TEST_F(CategoryListTest, WhatCouldNotBeReadInFullIsKeptAsideBeforeItsFirstOverwr
     Read(damaged);
     EXPECT_TRUE(Save({L"Rock"}));
     EXPECT_EQ(File(), "\r\nRock");
-    EXPECT_EQ(cWorld.cFiles.Get(sBak), damaged);
+    EXPECT_EQ(cPorts.cFiles.Get(sBak), damaged);
     EXPECT_TRUE(Save({L"Rock", L"Pop"}));
-    EXPECT_EQ(cWorld.cFiles.Get(sBak), damaged) << "kept once";
+    EXPECT_EQ(cPorts.cFiles.Get(sBak), damaged) << "kept once";
 }
 
 TEST_F(CategoryListTest, WhatCouldNotBeReadIsRememberedOfItsOwnFolder)
@@ -220,30 +220,30 @@ TEST_F(CategoryListTest, WhatCouldNotBeReadIsRememberedOfItsOwnFolder)
     const std::string damaged = "\r\nRock\r\nRock\r\nJazz";
     constexpr const wchar_t* sOther = L"C:\\Other\\";
     const std::wstring sOtherList = std::wstring(sOther) + L"Scheduler\\MainCats.txt";
-    cWorld.cFiles.Put(sOtherList, "\r\nBlues");
+    cPorts.cFiles.Put(sOtherList, "\r\nBlues");
     Read(damaged);
     cMod.StoreAppPath(sOther); // another manager has moved the library
     EXPECT_EQ(Read(), (Lines{L"Blues"}));
     EXPECT_TRUE(cList.SaveCatNames(Cats({L"Blues"}).get(), sOther));
-    EXPECT_FALSE(cWorld.cFiles.FileExists(sOtherList + L".bak")) << "that one was read in full";
+    EXPECT_FALSE(cPorts.cFiles.FileExists(sOtherList + L".bak")) << "that one was read in full";
     EXPECT_TRUE(Save({L"Rock"}));
-    EXPECT_EQ(cWorld.cFiles.Get(sBak), damaged) << "this one was not";
+    EXPECT_EQ(cPorts.cFiles.Get(sBak), damaged) << "this one was not";
 }
 
 TEST_F(CategoryListTest, AListReadInFullIsOverwrittenWithoutACopy)
 {
     Read("\r\nRock");
     EXPECT_TRUE(Save({L"Pop"}));
-    EXPECT_FALSE(cWorld.cFiles.FileExists(sBak));
+    EXPECT_FALSE(cPorts.cFiles.FileExists(sBak));
 }
 
 TEST_F(CategoryListTest, AListThatCannotBeReadAtAllIsShownAndPutAwayWhole)
 {
-    cWorld.cFiles.SetUnreadable(sMainCatsPath, error::PermissionDenied);
+    cPorts.cFiles.SetUnreadable(sMainCatsPath, error::PermissionDenied);
     EXPECT_EQ(Read("\r\nRock"), Lines{});
     EXPECT_EQ(boxes, Boxes{CriticalBox(L"Error in GetSavedCatNames [cSchedMan] ", L"70 Permission denied")});
     EXPECT_TRUE(Save({L"Pop"}));
-    EXPECT_EQ(cWorld.cFiles.Get(sBak), "\r\nRock");
+    EXPECT_EQ(cPorts.cFiles.Get(sBak), "\r\nRock");
     EXPECT_EQ(File(), "\r\nPop");
 }
 
@@ -252,10 +252,10 @@ TEST_F(CategoryListTest, WhenTheOldListCannotBeKeptAsideItIsNotOverwritten)
     const std::string damaged = "\r\nRock\r\nRock\r\nJazz";
     for (int lGood = 0;; ++lGood)
     {
-        MemoryWorld cDisk;
+        MemoryPorts cDisk;
         cDisk.cFiles.Put(sMainCatsPath, damaged);
         FailingFiles cFiles(cDisk.cFiles, lGood);
-        ModScheduler cOther(cDisk.AllPortsWith(cFiles));
+        ModScheduler cOther(cDisk.PortsWith(cFiles));
         cOther.StoreAppPath(sRadio);
         CategoryList cOtherList(cOther);
         cOtherList.ReadForTree(sRadio);

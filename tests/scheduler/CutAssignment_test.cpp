@@ -20,7 +20,7 @@ protected:
     }
 };
 
-TEST_F(AssignCutTest, TheCutIsFiledAndEachTouchedCategoryIsSavedOnce)
+TEST_F(AssignCutTest, TheCutIsPlacedAndEachTouchedCategoryIsSavedOnce)
 {
     const auto cCut = Add(L"a", L"Rock/Pop", 1, 100'000);
     Add(L"r", L"Rock", 3);
@@ -57,7 +57,7 @@ TEST_F(AssignCutTest, ALaterAnnouncementFindsNothingToDo)
     Modified({cCut});
     EXPECT_EQ(Written(), Lines());
     EXPECT_EQ(Order(L"Jazz", 2), (Keys{L"j", L"a"}));
-    // What it had before is no longer what it is filed under.
+    // What it had before is no longer what it is placed under.
     cCut->SetCatLevel(1);
     cCut->SetCategoryText(L"Rock");
     Modified({cCut});
@@ -87,7 +87,7 @@ TEST_F(AssignCutTest, WhatFailsThrowsAndChangesNothing)
     for (const char* sMember : {"SetCatLevel", "SetCategoryText", "RunTimemS", "CategoryText", "Key"})
     {
         SCOPED_TRACE(sMember);
-        RadioWorld cOther;
+        RadioPorts cOther;
         Library cLibrary(cOther);
         const auto cCut = cLibrary.cDataBase->Add(L"a", L"Rock/Pop", 1);
         cLibrary.cDataBase->Add(L"b", L"Rock", 1);
@@ -122,7 +122,7 @@ TEST_F(AssignCutTest, ACategoryDeletedSinceItWasChosenIsMadeAndListed)
     Start();
     Assign(cCut, 2, {L"New"});
     EXPECT_EQ(Order(L"New", 2), (Keys{L"a"}));
-    EXPECT_EQ(cWorld.cFiles.Get(sMainCatsPath), "\r\nRock\r\nNew");
+    EXPECT_EQ(cPorts.cFiles.Get(sMainCatsPath), "\r\nRock\r\nNew");
 }
 
 TEST_F(AssignCutTest, ACopyReceivesWhatTheDatabasesOwnCutReceives)
@@ -139,7 +139,7 @@ TEST_F(AssignCutTest, ACopyReceivesWhatTheDatabasesOwnCutReceives)
     EXPECT_EQ(Level(L"Pop", 2)->SchedCuts()->At(0), cCut);
 }
 
-TEST_F(AssignCutTest, ACutTheDatabaseDoesNotHoldYetIsFiledWhenItIsAnnounced)
+TEST_F(AssignCutTest, ACutTheDatabaseDoesNotHoldYetIsPlacedWhenItIsAnnounced)
 {
     Add(L"r", L"Rock", 1);
     Start();

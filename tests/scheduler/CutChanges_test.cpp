@@ -16,11 +16,11 @@ protected:
     CutChangesTest()
     {
         cMod.StoreAppPath(sRadio);
-        cWorld.cFiles.MakeFolders(std::wstring(sRadio) + L"Scheduler\\History_and_Ordering");
-        cStation.sAppPath = sRadio;
-        cStation.cHistoryFiles.Serve(sRadio);
-        cStation.cDataBase = cDataBase;
-        cStation.colMainCats = std::make_shared<CatCollection>();
+        cPorts.cFiles.MakeFolders(std::wstring(sRadio) + L"Scheduler\\History_and_Ordering");
+        cState.sAppPath = sRadio;
+        cState.cHistoryFiles.Serve(sRadio);
+        cState.cDataBase = cDataBase;
+        cState.colMainCats = std::make_shared<CatCollection>();
         for (const wchar_t* sKey : {L"a", L"b", L"c", L"d", L"e"})
             File(sKey, L"Rock", 1);
         File(L"x", L"Rock", 2);
@@ -30,8 +30,8 @@ protected:
     {
         const auto cCut = cDataBase->cInner.Add(sKey, sName, lLevel);
         bool bCreated = false;
-        EnsureMainCat(cMod, *cStation.colMainCats, sName)->AddCut(cCut, bCreated);
-        cStation.cFiledCuts.Remember(*cCut);
+        EnsureMainCat(cMod, *cState.colMainCats, sName)->AddCut(cCut, bCreated);
+        cState.cPlacedCuts.Remember(*cCut);
     }
     std::shared_ptr<Cut> CutOf(const std::wstring& sKey) const { return cDataBase->CutByKey(TextKey(sKey)); }
     Cuts CutsOf(std::initializer_list<const wchar_t*> colKeys) const
@@ -41,16 +41,16 @@ protected:
             colCuts.push_back(CutOf(sKey));
         return colCuts;
     }
-    Station::Place Place(const std::wstring& sName, std::int32_t lLevel) const
+    SchedulerState::Place Place(const std::wstring& sName, std::int32_t lLevel) const
     {
-        const std::shared_ptr<clsCat> cMainCat = cStation.MainCat(sName);
+        const std::shared_ptr<clsCat> cMainCat = cState.MainCat(sName);
         return {cMainCat, cMainCat->SubCat(lLevel)};
     }
     // Tree and cuts as text: "Rock 1: a b | Rock 2: | ... a=1 Rock, ...".
     std::wstring Now() const
     {
         std::wstring sNow;
-        for (const std::shared_ptr<clsCat>& cMainCat : *cStation.colMainCats)
+        for (const std::shared_ptr<clsCat>& cMainCat : *cState.colMainCats)
         {
             sNow += L"[" + cMainCat->CatName() + L"]";
             for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
@@ -75,11 +75,11 @@ protected:
     // What an undo does with a record.
     void Apply(const ChangeRecord& record);
 
-    RadioWorld cWorld;
-    ModScheduler cMod{cWorld.AllPorts()};
+    RadioPorts cPorts;
+    ModScheduler cMod{cPorts.Ports()};
     std::shared_ptr<BatchingDataBase> cDataBase = std::make_shared<BatchingDataBase>();
-    Station cStation{cMod};
-    Synchronisation cSync{cStation};
+    SchedulerState cState{cMod};
+    Synchronisation cSync{cState};
     Lines colShown;
 };
 
@@ -93,7 +93,7 @@ void CutChangesTest::Apply(const ChangeRecord& record)
     }
     for (auto deleted = record.colDeleted.rbegin(); deleted != record.colDeleted.rend(); ++deleted)
     {
-        const auto cMainCat = EnsureMainCat(cMod, *cStation.colMainCats, deleted->sCatName);
+        const auto cMainCat = EnsureMainCat(cMod, *cState.colMainCats, deleted->sCatName);
         if (deleted->lLevel != 0)
             cMainCat->AddSubCat(std::make_shared<clsCat>(cMod, deleted->sCatName, deleted->lLevel));
     }
@@ -109,7 +109,7 @@ void CutChangesTest::Apply(const ChangeRecord& record)
         if (made->lLevel != 0)
             Place(made->sCatName, made->lLevel).cMainCat->SubCats()->Remove(std::to_wstring(made->lLevel));
         else
-            cStation.colMainCats->Remove(CategoryKey(made->sCatName, 0));
+            cState.colMainCats->Remove(CategoryKey(made->sCatName, 0));
 }
 
 TEST_F(CutChangesTest, WithoutFinishTheOpenStepIsUndone)
@@ -124,7 +124,7 @@ TEST_F(CutChangesTest, WithoutFinishTheOpenStepIsUndone)
         const int lCommitted = cDataBase->lCommitted;
         try
         {
-            CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+            CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
             CutChanges::Rhythm rhythm;
             int lAsked = 0;
             rhythm.goOn = [&] { return ++lAsked < 4 || !bThrows ? true : throw Stop(); };
@@ -146,13 +146,13 @@ TEST_F(CutChangesTest, WithoutFinishTheOpenStepIsUndone)
             EXPECT_EQ(cDataBase->lCommitted, lCommitted);
             EXPECT_EQ(cDataBase->lRolledBack, 1);
             EXPECT_EQ(Now(), sBefore);
-            EXPECT_EQ(cWorld.cMessages.Boxes, Boxes());
+            EXPECT_EQ(cPorts.cMessages.Boxes, Boxes());
         }
     }
     EXPECT_NE(Now(), sBefore) << "what was committed stays";
-    EXPECT_TRUE(cWorld.cFiles.FileExists(SifPath(L"Rock"))) << "and is saved";
-    EXPECT_TRUE(cWorld.cFiles.FileExists(SifPath(L"New")));
-    EXPECT_EQ(cWorld.cMessages.Boxes, Boxes());
+    EXPECT_TRUE(cPorts.cFiles.FileExists(SifPath(L"Rock"))) << "and is saved";
+    EXPECT_TRUE(cPorts.cFiles.FileExists(SifPath(L"New")));
+    EXPECT_EQ(cPorts.cMessages.Boxes, Boxes());
 }
 
 TEST_F(CutChangesTest, WithoutFinishOrBatchesTheOpenStepIsUndoneToo)
@@ -160,13 +160,13 @@ TEST_F(CutChangesTest, WithoutFinishOrBatchesTheOpenStepIsUndoneToo)
     cDataBase->bRefusesBegin = true;
     const std::wstring sBefore = Now();
     {
-        CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+        CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
         CutChanges::Rhythm rhythm;
         rhythm.goOn = [asked = std::make_shared<int>(0)] { return ++*asked < 3 ? true : throw 1; };
         EXPECT_THROW(cChanges.Run(
                          CutsOf({L"b", L"x", L"p"}),
                          [&](const std::shared_ptr<Cut>& cCut, std::size_t)
-                         { cChanges.TakeOut(cCut, cStation.PlacesOf(cCut->Key()).front()); },
+                         { cChanges.TakeOut(cCut, cState.PlacesOf(cCut->Key()).front()); },
                          rhythm),
                      int);
         EXPECT_NE(Now(), sBefore);
@@ -177,7 +177,7 @@ TEST_F(CutChangesTest, WithoutFinishOrBatchesTheOpenStepIsUndoneToo)
 TEST_F(CutChangesTest, NotificationsWaitForTheEnd)
 {
     std::optional<CutChanges> cChanges;
-    cChanges.emplace(cStation, cSync, CutChanges::Origin::Own);
+    cChanges.emplace(cState, cSync, CutChanges::Origin::Own);
     cSync.Follow(cDataBase, {});
     File(L"new", L"Jazz", 1);
     CutOf(L"new")->SetCatLevel(2);
@@ -190,7 +190,7 @@ TEST_F(CutChangesTest, NotificationsWaitForTheEnd)
 
 TEST_F(CutChangesTest, WhatFailsAfterTheSavesComesAfterTheReport)
 {
-    CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+    CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
     cChanges.Run(CutsOf({L"a"}),
                  [](const std::shared_ptr<Cut>&, std::size_t) { throw RuntimeError(error::DeviceIo); }, {});
     CutChanges::Ending ending = Quietly();
@@ -216,19 +216,19 @@ TEST_F(CutChangesTest, ARecordTakesAChangeBack)
         {"removals",
          [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
          {
-             for (const Station::Place& place : cStation.PlacesOf(cCut->Key()))
+             for (const SchedulerState::Place& place : cState.PlacesOf(cCut->Key()))
                  cChanges.TakeOut(cCut, place);
          }},
         {"copies", [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
-         { cChanges.File(cCut, cStation.MainCat(L"Pop")); }},
+         { cChanges.Place(cCut, cState.MainCat(L"Pop")); }},
         {"new places", [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
-         { cChanges.FileLast(cCut, cStation.MainCat(cCut->CategoryText())); }},
+         { cChanges.PlaceLast(cCut, cState.MainCat(cCut->CategoryText())); }},
     };
     for (const auto& entry : changes)
     {
         SCOPED_TRACE(entry.first);
         const auto& change = entry.second;
-        CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+        CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
         const auto Run = [&](const Cuts& colCuts)
         {
             CutChanges::Rhythm rhythm;
@@ -252,8 +252,8 @@ TEST_F(CutChangesTest, ARecordTakesAChangeBack)
 TEST_F(CutChangesTest, ARecordNamesWhatWasMadeAndDeleted)
 {
     const std::wstring sBefore = Now();
-    CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
-    const Station::Place place = Place(L"Rock", 2);
+    CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
+    const SchedulerState::Place place = Place(L"Rock", 2);
     cChanges.Run(CutsOf({L"x"}),
                  [&](const std::shared_ptr<Cut>& cCut, std::size_t)
                  {
@@ -277,7 +277,7 @@ TEST_F(CutChangesTest, WhatWasPutBackIsNotRecorded)
     for (const bool bRefused : {false, true})
     {
         cDataBase->bRefusesCommit = bRefused;
-        CutChanges cChanges(cStation, cSync, CutChanges::Origin::Own);
+        CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
         cChanges.Run(CutsOf({L"a", L"x"}),
                      [&](const std::shared_ptr<Cut>& cCut, std::size_t)
                      {
@@ -298,12 +298,12 @@ TEST_F(CutChangesTest, WhatWasPutBackIsNotRecorded)
 TEST_F(CutChangesTest, AChangeOfTheDatabasesIsFollowedAsFarAsItGoes)
 {
     const auto cCut = std::dynamic_pointer_cast<FakeCut>(CutOf(L"a"));
-    CutChanges cChanges(cStation, cSync, CutChanges::Origin::DataBase);
+    CutChanges cChanges(cState, cSync, CutChanges::Origin::DataBase);
     cCut->SetCategoryText(L"New/Pop");
-    int lFiled = 0;
+    int lPlaced = 0;
     cCut->OnCall = [&](const std::string& sMember)
     {
-        if (sMember == "RunTimemS" && ++lFiled == 2)
+        if (sMember == "RunTimemS" && ++lPlaced == 2)
             throw RuntimeError(error::DeviceIo);
     };
     cChanges.Run({cCut}, [&](const std::shared_ptr<Cut>& cEach, std::size_t) { cChanges.ModifyCut(cEach); },

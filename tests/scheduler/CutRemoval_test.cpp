@@ -63,7 +63,7 @@ TEST_F(CutRemovalTest, EveryFiftiethCutIsToldBeforeAPump)
         colRemovals.push_back({cCut, nullptr, 0});
     Start();
     std::vector<int> colPumps;
-    OnProgress = [&] { colPumps.push_back(cWorld.cHostLoop.lPumps); };
+    OnProgress = [&] { colPumps.push_back(cPorts.cHostLoop.lPumps); };
     EXPECT_EQ(Remove(colRemovals), (std::vector<std::size_t>{50, 100}));
     EXPECT_EQ(colPumps, (std::vector<int>{0, 1}));
     EXPECT_EQ(Order(L"Rock", 1), Keys());

@@ -22,8 +22,8 @@ protected:
         cRelay.Listen(&cHost);
     }
 
-    RadioWorld cWorld;
-    ModScheduler cMod{cWorld.AllPorts()};
+    RadioPorts cPorts;
+    ModScheduler cMod{cPorts.Ports()};
     HostEvents cHost;
     EventRelay cRelay{cMod};
 };
@@ -79,7 +79,7 @@ TEST_F(EventRelayTest, CallsInsideAnEventAreLoggedAsTheyEnd)
             const ModScheduler::LogScope cScope(cMod);
             cMod.WriteDebugLog(L"inside");
         }
-        colSeen = cWorld.LogMessages();
+        colSeen = cPorts.LogMessages();
     };
     const ModScheduler::LogScope cScope(cMod);
     cMod.WriteDebugLog(L"before");
@@ -103,8 +103,8 @@ TEST_F(EventRelayTest, WhatAHandlerThrowsIsLoggedAndStopsNothing)
     cHost.OnEvent = [](const std::wstring&) { throw std::runtime_error("host"); };
     EXPECT_NO_THROW(cRelay.ProgressDone(L"status"));
     EXPECT_NO_THROW(cRelay.RequestEditCut(NewPlainCut()));
-    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
-    EXPECT_EQ(cWorld.LogMessages(), (Lines{L"DISPLAYERROR, Event handler 51 Internal error: host",
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
+    EXPECT_EQ(cPorts.LogMessages(), (Lines{L"DISPLAYERROR, Event handler 51 Internal error: host",
                                            L"DISPLAYERROR, Event handler 51 Internal error: host"}));
 }
 
@@ -112,7 +112,7 @@ TEST_F(EventRelayTest, TheDebugLogIsFlushedBeforeEveryEvent)
 {
     const ModScheduler::LogScope cScope(cMod);
     std::size_t lEvents = 0;
-    cHost.OnEvent = [&](const std::wstring&) { EXPECT_EQ(cWorld.LogMessages().size(), ++lEvents); };
+    cHost.OnEvent = [&](const std::wstring&) { EXPECT_EQ(cPorts.LogMessages().size(), ++lEvents); };
     const std::function<void()> raises[] = {
         [&] { cRelay.ShowHelpEvent(); }, [&] { cRelay.ProgressStart(L"", 0); },
         [&] { cRelay.Progress(L"", 0, 0); }, [&] { cRelay.ProgressDone(L""); },

@@ -34,10 +34,10 @@ Disk DiskOf(const MemoryFiles& cFiles)
 // A host's program over a station, on a disk that can be told to fail.
 struct Program
 {
-    Program(const Disk& disk, std::shared_ptr<FakeDataBase> cDataBase) : cLib(cWorld, cFiles)
+    Program(const Disk& disk, std::shared_ptr<FakeDataBase> cDataBase) : cLib(cPorts, cFiles)
     {
         for (const auto& [sPath, bytes] : disk)
-            cWorld.cFiles.Put(sPath, bytes);
+            cPorts.cFiles.Put(sPath, bytes);
         cLib.cDataBase = std::move(cDataBase);
     }
 
@@ -84,8 +84,8 @@ struct Program
         return orders;
     }
 
-    RadioWorld cWorld;
-    FailingFiles cFiles{cWorld.cFiles, lNever};
+    RadioPorts cPorts;
+    FailingFiles cFiles{cPorts.cFiles, lNever};
     Library cLib;
 };
 
@@ -124,7 +124,7 @@ const Disk& StationDisk()
         cProgram.cLib.cMod.SetGlobalTitleSepMins(25);
         cProgram.cLib.cMod.SetGlobalAlbumSepMins(35);
         cProgram.End();
-        return DiskOf(cProgram.cWorld.cFiles);
+        return DiskOf(cProgram.cPorts.cFiles);
     }();
     return disk;
 }
@@ -224,7 +224,7 @@ const Operation operations[] = {
     {"create_level",
      [](Program& p)
      {
-         p.cWorld.cMessages.Typed = {L"7"};
+         p.cPorts.cMessages.Typed = {L"7"};
          p.cLib.cSchedMan->CreateCatLevel(p.cLib.MainCat(L"Rock"));
      }},
     {"shuffle_level", [](Program& p) { p.cLib.cSchedMan->ShuffleCategories({p.cLib.Level(L"Rock", 1)}); }},
@@ -353,10 +353,10 @@ struct Healthy
             p.cLib.Populate();
         operation.run(p);
         p.End();
-        disk = DiskOf(p.cWorld.cFiles);
+        disk = DiskOf(p.cPorts.cFiles);
         Program next(disk, p.cLib.cDataBase);
         next.cLib.Populate();
-        EXPECT_EQ(next.cWorld.cMessages.Boxes, Boxes());
+        EXPECT_EQ(next.cPorts.cMessages.Boxes, Boxes());
         ExpectTreeIsTrue(next);
         orders = next.AllOrders();
     }
@@ -458,11 +458,11 @@ void EveryFaultTest::ExpectReadable(const Disk& disk, const std::shared_ptr<Fake
 {
     Program next(disk, cDataBase);
     next.cLib.Populate();
-    EXPECT_TRUE(next.cWorld.cMessages.Boxes.empty() || Op().bEmptiesLevel)
-        << testing::PrintToString(next.cWorld.cMessages.Boxes);
+    EXPECT_TRUE(next.cPorts.cMessages.Boxes.empty() || Op().bEmptiesLevel)
+        << testing::PrintToString(next.cPorts.cMessages.Boxes);
     ExpectTreeIsTrue(next);
     Orders now = next.AllOrders();
-    if (Op().bEmptiesLevel && !next.cWorld.cMessages.Boxes.empty())
+    if (Op().bEmptiesLevel && !next.cPorts.cMessages.Boxes.empty())
         return;
     std::erase_if(now,
                   [&](const auto& order)
@@ -485,8 +485,8 @@ bool EveryFaultTest::Fail(int lGoodSteps)
     const bool bFailed = p.cFiles.bFailed;
     p.cFiles.Arm(lNever);
 
-    const Disk disk = DiskOf(p.cWorld.cFiles);
-    EXPECT_TRUE(p.cWorld.TemporaryFiles().empty() || How().bStaysBroken);
+    const Disk disk = DiskOf(p.cPorts.cFiles);
+    EXPECT_TRUE(p.cPorts.TemporaryFiles().empty() || How().bStaysBroken);
     Disk ofTree;
     if (p.cLib.cSchedMan)
     {
@@ -494,12 +494,12 @@ bool EveryFaultTest::Fail(int lGoodSteps)
         // One save on a disk that works again brings all there.
         const bool bSaved = p.cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
         EXPECT_TRUE(bSaved || Op().bPopulates);
-        ofTree = DiskOf(p.cWorld.cFiles);
+        ofTree = DiskOf(p.cPorts.cFiles);
         const Orders orders = p.AllOrders();
         p.End();
-        Program next(DiskOf(p.cWorld.cFiles), p.cLib.cDataBase);
+        Program next(DiskOf(p.cPorts.cFiles), p.cLib.cDataBase);
         next.cLib.Populate();
-        EXPECT_EQ(next.cWorld.cMessages.Boxes, Boxes());
+        EXPECT_EQ(next.cPorts.cMessages.Boxes, Boxes());
         Orders now = next.AllOrders();
         // A category without cuts whose file could not be read has no level to save: its file stays.
         if (Op().bPopulates)

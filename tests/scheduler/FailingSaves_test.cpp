@@ -26,7 +26,7 @@ public:
 
     void ReadOnly(const std::wstring& sName, bool bReadOnly = true)
     {
-        cWorld.cFiles.SetReadOnly(SifPath(sName), bReadOnly);
+        cPorts.cFiles.SetReadOnly(SifPath(sName), bReadOnly);
     }
     Cuts CutsOf(const std::wstring& sName) const
     {
@@ -46,7 +46,7 @@ public:
     using StationTest::Added;
     using StationTest::boxes;
     using StationTest::cLib;
-    using StationTest::cWorld;
+    using StationTest::cPorts;
     using StationTest::File;
     using StationTest::Forget;
     using StationTest::Level;
@@ -126,7 +126,7 @@ const Operation operations[] = {
     {"create_levels",
      [](Station& s)
      {
-         s.cWorld.cMessages.Typed = {L"7", L"8"};
+         s.cPorts.cMessages.Typed = {L"7", L"8"};
          EXPECT_TRUE(s.cLib.cSchedMan->CreateCatLevel(s.MainCat(L"Rock")));
          EXPECT_TRUE(s.cLib.cSchedMan->CreateCatLevel(s.MainCat(L"Pop")));
      }},
@@ -173,7 +173,7 @@ TEST_P(FailingSavesTest, AreShownOncePerCategoryWhileMemoryAndTheOtherFilesAreWh
             EXPECT_EQ(s.File(sName), old == before.end() ? cGood.File(sName) : old->second);
             EXPECT_NE(cGood.File(sName), old == before.end() ? "none" : old->second);
         }
-        EXPECT_EQ(s.cWorld.TemporaryFiles(), Lines());
+        EXPECT_EQ(s.cPorts.TemporaryFiles(), Lines());
         // When the disk can be written again, one save brings all there.
         for (const std::wstring& sName : colReadOnly)
             s.ReadOnly(sName, false);
@@ -190,8 +190,8 @@ INSTANTIATE_TEST_SUITE_P(Operations, FailingSavesTest, testing::ValuesIn(operati
 TEST(FailingSaves, ANewCategorysListAndOrderAreEachShownAndTheCategoryStands)
 {
     Station s;
-    s.cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
-    s.cWorld.cFiles.SetReadOnly(sMainCatsPath);
+    s.cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
+    s.cPorts.cFiles.SetReadOnly(sMainCatsPath);
     std::wstring sName = L"Jazz";
     EXPECT_TRUE(s.cLib.cSchedMan->CreateMainCat(sName));
     EXPECT_EQ(s.boxes, (Boxes{CriticalBox(L"Error in SaveCatNames [cSchedMan]", L"75 Path/File access error"),

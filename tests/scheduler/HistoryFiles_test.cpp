@@ -22,7 +22,7 @@ class HistoryFilesTest : public testing::Test
 protected:
     HistoryFilesTest()
     {
-        cWorld.cFiles.MakeFolders(L"C:\\Radio\\Scheduler\\History_and_Ordering");
+        cPorts.cFiles.MakeFolders(L"C:\\Radio\\Scheduler\\History_and_Ordering");
         cMod.StoreAppPath(sRadio);
         cRelay.Listen(&cHost);
     }
@@ -60,22 +60,22 @@ protected:
     }
 
     Saved Save(const std::shared_ptr<clsCat>& cMainCat) { return cFiles.Save(cMainCat); }
-    const std::string& File(const std::wstring& sName) const { return cWorld.cFiles.Get(SifPath(sName)); }
+    const std::string& File(const std::wstring& sName) const { return cPorts.cFiles.Get(SifPath(sName)); }
     // Reads a file of this content as the one of Rock.
     void Apply(const std::string& bytes)
     {
-        cWorld.cFiles.Put(SifPath(L"Rock"), bytes);
+        cPorts.cFiles.Put(SifPath(L"Rock"), bytes);
         cFiles.ApplyHistory(*colMainCats, sRadio);
     }
 
-    RadioWorld cWorld;
-    ModScheduler cMod{cWorld.AllPorts()};
+    RadioPorts cPorts;
+    ModScheduler cMod{cPorts.Ports()};
     HostEvents cHost;
     EventRelay cRelay{cMod};
     HistoryFiles cFiles{cMod, cRelay};
     std::shared_ptr<CatCollection> colMainCats = std::make_shared<CatCollection>();
     FakeDataBase cDataBase;
-    Boxes& boxes = cWorld.cMessages.Boxes;
+    Boxes& boxes = cPorts.cMessages.Boxes;
 };
 
 const std::wstring sSaveTitle = L"Error in SaveHistoryAndOrdering [cSchedMan]";
@@ -182,7 +182,7 @@ TEST_F(HistoryFilesTest, ASaveTellsOfItsTwoPhases)
               (Lines{L"Start 3: Saving Ordering and hist for: Rock",
                      L"Start 3: Saving info for: Rock to file.", L"Done: Saved Scheduler Info for: Rock"}));
     EXPECT_TRUE(boxes.empty());
-    EXPECT_EQ(cWorld.cHostLoop.lPumps, 0);
+    EXPECT_EQ(cPorts.cHostLoop.lPumps, 0);
 }
 
 TEST_F(HistoryFilesTest, ASaveReportsEveryTwentiethRecordAtMostOncePer100Milliseconds)
@@ -194,7 +194,7 @@ TEST_F(HistoryFilesTest, ASaveReportsEveryTwentiethRecordAtMostOncePer100Millise
             [this, lMilliseconds](const std::string& sMember)
         {
             if (sMember == "Artist")
-                cWorld.cClock.Advance(lMilliseconds);
+                cPorts.cClock.Advance(lMilliseconds);
         };
     };
     advanceAt(1, 100);   // at record 20 exactly 100: not due
@@ -202,22 +202,22 @@ TEST_F(HistoryFilesTest, ASaveReportsEveryTwentiethRecordAtMostOncePer100Millise
     advanceAt(41, 1000); // at 60
     advanceAt(100, 101); // at 100
     // While the records are written only the pumps let time pass, every 50th record.
-    cWorld.cHostLoop.OnPump = [this] { cWorld.cClock.Advance(60); };
+    cPorts.cHostLoop.OnPump = [this] { cPorts.cClock.Advance(60); };
     EXPECT_EQ(Save(cMainCat), Saved::Yes);
     EXPECT_EQ(cHost.colSaid,
               (Lines{L"Start 120: Saving Ordering and hist for: Rock", L"Progress 40/120: Saved: 40 of 120",
                      L"Progress 60/120: Saved: 60 of 120", L"Progress 100/120: Saved: 100 of 120",
                      L"Start 120: Saving info for: Rock to file.",
                      L"Progress 100/120: Saving item 100 of 120", L"Done: Saved Scheduler Info for: Rock"}));
-    EXPECT_EQ(cWorld.cHostLoop.lPumps, 5)
+    EXPECT_EQ(cPorts.cHostLoop.lPumps, 5)
         << "one with each report of the first phase, two at records 50 and 100";
-    EXPECT_EQ(cWorld.cHostLoop.lSleeps, 0);
+    EXPECT_EQ(cPorts.cHostLoop.lSleeps, 0);
 }
 
 TEST_F(HistoryFilesTest, WithoutAnyRecordNothingIsWrittenAndAnOldFileStays)
 {
     const auto cMainCat = NewMainCat(L"Rock");
-    cWorld.cFiles.Put(SifPath(L"Rock"), "old");
+    cPorts.cFiles.Put(SifPath(L"Rock"), "old");
     EXPECT_EQ(Save(cMainCat), Saved::NoRecords);
     EXPECT_EQ(File(L"Rock"), "old");
     EXPECT_TRUE(boxes.empty());
@@ -230,7 +230,7 @@ TEST_F(HistoryFilesTest, ALevelIsNoMainCategory)
     EXPECT_EQ(Save(cMainCat->SubCat(1)), Saved::NotMain);
     EXPECT_EQ(boxes, Boxes{OkBox(BoxIcon::None, L"RavloScheduler",
                                  L"SaveScheduleInfo was expecting a MAIN (level 0) cat!")});
-    EXPECT_TRUE(cWorld.cFiles.Paths().empty());
+    EXPECT_TRUE(cPorts.cFiles.Paths().empty());
 }
 
 TEST_F(HistoryFilesTest, ANameThatCanBeNoFilesNameIsReported)
@@ -243,7 +243,7 @@ TEST_F(HistoryFilesTest, ANameThatCanBeNoFilesNameIsReported)
         EXPECT_EQ(boxes,
                   Boxes{CriticalBox(sSaveTitle, L"52 Bad file name: \"" + std::wstring(sName) + L"\"")});
     }
-    EXPECT_EQ(cWorld.cFiles.Paths().size(), 1u) << "the log alone";
+    EXPECT_EQ(cPorts.cFiles.Paths().size(), 1u) << "the log alone";
 }
 
 TEST_F(HistoryFilesTest, DotsAreFineInAName)
@@ -251,12 +251,12 @@ TEST_F(HistoryFilesTest, DotsAreFineInAName)
     for (const wchar_t* sName : {L"R.E.M.", L".."})
         EXPECT_EQ(Save(NewMainCat(sName, {1})), Saved::Yes);
     EXPECT_EQ(File(L"R.E.M."), SifMarker(1));
-    EXPECT_EQ(cWorld.cFiles.Get(L"C:\\Radio\\Scheduler\\History_and_Ordering\\...sif"), SifMarker(1));
+    EXPECT_EQ(cPorts.cFiles.Get(L"C:\\Radio\\Scheduler\\History_and_Ordering\\...sif"), SifMarker(1));
 }
 
 TEST_F(HistoryFilesTest, WithoutAnApplicationPathASaveFails)
 {
-    ModScheduler cOther(cWorld.AllPorts());
+    ModScheduler cOther(cPorts.Ports());
     HistoryFiles cOtherFiles(cOther, cRelay);
     EXPECT_EQ(cOtherFiles.Save(NewMainCat(L"Rock", {1})), Saved::Failed);
     EXPECT_EQ(boxes, Boxes{CriticalBox(sSaveTitle, L"76 Path not found: Rock")});
@@ -265,7 +265,7 @@ TEST_F(HistoryFilesTest, WithoutAnApplicationPathASaveFails)
 TEST_F(HistoryFilesTest, ACutWithoutKeyIsReportedAndTheOldFileStays)
 {
     const auto cMainCat = NewMainCatOf(L"Rock", 3);
-    cWorld.cFiles.Put(SifPath(L"Rock"), "old");
+    cPorts.cFiles.Put(SifPath(L"Rock"), "old");
     static_cast<FakeCut&>(*cDataBase.colCuts[1]).failing = {"Key"};
     EXPECT_EQ(Save(cMainCat), Saved::Failed);
     EXPECT_EQ(boxes,
@@ -283,7 +283,7 @@ TEST_F(HistoryFilesTest, TextsThatCannotBeReadAreBlankAndLogged)
     EXPECT_EQ(File(L"Rock"),
               SifCut("Artist of 1.mp3", "", "1.mp3", 1) + SifCut("", "", "2.mp3", 1) + SifCut("3.mp3", 1));
     EXPECT_EQ(
-        cWorld.LogMessages(),
+        cPorts.LogMessages(),
         Lines{L"Saved as blanks in the order of Rock, texts that cannot be read: 3, the first of 1.mp3: "
               L"91 Object variable or With block variable not set"});
 }
@@ -293,7 +293,7 @@ TEST_F(HistoryFilesTest, AFailedSaveEndsItsProgress)
     const auto cMainCat = NewMainCatOf(L"Rock", 2);
     Save(cMainCat);
     cHost.colSaid.clear();
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
     EXPECT_EQ(Save(cMainCat), Saved::Failed);
     EXPECT_EQ(cHost.colSaid, (Lines{L"Start 2: Saving Ordering and hist for: Rock",
                                     L"Start 2: Saving info for: Rock to file.",
@@ -313,15 +313,15 @@ TEST_F(HistoryFilesTest, TheMannerDecidesWhatIsSaid)
     {
         const auto cMainCat = NewMainCat(L"Rock", {1});
         cHost.colSaid.clear();
-        cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+        cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
         EXPECT_EQ(cFiles.Save(cMainCat, row.eManner), Saved::Yes);
         EXPECT_EQ(cHost.colSaid.size(), row.lEvents);
         boxes.clear();
-        cWorld.cFiles.Put(RadioWorld::LogPath(), "");
-        cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+        cPorts.cFiles.Put(RadioPorts::LogPath(), "");
+        cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
         EXPECT_EQ(cFiles.Save(cMainCat, row.eManner), Saved::Failed);
         EXPECT_EQ(boxes.size(), row.lBoxes);
-        EXPECT_NE(cWorld.cFiles.Get(RadioWorld::LogPath()).find("75 Path/File access error"),
+        EXPECT_NE(cPorts.cFiles.Get(RadioPorts::LogPath()).find("75 Path/File access error"),
                   std::string::npos);
     }
 }
@@ -356,8 +356,8 @@ TEST_F(HistoryFilesTest, SavingAllStopsAtOneThatIsNoMainCategory)
     NewMainCat(L"Second", {1})->SetCatLevel(4);
     NewMainCat(L"Third", {1});
     EXPECT_FALSE(cFiles.SaveAll(colMainCats));
-    EXPECT_TRUE(cWorld.cFiles.FileExists(SifPath(L"First")));
-    EXPECT_FALSE(cWorld.cFiles.FileExists(SifPath(L"Third")));
+    EXPECT_TRUE(cPorts.cFiles.FileExists(SifPath(L"First")));
+    EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Third")));
     EXPECT_EQ(boxes.size(), 1u);
 }
 
@@ -372,7 +372,7 @@ TEST_F(HistoryFilesTest, ACategoryDeletedMeanwhileIsNotSavedAfterwards)
         cFiles.DeleteFile(L"Pop");
     };
     EXPECT_TRUE(cFiles.SaveAll(colMainCats));
-    EXPECT_FALSE(cWorld.cFiles.FileExists(SifPath(L"Pop")));
+    EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Pop")));
 }
 
 TEST_F(HistoryFilesTest, ATreeReplacedMeanwhileIsTheOneThatIsSaved)
@@ -421,7 +421,7 @@ TEST_F(HistoryFilesTest, AnOlderSaveNeverReplacesANewerOne)
         };
         EXPECT_EQ(Save(cMainCat), Saved::Yes) << "overtaken counts as saved";
         EXPECT_EQ(File(cMainCat->CatName()), SifCut("2.mp3", 1) + SifCut("3.mp3", 1) + SifCut("1.mp3", 1));
-        EXPECT_TRUE(cWorld.TemporaryFiles().empty());
+        EXPECT_TRUE(cPorts.TemporaryFiles().empty());
     }
 }
 
@@ -431,7 +431,7 @@ TEST_F(HistoryFilesTest, ASaveOnItsWayDoesNotBringADeletedFileBack)
     Save(cMainCat);
     cHost.OnEvent = [this](const std::wstring&) { cFiles.DeleteFile(L"Rock"); };
     EXPECT_EQ(Save(cMainCat), Saved::Yes);
-    EXPECT_FALSE(cWorld.cFiles.FileExists(SifPath(L"Rock")));
+    EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Rock")));
     cHost.OnEvent = nullptr;
     EXPECT_EQ(Save(cMainCat), Saved::Yes);
     EXPECT_EQ(File(L"Rock"), SifMarker(1)) << "a save after the deletion writes again";
@@ -441,8 +441,8 @@ TEST_F(HistoryFilesTest, DeletingAFileThatIsNotThereOrCannotBeIsNoError)
 {
     EXPECT_NO_THROW(cFiles.DeleteFile(L"Rock"));
     EXPECT_NO_THROW(cFiles.DeleteFile(L"..\\..\\boot"));
-    cWorld.cFiles.Put(SifPath(L"Rock"), "x");
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    cPorts.cFiles.Put(SifPath(L"Rock"), "x");
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
     EXPECT_THROW(cFiles.DeleteFile(L"Rock"), RuntimeError);
 }
 
@@ -451,35 +451,35 @@ TEST_F(HistoryFilesTest, DeletingAFileThatIsNotThereOrCannotBeIsNoError)
 TEST_F(HistoryFilesTest, AQuietSaveThatFailsIsOwedUntilItSucceeds)
 {
     const auto cMainCat = NewMainCat(L"Rock", {1});
-    cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
+    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
     cFiles.SaveAfterPick(cMainCat, *colMainCats);
     EXPECT_TRUE(boxes.empty());
     EXPECT_TRUE(cHost.colSaid.empty());
-    EXPECT_EQ(cWorld.LogMessages(),
+    EXPECT_EQ(cPorts.LogMessages(),
               Lines{L"DISPLAYERROR, SaveHistoryAndOrdering Rock 75 Path/File access error"});
     cFiles.SaveOwed(*colMainCats);
-    EXPECT_EQ(cWorld.LogMessages().size(), 2u) << "tried again, failed again, still owed";
-    cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", false);
+    EXPECT_EQ(cPorts.LogMessages().size(), 2u) << "tried again, failed again, still owed";
+    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", false);
     cFiles.SaveOwed(*colMainCats);
     EXPECT_EQ(File(L"Rock"), SifMarker(1));
-    cWorld.cFiles.ClearOperations();
+    cPorts.cFiles.ClearOperations();
     cFiles.SaveOwed(*colMainCats);
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty()) << "owed no more";
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty()) << "owed no more";
 }
 
 TEST_F(HistoryFilesTest, WhatIsOwedIsSettledByAnySaveOfTheCategoryAndForgottenWithIt)
 {
     const auto cRock = NewMainCat(L"Rock", {1});
     const auto cPop = NewMainCat(L"Pop", {1});
-    cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
+    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
     cFiles.SaveAfterPick(cRock, *colMainCats);
     cFiles.SaveAfterPick(cPop, *colMainCats);
-    cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", false);
+    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", false);
     EXPECT_EQ(Save(cRock), Saved::Yes);
     colMainCats->Remove(L"Pop\t0");
-    cWorld.cFiles.ClearOperations();
+    cPorts.cFiles.ClearOperations();
     cFiles.SaveOwed(*colMainCats);
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty());
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
 }
 
 // ---- failing files
@@ -493,13 +493,13 @@ TEST_F(HistoryFilesTest, AnyFailureOfASaveLosesNothingAndIsShownPerCategory)
     for (const bool bStaysBroken : {false, true})
         for (int lGood = 0;; ++lGood)
         {
-            MemoryWorld cDisk;
+            MemoryPorts cDisk;
             for (const auto& [sName, bytes] : files)
                 cDisk.cFiles.Put(SifPath(sName), "old"); // of another program: never read here
             FailingFiles cFailing(cDisk.cFiles, lGood);
             cFailing.bStaysBroken = bStaysBroken;
             cFailing.bCountReads = cFailing.bCountLooks = true;
-            ModScheduler cOther(cDisk.AllPortsWith(cFailing));
+            ModScheduler cOther(cDisk.PortsWith(cFailing));
             cOther.StoreAppPath(sRadio);
             HistoryFiles cOtherFiles(cOther, cRelay);
             const bool bSaved = cOtherFiles.SaveAll(colMainCats);
@@ -531,10 +531,10 @@ TEST_F(HistoryFilesTest, AFailureWhileAnUnappliedFileIsKeptAsideLosesNothing)
     const std::string damaged = SifCut("1.mp3", 1) + "x";
     for (int lGood = 0;; ++lGood)
     {
-        MemoryWorld cDisk;
+        MemoryPorts cDisk;
         cDisk.cFiles.Put(SifPath(L"Rock"), damaged);
         FailingFiles cFailing(cDisk.cFiles, lGood);
-        ModScheduler cOther(cDisk.AllPortsWith(cFailing));
+        ModScheduler cOther(cDisk.PortsWith(cFailing));
         cOther.StoreAppPath(sRadio);
         HistoryFiles cOtherFiles(cOther, cRelay);
         colMainCats->Clear();
@@ -570,7 +570,7 @@ TEST_F(HistoryFilesTest, TheSavedOrderComesBack)
     EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"3.mp3", L"1.mp3", L"2.mp3"}));
     EXPECT_EQ(cHost.colSaid, (Lines{L"Start 3: Getting Ordering and Scheduler History for: Rock",
                                     L"Done: Got Scheduler [from file] Info for: Rock"}));
-    EXPECT_EQ(cWorld.cHostLoop.lPumps, 1);
+    EXPECT_EQ(cPorts.cHostLoop.lPumps, 1);
     EXPECT_TRUE(cMainCat->SubCat(1)->SchedCuts()->Exists(L"2.mp3"));
 }
 
@@ -727,7 +727,7 @@ TEST_F(HistoryFilesTest, ACutOfAMissingLevelStopsTheFileWithABox)
 {
     const auto cMainCat = NewMainCatOf(L"Rock", 3);
     const auto cPop = NewMainCatOf(L"Pop", 2);
-    cWorld.cFiles.Put(SifPath(L"Pop"), SifCut("2.mp3", 1) + SifCut("1.mp3", 1));
+    cPorts.cFiles.Put(SifPath(L"Pop"), SifCut("2.mp3", 1) + SifCut("1.mp3", 1));
     Apply(SifCut("2.mp3", 1) + SifCut("x.mp3", 4) + SifCut("1.mp3", 1) + SifMarker(7));
     EXPECT_EQ(boxes, Boxes{CriticalBox(L"BUT DIDNT", L"Was expecting to find: Rock 4")});
     EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"3.mp3", L"2.mp3"})) << "what came before is applied";
@@ -747,7 +747,7 @@ TEST_F(HistoryFilesTest, AMarkerOfANegativeLevelIsLoggedAndPassedOver)
     const auto cMainCat = NewMainCatOf(L"Rock", 2);
     Apply(SifMarker(-3) + SifCut("2.mp3", 1) + SifCut("1.mp3", 1));
     EXPECT_TRUE(boxes.empty());
-    EXPECT_EQ(cWorld.LogMessages(), Lines{L"Ignored, no level can have this number: Rock -3"});
+    EXPECT_EQ(cPorts.LogMessages(), Lines{L"Ignored, no level can have this number: Rock -3"});
     EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"2.mp3", L"1.mp3"}));
 }
 
@@ -766,7 +766,7 @@ TEST_F(HistoryFilesTest, TheFilesLengthIsTheNumberOfItsRecordsOrItIsIgnored)
     EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"}));
     EXPECT_TRUE(cHost.colSaid.empty());
     EXPECT_TRUE(boxes.empty()) << "without a message";
-    EXPECT_EQ(cWorld.LogMessages().back(),
+    EXPECT_EQ(cPorts.LogMessages().back(),
               L"Ignored, its length is no multiple of a record's: " + SifPath(L"Rock"));
     Apply("");
     EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"}));
@@ -785,19 +785,19 @@ TEST_F(HistoryFilesTest, ReadingReportsEveryTwentiethRecordAtMostOncePer100Milli
     cHost.OnEvent = [this](const std::wstring& sLine)
     {
         if (sLine.starts_with(L"Progress"))
-            cWorld.cClock.Advance(500); // within the report: does not count towards the next
+            cPorts.cClock.Advance(500); // within the report: does not count towards the next
     };
-    cWorld.cHostLoop.OnSleep = [](std::uint32_t lMilliseconds) { EXPECT_EQ(lMilliseconds, 20u); };
+    cPorts.cHostLoop.OnSleep = [](std::uint32_t lMilliseconds) { EXPECT_EQ(lMilliseconds, 20u); };
     Apply(bytes);
     EXPECT_EQ(cHost.colSaid, (Lines{L"Start 100: Getting Ordering and Scheduler History for: Rock",
                                     L"Done: Got Scheduler [from file] Info for: Rock"}))
         << "while the clock stands still nothing is due";
-    EXPECT_EQ(cWorld.cHostLoop.lSleeps, 0);
+    EXPECT_EQ(cPorts.cHostLoop.lSleeps, 0);
 
-    TickingClock cTicking(cWorld.cClock, 60); // each look at the tick count takes 60 ms
-    Ports cPorts{cTicking,         cWorld.cHostLoop, cWorld.cFiles, cWorld.cMessages, cWorld.cUserSettings,
-                 cWorld.cCodePage, cWorld.cRandom};
-    ModScheduler cOther(cPorts);
+    TickingClock cTicking(cPorts.cClock, 60); // each look at the tick count takes 60 ms
+    Ports ports{cTicking,         cPorts.cHostLoop, cPorts.cFiles, cPorts.cMessages, cPorts.cUserSettings,
+                 cPorts.cCodePage, cPorts.cRandom};
+    ModScheduler cOther(ports);
     cOther.StoreAppPath(sRadio);
     EventRelay cOtherRelay(cOther);
     cOtherRelay.Listen(&cHost);
@@ -807,8 +807,8 @@ TEST_F(HistoryFilesTest, ReadingReportsEveryTwentiethRecordAtMostOncePer100Milli
               (Lines{L"Start 100: Getting Ordering and Scheduler History for: Rock",
                      L"Progress 40/100: Retrieving 40 of 100", L"Progress 80/100: Retrieving 80 of 100",
                      L"Done: Got Scheduler [from file] Info for: Rock"}));
-    EXPECT_EQ(cWorld.cHostLoop.lSleeps, 2) << "20 ms before each report";
-    EXPECT_EQ(cWorld.cHostLoop.lPumps, 2) << "once at the end of each reading";
+    EXPECT_EQ(cPorts.cHostLoop.lSleeps, 2) << "20 ms before each report";
+    EXPECT_EQ(cPorts.cHostLoop.lPumps, 2) << "once at the end of each reading";
 }
 
 TEST_F(HistoryFilesTest, OnlyMainCategoriesHaveAFile)
@@ -823,8 +823,8 @@ TEST_F(HistoryFilesTest, AnUnreadableFileIsReportedAndTheOthersAreRead)
 {
     const auto cMainCat = NewMainCatOf(L"Rock", 2);
     const auto cPop = NewMainCatOf(L"Pop", 2);
-    cWorld.cFiles.Put(SifPath(L"Pop"), SifCut("2.mp3", 1) + SifCut("1.mp3", 1));
-    cWorld.cFiles.SetUnreadable(SifPath(L"Rock"), error::DeviceIo);
+    cPorts.cFiles.Put(SifPath(L"Pop"), SifCut("2.mp3", 1) + SifCut("1.mp3", 1));
+    cPorts.cFiles.SetUnreadable(SifPath(L"Rock"), error::DeviceIo);
     Apply(SifCut("2.mp3", 1));
     EXPECT_EQ(boxes, Boxes{CriticalBox(L"Error in ApplyHistory", L"57 Device I/O error: Rock")});
     EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"}));
@@ -834,7 +834,7 @@ TEST_F(HistoryFilesTest, AnUnreadableFileIsReportedAndTheOthersAreRead)
 TEST_F(HistoryFilesTest, ANameThatCanBeNoFilesNameHasNoFileToRead)
 {
     const auto cMainCat = NewMainCatOf(L"..\\Rock", 2);
-    cWorld.cFiles.Put(L"C:\\Radio\\Scheduler\\Rock.sif", SifCut("2.mp3", 1) + SifCut("1.mp3", 1));
+    cPorts.cFiles.Put(L"C:\\Radio\\Scheduler\\Rock.sif", SifCut("2.mp3", 1) + SifCut("1.mp3", 1));
     cFiles.ApplyHistory(*colMainCats, sRadio);
     EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"}));
     EXPECT_TRUE(boxes.empty());
@@ -855,8 +855,8 @@ TEST_F(HistoryFilesTest, AFileThatWasNotAppliedInFullIsKeptOnceBeforeItIsOverwri
                         {SifCut("1.mp3", 1), error::DeviceIo}};       // read error
     for (const Row& row : rows)
     {
-        MemoryWorld cDisk;
-        ModScheduler cOther(cDisk.AllPorts());
+        MemoryPorts cDisk;
+        ModScheduler cOther(cDisk.Ports());
         cOther.StoreAppPath(sRadio);
         HistoryFiles cOtherFiles(cOther, cRelay);
         colMainCats->Clear();
@@ -879,7 +879,7 @@ TEST_F(HistoryFilesTest, AFileThatWasAppliedInFullIsOverwrittenWithoutACopy)
     Apply(SifCut("2.mp3", 1) + "x");
     Apply(SifCut("gone.mp3", 1) + SifCut("2.mp3", 1)); // read again, whole this time
     EXPECT_EQ(Save(cMainCat), Saved::Yes);
-    EXPECT_FALSE(cWorld.cFiles.FileExists(SifPath(L"Rock") + L".bak"));
+    EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Rock") + L".bak"));
 }
 
 // ---- any bytes

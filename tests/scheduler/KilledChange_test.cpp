@@ -56,8 +56,8 @@ protected:
     Left Leave() const
     {
         Left left;
-        for (const std::wstring& sPath : cWorld.cFiles.Paths())
-            left.files[sPath] = cWorld.cFiles.Get(sPath);
+        for (const std::wstring& sPath : cPorts.cFiles.Paths())
+            left.files[sPath] = cPorts.cFiles.Get(sPath);
         for (const std::shared_ptr<Cut>& cCut : cBatching->cInner.colCuts)
             left.colCuts.push_back(cCut->CloneCut());
         return left;
@@ -80,7 +80,7 @@ protected:
     // cuts that are still in it in their order. Returns the log.
     Lines ExpectSoundStart(const Left& left, const Keys& colMayGo = {}) const
     {
-        RadioWorld cOther;
+        RadioPorts cOther;
         for (const auto& [sPath, bytes] : left.files)
             cOther.cFiles.Put(sPath, bytes);
         Library cNext(cOther);
@@ -185,7 +185,7 @@ TEST_F(KilledChangeTest, AMoveKilledBetweenItsStepsIsToldWithItsCategories)
 {
     Start(true, 120);
     std::vector<Left> colPumps;
-    cWorld.cHostLoop.OnPump = [&] { colPumps.push_back(Leave()); };
+    cPorts.cHostLoop.OnPump = [&] { colPumps.push_back(Leave()); };
     bool bCreated = false;
     cLib.cSchedMan->DoMassCatChange(eMoveHere, {Level(L"Jazz", 1)}, Level(L"Pop", 1), CutsOf(L"Jazz", 1),
                                     bCreated);
@@ -221,7 +221,7 @@ TEST_F(KilledChangeTest, MarkersThatCannotBeTakenOffAreTriedAgain)
         std::dynamic_pointer_cast<FakeCut>(cCut)->OnCall = [&](const std::string&)
         {
             if (File(L"Rock") != rock) // written ahead
-                cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+                cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
         };
     bool bCreated = false;
     cLib.cSchedMan->DoMassCatChange(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 4), CutsOf(L"Rock", 1),
@@ -233,7 +233,7 @@ TEST_F(KilledChangeTest, MarkersThatCannotBeTakenOffAreTriedAgain)
     EXPECT_EQ(SifWithoutGuards(File(L"Rock")), rock);
     EXPECT_TRUE(Tells(ExpectSoundStart(Leave()), L"Rock"));
     Forget();
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
     EXPECT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Pop")));
     EXPECT_EQ(File(L"Rock"), rock);
     EXPECT_EQ(boxes, Boxes());
@@ -291,13 +291,13 @@ TEST_F(HostsRemovalTest, OneThatCannotBeWrittenAheadIsOnlyLogged)
 {
     Start(true);
     RemoveDownTo(1);
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
     Forget();
     RemoveDownTo(0);
     EXPECT_EQ(boxes, Boxes());
     EXPECT_EQ(said, Lines());
     EXPECT_EQ(Log(), Lines{L"DISPLAYERROR, SaveHistoryAndOrdering Rock 75 Path/File access error"});
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
     Forget();
     EXPECT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Pop")));
     EXPECT_EQ(Written(), Lines{L"Pop"}) << "the removal is the host's to save";
@@ -311,7 +311,7 @@ TEST_F(KilledChangeTest, OnlyCategoriesThatMayLoseALevelAreWrittenTwice)
                                     bCreated);
     const auto Writes = [this](const std::wstring& sName)
     {
-        const Lines colOperations = cWorld.cFiles.Operations();
+        const Lines colOperations = cPorts.cFiles.Operations();
         return std::count_if(colOperations.begin(), colOperations.end(),
                              [&](const std::wstring& sOperation) {
                                  return sOperation.starts_with(L"Rename ") &&

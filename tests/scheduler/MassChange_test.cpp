@@ -65,8 +65,8 @@ TEST_F(MassChangeTest, WithoutCutsNothingHappensAndNothingIsSaid)
                 EXPECT_FALSE(Change(eOption, {Level(L"Rock", 1)}, cTo, colCuts));
     EXPECT_EQ(said, Lines());
     EXPECT_EQ(boxes, Boxes());
-    EXPECT_EQ(cWorld.cFiles.Operations(), Lines());
-    EXPECT_EQ(cWorld.cHostLoop.lPumps, 0);
+    EXPECT_EQ(cPorts.cFiles.Operations(), Lines());
+    EXPECT_EQ(cPorts.cHostLoop.lPumps, 0);
 }
 
 TEST_F(MassChangeTest, WithoutCutsItIsNoEditThatAPopulationHadToRefuse)
@@ -120,7 +120,7 @@ TEST_F(MassChangeTest, AMovedCutLeavesItsSourceAndTakesTheTargetsNumberAndName)
     EXPECT_EQ(boxes, Boxes());
 }
 
-TEST_F(MassChangeTest, InOtherMainCategoriesAMovedCutIsRefiledUnderTheNewNumber)
+TEST_F(MassChangeTest, InOtherMainCategoriesAMovedCutIsMovedUnderTheNewNumber)
 {
     const auto cCut = Add(L"a", L"Rock/Jazz/Soul", 1);
     Add(L"b", L"Pop", 3);
@@ -194,7 +194,7 @@ TEST_F(MassChangeTest, ACutInTwoLevelsOfTheSourceKeepsTheNameWhileItStaysInOne)
     EXPECT_EQ(cCut->CategoryText(), L"Rock/Pop");
 }
 
-TEST_F(MassChangeTest, ACutThatStandsNowhereIsFiledWithAStandInForItsSource)
+TEST_F(MassChangeTest, ACutThatStandsNowhereIsPlacedWithAStandInForItsSource)
 {
     const auto cCut = Add(L"a", L"", 5);
     const auto cZero = Add(L"z", L"", 0);
@@ -310,7 +310,7 @@ TEST_F(MassChangeTest, ACutWithoutALevelStandsWhereItsNamesSayOnceItHasANumber)
                           Case{eCopyHere, L"Rock/Jazz/Pop", {L"z"}}})
     {
         SCOPED_TRACE(static_cast<int>(c.eOption));
-        RadioWorld cOther;
+        RadioPorts cOther;
         Library cLibrary(cOther);
         const auto cZero = cLibrary.cDataBase->Add(L"z", L"Rock/Jazz", 0);
         cLibrary.cDataBase->Add(L"p", L"Pop", 1);
@@ -384,7 +384,7 @@ TEST_F(MassChangeTest, IntoAMainCategoryCutsKeepTheirNumbersAndMissingLevelsAreM
 
 // ---- copying
 
-TEST_F(MassChangeTest, ACopiedCutIsFiledInTheTargetAsWell)
+TEST_F(MassChangeTest, ACopiedCutIsPlacedInTheTargetAsWell)
 {
     const auto cCut = Add(L"a", L"Rock", 2);
     Add(L"b", L"Pop", 2);
@@ -480,7 +480,7 @@ TEST_F(MassChangeTest, ANumberChangedWhileOthersRunIsRefusedToo)
     const Cuts colCuts = AddMany(101, L"k", L"Rock", 1);
     Add(L"p", L"Pop", 1);
     Start();
-    cWorld.cHostLoop.OnPump = [&] { colCuts[100]->SetCatLevel(5); };
+    cPorts.cHostLoop.OnPump = [&] { colCuts[100]->SetCatLevel(5); };
     Change(eCopyHere, {Level(L"Rock", 1)}, Level(L"Pop", 1), colCuts);
     EXPECT_EQ(Order(L"Pop", 1).size(), 101u);
     EXPECT_EQ(boxes, (Boxes{refusal}));
@@ -551,7 +551,7 @@ TEST_F(MassChangeTest, ACutWhoseChangeFailsStandsWhereItStoodAndTheOthersAreMove
         for (const eCatDragOptions eOption : {eMoveHere, eMoveExclusiveHere})
         {
             SCOPED_TRACE(sMember);
-            RadioWorld cOther;
+            RadioPorts cOther;
             Library cLibrary(cOther);
             const auto cBad = cLibrary.cDataBase->Add(L"bad", L"Rock/Jazz", 1);
             const auto cGood = cLibrary.cDataBase->Add(L"good", L"Rock/Jazz", 1);
@@ -578,12 +578,12 @@ TEST_F(MassChangeTest, ACutWhoseChangeFailsStandsWhereItStoodAndTheOthersAreMove
     }
 }
 
-TEST_F(MassChangeTest, ACutThatCannotBeCopiedIsNotFiledAndReportedOnce)
+TEST_F(MassChangeTest, ACutThatCannotBeCopiedIsNotPlacedAndReportedOnce)
 {
     for (const char* sMember : {"Key", "CatLevel", "AddCategoryName", "RunTimemS"})
     {
         SCOPED_TRACE(sMember);
-        RadioWorld cOther;
+        RadioPorts cOther;
         Library cLibrary(cOther);
         const auto cBad = cLibrary.cDataBase->Add(L"bad", L"Rock", 2);
         const auto cBadToo = cLibrary.cDataBase->Add(L"bad too", L"Rock", 2);
@@ -621,7 +621,7 @@ TEST_F(MassChangeTest, ASaveThatFailsIsShownOncePerCategoryAndTheOthersAreWritte
     const auto cCut = Add(L"a", L"Rock/Jazz", 1);
     Add(L"b", L"Pop", 2);
     Start();
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
     Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 2), {cCut});
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in SaveHistoryAndOrdering [cSchedMan]",
                                         CriticalText(75) + L": Rock")}));
@@ -636,7 +636,7 @@ TEST_F(MassChangeTest, ATargetDeletedInTheMiddleEndsItAndTheRestStandsWhereItSto
     Add(L"b", L"Pop", 2);
     Start();
     bool bDone = false;
-    cWorld.cHostLoop.OnPump = [&]
+    cPorts.cHostLoop.OnPump = [&]
     {
         if (!std::exchange(bDone, true))
         {
@@ -662,9 +662,9 @@ TEST_F(MassChangeTest, ATargetReloadedInTheMiddleOfACopyIsReportedOnceAtTheEnd)
     const Cuts colCuts = AddMany(120, L"k", L"Rock", 1);
     Add(L"b", L"Pop", 2);
     Start();
-    cWorld.cHostLoop.OnPump = [&]
+    cPorts.cHostLoop.OnPump = [&]
     {
-        cWorld.cHostLoop.OnPump = nullptr;
+        cPorts.cHostLoop.OnPump = nullptr;
         cLib.Populate();
     };
     cLib.cHost.OnEvent = [&](const std::wstring&) { EXPECT_EQ(boxes, Boxes()); };

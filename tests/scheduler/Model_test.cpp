@@ -26,9 +26,9 @@ struct RefCut
     std::int32_t lLevel;
     std::int32_t lRunTime;
     bool bOpener;
-    // What it was filed under: a cut that is announced without a change is left where it stands.
-    std::vector<std::wstring> colFiledNames{};
-    std::int32_t lFiledLevel = 0;
+    // What it was placed under: a cut that is announced without a change is left where it stands.
+    std::vector<std::wstring> colPlacedNames{};
+    std::int32_t lPlacedLevel = 0;
 };
 using RefOrder = std::vector<RefCut*>;
 
@@ -64,21 +64,21 @@ void RemoveName(RefCut& cut, const std::wstring& sName)
     std::erase_if(cut.colNames,
                   [sGone = sName](const std::wstring& sOther) { return EqualIgnoringCase(sOther, sGone); });
 }
-bool Holds(const RefOrder& colOrder, const RefCut* pCut)
+bool Contains(const RefOrder& colOrder, const RefCut* pCut)
 {
     return std::find(colOrder.begin(), colOrder.end(), pCut) != colOrder.end();
 }
 
-void NoteFiled(RefCut& cut)
+void NotePlaced(RefCut& cut)
 {
-    cut.colFiledNames = cut.colNames;
-    cut.lFiledLevel = cut.lLevel;
+    cut.colPlacedNames = cut.colNames;
+    cut.lPlacedLevel = cut.lLevel;
 }
-bool IsFiledAsItIs(const RefCut& cut)
+bool IsPlacedAsItIs(const RefCut& cut)
 {
-    return cut.lFiledLevel == cut.lLevel &&
-           std::equal(cut.colNames.begin(), cut.colNames.end(), cut.colFiledNames.begin(),
-                      cut.colFiledNames.end(), EqualIgnoringCase);
+    return cut.lPlacedLevel == cut.lLevel &&
+           std::equal(cut.colNames.begin(), cut.colNames.end(), cut.colPlacedNames.begin(),
+                      cut.colPlacedNames.end(), EqualIgnoringCase);
 }
 
 class Reference
@@ -106,13 +106,13 @@ public:
         colMains.push_back(std::make_unique<RefMain>(RefMain{sName, {}}));
         return *colMains.back();
     }
-    // True when it was filed; a level that is made is told.
+    // True when it was placed; a level that is made is told.
     bool File(RefCut& cut, RefMain& main, bool& bCreated)
     {
         bCreated = bCreated || main.colLevels.count(cut.lLevel) == 0;
         RefOrder& colOrder = main.colLevels[cut.lLevel];
         AddName(cut, main.sName);
-        if (Holds(colOrder, &cut))
+        if (Contains(colOrder, &cut))
             return false;
         colOrder.push_back(&cut);
         return true;
@@ -160,7 +160,7 @@ public:
         for (const auto& pMain : colMains)
             colList.push_back(pMain->sName);
     }
-    bool StandsWhereNamed(const RefCut& cut) const
+    bool IsPlacedAsNamed(const RefCut& cut) const
     {
         return std::all_of(cut.colNames.begin(), cut.colNames.end(),
                            [&](const std::wstring& sName)
@@ -168,7 +168,7 @@ public:
                                const RefMain* pMain = Main(sName);
                                const auto level = pMain ? pMain->colLevels.find(cut.lLevel)
                                                         : decltype(pMain->colLevels.end())();
-                               return pMain && level != pMain->colLevels.end() && Holds(level->second, &cut);
+                               return pMain && level != pMain->colLevels.end() && Contains(level->second, &cut);
                            });
     }
     // Takes the cut out of a level; the name goes with the last level of the main category.
@@ -178,16 +178,16 @@ public:
         if (level == main.colLevels.end() || std::erase(level->second, &cut) == 0)
             return false;
         if (std::none_of(main.colLevels.begin(), main.colLevels.end(),
-                         [&](const auto& other) { return Holds(other.second, &cut); }))
+                         [&](const auto& other) { return Contains(other.second, &cut); }))
             RemoveName(cut, main.sName);
         return true;
     }
-    // Files the cut where its names and level say, and nowhere else, unless nothing has changed.
+    // Places the cut where its names and level say, and nowhere else, unless nothing has changed.
     void Follow(RefCut& cut, std::set<RefMain*>& colAffected)
     {
-        if (IsFiledAsItIs(cut) && StandsWhereNamed(cut))
+        if (IsPlacedAsItIs(cut) && IsPlacedAsNamed(cut))
             return;
-        NoteFiled(cut);
+        NotePlaced(cut);
         for (const auto& pMain : colMains)
             for (auto& [lLevel, colOrder] : pMain->colLevels)
                 if ((lLevel != cut.lLevel || !HasName(cut, pMain->sName)) && std::erase(colOrder, &cut) > 0)
@@ -225,7 +225,7 @@ public:
         {
             for (const std::wstring& sName : std::vector(pCut->colNames))
                 File(*pCut, Ensure(sName), bCreated);
-            NoteFiled(*pCut);
+            NotePlaced(*pCut);
         }
         for (const std::wstring& sName : colList)
             Ensure(sName);
@@ -295,9 +295,9 @@ public:
     // One random operation on both; its name, for the trace.
     const char* Step()
     {
-        m_cWorld.cMessages.Boxes.clear();
-        m_cWorld.cMessages.Inputs.clear();
-        m_cWorld.cFiles.ClearOperations();
+        m_cPorts.cMessages.Boxes.clear();
+        m_cPorts.cMessages.Inputs.clear();
+        m_cPorts.cFiles.ClearOperations();
         m_cLib.cHost.colSaid.clear();
         m_ref.colTouched.clear();
         struct Operation
@@ -314,7 +314,7 @@ public:
             Operation{"take out many", 5, &Model::TakeOutMany},
             Operation{"assign", 8, &Model::Assign},
             Operation{"file", 6, &Model::File},
-            Operation{"file twice", 8, &Model::FileTwice},
+            Operation{"file twice", 8, &Model::PlaceTwice},
             Operation{"unfile", 4, &Model::Unfile},
             Operation{"create category", 3, &Model::CreateMainCat},
             Operation{"create level", 4, &Model::CreateLevel},
@@ -363,7 +363,7 @@ public:
     {
         CompareList();
         std::set<std::wstring> colTouched = m_ref.colTouched;
-        for (const std::wstring& sOperation : m_cWorld.cFiles.Operations())
+        for (const std::wstring& sOperation : m_cPorts.cFiles.Operations())
             if (sOperation.ends_with(L".sif"))
             {
                 const std::size_t lName = sOperation.find_last_of(L'\\') + 1;
@@ -372,10 +372,10 @@ public:
         for (const std::wstring& sName : colTouched)
         {
             const std::vector<RefRecord>* pRecords = m_ref.Records(sName);
-            ASSERT_EQ(m_cWorld.cFiles.FileExists(SifPath(sName)), pRecords != nullptr);
+            ASSERT_EQ(m_cPorts.cFiles.FileExists(SifPath(sName)), pRecords != nullptr);
             if (pRecords)
             {
-                ASSERT_EQ(Decoded(m_cWorld.cFiles.Get(SifPath(sName))), *pRecords);
+                ASSERT_EQ(Decoded(m_cPorts.cFiles.Get(SifPath(sName))), *pRecords);
             }
         }
     }
@@ -384,9 +384,9 @@ public:
     {
         std::string list;
         for (const std::wstring& sName : m_ref.colList)
-            list += "\r\n" + m_cWorld.cCodePage.Encode(sName);
-        if (m_cWorld.cFiles.FileExists(sMainCatsPath))
-            ASSERT_EQ(m_cWorld.cFiles.Get(sMainCatsPath), list);
+            list += "\r\n" + m_cPorts.cCodePage.Encode(sName);
+        if (m_cPorts.cFiles.FileExists(sMainCatsPath))
+            ASSERT_EQ(m_cPorts.cFiles.Get(sMainCatsPath), list);
         else
             ASSERT_TRUE(m_ref.colList.empty());
     }
@@ -396,19 +396,19 @@ public:
     {
         CompareList();
         std::set<std::wstring> colThere;
-        for (const std::wstring& sPath : m_cWorld.cFiles.Paths())
+        for (const std::wstring& sPath : m_cPorts.cFiles.Paths())
             if (sPath.ends_with(L".sif"))
                 colThere.insert(Lower(sPath));
         for (const auto& [sName, colRecords] : m_ref.colFiles)
         {
             ASSERT_EQ(colThere.erase(Lower(SifPath(sName))), 1u);
-            ASSERT_EQ(Decoded(m_cWorld.cFiles.Get(SifPath(sName))), colRecords);
+            ASSERT_EQ(Decoded(m_cPorts.cFiles.Get(SifPath(sName))), colRecords);
         }
         ASSERT_TRUE(colThere.empty()) << "a file too many";
-        ASSERT_EQ(m_cWorld.TemporaryFiles(), Lines());
+        ASSERT_EQ(m_cPorts.TemporaryFiles(), Lines());
     }
 
-    void ForgetLog() { m_cWorld.cFiles.Delete(RadioWorld::LogPath()); }
+    void ForgetLog() { m_cPorts.cFiles.Delete(RadioPorts::LogPath()); }
 
 private:
     unsigned Draw(std::size_t lBelow) { return lBelow == 0 ? 0 : static_cast<unsigned>(m_engine() % lBelow); }
@@ -446,7 +446,7 @@ private:
     {
         std::vector<RefCut*> colDrawn;
         for (unsigned lLeft = 1 + Draw(lMost); lLeft > 0 && !m_ref.colCuts.empty(); --lLeft)
-            if (RefCut* pCut = DrawCut(); !Holds(colDrawn, pCut))
+            if (RefCut* pCut = DrawCut(); !Contains(colDrawn, pCut))
                 colDrawn.push_back(pCut);
         return colDrawn;
     }
@@ -508,7 +508,7 @@ private:
         m_cDataBase->bRefusesCommit = false;
         if (trouble.pCut)
             trouble.pCut->cCut->failing.clear();
-        EXPECT_EQ(m_cWorld.cMessages.Boxes.size(),
+        EXPECT_EQ(m_cPorts.cMessages.Boxes.size(),
                   (trouble.bRefusesCommit || lFailed > 0 ? 1u : 0u) + (bRefusedCopies ? 1u : 0u));
     }
     std::shared_ptr<clsCat> CatOf(const RefMain& main) const { return m_cLib.MainCat(main.sName); }
@@ -552,7 +552,7 @@ private:
         Announce(&DataBaseEvents::CutsAdded, colNew);
         for (RefCut* pCut : colNew)
         {
-            pCut->lFiledLevel = 0;
+            pCut->lPlacedLevel = 0;
             m_ref.Follow(*pCut, colAffected);
         }
         m_ref.Save(colAffected);
@@ -630,7 +630,7 @@ private:
         {
             const auto level = pMain->colLevels.find(lLevel);
             if ((pOnly ? pOnly != pMain.get() : !HasName(cut, pMain->sName)) ||
-                level == pMain->colLevels.end() || !Holds(level->second, &cut))
+                level == pMain->colLevels.end() || !Contains(level->second, &cut))
                 continue;
             colFrom.push_back(pMain.get());
             bLosesName = bLosesName || LevelsOf(*pMain, cut).size() == 1;
@@ -641,7 +641,7 @@ private:
             return true;
         for (RefMain* pMain : colFrom)
             m_ref.TakeOut(cut, *pMain, lLevel);
-        NoteFiled(cut);
+        NotePlaced(cut);
         colLeft.insert(colLeft.end(), colFrom.begin(), colFrom.end());
         return true;
     }
@@ -655,7 +655,7 @@ private:
             for (const auto& [lLevel, colOrder] : pMain->colLevels)
                 if (!colOrder.empty() && mayLeave(*pMain, lLevel) &&
                     std::all_of(colOrder.begin(), colOrder.end(),
-                                [&](const RefCut* pCut) { return Holds(colCuts, pCut); }))
+                                [&](const RefCut* pCut) { return Contains(colCuts, pCut); }))
                     colAhead.insert(pMain.get());
         return colAhead;
     }
@@ -663,7 +663,7 @@ private:
     {
         std::vector<std::int32_t> colLevels;
         for (const auto& [lLevel, colOrder] : main.colLevels)
-            if (Holds(colOrder, &cut))
+            if (Contains(colOrder, &cut))
                 colLevels.push_back(lLevel);
         return colLevels;
     }
@@ -738,12 +738,12 @@ private:
             pCut->colNames = std::move(colNames);
             pCut->lLevel = lLevel;
             m_ref.Follow(*pCut, colAffected);
-            NoteFiled(*pCut);
+            NotePlaced(*pCut);
             if (m_ref.colMains.size() != lMainsBefore)
                 m_ref.SaveList();
         }
         m_ref.Save(colAffected);
-        m_cWorld.cMessages.Boxes.clear();
+        m_cPorts.cMessages.Boxes.clear();
         EndTrouble({false, trouble.pCut, trouble.sMember}, 0);
     }
     // Whether the cut, with these names and level, would be in each of its places already.
@@ -761,13 +761,13 @@ private:
                            });
     }
 
-    // A host files a cut into a second level of a category it is in.
-    void FileTwice()
+    // A host places a cut into a second level of a category it is in.
+    void PlaceTwice()
     {
         RefCut* pCut = DrawCut();
         const auto place = DrawPlace();
         if (!pCut || !place || !HasName(*pCut, place->first->sName) ||
-            Holds(place->first->colLevels[place->second], pCut))
+            Contains(place->first->colLevels[place->second], pCut))
             return;
         bool bCreated = false;
         EXPECT_TRUE(CatOf(*place->first, place->second)->AddCut(ObjectOf(*pCut), bCreated));
@@ -782,8 +782,8 @@ private:
             return;
         bool bCreated = false;
         bool bRefCreated = false;
-        const bool bFiled = CatOf(*pMain)->AddCut(ObjectOf(*pCut), bCreated);
-        EXPECT_EQ(bFiled, m_ref.File(*pCut, *pMain, bRefCreated));
+        const bool bPlaced = CatOf(*pMain)->AddCut(ObjectOf(*pCut), bCreated);
+        EXPECT_EQ(bPlaced, m_ref.File(*pCut, *pMain, bRefCreated));
         EXPECT_EQ(bCreated, bRefCreated);
         AnnounceModified(*pCut); // a host that edits announces it
     }
@@ -829,7 +829,7 @@ private:
             return;
         const std::int32_t lLevel = DrawLevel();
         const bool bThere = pMain->colLevels.count(lLevel) != 0;
-        m_cWorld.cMessages.Typed = {std::to_wstring(lLevel)};
+        m_cPorts.cMessages.Typed = {std::to_wstring(lLevel)};
         EXPECT_EQ(m_cLib.cSchedMan->CreateCatLevel(CatOf(*pMain)), !bThere);
         if (bThere)
             return;
@@ -894,7 +894,7 @@ private:
                     else if (!trouble.bRefusesCommit)
                     {
                         m_ref.TakeOut(*pCut, *pMain, lLevel);
-                        NoteFiled(*pCut);
+                        NotePlaced(*pCut);
                     }
                 }
                 if (pMain->colLevels[lLevel].empty())
@@ -972,11 +972,11 @@ private:
         RefOrder& colOrder = pMain->colLevels[lLevel];
         std::vector<RefCut*> colMoved = DrawCuts(3);
         for (RefCut* pCut : colOrder)
-            if (Chance(30) && !Holds(colMoved, pCut))
+            if (Chance(30) && !Contains(colMoved, pCut))
                 colMoved.push_back(pCut);
         const std::int32_t lPosInto = static_cast<std::int32_t>(Draw(colOrder.size() + 5)) - 2;
         m_cLib.cSchedMan->MoveCutsInCategory(CatOf(*pMain, lLevel), CutsOf(colMoved), lPosInto);
-        std::erase_if(colMoved, [&](const RefCut* pCut) { return !Holds(colOrder, pCut); });
+        std::erase_if(colMoved, [&](const RefCut* pCut) { return !Contains(colOrder, pCut); });
         if (colMoved.empty())
             return;
         RefOrder colNew;
@@ -986,7 +986,7 @@ private:
                 std::clamp<std::int32_t>(lPosInto, 1, static_cast<std::int32_t>(colOrder.size()) + 1));
             if (lAt + 1 == lInto)
                 colNew.insert(colNew.end(), colMoved.begin(), colMoved.end());
-            if (lAt < colOrder.size() && !Holds(colMoved, colOrder[lAt]))
+            if (lAt < colOrder.size() && !Contains(colMoved, colOrder[lAt]))
                 colNew.push_back(colOrder[lAt]);
         }
         colOrder = colNew;
@@ -1067,7 +1067,7 @@ private:
         bool bCreated = false;
         for (RefMain* pMain : colJoins)
             m_ref.File(cut, *pMain, bCreated);
-        NoteFiled(cut);
+        NotePlaced(cut);
         colAffected.insert(colLeaves.begin(), colLeaves.end());
         colAffected.insert(colJoins.begin(), colJoins.end());
         return true;
@@ -1096,20 +1096,20 @@ private:
                                           bCreated);
         const bool bRefusedCopies =
             std::erase_if(colCuts, [&](const RefCut* pCut) { return lTo != 0 && pCut->lLevel != lTo; }) > 0;
-        bool bFiled = false;
+        bool bPlaced = false;
         std::size_t lFailed = 0;
         for (RefCut* pCut : colCuts)
             if (trouble.Hits(*pCut, "AddCategoryName"))
                 ++lFailed;
             else if (!trouble.bRefusesCommit)
             {
-                bFiled = m_ref.File(*pCut, *pTo, bRefCreated) || bFiled;
-                NoteFiled(*pCut);
+                bPlaced = m_ref.File(*pCut, *pTo, bRefCreated) || bPlaced;
+                NotePlaced(*pCut);
             }
         EXPECT_EQ(bCreated, bRefCreated);
         EndTrouble({trouble.bRefusesCommit && !colCuts.empty(), trouble.pCut, trouble.sMember}, lFailed,
                    bRefusedCopies);
-        if (bFiled)
+        if (bPlaced)
             m_ref.Save(*pTo);
     }
 
@@ -1257,8 +1257,8 @@ private:
     }
 
     std::mt19937 m_engine;
-    RadioWorld m_cWorld;
-    Library m_cLib{m_cWorld};
+    RadioPorts m_cPorts;
+    Library m_cLib{m_cPorts};
     std::shared_ptr<BatchingDataBase> m_cDataBase = std::make_shared<BatchingDataBase>();
     SeededRandom m_cSameChance; // draws what the manager's draws
     Reference m_ref;

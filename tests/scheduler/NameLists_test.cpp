@@ -29,8 +29,8 @@ protected:
     }
 
     FakeDataBase cDataBase;
-    FiledCuts cFiled;
-    NameLists cLists{cFiled};
+    PlacedCuts cPlaced;
+    NameLists cLists{cPlaced};
 
 private:
     int m_lCuts = 0;
@@ -52,11 +52,11 @@ TEST_F(NameListsTest, AnEmptyNameIsToldAndNotListed)
     EXPECT_EQ(Texts(names), (std::vector<std::wstring>{L"Rock"}));
 }
 
-TEST_F(NameListsTest, AListIsTakenApartOnceAndItsNumberIsThatOfTheFiledCuts)
+TEST_F(NameListsTest, AListIsTakenApartOnceAndItsNumberIsThatOfThePlacedCuts)
 {
     const NameLists::Names& names = Of(L"Rock/Pop");
     EXPECT_EQ(&Of(L"Rock/Pop"), &names);
-    EXPECT_EQ(names.lNumber, cFiled.NumberOf({L"ROCK", L"pop"}));
+    EXPECT_EQ(names.lNumber, cPlaced.NumberOf({L"ROCK", L"pop"}));
     EXPECT_NE(&Of(L"rock/Pop"), &names) << "another spelling keeps its own";
     EXPECT_EQ(Of(L"rock/Pop").lNumber, names.lNumber);
     EXPECT_NE(Of(L"Pop/Rock").lNumber, names.lNumber) << "the order counts";

@@ -28,8 +28,8 @@ protected:
         return colKeys;
     }
 
-    RadioWorld cWorld;
-    ModScheduler cMod{cWorld.AllPorts()};
+    RadioPorts cPorts;
+    ModScheduler cMod{cPorts.Ports()};
     FakeDataBase cDataBase;
 };
 
@@ -50,7 +50,7 @@ TEST_F(OrderRestorerTest, AMissingLevelEndsItAndImpossibleOnesArePassedOver)
     EXPECT_EQ(leftOver.colImpossibleLevels, std::vector<std::int32_t>{-2});
     EXPECT_EQ(leftOver.lMissingLevel, 3);
     EXPECT_EQ(Order(*cCat, 1), (Keys{L"a", L"c", L"b"}));
-    EXPECT_TRUE(cWorld.cMessages.Boxes.empty()) << "what is said of it is the caller's";
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty()) << "what is said of it is the caller's";
 }
 
 TEST(OrderRecords, ARecordIsReadAsItWasPut)

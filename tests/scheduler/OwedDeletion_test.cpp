@@ -24,7 +24,7 @@ protected:
         cLib.cHost.OnEvent = [this](const std::wstring& sLine)
         {
             if (sLine == L"Done: Deleted Rock 1")
-                cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+                cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
         };
     }
     void DeleteTheLevel()
@@ -38,7 +38,7 @@ protected:
         EXPECT_EQ(SifWithoutGuards(File(L"Rock")), SifCut("r1", 1) + SifCut("r2", 1));
         Forget();
     }
-    void Free() { cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false); }
+    void Free() { cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false); }
     void ExpectNoLevelAfterARestart()
     {
         Free();
@@ -62,7 +62,7 @@ TEST_F(OwedDeletionTest, ALaterSaveDeletesTheFile)
     Forget();
     cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Pop"));
     EXPECT_EQ(Written(), Lines{L"Pop"});
-    for (const std::wstring& sOperation : cWorld.cFiles.Operations())
+    for (const std::wstring& sOperation : cPorts.cFiles.Operations())
         EXPECT_EQ(sOperation.find(L"Rock.sif"), std::wstring::npos) << "owed no more";
     ExpectNoLevelAfterARestart();
 }
@@ -71,7 +71,7 @@ TEST_F(OwedDeletionTest, APickDeletesTheFile)
 {
     DeleteTheLevel();
     Free();
-    cWorld.cClock.Advance(HistoryFiles::lRetryMs);
+    cPorts.cClock.Advance(HistoryFiles::lRetryMs);
     cLib.cSchedMan->SetRotatesAllowed(true);
     std::shared_ptr<clsCat> cMainCat;
     std::shared_ptr<clsCat> cSubCat;
@@ -113,7 +113,7 @@ TEST_F(OwedDeletionTest, ALevelMadeSinceIsSavedInsteadOfDeletingTheFile)
 {
     DeleteTheLevel();
     Free();
-    cWorld.cMessages.Typed = {L"7"};
+    cPorts.cMessages.Typed = {L"7"};
     EXPECT_TRUE(cLib.cSchedMan->CreateCatLevel(MainCat(L"Rock")));
     EXPECT_EQ(File(L"Rock"), SifMarker(7));
     cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Pop"));

@@ -22,11 +22,11 @@ public:
         Add(L"j", L"Jazz");
         Start();
         cLib.cSchedMan->SetRotatesAllowed(true);
-        cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+        cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
         Pick(L"Rock\t1");
-        cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+        cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
         EXPECT_EQ(File(L"Rock"), SifCut("r1", 1) + SifCut("r2", 1)) << "owed";
-        cWorld.cClock.Advance(HistoryFiles::lRetryMs); // a pick tries again what has waited so long
+        cPorts.cClock.Advance(HistoryFiles::lRetryMs); // a pick tries again what has waited so long
         Forget();
     }
     void TestBody() override {}
@@ -47,7 +47,7 @@ public:
     using StationTest::Added;
     using StationTest::boxes;
     using StationTest::cLib;
-    using StationTest::cWorld;
+    using StationTest::cPorts;
     using StationTest::File;
     using StationTest::Level;
     using StationTest::MainCat;
@@ -77,7 +77,7 @@ const Operation operations[] = {
     {"create_level",
      [](OwedSaves& s)
      {
-         s.cWorld.cMessages.Typed = {L"7"};
+         s.cPorts.cMessages.Typed = {L"7"};
          EXPECT_TRUE(s.cLib.cSchedMan->CreateCatLevel(s.MainCat(L"Pop")));
      }},
     {"shuffle", [](OwedSaves& s) { s.cLib.cSchedMan->ShuffleCategories({s.MainCat(L"Pop")}); }},
@@ -128,14 +128,14 @@ TEST_P(OwedSavesTest, AreTriedAgainByTheNextOperationThatSavesWithoutAWordToTheH
 TEST_P(OwedSavesTest, AreOwedUntilOneSucceedsAndThenNoMore)
 {
     OwedSaves s;
-    s.cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    s.cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
     GetParam().run(s);
     EXPECT_EQ(s.File(L"Rock"), SifCut("r1", 1) + SifCut("r2", 1));
     EXPECT_EQ(s.boxes, Boxes()) << "a failing retry is logged only";
-    s.cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    s.cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
     s.cLib.cSchedMan->SaveHistoryAndOrdering(s.MainCat(L"Jazz"));
     EXPECT_EQ(s.File(L"Rock"), SifCut("r2", 1) + SifCut("r1", 1));
-    s.cWorld.cFiles.ClearOperations();
+    s.cPorts.cFiles.ClearOperations();
     s.cLib.cSchedMan->SaveHistoryAndOrdering(s.MainCat(L"Jazz"));
     EXPECT_EQ(s.Written(), (Lines{L"Jazz"}));
 }
@@ -149,9 +149,9 @@ TEST(OwedSave, OfAPickInsideASaveOfTheSameCategoryIsNotPaidByTheOlderOrderThatSa
     {
         if (sLine != L"Start 2: Saving Ordering and hist for: Rock")
             return;
-        s.cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+        s.cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
         s.Pick(L"Rock\t1");
-        s.cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+        s.cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
     };
     EXPECT_TRUE(s.cLib.cSchedMan->SaveHistoryAndOrdering(s.MainCat(L"Rock")));
     EXPECT_EQ(s.Order(L"Rock", 1), (Keys{L"r2", L"r1"}));

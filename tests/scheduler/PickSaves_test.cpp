@@ -26,9 +26,9 @@ protected:
     static std::wstring Name(int lCat) { return L"Cat" + std::to_wstring(lCat); }
     void Lock(int lCat, bool bLocked = true)
     {
-        cWorld.cFiles.SetLocked(SifPath(Name(lCat)), bLocked ? -1 : 0);
+        cPorts.cFiles.SetLocked(SifPath(Name(lCat)), bLocked ? -1 : 0);
     }
-    int Attempts(int lCat) const { return cWorld.cFiles.AttemptsOn(SifPath(Name(lCat))); }
+    int Attempts(int lCat) const { return cPorts.cFiles.AttemptsOn(SifPath(Name(lCat))); }
     int AllAttempts() const
     {
         int lAll = 0;
@@ -62,15 +62,15 @@ TEST_F(PickSavesTest, ALockedFileIsTriedOnceByAPick)
     Pick(1);
     Pick(1);
     EXPECT_EQ(AllAttempts() - lBefore, 1) << "within a second it is not tried again";
-    cWorld.cClock.Advance(HistoryFiles::lRetryMs);
+    cPorts.cClock.Advance(HistoryFiles::lRetryMs);
     Pick(1);
     EXPECT_EQ(AllAttempts() - lBefore, 2);
     Lock(1, false);
-    cWorld.cClock.Advance(HistoryFiles::lRetryMs);
+    cPorts.cClock.Advance(HistoryFiles::lRetryMs);
     Pick(1);
     EXPECT_EQ(File(Name(1)), Saved(1));
     EXPECT_EQ(boxes, Boxes());
-    EXPECT_EQ(cWorld.cHostLoop.lSleeps, 0);
+    EXPECT_EQ(cPorts.cHostLoop.lSleeps, 0);
 }
 
 TEST_F(PickSavesTest, APickTriesAtMostOneFileThatIsOwedAndItsOwn)
@@ -82,7 +82,7 @@ TEST_F(PickSavesTest, APickTriesAtMostOneFileThatIsOwedAndItsOwn)
     }
     for (int lPick = 1; lPick <= 90; ++lPick)
     {
-        cWorld.cClock.Advance(HistoryFiles::lRetryMs);
+        cPorts.cClock.Advance(HistoryFiles::lRetryMs);
         const int lBefore = AllAttempts();
         const int lOwn = Attempts(31);
         Pick(31);
@@ -102,7 +102,7 @@ TEST_F(PickSavesTest, WhatIsOwedIsSavedFirst)
     Lock(1);
     Pick(1);
     Lock(1, false);
-    cWorld.cClock.Advance(HistoryFiles::lRetryMs);
+    cPorts.cClock.Advance(HistoryFiles::lRetryMs);
     Forget();
     Pick(2);
     EXPECT_EQ(Written(), (Lines{L"Cat1", L"Cat2"}));
@@ -125,7 +125,7 @@ TEST_F(PickSavesTest, ANameThatCanBeNoFilesNameIsLoggedOnce)
     for (int lPick = 1; lPick <= 5; ++lPick)
     {
         cLib.cSchedMan->NextCutFromRotation(L"A?C\t1", false, nullptr, cMainCat, cSubCat, sMainCatKey);
-        cWorld.cClock.Advance(HistoryFiles::lRetryMs);
+        cPorts.cClock.Advance(HistoryFiles::lRetryMs);
         Pick(1);
     }
     const Lines colLog = Log();

@@ -8,7 +8,7 @@ namespace ravlo::test
 namespace
 {
 
-class FiledCutsTest : public testing::Test
+class PlacedCutsTest : public testing::Test
 {
 protected:
     std::shared_ptr<FakeCut> NewCut(const std::wstring& sCategoryText, std::int32_t lLevel)
@@ -16,56 +16,56 @@ protected:
         return cDataBase.Add(L"a", sCategoryText, lLevel);
     }
     FakeDataBase cDataBase;
-    FiledCuts cFiled;
+    PlacedCuts cPlaced;
 };
 
-TEST_F(FiledCutsTest, ACutThatWasNeverMetOrIsForgottenIsUnknownAndChanged)
+TEST_F(PlacedCutsTest, ACutThatWasNeverMetOrIsForgottenIsUnknownAndChanged)
 {
     const auto cCut = NewCut(L"Rock", 1);
-    EXPECT_FALSE(cFiled.Knows(cCut->Key()));
-    EXPECT_FALSE(cFiled.IsUnchanged(*cCut));
-    cFiled.Remember(*cCut);
-    EXPECT_TRUE(cFiled.Knows(TextKey(L"A"))) << "keys are without regard to case";
-    EXPECT_TRUE(cFiled.IsUnchanged(*cCut));
-    cFiled.Forget(cCut->Key());
-    EXPECT_FALSE(cFiled.Knows(cCut->Key()));
-    EXPECT_FALSE(cFiled.IsUnchanged(*cCut));
+    EXPECT_FALSE(cPlaced.Contains(cCut->Key()));
+    EXPECT_FALSE(cPlaced.IsUnchanged(*cCut));
+    cPlaced.Remember(*cCut);
+    EXPECT_TRUE(cPlaced.Contains(TextKey(L"A"))) << "keys are without regard to case";
+    EXPECT_TRUE(cPlaced.IsUnchanged(*cCut));
+    cPlaced.Forget(cCut->Key());
+    EXPECT_FALSE(cPlaced.Contains(cCut->Key()));
+    EXPECT_FALSE(cPlaced.IsUnchanged(*cCut));
 }
 
-TEST_F(FiledCutsTest, ANumberLeadsToTheKeyTheCutWasMetUnderLast)
+TEST_F(PlacedCutsTest, ANumberLeadsToTheKeyTheCutWasMetUnderLast)
 {
     const auto cCut = NewCut(L"Rock", 1);
     cCut->lID = 7;
-    EXPECT_FALSE(cFiled.KeyOf(7));
-    cFiled.Remember(*cCut);
-    EXPECT_EQ(cFiled.KeyOf(7), TextKey(L"a"));
-    cFiled.Forget(cCut->Key());
-    EXPECT_EQ(cFiled.KeyOf(7), TextKey(L"a")) << "of a cut whose names and level are unknown, too";
-    cFiled.Remember(*cCut);
+    EXPECT_FALSE(cPlaced.KeyOf(7));
+    cPlaced.Remember(*cCut);
+    EXPECT_EQ(cPlaced.KeyOf(7), TextKey(L"a"));
+    cPlaced.Forget(cCut->Key());
+    EXPECT_EQ(cPlaced.KeyOf(7), TextKey(L"a")) << "of a cut whose names and level are unknown, too";
+    cPlaced.Remember(*cCut);
     cCut->SetKey(L"z");
-    cFiled.Remember(*cCut);
-    EXPECT_EQ(cFiled.KeyOf(7), TextKey(L"z"));
-    cFiled.Removed(TextKey(L"a"));
-    EXPECT_EQ(cFiled.KeyOf(7), TextKey(L"z")) << "no longer that key's";
-    cFiled.Removed(TextKey(L"z"));
-    EXPECT_FALSE(cFiled.KeyOf(7));
+    cPlaced.Remember(*cCut);
+    EXPECT_EQ(cPlaced.KeyOf(7), TextKey(L"z"));
+    cPlaced.Removed(TextKey(L"a"));
+    EXPECT_EQ(cPlaced.KeyOf(7), TextKey(L"z")) << "no longer that key's";
+    cPlaced.Removed(TextKey(L"z"));
+    EXPECT_FALSE(cPlaced.KeyOf(7));
 }
 
-TEST_F(FiledCutsTest, ACutWithoutANumberIsRememberedAllTheSame)
+TEST_F(PlacedCutsTest, ACutWithoutANumberIsRememberedAllTheSame)
 {
     const auto cCut = NewCut(L"Rock", 1);
     cCut->lID = 0;
-    cFiled.Remember(*cCut);
-    EXPECT_TRUE(cFiled.IsUnchanged(*cCut));
-    EXPECT_FALSE(cFiled.KeyOf(0));
+    cPlaced.Remember(*cCut);
+    EXPECT_TRUE(cPlaced.IsUnchanged(*cCut));
+    EXPECT_FALSE(cPlaced.KeyOf(0));
     cCut->lID = 7;
     cCut->failing = {"ID"};
-    cFiled.Remember(*cCut);
-    EXPECT_TRUE(cFiled.IsUnchanged(*cCut));
-    EXPECT_FALSE(cFiled.KeyOf(7));
+    cPlaced.Remember(*cCut);
+    EXPECT_TRUE(cPlaced.IsUnchanged(*cCut));
+    EXPECT_FALSE(cPlaced.KeyOf(7));
 }
 
-TEST_F(FiledCutsTest, NamesInTheirOrderAndTheLevelTellAChange)
+TEST_F(PlacedCutsTest, NamesInTheirOrderAndTheLevelTellAChange)
 {
     struct Case
     {
@@ -79,67 +79,67 @@ TEST_F(FiledCutsTest, NamesInTheirOrderAndTheLevelTellAChange)
           Case{L"", 2, false}, Case{L"Rock/Pop", 3, false}, Case{L"Rock\t9/Pop", 2, true}})
     {
         const auto cCut = NewCut(L"Rock/Pop", 2);
-        cFiled.Remember(*cCut);
+        cPlaced.Remember(*cCut);
         cCut->SetCategoryText(c.sText);
         cCut->SetCatLevel(c.lLevel);
-        EXPECT_EQ(cFiled.IsUnchanged(*cCut), c.bUnchanged) << testing::PrintToString(std::wstring(c.sText));
+        EXPECT_EQ(cPlaced.IsUnchanged(*cCut), c.bUnchanged) << testing::PrintToString(std::wstring(c.sText));
     }
 }
 
-TEST_F(FiledCutsTest, AnOwnChangeOfACutInStepIsRemembered)
+TEST_F(PlacedCutsTest, AnOwnChangeOfACutInStepIsRemembered)
 {
     const auto cCut = NewCut(L"Rock", 1);
-    cFiled.Remember(*cCut);
+    cPlaced.Remember(*cCut);
     {
-        const FiledCuts::OwnChange cOwnChange(cFiled, *cCut);
+        const PlacedCuts::OwnChange cOwnChange(cPlaced, *cCut);
         cCut->SetCatLevel(2);
         cCut->AddCategoryName(L"Pop");
     }
-    EXPECT_TRUE(cFiled.IsUnchanged(*cCut));
+    EXPECT_TRUE(cPlaced.IsUnchanged(*cCut));
 }
 
-TEST_F(FiledCutsTest, AnOwnChangeOfACutOutOfStepHidesNothing)
+TEST_F(PlacedCutsTest, AnOwnChangeOfACutOutOfStepHidesNothing)
 {
     const auto cCut = NewCut(L"Rock", 1);
-    cFiled.Remember(*cCut);
+    cPlaced.Remember(*cCut);
     cCut->SetCatLevel(2); // the database's
     {
-        const FiledCuts::OwnChange cOwnChange(cFiled, *cCut);
+        const PlacedCuts::OwnChange cOwnChange(cPlaced, *cCut);
         cCut->AddCategoryName(L"Pop");
     }
-    EXPECT_FALSE(cFiled.IsUnchanged(*cCut));
+    EXPECT_FALSE(cPlaced.IsUnchanged(*cCut));
     const auto cUnknown = cDataBase.Add(L"b", L"Rock", 1);
     {
-        const FiledCuts::OwnChange cOwnChange(cFiled, *cUnknown);
+        const PlacedCuts::OwnChange cOwnChange(cPlaced, *cUnknown);
         cUnknown->SetCatLevel(2);
     }
-    EXPECT_FALSE(cFiled.Knows(cUnknown->Key()));
+    EXPECT_FALSE(cPlaced.Contains(cUnknown->Key()));
 }
 
-TEST_F(FiledCutsTest, AnOwnChangeThatFailsOrCannotBeReadForgetsTheCut)
+TEST_F(PlacedCutsTest, AnOwnChangeThatFailsOrCannotBeReadForgetsTheCut)
 {
     const auto cCut = NewCut(L"Rock", 1);
-    cFiled.Remember(*cCut);
+    cPlaced.Remember(*cCut);
     try
     {
-        const FiledCuts::OwnChange cOwnChange(cFiled, *cCut);
+        const PlacedCuts::OwnChange cOwnChange(cPlaced, *cCut);
         cCut->SetCatLevel(2);
         throw RuntimeError(error::DeviceIo);
     }
     catch (const RuntimeError&)
     {
     }
-    EXPECT_FALSE(cFiled.Knows(cCut->Key()));
+    EXPECT_FALSE(cPlaced.Contains(cCut->Key()));
 
-    cFiled.Remember(*cCut);
+    cPlaced.Remember(*cCut);
     {
-        const FiledCuts::OwnChange cOwnChange(cFiled, *cCut);
+        const PlacedCuts::OwnChange cOwnChange(cPlaced, *cCut);
         cCut->failing = {"CategoryNames"};
     }
-    EXPECT_FALSE(cFiled.Knows(cCut->Key()));
+    EXPECT_FALSE(cPlaced.Contains(cCut->Key()));
 }
 
-TEST_F(FiledCutsTest, AssignedNamesComeOnceWithoutALevelAndInOrder)
+TEST_F(PlacedCutsTest, AssignedNamesComeOnceWithoutALevelAndInOrder)
 {
     const auto cCut = NewCut(L"Rock\t3/Pop/ROCK/pop\t1/Jazz", 1);
     cCut->AddCategoryName(L"");

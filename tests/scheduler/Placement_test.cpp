@@ -12,7 +12,7 @@ namespace
 
 constexpr std::int32_t lLongest = std::numeric_limits<std::int32_t>::max();
 
-class FilingTest : public testing::Test
+class PlacementTest : public testing::Test
 {
 protected:
     std::shared_ptr<FakeCut> NewCut(const std::wstring& sKey, std::int32_t lLevel,
@@ -24,21 +24,21 @@ protected:
     Lines Report()
     {
         Lines colShown;
-        cFiling.Report(
+        cPlacement.Report(
             [&](const RuntimeError& cError)
             { colShown.push_back(std::to_wstring(cError.Number()) + L" " + cError.Description()); });
         return colShown;
     }
 
-    RadioWorld cWorld;
-    ModScheduler cMod{cWorld.AllPorts()};
+    RadioPorts cPorts;
+    ModScheduler cMod{cPorts.Ports()};
     FakeDataBase cDataBase;
-    Filing cFiling{cMod};
-    Boxes& boxes = cWorld.cMessages.Boxes;
+    Placement cPlacement{cMod};
+    Boxes& boxes = cPorts.cMessages.Boxes;
     bool bCreated = false;
 };
 
-TEST_F(FilingTest, AMainCategoryIsFoundWithoutRegardToCaseOrMadeAtTheEnd)
+TEST_F(PlacementTest, AMainCategoryIsFoundWithoutRegardToCaseOrMadeAtTheEnd)
 {
     CatCollection colMainCats;
     const auto cRock = EnsureMainCat(cMod, colMainCats, L"Rock");
@@ -51,27 +51,27 @@ TEST_F(FilingTest, AMainCategoryIsFoundWithoutRegardToCaseOrMadeAtTheEnd)
     EXPECT_EQ(colMainCats.At(1)->CatName(), L"Pop");
 }
 
-TEST_F(FilingTest, TellsWhetherACutWasFiled)
+TEST_F(PlacementTest, TellsWhetherACutWasPlaced)
 {
     const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
     const auto cCut = NewCut(L"a", 2);
-    EXPECT_TRUE(cFiling.File(cCut, *cRock, bCreated));
+    EXPECT_TRUE(cPlacement.Place(cCut, *cRock, bCreated));
     EXPECT_TRUE(bCreated);
-    EXPECT_FALSE(cFiling.File(cCut, *cRock, bCreated)) << "it is there";
+    EXPECT_FALSE(cPlacement.Place(cCut, *cRock, bCreated)) << "it is there";
     EXPECT_EQ(Report(), Lines());
 }
 
-TEST_F(FilingTest, AnOverflowIsGatheredAndTheCutCountsAsFiled)
+TEST_F(PlacementTest, AnOverflowIsGatheredAndTheCutCountsAsPlaced)
 {
     const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
     for (const wchar_t* sKey : {L"a", L"b", L"c"})
-        EXPECT_TRUE(cFiling.File(NewCut(sKey, 1, lLongest), *cRock, bCreated));
+        EXPECT_TRUE(cPlacement.Place(NewCut(sKey, 1, lLongest), *cRock, bCreated));
     EXPECT_EQ(boxes, Boxes());
     EXPECT_EQ(Report(), (Lines{CriticalText(6) + L": run times in category Rock"}));
     EXPECT_EQ(Report(), Lines()) << "told once";
 }
 
-TEST_F(FilingTest, LevelZeroAndANegativeLevelHaveABoxEachPerCategoryAndTheRestIsCounted)
+TEST_F(PlacementTest, LevelZeroAndANegativeLevelHaveABoxEachPerCategoryAndTheRestIsCounted)
 {
     const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
     const ShownBox levelZero =
@@ -81,22 +81,22 @@ TEST_F(FilingTest, LevelZeroAndANegativeLevelHaveABoxEachPerCategoryAndTheRestIs
     cMod.StoreAppPath(sRadio);
     for (const std::int32_t lLevel : {0, -1, 0, -7, -1})
         EXPECT_FALSE(
-            cFiling.File(NewCut(L"k" + std::to_wstring(cDataBase.colCuts.size()), lLevel), *cRock, bCreated));
+            cPlacement.Place(NewCut(L"k" + std::to_wstring(cDataBase.colCuts.size()), lLevel), *cRock, bCreated));
     EXPECT_EQ(boxes, (Boxes{levelZero, negative}));
     EXPECT_EQ(Report(), Lines());
-    EXPECT_EQ(cWorld.LogMessages().back(), L"Not filed in category Rock, having no level: 3 more cuts.");
+    EXPECT_EQ(cPorts.LogMessages().back(), L"Not filed in category Rock, having no level: 3 more cuts.");
 }
 
-TEST_F(FilingTest, AnyOtherErrorIsTheCallers)
+TEST_F(PlacementTest, AnyOtherErrorIsTheCallers)
 {
     const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
     const auto cCut = NewCut(L"a", 1);
     cCut->failing = {"RunTimemS"};
-    EXPECT_THROW(cFiling.File(cCut, *cRock, bCreated), RuntimeError);
+    EXPECT_THROW(cPlacement.Place(cCut, *cRock, bCreated), RuntimeError);
     EXPECT_EQ(Report(), Lines());
 }
 
-TEST_F(FilingTest, FailedCutsAreCountedOnceEachAndTheFirstErrorIsShown)
+TEST_F(PlacementTest, FailedCutsAreCountedOnceEachAndTheFirstErrorIsShown)
 {
     const auto cFirst = NewCut(L"a", 1);
     const auto cSecond = NewCut(L"b", 1);
@@ -108,7 +108,7 @@ TEST_F(FilingTest, FailedCutsAreCountedOnceEachAndTheFirstErrorIsShown)
         }
         catch (...)
         {
-            cCut ? cFiling.Failed(*cCut) : cFiling.Failed();
+            cCut ? cPlacement.Failed(*cCut) : cPlacement.Failed();
         }
     };
     Fail(cFirst.get(), 57);
@@ -119,30 +119,30 @@ TEST_F(FilingTest, FailedCutsAreCountedOnceEachAndTheFirstErrorIsShown)
     EXPECT_EQ(Report(), (Lines{CriticalText(61)}));
 }
 
-TEST_F(FilingTest, TouchedLevelsTakeTheirRunTimesAnewInTheOrderTheyWereTouched)
+TEST_F(PlacementTest, TouchedLevelsTakeTheirRunTimesAnewInTheOrderTheyWereTouched)
 {
     const auto cPop = std::make_shared<clsCat>(cMod, L"Pop", 1);
     const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 1);
     for (const auto& cLevel : {cRock, cPop})
         for (const wchar_t* sKey : {L"a", L"b"})
             cLevel->SchedCuts()->Add(TextKey(sKey), NewCut(sKey, 1, lLongest));
-    cFiling.Touch(cRock);
-    cFiling.Touch(cPop);
-    cFiling.Touch(cRock);
+    cPlacement.Touch(cRock);
+    cPlacement.Touch(cPop);
+    cPlacement.Touch(cRock);
     EXPECT_EQ(Report(), (Lines{CriticalText(6) + L": run times in category Rock",
                                CriticalText(6) + L": run times in category Pop"}));
     EXPECT_EQ(cRock->AverageRunTimemS(), lLongest);
 }
 
-TEST_F(FilingTest, OnlyTheFirstEmptyNameIsShownAndTheRestCounted)
+TEST_F(PlacementTest, OnlyTheFirstEmptyNameIsShownAndTheRestCounted)
 {
-    cFiling.EmptyName(BoxIcon::None, L"first");
-    cFiling.EmptyName(BoxIcon::None, L"second");
-    cFiling.EmptyName(BoxIcon::None, L"third");
+    cPlacement.EmptyName(BoxIcon::None, L"first");
+    cPlacement.EmptyName(BoxIcon::None, L"second");
+    cPlacement.EmptyName(BoxIcon::None, L"third");
     EXPECT_EQ(boxes, (Boxes{OkBox(BoxIcon::None, L"RavloScheduler", L"first")}));
     cMod.StoreAppPath(sRadio);
     EXPECT_EQ(Report(), Lines());
-    EXPECT_EQ(cWorld.LogMessages(), (Lines{L"Zero-length cat names are illegal: 3 in all."}));
+    EXPECT_EQ(cPorts.LogMessages(), (Lines{L"Zero-length cat names are illegal: 3 in all."}));
 }
 
 } // namespace

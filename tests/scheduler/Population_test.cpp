@@ -30,7 +30,7 @@ const Lines phasesOf(std::size_t lCuts)
 class PopulationTest : public testing::Test
 {
 protected:
-    PopulationTest() { cWorld.cFiles.MakeFolders(L"C:\\Radio"); }
+    PopulationTest() { cPorts.cFiles.MakeFolders(L"C:\\Radio"); }
 
     std::shared_ptr<FakeCut> Add(const std::wstring& sKey, const std::wstring& sCategoryText,
                                  std::int32_t lLevel, std::int32_t lRunTime = 180'000)
@@ -48,13 +48,13 @@ protected:
                 std::count_if(colSaid.begin(), colSaid.end(),
                               [](const std::wstring& sLine) { return sLine.starts_with(L"Start"); });
             if (std::exchange(m_colLastPhase[lItem], lPhase) != lPhase)
-                cWorld.cClock.Advance(m_colTimes[lItem]);
+                cPorts.cClock.Advance(m_colTimes[lItem]);
         };
     }
 
-    RadioWorld cWorld;
-    Library cLibrary{cWorld};
-    Boxes& boxes = cWorld.cMessages.Boxes;
+    RadioPorts cPorts;
+    Library cLibrary{cPorts};
+    Boxes& boxes = cPorts.cMessages.Boxes;
     Lines& colSaid = cLibrary.cHost.colSaid;
 
 private:
@@ -66,11 +66,11 @@ private:
 
 TEST_F(PopulationTest, AnEmptyPathIsRefusedAndNothingElseHappens)
 {
-    cWorld.cFiles.ClearOperations();
+    cPorts.cFiles.ClearOperations();
     cLibrary.Populate(L"");
     EXPECT_EQ(boxes, Boxes{OkBox(BoxIcon::None, L"RavloScheduler",
                                  L"'strAppPath' Must be the 'app.path' of the calling app!")});
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty());
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
     EXPECT_EQ(cLibrary.cSchedMan->AppPath(), L"");
     EXPECT_EQ(cLibrary.cSchedMan->colMainCats(), nullptr);
     EXPECT_EQ(cLibrary.cSchedMan->DataBase(), nullptr);
@@ -79,13 +79,13 @@ TEST_F(PopulationTest, AnEmptyPathIsRefusedAndNothingElseHappens)
 
 TEST_F(PopulationTest, WithoutADatabaseOnlyThePathTheFoldersAndTheSettingsAreTaken)
 {
-    cWorld.cFiles.Put(sSettingsPath, "45\r\n46\r\n47\r\n");
+    cPorts.cFiles.Put(sSettingsPath, "45\r\n46\r\n47\r\n");
     cLibrary.cDataBase = nullptr;
     cLibrary.Populate();
     EXPECT_EQ(boxes, Boxes{OkBox(BoxIcon::None, L"RavloScheduler",
                                  L"PopulateFromDatabase in clsSchedMan actually does need a database!")});
     EXPECT_EQ(cLibrary.cSchedMan->AppPath(), sRadio);
-    EXPECT_TRUE(cWorld.cFiles.FolderExists(L"C:\\Radio\\Scheduler\\Rules"));
+    EXPECT_TRUE(cPorts.cFiles.FolderExists(L"C:\\Radio\\Scheduler\\Rules"));
     EXPECT_EQ(cLibrary.cMod.GlobalTitleSepMins(), 46);
     EXPECT_EQ(cLibrary.cSchedMan->colMainCats(), nullptr);
     EXPECT_TRUE(colSaid.empty());
@@ -93,15 +93,15 @@ TEST_F(PopulationTest, WithoutADatabaseOnlyThePathTheFoldersAndTheSettingsAreTak
 
 TEST_F(PopulationTest, TheFoldersAreCreatedInOrderAndTheLastIsVisitedTwice)
 {
-    cWorld.cFiles.ClearOperations();
+    cPorts.cFiles.ClearOperations();
     CreateFolders(cLibrary.cMod, sRadio);
-    EXPECT_EQ(cWorld.cFiles.Operations(), (Lines{L"CreateFolder C:\\Radio\\Scheduler",
+    EXPECT_EQ(cPorts.cFiles.Operations(), (Lines{L"CreateFolder C:\\Radio\\Scheduler",
                                                  L"CreateFolder C:\\Radio\\Scheduler\\History_and_Ordering",
                                                  L"CreateFolder C:\\Radio\\Scheduler\\Rules",
                                                  L"CreateFolder C:\\Radio\\Scheduler\\Debugging Logs"}));
-    cWorld.cFiles.ClearOperations();
+    cPorts.cFiles.ClearOperations();
     CreateFolders(cLibrary.cMod, sRadio);
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty()) << "what is there is left alone";
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty()) << "what is there is left alone";
     EXPECT_TRUE(boxes.empty());
 }
 
@@ -117,17 +117,17 @@ TEST_F(PopulationTest, AFolderThatCannotBeCreatedIsShownAndPopulationGoesOn)
 
 TEST_F(PopulationTest, TheSettingsAreReadAtEveryPopulation)
 {
-    cWorld.cFiles.Put(sSettingsPath, "1\r\n2\r\n3\r\n");
+    cPorts.cFiles.Put(sSettingsPath, "1\r\n2\r\n3\r\n");
     cLibrary.Populate();
     EXPECT_EQ(cLibrary.cMod.GlobalArtistSepMins(), 1);
-    cWorld.cFiles.Put(sSettingsPath, "7\r\n8\r\n9\r\n");
+    cPorts.cFiles.Put(sSettingsPath, "7\r\n8\r\n9\r\n");
     cLibrary.Populate();
     EXPECT_EQ(cLibrary.cMod.GlobalArtistSepMins(), 7);
 }
 
 // ---- the tree
 
-TEST_F(PopulationTest, EveryCutIsFiledIntoItsLevelOfEachCategoryInTheDatabasesOrder)
+TEST_F(PopulationTest, EveryCutIsPlacedIntoItsLevelOfEachCategoryInTheDatabasesOrder)
 {
     Add(L"c.mp3", L"Rock/Pop", 2);
     Add(L"a.mp3", L"Pop", 1);
@@ -177,7 +177,7 @@ TEST_F(PopulationTest, AnEmptyDatabaseGivesAnEmptyTree)
     EXPECT_EQ(colSaid, phasesOf(0));
 }
 
-TEST_F(PopulationTest, ALevelPastTheOnesThatCanBeTypedIsFiledNormally)
+TEST_F(PopulationTest, ALevelPastTheOnesThatCanBeTypedIsPlacedNormally)
 {
     Add(L"a.mp3", L"Rock", 32766);
     Add(L"b.mp3", L"Rock", lMaxLong);
@@ -191,7 +191,7 @@ TEST_F(PopulationTest, ALevelPastTheOnesThatCanBeTypedIsFiledNormally)
 TEST_F(PopulationTest, ACategoryOfTheListThatHoldsNoCutsIsPresent)
 {
     Add(L"a.mp3", L"Rock", 1);
-    cWorld.cFiles.Put(sMainCatsPath, "\r\nJazz\r\nrock\r\n123\r\nBlues");
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nJazz\r\nrock\r\n123\r\nBlues");
     cLibrary.Populate();
     EXPECT_EQ(cLibrary.MainCatNames(), (Lines{L"Rock", L"Jazz", L"Blues"}));
     EXPECT_EQ(cLibrary.MainCat(L"Jazz")->CatLevel(), 0);
@@ -201,14 +201,14 @@ TEST_F(PopulationTest, ACategoryOfTheListThatHoldsNoCutsIsPresent)
 TEST_F(PopulationTest, ASavedNameThatIsTheSubstituteOfADatabaseCategoryIsThatCategory)
 {
     Add(L"a.mp3", L"\u65E5\u672C/ Lead", 1);
-    cWorld.cFiles.Put(sMainCatsPath, "\r\n??\r\n Lead\r\n???");
+    cPorts.cFiles.Put(sMainCatsPath, "\r\n??\r\n Lead\r\n???");
     cLibrary.Populate();
     EXPECT_EQ(cLibrary.MainCatNames(), (Lines{L"\u65E5\u672C", L" Lead", L"???"}));
 }
 
 TEST_F(PopulationTest, ADamagedListGivesTheNamesBeforeTheDamage)
 {
-    cWorld.cFiles.Put(sMainCatsPath, "\r\nJazz\r\nJazz\r\nBlues");
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nJazz\r\nJazz\r\nBlues");
     cLibrary.Populate();
     EXPECT_EQ(cLibrary.MainCatNames(), Lines{L"Jazz"});
     EXPECT_EQ(boxes, Boxes{CriticalBox(L"Error in GetSavedCatNames [cSchedMan] ",
@@ -220,9 +220,9 @@ TEST_F(PopulationTest, TheSavedOrdersAndEmptyLevelsComeBack)
     Add(L"a.mp3", L"Rock", 1);
     Add(L"b.mp3", L"Rock", 1);
     Add(L"new.mp3", L"Rock", 1);
-    cWorld.cFiles.Put(sMainCatsPath, "\r\nRock\r\nJazz");
-    cWorld.cFiles.Put(SifPath(L"Rock"), SifCut("b.mp3", 1) + SifCut("a.mp3", 1) + SifMarker(4));
-    cWorld.cFiles.Put(SifPath(L"Jazz"), SifMarker(2));
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nRock\r\nJazz");
+    cPorts.cFiles.Put(SifPath(L"Rock"), SifCut("b.mp3", 1) + SifCut("a.mp3", 1) + SifMarker(4));
+    cPorts.cFiles.Put(SifPath(L"Jazz"), SifMarker(2));
     cLibrary.Populate();
     EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"new.mp3", L"b.mp3", L"a.mp3"}))
         << "a new cut comes up first";
@@ -235,8 +235,8 @@ TEST_F(PopulationTest, OneCategorysBadFileDoesNotKeepTheOthersFromTheirs)
 {
     Add(L"a.mp3", L"Rock/Pop", 1);
     Add(L"b.mp3", L"Rock/Pop", 1);
-    cWorld.cFiles.Put(SifPath(L"Rock"), SifCut("a.mp3", 3));
-    cWorld.cFiles.Put(SifPath(L"Pop"), SifCut("b.mp3", 1) + SifCut("a.mp3", 1));
+    cPorts.cFiles.Put(SifPath(L"Rock"), SifCut("a.mp3", 3));
+    cPorts.cFiles.Put(SifPath(L"Pop"), SifCut("b.mp3", 1) + SifCut("a.mp3", 1));
     cLibrary.Populate();
     EXPECT_EQ(boxes, Boxes{CriticalBox(L"BUT DIDNT", L"Was expecting to find: Rock 3")});
     EXPECT_EQ(cLibrary.Order(L"Pop", 1), (Keys{L"b.mp3", L"a.mp3"}));
@@ -248,7 +248,7 @@ TEST_F(PopulationTest, ARestartBringsEverythingBack)
     Add(L"a.mp3", L"Rock", 1);
     Add(L"b.mp3", L"Rock", 1);
     Add(L"c.mp3", L"Rock", 1);
-    cWorld.cFiles.Put(sMainCatsPath, "\r\nRock\r\nJazz");
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nRock\r\nJazz");
     cLibrary.Populate();
     cLibrary.Level(L"Rock", 1)->SchedCuts()->MoveToEnd(0);
     cLibrary.MainCat(L"Jazz")->AddSubCat(std::make_shared<clsCat>(cLibrary.cMod, L"Jazz", 3));
@@ -266,7 +266,7 @@ TEST_F(PopulationTest, ThePhasesAreToldOfInOrder)
 {
     Add(L"a.mp3", L"Rock", 1);
     Add(L"b.mp3", L"Pop", 1);
-    cWorld.cFiles.Put(SifPath(L"Pop"), SifCut("b.mp3", 1));
+    cPorts.cFiles.Put(SifPath(L"Pop"), SifCut("b.mp3", 1));
     cLibrary.Populate();
     EXPECT_EQ(colSaid, (Lines{L"Start 2: Initialising Scheduler - creating categories",
                               L"Done: Got Main and Sub Categories for scheduler.",
@@ -309,7 +309,7 @@ TEST_F(PopulationTest, TheReportOfACutWithoutCategoriesNamesNone)
     EXPECT_EQ(colSaid.back(), L"Progress 20/20: 20Added:  - ");
 }
 
-TEST_F(PopulationTest, ACutWhoseTextsFailInAReportIsFiledAllTheSame)
+TEST_F(PopulationTest, ACutWhoseTextsFailInAReportIsPlacedAllTheSame)
 {
     for (int lCut = 1; lCut <= 40; ++lCut)
         Add(std::to_wstring(lCut), L"Rock", 1);
@@ -322,7 +322,7 @@ TEST_F(PopulationTest, ACutWhoseTextsFailInAReportIsFiledAllTheSame)
     EXPECT_EQ(Lines(colSaid.end() - 2, colSaid.end()),
               (Lines{L"Progress 20/40: ", L"Progress 40/40: 40Added: Artist of 40 - Title of 40"}))
         << "the report comes, without the text";
-    EXPECT_EQ(cWorld.LogMessages(), (Lines{L"DISPLAYERROR, PopulateFromDataBase, progress 91 " +
+    EXPECT_EQ(cPorts.LogMessages(), (Lines{L"DISPLAYERROR, PopulateFromDataBase, progress 91 " +
                                            StandardDescription(error::ObjectNotSet)}));
 }
 
@@ -331,18 +331,18 @@ TEST_F(PopulationTest, PausesAreOf1MillisecondAndTakenAtMostEvery15MillisecondsO
     for (int lCut = 1; lCut <= 100; ++lCut)
         Add(std::to_wstring(lCut), L"Rock", 1);
     cLibrary.Populate();
-    EXPECT_EQ(cWorld.cHostLoop.lSleeps, 0) << "a library read in no time is not slowed";
+    EXPECT_EQ(cPorts.cHostLoop.lSleeps, 0) << "a library read in no time is not slowed";
     TakeTime(10, 14); // 20: 14 ms of work, no pause
     TakeTime(30, 1);  // 40: 15, a pause
     TakeTime(50, 15); // 60: a pause
     TakeTime(70, 7);  // 80: none
-    cWorld.cHostLoop.OnSleep = [](std::uint32_t lMilliseconds) { EXPECT_EQ(lMilliseconds, 1u); };
+    cPorts.cHostLoop.OnSleep = [](std::uint32_t lMilliseconds) { EXPECT_EQ(lMilliseconds, 1u); };
     colSaid.clear();
     cLibrary.Populate();
-    EXPECT_EQ(cWorld.cHostLoop.lSleeps, 4) << "two in each of the two phases";
+    EXPECT_EQ(cPorts.cHostLoop.lSleeps, 4) << "two in each of the two phases";
 }
 
-// ---- cuts that cannot be filed
+// ---- cuts that cannot be placed
 
 TEST_F(PopulationTest, NamesWithoutCharactersAreRefusedWithOneBoxAndCountedInTheLog)
 {
@@ -354,7 +354,7 @@ TEST_F(PopulationTest, NamesWithoutCharactersAreRefusedWithOneBoxAndCountedInThe
               Boxes{OkBox(BoxIcon::None, L"RavloScheduler", L"Zero-length cat names are illegal [1]")});
     EXPECT_EQ(cLibrary.MainCatNames(), (Lines{L"Rock", L"Pop"}));
     EXPECT_EQ(cLibrary.Order(L"Pop", 1), Keys{L"c.mp3"});
-    EXPECT_EQ(cWorld.LogMessages(), Lines{L"Zero-length cat names are illegal: 3 in all."});
+    EXPECT_EQ(cPorts.LogMessages(), Lines{L"Zero-length cat names are illegal: 3 in all."});
 }
 
 TEST_F(PopulationTest, CutsWithoutALevelGiveOneBoxPerCategoryAndAreCountedInTheLog)
@@ -370,7 +370,7 @@ TEST_F(PopulationTest, CutsWithoutALevelGiveOneBoxPerCategoryAndAreCountedInTheL
                CriticalBox(L"Contact Techincal.", L"Illegal attempt to add level 0 cut to category Pop")}));
     EXPECT_EQ(cLibrary.MainCatNames(), (Lines{L"Rock", L"Pop"}));
     EXPECT_EQ(cLibrary.MainCat(L"Rock")->TotalCuts(), 1);
-    EXPECT_EQ(cWorld.LogMessages(), Lines{L"Not filed in category Rock, having no level: 2 more cuts."});
+    EXPECT_EQ(cPorts.LogMessages(), Lines{L"Not filed in category Rock, having no level: 2 more cuts."});
 }
 
 TEST_F(PopulationTest, CutsOfANegativeLevelGiveOneBoxPerCategoryAndAreCountedInTheLog)
@@ -380,16 +380,16 @@ TEST_F(PopulationTest, CutsOfANegativeLevelGiveOneBoxPerCategoryAndAreCountedInT
     cLibrary.Populate();
     EXPECT_EQ(boxes, Boxes{CriticalBox(L"Please contact support.", L"Illegal - a subcat MUST have a level")});
     EXPECT_EQ(cLibrary.MainCat(L"Rock")->SubCats()->Count(), 0u);
-    EXPECT_EQ(cWorld.LogMessages(), Lines{L"Not filed in category Rock, having no level: 1 more cuts."});
+    EXPECT_EQ(cPorts.LogMessages(), Lines{L"Not filed in category Rock, having no level: 1 more cuts."});
 }
 
-TEST_F(PopulationTest, ARunTimeOutOfRangeIsReportedOncePerCategoryAfterEverythingIsFiled)
+TEST_F(PopulationTest, ARunTimeOutOfRangeIsReportedOncePerCategoryAfterEverythingIsPlaced)
 {
     for (const wchar_t* sKey : {L"a", L"b", L"c"})
         Add(sKey, L"Rock/Pop", 1, lMaxLong);
     Add(L"d", L"Jazz", 1);
-    cWorld.cFiles.Put(SifPath(L"Rock"), SifCut("c", 1) + SifCut("b", 1) + SifCut("a", 1));
-    cWorld.cMessages.OnShown = [this]
+    cPorts.cFiles.Put(SifPath(L"Rock"), SifCut("c", 1) + SifCut("b", 1) + SifCut("a", 1));
+    cPorts.cMessages.OnShown = [this]
     {
         EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"c", L"b", L"a"})) << "filed, put in order and in use";
         EXPECT_EQ(cLibrary.Order(L"Pop", 1), (Keys{L"a", L"b", L"c"}));
@@ -405,7 +405,7 @@ TEST_F(PopulationTest, OneBadCutStopsNothing)
 {
     for (const char* sMember : {"CategoryNames", "CatLevel", "Key", "RunTimemS", "AddCategoryName"})
     {
-        RadioWorld cOther;
+        RadioPorts cOther;
         cOther.cFiles.MakeFolders(L"C:\\Radio");
         Library cOtherLibrary(cOther);
         cOtherLibrary.cDataBase->Add(L"a", L"Rock", 1);
@@ -444,7 +444,7 @@ TEST_F(PopulationTest, ACategoryWhoseNameIsNoFilesNameIsScheduledAllTheSame)
     EXPECT_FALSE(cLibrary.cSchedMan->SaveHistoryAndOrdering(nullptr));
     EXPECT_EQ(boxes, Boxes{CriticalBox(L"Error in SaveHistoryAndOrdering [cSchedMan]",
                                        L"52 Bad file name: \"AC\\DC\"")});
-    EXPECT_EQ(cWorld.cFiles.Get(SifPath(L"Rock")), SifCut("a.mp3", 1));
+    EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Rock")), SifCut("a.mp3", 1));
 }
 
 // ---- populations, picks and saves inside a population
@@ -466,14 +466,14 @@ TEST_F(PopulationTest, APopulationInsideAPopulationIsIgnored)
     EXPECT_EQ(cLibrary.MainCatNames(), Lines{L"Rock"});
     EXPECT_EQ(cLibrary.cSchedMan->DataBase(), cLibrary.cDataBase);
     EXPECT_EQ(cLibrary.cSchedMan->AppPath(), sRadio);
-    EXPECT_EQ(cWorld.LogMessages(),
+    EXPECT_EQ(cPorts.LogMessages(),
               Lines(3, L"PopulateFromDataBase was called while it is running; ignored."));
     cLibrary.cHost.OnEvent = nullptr;
     cLibrary.Populate();
     EXPECT_EQ(colSaid.size(), 6u) << "afterwards it may be called again";
 }
 
-TEST_F(PopulationTest, ACutWhoseNamesTheHostChangesBetweenThePhasesIsFiledUnderTheNewOnes)
+TEST_F(PopulationTest, ACutWhoseNamesTheHostChangesBetweenThePhasesIsPlacedUnderTheNewOnes)
 {
     const auto cCut = Add(L"a.mp3", L"Rock", 1);
     Add(L"b.mp3", L"Rock", 1);
@@ -490,10 +490,10 @@ TEST_F(PopulationTest, ACutWhoseNamesTheHostChangesBetweenThePhasesIsFiledUnderT
     EXPECT_EQ(cLibrary.Order(L"Jazz", 3), Keys{L"a.mp3"});
     EXPECT_EQ(cLibrary.Order(L"Rock", 3), Keys{L"a.mp3"});
     EXPECT_EQ(cLibrary.Order(L"Rock", 1), Keys{L"b.mp3"});
-    // What it was filed under is remembered: its announcement changes nothing.
-    cWorld.cFiles.ClearOperations();
+    // What it was placed under is remembered: its announcement changes nothing.
+    cPorts.cFiles.ClearOperations();
     cLibrary.cDataBase->Announce(&DataBaseEvents::CutsModified, Cuts{cCut});
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty());
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
     EXPECT_EQ(cCut->CategoryText(), L"Jazz/Rock");
 }
 
@@ -502,8 +502,8 @@ TEST_F(PopulationTest, NothingIsSeenOrSavedOfATreeThatIsBeingBuilt)
     Add(L"a.mp3", L"Rock", 1);
     Add(L"b.mp3", L"Rock", 1);
     const std::string good = SifCut("b.mp3", 1) + SifCut("a.mp3", 1);
-    cWorld.cFiles.Put(SifPath(L"Rock"), good);
-    cWorld.cFiles.Put(sMainCatsPath, "\r\nRock\r\nJazz");
+    cPorts.cFiles.Put(SifPath(L"Rock"), good);
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nRock\r\nJazz");
     cLibrary.cHost.OnEvent = [&](const std::wstring&)
     {
         EXPECT_EQ(cLibrary.cSchedMan->colMainCats(), nullptr);
@@ -511,8 +511,8 @@ TEST_F(PopulationTest, NothingIsSeenOrSavedOfATreeThatIsBeingBuilt)
         EXPECT_FALSE(cLibrary.cSchedMan->SaveCatNames());
     };
     cLibrary.Populate();
-    EXPECT_EQ(cWorld.cFiles.Get(SifPath(L"Rock")), good);
-    EXPECT_EQ(cWorld.cFiles.Get(sMainCatsPath), "\r\nRock\r\nJazz");
+    EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Rock")), good);
+    EXPECT_EQ(cPorts.cFiles.Get(sMainCatsPath), "\r\nRock\r\nJazz");
     EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"b.mp3", L"a.mp3"}));
 }
 
@@ -521,7 +521,7 @@ TEST_F(PopulationTest, WhileATreeIsReplacedSavesAreThoseOfTheOldOne)
     Add(L"a.mp3", L"Rock", 1);
     Add(L"b.mp3", L"Rock", 1);
     const std::string good = SifCut("b.mp3", 1) + SifCut("a.mp3", 1);
-    cWorld.cFiles.Put(SifPath(L"Rock"), good);
+    cPorts.cFiles.Put(SifPath(L"Rock"), good);
     cLibrary.Populate();
     const auto colOld = cLibrary.cSchedMan->colMainCats();
     cLibrary.cHost.OnEvent = [&](const std::wstring& sLine)
@@ -533,20 +533,20 @@ TEST_F(PopulationTest, WhileATreeIsReplacedSavesAreThoseOfTheOldOne)
         const auto hook = std::exchange(cLibrary.cHost.OnEvent, nullptr);
         EXPECT_TRUE(cLibrary.cSchedMan->SaveHistoryAndOrdering(nullptr));
         cLibrary.cHost.OnEvent = hook;
-        EXPECT_EQ(cWorld.cFiles.Get(SifPath(L"Rock")), good);
+        EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Rock")), good);
     };
     cLibrary.Populate();
     EXPECT_NE(cLibrary.cSchedMan->colMainCats(), colOld);
     EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"b.mp3", L"a.mp3"}));
-    EXPECT_EQ(cWorld.cFiles.Get(SifPath(L"Rock")), good);
+    EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Rock")), good);
 }
 
 TEST_F(PopulationTest, WhileTheLibraryMovesToAnotherFolderSavesStayInTheOldOne)
 {
     Add(L"a.mp3", L"Rock", 1);
     cLibrary.Populate();
-    cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\MainCats.txt", "\r\nRock\r\nJazz");
-    cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\History_and_Ordering\\Rock.sif",
+    cPorts.cFiles.Put(L"C:\\Other\\Scheduler\\MainCats.txt", "\r\nRock\r\nJazz");
+    cPorts.cFiles.Put(L"C:\\Other\\Scheduler\\History_and_Ordering\\Rock.sif",
                       SifMarker(5) + SifCut("a.mp3", 1));
     cLibrary.cHost.OnEvent = [&](const std::wstring&)
     {
@@ -559,9 +559,9 @@ TEST_F(PopulationTest, WhileTheLibraryMovesToAnotherFolderSavesStayInTheOldOne)
     cLibrary.cHost.OnEvent = nullptr;
     EXPECT_EQ(cLibrary.MainCatNames(), (Lines{L"Rock", L"Jazz"}));
     EXPECT_TRUE(cLibrary.Level(L"Rock", 5));
-    EXPECT_EQ(cWorld.cFiles.Get(SifPath(L"Rock")), SifCut("a.mp3", 1));
+    EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Rock")), SifCut("a.mp3", 1));
     EXPECT_TRUE(cLibrary.cSchedMan->SaveHistoryAndOrdering(cLibrary.MainCat(L"Rock")));
-    EXPECT_EQ(cWorld.cFiles.Get(L"C:\\Other\\Scheduler\\History_and_Ordering\\Rock.sif"),
+    EXPECT_EQ(cPorts.cFiles.Get(L"C:\\Other\\Scheduler\\History_and_Ordering\\Rock.sif"),
               SifCut("a.mp3", 1) + SifMarker(5));
 }
 

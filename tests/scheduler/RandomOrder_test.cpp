@@ -83,11 +83,11 @@ TEST(RandomOrder, EveryOrderOfFourComesAboutEquallyOften)
 
 TEST(RandomOrder, TheManagerSeedsTheGeneratorForEachOrder)
 {
-    RadioWorld cWorld;
-    Library cLib(cWorld);
+    RadioPorts cPorts;
+    Library cLib(cPorts);
     EXPECT_EQ(cLib.cSchedMan->RandomOrderOf(0), Positions());
     Positions colOrder = cLib.cSchedMan->RandomOrderOf(30);
-    EXPECT_EQ(cWorld.cRandom.lRandomized, 2);
+    EXPECT_EQ(cPorts.cRandom.lRandomized, 2);
     EXPECT_FALSE(std::is_sorted(colOrder.begin(), colOrder.end()));
     std::sort(colOrder.begin(), colOrder.end());
     Positions colAll(30);

@@ -17,7 +17,7 @@ constexpr std::size_t lRockCuts = 104;
 
 struct SmallStation
 {
-    explicit SmallStation(Files* cFiles = nullptr) : cLib(cWorld, cFiles ? *cFiles : cWorld.cFiles) {}
+    explicit SmallStation(Files* cFiles = nullptr) : cLib(cPorts, cFiles ? *cFiles : cPorts.cFiles) {}
 
     void Fill()
     {
@@ -31,7 +31,7 @@ struct SmallStation
         cLib.cSchedMan->CreateMainCat(sName);
         cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
         cLib.cSchedMan->SetRotatesAllowed(true);
-        cWorld.cMessages.Boxes.clear();
+        cPorts.cMessages.Boxes.clear();
     }
 
     Cuts CutsOf(const std::wstring& sName, std::int32_t lLevel) const
@@ -62,7 +62,7 @@ struct SmallStation
         return colCuts;
     }
 
-    RadioWorld cWorld;
+    RadioPorts cPorts;
     Library cLib;
     std::size_t lAdded = 0;
     std::wstring sPicked; // by an interruption
@@ -118,15 +118,15 @@ const Action operations[] = {
      [](SmallStation& s)
      {
          std::wstring sName = L"Rock"; // refused first
-         s.cWorld.cMessages.Answers = {BoxAnswer::Yes};
-         s.cWorld.cMessages.Typed = {L"Funk"};
+         s.cPorts.cMessages.Answers = {BoxAnswer::Yes};
+         s.cPorts.cMessages.Typed = {L"Funk"};
          s.cLib.cSchedMan->CreateMainCat(sName);
      }},
     {"create level",
      [](SmallStation& s)
      {
-         s.cWorld.cMessages.Answers = {BoxAnswer::Yes};
-         s.cWorld.cMessages.Typed = {L"x", L"1", L"7"};
+         s.cPorts.cMessages.Answers = {BoxAnswer::Yes};
+         s.cPorts.cMessages.Typed = {L"x", L"1", L"7"};
          s.cLib.cSchedMan->CreateCatLevel(s.cLib.MainCat(L"Rock"));
      }},
     {"pick", [](SmallStation& s) { s.Pick(L"Rock\t1"); }}, // no opener: walks the whole level
@@ -252,7 +252,7 @@ void ExpectARestartBringsAllBack(SmallStation& s)
     std::sort(colSorted.begin(), colSorted.end());
     ASSERT_EQ(colAfter, colSorted);
     ASSERT_EQ(OrdersOf(s.cLib), before);
-    ASSERT_EQ(s.cWorld.TemporaryFiles(), Lines());
+    ASSERT_EQ(s.cPorts.TemporaryFiles(), Lines());
 }
 
 // Calls do something at the n-th point at which the host runs: an event, a pump, a sleep, a box.
@@ -264,16 +264,16 @@ public:
     {
         const auto point = [this] { Point(); };
         s.cLib.cHost.OnEvent = [point](const std::wstring&) { point(); };
-        s.cWorld.cHostLoop.OnPump = point;
-        s.cWorld.cHostLoop.OnSleep = [point](std::uint32_t) { point(); };
-        s.cWorld.cMessages.OnShown = point;
+        s.cPorts.cHostLoop.OnPump = point;
+        s.cPorts.cHostLoop.OnSleep = [point](std::uint32_t) { point(); };
+        s.cPorts.cMessages.OnShown = point;
     }
     ~Interruption()
     {
         m_s.cLib.cHost.OnEvent = nullptr;
-        m_s.cWorld.cHostLoop.OnPump = nullptr;
-        m_s.cWorld.cHostLoop.OnSleep = nullptr;
-        m_s.cWorld.cMessages.OnShown = nullptr;
+        m_s.cPorts.cHostLoop.OnPump = nullptr;
+        m_s.cPorts.cHostLoop.OnSleep = nullptr;
+        m_s.cPorts.cMessages.OnShown = nullptr;
     }
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;
@@ -396,11 +396,11 @@ TEST(EditingDuringAPopulation, IsRefusedUnderTheOperationsOwnTitleAndTheTreeStay
             });
         s.cLib.Populate();
     }
-    EXPECT_EQ(s.cWorld.cMessages.Boxes,
+    EXPECT_EQ(s.cPorts.cMessages.Boxes,
               (Boxes{Refusal(L"CreateMainCat"), Refusal(L"CreateCatLevel"), Refusal(L"ShuffleCategories"),
                      Refusal(L"DeleteCats"), Refusal(L"InsertCuts"), Refusal(L"DoMassCatChange"),
                      Refusal(L"RemoveCutFromCategory")}));
-    EXPECT_EQ(s.cWorld.cMessages.Inputs, std::vector<ShownInput>());
+    EXPECT_EQ(s.cPorts.cMessages.Inputs, std::vector<ShownInput>());
     EXPECT_EQ(OrdersOf(s.cLib), before);
 }
 
@@ -408,15 +408,15 @@ TEST(EditingAfterAPopulation, IsServedOnceTheNewTreeStands)
 {
     // In the box that reports what went wrong, and while announcements that waited are handled.
     constexpr std::int32_t lLongest = std::numeric_limits<std::int32_t>::max();
-    RadioWorld cWorld;
-    cWorld.cFiles.MakeFolders(L"C:\\Radio");
-    Library cLib(cWorld);
+    RadioPorts cPorts;
+    cPorts.cFiles.MakeFolders(L"C:\\Radio");
+    Library cLib(cPorts);
     for (const wchar_t* sKey : {L"a", L"b"})
         cLib.cDataBase->Add(sKey, L"Rock", 1, lLongest);
     const auto Create = [&](std::wstring sName) { EXPECT_TRUE(cLib.cSchedMan->CreateMainCat(sName)); };
-    cWorld.cMessages.OnShown = [&]
+    cPorts.cMessages.OnShown = [&]
     {
-        cWorld.cMessages.OnShown = nullptr;
+        cPorts.cMessages.OnShown = nullptr;
         Create(L"InTheBox");
     };
     bool bAnnounced = false;
@@ -431,7 +431,7 @@ TEST(EditingAfterAPopulation, IsServedOnceTheNewTreeStands)
     cLib.Populate();
     cLib.cHost.OnEvent = nullptr;
     EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"InTheBox", L"Pop", L"WhileHandled"}));
-    EXPECT_EQ(cWorld.cMessages.Boxes.size(), 1u) << "of the run times alone";
+    EXPECT_EQ(cPorts.cMessages.Boxes.size(), 1u) << "of the run times alone";
 }
 
 // ---- saves that fail
@@ -447,18 +447,18 @@ TEST_P(ReentrancyTest, AFileOperationThatFailsLeavesMemoryAndTheOtherFilesWholeA
     const std::map<std::wstring, std::string> before = [&]
     {
         std::map<std::wstring, std::string> files;
-        for (const std::wstring& sPath : cGood.cWorld.cFiles.Paths())
-            files[sPath] = cGood.cWorld.cFiles.Get(sPath);
+        for (const std::wstring& sPath : cGood.cPorts.cFiles.Paths())
+            files[sPath] = cGood.cPorts.cFiles.Get(sPath);
         return files;
     }();
     operation.run(cGood);
     const Orders expected = OrdersOf(cGood.cLib);
-    const std::size_t lOwnBoxes = cGood.cWorld.cMessages.Boxes.size();
+    const std::size_t lOwnBoxes = cGood.cPorts.cMessages.Boxes.size();
 
     for (int lGood = 0;; ++lGood)
     {
         SCOPED_TRACE(std::string(operation.sName) + ", failing after " + std::to_string(lGood) + " steps");
-        RadioWorld cBack; // the disk
+        RadioPorts cBack; // the disk
         struct Switch final : Files
         {
             Files* cTo;
@@ -503,7 +503,7 @@ TEST_P(ReentrancyTest, AFileOperationThatFailsLeavesMemoryAndTheOtherFilesWholeA
                 continue;
             const std::string& bytes = cBack.cFiles.Get(sPath);
             const bool bNew =
-                cGood.cWorld.cFiles.FileExists(sPath) && bytes == cGood.cWorld.cFiles.Get(sPath);
+                cGood.cPorts.cFiles.FileExists(sPath) && bytes == cGood.cPorts.cFiles.Get(sPath);
             const auto old = before.find(sPath);
             const bool bAhead = sPath.ends_with(L".sif") && SifWithoutGuards(bytes) != bytes;
             EXPECT_TRUE(bNew || bAhead || (old != before.end() && bytes == old->second))
@@ -512,7 +512,7 @@ TEST_P(ReentrancyTest, AFileOperationThatFailsLeavesMemoryAndTheOtherFilesWholeA
         }
         EXPECT_LE(lOld, 1u) << "the other files are written";
         EXPECT_EQ(cBack.TemporaryFiles(), Lines());
-        EXPECT_LE(s.cWorld.cMessages.Boxes.size(), lOwnBoxes + 1);
+        EXPECT_LE(s.cPorts.cMessages.Boxes.size(), lOwnBoxes + 1);
         s.cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
         ExpectARestartBringsAllBack(s);
         if (HasFailure() || !cFailing.bFailed)

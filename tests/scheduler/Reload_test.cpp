@@ -21,7 +21,7 @@ class ReloadTest : public testing::Test
 protected:
     ReloadTest()
     {
-        cWorld.cFiles.MakeFolders(L"C:\\Other");
+        cPorts.cFiles.MakeFolders(L"C:\\Other");
         for (const wchar_t* sCat : {L"Rock", L"Pop"})
             for (int lCut = 1; lCut <= 4; ++lCut)
                 cLibrary.cDataBase->Add(sCat + std::to_wstring(lCut), sCat, 1);
@@ -65,9 +65,9 @@ protected:
         return cLibrary.Order(L"Rock", 1);
     }
 
-    RadioWorld cWorld;
-    Library cLibrary{cWorld};
-    Boxes& boxes = cWorld.cMessages.Boxes;
+    RadioPorts cPorts;
+    Library cLibrary{cPorts};
+    Boxes& boxes = cPorts.cMessages.Boxes;
 
 private:
     bool m_bReached = true;
@@ -98,7 +98,7 @@ TEST_F(ReloadTest, PicksThatAreSavedLaterSurviveAReload)
 {
     EXPECT_EQ(Pick(false), L"Rock1");
     Reload();
-    EXPECT_EQ(cWorld.cFiles.Get(SifPath(L"Rock")).substr(510, 5), "Rock2") << "saved before it is read";
+    EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Rock")).substr(510, 5), "Rock2") << "saved before it is read";
     At(sRead + L"Pop", [&] { EXPECT_EQ(Pick(false), L"Rock2"); });
     Reload();
     EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock3", L"Rock4", L"Rock1", L"Rock2"}));
@@ -109,13 +109,13 @@ TEST_F(ReloadTest, PicksThatAreSavedLaterSurviveAReload)
 
 TEST_F(ReloadTest, APickThatCouldNotBeSavedSurvivesAReload)
 {
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
     EXPECT_EQ(Pick(true), L"Rock1");
     At(sRead + L"Rock", [&] { EXPECT_EQ(Pick(true), L"Rock2"); });
     Reload();
     EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock3", L"Rock4", L"Rock1", L"Rock2"}));
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
-    cWorld.cClock.Advance(2000);
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    cPorts.cClock.Advance(2000);
     EXPECT_EQ(Pick(true), L"Rock3");
     EXPECT_EQ(OrderAfterARestart(), (Keys{L"Rock4", L"Rock1", L"Rock2", L"Rock3"}));
 }
@@ -133,7 +133,7 @@ TEST_F(ReloadTest, CutsThatAreNewInTheDatabaseComeFirst)
 TEST_F(ReloadTest, AnOrderPutIntoTheFileByHandIsTakenByAReload)
 {
     Pick(true);
-    cWorld.cFiles.Put(SifPath(L"Rock"),
+    cPorts.cFiles.Put(SifPath(L"Rock"),
                       SifCut("Rock4", 1) + SifCut("Rock3", 1) + SifCut("Rock2", 1) + SifCut("Rock1", 1));
     Reload();
     EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock4", L"Rock3", L"Rock2", L"Rock1"}));
@@ -141,7 +141,7 @@ TEST_F(ReloadTest, AnOrderPutIntoTheFileByHandIsTakenByAReload)
 
 TEST_F(ReloadTest, AnotherFolderKeepsItsOwnOrders)
 {
-    cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\History_and_Ordering\\Rock.sif",
+    cPorts.cFiles.Put(L"C:\\Other\\Scheduler\\History_and_Ordering\\Rock.sif",
                       SifCut("Rock4", 1) + SifCut("Rock3", 1) + SifCut("Rock2", 1) + SifCut("Rock1", 1));
     At(sRead + L"Rock", [&] { EXPECT_EQ(Pick(false), L"Rock1"); });
     Reload(L"C:\\Other");
@@ -155,27 +155,27 @@ TEST_F(ReloadTest, AnOrderWhoseFileCannotBeReadStaysAsItWas)
 {
     EXPECT_EQ(Pick(true), L"Rock1");
     const Keys colOrder{L"Rock2", L"Rock3", L"Rock4", L"Rock1"};
-    cWorld.cFiles.SetUnreadable(SifPath(L"Rock"), error::DeviceIo);
+    cPorts.cFiles.SetUnreadable(SifPath(L"Rock"), error::DeviceIo);
     Reload();
     EXPECT_EQ(boxes, Boxes{CriticalBox(L"Error in ApplyHistory", L"57 Device I/O error: Rock")});
     EXPECT_EQ(cLibrary.Order(L"Rock", 1), colOrder);
-    cWorld.cFiles.SetUnreadable(SifPath(L"Rock"), 0);
-    cWorld.cFiles.SetLocked(SifPath(L"Rock"), -1);
+    cPorts.cFiles.SetUnreadable(SifPath(L"Rock"), 0);
+    cPorts.cFiles.SetLocked(SifPath(L"Rock"), -1);
     Reload();
     EXPECT_EQ(cLibrary.Order(L"Rock", 1), colOrder);
-    cWorld.cFiles.SetLocked(SifPath(L"Rock"), 0);
+    cPorts.cFiles.SetLocked(SifPath(L"Rock"), 0);
     EXPECT_EQ(OrderAfterARestart(), colOrder);
 }
 
 TEST_F(ReloadTest, AnOrderWhoseFileIsNotUnderstoodStaysAsItWas)
 {
     EXPECT_EQ(Pick(true), L"Rock1");
-    const std::string saved = cWorld.cFiles.Get(SifPath(L"Rock"));
+    const std::string saved = cPorts.cFiles.Get(SifPath(L"Rock"));
     for (const std::string& bytes :
          {saved.substr(1), SifCut("Rock1", 1) + SifCut("Rock2", 9) + SifCut("Rock3", 1),
           SifMarker(-2) + SifCut("Rock1", 1)})
     {
-        cWorld.cFiles.Put(SifPath(L"Rock"), bytes);
+        cPorts.cFiles.Put(SifPath(L"Rock"), bytes);
         Reload();
         EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock2", L"Rock3", L"Rock4", L"Rock1"}));
     }
@@ -184,21 +184,21 @@ TEST_F(ReloadTest, AnOrderWhoseFileIsNotUnderstoodStaysAsItWas)
 TEST_F(ReloadTest, AnUnreadableFileOfAnotherFolderTakesNoOrderFromThisOne)
 {
     EXPECT_EQ(Pick(true), L"Rock1");
-    cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\History_and_Ordering\\Rock.sif", "damaged");
+    cPorts.cFiles.Put(L"C:\\Other\\Scheduler\\History_and_Ordering\\Rock.sif", "damaged");
     Reload(L"C:\\Other");
     EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock1", L"Rock2", L"Rock3", L"Rock4"}));
 }
 
 TEST_F(ReloadTest, ALevelWhoseSaveFailedSurvivesAReload)
 {
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
-    cWorld.cMessages.Typed = {L"7"};
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
+    cPorts.cMessages.Typed = {L"7"};
     EXPECT_TRUE(cLibrary.cSchedMan->CreateCatLevel(cLibrary.MainCat(L"Rock")));
     Reload();
     ASSERT_TRUE(cLibrary.Level(L"Rock", 7));
     EXPECT_EQ(cLibrary.Level(L"Rock", 7)->MainCat(), cLibrary.MainCat(L"Rock"));
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
-    cWorld.cClock.Advance(2000);
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    cPorts.cClock.Advance(2000);
     EXPECT_EQ(Pick(true), L"Rock1");
     cLibrary.Restart();
     EXPECT_TRUE(cLibrary.Level(L"Rock", 7));
@@ -206,9 +206,9 @@ TEST_F(ReloadTest, ALevelWhoseSaveFailedSurvivesAReload)
 
 TEST_F(ReloadTest, ADeletedLevelWhoseSaveFailedStaysDeleted)
 {
-    cWorld.cMessages.Typed = {L"7"};
+    cPorts.cMessages.Typed = {L"7"};
     EXPECT_TRUE(cLibrary.cSchedMan->CreateCatLevel(cLibrary.MainCat(L"Rock")));
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
     EXPECT_FALSE(cLibrary.cSchedMan->DeleteCats({cLibrary.Level(L"Rock", 7)}));
     cLibrary.cDataBase->Add(L"new", L"Rock", 3);
     Reload();
@@ -224,36 +224,36 @@ TEST_F(ReloadTest, ANameThatCanBeNoFilesNameKeepsNoOtherWaiting)
     EXPECT_EQ(Pick(false, L"A?C"), L"odd1");
     Reload();
     EXPECT_EQ(cLibrary.Order(L"A?C", 1), (Keys{L"odd2", L"odd1"}));
-    cWorld.cClock.Advance(2000);
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"));
+    cPorts.cClock.Advance(2000);
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
     EXPECT_EQ(Pick(true), L"Rock1");
-    cWorld.cFiles.SetReadOnly(SifPath(L"Rock"), false);
-    cWorld.cClock.Advance(2000);
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    cPorts.cClock.Advance(2000);
     EXPECT_EQ(Pick(true, L"Pop"), L"Pop1");
-    EXPECT_EQ(cWorld.cFiles.Get(SifPath(L"Rock")).substr(510, 5), "Rock2");
+    EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Rock")).substr(510, 5), "Rock2");
 }
 
 // ---- the folder
 
 TEST_F(ReloadTest, AnotherManagersPopulationChangesNothingForThisOne)
 {
-    cWorld.cFiles.Put(sMainCatsPath, "\r\nRock\r\nPop\r\nJazz");
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nRock\r\nPop\r\nJazz");
     auto cOther = std::make_shared<clsSchedMan>(cLibrary.cMod);
     auto cOtherDataBase = std::make_shared<FakeDataBase>();
     cOtherDataBase->Add(L"z", L"Zydeco", 1);
     At(L"Start 8", [&] { cOther->PopulateFromDataBase(cOtherDataBase, L"C:\\Other"); });
-    cWorld.cFiles.Put(SifPath(L"Rock"),
+    cPorts.cFiles.Put(SifPath(L"Rock"),
                       SifCut("Rock4", 1) + SifCut("Rock3", 1) + SifCut("Rock2", 1) + SifCut("Rock1", 1));
     Reload();
     EXPECT_EQ(cLibrary.MainCatNames(), (Lines{L"Rock", L"Pop", L"Jazz"})) << "its own folder's list";
     EXPECT_EQ(Pick(true), L"Rock4");
     EXPECT_TRUE(cLibrary.cSchedMan->SaveCatNames());
-    EXPECT_EQ(cWorld.cFiles.Get(SifPath(L"Rock")),
+    EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Rock")),
               SifCut("Rock3", 1) + SifCut("Rock2", 1) + SifCut("Rock1", 1) + SifCut("Rock4", 1));
-    EXPECT_EQ(cWorld.cFiles.Get(sMainCatsPath), "\r\nRock\r\nPop\r\nJazz");
+    EXPECT_EQ(cPorts.cFiles.Get(sMainCatsPath), "\r\nRock\r\nPop\r\nJazz");
     EXPECT_TRUE(cOther->SaveCatNames());
-    EXPECT_EQ(cWorld.cFiles.Get(L"C:\\Other\\Scheduler\\MainCats.txt"), "\r\nZydeco");
-    for (const std::wstring& sPath : cWorld.cFiles.Paths())
+    EXPECT_EQ(cPorts.cFiles.Get(L"C:\\Other\\Scheduler\\MainCats.txt"), "\r\nZydeco");
+    for (const std::wstring& sPath : cPorts.cFiles.Paths())
         EXPECT_FALSE(sPath.starts_with(L"C:\\Other") && sPath.ends_with(L".sif"))
             << testing::PrintToString(sPath);
 }
@@ -261,7 +261,7 @@ TEST_F(ReloadTest, AnotherManagersPopulationChangesNothingForThisOne)
 TEST_F(ReloadTest, AfterAFailedPopulationAllStaysInTheFolderOfTheTree)
 {
     cLibrary.cMod.SetGlobalArtistSepMins(11);
-    cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\SchedulerSettings.dat", "1\r\n2\r\n3\r\n");
+    cPorts.cFiles.Put(L"C:\\Other\\Scheduler\\SchedulerSettings.dat", "1\r\n2\r\n3\r\n");
     cLibrary.cDataBase->bAllCutsFails = true;
     cLibrary.Populate(L"C:\\Other");
     EXPECT_EQ(boxes,
@@ -269,39 +269,39 @@ TEST_F(ReloadTest, AfterAFailedPopulationAllStaysInTheFolderOfTheTree)
     EXPECT_EQ(cLibrary.cSchedMan->AppPath(), sRadio);
     EXPECT_EQ(cLibrary.cMod.GlobalArtistSepMins(), 11);
     Pick(true);
-    EXPECT_EQ(cWorld.cFiles.Get(SifPath(L"Rock")).substr(510, 5), "Rock2");
+    EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Rock")).substr(510, 5), "Rock2");
     cLibrary.Level(L"Rock", 1)->Rules()->SetArtistSepMins(5);
-    EXPECT_TRUE(cWorld.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC1.rls"));
+    EXPECT_TRUE(cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC1.rls"));
     cLibrary.cMod.SetGlobalArtistSepMins(12);
-    EXPECT_EQ(cWorld.cFiles.Get(L"C:\\Other\\Scheduler\\SchedulerSettings.dat"), "1\r\n2\r\n3\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(L"C:\\Other\\Scheduler\\SchedulerSettings.dat"), "1\r\n2\r\n3\r\n");
 }
 
 TEST_F(ReloadTest, SeparationsStayWhenTheirFileCannotBeRead)
 {
     cLibrary.cMod.SetGlobalArtistSepMins(11);
-    cWorld.cFiles.SetUnreadable(sSettingsPath, error::PermissionDenied);
+    cPorts.cFiles.SetUnreadable(sSettingsPath, error::PermissionDenied);
     cLibrary.Populate();
     EXPECT_EQ(cLibrary.cMod.GlobalArtistSepMins(), 11);
     cLibrary.Restart();
     EXPECT_EQ(cLibrary.cMod.GlobalArtistSepMins(), 11) << "a next manager of the library";
     cLibrary.cDataBase->bAllCutsFails = true;
-    cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\SchedulerSettings.dat", "1\r\n2\r\n3\r\n");
+    cPorts.cFiles.Put(L"C:\\Other\\Scheduler\\SchedulerSettings.dat", "1\r\n2\r\n3\r\n");
     cLibrary.Populate(L"C:\\Other");
     EXPECT_EQ(cLibrary.cMod.GlobalArtistSepMins(), 11) << "after a population elsewhere that failed";
-    EXPECT_EQ(cWorld.cFiles.Get(sSettingsPath), "11\r\n60\r\n60\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sSettingsPath), "11\r\n60\r\n60\r\n");
 }
 
 TEST_F(ReloadTest, ASeparationThatCouldNotBeSavedIsNotReadOver)
 {
     cLibrary.cMod.SetGlobalArtistSepMins(11);
-    cWorld.cFiles.SetReadOnly(sSettingsPath);
+    cPorts.cFiles.SetReadOnly(sSettingsPath);
     cLibrary.cMod.SetGlobalArtistSepMins(22);
     cLibrary.Populate();
     EXPECT_EQ(cLibrary.cMod.GlobalArtistSepMins(), 22);
-    cWorld.cFiles.SetReadOnly(sSettingsPath, false);
+    cPorts.cFiles.SetReadOnly(sSettingsPath, false);
     cLibrary.Populate();
     EXPECT_EQ(cLibrary.cMod.GlobalArtistSepMins(), 22);
-    EXPECT_EQ(cWorld.cFiles.Get(sSettingsPath), "22\r\n60\r\n60\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sSettingsPath), "22\r\n60\r\n60\r\n");
     EXPECT_EQ(boxes, Boxes());
 }
 

@@ -58,7 +58,7 @@ TEST_P(RenamedCutTest, ACutAnnouncedUnderANewKeyKeepsItsPlaces)
     EXPECT_TRUE(cLib.Level(L"Rock", 1)->SchedCuts()->Exists(L"z"));
     cLib.Restart();
     EXPECT_EQ(cLib.Order(L"Rock", 1), (Keys{L"z", L"b"})) << "the file has the new key";
-    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
 }
 
 TEST_P(RenamedCutTest, ItKeepsThemWhenItIsAnnouncedAsNewOrByACopy)
@@ -122,9 +122,9 @@ TEST_F(StationTest, WithoutANumberTheObjectTellsTheRenamedCut)
     EXPECT_EQ(cLib.Order(L"Rock", 1), (Keys{L"z", L"b"}));
 }
 
-// ---- the object that is filed
+// ---- the object that is placed
 
-TEST_P(AnnouncedCutTest, ACopyOfANewCutIsFiledAsTheDatabasesOwn)
+TEST_P(AnnouncedCutTest, ACopyOfANewCutIsPlacedAsTheDatabasesOwn)
 {
     Start();
     const auto cCut = Add(L"a", L"Rock");
@@ -133,7 +133,7 @@ TEST_P(AnnouncedCutTest, ACopyOfANewCutIsFiledAsTheDatabasesOwn)
     EXPECT_EQ(Entry(L"Rock", L"a")->Title(), L"later");
 }
 
-TEST_P(AnnouncedCutTest, ACopyOfAMovedCutIsFiledAsTheDatabasesOwn)
+TEST_P(AnnouncedCutTest, ACopyOfAMovedCutIsPlacedAsTheDatabasesOwn)
 {
     const auto cCut = Add(L"a", L"Rock");
     Start();

@@ -18,14 +18,14 @@ class StationMarkTest : public testing::Test
 protected:
     StationMarkTest()
     {
-        cWorld.cFiles.MakeFolders(L"C:\\Radio");
-        cWorld.cFiles.MakeFolders(L"C:\\Other");
+        cPorts.cFiles.MakeFolders(L"C:\\Radio");
+        cPorts.cFiles.MakeFolders(L"C:\\Other");
         cLibrary.cDataBase->Add(L"a.mp3", L"Rock", 1);
     }
-    bool InUse(const std::wstring& sFolder = L"C:\\Radio") { return IsStationInUse(cWorld.cFiles, sFolder); }
+    bool InUse(const std::wstring& sFolder = L"C:\\Radio") { return IsStationInUse(cPorts.cFiles, sFolder); }
 
-    RadioWorld cWorld;
-    Library cLibrary{cWorld};
+    RadioPorts cPorts;
+    Library cLibrary{cPorts};
     const Lines colWarning{
         L"The station is in use by another program or manager, which may overwrite its orders: "
         L"C:\\Radio\\"};
@@ -38,7 +38,7 @@ TEST_F(StationMarkTest, AStationIsMarkedFromItsPopulationToTheEnd)
     EXPECT_TRUE(InUse());
     cLibrary.cSchedMan = nullptr;
     EXPECT_FALSE(InUse());
-    EXPECT_TRUE(cWorld.LogMessages().empty());
+    EXPECT_TRUE(cPorts.LogMessages().empty());
 }
 
 TEST_F(StationMarkTest, AReloadKeepsTheMarkHoweverThePathIsSpelled)
@@ -47,17 +47,17 @@ TEST_F(StationMarkTest, AReloadKeepsTheMarkHoweverThePathIsSpelled)
     cLibrary.cHost.OnEvent = [&](const std::wstring&) { EXPECT_TRUE(InUse()); };
     cLibrary.Populate(L"c:\\RADIO");
     EXPECT_TRUE(InUse());
-    EXPECT_TRUE(cWorld.LogMessages().empty());
+    EXPECT_TRUE(cPorts.LogMessages().empty());
 }
 
 TEST_F(StationMarkTest, ASecondManagerSaysSoInTheLogAndWorksOn)
 {
     cLibrary.Populate();
-    Library cSecond(cWorld);
+    Library cSecond(cPorts);
     cSecond.cDataBase->Add(L"b.mp3", L"Pop", 1);
     cSecond.Populate();
-    EXPECT_EQ(cWorld.LogMessages(), colWarning);
-    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+    EXPECT_EQ(cPorts.LogMessages(), colWarning);
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
     EXPECT_EQ(cSecond.Order(L"Pop", 1), Keys{L"b.mp3"});
     cSecond.cSchedMan = nullptr;
     EXPECT_TRUE(InUse()) << "the first one's mark";
@@ -66,15 +66,15 @@ TEST_F(StationMarkTest, ASecondManagerSaysSoInTheLogAndWorksOn)
 TEST_F(StationMarkTest, TheMarkIsTakenAtTheNextPopulationOnceItIsFree)
 {
     std::unique_ptr<HeldFile> cOther;
-    cWorld.cFiles.MakeFolders(L"C:\\Radio\\Scheduler");
-    cOther = MarkStation(cWorld.cFiles, L"C:\\Radio");
+    cPorts.cFiles.MakeFolders(L"C:\\Radio\\Scheduler");
+    cOther = MarkStation(cPorts.cFiles, L"C:\\Radio");
     cLibrary.Populate();
     cLibrary.Populate();
-    EXPECT_EQ(cWorld.LogMessages(), (Lines{colWarning[0], colWarning[0]}));
+    EXPECT_EQ(cPorts.LogMessages(), (Lines{colWarning[0], colWarning[0]}));
     cOther = nullptr;
     cLibrary.Populate();
     EXPECT_TRUE(InUse());
-    EXPECT_EQ(cWorld.LogMessages().size(), 2u);
+    EXPECT_EQ(cPorts.LogMessages().size(), 2u);
 }
 
 TEST_F(StationMarkTest, TheMarkFollowsTheManagerToAnotherFolder)
@@ -90,20 +90,20 @@ TEST_F(StationMarkTest, AfterAFailedPopulationTheMarkIsWhereTheTreeIs)
     cLibrary.Populate();
     cLibrary.cDataBase->bAllCutsFails = true;
     cLibrary.Populate(L"C:\\Other");
-    ASSERT_EQ(cWorld.cMessages.Boxes.size(), 1u);
+    ASSERT_EQ(cPorts.cMessages.Boxes.size(), 1u);
     EXPECT_TRUE(InUse());
     EXPECT_FALSE(InUse(L"C:\\Other"));
 }
 
 TEST_F(StationMarkTest, AStationThatCannotBeMarkedIsPopulatedAllTheSame)
 {
-    cWorld.cFiles.Put(StationMarkerPath(L"C:\\Radio"), "");
-    cWorld.cFiles.SetReadOnly(StationMarkerPath(L"C:\\Radio"));
+    cPorts.cFiles.Put(StationMarkerPath(L"C:\\Radio"), "");
+    cPorts.cFiles.SetReadOnly(StationMarkerPath(L"C:\\Radio"));
     cLibrary.Populate();
     EXPECT_EQ(cLibrary.Order(L"Rock", 1), Keys{L"a.mp3"});
-    EXPECT_EQ(cWorld.LogMessages(), Lines{L"DISPLAYERROR, PopulateFromDataBase, marking the station 75 "
+    EXPECT_EQ(cPorts.LogMessages(), Lines{L"DISPLAYERROR, PopulateFromDataBase, marking the station 75 "
                                           L"Path/File access error"});
-    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
 }
 
 // ---- what a killed program leaves behind
@@ -131,12 +131,12 @@ TEST_F(StationMarkTest, TemporaryFilesOlderThanADayAreDeleted)
     };
     for (const auto& row : rows)
     {
-        cWorld.cFiles.Put(row.sPath, "left");
-        cWorld.cFiles.SetAge(row.sPath, row.lAge);
+        cPorts.cFiles.Put(row.sPath, "left");
+        cPorts.cFiles.SetAge(row.sPath, row.lAge);
     }
     cLibrary.Populate();
     for (const auto& row : rows)
-        EXPECT_EQ(cWorld.cFiles.FileExists(row.sPath), row.bStays) << testing::PrintToString(row.sPath);
+        EXPECT_EQ(cPorts.cFiles.FileExists(row.sPath), row.bStays) << testing::PrintToString(row.sPath);
 }
 
 TEST_F(StationMarkTest, ATemporaryFileThatCannotBeDeletedStopsNothing)
@@ -145,15 +145,15 @@ TEST_F(StationMarkTest, ATemporaryFileThatCannotBeDeletedStopsNothing)
     const std::wstring sSecond = L"C:\\Radio\\Scheduler\\~00000001.tmp";
     for (const std::wstring& sPath : {sFirst, sSecond})
     {
-        cWorld.cFiles.Put(sPath, "left");
-        cWorld.cFiles.SetAge(sPath, std::chrono::hours(48));
+        cPorts.cFiles.Put(sPath, "left");
+        cPorts.cFiles.SetAge(sPath, std::chrono::hours(48));
     }
-    cWorld.cFiles.SetReadOnly(sFirst);
+    cPorts.cFiles.SetReadOnly(sFirst);
     cLibrary.Populate();
-    EXPECT_TRUE(cWorld.cFiles.FileExists(sFirst));
-    EXPECT_FALSE(cWorld.cFiles.FileExists(sSecond));
+    EXPECT_TRUE(cPorts.cFiles.FileExists(sFirst));
+    EXPECT_FALSE(cPorts.cFiles.FileExists(sSecond));
     EXPECT_EQ(cLibrary.Order(L"Rock", 1), Keys{L"a.mp3"});
-    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
 }
 
 } // namespace

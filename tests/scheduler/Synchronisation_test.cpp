@@ -23,7 +23,7 @@ class SynchronisationTest : public StationTest
 
 // ---- cuts added ----
 
-TEST_F(SynchronisationTest, AnAddedCutIsFiledIntoEachOfItsCategoriesAndEachIsSavedOnce)
+TEST_F(SynchronisationTest, AnAddedCutIsPlacedIntoEachOfItsCategoriesAndEachIsSavedOnce)
 {
     Add(L"a", L"Rock");
     Start();
@@ -64,17 +64,17 @@ TEST_F(SynchronisationTest, AnImportOf95CutsReportsCuts30And60And90EachAfterAPau
                                L"Done: Updated Scheduler with new items."}));
 }
 
-TEST_F(SynchronisationTest, TheThirtiethCutIsFiledAfterItsReport)
+TEST_F(SynchronisationTest, TheThirtiethCutIsPlacedAfterItsReport)
 {
     Start();
-    std::vector<std::size_t> colFiled;
+    std::vector<std::size_t> colPlaced;
     cLib.cHost.OnEvent = [&](const std::wstring& sLine)
     {
         if (sLine.starts_with(L"Progress") && sLine.find(L"Updated") != std::wstring::npos)
-            colFiled.push_back(Order(L"Rock", 1).size());
+            colPlaced.push_back(Order(L"Rock", 1).size());
     };
     Added(AddMany(61, L"k", L"Rock"));
-    EXPECT_EQ(colFiled, (std::vector<std::size_t>{29, 59}));
+    EXPECT_EQ(colPlaced, (std::vector<std::size_t>{29, 59}));
     EXPECT_EQ(Order(L"Rock", 1).size(), 61u);
 }
 
@@ -151,7 +151,7 @@ TEST_F(SynchronisationTest, TheWindowIsRefreshedAfterEachKindOfNotificationWhenT
     cLib.cSchedMan->SetWindows(nullptr);
 }
 
-TEST_F(SynchronisationTest, ACategoryNameOfNoCharactersIsShownOnceAndTheOtherNamesAreFiled)
+TEST_F(SynchronisationTest, ACategoryNameOfNoCharactersIsShownOnceAndTheOtherNamesArePlaced)
 {
     Start();
     const auto cFirst = Add(L"a", L"Rock");
@@ -218,21 +218,21 @@ TEST_F(SynchronisationTest, ARefusedCutDoesNotSaveACategoryThatOthersDidNotJoin)
     EXPECT_EQ(Written(), (Lines{L"Pop"}));
 }
 
-TEST_F(SynchronisationTest, ACutWhoseTextsFailInABoxIsFiledUnderItsOtherNames)
+TEST_F(SynchronisationTest, ACutWhoseTextsFailInABoxIsPlacedUnderItsOtherNames)
 {
     Start();
     const auto cCut = Add(L"a", L"Rock");
     cCut->AddCategoryName(L"");
     const auto cNext = Add(L"b", L"Rock");
     cCut->failing = {"Artist", "Title"};
-    cWorld.cMessages.OnShown = [&] { cCut->failing.clear(); };
+    cPorts.cMessages.OnShown = [&] { cCut->failing.clear(); };
     Added({cCut, cNext});
     EXPECT_EQ(boxes,
               (Boxes{OkBox(BoxIcon::None, L"RavloScheduler", L"Zero-length cat names are illegal!\r\n")}));
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b"}));
 }
 
-TEST_F(SynchronisationTest, ALevelAboveTheOneAUserMayTypeIsFiled)
+TEST_F(SynchronisationTest, ALevelAboveTheOneAUserMayTypeIsPlaced)
 {
     Start();
     Added({Add(L"a", L"Rock", 40'000), Add(L"b", L"Rock", lLongest)});
@@ -253,7 +253,7 @@ TEST_F(SynchronisationTest, ALevelBehindATabInAHostsNameIsIgnoredAndNamesCountOn
     EXPECT_EQ(Written(), (Lines{L"Rock"}));
 }
 
-TEST_F(SynchronisationTest, ANameThatCanBeNoFileIsFiledItsSaveIsRefusedAndTheOthersGoOn)
+TEST_F(SynchronisationTest, ANameThatCanBeNoFileIsPlacedItsSaveIsRefusedAndTheOthersGoOn)
 {
     Start();
     Added({Add(L"a", L"..\\..\\evil"), Add(L"b", L"CON"), Add(L"c", L"Ro:ck"), Add(L"d", L"Rock")});
@@ -266,7 +266,7 @@ TEST_F(SynchronisationTest, ANameThatCanBeNoFileIsFiledItsSaveIsRefusedAndTheOth
     };
     EXPECT_EQ(boxes, (Boxes{Refused(L"..\\..\\evil"), Refused(L"CON"), Refused(L"Ro:ck")}));
     EXPECT_EQ(Written(), (Lines{L"Rock"}));
-    for (const std::wstring& sPath : cWorld.cFiles.Paths())
+    for (const std::wstring& sPath : cPorts.cFiles.Paths())
         EXPECT_TRUE(sPath == SifPath(L"Rock") || !sPath.ends_with(L".sif"));
 }
 
@@ -284,7 +284,7 @@ TEST_F(SynchronisationTest, NamesThatDifferOnlyByCaseAreOneCategoryAndNamesOutsi
     EXPECT_EQ(boxes, Boxes());
 }
 
-TEST_F(SynchronisationTest, ACutAnnouncedAsNewThatIsFiledElsewhereIsMoved)
+TEST_F(SynchronisationTest, ACutAnnouncedAsNewThatIsPlacedElsewhereIsMoved)
 {
     const auto cCut = Add(L"a", L"Rock/Pop", 1);
     Start();
@@ -322,12 +322,12 @@ TEST_F(SynchronisationTest, ACutAnnouncedTwiceStandsOnceAndKeepsItsPlace)
     EXPECT_EQ(TotalOf(L"Rock", 1), 360'000);
 }
 
-TEST_F(SynchronisationTest, CutsThatCannotBeReadAreReportedOnceAndTheOthersAreFiled)
+TEST_F(SynchronisationTest, CutsThatCannotBeReadAreReportedOnceAndTheOthersArePlaced)
 {
     for (const char* sMember : {"Key", "RunTimemS", "AddCategoryName", "CategoryNames", "CatLevel"})
     {
         SCOPED_TRACE(sMember);
-        RadioWorld cOther;
+        RadioPorts cOther;
         Library cLibrary(cOther);
         cLibrary.Populate();
         const auto cBad = cLibrary.cDataBase->Add(L"bad", L"Rock", 1);
@@ -344,7 +344,7 @@ TEST_F(SynchronisationTest, CutsThatCannotBeReadAreReportedOnceAndTheOthersAreFi
     }
 }
 
-TEST_F(SynchronisationTest, RunTimesOutOfRangeAreReportedOncePerCategoryAfterEverythingIsFiledAndSaved)
+TEST_F(SynchronisationTest, RunTimesOutOfRangeAreReportedOncePerCategoryAfterEverythingIsPlacedAndSaved)
 {
     Start();
     Added({Add(L"a", L"Rock", 1, lLongest), Add(L"b", L"Rock", 1, lLongest), Add(L"c", L"Rock", 1, lLongest),
@@ -359,18 +359,18 @@ TEST_F(SynchronisationTest, RunTimesOutOfRangeAreReportedOncePerCategoryAfterEve
     EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
 }
 
-// ---- filing one cut ----
+// ---- placement one cut ----
 
 // The parts alone, without a manager.
 struct Parts
 {
-    RadioWorld cWorld;
-    ModScheduler cMod{cWorld.AllPorts()};
-    Station cStation{cMod};
-    Synchronisation cSync{cStation};
-    CutChanges cChanges{cStation, cSync, CutChanges::Origin::DataBase};
+    RadioPorts cPorts;
+    ModScheduler cMod{cPorts.Ports()};
+    SchedulerState cState{cMod};
+    Synchronisation cSync{cState};
+    CutChanges cChanges{cState, cSync, CutChanges::Origin::DataBase};
 
-    Parts() { cStation.colMainCats = std::make_shared<CatCollection>(); }
+    Parts() { cState.colMainCats = std::make_shared<CatCollection>(); }
     Lines Affected() const { return {cChanges.Affected().begin(), cChanges.Affected().end()}; }
 
     std::shared_ptr<FakeCut> NewCut(const std::wstring& sCategoryText, std::int32_t lLevel)
@@ -381,16 +381,16 @@ struct Parts
     std::shared_ptr<clsCat> NewMainCat(const std::wstring& sName)
     {
         auto cMainCat = std::make_shared<clsCat>(cMod, sName, 0);
-        cStation.colMainCats->Add(TextKey(CategoryKey(sName, 0)), cMainCat);
+        cState.colMainCats->Add(TextKey(CategoryKey(sName, 0)), cMainCat);
         return cMainCat;
     }
     void File(const std::shared_ptr<Cut>& cCut, const std::wstring& sCatName)
     {
         cChanges.AddCutToCategory(cCut, sCatName);
     }
-    void FileAsAssigned(const std::shared_ptr<Cut>& cCut)
+    void PlaceAsAssigned(const std::shared_ptr<Cut>& cCut)
     {
-        NameLists cNameLists(cStation.cFiledCuts);
+        NameLists cNameLists(cState.cPlacedCuts);
         cChanges.AddCutToCategories(cCut, cNameLists.Of(*cCut));
     }
 };
@@ -414,13 +414,13 @@ TEST(AddCutToCategory, MakesWhatIsMissingAndTouchesTheCategory)
             if (c.bHasLevel)
                 cMainCat->AddSubCat(std::make_shared<clsCat>(cParts.cMod, L"Rock", 3));
         }
-        cParts.FileAsAssigned(cParts.NewCut(L"Rock", 3));
-        EXPECT_EQ(cParts.cStation.MainCat(L"Rock")->SubCat(3)->TotalCuts(), 1);
+        cParts.PlaceAsAssigned(cParts.NewCut(L"Rock", 3));
+        EXPECT_EQ(cParts.cState.MainCat(L"Rock")->SubCat(3)->TotalCuts(), 1);
         EXPECT_EQ(cParts.Affected(), (Lines{L"Rock"}));
     }
 }
 
-TEST(AddCutToCategory, FilesIntoTheOneMainCategoryThatIsGiven)
+TEST(AddCutToCategory, PlacesIntoTheOneMainCategoryThatIsGiven)
 {
     Parts cParts;
     const auto cRock = cParts.NewMainCat(L"Rock");
@@ -438,56 +438,56 @@ TEST(AddCutToCategory, RefusesAMainCategoryTheTreeDoesNotHold)
     Parts cParts;
     const auto cCut = cParts.NewCut(L"Rock", 2);
     cParts.File(cCut, L"Gone");
-    EXPECT_EQ(cParts.cWorld.cMessages.Boxes,
+    EXPECT_EQ(cParts.cPorts.cMessages.Boxes,
               (Boxes{CriticalBox(L"RavloScheduler",
                                  L"In addcuttocategory, main cat was specified, but doesnt exist!")}));
     EXPECT_EQ(cParts.Affected(), Lines());
     EXPECT_EQ(cCut->CategoryText(), L"Rock");
-    EXPECT_EQ(cParts.cStation.colMainCats->Count(), 0u);
+    EXPECT_EQ(cParts.cState.colMainCats->Count(), 0u);
 }
 
 TEST(AddCutToCategory, TouchesACategoryInWhichTheCutStandsAlreadyAndNoneThatRefusedIt)
 {
     Parts cParts;
     const auto cCut = cParts.NewCut(L"Rock", 2);
-    cParts.FileAsAssigned(cCut);
+    cParts.PlaceAsAssigned(cCut);
     cParts.cChanges.CallerSaves(L"Rock");
-    cParts.FileAsAssigned(cCut);
+    cParts.PlaceAsAssigned(cCut);
     EXPECT_EQ(cParts.Affected(), (Lines{L"Rock"})) << "it sits there";
     for (const std::int32_t lLevel : {0, -7})
     {
         cParts.cChanges.CallerSaves(L"Rock");
-        cParts.FileAsAssigned(cParts.NewCut(L"Rock", lLevel));
+        cParts.PlaceAsAssigned(cParts.NewCut(L"Rock", lLevel));
         EXPECT_EQ(cParts.Affected(), Lines()) << lLevel;
     }
 }
 
-TEST(Synchronisation, WithoutATreeThereIsNothingToFileToFindOrToSave)
+TEST(Synchronisation, WithoutATreeThereIsNothingToPlaceToFindOrToSave)
 {
     Parts cParts;
-    cParts.cStation.colMainCats = nullptr;
+    cParts.cState.colMainCats = nullptr;
     const auto cCut = cParts.NewCut(L"Rock", 1);
-    EXPECT_TRUE(cParts.cStation.PlacesOf(cCut->Key()).empty());
-    cParts.FileAsAssigned(cCut);
+    EXPECT_TRUE(cParts.cState.PlacesOf(cCut->Key()).empty());
+    cParts.PlaceAsAssigned(cCut);
     cParts.cChanges.ModifyCut(cCut);
-    EXPECT_TRUE(TakeOutOfCategories(cParts.cStation, cParts.cChanges, cCut, {cCut, nullptr, 0}).empty());
+    EXPECT_TRUE(TakeOutOfCategories(cParts.cState, cParts.cChanges, cCut, {cCut, nullptr, 0}).empty());
     EXPECT_EQ(cParts.Affected(), Lines());
     cParts.cChanges.Finish({});
     EXPECT_EQ(cCut->CategoryText(), L"Rock");
-    EXPECT_FALSE(cParts.cStation.cFiledCuts.Knows(cCut->Key()));
-    EXPECT_EQ(cParts.cWorld.cMessages.Boxes, Boxes());
-    EXPECT_TRUE(cParts.cWorld.cFiles.Operations().empty());
+    EXPECT_FALSE(cParts.cState.cPlacedCuts.Contains(cCut->Key()));
+    EXPECT_EQ(cParts.cPorts.cMessages.Boxes, Boxes());
+    EXPECT_TRUE(cParts.cPorts.cFiles.Operations().empty());
 }
 
 TEST(Synchronisation, AfterAFirstPopulationThatFailedNothingIsFollowedAndEveryMemberIsQuiet)
 {
-    RadioWorld cWorld;
-    cWorld.cFiles.MakeFolders(L"C:\\Radio");
-    Library cLib(cWorld);
+    RadioPorts cPorts;
+    cPorts.cFiles.MakeFolders(L"C:\\Radio");
+    Library cLib(cPorts);
     const auto cCut = cLib.cDataBase->Add(L"a", L"Rock", 1);
     cLib.cDataBase->bAllCutsFails = true;
     cLib.Populate();
-    cWorld.cMessages.Boxes.clear();
+    cPorts.cMessages.Boxes.clear();
     EXPECT_TRUE(cLib.cDataBase->colListeners.empty());
     EXPECT_EQ(cLib.cSchedMan->DataBase(), nullptr);
     CatCollection colFrom;
@@ -498,7 +498,7 @@ TEST(Synchronisation, AfterAFirstPopulationThatFailedNothingIsFollowedAndEveryMe
     EXPECT_FALSE(cLib.cSchedMan->SaveHistoryAndOrdering(nullptr));
     EXPECT_TRUE(colFrom.Empty());
     EXPECT_EQ(cCut->CategoryText(), L"Rock");
-    EXPECT_EQ(cWorld.cMessages.Boxes, Boxes());
+    EXPECT_EQ(cPorts.cMessages.Boxes, Boxes());
 }
 
 // ---- cuts removed ----
@@ -621,7 +621,7 @@ TEST_F(SynchronisationTest, WhoeverIsToldOfAChangeFindsTheRunTimesOfItsResult)
 
 // ---- what a host does to a level itself ----
 
-TEST_F(SynchronisationTest, ADatabaseThatAnnouncesEachNameAtOnceDoesNotDisturbALevelsOwnFiling)
+TEST_F(SynchronisationTest, ADatabaseThatAnnouncesEachNameAtOnceDoesNotDisturbALevelsOwnPlacement)
 {
     Add(L"a", L"Rock");
     const auto cCut = Add(L"b", L"Rock");
@@ -904,7 +904,7 @@ TEST_F(SynchronisationTest, AModifiedCutWithTheSameNamesAndLevelChangesNothing)
     EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"Pop"}));
 }
 
-TEST_F(SynchronisationTest, ACutWithoutNamesLeavesAllAndOneThatWasUnknownIsFiled)
+TEST_F(SynchronisationTest, ACutWithoutNamesLeavesAllAndOneThatWasUnknownIsPlaced)
 {
     const auto cCut = Add(L"a", L"Rock/Pop", 1);
     Start();
@@ -955,7 +955,7 @@ TEST_F(SynchronisationTest, WhereACutStandsIsReadFromTheTree)
     EXPECT_EQ(Order(L"Rock", 3), (Keys{L"a"}));
 }
 
-TEST_F(SynchronisationTest, ACutAHostHasTakenOutItselfIsFiledAgainWhenTheDatabaseSaysSo)
+TEST_F(SynchronisationTest, ACutAHostHasTakenOutItselfIsPlacedAgainWhenTheDatabaseSaysSo)
 {
     const auto cCut = Add(L"a", L"Rock", 1);
     Start();
@@ -1074,7 +1074,7 @@ TEST_F(SynchronisationTest, AManagerReleasedInsideANotificationEndsWhenItIsHandl
     EXPECT_EQ(said.front(), colAddedStart.front());
     EXPECT_EQ(said.back(), colAddedDone.front());
     EXPECT_EQ(File(L"Rock"), SifCut("a", 1));
-    EXPECT_EQ(cWorld.cFiles.Get(sMainCatsPath), "\r\nRock");
+    EXPECT_EQ(cPorts.cFiles.Get(sMainCatsPath), "\r\nRock");
 }
 
 TEST_F(SynchronisationTest, AManagerReleasedInsideTheDatabasesOwnProgressLivesUntilThatIsTold)
@@ -1089,7 +1089,7 @@ TEST_F(SynchronisationTest, AManagerReleasedInsideTheDatabasesOwnProgressLivesUn
     };
     for (const auto& raise : events)
     {
-        RadioWorld cOther;
+        RadioPorts cOther;
         Library cLibrary(cOther);
         cLibrary.Populate();
         // Of the two that are told the first drops the last reference.
@@ -1151,9 +1151,9 @@ TEST_F(SynchronisationTest, AReloadWhileABoxIsShownEndsTheImportAndTheNewTreeHol
     cCut->AddCategoryName(L"");
     Add(L"b", L"Pop");
     Cuts colCuts = cLib.cDataBase->colCuts;
-    cWorld.cMessages.OnShown = [&]
+    cPorts.cMessages.OnShown = [&]
     {
-        cWorld.cMessages.OnShown = nullptr;
+        cPorts.cMessages.OnShown = nullptr;
         cLib.Populate();
     };
     Added(colCuts);
@@ -1188,7 +1188,7 @@ TEST_F(SynchronisationTest, AReloadInTheMiddleOfAnImportEndsItAndTheNewTreeHolds
     Start();
     const Cuts colCuts = AddMany(70, L"k", L"Rock");
     bool bDone = false;
-    cWorld.cHostLoop.OnPump = [&]
+    cPorts.cHostLoop.OnPump = [&]
     {
         if (!std::exchange(bDone, true))
             cLib.Populate();

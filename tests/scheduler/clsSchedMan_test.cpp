@@ -19,7 +19,7 @@ namespace
 class SchedManTest : public testing::Test
 {
 protected:
-    SchedManTest() { cWorld.cFiles.MakeFolders(L"C:\\Radio"); }
+    SchedManTest() { cPorts.cFiles.MakeFolders(L"C:\\Radio"); }
 
     // The manager's end, as when its host releases it.
     void End()
@@ -27,12 +27,12 @@ protected:
         cLibrary.cSchedMan->SetEvents(nullptr);
         cLibrary.cSchedMan = nullptr;
     }
-    const std::string& File(const std::wstring& sPath) const { return cWorld.cFiles.Get(sPath); }
+    const std::string& File(const std::wstring& sPath) const { return cPorts.cFiles.Get(sPath); }
 
-    RadioWorld cWorld;
-    Library cLibrary{cWorld};
+    RadioPorts cPorts;
+    Library cLibrary{cPorts};
     std::shared_ptr<clsSchedMan>& cSchedMan = cLibrary.cSchedMan;
-    Boxes& boxes = cWorld.cMessages.Boxes;
+    Boxes& boxes = cPorts.cMessages.Boxes;
     Lines& colSaid = cLibrary.cHost.colSaid;
 };
 
@@ -49,7 +49,7 @@ TEST_F(SchedManTest, ANewManagerHoldsNothingAndTouchesNoFile)
     EXPECT_EQ(cSchedMan->TitleHistoryCut(L"x"), nullptr);
     EXPECT_EQ(cSchedMan->AlbumHistoryCut(L"x"), nullptr);
     EXPECT_FALSE(cSchedMan->UIShowing());
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty());
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
     EXPECT_TRUE(colSaid.empty());
 }
 
@@ -72,7 +72,7 @@ TEST_F(SchedManTest, BeforePopulationNothingIsSaved)
 {
     EXPECT_FALSE(cSchedMan->SaveCatNames());
     EXPECT_FALSE(cSchedMan->SaveHistoryAndOrdering(nullptr));
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty());
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
     EXPECT_TRUE(boxes.empty());
 }
 
@@ -132,9 +132,9 @@ TEST_F(SchedManTest, CutsThatCannotBeReadAreNothingAndNoError)
 TEST_F(SchedManTest, SavedNamesAreReadAnewEachTime)
 {
     cLibrary.Populate();
-    cWorld.cFiles.Put(sMainCatsPath, "\r\nRock\r\nPop");
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nRock\r\nPop");
     EXPECT_EQ(cSchedMan->colSavedCatNames()->Count(), 2u);
-    cWorld.cFiles.Put(sMainCatsPath, "\r\nJazz");
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nJazz");
     ASSERT_EQ(cSchedMan->colSavedCatNames()->Count(), 1u);
     EXPECT_TRUE(cSchedMan->colSavedCatNames()->Exists(L"jazz"));
     EXPECT_TRUE(cSchedMan->colMainCats()->Empty()) << "reading them changes no category";
@@ -144,10 +144,10 @@ TEST_F(SchedManTest, SavedNamesAreReadAnewEachTime)
 
 TEST_F(SchedManTest, ShowHelpRaisesItsEventAndDoesNothingElse)
 {
-    cWorld.cFiles.ClearOperations();
+    cPorts.cFiles.ClearOperations();
     cSchedMan->ShowHelp();
     EXPECT_EQ(colSaid, Lines{L"Help"});
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty());
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
     EXPECT_TRUE(boxes.empty());
 }
 
@@ -192,13 +192,13 @@ TEST_F(SchedManTest, ReloadingReloadsTheWindowAndReadsNeitherFilesNorDatabase)
     ReloadedWindows cWindows;
     cSchedMan->SetWindows(&cWindows);
     cLibrary.cDataBase->bAllCutsFails = true;
-    cWorld.cFiles.ClearOperations();
+    cPorts.cFiles.ClearOperations();
     colSaid.clear();
     const auto colBefore = cSchedMan->colMainCats();
     cSchedMan->ReloadAll();
     EXPECT_EQ(cWindows.lReloads, 1) << "made first when there is none: that is the window side's";
     EXPECT_EQ(cSchedMan->colMainCats(), colBefore);
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty());
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
     EXPECT_TRUE(colSaid.empty());
     cWindows.bFails = true;
     EXPECT_NO_THROW(cSchedMan->ReloadAll());
@@ -245,7 +245,7 @@ TEST_F(SchedManTest, LinesLoggedWhileTheHostEditsACutAreInTheFileAtOnce)
     cLibrary.cHost.OnEvent = [&](const std::wstring&)
     {
         cLibrary.cMod.WriteDebugLog(L"meanwhile");
-        EXPECT_EQ(cWorld.LogMessages().back(), L"meanwhile");
+        EXPECT_EQ(cPorts.LogMessages().back(), L"meanwhile");
         bAsked = true;
     };
     const std::shared_ptr<Cut> cCut = NewPlainCut();
@@ -315,7 +315,7 @@ protected:
 
 TEST_F(RefusedPlaysTest, SeparationsHoldWhileTimesArePending)
 {
-    Play(cFirst, cWorld.cClock.Now());
+    Play(cFirst, cPorts.cClock.Now());
     std::shared_ptr<clsCat> cMainCat, cSubCat;
     std::wstring sKey;
     const auto cNext =
@@ -329,10 +329,10 @@ TEST_F(RefusedPlaysTest, ErrorIsShownOnceThenLogged)
     for (int i = 0; i < 4; ++i)
     {
         Play(i % 2 == 0 ? cFirst : cSecond, 45000.0 + i);
-        cWorld.cClock.Advance(1'000);
+        cPorts.cClock.Advance(1'000);
     }
     EXPECT_EQ(boxes, Boxes{HandledError(L"UpdateArtistTitleHistory", StandardText(91), L"91")});
-    const Lines colLines = cWorld.LogMessages();
+    const Lines colLines = cPorts.LogMessages();
     EXPECT_EQ(std::count(colLines.begin(), colLines.end(),
                          L"DISPLAYERROR, UpdateArtistTitleHistory 91 " + StandardText(91)),
               4);
@@ -362,7 +362,7 @@ TEST_F(SchedManTest, AnErrorWhileAskingIsShownUnderTheOperationsOwnTitle)
     const std::function<void()> operations[] = {
         [&]
         {
-            cWorld.cMessages.Typed = {L"x"};
+            cPorts.cMessages.Typed = {L"x"};
             EXPECT_FALSE(cSchedMan->CreateCatLevel(cLibrary.MainCat(L"Rock")));
         },
         [&] { cSchedMan->ShuffleCategories({cLibrary.MainCat(L"Rock")}, true); },
@@ -377,9 +377,9 @@ TEST_F(SchedManTest, AnErrorWhileAskingIsShownUnderTheOperationsOwnTitle)
     for (std::size_t lAt = 0; lAt < colTitles.size(); ++lAt)
     {
         boxes.clear();
-        cWorld.cMessages.OnShown = [&]
+        cPorts.cMessages.OnShown = [&]
         {
-            cWorld.cMessages.OnShown = nullptr; // the screen fails once
+            cPorts.cMessages.OnShown = nullptr; // the screen fails once
             throw RuntimeError(error::DeviceIo);
         };
         operations[lAt]();
@@ -407,7 +407,7 @@ TEST_F(SchedManTest, NothingSavesEveryMainCategoryAndACategoryItself)
     cLibrary.cDataBase->Add(L"a.mp3", L"Rock/Pop", 1);
     cLibrary.Populate();
     EXPECT_TRUE(cSchedMan->SaveHistoryAndOrdering(cLibrary.MainCat(L"Pop")));
-    EXPECT_FALSE(cWorld.cFiles.FileExists(SifPath(L"Rock")));
+    EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Rock")));
     EXPECT_EQ(File(SifPath(L"Pop")), SifCut("a.mp3", 1));
     EXPECT_TRUE(cSchedMan->SaveHistoryAndOrdering(nullptr));
     EXPECT_EQ(File(SifPath(L"Rock")), SifCut("a.mp3", 1));
@@ -439,9 +439,9 @@ TEST_F(SchedManTest, AManagerReleasedInsideItsOwnSaveFinishesIt)
 
 TEST_F(SchedManTest, AManagerNeverPopulatedWritesNothing)
 {
-    cWorld.cFiles.ClearOperations();
+    cPorts.cFiles.ClearOperations();
     End();
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty());
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
 }
 
 TEST_F(SchedManTest, AManagerThatWasRefusedADatabaseWritesNothing)
@@ -449,28 +449,28 @@ TEST_F(SchedManTest, AManagerThatWasRefusedADatabaseWritesNothing)
     cLibrary.cDataBase = nullptr;
     cLibrary.Populate();
     End();
-    EXPECT_TRUE(cWorld.cFiles.Paths().empty());
+    EXPECT_TRUE(cPorts.cFiles.Paths().empty());
 }
 
 TEST_F(SchedManTest, AManagerThatNeverGotItsCutsWritesNothing)
 {
-    cWorld.cFiles.Put(sMainCatsPath, "\r\nRock");
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nRock");
     cLibrary.cDataBase->bAllCutsFails = true;
     cLibrary.Populate();
     End();
     EXPECT_EQ(File(sMainCatsPath), "\r\nRock");
-    EXPECT_FALSE(cWorld.cFiles.FileExists(sSettingsPath));
+    EXPECT_FALSE(cPorts.cFiles.FileExists(sSettingsPath));
 }
 
 TEST_F(SchedManTest, AtItsEndAPopulatedManagerSavesTheListAndTheSettings)
 {
     cLibrary.cDataBase->Add(L"a.mp3", L"Rock", 1);
-    cWorld.cFiles.Put(sSettingsPath, "5\r\nx\r\n-1\r\n");
+    cPorts.cFiles.Put(sSettingsPath, "5\r\nx\r\n-1\r\n");
     cLibrary.Populate();
     End();
     EXPECT_EQ(File(sMainCatsPath), "\r\nRock");
     EXPECT_EQ(File(sSettingsPath), "5\r\n60\r\n60\r\n");
-    EXPECT_FALSE(cWorld.cFiles.FileExists(SifPath(L"Rock"))) << "orders are saved when they change";
+    EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Rock"))) << "orders are saved when they change";
     EXPECT_TRUE(boxes.empty());
 }
 
@@ -487,8 +487,8 @@ TEST_F(SchedManTest, AtItsEndAManagerSavesToTheFolderItWasPopulatedFrom)
 {
     cLibrary.cDataBase->Add(L"a.mp3", L"Rock", 1);
     cLibrary.Populate();
-    cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\MainCats.txt", "\r\nTheirs");
-    cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\SchedulerSettings.dat", "1\r\n2\r\n3\r\n");
+    cPorts.cFiles.Put(L"C:\\Other\\Scheduler\\MainCats.txt", "\r\nTheirs");
+    cPorts.cFiles.Put(L"C:\\Other\\Scheduler\\SchedulerSettings.dat", "1\r\n2\r\n3\r\n");
     cLibrary.cMod.SetGlobalArtistSepMins(9);
 
     auto cOther = std::make_shared<clsSchedMan>(cLibrary.cMod);
@@ -507,8 +507,8 @@ TEST_F(SchedManTest, AtItsEndAManagerSavesToTheFolderItWasPopulatedFrom)
 
 TEST_F(SchedManTest, AtItsEndAnUnreadableSettingsFileIsNotOverwritten)
 {
-    cWorld.cFiles.Put(sSettingsPath, "1\r\n2\r\n3\r\n");
-    cWorld.cFiles.SetUnreadable(sSettingsPath, error::PermissionDenied);
+    cPorts.cFiles.Put(sSettingsPath, "1\r\n2\r\n3\r\n");
+    cPorts.cFiles.SetUnreadable(sSettingsPath, error::PermissionDenied);
     cLibrary.Populate();
     End();
     EXPECT_EQ(File(sSettingsPath), "1\r\n2\r\n3\r\n");
@@ -518,7 +518,7 @@ TEST_F(SchedManTest, AtItsEndAnUnreadableSettingsFileIsNotOverwritten)
 TEST_F(SchedManTest, AtItsEndADamagedListIsKeptAside)
 {
     const std::string damaged = "\r\nRock\r\nRock\r\nJazz";
-    cWorld.cFiles.Put(sMainCatsPath, damaged);
+    cPorts.cFiles.Put(sMainCatsPath, damaged);
     cLibrary.Populate();
     End();
     EXPECT_EQ(File(sMainCatsPath), "\r\nRock");
@@ -531,7 +531,7 @@ TEST_F(SchedManTest, OfTwoManagersInTwoFoldersEachKeepsAsideTheListItCouldNotRea
     const std::wstring sTheirs = L"C:\\Other\\Scheduler\\MainCats.txt";
     for (const bool bOwnIsDamaged : {true, false})
     {
-        RadioWorld cBoth;
+        RadioPorts cBoth;
         cBoth.cFiles.MakeFolders(L"C:\\Radio");
         cBoth.cFiles.MakeFolders(L"C:\\Other");
         cBoth.cFiles.Put(sMainCatsPath, bOwnIsDamaged ? damaged : "\r\nRock");
@@ -558,7 +558,7 @@ TEST_F(SchedManTest, AtItsEndTheOrdersOwedByPicksAreSaved)
     cLibrary.cDataBase->Add(L"b.mp3", L"Rock", 1);
     cLibrary.Populate();
     cSchedMan->SetRotatesAllowed(true);
-    cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
+    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
     std::shared_ptr<clsCat> cMainCat;
     std::shared_ptr<clsCat> cSubCat;
     std::wstring sMainCatKey;
@@ -567,8 +567,8 @@ TEST_F(SchedManTest, AtItsEndTheOrdersOwedByPicksAreSaved)
                   .Text(),
               L"a.mp3");
     EXPECT_TRUE(boxes.empty()) << "no box on air";
-    EXPECT_FALSE(cWorld.cFiles.FileExists(SifPath(L"Rock")));
-    cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", false);
+    EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Rock")));
+    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", false);
     cMainCat = cSubCat = nullptr;
     End();
     EXPECT_EQ(File(SifPath(L"Rock")), SifCut("b.mp3", 1) + SifCut("a.mp3", 1));
@@ -577,9 +577,9 @@ TEST_F(SchedManTest, AtItsEndTheOrdersOwedByPicksAreSaved)
 TEST_F(SchedManTest, AFailureAtTheEndIsShownAndTheOldListStays)
 {
     cLibrary.cDataBase->Add(L"a.mp3", L"Rock", 1);
-    cWorld.cFiles.Put(sMainCatsPath, "\r\nOld");
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nOld");
     cLibrary.Populate();
-    cWorld.cFiles.SetReadOnly(sMainCatsPath);
+    cPorts.cFiles.SetReadOnly(sMainCatsPath);
     EXPECT_NO_THROW(End());
     EXPECT_EQ(File(sMainCatsPath), "\r\nOld");
     EXPECT_EQ(boxes, Boxes{CriticalBox(L"Error in SaveCatNames [cSchedMan]", L"75 Path/File access error")});
@@ -607,7 +607,7 @@ TEST_F(SchedManTest, AFailureAtAnyStepOfASessionLeavesEveryFileOldOrNew)
     int lGood = 0;
     for (bool bFailed = true; bFailed; ++lGood)
     {
-        MemoryWorld cDisk;
+        MemoryPorts cDisk;
         cDisk.cFiles.MakeFolders(L"C:\\Radio\\Scheduler\\Rules");
         cDisk.cFiles.Put(sMainCatsPath, "\r\nRock\r\nJazz");
         cDisk.cFiles.Put(sSettingsPath, "1\r\n2\r\n3\r\n");

@@ -33,9 +33,9 @@ inline ShownBox HandledError(const std::wstring& sProcedure, const std::wstring&
 }
 
 // A world in memory with the host's folder C:\Radio and a debug log in it.
-struct RadioWorld : MemoryWorld
+struct RadioPorts : MemoryPorts
 {
-    RadioWorld() { MakeLogFolder(); }
+    RadioPorts() { MakeLogFolder(); }
 
     void MakeLogFolder() { cFiles.MakeFolders(std::wstring(sRadio) + L"Debugging Logs\\Scheduler"); }
 

@@ -137,8 +137,8 @@ inline constexpr const wchar_t* sSettingsPath = L"C:\\Radio\\Scheduler\\Schedule
 // A library with one manager, in the host's folder C:\Radio. cFiles are the world's unless others are given.
 struct Library
 {
-    explicit Library(MemoryWorld& cWorld) : Library(cWorld, cWorld.cFiles) {}
-    Library(MemoryWorld& cWorld, Files& cFiles) : cMod(cWorld.AllPortsWith(cFiles))
+    explicit Library(MemoryPorts& cPorts) : Library(cPorts, cPorts.cFiles) {}
+    Library(MemoryPorts& cPorts, Files& cFiles) : cMod(cPorts.PortsWith(cFiles))
     {
         cSchedMan->SetEvents(&cHost);
     }

@@ -82,17 +82,17 @@ protected:
     // What was recorded so far is not of interest.
     void Forget()
     {
-        cWorld.cMessages.Boxes.clear();
-        cWorld.cMessages.Inputs.clear();
+        cPorts.cMessages.Boxes.clear();
+        cPorts.cMessages.Inputs.clear();
         cLib.cHost.colSaid.clear();
-        cWorld.cFiles.ClearOperations();
-        cWorld.cHostLoop.lSleeps = cWorld.cHostLoop.lPumps = 0;
-        cWorld.cHostLoop.lSleptmS = 0;
-        lLogged = cWorld.LogMessages().size();
+        cPorts.cFiles.ClearOperations();
+        cPorts.cHostLoop.lSleeps = cPorts.cHostLoop.lPumps = 0;
+        cPorts.cHostLoop.lSleptmS = 0;
+        lLogged = cPorts.LogMessages().size();
     }
     Lines Log() const
     {
-        Lines colLines = cWorld.LogMessages();
+        Lines colLines = cPorts.LogMessages();
         colLines.erase(colLines.begin(), colLines.begin() + static_cast<std::ptrdiff_t>(lLogged));
         return colLines;
     }
@@ -100,8 +100,8 @@ protected:
     void TraceAll(Lines& colTrace)
     {
         cLib.cHost.OnEvent = [&colTrace](const std::wstring& sLine) { colTrace.push_back(sLine); };
-        cWorld.cHostLoop.OnPump = [&colTrace] { colTrace.push_back(L"pump"); };
-        cWorld.cHostLoop.OnSleep = [&colTrace](std::uint32_t lMs)
+        cPorts.cHostLoop.OnPump = [&colTrace] { colTrace.push_back(L"pump"); };
+        cPorts.cHostLoop.OnSleep = [&colTrace](std::uint32_t lMs)
         { colTrace.push_back(L"sleep " + std::to_wstring(lMs)); };
     }
 
@@ -130,7 +130,7 @@ protected:
     {
         Lines colNames;
         const std::wstring sFolder = L"History_and_Ordering\\";
-        for (const std::wstring& sOperation : cWorld.cFiles.Operations())
+        for (const std::wstring& sOperation : cPorts.cFiles.Operations())
         {
             const std::size_t lArrow = sOperation.find(L" -> ");
             if (!sOperation.starts_with(L"Rename ") || !sOperation.ends_with(L".sif") ||
@@ -145,7 +145,7 @@ protected:
     }
     std::string File(const std::wstring& sName) const
     {
-        return cWorld.cFiles.FileExists(SifPath(sName)) ? cWorld.cFiles.Get(SifPath(sName)) : "none";
+        return cPorts.cFiles.FileExists(SifPath(sName)) ? cPorts.cFiles.Get(SifPath(sName)) : "none";
     }
     // The run times of a level's cuts, read through the average.
     std::int64_t TotalOf(const std::wstring& sName, std::int32_t lLevel) const
@@ -154,9 +154,9 @@ protected:
         return std::int64_t{cLevel->AverageRunTimemS()} * cLevel->TotalCuts();
     }
 
-    RadioWorld cWorld;
-    Library cLib{cWorld};
-    Boxes& boxes = cWorld.cMessages.Boxes;
+    RadioPorts cPorts;
+    Library cLib{cPorts};
+    Boxes& boxes = cPorts.cMessages.Boxes;
     Lines& said = cLib.cHost.colSaid;
     std::size_t lLogged = 0;
 };

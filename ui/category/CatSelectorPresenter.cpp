@@ -25,7 +25,7 @@ std::wstring DisplayText(const Cut& cCut) { return cCut.Artist() + L" - " + cCut
 
 bool IsNoCat(const std::wstring& sText) { return EqualIgnoringCase(sText, sNoCat); }
 
-// A level's own cuts, or those of all levels, each once, under the keys they are filed by. No cut is asked
+// A level's own cuts, or those of all levels, each once, under the keys they are placed by. No cut is asked
 // for anything: one that cannot be read would hide all others.
 std::shared_ptr<CutCollection> CutsOf(const clsCat& cCat)
 {
@@ -44,25 +44,25 @@ std::shared_ptr<CutCollection> CutsOf(const clsCat& cCat)
 
 } // namespace
 
-CatSelector::CatSelector(CatSelectorView& cView, ModScheduler& cMod) : m_cView(cView), m_cMod(cMod)
+CatSelectorPresenter::CatSelectorPresenter(CatSelectorView& cView, ModScheduler& cMod) : m_cView(cView), m_cMod(cMod)
 {
     m_cView.Show(lstsongs0, false);
     m_cView.Show(lstsongs1, true);
 }
 
-void CatSelector::SetAllowMultiCatSelect(bool bAllow)
+void CatSelectorPresenter::SetAllowMultiCatSelect(bool bAllow)
 {
     m_bMulti = bAllow;
     EnableSongs(!bAllow);
 }
 
-void CatSelector::EnableSongs(bool bEnable)
+void CatSelectorPresenter::EnableSongs(bool bEnable)
 {
     for (const SelectorControl eControl : eSongControls)
         m_cView.Enable(eControl, bEnable);
 }
 
-void CatSelector::EnableUI(bool bEnable)
+void CatSelectorPresenter::EnableUI(bool bEnable)
 {
     m_cView.Hourglass(!bEnable);
     for (const SelectorControl eControl : eAllControls)
@@ -73,7 +73,7 @@ void CatSelector::EnableUI(bool bEnable)
 
 // ---- filling the lists ----
 
-void CatSelector::SetColMainCats(std::shared_ptr<CatCollection> colMainCats)
+void CatSelectorPresenter::SetColMainCats(std::shared_ptr<CatCollection> colMainCats)
 {
     m_colMainCats = std::move(colMainCats);
     m_cView.ClearSelection(lstCat);
@@ -81,9 +81,9 @@ void CatSelector::SetColMainCats(std::shared_ptr<CatCollection> colMainCats)
     PopulateLists();
 }
 
-void CatSelector::PopulateLists()
+void CatSelectorPresenter::PopulateLists()
 {
-    const Raised cPopulating(m_bPopulating);
+    const ScopedFlag cPopulating(m_bPopulating);
     std::vector<std::wstring> colNames;
     if (m_colMainCats)
         for (std::size_t i = 0; i < m_colMainCats->Count(); ++i)
@@ -95,13 +95,13 @@ void CatSelector::PopulateLists()
 }
 
 // Returns how many entries the list has now.
-std::size_t CatSelector::Refill(SelectorControl eList, const std::vector<std::wstring>& colEntries)
+std::size_t CatSelectorPresenter::Refill(SelectorControl eList, const std::vector<std::wstring>& colEntries)
 {
     m_cView.SetEntries(eList, colEntries);
     return colEntries.size();
 }
 
-std::vector<std::wstring> CatSelector::LevelEntries() const
+std::vector<std::wstring> CatSelectorPresenter::LevelEntries() const
 {
     std::vector<std::wstring> colLevels;
     if (!m_colMainCats || !m_cMainCat)
@@ -114,7 +114,7 @@ std::vector<std::wstring> CatSelector::LevelEntries() const
     return colLevels;
 }
 
-void CatSelector::FillLevels()
+void CatSelectorPresenter::FillLevels()
 {
     m_lLevels = Refill(lstlvl, LevelEntries());
     if (m_lLevels > 0)
@@ -123,7 +123,7 @@ void CatSelector::FillLevels()
         OnLevelClick();
 }
 
-void CatSelector::FillSongs()
+void CatSelectorPresenter::FillSongs()
 {
     if (m_bMulti)
     {
@@ -142,12 +142,12 @@ void CatSelector::FillSongs()
                                                   DecimalText(static_cast<std::int64_t>(colEntries.size())));
 }
 
-SelectorControl CatSelector::VisibleSongs() const
+SelectorControl CatSelectorPresenter::VisibleSongs() const
 {
     return m_cView.Checked(chkSortedSongs) ? lstsongs0 : lstsongs1;
 }
 
-std::vector<std::wstring> CatSelector::MapCuts()
+std::vector<std::wstring> CatSelectorPresenter::MapCuts()
 {
     m_colCutMap.Clear();
     std::vector<std::wstring> colEntries;
@@ -171,7 +171,7 @@ std::vector<std::wstring> CatSelector::MapCuts()
     return colEntries;
 }
 
-void CatSelector::RefreshLists(std::shared_ptr<CatCollection> colMainCats)
+void CatSelectorPresenter::RefreshLists(std::shared_ptr<CatCollection> colMainCats)
 {
     const std::wstring sMainCat = m_cMainCat ? m_cMainCat->CatName() : std::wstring();
     const bool bLevel = m_cSubCat && m_cSubCat->CatLevel() > 0;
@@ -184,7 +184,7 @@ void CatSelector::RefreshLists(std::shared_ptr<CatCollection> colMainCats)
     m_cMainCat = MainCatNamed(sMainCat);
     PopulateLists();
     {
-        const Raised cBusy(m_bBusy);
+        const ScopedFlag cBusy(m_bBusy);
         for (std::size_t i = 0; i < m_lCats; ++i)
         {
             const std::wstring sName = m_cView.EntryText(lstCat, i);
@@ -200,7 +200,7 @@ void CatSelector::RefreshLists(std::shared_ptr<CatCollection> colMainCats)
 
 // ---- choosing ----
 
-std::shared_ptr<clsCat> CatSelector::MainCatNamed(const std::wstring& sName) const
+std::shared_ptr<clsCat> CatSelectorPresenter::MainCatNamed(const std::wstring& sName) const
 {
     const std::shared_ptr<clsCat>* cFound =
         m_colMainCats && !sName.empty() ? m_colMainCats->Find(CategoryKey(sName, 0)) : nullptr;
@@ -208,7 +208,7 @@ std::shared_ptr<clsCat> CatSelector::MainCatNamed(const std::wstring& sName) con
 }
 
 // False when no entry has that text.
-bool CatSelector::MakeCurrent(SelectorControl eList, const std::wstring& sText)
+bool CatSelectorPresenter::MakeCurrent(SelectorControl eList, const std::wstring& sText)
 {
     const std::size_t lCount = eList == lstCat ? m_lCats : m_lLevels;
     for (std::size_t i = 0; i < lCount; ++i)
@@ -221,7 +221,7 @@ bool CatSelector::MakeCurrent(SelectorControl eList, const std::wstring& sText)
     return false;
 }
 
-void CatSelector::SetSelectedMainCat(const std::shared_ptr<clsCat>& cMainCat)
+void CatSelectorPresenter::SetSelectedMainCat(const std::shared_ptr<clsCat>& cMainCat)
 {
     if (!cMainCat || !MakeCurrent(lstCat, cMainCat->CatName()))
         return;
@@ -230,13 +230,13 @@ void CatSelector::SetSelectedMainCat(const std::shared_ptr<clsCat>& cMainCat)
     CatClick();
 }
 
-void CatSelector::MakeMainCatCurrent(const std::shared_ptr<clsCat>& cMainCat)
+void CatSelectorPresenter::MakeMainCatCurrent(const std::shared_ptr<clsCat>& cMainCat)
 {
     if (cMainCat && MakeCurrent(lstCat, cMainCat->CatName()))
         CatClick();
 }
 
-void CatSelector::SetSelectedSubCat(const std::shared_ptr<clsCat>& cSubCat)
+void CatSelectorPresenter::SetSelectedSubCat(const std::shared_ptr<clsCat>& cSubCat)
 {
     if (m_lLevels == 0)
         return;
@@ -247,7 +247,7 @@ void CatSelector::SetSelectedSubCat(const std::shared_ptr<clsCat>& cSubCat)
     OnLevelClick();
 }
 
-void CatSelector::SetOpener(bool bOpener)
+void CatSelectorPresenter::SetOpener(bool bOpener)
 {
     if (bOpener == m_bOpener)
         return;
@@ -255,15 +255,15 @@ void CatSelector::SetOpener(bool bOpener)
     OpenerClick();
 }
 
-void CatSelector::CatClick()
+void CatSelectorPresenter::CatClick()
 {
     if (m_bBusy || m_bPopulating || m_bInClick)
         return;
-    const Raised cGuard(m_bInClick);
+    const ScopedFlag cGuard(m_bInClick);
     OnCatClick();
 }
 
-void CatSelector::OnCatClick()
+void CatSelectorPresenter::OnCatClick()
 {
     const std::optional<std::size_t> lCurrent = m_cView.CurrentEntry(lstCat);
     if (!lCurrent)
@@ -278,7 +278,7 @@ void CatSelector::OnCatClick()
 }
 
 // "NOCAT" cannot stay selected beside real categories.
-void CatSelector::DropNoCat()
+void CatSelectorPresenter::DropNoCat()
 {
     bool bReal = false;
     std::optional<std::size_t> lNoCat;
@@ -293,7 +293,7 @@ void CatSelector::DropNoCat()
         m_cView.SelectEntry(lstCat, *lNoCat, false);
 }
 
-void CatSelector::SelectOnly(std::size_t lEntry)
+void CatSelectorPresenter::SelectOnly(std::size_t lEntry)
 {
     for (const std::size_t lOther : m_cView.SelectedEntries(lstCat))
         if (lOther != lEntry)
@@ -301,14 +301,14 @@ void CatSelector::SelectOnly(std::size_t lEntry)
     m_cView.SelectEntry(lstCat, lEntry, true);
 }
 
-void CatSelector::LevelClick()
+void CatSelectorPresenter::LevelClick()
 {
     OnLevelClick();
     if (!m_bBusy && m_cView.Visible(lstlvl))
         m_cView.Focus(lstlvl);
 }
 
-void CatSelector::OnLevelClick()
+void CatSelectorPresenter::OnLevelClick()
 {
     if (m_bBusy)
         return;
@@ -324,7 +324,7 @@ void CatSelector::OnLevelClick()
     FillSongs();
 }
 
-void CatSelector::ChooseLevel(std::shared_ptr<clsCat> cSubCat)
+void CatSelectorPresenter::ChooseLevel(std::shared_ptr<clsCat> cSubCat)
 {
     if (cSubCat == m_cSubCat)
         return;
@@ -334,24 +334,24 @@ void CatSelector::ChooseLevel(std::shared_ptr<clsCat> cSubCat)
         CatChanged(cSubCat);
 }
 
-void CatSelector::OpenerClick()
+void CatSelectorPresenter::OpenerClick()
 {
     if (m_bInClick)
         return;
-    const Raised cGuard(m_bInClick);
+    const ScopedFlag cGuard(m_bInClick);
     m_bOpener = m_cView.Checked(chkOpener);
     if (OpenerChanged)
         OpenerChanged(m_bOpener);
     FillSongs();
 }
 
-void CatSelector::SortedSongsClick() { FillSongs(); }
+void CatSelectorPresenter::SortedSongsClick() { FillSongs(); }
 
-void CatSelector::SortedSongsTab() { m_cView.Focus(lstCat); }
+void CatSelectorPresenter::SortedSongsTab() { m_cView.Focus(lstCat); }
 
 // ---- what is selected ----
 
-std::vector<std::wstring> CatSelector::colSelectedSubCatNames()
+std::vector<std::wstring> CatSelectorPresenter::colSelectedSubCatNames()
 {
     std::vector<std::wstring> colNames;
     if (!m_bMulti)
@@ -367,7 +367,7 @@ std::vector<std::wstring> CatSelector::colSelectedSubCatNames()
     return colNames;
 }
 
-Cuts CatSelector::SelectedCuts() const
+Cuts CatSelectorPresenter::SelectedCuts() const
 {
     Cuts colCuts;
     const SelectorControl eList = VisibleSongs();
@@ -379,15 +379,15 @@ Cuts CatSelector::SelectedCuts() const
 
 // ---- the categories of a cut ----
 
-void CatSelector::Missing(const wchar_t* sWhat, const std::wstring& sKey)
+void CatSelectorPresenter::Missing(const wchar_t* sWhat, const std::wstring& sKey)
 {
     m_cMod.Box(BoxIcon::Critical, BoxButtons::Ok, L"Error!",
                L"Unexpected!- " + std::wstring(sWhat) + L" " + sKey + sCrLf +
                    L"Doesn't exist in ShowCutCatsAsSelected!");
 }
 
-// The main categories a cut is filed in, as far as they and the level are there.
-CatCollection CatSelector::CatsOf(const Cut& cCut)
+// The main categories a cut is placed in, as far as they and the level are there.
+CatCollection CatSelectorPresenter::CatsOf(const Cut& cCut)
 {
     CatCollection colFound;
     const std::wstring sLevel = DecimalText(cCut.CatLevel());
@@ -409,7 +409,7 @@ CatCollection CatSelector::CatsOf(const Cut& cCut)
     return colFound;
 }
 
-void CatSelector::ShowCutCatsAsSelected(const std::shared_ptr<Cut>& cCut)
+void CatSelectorPresenter::ShowCutCatsAsSelected(const std::shared_ptr<Cut>& cCut)
 {
     if (!cCut)
         return;
@@ -423,7 +423,7 @@ void CatSelector::ShowCutCatsAsSelected(const std::shared_ptr<Cut>& cCut)
     {
         const CatCollection colFound = [&]
         {
-            const Raised cBusy(m_bBusy);
+            const ScopedFlag cBusy(m_bBusy);
             return CatsOf(*cCut);
         }();
         for (std::size_t i = 0; i < m_lCats; ++i)

@@ -16,13 +16,13 @@ namespace ravlo
 
 // Lets the user pick a main category, one of its levels and cuts of that level. Reads the categories and
 // never changes them. Errors of single cuts and look-ups are passed over: what cannot be read is not shown.
-class CatSelector
+class CatSelectorPresenter
 {
 public:
     // Boxes go through cMod. Owns none of them.
-    CatSelector(CatSelectorView& cView, ModScheduler& cMod);
-    CatSelector(const CatSelector&) = delete;
-    CatSelector& operator=(const CatSelector&) = delete;
+    CatSelectorPresenter(CatSelectorView& cView, ModScheduler& cMod);
+    CatSelectorPresenter(const CatSelectorPresenter&) = delete;
+    CatSelectorPresenter& operator=(const CatSelectorPresenter&) = delete;
 
     void SetSchedMan(std::shared_ptr<clsSchedMan> cSchedMan) { m_cSchedMan = std::move(cSchedMan); }
 

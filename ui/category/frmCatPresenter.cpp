@@ -30,20 +30,20 @@ RulesPane PaneOf(RuleBox eBox)
 
 // A command that opens other windows or lets messages run: until it ends, nothing in the window can be used
 // and the pointer is the hourglass.
-class frmCat::Busy
+class frmCatPresenter::Busy
 {
 public:
-    explicit Busy(frmCat& cForm) : m_cCommand(cForm.m_bInCommand), m_cForm(cForm) { m_cForm.SetBusy(true); }
+    explicit Busy(frmCatPresenter& cForm) : m_cCommand(cForm.m_bInCommand), m_cForm(cForm) { m_cForm.SetBusy(true); }
     ~Busy() { m_cForm.SetBusy(false); }
     Busy(const Busy&) = delete;
     Busy& operator=(const Busy&) = delete;
 
 private:
-    Raised m_cCommand;
-    frmCat& m_cForm;
+    ScopedFlag m_cCommand;
+    frmCatPresenter& m_cForm;
 };
 
-frmCat::frmCat(frmCatView& cView, CatSelector& cSelector, ModScheduler& cMod)
+frmCatPresenter::frmCatPresenter(frmCatView& cView, CatSelectorPresenter& cSelector, ModScheduler& cMod)
     : m_cView(cView), m_cSelector(cSelector), m_cMod(cMod)
 {
     m_cSelector.CatChanged = [this](std::shared_ptr<clsCat>& cCat) { OnCatChanged(cCat); };
@@ -52,7 +52,7 @@ frmCat::frmCat(frmCatView& cView, CatSelector& cSelector, ModScheduler& cMod)
 
 // The window keeps the focus aside before the selector's controls are disabled, and puts it back after they
 // are enabled.
-void frmCat::SetBusy(bool bBusy) noexcept
+void frmCatPresenter::SetBusy(bool bBusy) noexcept
 {
     try
     {
@@ -70,7 +70,7 @@ void frmCat::SetBusy(bool bBusy) noexcept
 
 // ---- opening and closing ----
 
-std::int32_t frmCat::ShowUI(std::shared_ptr<clsSchedMan> cSchedMan, CategoryRequest& request)
+std::int32_t frmCatPresenter::ShowUI(std::shared_ptr<clsSchedMan> cSchedMan, CategoryRequest& request)
 {
     m_cSchedMan = std::move(cSchedMan);
     m_cCut = request.bAllowMultiSelect ? request.cCut : nullptr;
@@ -83,20 +83,20 @@ std::int32_t frmCat::ShowUI(std::shared_ptr<clsSchedMan> cSchedMan, CategoryRequ
     return lChosen;
 }
 
-void frmCat::Open(const CategoryRequest& request)
+void frmCatPresenter::Open(const CategoryRequest& request)
 {
     m_cView.ShowNewButtons(request.bAllowNew);
     m_cSelector.SetAllowMultiCatSelect(request.bAllowMultiSelect);
     m_cSelector.SetSchedMan(m_cSchedMan);
     if (!request.sCaption.empty())
         m_cView.SetCaption(request.sCaption);
-    m_bRulesShown = m_cMod.Outside().cUserSettings.Get(sProgramTitle, sSection, sShowRulesKey, L"1") != L"0";
+    m_bRulesShown = m_cMod.Ports().cUserSettings.Get(sProgramTitle, sSection, sShowRulesKey, L"1") != L"0";
     m_cView.ShowRulesArea(m_bRulesShown);
     FillGlobalPane();
     ShowPane(RulesPane::Global);
 }
 
-void frmCat::Choose(const CategoryRequest& request)
+void frmCatPresenter::Choose(const CategoryRequest& request)
 {
     if (const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan->colMainCats())
     {
@@ -115,7 +115,7 @@ void frmCat::Choose(const CategoryRequest& request)
         m_cSelector.ShowCutCatsAsSelected(m_cCut);
 }
 
-void frmCat::TakeChoice(CategoryRequest& request) const
+void frmCatPresenter::TakeChoice(CategoryRequest& request) const
 {
     if (m_colNames)
         m_cSchedMan->AssignCut(m_cCut, m_cSubCat->CatLevel(), *m_colNames);
@@ -125,7 +125,7 @@ void frmCat::TakeChoice(CategoryRequest& request) const
     request.colSelCuts = m_colSelCuts;
 }
 
-void frmCat::OKClick()
+void frmCatPresenter::OKClick()
 {
     if (!Ready())
         return;
@@ -134,7 +134,7 @@ void frmCat::OKClick()
     Finish();
 }
 
-void frmCat::CancelClick()
+void frmCatPresenter::CancelClick()
 {
     if (!Ready())
         return;
@@ -142,9 +142,9 @@ void frmCat::CancelClick()
     Finish();
 }
 
-void frmCat::Finish()
+void frmCatPresenter::Finish()
 {
-    const Raised cCommand(m_bInCommand);
+    const ScopedFlag cCommand(m_bInCommand);
     if (QuestionDue())
         AskPending();
     // Whatever the answer was.
@@ -165,8 +165,8 @@ void frmCat::Finish()
     m_cView.Close();
 }
 
-// A category that has been deleted is not brought back by filing the cut in it.
-std::vector<std::wstring> frmCat::NamesForTheCut()
+// A category that has been deleted is not brought back by placement the cut in it.
+std::vector<std::wstring> frmCatPresenter::NamesForTheCut()
 {
     std::vector<std::wstring> colNames = m_cSelector.colSelectedSubCatNames();
     const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan->colMainCats();
@@ -177,7 +177,7 @@ std::vector<std::wstring> frmCat::NamesForTheCut()
 
 // ---- choosing ----
 
-void frmCat::OnCatChanged(const std::shared_ptr<clsCat>& cCat)
+void frmCatPresenter::OnCatChanged(const std::shared_ptr<clsCat>& cCat)
 {
     if (QuestionDue() && !AskPending())
         FillGlobalPane();
@@ -188,7 +188,7 @@ void frmCat::OnCatChanged(const std::shared_ptr<clsCat>& cCat)
 }
 
 // The chosen main category as the tree has it now; null when none is chosen or it is gone.
-std::shared_ptr<clsCat> frmCat::MainCat() const
+std::shared_ptr<clsCat> frmCatPresenter::MainCat() const
 {
     const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan->colMainCats();
     const std::shared_ptr<clsCat>* cFound =
@@ -197,13 +197,13 @@ std::shared_ptr<clsCat> frmCat::MainCat() const
 }
 
 // The chosen level likewise; null for all levels, too.
-std::shared_ptr<clsCat> frmCat::SubCat() const
+std::shared_ptr<clsCat> frmCatPresenter::SubCat() const
 {
     const std::shared_ptr<clsCat> cMainCat = m_cSubCat ? MainCat() : nullptr;
     return cMainCat ? cMainCat->SubCat(m_cSubCat->CatLevel()) : nullptr;
 }
 
-void frmCat::NewClick()
+void frmCatPresenter::NewClick()
 {
     if (!Ready())
         return;
@@ -218,7 +218,7 @@ void frmCat::NewClick()
         m_cSelector.MakeMainCatCurrent(*cMainCat);
 }
 
-void frmCat::NewLevelClick()
+void frmCatPresenter::NewLevelClick()
 {
     if (!Ready())
         return;
@@ -227,9 +227,9 @@ void frmCat::NewLevelClick()
     RefreshSelector();
 }
 
-void frmCat::MenuOpening() { m_cView.EnableLibraryMenu(!m_cSchedMan->UIShowing()); }
+void frmCatPresenter::MenuOpening() { m_cView.EnableLibraryMenu(!m_cSchedMan->UIShowing()); }
 
-void frmCat::SchedLibClick()
+void frmCatPresenter::SchedLibClick()
 {
     if (!Ready() || m_cSchedMan->UIShowing())
         return;
@@ -238,7 +238,7 @@ void frmCat::SchedLibClick()
     RefreshSelector(); // categories may have come and gone there
 }
 
-void frmCat::RefreshSelector()
+void frmCatPresenter::RefreshSelector()
 {
     m_cSelector.RefreshLists(m_cSchedMan->colMainCats());
     if (m_cSelector.SelectedMainCat() || !m_cMainCat)
@@ -250,16 +250,16 @@ void frmCat::RefreshSelector()
 
 // ---- the rules on the screen ----
 
-void frmCat::StripClick(bool bToggle)
+void frmCatPresenter::StripClick(bool bToggle)
 {
     if (!bToggle || !Ready())
         return;
     m_bRulesShown = !m_bRulesShown;
     m_cView.ShowRulesArea(m_bRulesShown);
-    m_cMod.Outside().cUserSettings.Set(sProgramTitle, sSection, sShowRulesKey, m_bRulesShown ? L"1" : L"0");
+    m_cMod.Ports().cUserSettings.Set(sProgramTitle, sSection, sShowRulesKey, m_bRulesShown ? L"1" : L"0");
 }
 
-void frmCat::TabClick(RulesPane ePane)
+void frmCatPresenter::TabClick(RulesPane ePane)
 {
     if (!Ready())
         return;
@@ -273,7 +273,7 @@ void frmCat::TabClick(RulesPane ePane)
 }
 
 // The title names the rules that are to be seen: above the global ones a category's name would be wrong.
-void frmCat::ShowPane(RulesPane ePane)
+void frmCatPresenter::ShowPane(RulesPane ePane)
 {
     m_ePane = ePane;
     m_cView.ChoosePane(ePane);
@@ -281,38 +281,38 @@ void frmCat::ShowPane(RulesPane ePane)
     m_cView.EnableApply(PaneEdited(ePane));
 }
 
-std::wstring frmCat::Heading() const
+std::wstring frmCatPresenter::Heading() const
 {
     if (m_cSubCat)
         return L"Showing Rules for: " + m_cSubCat->CatName() + L" " + DecimalText(m_cSubCat->CatLevel());
     return L"Showing Rules for: " + m_cMainCat->CatName() + L" [ALL LEVELS].";
 }
 
-void frmCat::ShowRules()
+void frmCatPresenter::ShowRules()
 {
     FillCategoryPane();
     ShowPane(m_ePane);
 }
 
-void frmCat::Fill(RuleBox eBox, std::int32_t lMins) { m_cView.SetBoxText(eBox, DecimalText(lMins)); }
+void frmCatPresenter::Fill(RuleBox eBox, std::int32_t lMins) { m_cView.SetBoxText(eBox, DecimalText(lMins)); }
 
-void frmCat::FillGlobalPane()
+void frmCatPresenter::FillGlobalPane()
 {
-    const Raised cFilling(m_bFilling);
+    const ScopedFlag cFilling(m_bFilling);
     Fill(txtArtistSepMins0, m_cMod.GlobalArtistSepMins());
     Fill(txtTitleSepMins0, m_cMod.GlobalTitleSepMins());
     Fill(txtGlobalAlbumSepMins, m_cMod.GlobalAlbumSepMins());
     ForgetEdits(RulesPane::Global);
 }
 
-void frmCat::FillCategoryPane()
+void frmCatPresenter::FillCategoryPane()
 {
     std::shared_ptr<clsCat> cCat = RulesCat();
     if (!cCat)
         cCat = m_cSubCat ? m_cSubCat : m_cMainCat; // what it had before it was deleted
     if (!cCat)
         return;
-    const Raised cFilling(m_bFilling);
+    const ScopedFlag cFilling(m_bFilling);
     const std::shared_ptr<clsCatRules> cRules = cCat->Rules();
     Fill(txtArtistSepMins1, cRules->ArtistSepMins());
     Fill(txtTitleSepMins1, cRules->TitleSepMins());
@@ -323,7 +323,7 @@ void frmCat::FillCategoryPane()
 }
 
 // The album box stays enabled, on purpose.
-void frmCat::EnableArtistAndTitle()
+void frmCatPresenter::EnableArtistAndTitle()
 {
     const bool bEnable = !m_cView.IgnoreChecked();
     m_cView.EnableBox(txtArtistSepMins1, bEnable);
@@ -332,7 +332,7 @@ void frmCat::EnableArtistAndTitle()
 
 // ---- edits ----
 
-void frmCat::BoxChanged(RuleBox eBox)
+void frmCatPresenter::BoxChanged(RuleBox eBox)
 {
     if (m_bFilling)
         return;
@@ -340,7 +340,7 @@ void frmCat::BoxChanged(RuleBox eBox)
     m_cView.EnableApply(PaneEdited(m_ePane));
 }
 
-void frmCat::IgnoreClick()
+void frmCatPresenter::IgnoreClick()
 {
     EnableArtistAndTitle();
     if (m_bFilling)
@@ -349,7 +349,7 @@ void frmCat::IgnoreClick()
     m_cView.EnableApply(PaneEdited(m_ePane));
 }
 
-bool frmCat::PaneEdited(RulesPane ePane) const
+bool frmCatPresenter::PaneEdited(RulesPane ePane) const
 {
     for (std::size_t i = 0; i < lRuleBoxes; ++i)
         if (m_bEdited[i] && PaneOf(static_cast<RuleBox>(i)) == ePane)
@@ -357,7 +357,7 @@ bool frmCat::PaneEdited(RulesPane ePane) const
     return ePane == RulesPane::Category && m_bIgnoreEdited;
 }
 
-void frmCat::ForgetEdits(RulesPane ePane)
+void frmCatPresenter::ForgetEdits(RulesPane ePane)
 {
     for (std::size_t i = 0; i < lRuleBoxes; ++i)
         if (PaneOf(static_cast<RuleBox>(i)) == ePane)
@@ -367,13 +367,13 @@ void frmCat::ForgetEdits(RulesPane ePane)
 }
 
 // On purpose: the global album separation alone raises no question; it is stored by Apply.
-bool frmCat::QuestionDue() const
+bool frmCatPresenter::QuestionDue() const
 {
     return PaneEdited(RulesPane::Category) || Edited(txtArtistSepMins0) || Edited(txtTitleSepMins0);
 }
 
 // Yes saves every edited pane; any other answer is left to the caller as false.
-bool frmCat::AskPending()
+bool frmCatPresenter::AskPending()
 {
     const BoxAnswer eAnswer = m_cMod.Box(
         BoxIcon::Question, BoxButtons::YesNo, L"Press No To Discard the Rule Changes You Made.",
@@ -386,11 +386,11 @@ bool frmCat::AskPending()
     return true;
 }
 
-void frmCat::ApplyClick()
+void frmCatPresenter::ApplyClick()
 {
     if (!Ready())
         return;
-    const Raised cCommand(m_bInCommand);
+    const ScopedFlag cCommand(m_bInCommand);
     if (m_ePane == RulesPane::Category && m_cMainCat && !RulesCat())
     {
         ForgetEdits(RulesPane::Category); // the category has been deleted
@@ -399,7 +399,7 @@ void frmCat::ApplyClick()
     Save(m_ePane);
 }
 
-void frmCat::Save(RulesPane ePane)
+void frmCatPresenter::Save(RulesPane ePane)
 {
     if (ePane == RulesPane::Global)
         SaveGlobal();
@@ -408,7 +408,7 @@ void frmCat::Save(RulesPane ePane)
     m_cView.EnableApply(PaneEdited(m_ePane));
 }
 
-void frmCat::SaveGlobal()
+void frmCatPresenter::SaveGlobal()
 {
     StoreGlobalArtistAndTitle();
     if (const auto lAlbum = Minutes(txtGlobalAlbumSepMins))
@@ -420,7 +420,7 @@ void frmCat::SaveGlobal()
         FillCategoryPane();
 }
 
-void frmCat::StoreGlobalArtistAndTitle()
+void frmCatPresenter::StoreGlobalArtistAndTitle()
 {
     if (const auto lArtist = AbsoluteMinutes(txtArtistSepMins0))
         m_cMod.SetGlobalArtistSepMins(*lArtist);
@@ -428,7 +428,7 @@ void frmCat::StoreGlobalArtistAndTitle()
         m_cMod.SetGlobalTitleSepMins(*lTitle);
 }
 
-void frmCat::SaveCategory()
+void frmCatPresenter::SaveCategory()
 {
     const std::shared_ptr<clsCat> cCat = RulesCat();
     if (!cCat)
@@ -446,13 +446,13 @@ void frmCat::SaveCategory()
 }
 
 // What the user typed into a box; nothing when it was not touched or holds no number of 32 bits.
-std::optional<std::int32_t> frmCat::Minutes(RuleBox eBox) const
+std::optional<std::int32_t> frmCatPresenter::Minutes(RuleBox eBox) const
 {
     const auto dValue = Edited(eBox) ? NumericValue(m_cView.BoxText(eBox)) : std::nullopt;
     return dValue ? ToLong(*dValue) : std::nullopt;
 }
 
-std::optional<std::int32_t> frmCat::AbsoluteMinutes(RuleBox eBox) const
+std::optional<std::int32_t> frmCatPresenter::AbsoluteMinutes(RuleBox eBox) const
 {
     const auto dValue = Edited(eBox) ? NumericValue(m_cView.BoxText(eBox)) : std::nullopt;
     return dValue ? ToLong(std::abs(*dValue)) : std::nullopt;

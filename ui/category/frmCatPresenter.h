@@ -21,13 +21,13 @@ namespace ravlo
 //
 // Which boxes the user has changed is kept per box. Only those are stored, so that a value shown because a
 // category has none of its own does not become its own.
-class frmCat
+class frmCatPresenter
 {
 public:
     // Listens to the selector. Owns none of them.
-    frmCat(frmCatView& cView, CatSelector& cSelector, ModScheduler& cMod);
-    frmCat(const frmCat&) = delete;
-    frmCat& operator=(const frmCat&) = delete;
+    frmCatPresenter(frmCatView& cView, CatSelectorPresenter& cSelector, ModScheduler& cMod);
+    frmCatPresenter(const frmCatPresenter&) = delete;
+    frmCatPresenter& operator=(const frmCatPresenter&) = delete;
 
     // To be called once: shows the window until it is closed. lChosen when OK closed it: the request then has
     // what was chosen, and its cut its new level and categories (unless "ALL" was chosen, which is refused
@@ -83,7 +83,7 @@ private:
     std::vector<std::wstring> NamesForTheCut();
 
     frmCatView& m_cView;
-    CatSelector& m_cSelector;
+    CatSelectorPresenter& m_cSelector;
     ModScheduler& m_cMod;
     std::shared_ptr<clsSchedMan> m_cSchedMan;
     // As they were when they were chosen. The host may have reloaded or deleted them since, so what is stored

@@ -28,69 +28,69 @@ std::int16_t Integer(std::int32_t lValue)
 
 } // namespace
 
-SplitPanel::SplitPanel(SplitPanelView& cView, UserSettings& cUserSettings, std::wstring sHost)
+SplitPanelPresenter::SplitPanelPresenter(SplitPanelView& cView, UserSettings& cUserSettings, std::wstring sHost)
     : m_cView(cView), m_cUserSettings(cUserSettings), m_sHost(std::move(sHost))
 {
 }
 
-void SplitPanel::SetMinPanelSize(std::int32_t lSize)
+void SplitPanelPresenter::SetMinPanelSize(std::int32_t lSize)
 {
     m_settings.iMinPanelSize = Integer(lSize);
     LayOut();
 }
 
-void SplitPanel::SetHorizontal(bool bHorizontal)
+void SplitPanelPresenter::SetHorizontal(bool bHorizontal)
 {
     m_settings.bHorizontal = bHorizontal;
     LayOut();
 }
 
-void SplitPanel::SetSnapToEdge(bool bSnap)
+void SplitPanelPresenter::SetSnapToEdge(bool bSnap)
 {
     m_settings.bSnapToEdge = bSnap;
     LayOut();
 }
 
-void SplitPanel::SetSplitterWidth(std::int32_t lWidth)
+void SplitPanelPresenter::SetSplitterWidth(std::int32_t lWidth)
 {
     m_settings.iSplitterWidth = Integer(lWidth);
     LayOut();
 }
 
-void SplitPanel::SetPosition(std::int32_t lPosition)
+void SplitPanelPresenter::SetPosition(std::int32_t lPosition)
 {
     m_state.lPosition = m_lWanted = lPosition;
     m_bPositioned = true;
     LayOut();
 }
 
-void SplitPanel::SetSnapped(std::int32_t lSnapped)
+void SplitPanelPresenter::SetSnapped(std::int32_t lSnapped)
 {
     m_state.iSnapped = Integer(lSnapped);
     LayOut();
 }
 
-void SplitPanel::SetBackColor(std::uint32_t lColor)
+void SplitPanelPresenter::SetBackColor(std::uint32_t lColor)
 {
     m_lBackColor = lColor;
     if (!m_bDragging)
         m_cView.PaintBar(lColor);
 }
 
-void SplitPanel::SetDragColor(std::uint32_t lColor)
+void SplitPanelPresenter::SetDragColor(std::uint32_t lColor)
 {
     m_lDragColor = lColor;
     if (m_bDragging)
         m_cView.PaintBar(lColor);
 }
 
-void SplitPanel::SetSplitVisible(bool bVisible)
+void SplitPanelPresenter::SetSplitVisible(bool bVisible)
 {
     m_bSplitVisible = bVisible;
     m_cView.ShowBar(bVisible);
 }
 
-void SplitPanel::SetEnabled(bool bEnabled)
+void SplitPanelPresenter::SetEnabled(bool bEnabled)
 {
     m_bEnabled = bEnabled;
     if (!bEnabled)
@@ -99,7 +99,7 @@ void SplitPanel::SetEnabled(bool bEnabled)
     m_cView.Hourglass(!bEnabled);
 }
 
-void SplitPanel::Resize(std::int32_t lWidth, std::int32_t lHeight)
+void SplitPanelPresenter::Resize(std::int32_t lWidth, std::int32_t lHeight)
 {
     m_lWidth = lWidth;
     m_lHeight = lHeight;
@@ -111,13 +111,13 @@ void SplitPanel::Resize(std::int32_t lWidth, std::int32_t lHeight)
     LayOut();
 }
 
-void SplitPanel::GoOutOfView()
+void SplitPanelPresenter::GoOutOfView()
 {
     CancelDrag();
     Remember();
 }
 
-void SplitPanel::LayOut()
+void SplitPanelPresenter::LayOut()
 {
     if (!m_bSized)
         return;
@@ -133,7 +133,7 @@ void SplitPanel::LayOut()
         Change(m_state.lPosition);
 }
 
-void SplitPanel::ButtonDown()
+void SplitPanelPresenter::ButtonDown()
 {
     if (!m_bEnabled || !m_bSized)
         return;
@@ -142,7 +142,7 @@ void SplitPanel::ButtonDown()
     m_cView.PaintBar(m_lDragColor);
 }
 
-void SplitPanel::MouseMove(std::int32_t lPointer)
+void SplitPanelPresenter::MouseMove(std::int32_t lPointer)
 {
     if (!m_bDragging)
         return;
@@ -154,7 +154,7 @@ void SplitPanel::MouseMove(std::int32_t lPointer)
                                             : TwipsRect{lStart, 0, m_settings.iSplitterWidth, m_lHeight});
 }
 
-void SplitPanel::ButtonUp()
+void SplitPanelPresenter::ButtonUp()
 {
     if (!m_bDragging)
         return;
@@ -162,7 +162,7 @@ void SplitPanel::ButtonUp()
     Drop(m_lDragCentre);
 }
 
-void SplitPanel::CancelDrag()
+void SplitPanelPresenter::CancelDrag()
 {
     if (!m_bDragging)
         return;
@@ -170,13 +170,13 @@ void SplitPanel::CancelDrag()
     LayOut();
 }
 
-void SplitPanel::EndDrag()
+void SplitPanelPresenter::EndDrag()
 {
     m_bDragging = false;
     m_cView.PaintBar(m_lBackColor);
 }
 
-void SplitPanel::MoveBy(std::int32_t lDistance)
+void SplitPanelPresenter::MoveBy(std::int32_t lDistance)
 {
     if (!m_bEnabled || !m_bSized || m_bDragging)
         return;
@@ -188,7 +188,7 @@ void SplitPanel::MoveBy(std::int32_t lDistance)
 
 // Off the edge at which a pane has collapsed: one step would end within the snapping distance and collapse
 // the pane again.
-bool SplitPanel::Reopens(std::int32_t lDistance)
+bool SplitPanelPresenter::Reopens(std::int32_t lDistance)
 {
     const bool bNear = m_state.iSnapped == eControl1Collapsed && lDistance > 0;
     const bool bFar = m_state.iSnapped == eControl2Collapsed && lDistance < 0;
@@ -198,16 +198,16 @@ bool SplitPanel::Reopens(std::int32_t lDistance)
     return true;
 }
 
-void SplitPanel::MoveToEdge(bool bFar)
+void SplitPanelPresenter::MoveToEdge(bool bFar)
 {
     if (!m_bEnabled || !m_bSized || m_bDragging)
         return;
     Drop(bFar ? Extent() : 0);
 }
 
-void SplitPanel::Drop(std::int32_t lPosition) { Settle(DropSplit(m_settings, m_state, lPosition, Extent())); }
+void SplitPanelPresenter::Drop(std::int32_t lPosition) { Settle(DropSplit(m_settings, m_state, lPosition, Extent())); }
 
-void SplitPanel::Settle(const SplitState& state)
+void SplitPanelPresenter::Settle(const SplitState& state)
 {
     m_state = state;
     m_lWanted = state.lPosition;
@@ -217,13 +217,13 @@ void SplitPanel::Settle(const SplitState& state)
     m_lWanted = m_state.lPosition; // where it is seen to come to rest
 }
 
-void SplitPanel::Remember() const
+void SplitPanelPresenter::Remember() const
 {
     if (!m_sRegistryID.empty() && m_bSized)
         m_cUserSettings.Set(Application(), sSection, sPositionKey, DecimalText(m_lWanted));
 }
 
-void SplitPanel::Recall()
+void SplitPanelPresenter::Recall()
 {
     if (!m_sRegistryID.empty())
     {

@@ -28,11 +28,11 @@ public:
 // Divides an area between two panes, above each other or side by side, by a bar that can be dragged, moved by
 // keys and dropped near an edge to collapse a pane. Remembers its position in the user's settings.
 // Lengths and positions are in twips.
-class SplitPanel
+class SplitPanelPresenter
 {
 public:
     // sHost: the host application's name, part of the settings' name. Owns neither view nor settings.
-    SplitPanel(SplitPanelView& cView, UserSettings& cUserSettings, std::wstring sHost);
+    SplitPanelPresenter(SplitPanelView& cView, UserSettings& cUserSettings, std::wstring sHost);
 
     // 16-bit properties: error 6 when a value is out of range. Layout properties lay out again.
     std::int16_t MinPanelSize() const noexcept { return m_settings.iMinPanelSize; }

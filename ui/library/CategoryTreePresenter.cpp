@@ -8,13 +8,13 @@
 namespace ravlo
 {
 
-void CategoryTree::Clear()
+void CategoryTreePresenter::Clear()
 {
     m_colNodes.clear();
     m_colByKey.Clear();
 }
 
-void CategoryTree::AddNode(const std::wstring& sParentKey, const std::wstring& sKey,
+void CategoryTreePresenter::AddNode(const std::wstring& sParentKey, const std::wstring& sKey,
                            const std::wstring& sText, const wchar_t*)
 {
     const Node lNode = m_colNodes.size();
@@ -30,7 +30,7 @@ void CategoryTree::AddNode(const std::wstring& sParentKey, const std::wstring& s
         Insert(m_colNodes[*lParent], lNode);
 }
 
-void CategoryTree::Insert(Entry& parent, Node lNode)
+void CategoryTreePresenter::Insert(Entry& parent, Node lNode)
 {
     std::vector<Node>& colChildren = parent.colChildren;
     const auto before = [this](Node lLeft, Node lRight)
@@ -41,19 +41,19 @@ void CategoryTree::Insert(Entry& parent, Node lNode)
                        lNode);
 }
 
-void CategoryTree::SetSorted()
+void CategoryTreePresenter::SetSorted()
 {
     if (!m_colNodes.empty())
         m_colNodes.back().bSorted = true;
 }
 
-void CategoryTree::ExpandFirst()
+void CategoryTreePresenter::ExpandFirst()
 {
     if (!m_colNodes.empty())
         m_colNodes.front().bExpanded = true;
 }
 
-void CategoryTree::ShowAsOpen(const std::wstring& sKey)
+void CategoryTreePresenter::ShowAsOpen(const std::wstring& sKey)
 {
     for (Entry& entry : m_colNodes)
         entry.bOpen = false;
@@ -65,13 +65,13 @@ void CategoryTree::ShowAsOpen(const std::wstring& sKey)
         m_colNodes[*lParent].bOpen = true;
 }
 
-std::optional<CategoryTree::Node> CategoryTree::Find(const std::wstring& sKey) const
+std::optional<CategoryTreePresenter::Node> CategoryTreePresenter::Find(const std::wstring& sKey) const
 {
     const Node* pNode = m_colByKey.Find(sKey);
     return pNode ? std::optional<Node>(*pNode) : std::nullopt;
 }
 
-bool CategoryTree::HasSameNodes(const CategoryTree& cOther) const
+bool CategoryTreePresenter::HasSameNodes(const CategoryTreePresenter& cOther) const
 {
     return Count() == cOther.Count() &&
            std::all_of(m_colNodes.begin(), m_colNodes.end(),
@@ -82,7 +82,7 @@ bool CategoryTree::HasSameNodes(const CategoryTree& cOther) const
                        });
 }
 
-std::vector<CategoryTree::Node> CategoryTree::Check(Node lNode, bool bCheck)
+std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Check(Node lNode, bool bCheck)
 {
     std::vector<Node> colNodes;
     if (IsRoot(lNode))
@@ -100,14 +100,14 @@ std::vector<CategoryTree::Node> CategoryTree::Check(Node lNode, bool bCheck)
     return colNodes;
 }
 
-void CategoryTree::InvertChecks()
+void CategoryTreePresenter::InvertChecks()
 {
     for (Entry& entry : m_colNodes)
         entry.bChecked = !entry.bChecked;
 }
 
 // In the order in which they are shown, those below collapsed nodes only when asked for.
-std::vector<CategoryTree::Node> CategoryTree::InOrder(bool bCollapsedToo) const
+std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::InOrder(bool bCollapsedToo) const
 {
     std::vector<Node> colOrdered;
     std::vector<Node> colToVisit; // the next one is at the back
@@ -125,16 +125,16 @@ std::vector<CategoryTree::Node> CategoryTree::InOrder(bool bCollapsedToo) const
     return colOrdered;
 }
 
-std::vector<CategoryTree::Node> CategoryTree::Checked() const
+std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Checked() const
 {
     std::vector<Node> colChecked = InOrder(true);
     std::erase_if(colChecked, [this](Node lNode) { return IsRoot(lNode) || !m_colNodes[lNode].bChecked; });
     return colChecked;
 }
 
-std::vector<CategoryTree::Node> CategoryTree::Visible() const { return InOrder(false); }
+std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Visible() const { return InOrder(false); }
 
-std::optional<CategoryTree::Node> CategoryTree::FindText(const std::wstring& sBeginning, Node lFrom,
+std::optional<CategoryTreePresenter::Node> CategoryTreePresenter::FindText(const std::wstring& sBeginning, Node lFrom,
                                                          bool bBehind) const
 {
     std::vector<Node> colVisible = Visible();
@@ -151,12 +151,12 @@ std::optional<CategoryTree::Node> CategoryTree::FindText(const std::wstring& sBe
     return found == colVisible.end() ? std::nullopt : std::optional(*found);
 }
 
-void CategoryTree::SetExpanded(Node lNode, bool bExpanded)
+void CategoryTreePresenter::SetExpanded(Node lNode, bool bExpanded)
 {
     m_colNodes[lNode].bExpanded = bExpanded || IsRoot(lNode);
 }
 
-std::vector<std::wstring> CategoryTree::ExpandedKeys() const
+std::vector<std::wstring> CategoryTreePresenter::ExpandedKeys() const
 {
     std::vector<std::wstring> colKeys;
     for (const Entry& entry : m_colNodes) // parents are made before their children

@@ -15,7 +15,7 @@ namespace ravlo
 // The category tree as values: nodes, their order, which are ticked, expanded and shown as open. A node is
 // named by its number, from 0, in the order of making; numbers hold until the next Clear. The first node is
 // the root, which is always expanded.
-class CategoryTree final : public TreeTarget, public TreeImages
+class CategoryTreePresenter final : public TreeTarget, public TreeImages
 {
 public:
     using Node = std::size_t;
@@ -46,7 +46,7 @@ public:
     // By key without regard to case.
     std::optional<Node> Find(const std::wstring& sKey) const;
     // Whether the nodes' keys and texts are those of another tree, in any order.
-    bool HasSameNodes(const CategoryTree& cOther) const;
+    bool HasSameNodes(const CategoryTreePresenter& cOther) const;
     static bool IsRoot(Node lNode) noexcept { return lNode == 0; }
 
     // Ticks or unticks a node and what follows it: everything for the root, its levels for a main category.
@@ -84,13 +84,13 @@ class CategoryTreeView
 public:
     virtual ~CategoryTreeView() = default;
     // Shows the tree anew as a whole, ticks and expansion included; no node is selected afterwards.
-    virtual void ShowTree(const CategoryTree& cTree) = 0;
-    virtual void ShowChecks(const CategoryTree& cTree, const std::vector<CategoryTree::Node>& colNodes) = 0;
+    virtual void ShowTree(const CategoryTreePresenter& cTree) = 0;
+    virtual void ShowChecks(const CategoryTreePresenter& cTree, const std::vector<CategoryTreePresenter::Node>& colNodes) = 0;
     virtual void ShowImages() = 0; // the open and closed ones have changed
-    virtual void Expand(CategoryTree::Node lNode) = 0;
-    virtual void Select(CategoryTree::Node lNode) = 0; // and brings it into view
-    virtual void BringIntoView(CategoryTree::Node lNode) = 0;
-    virtual std::optional<CategoryTree::Node> Selected() const = 0;
+    virtual void Expand(CategoryTreePresenter::Node lNode) = 0;
+    virtual void Select(CategoryTreePresenter::Node lNode) = 0; // and brings it into view
+    virtual void BringIntoView(CategoryTreePresenter::Node lNode) = 0;
+    virtual std::optional<CategoryTreePresenter::Node> Selected() const = 0;
 };
 
 } // namespace ravlo

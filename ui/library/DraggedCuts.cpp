@@ -10,7 +10,7 @@
 namespace ravlo
 {
 
-DraggedCuts TakeDragged(const clsSchedLibGrid& cGrid)
+DraggedCuts TakeDragged(const clsSchedLibGridPresenter& cGrid)
 {
     DraggedCuts dragged;
     for (const std::size_t lRow : cGrid.SelectedRows())
@@ -51,7 +51,7 @@ PresentCuts PresentOf(const clsSchedMan& cSchedMan, const DraggedCuts& dragged)
     ForEachPlace(colMainCats.get(), colMoved,
                  [&](const std::shared_ptr<clsCat>& cLevel, const TextKey& cKey)
                  {
-                     if (!Lists(present.colFrom, cLevel))
+                     if (!Contains(present.colFrom, cLevel))
                          present.colFrom.push_back(cLevel);
                      colLeft.erase(cKey);
                  });

@@ -19,7 +19,7 @@ struct DraggedCuts
     std::vector<std::wstring> colFromKeys; // of the levels' nodes
 };
 // The cuts of the selected rows.
-DraggedCuts TakeDragged(const clsSchedLibGrid& cGrid);
+DraggedCuts TakeDragged(const clsSchedLibGridPresenter& cGrid);
 
 // What is left of them at present: cuts the database still has, and the levels to take them out of. Those are
 // the levels they were dragged from, as far as these still hold them; a cut that none of them holds any more

@@ -171,7 +171,7 @@ private:
         if (m_cProgress)
             m_cProgress->ProgressEnd(sFirst, sSecond);
     }
-    std::uint32_t Ticks() const { return m_cMod.Outside().cClock.TickCount(); }
+    std::uint32_t Ticks() const { return m_cMod.Ports().cClock.TickCount(); }
 
     clsSchedMan& m_cSchedMan;
     ModScheduler& m_cMod;

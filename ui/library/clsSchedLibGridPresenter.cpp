@@ -75,40 +75,40 @@ bool AreConsecutive(const std::vector<std::size_t>& colRows)
 
 // ---- columns ----
 
-void clsSchedLibGrid::TakeGrid()
+void clsSchedLibGridPresenter::TakeGrid()
 {
     m_cView.SetRedraw(false);
     EnsureColumns(*this);
     m_cView.SetRedraw(true);
     m_cView.ShowLayout(
-        ColumnLayout(m_cMod.Outside().cUserSettings.Get(sProgramTitle, sSection, sLayoutKey, L"")));
+        ColumnLayout(m_cMod.Ports().cUserSettings.Get(sProgramTitle, sSection, sLayoutKey, L"")));
 }
 
-void clsSchedLibGrid::LetGoOfGrid()
+void clsSchedLibGridPresenter::LetGoOfGrid()
 {
-    m_cMod.Outside().cUserSettings.Set(sProgramTitle, sSection, sLayoutKey, m_cView.Layout().Text());
+    m_cMod.Ports().cUserSettings.Set(sProgramTitle, sSection, sLayoutKey, m_cView.Layout().Text());
 }
 
 // ---- rows ----
 
-std::shared_ptr<DataBase> clsSchedLibGrid::DataBase() const
+std::shared_ptr<DataBase> clsSchedLibGridPresenter::DataBase() const
 {
     const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
     return cSchedMan ? cSchedMan->DataBase() : nullptr;
 }
 
-void clsSchedLibGrid::TakeRows(ListedCuts listed)
+void clsSchedLibGridPresenter::TakeRows(ListedCuts listed)
 {
     m_listed = std::move(listed);
     m_cView.SetRowCount(RowCount());
 }
 
-TextKey clsSchedLibGrid::KeyAt(std::size_t lRow) const
+TextKey clsSchedLibGridPresenter::KeyAt(std::size_t lRow) const
 {
     return m_listed.colKeys.empty() ? CutAt(lRow)->Key() : m_listed.colKeys[lRow];
 }
 
-std::shared_ptr<clsCat> clsSchedLibGrid::LevelAt(std::size_t lRow) const
+std::shared_ptr<clsCat> clsSchedLibGridPresenter::LevelAt(std::size_t lRow) const
 {
     const auto run =
         std::upper_bound(m_listed.colRuns.begin(), m_listed.colRuns.end(), lRow,
@@ -116,7 +116,7 @@ std::shared_ptr<clsCat> clsSchedLibGrid::LevelAt(std::size_t lRow) const
     return run == m_listed.colRuns.end() ? nullptr : run->cLevel;
 }
 
-std::wstring clsSchedLibGrid::CellText(std::size_t lRow, std::size_t lColumn) const
+std::wstring clsSchedLibGridPresenter::CellText(std::size_t lRow, std::size_t lColumn) const
 {
     if (lRow >= RowCount())
         return {};
@@ -132,7 +132,7 @@ std::wstring clsSchedLibGrid::CellText(std::size_t lRow, std::size_t lColumn) co
     }
 }
 
-std::optional<std::size_t> clsSchedLibGrid::FindRow(const std::wstring& sBeginning, std::size_t lStart) const
+std::optional<std::size_t> clsSchedLibGridPresenter::FindRow(const std::wstring& sBeginning, std::size_t lStart) const
 {
     for (const std::size_t lColumn : {eColArtist, eColTitle})
         for (std::size_t lStep = 0; lStep < RowCount(); ++lStep)
@@ -146,13 +146,13 @@ std::optional<std::size_t> clsSchedLibGrid::FindRow(const std::wstring& sBeginni
 
 // ---- selection ----
 
-std::int32_t clsSchedLibGrid::CurrentRow() const
+std::int32_t clsSchedLibGridPresenter::CurrentRow() const
 {
     const std::optional<std::size_t> lRow = m_cView.CurrentRow();
     return lRow ? static_cast<std::int32_t>(*lRow + 1) : 0;
 }
 
-Cuts clsSchedLibGrid::colSelCuts() const
+Cuts clsSchedLibGridPresenter::colSelCuts() const
 {
     Cuts colCuts;
     for (const std::size_t lRow : SelectedRows())
@@ -160,7 +160,7 @@ Cuts clsSchedLibGrid::colSelCuts() const
     return colCuts;
 }
 
-void clsSchedLibGrid::InvertSelection()
+void clsSchedLibGridPresenter::InvertSelection()
 {
     std::vector<bool> bSelected(RowCount(), true);
     for (const std::size_t lRow : SelectedRows())
@@ -168,13 +168,13 @@ void clsSchedLibGrid::InvertSelection()
     m_cView.SetSelection(bSelected);
 }
 
-Cats clsSchedLibGrid::colSubCatsDraggedFrom() const
+Cats clsSchedLibGridPresenter::colSubCatsDraggedFrom() const
 {
     Cats colFrom;
     KeySet colNowhere; // as far as the levels looked at tell
     const auto Add = [&](const std::shared_ptr<clsCat>& cLevel)
     {
-        if (!Lists(colFrom, cLevel))
+        if (!Contains(colFrom, cLevel))
             colFrom.push_back(cLevel);
     };
     for (const std::size_t lRow : SelectedRows())
@@ -200,13 +200,13 @@ Cats clsSchedLibGrid::colSubCatsDraggedFrom() const
 
 // ---- the place on the screen ----
 
-clsSchedLibGrid::RowOfCut clsSchedLibGrid::RowOf(std::size_t lRow) const
+clsSchedLibGridPresenter::RowOfCut clsSchedLibGridPresenter::RowOf(std::size_t lRow) const
 {
     const std::shared_ptr<clsCat> cLevel = LevelAt(lRow);
     return {CutAt(lRow), cLevel ? cLevel->CatLevel() : 0, lRow};
 }
 
-clsSchedLibGrid::Place clsSchedLibGrid::CurrentPlace() const
+clsSchedLibGridPresenter::Place clsSchedLibGridPresenter::CurrentPlace() const
 {
     Place place;
     for (const std::size_t lRow : SelectedRows())
@@ -225,7 +225,7 @@ clsSchedLibGrid::Place clsSchedLibGrid::CurrentPlace() const
 
 // Where the rows are now: first by the cut's object, which asks no cut for anything, the others by key.
 std::vector<std::optional<std::size_t>>
-clsSchedLibGrid::FindRows(const std::vector<RowOfCut>& colWanted) const
+clsSchedLibGridPresenter::FindRows(const std::vector<RowOfCut>& colWanted) const
 {
     std::vector<std::optional<std::size_t>> colFound(colWanted.size());
     std::unordered_multimap<const Cut*, std::size_t> colByObject;
@@ -266,7 +266,7 @@ clsSchedLibGrid::FindRows(const std::vector<RowOfCut>& colWanted) const
     return colFound;
 }
 
-void clsSchedLibGrid::ReturnTo(const Place& place)
+void clsSchedLibGridPresenter::ReturnTo(const Place& place)
 {
     if (RowCount() == 0 || (place.colSelected.empty() && !place.current && place.bAtTop))
         return;
@@ -294,7 +294,7 @@ void clsSchedLibGrid::ReturnTo(const Place& place)
 
 // ---- re-ordering ----
 
-void clsSchedLibGrid::Drop(const std::wstring& sPayload, std::optional<std::size_t> lRow)
+void clsSchedLibGridPresenter::Drop(const std::wstring& sPayload, std::optional<std::size_t> lRow)
 {
     if (sPayload != sGridPayload)
         return RefuseSource();
@@ -303,12 +303,12 @@ void clsSchedLibGrid::Drop(const std::wstring& sPayload, std::optional<std::size
         MoveRows(colRows, lRow);
 }
 
-void clsSchedLibGrid::RefuseSource() const
+void clsSchedLibGridPresenter::RefuseSource() const
 {
     m_cMod.Box(BoxIcon::None, BoxButtons::Ok, L"Scheduler Grid", L"Unrecognized Source for dragdrop!");
 }
 
-void clsSchedLibGrid::MoveSelected(std::ptrdiff_t lSteps)
+void clsSchedLibGridPresenter::MoveSelected(std::ptrdiff_t lSteps)
 {
     const std::vector<std::size_t> colRows = SelectedRows();
     if (colRows.empty() || !MayReorder(colRows))
@@ -323,7 +323,7 @@ void clsSchedLibGrid::MoveSelected(std::ptrdiff_t lSteps)
                                                   : std::nullopt);
 }
 
-bool clsSchedLibGrid::MayReorder(const std::vector<std::size_t>& colRows) const
+bool clsSchedLibGridPresenter::MayReorder(const std::vector<std::size_t>& colRows) const
 {
     if (m_bBanOLEDrop)
     {
@@ -348,13 +348,13 @@ bool clsSchedLibGrid::MayReorder(const std::vector<std::size_t>& colRows) const
     return !colRows.empty();
 }
 
-bool clsSchedLibGrid::StartDrag()
+bool clsSchedLibGridPresenter::StartDrag()
 {
     m_colDragged = SelectedRows();
     return !m_colDragged.empty();
 }
 
-bool clsSchedLibGrid::DropWouldMove(std::optional<std::size_t> lRow) const
+bool clsSchedLibGridPresenter::DropWouldMove(std::optional<std::size_t> lRow) const
 {
     if (m_bBanOLEDrop || m_colDragged.empty() || !AreConsecutive(m_colDragged))
         return false;
@@ -362,7 +362,7 @@ bool clsSchedLibGrid::DropWouldMove(std::optional<std::size_t> lRow) const
     return lInto < m_colDragged.front() || lInto > m_colDragged.back() + 1;
 }
 
-void clsSchedLibGrid::MoveRows(const std::vector<std::size_t>& colRows, std::optional<std::size_t> lRow)
+void clsSchedLibGridPresenter::MoveRows(const std::vector<std::size_t>& colRows, std::optional<std::size_t> lRow)
 {
     const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
     if (!cSchedMan)
@@ -382,7 +382,7 @@ void clsSchedLibGrid::MoveRows(const std::vector<std::size_t>& colRows, std::opt
 
 // The rotation may have moved cuts since the rows were listed: what counts is where the cut of the row stands
 // at present.
-std::int32_t clsSchedLibGrid::PositionInto(std::optional<std::size_t> lRow) const
+std::int32_t clsSchedLibGridPresenter::PositionInto(std::optional<std::size_t> lRow) const
 {
     const CutCollection& colSchedCuts = *m_cCurrentCat->SchedCuts();
     const std::size_t lEnd = colSchedCuts.Count() + 1;
@@ -394,7 +394,7 @@ std::int32_t clsSchedLibGrid::PositionInto(std::optional<std::size_t> lRow) cons
 
 // ---- removal ----
 
-void clsSchedLibGrid::RemoveSelectedFromCategory()
+void clsSchedLibGridPresenter::RemoveSelectedFromCategory()
 {
     const std::vector<std::size_t> colRows = SelectedRows();
     if (colRows.empty())

@@ -22,11 +22,11 @@ inline constexpr const wchar_t* sGridPayload = L"Scheduler Grid";
 // The library window's grid: its columns and their persistence, its rows, the selection commands and
 // re-ordering by drag and drop. A row is a shared cut reference of the moment the node was shown; its texts
 // are asked of the cut when they are painted.
-class clsSchedLibGrid final : public CutGrid
+class clsSchedLibGridPresenter final : public CutGrid
 {
 public:
     // Owns neither view nor module.
-    clsSchedLibGrid(SchedLibGridView& cView, ModScheduler& cMod) : m_cView(cView), m_cMod(cMod) {}
+    clsSchedLibGridPresenter(clsSchedLibGridView& cView, ModScheduler& cMod) : m_cView(cView), m_cMod(cMod) {}
 
     // Raised before and after a drop inside the grid, and for the Delete key with the rows selected.
     std::function<void()> OLEDragDropOperationStarted;
@@ -125,7 +125,7 @@ private:
     RowOfCut RowOf(std::size_t lRow) const;
     std::vector<std::optional<std::size_t>> FindRows(const std::vector<RowOfCut>& colWanted) const;
 
-    SchedLibGridView& m_cView;
+    clsSchedLibGridView& m_cView;
     ModScheduler& m_cMod;
     std::weak_ptr<clsSchedMan> m_cSchedMan;
     std::shared_ptr<clsCat> m_cCurrentCat;

@@ -13,10 +13,10 @@ namespace ravlo
 
 // The cut grid on the screen: a list without rows of its own, which asks for texts when it paints. Rows count
 // from 0. Nothing it does when told is reported back.
-class SchedLibGridView
+class clsSchedLibGridView
 {
 public:
-    virtual ~SchedLibGridView() = default;
+    virtual ~clsSchedLibGridView() = default;
     virtual void SetRedraw(bool bRedraw) = 0;
     virtual std::size_t ColCount() const = 0;
     virtual void AddCol(const std::wstring& sHeader) = 0;

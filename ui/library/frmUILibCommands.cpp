@@ -79,14 +79,14 @@ const wchar_t* HandlerOf(LibraryCommand eCommand)
 
 // ---- commands ----
 
-void frmUILib::Do(LibraryCommand eCommand)
+void frmUILibPresenter::Do(LibraryCommand eCommand)
 {
     if (eCommand == LibraryCommand::mnuExit)
         return RequestClose();
     Handle(HandlerOf(eCommand), [&](clsSchedMan& cSchedMan) { Run(eCommand, cSchedMan); });
 }
 
-void frmUILib::Run(LibraryCommand eCommand, clsSchedMan& cSchedMan)
+void frmUILibPresenter::Run(LibraryCommand eCommand, clsSchedMan& cSchedMan)
 {
     using enum LibraryCommand;
     switch (eCommand)
@@ -124,7 +124,7 @@ void frmUILib::Run(LibraryCommand eCommand, clsSchedMan& cSchedMan)
     }
 }
 
-void frmUILib::ShowCategoryWindow(clsSchedMan& cSchedMan)
+void frmUILibPresenter::ShowCategoryWindow(clsSchedMan& cSchedMan)
 {
     CategoryRequest request;
     request.sCaption = L"Category Selector";
@@ -133,26 +133,26 @@ void frmUILib::ShowCategoryWindow(clsSchedMan& cSchedMan)
         ShowChanges(cSchedMan);
 }
 
-void frmUILib::NewCategory(clsSchedMan& cSchedMan)
+void frmUILibPresenter::NewCategory(clsSchedMan& cSchedMan)
 {
     std::wstring sName;
     if (!cSchedMan.CreateMainCat(sName))
         return;
     ShowChanges(cSchedMan);
-    if (const std::optional<CategoryTree::Node> lNew = m_cTree.Find(CategoryKey(sName, 0)))
+    if (const std::optional<CategoryTreePresenter::Node> lNew = m_cTree.Find(CategoryKey(sName, 0)))
         m_cTreeView.BringIntoView(*lNew);
 }
 
-void frmUILib::NewLevel(clsSchedMan& cSchedMan)
+void frmUILibPresenter::NewLevel(clsSchedMan& cSchedMan)
 {
-    const std::optional<CategoryTree::Node> lNode = m_cTreeView.Selected();
+    const std::optional<CategoryTreePresenter::Node> lNode = m_cTreeView.Selected();
     if (!lNode)
     {
         m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"Nothing Selected",
                    L"First Select a category in the tree under which to create the new Category Level");
         return;
     }
-    if (CategoryTree::IsRoot(*lNode))
+    if (CategoryTreePresenter::IsRoot(*lNode))
     {
         m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"Choose Another Category In The Tree",
                    L"'ALL AUDIO' is not a valid category selection for this operation");
@@ -166,7 +166,7 @@ void frmUILib::NewLevel(clsSchedMan& cSchedMan)
     ShowNewLevel(sMainKey, colBefore);
 }
 
-void frmUILib::Shuffle(clsSchedMan& cSchedMan)
+void frmUILibPresenter::Shuffle(clsSchedMan& cSchedMan)
 {
     const Cats colCats = CheckedCats(cSchedMan);
     if (colCats.empty())
@@ -184,7 +184,7 @@ void frmUILib::Shuffle(clsSchedMan& cSchedMan)
     ShowAgain(cSchedMan);
 }
 
-void frmUILib::Delete(clsSchedMan& cSchedMan)
+void frmUILibPresenter::Delete(clsSchedMan& cSchedMan)
 {
     const Cats colCats = CheckedCats(cSchedMan);
     if (colCats.empty())

@@ -20,13 +20,13 @@ constexpr std::int32_t lEditCancelled = 2;
 
 // ---- the grid's keys and clicks ----
 
-void frmUILib::CellDblClick(std::size_t lRow, std::size_t lCol)
+void frmUILibPresenter::CellDblClick(std::size_t lRow, std::size_t lCol)
 {
     if (lRow >= 1 && lCol >= 1 && lRow <= m_cGrid.RowCount())
         Handle(L"iGridLib_CellDblClick", [&](clsSchedMan& cSchedMan) { Edit(cSchedMan, lRow - 1); });
 }
 
-void frmUILib::Edit(clsSchedMan& cSchedMan, std::size_t lRow)
+void frmUILibPresenter::Edit(clsSchedMan& cSchedMan, std::size_t lRow)
 {
     const std::shared_ptr<DataBase> cDataBase = cSchedMan.DataBase();
     const std::shared_ptr<Cut> cCut = cDataBase ? cDataBase->CutByKey(m_cGrid.KeyAt(lRow)) : nullptr;
@@ -35,12 +35,12 @@ void frmUILib::Edit(clsSchedMan& cSchedMan, std::size_t lRow)
         ShowAgain(cSchedMan);
 }
 
-void frmUILib::GridDelete()
+void frmUILibPresenter::GridDelete()
 {
     Handle(L"iGridLib_KeyDown", [this](clsSchedMan&) { m_cGrid.RemoveSelectedFromCategory(); });
 }
 
-void frmUILib::Remove(clsSchedMan& cSchedMan, const std::vector<std::size_t>& colRows)
+void frmUILibPresenter::Remove(clsSchedMan& cSchedMan, const std::vector<std::size_t>& colRows)
 {
     const bool bFromAll = !m_cGrid.CurrentCatViewing();
     if (bFromAll && m_cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"Are You Sure?",
@@ -64,7 +64,7 @@ void frmUILib::Remove(clsSchedMan& cSchedMan, const std::vector<std::size_t>& co
 
 // What the rows' cuts are to be taken out of, in the tree as it is now: the levels listed may be those of an
 // earlier population, and in ALL AUDIO a cut leaves every level that holds it.
-std::vector<CutRemoval> frmUILib::RemovalsOf(const clsSchedMan& cSchedMan,
+std::vector<CutRemoval> frmUILibPresenter::RemovalsOf(const clsSchedMan& cSchedMan,
                                              const std::vector<std::size_t>& colRows, bool bFromAll) const
 {
     std::vector<CutRemoval> colRemovals;
@@ -96,14 +96,14 @@ std::vector<CutRemoval> frmUILib::RemovalsOf(const clsSchedMan& cSchedMan,
     return colRemovals;
 }
 
-void frmUILib::MoveSelected(bool bUp)
+void frmUILibPresenter::MoveSelected(bool bUp)
 {
     if (m_lWorking > 0 && !m_bMovingByKeys)
         return;
     m_lSteps += bUp ? -1 : 1;
     if (m_bMovingByKeys)
         return;
-    const Raised cMoving(m_bMovingByKeys);
+    const ScopedFlag cMoving(m_bMovingByKeys);
     HandleDrop(
         [&](clsSchedMan& cSchedMan)
         {
@@ -113,7 +113,7 @@ void frmUILib::MoveSelected(bool bUp)
     m_lSteps = 0;
 }
 
-void frmUILib::CopySelection()
+void frmUILibPresenter::CopySelection()
 {
     HandleDrop(
         [this](clsSchedMan&)
@@ -123,12 +123,12 @@ void frmUILib::CopySelection()
         });
 }
 
-void frmUILib::Paste()
+void frmUILibPresenter::Paste()
 {
     HandleDrop(
         [this](clsSchedMan& cSchedMan)
         {
-            const std::optional<CategoryTree::Node> lNode = m_cTreeView.Selected();
+            const std::optional<CategoryTreePresenter::Node> lNode = m_cTreeView.Selected();
             if (lNode && !m_copied.colKeys.empty())
                 DropOnNode(cSchedMan, std::wstring(m_cTree.At(*lNode).sKey), m_copied);
         });
@@ -136,7 +136,7 @@ void frmUILib::Paste()
 
 // ---- drag and drop ----
 
-bool frmUILib::DragStarted()
+bool frmUILibPresenter::DragStarted()
 {
     if (m_lWorking > 0 || !m_cGrid.StartDrag())
         return false;
@@ -145,7 +145,7 @@ bool frmUILib::DragStarted()
 }
 
 // The drop comes before what was put off during the drag: the rows are still those that were dragged.
-void frmUILib::DragCompleted(const std::optional<Drop>& drop)
+void frmUILibPresenter::DragCompleted(const std::optional<Drop>& drop)
 {
     const std::unique_ptr<Working> cDrag = std::move(m_cDrag);
     m_cGrid.EndDrag();
@@ -153,13 +153,13 @@ void frmUILib::DragCompleted(const std::optional<Drop>& drop)
         RunDrop([&](clsSchedMan& cSchedMan) { Perform(cSchedMan, *drop); });
 }
 
-void frmUILib::Dropped(const Drop& drop)
+void frmUILibPresenter::Dropped(const Drop& drop)
 {
     if (!drop.bOnTree || !drop.sNodeKey.empty())
         HandleDrop([this](clsSchedMan&) { m_cGrid.RefuseSource(); });
 }
 
-void frmUILib::Perform(clsSchedMan& cSchedMan, const Drop& drop)
+void frmUILibPresenter::Perform(clsSchedMan& cSchedMan, const Drop& drop)
 {
     if (!drop.bOnTree)
         return DropOnGrid(cSchedMan, [&] { m_cGrid.Drop(drop.sPayload, drop.lRow); });
@@ -169,9 +169,9 @@ void frmUILib::Perform(clsSchedMan& cSchedMan, const Drop& drop)
         DropOnNode(cSchedMan, drop.sNodeKey, *dragged);
 }
 
-// Re-orders what is shown, as it is now: nothing may be filed into a level that has been deleted or reloaded
+// Re-orders what is shown, as it is now: nothing may be placed into a level that has been deleted or reloaded
 // since.
-void frmUILib::DropOnGrid(clsSchedMan& cSchedMan, const std::function<void()>& reorder)
+void frmUILibPresenter::DropOnGrid(clsSchedMan& cSchedMan, const std::function<void()>& reorder)
 {
     if (m_cGrid.CurrentCatViewing())
     {
@@ -183,7 +183,7 @@ void frmUILib::DropOnGrid(clsSchedMan& cSchedMan, const std::function<void()>& r
     reorder();
 }
 
-std::optional<DraggedCuts> frmUILib::TakeDraggedCuts()
+std::optional<DraggedCuts> frmUILibPresenter::TakeDraggedCuts()
 {
     try
     {
@@ -196,7 +196,7 @@ std::optional<DraggedCuts> frmUILib::TakeDraggedCuts()
     }
 }
 
-void frmUILib::DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, const DraggedCuts& dragged)
+void frmUILibPresenter::DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, const DraggedCuts& dragged)
 {
     if (ParseNodeKey(sKey).bAllAudio)
     {
@@ -229,7 +229,7 @@ void frmUILib::DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, cons
     ShowNewLevel(sMainKey, colBefore);
 }
 
-std::optional<frmUILib::Target> frmUILib::ChooseTarget(const clsSchedMan& cSchedMan, const std::wstring& sKey)
+std::optional<frmUILibPresenter::Target> frmUILibPresenter::ChooseTarget(const clsSchedMan& cSchedMan, const std::wstring& sKey)
 {
     const std::shared_ptr<clsCat> cCat = CatOf(cSchedMan, sKey);
     if (!cCat)
@@ -250,7 +250,7 @@ std::optional<frmUILib::Target> frmUILib::ChooseTarget(const clsSchedMan& cSched
     return *lItem == 0 ? Target{cCat, 0, sName} : LevelTarget(colLevels[*lItem - 1]);
 }
 
-eCatDragOptions frmUILib::ChooseOption(const std::wstring& sTarget)
+eCatDragOptions frmUILibPresenter::ChooseOption(const std::wstring& sTarget)
 {
     struct Item
     {
@@ -270,7 +270,7 @@ eCatDragOptions frmUILib::ChooseOption(const std::wstring& sTarget)
     return lItem && *lItem < std::size(mnuCatChooseDrop) ? mnuCatChooseDrop[*lItem].eOption : eCancel;
 }
 
-bool frmUILib::MayCopy(const PresentCuts& present, const Target& target) const
+bool frmUILibPresenter::MayCopy(const PresentCuts& present, const Target& target) const
 {
     if (MayCopyInto(target.lLevel, present))
         return true;

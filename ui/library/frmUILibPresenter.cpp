@@ -13,7 +13,7 @@
 namespace ravlo
 {
 
-frmUILib::frmUILib(frmUILibView& cView, CategoryTreeView& cTreeView, SchedLibGridView& cGridView,
+frmUILibPresenter::frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTreeView, clsSchedLibGridView& cGridView,
                    ModScheduler& cMod)
     : m_cView(cView), m_cTreeView(cTreeView), m_cMod(cMod), m_cGrid(cGridView, cMod)
 {
@@ -31,13 +31,13 @@ frmUILib::frmUILib(frmUILibView& cView, CategoryTreeView& cTreeView, SchedLibGri
     };
 }
 
-frmUILib::~frmUILib()
+frmUILibPresenter::~frmUILibPresenter()
 {
     if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock())
         cSchedMan->SetProgressFollower(nullptr);
 }
 
-void frmUILib::SetSchedMan(const std::shared_ptr<clsSchedMan>& cSchedMan)
+void frmUILibPresenter::SetSchedMan(const std::shared_ptr<clsSchedMan>& cSchedMan)
 {
     if (const std::shared_ptr<clsSchedMan> cBefore = m_cSchedMan.lock())
         cBefore->SetProgressFollower(nullptr);
@@ -51,7 +51,7 @@ void frmUILib::SetSchedMan(const std::shared_ptr<clsSchedMan>& cSchedMan)
 
 // Disabling and enabling let waiting messages run, in which anything may happen. In a window that was never
 // shown there is nothing to disable, and whoever had it filled expects no messages.
-void frmUILib::SetBusy(bool bBusy) noexcept
+void frmUILibPresenter::SetBusy(bool bBusy) noexcept
 {
     if (!m_bShown)
         return;
@@ -69,7 +69,7 @@ void frmUILib::SetBusy(bool bBusy) noexcept
 // What was put off while something ran. Called while the last Working still counts, so that what comes
 // meanwhile is put off in its turn instead of nesting. News that come while news are shown wait for the
 // user's turn, or a database that keeps talking would never let him in. A window that is to close shows none.
-void frmUILib::Settle() noexcept
+void frmUILibPresenter::Settle() noexcept
 {
     if (!m_bCloseOwed && std::exchange(m_bRefreshOwed, false))
         Try(L"frmUILib.RefreshAll",
@@ -86,7 +86,7 @@ void frmUILib::Settle() noexcept
 
 // ---- opening, loading, closing ----
 
-void frmUILib::ShowModalUI()
+void frmUILibPresenter::ShowModalUI()
 {
     if (m_bShowing)
         return m_cView.BringToFront();
@@ -97,14 +97,14 @@ void frmUILib::ShowModalUI()
                    L"Scheduler Library needs a scheduler manager!");
         return;
     }
-    const Raised cShowing(m_bShowing);
+    const ScopedFlag cShowing(m_bShowing);
     m_bShown = true;
     m_bCloseOwed = false;
     Try(L"frmUILib.Form_Load", [&] { Load(*cSchedMan); });
     m_cView.ShowModal();
 }
 
-void frmUILib::Load(clsSchedMan& cSchedMan)
+void frmUILibPresenter::Load(clsSchedMan& cSchedMan)
 {
     const Busy cBusy(*this);
     Populate(cSchedMan);
@@ -114,7 +114,7 @@ void frmUILib::Load(clsSchedMan& cSchedMan)
     ShowItems(cSchedMan);
 }
 
-void frmUILib::ReloadAll()
+void frmUILibPresenter::ReloadAll()
 {
     const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock();
     if (m_lWorking > 0)
@@ -131,7 +131,7 @@ void frmUILib::ReloadAll()
         }
 }
 
-void frmUILib::RequestRefresh()
+void frmUILibPresenter::RequestRefresh()
 {
     if (m_lWorking > 0)
         m_bRefreshOwed = true;
@@ -139,7 +139,7 @@ void frmUILib::RequestRefresh()
         Handle(L"frmUILib.RefreshAll", [this](clsSchedMan& cSchedMan) { ShowChanges(cSchedMan); });
 }
 
-void frmUILib::RequestClose()
+void frmUILibPresenter::RequestClose()
 {
     if (m_lWorking > 0)
         m_bCloseOwed = true;
@@ -149,23 +149,23 @@ void frmUILib::RequestClose()
 
 // ---- tree and grid ----
 
-void frmUILib::Populate(clsSchedMan& cSchedMan)
+void frmUILibPresenter::Populate(clsSchedMan& cSchedMan)
 {
     const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
     PopulateTreeView(colMainCats.get(), m_cTree);
     m_cTreeView.ShowTree(m_cTree);
 }
 
-void frmUILib::ShowSelectedNode()
+void frmUILibPresenter::ShowSelectedNode()
 {
     Handle(L"TvCats_DblClick", [this](clsSchedMan& cSchedMan) { ShowItems(cSchedMan); });
 }
 
 // Shows the selected node's items. A station without categories is read anew first: the database may have
 // been filled meanwhile.
-void frmUILib::ShowItems(clsSchedMan& cSchedMan)
+void frmUILibPresenter::ShowItems(clsSchedMan& cSchedMan)
 {
-    const std::optional<CategoryTree::Node> lNode = m_cTreeView.Selected();
+    const std::optional<CategoryTreePresenter::Node> lNode = m_cTreeView.Selected();
     if (!lNode)
         return;
     const Busy cBusy(*this);
@@ -175,17 +175,17 @@ void frmUILib::ShowItems(clsSchedMan& cSchedMan)
     {
         cSchedMan.PopulateFromDataBase(cSchedMan.DataBase(), cSchedMan.AppPath());
         Populate(cSchedMan);
-        if (const std::optional<CategoryTree::Node> lAgain = m_cTree.Find(sKey))
+        if (const std::optional<CategoryTreePresenter::Node> lAgain = m_cTree.Find(sKey))
             m_cTreeView.Select(*lAgain);
     }
     ShowNode(cSchedMan, sKey);
 }
 
-void frmUILib::ShowNode(clsSchedMan& cSchedMan, const std::wstring& sKey)
+void frmUILibPresenter::ShowNode(clsSchedMan& cSchedMan, const std::wstring& sKey)
 {
     const Busy cBusy(*this);
     const bool bAgain = EqualIgnoringCase(sKey, m_sShownKey);
-    const clsSchedLibGrid::Place place = bAgain ? m_cGrid.CurrentPlace() : clsSchedLibGrid::Place();
+    const clsSchedLibGridPresenter::Place place = bAgain ? m_cGrid.CurrentPlace() : clsSchedLibGridPresenter::Place();
     const std::optional<ShownCuts> shown = ShowGridCuts(cSchedMan, m_cGrid, sKey, &m_cTree, this);
     m_cTreeView.ShowImages();
     if (!shown)
@@ -196,7 +196,7 @@ void frmUILib::ShowNode(clsSchedMan& cSchedMan, const std::wstring& sKey)
     m_cGrid.ReturnTo(place);
 }
 
-void frmUILib::ClearGrid()
+void frmUILibPresenter::ClearGrid()
 {
     m_sShownKey.clear();
     m_cGrid.SetCurrentCatViewing(nullptr);
@@ -206,7 +206,7 @@ void frmUILib::ClearGrid()
 }
 
 // A node that is gone is stood in for by its main category, else by the root.
-std::wstring frmUILib::NodeOrStandIn(const std::wstring& sKey) const
+std::wstring frmUILibPresenter::NodeOrStandIn(const std::wstring& sKey) const
 {
     for (const std::wstring& sTried : {sKey, MainKeyOf(sKey)})
         if (m_cTree.Find(sTried))
@@ -215,7 +215,7 @@ std::wstring frmUILib::NodeOrStandIn(const std::wstring& sKey) const
 }
 
 // After a command that leaves the categories as they are.
-void frmUILib::ShowAgain(clsSchedMan& cSchedMan)
+void frmUILibPresenter::ShowAgain(clsSchedMan& cSchedMan)
 {
     const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
     if (!colMainCats || colMainCats->Empty())
@@ -229,34 +229,34 @@ void frmUILib::ShowAgain(clsSchedMan& cSchedMan)
 
 // The tree anew, with its expanded nodes; the selected node is selected again, or what stands in for it.
 // Ticks go. Returns the selected node's key.
-std::wstring frmUILib::RebuildTree(clsSchedMan& cSchedMan)
+std::wstring frmUILibPresenter::RebuildTree(clsSchedMan& cSchedMan)
 {
-    const std::optional<CategoryTree::Node> lSelected = m_cTreeView.Selected();
+    const std::optional<CategoryTreePresenter::Node> lSelected = m_cTreeView.Selected();
     const std::wstring sSelected = lSelected ? m_cTree.At(*lSelected).sKey : RootKey();
     const std::vector<std::wstring> colExpanded = m_cTree.ExpandedKeys();
     Populate(cSchedMan);
     for (const std::wstring& sKey : colExpanded)
-        if (const std::optional<CategoryTree::Node> lNode = m_cTree.Find(sKey))
+        if (const std::optional<CategoryTreePresenter::Node> lNode = m_cTree.Find(sKey))
         {
             m_cTree.SetExpanded(*lNode, true);
             m_cTreeView.Expand(*lNode);
         }
     const std::wstring sKey = NodeOrStandIn(sSelected);
-    if (const std::optional<CategoryTree::Node> lNode = m_cTree.Find(sKey))
+    if (const std::optional<CategoryTreePresenter::Node> lNode = m_cTree.Find(sKey))
         m_cTreeView.Select(*lNode);
     return sKey;
 }
 
-void frmUILib::RefreshAll(clsSchedMan& cSchedMan)
+void frmUILibPresenter::RefreshAll(clsSchedMan& cSchedMan)
 {
     const Busy cBusy(*this);
     const std::wstring sSelected = RebuildTree(cSchedMan);
     ShowNode(cSchedMan, sSelected);
 }
 
-bool frmUILib::TreeIsUpToDate(const clsSchedMan& cSchedMan) const
+bool frmUILibPresenter::TreeIsUpToDate(const clsSchedMan& cSchedMan) const
 {
-    CategoryTree cNow;
+    CategoryTreePresenter cNow;
     const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
     PopulateTreeView(colMainCats.get(), cNow);
     return m_cTree.HasSameNodes(cNow);
@@ -264,18 +264,18 @@ bool frmUILib::TreeIsUpToDate(const clsSchedMan& cSchedMan) const
 
 // After news and commands that add categories: what is shown stays shown and what is selected stays selected.
 // A tree with the same nodes is not touched; one with others keeps the ticks of those that are left.
-void frmUILib::ShowChanges(clsSchedMan& cSchedMan)
+void frmUILibPresenter::ShowChanges(clsSchedMan& cSchedMan)
 {
     const Busy cBusy(*this);
     if (!TreeIsUpToDate(cSchedMan))
     {
         std::vector<std::wstring> colChecked;
-        for (const CategoryTree::Node lNode : m_cTree.Checked())
+        for (const CategoryTreePresenter::Node lNode : m_cTree.Checked())
             colChecked.push_back(m_cTree.At(lNode).sKey);
         RebuildTree(cSchedMan);
-        std::vector<CategoryTree::Node> colNodes;
+        std::vector<CategoryTreePresenter::Node> colNodes;
         for (const std::wstring& sKey : colChecked)
-            if (const std::optional<CategoryTree::Node> lNode = m_cTree.Find(sKey))
+            if (const std::optional<CategoryTreePresenter::Node> lNode = m_cTree.Find(sKey))
             {
                 m_cTree.SetChecked(*lNode, true);
                 colNodes.push_back(*lNode);
@@ -286,23 +286,23 @@ void frmUILib::ShowChanges(clsSchedMan& cSchedMan)
 }
 
 // Of the levels in the tree on the screen.
-std::vector<std::wstring> frmUILib::LevelKeys(const std::wstring& sMainKey) const
+std::vector<std::wstring> frmUILibPresenter::LevelKeys(const std::wstring& sMainKey) const
 {
     std::vector<std::wstring> colKeys;
-    if (const std::optional<CategoryTree::Node> lMain = m_cTree.Find(sMainKey))
-        for (const CategoryTree::Node lLevel : m_cTree.At(*lMain).colChildren)
+    if (const std::optional<CategoryTreePresenter::Node> lMain = m_cTree.Find(sMainKey))
+        for (const CategoryTreePresenter::Node lLevel : m_cTree.At(*lMain).colChildren)
             colKeys.push_back(m_cTree.At(lLevel).sKey);
     return colKeys;
 }
 
 // Opens the main category when it has a level that it did not have before, and brings that one into view.
-void frmUILib::ShowNewLevel(const std::wstring& sMainKey, const std::vector<std::wstring>& colBefore)
+void frmUILibPresenter::ShowNewLevel(const std::wstring& sMainKey, const std::vector<std::wstring>& colBefore)
 {
     for (const std::wstring& sKey : LevelKeys(sMainKey))
     {
         if (std::find(colBefore.begin(), colBefore.end(), sKey) != colBefore.end())
             continue;
-        const CategoryTree::Node lMain = *m_cTree.Find(sMainKey);
+        const CategoryTreePresenter::Node lMain = *m_cTree.Find(sMainKey);
         m_cTree.SetExpanded(lMain, true);
         m_cTreeView.Expand(lMain);
         m_cTreeView.BringIntoView(*m_cTree.Find(sKey));
@@ -310,7 +310,7 @@ void frmUILib::ShowNewLevel(const std::wstring& sMainKey, const std::vector<std:
     }
 }
 
-void frmUILib::Reload(clsSchedMan& cSchedMan)
+void frmUILibPresenter::Reload(clsSchedMan& cSchedMan)
 {
     const Busy cBusy(*this);
     cSchedMan.PopulateFromDataBase(cSchedMan.DataBase(), cSchedMan.AppPath());
@@ -318,7 +318,7 @@ void frmUILib::Reload(clsSchedMan& cSchedMan)
 }
 
 // By key: saving lets messages run, in which a host may populate anew, in another folder.
-void frmUILib::SaveAll(clsSchedMan& cSchedMan)
+void frmUILibPresenter::SaveAll(clsSchedMan& cSchedMan)
 {
     const Busy cBusy(*this);
     std::vector<std::wstring> colKeys;
@@ -334,10 +334,10 @@ void frmUILib::SaveAll(clsSchedMan& cSchedMan)
     m_cView.HideProgress(); // one that failed has left it
 }
 
-Cats frmUILib::CheckedCats(const clsSchedMan& cSchedMan) const
+Cats frmUILibPresenter::CheckedCats(const clsSchedMan& cSchedMan) const
 {
     Cats colCats;
-    for (const CategoryTree::Node lNode : m_cTree.Checked())
+    for (const CategoryTreePresenter::Node lNode : m_cTree.Checked())
         if (std::shared_ptr<clsCat> cCat = CatOf(cSchedMan, m_cTree.At(lNode).sKey))
             colCats.push_back(std::move(cCat));
     return colCats;
@@ -345,26 +345,26 @@ Cats frmUILib::CheckedCats(const clsSchedMan& cSchedMan) const
 
 // ---- ticks ----
 
-void frmUILib::NodeCheck(CategoryTree::Node lNode, bool bCheck)
+void frmUILibPresenter::NodeCheck(CategoryTreePresenter::Node lNode, bool bCheck)
 {
     if (lNode >= m_cTree.Count())
         return;
     if (m_lWorking > 0)
         return m_cTreeView.ShowChecks(m_cTree, {lNode});
-    const std::vector<CategoryTree::Node> colNodes = m_cTree.Check(lNode, bCheck);
+    const std::vector<CategoryTreePresenter::Node> colNodes = m_cTree.Check(lNode, bCheck);
     m_cTreeView.ShowChecks(m_cTree, colNodes);
 }
 
-void frmUILib::NodeExpanded(CategoryTree::Node lNode, bool bExpanded)
+void frmUILibPresenter::NodeExpanded(CategoryTreePresenter::Node lNode, bool bExpanded)
 {
     if (lNode < m_cTree.Count())
         m_cTree.SetExpanded(lNode, bExpanded);
 }
 
-bool frmUILib::TypeInTree(wchar_t cTyped)
+bool frmUILibPresenter::TypeInTree(wchar_t cTyped)
 {
     constexpr std::uint32_t lSearchMs = 1000;
-    const std::uint32_t lNow = m_cMod.Outside().cClock.TickCount();
+    const std::uint32_t lNow = m_cMod.Ports().cClock.TickCount();
     const bool bGoesOn = !m_sTyped.empty() && lNow - m_lTyped < lSearchMs;
     if (cTyped < L' ' || (cTyped == L' ' && !bGoesOn))
         return false;
@@ -374,10 +374,10 @@ bool frmUILib::TypeInTree(wchar_t cTyped)
     m_lTyped = lNow;
     if (m_lWorking > 0 || m_cTree.Count() == 0)
         return true;
-    const CategoryTree::Node lFrom = m_cTreeView.Selected().value_or(0);
+    const CategoryTreePresenter::Node lFrom = m_cTreeView.Selected().value_or(0);
     // A first letter looks behind the selected node, the next ones make sure of it. The same letter again and
     // again goes through all that begin with it.
-    std::optional<CategoryTree::Node> lFound = m_cTree.FindText(m_sTyped, lFrom, m_sTyped.size() == 1);
+    std::optional<CategoryTreePresenter::Node> lFound = m_cTree.FindText(m_sTyped, lFrom, m_sTyped.size() == 1);
     const bool bOneLetter = m_sTyped.find_first_not_of(m_sTyped[0]) == std::wstring::npos;
     if (!lFound && bOneLetter)
         lFound = m_cTree.FindText(m_sTyped.substr(0, 1), lFrom, true);
@@ -386,24 +386,24 @@ bool frmUILib::TypeInTree(wchar_t cTyped)
     return true;
 }
 
-void frmUILib::CheckAll(bool bCheck)
+void frmUILibPresenter::CheckAll(bool bCheck)
 {
     if (m_cTree.Count() != 0)
         m_cTreeView.ShowChecks(m_cTree, m_cTree.Check(0, bCheck));
 }
 
-void frmUILib::InvertChecks()
+void frmUILibPresenter::InvertChecks()
 {
     m_cTree.InvertChecks();
-    std::vector<CategoryTree::Node> colNodes;
-    for (CategoryTree::Node lNode = 0; lNode < m_cTree.Count(); ++lNode)
+    std::vector<CategoryTreePresenter::Node> colNodes;
+    for (CategoryTreePresenter::Node lNode = 0; lNode < m_cTree.Count(); ++lNode)
         colNodes.push_back(lNode);
     m_cTreeView.ShowChecks(m_cTree, colNodes);
 }
 
 // ---- progress ----
 
-void frmUILib::ProgressStart(const std::wstring& sReason, std::int32_t lMax)
+void frmUILibPresenter::ProgressStart(const std::wstring& sReason, std::int32_t lMax)
 {
     if (const auto began = m_OnProgressStart)
         began();
@@ -411,23 +411,23 @@ void frmUILib::ProgressStart(const std::wstring& sReason, std::int32_t lMax)
     m_cView.ShowProgress(lMax);
 }
 
-void frmUILib::Progress(const std::wstring& sText, std::int32_t lValue)
+void frmUILibPresenter::Progress(const std::wstring& sText, std::int32_t lValue)
 {
     m_cView.SetStatus(sText, L"");
     m_cView.MoveProgress(lValue);
 }
 
-void frmUILib::ProgressEnd(const std::wstring& sFirst, const std::wstring& sSecond)
+void frmUILibPresenter::ProgressEnd(const std::wstring& sFirst, const std::wstring& sSecond)
 {
     m_cView.SetStatus(sFirst, sSecond);
     m_cView.HideProgress();
 }
 
-void frmUILib::Progress(const std::wstring& strProgress, std::int32_t lCount, std::int32_t)
+void frmUILibPresenter::Progress(const std::wstring& strProgress, std::int32_t lCount, std::int32_t)
 {
     Progress(strProgress, lCount);
 }
 
-void frmUILib::ProgressDone(const std::wstring& sStatus) { ProgressEnd(sStatus, L""); }
+void frmUILibPresenter::ProgressDone(const std::wstring& sStatus) { ProgressEnd(sStatus, L""); }
 
 } // namespace ravlo

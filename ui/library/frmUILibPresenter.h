@@ -44,15 +44,15 @@ enum class LibraryCommand
 // While something runs, is dragged or is edited, what the user does is ignored, a refresh that is asked for
 // runs once at the end, and closing waits. Only the keys that move rows are gathered. The manager is held
 // weakly, so that it can end while the window exists hidden.
-class frmUILib final : private ProgressTarget, private ProgressEvents
+class frmUILibPresenter final : private ProgressTarget, private ProgressEvents
 {
 public:
     // Owns none of them.
-    frmUILib(frmUILibView& cView, CategoryTreeView& cTreeView, SchedLibGridView& cGridView,
+    frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTreeView, clsSchedLibGridView& cGridView,
              ModScheduler& cMod);
-    ~frmUILib() override;
-    frmUILib(const frmUILib&) = delete;
-    frmUILib& operator=(const frmUILib&) = delete;
+    ~frmUILibPresenter() override;
+    frmUILibPresenter(const frmUILibPresenter&) = delete;
+    frmUILibPresenter& operator=(const frmUILibPresenter&) = delete;
 
     // Hands the manager over; from then on its progress is shown.
     void SetSchedMan(const std::shared_ptr<clsSchedMan>& cSchedMan);
@@ -72,18 +72,18 @@ public:
     // Closes the window, after what runs.
     void RequestClose();
 
-    clsSchedLibGrid& Grid() noexcept { return m_cGrid; }
+    clsSchedLibGridPresenter& Grid() noexcept { return m_cGrid; }
     // Where progress is shown.
     ProgressTarget& Shown() noexcept { return *this; }
-    const CategoryTree& Tree() const noexcept { return m_cTree; }
+    const CategoryTreePresenter& Tree() const noexcept { return m_cTree; }
 
     // ---- what the user does
 
     void Do(LibraryCommand eCommand);
     void ShowSelectedNode(); // double-click and Enter in the tree
     // A tick the user has changed. While something runs it is taken back.
-    void NodeCheck(CategoryTree::Node lNode, bool bCheck);
-    void NodeExpanded(CategoryTree::Node lNode, bool bExpanded);
+    void NodeCheck(CategoryTreePresenter::Node lNode, bool bCheck);
+    void NodeExpanded(CategoryTreePresenter::Node lNode, bool bExpanded);
     // A character typed in the tree: selects the next node on the screen whose text begins with what has been
     // typed within a second of each other. False for a key that is none of a search, as a blank is that
     // follows no letter.
@@ -178,8 +178,8 @@ private:
     CategoryTreeView& m_cTreeView;
     ModScheduler& m_cMod;
     std::weak_ptr<clsSchedMan> m_cSchedMan;
-    CategoryTree m_cTree;
-    clsSchedLibGrid m_cGrid;
+    CategoryTreePresenter m_cTree;
+    clsSchedLibGridPresenter m_cGrid;
     std::wstring m_sShownKey; // of the node whose items the grid shows; empty for none
     DraggedCuts m_copied;
     int m_lWorking = 0;

@@ -11,10 +11,10 @@
 namespace ravlo
 {
 
-class frmUILib::Working
+class frmUILibPresenter::Working
 {
 public:
-    explicit Working(frmUILib& cForm) : m_cForm(cForm) { ++m_cForm.m_lWorking; }
+    explicit Working(frmUILibPresenter& cForm) : m_cForm(cForm) { ++m_cForm.m_lWorking; }
     ~Working()
     {
         if (m_cForm.m_lWorking == 1)
@@ -25,13 +25,13 @@ public:
     Working& operator=(const Working&) = delete;
 
 private:
-    frmUILib& m_cForm;
+    frmUILibPresenter& m_cForm;
 };
 
-class frmUILib::Busy
+class frmUILibPresenter::Busy
 {
 public:
-    explicit Busy(frmUILib& cForm) : m_cWorking(cForm), m_cForm(cForm)
+    explicit Busy(frmUILibPresenter& cForm) : m_cWorking(cForm), m_cForm(cForm)
     {
         if (m_cForm.m_lBusy++ == 0)
             m_cForm.SetBusy(true);
@@ -46,11 +46,11 @@ public:
 
 private:
     Working m_cWorking;
-    frmUILib& m_cForm;
+    frmUILibPresenter& m_cForm;
 };
 
 // An unexpected failure is shown, and leaves no progress bar behind.
-template <class Body> void frmUILib::Try(const wchar_t* sWhere, Body&& body)
+template <class Body> void frmUILibPresenter::Try(const wchar_t* sWhere, Body&& body)
 {
     const bool bDone = Trap(m_cMod, sWhere, false,
                             [&]
@@ -64,7 +64,7 @@ template <class Body> void frmUILib::Try(const wchar_t* sWhere, Body&& body)
 
 // What every handler of the user's doings runs under: nothing while something else runs, and an unexpected
 // failure is shown. The busy state is cleared by then.
-template <class Body> void frmUILib::Handle(const wchar_t* sWhere, Body&& body)
+template <class Body> void frmUILibPresenter::Handle(const wchar_t* sWhere, Body&& body)
 {
     const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock();
     if (m_lWorking > 0 || !cSchedMan)
@@ -73,13 +73,13 @@ template <class Body> void frmUILib::Handle(const wchar_t* sWhere, Body&& body)
     Try(sWhere, [&] { body(*cSchedMan); });
 }
 
-template <class Body> void frmUILib::HandleDrop(Body&& body)
+template <class Body> void frmUILibPresenter::HandleDrop(Body&& body)
 {
     if (m_lWorking == 0)
         RunDrop(std::forward<Body>(body));
 }
 
-template <class Body> void frmUILib::RunDrop(Body&& body)
+template <class Body> void frmUILibPresenter::RunDrop(Body&& body)
 {
     const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock();
     if (!cSchedMan)

@@ -31,13 +31,13 @@ public:
         const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock();
         if (!cSchedMan || m_bCategoryShowing)
             return lNotChosen;
-        const Raised cShowing(m_bCategoryShowing);
+        const ScopedFlag cShowing(m_bCategoryShowing);
         return ShowCategoryWindow(cSchedMan, request);
     }
 
 private:
     std::weak_ptr<clsSchedMan> m_cSchedMan;
-    LibraryWindow m_cLibrary;
+    LibraryWindowLifetime m_cLibrary;
     bool m_bCategoryShowing = false;
 };
 

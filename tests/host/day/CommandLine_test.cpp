@@ -58,7 +58,7 @@ TEST(ParseCommandLine, ReadsTheCategoryWindow)
     EXPECT_TRUE(all.bAllowNew && all.bMultiSelect && all.bProgress);
 }
 
-TEST(ParseCommandLine, ACutIsFiledOnlyWhereSeveralCategoriesCanBeChosen)
+TEST(ParseCommandLine, ACutIsPlacedOnlyWhereSeveralCategoriesCanBeChosen)
 {
     const auto line = ParseCommandLine({"category", "--db", "d", "--app", "a", "--cut", "x.mp3"});
     ASSERT_TRUE(std::holds_alternative<Reply>(line));

@@ -32,9 +32,9 @@ TEST(LevelsInUse, HoldsALevelWithoutRegardToTheCaseOfItsCategory)
 {
     LevelsInUse levels;
     levels.Add(L"Rock", 2);
-    EXPECT_TRUE(levels.Holds(L"ROCK", 2));
-    EXPECT_FALSE(levels.Holds(L"Rock", 1));
-    EXPECT_FALSE(levels.Holds(L"Pop", 2));
+    EXPECT_TRUE(levels.Contains(L"ROCK", 2));
+    EXPECT_FALSE(levels.Contains(L"Rock", 1));
+    EXPECT_FALSE(levels.Contains(L"Pop", 2));
 }
 
 TEST(LevelsInUse, GivesOneSlotForEachLevelInTheOrderOfNamesAndNumbers)

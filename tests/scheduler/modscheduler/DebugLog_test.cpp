@@ -21,15 +21,15 @@ protected:
     {
         return std::wstring(sRadio) + L"Debugging Logs\\Scheduler\\Scheduler " + sDay + L".deb";
     }
-    std::string Log(const std::wstring& sDay) const { return cWorld.cFiles.Get(LogOfDay(sDay)); }
+    std::string Log(const std::wstring& sDay) const { return cPorts.cFiles.Get(LogOfDay(sDay)); }
 
-    RadioWorld cWorld;
-    ModScheduler cMod{cWorld.AllPorts()};
+    RadioPorts cPorts;
+    ModScheduler cMod{cPorts.Ports()};
 };
 
 TEST_F(DebugLogTest, TheFirstLineOfADayCreatesItsFileWithALineThatSaysSo)
 {
-    cWorld.cClock.SetNow(DateTimeOf({2024, 3, 5, 7, 8, 9}));
+    cPorts.cClock.SetNow(DateTimeOf({2024, 3, 5, 7, 8, 9}));
     cMod.WriteDebugLog(L"Caf\u00E9");
     EXPECT_EQ(Log(L"05"), "05/03/24 07:08:09 RavloScheduler debugging log created.\r\n"
                           "05/03/24 07:08:09 Caf\xE9\r\n");
@@ -38,7 +38,7 @@ TEST_F(DebugLogTest, TheFirstLineOfADayCreatesItsFileWithALineThatSaysSo)
 TEST_F(DebugLogTest, FurtherLinesAreAppended)
 {
     cMod.WriteDebugLog(L"one");
-    cWorld.cClock.Advance(1000);
+    cPorts.cClock.Advance(1000);
     cMod.WriteDebugLog(L"");
     EXPECT_EQ(Log(L"01"), "01/03/24 12:00:00 RavloScheduler debugging log created.\r\n"
                           "01/03/24 12:00:00 one\r\n"
@@ -47,7 +47,7 @@ TEST_F(DebugLogTest, FurtherLinesAreAppended)
 
 TEST_F(DebugLogTest, TheYearHasTwoDigits)
 {
-    cWorld.cClock.SetNow(DateTimeOf({2109, 12, 31, 23, 59, 59}));
+    cPorts.cClock.SetNow(DateTimeOf({2109, 12, 31, 23, 59, 59}));
     cMod.WriteDebugLog(L"x");
     EXPECT_EQ(Log(L"31").substr(0, 18), "31/12/09 23:59:59 ");
 }
@@ -65,12 +65,12 @@ TEST_F(DebugLogTest, AStampNamesTheSecondThatHasBegun)
                 {86'399'600, "05/03/24 23:59:59 "}, {86'399'999, "05/03/24 23:59:59 "}};
     for (const auto& row : rows)
     {
-        cWorld.cFiles.Put(LogOfDay(L"05"), "");
-        cWorld.cClock.SetNow(dtMidnight + row.dMilliseconds / 86'400'000);
+        cPorts.cFiles.Put(LogOfDay(L"05"), "");
+        cPorts.cClock.SetNow(dtMidnight + row.dMilliseconds / 86'400'000);
         cMod.WriteDebugLog(L"x");
         EXPECT_EQ(Log(L"05"), row.sStamp + std::string("x\r\n")) << row.dMilliseconds;
     }
-    EXPECT_EQ(cWorld.cFiles.Paths().size(), 1u) << "nothing goes into tomorrow's file";
+    EXPECT_EQ(cPorts.cFiles.Paths().size(), 1u) << "nothing goes into tomorrow's file";
 }
 
 TEST_F(DebugLogTest, EverySecondOfADayIsStampedAsItself)
@@ -79,7 +79,7 @@ TEST_F(DebugLogTest, EverySecondOfADayIsStampedAsItself)
         const ModScheduler::LogScope cScope(cMod);
         for (int lSecond = 0; lSecond < 86'400; ++lSecond)
         {
-            cWorld.cClock.SetNow(DateTimeOf({2024, 3, 5, lSecond / 3600, lSecond / 60 % 60, lSecond % 60}));
+            cPorts.cClock.SetNow(DateTimeOf({2024, 3, 5, lSecond / 3600, lSecond / 60 % 60, lSecond % 60}));
             cMod.WriteDebugLog(L"");
         }
     }
@@ -101,7 +101,7 @@ TEST_F(DebugLogTest, AMessageIsCutAfterAThousandCharacters)
     for (const std::size_t lLength : {999u, 1000u, 1001u, 10'000'000u})
         cMod.WriteDebugLog(std::wstring(lLength, L'x'));
     EXPECT_EQ(
-        cWorld.LogMessages(),
+        cPorts.LogMessages(),
         (std::vector<std::wstring>{std::wstring(999, L'x'), std::wstring(1000, L'x'),
                                    std::wstring(1000, L'x') + L"...", std::wstring(1000, L'x') + L"..."}));
 }
@@ -119,7 +119,7 @@ TEST_F(DebugLogTest, ALineOrAnErrorNeverThrowsAtItsCaller)
 TEST_F(DebugLogTest, WhatTheCodePageLacksIsSubstituted)
 {
     cMod.WriteDebugLog(L"\u65E5\u672C");
-    EXPECT_EQ(cWorld.LogMessages(), (std::vector<std::wstring>{L"??"}));
+    EXPECT_EQ(cPorts.LogMessages(), (std::vector<std::wstring>{L"??"}));
 }
 
 struct Days
@@ -136,14 +136,14 @@ TEST_F(DebugLogTest, LastMonthsLogOfTomorrowIsDeleted)
                          {{2023, 2, 28, 12, 0, 0}, L"28", L"01"},   {{2024, 12, 31, 12, 0, 0}, L"31", L"01"}};
     for (const Days& row : days)
     {
-        cWorld.cClock.SetNow(DateTimeOf(row.when));
+        cPorts.cClock.SetNow(DateTimeOf(row.when));
         for (int lDay = 1; lDay <= 31; ++lDay)
-            cWorld.cFiles.Put(
+            cPorts.cFiles.Put(
                 LogOfDay({static_cast<wchar_t>(L'0' + lDay / 10), static_cast<wchar_t>(L'0' + lDay % 10)}),
                 "old");
         cMod.WriteDebugLog(L"x");
-        EXPECT_EQ(cWorld.cFiles.Paths().size(), 30u) << "one deleted, all others kept";
-        EXPECT_FALSE(cWorld.cFiles.FileExists(LogOfDay(row.sTomorrow)));
+        EXPECT_EQ(cPorts.cFiles.Paths().size(), 30u) << "one deleted, all others kept";
+        EXPECT_FALSE(cPorts.cFiles.FileExists(LogOfDay(row.sTomorrow)));
         EXPECT_TRUE(Log(row.sToday).starts_with("old")) << "an existing file of the day is appended to";
         EXPECT_EQ(Log(row.sToday).find("created"), std::string::npos);
     }
@@ -151,10 +151,10 @@ TEST_F(DebugLogTest, LastMonthsLogOfTomorrowIsDeleted)
 
 TEST_F(DebugLogTest, TodaysLinesAreWrittenEvenWhenTomorrowsFileCannotBeDeleted)
 {
-    cWorld.cFiles.Put(LogOfDay(L"02"), "old");
-    cWorld.cFiles.SetReadOnly(LogOfDay(L"02"));
+    cPorts.cFiles.Put(LogOfDay(L"02"), "old");
+    cPorts.cFiles.SetReadOnly(LogOfDay(L"02"));
     cMod.WriteDebugLog(L"x");
-    EXPECT_EQ(cWorld.LogMessages(), (std::vector<std::wstring>{L"x"}));
+    EXPECT_EQ(cPorts.LogMessages(), (std::vector<std::wstring>{L"x"}));
     EXPECT_EQ(Log(L"02"), "old");
 }
 
@@ -163,18 +163,18 @@ TEST_F(DebugLogTest, InsideACallLinesAreGatheredAndAppendedTogetherWhenTheOuterm
     {
         const ModScheduler::LogScope cOuter(cMod);
         cMod.WriteDebugLog(L"one");
-        cWorld.cClock.Advance(2000);
+        cPorts.cClock.Advance(2000);
         {
             const ModScheduler::LogScope cInner(cMod);
             cMod.WriteDebugLog(L"two");
         }
-        EXPECT_FALSE(cWorld.cFiles.FileExists(LogOfDay(L"01")));
+        EXPECT_FALSE(cPorts.cFiles.FileExists(LogOfDay(L"01")));
     }
     EXPECT_EQ(Log(L"01"), "01/03/24 12:00:00 RavloScheduler debugging log created.\r\n"
                           "01/03/24 12:00:00 one\r\n"
                           "01/03/24 12:00:02 two\r\n")
         << "each with the time at which it was noted";
-    EXPECT_EQ(cWorld.cFiles.Operations(), (std::vector<std::wstring>{L"Append " + LogOfDay(L"01")}))
+    EXPECT_EQ(cPorts.cFiles.Operations(), (std::vector<std::wstring>{L"Append " + LogOfDay(L"01")}))
         << "one append a call, not one a line";
 }
 
@@ -183,16 +183,16 @@ TEST_F(DebugLogTest, AScopeWithoutLinesTouchesNoFile)
     {
         const ModScheduler::LogScope cScope(cMod);
     }
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty());
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
 }
 
 TEST_F(DebugLogTest, GatheredLinesGoToTheFilesOfTheirOwnDays)
 {
-    cWorld.cClock.SetNow(DateTimeOf({2024, 2, 29, 23, 59, 59}));
+    cPorts.cClock.SetNow(DateTimeOf({2024, 2, 29, 23, 59, 59}));
     {
         const ModScheduler::LogScope cScope(cMod);
         cMod.WriteDebugLog(L"late");
-        cWorld.cClock.Advance(1000);
+        cPorts.cClock.Advance(1000);
         cMod.WriteDebugLog(L"early");
         cMod.WriteDebugLog(L"early too");
     }
@@ -209,15 +209,15 @@ TEST_F(DebugLogTest, GatheredLinesAreAppendedBeforeAnythingThatLetsOthersRun)
     int lSeen = 0;
     const auto look = [&]
     {
-        EXPECT_EQ(cWorld.LogMessages(), colBefore);
+        EXPECT_EQ(cPorts.LogMessages(), colBefore);
         ++lSeen;
     };
-    cWorld.cMessages.OnShown = look;
-    cWorld.cHostLoop.OnPump = look;
+    cPorts.cMessages.OnShown = look;
+    cPorts.cHostLoop.OnPump = look;
     const auto Inside = [&](const std::function<void()>& letOthersRun)
     {
-        if (cWorld.cFiles.FileExists(LogOfDay(L"01")))
-            cWorld.cFiles.Delete(LogOfDay(L"01"));
+        if (cPorts.cFiles.FileExists(LogOfDay(L"01")))
+            cPorts.cFiles.Delete(LogOfDay(L"01"));
         const ModScheduler::LogScope cScope(cMod);
         cMod.WriteDebugLog(L"before");
         letOthersRun();
@@ -227,12 +227,12 @@ TEST_F(DebugLogTest, GatheredLinesAreAppendedBeforeAnythingThatLetsOthersRun)
     Inside([&] { cMod.Input(L"t", L"p"); });
     EXPECT_EQ(lSeen, 3);
     Inside([&] { cMod.FlushDebugLog(); });
-    EXPECT_EQ(cWorld.LogMessages(), colBefore) << "nothing is appended twice";
+    EXPECT_EQ(cPorts.LogMessages(), colBefore) << "nothing is appended twice";
 }
 
 TEST_F(DebugLogTest, LinesOfAnotherCallInsideAPumpComeAfterThoseGatheredBefore)
 {
-    cWorld.cHostLoop.OnPump = [&]
+    cPorts.cHostLoop.OnPump = [&]
     {
         const ModScheduler::LogScope cScope(cMod);
         cMod.WriteDebugLog(L"inside");
@@ -243,7 +243,7 @@ TEST_F(DebugLogTest, LinesOfAnotherCallInsideAPumpComeAfterThoseGatheredBefore)
         cMod.Pump();
         cMod.WriteDebugLog(L"after");
     }
-    EXPECT_EQ(cWorld.LogMessages(), (std::vector<std::wstring>{L"before", L"inside", L"after"}));
+    EXPECT_EQ(cPorts.LogMessages(), (std::vector<std::wstring>{L"before", L"inside", L"after"}));
 }
 
 TEST_F(DebugLogTest, CallsMadeWhileABoxIsOpenAreWrittenAsTheyEnd)
@@ -256,10 +256,10 @@ TEST_F(DebugLogTest, CallsMadeWhileABoxIsOpenAreWrittenAsTheyEnd)
             cMod.WriteDebugLog(L"one");
             cMod.WriteDebugLog(L"two");
         }
-        colSeen = cWorld.LogMessages();
+        colSeen = cPorts.LogMessages();
     };
-    cWorld.cMessages.OnShown = call;
-    cWorld.cHostLoop.OnPump = call;
+    cPorts.cMessages.OnShown = call;
+    cPorts.cHostLoop.OnPump = call;
     const std::function<void()> aOthers[] = {
         [&] { cMod.Box(BoxIcon::None, BoxButtons::Ok, L"t", L"x"); },
         [&] { cMod.Input(L"t", L"p"); },
@@ -274,9 +274,9 @@ TEST_F(DebugLogTest, CallsMadeWhileABoxIsOpenAreWrittenAsTheyEnd)
         othersRun();
         ASSERT_GE(colSeen.size(), 2u);
         EXPECT_EQ(colSeen.back(), L"two");
-        cWorld.cFiles.ClearOperations();
+        cPorts.cFiles.ClearOperations();
         cMod.WriteDebugLog(L"after");
-        EXPECT_TRUE(cWorld.cFiles.Operations().empty()) << "gathered again";
+        EXPECT_TRUE(cPorts.cFiles.Operations().empty()) << "gathered again";
     }
 }
 
@@ -288,15 +288,15 @@ TEST_F(DebugLogTest, LinesNotedBeforeTheFolderChangesStayInTheOldFolder)
         cMod.StoreAppPath(L"C:\\Elsewhere");
         cMod.WriteDebugLog(L"no log folder there");
     }
-    EXPECT_EQ(cWorld.LogMessages(), (std::vector<std::wstring>{L"old folder"}));
-    EXPECT_EQ(cWorld.cFiles.Paths().size(), 1u);
+    EXPECT_EQ(cPorts.LogMessages(), (std::vector<std::wstring>{L"old folder"}));
+    EXPECT_EQ(cPorts.cFiles.Paths().size(), 1u);
 }
 
 TEST_F(DebugLogTest, WithoutAFolderForLogsWritingFailsSilently)
 {
-    MemoryWorld cBare; // no Debugging Logs\Scheduler
+    MemoryPorts cBare; // no Debugging Logs\Scheduler
     cBare.cFiles.MakeFolders(L"C:\\Radio\\Scheduler\\Debugging Logs");
-    ModScheduler cOther(cBare.AllPorts());
+    ModScheduler cOther(cBare.Ports());
     cOther.WriteDebugLog(L"before any path");
     cOther.StoreAppPath(sRadio);
     EXPECT_NO_THROW(cOther.WriteDebugLog(L"x"));
@@ -312,10 +312,10 @@ TEST_F(DebugLogTest, AFailureAtAnyStepNeverReachesTheCaller)
 {
     for (int lGood = 0;; ++lGood)
     {
-        RadioWorld cDisk;
+        RadioPorts cDisk;
         cDisk.cFiles.Put(LogOfDay(L"02"), "old");
         FailingFiles cFiles(cDisk.cFiles, lGood);
-        ModScheduler cOther(cDisk.AllPortsWith(cFiles));
+        ModScheduler cOther(cDisk.PortsWith(cFiles));
         cOther.StoreAppPath(sRadio);
         EXPECT_NO_THROW(cOther.WriteDebugLog(L"x"));
         EXPECT_NO_THROW(cOther.WriteDebugLog(L"y"));

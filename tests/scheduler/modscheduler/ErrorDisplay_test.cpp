@@ -19,59 +19,59 @@ class ErrorDisplayTest : public testing::Test
 protected:
     ErrorDisplayTest() { cMod.StoreAppPath(sRadio); }
 
-    RadioWorld cWorld;
-    ModScheduler cMod{cWorld.AllPorts()};
+    RadioPorts cPorts;
+    ModScheduler cMod{cPorts.Ports()};
 };
 
 TEST_F(ErrorDisplayTest, AnErrorIsLoggedAndShownWithItsDescriptionAndNumber)
 {
     cMod.DISPLAYERROR(L"AddSubCat [clsCat]", true, RuntimeError(53));
-    EXPECT_EQ(cWorld.cMessages.Boxes, Boxes{HandledError(L"AddSubCat [clsCat]", L"File not found", L"53")});
-    EXPECT_EQ(cWorld.LogMessages(), Lines{L"DISPLAYERROR, AddSubCat [clsCat] 53 File not found"});
+    EXPECT_EQ(cPorts.cMessages.Boxes, Boxes{HandledError(L"AddSubCat [clsCat]", L"File not found", L"53")});
+    EXPECT_EQ(cPorts.LogMessages(), Lines{L"DISPLAYERROR, AddSubCat [clsCat] 53 File not found"});
 }
 
 TEST_F(ErrorDisplayTest, WithoutTheFlagAnErrorIsOnlyLogged)
 {
     cMod.DISPLAYERROR(L"Here", false, RuntimeError(6));
     cMod.LogError(L"There", RuntimeError(-2147467259, L"Something else"));
-    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
-    EXPECT_EQ(cWorld.LogMessages(),
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
+    EXPECT_EQ(cPorts.LogMessages(),
               (Lines{L"DISPLAYERROR, Here 6 Overflow", L"DISPLAYERROR, There -2147467259 Something else"}));
 }
 
 TEST_F(ErrorDisplayTest, TheCriticalFormShowsNumberAndDescriptionUnderItsTitleAndLogsTheSameText)
 {
     cMod.ShowCriticalError(L"Error in SaveCatNames [cSchedMan]", RuntimeError(61));
-    EXPECT_EQ(cWorld.cMessages.Boxes,
+    EXPECT_EQ(cPorts.cMessages.Boxes,
               Boxes{CriticalBox(L"Error in SaveCatNames [cSchedMan]", L"61 Disk full")});
-    EXPECT_EQ(cWorld.LogMessages(), Lines{L"61 Disk full"});
+    EXPECT_EQ(cPorts.LogMessages(), Lines{L"61 Disk full"});
 }
 
 TEST_F(ErrorDisplayTest, ReportingAnErrorRaisesNone)
 {
-    cWorld.cMessages.OnShown = [] { throw std::runtime_error("no desktop"); };
+    cPorts.cMessages.OnShown = [] { throw std::runtime_error("no desktop"); };
     EXPECT_NO_THROW(cMod.DISPLAYERROR(L"Here", true, RuntimeError(6)));
     EXPECT_NO_THROW(cMod.ShowCriticalError(L"Here", RuntimeError(6)));
-    EXPECT_EQ(cWorld.cMessages.Boxes.size(), 2u);
+    EXPECT_EQ(cPorts.cMessages.Boxes.size(), 2u);
 }
 
 TEST_F(ErrorDisplayTest, ATrapGivesTheResultOfWhatItRuns)
 {
     EXPECT_EQ(Trap(cMod, L"Here", -1, [] { return 7; }), 7);
     EXPECT_EQ(TrapCritical(cMod, L"Here", -1, [] { return 8; }), 8);
-    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
-    EXPECT_TRUE(cWorld.LogMessages().empty());
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
+    EXPECT_TRUE(cPorts.LogMessages().empty());
 }
 
 TEST_F(ErrorDisplayTest, ATrappedErrorIsReportedOnceAndGivesTheFailureResult)
 {
     const auto fail = []() -> int { throw RuntimeError(70); };
     EXPECT_EQ(Trap(cMod, L"Here", -1, fail), -1);
-    EXPECT_EQ(cWorld.cMessages.Boxes, Boxes{HandledError(L"Here", L"Permission denied", L"70")});
-    cWorld.cMessages.Boxes.clear();
+    EXPECT_EQ(cPorts.cMessages.Boxes, Boxes{HandledError(L"Here", L"Permission denied", L"70")});
+    cPorts.cMessages.Boxes.clear();
     EXPECT_EQ(TrapCritical(cMod, L"There", -2, fail), -2);
-    EXPECT_EQ(cWorld.cMessages.Boxes, Boxes{CriticalBox(L"There", L"70 Permission denied")});
-    EXPECT_EQ(cWorld.LogMessages(),
+    EXPECT_EQ(cPorts.cMessages.Boxes, Boxes{CriticalBox(L"There", L"70 Permission denied")});
+    EXPECT_EQ(cPorts.LogMessages(),
               (Lines{L"DISPLAYERROR, Here 70 Permission denied", L"70 Permission denied"}));
 }
 
@@ -100,21 +100,21 @@ TEST_F(ErrorDisplayTest, WhateverIsThrownBecomesAnErrorHostsKnow)
 
 TEST_F(ErrorDisplayTest, BoxesAndInputsPassThroughAsTheyAre)
 {
-    cWorld.cMessages.Answers = {BoxAnswer::Yes};
-    cWorld.cMessages.Typed = {L"Jazz"};
+    cPorts.cMessages.Answers = {BoxAnswer::Yes};
+    cPorts.cMessages.Typed = {L"Jazz"};
     EXPECT_EQ(cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"T", L"Q?"), BoxAnswer::Yes);
     EXPECT_EQ(cMod.Input(L"I", L"P"), L"Jazz");
     EXPECT_EQ(cMod.Input(L"I", L"P"), std::nullopt);
-    EXPECT_EQ(cWorld.cMessages.Boxes, (Boxes{{BoxIcon::Question, BoxButtons::YesNo, L"T", L"Q?"}}));
-    EXPECT_EQ(cWorld.cMessages.Inputs, (std::vector<ShownInput>{{L"I", L"P"}, {L"I", L"P"}}));
+    EXPECT_EQ(cPorts.cMessages.Boxes, (Boxes{{BoxIcon::Question, BoxButtons::YesNo, L"T", L"Q?"}}));
+    EXPECT_EQ(cPorts.cMessages.Inputs, (std::vector<ShownInput>{{L"I", L"P"}, {L"I", L"P"}}));
 }
 
 TEST_F(ErrorDisplayTest, PumpAndSleepReachTheHostsLoop)
 {
     cMod.Pump();
     cMod.Sleep(50);
-    EXPECT_EQ(cWorld.cHostLoop.lPumps, 1);
-    EXPECT_EQ(cWorld.cHostLoop.lSleptmS, 50u);
+    EXPECT_EQ(cPorts.cHostLoop.lPumps, 1);
+    EXPECT_EQ(cPorts.cHostLoop.lSleptmS, 50u);
 }
 
 } // namespace

@@ -27,25 +27,25 @@ class SettingsTest : public testing::Test
 protected:
     SettingsTest()
     {
-        cWorld.cFiles.MakeFolders(L"C:\\Radio\\Scheduler");
+        cPorts.cFiles.MakeFolders(L"C:\\Radio\\Scheduler");
         cMod.StoreAppPath(sRadio);
     }
 
     Mins Load(const std::string& bytes)
     {
-        cWorld.cFiles.Put(sFile, bytes);
+        cPorts.cFiles.Put(sFile, bytes);
         cMod.LoadSettings();
         return SettingsOf(cMod);
     }
 
     static constexpr const wchar_t* sFile = L"C:\\Radio\\Scheduler\\SchedulerSettings.dat";
-    RadioWorld cWorld;
-    ModScheduler cMod{cWorld.AllPorts()};
+    RadioPorts cPorts;
+    ModScheduler cMod{cPorts.Ports()};
 };
 
 TEST_F(SettingsTest, TheApplicationPathIsHandedOutWithOneTrailingBackslash)
 {
-    ModScheduler cOther(cWorld.AllPorts());
+    ModScheduler cOther(cPorts.Ports());
     EXPECT_EQ(cOther.AppPath(), L"") << "empty when none was stored";
     cOther.StoreAppPath(L"C:\\Radio");
     EXPECT_EQ(cOther.AppPath(), L"C:\\Radio\\");
@@ -95,7 +95,7 @@ TEST_F(SettingsTest, AFileIsReadLineByLineAndWhatIsNoMinutesIsSixty)
         cMod.SetGlobalAlbumSepMins(13);
         EXPECT_EQ(Load(content.bytes), content.mins) << testing::PrintToString(content.bytes);
     }
-    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
 }
 
 TEST_F(SettingsTest, AMissingFileForgetsWhatAnotherFolderHad)
@@ -109,61 +109,61 @@ TEST_F(SettingsTest, AMissingFileForgetsWhatAnotherFolderHad)
 TEST_F(SettingsTest, EachSetterStoresItsOwnValueAndWritesTheFileAtOnce)
 {
     cMod.SetGlobalArtistSepMins(5);
-    EXPECT_EQ(cWorld.cFiles.Get(sFile), "5\r\n60\r\n60\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "5\r\n60\r\n60\r\n");
     cMod.SetGlobalTitleSepMins(0);
-    EXPECT_EQ(cWorld.cFiles.Get(sFile), "5\r\n0\r\n60\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "5\r\n0\r\n60\r\n");
     cMod.SetGlobalAlbumSepMins(std::numeric_limits<std::int32_t>::max());
-    EXPECT_EQ(cWorld.cFiles.Get(sFile), "5\r\n0\r\n2147483647\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "5\r\n0\r\n2147483647\r\n");
     EXPECT_EQ(SettingsOf(cMod), (Mins{5, 0, 2147483647}));
 }
 
 TEST_F(SettingsTest, ANegativeValueBecomesSixtyAndIsWritten)
 {
-    cWorld.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
+    cPorts.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
     cMod.LoadSettings();
     cMod.SetGlobalTitleSepMins(-1);
-    EXPECT_EQ(cWorld.cFiles.Get(sFile), "1\r\n60\r\n3\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "1\r\n60\r\n3\r\n");
     cMod.SetGlobalArtistSepMins(std::numeric_limits<std::int32_t>::min());
     cMod.SetGlobalAlbumSepMins(-60);
-    EXPECT_EQ(cWorld.cFiles.Get(sFile), "60\r\n60\r\n60\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "60\r\n60\r\n60\r\n");
 }
 
 TEST_F(SettingsTest, WithoutAnApplicationPathNothingIsReadOrWritten)
 {
-    ModScheduler cOther(cWorld.AllPorts());
-    cWorld.cFiles.ClearOperations();
+    ModScheduler cOther(cPorts.Ports());
+    cPorts.cFiles.ClearOperations();
     cOther.LoadSettings();
     EXPECT_FALSE(cOther.SaveSettings());
     cOther.SetGlobalArtistSepMins(5);
     EXPECT_EQ(cOther.GlobalArtistSepMins(), 5);
-    EXPECT_TRUE(cWorld.cFiles.Operations().empty());
-    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
 }
 
 TEST_F(SettingsTest, AnUnreadableFileGivesTheDefaultsAndIsNotOverwrittenUntilASetterRuns)
 {
-    cWorld.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
-    cWorld.cFiles.SetUnreadable(sFile, 70);
+    cPorts.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
+    cPorts.cFiles.SetUnreadable(sFile, 70);
     cMod.LoadSettings();
     EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60}));
-    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
-    EXPECT_EQ(cWorld.LogMessages(), Lines{L"DISPLAYERROR, LoadSettings 70 Permission denied"});
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
+    EXPECT_EQ(cPorts.LogMessages(), Lines{L"DISPLAYERROR, LoadSettings 70 Permission denied"});
     EXPECT_FALSE(cMod.SaveSettings());
-    EXPECT_EQ(cWorld.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
     cMod.SetGlobalArtistSepMins(7);
-    EXPECT_EQ(cWorld.cFiles.Get(sFile), "7\r\n60\r\n60\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "7\r\n60\r\n60\r\n");
     EXPECT_TRUE(cMod.SaveSettings());
 }
 
 TEST_F(SettingsTest, AFileThatCanBeReadAgainIsWrittenAgain)
 {
-    cWorld.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
-    cWorld.cFiles.SetUnreadable(sFile, 70);
+    cPorts.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
+    cPorts.cFiles.SetUnreadable(sFile, 70);
     cMod.LoadSettings();
-    cWorld.cFiles.SetUnreadable(sFile, 0);
+    cPorts.cFiles.SetUnreadable(sFile, 0);
     cMod.LoadSettings();
     EXPECT_TRUE(cMod.SaveSettings());
-    EXPECT_EQ(cWorld.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
 }
 
 // ---- a reload of the same folder
@@ -171,23 +171,23 @@ TEST_F(SettingsTest, AFileThatCanBeReadAgainIsWrittenAgain)
 TEST_F(SettingsTest, AReloadThatCannotReadKeepsTheValues)
 {
     Load("1\r\n2\r\n3\r\n");
-    cWorld.cFiles.SetAway(sRadio);
+    cPorts.cFiles.SetAway(sRadio);
     cMod.LoadSettings();
     EXPECT_EQ(SettingsOf(cMod), (Mins{1, 2, 3}));
     EXPECT_FALSE(cMod.SaveSettings()) << "what was not read is left alone";
-    cWorld.cFiles.SetAway(sRadio, 0);
-    cWorld.cFiles.Put(sFile, "4\r\n5\r\n6\r\n");
+    cPorts.cFiles.SetAway(sRadio, 0);
+    cPorts.cFiles.Put(sFile, "4\r\n5\r\n6\r\n");
     EXPECT_FALSE(cMod.SaveSettings());
     cMod.SetGlobalTitleSepMins(9);
     EXPECT_EQ(SettingsOf(cMod), (Mins{4, 9, 6})) << "a setter reads again";
-    EXPECT_EQ(cWorld.cFiles.Get(sFile), "4\r\n9\r\n6\r\n");
-    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "4\r\n9\r\n6\r\n");
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
 }
 
 TEST_F(SettingsTest, AReloadWithoutTheFileForgetsTheValues)
 {
     Load("1\r\n2\r\n3\r\n");
-    cWorld.cFiles.Delete(sFile);
+    cPorts.cFiles.Delete(sFile);
     cMod.LoadSettings();
     EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60}));
 }
@@ -195,67 +195,67 @@ TEST_F(SettingsTest, AReloadWithoutTheFileForgetsTheValues)
 TEST_F(SettingsTest, AnotherFolderThatCannotBeReadStartsWithSixty)
 {
     Load("1\r\n2\r\n3\r\n");
-    cWorld.cFiles.Put(L"C:\\Other\\Scheduler\\SchedulerSettings.dat", "4\r\n5\r\n6\r\n");
-    cWorld.cFiles.SetAway(L"C:\\Other");
+    cPorts.cFiles.Put(L"C:\\Other\\Scheduler\\SchedulerSettings.dat", "4\r\n5\r\n6\r\n");
+    cPorts.cFiles.SetAway(L"C:\\Other");
     cMod.StoreAppPath(L"C:\\Other");
     cMod.LoadSettings();
     EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60}));
-    EXPECT_EQ(cWorld.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
 }
 
 TEST_F(SettingsTest, AReloadSavesAnUnsavedValueFirst)
 {
     Load("1\r\n2\r\n3\r\n");
-    cWorld.cFiles.SetReadOnly(sFile);
+    cPorts.cFiles.SetReadOnly(sFile);
     cMod.SetGlobalTitleSepMins(9);
     cMod.LoadSettings();
     EXPECT_EQ(SettingsOf(cMod), (Mins{1, 9, 3})) << "still unsaved";
-    cWorld.cFiles.SetReadOnly(sFile, false);
+    cPorts.cFiles.SetReadOnly(sFile, false);
     cMod.LoadSettings();
     EXPECT_EQ(SettingsOf(cMod), (Mins{1, 9, 3}));
-    EXPECT_EQ(cWorld.cFiles.Get(sFile), "1\r\n9\r\n3\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "1\r\n9\r\n3\r\n");
     EXPECT_EQ(Load("4\r\n5\r\n6\r\n"), (Mins{4, 5, 6})) << "saved once";
-    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
 }
 
 TEST_F(SettingsTest, AMoveSavesAnUnsavedValueToItsOwnFolder)
 {
     Load("1\r\n2\r\n3\r\n");
-    cWorld.cFiles.SetReadOnly(sFile);
+    cPorts.cFiles.SetReadOnly(sFile);
     cMod.SetGlobalTitleSepMins(9);
-    cWorld.cFiles.SetReadOnly(sFile, false);
+    cPorts.cFiles.SetReadOnly(sFile, false);
     const std::wstring sOther = L"C:\\Other\\Scheduler\\SchedulerSettings.dat";
-    cWorld.cFiles.Put(sOther, "4\r\n5\r\n6\r\n");
+    cPorts.cFiles.Put(sOther, "4\r\n5\r\n6\r\n");
     cMod.StoreAppPath(L"C:\\Other");
     EXPECT_FALSE(cMod.SaveSettings()) << "the values are not those of the folder";
     cMod.SetGlobalAlbumSepMins(7);
     EXPECT_EQ(SettingsOf(cMod), (Mins{4, 5, 7}));
-    EXPECT_EQ(cWorld.cFiles.Get(sFile), "1\r\n9\r\n3\r\n");
-    EXPECT_EQ(cWorld.cFiles.Get(sOther), "4\r\n5\r\n7\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "1\r\n9\r\n3\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sOther), "4\r\n5\r\n7\r\n");
 }
 
 TEST_F(SettingsTest, AFailedSaveIsOnlyLogged)
 {
     Load("1\r\n2\r\n3\r\n");
-    cWorld.cFiles.SetReadOnly(sFile);
+    cPorts.cFiles.SetReadOnly(sFile);
     EXPECT_FALSE(cMod.SaveSettings());
     EXPECT_NO_THROW(cMod.SetGlobalArtistSepMins(9));
     EXPECT_EQ(cMod.GlobalArtistSepMins(), 9);
-    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
-    EXPECT_EQ(cWorld.LogMessages(), (Lines{L"DISPLAYERROR, SaveSettings 75 Path/File access error",
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
+    EXPECT_EQ(cPorts.LogMessages(), (Lines{L"DISPLAYERROR, SaveSettings 75 Path/File access error",
                                            L"DISPLAYERROR, SaveSettings 75 Path/File access error"}));
-    EXPECT_EQ(cWorld.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
-    EXPECT_TRUE(cWorld.TemporaryFiles().empty());
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
+    EXPECT_TRUE(cPorts.TemporaryFiles().empty());
 }
 
 TEST_F(SettingsTest, AFailureAtAnyStepOfASaveLeavesTheOldFileOrTheNewOne)
 {
     for (int lGood = 0;; ++lGood)
     {
-        MemoryWorld cDisk; // without a log, whose lines would be steps too
+        MemoryPorts cDisk; // without a log, whose lines would be steps too
         cDisk.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
         FailingFiles cFiles(cDisk.cFiles, lGood);
-        ModScheduler cOther(cDisk.AllPortsWith(cFiles));
+        ModScheduler cOther(cDisk.PortsWith(cFiles));
         cOther.StoreAppPath(sRadio);
         cOther.LoadSettings();
         cOther.SetGlobalTitleSepMins(9);
@@ -288,7 +288,7 @@ TEST_F(SettingsTest, AnyBytesGiveMinutesThatAreNotNegative)
         for (const std::int32_t lMins : Load(bytes))
             ASSERT_GE(lMins, 0) << "seed " << lSeed << ", round " << lRound;
     }
-    EXPECT_TRUE(cWorld.cMessages.Boxes.empty());
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
 }
 
 } // namespace

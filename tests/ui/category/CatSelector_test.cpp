@@ -598,7 +598,7 @@ TEST_F(Selector, ClicksWhileACutIsLookedUpAreIgnoredAndWorkAgainAfterwards)
 {
     AllowMulti();
     ClickCat(L"Rock");
-    cWorld.cMessages.OnShown = [&]
+    cPorts.cMessages.OnShown = [&]
     {
         cSelector.CatClick();
         cScreen.eFocus.reset();

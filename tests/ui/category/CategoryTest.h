@@ -29,7 +29,7 @@ struct CategoryTest : ::testing::Test
         Add(L"d", L"Jazz", 2, L"Cool", L"Cat");
         Add(L"e", L"NOCAT", 1, L"No", L"Where");
         cSchedMan->PopulateFromDataBase(cDataBase, sRadio);
-        cWorld.cMessages.Boxes.clear();
+        cPorts.cMessages.Boxes.clear();
     }
 
     std::shared_ptr<FakeCut> Add(const std::wstring& sKey, const std::wstring& sCategories, int lLevel,
@@ -53,7 +53,7 @@ struct CategoryTest : ::testing::Test
     {
         return MainCat(sName)->SubCat(lLevel);
     }
-    Boxes& Shown() { return cWorld.cMessages.Boxes; }
+    Boxes& Shown() { return cPorts.cMessages.Boxes; }
 
     // What the user does in the lists.
     void ClickCat(const std::wstring& sName, bool bCtrl = false)
@@ -88,12 +88,12 @@ struct CategoryTest : ::testing::Test
         return static_cast<std::size_t>(it - colEntries.begin());
     }
 
-    RadioWorld cWorld;
-    ModScheduler cMod{cWorld.AllPorts()};
+    RadioPorts cPorts;
+    ModScheduler cMod{cPorts.Ports()};
     std::shared_ptr<FakeDataBase> cDataBase = std::make_shared<FakeDataBase>();
     std::shared_ptr<clsSchedMan> cSchedMan = std::make_shared<clsSchedMan>(cMod);
     ScreenSelector cScreen;
-    CatSelector cSelector{cScreen, cMod};
+    CatSelectorPresenter cSelector{cScreen, cMod};
 };
 
 } // namespace ravlo::test

@@ -53,7 +53,7 @@ public:
     }
     void Close() override { bOpen = false; }
 
-    frmCat* cForm = nullptr;
+    frmCatPresenter* cForm = nullptr;
     std::function<void()> OnModal; // what the user does while it is open
     std::wstring sCaption = L"Category";
     std::wstring sRulesTitle;
@@ -134,17 +134,17 @@ struct Form : CategoryTest
     // Does something whenever messages are pumped, and counts how often.
     void WhilePumping(const std::function<void()>& what)
     {
-        cWorld.cHostLoop.OnPump = [this, what]
+        cPorts.cHostLoop.OnPump = [this, what]
         {
             ++lPumps;
             what();
         };
     }
-    void Answers(BoxAnswer eAnswer) { cWorld.cMessages.eDefaultAnswer = eAnswer; }
-    std::string Settings() const { return cWorld.cFiles.Get(L"C:\\Radio\\Scheduler\\SchedulerSettings.dat"); }
+    void Answers(BoxAnswer eAnswer) { cPorts.cMessages.eDefaultAnswer = eAnswer; }
+    std::string Settings() const { return cPorts.cFiles.Get(L"C:\\Radio\\Scheduler\\SchedulerSettings.dat"); }
     bool HasSettings() const
     {
-        return cWorld.cFiles.FileExists(L"C:\\Radio\\Scheduler\\SchedulerSettings.dat");
+        return cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\SchedulerSettings.dat");
     }
     clsCatRules& Rules(const std::wstring& sCat, int lLevel)
     {
@@ -153,7 +153,7 @@ struct Form : CategoryTest
 
     ScreenForm cView;
     OtherWindows cWindows;
-    std::optional<frmCat> cForm;
+    std::optional<frmCatPresenter> cForm;
     CategoryRequest request;
     int lPumps = 0;
 };
@@ -432,7 +432,7 @@ TEST_F(Form, OKAfterAReloadReturnsThePresentCategoryAndLevel)
 
 TEST_F(Form, OKAfterAReloadDuringTheQuestionReturnsThePresentOnes)
 {
-    cWorld.cMessages.OnShown = [&] { Repopulate(); };
+    cPorts.cMessages.OnShown = [&] { Repopulate(); };
     Open(L"Rock", 3,
          [&]
          {
@@ -463,7 +463,7 @@ TEST_F(Form, OKReturnsNeitherADeletedCategoryNorADeletedLevel)
     EXPECT_EQ(request.cSubCatChosen, nullptr);
 }
 
-TEST_F(Form, ACutIsNotFiledInACategoryThatWasDeletedMeanwhile)
+TEST_F(Form, ACutIsNotPlacedInACategoryThatWasDeletedMeanwhile)
 {
     request.cCut = CutOf(0); // in Rock 1
     request.bAllowMultiSelect = true;
@@ -520,7 +520,7 @@ TEST_F(Form, ApplyToADeletedCategorySavesNothingAndShowsWhatIsLeft)
              EXPECT_FALSE(cView.bApply);
          });
     EXPECT_EQ(Shown(), Boxes());
-    EXPECT_FALSE(cWorld.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC3.rls"));
+    EXPECT_FALSE(cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC3.rls"));
 }
 
 // ---- the panes ----
@@ -743,7 +743,7 @@ TEST_F(Form, TheRulesOfALLAreTheMainCategorysOwn)
          });
     EXPECT_EQ(Rules(L"Rock", 0).ArtistSepMins(), 77);
     EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 60);
-    EXPECT_TRUE(cWorld.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC0.rls"));
+    EXPECT_TRUE(cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC0.rls"));
 }
 
 // A shown global value must not become the category's own because something else was changed.
@@ -804,13 +804,13 @@ TEST_F(Form, ApplySavesTheVisiblePaneOnly)
 
 TEST_F(Form, RulesThatCannotBeSavedAreReported)
 {
-    cWorld.cFiles.MakeFolders(L"C:\\Radio\\Scheduler\\Rules");
+    cPorts.cFiles.MakeFolders(L"C:\\Radio\\Scheduler\\Rules");
     Open(L"Rock", 3,
          [&]
          {
              cForm->TabClick(RulesPane::Category);
              Type(txtArtistSepMins1, L"46");
-             cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\Rules");
+             cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\Rules");
              cForm->ApplyClick();
          });
     ASSERT_EQ(Shown().size(), 2u); // the second one after the error itself
@@ -941,7 +941,7 @@ TEST_F(Form, WithoutACategoryTheQuestionNamesNone)
 // The cuts are what was selected when OK was clicked, not what a changed list holds after the question.
 TEST_F(Form, TheSelectedCutsAreTakenBeforeTheQuestion)
 {
-    cWorld.cMessages.OnShown = [&] { cScreen.lists[lstsongs1].lSelected.clear(); };
+    cPorts.cMessages.OnShown = [&] { cScreen.lists[lstsongs1].lSelected.clear(); };
     Open(L"Rock", 1,
          [&]
          {
@@ -954,7 +954,7 @@ TEST_F(Form, TheSelectedCutsAreTakenBeforeTheQuestion)
 
 TEST_F(Form, ClicksWhileTheQuestionIsOpenAreIgnored)
 {
-    cWorld.cMessages.OnShown = [&]
+    cPorts.cMessages.OnShown = [&]
     {
         cForm->OKClick();
         cForm->CancelClick();
@@ -971,7 +971,7 @@ TEST_F(Form, ClicksWhileTheQuestionIsOpenAreIgnored)
                    }),
               lChosen);
     EXPECT_EQ(Shown().size(), 1u);
-    EXPECT_TRUE(cWorld.cMessages.Inputs.empty());
+    EXPECT_TRUE(cPorts.cMessages.Inputs.empty());
 }
 
 // ---- storing on closing ----
@@ -1024,7 +1024,7 @@ TEST_F(Form, ClosingLeavesGlobalValuesTheUserDidNotTouch)
 
 TEST_F(Form, ANewCategoryIsListedAndChosen)
 {
-    cWorld.cMessages.Typed = {L"Swing/Bop"};
+    cPorts.cMessages.Typed = {L"Swing/Bop"};
     Open(L"Rock", 3,
          [&]
          {
@@ -1039,10 +1039,10 @@ TEST_F(Form, ANewCategoryIsListedAndChosen)
     EXPECT_EQ(request.cSubCatChosen, Level(L"Swing_Bop", 1));
 }
 
-// Filing the cut in it is for the user to ask for.
+// Placement the cut in it is for the user to ask for.
 TEST_F(Form, WithMultiSelectANewCategoryIsCurrentButNotSelected)
 {
-    cWorld.cMessages.Typed = {L"Swing"};
+    cPorts.cMessages.Typed = {L"Swing"};
     request.cCut = CutOf(3);
     request.bAllowMultiSelect = true;
     Open(L"", 0,
@@ -1060,7 +1060,7 @@ TEST_F(Form, WithMultiSelectANewCategoryIsCurrentButNotSelected)
 TEST_F(Form, WithMultiSelectANewNoCatIsNotMarkedAndUnmarked)
 {
     cSchedMan->DeleteCats({MainCat(L"NOCAT")});
-    cWorld.cMessages.Typed = {L"NOCAT"};
+    cPorts.cMessages.Typed = {L"NOCAT"};
     request.cCut = CutOf(3);
     request.bAllowMultiSelect = true;
     Open(L"", 0,
@@ -1080,7 +1080,7 @@ TEST_F(Form, NothingCanBeUsedWhileALevelIsMadeAndSaved)
     for (int i = 0; i < 1000; ++i) // enough for the save to pump messages
         Add(L"more " + std::to_wstring(i), L"Rock", 1, L"A", std::to_wstring(i));
     Repopulate();
-    cWorld.cMessages.Typed = {L"2"};
+    cPorts.cMessages.Typed = {L"2"};
     const auto tryEverything = [&]
     {
         EXPECT_TRUE(Disabled());
@@ -1092,7 +1092,7 @@ TEST_F(Form, NothingCanBeUsedWhileALevelIsMadeAndSaved)
         EXPECT_TRUE(cView.bRulesArea);
         EXPECT_TRUE(cView.bOpen);
     };
-    cWorld.cMessages.OnShown = tryEverything;
+    cPorts.cMessages.OnShown = tryEverything;
     Open(L"Rock", 3,
          [&]
          {
@@ -1110,19 +1110,19 @@ TEST_F(Form, NothingCanBeUsedWhileALevelIsMadeAndSaved)
 
 TEST_F(Form, NothingCanBeUsedWhileACategoryIsMade)
 {
-    cWorld.cMessages.OnShown = [&] { EXPECT_TRUE(Disabled()); };
+    cPorts.cMessages.OnShown = [&] { EXPECT_TRUE(Disabled()); };
     Open(L"Rock", 3,
          [&]
          {
              cForm->NewClick();
              EXPECT_FALSE(cView.bBusy);
          });
-    EXPECT_EQ(cWorld.cMessages.Inputs.size(), 1u);
+    EXPECT_EQ(cPorts.cMessages.Inputs.size(), 1u);
 }
 
 TEST_F(Form, WithMultiSelectTheSongsStayDisabledAfterACommand)
 {
-    cWorld.cMessages.Typed = {L"Swing"};
+    cPorts.cMessages.Typed = {L"Swing"};
     request.bAllowMultiSelect = true;
     Open(L"", 0,
          [&]
@@ -1146,7 +1146,7 @@ TEST_F(Form, GivingUpANewCategoryKeepsTheChoice)
 
 TEST_F(Form, ANewLevelIsListedAndItsCategoryStaysChosen)
 {
-    cWorld.cMessages.Typed = {L"2"};
+    cPorts.cMessages.Typed = {L"2"};
     Open(L"Rock", 3,
          [&]
          {
@@ -1183,7 +1183,7 @@ TEST_F(Form, ANewLevelNeedsACategory)
 
 TEST_F(Form, ANewLevelKeepsPendingEdits)
 {
-    cWorld.cMessages.Typed = {L"2"};
+    cPorts.cMessages.Typed = {L"2"};
     Open(L"Rock", 3,
          [&]
          {

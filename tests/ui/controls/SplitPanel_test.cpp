@@ -70,7 +70,7 @@ struct Panel : ::testing::Test
 
     ScreenPanel cScreen;
     MemoryUserSettings cSettings;
-    SplitPanel cPanel{cScreen, cSettings, L"Player"};
+    SplitPanelPresenter cPanel{cScreen, cSettings, L"Player"};
     std::vector<std::int32_t> colChanges;
 };
 
@@ -164,7 +164,7 @@ TEST_F(Panel, IntegersOutOfRangeAreAnOverflow)
     for (const std::int32_t lValue : {-32769, 32768, 2000000})
     {
         for (const auto set :
-             {&SplitPanel::SetMinPanelSize, &SplitPanel::SetSplitterWidth, &SplitPanel::SetSnapped})
+             {&SplitPanelPresenter::SetMinPanelSize, &SplitPanelPresenter::SetSplitterWidth, &SplitPanelPresenter::SetSnapped})
         {
             try
             {
@@ -361,7 +361,7 @@ TEST_F(Panel, AStoredZeroAndAnythingThatIsNoNumberMeansNothingIsStored)
     for (const wchar_t* sStored : {L"0", L"", L"wide", L"99999999999"})
     {
         ScreenPanel cOtherScreen;
-        SplitPanel cOther(cOtherScreen, cSettings, L"Player");
+        SplitPanelPresenter cOther(cOtherScreen, cSettings, L"Player");
         cOther.SetRegistryID(L"Library");
         cSettings.Set(sApplication, L"Settings", L"Pos", sStored);
         cOther.SetPosition(2500);

@@ -13,7 +13,7 @@ namespace ravlo::test
 namespace
 {
 
-using Node = CategoryTree::Node;
+using Node = CategoryTreePresenter::Node;
 
 class CategoryTreeTest : public testing::Test
 {
@@ -23,7 +23,7 @@ protected:
     {
         if (cTree.Count() == 0)
             return L"";
-        const CategoryTree::Entry& entry = cTree.At(lNode);
+        const CategoryTreePresenter::Entry& entry = cTree.At(lNode);
         std::wstring sText =
             sIndent + entry.sText + (entry.bChecked ? L"*" : L"") + (entry.bOpen ? L"+" : L"") + L"\n";
         for (const Node lChild : entry.colChildren)
@@ -36,9 +36,9 @@ protected:
         return cTree.Find(CategoryKey(sName, lLevel)).value();
     }
 
-    RadioWorld cWorld;
-    Library cLibrary{cWorld};
-    CategoryTree cTree;
+    RadioPorts cPorts;
+    Library cLibrary{cPorts};
+    CategoryTreePresenter cTree;
 };
 
 TEST_F(CategoryTreeTest, WithoutMainCategoriesOfAnyKindItIsEmpty)
@@ -165,7 +165,7 @@ TEST_F(FilledTreeTest, ANodeThatIsThereAlreadyOrHasNoParentIsLeftOut)
 
 TEST(CategoryTreeOrderTest, OnlyTheChildrenOfANodeThatIsToBeSortedAreSorted)
 {
-    CategoryTree cTree;
+    CategoryTreePresenter cTree;
     cTree.SetSorted(); // there is none yet
     cTree.AddNode(L"", L"root", L"root", sImageClosed);
     cTree.AddNode(L"root", L"sorted", L"sorted", sImageClosed);
@@ -181,7 +181,7 @@ TEST(CategoryTreeOrderTest, OnlyTheChildrenOfANodeThatIsToBeSortedAreSorted)
 
 TEST_F(FilledTreeTest, TwoTreesHaveTheSameNodesWhenKeysAndTextsAre)
 {
-    CategoryTree cOther;
+    CategoryTreePresenter cOther;
     EXPECT_FALSE(cTree.HasSameNodes(cOther));
     for (std::size_t lNode = 0; lNode < cTree.Count(); ++lNode)
         cOther.AddNode(lNode == 0 ? L"" : cTree.At(0).sKey, cTree.At(lNode).sKey, cTree.At(lNode).sText,
@@ -195,8 +195,8 @@ TEST_F(FilledTreeTest, TwoTreesHaveTheSameNodesWhenKeysAndTextsAre)
 
 TEST_F(FilledTreeTest, AnotherSpellingOfANameIsAnotherNode)
 {
-    CategoryTree cUpper;
-    CategoryTree cLower;
+    CategoryTreePresenter cUpper;
+    CategoryTreePresenter cLower;
     cUpper.AddNode(L"", L"Rock\t0", L"Rock", sImageClosed);
     cLower.AddNode(L"", L"rock\t0", L"rock", sImageClosed);
     EXPECT_FALSE(cUpper.HasSameNodes(cLower));

@@ -28,31 +28,31 @@ public:
     int lShown = 0;
     int lImages = 0;
     std::vector<bool> bChecked; // as on the screen, by node
-    std::vector<CategoryTree::Node> colExpanded;
-    std::vector<CategoryTree::Node> colBrought; // into view
-    std::optional<CategoryTree::Node> lSelected;
+    std::vector<CategoryTreePresenter::Node> colExpanded;
+    std::vector<CategoryTreePresenter::Node> colBrought; // into view
+    std::optional<CategoryTreePresenter::Node> lSelected;
 
-    void ShowTree(const CategoryTree& cTree) override
+    void ShowTree(const CategoryTreePresenter& cTree) override
     {
         ++lShown;
         lSelected.reset();
         colExpanded.clear();
         bChecked.assign(cTree.Count(), false);
     }
-    void ShowChecks(const CategoryTree& cTree, const std::vector<CategoryTree::Node>& colNodes) override
+    void ShowChecks(const CategoryTreePresenter& cTree, const std::vector<CategoryTreePresenter::Node>& colNodes) override
     {
-        for (const CategoryTree::Node lNode : colNodes)
+        for (const CategoryTreePresenter::Node lNode : colNodes)
             bChecked[lNode] = cTree.At(lNode).bChecked;
     }
     void ShowImages() override { ++lImages; }
-    void Expand(CategoryTree::Node lNode) override { colExpanded.push_back(lNode); }
-    void Select(CategoryTree::Node lNode) override { lSelected = lNode; }
-    void BringIntoView(CategoryTree::Node lNode) override { colBrought.push_back(lNode); }
-    std::optional<CategoryTree::Node> Selected() const override { return lSelected; }
+    void Expand(CategoryTreePresenter::Node lNode) override { colExpanded.push_back(lNode); }
+    void Select(CategoryTreePresenter::Node lNode) override { lSelected = lNode; }
+    void BringIntoView(CategoryTreePresenter::Node lNode) override { colBrought.push_back(lNode); }
+    std::optional<CategoryTreePresenter::Node> Selected() const override { return lSelected; }
 };
 
 // A list that remembers.
-class FakeGridView final : public SchedLibGridView
+class FakeGridView final : public clsSchedLibGridView
 {
 public:
     std::vector<std::wstring> colHeaders;
@@ -154,10 +154,10 @@ public:
 };
 
 // A station with a library window on a fake screen. Files are empty until Show.
-struct LibraryWindow
+struct LibraryWindowLifetime
 {
     // bFreshObjects: the database hands out another object for the same cut each time.
-    explicit LibraryWindow(bool bFreshObjects = false)
+    explicit LibraryWindowLifetime(bool bFreshObjects = false)
     {
         cLibrary.cDataBase->bFreshObjects = bFreshObjects;
         cForm.SetSchedMan(cLibrary.cSchedMan);
@@ -176,7 +176,7 @@ struct LibraryWindow
         cForm.ShowModalUI();
         cView.bBusy.clear();
     }
-    CategoryTree::Node Node(const std::wstring& sName, std::int32_t lLevel) const
+    CategoryTreePresenter::Node Node(const std::wstring& sName, std::int32_t lLevel) const
     {
         return cForm.Tree().Find(CategoryKey(sName, lLevel)).value();
     }
@@ -188,12 +188,12 @@ struct LibraryWindow
     void DropOnNode(const std::wstring& sName, std::int32_t lLevel)
     {
         ASSERT_TRUE(cForm.DragStarted());
-        cForm.DragCompleted(frmUILib::Drop{true, CategoryKey(sName, lLevel), std::nullopt, sGridPayload});
+        cForm.DragCompleted(frmUILibPresenter::Drop{true, CategoryKey(sName, lLevel), std::nullopt, sGridPayload});
     }
     void DropOnRow(std::optional<std::size_t> lRow)
     {
         ASSERT_TRUE(cForm.DragStarted());
-        cForm.DragCompleted(frmUILib::Drop{false, L"", lRow, sGridPayload});
+        cForm.DragCompleted(frmUILibPresenter::Drop{false, L"", lRow, sGridPayload});
     }
     Keys RowKeys()
     {
@@ -209,14 +209,14 @@ struct LibraryWindow
             colKeys.push_back(cCut->Key().Text());
         return colKeys;
     }
-    Boxes& Shown() { return cWorld.cMessages.Boxes; }
+    Boxes& Shown() { return cPorts.cMessages.Boxes; }
 
-    RadioWorld cWorld;
-    Library cLibrary{cWorld};
+    RadioPorts cPorts;
+    Library cLibrary{cPorts};
     FakeLibraryView cView;
     FakeTreeView cTreeView;
     FakeGridView cGridView;
-    frmUILib cForm{cView, cTreeView, cGridView, cLibrary.cMod};
+    frmUILibPresenter cForm{cView, cTreeView, cGridView, cLibrary.cMod};
 };
 
 } // namespace ravlo::test

@@ -98,8 +98,8 @@ protected:
         return ShowGridCuts(*cLibrary.cSchedMan, cGrid, sKey, &cTree, &cProgress);
     }
 
-    RadioWorld cWorld;
-    Library cLibrary{cWorld};
+    RadioPorts cPorts;
+    Library cLibrary{cPorts};
     RecordingGrid cGrid;
     RecordingProgress cProgress;
     RecordingTree cTree;
@@ -205,11 +205,11 @@ TEST_F(LibraryFillingTest, WhatDoesNotExistListsNothingAndIsLogged)
     ASSERT_TRUE(shown);
     EXPECT_EQ(shown->cCatShown, nullptr);
     EXPECT_TRUE(cGrid.colRows.empty());
-    EXPECT_EQ(cWorld.LogMessages().back(), L"Unexpected - why does the main cat NOT exist?");
+    EXPECT_EQ(cPorts.LogMessages().back(), L"Unexpected - why does the main cat NOT exist?");
     shown = Show(L"Rock\t9");
     ASSERT_TRUE(shown);
     EXPECT_EQ(shown->cCatShown, nullptr);
-    EXPECT_EQ(cWorld.LogMessages().back(), L"Unexpected - subcat 9 does not exist in: Rock");
+    EXPECT_EQ(cPorts.LogMessages().back(), L"Unexpected - subcat 9 does not exist in: Rock");
     EXPECT_EQ(cProgress.colSaid.back(), L"End: Showing Rock 9|Showing 0 total.");
 }
 
@@ -226,7 +226,7 @@ TEST_F(LibraryFillingTest, ALevelTextThatIsNoLevelListsNothingAndIsLogged)
         EXPECT_FALSE(shown->bShowingMoreThanOneLevel);
         EXPECT_EQ(shown->strCatKey, sKey);
         EXPECT_TRUE(cGrid.colRows.empty());
-        EXPECT_EQ(cWorld.LogMessages().back(), L"Unexpected - subcat " +
+        EXPECT_EQ(cPorts.LogMessages().back(), L"Unexpected - subcat " +
                                                    std::wstring(sLevel).substr(*sLevel ? 1 : 0) +
                                                    L" does not exist in: Rock");
     }
@@ -277,12 +277,12 @@ TEST_F(LibraryFillingTest, CellByCellPausesAndReportsAreThrottled)
     for (int lCut = 0; lCut < 250; ++lCut)
         cLibrary.cDataBase->Add(L"many" + std::to_wstring(lCut), L"Many", 1);
     cLibrary.Populate();
-    cWorld.cHostLoop.lSleeps = 0;
+    cPorts.cHostLoop.lSleeps = 0;
     std::vector<std::uint32_t> colPauses;
-    cWorld.cHostLoop.OnSleep = [&](std::uint32_t lMs)
+    cPorts.cHostLoop.OnSleep = [&](std::uint32_t lMs)
     {
         colPauses.push_back(lMs);
-        cWorld.cClock.Advance(100); // and the pause of 1 ms itself
+        cPorts.cClock.Advance(100); // and the pause of 1 ms itself
     };
     Show(L"Many\t1");
     EXPECT_EQ(colPauses, (std::vector<std::uint32_t>{1, 1, 1, 1}));
@@ -294,14 +294,14 @@ TEST(LibraryCollectingTest, CollectingReportsEvery20ItemsAfter101Ms)
 {
     for (const auto& [lMsALook, bReports] : {std::pair{100u, false}, std::pair{101u, true}})
     {
-        RadioWorld cWorld;
-        Library cLibrary(cWorld);
+        RadioPorts cPorts;
+        Library cLibrary(cPorts);
         for (int lCut = 0; lCut < 20; ++lCut)
             cLibrary.cDataBase->Add(L"c" + std::to_wstring(lCut), L"Rock", 1);
         cLibrary.Populate();
-        TickingClock cClock(cWorld.cClock, lMsALook);
-        Ports ports{cClock,           cWorld.cHostLoop, cWorld.cFiles, cWorld.cMessages, cWorld.cUserSettings,
-                    cWorld.cCodePage, cWorld.cRandom};
+        TickingClock cClock(cPorts.cClock, lMsALook);
+        Ports ports{cClock,           cPorts.cHostLoop, cPorts.cFiles, cPorts.cMessages, cPorts.cUserSettings,
+                    cPorts.cCodePage, cPorts.cRandom};
         ModScheduler cMod(ports);
         clsSchedMan cSchedMan(cMod);
         cSchedMan.PopulateFromDataBase(cLibrary.cDataBase, sRadio);

@@ -22,9 +22,9 @@ protected:
         window.Show();
         window.Shown().clear(); // the cut without a level
     }
-    clsSchedLibGrid& Grid() { return window.cForm.Grid(); }
+    clsSchedLibGridPresenter& Grid() { return window.cForm.Grid(); }
 
-    LibraryWindow window{GetParam()};
+    LibraryWindowLifetime window{GetParam()};
 };
 
 TEST_P(SchedLibGridTest, TheGridGetsItsTenColumnsOnceWithRedrawOff)
@@ -43,7 +43,7 @@ TEST_P(SchedLibGridTest, TheLayoutIsReadWhenTheGridIsTakenAndStoredWhenItIsLetGo
     window.cGridView.layout.SetWidth(0, 99);
     window.cForm.Closing();
     const std::wstring sStored =
-        window.cWorld.cUserSettings.Get(L"RavloScheduler", L"Settings", L"iGridLibLayoutColSchedLib", L"");
+        window.cPorts.cUserSettings.Get(L"RavloScheduler", L"Settings", L"iGridLibLayoutColSchedLib", L"");
     EXPECT_EQ(sStored, window.cGridView.layout.Text());
     EXPECT_EQ(sStored.substr(0, 11), L"1|Width|99|");
     window.cGridView.layout = ColumnLayout();
@@ -182,7 +182,7 @@ TEST_P(ReorderTest, RowsMoveInFrontOfTheRowTheyAreDroppedOn)
     };
     for (const Case& test : cases)
     {
-        LibraryWindow fresh(GetParam());
+        LibraryWindowLifetime fresh(GetParam());
         for (const wchar_t* sKey : {L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8"})
             fresh.Add(sKey, L"Rock", 1);
         fresh.Show();
@@ -200,10 +200,10 @@ TEST_P(ReorderTest, RowsMoveInFrontOfTheRowTheyAreDroppedOn)
 
 TEST_P(ReorderTest, TheNewOrderIsSaved)
 {
-    ASSERT_FALSE(window.cWorld.cFiles.FileExists(SifPath(L"Rock")));
+    ASSERT_FALSE(window.cPorts.cFiles.FileExists(SifPath(L"Rock")));
     window.cGridView.Select({0});
     window.DropOnRow(5);
-    EXPECT_TRUE(window.cWorld.cFiles.FileExists(SifPath(L"Rock")));
+    EXPECT_TRUE(window.cPorts.cFiles.FileExists(SifPath(L"Rock")));
 }
 
 TEST_P(ReorderTest, TheRowStandsForItsCutWhereverTheRotationHasSentItMeanwhile)
@@ -228,7 +228,7 @@ TEST_P(ReorderTest, RowsThatAreNotConsecutiveAreRefused)
 
 TEST_P(ReorderTest, WhatWasNotDraggedFromTheGridIsRefused)
 {
-    window.cForm.Dropped(frmUILib::Drop{false, L"", 0, L"something else"});
+    window.cForm.Dropped(frmUILibPresenter::Drop{false, L"", 0, L"something else"});
     EXPECT_EQ(window.Shown(),
               (Boxes{OkBox(BoxIcon::None, L"Scheduler Grid", L"Unrecognized Source for dragdrop!")}));
 }
@@ -278,7 +278,7 @@ TEST_P(ReorderTest, KeysPressedDuringAMoveAreGatheredIntoOneMore)
 {
     window.cGridView.Select({7});
     int lPresses = 3; // arrive while the first move runs
-    window.cWorld.cHostLoop.OnPump = [&]
+    window.cPorts.cHostLoop.OnPump = [&]
     {
         if (lPresses > 0 && lPresses-- > 0)
             window.cForm.MoveSelected(true);
@@ -345,7 +345,7 @@ TEST_P(ReorderTest, TheWindowIsBusyWhileItMovesAndNeverAfterwards)
     EXPECT_EQ(window.cView.bBusy, (std::vector<bool>{true, false}));
 }
 
-TEST_P(ReorderTest, ALevelThatIsGoneIsNotFiledInto)
+TEST_P(ReorderTest, ALevelThatIsGoneIsNotPlacedInto)
 {
     const std::shared_ptr<clsCat> cGone = window.cLibrary.Level(L"Rock", 1);
     window.cGridView.Select({0});

@@ -26,7 +26,7 @@ protected:
         window.Add(L"e", L"Jazz", 1);
         window.Add(L"f", L"", 1);
     }
-    frmUILib& Form() { return window.cForm; }
+    frmUILibPresenter& Form() { return window.cForm; }
     clsSchedMan& Man() { return *window.cLibrary.cSchedMan; }
     std::wstring SelectedNode() const
     {
@@ -39,20 +39,20 @@ protected:
     std::vector<std::wstring> Ticked() const
     {
         std::vector<std::wstring> colKeys;
-        for (const CategoryTree::Node lNode : window.cForm.Tree().Checked())
+        for (const CategoryTreePresenter::Node lNode : window.cForm.Tree().Checked())
             colKeys.push_back(window.cForm.Tree().At(lNode).sKey);
         return colKeys;
     }
-    bool SifSaved(const std::wstring& sName) { return window.cWorld.cFiles.FileExists(SifPath(sName)); }
+    bool SifSaved(const std::wstring& sName) { return window.cPorts.cFiles.FileExists(SifPath(sName)); }
     void ForgetSifs()
     {
         for (const wchar_t* sName : {L"Rock", L"Jazz"})
             if (SifSaved(sName))
-                window.cWorld.cFiles.Delete(SifPath(sName));
+                window.cPorts.cFiles.Delete(SifPath(sName));
     }
 
     static constexpr int lFillsOnce = 2; // showing a node empties the grid and fills it
-    LibraryWindow window{GetParam()};
+    LibraryWindowLifetime window{GetParam()};
 };
 
 // Windows of a manager, of which the category window alone does something.
@@ -106,7 +106,7 @@ TEST_P(frmUILibTest, ItCountsAsShowingBeforeTheFirstMessagesRun)
 {
     window.cLibrary.Populate();
     int lPumps = 0;
-    window.cWorld.cHostLoop.OnPump = [&]
+    window.cPorts.cHostLoop.OnPump = [&]
     {
         ++lPumps;
         EXPECT_TRUE(Form().Showing());
@@ -119,7 +119,7 @@ TEST_P(frmUILibTest, OneThatWasNeverShownIsFilledWithoutLettingMessagesRun)
 {
     window.cLibrary.Populate();
     Form().Opened();
-    window.cWorld.cHostLoop.OnPump = [] { ADD_FAILURE(); };
+    window.cPorts.cHostLoop.OnPump = [] { ADD_FAILURE(); };
     Form().ReloadAll();
     Form().RequestRefresh();
     EXPECT_EQ(window.RowKeys().size(), 6u);
@@ -294,7 +294,7 @@ protected:
         bool bTaken = true;
         for (const wchar_t cTyped : sText)
         {
-            window.cWorld.cClock.Advance(300);
+            window.cPorts.cClock.Advance(300);
             bTaken = Form().TypeInTree(cTyped) && bTaken;
         }
         return bTaken;
@@ -312,7 +312,7 @@ TEST_P(TreeSearchTest, ABlankByItselfAndOtherKeysAreNotTaken)
 {
     EXPECT_FALSE(Form().TypeInTree(L' '));
     EXPECT_TRUE(Type(L"mid"));
-    window.cWorld.cClock.Advance(1000);
+    window.cPorts.cClock.Advance(1000);
     EXPECT_FALSE(Form().TypeInTree(L' ')) << "a second later it ticks";
     EXPECT_FALSE(Form().TypeInTree(L'\r'));
     EXPECT_EQ(SelectedNode(), L"mid afternoons\t0");
@@ -335,10 +335,10 @@ TEST_P(TreeSearchTest, OnlyNodesOnTheScreenAreFoundAndNoneLeavesTheSelection)
     Type(L"1");
     EXPECT_EQ(SelectedNode(), L"ALL AUDIO\t0");
     Form().NodeExpanded(window.Node(L"Rock", 0), true);
-    window.cWorld.cClock.Advance(2000);
+    window.cPorts.cClock.Advance(2000);
     Type(L"1");
     EXPECT_EQ(SelectedNode(), L"Rock\t1");
-    window.cWorld.cClock.Advance(2000);
+    window.cPorts.cClock.Advance(2000);
     Type(L"zz");
     EXPECT_EQ(SelectedNode(), L"Rock\t1");
 }
@@ -456,12 +456,12 @@ TEST_P(frmUILibTest, NewsThatNeverEndWaitForTheUsersTurn)
 {
     window.Show();
     window.cGridView.lFilled = 0;
-    window.cWorld.cHostLoop.OnPump = [&] { Form().RequestRefresh(); };
+    window.cPorts.cHostLoop.OnPump = [&] { Form().RequestRefresh(); };
     Form().RequestRefresh();
     EXPECT_FALSE(window.cView.Busy());
     EXPECT_EQ(window.cGridView.lFilled, 2 * lFillsOnce) << "and those that came meanwhile, once";
     EXPECT_EQ(window.cView.lAskedFor, 1);
-    window.cWorld.cHostLoop.OnPump = nullptr;
+    window.cPorts.cHostLoop.OnPump = nullptr;
     Form().RequestRefresh();
     EXPECT_EQ(window.cView.lAskedFor, 1);
 }
@@ -481,7 +481,7 @@ TEST_P(frmUILibTest, AWindowThatIsToCloseShowsNoMoreNews)
 {
     window.Show();
     window.cGridView.lFilled = 0;
-    window.cWorld.cHostLoop.OnPump = [&]
+    window.cPorts.cHostLoop.OnPump = [&]
     {
         Form().RequestRefresh(); // each time: the news never end
         Form().RequestClose();
@@ -509,7 +509,7 @@ TEST_P(frmUILibTest, SaveWritesThePresentOrdersAfterAPopulationMeanwhile)
     const std::wstring sOther = L"D:\\Other\\Scheduler\\History_and_Ordering\\Jazz.sif";
     window.Show();
     window.cLibrary.Level(L"Jazz", 1)->SchedCuts()->SendToBack(TextKey(L"c"));
-    window.cWorld.cFiles.MakeFolders(L"D:\\Other");
+    window.cPorts.cFiles.MakeFolders(L"D:\\Other");
     bool bOnce = false;
     window.cLibrary.cHost.OnEvent = [&](const std::wstring& sLine)
     {
@@ -521,8 +521,8 @@ TEST_P(frmUILibTest, SaveWritesThePresentOrdersAfterAPopulationMeanwhile)
     Form().Do(mnuSave);
     window.cLibrary.cHost.OnEvent = nullptr;
     ASSERT_TRUE(bOnce);
-    ASSERT_TRUE(window.cWorld.cFiles.FileExists(sOther));
-    EXPECT_EQ(window.cWorld.cFiles.Get(sOther), SifCut("e", 1)) << "the order before holds c as well";
+    ASSERT_TRUE(window.cPorts.cFiles.FileExists(sOther));
+    EXPECT_EQ(window.cPorts.cFiles.Get(sOther), SifCut("e", 1)) << "the order before holds c as well";
 }
 
 TEST_P(frmUILibTest, ReloadReadsTheDatabaseAgainAndKeepsTheNode)
@@ -544,7 +544,7 @@ TEST_P(frmUILibTest, ANewCategoryAppearsAndAGivenUpOneChangesNothing)
     window.cTreeView.lShown = 0;
     Form().Do(mnuCatNew);
     EXPECT_EQ(window.cTreeView.lShown, 0);
-    window.cWorld.cMessages.Typed = {L"Pop"};
+    window.cPorts.cMessages.Typed = {L"Pop"};
     Form().Do(mnuCatNew);
     EXPECT_TRUE(Form().Tree().Find(L"Pop\t1"));
     EXPECT_EQ(SelectedNode(), L"ALL AUDIO\t0");
@@ -557,7 +557,7 @@ TEST_P(frmUILibTest, ANewLevelIsMadeUnderTheSelectedNodesMainCategoryAndExpanded
     for (const std::int32_t lSelected : {0, 2})
     {
         window.cTreeView.Select(window.Node(L"Rock", lSelected));
-        window.cWorld.cMessages.Typed = {std::to_wstring(7 + lSelected)};
+        window.cPorts.cMessages.Typed = {std::to_wstring(7 + lSelected)};
         Form().Do(mnuCatLevelNew);
         EXPECT_TRUE(Form().Tree().Find(CategoryKey(L"Rock", 7 + lSelected)));
         EXPECT_TRUE(Form().Tree().At(window.Node(L"Rock", 0)).bExpanded);
@@ -579,7 +579,7 @@ TEST_P(frmUILibTest, WhatIsCreatedLeavesShownSelectedAndTicked)
     window.ShowNode(L"Rock", 1);
     window.cTreeView.Select(window.Node(L"Jazz", 0)); // selected, not shown
     Tick(L"Rock", 2);
-    window.cWorld.cMessages.Typed = {L"Pop", L"3"};
+    window.cPorts.cMessages.Typed = {L"Pop", L"3"};
     for (const LibraryCommand eCommand : {mnuCatNew, mnuCatLevelNew, mnuCatUI})
     {
         Form().Do(eCommand);
@@ -596,12 +596,12 @@ TEST_P(frmUILibTest, WhatIsCreatedLeavesShownSelectedAndTicked)
 
 TEST_P(frmUILibTest, TheFirstCategoryOfAStationIsShownInItsTree)
 {
-    LibraryWindow empty(GetParam());
+    LibraryWindowLifetime empty(GetParam());
     empty.Show();
-    empty.cWorld.cMessages.Typed = {L"Pop"};
+    empty.cPorts.cMessages.Typed = {L"Pop"};
     empty.cForm.Do(mnuCatNew);
     EXPECT_TRUE(empty.cForm.Tree().Find(L"Pop\t1"));
-    EXPECT_EQ(empty.cTreeView.lSelected, CategoryTree::Node{0});
+    EXPECT_EQ(empty.cTreeView.lSelected, CategoryTreePresenter::Node{0});
     EXPECT_EQ(empty.cView.colStatus.back(), L"Showing All Audio|Showing 0 total.");
 }
 
@@ -618,7 +618,7 @@ TEST_P(frmUILibTest, ANewLevelNeedsASelectedCategory)
                      L"First Select a category in the tree under which to create the new Category Level"),
                OkBox(BoxIcon::Information, L"Choose Another Category In The Tree",
                      L"'ALL AUDIO' is not a valid category selection for this operation")}));
-    EXPECT_TRUE(window.cWorld.cMessages.Inputs.empty());
+    EXPECT_TRUE(window.cPorts.cMessages.Inputs.empty());
 }
 
 // ---- shuffling and deleting
@@ -638,7 +638,7 @@ TEST_P(frmUILibTest, ShufflingAsksAndShowsTheShownNodeAgainWithItsTicks)
     window.ShowNode(L"Rock", 1);
     window.cTreeView.Select(window.Node(L"Jazz", 1)); // selected, not shown
     Tick(L"Rock", 1);
-    window.cWorld.cMessages.Answers = {BoxAnswer::Yes};
+    window.cPorts.cMessages.Answers = {BoxAnswer::Yes};
     ForgetSifs();
     Form().Do(mnuShuffle);
     EXPECT_EQ(window.Shown(), (Boxes{{BoxIcon::Question, BoxButtons::YesNo, L"Confirm Shuffle.",
@@ -654,7 +654,7 @@ TEST_P(frmUILibTest, TheWindowIsNotBusyWhileShufflingAsks)
     window.Show();
     Tick(L"Rock", 1);
     int lAsked = 0;
-    window.cWorld.cMessages.OnShown = [&]
+    window.cPorts.cMessages.OnShown = [&]
     {
         ++lAsked;
         EXPECT_FALSE(window.cView.Busy());
@@ -664,7 +664,7 @@ TEST_P(frmUILibTest, TheWindowIsNotBusyWhileShufflingAsks)
     window.cView.bBusy.clear();
     bool bBusyAtSave = false;
     window.cLibrary.cHost.OnEvent = [&](const std::wstring&) { bBusyAtSave = window.cView.Busy(); };
-    window.cWorld.cMessages.Answers = {BoxAnswer::Yes};
+    window.cPorts.cMessages.Answers = {BoxAnswer::Yes};
     Form().Do(mnuShuffle);
     window.cLibrary.cHost.OnEvent = nullptr;
     EXPECT_EQ(lAsked, 2);
@@ -694,7 +694,7 @@ TEST_P(frmUILibTest, DeletingAsksAndNoLeavesEverythingAsItWas)
     EXPECT_EQ(window.cTreeView.lShown, 0);
     EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
     window.Shown().clear();
-    window.cWorld.cMessages.Answers = {BoxAnswer::Yes};
+    window.cPorts.cMessages.Answers = {BoxAnswer::Yes};
     Form().Do(mnuCatDelete);
     EXPECT_EQ(window.cLibrary.MainCatNames(), (Lines{L"Jazz"}));
     EXPECT_FALSE(Form().Tree().Find(L"Rock\t0"));
@@ -704,7 +704,7 @@ TEST_P(frmUILibTest, ABoxClosedWithoutAnAnswerIsNoYes)
 {
     window.Show();
     Tick(L"Jazz", 0);
-    window.cWorld.cMessages.Answers = {BoxAnswer::None};
+    window.cPorts.cMessages.Answers = {BoxAnswer::None};
     Form().Do(mnuCatDelete);
     EXPECT_EQ(window.cLibrary.MainCatNames(), (Lines{L"Rock", L"Jazz"}));
 }
@@ -760,7 +760,7 @@ TEST_P(frmUILibTest, ADoubleClickAsksTheHostToEditTheCutAndShowsTheNodeAgainUnle
     };
     for (const Case& test : {Case{2, false}, Case{1, true}, Case{std::nullopt, true}})
     {
-        LibraryWindow fresh(GetParam());
+        LibraryWindowLifetime fresh(GetParam());
         fresh.Add(L"a", L"Rock", 1);
         fresh.Add(L"b", L"Rock", 1);
         fresh.Show();
@@ -801,7 +801,7 @@ TEST_P(frmUILibTest, WhatTheUserDoesWhileSomethingRunsIsIgnored)
     window.Show();
     window.cLibrary.cHost.colSaid.clear();
     bool bOnce = false;
-    window.cWorld.cHostLoop.OnPump = [&]
+    window.cPorts.cHostLoop.OnPump = [&]
     {
         if (std::exchange(bOnce, true))
             return;
@@ -821,7 +821,7 @@ TEST_P(frmUILibTest, WhatTheUserDoesWhileSomethingRunsIsIgnored)
 TEST_P(frmUILibTest, AFailureOfACommandNamesItsHandler)
 {
     window.Show();
-    window.cWorld.cMessages.Typed = {L"Pop"};
+    window.cPorts.cMessages.Typed = {L"Pop"};
     window.cLibrary.cDataBase->bAllCutsFails = true; // all audio is shown again
     Form().Do(mnuCatNew);
     EXPECT_EQ(window.Shown(), (Boxes{HandledError(L"mnuCatNew_Click", L"Device I/O error", L"57")}));
@@ -851,7 +851,7 @@ protected:
         window.Show();
         Form().Do(mnuSave);
         for (const wchar_t* sName : {L"Rock", L"Jazz"})
-            colSaved.push_back(window.cWorld.cFiles.Get(SifPath(sName)));
+            colSaved.push_back(window.cPorts.cFiles.Get(SifPath(sName)));
         window.ShowNode(L"Rock", 1);
         window.cGridView.Select({2}); // c
         Lock(true);
@@ -859,8 +859,8 @@ protected:
     void Lock(bool bLock)
     {
         for (const wchar_t* sName : {L"Rock", L"Jazz"})
-            window.cWorld.cFiles.SetReadOnly(SifPath(sName), bLock);
-        window.cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", bLock);
+            window.cPorts.cFiles.SetReadOnly(SifPath(sName), bLock);
+        window.cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", bLock);
     }
     // The window shows what the manager has, can be used, and the files are whole.
     void ExpectTrue()
@@ -868,12 +868,12 @@ protected:
         EXPECT_FALSE(window.cView.Busy());
         EXPECT_FALSE(window.cView.lBarMax);
         EXPECT_FALSE(window.Shown().empty()) << "the failure is said";
-        CategoryTree cNow;
+        CategoryTreePresenter cNow;
         PopulateTreeView(Man().colMainCats().get(), cNow);
         EXPECT_TRUE(Form().Tree().HasSameNodes(cNow));
         EXPECT_EQ(window.RowKeys(), window.cLibrary.Order(L"Rock", 1));
-        EXPECT_EQ(window.cWorld.cFiles.Get(SifPath(L"Rock")), colSaved[0]);
-        EXPECT_EQ(window.cWorld.cFiles.Get(SifPath(L"Jazz")), colSaved[1]);
+        EXPECT_EQ(window.cPorts.cFiles.Get(SifPath(L"Rock")), colSaved[0]);
+        EXPECT_EQ(window.cPorts.cFiles.Get(SifPath(L"Jazz")), colSaved[1]);
         Form().Do(mnuHelp);
         EXPECT_EQ(window.cLibrary.cHost.colSaid.back(), L"Help") << "nothing runs any more";
     }
@@ -884,7 +884,7 @@ TEST_P(FailingDiskTest, DeletingACategoryLeavesTreeGridAndFilesTrue)
 {
     ShowAndLock();
     Tick(L"Jazz", 0);
-    window.cWorld.cMessages.Answers = {BoxAnswer::Yes};
+    window.cPorts.cMessages.Answers = {BoxAnswer::Yes};
     Form().Do(mnuCatDelete);
     ExpectTrue();
 }
@@ -906,7 +906,7 @@ TEST_P(FailingDiskTest, SavingAllLeavesTreeGridAndFilesTrueAndCanBeDoneAgain)
     ExpectTrue();
     Lock(false);
     Form().Do(mnuSave);
-    EXPECT_NE(window.cWorld.cFiles.Get(SifPath(L"Rock")), colSaved[0]);
+    EXPECT_NE(window.cPorts.cFiles.Get(SifPath(L"Rock")), colSaved[0]);
 }
 
 TEST_P(FailingDiskTest, ReOrderingLeavesTreeGridAndFilesTrue)
@@ -999,7 +999,7 @@ TEST_P(frmUILibTest, InAllAudioDeleteAsksAndTakesTheCutsOutOfEverything)
     Form().GridDelete();
     EXPECT_EQ(window.Shown(), (Boxes{question}));
     EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e"}));
-    window.cWorld.cMessages.Answers = {BoxAnswer::Yes};
+    window.cPorts.cMessages.Answers = {BoxAnswer::Yes};
     ForgetSifs();
     Form().GridDelete();
     EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"e"}));
@@ -1013,7 +1013,7 @@ TEST_P(frmUILibTest, InAllAudioDeleteTakesACutOutOfLevelsOfAnyNumber)
     window.Show();
     window.cLibrary.cDataBase->colCuts[3]->SetCatLevel(1); // d, which stands in Rock 2
     window.cGridView.Select({3});
-    window.cWorld.cMessages.Answers = {BoxAnswer::Yes};
+    window.cPorts.cMessages.Answers = {BoxAnswer::Yes};
     Form().GridDelete();
     EXPECT_TRUE(window.cLibrary.Order(L"Rock", 2).empty());
     EXPECT_EQ(window.cLibrary.cDataBase->colCuts[3]->CategoryText(), L"");
@@ -1240,7 +1240,7 @@ TEST_P(DropTest, BesideTheNodesNothingHappens)
     window.Show();
     window.cGridView.Select({0});
     ASSERT_TRUE(Form().DragStarted());
-    Form().DragCompleted(frmUILib::Drop{true, L"", std::nullopt, sGridPayload});
+    Form().DragCompleted(frmUILibPresenter::Drop{true, L"", std::nullopt, sGridPayload});
     Form().Dropped({true, L"", std::nullopt, sGridPayload});
     EXPECT_TRUE(window.cView.colPopUps.empty());
     EXPECT_TRUE(window.Shown().empty());
@@ -1320,7 +1320,7 @@ TEST_P(DropTest, AFailureWhileGatheringTheLevelsEndsTheDropWithAReport)
     window.cGridView.Select({0});
     ASSERT_TRUE(Form().DragStarted());
     window.cGridView.OnSelectedRows = [] { throw RuntimeError(error::InvalidProcedureCall); };
-    Form().DragCompleted(frmUILib::Drop{true, L"Jazz\t1", std::nullopt, sGridPayload});
+    Form().DragCompleted(frmUILibPresenter::Drop{true, L"Jazz\t1", std::nullopt, sGridPayload});
     EXPECT_EQ(window.Shown(), (Boxes{HandledError(L"Error occurred in dragdrop",
                                                   L"Invalid procedure call or argument", L"5")}));
 }
@@ -1336,7 +1336,7 @@ TEST_P(DropTest, AnUnexpectedFailureIsSaidAndTheBusyStateIsCleared)
     EXPECT_EQ(window.cLibrary.cHost.colSaid.back(), L"Help");
 }
 
-TEST_P(DropTest, ACategoryDeletedWhileThePopUpIsOpenIsNotFiledInto)
+TEST_P(DropTest, ACategoryDeletedWhileThePopUpIsOpenIsNotPlacedInto)
 {
     window.cView.OnPopUp = [&] { Man().DeleteCats({window.cLibrary.MainCat(L"Jazz")}); };
     DropFrom(L"Rock", 1, {0}, L"Jazz", 1, {eCopy});
@@ -1358,7 +1358,7 @@ TEST_P(DropTest, CopyAndPasteAskAsADropDoes)
     EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"}));
 }
 
-TEST_P(DropTest, ACutThatLeavesTheDatabaseDuringThePopUpIsNotFiledAgain)
+TEST_P(DropTest, ACutThatLeavesTheDatabaseDuringThePopUpIsNotPlacedAgain)
 {
     window.cView.OnPopUp = [&] { TakeOutOfTheDatabase(0); };
     DropFrom(L"Rock", 1, {0, 1}, L"Jazz", 1, {eCopy});
@@ -1366,7 +1366,7 @@ TEST_P(DropTest, ACutThatLeavesTheDatabaseDuringThePopUpIsNotFiledAgain)
     EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"b", L"c"}));
 }
 
-TEST_P(DropTest, ACutThatLeavesTheDatabaseBeforeItIsPastedIsNotFiledAgain)
+TEST_P(DropTest, ACutThatLeavesTheDatabaseBeforeItIsPastedIsNotPlacedAgain)
 {
     CopyFirstOfRock();
     TakeOutOfTheDatabase(0);
@@ -1424,7 +1424,7 @@ TEST_P(DropTest, ARefreshAskedForDuringTheDragComesAfterTheDrop)
     Form().RequestRefresh();
     window.cView.colChoices = {eCopy};
     window.cView.OnPopUp = [&] { EXPECT_EQ(window.cGridView.lFilled, 0); };
-    Form().DragCompleted(frmUILib::Drop{true, L"Jazz\t1", std::nullopt, sGridPayload});
+    Form().DragCompleted(frmUILibPresenter::Drop{true, L"Jazz\t1", std::nullopt, sGridPayload});
     EXPECT_EQ(window.cGridView.lFilled, 2 * lFillsOnce);
     EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"}));
 }

@@ -223,9 +223,9 @@ TEST_F(CategoryBoxes, TheCategoryTabWithoutACategoryIsExplainedWithTheInformatio
 // Before the window itself: it opens when the box is closed.
 TEST_F(CategoryBoxes, ACutOfAMissingCategoryIsReportedWithTheCriticalIcon)
 {
-    request.cCut = cStation.cDataBase->Add(L"p", L"Polka", 1);
+    request.cCut = cState.cDataBase->Add(L"p", L"Polka", 1);
     request.bAllowMultiSelect = true;
-    WhileOpen([&] { EXPECT_EQ(cStation.cSchedMan->ShowCatUI(request), lNotChosen); },
+    WhileOpen([&] { EXPECT_EQ(cState.cSchedMan->ShowCatUI(request), lNotChosen); },
               [&](const User& user)
               {
                   const HWND hBox = OpenBox(user);
@@ -262,7 +262,7 @@ TEST_F(CategoryBoxes, TheQuestionAboutPendingChangesHasItsIconAndIsAnsweredByKey
                 user.Key(lKey);
                 EXPECT_EQ(user.Find(L"#32770"), nullptr);
                 EXPECT_TRUE(::IsWindowEnabled(hWindow));
-                EXPECT_EQ(cStation.Level(L"Rock", 3)->Rules()->ArtistSepMins(), lMins);
+                EXPECT_EQ(cState.Level(L"Rock", 3)->Rules()->ArtistSepMins(), lMins);
             }
         });
 }
@@ -291,7 +291,7 @@ TEST_F(CategoryBoxes, TheInputBoxStandsInTheMiddleInTheMessageFontAndIsUsedByKey
             EXPECT_EQ(user.FocusedWindow(), hEdit);
             user.Type(L"Swing");
             user.Key(VK_RETURN);
-            EXPECT_TRUE(cStation.MainCat(L"Swing"));
+            EXPECT_TRUE(cState.MainCat(L"Swing"));
             EXPECT_TRUE(::IsWindowEnabled(hWindow));
 
             // Esc, and Enter on Cancel, give up.
@@ -305,7 +305,7 @@ TEST_F(CategoryBoxes, TheInputBoxStandsInTheMiddleInTheMessageFontAndIsUsedByKey
             user.Key(VK_TAB);
             user.Key(VK_RETURN);
             EXPECT_EQ(user.Find(L"#32770"), nullptr);
-            EXPECT_FALSE(cStation.MainCat(L"Polka"));
+            EXPECT_FALSE(cState.MainCat(L"Polka"));
         });
 }
 

@@ -30,9 +30,9 @@ TEST_F(CategoryChoice, MouseClicksChooseCategoryLevelAndCuts)
             user.Click(At(IDOK));
         });
     EXPECT_EQ(lAnswer, lChosen);
-    EXPECT_EQ(request.cMainCatChosen, cStation.MainCat(L"Rock"));
-    EXPECT_EQ(request.cSubCatChosen, cStation.Level(L"Rock", 1));
-    EXPECT_EQ(request.colSelCuts, (Cuts{cStation.cDataBase->colCuts[0], cStation.cDataBase->colCuts[1]}));
+    EXPECT_EQ(request.cMainCatChosen, cState.MainCat(L"Rock"));
+    EXPECT_EQ(request.cSubCatChosen, cState.Level(L"Rock", 1));
+    EXPECT_EQ(request.colSelCuts, (Cuts{cState.cDataBase->colCuts[0], cState.cDataBase->colCuts[1]}));
 }
 
 TEST_F(CategoryChoice, KeysAloneChooseACategoryAndALevel)
@@ -49,7 +49,7 @@ TEST_F(CategoryChoice, KeysAloneChooseACategoryAndALevel)
             user.Key(VK_RETURN);
         });
     EXPECT_EQ(lAnswer, lChosen);
-    EXPECT_EQ(request.cMainCatChosen, cStation.MainCat(L"Jazz"));
+    EXPECT_EQ(request.cMainCatChosen, cState.MainCat(L"Jazz"));
     EXPECT_EQ(request.cSubCatChosen, nullptr);
 }
 
@@ -73,7 +73,7 @@ TEST_F(CategoryChoice, EscTheCloseBoxAndCancelChooseNothing)
                           user.WaitUntilGone(hWindow);
                       }),
                   lNotChosen);
-        EXPECT_EQ(request.cMainCatChosen, cStation.MainCat(L"Rock"));
+        EXPECT_EQ(request.cMainCatChosen, cState.MainCat(L"Rock"));
     }
 }
 
@@ -106,7 +106,7 @@ TEST_F(CategoryChoice, TheSortedListIsInAlphabeticalOrderWhateverTheCase)
 {
     for (const wchar_t* sArtist : {L"abba", L"Zappa", L"Beck", L"\u00C4rzte"})
         Add(sArtist, L"Pop", 1, sArtist, L"x");
-    cStation.Populate();
+    cState.Populate();
     StartOn(L"Pop", 1);
     Open(
         [&](const User& user)
@@ -177,9 +177,9 @@ TEST_F(CategoryChoice, WithoutMultiSelectCtrlClickLeavesOneCategorySelected)
         });
 }
 
-TEST_F(CategoryChoice, WithMultiSelectACutIsFiledUnderTheSelectedCategories)
+TEST_F(CategoryChoice, WithMultiSelectACutIsPlacedUnderTheSelectedCategories)
 {
-    const auto cCut = cStation.cDataBase->colCuts[3]; // in Jazz 2
+    const auto cCut = cState.cDataBase->colCuts[3]; // in Jazz 2
     request.cCut = cCut;
     request.bAllowMultiSelect = true;
     const auto lAnswer = Open(
@@ -204,7 +204,7 @@ TEST_F(CategoryChoice, WithMultiSelectACutIsFiledUnderTheSelectedCategories)
 
 TEST_F(CategoryChoice, WithMultiSelectKeysSelectSeveralCategories)
 {
-    const auto cCut = cStation.cDataBase->colCuts[0]; // in Rock 1
+    const auto cCut = cState.cDataBase->colCuts[0]; // in Rock 1
     request.cCut = cCut;
     request.bAllowMultiSelect = true;
     const auto lAnswer = Open(
@@ -241,7 +241,7 @@ TEST_F(CategoryChoice, WithoutMultiSelectNoKeySelectsTwoCategoriesOrNone)
 
 TEST_F(CategoryChoice, ALLIsRefusedForACutOfSeveralCategories)
 {
-    const auto cCut = cStation.cDataBase->colCuts[3];
+    const auto cCut = cState.cDataBase->colCuts[3];
     request.cCut = cCut;
     request.bAllowMultiSelect = true;
     const auto lAnswer = Open(
@@ -264,7 +264,7 @@ TEST_F(CategoryChoice, ACutWhoseCategoryIsGoneIsReportedBeforeTheWindowOpens)
     request.cCut = Add(L"x", L"Polka/Rock", 7, L"A", L"B");
     request.bAllowMultiSelect = true;
     std::int32_t lAnswer = 0;
-    WhileOpen([&] { lAnswer = cStation.cSchedMan->ShowCatUI(request); },
+    WhileOpen([&] { lAnswer = cState.cSchedMan->ShowCatUI(request); },
               [&](const User& user)
               {
                   EXPECT_EQ(user.Box().sText, L"Unexpected!- main cat Polka\t0\r\n"
@@ -282,7 +282,7 @@ TEST_F(CategoryChoice, ACutWhoseCategoryIsGoneIsReportedBeforeTheWindowOpens)
 
 TEST_F(CategoryChoice, BeforeAnyPopulationTheWindowSaysWhatItNeeds)
 {
-    const auto cFresh = std::make_shared<clsSchedMan>(cStation.cMod);
+    const auto cFresh = std::make_shared<clsSchedMan>(cState.cMod);
     const auto cWindows = NewSchedulerUi(cFresh);
     cFresh->SetWindows(cWindows.get());
     CategoryRequest empty;
@@ -322,7 +322,7 @@ TEST_F(CategoryChoice, ANewCategoryIsAskedForAndChosen)
             EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"Swing"}));
             user.Click(At(IDOK));
         });
-    EXPECT_EQ(request.cMainCatChosen, cStation.MainCat(L"Swing"));
+    EXPECT_EQ(request.cMainCatChosen, cState.MainCat(L"Swing"));
 }
 
 TEST_F(CategoryChoice, ANewLevelIsAskedForAndItsCategoryStaysChosen)
@@ -339,7 +339,7 @@ TEST_F(CategoryChoice, ANewLevelIsAskedForAndItsCategoryStaysChosen)
             EXPECT_EQ(user.Selected(At(eIdlstlvl)), (Texts{L"3"}));
             EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"Rock"}));
         });
-    EXPECT_TRUE(cStation.Level(L"Rock", 2));
+    EXPECT_TRUE(cState.Level(L"Rock", 2));
 }
 
 TEST_F(CategoryChoice, TheNewButtonsAreHiddenUnlessNewIsAllowed)

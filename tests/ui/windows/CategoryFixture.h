@@ -26,21 +26,21 @@ struct CategoryWindowTest : ::testing::Test
         Add(L"c", L"Rock", 3, L"Mango", L"Stone");
         Add(L"d", L"Jazz", 2, L"Cool", L"Cat");
         Add(L"e", L"NOCAT", 1, L"No", L"Where");
-        cStation.Populate();
+        cState.Populate();
         request.bAllowNew = true;
     }
     std::shared_ptr<FakeCut> Add(const std::wstring& sKey, const std::wstring& sCategories, int lLevel,
                                  const std::wstring& sArtist, const std::wstring& sTitle)
     {
-        const auto cCut = cStation.cDataBase->Add(sKey, sCategories, lLevel);
+        const auto cCut = cState.cDataBase->Add(sKey, sCategories, lLevel);
         cCut->SetArtist(sArtist);
         cCut->SetTitle(sTitle);
         return cCut;
     }
     void StartOn(const std::wstring& sCat, int lLevel)
     {
-        request.cMainCatChosen = cStation.MainCat(sCat);
-        request.cSubCatChosen = lLevel > 0 ? cStation.Level(sCat, lLevel) : nullptr;
+        request.cMainCatChosen = cState.MainCat(sCat);
+        request.cSubCatChosen = lLevel > 0 ? cState.Level(sCat, lLevel) : nullptr;
     }
 
     // Opens the window, lets the user do something and closes it with Esc when it is still open. Returns its
@@ -48,7 +48,7 @@ struct CategoryWindowTest : ::testing::Test
     std::int32_t Open(const std::function<void(const User&)>& drive)
     {
         std::int32_t lAnswer = 0;
-        WhileOpen([&] { lAnswer = cStation.cSchedMan->ShowCatUI(request); },
+        WhileOpen([&] { lAnswer = cState.cSchedMan->ShowCatUI(request); },
                   [&](const User& user)
                   {
                       hWindow = user.WaitFor(sfrmCatClass);
@@ -78,7 +78,7 @@ struct CategoryWindowTest : ::testing::Test
     }
 
     HostWindow cHost;
-    TestStation cStation;
+    TestStation cState;
     CategoryRequest request;
     HWND hWindow = nullptr;
 };

@@ -14,7 +14,7 @@ struct CategoryPictures : CategoryWindowTest
 {
     CategoryPictures()
     {
-        cStation.cDataBase->colCuts.clear();
+        cState.cDataBase->colCuts.clear();
         const wchar_t* const sArtists[] = {L"Amber Road",    L"The Lanterns",  L"Nora Vale",
                                            L"Quiet Harbour", L"Blue Meridian", L"Ida & Sons",
                                            L"Kites",         L"Paper Moons",   L"Silver Orchard",
@@ -35,7 +35,7 @@ struct CategoryPictures : CategoryWindowTest
                     Add(L"cut" + std::to_wstring(lCut), cat.sName, lLevel, sArtists[(lCut * 5) % 12],
                         sTitles[(lCut * 7 + lLevel) % 12])
                         ->SetOpener(lCut % 4 == 0);
-        cStation.Populate();
+        cState.Populate();
         StartOn(L"Rock", 2);
     }
     void Picture(const User& user, const std::wstring& sName) const
@@ -67,7 +67,7 @@ TEST_F(CategoryPictures, OfACutOfSeveralCategories)
     request.cCut = Add(L"several", L"Pop/Soul", 2, L"Nora Vale", L"Second Sunrise");
     request.bAllowMultiSelect = true;
     request.sCaption = L"Nora Vale - Second Sunrise";
-    cStation.Populate();
+    cState.Populate();
     request.cMainCatChosen = nullptr;
     request.cSubCatChosen = nullptr;
     Open(

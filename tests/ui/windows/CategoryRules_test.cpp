@@ -117,9 +117,9 @@ TEST_F(CategoryRules, GlobalRulesAreTypedAndApplied)
             EXPECT_NE(user.FocusedWindow(), At(eIdcmdApply));
             EXPECT_TRUE(user.FocusedWindow());
         });
-    EXPECT_EQ(cStation.cMod.GlobalArtistSepMins(), 45);
-    EXPECT_EQ(cStation.cMod.GlobalTitleSepMins(), 30);
-    EXPECT_EQ(cStation.cMod.GlobalAlbumSepMins(), 60);
+    EXPECT_EQ(cState.cMod.GlobalArtistSepMins(), 45);
+    EXPECT_EQ(cState.cMod.GlobalTitleSepMins(), 30);
+    EXPECT_EQ(cState.cMod.GlobalAlbumSepMins(), 60);
 }
 
 TEST_F(CategoryRules, CategoryRulesAreTypedAndAppliedByKeysAlone)
@@ -144,7 +144,7 @@ TEST_F(CategoryRules, CategoryRulesAreTypedAndAppliedByKeysAlone)
             user.Shot(hWindow, L"category-rules-ignored");
             user.Key('A', VK_MENU);
         });
-    const auto cRules = cStation.Level(L"Rock", 3)->Rules();
+    const auto cRules = cState.Level(L"Rock", 3)->Rules();
     EXPECT_EQ(cRules->ArtistSepMins(), 25);
     EXPECT_EQ(cRules->TitleSepMins(), 26);
     EXPECT_EQ(cRules->AlbumSepMins(), 27);
@@ -167,7 +167,7 @@ TEST_F(CategoryRules, AnotherCategoryAsksAboutPendingChangesOnce)
             user.ClickEntry(At(eIdlstlvl), 1);
             EXPECT_EQ(user.Find(L"#32770"), nullptr);
         });
-    EXPECT_EQ(cStation.Level(L"Rock", 3)->Rules()->ArtistSepMins(), 25);
+    EXPECT_EQ(cState.Level(L"Rock", 3)->Rules()->ArtistSepMins(), 25);
 }
 
 TEST_F(CategoryRules, ClosingAsksAboutPendingChangesAndNoDiscardsThem)
@@ -183,7 +183,7 @@ TEST_F(CategoryRules, ClosingAsksAboutPendingChangesAndNoDiscardsThem)
             user.Answer(IDNO);
         });
     EXPECT_EQ(lAnswer, lChosen);
-    EXPECT_EQ(cStation.Level(L"Rock", 3)->Rules()->ArtistSepMins(), 60);
+    EXPECT_EQ(cState.Level(L"Rock", 3)->Rules()->ArtistSepMins(), 60);
 }
 
 TEST_F(CategoryRules, RulesThatCannotBeSavedAreReported)
@@ -194,7 +194,7 @@ TEST_F(CategoryRules, RulesThatCannotBeSavedAreReported)
         {
             user.ClickTab(At(eIdTabStrip1), 1);
             user.Replace(Box(1, eIdtxtArtistSepMins), L"25");
-            cStation.cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\Rules");
+            cState.cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\Rules");
             user.Click(At(eIdcmdApply));
             EXPECT_EQ(user.Box().sTitle, L"SaveRules");
             user.Answer(IDOK);

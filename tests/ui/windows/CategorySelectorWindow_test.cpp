@@ -16,12 +16,12 @@ TEST_F(CategoryWindowTest, TheDisabledSelectorShowsTheHourglassAndTheSongsStayDi
 {
     const VisualStyles cStyles;
     const UniqueFont hFont = MessageFont(96);
-    CatSelectorWindow cSelectorWindow(cHost.Handle(), 50, cStation.cMod);
-    CatSelector& cSelector = cSelectorWindow.Selector();
+    CatSelectorWindow cSelectorWindow(cHost.Handle(), 50, cState.cMod);
+    CatSelectorPresenter& cSelector = cSelectorWindow.Selector();
     cSelectorWindow.SetLook(hFont.get(), 96);
     ::MoveWindow(cSelectorWindow.Handle(), 10, 50, 600, 400, TRUE);
-    cSelector.SetSchedMan(cStation.cSchedMan);
-    cSelector.SetColMainCats(cStation.cSchedMan->colMainCats());
+    cSelector.SetSchedMan(cState.cSchedMan);
+    cSelector.SetColMainCats(cState.cSchedMan->colMainCats());
     const auto control = [&](int lId) { return User::Control(cSelectorWindow.Handle(), lId); };
     ModalLoop cLoop(cHost.Handle());
     WhileOpen([&] { cLoop.Run(); },
@@ -67,11 +67,11 @@ TEST_F(CategoryWindowTest, LongEntriesCanBeScrolledToTheirEndInAnotherFontToo)
 {
     const UniqueFont hFont = MessageFont(96);
     const UniqueFont hLarge = MessageFont(192);
-    CatSelectorWindow cSelectorWindow(cHost.Handle(), 50, cStation.cMod);
+    CatSelectorWindow cSelectorWindow(cHost.Handle(), 50, cState.cMod);
     cSelectorWindow.SetLook(hFont.get(), 96);
-    CatSelector& cSelector = cSelectorWindow.Selector();
-    cSelector.SetColMainCats(cStation.cSchedMan->colMainCats());
-    cSelector.SetSelectedMainCat(cStation.MainCat(L"Rock"));
+    CatSelectorPresenter& cSelector = cSelectorWindow.Selector();
+    cSelector.SetColMainCats(cState.cSchedMan->colMainCats());
+    cSelector.SetSelectedMainCat(cState.MainCat(L"Rock"));
     const auto extent = [&](int lId)
     { return ::SendMessageW(User::Control(cSelectorWindow.Handle(), lId), LB_GETHORIZONTALEXTENT, 0, 0); };
     const LRESULT lCats = extent(eIdlstCat);

@@ -68,7 +68,7 @@ TEST_F(CategoryWindow, ASecondRequestOfTheSameManagerIsRefused)
                       [&]
                       {
                           CategoryRequest second;
-                          EXPECT_EQ(cStation.cSchedMan->ShowCatUI(second), lNotChosen);
+                          EXPECT_EQ(cState.cSchedMan->ShowCatUI(second), lNotChosen);
                       });
         });
     EXPECT_EQ(Open([&](const User& user) { user.Key(VK_RETURN); }), lChosen); // and later it opens again
@@ -136,7 +136,7 @@ TEST_F(CategoryWindow, AQuittingProgramClosesItAndIsToldSo)
     WhileOpen(
         [&]
         {
-            lAnswer = cStation.cSchedMan->ShowCatUI(request);
+            lAnswer = cState.cSchedMan->ShowCatUI(request);
             MSG message;
             bQuit = ::PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) && message.wParam == 7;
         },
@@ -154,7 +154,7 @@ TEST_F(CategoryWindow, AQuittingProgramClosesItAndIsToldSo)
 TEST_F(CategoryWindow, AHostThatDestroysItsWindowTakesThisOneWithIt)
 {
     std::int32_t lAnswer = 0;
-    WhileOpen([&] { lAnswer = cStation.cSchedMan->ShowCatUI(request); },
+    WhileOpen([&] { lAnswer = cState.cSchedMan->ShowCatUI(request); },
               [&](const User& user)
               {
                   const HWND hOpen = user.WaitFor(sfrmCatClass);
@@ -172,7 +172,7 @@ TEST_F(CategoryWindow, AHostThatDestroysItsWindowInsideASentMessageEndsTheWaitTo
     WhileOpen(
         [&]
         {
-            EXPECT_EQ(cStation.cSchedMan->ShowCatUI(request), lNotChosen);
+            EXPECT_EQ(cState.cSchedMan->ShowCatUI(request), lNotChosen);
             bReturned = true;
         },
         [&](const User& user)
@@ -331,7 +331,7 @@ TEST_F(CategoryWindow, ItsKeysWorkWhileTheLibraryPumpsMessages)
                       {
                           bPumping = true;
                           while (!bStop)
-                              cStation.cHostLoop.PumpMessages();
+                              cState.cHostLoop.PumpMessages();
                       });
             typist.join();
             EXPECT_EQ(user.FocusedWindow(), At(eIdlstlvl));
@@ -344,7 +344,7 @@ TEST_F(CategoryWindow, WhileALevelIsSavedNothingInItCanBeUsed)
 {
     for (int i = 0; i < 1000; ++i) // enough for the save to pump messages
         Add(L"more " + std::to_wstring(i), L"Rock", 1, L"A", std::to_wstring(i));
-    cStation.Populate();
+    cState.Populate();
     StartOn(L"Rock", 3);
     Open(
         [&](const User& user)
@@ -355,7 +355,7 @@ TEST_F(CategoryWindow, WhileALevelIsSavedNothingInItCanBeUsed)
             bool bShot = false;
             int lPumps = 0;
             user.Click(Box(0, eIdtxtTitleSepMins));
-            cStation.cWatchedLoop.OnPump = [&]
+            cState.cWatchedLoop.OnPump = [&]
             {
                 ++lPumps;
                 for (const int lId : colIds)
@@ -376,9 +376,9 @@ TEST_F(CategoryWindow, WhileALevelIsSavedNothingInItCanBeUsed)
             };
             user.Key('L', VK_MENU);
             user.AnswerInput(L"2");
-            cStation.cWatchedLoop.OnPump = nullptr;
+            cState.cWatchedLoop.OnPump = nullptr;
             EXPECT_GT(lPumps, 0);
-            EXPECT_TRUE(cStation.Level(L"Rock", 2));
+            EXPECT_TRUE(cState.Level(L"Rock", 2));
             for (const int lId : colIds)
                 EXPECT_TRUE(::IsWindowEnabled(At(lId))) << lId;
             EXPECT_FALSE(::IsWindowEnabled(At(eIdcmdApply))); // nothing has been edited
@@ -390,7 +390,7 @@ TEST_F(CategoryWindow, WhileALevelIsSavedNothingInItCanBeUsed)
 // What was chosen may take time to store, with boxes: nothing may look usable that nobody serves.
 TEST_F(CategoryWindow, ItIsOutOfSightAsSoonAsItIsClosed)
 {
-    request.cCut = cStation.cDataBase->colCuts[3];
+    request.cCut = cState.cDataBase->colCuts[3];
     request.bAllowMultiSelect = true;
     bool bAsked = false;
     std::static_pointer_cast<FakeCut>(request.cCut)->OnCall = [&](const std::string& sMember)
@@ -446,8 +446,8 @@ std::wstring MenuText(HMENU hMenu, UINT lItem)
 
 TEST_F(CategoryWindow, TheMenuOpensTheLibraryUnlessItIsShowing)
 {
-    WithLibrary cWindows(*cStation.cWindows);
-    cStation.cSchedMan->SetWindows(&cWindows);
+    WithLibrary cWindows(*cState.cWindows);
+    cState.cSchedMan->SetWindows(&cWindows);
     const auto choose = [&](const User& user)
     {
         user.Key(VK_F10);
@@ -474,7 +474,7 @@ TEST_F(CategoryWindow, TheMenuOpensTheLibraryUnlessItIsShowing)
             choose(user);
             EXPECT_EQ(cWindows.lShown, 1);
         });
-    cStation.cSchedMan->SetWindows(nullptr);
+    cState.cSchedMan->SetWindows(nullptr);
 }
 
 // ---- place ----
@@ -500,7 +500,7 @@ TEST_F(CategoryWindow, ItsSizeAndPlaceAreRemembered)
 
 TEST_F(CategoryWindow, ARememberedPlaceOffTheScreenIsBroughtBack)
 {
-    cStation.cWorld.cUserSettings.Set(L"RavloScheduler", L"Settings", L"frmCatPlace", L"-5000,9000,900,600");
+    cState.cPorts.cUserSettings.Set(L"RavloScheduler", L"Settings", L"frmCatPlace", L"-5000,9000,900,600");
     Open(
         [&](const User&)
         {
@@ -627,7 +627,7 @@ TEST_F(CategoryWindow, LongNamesAndAmpersandsAreShownWhole)
     const std::wstring sLong(50, L'W');
     Add(L"l", sLong, 1, std::wstring(100, L'A'), std::wstring(100, L'T'));
     Add(L"amp", L"r&b", 32764, L"A & B", L"C && D");
-    cStation.Populate();
+    cState.Populate();
     StartOn(L"r&b", 32764);
     Open(
         [&](const User& user)
@@ -648,7 +648,7 @@ TEST_F(CategoryWindow, LongNamesAndAmpersandsAreShownWhole)
 TEST_F(CategoryWindow, TheSmallestWindowGrowsWithALongTitle)
 {
     Add(L"l", std::wstring(50, L'W'), 1, L"A", L"T");
-    cStation.Populate();
+    cState.Populate();
     StartOn(L"Rock", 3);
     Open(
         [&](const User& user)
@@ -670,7 +670,7 @@ TEST_F(CategoryWindow, ANewCategoryIsScrolledIntoView)
 {
     for (int i = 0; i < 60; ++i)
         Add(L"x" + std::to_wstring(i), L"Cat " + std::to_wstring(i), 1, L"A", L"T");
-    cStation.Populate();
+    cState.Populate();
     Open(
         [&](const User& user)
         {
@@ -692,7 +692,7 @@ TEST_F(CategoryWindow, TenThousandSongsAreListedAtOnce)
     for (int i = 0; i < 10'000; ++i)
         Add(L"big" + std::to_wstring(i), L"Big", 1, L"Artist " + std::to_wstring(i % 700),
             L"Title " + std::to_wstring(i));
-    cStation.Populate();
+    cState.Populate();
     Open(
         [&](const User& user)
         {
@@ -768,19 +768,19 @@ TEST_F(CategoryWindow, TwoHundredOpeningsLeaveNoHandlesBehind)
         for (int i = 0; i < lTimes; ++i)
         {
             const UINT_PTR lTimer = ::SetTimer(nullptr, 0, 1, UseAndClose);
-            EXPECT_EQ(cStation.cSchedMan->ShowCatUI(request), lNotChosen);
+            EXPECT_EQ(cState.cSchedMan->ShowCatUI(request), lNotChosen);
             ::KillTimer(nullptr, lTimer);
         }
     };
     openAndUse(5); // what is made once stays
-    const long lUsers = cStation.cSchedMan.use_count();
+    const long lUsers = cState.cSchedMan.use_count();
     const Counts before;
     openAndUse(200);
     const Counts after;
     EXPECT_LE(after.lGdi, before.lGdi + 2);
     EXPECT_LE(after.lUser, before.lUser + 2);
     EXPECT_LE(after.lHandles, before.lHandles + 10);
-    EXPECT_EQ(cStation.cSchedMan.use_count(), lUsers);
+    EXPECT_EQ(cState.cSchedMan.use_count(), lUsers);
 }
 
 } // namespace ravlo::test

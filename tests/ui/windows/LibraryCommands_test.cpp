@@ -17,8 +17,8 @@ struct LibraryCommands : LibraryWindowTest
 {
     void DeleteRockFile()
     {
-        if (cStation.cWorld.cFiles.FileExists(sRockFile))
-            cStation.cWorld.cFiles.Delete(sRockFile);
+        if (cState.cPorts.cFiles.FileExists(sRockFile))
+            cState.cPorts.cFiles.Delete(sRockFile);
     }
 };
 
@@ -82,7 +82,7 @@ TEST_F(LibraryCommands, EveryItemIsReachedByMouseAndKeyboard)
         {{0, 1, 1}, [&](const User&) { EXPECT_EQ(SelectedArtists().size(), 0u); }},
         {{0, 1, 2}, [&](const User&) { EXPECT_EQ(SelectedArtists().size(), 9u); }},
         {{1, 0}, [&](const User&) { EXPECT_EQ(ticked(), 0) << "read anew, without ticks"; }},
-        {{1, 1}, [&](const User&) { EXPECT_TRUE(cStation.cWorld.cFiles.FileExists(sRockFile)); }},
+        {{1, 1}, [&](const User&) { EXPECT_TRUE(cState.cPorts.cFiles.FileExists(sRockFile)); }},
         {{2, 0},
          [&](const User& user)
          {
@@ -130,7 +130,7 @@ TEST_F(LibraryCommands, KeysOfCommandsWorkWhereverTheFocusIs)
                 DeleteRockFile();
                 user.Key(VK_F1);
                 user.Key('S', VK_CONTROL);
-                EXPECT_TRUE(cStation.cWorld.cFiles.FileExists(sRockFile));
+                EXPECT_TRUE(cState.cPorts.cFiles.FileExists(sRockFile));
             }
             EXPECT_EQ(std::count(cEvents.colSaid.begin(), cEvents.colSaid.end(), L"Help"), 2);
             user.Key(VK_F4, VK_MENU);
@@ -269,9 +269,9 @@ TEST_F(LibraryCommands, ACommandWhoseSaveFailsLeavesTreeGridAndWindowTrue)
             Show(user, Item(L"Rock", L"1"));
             user.Key(VK_SPACE);
             user.Key('S', VK_CONTROL);
-            const std::string before = cStation.cWorld.cFiles.Get(sRockFile);
-            cStation.cWorld.cFiles.SetReadOnly(sRockFile);
-            cStation.cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
+            const std::string before = cState.cPorts.cFiles.Get(sRockFile);
+            cState.cPorts.cFiles.SetReadOnly(sRockFile);
+            cState.cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
             Command(LibraryCommand::mnuShuffle);
             user.Answer(IDYES);
             EXPECT_EQ(user.Box(),
@@ -281,15 +281,15 @@ TEST_F(LibraryCommands, ACommandWhoseSaveFailsLeavesTreeGridAndWindowTrue)
             user.Answer(IDOK);
             user.Idle();
             EXPECT_EQ(Artists(), Order(L"Rock", 1)) << "the grid shows what is";
-            EXPECT_EQ(cStation.cWorld.cFiles.Get(sRockFile), before) << "the file is whole";
+            EXPECT_EQ(cState.cPorts.cFiles.Get(sRockFile), before) << "the file is whole";
             EXPECT_TRUE(::IsWindowEnabled(hTree));
             EXPECT_TRUE(::IsWindowEnabled(hGrid));
             EXPECT_TRUE(::IsWindowEnabled(hWindow));
             // Once the disk is there again, saving again makes it good.
-            cStation.cWorld.cFiles.SetReadOnly(sRockFile, false);
-            cStation.cWorld.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", false);
+            cState.cPorts.cFiles.SetReadOnly(sRockFile, false);
+            cState.cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", false);
             user.Key('S', VK_CONTROL);
-            EXPECT_NE(cStation.cWorld.cFiles.Get(sRockFile), before);
+            EXPECT_NE(cState.cPorts.cFiles.Get(sRockFile), before);
         });
 }
 
@@ -307,7 +307,7 @@ TEST_F(LibraryCommands, TheTreeFollowsWhatTheCategoryWindowCreates)
                       [&]
                       {
                           std::wstring sName = L"Polka";
-                          cStation.cSchedMan->CreateMainCat(sName);
+                          cState.cSchedMan->CreateMainCat(sName);
                       });
             user.Key(VK_ESCAPE);
             user.WaitUntilGone(hCategories);
@@ -321,7 +321,7 @@ TEST_F(LibraryCommands, TheTreeFollowsWhatTheCategoryWindowCreates)
 TEST_F(LibraryCommands, ShowCategoryUIIsGreyedWhileThatWindowIsOpen)
 {
     FillStation();
-    cStation.Populate();
+    cState.Populate();
     const auto bGreyed = [&](const User& user, const std::function<void()>& openMenu)
     {
         openMenu();
@@ -340,7 +340,7 @@ TEST_F(LibraryCommands, ShowCategoryUIIsGreyedWhileThatWindowIsOpen)
         EXPECT_EQ(bGreyed(user, [&] { user.Key(VK_APPS); }), bExpected) << "at the tree";
     };
     CategoryRequest request;
-    WhileOpen([&] { cStation.cSchedMan->ShowCatUI(request); },
+    WhileOpen([&] { cState.cSchedMan->ShowCatUI(request); },
               [&](const User& user)
               {
                   const HWND hCategories = user.WaitFor(sfrmCatClass);
@@ -364,7 +364,7 @@ TEST_F(LibraryCommands, WhatTheDatabaseAnnouncesIsShownWhileTheWindowIsOpen)
     Open(
         [&](const User& user)
         {
-            auto& cDataBase = *cStation.cDataBase;
+            auto& cDataBase = *cState.cDataBase;
             Expand(user, Item(L"Rock"));
             Show(user, Item(L"Rock", L"1"));
             SelectRows(user, 3, 4); // Dido, Eagles
@@ -417,7 +417,7 @@ TEST_F(LibraryCommands, NewsDuringAPopUpWaitUntilTheChoiceIsCarriedOut)
             cHost.Run(user,
                       [&]
                       {
-                          auto& cDataBase = *cStation.cDataBase;
+                          auto& cDataBase = *cState.cDataBase;
                           Add(L"C:\\Music\\new.wav", L"Soul", 1, L"Garbage");
                           cDataBase.Announce(&DataBaseEvents::CutsAdded, Cuts{cDataBase.colCuts.back()});
                       });
@@ -433,8 +433,8 @@ TEST_F(LibraryCommands, NewsDuringAPopUpWaitUntilTheChoiceIsCarriedOut)
 TEST_F(LibraryCommands, AGridThatAHostFillsShowsItsProgressInTheWindow)
 {
     FillStation();
-    cStation.Populate();
-    ProgressTarget& cProgress = static_cast<SchedulerUi&>(*cStation.cWindows).LibraryProgress();
+    cState.Populate();
+    ProgressTarget& cProgress = static_cast<SchedulerUi&>(*cState.cWindows).LibraryProgress();
     cProgress.ProgressStart(L"to nobody", 3); // no window, nothing to show it
     OpenAgain(
         [&](const User& user)

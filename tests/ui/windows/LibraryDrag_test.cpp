@@ -41,7 +41,7 @@ struct LibraryDrag : LibraryWindowTest
     std::wstring CatsOf(const std::wstring& sArtist) const
     {
         std::wstring sCats;
-        for (const std::shared_ptr<clsCat>& cMainCat : *cStation.cSchedMan->colMainCats())
+        for (const std::shared_ptr<clsCat>& cMainCat : *cState.cSchedMan->colMainCats())
             for (const std::shared_ptr<clsCat>& cLevel : *cMainCat->SubCats())
                 for (const std::shared_ptr<Cut>& cCut : *cLevel->SchedCuts())
                     if (cCut->Artist() == sArtist)

@@ -140,10 +140,10 @@ private:
 TEST_F(LibraryDropTargets, NothingTakesDropsWhenTheOwnerIsDestroyed)
 {
     FillStation();
-    cStation.Populate();
+    cState.Populate();
     std::optional<AtItsEnd> tree;
     std::optional<AtItsEnd> grid;
-    WhileOpen([&] { cStation.cSchedMan->ShowLibraryUI(); },
+    WhileOpen([&] { cState.cSchedMan->ShowLibraryUI(); },
               [&](const User& user)
               {
                   const HWND hOpen = user.WaitFor(sfrmUILibClass);
@@ -166,8 +166,8 @@ TEST_F(LibraryDropTargets, NothingTakesDropsWhenTheOwnerIsDestroyed)
 TEST_F(LibraryDropTargets, AnOwnerMayBeDestroyedWhileRowsAreDraggedOverTheTree)
 {
     FillStation();
-    cStation.Populate();
-    WhileOpen([&] { cStation.cSchedMan->ShowLibraryUI(); },
+    cState.Populate();
+    WhileOpen([&] { cState.cSchedMan->ShowLibraryUI(); },
               [&](const User& user)
               {
                   hWindow = user.WaitFor(sfrmUILibClass);
@@ -179,7 +179,7 @@ TEST_F(LibraryDropTargets, AnOwnerMayBeDestroyedWhileRowsAreDraggedOverTheTree)
                   user.WaitUntilGone(hWindow);
                   user.Release();
               });
-    EXPECT_FALSE(cStation.cSchedMan->UIShowing());
+    EXPECT_FALSE(cState.cSchedMan->UIShowing());
     EXPECT_EQ(Order(L"Jazz", 1), (Texts{L"Ella"}));
     EXPECT_NE(StoredLayout(), L"") << "its columns are remembered";
     // The next window takes drops as ever.

@@ -27,8 +27,8 @@ using Texts = std::vector<std::wstring>;
 // host's window.
 struct LibraryWindowTest : ::testing::Test
 {
-    LibraryWindowTest() { cStation.cSchedMan->SetEvents(&cEvents); }
-    ~LibraryWindowTest() override { cStation.cSchedMan->SetEvents(nullptr); }
+    LibraryWindowTest() { cState.cSchedMan->SetEvents(&cEvents); }
+    ~LibraryWindowTest() override { cState.cSchedMan->SetEvents(nullptr); }
 
     // Short enough that no category has more of it than a 32-bit number of milliseconds holds.
     static constexpr int lRunTimemS = 10'000;
@@ -36,8 +36,8 @@ struct LibraryWindowTest : ::testing::Test
     void Add(const std::wstring& sKey, const std::wstring& sCategories, int lLevel,
              const std::wstring& sArtist)
     {
-        const auto cCut = cStation.cDataBase->Add(sKey, sCategories, lLevel, lRunTimemS);
-        cCut->lID = static_cast<std::int32_t>(cStation.cDataBase->colCuts.size());
+        const auto cCut = cState.cDataBase->Add(sKey, sCategories, lLevel, lRunTimemS);
+        cCut->lID = static_cast<std::int32_t>(cState.cDataBase->colCuts.size());
         cCut->SetArtist(sArtist);
         cCut->SetTitle(L"Song " + std::to_wstring(cCut->lID));
         cCut->SetDurationmS(150'000 + 7'000 * (cCut->lID % 30));
@@ -56,12 +56,12 @@ struct LibraryWindowTest : ::testing::Test
     // Opens the window, lets the user do something and closes it when it is still open.
     void Open(const std::function<void(const User&)>& drive)
     {
-        cStation.Populate();
+        cState.Populate();
         OpenAgain(drive);
     }
     void OpenAgain(const std::function<void(const User&)>& drive)
     {
-        WhileOpen([&] { cStation.cSchedMan->ShowLibraryUI(); },
+        WhileOpen([&] { cState.cSchedMan->ShowLibraryUI(); },
                   [&](const User& user)
                   {
                       hWindow = user.WaitFor(sfrmUILibClass);
@@ -229,7 +229,7 @@ struct LibraryWindowTest : ::testing::Test
     }
     std::wstring StoredLayout() const
     {
-        return cStation.cWorld.cUserSettings.Get(L"RavloScheduler", L"Settings", L"iGridLibLayoutColSchedLib",
+        return cState.cPorts.cUserSettings.Get(L"RavloScheduler", L"Settings", L"iGridLibLayoutColSchedLib",
                                                  L"");
     }
     int Rows() const { return static_cast<int>(::SendMessageW(hGrid, LVM_GETITEMCOUNT, 0, 0)); }
@@ -410,13 +410,13 @@ struct LibraryWindowTest : ::testing::Test
     Texts Order(const std::wstring& sName, int lLevel) const
     {
         Texts colArtists;
-        for (const std::shared_ptr<Cut>& cCut : *cStation.Level(sName, lLevel)->SchedCuts())
+        for (const std::shared_ptr<Cut>& cCut : *cState.Level(sName, lLevel)->SchedCuts())
             colArtists.push_back(cCut->Artist());
         return colArtists;
     }
 
     HostWindow cHost;
-    TestStation cStation;
+    TestStation cState;
     HostEvents cEvents;
     HWND hWindow = nullptr;
     HWND hTree = nullptr;

@@ -23,7 +23,7 @@ struct LibraryFreshObjects : LibraryWindowTest
 {
     LibraryFreshObjects()
     {
-        cStation.cDataBase->bFreshObjects = true;
+        cState.cDataBase->bFreshObjects = true;
         FillStation();
     }
     void ShowRock1(const User& user) const
@@ -33,7 +33,7 @@ struct LibraryFreshObjects : LibraryWindowTest
     }
     std::wstring StoredCategories(std::size_t lCut) const
     {
-        return cStation.cDataBase->colCuts[lCut]->CategoryText();
+        return cState.cDataBase->colCuts[lCut]->CategoryText();
     }
 };
 
@@ -148,9 +148,9 @@ TEST_F(LibraryFreshObjects, AnEditInAllAudioKeepsSelectionAndPlace)
         {
             cEvents.OnEvent = [&](const std::wstring&)
             {
-                cStation.cDataBase->colCuts[60]->SetArtist(L"Edited");
-                cStation.cDataBase->Announce(&DataBaseEvents::CutsModified,
-                                             Cuts{cStation.cDataBase->colCuts[60]});
+                cState.cDataBase->colCuts[60]->SetArtist(L"Edited");
+                cState.cDataBase->Announce(&DataBaseEvents::CutsModified,
+                                             Cuts{cState.cDataBase->colCuts[60]});
             };
             ClickRow(user, 0);
             ::SendMessageW(hGrid, LVM_ENSUREVISIBLE, 62, FALSE);

@@ -21,7 +21,7 @@ constexpr const wchar_t* sDefaultOfTen =
 TEST_F(LibraryGrid, ItHasTenColumnsAndACutsTexts)
 {
     FillStation();
-    cStation.cDataBase->colCuts[1]->SetOpener(true);
+    cState.cDataBase->colCuts[1]->SetOpener(true);
     Open(
         [&](const User&)
         {
@@ -122,7 +122,7 @@ TEST_F(LibraryGrid, AStoredLayoutIsShownAndAnUnusableOneIsTheDefault)
 {
     FillStation();
     const auto store = [&](const wchar_t* sLayout) {
-        cStation.cWorld.cUserSettings.Set(L"RavloScheduler", L"Settings", L"iGridLibLayoutColSchedLib",
+        cState.cPorts.cUserSettings.Set(L"RavloScheduler", L"Settings", L"iGridLibLayoutColSchedLib",
                                           sLayout);
     };
     store(L"3|Width|222|9|Width|50|10|Order|0|4|Visible|0|");
@@ -200,7 +200,7 @@ TEST_F(LibraryGrid, EnterAndADoubleClickAskTheHostToEditTheCut)
         [&](const User& user)
         {
             cEvents.OnEvent = [&](const std::wstring&)
-            { cStation.cDataBase->colCuts[1]->SetArtist(L"Edited"); };
+            { cState.cDataBase->colCuts[1]->SetArtist(L"Edited"); };
             ClickRow(user, 1);
             user.Key(VK_RETURN);
             EXPECT_EQ(cEvents.colSaid.back(), L"Edit C:\\Music\\rock2.wav");
@@ -303,7 +303,7 @@ TEST_F(LibraryGrid, AHundredThousandCutsAreAskedForWhatIsPaintedAlone)
     for (int i = 0; i < 100'000; ++i)
         Add(std::to_wstring(i), L"Big " + std::to_wstring(i % 2), 1, L"Artist");
     std::atomic<int> lAsked = 0;
-    for (const auto& cCut : cStation.cDataBase->colCuts)
+    for (const auto& cCut : cState.cDataBase->colCuts)
         static_cast<FakeCut&>(*cCut).OnCall = [&](const std::string& sMember)
         { lAsked += sMember == "Title"; };
     Open(
@@ -330,7 +330,7 @@ TEST_F(LibraryGrid, AHundredThousandCutsAreAskedForWhatIsPaintedAlone)
             EXPECT_LT(asked(), 4 * lPainted);
             user.Shot(hWindow, L"library-100000");
         });
-    for (const auto& cCut : cStation.cDataBase->colCuts)
+    for (const auto& cCut : cState.cDataBase->colCuts)
         static_cast<FakeCut&>(*cCut).OnCall = nullptr;
 }
 

@@ -380,8 +380,8 @@ TEST_F(LibraryTree, NewsKeepTicksAndTheShownNode)
             const Texts colBefore = Tree();
             cHost.Run(user,
                       [&] {
-                          cStation.cDataBase->Announce(&DataBaseEvents::CutsModified,
-                                                       Cuts{cStation.cDataBase->colCuts[0]});
+                          cState.cDataBase->Announce(&DataBaseEvents::CutsModified,
+                                                       Cuts{cState.cDataBase->colCuts[0]});
                       });
             user.Idle();
             EXPECT_EQ(Tree(), colBefore);
@@ -392,8 +392,8 @@ TEST_F(LibraryTree, NewsKeepTicksAndTheShownNode)
                       [&]
                       {
                           Add(L"new", L"Pop", 1, L"Prince");
-                          cStation.cDataBase->Announce(&DataBaseEvents::CutsAdded,
-                                                       Cuts{cStation.cDataBase->colCuts.back()});
+                          cState.cDataBase->Announce(&DataBaseEvents::CutsAdded,
+                                                       Cuts{cState.cDataBase->colCuts.back()});
                       });
             user.Idle();
             EXPECT_EQ(Tree(Item(L"Jazz")), (Texts{L"1*"}));

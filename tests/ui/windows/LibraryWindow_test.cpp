@@ -7,10 +7,10 @@
 namespace ravlo::test
 {
 
-using LibraryWindow = LibraryWindowTest;
+using LibraryWindowLifetime = LibraryWindowTest;
 using Faults = std::vector<std::string>;
 
-TEST_F(LibraryWindow, AnEmptyStationShowsItsRootAlone)
+TEST_F(LibraryWindowLifetime, AnEmptyStationShowsItsRootAlone)
 {
     Open(
         [&](const User& user)
@@ -20,24 +20,24 @@ TEST_F(LibraryWindow, AnEmptyStationShowsItsRootAlone)
                       L"Double-click any node to display items");
             EXPECT_EQ(Tree(), (Texts{L"ALL AUDIO"}));
             EXPECT_EQ(Rows(), 0);
-            EXPECT_TRUE(cStation.cSchedMan->UIShowing());
+            EXPECT_TRUE(cState.cSchedMan->UIShowing());
             EXPECT_FALSE(::IsWindowEnabled(cHost.Handle()));
             user.Shot(hWindow, L"library-empty");
             user.Key(VK_F4, VK_MENU);
             user.WaitUntilGone(hWindow);
         });
-    EXPECT_FALSE(cStation.cSchedMan->UIShowing());
+    EXPECT_FALSE(cState.cSchedMan->UIShowing());
     EXPECT_TRUE(::IsWindowEnabled(cHost.Handle()));
     EXPECT_EQ(::GetFocus(), cHost.hEdit);
 }
 
-TEST_F(LibraryWindow, ReloadAllWithoutAWindowShowsNothing)
+TEST_F(LibraryWindowLifetime, ReloadAllWithoutAWindowShowsNothing)
 {
     FillStation();
-    cStation.Populate();
-    cStation.cSchedMan->ReloadAll();
-    EXPECT_TRUE(cStation.cWindows->LibraryExists());
-    EXPECT_FALSE(cStation.cSchedMan->UIShowing());
+    cState.Populate();
+    cState.cSchedMan->ReloadAll();
+    EXPECT_TRUE(cState.cWindows->LibraryExists());
+    EXPECT_FALSE(cState.cSchedMan->UIShowing());
     const HWND hHidden = ::FindWindowW(sfrmUILibClass, nullptr);
     ASSERT_NE(hHidden, nullptr);
     EXPECT_FALSE(::IsWindowVisible(hHidden));
@@ -78,18 +78,18 @@ private:
 
 } // namespace
 
-TEST_F(LibraryWindow, AHostMayShowItWhileAHiddenOneIsFilled)
+TEST_F(LibraryWindowLifetime, AHostMayShowItWhileAHiddenOneIsFilled)
 {
     FillStation();
-    cStation.Populate();
-    const auto cBusy = std::make_shared<BusyDataBase>(cStation.cDataBase);
-    cStation.cSchedMan->PopulateFromDataBase(cBusy, L"C:\\Radio\\");
+    cState.Populate();
+    const auto cBusy = std::make_shared<BusyDataBase>(cState.cDataBase);
+    cState.cSchedMan->PopulateFromDataBase(cBusy, L"C:\\Radio\\");
     cBusy->OnAllCuts = [&]
     {
-        cStation.cSchedMan->ShowLibraryUI();
-        cStation.cSchedMan->ReloadAll(); // makes a hidden one again
+        cState.cSchedMan->ShowLibraryUI();
+        cState.cSchedMan->ReloadAll(); // makes a hidden one again
     };
-    WhileOpen([&] { cStation.cSchedMan->ReloadAll(); },
+    WhileOpen([&] { cState.cSchedMan->ReloadAll(); },
               [&](const User& user)
               {
                   hWindow = user.WaitFor(sfrmUILibClass);
@@ -101,29 +101,29 @@ TEST_F(LibraryWindow, AHostMayShowItWhileAHiddenOneIsFilled)
     hWindow = ::FindWindowW(sfrmUILibClass, nullptr);
     ASSERT_NE(hWindow, nullptr);
     EXPECT_EQ(::FindWindowExW(nullptr, hWindow, sfrmUILibClass, nullptr), nullptr) << "the last one alone";
-    cStation.cDataBase->Announce(&DataBaseEvents::ProgressStart, std::wstring(L"Importing"), 9);
+    cState.cDataBase->Announce(&DataBaseEvents::ProgressStart, std::wstring(L"Importing"), 9);
     EXPECT_EQ(Status(0), L"Importing") << "the manager's progress goes to it";
 }
 
-TEST_F(LibraryWindow, AHostMayLetGoOfTheWindowsWhileAHiddenOneIsFilled)
+TEST_F(LibraryWindowLifetime, AHostMayLetGoOfTheWindowsWhileAHiddenOneIsFilled)
 {
     FillStation();
-    cStation.Populate();
-    const auto cBusy = std::make_shared<BusyDataBase>(cStation.cDataBase);
-    cStation.cSchedMan->PopulateFromDataBase(cBusy, L"C:\\Radio\\");
+    cState.Populate();
+    const auto cBusy = std::make_shared<BusyDataBase>(cState.cDataBase);
+    cState.cSchedMan->PopulateFromDataBase(cBusy, L"C:\\Radio\\");
     bool bGone = false;
     cBusy->OnAllCuts = [&]
     {
-        cStation.cSchedMan->SetWindows(nullptr);
-        cStation.cWindows.reset();
+        cState.cSchedMan->SetWindows(nullptr);
+        cState.cWindows.reset();
         bGone = true;
     };
-    cStation.cSchedMan->ReloadAll();
+    cState.cSchedMan->ReloadAll();
     EXPECT_TRUE(bGone);
     EXPECT_EQ(::FindWindowW(sfrmUILibClass, nullptr), nullptr);
 }
 
-TEST_F(LibraryWindow, ReloadAllFillsTheOpenWindowAnewWithoutReadingTheDatabase)
+TEST_F(LibraryWindowLifetime, ReloadAllFillsTheOpenWindowAnewWithoutReadingTheDatabase)
 {
     FillStation();
     Open(
@@ -133,31 +133,31 @@ TEST_F(LibraryWindow, ReloadAllFillsTheOpenWindowAnewWithoutReadingTheDatabase)
             cHost.Run(user,
                       [&]
                       {
-                          cStation.cDataBase->bFails = true;
-                          cStation.Level(L"Rock", 1)->SetCatLevel(7);
-                          cStation.cSchedMan->ReloadAll();
-                          cStation.Level(L"Rock", 1)->SetCatLevel(1);
-                          cStation.cDataBase->bFails = false;
+                          cState.cDataBase->bFails = true;
+                          cState.Level(L"Rock", 1)->SetCatLevel(7);
+                          cState.cSchedMan->ReloadAll();
+                          cState.Level(L"Rock", 1)->SetCatLevel(1);
+                          cState.cDataBase->bFails = false;
                       });
             EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"2", L"7"}));
             EXPECT_TRUE(IsExpanded(Item(L"Rock")));
         });
 }
 
-TEST_F(LibraryWindow, ASecondOpeningComesBackAtOnceAndBringsItToTheFront)
+TEST_F(LibraryWindowLifetime, ASecondOpeningComesBackAtOnceAndBringsItToTheFront)
 {
     FillStation();
     Open(
         [&](const User& user)
         {
             ::ShowWindow(hWindow, SW_MINIMIZE);
-            cHost.Run(user, [&] { cStation.cSchedMan->ShowLibraryUI(); });
+            cHost.Run(user, [&] { cState.cSchedMan->ShowLibraryUI(); });
             EXPECT_FALSE(::IsIconic(hWindow));
-            EXPECT_TRUE(cStation.cSchedMan->UIShowing());
+            EXPECT_TRUE(cState.cSchedMan->UIShowing());
         });
 }
 
-TEST_F(LibraryWindow, ClosingWaitsForWhatRuns)
+TEST_F(LibraryWindowLifetime, ClosingWaitsForWhatRuns)
 {
     FillStation();
     Open(
@@ -171,7 +171,7 @@ TEST_F(LibraryWindow, ClosingWaitsForWhatRuns)
                 ::SendMessageW(hWindow, WM_CLOSE, 0, 0);
                 EXPECT_TRUE(::IsWindowVisible(hWindow)) << "not in the middle of a command";
                 Command(LibraryCommand::mnuHelp); // ignored
-                cStation.cHostLoop.PumpMessages();
+                cState.cHostLoop.PumpMessages();
             };
             cEvents.colSaid.clear();
             Command(LibraryCommand::mnuReloadAll);
@@ -203,12 +203,12 @@ TEST_F(LibraryGreyed, ControlsAndMenusAreDisabledWhileALongCommandRunsAndGetTheF
             std::atomic<bool> bGreyed = false;
             std::atomic<bool> bBar = false;
             // Reading the database takes longer than the window waits before it greys.
-            static_cast<FakeCut&>(*cStation.cDataBase->colCuts[3]).OnCall = [&](const std::string&)
+            static_cast<FakeCut&>(*cState.cDataBase->colCuts[3]).OnCall = [&](const std::string&)
             {
                 const DWORD lStart = ::GetTickCount();
                 while (!bGreyed && ::GetTickCount() - lStart < 5000)
                 {
-                    cStation.cHostLoop.PumpMessages();
+                    cState.cHostLoop.PumpMessages();
                     const UINT lMenu = ::GetMenuState(::GetMenu(hWindow), 0, MF_BYPOSITION);
                     bGreyed = Enabled() == 0 && (lMenu & MF_GRAYED) != 0;
                     bBar = ::IsWindowVisible(User::Control(hWindow, eIdProgressBar1)) != FALSE;
@@ -223,7 +223,7 @@ TEST_F(LibraryGreyed, ControlsAndMenusAreDisabledWhileALongCommandRunsAndGetTheF
             EXPECT_FALSE(::IsWindowVisible(User::Control(hWindow, eIdProgressBar1)));
             EXPECT_EQ(user.FocusedWindow(), hGrid);
         });
-    static_cast<FakeCut&>(*cStation.cDataBase->colCuts[3]).OnCall = nullptr;
+    static_cast<FakeCut&>(*cState.cDataBase->colCuts[3]).OnCall = nullptr;
 }
 
 TEST_F(LibraryGreyed, TheFocusComesBackAlsoWhenABoxFollowsALongCommand)
@@ -234,15 +234,15 @@ TEST_F(LibraryGreyed, TheFocusComesBackAlsoWhenABoxFollowsALongCommand)
         {
             user.Click(hGrid);
             bool bShown = false;
-            auto& cCut = static_cast<FakeCut&>(*cStation.cDataBase->colCuts[3]);
+            auto& cCut = static_cast<FakeCut&>(*cState.cDataBase->colCuts[3]);
             cCut.OnCall = [&](const std::string&)
             {
                 if (std::exchange(bShown, true))
                     return;
                 const DWORD lStart = ::GetTickCount();
                 while (Enabled() != 0 && ::GetTickCount() - lStart < 5000)
-                    cStation.cHostLoop.PumpMessages();
-                cStation.cMod.Box(BoxIcon::None, BoxButtons::Ok, L"Host", L"A question in the middle");
+                    cState.cHostLoop.PumpMessages();
+                cState.cMod.Box(BoxIcon::None, BoxButtons::Ok, L"Host", L"A question in the middle");
             };
             Command(LibraryCommand::mnuReloadAll);
             EXPECT_EQ(user.Box().sTitle, L"Host");
@@ -255,7 +255,7 @@ TEST_F(LibraryGreyed, TheFocusComesBackAlsoWhenABoxFollowsALongCommand)
         });
 }
 
-TEST_F(LibraryWindow, TheFocusComesBackToTheControlThatHadIt)
+TEST_F(LibraryWindowLifetime, TheFocusComesBackToTheControlThatHadIt)
 {
     FillStation();
     Open(
@@ -268,15 +268,15 @@ TEST_F(LibraryWindow, TheFocusComesBackToTheControlThatHadIt)
         });
 }
 
-TEST_F(LibraryWindow, AQuittingProgramClosesItAndIsToldSo)
+TEST_F(LibraryWindowLifetime, AQuittingProgramClosesItAndIsToldSo)
 {
     FillStation();
-    cStation.Populate();
+    cState.Populate();
     bool bQuit = false;
     WhileOpen(
         [&]
         {
-            cStation.cSchedMan->ShowLibraryUI();
+            cState.cSchedMan->ShowLibraryUI();
             MSG message;
             bQuit = ::PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) && message.wParam == 7;
         },
@@ -287,15 +287,15 @@ TEST_F(LibraryWindow, AQuittingProgramClosesItAndIsToldSo)
             user.WaitUntilGone(hOpen);
         });
     EXPECT_TRUE(bQuit);
-    EXPECT_FALSE(cStation.cSchedMan->UIShowing());
+    EXPECT_FALSE(cState.cSchedMan->UIShowing());
     EXPECT_TRUE(::IsWindowEnabled(cHost.Handle()));
 }
 
-TEST_F(LibraryWindow, AHostThatDestroysItsWindowTakesThisOneWithIt)
+TEST_F(LibraryWindowLifetime, AHostThatDestroysItsWindowTakesThisOneWithIt)
 {
     FillStation();
-    cStation.Populate();
-    WhileOpen([&] { cStation.cSchedMan->ShowLibraryUI(); },
+    cState.Populate();
+    WhileOpen([&] { cState.cSchedMan->ShowLibraryUI(); },
               [&](const User& user)
               {
                   const HWND hOpen = user.WaitFor(sfrmUILibClass);
@@ -304,13 +304,13 @@ TEST_F(LibraryWindow, AHostThatDestroysItsWindowTakesThisOneWithIt)
                   cHost.Run(user, [&] { ::DestroyWindow(cHost.Handle()); });
                   user.WaitUntilGone(hOpen);
               });
-    EXPECT_FALSE(cStation.cSchedMan->UIShowing());
+    EXPECT_FALSE(cState.cSchedMan->UIShowing());
     EXPECT_NE(StoredLayout().find(L"|3|Width|222|"), std::wstring::npos) << "its columns are remembered";
 }
 
 // ---- place ----
 
-TEST_F(LibraryWindow, SizePlaceAndDividerAreRemembered)
+TEST_F(LibraryWindowLifetime, SizePlaceAndDividerAreRemembered)
 {
     FillStation();
     RECT first{};
@@ -339,7 +339,7 @@ TEST_F(LibraryWindow, SizePlaceAndDividerAreRemembered)
         });
 }
 
-TEST_F(LibraryWindow, AMaximisedWindowOpensMaximised)
+TEST_F(LibraryWindowLifetime, AMaximisedWindowOpensMaximised)
 {
     Open(
         [&](const User& user)
@@ -353,7 +353,7 @@ TEST_F(LibraryWindow, AMaximisedWindowOpensMaximised)
 
 // ---- look ----
 
-TEST_F(LibraryWindow, NothingIsClippedOrCoveredAtAnySizeAndResolution)
+TEST_F(LibraryWindowLifetime, NothingIsClippedOrCoveredAtAnySizeAndResolution)
 {
     FillStation();
     Open(
@@ -379,7 +379,7 @@ TEST_F(LibraryWindow, NothingIsClippedOrCoveredAtAnySizeAndResolution)
     EXPECT_EQ(StoredLayout().substr(0, 14), L"1|Width|44|1|O") << "resolutions change no width";
 }
 
-TEST_F(LibraryWindow, ItHasAnIconOfItsOwnInBothSizes)
+TEST_F(LibraryWindowLifetime, ItHasAnIconOfItsOwnInBothSizes)
 {
     Open(
         [&](const User&)
@@ -407,7 +407,7 @@ TEST_F(LibraryWindow, ItHasAnIconOfItsOwnInBothSizes)
         });
 }
 
-TEST_F(LibraryWindow, EveryControlHasANameForScreenReaders)
+TEST_F(LibraryWindowLifetime, EveryControlHasANameForScreenReaders)
 {
     FillStation();
     Open(
@@ -426,7 +426,7 @@ TEST_F(LibraryWindow, EveryControlHasANameForScreenReaders)
         });
 }
 
-TEST_F(LibraryWindow, TabAndF6GoFromPaneToPane)
+TEST_F(LibraryWindowLifetime, TabAndF6GoFromPaneToPane)
 {
     FillStation();
     Open(
@@ -469,7 +469,7 @@ void CALLBACK UseAndClose(HWND, UINT, UINT_PTR, DWORD)
 
 } // namespace
 
-TEST_F(LibraryWindow, TwoHundredOpeningsLeaveNothingBehind)
+TEST_F(LibraryWindowLifetime, TwoHundredOpeningsLeaveNothingBehind)
 {
     struct Counts
     {
@@ -483,25 +483,25 @@ TEST_F(LibraryWindow, TwoHundredOpeningsLeaveNothingBehind)
         }();
     };
     FillStation();
-    cStation.Populate();
+    cState.Populate();
     const auto openAndUse = [&](int lTimes)
     {
         for (int i = 0; i < lTimes; ++i)
         {
             const UINT_PTR lTimer = ::SetTimer(nullptr, 0, 1, UseAndClose);
-            cStation.cSchedMan->ShowLibraryUI();
+            cState.cSchedMan->ShowLibraryUI();
             ::KillTimer(nullptr, lTimer);
         }
     };
     openAndUse(5); // what is made once stays
-    const long lUsers = cStation.cSchedMan.use_count();
+    const long lUsers = cState.cSchedMan.use_count();
     const Counts before;
     openAndUse(200);
     const Counts after;
     EXPECT_LE(after.lGdi, before.lGdi + 2);
     EXPECT_LE(after.lUser, before.lUser + 2);
     EXPECT_LE(after.lHandles, before.lHandles + 10);
-    EXPECT_EQ(cStation.cSchedMan.use_count(), lUsers);
+    EXPECT_EQ(cState.cSchedMan.use_count(), lUsers);
     WNDCLASSEXW wndClass{};
     wndClass.cbSize = sizeof wndClass;
     EXPECT_FALSE(::GetClassInfoExW(ThisModule(), sfrmUILibClass, &wndClass));

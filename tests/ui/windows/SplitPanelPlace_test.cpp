@@ -9,7 +9,7 @@ using SplitPanelPlace = LibraryWindowTest;
 
 TEST_F(SplitPanelPlace, AWindowThatOpensMaximisedKeepsASplitForWhichItsNormalSizeHasNoRoom)
 {
-    MemoryUserSettings& cSettings = cStation.cWorld.cUserSettings;
+    MemoryUserSettings& cSettings = cState.cPorts.cUserSettings;
     cSettings.Set(L"RavloScheduler", L"Settings", L"frmUILibPlace", L"100,100,700,500,max");
     cSettings.Set(L"uSplittest_windowsSplitPanelSchedLib", L"Settings", L"Pos", L"14000");
     FillStation();

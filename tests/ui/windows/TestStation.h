@@ -96,7 +96,7 @@ public:
     // Takes over what is in the database.
     void Populate()
     {
-        cWorld.cFiles.MakeFolders(L"C:\\Radio");
+        cPorts.cFiles.MakeFolders(L"C:\\Radio");
         cSchedMan->PopulateFromDataBase(cDataBase, L"C:\\Radio\\");
     }
     std::shared_ptr<clsCat> MainCat(const std::wstring& sName) const
@@ -109,12 +109,12 @@ public:
         return MainCat(sName)->SubCat(lLevel);
     }
 
-    MemoryWorld cWorld;
+    MemoryPorts cPorts;
     WindowsMessages cMessages;
     WindowsHostLoop cHostLoop;
     WatchedHostLoop cWatchedLoop{cHostLoop};
-    ModScheduler cMod{Ports{cWorld.cClock, cWatchedLoop, cWorld.cFiles, cMessages, cWorld.cUserSettings,
-                            cWorld.cCodePage, cWorld.cRandom}};
+    ModScheduler cMod{Ports{cPorts.cClock, cWatchedLoop, cPorts.cFiles, cMessages, cPorts.cUserSettings,
+                            cPorts.cCodePage, cPorts.cRandom}};
     std::shared_ptr<FakeDataBase> cDataBase = std::make_shared<FakeDataBase>();
     std::shared_ptr<clsSchedMan> cSchedMan = std::make_shared<clsSchedMan>(cMod);
     std::unique_ptr<SchedulerWindows> cWindows = [this]

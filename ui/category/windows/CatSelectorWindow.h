@@ -19,7 +19,7 @@ public:
     CatSelectorWindow(HWND hParent, int lId, ModScheduler& cMod);
     ~CatSelectorWindow() override;
 
-    CatSelector& Selector() noexcept { return m_cSelector; }
+    CatSelectorPresenter& Selector() noexcept { return m_cSelector; }
 
     // Lays out anew in a font and resolution; the font stays the caller's.
     void SetLook(HFONT hFont, int lDpi);
@@ -65,7 +65,7 @@ private:
     HFONT m_hFont = nullptr;
     int m_lDpi = 96;
     bool m_bHourglass = false;
-    CatSelector m_cSelector; // talks to the controls above from its first moment
+    CatSelectorPresenter m_cSelector; // talks to the controls above from its first moment
 };
 
 } // namespace ravlo

@@ -59,7 +59,7 @@ frmCatWindow::frmCatWindow(HWND hOwner, ModScheduler& cMod)
     Create(start);
     m_hMenu.release(); // the window's own now
     MakeControls();
-    m_cPresenter = std::make_unique<frmCat>(static_cast<frmCatView&>(*this), m_cSelector->Selector(), m_cMod);
+    m_cPresenter = std::make_unique<frmCatPresenter>(static_cast<frmCatView&>(*this), m_cSelector->Selector(), m_cMod);
     m_cPanes[0]->BoxChanged = [this](int lBox) { m_cPresenter->BoxChanged(static_cast<RuleBox>(lBox)); };
     m_cPanes[1]->BoxChanged = [this](int lBox)
     { m_cPresenter->BoxChanged(static_cast<RuleBox>(lBoxesPerPane + lBox)); };
@@ -371,7 +371,7 @@ void frmCatWindow::EnableLibraryMenu(bool bEnable)
 
 void frmCatWindow::ShowModal()
 {
-    const int lShow = RestorePlace(Handle(), m_cMod.Outside().cUserSettings, sPlaceKey, FirstSize());
+    const int lShow = RestorePlace(Handle(), m_cMod.Ports().cUserSettings, sPlaceKey, FirstSize());
     m_cLoop = std::make_unique<ModalLoop>(Handle());
     m_cLoop->SetAccelerators(m_hAccelerators.get());
     m_cLoop->OnMessage = [this](MSG& message) { return OnKey(message); };
@@ -381,7 +381,7 @@ void frmCatWindow::ShowModal()
     m_cLoop->Run();
     if (!Handle())
         return;
-    RememberPlace(Handle(), m_cMod.Outside().cUserSettings, sPlaceKey);
+    RememberPlace(Handle(), m_cMod.Ports().cUserSettings, sPlaceKey);
     ::ShowWindow(Handle(),
                  SW_HIDE); // what has been chosen may take time to store: without the loop it is dead
 }

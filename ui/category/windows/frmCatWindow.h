@@ -24,7 +24,7 @@ public:
     frmCatWindow(HWND hOwner, ModScheduler& cMod);
     ~frmCatWindow() override;
 
-    frmCat& Presenter() noexcept { return *m_cPresenter; }
+    frmCatPresenter& Presenter() noexcept { return *m_cPresenter; }
 
 private:
     void SetCaption(const std::wstring& sCaption) override;
@@ -81,7 +81,7 @@ private:
     int m_lDpi = 96;
     std::unique_ptr<CatSelectorWindow> m_cSelector;
     std::array<std::unique_ptr<RulesPaneWindow>, 2> m_cPanes;
-    std::unique_ptr<frmCat> m_cPresenter;
+    std::unique_ptr<frmCatPresenter> m_cPresenter;
     std::unique_ptr<ModalLoop> m_cLoop;
     HWND m_hNew = nullptr;
     HWND m_hNewLevel = nullptr;

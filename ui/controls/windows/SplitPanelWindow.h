@@ -21,7 +21,7 @@ public:
     SplitPanelWindow(HWND hContainer, int lId, UserSettings& cUserSettings, std::function<void()> OnTrouble);
     ~SplitPanelWindow() override;
 
-    SplitPanel& Panel() noexcept { return m_cPanel; }
+    SplitPanelPresenter& Panel() noexcept { return m_cPanel; }
 
     // Children of the container; either may be null. Not owned.
     void SetControls(HWND hControl1, HWND hControl2);
@@ -60,7 +60,7 @@ private:
     int m_lDpi = 96;
     std::uint32_t m_lColor;
     bool m_bHourglass = false;
-    SplitPanel m_cPanel;
+    SplitPanelPresenter m_cPanel;
 };
 
 } // namespace ravlo

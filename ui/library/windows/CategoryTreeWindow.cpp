@@ -84,7 +84,7 @@ void CategoryTreeWindow::SetLook(HFONT hFont, int lDpi)
 
 // ---- showing ----
 
-void CategoryTreeWindow::ShowTree(const CategoryTree& cTree)
+void CategoryTreeWindow::ShowTree(const CategoryTreePresenter& cTree)
 {
     m_cTree = &cTree;
     ShowDropTarget(std::nullopt);
@@ -99,9 +99,9 @@ void CategoryTreeWindow::ShowTree(const CategoryTree& cTree)
     ::InvalidateRect(m_hTree, nullptr, TRUE);
 }
 
-void CategoryTreeWindow::Add(const CategoryTree& cTree, CategoryTree::Node lNode, HTREEITEM hParent)
+void CategoryTreeWindow::Add(const CategoryTreePresenter& cTree, CategoryTreePresenter::Node lNode, HTREEITEM hParent)
 {
-    const CategoryTree::Entry& entry = cTree.At(lNode);
+    const CategoryTreePresenter::Entry& entry = cTree.At(lNode);
     std::wstring sText = entry.sText;
     TVINSERTSTRUCTW insert{};
     insert.hParent = hParent;
@@ -115,18 +115,18 @@ void CategoryTreeWindow::Add(const CategoryTree& cTree, CategoryTree::Node lNode
     m_bOpen[lNode] = entry.bOpen;
     m_hItems[lNode] =
         reinterpret_cast<HTREEITEM>(Send(m_hTree, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
-    for (const CategoryTree::Node lChild : entry.colChildren)
+    for (const CategoryTreePresenter::Node lChild : entry.colChildren)
         Add(cTree, lChild, m_hItems[lNode]);
     if (entry.bExpanded)
         Expand(lNode);
 }
 
-void CategoryTreeWindow::ShowChecks(const CategoryTree& cTree,
-                                    const std::vector<CategoryTree::Node>& colNodes)
+void CategoryTreeWindow::ShowChecks(const CategoryTreePresenter& cTree,
+                                    const std::vector<CategoryTreePresenter::Node>& colNodes)
 {
     {
         const TreePaintingOff cOff(m_hTree);
-        for (const CategoryTree::Node lNode : colNodes)
+        for (const CategoryTreePresenter::Node lNode : colNodes)
             if (lNode < m_hItems.size() && ShowsCheck(lNode) != cTree.At(lNode).bChecked)
                 SetState(m_hItems[lNode], cTree.At(lNode).bChecked);
     }
@@ -157,7 +157,7 @@ void CategoryTreeWindow::SetState(HTREEITEM hItem, bool bChecked)
 
 void CategoryTreeWindow::ShowImages()
 {
-    for (CategoryTree::Node lNode = 0; m_cTree && lNode < m_hItems.size(); ++lNode)
+    for (CategoryTreePresenter::Node lNode = 0; m_cTree && lNode < m_hItems.size(); ++lNode)
     {
         const bool bOpen = m_cTree->At(lNode).bOpen;
         if (m_bOpen[lNode] == bOpen)
@@ -169,18 +169,18 @@ void CategoryTreeWindow::ShowImages()
     }
 }
 
-void CategoryTreeWindow::Expand(CategoryTree::Node lNode)
+void CategoryTreeWindow::Expand(CategoryTreePresenter::Node lNode)
 {
     Send(m_hTree, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(m_hItems[lNode]));
 }
 
-void CategoryTreeWindow::Select(CategoryTree::Node lNode)
+void CategoryTreeWindow::Select(CategoryTreePresenter::Node lNode)
 {
     Send(m_hTree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(m_hItems[lNode]));
     BringIntoView(lNode);
 }
 
-void CategoryTreeWindow::BringIntoView(CategoryTree::Node lNode)
+void CategoryTreeWindow::BringIntoView(CategoryTreePresenter::Node lNode)
 {
     Send(m_hTree, TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(m_hItems[lNode]));
     ScrollToLeft();
@@ -193,21 +193,21 @@ void CategoryTreeWindow::ScrollToLeft()
     Send(m_hTree, WM_HSCROLL, SB_LEFT, 0);
 }
 
-std::optional<CategoryTree::Node> CategoryTreeWindow::Selected() const
+std::optional<CategoryTreePresenter::Node> CategoryTreeWindow::Selected() const
 {
     return NodeOf(reinterpret_cast<HTREEITEM>(Send(m_hTree, TVM_GETNEXTITEM, TVGN_CARET, 0)));
 }
 
 // ---- asking ----
 
-std::optional<CategoryTree::Node> CategoryTreeWindow::NodeOf(HTREEITEM hItem) const
+std::optional<CategoryTreePresenter::Node> CategoryTreeWindow::NodeOf(HTREEITEM hItem) const
 {
     if (!hItem)
         return std::nullopt;
     TVITEMW item = ItemOf(hItem, TVIF_PARAM);
     if (!Send(m_hTree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)))
         return std::nullopt;
-    const auto lNode = static_cast<CategoryTree::Node>(item.lParam);
+    const auto lNode = static_cast<CategoryTreePresenter::Node>(item.lParam);
     return lNode < m_hItems.size() && m_hItems[lNode] == hItem ? std::optional(lNode) : std::nullopt;
 }
 
@@ -218,23 +218,23 @@ std::optional<CategoryTreeWindow::Hit> CategoryTreeWindow::HitTest(POINT onScree
     ::ScreenToClient(m_hTree, &hit.pt);
     const auto hItem =
         reinterpret_cast<HTREEITEM>(Send(m_hTree, TVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
-    const std::optional<CategoryTree::Node> lNode = NodeOf(hItem);
+    const std::optional<CategoryTreePresenter::Node> lNode = NodeOf(hItem);
     if (!lNode)
         return std::nullopt;
     return Hit{*lNode, (hit.flags & (TVHT_ONITEMBUTTON | TVHT_ONITEMSTATEICON)) == 0};
 }
 
-bool CategoryTreeWindow::ShowsCheck(CategoryTree::Node lNode) const
+bool CategoryTreeWindow::ShowsCheck(CategoryTreePresenter::Node lNode) const
 {
     const auto lState = static_cast<UINT>(
         Send(m_hTree, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(m_hItems[lNode]), TVIS_STATEIMAGEMASK));
     return (lState & TVIS_STATEIMAGEMASK) == INDEXTOSTATEIMAGEMASK(2u);
 }
 
-std::vector<CategoryTree::Node> CategoryTreeWindow::CheckedByUser() const
+std::vector<CategoryTreePresenter::Node> CategoryTreeWindow::CheckedByUser() const
 {
-    std::vector<CategoryTree::Node> colNodes;
-    for (CategoryTree::Node lNode = 0; m_cTree && lNode < m_hItems.size(); ++lNode)
+    std::vector<CategoryTreePresenter::Node> colNodes;
+    for (CategoryTreePresenter::Node lNode = 0; m_cTree && lNode < m_hItems.size(); ++lNode)
         if (ShowsCheck(lNode) != m_cTree->At(lNode).bChecked)
             colNodes.push_back(lNode);
     return colNodes;
@@ -252,7 +252,7 @@ LRESULT CategoryTreeWindow::OnCustomDraw(NMTVCUSTOMDRAW& draw) const
     return CDRF_DODEFAULT;
 }
 
-RECT CategoryTreeWindow::LabelOf(CategoryTree::Node lNode) const
+RECT CategoryTreeWindow::LabelOf(CategoryTreePresenter::Node lNode) const
 {
     RECT label{};
     // The message takes the item where it puts the rectangle.
@@ -264,7 +264,7 @@ RECT CategoryTreeWindow::LabelOf(CategoryTree::Node lNode) const
 
 // ---- during a drag ----
 
-void CategoryTreeWindow::ShowDropTarget(std::optional<CategoryTree::Node> lNode)
+void CategoryTreeWindow::ShowDropTarget(std::optional<CategoryTreePresenter::Node> lNode)
 {
     if (lNode == m_lDropTarget)
         return;
@@ -273,7 +273,7 @@ void CategoryTreeWindow::ShowDropTarget(std::optional<CategoryTree::Node> lNode)
     MarkDropTarget();
 }
 
-std::optional<CategoryTree::Node> CategoryTreeWindow::DragTick(POINT onScreen)
+std::optional<CategoryTreePresenter::Node> CategoryTreeWindow::DragTick(POINT onScreen)
 {
     POINT point = onScreen;
     ::ScreenToClient(m_hTree, &point);

@@ -25,30 +25,30 @@ public:
     void SetLook(HFONT hFont, int lDpi);
 
     // ---- CategoryTreeView
-    void ShowTree(const CategoryTree& cTree) override;
-    void ShowChecks(const CategoryTree& cTree, const std::vector<CategoryTree::Node>& colNodes) override;
+    void ShowTree(const CategoryTreePresenter& cTree) override;
+    void ShowChecks(const CategoryTreePresenter& cTree, const std::vector<CategoryTreePresenter::Node>& colNodes) override;
     void ShowImages() override;
-    void Expand(CategoryTree::Node lNode) override;
-    void Select(CategoryTree::Node lNode) override;
-    void BringIntoView(CategoryTree::Node lNode) override;
-    std::optional<CategoryTree::Node> Selected() const override;
+    void Expand(CategoryTreePresenter::Node lNode) override;
+    void Select(CategoryTreePresenter::Node lNode) override;
+    void BringIntoView(CategoryTreePresenter::Node lNode) override;
+    std::optional<CategoryTreePresenter::Node> Selected() const override;
 
     // ---- for the window's messages
 
     struct Hit
     {
-        CategoryTree::Node lNode;
+        CategoryTreePresenter::Node lNode;
         bool bOnRow; // not on the check box or the expander
     };
     std::optional<Hit> HitTest(POINT onScreen) const;
     // The node of an item; nothing for one of an earlier tree.
-    std::optional<CategoryTree::Node> NodeOf(HTREEITEM hItem) const;
+    std::optional<CategoryTreePresenter::Node> NodeOf(HTREEITEM hItem) const;
     // The nodes whose box shows something else than the tree has: what the user has clicked.
-    std::vector<CategoryTree::Node> CheckedByUser() const;
-    bool ShowsCheck(CategoryTree::Node lNode) const;
+    std::vector<CategoryTreePresenter::Node> CheckedByUser() const;
+    bool ShowsCheck(CategoryTreePresenter::Node lNode) const;
     LRESULT OnCustomDraw(NMTVCUSTOMDRAW& draw) const;
     // Where a node's label is on the screen.
-    RECT LabelOf(CategoryTree::Node lNode) const;
+    RECT LabelOf(CategoryTreePresenter::Node lNode) const;
 
     // Puts right what clicks on check boxes leave on the screen.
     void Repaint();
@@ -57,22 +57,22 @@ public:
 
     // During a drag: marks a node as the target, or none; scrolls near the edges and opens a node the pointer
     // rests on. The view does not report that opening: DragTick returns the node.
-    void ShowDropTarget(std::optional<CategoryTree::Node> lNode);
-    std::optional<CategoryTree::Node> DragTick(POINT onScreen);
+    void ShowDropTarget(std::optional<CategoryTreePresenter::Node> lNode);
+    std::optional<CategoryTreePresenter::Node> DragTick(POINT onScreen);
 
 private:
-    void Add(const CategoryTree& cTree, CategoryTree::Node lNode, HTREEITEM hParent);
+    void Add(const CategoryTreePresenter& cTree, CategoryTreePresenter::Node lNode, HTREEITEM hParent);
     void SetState(HTREEITEM hItem, bool bChecked);
     void MarkDropTarget();
     bool Scroll(POINT inClient);
 
     HWND m_hTree;
     UniqueImageList m_hImages;
-    const CategoryTree* m_cTree = nullptr;
+    const CategoryTreePresenter* m_cTree = nullptr;
     std::vector<HTREEITEM> m_hItems; // by node
     std::vector<bool> m_bOpen;       // as shown
     int m_lDpi = 96;
-    std::optional<CategoryTree::Node> m_lDropTarget;
+    std::optional<CategoryTreePresenter::Node> m_lDropTarget;
     DWORD m_lTargetSince = 0; // GetTickCount
 };
 

@@ -12,7 +12,7 @@ namespace ravlo
 {
 
 // Drag and drop on this thread. A host that has chosen another threading has no drag and drop, only the keys.
-class LibraryWindow::Surroundings
+class LibraryWindowLifetime::Surroundings
 {
 public:
     Surroundings() noexcept : m_bOle(SUCCEEDED(::OleInitialize(nullptr))) {}
@@ -28,28 +28,28 @@ private:
     bool m_bOle;
 };
 
-struct LibraryWindow::Made
+struct LibraryWindowLifetime::Made
 {
     Made(const std::shared_ptr<clsSchedMan>& cSchedMan, const std::function<bool()>& CategoryShowing)
         : cWindow(::GetActiveWindow(), cSchedMan->Mod(), CategoryShowing)
     {
         Form().SetSchedMan(cSchedMan);
     }
-    frmUILib& Form() noexcept { return cWindow.Form(); }
+    frmUILibPresenter& Form() noexcept { return cWindow.Form(); }
 
     Surroundings cSurroundings; // longer than the window
     frmUILibWindow cWindow;
 };
 
-LibraryWindow::LibraryWindow(std::weak_ptr<clsSchedMan> cSchedMan, std::function<bool()> CategoryShowing)
+LibraryWindowLifetime::LibraryWindowLifetime(std::weak_ptr<clsSchedMan> cSchedMan, std::function<bool()> CategoryShowing)
     : m_cSchedMan(std::move(cSchedMan)), m_CategoryShowing(std::move(CategoryShowing))
 {
 }
-LibraryWindow::~LibraryWindow() = default;
+LibraryWindowLifetime::~LibraryWindowLifetime() = default;
 
-bool LibraryWindow::Showing() const noexcept { return m_cMade && m_cMade->Form().Showing(); }
+bool LibraryWindowLifetime::Showing() const noexcept { return m_cMade && m_cMade->Form().Showing(); }
 
-void LibraryWindow::Make()
+void LibraryWindowLifetime::Make()
 {
     const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock();
     if (!cSchedMan)
@@ -60,7 +60,7 @@ void LibraryWindow::Make()
     m_cMade = std::make_shared<Made>(cSchedMan, m_CategoryShowing);
 }
 
-void LibraryWindow::Reload()
+void LibraryWindowLifetime::Reload()
 {
     if (!m_cMade)
     {
@@ -72,31 +72,31 @@ void LibraryWindow::Reload()
         cMade->Form().ReloadAll();
 }
 
-void LibraryWindow::Refresh()
+void LibraryWindowLifetime::Refresh()
 {
     if (const std::shared_ptr<Made> cMade = m_cMade)
         cMade->Form().RequestRefresh();
 }
 
-void LibraryWindow::ProgressStart(const std::wstring& sReason, std::int32_t lMax)
+void LibraryWindowLifetime::ProgressStart(const std::wstring& sReason, std::int32_t lMax)
 {
     if (Showing())
         m_cMade->Form().Shown().ProgressStart(sReason, lMax);
 }
 
-void LibraryWindow::Progress(const std::wstring& sText, std::int32_t lValue)
+void LibraryWindowLifetime::Progress(const std::wstring& sText, std::int32_t lValue)
 {
     if (Showing())
         m_cMade->Form().Shown().Progress(sText, lValue);
 }
 
-void LibraryWindow::ProgressEnd(const std::wstring& sFirst, const std::wstring& sSecond)
+void LibraryWindowLifetime::ProgressEnd(const std::wstring& sFirst, const std::wstring& sSecond)
 {
     if (Showing())
         m_cMade->Form().Shown().ProgressEnd(sFirst, sSecond);
 }
 
-void LibraryWindow::Show()
+void LibraryWindowLifetime::Show()
 {
     if (Showing())
         return m_cMade->Form().ShowModalUI();

@@ -14,14 +14,14 @@ namespace ravlo
 
 // The library window of one manager, which is held weakly: made when it is needed, hidden or shown, and gone
 // after it was closed.
-class LibraryWindow : public ProgressTarget
+class LibraryWindowLifetime : public ProgressTarget
 {
 public:
     // CategoryShowing tells whether the category window is open.
-    LibraryWindow(std::weak_ptr<clsSchedMan> cSchedMan, std::function<bool()> CategoryShowing);
-    ~LibraryWindow() override;
-    LibraryWindow(const LibraryWindow&) = delete;
-    LibraryWindow& operator=(const LibraryWindow&) = delete;
+    LibraryWindowLifetime(std::weak_ptr<clsSchedMan> cSchedMan, std::function<bool()> CategoryShowing);
+    ~LibraryWindowLifetime() override;
+    LibraryWindowLifetime(const LibraryWindowLifetime&) = delete;
+    LibraryWindowLifetime& operator=(const LibraryWindowLifetime&) = delete;
 
     bool Exists() const noexcept { return m_cMade != nullptr; }
     bool Showing() const noexcept;

@@ -40,15 +40,15 @@ bool MovesCurrentRow(WPARAM lKey)
 
 } // namespace
 
-void SchedLibGridWindow::Subclass()
+void clsSchedLibGridWindow::Subclass()
 {
-    ::SetWindowSubclass(m_hList, &SchedLibGridWindow::OnListMessage, lSubclass,
+    ::SetWindowSubclass(m_hList, &clsSchedLibGridWindow::OnListMessage, lSubclass,
                         reinterpret_cast<DWORD_PTR>(this));
 }
 
-SchedLibGridWindow::~SchedLibGridWindow()
+clsSchedLibGridWindow::~clsSchedLibGridWindow()
 {
-    ::RemoveWindowSubclass(m_hList, &SchedLibGridWindow::OnListMessage, lSubclass);
+    ::RemoveWindowSubclass(m_hList, &clsSchedLibGridWindow::OnListMessage, lSubclass);
 }
 
 // ---- clicks and keys in a list with very many selected rows ----
@@ -57,17 +57,17 @@ SchedLibGridWindow::~SchedLibGridWindow()
 // painting. So a large selection is taken back in one piece before the list sees the click or the key, and a
 // large range is set with painting off.
 
-LRESULT CALLBACK SchedLibGridWindow::OnListMessage(HWND hList, UINT lMessage, WPARAM wParam, LPARAM lParam,
+LRESULT CALLBACK clsSchedLibGridWindow::OnListMessage(HWND hList, UINT lMessage, WPARAM wParam, LPARAM lParam,
                                                    UINT_PTR, DWORD_PTR pGrid) noexcept
 {
     if (lMessage == WM_NCDESTROY)
-        ::RemoveWindowSubclass(hList, &SchedLibGridWindow::OnListMessage, lSubclass);
+        ::RemoveWindowSubclass(hList, &clsSchedLibGridWindow::OnListMessage, lSubclass);
     else
-        return reinterpret_cast<SchedLibGridWindow*>(pGrid)->OnMessage(lMessage, wParam, lParam);
+        return reinterpret_cast<clsSchedLibGridWindow*>(pGrid)->OnMessage(lMessage, wParam, lParam);
     return ::DefSubclassProc(hList, lMessage, wParam, lParam);
 }
 
-LRESULT SchedLibGridWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
+LRESULT clsSchedLibGridWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
 {
     const bool bShift = (wParam & MK_SHIFT) != 0;
     switch (lMessage)
@@ -102,15 +102,15 @@ LRESULT SchedLibGridWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lPara
     }
 }
 
-bool SchedLibGridWindow::ManySelected() const { return Send(LVM_GETSELECTEDCOUNT) >= lManyRows; }
+bool clsSchedLibGridWindow::ManySelected() const { return Send(LVM_GETSELECTEDCOUNT) >= lManyRows; }
 
-LRESULT SchedLibGridWindow::WithoutPainting(UINT lMessage, WPARAM wParam, LPARAM lParam)
+LRESULT clsSchedLibGridWindow::WithoutPainting(UINT lMessage, WPARAM wParam, LPARAM lParam)
 {
     const PaintingOff cOff(*this);
     return ::DefSubclassProc(m_hList, lMessage, wParam, lParam);
 }
 
-LRESULT SchedLibGridWindow::OnKey(WPARAM wParam, LPARAM lParam)
+LRESULT clsSchedLibGridWindow::OnKey(WPARAM wParam, LPARAM lParam)
 {
     if (!MovesCurrentRow(wParam) || Down(VK_CONTROL) || Down(VK_MENU))
         return ::DefSubclassProc(m_hList, WM_KEYDOWN, wParam, lParam);
@@ -131,7 +131,7 @@ LRESULT SchedLibGridWindow::OnKey(WPARAM wParam, LPARAM lParam)
     return lResult;
 }
 
-void SchedLibGridWindow::BeforePress(WPARAM lKeys, POINT at)
+void clsSchedLibGridWindow::BeforePress(WPARAM lKeys, POINT at)
 {
     m_lPressed.reset();
     if ((lKeys & (MK_SHIFT | MK_CONTROL)) != 0 || !ManySelected())
@@ -147,7 +147,7 @@ void SchedLibGridWindow::BeforePress(WPARAM lKeys, POINT at)
         m_lPressed = lRow; // a drag may begin: what is selected stays until the button is released
 }
 
-void SchedLibGridWindow::BeforeRelease(WPARAM lKeys)
+void clsSchedLibGridWindow::BeforeRelease(WPARAM lKeys)
 {
     const std::optional<int> lRow = std::exchange(m_lPressed, std::nullopt);
     if (!lRow || (lKeys & (MK_SHIFT | MK_CONTROL)) != 0)
@@ -158,12 +158,12 @@ void SchedLibGridWindow::BeforeRelease(WPARAM lKeys)
 }
 
 // The header sets the width only after it has told of the end.
-void SchedLibGridWindow::KeepColumnVisible(int lListColumn)
+void clsSchedLibGridWindow::KeepColumnVisible(int lListColumn)
 {
     ::PostMessageW(m_hList, lMendColumn, static_cast<WPARAM>(lListColumn), 0);
 }
 
-void SchedLibGridWindow::OnFocus()
+void clsSchedLibGridWindow::OnFocus()
 {
     if (!CurrentRow() && RowCount() != 0)
         SetState(AsRow(TopRow()), LVIS_FOCUSED, LVIS_FOCUSED);

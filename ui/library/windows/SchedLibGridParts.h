@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// For the parts of SchedLibGridWindow alone.
+// For the parts of clsSchedLibGridWindow alone.
 
 #include "ui/library/clsSchedLibGridView.h"
 
@@ -14,13 +14,13 @@ namespace ravlo
 class PaintingOff
 {
 public:
-    explicit PaintingOff(SchedLibGridView& cView) : m_cView(cView) { m_cView.SetRedraw(false); }
+    explicit PaintingOff(clsSchedLibGridView& cView) : m_cView(cView) { m_cView.SetRedraw(false); }
     ~PaintingOff() { m_cView.SetRedraw(true); }
     PaintingOff(const PaintingOff&) = delete;
     PaintingOff& operator=(const PaintingOff&) = delete;
 
 private:
-    SchedLibGridView& m_cView;
+    clsSchedLibGridView& m_cView;
 };
 
 inline int AsRow(std::size_t lRow) { return static_cast<int>(lRow); }

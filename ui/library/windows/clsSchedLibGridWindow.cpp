@@ -36,7 +36,7 @@ std::size_t GridColumnOf(int lListColumn)
 
 } // namespace
 
-SchedLibGridWindow::SchedLibGridWindow(HWND hParent, int lId)
+clsSchedLibGridWindow::clsSchedLibGridWindow(HWND hParent, int lId)
     : m_hList(MakeControl(hParent, WC_LISTVIEWW, L"Cuts",
                           WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS | LVS_SHAREIMAGELISTS,
                           lId, WS_EX_CLIENTEDGE))
@@ -46,12 +46,12 @@ SchedLibGridWindow::SchedLibGridWindow(HWND hParent, int lId)
     Subclass();
 }
 
-LRESULT SchedLibGridWindow::Send(UINT lMessage, WPARAM wParam, LPARAM lParam) const
+LRESULT clsSchedLibGridWindow::Send(UINT lMessage, WPARAM wParam, LPARAM lParam) const
 {
     return ::SendMessageW(m_hList, lMessage, wParam, lParam);
 }
 
-void SchedLibGridWindow::SetLook(HFONT hFont, int lDpi)
+void clsSchedLibGridWindow::SetLook(HFONT hFont, int lDpi)
 {
     const ColumnLayout layout = Layout(); // as the user has left it at the old resolution
     m_lDpi = lDpi;
@@ -60,7 +60,7 @@ void SchedLibGridWindow::SetLook(HFONT hFont, int lDpi)
         ShowLayout(layout);
 }
 
-void SchedLibGridWindow::SetRedraw(bool bRedraw)
+void clsSchedLibGridWindow::SetRedraw(bool bRedraw)
 {
     m_lRedrawOff += bRedraw ? -1 : 1;
     if (bRedraw ? m_lRedrawOff > 0 : m_lRedrawOff > 1)
@@ -75,13 +75,13 @@ void SchedLibGridWindow::SetRedraw(bool bRedraw)
 
 // ---- columns ----
 
-std::size_t SchedLibGridWindow::ColCount() const
+std::size_t clsSchedLibGridWindow::ColCount() const
 {
     const auto hHeader = reinterpret_cast<HWND>(Send(LVM_GETHEADER));
     return static_cast<std::size_t>(::SendMessageW(hHeader, HDM_GETITEMCOUNT, 0, 0));
 }
 
-void SchedLibGridWindow::AddCol(const std::wstring& sHeader)
+void clsSchedLibGridWindow::AddCol(const std::wstring& sHeader)
 {
     std::wstring sText = sHeader;
     LVCOLUMNW column{};
@@ -100,7 +100,7 @@ void SchedLibGridWindow::AddCol(const std::wstring& sHeader)
     }
 }
 
-int SchedLibGridWindow::ShownWidth(std::size_t lColumn) const
+int clsSchedLibGridWindow::ShownWidth(std::size_t lColumn) const
 {
     const ColumnLayout::Column& column = m_layout.At(lColumn);
     if (!column.bVisible)
@@ -109,7 +109,7 @@ int SchedLibGridWindow::ShownWidth(std::size_t lColumn) const
     return std::max(Scaled(column.lWidth, m_lDpi), bSized ? 0 : WidthOfNumbers(lColumn));
 }
 
-int SchedLibGridWindow::WidthOfNumbers(std::size_t lColumn) const
+int clsSchedLibGridWindow::WidthOfNumbers(std::size_t lColumn) const
 {
     const GridColumn& column = colGridColumns[lColumn];
     if (!column.sWidest)
@@ -123,7 +123,7 @@ int SchedLibGridWindow::WidthOfNumbers(std::size_t lColumn) const
     return static_cast<int>(lWidest) + Scaled(lCellMargins, m_lDpi);
 }
 
-void SchedLibGridWindow::ShowLayout(const ColumnLayout& layout)
+void clsSchedLibGridWindow::ShowLayout(const ColumnLayout& layout)
 {
     m_layout = layout;
     for (std::size_t lColumn = 0; lColumn < colGridColumns.size(); ++lColumn)
@@ -136,7 +136,7 @@ void SchedLibGridWindow::ShowLayout(const ColumnLayout& layout)
     ::InvalidateRect(m_hList, nullptr, TRUE);
 }
 
-ColumnLayout SchedLibGridWindow::Layout() const
+ColumnLayout clsSchedLibGridWindow::Layout() const
 {
     ColumnLayout layout = m_layout;
     if (ColCount() != colGridColumns.size())
@@ -161,9 +161,9 @@ ColumnLayout SchedLibGridWindow::Layout() const
 
 // ---- rows and selection ----
 
-std::size_t SchedLibGridWindow::RowCount() const { return static_cast<std::size_t>(Send(LVM_GETITEMCOUNT)); }
+std::size_t clsSchedLibGridWindow::RowCount() const { return static_cast<std::size_t>(Send(LVM_GETITEMCOUNT)); }
 
-void SchedLibGridWindow::SetRowCount(std::size_t lRows)
+void clsSchedLibGridWindow::SetRowCount(std::size_t lRows)
 {
     const PaintingOff cOff(*this);
     if (lRows > m_lMostRows)
@@ -180,7 +180,7 @@ void SchedLibGridWindow::SetRowCount(std::size_t lRows)
     m_bToTop = true; // not every list view forgets where it was scrolled to
 }
 
-void SchedLibGridWindow::SetState(int lRow, UINT lState, UINT lMask)
+void clsSchedLibGridWindow::SetState(int lRow, UINT lState, UINT lMask)
 {
     LVITEMW item{};
     item.state = lState;
@@ -188,7 +188,7 @@ void SchedLibGridWindow::SetState(int lRow, UINT lState, UINT lMask)
     Send(LVM_SETITEMSTATE, static_cast<WPARAM>(static_cast<INT_PTR>(lRow)), reinterpret_cast<LPARAM>(&item));
 }
 
-void SchedLibGridWindow::SelectAll(bool bSelect)
+void clsSchedLibGridWindow::SelectAll(bool bSelect)
 {
     const PaintingOff cOff(*this);
     SetState(-1, bSelect ? LVIS_SELECTED : 0u, LVIS_SELECTED);
@@ -196,7 +196,7 @@ void SchedLibGridWindow::SelectAll(bool bSelect)
 
 // The list keeps its selection as ranges: all rows at once are quick, and then only the fewer rows are set
 // one by one.
-void SchedLibGridWindow::SetSelection(const std::vector<bool>& bSelected)
+void clsSchedLibGridWindow::SetSelection(const std::vector<bool>& bSelected)
 {
     const PaintingOff cOff(*this);
     const auto lSelected = static_cast<std::size_t>(std::count(bSelected.begin(), bSelected.end(), true));
@@ -207,7 +207,7 @@ void SchedLibGridWindow::SetSelection(const std::vector<bool>& bSelected)
             SetState(AsRow(lRow), bMost ? 0u : LVIS_SELECTED, LVIS_SELECTED);
 }
 
-std::vector<std::size_t> SchedLibGridWindow::SelectedRows() const
+std::vector<std::size_t> clsSchedLibGridWindow::SelectedRows() const
 {
     std::vector<std::size_t> colRows;
     colRows.reserve(static_cast<std::size_t>(Send(LVM_GETSELECTEDCOUNT)));
@@ -220,21 +220,21 @@ std::vector<std::size_t> SchedLibGridWindow::SelectedRows() const
     }
 }
 
-std::optional<std::size_t> SchedLibGridWindow::CurrentRow() const
+std::optional<std::size_t> clsSchedLibGridWindow::CurrentRow() const
 {
     const auto lRow = static_cast<int>(Send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED));
     return lRow < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(lRow));
 }
 
-void SchedLibGridWindow::SetCurrentRow(std::size_t lRow)
+void clsSchedLibGridWindow::SetCurrentRow(std::size_t lRow)
 {
     SetState(AsRow(lRow), LVIS_FOCUSED, LVIS_FOCUSED);
     Send(LVM_SETSELECTIONMARK, 0, AsRow(lRow)); // where a range by Shift begins
 }
 
-std::size_t SchedLibGridWindow::TopRow() const { return static_cast<std::size_t>(Send(LVM_GETTOPINDEX)); }
+std::size_t clsSchedLibGridWindow::TopRow() const { return static_cast<std::size_t>(Send(LVM_GETTOPINDEX)); }
 
-void SchedLibGridWindow::SetTopRow(std::size_t lRow)
+void clsSchedLibGridWindow::SetTopRow(std::size_t lRow)
 {
     if (RowCount() == 0)
         return;
@@ -245,11 +245,11 @@ void SchedLibGridWindow::SetTopRow(std::size_t lRow)
     Send(LVM_SCROLL, 0, static_cast<LPARAM>(lRows) * (row.bottom - row.top));
 }
 
-void SchedLibGridWindow::EnsureVisible(std::size_t lRow) { Send(LVM_ENSUREVISIBLE, lRow, FALSE); }
+void clsSchedLibGridWindow::EnsureVisible(std::size_t lRow) { Send(LVM_ENSUREVISIBLE, lRow, FALSE); }
 
 // ---- what the list asks ----
 
-LRESULT SchedLibGridWindow::OnGetDispInfo(NMLVDISPINFOW& info) const
+LRESULT clsSchedLibGridWindow::OnGetDispInfo(NMLVDISPINFOW& info) const
 {
     if ((info.item.mask & LVIF_TEXT) != 0 && info.item.iItem >= 0)
     {
@@ -265,7 +265,7 @@ LRESULT SchedLibGridWindow::OnGetDispInfo(NMLVDISPINFOW& info) const
     return 0;
 }
 
-LRESULT SchedLibGridWindow::OnFindItem(const NMLVFINDITEMW& find)
+LRESULT clsSchedLibGridWindow::OnFindItem(const NMLVFINDITEMW& find)
 {
     if ((find.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) == 0 || !find.lvfi.psz)
         return -1;
@@ -276,7 +276,7 @@ LRESULT SchedLibGridWindow::OnFindItem(const NMLVFINDITEMW& find)
     return lRow ? AsRow(*lRow) : -1;
 }
 
-LRESULT SchedLibGridWindow::OnCustomDraw(NMLVCUSTOMDRAW& draw) const
+LRESULT clsSchedLibGridWindow::OnCustomDraw(NMLVCUSTOMDRAW& draw) const
 {
     switch (draw.nmcd.dwDrawStage)
     {
@@ -303,7 +303,7 @@ LRESULT SchedLibGridWindow::OnCustomDraw(NMLVCUSTOMDRAW& draw) const
 
 // ---- during a drag ----
 
-std::optional<std::size_t> SchedLibGridWindow::DropRow(POINT onScreen) const
+std::optional<std::size_t> clsSchedLibGridWindow::DropRow(POINT onScreen) const
 {
     POINT point = onScreen;
     ::ScreenToClient(m_hList, &point);
@@ -320,7 +320,7 @@ std::optional<std::size_t> SchedLibGridWindow::DropRow(POINT onScreen) const
     return lRow < RowCount() ? std::optional(lRow) : std::nullopt;
 }
 
-std::optional<RECT> SchedLibGridWindow::LineAt(std::size_t lBefore) const
+std::optional<RECT> clsSchedLibGridWindow::LineAt(std::size_t lBefore) const
 {
     if (RowCount() == 0)
         return std::nullopt;
@@ -335,14 +335,14 @@ std::optional<RECT> SchedLibGridWindow::LineAt(std::size_t lBefore) const
     return RECT{0, lY - lWidth / 2, client.right, lY - lWidth / 2 + lWidth};
 }
 
-void SchedLibGridWindow::InvalidateLine() const
+void clsSchedLibGridWindow::InvalidateLine() const
 {
     if (m_lInsertBefore)
         if (const std::optional<RECT> line = LineAt(*m_lInsertBefore))
             ::InvalidateRect(m_hList, &*line, TRUE);
 }
 
-void SchedLibGridWindow::ShowInsertionLine(std::optional<std::size_t> lBefore)
+void clsSchedLibGridWindow::ShowInsertionLine(std::optional<std::size_t> lBefore)
 {
     if (lBefore == m_lInsertBefore)
         return;
@@ -351,7 +351,7 @@ void SchedLibGridWindow::ShowInsertionLine(std::optional<std::size_t> lBefore)
     InvalidateLine();
 }
 
-bool SchedLibGridWindow::DragTick(POINT onScreen)
+bool clsSchedLibGridWindow::DragTick(POINT onScreen)
 {
     POINT point = onScreen;
     ::ScreenToClient(m_hList, &point);

@@ -16,13 +16,13 @@ namespace ravlo
 {
 
 // iGridLib: the cut grid on the system's list view, in its form without rows of its own.
-class SchedLibGridWindow final : public SchedLibGridView
+class clsSchedLibGridWindow final : public clsSchedLibGridView
 {
 public:
-    SchedLibGridWindow(HWND hParent, int lId);
-    ~SchedLibGridWindow() override;
-    SchedLibGridWindow(const SchedLibGridWindow&) = delete;
-    SchedLibGridWindow& operator=(const SchedLibGridWindow&) = delete;
+    clsSchedLibGridWindow(HWND hParent, int lId);
+    ~clsSchedLibGridWindow() override;
+    clsSchedLibGridWindow(const clsSchedLibGridWindow&) = delete;
+    clsSchedLibGridWindow& operator=(const clsSchedLibGridWindow&) = delete;
 
     HWND Handle() const noexcept { return m_hList; }
     void SetLook(HFONT hFont, int lDpi);
@@ -31,7 +31,7 @@ public:
     std::function<std::wstring(std::size_t lRow, std::size_t lColumn)> CellText;
     std::function<std::optional<std::size_t>(const std::wstring& sBeginning, std::size_t lStart)> FindRow;
 
-    // ---- SchedLibGridView
+    // ---- clsSchedLibGridView
     void SetRedraw(bool bRedraw) override;
     std::size_t ColCount() const override;
     void AddCol(const std::wstring& sHeader) override;

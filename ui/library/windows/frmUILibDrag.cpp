@@ -52,7 +52,7 @@ public:
     using Site::Site;
     bool DragOver(POINT point, const std::wstring&) override
     {
-        const clsSchedLibGrid& cGrid = m_cWindow.m_cForm->Grid();
+        const clsSchedLibGridPresenter& cGrid = m_cWindow.m_cForm->Grid();
         const std::optional<std::size_t> lRow = m_cWindow.m_cGrid->DropRow(point);
         const bool bLine = m_cWindow.m_bDragging && cGrid.DropWouldMove(lRow);
         m_cWindow.m_cGrid->ShowInsertionLine(bLine ? std::optional(lRow.value_or(cGrid.RowCount()))
@@ -80,12 +80,12 @@ void frmUILibWindow::RunDrag()
         return;
     m_drop.reset();
     {
-        const Raised cDragging(m_bDragging);
+        const ScopedFlag cDragging(m_bDragging);
         ::SetTimer(Handle(), eTimerDrag, lDragTick, nullptr);
         DragText(sGridPayload);
         ::KillTimer(Handle(), eTimerDrag);
     }
-    const std::optional<frmUILib::Drop> drop = std::exchange(m_drop, std::nullopt);
+    const std::optional<frmUILibPresenter::Drop> drop = std::exchange(m_drop, std::nullopt);
     // The target stays marked while the user is asked what to do with the cuts.
     if (drop && drop->bOnTree)
         m_cTree->ShowDropTarget(m_cForm->Tree().Find(drop->sNodeKey));
@@ -94,7 +94,7 @@ void frmUILibWindow::RunDrag()
 }
 
 // What the user is asked or told about a drop comes when the drag has ended.
-void frmUILibWindow::OnDropped(frmUILib::Drop drop)
+void frmUILibWindow::OnDropped(frmUILibPresenter::Drop drop)
 {
     m_drop = std::move(drop);
     if (!m_bDragging)
@@ -105,7 +105,7 @@ void frmUILibWindow::OnDragTick()
 {
     POINT point{};
     ::GetCursorPos(&point);
-    if (const std::optional<CategoryTree::Node> lOpened = m_cTree->DragTick(point))
+    if (const std::optional<CategoryTreePresenter::Node> lOpened = m_cTree->DragTick(point))
         m_cForm->NodeExpanded(*lOpened, true);
     if (m_cGrid->DragTick(point))
         m_cGridSite->DragOver(point, sGridPayload); // the line belongs to the row that is there now

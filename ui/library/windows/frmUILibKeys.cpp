@@ -44,7 +44,7 @@ bool frmUILibWindow::OnTreeKey(WPARAM lKey, bool bControl)
         return m_cForm->TypeInTree(L' '); // else it ticks
     else if (bControl && lKey == 'V')
     {
-        const Raised cByKeyboard(m_bByKeyboard);
+        const ScopedFlag cByKeyboard(m_bByKeyboard);
         m_cForm->Paste();
     }
     else

@@ -52,7 +52,7 @@ frmUILibWindow::frmUILibWindow(HWND hOwner, ModScheduler& cMod, std::function<bo
     Create(start);
     hMenu.release(); // the window's own now
     MakeControls();
-    m_cForm = std::make_unique<frmUILib>(static_cast<frmUILibView&>(*this), *m_cTree, *m_cGrid, m_cMod);
+    m_cForm = std::make_unique<frmUILibPresenter>(static_cast<frmUILibView&>(*this), *m_cTree, *m_cGrid, m_cMod);
     m_cGrid->CellText = [this](std::size_t lRow, std::size_t lColumn)
     { return m_cForm->Grid().CellText(lRow, lColumn); };
     m_cGrid->FindRow = [this](const std::wstring& sBeginning, std::size_t lStart)
@@ -60,7 +60,7 @@ frmUILibWindow::frmUILibWindow(HWND hOwner, ModScheduler& cMod, std::function<bo
     TakeDrops();
     SetLook(DpiOf(Handle()));
     const SIZE first = {Scaled(lFirstWidth, m_lDpi), Scaled(lFirstHeight, m_lDpi)};
-    m_lShow = RestorePlace(Handle(), m_cMod.Outside().cUserSettings, sPlaceKey, first);
+    m_lShow = RestorePlace(Handle(), m_cMod.Ports().cUserSettings, sPlaceKey, first);
     m_cForm->Opened();
 }
 
@@ -78,9 +78,9 @@ void frmUILibWindow::MakeControls()
     m_hTopLeft = MakeControl(Handle(), WC_STATICW, L"Double-click any node to display items",
                              SS_LEFT | SS_NOPREFIX | SS_CENTERIMAGE | SS_ENDELLIPSIS, eIdlblTopLeft);
     m_cTree = std::make_unique<CategoryTreeWindow>(Handle(), eIdTvCats);
-    m_cSplit = std::make_unique<SplitPanelWindow>(Handle(), eIdsp1, m_cMod.Outside().cUserSettings,
+    m_cSplit = std::make_unique<SplitPanelWindow>(Handle(), eIdsp1, m_cMod.Ports().cUserSettings,
                                                   [this] { m_cMod.LogError(L"sp1", CurrentError()); });
-    m_cGrid = std::make_unique<SchedLibGridWindow>(Handle(), eIdiGridLib);
+    m_cGrid = std::make_unique<clsSchedLibGridWindow>(Handle(), eIdiGridLib);
     m_cStatus = std::make_unique<StatusWindow>(Handle(), eIdStatus, eIdProgressBar1);
     m_cSplit->Panel().SetRegistryID(sSplitId);
     m_cSplit->Panel().SetPosition(lFirstTree);
@@ -203,7 +203,7 @@ LRESULT frmUILibWindow::OnPosted(UINT lMessage, WPARAM wParam, LPARAM lParam)
         RunDrag();
         return 0;
     case ePostedDropped:
-        if (const std::optional<frmUILib::Drop> drop = std::exchange(m_drop, std::nullopt))
+        if (const std::optional<frmUILibPresenter::Drop> drop = std::exchange(m_drop, std::nullopt))
             m_cForm->Dropped(*drop);
         return 0;
     case ePostedRepaint:
@@ -274,12 +274,12 @@ void frmUILibWindow::OnTreeDblClick()
 // The root is never collapsed. Not every tree view heeds the refusal: it is expanded again then.
 LRESULT frmUILibWindow::OnExpanded(const NMTREEVIEWW& change)
 {
-    const std::optional<CategoryTree::Node> lNode = m_cTree->NodeOf(change.itemNew.hItem);
+    const std::optional<CategoryTreePresenter::Node> lNode = m_cTree->NodeOf(change.itemNew.hItem);
     if (!lNode)
         return FALSE;
     const bool bCollapse = change.action == TVE_COLLAPSE;
     const bool bDone = change.hdr.code == TVN_ITEMEXPANDEDW;
-    const bool bRefused = bCollapse && CategoryTree::IsRoot(*lNode);
+    const bool bRefused = bCollapse && CategoryTreePresenter::IsRoot(*lNode);
     if (bDone && bRefused)
         ::PostMessageW(Handle(), ePostedExpandRoot, 0, 0);
     else if (bDone)
@@ -318,7 +318,7 @@ LRESULT frmUILibWindow::OnGridNotify(const NMHDR& header, LPARAM lParam)
 // The tree's pop-up: at the pointer, or with the keyboard below the selected node.
 void frmUILibWindow::OnContextMenu(HWND hControl, POINT onScreen)
 {
-    const std::optional<CategoryTree::Node> lSelected = m_cTree->Selected();
+    const std::optional<CategoryTreePresenter::Node> lSelected = m_cTree->Selected();
     if (hControl != m_cTree->Handle() || m_bBusy)
         return;
     const bool bByKeyboard = onScreen.x == -1 && onScreen.y == -1;
@@ -333,7 +333,7 @@ void frmUILibWindow::OnContextMenu(HWND hControl, POINT onScreen)
 
 void frmUILibWindow::CompareChecks()
 {
-    for (const CategoryTree::Node lNode : m_cTree->CheckedByUser())
+    for (const CategoryTreePresenter::Node lNode : m_cTree->CheckedByUser())
         m_cForm->NodeCheck(lNode, m_cTree->ShowsCheck(lNode));
     m_cTree->Repaint();
 }
@@ -409,7 +409,7 @@ void frmUILibWindow::HideProgress() { m_cStatus->HideProgress(); }
 
 POINT frmUILibWindow::PopUpPoint() const
 {
-    const std::optional<CategoryTree::Node> lSelected = m_cTree->Selected();
+    const std::optional<CategoryTreePresenter::Node> lSelected = m_cTree->Selected();
     if (m_bByKeyboard && lSelected)
         return {m_cTree->LabelOf(*lSelected).left, m_cTree->LabelOf(*lSelected).bottom};
     POINT pointer{};
@@ -447,7 +447,7 @@ void frmUILibWindow::LetGo()
         return;
     m_cForm->Closing();
     m_cSplit->Panel().GoOutOfView();
-    RememberPlace(Handle(), m_cMod.Outside().cUserSettings, sPlaceKey);
+    RememberPlace(Handle(), m_cMod.Ports().cUserSettings, sPlaceKey);
 }
 
 void frmUILibWindow::BringToFront()

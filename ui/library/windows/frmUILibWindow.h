@@ -30,7 +30,7 @@ public:
     frmUILibWindow(HWND hOwner, ModScheduler& cMod, std::function<bool()> CategoryShowing);
     ~frmUILibWindow() override;
 
-    frmUILib& Form() noexcept { return *m_cForm; }
+    frmUILibPresenter& Form() noexcept { return *m_cForm; }
 
 private:
     class Site;
@@ -66,7 +66,7 @@ private:
     void CompareChecks();
     void TakeDrops();
     void RunDrag();
-    void OnDropped(frmUILib::Drop drop);
+    void OnDropped(frmUILibPresenter::Drop drop);
     void OnDragTick();
     void LetGo();
     void Grey(bool bGrey);
@@ -86,9 +86,9 @@ private:
     HWND m_hTopLeft = nullptr; // lblTopLeft
     std::unique_ptr<CategoryTreeWindow> m_cTree;
     std::unique_ptr<SplitPanelWindow> m_cSplit; // sp1
-    std::unique_ptr<SchedLibGridWindow> m_cGrid;
+    std::unique_ptr<clsSchedLibGridWindow> m_cGrid;
     std::unique_ptr<StatusWindow> m_cStatus;
-    std::unique_ptr<frmUILib> m_cForm;
+    std::unique_ptr<frmUILibPresenter> m_cForm;
     std::unique_ptr<DropSite> m_cTreeSite;
     std::unique_ptr<DropSite> m_cGridSite;
     std::vector<std::unique_ptr<DropRegistration>> m_cRegistrations;
@@ -100,7 +100,7 @@ private:
     bool m_bGreyed = false;
     bool m_bDragging = false;
     bool m_bByKeyboard = false;           // a pop-up belongs to the selected node, not to the pointer
-    std::optional<frmUILib::Drop> m_drop; // dropped, and not handled yet
+    std::optional<frmUILibPresenter::Drop> m_drop; // dropped, and not handled yet
 };
 
 } // namespace ravlo
