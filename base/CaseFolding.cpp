@@ -68,22 +68,22 @@ bool EqualIgnoringCase(std::wstring_view sLeft, std::wstring_view sRight) noexce
 std::size_t HashIgnoringCase(std::wstring_view sText) noexcept
 {
     // FNV-1a's start and prime; two chains, since each multiplication waits for the one before.
-    constexpr std::uint64_t lPrime = 0x100000001B3u;
-    std::uint64_t lEven = 0xCBF29CE484222325u;
-    std::uint64_t lOdd = lEven;
+    constexpr std::uint64_t prime = 0x100000001B3u;
+    std::uint64_t even = 0xCBF29CE484222325u;
+    std::uint64_t odd = even;
     const auto Folded = [sText](std::size_t i) { return static_cast<std::uint32_t>(Fold(sText[i])); };
     std::size_t i = 0;
     for (; i + 1 < sText.size(); i += 2)
     {
-        lEven = (lEven ^ Folded(i)) * lPrime;
-        lOdd = (lOdd ^ Folded(i + 1)) * lPrime;
+        even = (even ^ Folded(i)) * prime;
+        odd = (odd ^ Folded(i + 1)) * prime;
     }
     if (i < sText.size())
-        lEven = (lEven ^ Folded(i)) * lPrime;
-    std::uint64_t lHash = lEven ^ std::rotl(lOdd, 31);
+        even = (even ^ Folded(i)) * prime;
+    std::uint64_t hash = even ^ std::rotl(odd, 31);
     // Tables take the low bits, so the high ones are mixed into them.
-    lHash = (lHash ^ (lHash >> 32)) * 0x9E3779B97F4A7C15u;
-    return static_cast<std::size_t>(lHash ^ (lHash >> 29));
+    hash = (hash ^ (hash >> 32)) * 0x9E3779B97F4A7C15u;
+    return static_cast<std::size_t>(hash ^ (hash >> 29));
 }
 
 } // namespace ravlo

@@ -12,33 +12,33 @@ namespace ravlo
 namespace
 {
 
-constexpr std::int64_t lSecondsPerDay = 86400;
+constexpr std::int64_t secondsPerDay = 86400;
 
 // Days from 30 December 1899 to a date of the Gregorian calendar.
 std::int64_t DayNumberOf(int lYear, int lMonth, int lDay)
 {
     // Years begin in March here, so that the leap day is the last one of its year.
-    const std::int64_t lShifted = lMonth > 2 ? lYear : lYear - 1;
-    const std::int64_t lEra = lShifted / 400;
-    const std::int64_t lYearOfEra = lShifted - lEra * 400;
-    const std::int64_t lDayOfYear = (153 * (lMonth > 2 ? lMonth - 3 : lMonth + 9) + 2) / 5 + lDay - 1;
-    const std::int64_t lDayOfEra = lYearOfEra * 365 + lYearOfEra / 4 - lYearOfEra / 100 + lDayOfYear;
-    constexpr std::int64_t lEpoch = 693899; // 30 December 1899, counted from 1 March of the year 0
-    return lEra * 146097 + lDayOfEra - lEpoch;
+    const std::int64_t shifted = lMonth > 2 ? lYear : lYear - 1;
+    const std::int64_t era = shifted / 400;
+    const std::int64_t yearOfEra = shifted - era * 400;
+    const std::int64_t dayOfYear = (153 * (lMonth > 2 ? lMonth - 3 : lMonth + 9) + 2) / 5 + lDay - 1;
+    const std::int64_t dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
+    constexpr std::int64_t epoch = 693899; // 30 December 1899, counted from 1 March of the year 0
+    return era * 146097 + dayOfEra - epoch;
 }
 
-void SplitDayNumber(std::int64_t lNumber, DateFields& fields)
+void SplitDayNumber(std::int64_t number, DateFields& fields)
 {
-    const std::int64_t lDays = lNumber + 693899;
-    const std::int64_t lEra = lDays / 146097;
-    const std::int64_t lDayOfEra = lDays - lEra * 146097;
-    const std::int64_t lYearOfEra =
-        (lDayOfEra - lDayOfEra / 1460 + lDayOfEra / 36524 - lDayOfEra / 146096) / 365;
-    const std::int64_t lDayOfYear = lDayOfEra - (365 * lYearOfEra + lYearOfEra / 4 - lYearOfEra / 100);
-    const std::int64_t lMonthFromMarch = (5 * lDayOfYear + 2) / 153;
-    fields.lDay = static_cast<int>(lDayOfYear - (153 * lMonthFromMarch + 2) / 5 + 1);
-    fields.lMonth = static_cast<int>(lMonthFromMarch < 10 ? lMonthFromMarch + 3 : lMonthFromMarch - 9);
-    fields.lYear = static_cast<int>(lYearOfEra + lEra * 400 + (fields.lMonth <= 2 ? 1 : 0));
+    const std::int64_t lDays = number + 693899;
+    const std::int64_t era = lDays / 146097;
+    const std::int64_t dayOfEra = lDays - era * 146097;
+    const std::int64_t yearOfEra =
+        (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+    const std::int64_t monthFromMarch = (5 * dayOfYear + 2) / 153;
+    fields.lDay = static_cast<int>(dayOfYear - (153 * monthFromMarch + 2) / 5 + 1);
+    fields.lMonth = static_cast<int>(monthFromMarch < 10 ? monthFromMarch + 3 : monthFromMarch - 9);
+    fields.lYear = static_cast<int>(yearOfEra + era * 400 + (fields.lMonth <= 2 ? 1 : 0));
 }
 
 bool IsValid(const DateFields& fields)
@@ -55,7 +55,7 @@ bool IsValid(const DateFields& fields)
 // Before the first day the time of day still counts forward: -1.25 is 29 December 1899, 6 o'clock.
 DateTime Joined(std::int64_t lDay, double dSeconds)
 {
-    const double dFraction = dSeconds / static_cast<double>(lSecondsPerDay);
+    const double dFraction = dSeconds / static_cast<double>(secondsPerDay);
     return static_cast<double>(lDay) + (lDay < 0 ? -dFraction : dFraction);
 }
 
@@ -111,19 +111,19 @@ private:
 
 DateFields FieldsOf(DateTime dtWhen)
 {
-    const std::int64_t lSeconds = WholeSeconds(dtWhen);
-    std::int64_t lDay = lSeconds / lSecondsPerDay;
-    std::int64_t lRest = lSeconds % lSecondsPerDay;
-    if (lRest < 0)
+    const std::int64_t seconds = WholeSeconds(dtWhen);
+    std::int64_t lDay = seconds / secondsPerDay;
+    std::int64_t rest = seconds % secondsPerDay;
+    if (rest < 0)
     {
-        lRest += lSecondsPerDay;
+        rest += secondsPerDay;
         --lDay;
     }
     DateFields fields{};
     SplitDayNumber(lDay, fields);
-    fields.lHour = static_cast<int>(lRest / 3600);
-    fields.lMinute = static_cast<int>(lRest / 60 % 60);
-    fields.lSecond = static_cast<int>(lRest % 60);
+    fields.lHour = static_cast<int>(rest / 3600);
+    fields.lMinute = static_cast<int>(rest / 60 % 60);
+    fields.lSecond = static_cast<int>(rest % 60);
     return fields;
 }
 
@@ -141,11 +141,11 @@ std::int64_t WholeSeconds(DateTime dtWhen)
     if (!(dtWhen > dFirst && dtWhen < dBehindLast)) // NaN fails the test too
         throw RuntimeError(error::InvalidProcedureCall);
     const double dDay = std::trunc(dtWhen);
-    const double dTime = std::abs(dtWhen - dDay) * static_cast<double>(lSecondsPerDay);
-    const std::int64_t lSeconds = static_cast<std::int64_t>(dDay) * lSecondsPerDay + std::llround(dTime);
+    const double dTime = std::abs(dtWhen - dDay) * static_cast<double>(secondsPerDay);
+    const std::int64_t seconds = static_cast<std::int64_t>(dDay) * secondsPerDay + std::llround(dTime);
     // The last half second of the calendar has no next day to be rounded to.
-    constexpr std::int64_t lLast = static_cast<std::int64_t>(dBehindLast) * lSecondsPerDay - 1;
-    return lSeconds < lLast ? lSeconds : lLast;
+    constexpr std::int64_t last = static_cast<std::int64_t>(dBehindLast) * secondsPerDay - 1;
+    return seconds < last ? seconds : last;
 }
 
 std::wstring IsoText(DateTime dtWhen)

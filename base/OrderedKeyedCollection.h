@@ -41,38 +41,38 @@ public:
     OrderedKeyedCollection& operator=(const OrderedKeyedCollection&) = delete;
     ~OrderedKeyedCollection() { DeleteNodes(); }
 
-    std::size_t Count() const noexcept { return m_lCount; }
+    std::size_t Count() const noexcept { return m_count; }
     bool Empty() const noexcept { return Count() == 0; }
     // A number that grows by one with every item added, removed or moved, and with every re-ordering: whoever
     // let others run sees by it whether the order is still the one he left. A moved-from collection counts
     // on.
-    std::uint64_t Changes() const noexcept { return m_lChanges; }
-    void Reserve(std::size_t lCount)
+    std::uint64_t Changes() const noexcept { return m_changes; }
+    void Reserve(std::size_t count)
     {
-        ReserveRing(lCount);
-        ReserveBuckets(lCount);
+        ReserveRing(count);
+        ReserveBuckets(count);
     }
     void Clear() noexcept { OrderedKeyedCollection cOld(std::move(*this)); }
 
     // Adds at the end. False, and nothing changes, when the key is there already.
-    bool Add(const TextKey& cKey, Item item) { return Insert(m_lCount, &cKey, std::move(item)); }
+    bool Add(const TextKey& cKey, Item item) { return Insert(m_count, &cKey, std::move(item)); }
     // Adds at the end without a key.
-    void Add(Item item) { Insert(m_lCount, nullptr, std::move(item)); }
+    void Add(Item item) { Insert(m_count, nullptr, std::move(item)); }
     // Adds so that the item comes to stand at lPosition (at most Count()). cKey may be null: no key.
-    bool Insert(std::size_t lPosition, const TextKey* cKey, Item item)
+    bool Insert(std::size_t position, const TextKey* cKey, Item item)
     {
         if (cKey && FindNode(*cKey))
             return false;
         auto pNode = std::make_unique<Node>(std::move(item), cKey ? *cKey : TextKey(), cKey != nullptr);
-        ReserveRing(m_lCount + 1);
+        ReserveRing(m_count + 1);
         if (cKey)
-            ReserveBuckets(m_lKeyed + 1);
-        OpenGap(lPosition);
-        Place(m_lFirst + lPosition, pNode.get());
+            ReserveBuckets(m_keyed + 1);
+        OpenGap(position);
+        Place(m_first + position, pNode.get());
         if (cKey)
             Link(pNode.get());
         pNode.release();
-        ++m_lChanges;
+        ++m_changes;
         return true;
     }
 
@@ -84,12 +84,12 @@ public:
     bool Exists(const TextKey& cKey) const noexcept { return Find(cKey) != nullptr; }
     bool Exists(std::wstring_view sKey) const noexcept { return Find(sKey) != nullptr; }
 
-    Item& At(std::size_t lPosition) noexcept { return NodeAt(lPosition)->item; }
-    const Item& At(std::size_t lPosition) const noexcept { return NodeAt(lPosition)->item; }
+    Item& At(std::size_t position) noexcept { return NodeAt(position)->item; }
+    const Item& At(std::size_t position) const noexcept { return NodeAt(position)->item; }
     // Null for an item without a key.
-    const TextKey* KeyAt(std::size_t lPosition) const noexcept
+    const TextKey* KeyAt(std::size_t position) const noexcept
     {
-        const Node* pNode = NodeAt(lPosition);
+        const Node* pNode = NodeAt(position);
         return pNode->bKeyed ? &pNode->cKey : nullptr;
     }
     std::optional<std::size_t> PositionOf(const TextKey& cKey) const noexcept
@@ -104,23 +104,23 @@ public:
     // False when there is no such key.
     bool Remove(const TextKey& cKey) noexcept { return RemoveNode(FindNode(cKey)); }
     bool Remove(std::wstring_view sKey) noexcept { return RemoveNode(FindNode(sKey)); }
-    void RemoveAt(std::size_t lPosition) noexcept { RemoveNode(NodeAt(lPosition)); }
+    void RemoveAt(std::size_t position) noexcept { RemoveNode(NodeAt(position)); }
 
     // Takes the item out and adds it again at the end, under its key. False when there is no such key.
     bool SendToBack(const TextKey& cKey) noexcept
     {
-        const auto lPosition = PositionOf(cKey);
-        if (lPosition)
-            MoveToEnd(*lPosition);
-        return lPosition.has_value();
+        const auto position = PositionOf(cKey);
+        if (position)
+            MoveToEnd(*position);
+        return position.has_value();
     }
-    void MoveToEnd(std::size_t lPosition) noexcept
+    void MoveToEnd(std::size_t position) noexcept
     {
-        Node* pNode = NodeAt(lPosition);
-        CloseGap(lPosition);
-        Place(m_lFirst + m_lCount, pNode);
-        ++m_lCount;
-        ++m_lChanges;
+        Node* pNode = NodeAt(position);
+        CloseGap(position);
+        Place(m_first + m_count, pNode);
+        ++m_count;
+        ++m_changes;
     }
 
     // Puts the items into another order, all at once: colOrder names every position exactly once, in the
@@ -128,12 +128,12 @@ public:
     void Reorder(const std::vector<std::size_t>& colOrder)
     {
         std::vector<Node*> pNodes;
-        pNodes.reserve(m_lCount);
-        for (const std::size_t lPosition : colOrder)
-            pNodes.push_back(NodeAt(lPosition));
+        pNodes.reserve(m_count);
+        for (const std::size_t position : colOrder)
+            pNodes.push_back(NodeAt(position));
         for (std::size_t i = 0; i < pNodes.size(); ++i)
-            Place(m_lFirst + i, pNodes[i]);
-        ++m_lChanges;
+            Place(m_first + i, pNodes[i]);
+        ++m_changes;
     }
 
     // Iterators in order; *it is the item. Any change of the collection ends their life.
@@ -147,7 +147,7 @@ public:
         using reference = const Item&;
 
         const_iterator() = default;
-        reference operator*() const noexcept { return m_cCollection->At(m_lPosition); }
+        reference operator*() const noexcept { return m_cCollection->At(m_position); }
         pointer operator->() const noexcept { return &**this; }
         reference operator[](difference_type lOffset) const noexcept { return *(*this + lOffset); }
         const_iterator& operator++() noexcept { return *this += 1; }
@@ -156,7 +156,7 @@ public:
         const_iterator operator--(int) noexcept { return std::exchange(*this, *this - 1); }
         const_iterator& operator+=(difference_type lOffset) noexcept
         {
-            m_lPosition += static_cast<std::size_t>(lOffset);
+            m_position += static_cast<std::size_t>(lOffset);
             return *this;
         }
         const_iterator& operator-=(difference_type lOffset) noexcept { return *this += -lOffset; }
@@ -174,28 +174,28 @@ public:
         }
         friend difference_type operator-(const const_iterator& a, const const_iterator& b) noexcept
         {
-            return static_cast<difference_type>(a.m_lPosition) - static_cast<difference_type>(b.m_lPosition);
+            return static_cast<difference_type>(a.m_position) - static_cast<difference_type>(b.m_position);
         }
         friend bool operator==(const const_iterator& a, const const_iterator& b) noexcept
         {
-            return a.m_lPosition == b.m_lPosition;
+            return a.m_position == b.m_position;
         }
         friend std::strong_ordering operator<=>(const const_iterator& a, const const_iterator& b) noexcept
         {
-            return a.m_lPosition <=> b.m_lPosition;
+            return a.m_position <=> b.m_position;
         }
 
     private:
         friend class OrderedKeyedCollection;
-        const_iterator(const OrderedKeyedCollection& cCollection, std::size_t lPosition) noexcept
-            : m_cCollection(&cCollection), m_lPosition(lPosition)
+        const_iterator(const OrderedKeyedCollection& cCollection, std::size_t position) noexcept
+            : m_cCollection(&cCollection), m_position(position)
         {
         }
         const OrderedKeyedCollection* m_cCollection = nullptr;
-        std::size_t m_lPosition = 0;
+        std::size_t m_position = 0;
     };
     const_iterator begin() const noexcept { return const_iterator(*this, 0); }
-    const_iterator end() const noexcept { return const_iterator(*this, m_lCount); }
+    const_iterator end() const noexcept { return const_iterator(*this, m_count); }
 
 private:
     // Each item has a sequence number; the numbers are consecutive in order, so its position is its number
@@ -210,7 +210,7 @@ private:
         }
         Item item;
         TextKey cKey;
-        std::size_t lSequence = 0;
+        std::size_t sequence = 0;
         Node* pNextInBucket = nullptr;
         bool bKeyed;
     };
@@ -219,95 +219,95 @@ private:
     {
         m_pRing.swap(cOther.m_pRing);
         m_pBuckets.swap(cOther.m_pBuckets);
-        std::swap(m_lFirst, cOther.m_lFirst);
-        std::swap(m_lCount, cOther.m_lCount);
-        std::swap(m_lKeyed, cOther.m_lKeyed);
-        ++m_lChanges;
-        ++cOther.m_lChanges;
+        std::swap(m_first, cOther.m_first);
+        std::swap(m_count, cOther.m_count);
+        std::swap(m_keyed, cOther.m_keyed);
+        ++m_changes;
+        ++cOther.m_changes;
     }
 
     // An item that goes away may look at this collection, so each leaves it before it is destroyed.
     void DeleteNodes() noexcept
     {
-        while (m_lCount > 0)
+        while (m_count > 0)
             RemoveAt(0);
     }
 
-    Node*& Slot(std::size_t lSequence) noexcept { return m_pRing[lSequence & (m_pRing.size() - 1)]; }
-    Node* NodeAt(std::size_t lPosition) const noexcept
+    Node*& Slot(std::size_t sequence) noexcept { return m_pRing[sequence & (m_pRing.size() - 1)]; }
+    Node* NodeAt(std::size_t position) const noexcept
     {
-        return m_pRing[(m_lFirst + lPosition) & (m_pRing.size() - 1)];
+        return m_pRing[(m_first + position) & (m_pRing.size() - 1)];
     }
 
-    void Place(std::size_t lSequence, Node* pNode) noexcept
+    void Place(std::size_t sequence, Node* pNode) noexcept
     {
-        pNode->lSequence = lSequence;
-        Slot(lSequence) = pNode;
+        pNode->sequence = sequence;
+        Slot(sequence) = pNode;
     }
 
     // Makes room at a position by moving the items on the nearer side; the slot there is then to be filled.
-    void OpenGap(std::size_t lPosition) noexcept
+    void OpenGap(std::size_t position) noexcept
     {
-        if (lPosition < m_lCount - lPosition)
+        if (position < m_count - position)
         {
-            --m_lFirst;
-            for (std::size_t i = 0; i < lPosition; ++i)
-                Place(m_lFirst + i, NodeAt(i + 1));
+            --m_first;
+            for (std::size_t i = 0; i < position; ++i)
+                Place(m_first + i, NodeAt(i + 1));
         }
         else
         {
-            for (std::size_t i = m_lCount; i > lPosition; --i)
-                Place(m_lFirst + i, NodeAt(i - 1));
+            for (std::size_t i = m_count; i > position; --i)
+                Place(m_first + i, NodeAt(i - 1));
         }
-        ++m_lCount;
+        ++m_count;
     }
 
     // Takes the node at a position out of the order, moving the items on the nearer side.
-    void CloseGap(std::size_t lPosition) noexcept
+    void CloseGap(std::size_t position) noexcept
     {
-        if (lPosition < m_lCount - 1 - lPosition)
+        if (position < m_count - 1 - position)
         {
-            for (std::size_t i = lPosition; i > 0; --i)
-                Place(m_lFirst + i, NodeAt(i - 1));
-            ++m_lFirst;
+            for (std::size_t i = position; i > 0; --i)
+                Place(m_first + i, NodeAt(i - 1));
+            ++m_first;
         }
         else
         {
-            for (std::size_t i = lPosition; i + 1 < m_lCount; ++i)
-                Place(m_lFirst + i, NodeAt(i + 1));
+            for (std::size_t i = position; i + 1 < m_count; ++i)
+                Place(m_first + i, NodeAt(i + 1));
         }
-        --m_lCount;
+        --m_count;
     }
 
-    void ReserveRing(std::size_t lCount)
+    void ReserveRing(std::size_t count)
     {
-        if (lCount <= m_pRing.size())
+        if (count <= m_pRing.size())
             return;
-        std::vector<Node*> pRing(std::bit_ceil(lCount < 8 ? std::size_t{8} : lCount));
+        std::vector<Node*> pRing(std::bit_ceil(count < 8 ? std::size_t{8} : count));
         pRing.swap(m_pRing);
-        for (std::size_t i = 0; i < m_lCount; ++i)
-            Slot(m_lFirst + i) = pRing[(m_lFirst + i) & (pRing.size() - 1)];
+        for (std::size_t i = 0; i < m_count; ++i)
+            Slot(m_first + i) = pRing[(m_first + i) & (pRing.size() - 1)];
     }
 
-    void ReserveBuckets(std::size_t lCount)
+    void ReserveBuckets(std::size_t count)
     {
-        if (lCount <= m_pBuckets.size())
+        if (count <= m_pBuckets.size())
             return;
-        m_pBuckets = std::vector<Node*>(std::bit_ceil(lCount < 8 ? std::size_t{8} : lCount));
-        m_lKeyed = 0;
-        for (std::size_t i = 0; i < m_lCount; ++i)
+        m_pBuckets = std::vector<Node*>(std::bit_ceil(count < 8 ? std::size_t{8} : count));
+        m_keyed = 0;
+        for (std::size_t i = 0; i < m_count; ++i)
         {
             if (NodeAt(i)->bKeyed)
                 Link(NodeAt(i));
         }
     }
 
-    Node*& Bucket(std::size_t lHash) noexcept { return m_pBuckets[lHash & (m_pBuckets.size() - 1)]; }
+    Node*& Bucket(std::size_t hash) noexcept { return m_pBuckets[hash & (m_pBuckets.size() - 1)]; }
 
     void Link(Node* pNode) noexcept
     {
         pNode->pNextInBucket = std::exchange(Bucket(pNode->cKey.Hash()), pNode);
-        ++m_lKeyed;
+        ++m_keyed;
     }
 
     void Unlink(Node* pNode) noexcept
@@ -316,12 +316,12 @@ private:
         while (*pLink != pNode)
             pLink = &(*pLink)->pNextInBucket;
         *pLink = pNode->pNextInBucket;
-        --m_lKeyed;
+        --m_keyed;
     }
 
-    template <class Matches> Node* FindNode(std::size_t lHash, Matches matches) const noexcept
+    template <class Matches> Node* FindNode(std::size_t hash, Matches matches) const noexcept
     {
-        Node* pNode = m_pBuckets.empty() ? nullptr : m_pBuckets[lHash & (m_pBuckets.size() - 1)];
+        Node* pNode = m_pBuckets.empty() ? nullptr : m_pBuckets[hash & (m_pBuckets.size() - 1)];
         while (pNode && !matches(pNode->cKey))
             pNode = pNode->pNextInBucket;
         return pNode;
@@ -332,14 +332,14 @@ private:
     }
     Node* FindNode(std::wstring_view sKey) const noexcept
     {
-        const std::size_t lHash = HashIgnoringCase(sKey);
-        return FindNode(lHash, [&](const TextKey& cOther)
-                        { return cOther.Hash() == lHash && EqualIgnoringCase(cOther.Text(), sKey); });
+        const std::size_t hash = HashIgnoringCase(sKey);
+        return FindNode(hash, [&](const TextKey& cOther)
+                        { return cOther.Hash() == hash && EqualIgnoringCase(cOther.Text(), sKey); });
     }
     static Item* ItemOf(Node* pNode) noexcept { return pNode ? &pNode->item : nullptr; }
     std::optional<std::size_t> PositionOf(const Node* pNode) const noexcept
     {
-        return pNode ? std::optional<std::size_t>(pNode->lSequence - m_lFirst) : std::nullopt;
+        return pNode ? std::optional<std::size_t>(pNode->sequence - m_first) : std::nullopt;
     }
 
     bool RemoveNode(Node* pNode) noexcept
@@ -348,19 +348,19 @@ private:
             return false;
         // Destroyed last: what the item's end sets off finds the collection without it.
         const std::unique_ptr<Node> pOwned(pNode);
-        CloseGap(pNode->lSequence - m_lFirst);
+        CloseGap(pNode->sequence - m_first);
         if (pNode->bKeyed)
             Unlink(pNode);
-        ++m_lChanges;
+        ++m_changes;
         return true;
     }
 
     std::vector<Node*> m_pRing;    // its size is a power of two, or 0
     std::vector<Node*> m_pBuckets; // likewise
-    std::size_t m_lFirst = 0;      // the head's sequence number
-    std::size_t m_lCount = 0;
-    std::size_t m_lKeyed = 0;
-    std::uint64_t m_lChanges = 0;
+    std::size_t m_first = 0;      // the head's sequence number
+    std::size_t m_count = 0;
+    std::size_t m_keyed = 0;
+    std::uint64_t m_changes = 0;
 };
 
 } // namespace ravlo

@@ -58,11 +58,11 @@ Decimal SevenDigitsOf(float sngValue)
     std::from_chars(sExponent.data(), sExponent.data() + sExponent.size(), cDecimal.lExponent);
     if (sText[lKept + 1] >= '5')
     {
-        const std::size_t lLast = cDecimal.sDigits.find_last_not_of('9');
-        if (lLast == std::string::npos)
+        const std::size_t last = cDecimal.sDigits.find_last_not_of('9');
+        if (last == std::string::npos)
             return {"1", cDecimal.lExponent + 1};
-        cDecimal.sDigits.resize(lLast + 1);
-        ++cDecimal.sDigits[lLast];
+        cDecimal.sDigits.resize(last + 1);
+        ++cDecimal.sDigits[last];
     }
     cDecimal.sDigits.resize(cDecimal.sDigits.find_last_not_of('0') + 1);
     return cDecimal;
@@ -193,7 +193,7 @@ private:
         if (c != '0' || !m_sDigits.empty())
             m_sDigits += c;
         if (bBehindPoint)
-            --m_lExponent;
+            --m_exponent;
     }
 
     bool TakeExponent()
@@ -207,11 +207,11 @@ private:
             Take();
         if (!IsDigit(Peek()))
             return false;
-        constexpr std::int64_t lEnough = 1'000'000'000'000; // more than any text is long, so no sum overflows
+        constexpr std::int64_t enough = 1'000'000'000'000; // more than any text is long, so no sum overflows
         std::int64_t lExponent = 0;
         for (; IsDigit(Peek()); Take())
-            lExponent = std::min(lExponent * 10 + (Peek() - L'0'), lEnough);
-        m_lExponent += bNegative ? -lExponent : lExponent;
+            lExponent = std::min(lExponent * 10 + (Peek() - L'0'), enough);
+        m_exponent += bNegative ? -lExponent : lExponent;
         return true;
     }
 
@@ -220,12 +220,12 @@ private:
     {
         if (m_sDigits.empty())
             return 0.0;
-        const std::string sNumber = m_sDigits + "e" + std::to_string(m_lExponent);
+        const std::string sNumber = m_sDigits + "e" + std::to_string(m_exponent);
         double dValue = 0;
         const auto [pEnd, eError] = std::from_chars(sNumber.data(), sNumber.data() + sNumber.size(), dValue);
         if (eError == std::errc())
             return dValue;
-        const bool bLarge = static_cast<std::int64_t>(m_sDigits.size()) + m_lExponent > 0;
+        const bool bLarge = static_cast<std::int64_t>(m_sDigits.size()) + m_exponent > 0;
         return bLarge ? std::nullopt : std::optional<double>(0.0);
     }
 
@@ -238,13 +238,13 @@ private:
             return std::nullopt;
         Take();
         const unsigned lShift = bHex ? 4 : 3;
-        std::uint64_t lValue = 0;
+        std::uint64_t value = 0;
         bool bAny = false;
         for (; HexDigit(Peek()) < (1 << lShift); Take())
         {
-            if ((lValue >> (64 - lShift)) != 0)
+            if ((value >> (64 - lShift)) != 0)
                 return std::nullopt;
-            lValue = (lValue << lShift) | static_cast<std::uint64_t>(HexDigit(Peek()));
+            value = (value << lShift) | static_cast<std::uint64_t>(HexDigit(Peek()));
             bAny = true;
         }
         while (SkipBlanks())
@@ -252,12 +252,12 @@ private:
         }
         if (!bAny || !m_sRest.empty())
             return std::nullopt;
-        return static_cast<double>(lValue);
+        return static_cast<double>(value);
     }
 
     std::wstring_view m_sRest;
     std::string m_sDigits; // significant digits without the point
-    std::int64_t m_lExponent = 0;
+    std::int64_t m_exponent = 0;
     bool m_bMarked = false;
     bool m_bSigned = false;
     bool m_bNegative = false;
@@ -270,29 +270,29 @@ private:
 
 std::wstring Trim(std::wstring_view sText)
 {
-    const std::size_t lFirst = sText.find_first_not_of(L' ');
-    if (lFirst == std::wstring_view::npos)
+    const std::size_t first = sText.find_first_not_of(L' ');
+    if (first == std::wstring_view::npos)
         return {};
-    return std::wstring(sText.substr(lFirst, sText.find_last_not_of(L' ') - lFirst + 1));
+    return std::wstring(sText.substr(first, sText.find_last_not_of(L' ') - first + 1));
 }
 
 std::vector<std::wstring> Split(std::wstring_view sText, std::wstring_view sDelimiter)
 {
     std::vector<std::wstring> sPieces;
-    std::size_t lStart = 0;
+    std::size_t start = 0;
     // An empty delimiter stands nowhere, so the whole text is one piece.
-    for (std::size_t lFound; !sDelimiter.empty() && (lFound = sText.find(sDelimiter, lStart)) != sText.npos;)
+    for (std::size_t found; !sDelimiter.empty() && (found = sText.find(sDelimiter, start)) != sText.npos;)
     {
-        sPieces.emplace_back(sText.substr(lStart, lFound - lStart));
-        lStart = lFound + sDelimiter.size();
+        sPieces.emplace_back(sText.substr(start, found - start));
+        start = found + sDelimiter.size();
     }
-    sPieces.emplace_back(sText.substr(lStart));
+    sPieces.emplace_back(sText.substr(start));
     return sPieces;
 }
 
-std::wstring DecimalText(std::int64_t lValue) { return std::to_wstring(lValue); }
+std::wstring DecimalText(std::int64_t value) { return std::to_wstring(value); }
 
-std::wstring CountText(std::size_t lCount) { return std::to_wstring(lCount); }
+std::wstring CountText(std::size_t count) { return std::to_wstring(count); }
 
 std::wstring SingleText(float sngValue)
 {

@@ -20,8 +20,8 @@ std::wstring Trim(std::wstring_view sText);
 // The pieces between the delimiters; one more piece than there are delimiters, so "" gives one empty piece.
 std::vector<std::wstring> Split(std::wstring_view sText, std::wstring_view sDelimiter);
 
-std::wstring DecimalText(std::int64_t lValue);
-std::wstring CountText(std::size_t lCount);
+std::wstring DecimalText(std::int64_t value);
+std::wstring CountText(std::size_t count);
 
 // A single as automation converts it to text: at most 7 significant digits, no trailing zeros, and the exponent form
 // ("1E+07", "1.5E-05") where the platform's conversion uses it. Invariant locale.

@@ -10,8 +10,8 @@ TextKey::TextKey(std::wstring sText)
 {
     if (sText.empty())
         return; // the same as a default-made key
-    const std::size_t lHash = HashIgnoringCase(sText);
-    m_cShared = std::make_shared<const Shared>(Shared{std::move(sText), lHash});
+    const std::size_t hash = HashIgnoringCase(sText);
+    m_cShared = std::make_shared<const Shared>(Shared{std::move(sText), hash});
 }
 
 const std::wstring& TextKey::EmptyText() noexcept
@@ -22,8 +22,8 @@ const std::wstring& TextKey::EmptyText() noexcept
 
 std::size_t TextKey::EmptyHash() noexcept
 {
-    static const std::size_t lHash = HashIgnoringCase({});
-    return lHash;
+    static const std::size_t hash = HashIgnoringCase({});
+    return hash;
 }
 
 // Most equal texts are equal letter by letter, which shows much sooner than without regard to case.

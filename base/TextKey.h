@@ -20,7 +20,7 @@ public:
     explicit TextKey(std::wstring sText);
 
     const std::wstring& Text() const noexcept { return m_cShared ? m_cShared->sText : EmptyText(); }
-    std::size_t Hash() const noexcept { return m_cShared ? m_cShared->lHash : EmptyHash(); }
+    std::size_t Hash() const noexcept { return m_cShared ? m_cShared->hash : EmptyHash(); }
     bool Empty() const noexcept { return !m_cShared; }
 
     friend bool operator==(const TextKey& cLeft, const TextKey& cRight) noexcept
@@ -33,7 +33,7 @@ private:
     struct Shared
     {
         std::wstring sText;
-        std::size_t lHash;
+        std::size_t hash;
     };
     static const std::wstring& EmptyText() noexcept;
     static std::size_t EmptyHash() noexcept;

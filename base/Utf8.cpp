@@ -88,13 +88,13 @@ std::optional<Form> FormOf(unsigned char c)
 // Moves plain ASCII at the head of the bytes over: most of the text there is.
 void TakeAscii(std::wstring& sText, std::string_view& bytes)
 {
-    std::size_t lCount = 0;
-    while (lCount < bytes.size() && static_cast<unsigned char>(bytes[lCount]) < 0x80)
+    std::size_t count = 0;
+    while (count < bytes.size() && static_cast<unsigned char>(bytes[count]) < 0x80)
     {
-        ++lCount;
+        ++count;
     }
-    sText.append(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(lCount));
-    bytes.remove_prefix(lCount);
+    sText.append(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
+    bytes.remove_prefix(count);
 }
 
 // The code at the head of the bytes, and its length; nothing when there is none. Halves of pairs are let

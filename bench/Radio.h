@@ -77,19 +77,19 @@ private:
 };
 
 // A free-standing cut of a made-up library: ten cuts an artist, twelve an album, every title its own.
-std::shared_ptr<Cut> MadeUpCut(std::int64_t lNumber);
+std::shared_ptr<Cut> MadeUpCut(std::int64_t number);
 
 // The same as a cut of a typical station's library: six categories with four levels each, a third of the cuts
 // in two categories.
-std::shared_ptr<Cut> LibraryCut(std::int64_t lNumber);
+std::shared_ptr<Cut> LibraryCut(std::int64_t number);
 
 // A station with one level of lCuts cuts, all of which played a day ago.
 struct Radio
 {
-    explicit Radio(std::int64_t lCuts);
+    explicit Radio(std::int64_t cuts);
     // One for each size, made when first asked for and kept: building a large one takes longer than measuring
     // it.
-    static Radio& OfSize(std::int64_t lCuts);
+    static Radio& OfSize(std::int64_t cuts);
 
     MemoryPorts context;
     NoFiles cFiles;

@@ -23,9 +23,9 @@ std::vector<RatioCase>& AllRatios()
 }
 
 // The names of benchmarks are "<case>/<size>" and "<case> | baseline/<size>".
-std::string RunName(const std::string& sName, std::int64_t lSize)
+std::string RunName(const std::string& sName, std::int64_t size)
 {
-    return sName + "/" + std::to_string(lSize);
+    return sName + "/" + std::to_string(size);
 }
 
 // Keeps the quickest repetition of every benchmark: what else the machine does can only make one slower.
@@ -58,15 +58,15 @@ public:
         for (const RatioCase& ratio : AllRatios())
         {
             std::string sHeading = ratio.sName + "  against " + ratio.sBaseline;
-            for (const std::int64_t lSize : ratio.colSizes)
+            for (const std::int64_t size : ratio.colSizes)
             {
-                const double dSubject = TimeOf(RunName(ratio.sName, lSize));
-                const double dBaseline = TimeOf(RunName(ratio.sName + sBaselineSuffix, lSize));
+                const double dSubject = TimeOf(RunName(ratio.sName, size));
+                const double dBaseline = TimeOf(RunName(ratio.sName + sBaselineSuffix, size));
                 if (!(dSubject > 0) || !(dBaseline > 0))
                     continue; // filtered out
                 if (!sHeading.empty())
                     std::printf("%s\n", std::exchange(sHeading, {}).c_str());
-                bAllWithin &= PrintRow(lSize, dSubject, dBaseline, ratio.dLimit);
+                bAllWithin &= PrintRow(size, dSubject, dBaseline, ratio.dLimit);
             }
         }
         return bAllWithin;
@@ -79,10 +79,10 @@ private:
         return it == m_colTimes.end() ? 0 : it->second;
     }
 
-    static bool PrintRow(std::int64_t lSize, double dSubject, double dBaseline, double dLimit)
+    static bool PrintRow(std::int64_t size, double dSubject, double dBaseline, double dLimit)
     {
         const double dRatio = dSubject / dBaseline;
-        std::printf("%-44s %9lld %12.1f %12.1f %7.2f", "", static_cast<long long>(lSize), dSubject, dBaseline,
+        std::printf("%-44s %9lld %12.1f %12.1f %7.2f", "", static_cast<long long>(size), dSubject, dBaseline,
                     dRatio);
         if (dLimit <= 0)
         {
@@ -102,8 +102,8 @@ void Register(const std::string& sName, const std::function<void(benchmark::Stat
 {
     auto* pBenchmark =
         benchmark::RegisterBenchmark(sName.c_str(), [body](benchmark::State& state) { body(state); });
-    for (const std::int64_t lSize : ratio.colSizes)
-        pBenchmark->Arg(lSize);
+    for (const std::int64_t size : ratio.colSizes)
+        pBenchmark->Arg(size);
     if (ratio.bWallTime)
         pBenchmark->UseRealTime();
     pBenchmark->Repetitions(3)->MinTime(0.05);

@@ -24,21 +24,21 @@ using Collection = OrderedKeyedCollection<Item>;
 // Keys in an order that is not the order they were made in, as paths of a library.
 struct Keys
 {
-    explicit Keys(std::int64_t lCount)
+    explicit Keys(std::int64_t count)
     {
-        for (std::int64_t i = 0; i < lCount; ++i)
+        for (std::int64_t i = 0; i < count; ++i)
             colTexts.push_back(L"D:\\Music\\Artist " + std::to_wstring(i / 10) + L"\\" + std::to_wstring(i) +
                                L".mp3");
         std::shuffle(colTexts.begin(), colTexts.end(), std::mt19937_64(1));
         for (const std::wstring& sText : colTexts)
             colKeys.emplace_back(sText);
     }
-    static const Keys& OfSize(std::int64_t lCount)
+    static const Keys& OfSize(std::int64_t count)
     {
         static std::map<std::int64_t, std::unique_ptr<Keys>> colAll;
-        std::unique_ptr<Keys>& keys = colAll[lCount];
+        std::unique_ptr<Keys>& keys = colAll[count];
         if (!keys)
-            keys = std::make_unique<Keys>(lCount);
+            keys = std::make_unique<Keys>(count);
         return *keys;
     }
 
@@ -82,10 +82,10 @@ ListAndMap FilledBare(const Keys& keys)
 // Runs step(i) for i = 0 .. n-1 in each iteration.
 template <class Step> void ForEach(benchmark::State& state, Step&& step)
 {
-    const auto lCount = static_cast<std::size_t>(state.range(0));
+    const auto count = static_cast<std::size_t>(state.range(0));
     for (auto _ : state)
     {
-        for (std::size_t i = 0; i < lCount; ++i)
+        for (std::size_t i = 0; i < count; ++i)
             step(i);
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));

@@ -22,7 +22,7 @@ using SteadyClock = std::chrono::steady_clock;
 constexpr double dSlotDays = 3.0 / (24 * 60);
 
 constexpr int lSlots = 1'000; // a round: a few days
-constexpr std::int64_t lScatter = 7'919;
+constexpr std::int64_t scatter = 7'919;
 
 // A folder of the program's own, gone with it.
 struct Folder
@@ -40,14 +40,14 @@ struct Folder
 // nothing.
 struct FileStation
 {
-    explicit FileStation(std::int64_t lCuts)
+    explicit FileStation(std::int64_t cuts)
     {
         Cuts colCuts;
-        for (std::int64_t i = 0; i < lCuts; ++i)
+        for (std::int64_t i = 0; i < cuts; ++i)
         {
             // A factor without a divisor in common with the count scatters each artist's cuts over the
             // orders.
-            colCuts.push_back(LibraryCut(i * lScatter % lCuts));
+            colCuts.push_back(LibraryCut(i * scatter % cuts));
         }
         cStore->Open(sFile);
         cStore->AddCuts(colCuts);
@@ -69,13 +69,13 @@ struct FileStation
             Pick();
         }
     }
-    static FileStation& OfSize(std::int64_t lCuts)
+    static FileStation& OfSize(std::int64_t cuts)
     {
         static std::map<std::int64_t, std::unique_ptr<FileStation>> colStations;
-        auto& cState = colStations[lCuts];
+        auto& cState = colStations[cuts];
         if (!cState)
         {
-            cState = std::make_unique<FileStation>(lCuts);
+            cState = std::make_unique<FileStation>(cuts);
         }
         return *cState;
     }
@@ -89,7 +89,7 @@ struct FileStation
         std::shared_ptr<clsCat> cMainCat;
         std::shared_ptr<clsCat> cSubCat;
         std::wstring sMainCatKey;
-        return cSchedMan->NextCutFromRotation(colKeys[lNext++ % colKeys.size()], false, cPrevious, cMainCat,
+        return cSchedMan->NextCutFromRotation(colKeys[next++ % colKeys.size()], false, cPrevious, cMainCat,
                                               cSubCat, sMainCatKey, false, false);
     }
 
@@ -101,7 +101,7 @@ struct FileStation
     std::shared_ptr<Store> cStore = std::make_shared<Store>();
     std::shared_ptr<clsSchedMan> cSchedMan = std::make_shared<clsSchedMan>(cMod);
     std::vector<std::wstring> colKeys;
-    std::size_t lNext = 0;
+    std::size_t next = 0;
     DateTime dtNow = 47'000;
 };
 

@@ -11,15 +11,15 @@ namespace ravlo::bench
 namespace
 {
 
-constexpr std::int64_t lOpenCuts = 10'000;
+constexpr std::int64_t openCuts = 10'000;
 
 // Cuts lFirst, lFirst + 1 ... of the typical library, made once for each size.
-const Cuts& CutsOf(std::int64_t lFirst, std::int64_t lCount)
+const Cuts& CutsOf(std::int64_t first, std::int64_t count)
 {
     static std::map<std::pair<std::int64_t, std::int64_t>, Cuts> colAll;
-    Cuts& colCuts = colAll[{lFirst, lCount}];
-    for (std::int64_t i = std::ssize(colCuts); i < lCount; ++i)
-        colCuts.push_back(LibraryCut(lFirst + i));
+    Cuts& colCuts = colAll[{first, count}];
+    for (std::int64_t i = std::ssize(colCuts); i < count; ++i)
+        colCuts.push_back(LibraryCut(first + i));
     return colCuts;
 }
 
@@ -57,23 +57,23 @@ private:
 // A manager on the air with a library of that many cuts. Pauses and pumps cost nothing here.
 struct OpenStation
 {
-    OpenStation(std::int64_t lCuts, SavedOrders& cSavedOrders) : cFiles(cSavedOrders)
+    OpenStation(std::int64_t cuts, SavedOrders& cSavedOrders) : cFiles(cSavedOrders)
     {
-        for (const std::shared_ptr<Cut>& cCut : CutsOf(0, lCuts))
+        for (const std::shared_ptr<Cut>& cCut : CutsOf(0, cuts))
             cDataBase->Add(cCut);
     }
     // One whose orders were saved before.
-    explicit OpenStation(std::int64_t lCuts) : OpenStation(lCuts, OrdersOf(lCuts)) {}
+    explicit OpenStation(std::int64_t cuts) : OpenStation(cuts, OrdersOf(cuts)) {}
     void Populate() { cSchedMan->PopulateFromDataBase(cDataBase, L"C:\\Host"); }
 
-    static SavedOrders& OrdersOf(std::int64_t lCuts)
+    static SavedOrders& OrdersOf(std::int64_t cuts)
     {
         static std::map<std::int64_t, SavedOrders> colOrders;
-        const auto [found, bNew] = colOrders.try_emplace(lCuts);
+        const auto [found, bNew] = colOrders.try_emplace(cuts);
         SavedOrders& cOrders = found->second;
         if (bNew)
         {
-            OpenStation cState(lCuts, cOrders);
+            OpenStation cState(cuts, cOrders);
             cState.Populate();
             cOrders.bKeep = true;
             cState.cSchedMan->SaveHistoryAndOrdering(nullptr);
@@ -90,13 +90,13 @@ struct OpenStation
 };
 
 // One announcement of lCuts new cuts to a station that has some.
-void ImportCuts(benchmark::State& state, std::int64_t lCuts)
+void ImportCuts(benchmark::State& state, std::int64_t cuts)
 {
-    const Cuts& colNew = CutsOf(lOpenCuts, lCuts);
+    const Cuts& colNew = CutsOf(openCuts, cuts);
     for (auto _ : state)
     {
         state.PauseTiming();
-        auto cState = std::make_unique<OpenStation>(lOpenCuts);
+        auto cState = std::make_unique<OpenStation>(openCuts);
         cState->Populate();
         state.ResumeTiming();
         cState->cDataBase->AnnounceAdded(colNew);
@@ -104,7 +104,7 @@ void ImportCuts(benchmark::State& state, std::int64_t lCuts)
         cState.reset();
         state.ResumeTiming();
     }
-    state.SetItemsProcessed(state.iterations() * lCuts);
+    state.SetItemsProcessed(state.iterations() * cuts);
 }
 
 void Import(benchmark::State& state) { ImportCuts(state, state.range(0)); }

@@ -68,12 +68,12 @@ struct Station
 {
     static constexpr int lCats = 31;
 
-    explicit Station(std::int64_t lCuts)
+    explicit Station(std::int64_t cuts)
     {
         sFolder = (std::filesystem::temp_directory_path() / "ravlo-picks-XXXXXX").string();
         if (!mkdtemp(sFolder.data()))
             std::abort();
-        for (std::int64_t i = 0; i < lCats * lCuts; ++i)
+        for (std::int64_t i = 0; i < lCats * cuts; ++i)
         {
             const std::shared_ptr<Cut> cCut = MadeUpCut(i);
             cCut->SetCategoryText(L"Cat" + std::to_wstring(i % lCats));

@@ -34,12 +34,12 @@ struct BarePlays
             colAlbums[cCut->Album()] = cCut;
         }
     }
-    static BarePlays& OfSize(std::int64_t lCuts)
+    static BarePlays& OfSize(std::int64_t cuts)
     {
         static std::map<std::int64_t, std::unique_ptr<BarePlays>> colPlays;
-        std::unique_ptr<BarePlays>& plays = colPlays[lCuts];
+        std::unique_ptr<BarePlays>& plays = colPlays[cuts];
         if (!plays)
-            plays = std::make_unique<BarePlays>(Radio::OfSize(lCuts));
+            plays = std::make_unique<BarePlays>(Radio::OfSize(cuts));
         return *plays;
     }
 

@@ -19,18 +19,18 @@ namespace
 // A library of a typical station.
 struct Library
 {
-    explicit Library(std::int64_t lCuts)
+    explicit Library(std::int64_t cuts)
     {
         cMod.StoreAppPath(L"C:\\Host");
-        for (std::int64_t i = 0; i < lCuts; ++i)
+        for (std::int64_t i = 0; i < cuts; ++i)
             cDataBase->Add(LibraryCut(i));
     }
-    static Library& OfSize(std::int64_t lCuts)
+    static Library& OfSize(std::int64_t cuts)
     {
         static std::map<std::int64_t, std::unique_ptr<Library>> colLibraries;
-        std::unique_ptr<Library>& cLibrary = colLibraries[lCuts];
+        std::unique_ptr<Library>& cLibrary = colLibraries[cuts];
         if (!cLibrary)
-            cLibrary = std::make_unique<Library>(lCuts);
+            cLibrary = std::make_unique<Library>(cuts);
         return *cLibrary;
     }
 
@@ -77,7 +77,7 @@ void FillMapAndVector(benchmark::State& state)
 // One main category with one level on a real disk, in a folder of its own that goes at the end.
 struct StationOnDisk
 {
-    explicit StationOnDisk(std::int64_t lCuts)
+    explicit StationOnDisk(std::int64_t cuts)
     {
         sFolder = (std::filesystem::temp_directory_path() / "ravlo-bench-XXXXXX").string();
         if (!mkdtemp(sFolder.data()))
@@ -85,7 +85,7 @@ struct StationOnDisk
         cMod.StoreAppPath(std::wstring(sFolder.begin(), sFolder.end()));
         CreateFolders(cMod, cMod.AppPath());
         bool bCreated = false;
-        for (std::int64_t i = 0; i < lCuts; ++i)
+        for (std::int64_t i = 0; i < cuts; ++i)
             colMainCats.At(0)->AddCut(MadeUpCut(i), bCreated);
         cHistoryFiles.Save(colMainCats.At(0), HistoryFiles::Manner::WithoutProgress);
         sFile = cMod.AppPath() + L"Scheduler\\History_and_Ordering\\Pop.sif";
@@ -93,12 +93,12 @@ struct StationOnDisk
         bytes = cFiles.ReadAll(sFile);
     }
     ~StationOnDisk() { std::filesystem::remove_all(sFolder); }
-    static StationOnDisk& OfSize(std::int64_t lCuts)
+    static StationOnDisk& OfSize(std::int64_t cuts)
     {
         static std::map<std::int64_t, std::unique_ptr<StationOnDisk>> colStations;
-        std::unique_ptr<StationOnDisk>& cState = colStations[lCuts];
+        std::unique_ptr<StationOnDisk>& cState = colStations[cuts];
         if (!cState)
-            cState = std::make_unique<StationOnDisk>(lCuts);
+            cState = std::make_unique<StationOnDisk>(cuts);
         return *cState;
     }
 

@@ -244,11 +244,11 @@ Cuts HostDatabase::AllCuts() const
 
 std::shared_ptr<Cut> HostDatabase::CutByKey(const TextKey& cKey) const
 {
-    const std::uint64_t lRevision = m_cRevisions.Of(m_cHost.Get());
-    if (lRevision != m_lFoundAt)
+    const std::uint64_t revision = m_cRevisions.Of(m_cHost.Get());
+    if (revision != m_foundAt)
     {
         m_colFound.clear();
-        m_lFoundAt = lRevision;
+        m_foundAt = revision;
     }
     if (const auto found = m_colFound.find(cKey); found != m_colFound.end())
         if (std::shared_ptr<Cut> cCut = found->second.lock())
@@ -258,7 +258,7 @@ std::shared_ptr<Cut> HostDatabase::CutByKey(const TextKey& cKey) const
     Call(&_clsDataBase::CutByKey, sKey.Get(), cFound.Receive());
     std::shared_ptr<Cut> cCut = CutFrom(cFound.Get());
     // A call that came in during this one may have emptied the table for a later revision.
-    if (cCut && lRevision != 0 && lRevision == m_lFoundAt)
+    if (cCut && revision != 0 && revision == m_foundAt)
         m_colFound.insert_or_assign(cKey, cCut);
     return cCut;
 }

@@ -65,7 +65,7 @@ private:
         std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
     };
     mutable Revisions m_cRevisions;
-    mutable std::uint64_t m_lFoundAt = 0;
+    mutable std::uint64_t m_foundAt = 0;
     mutable std::unordered_map<TextKey, std::weak_ptr<Cut>, Hash> m_colFound;
     std::vector<DataBaseEvents*> m_colListeners;
     ComPtr<IConnectionPoint> m_cPoint;

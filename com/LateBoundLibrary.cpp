@@ -18,7 +18,7 @@ constexpr std::int32_t lNoEnumerator = 451; // "Object not a collection"
 constexpr std::int32_t lChildOf = 4;        // the relationship of a new node to the one it is given with
 
 Variant Text(const std::wstring& sText) { return Variant(std::wstring_view(sText)); }
-Variant Number(std::size_t lNumber) { return Variant(static_cast<std::int32_t>(lNumber)); }
+Variant Number(std::size_t number) { return Variant(static_cast<std::int32_t>(number)); }
 std::size_t CountIn(const Variant& value)
 {
     const std::optional<Variant> cCount = value.As(VT_I4);
@@ -151,8 +151,8 @@ void LateBoundTree::ForEachNode(const std::function<void(const ComPtr<IDispatch>
             throw;
     }
     // By their numbers, then: classes of a script language have no enumerator.
-    const std::size_t lCount = CountIn(m_cNodes.Get(L"Count"));
-    for (std::size_t i = 1; i <= lCount; ++i)
+    const std::size_t count = CountIn(m_cNodes.Get(L"Count"));
+    for (std::size_t i = 1; i <= count; ++i)
         body(ObjectOf(m_cNodes.Get(L"Item", {Number(i)})));
 }
 
@@ -188,21 +188,21 @@ void LateBoundGrid::AddCol(const std::wstring& sKey, const std::wstring& sHeader
     m_cGrid.Call(L"AddCol", {Text(sKey), Text(sHeader)});
 }
 
-void LateBoundGrid::SetRowCount(std::size_t lRows) { m_cGrid.Put(L"RowCount", {}, Number(lRows)); }
+void LateBoundGrid::SetRowCount(std::size_t rows) { m_cGrid.Put(L"RowCount", {}, Number(rows)); }
 
-void LateBoundGrid::SetRowKey(std::size_t lRow, const std::wstring& sKey)
+void LateBoundGrid::SetRowKey(std::size_t row, const std::wstring& sKey)
 {
-    m_cGrid.Put(L"RowKey", {Number(lRow)}, Text(sKey));
+    m_cGrid.Put(L"RowKey", {Number(row)}, Text(sKey));
 }
 
-void LateBoundGrid::SetCell(std::size_t lRow, const wchar_t* sColKey, const std::wstring& sValue)
+void LateBoundGrid::SetCell(std::size_t row, const wchar_t* sColKey, const std::wstring& sValue)
 {
-    m_cGrid.Put(L"CellValue", {Number(lRow), Text(sColKey)}, Text(sValue));
+    m_cGrid.Put(L"CellValue", {Number(row), Text(sColKey)}, Text(sValue));
 }
 
-void LateBoundGrid::SetCell(std::size_t lRow, const wchar_t* sColKey, std::int32_t lValue)
+void LateBoundGrid::SetCell(std::size_t row, const wchar_t* sColKey, std::int32_t lValue)
 {
-    m_cGrid.Put(L"CellValue", {Number(lRow), Text(sColKey)}, Variant(lValue));
+    m_cGrid.Put(L"CellValue", {Number(row), Text(sColKey)}, Variant(lValue));
 }
 
 } // namespace ravlo

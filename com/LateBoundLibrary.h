@@ -68,10 +68,10 @@ public:
     std::size_t ColCount() const override;
     void AddCol(const std::wstring& sKey, const std::wstring& sHeader) override;
     void Clear() override { SetRowCount(0); }
-    void SetRowCount(std::size_t lRows) override;
-    void SetRowKey(std::size_t lRow, const std::wstring& sKey) override;
-    void SetCell(std::size_t lRow, const wchar_t* sColKey, const std::wstring& sValue) override;
-    void SetCell(std::size_t lRow, const wchar_t* sColKey, std::int32_t lValue) override;
+    void SetRowCount(std::size_t rows) override;
+    void SetRowKey(std::size_t row, const std::wstring& sKey) override;
+    void SetCell(std::size_t row, const wchar_t* sColKey, const std::wstring& sValue) override;
+    void SetCell(std::size_t row, const wchar_t* sColKey, std::int32_t lValue) override;
 
 private:
     mutable LateBound m_cGrid;

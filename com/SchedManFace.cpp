@@ -329,9 +329,9 @@ STDMETHODIMP SchedManFace::RandomizeCollection(VARIANT* ColNew)
                 {
                     const auto colItems = ItemsOf(ObjectIn<IDispatch>(colNew));
                     const auto colShuffled = std::make_shared<ItemCollection>();
-                    for (const std::size_t lPosition : m_cSchedMan->RandomOrderOf(colItems.size()))
+                    for (const std::size_t position : m_cSchedMan->RandomOrderOf(colItems.size()))
                     {
-                        const KeyedItem& item = colItems[lPosition];
+                        const KeyedItem& item = colItems[position];
                         const TextKey cKey(item.sKey.value_or(std::wstring()));
                         colShuffled->Insert(colShuffled->Count(), item.sKey ? &cKey : nullptr, item.cItem);
                     }

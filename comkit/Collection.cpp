@@ -24,10 +24,10 @@ std::size_t Locate(const CollectionModel& cModel, const VARIANT& index)
     const Variant cIndex = Variant::Dereferenced(index);
     if (cIndex.vt != VT_BSTR)
         return PositionFrom(cIndex, cModel.Count());
-    const auto lPosition = cModel.PositionOf(TextOf(cIndex.bstrVal));
-    if (!lPosition)
+    const auto position = cModel.PositionOf(TextOf(cIndex.bstrVal));
+    if (!position)
         throw RuntimeError(error::InvalidProcedureCall);
-    return *lPosition;
+    return *position;
 }
 
 // Left out, or undefined in script languages that cannot leave out.
@@ -61,8 +61,8 @@ class Enumerator final : public Unknown<IEnumVARIANT>
 {
 public:
     Enumerator(ComPtr<IUnknown> cOwner, std::function<std::size_t()> count,
-               std::function<Variant(std::size_t)> at, std::size_t lNext)
-        : m_cOwner(std::move(cOwner)), m_count(std::move(count)), m_at(std::move(at)), m_lNext(lNext)
+               std::function<Variant(std::size_t)> at, std::size_t next)
+        : m_cOwner(std::move(cOwner)), m_count(std::move(count)), m_at(std::move(at)), m_next(next)
     {
     }
 
@@ -74,8 +74,8 @@ public:
         const HRESULT hResult = GuardAs(IID_IEnumVARIANT, CollectionFace::identity.sProgID,
                                         [&]
                                         {
-                                            for (; lFetched < lCount && m_lNext < m_count(); ++lFetched)
-                                                pItems[lFetched] = m_at(m_lNext++).Detach();
+                                            for (; lFetched < lCount && m_next < m_count(); ++lFetched)
+                                                pItems[lFetched] = m_at(m_next++).Detach();
                                         });
         if (FAILED(hResult))
             while (lFetched > 0)
@@ -88,21 +88,21 @@ public:
     }
     STDMETHODIMP Skip(ULONG lCount) override
     {
-        std::size_t lLeft = 0;
+        std::size_t left = 0;
         const HRESULT hResult = GuardAs(IID_IEnumVARIANT, CollectionFace::identity.sProgID,
                                         [&]
                                         {
-                                            const std::size_t lTotal = m_count();
-                                            lLeft = m_lNext < lTotal ? lTotal - m_lNext : 0;
+                                            const std::size_t total = m_count();
+                                            left = m_next < total ? total - m_next : 0;
                                         });
         if (FAILED(hResult))
             return hResult;
-        m_lNext += std::min<std::size_t>(lCount, lLeft);
-        return lCount <= lLeft ? S_OK : S_FALSE;
+        m_next += std::min<std::size_t>(lCount, left);
+        return lCount <= left ? S_OK : S_FALSE;
     }
     STDMETHODIMP Reset() override
     {
-        m_lNext = 0;
+        m_next = 0;
         return S_OK;
     }
     STDMETHODIMP Clone(IEnumVARIANT** ppEnum) override
@@ -111,7 +111,7 @@ public:
             IID_IEnumVARIANT, CollectionFace::identity.sProgID,
             [&] {
                 StoreIn(ppEnum,
-                        [&] { return NewObject<Enumerator>(m_cOwner, m_count, m_at, m_lNext).Detach(); });
+                        [&] { return NewObject<Enumerator>(m_cOwner, m_count, m_at, m_next).Detach(); });
             });
     }
 
@@ -119,7 +119,7 @@ private:
     ComPtr<IUnknown> m_cOwner;
     std::function<std::size_t()> m_count;
     std::function<Variant(std::size_t)> m_at;
-    std::size_t m_lNext;
+    std::size_t m_next;
 };
 
 struct AnyAdapter
@@ -188,7 +188,7 @@ STDMETHODIMP CollectionFace::get__NewEnum(IUnknown** ppEnum)
                         return NewEnumerator(
                                    ComPtr<IUnknown>(static_cast<_clsCollection*>(this)),
                                    [pModel] { return pModel->Count(); },
-                                   [pModel](std::size_t lPosition) { return pModel->At(lPosition); })
+                                   [pModel](std::size_t position) { return pModel->At(position); })
                             .Detach();
                     });
         });

@@ -22,14 +22,14 @@ class CollectionModel
 public:
     virtual ~CollectionModel() = default;
     virtual std::size_t Count() const = 0;
-    virtual Variant At(std::size_t lPosition) const = 0;
+    virtual Variant At(std::size_t position) const = 0;
     // Nothing for an item without a key.
-    virtual std::optional<std::wstring> KeyAt(std::size_t lPosition) const = 0;
+    virtual std::optional<std::wstring> KeyAt(std::size_t position) const = 0;
     virtual std::optional<std::size_t> PositionOf(const std::wstring& sKey) const = 0;
     // Error 457 when the key is there already, 13 for an item of the wrong kind.
-    virtual void Insert(std::size_t lPosition, const std::optional<std::wstring>& sKey,
+    virtual void Insert(std::size_t position, const std::optional<std::wstring>& sKey,
                         const VARIANT& item) = 0;
-    virtual void RemoveAt(std::size_t lPosition) = 0;
+    virtual void RemoveAt(std::size_t position) = 0;
 };
 
 // A live view of an OrderedKeyedCollection. Adapter has two static functions:
@@ -46,32 +46,32 @@ public:
     }
 
     std::size_t Count() const override { return m_colItems->Count(); }
-    Variant At(std::size_t lPosition) const override
+    Variant At(std::size_t position) const override
     {
         // A copy: what the conversion calls may change the collection.
-        const Item item = m_colItems->At(lPosition);
+        const Item item = m_colItems->At(position);
         return Adapter::ToVariant(item);
     }
-    std::optional<std::wstring> KeyAt(std::size_t lPosition) const override
+    std::optional<std::wstring> KeyAt(std::size_t position) const override
     {
-        const TextKey* pKey = m_colItems->KeyAt(lPosition);
+        const TextKey* pKey = m_colItems->KeyAt(position);
         return pKey ? std::optional(pKey->Text()) : std::nullopt;
     }
     std::optional<std::size_t> PositionOf(const std::wstring& sKey) const override
     {
         return m_colItems->PositionOf(sKey);
     }
-    void Insert(std::size_t lPosition, const std::optional<std::wstring>& sKey, const VARIANT& item) override
+    void Insert(std::size_t position, const std::optional<std::wstring>& sKey, const VARIANT& item) override
     {
         Item converted = Adapter::FromVariant(item); // may call a host, which may shorten the collection
         const TextKey cKey(sKey.value_or(std::wstring()));
         if (m_accept && !(sKey && m_colItems->Exists(cKey)))
             m_accept(converted);
-        if (!m_colItems->Insert(std::min(lPosition, m_colItems->Count()), sKey ? &cKey : nullptr,
+        if (!m_colItems->Insert(std::min(position, m_colItems->Count()), sKey ? &cKey : nullptr,
                                 std::move(converted)))
             throw RuntimeError(error::KeyAlreadyExists);
     }
-    void RemoveAt(std::size_t lPosition) override { m_colItems->RemoveAt(lPosition); }
+    void RemoveAt(std::size_t position) override { m_colItems->RemoveAt(position); }
 
 private:
     std::shared_ptr<OrderedKeyedCollection<Item>> m_colItems;

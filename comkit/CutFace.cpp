@@ -21,13 +21,13 @@ public:
     explicit CategoriesModel(std::shared_ptr<Cut> cCut) : m_cCut(std::move(cCut)) {}
 
     std::size_t Count() const override { return m_cCut->CategoryNames().size(); }
-    Variant At(std::size_t lPosition) const override
+    Variant At(std::size_t position) const override
     {
-        return Variant(std::wstring_view(m_cCut->CategoryNames().at(lPosition)));
+        return Variant(std::wstring_view(m_cCut->CategoryNames().at(position)));
     }
-    std::optional<std::wstring> KeyAt(std::size_t lPosition) const override
+    std::optional<std::wstring> KeyAt(std::size_t position) const override
     {
-        return m_cCut->CategoryNames().at(lPosition);
+        return m_cCut->CategoryNames().at(position);
     }
     std::optional<std::size_t> PositionOf(const std::wstring& sKey) const override
     {
@@ -37,7 +37,7 @@ public:
                 return i;
         return std::nullopt;
     }
-    void Insert(std::size_t lPosition, const std::optional<std::wstring>& sKey, const VARIANT& item) override
+    void Insert(std::size_t position, const std::optional<std::wstring>& sKey, const VARIANT& item) override
     {
         const std::wstring sName = TextAdapter::FromVariant(item);
         if (sKey && !EqualIgnoringCase(*sKey, sName))
@@ -47,15 +47,15 @@ public:
         const auto colNames = m_cCut->CategoryNames();
         m_cCut->AddCategoryName(sName);
         // A cut takes names at the end only: those that come to stand behind follow.
-        for (std::size_t i = lPosition; i < colNames.size(); ++i)
+        for (std::size_t i = position; i < colNames.size(); ++i)
         {
             m_cCut->RemoveCategoryName(colNames[i]);
             m_cCut->AddCategoryName(colNames[i]);
         }
     }
-    void RemoveAt(std::size_t lPosition) override
+    void RemoveAt(std::size_t position) override
     {
-        m_cCut->RemoveCategoryName(m_cCut->CategoryNames().at(lPosition));
+        m_cCut->RemoveCategoryName(m_cCut->CategoryNames().at(position));
     }
 
 private:

@@ -27,8 +27,8 @@ void Give(CONNECTDATA& target, const std::pair<DWORD, ComPtr<IDispatch>>& source
 template <class Interface, class Given, class Kept> class ListEnum final : public Unknown<Interface>
 {
 public:
-    explicit ListEnum(std::vector<Kept> colItems, std::size_t lNext = 0)
-        : m_colItems(std::move(colItems)), m_lNext(lNext)
+    explicit ListEnum(std::vector<Kept> colItems, std::size_t next = 0)
+        : m_colItems(std::move(colItems)), m_next(next)
     {
     }
     STDMETHODIMP Next(ULONG lCount, Given* pItems, ULONG* plFetched) override
@@ -36,33 +36,33 @@ public:
         if (!pItems || (!plFetched && lCount != 1))
             return E_POINTER;
         ULONG lFetched = 0;
-        for (; lFetched < lCount && m_lNext < m_colItems.size(); ++lFetched)
-            Give(pItems[lFetched], m_colItems[m_lNext++]);
+        for (; lFetched < lCount && m_next < m_colItems.size(); ++lFetched)
+            Give(pItems[lFetched], m_colItems[m_next++]);
         if (plFetched)
             *plFetched = lFetched;
         return lFetched == lCount ? S_OK : S_FALSE;
     }
     STDMETHODIMP Skip(ULONG lCount) override
     {
-        const std::size_t lLeft = m_colItems.size() - m_lNext;
-        m_lNext += std::min<std::size_t>(lCount, lLeft);
-        return lCount <= lLeft ? S_OK : S_FALSE;
+        const std::size_t left = m_colItems.size() - m_next;
+        m_next += std::min<std::size_t>(lCount, left);
+        return lCount <= left ? S_OK : S_FALSE;
     }
     STDMETHODIMP Reset() override
     {
-        m_lNext = 0;
+        m_next = 0;
         return S_OK;
     }
     STDMETHODIMP Clone(Interface** ppEnum) override
     {
         return GuardAs(
             __uuidof(Interface), L"",
-            [&] { StoreIn(ppEnum, [&] { return NewObject<ListEnum>(m_colItems, m_lNext).Detach(); }); });
+            [&] { StoreIn(ppEnum, [&] { return NewObject<ListEnum>(m_colItems, m_next).Detach(); }); });
     }
 
 private:
     std::vector<Kept> m_colItems;
-    std::size_t m_lNext;
+    std::size_t m_next;
 };
 
 using PointEnum = ListEnum<IEnumConnectionPoints, IConnectionPoint*, ComPtr<IConnectionPoint>>;

@@ -88,17 +88,17 @@ void HostCut::Set(Setter<VARIANT_BOOL> set, bool bValue) { Call(set, BoolOf(bVal
 
 TextKey HostCut::KeptText(Keepable eText, Getter<BSTR> get) const
 {
-    const std::uint64_t lRevision = m_cRevisions.Of(m_cHost.Get());
-    if (lRevision == 0)
+    const std::uint64_t revision = m_cRevisions.Of(m_cHost.Get());
+    if (revision == 0)
         return TextKey(Text(get));
-    if (m_cKept && m_cKept->lRevision == lRevision && m_cKept->cTexts[eText])
+    if (m_cKept && m_cKept->revision == revision && m_cKept->cTexts[eText])
         return *m_cKept->cTexts[eText];
     TextKey cText(Text(get));
     // The revision is the one from before the text was read: a change in between shows at the next look.
     if (!m_cKept)
         m_cKept = std::make_unique<Kept>();
-    if (m_cKept->lRevision != lRevision)
-        *m_cKept = Kept{lRevision, {}};
+    if (m_cKept->revision != revision)
+        *m_cKept = Kept{revision, {}};
     m_cKept->cTexts[eText] = cText;
     return cText;
 }

@@ -89,7 +89,7 @@ private:
     };
     struct Kept
     {
-        std::uint64_t lRevision = 0;
+        std::uint64_t revision = 0;
         std::optional<TextKey> cTexts[eKeepables];
     };
 

@@ -163,21 +163,21 @@ HRESULT InterfaceDescription::Call::Take(const DISPPARAMS& arguments, UINT* pArg
     const std::size_t lCount = m_member.Arguments();
     for (UINT i = 0; i < arguments.cArgs; ++i)
     {
-        std::size_t lPosition = arguments.cArgs - 1 - i;
+        std::size_t position = arguments.cArgs - 1 - i;
         if (i < arguments.cNamedArgs)
         {
             const DISPID lName = arguments.rgdispidNamedArgs[i];
-            lPosition = lName == DISPID_PROPERTYPUT ? lCount - 1 : static_cast<std::size_t>(lName);
-            if (lPosition >= lCount || m_colSlots[lPosition].pCaller)
+            position = lName == DISPID_PROPERTYPUT ? lCount - 1 : static_cast<std::size_t>(lName);
+            if (position >= lCount || m_colSlots[position].pCaller)
             {
                 if (pArgErr)
                     *pArgErr = i;
                 return DISP_E_PARAMNOTFOUND;
             }
         }
-        if (lPosition >= lCount || m_colSlots[lPosition].pCaller)
+        if (position >= lCount || m_colSlots[position].pCaller)
             return DISP_E_BADPARAMCOUNT;
-        m_colSlots[lPosition].pCaller = &arguments.rgvarg[i];
+        m_colSlots[position].pCaller = &arguments.rgvarg[i];
     }
     for (std::size_t i = 0; i < m_colSlots.size(); ++i)
     {

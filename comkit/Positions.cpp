@@ -32,19 +32,19 @@ bool IsNumber(const VARIANT& value) noexcept
     }
 }
 
-std::optional<std::size_t> FindPosition(const Variant& cIndex, std::size_t lCount)
+std::optional<std::size_t> FindPosition(const Variant& cIndex, std::size_t count)
 {
     if (!IsNumber(cIndex))
         throw RuntimeError(error::TypeMismatch);
     const auto cLong = cIndex.As(VT_I4); // nothing: outside 32 bits, and so outside every collection
-    if (!cLong || cLong->lVal < 1 || static_cast<std::size_t>(cLong->lVal) > lCount)
+    if (!cLong || cLong->lVal < 1 || static_cast<std::size_t>(cLong->lVal) > count)
         return std::nullopt;
     return static_cast<std::size_t>(cLong->lVal) - 1;
 }
 
-std::size_t PositionFrom(const Variant& cIndex, std::size_t lCount)
+std::size_t PositionFrom(const Variant& cIndex, std::size_t count)
 {
-    const auto lPosition = FindPosition(cIndex, lCount);
+    const auto lPosition = FindPosition(cIndex, count);
     if (!lPosition)
         throw RuntimeError(error::SubscriptOutOfRange);
     return *lPosition;

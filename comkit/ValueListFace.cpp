@@ -51,8 +51,8 @@ STDMETHODIMP ValueListFace::get_Item(VARIANT Index, VARIANT* pVal)
     return Guard(
         [&]
         {
-            const std::size_t lPosition = PositionFrom(Variant::Dereferenced(Index), m_colValues.size());
-            StoreIn(pVal, [&] { return Variant(m_colValues[lPosition]).Detach(); });
+            const std::size_t position = PositionFrom(Variant::Dereferenced(Index), m_colValues.size());
+            StoreIn(pVal, [&] { return Variant(m_colValues[position]).Detach(); });
         });
 }
 
@@ -61,8 +61,8 @@ STDMETHODIMP ValueListFace::Remove(VARIANT Index)
     return Guard(
         [&]
         {
-            const std::size_t lPosition = PositionFrom(Variant::Dereferenced(Index), m_colValues.size());
-            m_colValues.erase(m_colValues.begin() + static_cast<std::ptrdiff_t>(lPosition));
+            const std::size_t position = PositionFrom(Variant::Dereferenced(Index), m_colValues.size());
+            m_colValues.erase(m_colValues.begin() + static_cast<std::ptrdiff_t>(position));
         });
 }
 
@@ -82,7 +82,7 @@ STDMETHODIMP ValueListFace::get__NewEnum(IUnknown** ppEnum)
                         return NewEnumerator(
                                    ComPtr<IUnknown>(static_cast<_clsValueList*>(this)),
                                    [this] { return m_colValues.size(); },
-                                   [this](std::size_t lPosition) { return m_colValues[lPosition]; })
+                                   [this](std::size_t position) { return m_colValues[position]; })
                             .Detach();
                     });
         });

@@ -12,7 +12,7 @@
 #include <string_view>
 
 // What a fuzz target defines. The engine, or the replay of the corpus, calls it with one input.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize);
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t size);
 
 namespace ravlo::fuzz
 {
@@ -27,9 +27,9 @@ inline void Require(bool bTrue, const char* sRule, int lLine)
 }
 #define RAVLO_REQUIRE(condition) ::ravlo::fuzz::Require((condition), #condition, __LINE__)
 
-inline std::string_view BytesOf(const std::uint8_t* pBytes, std::size_t lSize)
+inline std::string_view BytesOf(const std::uint8_t* pBytes, std::size_t size)
 {
-    return {reinterpret_cast<const char*>(pBytes), lSize};
+    return {reinterpret_cast<const char*>(pBytes), size};
 }
 
 // The input as text: UTF-8 where it is, so that any letter can come up, else the code page's.

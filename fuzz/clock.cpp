@@ -2,10 +2,10 @@
 // Clock files: refused with the file's name, or slots that, written again, come out again and go round.
 #include "fuzz/Slots.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t size)
 {
     using namespace ravlo;
-    const std::string_view bytes = fuzz::BytesOf(pBytes, lSize);
+    const std::string_view bytes = fuzz::BytesOf(pBytes, size);
     const auto colRead = fuzz::SlotsIn(ParseClock, bytes);
     if (!colRead)
         return 0;

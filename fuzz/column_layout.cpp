@@ -7,10 +7,10 @@
 
 #include <set>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t size)
 {
     using namespace ravlo;
-    const ColumnLayout layout(fuzz::TextOf(fuzz::BytesOf(pBytes, lSize)));
+    const ColumnLayout layout(fuzz::TextOf(fuzz::BytesOf(pBytes, size)));
     std::set<int> colOrders;
     for (std::size_t lColumn = 0; lColumn < colGridColumns.size(); ++lColumn)
     {

@@ -15,35 +15,35 @@ namespace
 class Rows final : public CsvSink
 {
 public:
-    explicit Rows(std::size_t lLines) : m_lLines(lLines) {}
+    explicit Rows(std::size_t lines) : m_lines(lines) {}
 
-    void OnRow(std::size_t lLine, std::span<const std::string> fields) override
+    void OnRow(std::size_t line, std::span<const std::string> fields) override
     {
-        Next(lLine);
+        Next(line);
         RAVLO_REQUIRE(!fields.empty());
         colRows.emplace_back(fields.begin(), fields.end());
         for (const std::string& sField : fields)
-            lFieldBytes += sField.size();
+            fieldBytes += sField.size();
     }
-    void OnBadRow(std::size_t lLine, CsvFault) override
+    void OnBadRow(std::size_t line, CsvFault) override
     {
-        Next(lLine);
-        ++lBad;
+        Next(line);
+        ++bad;
     }
 
     std::vector<std::vector<std::string>> colRows;
-    std::size_t lFieldBytes = 0;
-    std::size_t lBad = 0;
+    std::size_t fieldBytes = 0;
+    std::size_t bad = 0;
 
 private:
     // Rows are told in the order of their first lines, each line once.
-    void Next(std::size_t lLine)
+    void Next(std::size_t line)
     {
-        RAVLO_REQUIRE(lLine > m_lLast && lLine <= m_lLines);
-        m_lLast = lLine;
+        RAVLO_REQUIRE(line > m_lLast && line <= m_lines);
+        m_lLast = line;
     }
 
-    std::size_t m_lLines;
+    std::size_t m_lines;
     std::size_t m_lLast = 0;
 };
 
@@ -52,10 +52,10 @@ std::string Written(const std::vector<std::vector<std::string>>& colRows)
     std::string sText;
     for (const std::vector<std::string>& row : colRows)
     {
-        for (std::size_t lField = 0; lField < row.size(); ++lField)
+        for (std::size_t field = 0; field < row.size(); ++field)
         {
-            sText += lField == 0 ? "\"" : ",\"";
-            for (const char c : row[lField])
+            sText += field == 0 ? "\"" : ",\"";
+            for (const char c : row[field])
                 sText.append(c == '"' ? 2 : 1, c);
             sText += '"';
         }
@@ -68,20 +68,20 @@ std::string Written(const std::vector<std::vector<std::string>>& colRows)
 
 } // namespace ravlo::fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t size)
 {
     using namespace ravlo;
-    const std::string_view bytes = fuzz::BytesOf(pBytes, lSize);
-    const std::size_t lLines = CountLines(bytes);
-    RAVLO_REQUIRE(lLines <= lSize);
-    fuzz::Rows cRead(lLines);
+    const std::string_view bytes = fuzz::BytesOf(pBytes, size);
+    const std::size_t lines = CountLines(bytes);
+    RAVLO_REQUIRE(lines <= size);
+    fuzz::Rows cRead(lines);
     ReadCsv(bytes, cRead);
-    RAVLO_REQUIRE(cRead.lFieldBytes <= lSize);
+    RAVLO_REQUIRE(cRead.fieldBytes <= size);
 
     const std::string sWritten = fuzz::Written(cRead.colRows);
     fuzz::Rows cAgain(CountLines(sWritten));
     ReadCsv(sWritten, cAgain);
-    RAVLO_REQUIRE(cAgain.lBad == 0);
+    RAVLO_REQUIRE(cAgain.bad == 0);
     RAVLO_REQUIRE(cAgain.colRows == cRead.colRows);
     return 0;
 }

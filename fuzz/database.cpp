@@ -72,10 +72,10 @@ public:
     bool AtEnd() const { return m_bytes.empty(); }
     std::uint64_t Number(int lBytes)
     {
-        std::uint64_t lValue = 0;
+        std::uint64_t value = 0;
         for (; lBytes > 0 && !m_bytes.empty(); --lBytes, m_bytes.remove_prefix(1))
-            lValue = lValue << 8 | static_cast<unsigned char>(m_bytes.front());
-        return lValue;
+            value = value << 8 | static_cast<unsigned char>(m_bytes.front());
+        return value;
     }
     std::string_view Bytes()
     {
@@ -89,15 +89,15 @@ private:
     std::string_view m_bytes;
 };
 
-void Overwrite(std::string& file, std::size_t lAt, std::string_view bytes)
+void Overwrite(std::string& file, std::size_t at, std::string_view bytes)
 {
-    for (std::size_t lByte = 0; lByte < bytes.size() && lAt + lByte < file.size(); ++lByte)
-        file[lAt + lByte] = bytes[lByte];
+    for (std::size_t byte = 0; byte < bytes.size() && at + byte < file.size(); ++byte)
+        file[at + byte] = bytes[byte];
 }
 
 // Sets a value of the file as no program of ours would.
 template <class Bind>
-void Set(const TempFolder& cFolder, Files& files, const std::string& sSql, std::uint64_t lRow, Bind bind)
+void Set(const TempFolder& cFolder, Files& files, const std::string& sSql, std::uint64_t row, Bind bind)
 {
     Put(cFolder, files);
     sqlite3* pDatabase = nullptr;
@@ -107,7 +107,7 @@ void Set(const TempFolder& cFolder, Files& files, const std::string& sSql, std::
     if (sqlite3_prepare_v2(pDatabase, sSql.c_str(), -1, &pStatement, nullptr) == SQLITE_OK)
     {
         bind(pStatement);
-        sqlite3_bind_int64(pStatement, 2, static_cast<sqlite3_int64>(lRow % 6));
+        sqlite3_bind_int64(pStatement, 2, static_cast<sqlite3_int64>(row % 6));
         sqlite3_step(pStatement);
     }
     sqlite3_finalize(pStatement);
@@ -119,14 +119,14 @@ void SetText(const TempFolder& cFolder, Files& files, Input& input)
 {
     static constexpr std::array columns = {"cut_key", "folded_key", "path",  "secondary_key",
                                            "artist",  "title",      "album", "name"};
-    const auto lRow = input.Number(1);
+    const auto row = input.Number(1);
     const std::string sColumn = columns[input.Number(1) % columns.size()];
     const std::string_view bytes = input.Bytes();
     const std::string sSql =
         sColumn == "name"
             ? "UPDATE cut_categories SET name=? WHERE cut_id=(SELECT id FROM cuts LIMIT 1 OFFSET ?)"
             : "UPDATE cuts SET " + sColumn + "=? WHERE id=(SELECT id FROM cuts LIMIT 1 OFFSET ?)";
-    Set(cFolder, files, sSql, lRow,
+    Set(cFolder, files, sSql, row,
         [&](sqlite3_stmt* pStatement) {
             sqlite3_bind_text(pStatement, 1, bytes.data(), static_cast<int>(bytes.size()), SQLITE_TRANSIENT);
         });
@@ -136,15 +136,15 @@ void SetNumber(const TempFolder& cFolder, Files& files, Input& input)
 {
     static constexpr std::array columns = {"id",          "year",      "run_time_ms", "duration_ms",
                                            "last_played", "cat_level", "opener",      "position"};
-    const auto lRow = input.Number(1);
+    const auto row = input.Number(1);
     const std::string sColumn = columns[input.Number(1) % columns.size()];
-    const auto lValue = static_cast<sqlite3_int64>(input.Number(8));
+    const auto value = static_cast<sqlite3_int64>(input.Number(8));
     const std::string sSql =
         sColumn == "position"
             ? "UPDATE cut_categories SET position=? WHERE cut_id=(SELECT id FROM cuts LIMIT 1 OFFSET ?)"
             : "UPDATE cuts SET " + sColumn + "=? WHERE id=(SELECT id FROM cuts LIMIT 1 OFFSET ?)";
-    Set(cFolder, files, sSql, lRow,
-        [&](sqlite3_stmt* pStatement) { sqlite3_bind_int64(pStatement, 1, lValue); });
+    Set(cFolder, files, sSql, row,
+        [&](sqlite3_stmt* pStatement) { sqlite3_bind_int64(pStatement, 1, value); });
 }
 
 Files HarmedFiles(const TempFolder& cFolder, Files files, Input input)
@@ -155,8 +155,8 @@ Files HarmedFiles(const TempFolder& cFolder, Files files, Input input)
         std::string& target = lKind % 2 == 0 ? files.file : files.log;
         if (lKind < 2)
         {
-            const auto lAt = input.Number(2);
-            Overwrite(target, lAt, input.Bytes());
+            const auto at = input.Number(2);
+            Overwrite(target, at, input.Bytes());
         }
         else if (lKind < 4)
             target.resize(std::min(target.size(), std::size_t{input.Number(2)}));
@@ -174,13 +174,13 @@ Files HarmedFiles(const TempFolder& cFolder, Files files, Input input)
 
 } // namespace ravlo::fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t size)
 {
     using namespace ravlo;
     using namespace ravlo::fuzz;
     static const TempFolder cFolder;
     static const fuzz::Files good = GoodFiles(cFolder);
-    const fuzz::Files harmed = HarmedFiles(cFolder, good, Input(fuzz::BytesOf(pBytes, lSize)));
+    const fuzz::Files harmed = HarmedFiles(cFolder, good, Input(fuzz::BytesOf(pBytes, size)));
     Put(cFolder, harmed);
     if (harmed.file.empty())
         return 0; // a missing file is made

@@ -7,14 +7,14 @@
 #include "base/RuntimeError.h"
 #include "ravlobase/StoreErrors.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t size)
 {
     using namespace ravlo;
     static const fuzz::TempFolder cFolder;
     const std::wstring sFile = cFolder.File("station.db");
     for (const char* sName : {"station.db", "station.db-wal", "station.db-shm"})
         cFolder.Write(sName, {});
-    cFolder.Write("library.csv", fuzz::BytesOf(pBytes, lSize));
+    cFolder.Write("library.csv", fuzz::BytesOf(pBytes, size));
 
     Store cStore;
     cStore.Open(sFile);
@@ -26,7 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lS
     catch (const RuntimeError& e)
     {
         RAVLO_REQUIRE(e.Number() == error::InvalidFileFormat ||
-                      (lSize == 0 && e.Number() == error::FileNotFound));
+                      (size == 0 && e.Number() == error::FileNotFound));
         RAVLO_REQUIRE(cStore.AllCuts().empty() && !cStore.LastImport().sFailure.empty());
         return 0;
     }

@@ -21,13 +21,13 @@ namespace
 class Grid final : public CutGrid
 {
 public:
-    std::size_t lColumns = 0;
-    std::size_t lRows = 0;
+    std::size_t columns = 0;
+    std::size_t rows = 0;
     void SetRedraw(bool) override {}
-    std::size_t ColCount() const override { return lColumns; }
-    void AddCol(const std::wstring&, const std::wstring&) override { ++lColumns; }
-    void Clear() override { lRows = 0; }
-    void TakeRows(ListedCuts listed) override { lRows = listed.colCuts.size(); }
+    std::size_t ColCount() const override { return columns; }
+    void AddCol(const std::wstring&, const std::wstring&) override { ++columns; }
+    void Clear() override { rows = 0; }
+    void TakeRows(ListedCuts listed) override { rows = listed.colCuts.size(); }
 };
 
 // One program serves all inputs: asking changes nothing but the order of a level.
@@ -48,7 +48,7 @@ struct Asked
 
 void Pick(Asked& asked, const std::wstring& sKey)
 {
-    const std::size_t lTab = sKey.find(cTab);
+    const std::size_t tab = sKey.find(cTab);
     std::shared_ptr<clsCat> cMainCat;
     std::shared_ptr<clsCat> cSubCat;
     std::wstring sMainKey;
@@ -56,11 +56,11 @@ void Pick(Asked& asked, const std::wstring& sKey)
         sKey, false, nullptr, cMainCat, cSubCat, sMainKey, false, false);
     RAVLO_REQUIRE(cCut != nullptr);
     RAVLO_REQUIRE(cCut->CategoryKey() == sKey);
-    RAVLO_REQUIRE(sMainKey == (lTab == std::wstring::npos ? L"" : CategoryKey(sKey.substr(0, lTab), 0)));
+    RAVLO_REQUIRE(sMainKey == (tab == std::wstring::npos ? L"" : CategoryKey(sKey.substr(0, tab), 0)));
     if (cMainCat)
-        RAVLO_REQUIRE(EqualIgnoringCase(cMainCat->CatName(), sKey.substr(0, lTab)));
+        RAVLO_REQUIRE(EqualIgnoringCase(cMainCat->CatName(), sKey.substr(0, tab)));
     if (cSubCat)
-        RAVLO_REQUIRE(cMainCat && DecimalText(cSubCat->CatLevel()) == sKey.substr(lTab + 1));
+        RAVLO_REQUIRE(cMainCat && DecimalText(cSubCat->CatLevel()) == sKey.substr(tab + 1));
     const bool bPlaceholder = cCut->KindCode() == (cMainCat ? eKindLevelNotFound : eKindMainCatNotFound);
     RAVLO_REQUIRE(bPlaceholder == (cSubCat == nullptr));
 }
@@ -70,16 +70,16 @@ void Show(Asked& asked, const std::wstring& sKey)
     Grid cGrid;
     const auto shown = ShowGridCuts(*asked.cProgram->cSchedMan, cGrid, sKey, nullptr, nullptr);
     RAVLO_REQUIRE(shown.has_value());
-    const std::size_t lAll = asked.cState.cDataBase->colCuts.size();
-    const std::size_t lWanted = shown->bShowingAllAudio ? lAll
+    const std::size_t all = asked.cState.cDataBase->colCuts.size();
+    const std::size_t wanted = shown->bShowingAllAudio ? all
                                 : shown->cCatShown ? static_cast<std::size_t>(shown->cCatShown->TotalCuts())
                                                    : 0;
-    RAVLO_REQUIRE(cGrid.lRows == lWanted);
+    RAVLO_REQUIRE(cGrid.rows == wanted);
     // What it calls the category shows the same again.
     const auto again = ShowGridCuts(*asked.cProgram->cSchedMan, cGrid, shown->strCatKey, nullptr, nullptr);
     if (shown->cCatShown || shown->bShowingAllAudio)
         RAVLO_REQUIRE(again->cCatShown == shown->cCatShown && again->strCatKey == shown->strCatKey &&
-                      cGrid.lRows == lWanted);
+                      cGrid.rows == wanted);
 }
 
 void Name(const std::wstring& sText)
@@ -103,11 +103,11 @@ void Name(const std::wstring& sText)
 
 } // namespace ravlo::fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t size)
 {
     using namespace ravlo::fuzz;
     static Asked asked;
-    const std::wstring sText = TextOf(BytesOf(pBytes, lSize));
+    const std::wstring sText = TextOf(BytesOf(pBytes, size));
     Pick(asked, sText);
     Show(asked, sText);
     Name(sText);

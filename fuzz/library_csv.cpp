@@ -22,7 +22,7 @@ class Library final : public LibraryCsvSink
 public:
     void OnCut(LibraryRow row) override
     {
-        Next(row.lLine);
+        Next(row.line);
         RAVLO_REQUIRE(!row.cPath.Empty());
         RAVLO_REQUIRE(m_colPaths.insert(FoldCase(row.cPath.Text())).second);
         RAVLO_REQUIRE(!row.lYear || (*row.lYear >= 0 && *row.lYear <= 9999));
@@ -37,22 +37,22 @@ public:
         }
         colRows.push_back(std::move(row));
     }
-    void OnReject(std::size_t lLine, const std::wstring& sReason) override
+    void OnReject(std::size_t line, const std::wstring& sReason) override
     {
-        Next(lLine);
+        Next(line);
         RAVLO_REQUIRE(!sReason.empty());
         RAVLO_REQUIRE(sReason.size() < 200);
-        ++lRejects;
+        ++rejects;
     }
 
     std::vector<LibraryRow> colRows;
-    std::size_t lRejects = 0;
+    std::size_t rejects = 0;
 
 private:
-    void Next(std::size_t lLine)
+    void Next(std::size_t line)
     {
-        RAVLO_REQUIRE(lLine > m_lLast);
-        m_lLast = lLine;
+        RAVLO_REQUIRE(line > m_lLast);
+        m_lLast = line;
     }
 
     std::set<std::wstring> m_colPaths;
@@ -112,7 +112,7 @@ bool Read(std::string_view bytes, Library& cLibrary)
     }
     catch (const RuntimeError&)
     {
-        RAVLO_REQUIRE(cLibrary.colRows.empty() && cLibrary.lRejects == 0);
+        RAVLO_REQUIRE(cLibrary.colRows.empty() && cLibrary.rejects == 0);
         return false;
     }
 }
@@ -121,18 +121,18 @@ bool Read(std::string_view bytes, Library& cLibrary)
 
 } // namespace ravlo::fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t size)
 {
     using namespace ravlo;
-    const std::string_view bytes = fuzz::BytesOf(pBytes, lSize);
+    const std::string_view bytes = fuzz::BytesOf(pBytes, size);
     fuzz::Library cRead;
     if (!fuzz::Read(bytes, cRead))
         return 0;
-    RAVLO_REQUIRE(cRead.colRows.size() + cRead.lRejects < CountLines(bytes));
+    RAVLO_REQUIRE(cRead.colRows.size() + cRead.rejects < CountLines(bytes));
 
     fuzz::Library cAgain;
     RAVLO_REQUIRE(fuzz::Read(fuzz::Written(cRead.colRows), cAgain));
-    RAVLO_REQUIRE(cAgain.lRejects == 0);
+    RAVLO_REQUIRE(cAgain.rejects == 0);
     RAVLO_REQUIRE(cAgain.colRows.size() == cRead.colRows.size());
     for (std::size_t lRow = 0; lRow < cRead.colRows.size(); ++lRow)
         RAVLO_REQUIRE(fuzz::SameRow(cAgain.colRows[lRow], cRead.colRows[lRow]));

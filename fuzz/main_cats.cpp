@@ -3,11 +3,11 @@
 // categories and the same bytes.
 #include "fuzz/RadioStation.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t size)
 {
     using namespace ravlo;
     using namespace ravlo::fuzz;
-    const std::string bytes(BytesOf(pBytes, lSize));
+    const std::string bytes(BytesOf(pBytes, size));
     const std::wstring sPath = RadioStation::Path(L"MainCats.txt");
     RadioStation cState;
     // The code page lacks the last one's letters.

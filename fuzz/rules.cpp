@@ -35,12 +35,12 @@ Values ValuesOf(const clsCatRules& cRules)
 
 } // namespace ravlo::fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t size)
 {
     using namespace ravlo;
     using namespace ravlo::fuzz;
-    const std::string bytes(BytesOf(pBytes, lSize));
-    const bool bWhole = bytes.size() >= clsCatRules::lRecordSize;
+    const std::string bytes(BytesOf(pBytes, size));
+    const bool bWhole = bytes.size() >= clsCatRules::recordSize;
     const std::wstring sPath = RadioStation::Path(std::wstring(L"Rules\\") + sCatID + L".rls");
     RadioStation cState;
     cState.cPorts.cFiles.Put(sPath, bytes);
@@ -57,7 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lS
     // Released without a change: the same again, in the form it is written in, or kept.
     const std::wstring sKept = sPath + L".bak";
     const bool bRewritten = cState.Bytes(sPath) != bytes;
-    RAVLO_REQUIRE(!bRewritten || cState.Bytes(sPath).size() == clsCatRules::lRecordSize);
+    RAVLO_REQUIRE(!bRewritten || cState.Bytes(sPath).size() == clsCatRules::recordSize);
     RAVLO_REQUIRE(bWhole || !bRewritten || (cState.Has(sKept) && cState.Bytes(sKept) == bytes));
     {
         clsCatRules cRules(cMod);
@@ -68,7 +68,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lS
         cRules.SetAlbumSepMins(-8);
         read = ValuesOf(cRules);
         RAVLO_REQUIRE(read.lTitle == 7 && read.lAlbum == 8);
-        RAVLO_REQUIRE(cState.Bytes(sPath).size() == clsCatRules::lRecordSize);
+        RAVLO_REQUIRE(cState.Bytes(sPath).size() == clsCatRules::recordSize);
     }
     const std::string written = cState.Bytes(sPath);
     cState.cPorts.cMessages.Boxes.clear();

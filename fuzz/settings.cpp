@@ -21,13 +21,13 @@ std::vector<std::int32_t> ValuesIn(const ModScheduler& cMod)
 
 } // namespace ravlo::fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t size)
 {
     using namespace ravlo;
     using namespace ravlo::fuzz;
     const std::wstring sPath = RadioStation::Path(L"SchedulerSettings.dat");
     RadioStation cState;
-    cState.cPorts.cFiles.Put(sPath, BytesOf(pBytes, lSize));
+    cState.cPorts.cFiles.Put(sPath, BytesOf(pBytes, size));
     ModScheduler cMod(cState.cPorts.Ports());
     cMod.StoreAppPath(RadioStation::sFolder);
     cMod.LoadSettings();

@@ -12,9 +12,9 @@ namespace ravlo::fuzz
 namespace
 {
 
-constexpr std::size_t lRecord = HistoryFiles::lRecordSize;
-constexpr std::size_t lAtLevel = 765;
-constexpr std::size_t lAtMarker = 769;
+constexpr std::size_t record = HistoryFiles::recordSize;
+constexpr std::size_t atLevel = 765;
+constexpr std::size_t atMarker = 769;
 constexpr const wchar_t* sCat = L"Pop";
 
 // Among them paths that cannot be told apart in a record: by their 255th byte, and by letters that the code
@@ -43,9 +43,9 @@ void RequireContents(const Program& cProgram, std::string_view bytes)
     for (const auto& [sKey, lLevel] : CutsOfThePop())
         colWanted[lLevel].insert(sKey);
     std::set<std::int32_t> colDeclared;
-    for (std::size_t lAt = 0; bytes.size() % lRecord == 0 && lAt < bytes.size(); lAt += lRecord)
-        if (GetInteger(bytes, lAt + lAtMarker) != 0)
-            colDeclared.insert(GetLong(bytes, lAt + lAtLevel));
+    for (std::size_t at = 0; bytes.size() % record == 0 && at < bytes.size(); at += record)
+        if (GetInteger(bytes, at + atMarker) != 0)
+            colDeclared.insert(GetLong(bytes, at + atLevel));
     for (const auto& [lLevel, colKeys] : Contents(cProgram))
     {
         const auto wanted = colWanted.find(lLevel);
@@ -60,11 +60,11 @@ void RequireContents(const Program& cProgram, std::string_view bytes)
 
 } // namespace ravlo::fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t size)
 {
     using namespace ravlo;
     using namespace ravlo::fuzz;
-    const std::string bytes(BytesOf(pBytes, lSize));
+    const std::string bytes(BytesOf(pBytes, size));
     const std::wstring sPath = RadioStation::SifPath(sCat);
     RadioStation cState;
     for (const auto& [sKey, lLevel] : CutsOfThePop())
@@ -77,12 +77,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lS
         RequireContents(cProgram, bytes);
         RAVLO_REQUIRE(cProgram.cSchedMan->SaveHistoryAndOrdering(nullptr));
         written = cState.Bytes(sPath);
-        std::size_t lRecords = 0;
+        std::size_t records = 0;
         for (const auto& [lLevel, colKeys] : cProgram.Orders(sCat))
-            lRecords += colKeys.empty() ? 1 : colKeys.size();
-        RAVLO_REQUIRE(written.size() == lRecords * lRecord);
+            records += colKeys.empty() ? 1 : colKeys.size();
+        RAVLO_REQUIRE(written.size() == records * record);
         // What could not be understood as a whole is kept.
-        if (bytes.size() % lRecord != 0)
+        if (bytes.size() % record != 0)
             RAVLO_REQUIRE(cState.Has(sPath + L".bak"));
         if (cState.Has(sPath + L".bak"))
             RAVLO_REQUIRE(cState.Bytes(sPath + L".bak") == bytes);

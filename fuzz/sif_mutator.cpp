@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <random>
 
-extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* pBytes, std::size_t lSize, std::size_t lMaxSize);
+extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* pBytes, std::size_t lSize, std::size_t maxSize);
 
 namespace ravlo::fuzz
 {
@@ -17,18 +17,18 @@ namespace ravlo::fuzz
 namespace
 {
 
-constexpr std::size_t lRecord = HistoryFiles::lRecordSize;
-constexpr std::size_t lAtPath = 510;
-constexpr std::size_t lAtLevel = 765;
-constexpr std::size_t lAtMarker = 769;
+constexpr std::size_t lRecord = HistoryFiles::recordSize;
+constexpr std::size_t atPath = 510;
+constexpr std::size_t atLevel = 765;
+constexpr std::size_t atMarker = 769;
 
 // One of the things that happen to records: one comes twice, two change places, a level or a path is another.
 void MutateRecords(std::string& bytes, std::mt19937& cChance)
 {
-    const std::size_t lCount = bytes.size() / lRecord;
-    const auto any = [&] { return cChance() % lCount * lRecord; };
-    const std::size_t lAt = any();
-    const std::string record = bytes.substr(lAt, lRecord);
+    const std::size_t count = bytes.size() / lRecord;
+    const auto any = [&] { return cChance() % count * lRecord; };
+    const std::size_t at = any();
+    const std::string record = bytes.substr(at, lRecord);
     static constexpr std::int32_t levels[] = {0, 1, 2, 3, 7, -1, 32764, 2147483647};
     switch (cChance() % 6)
     {
@@ -36,20 +36,20 @@ void MutateRecords(std::string& bytes, std::mt19937& cChance)
         bytes.insert(any(), record);
         break;
     case 1:
-        bytes.erase(lAt, lRecord);
+        bytes.erase(at, lRecord);
         break;
     case 2:
-        bytes.erase(lAt, lRecord);
+        bytes.erase(at, lRecord);
         bytes.append(record);
         break;
     case 3:
-        PutLong(std::span(bytes.data() + lAt, lRecord), lAtLevel, levels[cChance() % std::size(levels)]);
+        PutLong(std::span(bytes.data() + at, lRecord), atLevel, levels[cChance() % std::size(levels)]);
         break;
     case 4:
-        PutInteger(std::span(bytes.data() + lAt, lRecord), lAtMarker, cChance() % 2 == 0 ? 0 : -1);
+        PutInteger(std::span(bytes.data() + at, lRecord), atMarker, cChance() % 2 == 0 ? 0 : -1);
         break;
     default:
-        bytes.replace(lAt + lAtPath, 255, bytes, any() + lAtPath, 255);
+        bytes.replace(at + atPath, 255, bytes, any() + atPath, 255);
     }
 }
 
@@ -57,16 +57,16 @@ void MutateRecords(std::string& bytes, std::mt19937& cChance)
 
 } // namespace ravlo::fuzz
 
-extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* pBytes, std::size_t lSize, std::size_t lMaxSize,
+extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* pBytes, std::size_t lSize, std::size_t maxSize,
                                                unsigned lSeed)
 {
     using namespace ravlo::fuzz;
     std::mt19937 cChance(lSeed);
     if (lSize < lRecord || cChance() % 2 == 0)
-        return LLVMFuzzerMutate(pBytes, lSize, lMaxSize);
+        return LLVMFuzzerMutate(pBytes, lSize, maxSize);
     std::string bytes(BytesOf(pBytes, lSize));
     MutateRecords(bytes, cChance);
-    bytes.resize(std::min(bytes.size(), lMaxSize));
+    bytes.resize(std::min(bytes.size(), maxSize));
     std::copy(bytes.begin(), bytes.end(), pBytes);
     return bytes.size();
 }

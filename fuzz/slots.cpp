@@ -5,10 +5,10 @@
 
 #include "base/DateTime.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t lSize)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t size)
 {
     using namespace ravlo;
-    const std::string_view bytes = fuzz::BytesOf(pBytes, lSize);
+    const std::string_view bytes = fuzz::BytesOf(pBytes, size);
     const auto colRead = fuzz::SlotsIn(ParseSlots, bytes);
     if (!colRead)
         return 0;

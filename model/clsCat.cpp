@@ -16,10 +16,10 @@ namespace ravlo
 namespace
 {
 
-bool FitsLong(std::int64_t lValue)
+bool FitsLong(std::int64_t value)
 {
-    return lValue >= std::numeric_limits<std::int32_t>::min() &&
-           lValue <= std::numeric_limits<std::int32_t>::max();
+    return value >= std::numeric_limits<std::int32_t>::min() &&
+           value <= std::numeric_limits<std::int32_t>::max();
 }
 
 // A level's key, without memory of its own: levels are looked up for every cut that is placed.
@@ -28,26 +28,26 @@ class LevelKey
 public:
     explicit LevelKey(std::int32_t lLevel) noexcept
     {
-        std::array<char, lMost> digits;
+        std::array<char, most> digits;
         const char* pEnd = std::to_chars(digits.data(), digits.data() + digits.size(), lLevel).ptr;
-        m_lLength = static_cast<std::size_t>(pEnd - digits.data());
-        std::copy_n(digits.begin(), m_lLength, m_text.begin());
+        m_length = static_cast<std::size_t>(pEnd - digits.data());
+        std::copy_n(digits.begin(), m_length, m_text.begin());
     }
-    std::wstring_view Text() const noexcept { return {m_text.data(), m_lLength}; }
+    std::wstring_view Text() const noexcept { return {m_text.data(), m_length}; }
 
 private:
-    static constexpr std::size_t lMost = 11; // of a number of 32 bits, with its sign
-    std::array<wchar_t, lMost> m_text;
-    std::size_t m_lLength;
+    static constexpr std::size_t most = 11; // of a number of 32 bits, with its sign
+    std::array<wchar_t, most> m_text;
+    std::size_t m_length;
 };
 
 // lTotal / lCount as automation divides and converts: in double precision, to nearest, ties to even.
-std::int32_t AverageOf(std::int64_t lTotal, std::int64_t lCount)
+std::int32_t AverageOf(std::int64_t total, std::int64_t count)
 {
-    if (lCount == 0)
+    if (count == 0)
         return 0;
     const std::optional<std::int32_t> lAverage =
-        ToLong(static_cast<double>(lTotal) / static_cast<double>(lCount));
+        ToLong(static_cast<double>(total) / static_cast<double>(count));
     if (!lAverage)
         throw RuntimeError(error::Overflow);
     return *lAverage;
@@ -146,19 +146,19 @@ std::shared_ptr<clsCatRules> clsCat::Rules()
 std::int32_t clsCat::AverageRunTimemS()
 {
     if (m_lCatLevel != 0)
-        return AverageOf(m_lTotalRunTime, static_cast<std::int64_t>(m_colSchedCuts->Count()));
+        return AverageOf(m_totalRunTime, static_cast<std::int64_t>(m_colSchedCuts->Count()));
     // On purpose: the sum of the levels' averages, not of their totals, divided by the number of cuts, and
     // left behind as this category's total; hosts show this figure.
-    m_lTotalRunTime = 0;
-    std::int64_t lCount = 0;
+    m_totalRunTime = 0;
+    std::int64_t count = 0;
     for (const std::shared_ptr<clsCat>& cSubCat : *m_colSubCats)
     {
-        m_lTotalRunTime += cSubCat->AverageRunTimemS();
-        if (!FitsLong(m_lTotalRunTime))
+        m_totalRunTime += cSubCat->AverageRunTimemS();
+        if (!FitsLong(m_totalRunTime))
             throw RuntimeError(error::Overflow);
-        lCount += static_cast<std::int64_t>(cSubCat->m_colSchedCuts->Count());
+        count += static_cast<std::int64_t>(cSubCat->m_colSchedCuts->Count());
     }
-    return AverageOf(m_lTotalRunTime, lCount);
+    return AverageOf(m_totalRunTime, count);
 }
 
 std::shared_ptr<CutCollection> clsCat::SchedCuts() const
@@ -189,7 +189,7 @@ void clsCat::SetSchedCuts(const Cuts& colCuts)
     Cuts colNamed;
     std::vector<PlacedCut> colPlaced;
     Cats colMade;
-    std::int64_t lRefused = 0;
+    std::int64_t refused = 0;
     bool bCreatedNewSubCat = false;
     try
     {
@@ -198,7 +198,7 @@ void clsCat::SetSchedCuts(const Cuts& colCuts)
             if (!cCut)
                 continue;
             if (cCut->CatLevel() == 0)
-                ++lRefused;
+                ++refused;
             else if (m_lCatLevel == 0)
             {
                 const std::int32_t lLevel = cCut->CatLevel();
@@ -226,11 +226,11 @@ void clsCat::SetSchedCuts(const Cuts& colCuts)
         throw;
     }
     m_colSchedCuts = std::move(colNew);
-    if (lRefused > 0)
+    if (refused > 0)
         ShowLevelZero();
-    if (lRefused > 1)
+    if (refused > 1)
         m_cMod.WriteDebugLog(L"Level 0 cuts refused by category " + m_sCatName + L": " +
-                             DecimalText(lRefused) + L" in all.");
+                             DecimalText(refused) + L" in all.");
     RecalcTotalRunTime();
 }
 
@@ -288,7 +288,7 @@ clsCat::Placed clsCat::PlaceInLevel(const std::shared_ptr<Cut>& cCut)
     const std::shared_ptr<CutCollection> colCuts = m_colSchedCuts;
     const bool bAdded = colCuts->Add(cKey, cCut);
     if (bAdded)
-        m_lTotalRunTime += lRunTime;
+        m_totalRunTime += lRunTime;
     try
     {
         cCut->AddCategoryName(m_sCatName);
@@ -296,12 +296,12 @@ clsCat::Placed clsCat::PlaceInLevel(const std::shared_ptr<Cut>& cCut)
     catch (...)
     {
         if (bAdded && colCuts->Remove(cKey)) // a cut is placed whole or not at all
-            m_lTotalRunTime -= lRunTime;
+            m_totalRunTime -= lRunTime;
         throw;
     }
     if (!bAdded)
         return Placed::No;
-    return FitsLong(m_lTotalRunTime) ? Placed::Yes : Placed::YesOverflow;
+    return FitsLong(m_totalRunTime) ? Placed::Yes : Placed::YesOverflow;
 }
 
 void clsCat::ShowLevelZero() const
@@ -375,13 +375,13 @@ bool clsCat::RemoveCut(const std::shared_ptr<Cut>& cCut)
     const bool bNamed = cCut->HasCategoryName(m_sCatName);
     const std::int32_t lRunTime = bNamed ? cCut->RunTimemS() : 0;
     const std::shared_ptr<CutCollection> colCuts = m_colSchedCuts;
-    const std::optional<std::size_t> lPosition = colCuts->PositionOf(cKey);
-    if (!lPosition)
+    const std::optional<std::size_t> position = colCuts->PositionOf(cKey);
+    if (!position)
         return false;
     // The order first, as in PlaceInLevel.
-    const std::shared_ptr<Cut> cPlaced = colCuts->At(*lPosition);
-    colCuts->RemoveAt(*lPosition);
-    m_lTotalRunTime -= lRunTime;
+    const std::shared_ptr<Cut> cPlaced = colCuts->At(*position);
+    colCuts->RemoveAt(*position);
+    m_totalRunTime -= lRunTime;
     if (!bNamed)
         return true;
     try
@@ -391,8 +391,8 @@ bool clsCat::RemoveCut(const std::shared_ptr<Cut>& cCut)
     catch (...)
     {
         // A cut is taken out whole or not at all.
-        if (colCuts->Insert(std::min(*lPosition, colCuts->Count()), &cKey, cPlaced))
-            m_lTotalRunTime += lRunTime;
+        if (colCuts->Insert(std::min(*position, colCuts->Count()), &cKey, cPlaced))
+            m_totalRunTime += lRunTime;
         throw;
     }
     return true;
@@ -402,10 +402,10 @@ std::int32_t clsCat::TotalCuts() const noexcept
 {
     if (m_lCatLevel != 0)
         return static_cast<std::int32_t>(m_colSchedCuts->Count());
-    std::size_t lTotal = 0;
+    std::size_t total = 0;
     for (const std::shared_ptr<clsCat>& cSubCat : *m_colSubCats)
-        lTotal += cSubCat->m_colSchedCuts->Count();
-    return static_cast<std::int32_t>(lTotal);
+        total += cSubCat->m_colSchedCuts->Count();
+    return static_cast<std::int32_t>(total);
 }
 
 bool clsCat::AddSubCat(const std::shared_ptr<clsCat>& cSubCat)
@@ -437,12 +437,12 @@ void clsCat::RequireLevel(const clsCat& cSubCat) const
 
 bool clsCat::LevelsInOrder() const noexcept
 {
-    return m_colSubCats->Changes() == m_lOrderedAt && !m_bLevelRenumbered;
+    return m_colSubCats->Changes() == m_orderedAt && !m_bLevelRenumbered;
 }
 
 void clsCat::NoteLevelsInOrder() noexcept
 {
-    m_lOrderedAt = m_colSubCats->Changes();
+    m_orderedAt = m_colSubCats->Changes();
     m_bLevelRenumbered = false;
 }
 
@@ -454,8 +454,8 @@ bool clsCat::InsertLevel(const TextKey& cKey, const std::shared_ptr<clsCat>& cSu
         const auto it = std::upper_bound(m_colSubCats->begin(), m_colSubCats->end(), cSubCat->CatLevel(),
                                          [](std::int32_t lLevel, const std::shared_ptr<clsCat>& cOther)
                                          { return lLevel < cOther->CatLevel(); });
-        const auto lPosition = static_cast<std::size_t>(it - m_colSubCats->begin());
-        if (!m_colSubCats->Insert(lPosition, &cKey, cSubCat))
+        const auto position = static_cast<std::size_t>(it - m_colSubCats->begin());
+        if (!m_colSubCats->Insert(position, &cKey, cSubCat))
             return false;
         NoteLevelsInOrder();
         return true;
@@ -478,9 +478,9 @@ void clsCat::SortSubCats()
 {
     // In place, so that a host that holds the collection keeps seeing this category's levels. Whatever a host
     // put out of order is put right on the way.
-    const auto LevelAt = [this](std::size_t lPosition) { return m_colSubCats->At(lPosition)->CatLevel(); };
-    const auto IsBefore = [&](std::size_t lLeft, std::size_t lRight)
-    { return LevelAt(lLeft) < LevelAt(lRight); };
+    const auto LevelAt = [this](std::size_t position) { return m_colSubCats->At(position)->CatLevel(); };
+    const auto IsBefore = [&](std::size_t left, std::size_t right)
+    { return LevelAt(left) < LevelAt(right); };
     std::vector<std::size_t> colOrder(m_colSubCats->Count());
     std::iota(colOrder.begin(), colOrder.end(), std::size_t{0});
     if (!std::is_sorted(colOrder.begin(), colOrder.end(), IsBefore))
@@ -525,15 +525,15 @@ std::wstring clsCat::CatID() const
 void clsCat::RecalcTotalRunTime()
 {
     const std::uint32_t lOwn = ++m_lRecalculations;
-    const std::int64_t lBefore = m_lTotalRunTime;
-    std::int64_t lTotal = 0;
+    const std::int64_t before = m_totalRunTime;
+    std::int64_t total = 0;
     for (const std::shared_ptr<Cut>& cCut : m_lCatLevel != 0 ? CopyOf(*m_colSchedCuts) : CutsOfLevels())
-        lTotal += cCut->RunTimemS();
+        total += cCut->RunTimemS();
     // A cut may let others run while it is asked. What they placed or removed here has changed the total
     // itself; another recalculation, which is the newer one, has set it.
     if (lOwn == m_lRecalculations)
-        m_lTotalRunTime = lTotal + (m_lTotalRunTime - lBefore);
-    if (!FitsLong(m_lTotalRunTime))
+        m_totalRunTime = total + (m_totalRunTime - before);
+    if (!FitsLong(m_totalRunTime))
         throw RuntimeError(error::Overflow);
 }
 

@@ -14,13 +14,13 @@ namespace ravlo
 namespace
 {
 
-constexpr std::size_t lAtArtist = 0;
-constexpr std::size_t lAtTitle = 4;
-constexpr std::size_t lAtIgnore = 8;
-constexpr std::size_t lAtCatID = 10;
-constexpr std::size_t lAtAlbum = 65;
-static_assert(lAtCatID + clsCatRules::lCatIDWidth == lAtAlbum);
-static_assert(lAtAlbum + 4 == clsCatRules::lRecordSize);
+constexpr std::size_t atArtist = 0;
+constexpr std::size_t atTitle = 4;
+constexpr std::size_t atIgnore = 8;
+constexpr std::size_t atCatID = 10;
+constexpr std::size_t atAlbum = 65;
+static_assert(atCatID + clsCatRules::catIDWidth == atAlbum);
+static_assert(atAlbum + 4 == clsCatRules::recordSize);
 
 constexpr std::int32_t lNotSet = -1;
 
@@ -62,12 +62,12 @@ void clsCatRules::SetCatID(const std::wstring& sCatID)
     if (sCatID.empty())
         return;
     GetRules(sCatID);
-    m_sCatID = sCatID.substr(0, lCatIDWidth);
+    m_sCatID = sCatID.substr(0, catIDWidth);
     m_sSeenPath = PathOf(CatID());
     m_lSeen = m_cMod.Saved().NewestOf(m_sSeenPath);
-    if (sCatID.size() > lCatIDWidth)
+    if (sCatID.size() > catIDWidth)
         m_cMod.WriteDebugLog(L"Warning: the rules of " + sCatID + L" are saved under the first " +
-                             DecimalText(lCatIDWidth) + L" characters of that name.");
+                             DecimalText(catIDWidth) + L" characters of that name.");
 }
 
 std::int32_t clsCatRules::ArtistSepMins() const noexcept
@@ -211,7 +211,7 @@ std::optional<std::string> clsCatRules::ReadRecord(const std::wstring& sPath)
 {
     std::optional<std::string> bytes =
         m_cMod.Saved().Read(sPath, this, m_cMod.IsOnAir() ? Patience::None : Patience::UpToASecond);
-    if (bytes && bytes->size() < lRecordSize)
+    if (bytes && bytes->size() < recordSize)
     {
         m_cMod.Saved().NotUnderstood(sPath, this);
         throw RuntimeError(error::InputPastEnd);
@@ -222,10 +222,10 @@ std::optional<std::string> clsCatRules::ReadRecord(const std::wstring& sPath)
 void clsCatRules::TakeRecord(std::string_view record)
 {
     const auto SetOrNot = [](std::int32_t lMins) { return lMins < 0 ? lNotSet : lMins; };
-    m_lArtist = SetOrNot(GetLong(record, lAtArtist));
-    m_lTitle = SetOrNot(GetLong(record, lAtTitle));
-    m_bIgnore = GetInteger(record, lAtIgnore) != 0;
-    m_lAlbum = SetOrNot(GetLong(record, lAtAlbum));
+    m_lArtist = SetOrNot(GetLong(record, atArtist));
+    m_lTitle = SetOrNot(GetLong(record, atTitle));
+    m_bIgnore = GetInteger(record, atIgnore) != 0;
+    m_lAlbum = SetOrNot(GetLong(record, atAlbum));
 }
 
 std::wstring clsCatRules::PathOf(const std::wstring& sName) const
@@ -235,12 +235,12 @@ std::wstring clsCatRules::PathOf(const std::wstring& sName) const
 
 std::string clsCatRules::Encode() const
 {
-    std::string bytes(lRecordSize, '\0');
-    PutLong(bytes, lAtArtist, m_lArtist);
-    PutLong(bytes, lAtTitle, m_lTitle);
-    PutInteger(bytes, lAtIgnore, m_bIgnore ? -1 : 0);
-    PutText(bytes, lAtCatID, lCatIDWidth, m_cMod.Ports().cCodePage.Encode(m_sCatID));
-    PutLong(bytes, lAtAlbum, m_lAlbum);
+    std::string bytes(recordSize, '\0');
+    PutLong(bytes, atArtist, m_lArtist);
+    PutLong(bytes, atTitle, m_lTitle);
+    PutInteger(bytes, atIgnore, m_bIgnore ? -1 : 0);
+    PutText(bytes, atCatID, catIDWidth, m_cMod.Ports().cCodePage.Encode(m_sCatID));
+    PutLong(bytes, atAlbum, m_lAlbum);
     return bytes;
 }
 

@@ -18,9 +18,9 @@ class clsCatRules
 {
 public:
     // Size of a rules file: 4 + 4 + 2 + 55 + 4 bytes.
-    static constexpr std::size_t lRecordSize = 69;
+    static constexpr std::size_t recordSize = 69;
     // Width of the CatID field: characters in memory, bytes of the code page in the file.
-    static constexpr std::size_t lCatIDWidth = 55;
+    static constexpr std::size_t catIDWidth = 55;
 
     explicit clsCatRules(ModScheduler& cMod);
     // Rewrites the file once more, when it is the one this object last read or wrote and no other rules

@@ -13,7 +13,7 @@ namespace
 {
 
 constexpr std::wstring_view sDigits = L"0123456789abcdef";
-constexpr std::size_t lDigits = 8;
+constexpr std::size_t digits = 8;
 constexpr std::wstring_view sTemporaryEnd = L".tmp";
 
 // A short name no file in the folder has. The start is drawn by chance, so that two processes that write into
@@ -21,8 +21,8 @@ constexpr std::wstring_view sTemporaryEnd = L".tmp";
 std::wstring TemporaryPathBeside(const Files& cFiles, const std::wstring& sPath)
 {
     static std::atomic<std::uint32_t> lNext{std::random_device{}()};
-    const std::size_t lSeparator = sPath.find_last_of(L"\\/");
-    const std::wstring sFolder = lSeparator == std::wstring::npos ? L"" : sPath.substr(0, lSeparator + 1);
+    const std::size_t separator = sPath.find_last_of(L"\\/");
+    const std::wstring sFolder = separator == std::wstring::npos ? L"" : sPath.substr(0, separator + 1);
     for (;;)
     {
         std::wstring sTemporary = sFolder + L"~";
@@ -39,9 +39,9 @@ std::wstring TemporaryPathBeside(const Files& cFiles, const std::wstring& sPath)
 
 bool IsTemporaryName(std::wstring_view sName) noexcept
 {
-    return sName.size() == 1 + lDigits + sTemporaryEnd.size() && sName.front() == L'~' &&
+    return sName.size() == 1 + digits + sTemporaryEnd.size() && sName.front() == L'~' &&
            sName.ends_with(sTemporaryEnd) &&
-           sName.substr(1, lDigits).find_first_not_of(sDigits) == std::wstring_view::npos;
+           sName.substr(1, digits).find_first_not_of(sDigits) == std::wstring_view::npos;
 }
 
 void ReplaceFile(Files& cFiles, const std::wstring& sPath, std::string_view bytes, Patience ePatience)

@@ -11,9 +11,9 @@ namespace
 
 std::size_t PairHash(const std::wstring& sArtist, const std::wstring& sTitle) noexcept
 {
-    const std::size_t lArtist = HashIgnoringCase(sArtist);
+    const std::size_t artist = HashIgnoringCase(sArtist);
     // The shift keeps a swapped pair, and one with equal texts, apart from the others.
-    return HashIgnoringCase(sTitle) ^ ((lArtist << 7) | (lArtist >> (sizeof(std::size_t) * 8 - 7)));
+    return HashIgnoringCase(sTitle) ^ ((artist << 7) | (artist >> (sizeof(std::size_t) * 8 - 7)));
 }
 
 bool HasPair(const CutValues& values) { return !values.cArtist.Empty() || !values.cTitle.Empty(); }

@@ -18,7 +18,7 @@ public:
     void Add(StoreCut& cCut);
     void Remove(const StoreCut& cCut) noexcept;
     void Clear() noexcept { m_cuts.clear(); }
-    void Reserve(std::size_t lCount) { m_cuts.reserve(lCount); }
+    void Reserve(std::size_t count) { m_cuts.reserve(count); }
 
     // The cut with the lowest ID of that pair, null when there is none.
     StoreCut* Find(const std::wstring& sArtist, const std::wstring& sTitle) const noexcept;

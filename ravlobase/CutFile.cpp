@@ -25,11 +25,11 @@ namespace
 constexpr std::uint32_t lApplicationID = 0x52415642; // "RAVB"
 constexpr std::uint32_t lFormatVersion = 1;
 
-constexpr std::size_t lHeadSize = 100;
-constexpr std::size_t lPageSizeAt = 16; // two bytes; 1 stands for 65536
-constexpr std::size_t lPagesAt = 28;
-constexpr std::size_t lVersionAt = 60;
-constexpr std::size_t lApplicationAt = 68;
+constexpr std::size_t headSize = 100;
+constexpr std::size_t pageSizeAt = 16; // two bytes; 1 stands for 65536
+constexpr std::size_t pagesAt = 28;
+constexpr std::size_t versionAt = 60;
+constexpr std::size_t applicationAt = 68;
 constexpr std::string_view sMagic{"SQLite format 3\0", 16};
 
 constexpr const char* sCutsTable = "CREATE TABLE cuts("
@@ -173,10 +173,10 @@ std::string ColumnNames()
     return sNames;
 }
 
-std::uint32_t BigEndian(std::string_view bytes, std::size_t lAt, std::size_t lLength = 4)
+std::uint32_t BigEndian(std::string_view bytes, std::size_t lAt, std::size_t length = 4)
 {
     std::uint32_t lValue = 0;
-    for (std::size_t i = 0; i < lLength; ++i)
+    for (std::size_t i = 0; i < length; ++i)
     {
         lValue = (lValue << 8) | static_cast<unsigned char>(bytes[lAt + i]);
     }
@@ -194,19 +194,19 @@ void CheckHead(const std::wstring& sFile, const std::string& bytes)
     {
         Refuse(sFile, L"is no media database");
     }
-    if (bytes.size() < lHeadSize)
+    if (bytes.size() < headSize)
     {
         Refuse(sFile, L"is damaged");
     }
-    if (BigEndian(bytes, lApplicationAt) != lApplicationID)
+    if (BigEndian(bytes, applicationAt) != lApplicationID)
     {
         Refuse(sFile, L"belongs to another program");
     }
-    if (BigEndian(bytes, lVersionAt) > lFormatVersion)
+    if (BigEndian(bytes, versionAt) > lFormatVersion)
     {
         Refuse(sFile, L"was written by a newer version of this program");
     }
-    if (BigEndian(bytes, lVersionAt) != lFormatVersion)
+    if (BigEndian(bytes, versionAt) != lFormatVersion)
     {
         Refuse(sFile, L"is damaged");
     }
@@ -215,8 +215,8 @@ void CheckHead(const std::wstring& sFile, const std::string& bytes)
 // The size that the header speaks of.
 std::int64_t SizeIn(const std::string& bytes)
 {
-    const std::int64_t lPageSize = BigEndian(bytes, lPageSizeAt, 2);
-    return (lPageSize == 1 ? 65536 : lPageSize) * BigEndian(bytes, lPagesAt);
+    const std::int64_t pageSize = BigEndian(bytes, pageSizeAt, 2);
+    return (pageSize == 1 ? 65536 : pageSize) * BigEndian(bytes, pagesAt);
 }
 
 // Removes a file and what SQLite may have left beside it. What cannot be removed stays.
@@ -424,7 +424,7 @@ CutFile::CutFile(const std::wstring& sFile, std::vector<StoredCut>& colCuts)
     : m_cConnection(ReadyPath(sFile), sFile, sqlite::Connection::Mode::eExisting)
 {
     const bool bHadLog = HasLog(sFile);
-    const auto head = m_cConnection.RawHead(lHeadSize);
+    const auto head = m_cConnection.RawHead(headSize);
     CheckHead(sFile, head);
     if (!bHadLog && m_cConnection.RawSize() != SizeIn(head))
     {
@@ -453,7 +453,7 @@ CutFile::CutFile(const std::wstring& sFile, std::vector<StoredCut>& colCuts)
 std::vector<StoredCut> CutFile::ReadSound(const std::wstring& sFile)
 {
     m_cConnection.Run("PRAGMA cell_size_check = ON; PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL");
-    m_lRead = DataVersion();
+    m_read = DataVersion();
     const auto log = BeginReading(m_cConnection);
     CheckSize(m_cConnection, log, sFile);
     CheckStructure(m_cConnection);
@@ -462,7 +462,7 @@ std::vector<StoredCut> CutFile::ReadSound(const std::wstring& sFile)
     return colCuts;
 }
 
-bool CutFile::ChangedByOthers() { return DataVersion() != m_lRead; }
+bool CutFile::ChangedByOthers() { return DataVersion() != m_read; }
 
 std::vector<StoredCut> CutFile::Read()
 {
@@ -472,7 +472,7 @@ std::vector<StoredCut> CutFile::Read()
     {
         auto colCuts = ReadCuts(m_cConnection);
         m_cConnection.Run("COMMIT");
-        m_lRead = lVersion;
+        m_read = lVersion;
         return colCuts;
     }
     catch (...)
@@ -564,10 +564,10 @@ void CutFile::Delete(std::int32_t lID)
 void CutFile::WriteCategories(std::int32_t lID, const CutValues& values)
 {
     auto& statement = Prepared("INSERT INTO cut_categories(cut_id, position, name) VALUES(?,?,?)");
-    std::int64_t lPosition = 0;
+    std::int64_t position = 0;
     for (const auto& cName : values.colCategories)
     {
-        statement.Bind(1, static_cast<std::int64_t>(lID)).Bind(2, lPosition++).Bind(3, cName.Text()).Run();
+        statement.Bind(1, static_cast<std::int64_t>(lID)).Bind(2, position++).Bind(3, cName.Text()).Run();
     }
 }
 

@@ -54,7 +54,7 @@ private:
     std::int64_t DataVersion();
 
     sqlite::Connection m_cConnection;
-    std::int64_t m_lRead = 0; // SQLite's number of the state that was read last
+    std::int64_t m_read = 0; // SQLite's number of the state that was read last
     std::unordered_map<std::string, sqlite::Statement> m_statements;
 };
 

@@ -19,12 +19,12 @@ namespace
 {
 
 constexpr std::string_view sUtf8Mark = "\xEF\xBB\xBF";
-constexpr std::size_t lShownOfACell = 40;
+constexpr std::size_t shownOfACell = 40;
 
 // A cell as it is quoted in a reason.
 std::wstring Quoted(const std::wstring& sCell)
 {
-    return L'"' + (sCell.size() > lShownOfACell ? sCell.substr(0, lShownOfACell) + L"..." : sCell) + L'"';
+    return L'"' + (sCell.size() > shownOfACell ? sCell.substr(0, shownOfACell) + L"..." : sCell) + L'"';
 }
 
 // A whole number in plain decimal digits, perhaps signed, within the limits.
@@ -36,21 +36,21 @@ std::optional<std::int32_t> WholeNumber(const std::wstring& sText, std::int32_t 
     {
         return std::nullopt;
     }
-    std::int64_t lValue = 0;
+    std::int64_t value = 0;
     for (const wchar_t c : sDigits)
     {
-        lValue = lValue * 10 + (c - L'0');
-        if (lValue > std::numeric_limits<std::int32_t>::max())
+        value = value * 10 + (c - L'0');
+        if (value > std::numeric_limits<std::int32_t>::max())
         {
             return std::nullopt;
         }
     }
-    lValue = bNegative ? -lValue : lValue;
-    if (lValue < lMin || lValue > lMax)
+    value = bNegative ? -value : value;
+    if (value < lMin || value > lMax)
     {
         return std::nullopt;
     }
-    return static_cast<std::int32_t>(lValue);
+    return static_cast<std::int32_t>(value);
 }
 
 // Each takes one cell, which is not blank, into the row. False when the cell cannot be used.
@@ -171,7 +171,7 @@ public:
 
     bool HasHeader() const noexcept { return !m_columns.empty(); }
 
-    void OnRow(std::size_t lLine, std::span<const std::string> fields) override
+    void OnRow(std::size_t line, std::span<const std::string> fields) override
     {
         if (!HasHeader())
         {
@@ -179,22 +179,22 @@ public:
             return;
         }
         LibraryRow row;
-        row.lLine = lLine;
+        row.line = line;
         if (const auto sReason = TakeRow(row, fields); !sReason.empty())
         {
-            m_cSink.OnReject(lLine, sReason);
+            m_cSink.OnReject(line, sReason);
             return;
         }
         m_cSink.OnCut(std::move(row));
     }
 
-    void OnBadRow(std::size_t lLine, CsvFault eFault) override
+    void OnBadRow(std::size_t line, CsvFault eFault) override
     {
         if (!HasHeader())
         {
             RefuseFile(L"in its header line " + ReasonOf(eFault));
         }
-        m_cSink.OnReject(lLine, ReasonOf(eFault));
+        m_cSink.OnReject(line, ReasonOf(eFault));
     }
 
 private:
@@ -248,7 +248,7 @@ private:
         {
             return L"no path";
         }
-        const auto [it, bNew] = m_lLineOfPath.try_emplace(row.cPath, row.lLine);
+        const auto [it, bNew] = m_lLineOfPath.try_emplace(row.cPath, row.line);
         return bNew ? L""
                     : L"line " + DecimalText(static_cast<std::int64_t>(it->second)) + L" has the same path";
     }

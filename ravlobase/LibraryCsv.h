@@ -17,7 +17,7 @@ namespace ravlo
 // What one row of a library CSV says about a cut. A blank cell and a missing column say nothing.
 struct LibraryRow
 {
-    std::size_t lLine = 0;
+    std::size_t line = 0;
     TextKey cPath;
     std::optional<std::wstring> sArtist;
     std::optional<std::wstring> sTitle;
@@ -39,7 +39,7 @@ public:
     virtual ~LibraryCsvSink() = default;
     virtual void OnCut(LibraryRow row) = 0;
     // A row that cannot be used, and why, as a person can be told.
-    virtual void OnReject(std::size_t lLine, const std::wstring& sReason) = 0;
+    virtual void OnReject(std::size_t line, const std::wstring& sReason) = 0;
 };
 
 // Reads a library CSV (docs/formats/library-csv.md) from its bytes. No two cuts handed out have the same

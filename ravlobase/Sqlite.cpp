@@ -21,9 +21,9 @@ constexpr int lCommandmS = 5000; // longer than an import of a large library tak
 // The head of SQLite's index of a write-ahead log (its file format, "WAL-index header"): 32-bit words in the
 // byte order of the machine.
 constexpr int lIndexPage = 32768;
-constexpr std::size_t lChangeWord = 2;
-constexpr std::size_t lFramesWord = 4;
-constexpr std::size_t lPagesWord = 5;
+constexpr std::size_t changeWord = 2;
+constexpr std::size_t framesWord = 4;
+constexpr std::size_t pagesWord = 5;
 
 RuntimeError ErrorOf(int lCode, const std::wstring& sFile, const char* sMessage)
 {
@@ -118,10 +118,10 @@ std::int64_t Connection::RawSize()
     return lSize;
 }
 
-std::string Connection::RawHead(std::size_t lCount)
+std::string Connection::RawHead(std::size_t count)
 {
     auto* pFile = RawFile();
-    std::string bytes(static_cast<std::size_t>(std::min(RawSize(), static_cast<std::int64_t>(lCount))), '\0');
+    std::string bytes(static_cast<std::size_t>(std::min(RawSize(), static_cast<std::int64_t>(count))), '\0');
     Check(pFile->pMethods->xRead(pFile, bytes.data(), static_cast<int>(bytes.size()), 0));
     return bytes;
 }
@@ -136,7 +136,7 @@ std::optional<Connection::Log> Connection::WriteAheadLog()
         return std::nullopt;
     }
     const auto* pWords = static_cast<const std::uint32_t volatile*>(pIndex);
-    return Log{pWords[lChangeWord], pWords[lFramesWord], pWords[lPagesWord]};
+    return Log{pWords[changeWord], pWords[framesWord], pWords[pagesWord]};
 }
 
 void Connection::KeepLogOnClose(bool bKeep)
@@ -166,9 +166,9 @@ Statement::Statement(Connection& cConnection, const std::string& sSql) : m_cConn
     cConnection.Check(lCode);
 }
 
-Statement& Statement::Bind(int lAt, std::int64_t lValue)
+Statement& Statement::Bind(int lAt, std::int64_t value)
 {
-    m_cConnection.Check(sqlite3_bind_int64(m_pStatement.get(), lAt, lValue));
+    m_cConnection.Check(sqlite3_bind_int64(m_pStatement.get(), lAt, value));
     return *this;
 }
 

@@ -35,7 +35,7 @@ public:
     // The file itself, without a lock, a journal or a page of it being touched: its size, and its first bytes
     // (fewer when it is shorter).
     std::int64_t RawSize();
-    std::string RawHead(std::size_t lCount);
+    std::string RawHead(std::size_t count);
     // What the write-ahead log says to a reader that begins now; nothing without one. It is SQLite's own
     // index of the log, which other programs may be changing: two equal answers around a look at the file
     // belong to it.
@@ -76,7 +76,7 @@ public:
     Statement(Connection& cConnection, const std::string& sSql);
 
     // Parameters count from 1. Text is copied.
-    Statement& Bind(int lAt, std::int64_t lValue);
+    Statement& Bind(int lAt, std::int64_t value);
     Statement& Bind(int lAt, double dValue);
     Statement& Bind(int lAt, std::wstring_view sValue);
 

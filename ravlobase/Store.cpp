@@ -8,9 +8,9 @@ namespace ravlo
 
 // --- what every part uses
 
-std::wstring Store::Impl::CutsText(std::size_t lCount)
+std::wstring Store::Impl::CutsText(std::size_t count)
 {
-    return DecimalText(static_cast<std::int64_t>(lCount)) + (lCount == 1 ? L" cut" : L" cuts");
+    return DecimalText(static_cast<std::int64_t>(count)) + (count == 1 ? L" cut" : L" cuts");
 }
 
 void Store::Impl::CheckValues(const CutValues& values)
@@ -188,11 +188,11 @@ std::size_t Store::Impl::BeginBatch()
     return batches.size();
 }
 
-void Store::Impl::CommitBatch(std::size_t lDepth)
+void Store::Impl::CommitBatch(std::size_t depth)
 {
     NeedOpen();
     NeedSoundBatch();
-    if (batches.size() != lDepth)
+    if (batches.size() != depth)
     {
         throw RuntimeError(error::InvalidProcedureCall, L"This batch of changes has ended already.");
     }
@@ -204,19 +204,19 @@ void Store::Impl::CommitBatch(std::size_t lDepth)
     }
 }
 
-void Store::Impl::EndBatches(std::size_t lDepth) noexcept
+void Store::Impl::EndBatches(std::size_t depth) noexcept
 {
-    while (!batches.empty() && batches.size() >= lDepth)
+    while (!batches.empty() && batches.size() >= depth)
     {
-        UndoTo(batches.back().lUndoFrom);
+        UndoTo(batches.back().undoFrom);
         batches.pop_back();
     }
     bBatchLost = bBatchLost && !batches.empty();
 }
 
-void Store::Impl::UndoTo(std::size_t lSize) noexcept
+void Store::Impl::UndoTo(std::size_t size) noexcept
 {
-    while (colUndo.size() > lSize)
+    while (colUndo.size() > size)
     {
         TakeValues(*colUndo.back().pCut, std::move(colUndo.back().old));
         colUndo.pop_back();
@@ -242,9 +242,9 @@ void Store::Impl::NeedSoundBatch() const
 
 // --- events
 
-void Store::Impl::RaiseProgress(const std::wstring& sText, std::size_t lCount, std::size_t lMax)
+void Store::Impl::RaiseProgress(const std::wstring& sText, std::size_t count, std::size_t max)
 {
-    Raise([&](DataBaseEvents& cEvents) { cEvents.Progress(sText, Long(lCount), Long(lMax)); });
+    Raise([&](DataBaseEvents& cEvents) { cEvents.Progress(sText, Long(count), Long(max)); });
 }
 
 // --- the Store
@@ -330,8 +330,8 @@ void Store::EndGathering()
     m_cImpl->gathered.End();
 }
 
-Store::Batch::Batch(Store& cStore) : m_cStore(cStore), m_lDepth(cStore.m_cImpl->BeginBatch()) {}
-Store::Batch::~Batch() { m_cStore.m_cImpl->EndBatches(m_lDepth); }
-void Store::Batch::Commit() { m_cStore.m_cImpl->CommitBatch(m_lDepth); }
+Store::Batch::Batch(Store& cStore) : m_cStore(cStore), m_depth(cStore.m_cImpl->BeginBatch()) {}
+Store::Batch::~Batch() { m_cStore.m_cImpl->EndBatches(m_depth); }
+void Store::Batch::Commit() { m_cStore.m_cImpl->CommitBatch(m_depth); }
 
 } // namespace ravlo

@@ -16,7 +16,7 @@ namespace ravlo
 // A row of an imported file that could not be used. Lines count from 1.
 struct ImportReject
 {
-    std::size_t lLine;
+    std::size_t line;
     std::wstring sReason;
 };
 
@@ -125,7 +125,7 @@ public:
 
     private:
         Store& m_cStore;
-        std::size_t m_lDepth;
+        std::size_t m_depth;
     };
 
 private:

@@ -26,8 +26,8 @@ void AddNames(std::vector<TextKey>& colNames, const std::vector<std::wstring>& c
         std::size_t operator()(const TextKey& cName) const noexcept { return cName.Hash(); }
     };
     // A cut mostly has a name or two, which are found sooner without a table.
-    constexpr std::size_t lFew = 16;
-    const bool bFew = colNames.size() + colMore.size() <= lFew;
+    constexpr std::size_t few = 16;
+    const bool bFew = colNames.size() + colMore.size() <= few;
     std::unordered_set<TextKey, Hash> colSeen;
     if (!bFew)
     {

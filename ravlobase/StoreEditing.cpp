@@ -234,8 +234,8 @@ void Store::Impl::TakeOut(const Cuts& colRemoved)
     }
     // Many removals one by one would move the pointers behind each of them: then what stays is gathered
     // anew.
-    constexpr std::size_t lFew = 16;
-    if (colRemoved.size() <= lFew)
+    constexpr std::size_t few = 16;
+    if (colRemoved.size() <= few)
     {
         for (const auto& cCut : colRemoved)
         {

@@ -50,11 +50,11 @@ struct Store::Impl : CutOwner
 
     static constexpr std::int32_t lProgressEvery = 500; // cuts or lines between two reports
 
-    static std::int32_t Long(std::size_t lCount)
+    static std::int32_t Long(std::size_t count)
     {
-        return static_cast<std::int32_t>(std::min<std::size_t>(lCount, INT32_MAX));
+        return static_cast<std::int32_t>(std::min<std::size_t>(count, INT32_MAX));
     }
-    static std::wstring CutsText(std::size_t lCount); // "1 cut", "2 cuts"
+    static std::wstring CutsText(std::size_t count); // "1 cut", "2 cuts"
     // Error 5 for values that no database keeps.
     static void CheckValues(const CutValues& values);
     static void CheckLastPlayed(DateTime dtWhen);
@@ -99,15 +99,15 @@ struct Store::Impl : CutOwner
     struct OpenBatch
     {
         std::unique_ptr<sqlite::Transaction> pTransaction;
-        std::size_t lUndoFrom;
+        std::size_t undoFrom;
     };
 
     std::size_t BeginBatch();
-    void CommitBatch(std::size_t lDepth);
+    void CommitBatch(std::size_t depth);
 
     // Undoes the batches from the innermost one to the one that stands lDepth deep, if they are still open.
-    void EndBatches(std::size_t lDepth) noexcept;
-    void UndoTo(std::size_t lSize) noexcept;
+    void EndBatches(std::size_t depth) noexcept;
+    void UndoTo(std::size_t size) noexcept;
 
     // Some failures (a full disk) end SQLite's transaction,
     // and all of the batch with it.
@@ -136,12 +136,12 @@ struct Store::Impl : CutOwner
         }
     }
 
-    void RaiseProgress(const std::wstring& sText, std::size_t lCount, std::size_t lMax);
+    void RaiseProgress(const std::wstring& sText, std::size_t count, std::size_t max);
 
     // Surrounds the work, which returns the closing status, with ProgressStart and ProgressDone.
-    template <class Work> void WithProgress(const std::wstring& sReason, std::size_t lMax, Work work)
+    template <class Work> void WithProgress(const std::wstring& sReason, std::size_t max, Work work)
     {
-        Raise([&](DataBaseEvents& cEvents) { cEvents.ProgressStart(sReason, Long(lMax)); });
+        Raise([&](DataBaseEvents& cEvents) { cEvents.ProgressStart(sReason, Long(max)); });
         const auto Done = [&](const std::wstring& sStatus)
         { Raise([&](DataBaseEvents& cEvents) { cEvents.ProgressDone(sStatus); }); };
         try

@@ -11,7 +11,7 @@ namespace ravlo
 namespace
 {
 
-std::wstring Decimal(std::size_t lCount) { return DecimalText(static_cast<std::int64_t>(lCount)); }
+std::wstring Decimal(std::size_t count) { return DecimalText(static_cast<std::int64_t>(count)); }
 
 // What a row says, laid over what is there already.
 CutValues Merged(CutValues values, const LibraryRow& row)
@@ -68,7 +68,7 @@ std::wstring ImportReport::Text() const
     std::wstring sText = Summary();
     for (const auto& reject : colRejects)
     {
-        sText += sCrLf + (L"Line " + Decimal(reject.lLine)) + L": " + reject.sReason;
+        sText += sCrLf + (L"Line " + Decimal(reject.line)) + L": " + reject.sReason;
     }
     return sText;
 }
@@ -77,26 +77,26 @@ std::wstring ImportReport::Text() const
 // they like.
 struct Store::Impl::Rows : LibraryCsvSink
 {
-    Rows(Impl& cStoreIn, std::size_t lLinesIn) : cStore(cStoreIn), lLines(lLinesIn) {}
+    Rows(Impl& cStoreIn, std::size_t linesIn) : cStore(cStoreIn), lines(linesIn) {}
 
     void OnCut(LibraryRow row) override
     {
-        const std::size_t lLine = row.lLine;
+        const std::size_t line = row.line;
         colRows.push_back(std::move(row));
         if (colRows.size() % lProgressEvery == 0)
         {
-            cStore.RaiseProgress(L"Reading line " + Decimal(lLine), lLine, lLines);
+            cStore.RaiseProgress(L"Reading line " + Decimal(line), line, lines);
         }
     }
 
-    void OnReject(std::size_t lLine, const std::wstring& sReason) override
+    void OnReject(std::size_t line, const std::wstring& sReason) override
     {
-        colRejects.push_back({lLine, sReason});
-        cStore.RaiseProgress(L"Line " + Decimal(lLine) + L" rejected: " + sReason, lLine, lLines);
+        colRejects.push_back({line, sReason});
+        cStore.RaiseProgress(L"Line " + Decimal(line) + L" rejected: " + sReason, line, lines);
     }
 
     Impl& cStore;
-    std::size_t lLines;
+    std::size_t lines;
     std::vector<LibraryRow> colRows;
     std::vector<ImportReject> colRejects;
 };
@@ -134,11 +134,11 @@ std::int32_t Store::Impl::ImportCsv(const std::wstring& sCsv)
     try
     {
         const std::string bytes = ReadFile(sCsv);
-        const std::size_t lLines = CountLines(bytes);
-        WithProgress(L"Importing cuts", lLines,
+        const std::size_t lines = CountLines(bytes);
+        WithProgress(L"Importing cuts", lines,
                      [&]
                      {
-                         Rows cRows(*this, lLines);
+                         Rows cRows(*this, lines);
                          ReadLibraryCsv(bytes, cRows);
                          NeedOpenAndNoBatch(); // a listener may have closed it meanwhile
                          imported = WriteRows(cRows.colRows);

@@ -26,15 +26,15 @@ std::optional<CutKind> Resolve(const CatCollection* colMainCats, const RotationR
                                RotationAnswer& answer)
 {
     const std::wstring_view sKey = request.strSubCatKey;
-    const std::size_t lTab = sKey.find(cTab);
-    if (lTab == std::wstring_view::npos)
+    const std::size_t tab = sKey.find(cTab);
+    if (tab == std::wstring_view::npos)
         return eKindMainCatNotFound;
-    answer.sMainCatKey = CategoryKey(std::wstring(sKey.substr(0, lTab)), 0);
+    answer.sMainCatKey = CategoryKey(std::wstring(sKey.substr(0, tab)), 0);
     answer.cMainCat = ItemOf(colMainCats, answer.sMainCatKey);
     if (!answer.cMainCat)
         return eKindMainCatNotFound;
     // All that follows the first TAB: a second one is part of no level's number.
-    answer.cSubCat = ItemOf(answer.cMainCat->SubCats().get(), sKey.substr(lTab + 1));
+    answer.cSubCat = ItemOf(answer.cMainCat->SubCats().get(), sKey.substr(tab + 1));
     if (!answer.cSubCat)
         return eKindLevelNotFound;
     if (!request.bForEditablePlaylist && !request.bRotatesAllowed)

@@ -77,7 +77,7 @@ void PendingPlayTimes::Keep(const TextKey& cKey, const std::shared_ptr<Cut>& cCu
         m_colPending.Add(cKey, std::move(pending));
 }
 
-std::optional<RuntimeError> PendingPlayTimes::WriteAll(const DataBase& cDataBase, std::size_t lMostRefusals)
+std::optional<RuntimeError> PendingPlayTimes::WriteAll(const DataBase& cDataBase, std::size_t mostRefusals)
 {
     std::optional<RuntimeError> cRefusal;
     if (m_bWriting || m_colPending.Empty())
@@ -93,7 +93,7 @@ std::optional<RuntimeError> PendingPlayTimes::WriteAll(const DataBase& cDataBase
     colKeys.reserve(m_colPending.Count());
     for (std::size_t i = 0; i < m_colPending.Count(); ++i)
         colKeys.push_back(*m_colPending.KeyAt(i));
-    std::size_t lRefusals = 0;
+    std::size_t refusals = 0;
     for (const TextKey& cKey : colKeys)
     {
         try
@@ -105,7 +105,7 @@ std::optional<RuntimeError> PendingPlayTimes::WriteAll(const DataBase& cDataBase
             cRefusal = CurrentError();
             m_colPending.SendToBack(cKey);
             m_lRefusedAt = m_cClock.TickCount();
-            if (++lRefusals >= lMostRefusals)
+            if (++refusals >= mostRefusals)
                 break;
         }
     }

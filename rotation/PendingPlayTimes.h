@@ -36,7 +36,7 @@ public:
 
     // Tries to write every pending time at once; gives up after lMostRefusals. A time is dropped when the cut
     // was given another one since: that is the newer play. Returns the last refusal.
-    [[nodiscard]] std::optional<RuntimeError> WriteAll(const DataBase& cDataBase, std::size_t lMostRefusals);
+    [[nodiscard]] std::optional<RuntimeError> WriteAll(const DataBase& cDataBase, std::size_t mostRefusals);
 
 private:
     struct Pending

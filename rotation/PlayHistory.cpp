@@ -34,8 +34,8 @@ void PlayHistory::Record(const Cut& cCut, const DataBase& cDataBase)
 void PlayHistory::WritePendingTimes(const DataBase& cDataBase)
 {
     // A single cut that refuses for a reason of its own does not cost the others.
-    constexpr std::size_t lMostRefusals = 2;
-    Tell(m_cTimes.WriteAll(cDataBase, lMostRefusals));
+    constexpr std::size_t mostRefusals = 2;
+    Tell(m_cTimes.WriteAll(cDataBase, mostRefusals));
 }
 
 // Last in any operation: who is told may let anything run.

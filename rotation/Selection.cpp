@@ -18,7 +18,7 @@ namespace ravlo
 namespace
 {
 
-constexpr std::size_t lStepsPerPump = 5;
+constexpr std::size_t stepsPerPump = 5;
 // Stands for "never" where the title broke no rule.
 constexpr float sngNoTitlePlay = 1'000'000.0F;
 constexpr const wchar_t* sViolatesRulesWhere = L"ViolatesRules [schedman]";
@@ -119,13 +119,13 @@ public:
             return Refused(StepKind::NoCategory, eKindNoCategory);
         if (m_cSubCat->CatLevel() == 0)
             return Refused(StepKind::LevelZero, eKindLevelZero);
-        const std::size_t lCuts = m_cSubCat->SchedCuts()->Count();
-        if (lCuts == 0)
+        const std::size_t cuts = m_cSubCat->SchedCuts()->Count();
+        if (cuts == 0)
             return Refused(StepKind::LevelEmpty, eKindLevelEmpty);
 
-        for (std::size_t i = 1; i <= lCuts; ++i)
+        for (std::size_t i = 1; i <= cuts; ++i)
         {
-            if (i % lStepsPerPump == 0)
+            if (i % stepsPerPump == 0)
                 m_world.pump();
             // Looked up at each step: at a pump the level may have been emptied, re-ordered or deleted.
             const std::shared_ptr<CutCollection> colOrder = m_cSubCat->SchedCuts();
@@ -161,9 +161,9 @@ private:
         if (!m_colOrder)
         {
             m_colOrder = colOrder;
-            m_lChanges = colOrder->Changes();
+            m_changes = colOrder->Changes();
         }
-        else if (colOrder != m_colOrder || colOrder->Changes() != m_lChanges)
+        else if (colOrder != m_colOrder || colOrder->Changes() != m_changes)
             m_bDisturbed = true;
     }
 
@@ -171,7 +171,7 @@ private:
     // these there may be fresh ones. False when there is no fresh cut.
     bool BringFreshCutToHead(CutCollection& colOrder)
     {
-        for (std::size_t lPassed = 0; lPassed < colOrder.Count(); ++lPassed)
+        for (std::size_t passed = 0; passed < colOrder.Count(); ++passed)
         {
             m_bMovedCuts = true;
             const TextKey* pKey = colOrder.KeyAt(0);
@@ -226,7 +226,7 @@ private:
     {
         const bool bSent = SendToBackOfCategory(m_cSubCat.get(), &cHead, m_world);
         const bool bMoved = MoveHeadToEnd(colOrder, cHead);
-        m_lChanges += (bSent ? 1u : 0u) + (bMoved ? 1u : 0u);
+        m_changes += (bSent ? 1u : 0u) + (bMoved ? 1u : 0u);
         if (bSent && bMoved)
             m_bDisturbed = true; // another cut went to the back, behind some that were examined
     }
@@ -313,7 +313,7 @@ private:
     const SelectionContext& m_world;
     Reference m_reference;
     std::shared_ptr<CutCollection> m_colOrder; // at the first step
-    std::uint64_t m_lChanges = 0;              // of that order, as far as they are this walk's own
+    std::uint64_t m_changes = 0;              // of that order, as far as they are this walk's own
     bool m_bDisturbed = false;
     ExaminedKeys m_colExamined;
     BestViolator m_best;

@@ -13,11 +13,11 @@ namespace
 
 std::wstring Joined(std::initializer_list<std::wstring_view> pieces)
 {
-    std::size_t lLength = 0;
+    std::size_t length = 0;
     for (const std::wstring_view sPiece : pieces)
-        lLength += sPiece.size();
+        length += sPiece.size();
     std::wstring sText;
-    sText.reserve(lLength);
+    sText.reserve(length);
     for (const std::wstring_view sPiece : pieces)
         sText.append(sPiece);
     return sText;

@@ -16,9 +16,9 @@ constexpr double dMillisecondsPerSecond = 1000.0;
 constexpr double dSecondsPerDay = 86400.0;
 constexpr float sngSecondsPerMinute = 60.0F;
 
-float Minutes(std::int64_t lReference, std::int64_t lPlayed)
+float Minutes(std::int64_t lReference, std::int64_t played)
 {
-    const double dSeconds = static_cast<double>(lReference) - static_cast<double>(lPlayed);
+    const double dSeconds = static_cast<double>(lReference) - static_cast<double>(played);
     return std::abs(static_cast<float>(dSeconds) / sngSecondsPerMinute);
 }
 
@@ -46,8 +46,8 @@ public:
             const std::shared_ptr<Cut> cLastPlayed = lastPlay();
             if (!cLastPlayed)
                 return;
-            const std::int64_t lStart = Start();
-            const float sngMinsAgo = Minutes(lStart, WholeSeconds(m_cHistory.TimeOf(*cLastPlayed)));
+            const std::int64_t start = Start();
+            const float sngMinsAgo = Minutes(start, WholeSeconds(m_cHistory.TimeOf(*cLastPlayed)));
             if (static_cast<double>(sngMinsAgo) < static_cast<double>(lSeparation))
                 Note(eRule, sngMinsAgo, pOwnMinsAgo);
         }

@@ -19,13 +19,13 @@ void CarryLevelOrder(const CutCollection& colFrom, CutCollection& colTo)
 {
     std::vector<std::size_t> colOrder;
     colOrder.reserve(colTo.Count());
-    for (std::size_t lAt = 0; lAt < colTo.Count(); ++lAt)
-        if (const TextKey* cKey = colTo.KeyAt(lAt); !cKey || !colFrom.Exists(*cKey))
-            colOrder.push_back(lAt);
-    for (std::size_t lAt = 0; lAt < colFrom.Count(); ++lAt)
-        if (const TextKey* cKey = colFrom.KeyAt(lAt))
-            if (const std::optional<std::size_t> lPosition = colTo.PositionOf(*cKey))
-                colOrder.push_back(*lPosition);
+    for (std::size_t at = 0; at < colTo.Count(); ++at)
+        if (const TextKey* cKey = colTo.KeyAt(at); !cKey || !colFrom.Exists(*cKey))
+            colOrder.push_back(at);
+    for (std::size_t at = 0; at < colFrom.Count(); ++at)
+        if (const TextKey* cKey = colFrom.KeyAt(at))
+            if (const std::optional<std::size_t> position = colTo.PositionOf(*cKey))
+                colOrder.push_back(*position);
     colTo.Reorder(colOrder);
 }
 

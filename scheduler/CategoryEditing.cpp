@@ -12,7 +12,7 @@ namespace ravlo
 namespace
 {
 
-constexpr std::size_t lCutsPerReport = 50;
+constexpr std::size_t cutsPerReport = 50;
 
 std::wstring NameOf(const clsCat& cCat)
 {
@@ -34,23 +34,23 @@ bool MoveInFrontOf(CutCollection& colCuts, const std::vector<TextKey>& colKeys, 
     std::vector<bool> bMoves(lCount);
     for (const TextKey& cKey : colKeys)
     {
-        const std::optional<std::size_t> lPosition = colCuts.PositionOf(cKey);
-        if (!lPosition || bMoves[*lPosition])
+        const std::optional<std::size_t> position = colCuts.PositionOf(cKey);
+        if (!position || bMoves[*position])
             continue;
-        bMoves[*lPosition] = true;
-        colMoved.push_back(*lPosition);
+        bMoves[*position] = true;
+        colMoved.push_back(*position);
     }
     if (colMoved.empty())
         return false;
-    const std::size_t lBefore = std::min(lCount, static_cast<std::size_t>(std::max(PosInto, 1) - 1));
+    const std::size_t before = std::min(lCount, static_cast<std::size_t>(std::max(PosInto, 1) - 1));
     std::vector<std::size_t> colOrder;
     colOrder.reserve(lCount);
-    for (std::size_t lPosition = 0; lPosition <= lCount; ++lPosition)
+    for (std::size_t position = 0; position <= lCount; ++position)
     {
-        if (lPosition == lBefore)
+        if (position == before)
             colOrder.insert(colOrder.end(), colMoved.begin(), colMoved.end());
-        if (lPosition < lCount && !bMoves[lPosition])
-            colOrder.push_back(lPosition);
+        if (position < lCount && !bMoves[position])
+            colOrder.push_back(position);
     }
     colCuts.Reorder(colOrder);
     return true;
@@ -97,14 +97,14 @@ Cats LevelsOf(const clsCat& cMainCat) { return {cMainCat.SubCats()->begin(), cMa
 
 } // namespace
 
-std::wstring ListCats(const Cats& colCats, std::size_t lMost)
+std::wstring ListCats(const Cats& colCats, std::size_t most)
 {
-    const std::size_t lListed = lMost == 0 ? colCats.size() : std::min(lMost, colCats.size());
+    const std::size_t listed = most == 0 ? colCats.size() : std::min(most, colCats.size());
     std::wstring sList;
-    for (std::size_t lCat = 0; lCat < lListed; ++lCat)
-        sList += (lCat == 0 ? L"" : L", ") + NameOf(*colCats[lCat]);
-    if (lListed < colCats.size())
-        sList += L"... (+" + CountText(colCats.size() - lListed) + L")";
+    for (std::size_t cat = 0; cat < listed; ++cat)
+        sList += (cat == 0 ? L"" : L", ") + NameOf(*colCats[cat]);
+    if (listed < colCats.size())
+        sList += L"... (+" + CountText(colCats.size() - listed) + L")";
     return sList;
 }
 
@@ -118,7 +118,7 @@ void CategoryEditing::ShuffleCategories(const Cats& colCats, bool bConfirmFirst)
         return;
     if (bConfirmFirst &&
         cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"Confirm Shuffle.",
-                 L"Really shuffle these categories: " + ListCats(colPresent, lMostListed)) != BoxAnswer::Yes)
+                 L"Really shuffle these categories: " + ListCats(colPresent, mostListed)) != BoxAnswer::Yes)
         return;
     AffectedCats cAffected;
     cMod.Ports().cRandom.Randomize();
@@ -217,11 +217,11 @@ void CategoryEditing::EmptyLevel(CutChanges& cChanges, const SchedulerState::Pla
 {
     const Cuts colCuts(place.cSubCat->SchedCuts()->begin(), place.cSubCat->SchedCuts()->end());
     CutChanges::Rhythm rhythm;
-    rhythm.lCuts = lCutsPerReport;
-    rhythm.tell = [&](std::size_t lDone)
+    rhythm.cuts = cutsPerReport;
+    rhythm.tell = [&](std::size_t done)
     {
-        m_cState.cEvents.Progress(L"Removed " + CountText(lDone) + L" from: " + NameOf(*place.cSubCat),
-                                    static_cast<std::int64_t>(lDone), std::ssize(colCuts));
+        m_cState.cEvents.Progress(L"Removed " + CountText(done) + L" from: " + NameOf(*place.cSubCat),
+                                    static_cast<std::int64_t>(done), std::ssize(colCuts));
     };
     rhythm.goOn = [&] { return Contains(m_cState, place.cSubCat); };
     rhythm.mayLeave = [&](const SchedulerState::Place& left) { return left.cSubCat == place.cSubCat; };

@@ -16,10 +16,10 @@ namespace ravlo
 
 // The names of categories as one text: a main category by its name, a level by name, blank and number, joined
 // with ", ". With a lMost above 0 the list ends after that many with "... (+n)".
-std::wstring ListCats(const Cats& colCats, std::size_t lMost = 0);
+std::wstring ListCats(const Cats& colCats, std::size_t most = 0);
 
 // How many categories a question lists before it ends in "... (+n)": more would not fit a screen.
-inline constexpr std::size_t lMostListed = 30;
+inline constexpr std::size_t mostListed = 30;
 
 // Shuffling, deleting and re-ordering: what the windows and hosts do to categories that exist. A category
 // that is handed in stands for the tree's of the same name and number, since a host may hold one from before

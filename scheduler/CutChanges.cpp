@@ -34,31 +34,31 @@ CutChanges::~CutChanges()
 std::size_t CutChanges::Run(const Cuts& colCuts, const Change& change, const Rhythm& rhythm)
 {
     const std::span colLeft(colCuts);
-    const std::size_t lStep = rhythm.lCuts == 0 ? colCuts.size() : rhythm.lCuts;
-    std::size_t lDone = 0;
+    const std::size_t step = rhythm.cuts == 0 ? colCuts.size() : rhythm.cuts;
+    std::size_t done = 0;
     Begin();
     for (const std::shared_ptr<Cut>& cCut : colCuts)
     {
-        const bool bTell = rhythm.lCuts != 0 && (lDone + 1) % lStep == 0;
+        const bool bTell = rhythm.cuts != 0 && (done + 1) % step == 0;
         if (bTell && rhythm.bBeforeTheCut)
-            Tell(rhythm, lDone + 1);
+            Tell(rhythm, done + 1);
         if (rhythm.goOn && !rhythm.goOn())
             break;
-        if (rhythm.mayLeave && lDone % lStep == 0)
-            GuardEmptying(colLeft.subspan(lDone, std::min(lStep, colCuts.size() - lDone)), rhythm);
+        if (rhythm.mayLeave && done % step == 0)
+            GuardEmptying(colLeft.subspan(done, std::min(step, colCuts.size() - done)), rhythm);
         if (cCut)
-            Try(cCut, change, lDone);
-        ++lDone;
+            Try(cCut, change, done);
+        ++done;
         if (!bTell || rhythm.bBeforeTheCut)
             continue;
         Commit();
-        if (lDone < colCuts.size())
+        if (done < colCuts.size())
             GuardAffected();
-        Tell(rhythm, lDone);
+        Tell(rhythm, done);
     }
     Commit();
     m_cPlacement.RecalcTouched();
-    return lDone;
+    return done;
 }
 
 void CutChanges::RunOne(const std::shared_ptr<Cut>& cCut, const Change& change, const Rhythm& rhythm)
@@ -75,12 +75,12 @@ void CutChanges::Failed(const Cut& cCut)
         m_cPlacement.Failed();
 }
 
-void CutChanges::Tell(const Rhythm& rhythm, std::size_t lDone)
+void CutChanges::Tell(const Rhythm& rhythm, std::size_t done)
 {
     Commit();
     if (rhythm.lPauseMs != 0)
         m_cState.cMod.Sleep(rhythm.lPauseMs);
-    rhythm.tell(lDone);
+    rhythm.tell(done);
     if (rhythm.bPump)
         m_cState.cMod.Pump();
     Begin();
@@ -211,8 +211,8 @@ void CutChanges::GuardEmptying(std::span<const std::shared_ptr<Cut>> colStep, co
     {
         if (colCuts.Count() > colKeys.Count())
             return true;
-        for (std::size_t lPosition = 0; lPosition < colCuts.Count(); ++lPosition)
-            if (const TextKey* cKey = colCuts.KeyAt(lPosition); !cKey || !colKeys.Exists(*cKey))
+        for (std::size_t position = 0; position < colCuts.Count(); ++position)
+            if (const TextKey* cKey = colCuts.KeyAt(position); !cKey || !colKeys.Exists(*cKey))
                 return true;
         return false;
     };
@@ -237,8 +237,8 @@ void CutChanges::CallerSaves(const std::wstring& sCatName)
 void CutChanges::EndGuards()
 {
     std::vector<TextKey> colGuarded;
-    for (std::size_t lAt = 0; lAt < m_colGuards.Count(); ++lAt)
-        colGuarded.push_back(*m_colGuards.KeyAt(lAt));
+    for (std::size_t at = 0; at < m_colGuards.Count(); ++at)
+        colGuarded.push_back(*m_colGuards.KeyAt(at));
     m_colGuards.Clear();
     for (const TextKey& cName : colGuarded)
         if (const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(cName.Text());
@@ -262,14 +262,14 @@ void CutChanges::SaveAffected(HistoryFiles::Manner eManner)
 
 // ---- one cut ----
 
-void CutChanges::Try(const std::shared_ptr<Cut>& cGiven, const Change& change, std::size_t lAt) noexcept
+void CutChanges::Try(const std::shared_ptr<Cut>& cGiven, const Change& change, std::size_t at) noexcept
 {
     try
     {
         if (IsOwn())
-            TryOwn(m_cState.OwnOf(cGiven), change, lAt);
+            TryOwn(m_cState.OwnOf(cGiven), change, at);
         else
-            change(cGiven, lAt);
+            change(cGiven, at);
     }
     catch (...)
     {
@@ -277,18 +277,18 @@ void CutChanges::Try(const std::shared_ptr<Cut>& cGiven, const Change& change, s
     }
 }
 
-void CutChanges::TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, std::size_t lAt)
+void CutChanges::TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, std::size_t at)
 {
     const Mark mark = Now();
     const TextKey cKey = cCut->Key();
     m_colChanged.push_back({cCut,
                             {cKey, cCut->CatLevel(), cCut->CategoryText()},
                             m_cState.cPlacedCuts.Recall(cKey),
-                            m_cState.lPopulations});
+                            m_cState.populations});
     try
     {
         const PlacedCuts::OwnChange cOwnChange(m_cState.cPlacedCuts, *cCut);
-        change(cCut, lAt);
+        change(cCut, at);
     }
     catch (...)
     {
@@ -329,8 +329,8 @@ void CutChanges::TakeBack(const Mark& mark) noexcept
             m_cPlacement.Failed();
         }
     }
-    m_colMade.erase(m_colMade.begin() + static_cast<std::ptrdiff_t>(mark.lMade), m_colMade.end());
-    m_colTouched.resize(mark.lTouched);
+    m_colMade.erase(m_colMade.begin() + static_cast<std::ptrdiff_t>(mark.made), m_colMade.end());
+    m_colTouched.resize(mark.touched);
     while (m_colChanged.size() > mark.lChanged)
     {
         const Changed changed = std::move(m_colChanged.back());
@@ -343,7 +343,7 @@ void CutChanges::TakeBack(const Mark& mark) noexcept
 void CutChanges::PutBack(const Changed& changed) noexcept
 {
     const std::shared_ptr<Cut>& cCut = changed.cCut;
-    bool bWhole = changed.lPopulation == m_cState.lPopulations; // else it stands in another tree
+    bool bWhole = changed.population == m_cState.populations; // else it stands in another tree
     const auto Attempt = [&](auto&& body)
     {
         try

@@ -56,16 +56,16 @@ public:
     // When the host is told how far the work is.
     struct Rhythm
     {
-        std::size_t lCuts = 0;      // after so many cuts each; 0: never
+        std::size_t cuts = 0;      // after so many cuts each; 0: never
         bool bBeforeTheCut = false; // before the last of them is changed
         std::uint32_t lPauseMs = 0;
-        std::function<void(std::size_t lDone)> tell;
+        std::function<void(std::size_t done)> tell;
         bool bPump = true;
         std::function<bool()> goOn; // asked before each cut; empty: always
         // Whether cuts may leave the level, when orders are saved afterwards; empty: they leave none.
         std::function<bool(const SchedulerState::Place& place)> mayLeave;
     };
-    using Change = std::function<void(const std::shared_ptr<Cut>& cCut, std::size_t lAt)>;
+    using Change = std::function<void(const std::shared_ptr<Cut>& cCut, std::size_t at)>;
     // Changes each cut, which change receives with its position in colCuts, and commits. Null is passed over.
     // What change throws is gathered, and the others go on. Returns the number of cuts that were tried. What
     // is touched is recalculated at the end.
@@ -116,7 +116,7 @@ public:
     {
         // Nothing: the host saves. A file that was written ahead of the change keeps its markers until then.
         std::optional<HistoryFiles::Manner> eSave = HistoryFiles::Manner::Explicit;
-        std::function<void(std::size_t lAffected)> beforeSave;
+        std::function<void(std::size_t affected)> beforeSave;
         std::function<void()> afterSave;
         std::function<void(const RuntimeError&)> show; // each error once
     };
@@ -131,26 +131,26 @@ private:
         std::shared_ptr<Cut> cCut;
         ChangeRecord::Cut before;
         std::optional<PlacedCuts::Entry> filed;
-        std::uint64_t lPopulation;
+        std::uint64_t population;
     };
     struct Mark // a point of the open step
     {
         std::size_t lChanged;
         std::size_t lUndo;
-        std::size_t lMade;
-        std::size_t lTouched;
+        std::size_t made;
+        std::size_t touched;
     };
 
     bool IsOwn() const noexcept { return m_eOrigin == Origin::Own; }
     void Begin() noexcept;
     void Commit() noexcept;
-    void Tell(const Rhythm& rhythm, std::size_t lDone);
+    void Tell(const Rhythm& rhythm, std::size_t done);
     void Guard(const std::shared_ptr<clsCat>& cMainCat);
     void GuardAffected();
     void GuardEmptying(std::span<const std::shared_ptr<Cut>> colStep, const Rhythm& rhythm);
     void Failed(const Cut& cCut);
-    void Try(const std::shared_ptr<Cut>& cGiven, const Change& change, std::size_t lAt) noexcept;
-    void TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, std::size_t lAt);
+    void Try(const std::shared_ptr<Cut>& cGiven, const Change& change, std::size_t at) noexcept;
+    void TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, std::size_t at);
     Mark Now() const noexcept
     {
         return {m_colChanged.size(), m_colUndo.size(), m_colMade.size(), m_colTouched.size()};
@@ -159,7 +159,7 @@ private:
     void PutBack(const Changed& changed) noexcept;
     void KeepStep();
     void WillUndo(std::function<void()> undo);
-    void WillReturn(const std::shared_ptr<clsCat>& cSubCat, const TextKey& cKey, std::size_t lPosition);
+    void WillReturn(const std::shared_ptr<clsCat>& cSubCat, const TextKey& cKey, std::size_t position);
     void RecordOrder(const std::shared_ptr<clsCat>& cSubCat);
     std::shared_ptr<clsCat> EnsureLevel(const std::shared_ptr<clsCat>& cMainCat, std::int32_t lLevel);
     void PlaceAsNamed(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat);

@@ -55,16 +55,16 @@ void RemoveIfEmpty(const clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCa
 }
 
 // Brings what stands at lFrom to lTo; what lies between moves up or down by one.
-void Move(CutCollection& colCuts, std::size_t lFrom, std::size_t lTo)
+void Move(CutCollection& colCuts, std::size_t from, std::size_t to)
 {
     std::vector<std::size_t> colOrder(colCuts.Count());
     std::iota(colOrder.begin(), colOrder.end(), std::size_t{0});
-    const auto At = [&](std::size_t lPosition)
-    { return colOrder.begin() + static_cast<std::ptrdiff_t>(lPosition); };
-    if (lTo < lFrom)
-        std::rotate(At(lTo), At(lFrom), At(lFrom + 1));
+    const auto At = [&](std::size_t position)
+    { return colOrder.begin() + static_cast<std::ptrdiff_t>(position); };
+    if (to < from)
+        std::rotate(At(to), At(from), At(from + 1));
     else
-        std::rotate(At(lFrom), At(lFrom + 1), At(lTo + 1));
+        std::rotate(At(from), At(from + 1), At(to + 1));
     colCuts.Reorder(colOrder);
 }
 
@@ -123,20 +123,20 @@ void CutChanges::PlaceLast(const std::shared_ptr<Cut>& cCut, const std::shared_p
     const TextKey cKey = cCut->Key();
     const std::shared_ptr<clsCat> cSubCat = cMainCat->SubCat(cCut->CatLevel());
     const std::shared_ptr<CutCollection> colCuts = cSubCat ? cSubCat->SchedCuts() : nullptr;
-    const std::optional<std::size_t> lBefore = colCuts ? colCuts->PositionOf(cKey) : std::nullopt;
-    if (!lBefore)
+    const std::optional<std::size_t> before = colCuts ? colCuts->PositionOf(cKey) : std::nullopt;
+    if (!before)
     {
         Place(cCut, cMainCat);
         return;
     }
     RecordOrder(cSubCat);
     WillUndo(
-        [colCuts, cKey, lTo = *lBefore]
+        [colCuts, cKey, to = *before]
         {
-            if (const auto lNow = colCuts->PositionOf(cKey))
-                Move(*colCuts, *lNow, std::min(lTo, colCuts->Count() - 1));
+            if (const auto now = colCuts->PositionOf(cKey))
+                Move(*colCuts, *now, std::min(to, colCuts->Count() - 1));
         });
-    colCuts->MoveToEnd(*lBefore);
+    colCuts->MoveToEnd(*before);
 }
 
 void CutChanges::PlaceAsNamed(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat)
@@ -192,9 +192,9 @@ void CutChanges::RefuseEmptyName(const Cut& cCut)
 void CutChanges::Leave(const SchedulerState::Place& place, const TextKey& cKey)
 {
     const std::shared_ptr<CutCollection> colCuts = place.cSubCat->SchedCuts();
-    if (const std::optional<std::size_t> lPosition = colCuts->PositionOf(cKey))
+    if (const std::optional<std::size_t> position = colCuts->PositionOf(cKey))
     {
-        WillReturn(place.cSubCat, cKey, *lPosition);
+        WillReturn(place.cSubCat, cKey, *position);
         colCuts->Remove(cKey);
     }
     m_cPlacement.Touch(place.cSubCat);
@@ -211,8 +211,8 @@ bool CutChanges::TakeOut(const std::shared_ptr<Cut>& cCut, const SchedulerState:
         return true;
     }
     const TextKey cPlacedKey = colCuts->Exists(cKey) ? cKey : TextKey(cCut->SecondaryKey());
-    if (const std::optional<std::size_t> lPosition = colCuts->PositionOf(cPlacedKey))
-        WillReturn(place.cSubCat, cPlacedKey, *lPosition);
+    if (const std::optional<std::size_t> position = colCuts->PositionOf(cPlacedKey))
+        WillReturn(place.cSubCat, cPlacedKey, *position);
     if (!place.cSubCat->RemoveCut(cCut))
         return false;
     // A cut that no longer carried the name took no run time with it.
@@ -224,14 +224,14 @@ bool CutChanges::TakeOut(const std::shared_ptr<Cut>& cCut, const SchedulerState:
 }
 
 void CutChanges::WillReturn(const std::shared_ptr<clsCat>& cSubCat, const TextKey& cKey,
-                            std::size_t lPosition)
+                            std::size_t position)
 {
     RecordOrder(cSubCat);
     WillUndo(
-        [this, cSubCat, cKey, lPosition, cPlaced = cSubCat->SchedCuts()->At(lPosition)]
+        [this, cSubCat, cKey, position, cPlaced = cSubCat->SchedCuts()->At(position)]
         {
             CutCollection& colCuts = *cSubCat->SchedCuts();
-            if (colCuts.Insert(std::min(lPosition, colCuts.Count()), &cKey, cPlaced))
+            if (colCuts.Insert(std::min(position, colCuts.Count()), &cKey, cPlaced))
                 m_cPlacement.Touch(cSubCat);
         });
 }
@@ -285,8 +285,8 @@ void CutChanges::RecordOrder(const std::shared_ptr<clsCat>& cSubCat)
     const CutCollection& colCuts = *cSubCat->SchedCuts();
     ChangeRecord::Order order{{cSubCat->CatName(), cSubCat->CatLevel()}, {}};
     order.colKeys.reserve(colCuts.Count());
-    for (std::size_t lPosition = 0; lPosition < colCuts.Count(); ++lPosition)
-        if (const TextKey* cKey = colCuts.KeyAt(lPosition))
+    for (std::size_t position = 0; position < colCuts.Count(); ++position)
+        if (const TextKey* cKey = colCuts.KeyAt(position))
             order.colKeys.push_back(*cKey);
     m_record.colOrders.push_back(std::move(order));
     m_colRecordedOrders.insert(cSubCat);

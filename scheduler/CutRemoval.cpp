@@ -12,7 +12,7 @@ namespace ravlo
 namespace
 {
 
-constexpr std::size_t lCutsPerReport = 50;
+constexpr std::size_t cutsPerReport = 50;
 
 // Whether a removal may take its cut out of that level, as far as that can be told without asking the cut.
 bool MayLeave(const CutRemoval& removal, const SchedulerState::Place& place)
@@ -74,14 +74,14 @@ void RemoveCut(SchedulerState& cState, Synchronisation& cSync, const CutRemoval&
 }
 
 void RemoveCuts(SchedulerState& cState, Synchronisation& cSync, const std::vector<CutRemoval>& colRemovals,
-                const std::function<void(std::size_t lDone)>& progress)
+                const std::function<void(std::size_t done)>& progress)
 {
     Cuts colCuts;
     for (const CutRemoval& removal : colRemovals)
         colCuts.push_back(removal.cCut);
     CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
     CutChanges::Rhythm rhythm;
-    rhythm.lCuts = lCutsPerReport;
+    rhythm.cuts = cutsPerReport;
     rhythm.tell = progress;
     rhythm.mayLeave = [&](const SchedulerState::Place& place)
     {
@@ -90,8 +90,8 @@ void RemoveCuts(SchedulerState& cState, Synchronisation& cSync, const std::vecto
     };
     cChanges.Run(
         colCuts,
-        [&](const std::shared_ptr<Cut>& cCut, std::size_t lAt)
-        { TakeOutOfCategories(cState, cChanges, cCut, colRemovals[lAt]); },
+        [&](const std::shared_ptr<Cut>& cCut, std::size_t at)
+        { TakeOutOfCategories(cState, cChanges, cCut, colRemovals[at]); },
         rhythm);
     cChanges.Finish(EndingOf(cState, HistoryFiles::Manner::Explicit));
 }

@@ -39,6 +39,6 @@ void RemoveCut(SchedulerState& cState, Synchronisation& cSync, const CutRemoval&
 // reports at the end what could not be removed. A main category that goes meanwhile is passed over. progress
 // is told of the number of cuts done, before messages are pumped.
 void RemoveCuts(SchedulerState& cState, Synchronisation& cSync, const std::vector<CutRemoval>& colRemovals,
-                const std::function<void(std::size_t lDone)>& progress);
+                const std::function<void(std::size_t done)>& progress);
 
 } // namespace ravlo

@@ -21,7 +21,7 @@ template <class Read> std::string CutTexts::TextOrBlank(const std::wstring& sKey
     }
     catch (const RuntimeError& cError)
     {
-        if (++m_lUnread == 1)
+        if (++m_unread == 1)
             m_sFirst = sKey + L": " + DecimalText(cError.Number()) + L" " + cError.Description();
         return {};
     }
@@ -29,9 +29,9 @@ template <class Read> std::string CutTexts::TextOrBlank(const std::wstring& sKey
 
 void CutTexts::Report()
 {
-    if (m_lUnread != 0)
+    if (m_unread != 0)
         m_cMod.WriteDebugLog(L"Saved as blanks in the order of " + m_sCatName +
-                             L", texts that cannot be read: " + CountText(m_lUnread) + L", the first of " +
+                             L", texts that cannot be read: " + CountText(m_unread) + L", the first of " +
                              m_sFirst);
 }
 

@@ -28,7 +28,7 @@ private:
 
     ModScheduler& m_cMod;
     const std::wstring& m_sCatName;
-    std::size_t m_lUnread = 0;
+    std::size_t m_unread = 0;
     std::wstring m_sFirst; // the first text that could not be read: its cut and why
 };
 

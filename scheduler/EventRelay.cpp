@@ -10,10 +10,10 @@ namespace ravlo
 namespace
 {
 
-std::int32_t AsLong(std::int64_t lCount)
+std::int32_t AsLong(std::int64_t count)
 {
     return static_cast<std::int32_t>(std::clamp<std::int64_t>(
-        lCount, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()));
+        count, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()));
 }
 
 } // namespace
@@ -50,9 +50,9 @@ void EventRelay::ProgressStart(const std::wstring& sReason, std::int64_t lMax)
     ToBoth([&](ProgressEvents& cEvents) { cEvents.ProgressStart(sReason, AsLong(lMax)); });
 }
 
-void EventRelay::Progress(const std::wstring& strProgress, std::int64_t lCount, std::int64_t lMax)
+void EventRelay::Progress(const std::wstring& strProgress, std::int64_t count, std::int64_t lMax)
 {
-    ToBoth([&](ProgressEvents& cEvents) { cEvents.Progress(strProgress, AsLong(lCount), AsLong(lMax)); });
+    ToBoth([&](ProgressEvents& cEvents) { cEvents.Progress(strProgress, AsLong(count), AsLong(lMax)); });
 }
 
 void EventRelay::ProgressDone(const std::wstring& sStatus)

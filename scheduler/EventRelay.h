@@ -23,8 +23,8 @@ public:
     void Follow(ProgressEvents* cWindow) noexcept { m_cWindow = cWindow; }
 
     void ShowHelpEvent();
-    void ProgressStart(const std::wstring& sReason, std::int64_t lMax);
-    void Progress(const std::wstring& strProgress, std::int64_t lCount, std::int64_t lMax);
+    void ProgressStart(const std::wstring& sReason, std::int64_t max);
+    void Progress(const std::wstring& strProgress, std::int64_t count, std::int64_t max);
     void ProgressDone(const std::wstring& sStatus);
     std::optional<std::int32_t> RequestEditCut(const std::shared_ptr<Cut>& cCut);
 
@@ -42,17 +42,17 @@ private:
 class ProgressThrottle
 {
 public:
-    static constexpr std::size_t lItemsPerSample = 20;
+    static constexpr std::size_t itemsPerSample = 20;
     static constexpr std::uint32_t lMinGapMs = 100;
 
     explicit ProgressThrottle(const Clock& cClock) : m_cClock(cClock), m_lLast(cClock.TickCount()) {}
 
     // Whether lItem, counted from 1, is one at which the clock is looked at.
-    static bool IsSample(std::size_t lItem) noexcept { return lItem % lItemsPerSample == 0; }
+    static bool IsSample(std::size_t item) noexcept { return item % itemsPerSample == 0; }
     // Whether a report is due after lItem items. The reporter calls Reported() when it has reported.
-    bool IsDue(std::size_t lItem) const
+    bool IsDue(std::size_t item) const
     {
-        return IsSample(lItem) && m_cClock.TickCount() - m_lLast > lMinGapMs;
+        return IsSample(item) && m_cClock.TickCount() - m_lLast > lMinGapMs;
     }
     void Reported() { m_lLast = m_cClock.TickCount(); }
 

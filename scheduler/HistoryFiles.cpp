@@ -16,9 +16,9 @@ namespace ravlo
 namespace
 {
 
-constexpr std::size_t lRecordsPerYield = 50;
+constexpr std::size_t recordsPerYield = 50;
 constexpr std::uint32_t lReadPauseMs = 20;
-constexpr std::size_t lMostNamed = 30; // categories in one box
+constexpr std::size_t mostNamed = 30; // categories in one box
 
 bool TellsProgress(HistoryFiles::Manner eManner)
 {
@@ -89,13 +89,13 @@ bool HistoryFiles::SaveAll(const std::shared_ptr<CatCollection>& colMainCats)
 {
     std::vector<TextKey> colKeys;
     bool bAll = true;
-    for (std::size_t lAt = 0; lAt < colMainCats->Count(); ++lAt)
-        if (const TextKey* cKey = colMainCats->KeyAt(lAt))
+    for (std::size_t at = 0; at < colMainCats->Count(); ++at)
+        if (const TextKey* cKey = colMainCats->KeyAt(at))
             colKeys.push_back(*cKey);
         else
         {
             m_cMod.WriteDebugLog(L"Not saved, it was added without a key: " +
-                                 colMainCats->At(lAt)->CatName());
+                                 colMainCats->At(at)->CatName());
             bAll = false;
         }
     for (const TextKey& cKey : colKeys)
@@ -195,15 +195,15 @@ HistoryFiles::Saved HistoryFiles::SaveSnapshot(const Snapshot& cSnapshot, Manner
 
 OrderContent HistoryFiles::Fill(const Snapshot& cSnapshot, Manner eManner)
 {
-    const std::size_t lTotal = cSnapshot.colEntries.size();
+    const std::size_t total = cSnapshot.colEntries.size();
     const bool bTell = TellsProgress(eManner);
     if (bTell)
         m_cEvents.ProgressStart(L"Saving Ordering and hist for: " + cSnapshot.sCatName,
                                 std::ssize(cSnapshot.colEntries));
     ProgressThrottle cThrottle(m_cMod.Ports().cClock);
-    OrderContent cContent(lTotal);
+    OrderContent cContent(total);
     CutTexts cTexts(m_cMod, cSnapshot.sCatName);
-    for (std::size_t lEntry = 0; lEntry < lTotal; ++lEntry)
+    for (std::size_t lEntry = 0; lEntry < total; ++lEntry)
     {
         const Snapshot::Entry& entry = cSnapshot.colEntries[lEntry];
         if (entry.cCut)
@@ -212,8 +212,8 @@ OrderContent HistoryFiles::Fill(const Snapshot& cSnapshot, Manner eManner)
             cContent.PutMarker(lEntry, entry.lLevel);
         if (bTell && cThrottle.IsDue(lEntry + 1))
         {
-            m_cEvents.Progress(L"Saved: " + CountText(lEntry + 1) + L" of " + CountText(lTotal),
-                               static_cast<std::int64_t>(lEntry + 1), static_cast<std::int64_t>(lTotal));
+            m_cEvents.Progress(L"Saved: " + CountText(lEntry + 1) + L" of " + CountText(total),
+                               static_cast<std::int64_t>(lEntry + 1), static_cast<std::int64_t>(total));
             cThrottle.Reported();
             m_cMod.Pump();
         }
@@ -225,18 +225,18 @@ OrderContent HistoryFiles::Fill(const Snapshot& cSnapshot, Manner eManner)
 // The yields and reports that go with the records come before the one write that puts them all on the disk.
 void HistoryFiles::TellOfWriting(const Snapshot& cSnapshot)
 {
-    const std::size_t lTotal = cSnapshot.colEntries.size();
+    const std::size_t total = cSnapshot.colEntries.size();
     m_cEvents.ProgressStart(L"Saving info for: " + cSnapshot.sCatName + L" to file.",
-                            static_cast<std::int64_t>(lTotal));
+                            static_cast<std::int64_t>(total));
     ProgressThrottle cThrottle(m_cMod.Ports().cClock);
-    for (std::size_t lItem = 1; lItem <= lTotal; ++lItem)
+    for (std::size_t item = 1; item <= total; ++item)
     {
-        if (lItem % lRecordsPerYield == 0)
+        if (item % recordsPerYield == 0)
             m_cMod.Pump();
-        if (!cThrottle.IsDue(lItem))
+        if (!cThrottle.IsDue(item))
             continue;
-        m_cEvents.Progress(L"Saving item " + CountText(lItem) + L" of " + CountText(lTotal),
-                           static_cast<std::int64_t>(lItem), static_cast<std::int64_t>(lTotal));
+        m_cEvents.Progress(L"Saving item " + CountText(item) + L" of " + CountText(total),
+                           static_cast<std::int64_t>(item), static_cast<std::int64_t>(total));
         cThrottle.Reported();
     }
 }
@@ -272,7 +272,7 @@ public:
                                                    kind.cError.Description() == cError.Description();
                                         });
         Kind& kind = known == m_colErrors.end() ? m_colErrors.emplace_back(Kind{cError, {}, 0}) : *known;
-        if (++kind.lCount <= lMostNamed)
+        if (++kind.count <= mostNamed)
             kind.sNames += (kind.sNames.empty() ? L"" : L", ") + sCatName;
     }
     void Show(ModScheduler& cMod) const
@@ -280,7 +280,7 @@ public:
         for (const Kind& kind : m_colErrors)
         {
             const std::wstring sMore =
-                kind.lCount > lMostNamed ? L"... (+" + CountText(kind.lCount - lMostNamed) + L")" : L"";
+                kind.count > mostNamed ? L"... (+" + CountText(kind.count - mostNamed) + L")" : L"";
             cMod.ShowCriticalError(L"Error in ApplyHistory", OfCategory(kind.cError, kind.sNames + sMore));
         }
     }
@@ -290,7 +290,7 @@ private:
     {
         RuntimeError cError;
         std::wstring sNames;
-        std::size_t lCount;
+        std::size_t count;
     };
     std::vector<Kind> m_colErrors;
 };
@@ -340,22 +340,22 @@ std::optional<std::string> HistoryFiles::RetrieveHistoryAndOrdering(const clsCat
         m_cMod.Saved().NotUnderstood(sPath, this);
         return std::nullopt;
     }
-    TellOfReading(cMainCat.CatName(), bytes.size() / lRecordSize);
+    TellOfReading(cMainCat.CatName(), bytes.size() / recordSize);
     return bytes;
 }
 
-void HistoryFiles::TellOfReading(const std::wstring& sCatName, std::size_t lCount)
+void HistoryFiles::TellOfReading(const std::wstring& sCatName, std::size_t count)
 {
     m_cEvents.ProgressStart(L"Getting Ordering and Scheduler History for: " + sCatName,
-                            static_cast<std::int64_t>(lCount));
+                            static_cast<std::int64_t>(count));
     ProgressThrottle cThrottle(m_cMod.Ports().cClock);
-    for (std::size_t lRecord = 1; lRecord <= lCount; ++lRecord)
+    for (std::size_t record = 1; record <= count; ++record)
     {
-        if (!cThrottle.IsDue(lRecord))
+        if (!cThrottle.IsDue(record))
             continue;
         m_cMod.Sleep(lReadPauseMs);
-        m_cEvents.Progress(L"Retrieving " + CountText(lRecord) + L" of " + CountText(lCount),
-                           static_cast<std::int64_t>(lRecord), static_cast<std::int64_t>(lCount));
+        m_cEvents.Progress(L"Retrieving " + CountText(record) + L" of " + CountText(count),
+                           static_cast<std::int64_t>(record), static_cast<std::int64_t>(count));
         cThrottle.Reported();
     }
     m_cMod.Pump();

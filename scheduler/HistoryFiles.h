@@ -25,7 +25,7 @@ namespace ravlo
 class HistoryFiles
 {
 public:
-    static constexpr std::size_t lRecordSize = lOrderRecordSize;
+    static constexpr std::size_t recordSize = orderRecordSize;
 
     HistoryFiles(ModScheduler& cMod, EventRelay& cEvents) noexcept : m_cMod(cMod), m_cEvents(cEvents) {}
     ~HistoryFiles() { m_cMod.Saved().Forget(this); }
@@ -148,7 +148,7 @@ private:
 
     // The file's records, none when there is no file. Nothing: there can be no such file, or it is damaged.
     std::optional<std::string> RetrieveHistoryAndOrdering(const clsCat& cMainCat, const std::wstring& sPath);
-    void TellOfReading(const std::wstring& sCatName, std::size_t lCount);
+    void TellOfReading(const std::wstring& sCatName, std::size_t count);
     // False: some of the records were of no use.
     bool Apply(clsCat& cMainCat, std::string_view bytes, const std::wstring& sPath);
 

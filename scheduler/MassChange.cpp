@@ -12,8 +12,8 @@ namespace ravlo
 namespace
 {
 
-constexpr std::size_t lMovedPerReport = 50;
-constexpr std::size_t lCopiedPerReport = 100;
+constexpr std::size_t movedPerReport = 50;
+constexpr std::size_t copiedPerReport = 100;
 constexpr std::uint32_t lCopyPauseMs = 50;
 const wchar_t* const sTargetGone = L"The category to change into does not exist any more";
 
@@ -57,12 +57,12 @@ void MassChange::Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats)
     if (m_eOption == eCopyHere)
         m_bRefused =
             std::erase_if(colCuts, [this](const std::shared_ptr<Cut>& cCut) { return IsRefused(cCut); }) > 0;
-    const std::size_t lTried = colCuts.empty() ? 0 : RunChanges(colCuts, bCreatedNewSubCats);
+    const std::size_t tried = colCuts.empty() ? 0 : RunChanges(colCuts, bCreatedNewSubCats);
     if (m_bRefused)
         ShowCopyRefused(m_cState.cMod);
-    if (lTried < colCuts.size())
+    if (tried < colCuts.size())
         throw RuntimeError(error::InvalidProcedureCall, std::wstring(sTargetGone) + L" (" +
-                                                            CountText(colCuts.size() - lTried) +
+                                                            CountText(colCuts.size() - tried) +
                                                             L" cuts were left as they are)");
 }
 
@@ -70,13 +70,13 @@ void MassChange::Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats)
 std::size_t MassChange::RunChanges(const Cuts& colCuts, bool& bCreatedNewSubCats)
 {
     CutChanges cChanges(m_cState, m_cSync, CutChanges::Origin::Own);
-    const std::size_t lTried = m_eOption == eCopyHere ? Copy(cChanges, colCuts) : Move(cChanges, colCuts);
+    const std::size_t tried = m_eOption == eCopyHere ? Copy(cChanges, colCuts) : Move(cChanges, colCuts);
     CutChanges::Ending ending;
     ending.show = [this](const RuntimeError& cError)
     { m_cState.cMod.ShowCriticalError(L"Error in DoMassCatChange [cSchedMan]", cError); };
     for (const ChangeRecord::Category& category : cChanges.Finish(ending).colMade)
         bCreatedNewSubCats = bCreatedNewSubCats || category.lLevel != 0;
-    return lTried;
+    return tried;
 }
 
 bool MassChange::TargetExists() const
@@ -90,23 +90,23 @@ bool MassChange::TargetExists() const
 std::size_t MassChange::Copy(CutChanges& cChanges, const Cuts& colCuts)
 {
     const std::wstring sInto = ListCats({m_cTo});
-    const std::wstring sFrom = ListCats(m_colFrom, lMostListed);
+    const std::wstring sFrom = ListCats(m_colFrom, mostListed);
     m_cState.cEvents.ProgressStart(L"Copying into category...", std::ssize(colCuts));
     CutChanges::Rhythm rhythm;
-    rhythm.lCuts = lCopiedPerReport;
+    rhythm.cuts = copiedPerReport;
     rhythm.lPauseMs = lCopyPauseMs;
-    rhythm.tell = [&](std::size_t lDone)
+    rhythm.tell = [&](std::size_t done)
     {
         m_cState.cEvents.Progress(L"Copying into " + sInto + L" from " + sFrom,
-                                    static_cast<std::int64_t>(lDone), std::ssize(colCuts));
+                                    static_cast<std::int64_t>(done), std::ssize(colCuts));
     };
     rhythm.goOn = [this] { return TargetExists(); }; // else deleted or reloaded by whoever was called
-    const std::size_t lTried = cChanges.Run(
+    const std::size_t tried = cChanges.Run(
         colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { CopyCut(cChanges, cCut); }, rhythm);
-    m_cState.cEvents.Progress(L"Copied into " + sInto, static_cast<std::int64_t>(lTried),
+    m_cState.cEvents.Progress(L"Copied into " + sInto, static_cast<std::int64_t>(tried),
                                 std::ssize(colCuts));
     m_cState.cEvents.ProgressDone(L"Category copy complete.");
-    return lTried;
+    return tried;
 }
 
 bool MassChange::MayCopy(const Cut& cCut) const
@@ -153,19 +153,19 @@ std::size_t MassChange::Move(CutChanges& cChanges, const Cuts& colCuts)
 {
     m_cState.cEvents.ProgressStart(L"Applying Mass Move Change...", std::ssize(colCuts));
     CutChanges::Rhythm rhythm;
-    rhythm.lCuts = lMovedPerReport;
-    rhythm.tell = [&](std::size_t lDone)
+    rhythm.cuts = movedPerReport;
+    rhythm.tell = [&](std::size_t done)
     {
-        m_cState.cEvents.Progress(L"Applying Mass Move Change " + CountText(lDone) + L" of " +
+        m_cState.cEvents.Progress(L"Applying Mass Move Change " + CountText(done) + L" of " +
                                         CountText(colCuts.size()),
-                                    static_cast<std::int64_t>(lDone), std::ssize(colCuts));
+                                    static_cast<std::int64_t>(done), std::ssize(colCuts));
     };
     rhythm.goOn = [this] { return TargetExists(); };
     rhythm.mayLeave = [this](const SchedulerState::Place& place) { return MayLeave(place); };
-    const std::size_t lTried = cChanges.Run(
+    const std::size_t tried = cChanges.Run(
         colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { MoveCut(cChanges, cCut); }, rhythm);
     m_cState.cEvents.ProgressDone(L"Applied Mass Move.");
-    return lTried;
+    return tried;
 }
 
 bool MassChange::LeavesCategory(const SchedulerState::Place& place) const

@@ -15,8 +15,8 @@ namespace ravlo
 
 // The records of a history/ordering file. No file is touched here. File format: docs/formats/sif.md.
 
-inline constexpr std::size_t lOrderRecordSize = 1983;
-inline constexpr std::size_t lOrderTextWidth = 255; // of artist, title and path, in bytes of the code page
+inline constexpr std::size_t orderRecordSize = 1983;
+inline constexpr std::size_t orderTextWidth = 255; // of artist, title and path, in bytes of the code page
 
 struct OrderRecord
 {
@@ -37,23 +37,23 @@ struct OrderTexts
 class OrderContent
 {
 public:
-    explicit OrderContent(std::size_t lRecords);
-    void PutCut(std::size_t lRecord, const OrderTexts& texts, std::int32_t lLevel);
-    void PutMarker(std::size_t lRecord, std::int32_t lLevel);
-    std::string_view Bytes() const noexcept { return {m_pBytes.get(), m_lSize}; }
+    explicit OrderContent(std::size_t records);
+    void PutCut(std::size_t record, const OrderTexts& texts, std::int32_t lLevel);
+    void PutMarker(std::size_t record, std::int32_t lLevel);
+    std::string_view Bytes() const noexcept { return {m_pBytes.get(), m_size}; }
 
 private:
-    std::span<char> Record(std::size_t lRecord)
+    std::span<char> Record(std::size_t record)
     {
-        return {m_pBytes.get() + lRecord * lOrderRecordSize, lOrderRecordSize};
+        return {m_pBytes.get() + record * orderRecordSize, orderRecordSize};
     }
 
-    std::size_t m_lSize;
+    std::size_t m_size;
     std::unique_ptr<char[]> m_pBytes;
 };
 
 // Whether bytes consist of whole records.
-inline bool AreOrderRecords(std::string_view bytes) noexcept { return bytes.size() % lOrderRecordSize == 0; }
+inline bool AreOrderRecords(std::string_view bytes) noexcept { return bytes.size() % orderRecordSize == 0; }
 // The record at the front of bytes, which hold one at least.
 OrderRecord FirstOrderRecord(std::string_view bytes);
 

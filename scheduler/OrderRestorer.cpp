@@ -21,7 +21,7 @@ class LevelOrder
 public:
     LevelOrder(const CodePage& cCodePage, std::shared_ptr<clsCat> cLevel)
         : m_cCodePage(cCodePage), m_cSubCat(std::move(cLevel)), m_colCuts(m_cSubCat->SchedCuts()),
-          m_colPlaceOf(m_colCuts->Count(), lNowhere)
+          m_colPlaceOf(m_colCuts->Count(), nowhere)
     {
         m_colPlaced.reserve(m_colCuts->Count());
     }
@@ -32,15 +32,15 @@ public:
     void Finish() const;
 
 private:
-    static constexpr std::size_t lNowhere = std::numeric_limits<std::size_t>::max();
+    static constexpr std::size_t nowhere = std::numeric_limits<std::size_t>::max();
     // Of one path field: the positions of the cuts that have it, in order, and how many of them are taken.
     struct Alike
     {
         std::vector<std::size_t> colPositions;
-        std::size_t lTaken = 0;
+        std::size_t taken = 0;
     };
 
-    void Place(std::size_t lPosition);
+    void Place(std::size_t position);
     std::optional<std::size_t> NextAlike(const std::string& field);
     void Index();
 
@@ -55,38 +55,38 @@ private:
     bool m_bIndexed = false;
 };
 
-void LevelOrder::Place(std::size_t lPosition)
+void LevelOrder::Place(std::size_t position)
 {
-    if (m_colPlaceOf[lPosition] != lNowhere)
-        m_colPlaced[m_colPlaceOf[lPosition]] = lNowhere;
-    m_colPlaceOf[lPosition] = m_colPlaced.size();
-    m_colPlaced.push_back(lPosition);
+    if (m_colPlaceOf[position] != nowhere)
+        m_colPlaced[m_colPlaceOf[position]] = nowhere;
+    m_colPlaceOf[position] = m_colPlaced.size();
+    m_colPlaced.push_back(position);
 }
 
 void LevelOrder::Take(std::string_view field)
 {
     const std::wstring sPath = m_cCodePage.Decode(field);
     // Cuts that stood together mostly stand together still, so the next one is tried first.
-    const std::size_t lNext =
-        m_colPlaced.empty() || m_colPlaced.back() == lNowhere ? 0 : m_colPlaced.back() + 1;
-    if (lNext < m_colPlaceOf.size() && m_colPlaceOf[lNext] == lNowhere)
-        if (const TextKey* cKey = m_colCuts->KeyAt(lNext); cKey && cKey->Text() == sPath)
-            return Place(lNext);
-    const std::optional<std::size_t> lExact = m_colCuts->PositionOf(sPath);
-    if (lExact && m_colPlaceOf[*lExact] == lNowhere)
-        Place(*lExact);
+    const std::size_t next =
+        m_colPlaced.empty() || m_colPlaced.back() == nowhere ? 0 : m_colPlaced.back() + 1;
+    if (next < m_colPlaceOf.size() && m_colPlaceOf[next] == nowhere)
+        if (const TextKey* cKey = m_colCuts->KeyAt(next); cKey && cKey->Text() == sPath)
+            return Place(next);
+    const std::optional<std::size_t> exact = m_colCuts->PositionOf(sPath);
+    if (exact && m_colPlaceOf[*exact] == nowhere)
+        Place(*exact);
     else if (const auto lAlike = NextAlike(std::string(field)))
         Place(*lAlike);
-    else if (lExact)
-        Place(*lExact); // named twice: the last mention holds
+    else if (exact)
+        Place(*exact); // named twice: the last mention holds
 }
 
 void LevelOrder::Index()
 {
     m_bIndexed = true;
-    for (std::size_t lPosition = 0; lPosition < m_colCuts->Count(); ++lPosition)
-        if (const TextKey* cKey = m_colCuts->KeyAt(lPosition))
-            m_colAlike[OrderPathField(m_cCodePage, cKey->Text())].colPositions.push_back(lPosition);
+    for (std::size_t position = 0; position < m_colCuts->Count(); ++position)
+        if (const TextKey* cKey = m_colCuts->KeyAt(position))
+            m_colAlike[OrderPathField(m_cCodePage, cKey->Text())].colPositions.push_back(position);
 }
 
 // The next cut of that field that no record has named yet.
@@ -98,24 +98,24 @@ std::optional<std::size_t> LevelOrder::NextAlike(const std::string& field)
     if (found == m_colAlike.end())
         return std::nullopt;
     Alike& alike = found->second;
-    while (alike.lTaken < alike.colPositions.size() &&
-           m_colPlaceOf[alike.colPositions[alike.lTaken]] != lNowhere)
-        ++alike.lTaken;
-    if (alike.lTaken == alike.colPositions.size())
+    while (alike.taken < alike.colPositions.size() &&
+           m_colPlaceOf[alike.colPositions[alike.taken]] != nowhere)
+        ++alike.taken;
+    if (alike.taken == alike.colPositions.size())
         return std::nullopt;
-    return alike.colPositions[alike.lTaken];
+    return alike.colPositions[alike.taken];
 }
 
 void LevelOrder::Finish() const
 {
     std::vector<std::size_t> colOrder;
     colOrder.reserve(m_colPlaceOf.size());
-    for (std::size_t lPosition = 0; lPosition < m_colPlaceOf.size(); ++lPosition)
-        if (m_colPlaceOf[lPosition] == lNowhere)
-            colOrder.push_back(lPosition);
-    for (const std::size_t lPosition : m_colPlaced)
-        if (lPosition != lNowhere)
-            colOrder.push_back(lPosition);
+    for (std::size_t position = 0; position < m_colPlaceOf.size(); ++position)
+        if (m_colPlaceOf[position] == nowhere)
+            colOrder.push_back(position);
+    for (const std::size_t position : m_colPlaced)
+        if (position != nowhere)
+            colOrder.push_back(position);
     m_colCuts->Reorder(colOrder);
 }
 
@@ -138,7 +138,7 @@ OrderLeftOver RestoreOrder(ModScheduler& cMod, clsCat& cMainCat, std::string_vie
     std::unordered_map<std::int32_t, LevelOrder> colLevels;
     LevelOrder* cLevel = nullptr;        // of the record before: a level's records stand together
     std::optional<std::int32_t> lMarked; // by the record before
-    for (; records.size() >= lOrderRecordSize; records.remove_prefix(lOrderRecordSize))
+    for (; records.size() >= orderRecordSize; records.remove_prefix(orderRecordSize))
     {
         const OrderRecord record = FirstOrderRecord(records);
         if (record.lLevel == 0)

@@ -29,8 +29,8 @@ std::vector<std::wstring> AssignedNames(const Cut& cCut)
     auto kept = colNames.begin();
     for (std::wstring& sName : colNames)
     {
-        if (const std::size_t lTab = sName.find(cTab); lTab != std::wstring::npos)
-            sName.resize(lTab);
+        if (const std::size_t tab = sName.find(cTab); tab != std::wstring::npos)
+            sName.resize(tab);
         const bool bSeen =
             std::any_of(colNames.begin(), kept,
                         [&](const std::wstring& sSeen) { return EqualIgnoringCase(sSeen, sName); });
@@ -56,10 +56,10 @@ std::int32_t DataBaseNumber(const Cut& cCut) noexcept
     }
 }
 
-void PlacedCuts::Reserve(std::size_t lCuts)
+void PlacedCuts::Reserve(std::size_t cuts)
 {
-    m_colCuts.reserve(lCuts);
-    m_colKeys.reserve(lCuts);
+    m_colCuts.reserve(cuts);
+    m_colKeys.reserve(cuts);
 }
 
 void PlacedCuts::Remember(const Cut& cCut)
@@ -91,8 +91,8 @@ std::optional<TextKey> PlacedCuts::KeyOf(std::int32_t lID) const
 
 std::uint32_t PlacedCuts::NumberOf(const std::vector<std::wstring>& colNames)
 {
-    const auto lNext = static_cast<std::uint32_t>(m_colNames.size());
-    return m_colNames.try_emplace(FoldedNames(colNames), lNext).first->second;
+    const auto next = static_cast<std::uint32_t>(m_colNames.size());
+    return m_colNames.try_emplace(FoldedNames(colNames), next).first->second;
 }
 
 bool PlacedCuts::IsUnchanged(const Cut& cCut) const

@@ -28,7 +28,7 @@ public:
     // The number under which a list of names is kept, counted from 0; one for lists that are equal without
     // regard to case.
     std::uint32_t NumberOf(const std::vector<std::wstring>& colNames);
-    void Reserve(std::size_t lCuts);
+    void Reserve(std::size_t cuts);
     // Its number still leads to its key.
     void Forget(const TextKey& cKey) noexcept { m_colCuts.erase(cKey); }
     // The database no longer has the cut: forgets its number too.

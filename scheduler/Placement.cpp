@@ -85,7 +85,7 @@ void Placement::Failed()
 
 void Placement::EmptyName(BoxIcon eIcon, const std::wstring& sText)
 {
-    if (m_lEmptyNames++ == 0)
+    if (m_emptyNames++ == 0)
         m_cMod.Box(eIcon, BoxButtons::Ok, sProgramTitle, sText);
 }
 
@@ -93,10 +93,10 @@ void Placement::Report(const std::function<void(const RuntimeError&)>& show)
 {
     RecalcTouched();
     const OrderedKeyedCollection<Problem> colProblems = std::exchange(m_colProblems, {});
-    const std::size_t lFailed = std::exchange(m_colFailed, {}).size();
+    const std::size_t failed = std::exchange(m_colFailed, {}).size();
     const std::optional<RuntimeError> cFirstFailure = std::exchange(m_cFirstFailure, std::nullopt);
-    if (const std::size_t lEmptyNames = std::exchange(m_lEmptyNames, 0); lEmptyNames > 1)
-        m_cMod.WriteDebugLog(L"Zero-length cat names are illegal: " + CountText(lEmptyNames) + L" in all.");
+    if (const std::size_t emptyNames = std::exchange(m_emptyNames, 0); emptyNames > 1)
+        m_cMod.WriteDebugLog(L"Zero-length cat names are illegal: " + CountText(emptyNames) + L" in all.");
     for (const Problem& cProblem : colProblems)
     {
         if (cProblem.lRefused > 0)
@@ -107,9 +107,9 @@ void Placement::Report(const std::function<void(const RuntimeError&)>& show)
                                                    L": run times in category " + cProblem.sCatName));
     }
     if (cFirstFailure)
-        show(lFailed == 0 ? *cFirstFailure
+        show(failed == 0 ? *cFirstFailure
                           : RuntimeError(cFirstFailure->Number(), cFirstFailure->Description() + L" (" +
-                                                                      CountText(lFailed) +
+                                                                      CountText(failed) +
                                                                       L" cuts could not be handled)"));
 }
 

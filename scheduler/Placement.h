@@ -66,7 +66,7 @@ private:
     OrderedKeyedCollection<Problem> m_colProblems;
     Cats m_colTouched; // in the order they were, each once
     std::unordered_set<const clsCat*> m_colIsTouched;
-    std::size_t m_lEmptyNames = 0;
+    std::size_t m_emptyNames = 0;
     std::unordered_set<const Cut*> m_colFailed;
     std::optional<RuntimeError> m_cFirstFailure;
 };

@@ -96,16 +96,16 @@ void Population::PlaceCuts(const Cuts& colCuts)
                 m_cPlacement.Place(cCut, *cMainCat, bCreated);
             m_cPlacedCuts.Remember(cCut->Key(), names.lNumber, cCut->CatLevel(), DataBaseNumber(*cCut));
         },
-        [](const Cut& cCut, std::size_t lCount)
-        { return CountText(lCount) + L"Added: " + cCut.Artist() + L" - " + cCut.Title(); });
+        [](const Cut& cCut, std::size_t count)
+        { return CountText(count) + L"Added: " + cCut.Artist() + L" - " + cCut.Title(); });
 }
 
 // What a report says decides nothing: a cut whose texts cannot be read for it may be placed all the same.
-std::wstring Population::TextOrNothing(const Text& text, const Cut& cCut, std::size_t lCount)
+std::wstring Population::TextOrNothing(const Text& text, const Cut& cCut, std::size_t count)
 {
     try
     {
-        return text(cCut, lCount);
+        return text(cCut, count);
     }
     catch (...)
     {
@@ -120,10 +120,10 @@ void Population::RunPhase(const std::wstring& sReason, const Cuts& colCuts, cons
     m_cEvents.ProgressStart(sReason, colCuts.size());
     ProgressThrottle cThrottle(m_cMod.Ports().cClock);
     Pauses cPauses(m_cMod);
-    std::size_t lCount = 0;
+    std::size_t count = 0;
     for (const std::shared_ptr<Cut>& cCut : colCuts)
     {
-        ++lCount;
+        ++count;
         try
         {
             work(cCut);
@@ -132,12 +132,12 @@ void Population::RunPhase(const std::wstring& sReason, const Cuts& colCuts, cons
         {
             m_cPlacement.Failed(*cCut);
         }
-        if (cThrottle.IsDue(lCount))
+        if (cThrottle.IsDue(count))
         {
-            m_cEvents.Progress(TextOrNothing(text, *cCut, lCount), lCount, colCuts.size());
+            m_cEvents.Progress(TextOrNothing(text, *cCut, count), count, colCuts.size());
             cThrottle.Reported();
         }
-        if (ProgressThrottle::IsSample(lCount))
+        if (ProgressThrottle::IsSample(count))
             cPauses.AtSample();
     }
 }

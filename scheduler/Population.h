@@ -39,12 +39,12 @@ public:
 private:
     class Pauses;
     using Work = std::function<void(const std::shared_ptr<Cut>&)>;
-    using Text = std::function<std::wstring(const Cut&, std::size_t lCount)>;
+    using Text = std::function<std::wstring(const Cut&, std::size_t count)>;
 
     // One pass over the cuts: work for each, and text for the report when one is due. A cut that cannot be
     // read is passed over and counted.
     void RunPhase(const std::wstring& sReason, const Cuts& colCuts, const Work& work, const Text& text);
-    std::wstring TextOrNothing(const Text& text, const Cut& cCut, std::size_t lCount);
+    std::wstring TextOrNothing(const Text& text, const Cut& cCut, std::size_t count);
     const NameLists::Names& NamesOf(const Cut& cCut);
     void CreateCategories(const Cuts& colCuts);
     void PlaceCuts(const Cuts& colCuts);

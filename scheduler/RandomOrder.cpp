@@ -15,27 +15,27 @@ namespace
 class Left
 {
 public:
-    explicit Left(std::size_t lCount) : m_colCounts(lCount + 1)
+    explicit Left(std::size_t count) : m_colCounts(count + 1)
     {
-        for (std::size_t lNode = 1; lNode <= lCount; ++lNode)
-            m_colCounts[lNode] =
-                lNode & (~lNode + 1); // each node counts the items of as many positions as its lowest bit
+        for (std::size_t node = 1; node <= count; ++node)
+            m_colCounts[node] =
+                node & (~node + 1); // each node counts the items of as many positions as its lowest bit
     }
 
     // Takes out the item that stands at lPlace, from 0, among those left, and returns its original position.
-    std::size_t TakeOut(std::size_t lPlace)
+    std::size_t TakeOut(std::size_t place)
     {
-        std::size_t lNode = 0;
-        for (std::size_t lStep = std::bit_floor(m_colCounts.size() - 1); lStep > 0; lStep /= 2)
+        std::size_t node = 0;
+        for (std::size_t step = std::bit_floor(m_colCounts.size() - 1); step > 0; step /= 2)
         {
-            if (lNode + lStep >= m_colCounts.size() || m_colCounts[lNode + lStep] > lPlace)
+            if (node + step >= m_colCounts.size() || m_colCounts[node + step] > place)
                 continue;
-            lNode += lStep;
-            lPlace -= m_colCounts[lNode];
+            node += step;
+            place -= m_colCounts[node];
         }
-        for (std::size_t lUp = lNode + 1; lUp < m_colCounts.size(); lUp += lUp & (~lUp + 1))
-            --m_colCounts[lUp];
-        return lNode;
+        for (std::size_t up = node + 1; up < m_colCounts.size(); up += up & (~up + 1))
+            --m_colCounts[up];
+        return node;
     }
 
 private:
@@ -44,15 +44,15 @@ private:
 
 } // namespace
 
-std::vector<std::size_t> RandomOrder(Random& cRandom, std::size_t lCount)
+std::vector<std::size_t> RandomOrder(Random& cRandom, std::size_t count)
 {
     std::vector<std::size_t> colOrder;
-    colOrder.reserve(lCount);
-    Left cLeft(lCount);
-    for (std::size_t lLeft = lCount; lLeft > 0; --lLeft)
+    colOrder.reserve(count);
+    Left cLeft(count);
+    for (std::size_t left = count; left > 0; --left)
     {
-        const auto lDrawn = static_cast<std::size_t>(cRandom.Next() * static_cast<double>(lLeft));
-        colOrder.push_back(cLeft.TakeOut(std::min(lDrawn, lLeft - 1)));
+        const auto lDrawn = static_cast<std::size_t>(cRandom.Next() * static_cast<double>(left));
+        colOrder.push_back(cLeft.TakeOut(std::min(lDrawn, left - 1)));
     }
     return colOrder;
 }

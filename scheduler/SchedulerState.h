@@ -103,7 +103,7 @@ struct SchedulerState
     // since. Empty before the first population.
     std::wstring sAppPath;
     PlacedCuts cPlacedCuts;
-    std::uint64_t lPopulations =
+    std::uint64_t populations =
         0; // completed ones: a loop that pumps sees by it that the tree is another one
 };
 

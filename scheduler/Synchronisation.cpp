@@ -15,13 +15,13 @@ namespace ravlo
 namespace
 {
 
-constexpr std::size_t lAddedPerReport = 30;
-constexpr std::size_t lRemovedPerReport = 50;
+constexpr std::size_t addedPerReport = 30;
+constexpr std::size_t removedPerReport = 50;
 constexpr std::uint32_t lPauseMs = 10;
 
-std::wstring UpdatedText(std::size_t lCount, std::size_t lTotal)
+std::wstring UpdatedText(std::size_t lCount, std::size_t total)
 {
-    return L"Updated " + CountText(lCount) + L" of " + CountText(lTotal);
+    return L"Updated " + CountText(lCount) + L" of " + CountText(total);
 }
 
 // Gives an entry another key and object, in its place.
@@ -30,8 +30,8 @@ void Rename(CutCollection& colOrder, const TextKey& cFormerKey, const TextKey& c
 {
     // In front of the old entry, which goes last: short of memory nothing is lost. When the new key is there
     // already, that entry stays.
-    if (const std::optional<std::size_t> lPosition = colOrder.PositionOf(cFormerKey))
-        colOrder.Insert(*lPosition, &cKey, cCut);
+    if (const std::optional<std::size_t> position = colOrder.PositionOf(cFormerKey))
+        colOrder.Insert(*position, &cKey, cCut);
     colOrder.Remove(cFormerKey);
 }
 
@@ -151,9 +151,9 @@ void Synchronisation::HandleAdded(const Cuts& colCuts)
         AddCuts(colCuts, cChanges);
         cMod.WriteDebugLog(L"Finished Adding Cuts to cats.");
         CutChanges::Ending ending;
-        ending.beforeSave = [&cMod](std::size_t lAffected)
+        ending.beforeSave = [&cMod](std::size_t affected)
         {
-            cMod.WriteDebugLog(L"Saving History And Ordering now...there are: " + CountText(lAffected) +
+            cMod.WriteDebugLog(L"Saving History And Ordering now...there are: " + CountText(affected) +
                                L" Cats affected by this add.");
         };
         ending.afterSave = [&]
@@ -178,7 +178,7 @@ void Synchronisation::AddCuts(const Cuts& colCuts, CutChanges& cChanges)
 {
     NameLists cNameLists(m_cState.cPlacedCuts);
     CutChanges::Rhythm rhythm;
-    rhythm.lCuts = lAddedPerReport;
+    rhythm.cuts = addedPerReport;
     rhythm.bBeforeTheCut = true;
     rhythm.lPauseMs = lPauseMs;
     rhythm.tell = [&](std::size_t lCount)
@@ -195,7 +195,7 @@ void Synchronisation::AddCuts(const Cuts& colCuts, CutChanges& cChanges)
 // False from a reload on: the new tree came from the database as it is now.
 std::function<bool()> Synchronisation::WhileNobodyReloads() const
 {
-    return [this, lPopulation = m_cState.lPopulations] { return m_cState.lPopulations == lPopulation; };
+    return [this, population = m_cState.populations] { return m_cState.populations == population; };
 }
 
 void Synchronisation::AddCut(const std::shared_ptr<Cut>& cAnnounced, NameLists& cNameLists,
@@ -328,7 +328,7 @@ void Synchronisation::HandleRemoved(const Cuts& colCuts)
              m_cState.cEvents.ProgressStart(L"Updating Scheduler with deleted items", colCuts.size());
              CutChanges cChanges(m_cState, *this, CutChanges::Origin::DataBase);
              CutChanges::Rhythm rhythm;
-             rhythm.lCuts = lRemovedPerReport;
+             rhythm.cuts = removedPerReport;
              rhythm.bBeforeTheCut = true;
              rhythm.lPauseMs = lPauseMs;
              rhythm.tell = [&](std::size_t lCount)

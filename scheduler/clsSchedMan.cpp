@@ -187,7 +187,7 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
         my.cHistoryFiles.SavePending(*my.colMainCats);
     my.colMainCats = std::move(colNew);
     my.cPlacedCuts = std::move(cPlacedCuts);
-    ++my.lPopulations;
+    ++my.populations;
     my.Serve(sAppPath);
     if (!bMarked)
         my.cMark = std::move(cMark);
@@ -363,7 +363,7 @@ void clsSchedMan::RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat,
 }
 
 void clsSchedMan::RemoveCutsFromCategories(const std::vector<CutRemoval>& colRemovals,
-                                           const std::function<void(std::size_t lDone)>& progress)
+                                           const std::function<void(std::size_t done)>& progress)
 {
     Edit(L"Error in RemoveCutFromCategory [cSchedMan]",
          [&] { RemoveCuts(*m_cParts, m_cParts->cSync, colRemovals, progress); });
@@ -389,11 +389,11 @@ bool clsSchedMan::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
                 [&] { return m_cParts->cCreation.CreateCatLevel(cMainCatIn); });
 }
 
-std::vector<std::size_t> clsSchedMan::RandomOrderOf(std::size_t lCount)
+std::vector<std::size_t> clsSchedMan::RandomOrderOf(std::size_t count)
 {
     Random& cRandom = m_cParts->cMod.Ports().cRandom;
     cRandom.Randomize();
-    return RandomOrder(cRandom, lCount);
+    return RandomOrder(cRandom, count);
 }
 
 void clsSchedMan::ShuffleCategories(const Cats& colCats, bool bConfirmFirst)

@@ -78,7 +78,7 @@ public:
     bool CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn);
     // A new random order of a collection of that many items, for RandomizeCollection: element i is the
     // position, from 0, of the item that comes to stand at i.
-    std::vector<std::size_t> RandomOrderOf(std::size_t lCount);
+    std::vector<std::size_t> RandomOrderOf(std::size_t count);
     void ShuffleCategories(const Cats& colCats, bool bConfirmFirst = false);
     bool DeleteCats(const Cats& colCats);
     void MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
@@ -100,7 +100,7 @@ public:
     // removed is reported at the end. Messages are pumped meanwhile; progress is told of the number of cuts
     // done so far.
     void RemoveCutsFromCategories(const std::vector<CutRemoval>& colRemovals,
-                                  const std::function<void(std::size_t lDone)>& progress);
+                                  const std::function<void(std::size_t done)>& progress);
 
     // Gives a cut its level and the names of its categories; see CutAssignment.h. Throws when the cut is left
     // as it was, also with error 70 when called from a handler while a population runs.

@@ -16,12 +16,12 @@ namespace
 // The length of the first line, its line end included.
 std::size_t LineLength(std::string_view bytes) noexcept
 {
-    const auto lEnd = bytes.find_first_of("\r\n");
-    if (lEnd == std::string_view::npos)
+    const auto end = bytes.find_first_of("\r\n");
+    if (end == std::string_view::npos)
     {
         return bytes.size();
     }
-    return bytes.substr(lEnd, 2) == "\r\n" ? lEnd + 2 : lEnd + 1;
+    return bytes.substr(end, 2) == "\r\n" ? end + 2 : end + 1;
 }
 
 int NoSpace(unsigned char) { return 0; } // blanks belong to their field
@@ -58,13 +58,13 @@ private:
     // True when a bad row was met and reading has to go on after its first line.
     bool ReadToEnd()
     {
-        while (m_lAt < m_bytes.size())
+        while (m_at < m_bytes.size())
         {
-            const auto sLine = m_bytes.substr(m_lAt, LineLength(m_bytes.substr(m_lAt)));
+            const auto sLine = m_bytes.substr(m_at, LineLength(m_bytes.substr(m_at)));
             if (!m_bInRow)
             {
-                m_lRowAt = m_lAt;
-                m_lRowLine = m_lLine;
+                m_rowAt = m_at;
+                m_rowLine = m_line;
             }
             m_bRowEnded = false;
             const auto lDone = csv_parse(&m_parser, sLine.data(), sLine.size(), &OnField, &OnRowEnd, this);
@@ -75,8 +75,8 @@ private:
             }
             m_bInRow =
                 !m_bRowEnded && (m_bInRow || sLine.find_first_not_of("\r\n") != std::string_view::npos);
-            m_lAt += sLine.size();
-            ++m_lLine;
+            m_at += sLine.size();
+            ++m_line;
         }
         const bool bWhole = csv_fini(&m_parser, &OnField, &OnRowEnd, this) == 0;
         RethrowFromSink();
@@ -89,18 +89,18 @@ private:
         {
             throw std::bad_alloc();
         }
-        m_cSink.OnBadRow(m_lRowLine, eFault);
-        m_lAt = m_lRowAt + LineLength(m_bytes.substr(m_lRowAt));
-        m_lLine = m_lRowLine + 1;
+        m_cSink.OnBadRow(m_rowLine, eFault);
+        m_at = m_rowAt + LineLength(m_bytes.substr(m_rowAt));
+        m_line = m_rowLine + 1;
         csv_free(&m_parser);
         Start();
         return true;
     }
 
-    static void OnField(void* pBytes, std::size_t lLength, void* pReader)
+    static void OnField(void* pBytes, std::size_t length, void* pReader)
     {
         auto& cReader = *static_cast<Reader*>(pReader);
-        cReader.KeepException([&] { cReader.AddField({static_cast<const char*>(pBytes), lLength}); });
+        cReader.KeepException([&] { cReader.AddField({static_cast<const char*>(pBytes), length}); });
     }
 
     static void OnRowEnd(int, void* pReader)
@@ -123,7 +123,7 @@ private:
         m_bRowEnded = true;
         const auto lFields = m_lFields;
         m_lFields = 0;
-        m_cSink.OnRow(m_lRowLine, std::span<const std::string>(m_fields).first(lFields));
+        m_cSink.OnRow(m_rowLine, std::span<const std::string>(m_fields).first(lFields));
     }
 
     // The parser is C: no exception may pass through it.
@@ -156,10 +156,10 @@ private:
     csv_parser m_parser{};
     std::vector<std::string> m_fields; // reused from row to row; the first m_lFields count
     std::size_t m_lFields = 0;
-    std::size_t m_lAt = 0;      // of the next line to be parsed
-    std::size_t m_lLine = 1;    // its number
-    std::size_t m_lRowAt = 0;   // where the current row begins
-    std::size_t m_lRowLine = 1; // on which line
+    std::size_t m_at = 0;      // of the next line to be parsed
+    std::size_t m_line = 1;    // its number
+    std::size_t m_rowAt = 0;   // where the current row begins
+    std::size_t m_rowLine = 1; // on which line
     bool m_bInRow = false;
     bool m_bRowEnded = false;
     std::exception_ptr m_thrown;
@@ -171,12 +171,12 @@ void ReadCsv(std::string_view bytes, CsvSink& cSink) { Reader(bytes, cSink).Run(
 
 std::size_t CountLines(std::string_view bytes) noexcept
 {
-    std::size_t lLines = 0;
+    std::size_t lines = 0;
     for (; !bytes.empty(); bytes.remove_prefix(LineLength(bytes)))
     {
-        ++lLines;
+        ++lines;
     }
-    return lLines;
+    return lines;
 }
 
 } // namespace ravlo

@@ -24,8 +24,8 @@ public:
     virtual ~CsvSink() = default;
     // The fields without their quotation marks, otherwise byte for byte. They hold for the length of the
     // call.
-    virtual void OnRow(std::size_t lLine, std::span<const std::string> fields) = 0;
-    virtual void OnBadRow(std::size_t lLine, CsvFault eFault) = 0;
+    virtual void OnRow(std::size_t line, std::span<const std::string> fields) = 0;
+    virtual void OnBadRow(std::size_t line, CsvFault eFault) = 0;
 };
 
 // Takes RFC 4180 bytes apart: fields between commas, quoted ones with "" for a quotation mark. A line ends

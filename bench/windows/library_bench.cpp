@@ -51,12 +51,12 @@ double Quickest(const Work& work, int lRounds = 5)
 
 bool bWithinLimits = true;
 
-void Row(const char* sOperation, std::int64_t lCuts, double dOurs, double dBaseline, double dLimit)
+void Row(const char* sOperation, std::int64_t cuts, double dOurs, double dBaseline, double dLimit)
 {
     const double dRatio = dOurs / dBaseline;
     bWithinLimits = bWithinLimits && dRatio <= dLimit;
     std::printf("%-36s %8lld %10.2f ms %10.2f ms %7.2f  (limit %.1f)\n", sOperation,
-                static_cast<long long>(lCuts), dOurs, dBaseline, dRatio, dLimit);
+                static_cast<long long>(cuts), dOurs, dBaseline, dRatio, dLimit);
     std::fflush(stdout);
 }
 
@@ -64,7 +64,7 @@ void Row(const char* sOperation, std::int64_t lCuts, double dOurs, double dBasel
 class ConstantList final : public Window
 {
 public:
-    ConstantList(HWND hLike, HWND hGrid, std::size_t lRows) : Window(L"RavloBenchList")
+    ConstantList(HWND hLike, HWND hGrid, std::size_t rows) : Window(L"RavloBenchList")
     {
         RECT place{};
         ::GetWindowRect(hLike, &place);
@@ -94,7 +94,7 @@ public:
         ::GetWindowRect(hGrid, &grid);
         ::MoveWindow(hList, 0, 0, static_cast<int>(grid.right - grid.left),
                      static_cast<int>(grid.bottom - grid.top), TRUE);
-        ::SendMessageW(hList, LVM_SETITEMCOUNT, lRows, 0);
+        ::SendMessageW(hList, LVM_SETITEMCOUNT, rows, 0);
         ::ShowWindow(Handle(), SW_SHOW);
     }
 
@@ -148,10 +148,10 @@ void Page(HWND hList)
 class Station
 {
 public:
-    explicit Station(std::int64_t lCuts) : Station(lCuts, &LibraryCut) {}
-    Station(std::int64_t lCuts, std::shared_ptr<Cut> (*cut)(std::int64_t lNumber)) : m_lCuts(lCuts)
+    explicit Station(std::int64_t cuts) : Station(cuts, &LibraryCut) {}
+    Station(std::int64_t cuts, std::shared_ptr<Cut> (*cut)(std::int64_t number)) : m_lCuts(cuts)
     {
-        for (std::int64_t i = 0; i < lCuts; ++i)
+        for (std::int64_t i = 0; i < cuts; ++i)
             m_cDataBase->Add(cut(i));
         m_cSchedMan->SetWindows(m_cUi.get());
         m_cSchedMan->PopulateFromDataBase(m_cDataBase, L"C:\\Radio\\");
@@ -292,8 +292,8 @@ void Measure(const Station& cState)
     using enum LibraryCommand;
     const HWND hGrid = cState.Grid();
     const std::vector<Cost> colCosts = CostsOfInput(cState);
-    const std::int64_t lCuts = cState.Size();
-    const auto lRows = static_cast<std::size_t>(lCuts);
+    const std::int64_t cuts = cState.Size();
+    const auto rows = static_cast<std::size_t>(cuts);
     const double dPaint = Quickest([&] { Paint(hGrid); });
     const double dPage = Quickest([&] { Page(hGrid); });
     const double dSelect = Quickest(
@@ -306,10 +306,10 @@ void Measure(const Station& cState)
     const double dInvert = Quickest([&] { cState.Command(mnuInvertSelectionGrid); }, 6);
     const double dShow = Quickest([&] { cState.ShowAnew(); });
 
-    const ConstantList cConstant(cState.Form(), hGrid, lRows);
+    const ConstantList cConstant(cState.Form(), hGrid, rows);
     const HWND hList = cConstant.hList;
-    Row("painting a page", lCuts, dPaint, Quickest([&] { Paint(hList); }), 2.5);
-    Row("scrolling through 20 pages", lCuts, dPage, Quickest([&] { Page(hList); }), 2.5);
+    Row("painting a page", cuts, dPaint, Quickest([&] { Paint(hList); }), 2.5);
+    Row("scrolling through 20 pages", cuts, dPage, Quickest([&] { Page(hList); }), 2.5);
     const double dSelectBare = Quickest(
         [&]
         {
@@ -317,17 +317,17 @@ void Measure(const Station& cState)
             SelectAll(hList, false);
         });
     for (const Cost& cost : colCosts)
-        Row(cost.sWhat.c_str(), lCuts, cost.dTime, dSelectBare, 3);
-    Row("selecting all and none", lCuts, dSelect, dSelectBare, 3);
-    Row("inverting, as selecting all and none", lCuts, dInvert, dSelectBare, 3);
+        Row(cost.sWhat.c_str(), cuts, cost.dTime, dSelectBare, 3);
+    Row("selecting all and none", cuts, dSelect, dSelectBare, 3);
+    Row("inverting, as selecting all and none", cuts, dInvert, dSelectBare, 3);
     const double dCount = Quickest(
         [&]
         {
             ::SendMessageW(hList, LVM_SETITEMCOUNT, 0, 0);
-            ::SendMessageW(hList, LVM_SETITEMCOUNT, lRows, 0);
+            ::SendMessageW(hList, LVM_SETITEMCOUNT, rows, 0);
             Paint(hList);
         });
-    Row("showing all cuts and the tree anew", lCuts, dShow, dCount, 6);
+    Row("showing all cuts and the tree anew", cuts, dShow, dCount, 6);
 }
 
 // ---- the tree ----
@@ -336,11 +336,11 @@ constexpr int lCategories = 404;
 constexpr int lLevels = 4;
 
 // One cut in each level of each category.
-std::shared_ptr<Cut> CategoryCut(std::int64_t lNumber)
+std::shared_ptr<Cut> CategoryCut(std::int64_t number)
 {
-    std::shared_ptr<Cut> cCut = MadeUpCut(lNumber);
-    cCut->SetCategoryText(L"Category " + std::to_wstring(lNumber / lLevels));
-    cCut->SetCatLevel(static_cast<std::int32_t>(lNumber % lLevels + 1));
+    std::shared_ptr<Cut> cCut = MadeUpCut(number);
+    cCut->SetCategoryText(L"Category " + std::to_wstring(number / lLevels));
+    cCut->SetCatLevel(static_cast<std::int32_t>(number % lLevels + 1));
     return cCut;
 }
 
@@ -435,14 +435,14 @@ int Run()
 {
     std::printf("%-36s %8s %13s %13s %7s\n", "operation", "n", "window", "baseline", "ratio");
     double dSmallest = 0;
-    for (const std::int64_t lCuts : {1'000, 10'000, 100'000})
+    for (const std::int64_t cuts : {1'000, 10'000, 100'000})
     {
-        Station cState(lCuts);
+        Station cState(cuts);
         double dOpening = std::numeric_limits<double>::max();
         for (int i = 0; i < 5; ++i)
             dOpening = std::min(dOpening, cState.Open());
         dSmallest = dSmallest == 0 ? dOpening : dSmallest;
-        Row("opening, as with 1 000 cuts", lCuts, dOpening, dSmallest, 4);
+        Row("opening, as with 1 000 cuts", cuts, dOpening, dSmallest, 4);
         cState.Open([&] { Measure(cState); });
     }
     Station cCategories(lCategories * lLevels, &CategoryCut);

@@ -92,14 +92,14 @@ struct Station
     std::shared_ptr<clsCat> cLevel = std::make_shared<clsCat>(cMod, L"Pop", 1);
 };
 
-void Fill(const std::filesystem::path& path, std::int64_t lCuts)
+void Fill(const std::filesystem::path& path, std::int64_t cuts)
 {
     std::filesystem::remove(path);
     Store store;
     store.Open(path.wstring());
     Cuts colCuts;
     const MemoryClock cClock;
-    for (std::int64_t i = 0; i < lCuts; ++i)
+    for (std::int64_t i = 0; i < cuts; ++i)
     {
         colCuts.push_back(MadeUpCut(i));
         colCuts.back()->AddCategoryName(L"Pop"); // placement them writes nothing, then
@@ -122,17 +122,17 @@ Station::Cost ComCost(const std::filesystem::path& path)
     return Station(HostDatabase::Of(cDataBase.Get())).WalkCost();
 }
 
-bool Compare(std::int64_t lCuts)
+bool Compare(std::int64_t cuts)
 {
     const std::filesystem::path path =
-        std::filesystem::temp_directory_path() / (L"ravlo_bench_walk" + std::to_wstring(lCuts) + L".db");
-    Fill(path, lCuts);
+        std::filesystem::temp_directory_path() / (L"ravlo_bench_walk" + std::to_wstring(cuts) + L".db");
+    Fill(path, cuts);
     const Station::Cost native = NativeCost(path);
     const Station::Cost com = ComCost(path);
     std::filesystem::remove(path);
     const double dRatio = com.dBest / native.dBest;
     const bool bWithin = dRatio <= dLimit;
-    std::printf("%9lld %12.0f %12.0f %12.0f %12.0f %7.2f %7.2f%s\n", static_cast<long long>(lCuts),
+    std::printf("%9lld %12.0f %12.0f %12.0f %12.0f %7.2f %7.2f%s\n", static_cast<long long>(cuts),
                 com.dFirst, native.dFirst, com.dBest, native.dBest, dRatio, dLimit, bWithin ? "" : "  ABOVE");
     std::fflush(stdout);
     return bWithin;
@@ -152,8 +152,8 @@ int main()
         std::printf("%9s %12s %12s %12s %12s %7s %7s\n", "n", "first: COM", "native", "later: COM", "native",
                     "ratio", "limit");
         bool bWithin = true;
-        for (const std::int64_t lCuts : {1'000, 10'000, 100'000})
-            bWithin = Compare(lCuts) && bWithin;
+        for (const std::int64_t cuts : {1'000, 10'000, 100'000})
+            bWithin = Compare(cuts) && bWithin;
         return bWithin ? EXIT_SUCCESS : EXIT_FAILURE;
     }
     catch (const ravlo::RuntimeError& cError)

@@ -214,10 +214,10 @@ void CallOnce(RandomValues& cValues, const Member& member, long lCall)
     Note(lCall, member, colValues);
 
     std::vector<VARIANT> colArguments; // the last one first
-    for (std::size_t lAt = colValues.size(); lAt-- > 0;)
+    for (std::size_t at = colValues.size(); at-- > 0;)
     {
-        const bool bReference = lAt < member.colParameters.size() && member.colParameters[lAt].bByReference;
-        colArguments.push_back(bReference ? ByReference(colValues[lAt]) : colValues[lAt]);
+        const bool bReference = at < member.colParameters.size() && member.colParameters[at].bByReference;
+        colArguments.push_back(bReference ? ByReference(colValues[at]) : colValues[at]);
     }
     DISPID lPut = DISPID_PROPERTYPUT;
     const bool bPut = (member.wKind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;

@@ -11,14 +11,14 @@ namespace ravlo::fuzz
 namespace
 {
 
-constexpr std::size_t lMostKept = 300;
+constexpr std::size_t mostKept = 300;
 
 } // namespace
 
 void RandomValues::KeepForEver(IDispatch* pObject)
 {
     m_colKept.push_back({InterfaceOf(*pObject), ComPtr<IDispatch>(pObject)});
-    m_lForEver = m_colKept.size();
+    m_forEver = m_colKept.size();
 }
 
 void RandomValues::Keep(const VARIANT& value)
@@ -27,29 +27,29 @@ void RandomValues::Keep(const VARIANT& value)
     if (!cObject)
         return;
     const Kept kept{InterfaceOf(*cObject), cObject};
-    if (m_colKept.size() < lMostKept)
+    if (m_colKept.size() < mostKept)
         m_colKept.push_back(kept);
     else
-        m_colKept[m_lForEver + Below(lMostKept - m_lForEver)] = kept;
+        m_colKept[m_forEver + Below(mostKept - m_forEver)] = kept;
 }
 
 ComPtr<IDispatch> RandomValues::Object(REFIID iid)
 {
     if (m_colKept.empty())
         return nullptr;
-    const std::size_t lStart = Below(m_colKept.size());
-    for (std::size_t lTried = 0; lTried < m_colKept.size(); ++lTried)
+    const std::size_t start = Below(m_colKept.size());
+    for (std::size_t tried = 0; tried < m_colKept.size(); ++tried)
     {
-        const Kept& kept = m_colKept[(lStart + lTried) % m_colKept.size()];
+        const Kept& kept = m_colKept[(start + tried) % m_colKept.size()];
         if (iid == IID_NULL || kept.iid == iid)
             return kept.cObject;
     }
-    return m_colKept[lStart].cObject;
+    return m_colKept[start].cObject;
 }
 
 void RandomValues::Clear()
 {
-    m_lForEver = 0;
+    m_forEver = 0;
     m_colKept.clear();
 }
 

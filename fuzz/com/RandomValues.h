@@ -18,8 +18,8 @@ class RandomValues
 public:
     RandomValues(unsigned lSeed, std::wstring sFolder) : m_cChance(lSeed), m_sFolder(std::move(sFolder)) {}
 
-    std::size_t Below(std::size_t lCount) { return m_cChance() % lCount; }
-    bool OneIn(std::size_t lCount) { return Below(lCount) == 0; }
+    std::size_t Below(std::size_t count) { return m_cChance() % count; }
+    bool OneIn(std::size_t count) { return Below(count) == 0; }
 
     // Keeps an object among some hundred; the first ones for ever.
     void Keep(const VARIANT& value);
@@ -48,7 +48,7 @@ private:
     std::mt19937 m_cChance;
     std::wstring m_sFolder;
     std::vector<Kept> m_colKept;
-    std::size_t m_lForEver = 0;
+    std::size_t m_forEver = 0;
 };
 
 } // namespace ravlo::fuzz

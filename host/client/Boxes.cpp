@@ -38,9 +38,9 @@ std::wstring OnOneLine(std::wstring sText)
 {
     std::replace(sText.begin(), sText.end(), L'\r', L' ');
     std::replace(sText.begin(), sText.end(), L'\n', L' ');
-    const auto lEnd = std::unique(sText.begin(), sText.end(),
+    const auto end = std::unique(sText.begin(), sText.end(),
                                   [](wchar_t left, wchar_t right) { return left == L' ' && right == L' '; });
-    sText.erase(lEnd, sText.end());
+    sText.erase(end, sText.end());
     return sText;
 }
 
@@ -87,7 +87,7 @@ LRESULT CALLBACK Boxes::OnMessage(int lCode, WPARAM wParam, LPARAM lParam) noexc
 
 void Boxes::Answer(HWND hBox)
 {
-    ++m_lCount;
+    ++m_count;
     m_cError.Write(std::wstring(m_cError.IsWindow() ? L"\r" : L"") + L"RavloHost: the scheduler says: " +
                    OnOneLine(TextIn(hBox) + L": " + LabelsOf(hBox)) + L"\n");
     PostMessageW(hBox, WM_COMMAND, CautiousAnswer(hBox), 0);

@@ -21,7 +21,7 @@ public:
     ~Boxes();
 
     // How many were answered so far.
-    std::size_t Count() const noexcept { return m_lCount; }
+    std::size_t Count() const noexcept { return m_count; }
 
 private:
     static LRESULT CALLBACK OnMessage(int lCode, WPARAM wParam, LPARAM lParam) noexcept;
@@ -30,7 +30,7 @@ private:
     static Boxes* m_pOnly;
     const Console& m_cError;
     HHOOK m_hHook;
-    std::size_t m_lCount = 0;
+    std::size_t m_count = 0;
 };
 
 } // namespace ravlo

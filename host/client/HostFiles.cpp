@@ -83,10 +83,10 @@ void MustBeStation(const std::wstring& sDataBase, const std::wstring& sAppFolder
 void MustBeFree(const std::wstring& sAppFolder)
 {
     const auto sStation = FullPath(sAppFolder);
-    const auto lEnd = GetTickCount64() + lLookmS;
+    const auto end = GetTickCount64() + lLookmS;
     while (IsStationInUse(files, sStation))
     {
-        if (GetTickCount64() >= lEnd)
+        if (GetTickCount64() >= end)
         {
             throw HostError(L"another program works on the station " + sAppFolder);
         }

@@ -30,7 +30,7 @@ public:
     CatsRun(const CatsOptions& options, Scheduler& cScheduler, const Boxes& cBoxes, const Console& cOut,
             const Console& cError)
         : m_options(options), m_cManager(cScheduler.Object()), m_categories(m_cManager), m_cBoxes(cBoxes),
-          m_lBoxesBefore(cBoxes.Count()), m_cOut(cOut), m_cError(cError)
+          m_boxesBefore(cBoxes.Count()), m_cOut(cOut), m_cError(cError)
     {
     }
 
@@ -60,7 +60,7 @@ private:
     _clsSchedMan& m_cManager;
     Categories m_categories;
     const Boxes& m_cBoxes;
-    std::size_t m_lBoxesBefore;
+    std::size_t m_boxesBefore;
     const Console& m_cOut;
     const Console& m_cError;
 };
@@ -91,7 +91,7 @@ int CatsRun::Run()
 
 void CatsRun::NoBoxMustHaveCome(const std::wstring& sFailure) const
 {
-    if (m_cBoxes.Count() > m_lBoxesBefore)
+    if (m_cBoxes.Count() > m_boxesBefore)
     {
         throw HostError(sFailure);
     }

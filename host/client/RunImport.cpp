@@ -51,11 +51,11 @@ void RunImport(const ImportOptions& options, const Console& cOut, const Console&
     MediaLibrary library;
     library.Open(sDataBase);
     std::wstring sReport;
-    const auto lCuts = library.ImportCsv(
+    const auto cuts = library.ImportCsv(
         sCsv, [&](const std::wstring& sText, long, long) { line.Show(sText); }, sReport);
     line.Clear();
     undo.Keep();
-    cOut.Write(L"Imported " + DecimalText(lCuts) + L" cuts from " + options.sCsv + L" into " +
+    cOut.Write(L"Imported " + DecimalText(cuts) + L" cuts from " + options.sCsv + L" into " +
                options.sDataBase + L"\n");
     if (!sReport.empty())
     {

@@ -20,7 +20,7 @@ namespace ravlo
 namespace
 {
 
-constexpr std::size_t lLinesOfOrder = 12;
+constexpr std::size_t linesOfOrder = 12;
 
 // Imports while the scheduler listens, and writes what it tells.
 void Import(MediaLibrary& cLibrary, Scheduler& cScheduler, const std::wstring& sCsv, ProgressLine& cLine,
@@ -50,7 +50,7 @@ void PlayNew(const Rotation& rotation, const LevelChange& level, const WatchOpti
                      { return other.sCategory == level.sCategory && other.lLevel == level.lLevel; });
     const auto sLevel = TextOf(CategoryName{level.sCategory, level.lLevel});
     cOut.Write(L"\nThe rotation of " + sLevel + L", where new cuts come up soonest:\n" +
-               OrderLines(*order, level.newAt, lLinesOfOrder));
+               OrderLines(*order, level.newAt, linesOfOrder));
     if (options.lPicks == 0)
     {
         return;
@@ -99,8 +99,8 @@ std::size_t Watch(const WatchOptions& options, const Boxes& cBoxes, const Consol
     const auto after = categories.Orders();
     const auto change = ChangeBetween(before, after);
     cOut.Write(L"\nIn the rotation: " + DecimalText(static_cast<std::int64_t>(change.lNew)) + L" new, " +
-               DecimalText(static_cast<std::int64_t>(change.lMoved)) + L" filed anew, " +
-               DecimalText(static_cast<std::int64_t>(change.lGone)) + L" gone\n" + ChangeTable(change));
+               DecimalText(static_cast<std::int64_t>(change.moved)) + L" filed anew, " +
+               DecimalText(static_cast<std::int64_t>(change.gone)) + L" gone\n" + ChangeTable(change));
     if (const auto* soonest = SoonestNew(change))
     {
         PlayNew(after, *soonest, options, scheduler, gaps, plays.End(), cOut);

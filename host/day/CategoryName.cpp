@@ -25,16 +25,16 @@ bool IsNumber(const std::wstring& sText)
 
 std::optional<std::int32_t> LevelIn(const std::wstring& sDigits)
 {
-    std::int64_t lLevel = 0;
+    std::int64_t level = 0;
     for (const wchar_t c : sDigits)
     {
-        lLevel = lLevel * 10 + (c - L'0');
-        if (lLevel > std::numeric_limits<std::int32_t>::max())
+        level = level * 10 + (c - L'0');
+        if (level > std::numeric_limits<std::int32_t>::max())
         {
             return std::nullopt;
         }
     }
-    return lLevel > 0 ? std::optional(static_cast<std::int32_t>(lLevel)) : std::nullopt;
+    return level > 0 ? std::optional(static_cast<std::int32_t>(level)) : std::nullopt;
 }
 
 } // namespace
@@ -51,13 +51,13 @@ CategoryName ParseCategoryName(const std::wstring& sText)
     }
     if (bLevel)
     {
-        const auto lLevel = LevelIn(sTail);
-        if (!lLevel)
+        const auto level = LevelIn(sTail);
+        if (!level)
         {
             throw HostError(L"'" + sText +
                             L"' names no level (expected NAME or NAME:LEVEL, levels count from 1)");
         }
-        name.lLevel = *lLevel;
+        name.lLevel = *level;
     }
     return name;
 }
@@ -73,14 +73,14 @@ std::wstring TextOf(const std::vector<Target>& targets)
     for (const auto& target : targets)
     {
         sText += (sText.empty() ? L"" : L", ") + TextOf(target.name) + L" (" +
-                 CountOf(target.lCuts, L"cut", L"cuts") + L")";
+                 CountOf(target.cuts, L"cut", L"cuts") + L")";
     }
     return sText;
 }
 
 std::wstring WhyNoCategory(const std::wstring& sName)
 {
-    constexpr std::size_t lMostLetters = 50;
+    constexpr std::size_t mostLetters = 50;
     const auto isBad = [](wchar_t c)
     { return c < L' ' || std::wstring_view(L"*/:<>?\\|\"").find(c) != std::wstring_view::npos; };
     if (std::any_of(sName.begin(), sName.end(), isBad))
@@ -95,7 +95,7 @@ std::wstring WhyNoCategory(const std::wstring& sName)
     {
         return L"this is the name of a device.";
     }
-    if (sName.size() > lMostLetters)
+    if (sName.size() > mostLetters)
     {
         return L"a name has at most 50 characters.";
     }

@@ -38,7 +38,7 @@ inline constexpr std::int32_t lMostLevel = 32764;
 struct Target
 {
     CategoryName name;
-    std::size_t lCuts = 0;
+    std::size_t cuts = 0;
 };
 
 // "rock:2 (250 cuts), pop (1448 cuts)"

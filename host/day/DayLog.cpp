@@ -84,9 +84,9 @@ std::wstring KindsText(const std::vector<LogRow>& rows)
         ++kinds[row.lKind];
     }
     std::wstring sText;
-    for (const auto& [lKind, lCount] : kinds)
+    for (const auto& [lKind, count] : kinds)
     {
-        sText += (sText.empty() ? L"" : L", ") + DecimalText(lKind) + L" x " + DecimalText(lCount);
+        sText += (sText.empty() ? L"" : L", ") + DecimalText(lKind) + L" x " + DecimalText(count);
     }
     return sText.empty() ? L"-" : sText;
 }
@@ -121,15 +121,15 @@ std::wstring LogLine(const LogRow& row)
 
 std::wstring Summary(const std::vector<LogRow>& rows, DateTime dtEnd)
 {
-    std::int64_t lFilled = 0;
+    std::int64_t filled = 0;
     for (const auto& row : rows)
     {
-        lFilled += row.cut ? 1 : 0;
+        filled += row.cut ? 1 : 0;
     }
     const auto dtBegin = rows.empty() ? dtEnd : rows.front().dtStart;
     return L"From " + IsoText(dtBegin) + L" to " + IsoText(dtEnd) + L"\n" +                   //
            L"Slots: " + DecimalText(static_cast<std::int64_t>(rows.size())) + L", filled: " + //
-           DecimalText(lFilled) + L"\n" +                                                     //
+           DecimalText(filled) + L"\n" +                                                     //
            L"Kinds: " + KindsText(rows) + L"\n" +                                             //
            L"Smallest artist gap: " + SmallestGap(rows, &LogRow::dArtistGapMins, &PlayedCut::sArtist) +
            L"\n" + L"Smallest title gap: " + SmallestGap(rows, &LogRow::dTitleGapMins, &PlayedCut::sTitle) +

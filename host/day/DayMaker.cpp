@@ -18,9 +18,9 @@ std::int64_t WholeMilliseconds(DateTime dtWhen) noexcept { return std::llround(d
 } // namespace
 
 // Through whole milliseconds, so that a day's sum of durations gathers no rounding errors.
-DateTime Later(DateTime dtWhen, std::int64_t lMilliseconds) noexcept
+DateTime Later(DateTime dtWhen, std::int64_t milliseconds) noexcept
 {
-    return static_cast<double>(WholeMilliseconds(dtWhen) + lMilliseconds) / dDaymS;
+    return static_cast<double>(WholeMilliseconds(dtWhen) + milliseconds) / dDaymS;
 }
 
 void Gaps::Record(const std::wstring& sArtist, const std::wstring& sTitle, DateTime dtStart)

@@ -90,7 +90,7 @@ private:
 inline constexpr std::int32_t lEmptySlotmS = 3 * 60 * 1000;
 
 // The moment lMilliseconds later.
-DateTime Later(DateTime dtWhen, std::int64_t lMilliseconds) noexcept;
+DateTime Later(DateTime dtWhen, std::int64_t milliseconds) noexcept;
 inline DateTime LaterByHours(DateTime dtWhen, int lHours) noexcept
 {
     return Later(dtWhen, std::int64_t{lHours} * 3'600'000);

@@ -35,7 +35,7 @@ void CheckLevels(const std::vector<Slot>& slots, const LevelsInUse& levels, cons
     {
         if (!levels.Contains(slot.sCategory, slot.lLevel))
         {
-            throw HostError(sName + L", line " + std::to_wstring(slot.lLine) + L": no cut stands in " +
+            throw HostError(sName + L", line " + std::to_wstring(slot.line) + L": no cut stands in " +
                             TextOf(CategoryName{slot.sCategory, slot.lLevel}));
         }
     }

@@ -13,9 +13,9 @@ namespace ravlo
 namespace
 {
 
-constexpr std::int64_t lBetweenWritesmS = 1000;
-constexpr std::int64_t lBetweenAttemptsmS = 100;
-constexpr std::int64_t lPatiencemS = 30'000;
+constexpr std::int64_t betweenWritesmS = 1000;
+constexpr std::int64_t betweenAttemptsmS = 100;
+constexpr std::int64_t patiencemS = 30'000;
 
 } // namespace
 
@@ -34,7 +34,7 @@ void PlayBook::Write()
 
 void PlayBook::Tick()
 {
-    if (Now() - m_lTried < lBetweenWritesmS)
+    if (Now() - m_tried < betweenWritesmS)
     {
         return;
     }
@@ -46,7 +46,7 @@ void PlayBook::Tick()
     {
         // The plays stay gathered; Settle tells about what is missing at the end.
     }
-    m_lTried = Now();
+    m_tried = Now();
 }
 
 PlayBook::Attempt PlayBook::BringIn()
@@ -74,28 +74,28 @@ PlayBook::Attempt PlayBook::BringIn()
         if (!m_cStore.Has(sKey, dtWhen) &&
             (!attempt.sReason.empty() || !Try([&] { m_cStore.Put(sKey, dtWhen); })))
         {
-            ++attempt.lMissing;
+            ++attempt.missing;
         }
     }
     if (!Try([&] { Write(); }))
     {
-        attempt.lMissing = std::max(attempt.lMissing, m_unwritten.size());
+        attempt.missing = std::max(attempt.missing, m_unwritten.size());
     }
     return attempt;
 }
 
 std::wstring PlayBook::Settle(const std::function<void()>& waiting)
 {
-    const auto lEnd = Now() + lPatiencemS;
+    const auto end = Now() + patiencemS;
     auto attempt = BringIn();
-    while (attempt.lMissing > 0 && attempt.bBusy && Now() < lEnd)
+    while (attempt.missing > 0 && attempt.bBusy && Now() < end)
     {
         waiting();
-        m_world.sleep(lBetweenAttemptsmS);
+        m_world.sleep(betweenAttemptsmS);
         attempt = BringIn();
     }
-    return attempt.lMissing == 0 ? std::wstring()
-                                 : CountOf(attempt.lMissing, L"play is", L"plays are") +
+    return attempt.missing == 0 ? std::wstring()
+                                 : CountOf(attempt.missing, L"play is", L"plays are") +
                                        L" not in the database: " + attempt.sReason;
 }
 

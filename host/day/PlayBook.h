@@ -37,7 +37,7 @@ public:
         std::function<std::int64_t()> ticks;
         std::function<void(std::int64_t lmS)> sleep;
     };
-    PlayBook(PlayStore& cStore, World world) : m_cStore(cStore), m_world(std::move(world)), m_lTried(Now()) {}
+    PlayBook(PlayStore& cStore, World world) : m_cStore(cStore), m_world(std::move(world)), m_tried(Now()) {}
 
     // A play that was reported to the scheduler.
     void Add(const std::wstring& sKey, DateTime dtWhen);
@@ -58,7 +58,7 @@ private:
     };
     struct Attempt
     {
-        std::size_t lMissing = 0;
+        std::size_t missing = 0;
         bool bBusy = false; // and nothing worse
         std::wstring sReason;
     };
@@ -69,7 +69,7 @@ private:
 
     PlayStore& m_cStore;
     World m_world;
-    std::int64_t m_lTried; // when a write was last tried
+    std::int64_t m_tried; // when a write was last tried
     Plays m_plays;
     Plays m_unwritten; // those since the last write
 };

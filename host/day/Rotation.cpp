@@ -104,10 +104,10 @@ RotationChange ChangeBetween(const Rotation& before, const Rotation& after)
     const auto keysAfter = KeysOf(after);
     for (const auto& cKey : keysBefore)
     {
-        change.lGone += keysAfter.contains(cKey) ? 0 : 1;
+        change.gone += keysAfter.contains(cKey) ? 0 : 1;
     }
     change.lNew = fresh.size();
-    change.lMoved = joined.size() - change.lGone;
+    change.moved = joined.size() - change.gone;
     return change;
 }
 
@@ -148,23 +148,23 @@ std::wstring PlacesText(const std::vector<std::size_t>& places)
     std::wstring sText;
     for (std::size_t l = 0; l < places.size();)
     {
-        std::size_t lLast = l;
-        while (lLast + 1 < places.size() && places[lLast + 1] == places[lLast] + 1)
+        std::size_t last = l;
+        while (last + 1 < places.size() && places[last + 1] == places[last] + 1)
         {
-            ++lLast;
+            ++last;
         }
         sText += (sText.empty() ? L"" : L", ") + CountText(places[l]) +
-                 (lLast > l ? L"-" + CountText(places[lLast]) : L"");
-        l = lLast + 1;
+                 (last > l ? L"-" + CountText(places[last]) : L"");
+        l = last + 1;
     }
     return sText;
 }
 
-std::wstring OrderLines(const LevelOrder& order, const std::vector<std::size_t>& newAt, std::size_t lMost)
+std::wstring OrderLines(const LevelOrder& order, const std::vector<std::size_t>& newAt, std::size_t most)
 {
     TextTable table({Side::Right, Side::Left});
-    const auto lCount = lMost == 0 ? order.cuts.size() : std::min(lMost, order.cuts.size());
-    for (std::size_t l = 0; l < lCount; ++l)
+    const auto count = most == 0 ? order.cuts.size() : std::min(most, order.cuts.size());
+    for (std::size_t l = 0; l < count; ++l)
     {
         const auto& cut = order.cuts[l];
         const bool bNew = std::binary_search(newAt.begin(), newAt.end(), l + 1);
@@ -172,7 +172,7 @@ std::wstring OrderLines(const LevelOrder& order, const std::vector<std::size_t>&
                                          MinutesAndSeconds(cut.lDurationmS) + L")" +
                                          (bNew ? L"  new" : L"")});
     }
-    const auto lLeft = order.cuts.size() - lCount;
+    const auto lLeft = order.cuts.size() - count;
     return table.Text() + (lLeft == 0 ? L"" : L"... and " + CountText(lLeft) + L" more\n");
 }
 
@@ -181,22 +181,22 @@ std::wstring LevelTable(const Rotation& rotation)
     TextTable table({Side::Left, Side::Right, Side::Right, Side::Right});
     table.Row({L"Category", L"Level", L"Cuts", L"Average"});
     Keys categories;
-    std::size_t lLevels = 0;
+    std::size_t levels = 0;
     for (const auto& level : rotation)
     {
         categories.insert(TextKey(level.sCategory));
-        lLevels += level.lLevel == 0 ? 0 : 1;
+        levels += level.lLevel == 0 ? 0 : 1;
         table.Row({level.sCategory, level.lLevel == 0 ? L"-" : DecimalText(level.lLevel),
                    CountText(level.cuts.size()),
                    level.cuts.empty() ? L"-" : MinutesAndSeconds(level.lAverageRunTimemS)});
     }
     return table.Text() + CountOf(categories.size(), L"category", L"categories") + L" with " +
-           CountOf(lLevels, L"level", L"levels") + L"\n";
+           CountOf(levels, L"level", L"levels") + L"\n";
 }
 
-std::wstring CountOf(std::size_t lCount, const wchar_t* sOne, const wchar_t* sMany)
+std::wstring CountOf(std::size_t count, const wchar_t* sOne, const wchar_t* sMany)
 {
-    return CountText(lCount) + L" " + (lCount == 1 ? sOne : sMany);
+    return CountText(count) + L" " + (count == 1 ? sOne : sMany);
 }
 
 } // namespace ravlo

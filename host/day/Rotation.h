@@ -38,8 +38,8 @@ struct RotationChange
 {
     std::vector<LevelChange> levels; // those there are, in their order, then those that are gone
     std::size_t lNew = 0;            // cuts that stand somewhere and stood nowhere before
-    std::size_t lMoved = 0;          // cuts that stood somewhere else before, or not everywhere
-    std::size_t lGone = 0;           // cuts that stand nowhere any more
+    std::size_t moved = 0;          // cuts that stood somewhere else before, or not everywhere
+    std::size_t gone = 0;           // cuts that stand nowhere any more
 };
 
 RotationChange ChangeBetween(const Rotation& before, const Rotation& after);
@@ -59,12 +59,12 @@ std::wstring PlacesText(const std::vector<std::size_t>& places);
 
 // The rotation from its first cut on, at most lMost cuts (0: all), one line each; "new"
 // ends the line of a new one.
-std::wstring OrderLines(const LevelOrder& order, const std::vector<std::size_t>& newAt, std::size_t lMost);
+std::wstring OrderLines(const LevelOrder& order, const std::vector<std::size_t>& newAt, std::size_t most);
 
 // The levels with their numbers of cuts and average run times, headed, and a line that counts them.
 std::wstring LevelTable(const Rotation& rotation);
 
 // "1 cut", "2 cuts".
-std::wstring CountOf(std::size_t lCount, const wchar_t* sOne, const wchar_t* sMany);
+std::wstring CountOf(std::size_t count, const wchar_t* sOne, const wchar_t* sMany);
 
 } // namespace ravlo

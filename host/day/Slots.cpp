@@ -132,29 +132,29 @@ std::optional<std::int32_t> LevelOf(const std::wstring& sText)
 }
 
 // The slot that the fields from lFirst on describe.
-Slot SlotOf(const LineSink::Line& line, std::size_t lFirst, const std::wstring& sName)
+Slot SlotOf(const LineSink::Line& line, std::size_t first, const std::wstring& sName)
 {
-    const auto lFields = line.fields.size() - lFirst;
+    const auto lFields = line.fields.size() - first;
     const auto sWhere = Where(sName, line.lNumber);
     if (lFields < 2 || lFields > 3)
     {
-        throw HostError(sWhere + L"expected " + (lFirst ? L"slot_at," : L"") + L"category,level,opener");
+        throw HostError(sWhere + L"expected " + (first ? L"slot_at," : L"") + L"category,level,opener");
     }
     Slot slot;
-    slot.lLine = line.lNumber;
-    slot.sCategory = line.fields[lFirst];
+    slot.line = line.lNumber;
+    slot.sCategory = line.fields[first];
     if (slot.sCategory.empty())
     {
         throw HostError(sWhere + L"the category is empty");
     }
-    const auto& sLevel = line.fields[lFirst + 1];
+    const auto& sLevel = line.fields[first + 1];
     const auto lLevel = LevelOf(sLevel);
     if (!lLevel)
     {
         throw HostError(sWhere + L"the level must be a whole number from 1, not " + Quoted(sLevel));
     }
     slot.lLevel = *lLevel;
-    const auto sOpener = lFields == 3 ? line.fields[lFirst + 2] : std::wstring();
+    const auto sOpener = lFields == 3 ? line.fields[first + 2] : std::wstring();
     slot.bOpener = EqualIgnoringCase(sOpener, L"Y");
     if (!slot.bOpener && !sOpener.empty() && !EqualIgnoringCase(sOpener, L"N"))
     {
@@ -224,12 +224,12 @@ std::vector<TimedSlot> ParseSlots(std::string_view bytes, const std::wstring& sN
 const Slot& ClockHand::Next(DateTime dtStart)
 {
     const auto lHour = WholeSeconds(dtStart) / 3600;
-    if (m_lHour != lHour || m_lNext == m_slots.size())
+    if (m_lHour != lHour || m_next == m_slots.size())
     {
-        m_lNext = 0;
+        m_next = 0;
     }
     m_lHour = lHour;
-    return m_slots[m_lNext++];
+    return m_slots[m_next++];
 }
 
 } // namespace ravlo

@@ -25,11 +25,11 @@ std::string Latin1252CodePage::Encode(std::wstring_view sText) const
 {
     // Most texts are ASCII to the end; what follows the first other character goes one by one.
     std::string bytes(sText.size(), '\0');
-    std::size_t lPlain = 0;
-    for (; lPlain < sText.size() && static_cast<std::uint32_t>(sText[lPlain]) < 0x80; ++lPlain)
-        bytes[lPlain] = static_cast<char>(sText[lPlain]);
-    bytes.resize(lPlain);
-    for (const wchar_t c : sText.substr(lPlain))
+    std::size_t plain = 0;
+    for (; plain < sText.size() && static_cast<std::uint32_t>(sText[plain]) < 0x80; ++plain)
+        bytes[plain] = static_cast<char>(sText[plain]);
+    bytes.resize(plain);
+    for (const wchar_t c : sText.substr(plain))
     {
         const auto lCode = static_cast<std::uint32_t>(c);
         if (lCode < 0x80 || (lCode >= 0xA0 && lCode <= 0xFF))

@@ -4,17 +4,17 @@
 namespace ravlo
 {
 
-DateTime MemoryClock::Now() const { return m_dtStart + static_cast<double>(m_lPassed) / 86'400'000.0; }
+DateTime MemoryClock::Now() const { return m_dtStart + static_cast<double>(m_passed) / 86'400'000.0; }
 
 void MemoryClock::SetNow(DateTime dtNow)
 {
     m_dtStart = dtNow;
-    m_lPassed = 0;
+    m_passed = 0;
 }
 
 void MemoryClock::Advance(std::uint32_t lMilliseconds)
 {
-    m_lPassed += lMilliseconds;
+    m_passed += lMilliseconds;
     m_lTickCount += lMilliseconds;
 }
 

@@ -20,7 +20,7 @@ public:
 
 private:
     DateTime m_dtStart = 45352.5;
-    std::uint64_t m_lPassed = 0; // milliseconds since then; summed as whole numbers, so that nothing drifts
+    std::uint64_t m_passed = 0; // milliseconds since then; summed as whole numbers, so that nothing drifts
     std::uint32_t m_lTickCount = 0;
 };
 

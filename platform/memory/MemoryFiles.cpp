@@ -27,8 +27,8 @@ std::wstring Folded(const std::wstring& sPath) { return FoldCase(Plain(sPath)); 
 std::wstring FolderOf(const std::wstring& sPath)
 {
     const std::wstring sPlain = Plain(sPath);
-    const std::size_t lSeparator = sPlain.rfind(L'\\');
-    return lSeparator == std::wstring::npos ? L"" : sPlain.substr(0, lSeparator);
+    const std::size_t separator = sPlain.rfind(L'\\');
+    return separator == std::wstring::npos ? L"" : sPlain.substr(0, separator);
 }
 
 bool IsNameRefused(const std::wstring& sPath)

@@ -14,7 +14,7 @@ void MemoryHostLoop::PumpMessages()
 void MemoryHostLoop::Sleep(std::uint32_t lMilliseconds)
 {
     ++lSleeps;
-    lSleptmS += lMilliseconds;
+    sleptmS += lMilliseconds;
     if (m_cClock)
         m_cClock->Advance(lMilliseconds);
     if (const auto hook = OnSleep)

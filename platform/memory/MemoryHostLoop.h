@@ -23,7 +23,7 @@ public:
 
     int lPumps = 0;
     int lSleeps = 0;
-    std::uint64_t lSleptmS = 0;
+    std::uint64_t sleptmS = 0;
     std::function<void()> OnPump;
     std::function<void(std::uint32_t lMilliseconds)> OnSleep;
 

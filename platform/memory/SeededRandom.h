@@ -14,7 +14,7 @@ namespace ravlo
 class SeededRandom final : public Random
 {
 public:
-    explicit SeededRandom(std::uint64_t lSeed = 1) : m_engine(lSeed) {}
+    explicit SeededRandom(std::uint64_t seed = 1) : m_engine(seed) {}
 
     void Randomize() override { ++lRandomized; }
     double Next() override { return static_cast<double>(m_engine() >> 11) * 0x1p-53; }

@@ -44,20 +44,20 @@ std::wstring Unescaped(std::wstring_view sText)
     while (!sText.empty())
     {
         unsigned lCode = 0;
-        std::size_t lDigits = 0;
+        std::size_t digits = 0;
         if (sText.front() == L'\\')
         {
-            for (; lDigits < 4 && lDigits + 1 < sText.size(); ++lDigits)
+            for (; digits < 4 && digits + 1 < sText.size(); ++digits)
             {
-                const std::size_t lDigit = sHexDigits.find(sText[lDigits + 1]);
-                if (lDigit == std::wstring_view::npos)
+                const std::size_t digit = sHexDigits.find(sText[digits + 1]);
+                if (digit == std::wstring_view::npos)
                     break;
-                lCode = lCode * 16 + static_cast<unsigned>(lDigit);
+                lCode = lCode * 16 + static_cast<unsigned>(digit);
             }
         }
         // A backslash that somebody typed by hand stands for itself.
-        sPlain += lDigits == 4 ? static_cast<wchar_t>(lCode) : sText.front();
-        sText.remove_prefix(lDigits == 4 ? 5 : 1);
+        sPlain += digits == 4 ? static_cast<wchar_t>(lCode) : sText.front();
+        sText.remove_prefix(digits == 4 ? 5 : 1);
     }
     return sPlain;
 }
@@ -135,12 +135,12 @@ std::vector<IniUserSettings::Entry> IniUserSettings::Read(const std::wstring& sP
     {
         if (!sLine.empty() && sLine.back() == L'\r')
             sLine.pop_back(); // an editor's; one that belongs to a value is written as \000d
-        const std::size_t lEquals = sLine.find(L'=');
+        const std::size_t equals = sLine.find(L'=');
         if (sLine.size() >= 2 && sLine.front() == L'[' && sLine.back() == L']')
             sSection = Unescaped(std::wstring_view(sLine).substr(1, sLine.size() - 2));
-        else if (lEquals != std::wstring::npos && sLine.front() != L';')
-            entries.push_back({sSection, Unescaped(std::wstring_view(sLine).substr(0, lEquals)),
-                               Unescaped(std::wstring_view(sLine).substr(lEquals + 1))});
+        else if (equals != std::wstring::npos && sLine.front() != L';')
+            entries.push_back({sSection, Unescaped(std::wstring_view(sLine).substr(0, equals)),
+                               Unescaped(std::wstring_view(sLine).substr(equals + 1))});
     }
     return entries;
 }
@@ -172,9 +172,9 @@ void IniUserSettings::MakeFolder(const std::wstring& sFolder)
 {
     if (sFolder.empty() || m_cFiles.FolderExists(sFolder))
         return;
-    const std::size_t lSeparator = sFolder.find_last_of(L'\\');
-    if (lSeparator != std::wstring::npos)
-        MakeFolder(sFolder.substr(0, lSeparator));
+    const std::size_t separator = sFolder.find_last_of(L'\\');
+    if (separator != std::wstring::npos)
+        MakeFolder(sFolder.substr(0, separator));
     m_cFiles.CreateFolder(sFolder);
 }
 

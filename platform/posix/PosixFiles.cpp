@@ -22,10 +22,10 @@ namespace
 
 std::string FolderOf(const std::string& sNative)
 {
-    const std::size_t lSeparator = sNative.find_last_of('/');
-    if (lSeparator == std::string::npos)
+    const std::size_t separator = sNative.find_last_of('/');
+    if (separator == std::string::npos)
         return ".";
-    return sNative.substr(0, lSeparator == 0 ? 1 : lSeparator);
+    return sNative.substr(0, separator == 0 ? 1 : separator);
 }
 
 enum class Kind

@@ -75,13 +75,13 @@ struct ButtonRow
     LONG lLeft = 0x7FFFFFFF;
     LONG lRight = 0;
     std::array<HWND, 8> hButtons{};
-    std::size_t lCount = 0;
+    std::size_t count = 0;
 };
 ButtonRow ButtonsOf(HWND hBox) noexcept
 {
     ButtonRow row;
     HWND hButton = nullptr;
-    while (row.lCount < row.hButtons.size() && (hButton = ::FindWindowExW(hBox, hButton, L"Button", nullptr)))
+    while (row.count < row.hButtons.size() && (hButton = ::FindWindowExW(hBox, hButton, L"Button", nullptr)))
     {
         if (!::IsWindowVisible(hButton))
             continue;
@@ -90,7 +90,7 @@ ButtonRow ButtonsOf(HWND hBox) noexcept
         ::MapWindowPoints(nullptr, hBox, reinterpret_cast<POINT*>(&place), 2);
         row.lLeft = std::min(row.lLeft, place.left);
         row.lRight = std::max(row.lRight, place.right);
-        row.hButtons[row.lCount++] = hButton;
+        row.hButtons[row.count++] = hButton;
     }
     return row;
 }
@@ -108,7 +108,7 @@ void CALLBACK PlaceButtons(HWND hBox, UINT, UINT_PTR lTimer, DWORD) noexcept
     const ButtonRow row = ButtonsOf(hBox);
     const LONG lAside = row.lLeft - (client.right - lGrow - row.lRight); // 0 for buttons in the middle
     const int lShift = static_cast<int>(lAside > row.lLeft / 2 ? lGrow : lGrow / 2);
-    for (std::size_t i = 0; i < row.lCount; ++i)
+    for (std::size_t i = 0; i < row.count; ++i)
     {
         RECT place{};
         ::GetWindowRect(row.hButtons[i], &place);

@@ -68,7 +68,7 @@ public:
     {
         std::string bytes;
         bytes.reserve(static_cast<std::size_t>(Size()));
-        std::string sBuffer(std::min<std::size_t>(bytes.capacity() + 1, lBlock), '\0');
+        std::string sBuffer(std::min<std::size_t>(bytes.capacity() + 1, block), '\0');
         for (;;)
         {
             DWORD lRead = 0;
@@ -87,7 +87,7 @@ public:
             OVERLAPPED end{};
             end.Offset = end.OffsetHigh = 0xFFFFFFFF; // the end of the file, whoever writes beside
             DWORD lWritten = 0;
-            const auto lWanted = static_cast<DWORD>(std::min(bytes.size(), lBlock));
+            const auto lWanted = static_cast<DWORD>(std::min(bytes.size(), block));
             if (!::WriteFile(m_hFile, bytes.data(), lWanted, &lWritten, &end))
                 Fail();
             if (lWritten == 0)
@@ -111,7 +111,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t lBlock = 0x1000000;
+    static constexpr std::size_t block = 0x1000000;
     HANDLE m_hFile = INVALID_HANDLE_VALUE;
 };
 

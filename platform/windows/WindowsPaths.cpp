@@ -21,17 +21,17 @@ bool StartsWith(const std::wstring& sText, std::wstring_view sStart)
 // What the system takes of a name and of a path. It answers what is longer with "not found".
 void RequireLengths(const std::wstring& sFull)
 {
-    constexpr std::size_t lLongestPath = 32'767;
-    constexpr std::size_t lLongestName = 255;
-    if (sFull.size() > lLongestPath - 8) // less the long form's "\\?\UNC\" and the end
+    constexpr std::size_t longestPath = 32'767;
+    constexpr std::size_t longestName = 255;
+    if (sFull.size() > longestPath - 8) // less the long form's "\\?\UNC\" and the end
         throw RuntimeError(error::BadFileName, L"Bad file name: the path is longer than 32767 characters");
-    for (std::size_t lStart = 0; lStart < sFull.size();)
+    for (std::size_t start = 0; start < sFull.size();)
     {
-        const std::size_t lEnd = std::min(sFull.find(L'\\', lStart), sFull.size());
-        if (lEnd - lStart > lLongestName)
+        const std::size_t end = std::min(sFull.find(L'\\', start), sFull.size());
+        if (end - start > longestName)
             throw RuntimeError(error::BadFileName,
                                L"Bad file name: longer than 255 characters, which is the limit of a name");
-        lStart = lEnd + 1;
+        start = end + 1;
     }
 }
 
@@ -78,10 +78,10 @@ bool IsFolderMissing(std::wstring sNative)
 {
     for (;;)
     {
-        const std::size_t lSeparator = sNative.find_last_of(L'\\');
-        if (lSeparator == std::wstring::npos || lSeparator == 0)
+        const std::size_t separator = sNative.find_last_of(L'\\');
+        if (separator == std::wstring::npos || separator == 0)
             return false;
-        sNative.resize(lSeparator);
+        sNative.resize(separator);
         // "C:" alone would be the drive's current folder, and a server alone can never be opened.
         const std::wstring sFolder = sNative.back() == L':' ? sNative + L"\\" : sNative;
         if (::GetFileAttributesW(sFolder.c_str()) != INVALID_FILE_ATTRIBUTES)
@@ -143,13 +143,13 @@ std::wstring NativePathOf(const std::wstring& sPath)
     RequireLengths(sPath);
     const std::wstring sFull = FullPathOf(sPath);
     const bool bLongForm = StartsWith(sFull, L"\\\\?\\"); // a host may hand one in
-    const std::size_t lRoot = bLongForm ? 4 : 0;
-    if (StartsWith(sFull, L"\\\\.\\") || sFull.find(L':', lRoot + 2) != std::wstring::npos ||
-        sFull.find_first_of(L"*?<>|\"", lRoot) != std::wstring::npos)
+    const std::size_t root = bLongForm ? 4 : 0;
+    if (StartsWith(sFull, L"\\\\.\\") || sFull.find(L':', root + 2) != std::wstring::npos ||
+        sFull.find_first_of(L"*?<>|\"", root) != std::wstring::npos)
         throw RuntimeError(error::BadFileName);
     RequireLengths(sFull);                     // the folder that a relative path starts in counts
-    constexpr std::size_t lClassicLimit = 240; // 260, less what a folder must leave room for
-    if (bLongForm || sFull.size() < lClassicLimit)
+    constexpr std::size_t classicLimit = 240; // 260, less what a folder must leave room for
+    if (bLongForm || sFull.size() < classicLimit)
         return sFull;
     if (StartsWith(sFull, L"\\\\"))
         return L"\\\\?\\UNC\\" + sFull.substr(2);

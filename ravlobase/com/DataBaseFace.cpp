@@ -29,13 +29,13 @@ public:
     explicit StoreCuts(std::shared_ptr<Store> cStore) : m_cStore(std::move(cStore)) {}
 
     std::size_t Count() const override { return m_cStore->CutCollection().Count(); }
-    Variant At(std::size_t lPosition) const override
+    Variant At(std::size_t position) const override
     {
-        return CutAdapter::ToVariant(m_cStore->CutCollection().At(lPosition));
+        return CutAdapter::ToVariant(m_cStore->CutCollection().At(position));
     }
-    std::optional<std::wstring> KeyAt(std::size_t lPosition) const override
+    std::optional<std::wstring> KeyAt(std::size_t position) const override
     {
-        return m_cStore->CutCollection().At(lPosition)->Key().Text();
+        return m_cStore->CutCollection().At(position)->Key().Text();
     }
     std::optional<std::size_t> PositionOf(const std::wstring& sKey) const override
     {

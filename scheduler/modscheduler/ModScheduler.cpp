@@ -17,8 +17,8 @@ namespace
 
 constexpr std::int32_t lDefaultSepMins = 60;
 constexpr const wchar_t* sSettingsFile = L"Scheduler\\SchedulerSettings.dat";
-constexpr std::size_t lDateLength = 8; // of a time stamp's "dd/mm/yy"
-constexpr std::size_t lLongestMessage = 1000;
+constexpr std::size_t dateLength = 8; // of a time stamp's "dd/mm/yy"
+constexpr std::size_t longestMessage = 1000;
 constexpr const wchar_t* sLogFolder = L"Debugging Logs\\Scheduler\\";
 
 std::wstring TwoDigits(int lValue)
@@ -44,10 +44,10 @@ std::wstring TimeStamp(DateTime dtWhen)
 std::int32_t NeverNegative(std::int32_t lMins) { return lMins < 0 ? lDefaultSepMins : lMins; }
 
 // A line of the settings file; nothing when it is not there or no number.
-std::optional<std::int32_t> MinutesOf(const std::vector<std::wstring>& colLines, std::size_t lLine)
+std::optional<std::int32_t> MinutesOf(const std::vector<std::wstring>& colLines, std::size_t line)
 {
     const std::optional<double> dValue =
-        lLine < colLines.size() ? NumericValue(colLines[lLine]) : std::nullopt;
+        line < colLines.size() ? NumericValue(colLines[line]) : std::nullopt;
     const std::optional<std::int32_t> lMins = dValue ? ToLong(*dValue) : std::nullopt;
     return lMins ? std::optional(NeverNegative(*lMins)) : std::nullopt;
 }
@@ -75,32 +75,32 @@ void ModScheduler::StoreAppPath(const std::wstring& sAppPath)
 
 void ModScheduler::WriteDebugLog(std::wstring_view sMessage) noexcept
 {
-    std::size_t lBefore = m_sLines.size();
+    std::size_t before = m_sLines.size();
     try
     {
         const DateTime dtNow = ForTruncation(m_cPorts.cClock.Now());
-        const std::int64_t lSecond = WholeSeconds(dtNow);
-        if (lSecond != m_lStampSecond || m_sStamp.empty())
+        const std::int64_t second = WholeSeconds(dtNow);
+        if (second != m_stampSecond || m_sStamp.empty())
         {
             std::wstring sStamp = TimeStamp(dtNow);
             // Each line goes to the file of its own day.
-            if (sStamp.compare(0, lDateLength, m_sStamp, 0, lDateLength) != 0)
+            if (sStamp.compare(0, dateLength, m_sStamp, 0, dateLength) != 0)
                 FlushDebugLog();
-            lBefore = m_sLines.size();
+            before = m_sLines.size();
             m_sStamp = std::move(sStamp);
-            m_lStampSecond = lSecond;
+            m_stampSecond = second;
         }
         if (m_sLines.empty())
             m_dtFirstLine = dtNow;
         m_sLines += m_sStamp;
-        m_sLines += sMessage.substr(0, lLongestMessage);
-        if (sMessage.size() > lLongestMessage)
+        m_sLines += sMessage.substr(0, longestMessage);
+        if (sMessage.size() > longestMessage)
             m_sLines += L"...";
         m_sLines += sCrLf;
     }
     catch (...)
     {
-        m_sLines.resize(std::min(lBefore, m_sLines.size()));
+        m_sLines.resize(std::min(before, m_sLines.size()));
         return; // a log line that cannot be kept must not fail what it tells of
     }
     if (m_lScopes == 0)
@@ -200,7 +200,7 @@ void ModScheduler::ShowLater(std::wstring_view sProcedure, const RuntimeError& c
     try
     {
         if (m_cWaiting)
-            ++m_cWaiting->lMore;
+            ++m_cWaiting->more;
         else
             m_cWaiting.emplace(Waiting{std::wstring(sProcedure), cError, 0});
     }
@@ -218,8 +218,8 @@ void ModScheduler::ShowWaiting() noexcept
     try
     {
         std::wstring sText = cWaiting->cFirst.Description();
-        if (cWaiting->lMore != 0)
-            sText += L" (and " + CountText(cWaiting->lMore) + L" more, see the debug log)";
+        if (cWaiting->more != 0)
+            sText += L" (and " + CountText(cWaiting->more) + L" more, see the debug log)";
         ShowHandled(cWaiting->sTitle, sText, cWaiting->cFirst.Number());
     }
     catch (...)
@@ -321,10 +321,10 @@ void ModScheduler::ReadSettings()
         const std::wstring sText = m_cPorts.cCodePage.Decode(*bytes);
         const std::vector<std::wstring> colLines =
             sText.find(sCrLf) == std::wstring::npos ? std::vector<std::wstring>() : Split(sText, sCrLf);
-        std::size_t lLine = 0;
+        std::size_t line = 0;
         for (std::int32_t* lSetting : {&cRead.lArtist, &cRead.lTitle, &cRead.lAlbum})
         {
-            const std::optional<std::int32_t> lMins = MinutesOf(colLines, lLine++);
+            const std::optional<std::int32_t> lMins = MinutesOf(colLines, line++);
             if (!lMins)
                 m_cSavedFiles.NotUnderstood(SettingsPath(), this);
             *lSetting = lMins.value_or(lDefaultSepMins);

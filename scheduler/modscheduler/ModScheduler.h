@@ -153,14 +153,14 @@ private:
     {
         std::wstring sTitle;
         RuntimeError cFirst;
-        std::size_t lMore;
+        std::size_t more;
     };
     std::optional<Waiting> m_cWaiting;
 
     std::wstring m_sLines; // gathered, ready to be appended
     DateTime m_dtFirstLine = 0;
     std::wstring m_sStamp; // of the second in which the last line was noted
-    std::int64_t m_lStampSecond = 0;
+    std::int64_t m_stampSecond = 0;
     int m_lScopes = 0;
 };
 

@@ -117,12 +117,12 @@ TEST(CaseFolding, EqualTextsHaveEqualHashes)
 
 TEST(CaseFolding, HashesOfNumberedPathsSpreadOverTheLowBits)
 {
-    constexpr std::size_t lBuckets = 1024;
-    std::size_t aCount[lBuckets] = {};
-    for (int i = 0; i < 10 * static_cast<int>(lBuckets); ++i)
-        ++aCount[HashIgnoringCase(L"C:\\Music\\" + std::to_wstring(i) + L".mp3") % lBuckets];
-    for (const std::size_t lCount : aCount)
-        EXPECT_LT(lCount, 40u); // ten on average
+    constexpr std::size_t buckets = 1024;
+    std::size_t aCount[buckets] = {};
+    for (int i = 0; i < 10 * static_cast<int>(buckets); ++i)
+        ++aCount[HashIgnoringCase(L"C:\\Music\\" + std::to_wstring(i) + L".mp3") % buckets];
+    for (const std::size_t count : aCount)
+        EXPECT_LT(count, 40u); // ten on average
 }
 
 } // namespace

@@ -14,22 +14,22 @@ namespace
 {
 
 // Counts allocations, and lets the n-th one from now on fail.
-std::size_t lAllocations = 0;
+std::size_t allocations = 0;
 int lAllocationsUntilFailure = -1;
 
-void* Allocate(std::size_t lSize)
+void* Allocate(std::size_t size)
 {
-    ++lAllocations;
+    ++allocations;
     if (lAllocationsUntilFailure >= 0 && lAllocationsUntilFailure-- == 0)
         throw std::bad_alloc();
-    if (void* pMemory = std::malloc(lSize == 0 ? 1 : lSize))
+    if (void* pMemory = std::malloc(size == 0 ? 1 : size))
         return pMemory;
     throw std::bad_alloc();
 }
 
 } // namespace
 
-void* operator new(std::size_t lSize) { return Allocate(lSize); }
+void* operator new(std::size_t size) { return Allocate(size); }
 void operator delete(void* pMemory) noexcept { std::free(pMemory); }
 void operator delete(void* pMemory, std::size_t) noexcept { std::free(pMemory); }
 
@@ -122,13 +122,13 @@ TEST(OrderedKeyedCollection, SharesTheKeyItWasGiven)
 TEST(OrderedKeyedCollection, InsertsAtEveryPosition)
 {
     const Texts sBefore = {L"a", L"b", L"c", L"d", L"e"};
-    for (std::size_t lPosition = 0; lPosition <= sBefore.size(); ++lPosition)
+    for (std::size_t position = 0; position <= sBefore.size(); ++position)
     {
         Collection cCollection = CollectionOf(sBefore);
         const TextKey cKey(L"new");
-        EXPECT_TRUE(cCollection.Insert(lPosition, &cKey, L"new"));
+        EXPECT_TRUE(cCollection.Insert(position, &cKey, L"new"));
         Texts sAfter = sBefore;
-        sAfter.insert(sAfter.begin() + static_cast<std::ptrdiff_t>(lPosition), L"new");
+        sAfter.insert(sAfter.begin() + static_cast<std::ptrdiff_t>(position), L"new");
         EXPECT_EQ(TextsOf(cCollection), sAfter);
         for (std::size_t i = 0; i < sAfter.size(); ++i)
             EXPECT_EQ(cCollection.PositionOf(sAfter[i]), std::optional<std::size_t>(i));
@@ -138,14 +138,14 @@ TEST(OrderedKeyedCollection, InsertsAtEveryPosition)
 TEST(OrderedKeyedCollection, RemovesAtEveryPosition)
 {
     const Texts sBefore = {L"a", L"b", L"c", L"d", L"e"};
-    for (std::size_t lPosition = 0; lPosition < sBefore.size(); ++lPosition)
+    for (std::size_t position = 0; position < sBefore.size(); ++position)
     {
         Collection cCollection = CollectionOf(sBefore);
-        cCollection.RemoveAt(lPosition);
+        cCollection.RemoveAt(position);
         Texts sAfter = sBefore;
-        sAfter.erase(sAfter.begin() + static_cast<std::ptrdiff_t>(lPosition));
+        sAfter.erase(sAfter.begin() + static_cast<std::ptrdiff_t>(position));
         EXPECT_EQ(TextsOf(cCollection), sAfter);
-        EXPECT_FALSE(cCollection.Exists(sBefore[lPosition]));
+        EXPECT_FALSE(cCollection.Exists(sBefore[position]));
         for (std::size_t i = 0; i < sAfter.size(); ++i)
             EXPECT_EQ(cCollection.PositionOf(sAfter[i]), std::optional<std::size_t>(i));
     }
@@ -211,12 +211,12 @@ TEST(OrderedKeyedCollection, SendingTheHeadToTheBackAndLookingUpAllocateNothing)
     Collection cCollection =
         CollectionOf({L"C:\\Music\\one long path.mp3", L"C:\\Music\\another long path.mp3"});
     const TextKey cKey(L"C:\\Music\\one long path.mp3");
-    const std::size_t lBefore = lAllocations;
+    const std::size_t before = allocations;
     const bool bSent = cCollection.SendToBack(cKey);
     const bool bFound = cCollection.Exists(std::wstring_view(L"C:\\MUSIC\\ANOTHER LONG PATH.MP3"));
-    const std::size_t lAfter = lAllocations;
+    const std::size_t after = allocations;
     EXPECT_TRUE(bSent && bFound);
-    EXPECT_EQ(lAfter, lBefore);
+    EXPECT_EQ(after, before);
 }
 
 TEST(OrderedKeyedCollection, ReservingMakesRoomAheadAndKeepsTheContent)
@@ -225,10 +225,10 @@ TEST(OrderedKeyedCollection, ReservingMakesRoomAheadAndKeepsTheContent)
     cCollection.MoveToEnd(0);
     cCollection.Reserve(1000);
     EXPECT_EQ(TextsOf(cCollection), (Texts{L"b", L"a"}));
-    const std::size_t lBefore = lAllocations;
+    const std::size_t before = allocations;
     for (wchar_t c = L'A'; c < L'Z'; ++c)
         cCollection.Add(TextKey(), L""); // the first is added, the others are there already
-    EXPECT_LE(lAllocations - lBefore, 1u);
+    EXPECT_LE(allocations - before, 1u);
     EXPECT_EQ(cCollection.PositionOf(L"a"), std::optional<std::size_t>(1));
 }
 
@@ -237,13 +237,13 @@ TEST(OrderedKeyedCollection, TheTablesDoNotGrowWhileItemsComeAndGo)
     Collection cCollection =
         CollectionOf({L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8"}); // both tables are full
     const TextKey cKey(L"1");
-    const std::size_t lBefore = lAllocations;
+    const std::size_t before = allocations;
     for (int i = 0; i < 1000; ++i)
     {
         cCollection.Remove(cKey);
         cCollection.Add(cKey, std::wstring());
     }
-    EXPECT_EQ(lAllocations - lBefore, 1000u); // the item's own block each time
+    EXPECT_EQ(allocations - before, 1000u); // the item's own block each time
 }
 
 TEST(OrderedKeyedCollection, ClearingLeavesItUsable)
@@ -337,10 +337,10 @@ TEST(OrderedKeyedCollection, AnItemIsGoneBeforeItIsDestroyed)
 
 TEST(OrderedKeyedCollection, RunningOutOfMemoryWhileAddingChangesNothing)
 {
-    for (const std::size_t lCount : {0u, 3u, 8u, 16u}) // at 8 and 16 both tables must grow
+    for (const std::size_t count : {0u, 3u, 8u, 16u}) // at 8 and 16 both tables must grow
     {
         Texts sTexts;
-        for (std::size_t i = 0; i < lCount; ++i)
+        for (std::size_t i = 0; i < count; ++i)
             sTexts.push_back(std::to_wstring(i));
         for (int lGood = 0;; ++lGood)
         {
@@ -359,7 +359,7 @@ TEST(OrderedKeyedCollection, RunningOutOfMemoryWhileAddingChangesNothing)
             lAllocationsUntilFailure = -1;
             if (!bFailed)
             {
-                EXPECT_EQ(cCollection.Count(), lCount + 1);
+                EXPECT_EQ(cCollection.Count(), count + 1);
                 EXPECT_GE(lGood, 1);
                 break;
             }
@@ -391,20 +391,20 @@ public:
         }
         return std::nullopt;
     }
-    bool Insert(std::size_t lPosition, const std::optional<std::wstring>& sKey, const std::wstring& sItem)
+    bool Insert(std::size_t position, const std::optional<std::wstring>& sKey, const std::wstring& sItem)
     {
         if (sKey && PositionOf(*sKey))
             return false;
-        m_entries.insert(m_entries.begin() + static_cast<std::ptrdiff_t>(lPosition), {sKey, sItem});
+        m_entries.insert(m_entries.begin() + static_cast<std::ptrdiff_t>(position), {sKey, sItem});
         return true;
     }
-    void RemoveAt(std::size_t lPosition)
+    void RemoveAt(std::size_t position)
     {
-        m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(lPosition));
+        m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(position));
     }
-    void MoveToEnd(std::size_t lPosition)
+    void MoveToEnd(std::size_t position)
     {
-        const auto it = m_entries.begin() + static_cast<std::ptrdiff_t>(lPosition);
+        const auto it = m_entries.begin() + static_cast<std::ptrdiff_t>(position);
         std::rotate(it, it + 1, m_entries.end());
     }
     void Clear() { m_entries.clear(); }
@@ -423,18 +423,18 @@ public:
     {
         const std::wstring sKey = SomeKey();
         const std::wstring sItem = std::to_wstring(lStep);
-        const std::size_t lCount = m_cReference.Entries().size();
+        const std::size_t count = m_cReference.Entries().size();
         const unsigned lChoice = Draw(100);
         if (lChoice < 30)
-            EXPECT_EQ(m_cCollection.Add(TextKey(sKey), sItem), m_cReference.Insert(lCount, sKey, sItem));
+            EXPECT_EQ(m_cCollection.Add(TextKey(sKey), sItem), m_cReference.Insert(count, sKey, sItem));
         else if (lChoice < 35)
-            AddLoose(lCount, sItem);
+            AddLoose(count, sItem);
         else if (lChoice < 50)
-            Insert(Draw(static_cast<unsigned>(lCount) + 1), sKey, sItem);
+            Insert(Draw(static_cast<unsigned>(count) + 1), sKey, sItem);
         else if (lChoice < 65)
             RemoveByKey(sKey, lChoice % 2 == 0);
-        else if (lChoice < 90 && lCount > 0)
-            ByPosition(lChoice, lCount);
+        else if (lChoice < 90 && count > 0)
+            ByPosition(lChoice, count);
         else if (lChoice < 99)
             SendToBack(sKey);
         else if (Draw(20) == 0)
@@ -465,45 +465,45 @@ private:
         const std::wstring sName = (Draw(2) == 0 ? L"Cut " : L"CUT ") + std::to_wstring(Draw(120));
         return sName;
     }
-    void AddLoose(std::size_t lCount, const std::wstring& sItem)
+    void AddLoose(std::size_t count, const std::wstring& sItem)
     {
         m_cCollection.Add(sItem);
-        m_cReference.Insert(lCount, std::nullopt, sItem);
+        m_cReference.Insert(count, std::nullopt, sItem);
     }
-    void Insert(std::size_t lPosition, const std::wstring& sKey, const std::wstring& sItem)
+    void Insert(std::size_t position, const std::wstring& sKey, const std::wstring& sItem)
     {
         const TextKey cKey(sKey);
         const bool bKeyed = Draw(4) != 0;
-        EXPECT_EQ(m_cCollection.Insert(lPosition, bKeyed ? &cKey : nullptr, sItem),
-                  m_cReference.Insert(lPosition, bKeyed ? std::optional(sKey) : std::nullopt, sItem));
+        EXPECT_EQ(m_cCollection.Insert(position, bKeyed ? &cKey : nullptr, sItem),
+                  m_cReference.Insert(position, bKeyed ? std::optional(sKey) : std::nullopt, sItem));
     }
     void RemoveByKey(const std::wstring& sKey, bool bAsKey)
     {
-        const auto lPosition = m_cReference.PositionOf(sKey);
+        const auto position = m_cReference.PositionOf(sKey);
         EXPECT_EQ(bAsKey ? m_cCollection.Remove(TextKey(sKey)) : m_cCollection.Remove(sKey),
-                  lPosition.has_value());
-        if (lPosition)
-            m_cReference.RemoveAt(*lPosition);
+                  position.has_value());
+        if (position)
+            m_cReference.RemoveAt(*position);
     }
-    void ByPosition(unsigned lChoice, std::size_t lCount)
+    void ByPosition(unsigned lChoice, std::size_t count)
     {
         // The head often, as in rotation.
-        const std::size_t lPosition = lChoice % 3 == 0 ? 0 : Draw(static_cast<unsigned>(lCount));
+        const std::size_t position = lChoice % 3 == 0 ? 0 : Draw(static_cast<unsigned>(count));
         if (lChoice < 75)
         {
-            m_cCollection.RemoveAt(lPosition);
-            m_cReference.RemoveAt(lPosition);
+            m_cCollection.RemoveAt(position);
+            m_cReference.RemoveAt(position);
             return;
         }
-        m_cCollection.MoveToEnd(lPosition);
-        m_cReference.MoveToEnd(lPosition);
+        m_cCollection.MoveToEnd(position);
+        m_cReference.MoveToEnd(position);
     }
     void SendToBack(const std::wstring& sKey)
     {
-        const auto lPosition = m_cReference.PositionOf(sKey);
-        EXPECT_EQ(m_cCollection.SendToBack(TextKey(sKey)), lPosition.has_value());
-        if (lPosition)
-            m_cReference.MoveToEnd(*lPosition);
+        const auto position = m_cReference.PositionOf(sKey);
+        EXPECT_EQ(m_cCollection.SendToBack(TextKey(sKey)), position.has_value());
+        if (position)
+            m_cReference.MoveToEnd(*position);
     }
     void Clear()
     {

@@ -266,8 +266,8 @@ TEST_F(HostCutTest, TheEmbeddedDatabaseAndItsCutsCountTheirChanges)
     const auto cDataBase = Create<_clsDataBase>(CLSID_clsDataBase);
     ASSERT_EQ(cDataBase->Open(Bstr((Folder() / "revisions.db").wstring()).Get()), S_OK);
     Revisions cOfDataBase;
-    const std::uint64_t lEmpty = cOfDataBase.Of(cDataBase.Get());
-    EXPECT_GT(lEmpty, 0u);
+    const std::uint64_t empty = cOfDataBase.Of(cDataBase.Get());
+    EXPECT_GT(empty, 0u);
     ComPtr<_clsCut> cNew;
     ASSERT_EQ(cDataBase->NewCut(cNew.Receive()), S_OK);
     ASSERT_EQ(cNew->put_Key(Bstr(L"C:\\a.mp3").Get()), S_OK);
@@ -277,14 +277,14 @@ TEST_F(HostCutTest, TheEmbeddedDatabaseAndItsCutsCountTheirChanges)
               S_OK);
     LONG lAdded = 0;
     ASSERT_EQ(cDataBase->AddCuts(colCuts.Get(), &lAdded), S_OK);
-    const std::uint64_t lWithOne = cOfDataBase.Of(cDataBase.Get());
-    EXPECT_NE(lWithOne, lEmpty);
+    const std::uint64_t withOne = cOfDataBase.Of(cDataBase.Get());
+    EXPECT_NE(withOne, empty);
 
     ComPtr<_clsCut> cCut;
     ASSERT_EQ(cDataBase->CutByKey(Bstr(L"C:\\a.mp3").Get(), cCut.Receive()), S_OK);
     Revisions cOfCut;
-    std::uint64_t lBefore = cOfCut.Of(cCut.Get());
-    EXPECT_GT(lBefore, 0u);
+    std::uint64_t before = cOfCut.Of(cCut.Get());
+    EXPECT_GT(before, 0u);
     const std::function<HRESULT()> colChanges[] = {[&] { return cCut->put_Artist(Bstr(L"Ash").Get()); },
                                                    [&] { return cCut->put_Title(Bstr(L"Sun").Get()); },
                                                    [&] { return cCut->put_Album(Bstr(L"Sky").Get()); },
@@ -293,20 +293,20 @@ TEST_F(HostCutTest, TheEmbeddedDatabaseAndItsCutsCountTheirChanges)
     for (const auto& change : colChanges)
     {
         ASSERT_EQ(change(), S_OK);
-        EXPECT_NE(cOfCut.Of(cCut.Get()), lBefore);
-        lBefore = cOfCut.Of(cCut.Get());
+        EXPECT_NE(cOfCut.Of(cCut.Get()), before);
+        before = cOfCut.Of(cCut.Get());
     }
-    EXPECT_EQ(cOfDataBase.Of(cDataBase.Get()), lWithOne) << "it still holds the same cuts";
+    EXPECT_EQ(cOfDataBase.Of(cDataBase.Get()), withOne) << "it still holds the same cuts";
     LONG lRemoved = 0;
     ASSERT_EQ(cDataBase->RemoveCuts(colCuts.Get(), &lRemoved), S_OK);
-    const std::uint64_t lWithNone = cOfDataBase.Of(cDataBase.Get());
-    EXPECT_NE(lWithNone, lWithOne);
-    EXPECT_NE(lWithNone, lEmpty) << "a number never returns";
+    const std::uint64_t withNone = cOfDataBase.Of(cDataBase.Get());
+    EXPECT_NE(withNone, withOne);
+    EXPECT_NE(withNone, empty) << "a number never returns";
     ASSERT_EQ(cDataBase->Close(), S_OK);
     EXPECT_EQ(cOfDataBase.Of(cDataBase.Get()), 0u) << "closed";
     ASSERT_EQ(cDataBase->Open(Bstr((Folder() / "others.db").wstring()).Get()), S_OK);
-    const std::uint64_t lOthers = cOfDataBase.Of(cDataBase.Get());
-    EXPECT_GT(lOthers, lWithNone) << "another file counts on";
+    const std::uint64_t others = cOfDataBase.Of(cDataBase.Get());
+    EXPECT_GT(others, withNone) << "another file counts on";
     ASSERT_EQ(cDataBase->Close(), S_OK);
 }
 

@@ -168,9 +168,9 @@ public:
         std::wstring sText = TextOf(newVal);
         while (!sText.empty())
         {
-            const std::size_t lEnd = sText.find(L'/');
-            FileIn(sText.substr(0, lEnd));
-            sText = lEnd == std::wstring::npos ? L"" : sText.substr(lEnd + 1);
+            const std::size_t end = sText.find(L'/');
+            FileIn(sText.substr(0, end));
+            sText = end == std::wstring::npos ? L"" : sText.substr(end + 1);
         }
         return S_OK;
     }

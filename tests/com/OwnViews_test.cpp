@@ -122,9 +122,9 @@ class TestTree final : public NamedObject
 public:
     ComPtr<TestNodes> m_colNodes = NewObject<TestNodes>();
 
-    std::wstring Value(std::size_t lNode, const wchar_t* sName)
+    std::wstring Value(std::size_t node, const wchar_t* sName)
     {
-        const auto cText = m_colNodes->m_colNodes.at(lNode)->m_colValues[sName].As(VT_BSTR);
+        const auto cText = m_colNodes->m_colNodes.at(node)->m_colValues[sName].As(VT_BSTR);
         return cText ? TextOf(cText->bstrVal) : L"";
     }
 

@@ -533,12 +533,12 @@ protected:
             EXPECT_EQ(colFound, colTitles) << testing::PrintToString(sName);
         }
     }
-    ComPtr<_clsCut> Cut(std::size_t lPosition)
+    ComPtr<_clsCut> Cut(std::size_t position)
     {
         ComPtr<_clsCollection> colCuts;
         EXPECT_EQ(Level(L"Rock", L"1")->get_SchedCuts(colCuts.Receive()), S_OK);
         Variant cItem;
-        EXPECT_EQ(colCuts->get_Item(Long(static_cast<std::int32_t>(lPosition)), &cItem), S_OK);
+        EXPECT_EQ(colCuts->get_Item(Long(static_cast<std::int32_t>(position)), &cItem), S_OK);
         return ObjectIn<_clsCut>(cItem);
     }
 

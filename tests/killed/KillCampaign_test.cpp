@@ -125,13 +125,13 @@ void RemoveCuts(Host& host, Chance& cChance)
 }
 
 void MoveOrCopy(Host& host, Chance& cChance, eCatDragOptions eOption, const std::shared_ptr<clsCat>& cTo,
-                std::size_t lMost)
+                std::size_t most)
 {
     const std::shared_ptr<clsCat> cFrom = AnyLevel(host, cChance);
     if (!cFrom || !cTo)
         return;
     Cuts colCuts = CutsOf(*cFrom);
-    colCuts.resize(std::min(colCuts.size(), lMost));
+    colCuts.resize(std::min(colCuts.size(), most));
     bool bCreated = false;
     host.cSchedMan->DoMassCatChange(eOption, {cFrom}, cTo, colCuts, bCreated);
 }
@@ -347,8 +347,8 @@ protected:
         colSteps.push_back(after.orders);
 
         const bool bStarted = cChance() % 8 != 0;
-        const auto lMost = static_cast<unsigned>((bStarted ? lWork : lStart).count() * 5 / 4 + 1);
-        Kill(work, lSeed, bStarted, Microseconds(cChance() % lMost));
+        const auto most = static_cast<unsigned>((bStarted ? lWork : lStart).count() * 5 / 4 + 1);
+        Kill(work, lSeed, bStarted, Microseconds(cChance() % most));
 
         m_cState.ExpectTidy();
         const State now = m_cState.Read();

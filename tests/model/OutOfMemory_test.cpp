@@ -16,7 +16,7 @@ namespace
 int lLeft = -1;
 bool bRanOut = false;
 
-void* Allocated(std::size_t lSize) noexcept
+void* Allocated(std::size_t size) noexcept
 {
     if (lLeft == 0)
     {
@@ -25,26 +25,26 @@ void* Allocated(std::size_t lSize) noexcept
     }
     if (lLeft > 0)
         --lLeft;
-    return std::malloc(lSize == 0 ? 1 : lSize);
+    return std::malloc(size == 0 ? 1 : size);
 }
 
 } // namespace
 
 // Not inlined: the compiler would take malloc and delete, or new and free, for a mismatched pair.
-[[gnu::noinline]] void* operator new(std::size_t lSize)
+[[gnu::noinline]] void* operator new(std::size_t size)
 {
-    if (void* const p = Allocated(lSize))
+    if (void* const p = Allocated(size))
         return p;
     throw std::bad_alloc();
 }
-[[gnu::noinline]] void* operator new[](std::size_t lSize) { return operator new(lSize); }
-[[gnu::noinline]] void* operator new(std::size_t lSize, const std::nothrow_t&) noexcept
+[[gnu::noinline]] void* operator new[](std::size_t size) { return operator new(size); }
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
-    return Allocated(lSize);
+    return Allocated(size);
 }
-[[gnu::noinline]] void* operator new[](std::size_t lSize, const std::nothrow_t&) noexcept
+[[gnu::noinline]] void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
 {
-    return Allocated(lSize);
+    return Allocated(size);
 }
 [[gnu::noinline]] void operator delete(void* p) noexcept { std::free(p); }
 [[gnu::noinline]] void operator delete[](void* p) noexcept { std::free(p); }

@@ -244,17 +244,17 @@ TEST_F(RulesTest, SecondKeyRebindsTheObject)
 
 TEST_F(RulesTest, ShortFileIsAnErrorAndNothingOfItIsTaken)
 {
-    for (std::size_t lLength = 0; lLength < popRules.size(); ++lLength)
+    for (std::size_t length = 0; length < popRules.size(); ++length)
     {
         boxes.clear();
-        Put(popRules.substr(0, lLength));
+        Put(popRules.substr(0, length));
         auto cRules = NewRules();
         EXPECT_EQ(boxes, Boxes{HandledError(L"GetRules", L"Input past end of file", L"62")});
         EXPECT_EQ(ValuesOf(*cRules), noneSet);
         EXPECT_EQ(cRules->CatID(), L"Pop") << "the key is set all the same";
         cRules.reset();
         EXPECT_EQ(FileOf(), Record(notSet, notSet, no, "Pop", notSet)) << "release repairs it";
-        EXPECT_EQ(cPorts.cFiles.Get(sPop + L".bak"), popRules.substr(0, lLength)) << "and keeps it";
+        EXPECT_EQ(cPorts.cFiles.Get(sPop + L".bak"), popRules.substr(0, length)) << "and keeps it";
         cPorts.cFiles.Delete(sPop + L".bak");
         boxes.clear();
         NewRules();

@@ -369,8 +369,8 @@ TEST_F(CatTest, LevelsAreInAscendingOrderInTheCollectionHostsHold)
     EXPECT_TRUE(cMainCat->AddSubCat(cNew));
     EXPECT_EQ(cMainCat->SubCats(), colHeld);
     EXPECT_EQ(LevelsOf(*cMainCat), (Levels{1, 2, 3, 9, 10, 100}));
-    for (std::size_t lAt = 0; lAt < colHeld->Count(); ++lAt)
-        EXPECT_EQ(colHeld->KeyAt(lAt)->Text(), colHeld->At(lAt)->CatID());
+    for (std::size_t at = 0; at < colHeld->Count(); ++at)
+        EXPECT_EQ(colHeld->KeyAt(at)->Text(), colHeld->At(at)->CatID());
     EXPECT_EQ(cMainCat->SubCat(3), cNew);
     EXPECT_EQ(cNew->MainCat(), cMainCat);
     EXPECT_EQ(cMainCat->SubCat(4), nullptr);

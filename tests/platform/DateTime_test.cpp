@@ -83,11 +83,11 @@ TEST(DateTime, RoundsToWholeSeconds)
 
 TEST(DateTime, EverySecondOfADaySurvivesTheRoundTrip)
 {
-    for (std::int64_t lSecond = 0; lSecond < 86400; ++lSecond)
+    for (std::int64_t second = 0; second < 86400; ++second)
     {
-        const int lSeconds = static_cast<int>(lSecond);
+        const int lSeconds = static_cast<int>(second);
         const DateTime dtWhen = DateTimeOf({2024, 3, 1, lSeconds / 3600, lSeconds / 60 % 60, lSeconds % 60});
-        ASSERT_EQ(WholeSeconds(dtWhen), 45352 * 86400LL + lSecond);
+        ASSERT_EQ(WholeSeconds(dtWhen), 45352 * 86400LL + second);
     }
 }
 

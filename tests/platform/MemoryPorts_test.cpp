@@ -36,10 +36,10 @@ TEST(MemoryClock, CanBeSet)
 TEST(MemoryClock, ManySmallStepsDoNotDrift)
 {
     MemoryClock cClock;
-    const std::int64_t lStart = WholeSeconds(cClock.Now());
+    const std::int64_t start = WholeSeconds(cClock.Now());
     for (int i = 0; i < 1'000'000; ++i)
         cClock.Advance(1);
-    EXPECT_EQ(WholeSeconds(cClock.Now()) - lStart, 1000);
+    EXPECT_EQ(WholeSeconds(cClock.Now()) - start, 1000);
 }
 
 TEST(MemoryHostLoop, CountsPumpsAndSleepsAndCallsTheHooks)
@@ -54,7 +54,7 @@ TEST(MemoryHostLoop, CountsPumpsAndSleepsAndCallsTheHooks)
     cLoop.Sleep(30);
     EXPECT_EQ(cLoop.lPumps, 2);
     EXPECT_EQ(cLoop.lSleeps, 2);
-    EXPECT_EQ(cLoop.lSleptmS, 50u);
+    EXPECT_EQ(cLoop.sleptmS, 50u);
     EXPECT_EQ(lHooked, 51);
 }
 
@@ -116,12 +116,12 @@ TEST(ScriptedMessages, AnswersInputsFromTheirOwnQueue)
 TEST(ScriptedMessages, TheHookRunsWhileTheBoxIsOpen)
 {
     ScriptedMessages cMessages;
-    std::size_t lShown = 0;
-    cMessages.OnShown = [&] { lShown += cMessages.Boxes.size() + cMessages.Inputs.size(); };
+    std::size_t shown = 0;
+    cMessages.OnShown = [&] { shown += cMessages.Boxes.size() + cMessages.Inputs.size(); };
     cMessages.Box(BoxIcon::None, BoxButtons::Ok, L"", L"");
-    EXPECT_EQ(lShown, 1u);
+    EXPECT_EQ(shown, 1u);
     cMessages.Input(L"", L"");
-    EXPECT_EQ(lShown, 3u);
+    EXPECT_EQ(shown, 3u);
 }
 
 TEST(ScriptedMessages, BoxesReadWellInTestOutput)

@@ -14,9 +14,9 @@ class Rows : public LibraryCsvSink
 {
 public:
     void OnCut(LibraryRow row) override { colRows.push_back(std::move(row)); }
-    void OnReject(std::size_t lLine, const std::wstring& sReason) override
+    void OnReject(std::size_t line, const std::wstring& sReason) override
     {
-        colRejects.push_back(L"Line " + DecimalText(static_cast<std::int64_t>(lLine)) + L": " + sReason);
+        colRejects.push_back(L"Line " + DecimalText(static_cast<std::int64_t>(line)) + L": " + sReason);
     }
     std::vector<LibraryRow> colRows;
     std::vector<std::wstring> colRejects;
@@ -40,7 +40,7 @@ TEST(LibraryCsv, EveryColumnIsTaken)
     ASSERT_EQ(cRows.colRejects, Rejects{});
     ASSERT_EQ(cRows.colRows.size(), 1U);
     const auto& row = cRows.colRows[0];
-    EXPECT_EQ(row.lLine, 2U);
+    EXPECT_EQ(row.line, 2U);
     EXPECT_EQ(row.cPath.Text(), L"D:\\a.mp3");
     EXPECT_EQ(row.sArtist, L"Bj\u00F6rk");
     EXPECT_EQ(row.sTitle, L"Oh, So");
@@ -229,8 +229,8 @@ TEST(LibraryCsv, TheLineOfARowIsTheFirstOneItStandsOn)
     EXPECT_EQ(cRows.colRejects,
               (Rejects{L"Line 5: 3 fields instead of 2", L"Line 7: a quotation mark is never closed"}));
     ASSERT_EQ(cRows.colRows.size(), 2U);
-    EXPECT_EQ(cRows.colRows[0].lLine, 3U);
-    EXPECT_EQ(cRows.colRows[1].lLine, 8U);
+    EXPECT_EQ(cRows.colRows[0].line, 3U);
+    EXPECT_EQ(cRows.colRows[1].line, 8U);
 }
 
 } // namespace

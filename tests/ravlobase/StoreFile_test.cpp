@@ -20,9 +20,9 @@ using Lines = std::vector<std::wstring>;
 using Fault = FaultyVfs::Fault;
 
 constexpr int lUnlimited = std::numeric_limits<int>::max();
-constexpr std::size_t lFormatAt = 44; // SQLite's own format of the tables' descriptions, four bytes
-constexpr std::size_t lVersionAt = 60;
-constexpr std::size_t lApplicationAt = 68;
+constexpr std::size_t formatAt = 44; // SQLite's own format of the tables' descriptions, four bytes
+constexpr std::size_t versionAt = 60;
+constexpr std::size_t applicationAt = 68;
 
 // A closed database with some cuts.
 std::wstring SmallDatabase(const TempFolder& cFolder, int lCuts = 20)
@@ -153,9 +153,9 @@ TEST(StoreFile, ADatabaseOfANewerVersionIsRefusedAndLeftAlone)
     TempFolder cFolder;
     const auto sFile = SmallDatabase(cFolder);
     auto bytes = BytesOf(sFile);
-    ASSERT_EQ(bytes.substr(lApplicationAt, 4), "RAVB");
-    ASSERT_EQ(bytes[lVersionAt + 3], 1);
-    bytes[lVersionAt + 3] = 2;
+    ASSERT_EQ(bytes.substr(applicationAt, 4), "RAVB");
+    ASSERT_EQ(bytes[versionAt + 3], 1);
+    bytes[versionAt + 3] = 2;
     cFolder.WithBytes("small.rdb", bytes);
     const auto raised = OpenRaises(sFile);
     EXPECT_EQ(raised.lNumber, error::InvalidFileFormat);
@@ -163,7 +163,7 @@ TEST(StoreFile, ADatabaseOfANewerVersionIsRefusedAndLeftAlone)
               L"The file \"" + sFile + L"\" was written by a newer version of this program.");
     EXPECT_EQ(BytesOf(sFile), bytes);
 
-    bytes[lVersionAt + 3] = 0;
+    bytes[versionAt + 3] = 0;
     cFolder.WithBytes("small.rdb", bytes);
     EXPECT_EQ(OpenRaises(sFile).sDescription, L"The file \"" + sFile + L"\" is damaged.");
     EXPECT_EQ(BytesOf(sFile), bytes);
@@ -175,16 +175,16 @@ TEST(StoreFile, ADatabaseCutOffAnywhereIsRefusedAndLeftAlone)
     const auto sFile = SmallDatabase(cFolder);
     const auto whole = BytesOf(sFile);
     std::vector<std::size_t> lengths = {0, 1, 15, 16, 17, 60, 71, 99, 100, 101};
-    for (std::size_t lLength = 512; lLength < whole.size(); lLength += 509)
-        lengths.push_back(lLength);
+    for (std::size_t length = 512; length < whole.size(); length += 509)
+        lengths.push_back(length);
     lengths.push_back(whole.size() - 1);
-    for (const auto lLength : lengths)
+    for (const auto length : lengths)
     {
-        const auto bytes = whole.substr(0, lLength);
+        const auto bytes = whole.substr(0, length);
         cFolder.WithBytes("small.rdb", bytes);
-        EXPECT_EQ(OpenRaises(sFile).lNumber, error::InvalidFileFormat) << lLength;
-        EXPECT_EQ(BytesOf(sFile), bytes) << lLength;
-        EXPECT_EQ(cFolder.Names(), std::vector<std::string>{"small.rdb"}) << lLength;
+        EXPECT_EQ(OpenRaises(sFile).lNumber, error::InvalidFileFormat) << length;
+        EXPECT_EQ(BytesOf(sFile), bytes) << length;
+        EXPECT_EQ(cFolder.Names(), std::vector<std::string>{"small.rdb"}) << length;
     }
 }
 
@@ -199,8 +199,8 @@ TEST(StoreFile, ADatabaseWithWrongBytesIsReadOrRefusedAndLeftAlone)
     for (int lRound = 0; lRound < 300; ++lRound)
     {
         auto bytes = whole;
-        const std::size_t lFrom = random() % bytes.size();
-        for (std::size_t i = lFrom; i < std::min(bytes.size(), lFrom + 1 + random() % 40); ++i)
+        const std::size_t from = random() % bytes.size();
+        for (std::size_t i = from; i < std::min(bytes.size(), from + 1 + random() % 40); ++i)
             bytes[i] = static_cast<char>(random());
         cFolder.WithBytes("small.rdb", bytes);
         const auto raised = OpenRaises(sFile);
@@ -220,12 +220,12 @@ TEST(StoreFile, ADatabaseWhoseTableAndIndexDisagreeIsRefusedAndLeftAlone)
     const auto whole = BytesOf(sFile);
     const std::string key = "D:\\MUSIC\\13.MP3"; // stands in the table and in the index of unique keys
     int lPlaces = 0;
-    for (auto lAt = whole.find(key); lAt != std::string::npos; lAt = whole.find(key, lAt + 1), ++lPlaces)
+    for (auto at = whole.find(key); at != std::string::npos; at = whole.find(key, at + 1), ++lPlaces)
     {
         auto bytes = whole;
-        bytes[lAt + 9] = '4';
+        bytes[at + 9] = '4';
         cFolder.WithBytes("small.rdb", bytes);
-        EXPECT_EQ(OpenRaises(sFile).lNumber, error::InvalidFileFormat) << lAt;
+        EXPECT_EQ(OpenRaises(sFile).lNumber, error::InvalidFileFormat) << at;
         EXPECT_EQ(BytesOf(sFile), bytes);
     }
     EXPECT_EQ(lPlaces, 2);
@@ -309,18 +309,18 @@ TEST(StoreFile, EveryDamageOfTheHeadThatIsSeenIsError321)
     TempFolder cFolder;
     const auto sFile = SmallDatabase(cFolder, 1);
     const auto whole = BytesOf(sFile);
-    for (std::size_t lAt = 0; lAt < 100; ++lAt)
+    for (std::size_t at = 0; at < 100; ++at)
     {
         for (const int lChange : {0x01, 0x5A, 0xFF})
         {
             auto bytes = whole;
-            bytes[lAt] = static_cast<char>(bytes[lAt] ^ lChange);
+            bytes[at] = static_cast<char>(bytes[at] ^ lChange);
             cFolder.WithBytes("small.rdb", bytes);
             const auto raised = OpenRaises(sFile);
-            if (lAt == lFormatAt + 3 || raised.lNumber != 0)
+            if (at == formatAt + 3 || raised.lNumber != 0)
             {
-                EXPECT_EQ(raised.lNumber, error::InvalidFileFormat) << lAt << " ^ " << lChange;
-                EXPECT_EQ(BytesOf(sFile), bytes) << lAt << " ^ " << lChange;
+                EXPECT_EQ(raised.lNumber, error::InvalidFileFormat) << at << " ^ " << lChange;
+                EXPECT_EQ(BytesOf(sFile), bytes) << at << " ^ " << lChange;
             }
         }
     }
@@ -333,12 +333,12 @@ TEST(StoreFile, BytesBehindTheEndAreRefusedBesideAnyLog)
     const auto whole = BytesOf(sFile);
     for (const std::string log : {"", "no log"})
     {
-        for (const std::size_t lMore : {1, 4095, 4096, 10000})
+        for (const std::size_t more : {1, 4095, 4096, 10000})
         {
-            cFolder.WithBytes("small.rdb", whole + std::string(lMore, 'x'));
+            cFolder.WithBytes("small.rdb", whole + std::string(more, 'x'));
             cFolder.WithBytes("small.rdb-wal", log);
-            EXPECT_EQ(OpenRaises(sFile).sDescription, L"The file \"" + sFile + L"\" is damaged.") << lMore;
-            EXPECT_EQ(BytesOf(sFile).size(), whole.size() + lMore);
+            EXPECT_EQ(OpenRaises(sFile).sDescription, L"The file \"" + sFile + L"\" is damaged.") << more;
+            EXPECT_EQ(BytesOf(sFile).size(), whole.size() + more);
             EXPECT_EQ(BytesOf(sFile + L"-wal"), log);
         }
     }
@@ -379,10 +379,10 @@ TEST(StoreFile, ALogWithoutAValidPageIsPassedOver)
 {
     TempFolder cFolder;
     const auto sFile = SmallDatabase(cFolder);
-    for (const std::size_t lSize : {1, 32, 5000})
+    for (const std::size_t size : {1, 32, 5000})
     {
-        cFolder.WithBytes("small.rdb-wal", std::string(lSize, 'x'));
-        EXPECT_EQ(ContentOf(sFile).size(), 20U) << lSize;
+        cFolder.WithBytes("small.rdb-wal", std::string(size, 'x'));
+        EXPECT_EQ(ContentOf(sFile).size(), 20U) << size;
         EXPECT_EQ(cFolder.Names(), std::vector<std::string>{"small.rdb"});
     }
 }

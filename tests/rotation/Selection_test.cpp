@@ -160,15 +160,15 @@ TEST_F(SelectionTest, OfViolatorsWithEqualSeparationTheFirstIsChosen)
 TEST_F(SelectionTest, MinutesThatReadTheSameCountAsEqual)
 {
     // Two distances that single precision tells apart and seven digits do not.
-    std::int64_t lSeconds = 60'000'000;
+    std::int64_t seconds = 60'000'000;
     const auto Minutes = [](std::int64_t l) { return static_cast<float>(l) / 60.0F; };
-    while (Minutes(lSeconds) == Minutes(lSeconds + 4) ||
-           SingleText(Minutes(lSeconds)) != SingleText(Minutes(lSeconds + 4)))
-        ++lSeconds;
+    while (Minutes(seconds) == Minutes(seconds + 4) ||
+           SingleText(Minutes(seconds)) != SingleText(Minutes(seconds + 4)))
+        ++seconds;
     station.SetRules({false, 0, 100'000'000, 0});
     station.AddCuts(2);
-    station.PlayedSecondsAgo(lSeconds, L"Ash", L"x");
-    station.PlayedSecondsAgo(lSeconds + 4, L"Elm", L"y");
+    station.PlayedSecondsAgo(seconds, L"Ash", L"x");
+    station.PlayedSecondsAgo(seconds + 4, L"Elm", L"y");
     EXPECT_EQ(NextCut().cCut->Key().Text(), L"a");
 }
 
@@ -406,12 +406,12 @@ TEST_F(SelectionTest, EntriesWithoutACutOrAKeyDoNotStopTheWalk)
 TEST_F(SelectionTest, EveryFifthStepPumpsBeforeItExamines)
 {
     const std::pair<int, int> colCounts[] = {{1, 0}, {4, 0}, {5, 1}, {9, 1}, {10, 2}, {23, 4}};
-    for (const auto& [lCuts, lPumps] : colCounts)
+    for (const auto& [cuts, lPumps] : colCounts)
     {
         Station own;
-        own.AddViolators(lCuts);
+        own.AddViolators(cuts);
         own.NextCut();
-        EXPECT_EQ(own.PumpCount(), lPumps) << lCuts << " cuts";
+        EXPECT_EQ(own.PumpCount(), lPumps) << cuts << " cuts";
     }
 }
 
@@ -536,7 +536,7 @@ TEST_F(SelectionTest, WalkEndsWhenEveryCutIsPassedOver)
 
 TEST_F(SelectionTest, ShuffleAtAPumpLeavesNoCutExaminedTwice)
 {
-    for (std::size_t lShift = 1; lShift < 30; lShift += 7)
+    for (std::size_t shift = 1; shift < 30; shift += 7)
     {
         Station own;
         own.AddViolators(30);
@@ -544,7 +544,7 @@ TEST_F(SelectionTest, ShuffleAtAPumpLeavesNoCutExaminedTwice)
             [&]
             {
                 for (std::size_t i = 0; i < 30; i += 2)
-                    own.cLevel->SchedCuts()->MoveToEnd((i + lShift) % 30);
+                    own.cLevel->SchedCuts()->MoveToEnd((i + shift) % 30);
             });
         const Lines colTitles = Examined(own);
         EXPECT_EQ(std::set(colTitles.begin(), colTitles.end()).size(), colTitles.size()) << "twice";

@@ -131,12 +131,12 @@ public:
 
     // ---- plays
     // A cut that plays elsewhere and is in the history.
-    std::shared_ptr<FakeCut> PlayedSecondsAgo(std::int64_t lSeconds, const std::wstring& sArtist,
+    std::shared_ptr<FakeCut> PlayedSecondsAgo(std::int64_t seconds, const std::wstring& sArtist,
                                               const std::wstring& sTitle, const std::wstring& sAlbum = {})
     {
         const std::shared_ptr<FakeCut> cCut =
             NewCut(L"played " + DecimalText(++m_lPlays), sArtist, sTitle, {.sAlbum = sAlbum});
-        cCut->SetLastPlayed(Now() - static_cast<double>(lSeconds) / 86400.0);
+        cCut->SetLastPlayed(Now() - static_cast<double>(seconds) / 86400.0);
         cHistory.Record(*cCut, *cDataBase);
         return cCut;
     }
@@ -147,8 +147,8 @@ public:
     }
 
     // ---- the debug log: its lines without the one that tells of its creation
-    std::vector<std::wstring> Log() const { return Column(lStampWidth, std::wstring::npos); }
-    std::vector<std::wstring> LogStamps() const { return Column(0, lStampWidth); }
+    std::vector<std::wstring> Log() const { return Column(stampWidth, std::wstring::npos); }
+    std::vector<std::wstring> LogStamps() const { return Column(0, stampWidth); }
     int Count(const std::wstring& sLine) const
     {
         const std::vector<std::wstring> colLines = Log();
@@ -158,9 +158,9 @@ public:
     SelectionContext Context() { return LiveContext(cMod, cHistory, cDataBase); }
 
 private:
-    static constexpr std::size_t lStampWidth = 18;
+    static constexpr std::size_t stampWidth = 18;
 
-    std::vector<std::wstring> Column(std::size_t lFrom, std::size_t lWidth) const
+    std::vector<std::wstring> Column(std::size_t from, std::size_t width) const
     {
         static const std::wstring sFile = L"C:\\Host\\Debugging Logs\\Scheduler\\Scheduler 21.deb";
         if (!m_world.cFiles.FileExists(sFile))
@@ -170,7 +170,7 @@ private:
         colLines.pop_back(); // the end of the last line
         colLines.erase(colLines.begin());
         for (std::wstring& sLine : colLines)
-            sLine = sLine.substr(lFrom, lWidth);
+            sLine = sLine.substr(from, width);
         return colLines;
     }
 

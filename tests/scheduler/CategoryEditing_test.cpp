@@ -106,12 +106,12 @@ TEST_F(ShuffleTest, AMainCategoryStandsForAllItsLevelsAndALevelListedBesideItIsS
 TEST_F(ShuffleTest, ItemsKeepTheirKeysAndACollectionAHostHoldsSeesTheNewOrder)
 {
     const std::shared_ptr<CutCollection> colHeld = Level(L"Rock", 1)->SchedCuts();
-    const std::int64_t lTotal = TotalOf(L"Rock", 1);
+    const std::int64_t total = TotalOf(L"Rock", 1);
     cLib.cSchedMan->ShuffleCategories({Level(L"Rock", 1)});
     EXPECT_EQ(Level(L"Rock", 1)->SchedCuts(), colHeld);
-    for (std::size_t lAt = 0; lAt < colHeld->Count(); ++lAt)
-        EXPECT_EQ(*colHeld->KeyAt(lAt), colHeld->At(lAt)->Key());
-    EXPECT_EQ(TotalOf(L"Rock", 1), lTotal);
+    for (std::size_t at = 0; at < colHeld->Count(); ++at)
+        EXPECT_EQ(*colHeld->KeyAt(at), colHeld->At(at)->Key());
+    EXPECT_EQ(TotalOf(L"Rock", 1), total);
     EXPECT_EQ(colHeld->At(0)->CategoryText(), L"Rock");
 }
 
@@ -150,11 +150,11 @@ TEST_F(ShuffleTest, ACategoryThatCannotBeSavedIsReportedAndTheOthersGoOn)
     cLib.cSchedMan->ShuffleCategories({MainCat(L"Rock"), MainCat(L"Pop")});
     EXPECT_EQ(boxes, (Boxes{OkBox(BoxIcon::Exclamation, L"RavloScheduler",
                                   L"Failed to save cat history and ordering for: Rock")}));
-    EXPECT_EQ(File(L"Pop").size(), 20 * HistoryFiles::lRecordSize);
+    EXPECT_EQ(File(L"Pop").size(), 20 * HistoryFiles::recordSize);
     Keys colWritten;
-    for (std::size_t lAt = 0; lAt < 20; ++lAt)
+    for (std::size_t at = 0; at < 20; ++at)
     {
-        const std::string path = File(L"Pop").substr(lAt * HistoryFiles::lRecordSize + 510, 255);
+        const std::string path = File(L"Pop").substr(at * HistoryFiles::recordSize + 510, 255);
         colWritten.emplace_back(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(path.find(' ')));
     }
     EXPECT_EQ(colWritten, Order(L"Pop", 1));
@@ -516,8 +516,8 @@ TEST_F(BatchTest, CutsOfARefusedBatchStandAgainAtTheirPlacesInEveryLevel)
     const Cuts colRock = RockCuts();
     Cuts colSome{cBatching->cInner.colCuts[9],
                  cBatching->cInner.colCuts[111]}; // from the middle, in any order
-    for (const std::size_t lAt : {70u, 3u, 40u, 109u, 0u, 71u, 4u})
-        colSome.push_back(colRock[lAt]);
+    for (const std::size_t at : {70u, 3u, 40u, 109u, 0u, 71u, 4u})
+        colSome.push_back(colRock[at]);
     cBatching->bRefusesCommit = true;
     bool bCreated = false;
     for (const Cuts& colCuts : {colRock, colSome})
@@ -564,7 +564,7 @@ TEST_F(BatchTest, ALevelWhoseDeletionTheDatabaseRefusesStays)
     EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
     EXPECT_EQ(Order(L"Rock", 1).size(), 110u);
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in DeleteCats [cSchedMan]", CriticalText(61))}));
-    EXPECT_EQ(File(L"Rock").size(), 110 * HistoryFiles::lRecordSize);
+    EXPECT_EQ(File(L"Rock").size(), 110 * HistoryFiles::recordSize);
 }
 
 TEST_F(BatchTest, ABatchThatCannotBeBegunIsReportedAndEachChangeStandsForItself)
@@ -640,10 +640,10 @@ TEST_F(MoveCutsTest, EveryMoveAgreesWithTakingOutAndPuttingInByHand)
                 if (lSecond != lFirst)
                     sCuts += static_cast<char>('0' + lSecond);
                 std::string sExpected = "123456789|";
-                std::size_t lBefore = static_cast<std::size_t>(std::clamp(lInto, 1, 10)) - 1;
-                while (sCuts.find(sExpected[lBefore]) != std::string::npos)
-                    ++lBefore; // the next one that stays
-                const char cBefore = sExpected[lBefore];
+                std::size_t before = static_cast<std::size_t>(std::clamp(lInto, 1, 10)) - 1;
+                while (sCuts.find(sExpected[before]) != std::string::npos)
+                    ++before; // the next one that stays
+                const char cBefore = sExpected[before];
                 std::erase_if(sExpected, [&](char c) { return sCuts.find(c) != std::string::npos; });
                 sExpected.insert(sExpected.find(cBefore), sCuts);
                 sExpected.pop_back();

@@ -32,10 +32,10 @@ protected:
         const std::shared_ptr<NameCollection> colNames = cList.ReadForTree(cMod.AppPath());
         cList.Serve();
         Lines colRead;
-        for (std::size_t lAt = 0; lAt < colNames->Count(); ++lAt)
+        for (std::size_t at = 0; at < colNames->Count(); ++at)
         {
-            colRead.push_back(colNames->At(lAt));
-            EXPECT_EQ(colNames->KeyAt(lAt)->Text(), colRead.back()) << "keyed by itself";
+            colRead.push_back(colNames->At(at));
+            EXPECT_EQ(colNames->KeyAt(at)->Text(), colRead.back()) << "keyed by itself";
         }
         return colRead;
     }
@@ -284,7 +284,7 @@ TEST_F(CategoryListTest, AnyBytesAreReadWithoutHarm)
     for (int lRound = 0; lRound < 2000; ++lRound)
     {
         std::string bytes;
-        for (std::size_t lPiece = random() % 30; lPiece > 0; --lPiece)
+        for (std::size_t piece = random() % 30; piece > 0; --piece)
             bytes += random() % 3 ? sPieces[random() % std::size(sPieces)]
                                   : std::string(1, static_cast<char>(random()));
         for (const std::wstring& sName : Read(bytes))

@@ -232,7 +232,7 @@ TEST_F(CutChangesTest, ARecordTakesAChangeBack)
         const auto Run = [&](const Cuts& colCuts)
         {
             CutChanges::Rhythm rhythm;
-            rhythm.lCuts = 2;
+            rhythm.cuts = 2;
             rhythm.tell = [](std::size_t) {};
             cChanges.Run(
                 colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { change(cChanges, cCut); },

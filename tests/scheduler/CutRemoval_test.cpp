@@ -16,9 +16,9 @@ protected:
     {
         std::vector<std::size_t> colDone;
         cLib.cSchedMan->RemoveCutsFromCategories(colRemovals,
-                                                 [&](std::size_t lDone)
+                                                 [&](std::size_t done)
                                                  {
-                                                     colDone.push_back(lDone);
+                                                     colDone.push_back(done);
                                                      if (const auto hook = OnProgress)
                                                          hook();
                                                  });

@@ -111,8 +111,8 @@ TEST_F(EventRelayTest, WhatAHandlerThrowsIsLoggedAndStopsNothing)
 TEST_F(EventRelayTest, TheDebugLogIsFlushedBeforeEveryEvent)
 {
     const ModScheduler::LogScope cScope(cMod);
-    std::size_t lEvents = 0;
-    cHost.OnEvent = [&](const std::wstring&) { EXPECT_EQ(cPorts.LogMessages().size(), ++lEvents); };
+    std::size_t events = 0;
+    cHost.OnEvent = [&](const std::wstring&) { EXPECT_EQ(cPorts.LogMessages().size(), ++events); };
     const std::function<void()> raises[] = {
         [&] { cRelay.ShowHelpEvent(); }, [&] { cRelay.ProgressStart(L"", 0); },
         [&] { cRelay.Progress(L"", 0, 0); }, [&] { cRelay.ProgressDone(L""); },
@@ -122,7 +122,7 @@ TEST_F(EventRelayTest, TheDebugLogIsFlushedBeforeEveryEvent)
         cMod.WriteDebugLog(L"before");
         raise();
     }
-    EXPECT_EQ(lEvents, 5u);
+    EXPECT_EQ(events, 5u);
 }
 
 TEST_F(EventRelayTest, CountsThatHostsCannotHoldAreCapped)
@@ -133,9 +133,9 @@ TEST_F(EventRelayTest, CountsThatHostsCannotHoldAreCapped)
 
 TEST(ProgressThrottle, EveryTwentiethItemIsASample)
 {
-    for (std::size_t lItem = 1; lItem <= 100; ++lItem)
-        EXPECT_EQ(ProgressThrottle::IsSample(lItem),
-                  lItem == 20 || lItem == 40 || lItem == 60 || lItem == 80 || lItem == 100);
+    for (std::size_t item = 1; item <= 100; ++item)
+        EXPECT_EQ(ProgressThrottle::IsSample(item),
+                  item == 20 || item == 40 || item == 60 || item == 80 || item == 100);
 }
 
 TEST(ProgressThrottle, AReportIsDueAtASampleWhenMoreThan100MillisecondsHavePassedSinceTheLast)

@@ -84,7 +84,7 @@ const std::wstring sSaveTitle = L"Error in SaveHistoryAndOrdering [cSchedMan]";
 
 TEST_F(HistoryFilesTest, ARecordHasItsFieldsAtFixedPlaces)
 {
-    static_assert(HistoryFiles::lRecordSize == 1983);
+    static_assert(HistoryFiles::recordSize == 1983);
     const auto cMainCat = NewMainCat(L"Rock");
     const auto cCut = AddCut(*cMainCat, L"D:\\Caf\u00E9.mp3", 0x0102);
     cCut->SetArtist(L"A");
@@ -305,7 +305,7 @@ TEST_F(HistoryFilesTest, TheMannerDecidesWhatIsSaid)
     struct Row
     {
         Manner eManner;
-        std::size_t lEvents;
+        std::size_t events;
         std::size_t lBoxes;
     };
     for (const Row& row : {Row{Manner::Explicit, 3, 1}, Row{Manner::WithoutProgress, 0, 1},
@@ -315,7 +315,7 @@ TEST_F(HistoryFilesTest, TheMannerDecidesWhatIsSaid)
         cHost.colSaid.clear();
         cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
         EXPECT_EQ(cFiles.Save(cMainCat, row.eManner), Saved::Yes);
-        EXPECT_EQ(cHost.colSaid.size(), row.lEvents);
+        EXPECT_EQ(cHost.colSaid.size(), row.events);
         boxes.clear();
         cPorts.cFiles.Put(RadioPorts::LogPath(), "");
         cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
@@ -407,14 +407,14 @@ TEST_F(HistoryFilesTest, WhatIsWrittenIsTheOrderAtTheMomentOfTheCall)
 TEST_F(HistoryFilesTest, AnOlderSaveNeverReplacesANewerOne)
 {
     // At every event of the outer save, and within the inner one once more.
-    for (std::size_t lEvent = 0; lEvent < 3; ++lEvent)
+    for (std::size_t event = 0; event < 3; ++event)
     {
         cHost.colSaid.clear();
         cHost.OnEvent = nullptr;
-        const auto cMainCat = NewMainCatOf(L"Cat" + std::to_wstring(lEvent), 3);
-        cHost.OnEvent = [&, lEvent](const std::wstring&)
+        const auto cMainCat = NewMainCatOf(L"Cat" + std::to_wstring(event), 3);
+        cHost.OnEvent = [&, event](const std::wstring&)
         {
-            if (cHost.colSaid.size() != lEvent + 1)
+            if (cHost.colSaid.size() != event + 1)
                 return;
             cMainCat->SubCat(1)->SchedCuts()->MoveToEnd(0); // a pick
             EXPECT_EQ(Save(cMainCat), Saved::Yes);
@@ -503,16 +503,16 @@ TEST_F(HistoryFilesTest, AnyFailureOfASaveLosesNothingAndIsShownPerCategory)
             cOther.StoreAppPath(sRadio);
             HistoryFiles cOtherFiles(cOther, cRelay);
             const bool bSaved = cOtherFiles.SaveAll(colMainCats);
-            std::size_t lUnsaved = 0;
+            std::size_t unsaved = 0;
             for (const auto& [sName, bytes] : files)
             {
                 const bool bNew =
                     !cDisk.cFiles.FileExists(SifPath(sName)) || cDisk.cFiles.Get(SifPath(sName)) == bytes;
                 EXPECT_EQ(cDisk.cFiles.Get(SifPath(sName) + (bNew ? L".bak" : L"")), "old");
-                lUnsaved += bNew && cDisk.cFiles.FileExists(SifPath(sName)) ? 0 : 1;
+                unsaved += bNew && cDisk.cFiles.FileExists(SifPath(sName)) ? 0 : 1;
             }
-            EXPECT_EQ(cDisk.cMessages.Boxes.size(), lUnsaved);
-            EXPECT_EQ(bSaved, lUnsaved == 0);
+            EXPECT_EQ(cDisk.cMessages.Boxes.size(), unsaved);
+            EXPECT_EQ(bSaved, unsaved == 0);
             if (!cFailing.bFailed)
                 break;
             cFailing.bStaysBroken = false;
@@ -673,7 +673,7 @@ TEST_F(HistoryFilesTest, WhatIsSavedIsWhatComesBack)
             AddCut(*cMainCat, std::to_wstring(lCut) + (lCut % 3 ? L".mp3" : L"\u20AC \u00E9.mp3"),
                    1 + lCut % 2);
         const Keys colDataBaseOrder = Order(*cMainCat, 1);
-        for (std::size_t lMove = 0; lMove < 100; ++lMove)
+        for (std::size_t move = 0; move < 100; ++move)
             cMainCat->SubCat(1)->SchedCuts()->MoveToEnd(random() % 30);
         colKeys = Order(*cMainCat, 1);
         ASSERT_EQ(Save(cMainCat), Saved::Yes);
@@ -756,11 +756,11 @@ TEST_F(HistoryFilesTest, TheFilesLengthIsTheNumberOfItsRecordsOrItIsIgnored)
     const auto cMainCat = NewMainCatOf(L"Rock", 2);
     const std::string two = SifCut("2.mp3", 1) + SifCut("1.mp3", 1);
     ASSERT_EQ(two.size(), 3966u);
-    for (const std::size_t lLength :
+    for (const std::size_t length :
          {std::size_t{1}, std::size_t{1982}, std::size_t{1984}, std::size_t{3965}})
     {
-        Apply(two.substr(0, lLength));
-        EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"})) << lLength;
+        Apply(two.substr(0, length));
+        EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"})) << length;
     }
     Apply(two + "x"); // 3967
     EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"}));
@@ -901,7 +901,7 @@ TEST_F(HistoryFilesTest, AnyRecordsAreReadWithoutHarm)
             static const char* const paths[] = {"1.mp3", "5.mp3", "?.mp3", "", "no.mp3", "\xFF"};
             std::string record =
                 SifCut(paths[random() % std::size(paths)], static_cast<std::int32_t>(random() % 4));
-            for (std::size_t lByte = random() % 6; lByte > 0; --lByte)
+            for (std::size_t byte = random() % 6; byte > 0; --byte)
                 record[510 + random() % 262] = static_cast<char>(random());
             bytes += record;
         }
@@ -913,8 +913,8 @@ TEST_F(HistoryFilesTest, AnyRecordsAreReadWithoutHarm)
         std::sort(colAfter.begin(), colAfter.end());
         ASSERT_EQ(colAfter, colBefore) << "no cut is lost or doubled: seed " << lSeed << ", round " << lRound;
         ASSERT_EQ(Order(*cMainCat, 2), Keys{L""});
-        for (std::size_t lAt = 0; lAt < cMainCat->SubCats()->Count(); ++lAt)
-            ASSERT_GT(cMainCat->SubCats()->At(lAt)->CatLevel(), 0);
+        for (std::size_t at = 0; at < cMainCat->SubCats()->Count(); ++at)
+            ASSERT_GT(cMainCat->SubCats()->At(at)->CatLevel(), 0);
     }
 }
 
@@ -922,10 +922,10 @@ TEST_F(HistoryFilesTest, EveryTruncationIsIgnoredOrReadWhole)
 {
     const auto cMainCat = NewMainCatOf(L"Rock", 2);
     const std::string two = SifCut("2.mp3", 1) + SifCut("1.mp3", 1);
-    for (std::size_t lLength = 0; lLength < two.size(); lLength += 13)
+    for (std::size_t length = 0; length < two.size(); length += 13)
     {
-        Apply(two.substr(0, lLength));
-        ASSERT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"})) << lLength;
+        Apply(two.substr(0, length));
+        ASSERT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"})) << length;
     }
 }
 

@@ -25,7 +25,7 @@ class KilledChangeTest : public StationTest
 {
 protected:
     // Rock 1 to 3 and Pop 1 and 4, in orders that are not the database's; Jazz 1 with as many cuts as said.
-    void Start(bool bHasBatches, std::size_t lJazz = 0)
+    void Start(bool bHasBatches, std::size_t jazz = 0)
     {
         cBatching->bHasBatches = bHasBatches;
         for (std::int32_t lLevel = 1; lLevel <= 3; ++lLevel)
@@ -36,7 +36,7 @@ protected:
             cBatching->cInner.Add(L"p" + std::to_wstring(lCut), L"Pop", 1);
             cBatching->cInner.Add(L"q" + std::to_wstring(lCut), L"Pop", 4);
         }
-        for (std::size_t lCut = 1; lCut <= lJazz; ++lCut)
+        for (std::size_t lCut = 1; lCut <= jazz; ++lCut)
             cBatching->cInner.Add(L"j" + std::to_wstring(lCut), L"Jazz", 1);
         cBatching->cInner.Add(L"k", L"Jazz", 2);
         cLib.cSchedMan->PopulateFromDataBase(cBatching, sRadio);
@@ -44,8 +44,8 @@ protected:
             for (const std::shared_ptr<clsCat>& cSubCat : *MainCat(sName)->SubCats())
             {
                 std::vector<std::size_t> colOrder(cSubCat->SchedCuts()->Count());
-                for (std::size_t lAt = 0; lAt < colOrder.size(); ++lAt)
-                    colOrder[lAt] = (lAt + 2) % colOrder.size();
+                for (std::size_t at = 0; at < colOrder.size(); ++at)
+                    colOrder[at] = (at + 2) % colOrder.size();
                 cSubCat->SchedCuts()->Reorder(colOrder);
             }
         cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);

@@ -275,7 +275,7 @@ private:
 // ---- a manager and the reference side by side
 
 const std::array<const wchar_t*, 6> sPool{L"Rock", L"Pop", L"Jazz", L"Soul", L"R.E.M.", L"Caf\u00E9"};
-constexpr std::size_t lMostCuts = 20;
+constexpr std::size_t mostCuts = 20;
 constexpr std::int32_t lMostLevel = 4;
 
 class Model
@@ -366,8 +366,8 @@ public:
         for (const std::wstring& sOperation : m_cPorts.cFiles.Operations())
             if (sOperation.ends_with(L".sif"))
             {
-                const std::size_t lName = sOperation.find_last_of(L'\\') + 1;
-                colTouched.insert(Lower(sOperation.substr(lName, sOperation.size() - 4 - lName)));
+                const std::size_t name = sOperation.find_last_of(L'\\') + 1;
+                colTouched.insert(Lower(sOperation.substr(name, sOperation.size() - 4 - name)));
             }
         for (const std::wstring& sName : colTouched)
         {
@@ -411,7 +411,7 @@ public:
     void ForgetLog() { m_cPorts.cFiles.Delete(RadioPorts::LogPath()); }
 
 private:
-    unsigned Draw(std::size_t lBelow) { return lBelow == 0 ? 0 : static_cast<unsigned>(m_engine() % lBelow); }
+    unsigned Draw(std::size_t below) { return below == 0 ? 0 : static_cast<unsigned>(m_engine() % below); }
     bool Chance(unsigned lPercent) { return Draw(100) < lPercent; }
     std::wstring DrawName()
     {
@@ -503,13 +503,13 @@ private:
         return trouble;
     }
     // What the operation has said, once.
-    void EndTrouble(const Trouble& trouble, std::size_t lFailed, bool bRefusedCopies = false)
+    void EndTrouble(const Trouble& trouble, std::size_t failed, bool bRefusedCopies = false)
     {
         m_cDataBase->bRefusesCommit = false;
         if (trouble.pCut)
             trouble.pCut->cCut->failing.clear();
         EXPECT_EQ(m_cPorts.cMessages.Boxes.size(),
-                  (trouble.bRefusesCommit || lFailed > 0 ? 1u : 0u) + (bRefusedCopies ? 1u : 0u));
+                  (trouble.bRefusesCommit || failed > 0 ? 1u : 0u) + (bRefusedCopies ? 1u : 0u));
     }
     std::shared_ptr<clsCat> CatOf(const RefMain& main) const { return m_cLib.MainCat(main.sName); }
     std::shared_ptr<clsCat> CatOf(const RefMain& main, std::int32_t lLevel) const
@@ -535,7 +535,7 @@ private:
     {
         std::vector<RefCut*> colNew;
         std::set<RefMain*> colAffected;
-        for (unsigned lLeft = 1 + Draw(3); lLeft > 0 && m_ref.colCuts.size() < lMostCuts; --lLeft)
+        for (unsigned lLeft = 1 + Draw(3); lLeft > 0 && m_ref.colCuts.size() < mostCuts; --lLeft)
         {
             auto pCut = std::make_unique<RefCut>();
             pCut->sKey = L"M:\\" + std::to_wstring(++m_lKeys) + L".mp3";
@@ -609,8 +609,8 @@ private:
         for (const RefMain* pMain : colAhead)
             m_ref.Save(*pMain, true);
         std::vector<RefMain*> colLeft;
-        const std::size_t lFailed = TakeOutOf(*pCut, pOnly, lGiven, trouble, colLeft) ? 0 : 1;
-        EndTrouble(trouble, lFailed);
+        const std::size_t failed = TakeOutOf(*pCut, pOnly, lGiven, trouble, colLeft) ? 0 : 1;
+        EndTrouble(trouble, failed);
         for (RefMain* pMain : colAhead)
             if (std::find(colLeft.begin(), colLeft.end(), pMain) == colLeft.end())
                 m_ref.Save(*pMain);
@@ -682,7 +682,7 @@ private:
                                    Chance(30) ? DrawLevel() : 0});
         }
         m_cLib.cSchedMan->RemoveCutsFromCategories(colRemovals, [](std::size_t) {});
-        std::size_t lFailed = 0;
+        std::size_t failed = 0;
         std::set<RefMain*> colSaved =
             WrittenAhead(colCuts,
                          [&](const RefMain& main, std::int32_t lLevel)
@@ -694,9 +694,9 @@ private:
                              return false;
                          });
         for (std::size_t lAt = 0; lAt < colCuts.size(); ++lAt)
-            lFailed +=
+            failed +=
                 TakeOutOf(*colCuts[lAt], colOnly[lAt], colRemovals[lAt].lLevel, trouble, colLeft) ? 0 : 1;
-        EndTrouble(trouble, lFailed);
+        EndTrouble(trouble, failed);
         colSaved.insert(colLeft.begin(), colLeft.end());
         m_ref.Save(colSaved);
     }
@@ -734,12 +734,12 @@ private:
             });
         if (!bThrown)
         {
-            const std::size_t lMainsBefore = m_ref.colMains.size();
+            const std::size_t mainsBefore = m_ref.colMains.size();
             pCut->colNames = std::move(colNames);
             pCut->lLevel = lLevel;
             m_ref.Follow(*pCut, colAffected);
             NotePlaced(*pCut);
-            if (m_ref.colMains.size() != lMainsBefore)
+            if (m_ref.colMains.size() != mainsBefore)
                 m_ref.SaveList();
         }
         m_ref.Save(colAffected);
@@ -982,9 +982,9 @@ private:
         RefOrder colNew;
         for (std::size_t lAt = 0; lAt <= colOrder.size(); ++lAt)
         {
-            const auto lInto = static_cast<std::size_t>(
+            const auto into = static_cast<std::size_t>(
                 std::clamp<std::int32_t>(lPosInto, 1, static_cast<std::int32_t>(colOrder.size()) + 1));
-            if (lAt + 1 == lInto)
+            if (lAt + 1 == into)
                 colNew.insert(colNew.end(), colMoved.begin(), colMoved.end());
             if (lAt < colOrder.size() && !Contains(colMoved, colOrder[lAt]))
                 colNew.push_back(colOrder[lAt]);
@@ -1016,12 +1016,12 @@ private:
                     &main != pTo && (bExclusive || (&main == source->first && lLevel == source->second));
                 return bLeaves || (lTo != 0 && lTo != lLevel);
             });
-        std::size_t lFailed = 0;
+        std::size_t failed = 0;
         const auto lLevelsBefore = CountLevels();
         for (RefCut* pCut : colCuts)
-            lFailed += MoveOne(*pCut, *pTo, lTo, bExclusive, *source, trouble, colAffected) ? 0 : 1;
+            failed += MoveOne(*pCut, *pTo, lTo, bExclusive, *source, trouble, colAffected) ? 0 : 1;
         EXPECT_EQ(bCreated, CountLevels() != lLevelsBefore);
-        EndTrouble(trouble, lFailed);
+        EndTrouble(trouble, failed);
         m_ref.Save(colAffected);
     }
     // Main category by main category: it leaves, stays at its place, or comes to the end of its level. False
@@ -1074,10 +1074,10 @@ private:
     }
     std::size_t CountLevels() const
     {
-        std::size_t lCount = 0;
+        std::size_t count = 0;
         for (const auto& pMain : m_ref.colMains)
-            lCount += pMain->colLevels.size();
-        return lCount;
+            count += pMain->colLevels.size();
+        return count;
     }
 
     void MassCopy()
@@ -1097,17 +1097,17 @@ private:
         const bool bRefusedCopies =
             std::erase_if(colCuts, [&](const RefCut* pCut) { return lTo != 0 && pCut->lLevel != lTo; }) > 0;
         bool bPlaced = false;
-        std::size_t lFailed = 0;
+        std::size_t failed = 0;
         for (RefCut* pCut : colCuts)
             if (trouble.Hits(*pCut, "AddCategoryName"))
-                ++lFailed;
+                ++failed;
             else if (!trouble.bRefusesCommit)
             {
                 bPlaced = m_ref.File(*pCut, *pTo, bRefCreated) || bPlaced;
                 NotePlaced(*pCut);
             }
         EXPECT_EQ(bCreated, bRefCreated);
-        EndTrouble({trouble.bRefusesCommit && !colCuts.empty(), trouble.pCut, trouble.sMember}, lFailed,
+        EndTrouble({trouble.bRefusesCommit && !colCuts.empty(), trouble.pCut, trouble.sMember}, failed,
                    bRefusedCopies);
         if (bPlaced)
             m_ref.Save(*pTo);
@@ -1233,13 +1233,13 @@ private:
 
     std::vector<RefRecord> Decoded(const std::string& bytes) const
     {
-        constexpr std::size_t lSize = 1983;
+        constexpr std::size_t size = 1983;
         std::vector<RefRecord> colRecords;
-        EXPECT_EQ(bytes.size() % lSize, 0u);
-        for (std::size_t lAt = 0; lAt + lSize <= bytes.size(); lAt += lSize)
+        EXPECT_EQ(bytes.size() % size, 0u);
+        for (std::size_t lAt = 0; lAt + size <= bytes.size(); lAt += size)
         {
-            const auto Byte = [&](std::size_t lOffset)
-            { return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[lAt + lOffset])); };
+            const auto Byte = [&](std::size_t offset)
+            { return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[lAt + offset])); };
             const std::uint32_t lLevel = Byte(765) | Byte(766) << 8 | Byte(767) << 16 | Byte(768) << 24;
             const std::uint32_t lMarker = Byte(769) | Byte(770) << 8;
             EXPECT_TRUE(lMarker == 0 || lMarker == 0xFFFF);

@@ -55,7 +55,7 @@ TEST_F(OrderRestorerTest, AMissingLevelEndsItAndImpossibleOnesArePassedOver)
 
 TEST(OrderRecords, ARecordIsReadAsItWasPut)
 {
-    static_assert(lOrderRecordSize == 1983 && lOrderTextWidth == 255);
+    static_assert(orderRecordSize == 1983 && orderTextWidth == 255);
     OrderContent cContent(2);
     cContent.PutCut(0, {"artist", "title", " path "}, 0x01020304);
     cContent.PutMarker(1, 7);
@@ -66,7 +66,7 @@ TEST(OrderRecords, ARecordIsReadAsItWasPut)
     EXPECT_EQ(cut.lLevel, 0x01020304);
     EXPECT_FALSE(cut.bLevelMarker);
     EXPECT_EQ(cut.path, "path");
-    EXPECT_TRUE(FirstOrderRecord(cContent.Bytes().substr(lOrderRecordSize)).bLevelMarker);
+    EXPECT_TRUE(FirstOrderRecord(cContent.Bytes().substr(orderRecordSize)).bLevelMarker);
 }
 
 } // namespace

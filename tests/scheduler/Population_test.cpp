@@ -19,9 +19,9 @@ namespace
 constexpr std::int32_t lMaxLong = std::numeric_limits<std::int32_t>::max();
 const std::wstring sTitle = L"Error in PopulateFromDataBase [cSchedMan]";
 
-const Lines phasesOf(std::size_t lCuts)
+const Lines phasesOf(std::size_t cuts)
 {
-    const std::wstring sCuts = std::to_wstring(lCuts);
+    const std::wstring sCuts = std::to_wstring(cuts);
     return {L"Start " + sCuts + L": Initialising Scheduler - creating categories",
             L"Done: Got Main and Sub Categories for scheduler.",
             L"Start " + sCuts + L": Creating Scheduler Items"};
@@ -38,17 +38,17 @@ protected:
         return cLibrary.cDataBase->Add(sKey, sCategoryText, lLevel, lRunTime);
     }
     // Lets time pass while the lItem-th cut is worked on, once in each phase.
-    void TakeTime(std::size_t lItem, std::uint32_t lMilliseconds)
+    void TakeTime(std::size_t item, std::uint32_t lMilliseconds)
     {
-        m_colTimes[lItem] = lMilliseconds;
-        static_cast<FakeCut&>(*cLibrary.cDataBase->colCuts[lItem - 1]).OnCall =
-            [this, lItem](const std::string&)
+        m_colTimes[item] = lMilliseconds;
+        static_cast<FakeCut&>(*cLibrary.cDataBase->colCuts[item - 1]).OnCall =
+            [this, item](const std::string&)
         {
             const auto lPhase =
                 std::count_if(colSaid.begin(), colSaid.end(),
                               [](const std::wstring& sLine) { return sLine.starts_with(L"Start"); });
-            if (std::exchange(m_colLastPhase[lItem], lPhase) != lPhase)
-                cPorts.cClock.Advance(m_colTimes[lItem]);
+            if (std::exchange(m_colLastPhase[item], lPhase) != lPhase)
+                cPorts.cClock.Advance(m_colTimes[item]);
         };
     }
 

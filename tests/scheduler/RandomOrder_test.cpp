@@ -18,11 +18,11 @@ class FixedRandom final : public Random
 public:
     explicit FixedRandom(std::vector<double> dFractions) : m_dFractions(std::move(dFractions)) {}
     void Randomize() override {}
-    double Next() override { return m_lNext < m_dFractions.size() ? m_dFractions[m_lNext++] : 0; }
+    double Next() override { return m_next < m_dFractions.size() ? m_dFractions[m_next++] : 0; }
 
 private:
     std::vector<double> m_dFractions;
-    std::size_t m_lNext = 0;
+    std::size_t m_next = 0;
 };
 
 using Positions = std::vector<std::size_t>;
@@ -52,11 +52,11 @@ TEST(RandomOrder, AFractionOfOneIsTheLastItem)
 
 TEST(RandomOrder, IsWhatTakingOutOfAListOneByOneGives)
 {
-    for (std::size_t lCount = 0; lCount <= 70; ++lCount)
+    for (std::size_t count = 0; count <= 70; ++count)
     {
-        SeededRandom cRandom(lCount + 1);
-        SeededRandom cSame(lCount + 1);
-        Positions colLeft(lCount);
+        SeededRandom cRandom(count + 1);
+        SeededRandom cSame(count + 1);
+        Positions colLeft(count);
         std::iota(colLeft.begin(), colLeft.end(), std::size_t{0});
         Positions colExpected;
         while (!colLeft.empty())
@@ -66,7 +66,7 @@ TEST(RandomOrder, IsWhatTakingOutOfAListOneByOneGives)
             colExpected.push_back(colLeft[static_cast<std::size_t>(lDrawn)]);
             colLeft.erase(colLeft.begin() + lDrawn);
         }
-        EXPECT_EQ(RandomOrder(cRandom, lCount), colExpected) << lCount << " items";
+        EXPECT_EQ(RandomOrder(cRandom, count), colExpected) << count << " items";
     }
 }
 

@@ -13,7 +13,7 @@ namespace
 
 // A small station, in which every operation reports at least once: Rock 1 and 2, Pop 1, and Jazz without
 // cuts.
-constexpr std::size_t lRockCuts = 104;
+constexpr std::size_t rockCuts = 104;
 
 struct SmallStation
 {
@@ -21,7 +21,7 @@ struct SmallStation
 
     void Fill()
     {
-        for (std::size_t lCut = 1; lCut <= lRockCuts; ++lCut)
+        for (std::size_t lCut = 1; lCut <= rockCuts; ++lCut)
             cLib.cDataBase->Add(L"r" + std::to_wstring(lCut), lCut % 3 == 0 ? L"Rock/Pop" : L"Rock", 1);
         for (int lCut = 1; lCut <= 3; ++lCut)
             cLib.cDataBase->Add(L"s" + std::to_wstring(lCut), L"Rock", 2);
@@ -54,10 +54,10 @@ struct SmallStation
         if (cFrom && cTo)
             cLib.cSchedMan->DoMassCatChange(eOption, {cFrom}, cTo, colCuts, bCreated);
     }
-    Cuts AddToDataBase(std::size_t lCount, const std::wstring& sCategoryText)
+    Cuts AddToDataBase(std::size_t count, const std::wstring& sCategoryText)
     {
         Cuts colCuts;
-        for (std::size_t lCut = 0; lCut < lCount; ++lCut)
+        for (std::size_t lCut = 0; lCut < count; ++lCut)
             colCuts.push_back(cLib.cDataBase->Add(L"new" + std::to_wstring(++lAdded), sCategoryText, 1));
         return colCuts;
     }
@@ -197,36 +197,36 @@ void ExpectSound(SmallStation& s)
 {
     Library& cLib = s.cLib;
     std::map<std::wstring, std::int32_t> colTotals;
-    std::size_t lEntries = 0;
-    for (std::size_t lMain = 0; lMain < cLib.cSchedMan->colMainCats()->Count(); ++lMain)
+    std::size_t entries = 0;
+    for (std::size_t main = 0; main < cLib.cSchedMan->colMainCats()->Count(); ++main)
     {
-        const std::shared_ptr<clsCat> cMainCat = cLib.cSchedMan->colMainCats()->At(lMain);
-        ASSERT_EQ(cLib.cSchedMan->colMainCats()->KeyAt(lMain)->Text(), cMainCat->CatName() + L"\t0");
+        const std::shared_ptr<clsCat> cMainCat = cLib.cSchedMan->colMainCats()->At(main);
+        ASSERT_EQ(cLib.cSchedMan->colMainCats()->KeyAt(main)->Text(), cMainCat->CatName() + L"\t0");
         std::int32_t lBefore = 0;
         for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
         {
             ASSERT_LT(lBefore, cSubCat->CatLevel());
             lBefore = cSubCat->CatLevel();
             ASSERT_EQ(cSubCat->MainCat(), cMainCat);
-            std::int64_t lTotal = 0;
+            std::int64_t total = 0;
             const CutCollection& colCuts = *cSubCat->SchedCuts();
             for (std::size_t lAt = 0; lAt < colCuts.Count(); ++lAt)
             {
-                ++lEntries;
+                ++entries;
                 const Cut& cCut = *colCuts.At(lAt);
-                lTotal += cCut.RunTimemS();
+                total += cCut.RunTimemS();
                 ASSERT_EQ(*colCuts.KeyAt(lAt), cCut.Key());
                 ASSERT_EQ(cCut.CatLevel(), cSubCat->CatLevel());
                 ASSERT_TRUE(cCut.HasCategoryName(cMainCat->CatName()));
                 ASSERT_EQ(cLib.cDataBase->CutByKey(cCut.Key()), colCuts.At(lAt)) << "the database's own";
             }
-            ASSERT_EQ(std::int64_t{cSubCat->AverageRunTimemS()} * cSubCat->TotalCuts(), lTotal);
+            ASSERT_EQ(std::int64_t{cSubCat->AverageRunTimemS()} * cSubCat->TotalCuts(), total);
         }
     }
-    std::size_t lAssigned = 0;
+    std::size_t assigned = 0;
     for (const std::shared_ptr<Cut>& cCut : cLib.cDataBase->colCuts)
-        lAssigned += cCut->CategoryNames().size();
-    ASSERT_EQ(lEntries, lAssigned) << "no cut is missing anywhere";
+        assigned += cCut->CategoryNames().size();
+    ASSERT_EQ(entries, assigned) << "no cut is missing anywhere";
 }
 
 using Orders = std::map<std::pair<std::wstring, std::int32_t>, Keys>;
@@ -453,7 +453,7 @@ TEST_P(ReentrancyTest, AFileOperationThatFailsLeavesMemoryAndTheOtherFilesWholeA
     }();
     operation.run(cGood);
     const Orders expected = OrdersOf(cGood.cLib);
-    const std::size_t lOwnBoxes = cGood.cPorts.cMessages.Boxes.size();
+    const std::size_t ownBoxes = cGood.cPorts.cMessages.Boxes.size();
 
     for (int lGood = 0;; ++lGood)
     {
@@ -512,7 +512,7 @@ TEST_P(ReentrancyTest, AFileOperationThatFailsLeavesMemoryAndTheOtherFilesWholeA
         }
         EXPECT_LE(lOld, 1u) << "the other files are written";
         EXPECT_EQ(cBack.TemporaryFiles(), Lines());
-        EXPECT_LE(s.cPorts.cMessages.Boxes.size(), lOwnBoxes + 1);
+        EXPECT_LE(s.cPorts.cMessages.Boxes.size(), ownBoxes + 1);
         s.cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
         ExpectARestartBringsAllBack(s);
         if (HasFailure() || !cFailing.bFailed)

@@ -668,11 +668,11 @@ protected:
         CatCollection colFrom;
         cLib.cSchedMan->RemoveCutFromCategory(cMainCat, cCut, colFrom, lLevel);
         Lines colNames;
-        for (std::size_t lAt = 0; lAt < colFrom.Count(); ++lAt)
+        for (std::size_t at = 0; at < colFrom.Count(); ++at)
         {
-            colNames.push_back(colFrom.At(lAt)->CatName());
-            EXPECT_EQ(colFrom.KeyAt(lAt)->Text(), colNames.back()) << "keyed by name";
-            EXPECT_EQ(colFrom.At(lAt), MainCat(colNames.back()));
+            colNames.push_back(colFrom.At(at)->CatName());
+            EXPECT_EQ(colFrom.KeyAt(at)->Text(), colNames.back()) << "keyed by name";
+            EXPECT_EQ(colFrom.At(at), MainCat(colNames.back()));
         }
         for (const std::wstring& sName : Written())
             EXPECT_EQ(colAhead.count(sName), 1u) << "it saves nothing but ahead of a level's last cut";

@@ -58,11 +58,11 @@ TEST_F(SchedManTest, TheIllegalCharactersAreNineInTheirOrderWithoutKeys)
     const std::shared_ptr<NameCollection>& colChars = cSchedMan->colIllegalChars();
     ASSERT_EQ(colChars->Count(), 9u);
     std::wstring sAll;
-    for (std::size_t lAt = 0; lAt < colChars->Count(); ++lAt)
+    for (std::size_t at = 0; at < colChars->Count(); ++at)
     {
-        sAll += colChars->At(lAt);
-        EXPECT_EQ(colChars->At(lAt).size(), 1u);
-        EXPECT_EQ(colChars->KeyAt(lAt), nullptr);
+        sAll += colChars->At(at);
+        EXPECT_EQ(colChars->At(at).size(), 1u);
+        EXPECT_EQ(colChars->KeyAt(at), nullptr);
     }
     EXPECT_EQ(sAll, L"*/:<>?\\|\"");
     EXPECT_EQ(cSchedMan->colIllegalChars(), colChars) << "the collection itself";
@@ -374,7 +374,7 @@ TEST_F(SchedManTest, AnErrorWhileAskingIsShownUnderTheOperationsOwnTitle)
     };
     const Lines colTitles{L"Error in CreateCatLevel [cSchedMan]", L"Error in ShuffleCategories [cSchedMan]",
                           L"Error in CreateMainCat [cSchedMan]"};
-    for (std::size_t lAt = 0; lAt < colTitles.size(); ++lAt)
+    for (std::size_t at = 0; at < colTitles.size(); ++at)
     {
         boxes.clear();
         cPorts.cMessages.OnShown = [&]
@@ -382,9 +382,9 @@ TEST_F(SchedManTest, AnErrorWhileAskingIsShownUnderTheOperationsOwnTitle)
             cPorts.cMessages.OnShown = nullptr; // the screen fails once
             throw RuntimeError(error::DeviceIo);
         };
-        operations[lAt]();
+        operations[at]();
         ASSERT_FALSE(boxes.empty());
-        EXPECT_EQ(boxes.back(), CriticalBox(colTitles[lAt], CriticalText(57)));
+        EXPECT_EQ(boxes.back(), CriticalBox(colTitles[at], CriticalText(57)));
     }
     EXPECT_EQ(cLibrary.MainCat(L"Rock")->SubCats()->Count(), 1u);
 }

@@ -63,10 +63,10 @@ private:
             if (bCommitted)
                 return;
             ++cDataBase.lRolledBack;
-            for (std::size_t lCut = 0; lCut < colBefore.size(); ++lCut)
+            for (std::size_t cut = 0; cut < colBefore.size(); ++cut)
             {
-                cDataBase.cInner.colCuts[lCut]->SetCategoryText(colBefore[lCut]->CategoryText());
-                cDataBase.cInner.colCuts[lCut]->SetCatLevel(colBefore[lCut]->CatLevel());
+                cDataBase.cInner.colCuts[cut]->SetCategoryText(colBefore[cut]->CategoryText());
+                cDataBase.cInner.colCuts[cut]->SetCatLevel(colBefore[cut]->CatLevel());
             }
         }
         void Commit() override

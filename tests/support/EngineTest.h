@@ -52,11 +52,11 @@ struct RadioPorts : MemoryPorts
         if (!cFiles.FileExists(LogPath()))
             return colMessages;
         const std::wstring sText = cCodePage.Decode(cFiles.Get(LogPath()));
-        for (std::size_t lAt = 0; lAt < sText.size();)
+        for (std::size_t at = 0; at < sText.size();)
         {
-            const std::size_t lEnd = sText.find(L"\r\n", lAt);
-            colMessages.push_back(sText.substr(lAt + 18, lEnd - lAt - 18));
-            lAt = lEnd + 2;
+            const std::size_t end = sText.find(L"\r\n", at);
+            colMessages.push_back(sText.substr(at + 18, end - at - 18));
+            at = end + 2;
         }
         colMessages.erase(colMessages.begin());
         return colMessages;

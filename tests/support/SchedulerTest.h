@@ -113,10 +113,10 @@ inline std::string SifWithoutGuards(const std::string& bytes)
 {
     constexpr std::size_t lRecord = 1983;
     std::string without;
-    for (std::size_t lAt = 0; lAt < bytes.size(); lAt += lRecord)
+    for (std::size_t at = 0; at < bytes.size(); at += lRecord)
     {
-        const std::string record = bytes.substr(lAt, lRecord);
-        const std::string next = bytes.substr(std::min(lAt + lRecord, bytes.size()), lRecord);
+        const std::string record = bytes.substr(at, lRecord);
+        const std::string next = bytes.substr(std::min(at + lRecord, bytes.size()), lRecord);
         const bool bGuards = record[769] != '\0' && next.size() == lRecord && next[769] == '\0' &&
                              record.compare(765, 4, next, 765, 4) == 0;
         if (!bGuards)

@@ -40,9 +40,9 @@ inline Lines Joined(std::initializer_list<Lines> colParts)
 }
 
 // What a host is told of an explicit save of so many records.
-inline Lines SaveSaid(const std::wstring& sName, std::size_t lRecords)
+inline Lines SaveSaid(const std::wstring& sName, std::size_t records)
 {
-    const std::wstring sCount = std::to_wstring(lRecords);
+    const std::wstring sCount = std::to_wstring(records);
     return {L"Start " + sCount + L": Saving Ordering and hist for: " + sName,
             L"Start " + sCount + L": Saving info for: " + sName + L" to file.",
             L"Done: Saved Scheduler Info for: " + sName};
@@ -64,12 +64,12 @@ protected:
         return cLib.cDataBase->Add(sKey, sCategoryText, lLevel, lRunTimemS);
     }
     // As many cuts as said, keyed <sPrefix>1, <sPrefix>2 ...
-    Cuts AddMany(std::size_t lCount, const std::wstring& sPrefix, const std::wstring& sCategoryText,
+    Cuts AddMany(std::size_t count, const std::wstring& sPrefix, const std::wstring& sCategoryText,
                  std::int32_t lLevel = 1)
     {
         Cuts colCuts;
-        for (std::size_t lCut = 1; lCut <= lCount; ++lCut)
-            colCuts.push_back(Add(sPrefix + std::to_wstring(lCut), sCategoryText, lLevel));
+        for (std::size_t cut = 1; cut <= count; ++cut)
+            colCuts.push_back(Add(sPrefix + std::to_wstring(cut), sCategoryText, lLevel));
         return colCuts;
     }
 
@@ -87,13 +87,13 @@ protected:
         cLib.cHost.colSaid.clear();
         cPorts.cFiles.ClearOperations();
         cPorts.cHostLoop.lSleeps = cPorts.cHostLoop.lPumps = 0;
-        cPorts.cHostLoop.lSleptmS = 0;
-        lLogged = cPorts.LogMessages().size();
+        cPorts.cHostLoop.sleptmS = 0;
+        logged = cPorts.LogMessages().size();
     }
     Lines Log() const
     {
         Lines colLines = cPorts.LogMessages();
-        colLines.erase(colLines.begin(), colLines.begin() + static_cast<std::ptrdiff_t>(lLogged));
+        colLines.erase(colLines.begin(), colLines.begin() + static_cast<std::ptrdiff_t>(logged));
         return colLines;
     }
     // Every event, pump and sleep from here on, in order.
@@ -132,12 +132,12 @@ protected:
         const std::wstring sFolder = L"History_and_Ordering\\";
         for (const std::wstring& sOperation : cPorts.cFiles.Operations())
         {
-            const std::size_t lArrow = sOperation.find(L" -> ");
+            const std::size_t arrow = sOperation.find(L" -> ");
             if (!sOperation.starts_with(L"Rename ") || !sOperation.ends_with(L".sif") ||
-                lArrow == std::wstring::npos)
+                arrow == std::wstring::npos)
                 continue;
-            const std::size_t lName = sOperation.find(sFolder, lArrow) + sFolder.size();
-            const std::wstring sName = sOperation.substr(lName, sOperation.size() - 4 - lName);
+            const std::size_t name = sOperation.find(sFolder, arrow) + sFolder.size();
+            const std::wstring sName = sOperation.substr(name, sOperation.size() - 4 - name);
             std::erase(colNames, sName);
             colNames.push_back(sName);
         }
@@ -158,7 +158,7 @@ protected:
     Library cLib{cPorts};
     Boxes& boxes = cPorts.cMessages.Boxes;
     Lines& said = cLib.cHost.colSaid;
-    std::size_t lLogged = 0;
+    std::size_t logged = 0;
 };
 
 } // namespace ravlo::test

@@ -88,8 +88,8 @@ void CatSelectorPresenter::PopulateLists()
     if (m_colMainCats)
         for (std::size_t i = 0; i < m_colMainCats->Count(); ++i)
             colNames.push_back(m_colMainCats->At(i)->CatName());
-    m_lCats = Refill(lstCat, colNames);
-    if (m_lCats > 0)
+    m_cats = Refill(lstCat, colNames);
+    if (m_cats > 0)
         m_cView.SetCurrentEntry(lstCat, 0);
     FillLevels();
 }
@@ -116,8 +116,8 @@ std::vector<std::wstring> CatSelectorPresenter::LevelEntries() const
 
 void CatSelectorPresenter::FillLevels()
 {
-    m_lLevels = Refill(lstlvl, LevelEntries());
-    if (m_lLevels > 0)
+    m_levels = Refill(lstlvl, LevelEntries());
+    if (m_levels > 0)
         m_cView.SetCurrentEntry(lstlvl, 0);
     if (!m_bPopulating)
         OnLevelClick();
@@ -177,15 +177,15 @@ void CatSelectorPresenter::RefreshLists(std::shared_ptr<CatCollection> colMainCa
     const bool bLevel = m_cSubCat && m_cSubCat->CatLevel() > 0;
     const std::wstring sLevel = bLevel ? DecimalText(m_cSubCat->CatLevel()) : sAllLevels;
     std::vector<std::wstring> colSelected;
-    for (const std::size_t lEntry : m_cView.SelectedEntries(lstCat))
-        colSelected.push_back(m_cView.EntryText(lstCat, lEntry));
+    for (const std::size_t entry : m_cView.SelectedEntries(lstCat))
+        colSelected.push_back(m_cView.EntryText(lstCat, entry));
 
     m_colMainCats = std::move(colMainCats);
     m_cMainCat = MainCatNamed(sMainCat);
     PopulateLists();
     {
         const ScopedFlag cBusy(m_bBusy);
-        for (std::size_t i = 0; i < m_lCats; ++i)
+        for (std::size_t i = 0; i < m_cats; ++i)
         {
             const std::wstring sName = m_cView.EntryText(lstCat, i);
             if (std::find(colSelected.begin(), colSelected.end(), sName) != colSelected.end())
@@ -210,8 +210,8 @@ std::shared_ptr<clsCat> CatSelectorPresenter::MainCatNamed(const std::wstring& s
 // False when no entry has that text.
 bool CatSelectorPresenter::MakeCurrent(SelectorControl eList, const std::wstring& sText)
 {
-    const std::size_t lCount = eList == lstCat ? m_lCats : m_lLevels;
-    for (std::size_t i = 0; i < lCount; ++i)
+    const std::size_t count = eList == lstCat ? m_cats : m_levels;
+    for (std::size_t i = 0; i < count; ++i)
     {
         if (!EqualIgnoringCase(m_cView.EntryText(eList, i), sText))
             continue;
@@ -238,10 +238,10 @@ void CatSelectorPresenter::MakeMainCatCurrent(const std::shared_ptr<clsCat>& cMa
 
 void CatSelectorPresenter::SetSelectedSubCat(const std::shared_ptr<clsCat>& cSubCat)
 {
-    if (m_lLevels == 0)
+    if (m_levels == 0)
         return;
     if (!cSubCat)
-        m_cView.SetCurrentEntry(lstlvl, m_lLevels - 1);
+        m_cView.SetCurrentEntry(lstlvl, m_levels - 1);
     else if (!MakeCurrent(lstlvl, DecimalText(cSubCat->CatLevel())))
         return;
     OnLevelClick();
@@ -265,15 +265,15 @@ void CatSelectorPresenter::CatClick()
 
 void CatSelectorPresenter::OnCatClick()
 {
-    const std::optional<std::size_t> lCurrent = m_cView.CurrentEntry(lstCat);
-    if (!lCurrent)
+    const std::optional<std::size_t> current = m_cView.CurrentEntry(lstCat);
+    if (!current)
         return;
-    if (auto cMainCat = MainCatNamed(m_cView.EntryText(lstCat, *lCurrent)))
+    if (auto cMainCat = MainCatNamed(m_cView.EntryText(lstCat, *current)))
         m_cMainCat = std::move(cMainCat);
     if (m_bMulti)
         DropNoCat();
     else
-        SelectOnly(*lCurrent);
+        SelectOnly(*current);
     FillLevels();
 }
 
@@ -281,24 +281,24 @@ void CatSelectorPresenter::OnCatClick()
 void CatSelectorPresenter::DropNoCat()
 {
     bool bReal = false;
-    std::optional<std::size_t> lNoCat;
-    for (const std::size_t lEntry : m_cView.SelectedEntries(lstCat))
+    std::optional<std::size_t> noCat;
+    for (const std::size_t entry : m_cView.SelectedEntries(lstCat))
     {
-        if (IsNoCat(m_cView.EntryText(lstCat, lEntry)))
-            lNoCat = lEntry;
+        if (IsNoCat(m_cView.EntryText(lstCat, entry)))
+            noCat = entry;
         else
             bReal = true;
     }
-    if (bReal && lNoCat)
-        m_cView.SelectEntry(lstCat, *lNoCat, false);
+    if (bReal && noCat)
+        m_cView.SelectEntry(lstCat, *noCat, false);
 }
 
-void CatSelectorPresenter::SelectOnly(std::size_t lEntry)
+void CatSelectorPresenter::SelectOnly(std::size_t entry)
 {
-    for (const std::size_t lOther : m_cView.SelectedEntries(lstCat))
-        if (lOther != lEntry)
-            m_cView.SelectEntry(lstCat, lOther, false);
-    m_cView.SelectEntry(lstCat, lEntry, true);
+    for (const std::size_t other : m_cView.SelectedEntries(lstCat))
+        if (other != entry)
+            m_cView.SelectEntry(lstCat, other, false);
+    m_cView.SelectEntry(lstCat, entry, true);
 }
 
 void CatSelectorPresenter::LevelClick()
@@ -312,8 +312,8 @@ void CatSelectorPresenter::OnLevelClick()
 {
     if (m_bBusy)
         return;
-    const std::optional<std::size_t> lCurrent = m_cView.CurrentEntry(lstlvl);
-    const std::wstring sText = lCurrent ? m_cView.EntryText(lstlvl, *lCurrent) : std::wstring();
+    const std::optional<std::size_t> current = m_cView.CurrentEntry(lstlvl);
+    const std::wstring sText = current ? m_cView.EntryText(lstlvl, *current) : std::wstring();
     std::shared_ptr<clsCat> cSubCat = m_cMainCat; // "ALL", and a main category without levels
     if (IsNumeric(sText))
     {
@@ -362,8 +362,8 @@ std::vector<std::wstring> CatSelectorPresenter::colSelectedSubCatNames()
                    L"Choose a level other than 'ALL' to be able to multi-select categories");
         return colNames;
     }
-    for (const std::size_t lEntry : m_cView.SelectedEntries(lstCat))
-        colNames.push_back(m_cView.EntryText(lstCat, lEntry));
+    for (const std::size_t entry : m_cView.SelectedEntries(lstCat))
+        colNames.push_back(m_cView.EntryText(lstCat, entry));
     return colNames;
 }
 
@@ -371,8 +371,8 @@ Cuts CatSelectorPresenter::SelectedCuts() const
 {
     Cuts colCuts;
     const SelectorControl eList = VisibleSongs();
-    for (const std::size_t lEntry : m_cView.SelectedEntries(eList))
-        if (const std::shared_ptr<Cut>* cCut = m_colCutMap.Find(m_cView.EntryText(eList, lEntry)))
+    for (const std::size_t entry : m_cView.SelectedEntries(eList))
+        if (const std::shared_ptr<Cut>* cCut = m_colCutMap.Find(m_cView.EntryText(eList, entry)))
             colCuts.push_back(*cCut);
     return colCuts;
 }
@@ -426,7 +426,7 @@ void CatSelectorPresenter::ShowCutCatsAsSelected(const std::shared_ptr<Cut>& cCu
             const ScopedFlag cBusy(m_bBusy);
             return CatsOf(*cCut);
         }();
-        for (std::size_t i = 0; i < m_lCats; ++i)
+        for (std::size_t i = 0; i < m_cats; ++i)
             m_cView.SelectEntry(lstCat, i, colFound.Exists(m_cView.EntryText(lstCat, i)));
         if (colFound.Empty())
             return;

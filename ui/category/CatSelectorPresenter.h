@@ -81,7 +81,7 @@ private:
     void OnLevelClick();
     void ChooseLevel(std::shared_ptr<clsCat> cSubCat);
     void DropNoCat();
-    void SelectOnly(std::size_t lEntry);
+    void SelectOnly(std::size_t entry);
     std::vector<std::wstring> LevelEntries() const;
     void FillLevels();
     void FillSongs();
@@ -101,8 +101,8 @@ private:
     std::shared_ptr<clsCat> m_cMainCat;
     std::shared_ptr<clsCat> m_cSubCat;
     CutCollection m_colCutMap; // keyed by display text
-    std::size_t m_lCats = 0;   // entries of lstCat
-    std::size_t m_lLevels = 0; // entries of lstlvl
+    std::size_t m_cats = 0;   // entries of lstCat
+    std::size_t m_levels = 0; // entries of lstlvl
     bool m_bMulti = false;
     bool m_bOpener = false;
     bool m_bPopulating = false;

@@ -31,14 +31,14 @@ public:
     // Replaces a list's entries; nothing is current or selected afterwards. lstsongs0 puts them into the
     // alphabetical order of the user's language, the others keep the given one.
     virtual void SetEntries(SelectorControl eList, const std::vector<std::wstring>& colEntries) = 0;
-    virtual std::wstring EntryText(SelectorControl eList, std::size_t lEntry) const = 0;
+    virtual std::wstring EntryText(SelectorControl eList, std::size_t entry) const = 0;
     // The current entry bears the caret; nothing when there is none.
     virtual std::optional<std::size_t> CurrentEntry(SelectorControl eList) const = 0;
     // In a list of single choice the current entry is also the selected one.
-    virtual void SetCurrentEntry(SelectorControl eList, std::size_t lEntry) = 0;
+    virtual void SetCurrentEntry(SelectorControl eList, std::size_t entry) = 0;
     // The selected (highlighted) entries, top to bottom.
     virtual std::vector<std::size_t> SelectedEntries(SelectorControl eList) const = 0;
-    virtual void SelectEntry(SelectorControl eList, std::size_t lEntry, bool bSelect) = 0;
+    virtual void SelectEntry(SelectorControl eList, std::size_t entry, bool bSelect) = 0;
     // Takes the highlight off every entry, and in a list of single choice the current one.
     virtual void ClearSelection(SelectorControl eList) = 0;
 

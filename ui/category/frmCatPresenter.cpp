@@ -351,7 +351,7 @@ void frmCatPresenter::IgnoreClick()
 
 bool frmCatPresenter::PaneEdited(RulesPane ePane) const
 {
-    for (std::size_t i = 0; i < lRuleBoxes; ++i)
+    for (std::size_t i = 0; i < ruleBoxes; ++i)
         if (m_bEdited[i] && PaneOf(static_cast<RuleBox>(i)) == ePane)
             return true;
     return ePane == RulesPane::Category && m_bIgnoreEdited;
@@ -359,7 +359,7 @@ bool frmCatPresenter::PaneEdited(RulesPane ePane) const
 
 void frmCatPresenter::ForgetEdits(RulesPane ePane)
 {
-    for (std::size_t i = 0; i < lRuleBoxes; ++i)
+    for (std::size_t i = 0; i < ruleBoxes; ++i)
         if (PaneOf(static_cast<RuleBox>(i)) == ePane)
             m_bEdited[i] = false;
     if (ePane == RulesPane::Category)

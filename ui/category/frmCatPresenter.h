@@ -93,7 +93,7 @@ private:
     std::shared_ptr<Cut> m_cCut;
     Cuts m_colSelCuts;
     std::optional<std::vector<std::wstring>> m_colNames; // chosen for the cut
-    std::array<bool, lRuleBoxes> m_bEdited{};
+    std::array<bool, ruleBoxes> m_bEdited{};
     RulesPane m_ePane = RulesPane::Global;
     bool m_bIgnoreEdited = false;
     bool m_bOpener = false;

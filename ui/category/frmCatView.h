@@ -24,7 +24,7 @@ enum class RuleBox
     txtTitleSepMins1,
     txtAlbumSepMins,
 };
-inline constexpr std::size_t lRuleBoxes = 6;
+inline constexpr std::size_t ruleBoxes = 6;
 
 // The category window on the screen, without its selector. What it does when told is not reported back,
 // except that filling a box may be.

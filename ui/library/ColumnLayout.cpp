@@ -38,18 +38,18 @@ ColumnLayout::ColumnLayout(std::wstring_view sLayout) : ColumnLayout() { Read(sL
 void ColumnLayout::Read(std::wstring_view sLayout)
 {
     const std::vector<std::wstring> colFields = Split(sLayout, L"|");
-    for (std::size_t lField = 0; lField + 2 < colFields.size(); lField += 3)
+    for (std::size_t field = 0; field + 2 < colFields.size(); field += 3)
     {
-        const std::optional<int> lColumn = WholeNumber(colFields[lField]);
-        const std::optional<int> lValue = WholeNumber(colFields[lField + 2]);
+        const std::optional<int> lColumn = WholeNumber(colFields[field]);
+        const std::optional<int> lValue = WholeNumber(colFields[field + 2]);
         if (!lColumn || !lValue || *lColumn < 1 || *lColumn > static_cast<int>(m_colColumns.size()))
             continue;
         Column& column = m_colColumns[static_cast<std::size_t>(*lColumn - 1)];
-        if (EqualIgnoringCase(colFields[lField + 1], L"Width"))
+        if (EqualIgnoringCase(colFields[field + 1], L"Width"))
             column.lWidth = std::clamp(*lValue, 0, lMaxWidth);
-        else if (EqualIgnoringCase(colFields[lField + 1], L"Order"))
+        else if (EqualIgnoringCase(colFields[field + 1], L"Order"))
             column.lOrder = *lValue;
-        else if (EqualIgnoringCase(colFields[lField + 1], L"Visible"))
+        else if (EqualIgnoringCase(colFields[field + 1], L"Visible"))
             column.bVisible = *lValue != 0;
     }
     SortOrders();
@@ -58,8 +58,8 @@ void ColumnLayout::Read(std::wstring_view sLayout)
 void ColumnLayout::SortOrders()
 {
     const auto colShown = Shown();
-    for (std::size_t lPlace = 0; lPlace < colShown.size(); ++lPlace)
-        m_colColumns[colShown[lPlace]].lOrder = static_cast<int>(lPlace + 1);
+    for (std::size_t place = 0; place < colShown.size(); ++place)
+        m_colColumns[colShown[place]].lOrder = static_cast<int>(place + 1);
 }
 
 std::array<std::size_t, colGridColumns.size()> ColumnLayout::Shown() const
@@ -67,8 +67,8 @@ std::array<std::size_t, colGridColumns.size()> ColumnLayout::Shown() const
     std::array<std::size_t, colGridColumns.size()> colShown{};
     std::iota(colShown.begin(), colShown.end(), std::size_t{0});
     std::stable_sort(colShown.begin(), colShown.end(),
-                     [this](std::size_t lLeft, std::size_t lRight)
-                     { return m_colColumns[lLeft].lOrder < m_colColumns[lRight].lOrder; });
+                     [this](std::size_t left, std::size_t right)
+                     { return m_colColumns[left].lOrder < m_colColumns[right].lOrder; });
     return colShown;
 }
 
@@ -81,9 +81,9 @@ void ColumnLayout::SetOrder(const std::array<std::size_t, colGridColumns.size()>
 {
     for (Column& column : m_colColumns)
         column.lOrder += static_cast<int>(m_colColumns.size()); // behind all that are named
-    for (std::size_t lPlace = 0; lPlace < colShown.size(); ++lPlace)
-        if (colShown[lPlace] < m_colColumns.size())
-            m_colColumns[colShown[lPlace]].lOrder = static_cast<int>(lPlace + 1);
+    for (std::size_t place = 0; place < colShown.size(); ++place)
+        if (colShown[place] < m_colColumns.size())
+            m_colColumns[colShown[place]].lOrder = static_cast<int>(place + 1);
     SortOrders();
 }
 

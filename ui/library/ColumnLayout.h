@@ -52,9 +52,9 @@ public:
     // All ten columns, in the same form.
     std::wstring Text() const;
 
-    const Column& At(std::size_t lColumn) const { return m_colColumns[lColumn]; } // from 0
-    void SetWidth(std::size_t lColumn, int lWidth);
-    void SetVisible(std::size_t lColumn, bool bVisible) { m_colColumns[lColumn].bVisible = bVisible; }
+    const Column& At(std::size_t column) const { return m_colColumns[column]; } // from 0
+    void SetWidth(std::size_t column, int lWidth);
+    void SetVisible(std::size_t column, bool bVisible) { m_colColumns[column].bVisible = bVisible; }
     // The columns in the order in which they are shown; a column given twice or not at all keeps its place
     // behind the others.
     void SetOrder(const std::array<std::size_t, colGridColumns.size()>& colShown);

@@ -13,8 +13,8 @@ namespace ravlo
 DraggedCuts TakeDragged(const clsSchedLibGridPresenter& cGrid)
 {
     DraggedCuts dragged;
-    for (const std::size_t lRow : cGrid.SelectedRows())
-        dragged.colKeys.push_back(cGrid.KeyAt(lRow));
+    for (const std::size_t row : cGrid.SelectedRows())
+        dragged.colKeys.push_back(cGrid.KeyAt(row));
     for (const std::shared_ptr<clsCat>& cFrom : cGrid.colSubCatsDraggedFrom())
         if (cFrom->CatLevel() != 0)
             dragged.colFromKeys.push_back(CategoryKey(cFrom->CatName(), cFrom->CatLevel()));

@@ -17,14 +17,14 @@ namespace ravlo
 namespace
 {
 
-constexpr std::size_t lCollectedPerSample = 20;
+constexpr std::size_t collectedPerSample = 20;
 constexpr std::uint32_t lCollectGapMs = 101;
-constexpr std::size_t lRowsPerSample = 50;
+constexpr std::size_t rowsPerSample = 50;
 constexpr std::uint32_t lFillGapMs = 201;
 
-std::int32_t AsLong(std::size_t lCount)
+std::int32_t AsLong(std::size_t count)
 {
-    return static_cast<std::int32_t>(std::min<std::size_t>(lCount, std::numeric_limits<std::int32_t>::max()));
+    return static_cast<std::int32_t>(std::min<std::size_t>(count, std::numeric_limits<std::int32_t>::max()));
 }
 
 // The grid paints nothing while it is filled, and paints again on every way out.
@@ -51,7 +51,7 @@ private:
 };
 
 // What fills a grid of the one or the other kind: called with the cuts, says it has done so many rows.
-using RowsDone = std::function<void(std::size_t lRows)>;
+using RowsDone = std::function<void(std::size_t rows)>;
 using FillRows = std::function<void(ListedCuts listed, const RowsDone& done)>;
 
 class Filling
@@ -115,12 +115,12 @@ private:
         else if (m_shown.cCatShown)
             Append(listed, m_shown.cCatShown);
 
-        const std::size_t lCuts = listed.colCuts.size();
-        Start(L"Collecting Database info...", lCuts);
-        for (std::size_t lCount = lCollectedPerSample; lCount <= lCuts; lCount += lCollectedPerSample)
+        const std::size_t cuts = listed.colCuts.size();
+        Start(L"Collecting Database info...", cuts);
+        for (std::size_t count = collectedPerSample; count <= cuts; count += collectedPerSample)
             if (Ticks() - m_lLast >= lCollectGapMs)
-                Report(CountText(lCount), lCount);
-        End(L"Finished Collecting Info.", L"Got " + CountText(lCuts) + L" total.");
+                Report(CountText(count), count);
+        End(L"Finished Collecting Info.", L"Got " + CountText(cuts) + L" total.");
         return listed;
     }
 
@@ -138,20 +138,20 @@ private:
 
     void Fill(ListedCuts listed)
     {
-        const std::size_t lRows = listed.colCuts.size();
-        Start(L"Populating Grid...", lRows);
-        m_fill(std::move(listed), [this, lRows](std::size_t lRow) { ReportRow(lRow, lRows); });
-        End(L"Showing " + m_sWhat, L"Showing " + CountText(lRows) + L" total.");
+        const std::size_t rows = listed.colCuts.size();
+        Start(L"Populating Grid...", rows);
+        m_fill(std::move(listed), [this, rows](std::size_t row) { ReportRow(row, rows); });
+        End(L"Showing " + m_sWhat, L"Showing " + CountText(rows) + L" total.");
     }
 
-    void ReportRow(std::size_t lRow, std::size_t lRows)
+    void ReportRow(std::size_t row, std::size_t rows)
     {
-        if (lRow % lRowsPerSample != 0)
+        if (row % rowsPerSample != 0)
             return;
         if (Ticks() - m_lLast < lFillGapMs)
             m_cMod.Sleep(1);
         else
-            Report(L"Populating Grid - " + CountText(lRow) + L" of " + CountText(lRows), lRow);
+            Report(L"Populating Grid - " + CountText(row) + L" of " + CountText(rows), row);
     }
 
     void Start(const std::wstring& sReason, std::size_t lMax)
@@ -160,10 +160,10 @@ private:
             m_cProgress->ProgressStart(sReason, AsLong(lMax));
         m_lLast = Ticks();
     }
-    void Report(const std::wstring& sText, std::size_t lValue)
+    void Report(const std::wstring& sText, std::size_t value)
     {
         if (m_cProgress)
-            m_cProgress->Progress(sText, AsLong(lValue));
+            m_cProgress->Progress(sText, AsLong(value));
         m_lLast = Ticks();
     }
     void End(const std::wstring& sFirst, const std::wstring& sSecond)
@@ -183,28 +183,28 @@ private:
     std::wstring m_sWhat; // is shown, for the user
 };
 
-void FillRow(CellGrid& cGrid, std::size_t lRow, const Cut& cCut)
+void FillRow(CellGrid& cGrid, std::size_t row, const Cut& cCut)
 {
-    cGrid.SetRowKey(lRow, cCut.Key().Text());
-    cGrid.SetCell(lRow, L"Pos", AsLong(lRow));
-    cGrid.SetCell(lRow, L"ID", cCut.ID());
-    cGrid.SetCell(lRow, L"Artist", cCut.Artist());
-    cGrid.SetCell(lRow, L"Title", cCut.Title());
-    cGrid.SetCell(lRow, L"Dur", cCut.DurationText());
-    cGrid.SetCell(lRow, L"Cat", cCut.CategoryText());
-    cGrid.SetCell(lRow, L"Lvl", cCut.CatLevel());
-    cGrid.SetCell(lRow, L"Year", cCut.Year());
-    cGrid.SetCell(lRow, L"Opener", std::wstring(cCut.Opener() ? L"Y" : L"N"));
-    cGrid.SetCell(lRow, L"Path", cCut.Path());
+    cGrid.SetRowKey(row, cCut.Key().Text());
+    cGrid.SetCell(row, L"Pos", AsLong(row));
+    cGrid.SetCell(row, L"ID", cCut.ID());
+    cGrid.SetCell(row, L"Artist", cCut.Artist());
+    cGrid.SetCell(row, L"Title", cCut.Title());
+    cGrid.SetCell(row, L"Dur", cCut.DurationText());
+    cGrid.SetCell(row, L"Cat", cCut.CategoryText());
+    cGrid.SetCell(row, L"Lvl", cCut.CatLevel());
+    cGrid.SetCell(row, L"Year", cCut.Year());
+    cGrid.SetCell(row, L"Opener", std::wstring(cCut.Opener() ? L"Y" : L"N"));
+    cGrid.SetCell(row, L"Path", cCut.Path());
 }
 
 void FillCells(CellGrid& cGrid, const Cuts& colCuts, const RowsDone& done)
 {
     cGrid.SetRowCount(colCuts.size());
-    for (std::size_t lRow = 1; lRow <= colCuts.size(); ++lRow)
+    for (std::size_t row = 1; row <= colCuts.size(); ++row)
     {
-        FillRow(cGrid, lRow, *colCuts[lRow - 1]);
-        done(lRow);
+        FillRow(cGrid, row, *colCuts[row - 1]);
+        done(row);
     }
 }
 

@@ -45,7 +45,7 @@ struct ListedCuts
     struct Run
     {
         std::shared_ptr<clsCat> cLevel;
-        std::size_t lEnd = 0; // one past its last row, from 0
+        std::size_t end = 0; // one past its last row, from 0
     };
     Cuts colCuts;
     std::vector<TextKey> colKeys; // one per cut, or none at all
@@ -66,10 +66,10 @@ public:
 class CellGrid : public GridTarget
 {
 public:
-    virtual void SetRowCount(std::size_t lRows) = 0;
-    virtual void SetRowKey(std::size_t lRow, const std::wstring& sKey) = 0;
-    virtual void SetCell(std::size_t lRow, const wchar_t* sColKey, const std::wstring& sValue) = 0;
-    virtual void SetCell(std::size_t lRow, const wchar_t* sColKey, std::int32_t lValue) = 0;
+    virtual void SetRowCount(std::size_t rows) = 0;
+    virtual void SetRowKey(std::size_t row, const std::wstring& sKey) = 0;
+    virtual void SetCell(std::size_t row, const wchar_t* sColKey, const std::wstring& sValue) = 0;
+    virtual void SetCell(std::size_t row, const wchar_t* sColKey, std::int32_t lValue) = 0;
 };
 
 // A grid that takes all cuts at once and asks them itself when it paints.

@@ -9,11 +9,11 @@ namespace ravlo
 
 NodeKey ParseNodeKey(const std::wstring& sKey)
 {
-    const std::size_t lTab = sKey.find(cTab);
+    const std::size_t tab = sKey.find(cTab);
     NodeKey node;
-    node.sName = sKey.substr(0, lTab);
-    if (lTab != std::wstring::npos)
-        node.sLevel = sKey.substr(lTab + 1);
+    node.sName = sKey.substr(0, tab);
+    if (tab != std::wstring::npos)
+        node.sLevel = sKey.substr(tab + 1);
     if (const std::optional<double> dLevel = NumericValue(node.sLevel))
         node.lLevel = ToLong(*dLevel);
     node.bAllAudio = EqualIgnoringCase(node.sName, sAllAudio);

@@ -34,9 +34,9 @@ enum Column : std::size_t
     eColPath,
 };
 
-std::wstring TextOf(const Cut& cCut, std::size_t lColumn)
+std::wstring TextOf(const Cut& cCut, std::size_t column)
 {
-    switch (lColumn)
+    switch (column)
     {
     case eColID:
         return DecimalText(cCut.ID());
@@ -112,19 +112,19 @@ std::shared_ptr<clsCat> clsSchedLibGridPresenter::LevelAt(std::size_t lRow) cons
 {
     const auto run =
         std::upper_bound(m_listed.colRuns.begin(), m_listed.colRuns.end(), lRow,
-                         [](std::size_t lLeft, const ListedCuts::Run& right) { return lLeft < right.lEnd; });
+                         [](std::size_t left, const ListedCuts::Run& right) { return left < right.end; });
     return run == m_listed.colRuns.end() ? nullptr : run->cLevel;
 }
 
-std::wstring clsSchedLibGridPresenter::CellText(std::size_t lRow, std::size_t lColumn) const
+std::wstring clsSchedLibGridPresenter::CellText(std::size_t lRow, std::size_t column) const
 {
     if (lRow >= RowCount())
         return {};
-    if (lColumn == eColPos)
+    if (column == eColPos)
         return DecimalText(static_cast<std::int64_t>(lRow + 1));
     try
     {
-        return TextOf(*CutAt(lRow), lColumn);
+        return TextOf(*CutAt(lRow), column);
     }
     catch (const std::exception&)
     {
@@ -132,13 +132,13 @@ std::wstring clsSchedLibGridPresenter::CellText(std::size_t lRow, std::size_t lC
     }
 }
 
-std::optional<std::size_t> clsSchedLibGridPresenter::FindRow(const std::wstring& sBeginning, std::size_t lStart) const
+std::optional<std::size_t> clsSchedLibGridPresenter::FindRow(const std::wstring& sBeginning, std::size_t start) const
 {
-    for (const std::size_t lColumn : {eColArtist, eColTitle})
-        for (std::size_t lStep = 0; lStep < RowCount(); ++lStep)
+    for (const std::size_t column : {eColArtist, eColTitle})
+        for (std::size_t step = 0; step < RowCount(); ++step)
         {
-            const std::size_t lRow = (lStart + lStep) % RowCount();
-            if (BeginsWith(CellText(lRow, lColumn), sBeginning))
+            const std::size_t lRow = (start + step) % RowCount();
+            if (BeginsWith(CellText(lRow, column), sBeginning))
                 return lRow;
         }
     return std::nullopt;
@@ -211,13 +211,13 @@ clsSchedLibGridPresenter::Place clsSchedLibGridPresenter::CurrentPlace() const
     Place place;
     for (const std::size_t lRow : SelectedRows())
         place.colSelected.push_back(RowOf(lRow));
-    const std::optional<std::size_t> lCurrent = m_cView.CurrentRow();
-    if (lCurrent && *lCurrent < RowCount())
-        place.current = RowOf(*lCurrent);
-    const std::size_t lTop = m_cView.TopRow();
-    if (lTop != 0 && lTop < RowCount())
+    const std::optional<std::size_t> current = m_cView.CurrentRow();
+    if (current && *current < RowCount())
+        place.current = RowOf(*current);
+    const std::size_t top = m_cView.TopRow();
+    if (top != 0 && top < RowCount())
     {
-        place.top = RowOf(lTop);
+        place.top = RowOf(top);
         place.bAtTop = false;
     }
     return place;
@@ -231,19 +231,19 @@ clsSchedLibGridPresenter::FindRows(const std::vector<RowOfCut>& colWanted) const
     std::unordered_multimap<const Cut*, std::size_t> colByObject;
     for (std::size_t i = 0; i < colWanted.size(); ++i)
         colByObject.emplace(colWanted[i].cCut.get(), i);
-    std::size_t lLeft = colWanted.size();
+    std::size_t left = colWanted.size();
     const auto Match = [&](const auto& range, std::size_t lRow)
     {
         for (auto it = range.first; it != range.second; ++it)
             if (!colFound[it->second] && colWanted[it->second].lLevel == RowOf(lRow).lLevel)
             {
                 colFound[it->second] = lRow;
-                --lLeft;
+                --left;
             }
     };
-    for (std::size_t lRow = 0; lRow < RowCount() && lLeft > 0; ++lRow)
+    for (std::size_t lRow = 0; lRow < RowCount() && left > 0; ++lRow)
         Match(colByObject.equal_range(CutAt(lRow).get()), lRow);
-    if (lLeft == 0)
+    if (left == 0)
         return colFound;
     const auto KeyOf = [](const auto& ask) -> TextKey
     {
@@ -261,7 +261,7 @@ clsSchedLibGridPresenter::FindRows(const std::vector<RowOfCut>& colWanted) const
         if (!colFound[i])
             if (TextKey cKey = KeyOf([&] { return colWanted[i].cCut->Key(); }); !cKey.Empty())
                 colByKey.emplace(std::move(cKey), i);
-    for (std::size_t lRow = 0; lRow < RowCount() && lLeft > 0; ++lRow)
+    for (std::size_t lRow = 0; lRow < RowCount() && left > 0; ++lRow)
         Match(colByKey.equal_range(KeyOf([&] { return KeyAt(lRow); })), lRow);
     return colFound;
 }
@@ -278,18 +278,18 @@ void clsSchedLibGridPresenter::ReturnTo(const Place& place)
     const std::vector<std::optional<std::size_t>> colRows = FindRows(colWanted);
 
     std::vector<bool> bSelected(RowCount());
-    std::size_t lGoneBefore = 0; // selected rows in front of the current one that are gone
+    std::size_t goneBefore = 0; // selected rows in front of the current one that are gone
     for (std::size_t i = 0; i < place.colSelected.size(); ++i)
         if (colRows[i])
             bSelected[*colRows[i]] = true;
         else if (place.current && colWanted[i].lRow < place.current->lRow)
-            ++lGoneBefore;
+            ++goneBefore;
     m_cView.SetSelection(bSelected);
-    const std::size_t lLast = RowCount() - 1;
+    const std::size_t last = RowCount() - 1;
     if (place.current) // one that is gone: what stands in its place now
         m_cView.SetCurrentRow(
-            colRows[place.colSelected.size()].value_or(std::min(place.current->lRow - lGoneBefore, lLast)));
-    m_cView.SetTopRow(place.bAtTop ? 0 : colRows.back().value_or(std::min(place.top.lRow, lLast)));
+            colRows[place.colSelected.size()].value_or(std::min(place.current->lRow - goneBefore, last)));
+    m_cView.SetTopRow(place.bAtTop ? 0 : colRows.back().value_or(std::min(place.top.lRow, last)));
 }
 
 // ---- re-ordering ----
@@ -308,18 +308,18 @@ void clsSchedLibGridPresenter::RefuseSource() const
     m_cMod.Box(BoxIcon::None, BoxButtons::Ok, L"Scheduler Grid", L"Unrecognized Source for dragdrop!");
 }
 
-void clsSchedLibGridPresenter::MoveSelected(std::ptrdiff_t lSteps)
+void clsSchedLibGridPresenter::MoveSelected(std::ptrdiff_t steps)
 {
     const std::vector<std::size_t> colRows = SelectedRows();
     if (colRows.empty() || !MayReorder(colRows))
         return;
     const auto lFirst = static_cast<std::ptrdiff_t>(colRows.front());
     const auto lBehind = static_cast<std::ptrdiff_t>(colRows.back()) + 1;
-    const auto lEnd = static_cast<std::ptrdiff_t>(RowCount());
-    if (lSteps < 0 && lFirst > 0)
-        MoveRows(colRows, static_cast<std::size_t>(std::max<std::ptrdiff_t>(lFirst + lSteps, 0)));
-    else if (lSteps > 0 && lBehind < lEnd)
-        MoveRows(colRows, lBehind + lSteps < lEnd ? std::optional(static_cast<std::size_t>(lBehind + lSteps))
+    const auto end = static_cast<std::ptrdiff_t>(RowCount());
+    if (steps < 0 && lFirst > 0)
+        MoveRows(colRows, static_cast<std::size_t>(std::max<std::ptrdiff_t>(lFirst + steps, 0)));
+    else if (steps > 0 && lBehind < end)
+        MoveRows(colRows, lBehind + steps < end ? std::optional(static_cast<std::size_t>(lBehind + steps))
                                                   : std::nullopt);
 }
 
@@ -358,8 +358,8 @@ bool clsSchedLibGridPresenter::DropWouldMove(std::optional<std::size_t> lRow) co
 {
     if (m_bBanOLEDrop || m_colDragged.empty() || !AreConsecutive(m_colDragged))
         return false;
-    const std::size_t lInto = lRow.value_or(RowCount());
-    return lInto < m_colDragged.front() || lInto > m_colDragged.back() + 1;
+    const std::size_t into = lRow.value_or(RowCount());
+    return into < m_colDragged.front() || into > m_colDragged.back() + 1;
 }
 
 void clsSchedLibGridPresenter::MoveRows(const std::vector<std::size_t>& colRows, std::optional<std::size_t> lRow)
@@ -385,11 +385,11 @@ void clsSchedLibGridPresenter::MoveRows(const std::vector<std::size_t>& colRows,
 std::int32_t clsSchedLibGridPresenter::PositionInto(std::optional<std::size_t> lRow) const
 {
     const CutCollection& colSchedCuts = *m_cCurrentCat->SchedCuts();
-    const std::size_t lEnd = colSchedCuts.Count() + 1;
+    const std::size_t end = colSchedCuts.Count() + 1;
     if (!lRow || *lRow >= RowCount())
-        return static_cast<std::int32_t>(lEnd);
-    const std::optional<std::size_t> lPresent = colSchedCuts.PositionOf(KeyAt(*lRow));
-    return static_cast<std::int32_t>(lPresent.value_or(*lRow) + 1);
+        return static_cast<std::int32_t>(end);
+    const std::optional<std::size_t> present = colSchedCuts.PositionOf(KeyAt(*lRow));
+    return static_cast<std::int32_t>(present.value_or(*lRow) + 1);
 }
 
 // ---- removal ----

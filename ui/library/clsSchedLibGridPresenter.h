@@ -58,10 +58,10 @@ public:
     // The level a row's cut was listed from; null in the listing of all audio.
     std::shared_ptr<clsCat> LevelAt(std::size_t lRow) const;
     // Empty for a cut that cannot tell. Never throws for that: it is asked for while painting.
-    std::wstring CellText(std::size_t lRow, std::size_t lColumn) const;
+    std::wstring CellText(std::size_t lRow, std::size_t column) const;
     // The first row at or behind lStart, and then from the top, whose artist begins with the text; when no
     // artist does, whose title does. Without regard to case.
-    std::optional<std::size_t> FindRow(const std::wstring& sBeginning, std::size_t lStart) const;
+    std::optional<std::size_t> FindRow(const std::wstring& sBeginning, std::size_t start) const;
 
     // The current row from 1, 0 for none.
     std::int32_t CurrentRow() const;
@@ -102,7 +102,7 @@ public:
     void RefuseSource() const;
     // Moves the selected rows down by so many places, or up for a negative number, as far as there are rows;
     // under the rules of a drop.
-    void MoveSelected(std::ptrdiff_t lSteps);
+    void MoveSelected(std::ptrdiff_t steps);
     // A drag of the selected rows begins, if there are any, and ends.
     bool StartDrag();
     void EndDrag() { m_colDragged.clear(); }

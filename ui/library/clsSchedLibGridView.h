@@ -25,16 +25,16 @@ public:
     virtual ColumnLayout Layout() const = 0;
 
     // No row is selected or current afterwards, and the first one is at the top.
-    virtual void SetRowCount(std::size_t lRows) = 0;
+    virtual void SetRowCount(std::size_t rows) = 0;
     virtual void SelectAll(bool bSelect) = 0;
     // Row by row; as long as there are rows.
     virtual void SetSelection(const std::vector<bool>& bSelected) = 0;
     virtual std::vector<std::size_t> SelectedRows() const = 0; // ascending
     virtual std::optional<std::size_t> CurrentRow() const = 0;
-    virtual void SetCurrentRow(std::size_t lRow) = 0;
+    virtual void SetCurrentRow(std::size_t row) = 0;
     virtual std::size_t TopRow() const = 0;
-    virtual void SetTopRow(std::size_t lRow) = 0;
-    virtual void EnsureVisible(std::size_t lRow) = 0;
+    virtual void SetTopRow(std::size_t row) = 0;
+    virtual void EnsureVisible(std::size_t row) = 0;
 };
 
 } // namespace ravlo

@@ -195,7 +195,7 @@ void frmUILibPresenter::Delete(clsSchedMan& cSchedMan)
         return;
     }
     const std::wstring sText = L"Really delete the checked categories: \r\n" +
-                               ListCats(colCats, lMostListed) +
+                               ListCats(colCats, mostListed) +
                                L"\r\n\r\nAny items in these categories will be removed from the categories.";
     if (m_cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"Confirm Category Deletion", sText) !=
         BoxAnswer::Yes)

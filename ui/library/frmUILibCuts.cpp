@@ -20,16 +20,16 @@ constexpr std::int32_t lEditCancelled = 2;
 
 // ---- the grid's keys and clicks ----
 
-void frmUILibPresenter::CellDblClick(std::size_t lRow, std::size_t lCol)
+void frmUILibPresenter::CellDblClick(std::size_t row, std::size_t col)
 {
-    if (lRow >= 1 && lCol >= 1 && lRow <= m_cGrid.RowCount())
-        Handle(L"iGridLib_CellDblClick", [&](clsSchedMan& cSchedMan) { Edit(cSchedMan, lRow - 1); });
+    if (row >= 1 && col >= 1 && row <= m_cGrid.RowCount())
+        Handle(L"iGridLib_CellDblClick", [&](clsSchedMan& cSchedMan) { Edit(cSchedMan, row - 1); });
 }
 
-void frmUILibPresenter::Edit(clsSchedMan& cSchedMan, std::size_t lRow)
+void frmUILibPresenter::Edit(clsSchedMan& cSchedMan, std::size_t row)
 {
     const std::shared_ptr<DataBase> cDataBase = cSchedMan.DataBase();
-    const std::shared_ptr<Cut> cCut = cDataBase ? cDataBase->CutByKey(m_cGrid.KeyAt(lRow)) : nullptr;
+    const std::shared_ptr<Cut> cCut = cDataBase ? cDataBase->CutByKey(m_cGrid.KeyAt(row)) : nullptr;
     const bool bEdited = cCut && cSchedMan.RaiseEditRequestCutEvent(cCut) != lEditCancelled;
     if (bEdited && !m_bRefreshOwed) // the database's news of the edit show the node again by themselves
         ShowAgain(cSchedMan);
@@ -50,14 +50,14 @@ void frmUILibPresenter::Remove(clsSchedMan& cSchedMan, const std::vector<std::si
         return;
     const Busy cBusy(*this);
     const std::vector<CutRemoval> colRemovals = RemovalsOf(cSchedMan, colRows, bFromAll);
-    const auto lCount = static_cast<std::int32_t>(colRemovals.size());
-    ProgressStart(L"Removing from category...", lCount);
+    const auto count = static_cast<std::int32_t>(colRemovals.size());
+    ProgressStart(L"Removing from category...", count);
     cSchedMan.RemoveCutsFromCategories(
         colRemovals,
-        [&](std::size_t lDone)
+        [&](std::size_t done)
         {
-            const auto lDoneLong = static_cast<std::int32_t>(lDone);
-            Progress(L"Removed " + DecimalText(lDoneLong) + L" of " + DecimalText(lCount), lDoneLong);
+            const auto lDoneLong = static_cast<std::int32_t>(done);
+            Progress(L"Removed " + DecimalText(lDoneLong) + L" of " + DecimalText(count), lDoneLong);
         });
     ShowAgain(cSchedMan);
 }
@@ -76,15 +76,15 @@ std::vector<CutRemoval> frmUILibPresenter::RemovalsOf(const clsSchedMan& cSchedM
     };
     if (!bFromAll)
     {
-        for (const std::size_t lRow : colRows)
-            if (const std::shared_ptr<clsCat> cListed = m_cGrid.LevelAt(lRow))
+        for (const std::size_t row : colRows)
+            if (const std::shared_ptr<clsCat> cListed = m_cGrid.LevelAt(row))
                 Add(CatOf(cSchedMan, CategoryKey(cListed->CatName(), cListed->CatLevel())),
-                    m_cGrid.KeyAt(lRow));
+                    m_cGrid.KeyAt(row));
         return colRemovals;
     }
     std::vector<TextKey> colKeys;
-    for (const std::size_t lRow : colRows)
-        colKeys.push_back(m_cGrid.KeyAt(lRow));
+    for (const std::size_t row : colRows)
+        colKeys.push_back(m_cGrid.KeyAt(row));
     std::unordered_map<TextKey, Cats, TextKeyHash> colPlaces;
     const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
     ForEachPlace(colMainCats.get(), KeySet(colKeys.begin(), colKeys.end()),
@@ -100,17 +100,17 @@ void frmUILibPresenter::MoveSelected(bool bUp)
 {
     if (m_lWorking > 0 && !m_bMovingByKeys)
         return;
-    m_lSteps += bUp ? -1 : 1;
+    m_steps += bUp ? -1 : 1;
     if (m_bMovingByKeys)
         return;
     const ScopedFlag cMoving(m_bMovingByKeys);
     HandleDrop(
         [&](clsSchedMan& cSchedMan)
         {
-            while (const std::ptrdiff_t lSteps = std::exchange(m_lSteps, 0))
-                DropOnGrid(cSchedMan, [&] { m_cGrid.MoveSelected(lSteps); });
+            while (const std::ptrdiff_t steps = std::exchange(m_steps, 0))
+                DropOnGrid(cSchedMan, [&] { m_cGrid.MoveSelected(steps); });
         });
-    m_lSteps = 0;
+    m_steps = 0;
 }
 
 void frmUILibPresenter::CopySelection()

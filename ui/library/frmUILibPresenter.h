@@ -89,7 +89,7 @@ public:
     // follows no letter.
     bool TypeInTree(wchar_t cTyped);
     // Row and column from 1, 0 for none. Asks the host to edit the cut.
-    void CellDblClick(std::size_t lRow, std::size_t lCol);
+    void CellDblClick(std::size_t lRow, std::size_t col);
     void GridDelete();
     // By one place. What is asked for while rows are being moved is done in one go afterwards.
     void MoveSelected(bool bUp);
@@ -189,7 +189,7 @@ private:
     std::function<void()> m_OnProgressStart; // while a command waits for the manager to begin
     std::wstring m_sTyped;                   // in the tree
     std::uint32_t m_lTyped = 0;              // when, by the clock's tick count
-    std::ptrdiff_t m_lSteps = 0;             // places the selected rows are yet to be moved by keys
+    std::ptrdiff_t m_steps = 0;             // places the selected rows are yet to be moved by keys
     bool m_bMovingByKeys = false;
     bool m_bRefreshOwed = false;
     bool m_bCloseOwed = false;

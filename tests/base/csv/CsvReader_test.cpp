@@ -19,18 +19,18 @@ using namespace std::string_literals;
 class Lines : public CsvSink
 {
 public:
-    void OnRow(std::size_t lLine, std::span<const std::string> fields) override
+    void OnRow(std::size_t line, std::span<const std::string> fields) override
     {
-        sLines += std::to_string(lLine) + "[";
+        sLines += std::to_string(line) + "[";
         for (std::size_t i = 0; i < fields.size(); ++i)
             sLines += (i > 0 ? "|" : "") + fields[i];
         sLines += "] ";
-        colNumbers.push_back(lLine);
+        colNumbers.push_back(line);
     }
-    void OnBadRow(std::size_t lLine, CsvFault eFault) override
+    void OnBadRow(std::size_t line, CsvFault eFault) override
     {
-        sLines += std::to_string(lLine) + (eFault == CsvFault::eStrayQuote ? "!stray " : "!open ");
-        colNumbers.push_back(lLine);
+        sLines += std::to_string(line) + (eFault == CsvFault::eStrayQuote ? "!stray " : "!open ");
+        colNumbers.push_back(line);
     }
     std::string sLines;
     std::vector<std::size_t> colNumbers;
@@ -91,10 +91,10 @@ TEST(CsvReader, WhatTheSinkThrowsComesThrough)
     class Thrower : public CsvSink
     {
     public:
-        void OnRow(std::size_t lLine, std::span<const std::string>) override
+        void OnRow(std::size_t line, std::span<const std::string>) override
         {
             ++lCalls;
-            if (lLine == 2)
+            if (line == 2)
                 throw std::out_of_range("two");
         }
         void OnBadRow(std::size_t, CsvFault) override { throw std::out_of_range("bad"); }
@@ -130,8 +130,8 @@ TEST(CsvReader, CountsLinesWhateverEndsThem)
 {
     const std::pair<std::string, std::size_t> counts[] = {
         {"", 0}, {"a", 1}, {"a\n", 1}, {"a\nb", 2}, {"\r\n\r\n", 2}, {"a\rb\nc\r\nd", 4}, {"\n\r", 2}};
-    for (const auto& [bytes, lLines] : counts)
-        EXPECT_EQ(CountLines(bytes), lLines) << ::testing::PrintToString(bytes);
+    for (const auto& [bytes, lines] : counts)
+        EXPECT_EQ(CountLines(bytes), lines) << ::testing::PrintToString(bytes);
 }
 
 } // namespace

@@ -22,8 +22,8 @@ int PositionOf(const OpeningWindow& window)
 
 void RunMessages(DWORD lForMs)
 {
-    const auto lEnd = ::GetTickCount64() + lForMs;
-    while (::GetTickCount64() < lEnd)
+    const auto end = ::GetTickCount64() + lForMs;
+    while (::GetTickCount64() < end)
     {
         MSG message;
         while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))

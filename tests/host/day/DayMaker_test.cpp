@@ -25,14 +25,14 @@ public:
     Answer Play(const Slot& slot, DateTime dtStart) override
     {
         asked.push_back(IsoText(dtStart).substr(11) + L" " + slot.sCategory);
-        return m_answers.at(m_lNext++ % m_answers.size());
+        return m_answers.at(m_next++ % m_answers.size());
     }
 
     std::vector<std::wstring> asked;
 
 private:
     std::vector<Answer> m_answers;
-    std::size_t m_lNext = 0;
+    std::size_t m_next = 0;
 };
 
 Playout::Answer Cut(const std::wstring& sArtist, const std::wstring& sTitle, std::int32_t lDurationmS)

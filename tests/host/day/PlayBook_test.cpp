@@ -64,8 +64,8 @@ public:
 
     std::map<std::wstring, DateTime> gathered;
     std::map<std::wstring, DateTime> disk;
-    std::int64_t lNow = 0;
-    std::int64_t lRefusesUntil = 0;
+    std::int64_t now = 0;
+    std::int64_t refusesUntil = 0;
     std::int32_t lError = error::PermissionDenied;
     int lWrites = 0;
     int lRefused = 0;
@@ -73,7 +73,7 @@ public:
 private:
     void Refuse()
     {
-        if (lNow < lRefusesUntil)
+        if (now < refusesUntil)
         {
             ++lRefused;
             throw RuntimeError(lError, L"It is locked.");
@@ -90,14 +90,14 @@ protected:
     {
         m_cBook.Add(sKey, dtWhen);
         m_cStore.Report(sKey, dtWhen);
-        m_cStore.lNow += lmS;
+        m_cStore.now += lmS;
         m_cBook.Tick();
     }
 
     FakeStore m_cStore{GetParam()};
     int m_lWaited = 0;
     PlayBook m_cBook{m_cStore,
-                     {[this] { return m_cStore.lNow; }, [this](std::int64_t lmS) { m_cStore.lNow += lmS; }}};
+                     {[this] { return m_cStore.now; }, [this](std::int64_t lmS) { m_cStore.now += lmS; }}};
     std::wstring Settle()
     {
         return m_cBook.Settle([this] { ++m_lWaited; });
@@ -121,7 +121,7 @@ TEST_P(PlayBookTest, EveryPlayIsInTheDatabaseAtTheEnd)
 
 TEST_P(PlayBookTest, WaitsForAnotherProgramThatIsWriting)
 {
-    m_cStore.lRefusesUntil = 10'000;
+    m_cStore.refusesUntil = 10'000;
     for (int i = 0; i < 20; ++i)
     {
         Play(std::to_wstring(i), i);
@@ -130,23 +130,23 @@ TEST_P(PlayBookTest, WaitsForAnotherProgramThatIsWriting)
     EXPECT_EQ(Settle(), L"");
     EXPECT_GT(m_lWaited, 10);
     EXPECT_EQ(m_cStore.disk.size(), 20u);
-    EXPECT_LT(m_cStore.lNow, 10'200);
+    EXPECT_LT(m_cStore.now, 10'200);
 }
 
 TEST_P(PlayBookTest, TellsHowManyPlaysAreMissingWhenPatienceEnds)
 {
     Play(L"before", 1, 1000);
-    m_cStore.lRefusesUntil = 1'000'000;
+    m_cStore.refusesUntil = 1'000'000;
     Play(L"a", 2);
     Play(L"b", 3);
     EXPECT_EQ(Settle(), L"2 plays are not in the database: It is locked.");
-    EXPECT_GE(m_cStore.lNow, 30'000);
-    EXPECT_LT(m_cStore.lNow, 35'000);
+    EXPECT_GE(m_cStore.now, 30'000);
+    EXPECT_LT(m_cStore.now, 35'000);
 }
 
 TEST_P(PlayBookTest, DoesNotWaitForAFullDisk)
 {
-    m_cStore.lRefusesUntil = 1'000'000;
+    m_cStore.refusesUntil = 1'000'000;
     m_cStore.lError = 61;
     Play(L"a", 1);
     EXPECT_EQ(Settle(), L"1 play is not in the database: It is locked.");
@@ -155,7 +155,7 @@ TEST_P(PlayBookTest, DoesNotWaitForAFullDisk)
 
 TEST_P(PlayBookTest, AsksALockedDatabaseOnceAnAttempt)
 {
-    m_cStore.lRefusesUntil = 1'000'000;
+    m_cStore.refusesUntil = 1'000'000;
     for (int i = 0; i < 500; ++i)
     {
         m_cBook.Add(std::to_wstring(i), 1);
@@ -168,12 +168,12 @@ TEST_P(PlayBookTest, AsksALockedDatabaseOnceAnAttempt)
 TEST(PlayBook, WritesWhatIsGatheredOnceASecond)
 {
     FakeStore cStore(true);
-    PlayBook cBook(cStore, {[&] { return cStore.lNow; }, [](std::int64_t) {}});
+    PlayBook cBook(cStore, {[&] { return cStore.now; }, [](std::int64_t) {}});
     for (int i = 0; i < 1000; ++i)
     {
         cBook.Add(std::to_wstring(i), 1);
         cStore.Report(std::to_wstring(i), 1);
-        cStore.lNow += 10;
+        cStore.now += 10;
         cBook.Tick();
         EXPECT_LE(cStore.gathered.size(), 100u);
     }
@@ -183,12 +183,12 @@ TEST(PlayBook, WritesWhatIsGatheredOnceASecond)
 TEST(PlayBook, TriesALockedDatabaseOnceASecond)
 {
     FakeStore cStore(true);
-    PlayBook cBook(cStore, {[&] { return cStore.lNow; }, [](std::int64_t) {}});
-    cStore.lRefusesUntil = 5'000;
-    for (; cStore.lNow < 10'000; cStore.lNow += 10)
+    PlayBook cBook(cStore, {[&] { return cStore.now; }, [](std::int64_t) {}});
+    cStore.refusesUntil = 5'000;
+    for (; cStore.now < 10'000; cStore.now += 10)
     {
-        cBook.Add(L"a", static_cast<double>(cStore.lNow));
-        cStore.Report(L"a", static_cast<double>(cStore.lNow));
+        cBook.Add(L"a", static_cast<double>(cStore.now));
+        cStore.Report(L"a", static_cast<double>(cStore.now));
         cBook.Tick();
     }
     EXPECT_LE(cStore.lRefused, 5);

@@ -41,8 +41,8 @@ TEST(ChangeBetween, CountsACutOnceHoweverManyLevelsItStandsIn)
                             Level(L"rock", 2, {L"moves", L"new", L"also"})};
     const auto change = ChangeBetween(before, after);
     EXPECT_EQ(change.lNew, 1u);
-    EXPECT_EQ(change.lMoved, 2u);
-    EXPECT_EQ(change.lGone, 1u);
+    EXPECT_EQ(change.moved, 2u);
+    EXPECT_EQ(change.gone, 1u);
 }
 
 TEST(ChangeBetween, NamesLevelsThatCameAndThoseThatAreGone)
@@ -59,7 +59,7 @@ TEST(ChangeBetween, ComparesNamesAndPathsWithoutRegardToCase)
 {
     const auto change = ChangeBetween({Level(L"Pop", 1, {L"D:\\A.mp3"})}, {Level(L"POP", 1, {L"d:\\a.MP3"})});
     EXPECT_EQ(change.levels.size(), 1u);
-    EXPECT_EQ(change.lNew + change.lMoved + change.lGone, 0u);
+    EXPECT_EQ(change.lNew + change.moved + change.gone, 0u);
 }
 
 TEST(OnlyChanged, LeavesOutLevelsThatAreAsTheyWere)

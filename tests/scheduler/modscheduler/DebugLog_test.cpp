@@ -84,22 +84,22 @@ TEST_F(DebugLogTest, EverySecondOfADayIsStampedAsItself)
         }
     }
     const std::string sLog = Log(L"05");
-    constexpr std::size_t lLine = 20;
-    const std::size_t lFirst = sLog.find('\n') + 1; // after the line of the creation
-    ASSERT_EQ(sLog.size(), lFirst + 86'400 * lLine);
+    constexpr std::size_t line = 20;
+    const std::size_t first = sLog.find('\n') + 1; // after the line of the creation
+    ASSERT_EQ(sLog.size(), first + 86'400 * line);
     for (std::size_t lSecond = 0; lSecond < 86'400; ++lSecond)
     {
         char aTime[9];
         std::snprintf(aTime, sizeof aTime, "%02d:%02d:%02d", static_cast<int>(lSecond / 3600 % 24),
                       static_cast<int>(lSecond / 60 % 60), static_cast<int>(lSecond % 60));
-        ASSERT_EQ(sLog.substr(lFirst + lSecond * lLine + 9, 8), aTime);
+        ASSERT_EQ(sLog.substr(first + lSecond * line + 9, 8), aTime);
     }
 }
 
 TEST_F(DebugLogTest, AMessageIsCutAfterAThousandCharacters)
 {
-    for (const std::size_t lLength : {999u, 1000u, 1001u, 10'000'000u})
-        cMod.WriteDebugLog(std::wstring(lLength, L'x'));
+    for (const std::size_t length : {999u, 1000u, 1001u, 10'000'000u})
+        cMod.WriteDebugLog(std::wstring(length, L'x'));
     EXPECT_EQ(
         cPorts.LogMessages(),
         (std::vector<std::wstring>{std::wstring(999, L'x'), std::wstring(1000, L'x'),

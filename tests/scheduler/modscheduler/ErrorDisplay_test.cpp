@@ -114,7 +114,7 @@ TEST_F(ErrorDisplayTest, PumpAndSleepReachTheHostsLoop)
     cMod.Pump();
     cMod.Sleep(50);
     EXPECT_EQ(cPorts.cHostLoop.lPumps, 1);
-    EXPECT_EQ(cPorts.cHostLoop.lSleptmS, 50u);
+    EXPECT_EQ(cPorts.cHostLoop.sleptmS, 50u);
 }
 
 } // namespace

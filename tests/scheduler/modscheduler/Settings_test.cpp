@@ -280,7 +280,7 @@ TEST_F(SettingsTest, AnyBytesGiveMinutesThatAreNotNegative)
     for (int lRound = 0; lRound < 3000; ++lRound)
     {
         std::string bytes;
-        for (std::size_t lPiece = random() % 24; lPiece > 0; --lPiece)
+        for (std::size_t piece = random() % 24; piece > 0; --piece)
             if (random() % 4 != 0)
                 bytes += sPieces[random() % std::size(sPieces)];
             else

@@ -40,9 +40,9 @@ struct CategoryTest : ::testing::Test
         cCut->SetTitle(sTitle);
         return cCut;
     }
-    std::shared_ptr<FakeCut> CutOf(std::size_t lAt) const
+    std::shared_ptr<FakeCut> CutOf(std::size_t at) const
     {
-        return std::static_pointer_cast<FakeCut>(cDataBase->colCuts[lAt]);
+        return std::static_pointer_cast<FakeCut>(cDataBase->colCuts[at]);
     }
     std::shared_ptr<clsCat> MainCat(const std::wstring& sName) const
     {

@@ -42,8 +42,8 @@ public:
     Texts Selected(SelectorControl eList)
     {
         Texts colTexts;
-        for (const std::size_t lEntry : lists[eList].lSelected)
-            colTexts.push_back(lists[eList].colEntries[lEntry]);
+        for (const std::size_t entry : lists[eList].lSelected)
+            colTexts.push_back(lists[eList].colEntries[entry]);
         return colTexts;
     }
     std::wstring Current(SelectorControl eList)
@@ -62,20 +62,20 @@ public:
         if (eList == SelectorControl::lstsongs0 || eList == SelectorControl::lstsongs1)
             lSongFillings += colEntries.empty() ? 0 : 1;
     }
-    std::wstring EntryText(SelectorControl eList, std::size_t lEntry) const override
+    std::wstring EntryText(SelectorControl eList, std::size_t entry) const override
     {
-        return lists.at(eList).colEntries.at(lEntry);
+        return lists.at(eList).colEntries.at(entry);
     }
     std::optional<std::size_t> CurrentEntry(SelectorControl eList) const override
     {
         const auto it = lists.find(eList);
         return it == lists.end() ? std::nullopt : it->second.lCurrent;
     }
-    void SetCurrentEntry(SelectorControl eList, std::size_t lEntry) override
+    void SetCurrentEntry(SelectorControl eList, std::size_t entry) override
     {
-        lists[eList].lCurrent = lEntry;
+        lists[eList].lCurrent = entry;
         if (eList == SelectorControl::lstlvl)
-            lists[eList].lSelected = {lEntry};
+            lists[eList].lSelected = {entry};
     }
     std::vector<std::size_t> SelectedEntries(SelectorControl eList) const override
     {
@@ -84,12 +84,12 @@ public:
                    ? std::vector<std::size_t>()
                    : std::vector<std::size_t>(it->second.lSelected.begin(), it->second.lSelected.end());
     }
-    void SelectEntry(SelectorControl eList, std::size_t lEntry, bool bSelect) override
+    void SelectEntry(SelectorControl eList, std::size_t entry, bool bSelect) override
     {
         if (bSelect)
-            lists[eList].lSelected.insert(lEntry);
+            lists[eList].lSelected.insert(entry);
         else
-            lists[eList].lSelected.erase(lEntry);
+            lists[eList].lSelected.erase(entry);
     }
     void ClearSelection(SelectorControl eList) override
     {

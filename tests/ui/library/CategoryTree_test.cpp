@@ -157,10 +157,10 @@ TEST_F(FilledTreeTest, TheRootCannotBeCollapsed)
 
 TEST_F(FilledTreeTest, ANodeThatIsThereAlreadyOrHasNoParentIsLeftOut)
 {
-    const std::size_t lCount = cTree.Count();
+    const std::size_t count = cTree.Count();
     cTree.AddNode(CategoryKey(sAllAudio, 0), L"ROCK\t0", L"again", sImageClosed);
     cTree.AddNode(L"Nowhere\t0", L"Nowhere\t1", L"1", sImageClosed);
-    EXPECT_EQ(cTree.Count(), lCount);
+    EXPECT_EQ(cTree.Count(), count);
 }
 
 TEST(CategoryTreeOrderTest, OnlyTheChildrenOfANodeThatIsToBeSortedAreSorted)

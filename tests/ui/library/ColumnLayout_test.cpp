@@ -85,8 +85,8 @@ TEST(ColumnLayoutTest, PlacesAreSortedStablyAndAllDifferent)
     EXPECT_EQ(ShownOf(ColumnLayout(L"1|Order|500|3|Order|-7|")),
               (std::vector<std::size_t>{2, 1, 3, 4, 5, 6, 7, 8, 9, 0}));
     const ColumnLayout layout(L"1|Order|3|2|Order|3|3|Order|3|");
-    for (std::size_t lPlace = 0; lPlace < 10; ++lPlace)
-        EXPECT_EQ(layout.At(lPlace).lOrder, static_cast<int>(lPlace + 1));
+    for (std::size_t place = 0; place < 10; ++place)
+        EXPECT_EQ(layout.At(place).lOrder, static_cast<int>(place + 1));
 }
 
 TEST(ColumnLayoutTest, AnOrderThatNamesAColumnTwiceKeepsTheOthersBehind)

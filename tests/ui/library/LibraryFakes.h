@@ -69,10 +69,10 @@ public:
     void AddCol(const std::wstring& sHeader) override { colHeaders.push_back(sHeader); }
     void ShowLayout(const ColumnLayout& shown) override { layout = shown; }
     ColumnLayout Layout() const override { return layout; }
-    void SetRowCount(std::size_t lRows) override
+    void SetRowCount(std::size_t rows) override
     {
         ++lFilled;
-        bSelected.assign(lRows, false);
+        bSelected.assign(rows, false);
         lCurrent.reset();
         lTop = 0;
     }
@@ -83,22 +83,22 @@ public:
         if (OnSelectedRows)
             OnSelectedRows();
         Rows colRows;
-        for (std::size_t lRow = 0; lRow < bSelected.size(); ++lRow)
-            if (bSelected[lRow])
-                colRows.push_back(lRow);
+        for (std::size_t row = 0; row < bSelected.size(); ++row)
+            if (bSelected[row])
+                colRows.push_back(row);
         return colRows;
     }
     std::optional<std::size_t> CurrentRow() const override { return lCurrent; }
-    void SetCurrentRow(std::size_t lRow) override { lCurrent = lRow; }
+    void SetCurrentRow(std::size_t row) override { lCurrent = row; }
     std::size_t TopRow() const override { return lTop; }
-    void SetTopRow(std::size_t lRow) override { lTop = lRow; }
+    void SetTopRow(std::size_t row) override { lTop = row; }
     void EnsureVisible(std::size_t) override {}
 
     void Select(const Rows& colRows)
     {
         SelectAll(false);
-        for (const std::size_t lRow : colRows)
-            bSelected[lRow] = true;
+        for (const std::size_t row : colRows)
+            bSelected[row] = true;
     }
 };
 
@@ -137,9 +137,9 @@ public:
             OnPopUp();
         if (colChoices.empty())
             return std::nullopt;
-        const std::optional<std::size_t> lItem = colChoices.front();
+        const std::optional<std::size_t> item = colChoices.front();
         colChoices.pop_front();
-        return lItem;
+        return item;
     }
     void ShowModal() override
     {
@@ -190,16 +190,16 @@ struct LibraryWindowLifetime
         ASSERT_TRUE(cForm.DragStarted());
         cForm.DragCompleted(frmUILibPresenter::Drop{true, CategoryKey(sName, lLevel), std::nullopt, sGridPayload});
     }
-    void DropOnRow(std::optional<std::size_t> lRow)
+    void DropOnRow(std::optional<std::size_t> row)
     {
         ASSERT_TRUE(cForm.DragStarted());
-        cForm.DragCompleted(frmUILibPresenter::Drop{false, L"", lRow, sGridPayload});
+        cForm.DragCompleted(frmUILibPresenter::Drop{false, L"", row, sGridPayload});
     }
     Keys RowKeys()
     {
         Keys colKeys;
-        for (std::size_t lRow = 0; lRow < cForm.Grid().RowCount(); ++lRow)
-            colKeys.push_back(cForm.Grid().CutAt(lRow)->Key().Text());
+        for (std::size_t row = 0; row < cForm.Grid().RowCount(); ++row)
+            colKeys.push_back(cForm.Grid().CutAt(row)->Key().Text());
         return colKeys;
     }
     Keys SelectedKeys()

@@ -17,7 +17,7 @@ public:
     Lines colHeaders;
     std::vector<Lines> colRows; // the cells in the order they were set, "Key=value"
     std::vector<bool> bRedraws;
-    std::size_t lFailsAtRow = 0;
+    std::size_t failsAtRow = 0;
     std::function<void()> OnCall; // a host's grid may do anything in its members
 
     void SetRedraw(bool bRedraw) override { bRedraws.push_back(bRedraw); }
@@ -27,17 +27,17 @@ public:
         colHeaders.push_back(sKey + L"=" + sHeader);
     }
     void Clear() override { colRows.clear(); }
-    void SetRowCount(std::size_t lRows) override
+    void SetRowCount(std::size_t rows) override
     {
         if (const auto hook = OnCall)
             hook();
-        colRows.resize(lRows);
+        colRows.resize(rows);
     }
     void SetRowKey(std::size_t lRow, const std::wstring& sKey) override
     {
         if (const auto hook = OnCall)
             hook();
-        if (lRow == lFailsAtRow)
+        if (lRow == failsAtRow)
             throw RuntimeError(error::SubscriptOutOfRange);
         colRows.at(lRow - 1).push_back(L"key=" + sKey);
     }
@@ -193,7 +193,7 @@ TEST_F(LibraryFillingTest, RedrawIsOffWhileRowsAreWrittenAndOnAgainWhateverHappe
     cLibrary.Populate();
     Show(L"Rock\t1");
     EXPECT_EQ(cGrid.bRedraws, (std::vector<bool>{false, true}));
-    cGrid.lFailsAtRow = 2;
+    cGrid.failsAtRow = 2;
     EXPECT_THROW(Show(L"Rock\t1"), RuntimeError);
     EXPECT_EQ(cGrid.bRedraws, (std::vector<bool>{false, true, false, true}));
 }

@@ -60,8 +60,8 @@ TEST_P(SchedLibGridTest, CellsAreAskedOfTheCutsWhenTheyArePainted)
     cCut->SetDurationmS(125'000);
     cCut->SetYear(1984);
     Lines colCells;
-    for (std::size_t lColumn = 0; lColumn < 10; ++lColumn)
-        colCells.push_back(Grid().CellText(1, lColumn));
+    for (std::size_t column = 0; column < 10; ++column)
+        colCells.push_back(Grid().CellText(1, column));
     EXPECT_EQ(colCells, (Lines{L"2", L"7", L"A", L"T", L"2:05", L"Rock", L"1", L"1984", L"N", L"2"}));
     cCut->SetOpener(true);
     EXPECT_EQ(Grid().CellText(1, 8), L"Y");
@@ -170,7 +170,7 @@ TEST_P(ReorderTest, RowsMoveInFrontOfTheRowTheyAreDroppedOn)
     struct Case
     {
         Rows colRows;
-        std::optional<std::size_t> lInto;
+        std::optional<std::size_t> into;
         Keys colAfter;
     };
     const Case cases[] = {
@@ -189,7 +189,7 @@ TEST_P(ReorderTest, RowsMoveInFrontOfTheRowTheyAreDroppedOn)
         fresh.ShowNode(L"Rock", 1);
         fresh.cGridView.Select(test.colRows);
         const Keys colMoved = fresh.SelectedKeys();
-        fresh.DropOnRow(test.lInto);
+        fresh.DropOnRow(test.into);
         EXPECT_EQ(fresh.cLibrary.Order(L"Rock", 1), test.colAfter);
         EXPECT_EQ(fresh.RowKeys(), test.colAfter);
         EXPECT_EQ(fresh.SelectedKeys(), colMoved);
@@ -306,17 +306,17 @@ TEST_P(ReorderTest, AMoveByManyPlacesStopsAtTheEnds)
 
 TEST_P(ReorderTest, NoInsertionLineWhereADropWouldChangeNothing)
 {
-    const auto WouldMove = [&](const Rows& colRows, std::optional<std::size_t> lRow)
+    const auto WouldMove = [&](const Rows& colRows, std::optional<std::size_t> row)
     {
         window.cGridView.Select(colRows);
         EXPECT_TRUE(window.cForm.DragStarted());
-        const bool bMoves = Grid().DropWouldMove(lRow);
+        const bool bMoves = Grid().DropWouldMove(row);
         window.cForm.DragCompleted(std::nullopt);
         return bMoves;
     };
     const std::vector<bool> bExpected{true, true, false, false, false, true, true, true};
-    for (std::size_t lRow = 0; lRow < bExpected.size(); ++lRow)
-        EXPECT_EQ(WouldMove({2, 3}, lRow), bExpected[lRow]) << lRow;
+    for (std::size_t row = 0; row < bExpected.size(); ++row)
+        EXPECT_EQ(WouldMove({2, 3}, row), bExpected[row]) << row;
     EXPECT_TRUE(WouldMove({2, 3}, std::nullopt));
     EXPECT_FALSE(WouldMove({7}, std::nullopt));
     EXPECT_FALSE(WouldMove({2, 4}, 0));
@@ -331,8 +331,8 @@ TEST_P(ReorderTest, TheSelectionIsReadOnceADragAndNotAtEachMoveOfTheMouse)
     int lReads = 0;
     window.cGridView.OnSelectedRows = [&] { ++lReads; };
     ASSERT_TRUE(window.cForm.DragStarted());
-    for (std::size_t lRow = 0; lRow < 8; ++lRow)
-        Grid().DropWouldMove(lRow);
+    for (std::size_t row = 0; row < 8; ++row)
+        Grid().DropWouldMove(row);
     EXPECT_EQ(lReads, 1);
     window.cForm.DragCompleted(std::nullopt);
 }

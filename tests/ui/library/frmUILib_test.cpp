@@ -1027,9 +1027,9 @@ TEST_P(frmUILibTest, AfterAHostsPopulationDeleteTakesCutsOutOfThePresentLevel)
         window.ShowNode(L"Rock", lLevel);
         window.cLibrary.Populate();
         window.cGridView.Select({0});
-        const std::size_t lBefore = window.cLibrary.Order(L"Rock", 1).size();
+        const std::size_t before = window.cLibrary.Order(L"Rock", 1).size();
         Form().GridDelete();
-        EXPECT_EQ(window.cLibrary.Order(L"Rock", 1).size(), lBefore - 1);
+        EXPECT_EQ(window.cLibrary.Order(L"Rock", 1).size(), before - 1);
         EXPECT_EQ(window.cLibrary.Order(L"Rock", 1)[0], lLevel == 1 ? L"b" : L"c");
     }
 }

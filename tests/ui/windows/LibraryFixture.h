@@ -340,10 +340,10 @@ struct LibraryWindowTest : ::testing::Test
         const wchar_t cMnemonics[] = {L'E', L'T', L'C', L'H'};
         user.Key(cMnemonics[path[0]], VK_MENU);
         HMENU hMenu = ::GetMenu(hWindow);
-        for (std::size_t lStep = 1; lStep < path.size(); ++lStep)
+        for (std::size_t step = 1; step < path.size(); ++step)
         {
-            hMenu = ::GetSubMenu(hMenu, path[lStep - 1]);
-            const auto lItem = static_cast<UINT>(path[lStep]);
+            hMenu = ::GetSubMenu(hMenu, path[step - 1]);
+            const auto lItem = static_cast<UINT>(path[step]);
             const auto bHighlighted = [&]
             { return (::GetMenuState(hMenu, lItem, MF_BYPOSITION) & MF_HILITE) != 0; };
             for (int i = 0; i < 8 && !bHighlighted(); ++i)

@@ -31,9 +31,9 @@ struct LibraryFreshObjects : LibraryWindowTest
         Expand(user, Item(L"Rock"));
         Show(user, Item(L"Rock", L"1"));
     }
-    std::wstring StoredCategories(std::size_t lCut) const
+    std::wstring StoredCategories(std::size_t cut) const
     {
-        return cState.cDataBase->colCuts[lCut]->CategoryText();
+        return cState.cDataBase->colCuts[cut]->CategoryText();
     }
 };
 

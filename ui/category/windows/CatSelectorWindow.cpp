@@ -214,23 +214,23 @@ void CatSelectorWindow::LayOut()
 // So that long entries can be scrolled into view. The widest are looked for among the longest.
 void CatSelectorWindow::FitHorizontally(SelectorControl eList) const
 {
-    constexpr std::size_t lMeasured = 20;
+    constexpr std::size_t measured = 20;
     struct Entry
     {
         LRESULT lLength;
-        std::size_t lAt;
+        std::size_t at;
     };
     std::vector<Entry> colAll(static_cast<std::size_t>(::SendMessageW(Of(eList), LB_GETCOUNT, 0, 0)));
     for (std::size_t i = 0; i < colAll.size(); ++i)
         colAll[i] = {::SendMessageW(Of(eList), LB_GETTEXTLEN, i, 0), i};
-    std::vector<Entry> colLongest(std::min(lMeasured, colAll.size()));
+    std::vector<Entry> colLongest(std::min(measured, colAll.size()));
     std::partial_sort_copy(colAll.begin(), colAll.end(), colLongest.begin(), colLongest.end(),
                            [](const Entry& a, const Entry& b) { return a.lLength > b.lLength; });
     const FontContext cContext(Handle(), m_hFont);
     int lWidest = 0;
     for (const Entry& entry : colLongest)
     {
-        const std::wstring sEntry = EntryText(eList, entry.lAt);
+        const std::wstring sEntry = EntryText(eList, entry.at);
         SIZE size{};
         ::GetTextExtentPoint32W(cContext.Get(), sEntry.c_str(), static_cast<int>(sEntry.size()), &size);
         lWidest = std::max(lWidest, static_cast<int>(size.cx));
@@ -247,12 +247,12 @@ void CatSelectorWindow::SetEntries(SelectorControl eList, const std::vector<std:
     if (eList == lstsongs0)
         colSorted = Sorted(colEntries);
     const std::vector<std::wstring>& colShown = eList == lstsongs0 ? colSorted : colEntries;
-    const std::size_t lBytes = std::accumulate(colShown.begin(), colShown.end(), std::size_t{0},
-                                               [](std::size_t lSum, const std::wstring& sEntry)
-                                               { return lSum + (sEntry.size() + 1) * sizeof(wchar_t); });
+    const std::size_t bytes = std::accumulate(colShown.begin(), colShown.end(), std::size_t{0},
+                                               [](std::size_t sum, const std::wstring& sEntry)
+                                               { return sum + (sEntry.size() + 1) * sizeof(wchar_t); });
     ::SendMessageW(hList, WM_SETREDRAW, FALSE, 0);
     ::SendMessageW(hList, LB_RESETCONTENT, 0, 0);
-    ::SendMessageW(hList, LB_INITSTORAGE, colShown.size(), static_cast<LPARAM>(lBytes));
+    ::SendMessageW(hList, LB_INITSTORAGE, colShown.size(), static_cast<LPARAM>(bytes));
     for (const std::wstring& sEntry : colShown)
         ::SendMessageW(hList, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(sEntry.c_str()));
     if (eList != lstlvl)

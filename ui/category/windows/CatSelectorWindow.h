@@ -33,11 +33,11 @@ public:
 
 private:
     void SetEntries(SelectorControl eList, const std::vector<std::wstring>& colEntries) override;
-    std::wstring EntryText(SelectorControl eList, std::size_t lEntry) const override;
+    std::wstring EntryText(SelectorControl eList, std::size_t entry) const override;
     std::optional<std::size_t> CurrentEntry(SelectorControl eList) const override;
-    void SetCurrentEntry(SelectorControl eList, std::size_t lEntry) override;
+    void SetCurrentEntry(SelectorControl eList, std::size_t entry) override;
     std::vector<std::size_t> SelectedEntries(SelectorControl eList) const override;
-    void SelectEntry(SelectorControl eList, std::size_t lEntry, bool bSelect) override;
+    void SelectEntry(SelectorControl eList, std::size_t entry, bool bSelect) override;
     void ClearSelection(SelectorControl eList) override;
     void Enable(SelectorControl eControl, bool bEnable) override;
     void Show(SelectorControl eControl, bool bShow) override;

@@ -44,10 +44,10 @@ RulesPaneWindow::RulesPaneWindow(HWND hParent, RulesPane ePane, ModScheduler& cM
                                       L"Album Separation (Mins):"};
     for (int i = 0; i < 3; ++i)
     {
-        const auto lAt = static_cast<std::size_t>(i);
-        m_hLabels[lAt] =
+        const auto at = static_cast<std::size_t>(i);
+        m_hLabels[at] =
             MakeControl(Handle(), WC_STATICW, sLabels[i], SS_LEFTNOWORDWRAP, eIdArtistLabel + 2 * i);
-        m_hBoxes[lAt] = MakeControl(Handle(), WC_EDITW, L"", ES_AUTOHSCROLL | WS_TABSTOP,
+        m_hBoxes[at] = MakeControl(Handle(), WC_EDITW, L"", ES_AUTOHSCROLL | WS_TABSTOP,
                                     eIdtxtArtistSepMins + 2 * i, WS_EX_CLIENTEDGE);
     }
     if (!bGlobal)

@@ -125,9 +125,9 @@ LRESULT clsSchedLibGridWindow::OnKey(WPARAM wParam, LPARAM lParam)
         SelectAll(false);
     const LRESULT lResult = ::DefSubclassProc(m_hList, WM_KEYDOWN, wParam, lParam);
     // At the first or last row the list does not move; that row is the selected one all the same.
-    if (const std::optional<std::size_t> lCurrent = CurrentRow();
-        bMany && lCurrent && Send(LVM_GETSELECTEDCOUNT) == 0)
-        SetState(AsRow(*lCurrent), LVIS_SELECTED, LVIS_SELECTED);
+    if (const std::optional<std::size_t> current = CurrentRow();
+        bMany && current && Send(LVM_GETSELECTEDCOUNT) == 0)
+        SetState(AsRow(*current), LVIS_SELECTED, LVIS_SELECTED);
     return lResult;
 }
 

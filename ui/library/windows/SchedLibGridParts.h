@@ -23,6 +23,6 @@ private:
     clsSchedLibGridView& m_cView;
 };
 
-inline int AsRow(std::size_t lRow) { return static_cast<int>(lRow); }
+inline int AsRow(std::size_t row) { return static_cast<int>(row); }
 
 } // namespace ravlo

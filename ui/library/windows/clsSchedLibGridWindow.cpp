@@ -19,7 +19,7 @@ namespace
 {
 
 constexpr int lScrollZone = 18;            // at 96 dpi, along the upper and lower edge
-constexpr std::size_t lCountedColumns = 2; // position and identifier
+constexpr std::size_t countedColumns = 2; // position and identifier
 constexpr int lLineWidth = 2;
 constexpr int lCellMargins = 14; // at 96 dpi, left and right of a text together
 
@@ -87,9 +87,9 @@ void clsSchedLibGridWindow::AddCol(const std::wstring& sHeader)
     LVCOLUMNW column{};
     column.mask = LVCF_TEXT;
     column.pszText = sText.data();
-    const std::size_t lAdded = ColCount();
-    Send(LVM_INSERTCOLUMNW, std::min(ListColumn(lAdded), lAdded), reinterpret_cast<LPARAM>(&column));
-    if (lAdded + 1 != colGridColumns.size())
+    const std::size_t added = ColCount();
+    Send(LVM_INSERTCOLUMNW, std::min(ListColumn(added), added), reinterpret_cast<LPARAM>(&column));
+    if (added + 1 != colGridColumns.size())
         return;
     for (std::size_t lColumn = 0; lColumn < colGridColumns.size(); ++lColumn)
     {
@@ -118,8 +118,8 @@ int clsSchedLibGridWindow::WidthOfNumbers(std::size_t lColumn) const
     LONG lWidest = 0;
     for (const std::wstring& sText : {std::wstring(column.sHeader), std::wstring(column.sWidest)})
         lWidest = std::max(lWidest, TextSize(cContext.Get(), sText).cx);
-    if (lColumn < lCountedColumns)
-        lWidest = std::max(lWidest, TextSize(cContext.Get(), std::to_wstring(m_lMostRows)).cx);
+    if (lColumn < countedColumns)
+        lWidest = std::max(lWidest, TextSize(cContext.Get(), std::to_wstring(m_mostRows)).cx);
     return static_cast<int>(lWidest) + Scaled(lCellMargins, m_lDpi);
 }
 
@@ -163,20 +163,20 @@ ColumnLayout clsSchedLibGridWindow::Layout() const
 
 std::size_t clsSchedLibGridWindow::RowCount() const { return static_cast<std::size_t>(Send(LVM_GETITEMCOUNT)); }
 
-void clsSchedLibGridWindow::SetRowCount(std::size_t lRows)
+void clsSchedLibGridWindow::SetRowCount(std::size_t rows)
 {
     const PaintingOff cOff(*this);
-    if (lRows > m_lMostRows)
+    if (rows > m_mostRows)
     {
         const ColumnLayout layout = Layout(); // as the user has left it
-        m_lMostRows = lRows;
+        m_mostRows = rows;
         if (ColCount() != 0)
             ShowLayout(layout);
     }
     SetState(-1, 0, LVIS_SELECTED | LVIS_FOCUSED);
     // By way of no rows: what was selected, current and scrolled to is forgotten.
     Send(LVM_SETITEMCOUNT, 0);
-    Send(LVM_SETITEMCOUNT, lRows);
+    Send(LVM_SETITEMCOUNT, rows);
     m_bToTop = true; // not every list view forgets where it was scrolled to
 }
 
@@ -241,8 +241,8 @@ void clsSchedLibGridWindow::SetTopRow(std::size_t lRow)
     RECT row{};
     row.left = LVIR_BOUNDS;
     Send(LVM_GETITEMRECT, TopRow(), reinterpret_cast<LPARAM>(&row));
-    const auto lRows = static_cast<std::ptrdiff_t>(lRow) - static_cast<std::ptrdiff_t>(TopRow());
-    Send(LVM_SCROLL, 0, static_cast<LPARAM>(lRows) * (row.bottom - row.top));
+    const auto rows = static_cast<std::ptrdiff_t>(lRow) - static_cast<std::ptrdiff_t>(TopRow());
+    Send(LVM_SCROLL, 0, static_cast<LPARAM>(rows) * (row.bottom - row.top));
 }
 
 void clsSchedLibGridWindow::EnsureVisible(std::size_t lRow) { Send(LVM_ENSUREVISIBLE, lRow, FALSE); }
@@ -256,10 +256,10 @@ LRESULT clsSchedLibGridWindow::OnGetDispInfo(NMLVDISPINFOW& info) const
         m_sCell = CellText(static_cast<std::size_t>(info.item.iItem), GridColumnOf(info.item.iSubItem));
         if (info.item.cchTextMax > 0)
         {
-            const std::size_t lLength =
+            const std::size_t length =
                 std::min(m_sCell.size(), static_cast<std::size_t>(info.item.cchTextMax) - 1);
-            std::wmemcpy(info.item.pszText, m_sCell.c_str(), lLength);
-            info.item.pszText[lLength] = L'\0';
+            std::wmemcpy(info.item.pszText, m_sCell.c_str(), length);
+            info.item.pszText[length] = L'\0';
         }
     }
     return 0;
@@ -281,7 +281,7 @@ LRESULT clsSchedLibGridWindow::OnCustomDraw(NMLVCUSTOMDRAW& draw) const
     switch (draw.nmcd.dwDrawStage)
     {
     case CDDS_PREPAINT:
-        return (m_lInsertBefore ? CDRF_NOTIFYPOSTPAINT : CDRF_DODEFAULT) |
+        return (m_insertBefore ? CDRF_NOTIFYPOSTPAINT : CDRF_DODEFAULT) |
                (::GetFocus() != m_hList ? CDRF_NOTIFYITEMDRAW : CDRF_DODEFAULT);
     case CDDS_ITEMPREPAINT:
         if (Send(LVM_GETITEMSTATE, draw.nmcd.dwItemSpec, LVIS_SELECTED) == LVIS_SELECTED)
@@ -292,8 +292,8 @@ LRESULT clsSchedLibGridWindow::OnCustomDraw(NMLVCUSTOMDRAW& draw) const
         }
         return CDRF_DODEFAULT;
     case CDDS_POSTPAINT:
-        if (m_lInsertBefore)
-            if (const std::optional<RECT> line = LineAt(*m_lInsertBefore))
+        if (m_insertBefore)
+            if (const std::optional<RECT> line = LineAt(*m_insertBefore))
                 ::FillRect(draw.nmcd.hdc, &*line, ::GetSysColorBrush(COLOR_HIGHLIGHT));
         return CDRF_DODEFAULT;
     default:
@@ -320,14 +320,14 @@ std::optional<std::size_t> clsSchedLibGridWindow::DropRow(POINT onScreen) const
     return lRow < RowCount() ? std::optional(lRow) : std::nullopt;
 }
 
-std::optional<RECT> clsSchedLibGridWindow::LineAt(std::size_t lBefore) const
+std::optional<RECT> clsSchedLibGridWindow::LineAt(std::size_t before) const
 {
     if (RowCount() == 0)
         return std::nullopt;
-    const bool bBelow = lBefore >= RowCount();
+    const bool bBelow = before >= RowCount();
     RECT row{};
     row.left = LVIR_BOUNDS;
-    Send(LVM_GETITEMRECT, bBelow ? RowCount() - 1 : lBefore, reinterpret_cast<LPARAM>(&row));
+    Send(LVM_GETITEMRECT, bBelow ? RowCount() - 1 : before, reinterpret_cast<LPARAM>(&row));
     RECT client{};
     ::GetClientRect(m_hList, &client);
     const LONG lWidth = Scaled(lLineWidth, m_lDpi);
@@ -337,17 +337,17 @@ std::optional<RECT> clsSchedLibGridWindow::LineAt(std::size_t lBefore) const
 
 void clsSchedLibGridWindow::InvalidateLine() const
 {
-    if (m_lInsertBefore)
-        if (const std::optional<RECT> line = LineAt(*m_lInsertBefore))
+    if (m_insertBefore)
+        if (const std::optional<RECT> line = LineAt(*m_insertBefore))
             ::InvalidateRect(m_hList, &*line, TRUE);
 }
 
-void clsSchedLibGridWindow::ShowInsertionLine(std::optional<std::size_t> lBefore)
+void clsSchedLibGridWindow::ShowInsertionLine(std::optional<std::size_t> before)
 {
-    if (lBefore == m_lInsertBefore)
+    if (before == m_insertBefore)
         return;
     InvalidateLine();
-    m_lInsertBefore = lBefore;
+    m_insertBefore = before;
     InvalidateLine();
 }
 

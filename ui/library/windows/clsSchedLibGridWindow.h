@@ -28,8 +28,8 @@ public:
     void SetLook(HFONT hFont, int lDpi);
 
     // Where texts and beginnings of texts are looked up.
-    std::function<std::wstring(std::size_t lRow, std::size_t lColumn)> CellText;
-    std::function<std::optional<std::size_t>(const std::wstring& sBeginning, std::size_t lStart)> FindRow;
+    std::function<std::wstring(std::size_t lRow, std::size_t column)> CellText;
+    std::function<std::optional<std::size_t>(const std::wstring& sBeginning, std::size_t start)> FindRow;
 
     // ---- clsSchedLibGridView
     void SetRedraw(bool bRedraw) override;
@@ -37,7 +37,7 @@ public:
     void AddCol(const std::wstring& sHeader) override;
     void ShowLayout(const ColumnLayout& layout) override;
     ColumnLayout Layout() const override;
-    void SetRowCount(std::size_t lRows) override;
+    void SetRowCount(std::size_t rows) override;
     void SelectAll(bool bSelect) override;
     void SetSelection(const std::vector<bool>& bSelected) override;
     std::vector<std::size_t> SelectedRows() const override;
@@ -62,7 +62,7 @@ public:
     // the rows the first of all, below the last one none.
     std::optional<std::size_t> DropRow(POINT onScreen) const;
     // During a drag: the line at which the rows would be inserted (one past the last row: below it), or none.
-    void ShowInsertionLine(std::optional<std::size_t> lBefore);
+    void ShowInsertionLine(std::optional<std::size_t> before);
     // Scrolls near the edges. True when it did: other rows are below the pointer now.
     bool DragTick(POINT onScreen);
 
@@ -81,18 +81,18 @@ private:
     void SetState(int lRow, UINT lState, UINT lMask);
     std::size_t RowCount() const;
     // In pixels, from the layout. A column of numbers that nobody has sized is at least as wide as they are.
-    int ShownWidth(std::size_t lColumn) const;
-    int WidthOfNumbers(std::size_t lColumn) const;
-    std::optional<RECT> LineAt(std::size_t lBefore) const;
+    int ShownWidth(std::size_t column) const;
+    int WidthOfNumbers(std::size_t column) const;
+    std::optional<RECT> LineAt(std::size_t before) const;
     void InvalidateLine() const;
 
     HWND m_hList;
     int m_lDpi = 96;
     ColumnLayout m_layout;
-    std::size_t m_lMostRows = 0; // so far: positions and most identifiers are no longer than this number
+    std::size_t m_mostRows = 0; // so far: positions and most identifiers are no longer than this number
     int m_lRedrawOff = 0;
     bool m_bToTop = false; // as soon as it paints again
-    std::optional<std::size_t> m_lInsertBefore;
+    std::optional<std::size_t> m_insertBefore;
     std::optional<int> m_lPressed; // the selected row the left button went down on
     mutable std::wstring m_sCell;  // what the list was last given
 };

@@ -53,9 +53,9 @@ public:
     bool DragOver(POINT point, const std::wstring&) override
     {
         const clsSchedLibGridPresenter& cGrid = m_cWindow.m_cForm->Grid();
-        const std::optional<std::size_t> lRow = m_cWindow.m_cGrid->DropRow(point);
-        const bool bLine = m_cWindow.m_bDragging && cGrid.DropWouldMove(lRow);
-        m_cWindow.m_cGrid->ShowInsertionLine(bLine ? std::optional(lRow.value_or(cGrid.RowCount()))
+        const std::optional<std::size_t> row = m_cWindow.m_cGrid->DropRow(point);
+        const bool bLine = m_cWindow.m_bDragging && cGrid.DropWouldMove(row);
+        m_cWindow.m_cGrid->ShowInsertionLine(bLine ? std::optional(row.value_or(cGrid.RowCount()))
                                                    : std::nullopt);
         return true;
     }
