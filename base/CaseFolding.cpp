@@ -29,8 +29,9 @@ wchar_t FoldBeyondAscii(wchar_t c) noexcept
 {
     const auto lCode = static_cast<std::uint32_t>(c);
     const CaseRange* pRange = std::lower_bound(std::begin(aRanges), std::end(aRanges), lCode,
-                                               [](const CaseRange& cRange, std::uint32_t lWanted)
-                                               { return cRange.lLast < lWanted; });
+                                               [](const CaseRange& cRange, std::uint32_t lWanted) {
+        return cRange.lLast < lWanted;
+    });
     if (pRange == std::end(aRanges) || lCode < pRange->lFirst ||
         (lCode - pRange->lFirst) % pRange->lStep != 0)
         return c;

@@ -32,8 +32,7 @@ void SplitDayNumber(std::int64_t number, DateFields& fields)
     const std::int64_t lDays = number + 693899;
     const std::int64_t era = lDays / 146097;
     const std::int64_t dayOfEra = lDays - era * 146097;
-    const std::int64_t yearOfEra =
-        (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    const std::int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
     const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
     const std::int64_t monthFromMarch = (5 * dayOfYear + 2) / 153;
     fields.lDay = static_cast<int>(dayOfYear - (153 * monthFromMarch + 2) / 5 + 1);

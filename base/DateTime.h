@@ -33,8 +33,9 @@ std::int64_t WholeSeconds(DateTime dtWhen);
 // "yyyy-mm-ddThh:nn:ss".
 std::wstring IsoText(DateTime dtWhen);
 
-// Reads "yyyy-mm-dd", "yyyy-mm-ddThh:nn" or "yyyy-mm-ddThh:nn:ss" (a blank may stand for the T; seconds may carry a
-// fraction, a trailing Z is ignored). Nothing when the text is no such date or names a day that does not exist.
+// Reads "yyyy-mm-dd", "yyyy-mm-ddThh:nn" or "yyyy-mm-ddThh:nn:ss" (a blank may stand for the T; seconds may
+// carry a fraction, a trailing Z is ignored). Nothing when the text is no such date or names a day that does
+// not exist.
 std::optional<DateTime> ParseIso(std::wstring_view sText);
 
 } // namespace ravlo

@@ -333,8 +333,9 @@ private:
     Node* FindNode(std::wstring_view sKey) const noexcept
     {
         const std::size_t hash = HashIgnoringCase(sKey);
-        return FindNode(hash, [&](const TextKey& cOther)
-                        { return cOther.Hash() == hash && EqualIgnoringCase(cOther.Text(), sKey); });
+        return FindNode(hash, [&](const TextKey& cOther) {
+            return cOther.Hash() == hash && EqualIgnoringCase(cOther.Text(), sKey);
+        });
     }
     static Item* ItemOf(Node* pNode) noexcept { return pNode ? &pNode->item : nullptr; }
     std::optional<std::size_t> PositionOf(const Node* pNode) const noexcept
@@ -357,7 +358,7 @@ private:
 
     std::vector<Node*> m_pRing;    // its size is a power of two, or 0
     std::vector<Node*> m_pBuckets; // likewise
-    std::size_t m_first = 0;      // the head's sequence number
+    std::size_t m_first = 0;       // the head's sequence number
     std::size_t m_count = 0;
     std::size_t m_keyed = 0;
     std::uint64_t m_changes = 0;

@@ -103,8 +103,9 @@ RuntimeError::RuntimeError(std::int32_t lNumber, std::wstring sDescription) : m_
 std::wstring StandardDescription(std::int32_t lNumber)
 {
     const Standard* pFound = std::lower_bound(std::begin(aStandard), std::end(aStandard), lNumber,
-                                              [](const Standard& cEntry, std::int32_t lWanted)
-                                              { return cEntry.lNumber < lWanted; });
+                                              [](const Standard& cEntry, std::int32_t lWanted) {
+        return cEntry.lNumber < lWanted;
+    });
     if (pFound == std::end(aStandard) || pFound->lNumber != lNumber)
         return L"Application-defined or object-defined error";
     return pFound->sDescription;

@@ -23,13 +23,15 @@ std::vector<std::wstring> Split(std::wstring_view sText, std::wstring_view sDeli
 std::wstring DecimalText(std::int64_t value);
 std::wstring CountText(std::size_t count);
 
-// A single as automation converts it to text: at most 7 significant digits, no trailing zeros, and the exponent form
+// A single as automation converts it to text: at most 7 significant digits, no trailing zeros, and the
+// exponent form
 // ("1E+07", "1.5E-05") where the platform's conversion uses it. Invariant locale.
 std::wstring SingleText(float sngValue);
 
-// The value of a text that reads as a number, by the platform's automation conversion in the invariant locale:
-// surrounding blanks, a leading or trailing sign, parentheses for negative, a currency sign, digits with '.' and
-// thousands commas, an exponent (E or D), &H and &O forms. Nothing when the text is no number. The same on every platform.
+// The value of a text that reads as a number, by the platform's automation conversion in the invariant
+// locale: surrounding blanks, a leading or trailing sign, parentheses for negative, a currency sign, digits
+// with '.' and thousands commas, an exponent (E or D), &H and &O forms. Nothing when the text is no number.
+// The same on every platform.
 std::optional<double> NumericValue(std::wstring_view sText);
 inline bool IsNumeric(std::wstring_view sText) { return NumericValue(sText).has_value(); }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "bench/Ratios.h"
 #include "base/OrderedKeyedCollection.h"
+#include "bench/Ratios.h"
 
 #include <algorithm>
 #include <iterator>
@@ -118,8 +118,9 @@ void FindByText(benchmark::State& state)
 {
     const Keys& keys = Keys::OfSize(state.range(0));
     const Collection colItems = Filled(keys);
-    ForEach(state, [&](std::size_t i)
-            { benchmark::DoNotOptimize(colItems.Find(std::wstring_view(keys.colTexts[i]))); });
+    ForEach(state, [&](std::size_t i) {
+        benchmark::DoNotOptimize(colItems.Find(std::wstring_view(keys.colTexts[i])));
+    });
 }
 
 void BareFind(benchmark::State& state)
@@ -140,12 +141,10 @@ void BareSendHeadToBack(benchmark::State& state)
 {
     const Keys& keys = Keys::OfSize(state.range(0));
     ListAndMap items = FilledBare(keys);
-    ForEach(state,
-            [&](std::size_t i)
-            {
-                const auto it = items.colByKey.find(keys.colTexts[i])->second;
-                items.colOrder.splice(items.colOrder.end(), items.colOrder, it);
-            });
+    ForEach(state, [&](std::size_t i) {
+        const auto it = items.colByKey.find(keys.colTexts[i])->second;
+        items.colOrder.splice(items.colOrder.end(), items.colOrder, it);
+    });
 }
 
 void Iterate(benchmark::State& state)

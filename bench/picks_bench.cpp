@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "base/RuntimeError.h"
 #include "bench/Radio.h"
 #include "bench/Ratios.h"
 #include "platform/posix/PosixFiles.h"
-#include "base/RuntimeError.h"
 #include "scheduler/HistoryFiles.h"
 #include "scheduler/clsSchedMan.h"
 

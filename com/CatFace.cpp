@@ -61,38 +61,33 @@ STDMETHODIMP CatFace::get_SchedCuts(_clsCollection** pVal)
 }
 STDMETHODIMP CatFace::putref_SchedCuts(IDispatch* newVal)
 {
-    return Guard(
-        [&]
-        {
-            // What is no cut, or no collection, is shown; what the cuts themselves raise goes to the caller.
-            const auto colCuts = Trap(Library(), L"SchedCuts [clsCat]", std::optional<Cuts>(),
-                                      [&] { return newVal ? std::optional(CutsIn(newVal)) : std::nullopt; });
-            if (colCuts)
-                m_cCat->SetSchedCuts(*colCuts);
-        });
+    return Guard([&] {
+        // What is no cut, or no collection, is shown; what the cuts themselves raise goes to the caller.
+        const auto colCuts = Trap(Library(), L"SchedCuts [clsCat]", std::optional<Cuts>(),
+                                  [&] { return newVal ? std::optional(CutsIn(newVal)) : std::nullopt; });
+        if (colCuts)
+            m_cCat->SetSchedCuts(*colCuts);
+    });
 }
 STDMETHODIMP CatFace::AddCut(_clsCut* cCut, VARIANT_BOOL* bCreatedNewSubCat, VARIANT_BOOL* pVal)
 {
-    return Guard(
-        [&]
+    return Guard([&] {
+        bool bCreated = false;
+        const auto report = [&] {
+            if (bCreatedNewSubCat && bCreated)
+                *bCreatedNewSubCat = VARIANT_TRUE;
+        };
+        try
         {
-            bool bCreated = false;
-            const auto report = [&]
-            {
-                if (bCreatedNewSubCat && bCreated)
-                    *bCreatedNewSubCat = VARIANT_TRUE;
-            };
-            try
-            {
-                StoreIn(pVal, [&] { return BoolOf(m_cCat->AddCut(CutFrom(cCut), bCreated)); });
-            }
-            catch (const RuntimeError&)
-            {
-                report(); // the cut may have been placed before the error
-                throw;
-            }
-            report();
-        });
+            StoreIn(pVal, [&] { return BoolOf(m_cCat->AddCut(CutFrom(cCut), bCreated)); });
+        }
+        catch (const RuntimeError&)
+        {
+            report(); // the cut may have been placed before the error
+            throw;
+        }
+        report();
+    });
 }
 STDMETHODIMP CatFace::RemoveCut(_clsCut* cCut, VARIANT_BOOL* pVal)
 {
@@ -105,17 +100,16 @@ STDMETHODIMP CatFace::get_TotalCuts(LONG* pVal)
 STDMETHODIMP CatFace::get_SubCats(_clsCollection** pVal)
 {
     // What comes through the collection is a level as well as what comes through AddSubCat.
-    const auto accept = [cWeak = std::weak_ptr(m_cCat)](const std::shared_ptr<clsCat>& cLevel)
-    {
+    const auto accept = [cWeak = std::weak_ptr(m_cCat)](const std::shared_ptr<clsCat>& cLevel) {
         const std::shared_ptr<clsCat> cCat = cWeak.lock();
         if (!cCat)
             return;
         cCat->RequireLevel(*cLevel);
         cLevel->SetMainCat(cCat);
     };
-    return Guard(
-        [&]
-        { StoreIn(pVal, [&] { return FaceOfCollection<CatAdapter>(m_cCat->SubCats(), accept).Detach(); }); });
+    return Guard([&] {
+        StoreIn(pVal, [&] { return FaceOfCollection<CatAdapter>(m_cCat->SubCats(), accept).Detach(); });
+    });
 }
 STDMETHODIMP CatFace::AddSubCat(_clsCat* cSubCat, VARIANT_BOOL* pVal)
 {

@@ -81,8 +81,9 @@ template <class Body> void LogFailure(const wchar_t* sWhere, Body&& body)
 // end: colCuts holds those before then.
 void AddUsableCuts(Cuts& colCuts, IDispatch* colItems, const wchar_t* sWhere)
 {
-    ForEachItem(colItems, [&](const Variant& cItem)
-                { LogFailure(sWhere, [&] { colCuts.push_back(CutAdapter::FromVariant(cItem)); }); });
+    ForEachItem(colItems, [&](const Variant& cItem) {
+        LogFailure(sWhere, [&] { colCuts.push_back(CutAdapter::FromVariant(cItem)); });
+    });
 }
 
 // The cuts of an announcement, as far as they can be told.
@@ -133,27 +134,27 @@ private:
         {
             const auto& [sWhere, tell] = colAnnouncements[lEvent - 1];
             const Cuts colCuts = AnnouncedCuts(*EventArguments(arguments, 1).ObjectAt(0), sWhere);
-            cDataBase.ForEachListener([&, tell = tell](DataBaseEvents& cEvents)
-                                      { (cEvents.*tell)(colCuts); });
+            cDataBase.ForEachListener(
+                [&, tell = tell](DataBaseEvents& cEvents) { (cEvents.*tell)(colCuts); });
         }
         else if (lEvent == 4)
         {
             const EventArguments given(arguments, 2);
-            cDataBase.ForEachListener([&](DataBaseEvents& cEvents)
-                                      { cEvents.ProgressStart(given.TextAt(0), given.LongAt(1)); });
+            cDataBase.ForEachListener(
+                [&](DataBaseEvents& cEvents) { cEvents.ProgressStart(given.TextAt(0), given.LongAt(1)); });
         }
         else if (lEvent == 5)
         {
             const EventArguments given(arguments, 3);
-            cDataBase.ForEachListener(
-                [&](DataBaseEvents& cEvents)
-                { cEvents.Progress(given.TextAt(0), given.LongAt(1), given.LongAt(2)); });
+            cDataBase.ForEachListener([&](DataBaseEvents& cEvents) {
+                cEvents.Progress(given.TextAt(0), given.LongAt(1), given.LongAt(2));
+            });
         }
         else if (lEvent == 6)
         {
             const EventArguments given(arguments, 1);
-            cDataBase.ForEachListener([&](DataBaseEvents& cEvents)
-                                      { cEvents.ProgressDone(given.TextAt(0)); });
+            cDataBase.ForEachListener(
+                [&](DataBaseEvents& cEvents) { cEvents.ProgressDone(given.TextAt(0)); });
         }
     }
 

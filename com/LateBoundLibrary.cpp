@@ -78,14 +78,12 @@ Variant LateBound::Invoke(const wchar_t* sName, WORD wFlags, std::vector<Variant
     EXCEPINFO info{};
     const DISPID lId = IdOf(sName);
     VARIANT* const pResult = bPut ? nullptr : &result;
-    const HRESULT hResult = Outgoing(
-        [&]
-        {
-            return m_cScriptObject ? m_cScriptObject->InvokeEx(lId, LOCALE_USER_DEFAULT, wFlags, &arguments,
-                                                               pResult, &info, nullptr)
-                                   : m_cObject->Invoke(lId, IID_NULL, LOCALE_USER_DEFAULT, wFlags, &arguments,
-                                                       pResult, &info, nullptr);
-        });
+    const HRESULT hResult = Outgoing([&] {
+        return m_cScriptObject ? m_cScriptObject->InvokeEx(lId, LOCALE_USER_DEFAULT, wFlags, &arguments,
+                                                           pResult, &info, nullptr)
+                               : m_cObject->Invoke(lId, IID_NULL, LOCALE_USER_DEFAULT, wFlags, &arguments,
+                                                   pResult, &info, nullptr);
+    });
     if (hResult == DISP_E_EXCEPTION)
         Rethrow(info);
     ThrowIfFailed(hResult);
@@ -159,16 +157,14 @@ void LateBoundTree::ForEachNode(const std::function<void(const ComPtr<IDispatch>
 void LateBoundTree::ShowAsOpen(const std::wstring& sKey)
 {
     ComPtr<IDispatch> cShown;
-    ForEachNode(
-        [&](const ComPtr<IDispatch>& cObject)
-        {
-            LateBound cNode(*cObject);
-            const std::optional<Variant> cKey = cNode.Get(L"Key").As(VT_BSTR);
-            if (cKey && EqualIgnoringCase(TextOf(cKey->bstrVal), sKey))
-                cShown = cObject;
-            else
-                cNode.Put(L"Image", {}, Text(sImageClosed));
-        });
+    ForEachNode([&](const ComPtr<IDispatch>& cObject) {
+        LateBound cNode(*cObject);
+        const std::optional<Variant> cKey = cNode.Get(L"Key").As(VT_BSTR);
+        if (cKey && EqualIgnoringCase(TextOf(cKey->bstrVal), sKey))
+            cShown = cObject;
+        else
+            cNode.Put(L"Image", {}, Text(sImageClosed));
+    });
     if (!cShown)
         return;
     LateBound cNode(*cShown);

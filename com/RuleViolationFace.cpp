@@ -56,8 +56,8 @@ STDMETHODIMP RuleViolationFace::putref_Cut(_clsCut* newVal)
 }
 STDMETHODIMP RuleViolationFace::get_Violation(::eRuleViolation* pVal)
 {
-    return Guard([&]
-                 { StoreIn(pVal, [&] { return static_cast<::eRuleViolation>(m_violation.Violation); }); });
+    return Guard(
+        [&] { StoreIn(pVal, [&] { return static_cast<::eRuleViolation>(m_violation.Violation); }); });
 }
 STDMETHODIMP RuleViolationFace::put_Violation(::eRuleViolation newVal)
 {

@@ -82,10 +82,9 @@ std::vector<KeyedItem> ItemsOf(const ComPtr<IDispatch>& colItems)
     const CollectionFace* pFace = FaceMap<CollectionFace>::Instance().Find(colItems.Get());
     if (!pFace)
     {
-        ForEachItem(colItems.Get(),
-                    [&](const Variant& cItem) {
-                        colResult.push_back({cItem, std::nullopt});
-                    });
+        ForEachItem(colItems.Get(), [&](const Variant& cItem) {
+            colResult.push_back({cItem, std::nullopt});
+        });
         return colResult;
     }
     const CollectionModel& cModel = pFace->Model();
@@ -101,8 +100,9 @@ void AddMissing(const CatCollection& colFound, _clsCollection& colTarget)
     {
         const Variant cKey = Text(colFound.At(i)->CatName());
         VARIANT_BOOL bExists = VARIANT_FALSE;
-        const auto call = [&](auto&& member)
-        { ThrowIfFailed(Outgoing(member), colTarget, IID__clsCollection); };
+        const auto call = [&](auto&& member) {
+            ThrowIfFailed(Outgoing(member), colTarget, IID__clsCollection);
+        };
         call([&] { return colTarget.Exists(cKey, &bExists); });
         if (bExists != VARIANT_FALSE)
             continue;
@@ -139,11 +139,9 @@ Result SchedManFace::WithItems(const wchar_t* sTitle, Result failure, Body&& bod
 
 STDMETHODIMP SchedManFace::get_colIllegalChars(_clsCollection** pVal)
 {
-    return Guard(
-        [&] {
-            StoreIn(pVal,
-                    [&] { return CollectionOut<TextAdapter>(m_cSchedMan->colIllegalChars()).Detach(); });
-        });
+    return Guard([&] {
+        StoreIn(pVal, [&] { return CollectionOut<TextAdapter>(m_cSchedMan->colIllegalChars()).Detach(); });
+    });
 }
 
 STDMETHODIMP SchedManFace::RaiseEditRequestCutEvent(_clsCut* cCut, VARIANT* Result)
@@ -153,33 +151,30 @@ STDMETHODIMP SchedManFace::RaiseEditRequestCutEvent(_clsCut* cCut, VARIANT* Resu
 
 STDMETHODIMP SchedManFace::get_ArtistHistoryCut(BSTR sArtist, _clsCut** pVal)
 {
-    return Guard(
-        [&]
-        { StoreIn(pVal, [&] { return CutOut(m_cSchedMan->ArtistHistoryCut(TextOf(sArtist))).Detach(); }); });
+    return Guard([&] {
+        StoreIn(pVal, [&] { return CutOut(m_cSchedMan->ArtistHistoryCut(TextOf(sArtist))).Detach(); });
+    });
 }
 STDMETHODIMP SchedManFace::get_AlbumHistoryCut(BSTR sAlbum, _clsCut** pVal)
 {
-    return Guard(
-        [&]
-        { StoreIn(pVal, [&] { return CutOut(m_cSchedMan->AlbumHistoryCut(TextOf(sAlbum))).Detach(); }); });
+    return Guard([&] {
+        StoreIn(pVal, [&] { return CutOut(m_cSchedMan->AlbumHistoryCut(TextOf(sAlbum))).Detach(); });
+    });
 }
 STDMETHODIMP SchedManFace::get_TitleHistoryCut(BSTR sTitle, _clsCut** pVal)
 {
-    return Guard(
-        [&]
-        { StoreIn(pVal, [&] { return CutOut(m_cSchedMan->TitleHistoryCut(TextOf(sTitle))).Detach(); }); });
+    return Guard([&] {
+        StoreIn(pVal, [&] { return CutOut(m_cSchedMan->TitleHistoryCut(TextOf(sTitle))).Detach(); });
+    });
 }
 
 STDMETHODIMP SchedManFace::get_DataBase(_clsDataBase** pVal)
 {
-    return Guard(
-        [&]
-        {
-            // Whatever was handed in at this edge came as a HostDatabase.
-            const auto cDataBase = std::dynamic_pointer_cast<HostDatabase>(m_cSchedMan->DataBase());
-            StoreIn(pVal,
-                    [&] { return cDataBase ? ComPtr<_clsDataBase>(cDataBase->Host()).Detach() : nullptr; });
-        });
+    return Guard([&] {
+        // Whatever was handed in at this edge came as a HostDatabase.
+        const auto cDataBase = std::dynamic_pointer_cast<HostDatabase>(m_cSchedMan->DataBase());
+        StoreIn(pVal, [&] { return cDataBase ? ComPtr<_clsDataBase>(cDataBase->Host()).Detach() : nullptr; });
+    });
 }
 
 STDMETHODIMP SchedManFace::get_AppPath(BSTR* pVal)
@@ -189,11 +184,9 @@ STDMETHODIMP SchedManFace::get_AppPath(BSTR* pVal)
 
 STDMETHODIMP SchedManFace::colSavedCatNames(_clsCollection** pVal)
 {
-    return Guard(
-        [&] {
-            StoreIn(pVal,
-                    [&] { return CollectionOut<TextAdapter>(m_cSchedMan->colSavedCatNames()).Detach(); });
-        });
+    return Guard([&] {
+        StoreIn(pVal, [&] { return CollectionOut<TextAdapter>(m_cSchedMan->colSavedCatNames()).Detach(); });
+    });
 }
 
 STDMETHODIMP SchedManFace::PopulateFromDataBase(_clsDataBase* cDataBase, BSTR strAppPath)
@@ -203,19 +196,17 @@ STDMETHODIMP SchedManFace::PopulateFromDataBase(_clsDataBase* cDataBase, BSTR st
 
 STDMETHODIMP SchedManFace::get_colMainCats(_clsCollection** pVal)
 {
-    return Guard(
-        [&]
-        { StoreIn(pVal, [&] { return CollectionOut<CatAdapter>(m_cSchedMan->colMainCats()).Detach(); }); });
+    return Guard([&] {
+        StoreIn(pVal, [&] { return CollectionOut<CatAdapter>(m_cSchedMan->colMainCats()).Detach(); });
+    });
 }
 
 STDMETHODIMP SchedManFace::get_colCuts(BSTR sCatName, LONG lCatLevel, _clsCollection** pVal)
 {
-    return Guard(
-        [&]
-        {
-            const auto colCuts = m_cSchedMan->colCuts(TextOf(sCatName), static_cast<std::int32_t>(lCatLevel));
-            StoreIn(pVal, [&] { return CollectionOut<CutAdapter>(colCuts).Detach(); });
-        });
+    return Guard([&] {
+        const auto colCuts = m_cSchedMan->colCuts(TextOf(sCatName), static_cast<std::int32_t>(lCatLevel));
+        StoreIn(pVal, [&] { return CollectionOut<CutAdapter>(colCuts).Detach(); });
+    });
 }
 
 STDMETHODIMP SchedManFace::SaveCatNames(VARIANT_BOOL* pVal)
@@ -224,146 +215,122 @@ STDMETHODIMP SchedManFace::SaveCatNames(VARIANT_BOOL* pVal)
 }
 STDMETHODIMP SchedManFace::SaveHistoryAndOrdering(_clsCat* cMainCat, VARIANT_BOOL* pVal)
 {
-    return Guard(
-        [&]
-        { StoreIn(pVal, [&] { return BoolOf(m_cSchedMan->SaveHistoryAndOrdering(CatFrom(cMainCat))); }); });
+    return Guard([&] {
+        StoreIn(pVal, [&] { return BoolOf(m_cSchedMan->SaveHistoryAndOrdering(CatFrom(cMainCat))); });
+    });
 }
 
 STDMETHODIMP SchedManFace::ShowLibraryUI()
 {
-    return Guard(
-        [&]
-        {
-            // A host may let go of the manager while its window shows.
-            const ComPtr<_clsSchedMan> cKeepAlive(this);
-            m_cSchedMan->ShowLibraryUI();
-        });
+    return Guard([&] {
+        // A host may let go of the manager while its window shows.
+        const ComPtr<_clsSchedMan> cKeepAlive(this);
+        m_cSchedMan->ShowLibraryUI();
+    });
 }
 // Fills a host's view. Logs its errors and returns them to the host. Keeps the manager alive, because the
 // view may release it during the call.
 template <class Body> HRESULT SchedManFace::FillHostsView(const wchar_t* sWhere, Body&& body)
 {
-    return Guard(
-        [&]
+    return Guard([&] {
+        const ComPtr<_clsSchedMan> cKeepAlive(this);
+        try
         {
-            const ComPtr<_clsSchedMan> cKeepAlive(this);
-            try
-            {
-                body();
-            }
-            catch (const ComError& cError)
-            {
-                m_cSchedMan->Mod().LogError(sWhere, {ErrorNumber(cError.Result()), cError.Description()});
-                throw;
-            }
-            catch (...)
-            {
-                m_cSchedMan->Mod().LogError(sWhere, CurrentError());
-                throw;
-            }
-        });
+            body();
+        }
+        catch (const ComError& cError)
+        {
+            m_cSchedMan->Mod().LogError(sWhere, {ErrorNumber(cError.Result()), cError.Description()});
+            throw;
+        }
+        catch (...)
+        {
+            m_cSchedMan->Mod().LogError(sWhere, CurrentError());
+            throw;
+        }
+    });
 }
 
 STDMETHODIMP SchedManFace::PopulateTreeView(IDispatch* oTv)
 {
-    return FillHostsView(L"PopulateTreeView [clsSchedMan]",
-                         [&]
-                         {
-                             if (!oTv)
-                                 throw RuntimeError(error::ObjectNotSet);
-                             LateBoundTree cTree(*oTv);
-                             const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan->colMainCats();
-                             ravlo::PopulateTreeView(colMainCats.get(), cTree);
-                         });
+    return FillHostsView(L"PopulateTreeView [clsSchedMan]", [&] {
+        if (!oTv)
+            throw RuntimeError(error::ObjectNotSet);
+        LateBoundTree cTree(*oTv);
+        const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan->colMainCats();
+        ravlo::PopulateTreeView(colMainCats.get(), cTree);
+    });
 }
 STDMETHODIMP SchedManFace::ShowGridCuts(IDispatch* oGrid, BSTR* strCatKey, IDispatch* oTv,
                                         IDispatch* oImageList, VARIANT_BOOL* bShowingAllAudio,
                                         VARIANT_BOOL* bShowingMoreThanOneLevel, _clsCat** cCatShown)
 {
-    return FillHostsView(L"ShowGridCuts [clsSchedMan]",
-                         [&]
-                         {
-                             if (!oGrid)
-                                 return;
-                             LateBoundGrid cGrid(*oGrid);
-                             std::optional<LateBoundTree> cTree;
-                             if (oTv && oImageList) // of the images only that there are any
-                                 cTree.emplace(*oTv);
-                             const auto shown = ravlo::ShowGridCuts(
-                                 *m_cSchedMan, cGrid, TextOf(Out(strCatKey)), cTree ? &*cTree : nullptr,
-                                 &m_cWindows->LibraryProgress());
-                             if (!shown)
-                                 return;
-                             Replace(strCatKey, shown->strCatKey);
-                             Replace(cCatShown, shown->cCatShown);
-                             if (bShowingAllAudio)
-                                 *bShowingAllAudio = BoolOf(shown->bShowingAllAudio);
-                             if (bShowingMoreThanOneLevel)
-                                 *bShowingMoreThanOneLevel = BoolOf(shown->bShowingMoreThanOneLevel);
-                         });
+    return FillHostsView(L"ShowGridCuts [clsSchedMan]", [&] {
+        if (!oGrid)
+            return;
+        LateBoundGrid cGrid(*oGrid);
+        std::optional<LateBoundTree> cTree;
+        if (oTv && oImageList) // of the images only that there are any
+            cTree.emplace(*oTv);
+        const auto shown = ravlo::ShowGridCuts(*m_cSchedMan, cGrid, TextOf(Out(strCatKey)),
+                                               cTree ? &*cTree : nullptr, &m_cWindows->LibraryProgress());
+        if (!shown)
+            return;
+        Replace(strCatKey, shown->strCatKey);
+        Replace(cCatShown, shown->cCatShown);
+        if (bShowingAllAudio)
+            *bShowingAllAudio = BoolOf(shown->bShowingAllAudio);
+        if (bShowingMoreThanOneLevel)
+            *bShowingMoreThanOneLevel = BoolOf(shown->bShowingMoreThanOneLevel);
+    });
 }
 STDMETHODIMP SchedManFace::MoveCutsInCategory(_clsCat* cCat, IDispatch* colCutsInsert, LONG PosInto)
 {
-    return Guard(
-        [&]
-        {
-            const auto cTarget = CatFrom(cCat);
-            WithItems(L"Error in InsertCuts [cSchedMan]", false,
-                      [&]
-                      {
-                          m_cSchedMan->MoveCutsInCategory(cTarget, CutsOrNone(colCutsInsert),
-                                                          static_cast<std::int32_t>(PosInto));
-                          return true;
-                      });
+    return Guard([&] {
+        const auto cTarget = CatFrom(cCat);
+        WithItems(L"Error in InsertCuts [cSchedMan]", false, [&] {
+            m_cSchedMan->MoveCutsInCategory(cTarget, CutsOrNone(colCutsInsert),
+                                            static_cast<std::int32_t>(PosInto));
+            return true;
         });
+    });
 }
 STDMETHODIMP SchedManFace::RandomizeCollection(VARIANT* ColNew)
 {
-    return Guard(
-        [&]
-        {
-            VARIANT& colNew = Out(ColNew);
-            TrapCritical(
-                m_cSchedMan->Mod(), L"Error in Randomize Collection ", false,
-                [&]
-                {
-                    const auto colItems = ItemsOf(ObjectIn<IDispatch>(colNew));
-                    const auto colShuffled = std::make_shared<ItemCollection>();
-                    for (const std::size_t position : m_cSchedMan->RandomOrderOf(colItems.size()))
-                    {
-                        const KeyedItem& item = colItems[position];
-                        const TextKey cKey(item.sKey.value_or(std::wstring()));
-                        colShuffled->Insert(colShuffled->Count(), item.sKey ? &cKey : nullptr, item.cItem);
-                    }
-                    StoreThrough(colNew, Variant(static_cast<IDispatch*>(NewCollection(colShuffled).Get())));
-                    return true;
-                });
+    return Guard([&] {
+        VARIANT& colNew = Out(ColNew);
+        TrapCritical(m_cSchedMan->Mod(), L"Error in Randomize Collection ", false, [&] {
+            const auto colItems = ItemsOf(ObjectIn<IDispatch>(colNew));
+            const auto colShuffled = std::make_shared<ItemCollection>();
+            for (const std::size_t position : m_cSchedMan->RandomOrderOf(colItems.size()))
+            {
+                const KeyedItem& item = colItems[position];
+                const TextKey cKey(item.sKey.value_or(std::wstring()));
+                colShuffled->Insert(colShuffled->Count(), item.sKey ? &cKey : nullptr, item.cItem);
+            }
+            StoreThrough(colNew, Variant(static_cast<IDispatch*>(NewCollection(colShuffled).Get())));
+            return true;
         });
+    });
 }
 STDMETHODIMP SchedManFace::ShuffleCategories(IDispatch* colCats, VARIANT_BOOL bConfirmFirst)
 {
-    return Guard(
-        [&]
-        {
-            WithItems(L"Error in ShuffleCategories [cSchedMan]", false,
-                      [&]
-                      {
-                          m_cSchedMan->ShuffleCategories(CatsIn(colCats), bConfirmFirst != VARIANT_FALSE);
-                          return true;
-                      });
+    return Guard([&] {
+        WithItems(L"Error in ShuffleCategories [cSchedMan]", false, [&] {
+            m_cSchedMan->ShuffleCategories(CatsIn(colCats), bConfirmFirst != VARIANT_FALSE);
+            return true;
         });
+    });
 }
 STDMETHODIMP SchedManFace::CreateMainCat(BSTR* sName, VARIANT_BOOL* pVal)
 {
-    return Guard(
-        [&]
-        {
-            VARIANT_BOOL& bResult = Out(pVal);
-            std::wstring sNameUsed = sName ? TextOf(*sName) : std::wstring();
-            bResult = BoolOf(m_cSchedMan->CreateMainCat(sNameUsed));
-            if (bResult != VARIANT_FALSE)
-                Replace(sName, sNameUsed);
-        });
+    return Guard([&] {
+        VARIANT_BOOL& bResult = Out(pVal);
+        std::wstring sNameUsed = sName ? TextOf(*sName) : std::wstring();
+        bResult = BoolOf(m_cSchedMan->CreateMainCat(sNameUsed));
+        if (bResult != VARIANT_FALSE)
+            Replace(sName, sNameUsed);
+    });
 }
 STDMETHODIMP SchedManFace::CreateCatLevel(_clsCat* cMainCatIn, VARIANT_BOOL* pVal)
 {
@@ -378,94 +345,80 @@ STDMETHODIMP SchedManFace::UpdateArtistTitleHistory(_clsCut* cCut)
 
 STDMETHODIMP SchedManFace::ListCats(IDispatch* colCats, BSTR* pVal)
 {
-    return Guard(
-        [&]
-        {
-            const auto list = [&] { return m_cSchedMan->ListCats(CatsIn(colCats)); };
-            StoreIn(pVal, [&]
-                    { return NewBstr(WithItems(L"Error in ListCats [cSchedMan]", std::wstring(), list)); });
-        });
+    return Guard([&] {
+        const auto list = [&] { return m_cSchedMan->ListCats(CatsIn(colCats)); };
+        StoreIn(pVal,
+                [&] { return NewBstr(WithItems(L"Error in ListCats [cSchedMan]", std::wstring(), list)); });
+    });
 }
 
 STDMETHODIMP SchedManFace::RemoveCutFromCategory(_clsCat* cMainCat, _clsCut* cCut,
                                                  _clsCollection** colMainCatsIN, LONG LevelToRemoveFrom)
 {
-    return Guard(
-        [&]
-        {
-            _clsCollection*& colAffected = Out(colMainCatsIN);
-            const auto colFound = std::make_shared<CatCollection>();
-            m_cSchedMan->RemoveCutFromCategory(CatFrom(cMainCat), CutFrom(cCut), *colFound,
-                                               static_cast<std::int32_t>(LevelToRemoveFrom));
-            if (!colAffected)
-                colAffected = CollectionOut<CatAdapter>(colFound).Detach();
-            else
-                AddMissing(*colFound, *colAffected);
-        });
+    return Guard([&] {
+        _clsCollection*& colAffected = Out(colMainCatsIN);
+        const auto colFound = std::make_shared<CatCollection>();
+        m_cSchedMan->RemoveCutFromCategory(CatFrom(cMainCat), CutFrom(cCut), *colFound,
+                                           static_cast<std::int32_t>(LevelToRemoveFrom));
+        if (!colAffected)
+            colAffected = CollectionOut<CatAdapter>(colFound).Detach();
+        else
+            AddMissing(*colFound, *colAffected);
+    });
 }
 
 STDMETHODIMP SchedManFace::DeleteCats(IDispatch* colCats, VARIANT_BOOL* pVal)
 {
-    return Guard(
-        [&]
-        {
-            const auto remove = [&] { return m_cSchedMan->DeleteCats(CatsIn(colCats)); };
-            StoreIn(pVal,
-                    [&] { return BoolOf(WithItems(L"Error in DeleteCats [cSchedMan]", false, remove)); });
-        });
+    return Guard([&] {
+        const auto remove = [&] { return m_cSchedMan->DeleteCats(CatsIn(colCats)); };
+        StoreIn(pVal, [&] { return BoolOf(WithItems(L"Error in DeleteCats [cSchedMan]", false, remove)); });
+    });
 }
 STDMETHODIMP SchedManFace::DoMassCatChange(::eCatDragOptions eCatDragOption, IDispatch* colSubCatsFrom,
                                            _clsCat* cSubCatTo, IDispatch* colCutsToChange,
                                            VARIANT_BOOL* bCreatedNewSubCats)
 {
-    return Guard(
-        [&]
-        {
-            bool bCreated = false;
-            const auto cTo = CatFrom(cSubCatTo);
-            WithItems(L"Error in DoMassCatChange [cSchedMan]", false,
-                      [&]
-                      {
-                          m_cSchedMan->DoMassCatChange(static_cast<eCatDragOptions>(eCatDragOption),
-                                                       CatsIn(colSubCatsFrom), cTo,
-                                                       CutsOrNone(colCutsToChange), bCreated);
-                          return true;
-                      });
-            if (bCreated && bCreatedNewSubCats)
-                *bCreatedNewSubCats = VARIANT_TRUE;
+    return Guard([&] {
+        bool bCreated = false;
+        const auto cTo = CatFrom(cSubCatTo);
+        WithItems(L"Error in DoMassCatChange [cSchedMan]", false, [&] {
+            m_cSchedMan->DoMassCatChange(static_cast<eCatDragOptions>(eCatDragOption), CatsIn(colSubCatsFrom),
+                                         cTo, CutsOrNone(colCutsToChange), bCreated);
+            return true;
         });
+        if (bCreated && bCreatedNewSubCats)
+            *bCreatedNewSubCats = VARIANT_TRUE;
+    });
 }
 STDMETHODIMP SchedManFace::ShowCatUI(_clsCat** cMainCatChosen, _clsCat** cSubCatChosen,
                                      VARIANT_BOOL* bOpenerChosen, BSTR sCaption, _clsCollection** colSelCuts,
                                      VARIANT_BOOL bAllowNew, VARIANT_BOOL bAllowMultiSelect, _clsCut* cCut,
                                      VARIANT* pVal)
 {
-    return Guard(
-        [&]
+    return Guard([&] {
+        const ComPtr<_clsSchedMan> cKeepAlive(this);
+        VARIANT& result = Out(pVal);
+        CategoryRequest request;
+        request.cMainCatChosen = CatFrom(cMainCatChosen ? *cMainCatChosen : nullptr);
+        request.cSubCatChosen = CatFrom(cSubCatChosen ? *cSubCatChosen : nullptr);
+        request.bOpenerChosen = bOpenerChosen && *bOpenerChosen != VARIANT_FALSE;
+        request.sCaption = TextOf(sCaption);
+        request.bAllowNew = bAllowNew != VARIANT_FALSE;
+        request.bAllowMultiSelect = bAllowMultiSelect != VARIANT_FALSE;
+        request.cCut = CutFrom(cCut);
+        const std::int32_t lAnswer = m_cSchedMan->ShowCatUI(request);
+        if (lAnswer == lChosen)
         {
-            const ComPtr<_clsSchedMan> cKeepAlive(this);
-            VARIANT& result = Out(pVal);
-            CategoryRequest request;
-            request.cMainCatChosen = CatFrom(cMainCatChosen ? *cMainCatChosen : nullptr);
-            request.cSubCatChosen = CatFrom(cSubCatChosen ? *cSubCatChosen : nullptr);
-            request.bOpenerChosen = bOpenerChosen && *bOpenerChosen != VARIANT_FALSE;
-            request.sCaption = TextOf(sCaption);
-            request.bAllowNew = bAllowNew != VARIANT_FALSE;
-            request.bAllowMultiSelect = bAllowMultiSelect != VARIANT_FALSE;
-            request.cCut = CutFrom(cCut);
-            const std::int32_t lAnswer = m_cSchedMan->ShowCatUI(request);
-            if (lAnswer == lChosen)
-            {
-                Replace(cMainCatChosen, request.cMainCatChosen);
-                Replace(cSubCatChosen, request.cSubCatChosen);
-                if (bOpenerChosen)
-                    *bOpenerChosen = BoolOf(request.bOpenerChosen);
-                if (colSelCuts)
-                    ComPtr<_clsCollection>::Adopt(
-                        std::exchange(*colSelCuts, CollectionOfCuts(request.colSelCuts).Detach()));
-            }
-            result = Variant(lAnswer).Detach();
-        });
+            Replace(cMainCatChosen, request.cMainCatChosen);
+            Replace(cSubCatChosen, request.cSubCatChosen);
+            if (bOpenerChosen)
+                *bOpenerChosen = BoolOf(request.bOpenerChosen);
+            if (colSelCuts)
+                ComPtr<_clsCollection>::Adopt(
+                    std::exchange(*colSelCuts, CollectionOfCuts(request.colSelCuts).Detach()));
+        }
+        result = Variant(lAnswer).Detach();
+    });
 }
 
 STDMETHODIMP SchedManFace::get_NextCutFromRotation(BSTR strSubCatKey, VARIANT_BOOL bMustBeOpener,
@@ -474,22 +427,19 @@ STDMETHODIMP SchedManFace::get_NextCutFromRotation(BSTR strSubCatKey, VARIANT_BO
                                                    VARIANT_BOOL bForEditablePlaylist, VARIANT_BOOL bSave,
                                                    _clsCut** pVal)
 {
-    return Guard(
-        [&]
-        {
-            _clsCut*& cResult = Out(pVal);
-            std::shared_ptr<clsCat> cMainCatFound;
-            std::shared_ptr<clsCat> cSubCatFound;
-            std::wstring sMainCatKeyFound;
-            const auto cCut = m_cSchedMan->NextCutFromRotation(
-                TextOf(strSubCatKey), bMustBeOpener != VARIANT_FALSE, CutFrom(cPrevSchedCut), cMainCatFound,
-                cSubCatFound, sMainCatKeyFound, bForEditablePlaylist != VARIANT_FALSE,
-                bSave != VARIANT_FALSE);
-            Replace(cMainCat, cMainCatFound);
-            Replace(cSubCat, cSubCatFound);
-            Replace(sMainCatKey, sMainCatKeyFound);
-            cResult = CutOut(cCut).Detach();
-        });
+    return Guard([&] {
+        _clsCut*& cResult = Out(pVal);
+        std::shared_ptr<clsCat> cMainCatFound;
+        std::shared_ptr<clsCat> cSubCatFound;
+        std::wstring sMainCatKeyFound;
+        const auto cCut = m_cSchedMan->NextCutFromRotation(
+            TextOf(strSubCatKey), bMustBeOpener != VARIANT_FALSE, CutFrom(cPrevSchedCut), cMainCatFound,
+            cSubCatFound, sMainCatKeyFound, bForEditablePlaylist != VARIANT_FALSE, bSave != VARIANT_FALSE);
+        Replace(cMainCat, cMainCatFound);
+        Replace(cSubCat, cSubCatFound);
+        Replace(sMainCatKey, sMainCatKeyFound);
+        cResult = CutOut(cCut).Detach();
+    });
 }
 
 STDMETHODIMP SchedManFace::get_RotatesAllowed(VARIANT_BOOL* pVal)

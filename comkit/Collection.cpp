@@ -71,12 +71,10 @@ public:
         if (!pItems || (!plFetched && lCount != 1))
             return E_POINTER;
         ULONG lFetched = 0;
-        const HRESULT hResult = GuardAs(IID_IEnumVARIANT, CollectionFace::identity.sProgID,
-                                        [&]
-                                        {
-                                            for (; lFetched < lCount && m_next < m_count(); ++lFetched)
-                                                pItems[lFetched] = m_at(m_next++).Detach();
-                                        });
+        const HRESULT hResult = GuardAs(IID_IEnumVARIANT, CollectionFace::identity.sProgID, [&] {
+            for (; lFetched < lCount && m_next < m_count(); ++lFetched)
+                pItems[lFetched] = m_at(m_next++).Detach();
+        });
         if (FAILED(hResult))
             while (lFetched > 0)
                 Clear(pItems[--lFetched]); // what fails hands out nothing
@@ -89,12 +87,10 @@ public:
     STDMETHODIMP Skip(ULONG lCount) override
     {
         std::size_t left = 0;
-        const HRESULT hResult = GuardAs(IID_IEnumVARIANT, CollectionFace::identity.sProgID,
-                                        [&]
-                                        {
-                                            const std::size_t total = m_count();
-                                            left = m_next < total ? total - m_next : 0;
-                                        });
+        const HRESULT hResult = GuardAs(IID_IEnumVARIANT, CollectionFace::identity.sProgID, [&] {
+            const std::size_t total = m_count();
+            left = m_next < total ? total - m_next : 0;
+        });
         if (FAILED(hResult))
             return hResult;
         m_next += std::min<std::size_t>(lCount, left);
@@ -107,12 +103,9 @@ public:
     }
     STDMETHODIMP Clone(IEnumVARIANT** ppEnum) override
     {
-        return GuardAs(
-            IID_IEnumVARIANT, CollectionFace::identity.sProgID,
-            [&] {
-                StoreIn(ppEnum,
-                        [&] { return NewObject<Enumerator>(m_cOwner, m_count, m_at, m_next).Detach(); });
-            });
+        return GuardAs(IID_IEnumVARIANT, CollectionFace::identity.sProgID, [&] {
+            StoreIn(ppEnum, [&] { return NewObject<Enumerator>(m_cOwner, m_count, m_at, m_next).Detach(); });
+        });
     }
 
 private:
@@ -138,12 +131,10 @@ CollectionFace::CollectionFace(const void* pIdentity, std::unique_ptr<Collection
 
 STDMETHODIMP CollectionFace::Add(VARIANT Item, VARIANT Key, VARIANT Before, VARIANT After)
 {
-    return Guard(
-        [&]
-        {
-            const auto sKey = KeyFrom(Key);
-            m_cModel->Insert(PlaceFrom(*m_cModel, Before, After), sKey, Item);
-        });
+    return Guard([&] {
+        const auto sKey = KeyFrom(Key);
+        m_cModel->Insert(PlaceFrom(*m_cModel, Before, After), sKey, Item);
+    });
 }
 
 STDMETHODIMP CollectionFace::get_Item(VARIANT Index, VARIANT* pVal)
@@ -153,16 +144,14 @@ STDMETHODIMP CollectionFace::get_Item(VARIANT Index, VARIANT* pVal)
 
 STDMETHODIMP CollectionFace::Exists(VARIANT Key, VARIANT_BOOL* pVal)
 {
-    return Guard(
-        [&]
-        {
-            VARIANT_BOOL& bExists = Out(pVal);
-            const Variant cKey = Variant::Dereferenced(Key);
-            if (cKey.vt == VT_BSTR)
-                bExists = BoolOf(m_cModel->PositionOf(TextOf(cKey.bstrVal)).has_value());
-            else
-                bExists = BoolOf(FindPosition(cKey, m_cModel->Count()).has_value());
-        });
+    return Guard([&] {
+        VARIANT_BOOL& bExists = Out(pVal);
+        const Variant cKey = Variant::Dereferenced(Key);
+        if (cKey.vt == VT_BSTR)
+            bExists = BoolOf(m_cModel->PositionOf(TextOf(cKey.bstrVal)).has_value());
+        else
+            bExists = BoolOf(FindPosition(cKey, m_cModel->Count()).has_value());
+    });
 }
 
 STDMETHODIMP CollectionFace::Remove(VARIANT Index)
@@ -177,21 +166,19 @@ STDMETHODIMP CollectionFace::get_Count(LONG* pVal)
 
 STDMETHODIMP CollectionFace::get__NewEnum(IUnknown** ppEnum)
 {
-    return Guard(
-        [&]
-        {
-            CollectionModel* pModel =
-                m_cModel.get(); // lives as long as its owner, which the enumerator holds
-            StoreIn(ppEnum,
-                    [&]
-                    {
-                        return NewEnumerator(
-                                   ComPtr<IUnknown>(static_cast<_clsCollection*>(this)),
-                                   [pModel] { return pModel->Count(); },
-                                   [pModel](std::size_t position) { return pModel->At(position); })
-                            .Detach();
-                    });
+    return Guard([&] {
+        CollectionModel* pModel = m_cModel.get(); // lives as long as its owner, which the enumerator holds
+        StoreIn(ppEnum, [&] {
+            return NewEnumerator(
+                       ComPtr<IUnknown>(static_cast<_clsCollection*>(this)),
+                       [pModel] {
+                return pModel->Count();
+                       },
+                       [pModel](std::size_t position) {
+                return pModel->At(position);
+            }).Detach();
         });
+    });
 }
 
 ComPtr<CollectionFace> NewCollection(const std::shared_ptr<ItemCollection>& colItems)
@@ -213,13 +200,10 @@ void ForEachItem(IDispatch* colItems, const std::function<void(const Variant&)>&
         throw RuntimeError(error::ObjectNotSet);
     DISPPARAMS none{};
     Variant cResult;
-    const HRESULT hEnum = Outgoing(
-        [&]
-        {
-            return colItems->Invoke(DISPID_NEWENUM, IID_NULL, LOCALE_USER_DEFAULT,
-                                    DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none, &cResult, nullptr,
-                                    nullptr);
-        });
+    const HRESULT hEnum = Outgoing([&] {
+        return colItems->Invoke(DISPID_NEWENUM, IID_NULL, LOCALE_USER_DEFAULT,
+                                DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none, &cResult, nullptr, nullptr);
+    });
     if (FAILED(hEnum))
         throw RuntimeError(lNoEnumeration);
     const auto cEnum = ObjectIn<IEnumVARIANT>(cResult);

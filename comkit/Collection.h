@@ -107,13 +107,10 @@ template <class Adapter, class Item>
 ComPtr<CollectionFace> FaceOfCollection(const std::shared_ptr<OrderedKeyedCollection<Item>>& colItems,
                                         const typename LiveCollection<Item, Adapter>::Accept& accept = {})
 {
-    return FaceMap<CollectionFace>::Instance().Get(
-        colItems.get(),
-        [&]
-        {
-            return NewObject<CollectionFace>(
-                colItems.get(), std::make_unique<LiveCollection<Item, Adapter>>(colItems, accept));
-        });
+    return FaceMap<CollectionFace>::Instance().Get(colItems.get(), [&] {
+        return NewObject<CollectionFace>(colItems.get(),
+                                         std::make_unique<LiveCollection<Item, Adapter>>(colItems, accept));
+    });
 }
 
 // A free-standing collection of values of any kind.

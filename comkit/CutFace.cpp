@@ -138,21 +138,17 @@ STDMETHODIMP CutFace::put_CategoryText(BSTR newVal) { return Put(newVal, &Cut::S
 
 STDMETHODIMP CutFace::get_Categories(_clsCollection** pVal)
 {
-    return Guard(
-        [&]
-        {
-            StoreIn(pVal,
-                    [&]
-                    {
-                        return FaceMap<CollectionFace>::Instance()
-                            .Get(m_cCut.get(),
-                                 [&] {
-                                     return NewObject<CollectionFace>(
-                                         m_cCut.get(), std::make_unique<CategoriesModel>(m_cCut));
-                                 })
-                            .Detach();
-                    });
+    return Guard([&] {
+        StoreIn(pVal, [&] {
+            return FaceMap<CollectionFace>::Instance()
+                .Get(
+                    m_cCut.get(),
+                    [&] {
+                return NewObject<CollectionFace>(m_cCut.get(), std::make_unique<CategoriesModel>(m_cCut));
+                    })
+                .Detach();
         });
+    });
 }
 
 STDMETHODIMP CutFace::get_RunTimemS(LONG* pVal) { return Get(pVal, &Cut::RunTimemS); }

@@ -78,12 +78,10 @@ public:
         if (!pArguments)
             return E_POINTER;
         HRESULT hInvoke = E_FAIL;
-        const HRESULT hResult = Guard(
-            [&]
-            {
-                hInvoke = Description().Invoke(static_cast<I*>(this), lMember, lcid, wFlags, *pArguments,
-                                               pResult, pExcepInfo, pArgErr);
-            });
+        const HRESULT hResult = Guard([&] {
+            hInvoke = Description().Invoke(static_cast<I*>(this), lMember, lcid, wFlags, *pArguments, pResult,
+                                           pExcepInfo, pArgErr);
+        });
         return FAILED(hResult) ? hResult : hInvoke;
     }
 

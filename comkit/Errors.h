@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "comkit/Com.h"
 #include "base/RuntimeError.h"
+#include "comkit/Com.h"
 
 #include <stdexcept>
 #include <string>

@@ -55,9 +55,9 @@ public:
     }
     STDMETHODIMP Clone(Interface** ppEnum) override
     {
-        return GuardAs(
-            __uuidof(Interface), L"",
-            [&] { StoreIn(ppEnum, [&] { return NewObject<ListEnum>(m_colItems, m_next).Detach(); }); });
+        return GuardAs(__uuidof(Interface), L"", [&] {
+            StoreIn(ppEnum, [&] { return NewObject<ListEnum>(m_colItems, m_next).Detach(); });
+        });
     }
 
 private:
@@ -97,12 +97,10 @@ try
         Variant cResult;
         EXCEPINFO info{};
         UINT lArgErr = 0;
-        Outgoing(
-            [&]
-            {
-                return sink.cSink->Invoke(lEvent, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &arguments,
-                                          &cResult, &info, &lArgErr);
-            });
+        Outgoing([&] {
+            return sink.cSink->Invoke(lEvent, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &arguments,
+                                      &cResult, &info, &lArgErr);
+        });
         SysFreeString(info.bstrSource);
         SysFreeString(info.bstrDescription);
         SysFreeString(info.bstrHelpFile);
@@ -122,14 +120,11 @@ STDMETHODIMP_(ULONG) EventSource::Release() { return m_cOwner.Release(); }
 
 STDMETHODIMP EventSource::EnumConnectionPoints(IEnumConnectionPoints** ppEnum)
 {
-    return GuardAs(
-        IID_IConnectionPointContainer, L"",
-        [&]
-        {
-            StoreIn(
-                ppEnum, [&]
-                { return NewObject<PointEnum>(std::vector{ComPtr<IConnectionPoint>(&m_cPoint)}).Detach(); });
+    return GuardAs(IID_IConnectionPointContainer, L"", [&] {
+        StoreIn(ppEnum, [&] {
+            return NewObject<PointEnum>(std::vector{ComPtr<IConnectionPoint>(&m_cPoint)}).Detach();
         });
+    });
 }
 
 STDMETHODIMP EventSource::FindConnectionPoint(REFIID iid, IConnectionPoint** ppPoint)
@@ -178,17 +173,15 @@ STDMETHODIMP EventSource::Point::Advise(IUnknown* pSink, DWORD* plCookie)
     if (!pSink || !plCookie)
         return E_POINTER;
     *plCookie = 0;
-    return GuardAs(IID_IConnectionPoint, L"",
-                   [&]
-                   {
-                       auto cSink = ComPtr<IUnknown>(pSink).As<IDispatch>(m_cSource.m_iidSource);
-                       if (!cSink)
-                           cSink = ComPtr<IUnknown>(pSink).As<IDispatch>();
-                       if (!cSink)
-                           throw ComError(CONNECT_E_CANNOTCONNECT, L"The sink does not take these events");
-                       m_cSource.m_colSinks.push_back({m_cSource.m_lLastCookie + 1, std::move(cSink)});
-                       *plCookie = ++m_cSource.m_lLastCookie;
-                   });
+    return GuardAs(IID_IConnectionPoint, L"", [&] {
+        auto cSink = ComPtr<IUnknown>(pSink).As<IDispatch>(m_cSource.m_iidSource);
+        if (!cSink)
+            cSink = ComPtr<IUnknown>(pSink).As<IDispatch>();
+        if (!cSink)
+            throw ComError(CONNECT_E_CANNOTCONNECT, L"The sink does not take these events");
+        m_cSource.m_colSinks.push_back({m_cSource.m_lLastCookie + 1, std::move(cSink)});
+        *plCookie = ++m_cSource.m_lLastCookie;
+    });
 }
 
 STDMETHODIMP EventSource::Point::Unadvise(DWORD lCookie)
@@ -206,14 +199,12 @@ STDMETHODIMP EventSource::Point::Unadvise(DWORD lCookie)
 
 STDMETHODIMP EventSource::Point::EnumConnections(IEnumConnections** ppEnum)
 {
-    return GuardAs(IID_IConnectionPoint, L"",
-                   [&]
-                   {
-                       std::vector<std::pair<DWORD, ComPtr<IDispatch>>> colItems;
-                       for (const Sink& sink : m_cSource.m_colSinks)
-                           colItems.emplace_back(sink.lCookie, sink.cSink);
-                       StoreIn(ppEnum, [&] { return NewObject<SinkEnum>(std::move(colItems)).Detach(); });
-                   });
+    return GuardAs(IID_IConnectionPoint, L"", [&] {
+        std::vector<std::pair<DWORD, ComPtr<IDispatch>>> colItems;
+        for (const Sink& sink : m_cSource.m_colSinks)
+            colItems.emplace_back(sink.lCookie, sink.cSink);
+        StoreIn(ppEnum, [&] { return NewObject<SinkEnum>(std::move(colItems)).Detach(); });
+    });
 }
 
 } // namespace ravlo

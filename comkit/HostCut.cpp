@@ -171,9 +171,9 @@ bool HostCut::Contains(_clsCollection& colNames, std::wstring_view sName) const
         return true;
     const std::wstring sFolded = FoldCase(sName);
     const std::vector<std::wstring> colAssignments = AssignmentsIn(colNames);
-    return std::any_of(colAssignments.begin(), colAssignments.end(),
-                       [&](const std::wstring& sAssignment)
-                       { return FoldCase(BareName(sAssignment)) == sFolded; });
+    return std::any_of(colAssignments.begin(), colAssignments.end(), [&](const std::wstring& sAssignment) {
+        return FoldCase(BareName(sAssignment)) == sFolded;
+    });
 }
 
 bool HostCut::HasCategoryName(std::wstring_view sName) const { return Contains(*Categories(), sName); }
@@ -192,8 +192,9 @@ void HostCut::AddCategoryName(const std::wstring& sName)
 void HostCut::RemoveCategoryName(const std::wstring& sName)
 {
     const auto colNames = Categories();
-    const auto remove = [&](const Variant& cIndex)
-    { ThrowIfFailed(Outgoing([&] { return colNames->Remove(cIndex); }), *colNames, IID__clsCollection); };
+    const auto remove = [&](const Variant& cIndex) {
+        ThrowIfFailed(Outgoing([&] { return colNames->Remove(cIndex); }), *colNames, IID__clsCollection);
+    };
     if (HasKey(*colNames, sName))
         remove(Variant{std::wstring_view(sName)});
     // What is left goes by position, the last one first: an assignment's key is the host's own affair.

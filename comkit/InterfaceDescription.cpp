@@ -106,8 +106,7 @@ InterfaceDescription::InterfaceDescription(REFIID iid, ComPtr<ITypeInfo> cInfo)
 
 const InterfaceDescription::Member* InterfaceDescription::Find(DISPID lMember, WORD wFlags) const noexcept
 {
-    const auto find = [&](int lKinds) -> const Member*
-    {
+    const auto find = [&](int lKinds) -> const Member* {
         for (const Member& member : m_colMembers)
             if (member.lMember == lMember && (member.eKind & lKinds) != 0)
                 return &member;
@@ -215,11 +214,10 @@ HRESULT InterfaceDescription::Call::Fill(const Parameter& parameter, Slot& slot)
         else if (parameter.vt == VT_VARIANT)
             slot.cValue = cGiven;
         else
-            hResult = Outgoing(
-                [&] {
-                    return VariantChangeTypeEx(&slot.cValue, const_cast<Variant*>(&cGiven), m_lcid, 0,
-                                               parameter.vt);
-                });
+            hResult = Outgoing([&] {
+                return VariantChangeTypeEx(&slot.cValue, const_cast<Variant*>(&cGiven), m_lcid, 0,
+                                           parameter.vt);
+            });
         if (FAILED(hResult))
         {
             // A variable that only receives may hold anything before the call. An object that a member is to
@@ -438,13 +436,10 @@ HRESULT InterfaceDescription::Invoke(IDispatch* pObject, DISPID lMember, LCID lc
     call.GiveBack(&cObject);
     if (cObject.vt != VT_DISPATCH || !cObject.pdispVal)
         return DISP_E_BADPARAMCOUNT;
-    return Outgoing(
-        [&]
-        {
-            return cObject.pdispVal->Invoke(DISPID_VALUE, IID_NULL, lcid, wFlags,
-                                            const_cast<DISPPARAMS*>(&arguments), pResult, pExcepInfo,
-                                            pArgErr);
-        });
+    return Outgoing([&] {
+        return cObject.pdispVal->Invoke(DISPID_VALUE, IID_NULL, lcid, wFlags,
+                                        const_cast<DISPPARAMS*>(&arguments), pResult, pExcepInfo, pArgErr);
+    });
 }
 
 } // namespace ravlo

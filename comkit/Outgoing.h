@@ -24,21 +24,17 @@ template <class Call> HRESULT Outgoing(Call&& call) noexcept
 // The calls that answer nothing of use and are made where nothing may be thrown.
 template <class I> void TakeReference(I* pObject) noexcept
 {
-    Outgoing(
-        [&]
-        {
-            pObject->AddRef();
-            return S_OK;
-        });
+    Outgoing([&] {
+        pObject->AddRef();
+        return S_OK;
+    });
 }
 template <class I> void LetGo(I* pObject) noexcept
 {
-    Outgoing(
-        [&]
-        {
-            pObject->Release();
-            return S_OK;
-        });
+    Outgoing([&] {
+        pObject->Release();
+        return S_OK;
+    });
 }
 template <class I> HRESULT Ask(I* pObject, REFIID iid, void** ppvObject) noexcept
 {

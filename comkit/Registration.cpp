@@ -196,15 +196,12 @@ void UnregisterLibrary(RegistrationScope eScope, const EmbeddedTypeLibrary& libr
 
 HRESULT RegisterModule(RegistrationScope eScope) noexcept
 {
-    const HRESULT hResult =
-        GuardAs(IID_NULL, L"",
-                [&]
-                {
-                    for (const CoClass& coClass : module::Parts().colClasses)
-                        RegisterClass(RootOf(eScope), coClass.identity);
-                    for (const EmbeddedTypeLibrary& library : module::Parts().colTypeLibraries)
-                        RegisterLibrary(eScope, library);
-                });
+    const HRESULT hResult = GuardAs(IID_NULL, L"", [&] {
+        for (const CoClass& coClass : module::Parts().colClasses)
+            RegisterClass(RootOf(eScope), coClass.identity);
+        for (const EmbeddedTypeLibrary& library : module::Parts().colTypeLibraries)
+            RegisterLibrary(eScope, library);
+    });
     if (FAILED(hResult))
         UnregisterModule(eScope);
     return hResult;
@@ -214,12 +211,10 @@ HRESULT UnregisterModule(RegistrationScope eScope) noexcept
 {
     for (const CoClass& coClass : module::Parts().colClasses)
         UnregisterClass(RootOf(eScope), coClass.identity);
-    return GuardAs(IID_NULL, L"",
-                   [&]
-                   {
-                       for (const EmbeddedTypeLibrary& library : module::Parts().colTypeLibraries)
-                           UnregisterLibrary(eScope, library);
-                   });
+    return GuardAs(IID_NULL, L"", [&] {
+        for (const EmbeddedTypeLibrary& library : module::Parts().colTypeLibraries)
+            UnregisterLibrary(eScope, library);
+    });
 }
 
 HRESULT InstallModule(bool bInstall, const wchar_t* sCommand) noexcept

@@ -35,35 +35,29 @@ ValueListFace::ValueListFace() : Dispatch(identity) {}
 
 STDMETHODIMP ValueListFace::Add(VARIANT Value)
 {
-    return Guard(
-        [&]
-        {
-            Variant cValue = Variant::Dereferenced(Value);
-            if (!IsNumber(cValue) && cValue.vt != VT_BSTR)
-                throw RuntimeError(error::TypeMismatch);
-            const auto place = std::upper_bound(m_colValues.begin(), m_colValues.end(), cValue, ComesBefore);
-            m_colValues.insert(place, std::move(cValue));
-        });
+    return Guard([&] {
+        Variant cValue = Variant::Dereferenced(Value);
+        if (!IsNumber(cValue) && cValue.vt != VT_BSTR)
+            throw RuntimeError(error::TypeMismatch);
+        const auto place = std::upper_bound(m_colValues.begin(), m_colValues.end(), cValue, ComesBefore);
+        m_colValues.insert(place, std::move(cValue));
+    });
 }
 
 STDMETHODIMP ValueListFace::get_Item(VARIANT Index, VARIANT* pVal)
 {
-    return Guard(
-        [&]
-        {
-            const std::size_t position = PositionFrom(Variant::Dereferenced(Index), m_colValues.size());
-            StoreIn(pVal, [&] { return Variant(m_colValues[position]).Detach(); });
-        });
+    return Guard([&] {
+        const std::size_t position = PositionFrom(Variant::Dereferenced(Index), m_colValues.size());
+        StoreIn(pVal, [&] { return Variant(m_colValues[position]).Detach(); });
+    });
 }
 
 STDMETHODIMP ValueListFace::Remove(VARIANT Index)
 {
-    return Guard(
-        [&]
-        {
-            const std::size_t position = PositionFrom(Variant::Dereferenced(Index), m_colValues.size());
-            m_colValues.erase(m_colValues.begin() + static_cast<std::ptrdiff_t>(position));
-        });
+    return Guard([&] {
+        const std::size_t position = PositionFrom(Variant::Dereferenced(Index), m_colValues.size());
+        m_colValues.erase(m_colValues.begin() + static_cast<std::ptrdiff_t>(position));
+    });
 }
 
 STDMETHODIMP ValueListFace::get_Count(LONG* pVal)
@@ -73,19 +67,18 @@ STDMETHODIMP ValueListFace::get_Count(LONG* pVal)
 
 STDMETHODIMP ValueListFace::get__NewEnum(IUnknown** ppEnum)
 {
-    return Guard(
-        [&]
-        {
-            StoreIn(ppEnum,
-                    [&]
-                    {
-                        return NewEnumerator(
-                                   ComPtr<IUnknown>(static_cast<_clsValueList*>(this)),
-                                   [this] { return m_colValues.size(); },
-                                   [this](std::size_t position) { return m_colValues[position]; })
-                            .Detach();
-                    });
+    return Guard([&] {
+        StoreIn(ppEnum, [&] {
+            return NewEnumerator(
+                       ComPtr<IUnknown>(static_cast<_clsValueList*>(this)),
+                       [this] {
+                return m_colValues.size();
+                       },
+                       [this](std::size_t position) {
+                return m_colValues[position];
+            }).Detach();
         });
+    });
 }
 
 } // namespace ravlo

@@ -96,9 +96,9 @@ std::optional<Variant> Variant::As(VARTYPE vtWanted) const
 {
     Variant cResult;
     // An object is asked for the value of its default member.
-    const HRESULT hResult = Outgoing(
-        [&]
-        { return VariantChangeTypeEx(&cResult, const_cast<Variant*>(this), LOCALE_INVARIANT, 0, vtWanted); });
+    const HRESULT hResult = Outgoing([&] {
+        return VariantChangeTypeEx(&cResult, const_cast<Variant*>(this), LOCALE_INVARIANT, 0, vtWanted);
+    });
     if (FAILED(hResult))
         return std::nullopt;
     return cResult;

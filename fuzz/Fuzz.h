@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/common/Latin1252CodePage.h"
 #include "base/Utf8.h"
+#include "platform/common/Latin1252CodePage.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "base/csv/CsvReader.h"
 #include "fuzz/Fuzz.h"
 #include "host/day/HostError.h"
 #include "host/day/Slots.h"
-#include "base/csv/CsvReader.h"
 
 #include <optional>
 

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "base/CaseFolding.h"
+#include "base/DateTime.h"
 #include "base/Text.h"
 #include "fuzz/Fuzz.h"
-#include "base/DateTime.h"
 #include "ravlobase/Store.h"
 
 #include <set>

@@ -126,10 +126,9 @@ void SetText(const TempFolder& cFolder, Files& files, Input& input)
         sColumn == "name"
             ? "UPDATE cut_categories SET name=? WHERE cut_id=(SELECT id FROM cuts LIMIT 1 OFFSET ?)"
             : "UPDATE cuts SET " + sColumn + "=? WHERE id=(SELECT id FROM cuts LIMIT 1 OFFSET ?)";
-    Set(cFolder, files, sSql, row,
-        [&](sqlite3_stmt* pStatement) {
-            sqlite3_bind_text(pStatement, 1, bytes.data(), static_cast<int>(bytes.size()), SQLITE_TRANSIENT);
-        });
+    Set(cFolder, files, sSql, row, [&](sqlite3_stmt* pStatement) {
+        sqlite3_bind_text(pStatement, 1, bytes.data(), static_cast<int>(bytes.size()), SQLITE_TRANSIENT);
+    });
 }
 
 void SetNumber(const TempFolder& cFolder, Files& files, Input& input)

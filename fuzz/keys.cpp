@@ -72,8 +72,8 @@ void Show(Asked& asked, const std::wstring& sKey)
     RAVLO_REQUIRE(shown.has_value());
     const std::size_t all = asked.cState.cDataBase->colCuts.size();
     const std::size_t wanted = shown->bShowingAllAudio ? all
-                                : shown->cCatShown ? static_cast<std::size_t>(shown->cCatShown->TotalCuts())
-                                                   : 0;
+                               : shown->cCatShown ? static_cast<std::size_t>(shown->cCatShown->TotalCuts())
+                                                  : 0;
     RAVLO_REQUIRE(cGrid.rows == wanted);
     // What it calls the category shows the same again.
     const auto again = ShowGridCuts(*asked.cProgram->cSchedMan, cGrid, shown->strCatKey, nullptr, nullptr);

@@ -4,10 +4,10 @@
 #include "fuzz/Fuzz.h"
 
 #include "base/CaseFolding.h"
-#include "base/Text.h"
 #include "base/RuntimeError.h"
-#include "ravlobase/LibraryCsv.h"
+#include "base/Text.h"
 #include "base/csv/CsvReader.h"
+#include "ravlobase/LibraryCsv.h"
 
 #include <set>
 
@@ -71,8 +71,9 @@ std::string Written(const std::vector<LibraryRow>& colRows)
 {
     std::string sText = "artist,title,album,secondary_key,year,duration_ms,run_time_ms,level,opener,"
                         "last_played,categories,path\n";
-    const auto number = [&](const std::optional<std::int32_t>& lValue)
-    { Cell(sText, lValue ? DecimalText(*lValue) : L""); };
+    const auto number = [&](const std::optional<std::int32_t>& lValue) {
+        Cell(sText, lValue ? DecimalText(*lValue) : L"");
+    };
     for (const LibraryRow& row : colRows)
     {
         for (const auto& sValue : {row.sArtist, row.sTitle, row.sAlbum, row.sSecondaryKey})

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "base/Utf8.h"
 #include "comkit/Errors.h"
 #include "host/client/Commands.h"
 #include "host/client/WhatFailed.h"
-#include "base/Utf8.h"
 
 #include <algorithm>
 

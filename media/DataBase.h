@@ -26,8 +26,8 @@ public:
     virtual void ProgressDone(const std::wstring& sStatus) = 0;
 };
 
-// A media database, as far as the scheduler needs it. The same cut is always handed out as the same object while anyone
-// holds it. Any call may throw RuntimeError.
+// A media database, as far as the scheduler needs it. The same cut is always handed out as the same object
+// while anyone holds it. Any call may throw RuntimeError.
 class DataBase
 {
 public:
@@ -43,8 +43,9 @@ public:
     // A free-standing cut that the database does not hold.
     virtual std::shared_ptr<Cut> NewCut() const = 0;
 
-    // Changes to the properties of cuts between BeginBatch and Commit are one change on the disk, so that a change of
-    // thousands of cuts does not wait for the disk thousands of times. A batch that ends without Commit undoes them.
+    // Changes to the properties of cuts between BeginBatch and Commit are one change on the disk, so that a
+    // change of thousands of cuts does not wait for the disk thousands of times. A batch that ends without
+    // Commit undoes them.
     class Batch
     {
     public:
@@ -54,8 +55,8 @@ public:
     // Null when the database offers none: each change is durable by itself then.
     virtual std::unique_ptr<Batch> BeginBatch() { return nullptr; }
 
-    // Events go to the listener until Unadvise. The listener is not owned. Advising twice replaces nothing: each
-    // listener is kept once.
+    // Events go to the listener until Unadvise. The listener is not owned. Advising twice replaces nothing:
+    // each listener is kept once.
     virtual void Advise(DataBaseEvents& cEvents) = 0;
     virtual void Unadvise(DataBaseEvents& cEvents) noexcept = 0;
 };

@@ -60,8 +60,9 @@ public:
     void RemoveCategoryName(const std::wstring& sName) override
     {
         // Compared with a copy: the name may be one of the list's own.
-        std::erase_if(m_sCategoryNames, [sGone = sName](const std::wstring& sOther)
-                      { return EqualIgnoringCase(sOther, sGone); });
+        std::erase_if(m_sCategoryNames, [sGone = sName](const std::wstring& sOther) {
+            return EqualIgnoringCase(sOther, sGone);
+        });
     }
     std::wstring CategoryText() const override
     {

@@ -410,23 +410,21 @@ std::int32_t clsCat::TotalCuts() const noexcept
 
 bool clsCat::AddSubCat(const std::shared_ptr<clsCat>& cSubCat)
 {
-    return Trap(m_cMod, L"AddSubCat [clsCat]", false,
-                [&]
-                {
-                    if (!cSubCat)
-                        return false;
-                    if (cSubCat->CatLevel() == 0)
-                    {
-                        m_cMod.Box(BoxIcon::Critical, BoxButtons::Ok, L"Please contact support.",
-                                   L"Illegal - a subcat MUST have a level");
-                        return false;
-                    }
-                    RequireLevel(*cSubCat);
-                    if (!InsertLevel(TextKey(DecimalText(cSubCat->CatLevel())), cSubCat))
-                        return false;
-                    cSubCat->SetMainCat(shared_from_this());
-                    return true;
-                });
+    return Trap(m_cMod, L"AddSubCat [clsCat]", false, [&] {
+        if (!cSubCat)
+            return false;
+        if (cSubCat->CatLevel() == 0)
+        {
+            m_cMod.Box(BoxIcon::Critical, BoxButtons::Ok, L"Please contact support.",
+                       L"Illegal - a subcat MUST have a level");
+            return false;
+        }
+        RequireLevel(*cSubCat);
+        if (!InsertLevel(TextKey(DecimalText(cSubCat->CatLevel())), cSubCat))
+            return false;
+        cSubCat->SetMainCat(shared_from_this());
+        return true;
+    });
 }
 
 void clsCat::RequireLevel(const clsCat& cSubCat) const
@@ -452,8 +450,9 @@ bool clsCat::InsertLevel(const TextKey& cKey, const std::shared_ptr<clsCat>& cSu
     if (LevelsInOrder())
     {
         const auto it = std::upper_bound(m_colSubCats->begin(), m_colSubCats->end(), cSubCat->CatLevel(),
-                                         [](std::int32_t lLevel, const std::shared_ptr<clsCat>& cOther)
-                                         { return lLevel < cOther->CatLevel(); });
+                                         [](std::int32_t lLevel, const std::shared_ptr<clsCat>& cOther) {
+            return lLevel < cOther->CatLevel();
+        });
         const auto position = static_cast<std::size_t>(it - m_colSubCats->begin());
         if (!m_colSubCats->Insert(position, &cKey, cSubCat))
             return false;
@@ -479,8 +478,7 @@ void clsCat::SortSubCats()
     // In place, so that a host that holds the collection keeps seeing this category's levels. Whatever a host
     // put out of order is put right on the way.
     const auto LevelAt = [this](std::size_t position) { return m_colSubCats->At(position)->CatLevel(); };
-    const auto IsBefore = [&](std::size_t left, std::size_t right)
-    { return LevelAt(left) < LevelAt(right); };
+    const auto IsBefore = [&](std::size_t left, std::size_t right) { return LevelAt(left) < LevelAt(right); };
     std::vector<std::size_t> colOrder(m_colSubCats->Count());
     std::iota(colOrder.begin(), colOrder.end(), std::size_t{0});
     if (!std::is_sorted(colOrder.begin(), colOrder.end(), IsBefore))

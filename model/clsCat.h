@@ -127,7 +127,7 @@ private:
     std::int32_t m_lCatLevel = 0;
     std::shared_ptr<CutCollection> m_colSchedCuts;
     std::shared_ptr<CatCollection> m_colSubCats;
-    std::uint64_t m_orderedAt = 0;  // the Changes of SubCats at which its levels were in order
+    std::uint64_t m_orderedAt = 0;   // the Changes of SubCats at which its levels were in order
     bool m_bLevelRenumbered = false; // since then
     std::int64_t m_totalRunTime =
         0; // ms; 64 bits, so that averages stay true past the range hosts are told about

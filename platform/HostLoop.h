@@ -6,8 +6,8 @@
 namespace ravlo
 {
 
-// The host's message loop, on whose thread everything runs. Anything may happen inside either call: the host's
-// timers and the user's clicks may call back into the scheduler.
+// The host's message loop, on whose thread everything runs. Anything may happen inside either call: the
+// host's timers and the user's clicks may call back into the scheduler.
 class HostLoop
 {
 public:

@@ -12,8 +12,8 @@
 namespace ravlo
 {
 
-// Everything the world does to the library, handed in together. Owns nothing: whoever makes the ports keeps them alive
-// as long as anything that was given them.
+// Everything the world does to the library, handed in together. Owns nothing: whoever makes the ports keeps
+// them alive as long as anything that was given them.
 struct Ports
 {
     Clock& cClock;

@@ -6,8 +6,8 @@
 namespace ravlo
 {
 
-// The per-user settings store, keyed by application, section and key. Never throws: settings are a convenience, and
-// what cannot be read is the default.
+// The per-user settings store, keyed by application, section and key. Never throws: settings are a
+// convenience, and what cannot be read is the default.
 class UserSettings
 {
 public:

@@ -2,10 +2,10 @@
 #include "ravlobase/CutFile.h"
 
 #include "base/CaseFolding.h"
+#include "base/Utf8.h"
 #include "ravlobase/DiskRoom.h"
 #include "ravlobase/FilePath.h"
 #include "ravlobase/StoreErrors.h"
-#include "base/Utf8.h"
 
 #include <algorithm>
 #include <limits>
@@ -107,55 +107,62 @@ template <TextKey CutValues::*Field, Texts eTexts> constexpr Column TextColumn(c
 {
     return {sName,
             [](const CutValues& left, const CutValues& right) { return SameText(left.*Field, right.*Field); },
-            [](sqlite::Statement& statement, int lAt, const CutValues& values)
-            { statement.Bind(lAt, (values.*Field).Text()); },
-            [](const sqlite::Statement& statement, int lAt, CutValues& values, TextPool& cPool)
-            {
-                auto sText = statement.Text(lAt);
-                values.*Field =
-                    eTexts == Texts::eRecur ? cPool.Of(std::move(sText)) : TextKey(std::move(sText));
-            }};
+            [](sqlite::Statement& statement, int lAt, const CutValues& values) {
+        statement.Bind(lAt, (values.*Field).Text());
+            },
+            [](const sqlite::Statement& statement, int lAt, CutValues& values, TextPool& cPool) {
+        auto sText = statement.Text(lAt);
+        values.*Field = eTexts == Texts::eRecur ? cPool.Of(std::move(sText)) : TextKey(std::move(sText));
+    }};
 }
 
 template <std::int32_t CutValues::*Field> constexpr Column LongColumn(const char* sName)
 {
     return {sName, [](const CutValues& left, const CutValues& right) { return left.*Field == right.*Field; },
-            [](sqlite::Statement& statement, int lAt, const CutValues& values)
-            { statement.Bind(lAt, static_cast<std::int64_t>(values.*Field)); },
-            [](const sqlite::Statement& statement, int lAt, CutValues& values, TextPool&)
-            { values.*Field = LongOf(statement.Number(lAt)); }};
+            [](sqlite::Statement& statement, int lAt, const CutValues& values) {
+        statement.Bind(lAt, static_cast<std::int64_t>(values.*Field));
+            },
+            [](const sqlite::Statement& statement, int lAt, CutValues& values, TextPool&) {
+        values.*Field = LongOf(statement.Number(lAt));
+    }};
 }
 
-constexpr Column columns[] = {
-    {"path", [](const CutValues& left, const CutValues& right) { return SameText(left.cPath, right.cPath); },
-     [](sqlite::Statement& statement, int lAt, const CutValues& values)
-     { statement.Bind(lAt, values.cPath.Text()); },
-     [](const sqlite::Statement& statement, int lAt, CutValues& values, TextPool&)
-     {
-         // Nearly always the key: the text is kept once.
-         TextKey cPath(statement.Text(lAt));
-         values.cPath = SameText(cPath, values.cKey) ? values.cKey : cPath;
-     }},
-    TextColumn<&CutValues::cSecondaryKey, Texts::eDiffer>("secondary_key"),
-    TextColumn<&CutValues::cArtist, Texts::eRecur>("artist"),
-    TextColumn<&CutValues::cTitle, Texts::eDiffer>("title"),
-    TextColumn<&CutValues::cAlbum, Texts::eRecur>("album"),
-    {"last_played",
-     [](const CutValues& left, const CutValues& right) { return left.dtLastPlayed == right.dtLastPlayed; },
-     [](sqlite::Statement& statement, int lAt, const CutValues& values)
-     { statement.Bind(lAt, values.dtLastPlayed); },
-     [](const sqlite::Statement& statement, int lAt, CutValues& values, TextPool&)
-     { values.dtLastPlayed = statement.Real(lAt); }},
-    LongColumn<&CutValues::lYear>("year"),
-    LongColumn<&CutValues::lRunTimemS>("run_time_ms"),
-    LongColumn<&CutValues::lDurationmS>("duration_ms"),
-    LongColumn<&CutValues::lCatLevel>("cat_level"),
+constexpr Column columns[] =
+    {
+        {"path",
+         [](const CutValues& left, const CutValues& right) { return SameText(left.cPath, right.cPath); },
+         [](sqlite::Statement& statement, int lAt, const CutValues& values) {
+    statement.Bind(lAt, values.cPath.Text());
+         },
+         [](const sqlite::Statement& statement, int lAt, CutValues& values, TextPool&) {
+    // Nearly always the key: the text is kept once.
+    TextKey cPath(statement.Text(lAt));
+    values.cPath = SameText(cPath, values.cKey) ? values.cKey : cPath;
+        }},
+                 TextColumn<&CutValues::cSecondaryKey, Texts::eDiffer>("secondary_key"),
+                 TextColumn<&CutValues::cArtist, Texts::eRecur>("artist"),
+                 TextColumn<&CutValues::cTitle, Texts::eDiffer>("title"),
+                 TextColumn<&CutValues::cAlbum, Texts::eRecur>("album"),
+                 {"last_played",
+                  [](const CutValues& left, const CutValues& right) {
+    return left.dtLastPlayed == right.dtLastPlayed;
+                  },
+                  [](sqlite::Statement& statement, int lAt, const CutValues& values) {
+    statement.Bind(lAt, values.dtLastPlayed);
+                 },
+                 [](const sqlite::Statement& statement, int lAt, CutValues& values, TextPool&) {
+    values.dtLastPlayed = statement.Real(lAt);
+}},
+    LongColumn<&CutValues::lYear>("year"), LongColumn<&CutValues::lRunTimemS>("run_time_ms"),
+    LongColumn<&CutValues::lDurationmS>("duration_ms"), LongColumn<&CutValues::lCatLevel>("cat_level"),
     {"opener", [](const CutValues& left, const CutValues& right) { return left.bOpener == right.bOpener; },
-     [](sqlite::Statement& statement, int lAt, const CutValues& values)
-     { statement.Bind(lAt, static_cast<std::int64_t>(values.bOpener ? 1 : 0)); },
-     [](const sqlite::Statement& statement, int lAt, CutValues& values, TextPool&)
-     { values.bOpener = statement.Number(lAt) != 0; }},
-};
+     [](sqlite::Statement& statement, int lAt, const CutValues& values) {
+    statement.Bind(lAt, static_cast<std::int64_t>(values.bOpener ? 1 : 0));
+     },
+     [](const sqlite::Statement& statement, int lAt, CutValues& values, TextPool&) {
+    values.bOpener = statement.Number(lAt) != 0;
+    }},
+    };
 
 bool SameCategories(const CutValues& left, const CutValues& right) noexcept
 {
@@ -498,8 +505,7 @@ sqlite::Statement& CutFile::Prepared(const std::string& sSql)
 
 std::int32_t CutFile::Insert(const CutValues& values)
 {
-    static const std::string sInsert = []
-    {
+    static const std::string sInsert = [] {
         std::string sMarks;
         for (std::size_t i = 0; i < std::size(columns); ++i)
         {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "ravlobase/LibraryCsv.h"
 
-#include "base/Text.h"
 #include "base/RuntimeError.h"
+#include "base/Text.h"
+#include "base/Utf8.h"
 #include "base/csv/CsvReader.h"
 #include "ravlobase/StoreErrors.h"
-#include "base/Utf8.h"
 
 #include <limits>
 #include <span>

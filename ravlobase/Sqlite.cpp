@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ravlobase/Sqlite.h"
 
-#include "ravlobase/StoreErrors.h"
 #include "base/Utf8.h"
+#include "ravlobase/StoreErrors.h"
 
 #include <algorithm>
 #include <utility>

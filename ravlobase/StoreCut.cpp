@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ravlobase/StoreCut.h"
 
+#include "base/RuntimeError.h"
 #include "base/Text.h"
 #include "media/PlainCut.h"
-#include "base/RuntimeError.h"
 
 #include <algorithm>
 #include <unordered_set>

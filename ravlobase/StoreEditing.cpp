@@ -117,18 +117,16 @@ std::int32_t Store::Impl::AddCuts(const Cuts& colGiven)
         return 0;
     }
     Cuts colAdded;
-    WithProgress(L"Adding cuts", colGiven.size(),
-                 [&]
-                 {
-                     auto colAdditions = Gather(colGiven);
-                     NeedOpenAndNoBatch(); // a listener may have closed it meanwhile
-                     NeedNewKeys(colAdditions);
-                     sqlite::Transaction cTransaction(pFile->Sql());
-                     const auto colIDs = InsertAll(colAdditions);
-                     cTransaction.Commit();
-                     colAdded = TakeIn(colAdditions, colIDs);
-                     return CutsText(colAdded.size()) + L" added.";
-                 });
+    WithProgress(L"Adding cuts", colGiven.size(), [&] {
+        auto colAdditions = Gather(colGiven);
+        NeedOpenAndNoBatch(); // a listener may have closed it meanwhile
+        NeedNewKeys(colAdditions);
+        sqlite::Transaction cTransaction(pFile->Sql());
+        const auto colIDs = InsertAll(colAdditions);
+        cTransaction.Commit();
+        colAdded = TakeIn(colAdditions, colIDs);
+        return CutsText(colAdded.size()) + L" added.";
+    });
     Raise([&](DataBaseEvents& cEvents) { cEvents.CutsAdded(colAdded); });
     return Long(colAdded.size());
 }
@@ -357,8 +355,7 @@ std::int32_t Store::Impl::TakeInChanges()
     TakeOut(changes.colRemoved);
     Insert(changes.colAdded);
     const auto colModified = TakeOver(changes.colModified);
-    const auto Announce = [&](const Cuts& colChanged, void (DataBaseEvents::*tell)(const Cuts&))
-    {
+    const auto Announce = [&](const Cuts& colChanged, void (DataBaseEvents::*tell)(const Cuts&)) {
         if (!colChanged.empty())
         {
             Raise([&](DataBaseEvents& cEvents) { (cEvents.*tell)(colChanged); });

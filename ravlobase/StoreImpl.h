@@ -142,8 +142,9 @@ struct Store::Impl : CutOwner
     template <class Work> void WithProgress(const std::wstring& sReason, std::size_t max, Work work)
     {
         Raise([&](DataBaseEvents& cEvents) { cEvents.ProgressStart(sReason, Long(max)); });
-        const auto Done = [&](const std::wstring& sStatus)
-        { Raise([&](DataBaseEvents& cEvents) { cEvents.ProgressDone(sStatus); }); };
+        const auto Done = [&](const std::wstring& sStatus) {
+            Raise([&](DataBaseEvents& cEvents) { cEvents.ProgressDone(sStatus); });
+        };
         try
         {
             Done(work());

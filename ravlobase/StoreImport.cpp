@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Cuts from a library file.
+#include "base/csv/CsvReader.h"
 #include "ravlobase/FilePath.h"
 #include "ravlobase/LibraryCsv.h"
 #include "ravlobase/StoreImpl.h"
-#include "base/csv/CsvReader.h"
 
 namespace ravlo
 {
@@ -16,8 +16,7 @@ std::wstring Decimal(std::size_t count) { return DecimalText(static_cast<std::in
 // What a row says, laid over what is there already.
 CutValues Merged(CutValues values, const LibraryRow& row)
 {
-    const auto TakeText = [](TextKey& cField, const std::optional<std::wstring>& sText)
-    {
+    const auto TakeText = [](TextKey& cField, const std::optional<std::wstring>& sText) {
         if (sText)
         {
             cField = TextKey(*sText);
@@ -135,21 +134,18 @@ std::int32_t Store::Impl::ImportCsv(const std::wstring& sCsv)
     {
         const std::string bytes = ReadFile(sCsv);
         const std::size_t lines = CountLines(bytes);
-        WithProgress(L"Importing cuts", lines,
-                     [&]
-                     {
-                         Rows cRows(*this, lines);
-                         ReadLibraryCsv(bytes, cRows);
-                         NeedOpenAndNoBatch(); // a listener may have closed it meanwhile
-                         imported = WriteRows(cRows.colRows);
-                         newReport.lAdded = Long(imported.colAdded.size());
-                         newReport.lChanged = Long(imported.colModified.size());
-                         newReport.lUnchanged =
-                             Long(cRows.colRows.size()) - newReport.lAdded - newReport.lChanged;
-                         newReport.colRejects = std::move(cRows.colRejects);
-                         report = newReport;
-                         return report.Summary();
-                     });
+        WithProgress(L"Importing cuts", lines, [&] {
+            Rows cRows(*this, lines);
+            ReadLibraryCsv(bytes, cRows);
+            NeedOpenAndNoBatch(); // a listener may have closed it meanwhile
+            imported = WriteRows(cRows.colRows);
+            newReport.lAdded = Long(imported.colAdded.size());
+            newReport.lChanged = Long(imported.colModified.size());
+            newReport.lUnchanged = Long(cRows.colRows.size()) - newReport.lAdded - newReport.lChanged;
+            newReport.colRejects = std::move(cRows.colRejects);
+            report = newReport;
+            return report.Summary();
+        });
     }
     catch (const RuntimeError& e)
     {

@@ -57,7 +57,8 @@ void Answer(const CatCollection* colMainCats, const RotationRequest& request, co
     }
     else
     {
-        Pick pick = NextCutFromCategory(answer.cSubCat, request.bMustBeOpener, request.cPrevSchedCut, context);
+        Pick pick =
+            NextCutFromCategory(answer.cSubCat, request.bMustBeOpener, request.cPrevSchedCut, context);
         answer.bMovedCuts = pick.bMovedCuts;
         answer.cCut = std::move(pick.cCut);
     }

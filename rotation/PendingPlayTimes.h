@@ -2,9 +2,9 @@
 #pragma once
 
 #include "base/OrderedKeyedCollection.h"
+#include "base/RuntimeError.h"
 #include "media/DataBase.h"
 #include "platform/Clock.h"
-#include "base/RuntimeError.h"
 
 #include <cstddef>
 #include <cstdint>

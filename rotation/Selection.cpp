@@ -105,9 +105,9 @@ public:
     Walk(std::shared_ptr<clsCat> cSubCat, bool bMustBeOpener, std::shared_ptr<Cut> cPrevSchedCut,
          const SelectionContext& context)
         : m_cSubCat(std::move(cSubCat)), m_bMustBeOpener(bMustBeOpener), m_world(context),
-          m_reference(std::move(cPrevSchedCut), context.cClock,
-                      [this](const RuntimeError& cError)
-                      { m_world.report(ErrorReport::LogOnly, sPreviousCutWhere, cError); })
+          m_reference(std::move(cPrevSchedCut), context.cClock, [this](const RuntimeError& cError) {
+              m_world.report(ErrorReport::LogOnly, sPreviousCutWhere, cError);
+          })
     {
     }
 
@@ -313,7 +313,7 @@ private:
     const SelectionContext& m_world;
     Reference m_reference;
     std::shared_ptr<CutCollection> m_colOrder; // at the first step
-    std::uint64_t m_changes = 0;              // of that order, as far as they are this walk's own
+    std::uint64_t m_changes = 0;               // of that order, as far as they are this walk's own
     bool m_bDisturbed = false;
     ExaminedKeys m_colExamined;
     BestViolator m_best;
@@ -324,16 +324,14 @@ private:
 } // namespace
 
 SelectionContext LiveContext(ModScheduler& cMod, const PlayHistory& cHistory,
-                         std::shared_ptr<const DataBase> cDataBase)
+                             std::shared_ptr<const DataBase> cDataBase)
 {
-    const auto note = [&cMod](const TraceStep& step)
-    {
+    const auto note = [&cMod](const TraceStep& step) {
         const std::wstring sLine = LogText(step);
         if (!sLine.empty())
             cMod.WriteDebugLog(sLine);
     };
-    const auto report = [&cMod](ErrorReport eHow, const wchar_t* sWhere, const RuntimeError& cError)
-    {
+    const auto report = [&cMod](ErrorReport eHow, const wchar_t* sWhere, const RuntimeError& cError) {
         if (eHow == ErrorReport::Critical)
             cMod.ShowCriticalError(sWhere, cError);
         else
@@ -346,8 +344,7 @@ SelectionContext LiveContext(ModScheduler& cMod, const PlayHistory& cHistory,
 clsRuleViolation ViolatesRules(clsCat& cSubCat, const Candidate& candidate, Reference& reference,
                                const SelectionContext& context, bool& bShowErrors)
 {
-    const ErrorSink failed = [&](const RuntimeError& cError)
-    {
+    const ErrorSink failed = [&](const RuntimeError& cError) {
         const bool bShow = std::exchange(bShowErrors, false);
         context.report(bShow ? ErrorReport::Handled : ErrorReport::LogOnly, sViolatesRulesWhere, cError);
     };

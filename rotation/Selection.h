@@ -38,7 +38,7 @@ struct SelectionContext
 
 // The world of a scheduler on air: its clock and host loop, its debug log as the trace's sink, its boxes.
 SelectionContext LiveContext(ModScheduler& cMod, const PlayHistory& cHistory,
-                         std::shared_ptr<const DataBase> cDataBase);
+                             std::shared_ptr<const DataBase> cDataBase);
 
 // Which rule a candidate breaks, and by how much. An error while measuring is reported (shown once in a walk,
 // logged when bShowErrors is false; the call clears it) and the other rules are measured all the same: a play

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "base/RuntimeError.h"
 #include "model/clsCatRules.h"
 #include "model/clsRuleViolation.h"
 #include "platform/Clock.h"
-#include "base/RuntimeError.h"
 #include "rotation/PlayHistory.h"
 
 #include <cstdint>

@@ -43,8 +43,8 @@ bool CategoryCreation::CreateMainCat(std::wstring& sName)
     for (;; bAsk = true)
     {
         if (bAsk)
-            sTyped = Trim(m_cState.cMod.Input(sAskTitle, L"Type the name for the new category", sTyped)
-                              .value_or(L""));
+            sTyped = Trim(
+                m_cState.cMod.Input(sAskTitle, L"Type the name for the new category", sTyped).value_or(L""));
         if (sTyped.empty())
             return false;
         const std::wstring sReplaced = WithoutIllegalChars(sTyped);
@@ -58,9 +58,9 @@ bool CategoryCreation::CreateMainCat(std::wstring& sName)
         sName = sReplaced;
         if (bAsk && sReplaced != sTyped)
             m_cState.cMod.Box(BoxIcon::Information, BoxButtons::Ok, sAskTitle,
-                                L"The category is named: " + sReplaced + sCrLf +
-                                    L"A file of its name is kept, in which these characters cannot stand: " +
-                                    Listed(*m_colIllegalChars));
+                              L"The category is named: " + sReplaced + sCrLf +
+                                  L"A file of its name is kept, in which these characters cannot stand: " +
+                                  Listed(*m_colIllegalChars));
         return true;
     }
 }

@@ -144,7 +144,7 @@ void CategoryEditing::SaveShuffled(const AffectedCats& cAffected)
         if (cMainCat && m_cState.cHistoryFiles.Save(cMainCat, HistoryFiles::Manner::WithoutBox) ==
                             HistoryFiles::Saved::Failed)
             m_cState.cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, sProgramTitle,
-                                L"Failed to save cat history and ordering for: " + sName);
+                              L"Failed to save cat history and ordering for: " + sName);
     }
     m_cState.SaveOwed();
 }
@@ -163,8 +163,7 @@ bool CategoryEditing::DeleteCats(const Cats& colCats)
         bAll = DeleteChosen(cChanges, chosen.cMainCat, chosen.colLevels, chosen.bMainListed) && bAll;
     CutChanges::Ending ending;
     ending.afterSave = [this] { m_cState.cEvents.ProgressDone(L"Categories Deleted."); };
-    ending.show = [&](const RuntimeError& cError)
-    {
+    ending.show = [&](const RuntimeError& cError) {
         bAll = false;
         m_cState.cMod.ShowCriticalError(L"Error in DeleteCats [cSchedMan]", cError);
     };
@@ -218,10 +217,9 @@ void CategoryEditing::EmptyLevel(CutChanges& cChanges, const SchedulerState::Pla
     const Cuts colCuts(place.cSubCat->SchedCuts()->begin(), place.cSubCat->SchedCuts()->end());
     CutChanges::Rhythm rhythm;
     rhythm.cuts = cutsPerReport;
-    rhythm.tell = [&](std::size_t done)
-    {
+    rhythm.tell = [&](std::size_t done) {
         m_cState.cEvents.Progress(L"Removed " + CountText(done) + L" from: " + NameOf(*place.cSubCat),
-                                    static_cast<std::int64_t>(done), std::ssize(colCuts));
+                                  static_cast<std::int64_t>(done), std::ssize(colCuts));
     };
     rhythm.goOn = [&] { return Contains(m_cState, place.cSubCat); };
     rhythm.mayLeave = [&](const SchedulerState::Place& left) { return left.cSubCat == place.cSubCat; };
@@ -236,18 +234,15 @@ bool CategoryEditing::DeleteMainCat(CutChanges& cChanges, const std::shared_ptr<
     m_cState.colMainCats->Remove(CategoryKey(cMainCat->CatName(), 0));
     m_cState.cCategoryList.Deleted(cMainCat->CatName());
     const bool bFileGone = DeleteFile(cMainCat->CatName());
-    return m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.sAppPath) &&
-           bFileGone;
+    return m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.sAppPath) && bFileGone;
 }
 
 bool CategoryEditing::DeleteFile(const std::wstring& sCatName)
 {
-    return TrapCritical(m_cState.cMod, L"Error in DeleteCats [cSchedMan]", false,
-                        [&]
-                        {
-                            m_cState.cHistoryFiles.DeleteFile(sCatName);
-                            return true;
-                        });
+    return TrapCritical(m_cState.cMod, L"Error in DeleteCats [cSchedMan]", false, [&] {
+        m_cState.cHistoryFiles.DeleteFile(sCatName);
+        return true;
+    });
 }
 
 // ---- re-ordering ----

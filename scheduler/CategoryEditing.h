@@ -27,7 +27,8 @@ inline constexpr std::size_t mostListed = 30;
 class CategoryEditing
 {
 public:
-    CategoryEditing(SchedulerState& cState, Synchronisation& cSync) noexcept : m_cState(cState), m_cSync(cSync)
+    CategoryEditing(SchedulerState& cState, Synchronisation& cSync) noexcept
+        : m_cState(cState), m_cSync(cSync)
     {
     }
 

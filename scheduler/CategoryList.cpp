@@ -23,14 +23,12 @@ std::shared_ptr<NameCollection> CategoryList::GetSavedCatNames()
     const std::wstring sAppPath = m_cMod.AppPath();
     if (sAppPath.empty())
         return list.colNames;
-    TrapCritical(m_cMod, sReadTitle,
-                 [&]
-                 {
-                     if (const std::optional<std::string> bytes = m_cMod.Saved().Peek(sAppPath + sListFile))
-                         list = Parse(*bytes);
-                     if (list.cError)
-                         throw *list.cError;
-                 });
+    TrapCritical(m_cMod, sReadTitle, [&] {
+        if (const std::optional<std::string> bytes = m_cMod.Saved().Peek(sAppPath + sListFile))
+            list = Parse(*bytes);
+        if (list.cError)
+            throw *list.cError;
+    });
     return list.colNames;
 }
 
@@ -94,24 +92,22 @@ CategoryList::List CategoryList::Parse(const std::string& bytes) const
 
 bool CategoryList::SaveCatNames(const CatCollection* colMainCats, const std::wstring& sAppPath)
 {
-    return TrapCritical(m_cMod, L"Error in SaveCatNames [cSchedMan]", false,
-                        [&]
-                        {
-                            if (!colMainCats || sAppPath.empty())
-                                return false;
-                            m_cMod.FlushDebugLog();
-                            SavedFiles& cSaved = m_cMod.Saved();
-                            const SavedFiles::Stamp lStamp = cSaved.Begin();
-                            Version cNew = LastOf(sAppPath + sListFile);
-                            const std::string added = MergeOthers(*colMainCats, cNew);
-                            ForgetRemovedWithoutCategory(*colMainCats, cNew);
-                            cNew.own = OwnNamesOf(*colMainCats, cNew.colRemoved);
-                            for (const std::wstring& sName : cNew.own.colLeftOut)
-                                m_cMod.WriteDebugLog(L"The category list cannot hold the name: " + sName);
-                            cSaved.Replace(cNew.sPath, lStamp, cNew.own.bytes + added, this);
-                            m_cLast = std::move(cNew);
-                            return true;
-                        });
+    return TrapCritical(m_cMod, L"Error in SaveCatNames [cSchedMan]", false, [&] {
+        if (!colMainCats || sAppPath.empty())
+            return false;
+        m_cMod.FlushDebugLog();
+        SavedFiles& cSaved = m_cMod.Saved();
+        const SavedFiles::Stamp lStamp = cSaved.Begin();
+        Version cNew = LastOf(sAppPath + sListFile);
+        const std::string added = MergeOthers(*colMainCats, cNew);
+        ForgetRemovedWithoutCategory(*colMainCats, cNew);
+        cNew.own = OwnNamesOf(*colMainCats, cNew.colRemoved);
+        for (const std::wstring& sName : cNew.own.colLeftOut)
+            m_cMod.WriteDebugLog(L"The category list cannot hold the name: " + sName);
+        cSaved.Replace(cNew.sPath, lStamp, cNew.own.bytes + added, this);
+        m_cLast = std::move(cNew);
+        return true;
+    });
 }
 
 void CategoryList::SaveChangedCatNames(const CatCollection& colMainCats, const std::wstring& sAppPath)

@@ -49,27 +49,24 @@ void AssignCut(SchedulerState& cState, Synchronisation& cSync, const std::shared
         return SetBoth(*cCut, lCatLevel, sCategoryText);
     CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
     CutChanges::Rhythm rhythm;
-    rhythm.mayLeave = [&](const SchedulerState::Place& place)
-    {
+    rhythm.mayLeave = [&](const SchedulerState::Place& place) {
         return place.cSubCat->CatLevel() != lCatLevel ||
-               std::none_of(colCatNames.begin(), colCatNames.end(),
-                            [&](const std::wstring& sName)
-                            { return EqualIgnoringCase(sName, place.cMainCat->CatName()); });
+               std::none_of(colCatNames.begin(), colCatNames.end(), [&](const std::wstring& sName) {
+                   return EqualIgnoringCase(sName, place.cMainCat->CatName());
+               });
     };
     cChanges.RunOne(
         cCut,
-        [&](const std::shared_ptr<Cut>& cOwn, std::size_t)
-        {
-            SetBoth(*cOwn, lCatLevel, sCategoryText);
-            cChanges.ModifyCut(cOwn);
-            if (cOwn != cCut)
-                SetBoth(*cCut, lCatLevel, sCategoryText);
+        [&](const std::shared_ptr<Cut>& cOwn, std::size_t) {
+        SetBoth(*cOwn, lCatLevel, sCategoryText);
+        cChanges.ModifyCut(cOwn);
+        if (cOwn != cCut)
+            SetBoth(*cCut, lCatLevel, sCategoryText);
         },
         rhythm);
     std::optional<RuntimeError> cFailure;
     CutChanges::Ending ending;
-    ending.show = [&](const RuntimeError& cError)
-    {
+    ending.show = [&](const RuntimeError& cError) {
         if (!cFailure)
             cFailure = cError;
     };

@@ -207,8 +207,7 @@ void CutChanges::GuardEmptying(std::span<const std::shared_ptr<Cut>> colStep, co
         {
             // The change meets the same error and reports it.
         }
-    const auto HoldsOthers = [&](const CutCollection& colCuts)
-    {
+    const auto HoldsOthers = [&](const CutCollection& colCuts) {
         if (colCuts.Count() > colKeys.Count())
             return true;
         for (std::size_t position = 0; position < colCuts.Count(); ++position)
@@ -217,13 +216,11 @@ void CutChanges::GuardEmptying(std::span<const std::shared_ptr<Cut>> colStep, co
         return false;
     };
     for (const std::shared_ptr<clsCat>& cMainCat : Cats(colMainCats->begin(), colMainCats->end()))
-        if (std::any_of(
-                cMainCat->SubCats()->begin(), cMainCat->SubCats()->end(),
-                [&](const std::shared_ptr<clsCat>& cSubCat)
-                {
-                    const CutCollection& colCuts = *cSubCat->SchedCuts();
-                    return !colCuts.Empty() && !HoldsOthers(colCuts) && rhythm.mayLeave({cMainCat, cSubCat});
-                }))
+        if (std::any_of(cMainCat->SubCats()->begin(), cMainCat->SubCats()->end(),
+                        [&](const std::shared_ptr<clsCat>& cSubCat) {
+            const CutCollection& colCuts = *cSubCat->SchedCuts();
+            return !colCuts.Empty() && !HoldsOthers(colCuts) && rhythm.mayLeave({cMainCat, cSubCat});
+            }))
             Guard(cMainCat);
 }
 
@@ -344,8 +341,7 @@ void CutChanges::PutBack(const Changed& changed) noexcept
 {
     const std::shared_ptr<Cut>& cCut = changed.cCut;
     bool bWhole = changed.population == m_cState.populations; // else it stands in another tree
-    const auto Attempt = [&](auto&& body)
-    {
+    const auto Attempt = [&](auto&& body) {
         try
         {
             body();
@@ -356,18 +352,14 @@ void CutChanges::PutBack(const Changed& changed) noexcept
             Failed(*cCut);
         }
     };
-    Attempt(
-        [&]
-        {
-            if (cCut->CategoryText() != changed.before.sCategoryText)
-                cCut->SetCategoryText(changed.before.sCategoryText);
-        });
-    Attempt(
-        [&]
-        {
-            if (cCut->CatLevel() != changed.before.lCatLevel)
-                cCut->SetCatLevel(changed.before.lCatLevel);
-        });
+    Attempt([&] {
+        if (cCut->CategoryText() != changed.before.sCategoryText)
+            cCut->SetCategoryText(changed.before.sCategoryText);
+    });
+    Attempt([&] {
+        if (cCut->CatLevel() != changed.before.lCatLevel)
+            cCut->SetCatLevel(changed.before.lCatLevel);
+    });
     if (bWhole)
         Attempt([&] { m_cState.cPlacedCuts.Restore(changed.before.cKey, changed.filed); });
     if (bWhole)

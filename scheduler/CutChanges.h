@@ -56,7 +56,7 @@ public:
     // When the host is told how far the work is.
     struct Rhythm
     {
-        std::size_t cuts = 0;      // after so many cuts each; 0: never
+        std::size_t cuts = 0;       // after so many cuts each; 0: never
         bool bBeforeTheCut = false; // before the last of them is changed
         std::uint32_t lPauseMs = 0;
         std::function<void(std::size_t done)> tell;
@@ -81,8 +81,8 @@ public:
     bool Place(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cInto);
     // As File, but a cut that stands there already comes to stand last.
     void PlaceLast(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat);
-    // Places a cut into the main category of that name, which is touched when the cut stands there afterwards.
-    // A name that is not in the tree is refused with a box.
+    // Places a cut into the main category of that name, which is touched when the cut stands there
+    // afterwards. A name that is not in the tree is refused with a box.
     void AddCutToCategory(const std::shared_ptr<Cut>& cCut, const std::wstring& sCatName);
     // As AddCutToCategory for each of the cut's names, making the main categories that are missing. Nothing
     // happens before the first population.
@@ -94,8 +94,8 @@ public:
     // Takes a cut out of one level, category name included, and touches it; the name stays while another
     // level of the same main category holds the cut. False when the level did not hold it.
     bool TakeOut(const std::shared_ptr<Cut>& cCut, const SchedulerState::Place& place);
-    // Brings the tree in line with a cut whose names or level are not those it was placed under, or which does
-    // not stand where they say. Nothing happens before the first population.
+    // Brings the tree in line with a cut whose names or level are not those it was placed under, or which
+    // does not stand where they say. Nothing happens before the first population.
     void ModifyCut(const std::shared_ptr<Cut>& cCut);
     // The main category of that name, which is made when missing.
     std::shared_ptr<clsCat> Ensure(const NameLists::Name& name);

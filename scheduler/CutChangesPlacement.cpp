@@ -30,9 +30,9 @@ bool Contains(const clsCat& cMainCat, std::int32_t lLevel, const TextKey& cKey)
 bool IsPlacedElsewhere(const SchedulerState::Place& place, const TextKey& cKey)
 {
     const CatCollection& colSubCats = *place.cMainCat->SubCats();
-    return std::any_of(colSubCats.begin(), colSubCats.end(),
-                       [&](const std::shared_ptr<clsCat>& cOther)
-                       { return cOther != place.cSubCat && cOther->SchedCuts()->Exists(cKey); });
+    return std::any_of(colSubCats.begin(), colSubCats.end(), [&](const std::shared_ptr<clsCat>& cOther) {
+        return cOther != place.cSubCat && cOther->SchedCuts()->Exists(cKey);
+    });
 }
 
 // For a box. What a box says decides nothing: a cut whose texts cannot be read may be placed all the same.
@@ -59,8 +59,9 @@ void Move(CutCollection& colCuts, std::size_t from, std::size_t to)
 {
     std::vector<std::size_t> colOrder(colCuts.Count());
     std::iota(colOrder.begin(), colOrder.end(), std::size_t{0});
-    const auto At = [&](std::size_t position)
-    { return colOrder.begin() + static_cast<std::ptrdiff_t>(position); };
+    const auto At = [&](std::size_t position) {
+        return colOrder.begin() + static_cast<std::ptrdiff_t>(position);
+    };
     if (to < from)
         std::rotate(At(to), At(from), At(from + 1));
     else
@@ -86,12 +87,10 @@ bool CutChanges::Place(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<c
         if (cSubCat && !cSubCat->SchedCuts()->Exists(cKey))
         {
             RecordOrder(cSubCat);
-            WillUndo(
-                [this, cSubCat, cKey]
-                {
-                    if (cSubCat->SchedCuts()->Remove(cKey))
-                        m_cPlacement.Touch(cSubCat);
-                });
+            WillUndo([this, cSubCat, cKey] {
+                if (cSubCat->SchedCuts()->Remove(cKey))
+                    m_cPlacement.Touch(cSubCat);
+            });
         }
         bool bCreated = false;
         return m_cPlacement.Place(cCut, *cInto, bCreated);
@@ -130,12 +129,10 @@ void CutChanges::PlaceLast(const std::shared_ptr<Cut>& cCut, const std::shared_p
         return;
     }
     RecordOrder(cSubCat);
-    WillUndo(
-        [colCuts, cKey, to = *before]
-        {
-            if (const auto now = colCuts->PositionOf(cKey))
-                Move(*colCuts, *now, std::min(to, colCuts->Count() - 1));
-        });
+    WillUndo([colCuts, cKey, to = *before] {
+        if (const auto now = colCuts->PositionOf(cKey))
+            Move(*colCuts, *now, std::min(to, colCuts->Count() - 1));
+    });
     colCuts->MoveToEnd(*before);
 }
 
@@ -150,13 +147,11 @@ std::shared_ptr<clsCat> CutChanges::Ensure(const NameLists::Name& name)
     const std::shared_ptr<CatCollection> colMainCats = m_cState.colMainCats;
     if (const std::shared_ptr<clsCat>* cFound = colMainCats->Find(name.cKey))
         return *cFound;
-    WillUndo(
-        [colMainCats, cKey = name.cKey]
-        {
-            const std::shared_ptr<clsCat>* cMade = colMainCats->Find(cKey);
-            if (cMade && (*cMade)->SubCats()->Empty())
-                colMainCats->Remove(cKey);
-        });
+    WillUndo([colMainCats, cKey = name.cKey] {
+        const std::shared_ptr<clsCat>* cMade = colMainCats->Find(cKey);
+        if (cMade && (*cMade)->SubCats()->Empty())
+            colMainCats->Remove(cKey);
+    });
     if (IsOwn())
         m_colMade.push_back({name.sName, 0});
     return EnsureMainCat(m_cState.cMod, *colMainCats, name);
@@ -168,7 +163,7 @@ void CutChanges::AddCutToCategory(const std::shared_ptr<Cut>& cCut, const std::w
         PlaceAsNamed(cCut, cMainCat);
     else
         m_cState.cMod.Box(BoxIcon::Critical, BoxButtons::Ok, sProgramTitle,
-                            L"In addcuttocategory, main cat was specified, but doesnt exist!");
+                          L"In addcuttocategory, main cat was specified, but doesnt exist!");
 }
 
 void CutChanges::AddCutToCategories(const std::shared_ptr<Cut>& cCut, const NameLists::Names& names)
@@ -183,8 +178,8 @@ void CutChanges::AddCutToCategories(const std::shared_ptr<Cut>& cCut, const Name
 
 void CutChanges::RefuseEmptyName(const Cut& cCut)
 {
-    m_cPlacement.EmptyName(BoxIcon::None,
-                        std::wstring(L"Zero-length cat names are illegal!") + sCrLf + ArtistAndTitle(cCut));
+    m_cPlacement.EmptyName(BoxIcon::None, std::wstring(L"Zero-length cat names are illegal!") + sCrLf +
+                                              ArtistAndTitle(cCut));
 }
 
 // ---- leaving ----
@@ -223,17 +218,14 @@ bool CutChanges::TakeOut(const std::shared_ptr<Cut>& cCut, const SchedulerState:
     return true;
 }
 
-void CutChanges::WillReturn(const std::shared_ptr<clsCat>& cSubCat, const TextKey& cKey,
-                            std::size_t position)
+void CutChanges::WillReturn(const std::shared_ptr<clsCat>& cSubCat, const TextKey& cKey, std::size_t position)
 {
     RecordOrder(cSubCat);
-    WillUndo(
-        [this, cSubCat, cKey, position, cPlaced = cSubCat->SchedCuts()->At(position)]
-        {
-            CutCollection& colCuts = *cSubCat->SchedCuts();
-            if (colCuts.Insert(std::min(position, colCuts.Count()), &cKey, cPlaced))
-                m_cPlacement.Touch(cSubCat);
-        });
+    WillUndo([this, cSubCat, cKey, position, cPlaced = cSubCat->SchedCuts()->At(position)] {
+        CutCollection& colCuts = *cSubCat->SchedCuts();
+        if (colCuts.Insert(std::min(position, colCuts.Count()), &cKey, cPlaced))
+            m_cPlacement.Touch(cSubCat);
+    });
 }
 
 // ---- following ----
@@ -268,12 +260,10 @@ bool CutChanges::IsPlacedAsAssigned(const Cut& cCut) const
         return true; // nowhere
     const std::vector<std::wstring> colNames = AssignedNames(cCut);
     const TextKey cKey = cCut.Key();
-    return std::all_of(colNames.begin(), colNames.end(),
-                       [&](const std::wstring& sName)
-                       {
-                           const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sName);
-                           return sName.empty() || (cMainCat && Contains(*cMainCat, lLevel, cKey));
-                       });
+    return std::all_of(colNames.begin(), colNames.end(), [&](const std::wstring& sName) {
+        const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sName);
+        return sName.empty() || (cMainCat && Contains(*cMainCat, lLevel, cKey));
+    });
 }
 
 // ---- recording ----

@@ -27,8 +27,9 @@ CutChanges::Ending EndingOf(const SchedulerState& cState, std::optional<HistoryF
 {
     CutChanges::Ending ending;
     ending.eSave = eSave;
-    ending.show = [&cState](const RuntimeError& cError)
-    { cState.cMod.ShowCriticalError(L"Error in RemoveCutFromCategory [cSchedMan]", cError); };
+    ending.show = [&cState](const RuntimeError& cError) {
+        cState.cMod.ShowCriticalError(L"Error in RemoveCutFromCategory [cSchedMan]", cError);
+    };
     return ending;
 }
 
@@ -63,8 +64,9 @@ void RemoveCut(SchedulerState& cState, Synchronisation& cSync, const CutRemoval&
     Cats colFrom;
     cChanges.RunOne(
         removal.cCut,
-        [&](const std::shared_ptr<Cut>& cCut, std::size_t)
-        { colFrom = TakeOutOfCategories(cState, cChanges, cCut, removal); },
+        [&](const std::shared_ptr<Cut>& cCut, std::size_t) {
+        colFrom = TakeOutOfCategories(cState, cChanges, cCut, removal);
+        },
         rhythm);
     const ChangeRecord record = cChanges.Finish(EndingOf(cState, std::nullopt));
     if (record.colCuts.empty())
@@ -83,15 +85,15 @@ void RemoveCuts(SchedulerState& cState, Synchronisation& cSync, const std::vecto
     CutChanges::Rhythm rhythm;
     rhythm.cuts = cutsPerReport;
     rhythm.tell = progress;
-    rhythm.mayLeave = [&](const SchedulerState::Place& place)
-    {
+    rhythm.mayLeave = [&](const SchedulerState::Place& place) {
         return std::any_of(colRemovals.begin(), colRemovals.end(),
                            [&](const CutRemoval& removal) { return MayLeave(removal, place); });
     };
     cChanges.Run(
         colCuts,
-        [&](const std::shared_ptr<Cut>& cCut, std::size_t at)
-        { TakeOutOfCategories(cState, cChanges, cCut, colRemovals[at]); },
+        [&](const std::shared_ptr<Cut>& cCut, std::size_t at) {
+        TakeOutOfCategories(cState, cChanges, cCut, colRemovals[at]);
+        },
         rhythm);
     cChanges.Finish(EndingOf(cState, HistoryFiles::Manner::Explicit));
 }

@@ -12,8 +12,8 @@ namespace
 
 std::int32_t AsLong(std::int64_t count)
 {
-    return static_cast<std::int32_t>(std::clamp<std::int64_t>(
-        count, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()));
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(count, std::numeric_limits<std::int32_t>::min(),
+                                                              std::numeric_limits<std::int32_t>::max()));
 }
 
 } // namespace

@@ -76,13 +76,11 @@ HistoryFiles::EmptyingLevels::~EmptyingLevels() { std::erase(m_cFiles.m_colEmpty
 
 bool HistoryFiles::IsEmptying(const std::wstring& sCatName, std::int32_t lLevel) const
 {
-    return std::any_of(m_colEmptying.begin(), m_colEmptying.end(),
-                       [&](const EmptyingLevels* cEmptying)
-                       {
-                           const std::vector<std::int32_t>& colLevels = cEmptying->m_colLevels;
-                           return EqualIgnoringCase(cEmptying->m_sCatName, sCatName) &&
-                                  std::find(colLevels.begin(), colLevels.end(), lLevel) != colLevels.end();
-                       });
+    return std::any_of(m_colEmptying.begin(), m_colEmptying.end(), [&](const EmptyingLevels* cEmptying) {
+        const std::vector<std::int32_t>& colLevels = cEmptying->m_colLevels;
+        return EqualIgnoringCase(cEmptying->m_sCatName, sCatName) &&
+               std::find(colLevels.begin(), colLevels.end(), lLevel) != colLevels.end();
+    });
 }
 
 bool HistoryFiles::SaveAll(const std::shared_ptr<CatCollection>& colMainCats)
@@ -94,8 +92,7 @@ bool HistoryFiles::SaveAll(const std::shared_ptr<CatCollection>& colMainCats)
             colKeys.push_back(*cKey);
         else
         {
-            m_cMod.WriteDebugLog(L"Not saved, it was added without a key: " +
-                                 colMainCats->At(at)->CatName());
+            m_cMod.WriteDebugLog(L"Not saved, it was added without a key: " + colMainCats->At(at)->CatName());
             bAll = false;
         }
     for (const TextKey& cKey : colKeys)
@@ -266,11 +263,10 @@ class HistoryFiles::ReadErrors
 public:
     void Add(const RuntimeError& cError, const std::wstring& sCatName)
     {
-        const auto known = std::find_if(m_colErrors.begin(), m_colErrors.end(),
-                                        [&](const Kind& kind) {
-                                            return kind.cError.Number() == cError.Number() &&
-                                                   kind.cError.Description() == cError.Description();
-                                        });
+        const auto known = std::find_if(m_colErrors.begin(), m_colErrors.end(), [&](const Kind& kind) {
+            return kind.cError.Number() == cError.Number() &&
+                   kind.cError.Description() == cError.Description();
+        });
         Kind& kind = known == m_colErrors.end() ? m_colErrors.emplace_back(Kind{cError, {}, 0}) : *known;
         if (++kind.count <= mostNamed)
             kind.sNames += (kind.sNames.empty() ? L"" : L", ") + sCatName;

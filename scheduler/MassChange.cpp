@@ -72,8 +72,9 @@ std::size_t MassChange::RunChanges(const Cuts& colCuts, bool& bCreatedNewSubCats
     CutChanges cChanges(m_cState, m_cSync, CutChanges::Origin::Own);
     const std::size_t tried = m_eOption == eCopyHere ? Copy(cChanges, colCuts) : Move(cChanges, colCuts);
     CutChanges::Ending ending;
-    ending.show = [this](const RuntimeError& cError)
-    { m_cState.cMod.ShowCriticalError(L"Error in DoMassCatChange [cSchedMan]", cError); };
+    ending.show = [this](const RuntimeError& cError) {
+        m_cState.cMod.ShowCriticalError(L"Error in DoMassCatChange [cSchedMan]", cError);
+    };
     for (const ChangeRecord::Category& category : cChanges.Finish(ending).colMade)
         bCreatedNewSubCats = bCreatedNewSubCats || category.lLevel != 0;
     return tried;
@@ -95,16 +96,14 @@ std::size_t MassChange::Copy(CutChanges& cChanges, const Cuts& colCuts)
     CutChanges::Rhythm rhythm;
     rhythm.cuts = copiedPerReport;
     rhythm.lPauseMs = lCopyPauseMs;
-    rhythm.tell = [&](std::size_t done)
-    {
+    rhythm.tell = [&](std::size_t done) {
         m_cState.cEvents.Progress(L"Copying into " + sInto + L" from " + sFrom,
-                                    static_cast<std::int64_t>(done), std::ssize(colCuts));
+                                  static_cast<std::int64_t>(done), std::ssize(colCuts));
     };
     rhythm.goOn = [this] { return TargetExists(); }; // else deleted or reloaded by whoever was called
     const std::size_t tried = cChanges.Run(
         colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { CopyCut(cChanges, cCut); }, rhythm);
-    m_cState.cEvents.Progress(L"Copied into " + sInto, static_cast<std::int64_t>(tried),
-                                std::ssize(colCuts));
+    m_cState.cEvents.Progress(L"Copied into " + sInto, static_cast<std::int64_t>(tried), std::ssize(colCuts));
     m_cState.cEvents.ProgressDone(L"Category copy complete.");
     return tried;
 }
@@ -154,11 +153,10 @@ std::size_t MassChange::Move(CutChanges& cChanges, const Cuts& colCuts)
     m_cState.cEvents.ProgressStart(L"Applying Mass Move Change...", std::ssize(colCuts));
     CutChanges::Rhythm rhythm;
     rhythm.cuts = movedPerReport;
-    rhythm.tell = [&](std::size_t done)
-    {
+    rhythm.tell = [&](std::size_t done) {
         m_cState.cEvents.Progress(L"Applying Mass Move Change " + CountText(done) + L" of " +
-                                        CountText(colCuts.size()),
-                                    static_cast<std::int64_t>(done), std::ssize(colCuts));
+                                      CountText(colCuts.size()),
+                                  static_cast<std::int64_t>(done), std::ssize(colCuts));
     };
     rhythm.goOn = [this] { return TargetExists(); };
     rhythm.mayLeave = [this](const SchedulerState::Place& place) { return MayLeave(place); };
@@ -200,10 +198,9 @@ MassChange::Plan MassChange::PlanFor(CutChanges& cChanges, const Cut& cCut) cons
                   [&](const std::shared_ptr<clsCat>& cMainCat) { return Contains(plan.colStays, cMainCat); });
     // A cut that leaves a level, but stays in its category because of another one, may belong into the level
     // it leaves: there it comes to the end.
-    std::erase_if(plan.colLeaves,
-                  [&](const SchedulerState::Place& place) {
-                      return place.cSubCat->CatLevel() == plan.lLevel && Contains(plan.colJoins, place.cMainCat);
-                  });
+    std::erase_if(plan.colLeaves, [&](const SchedulerState::Place& place) {
+        return place.cSubCat->CatLevel() == plan.lLevel && Contains(plan.colJoins, place.cMainCat);
+    });
     for (const SchedulerState::Place& place : plan.colLeaves)
         if (!Contains(plan.colJoins, place.cMainCat) && !Contains(plan.colStays, place.cMainCat))
             plan.colNamesLost.push_back(place.cMainCat->CatName());
@@ -217,9 +214,10 @@ void MassChange::PlanNames(CutChanges& cChanges, const Cut& cCut,
 {
     for (const std::wstring& sName : AssignedNames(cCut))
     {
-        const bool bHasPlace = std::any_of(colPlaces.begin(), colPlaces.end(),
-                                           [&](const SchedulerState::Place& place)
-                                           { return EqualIgnoringCase(place.cMainCat->CatName(), sName); });
+        const bool bHasPlace =
+            std::any_of(colPlaces.begin(), colPlaces.end(), [&](const SchedulerState::Place& place) {
+                return EqualIgnoringCase(place.cMainCat->CatName(), sName);
+            });
         if (bHasPlace || sName.empty() || EqualIgnoringCase(sName, m_cMainCatTo->CatName()))
             continue;
         if (m_eOption == eMoveExclusiveHere)

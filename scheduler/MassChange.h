@@ -28,8 +28,8 @@ class MassChange
 public:
     // cSubCatTo is a level, or a main category for "keeping levels the same". The levels the cuts are dragged
     // from may be from before a reload.
-    MassChange(SchedulerState& cState, Synchronisation& cSync, eCatDragOptions eCatDragOption, Cats colSubCatsFrom,
-               std::shared_ptr<clsCat> cSubCatTo);
+    MassChange(SchedulerState& cState, Synchronisation& cSync, eCatDragOptions eCatDragOption,
+               Cats colSubCatsFrom, std::shared_ptr<clsCat> cSubCatTo);
 
     // Changes the cuts, saves every main category concerned once and reports what could not be changed; cuts
     // that may not be copied are refused with one box. bCreatedNewSubCats is set when any level was made.

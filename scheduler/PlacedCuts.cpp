@@ -31,9 +31,9 @@ std::vector<std::wstring> AssignedNames(const Cut& cCut)
     {
         if (const std::size_t tab = sName.find(cTab); tab != std::wstring::npos)
             sName.resize(tab);
-        const bool bSeen =
-            std::any_of(colNames.begin(), kept,
-                        [&](const std::wstring& sSeen) { return EqualIgnoringCase(sSeen, sName); });
+        const bool bSeen = std::any_of(colNames.begin(), kept, [&](const std::wstring& sSeen) {
+            return EqualIgnoringCase(sSeen, sName);
+        });
         if (bSeen)
             continue;
         if (&*kept != &sName)

@@ -15,9 +15,9 @@
 namespace ravlo
 {
 
-// What the scheduler remembers of every cut it has met: the category names and the level under which it placed
-// the cut, and the database's number of it. A database announces that a cut was modified, not what it was
-// before; this tells. The few different lists of names are kept once each.
+// What the scheduler remembers of every cut it has met: the category names and the level under which it
+// placed the cut, and the database's number of it. A database announces that a cut was modified, not what it
+// was before; this tells. The few different lists of names are kept once each.
 class PlacedCuts
 {
 public:

@@ -108,9 +108,9 @@ void Placement::Report(const std::function<void(const RuntimeError&)>& show)
     }
     if (cFirstFailure)
         show(failed == 0 ? *cFirstFailure
-                          : RuntimeError(cFirstFailure->Number(), cFirstFailure->Description() + L" (" +
-                                                                      CountText(failed) +
-                                                                      L" cuts could not be handled)"));
+                         : RuntimeError(cFirstFailure->Number(), cFirstFailure->Description() + L" (" +
+                                                                     CountText(failed) +
+                                                                     L" cuts could not be handled)"));
 }
 
 Placement::Problem& Placement::ProblemOf(const std::wstring& sCatName)

@@ -55,17 +55,15 @@ void Population::CreateCategories(const Cuts& colCuts)
 {
     RunPhase(
         L"Initialising Scheduler - creating categories", colCuts,
-        [&](const std::shared_ptr<Cut>& cCut)
-        {
-            if (NamesOf(*cCut).bEmptyName)
-                m_cPlacement.EmptyName(BoxIcon::None, L"Zero-length cat names are illegal [1]");
+        [&](const std::shared_ptr<Cut>& cCut) {
+        if (NamesOf(*cCut).bEmptyName)
+            m_cPlacement.EmptyName(BoxIcon::None, L"Zero-length cat names are illegal [1]");
         },
-        [](const Cut& cCut, std::size_t)
-        {
-            const std::vector<std::wstring> colNames = AssignedNames(cCut);
-            return L"Creating: " +
-                   (colNames.empty() ? std::wstring() : colNames.back() + DecimalText(cCut.CatLevel()));
-        });
+        [](const Cut& cCut, std::size_t) {
+        const std::vector<std::wstring> colNames = AssignedNames(cCut);
+        return L"Creating: " +
+               (colNames.empty() ? std::wstring() : colNames.back() + DecimalText(cCut.CatLevel()));
+    });
     m_cEvents.ProgressDone(L"Got Main and Sub Categories for scheduler.");
 }
 
@@ -88,16 +86,16 @@ void Population::PlaceCuts(const Cuts& colCuts)
     bool bCreated = false;
     RunPhase(
         L"Creating Scheduler Items", colCuts,
-        [&](const std::shared_ptr<Cut>& cCut)
-        {
-            // Read again: the host was called since the categories were made and may have changed the cut.
-            const NameLists::Names& names = NamesOf(*cCut);
-            for (const std::shared_ptr<clsCat>& cMainCat : m_colMainCatsOf[names.lNumber])
-                m_cPlacement.Place(cCut, *cMainCat, bCreated);
-            m_cPlacedCuts.Remember(cCut->Key(), names.lNumber, cCut->CatLevel(), DataBaseNumber(*cCut));
+        [&](const std::shared_ptr<Cut>& cCut) {
+        // Read again: the host was called since the categories were made and may have changed the cut.
+        const NameLists::Names& names = NamesOf(*cCut);
+        for (const std::shared_ptr<clsCat>& cMainCat : m_colMainCatsOf[names.lNumber])
+            m_cPlacement.Place(cCut, *cMainCat, bCreated);
+        m_cPlacedCuts.Remember(cCut->Key(), names.lNumber, cCut->CatLevel(), DataBaseNumber(*cCut));
         },
-        [](const Cut& cCut, std::size_t count)
-        { return CountText(count) + L"Added: " + cCut.Artist() + L" - " + cCut.Title(); });
+        [](const Cut& cCut, std::size_t count) {
+        return CountText(count) + L"Added: " + cCut.Artist() + L" - " + cCut.Title();
+    });
 }
 
 // What a report says decides nothing: a cut whose texts cannot be read for it may be placed all the same.
@@ -156,8 +154,9 @@ void Population::AddSavedCategories(const NameCollection& colNames)
 
 void Population::ReportProblems()
 {
-    m_cPlacement.Report([this](const RuntimeError& cError)
-                     { m_cMod.ShowCriticalError(L"Error in PopulateFromDataBase [cSchedMan]", cError); });
+    m_cPlacement.Report([this](const RuntimeError& cError) {
+        m_cMod.ShowCriticalError(L"Error in PopulateFromDataBase [cSchedMan]", cError);
+    });
 }
 
 } // namespace ravlo

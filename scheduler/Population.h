@@ -5,10 +5,10 @@
 #include "model/clsCat.h"
 #include "scheduler/CategoryList.h"
 #include "scheduler/EventRelay.h"
-#include "scheduler/PlacedCuts.h"
-#include "scheduler/Placement.h"
 #include "scheduler/HistoryFiles.h"
 #include "scheduler/NameLists.h"
+#include "scheduler/PlacedCuts.h"
+#include "scheduler/Placement.h"
 #include "scheduler/modscheduler/ModScheduler.h"
 
 #include <cstddef>

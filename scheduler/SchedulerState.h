@@ -5,8 +5,8 @@
 #include "model/clsCat.h"
 #include "scheduler/CategoryList.h"
 #include "scheduler/EventRelay.h"
-#include "scheduler/PlacedCuts.h"
 #include "scheduler/HistoryFiles.h"
+#include "scheduler/PlacedCuts.h"
 #include "scheduler/SchedulerWindows.h"
 #include "scheduler/modscheduler/ModScheduler.h"
 

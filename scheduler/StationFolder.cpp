@@ -34,14 +34,12 @@ void CreateFolders(ModScheduler& cMod, const std::wstring& sAppPath)
     static constexpr std::array<const wchar_t*, 5> folders = {
         L"Scheduler", L"Scheduler\\History_and_Ordering", L"Scheduler\\Rules", L"Scheduler\\Debugging Logs",
         L"Scheduler\\Rules"};
-    TrapCritical(cMod, L"Error in CreateFolders [scheduler]",
-                 [&]
-                 {
-                     Files& cFiles = cMod.Ports().cFiles;
-                     for (const wchar_t* sFolder : folders)
-                         if (!cFiles.FolderExists(sAppPath + sFolder))
-                             cFiles.CreateFolder(sAppPath + sFolder);
-                 });
+    TrapCritical(cMod, L"Error in CreateFolders [scheduler]", [&] {
+        Files& cFiles = cMod.Ports().cFiles;
+        for (const wchar_t* sFolder : folders)
+            if (!cFiles.FolderExists(sAppPath + sFolder))
+                cFiles.CreateFolder(sAppPath + sFolder);
+    });
 }
 
 void DeleteOldTemporaryFiles(Files& cFiles, const std::wstring& sAppPath)

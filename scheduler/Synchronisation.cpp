@@ -136,8 +136,9 @@ void Synchronisation::ProgressDone(const std::wstring& sStatus)
 void Synchronisation::HandleAdded(const Cuts& colCuts)
 {
     ModScheduler& cMod = m_cState.cMod;
-    const auto ShowError = [&cMod](const RuntimeError& cError)
-    { cMod.DISPLAYERROR(L"m_cDataBase_CutsAdded", true, cError); };
+    const auto ShowError = [&cMod](const RuntimeError& cError) {
+        cMod.DISPLAYERROR(L"m_cDataBase_CutsAdded", true, cError);
+    };
     try
     {
         cMod.WriteDebugLog(L"m_cDataBase_CutsAdded at start...");
@@ -151,13 +152,11 @@ void Synchronisation::HandleAdded(const Cuts& colCuts)
         AddCuts(colCuts, cChanges);
         cMod.WriteDebugLog(L"Finished Adding Cuts to cats.");
         CutChanges::Ending ending;
-        ending.beforeSave = [&cMod](std::size_t affected)
-        {
+        ending.beforeSave = [&cMod](std::size_t affected) {
             cMod.WriteDebugLog(L"Saving History And Ordering now...there are: " + CountText(affected) +
                                L" Cats affected by this add.");
         };
-        ending.afterSave = [&]
-        {
+        ending.afterSave = [&] {
             cMod.WriteDebugLog(L"Saved History and Ordering now...");
             cMod.WriteDebugLog(L"RaisingEvent ProgressDone");
             m_cState.cEvents.ProgressDone(L"Updated Scheduler with new items.");
@@ -181,10 +180,9 @@ void Synchronisation::AddCuts(const Cuts& colCuts, CutChanges& cChanges)
     rhythm.cuts = addedPerReport;
     rhythm.bBeforeTheCut = true;
     rhythm.lPauseMs = lPauseMs;
-    rhythm.tell = [&](std::size_t lCount)
-    {
+    rhythm.tell = [&](std::size_t lCount) {
         m_cState.cEvents.Progress(UpdatedText(lCount, colCuts.size()), static_cast<std::int64_t>(lCount),
-                                    std::ssize(colCuts));
+                                  std::ssize(colCuts));
     };
     rhythm.goOn = WhileNobodyReloads();
     cChanges.Run(
@@ -291,21 +289,20 @@ std::optional<TextKey> Synchronisation::FormerKeyOf(const std::shared_ptr<Cut>& 
 void Synchronisation::HandleModified(const Cuts& colCuts)
 {
     ModScheduler& cMod = m_cState.cMod;
-    Trap(cMod, L"m_cDataBase_CutsModified",
-         [&]
-         {
-             CutChanges cChanges(m_cState, *this, CutChanges::Origin::DataBase);
-             cChanges.Run(colCuts,
-                          [&](const std::shared_ptr<Cut>& cAnnounced, std::size_t)
-                          { ModifyCut(cAnnounced, cChanges); },
-                          {});
-             CutChanges::Ending ending;
-             ending.eSave = HistoryFiles::Manner::WithoutProgress;
-             ending.afterSave = [this] { RefreshLibrary(nullptr); };
-             ending.show = [&cMod](const RuntimeError& cError)
-             { cMod.DISPLAYERROR(L"ModifyCut [SchedMan]", true, cError); };
-             cChanges.Finish(ending);
-         });
+    Trap(cMod, L"m_cDataBase_CutsModified", [&] {
+        CutChanges cChanges(m_cState, *this, CutChanges::Origin::DataBase);
+        cChanges.Run(
+            colCuts,
+            [&](const std::shared_ptr<Cut>& cAnnounced, std::size_t) { ModifyCut(cAnnounced, cChanges); },
+            {});
+        CutChanges::Ending ending;
+        ending.eSave = HistoryFiles::Manner::WithoutProgress;
+        ending.afterSave = [this] { RefreshLibrary(nullptr); };
+        ending.show = [&cMod](const RuntimeError& cError) {
+            cMod.DISPLAYERROR(L"ModifyCut [SchedMan]", true, cError);
+        };
+        cChanges.Finish(ending);
+    });
 }
 
 void Synchronisation::ModifyCut(const std::shared_ptr<Cut>& cAnnounced, CutChanges& cChanges)
@@ -322,33 +319,31 @@ void Synchronisation::ModifyCut(const std::shared_ptr<Cut>& cAnnounced, CutChang
 void Synchronisation::HandleRemoved(const Cuts& colCuts)
 {
     ModScheduler& cMod = m_cState.cMod;
-    Trap(cMod, L"m_cDataBase_CutsRemoved",
-         [&]
-         {
-             m_cState.cEvents.ProgressStart(L"Updating Scheduler with deleted items", colCuts.size());
-             CutChanges cChanges(m_cState, *this, CutChanges::Origin::DataBase);
-             CutChanges::Rhythm rhythm;
-             rhythm.cuts = removedPerReport;
-             rhythm.bBeforeTheCut = true;
-             rhythm.lPauseMs = lPauseMs;
-             rhythm.tell = [&](std::size_t lCount)
-             { m_cState.cEvents.Progress(UpdatedText(lCount, colCuts.size()), lCount, colCuts.size()); };
-             rhythm.bPump = false;
-             rhythm.goOn = WhileNobodyReloads();
-             cChanges.Run(
-                 colCuts,
-                 [&](const std::shared_ptr<Cut>& cCut, std::size_t) { RemoveEverywhere(cCut, cChanges); },
-                 rhythm);
-             CutChanges::Ending ending;
-             ending.afterSave = [this]
-             {
-                 m_cState.cEvents.ProgressDone(L"Updated Scheduler with deleted items.");
-                 RefreshLibrary(nullptr);
-             };
-             ending.show = [&cMod](const RuntimeError& cError)
-             { cMod.DISPLAYERROR(L"m_cDataBase_CutsRemoved", true, cError); };
-             cChanges.Finish(ending);
-         });
+    Trap(cMod, L"m_cDataBase_CutsRemoved", [&] {
+        m_cState.cEvents.ProgressStart(L"Updating Scheduler with deleted items", colCuts.size());
+        CutChanges cChanges(m_cState, *this, CutChanges::Origin::DataBase);
+        CutChanges::Rhythm rhythm;
+        rhythm.cuts = removedPerReport;
+        rhythm.bBeforeTheCut = true;
+        rhythm.lPauseMs = lPauseMs;
+        rhythm.tell = [&](std::size_t lCount) {
+            m_cState.cEvents.Progress(UpdatedText(lCount, colCuts.size()), lCount, colCuts.size());
+        };
+        rhythm.bPump = false;
+        rhythm.goOn = WhileNobodyReloads();
+        cChanges.Run(
+            colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { RemoveEverywhere(cCut, cChanges); },
+            rhythm);
+        CutChanges::Ending ending;
+        ending.afterSave = [this] {
+            m_cState.cEvents.ProgressDone(L"Updated Scheduler with deleted items.");
+            RefreshLibrary(nullptr);
+        };
+        ending.show = [&cMod](const RuntimeError& cError) {
+            cMod.DISPLAYERROR(L"m_cDataBase_CutsRemoved", true, cError);
+        };
+        cChanges.Finish(ending);
+    });
 }
 
 void Synchronisation::RemoveEverywhere(const std::shared_ptr<Cut>& cCut, CutChanges& cChanges)

@@ -26,10 +26,12 @@ struct clsSchedMan::Parts : SchedulerState
     static constexpr const wchar_t* sUpdateHistoryWhere = L"UpdateArtistTitleHistory";
 
     explicit Parts(ModScheduler& cModule)
-        : SchedulerState(cModule), cSync(*this),
-          cPlayHistory(cModule.Ports().cClock, [&cModule](const RuntimeError& cError, bool bFirst)
-                       { cModule.DISPLAYERROR(sUpdateHistoryWhere, bFirst, cError); }),
-          colIllegalChars(IllegalChars()), cCreation(*this, colIllegalChars), cEditing(*this, cSync)
+        : SchedulerState(cModule), cSync(*this), cPlayHistory(
+                                                     cModule.Ports().cClock,
+                                                     [&cModule](const RuntimeError& cError, bool bFirst) {
+        cModule.DISPLAYERROR(sUpdateHistoryWhere, bFirst, cError);
+                                                     }),
+    colIllegalChars(IllegalChars()), cCreation(*this, colIllegalChars), cEditing(*this, cSync)
     {
     }
 
@@ -124,22 +126,20 @@ void clsSchedMan::PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBas
         my.cMod.WriteDebugLog(L"PopulateFromDataBase was called while it is running; ignored.");
         return;
     }
-    TrapCritical(my.cMod, L"Error in PopulateFromDataBase [cSchedMan]",
-                 [&]
-                 {
-                     my.WritePendingPlayTimes();
-                     // Its end handles what was announced meanwhile, when edits are served again.
-                     const Synchronisation::Hold cHold(my.cSync);
-                     PlacedCuts cPlacedCuts;
-                     Population cPopulation(my.cMod, my.cEvents, my.cCategoryList, my.cHistoryFiles,
-                                            cPlacedCuts);
-                     if (ReplaceTree(cDataBase, strAppPath, cPopulation, cPlacedCuts))
-                         cPopulation.ReportProblems();
-                 });
+    TrapCritical(my.cMod, L"Error in PopulateFromDataBase [cSchedMan]", [&] {
+        my.WritePendingPlayTimes();
+        // Its end handles what was announced meanwhile, when edits are served again.
+        const Synchronisation::Hold cHold(my.cSync);
+        PlacedCuts cPlacedCuts;
+        Population cPopulation(my.cMod, my.cEvents, my.cCategoryList, my.cHistoryFiles, cPlacedCuts);
+        if (ReplaceTree(cDataBase, strAppPath, cPopulation, cPlacedCuts))
+            cPopulation.ReportProblems();
+    });
 }
 
 bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
-                              const std::wstring& strAppPath, Population& cPopulation, PlacedCuts& cPlacedCuts)
+                              const std::wstring& strAppPath, Population& cPopulation,
+                              PlacedCuts& cPlacedCuts)
 {
     Parts& my = *m_cParts;
     struct Populating
@@ -270,14 +270,12 @@ void clsSchedMan::UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut)
 {
     Parts& my = *m_cParts;
     const Call cCall(*this);
-    Trap(my.cMod, Parts::sUpdateHistoryWhere,
-         [&]
-         {
-             const std::shared_ptr<ravlo::DataBase> cDataBase =
-                 my.cDataBase; // a look-up may let the host populate
-             if (cCut && cDataBase)
-                 my.cPlayHistory.Record(*cCut, *cDataBase);
-         });
+    Trap(my.cMod, Parts::sUpdateHistoryWhere, [&] {
+        const std::shared_ptr<ravlo::DataBase> cDataBase =
+            my.cDataBase; // a look-up may let the host populate
+        if (cCut && cDataBase)
+            my.cPlayHistory.Record(*cCut, *cDataBase);
+    });
 }
 
 std::size_t clsSchedMan::PendingPlayTimes() const noexcept { return m_cParts->cPlayHistory.PendingTimes(); }
@@ -324,12 +322,10 @@ template <class Result, class Body>
 Result clsSchedMan::Edit(const wchar_t* sTitle, Result failure, Body&& body)
 {
     const Call cCall(*this);
-    const Result result = TrapCritical(Mod(), sTitle, failure,
-                                       [&]
-                                       {
-                                           RefuseWhilePopulating();
-                                           return body();
-                                       });
+    const Result result = TrapCritical(Mod(), sTitle, failure, [&] {
+        RefuseWhilePopulating();
+        return body();
+    });
     Mod().ShowWaiting();
     return result;
 }
@@ -343,12 +339,10 @@ void clsSchedMan::RefuseWhilePopulating() const
 
 template <class Body> void clsSchedMan::Edit(const wchar_t* sTitle, Body&& body)
 {
-    Edit(sTitle, false,
-         [&]
-         {
-             body();
-             return true;
-         });
+    Edit(sTitle, false, [&] {
+        body();
+        return true;
+    });
 }
 
 void clsSchedMan::RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat,
@@ -356,10 +350,9 @@ void clsSchedMan::RemoveCutFromCategory(const std::shared_ptr<clsCat>& cMainCat,
                                         std::int32_t LevelToRemoveFrom)
 {
     if (cCut)
-        Edit(L"Error in RemoveCutFromCategory [cSchedMan]",
-             [&] {
-                 RemoveCut(*m_cParts, m_cParts->cSync, {cCut, cMainCat, LevelToRemoveFrom}, colMainCatsIN);
-             });
+        Edit(L"Error in RemoveCutFromCategory [cSchedMan]", [&] {
+            RemoveCut(*m_cParts, m_cParts->cSync, {cCut, cMainCat, LevelToRemoveFrom}, colMainCatsIN);
+        });
 }
 
 void clsSchedMan::RemoveCutsFromCategories(const std::vector<CutRemoval>& colRemovals,
@@ -425,12 +418,10 @@ void clsSchedMan::DoMassCatChange(eCatDragOptions eCatDragOption, const Cats& co
         eCatDragOption == eCopyHere || eCatDragOption == eMoveHere || eCatDragOption == eMoveExclusiveHere;
     if (!bKnown || colSubCatsFrom.empty() || !cSubCatTo || colCutsToChange.empty())
         return;
-    Edit(L"Error in DoMassCatChange [cSchedMan]",
-         [&]
-         {
-             MassChange(*m_cParts, m_cParts->cSync, eCatDragOption, colSubCatsFrom, cSubCatTo)
-                 .Run(colCutsToChange, bCreatedNewSubCats);
-         });
+    Edit(L"Error in DoMassCatChange [cSchedMan]", [&] {
+        MassChange(*m_cParts, m_cParts->cSync, eCatDragOption, colSubCatsFrom, cSubCatTo)
+            .Run(colCutsToChange, bCreatedNewSubCats);
+    });
 }
 
 // ---- host and windows ----
@@ -456,12 +447,10 @@ void clsSchedMan::ShowLibraryUI()
     Parts& my = *m_cParts;
     my.cMod.FlushDebugLog();
     my.cMod.ShowWaiting();
-    TrapCritical(my.cMod, L"Error in ShowLibraryUI [cSchedMan]",
-                 [&]
-                 {
-                     if (my.cWindows)
-                         my.cWindows->ShowLibrary();
-                 });
+    TrapCritical(my.cMod, L"Error in ShowLibraryUI [cSchedMan]", [&] {
+        if (my.cWindows)
+            my.cWindows->ShowLibrary();
+    });
 }
 
 std::int32_t clsSchedMan::ShowCatUI(CategoryRequest& request)

@@ -145,8 +145,8 @@ private:
     template <class Result, class Body> Result Edit(const wchar_t* sTitle, Result failure, Body&& body);
     template <class Body> void Edit(const wchar_t* sTitle, Body&& body);
     void RefuseWhilePopulating() const;
-    // Puts the tree that cPopulation builds from cDataBase into the place of the present one, cPlacedCuts with
-    // it. False without a database, which is shown.
+    // Puts the tree that cPopulation builds from cDataBase into the place of the present one, cPlacedCuts
+    // with it. False without a database, which is shown.
     bool ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase, const std::wstring& strAppPath,
                      Population& cPopulation, PlacedCuts& cPlacedCuts);
 

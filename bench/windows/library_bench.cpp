@@ -243,8 +243,7 @@ std::vector<Cost> CostsOfInput(const Station& cState)
     ::SendMessageW(hGrid, LVM_GETITEMRECT, static_cast<WPARAM>(::SendMessageW(hGrid, LVM_GETTOPINDEX, 0, 0)),
                    reinterpret_cast<LPARAM>(&row));
     const LPARAM at = MAKELPARAM(row.left + 60, (row.top + row.bottom) / 2);
-    const auto key = [&](WPARAM lKey, bool bShift)
-    {
+    const auto key = [&](WPARAM lKey, bool bShift) {
         SetShift(bShift);
         ::SendMessageW(hGrid, WM_KEYDOWN, lKey, 1);
         SetShift(false);
@@ -254,17 +253,17 @@ std::vector<Cost> CostsOfInput(const Station& cState)
         const char* sWhat;
         Work work;
     };
-    const Input inputs[] = {
-        {"click",
-         [&]
-         {
-             ::SendMessageW(hGrid, WM_LBUTTONDOWN, MK_LBUTTON, at);
-             ::SendMessageW(hGrid, WM_LBUTTONUP, 0, at);
-         }},
-        {"Home", [&] { key(VK_HOME, false); }},
-        {"End", [&] { key(VK_END, false); }},
-        {"Shift+End", [&] { key(VK_END, true); }},
-        {"Shift+Home", [&] { key(VK_HOME, true); }},
+    const Input inputs[] =
+        {
+            {"click",
+             [&] {
+        ::SendMessageW(hGrid, WM_LBUTTONDOWN, MK_LBUTTON, at);
+        ::SendMessageW(hGrid, WM_LBUTTONUP, 0, at);
+             }},
+            {"Home", [&] { key(VK_HOME, false); }},
+            {"End", [&] { key(VK_END, false); }},
+            {"Shift+End", [&] { key(VK_END, true); }},
+            {"Shift+Home", [&] { key(VK_HOME, true); }},
     };
     std::vector<Cost> colCosts;
     for (const Input& input : inputs)
@@ -275,10 +274,9 @@ std::vector<Cost> CostsOfInput(const Station& cState)
             cState.Command(LibraryCommand::mnuSelectAllGrid);
             Paint(hGrid);
             dBest = std::min(dBest, Quickest(
-                                        [&]
-                                        {
-                                            input.work();
-                                            ::UpdateWindow(hGrid);
+                                        [&] {
+                input.work();
+                ::UpdateWindow(hGrid);
                                         },
                                         1));
         }
@@ -296,12 +294,10 @@ void Measure(const Station& cState)
     const auto rows = static_cast<std::size_t>(cuts);
     const double dPaint = Quickest([&] { Paint(hGrid); });
     const double dPage = Quickest([&] { Page(hGrid); });
-    const double dSelect = Quickest(
-        [&]
-        {
-            cState.Command(mnuSelectAllGrid);
-            cState.Command(mnuSelectNoneGrid);
-        });
+    const double dSelect = Quickest([&] {
+        cState.Command(mnuSelectAllGrid);
+        cState.Command(mnuSelectNoneGrid);
+    });
     SelectRow(hGrid, 7, true);
     const double dInvert = Quickest([&] { cState.Command(mnuInvertSelectionGrid); }, 6);
     const double dShow = Quickest([&] { cState.ShowAnew(); });
@@ -310,23 +306,19 @@ void Measure(const Station& cState)
     const HWND hList = cConstant.hList;
     Row("painting a page", cuts, dPaint, Quickest([&] { Paint(hList); }), 2.5);
     Row("scrolling through 20 pages", cuts, dPage, Quickest([&] { Page(hList); }), 2.5);
-    const double dSelectBare = Quickest(
-        [&]
-        {
-            SelectAll(hList, true);
-            SelectAll(hList, false);
-        });
+    const double dSelectBare = Quickest([&] {
+        SelectAll(hList, true);
+        SelectAll(hList, false);
+    });
     for (const Cost& cost : colCosts)
         Row(cost.sWhat.c_str(), cuts, cost.dTime, dSelectBare, 3);
     Row("selecting all and none", cuts, dSelect, dSelectBare, 3);
     Row("inverting, as selecting all and none", cuts, dInvert, dSelectBare, 3);
-    const double dCount = Quickest(
-        [&]
-        {
-            ::SendMessageW(hList, LVM_SETITEMCOUNT, 0, 0);
-            ::SendMessageW(hList, LVM_SETITEMCOUNT, rows, 0);
-            Paint(hList);
-        });
+    const double dCount = Quickest([&] {
+        ::SendMessageW(hList, LVM_SETITEMCOUNT, 0, 0);
+        ::SendMessageW(hList, LVM_SETITEMCOUNT, rows, 0);
+        Paint(hList);
+    });
     Row("showing all cuts and the tree anew", cuts, dShow, dCount, 6);
 }
 
@@ -398,8 +390,7 @@ void MeasureTicks(const Station& cState)
     while ((box.flags & TVHT_ONITEMSTATEICON) == 0 && ++box.pt.x < 200)
         ::SendMessageW(hTree, TVM_HITTEST, 0, reinterpret_cast<LPARAM>(&box));
     bool bTicked = false;
-    const auto click = [&]
-    {
+    const auto click = [&] {
         const LPARAM at = MAKELPARAM(box.pt.x, box.pt.y);
         ::PostMessageW(hTree, WM_LBUTTONUP, 0, at);
         ::SendMessageW(hTree, WM_LBUTTONDOWN, MK_LBUTTON, at);
@@ -410,8 +401,7 @@ void MeasureTicks(const Station& cState)
                 bWithinLimits = (std::printf("the click was not heard\n"), false);
     };
     // The boxes of the same tree, set with its painting off.
-    const auto bare = [&]
-    {
+    const auto bare = [&] {
         bTicked = !bTicked;
         ::DefWindowProcW(hTree, WM_SETREDRAW, FALSE, 0);
         for (const HTREEITEM hItem : colItems)

@@ -132,8 +132,8 @@ bool Compare(std::int64_t cuts)
     std::filesystem::remove(path);
     const double dRatio = com.dBest / native.dBest;
     const bool bWithin = dRatio <= dLimit;
-    std::printf("%9lld %12.0f %12.0f %12.0f %12.0f %7.2f %7.2f%s\n", static_cast<long long>(cuts),
-                com.dFirst, native.dFirst, com.dBest, native.dBest, dRatio, dLimit, bWithin ? "" : "  ABOVE");
+    std::printf("%9lld %12.0f %12.0f %12.0f %12.0f %7.2f %7.2f%s\n", static_cast<long long>(cuts), com.dFirst,
+                native.dFirst, com.dBest, native.dBest, dRatio, dLimit, bWithin ? "" : "  ABOVE");
     std::fflush(stdout);
     return bWithin;
 }

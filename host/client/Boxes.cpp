@@ -39,7 +39,7 @@ std::wstring OnOneLine(std::wstring sText)
     std::replace(sText.begin(), sText.end(), L'\r', L' ');
     std::replace(sText.begin(), sText.end(), L'\n', L' ');
     const auto end = std::unique(sText.begin(), sText.end(),
-                                  [](wchar_t left, wchar_t right) { return left == L' ' && right == L' '; });
+                                 [](wchar_t left, wchar_t right) { return left == L' ' && right == L' '; });
     sText.erase(end, sText.end());
     return sText;
 }

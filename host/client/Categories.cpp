@@ -33,14 +33,12 @@ LevelOrder OrderOf(_clsCat& cLevel)
     order.lAverageRunTimemS = lAveragemS;
     ComPtr<_clsCollection> colCuts;
     ThrowIfFailed(cLevel.get_SchedCuts(colCuts.Receive()));
-    ForEach(*colCuts,
-            [&](IDispatch& cItem)
-            {
-                if (const auto cCut = ComPtr<IDispatch>(&cItem).As<_clsCut>())
-                {
-                    order.cuts.push_back(PlayedCutOf(*cCut));
-                }
-            });
+    ForEach(*colCuts, [&](IDispatch& cItem) {
+        if (const auto cCut = ComPtr<IDispatch>(&cItem).As<_clsCut>())
+        {
+            order.cuts.push_back(PlayedCutOf(*cCut));
+        }
+    });
     return order;
 }
 
@@ -61,14 +59,12 @@ ComPtr<_clsCat> ItemOf(_clsCollection& colCats, const std::wstring& sKey)
 
 void ForEachCat(_clsCollection& colCats, const std::function<void(_clsCat& cCat)>& visit)
 {
-    ForEach(colCats,
-            [&](IDispatch& cItem)
-            {
-                if (const auto cCat = ComPtr<IDispatch>(&cItem).As<_clsCat>())
-                {
-                    visit(*cCat);
-                }
-            });
+    ForEach(colCats, [&](IDispatch& cItem) {
+        if (const auto cCat = ComPtr<IDispatch>(&cItem).As<_clsCat>())
+        {
+            visit(*cCat);
+        }
+    });
 }
 
 ComPtr<_clsCollection> SubCats(_clsCat& cMainCat)
@@ -94,17 +90,14 @@ ComPtr<_clsCollection> Categories::MainCats() const
 Rotation Categories::Orders() const
 {
     Rotation rotation;
-    ForEachCat(*MainCats(),
-               [&](_clsCat& cMainCat)
-               {
-                   const auto lBefore = rotation.size();
-                   ForEachCat(*SubCats(cMainCat),
-                              [&](_clsCat& cLevel) { rotation.push_back(OrderOf(cLevel)); });
-                   if (rotation.size() == lBefore)
-                   {
-                       rotation.push_back({NameOf(cMainCat), 0, 0, {}});
-                   }
-               });
+    ForEachCat(*MainCats(), [&](_clsCat& cMainCat) {
+        const auto lBefore = rotation.size();
+        ForEachCat(*SubCats(cMainCat), [&](_clsCat& cLevel) { rotation.push_back(OrderOf(cLevel)); });
+        if (rotation.size() == lBefore)
+        {
+            rotation.push_back({NameOf(cMainCat), 0, 0, {}});
+        }
+    });
     return rotation;
 }
 

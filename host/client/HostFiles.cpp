@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "host/client/HostFiles.h"
 
-#include "host/day/HostError.h"
-#include "platform/windows/WindowsFiles.h"
 #include "base/RuntimeError.h"
+#include "host/day/HostError.h"
 #include "platform/StationMarker.h"
+#include "platform/windows/WindowsFiles.h"
 
 #include <windows.h>
 #undef ReplaceFile // the system's macro would rename ours

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "comkit/Variant.h"
 #include "base/DateTime.h"
+#include "comkit/Variant.h"
 
 #include <RavloBase.h>
 

@@ -29,9 +29,9 @@ Plays::Plays(const std::vector<MediaLibrary::Entry>& entries)
             m_plays.push_back(&entry);
         }
     }
-    std::stable_sort(m_plays.begin(), m_plays.end(),
-                     [](const auto* left, const auto* right)
-                     { return left->dtLastPlayed < right->dtLastPlayed; });
+    std::stable_sort(m_plays.begin(), m_plays.end(), [](const auto* left, const auto* right) {
+        return left->dtLastPlayed < right->dtLastPlayed;
+    });
 }
 
 DateTime Plays::End() const

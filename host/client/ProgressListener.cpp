@@ -38,8 +38,9 @@ void Handle(const ProgressListener::Handlers& handlers, DISPID lWhich, const Eve
 ProgressListener::ProgressListener(IUnknown& cSource, REFIID iidEvents, DISPID lFirstEvent, Handlers handlers)
     : m_cListener(
           cSource, iidEvents,
-          [lFirstEvent, handlers = std::move(handlers)](DISPID lEvent, const EventArguments& arguments)
-          { Handle(handlers, lEvent - lFirstEvent, arguments); })
+          [lFirstEvent, handlers = std::move(handlers)](DISPID lEvent, const EventArguments& arguments) {
+    Handle(handlers, lEvent - lFirstEvent, arguments);
+          })
 {
 }
 

@@ -164,18 +164,14 @@ void CatsRun::List() const
     {
         m_categories.Find(name);
     }
-    const auto isMeant = [](const LevelOrder& order, const CategoryName& name)
-    {
+    const auto isMeant = [](const LevelOrder& order, const CategoryName& name) {
         return FoldCase(order.sCategory) == FoldCase(name.sName) &&
                (name.lLevel == 0 || name.lLevel == order.lLevel);
     };
-    std::erase_if(rotation,
-                  [&](const LevelOrder& order)
-                  {
-                      return !names.empty() &&
-                             std::none_of(names.begin(), names.end(),
-                                          [&](const auto& name) { return isMeant(order, name); });
-                  });
+    std::erase_if(rotation, [&](const LevelOrder& order) {
+        return !names.empty() && std::none_of(names.begin(), names.end(),
+                                              [&](const auto& name) { return isMeant(order, name); });
+    });
     const bool bCuts = m_options.lFirst > 0 || std::any_of(names.begin(), names.end(),
                                                            [](const auto& name) { return name.lLevel > 0; });
     if (!bCuts)
@@ -288,8 +284,7 @@ std::vector<ComPtr<_clsCut>> CatsRun::CutsMeant(_clsCollection& colLevels) const
     }
     Keys taken;
     std::vector<ComPtr<_clsCut>> cuts;
-    const auto take = [&](IDispatch& cItem)
-    {
+    const auto take = [&](IDispatch& cItem) {
         const auto cCut = ComPtr<IDispatch>(&cItem).As<_clsCut>();
         const TextKey cKey(PathOf(*cCut));
         if ((asked.empty() || asked.contains(cKey)) && taken.insert(cKey).second)
@@ -297,13 +292,11 @@ std::vector<ComPtr<_clsCut>> CatsRun::CutsMeant(_clsCollection& colLevels) const
             cuts.push_back(cCut);
         }
     };
-    ForEach(colLevels,
-            [&](IDispatch& cItem)
-            {
-                ComPtr<_clsCollection> colCuts;
-                ThrowIfFailed(ComPtr<IDispatch>(&cItem).As<_clsCat>()->get_SchedCuts(colCuts.Receive()));
-                ForEach(*colCuts, take);
-            });
+    ForEach(colLevels, [&](IDispatch& cItem) {
+        ComPtr<_clsCollection> colCuts;
+        ThrowIfFailed(ComPtr<IDispatch>(&cItem).As<_clsCat>()->get_SchedCuts(colCuts.Receive()));
+        ForEach(*colCuts, take);
+    });
     for (const auto& sPath : m_options.cuts)
     {
         if (!taken.contains(TextKey(sPath)))

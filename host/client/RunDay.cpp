@@ -175,13 +175,10 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
     PlayBook book(plays, {[] { return static_cast<std::int64_t>(::GetTickCount64()); },
                           [](std::int64_t lmS) { ::Sleep(static_cast<DWORD>(lmS)); }});
     scheduler.KeepBook(book);
-    DayMaker maker(scheduler, gaps,
-                   [&](double dDone)
-                   {
-                       book.Tick();
-                       line.Show(L"Filling the day: " + DecimalText(static_cast<std::int64_t>(dDone * 100)) +
-                                 L" %");
-                   });
+    DayMaker maker(scheduler, gaps, [&](double dDone) {
+        book.Tick();
+        line.Show(L"Filling the day: " + DecimalText(static_cast<std::int64_t>(dDone * 100)) + L" %");
+    });
     // The log comes before what may fail: it says what was aired, whether that could be saved or not.
     Day day;
     Failures failures;
@@ -189,13 +186,11 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
     line.Clear();
     failures.Try([&] { WriteLog(day, options); });
     Print(day, options, cOut);
-    failures.Try(
-        [&]
-        {
-            failures.Add(book.Settle(
-                [&] { line.Show(L"Waiting for another program that is writing to " + options.sDataBase); }));
-            line.Clear();
-        });
+    failures.Try([&] {
+        failures.Add(book.Settle(
+            [&] { line.Show(L"Waiting for another program that is writing to " + options.sDataBase); }));
+        line.Clear();
+    });
     failures.Try([&] { scheduler.SaveOrders(); });
     failures.ThrowIfAny();
 }

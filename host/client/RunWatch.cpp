@@ -26,8 +26,7 @@ constexpr std::size_t linesOfOrder = 12;
 void Import(MediaLibrary& cLibrary, Scheduler& cScheduler, const std::wstring& sCsv, ProgressLine& cLine,
             const Console& cOut)
 {
-    const auto tell = [&](const std::wstring& sText)
-    {
+    const auto tell = [&](const std::wstring& sText) {
         cLine.Clear();
         cOut.Write(L"  " + sText + L"\n");
     };
@@ -44,10 +43,9 @@ void Import(MediaLibrary& cLibrary, Scheduler& cScheduler, const std::wstring& s
 void PlayNew(const Rotation& rotation, const LevelChange& level, const WatchOptions& options,
              Scheduler& cScheduler, Gaps& cGaps, DateTime dtStart, const Console& cOut)
 {
-    const auto order =
-        std::find_if(rotation.begin(), rotation.end(),
-                     [&](const LevelOrder& other)
-                     { return other.sCategory == level.sCategory && other.lLevel == level.lLevel; });
+    const auto order = std::find_if(rotation.begin(), rotation.end(), [&](const LevelOrder& other) {
+        return other.sCategory == level.sCategory && other.lLevel == level.lLevel;
+    });
     const auto sLevel = TextOf(CategoryName{level.sCategory, level.lLevel});
     cOut.Write(L"\nThe rotation of " + sLevel + L", where new cuts come up soonest:\n" +
                OrderLines(*order, level.newAt, linesOfOrder));

@@ -56,8 +56,9 @@ public:
         OpenStation(options, cError);
         m_activation.emplace([this] { m_cLibrary.TakeInChanges(); });
         m_events.emplace(Manager(), DIID___clsSchedMan,
-                         [this](DISPID lEvent, const EventArguments& arguments)
-                         { Answer(lEvent, arguments); });
+                         [this](DISPID lEvent, const EventArguments& arguments) {
+            Answer(lEvent, arguments);
+        });
     }
 
     _clsSchedMan& Manager() const noexcept { return m_cScheduler.Object(); }
@@ -75,15 +76,13 @@ private:
         const auto sAppFolder = FullPath(options.sAppFolder);
         MakeFolder(sAppFolder);
         ProgressLine line(cError, options.bProgress);
-        m_cScheduler.Populate(sAppFolder,
-                              [&](const std::wstring& sText, long lCount, long lMax)
-                              {
-                                  line.Show(sText);
-                                  if (window)
-                                  {
-                                      window->Show(sText, lCount, lMax);
-                                  }
-                              });
+        m_cScheduler.Populate(sAppFolder, [&](const std::wstring& sText, long lCount, long lMax) {
+            line.Show(sText);
+            if (window)
+            {
+                window->Show(sText, lCount, lMax);
+            }
+        });
     }
 
     void Answer(DISPID lEvent, const EventArguments& arguments)
@@ -207,12 +206,10 @@ void Print(const Choice& choice, const Console& cOut)
     }
     if (choice.colCuts)
     {
-        ForEach(*choice.colCuts,
-                [&](IDispatch& cItem)
-                {
-                    const auto cCut = PlayedCutOf(*ComPtr<IDispatch>(&cItem).As<_clsCut>());
-                    sText += L"Cut: " + cCut.sArtist + L" - " + cCut.sTitle + L"\n";
-                });
+        ForEach(*choice.colCuts, [&](IDispatch& cItem) {
+            const auto cCut = PlayedCutOf(*ComPtr<IDispatch>(&cItem).As<_clsCut>());
+            sText += L"Cut: " + cCut.sArtist + L" - " + cCut.sTitle + L"\n";
+        });
     }
     cOut.Write(sText);
 }

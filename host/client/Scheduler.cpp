@@ -110,19 +110,16 @@ void Scheduler::SaveOrders()
     ComPtr<_clsCollection> cMainCats;
     ThrowIfFailed(m_cManager->get_colMainCats(cMainCats.Receive()));
     std::wstring sFailed;
-    ForEach(*cMainCats,
-            [&](IDispatch& cItem)
-            {
-                const auto cMainCat = ComPtr<IDispatch>(&cItem).As<_clsCat>();
-                LONG lCuts = 0;
-                if (cMainCat && SUCCEEDED(cMainCat->get_TotalCuts(&lCuts)) && lCuts > 0 &&
-                    !Save(cMainCat.Get()))
-                {
-                    Bstr sName;
-                    ThrowIfFailed(cMainCat->get_CatName(sName.Receive()));
-                    sFailed += (sFailed.empty() ? L"" : L", ") + sName.Text();
-                }
-            });
+    ForEach(*cMainCats, [&](IDispatch& cItem) {
+        const auto cMainCat = ComPtr<IDispatch>(&cItem).As<_clsCat>();
+        LONG lCuts = 0;
+        if (cMainCat && SUCCEEDED(cMainCat->get_TotalCuts(&lCuts)) && lCuts > 0 && !Save(cMainCat.Get()))
+        {
+            Bstr sName;
+            ThrowIfFailed(cMainCat->get_CatName(sName.Receive()));
+            sFailed += (sFailed.empty() ? L"" : L", ") + sName.Text();
+        }
+    });
     if (!sFailed.empty())
     {
         throw HostError(L"the rotation order could not be saved: " + sFailed);

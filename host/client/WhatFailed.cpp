@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "host/client/WhatFailed.h"
 
+#include "base/Utf8.h"
 #include "comkit/Errors.h"
 #include "host/day/HostError.h"
-#include "base/Utf8.h"
 
 namespace ravlo
 {

@@ -81,8 +81,9 @@ std::wstring TextOf(const std::vector<Target>& targets)
 std::wstring WhyNoCategory(const std::wstring& sName)
 {
     constexpr std::size_t mostLetters = 50;
-    const auto isBad = [](wchar_t c)
-    { return c < L' ' || std::wstring_view(L"*/:<>?\\|\"").find(c) != std::wstring_view::npos; };
+    const auto isBad = [](wchar_t c) {
+        return c < L' ' || std::wstring_view(L"*/:<>?\\|\"").find(c) != std::wstring_view::npos;
+    };
     if (std::any_of(sName.begin(), sName.end(), isBad))
     {
         return L"a name contains no tabulator and none of * / : < > ? \\ | \".";

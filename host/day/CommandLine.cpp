@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/day/CommandLine.h"
 
-#include "host/day/HostError.h"
 #include "base/Utf8.h"
+#include "host/day/HostError.h"
 
 #include <CLI/CLI.hpp>
 
@@ -62,11 +62,10 @@ CLI::Validator NotEmpty()
 CLI::Validator IsTime()
 {
     return CLI::Validator(
-        [](const std::string& sText)
-        {
-            const auto dtWhen = ParseIso(Wide(sText));
-            return dtWhen && *dtWhen > 0 ? std::string()
-                                         : "'" + sText + "' is no time (expected yyyy-mm-ddThh:nn:ss)";
+        [](const std::string& sText) {
+        const auto dtWhen = ParseIso(Wide(sText));
+        return dtWhen && *dtWhen > 0 ? std::string()
+                                     : "'" + sText + "' is no time (expected yyyy-mm-ddThh:nn:ss)";
         },
         "");
 }
@@ -77,19 +76,18 @@ constexpr int lMostPicks = 1000;
 CLI::Validator IsCategory(bool bMayHaveLevel = true)
 {
     return CLI::Validator(
-        [bMayHaveLevel](const std::string& sText)
+        [bMayHaveLevel](const std::string& sText) {
+        try
         {
-            try
-            {
-                const auto name = ParseCategoryName(Wide(sText));
-                return name.lLevel == 0 || bMayHaveLevel
-                           ? std::string()
-                           : "'" + sText + "' is a level; a main category is expected";
-            }
-            catch (const HostError& error)
-            {
-                return Utf8Of(error.Text());
-            }
+            const auto name = ParseCategoryName(Wide(sText));
+            return name.lLevel == 0 || bMayHaveLevel
+                       ? std::string()
+                       : "'" + sText + "' is a level; a main category is expected";
+        }
+        catch (const HostError& error)
+        {
+            return Utf8Of(error.Text());
+        }
         },
         "");
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/day/CategoryName.h"
 #include "base/DateTime.h"
+#include "host/day/CategoryName.h"
 
 #include <optional>
 #include <string>

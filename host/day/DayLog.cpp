@@ -2,8 +2,8 @@
 #include "host/day/DayLog.h"
 
 #include "base/Text.h"
-#include "host/day/CategoryName.h"
 #include "base/Utf8.h"
+#include "host/day/CategoryName.h"
 
 #include <cmath>
 #include <map>
@@ -129,7 +129,7 @@ std::wstring Summary(const std::vector<LogRow>& rows, DateTime dtEnd)
     const auto dtBegin = rows.empty() ? dtEnd : rows.front().dtStart;
     return L"From " + IsoText(dtBegin) + L" to " + IsoText(dtEnd) + L"\n" +                   //
            L"Slots: " + DecimalText(static_cast<std::int64_t>(rows.size())) + L", filled: " + //
-           DecimalText(filled) + L"\n" +                                                     //
+           DecimalText(filled) + L"\n" +                                                      //
            L"Kinds: " + KindsText(rows) + L"\n" +                                             //
            L"Smallest artist gap: " + SmallestGap(rows, &LogRow::dArtistGapMins, &PlayedCut::sArtist) +
            L"\n" + L"Smallest title gap: " + SmallestGap(rows, &LogRow::dTitleGapMins, &PlayedCut::sTitle) +

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "host/day/PlayBook.h"
 
+#include "base/RuntimeError.h"
 #include "base/Text.h"
 #include "host/day/Rotation.h"
-#include "base/RuntimeError.h"
 
 #include <algorithm>
 
@@ -52,8 +52,7 @@ void PlayBook::Tick()
 PlayBook::Attempt PlayBook::BringIn()
 {
     Attempt attempt;
-    const auto Try = [&](const auto& work)
-    {
+    const auto Try = [&](const auto& work) {
         try
         {
             work();
@@ -95,8 +94,8 @@ std::wstring PlayBook::Settle(const std::function<void()>& waiting)
         attempt = BringIn();
     }
     return attempt.missing == 0 ? std::wstring()
-                                 : CountOf(attempt.missing, L"play is", L"plays are") +
-                                       L" not in the database: " + attempt.sReason;
+                                : CountOf(attempt.missing, L"play is", L"plays are") +
+                                      L" not in the database: " + attempt.sReason;
 }
 
 } // namespace ravlo

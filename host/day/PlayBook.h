@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "base/TextKey.h"
 #include "base/DateTime.h"
+#include "base/TextKey.h"
 
 #include <cstdint>
 #include <functional>

@@ -26,10 +26,9 @@ std::wstring MinutesAndSeconds(std::int32_t lMilliseconds)
 const LevelOrder* Find(const Rotation& rotation, const LevelOrder& level)
 {
     const TextKey cName(level.sCategory);
-    const auto found =
-        std::find_if(rotation.begin(), rotation.end(),
-                     [&](const LevelOrder& other)
-                     { return other.lLevel == level.lLevel && TextKey(other.sCategory) == cName; });
+    const auto found = std::find_if(rotation.begin(), rotation.end(), [&](const LevelOrder& other) {
+        return other.lLevel == level.lLevel && TextKey(other.sCategory) == cName;
+    });
     return found == rotation.end() ? nullptr : &*found;
 }
 
@@ -113,8 +112,9 @@ RotationChange ChangeBetween(const Rotation& before, const Rotation& after)
 
 RotationChange OnlyChanged(RotationChange change)
 {
-    std::erase_if(change.levels, [](const LevelChange& level)
-                  { return level.lBefore == level.lAfter && level.newAt.empty(); });
+    std::erase_if(change.levels, [](const LevelChange& level) {
+        return level.lBefore == level.lAfter && level.newAt.empty();
+    });
     return change;
 }
 

@@ -38,8 +38,8 @@ struct RotationChange
 {
     std::vector<LevelChange> levels; // those there are, in their order, then those that are gone
     std::size_t lNew = 0;            // cuts that stand somewhere and stood nowhere before
-    std::size_t moved = 0;          // cuts that stood somewhere else before, or not everywhere
-    std::size_t gone = 0;           // cuts that stand nowhere any more
+    std::size_t moved = 0;           // cuts that stood somewhere else before, or not everywhere
+    std::size_t gone = 0;            // cuts that stand nowhere any more
 };
 
 RotationChange ChangeBetween(const Rotation& before, const Rotation& after);

@@ -3,9 +3,9 @@
 
 #include "base/CaseFolding.h"
 #include "base/Text.h"
-#include "host/day/HostError.h"
-#include "base/csv/CsvReader.h"
 #include "base/Utf8.h"
+#include "base/csv/CsvReader.h"
+#include "host/day/HostError.h"
 
 #include <span>
 

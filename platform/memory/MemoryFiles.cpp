@@ -2,8 +2,8 @@
 #include "platform/memory/MemoryFiles.h"
 
 #include "base/CaseFolding.h"
-#include "platform/common/Retries.h"
 #include "platform/DeviceNames.h"
+#include "platform/common/Retries.h"
 
 #include <algorithm>
 
@@ -35,12 +35,9 @@ bool IsNameRefused(const std::wstring& sPath)
 {
     const std::wstring sPlain = Plain(sPath);
     const std::wstring sName = sPlain.substr(sPlain.rfind(L'\\') + 1); // from the start when there is none
-    return sName.empty() || IsDeviceName(sName) ||
-           std::any_of(sName.begin(), sName.end(),
-                       [](wchar_t c) {
-                           return c < L' ' ||
-                                  std::wstring_view(L"<>:\"|?*").find(c) != std::wstring_view::npos;
-                       });
+    return sName.empty() || IsDeviceName(sName) || std::any_of(sName.begin(), sName.end(), [](wchar_t c) {
+               return c < L' ' || std::wstring_view(L"<>:\"|?*").find(c) != std::wstring_view::npos;
+           });
 }
 
 // Folded paths: the folder itself and what lies below it.
@@ -314,8 +311,7 @@ void MemoryFiles::RequireReachable(const std::wstring& sPath) const
 void MemoryFiles::RequireFree(const std::wstring& sPath, Patience ePatience) const
 {
     const std::wstring sFolded = Folded(sPath);
-    const auto attempt = [&]
-    {
+    const auto attempt = [&] {
         ++m_attempts[sFolded];
         const auto it = m_locked.find(sFolded);
         if (it == m_locked.end() || it->second == 0)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/memory/MemoryClock.h"
 #include "platform/HostLoop.h"
+#include "platform/memory/MemoryClock.h"
 
 #include <functional>
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Ports.h"
 #include "platform/common/Latin1252CodePage.h"
 #include "platform/memory/MemoryClock.h"
 #include "platform/memory/MemoryFiles.h"
@@ -8,7 +9,6 @@
 #include "platform/memory/MemoryUserSettings.h"
 #include "platform/memory/ScriptedMessages.h"
 #include "platform/memory/SeededRandom.h"
-#include "platform/Ports.h"
 
 namespace ravlo
 {

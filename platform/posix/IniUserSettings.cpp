@@ -2,10 +2,10 @@
 #include "platform/posix/IniUserSettings.h"
 
 #include "base/CaseFolding.h"
-#include "base/Text.h"
-#include "platform/posix/PosixText.h"
 #include "base/RuntimeError.h"
+#include "base/Text.h"
 #include "base/Utf8.h"
+#include "platform/posix/PosixText.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -104,8 +104,9 @@ bool IniUserSettings::Set(const std::wstring& sApplication, const std::wstring& 
         std::vector<Entry> entries;
         if (m_cFiles.FileExists(sPath))
             entries = Read(sPath);
-        const auto isWanted = [&](const Entry& entry)
-        { return EqualIgnoringCase(entry.sSection, sSection) && EqualIgnoringCase(entry.sKey, sKey); };
+        const auto isWanted = [&](const Entry& entry) {
+            return EqualIgnoringCase(entry.sSection, sSection) && EqualIgnoringCase(entry.sKey, sKey);
+        };
         const auto it = std::find_if(entries.begin(), entries.end(), isWanted);
         if (it != entries.end())
             it->sValue = sValue;

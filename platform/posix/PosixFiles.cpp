@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/posix/PosixFiles.h"
 
-#include "platform/posix/PosixText.h"
 #include "base/RuntimeError.h"
+#include "platform/posix/PosixText.h"
 
 #include <cerrno>
 #include <climits>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Ports.h"
 #include "platform/common/Latin1252CodePage.h"
 #include "platform/common/MersenneRandom.h"
 #include "platform/posix/IniUserSettings.h"
@@ -8,7 +9,6 @@
 #include "platform/posix/PosixHostLoop.h"
 #include "platform/posix/StandardMessages.h"
 #include "platform/posix/SystemClock.h"
-#include "platform/Ports.h"
 
 namespace ravlo
 {

@@ -19,9 +19,9 @@ bool IsCharacter(std::uint32_t lCode) { return lCode <= 0x10FFFF && (lCode < 0xD
 
 std::string NativePathOf(const std::wstring& sPath)
 {
-    if (sPath.empty() ||
-        std::any_of(sPath.begin(), sPath.end(),
-                    [](wchar_t c) { return c == 0 || !IsCharacter(static_cast<std::uint32_t>(c)); }))
+    if (sPath.empty() || std::any_of(sPath.begin(), sPath.end(), [](wchar_t c) {
+            return c == 0 || !IsCharacter(static_cast<std::uint32_t>(c));
+        }))
         throw RuntimeError(error::BadFileName);
     std::string bytes = Utf8Of(sPath);
     std::replace(bytes.begin(), bytes.end(), '\\', '/');

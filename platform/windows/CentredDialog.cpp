@@ -36,8 +36,9 @@ void CentreDialog(HWND hDialog, HWND hOwner) noexcept
     ::GetWindowRect(hDialog, &window);
     const LONG cx = window.right - window.left;
     const LONG cy = window.bottom - window.top;
-    const auto settled = [](LONG lWanted, LONG lLowest, LONG lHighest)
-    { return static_cast<int>(std::max(lLowest, std::min(lWanted, lHighest))); };
+    const auto settled = [](LONG lWanted, LONG lLowest, LONG lHighest) {
+        return static_cast<int>(std::max(lLowest, std::min(lWanted, lHighest)));
+    };
     const RECT& work = monitor.rcWork;
     ::SetWindowPos(hDialog, nullptr,
                    settled((around.left + around.right - cx) / 2, work.left, work.right - cx),

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/windows/WindowsFiles.h"
 
+#include "base/RuntimeError.h"
 #include "platform/common/Retries.h"
 #include "platform/windows/WindowsPaths.h"
-#include "base/RuntimeError.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -37,12 +37,11 @@ public:
         DWORD lError = 0;
         TryPatiently(
             ePatience,
-            [&]
-            {
-                m_hFile = ::CreateFileW(sNative.c_str(), lAccess, lSharing, nullptr, lDisposition,
-                                        FILE_ATTRIBUTE_NORMAL, nullptr);
-                lError = m_hFile == INVALID_HANDLE_VALUE ? ::GetLastError() : 0;
-                return !IsInUse(lError);
+            [&] {
+            m_hFile = ::CreateFileW(sNative.c_str(), lAccess, lSharing, nullptr, lDisposition,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+            lError = m_hFile == INVALID_HANDLE_VALUE ? ::GetLastError() : 0;
+            return !IsInUse(lError);
             },
             ::Sleep);
         if (m_hFile == INVALID_HANDLE_VALUE)
@@ -294,11 +293,10 @@ void WindowsFiles::Rename(const std::wstring& sFrom, const std::wstring& sTo, Pa
     DWORD lError = 0;
     TryPatiently(
         ePatience,
-        [&]
-        {
-            constexpr DWORD lHow = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-            lError = ::MoveFileExW(sOld.c_str(), sNew.c_str(), lHow) ? 0 : ::GetLastError();
-            return !IsPassing(lError);
+        [&] {
+        constexpr DWORD lHow = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+        lError = ::MoveFileExW(sOld.c_str(), sNew.c_str(), lHow) ? 0 : ::GetLastError();
+        return !IsPassing(lError);
         },
         ::Sleep);
     if (lError != 0)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/windows/WindowsPaths.h"
 
-#include "platform/DeviceNames.h"
 #include "base/RuntimeError.h"
+#include "platform/DeviceNames.h"
 
 #include <algorithm>
 #include <string_view>
@@ -147,7 +147,7 @@ std::wstring NativePathOf(const std::wstring& sPath)
     if (StartsWith(sFull, L"\\\\.\\") || sFull.find(L':', root + 2) != std::wstring::npos ||
         sFull.find_first_of(L"*?<>|\"", root) != std::wstring::npos)
         throw RuntimeError(error::BadFileName);
-    RequireLengths(sFull);                     // the folder that a relative path starts in counts
+    RequireLengths(sFull);                    // the folder that a relative path starts in counts
     constexpr std::size_t classicLimit = 240; // 260, less what a folder must leave room for
     if (bLongForm || sFull.size() < classicLimit)
         return sFull;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Ports.h"
 #include "platform/common/MersenneRandom.h"
 #include "platform/windows/RegistryUserSettings.h"
 #include "platform/windows/SystemCodePage.h"
@@ -8,7 +9,6 @@
 #include "platform/windows/WindowsFiles.h"
 #include "platform/windows/WindowsHostLoop.h"
 #include "platform/windows/WindowsMessages.h"
-#include "platform/Ports.h"
 
 namespace ravlo
 {

@@ -118,12 +118,10 @@ STDMETHODIMP DataBaseFace::Open(BSTR sFile)
 }
 STDMETHODIMP DataBaseFace::Close()
 {
-    return Guard(
-        [&]
-        {
-            m_cBatches.RollbackAll();
-            m_cStore->Close();
-        });
+    return Guard([&] {
+        m_cBatches.RollbackAll();
+        m_cStore->Close();
+    });
 }
 STDMETHODIMP DataBaseFace::get_FileName(BSTR* pVal)
 {
@@ -132,22 +130,18 @@ STDMETHODIMP DataBaseFace::get_FileName(BSTR* pVal)
 
 STDMETHODIMP DataBaseFace::get_Cuts(_clsCollection** pVal)
 {
-    return Guard(
-        [&]
-        {
-            const void* pIdentity = &m_cStore->CutCollection();
-            StoreIn(pVal,
-                    [&]
-                    {
-                        return FaceMap<CollectionFace>::Instance()
-                            .Get(pIdentity,
-                                 [&] {
-                                     return NewObject<CollectionFace>(pIdentity,
-                                                                      std::make_unique<StoreCuts>(m_cStore));
-                                 })
-                            .Detach();
-                    });
+    return Guard([&] {
+        const void* pIdentity = &m_cStore->CutCollection();
+        StoreIn(pVal, [&] {
+            return FaceMap<CollectionFace>::Instance()
+                .Get(
+                    pIdentity,
+                    [&] {
+                return NewObject<CollectionFace>(pIdentity, std::make_unique<StoreCuts>(m_cStore));
+                    })
+                .Detach();
         });
+    });
 }
 
 STDMETHODIMP DataBaseFace::CutByKey(BSTR sKey, _clsCut** pVal)
@@ -157,12 +151,10 @@ STDMETHODIMP DataBaseFace::CutByKey(BSTR sKey, _clsCut** pVal)
 }
 STDMETHODIMP DataBaseFace::CutByArtistTitle(BSTR sArtist, BSTR sTitle, _clsCut** pVal)
 {
-    return Guard(
-        [&]
-        {
-            StoreIn(pVal, [&]
-                    { return CutOut(m_cStore->CutByArtistTitle(TextOf(sArtist), TextOf(sTitle))).Detach(); });
-        });
+    return Guard([&] {
+        StoreIn(pVal,
+                [&] { return CutOut(m_cStore->CutByArtistTitle(TextOf(sArtist), TextOf(sTitle))).Detach(); });
+    });
 }
 STDMETHODIMP DataBaseFace::NewCut(_clsCut** pVal)
 {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/modscheduler/FileNames.h"
 
-#include "platform/DeviceNames.h"
 #include "base/RuntimeError.h"
+#include "platform/DeviceNames.h"
 
 #include <algorithm>
 
@@ -13,11 +13,9 @@ bool CanBeFileName(std::wstring_view sName) noexcept
 {
     if (sName.empty() || IsDeviceName(sName))
         return false;
-    return std::none_of(sName.begin(), sName.end(),
-                        [](wchar_t c) {
-                            return c < L' ' ||
-                                   std::wstring_view(L"*/:<>?\\|\"").find(c) != std::wstring_view::npos;
-                        });
+    return std::none_of(sName.begin(), sName.end(), [](wchar_t c) {
+        return c < L' ' || std::wstring_view(L"*/:<>?\\|\"").find(c) != std::wstring_view::npos;
+    });
 }
 
 void RequireFileName(const std::wstring& sName)

@@ -46,8 +46,7 @@ std::int32_t NeverNegative(std::int32_t lMins) { return lMins < 0 ? lDefaultSepM
 // A line of the settings file; nothing when it is not there or no number.
 std::optional<std::int32_t> MinutesOf(const std::vector<std::wstring>& colLines, std::size_t line)
 {
-    const std::optional<double> dValue =
-        line < colLines.size() ? NumericValue(colLines[line]) : std::nullopt;
+    const std::optional<double> dValue = line < colLines.size() ? NumericValue(colLines[line]) : std::nullopt;
     const std::optional<std::int32_t> lMins = dValue ? ToLong(*dValue) : std::nullopt;
     return lMins ? std::optional(NeverNegative(*lMins)) : std::nullopt;
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Ports.h"
 #include "base/RuntimeError.h"
+#include "platform/Ports.h"
 #include "scheduler/modscheduler/SavedFiles.h"
 
 #include <cstddef>

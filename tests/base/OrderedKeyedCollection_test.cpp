@@ -313,17 +313,13 @@ TEST(OrderedKeyedCollection, AnItemIsGoneBeforeItIsDestroyed)
     OrderedKeyedCollection<std::shared_ptr<Watcher>> cCollection;
     int lEnded = 0;
     bool bWasThere = false;
-    const auto add = [&](const wchar_t* sKey)
-    {
-        cCollection.Add(TextKey(sKey), std::make_shared<Watcher>(
-                                           [&, sKey]
-                                           {
-                                               ++lEnded;
-                                               bWasThere = bWasThere || cCollection.Exists(sKey);
-                                               for (std::size_t i = 0; i < cCollection.Count(); ++i)
-                                                   bWasThere =
-                                                       bWasThere || *cCollection.KeyAt(i) == TextKey(sKey);
-                                           }));
+    const auto add = [&](const wchar_t* sKey) {
+        cCollection.Add(TextKey(sKey), std::make_shared<Watcher>([&, sKey] {
+                            ++lEnded;
+                            bWasThere = bWasThere || cCollection.Exists(sKey);
+                            for (std::size_t i = 0; i < cCollection.Count(); ++i)
+                                bWasThere = bWasThere || *cCollection.KeyAt(i) == TextKey(sKey);
+                        }));
     };
     add(L"a");
     add(L"b");

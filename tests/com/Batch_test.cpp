@@ -182,8 +182,7 @@ TEST_F(HostBatchTest, ABatchThatCannotBeCommittedLeavesEveryCutWhereItsHostPutIt
 {
     HostBatches& batches = m_cDataBase->m_batches.emplace();
     batches.m_hCommit = ErrorResult(61);
-    batches.m_onCommit = [this]
-    {
+    batches.m_onCommit = [this] {
         for (const auto& [sKey, cItem] : m_cDataBase->m_colCuts->m_colItems)
             if (sKey != L"C:\\Other.mp3")
                 static_cast<HostCutObject*>(cItem.pdispVal)->m_lLevel = 1; // as the host's disk has it

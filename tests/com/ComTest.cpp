@@ -111,12 +111,10 @@ VARIANT ByReference(Variant& cVariable)
 std::vector<std::wstring> ItemsOf(IDispatch* colItems)
 {
     std::vector<std::wstring> colResult;
-    ForEachItem(colItems,
-                [&](const Variant& cItem)
-                {
-                    const auto cText = cItem.As(VT_BSTR);
-                    colResult.push_back(cText ? TextOf(cText->bstrVal) : L"(object)");
-                });
+    ForEachItem(colItems, [&](const Variant& cItem) {
+        const auto cText = cItem.As(VT_BSTR);
+        colResult.push_back(cText ? TextOf(cText->bstrVal) : L"(object)");
+    });
     return colResult;
 }
 

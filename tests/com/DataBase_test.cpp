@@ -100,8 +100,7 @@ TEST_F(DataBaseTest, ItsEventsCarryCollectionsOfItsOwnCuts)
 {
     const auto cSink = NewObject<Sink>(DIID___clsDataBase);
     std::vector<Texts> colTitles;
-    cSink->m_onEvent = [&](DISPID lEvent, DISPPARAMS& arguments)
-    {
+    cSink->m_onEvent = [&](DISPID lEvent, DISPPARAMS& arguments) {
         if (lEvent <= 3)
             colTitles.push_back(Titles(arguments.rgvarg[0].pdispVal));
     };
@@ -227,8 +226,9 @@ TEST_F(DataBaseTest, TheCategoriesOfACutAreALiveCollectionOfNames)
     ComPtr<_clsCollection> colNames;
     ASSERT_EQ(cCut->get_Categories(colNames.Receive()), S_OK);
     const auto add =
-        [&](const Variant& cName, const Variant& cKey, const Variant& cBefore = Variant::Omitted())
-    { return colNames->Add(cName, cKey, cBefore, Variant::Omitted()); };
+        [&](const Variant& cName, const Variant& cKey, const Variant& cBefore = Variant::Omitted()) {
+        return colNames->Add(cName, cKey, cBefore, Variant::Omitted());
+    };
     EXPECT_EQ(add(Text(L"Jazz"), Text(L"jazz")), S_OK);
     EXPECT_EQ(add(Text(L"Blues"), Variant::Omitted(), Text(L"pop")), S_OK);
     EXPECT_EQ(TextOfProperty(cCut, &_clsCut::get_CategoryText), L"Rock/Blues/Pop/Jazz");

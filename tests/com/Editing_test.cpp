@@ -37,12 +37,10 @@ protected:
         ComPtr<_clsCollection> colLevels;
         EXPECT_EQ(MainCat(sName)->get_SubCats(colLevels.Receive()), S_OK);
         Texts colNumbers;
-        ForEachItem(colLevels.Get(),
-                    [&](const Variant& cItem)
-                    {
-                        const auto cLevel = ObjectIn<_clsCat>(cItem);
-                        colNumbers.push_back(std::to_wstring(LongOfProperty(cLevel, &_clsCat::get_CatLevel)));
-                    });
+        ForEachItem(colLevels.Get(), [&](const Variant& cItem) {
+            const auto cLevel = ObjectIn<_clsCat>(cItem);
+            colNumbers.push_back(std::to_wstring(LongOfProperty(cLevel, &_clsCat::get_CatLevel)));
+        });
         return colNumbers;
     }
     ComPtr<_clsCut> Cut(const wchar_t* sTitle)
@@ -200,8 +198,7 @@ TEST_F(CategoryEditingTest, ACutIsRemovedFromTheLevelThatIsNamed)
     VARIANT_BOOL bCreated = VARIANT_FALSE;
     ASSERT_EQ(Level(L"Rock", L"2")->AddCut(Cut(L"First").Get(), &bCreated, &bAdded), S_OK);
     ASSERT_EQ(bAdded, VARIANT_TRUE);
-    const auto remove = [&](LONG lLevel)
-    {
+    const auto remove = [&](LONG lLevel) {
         _clsCollection* pAffected = nullptr;
         EXPECT_EQ(
             m_cMan->RemoveCutFromCategory(MainCat(L"Rock").Get(), Cut(L"First").Get(), &pAffected, lLevel),
@@ -244,8 +241,9 @@ TEST_F(CategoryEditingTest, ACategoryCannotBecomeALevelOfItself)
     ASSERT_EQ(cMainCat->get_SubCats(colLevels.Receive()), S_OK);
     ComPtr<_clsCollection> colOfLevel;
     ASSERT_EQ(cLevel->get_SubCats(colOfLevel.Receive()), S_OK);
-    const auto add = [](const ComPtr<_clsCollection>& colInto, const ComPtr<_clsCat>& cCat)
-    { return colInto->Add(Object(cCat), Text(L"9"), Variant::Omitted(), Variant::Omitted()); };
+    const auto add = [](const ComPtr<_clsCollection>& colInto, const ComPtr<_clsCat>& cCat) {
+        return colInto->Add(Object(cCat), Text(L"9"), Variant::Omitted(), Variant::Omitted());
+    };
     EXPECT_EQ(add(colLevels, cMainCat), ErrorResult(5));
     EXPECT_EQ(add(colOfLevel, cLevel), ErrorResult(5));
     EXPECT_EQ(add(colOfLevel, cMainCat), ErrorResult(5));

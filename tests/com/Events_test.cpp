@@ -62,8 +62,7 @@ TEST_F(EventsTest, WhatASinkAnswersBreaksNothing)
 TEST_F(EventsTest, ASinkThatJoinsInsideAnEventHearsTheNextOne)
 {
     const auto cLate = NewObject<Sink>(DIID___clsSchedMan);
-    m_cSink->m_onEvent = [&](DISPID, DISPPARAMS&)
-    {
+    m_cSink->m_onEvent = [&](DISPID, DISPPARAMS&) {
         if (m_cSink->m_colHeard.size() == 1)
             Advise(m_cPoint, cLate);
     };
@@ -91,8 +90,7 @@ TEST_F(EventsTest, ASinkMayLeaveItselfWithItsLastReference)
     Sink* pSink = m_cSink.Get();
     const ComPtr<IConnectionPoint> cPoint = m_cPoint;
     bool bHeard = false;
-    pSink->m_onEvent = [&](DISPID, DISPPARAMS&)
-    {
+    pSink->m_onEvent = [&](DISPID, DISPPARAMS&) {
         bHeard = true;
         cPoint->Unadvise(lCookie);
     };
@@ -104,8 +102,7 @@ TEST_F(EventsTest, ASinkMayLeaveItselfWithItsLastReference)
 
 TEST_F(EventsTest, TheManagerMayBeLetGoInsideItsOwnEvent)
 {
-    m_cSink->m_onEvent = [&](DISPID, DISPPARAMS&)
-    {
+    m_cSink->m_onEvent = [&](DISPID, DISPPARAMS&) {
         m_cPoint = nullptr;
         m_cMan = nullptr;
     };
@@ -117,8 +114,7 @@ TEST_F(EventsTest, TheManagerMayBeLetGoInsideItsOwnEvent)
 
 TEST_F(EventsTest, AnEventMayRaiseAnother)
 {
-    m_cSink->m_onEvent = [&](DISPID, DISPPARAMS&)
-    {
+    m_cSink->m_onEvent = [&](DISPID, DISPPARAMS&) {
         if (m_cSink->m_colHeard.size() < 3)
             m_cMan->ShowHelp();
     };
@@ -131,8 +127,7 @@ TEST_F(EventsTest, TheEditRequestCarriesTheCutAndTheCallersOwnResult)
 {
     const auto cCut = Create<_clsCut>(CLSID_clsCut);
     bool bSameCut = false;
-    m_cSink->m_onEvent = [&](DISPID, DISPPARAMS& arguments)
-    {
+    m_cSink->m_onEvent = [&](DISPID, DISPPARAMS& arguments) {
         ASSERT_EQ(arguments.cArgs, 2u);
         bSameCut = IsSame(ObjectIn<_clsCut>(arguments.rgvarg[1]), cCut);
         VARIANT* pResult = arguments.rgvarg[0].pvarVal;
@@ -149,8 +144,7 @@ TEST_F(EventsTest, TheEditRequestCarriesTheCutAndTheCallersOwnResult)
 
 TEST_F(EventsTest, ALateBoundEditRequestBringsTheAnswerBackToo)
 {
-    m_cSink->m_onEvent = [](DISPID, DISPPARAMS& arguments)
-    {
+    m_cSink->m_onEvent = [](DISPID, DISPPARAMS& arguments) {
         VariantClear(arguments.rgvarg[0].pvarVal);
         *arguments.rgvarg[0].pvarVal = Text(L"edited").Detach();
     };
@@ -165,8 +159,7 @@ TEST_F(EventsTest, ALateBoundEditRequestBringsTheAnswerBackToo)
 
 TEST_F(EventsTest, TheAnswerToAnEditRequestReachesATypedVariable)
 {
-    m_cSink->m_onEvent = [](DISPID, DISPPARAMS& arguments)
-    {
+    m_cSink->m_onEvent = [](DISPID, DISPPARAMS& arguments) {
         EXPECT_EQ(arguments.rgvarg[0].pvarVal->lVal, 1) << "what the variable held";
         *arguments.rgvarg[0].pvarVal = Text(L"2").Detach();
     };
@@ -184,8 +177,9 @@ TEST_F(EventsTest, TheAnswerToAnEditRequestReachesATypedVariable)
     ASSERT_EQ(m_cMan->RaiseEditRequestCutEvent(nullptr, &reference), S_OK);
     EXPECT_EQ(TextOf(cVariable.bstrVal), L"2");
 
-    m_cSink->m_onEvent = [](DISPID, DISPPARAMS& arguments)
-    { *arguments.rgvarg[0].pvarVal = Text(L"two").Detach(); };
+    m_cSink->m_onEvent = [](DISPID, DISPPARAMS& arguments) {
+        *arguments.rgvarg[0].pvarVal = Text(L"two").Detach();
+    };
     reference.vt = VT_BYREF | VT_I4;
     reference.plVal = &lVariable;
     EXPECT_EQ(m_cMan->RaiseEditRequestCutEvent(nullptr, &reference), ErrorResult(13));

@@ -97,8 +97,7 @@ TEST_F(HostCutTest, ACutMayShortenTheListThatItIsBeingAddedTo)
     ASSERT_EQ(m_cMan->get_colCuts(Bstr(L"Rock").Get(), 1, colCuts.Receive()), S_OK);
     const auto cCut = NewObject<HostCutObject>(L"C:\\Three.mp3");
     int lLeft = 2;
-    cCut->m_onAsked = [&]
-    {
+    cCut->m_onAsked = [&] {
         while (lLeft-- > 0)
             EXPECT_EQ(colCuts->Remove(Long(1)), S_OK);
     };
@@ -191,8 +190,9 @@ TEST_F(HostCutTest, ADatabaseMayBeHandedToAnotherManagerWhileTheLastOneLeavesIt)
     m_cDataBase->AddCut(L"One", L"Rock", 1);
     Populate();
     const auto cOther = Create<_clsSchedMan>(CLSID_clsSchedMan);
-    cPoints->m_onUnadvise = [&]
-    { EXPECT_EQ(cOther->PopulateFromDataBase(m_cDataBase.Get(), Bstr(Folder().wstring()).Get()), S_OK); };
+    cPoints->m_onUnadvise = [&] {
+        EXPECT_EQ(cOther->PopulateFromDataBase(m_cDataBase.Get(), Bstr(Folder().wstring()).Get()), S_OK);
+    };
     m_cMan = nullptr; // its database is let go, and is asked for again from inside
     EXPECT_FALSE(cPoints->m_onUnadvise);
     m_cMan = cOther;
@@ -330,8 +330,7 @@ TEST_F(HostCutTest, APickSeesChangesAndRemovalsBetweenTwoPicks)
     ASSERT_EQ(cDataBase->AddCuts(colCuts.Get(), &lCount), S_OK);
     ASSERT_EQ(m_cMan->PopulateFromDataBase(cDataBase.Get(), Bstr(Folder().wstring()).Get()), S_OK);
     ASSERT_EQ(m_cMan->put_RotatesAllowed(VARIANT_TRUE), S_OK);
-    const auto Next = [&]
-    {
+    const auto Next = [&] {
         ComPtr<_clsCat> cMainCat, cSubCat;
         Bstr sMainCatKey;
         ComPtr<_clsCut> cCut;
@@ -363,8 +362,7 @@ TEST_F(HostCutTest, APlayFindsTheCutThatReplacedARemovedOne)
 {
     const auto cDataBase = Create<_clsDataBase>(CLSID_clsDataBase);
     ASSERT_EQ(cDataBase->Open(Bstr((Folder() / "replaced.db").wstring()).Get()), S_OK);
-    const auto Added = [&]
-    {
+    const auto Added = [&] {
         ComPtr<_clsCut> cCut;
         EXPECT_EQ(cDataBase->NewCut(cCut.Receive()), S_OK);
         EXPECT_EQ(cCut->put_Key(Bstr(L"C:\\a.mp3").Get()), S_OK);
@@ -379,8 +377,7 @@ TEST_F(HostCutTest, APlayFindsTheCutThatReplacedARemovedOne)
     };
     const auto [cOld, colOld] = Added();
     ASSERT_EQ(m_cMan->PopulateFromDataBase(cDataBase.Get(), Bstr(Folder().wstring()).Get()), S_OK);
-    const auto Report = [&](DATE dtWhen)
-    {
+    const auto Report = [&](DATE dtWhen) {
         EXPECT_EQ(cOld->put_LastPlayed(dtWhen), S_OK);
         EXPECT_EQ(m_cMan->UpdateArtistTitleHistory(cOld.Get()), S_OK);
     };

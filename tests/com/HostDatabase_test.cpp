@@ -155,8 +155,7 @@ TEST_F(HostDatabaseTest, EventsWithTheWrongArgumentsAreRefusedWithoutHarm)
     CONNECTDATA connection{};
     ASSERT_EQ(cConnections->Next(1, &connection, nullptr), S_OK);
     const auto cSink = ComPtr<IUnknown>::Adopt(connection.pUnk).As<IDispatch>();
-    const auto fire = [&](DISPID lEvent, std::vector<VARIANT> colArguments)
-    {
+    const auto fire = [&](DISPID lEvent, std::vector<VARIANT> colArguments) {
         DISPPARAMS arguments{colArguments.data(), nullptr, static_cast<UINT>(colArguments.size()), 0};
         return cSink->Invoke(lEvent, IID_NULL, 0, DISPATCH_METHOD, &arguments, nullptr, nullptr, nullptr);
     };
@@ -176,11 +175,14 @@ public:
     STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* pResult, EXCEPINFO*, UINT*) override
     {
         *pResult = Variant(NewEnumerator(
-                               ComPtr<IUnknown>(this), [] { return std::size_t{2}; },
-                               [this](std::size_t i)
-                               { return i == 0 ? m_cFirst : throw RuntimeError(error::PermissionDenied); })
-                               .Get())
-                       .Detach();
+                               ComPtr<IUnknown>(this),
+                               [] {
+            return std::size_t{2};
+                               },
+                               [this](std::size_t i) {
+            return i == 0 ? m_cFirst : throw RuntimeError(error::PermissionDenied);
+                   }).Get())
+            .Detach();
         return S_OK;
     }
 
@@ -210,8 +212,7 @@ TEST_F(HostDatabaseTest, WhatIsNoCutInAnAnnouncementIsPassedOverAndLogged)
     std::ostringstream text;
     for (const auto& entry : std::filesystem::directory_iterator(logs))
         text << std::ifstream(entry.path(), std::ios::binary).rdbuf();
-    const auto linesWith = [&](const std::string& sWhat)
-    {
+    const auto linesWith = [&](const std::string& sWhat) {
         int lLines = 0;
         for (std::size_t l = text.str().find(sWhat); l != std::string::npos;
              l = text.str().find(sWhat, l + 1))

@@ -92,8 +92,7 @@ TEST_F(HostExceptionsTest, ABatchWhoseRollbackThrowsLeavesTheProgramAlone)
     batches.m_onRollback = colThrows[1];
     cCut->m_hCategoryText = ErrorResult(70);
     BoxAnswerer cAnswerer;
-    const auto level = [&](LONG lLevel)
-    {
+    const auto level = [&](LONG lLevel) {
         ComPtr<_clsCollection> colMainCats;
         EXPECT_EQ(m_cMan->get_colMainCats(colMainCats.Receive()), S_OK);
         Variant cMainCat;

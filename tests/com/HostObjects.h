@@ -65,9 +65,13 @@ public:
     STDMETHODIMP get__NewEnum(IUnknown** ppEnum) override
     {
         *ppEnum = NewEnumerator(
-                      ComPtr<IUnknown>(this), [this] { return m_colItems.size(); },
-                      [this](std::size_t i) { return m_colItems[i].second; })
-                      .Detach();
+                      ComPtr<IUnknown>(this),
+                      [this] {
+            return m_colItems.size();
+                      },
+                      [this](std::size_t i) {
+            return m_colItems[i].second;
+        }).Detach();
         return S_OK;
     }
     STDMETHODIMP Invoke(DISPID lMember, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* pResult, EXCEPINFO*,
@@ -334,8 +338,9 @@ public:
     }
     STDMETHODIMP CutByArtistTitle(BSTR sArtist, BSTR sTitle, _clsCut** pVal) override
     {
-        return Find(pVal, [&](HostCutObject& cCut)
-                    { return cCut.m_sArtist == TextOf(sArtist) && cCut.m_sTitle == TextOf(sTitle); });
+        return Find(pVal, [&](HostCutObject& cCut) {
+            return cCut.m_sArtist == TextOf(sArtist) && cCut.m_sTitle == TextOf(sTitle);
+        });
     }
     STDMETHODIMP NewCut(_clsCut** pVal) override
     {

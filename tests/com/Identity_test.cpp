@@ -195,8 +195,7 @@ TEST_F(ComTest, SubCatsTakesOnlyWhatCanBeALevel)
     ComPtr<_clsCollection> colOfLevel;
     ASSERT_EQ(cMain->get_SubCats(colLevels.Receive()), S_OK);
     ASSERT_EQ(cLevel->get_SubCats(colOfLevel.Receive()), S_OK);
-    const auto Add = [](const ComPtr<_clsCollection>& colCats, const ComPtr<_clsCat>& cCat)
-    {
+    const auto Add = [](const ComPtr<_clsCollection>& colCats, const ComPtr<_clsCat>& cCat) {
         return colCats->Add(Variant(static_cast<IDispatch*>(cCat.Get())), Variant::Omitted(),
                             Variant::Omitted(), Variant::Omitted());
     };

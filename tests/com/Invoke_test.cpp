@@ -314,8 +314,7 @@ TEST_F(InvokeTest, WhatAFailedMemberHasStoredComesBack)
     DISPID lMember = 0;
     ASSERT_EQ(cInfo->GetIDsOfNames(&pMember, 1, &lMember), S_OK);
     const Variant cCut = Object(m_cCut);
-    const auto add = [&](Variant& cCreated)
-    {
+    const auto add = [&](Variant& cCreated) {
         VARIANT colReversed[] = {ByReference(cCreated), cCut};
         const DISPPARAMS arguments{colReversed, nullptr, 2, 0};
         Variant cResult;

@@ -307,8 +307,7 @@ TEST_F(OwnViews, ATreeMayDeleteCategoriesWhileItIsFilled)
     for (const wchar_t* sName : {L"Rock", L"Jazz", L"Pop"})
         AddCut(sName, sName, 1);
     Populate();
-    m_cTree->m_colNodes->m_OnCall = [this](const std::wstring& sMember)
-    {
+    m_cTree->m_colNodes->m_OnCall = [this](const std::wstring& sMember) {
         if (sMember == L"Add")
             DeleteFirstCategory();
     };
@@ -326,8 +325,7 @@ TEST_F(OwnViews, AGridMayDeleteCategoriesWhileItIsFilled)
     for (const wchar_t* sTitle : {L"One", L"Two", L"Three"})
         AddCut(sTitle, L"Rock", 1);
     Populate();
-    m_cGrid->m_OnCall = [this](const std::wstring& sMember)
-    {
+    m_cGrid->m_OnCall = [this](const std::wstring& sMember) {
         if (sMember == L"RowKey")
             DeleteFirstCategory();
     };

@@ -36,8 +36,7 @@ protected:
     // Calls fCall in every event, but not in those that it causes itself.
     void InEachEvent(std::function<void()> fCall)
     {
-        m_cSink->m_onEvent = [this, fCall = std::move(fCall)](DISPID, DISPPARAMS&)
-        {
+        m_cSink->m_onEvent = [this, fCall = std::move(fCall)](DISPID, DISPPARAMS&) {
             if (m_bInside)
                 return;
             m_bInside = true;
@@ -84,20 +83,18 @@ protected:
 TEST_F(ReentrancyTest, DuringAPopulationCutsAreAskedForInVainAndEditsAreRefused)
 {
     std::set<long> colKinds;
-    InEachEvent(
-        [&]
-        {
-            colKinds.insert(Kind(L"Rock\t1"));
-            VARIANT_BOOL bDone = VARIANT_TRUE;
-            BSTR sName = NewBstr(L"Jazz");
-            EXPECT_EQ(m_cMan->CreateMainCat(&sName, &bDone), S_OK);
-            SysFreeString(sName);
-            EXPECT_EQ(bDone, VARIANT_FALSE);
-            EXPECT_EQ(m_cMan->PopulateFromDataBase(m_cDataBase.Get(), Bstr(Folder().wstring()).Get()), S_OK);
-            VARIANT_BOOL bShowing = VARIANT_TRUE;
-            EXPECT_EQ(m_cMan->get_UIShowing(&bShowing), S_OK);
-            EXPECT_EQ(bShowing, VARIANT_FALSE);
-        });
+    InEachEvent([&] {
+        colKinds.insert(Kind(L"Rock\t1"));
+        VARIANT_BOOL bDone = VARIANT_TRUE;
+        BSTR sName = NewBstr(L"Jazz");
+        EXPECT_EQ(m_cMan->CreateMainCat(&sName, &bDone), S_OK);
+        SysFreeString(sName);
+        EXPECT_EQ(bDone, VARIANT_FALSE);
+        EXPECT_EQ(m_cMan->PopulateFromDataBase(m_cDataBase.Get(), Bstr(Folder().wstring()).Get()), S_OK);
+        VARIANT_BOOL bShowing = VARIANT_TRUE;
+        EXPECT_EQ(m_cMan->get_UIShowing(&bShowing), S_OK);
+        EXPECT_EQ(bShowing, VARIANT_FALSE);
+    });
     ASSERT_EQ(m_cMan->put_RotatesAllowed(VARIANT_TRUE), S_OK);
     BoxAnswerer cAnswerer;
     Populate();
@@ -117,18 +114,15 @@ TEST_F(ReentrancyTest, DuringAMoveCutsArePickedCategoriesListedAndSaved)
 {
     Populate();
     ASSERT_EQ(m_cMan->put_RotatesAllowed(VARIANT_TRUE), S_OK);
-    InEachEvent(
-        [&]
-        {
-            EXPECT_EQ(Kind(L"Pop\t1"), 0);
-            Bstr sList;
-            EXPECT_EQ(m_cMan->ListCats(CollectionOf({Object(MainCat(L"Rock"))}).Get(), sList.Receive()),
-                      S_OK);
-            EXPECT_EQ(sList.Text(), L"Rock");
-            VARIANT_BOOL bSaved = VARIANT_FALSE;
-            EXPECT_EQ(m_cMan->SaveHistoryAndOrdering(MainCat(L"Pop").Get(), &bSaved), S_OK);
-            EXPECT_EQ(bSaved, VARIANT_TRUE);
-        });
+    InEachEvent([&] {
+        EXPECT_EQ(Kind(L"Pop\t1"), 0);
+        Bstr sList;
+        EXPECT_EQ(m_cMan->ListCats(CollectionOf({Object(MainCat(L"Rock"))}).Get(), sList.Receive()), S_OK);
+        EXPECT_EQ(sList.Text(), L"Rock");
+        VARIANT_BOOL bSaved = VARIANT_FALSE;
+        EXPECT_EQ(m_cMan->SaveHistoryAndOrdering(MainCat(L"Pop").Get(), &bSaved), S_OK);
+        EXPECT_EQ(bSaved, VARIANT_TRUE);
+    });
     Move(L"Rock", L"Pop", ::eMoveHere);
     EXPECT_GT(m_lEvents, 3);
     EXPECT_EQ(LongOfProperty(Level(L"Rock", L"1"), &_clsCat::get_TotalCuts), 0);
@@ -139,12 +133,10 @@ TEST_F(ReentrancyTest, DuringAMoveTheDatabaseMayChange)
 {
     Populate();
     int lAdded = 0;
-    InEachEvent(
-        [&]
-        {
-            if (lAdded < 5) // each raises events of its own when its turn comes
-                AddCut(L"Late" + std::to_wstring(++lAdded), L"Rock", 3);
-        });
+    InEachEvent([&] {
+        if (lAdded < 5) // each raises events of its own when its turn comes
+            AddCut(L"Late" + std::to_wstring(++lAdded), L"Rock", 3);
+    });
     Move(L"Rock", L"Pop", ::eMoveExclusiveHere);
     ASSERT_EQ(lAdded, 5);
     EXPECT_EQ(LongOfProperty(Level(L"Rock", L"3"), &_clsCat::get_TotalCuts), lAdded);
@@ -156,14 +148,12 @@ TEST_F(ReentrancyTest, DuringADeletionAnotherCategoryMayBeDeleted)
     Populate();
     bool bFirst = true;
     VARIANT_BOOL bInner = VARIANT_FALSE;
-    InEachEvent(
-        [&]
+    InEachEvent([&] {
+        if (std::exchange(bFirst, false))
         {
-            if (std::exchange(bFirst, false))
-            {
-                EXPECT_EQ(m_cMan->DeleteCats(CollectionOf({Object(MainCat(L"Pop"))}).Get(), &bInner), S_OK);
-            }
-        });
+            EXPECT_EQ(m_cMan->DeleteCats(CollectionOf({Object(MainCat(L"Pop"))}).Get(), &bInner), S_OK);
+        }
+    });
     VARIANT_BOOL bOuter = VARIANT_FALSE;
     ASSERT_EQ(m_cMan->DeleteCats(CollectionOf({Object(MainCat(L"Rock"))}).Get(), &bOuter), S_OK);
     EXPECT_EQ(bInner, VARIANT_TRUE);
@@ -177,16 +167,14 @@ TEST_F(ReentrancyTest, DuringAMoveItsTargetMayBeDeleted)
 {
     Populate();
     bool bFirst = true;
-    InEachEvent(
-        [&]
+    InEachEvent([&] {
+        if (std::exchange(bFirst, false))
         {
-            if (std::exchange(bFirst, false))
-            {
-                VARIANT_BOOL bGone = VARIANT_FALSE;
-                EXPECT_EQ(m_cMan->DeleteCats(CollectionOf({Object(MainCat(L"Pop"))}).Get(), &bGone), S_OK);
-                EXPECT_EQ(bGone, VARIANT_TRUE);
-            }
-        });
+            VARIANT_BOOL bGone = VARIANT_FALSE;
+            EXPECT_EQ(m_cMan->DeleteCats(CollectionOf({Object(MainCat(L"Pop"))}).Get(), &bGone), S_OK);
+            EXPECT_EQ(bGone, VARIANT_TRUE);
+        }
+    });
     BoxAnswerer cAnswerer;
     Move(L"Rock", L"Pop", ::eMoveHere);
     cAnswerer.Stop();
@@ -200,14 +188,11 @@ TEST_F(ReentrancyTest, DuringAnImportTheHostMayShuffleAndPick)
 {
     Populate();
     ASSERT_EQ(m_cMan->put_RotatesAllowed(VARIANT_TRUE), S_OK);
-    InEachEvent(
-        [&]
-        {
-            EXPECT_EQ(Kind(L"Rock\t1"), 0);
-            EXPECT_EQ(
-                m_cMan->ShuffleCategories(CollectionOf({Object(MainCat(L"Rock"))}).Get(), VARIANT_FALSE),
-                S_OK);
-        });
+    InEachEvent([&] {
+        EXPECT_EQ(Kind(L"Rock\t1"), 0);
+        EXPECT_EQ(m_cMan->ShuffleCategories(CollectionOf({Object(MainCat(L"Rock"))}).Get(), VARIANT_FALSE),
+                  S_OK);
+    });
     const Texts colBefore = Sorted(Level(L"Rock", L"1"));
     std::vector<Variant> colMore;
     for (int i = 1; i <= 70; ++i)
@@ -227,8 +212,7 @@ TEST_F(ReentrancyTest, DuringAnEditRequestTheHostMayEditAndAnnounceTheCut)
     Populate();
     ASSERT_EQ(m_cMan->put_RotatesAllowed(VARIANT_TRUE), S_OK);
     const auto cCut = ObjectIn<_clsCut>(m_colNew[0]);
-    m_cSink->m_onEvent = [&](DISPID lEvent, DISPPARAMS& arguments)
-    {
+    m_cSink->m_onEvent = [&](DISPID lEvent, DISPPARAMS& arguments) {
         if (lEvent != 5)
             return;
         EXPECT_EQ(cCut->put_CatLevel(4), S_OK);

@@ -516,15 +516,13 @@ protected:
         ComPtr<_clsCollection> colCuts;
         EXPECT_EQ(m_cDataBase->get_Cuts(colCuts.Receive()), S_OK);
         std::map<std::wstring, Texts> expected{{L"Rock", {}}, {L"Pop", {}}};
-        ForEachItem(colCuts.Get(),
-                    [&](const Variant& cItem)
-                    {
-                        const auto cCut = ObjectIn<_clsCut>(cItem);
-                        const auto sNames = TextOfProperty(cCut, &_clsCut::get_CategoryText);
-                        for (auto& [sName, colTitles] : expected)
-                            if (sNames.find(sName) != std::wstring::npos)
-                                colTitles.push_back(TextOfProperty(cCut, &_clsCut::get_Title));
-                    });
+        ForEachItem(colCuts.Get(), [&](const Variant& cItem) {
+            const auto cCut = ObjectIn<_clsCut>(cItem);
+            const auto sNames = TextOfProperty(cCut, &_clsCut::get_CategoryText);
+            for (auto& [sName, colTitles] : expected)
+                if (sNames.find(sName) != std::wstring::npos)
+                    colTitles.push_back(TextOfProperty(cCut, &_clsCut::get_Title));
+        });
         for (auto& [sName, colTitles] : expected)
         {
             Texts colFound = TitlesIn(MainCat(sName));

@@ -57,8 +57,9 @@ protected:
     static std::vector<std::wstring> Titles(IDispatch* colCuts)
     {
         std::vector<std::wstring> colTitles;
-        ForEachItem(colCuts, [&](const Variant& cItem)
-                    { colTitles.push_back(TextOfProperty(ObjectIn<_clsCut>(cItem), &_clsCut::get_Title)); });
+        ForEachItem(colCuts, [&](const Variant& cItem) {
+            colTitles.push_back(TextOfProperty(ObjectIn<_clsCut>(cItem), &_clsCut::get_Title));
+        });
         return colTitles;
     }
     static std::vector<std::wstring> TitlesIn(const ComPtr<_clsCat>& cCat)

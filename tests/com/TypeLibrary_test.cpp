@@ -75,8 +75,7 @@ std::string ParameterText(ITypeInfo& cInfo, const ELEMDESC& element, const std::
 {
     const USHORT wFlags = element.paramdesc.wParamFlags;
     std::string sFlags;
-    const auto add = [&](USHORT wFlag, const char* sFlag)
-    {
+    const auto add = [&](USHORT wFlag, const char* sFlag) {
         if ((wFlags & wFlag) != 0)
             sFlags.append(sFlags.empty() ? "" : " ").append(sFlag);
     };
@@ -249,8 +248,7 @@ INSTANTIATE_TEST_SUITE_P(Com, TypeLibraryTest,
 // Both servers carry the types they share: a host may ship and register either alone.
 TEST_F(ComTest, BothServersCarryTheSameTypes)
 {
-    const auto describe = [](const wchar_t* sPath)
-    {
+    const auto describe = [](const wchar_t* sPath) {
         ComPtr<ITypeLib> cLibrary;
         EXPECT_EQ(LoadTypeLibEx(sPath, REGKIND_NONE, cLibrary.Receive()), S_OK) << Narrow(sPath);
         return cLibrary ? DescribeLibrary(*cLibrary) : std::string();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "base/RuntimeError.h"
 #include "com/ComTest.h"
 #include "comkit/Collection.h"
-#include "base/RuntimeError.h"
 
 namespace ravlo
 {

@@ -59,8 +59,7 @@ HWND SongsIn(HWND hWindow)
     HWND hSongs = nullptr;
     EnumChildWindows(
         hWindow,
-        [](HWND hChild, LPARAM lParam) -> BOOL
-        {
+        [](HWND hChild, LPARAM lParam) -> BOOL {
             wchar_t sClass[16] = {};
             GetClassNameW(hChild, sClass, static_cast<int>(std::size(sClass)));
             const bool bSongs = lstrcmpiW(sClass, L"ListBox") == 0 && IsWindowVisible(hChild) &&
@@ -132,15 +131,13 @@ TEST_F(WindowsTest, WhatIsChosenComesBackInTheCallersVariables)
     Chosen chosen{MainCat(L"Rock"), Level(L"Rock", L"2"), VARIANT_TRUE, CollectionOf({Long(1)})};
     const auto colBefore = chosen.colCuts;
     std::wstring sCaption;
-    const Person person(sfrmCatClass,
-                        [&](HWND hWindow)
-                        {
-                            sCaption.resize(static_cast<std::size_t>(GetWindowTextLengthW(hWindow)) + 1);
-                            sCaption.resize(static_cast<std::size_t>(
-                                GetWindowTextW(hWindow, sCaption.data(), static_cast<int>(sCaption.size()))));
-                            SendMessageW(SongsIn(hWindow), LB_SETSEL, TRUE, 1);
-                            PressOk(hWindow);
-                        });
+    const Person person(sfrmCatClass, [&](HWND hWindow) {
+        sCaption.resize(static_cast<std::size_t>(GetWindowTextLengthW(hWindow)) + 1);
+        sCaption.resize(static_cast<std::size_t>(
+            GetWindowTextW(hWindow, sCaption.data(), static_cast<int>(sCaption.size()))));
+        SendMessageW(SongsIn(hWindow), LB_SETSEL, TRUE, 1);
+        PressOk(hWindow);
+    });
     EXPECT_EQ(ShowCategory(chosen, L"Take one"), 1);
     EXPECT_EQ(sCaption, L"Take one");
     EXPECT_TRUE(IsSame(chosen.cMainCat, MainCat(L"Rock")));
@@ -168,12 +165,10 @@ TEST_F(WindowsTest, AWindowThatIsClosedLeavesTheCallersVariablesAlone)
 {
     const auto colBefore = CollectionOf({Long(1)});
     Chosen chosen{MainCat(L"Rock"), Level(L"Rock", L"1"), VARIANT_TRUE, colBefore};
-    const Person person(sfrmCatClass,
-                        [&](HWND hWindow)
-                        {
-                            SendMessageW(SongsIn(hWindow), LB_SETSEL, TRUE, 0);
-                            Close(hWindow);
-                        });
+    const Person person(sfrmCatClass, [&](HWND hWindow) {
+        SendMessageW(SongsIn(hWindow), LB_SETSEL, TRUE, 0);
+        Close(hWindow);
+    });
     EXPECT_EQ(ShowCategory(chosen), 2);
     EXPECT_TRUE(IsSame(chosen.cMainCat, MainCat(L"Rock")));
     EXPECT_TRUE(IsSame(chosen.cSubCat, Level(L"Rock", L"1")));
@@ -204,12 +199,10 @@ TEST_F(WindowsTest, ALateBoundCallNamesItsArguments)
     Variant bOpener(true);
     Variant colCuts;
     colCuts.vt = VT_DISPATCH; // a variable that is Nothing
-    const Person person(sfrmCatClass,
-                        [&](HWND hWindow)
-                        {
-                            SendMessageW(SongsIn(hWindow), LB_SETSEL, TRUE, 0);
-                            PressOk(hWindow);
-                        });
+    const Person person(sfrmCatClass, [&](HWND hWindow) {
+        SendMessageW(SongsIn(hWindow), LB_SETSEL, TRUE, 0);
+        PressOk(hWindow);
+    });
     const Called called = Call(m_cMan.Get(), L"ShowCatUI", DISPATCH_METHOD, {},
                                {{L"colSelCuts", ByReference(colCuts)},
                                 {L"cSubCatChosen", ByReference(cSubCat)},
@@ -228,12 +221,10 @@ TEST_F(WindowsTest, ALateBoundCallNamesItsArguments)
 TEST_F(WindowsTest, TheLibraryIsShowingWhileItIsOpen)
 {
     VARIANT_BOOL bInside = VARIANT_FALSE;
-    const Person person(sfrmUILibClass,
-                        [&](HWND hWindow)
-                        {
-                            bInside = Showing();
-                            Close(hWindow);
-                        });
+    const Person person(sfrmUILibClass, [&](HWND hWindow) {
+        bInside = Showing();
+        Close(hWindow);
+    });
     EXPECT_EQ(Showing(), VARIANT_FALSE);
     EXPECT_EQ(m_cMan->ShowLibraryUI(), S_OK);
     EXPECT_EQ(bInside, VARIANT_TRUE);
@@ -243,10 +234,8 @@ TEST_F(WindowsTest, TheLibraryIsShowingWhileItIsOpen)
 
 TEST_F(WindowsTest, AHostMayLetGoOfTheManagerWhileAWindowShows)
 {
-    const auto letGoAnd = [this](void (*end)(HWND))
-    {
-        return [this, end](HWND hWindow)
-        {
+    const auto letGoAnd = [this](void (*end)(HWND)) {
+        return [this, end](HWND hWindow) {
             m_cMan = nullptr;
             end(hWindow);
         };
@@ -279,8 +268,7 @@ TEST_F(WindowsTest, TheHostAnswersAnEditRequestWhileTheLibraryShows)
 {
     const auto cSink = NewObject<Sink>(DIID___clsSchedMan);
     const auto cPoint = PointOf(m_cMan, DIID___clsSchedMan);
-    cSink->m_onEvent = [&](DISPID lEvent, DISPPARAMS& arguments)
-    {
+    cSink->m_onEvent = [&](DISPID lEvent, DISPPARAMS& arguments) {
         if (lEvent != 5)
             return;
         EXPECT_TRUE(IsSame(ObjectIn<_clsCut>(arguments.rgvarg[1]), m_cSecond));
@@ -288,12 +276,10 @@ TEST_F(WindowsTest, TheHostAnswersAnEditRequestWhileTheLibraryShows)
     };
     const DWORD lCookie = Advise(cPoint, cSink);
     Variant cResult;
-    const Person person(sfrmUILibClass,
-                        [&](HWND hWindow)
-                        {
-                            EXPECT_EQ(m_cMan->RaiseEditRequestCutEvent(m_cSecond.Get(), &cResult), S_OK);
-                            Close(hWindow);
-                        });
+    const Person person(sfrmUILibClass, [&](HWND hWindow) {
+        EXPECT_EQ(m_cMan->RaiseEditRequestCutEvent(m_cSecond.Get(), &cResult), S_OK);
+        Close(hWindow);
+    });
     EXPECT_EQ(m_cMan->ShowLibraryUI(), S_OK);
     EXPECT_EQ(cResult.vt, VT_I4);
     EXPECT_EQ(cResult.lVal, 2);

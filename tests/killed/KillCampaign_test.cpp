@@ -99,8 +99,7 @@ std::shared_ptr<Cut> AnyAmongMany(const Host& host, Chance& cChance)
 void Import(Host& host, Chance& cChance)
 {
     std::string csv = "path,artist,title,categories,level\n";
-    const auto row = [&](const std::wstring& sKey)
-    {
+    const auto row = [&](const std::wstring& sKey) {
         csv += std::string(sKey.begin(), sKey.end()) + ",Artist " + std::to_string(cChance() % 9) +
                ",Title " + std::to_string(cChance() % 99) + "," + (cChance() % 2 == 0 ? "Pop" : "Rock/Soul") +
                "," + std::to_string(1 + cChance() % 3) + "\n";
@@ -209,10 +208,10 @@ constexpr Work works[] = {
 // Whether the cuts that both know stand in the same order among each other.
 bool AgreeInOrder(Keys colLeft, Keys colRight)
 {
-    const auto isIn = [](const Keys& colKeys)
-    {
-        return [colIn = std::set(colKeys.begin(), colKeys.end())](const std::wstring& sKey)
-        { return colIn.count(sKey) == 0; };
+    const auto isIn = [](const Keys& colKeys) {
+        return [colIn = std::set(colKeys.begin(), colKeys.end())](const std::wstring& sKey) {
+            return colIn.count(sKey) == 0;
+        };
     };
     const Keys colOfLeft = colLeft;
     std::erase_if(colLeft, isIn(colRight));
@@ -223,8 +222,7 @@ bool AgreeInOrder(Keys colLeft, Keys colRight)
 // Each entry of what is there now is that of before or after, and so is the lack of one.
 template <class Map> void ExpectOldOrNew(const Map& now, const Map& before, const Map& after)
 {
-    const auto valueIn = [](const Map& map, const auto& key)
-    {
+    const auto valueIn = [](const Map& map, const auto& key) {
         const auto found = map.find(key);
         return found == map.end() ? std::nullopt : std::optional(found->second);
     };
@@ -259,12 +257,12 @@ void ExpectOrdersOldOrNew(const State& now, const std::vector<Orders>& colSteps)
         // A level that the work was making has no order yet that could be lost.
         if (colSteps.front().count(sLevel) == 0)
             continue;
-        EXPECT_TRUE(std::any_of(colSteps.begin(), colSteps.end(),
-                                [&](const Orders& orders)
-                                {
-                                    const auto found = orders.find(sLevel);
-                                    return found != orders.end() && AgreeInOrder(found->second, colKeys);
-                                }))
+        EXPECT_TRUE(std::any_of(
+            colSteps.begin(), colSteps.end(),
+            [&](const Orders& orders) {
+            const auto found = orders.find(sLevel);
+            return found != orders.end() && AgreeInOrder(found->second, colKeys);
+            }))
             << testing::PrintToString(sLevel) << ": " << testing::PrintToString(colKeys) << ", which was "
             << testing::PrintToString(colSteps.front().at(sLevel));
     }

@@ -78,8 +78,7 @@ protected:
     // A cut that runs an action, once, when a member is called.
     static void OnceAt(FakeCut& cCut, const std::string& sMember, const std::function<void()>& action)
     {
-        cCut.OnCall = [&cCut, sMember, action](const std::string& sCalled)
-        {
+        cCut.OnCall = [&cCut, sMember, action](const std::string& sCalled) {
             if (sCalled != sMember)
                 return;
             const auto actionNow = action; // which lets go of itself
@@ -391,8 +390,7 @@ TEST_F(CatTest, LevelThatIsThereOrNoneIsNotAdded)
 
 TEST_F(CatTest, ErrorInAddSubCatIsReportedAndGivesFalse)
 {
-    cPorts.cMessages.OnShown = [this]
-    {
+    cPorts.cMessages.OnShown = [this] {
         cPorts.cMessages.OnShown = nullptr;
         throw RuntimeError(error::PermissionDenied);
     };
@@ -684,13 +682,11 @@ TEST_F(CatTest, CutsMayLeaveWhileTheyAreAskedForTheirKeys)
     for (int i = 0; i < 40; ++i)
     {
         const auto cCut = NewCutIn(*cMainCat, std::to_wstring(i));
-        OnceAt(*cCut, "Key",
-               [&cMainCat]
-               {
-                   if (const auto cSubCat = cMainCat->SubCat(1))
-                       cSubCat->SchedCuts()->Clear();
-                   cMainCat->SubCats()->Clear();
-               });
+        OnceAt(*cCut, "Key", [&cMainCat] {
+            if (const auto cSubCat = cMainCat->SubCat(1))
+                cSubCat->SchedCuts()->Clear();
+            cMainCat->SubCats()->Clear();
+        });
     }
     cDataBase.colCuts.clear(); // the level holds the last reference
     EXPECT_EQ(cMainCat->SchedCuts()->Count(), 40u) << "as they were when they were asked for";

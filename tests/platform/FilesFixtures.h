@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Files.h"
 #include "base/RuntimeError.h"
+#include "platform/Files.h"
 
 #include <gtest/gtest.h>
 #include <memory>

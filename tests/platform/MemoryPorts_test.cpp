@@ -62,8 +62,7 @@ TEST(MemoryHostLoop, AHookMayReplaceItself)
 {
     MemoryHostLoop cLoop;
     int lCalls = 0;
-    cLoop.OnPump = [&]
-    {
+    cLoop.OnPump = [&] {
         cLoop.OnPump = nullptr;
         ++lCalls;
     };
@@ -84,8 +83,9 @@ TEST(ScriptedMessages, RecordsBoxesWholeAndAnswersAsWritten)
 {
     ScriptedMessages cMessages;
     cMessages.Answers = {BoxAnswer::Yes};
-    const auto ask = [&](BoxButtons eButtons)
-    { return cMessages.Box(BoxIcon::Question, eButtons, L"Title", L"Text"); };
+    const auto ask = [&](BoxButtons eButtons) {
+        return cMessages.Box(BoxIcon::Question, eButtons, L"Title", L"Text");
+    };
     EXPECT_EQ(ask(BoxButtons::Ok), BoxAnswer::Ok); // takes no answer from the queue
     EXPECT_EQ(ask(BoxButtons::YesNo), BoxAnswer::Yes);
     EXPECT_EQ(ask(BoxButtons::YesNo), BoxAnswer::No);

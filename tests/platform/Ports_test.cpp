@@ -236,8 +236,7 @@ TEST(SystemPorts, TheClockTellsTheLocalTime)
     const std::time_t lBefore = std::time(nullptr);
     const DateTime dtNow = cPorts.cClock.Now();
     const std::time_t lAfter = std::time(nullptr);
-    const auto secondsOf = [](std::time_t lWhen)
-    {
+    const auto secondsOf = [](std::time_t lWhen) {
         const std::tm tm = *std::localtime(&lWhen);
         return WholeSeconds(
             DateTimeOf({tm.tm_year + 1900, tm.tm_mon + 1, tm.tm_mday, tm.tm_hour, tm.tm_min, tm.tm_sec}));

@@ -2,13 +2,13 @@
 // What is particular to the POSIX platform.
 #ifndef _WIN32
 
+#include "base/RuntimeError.h"
 #include "platform/TempFolder.h"
 #include "platform/memory/MemoryFiles.h"
 #include "platform/posix/IniUserSettings.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/posix/PosixText.h"
 #include "platform/posix/StandardMessages.h"
-#include "base/RuntimeError.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>

@@ -3,12 +3,12 @@
 // use.
 #ifdef _WIN32
 
+#include "base/RuntimeError.h"
 #include "platform/TempFolder.h"
 #include "platform/windows/InputBox.h"
 #include "platform/windows/WindowsFiles.h"
 #include "platform/windows/WindowsHostLoop.h"
 #include "platform/windows/WindowsMessages.h"
-#include "base/RuntimeError.h"
 
 #include <atomic>
 #include <functional>
@@ -181,15 +181,13 @@ TEST(WindowsMessages, ABoxShowsItsTitleTextAndButtonsAndGivesTheAnswer)
         std::wstring sTitle;
         std::wstring sText;
         bool aHas[8] = {};
-        const Person cPerson(
-            [&](HWND hDialog)
-            {
-                sTitle = TextOf(hDialog);
-                sText = TextOf(::GetDlgItem(hDialog, 0xFFFF));
-                for (const int lId : {IDOK, IDCANCEL, IDYES, IDNO})
-                    aHas[lId] = ::GetDlgItem(hDialog, lId) != nullptr;
-                Press(hDialog, testCase.lPressed);
-            });
+        const Person cPerson([&](HWND hDialog) {
+            sTitle = TextOf(hDialog);
+            sText = TextOf(::GetDlgItem(hDialog, 0xFFFF));
+            for (const int lId : {IDOK, IDCANCEL, IDYES, IDNO})
+                aHas[lId] = ::GetDlgItem(hDialog, lId) != nullptr;
+            Press(hDialog, testCase.lPressed);
+        });
         EXPECT_EQ(WindowsMessages().Box(BoxIcon::Question, testCase.eButtons, L"Title", L"r&b?"),
                   testCase.eAnswer);
         EXPECT_EQ(sTitle, L"Title");
@@ -208,15 +206,13 @@ TEST(WindowsMessages, AnInputGivesWhatWasTyped)
     {
         std::wstring sTitle;
         std::wstring sPrompt;
-        const Person cPerson(
-            [&](HWND hDialog)
-            {
-                sTitle = TextOf(hDialog);
-                sPrompt = TextOf(::GetDlgItem(hDialog, lInputBoxPrompt));
-                ::SendMessageW(::GetDlgItem(hDialog, lInputBoxEdit), WM_SETTEXT, 0,
-                               reinterpret_cast<LPARAM>(sTyped));
-                Press(hDialog, IDOK);
-            });
+        const Person cPerson([&](HWND hDialog) {
+            sTitle = TextOf(hDialog);
+            sPrompt = TextOf(::GetDlgItem(hDialog, lInputBoxPrompt));
+            ::SendMessageW(::GetDlgItem(hDialog, lInputBoxEdit), WM_SETTEXT, 0,
+                           reinterpret_cast<LPARAM>(sTyped));
+            Press(hDialog, IDOK);
+        });
         EXPECT_EQ(WindowsMessages().Input(L"New Category", L"Type it:\r\nr&b"),
                   std::optional<std::wstring>(sTyped));
         EXPECT_EQ(sTitle, L"New Category");
@@ -226,13 +222,11 @@ TEST(WindowsMessages, AnInputGivesWhatWasTyped)
 
 TEST(WindowsMessages, ACancelledInputGivesNothing)
 {
-    const Person cPerson(
-        [&](HWND hDialog)
-        {
-            ::SendMessageW(::GetDlgItem(hDialog, lInputBoxEdit), WM_SETTEXT, 0,
-                           reinterpret_cast<LPARAM>(L"typed"));
-            ::PostMessageW(hDialog, WM_CLOSE, 0, 0);
-        });
+    const Person cPerson([&](HWND hDialog) {
+        ::SendMessageW(::GetDlgItem(hDialog, lInputBoxEdit), WM_SETTEXT, 0,
+                       reinterpret_cast<LPARAM>(L"typed"));
+        ::PostMessageW(hDialog, WM_CLOSE, 0, 0);
+    });
     EXPECT_EQ(WindowsMessages().Input(L"Title", L"Prompt"), std::nullopt);
 }
 
@@ -248,15 +242,13 @@ TEST(InputBox, GrowsWithItsPromptAndKeepsItsControlsApart)
         RECT edit{};
         RECT button{};
         RECT window{};
-        const Person cPerson(
-            [&](HWND hDialog)
-            {
-                ::GetWindowRect(hDialog, &window);
-                ::GetWindowRect(::GetDlgItem(hDialog, lInputBoxPrompt), &prompt);
-                ::GetWindowRect(::GetDlgItem(hDialog, lInputBoxEdit), &edit);
-                ::GetWindowRect(::GetDlgItem(hDialog, IDCANCEL), &button);
-                Press(hDialog, IDCANCEL);
-            });
+        const Person cPerson([&](HWND hDialog) {
+            ::GetWindowRect(hDialog, &window);
+            ::GetWindowRect(::GetDlgItem(hDialog, lInputBoxPrompt), &prompt);
+            ::GetWindowRect(::GetDlgItem(hDialog, lInputBoxEdit), &edit);
+            ::GetWindowRect(::GetDlgItem(hDialog, IDCANCEL), &button);
+            Press(hDialog, IDCANCEL);
+        });
         WindowsMessages().Input(L"Title", sPrompt);
         EXPECT_LE(prompt.bottom, edit.top);
         EXPECT_LE(edit.bottom, button.top);
@@ -273,12 +265,10 @@ TEST(InputBox, DisablesTheOtherWindowsOfTheThreadWhileItIsOpenWithoutAnOwner)
                                           50, nullptr, nullptr, nullptr, nullptr);
     ASSERT_NE(hOther, nullptr);
     bool bEnabledMeanwhile = true;
-    const Person cPerson(
-        [&](HWND hDialog)
-        {
-            bEnabledMeanwhile = ::IsWindowEnabled(hOther) != FALSE;
-            Press(hDialog, IDCANCEL);
-        });
+    const Person cPerson([&](HWND hDialog) {
+        bEnabledMeanwhile = ::IsWindowEnabled(hOther) != FALSE;
+        Press(hDialog, IDCANCEL);
+    });
     ShowInputBox(nullptr, L"Title", L"Prompt");
     EXPECT_FALSE(bEnabledMeanwhile);
     EXPECT_TRUE(::IsWindowEnabled(hOther));
@@ -342,14 +332,12 @@ TEST(WindowsFiles, ARenameWaitsForAFileThatIsInUseForAMoment)
     WindowsFiles cFiles;
     cFiles.WriteNew(sPath, "old");
     Holder cHolder(sPath);
-    std::thread cScanner(
-        [&]
-        {
-            while (cFolder.EntryCount() < 2) // the temporary file is there, so the rename is next
-                std::this_thread::yield();
-            ::Sleep(20); // what a scanner takes
-            cHolder.LetGo();
-        });
+    std::thread cScanner([&] {
+        while (cFolder.EntryCount() < 2) // the temporary file is there, so the rename is next
+            std::this_thread::yield();
+        ::Sleep(20); // what a scanner takes
+        cHolder.LetGo();
+    });
     const std::int32_t lNumber = NumberOf([&] { ReplaceFile(cFiles, sPath, "new"); });
     cScanner.join();
     EXPECT_EQ(lNumber, 0);
@@ -364,14 +352,12 @@ TEST(WindowsFiles, AReadWaitsForAFileThatIsInUseForAMoment)
     cFiles.WriteNew(sPath, "old");
     Holder cHolder(sPath);
     std::atomic<bool> bReading = false;
-    std::thread cScanner(
-        [&]
-        {
-            while (!bReading)
-                std::this_thread::yield();
-            ::Sleep(20); // what a scanner takes
-            cHolder.LetGo();
-        });
+    std::thread cScanner([&] {
+        while (!bReading)
+            std::this_thread::yield();
+        ::Sleep(20); // what a scanner takes
+        cHolder.LetGo();
+    });
     std::string bytes;
     bReading = true;
     EXPECT_EQ(NumberOf([&] { bytes = cFiles.ReadAll(sPath); }), 0);
@@ -442,8 +428,7 @@ TEST(WindowsFiles, ATooLongNameOrPathRaises52AndTheLimit)
 {
     const TempFolder cFolder;
     WindowsFiles cFiles;
-    const auto descriptionFor = [&](const std::wstring& sName)
-    {
+    const auto descriptionFor = [&](const std::wstring& sName) {
         try
         {
             cFiles.ReadAll(cFolder.Path() + L"\\" + sName);

@@ -391,17 +391,15 @@ TEST(StoreFile, ADatabaseThatGrewInItsLogAloneIsOpened)
 {
     TempFolder cFolder;
     const auto sFile = SmallDatabase(cFolder);
-    Program cWriter(
-        [&]
-        {
-            Store cStore;
-            cStore.Open(sFile);
-            Cuts colCuts;
-            for (int i = 0; i < 500; ++i)
-                colCuts.push_back(CutNamed(cStore, L"D:\\New\\" + DecimalText(i)));
-            cStore.AddCuts(colCuts);
-            raise(SIGKILL);
-        });
+    Program cWriter([&] {
+        Store cStore;
+        cStore.Open(sFile);
+        Cuts colCuts;
+        for (int i = 0; i < 500; ++i)
+            colCuts.push_back(CutNamed(cStore, L"D:\\New\\" + DecimalText(i)));
+        cStore.AddCuts(colCuts);
+        raise(SIGKILL);
+    });
     EXPECT_EQ(cWriter.End(), -1);
     EXPECT_EQ(ContentOf(sFile).size(), 520U);
     EXPECT_EQ(ContentOf(sFile).size(), 520U);
@@ -517,24 +515,22 @@ TEST(StoreFile, AFailingDiskLeavesOldOrNewWhateverIsDone)
         [](Store& cStore) { cStore.AllCuts()[3]->SetArtist(L"Other"); },
         [](Store& cStore) { cStore.AllCuts()[3]->SetCategoryText(L"x/y/z"); },
         [](Store& cStore) {
-            cStore.AddCuts({CutNamed(cStore, L"a"), CutNamed(cStore, L"b")});
+        cStore.AddCuts({CutNamed(cStore, L"a"), CutNamed(cStore, L"b")});
         },
-        [](Store& cStore)
-        {
-            const auto cCopy = cStore.AllCuts()[0]->CloneCut();
-            cCopy->SetArtist(L"Other");
-            cStore.ModifyCuts({cCopy});
-        },
-        [](Store& cStore) { cStore.RemoveCuts(cStore.AllCuts()); },
-        [&](Store& cStore) { cStore.ImportCsv(sCsv); },
-        [](Store& cStore)
-        {
-            Store::Batch cBatch(cStore);
-            for (const auto& cCut : cStore.AllCuts())
-                cCut->SetLastPlayed(45000);
-            cBatch.Commit();
-        },
-    };
+        [](Store& cStore) {
+        const auto cCopy = cStore.AllCuts()[0]->CloneCut();
+        cCopy->SetArtist(L"Other");
+        cStore.ModifyCuts({cCopy});
+    },
+                                      [](Store& cStore) { cStore.RemoveCuts(cStore.AllCuts()); },
+                                      [&](Store& cStore) { cStore.ImportCsv(sCsv); },
+                                      [](Store& cStore) {
+        Store::Batch cBatch(cStore);
+        for (const auto& cCut : cStore.AllCuts())
+            cCut->SetLastPlayed(45000);
+        cBatch.Commit();
+    },
+        };
     for (const auto& work : works)
     {
         FailEverywhere(SQLITE_IOERR_WRITE, error::DeviceIo, work);
@@ -640,14 +636,12 @@ TEST(StoreFile, ASuddenEndInTheMiddleOfAnImportLeavesOldOrNew)
     for (int lGood = 0;; ++lGood)
     {
         cFolder.WithBytes("small.rdb", bytes);
-        Program cImporter(
-            [&]
-            {
-                FaultyVfs cVfs(lGood, Fault::eKill);
-                Store cStore;
-                cStore.Open(sFile);
-                cStore.ImportCsv(sCsv);
-            });
+        Program cImporter([&] {
+            FaultyVfs cVfs(lGood, Fault::eKill);
+            Store cStore;
+            cStore.Open(sFile);
+            cStore.ImportCsv(sCsv);
+        });
         const int lEnd = cImporter.End();
         const auto colAfter = ContentOf(sFile);
         if (colAfter == colBefore)
@@ -670,13 +664,11 @@ TEST(StoreFile, ASuddenEndWhileADatabaseIsMadeLeavesNoneOrAWholeOne)
     TempFolder cFolder;
     for (int lGood = 0, lEnd = -1; lEnd != 0; ++lGood)
     {
-        Program cMaker(
-            [&]
-            {
-                FaultyVfs cVfs(lGood, Fault::eKill);
-                Store cStore;
-                cStore.Open(cFolder.File("new.rdb"));
-            });
+        Program cMaker([&] {
+            FaultyVfs cVfs(lGood, Fault::eKill);
+            Store cStore;
+            cStore.Open(cFolder.File("new.rdb"));
+        });
         lEnd = cMaker.End();
         EXPECT_EQ(ContentOf(cFolder.File("new.rdb")), Lines{}) << lGood;
         EXPECT_EQ(cFolder.Names(), std::vector<std::string>{"new.rdb"})
@@ -689,14 +681,12 @@ TEST(StoreFile, APropertyChangeSurvivesASuddenEnd)
 {
     TempFolder cFolder;
     const auto sFile = SmallDatabase(cFolder);
-    Program cPlayer(
-        [&]
-        {
-            Store cStore;
-            cStore.Open(sFile);
-            cStore.AllCuts()[0]->SetLastPlayed(45000.5);
-            raise(SIGKILL);
-        });
+    Program cPlayer([&] {
+        Store cStore;
+        cStore.Open(sFile);
+        cStore.AllCuts()[0]->SetLastPlayed(45000.5);
+        raise(SIGKILL);
+    });
     EXPECT_EQ(cPlayer.End(), -1);
     EXPECT_GT(cFolder.Names().size(), 1U) << "it stands in the log";
     Store cStore;
@@ -741,19 +731,16 @@ TEST(StoreFile, AWriteWhileAnotherProgramIsWritingRaisesError70)
 {
     TempFolder cFolder;
     const auto sFile = SmallDatabase(cFolder);
-    Program cWriter(
-        [&]
-        {
-            Store cStore;
-            cStore.Open(sFile);
-            const auto cCut = cStore.AllCuts()[0];
-            const auto raised = RaisedBy([&] { cCut->SetArtist(L"Second"); });
-            if (NumberRaisedBy([&] { Store::Batch cBatch(cStore); }) == raised.lNumber &&
-                cCut->Artist() == L"Artist 0" &&
-                raised.sDescription ==
-                    L"The database \"" + sFile + L"\" is being written to by another program.")
-                throw RuntimeError(raised.lNumber);
-        });
+    Program cWriter([&] {
+        Store cStore;
+        cStore.Open(sFile);
+        const auto cCut = cStore.AllCuts()[0];
+        const auto raised = RaisedBy([&] { cCut->SetArtist(L"Second"); });
+        if (NumberRaisedBy([&] { Store::Batch cBatch(cStore); }) == raised.lNumber &&
+            cCut->Artist() == L"Artist 0" &&
+            raised.sDescription == L"The database \"" + sFile + L"\" is being written to by another program.")
+            throw RuntimeError(raised.lNumber);
+    });
     Store cStore;
     cStore.Open(sFile);
     Store::Batch cBatch(cStore);
@@ -835,14 +822,12 @@ TEST(StoreFile, GatheredPlaysLeaveTheFileToOtherProgramsBetweenWrites)
 {
     TempFolder cFolder;
     const auto sFile = SmallDatabase(cFolder);
-    Program cWriter(
-        [&]
-        {
-            Store cStore;
-            cStore.Open(sFile);
-            cStore.AllCuts()[1]->SetArtist(L"Second");
-            cStore.RemoveCuts({cStore.AllCuts()[2]});
-        });
+    Program cWriter([&] {
+        Store cStore;
+        cStore.Open(sFile);
+        cStore.AllCuts()[1]->SetArtist(L"Second");
+        cStore.RemoveCuts({cStore.AllCuts()[2]});
+    });
     Store cStore;
     cStore.Open(sFile);
     cStore.BeginGathering();
@@ -861,17 +846,15 @@ TEST(StoreFile, WhileAnotherProgramWritesPlaysStayGathered)
 {
     TempFolder cFolder;
     const auto sFile = SmallDatabase(cFolder);
-    Program cPlayer(
-        [&]
-        {
-            Store cStore;
-            cStore.Open(sFile);
-            cStore.BeginGathering();
-            cStore.AllCuts()[0]->SetLastPlayed(45000);
-            const auto lRaised = NumberRaisedBy([&] { cStore.WriteGathered(); });
-            if (cStore.AllCuts()[0]->LastPlayed() == 45000)
-                throw RuntimeError(lRaised);
-        });
+    Program cPlayer([&] {
+        Store cStore;
+        cStore.Open(sFile);
+        cStore.BeginGathering();
+        cStore.AllCuts()[0]->SetLastPlayed(45000);
+        const auto lRaised = NumberRaisedBy([&] { cStore.WriteGathered(); });
+        if (cStore.AllCuts()[0]->LastPlayed() == 45000)
+            throw RuntimeError(lRaised);
+    });
     Store cStore;
     cStore.Open(sFile);
     Store::Batch cBatch(cStore);
@@ -882,23 +865,20 @@ TEST(StoreFile, TwoProgramsMayWriteInTurn)
 {
     TempFolder cFolder;
     const auto sFile = SmallDatabase(cFolder);
-    Program cWriter(
-        [&]
-        {
-            Store cStore;
-            cStore.Open(sFile);
-            cStore.AllCuts()[0]->SetAlbum(L"Second");
-            cStore.AddCuts({CutNamed(cStore, L"second")});
-            cStore.RemoveCuts({cStore.AllCuts()[1]});
-        });
+    Program cWriter([&] {
+        Store cStore;
+        cStore.Open(sFile);
+        cStore.AllCuts()[0]->SetAlbum(L"Second");
+        cStore.AddCuts({CutNamed(cStore, L"second")});
+        cStore.RemoveCuts({cStore.AllCuts()[1]});
+    });
     Store cStore;
     cStore.Open(sFile);
     cStore.AllCuts()[0]->SetArtist(L"First");
     EXPECT_EQ(cWriter.End(), 0);
     cStore.AllCuts()[0]->SetTitle(L"First");
 
-    const auto Conflict = [&](const std::function<void()>& work)
-    {
+    const auto Conflict = [&](const std::function<void()>& work) {
         const auto colBefore = ContentOf(cStore);
         const auto raised = RaisedBy(work);
         EXPECT_EQ(ContentOf(cStore), colBefore);

@@ -581,8 +581,7 @@ TEST_F(StoreTest, AListenerMayTakeAnotherOffWhileBeingTold)
     const auto cCut = Add(L"a");
     Reaction cFirst;
     Recorder cSecond;
-    cFirst.React = [&]
-    {
+    cFirst.React = [&] {
         m_cStore.Unadvise(cFirst);
         m_cStore.Unadvise(cSecond);
     };
@@ -609,8 +608,7 @@ TEST_F(StoreTest, AListenerMayChangeTheDatabaseWhileProgressIsReported)
 {
     Reaction cReaction;
     bool bDone = false;
-    cReaction.React = [&]
-    {
+    cReaction.React = [&] {
         if (std::exchange(bDone, true))
             return;
         Add(L"b");

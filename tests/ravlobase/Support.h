@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "base/Text.h"
 #include "base/RuntimeError.h"
+#include "base/Text.h"
 #include "ravlobase/FilePath.h"
 #include "ravlobase/Store.h"
 #include "ravlobase/StoreErrors.h"

@@ -70,9 +70,10 @@ protected:
     std::vector<std::string> colRefusals;
     MemoryClock cClock;
     FakeDataBase cDataBase;
-    PlayHistory cHistory{
-        cClock, [this](const RuntimeError& cError, bool bFirst)
-        { colRefusals.push_back(std::to_string(cError.Number()) + (bFirst ? " first" : "")); }};
+    PlayHistory cHistory{cClock,
+                         [this](const RuntimeError& cError, bool bFirst) {
+        colRefusals.push_back(std::to_string(cError.Number()) + (bFirst ? " first" : ""));
+                         }};
 };
 
 TEST_F(PlayHistoryTest, PlayIsEnteredAsTheDatabasesOwnCutWithItsTime)
@@ -292,8 +293,7 @@ TEST_F(PendingTimesTest, RefusalThatLeavesNothingPendingEndsItsIncident)
     const auto cCut = AddRefusing(1);
     Play(*cCut, dtNoon);
     cClock.Advance(lSecond);
-    cCut->OnCall = [&](const std::string& sMember)
-    {
+    cCut->OnCall = [&](const std::string& sMember) {
         if (sMember != "SetLastPlayed")
             return;
         cCut->OnCall = nullptr;
@@ -353,8 +353,7 @@ TEST_F(PendingTimesTest, PlayReportedWhileOthersAreWrittenIsNotLost)
         cSecond->failing.clear();
         cClock.Advance(lSince);
         bool bCalled = false;
-        cFirst->OnCall = [&](const std::string& sMember)
-        {
+        cFirst->OnCall = [&](const std::string& sMember) {
             if (sMember == "SetLastPlayed" && !std::exchange(bCalled, true))
             {
                 Play(*cSecond, dtNoon + 1);

@@ -100,13 +100,13 @@ TEST_F(RotationOrderTest, WalkNotesItsStepThroughTheSameOperation)
     station.SetRules({true, 0, 0, 0});
     std::vector<StepKind> colOfWalk;
     std::vector<StepKind> colAlone;
-    const auto isSent = [](StepKind eKind)
-    { return eKind == StepKind::SentToBack || eKind == StepKind::NotSentToBack; };
+    const auto isSent = [](StepKind eKind) {
+        return eKind == StepKind::SentToBack || eKind == StepKind::NotSentToBack;
+    };
     SelectionContext context = station.Context();
     for (int lCut = 0; lCut < 3; ++lCut)
     {
-        context.note = [&](const TraceStep& step)
-        {
+        context.note = [&](const TraceStep& step) {
             if (isSent(step.eKind))
                 colOfWalk.push_back(step.eKind);
         };

@@ -36,25 +36,21 @@ protected:
     static Lines Examined(Station& cState)
     {
         Lines colTitles;
-        Traced(cState,
-               [&](const TraceStep& step)
-               {
-                   if (step.eKind == StepKind::Considered)
-                       colTitles.emplace_back(step.sTitle);
-               });
+        Traced(cState, [&](const TraceStep& step) {
+            if (step.eKind == StepKind::Considered)
+                colTitles.emplace_back(step.sTitle);
+        });
         return colTitles;
     }
 
     // At the first pump only.
     void OnFirstPump(const std::function<void()>& action)
     {
-        station.OnPump(
-            [this, action]
-            {
-                const auto actionNow = action;
-                station.OnPump(nullptr);
-                actionNow();
-            });
+        station.OnPump([this, action] {
+            const auto actionNow = action;
+            station.OnPump(nullptr);
+            actionNow();
+        });
     }
 
     Station station;
@@ -419,12 +415,10 @@ TEST_F(SelectionTest, LogIsOnTheDiskAtAPumpAndEachLineHasItsTime)
 {
     station.AddViolators(6);
     Lines colBefore;
-    station.OnPump(
-        [&]
-        {
-            colBefore = station.Log();
-            station.SetNow(DateTimeOf({2026, 11, 21, 12, 7, 30}));
-        });
+    station.OnPump([&] {
+        colBefore = station.Log();
+        station.SetNow(DateTimeOf({2026, 11, 21, 12, 7, 30}));
+    });
     NextCut();
     ASSERT_EQ(colBefore.size(), 1u + 4 * 3);
     EXPECT_EQ(colBefore.back(), L"Ash was played 30 mins ago : artist rule violation.");
@@ -472,12 +466,10 @@ TEST_F(SelectionTest, CategoryDeletedAtAPumpIsWalkedToItsEnd)
 TEST_F(SelectionTest, CutsRemovedAtAPumpAreNotExaminedAndNoneTwice)
 {
     station.AddViolators(12);
-    station.OnPump(
-        [&]
-        {
-            for (const wchar_t* sKey : {L"2", L"7", L"8"})
-                station.cLevel->SchedCuts()->Remove(sKey);
-        });
+    station.OnPump([&] {
+        for (const wchar_t* sKey : {L"2", L"7", L"8"})
+            station.cLevel->SchedCuts()->Remove(sKey);
+    });
     EXPECT_EQ(Examined(station), (Lines{L"1", L"2", L"3", L"4", L"5", L"6", L"9", L"10", L"11", L"12"}));
     EXPECT_EQ(station.Order().size(), 9u);
 }
@@ -499,21 +491,17 @@ TEST_F(SelectionTest, PassOverIsNoStep)
 {
     station.AddViolators(12);
     station.AddCut(L"13", L"Elm", L"13");
-    OnFirstPump(
-        [&]
-        {
-            // 1 to 4 come to the head again, and 13 is behind 5 to 12.
-            const std::shared_ptr<CutCollection> colOrder = station.cLevel->SchedCuts();
-            for (const int i : {5, 6, 7, 8, 9, 10, 11, 12, 13})
-                colOrder->MoveToEnd(*colOrder->PositionOf(std::to_wstring(i)));
-        });
+    OnFirstPump([&] {
+        // 1 to 4 come to the head again, and 13 is behind 5 to 12.
+        const std::shared_ptr<CutCollection> colOrder = station.cLevel->SchedCuts();
+        for (const int i : {5, 6, 7, 8, 9, 10, 11, 12, 13})
+            colOrder->MoveToEnd(*colOrder->PositionOf(std::to_wstring(i)));
+    });
     Lines colPassed;
-    const Pick pick = Traced(station,
-                             [&](const TraceStep& step)
-                             {
-                                 if (step.eKind == StepKind::PassedOver)
-                                     colPassed.emplace_back(step.sKey);
-                             });
+    const Pick pick = Traced(station, [&](const TraceStep& step) {
+        if (step.eKind == StepKind::PassedOver)
+            colPassed.emplace_back(step.sKey);
+    });
     EXPECT_EQ(colPassed, (Lines{L"1", L"2", L"3", L"4"}));
     EXPECT_EQ(pick.cCut->Key().Text(), L"13") << "a fresh cut goes before violators";
     EXPECT_EQ(pick.cCut->KindCode(), eKindChosen);
@@ -522,14 +510,12 @@ TEST_F(SelectionTest, PassOverIsNoStep)
 TEST_F(SelectionTest, WalkEndsWhenEveryCutIsPassedOver)
 {
     station.AddViolators(12);
-    station.OnPump(
-        [&]
-        {
-            station.cLevel->SchedCuts()->Clear();
-            for (std::size_t i = 0; i < 4; ++i)
-                station.cLevel->SchedCuts()->Add(TextKey(std::to_wstring(i + 1)),
-                                                 station.cDataBase->colCuts.at(i));
-        });
+    station.OnPump([&] {
+        station.cLevel->SchedCuts()->Clear();
+        for (std::size_t i = 0; i < 4; ++i)
+            station.cLevel->SchedCuts()->Add(TextKey(std::to_wstring(i + 1)),
+                                             station.cDataBase->colCuts.at(i));
+    });
     EXPECT_EQ(Examined(station), (Lines{L"1", L"2", L"3", L"4"}));
     EXPECT_EQ(station.Order(), (Lines{L"1", L"2", L"3", L"4"}));
 }
@@ -540,12 +526,10 @@ TEST_F(SelectionTest, ShuffleAtAPumpLeavesNoCutExaminedTwice)
     {
         Station own;
         own.AddViolators(30);
-        own.OnPump(
-            [&]
-            {
-                for (std::size_t i = 0; i < 30; i += 2)
-                    own.cLevel->SchedCuts()->MoveToEnd((i + shift) % 30);
-            });
+        own.OnPump([&] {
+            for (std::size_t i = 0; i < 30; i += 2)
+                own.cLevel->SchedCuts()->MoveToEnd((i + shift) % 30);
+        });
         const Lines colTitles = Examined(own);
         EXPECT_EQ(std::set(colTitles.begin(), colTitles.end()).size(), colTitles.size()) << "twice";
         EXPECT_GT(colTitles.size(), 5u);
@@ -607,12 +591,10 @@ TEST_F(SelectionTest, ErrorWhileMeasuringIsReportedAndBreaksNoRule)
     station.AddCuts(2);
     station.Played(1, L"Ash", L"x")->failing.insert("LastPlayed");
     // What lets others run must not disturb the candidate under measurement.
-    station.OnBox(
-        [&]
-        {
-            station.cLevel->SetSchedCuts({});
-            station.cDataBase->colCuts.clear();
-        });
+    station.OnBox([&] {
+        station.cLevel->SetSchedCuts({});
+        station.cDataBase->colCuts.clear();
+    });
     const Pick pick = NextCut();
     EXPECT_EQ(pick.cCut->Key().Text(), L"a");
     EXPECT_EQ(pick.cCut->KindCode(), eKindChosen);
@@ -644,13 +626,10 @@ TEST_F(SelectionTest, TraceTellsEachMeasurementAlsoThoseTheLogPassesOver)
     station.PlayedSecondsAgo(1001, L"x", L"Sun");
     station.Played(0, L"x", L"Rain");
     std::vector<std::tuple<std::wstring, std::int32_t, double>> colMeasured;
-    const Pick pick =
-        Traced(station,
-               [&](const TraceStep& step)
-               {
-                   if (step.eKind == StepKind::Measured)
-                       colMeasured.emplace_back(step.sTitle, step.pViolation->Violation, step.dTitleMinsKey);
-               });
+    const Pick pick = Traced(station, [&](const TraceStep& step) {
+        if (step.eKind == StepKind::Measured)
+            colMeasured.emplace_back(step.sTitle, step.pViolation->Violation, step.dTitleMinsKey);
+    });
     EXPECT_EQ(colMeasured, (decltype(colMeasured){
                                {L"Sun", eGlobalTitle, 16.683},
                                {L"Rain", eGlobalTitle, 1'000'000.0}, // played now: listed as if never played

@@ -179,8 +179,9 @@ private:
 
 public:
     ModScheduler cMod{m_world.Ports()};
-    PlayHistory cHistory{m_world.cClock, [this](const RuntimeError& cError, bool bFirst)
-                         { cMod.DISPLAYERROR(L"Refused", bFirst, cError); }};
+    PlayHistory cHistory{m_world.cClock, [this](const RuntimeError& cError, bool bFirst) {
+                             cMod.DISPLAYERROR(L"Refused", bFirst, cError);
+                         }};
     std::shared_ptr<FakeDataBase> cDataBase = std::make_shared<FakeDataBase>();
     std::shared_ptr<CatCollection> colMainCats = std::make_shared<CatCollection>();
     std::shared_ptr<clsCat> cMainCat = std::make_shared<clsCat>(cMod, L"Pop", 0);

@@ -216,16 +216,16 @@ TEST_F(FailingDayTest, LosesNothingOfAnyFile)
             const std::string aired = SifCut("r2", 1) + SifCut("r1", 1) + SifCut("r3", 1);
             EXPECT_TRUE(Kept(SifPath(L"Rock"),
                              [&](const std::string& bytes) { return bytes == order || bytes == aired; }));
-            EXPECT_TRUE(Kept(sMainCatsPath, [](const std::string& bytes)
-                             { return bytes.find("\r\nSoul") != std::string::npos; }));
-            EXPECT_TRUE(Kept(sSettingsPath, [](const std::string& bytes)
-                             { return bytes.starts_with("10\r\n") && bytes.ends_with("\r\n30\r\n"); }));
-            EXPECT_TRUE(Kept(sRules,
-                             [this](const std::string& bytes)
-                             {
-                                 return bytes.size() == 69 && bytes.substr(0, 4) == rules.substr(0, 4) &&
-                                        bytes.substr(65) == rules.substr(65);
-                             }));
+            EXPECT_TRUE(Kept(sMainCatsPath, [](const std::string& bytes) {
+                return bytes.find("\r\nSoul") != std::string::npos;
+            }));
+            EXPECT_TRUE(Kept(sSettingsPath, [](const std::string& bytes) {
+                return bytes.starts_with("10\r\n") && bytes.ends_with("\r\n30\r\n");
+            }));
+            EXPECT_TRUE(Kept(sRules, [this](const std::string& bytes) {
+                return bytes.size() == 69 && bytes.substr(0, 4) == rules.substr(0, 4) &&
+                       bytes.substr(65) == rules.substr(65);
+            }));
             if (!cFailing.bFailed)
             {
                 EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul\r\nJazz");

@@ -488,8 +488,7 @@ TEST_F(CreateCatLevelTest, ALevelThatIsThereIsAskedAboutAndYesAsksAgain)
 TEST_F(CreateCatLevelTest, AMainCategoryDeletedWhileTheQuestionIsOpenIsNotBroughtBack)
 {
     typed = {L"3"};
-    cPorts.cMessages.OnShown = [&]
-    {
+    cPorts.cMessages.OnShown = [&] {
         cPorts.cMessages.OnShown = nullptr;
         cLib.cSchedMan->DeleteCats({MainCat(L"Rock")});
     };
@@ -502,8 +501,7 @@ TEST_F(CreateCatLevelTest, AMainCategoryDeletedWhileTheQuestionIsOpenIsNotBrough
 TEST_F(CreateCatLevelTest, AReloadWhileTheQuestionIsOpenKeepsTheAnswerForTheNewTree)
 {
     typed = {L"3"};
-    cPorts.cMessages.OnShown = [&]
-    {
+    cPorts.cMessages.OnShown = [&] {
         cPorts.cMessages.OnShown = nullptr;
         cLib.Populate();
     };

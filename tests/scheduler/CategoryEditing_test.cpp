@@ -188,8 +188,7 @@ TEST_F(ShuffleTest, ACategoryFromBeforeAReloadIsShuffledByItsName)
     Forget();
     cPorts.cMessages.Answers = {BoxAnswer::Yes};
     // The host reloads once more while the question is open.
-    cPorts.cMessages.OnShown = [&]
-    {
+    cPorts.cMessages.OnShown = [&] {
         cPorts.cMessages.OnShown = nullptr;
         cLib.Populate();
     };
@@ -424,8 +423,7 @@ TEST_F(EditingTest, AReloadInTheMiddleOfADeletionLeavesTheNewTreeAlone)
     AddMany(60, L"k", L"Rock", 1);
     Start();
     bool bDone = false;
-    cPorts.cHostLoop.OnPump = [&]
-    {
+    cPorts.cHostLoop.OnPump = [&] {
         if (!std::exchange(bDone, true))
             cLib.Populate();
     };

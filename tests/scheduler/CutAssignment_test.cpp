@@ -69,8 +69,7 @@ TEST_F(AssignCutTest, ADatabaseThatAnnouncesEachPropertyMakesNoStrayLevel)
     const auto cCut = Add(L"a", L"Rock", 1);
     Add(L"j", L"Jazz", 2);
     Start();
-    cCut->OnCall = [&](const std::string& sMember)
-    {
+    cCut->OnCall = [&](const std::string& sMember) {
         if (sMember.starts_with("Set"))
             Modified({cCut});
     };
@@ -163,8 +162,7 @@ TEST_F(AssignCutTest, DuringAPopulationItIsRefused)
     const auto cCut = Add(L"a", L"Rock", 1);
     Start();
     int lRefused = 0;
-    cLib.cHost.OnEvent = [&](const std::wstring&)
-    {
+    cLib.cHost.OnEvent = [&](const std::wstring&) {
         try
         {
             Assign(cCut, 2, {L"Pop"});

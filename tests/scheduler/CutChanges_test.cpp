@@ -130,12 +130,11 @@ TEST_F(CutChangesTest, WithoutFinishTheOpenStepIsUndone)
             rhythm.goOn = [&] { return ++lAsked < 4 || !bThrows ? true : throw Stop(); };
             cChanges.Run(
                 CutsOf({L"c", L"a", L"x", L"e", L"p"}),
-                [&](const std::shared_ptr<Cut>& cCut, std::size_t)
-                {
-                    cCut->SetCatLevel(7);
-                    cCut->SetCategoryText(L"Pop/New");
-                    cChanges.ModifyCut(cCut);
-                    EXPECT_NE(Now(), sBefore);
+                [&](const std::shared_ptr<Cut>& cCut, std::size_t) {
+                cCut->SetCatLevel(7);
+                cCut->SetCategoryText(L"Pop/New");
+                cChanges.ModifyCut(cCut);
+                EXPECT_NE(Now(), sBefore);
                 },
                 rhythm);
             EXPECT_FALSE(bThrows);
@@ -165,8 +164,9 @@ TEST_F(CutChangesTest, WithoutFinishOrBatchesTheOpenStepIsUndoneToo)
         rhythm.goOn = [asked = std::make_shared<int>(0)] { return ++*asked < 3 ? true : throw 1; };
         EXPECT_THROW(cChanges.Run(
                          CutsOf({L"b", L"x", L"p"}),
-                         [&](const std::shared_ptr<Cut>& cCut, std::size_t)
-                         { cChanges.TakeOut(cCut, cState.PlacesOf(cCut->Key()).front()); },
+                         [&](const std::shared_ptr<Cut>& cCut, std::size_t) {
+            cChanges.TakeOut(cCut, cState.PlacesOf(cCut->Key()).front());
+                         },
                          rhythm),
                      int);
         EXPECT_NE(Now(), sBefore);
@@ -205,32 +205,34 @@ TEST_F(CutChangesTest, ARecordTakesAChangeBack)
 {
     const std::wstring sBefore = Now();
     using Body = std::function<void(CutChanges&, const std::shared_ptr<Cut>&)>;
-    const std::pair<const char*, Body> changes[] = {
-        {"assignments",
-         [](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
-         {
-             cCut->SetCatLevel(cCut->CatLevel() + 2);
-             cCut->SetCategoryText(L"Pop/New/Rock");
-             cChanges.ModifyCut(cCut);
+    const std::pair<const char*, Body> changes[] =
+        {
+            {"assignments",
+             [](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut) {
+        cCut->SetCatLevel(cCut->CatLevel() + 2);
+        cCut->SetCategoryText(L"Pop/New/Rock");
+        cChanges.ModifyCut(cCut);
+             }},
+            {"removals",
+             [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut) {
+        for (const SchedulerState::Place& place : cState.PlacesOf(cCut->Key()))
+            cChanges.TakeOut(cCut, place);
+             }},
+                                       {"copies",
+                                        [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut) {
+        cChanges.Place(cCut, cState.MainCat(L"Pop"));
+                                        }},
+        {"new places",
+         [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut) {
+        cChanges.PlaceLast(cCut, cState.MainCat(cCut->CategoryText()));
          }},
-        {"removals",
-         [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
-         {
-             for (const SchedulerState::Place& place : cState.PlacesOf(cCut->Key()))
-                 cChanges.TakeOut(cCut, place);
-         }},
-        {"copies", [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
-         { cChanges.Place(cCut, cState.MainCat(L"Pop")); }},
-        {"new places", [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
-         { cChanges.PlaceLast(cCut, cState.MainCat(cCut->CategoryText())); }},
-    };
+        };
     for (const auto& entry : changes)
     {
         SCOPED_TRACE(entry.first);
         const auto& change = entry.second;
         CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
-        const auto Run = [&](const Cuts& colCuts)
-        {
+        const auto Run = [&](const Cuts& colCuts) {
             CutChanges::Rhythm rhythm;
             rhythm.cuts = 2;
             rhythm.tell = [](std::size_t) {};
@@ -254,13 +256,13 @@ TEST_F(CutChangesTest, ARecordNamesWhatWasMadeAndDeleted)
     const std::wstring sBefore = Now();
     CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
     const SchedulerState::Place place = Place(L"Rock", 2);
-    cChanges.Run(CutsOf({L"x"}),
-                 [&](const std::shared_ptr<Cut>& cCut, std::size_t)
-                 {
-                     cCut->SetCategoryText(L"New");
-                     cChanges.ModifyCut(cCut);
-                 },
-                 {});
+    cChanges.Run(
+        CutsOf({L"x"}),
+        [&](const std::shared_ptr<Cut>& cCut, std::size_t) {
+        cCut->SetCategoryText(L"New");
+        cChanges.ModifyCut(cCut);
+        },
+        {});
     cChanges.Deleting(*place.cSubCat);
     place.cMainCat->RemoveSubCat(place.cSubCat);
     const ChangeRecord record = cChanges.Finish(Quietly());
@@ -278,15 +280,15 @@ TEST_F(CutChangesTest, WhatWasPutBackIsNotRecorded)
     {
         cDataBase->bRefusesCommit = bRefused;
         CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
-        cChanges.Run(CutsOf({L"a", L"x"}),
-                     [&](const std::shared_ptr<Cut>& cCut, std::size_t)
-                     {
-                         cCut->SetCategoryText(L"New");
-                         cChanges.ModifyCut(cCut);
-                         if (!bRefused)
-                             throw RuntimeError(error::DeviceIo);
-                     },
-                     {});
+        cChanges.Run(
+            CutsOf({L"a", L"x"}),
+            [&](const std::shared_ptr<Cut>& cCut, std::size_t) {
+            cCut->SetCategoryText(L"New");
+            cChanges.ModifyCut(cCut);
+            if (!bRefused)
+                throw RuntimeError(error::DeviceIo);
+            },
+            {});
         const ChangeRecord record = cChanges.Finish(Quietly());
         EXPECT_TRUE(record.colCuts.empty());
         EXPECT_TRUE(record.colMade.empty());
@@ -301,8 +303,7 @@ TEST_F(CutChangesTest, AChangeOfTheDatabasesIsFollowedAsFarAsItGoes)
     CutChanges cChanges(cState, cSync, CutChanges::Origin::DataBase);
     cCut->SetCategoryText(L"New/Pop");
     int lPlaced = 0;
-    cCut->OnCall = [&](const std::string& sMember)
-    {
+    cCut->OnCall = [&](const std::string& sMember) {
         if (sMember == "RunTimemS" && ++lPlaced == 2)
             throw RuntimeError(error::DeviceIo);
     };

@@ -15,13 +15,11 @@ protected:
     std::vector<std::size_t> Remove(const std::vector<CutRemoval>& colRemovals)
     {
         std::vector<std::size_t> colDone;
-        cLib.cSchedMan->RemoveCutsFromCategories(colRemovals,
-                                                 [&](std::size_t done)
-                                                 {
-                                                     colDone.push_back(done);
-                                                     if (const auto hook = OnProgress)
-                                                         hook();
-                                                 });
+        cLib.cSchedMan->RemoveCutsFromCategories(colRemovals, [&](std::size_t done) {
+            colDone.push_back(done);
+            if (const auto hook = OnProgress)
+                hook();
+        });
         return colDone;
     }
     ShownBox ErrorBox(const std::wstring& sText) const
@@ -101,8 +99,7 @@ TEST_F(CutRemovalTest, AMainCategoryThatGoesMeanwhileIsPassedOver)
     Start();
     for (const std::shared_ptr<Cut>& cCut : colCuts)
         colRemovals.push_back({cCut, MainCat(L"Rock"), 0});
-    OnProgress = [&]
-    {
+    OnProgress = [&] {
         OnProgress = nullptr;
         cLib.cSchedMan->DeleteCats({MainCat(L"Rock")});
     };
@@ -119,8 +116,7 @@ TEST_F(CutRemovalTest, WhatTheDatabaseAnnouncesMeanwhileIsHandledAfterwards)
     for (const std::shared_ptr<Cut>& cCut : AddMany(50, L"k", L"Rock"))
         colRemovals.push_back({cCut, nullptr, 0});
     Start();
-    OnProgress = [&]
-    {
+    OnProgress = [&] {
         Added({Add(L"new", L"Rock")});
         EXPECT_EQ(Order(L"Rock", 1), Keys());
     };

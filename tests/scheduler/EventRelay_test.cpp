@@ -73,8 +73,7 @@ TEST_F(EventRelayTest, AFollowerIsToldWithoutAHostAndAfterAHostThatThrew)
 TEST_F(EventRelayTest, CallsInsideAnEventAreLoggedAsTheyEnd)
 {
     Lines colSeen;
-    cHost.OnEvent = [&](const std::wstring&)
-    {
+    cHost.OnEvent = [&](const std::wstring&) {
         {
             const ModScheduler::LogScope cScope(cMod);
             cMod.WriteDebugLog(L"inside");

@@ -107,8 +107,7 @@ std::shared_ptr<FakeDataBase> NewDataBase()
 // The disk of a station that was on air for a while: every kind of file, and no order is the database's.
 const Disk& StationDisk()
 {
-    static const Disk disk = []
-    {
+    static const Disk disk = [] {
         Program cProgram({}, NewDataBase());
         cProgram.cLib.Populate();
         clsSchedMan& cSchedMan = *cProgram.cLib.cSchedMan;
@@ -143,179 +142,171 @@ struct Operation
 
 void PopulateIt(Program& p) { p.cLib.Populate(); }
 
-const Operation operations[] = {
-    {"populate", PopulateIt, true},
-    {"populate_and_end", [](Program& p) { PopulateIt(p), p.End(); }, true},
-    {"populate_and_pick",
-     [](Program& p)
-     {
-         PopulateIt(p);
-         p.Pick(L"Rock\t1", true);
-         p.Pick(L"Pop\t1", true);
-         p.End();
-     },
-     true},
-    {"populate_and_save_all",
-     [](Program& p)
-     {
-         PopulateIt(p);
-         p.cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
-         p.cLib.cSchedMan->SaveCatNames();
-         p.cLib.cMod.SaveSettings();
-         p.End();
-     },
-     true},
-    {"populate_and_change_rules",
-     [](Program& p)
-     {
-         PopulateIt(p);
-         p.RulesOf(L"Rock", 1)->SetTitleSepMins(99);
-         p.End();
-     },
-     true},
+const Operation operations[] =
+    {
+        {"populate", PopulateIt, true},
+        {"populate_and_end", [](Program& p) { PopulateIt(p), p.End(); }, true},
+        {"populate_and_pick",
+         [](Program& p) {
+    PopulateIt(p);
+    p.Pick(L"Rock\t1", true);
+    p.Pick(L"Pop\t1", true);
+    p.End();
+         },
+         true},
+        {"populate_and_save_all",
+         [](Program& p) {
+    PopulateIt(p);
+    p.cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
+    p.cLib.cSchedMan->SaveCatNames();
+    p.cLib.cMod.SaveSettings();
+    p.End();
+         },
+         true},
+                {"populate_and_change_rules",
+                 [](Program& p) {
+    PopulateIt(p);
+    p.RulesOf(L"Rock", 1)->SetTitleSepMins(99);
+    p.End();
+                 },
+                 true},
     {"populate_and_change_settings",
-     [](Program& p)
-     {
-         PopulateIt(p);
-         p.cLib.cMod.SetGlobalTitleSepMins(99);
-         p.End();
+     [](Program& p) {
+    PopulateIt(p);
+    p.cLib.cMod.SetGlobalTitleSepMins(99);
+    p.End();
      },
      true},
     {"populate_again", PopulateIt, false, false, true},
     {"populate_again_after_picks",
-     [](Program& p)
-     {
-         p.Pick(L"Rock\t1", false);
-         p.Pick(L"Pop\t1", true);
-         PopulateIt(p);
-         p.End();
+     [](Program& p) {
+    p.Pick(L"Rock\t1", false);
+    p.Pick(L"Pop\t1", true);
+    PopulateIt(p);
+    p.End();
      }},
     {"pick", [](Program& p) { p.Pick(L"Rock\t1", false); }},
     {"pick_and_save", [](Program& p) { p.Pick(L"Rock\t1", true); }},
     {"picks_and_end",
-     [](Program& p)
-     {
-         for (const wchar_t* sKey : {L"Rock\t1", L"Pop\t1", L"Jazz\t1", L"Gone\t1"})
-             p.Pick(sKey, true);
-         p.End();
+     [](Program& p) {
+    for (const wchar_t* sKey : {L"Rock\t1", L"Pop\t1", L"Jazz\t1", L"Gone\t1"})
+        p.Pick(sKey, true);
+    p.End();
      }},
     {"play", [](Program& p) { p.cLib.cSchedMan->UpdateArtistTitleHistory(p.CutsOf(L"Rock", 1)[0]); }},
     {"save_list", [](Program& p) { p.cLib.cSchedMan->SaveCatNames(); }},
     {"saved_list", [](Program& p) { p.cLib.cSchedMan->colSavedCatNames(); }},
     {"save_order",
-     [](Program& p)
-     {
-         p.cLib.Level(L"Rock", 1)->SchedCuts()->MoveToEnd(0);
-         p.cLib.cSchedMan->SaveHistoryAndOrdering(p.cLib.MainCat(L"Rock"));
+     [](Program& p) {
+    p.cLib.Level(L"Rock", 1)->SchedCuts()->MoveToEnd(0);
+    p.cLib.cSchedMan->SaveHistoryAndOrdering(p.cLib.MainCat(L"Rock"));
      }},
     {"save_all_orders",
-     [](Program& p)
-     {
-         for (const wchar_t* sName : {L"Rock", L"Pop"})
-             p.cLib.Level(sName, 1)->SchedCuts()->MoveToEnd(0);
-         p.cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
+     [](Program& p) {
+    for (const wchar_t* sName : {L"Rock", L"Pop"})
+        p.cLib.Level(sName, 1)->SchedCuts()->MoveToEnd(0);
+    p.cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
      }},
     {"create_category",
-     [](Program& p)
-     {
-         std::wstring sName = L"Soul";
-         p.cLib.cSchedMan->CreateMainCat(sName);
+     [](Program& p) {
+    std::wstring sName = L"Soul";
+    p.cLib.cSchedMan->CreateMainCat(sName);
      }},
     {"create_level",
-     [](Program& p)
-     {
-         p.cPorts.cMessages.Typed = {L"7"};
-         p.cLib.cSchedMan->CreateCatLevel(p.cLib.MainCat(L"Rock"));
+     [](Program& p) {
+    p.cPorts.cMessages.Typed = {L"7"};
+    p.cLib.cSchedMan->CreateCatLevel(p.cLib.MainCat(L"Rock"));
      }},
     {"shuffle_level", [](Program& p) { p.cLib.cSchedMan->ShuffleCategories({p.cLib.Level(L"Rock", 1)}); }},
     {"shuffle_categories",
      [](Program& p) {
-         p.cLib.cSchedMan->ShuffleCategories({p.cLib.MainCat(L"Rock"), p.cLib.MainCat(L"Pop")});
+    p.cLib.cSchedMan->ShuffleCategories({p.cLib.MainCat(L"Rock"), p.cLib.MainCat(L"Pop")});
      }},
     {"delete_level", [](Program& p) { p.cLib.cSchedMan->DeleteCats({p.cLib.Level(L"Rock", 1)}); }, false,
      true},
     {"delete_category", [](Program& p) { p.cLib.cSchedMan->DeleteCats({p.cLib.MainCat(L"Pop")}); }, false,
      true},
     {"delete_empty_category", [](Program& p) { p.cLib.cSchedMan->DeleteCats({p.cLib.MainCat(L"Jazz")}); }},
-    {"move_in_category", [](Program& p)
-     { p.cLib.cSchedMan->MoveCutsInCategory(p.cLib.Level(L"Rock", 1), {p.CutsOf(L"Rock", 1).back()}, 1); }},
-    {"copy", [](Program& p)
-     { p.Mass(eCopyHere, p.cLib.Level(L"Rock", 1), p.cLib.Level(L"Pop", 1), p.CutsOf(L"Rock", 1)); }},
-    {"move_one", [](Program& p)
-     { p.Mass(eMoveHere, p.cLib.Level(L"Rock", 1), p.cLib.Level(L"Pop", 2), {p.CutsOf(L"Rock", 1)[0]}); }},
+    {"move_in_category",
+     [](Program& p) {
+    p.cLib.cSchedMan->MoveCutsInCategory(p.cLib.Level(L"Rock", 1), {p.CutsOf(L"Rock", 1).back()}, 1);
+     }},
+    {"copy",
+     [](Program& p) {
+    p.Mass(eCopyHere, p.cLib.Level(L"Rock", 1), p.cLib.Level(L"Pop", 1), p.CutsOf(L"Rock", 1));
+     }},
+    {"move_one",
+     [](Program& p) {
+    p.Mass(eMoveHere, p.cLib.Level(L"Rock", 1), p.cLib.Level(L"Pop", 2), {p.CutsOf(L"Rock", 1)[0]});
+     }},
     {"move_a_level",
-     [](Program& p)
-     { p.Mass(eMoveHere, p.cLib.Level(L"Rock", 1), p.cLib.Level(L"Pop", 2), p.CutsOf(L"Rock", 1)); },
+     [](Program& p) {
+    p.Mass(eMoveHere, p.cLib.Level(L"Rock", 1), p.cLib.Level(L"Pop", 2), p.CutsOf(L"Rock", 1));
+     },
      false, true},
     {"move_exclusive",
-     [](Program& p)
-     {
-         p.Mass(eMoveExclusiveHere, p.cLib.Level(L"Rock", 1), p.cLib.Level(L"Jazz", 1),
-                {p.CutsOf(L"Rock", 1)[0], p.CutsOf(L"Pop", 1)[0]});
+     [](Program& p) {
+    p.Mass(eMoveExclusiveHere, p.cLib.Level(L"Rock", 1), p.cLib.Level(L"Jazz", 1),
+           {p.CutsOf(L"Rock", 1)[0], p.CutsOf(L"Pop", 1)[0]});
      }},
     {"move_to_category",
-     [](Program& p)
-     { p.Mass(eMoveHere, p.cLib.MainCat(L"Pop"), p.cLib.MainCat(L"Jazz"), p.CutsOf(L"Pop", 2)); },
+     [](Program& p) {
+    p.Mass(eMoveHere, p.cLib.MainCat(L"Pop"), p.cLib.MainCat(L"Jazz"), p.CutsOf(L"Pop", 2));
+     },
      false, true},
     {"remove_and_save",
-     [](Program& p)
-     {
-         p.cLib.cSchedMan->RemoveCutsFromCategories(
-             {{p.CutsOf(L"Rock", 1)[0], p.cLib.MainCat(L"Rock"), 0}, {p.CutsOf(L"Pop", 1)[0], nullptr, 0}},
-             [](std::size_t) {});
+     [](Program& p) {
+    p.cLib.cSchedMan->RemoveCutsFromCategories(
+        {{p.CutsOf(L"Rock", 1)[0], p.cLib.MainCat(L"Rock"), 0}, {p.CutsOf(L"Pop", 1)[0], nullptr, 0}},
+        [](std::size_t) {});
      }},
     {"remove_from_category",
-     [](Program& p)
-     {
-         CatCollection colTouched;
-         p.cLib.cSchedMan->RemoveCutFromCategory(p.cLib.MainCat(L"Rock"), p.CutsOf(L"Rock", 1)[0],
-                                                 colTouched);
-         for (const std::shared_ptr<clsCat>& cMainCat : colTouched)
-             p.cLib.cSchedMan->SaveHistoryAndOrdering(cMainCat);
+     [](Program& p) {
+    CatCollection colTouched;
+    p.cLib.cSchedMan->RemoveCutFromCategory(p.cLib.MainCat(L"Rock"), p.CutsOf(L"Rock", 1)[0], colTouched);
+    for (const std::shared_ptr<clsCat>& cMainCat : colTouched)
+        p.cLib.cSchedMan->SaveHistoryAndOrdering(cMainCat);
      }},
     {"cuts_added",
-     [](Program& p)
-     {
-         p.Announce(&DataBaseEvents::CutsAdded,
-                    {p.cLib.cDataBase->Add(L"a", L"Rock/Soul", 1), p.cLib.cDataBase->Add(L"b", L"Pop", 9)});
+     [](Program& p) {
+    p.Announce(&DataBaseEvents::CutsAdded,
+               {p.cLib.cDataBase->Add(L"a", L"Rock/Soul", 1), p.cLib.cDataBase->Add(L"b", L"Pop", 9)});
      }},
     {"cuts_modified",
-     [](Program& p)
-     {
-         const Cuts colCuts = {p.CutsOf(L"Rock", 1)[0], p.CutsOf(L"Pop", 1)[0]};
-         colCuts[0]->SetCategoryText(L"Pop");
-         colCuts[1]->SetCatLevel(2);
-         p.Announce(&DataBaseEvents::CutsModified, colCuts);
+     [](Program& p) {
+    const Cuts colCuts = {p.CutsOf(L"Rock", 1)[0], p.CutsOf(L"Pop", 1)[0]};
+    colCuts[0]->SetCategoryText(L"Pop");
+    colCuts[1]->SetCatLevel(2);
+    p.Announce(&DataBaseEvents::CutsModified, colCuts);
      }},
     {"cuts_removed",
-     [](Program& p)
-     {
-         const Cuts colCuts = {p.CutsOf(L"Rock", 1)[0], p.CutsOf(L"Pop", 1)[0]};
-         for (const std::shared_ptr<Cut>& cCut : colCuts)
-             p.cLib.cDataBase->Remove(*cCut);
-         p.Announce(&DataBaseEvents::CutsRemoved, colCuts);
+     [](Program& p) {
+    const Cuts colCuts = {p.CutsOf(L"Rock", 1)[0], p.CutsOf(L"Pop", 1)[0]};
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+        p.cLib.cDataBase->Remove(*cCut);
+    p.Announce(&DataBaseEvents::CutsRemoved, colCuts);
      }},
     {"rules",
-     [](Program& p)
-     {
-         const std::shared_ptr<clsCatRules> cRules = p.RulesOf(L"Rock", 1);
-         cRules->SetArtistSepMins(41);
-         cRules->SetTitleSepMins(42);
-         cRules->SetAlbumSepMins(43);
-         cRules->SetIgnoreRules(true);
-         cRules->SaveRules();
+     [](Program& p) {
+    const std::shared_ptr<clsCatRules> cRules = p.RulesOf(L"Rock", 1);
+    cRules->SetArtistSepMins(41);
+    cRules->SetTitleSepMins(42);
+    cRules->SetAlbumSepMins(43);
+    cRules->SetIgnoreRules(true);
+    cRules->SaveRules();
      }},
-    {"rules_in_one_go", [](Program& p)
-     { p.RulesOf(L"Pop", 2)->Apply({.lArtist = 1, .lTitle = 2, .lAlbum = 3, .bIgnore = true}); }},
+    {"rules_in_one_go",
+     [](Program& p) {
+    p.RulesOf(L"Pop", 2)->Apply({.lArtist = 1, .lTitle = 2, .lAlbum = 3, .bIgnore = true});
+     }},
     {"settings",
-     [](Program& p)
-     {
-         p.cLib.cMod.SetGlobalArtistSepMins(1);
-         p.cLib.cMod.SetGlobalTitleSepMins(2);
-         p.cLib.cMod.SetGlobalAlbumSepMins(3);
+     [](Program& p) {
+    p.cLib.cMod.SetGlobalArtistSepMins(1);
+    p.cLib.cMod.SetGlobalTitleSepMins(2);
+    p.cLib.cMod.SetGlobalAlbumSepMins(3);
      }},
     {"end", [](Program& p) { p.End(); }},
-};
+    };
 
 // ---- what holds after any fault
 
@@ -335,9 +326,9 @@ void ExpectTreeIsTrue(const Program& p)
 
 bool IsKeptAside(const Disk& disk, const std::wstring& sPath, const std::string& bytes)
 {
-    return std::any_of(disk.begin(), disk.end(),
-                       [&](const auto& file)
-                       { return file.first.starts_with(sPath + L".bak") && file.second == bytes; });
+    return std::any_of(disk.begin(), disk.end(), [&](const auto& file) {
+        return file.first.starts_with(sPath + L".bak") && file.second == bytes;
+    });
 }
 
 // What the operation makes of the disk when nothing fails.
@@ -379,8 +370,7 @@ void ExpectNothingLost(const Operation& operation, const Disk& now, const Disk& 
         const auto& sPath = file.first;
         const auto& bytes = file.second;
         const auto present = now.find(sPath);
-        const auto isIn = [&](const Disk& disk)
-        {
+        const auto isIn = [&](const Disk& disk) {
             const auto found = disk.find(sPath);
             return present == now.end() ? found == disk.end()
                                         : found != disk.end() && found->second == present->second;
@@ -401,17 +391,18 @@ void ExpectOldOrNew(const Orders& now, const Orders& before, const Orders& after
     {
         const auto& sKey = level.first;
         const auto& colKeys = level.second;
-        const auto asIn = [&](const Orders& orders)
-        {
+        const auto asIn = [&](const Orders& orders) {
             const auto found = orders.find(sKey);
             if (found == orders.end())
                 return true;
             Keys colThose = found->second;
-            std::erase_if(colThose, [&](const std::wstring& sCut)
-                          { return std::find(colKeys.begin(), colKeys.end(), sCut) == colKeys.end(); });
+            std::erase_if(colThose, [&](const std::wstring& sCut) {
+                return std::find(colKeys.begin(), colKeys.end(), sCut) == colKeys.end();
+            });
             Keys colThese = colKeys;
-            std::erase_if(colThese, [&](const std::wstring& sCut)
-                          { return std::find(colThose.begin(), colThose.end(), sCut) == colThose.end(); });
+            std::erase_if(colThese, [&](const std::wstring& sCut) {
+                return std::find(colThose.begin(), colThose.end(), sCut) == colThose.end();
+            });
             return colThese == colThose;
         };
         EXPECT_TRUE(asIn(before) || asIn(after)) << testing::PrintToString(colKeys);
@@ -464,12 +455,10 @@ void EveryFaultTest::ExpectReadable(const Disk& disk, const std::shared_ptr<Fake
     Orders now = next.AllOrders();
     if (Op().bEmptiesLevel && !next.cPorts.cMessages.Boxes.empty())
         return;
-    std::erase_if(now,
-                  [&](const auto& order)
-                  {
-                      const std::wstring sName = order.first.substr(0, order.first.find(L'\t'));
-                      return disk.count(SifPath(sName) + L".bak") != 0;
-                  });
+    std::erase_if(now, [&](const auto& order) {
+        const std::wstring sName = order.first.substr(0, order.first.find(L'\t'));
+        return disk.count(SifPath(sName) + L".bak") != 0;
+    });
     ExpectOldOrNew(now, m_before, m_cHealthy.orders);
 }
 
@@ -503,8 +492,9 @@ bool EveryFaultTest::Fail(int lGoodSteps)
         Orders now = next.AllOrders();
         // A category without cuts whose file could not be read has no level to save: its file stays.
         if (Op().bPopulates)
-            std::erase_if(now, [&](const auto& order)
-                          { return order.second.empty() && orders.count(order.first) == 0; });
+            std::erase_if(now, [&](const auto& order) {
+                return order.second.empty() && orders.count(order.first) == 0;
+            });
         EXPECT_EQ(now, orders);
     }
     ExpectNothingLost(Op(), disk, m_cHealthy.disk, ofTree);
@@ -524,9 +514,8 @@ TEST_P(EveryFaultTest, LosesNothing)
 INSTANTIATE_TEST_SUITE_P(Operations, EveryFaultTest,
                          testing::Combine(testing::ValuesIn(operations), testing::ValuesIn(modes)),
                          [](const testing::TestParamInfo<Case>& tested) {
-                             return std::string(std::get<0>(tested.param).sName) + "_" +
-                                    std::get<1>(tested.param).sName;
-                         });
+    return std::string(std::get<0>(tested.param).sName) + "_" + std::get<1>(tested.param).sName;
+});
 
 } // namespace
 } // namespace ravlo::test

@@ -64,80 +64,73 @@ struct Operation
 };
 
 // Each concerns Rock and Pop.
-const Operation operations[] = {
-    {"cuts_added",
-     [](Station& s) {
-         s.Added({s.Add(L"a", L"Rock/Pop"), s.Add(L"b", L"Pop/Rock")});
-     }},
-    {"cuts_modified",
-     [](Station& s)
-     {
-         Cuts colCuts = s.CutsOf(L"Rock");
-         colCuts.push_back(s.CutsOf(L"Pop")[0]);
-         for (const std::shared_ptr<Cut>& cCut : colCuts)
-             cCut->SetCatLevel(2);
-         s.Modified(colCuts);
-     }},
-    {"cuts_removed",
-     [](Station& s) {
-         s.Removed({s.CutsOf(L"Rock")[0], s.CutsOf(L"Pop")[0]});
-     }},
+const Operation operations[] =
+    {
+        {"cuts_added",
+         [](Station& s) {
+    s.Added({s.Add(L"a", L"Rock/Pop"), s.Add(L"b", L"Pop/Rock")});
+         }},
+        {"cuts_modified",
+         [](Station& s) {
+    Cuts colCuts = s.CutsOf(L"Rock");
+    colCuts.push_back(s.CutsOf(L"Pop")[0]);
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+        cCut->SetCatLevel(2);
+    s.Modified(colCuts);
+         }},
+                {"cuts_removed",
+                 [](Station& s) {
+    s.Removed({s.CutsOf(L"Rock")[0], s.CutsOf(L"Pop")[0]});
+                 }},
     {"move",
-     [](Station& s)
-     {
-         bool bCreated = false;
-         s.cLib.cSchedMan->DoMassCatChange(eMoveHere, {s.Level(L"Rock", 1)}, s.Level(L"Pop", 2),
-                                           s.CutsOf(L"Rock"), bCreated);
+     [](Station& s) {
+    bool bCreated = false;
+    s.cLib.cSchedMan->DoMassCatChange(eMoveHere, {s.Level(L"Rock", 1)}, s.Level(L"Pop", 2), s.CutsOf(L"Rock"),
+                                      bCreated);
      }},
     {"copy",
-     [](Station& s)
-     {
-         bool bCreated = false;
-         for (const auto& [sFrom, sTo] : {std::pair(L"Rock", L"Pop"), std::pair(L"Pop", L"Rock")})
-             s.cLib.cSchedMan->DoMassCatChange(eCopyHere, {s.Level(sFrom, 1)}, s.Level(sTo, 1),
-                                               {s.CutsOf(sFrom)[0]}, bCreated);
+     [](Station& s) {
+    bool bCreated = false;
+    for (const auto& [sFrom, sTo] : {std::pair(L"Rock", L"Pop"), std::pair(L"Pop", L"Rock")})
+        s.cLib.cSchedMan->DoMassCatChange(eCopyHere, {s.Level(sFrom, 1)}, s.Level(sTo, 1),
+                                          {s.CutsOf(sFrom)[0]}, bCreated);
      }},
     {"remove_from_categories",
-     [](Station& s)
-     {
-         s.cLib.cSchedMan->RemoveCutsFromCategories({{s.CutsOf(L"Rock")[0], s.MainCat(L"Rock"), 0},
-                                                     {s.CutsOf(L"Pop")[0], nullptr, 0},
-                                                     {s.CutsOf(L"Rock")[1], nullptr, 0}},
-                                                    [](std::size_t) {});
+     [](Station& s) {
+    s.cLib.cSchedMan->RemoveCutsFromCategories({{s.CutsOf(L"Rock")[0], s.MainCat(L"Rock"), 0},
+                                                {s.CutsOf(L"Pop")[0], nullptr, 0},
+                                                {s.CutsOf(L"Rock")[1], nullptr, 0}},
+                                               [](std::size_t) {});
      }},
     {"delete_levels",
      [](Station& s) {
-         s.cLib.cSchedMan->DeleteCats({s.Level(L"Rock", 1), s.Level(L"Pop", 2)});
+    s.cLib.cSchedMan->DeleteCats({s.Level(L"Rock", 1), s.Level(L"Pop", 2)});
      }},
     {"move_in_category",
-     [](Station& s)
-     {
-         for (const wchar_t* sName : {L"Rock", L"Pop"})
-             s.cLib.cSchedMan->MoveCutsInCategory(s.Level(sName, 1), {s.CutsOf(sName).back()}, 1);
+     [](Station& s) {
+    for (const wchar_t* sName : {L"Rock", L"Pop"})
+        s.cLib.cSchedMan->MoveCutsInCategory(s.Level(sName, 1), {s.CutsOf(sName).back()}, 1);
      }},
     {"shuffle",
-     [](Station& s)
-     {
-         for (const wchar_t* sName : {L"Rock", L"Pop"})
-             s.Level(sName, 1)->SchedCuts()->MoveToEnd(0); // whatever the chance, the order is a new one
-         s.cLib.cSchedMan->ShuffleCategories({s.MainCat(L"Rock"), s.MainCat(L"Pop")});
+     [](Station& s) {
+    for (const wchar_t* sName : {L"Rock", L"Pop"})
+        s.Level(sName, 1)->SchedCuts()->MoveToEnd(0); // whatever the chance, the order is a new one
+    s.cLib.cSchedMan->ShuffleCategories({s.MainCat(L"Rock"), s.MainCat(L"Pop")});
      },
      true},
     {"create_levels",
-     [](Station& s)
-     {
-         s.cPorts.cMessages.Typed = {L"7", L"8"};
-         EXPECT_TRUE(s.cLib.cSchedMan->CreateCatLevel(s.MainCat(L"Rock")));
-         EXPECT_TRUE(s.cLib.cSchedMan->CreateCatLevel(s.MainCat(L"Pop")));
+     [](Station& s) {
+    s.cPorts.cMessages.Typed = {L"7", L"8"};
+    EXPECT_TRUE(s.cLib.cSchedMan->CreateCatLevel(s.MainCat(L"Rock")));
+    EXPECT_TRUE(s.cLib.cSchedMan->CreateCatLevel(s.MainCat(L"Pop")));
      }},
     {"save_all",
-     [](Station& s)
-     {
-         for (const wchar_t* sName : {L"Rock", L"Pop"})
-             s.Level(sName, 1)->SchedCuts()->MoveToEnd(0);
-         s.cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
+     [](Station& s) {
+    for (const wchar_t* sName : {L"Rock", L"Pop"})
+        s.Level(sName, 1)->SchedCuts()->MoveToEnd(0);
+    s.cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
      }},
-};
+    };
 
 class FailingSavesTest : public testing::TestWithParam<Operation>
 {
@@ -184,8 +177,9 @@ TEST_P(FailingSavesTest, AreShownOncePerCategoryWhileMemoryAndTheOtherFilesAreWh
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, FailingSavesTest, testing::ValuesIn(operations),
-                         [](const testing::TestParamInfo<Operation>& operation)
-                         { return std::string(operation.param.sName); });
+                         [](const testing::TestParamInfo<Operation>& operation) {
+    return std::string(operation.param.sName);
+});
 
 TEST(FailingSaves, ANewCategorysListAndOrderAreEachShownAndTheCategoryStands)
 {

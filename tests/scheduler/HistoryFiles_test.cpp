@@ -188,11 +188,9 @@ TEST_F(HistoryFilesTest, ASaveTellsOfItsTwoPhases)
 TEST_F(HistoryFilesTest, ASaveReportsEveryTwentiethRecordAtMostOncePer100Milliseconds)
 {
     const auto cMainCat = NewMainCatOf(L"Rock", 120);
-    const auto advanceAt = [&](std::size_t lCut, std::uint32_t lMilliseconds)
-    {
+    const auto advanceAt = [&](std::size_t lCut, std::uint32_t lMilliseconds) {
         static_cast<FakeCut&>(*cDataBase.colCuts[lCut - 1]).OnCall =
-            [this, lMilliseconds](const std::string& sMember)
-        {
+            [this, lMilliseconds](const std::string& sMember) {
             if (sMember == "Artist")
                 cPorts.cClock.Advance(lMilliseconds);
         };
@@ -365,8 +363,7 @@ TEST_F(HistoryFilesTest, ACategoryDeletedMeanwhileIsNotSavedAfterwards)
 {
     NewMainCat(L"Rock", {1});
     NewMainCat(L"Pop", {1});
-    cHost.OnEvent = [this](const std::wstring&)
-    {
+    cHost.OnEvent = [this](const std::wstring&) {
         cHost.OnEvent = nullptr;
         colMainCats->Remove(L"Pop\t0");
         cFiles.DeleteFile(L"Pop");
@@ -379,8 +376,7 @@ TEST_F(HistoryFilesTest, ATreeReplacedMeanwhileIsTheOneThatIsSaved)
 {
     NewMainCat(L"Rock", {1});
     NewMainCat(L"Pop", {1});
-    cHost.OnEvent = [this](const std::wstring&)
-    {
+    cHost.OnEvent = [this](const std::wstring&) {
         cHost.OnEvent = nullptr;
         colMainCats = std::make_shared<CatCollection>();
         NewMainCat(L"Pop", {2});
@@ -394,8 +390,7 @@ TEST_F(HistoryFilesTest, ATreeReplacedMeanwhileIsTheOneThatIsSaved)
 TEST_F(HistoryFilesTest, WhatIsWrittenIsTheOrderAtTheMomentOfTheCall)
 {
     const auto cMainCat = NewMainCatOf(L"Rock", 2);
-    cHost.OnEvent = [&](const std::wstring&)
-    {
+    cHost.OnEvent = [&](const std::wstring&) {
         cHost.OnEvent = nullptr;
         cMainCat->SubCat(1)->SchedCuts()->MoveToEnd(0);
         cMod.StoreAppPath(L"C:\\Elsewhere");
@@ -412,8 +407,7 @@ TEST_F(HistoryFilesTest, AnOlderSaveNeverReplacesANewerOne)
         cHost.colSaid.clear();
         cHost.OnEvent = nullptr;
         const auto cMainCat = NewMainCatOf(L"Cat" + std::to_wstring(event), 3);
-        cHost.OnEvent = [&, event](const std::wstring&)
-        {
+        cHost.OnEvent = [&, event](const std::wstring&) {
             if (cHost.colSaid.size() != event + 1)
                 return;
             cMainCat->SubCat(1)->SchedCuts()->MoveToEnd(0); // a pick
@@ -756,8 +750,7 @@ TEST_F(HistoryFilesTest, TheFilesLengthIsTheNumberOfItsRecordsOrItIsIgnored)
     const auto cMainCat = NewMainCatOf(L"Rock", 2);
     const std::string two = SifCut("2.mp3", 1) + SifCut("1.mp3", 1);
     ASSERT_EQ(two.size(), 3966u);
-    for (const std::size_t length :
-         {std::size_t{1}, std::size_t{1982}, std::size_t{1984}, std::size_t{3965}})
+    for (const std::size_t length : {std::size_t{1}, std::size_t{1982}, std::size_t{1984}, std::size_t{3965}})
     {
         Apply(two.substr(0, length));
         EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"})) << length;
@@ -782,8 +775,7 @@ TEST_F(HistoryFilesTest, ReadingReportsEveryTwentiethRecordAtMostOncePer100Milli
     for (int lRecord = 0; lRecord < 100; ++lRecord)
         bytes += SifMarker(1);
     // The host's handler takes its time only at the start: then the first sample is due, and no other.
-    cHost.OnEvent = [this](const std::wstring& sLine)
-    {
+    cHost.OnEvent = [this](const std::wstring& sLine) {
         if (sLine.starts_with(L"Progress"))
             cPorts.cClock.Advance(500); // within the report: does not count towards the next
     };
@@ -796,7 +788,7 @@ TEST_F(HistoryFilesTest, ReadingReportsEveryTwentiethRecordAtMostOncePer100Milli
 
     TickingClock cTicking(cPorts.cClock, 60); // each look at the tick count takes 60 ms
     Ports ports{cTicking,         cPorts.cHostLoop, cPorts.cFiles, cPorts.cMessages, cPorts.cUserSettings,
-                 cPorts.cCodePage, cPorts.cRandom};
+                cPorts.cCodePage, cPorts.cRandom};
     ModScheduler cOther(ports);
     cOther.StoreAppPath(sRadio);
     EventRelay cOtherRelay(cOther);

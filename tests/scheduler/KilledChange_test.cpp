@@ -96,10 +96,10 @@ protected:
                 EXPECT_NE(std::find(colMayGo.begin(), colMayGo.end(), sLevel), colMayGo.end()) << sLevel;
                 continue;
             }
-            const auto Keep = [](Keys colKeys, const Keys& colOf)
-            {
-                std::erase_if(colKeys, [&](const std::wstring& sKey)
-                              { return std::find(colOf.begin(), colOf.end(), sKey) == colOf.end(); });
+            const auto Keep = [](Keys colKeys, const Keys& colOf) {
+                std::erase_if(colKeys, [&](const std::wstring& sKey) {
+                    return std::find(colOf.begin(), colOf.end(), sKey) == colOf.end();
+                });
                 return colKeys;
             };
             EXPECT_EQ(Keep(found->second, colBefore), Keep(colBefore, found->second)) << sLevel;
@@ -139,8 +139,7 @@ TEST_F(KilledChangeTest, WithoutBatchesEachCutOfTheMoveMayBeTheLast)
     bool bInside = false;
     const Cuts colCuts = CutsOf(L"Rock", 2);
     for (const std::shared_ptr<Cut>& cCut : cBatching->cInner.colCuts)
-        std::dynamic_pointer_cast<FakeCut>(cCut)->OnCall = [&](const std::string&)
-        {
+        std::dynamic_pointer_cast<FakeCut>(cCut)->OnCall = [&](const std::string&) {
             if (std::exchange(bInside, true))
                 return; // the look at what is left
             colLeft.push_back(Leave());
@@ -218,8 +217,7 @@ TEST_F(KilledChangeTest, MarkersThatCannotBeTakenOffAreTriedAgain)
     const std::string rock = File(L"Rock");
     cBatching->bRefusesCommit = true;
     for (const std::shared_ptr<Cut>& cCut : cBatching->cInner.colCuts)
-        std::dynamic_pointer_cast<FakeCut>(cCut)->OnCall = [&](const std::string&)
-        {
+        std::dynamic_pointer_cast<FakeCut>(cCut)->OnCall = [&](const std::string&) {
             if (File(L"Rock") != rock) // written ahead
                 cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
         };
@@ -309,14 +307,11 @@ TEST_F(KilledChangeTest, OnlyCategoriesThatMayLoseALevelAreWrittenTwice)
     bool bCreated = false;
     cLib.cSchedMan->DoMassCatChange(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 4), {CutsOf(L"Rock", 1)[0]},
                                     bCreated);
-    const auto Writes = [this](const std::wstring& sName)
-    {
+    const auto Writes = [this](const std::wstring& sName) {
         const Lines colOperations = cPorts.cFiles.Operations();
-        return std::count_if(colOperations.begin(), colOperations.end(),
-                             [&](const std::wstring& sOperation) {
-                                 return sOperation.starts_with(L"Rename ") &&
-                                        sOperation.ends_with(SifPath(sName));
-                             });
+        return std::count_if(colOperations.begin(), colOperations.end(), [&](const std::wstring& sOperation) {
+            return sOperation.starts_with(L"Rename ") && sOperation.ends_with(SifPath(sName));
+        });
     };
     EXPECT_EQ(Writes(L"Rock"), 1);
     EXPECT_EQ(Writes(L"Pop"), 1);

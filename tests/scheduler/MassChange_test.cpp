@@ -73,8 +73,9 @@ TEST_F(MassChangeTest, WithoutCutsItIsNoEditThatAPopulationHadToRefuse)
 {
     Add(L"a", L"Rock", 1);
     Start();
-    cLib.cHost.OnEvent = [&](const std::wstring&)
-    { Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Rock", 1), {}); };
+    cLib.cHost.OnEvent = [&](const std::wstring&) {
+        Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Rock", 1), {});
+    };
     cLib.Populate();
     EXPECT_EQ(boxes, Boxes());
 }
@@ -636,8 +637,7 @@ TEST_F(MassChangeTest, ATargetDeletedInTheMiddleEndsItAndTheRestStandsWhereItSto
     Add(L"b", L"Pop", 2);
     Start();
     bool bDone = false;
-    cPorts.cHostLoop.OnPump = [&]
-    {
+    cPorts.cHostLoop.OnPump = [&] {
         if (!std::exchange(bDone, true))
         {
             EXPECT_EQ(Order(L"Pop", 2).size(), 51u);
@@ -662,8 +662,7 @@ TEST_F(MassChangeTest, ATargetReloadedInTheMiddleOfACopyIsReportedOnceAtTheEnd)
     const Cuts colCuts = AddMany(120, L"k", L"Rock", 1);
     Add(L"b", L"Pop", 2);
     Start();
-    cPorts.cHostLoop.OnPump = [&]
-    {
+    cPorts.cHostLoop.OnPump = [&] {
         cPorts.cHostLoop.OnPump = nullptr;
         cLib.Populate();
     };

@@ -162,14 +162,11 @@ public:
     }
     bool IsPlacedAsNamed(const RefCut& cut) const
     {
-        return std::all_of(cut.colNames.begin(), cut.colNames.end(),
-                           [&](const std::wstring& sName)
-                           {
-                               const RefMain* pMain = Main(sName);
-                               const auto level = pMain ? pMain->colLevels.find(cut.lLevel)
-                                                        : decltype(pMain->colLevels.end())();
-                               return pMain && level != pMain->colLevels.end() && Contains(level->second, &cut);
-                           });
+        return std::all_of(cut.colNames.begin(), cut.colNames.end(), [&](const std::wstring& sName) {
+            const RefMain* pMain = Main(sName);
+            const auto level = pMain ? pMain->colLevels.find(cut.lLevel) : decltype(pMain->colLevels.end())();
+            return pMain && level != pMain->colLevels.end() && Contains(level->second, &cut);
+        });
     }
     // Takes the cut out of a level; the name goes with the last level of the main category.
     bool TakeOut(RefCut& cut, RefMain& main, std::int32_t lLevel)
@@ -253,8 +250,9 @@ private:
                     found != colOrder.end())
                     std::rotate(found, found + 1, colOrder.end());
         }
-        std::erase_if(to.colLevels, [&](const auto& level)
-                      { return level.second.empty() && from.colLevels.count(level.first) == 0; });
+        std::erase_if(to.colLevels, [&](const auto& level) {
+            return level.second.empty() && from.colLevels.count(level.first) == 0;
+        });
     }
     static bool Apply(RefMain& main, const std::vector<RefRecord>& colRecords)
     {
@@ -604,8 +602,9 @@ private:
         m_cLib.cSchedMan->RemoveCutFromCategory(pOnly ? CatOf(*pOnly) : nullptr, GivenOf(*pCut), colFrom,
                                                 lGiven);
         const std::set<RefMain*> colAhead =
-            WrittenAhead({pCut}, [&](const RefMain& main, std::int32_t lLevel)
-                         { return (!pOnly || pOnly == &main) && (lGiven == 0 || lGiven == lLevel); });
+            WrittenAhead({pCut}, [&](const RefMain& main, std::int32_t lLevel) {
+                return (!pOnly || pOnly == &main) && (lGiven == 0 || lGiven == lLevel);
+            });
         for (const RefMain* pMain : colAhead)
             m_ref.Save(*pMain, true);
         std::vector<RefMain*> colLeft;
@@ -683,16 +682,13 @@ private:
         }
         m_cLib.cSchedMan->RemoveCutsFromCategories(colRemovals, [](std::size_t) {});
         std::size_t failed = 0;
-        std::set<RefMain*> colSaved =
-            WrittenAhead(colCuts,
-                         [&](const RefMain& main, std::int32_t lLevel)
-                         {
-                             for (std::size_t lAt = 0; lAt < colCuts.size(); ++lAt)
-                                 if ((!colOnly[lAt] || colOnly[lAt] == &main) &&
-                                     (colRemovals[lAt].lLevel == 0 || colRemovals[lAt].lLevel == lLevel))
-                                     return true;
-                             return false;
-                         });
+        std::set<RefMain*> colSaved = WrittenAhead(colCuts, [&](const RefMain& main, std::int32_t lLevel) {
+            for (std::size_t lAt = 0; lAt < colCuts.size(); ++lAt)
+                if ((!colOnly[lAt] || colOnly[lAt] == &main) &&
+                    (colRemovals[lAt].lLevel == 0 || colRemovals[lAt].lLevel == lLevel))
+                    return true;
+            return false;
+        });
         for (std::size_t lAt = 0; lAt < colCuts.size(); ++lAt)
             failed +=
                 TakeOutOf(*colCuts[lAt], colOnly[lAt], colRemovals[lAt].lLevel, trouble, colLeft) ? 0 : 1;
@@ -724,14 +720,11 @@ private:
             bThrown = true;
         }
         EXPECT_EQ(bThrown, bFails || trouble.bRefusesCommit);
-        std::set<RefMain*> colAffected = WrittenAhead(
-            {pCut},
-            [&](const RefMain& main, std::int32_t lAt)
-            {
-                return lAt != lLevel ||
-                       std::none_of(colNames.begin(), colNames.end(),
-                                    [&](const auto& sName) { return EqualIgnoringCase(sName, main.sName); });
-            });
+        std::set<RefMain*> colAffected = WrittenAhead({pCut}, [&](const RefMain& main, std::int32_t lAt) {
+            return lAt != lLevel || std::none_of(colNames.begin(), colNames.end(), [&](const auto& sName) {
+                       return EqualIgnoringCase(sName, main.sName);
+                   });
+        });
         if (!bThrown)
         {
             const std::size_t mainsBefore = m_ref.colMains.size();
@@ -749,16 +742,13 @@ private:
     // Whether the cut, with these names and level, would be in each of its places already.
     bool WouldStand(const RefCut& cut, const std::vector<std::wstring>& colNames, std::int32_t lLevel) const
     {
-        return std::all_of(colNames.begin(), colNames.end(),
-                           [&](const std::wstring& sName)
-                           {
-                               const RefMain* pMain = m_ref.Main(sName);
-                               if (!pMain)
-                                   return false;
-                               const std::vector<std::int32_t> colLevels = LevelsOf(*pMain, cut);
-                               return std::find(colLevels.begin(), colLevels.end(), lLevel) !=
-                                      colLevels.end();
-                           });
+        return std::all_of(colNames.begin(), colNames.end(), [&](const std::wstring& sName) {
+            const RefMain* pMain = m_ref.Main(sName);
+            if (!pMain)
+                return false;
+            const std::vector<std::int32_t> colLevels = LevelsOf(*pMain, cut);
+            return std::find(colLevels.begin(), colLevels.end(), lLevel) != colLevels.end();
+        });
     }
 
     // A host places a cut into a second level of a category it is in.
@@ -1008,14 +998,11 @@ private:
         m_cLib.cSchedMan->DoMassCatChange(
             bExclusive ? eMoveExclusiveHere : eMoveHere, {CatOf(*source->first, source->second)},
             lTo == 0 ? CatOf(*pTo) : CatOf(*pTo, lTo), GivenOf(colCuts), bCreated);
-        std::set<RefMain*> colAffected = WrittenAhead(
-            colCuts,
-            [&](const RefMain& main, std::int32_t lLevel)
-            {
-                const bool bLeaves =
-                    &main != pTo && (bExclusive || (&main == source->first && lLevel == source->second));
-                return bLeaves || (lTo != 0 && lTo != lLevel);
-            });
+        std::set<RefMain*> colAffected = WrittenAhead(colCuts, [&](const RefMain& main, std::int32_t lLevel) {
+            const bool bLeaves =
+                &main != pTo && (bExclusive || (&main == source->first && lLevel == source->second));
+            return bLeaves || (lTo != 0 && lTo != lLevel);
+        });
         std::size_t failed = 0;
         const auto lLevelsBefore = CountLevels();
         for (RefCut* pCut : colCuts)
@@ -1036,8 +1023,9 @@ private:
         {
             const std::vector<std::int32_t> colAt = LevelsOf(*pMain, cut);
             const bool bTarget = pMain.get() == &to;
-            const auto IsLeft = [&](std::int32_t lAt)
-            { return !bTarget && (bExclusive || std::pair(pMain.get(), lAt) == source); };
+            const auto IsLeft = [&](std::int32_t lAt) {
+                return !bTarget && (bExclusive || std::pair(pMain.get(), lAt) == source);
+            };
             if (colAt.empty() && !bTarget)
                 continue;
             if (!bTarget && std::all_of(colAt.begin(), colAt.end(), IsLeft))
@@ -1238,8 +1226,9 @@ private:
         EXPECT_EQ(bytes.size() % size, 0u);
         for (std::size_t lAt = 0; lAt + size <= bytes.size(); lAt += size)
         {
-            const auto Byte = [&](std::size_t offset)
-            { return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[lAt + offset])); };
+            const auto Byte = [&](std::size_t offset) {
+                return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[lAt + offset]));
+            };
             const std::uint32_t lLevel = Byte(765) | Byte(766) << 8 | Byte(767) << 16 | Byte(768) << 24;
             const std::uint32_t lMarker = Byte(769) | Byte(770) << 8;
             EXPECT_TRUE(lMarker == 0 || lMarker == 0xFFFF);

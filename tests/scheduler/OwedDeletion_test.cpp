@@ -21,8 +21,7 @@ protected:
         Start();
         cLib.cSchedMan->SaveCatNames(); // Rock without cuts is known by the list alone
         Forget();
-        cLib.cHost.OnEvent = [this](const std::wstring& sLine)
-        {
+        cLib.cHost.OnEvent = [this](const std::wstring& sLine) {
             if (sLine == L"Done: Deleted Rock 1")
                 cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
         };

@@ -65,49 +65,50 @@ struct Operation
 };
 
 // Each saves another category than the one that is owed, or none.
-const Operation operations[] = {
-    {"explicit_save", [](OwedSaves& s) { s.cLib.cSchedMan->SaveHistoryAndOrdering(s.MainCat(L"Pop")); }},
-    {"pick", [](OwedSaves& s) { s.Pick(L"Pop\t1"); }},
-    {"create_category",
-     [](OwedSaves& s)
-     {
-         std::wstring sName = L"Soul";
-         EXPECT_TRUE(s.cLib.cSchedMan->CreateMainCat(sName));
-     }},
-    {"create_level",
-     [](OwedSaves& s)
-     {
-         s.cPorts.cMessages.Typed = {L"7"};
-         EXPECT_TRUE(s.cLib.cSchedMan->CreateCatLevel(s.MainCat(L"Pop")));
-     }},
+const Operation operations[] =
+    {
+        {"explicit_save",
+         [](OwedSaves& s) {
+    s.cLib.cSchedMan->SaveHistoryAndOrdering(s.MainCat(L"Pop"));
+         }},
+        {"pick", [](OwedSaves& s) { s.Pick(L"Pop\t1"); }},
+        {"create_category",
+         [](OwedSaves& s) {
+    std::wstring sName = L"Soul";
+    EXPECT_TRUE(s.cLib.cSchedMan->CreateMainCat(sName));
+         }},
+                {"create_level",
+                 [](OwedSaves& s) {
+    s.cPorts.cMessages.Typed = {L"7"};
+    EXPECT_TRUE(s.cLib.cSchedMan->CreateCatLevel(s.MainCat(L"Pop")));
+                 }},
     {"shuffle", [](OwedSaves& s) { s.cLib.cSchedMan->ShuffleCategories({s.MainCat(L"Pop")}); }},
     {"delete_level", [](OwedSaves& s) { EXPECT_TRUE(s.cLib.cSchedMan->DeleteCats({s.Level(L"Pop", 1)})); }},
     {"delete_category", [](OwedSaves& s) { EXPECT_TRUE(s.cLib.cSchedMan->DeleteCats({s.MainCat(L"Pop")})); }},
-    {"move_in_category", [](OwedSaves& s)
-     { s.cLib.cSchedMan->MoveCutsInCategory(s.Level(L"Pop", 1), {s.CutsOfPop().back()}, 1); }},
+    {"move_in_category",
+     [](OwedSaves& s) {
+    s.cLib.cSchedMan->MoveCutsInCategory(s.Level(L"Pop", 1), {s.CutsOfPop().back()}, 1);
+     }},
     {"mass_change",
-     [](OwedSaves& s)
-     {
-         bool bCreated = false;
-         s.cLib.cSchedMan->DoMassCatChange(eMoveHere, {s.Level(L"Pop", 1)}, s.Level(L"Jazz", 1),
-                                           s.CutsOfPop(), bCreated);
+     [](OwedSaves& s) {
+    bool bCreated = false;
+    s.cLib.cSchedMan->DoMassCatChange(eMoveHere, {s.Level(L"Pop", 1)}, s.Level(L"Jazz", 1), s.CutsOfPop(),
+                                      bCreated);
      }},
     {"remove_from_categories",
-     [](OwedSaves& s)
-     {
-         s.cLib.cSchedMan->RemoveCutsFromCategories({{s.CutsOfPop()[0], s.MainCat(L"Pop"), 0}},
-                                                    [](std::size_t) {});
+     [](OwedSaves& s) {
+    s.cLib.cSchedMan->RemoveCutsFromCategories({{s.CutsOfPop()[0], s.MainCat(L"Pop"), 0}},
+                                               [](std::size_t) {});
      }},
     {"cuts_added", [](OwedSaves& s) { s.Added({s.Add(L"p3", L"Pop")}); }},
     {"cuts_modified",
-     [](OwedSaves& s)
-     {
-         const Cuts colCuts = s.CutsOfPop();
-         colCuts[0]->SetCatLevel(2);
-         s.Modified({colCuts[0]});
+     [](OwedSaves& s) {
+    const Cuts colCuts = s.CutsOfPop();
+    colCuts[0]->SetCatLevel(2);
+    s.Modified({colCuts[0]});
      }},
     {"cuts_removed", [](OwedSaves& s) { s.Removed({s.CutsOfPop()[0]}); }},
-};
+    };
 
 class OwedSavesTest : public testing::TestWithParam<Operation>
 {
@@ -145,8 +146,7 @@ TEST(OwedSave, OfAPickInsideASaveOfTheSameCategoryIsNotPaidByTheOlderOrderThatSa
     OwedSaves s;
     s.Pick(L"Rock\t1"); // r1 first again, and saved
     ASSERT_EQ(s.File(L"Rock"), SifCut("r1", 1) + SifCut("r2", 1));
-    s.cLib.cHost.OnEvent = [&](const std::wstring& sLine)
-    {
+    s.cLib.cHost.OnEvent = [&](const std::wstring& sLine) {
         if (sLine != L"Start 2: Saving Ordering and hist for: Rock")
             return;
         s.cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
@@ -159,8 +159,9 @@ TEST(OwedSave, OfAPickInsideASaveOfTheSameCategoryIsNotPaidByTheOlderOrderThatSa
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, OwedSavesTest, testing::ValuesIn(operations),
-                         [](const testing::TestParamInfo<Operation>& operation)
-                         { return std::string(operation.param.sName); });
+                         [](const testing::TestParamInfo<Operation>& operation) {
+    return std::string(operation.param.sName);
+});
 
 } // namespace
 } // namespace ravlo::test

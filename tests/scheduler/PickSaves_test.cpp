@@ -129,10 +129,11 @@ TEST_F(PickSavesTest, ANameThatCanBeNoFilesNameIsLoggedOnce)
         Pick(1);
     }
     const Lines colLog = Log();
-    EXPECT_EQ(std::count_if(colLog.begin(), colLog.end(),
-                            [](const std::wstring& sLine)
-                            { return sLine.find(L"Bad file name") != std::wstring::npos; }),
-              1);
+    EXPECT_EQ(
+        std::count_if(
+            colLog.begin(), colLog.end(),
+            [](const std::wstring& sLine) { return sLine.find(L"Bad file name") != std::wstring::npos; }),
+        1);
 }
 
 TEST_F(PickSavesTest, UnsavedPicksAreSavedBeforeAPopulationReads)

@@ -24,9 +24,9 @@ protected:
     Lines Report()
     {
         Lines colShown;
-        cPlacement.Report(
-            [&](const RuntimeError& cError)
-            { colShown.push_back(std::to_wstring(cError.Number()) + L" " + cError.Description()); });
+        cPlacement.Report([&](const RuntimeError& cError) {
+            colShown.push_back(std::to_wstring(cError.Number()) + L" " + cError.Description());
+        });
         return colShown;
     }
 
@@ -80,8 +80,8 @@ TEST_F(PlacementTest, LevelZeroAndANegativeLevelHaveABoxEachPerCategoryAndTheRes
         CriticalBox(L"Please contact support.", L"Illegal - a subcat MUST have a level");
     cMod.StoreAppPath(sRadio);
     for (const std::int32_t lLevel : {0, -1, 0, -7, -1})
-        EXPECT_FALSE(
-            cPlacement.Place(NewCut(L"k" + std::to_wstring(cDataBase.colCuts.size()), lLevel), *cRock, bCreated));
+        EXPECT_FALSE(cPlacement.Place(NewCut(L"k" + std::to_wstring(cDataBase.colCuts.size()), lLevel),
+                                      *cRock, bCreated));
     EXPECT_EQ(boxes, (Boxes{levelZero, negative}));
     EXPECT_EQ(Report(), Lines());
     EXPECT_EQ(cPorts.LogMessages().back(), L"Not filed in category Rock, having no level: 3 more cuts.");
@@ -100,8 +100,7 @@ TEST_F(PlacementTest, FailedCutsAreCountedOnceEachAndTheFirstErrorIsShown)
 {
     const auto cFirst = NewCut(L"a", 1);
     const auto cSecond = NewCut(L"b", 1);
-    const auto Fail = [&](const Cut* cCut, std::int32_t lNumber)
-    {
+    const auto Fail = [&](const Cut* cCut, std::int32_t lNumber) {
         try
         {
             throw RuntimeError(lNumber);

@@ -42,11 +42,10 @@ protected:
     {
         m_colTimes[item] = lMilliseconds;
         static_cast<FakeCut&>(*cLibrary.cDataBase->colCuts[item - 1]).OnCall =
-            [this, item](const std::string&)
-        {
-            const auto lPhase =
-                std::count_if(colSaid.begin(), colSaid.end(),
-                              [](const std::wstring& sLine) { return sLine.starts_with(L"Start"); });
+            [this, item](const std::string&) {
+            const auto lPhase = std::count_if(colSaid.begin(), colSaid.end(), [](const std::wstring& sLine) {
+                return sLine.starts_with(L"Start");
+            });
             if (std::exchange(m_colLastPhase[item], lPhase) != lPhase)
                 cPorts.cClock.Advance(m_colTimes[item]);
         };
@@ -389,8 +388,7 @@ TEST_F(PopulationTest, ARunTimeOutOfRangeIsReportedOncePerCategoryAfterEverythin
         Add(sKey, L"Rock/Pop", 1, lMaxLong);
     Add(L"d", L"Jazz", 1);
     cPorts.cFiles.Put(SifPath(L"Rock"), SifCut("c", 1) + SifCut("b", 1) + SifCut("a", 1));
-    cPorts.cMessages.OnShown = [this]
-    {
+    cPorts.cMessages.OnShown = [this] {
         EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"c", L"b", L"a"})) << "filed, put in order and in use";
         EXPECT_EQ(cLibrary.Order(L"Pop", 1), (Keys{L"a", L"b", L"c"}));
         EXPECT_EQ(cLibrary.Order(L"Jazz", 1), Keys{L"d"});
@@ -453,8 +451,7 @@ TEST_F(PopulationTest, APopulationInsideAPopulationIsIgnored)
 {
     Add(L"a.mp3", L"Rock", 1);
     int lNested = 0;
-    cLibrary.cHost.OnEvent = [&](const std::wstring&)
-    {
+    cLibrary.cHost.OnEvent = [&](const std::wstring&) {
         ++lNested;
         auto cOther = std::make_shared<FakeDataBase>();
         cOther->Add(L"z.mp3", L"Other", 1);
@@ -477,8 +474,7 @@ TEST_F(PopulationTest, ACutWhoseNamesTheHostChangesBetweenThePhasesIsPlacedUnder
 {
     const auto cCut = Add(L"a.mp3", L"Rock", 1);
     Add(L"b.mp3", L"Rock", 1);
-    cLibrary.cHost.OnEvent = [&](const std::wstring& sLine)
-    {
+    cLibrary.cHost.OnEvent = [&](const std::wstring& sLine) {
         if (sLine.starts_with(L"Done: Got Main"))
         {
             cCut->SetCategoryText(L"Jazz/Rock");
@@ -504,8 +500,7 @@ TEST_F(PopulationTest, NothingIsSeenOrSavedOfATreeThatIsBeingBuilt)
     const std::string good = SifCut("b.mp3", 1) + SifCut("a.mp3", 1);
     cPorts.cFiles.Put(SifPath(L"Rock"), good);
     cPorts.cFiles.Put(sMainCatsPath, "\r\nRock\r\nJazz");
-    cLibrary.cHost.OnEvent = [&](const std::wstring&)
-    {
+    cLibrary.cHost.OnEvent = [&](const std::wstring&) {
         EXPECT_EQ(cLibrary.cSchedMan->colMainCats(), nullptr);
         EXPECT_FALSE(cLibrary.cSchedMan->SaveHistoryAndOrdering(nullptr));
         EXPECT_FALSE(cLibrary.cSchedMan->SaveCatNames());
@@ -524,8 +519,7 @@ TEST_F(PopulationTest, WhileATreeIsReplacedSavesAreThoseOfTheOldOne)
     cPorts.cFiles.Put(SifPath(L"Rock"), good);
     cLibrary.Populate();
     const auto colOld = cLibrary.cSchedMan->colMainCats();
-    cLibrary.cHost.OnEvent = [&](const std::wstring& sLine)
-    {
+    cLibrary.cHost.OnEvent = [&](const std::wstring& sLine) {
         if (!sLine.starts_with(L"Start 2"))
             return;
         EXPECT_EQ(cLibrary.cSchedMan->colMainCats(), colOld);
@@ -548,8 +542,7 @@ TEST_F(PopulationTest, WhileTheLibraryMovesToAnotherFolderSavesStayInTheOldOne)
     cPorts.cFiles.Put(L"C:\\Other\\Scheduler\\MainCats.txt", "\r\nRock\r\nJazz");
     cPorts.cFiles.Put(L"C:\\Other\\Scheduler\\History_and_Ordering\\Rock.sif",
                       SifMarker(5) + SifCut("a.mp3", 1));
-    cLibrary.cHost.OnEvent = [&](const std::wstring&)
-    {
+    cLibrary.cHost.OnEvent = [&](const std::wstring&) {
         const auto hook = std::exchange(cLibrary.cHost.OnEvent, nullptr);
         EXPECT_TRUE(cLibrary.cSchedMan->SaveCatNames());
         EXPECT_TRUE(cLibrary.cSchedMan->SaveHistoryAndOrdering(nullptr));

@@ -75,121 +75,120 @@ struct Action
 };
 
 // What goes on while the host is called.
-const Action operations[] = {
-    {"import", [](SmallStation& s)
-     { s.cLib.cDataBase->Announce(&DataBaseEvents::CutsAdded, s.AddToDataBase(61, L"Rock/Soul")); }},
-    {"modify",
-     [](SmallStation& s)
-     {
-         Cuts colCuts = s.CutsOf(L"Rock", 1);
-         for (const std::shared_ptr<Cut>& cCut : colCuts)
-             cCut->SetCatLevel(3);
-         s.cLib.cDataBase->Announce(&DataBaseEvents::CutsModified, colCuts);
-     }},
-    {"remove",
-     [](SmallStation& s)
-     {
-         const Cuts colCuts = s.CutsOf(L"Rock", 1);
-         for (const std::shared_ptr<Cut>& cCut : colCuts)
-             s.cLib.cDataBase->Remove(*cCut);
-         s.cLib.cDataBase->Announce(&DataBaseEvents::CutsRemoved, colCuts);
-     }},
+const Action operations[] =
+    {
+        {"import",
+         [](SmallStation& s) {
+    s.cLib.cDataBase->Announce(&DataBaseEvents::CutsAdded, s.AddToDataBase(61, L"Rock/Soul"));
+         }},
+        {"modify",
+         [](SmallStation& s) {
+    Cuts colCuts = s.CutsOf(L"Rock", 1);
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+        cCut->SetCatLevel(3);
+    s.cLib.cDataBase->Announce(&DataBaseEvents::CutsModified, colCuts);
+         }},
+             {"remove",
+              [](SmallStation& s) {
+    const Cuts colCuts = s.CutsOf(L"Rock", 1);
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+        s.cLib.cDataBase->Remove(*cCut);
+    s.cLib.cDataBase->Announce(&DataBaseEvents::CutsRemoved, colCuts);
+              }},
     {"delete", [](SmallStation& s) { s.cLib.cSchedMan->DeleteCats({s.cLib.MainCat(L"Rock")}); }},
     {"delete a level", [](SmallStation& s) { s.cLib.cSchedMan->DeleteCats({s.cLib.Level(L"Rock", 1)}); }},
-    {"copy", [](SmallStation& s)
-     { s.Change(eCopyHere, s.cLib.Level(L"Rock", 1), s.cLib.Level(L"Pop", 1), s.CutsOf(L"Rock", 1)); }},
-    {"move", [](SmallStation& s)
-     { s.Change(eMoveHere, s.cLib.Level(L"Rock", 1), s.cLib.MainCat(L"Jazz"), s.CutsOf(L"Rock", 1)); }},
+    {"copy",
+     [](SmallStation& s) {
+    s.Change(eCopyHere, s.cLib.Level(L"Rock", 1), s.cLib.Level(L"Pop", 1), s.CutsOf(L"Rock", 1));
+     }},
+    {"move",
+     [](SmallStation& s) {
+    s.Change(eMoveHere, s.cLib.Level(L"Rock", 1), s.cLib.MainCat(L"Jazz"), s.CutsOf(L"Rock", 1));
+     }},
     {"move exclusively",
      [](SmallStation& s) {
-         s.Change(eMoveExclusiveHere, s.cLib.Level(L"Rock", 1), s.cLib.Level(L"Rock", 2),
-                  s.CutsOf(L"Rock", 1));
+    s.Change(eMoveExclusiveHere, s.cLib.Level(L"Rock", 1), s.cLib.Level(L"Rock", 2), s.CutsOf(L"Rock", 1));
      }},
     {"move in category",
-     [](SmallStation& s)
-     {
-         Cuts colCuts = s.CutsOf(L"Rock", 1);
-         colCuts.resize(40);
-         s.cLib.cSchedMan->MoveCutsInCategory(s.cLib.Level(L"Rock", 1), colCuts, 60);
+     [](SmallStation& s) {
+    Cuts colCuts = s.CutsOf(L"Rock", 1);
+    colCuts.resize(40);
+    s.cLib.cSchedMan->MoveCutsInCategory(s.cLib.Level(L"Rock", 1), colCuts, 60);
      }},
     {"shuffle", [](SmallStation& s) { s.cLib.cSchedMan->ShuffleCategories({s.cLib.MainCat(L"Rock")}); }},
     {"save", [](SmallStation& s) { s.cLib.cSchedMan->SaveHistoryAndOrdering(nullptr); }},
     {"create category",
-     [](SmallStation& s)
-     {
-         std::wstring sName = L"Rock"; // refused first
-         s.cPorts.cMessages.Answers = {BoxAnswer::Yes};
-         s.cPorts.cMessages.Typed = {L"Funk"};
-         s.cLib.cSchedMan->CreateMainCat(sName);
+     [](SmallStation& s) {
+    std::wstring sName = L"Rock"; // refused first
+    s.cPorts.cMessages.Answers = {BoxAnswer::Yes};
+    s.cPorts.cMessages.Typed = {L"Funk"};
+    s.cLib.cSchedMan->CreateMainCat(sName);
      }},
     {"create level",
-     [](SmallStation& s)
-     {
-         s.cPorts.cMessages.Answers = {BoxAnswer::Yes};
-         s.cPorts.cMessages.Typed = {L"x", L"1", L"7"};
-         s.cLib.cSchedMan->CreateCatLevel(s.cLib.MainCat(L"Rock"));
+     [](SmallStation& s) {
+    s.cPorts.cMessages.Answers = {BoxAnswer::Yes};
+    s.cPorts.cMessages.Typed = {L"x", L"1", L"7"};
+    s.cLib.cSchedMan->CreateCatLevel(s.cLib.MainCat(L"Rock"));
      }},
     {"pick", [](SmallStation& s) { s.Pick(L"Rock\t1"); }}, // no opener: walks the whole level
     {"populate", [](SmallStation& s) { s.cLib.Populate(); }},
-};
+    };
 
 // What the host does in a callback.
-const Action interruptions[] = {
-    {"picks",
-     [](SmallStation& s)
-     {
-         const std::shared_ptr<Cut> cPicked = s.Pick(L"Rock\t1", false);
-         ASSERT_TRUE(cPicked) << "never none";
-         s.sPicked = cPicked->Key().Text();
-     }},
-    {"looks for an opener", [](SmallStation& s) { EXPECT_TRUE(s.Pick(L"Rock\t1")) << "never none"; }},
-    {"populates", [](SmallStation& s) { s.cLib.Populate(); }},
-    {"imports", [](SmallStation& s)
-     { s.cLib.cDataBase->Announce(&DataBaseEvents::CutsAdded, s.AddToDataBase(2, L"Rock/Pop")); }},
-    {"removes",
-     [](SmallStation& s)
-     {
-         const Cuts colCuts(s.cLib.cDataBase->colCuts.end() - 2, s.cLib.cDataBase->colCuts.end());
-         for (const std::shared_ptr<Cut>& cCut : colCuts)
-             s.cLib.cDataBase->Remove(*cCut);
-         s.cLib.cDataBase->Announce(&DataBaseEvents::CutsRemoved, colCuts);
-     }},
+const Action interruptions[] =
+    {
+        {"picks",
+         [](SmallStation& s) {
+    const std::shared_ptr<Cut> cPicked = s.Pick(L"Rock\t1", false);
+    ASSERT_TRUE(cPicked) << "never none";
+    s.sPicked = cPicked->Key().Text();
+         }},
+        {"looks for an opener", [](SmallStation& s) { EXPECT_TRUE(s.Pick(L"Rock\t1")) << "never none"; }},
+        {"populates", [](SmallStation& s) { s.cLib.Populate(); }},
+        {"imports",
+         [](SmallStation& s) {
+    s.cLib.cDataBase->Announce(&DataBaseEvents::CutsAdded, s.AddToDataBase(2, L"Rock/Pop"));
+         }},
+             {"removes",
+              [](SmallStation& s) {
+    const Cuts colCuts(s.cLib.cDataBase->colCuts.end() - 2, s.cLib.cDataBase->colCuts.end());
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+        s.cLib.cDataBase->Remove(*cCut);
+    s.cLib.cDataBase->Announce(&DataBaseEvents::CutsRemoved, colCuts);
+              }},
     {"deletes Rock",
-     [](SmallStation& s)
-     {
-         if (const auto cRock = s.cLib.MainCat(L"Rock"))
-             s.cLib.cSchedMan->DeleteCats({cRock});
+     [](SmallStation& s) {
+    if (const auto cRock = s.cLib.MainCat(L"Rock"))
+        s.cLib.cSchedMan->DeleteCats({cRock});
      }},
     {"deletes the targets",
-     [](SmallStation& s)
-     {
-         Cats colCats;
-         for (const auto& cCat : {s.cLib.Level(L"Pop", 1), s.cLib.Level(L"Rock", 2), s.cLib.MainCat(L"Jazz")})
-             if (cCat)
-                 colCats.push_back(cCat);
-         s.cLib.cSchedMan->DeleteCats(colCats);
+     [](SmallStation& s) {
+    Cats colCats;
+    for (const auto& cCat : {s.cLib.Level(L"Pop", 1), s.cLib.Level(L"Rock", 2), s.cLib.MainCat(L"Jazz")})
+        if (cCat)
+            colCats.push_back(cCat);
+    s.cLib.cSchedMan->DeleteCats(colCats);
      }},
-    {"moves cuts", [](SmallStation& s)
-     { s.Change(eMoveHere, s.cLib.Level(L"Rock", 1), s.cLib.Level(L"Pop", 1), s.CutsOf(L"Rock", 1)); }},
+    {"moves cuts",
+     [](SmallStation& s) {
+    s.Change(eMoveHere, s.cLib.Level(L"Rock", 1), s.cLib.Level(L"Pop", 1), s.CutsOf(L"Rock", 1));
+     }},
     {"saves",
-     [](SmallStation& s)
-     {
-         s.cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
-         s.cLib.cSchedMan->SaveCatNames();
+     [](SmallStation& s) {
+    s.cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
+    s.cLib.cSchedMan->SaveCatNames();
      }},
     {"shuffles",
-     [](SmallStation& s)
-     {
-         if (const auto cRock = s.cLib.MainCat(L"Rock"))
-             s.cLib.cSchedMan->ShuffleCategories({cRock});
+     [](SmallStation& s) {
+    if (const auto cRock = s.cLib.MainCat(L"Rock"))
+        s.cLib.cSchedMan->ShuffleCategories({cRock});
      }},
     {"creates",
-     [](SmallStation& s)
-     {
-         std::wstring sName = L"Made meanwhile";
-         s.cLib.cSchedMan->CreateMainCat(sName);
+     [](SmallStation& s) {
+    std::wstring sName = L"Made meanwhile";
+    s.cLib.cSchedMan->CreateMainCat(sName);
      }},
-};
+    };
 
 // Tree, cuts and files of a station agree: each cut stands once in each of its categories, at its level, and
 // nowhere else; levels ascend; run times are the sums; what is on the disk brings the same orders back.
@@ -344,14 +343,12 @@ TEST_P(ReentrancyTest, AManagerReleasedInACallbackFinishesItsCallAndThenEnds)
         std::shared_ptr<clsSchedMan> cAgain;
         bool bReached = false;
         {
-            const Interruption cInterruption(s, lAt,
-                                             [&]
-                                             {
-                                                 s.cLib.cSchedMan.reset();
-                                                 cAgain = cWeak.lock();
-                                                 EXPECT_TRUE(cAgain) << "alive while its call runs";
-                                                 cAgain.reset();
-                                             });
+            const Interruption cInterruption(s, lAt, [&] {
+                s.cLib.cSchedMan.reset();
+                cAgain = cWeak.lock();
+                EXPECT_TRUE(cAgain) << "alive while its call runs";
+                cAgain.reset();
+            });
             operation.run(s);
             bReached = cInterruption.Reached();
         }
@@ -369,8 +366,7 @@ TEST_P(ReentrancyTest, AManagerReleasedInACallbackFinishesItsCallAndThenEnds)
 
 TEST(EditingDuringAPopulation, IsRefusedUnderTheOperationsOwnTitleAndTheTreeStaysAsItIs)
 {
-    const auto Refusal = [](const std::wstring& sOperation)
-    {
+    const auto Refusal = [](const std::wstring& sOperation) {
         return CriticalBox(L"Error in " + sOperation + L" [cSchedMan]",
                            L"70 The categories are being read from the database just now");
     };
@@ -378,22 +374,19 @@ TEST(EditingDuringAPopulation, IsRefusedUnderTheOperationsOwnTitleAndTheTreeStay
     s.Fill();
     const Orders before = OrdersOf(s.cLib);
     {
-        const Interruption cInterruption(
-            s, 2,
-            [&]
-            {
-                clsSchedMan& cSchedMan = *s.cLib.cSchedMan;
-                std::wstring sName = L"Soul";
-                EXPECT_FALSE(cSchedMan.CreateMainCat(sName));
-                EXPECT_FALSE(cSchedMan.CreateCatLevel(s.cLib.MainCat(L"Rock")));
-                cSchedMan.ShuffleCategories({s.cLib.MainCat(L"Rock")}, true);
-                EXPECT_FALSE(cSchedMan.DeleteCats({s.cLib.MainCat(L"Rock")}));
-                cSchedMan.MoveCutsInCategory(s.cLib.Level(L"Rock", 1), s.CutsOf(L"Rock", 1), 1);
-                s.Change(eMoveHere, s.cLib.Level(L"Rock", 1), s.cLib.Level(L"Pop", 1), s.CutsOf(L"Rock", 1));
-                CatCollection colFrom;
-                cSchedMan.RemoveCutFromCategory(nullptr, s.CutsOf(L"Rock", 1)[0], colFrom);
-                EXPECT_TRUE(colFrom.Empty());
-            });
+        const Interruption cInterruption(s, 2, [&] {
+            clsSchedMan& cSchedMan = *s.cLib.cSchedMan;
+            std::wstring sName = L"Soul";
+            EXPECT_FALSE(cSchedMan.CreateMainCat(sName));
+            EXPECT_FALSE(cSchedMan.CreateCatLevel(s.cLib.MainCat(L"Rock")));
+            cSchedMan.ShuffleCategories({s.cLib.MainCat(L"Rock")}, true);
+            EXPECT_FALSE(cSchedMan.DeleteCats({s.cLib.MainCat(L"Rock")}));
+            cSchedMan.MoveCutsInCategory(s.cLib.Level(L"Rock", 1), s.CutsOf(L"Rock", 1), 1);
+            s.Change(eMoveHere, s.cLib.Level(L"Rock", 1), s.cLib.Level(L"Pop", 1), s.CutsOf(L"Rock", 1));
+            CatCollection colFrom;
+            cSchedMan.RemoveCutFromCategory(nullptr, s.CutsOf(L"Rock", 1)[0], colFrom);
+            EXPECT_TRUE(colFrom.Empty());
+        });
         s.cLib.Populate();
     }
     EXPECT_EQ(s.cPorts.cMessages.Boxes,
@@ -414,15 +407,13 @@ TEST(EditingAfterAPopulation, IsServedOnceTheNewTreeStands)
     for (const wchar_t* sKey : {L"a", L"b"})
         cLib.cDataBase->Add(sKey, L"Rock", 1, lLongest);
     const auto Create = [&](std::wstring sName) { EXPECT_TRUE(cLib.cSchedMan->CreateMainCat(sName)); };
-    cPorts.cMessages.OnShown = [&]
-    {
+    cPorts.cMessages.OnShown = [&] {
         cPorts.cMessages.OnShown = nullptr;
         Create(L"InTheBox");
     };
     bool bAnnounced = false;
     bool bHandled = false;
-    cLib.cHost.OnEvent = [&](const std::wstring& sLine)
-    {
+    cLib.cHost.OnEvent = [&](const std::wstring& sLine) {
         if (sLine.starts_with(L"Start 2: Creating") && !std::exchange(bAnnounced, true))
             cLib.cDataBase->Announce(&DataBaseEvents::CutsAdded, Cuts{cLib.cDataBase->Add(L"c", L"Pop", 1)});
         if (sLine == L"Done: Updated Scheduler with new items." && !std::exchange(bHandled, true))
@@ -444,8 +435,7 @@ TEST_P(ReentrancyTest, AFileOperationThatFailsLeavesMemoryAndTheOtherFilesWholeA
     // What the operation comes to when nothing fails.
     SmallStation cGood;
     cGood.Fill();
-    const std::map<std::wstring, std::string> before = [&]
-    {
+    const std::map<std::wstring, std::string> before = [&] {
         std::map<std::wstring, std::string> files;
         for (const std::wstring& sPath : cGood.cPorts.cFiles.Paths())
             files[sPath] = cGood.cPorts.cFiles.Get(sPath);
@@ -521,12 +511,11 @@ TEST_P(ReentrancyTest, AFileOperationThatFailsLeavesMemoryAndTheOtherFilesWholeA
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, ReentrancyTest, testing::ValuesIn(operations),
-                         [](const testing::TestParamInfo<Action>& operation)
-                         {
-                             std::string sName = operation.param.sName;
-                             std::replace(sName.begin(), sName.end(), ' ', '_');
-                             return sName;
-                         });
+                         [](const testing::TestParamInfo<Action>& operation) {
+    std::string sName = operation.param.sName;
+    std::replace(sName.begin(), sName.end(), ' ', '_');
+    return sName;
+});
 
 } // namespace
 } // namespace ravlo::test

@@ -45,8 +45,7 @@ protected:
     void At(const std::wstring& sLine, std::function<void()> action)
     {
         m_bReached = false;
-        cLibrary.cHost.OnEvent = [this, sLine, action = std::move(action)](const std::wstring& sSaid)
-        {
+        cLibrary.cHost.OnEvent = [this, sLine, action = std::move(action)](const std::wstring& sSaid) {
             if (m_bReached || !sSaid.starts_with(sLine))
                 return;
             m_bReached = true;
@@ -317,19 +316,16 @@ TEST_F(ReloadTest, WithoutADatabaseThePresentTreesFolderStays)
 
 TEST_F(ReloadTest, AFailedReloadKeepsWhatWasWaiting)
 {
-    const auto announce = [&](const wchar_t* sKey)
-    {
+    const auto announce = [&](const wchar_t* sKey) {
         cLibrary.cDataBase->Announce(&DataBaseEvents::CutsAdded,
                                      Cuts{cLibrary.cDataBase->Add(sKey, L"Rock", 1)});
     };
     cLibrary.cDataBase->OnAllCuts = [&] { announce(L"during"); };
     cLibrary.cDataBase->bAllCutsFails = true;
-    At(L"Start 1: Updating Scheduler",
-       [&]
-       {
-           announce(L"waiting");
-           cLibrary.Populate();
-       });
+    At(L"Start 1: Updating Scheduler", [&] {
+        announce(L"waiting");
+        cLibrary.Populate();
+    });
     announce(L"first");
     EXPECT_EQ(cLibrary.Order(L"Rock", 1),
               (Keys{L"Rock1", L"Rock2", L"Rock3", L"Rock4", L"first", L"waiting", L"during"}));
@@ -340,15 +336,14 @@ TEST_F(ReloadTest, AFailedMoveToAnotherDatabaseKeepsWhatWasWaiting)
     const auto cFirst = cLibrary.cDataBase;
     const auto cSecond = std::make_shared<FakeDataBase>();
     cSecond->bAllCutsFails = true;
-    cSecond->OnAllCuts = [&]
-    { cSecond->Announce(&DataBaseEvents::CutsAdded, Cuts{cSecond->Add(L"foreign", L"Rock", 1)}); };
-    At(L"Start 1: Updating Scheduler",
-       [&]
-       {
-           cFirst->Announce(&DataBaseEvents::CutsAdded, Cuts{cFirst->Add(L"waiting", L"Rock", 1)});
-           cLibrary.cDataBase = cSecond;
-           cLibrary.Populate();
-       });
+    cSecond->OnAllCuts = [&] {
+        cSecond->Announce(&DataBaseEvents::CutsAdded, Cuts{cSecond->Add(L"foreign", L"Rock", 1)});
+    };
+    At(L"Start 1: Updating Scheduler", [&] {
+        cFirst->Announce(&DataBaseEvents::CutsAdded, Cuts{cFirst->Add(L"waiting", L"Rock", 1)});
+        cLibrary.cDataBase = cSecond;
+        cLibrary.Populate();
+    });
     cFirst->Announce(&DataBaseEvents::CutsAdded, Cuts{cFirst->Add(L"first", L"Rock", 1)});
     EXPECT_EQ(cLibrary.Order(L"Rock", 1),
               (Keys{L"Rock1", L"Rock2", L"Rock3", L"Rock4", L"first", L"waiting"}));

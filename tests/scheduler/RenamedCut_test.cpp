@@ -189,7 +189,8 @@ TEST_P(AnnouncedCutTest, ADatabaseThatCannotBeAskedIsFollowedAllTheSame)
     EXPECT_EQ(cLib.Order(L"Rock", 1), Keys{L"a"});
     EXPECT_EQ(boxes, Boxes());
     const Lines colLog = Log();
-    EXPECT_EQ(std::count(colLog.begin(), colLog.end(), L"DISPLAYERROR, Looking up an announced cut 57 Device I/O error"),
+    EXPECT_EQ(std::count(colLog.begin(), colLog.end(),
+                         L"DISPLAYERROR, Looking up an announced cut 57 Device I/O error"),
               1);
 }
 

@@ -68,8 +68,7 @@ TEST_F(SynchronisationTest, TheThirtiethCutIsPlacedAfterItsReport)
 {
     Start();
     std::vector<std::size_t> colPlaced;
-    cLib.cHost.OnEvent = [&](const std::wstring& sLine)
-    {
+    cLib.cHost.OnEvent = [&](const std::wstring& sLine) {
         if (sLine.starts_with(L"Progress") && sLine.find(L"Updated") != std::wstring::npos)
             colPlaced.push_back(Order(L"Rock", 1).size());
     };
@@ -118,8 +117,7 @@ TEST_F(SynchronisationTest, TheRefreshingLineIsWrittenOnlyWhenAWindowIsOpen)
 TEST_F(SynchronisationTest, TheLogIsOnTheDiskWhenTheHostIsCalled)
 {
     Start();
-    cLib.cHost.OnEvent = [&](const std::wstring& sLine)
-    {
+    cLib.cHost.OnEvent = [&](const std::wstring& sLine) {
         if (sLine.starts_with(L"Start 1: Updating"))
         {
             EXPECT_EQ(Log().back(), L"Raising Event ProgressStart....");
@@ -259,8 +257,7 @@ TEST_F(SynchronisationTest, ANameThatCanBeNoFileIsPlacedItsSaveIsRefusedAndTheOt
     Added({Add(L"a", L"..\\..\\evil"), Add(L"b", L"CON"), Add(L"c", L"Ro:ck"), Add(L"d", L"Rock")});
     EXPECT_EQ(Order(L"..\\..\\evil", 1), (Keys{L"a"}));
     EXPECT_EQ(Order(L"CON", 1), (Keys{L"b"}));
-    const auto Refused = [](const std::wstring& sName)
-    {
+    const auto Refused = [](const std::wstring& sName) {
         return CriticalBox(L"Error in SaveHistoryAndOrdering [cSchedMan]",
                            L"52 Bad file name: \"" + sName + L"\"");
     };
@@ -604,8 +601,7 @@ TEST_F(SynchronisationTest, WhoeverIsToldOfAChangeFindsTheRunTimesOfItsResult)
     EXPECT_EQ(colTotals, (std::vector<std::int64_t>{1'200'000}));
     cWindows.OnRefresh = nullptr;
     colTotals.clear();
-    cLib.cHost.OnEvent = [&](const std::wstring& sLine)
-    {
+    cLib.cHost.OnEvent = [&](const std::wstring& sLine) {
         if (sLine.ends_with(L"Saving Ordering and hist for: Rock"))
             Look();
     };
@@ -629,8 +625,7 @@ TEST_F(SynchronisationTest, ADatabaseThatAnnouncesEachNameAtOnceDoesNotDisturbAL
     const auto cNew = Add(L"d", L"");
     Start();
     for (const std::shared_ptr<FakeCut>& cAnnounced : {cCut, cNew})
-        cAnnounced->OnCall = [this, cWeak = std::weak_ptr<FakeCut>(cAnnounced)](const std::string& sMember)
-        {
+        cAnnounced->OnCall = [this, cWeak = std::weak_ptr<FakeCut>(cAnnounced)](const std::string& sMember) {
             if (sMember != "AddCategoryName" && sMember != "RemoveCategoryName")
                 return;
             // The name is changed, and told of, before the call that changes it is over.
@@ -785,8 +780,7 @@ TEST_F(RemoveCutFromCategoryTest, AFailureHalfWayLeavesTheCutInEveryCategory)
     Add(L"b", L"Rock/Pop", 1);
     Start();
     int lCalls = 0;
-    cCut->OnCall = [&](const std::string& sMember)
-    {
+    cCut->OnCall = [&](const std::string& sMember) {
         if (sMember == "RemoveCategoryName" && ++lCalls == 2)
             throw RuntimeError(error::DeviceIo);
     };
@@ -820,8 +814,7 @@ TEST_F(RemoveCutFromCategoryTest, WhatTheDatabaseAnnouncesInTheMiddleWaits)
     const auto cCut = Add(L"a", L"Rock/Pop", 1);
     const auto cOther = Add(L"b", L"Rock", 1);
     Start();
-    cCut->OnCall = [&](const std::string& sMember)
-    {
+    cCut->OnCall = [&](const std::string& sMember) {
         if (sMember != "RemoveCategoryName")
             return;
         cOther->SetCategoryText(L"Jazz");
@@ -1010,8 +1003,7 @@ TEST_F(SynchronisationTest, ANotificationInsideANotificationIsHandledAfterIt)
     const auto cFirst = Add(L"a", L"Rock");
     const auto cSecond = Add(L"b", L"Rock");
     bool bDone = false;
-    cLib.cHost.OnEvent = [&](const std::wstring&)
-    {
+    cLib.cHost.OnEvent = [&](const std::wstring&) {
         if (!std::exchange(bDone, true))
         {
             Added({cSecond});
@@ -1028,8 +1020,7 @@ TEST_F(SynchronisationTest, ANotificationDuringAPopulationWaitsForTheNewTree)
 {
     Add(L"a", L"Rock");
     std::shared_ptr<FakeCut> cLate;
-    cLib.cHost.OnEvent = [&](const std::wstring& sLine)
-    {
+    cLib.cHost.OnEvent = [&](const std::wstring& sLine) {
         if (!cLate && sLine.starts_with(L"Done: Got Main"))
         {
             cLate = Add(L"late", L"Rock");
@@ -1080,13 +1071,16 @@ TEST_F(SynchronisationTest, AManagerReleasedInsideANotificationEndsWhenItIsHandl
 TEST_F(SynchronisationTest, AManagerReleasedInsideTheDatabasesOwnProgressLivesUntilThatIsTold)
 {
     const std::function<void(FakeDataBase&)> events[] = {
-        [](FakeDataBase& cDataBase)
-        { cDataBase.Announce(&DataBaseEvents::ProgressStart, std::wstring(L"Reading"), 7); },
-        [](FakeDataBase& cDataBase)
-        { cDataBase.Announce(&DataBaseEvents::Progress, std::wstring(L"Row"), 3, 7); },
-        [](FakeDataBase& cDataBase)
-        { cDataBase.Announce(&DataBaseEvents::ProgressDone, std::wstring(L"Read.")); },
-    };
+        [](FakeDataBase& cDataBase) {
+        cDataBase.Announce(&DataBaseEvents::ProgressStart, std::wstring(L"Reading"), 7);
+        },
+        [](FakeDataBase& cDataBase) {
+        cDataBase.Announce(&DataBaseEvents::Progress, std::wstring(L"Row"), 3, 7);
+    },
+                                             [](FakeDataBase& cDataBase) {
+        cDataBase.Announce(&DataBaseEvents::ProgressDone, std::wstring(L"Read."));
+    },
+        };
     for (const auto& raise : events)
     {
         RadioPorts cOther;
@@ -1096,8 +1090,7 @@ TEST_F(SynchronisationTest, AManagerReleasedInsideTheDatabasesOwnProgressLivesUn
         HostEvents cFollower;
         cLibrary.cSchedMan->SetProgressFollower(&cFollower);
         const std::weak_ptr<clsSchedMan> cWeak = cLibrary.cSchedMan;
-        cLibrary.cHost.OnEvent = [&](const std::wstring&)
-        {
+        cLibrary.cHost.OnEvent = [&](const std::wstring&) {
             cLibrary.cSchedMan.reset();
             EXPECT_FALSE(cWeak.expired());
         };
@@ -1128,8 +1121,7 @@ TEST_F(SynchronisationTest, WhatGoesWrongAfterTheCutsIsShownUnderTheNotification
     CountingWindows cWindows;
     cWindows.OnRefresh = [] { throw RuntimeError(error::ObjectNotSet); };
     cLib.cSchedMan->SetWindows(&cWindows);
-    const auto Shown = [&](const std::wstring& sName)
-    {
+    const auto Shown = [&](const std::wstring& sName) {
         EXPECT_EQ(boxes, (Boxes{HandledError(sName, StandardText(91), L"91")}));
         EXPECT_EQ(Written(), (Lines{L"Rock"}));
         Forget();
@@ -1151,8 +1143,7 @@ TEST_F(SynchronisationTest, AReloadWhileABoxIsShownEndsTheImportAndTheNewTreeHol
     cCut->AddCategoryName(L"");
     Add(L"b", L"Pop");
     Cuts colCuts = cLib.cDataBase->colCuts;
-    cPorts.cMessages.OnShown = [&]
-    {
+    cPorts.cMessages.OnShown = [&] {
         cPorts.cMessages.OnShown = nullptr;
         cLib.Populate();
     };
@@ -1170,8 +1161,7 @@ TEST_F(SynchronisationTest, ChangesTheSchedulerMakesItselfAreQueuedAndChangeNoth
     const auto cCut = Add(L"a", L"Rock", 1);
     Add(L"b", L"Pop", 2);
     Start();
-    cCut->OnCall = [&](const std::string& sMember)
-    {
+    cCut->OnCall = [&](const std::string& sMember) {
         if (sMember == "SetCatLevel" || sMember == "AddCategoryName" || sMember == "RemoveCategoryName")
             Modified({cCut});
     };
@@ -1188,8 +1178,7 @@ TEST_F(SynchronisationTest, AReloadInTheMiddleOfAnImportEndsItAndTheNewTreeHolds
     Start();
     const Cuts colCuts = AddMany(70, L"k", L"Rock");
     bool bDone = false;
-    cPorts.cHostLoop.OnPump = [&]
-    {
+    cPorts.cHostLoop.OnPump = [&] {
         if (!std::exchange(bDone, true))
             cLib.Populate();
     };

@@ -103,8 +103,7 @@ TEST_F(SchedManTest, CutsAreThoseOfALevelOrOfAWholeMainCategory)
     cLibrary.cDataBase->Add(L"a.mp3", L"Rock", 2);
     cLibrary.cDataBase->Add(L"b.mp3", L"Rock", 1);
     cLibrary.Populate();
-    const auto keysOf = [](const std::shared_ptr<CutCollection>& colCuts)
-    {
+    const auto keysOf = [](const std::shared_ptr<CutCollection>& colCuts) {
         Keys colKeys;
         for (const std::shared_ptr<Cut>& cCut : *colCuts)
             colKeys.push_back(cCut->Key().Text());
@@ -223,8 +222,7 @@ TEST_F(SchedManTest, AManagerReleasedWhileItShowsSomethingLivesUntilThatIsOver)
         cSchedMan->SetWindows(&cWindows);
         const std::weak_ptr<clsSchedMan> cWeak = cSchedMan;
         bool bReleased = false;
-        const auto release = [&]
-        {
+        const auto release = [&] {
             cSchedMan.reset();
             EXPECT_FALSE(cWeak.expired());
             bReleased = true;
@@ -242,8 +240,7 @@ TEST_F(SchedManTest, LinesLoggedWhileTheHostEditsACutAreInTheFileAtOnce)
 {
     cLibrary.Populate();
     bool bAsked = false;
-    cLibrary.cHost.OnEvent = [&](const std::wstring&)
-    {
+    cLibrary.cHost.OnEvent = [&](const std::wstring&) {
         cLibrary.cMod.WriteDebugLog(L"meanwhile");
         EXPECT_EQ(cPorts.LogMessages().back(), L"meanwhile");
         bAsked = true;
@@ -360,25 +357,22 @@ TEST_F(SchedManTest, AnErrorWhileAskingIsShownUnderTheOperationsOwnTitle)
     cLibrary.cDataBase->Add(L"a.mp3", L"Rock", 1);
     cLibrary.Populate();
     const std::function<void()> operations[] = {
-        [&]
-        {
-            cPorts.cMessages.Typed = {L"x"};
-            EXPECT_FALSE(cSchedMan->CreateCatLevel(cLibrary.MainCat(L"Rock")));
+        [&] {
+        cPorts.cMessages.Typed = {L"x"};
+        EXPECT_FALSE(cSchedMan->CreateCatLevel(cLibrary.MainCat(L"Rock")));
         },
         [&] { cSchedMan->ShuffleCategories({cLibrary.MainCat(L"Rock")}, true); },
-        [&]
-        {
-            std::wstring sName = L"Rock";
-            EXPECT_FALSE(cSchedMan->CreateMainCat(sName));
-        },
-    };
+        [&] {
+        std::wstring sName = L"Rock";
+        EXPECT_FALSE(cSchedMan->CreateMainCat(sName));
+    },
+                                };
     const Lines colTitles{L"Error in CreateCatLevel [cSchedMan]", L"Error in ShuffleCategories [cSchedMan]",
                           L"Error in CreateMainCat [cSchedMan]"};
     for (std::size_t at = 0; at < colTitles.size(); ++at)
     {
         boxes.clear();
-        cPorts.cMessages.OnShown = [&]
-        {
+        cPorts.cMessages.OnShown = [&] {
             cPorts.cMessages.OnShown = nullptr; // the screen fails once
             throw RuntimeError(error::DeviceIo);
         };
@@ -602,8 +596,9 @@ TEST_F(SchedManTest, AFailureAtAnyStepOfASessionLeavesEveryFileOldOrNew)
     const std::string rockOld = SifCut("b.mp3", 1) + SifCut("a.mp3", 1);
     const std::string rockNew = SifCut("a.mp3", 1) + SifCut("b.mp3", 1);
     const std::wstring sRules = L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC1.rls";
-    const auto isOneOf = [](const std::string& bytes, std::initializer_list<std::string> colWhole)
-    { return std::find(colWhole.begin(), colWhole.end(), bytes) != colWhole.end(); };
+    const auto isOneOf = [](const std::string& bytes, std::initializer_list<std::string> colWhole) {
+        return std::find(colWhole.begin(), colWhole.end(), bytes) != colWhole.end();
+    };
     int lGood = 0;
     for (bool bFailed = true; bFailed; ++lGood)
     {

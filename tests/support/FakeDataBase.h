@@ -2,9 +2,9 @@
 #pragma once
 
 #include "base/CaseFolding.h"
+#include "base/RuntimeError.h"
 #include "media/DataBase.h"
 #include "media/PlainCut.h"
-#include "base/RuntimeError.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -146,21 +146,19 @@ public:
     }
     std::shared_ptr<Cut> CutByKey(const TextKey& cKey) const override
     {
-        return First(
-            [&](const Cut& cCut)
-            {
-                const auto* pFake = dynamic_cast<const FakeCut*>(&cCut);
-                return (pFake ? pFake->StoredKey() : cCut.Key()) == cKey;
-            });
+        return First([&](const Cut& cCut) {
+            const auto* pFake = dynamic_cast<const FakeCut*>(&cCut);
+            return (pFake ? pFake->StoredKey() : cCut.Key()) == cKey;
+        });
     }
     std::shared_ptr<Cut> CutByArtistTitle(const std::wstring& sArtist,
                                           const std::wstring& sTitle) const override
     {
         if (sArtist.empty() && sTitle.empty())
             return nullptr;
-        return First(
-            [&](const Cut& cCut)
-            { return EqualIgnoringCase(cCut.Artist(), sArtist) && EqualIgnoringCase(cCut.Title(), sTitle); });
+        return First([&](const Cut& cCut) {
+            return EqualIgnoringCase(cCut.Artist(), sArtist) && EqualIgnoringCase(cCut.Title(), sTitle);
+        });
     }
     std::shared_ptr<Cut> NewCut() const override
     {

@@ -101,8 +101,9 @@ protected:
     {
         cLib.cHost.OnEvent = [&colTrace](const std::wstring& sLine) { colTrace.push_back(sLine); };
         cPorts.cHostLoop.OnPump = [&colTrace] { colTrace.push_back(L"pump"); };
-        cPorts.cHostLoop.OnSleep = [&colTrace](std::uint32_t lMs)
-        { colTrace.push_back(L"sleep " + std::to_wstring(lMs)); };
+        cPorts.cHostLoop.OnSleep = [&colTrace](std::uint32_t lMs) {
+            colTrace.push_back(L"sleep " + std::to_wstring(lMs));
+        };
     }
 
     void Announce(void (DataBaseEvents::*pEvent)(const Cuts&), const Cuts& colCuts)

@@ -2,8 +2,8 @@
 #include "ui/category/CatSelectorPresenter.h"
 
 #include "base/CaseFolding.h"
-#include "base/Text.h"
 #include "base/ScopedFlag.h"
+#include "base/Text.h"
 
 #include <algorithm>
 #include <utility>
@@ -44,7 +44,8 @@ std::shared_ptr<CutCollection> CutsOf(const clsCat& cCat)
 
 } // namespace
 
-CatSelectorPresenter::CatSelectorPresenter(CatSelectorView& cView, ModScheduler& cMod) : m_cView(cView), m_cMod(cMod)
+CatSelectorPresenter::CatSelectorPresenter(CatSelectorView& cView, ModScheduler& cMod)
+    : m_cView(cView), m_cMod(cMod)
 {
     m_cView.Show(lstsongs0, false);
     m_cView.Show(lstsongs1, true);
@@ -421,8 +422,7 @@ void CatSelectorPresenter::ShowCutCatsAsSelected(const std::shared_ptr<Cut>& cCu
     }
     try
     {
-        const CatCollection colFound = [&]
-        {
+        const CatCollection colFound = [&] {
             const ScopedFlag cBusy(m_bBusy);
             return CatsOf(*cCut);
         }();

@@ -101,8 +101,8 @@ private:
     std::shared_ptr<clsCat> m_cMainCat;
     std::shared_ptr<clsCat> m_cSubCat;
     CutCollection m_colCutMap; // keyed by display text
-    std::size_t m_cats = 0;   // entries of lstCat
-    std::size_t m_levels = 0; // entries of lstlvl
+    std::size_t m_cats = 0;    // entries of lstCat
+    std::size_t m_levels = 0;  // entries of lstlvl
     bool m_bMulti = false;
     bool m_bOpener = false;
     bool m_bPopulating = false;

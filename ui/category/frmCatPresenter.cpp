@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/category/frmCatPresenter.h"
 
-#include "base/Text.h"
 #include "base/ScopedFlag.h"
+#include "base/Text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -33,7 +33,10 @@ RulesPane PaneOf(RuleBox eBox)
 class frmCatPresenter::Busy
 {
 public:
-    explicit Busy(frmCatPresenter& cForm) : m_cCommand(cForm.m_bInCommand), m_cForm(cForm) { m_cForm.SetBusy(true); }
+    explicit Busy(frmCatPresenter& cForm) : m_cCommand(cForm.m_bInCommand), m_cForm(cForm)
+    {
+        m_cForm.SetBusy(true);
+    }
     ~Busy() { m_cForm.SetBusy(false); }
     Busy(const Busy&) = delete;
     Busy& operator=(const Busy&) = delete;
@@ -170,8 +173,9 @@ std::vector<std::wstring> frmCatPresenter::NamesForTheCut()
 {
     std::vector<std::wstring> colNames = m_cSelector.colSelectedSubCatNames();
     const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan->colMainCats();
-    std::erase_if(colNames, [&](const std::wstring& sName)
-                  { return !colMainCats || !colMainCats->Exists(CategoryKey(sName, 0)); });
+    std::erase_if(colNames, [&](const std::wstring& sName) {
+        return !colMainCats || !colMainCats->Exists(CategoryKey(sName, 0));
+    });
     return colNames;
 }
 

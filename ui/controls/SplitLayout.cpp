@@ -60,8 +60,9 @@ std::optional<SplitPlaces> LayOutSplit(const SplitSettings& settings, const Spli
     places.bShowControl2 = state.iSnapped != eControl2Collapsed;
     const std::int32_t lStart = BarStart(settings, places.lPosition);
     const std::int32_t lEnd = lStart + settings.iSplitterWidth;
-    const auto slice = [&](std::int32_t lFrom, std::int32_t lLength)
-    { return Slice(settings.bHorizontal, lFrom, lLength, lWidth, lHeight); };
+    const auto slice = [&](std::int32_t lFrom, std::int32_t lLength) {
+        return Slice(settings.bHorizontal, lFrom, lLength, lWidth, lHeight);
+    };
     places.control1 = slice(0, lStart);
     places.bar = slice(lStart, settings.iSplitterWidth);
     places.control2 = slice(lEnd, lExtent - lEnd);

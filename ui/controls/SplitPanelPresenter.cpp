@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/controls/SplitPanelPresenter.h"
 
-#include "base/Text.h"
 #include "base/RuntimeError.h"
+#include "base/Text.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -28,7 +28,8 @@ std::int16_t Integer(std::int32_t lValue)
 
 } // namespace
 
-SplitPanelPresenter::SplitPanelPresenter(SplitPanelView& cView, UserSettings& cUserSettings, std::wstring sHost)
+SplitPanelPresenter::SplitPanelPresenter(SplitPanelView& cView, UserSettings& cUserSettings,
+                                         std::wstring sHost)
     : m_cView(cView), m_cUserSettings(cUserSettings), m_sHost(std::move(sHost))
 {
 }
@@ -205,7 +206,10 @@ void SplitPanelPresenter::MoveToEdge(bool bFar)
     Drop(bFar ? Extent() : 0);
 }
 
-void SplitPanelPresenter::Drop(std::int32_t lPosition) { Settle(DropSplit(m_settings, m_state, lPosition, Extent())); }
+void SplitPanelPresenter::Drop(std::int32_t lPosition)
+{
+    Settle(DropSplit(m_settings, m_state, lPosition, Extent()));
+}
 
 void SplitPanelPresenter::Settle(const SplitState& state)
 {

@@ -15,7 +15,7 @@ void CategoryTreePresenter::Clear()
 }
 
 void CategoryTreePresenter::AddNode(const std::wstring& sParentKey, const std::wstring& sKey,
-                           const std::wstring& sText, const wchar_t*)
+                                    const std::wstring& sText, const wchar_t*)
 {
     const Node lNode = m_colNodes.size();
     const std::optional<Node> lParent = sParentKey.empty() ? std::nullopt : Find(sParentKey);
@@ -33,8 +33,9 @@ void CategoryTreePresenter::AddNode(const std::wstring& sParentKey, const std::w
 void CategoryTreePresenter::Insert(Entry& parent, Node lNode)
 {
     std::vector<Node>& colChildren = parent.colChildren;
-    const auto before = [this](Node lLeft, Node lRight)
-    { return FoldCase(m_colNodes[lLeft].sText) < FoldCase(m_colNodes[lRight].sText); };
+    const auto before = [this](Node lLeft, Node lRight) {
+        return FoldCase(m_colNodes[lLeft].sText) < FoldCase(m_colNodes[lRight].sText);
+    };
     colChildren.insert(parent.bSorted
                            ? std::upper_bound(colChildren.begin(), colChildren.end(), lNode, before)
                            : colChildren.end(),
@@ -74,12 +75,10 @@ std::optional<CategoryTreePresenter::Node> CategoryTreePresenter::Find(const std
 bool CategoryTreePresenter::HasSameNodes(const CategoryTreePresenter& cOther) const
 {
     return Count() == cOther.Count() &&
-           std::all_of(m_colNodes.begin(), m_colNodes.end(),
-                       [&](const Entry& entry)
-                       {
-                           const std::optional<Node> lOther = cOther.Find(entry.sKey);
-                           return lOther && cOther.At(*lOther).sText == entry.sText;
-                       });
+           std::all_of(m_colNodes.begin(), m_colNodes.end(), [&](const Entry& entry) {
+               const std::optional<Node> lOther = cOther.Find(entry.sKey);
+               return lOther && cOther.At(*lOther).sText == entry.sText;
+           });
 }
 
 std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Check(Node lNode, bool bCheck)
@@ -134,20 +133,17 @@ std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Checked() const
 
 std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Visible() const { return InOrder(false); }
 
-std::optional<CategoryTreePresenter::Node> CategoryTreePresenter::FindText(const std::wstring& sBeginning, Node lFrom,
-                                                         bool bBehind) const
+std::optional<CategoryTreePresenter::Node> CategoryTreePresenter::FindText(const std::wstring& sBeginning,
+                                                                           Node lFrom, bool bBehind) const
 {
     std::vector<Node> colVisible = Visible();
     const auto from = std::find(colVisible.begin(), colVisible.end(), lFrom);
     if (from != colVisible.end())
         std::rotate(colVisible.begin(), from + (bBehind ? 1 : 0), colVisible.end());
-    const auto found =
-        std::find_if(colVisible.begin(), colVisible.end(),
-                     [&](Node lNode)
-                     {
-                         const std::wstring_view sText = m_colNodes[lNode].sText;
-                         return EqualIgnoringCase(sText.substr(0, sBeginning.size()), sBeginning);
-                     });
+    const auto found = std::find_if(colVisible.begin(), colVisible.end(), [&](Node lNode) {
+        const std::wstring_view sText = m_colNodes[lNode].sText;
+        return EqualIgnoringCase(sText.substr(0, sBeginning.size()), sBeginning);
+    });
     return found == colVisible.end() ? std::nullopt : std::optional(*found);
 }
 

@@ -85,7 +85,8 @@ public:
     virtual ~CategoryTreeView() = default;
     // Shows the tree anew as a whole, ticks and expansion included; no node is selected afterwards.
     virtual void ShowTree(const CategoryTreePresenter& cTree) = 0;
-    virtual void ShowChecks(const CategoryTreePresenter& cTree, const std::vector<CategoryTreePresenter::Node>& colNodes) = 0;
+    virtual void ShowChecks(const CategoryTreePresenter& cTree,
+                            const std::vector<CategoryTreePresenter::Node>& colNodes) = 0;
     virtual void ShowImages() = 0; // the open and closed ones have changed
     virtual void Expand(CategoryTreePresenter::Node lNode) = 0;
     virtual void Select(CategoryTreePresenter::Node lNode) = 0; // and brings it into view

@@ -66,9 +66,9 @@ std::array<std::size_t, colGridColumns.size()> ColumnLayout::Shown() const
 {
     std::array<std::size_t, colGridColumns.size()> colShown{};
     std::iota(colShown.begin(), colShown.end(), std::size_t{0});
-    std::stable_sort(colShown.begin(), colShown.end(),
-                     [this](std::size_t left, std::size_t right)
-                     { return m_colColumns[left].lOrder < m_colColumns[right].lOrder; });
+    std::stable_sort(colShown.begin(), colShown.end(), [this](std::size_t left, std::size_t right) {
+        return m_colColumns[left].lOrder < m_colColumns[right].lOrder;
+    });
     return colShown;
 }
 

@@ -49,12 +49,11 @@ PresentCuts PresentOf(const clsSchedMan& cSchedMan, const DraggedCuts& dragged)
     const KeySet colMoved = colLeft;
     const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
     ForEachPlace(colMainCats.get(), colMoved,
-                 [&](const std::shared_ptr<clsCat>& cLevel, const TextKey& cKey)
-                 {
-                     if (!Contains(present.colFrom, cLevel))
-                         present.colFrom.push_back(cLevel);
-                     colLeft.erase(cKey);
-                 });
+                 [&](const std::shared_ptr<clsCat>& cLevel, const TextKey& cKey) {
+        if (!Contains(present.colFrom, cLevel))
+            present.colFrom.push_back(cLevel);
+        colLeft.erase(cKey);
+    });
     if (!colLeft.empty())
         present.colFrom.push_back(std::make_shared<clsCat>(cSchedMan.Mod(), sNoCat, 0));
     return present;
@@ -67,8 +66,9 @@ bool MayCopyInto(std::int32_t lLevel, const PresentCuts& present)
     return std::all_of(present.colCuts.begin(), present.colCuts.end(),
                        [&](const std::shared_ptr<Cut>& cCut) { return OwnLevelOf(*cCut) == lLevel; }) &&
            std::all_of(present.colFrom.begin(), present.colFrom.end(),
-                       [&](const std::shared_ptr<clsCat>& cFrom)
-                       { return cFrom->CatLevel() == 0 || cFrom->CatLevel() == lLevel; });
+                       [&](const std::shared_ptr<clsCat>& cFrom) {
+        return cFrom->CatLevel() == 0 || cFrom->CatLevel() == lLevel;
+           });
 }
 
 } // namespace ravlo

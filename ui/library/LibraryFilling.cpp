@@ -274,8 +274,9 @@ void EnsureColumns(GridTarget& cGrid)
 std::optional<ShownCuts> ShowGridCuts(clsSchedMan& cSchedMan, CellGrid& cGrid, const std::wstring& strCatKey,
                                       TreeImages* cTree, ProgressTarget* cProgress)
 {
-    const FillRows fill = [&cGrid](const ListedCuts& listed, const RowsDone& done)
-    { FillCells(cGrid, listed.colCuts, done); };
+    const FillRows fill = [&cGrid](const ListedCuts& listed, const RowsDone& done) {
+        FillCells(cGrid, listed.colCuts, done);
+    };
     return Show(cSchedMan, cGrid, fill, strCatKey, cTree, cProgress);
 }
 

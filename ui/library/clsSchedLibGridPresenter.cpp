@@ -132,7 +132,8 @@ std::wstring clsSchedLibGridPresenter::CellText(std::size_t lRow, std::size_t co
     }
 }
 
-std::optional<std::size_t> clsSchedLibGridPresenter::FindRow(const std::wstring& sBeginning, std::size_t start) const
+std::optional<std::size_t> clsSchedLibGridPresenter::FindRow(const std::wstring& sBeginning,
+                                                             std::size_t start) const
 {
     for (const std::size_t column : {eColArtist, eColTitle})
         for (std::size_t step = 0; step < RowCount(); ++step)
@@ -172,8 +173,7 @@ Cats clsSchedLibGridPresenter::colSubCatsDraggedFrom() const
 {
     Cats colFrom;
     KeySet colNowhere; // as far as the levels looked at tell
-    const auto Add = [&](const std::shared_ptr<clsCat>& cLevel)
-    {
+    const auto Add = [&](const std::shared_ptr<clsCat>& cLevel) {
         if (!Contains(colFrom, cLevel))
             colFrom.push_back(cLevel);
     };
@@ -188,11 +188,10 @@ Cats clsSchedLibGridPresenter::colSubCatsDraggedFrom() const
     const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
     const std::shared_ptr<CatCollection> colMainCats = cSchedMan ? cSchedMan->colMainCats() : nullptr;
     ForEachPlace(colMainCats.get(), colWanted,
-                 [&](const std::shared_ptr<clsCat>& cLevel, const TextKey& cKey)
-                 {
-                     Add(cLevel);
-                     colNowhere.erase(cKey);
-                 });
+                 [&](const std::shared_ptr<clsCat>& cLevel, const TextKey& cKey) {
+        Add(cLevel);
+        colNowhere.erase(cKey);
+    });
     if (!colNowhere.empty())
         colFrom.push_back(std::make_shared<clsCat>(m_cMod, sNoCat, 0));
     return colFrom;
@@ -232,8 +231,7 @@ clsSchedLibGridPresenter::FindRows(const std::vector<RowOfCut>& colWanted) const
     for (std::size_t i = 0; i < colWanted.size(); ++i)
         colByObject.emplace(colWanted[i].cCut.get(), i);
     std::size_t left = colWanted.size();
-    const auto Match = [&](const auto& range, std::size_t lRow)
-    {
+    const auto Match = [&](const auto& range, std::size_t lRow) {
         for (auto it = range.first; it != range.second; ++it)
             if (!colFound[it->second] && colWanted[it->second].lLevel == RowOf(lRow).lLevel)
             {
@@ -245,8 +243,7 @@ clsSchedLibGridPresenter::FindRows(const std::vector<RowOfCut>& colWanted) const
         Match(colByObject.equal_range(CutAt(lRow).get()), lRow);
     if (left == 0)
         return colFound;
-    const auto KeyOf = [](const auto& ask) -> TextKey
-    {
+    const auto KeyOf = [](const auto& ask) -> TextKey {
         try
         {
             return ask();
@@ -320,7 +317,7 @@ void clsSchedLibGridPresenter::MoveSelected(std::ptrdiff_t steps)
         MoveRows(colRows, static_cast<std::size_t>(std::max<std::ptrdiff_t>(lFirst + steps, 0)));
     else if (steps > 0 && lBehind < end)
         MoveRows(colRows, lBehind + steps < end ? std::optional(static_cast<std::size_t>(lBehind + steps))
-                                                  : std::nullopt);
+                                                : std::nullopt);
 }
 
 bool clsSchedLibGridPresenter::MayReorder(const std::vector<std::size_t>& colRows) const
@@ -362,7 +359,8 @@ bool clsSchedLibGridPresenter::DropWouldMove(std::optional<std::size_t> lRow) co
     return into < m_colDragged.front() || into > m_colDragged.back() + 1;
 }
 
-void clsSchedLibGridPresenter::MoveRows(const std::vector<std::size_t>& colRows, std::optional<std::size_t> lRow)
+void clsSchedLibGridPresenter::MoveRows(const std::vector<std::size_t>& colRows,
+                                        std::optional<std::size_t> lRow)
 {
     const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
     if (!cSchedMan)

@@ -21,8 +21,7 @@ public:
     Began(std::function<void()>& OnProgressStart, std::function<void()> begun)
         : m_OnProgressStart(OnProgressStart)
     {
-        m_OnProgressStart = [this, begun = std::move(begun)]
-        {
+        m_OnProgressStart = [this, begun = std::move(begun)] {
             if (!std::exchange(m_bBegan, true))
                 begun();
         };
@@ -194,8 +193,7 @@ void frmUILibPresenter::Delete(clsSchedMan& cSchedMan)
                    L"There are no categories checked in the tree to delete!");
         return;
     }
-    const std::wstring sText = L"Really delete the checked categories: \r\n" +
-                               ListCats(colCats, mostListed) +
+    const std::wstring sText = L"Really delete the checked categories: \r\n" + ListCats(colCats, mostListed) +
                                L"\r\n\r\nAny items in these categories will be removed from the categories.";
     if (m_cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"Confirm Category Deletion", sText) !=
         BoxAnswer::Yes)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "base/ScopedFlag.h"
 #include "base/Text.h"
 #include "scheduler/MassChange.h"
-#include "base/ScopedFlag.h"
 #include "ui/library/CutPlaces.h"
 #include "ui/library/NodeKey.h"
 #include "ui/library/frmUILibWork.h"
@@ -52,24 +52,21 @@ void frmUILibPresenter::Remove(clsSchedMan& cSchedMan, const std::vector<std::si
     const std::vector<CutRemoval> colRemovals = RemovalsOf(cSchedMan, colRows, bFromAll);
     const auto count = static_cast<std::int32_t>(colRemovals.size());
     ProgressStart(L"Removing from category...", count);
-    cSchedMan.RemoveCutsFromCategories(
-        colRemovals,
-        [&](std::size_t done)
-        {
-            const auto lDoneLong = static_cast<std::int32_t>(done);
-            Progress(L"Removed " + DecimalText(lDoneLong) + L" of " + DecimalText(count), lDoneLong);
-        });
+    cSchedMan.RemoveCutsFromCategories(colRemovals, [&](std::size_t done) {
+        const auto lDoneLong = static_cast<std::int32_t>(done);
+        Progress(L"Removed " + DecimalText(lDoneLong) + L" of " + DecimalText(count), lDoneLong);
+    });
     ShowAgain(cSchedMan);
 }
 
 // What the rows' cuts are to be taken out of, in the tree as it is now: the levels listed may be those of an
 // earlier population, and in ALL AUDIO a cut leaves every level that holds it.
 std::vector<CutRemoval> frmUILibPresenter::RemovalsOf(const clsSchedMan& cSchedMan,
-                                             const std::vector<std::size_t>& colRows, bool bFromAll) const
+                                                      const std::vector<std::size_t>& colRows,
+                                                      bool bFromAll) const
 {
     std::vector<CutRemoval> colRemovals;
-    const auto Add = [&](const std::shared_ptr<clsCat>& cLevel, const TextKey& cKey)
-    {
+    const auto Add = [&](const std::shared_ptr<clsCat>& cLevel, const TextKey& cKey) {
         const std::shared_ptr<Cut>* cCut = cLevel ? cLevel->SchedCuts()->Find(cKey) : nullptr;
         if (cCut)
             colRemovals.push_back({*cCut, cLevel->MainCat(), cLevel->CatLevel()});
@@ -88,8 +85,9 @@ std::vector<CutRemoval> frmUILibPresenter::RemovalsOf(const clsSchedMan& cSchedM
     std::unordered_map<TextKey, Cats, TextKeyHash> colPlaces;
     const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
     ForEachPlace(colMainCats.get(), KeySet(colKeys.begin(), colKeys.end()),
-                 [&](const std::shared_ptr<clsCat>& cLevel, const TextKey& cKey)
-                 { colPlaces[cKey].push_back(cLevel); });
+                 [&](const std::shared_ptr<clsCat>& cLevel, const TextKey& cKey) {
+        colPlaces[cKey].push_back(cLevel);
+    });
     for (const TextKey& cKey : colKeys)
         for (const std::shared_ptr<clsCat>& cLevel : colPlaces[cKey])
             Add(cLevel, cKey);
@@ -104,34 +102,28 @@ void frmUILibPresenter::MoveSelected(bool bUp)
     if (m_bMovingByKeys)
         return;
     const ScopedFlag cMoving(m_bMovingByKeys);
-    HandleDrop(
-        [&](clsSchedMan& cSchedMan)
-        {
-            while (const std::ptrdiff_t steps = std::exchange(m_steps, 0))
-                DropOnGrid(cSchedMan, [&] { m_cGrid.MoveSelected(steps); });
-        });
+    HandleDrop([&](clsSchedMan& cSchedMan) {
+        while (const std::ptrdiff_t steps = std::exchange(m_steps, 0))
+            DropOnGrid(cSchedMan, [&] { m_cGrid.MoveSelected(steps); });
+    });
     m_steps = 0;
 }
 
 void frmUILibPresenter::CopySelection()
 {
-    HandleDrop(
-        [this](clsSchedMan&)
-        {
-            if (std::optional<DraggedCuts> dragged = TakeDraggedCuts())
-                m_copied = std::move(*dragged);
-        });
+    HandleDrop([this](clsSchedMan&) {
+        if (std::optional<DraggedCuts> dragged = TakeDraggedCuts())
+            m_copied = std::move(*dragged);
+    });
 }
 
 void frmUILibPresenter::Paste()
 {
-    HandleDrop(
-        [this](clsSchedMan& cSchedMan)
-        {
-            const std::optional<CategoryTreePresenter::Node> lNode = m_cTreeView.Selected();
-            if (lNode && !m_copied.colKeys.empty())
-                DropOnNode(cSchedMan, std::wstring(m_cTree.At(*lNode).sKey), m_copied);
-        });
+    HandleDrop([this](clsSchedMan& cSchedMan) {
+        const std::optional<CategoryTreePresenter::Node> lNode = m_cTreeView.Selected();
+        if (lNode && !m_copied.colKeys.empty())
+            DropOnNode(cSchedMan, std::wstring(m_cTree.At(*lNode).sKey), m_copied);
+    });
 }
 
 // ---- drag and drop ----
@@ -196,7 +188,8 @@ std::optional<DraggedCuts> frmUILibPresenter::TakeDraggedCuts()
     }
 }
 
-void frmUILibPresenter::DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, const DraggedCuts& dragged)
+void frmUILibPresenter::DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey,
+                                   const DraggedCuts& dragged)
 {
     if (ParseNodeKey(sKey).bAllAudio)
     {
@@ -229,7 +222,8 @@ void frmUILibPresenter::DropOnNode(clsSchedMan& cSchedMan, const std::wstring& s
     ShowNewLevel(sMainKey, colBefore);
 }
 
-std::optional<frmUILibPresenter::Target> frmUILibPresenter::ChooseTarget(const clsSchedMan& cSchedMan, const std::wstring& sKey)
+std::optional<frmUILibPresenter::Target> frmUILibPresenter::ChooseTarget(const clsSchedMan& cSchedMan,
+                                                                         const std::wstring& sKey)
 {
     const std::shared_ptr<clsCat> cCat = CatOf(cSchedMan, sKey);
     if (!cCat)

@@ -13,19 +13,17 @@
 namespace ravlo
 {
 
-frmUILibPresenter::frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTreeView, clsSchedLibGridView& cGridView,
-                   ModScheduler& cMod)
+frmUILibPresenter::frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTreeView,
+                                     clsSchedLibGridView& cGridView, ModScheduler& cMod)
     : m_cView(cView), m_cTreeView(cTreeView), m_cMod(cMod), m_cGrid(cGridView, cMod)
 {
     m_cGrid.OLEDragDropOperationStarted = [this] { m_cReordering = std::make_unique<Busy>(*this); };
-    m_cGrid.OLEDragCompleted = [this]
-    {
+    m_cGrid.OLEDragCompleted = [this] {
         if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock())
             ShowAgain(*cSchedMan);
         m_cReordering.reset();
     };
-    m_cGrid.RemovalRequested = [this](const std::vector<std::size_t>& colRows)
-    {
+    m_cGrid.RemovalRequested = [this](const std::vector<std::size_t>& colRows) {
         if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock())
             Remove(*cSchedMan, colRows);
     };
@@ -72,12 +70,10 @@ void frmUILibPresenter::SetBusy(bool bBusy) noexcept
 void frmUILibPresenter::Settle() noexcept
 {
     if (!m_bCloseOwed && std::exchange(m_bRefreshOwed, false))
-        Try(L"frmUILib.RefreshAll",
-            [this]
-            {
-                if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock())
-                    ShowChanges(*cSchedMan);
-            });
+        Try(L"frmUILib.RefreshAll", [this] {
+            if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock())
+                ShowChanges(*cSchedMan);
+        });
     if (std::exchange(m_bCloseOwed, false))
         m_cView.Close();
     else if (std::exchange(m_bRefreshOwed, false))
@@ -185,7 +181,8 @@ void frmUILibPresenter::ShowNode(clsSchedMan& cSchedMan, const std::wstring& sKe
 {
     const Busy cBusy(*this);
     const bool bAgain = EqualIgnoringCase(sKey, m_sShownKey);
-    const clsSchedLibGridPresenter::Place place = bAgain ? m_cGrid.CurrentPlace() : clsSchedLibGridPresenter::Place();
+    const clsSchedLibGridPresenter::Place place =
+        bAgain ? m_cGrid.CurrentPlace() : clsSchedLibGridPresenter::Place();
     const std::optional<ShownCuts> shown = ShowGridCuts(cSchedMan, m_cGrid, sKey, &m_cTree, this);
     m_cTreeView.ShowImages();
     if (!shown)
@@ -377,7 +374,8 @@ bool frmUILibPresenter::TypeInTree(wchar_t cTyped)
     const CategoryTreePresenter::Node lFrom = m_cTreeView.Selected().value_or(0);
     // A first letter looks behind the selected node, the next ones make sure of it. The same letter again and
     // again goes through all that begin with it.
-    std::optional<CategoryTreePresenter::Node> lFound = m_cTree.FindText(m_sTyped, lFrom, m_sTyped.size() == 1);
+    std::optional<CategoryTreePresenter::Node> lFound =
+        m_cTree.FindText(m_sTyped, lFrom, m_sTyped.size() == 1);
     const bool bOneLetter = m_sTyped.find_first_not_of(m_sTyped[0]) == std::wstring::npos;
     if (!lFound && bOneLetter)
         lFound = m_cTree.FindText(m_sTyped.substr(0, 1), lFrom, true);

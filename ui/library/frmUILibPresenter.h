@@ -49,7 +49,7 @@ class frmUILibPresenter final : private ProgressTarget, private ProgressEvents
 public:
     // Owns none of them.
     frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTreeView, clsSchedLibGridView& cGridView,
-             ModScheduler& cMod);
+                      ModScheduler& cMod);
     ~frmUILibPresenter() override;
     frmUILibPresenter(const frmUILibPresenter&) = delete;
     frmUILibPresenter& operator=(const frmUILibPresenter&) = delete;
@@ -189,7 +189,7 @@ private:
     std::function<void()> m_OnProgressStart; // while a command waits for the manager to begin
     std::wstring m_sTyped;                   // in the tree
     std::uint32_t m_lTyped = 0;              // when, by the clock's tick count
-    std::ptrdiff_t m_steps = 0;             // places the selected rows are yet to be moved by keys
+    std::ptrdiff_t m_steps = 0;              // places the selected rows are yet to be moved by keys
     bool m_bMovingByKeys = false;
     bool m_bRefreshOwed = false;
     bool m_bCloseOwed = false;

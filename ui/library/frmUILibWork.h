@@ -52,12 +52,10 @@ private:
 // An unexpected failure is shown, and leaves no progress bar behind.
 template <class Body> void frmUILibPresenter::Try(const wchar_t* sWhere, Body&& body)
 {
-    const bool bDone = Trap(m_cMod, sWhere, false,
-                            [&]
-                            {
-                                body();
-                                return true;
-                            });
+    const bool bDone = Trap(m_cMod, sWhere, false, [&] {
+        body();
+        return true;
+    });
     if (!bDone)
         m_cView.HideProgress();
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/windows/SchedulerUi.h"
 
-#include "ui/category/windows/ShowCategory.h"
 #include "base/ScopedFlag.h"
+#include "ui/category/windows/ShowCategory.h"
 #include "ui/library/windows/LibraryWindowLifetime.h"
 
 namespace ravlo

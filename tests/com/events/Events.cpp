@@ -90,25 +90,22 @@ public:
     STDMETHODIMP Invoke(DISPID lMember, REFIID, LCID, WORD, DISPPARAMS* pArguments, VARIANT* pResult,
                         EXCEPINFO*, UINT*) override
     {
-        return GuardAs(IID_IDispatch, eventsIdentity.sProgID,
-                       [&]
-                       {
-                           if (lMember == 1 && pArguments->cArgs == 2)
-                           {
-                               const std::int32_t lKey =
-                                   Connect(pArguments->rgvarg[1], pArguments->rgvarg[0]);
-                               if (pResult)
-                                   *pResult = Variant(lKey).Detach();
-                           }
-                           else if (lMember == 2 && pArguments->cArgs == 1)
-                           {
-                               Disconnect(Variant::Dereferenced(pArguments->rgvarg[0]));
-                           }
-                           else
-                           {
-                               throw ComError(DISP_E_BADPARAMCOUNT, L"Wrong number of arguments");
-                           }
-                       });
+        return GuardAs(IID_IDispatch, eventsIdentity.sProgID, [&] {
+            if (lMember == 1 && pArguments->cArgs == 2)
+            {
+                const std::int32_t lKey = Connect(pArguments->rgvarg[1], pArguments->rgvarg[0]);
+                if (pResult)
+                    *pResult = Variant(lKey).Detach();
+            }
+            else if (lMember == 2 && pArguments->cArgs == 1)
+            {
+                Disconnect(Variant::Dereferenced(pArguments->rgvarg[0]));
+            }
+            else
+            {
+                throw ComError(DISP_E_BADPARAMCOUNT, L"Wrong number of arguments");
+            }
+        });
     }
 
 private:

@@ -213,15 +213,15 @@ TEST_F(RegistrationTest, UnregisteringLeavesAnotherModulesTypeLibrariesAlone)
 
 TEST_F(RegistrationTest, TypeLibrariesThatTheOtherServerNeedsChangeHands)
 {
-    const auto both = [&](bool bUser)
-    {
+    const auto both = [&](bool bUser) {
         for (const Server* pServer : {&m_cSched, &m_cBase})
             ASSERT_EQ(bUser ? pServer->Install(true, L"user") : pServer->Register(), S_OK);
     };
     for (const bool bUser : {false, true})
     {
-        const auto unregister = [&](const Server& server)
-        { return bUser ? server.Install(false, L"user") : server.Unregister(); };
+        const auto unregister = [&](const Server& server) {
+            return bUser ? server.Install(false, L"user") : server.Unregister();
+        };
         both(bUser);
         ASSERT_EQ(unregister(m_cSched), S_OK);
         EXPECT_EQ(LibraryPath(LIBID_KorvaCollection), m_cBase.Path() + L"\\2");

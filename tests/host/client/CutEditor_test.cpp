@@ -56,36 +56,32 @@ protected:
 
 TEST_F(CutEditor, ShowsTheCutAndChangesNothingWhenCancelled)
 {
-    EXPECT_FALSE(Edit(
-        [&](const User& user, HWND hDialog)
-        {
-            EXPECT_EQ(User::Text(hDialog), L"Edit Cut");
-            EXPECT_EQ(Shown(hDialog, lCutPath), L"C:\\Waterloo.mp3");
-            EXPECT_EQ(Shown(hDialog, lCutArtist), L"Abba");
-            EXPECT_EQ(Shown(hDialog, lCutTitle), L"Waterloo");
-            EXPECT_EQ(Shown(hDialog, lCutAlbum), L"");
-            EXPECT_EQ(Shown(hDialog, lCutYear), L"1974");
-            EXPECT_EQ(Shown(hDialog, lCutCategories), L"Pop/Gold");
-            EXPECT_EQ(Shown(hDialog, lCutLevel), L"2");
-            EXPECT_EQ(::IsDlgButtonChecked(hDialog, lCutOpener), static_cast<UINT>(BST_CHECKED));
-            user.Shot(hDialog, L"cut-editor");
-            user.Replace(::GetDlgItem(hDialog, lCutLevel), L"3");
-            user.Key(VK_ESCAPE);
-        }));
+    EXPECT_FALSE(Edit([&](const User& user, HWND hDialog) {
+        EXPECT_EQ(User::Text(hDialog), L"Edit Cut");
+        EXPECT_EQ(Shown(hDialog, lCutPath), L"C:\\Waterloo.mp3");
+        EXPECT_EQ(Shown(hDialog, lCutArtist), L"Abba");
+        EXPECT_EQ(Shown(hDialog, lCutTitle), L"Waterloo");
+        EXPECT_EQ(Shown(hDialog, lCutAlbum), L"");
+        EXPECT_EQ(Shown(hDialog, lCutYear), L"1974");
+        EXPECT_EQ(Shown(hDialog, lCutCategories), L"Pop/Gold");
+        EXPECT_EQ(Shown(hDialog, lCutLevel), L"2");
+        EXPECT_EQ(::IsDlgButtonChecked(hDialog, lCutOpener), static_cast<UINT>(BST_CHECKED));
+        user.Shot(hDialog, L"cut-editor");
+        user.Replace(::GetDlgItem(hDialog, lCutLevel), L"3");
+        user.Key(VK_ESCAPE);
+    }));
     EXPECT_EQ(Level(), 2);
     EXPECT_EQ(m_lModified, 0);
 }
 
 TEST_F(CutEditor, WhatIsTypedReachesTheCutAndIsAnnouncedOnce)
 {
-    EXPECT_TRUE(Edit(
-        [&](const User& user, HWND hDialog)
-        {
-            user.Replace(::GetDlgItem(hDialog, lCutCategories), L"Gold/Rock");
-            user.Replace(::GetDlgItem(hDialog, lCutLevel), L"3");
-            user.Click(::GetDlgItem(hDialog, lCutOpener));
-            user.Key(VK_RETURN);
-        }));
+    EXPECT_TRUE(Edit([&](const User& user, HWND hDialog) {
+        user.Replace(::GetDlgItem(hDialog, lCutCategories), L"Gold/Rock");
+        user.Replace(::GetDlgItem(hDialog, lCutLevel), L"3");
+        user.Click(::GetDlgItem(hDialog, lCutOpener));
+        user.Key(VK_RETURN);
+    }));
     EXPECT_EQ(Categories(), L"Gold/Rock");
     EXPECT_EQ(Level(), 3);
     VARIANT_BOOL bOpener = VARIANT_TRUE;
@@ -102,35 +98,31 @@ TEST_F(CutEditor, OkWithoutAChangeAnnouncesNothing)
 
 TEST_F(CutEditor, AWrongFieldIsExplainedAndCanBeCorrected)
 {
-    EXPECT_TRUE(Edit(
-        [&](const User& user, HWND hDialog)
-        {
-            user.Replace(::GetDlgItem(hDialog, lCutLevel), L"0");
-            user.Key(VK_RETURN);
-            EXPECT_EQ(user.Box().sText, L"The level is a whole number from 1 to 32764.");
-            user.Answer(IDOK);
-            user.Until([&] { return user.FocusedWindow() == ::GetDlgItem(hDialog, lCutLevel); },
-                       "the level's field");
-            user.Type(L"4"); // all of it is marked
-            user.Key(VK_RETURN);
-        }));
+    EXPECT_TRUE(Edit([&](const User& user, HWND hDialog) {
+        user.Replace(::GetDlgItem(hDialog, lCutLevel), L"0");
+        user.Key(VK_RETURN);
+        EXPECT_EQ(user.Box().sText, L"The level is a whole number from 1 to 32764.");
+        user.Answer(IDOK);
+        user.Until([&] { return user.FocusedWindow() == ::GetDlgItem(hDialog, lCutLevel); },
+                   "the level's field");
+        user.Type(L"4"); // all of it is marked
+        user.Key(VK_RETURN);
+    }));
     EXPECT_EQ(Level(), 4);
     EXPECT_EQ(m_lModified, 1);
 }
 
 TEST_F(CutEditor, ACategoryThatCannotBeIsRefusedInTheBox)
 {
-    EXPECT_FALSE(Edit(
-        [&](const User& user, HWND hDialog)
-        {
-            user.Replace(::GetDlgItem(hDialog, lCutCategories), L"Pop/CON");
-            user.Key(VK_RETURN);
-            EXPECT_EQ(user.Box().sText, L"There can be no category \"CON\": this is the name of a device.");
-            user.Answer(IDOK);
-            user.Until([&] { return user.FocusedWindow() == ::GetDlgItem(hDialog, lCutCategories); },
-                       "the categories' field");
-            user.Key(VK_ESCAPE);
-        }));
+    EXPECT_FALSE(Edit([&](const User& user, HWND hDialog) {
+        user.Replace(::GetDlgItem(hDialog, lCutCategories), L"Pop/CON");
+        user.Key(VK_RETURN);
+        EXPECT_EQ(user.Box().sText, L"There can be no category \"CON\": this is the name of a device.");
+        user.Answer(IDOK);
+        user.Until([&] { return user.FocusedWindow() == ::GetDlgItem(hDialog, lCutCategories); },
+                   "the categories' field");
+        user.Key(VK_ESCAPE);
+    }));
     EXPECT_EQ(Categories(), L"Pop/Gold");
     EXPECT_EQ(m_lModified, 0);
 }
@@ -142,18 +134,17 @@ TEST_F(CutEditor, StandsInTheMiddleOfItsOwnerWithTheOwnersIcon)
     const auto lIcon = reinterpret_cast<LPARAM>(::LoadIconW(nullptr, IDI_INFORMATION));
     ::SendMessageW(hOwner, WM_SETICON, ICON_SMALL, lIcon);
     WhileOpen([&] { EditCut(hOwner, *m_cCut.Get(), *m_cDataBase.Get()); },
-              [&](const User& user)
-              {
-                  const HWND hDialog = user.WaitFor(L"#32770");
-                  RECT owner{};
-                  RECT dialog{};
-                  ::GetWindowRect(hOwner, &owner);
-                  ::GetWindowRect(hDialog, &dialog);
-                  EXPECT_NEAR(owner.left + owner.right, dialog.left + dialog.right, 2);
-                  EXPECT_NEAR(owner.top + owner.bottom, dialog.top + dialog.bottom, 2);
-                  EXPECT_EQ(::SendMessageW(hDialog, WM_GETICON, ICON_SMALL, 0), lIcon);
-                  user.Key(VK_ESCAPE);
-              });
+              [&](const User& user) {
+        const HWND hDialog = user.WaitFor(L"#32770");
+        RECT owner{};
+        RECT dialog{};
+        ::GetWindowRect(hOwner, &owner);
+        ::GetWindowRect(hDialog, &dialog);
+        EXPECT_NEAR(owner.left + owner.right, dialog.left + dialog.right, 2);
+        EXPECT_NEAR(owner.top + owner.bottom, dialog.top + dialog.bottom, 2);
+        EXPECT_EQ(::SendMessageW(hDialog, WM_GETICON, ICON_SMALL, 0), lIcon);
+        user.Key(VK_ESCAPE);
+    });
     ::DestroyWindow(hOwner);
 }
 
@@ -166,25 +157,23 @@ TEST_F(CutEditor, ACutThatRefusesAChangeIsAsItWasBefore)
     cRefusing->m_hCategoryText = ErrorResult(70);
     HRESULT hResult = S_OK;
     WhileOpen(
-        [&]
+        [&] {
+        try
         {
-            try
-            {
-                EditCut(nullptr, *cRefusing.Get(), *m_cDataBase.Get());
-            }
-            catch (...)
-            {
-                hResult = ErrorResult(70);
-            }
+            EditCut(nullptr, *cRefusing.Get(), *m_cDataBase.Get());
+        }
+        catch (...)
+        {
+            hResult = ErrorResult(70);
+        }
         },
-        [&](const User& user)
-        {
-            const HWND hDialog = user.WaitFor(L"#32770");
-            user.Replace(::GetDlgItem(hDialog, lCutArtist), L"Another");
-            user.Replace(::GetDlgItem(hDialog, lCutCategories), L"Gold");
-            user.Replace(::GetDlgItem(hDialog, lCutLevel), L"3");
-            user.Key(VK_RETURN);
-        });
+        [&](const User& user) {
+        const HWND hDialog = user.WaitFor(L"#32770");
+        user.Replace(::GetDlgItem(hDialog, lCutArtist), L"Another");
+        user.Replace(::GetDlgItem(hDialog, lCutCategories), L"Gold");
+        user.Replace(::GetDlgItem(hDialog, lCutLevel), L"3");
+        user.Key(VK_RETURN);
+    });
     EXPECT_EQ(hResult, ErrorResult(70));
     EXPECT_EQ(cRefusing->m_sArtist, L"Abba");
     EXPECT_EQ(cRefusing->m_lLevel, 2);
@@ -193,21 +182,19 @@ TEST_F(CutEditor, ACutThatRefusesAChangeIsAsItWasBefore)
 
 TEST_F(CutEditor, EveryFieldIsReachedByItsMnemonic)
 {
-    EXPECT_FALSE(Edit(
-        [&](const User& user, HWND hDialog)
+    EXPECT_FALSE(Edit([&](const User& user, HWND hDialog) {
+        const std::pair<int, int> colMnemonics[] = {{'A', lCutArtist},     {'T', lCutTitle},
+                                                    {'B', lCutAlbum},      {'Y', lCutYear},
+                                                    {'C', lCutCategories}, {'L', lCutLevel}};
+        for (const auto& [lKey, lControl] : colMnemonics)
         {
-            const std::pair<int, int> colMnemonics[] = {{'A', lCutArtist},     {'T', lCutTitle},
-                                                        {'B', lCutAlbum},      {'Y', lCutYear},
-                                                        {'C', lCutCategories}, {'L', lCutLevel}};
-            for (const auto& [lKey, lControl] : colMnemonics)
-            {
-                user.Key(lKey, VK_MENU);
-                EXPECT_EQ(user.FocusedWindow(), ::GetDlgItem(hDialog, lControl)) << static_cast<char>(lKey);
-            }
-            user.Key('O', VK_MENU);
-            EXPECT_EQ(::IsDlgButtonChecked(hDialog, lCutOpener), static_cast<UINT>(BST_UNCHECKED));
-            user.Key(VK_ESCAPE);
-        }));
+            user.Key(lKey, VK_MENU);
+            EXPECT_EQ(user.FocusedWindow(), ::GetDlgItem(hDialog, lControl)) << static_cast<char>(lKey);
+        }
+        user.Key('O', VK_MENU);
+        EXPECT_EQ(::IsDlgButtonChecked(hDialog, lCutOpener), static_cast<UINT>(BST_UNCHECKED));
+        user.Key(VK_ESCAPE);
+    }));
 }
 
 } // namespace ravlo::test

@@ -84,12 +84,10 @@ TEST(WindowActivation, AFailingHandlerIsCalledAgainTheNextTime)
     int lTold = 0;
     OpeningWindow window;
     RunMessages(200);
-    const WindowActivation activation(
-        [&]
-        {
-            ++lTold;
-            throw 1;
-        });
+    const WindowActivation activation([&] {
+        ++lTold;
+        throw 1;
+    });
     for (int l = 1; l <= 2; ++l)
     {
         ::SendMessageW(window.Handle(), WM_ACTIVATEAPP, TRUE, 0);

@@ -207,15 +207,13 @@ TEST_F(DebugLogTest, GatheredLinesAreAppendedBeforeAnythingThatLetsOthersRun)
 {
     const std::vector<std::wstring> colBefore{L"before"};
     int lSeen = 0;
-    const auto look = [&]
-    {
+    const auto look = [&] {
         EXPECT_EQ(cPorts.LogMessages(), colBefore);
         ++lSeen;
     };
     cPorts.cMessages.OnShown = look;
     cPorts.cHostLoop.OnPump = look;
-    const auto Inside = [&](const std::function<void()>& letOthersRun)
-    {
+    const auto Inside = [&](const std::function<void()>& letOthersRun) {
         if (cPorts.cFiles.FileExists(LogOfDay(L"01")))
             cPorts.cFiles.Delete(LogOfDay(L"01"));
         const ModScheduler::LogScope cScope(cMod);
@@ -232,8 +230,7 @@ TEST_F(DebugLogTest, GatheredLinesAreAppendedBeforeAnythingThatLetsOthersRun)
 
 TEST_F(DebugLogTest, LinesOfAnotherCallInsideAPumpComeAfterThoseGatheredBefore)
 {
-    cPorts.cHostLoop.OnPump = [&]
-    {
+    cPorts.cHostLoop.OnPump = [&] {
         const ModScheduler::LogScope cScope(cMod);
         cMod.WriteDebugLog(L"inside");
     };
@@ -249,8 +246,7 @@ TEST_F(DebugLogTest, LinesOfAnotherCallInsideAPumpComeAfterThoseGatheredBefore)
 TEST_F(DebugLogTest, CallsMadeWhileABoxIsOpenAreWrittenAsTheyEnd)
 {
     std::vector<std::wstring> colSeen; // in the log before the box is closed
-    const auto call = [&]
-    {
+    const auto call = [&] {
         {
             const ModScheduler::LogScope cScope(cMod);
             cMod.WriteDebugLog(L"one");

@@ -77,8 +77,7 @@ TEST_F(ErrorDisplayTest, ATrappedErrorIsReportedOnceAndGivesTheFailureResult)
 
 TEST_F(ErrorDisplayTest, WhateverIsThrownBecomesAnErrorHostsKnow)
 {
-    const auto numberOf = [](auto&& thrown)
-    {
+    const auto numberOf = [](auto&& thrown) {
         try
         {
             throw thrown;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/modscheduler/SavedFiles.h"
 
+#include "base/RuntimeError.h"
 #include "platform/memory/FailingFiles.h"
 #include "platform/memory/MemoryFiles.h"
-#include "base/RuntimeError.h"
 
 #include <gtest/gtest.h>
 

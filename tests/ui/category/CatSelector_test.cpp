@@ -13,13 +13,13 @@ struct Selector : CategoryTest
 {
     Selector()
     {
-        cSelector.CatChanged = [this](std::shared_ptr<clsCat>& cCat)
-        {
+        cSelector.CatChanged = [this](std::shared_ptr<clsCat>& cCat) {
             colEvents.push_back(cCat ? cCat->CatName() + L" " + std::to_wstring(cCat->CatLevel())
                                      : L"a level that is gone");
         };
-        cSelector.OpenerChanged = [this](bool bOpener)
-        { colEvents.push_back(bOpener ? L"openers" : L"all cuts"); };
+        cSelector.OpenerChanged = [this](bool bOpener) {
+            colEvents.push_back(bOpener ? L"openers" : L"all cuts");
+        };
         cSelector.SetSchedMan(cSchedMan);
         cSelector.SetColMainCats(cSchedMan->colMainCats());
     }
@@ -210,8 +210,7 @@ TEST_F(Selector, ALLListsEachCutOfItsLevelsOnceAndAsksNoneForItsKey)
 TEST_F(Selector, ALLIsListedWholeWhenItsLevelsChangeWhileItIsRead)
 {
     ClickCat(L"Rock");
-    CutOf(0)->OnCall = [&](const std::string&)
-    {
+    CutOf(0)->OnCall = [&](const std::string&) {
         CutOf(0)->OnCall = nullptr;
         MainCat(L"Rock")->RemoveSubCat(Level(L"Rock", 1));
     };
@@ -221,8 +220,7 @@ TEST_F(Selector, ALLIsListedWholeWhenItsLevelsChangeWhileItIsRead)
 
 TEST_F(Selector, ALevelThatShrinksWhileItIsReadIsReadToItsNewEnd)
 {
-    CutOf(0)->OnCall = [&](const std::string&)
-    {
+    CutOf(0)->OnCall = [&](const std::string&) {
         CutOf(0)->OnCall = nullptr;
         Level(L"Rock", 1)->RemoveCut(CutOf(1));
     };
@@ -256,8 +254,7 @@ TEST_F(Selector, SettingTheOpenerFilterInCodeRunsItsClick)
 TEST_F(Selector, AnOpenerClickDuringItsOwnEventIsIgnored)
 {
     int lEvents = 0;
-    cSelector.OpenerChanged = [&](bool)
-    {
+    cSelector.OpenerChanged = [&](bool) {
         ++lEvents;
         ClickOpener(false);
     };
@@ -313,8 +310,7 @@ TEST_F(Selector, SettingTheLevelChoosesItAndNoneChoosesALL)
 TEST_F(Selector, ACategoryClickDuringAChangeIsIgnored)
 {
     int lEvents = 0;
-    cSelector.CatChanged = [&](std::shared_ptr<clsCat>&)
-    {
+    cSelector.CatChanged = [&](std::shared_ptr<clsCat>&) {
         ++lEvents;
         ClickCat(L"Jazz");
     };
@@ -598,8 +594,7 @@ TEST_F(Selector, ClicksWhileACutIsLookedUpAreIgnoredAndWorkAgainAfterwards)
 {
     AllowMulti();
     ClickCat(L"Rock");
-    cPorts.cMessages.OnShown = [&]
-    {
+    cPorts.cMessages.OnShown = [&] {
         cSelector.CatClick();
         cScreen.eFocus.reset();
         cScreen.SetCurrentEntry(lstlvl, 1);

@@ -57,8 +57,9 @@ public:
         lists[eList] = {colEntries, std::nullopt, {}};
         if (eList == SelectorControl::lstsongs0)
             std::stable_sort(lists[eList].colEntries.begin(), lists[eList].colEntries.end(),
-                             [](const std::wstring& a, const std::wstring& b)
-                             { return FoldCase(a) < FoldCase(b); });
+                             [](const std::wstring& a, const std::wstring& b) {
+                return FoldCase(a) < FoldCase(b);
+            });
         if (eList == SelectorControl::lstsongs0 || eList == SelectorControl::lstsongs1)
             lSongFillings += colEntries.empty() ? 0 : 1;
     }

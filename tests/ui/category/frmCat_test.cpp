@@ -134,8 +134,7 @@ struct Form : CategoryTest
     // Does something whenever messages are pumped, and counts how often.
     void WhilePumping(const std::function<void()>& what)
     {
-        cPorts.cHostLoop.OnPump = [this, what]
-        {
+        cPorts.cHostLoop.OnPump = [this, what] {
             ++lPumps;
             what();
         };
@@ -179,13 +178,11 @@ TEST_F(Form, ShowsTheNewButtonsOnlyWhenNewIsAllowed)
 TEST_F(Form, OpensOnTheGivenCategoryLevelAndOpenerFilter)
 {
     request.bOpenerChosen = true;
-    Open(L"Rock", 3,
-         [&]
-         {
-             EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
-             EXPECT_EQ(cScreen.Current(lstlvl), L"3");
-             EXPECT_TRUE(cScreen.Checked(chkOpener));
-         });
+    Open(L"Rock", 3, [&] {
+        EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
+        EXPECT_EQ(cScreen.Current(lstlvl), L"3");
+        EXPECT_TRUE(cScreen.Checked(chkOpener));
+    });
 }
 
 TEST_F(Form, OpensOnAllLevelsWithoutAGivenLevel)
@@ -198,20 +195,17 @@ TEST_F(Form, AMarkedCutIsShownOnlyWithMultiSelect)
     request.cCut = CutOf(2);
     Open(L"", 0, [&] { EXPECT_EQ(cScreen.Selected(lstCat), Texts()); });
     request.bAllowMultiSelect = true;
-    Open(L"", 0,
-         [&]
-         {
-             EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Rock"}));
-             EXPECT_EQ(cScreen.Current(lstlvl), L"3");
-         });
+    Open(L"", 0, [&] {
+        EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Rock"}));
+        EXPECT_EQ(cScreen.Current(lstlvl), L"3");
+    });
 }
 
 TEST_F(Form, SaysThatItNeedsTheCategoriesBeforeAnyPopulation)
 {
     const auto cFresh = std::make_shared<clsSchedMan>(cMod);
     request.bOpenerChosen = true;
-    cView.OnModal = [&]
-    {
+    cView.OnModal = [&] {
         EXPECT_TRUE(cScreen.Checked(chkOpener));
         cForm->OKClick();
     };
@@ -234,14 +228,12 @@ TEST_F(Form, AStationWithoutAnyCategoryOpensWithoutABox)
 
 TEST_F(Form, OKReturnsTheChoice)
 {
-    const auto lAnswer = Open(L"", 0,
-                              [&]
-                              {
-                                  ClickCat(L"Rock");
-                                  ClickOpener(true);
-                                  cScreen.lists[lstsongs1].lSelected = {0};
-                                  cForm->OKClick();
-                              });
+    const auto lAnswer = Open(L"", 0, [&] {
+        ClickCat(L"Rock");
+        ClickOpener(true);
+        cScreen.lists[lstsongs1].lSelected = {0};
+        cForm->OKClick();
+    });
     EXPECT_EQ(lAnswer, 1);
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
     EXPECT_EQ(request.cSubCatChosen, Level(L"Rock", 1));
@@ -252,12 +244,10 @@ TEST_F(Form, OKReturnsTheChoice)
 
 TEST_F(Form, OKOnALLReturnsTheMainCategoryAndNoLevel)
 {
-    Open(L"Rock", 3,
-         [&]
-         {
-             ClickLevel(L"ALL");
-             cForm->OKClick();
-         });
+    Open(L"Rock", 3, [&] {
+        ClickLevel(L"ALL");
+        cForm->OKClick();
+    });
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
     EXPECT_EQ(request.cSubCatChosen, nullptr);
 }
@@ -276,13 +266,11 @@ TEST_F(Form, CancelReturnsTwoAndChangesNothing)
     request.colSelCuts = {CutOf(4)};
     request.cCut = CutOf(0);
     request.bAllowMultiSelect = true;
-    const auto lAnswer = Open(L"Rock", 3,
-                              [&]
-                              {
-                                  ClickCat(L"Jazz");
-                                  ClickOpener(true);
-                                  cForm->CancelClick();
-                              });
+    const auto lAnswer = Open(L"Rock", 3, [&] {
+        ClickCat(L"Jazz");
+        ClickOpener(true);
+        cForm->CancelClick();
+    });
     EXPECT_EQ(lAnswer, 2);
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
     EXPECT_EQ(request.cSubCatChosen, Level(L"Rock", 3));
@@ -302,13 +290,11 @@ TEST_F(Form, WithMultiSelectTheCutReceivesLevelAndCategories)
 {
     request.cCut = CutOf(3);
     request.bAllowMultiSelect = true;
-    Open(L"", 0,
-         [&]
-         {
-             ClickCat(L"Rock", true); // beside Jazz
-             ClickLevel(L"3");
-             cForm->OKClick();
-         });
+    Open(L"", 0, [&] {
+        ClickCat(L"Rock", true); // beside Jazz
+        ClickLevel(L"3");
+        cForm->OKClick();
+    });
     EXPECT_EQ(CutOf(3)->CatLevel(), 3);
     EXPECT_EQ(CutOf(3)->CategoryText(), L"Rock/Jazz");
     EXPECT_EQ(Level(L"Rock", 3)->SchedCuts()->At(Level(L"Rock", 3)->SchedCuts()->Count() - 1), CutOf(3));
@@ -320,13 +306,11 @@ TEST_F(Form, WithMultiSelectALLIsRefusedAndTheCutStaysAsItWas)
 {
     request.cCut = CutOf(3);
     request.bAllowMultiSelect = true;
-    const auto lAnswer = Open(L"", 0,
-                              [&]
-                              {
-                                  ClickCat(L"Rock");
-                                  ClickLevel(L"ALL");
-                                  cForm->OKClick();
-                              });
+    const auto lAnswer = Open(L"", 0, [&] {
+        ClickCat(L"Rock");
+        ClickLevel(L"ALL");
+        cForm->OKClick();
+    });
     EXPECT_EQ(lAnswer, lChosen);
     EXPECT_EQ(Shown(),
               (Boxes{OkBox(BoxIcon::Exclamation, L"'ALL' is Not Valid",
@@ -340,15 +324,13 @@ TEST_F(Form, WithMultiSelectACutWhoseLastCategoryIsUnmarkedStaysAsItWas)
 {
     request.cCut = CutOf(3);
     request.bAllowMultiSelect = true;
-    const auto lAnswer = Open(L"", 0,
-                              [&]
-                              {
-                                  MainCat(L"Jazz")->AddSubCat(std::make_shared<clsCat>(cMod, L"Jazz", 5));
-                                  cScreen.lists[lstCat].lSelected.clear();
-                                  cSelector.CatClick();
-                                  ClickLevel(L"5");
-                                  cForm->OKClick();
-                              });
+    const auto lAnswer = Open(L"", 0, [&] {
+        MainCat(L"Jazz")->AddSubCat(std::make_shared<clsCat>(cMod, L"Jazz", 5));
+        cScreen.lists[lstCat].lSelected.clear();
+        cSelector.CatClick();
+        ClickLevel(L"5");
+        cForm->OKClick();
+    });
     EXPECT_EQ(lAnswer, lChosen);
     EXPECT_EQ(CutOf(3)->CatLevel(), 2);
     EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
@@ -358,13 +340,11 @@ TEST_F(Form, WithMultiSelectACutWhoseLastCategoryIsUnmarkedStaysAsItWas)
 TEST_F(Form, WithMultiSelectButNoCutALLIsAnAnswerLikeAnother)
 {
     request.bAllowMultiSelect = true;
-    const auto lAnswer = Open(L"", 0,
-                              [&]
-                              {
-                                  ClickCat(L"Rock");
-                                  ClickLevel(L"ALL");
-                                  cForm->OKClick();
-                              });
+    const auto lAnswer = Open(L"", 0, [&] {
+        ClickCat(L"Rock");
+        ClickLevel(L"ALL");
+        cForm->OKClick();
+    });
     EXPECT_EQ(lAnswer, lChosen);
     EXPECT_EQ(Shown(), Boxes());
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
@@ -383,13 +363,13 @@ TEST_F(Form, ACutThatCannotBeChangedIsAnErrorAndNothingComesBack)
     request.cCut = CutOf(3);
     request.bAllowMultiSelect = true;
     CutOf(3)->failing = {"SetCategoryText"};
-    EXPECT_THROW(Open(L"Rock", 3,
-                      [&]
-                      {
-                          ClickCat(L"Rock");
-                          ClickLevel(L"3");
-                          cForm->OKClick();
-                      }),
+    EXPECT_THROW(Open(
+                     L"Rock", 3,
+                     [&] {
+        ClickCat(L"Rock");
+        ClickLevel(L"3");
+        cForm->OKClick();
+                     }),
                  RuntimeError);
     EXPECT_EQ(request.colSelCuts, Cuts());
     EXPECT_EQ(CutOf(3)->CatLevel(), 2); // as before, though it took the new one at first
@@ -398,16 +378,14 @@ TEST_F(Form, ACutThatCannotBeChangedIsAnErrorAndNothingComesBack)
 
 TEST_F(Form, ClicksAfterClosingAreIgnored)
 {
-    const auto lAnswer = Open(L"Rock", 3,
-                              [&]
-                              {
-                                  Type(txtGlobalAlbumSepMins, L"46");
-                                  cForm->OKClick();
-                                  cForm->CancelClick();
-                                  cForm->ApplyClick();
-                                  cForm->StripClick(true);
-                                  cForm->TabClick(RulesPane::Category);
-                              });
+    const auto lAnswer = Open(L"Rock", 3, [&] {
+        Type(txtGlobalAlbumSepMins, L"46");
+        cForm->OKClick();
+        cForm->CancelClick();
+        cForm->ApplyClick();
+        cForm->StripClick(true);
+        cForm->TabClick(RulesPane::Category);
+    });
     EXPECT_EQ(lAnswer, lChosen);
     EXPECT_EQ(cMod.GlobalAlbumSepMins(), 60);
     EXPECT_TRUE(cView.bRulesArea);
@@ -419,12 +397,10 @@ TEST_F(Form, ClicksAfterClosingAreIgnored)
 TEST_F(Form, OKAfterAReloadReturnsThePresentCategoryAndLevel)
 {
     const auto cBefore = MainCat(L"Rock");
-    Open(L"Rock", 3,
-         [&]
-         {
-             Repopulate();
-             cForm->OKClick();
-         });
+    Open(L"Rock", 3, [&] {
+        Repopulate();
+        cForm->OKClick();
+    });
     ASSERT_NE(MainCat(L"Rock"), cBefore);
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
     EXPECT_EQ(request.cSubCatChosen, Level(L"Rock", 3));
@@ -433,32 +409,26 @@ TEST_F(Form, OKAfterAReloadReturnsThePresentCategoryAndLevel)
 TEST_F(Form, OKAfterAReloadDuringTheQuestionReturnsThePresentOnes)
 {
     cPorts.cMessages.OnShown = [&] { Repopulate(); };
-    Open(L"Rock", 3,
-         [&]
-         {
-             Type(txtArtistSepMins1, L"46");
-             cForm->OKClick();
-         });
+    Open(L"Rock", 3, [&] {
+        Type(txtArtistSepMins1, L"46");
+        cForm->OKClick();
+    });
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
     EXPECT_EQ(request.cSubCatChosen, Level(L"Rock", 3));
 }
 
 TEST_F(Form, OKReturnsNeitherADeletedCategoryNorADeletedLevel)
 {
-    Open(L"Rock", 3,
-         [&]
-         {
-             cSchedMan->DeleteCats({Level(L"Rock", 3)});
-             cForm->OKClick();
-         });
+    Open(L"Rock", 3, [&] {
+        cSchedMan->DeleteCats({Level(L"Rock", 3)});
+        cForm->OKClick();
+    });
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
     EXPECT_EQ(request.cSubCatChosen, nullptr);
-    Open(L"Rock", 1,
-         [&]
-         {
-             cSchedMan->DeleteCats({MainCat(L"Rock")});
-             cForm->OKClick();
-         });
+    Open(L"Rock", 1, [&] {
+        cSchedMan->DeleteCats({MainCat(L"Rock")});
+        cForm->OKClick();
+    });
     EXPECT_EQ(request.cMainCatChosen, nullptr);
     EXPECT_EQ(request.cSubCatChosen, nullptr);
 }
@@ -467,13 +437,11 @@ TEST_F(Form, ACutIsNotPlacedInACategoryThatWasDeletedMeanwhile)
 {
     request.cCut = CutOf(0); // in Rock 1
     request.bAllowMultiSelect = true;
-    Open(L"", 0,
-         [&]
-         {
-             ClickCat(L"Jazz", true);
-             cSchedMan->DeleteCats({MainCat(L"Rock")});
-             cForm->OKClick();
-         });
+    Open(L"", 0, [&] {
+        ClickCat(L"Jazz", true);
+        cSchedMan->DeleteCats({MainCat(L"Rock")});
+        cForm->OKClick();
+    });
     EXPECT_EQ(MainCat(L"Rock"), nullptr);
     EXPECT_EQ(CutOf(0)->CategoryText(), L"Jazz");
     EXPECT_EQ(CutOf(0)->CatLevel(), 2);
@@ -481,44 +449,38 @@ TEST_F(Form, ACutIsNotPlacedInACategoryThatWasDeletedMeanwhile)
 
 TEST_F(Form, ApplyAfterAReloadChangesTheRulesThatAreInForce)
 {
-    Open(L"Rock", 3,
-         [&]
-         {
-             cForm->TabClick(RulesPane::Category);
-             Repopulate();
-             Type(txtArtistSepMins1, L"46");
-             cForm->ApplyClick();
-         });
+    Open(L"Rock", 3, [&] {
+        cForm->TabClick(RulesPane::Category);
+        Repopulate();
+        Type(txtArtistSepMins1, L"46");
+        cForm->ApplyClick();
+    });
     EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 46);
 }
 
 TEST_F(Form, YesAfterAReloadChangesTheRulesThatAreInForce)
 {
     Answers(BoxAnswer::Yes);
-    Open(L"Rock", 3,
-         [&]
-         {
-             Type(txtArtistSepMins1, L"46");
-             Repopulate();
-             cForm->OKClick();
-         });
+    Open(L"Rock", 3, [&] {
+        Type(txtArtistSepMins1, L"46");
+        Repopulate();
+        cForm->OKClick();
+    });
     EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 46);
 }
 
 TEST_F(Form, ApplyToADeletedCategorySavesNothingAndShowsWhatIsLeft)
 {
-    Open(L"Rock", 3,
-         [&]
-         {
-             cForm->TabClick(RulesPane::Category);
-             Type(txtArtistSepMins1, L"46");
-             cSchedMan->DeleteCats({MainCat(L"Rock")});
-             Shown().clear();
-             cForm->ApplyClick();
-             EXPECT_EQ(cScreen.Entries(lstCat), (Texts{L"Jazz", L"NOCAT"}));
-             EXPECT_EQ(cView.ePane, RulesPane::Global);
-             EXPECT_FALSE(cView.bApply);
-         });
+    Open(L"Rock", 3, [&] {
+        cForm->TabClick(RulesPane::Category);
+        Type(txtArtistSepMins1, L"46");
+        cSchedMan->DeleteCats({MainCat(L"Rock")});
+        Shown().clear();
+        cForm->ApplyClick();
+        EXPECT_EQ(cScreen.Entries(lstCat), (Texts{L"Jazz", L"NOCAT"}));
+        EXPECT_EQ(cView.ePane, RulesPane::Global);
+        EXPECT_FALSE(cView.bApply);
+    });
     EXPECT_EQ(Shown(), Boxes());
     EXPECT_FALSE(cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC3.rls"));
 }
@@ -530,137 +492,121 @@ TEST_F(Form, StartsWithTheGlobalRules)
     cMod.SetGlobalArtistSepMins(11);
     cMod.SetGlobalTitleSepMins(12);
     cMod.SetGlobalAlbumSepMins(13);
-    Open(L"Rock", 3,
-         [&]
-         {
-             EXPECT_EQ(cView.ePane, RulesPane::Global);
-             EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
-             EXPECT_EQ(cView.texts[txtArtistSepMins0], L"11");
-             EXPECT_EQ(cView.texts[txtTitleSepMins0], L"12");
-             EXPECT_EQ(cView.texts[txtGlobalAlbumSepMins], L"13");
-             EXPECT_FALSE(cView.bApply);
-         });
+    Open(L"Rock", 3, [&] {
+        EXPECT_EQ(cView.ePane, RulesPane::Global);
+        EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
+        EXPECT_EQ(cView.texts[txtArtistSepMins0], L"11");
+        EXPECT_EQ(cView.texts[txtTitleSepMins0], L"12");
+        EXPECT_EQ(cView.texts[txtGlobalAlbumSepMins], L"13");
+        EXPECT_FALSE(cView.bApply);
+    });
 }
 
 TEST_F(Form, TheCategoryPaneShowsTheRulesOfTheLevel)
 {
     Rules(L"Rock", 3).Apply({21, 22, 23, true});
-    Open(L"Rock", 3,
-         [&]
-         {
-             cForm->TabClick(RulesPane::Category);
-             EXPECT_EQ(cView.ePane, RulesPane::Category);
-             EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Rock 3");
-             EXPECT_EQ(cView.texts[txtArtistSepMins1], L"21");
-             EXPECT_EQ(cView.texts[txtTitleSepMins1], L"22");
-             EXPECT_EQ(cView.texts[txtAlbumSepMins], L"23");
-             EXPECT_TRUE(cView.bIgnore);
-             EXPECT_FALSE(cView.enabled[txtArtistSepMins1]);
-             EXPECT_FALSE(cView.enabled[txtTitleSepMins1]);
-             EXPECT_FALSE(cView.enabled.count(txtAlbumSepMins)); // never touched
-         });
+    Open(L"Rock", 3, [&] {
+        cForm->TabClick(RulesPane::Category);
+        EXPECT_EQ(cView.ePane, RulesPane::Category);
+        EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Rock 3");
+        EXPECT_EQ(cView.texts[txtArtistSepMins1], L"21");
+        EXPECT_EQ(cView.texts[txtTitleSepMins1], L"22");
+        EXPECT_EQ(cView.texts[txtAlbumSepMins], L"23");
+        EXPECT_TRUE(cView.bIgnore);
+        EXPECT_FALSE(cView.enabled[txtArtistSepMins1]);
+        EXPECT_FALSE(cView.enabled[txtTitleSepMins1]);
+        EXPECT_FALSE(cView.enabled.count(txtAlbumSepMins)); // never touched
+    });
 }
 
 TEST_F(Form, TheCategoryPaneShowsTheRulesOfTheMainCategoryForALL)
 {
     Rules(L"Rock", 0).Apply({31, std::nullopt, -1, false});
-    Open(L"Rock", 0,
-         [&]
-         {
-             cForm->TabClick(RulesPane::Category);
-             EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Rock [ALL LEVELS].");
-             EXPECT_EQ(cView.texts[txtArtistSepMins1], L"31");
-             EXPECT_EQ(cView.texts[txtTitleSepMins1], L"60"); // the global one
-             EXPECT_EQ(cView.texts[txtAlbumSepMins], L"-1");
-             EXPECT_TRUE(cView.enabled[txtArtistSepMins1]);
-         });
+    Open(L"Rock", 0, [&] {
+        cForm->TabClick(RulesPane::Category);
+        EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Rock [ALL LEVELS].");
+        EXPECT_EQ(cView.texts[txtArtistSepMins1], L"31");
+        EXPECT_EQ(cView.texts[txtTitleSepMins1], L"60"); // the global one
+        EXPECT_EQ(cView.texts[txtAlbumSepMins], L"-1");
+        EXPECT_TRUE(cView.enabled[txtArtistSepMins1]);
+    });
 }
 
 TEST_F(Form, ChoosingAnotherCategoryShowsItsRules)
 {
     Rules(L"Jazz", 2).Apply({41, 42, 43, false});
-    Open(L"Rock", 3,
-         [&]
-         {
-             cForm->TabClick(RulesPane::Category);
-             ClickCat(L"Jazz");
-             EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Jazz 2");
-             EXPECT_EQ(cView.texts[txtArtistSepMins1], L"41");
-             EXPECT_FALSE(cView.bApply);
-             EXPECT_EQ(Shown(), Boxes());
-         });
+    Open(L"Rock", 3, [&] {
+        cForm->TabClick(RulesPane::Category);
+        ClickCat(L"Jazz");
+        EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Jazz 2");
+        EXPECT_EQ(cView.texts[txtArtistSepMins1], L"41");
+        EXPECT_FALSE(cView.bApply);
+        EXPECT_EQ(Shown(), Boxes());
+    });
 }
 
 // The values of another pane than the title names would be a trap.
 TEST_F(Form, TheTitleNamesTheRulesThatAreToBeSeen)
 {
-    Open(L"Rock", 3,
-         [&]
-         {
-             ClickCat(L"Jazz");
-             EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
-             cForm->TabClick(RulesPane::Category);
-             EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Jazz 2");
-             cForm->TabClick(RulesPane::Global);
-             EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
-         });
+    Open(L"Rock", 3, [&] {
+        ClickCat(L"Jazz");
+        EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
+        cForm->TabClick(RulesPane::Category);
+        EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Jazz 2");
+        cForm->TabClick(RulesPane::Global);
+        EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
+    });
 }
 
 TEST_F(Form, CategoryRulesNeedACategory)
 {
-    Open(L"", 0,
-         [&]
-         {
-             cForm->TabClick(RulesPane::Category);
-             EXPECT_EQ(cView.ePane, RulesPane::Global);
-             EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
-             EXPECT_EQ(Shown(), (Boxes{OkBox(BoxIcon::Information, L"ALL SONGS Is Not Valid For This!",
-                                             L"First use the category selector to choose a category")}));
-         });
+    Open(L"", 0, [&] {
+        cForm->TabClick(RulesPane::Category);
+        EXPECT_EQ(cView.ePane, RulesPane::Global);
+        EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
+        EXPECT_EQ(Shown(), (Boxes{OkBox(BoxIcon::Information, L"ALL SONGS Is Not Valid For This!",
+                                        L"First use the category selector to choose a category")}));
+    });
 }
 
 TEST_F(Form, IgnoringRulesDisablesArtistAndTitleOnly)
 {
-    Open(L"Rock", 3,
-         [&]
-         {
-             ClickIgnore(true);
-             EXPECT_FALSE(cView.enabled[txtArtistSepMins1]);
-             EXPECT_FALSE(cView.enabled[txtTitleSepMins1]);
-             EXPECT_FALSE(cView.enabled.count(txtAlbumSepMins));
-             ClickIgnore(false);
-             EXPECT_TRUE(cView.enabled[txtArtistSepMins1]);
-             EXPECT_TRUE(cView.enabled[txtTitleSepMins1]);
-         });
+    Open(L"Rock", 3, [&] {
+        ClickIgnore(true);
+        EXPECT_FALSE(cView.enabled[txtArtistSepMins1]);
+        EXPECT_FALSE(cView.enabled[txtTitleSepMins1]);
+        EXPECT_FALSE(cView.enabled.count(txtAlbumSepMins));
+        ClickIgnore(false);
+        EXPECT_TRUE(cView.enabled[txtArtistSepMins1]);
+        EXPECT_TRUE(cView.enabled[txtTitleSepMins1]);
+    });
 }
 
 TEST_F(Form, ApplyIsEnabledByAnEditOfTheVisiblePane)
 {
-    Open(L"Rock", 3,
-         [&]
-         {
-             for (const RuleBox eBox : {txtArtistSepMins0, txtTitleSepMins0, txtGlobalAlbumSepMins})
-             {
-                 Type(eBox, L"5");
-                 EXPECT_TRUE(cView.bApply);
-                 cForm->TabClick(RulesPane::Category);
-                 EXPECT_FALSE(cView.bApply);
-                 cForm->TabClick(RulesPane::Global);
-                 EXPECT_TRUE(cView.bApply);
-                 cForm->ApplyClick();
-                 EXPECT_FALSE(cView.bApply);
-             }
-             cForm->TabClick(RulesPane::Category);
-             for (const RuleBox eBox : {txtArtistSepMins1, txtTitleSepMins1, txtAlbumSepMins})
-             {
-                 Type(eBox, L"5");
-                 EXPECT_TRUE(cView.bApply);
-                 cForm->ApplyClick();
-                 EXPECT_FALSE(cView.bApply);
-             }
-             ClickIgnore(true);
-             EXPECT_TRUE(cView.bApply);
-         });
+    Open(L"Rock", 3, [&] {
+        for (const RuleBox eBox : {txtArtistSepMins0, txtTitleSepMins0, txtGlobalAlbumSepMins})
+        {
+            Type(eBox, L"5");
+            EXPECT_TRUE(cView.bApply);
+            cForm->TabClick(RulesPane::Category);
+            EXPECT_FALSE(cView.bApply);
+            cForm->TabClick(RulesPane::Global);
+            EXPECT_TRUE(cView.bApply);
+            cForm->ApplyClick();
+            EXPECT_FALSE(cView.bApply);
+        }
+        cForm->TabClick(RulesPane::Category);
+        for (const RuleBox eBox : {txtArtistSepMins1, txtTitleSepMins1, txtAlbumSepMins})
+        {
+            Type(eBox, L"5");
+            EXPECT_TRUE(cView.bApply);
+            cForm->ApplyClick();
+            EXPECT_FALSE(cView.bApply);
+        }
+        ClickIgnore(true);
+        EXPECT_TRUE(cView.bApply);
+    });
 }
 
 // ---- saving ----
@@ -685,16 +631,14 @@ TEST_F(Form, ApplyStoresTheGlobalRules)
         cMod.SetGlobalArtistSepMins(33);
         cMod.SetGlobalTitleSepMins(33);
         cMod.SetGlobalAlbumSepMins(33);
-        Open(L"Rock", 3,
-             [&]
-             {
-                 for (const RuleBox eBox : {txtArtistSepMins0, txtTitleSepMins0, txtGlobalAlbumSepMins})
-                     Type(eBox, row.sTyped);
-                 cForm->ApplyClick();
-                 // The boxes show what is stored now.
-                 EXPECT_EQ(cView.texts[txtArtistSepMins0], std::to_wstring(row.lArtistOrTitle));
-                 EXPECT_EQ(cView.texts[txtGlobalAlbumSepMins], std::to_wstring(row.lAlbum));
-             });
+        Open(L"Rock", 3, [&] {
+            for (const RuleBox eBox : {txtArtistSepMins0, txtTitleSepMins0, txtGlobalAlbumSepMins})
+                Type(eBox, row.sTyped);
+            cForm->ApplyClick();
+            // The boxes show what is stored now.
+            EXPECT_EQ(cView.texts[txtArtistSepMins0], std::to_wstring(row.lArtistOrTitle));
+            EXPECT_EQ(cView.texts[txtGlobalAlbumSepMins], std::to_wstring(row.lAlbum));
+        });
         EXPECT_EQ(cMod.GlobalArtistSepMins(), row.lArtistOrTitle);
         EXPECT_EQ(cMod.GlobalTitleSepMins(), row.lArtistOrTitle);
         EXPECT_EQ(cMod.GlobalAlbumSepMins(), row.lAlbum);
@@ -715,15 +659,13 @@ TEST_F(Form, ApplyStoresTheRulesOfTheCategory)
     for (const auto& row : table)
     {
         Rules(L"Rock", 3).Apply({20, 20, 20, false});
-        Open(L"Rock", 3,
-             [&]
-             {
-                 cForm->TabClick(RulesPane::Category);
-                 for (const RuleBox eBox : {txtArtistSepMins1, txtTitleSepMins1, txtAlbumSepMins})
-                     Type(eBox, row.sTyped);
-                 ClickIgnore(true);
-                 cForm->ApplyClick();
-             });
+        Open(L"Rock", 3, [&] {
+            cForm->TabClick(RulesPane::Category);
+            for (const RuleBox eBox : {txtArtistSepMins1, txtTitleSepMins1, txtAlbumSepMins})
+                Type(eBox, row.sTyped);
+            ClickIgnore(true);
+            cForm->ApplyClick();
+        });
         EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), row.lArtistOrTitle);
         EXPECT_EQ(Rules(L"Rock", 3).TitleSepMins(), row.lArtistOrTitle);
         EXPECT_EQ(Rules(L"Rock", 3).AlbumSepMins(), row.lAlbum);
@@ -734,13 +676,11 @@ TEST_F(Form, ApplyStoresTheRulesOfTheCategory)
 
 TEST_F(Form, TheRulesOfALLAreTheMainCategorysOwn)
 {
-    Open(L"Rock", 0,
-         [&]
-         {
-             cForm->TabClick(RulesPane::Category);
-             Type(txtArtistSepMins1, L"77");
-             cForm->ApplyClick();
-         });
+    Open(L"Rock", 0, [&] {
+        cForm->TabClick(RulesPane::Category);
+        Type(txtArtistSepMins1, L"77");
+        cForm->ApplyClick();
+    });
     EXPECT_EQ(Rules(L"Rock", 0).ArtistSepMins(), 77);
     EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 60);
     EXPECT_TRUE(cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC0.rls"));
@@ -749,13 +689,11 @@ TEST_F(Form, TheRulesOfALLAreTheMainCategorysOwn)
 // A shown global value must not become the category's own because something else was changed.
 TEST_F(Form, BoxesTheUserDidNotChangeAreNotStored)
 {
-    Open(L"Rock", 3,
-         [&]
-         {
-             cForm->TabClick(RulesPane::Category);
-             Type(txtTitleSepMins1, L"5");
-             cForm->ApplyClick();
-         });
+    Open(L"Rock", 3, [&] {
+        cForm->TabClick(RulesPane::Category);
+        Type(txtTitleSepMins1, L"5");
+        cForm->ApplyClick();
+    });
     cMod.SetGlobalArtistSepMins(99);
     EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 99);
     EXPECT_EQ(Rules(L"Rock", 3).TitleSepMins(), 5);
@@ -764,55 +702,47 @@ TEST_F(Form, BoxesTheUserDidNotChangeAreNotStored)
 
 TEST_F(Form, NewGlobalValuesShowInTheCategoryPaneWhereItHasNoneOfItsOwn)
 {
-    Open(L"Rock", 3,
-         [&]
-         {
-             Type(txtArtistSepMins0, L"45");
-             cForm->ApplyClick();
-             cForm->TabClick(RulesPane::Category);
-             EXPECT_EQ(cView.texts[txtArtistSepMins1], L"45");
-         });
+    Open(L"Rock", 3, [&] {
+        Type(txtArtistSepMins0, L"45");
+        cForm->ApplyClick();
+        cForm->TabClick(RulesPane::Category);
+        EXPECT_EQ(cView.texts[txtArtistSepMins1], L"45");
+    });
 }
 
 TEST_F(Form, EditsOfTheCategoryPaneSurviveApplyingTheGlobalOne)
 {
-    Open(L"Rock", 3,
-         [&]
-         {
-             Type(txtArtistSepMins1, L"9");
-             Type(txtArtistSepMins0, L"45");
-             cForm->ApplyClick();
-             EXPECT_EQ(cView.texts[txtArtistSepMins1], L"9");
-             cForm->TabClick(RulesPane::Category);
-             EXPECT_TRUE(cView.bApply);
-         });
+    Open(L"Rock", 3, [&] {
+        Type(txtArtistSepMins1, L"9");
+        Type(txtArtistSepMins0, L"45");
+        cForm->ApplyClick();
+        EXPECT_EQ(cView.texts[txtArtistSepMins1], L"9");
+        cForm->TabClick(RulesPane::Category);
+        EXPECT_TRUE(cView.bApply);
+    });
 }
 
 TEST_F(Form, ApplySavesTheVisiblePaneOnly)
 {
-    Open(L"Rock", 3,
-         [&]
-         {
-             Type(txtArtistSepMins0, L"45");
-             Type(txtArtistSepMins1, L"46");
-             cForm->TabClick(RulesPane::Category);
-             cForm->ApplyClick();
-             EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 46);
-             EXPECT_EQ(cMod.GlobalArtistSepMins(), 60);
-         });
+    Open(L"Rock", 3, [&] {
+        Type(txtArtistSepMins0, L"45");
+        Type(txtArtistSepMins1, L"46");
+        cForm->TabClick(RulesPane::Category);
+        cForm->ApplyClick();
+        EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 46);
+        EXPECT_EQ(cMod.GlobalArtistSepMins(), 60);
+    });
 }
 
 TEST_F(Form, RulesThatCannotBeSavedAreReported)
 {
     cPorts.cFiles.MakeFolders(L"C:\\Radio\\Scheduler\\Rules");
-    Open(L"Rock", 3,
-         [&]
-         {
-             cForm->TabClick(RulesPane::Category);
-             Type(txtArtistSepMins1, L"46");
-             cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\Rules");
-             cForm->ApplyClick();
-         });
+    Open(L"Rock", 3, [&] {
+        cForm->TabClick(RulesPane::Category);
+        Type(txtArtistSepMins1, L"46");
+        cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\Rules");
+        cForm->ApplyClick();
+    });
     ASSERT_EQ(Shown().size(), 2u); // the second one after the error itself
     EXPECT_EQ(Shown()[0].sTitle, L"SaveRules");
     EXPECT_EQ(Shown()[1],
@@ -824,15 +754,13 @@ TEST_F(Form, RulesThatCannotBeSavedAreReported)
 TEST_F(Form, ChangingTheCategoryAsksOnceAndYesSavesToTheOldOne)
 {
     Answers(BoxAnswer::Yes);
-    Open(L"Rock", 3,
-         [&]
-         {
-             Type(txtArtistSepMins1, L"46");
-             ClickCat(L"Jazz");
-             EXPECT_EQ(Shown(), (Boxes{PendingChanges(L"Rock")}));
-             ClickLevel(L"ALL");
-             EXPECT_EQ(Shown().size(), 1u);
-         });
+    Open(L"Rock", 3, [&] {
+        Type(txtArtistSepMins1, L"46");
+        ClickCat(L"Jazz");
+        EXPECT_EQ(Shown(), (Boxes{PendingChanges(L"Rock")}));
+        ClickLevel(L"ALL");
+        EXPECT_EQ(Shown().size(), 1u);
+    });
     EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 46);
     EXPECT_EQ(Rules(L"Jazz", 2).ArtistSepMins(), 60);
 }
@@ -843,21 +771,19 @@ TEST_F(Form, NoLosesTheEdits)
     {
         Shown().clear();
         Answers(eAnswer);
-        Open(L"Rock", 3,
-             [&]
-             {
-                 Type(txtArtistSepMins1, L"46");
-                 Type(txtTitleSepMins0, L"47");
-                 Type(txtGlobalAlbumSepMins, L"48");
-                 ClickCat(L"Jazz");
-                 EXPECT_EQ(cView.texts[txtTitleSepMins0], L"60");
-                 EXPECT_EQ(cView.texts[txtGlobalAlbumSepMins], L"60");
-                 ClickCat(L"Rock");
-                 ClickLevel(L"3");
-                 EXPECT_EQ(cView.texts[txtArtistSepMins1], L"60");
-                 EXPECT_EQ(Shown(), (Boxes{PendingChanges(L"Rock")}));
-                 cForm->OKClick();
-             });
+        Open(L"Rock", 3, [&] {
+            Type(txtArtistSepMins1, L"46");
+            Type(txtTitleSepMins0, L"47");
+            Type(txtGlobalAlbumSepMins, L"48");
+            ClickCat(L"Jazz");
+            EXPECT_EQ(cView.texts[txtTitleSepMins0], L"60");
+            EXPECT_EQ(cView.texts[txtGlobalAlbumSepMins], L"60");
+            ClickCat(L"Rock");
+            ClickLevel(L"3");
+            EXPECT_EQ(cView.texts[txtArtistSepMins1], L"60");
+            EXPECT_EQ(Shown(), (Boxes{PendingChanges(L"Rock")}));
+            cForm->OKClick();
+        });
         EXPECT_EQ(Shown().size(), 1u);
         EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 60);
         EXPECT_EQ(cMod.GlobalTitleSepMins(), 60);
@@ -868,14 +794,12 @@ TEST_F(Form, NoLosesTheEdits)
 TEST_F(Form, YesSavesEveryEditedPane)
 {
     Answers(BoxAnswer::Yes);
-    Open(L"Rock", 3,
-         [&]
-         {
-             Type(txtArtistSepMins1, L"46");
-             Type(txtTitleSepMins0, L"47");
-             Type(txtGlobalAlbumSepMins, L"48");
-             ClickCat(L"Jazz");
-         });
+    Open(L"Rock", 3, [&] {
+        Type(txtArtistSepMins1, L"46");
+        Type(txtTitleSepMins0, L"47");
+        Type(txtGlobalAlbumSepMins, L"48");
+        ClickCat(L"Jazz");
+    });
     EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 46);
     EXPECT_EQ(cMod.GlobalTitleSepMins(), 47);
     EXPECT_EQ(cMod.GlobalAlbumSepMins(), 48);
@@ -893,48 +817,40 @@ TEST_F(Form, EachOfThePendingEditsRaisesTheQuestionOnClosing)
             const RuleBox eBox = row.first;
             const bool bAsks = row.second;
             Shown().clear();
-            Open(L"Rock", 3,
-                 [&]
-                 {
-                     Type(eBox, L"46");
-                     bOK ? cForm->OKClick() : cForm->CancelClick();
-                 });
+            Open(L"Rock", 3, [&] {
+                Type(eBox, L"46");
+                bOK ? cForm->OKClick() : cForm->CancelClick();
+            });
             EXPECT_EQ(Shown(), bAsks ? Boxes{PendingChanges(L"Rock")} : Boxes()) << static_cast<int>(eBox);
         }
         Shown().clear();
-        Open(L"Rock", 3,
-             [&]
-             {
-                 ClickIgnore(true);
-                 bOK ? cForm->OKClick() : cForm->CancelClick();
-             });
+        Open(L"Rock", 3, [&] {
+            ClickIgnore(true);
+            bOK ? cForm->OKClick() : cForm->CancelClick();
+        });
         EXPECT_EQ(Shown(), Boxes{PendingChanges(L"Rock")});
     }
 }
 
 TEST_F(Form, NothingIsAskedWhenNothingIsPending)
 {
-    Open(L"Rock", 3,
-         [&]
-         {
-             ClickCat(L"Jazz");
-             Type(txtArtistSepMins1, L"46");
-             cForm->TabClick(RulesPane::Category);
-             cForm->ApplyClick();
-             ClickCat(L"Rock");
-             cForm->OKClick();
-         });
+    Open(L"Rock", 3, [&] {
+        ClickCat(L"Jazz");
+        Type(txtArtistSepMins1, L"46");
+        cForm->TabClick(RulesPane::Category);
+        cForm->ApplyClick();
+        ClickCat(L"Rock");
+        cForm->OKClick();
+    });
     EXPECT_EQ(Shown(), Boxes());
 }
 
 TEST_F(Form, WithoutACategoryTheQuestionNamesNone)
 {
-    Open(L"", 0,
-         [&]
-         {
-             Type(txtArtistSepMins0, L"46");
-             cForm->CancelClick();
-         });
+    Open(L"", 0, [&] {
+        Type(txtArtistSepMins0, L"46");
+        cForm->CancelClick();
+    });
     EXPECT_EQ(Shown(), (Boxes{PendingChanges(L"")}));
 }
 
@@ -942,20 +858,17 @@ TEST_F(Form, WithoutACategoryTheQuestionNamesNone)
 TEST_F(Form, TheSelectedCutsAreTakenBeforeTheQuestion)
 {
     cPorts.cMessages.OnShown = [&] { cScreen.lists[lstsongs1].lSelected.clear(); };
-    Open(L"Rock", 1,
-         [&]
-         {
-             cScreen.lists[lstsongs1].lSelected = {1};
-             Type(txtArtistSepMins1, L"46");
-             cForm->OKClick();
-         });
+    Open(L"Rock", 1, [&] {
+        cScreen.lists[lstsongs1].lSelected = {1};
+        Type(txtArtistSepMins1, L"46");
+        cForm->OKClick();
+    });
     EXPECT_EQ(request.colSelCuts, (Cuts{CutOf(1)}));
 }
 
 TEST_F(Form, ClicksWhileTheQuestionIsOpenAreIgnored)
 {
-    cPorts.cMessages.OnShown = [&]
-    {
+    cPorts.cMessages.OnShown = [&] {
         cForm->OKClick();
         cForm->CancelClick();
         cForm->ApplyClick();
@@ -963,12 +876,12 @@ TEST_F(Form, ClicksWhileTheQuestionIsOpenAreIgnored)
         cForm->NewLevelClick();
         cForm->SchedLibClick();
     };
-    EXPECT_EQ(Open(L"Rock", 3,
-                   [&]
-                   {
-                       Type(txtArtistSepMins1, L"46");
-                       cForm->OKClick();
-                   }),
+    EXPECT_EQ(Open(
+                  L"Rock", 3,
+                  [&] {
+        Type(txtArtistSepMins1, L"46");
+        cForm->OKClick();
+                  }),
               lChosen);
     EXPECT_EQ(Shown().size(), 1u);
     EXPECT_TRUE(cPorts.cMessages.Inputs.empty());
@@ -982,22 +895,18 @@ TEST_F(Form, ClosingStoresGlobalArtistAndTitleWhateverTheAnswerAndNeverTheAlbum)
     {
         Answers(eAnswer);
         cMod.SetGlobalAlbumSepMins(60);
-        Open(L"Rock", 3,
-             [&]
-             {
-                 Type(txtArtistSepMins0, L"-31");
-                 Type(txtTitleSepMins0, L"abc");
-                 cForm->CancelClick();
-             });
+        Open(L"Rock", 3, [&] {
+            Type(txtArtistSepMins0, L"-31");
+            Type(txtTitleSepMins0, L"abc");
+            cForm->CancelClick();
+        });
         EXPECT_EQ(cMod.GlobalArtistSepMins(), 31);
         EXPECT_EQ(cMod.GlobalTitleSepMins(), 60);
     }
-    Open(L"Rock", 3,
-         [&]
-         {
-             Type(txtGlobalAlbumSepMins, L"34");
-             cForm->OKClick();
-         });
+    Open(L"Rock", 3, [&] {
+        Type(txtGlobalAlbumSepMins, L"34");
+        cForm->OKClick();
+    });
     EXPECT_EQ(cMod.GlobalAlbumSepMins(), 60);
 }
 
@@ -1011,12 +920,10 @@ TEST_F(Form, ClosingWritesTheSettingsFile)
 // Somebody else may have set them since the window opened.
 TEST_F(Form, ClosingLeavesGlobalValuesTheUserDidNotTouch)
 {
-    Open(L"Rock", 3,
-         [&]
-         {
-             cMod.SetGlobalArtistSepMins(17);
-             cForm->OKClick();
-         });
+    Open(L"Rock", 3, [&] {
+        cMod.SetGlobalArtistSepMins(17);
+        cForm->OKClick();
+    });
     EXPECT_EQ(cMod.GlobalArtistSepMins(), 17);
 }
 
@@ -1025,16 +932,14 @@ TEST_F(Form, ClosingLeavesGlobalValuesTheUserDidNotTouch)
 TEST_F(Form, ANewCategoryIsListedAndChosen)
 {
     cPorts.cMessages.Typed = {L"Swing/Bop"};
-    Open(L"Rock", 3,
-         [&]
-         {
-             cForm->NewClick();
-             EXPECT_EQ(cScreen.Entries(lstCat), (Texts{L"Rock", L"Jazz", L"NOCAT", L"Swing_Bop"}));
-             EXPECT_EQ(cScreen.Current(lstCat), L"Swing_Bop");
-             EXPECT_EQ(Shown().size(), 1u) << "that it is named so";
-             EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"ALL"}));
-             cForm->OKClick();
-         });
+    Open(L"Rock", 3, [&] {
+        cForm->NewClick();
+        EXPECT_EQ(cScreen.Entries(lstCat), (Texts{L"Rock", L"Jazz", L"NOCAT", L"Swing_Bop"}));
+        EXPECT_EQ(cScreen.Current(lstCat), L"Swing_Bop");
+        EXPECT_EQ(Shown().size(), 1u) << "that it is named so";
+        EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"ALL"}));
+        cForm->OKClick();
+    });
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Swing_Bop"));
     EXPECT_EQ(request.cSubCatChosen, Level(L"Swing_Bop", 1));
 }
@@ -1045,14 +950,12 @@ TEST_F(Form, WithMultiSelectANewCategoryIsCurrentButNotSelected)
     cPorts.cMessages.Typed = {L"Swing"};
     request.cCut = CutOf(3);
     request.bAllowMultiSelect = true;
-    Open(L"", 0,
-         [&]
-         {
-             cForm->NewClick();
-             EXPECT_EQ(cScreen.Current(lstCat), L"Swing");
-             EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Jazz"}));
-             cForm->OKClick();
-         });
+    Open(L"", 0, [&] {
+        cForm->NewClick();
+        EXPECT_EQ(cScreen.Current(lstCat), L"Swing");
+        EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Jazz"}));
+        cForm->OKClick();
+    });
     EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Swing"));
 }
@@ -1063,15 +966,13 @@ TEST_F(Form, WithMultiSelectANewNoCatIsNotMarkedAndUnmarked)
     cPorts.cMessages.Typed = {L"NOCAT"};
     request.cCut = CutOf(3);
     request.bAllowMultiSelect = true;
-    Open(L"", 0,
-         [&]
-         {
-             cForm->NewClick();
-             EXPECT_EQ(cScreen.Current(lstCat), L"NOCAT");
-             EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"ALL"}));
-             EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Jazz"}));
-             cForm->OKClick();
-         });
+    Open(L"", 0, [&] {
+        cForm->NewClick();
+        EXPECT_EQ(cScreen.Current(lstCat), L"NOCAT");
+        EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"ALL"}));
+        EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Jazz"}));
+        cForm->OKClick();
+    });
     EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
 }
 
@@ -1081,8 +982,7 @@ TEST_F(Form, NothingCanBeUsedWhileALevelIsMadeAndSaved)
         Add(L"more " + std::to_wstring(i), L"Rock", 1, L"A", std::to_wstring(i));
     Repopulate();
     cPorts.cMessages.Typed = {L"2"};
-    const auto tryEverything = [&]
-    {
+    const auto tryEverything = [&] {
         EXPECT_TRUE(Disabled());
         cForm->OKClick();
         cForm->CancelClick();
@@ -1093,16 +993,14 @@ TEST_F(Form, NothingCanBeUsedWhileALevelIsMadeAndSaved)
         EXPECT_TRUE(cView.bOpen);
     };
     cPorts.cMessages.OnShown = tryEverything;
-    Open(L"Rock", 3,
-         [&]
-         {
-             Type(txtArtistSepMins1, L"46");
-             WhilePumping(tryEverything);
-             cForm->NewLevelClick();
-             EXPECT_FALSE(cView.bBusy);
-             EXPECT_TRUE(cScreen.enabled.at(lstCat));
-             EXPECT_FALSE(cScreen.bHourglass);
-         });
+    Open(L"Rock", 3, [&] {
+        Type(txtArtistSepMins1, L"46");
+        WhilePumping(tryEverything);
+        cForm->NewLevelClick();
+        EXPECT_FALSE(cView.bBusy);
+        EXPECT_TRUE(cScreen.enabled.at(lstCat));
+        EXPECT_FALSE(cScreen.bHourglass);
+    });
     EXPECT_GT(lPumps, 0);
     EXPECT_EQ(Shown(), Boxes());
     EXPECT_TRUE(Level(L"Rock", 2));
@@ -1111,12 +1009,10 @@ TEST_F(Form, NothingCanBeUsedWhileALevelIsMadeAndSaved)
 TEST_F(Form, NothingCanBeUsedWhileACategoryIsMade)
 {
     cPorts.cMessages.OnShown = [&] { EXPECT_TRUE(Disabled()); };
-    Open(L"Rock", 3,
-         [&]
-         {
-             cForm->NewClick();
-             EXPECT_FALSE(cView.bBusy);
-         });
+    Open(L"Rock", 3, [&] {
+        cForm->NewClick();
+        EXPECT_FALSE(cView.bBusy);
+    });
     EXPECT_EQ(cPorts.cMessages.Inputs.size(), 1u);
 }
 
@@ -1124,51 +1020,43 @@ TEST_F(Form, WithMultiSelectTheSongsStayDisabledAfterACommand)
 {
     cPorts.cMessages.Typed = {L"Swing"};
     request.bAllowMultiSelect = true;
-    Open(L"", 0,
-         [&]
-         {
-             cForm->NewClick();
-             EXPECT_TRUE(cScreen.enabled.at(lstCat));
-             EXPECT_FALSE(cScreen.enabled.at(lstsongs1));
-         });
+    Open(L"", 0, [&] {
+        cForm->NewClick();
+        EXPECT_TRUE(cScreen.enabled.at(lstCat));
+        EXPECT_FALSE(cScreen.enabled.at(lstsongs1));
+    });
 }
 
 TEST_F(Form, GivingUpANewCategoryKeepsTheChoice)
 {
-    Open(L"Rock", 3,
-         [&]
-         {
-             cForm->NewClick();
-             EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
-             EXPECT_EQ(cScreen.Current(lstlvl), L"3");
-         });
+    Open(L"Rock", 3, [&] {
+        cForm->NewClick();
+        EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
+        EXPECT_EQ(cScreen.Current(lstlvl), L"3");
+    });
 }
 
 TEST_F(Form, ANewLevelIsListedAndItsCategoryStaysChosen)
 {
     cPorts.cMessages.Typed = {L"2"};
-    Open(L"Rock", 3,
-         [&]
-         {
-             cForm->NewLevelClick();
-             EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"2", L"3", L"ALL"}));
-             EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
-             EXPECT_EQ(cScreen.Current(lstlvl), L"3");
-         });
+    Open(L"Rock", 3, [&] {
+        cForm->NewLevelClick();
+        EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"2", L"3", L"ALL"}));
+        EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
+        EXPECT_EQ(cScreen.Current(lstlvl), L"3");
+    });
     EXPECT_TRUE(Level(L"Rock", 2));
 }
 
 TEST_F(Form, ALevelThatIsDeletedMeanwhileAndThenClickedMeansAllLevels)
 {
-    Open(L"Rock", 1,
-         [&]
-         {
-             cForm->TabClick(RulesPane::Category);
-             MainCat(L"Rock")->RemoveSubCat(Level(L"Rock", 3));
-             ClickLevel(L"3");
-             EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Rock [ALL LEVELS].");
-             cForm->OKClick();
-         });
+    Open(L"Rock", 1, [&] {
+        cForm->TabClick(RulesPane::Category);
+        MainCat(L"Rock")->RemoveSubCat(Level(L"Rock", 3));
+        ClickLevel(L"3");
+        EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Rock [ALL LEVELS].");
+        cForm->OKClick();
+    });
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
     EXPECT_EQ(request.cSubCatChosen, nullptr);
 }
@@ -1184,14 +1072,12 @@ TEST_F(Form, ANewLevelNeedsACategory)
 TEST_F(Form, ANewLevelKeepsPendingEdits)
 {
     cPorts.cMessages.Typed = {L"2"};
-    Open(L"Rock", 3,
-         [&]
-         {
-             Type(txtArtistSepMins1, L"46");
-             cForm->NewLevelClick();
-             EXPECT_EQ(cView.texts[txtArtistSepMins1], L"46");
-             EXPECT_EQ(Shown(), Boxes());
-         });
+    Open(L"Rock", 3, [&] {
+        Type(txtArtistSepMins1, L"46");
+        cForm->NewLevelClick();
+        EXPECT_EQ(cView.texts[txtArtistSepMins1], L"46");
+        EXPECT_EQ(Shown(), Boxes());
+    });
 }
 
 // ---- the library ----
@@ -1199,35 +1085,31 @@ TEST_F(Form, ANewLevelKeepsPendingEdits)
 TEST_F(Form, TheMenuOpensTheLibraryUnlessItIsShowingAlready)
 {
     cSchedMan->SetWindows(&cWindows);
-    Open(L"Rock", 3,
-         [&]
-         {
-             cForm->MenuOpening();
-             EXPECT_TRUE(cView.bLibraryMenu);
-             cForm->SchedLibClick();
-             EXPECT_EQ(cWindows.lShown, 1);
-             cWindows.bShowing = true;
-             cForm->MenuOpening();
-             EXPECT_FALSE(cView.bLibraryMenu);
-             cForm->SchedLibClick();
-             EXPECT_EQ(cWindows.lShown, 1);
-         });
+    Open(L"Rock", 3, [&] {
+        cForm->MenuOpening();
+        EXPECT_TRUE(cView.bLibraryMenu);
+        cForm->SchedLibClick();
+        EXPECT_EQ(cWindows.lShown, 1);
+        cWindows.bShowing = true;
+        cForm->MenuOpening();
+        EXPECT_FALSE(cView.bLibraryMenu);
+        cForm->SchedLibClick();
+        EXPECT_EQ(cWindows.lShown, 1);
+    });
 }
 
 TEST_F(Form, WhatTheLibraryDeletedIsGoneFromTheWindow)
 {
     cSchedMan->SetWindows(&cWindows);
     cWindows.OnShow = [&] { cSchedMan->DeleteCats({MainCat(L"Rock")}); };
-    Open(L"Rock", 3,
-         [&]
-         {
-             cForm->TabClick(RulesPane::Category);
-             Type(txtArtistSepMins1, L"46");
-             cForm->SchedLibClick();
-             EXPECT_EQ(cScreen.Entries(lstCat), (Texts{L"Jazz", L"NOCAT"}));
-             EXPECT_EQ(cView.ePane, RulesPane::Global);
-             cForm->OKClick();
-         });
+    Open(L"Rock", 3, [&] {
+        cForm->TabClick(RulesPane::Category);
+        Type(txtArtistSepMins1, L"46");
+        cForm->SchedLibClick();
+        EXPECT_EQ(cScreen.Entries(lstCat), (Texts{L"Jazz", L"NOCAT"}));
+        EXPECT_EQ(cView.ePane, RulesPane::Global);
+        cForm->OKClick();
+    });
     EXPECT_EQ(Shown(), Boxes());
     EXPECT_EQ(request.cMainCatChosen, nullptr);
     EXPECT_EQ(request.cSubCatChosen, nullptr);
@@ -1237,22 +1119,18 @@ TEST_F(Form, WhatTheLibraryDeletedIsGoneFromTheWindow)
 
 TEST_F(Form, TheStripShowsAndHidesTheRulesAndIsRemembered)
 {
-    Open(L"", 0,
-         [&]
-         {
-             EXPECT_TRUE(cView.bRulesArea);
-             cForm->StripClick(false);
-             EXPECT_TRUE(cView.bRulesArea);
-             cForm->StripClick(true);
-             EXPECT_FALSE(cView.bRulesArea);
-         });
-    Open(L"", 0,
-         [&]
-         {
-             EXPECT_FALSE(cView.bRulesArea);
-             cForm->StripClick(true);
-             EXPECT_TRUE(cView.bRulesArea);
-         });
+    Open(L"", 0, [&] {
+        EXPECT_TRUE(cView.bRulesArea);
+        cForm->StripClick(false);
+        EXPECT_TRUE(cView.bRulesArea);
+        cForm->StripClick(true);
+        EXPECT_FALSE(cView.bRulesArea);
+    });
+    Open(L"", 0, [&] {
+        EXPECT_FALSE(cView.bRulesArea);
+        cForm->StripClick(true);
+        EXPECT_TRUE(cView.bRulesArea);
+    });
     Open(L"", 0, [&] { EXPECT_TRUE(cView.bRulesArea); });
 }
 

@@ -123,8 +123,9 @@ void HoldsTogether(const SplitSettings& settings, const SplitState& state, std::
     const std::int32_t lWidth = settings.bHorizontal ? lAcross : lExtent;
     const std::int32_t lHeight = settings.bHorizontal ? lExtent : lAcross;
     const auto start = [&](const TwipsRect& rect) { return settings.bHorizontal ? rect.lTop : rect.lLeft; };
-    const auto length = [&](const TwipsRect& rect)
-    { return settings.bHorizontal ? rect.lHeight : rect.lWidth; };
+    const auto length = [&](const TwipsRect& rect) {
+        return settings.bHorizontal ? rect.lHeight : rect.lWidth;
+    };
 
     const auto places = LayOutSplit(settings, state, lWidth, lHeight);
     ASSERT_TRUE(places);

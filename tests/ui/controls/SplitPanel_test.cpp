@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/controls/SplitPanelPresenter.h"
 
-#include "platform/memory/MemoryUserSettings.h"
 #include "base/RuntimeError.h"
+#include "platform/memory/MemoryUserSettings.h"
 
 #include <gtest/gtest.h>
 
@@ -140,8 +140,7 @@ TEST_F(Panel, LayoutPropertiesLayOutAgain)
 {
     cPanel.Resize(10000, 9000);
     int lLayouts = cScreen.lLayouts;
-    const auto laysOut = [&](const auto& set)
-    {
+    const auto laysOut = [&](const auto& set) {
         set();
         const bool bOnce = cScreen.lLayouts == lLayouts + 1;
         lLayouts = cScreen.lLayouts;
@@ -163,8 +162,8 @@ TEST_F(Panel, IntegersOutOfRangeAreAnOverflow)
 {
     for (const std::int32_t lValue : {-32769, 32768, 2000000})
     {
-        for (const auto set :
-             {&SplitPanelPresenter::SetMinPanelSize, &SplitPanelPresenter::SetSplitterWidth, &SplitPanelPresenter::SetSnapped})
+        for (const auto set : {&SplitPanelPresenter::SetMinPanelSize, &SplitPanelPresenter::SetSplitterWidth,
+                               &SplitPanelPresenter::SetSnapped})
         {
             try
             {

@@ -232,8 +232,7 @@ TEST_F(CategoryTreeTest, AHostsTreeMayEditCategoriesWhileItIsFilled)
     cLibrary.cDataBase->Add(L"b", L"Rock", 2);
     cLibrary.Populate();
     EditingTree cEditing;
-    cEditing.OnAdd = [&]
-    {
+    cEditing.OnAdd = [&] {
         const std::shared_ptr<CatCollection> colMainCats = cLibrary.cSchedMan->colMainCats();
         if (!colMainCats->Empty())
             cLibrary.cSchedMan->DeleteCats({colMainCats->At(0)});

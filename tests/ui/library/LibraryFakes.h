@@ -39,7 +39,8 @@ public:
         colExpanded.clear();
         bChecked.assign(cTree.Count(), false);
     }
-    void ShowChecks(const CategoryTreePresenter& cTree, const std::vector<CategoryTreePresenter::Node>& colNodes) override
+    void ShowChecks(const CategoryTreePresenter& cTree,
+                    const std::vector<CategoryTreePresenter::Node>& colNodes) override
     {
         for (const CategoryTreePresenter::Node lNode : colNodes)
             bChecked[lNode] = cTree.At(lNode).bChecked;
@@ -188,7 +189,8 @@ struct LibraryWindowLifetime
     void DropOnNode(const std::wstring& sName, std::int32_t lLevel)
     {
         ASSERT_TRUE(cForm.DragStarted());
-        cForm.DragCompleted(frmUILibPresenter::Drop{true, CategoryKey(sName, lLevel), std::nullopt, sGridPayload});
+        cForm.DragCompleted(
+            frmUILibPresenter::Drop{true, CategoryKey(sName, lLevel), std::nullopt, sGridPayload});
     }
     void DropOnRow(std::optional<std::size_t> row)
     {

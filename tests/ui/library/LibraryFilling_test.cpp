@@ -241,8 +241,7 @@ TEST_F(LibraryFillingTest, AHostsGridMayEditCategoriesWhileItIsFilled)
         cGrid.OnCall = nullptr;
         Show(sKey);
         const Keys colExpected = cGrid.RowKeys();
-        cGrid.OnCall = [&]
-        {
+        cGrid.OnCall = [&] {
             const std::shared_ptr<CatCollection> colMainCats = cLibrary.cSchedMan->colMainCats();
             if (!colMainCats->Empty())
                 cLibrary.cSchedMan->DeleteCats({colMainCats->At(0)});
@@ -279,8 +278,7 @@ TEST_F(LibraryFillingTest, CellByCellPausesAndReportsAreThrottled)
     cLibrary.Populate();
     cPorts.cHostLoop.lSleeps = 0;
     std::vector<std::uint32_t> colPauses;
-    cPorts.cHostLoop.OnSleep = [&](std::uint32_t lMs)
-    {
+    cPorts.cHostLoop.OnSleep = [&](std::uint32_t lMs) {
         colPauses.push_back(lMs);
         cPorts.cClock.Advance(100); // and the pause of 1 ms itself
     };

@@ -278,8 +278,7 @@ TEST_P(ReorderTest, KeysPressedDuringAMoveAreGatheredIntoOneMore)
 {
     window.cGridView.Select({7});
     int lPresses = 3; // arrive while the first move runs
-    window.cPorts.cHostLoop.OnPump = [&]
-    {
+    window.cPorts.cHostLoop.OnPump = [&] {
         if (lPresses > 0 && lPresses-- > 0)
             window.cForm.MoveSelected(true);
     };
@@ -306,8 +305,7 @@ TEST_P(ReorderTest, AMoveByManyPlacesStopsAtTheEnds)
 
 TEST_P(ReorderTest, NoInsertionLineWhereADropWouldChangeNothing)
 {
-    const auto WouldMove = [&](const Rows& colRows, std::optional<std::size_t> row)
-    {
+    const auto WouldMove = [&](const Rows& colRows, std::optional<std::size_t> row) {
         window.cGridView.Select(colRows);
         EXPECT_TRUE(window.cForm.DragStarted());
         const bool bMoves = Grid().DropWouldMove(row);

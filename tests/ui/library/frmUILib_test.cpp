@@ -86,8 +86,7 @@ TEST_P(frmUILibTest, WithoutAManagerABoxSaysSoAndNoWindowIsShown)
 TEST_P(frmUILibTest, ItOpensWithTheRootSelectedAndAllAudioShown)
 {
     bool bShown = false;
-    window.cView.OnModal = [&]
-    {
+    window.cView.OnModal = [&] {
         bShown = true;
         EXPECT_TRUE(Form().Showing());
         EXPECT_FALSE(window.cView.Busy());
@@ -106,8 +105,7 @@ TEST_P(frmUILibTest, ItCountsAsShowingBeforeTheFirstMessagesRun)
 {
     window.cLibrary.Populate();
     int lPumps = 0;
-    window.cPorts.cHostLoop.OnPump = [&]
-    {
+    window.cPorts.cHostLoop.OnPump = [&] {
         ++lPumps;
         EXPECT_TRUE(Form().Showing());
     };
@@ -140,8 +138,7 @@ TEST_P(frmUILibTest, AFailureWhileItOpensLeavesNoProgressBar)
 
 TEST_P(frmUILibTest, ShowingItAgainWhileItShowsBringsItToTheFront)
 {
-    window.cView.OnModal = [&]
-    {
+    window.cView.OnModal = [&] {
         Form().ShowModalUI();
         EXPECT_EQ(window.cView.lFront, 1);
         EXPECT_TRUE(Form().Showing());
@@ -414,8 +411,7 @@ TEST_P(frmUILibTest, AnEditLeavesTheListWhereItIs)
     window.cGridView.lCurrent = 2;
     window.cGridView.lTop = 1;
     window.cGridView.Select({2});
-    window.cLibrary.cHost.OnEvent = [&](const std::wstring& sLine)
-    {
+    window.cLibrary.cHost.OnEvent = [&](const std::wstring& sLine) {
         if (sLine.starts_with(L"Edit")) // the editor's OK: the database announces the change
             window.cLibrary.cDataBase->Announce(&DataBaseEvents::CutsModified,
                                                 Cuts{window.cLibrary.cDataBase->colCuts[2]});
@@ -481,8 +477,7 @@ TEST_P(frmUILibTest, AWindowThatIsToCloseShowsNoMoreNews)
 {
     window.Show();
     window.cGridView.lFilled = 0;
-    window.cPorts.cHostLoop.OnPump = [&]
-    {
+    window.cPorts.cHostLoop.OnPump = [&] {
         Form().RequestRefresh(); // each time: the news never end
         Form().RequestClose();
     };
@@ -511,8 +506,7 @@ TEST_P(frmUILibTest, SaveWritesThePresentOrdersAfterAPopulationMeanwhile)
     window.cLibrary.Level(L"Jazz", 1)->SchedCuts()->SendToBack(TextKey(L"c"));
     window.cPorts.cFiles.MakeFolders(L"D:\\Other");
     bool bOnce = false;
-    window.cLibrary.cHost.OnEvent = [&](const std::wstring& sLine)
-    {
+    window.cLibrary.cHost.OnEvent = [&](const std::wstring& sLine) {
         if (!sLine.starts_with(L"Done") || std::exchange(bOnce, true))
             return;
         window.cLibrary.cDataBase->colCuts[2]->SetCategoryText(L"Rock"); // c is no longer in Jazz
@@ -570,8 +564,7 @@ TEST_P(frmUILibTest, WhatIsCreatedLeavesShownSelectedAndTicked)
 {
     CategoryWindows cWindows;
     Man().SetWindows(&cWindows);
-    cWindows.OnCategory = [&](CategoryRequest&)
-    {
+    cWindows.OnCategory = [&](CategoryRequest&) {
         std::wstring sName = L"Soul";
         Man().CreateMainCat(sName);
     };
@@ -654,8 +647,7 @@ TEST_P(frmUILibTest, TheWindowIsNotBusyWhileShufflingAsks)
     window.Show();
     Tick(L"Rock", 1);
     int lAsked = 0;
-    window.cPorts.cMessages.OnShown = [&]
-    {
+    window.cPorts.cMessages.OnShown = [&] {
         ++lAsked;
         EXPECT_FALSE(window.cView.Busy());
     };
@@ -740,8 +732,7 @@ TEST_P(frmUILibTest, TheCategoryWindowIsCaptionedAndRefreshesOnlyWhenCategoriesC
     Form().Do(mnuCatUI);
     EXPECT_EQ(sCaption, L"Category Selector");
     EXPECT_EQ(window.cTreeView.lShown, 0);
-    cWindows.OnCategory = [&](CategoryRequest&)
-    {
+    cWindows.OnCategory = [&](CategoryRequest&) {
         std::wstring sName = L"Pop";
         Man().CreateMainCat(sName);
     };
@@ -801,8 +792,7 @@ TEST_P(frmUILibTest, WhatTheUserDoesWhileSomethingRunsIsIgnored)
     window.Show();
     window.cLibrary.cHost.colSaid.clear();
     bool bOnce = false;
-    window.cPorts.cHostLoop.OnPump = [&]
-    {
+    window.cPorts.cHostLoop.OnPump = [&] {
         if (std::exchange(bOnce, true))
             return;
         EXPECT_TRUE(window.cView.Busy());

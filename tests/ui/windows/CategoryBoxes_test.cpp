@@ -100,124 +100,114 @@ struct CategoryBoxes : CategoryWindowTest
 
 TEST_F(CategoryBoxes, EachNameThatIsRefusedIsExplainedAndAskedForAgain)
 {
-    Open(
-        [&](const User& user)
-        {
-            user.Click(At(eIdcmdNew));
-            EXPECT_EQ(user.Box(), (BoxOnScreen{L"New Category Creation",
-                                               L"Type the name for the new category",
-                                               {IDOK, IDCANCEL}}));
-            EXPECT_EQ(Offered(user), L"");
-            Shot(user, L"new-category");
-            Refused(user, L"2024",
-                    {L"Invalid Category Name",
-                     L"Category Names must not be numeric!\r\n\r\nTry Again?",
-                     {IDYES, IDNO}},
-                    IDI_QUESTION, L"name-numeric", IDYES);
-            Refused(user, std::wstring(51, L'x'),
-                    {L"Category Name Too Long! [max 50 chars]",
-                     L"Category Name too long!\r\n\r\nTry Again?",
-                     {IDYES, IDNO}},
-                    IDI_QUESTION, L"name-too-long", IDYES);
-            Refused(user, L"Rock",
-                    {L"Category Rock Already Exists!",
-                     L"There is already a category by this name!\r\n\r\nTry Again?",
-                     {IDYES, IDNO}},
-                    IDI_QUESTION, L"name-exists", IDYES);
-            Refused(user, L"con",
-                    {L"Invalid Category Name",
-                     L"Unable to create a category with the name: con\r\n\r\nTry Again?",
-                     {IDYES, IDNO}},
-                    IDI_QUESTION, L"name-impossible", IDNO);
-            EXPECT_EQ(user.Find(L"#32770"), nullptr);
-            EXPECT_EQ(user.Entries(At(eIdlstCat)), (Texts{L"Rock", L"Jazz", L"NOCAT"}));
-            EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"Rock"}));
-            EXPECT_EQ(user.FocusedWindow(), At(eIdcmdNew));
-        });
+    Open([&](const User& user) {
+        user.Click(At(eIdcmdNew));
+        EXPECT_EQ(
+            user.Box(),
+            (BoxOnScreen{L"New Category Creation", L"Type the name for the new category", {IDOK, IDCANCEL}}));
+        EXPECT_EQ(Offered(user), L"");
+        Shot(user, L"new-category");
+        Refused(user, L"2024",
+                {L"Invalid Category Name",
+                 L"Category Names must not be numeric!\r\n\r\nTry Again?",
+                 {IDYES, IDNO}},
+                IDI_QUESTION, L"name-numeric", IDYES);
+        Refused(user, std::wstring(51, L'x'),
+                {L"Category Name Too Long! [max 50 chars]",
+                 L"Category Name too long!\r\n\r\nTry Again?",
+                 {IDYES, IDNO}},
+                IDI_QUESTION, L"name-too-long", IDYES);
+        Refused(user, L"Rock",
+                {L"Category Rock Already Exists!",
+                 L"There is already a category by this name!\r\n\r\nTry Again?",
+                 {IDYES, IDNO}},
+                IDI_QUESTION, L"name-exists", IDYES);
+        Refused(user, L"con",
+                {L"Invalid Category Name",
+                 L"Unable to create a category with the name: con\r\n\r\nTry Again?",
+                 {IDYES, IDNO}},
+                IDI_QUESTION, L"name-impossible", IDNO);
+        EXPECT_EQ(user.Find(L"#32770"), nullptr);
+        EXPECT_EQ(user.Entries(At(eIdlstCat)), (Texts{L"Rock", L"Jazz", L"NOCAT"}));
+        EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"Rock"}));
+        EXPECT_EQ(user.FocusedWindow(), At(eIdcmdNew));
+    });
 }
 
 TEST_F(CategoryBoxes, EachLevelThatIsRefusedIsExplainedAndAskedForAgain)
 {
-    Open(
-        [&](const User& user)
-        {
-            user.Click(At(eIdcmdNewLevel));
-            EXPECT_EQ(user.Box(), (BoxOnScreen{L"Enter The New Category Level",
-                                               L"This level will be placed under category: Rock\r\n"
-                                               L"Valid Values: Greater than zero\r\n"
-                                               L"Type the numeric NEW category level",
-                                               {IDOK, IDCANCEL}}));
-            Shot(user, L"new-level");
-            Refused(user, L"two", {L"Must Be a Number!", L"Invalid Entry!", {IDOK}}, IDI_EXCLAMATION,
-                    L"level-no-number", IDOK);
-            for (const wchar_t* sLevel : {L"0", L"32765"})
-                Refused(user, sLevel,
-                        {L"Invalid Category Level Entry",
-                         L"Invalid - must be greater than zero and less than 32675!",
-                         {IDOK}},
-                        IDI_EXCLAMATION, L"level-out-of-range", IDOK);
-            Refused(user, L"3",
-                    {L"Category Level Already Present!",
-                     L"There is already a category level 3 under Rock\r\n\r\nTry Again?",
-                     {IDYES, IDNO}},
-                    IDI_QUESTION, L"level-exists", IDNO);
-            EXPECT_EQ(user.Find(L"#32770"), nullptr);
-            EXPECT_EQ(user.Entries(At(eIdlstlvl)), (Texts{L"1", L"3", L"ALL"}));
-        });
+    Open([&](const User& user) {
+        user.Click(At(eIdcmdNewLevel));
+        EXPECT_EQ(user.Box(), (BoxOnScreen{L"Enter The New Category Level",
+                                           L"This level will be placed under category: Rock\r\n"
+                                           L"Valid Values: Greater than zero\r\n"
+                                           L"Type the numeric NEW category level",
+                                           {IDOK, IDCANCEL}}));
+        Shot(user, L"new-level");
+        Refused(user, L"two", {L"Must Be a Number!", L"Invalid Entry!", {IDOK}}, IDI_EXCLAMATION,
+                L"level-no-number", IDOK);
+        for (const wchar_t* sLevel : {L"0", L"32765"})
+            Refused(user, sLevel,
+                    {L"Invalid Category Level Entry",
+                     L"Invalid - must be greater than zero and less than 32675!",
+                     {IDOK}},
+                    IDI_EXCLAMATION, L"level-out-of-range", IDOK);
+        Refused(user, L"3",
+                {L"Category Level Already Present!",
+                 L"There is already a category level 3 under Rock\r\n\r\nTry Again?",
+                 {IDYES, IDNO}},
+                IDI_QUESTION, L"level-exists", IDNO);
+        EXPECT_EQ(user.Find(L"#32770"), nullptr);
+        EXPECT_EQ(user.Entries(At(eIdlstlvl)), (Texts{L"1", L"3", L"ALL"}));
+    });
 }
 
 TEST_F(CategoryBoxes, ReplacedCharactersAreMentioned)
 {
-    Open(
-        [&](const User& user)
-        {
-            user.Click(At(eIdcmdNew));
-            user.AnswerInput(L"AC/DC");
-            EXPECT_EQ(user.Box(),
-                      (BoxOnScreen{L"New Category Creation",
-                                   L"The category is named: AC_DC\r\n"
-                                   L"A file of its name is kept, in which these characters cannot stand: "
-                                   L"* / : < > ? \\ | \"",
-                                   {IDOK}}));
-            EXPECT_EQ(IconOf(OpenBox(user)), ::LoadIconW(nullptr, IDI_INFORMATION));
-            Shot(user, L"name-replaced");
-            user.Answer(IDOK);
-            EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"AC_DC"}));
-        });
+    Open([&](const User& user) {
+        user.Click(At(eIdcmdNew));
+        user.AnswerInput(L"AC/DC");
+        EXPECT_EQ(user.Box(),
+                  (BoxOnScreen{L"New Category Creation",
+                               L"The category is named: AC_DC\r\n"
+                               L"A file of its name is kept, in which these characters cannot stand: "
+                               L"* / : < > ? \\ | \"",
+                               {IDOK}}));
+        EXPECT_EQ(IconOf(OpenBox(user)), ::LoadIconW(nullptr, IDI_INFORMATION));
+        Shot(user, L"name-replaced");
+        user.Answer(IDOK);
+        EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"AC_DC"}));
+    });
 }
 
 TEST_F(CategoryBoxes, ALevelNeedsAChosenCategory)
 {
     request.cMainCatChosen = nullptr;
-    Open(
-        [&](const User& user)
-        {
-            user.Click(At(eIdcmdNewLevel));
-            EXPECT_EQ(user.Box(),
-                      (BoxOnScreen{L"Impossible!",
-                                   L"Impossible to create a level is we dont know which main cat it's in!",
-                                   {IDOK}}));
-            EXPECT_EQ(IconOf(OpenBox(user)), nullptr);
-            Shot(user, L"level-impossible");
-            user.Key(VK_RETURN);
-            EXPECT_EQ(user.Find(L"#32770"), nullptr);
-        });
+    Open([&](const User& user) {
+        user.Click(At(eIdcmdNewLevel));
+        EXPECT_EQ(user.Box(),
+                  (BoxOnScreen{L"Impossible!",
+                               L"Impossible to create a level is we dont know which main cat it's in!",
+                               {IDOK}}));
+        EXPECT_EQ(IconOf(OpenBox(user)), nullptr);
+        Shot(user, L"level-impossible");
+        user.Key(VK_RETURN);
+        EXPECT_EQ(user.Find(L"#32770"), nullptr);
+    });
 }
 
 TEST_F(CategoryBoxes, TheCategoryTabWithoutACategoryIsExplainedWithTheInformationIcon)
 {
     request.cMainCatChosen = nullptr;
-    Open(
-        [&](const User& user)
-        {
-            user.ClickTab(At(eIdTabStrip1), 1);
-            EXPECT_EQ(user.Box(), (BoxOnScreen{L"ALL SONGS Is Not Valid For This!",
-                                               L"First use the category selector to choose a category",
-                                               {IDOK}}));
-            EXPECT_EQ(IconOf(OpenBox(user)), ::LoadIconW(nullptr, IDI_INFORMATION));
-            Shot(user, L"category-tab-without-category");
-            user.Answer(IDOK);
-        });
+    Open([&](const User& user) {
+        user.ClickTab(At(eIdTabStrip1), 1);
+        EXPECT_EQ(user.Box(), (BoxOnScreen{L"ALL SONGS Is Not Valid For This!",
+                                           L"First use the category selector to choose a category",
+                                           {IDOK}}));
+        EXPECT_EQ(IconOf(OpenBox(user)), ::LoadIconW(nullptr, IDI_INFORMATION));
+        Shot(user, L"category-tab-without-category");
+        user.Answer(IDOK);
+    });
 }
 
 // Before the window itself: it opens when the box is closed.
@@ -226,87 +216,82 @@ TEST_F(CategoryBoxes, ACutOfAMissingCategoryIsReportedWithTheCriticalIcon)
     request.cCut = cState.cDataBase->Add(L"p", L"Polka", 1);
     request.bAllowMultiSelect = true;
     WhileOpen([&] { EXPECT_EQ(cState.cSchedMan->ShowCatUI(request), lNotChosen); },
-              [&](const User& user)
-              {
-                  const HWND hBox = OpenBox(user);
-                  EXPECT_EQ(user.Box(), (BoxOnScreen{L"Error!",
-                                                     L"Unexpected!- main cat Polka\t0\r\n"
-                                                     L"Doesn't exist in ShowCutCatsAsSelected!",
-                                                     {IDOK}}));
-                  EXPECT_EQ(IconOf(hBox), ::LoadIconW(nullptr, IDI_ERROR));
-                  EXPECT_TRUE(TakeScreenshot(hBox, L"box-cut-of-missing-category"));
-                  user.Answer(IDOK);
-                  hWindow = user.WaitFor(sfrmCatClass);
-                  user.Key(VK_ESCAPE);
-                  user.WaitUntilGone(hWindow);
-              });
+              [&](const User& user) {
+        const HWND hBox = OpenBox(user);
+        EXPECT_EQ(user.Box(), (BoxOnScreen{L"Error!",
+                                           L"Unexpected!- main cat Polka\t0\r\n"
+                                           L"Doesn't exist in ShowCutCatsAsSelected!",
+                                           {IDOK}}));
+        EXPECT_EQ(IconOf(hBox), ::LoadIconW(nullptr, IDI_ERROR));
+        EXPECT_TRUE(TakeScreenshot(hBox, L"box-cut-of-missing-category"));
+        user.Answer(IDOK);
+        hWindow = user.WaitFor(sfrmCatClass);
+        user.Key(VK_ESCAPE);
+        user.WaitUntilGone(hWindow);
+    });
 }
 
 TEST_F(CategoryBoxes, TheQuestionAboutPendingChangesHasItsIconAndIsAnsweredByKeys)
 {
-    Open(
-        [&](const User& user)
+    Open([&](const User& user) {
+        for (const auto& [lKey, lMins] : {std::pair{'N', 60}, std::pair{'Y', 25}})
         {
-            for (const auto& [lKey, lMins] : {std::pair{'N', 60}, std::pair{'Y', 25}})
-            {
-                user.ClickTab(At(eIdTabStrip1), 1);
-                user.ClickEntry(At(eIdlstCat), 0);
-                user.ClickEntry(At(eIdlstlvl), 1);
-                user.Replace(Box(1, eIdtxtArtistSepMins), L"25");
-                user.ClickEntry(At(eIdlstCat), 1);
-                EXPECT_EQ(user.Box(), Question(L"Rock"));
-                EXPECT_EQ(IconOf(OpenBox(user)), ::LoadIconW(nullptr, IDI_QUESTION));
-                EXPECT_FALSE(::IsWindowEnabled(hWindow));
-                EXPECT_TRUE(InTheMiddle(OpenBox(user)));
-                Shot(user, L"pending-changes");
-                user.Key(lKey);
-                EXPECT_EQ(user.Find(L"#32770"), nullptr);
-                EXPECT_TRUE(::IsWindowEnabled(hWindow));
-                EXPECT_EQ(cState.Level(L"Rock", 3)->Rules()->ArtistSepMins(), lMins);
-            }
-        });
+            user.ClickTab(At(eIdTabStrip1), 1);
+            user.ClickEntry(At(eIdlstCat), 0);
+            user.ClickEntry(At(eIdlstlvl), 1);
+            user.Replace(Box(1, eIdtxtArtistSepMins), L"25");
+            user.ClickEntry(At(eIdlstCat), 1);
+            EXPECT_EQ(user.Box(), Question(L"Rock"));
+            EXPECT_EQ(IconOf(OpenBox(user)), ::LoadIconW(nullptr, IDI_QUESTION));
+            EXPECT_FALSE(::IsWindowEnabled(hWindow));
+            EXPECT_TRUE(InTheMiddle(OpenBox(user)));
+            Shot(user, L"pending-changes");
+            user.Key(lKey);
+            EXPECT_EQ(user.Find(L"#32770"), nullptr);
+            EXPECT_TRUE(::IsWindowEnabled(hWindow));
+            EXPECT_EQ(cState.Level(L"Rock", 3)->Rules()->ArtistSepMins(), lMins);
+        }
+    });
 }
 
 TEST_F(CategoryBoxes, TheInputBoxStandsInTheMiddleInTheMessageFontAndIsUsedByKeysAlone)
 {
-    Open(
-        [&](const User& user)
-        {
-            user.Key('N', VK_MENU);
-            const HWND hBox = OpenBox(user);
-            const HWND hEdit = ::GetDlgItem(hBox, lInputBoxEdit);
-            EXPECT_EQ(::GetWindow(hBox, GW_OWNER), hWindow);
-            EXPECT_FALSE(::IsWindowEnabled(hWindow));
-            EXPECT_TRUE(InTheMiddle(hBox));
-            EXPECT_EQ(Untidiness(hBox), std::vector<std::string>());
-            EXPECT_EQ(Nameless(hBox), std::vector<std::string>());
-            EXPECT_EQ(FontOf(hEdit), FontOf(At(IDOK)));
+    Open([&](const User& user) {
+        user.Key('N', VK_MENU);
+        const HWND hBox = OpenBox(user);
+        const HWND hEdit = ::GetDlgItem(hBox, lInputBoxEdit);
+        EXPECT_EQ(::GetWindow(hBox, GW_OWNER), hWindow);
+        EXPECT_FALSE(::IsWindowEnabled(hWindow));
+        EXPECT_TRUE(InTheMiddle(hBox));
+        EXPECT_EQ(Untidiness(hBox), std::vector<std::string>());
+        EXPECT_EQ(Nameless(hBox), std::vector<std::string>());
+        EXPECT_EQ(FontOf(hEdit), FontOf(At(IDOK)));
 
-            EXPECT_EQ(user.FocusedWindow(), hEdit);
-            user.Key(VK_TAB);
-            EXPECT_EQ(user.FocusedWindow(), ::GetDlgItem(hBox, IDOK));
-            user.Key(VK_TAB);
-            EXPECT_EQ(user.FocusedWindow(), ::GetDlgItem(hBox, IDCANCEL));
-            user.Key(VK_TAB);
-            EXPECT_EQ(user.FocusedWindow(), hEdit);
-            user.Type(L"Swing");
-            user.Key(VK_RETURN);
-            EXPECT_TRUE(cState.MainCat(L"Swing"));
-            EXPECT_TRUE(::IsWindowEnabled(hWindow));
+        EXPECT_EQ(user.FocusedWindow(), hEdit);
+        user.Key(VK_TAB);
+        EXPECT_EQ(user.FocusedWindow(), ::GetDlgItem(hBox, IDOK));
+        user.Key(VK_TAB);
+        EXPECT_EQ(user.FocusedWindow(), ::GetDlgItem(hBox, IDCANCEL));
+        user.Key(VK_TAB);
+        EXPECT_EQ(user.FocusedWindow(), hEdit);
+        user.Type(L"Swing");
+        user.Key(VK_RETURN);
+        EXPECT_TRUE(cState.MainCat(L"Swing"));
+        EXPECT_TRUE(::IsWindowEnabled(hWindow));
 
-            // Esc, and Enter on Cancel, give up.
-            user.Key('N', VK_MENU);
-            user.Type(L"Polka");
-            user.Key(VK_ESCAPE);
-            EXPECT_EQ(user.Find(L"#32770"), nullptr);
-            user.Key('N', VK_MENU);
-            user.Type(L"Polka");
-            user.Key(VK_TAB);
-            user.Key(VK_TAB);
-            user.Key(VK_RETURN);
-            EXPECT_EQ(user.Find(L"#32770"), nullptr);
-            EXPECT_FALSE(cState.MainCat(L"Polka"));
-        });
+        // Esc, and Enter on Cancel, give up.
+        user.Key('N', VK_MENU);
+        user.Type(L"Polka");
+        user.Key(VK_ESCAPE);
+        EXPECT_EQ(user.Find(L"#32770"), nullptr);
+        user.Key('N', VK_MENU);
+        user.Type(L"Polka");
+        user.Key(VK_TAB);
+        user.Key(VK_TAB);
+        user.Key(VK_RETURN);
+        EXPECT_EQ(user.Find(L"#32770"), nullptr);
+        EXPECT_FALSE(cState.MainCat(L"Polka"));
+    });
 }
 
 } // namespace ravlo::test

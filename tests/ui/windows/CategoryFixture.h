@@ -49,14 +49,13 @@ struct CategoryWindowTest : ::testing::Test
     {
         std::int32_t lAnswer = 0;
         WhileOpen([&] { lAnswer = cState.cSchedMan->ShowCatUI(request); },
-                  [&](const User& user)
-                  {
-                      hWindow = user.WaitFor(sfrmCatClass);
-                      drive(user);
-                      if (::IsWindow(hWindow))
-                          user.Key(VK_ESCAPE);
-                      user.WaitUntilGone(hWindow);
-                  });
+                  [&](const User& user) {
+            hWindow = user.WaitFor(sfrmCatClass);
+            drive(user);
+            if (::IsWindow(hWindow))
+                user.Key(VK_ESCAPE);
+            user.WaitUntilGone(hWindow);
+        });
         return lAnswer;
     }
     HWND At(int lId) const { return User::Control(hWindow, lId); }

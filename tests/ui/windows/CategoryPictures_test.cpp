@@ -49,17 +49,15 @@ struct CategoryPictures : CategoryWindowTest
 
 TEST_F(CategoryPictures, OfChoosingCuts)
 {
-    Open(
-        [&](const User& user)
-        {
-            user.ClickEntry(At(eIdlstsongs1), 2);
-            user.ClickEntry(At(eIdlstsongs1), 4, VK_CONTROL);
-            EXPECT_EQ(user.Selected(At(eIdlstsongs1)).size(), 2u);
-            Picture(user, L"choice");
-            user.Click(At(eIdchkOpener));
-            user.Click(At(eIdchkSortedSongs));
-            Picture(user, L"openers-sorted");
-        });
+    Open([&](const User& user) {
+        user.ClickEntry(At(eIdlstsongs1), 2);
+        user.ClickEntry(At(eIdlstsongs1), 4, VK_CONTROL);
+        EXPECT_EQ(user.Selected(At(eIdlstsongs1)).size(), 2u);
+        Picture(user, L"choice");
+        user.Click(At(eIdchkOpener));
+        user.Click(At(eIdchkSortedSongs));
+        Picture(user, L"openers-sorted");
+    });
 }
 
 TEST_F(CategoryPictures, OfACutOfSeveralCategories)
@@ -70,61 +68,52 @@ TEST_F(CategoryPictures, OfACutOfSeveralCategories)
     cState.Populate();
     request.cMainCatChosen = nullptr;
     request.cSubCatChosen = nullptr;
-    Open(
-        [&](const User& user)
-        {
-            EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"Pop", L"Soul"}));
-            EXPECT_EQ(user.Selected(At(eIdlstlvl)), (Texts{L"2"}));
-            Picture(user, L"multi-select");
-        });
+    Open([&](const User& user) {
+        EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"Pop", L"Soul"}));
+        EXPECT_EQ(user.Selected(At(eIdlstlvl)), (Texts{L"2"}));
+        Picture(user, L"multi-select");
+    });
 }
 
 TEST_F(CategoryPictures, OfTheRules)
 {
-    Open(
-        [&](const User& user)
-        {
-            user.Click(At(eIdLabel2));
-            EXPECT_FALSE(::IsWindowVisible(At(eIdTabStrip1)));
-            Picture(user, L"rules-hidden");
-            user.Click(At(eIdLabel2));
-            user.ClickTab(At(eIdTabStrip1), 1);
-            user.Replace(Box(1, eIdtxtArtistSepMins), L"90");
-            Picture(user, L"rules");
-            user.ClickEntry(At(eIdlstCat), 1);
-            EXPECT_EQ(user.Box(), Question(L"Rock"));
-            EXPECT_TRUE(TakeScreenshot({hWindow, user.Find(L"#32770")}, L"guide-category-pending-question"));
-            user.Answer(IDNO);
-        });
+    Open([&](const User& user) {
+        user.Click(At(eIdLabel2));
+        EXPECT_FALSE(::IsWindowVisible(At(eIdTabStrip1)));
+        Picture(user, L"rules-hidden");
+        user.Click(At(eIdLabel2));
+        user.ClickTab(At(eIdTabStrip1), 1);
+        user.Replace(Box(1, eIdtxtArtistSepMins), L"90");
+        Picture(user, L"rules");
+        user.ClickEntry(At(eIdlstCat), 1);
+        EXPECT_EQ(user.Box(), Question(L"Rock"));
+        EXPECT_TRUE(TakeScreenshot({hWindow, user.Find(L"#32770")}, L"guide-category-pending-question"));
+        user.Answer(IDNO);
+    });
 }
 
 TEST_F(CategoryPictures, OfMakingACategory)
 {
-    Open(
-        [&](const User& user)
-        {
-            user.Click(At(eIdcmdNew));
-            EXPECT_EQ(user.Box().sTitle, L"New Category Creation");
-            user.Type(L"Evening Jazz");
-            EXPECT_TRUE(TakeScreenshot({hWindow, user.Find(L"#32770")}, L"guide-category-new"));
-            user.Key(VK_ESCAPE);
-        });
+    Open([&](const User& user) {
+        user.Click(At(eIdcmdNew));
+        EXPECT_EQ(user.Box().sTitle, L"New Category Creation");
+        user.Type(L"Evening Jazz");
+        EXPECT_TRUE(TakeScreenshot({hWindow, user.Find(L"#32770")}, L"guide-category-new"));
+        user.Key(VK_ESCAPE);
+    });
 }
 
 TEST_F(CategoryPictures, OfOtherResolutions)
 {
-    Open(
-        [&](const User& user)
+    Open([&](const User& user) {
+        for (const int lDpi : {144, 192})
         {
-            for (const int lDpi : {144, 192})
-            {
-                RECT place{0, 0, ::MulDiv(790, lDpi, 96), ::MulDiv(440, lDpi, 96)};
-                ::SendMessageW(hWindow, WM_DPICHANGED, MAKEWPARAM(lDpi, lDpi),
-                               reinterpret_cast<LPARAM>(&place));
-                user.ClickTab(At(eIdTabStrip1), 1);
-                Picture(user, std::to_wstring(lDpi * 100 / 96));
-            }
-        });
+            RECT place{0, 0, ::MulDiv(790, lDpi, 96), ::MulDiv(440, lDpi, 96)};
+            ::SendMessageW(hWindow, WM_DPICHANGED, MAKEWPARAM(lDpi, lDpi), reinterpret_cast<LPARAM>(&place));
+            user.ClickTab(At(eIdTabStrip1), 1);
+            Picture(user, std::to_wstring(lDpi * 100 / 96));
+        }
+    });
 }
 
 } // namespace ravlo::test

@@ -25,42 +25,38 @@ TEST_F(CategoryWindowTest, TheDisabledSelectorShowsTheHourglassAndTheSongsStayDi
     const auto control = [&](int lId) { return User::Control(cSelectorWindow.Handle(), lId); };
     ModalLoop cLoop(cHost.Handle());
     WhileOpen([&] { cLoop.Run(); },
-              [&](const User& user)
-              {
-                  HCURSOR hCursor = nullptr;
-                  const auto over = [&](int lId)
-                  {
-                      user.MoveTo(control(lId), {20, 6});
-                      user.MoveTo(control(lId), {22, 8});
-                      cHost.Run(user, [&] { hCursor = ::GetCursor(); });
-                      return hCursor;
-                  };
-                  const int lIds[] = {eIdlstCat,    eIdlstlvl,         eIdlstsongs0, eIdlstsongs1,
-                                      eIdchkOpener, eIdchkSortedSongs, eIdlblMatch};
-                  cHost.Run(user, [&] { cSelector.EnableUI(false); });
-                  for (const int lId : lIds)
-                      EXPECT_FALSE(::IsWindowEnabled(control(lId))) << lId;
-                  EXPECT_EQ(over(eIdlstCat), ::LoadCursorW(nullptr, IDC_WAIT));
-                  EXPECT_EQ(over(eIdchkOpener), ::LoadCursorW(nullptr, IDC_WAIT));
-                  user.Shot(cHost.Handle(), L"category-selector-disabled");
-                  cHost.Run(user, [&] { cSelector.EnableUI(true); });
-                  for (const int lId : lIds)
-                      EXPECT_TRUE(::IsWindowEnabled(control(lId))) << lId;
-                  EXPECT_EQ(over(eIdlstCat), ::LoadCursorW(nullptr, IDC_ARROW));
-                  EXPECT_TRUE(::IsWindowVisible(control(eIdMatchLabel1))); // of the list that is to be seen
-                  EXPECT_FALSE(::IsWindowVisible(control(eIdlblMatch)));
-                  cHost.Run(user,
-                            [&]
-                            {
-                                cSelector.SetAllowMultiCatSelect(true);
-                                cSelector.EnableUI(false);
-                                cSelector.EnableUI(true);
-                            });
-                  EXPECT_TRUE(::IsWindowEnabled(control(eIdlstCat)));
-                  EXPECT_FALSE(::IsWindowEnabled(control(eIdlstsongs1)));
-                  EXPECT_FALSE(::IsWindowEnabled(control(eIdlblMatch)));
-                  cHost.Run(user, [&] { cLoop.End(); });
-              });
+              [&](const User& user) {
+        HCURSOR hCursor = nullptr;
+        const auto over = [&](int lId) {
+            user.MoveTo(control(lId), {20, 6});
+            user.MoveTo(control(lId), {22, 8});
+            cHost.Run(user, [&] { hCursor = ::GetCursor(); });
+            return hCursor;
+        };
+        const int lIds[] = {eIdlstCat,    eIdlstlvl,         eIdlstsongs0, eIdlstsongs1,
+                            eIdchkOpener, eIdchkSortedSongs, eIdlblMatch};
+        cHost.Run(user, [&] { cSelector.EnableUI(false); });
+        for (const int lId : lIds)
+            EXPECT_FALSE(::IsWindowEnabled(control(lId))) << lId;
+        EXPECT_EQ(over(eIdlstCat), ::LoadCursorW(nullptr, IDC_WAIT));
+        EXPECT_EQ(over(eIdchkOpener), ::LoadCursorW(nullptr, IDC_WAIT));
+        user.Shot(cHost.Handle(), L"category-selector-disabled");
+        cHost.Run(user, [&] { cSelector.EnableUI(true); });
+        for (const int lId : lIds)
+            EXPECT_TRUE(::IsWindowEnabled(control(lId))) << lId;
+        EXPECT_EQ(over(eIdlstCat), ::LoadCursorW(nullptr, IDC_ARROW));
+        EXPECT_TRUE(::IsWindowVisible(control(eIdMatchLabel1))); // of the list that is to be seen
+        EXPECT_FALSE(::IsWindowVisible(control(eIdlblMatch)));
+        cHost.Run(user, [&] {
+            cSelector.SetAllowMultiCatSelect(true);
+            cSelector.EnableUI(false);
+            cSelector.EnableUI(true);
+        });
+        EXPECT_TRUE(::IsWindowEnabled(control(eIdlstCat)));
+        EXPECT_FALSE(::IsWindowEnabled(control(eIdlstsongs1)));
+        EXPECT_FALSE(::IsWindowEnabled(control(eIdlblMatch)));
+        cHost.Run(user, [&] { cLoop.End(); });
+    });
 }
 
 TEST_F(CategoryWindowTest, LongEntriesCanBeScrolledToTheirEndInAnotherFontToo)
@@ -72,8 +68,9 @@ TEST_F(CategoryWindowTest, LongEntriesCanBeScrolledToTheirEndInAnotherFontToo)
     CatSelectorPresenter& cSelector = cSelectorWindow.Selector();
     cSelector.SetColMainCats(cState.cSchedMan->colMainCats());
     cSelector.SetSelectedMainCat(cState.MainCat(L"Rock"));
-    const auto extent = [&](int lId)
-    { return ::SendMessageW(User::Control(cSelectorWindow.Handle(), lId), LB_GETHORIZONTALEXTENT, 0, 0); };
+    const auto extent = [&](int lId) {
+        return ::SendMessageW(User::Control(cSelectorWindow.Handle(), lId), LB_GETHORIZONTALEXTENT, 0, 0);
+    };
     const LRESULT lCats = extent(eIdlstCat);
     const LRESULT lSongs = extent(eIdlstsongs1);
     EXPECT_GT(lSongs, lCats);

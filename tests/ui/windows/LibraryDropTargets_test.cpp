@@ -13,13 +13,11 @@ struct LibraryDropTargets : LibraryWindowTest
 {
     void OpenOnRock(const std::function<void(const User&)>& drive)
     {
-        Open(
-            [&](const User& user)
-            {
-                Expand(user, Item(L"Rock"));
-                Show(user, Item(L"Rock", L"1"));
-                drive(user);
-            });
+        Open([&](const User& user) {
+            Expand(user, Item(L"Rock"));
+            Show(user, Item(L"Rock", L"1"));
+            drive(user);
+        });
     }
     HTREEITEM Marked() const { return NextItem(nullptr, TVGN_DROPHILITE); }
     int TopRow() const { return static_cast<int>(::SendMessageW(hGrid, LVM_GETTOPINDEX, 0, 0)); }
@@ -30,39 +28,35 @@ struct LibraryDropTargets : LibraryWindowTest
 TEST_F(LibraryDropTargets, TheTargetStaysMarkedWhileTheDropAsks)
 {
     FillStation();
-    OpenOnRock(
-        [&](const User& user)
-        {
-            ClickRow(user, 0);
-            DropOnNode(user, 0, Item(L"Rock"));
-            EXPECT_EQ(PopUpItems(user)[1], L"Drop Into Rock Level 1");
-            EXPECT_EQ(Marked(), Item(L"Rock"));
-            Choose(user, 2); // level 2
-            EXPECT_EQ(PopUpItems(user)[0], L"Copy Into Rock 2");
-            EXPECT_EQ(Marked(), Item(L"Rock"));
-            Choose(user, 0); // refused
-            EXPECT_EQ(user.Box().sTitle, L"Multiple Category Levels Not Allowed!");
-            EXPECT_EQ(Marked(), Item(L"Rock"));
-            user.Answer(IDOK);
-            user.Idle();
-            EXPECT_EQ(Marked(), nullptr);
-        });
+    OpenOnRock([&](const User& user) {
+        ClickRow(user, 0);
+        DropOnNode(user, 0, Item(L"Rock"));
+        EXPECT_EQ(PopUpItems(user)[1], L"Drop Into Rock Level 1");
+        EXPECT_EQ(Marked(), Item(L"Rock"));
+        Choose(user, 2); // level 2
+        EXPECT_EQ(PopUpItems(user)[0], L"Copy Into Rock 2");
+        EXPECT_EQ(Marked(), Item(L"Rock"));
+        Choose(user, 0); // refused
+        EXPECT_EQ(user.Box().sTitle, L"Multiple Category Levels Not Allowed!");
+        EXPECT_EQ(Marked(), Item(L"Rock"));
+        user.Answer(IDOK);
+        user.Idle();
+        EXPECT_EQ(Marked(), nullptr);
+    });
 }
 
 TEST_F(LibraryDropTargets, NoNodeStaysMarkedAfterADragThatLeaves)
 {
     FillStation();
-    OpenOnRock(
-        [&](const User& user)
-        {
-            ClickRow(user, 0);
-            DragOverNode(user, 0, Item(L"Rock", L"2"));
-            EXPECT_EQ(Marked(), Item(L"Rock", L"2"));
-            user.MoveTo(hGrid, RowAt(4));
-            user.Until([&] { return Marked() == nullptr; }, "the mark to go");
-            user.Key(VK_ESCAPE);
-            user.Release();
-        });
+    OpenOnRock([&](const User& user) {
+        ClickRow(user, 0);
+        DragOverNode(user, 0, Item(L"Rock", L"2"));
+        EXPECT_EQ(Marked(), Item(L"Rock", L"2"));
+        user.MoveTo(hGrid, RowAt(4));
+        user.Until([&] { return Marked() == nullptr; }, "the mark to go");
+        user.Key(VK_ESCAPE);
+        user.Release();
+    });
 }
 
 // ---- scrolling ----
@@ -71,37 +65,34 @@ TEST_F(LibraryDropTargets, TheListScrollsWhileADragRestsAtItsEdges)
 {
     for (int i = 0; i < 90; ++i)
         Add(L"C:\\Music\\" + std::to_wstring(i) + L".wav", L"Rock", 1, L"Artist " + std::to_wstring(i));
-    OpenOnRock(
-        [&](const User& user)
-        {
-            RECT client{};
-            ::GetClientRect(hGrid, &client);
-            const LONG x = RowAt(0).x;
-            ClickRow(user, 0);
-            DragOver(user, 0, hGrid, {x, client.bottom - 6});
-            user.Until([&] { return TopRow() >= 8; }, "the list to scroll down");
-            // At the upper edge of the rows, below the header.
-            const POINT top = RowAt(TopRow());
-            const int lDown = TopRow();
-            user.Until(
-                [&]
-                {
-                    user.MoveTo(hGrid, {x, top.y});
-                    return TopRow() < lDown;
-                },
-                "the list to scroll up");
-            // In the middle it rests: the drop goes in front of the row that is there now.
-            const POINT middle{x, client.bottom / 2};
-            user.MoveTo(hGrid, middle);
-            user.MoveTo(hGrid, {middle.x + 3, middle.y});
-            LVHITTESTINFO hit{};
-            hit.pt = middle;
-            const auto lRow =
-                static_cast<int>(::SendMessageW(hGrid, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
-            ASSERT_GT(lRow, 1);
-            user.Release();
-            EXPECT_EQ(Order(L"Rock", 1)[static_cast<std::size_t>(lRow) - 1], L"Artist 0");
-        });
+    OpenOnRock([&](const User& user) {
+        RECT client{};
+        ::GetClientRect(hGrid, &client);
+        const LONG x = RowAt(0).x;
+        ClickRow(user, 0);
+        DragOver(user, 0, hGrid, {x, client.bottom - 6});
+        user.Until([&] { return TopRow() >= 8; }, "the list to scroll down");
+        // At the upper edge of the rows, below the header.
+        const POINT top = RowAt(TopRow());
+        const int lDown = TopRow();
+        user.Until(
+            [&] {
+            user.MoveTo(hGrid, {x, top.y});
+            return TopRow() < lDown;
+            },
+            "the list to scroll up");
+        // In the middle it rests: the drop goes in front of the row that is there now.
+        const POINT middle{x, client.bottom / 2};
+        user.MoveTo(hGrid, middle);
+        user.MoveTo(hGrid, {middle.x + 3, middle.y});
+        LVHITTESTINFO hit{};
+        hit.pt = middle;
+        const auto lRow =
+            static_cast<int>(::SendMessageW(hGrid, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+        ASSERT_GT(lRow, 1);
+        user.Release();
+        EXPECT_EQ(Order(L"Rock", 1)[static_cast<std::size_t>(lRow) - 1], L"Artist 0");
+    });
 }
 
 // ---- an owner that goes ----
@@ -144,18 +135,15 @@ TEST_F(LibraryDropTargets, NothingTakesDropsWhenTheOwnerIsDestroyed)
     std::optional<AtItsEnd> tree;
     std::optional<AtItsEnd> grid;
     WhileOpen([&] { cState.cSchedMan->ShowLibraryUI(); },
-              [&](const User& user)
-              {
-                  const HWND hOpen = user.WaitFor(sfrmUILibClass);
-                  cHost.Run(user,
-                            [&]
-                            {
-                                tree.emplace(User::Control(hOpen, eIdTvCats));
-                                grid.emplace(User::Control(hOpen, eIdiGridLib));
-                                ::DestroyWindow(cHost.Handle());
-                            });
-                  user.WaitUntilGone(hOpen);
-              });
+              [&](const User& user) {
+        const HWND hOpen = user.WaitFor(sfrmUILibClass);
+        cHost.Run(user, [&] {
+            tree.emplace(User::Control(hOpen, eIdTvCats));
+            grid.emplace(User::Control(hOpen, eIdiGridLib));
+            ::DestroyWindow(cHost.Handle());
+        });
+        user.WaitUntilGone(hOpen);
+    });
     for (const std::optional<AtItsEnd>& end : {tree, grid})
     {
         EXPECT_TRUE(end->bDestroyed);
@@ -168,30 +156,27 @@ TEST_F(LibraryDropTargets, AnOwnerMayBeDestroyedWhileRowsAreDraggedOverTheTree)
     FillStation();
     cState.Populate();
     WhileOpen([&] { cState.cSchedMan->ShowLibraryUI(); },
-              [&](const User& user)
-              {
-                  hWindow = user.WaitFor(sfrmUILibClass);
-                  hTree = User::Control(hWindow, eIdTvCats);
-                  hGrid = User::Control(hWindow, eIdiGridLib);
-                  ClickRow(user, 0);
-                  DragOverNode(user, 0, Item(L"Jazz"));
-                  cHost.Run(user, [&] { ::DestroyWindow(cHost.Handle()); });
-                  user.WaitUntilGone(hWindow);
-                  user.Release();
-              });
+              [&](const User& user) {
+        hWindow = user.WaitFor(sfrmUILibClass);
+        hTree = User::Control(hWindow, eIdTvCats);
+        hGrid = User::Control(hWindow, eIdiGridLib);
+        ClickRow(user, 0);
+        DragOverNode(user, 0, Item(L"Jazz"));
+        cHost.Run(user, [&] { ::DestroyWindow(cHost.Handle()); });
+        user.WaitUntilGone(hWindow);
+        user.Release();
+    });
     EXPECT_FALSE(cState.cSchedMan->UIShowing());
     EXPECT_EQ(Order(L"Jazz", 1), (Texts{L"Ella"}));
     EXPECT_NE(StoredLayout(), L"") << "its columns are remembered";
     // The next window takes drops as ever.
     const HostWindow cSecondHost;
-    OpenAgain(
-        [&](const User& user)
-        {
-            ClickRow(user, 0);
-            DropOnNode(user, 0, Item(L"Jazz"));
-            EXPECT_EQ(PopUpItems(user).size(), 2u);
-            user.Key(VK_ESCAPE);
-        });
+    OpenAgain([&](const User& user) {
+        ClickRow(user, 0);
+        DropOnNode(user, 0, Item(L"Jazz"));
+        EXPECT_EQ(PopUpItems(user).size(), 2u);
+        user.Key(VK_ESCAPE);
+    });
 }
 
 // ---- failures ----
@@ -276,8 +261,9 @@ TEST(DropTarget, NoExceptionGoesToWhoeverDrags)
             SCOPED_TRACE(test.sFailing);
             cSite.sFailing = test.sFailing;
             cSite.lExceptions = cSite.lDropped = 0;
-            const auto bRefused = [](HRESULT hResult, DWORD lEffect)
-            { return SUCCEEDED(hResult) || lEffect == DROPEFFECT_NONE; };
+            const auto bRefused = [](HRESULT hResult, DWORD lEffect) {
+                return SUCCEEDED(hResult) || lEffect == DROPEFFECT_NONE;
+            };
             const DWORD lOffered = DROPEFFECT_COPY | DROPEFFECT_MOVE;
             DWORD lEffect = lOffered;
             EXPECT_EQ(pTarget->DragEnter(text.pData, MK_LBUTTON, {1, 1}, &lEffect), test.hEnter);

@@ -62,16 +62,15 @@ struct LibraryWindowTest : ::testing::Test
     void OpenAgain(const std::function<void(const User&)>& drive)
     {
         WhileOpen([&] { cState.cSchedMan->ShowLibraryUI(); },
-                  [&](const User& user)
-                  {
-                      hWindow = user.WaitFor(sfrmUILibClass);
-                      hTree = User::Control(hWindow, eIdTvCats);
-                      hGrid = User::Control(hWindow, eIdiGridLib);
-                      drive(user);
-                      if (::IsWindow(hWindow))
-                          ::PostMessageW(hWindow, WM_CLOSE, 0, 0);
-                      user.WaitUntilGone(hWindow);
-                  });
+                  [&](const User& user) {
+            hWindow = user.WaitFor(sfrmUILibClass);
+            hTree = User::Control(hWindow, eIdTvCats);
+            hGrid = User::Control(hWindow, eIdiGridLib);
+            drive(user);
+            if (::IsWindow(hWindow))
+                ::PostMessageW(hWindow, WM_CLOSE, 0, 0);
+            user.WaitUntilGone(hWindow);
+        });
     }
 
     // ---- the tree
@@ -230,7 +229,7 @@ struct LibraryWindowTest : ::testing::Test
     std::wstring StoredLayout() const
     {
         return cState.cPorts.cUserSettings.Get(L"RavloScheduler", L"Settings", L"iGridLibLayoutColSchedLib",
-                                                 L"");
+                                               L"");
     }
     int Rows() const { return static_cast<int>(::SendMessageW(hGrid, LVM_GETITEMCOUNT, 0, 0)); }
     Texts Artists() const
@@ -344,8 +343,9 @@ struct LibraryWindowTest : ::testing::Test
         {
             hMenu = ::GetSubMenu(hMenu, path[step - 1]);
             const auto lItem = static_cast<UINT>(path[step]);
-            const auto bHighlighted = [&]
-            { return (::GetMenuState(hMenu, lItem, MF_BYPOSITION) & MF_HILITE) != 0; };
+            const auto bHighlighted = [&] {
+                return (::GetMenuState(hMenu, lItem, MF_BYPOSITION) & MF_HILITE) != 0;
+            };
             for (int i = 0; i < 8 && !bHighlighted(); ++i)
                 user.Key(VK_DOWN);
             user.Key(VK_RETURN);
@@ -385,14 +385,13 @@ struct LibraryWindowTest : ::testing::Test
         // The display may have reported an earlier place after the last one: so the hand does not rest.
         LONG lAside = 0;
         user.Until(
-            [&]
-            {
-                if (NextItem(nullptr, TVGN_DROPHILITE) == hItem)
-                    return true;
-                const POINT at = MiddleOf(hItem);
-                lAside = 1 - lAside;
-                user.MoveTo(hTree, {at.x + lAside, at.y});
-                return false;
+            [&] {
+            if (NextItem(nullptr, TVGN_DROPHILITE) == hItem)
+                return true;
+            const POINT at = MiddleOf(hItem);
+            lAside = 1 - lAside;
+            user.MoveTo(hTree, {at.x + lAside, at.y});
+            return false;
             },
             "the target to be marked");
     }

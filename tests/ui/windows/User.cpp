@@ -74,8 +74,7 @@ std::wstring ClassOf(HWND hWindow)
 std::vector<HWND> Windows(DWORD lThread)
 {
     std::vector<HWND> hWindows;
-    const auto Add = [](HWND hWindow, LPARAM lParam) -> BOOL
-    {
+    const auto Add = [](HWND hWindow, LPARAM lParam) -> BOOL {
         if (::IsWindowVisible(hWindow))
             reinterpret_cast<std::vector<HWND>*>(lParam)->push_back(hWindow);
         return TRUE;
@@ -134,24 +133,22 @@ void WhileOpen(const std::function<void()>& open, const std::function<void(const
     const DWORD lThread = ::GetCurrentThreadId();
     std::atomic<bool> bOpen = true;
     std::atomic<bool> bDriving = true;
-    std::thread thread(
-        [&]
+    std::thread thread([&] {
+        try
         {
-            try
-            {
-                drive(User(lThread, cIdle.Handle()));
-            }
-            catch (const std::exception& cError)
-            {
-                ADD_FAILURE() << cError.what();
-                EndDrag();
-                for (const HWND hWindow : Windows(lThread))
-                    TakeScreenshot(hWindow, L"failed-" + ClassOf(hWindow).substr(0, 40));
-                CloseAll(lThread, bOpen);
-            }
-            bDriving = false;
-            ::PostThreadMessageW(lThread, WM_NULL, 0, 0);
-        });
+            drive(User(lThread, cIdle.Handle()));
+        }
+        catch (const std::exception& cError)
+        {
+            ADD_FAILURE() << cError.what();
+            EndDrag();
+            for (const HWND hWindow : Windows(lThread))
+                TakeScreenshot(hWindow, L"failed-" + ClassOf(hWindow).substr(0, 40));
+            CloseAll(lThread, bOpen);
+        }
+        bDriving = false;
+        ::PostThreadMessageW(lThread, WM_NULL, 0, 0);
+    });
     open();
     bOpen = false;
     // A host's loop goes on when a window has closed; the user may still be waiting for it to come to rest.
@@ -275,8 +272,9 @@ void User::Mouse(POINT at, DWORD lFlags) const
     INPUT input{};
     input.type = INPUT_MOUSE;
     // The middle of the pixel, in 65536ths of the screen.
-    const auto share = [](LONG lAt, int lExtent)
-    { return ::MulDiv(static_cast<int>(lAt) * 2 + 1, 32768, lExtent); };
+    const auto share = [](LONG lAt, int lExtent) {
+        return ::MulDiv(static_cast<int>(lAt) * 2 + 1, 32768, lExtent);
+    };
     input.mi.dx = share(at.x, ::GetSystemMetrics(SM_CXSCREEN));
     input.mi.dy = share(at.y, ::GetSystemMetrics(SM_CYSCREEN));
     input.mi.dwFlags = lFlags | MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
@@ -398,14 +396,13 @@ void User::Hold(int lModifier) const
     int lRounds = 0;
     Idle();
     Until(
-        [&]
-        {
-            const bool bDown = ::GetAsyncKeyState(lModifier) < 0;
-            lRounds = bDown ? lRounds + 1 : 0;
-            if (!bDown)
-                SendKey(lModifier, false);
-            Idle();
-            return lRounds > lSteady;
+        [&] {
+        const bool bDown = ::GetAsyncKeyState(lModifier) < 0;
+        lRounds = bDown ? lRounds + 1 : 0;
+        if (!bDown)
+            SendKey(lModifier, false);
+        Idle();
+        return lRounds > lSteady;
         },
         "a key to stay down");
 }

@@ -34,9 +34,9 @@ bool IsExtended(SelectorControl eList) { return eList != lstlvl; }
 // By the language's own order, as a list box of the system sorts.
 std::vector<std::wstring> Sorted(std::vector<std::wstring> colEntries)
 {
-    std::stable_sort(colEntries.begin(), colEntries.end(),
-                     [](const std::wstring& a, const std::wstring& b)
-                     { return ::lstrcmpiW(a.c_str(), b.c_str()) < 0; });
+    std::stable_sort(colEntries.begin(), colEntries.end(), [](const std::wstring& a, const std::wstring& b) {
+        return ::lstrcmpiW(a.c_str(), b.c_str()) < 0;
+    });
     return colEntries;
 }
 
@@ -63,16 +63,15 @@ CatSelectorWindow::~CatSelectorWindow() { Destroy(); }
 
 void CatSelectorWindow::MakeControls()
 {
-    const auto label = [&](int lId, const wchar_t* sText)
-    { return MakeControl(Handle(), WC_STATICW, sText, SS_LEFTNOWORDWRAP, lId); };
-    const auto list = [&](SelectorControl eList, int lId, DWORD lStyle)
-    {
+    const auto label = [&](int lId, const wchar_t* sText) {
+        return MakeControl(Handle(), WC_STATICW, sText, SS_LEFTNOWORDWRAP, lId);
+    };
+    const auto list = [&](SelectorControl eList, int lId, DWORD lStyle) {
         m_hControls[static_cast<std::size_t>(eList)] = MakeControl(
             Handle(), WC_LISTBOXW, L"", lStyle | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | WS_VSCROLL | WS_TABSTOP,
             lId, WS_EX_CLIENTEDGE);
     };
-    const auto check = [&](SelectorControl eControl, int lId, const wchar_t* sText)
-    {
+    const auto check = [&](SelectorControl eControl, int lId, const wchar_t* sText) {
         m_hControls[static_cast<std::size_t>(eControl)] =
             MakeControl(Handle(), WC_BUTTONW, sText, BS_AUTOCHECKBOX | WS_TABSTOP, lId);
     };
@@ -193,8 +192,7 @@ void CatSelectorWindow::LayOut()
     const int lSorted = lHeight - lCheckHeight;
     const int lOpener = lSorted - px(4) - lCheckHeight;
     const int lSongsHeight = lOpener - px(lGap) - lTop;
-    const auto checkWidth = [&](SelectorControl eControl)
-    {
+    const auto checkWidth = [&](SelectorControl eControl) {
         const SIZE size = TextSize(cContext.Get(), WindowText(Of(eControl)));
         return std::min(lSongsWidth, static_cast<int>(size.cx) + px(lCheckBox));
     };
@@ -248,8 +246,9 @@ void CatSelectorWindow::SetEntries(SelectorControl eList, const std::vector<std:
         colSorted = Sorted(colEntries);
     const std::vector<std::wstring>& colShown = eList == lstsongs0 ? colSorted : colEntries;
     const std::size_t bytes = std::accumulate(colShown.begin(), colShown.end(), std::size_t{0},
-                                               [](std::size_t sum, const std::wstring& sEntry)
-                                               { return sum + (sEntry.size() + 1) * sizeof(wchar_t); });
+                                              [](std::size_t sum, const std::wstring& sEntry) {
+        return sum + (sEntry.size() + 1) * sizeof(wchar_t);
+    });
     ::SendMessageW(hList, WM_SETREDRAW, FALSE, 0);
     ::SendMessageW(hList, LB_RESETCONTENT, 0, 0);
     ::SendMessageW(hList, LB_INITSTORAGE, colShown.size(), static_cast<LPARAM>(bytes));

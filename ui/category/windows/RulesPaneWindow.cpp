@@ -48,7 +48,7 @@ RulesPaneWindow::RulesPaneWindow(HWND hParent, RulesPane ePane, ModScheduler& cM
         m_hLabels[at] =
             MakeControl(Handle(), WC_STATICW, sLabels[i], SS_LEFTNOWORDWRAP, eIdArtistLabel + 2 * i);
         m_hBoxes[at] = MakeControl(Handle(), WC_EDITW, L"", ES_AUTOHSCROLL | WS_TABSTOP,
-                                    eIdtxtArtistSepMins + 2 * i, WS_EX_CLIENTEDGE);
+                                   eIdtxtArtistSepMins + 2 * i, WS_EX_CLIENTEDGE);
     }
     if (!bGlobal)
         m_hIgnore = MakeControl(Handle(), WC_BUTTONW, L"Category &Ignores Rules",
@@ -126,8 +126,7 @@ int RulesPaneWindow::Arrange(int lWidth, bool bMove) const
     std::optional<Mover> cMover;
     if (bMove)
         cMover.emplace(8);
-    const auto move = [&](HWND hControl, int x, int y, int cx, int cy)
-    {
+    const auto move = [&](HWND hControl, int x, int y, int cx, int cy) {
         if (cMover)
             cMover->Move(hControl, x, y, cx, cy);
     };

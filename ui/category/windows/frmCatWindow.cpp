@@ -59,10 +59,12 @@ frmCatWindow::frmCatWindow(HWND hOwner, ModScheduler& cMod)
     Create(start);
     m_hMenu.release(); // the window's own now
     MakeControls();
-    m_cPresenter = std::make_unique<frmCatPresenter>(static_cast<frmCatView&>(*this), m_cSelector->Selector(), m_cMod);
+    m_cPresenter =
+        std::make_unique<frmCatPresenter>(static_cast<frmCatView&>(*this), m_cSelector->Selector(), m_cMod);
     m_cPanes[0]->BoxChanged = [this](int lBox) { m_cPresenter->BoxChanged(static_cast<RuleBox>(lBox)); };
-    m_cPanes[1]->BoxChanged = [this](int lBox)
-    { m_cPresenter->BoxChanged(static_cast<RuleBox>(lBoxesPerPane + lBox)); };
+    m_cPanes[1]->BoxChanged = [this](int lBox) {
+        m_cPresenter->BoxChanged(static_cast<RuleBox>(lBoxesPerPane + lBox));
+    };
     m_cPanes[1]->IgnoreClick = [this] { m_cPresenter->IgnoreClick(); };
     SetLook(DpiOf(Handle()));
 }
@@ -77,8 +79,9 @@ frmCatWindow::~frmCatWindow()
 
 void frmCatWindow::MakeControls()
 {
-    const auto button = [&](const wchar_t* sText, int lId, DWORD lStyle = BS_PUSHBUTTON)
-    { return MakeControl(Handle(), WC_BUTTONW, sText, lStyle | WS_TABSTOP, lId); };
+    const auto button = [&](const wchar_t* sText, int lId, DWORD lStyle = BS_PUSHBUTTON) {
+        return MakeControl(Handle(), WC_BUTTONW, sText, lStyle | WS_TABSTOP, lId);
+    };
     m_cSelector = std::make_unique<CatSelectorWindow>(Handle(), eIdCatSelector1, m_cMod);
     m_hNew = button(L"&New Category", eIdcmdNew);
     m_hNewLevel = button(L"New &Level", eIdcmdNewLevel);

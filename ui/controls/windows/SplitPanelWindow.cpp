@@ -215,8 +215,9 @@ void SplitPanelWindow::ShowPanes(bool bControl1, bool bControl2)
 {
     // Nothing would hear the keyboard if a pane vanished with the focus.
     const HWND hFocus = ::GetFocus();
-    const auto goes = [&](HWND hPane, bool bShow)
-    { return !bShow && hPane && hFocus && (hFocus == hPane || ::IsChild(hPane, hFocus)); };
+    const auto goes = [&](HWND hPane, bool bShow) {
+        return !bShow && hPane && hFocus && (hFocus == hPane || ::IsChild(hPane, hFocus));
+    };
     if (goes(m_hControl1, bControl1) || goes(m_hControl2, bControl2))
         ::SetFocus(Handle());
     if (m_hControl1)
@@ -228,8 +229,7 @@ void SplitPanelWindow::ShowPanes(bool bControl1, bool bControl2)
 void SplitPanelWindow::PlaceAll(const SplitPlaces& places)
 {
     Mover cMover(3);
-    const auto move = [&](HWND hWindow, const TwipsRect& rect)
-    {
+    const auto move = [&](HWND hWindow, const TwipsRect& rect) {
         const RECT at = InPixels(rect);
         if (hWindow)
             cMover.Move(hWindow, static_cast<int>(at.left), static_cast<int>(at.top),

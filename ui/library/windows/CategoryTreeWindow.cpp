@@ -99,7 +99,8 @@ void CategoryTreeWindow::ShowTree(const CategoryTreePresenter& cTree)
     ::InvalidateRect(m_hTree, nullptr, TRUE);
 }
 
-void CategoryTreeWindow::Add(const CategoryTreePresenter& cTree, CategoryTreePresenter::Node lNode, HTREEITEM hParent)
+void CategoryTreeWindow::Add(const CategoryTreePresenter& cTree, CategoryTreePresenter::Node lNode,
+                             HTREEITEM hParent)
 {
     const CategoryTreePresenter::Entry& entry = cTree.At(lNode);
     std::wstring sText = entry.sText;

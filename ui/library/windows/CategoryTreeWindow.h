@@ -26,7 +26,8 @@ public:
 
     // ---- CategoryTreeView
     void ShowTree(const CategoryTreePresenter& cTree) override;
-    void ShowChecks(const CategoryTreePresenter& cTree, const std::vector<CategoryTreePresenter::Node>& colNodes) override;
+    void ShowChecks(const CategoryTreePresenter& cTree,
+                    const std::vector<CategoryTreePresenter::Node>& colNodes) override;
     void ShowImages() override;
     void Expand(CategoryTreePresenter::Node lNode) override;
     void Select(CategoryTreePresenter::Node lNode) override;

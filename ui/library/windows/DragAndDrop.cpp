@@ -161,13 +161,12 @@ public:
     STDMETHODIMP DragOver(DWORD, POINTL point, DWORD* pEffect) override
     {
         return Guard(
-            [&]
-            {
-                const bool bTaken = !m_sText.empty() && m_cSite.DragOver({point.x, point.y}, m_sText);
-                // What becomes of the cuts is asked after the drop: any effect the source allows will do.
-                *pEffect &= bTaken ? DWORD{DROPEFFECT_MOVE | DROPEFFECT_COPY} : DWORD{DROPEFFECT_NONE};
-                if ((*pEffect & DROPEFFECT_MOVE) != 0)
-                    *pEffect = DROPEFFECT_MOVE;
+            [&] {
+            const bool bTaken = !m_sText.empty() && m_cSite.DragOver({point.x, point.y}, m_sText);
+            // What becomes of the cuts is asked after the drop: any effect the source allows will do.
+            *pEffect &= bTaken ? DWORD{DROPEFFECT_MOVE | DROPEFFECT_COPY} : DWORD{DROPEFFECT_NONE};
+            if ((*pEffect & DROPEFFECT_MOVE) != 0)
+                *pEffect = DROPEFFECT_MOVE;
             },
             pEffect);
     }
@@ -180,15 +179,14 @@ public:
     {
         DragOver(lKeys, point, pEffect);
         return Guard(
-            [&]
-            {
-                const std::wstring sText = std::exchange(m_sText, {});
-                m_cSite.DragLeft();
-                if (*pEffect != DROPEFFECT_NONE)
-                    m_cSite.Dropped({point.x, point.y}, sText);
-                // The rows stay where they are until the drop is carried out: the source has nothing to
-                // delete.
-                *pEffect &= DWORD{DROPEFFECT_COPY};
+            [&] {
+            const std::wstring sText = std::exchange(m_sText, {});
+            m_cSite.DragLeft();
+            if (*pEffect != DROPEFFECT_NONE)
+                m_cSite.Dropped({point.x, point.y}, sText);
+            // The rows stay where they are until the drop is carried out: the source has nothing to
+            // delete.
+            *pEffect &= DWORD{DROPEFFECT_COPY};
             },
             pEffect);
     }

@@ -41,7 +41,8 @@ struct LibraryWindowLifetime::Made
     frmUILibWindow cWindow;
 };
 
-LibraryWindowLifetime::LibraryWindowLifetime(std::weak_ptr<clsSchedMan> cSchedMan, std::function<bool()> CategoryShowing)
+LibraryWindowLifetime::LibraryWindowLifetime(std::weak_ptr<clsSchedMan> cSchedMan,
+                                             std::function<bool()> CategoryShowing)
     : m_cSchedMan(std::move(cSchedMan)), m_CategoryShowing(std::move(CategoryShowing))
 {
 }

@@ -58,7 +58,7 @@ clsSchedLibGridWindow::~clsSchedLibGridWindow()
 // large range is set with painting off.
 
 LRESULT CALLBACK clsSchedLibGridWindow::OnListMessage(HWND hList, UINT lMessage, WPARAM wParam, LPARAM lParam,
-                                                   UINT_PTR, DWORD_PTR pGrid) noexcept
+                                                      UINT_PTR, DWORD_PTR pGrid) noexcept
 {
     if (lMessage == WM_NCDESTROY)
         ::RemoveWindowSubclass(hList, &clsSchedLibGridWindow::OnListMessage, lSubclass);

@@ -18,7 +18,7 @@ namespace ravlo
 namespace
 {
 
-constexpr int lScrollZone = 18;            // at 96 dpi, along the upper and lower edge
+constexpr int lScrollZone = 18;           // at 96 dpi, along the upper and lower edge
 constexpr std::size_t countedColumns = 2; // position and identifier
 constexpr int lLineWidth = 2;
 constexpr int lCellMargins = 14; // at 96 dpi, left and right of a text together
@@ -161,7 +161,10 @@ ColumnLayout clsSchedLibGridWindow::Layout() const
 
 // ---- rows and selection ----
 
-std::size_t clsSchedLibGridWindow::RowCount() const { return static_cast<std::size_t>(Send(LVM_GETITEMCOUNT)); }
+std::size_t clsSchedLibGridWindow::RowCount() const
+{
+    return static_cast<std::size_t>(Send(LVM_GETITEMCOUNT));
+}
 
 void clsSchedLibGridWindow::SetRowCount(std::size_t rows)
 {

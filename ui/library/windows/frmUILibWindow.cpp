@@ -52,11 +52,14 @@ frmUILibWindow::frmUILibWindow(HWND hOwner, ModScheduler& cMod, std::function<bo
     Create(start);
     hMenu.release(); // the window's own now
     MakeControls();
-    m_cForm = std::make_unique<frmUILibPresenter>(static_cast<frmUILibView&>(*this), *m_cTree, *m_cGrid, m_cMod);
-    m_cGrid->CellText = [this](std::size_t row, std::size_t column)
-    { return m_cForm->Grid().CellText(row, column); };
-    m_cGrid->FindRow = [this](const std::wstring& sBeginning, std::size_t lStart)
-    { return m_cForm->Grid().FindRow(sBeginning, lStart); };
+    m_cForm =
+        std::make_unique<frmUILibPresenter>(static_cast<frmUILibView&>(*this), *m_cTree, *m_cGrid, m_cMod);
+    m_cGrid->CellText = [this](std::size_t row, std::size_t column) {
+        return m_cForm->Grid().CellText(row, column);
+    };
+    m_cGrid->FindRow = [this](const std::wstring& sBeginning, std::size_t lStart) {
+        return m_cForm->Grid().FindRow(sBeginning, lStart);
+    };
     TakeDrops();
     SetLook(DpiOf(Handle()));
     const SIZE first = {Scaled(lFirstWidth, m_lDpi), Scaled(lFirstHeight, m_lDpi)};

@@ -9,8 +9,8 @@
 #include "ui/library/windows/CategoryTreeWindow.h"
 #include "ui/library/windows/DragAndDrop.h"
 #include "ui/library/windows/FolderImages.h"
-#include "ui/library/windows/clsSchedLibGridWindow.h"
 #include "ui/library/windows/StatusWindow.h"
+#include "ui/library/windows/clsSchedLibGridWindow.h"
 
 #include <functional>
 #include <memory>
@@ -99,7 +99,7 @@ private:
     bool m_bBusy = false;
     bool m_bGreyed = false;
     bool m_bDragging = false;
-    bool m_bByKeyboard = false;           // a pop-up belongs to the selected node, not to the pointer
+    bool m_bByKeyboard = false; // a pop-up belongs to the selected node, not to the pointer
     std::optional<frmUILibPresenter::Drop> m_drop; // dropped, and not handled yet
 };
 
