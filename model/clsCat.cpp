@@ -116,7 +116,6 @@ clsCat::clsCat(ModScheduler& cMod)
     : m_cMod(cMod), m_colSchedCuts(std::make_shared<CutCollection>()),
       m_colSubCats(std::make_shared<CatCollection>())
 {
-    SetCatLevel(-1);
 }
 
 clsCat::clsCat(ModScheduler& cMod, std::wstring sCatName, std::int32_t lCatLevel) : clsCat(cMod)
@@ -127,7 +126,7 @@ clsCat::clsCat(ModScheduler& cMod, std::wstring sCatName, std::int32_t lCatLevel
 
 void clsCat::SetCatLevel(std::int32_t lCatLevel) noexcept
 {
-    m_lCatLevel = lCatLevel < 0 ? 0 : lCatLevel;
+    m_lCatLevel = std::max(lCatLevel, 0);
     if (const std::shared_ptr<clsCat> cMainCat = MainCat())
         cMainCat->m_bLevelRenumbered = true;
 }

@@ -276,8 +276,81 @@ TEST_F(RulesTest, UnreadableFileIsOverwrittenByASetterAlone)
     cRules->SetTitleSepMins(9);
     const std::string now = Record(notSet, Mins(9), no, "Pop", notSet);
     EXPECT_EQ(FileOf(), now);
+    EXPECT_EQ(cPorts.cFiles.Get(sPop + L".bak"), popRules) << "kept aside";
     cRules.reset();
     EXPECT_EQ(FileOf(), now);
+}
+
+TEST_F(RulesTest, UnreadableFileIsReadAgainAfterASecond)
+{
+    Put(popRules);
+    cPorts.cFiles.SetUnreadable(sPop, error::PermissionDenied);
+    const auto cRules = NewRules();
+    cPorts.cFiles.SetUnreadable(sPop, 0);
+    for (const std::uint32_t lAfterMs : {0u, 999u})
+    {
+        cPorts.cClock.Advance(lAfterMs);
+        cRules->RetryReading();
+        EXPECT_EQ(ValuesOf(*cRules), noneSet);
+    }
+    cPorts.cClock.Advance(1);
+    cRules->RetryReading();
+    EXPECT_EQ(ValuesOf(*cRules), Values(1, 2, 3, true));
+    Put(Record(Mins(9), notSet, no, "Pop", notSet));
+    cPorts.cClock.Advance(1'000);
+    cRules->RetryReading();
+    EXPECT_EQ(ValuesOf(*cRules), Values(1, 2, 3, true)) << "once it has been read it is not read again";
+    EXPECT_EQ(boxes.size(), 1u);
+}
+
+TEST_F(RulesTest, SetterFirstReadsAFileThatHasNotBeenRead)
+{
+    const std::tuple<clsCatRules::Edit, Values> colEdits[] = {
+        {{9, {}, {}, {}}, {9, 2, 3, true}},
+        {{{}, 9, {}, {}}, {1, 9, 3, true}},
+        {{{}, {}, 9, {}}, {1, 2, 9, true}},
+        {{{}, {}, {}, false}, {1, 2, 3, false}},
+    };
+    for (const bool bUnreadable : {true, false}) // or made by another program after the key was set
+        for (const auto& [edit, expected] : colEdits)
+        {
+            Put(popRules);
+            if (!bUnreadable)
+                cPorts.cFiles.Delete(sPop);
+            cPorts.cFiles.SetUnreadable(sPop, bUnreadable ? error::PermissionDenied : 0);
+            const auto cRules = NewRules();
+            cPorts.cFiles.SetUnreadable(sPop, 0);
+            Put(popRules);
+            EXPECT_TRUE(cRules->Apply(edit));
+            EXPECT_EQ(ValuesOf(*cRules), expected);
+            EXPECT_EQ(ValuesOf(*NewRules()), expected) << "on the disk";
+            EXPECT_FALSE(cPorts.cFiles.FileExists(sPop + L".bak"));
+        }
+}
+
+TEST_F(RulesTest, ValuesSetWhileNothingCouldBeSavedOrReadAreKept)
+{
+    Put(popRules);
+    cPorts.cFiles.SetUnreadable(sPop, error::PermissionDenied);
+    cPorts.cFiles.SetReadOnly(sPop + L".bak");
+    const auto cRules = NewRules();
+    cRules->SetArtistSepMins(9);
+    cRules->SetTitleSepMins(8);
+    cRules->SetAlbumSepMins(7);
+    cRules->SetIgnoreRules(false);
+    EXPECT_EQ(FileOf(), popRules);
+    cPorts.cFiles.SetUnreadable(sPop, 0);
+    cPorts.cFiles.SetReadOnly(sPop + L".bak", false);
+    EXPECT_TRUE(cRules->SaveRules());
+    EXPECT_EQ(FileOf(), Record(Mins(9), Mins(8), no, "Pop", Mins(7)));
+}
+
+TEST_F(RulesTest, ReleaseLeavesAFileAloneThatCameIntoBeing)
+{
+    auto cRules = NewRules();
+    Put(popRules);
+    cRules.reset();
+    EXPECT_EQ(FileOf(), popRules);
 }
 
 TEST_F(RulesTest, FolderOfThatNameIsNoFile)

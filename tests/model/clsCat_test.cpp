@@ -589,6 +589,7 @@ TEST_F(CatTest, ReplacingALevelsCutsFilesEachInOrder)
     EXPECT_TRUE(cOld->HasCategoryName(L"Rock"));
     EXPECT_NE(cLevel->SchedCuts(), colOld);
     EXPECT_EQ(KeysOf(*colOld), Keys{L"old"}) << "the replaced collection is not touched";
+    EXPECT_TRUE(boxes.empty());
 }
 
 TEST_F(CatTest, ReplacingAMainCategorysCutsFilesThemIntoItsLevels)
@@ -659,16 +660,21 @@ TEST_F(CatTest, FailingReplacementLeavesEverythingAsItWas)
             const auto cOfNewLevel = NewCut(L"level", 3);
             const auto cNamed = NewCut(L"named"); // is in another level of the category
             cNamed->AddCategoryName(L"ROCK");
+            const auto cOfNoLevel = NewCut(L"no level", -3);
             const auto cBad = NewCut(L"bad", 4);
             cBad->failing = {sMember};
             clsCat& cCat = bMain ? *cMainCat : *cMainCat->SubCat(1);
-            EXPECT_EQ(ErrorOf([&] { cCat.SetSchedCuts({cOld, cNew, cOfNewLevel, cNamed, cBad}); }), 91);
+            EXPECT_EQ(ErrorOf([&] {
+                          cCat.SetSchedCuts({cOld, cNew, cOfNewLevel, cOfNoLevel, cNamed, cBad});
+                      }),
+                      91);
             EXPECT_EQ(KeysOf(*cMainCat), Keys{L"old"});
             EXPECT_EQ(LevelsOf(*cMainCat), Levels{1});
             EXPECT_EQ(cMainCat->SubCat(1)->AverageRunTimemS(), 9000);
             EXPECT_EQ(cOld->CategoryText(), L"Rock");
             EXPECT_EQ(cNew->CategoryText(), L"");
             EXPECT_EQ(cOfNewLevel->CategoryText(), L"");
+            EXPECT_EQ(cOfNoLevel->CategoryText(), L"");
             EXPECT_EQ(cNamed->CategoryText(), bMain ? L"Rock" : L"ROCK");
             EXPECT_EQ(cBad->CategoryText(), L"");
         }
