@@ -4,7 +4,7 @@
 #include "base/OrderedKeyedCollection.h"
 #include "media/DataBase.h"
 #include "model/clsCatRules.h"
-#include "scheduler/modscheduler/ModScheduler.h"
+#include "modscheduler/ModScheduler.h"
 
 #include <cstdint>
 #include <memory>

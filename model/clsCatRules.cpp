@@ -3,7 +3,7 @@
 
 #include "base/Text.h"
 #include "model/LittleEndian.h"
-#include "scheduler/modscheduler/FileNames.h"
+#include "modscheduler/FileNames.h"
 
 #include <cstdlib>
 #include <limits>

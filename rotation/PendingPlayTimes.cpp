@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "rotation/PendingPlayTimes.h"
 
-#include "scheduler/modscheduler/ModScheduler.h"
+#include "modscheduler/ModScheduler.h"
 
 #include <utility>
 #include <vector>

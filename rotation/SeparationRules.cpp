@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "rotation/SeparationRules.h"
 
-#include "scheduler/modscheduler/ModScheduler.h"
+#include "modscheduler/ModScheduler.h"
 
 #include <cmath>
 #include <optional>

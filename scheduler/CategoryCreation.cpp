@@ -2,7 +2,7 @@
 #include "scheduler/CategoryCreation.h"
 
 #include "base/Text.h"
-#include "scheduler/modscheduler/FileNames.h"
+#include "modscheduler/FileNames.h"
 
 namespace ravlo
 {

@@ -3,7 +3,7 @@
 
 #include "base/OrderedKeyedCollection.h"
 #include "model/clsCat.h"
-#include "scheduler/modscheduler/ModScheduler.h"
+#include "modscheduler/ModScheduler.h"
 
 #include <memory>
 #include <optional>

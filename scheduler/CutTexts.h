@@ -2,8 +2,8 @@
 #pragma once
 
 #include "media/Cut.h"
+#include "modscheduler/ModScheduler.h"
 #include "scheduler/OrderRecords.h"
-#include "scheduler/modscheduler/ModScheduler.h"
 
 #include <cstddef>
 #include <string>

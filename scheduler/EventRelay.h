@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "modscheduler/ModScheduler.h"
 #include "scheduler/SchedulerEvents.h"
-#include "scheduler/modscheduler/ModScheduler.h"
 
 #include <cstdint>
 #include <optional>

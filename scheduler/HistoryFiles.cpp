@@ -3,9 +3,9 @@
 
 #include "base/CaseFolding.h"
 #include "base/Text.h"
+#include "modscheduler/FileNames.h"
 #include "scheduler/CutTexts.h"
 #include "scheduler/OrderRestorer.h"
-#include "scheduler/modscheduler/FileNames.h"
 
 #include <algorithm>
 #include <utility>

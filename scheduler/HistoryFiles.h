@@ -2,9 +2,9 @@
 #pragma once
 
 #include "model/clsCat.h"
+#include "modscheduler/ModScheduler.h"
 #include "scheduler/EventRelay.h"
 #include "scheduler/OrderRecords.h"
-#include "scheduler/modscheduler/ModScheduler.h"
 
 #include <cstddef>
 #include <cstdint>

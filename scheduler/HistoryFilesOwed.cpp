@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What is still to be saved or deleted, and how new an order is.
 #include "base/CaseFolding.h"
+#include "modscheduler/FileNames.h"
 #include "scheduler/HistoryFiles.h"
-#include "scheduler/modscheduler/FileNames.h"
 
 #include <utility>
 

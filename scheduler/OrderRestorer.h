@@ -2,7 +2,7 @@
 #pragma once
 
 #include "model/clsCat.h"
-#include "scheduler/modscheduler/ModScheduler.h"
+#include "modscheduler/ModScheduler.h"
 
 #include <cstdint>
 #include <optional>

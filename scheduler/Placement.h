@@ -3,8 +3,8 @@
 
 #include "base/OrderedKeyedCollection.h"
 #include "model/clsCat.h"
+#include "modscheduler/ModScheduler.h"
 #include "scheduler/NameLists.h"
-#include "scheduler/modscheduler/ModScheduler.h"
 
 #include <cstddef>
 #include <functional>

@@ -3,13 +3,13 @@
 
 #include "media/DataBase.h"
 #include "model/clsCat.h"
+#include "modscheduler/ModScheduler.h"
 #include "scheduler/CategoryList.h"
 #include "scheduler/EventRelay.h"
 #include "scheduler/HistoryFiles.h"
 #include "scheduler/NameLists.h"
 #include "scheduler/PlacedCuts.h"
 #include "scheduler/Placement.h"
-#include "scheduler/modscheduler/ModScheduler.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,12 +3,12 @@
 
 #include "media/DataBase.h"
 #include "model/clsCat.h"
+#include "modscheduler/ModScheduler.h"
 #include "scheduler/CategoryList.h"
 #include "scheduler/EventRelay.h"
 #include "scheduler/HistoryFiles.h"
 #include "scheduler/PlacedCuts.h"
 #include "scheduler/SchedulerWindows.h"
-#include "scheduler/modscheduler/ModScheduler.h"
 
 #include <cstdint>
 #include <memory>

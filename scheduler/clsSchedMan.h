@@ -4,12 +4,12 @@
 #include "base/OrderedKeyedCollection.h"
 #include "media/DataBase.h"
 #include "model/clsCat.h"
+#include "modscheduler/ModScheduler.h"
 #include "rotation/PlayHistory.h"
 #include "scheduler/CatDragOptions.h"
 #include "scheduler/CutRemoval.h"
 #include "scheduler/SchedulerEvents.h"
 #include "scheduler/SchedulerWindows.h"
-#include "scheduler/modscheduler/ModScheduler.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "modscheduler/ModScheduler.h"
 #include "platform/memory/MemoryPorts.h"
-#include "scheduler/modscheduler/ModScheduler.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "scheduler/modscheduler/ModScheduler.h"
+#include "modscheduler/ModScheduler.h"
 
 #include "base/CaseFolding.h"
 #include "base/Text.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "scheduler/modscheduler/FileNames.h"
+#include "modscheduler/FileNames.h"
 
 #include "base/RuntimeError.h"
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "base/RuntimeError.h"
+#include "modscheduler/SavedFiles.h"
 #include "platform/Ports.h"
-#include "scheduler/modscheduler/SavedFiles.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "scheduler/modscheduler/SavedFiles.h"
+#include "modscheduler/SavedFiles.h"
 
 #include "base/CaseFolding.h"
 #include "base/RuntimeError.h"
