@@ -251,6 +251,31 @@ TEST_F(CatTest, MainCategoryMakesAMissingLevelAndSaysSo)
     EXPECT_EQ(cMainCat->TotalCuts(), 4);
 }
 
+TEST_F(CatTest, LevelOfAnotherNameGivesACutBothNamesOrNone)
+{
+    for (const bool bAlready : {false, true})
+        for (const bool bNamed : {false, true})
+        {
+            const auto cMainCat = NewMainCat({});
+            ASSERT_TRUE(cMainCat->AddSubCat(NewCat(1, L"Other")));
+            NewCutIn(*cMainCat, L"good");
+            const auto cBad = bAlready ? NewCutIn(*cMainCat, L"bad") : NewCut(L"bad");
+            EXPECT_EQ(cBad->CategoryNames(), bAlready ? (Names{L"Other", L"Rock"}) : Names{});
+            cBad->SetCategoryText(bNamed ? L"Other" : L"");
+            const Keys colBefore = KeysOf(*cMainCat);
+            int calls = 0;
+            cBad->OnCall = [&](const std::string& sMember) {
+                if (sMember == "AddCategoryName" && ++calls == 2) // the main category's name
+                    cBad->failing.insert(sMember);
+                else
+                    cBad->failing.clear();
+            };
+            EXPECT_EQ(ErrorOf([&] { Add(*cMainCat, cBad); }), error::ObjectNotSet);
+            EXPECT_EQ(cBad->CategoryText(), bNamed ? L"Other" : L"");
+            EXPECT_EQ(KeysOf(*cMainCat), colBefore);
+        }
+}
+
 TEST_F(CatTest, MainCategoryRefusesACutOfANegativeLevel)
 {
     const auto cMainCat = NewMainCat({1});
@@ -281,7 +306,9 @@ TEST_F(CatTest, WithoutTheNameTheRunTimeIsNotSubtracted)
     const auto cCut = NewCutIn(*cLevel, L"a", 1, 4000);
     NewCutIn(*cLevel, L"b", 1, 1000);
     cCut->RemoveCategoryName(L"Rock");
+    cCut->calls.clear();
     EXPECT_TRUE(cLevel->RemoveCut(cCut));
+    EXPECT_EQ(cCut->calls["RemoveCategoryName"], 0);
     EXPECT_EQ(cLevel->AverageRunTimemS(), 5000);
     cLevel->RecalcTotalRunTime();
     EXPECT_EQ(cLevel->AverageRunTimemS(), 1000);
@@ -435,6 +462,11 @@ TEST_F(CatTest, LevelsStayInOrderAfterAHostsChanges)
     ASSERT_TRUE(cMainCat->AddSubCat(NewCat(3)));
     EXPECT_EQ(LevelsOf(*cMainCat), (Levels{1, 3, 4, 7}));
     EXPECT_EQ(cMainCat->SubCats()->Find(L"7"), pOfSeven) << "moved, neither taken out nor made again";
+
+    cMainCat->SubCats()->Reorder({3, 2, 1, 0});
+    cMainCat->RemoveSubCat(cMainCat->SubCat(1));
+    ASSERT_TRUE(cMainCat->AddSubCat(NewCat(5)));
+    EXPECT_EQ(LevelsOf(*cMainCat), (Levels{3, 4, 5, 7}));
 }
 
 TEST_F(CatTest, RemovedLevelKeepsItsCutsWhichAreAskedNothing)
@@ -643,7 +675,12 @@ TEST_F(CatTest, LevelMadeForACutThatFailsIsNotLeftBehind)
     EXPECT_EQ(ErrorOf([&] { Add(*cMainCat, cCut); }), 91);
     EXPECT_EQ(LevelsOf(*cMainCat), Levels{1});
     EXPECT_FALSE(bCreated);
+    OnceAt(*cCut, "AddCategoryName", [&] { NewCutIn(*cMainCat, L"of others", 3); });
+    EXPECT_EQ(ErrorOf([&] { Add(*cMainCat, cCut); }), 91);
+    EXPECT_EQ(KeysOf(*cMainCat), Keys{L"of others"}) << "others have used the level since";
     cCut->failing.clear();
+    cMainCat->RemoveSubCat(cMainCat->SubCat(3));
+    bCreated = false;
     EXPECT_TRUE(Add(*cMainCat, cCut));
     EXPECT_TRUE(bCreated);
     EXPECT_EQ(LevelsOf(*cMainCat), (Levels{1, 3}));
