@@ -284,9 +284,15 @@ TEST_F(RulesTest, UnreadableFileIsOverwrittenByASetterAlone)
 TEST_F(RulesTest, UnreadableFileIsReadAgainAfterASecond)
 {
     Put(popRules);
+    cPorts.cClock.Advance(5'000);
     cPorts.cFiles.SetUnreadable(sPop, error::PermissionDenied);
-    const auto cRules = NewRules();
+    auto cRules = NewRules();
+    cPorts.cClock.Advance(1'000);
+    cRules->RetryReading(); // fails as well
+    EXPECT_EQ(cPorts.LogMessages(), Lines(2, L"DISPLAYERROR, GetRules 70 Permission denied"));
+    EXPECT_EQ(boxes.size(), 1u);
     cPorts.cFiles.SetUnreadable(sPop, 0);
+    NewRules()->SetTitleSepMins(9); // by another object
     for (const std::uint32_t lAfterMs : {0u, 999u})
     {
         cPorts.cClock.Advance(lAfterMs);
@@ -295,12 +301,13 @@ TEST_F(RulesTest, UnreadableFileIsReadAgainAfterASecond)
     }
     cPorts.cClock.Advance(1);
     cRules->RetryReading();
-    EXPECT_EQ(ValuesOf(*cRules), Values(1, 2, 3, true));
-    Put(Record(Mins(9), notSet, no, "Pop", notSet));
+    EXPECT_EQ(ValuesOf(*cRules), Values(1, 9, 3, true));
+    Put(popRules);
     cPorts.cClock.Advance(1'000);
     cRules->RetryReading();
-    EXPECT_EQ(ValuesOf(*cRules), Values(1, 2, 3, true)) << "once it has been read it is not read again";
-    EXPECT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(ValuesOf(*cRules), Values(1, 9, 3, true)) << "once it has been read it is not read again";
+    cRules.reset();
+    EXPECT_EQ(FileOf(), Record(Mins(1), Mins(9), yes, "Pop", Mins(3))) << "it was the newest that was read";
 }
 
 TEST_F(RulesTest, SetterFirstReadsAFileThatHasNotBeenRead)
@@ -519,6 +526,17 @@ TEST_F(RulesTest, ObjectOfAnotherFolderDoesNotTouchTheNewOne)
     cMod.StoreAppPath(L"C:\\Other");
     cRules.reset();
     EXPECT_EQ(cPorts.cFiles.Get(L"C:\\Other\\Scheduler\\Rules\\Pop.rls"), "theirs");
+}
+
+TEST_F(RulesTest, ObjectSavedInAnotherFolderLeavesItsFileThere)
+{
+    auto cRules = NewRules();
+    cPorts.cFiles.MakeFolders(L"C:\\Other\\Scheduler\\Rules");
+    cMod.StoreAppPath(L"C:\\Other");
+    EXPECT_TRUE(cRules->SaveRules());
+    cPorts.cFiles.Delete(L"C:\\Other\\Scheduler\\Rules\\Pop.rls");
+    cRules.reset();
+    EXPECT_TRUE(cPorts.cFiles.FileExists(L"C:\\Other\\Scheduler\\Rules\\Pop.rls"));
 }
 
 TEST_F(RulesTest, ObjectMadeBeforeAnyFolderOverwritesNothing)
