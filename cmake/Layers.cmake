@@ -1,4 +1,4 @@
-# One target per folder, with its allowed dependencies written down.
+# One target per folder, with its allowed dependencies.
 #
 #   ravlo_layer(<target> FOLDER <folder> DEPENDS <target>... [LIBRARIES <library>...] [WINDOWS_ONLY])
 #
@@ -37,8 +37,8 @@ function(ravlo_layer target)
 endfunction()
 
 # ravlo_test(<name> FOLDER <folder under tests/> DEPENDS <target>...): one test program from all *.cpp of the folder.
-# CTest runs it once a source file, with the suites of that file: a process for each test would cost more than the
-# tests, above all under Wine. A suite in two files runs with the first.
+# CTest runs it once per source file, with the suites of that file: a process per test would cost more than the tests,
+# most of all under Wine. A suite in two files runs with the first.
 function(ravlo_test name)
   cmake_parse_arguments(A "" "FOLDER" "DEPENDS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${A_FOLDER}/*.cpp)
@@ -48,7 +48,7 @@ function(ravlo_test name)
   add_executable(${name} ${sources})
   target_link_libraries(${name} PRIVATE ${A_DEPENDS} gtest_main gmock)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
-  # A test's own code need not be quick, and building it is most of what the tests take: a third of the time this way.
+  # Building is most of the tests' time, and a test's own code need not be quick: -O0 builds in a third of the time.
   target_compile_options(${name} PRIVATE ${RAVLO_WARNINGS} -O0)
   set(taken)
   foreach(source IN LISTS sources)
@@ -66,7 +66,7 @@ function(ravlo_test name)
       list(JOIN filter ":" filter)
       cmake_path(GET source STEM stem)
       add_test(NAME ${name}.${stem} COMMAND ${name} --gtest_filter=${filter})
-      # The first program under Wine may wait for its prefix to be made.
+      # The first program under Wine may wait until its prefix is created.
       set_tests_properties(${name}.${stem} PROPERTIES LABELS ${A_FOLDER} TIMEOUT 900 ENVIRONMENT WINE_RUN_TIMEOUT=840)
     endif()
   endforeach()

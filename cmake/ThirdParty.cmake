@@ -1,4 +1,4 @@
-# Third-party libraries. cmake/setup brings their sources; nothing is fetched while configuring.
+# Third-party libraries. cmake/setup fetches their sources; configuring fetches nothing.
 set(RAVLO_THIRD_PARTY ${CMAKE_SOURCE_DIR}/build/third_party CACHE PATH "Where cmake/setup puts the third-party sources")
 foreach(file ${RAVLO_THIRD_PARTY}/sqlite3/sqlite3.c ${RAVLO_THIRD_PARTY}/libcsv/libcsv.c
              /usr/src/googletest/CMakeLists.txt /usr/include/CLI/CLI.hpp)
@@ -7,7 +7,7 @@ foreach(file ${RAVLO_THIRD_PARTY}/sqlite3/sqlite3.c ${RAVLO_THIRD_PARTY}/libcsv/
   endif()
 endforeach()
 
-# C sources that are not ours: always optimised, without our warnings and without instrumentation.
+# C sources of others: always optimised, without our warnings and without instrumentation.
 function(ravlo_third_party target folder source)
   add_library(${target} STATIC ${RAVLO_THIRD_PARTY}/${folder}/${source})
   target_include_directories(${target} SYSTEM PUBLIC ${RAVLO_THIRD_PARTY}/${folder})
@@ -24,13 +24,13 @@ target_compile_definitions(sqlite3_amalgamation PRIVATE
   SQLITE_DEFAULT_FOREIGN_KEYS=1 SQLITE_LIKE_DOESNT_MATCH_BLOBS)
 ravlo_third_party(libcsv libcsv libcsv.c)
 
-# CLI11 is headers alone. A link tree of its own keeps the rest of /usr/include away from the cross compilers.
+# CLI11 has only headers. A link tree of its own hides the rest of /usr/include from the cross compilers.
 add_library(cli11 INTERFACE)
 file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/include/cli11)
 file(CREATE_LINK /usr/include/CLI ${CMAKE_BINARY_DIR}/include/cli11/CLI SYMBOLIC)
 target_include_directories(cli11 SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/include/cli11)
 
-# GoogleTest is built from source with the compiler at hand, as it asks for.
+# GoogleTest is built from source with the compiler in use, as its authors recommend.
 if(BUILD_TESTING)
   set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
   add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)

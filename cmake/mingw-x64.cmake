@@ -1,4 +1,4 @@
-# Cross compiler for x86_64 Windows. The -posix compilers are named outright: the plain ones have no std::mutex.
+# Cross compiler for x86_64 Windows. Named with -posix: the plain compilers have no std::mutex.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(triple x86_64-w64-mingw32)

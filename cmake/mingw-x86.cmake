@@ -1,4 +1,4 @@
-# Cross compiler for i686 Windows. The -posix compilers are named outright: the plain ones have no std::mutex.
+# Cross compiler for i686 Windows. Named with -posix: the plain compilers have no std::mutex.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR i686)
 set(triple i686-w64-mingw32)

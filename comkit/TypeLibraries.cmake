@@ -1,7 +1,7 @@
 # Type libraries: comkit/<name>.idl gives <name>.tlb, <name>.h and <name>_i.c in the build folder, and the target
-# typelibs, which carries the headers (as system headers: the generator's code is not up to our warnings) and the GUIDs.
+# typelibs, which has the headers (as system headers: the generated code does not pass our warnings) and the GUIDs.
 find_program(WIDL NAMES ${triple}-widl REQUIRED)
-# stdole2.tlb comes inside Wine; the compiler for interface definitions reads the 64-bit one for both architectures.
+# stdole2.tlb is part of Wine; widl reads the 64-bit one for both architectures.
 find_path(STDOLE_DIR stdole2.tlb PATHS /usr/lib/x86_64-linux-gnu/wine/x86_64-windows
   NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH REQUIRED)
 set(RAVLO_TYPELIB_DIR ${CMAKE_BINARY_DIR}/typelibs CACHE INTERNAL "Where the compiled type libraries go")

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Categories and levels are made, listed and deleted.
+// Makes, lists and deletes categories and levels.
 //   cscript categories.js [folder [ask]]        with "ask" the scheduler asks for a level in a box of its own
 var sFolder = WScript.Arguments.Count() > 0 ? WScript.Arguments(0)
     : new ActiveXObject("Scripting.FileSystemObject").GetSpecialFolder(2).Path;
@@ -34,13 +34,13 @@ function mainCat(sName) {
     return cSchedMan.colMainCats(sName + "\t0");
 }
 
-// A new category comes with level 1 and is saved at once. Characters that cannot stand in a file's name become "_"; other
-// hosts get the name back in the variable they passed.
+// A new category has level 1 and is saved at once. Characters that a file name cannot contain become "_"; hosts with
+// by-reference variables receive the name there.
 expect(cSchedMan.CreateMainCat("Jazz/Funk"), true);
 expect(cSchedMan.colMainCats.Count, 2);
 expect(mainCat("jazz_funk").SubCats.Count, 1);
 
-// CreateCatLevel asks the user for the number. A host that knows it makes the level itself and saves its main category.
+// CreateCatLevel asks the user for the number. A host that has the number makes the level itself and saves its main category.
 var cLevel = new ActiveXObject("RavloScheduler.clsCat");
 cLevel.CatName = mainCat("Rock").CatName;
 cLevel.CatLevel = 3;
@@ -51,13 +51,13 @@ if (WScript.Arguments.Count() > 1 && WScript.Arguments(1) === "ask") {
     WScript.Echo("Made a level: " + cSchedMan.CreateCatLevel(mainCat("Rock")));
 }
 
-// Any collection of categories and levels can be listed as one text, as in a question to the user.
+// Lists any collection of categories and levels as one text, for instance for a question to the user.
 var colDoomed = listOf(mainCat("Jazz_Funk"), mainCat("Rock").SubCats("1"), mainCat("Rock").SubCats("3"));
 var sList = cSchedMan.ListCats(colDoomed);
 WScript.Echo("Deleting: " + sList);
 expect(sList, "Jazz_Funk, Rock 1, Rock 3");
 
-// A main category goes with all its levels, a level alone. The cuts stay in the database and lose the category's name.
+// Deletes a main category with all its levels, or a single level. The cuts stay in the database and lose the category's name.
 expect(cSchedMan.DeleteCats(colDoomed), true);
 expect(cSchedMan.colMainCats.Exists("Jazz_Funk\t0"), false);
 expect(cSchedMan.colMainCats.Exists("Rock\t0"), true);   // it was not listed itself

@@ -1,5 +1,5 @@
 ' SPDX-License-Identifier: MIT
-' The collection classes on their own: keys, positions, order and the errors they raise.
+' The collection classes by themselves: keys, positions, order and the errors they raise.
 '   cscript collections.vbs
 Option Explicit
 Dim col, vItem, sItems, list
@@ -24,7 +24,7 @@ col.Remove "rock"
 col.Remove 4
 Expect col.Count, 3
 
-' The errors are the ones every automation host knows.
+' The errors have the numbers that every automation host knows.
 On Error Resume Next
 col.Add "again", "JAZZ"
 ExpectError 457, "KorvaCollection.clsCollection"
@@ -36,13 +36,13 @@ vItem = col(Null)
 ExpectError 13, "KorvaCollection.clsCollection"
 On Error GoTo 0
 
-' A collection may change while it is walked.
+' A collection may change during For Each.
 For Each vItem In col
   col.Remove 1
 Next
 Expect col.Count, 1
 
-' A value list yields its values in ascending order.
+' A value list returns its values in ascending order.
 Set list = CreateObject("KorvaCollection.clsValueList")
 list.Add 30 : list.Add 4 : list.Add "text" : list.Add 100 : list.Add 4
 sItems = ""

@@ -1,5 +1,5 @@
 ' SPDX-License-Identifier: MIT
-' How cuts come into categories and leave them: by what the database announces, and by the scheduler's own members.
+' How cuts enter and leave categories: through notifications of the database, and through the scheduler's own members.
 '   cscript filing.vbs [folder]
 Option Explicit
 Dim sFolder, cDataBase, cSchedMan, cCut, bCreated, colAffected
@@ -14,13 +14,13 @@ cDataBase.AddCuts ListOf(NewCut("one", "Rock", 1), NewCut("two", "Rock/Gold", 1)
 Set cSchedMan = CreateObject("RavloScheduler.clsSchedMan")
 cSchedMan.PopulateFromDataBase cDataBase, sFolder
 
-' A cut that joins the database is filed at once, at the end of its level, so that it plays last. Categories and levels
-' that are not there yet are made.
+' A cut that is added to the database is placed at once, at the end of its level, so that it plays last. Missing categories
+' and levels are made.
 cDataBase.AddCuts ListOf(NewCut("three", "Rock/Party", 3), NewCut("four", "Rock", 1))
 Expect TitlesIn("Rock", 1), "one two four "
 Expect TitlesIn("Party", 3), "three "
 
-' A cut is edited and the edit announced: the scheduler follows. Nothing happens before it is announced.
+' Edit a cut and announce the edit: the scheduler follows. Nothing happens before the announcement.
 Set cCut = cDataBase.CutByKey("C:\Music\one.mp3")
 cCut.CatLevel = 2
 cCut.CategoryText = "Rock/Party"
@@ -30,20 +30,20 @@ Expect TitlesIn("Rock", 1), "two four "
 Expect TitlesIn("Rock", 2), "one "
 Expect TitlesIn("Party", 2), "one "
 
-' An edit that changes neither categories nor level leaves the cut's place in the rotation alone.
+' An edit that changes neither categories nor level does not move the cut in the rotation.
 Set cCut = cDataBase.CutByKey("C:\Music\two.mp3")
 cCut.Artist = "Another artist"
 cDataBase.ModifyCuts ListOf(cCut, Nothing)
 Expect TitlesIn("Rock", 1), "two four "
 
-' A host may file by hand, too: in a main category under the cut's own level. The cut learns of its new category.
+' A host may place a cut itself: a main category takes it into the level of the cut's own number, and adds its name to the cut.
 bCreated = False
 Set cCut = cDataBase.CutByKey("C:\Music\four.mp3")
 Expect cSchedMan.colMainCats("Party" & vbTab & "0").AddCut(cCut, bCreated), True
 Expect bCreated, True                     ' Party had no level 1
 Expect cCut.CategoryText, "Rock/Party"
 
-' Taking out: of one category, or of every one with Nothing. The categories it left are collected, for the host to save.
+' Remove a cut from one category, or with Nothing from every one. The collection receives the categories for the host to save.
 Set colAffected = Nothing
 cSchedMan.RemoveCutFromCategory cSchedMan.colMainCats("Party" & vbTab & "0"), cCut, colAffected
 Expect colAffected.Count, 1
@@ -56,7 +56,7 @@ For Each cMainCat In colAffected
   WScript.Echo "Left and saved: " & cMainCat.CatName & " " & cSchedMan.SaveHistoryAndOrdering(cMainCat)
 Next
 
-' A cut that leaves the database leaves every category.
+' A cut that is removed from the database leaves every category.
 cDataBase.RemoveCuts ListOf(cDataBase.CutByKey("C:\Music\three.mp3"), Nothing)
 Expect TitlesIn("Party", 3), ""
 WScript.Echo "ALL OK"

@@ -1,6 +1,6 @@
 ' SPDX-License-Identifier: MIT
-' The scheduler's events, as a host follows them: what it is doing, and that its user wants to edit a cut or to read the
-' help. Windows Script Host binds events to procedures whose names begin with a prefix.
+' The scheduler's events: progress, and requests of its user to edit a cut or to see the help. Windows Script Host binds
+' events to procedures whose names begin with a prefix.
 '   cscript follow.vbs [folder]
 Option Explicit
 Dim sFolder, cDataBase, cSchedMan, cCut, colCuts, vAnswer, bBound, lStarted, lDone
@@ -13,7 +13,7 @@ Set cDataBase = CreateObject("RavloBase.clsDataBase")
 cDataBase.Open sFolder & "\follow.db"
 Set cSchedMan = CreateObject("RavloScheduler.clsSchedMan")
 
-' Some script hosts bind no events; the work goes on unheard there.
+' Some script hosts cannot bind events: the script continues without them.
 On Error Resume Next
 WScript.ConnectObject cSchedMan, "man_"
 bBound = (Err.Number = 0)
@@ -25,10 +25,10 @@ Set cCut = cDataBase.NewCut
 cCut.Key = "C:\Music\one.mp3" : cCut.Title = "One" : cCut.CategoryText = "Rock" : cCut.CatLevel = 1
 Set colCuts = CreateObject("KorvaCollection.clsCollection")
 colCuts.Add cCut
-cDataBase.AddCuts colCuts                 ' the database tells the scheduler, and that tells the host
+cDataBase.AddCuts colCuts                 ' the database notifies the scheduler, which notifies the host
 If bBound Then Expect lStarted > 0 And lDone > 0, True
 
-' The windows ask for the host's editor and for its help in the same way as the host can itself.
+' The windows request the host's editor and help in the same way as these calls.
 vAnswer = 0
 cSchedMan.RaiseEditRequestCutEvent cCut, vAnswer
 If bBound Then Expect vAnswer, 1
@@ -51,7 +51,7 @@ Sub man_ProgressDone(sStatus)
   WScript.Echo sStatus
 End Sub
 
-' What the host puts into Result goes back to whoever asked.
+' The caller receives what the host stores in Result.
 Sub man_RequestEditCut(cEdited, Result)
   WScript.Echo "Edit " & cEdited.Title
   Result = 1

@@ -1,5 +1,5 @@
 ' SPDX-License-Identifier: MIT
-' Many cuts at once go to another category: the four ways of DoMassCatChange.
+' Moves or copies many cuts at once: the four options of DoMassCatChange.
 '   cscript mass-change.vbs [folder]
 Option Explicit
 Const eCancel = 0
@@ -19,22 +19,22 @@ Set cSchedMan = CreateObject("RavloScheduler.clsSchedMan")
 cSchedMan.PopulateFromDataBase cDataBase, sFolder
 Show "At first"                           ' Rock 1: 1 2 3   Rock 2: 4   Gold 1: 1 2 3   Gold 2: 4   Pop 1: 5
 
-' The cuts are those of the level, here; a host hands in what its user has selected. The level they come from is told, so
-' that a move takes them out of it.
+' Here the cuts are those of the level; a host passes what its user has selected. It also passes the level that a move
+' takes them out of.
 Set colFrom = ListOf(Level("Rock", 1))
 
-' Cancel does nothing: it is what a menu answers that was closed.
+' Cancel does nothing: a menu that was closed returns it.
 cSchedMan.DoMassCatChange eCancel, colFrom, Level("Pop", 1), Level("Rock", 1).SchedCuts, bCreated
 Expect TitlesIn("Pop", 1), "5 "
 
-' A copy files them in a further level; they stay where they are.
+' A copy places them in a further level; they also stay where they are.
 cSchedMan.DoMassCatChange eCopyHere, colFrom, Level("Pop", 1), Level("Rock", 1).SchedCuts, bCreated
 Show "Copied Rock 1 to Pop 1"
 Expect TitlesIn("Pop", 1), "5 1 2 3 "
 Expect TitlesIn("Rock", 1), "1 2 3 "
 
-' A move takes them out of where they come from. A cut has one level for all its categories: under a new number it
-' changes level wherever it stays.
+' A move takes them out of the levels given. A cut has one level in all its categories: with a new number it changes the
+' level in each of them.
 cSchedMan.DoMassCatChange eMoveHere, colFrom, Level("Rock", 2), Level("Rock", 1).SchedCuts, bCreated
 Show "Moved Rock 1 to Rock 2"
 Expect TitlesIn("Rock", 1), ""
@@ -42,7 +42,7 @@ Expect TitlesIn("Rock", 2), "4 1 2 3 "
 Expect TitlesIn("Gold", 2), "4 1 2 3 "
 Expect bCreated, True                     ' Pop had no level 2
 
-' An exclusive move takes them out of every other category as well.
+' An exclusive move also takes them out of every other category.
 cSchedMan.DoMassCatChange eMoveExclusiveHere, ListOf(Level("Rock", 2)), Level("Pop", 1), Level("Rock", 2).SchedCuts, bCreated
 Show "Moved Rock 2 to Pop 1 exclusively"
 Expect TitlesIn("Rock", 2), ""

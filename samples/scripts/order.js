@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The order in which a level's cuts play: cuts are put forward, levels and collections shuffled.
+// The order in which a level's cuts play: moves cuts forward, shuffles levels and collections.
 //   cscript order.js [folder]
 var sFolder = WScript.Arguments.Count() > 0 ? WScript.Arguments(0)
     : new ActiveXObject("Scripting.FileSystemObject").GetSpecialFolder(2).Path;
@@ -45,7 +45,7 @@ cSchedMan.PopulateFromDataBase(cDataBase, sFolder);
 var cLevel = cSchedMan.colMainCats("Rock\t0").SubCats("1");
 var sAtFirst = titlesOf(cLevel.SchedCuts);
 
-// Two cuts, in the order given, come to stand before the one that stands first now: they play next. The order is saved.
+// Moves two cuts, in the order given, before the first one: they play next. The order is saved.
 var colInsert = newCollection();
 colInsert.Add(cLevel.SchedCuts(20));
 colInsert.Add(cLevel.SchedCuts(10));
@@ -53,12 +53,12 @@ cSchedMan.MoveCutsInCategory(cLevel, colInsert, 1);
 WScript.Echo("Put forward: " + titlesOf(cLevel.SchedCuts));
 expect(titlesOf(cLevel.SchedCuts).substr(0, 7), "t j a b");
 
-// A position past the end means the end. Cuts that the level does not hold are passed over.
+// A position past the end means the end. Cuts that the level does not contain are skipped.
 cSchedMan.MoveCutsInCategory(cLevel, colInsert, 99);
 expect(titlesOf(cLevel.SchedCuts).substr(34), "s t j");
 
-// A shuffle gives every level listed a new random order and saves it. With true for the second argument the scheduler asks
-// the user first.
+// A shuffle puts each level of the collection into a new random order and saves it. With true as second argument the
+// scheduler asks the user first.
 var colCats = newCollection();
 colCats.Add(cSchedMan.colMainCats("Rock\t0"));      // all its levels, each in itself
 cSchedMan.ShuffleCategories(colCats, false);
@@ -67,7 +67,7 @@ WScript.Echo("Shuffled:    " + sShuffled);
 expect(sorted(sShuffled), sorted(sAtFirst));
 expect(sShuffled === sAtFirst, false);              // one chance in 20!
 
-// The order is found again by the next scheduler on this folder.
+// The next scheduler on this folder restores the order.
 cLevel = null;
 colCats = null;
 cSchedMan = null;

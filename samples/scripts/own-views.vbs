@@ -1,6 +1,6 @@
 ' SPDX-License-Identifier: MIT
-' Fills a tree and a grid of the host's own: here two small classes that keep text. Any automation object with these members
-' will do.
+' Fills a tree and a grid of the host: here two small classes that keep text. Any automation object with these members
+' works.
 '   cscript own-views.vbs [folder]
 Option Explicit
 
@@ -125,7 +125,7 @@ ExpectNode 5, "Jazz" & vbTab & "0", "Jazz"
 ExpectNode 6, "Jazz" & vbTab & "2", "2"
 Expect cTree.Nodes.Item(6).Parent.Text, "Jazz"
 
-' One level, in rotation order. The images matter only by being there.
+' One level, in rotation order. Nodes get images when there is an image list; no member of it is used.
 Set cGrid = New Grid
 Set cImages = CreateObject("Scripting.Dictionary")
 sKey = "rock" & vbTab & "1"
@@ -144,7 +144,7 @@ Expect cTree.Nodes.Item(3).Image, "Open"
 Expect cTree.Nodes.Item(2).Image, "Open"
 Expect cTree.Nodes.Item(4).Image, "Closed"
 
-' A main category: its levels one after another.
+' A main category: its levels, one after another.
 sKey = "Rock" & vbTab & "0"
 cSchedMan.ShowGridCuts cGrid, sKey, Nothing, Nothing, bAll, bSeveral, cShown
 Expect cGrid.RowCount, 3

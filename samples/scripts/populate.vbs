@@ -1,5 +1,5 @@
 ' SPDX-License-Identifier: MIT
-' A media database is filled, a scheduler is populated from it, and its categories are walked.
+' Fills a media database, populates a scheduler from it, and lists its categories.
 '   cscript populate.vbs [folder]
 Option Explicit
 Dim sFolder, cDataBase, cSchedMan, colNew, cMainCat, cSubCat, cCut
@@ -12,7 +12,7 @@ End If
 Set cDataBase = CreateObject("RavloBase.clsDataBase")
 cDataBase.Open sFolder & "\station.db"
 
-' New cuts are collected and added in one go: one change on the disk, one event.
+' Collect new cuts and add them together: one change on the disk, one event.
 Set colNew = CreateObject("KorvaCollection.clsCollection")
 AddNewCut "C:\Music\one.mp3", "The Openers", "First Song", "Rock", 1, 183000
 AddNewCut "C:\Music\two.mp3", "The Singers", "Second Song", "Rock/Gold", 1, 201000
@@ -32,7 +32,7 @@ For Each cMainCat In cSchedMan.colMainCats
   Next
 Next
 
-' Collections of the scheduler are its own, keyed by names and numbers; the cuts in them are the database's own.
+' The collections are the scheduler's own, keyed by names and numbers; the cuts in them are the database's own.
 Expect cSchedMan.colMainCats.Count, 2
 Expect cSchedMan.colMainCats("gold" & vbTab & "0").SubCats("1").SchedCuts(1).Title, "Second Song"
 Expect cSchedMan.colCuts("Rock").Count, 3
@@ -40,7 +40,7 @@ Expect cSchedMan.colCuts("Rock", 2).Count, 1
 Expect cSchedMan.colCuts("Rock", 2)(1) Is cDataBase.CutByKey("C:\Music\three.mp3"), True
 Expect cSchedMan.colCuts("Jazz") Is Nothing, True
 
-' What is changed in the database reaches the categories at once.
+' The categories follow a change in the database at once.
 Set cCut = cDataBase.CutByKey("C:\Music\three.mp3")
 cCut.CatLevel = 1
 Set colNew = CreateObject("KorvaCollection.clsCollection")

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The same from JScript: a database, a scheduler, an hour of cuts, and what an error looks like.
+// From JScript: a database, a scheduler, some picks, and what an error looks like.
 //   cscript rotation.js [folder]
 var sFolder = WScript.Arguments.Count() > 0 ? WScript.Arguments(0)
     : new ActiveXObject("Scripting.FileSystemObject").GetSpecialFolder(2).Path;
@@ -29,7 +29,7 @@ var cSchedMan = new ActiveXObject("RavloScheduler.clsSchedMan");
 cSchedMan.PopulateFromDataBase(cDataBase, sFolder);
 cSchedMan.RotatesAllowed = true;
 
-// Enumerator walks every collection; the parameters that come back to other hosts may be given as null.
+// Enumerator works on every collection. JScript has no by-reference variables: pass null for such parameters.
 var sTitles = "";
 for (var e = new Enumerator(cSchedMan.colMainCats.Item("Rock\t0").SubCats); !e.atEnd(); e.moveNext()) {
     var cLevel = e.item();
@@ -42,7 +42,7 @@ expect(cSchedMan.colCuts("Rock").Count, 4);
 expect(cSchedMan.colCuts("Rock", 2).Count, 2);
 expect(cSchedMan.colCuts("Jazz"), null);
 
-// A level's order is set from any collection.
+// Sets a level's order from any collection.
 var colOrder = new ActiveXObject("KorvaCollection.clsCollection");
 var cSubCat = cSchedMan.colMainCats(1).SubCats("2");
 colOrder.Add(cSubCat.SchedCuts(2));

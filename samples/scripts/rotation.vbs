@@ -1,5 +1,5 @@
 ' SPDX-License-Identifier: MIT
-' Asks for the next cuts of a level as a playout program does for every slot, reports the plays, and finds the order again
+' Asks for the next cuts of a level as a playout program does for every slot, reports the plays, and restores the order
 ' after a restart.
 '   cscript rotation.vbs [folder]
 Option Explicit
@@ -17,7 +17,7 @@ FillDataBase
 Set cSchedMan = CreateObject("RavloScheduler.clsSchedMan")
 cSchedMan.PopulateFromDataBase cDataBase, sFolder
 
-' Until the host allows rotation it gets placeholders; the kind code says why.
+' Until the host allows rotation, picks return placeholders; the kind code says why.
 Set cCut = cSchedMan.NextCutFromRotation(sLevel, False, Nothing, cMainCat, cSubCat, sMainCatKey)
 Expect cCut.KindCode, 17
 cSchedMan.RotatesAllowed = True
@@ -28,7 +28,7 @@ cRules.ArtistSepMins = 30
 Expect cRules.ArtistSepMins, 30
 Expect cRules.TitleSepMins, 60
 
-' The parameters that come back take variables of any kind.
+' By-reference parameters accept variables of any type.
 For i = 1 To 3
   Set cCut = cSchedMan.NextCutFromRotation(sLevel, False, Nothing, cMainCat, cSubCat, sMainCatKey)
   Expect cCut.KindCode, 0
@@ -45,25 +45,25 @@ Next
 WScript.Echo "Played: " & sPlayed
 Expect sPlayed, "Song1 Song2 Song3 "
 
-' The history knows the database's own cut, not the copy that was handed out.
+' The history contains the database's own cut, not the copy that the pick returned.
 Expect cSchedMan.TitleHistoryCut("SONG2") Is cDataBase.CutByKey("C:\Music\2.mp3"), True
 Expect cSchedMan.ArtistHistoryCut("Artist3").Title, "Song3"
 Expect cSchedMan.AlbumHistoryCut("unheard") Is Nothing, True
 
-' Everything has just been played: the cut that was played longest ago comes with the reason.
+' Every cut has just been played: the pick returns the one played longest ago, with the reason.
 For i = 1 To 3
   Set cCut = cSchedMan.NextCutFromRotation(sLevel, False, Nothing, cMainCat, cSubCat, sMainCatKey)
 Next
 Expect cCut.KindCode <> 0, True
 
-' A key that names nothing gives a placeholder, too, never nothing.
+' A key that names no level also returns a placeholder, never Nothing.
 Set cCut = cSchedMan.NextCutFromRotation("Jazz" & vbTab & "1", False, Nothing, cMainCat, cSubCat, sMainCatKey)
 Expect cCut.KindCode, 9
 Expect cMainCat Is Nothing, True
 Set cCut = cSchedMan.NextCutFromRotation("Rock" & vbTab & "7", False, Nothing, cMainCat, cSubCat, sMainCatKey)
 Expect cCut.KindCode, 10
 
-' The order is kept: a new manager finds the level as it was left.
+' The order was saved: a new manager restores it.
 Dim sOrder
 sOrder = OrderOf(cSchedMan)
 Expect cSchedMan.SaveHistoryAndOrdering(Nothing), True

@@ -1,5 +1,5 @@
 ' SPDX-License-Identifier: MIT
-' Any collection can be put into random order, whatever it holds: RandomizeCollection replaces it by a new one.
+' Puts any collection into random order: RandomizeCollection replaces it by a new one.
 '   cscript shuffle-collection.vbs
 Option Explicit
 Dim cSchedMan, col, colBefore, vItem, sBefore, sAfter, i
@@ -17,7 +17,7 @@ WScript.Echo sAfter
 Expect col.Count, 20
 Expect sAfter <> sBefore, True            ' one chance in 20!
 Expect col("key7"), "Jingle 7"            ' items keep their keys
-Expect col Is colBefore, False            ' the collection that was handed in stays as it is
+Expect col Is colBefore, False            ' the collection that was passed stays unchanged
 Expect TextOf(colBefore), sBefore
 
 Set col = CreateObject("KorvaCollection.clsCollection")

@@ -34,7 +34,7 @@ D:\\c.mp3,Bob,"Say ""hi"", twice",,2001,150000,150000,rock,2,N
 
 
 def run(*arguments, folder, typed=None, wrapper=WINE_RUN):
-    """typed: what a person types in answer; None: nobody is there."""
+    """typed: a person's answer; None: there is no person."""
     environment = dict(os.environ, WINE_RUN_INPUT="" if typed is None else "1")
     done = subprocess.run([wrapper, HOST, *map(str, arguments)], cwd=folder, capture_output=True, check=False,
                           env=environment, input=typed.encode() if typed is not None else b"")
@@ -190,7 +190,7 @@ class RavloHost(unittest.TestCase):
         self.check_contiguous(first[-1:] + second[:1])
         self.check_separations(first + second)
         self.assertTrue(all(row["kind"] == "0" for row in second))
-        # The rotation goes on where it was: in a level larger than a day needs nothing comes again.
+        # The rotation continues: in a level with more cuts than a day needs, no cut plays twice.
         self.assertEqual({row["path"] for row in first if (row["category"], row["level"]) == ("pop", "1")}
                          & {row["path"] for row in second if (row["category"], row["level"]) == ("pop", "1")}, set())
 
@@ -221,7 +221,7 @@ class RavloHost(unittest.TestCase):
                  "--slots", self.write("s.csv", "slot_at,category,level,opener\n2030-01-01T10:00:00,rock,2,N\n"))
         early = self.day("2.csv", "--start", "2030-01-01T10:59:59", "--hours", "1", "--clock", clock)
         self.assertEqual((early[0]["kind"], early[0]["artist_gap_min"]), ("15", "59.98"))
-        # The last play of the run before starts within the hour it was given; an hour later the separation holds.
+        # The last play of the previous run starts within its hour; one hour later the separation is kept.
         late = early[-1]["at"] + SEPARATION
         rows = self.day("3.csv", "--start", late.isoformat(), "--hours", "1", "--clock", clock)
         self.assertEqual((rows[0]["kind"], rows[0]["artist_gap_min"]), ("0", "60.00"))
@@ -239,7 +239,7 @@ class RavloHost(unittest.TestCase):
         self.import_tiny()
         rows = self.day("log.csv", "--start", START, "--hours", "1", "--clock", self.write("c", "rock,1,N\n"))
         self.assertEqual(rows[0]["kind"], "0")
-        # Both cuts are Ann's: her other title is a breach of the artist's separation alone.
+        # Both cuts are Ann's: her other title breaks only the artist's separation.
         self.assertEqual((rows[1]["kind"], rows[1]["path"]), ("14", "D:\\b.mp3"))
         self.assertEqual(rows[1]["artist_gap_min"], "3.33")
         self.assertEqual({row["kind"] for row in rows[2:]}, {"15"})
@@ -267,7 +267,7 @@ class RavloHost(unittest.TestCase):
                   "--hours", "1", "--clock", self.folder / "c")
         self.assertTrue((self.folder / "deep" / "station" / "Scheduler" / "History_and_Ordering" / "rock.sif").exists())
 
-    # Days that the world gets in the way of
+    # Days with faults from outside
 
     def lock_library(self):
         """Another program that writes to the database until the connection is closed."""
@@ -390,7 +390,7 @@ class RavloHost(unittest.TestCase):
         self.assertIn("The rotation of fresh:1, where new cuts come up soonest:\n"
                       "1  Dan - Four (1:00)  new\n2  Eve - Five (1:30)  new\n", out)
         self.assertRegex(out, r"The next 2 picks:\n\S+  fresh:1  Dan - Four\n\S+  fresh:1  Eve - Five\n$")
-        # The plays are on the books: the same cuts have gone to the back.
+        # The plays are recorded: the same cuts have gone to the back.
         again = self.good("cats", "list", "fresh:1", "--db", "library.db", "--app", "station")
         self.assertEqual(again, "fresh:1 (2 cuts)\n1  Dan - Four (1:00)\n2  Eve - Five (1:30)\n")
 
@@ -520,7 +520,7 @@ class RavloHost(unittest.TestCase):
         self.assertTrue(error.endswith("RavloHost: 1 cut was not copied to new releases:1: a copy keeps its level\n"), error)
 
     def damage_the_list(self):
-        """The saved list of categories cannot be read, nor replaced: a folder stands in its place."""
+        """The saved list of categories can be neither read nor replaced: a folder has its name."""
         file = self.folder / "station" / "Scheduler" / "MainCats.txt"
         file.unlink()
         file.mkdir()
@@ -531,7 +531,7 @@ class RavloHost(unittest.TestCase):
         self.cats("list")
         file = self.folder / "station" / "Scheduler" / "MainCats.txt"
         file.write_text("\r\nrock\r\nROCK", encoding="utf-8", newline="")
-        # A box of the time before the action is shown, but is no failure of the action.
+        # A box from before the action is shown, but is no failure of the action.
         status, out, error = run("cats", "--db", "library.db", "--app", "station", "new", "Jazz", folder=self.folder)
         self.assertEqual((status, out), (0, "Made the category Jazz with level 1\n"), error)
         self.assertIn("the scheduler says: ", error)

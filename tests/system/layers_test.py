@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The checker of the layers finds what it is there to find."""
+"""The layer check finds includes that point upward and misplaced Windows headers."""
 import pathlib
 import tempfile
 import unittest

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Who waits for whom with cmake/with-screen, natively: wine-run and Xvfb are stand-ins.
+"""Which program waits for which in cmake/with-screen, natively: wine-run and Xvfb are stand-ins.
 
 RAVLO_WITH_SCREEN names the script.
 """

@@ -1,6 +1,6 @@
 ' SPDX-License-Identifier: MIT
 ' A whole station from a script: imports the sample library, schedules an hour, shows the library window until the user closes
-' it, changes an order and finds it again after a restart.
+' it, changes an order and restores it after a restart.
 '   cscript station.vbs [folder]
 Option Explicit
 Dim sFolder, cDataBase, cSchedMan, cFiles
@@ -19,7 +19,7 @@ Expect cSchedMan.UIShowing, False
 ChangeAnOrder
 WScript.Echo "ALL OK"
 
-' The library that lies beside this script's folder, unless the station has one already.
+' Imports the library beside this script's folder, unless the station has one already.
 Sub OpenStation()
   Dim bNew, sSamples
   bNew = Not cFiles.FileExists(sFolder & "\station.db")
@@ -37,7 +37,7 @@ Sub Restart()
   cSchedMan.RotatesAllowed = True
 End Sub
 
-' Slot after slot until the hour is full. Each pick is told when it starts by the cut before it.
+' Slot after slot until the hour is full. The cut before tells each pick when it starts.
 Sub ScheduleAnHour()
   Dim colLevels, dtNext, dtEnd, cPrevious, cCut, cMainCat, cSubCat, sKey, i
   colLevels = Array("rock" & vbTab & "1", "pop" & vbTab & "1", "rock" & vbTab & "2")
@@ -46,7 +46,7 @@ Sub ScheduleAnHour()
   Set cPrevious = Nothing
   i = 0
   Do While dtNext < dtEnd
-    ' Orders are saved once at the end: an hour that is planned ahead need not write the file with every pick.
+    ' Orders are saved once at the end: planning ahead need not write the file with every pick.
     Set cCut = cSchedMan.NextCutFromRotation(colLevels(i Mod 3), False, cPrevious, cMainCat, cSubCat, sKey, False, False)
     Expect cCut.KindCode, 0
     cCut.LastPlayed = dtNext
@@ -59,7 +59,7 @@ Sub ScheduleAnHour()
   WScript.Echo "Scheduled " & i & " cuts from 06:00 to " & FormatDateTime(dtNext, 4)
 End Sub
 
-' The last cut of a level is to play next.
+' Makes the last cut of a level play next.
 Sub ChangeAnOrder()
   Dim cLevel, cLast, colMove
   Set cLevel = LevelOf("rock", 1)
