@@ -1,0 +1,100 @@
+# SPDX-License-Identifier: MIT
+"""documents.py TREE: refuses a document that names what is not there.
+
+Checks each *.md of the tree: links and their headings; paths into the source tree, with or without an extension; and in the
+guide for host developers the members and their parameters, against the interface definitions.
+"""
+import pathlib
+import re
+import sys
+
+LINK = re.compile(r"\]\(([^)\s]+)\)")
+HEADING = re.compile(r"^#+ (.*)$", re.M)
+MEMBER = re.compile(r"\[id\([^\]]*\] (?:HRESULT|void) (\w+)\(([^;]*)\);")
+PARAMETER = re.compile(r"\[([^\]]*)\]\s*[\w ]+?[\s*]+(\w+)")
+DOCUMENTED = re.compile(r"`(\w+)\(([^`]*)\)`")
+
+
+def folders(tree):
+    return [path for path in sorted(tree.iterdir())
+            if path.is_dir() and not path.name.startswith(".") and path.name not in ("build", "station")]
+
+
+def documents(tree):
+    return [*sorted(tree.glob("*.md")), *(page for folder in folders(tree) for page in sorted(folder.rglob("*.md")))]
+
+
+def anchors(path):
+    """The names under which a page's headings can be linked to."""
+    text = path.read_text(encoding="utf-8")
+    return {re.sub(r"[^\w -]", "", heading).lower().replace(" ", "-") for heading in HEADING.findall(text)}
+
+
+def check_links(page, text):
+    for link in LINK.findall(text):
+        if "://" in link:
+            continue
+        name, _, anchor = link.partition("#")
+        target = page.parent / name if name else page
+        if not target.exists():
+            yield f"no file for the link {link}"
+        elif anchor and anchor not in anchors(target):
+            yield f"no heading for the link {link}"
+
+
+def check_paths(tree, text):
+    """Paths that begin with a folder of the tree."""
+    names = "|".join(re.escape(folder.name) for folder in folders(tree))
+    for match in re.finditer(rf"(?<![\w./\\-])(?:{names})/\w[\w./-]*", text):
+        path = match.group().rstrip("./-")
+        place = tree / path
+        if not place.exists() and not any(place.parent.glob(place.name + ".*")):
+            yield f"no file {path}"
+
+
+def members(tree):
+    """Name -> the possible lists of parameters, an optional one in brackets. Without the collections, whose names are
+    also those of a host's own tree."""
+    found = {}
+    for definition in ("RavloScheduler", "RavloBase"):
+        for name, parameters in MEMBER.findall((tree / f"comkit/{definition}.idl").read_text(encoding="utf-8")):
+            names = [f"[{parameter}]" if "optional" in how or "defaultvalue" in how else parameter
+                     for how, parameter in PARAMETER.findall(parameters) if "retval" not in how]
+            found.setdefault(name, []).append(names)
+    return found
+
+
+def check_members(tree, text):
+    defined = members(tree)
+    for name in defined:
+        if not re.search(rf"\b{name}\b", text):
+            yield f"{name} is not described"
+    for name, parameters in DOCUMENTED.findall(text):
+        given = [parameter.strip() for parameter in parameters.split(",") if parameter.strip()]
+        if name in defined and given not in defined[name]:
+            yield f"{name}({', '.join(given)}) has other parameters: {defined[name]}"
+
+
+def check(tree):
+    """The faults, one line each; and the number of pages looked at."""
+    faults = []
+    pages = documents(tree)
+    for page in pages:
+        text = page.read_text(encoding="utf-8")
+        found = [*check_links(page, text), *check_paths(tree, text)]
+        if page.name == "guide-host-developer.md":
+            found += check_members(tree, text)
+        faults += [f"{page.relative_to(tree)}: {fault}" for fault in found]
+    return faults, len(pages)
+
+
+def main():
+    faults, pages = check(pathlib.Path(sys.argv[1]))
+    for fault in faults:
+        print(fault)
+    print(f"{pages} pages, {len(faults)} faults")
+    return 1 if faults or not pages else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,50 @@
+# SPDX-License-Identifier: MIT
+"""The check of the documents finds dead links, missing paths and wrong members."""
+import pathlib
+import tempfile
+import unittest
+
+import documents
+
+SCHEDULER = """    [id(1), propget] HRESULT AppPath([out, retval] BSTR *pVal);
+    [id(2)] HRESULT ShuffleCategories(
+        [in] IDispatch *colCats, [in, defaultvalue(0)] VARIANT_BOOL bConfirmFirst);
+"""
+GUIDE = "`AppPath`; `ShuffleCategories(colCats, [bConfirmFirst])`"
+
+
+class Documents(unittest.TestCase):
+    def faults(self, readme="", guide=GUIDE):
+        with tempfile.TemporaryDirectory() as folder:
+            tree = pathlib.Path(folder)
+            for name, text in {"README.md": readme, "docs/guide-host-developer.md": guide, "rotation/Selection.cpp": "",
+                               "docs/words.md": "# What is a *level*?\n", "comkit/RavloScheduler.idl": SCHEDULER,
+                               "comkit/RavloBase.idl": "", "build/old.md": "[gone](gone.md)"}.items():
+                (tree / name).parent.mkdir(exist_ok=True)
+                (tree / name).write_text(text, encoding="utf-8")
+            return documents.check(tree)[0]
+
+    def test_links_to_pages_folders_headings_and_the_web_are_followed(self):
+        self.assertEqual(self.faults("[a](docs/words.md) [b](docs) [c](docs/words.md#what-is-a-level) [d](https://x/y)"), [])
+
+    def test_a_link_to_no_file_or_heading_is_refused(self):
+        self.assertEqual(self.faults("[a](docs/gone.md) [b](docs/words.md#gone)"),
+                         ["README.md: no file for the link docs/gone.md", "README.md: no heading for the link docs/words.md#gone",
+                          "README.md: no file docs/gone.md"])
+
+    def test_a_path_may_leave_out_the_extension(self):
+        self.assertEqual(self.faults("See `rotation/Selection`, rotation/Selection.cpp, build/bin/x and a/rotation/x."), [])
+
+    def test_a_path_to_no_file_is_refused(self):
+        self.assertEqual(self.faults("    run rotation/Gone.cpp now"), ["README.md: no file rotation/Gone.cpp"])
+
+    def test_members_are_described_with_their_parameters(self):
+        self.assertEqual(self.faults(), [])
+        self.assertEqual(self.faults(guide="`ShuffleCategories(colCats)`"),
+                         ["docs/guide-host-developer.md: AppPath is not described",
+                          "docs/guide-host-developer.md: ShuffleCategories(colCats) has other parameters: "
+                          "[['colCats', '[bConfirmFirst]']]"])
+
+
+if __name__ == "__main__":
+    unittest.main()
