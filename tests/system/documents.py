@@ -1,12 +1,15 @@
 # SPDX-License-Identifier: MIT
 """documents.py TREE: refuses a document that names what is not there.
 
-Checks each *.md of the tree: links and their headings; paths into the source tree, with or without an extension; and in the
-guide for host developers the members and their parameters, against the interface definitions.
+Checks each *.md of the tree: links and their headings; paths into the source tree, with or without an extension. In the
+guide for host developers, the members and their parameters, against the interface definitions. In the architecture, the
+table of the layers, against the build files.
 """
 import pathlib
 import re
 import sys
+
+import layers
 
 LINK = re.compile(r"\]\(([^)\s]+)\)")
 HEADING = re.compile(r"^#+ (.*)$", re.M)
@@ -75,6 +78,20 @@ def check_members(tree, text):
             yield f"{name}({', '.join(given)}) has other parameters: {defined[name]}"
 
 
+def check_layers(tree, text):
+    """The rows "| `folder`, ... | what it does | `folder`, ... |"."""
+    named = layers.named_folders(tree)
+    described = {}
+    for line in text.splitlines():
+        cells = line.split("|")
+        if len(cells) == 5 and set(re.findall(r"`([^`]*)`", cells[1])) & named.keys():
+            for folder in re.findall(r"`([^`]*)`", cells[1]):
+                described[folder] = set(re.findall(r"`([^`]*)`", cells[3]))
+    for folder in sorted(named.keys() | described.keys()):
+        if described.get(folder) != named.get(folder):
+            yield f"{folder} may include from {sorted(named.get(folder, ()))}"
+
+
 def check(tree):
     """The faults, one line each; and the number of pages looked at."""
     faults = []
@@ -84,6 +101,8 @@ def check(tree):
         found = [*check_links(page, text), *check_paths(tree, text)]
         if page.name == "guide-host-developer.md":
             found += check_members(tree, text)
+        if page.name == "ARCHITECTURE.md":
+            found += check_layers(tree, text)
         faults += [f"{page.relative_to(tree)}: {fault}" for fault in found]
     return faults, len(pages)
 

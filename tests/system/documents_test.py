@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The check of the documents finds dead links, missing paths and wrong members."""
+"""The check of the documents finds dead links, missing paths, wrong members and wrong arrows."""
 import pathlib
 import tempfile
 import unittest
@@ -13,13 +13,19 @@ SCHEDULER = """    [id(1), propget] HRESULT AppPath([out, retval] BSTR *pVal);
 GUIDE = "`AppPath`; `ShuffleCategories(colCats, [bConfirmFirst])`"
 
 
+BUILD = """ravlo_layer(model    FOLDER model LIBRARIES libcsv)
+ravlo_layer(rotation FOLDER rotation DEPENDS model)
+"""
+
+
 class Documents(unittest.TestCase):
-    def faults(self, readme="", guide=GUIDE):
+    def faults(self, readme="", guide=GUIDE, architecture=None):
         with tempfile.TemporaryDirectory() as folder:
             tree = pathlib.Path(folder)
             for name, text in {"README.md": readme, "docs/guide-host-developer.md": guide, "rotation/Selection.cpp": "",
                                "docs/words.md": "# What is a *level*?\n", "comkit/RavloScheduler.idl": SCHEDULER,
-                               "comkit/RavloBase.idl": "", "build/old.md": "[gone](gone.md)"}.items():
+                               "comkit/RavloBase.idl": "", "build/old.md": "[gone](gone.md)",
+                               **({"docs/ARCHITECTURE.md": architecture, "CMakeLists.txt": BUILD} if architecture else {})}.items():
                 (tree / name).parent.mkdir(exist_ok=True)
                 (tree / name).write_text(text, encoding="utf-8")
             return documents.check(tree)[0]
@@ -44,6 +50,12 @@ class Documents(unittest.TestCase):
                          ["docs/guide-host-developer.md: AppPath is not described",
                           "docs/guide-host-developer.md: ShuffleCategories(colCats) has other parameters: "
                           "[['colCats', '[bConfirmFirst]']]"])
+
+    def test_the_table_of_the_layers_has_every_arrow(self):
+        self.assertEqual(self.faults(architecture="| `model` | cuts | libcsv |\n| `rotation` | picks | `model` |\n"), [])
+        self.assertEqual(self.faults(architecture="| `model` | cuts | `rotation` |\n"),
+                         ["docs/ARCHITECTURE.md: model may include from []",
+                          "docs/ARCHITECTURE.md: rotation may include from ['model']"])
 
 
 if __name__ == "__main__":

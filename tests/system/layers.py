@@ -15,8 +15,8 @@ WINDOWS_HEADERS = {"windows.h", "ole2.h", "oleauto.h", "objbase.h", "commctrl.h"
 SOURCES = {".h", ".cpp", ".inc"}
 
 
-def read_layers(tree):
-    """Folder -> the folders it may include from, itself among them."""
+def read_targets(tree):
+    """Target -> its folder, and target -> the targets and libraries it names."""
     folder_of, depends = {}, {}
     for build_file in [tree / "CMakeLists.txt", *sorted(tree.glob("[a-z]*/**/CMakeLists.txt"))]:
         if build_file.relative_to(tree).parts[0] == "build":
@@ -30,6 +30,18 @@ def read_layers(tree):
                 elif taking in ("DEPENDS", "LIBRARIES"):
                     wanted.append(word)
             depends[name] = wanted
+    return folder_of, depends
+
+
+def named_folders(tree):
+    """Folder -> the folders of the layers that its target names."""
+    folder_of, depends = read_targets(tree)
+    return {folder: {folder_of[other] for other in depends[name] if other in folder_of} for name, folder in folder_of.items()}
+
+
+def read_layers(tree):
+    """Folder -> the folders it may include from, itself among them."""
+    folder_of, depends = read_targets(tree)
 
     def reachable(name, seen):
         if name in folder_of and name not in seen:
