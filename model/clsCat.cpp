@@ -83,16 +83,16 @@ struct PlacedCut
     bool bNamed; // before
 };
 
-void TakeBack(ModScheduler& cMod, const PlacedCut& filed) noexcept
+void TakeBack(ModScheduler& cMod, const PlacedCut& placed) noexcept
 {
     try
     {
-        if (filed.bAdded)
-            filed.cLevel->RemoveCut(filed.cCut); // with the name
-        else if (!filed.bNamed)
-            filed.cCut->RemoveCategoryName(filed.cLevel->CatName());
-        if (filed.bAdded && filed.bNamed)
-            filed.cCut->AddCategoryName(filed.cLevel->CatName());
+        if (placed.bAdded)
+            placed.cLevel->RemoveCut(placed.cCut); // with the name
+        else if (!placed.bNamed)
+            placed.cCut->RemoveCategoryName(placed.cLevel->CatName());
+        if (placed.bAdded && placed.bNamed)
+            placed.cCut->AddCategoryName(placed.cLevel->CatName());
     }
     catch (...)
     {

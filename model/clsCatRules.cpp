@@ -40,7 +40,8 @@ clsCatRules::~clsCatRules()
     try
     {
         const std::wstring sPath = PathOf(CatID());
-        if (m_eSource != Source::Unread && sPath == m_sSeenPath && m_cMod.Saved().NewestOf(sPath) == m_lSeen)
+        if (m_eSource != Source::Unread && Folder() == m_cMod.ServedPath() && sPath == m_sSeenPath &&
+            m_cMod.Saved().NewestOf(sPath) == m_lSeen)
             Save(Report::LogOnly);
     }
     catch (...)
@@ -61,6 +62,7 @@ void clsCatRules::SetCatID(const std::wstring& sCatID)
 {
     if (sCatID.empty())
         return;
+    m_sAppPath = m_cMod.ServedPath();
     GetRules(sCatID);
     m_sCatID = sCatID.substr(0, catIDWidth);
     m_sSeenPath = PathOf(CatID());
@@ -124,7 +126,7 @@ bool clsCatRules::SaveRules() { return Save(Report::Show); }
 bool clsCatRules::Save(Report eReport)
 {
     const std::wstring sName = CatID();
-    if (sName.empty() || m_cMod.AppPath().empty())
+    if (sName.empty() || Folder().empty())
         return false;
     try
     {
@@ -188,7 +190,7 @@ void clsCatRules::GetRules(const std::wstring& sName)
     m_sReadPath = PathOf(sName);
     m_cSet = {};
     // A name that can be no file's name has no file; only saving under it is an error.
-    if (m_cMod.AppPath().empty() || !CanBeFileName(sName))
+    if (Folder().empty() || !CanBeFileName(sName))
         return;
     try
     {
@@ -228,9 +230,12 @@ void clsCatRules::TakeRecord(std::string_view record)
     m_lAlbum = SetOrNot(GetLong(record, atAlbum));
 }
 
+// The rules of a tree belong to its folder, wherever the library has moved since.
+std::wstring clsCatRules::Folder() const { return m_sAppPath.empty() ? m_cMod.ServedPath() : m_sAppPath; }
+
 std::wstring clsCatRules::PathOf(const std::wstring& sName) const
 {
-    return m_cMod.AppPath() + L"Scheduler\\Rules\\" + sName + L".rls";
+    return Folder() + L"Scheduler\\Rules\\" + sName + L".rls";
 }
 
 std::string clsCatRules::Encode() const

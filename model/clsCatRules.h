@@ -13,7 +13,8 @@ namespace ravlo
 {
 
 // The separation rules of one category, in minutes, tied to one rules file that is read when CatID is set and
-// rewritten whenever a rule changes and when the object is released. File format: docs/formats/rules.md.
+// rewritten whenever a rule changes and when the object is released. The file stays in the folder that was
+// served when CatID was set. File format: docs/formats/rules.md.
 class clsCatRules
 {
 public:
@@ -87,6 +88,7 @@ private:
     bool Store(const Edit& edit);
     void Take(const Edit& edit);
     bool Save(Report eReport);
+    std::wstring Folder() const;
     std::wstring PathOf(const std::wstring& sName) const;
     std::string Encode() const;
 
@@ -95,6 +97,7 @@ private:
     std::int32_t m_lTitle = 0;
     std::int32_t m_lAlbum = 0;
     bool m_bIgnore = false;
+    std::wstring m_sAppPath;       // when CatID was set; empty: none was known
     std::wstring m_sCatID;         // the field without its padding
     std::wstring m_sSeenPath;      // the file SaveRules writes, when CatID was set or it last wrote it
     SavedFiles::Stamp m_lSeen = 0; // of that file's content, then

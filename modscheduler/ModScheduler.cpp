@@ -64,10 +64,27 @@ std::wstring ModScheduler::AppPath() const
 
 void ModScheduler::StoreAppPath(const std::wstring& sAppPath)
 {
+    m_sServedPath.clear();
     if (sAppPath == m_sAppPath)
         return;
     FlushDebugLog(); // what was noted until now belongs to the folder that was known until now
     m_sAppPath = sAppPath;
+}
+
+std::wstring ModScheduler::ServedPath() const { return m_sServedPath.empty() ? AppPath() : m_sServedPath; }
+
+void ModScheduler::MoveAppPath(const std::wstring& sAppPath)
+{
+    std::wstring sServed = ServedPath();
+    StoreAppPath(sAppPath);
+    if (!sServed.empty() && !EqualIgnoringCase(sServed, AppPath()))
+        m_sServedPath = std::move(sServed);
+}
+
+void ModScheduler::SettleAppPath()
+{
+    m_sServedPath.clear();
+    LoadSettings();
 }
 
 // ---- debug log
@@ -273,7 +290,7 @@ void ModScheduler::Sleep(std::uint32_t lMilliseconds) { m_cPorts.cHostLoop.Sleep
 void ModScheduler::SetSetting(std::int32_t Settings::*lSetting, std::int32_t lMins)
 {
     // A file that could not be read so far has values that count, except the one set now.
-    const bool bOtherFolder = !EqualIgnoringCase(AppPath(), m_cSettings.sAppPath);
+    const bool bOtherFolder = !EqualIgnoringCase(ServedPath(), m_cSettings.sAppPath);
     if (bOtherFolder ||
         (!m_cSettings.bUnsaved && m_cSavedFiles.StateOf(SettingsPath(), this) == SavedFiles::State::NotSeen))
         LoadSettings();
@@ -293,7 +310,7 @@ void ModScheduler::LoadSettings()
 {
     if (m_cSettings.bUnsaved)
         WriteSettings();
-    const std::wstring sAppPath = AppPath();
+    const std::wstring sAppPath = ServedPath();
     const bool bReload = !sAppPath.empty() && EqualIgnoringCase(sAppPath, m_cSettings.sAppPath);
     if (bReload && m_cSettings.bUnsaved)
         return; // the file is older than what was set
@@ -336,7 +353,7 @@ bool ModScheduler::SaveSettings() noexcept
 {
     try
     {
-        if (!EqualIgnoringCase(AppPath(), m_cSettings.sAppPath))
+        if (!EqualIgnoringCase(ServedPath(), m_cSettings.sAppPath))
             return false;
     }
     catch (...)
@@ -370,13 +387,6 @@ bool ModScheduler::WriteSettings() noexcept
         LogError(L"SaveSettings", CurrentError());
         return false;
     }
-}
-
-void ModScheduler::ReturnToSettings(Settings cSettings) noexcept
-{
-    if (m_cSettings.bUnsaved)
-        WriteSettings();
-    m_cSettings = std::move(cSettings);
 }
 
 namespace

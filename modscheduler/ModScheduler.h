@@ -31,6 +31,14 @@ public:
     // The host's application folder with a trailing backslash; empty when none was stored.
     std::wstring AppPath() const;
     void StoreAppPath(const std::wstring& sAppPath);
+    // The folder whose rules and settings are in use, with a trailing backslash: AppPath, except between
+    // MoveAppPath and SettleAppPath.
+    std::wstring ServedPath() const;
+    // StoreAppPath for a population of another folder, which may fail: rules and settings stay those of the
+    // tree in use. To return, move back to the folder that is served.
+    void MoveAppPath(const std::wstring& sAppPath);
+    // The population has succeeded: rules and settings are AppPath's from now on. Loads the settings.
+    void SettleAppPath();
 
     // ---- debug log
 
@@ -115,15 +123,17 @@ public:
     void SetGlobalArtistSepMins(std::int32_t lMins);
     void SetGlobalTitleSepMins(std::int32_t lMins);
     void SetGlobalAlbumSepMins(std::int32_t lMins);
-    // Reads the file of the application path; without a path every separation is 60. A setter's value that is
+    // Reads the file of the served folder; without a folder every separation is 60. A setter's value that is
     // not saved yet is saved first, to its own folder; when that fails, a reload of the same folder keeps the
     // present values. So it does when the file cannot be read; another folder starts with 60 then. Errors are
     // logged.
     void LoadSettings();
-    // False when the separations are not those of the application path, or the file could not be written.
+    // False when the separations are not those of the served folder, or the file could not be written.
     // Without a setter's value to save, a file that has not been read is left alone.
     bool SaveSettings() noexcept;
-    // The separations, and whose they are: for a caller that returns to the folder they were loaded from.
+
+private:
+    // The separations, and whose they are.
     struct Settings
     {
         std::wstring sAppPath; // empty: no folder's
@@ -132,10 +142,7 @@ public:
         std::int32_t lAlbum = 60;
         bool bUnsaved = false; // a setter's value is not in the file yet
     };
-    const Settings& PresentSettings() const noexcept { return m_cSettings; }
-    void ReturnToSettings(Settings cSettings) noexcept;
 
-private:
     void AppendToLog(const std::wstring& sLines, DateTime dtFirst);
     void ShowHandled(const std::wstring& sTitle, const std::wstring& sText, std::int32_t lNumber);
     void SetSetting(std::int32_t Settings::*lSetting, std::int32_t lMins);
@@ -145,6 +152,7 @@ private:
 
     ravlo::Ports m_cPorts;
     std::wstring m_sAppPath;
+    std::wstring m_sServedPath; // empty: AppPath
     Settings m_cSettings;
     SavedFiles m_cSavedFiles;
 

@@ -361,7 +361,7 @@ void CutChanges::PutBack(const Changed& changed) noexcept
             cCut->SetCatLevel(changed.before.lCatLevel);
     });
     if (bWhole)
-        Attempt([&] { m_cState.cPlacedCuts.Restore(changed.before.cKey, changed.filed); });
+        Attempt([&] { m_cState.cPlacedCuts.Restore(changed.before.cKey, changed.placed); });
     if (bWhole)
         return;
     m_cState.cPlacedCuts.Forget(changed.before.cKey);

@@ -130,7 +130,7 @@ private:
     {
         std::shared_ptr<Cut> cCut;
         ChangeRecord::Cut before;
-        std::optional<PlacedCuts::Entry> filed;
+        std::optional<PlacedCuts::Entry> placed;
         std::uint64_t population;
     };
     struct Mark // a point of the open step

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/StationFolder.h"
 
-#include "base/CaseFolding.h"
 #include "platform/StationMarker.h"
 
 #include <array>
@@ -79,28 +78,36 @@ std::unique_ptr<HeldFile> MarkStationOrLog(ModScheduler& cMod, const std::wstrin
 }
 
 FolderMove::FolderMove(ModScheduler& cMod, const std::wstring& sAppPath)
-    : m_cMod(cMod), m_sFrom(cMod.AppPath()), m_cSettings(cMod.PresentSettings())
+    : m_cMod(cMod), m_sFrom(cMod.AppPath())
 {
-    m_cMod.StoreAppPath(sAppPath);
+    m_cMod.MoveAppPath(sAppPath);
     m_sTo = m_cMod.AppPath();
+    m_bMoving = m_cMod.ServedPath() != m_sTo;
 }
 
 FolderMove::~FolderMove()
 {
-    const bool bMoved = !m_sFrom.empty() && !EqualIgnoringCase(m_sFrom, m_sTo);
-    if (m_bSettled || !bMoved)
-        return;
     try
     {
-        if (m_cMod.AppPath() != m_sTo)
-            return; // another manager has moved the library since: it is that one's
-        m_cMod.StoreAppPath(m_sFrom);
-        m_cMod.ReturnToSettings(m_cSettings);
+        if (IsUnderWay())
+            m_cMod.MoveAppPath(m_sFrom);
     }
     catch (...)
     {
         m_cMod.LogError(L"PopulateFromDataBase, back to the folder before", CurrentError());
     }
+}
+
+bool FolderMove::IsUnderWay() const
+{
+    return m_bMoving && m_cMod.AppPath() == m_sTo && m_cMod.ServedPath() != m_sTo;
+}
+
+void FolderMove::Settle()
+{
+    if (IsUnderWay())
+        m_cMod.SettleAppPath();
+    m_bMoving = false;
 }
 
 } // namespace ravlo

@@ -22,8 +22,9 @@ void DeleteOldTemporaryFiles(Files& cFiles, const std::wstring& sAppPath);
 // Either is logged only: working on is better than silence on air.
 std::unique_ptr<HeldFile> MarkStationOrLog(ModScheduler& cMod, const std::wstring& sAppPath);
 
-// Moves the library to the folder that a population reads. When the population fails, the library returns to
-// the folder it was in, with the global separations it had: orders, rules and settings stay together.
+// Moves the library to the folder that a population reads. Rules and settings are used from there once the
+// population has succeeded: until then those of the tree in use are read and written where they are. When the
+// population fails, the library returns to the folder it was in.
 class FolderMove
 {
 public:
@@ -34,15 +35,20 @@ public:
 
     // Where to, with a trailing backslash. The library itself may be moved on by another manager.
     const std::wstring& AppPath() const noexcept { return m_sTo; }
+    // Whether the library has moved, from a folder it had: the settings are loaded by Settle then.
+    bool IsMoving() const { return m_bMoving; }
     // The population has succeeded.
-    void Settle() noexcept { m_bSettled = true; }
+    void Settle();
 
 private:
+    // Whether the move is still under way: another manager may have moved the library since, which is that
+    // one's then, or have settled in this folder.
+    bool IsUnderWay() const;
+
     ModScheduler& m_cMod;
     const std::wstring m_sFrom;
-    const ModScheduler::Settings m_cSettings;
     std::wstring m_sTo;
-    bool m_bSettled = false;
+    bool m_bMoving = false;
 };
 
 } // namespace ravlo

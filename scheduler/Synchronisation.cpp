@@ -49,26 +49,22 @@ std::optional<TextKey> KeyOfObject(const CutCollection& colOrder, const std::sha
 
 // ---- listening ----
 
-Synchronisation::Waiting Synchronisation::Follow(const std::shared_ptr<DataBase>& cDataBase,
-                                                 std::weak_ptr<void> cOwner)
+void Synchronisation::Follow(const std::shared_ptr<DataBase>& cDataBase, std::weak_ptr<void> cOwner)
 {
-    Waiting colWaiting = std::exchange(m_colWaiting, {});
     Stop();
     m_cOwner = std::move(cOwner);
     m_cFollowed = cDataBase;
     if (m_cFollowed)
         m_cFollowed->Advise(*this);
-    return colWaiting;
 }
 
 void Synchronisation::FollowAgain(const std::shared_ptr<DataBase>& cDataBase, std::weak_ptr<void> cOwner,
                                   Waiting colWaiting)
 {
-    const bool bFollowedSince = m_cFollowed == cDataBase;
-    Waiting colSince = Follow(cDataBase, std::move(cOwner));
+    Waiting colSince = m_cFollowed == cDataBase ? TakeWaiting() : Waiting();
+    Follow(cDataBase, std::move(cOwner));
     m_colWaiting = std::move(colWaiting);
-    if (bFollowedSince)
-        std::move(colSince.begin(), colSince.end(), std::back_inserter(m_colWaiting));
+    std::move(colSince.begin(), colSince.end(), std::back_inserter(m_colWaiting));
 }
 
 void Synchronisation::Stop() noexcept

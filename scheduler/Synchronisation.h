@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace ravlo
 {
@@ -40,10 +41,11 @@ public:
         Cuts colCuts;
     };
     using Waiting = std::deque<Notification>;
+    // What waits to be handled, which waits no longer: a tree that is about to be read knows of it already.
+    Waiting TakeWaiting() noexcept { return std::exchange(m_colWaiting, {}); }
     // Listens to cDataBase from now on, and no longer to the one before. cOwner is kept alive while a
-    // notification is handled, and only then. Returns what waited to be handled: the tree that is about to be
-    // read knows of it already.
-    Waiting Follow(const std::shared_ptr<DataBase>& cDataBase, std::weak_ptr<void> cOwner);
+    // notification is handled, and only then.
+    void Follow(const std::shared_ptr<DataBase>& cDataBase, std::weak_ptr<void> cOwner);
     // Listens to cDataBase again, whose tree stays: colWaiting is handled after all, and so is what it has
     // announced since when it was followed all the time.
     void FollowAgain(const std::shared_ptr<DataBase>& cDataBase, std::weak_ptr<void> cOwner,

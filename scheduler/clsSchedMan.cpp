@@ -1,71 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/clsSchedMan.h"
 
-#include "base/CaseFolding.h"
 #include "base/Text.h"
 #include "rotation/NextCut.h"
-#include "scheduler/CarriedOrders.h"
-#include "scheduler/CategoryCreation.h"
-#include "scheduler/CategoryEditing.h"
 #include "scheduler/CutAssignment.h"
 #include "scheduler/MassChange.h"
-#include "scheduler/Population.h"
 #include "scheduler/RandomOrder.h"
-#include "scheduler/SchedulerState.h"
-#include "scheduler/StationFolder.h"
-#include "scheduler/Synchronisation.h"
+#include "scheduler/SchedManParts.h"
 
 #include <utility>
 
 namespace ravlo
 {
-
-// The parts the facade routes to.
-struct clsSchedMan::Parts : SchedulerState
-{
-    static constexpr const wchar_t* sUpdateHistoryWhere = L"UpdateArtistTitleHistory";
-
-    explicit Parts(ModScheduler& cModule)
-        : SchedulerState(cModule), cSync(*this), cPlayHistory(
-                                                     cModule.Ports().cClock,
-                                                     [&cModule](const RuntimeError& cError, bool bFirst) {
-        cModule.DISPLAYERROR(sUpdateHistoryWhere, bFirst, cError);
-                                                     }),
-    colIllegalChars(IllegalChars()), cCreation(*this, colIllegalChars), cEditing(*this, cSync)
-    {
-    }
-
-    // Tries to write the times of plays that the database has refused so far.
-    void WritePendingPlayTimes()
-    {
-        if (const std::shared_ptr<ravlo::DataBase> cPresent = cDataBase)
-            cPlayHistory.WritePendingTimes(*cPresent);
-    }
-
-    Synchronisation cSync;
-    PlayHistory cPlayHistory;
-    std::shared_ptr<NameCollection> colIllegalChars;
-    CategoryCreation cCreation;
-    CategoryEditing cEditing;
-    std::unique_ptr<HeldFile> cMark; // of sAppPath; null when another program marks it
-    bool bPopulating = false;
-    bool bRotatesAllowed = false;
-};
-
-// What every public member that may let others run holds: the manager stays alive until the call is over,
-// whatever the host does in between, and the call's log lines are written together.
-class clsSchedMan::Call
-{
-public:
-    explicit Call(clsSchedMan& cSchedMan)
-        : m_cKeepAlive(cSchedMan.weak_from_this().lock()), m_cScope(cSchedMan.Mod())
-    {
-    }
-
-private:
-    std::shared_ptr<clsSchedMan> m_cKeepAlive;
-    ModScheduler::LogScope m_cScope;
-};
 
 clsSchedMan::clsSchedMan(ModScheduler& cMod) : m_cParts(std::make_unique<Parts>(cMod)) {}
 
@@ -85,7 +31,7 @@ clsSchedMan::~clsSchedMan()
         my.SaveOwed();
         // The settings are the library's: when another manager has moved it to another folder since, they are
         // that one's.
-        if (my.sAppPath == my.cMod.AppPath())
+        if (my.sAppPath == my.cMod.ServedPath())
             my.cMod.SaveSettings();
     }
     catch (...)
@@ -104,96 +50,12 @@ const std::shared_ptr<NameCollection>& clsSchedMan::colIllegalChars() const noex
     return m_cParts->colIllegalChars;
 }
 
-std::shared_ptr<DataBase> clsSchedMan::DataBase() const noexcept { return m_cParts->cDataBase; }
+std::shared_ptr<DataBase> clsSchedMan::DataBase() const noexcept
+{
+    return m_cParts->cNextDataBase ? m_cParts->cNextDataBase : m_cParts->cDataBase;
+}
 std::wstring clsSchedMan::AppPath() const { return m_cParts->cMod.AppPath(); }
 std::shared_ptr<CatCollection> clsSchedMan::colMainCats() const noexcept { return m_cParts->colMainCats; }
-
-// ---- population ----
-
-void clsSchedMan::PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBase,
-                                       const std::wstring& strAppPath)
-{
-    Parts& my = *m_cParts;
-    const Call cCall(*this);
-    if (strAppPath.empty())
-    {
-        my.cMod.Box(BoxIcon::None, BoxButtons::Ok, sProgramTitle,
-                    L"'strAppPath' Must be the 'app.path' of the calling app!");
-        return;
-    }
-    if (my.bPopulating)
-    {
-        my.cMod.WriteDebugLog(L"PopulateFromDataBase was called while it is running; ignored.");
-        return;
-    }
-    TrapCritical(my.cMod, L"Error in PopulateFromDataBase [cSchedMan]", [&] {
-        my.WritePendingPlayTimes();
-        // Its end handles what was announced meanwhile, when edits are served again.
-        const Synchronisation::Hold cHold(my.cSync);
-        PlacedCuts cPlacedCuts;
-        Population cPopulation(my.cMod, my.cEvents, my.cCategoryList, my.cHistoryFiles, cPlacedCuts);
-        if (ReplaceTree(cDataBase, strAppPath, cPopulation, cPlacedCuts))
-            cPopulation.ReportProblems();
-    });
-}
-
-bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
-                              const std::wstring& strAppPath, Population& cPopulation,
-                              PlacedCuts& cPlacedCuts)
-{
-    Parts& my = *m_cParts;
-    struct Populating
-    {
-        bool& bFlag;
-        explicit Populating(bool& b) : bFlag(b) { bFlag = true; }
-        ~Populating() { bFlag = false; }
-    } const cPopulating(my.bPopulating);
-    // The files are about to be read again: they must hold the newest orders.
-    if (const std::shared_ptr<CatCollection> colPresent = my.colMainCats)
-        my.cHistoryFiles.SavePending(*colPresent);
-    // Remembered: another manager may move the library while messages are pumped.
-    FolderMove cMove(my.cMod, strAppPath);
-    const std::wstring& sAppPath = cMove.AppPath();
-    CreateFolders(my.cMod, sAppPath);
-    my.cMod.LoadSettings();
-    if (!cDataBase)
-    {
-        my.cMod.Box(BoxIcon::None, BoxButtons::Ok, sProgramTitle,
-                    L"PopulateFromDatabase in clsSchedMan actually does need a database!");
-        return false;
-    }
-    DeleteOldTemporaryFiles(my.cMod.Ports().cFiles, sAppPath);
-    const bool bSameFolder = EqualIgnoringCase(sAppPath, my.sAppPath);
-    const bool bMarked = bSameFolder && my.cMark;
-    std::unique_ptr<HeldFile> cMark = bMarked ? nullptr : MarkStationOrLog(my.cMod, sAppPath);
-    const std::shared_ptr<ravlo::DataBase> cOld = std::exchange(my.cDataBase, cDataBase);
-    Synchronisation::Waiting colWaiting = my.cSync.Follow(my.cDataBase, weak_from_this());
-    std::shared_ptr<CatCollection> colNew;
-    try
-    {
-        colNew = cPopulation.Build(*cDataBase, sAppPath);
-    }
-    catch (...)
-    {
-        // The tree stays the old database's, so that one is followed again.
-        my.cDataBase = cOld;
-        my.cSync.FollowAgain(cOld, weak_from_this(), std::move(colWaiting));
-        throw;
-    }
-    // From here on nobody else runs before the new tree is in use.
-    if (bSameFolder)
-        CarryNewerOrders(my, *colNew);
-    else if (my.colMainCats)
-        my.cHistoryFiles.SavePending(*my.colMainCats);
-    my.colMainCats = std::move(colNew);
-    my.cPlacedCuts = std::move(cPlacedCuts);
-    ++my.populations;
-    my.Serve(sAppPath);
-    if (!bMarked)
-        my.cMark = std::move(cMark);
-    cMove.Settle();
-    return true;
-}
 
 std::shared_ptr<CutCollection> clsSchedMan::colCuts(const std::wstring& sCatName,
                                                     std::int32_t lCatLevel) const noexcept
@@ -272,9 +134,11 @@ void clsSchedMan::UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut)
     const Call cCall(*this);
     Trap(my.cMod, Parts::sUpdateHistoryWhere, [&] {
         const std::shared_ptr<ravlo::DataBase> cDataBase =
-            my.cDataBase; // a look-up may let the host populate
-        if (cCut && cDataBase)
-            my.cPlayHistory.Record(*cCut, *cDataBase);
+            my.Serving(); // a look-up may let the host populate
+        if (!cCut || !cDataBase)
+            return;
+        my.NotePlay(*cCut);
+        my.cPlayHistory.Record(*cCut, *cDataBase);
     });
 }
 
@@ -294,7 +158,7 @@ std::shared_ptr<Cut> clsSchedMan::NextCutFromRotation(const std::wstring& strSub
     RotationAnswer answer = ravlo::NextCutFromRotation(
         colMainCats.get(),
         {strSubCatKey, bMustBeOpener, cPrevSchedCut, bForEditablePlaylist, my.bRotatesAllowed},
-        LiveContext(my.cMod, my.cPlayHistory, my.cDataBase));
+        LiveContext(my.cMod, my.cPlayHistory, my.Serving()));
     // The pick has pumped messages: a category that was deleted or reloaded meanwhile has no order to save
     // any more.
     if (answer.bMovedCuts && my.Contains(answer.cMainCat))

@@ -58,7 +58,9 @@ public:
     std::shared_ptr<ravlo::DataBase> DataBase() const noexcept; // null before population
     std::wstring AppPath() const;
 
-    // Builds the category tree from the database's cuts and the saved files. See Population.h.
+    // Builds the category tree from the database's cuts and the saved files; see Population.h. Until that is
+    // done, picks, plays, saves, rules and settings are those of the present tree, its folder and database;
+    // when it fails, they stay. AppPath and DataBase tell of the new ones from the start.
     void PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBase, const std::wstring& strAppPath);
 
     // The main categories, keyed by name TAB "0"; the collection itself. Null before population.
@@ -149,6 +151,10 @@ private:
     // with it. False without a database, which is shown.
     bool ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase, const std::wstring& strAppPath,
                      Population& cPopulation, PlacedCuts& cPlacedCuts);
+    std::shared_ptr<CatCollection> BuildTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
+                                             Population& cPopulation, const std::wstring& sAppPath,
+                                             bool bSameFolder);
+    void RecordNotedPlays();
 
     std::unique_ptr<Parts> m_cParts;
 };

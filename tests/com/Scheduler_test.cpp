@@ -152,6 +152,21 @@ TEST_F(SchedulerTest, APlayIsFoundByArtistTitleAndAlbum)
     EXPECT_FALSE(cHistory);
 }
 
+TEST_F(SchedulerTest, NothingAsAPlayIsNoErrorAndChangesNoHistory)
+{
+    EXPECT_EQ(m_cMan->UpdateArtistTitleHistory(nullptr), S_OK) << "before a population, too";
+    const auto cCut = AddCut(L"First", L"Rock", 1);
+    Populate();
+    ASSERT_EQ(cCut->put_LastPlayed(45000), S_OK);
+    ASSERT_EQ(m_cMan->UpdateArtistTitleHistory(cCut.Get()), S_OK);
+    EXPECT_EQ(m_cMan->UpdateArtistTitleHistory(nullptr), S_OK);
+    ComPtr<_clsCut> cHistory;
+    ASSERT_EQ(m_cMan->get_ArtistHistoryCut(Bstr(L"Artist of First").Get(), cHistory.Receive()), S_OK);
+    EXPECT_TRUE(IsSame(cHistory, cCut));
+    ASSERT_EQ(m_cMan->get_ArtistHistoryCut(Bstr(L"").Get(), cHistory.Receive()), S_OK);
+    EXPECT_FALSE(cHistory);
+}
+
 TEST_F(SchedulerTest, ChangesOfTheDatabaseReachTheCategoriesAtOnce)
 {
     AddCut(L"First", L"Rock", 1);

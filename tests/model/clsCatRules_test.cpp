@@ -528,15 +528,14 @@ TEST_F(RulesTest, ObjectOfAnotherFolderDoesNotTouchTheNewOne)
     EXPECT_EQ(cPorts.cFiles.Get(L"C:\\Other\\Scheduler\\Rules\\Pop.rls"), "theirs");
 }
 
-TEST_F(RulesTest, ObjectSavedInAnotherFolderLeavesItsFileThere)
+TEST_F(RulesTest, ObjectSavesToItsOwnFolderAfterAMove)
 {
     auto cRules = NewRules();
     cPorts.cFiles.MakeFolders(L"C:\\Other\\Scheduler\\Rules");
     cMod.StoreAppPath(L"C:\\Other");
     EXPECT_TRUE(cRules->SaveRules());
-    cPorts.cFiles.Delete(L"C:\\Other\\Scheduler\\Rules\\Pop.rls");
-    cRules.reset();
-    EXPECT_TRUE(cPorts.cFiles.FileExists(L"C:\\Other\\Scheduler\\Rules\\Pop.rls"));
+    EXPECT_TRUE(FileOf().has_value());
+    EXPECT_FALSE(cPorts.cFiles.FileExists(L"C:\\Other\\Scheduler\\Rules\\Pop.rls"));
 }
 
 TEST_F(RulesTest, ObjectMadeBeforeAnyFolderOverwritesNothing)

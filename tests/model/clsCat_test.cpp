@@ -758,5 +758,31 @@ TEST_F(CatTest, NewestRecalculationCounts)
     EXPECT_EQ(cLevel->AverageRunTimemS(), 4'000);
 }
 
+TEST_F(CatTest, FilingUnderASecondNameThatFailsIsTakenBack)
+{
+    // A level whose name differs from its main category's registers its own first.
+    const auto cMainCat = NewMainCat({1});
+    cMainCat->SubCat(1)->SetCatName(L"Loud");
+    const auto cCut = NewCut(L"a", 1);
+    for (const bool bNamedBefore : {false, true})
+    {
+        cCut->SetCategoryText(bNamedBefore ? L"Loud" : L"");
+        int lNames = 0;
+        cCut->OnCall = [&](const std::string& sMember) {
+            cCut->failing.clear();
+            if (sMember == "AddCategoryName" && ++lNames == 2)
+                cCut->failing.insert(sMember);
+        };
+        EXPECT_EQ(ErrorOf([&] { cMainCat->AddCut(cCut, bCreated); }), 91);
+        cCut->OnCall = nullptr;
+        cCut->failing.clear();
+        EXPECT_TRUE(cMainCat->SubCat(1)->SchedCuts()->Empty());
+        EXPECT_EQ(cMainCat->SubCat(1)->AverageRunTimemS(), 0);
+        EXPECT_EQ(cCut->CategoryText(), bNamedBefore ? L"Loud" : L"");
+    }
+    EXPECT_TRUE(cMainCat->AddCut(cCut, bCreated));
+    EXPECT_EQ(cCut->CategoryText(), L"Loud/Rock");
+}
+
 } // namespace
 } // namespace ravlo::test

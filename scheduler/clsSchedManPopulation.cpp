@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+// How a manager comes to its tree.
+
+#include "base/CaseFolding.h"
+#include "scheduler/CarriedOrders.h"
+#include "scheduler/Population.h"
+#include "scheduler/SchedManParts.h"
+#include "scheduler/StationFolder.h"
+
+#include <utility>
+
+namespace ravlo
+{
+
+void clsSchedMan::PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBase,
+                                       const std::wstring& strAppPath)
+{
+    Parts& my = *m_cParts;
+    const Call cCall(*this);
+    if (strAppPath.empty())
+    {
+        my.cMod.Box(BoxIcon::None, BoxButtons::Ok, sProgramTitle,
+                    L"'strAppPath' Must be the 'app.path' of the calling app!");
+        return;
+    }
+    if (my.bPopulating)
+    {
+        my.cMod.WriteDebugLog(L"PopulateFromDataBase was called while it is running; ignored.");
+        return;
+    }
+    TrapCritical(my.cMod, L"Error in PopulateFromDataBase [cSchedMan]", [&] {
+        my.WritePendingPlayTimes();
+        // Its end handles what was announced meanwhile, when edits are served again.
+        const Synchronisation::Hold cHold(my.cSync);
+        PlacedCuts cPlacedCuts;
+        Population cPopulation(my.cMod, my.cEvents, my.cCategoryList, my.cHistoryFiles, cPlacedCuts);
+        if (!ReplaceTree(cDataBase, strAppPath, cPopulation, cPlacedCuts))
+            return;
+        RecordNotedPlays();
+        cPopulation.ReportProblems();
+    });
+}
+
+bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
+                              const std::wstring& strAppPath, Population& cPopulation,
+                              PlacedCuts& cPlacedCuts)
+{
+    Parts& my = *m_cParts;
+    struct Populating
+    {
+        bool& bFlag;
+        explicit Populating(bool& b) : bFlag(b) { bFlag = true; }
+        ~Populating() { bFlag = false; }
+    } const cPopulating(my.bPopulating);
+    // The files are about to be read again: they must hold the newest orders.
+    if (const std::shared_ptr<CatCollection> colPresent = my.colMainCats)
+        my.cHistoryFiles.SavePending(*colPresent);
+    // Remembered: another manager may move the library while messages are pumped.
+    FolderMove cMove(my.cMod, strAppPath);
+    const std::wstring& sAppPath = cMove.AppPath();
+    CreateFolders(my.cMod, sAppPath);
+    if (!cMove.IsMoving())
+        my.cMod.LoadSettings();
+    if (!cDataBase)
+    {
+        my.cMod.Box(BoxIcon::None, BoxButtons::Ok, sProgramTitle,
+                    L"PopulateFromDatabase in clsSchedMan actually does need a database!");
+        return false;
+    }
+    DeleteOldTemporaryFiles(my.cMod.Ports().cFiles, sAppPath);
+    const bool bSameFolder = EqualIgnoringCase(sAppPath, my.sAppPath);
+    const bool bMarked = bSameFolder && my.cMark;
+    std::unique_ptr<HeldFile> cMark = bMarked ? nullptr : MarkStationOrLog(my.cMod, sAppPath);
+    std::shared_ptr<CatCollection> colNew = BuildTree(cDataBase, cPopulation, sAppPath, bSameFolder);
+    // From here on nobody else runs before the new tree is in use.
+    my.colMainCats = std::move(colNew);
+    my.cDataBase = cDataBase;
+    my.cPlacedCuts = std::move(cPlacedCuts);
+    ++my.populations;
+    my.Serve(sAppPath);
+    if (!bMarked)
+        my.cMark = std::move(cMark);
+    cMove.Settle();
+    return true;
+}
+
+// The present tree is served from its own database until the new one is built: a pick would otherwise send
+// another database's cut to the back, and a failing database would refuse the plays. When it fails, the
+// present tree's database is followed again.
+std::shared_ptr<CatCollection> clsSchedMan::BuildTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
+                                                      Population& cPopulation, const std::wstring& sAppPath,
+                                                      bool bSameFolder)
+{
+    Parts& my = *m_cParts;
+    struct Next
+    {
+        std::shared_ptr<ravlo::DataBase>& cNext;
+        Next(std::shared_ptr<ravlo::DataBase>& c, const std::shared_ptr<ravlo::DataBase>& cDataBase)
+            : cNext(c)
+        {
+            cNext = cDataBase;
+        }
+        ~Next() { cNext.reset(); }
+    } const cNext(my.cNextDataBase, cDataBase);
+    my.colPlayed.clear();
+    Synchronisation::Waiting colWaiting = my.cSync.TakeWaiting();
+    try
+    {
+        my.cSync.Follow(cDataBase, weak_from_this());
+        std::shared_ptr<CatCollection> colNew = cPopulation.Build(*cDataBase, sAppPath);
+        if (bSameFolder)
+            CarryNewerOrders(my, *colNew);
+        else if (my.colMainCats)
+            my.cHistoryFiles.SavePending(*my.colMainCats);
+        return colNew;
+    }
+    catch (...)
+    {
+        my.cSync.FollowAgain(my.cDataBase, weak_from_this(), std::move(colWaiting));
+        throw;
+    }
+}
+
+void clsSchedMan::RecordNotedPlays()
+{
+    Parts& my = *m_cParts;
+    const std::shared_ptr<ravlo::DataBase> cDataBase = my.cDataBase;
+    for (const std::shared_ptr<Cut>& cCut : std::exchange(my.colPlayed, {}))
+        Trap(my.cMod, Parts::sUpdateHistoryWhere, [&] { my.cPlayHistory.Record(*cCut, *cDataBase); });
+}
+
+} // namespace ravlo
