@@ -10,7 +10,7 @@
 namespace ravlo
 {
 
-// What a placeholder tells the host besides its kind.
+// A placeholder's kind and, for some kinds, the level it names.
 struct PlaceholderTexts
 {
     CutKind eKind = eKindNothingSchedulable;
@@ -18,9 +18,8 @@ struct PlaceholderTexts
     std::int32_t lCatLevel = 0;
 };
 
-// A cut that is taken from no category and says by its kind why no real one was chosen: the database's own
-// new cut, or a free-standing one of this library while no database is known or the database fails to make
-// one. Never null.
+// Returns a cut of no category whose kind says why no real cut was chosen: a new cut of the database, or one
+// of this library when no database is known or the database cannot make one. Never null.
 std::shared_ptr<Cut> MakePlaceholder(const PlaceholderTexts& texts, const DataBase* cDataBase);
 
 } // namespace ravlo

@@ -21,7 +21,7 @@ namespace ravlo
 class PlayHistory
 {
 public:
-    // Told of a refusal of the database after the play was entered. bFirst: nothing was pending before.
+    // Called after a play was entered whose time the database refused. bFirst: nothing was pending before.
     using Refused = std::function<void(const RuntimeError& cError, bool bFirst)>;
 
     PlayHistory(const Clock& cClock, Refused refused) : m_cTimes(cClock), m_refused(std::move(refused)) {}
@@ -37,24 +37,23 @@ public:
     // When a cut of the history played. Errors of the cut are thrown.
     DateTime TimeOf(const Cut& cCut) const { return m_cTimes.TimeOf(cCut); }
 
-    // Records a play of cCut, whose last-played time says when: finds the database's own cut by key, else by
-    // artist and title, gives it that time and enters it. Changes nothing for a cut without a play time or
-    // without a database cut. A play reported later replaces an earlier entry, whatever its time. A database
-    // that does not take the time does not hinder the entry: the time is pending, the refusal is told. Other
-    // errors of the database are thrown, and error 5 for a time beyond the calendar; what was updated before
-    // stays.
+    // Records a play of cCut at its last-played time: finds the database's own cut by key, else by artist and
+    // title, gives it that time and enters it. Changes nothing for a cut without a play time or without a
+    // database cut. The last play reported wins, even when its time is earlier. When the database refuses the
+    // time, the play is entered all the same, its time is pending and the refusal is reported. Throws other
+    // errors of the database, and error 5 for a time beyond the calendar; earlier updates are kept.
     void Record(const Cut& cCut, const DataBase& cDataBase);
 
-    // How many times of plays the database still has to take.
+    // Number of play times the database has not taken yet.
     std::size_t PendingTimes() const noexcept { return m_cTimes.Count(); }
-    // Tries to write them at once. The refusals are told.
+    // Tries to write them now and reports refusals.
     void WritePendingTimes(const DataBase& cDataBase);
 
 private:
     struct Hash
     {
-        // Without noexcept on purpose: the map keeps the hash in its nodes then, and looks at the texts of
-        // those alone that match.
+        // Without noexcept on purpose: the map then stores the hash in its nodes and compares texts only
+        // where hashes match.
         std::size_t operator()(const TextKey& cText) const { return cText.Hash(); }
     };
     using Plays = std::unordered_map<TextKey, std::shared_ptr<Cut>, Hash>;

@@ -12,21 +12,20 @@
 namespace ravlo
 {
 
-// What a selection does, step by step: which cuts it looked at, in which order, and what became of each. The
-// debug log's lines are one rendering of it; an explanation of a pick, or a statistic of a simulated week,
-// are others.
+// What a selection does, step by step: which cuts it considered, in which order, with what outcome. The debug
+// log's lines are one rendering of it; an explanation of a pick is another.
 enum class StepKind
 {
     Asked,            // a cut of the level was asked for
     NoCategory,       // ... but no level was given
     LevelZero,        // ... but a main category was given
-    LevelEmpty,       // ... but the level holds no cuts
+    LevelEmpty,       // ... but the level is empty
     Considered,       // the head cut is a candidate; an opener is not asked for
     OpenerConsidered, // the head cut is the opener that is asked for, and a candidate
     NotAnOpener,      // an opener is asked for and the head cut is none
-    SentToBack,       // the cut stands at the end of the order now
-    NotSentToBack,    // the level does not hold the database's cut for it
-    PassedOver,       // came to the head a second time in this walk, because others moved cuts; no step
+    SentToBack,       // the cut is now at the end of the order
+    NotSentToBack,    // the level does not contain the database's cut for it
+    PassedOver,       // reached the head a second time in this walk because others moved cuts; no step
     Measured,         // the candidate was measured against the rules; pViolation says with what result
     AllBreakRules,    // the walk ended without a choice
     NothingLeft,      // ... and without a violator to fall back on
@@ -37,8 +36,8 @@ enum class StepKind
     Chosen,           // the cut that goes to the host
 };
 
-// Texts are views and the record is not owned: they hold during the call that hands the step over. What a
-// step is not about is empty.
+// Texts are views and the record is not owned: both are valid during the sink's call only. Members that do
+// not concern the step are empty.
 struct TraceStep
 {
     StepKind eKind = StepKind::Asked;
@@ -57,7 +56,7 @@ using TraceSink = std::function<void(const TraceStep&)>;
 
 TraceStep StepInLevel(StepKind eKind, const clsCat& cSubCat) noexcept;
 
-// The debug log's line for a step; empty when the log passes it over.
+// Returns the debug log's line for a step; empty for a step the log omits.
 std::wstring LogText(const TraceStep& step);
 
 } // namespace ravlo

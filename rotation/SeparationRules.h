@@ -24,12 +24,13 @@ struct SeparationRules
     std::int32_t lAlbum = 0;
 };
 
-// What a rules object says now: title and artist fall back to the global separations, the album does not.
+// Returns a rules object's present values; title and artist fall back to the global separations, album does
+// not.
 SeparationRules RulesOf(const clsCatRules& cRules);
 
-// The moment at which the requested cut is to start: the previous cut's play time plus its duration, or the
-// present time when there is no previous cut or it has no play time. Errors of the previous cut are thrown,
-// and error 5 when that moment lies beyond the calendar.
+// Returns when the requested cut will start: the previous cut's play time plus its duration, or the present
+// time when there is no previous cut or it has no play time. Throws errors of the previous cut, and error 5
+// when the result lies beyond the calendar.
 DateTime ReferenceTime(const Cut* cPrevSchedCut, const Clock& cClock);
 
 using ErrorSink = std::function<void(const RuntimeError& cError)>;
@@ -55,8 +56,7 @@ private:
 // divided in single precision, so that equal distances compare equal.
 float MinutesBetween(DateTime dtReference, DateTime dtPlayed);
 
-// One cut to be measured. The texts are the cut's own, read once by whoever asks; the album is read only when
-// a rule asks for it.
+// One cut to measure. The caller reads artist and title once; the album is read only when a rule needs it.
 struct Candidate
 {
     std::shared_ptr<Cut> cCut;
@@ -64,10 +64,10 @@ struct Candidate
     TextKey cTitle;
 };
 
-// Measures a candidate against the play history, title before artist before album: the first rule broken
-// gives Violation and MinsAgo, every broken one its own minutes. The reference time is asked for at most
-// once, and only when there is a play to measure. A play or text that cannot be read breaks no rule: the
-// error is given to failed and the other rules are measured all the same.
+// Measures a candidate against the play history, title before artist before album. The first rule broken sets
+// Violation and MinsAgo; every broken rule sets its own minutes. Asks for the reference time at most once,
+// and only when there is a play to measure. A play or text that cannot be read breaks no rule: its error goes
+// to failed and the other rules are still measured.
 clsRuleViolation MeasureAgainstRules(const SeparationRules& rules, const Candidate& candidate,
                                      const PlayHistory& cHistory, Reference& reference,
                                      const ErrorSink& failed);
