@@ -223,4 +223,24 @@ TEST_F(CategoryRules, TheStripHidesAndShowsTheRulesByEachOfItsPartsAndByKey)
     Open([&](const User&) { EXPECT_FALSE(::IsWindowVisible(At(eIdTabStrip1))); });
 }
 
+TEST_F(CategoryRules, IgnoredBoxesStayDisabledWhenThePaneIsEnabledAgain)
+{
+    StartOn(L"Rock", 3);
+    Open([&](const User& user) {
+        user.ClickTab(At(eIdTabStrip1), 1);
+        user.Click(Box(1, eIdchkIgnore));
+        cHost.Run(user, [&] {
+            ::EnableWindow(At(eIdpicRules1), FALSE);
+            EXPECT_FALSE(::IsWindowEnabled(Box(1, eIdchkIgnore)));
+            ::EnableWindow(At(eIdpicRules1), TRUE);
+        });
+        EXPECT_TRUE(::IsWindowEnabled(Box(1, eIdchkIgnore)));
+        EXPECT_FALSE(::IsWindowEnabled(Box(1, eIdtxtArtistSepMins)));
+        user.Click(Box(1, eIdchkIgnore));
+        EXPECT_TRUE(::IsWindowEnabled(Box(1, eIdtxtArtistSepMins)));
+        ::PostMessageW(hWindow, WM_COMMAND, IDCANCEL, 0);
+        user.Answer(IDNO);
+    });
+}
+
 } // namespace ravlo::test

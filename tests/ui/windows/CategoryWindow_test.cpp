@@ -325,6 +325,8 @@ TEST_F(CategoryWindow, WhileALevelIsSavedNothingInItCanBeUsed)
             ++lPumps;
             for (const int lId : colIds)
                 EXPECT_FALSE(::IsWindowEnabled(At(lId))) << lId;
+            for (const int lId : {eIdtxtTitleSepMins, eIdNote})
+                EXPECT_FALSE(::IsWindowEnabled(Box(0, lId))) << lId << " looks disabled, too";
             EXPECT_EQ(::GetFocus(), hWindow);
             EXPECT_EQ(MenuState(), static_cast<UINT>(MF_GRAYED));
             for (const HWND hOver : {At(IDOK), At(eIdlstCat), hWindow}) // the pointer is the application's
@@ -345,6 +347,8 @@ TEST_F(CategoryWindow, WhileALevelIsSavedNothingInItCanBeUsed)
         EXPECT_TRUE(cState.Level(L"Rock", 2));
         for (const int lId : colIds)
             EXPECT_TRUE(::IsWindowEnabled(At(lId))) << lId;
+        for (const int lId : {eIdtxtTitleSepMins, eIdNote})
+            EXPECT_TRUE(::IsWindowEnabled(Box(0, lId))) << lId;
         EXPECT_FALSE(::IsWindowEnabled(At(eIdcmdApply))); // nothing has been edited
         EXPECT_EQ(MenuState(), static_cast<UINT>(MF_ENABLED));
         EXPECT_EQ(user.FocusedWindow(), At(eIdcmdNewLevel));

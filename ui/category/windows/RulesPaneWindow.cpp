@@ -72,6 +72,9 @@ LRESULT RulesPaneWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
         else if (LOWORD(wParam) == eIdchkIgnore && HIWORD(wParam) == BN_CLICKED && IgnoreClick)
             IgnoreClick();
         return 0;
+    case WM_ENABLE:
+        EnableContents(wParam != FALSE);
+        return 0;
     case WM_SIZE:
         Arrange(LOWORD(lParam), true);
         return 0;
@@ -162,7 +165,21 @@ void RulesPaneWindow::SetBoxText(int lBox, const std::wstring& sText)
 
 void RulesPaneWindow::EnableBox(int lBox, bool bEnable)
 {
-    ::EnableWindow(m_hBoxes[static_cast<std::size_t>(lBox)], bEnable);
+    m_bBoxes[static_cast<std::size_t>(lBox)] = bEnable;
+    ::EnableWindow(m_hBoxes[static_cast<std::size_t>(lBox)], bEnable && ::IsWindowEnabled(Handle()));
+}
+
+// With the pane itself: else they would look as if they could be used.
+void RulesPaneWindow::EnableContents(bool bEnable)
+{
+    for (std::size_t i = 0; i < m_hBoxes.size(); ++i)
+    {
+        ::EnableWindow(m_hLabels[i], bEnable);
+        ::EnableWindow(m_hBoxes[i], bEnable && m_bBoxes[i]);
+    }
+    if (m_hIgnore)
+        ::EnableWindow(m_hIgnore, bEnable);
+    ::EnableWindow(m_hNote, bEnable);
 }
 
 bool RulesPaneWindow::IgnoreChecked() const

@@ -37,13 +37,15 @@ public:
 private:
     LRESULT OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam) override;
     void OnException() noexcept override;
+    void EnableContents(bool bEnable);
     LRESULT OnColour(HDC hDC, HWND hControl, UINT lMessage);
     int Arrange(int lWidth, bool bMove) const;
 
     ModScheduler& m_cMod;
     std::array<HWND, 3> m_hLabels{};
     std::array<HWND, 3> m_hBoxes{};
-    HWND m_hIgnore = nullptr; // in the category's pane
+    std::array<bool, 3> m_bBoxes{true, true, true}; // enabled, as long as the pane is
+    HWND m_hIgnore = nullptr;                       // in the category's pane
     HWND m_hNote = nullptr;
     HFONT m_hFont = nullptr;
     int m_lDpi = 96;
