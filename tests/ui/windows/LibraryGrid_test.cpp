@@ -476,6 +476,37 @@ TEST_F(LibraryGrid, ALargeSelectionIsTakenBackInOnePiece)
     });
 }
 
+TEST_F(LibraryGrid, TakingBackALargeSelectionKeepsThePlace)
+{
+    for (int i = 0; i < 2'000; ++i)
+        Add(std::to_wstring(i), L"Big", 1, L"Artist");
+    Open([&](const User& user) {
+        ::SetWindowPos(hWindow, nullptr, 60, 70, 800, 500, SWP_NOZORDER);
+        user.Idle();
+        ClickRow(user, 2);
+        ::SendMessageW(hGrid, LVM_ENSUREVISIBLE, 1'000, FALSE);
+        ClickRow(user, 995);
+        ::SendMessageW(hGrid, LVM_SCROLL, 60, 0);
+        const auto place = [&] {
+            return std::vector<LRESULT>{
+                ::SendMessageW(hGrid, LVM_GETTOPINDEX, 0, 0), ::GetScrollPos(hGrid, SB_HORZ),
+                ::SendMessageW(hGrid, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED)};
+        };
+        const std::vector<LRESULT> before = place();
+        ASSERT_GT(before[0], 900);
+        ASSERT_EQ(before[1], 60);
+        ASSERT_EQ(before[2], 995);
+        user.Key('A', VK_CONTROL);
+        ASSERT_EQ(::SendMessageW(hGrid, LVM_GETSELECTEDCOUNT, 0, 0), 2'000);
+        Command(LibraryCommand::mnuSelectNoneGrid);
+        user.Idle();
+        EXPECT_EQ(::SendMessageW(hGrid, LVM_GETSELECTEDCOUNT, 0, 0), 0);
+        EXPECT_EQ(place(), before);
+        user.Key(VK_DOWN, VK_SHIFT);
+        EXPECT_EQ(::SendMessageW(hGrid, LVM_GETSELECTEDCOUNT, 0, 0), 2) << "a range begins where it did";
+    });
+}
+
 // The selection stays while a drag may begin.
 TEST_F(LibraryGrid, ALargeSelectionCanBeDragged)
 {

@@ -68,8 +68,8 @@ void clsSchedLibGridWindow::SetRedraw(bool bRedraw)
     Send(WM_SETREDRAW, bRedraw);
     if (!bRedraw)
         return;
-    if (std::exchange(m_bToTop, false)) // a list that paints nothing does not scroll either
-        SetTopRow(0);
+    if (const std::optional<std::size_t> lTop = std::exchange(m_toTop, std::nullopt))
+        SetTopRow(*lTop); // a list that paints nothing does not scroll either
     ::InvalidateRect(m_hList, nullptr, TRUE);
 }
 
@@ -180,7 +180,7 @@ void clsSchedLibGridWindow::SetRowCount(std::size_t rows)
     // By way of no rows: what was selected, current and scrolled to is forgotten.
     Send(LVM_SETITEMCOUNT, 0);
     Send(LVM_SETITEMCOUNT, rows);
-    m_bToTop = true; // not every list view forgets where it was scrolled to
+    m_toTop = 0; // not every list view forgets where it was scrolled to
 }
 
 void clsSchedLibGridWindow::SetState(int lRow, UINT lState, UINT lMask)
@@ -194,7 +194,26 @@ void clsSchedLibGridWindow::SetState(int lRow, UINT lState, UINT lMask)
 void clsSchedLibGridWindow::SelectAll(bool bSelect)
 {
     const PaintingOff cOff(*this);
-    SetState(-1, bSelect ? LVIS_SELECTED : 0u, LVIS_SELECTED);
+    if (!bSelect && ManySelected())
+        ForgetSelection();
+    else
+        SetState(-1, bSelect ? LVIS_SELECTED : 0u, LVIS_SELECTED);
+}
+
+// By way of no rows, as above: taking back the selection of 100 000 rows costs 60 ms, this 3.
+void clsSchedLibGridWindow::ForgetSelection()
+{
+    const std::size_t rows = RowCount();
+    const std::optional<std::size_t> current = CurrentRow();
+    const LRESULT lMark = Send(LVM_GETSELECTIONMARK);
+    if (!m_toTop)
+        m_toTop = TopRow();
+    constexpr LPARAM lQuietly = LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL;
+    Send(LVM_SETITEMCOUNT, 0, lQuietly);
+    Send(LVM_SETITEMCOUNT, rows, lQuietly);
+    if (current)
+        SetState(AsRow(*current), LVIS_FOCUSED, LVIS_FOCUSED);
+    Send(LVM_SETSELECTIONMARK, 0, lMark);
 }
 
 // The list keeps its selection as ranges: all rows at once are quick, and then only the fewer rows are set

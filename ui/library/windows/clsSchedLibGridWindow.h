@@ -76,6 +76,7 @@ private:
     void BeforeRelease(WPARAM lKeys);
     LRESULT WithoutPainting(UINT lMessage, WPARAM wParam, LPARAM lParam);
     bool ManySelected() const;
+    void ForgetSelection();
     void KeepColumnVisible(int lListColumn);
     LRESULT Send(UINT lMessage, WPARAM wParam = 0, LPARAM lParam = 0) const;
     void SetState(int lRow, UINT lState, UINT lMask);
@@ -91,7 +92,7 @@ private:
     ColumnLayout m_layout;
     std::size_t m_mostRows = 0; // so far: positions and most identifiers are no longer than this number
     int m_lRedrawOff = 0;
-    bool m_bToTop = false; // as soon as it paints again
+    std::optional<std::size_t> m_toTop; // the row to scroll to as soon as it paints again
     std::optional<std::size_t> m_insertBefore;
     std::optional<int> m_lPressed; // the selected row the left button went down on
     mutable std::wstring m_sCell;  // what the list was last given
