@@ -207,23 +207,19 @@ TEST_F(PendingTimesTest, NextPlayWritesWhatIsPending)
 
 TEST_F(PendingTimesTest, WhileTimesArePendingOneTryASecond)
 {
-    std::vector<std::shared_ptr<FakeCut>> colCuts;
     std::vector<int> colTries;
-    for (int i = 0; i < 8; ++i)
+    int lPlay = 0;
+    for (const std::uint32_t lSince : {0u, lSecond - 1, 1u, lSecond - 1, 1u})
     {
-        colCuts.push_back(AddRefusing(i));
-        Play(*colCuts.back(), dtNoon + i);
-        cClock.Advance(lSecond / 4);
-    }
-    for (int i = 0; i < 8; ++i)
-    {
-        const auto& cCut = colCuts[static_cast<std::size_t>(i)];
-        EXPECT_EQ(cHistory.TimeOf(*cCut), dtNoon + i);
+        cClock.Advance(lSince);
+        const auto cCut = AddRefusing(++lPlay);
+        Play(*cCut, dtNoon + lPlay);
+        EXPECT_EQ(cHistory.TimeOf(*cCut), dtNoon + lPlay);
         colTries.push_back(cCut->calls["SetLastPlayed"]);
     }
-    EXPECT_EQ(colTries, (std::vector<int>{1, 0, 0, 0, 1, 0, 0, 0})) << "at the start and after a second";
-    EXPECT_EQ(cHistory.PendingTimes(), 8u);
-    EXPECT_EQ(colRefusals, (Refusals{"91 first", "91"}));
+    EXPECT_EQ(colTries, (std::vector<int>{1, 0, 1, 0, 1})) << "at the start and after a second";
+    EXPECT_EQ(cHistory.PendingTimes(), 5u);
+    EXPECT_EQ(colRefusals, (Refusals{"91 first", "91", "91"}));
 }
 
 TEST_F(PendingTimesTest, CutThatAlwaysRefusesHindersNoOther)
@@ -249,12 +245,16 @@ TEST_F(PendingTimesTest, WritingAllGivesUpAfterTwoRefusals)
         Play(*colCuts.back(), dtNoon + i);
         colCuts.back()->calls.clear();
     }
+    cClock.Advance(lSecond);
     cHistory.WritePendingTimes(cDataBase);
     int lTries = 0;
     for (const auto& cCut : colCuts)
         lTries += cCut->calls["SetLastPlayed"];
     EXPECT_EQ(lTries, 2);
     EXPECT_EQ(cHistory.PendingTimes(), 6u);
+    const auto cNext = AddCut(6);
+    Play(*cNext, dtNoon);
+    EXPECT_EQ(cNext->calls["SetLastPlayed"], 0) << "a second has to pass after these refusals too";
 }
 
 TEST_F(PendingTimesTest, PlayStopsAtTheFirstRefusalOfOthers)
@@ -368,6 +368,26 @@ TEST_F(PendingTimesTest, PlayReportedWhileOthersAreWrittenIsNotLost)
         EXPECT_EQ(cSecond->LastPlayed(), dtNoon + 1);
         cDataBase.colCuts.clear();
     }
+}
+
+TEST_F(PendingTimesTest, WritingWhileTimesAreWrittenWritesNoneTwice)
+{
+    const std::vector<std::shared_ptr<FakeCut>> colCuts{AddRefusing(1), AddRefusing(2)};
+    for (const auto& cCut : colCuts)
+    {
+        Play(*cCut, dtNoon);
+        cCut->failing.clear();
+        cCut->calls.clear();
+    }
+    bool bCalled = false;
+    colCuts[0]->OnCall = [&](const std::string& sMember) {
+        if (sMember == "SetLastPlayed" && !std::exchange(bCalled, true))
+            cHistory.WritePendingTimes(cDataBase);
+    };
+    cHistory.WritePendingTimes(cDataBase);
+    EXPECT_TRUE(bCalled);
+    for (const auto& cCut : colCuts)
+        EXPECT_EQ(cCut->calls["SetLastPlayed"], 1);
 }
 
 } // namespace
