@@ -236,6 +236,14 @@ TEST_F(ReplacedStationTest, AFailedMoveLeavesTheFolderAnotherManagerHasSettledIn
     EXPECT_EQ(FirstSaved(sRadio), "cut2") << "orders stay in the folder of their tree";
 }
 
+TEST_F(ReplacedStationTest, AFailedMoveLeavesTheLibraryWhereAnotherMovedIt)
+{
+    cPorts.cFiles.MakeFolders(L"C:\\Third");
+    const auto cOtherMan = std::make_shared<clsSchedMan>(cLib.cMod);
+    Move(sAtTheEnd, true, [&] { cOtherMan->PopulateFromDataBase(SameKeysReversed(), L"C:\\Third\\"); });
+    EXPECT_EQ(cLib.cSchedMan->AppPath(), L"C:\\Third\\");
+}
+
 TEST_F(ReplacedStationTest, AManagerThatEndsDuringAnothersMoveSavesItsSettings)
 {
     auto cOtherMan = std::make_shared<clsSchedMan>(cLib.cMod);
