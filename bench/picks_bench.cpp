@@ -101,7 +101,7 @@ struct Station
         std::shared_ptr<clsCat> cMainCat;
         std::shared_ptr<clsCat> cSubCat;
         std::wstring sMainCatKey;
-        context.cClock.Advance(HistoryFiles::lRetryMs + 1);
+        context.cClock.Advance(UnsavedOrders::lRetryMs + 1);
         benchmark::DoNotOptimize(cSchedMan->NextCutFromRotation(
             L"Cat" + std::to_wstring(lCat) + L"\t1", false, nullptr, cMainCat, cSubCat, sMainCatKey));
     }

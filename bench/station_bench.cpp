@@ -87,7 +87,7 @@ struct StationOnDisk
         bool bCreated = false;
         for (std::int64_t i = 0; i < cuts; ++i)
             colMainCats.At(0)->AddCut(MadeUpCut(i), bCreated);
-        cHistoryFiles.Save(colMainCats.At(0), HistoryFiles::Manner::WithoutProgress);
+        cHistoryFiles.Save(colMainCats.At(0), {.bProgress = false});
         sFile = cMod.AppPath() + L"Scheduler\\History_and_Ordering\\Pop.sif";
         sOther = cMod.AppPath() + L"Scheduler\\other.bin";
         bytes = cFiles.ReadAll(sFile);
@@ -125,7 +125,7 @@ void SaveOrder(benchmark::State& state)
 {
     StationOnDisk& station = StationOnDisk::OfSize(state.range(0));
     for (auto _ : state)
-        station.cHistoryFiles.Save(station.colMainCats.At(0), HistoryFiles::Manner::WithoutProgress);
+        station.cHistoryFiles.Save(station.colMainCats.At(0), {.bProgress = false});
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 

@@ -151,7 +151,7 @@ void CategoryCreation::Create(const std::wstring& sName)
     m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.sAppPath);
     if (m_cState.Contains(cMainCat)) // an error's box has given the host the time to reload
         m_cState.cHistoryFiles.Save(cMainCat);
-    m_cState.SaveOwed();
+    m_cState.RetrySaves();
 }
 
 // ---- levels ----
@@ -191,7 +191,7 @@ bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
         if (cMainCat->AddSubCat(std::make_shared<clsCat>(cMod, cMainCat->CatName(), *lLevel)))
         {
             m_cState.cHistoryFiles.Save(cMainCat);
-            m_cState.SaveOwed();
+            m_cState.RetrySaves();
             return true;
         }
         if (!TryAgain({L"Category Level Already Present!", L"There is already a category level " +

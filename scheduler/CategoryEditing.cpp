@@ -141,12 +141,12 @@ void CategoryEditing::SaveShuffled(const AffectedCats& cAffected)
     for (const std::wstring& sName : cAffected)
     {
         const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sName);
-        if (cMainCat && m_cState.cHistoryFiles.Save(cMainCat, HistoryFiles::Manner::WithoutBox) ==
+        if (cMainCat && m_cState.cHistoryFiles.Save(cMainCat, {.bBoxes = false}) ==
                             HistoryFiles::Saved::Failed)
             m_cState.cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, sProgramTitle,
                               L"Failed to save cat history and ordering for: " + sName);
     }
-    m_cState.SaveOwed();
+    m_cState.RetrySaves();
 }
 
 // ---- deleting ----
@@ -263,7 +263,7 @@ void CategoryEditing::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, co
     if (!MoveInFrontOf(*cSubCat->SchedCuts(), colKeys, PosInto))
         return;
     m_cState.cHistoryFiles.Save(cSubCat->MainCat());
-    m_cState.SaveOwed();
+    m_cState.RetrySaves();
 }
 
 } // namespace ravlo

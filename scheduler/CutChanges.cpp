@@ -21,7 +21,7 @@ CutChanges::~CutChanges()
     try
     {
         m_cPlacement.RecalcTouched();
-        SaveAffected(HistoryFiles::Manner::Quiet);
+        SaveAffected(quietly);
     }
     catch (...)
     {
@@ -143,12 +143,12 @@ ChangeRecord CutChanges::Finish(const Ending& ending)
     m_bFinished = true;
     if (ending.beforeSave)
         ending.beforeSave(m_cAffected.Count());
-    if (ending.eSave)
-        SaveAffected(*ending.eSave);
+    if (ending.save)
+        SaveAffected(*ending.save);
     else
         EndGuards();
     const auto IsMain = [](const ChangeRecord::Category& category) { return category.lLevel == 0; };
-    if (ending.eSave && std::any_of(m_record.colMade.begin(), m_record.colMade.end(), IsMain))
+    if (ending.save && std::any_of(m_record.colMade.begin(), m_record.colMade.end(), IsMain))
         m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.sAppPath);
     std::exception_ptr cFailure;
     try
@@ -178,7 +178,7 @@ void CutChanges::Guard(const std::shared_ptr<clsCat>& cMainCat)
         colLevels.push_back(cSubCat->CatLevel());
     m_colGuards.Add(TextKey(sName), std::make_unique<HistoryFiles::EmptyingLevels>(
                                         m_cState.cHistoryFiles, sName, std::move(colLevels)));
-    m_cState.cHistoryFiles.Save(cMainCat, HistoryFiles::Manner::Quiet);
+    m_cState.cHistoryFiles.Save(cMainCat, quietly);
 }
 
 void CutChanges::GuardAffected()
@@ -240,21 +240,16 @@ void CutChanges::EndGuards()
     for (const TextKey& cName : colGuarded)
         if (const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(cName.Text());
             cMainCat && !m_cAffected.Contains(cName.Text()))
-            m_cState.cHistoryFiles.SaveQuietly(cMainCat);
+            m_cState.cHistoryFiles.Save(cMainCat, quietly);
 }
 
-void CutChanges::SaveAffected(HistoryFiles::Manner eManner)
+void CutChanges::SaveAffected(SaveMode mode)
 {
     EndGuards();
     for (const std::wstring& sName : AffectedCats(std::move(m_cAffected)))
         if (const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sName))
-        {
-            if (eManner == HistoryFiles::Manner::Quiet)
-                m_cState.cHistoryFiles.SaveQuietly(cMainCat);
-            else
-                m_cState.cHistoryFiles.Save(cMainCat, eManner);
-        }
-    m_cState.SaveOwed();
+            m_cState.cHistoryFiles.Save(cMainCat, mode);
+    m_cState.RetrySaves();
 }
 
 // ---- one cut ----

@@ -115,7 +115,7 @@ public:
     struct Ending
     {
         // Nothing: the host saves. A file that was written ahead of the change keeps its markers until then.
-        std::optional<HistoryFiles::Manner> eSave = HistoryFiles::Manner::Explicit;
+        std::optional<SaveMode> save = SaveMode{};
         std::function<void(std::size_t affected)> beforeSave;
         std::function<void()> afterSave;
         std::function<void(const RuntimeError&)> show; // each error once
@@ -165,7 +165,7 @@ private:
     void PlaceAsNamed(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat);
     bool IsPlacedAsAssigned(const Cut& cCut) const;
     void EndGuards();
-    void SaveAffected(HistoryFiles::Manner eManner);
+    void SaveAffected(SaveMode mode);
 
     SchedulerState& m_cState;
     const Synchronisation::Hold m_cHold;

@@ -23,10 +23,10 @@ bool MayLeave(const CutRemoval& removal, const SchedulerState::Place& place)
 }
 
 // The end of a removal, which saves only where that is said.
-CutChanges::Ending EndingOf(const SchedulerState& cState, std::optional<HistoryFiles::Manner> eSave)
+CutChanges::Ending EndingOf(const SchedulerState& cState, std::optional<SaveMode> save)
 {
     CutChanges::Ending ending;
-    ending.eSave = eSave;
+    ending.save = save;
     ending.show = [&cState](const RuntimeError& cError) {
         cState.cMod.ShowCriticalError(L"Error in RemoveCutFromCategory [cSchedMan]", cError);
     };
@@ -95,7 +95,7 @@ void RemoveCuts(SchedulerState& cState, Synchronisation& cSync, const std::vecto
         TakeOutOfCategories(cState, cChanges, cCut, colRemovals[at]);
         },
         rhythm);
-    cChanges.Finish(EndingOf(cState, HistoryFiles::Manner::Explicit));
+    cChanges.Finish(EndingOf(cState, SaveMode{}));
 }
 
 } // namespace ravlo

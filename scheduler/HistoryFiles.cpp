@@ -20,10 +20,7 @@ constexpr std::size_t recordsPerYield = 50;
 constexpr std::uint32_t lReadPauseMs = 20;
 constexpr std::size_t mostNamed = 30; // categories in one box
 
-bool TellsProgress(HistoryFiles::Manner eManner)
-{
-    return eManner == HistoryFiles::Manner::Explicit || eManner == HistoryFiles::Manner::WithoutBox;
-}
+constexpr bool IsQuiet(SaveMode mode) { return !mode.bProgress && !mode.bBoxes; }
 
 std::wstring PathOf(const std::wstring& sAppPath, const std::wstring& sCatName)
 {
@@ -43,27 +40,10 @@ RuntimeError OfCategory(const RuntimeError& cError, const std::wstring& sCatName
 void HistoryFiles::Serve(const std::wstring& sAppPath)
 {
     if (!EqualIgnoringCase(sAppPath, std::exchange(m_sAppPath, sAppPath)))
-    {
-        m_colOwed.clear();
-        m_colUnsaved.clear();
-        m_colToDelete.clear();
-    }
+        m_cUnsaved.ForgetAll();
 }
 
 // ---- saving
-
-struct HistoryFiles::Snapshot
-{
-    struct Entry
-    {
-        std::int32_t lLevel;       // of the level marker; a cut's own level is read when its record is filled
-        std::shared_ptr<Cut> cCut; // null for a level marker
-    };
-    std::wstring sCatName;
-    std::wstring sPath;
-    SavedFiles::Stamp lStamp;
-    std::vector<Entry> colEntries;
-};
 
 HistoryFiles::EmptyingLevels::EmptyingLevels(HistoryFiles& cFiles, std::wstring sCatName,
                                              std::vector<std::int32_t> colLevels)
@@ -108,7 +88,7 @@ bool HistoryFiles::SaveAll(const std::shared_ptr<CatCollection>& colMainCats)
     return bAll;
 }
 
-HistoryFiles::Saved HistoryFiles::Save(const std::shared_ptr<clsCat>& cMainCat, Manner eManner)
+HistoryFiles::Saved HistoryFiles::Save(const std::shared_ptr<clsCat>& cMainCat, SaveMode mode)
 {
     if (cMainCat->CatLevel() != 0)
     {
@@ -117,33 +97,40 @@ HistoryFiles::Saved HistoryFiles::Save(const std::shared_ptr<clsCat>& cMainCat, 
         return Saved::NotMain;
     }
     const std::wstring sCatName = cMainCat->CatName();
-    const std::wstring sKey = KeyOf(sCatName);
+    if (IsQuiet(mode) && !CanBeFileName(sCatName) && !IsNews(sCatName))
+        return Saved::Failed; // no save can succeed: logged once
     try
     {
         const Snapshot cSnapshot = TakeSnapshot(*cMainCat);
-        const Saved eSaved = SaveSnapshot(cSnapshot, eManner);
-        Settle(sKey, cSnapshot.lStamp);
+        const Saved eSaved = SaveSnapshot(cSnapshot, mode);
+        m_cUnsaved.Settled(sCatName, cSnapshot.lStamp);
         return eSaved;
     }
     catch (...)
     {
-        const RuntimeError cError = CurrentError();
-        if (eManner == Manner::Explicit || eManner == Manner::WithoutProgress)
-            m_cMod.ShowCriticalError(L"Error in SaveHistoryAndOrdering [cSchedMan]",
-                                     OfCategory(cError, sCatName));
-        else
-            m_cMod.LogError(L"SaveHistoryAndOrdering " + sCatName, cError);
-        if (eManner != Manner::Quiet && CanBeFileName(sCatName))
-            m_colUnsaved[sKey] = m_cMod.Saved().Begin();
-        return Saved::Failed;
+        return Failed(sCatName, mode);
     }
+}
+
+// Call inside a catch block.
+HistoryFiles::Saved HistoryFiles::Failed(const std::wstring& sCatName, SaveMode mode)
+{
+    const RuntimeError cError = CurrentError();
+    if (CanBeFileName(sCatName))
+        m_cUnsaved.SaveFailed(sCatName, m_cMod.Saved().Begin());
+    if (mode.bBoxes)
+        m_cMod.ShowCriticalError(L"Error in SaveHistoryAndOrdering [cSchedMan]",
+                                 OfCategory(cError, sCatName));
+    else
+        m_cMod.LogError(L"SaveHistoryAndOrdering " + sCatName, cError);
+    return Saved::Failed;
 }
 
 HistoryFiles::Snapshot HistoryFiles::TakeSnapshot(const clsCat& cMainCat)
 {
     const std::wstring& sCatName = cMainCat.CatName();
     Snapshot cSnapshot{sCatName, SavePathOf(sCatName), m_cMod.Saved().Begin(), {}};
-    m_colAges[FoldCase(sCatName)].lNewest = cSnapshot.lStamp;
+    m_cUnsaved.Changed(sCatName, cSnapshot.lStamp);
     cSnapshot.colEntries.reserve(static_cast<std::size_t>(cMainCat.TotalCuts()) +
                                  cMainCat.SubCats()->Count());
     for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat.SubCats())
@@ -160,41 +147,39 @@ HistoryFiles::Snapshot HistoryFiles::TakeSnapshot(const clsCat& cMainCat)
     return cSnapshot;
 }
 
-HistoryFiles::Saved HistoryFiles::SaveSnapshot(const Snapshot& cSnapshot, Manner eManner)
+HistoryFiles::Saved HistoryFiles::SaveSnapshot(const Snapshot& cSnapshot, SaveMode mode)
 {
     if (cSnapshot.colEntries.empty())
     {
-        if (m_colToDelete.count(KeyOf(cSnapshot.sCatName)) != 0)
+        if (m_cUnsaved.IsToDelete(cSnapshot.sCatName))
             DeleteFile(cSnapshot.sCatName);
         else
-            EmptyNotUnderstood(cSnapshot, eManner);
+            EmptyNotUnderstood(cSnapshot, mode);
         return Saved::NoRecords;
     }
     RequireFileName(cSnapshot.sCatName);
-    const bool bTell = TellsProgress(eManner);
     try
     {
-        const OrderContent cContent = Fill(cSnapshot, eManner);
-        if (bTell)
+        const OrderContent cContent = Fill(cSnapshot, mode);
+        if (mode.bProgress)
             TellOfWriting(cSnapshot);
-        Write(cSnapshot, cContent.Bytes(), eManner);
+        Write(cSnapshot, cContent.Bytes(), mode);
     }
     catch (...)
     {
-        if (bTell)
+        if (mode.bProgress)
             m_cEvents.ProgressDone(L"Could not save Scheduler Info for: " + cSnapshot.sCatName);
         throw;
     }
-    if (bTell)
+    if (mode.bProgress)
         m_cEvents.ProgressDone(L"Saved Scheduler Info for: " + cSnapshot.sCatName);
     return Saved::Yes;
 }
 
-OrderContent HistoryFiles::Fill(const Snapshot& cSnapshot, Manner eManner)
+OrderContent HistoryFiles::Fill(const Snapshot& cSnapshot, SaveMode mode)
 {
     const std::size_t total = cSnapshot.colEntries.size();
-    const bool bTell = TellsProgress(eManner);
-    if (bTell)
+    if (mode.bProgress)
         m_cEvents.ProgressStart(L"Saving Ordering and hist for: " + cSnapshot.sCatName,
                                 std::ssize(cSnapshot.colEntries));
     ProgressThrottle cThrottle(m_cMod.Ports().cClock);
@@ -207,7 +192,7 @@ OrderContent HistoryFiles::Fill(const Snapshot& cSnapshot, Manner eManner)
             cContent.PutCut(lEntry, cTexts.Of(*entry.cCut), entry.cCut->CatLevel());
         else
             cContent.PutMarker(lEntry, entry.lLevel);
-        if (bTell && cThrottle.IsDue(lEntry + 1))
+        if (mode.bProgress && cThrottle.IsDue(lEntry + 1))
         {
             m_cEvents.Progress(L"Saved: " + CountText(lEntry + 1) + L" of " + CountText(total),
                                static_cast<std::int64_t>(lEntry + 1), static_cast<std::int64_t>(total));
@@ -238,21 +223,20 @@ void HistoryFiles::TellOfWriting(const Snapshot& cSnapshot)
     }
 }
 
-void HistoryFiles::Write(const Snapshot& cSnapshot, std::string_view bytes, Manner eManner)
+void HistoryFiles::Write(const Snapshot& cSnapshot, std::string_view bytes, SaveMode mode)
 {
     m_cMod.FlushDebugLog();
-    const Patience ePatience = eManner == Manner::Quiet ? Patience::None : Patience::UpToASecond;
-    if (m_cMod.Saved().Replace(cSnapshot.sPath, cSnapshot.lStamp, bytes, this, SavedFiles::Unseen::KeepAside,
-                               ePatience) == SavedFiles::Result::Written)
-        m_colToDelete.erase(KeyOf(cSnapshot.sCatName)); // it has records again
+    m_cMod.Saved().Replace(cSnapshot.sPath, cSnapshot.lStamp, bytes, this, SavedFiles::Unseen::KeepAside,
+                           IsQuiet(mode) ? Patience::None : Patience::UpToASecond);
+    m_colLogged.erase(FoldCase(cSnapshot.sCatName));
 }
 
 // A category without records keeps a file that was understood. One that names levels which are gone would be
 // complained of at every start.
-void HistoryFiles::EmptyNotUnderstood(const Snapshot& cSnapshot, Manner eManner)
+void HistoryFiles::EmptyNotUnderstood(const Snapshot& cSnapshot, SaveMode mode)
 {
     if (m_cMod.Saved().StateOf(cSnapshot.sPath, this) == SavedFiles::State::NotUnderstood)
-        Write(cSnapshot, {}, eManner);
+        Write(cSnapshot, {}, mode);
 }
 
 // ---- reading
@@ -298,13 +282,13 @@ void HistoryFiles::ApplyHistory(const CatCollection& colMainCats, const std::wst
     {
         const std::wstring sPath = PathOf(sAppPath, cMainCat->CatName());
         const SavedFiles::Stamp lStamp = m_cMod.Saved().Begin(); // what is picked from here on is newer
-        m_colAges[FoldCase(cMainCat->CatName())].lRead = 0;
+        m_cUnsaved.Read(cMainCat->CatName(), 0);
         std::optional<std::string> bytes;
         try
         {
             bytes = RetrieveHistoryAndOrdering(*cMainCat, sPath);
             if (bytes && Apply(*cMainCat, *bytes, sPath))
-                m_colAges[FoldCase(cMainCat->CatName())].lRead = lStamp;
+                m_cUnsaved.Read(cMainCat->CatName(), lStamp);
         }
         catch (...)
         {
@@ -361,7 +345,7 @@ void HistoryFiles::TellOfReading(const std::wstring& sCatName, std::size_t count
 bool HistoryFiles::Apply(clsCat& cMainCat, std::string_view bytes, const std::wstring& sPath)
 {
     const OrderLeftOver leftOver = RestoreOrder(m_cMod, cMainCat, bytes);
-    if (leftOver.bInTheMiddleOfAChange)
+    if (leftOver.bInTheMiddleOfAChange && IsNews(cMainCat.CatName()))
         m_cMod.WriteDebugLog(L"A change of category " + cMainCat.CatName() +
                              L" was interrupted: some of its cuts may be changed and others not.");
     if (leftOver.None())
@@ -383,6 +367,11 @@ std::wstring HistoryFiles::SavePathOf(const std::wstring& sCatName) const
     if (sAppPath.empty())
         throw RuntimeError(error::PathNotFound);
     return PathOf(sAppPath, sCatName);
+}
+
+bool HistoryFiles::IsNews(const std::wstring& sCatName)
+{
+    return m_colLogged.insert(FoldCase(sCatName)).second;
 }
 
 } // namespace ravlo

@@ -5,6 +5,7 @@
 #include "modscheduler/ModScheduler.h"
 #include "scheduler/EventRelay.h"
 #include "scheduler/OrderRecords.h"
+#include "scheduler/UnsavedOrders.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,40 +13,43 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 namespace ravlo
 {
 
-// The history/ordering files, one per main category, by which the rotation order of every level and the
-// levels without cuts survive a restart. Reads and saves them, and remembers what is still to be saved. What
-// is in them: OrderRecords.h; what reading them does to a tree: OrderRestorer.h.
+// How a save reports. One with neither is quiet: its errors are logged only, and it does not wait for a
+// locked file.
+struct SaveMode
+{
+    bool bProgress = true; // progress events and yields
+    bool bBoxes = true;    // errors are shown; else the caller shows them
+};
+inline constexpr SaveMode quietly{false, false};
+
+// The history/ordering files, one per main category: they keep the rotation order of every level, and the
+// levels without cuts, over a restart. Reads and saves them, and remembers what is still to be saved. Their
+// records: OrderRecords.h; what reading them does to a tree: OrderRestorer.h.
 class HistoryFiles
 {
 public:
     static constexpr std::size_t recordSize = orderRecordSize;
 
-    HistoryFiles(ModScheduler& cMod, EventRelay& cEvents) noexcept : m_cMod(cMod), m_cEvents(cEvents) {}
+    HistoryFiles(ModScheduler& cMod, EventRelay& cEvents) noexcept
+        : m_cMod(cMod), m_cEvents(cEvents), m_cUnsaved(cMod.Ports().cClock)
+    {
+    }
     ~HistoryFiles() { m_cMod.Saved().Forget(this); }
     HistoryFiles(const HistoryFiles&) = delete;
     HistoryFiles& operator=(const HistoryFiles&) = delete;
 
-    // The application path of the tree in use: saves go there from now on. What was to be saved under another
-    // one is forgotten with that one's tree. Before the first call, saves go to the library's own.
+    // Saves go to this application path from now on: the tree in use was read from there. Before the first
+    // call they go to the library's own. Precondition: when the path is another one, LeaveFolder was called.
     void Serve(const std::wstring& sAppPath);
+    const std::wstring& AppPath() const noexcept { return m_sAppPath; }
 
     // ---- saving
-
-    // How a save tells of itself.
-    enum class Manner
-    {
-        Explicit,        // progress events and yields; errors are shown
-        WithoutProgress, // errors are shown
-        WithoutBox,      // progress events and yields; errors are logged, the caller shows them
-        Quiet,           // errors are logged only, and a locked file is not waited for: for picks on air
-    };
 
     enum class Saved
     {
@@ -55,15 +59,15 @@ public:
         Failed,
     };
 
-    // Saves one main category. What is written is the order at the moment of the call, whatever the host does
-    // while it is told of the progress; a save that was overtaken by a newer one of the same category writes
-    // nothing and counts as saved. Every ProgressStart is followed by a ProgressDone.
-    Saved Save(const std::shared_ptr<clsCat>& cMainCat, Manner eManner = Manner::Explicit);
+    // Saves one main category. Writes the order at the moment of the call, even when the host changes it
+    // inside a progress event; a save that a newer one of the same category has overtaken writes nothing and
+    // counts as saved. Every ProgressStart is followed by a ProgressDone. A save that fails is retried later.
+    Saved Save(const std::shared_ptr<clsCat>& cMainCat, SaveMode mode = {});
 
     // Saves every one, in order. False when one of them had no record or could not be saved, or has no key
-    // (it cannot be found again and is not saved); one that is no main category ends it. The tree is looked
-    // at anew for each, since the host may change or replace it while it is told of the progress: what is
-    // gone by then is not saved.
+    // (it cannot be found again and is not saved); one that is no main category ends it. Looks each up by
+    // key, since the host may change or replace the tree inside a progress event: what is gone by then is not
+    // saved.
     bool SaveAll(const std::shared_ptr<CatCollection>& colMainCats);
 
     // While it lives, every save of the category puts a marker in front of the records of these levels, also
@@ -84,67 +88,76 @@ public:
         std::vector<std::int32_t> m_colLevels;
     };
 
-    // ---- saves without a word: no box, no event, no waiting. A save that fails is owed.
+    // Deletes a category's file when there is one. When that fails, it throws, and the deletion is retried
+    // until it succeeds or the category has records to save again: else the next start would bring its levels
+    // back.
+    void DeleteFile(const std::wstring& sCatName);
 
-    static constexpr std::uint32_t lRetryMs = 1000; // what is owed is tried at most once in this time
+    // ---- what is still to be saved, quietly
 
-    // Saves the order after a pick. Before it, one of the other categories that are owed is tried, so a pick
-    // tries to write two files at most.
+    // Saves the order after a pick, except when a save of it failed a moment ago. Before that, retries one of
+    // the other categories, so a pick tries to write two files at most.
     void SaveAfterPick(const std::shared_ptr<clsCat>& cMainCat, const CatCollection& colMainCats);
-    // Saves at once; a failure is logged and owed.
-    void SaveQuietly(const std::shared_ptr<clsCat>& cMainCat);
-    // A pick has moved cuts of a category and the host saves later.
+    // A pick has moved cuts of a category, and the host saves later.
     void NoteUnsaved(const clsCat& cMainCat);
-    // Tries everything that is owed.
-    void SaveOwed(const CatCollection& colMainCats);
-    // Saves, quietly, everything that is owed or unsaved: before the files are read again.
-    void SavePending(const CatCollection& colMainCats);
+    // Retries what failed, except what failed a moment ago (see UnsavedOrders).
+    void RetryDue(const CatCollection& colMainCats) { Retry(UnsavedOrders::Which::Due, colMainCats); }
+    // Retries all that failed: at the end.
+    void RetryAll(const CatCollection& colMainCats) { Retry(UnsavedOrders::Which::Failed, colMainCats); }
+    // Saves all that is newer than its file: before the files are read again.
+    void SavePending(const CatCollection& colMainCats) { Retry(UnsavedOrders::Which::All, colMainCats); }
+    // As SavePending, before another folder's tree replaces this one. What cannot be saved even now is kept
+    // as it is and retried with the rest, in its own folder.
+    void LeaveFolder(const CatCollection& colMainCats);
 
     // ---- reading
 
     // Reads the file of each main category under sAppPath and applies it: restores the orders and makes the
-    // empty levels. Cuts that the file does not name come to stand first. Files that cannot be read are shown
-    // in one box for each kind of error.
+    // empty levels. Cuts that the file does not name come first. Files that cannot be read are shown in one
+    // box for each kind of error.
     void ApplyHistory(const CatCollection& colMainCats, const std::wstring& sAppPath);
 
-    // Whether a category's order in memory is newer than what was last read from its file: it has changed
-    // since, a change from before is not saved, or the file could not be read and applied in full.
-    bool IsNewerThanItsReading(const clsCat& cMainCat) const;
-
-    // Removes a category's file when there is one. When that fails, it throws and the deletion is owed, until
-    // it succeeds or the category has records to save again: else the next start would bring its levels back.
-    void DeleteFile(const std::wstring& sCatName);
+    // Whether a category's order in memory is newer than what was last read from its file.
+    bool IsNewerThanItsReading(const clsCat& cMainCat) const
+    {
+        return m_cUnsaved.IsNewerThanItsReading(cMainCat.CatName());
+    }
 
 private:
-    struct Snapshot; // what a save writes, taken before the first yield
-    struct Owed
+    // What a save writes, taken before the first yield.
+    struct Snapshot
     {
-        SavedFiles::Stamp lSince; // a snapshot from here on holds what is owed
-        std::uint32_t lTriedAt;   // tick count
+        struct Entry
+        {
+            std::int32_t lLevel;       // of the level marker; a cut's own is read when its record is filled
+            std::shared_ptr<Cut> cCut; // null for a level marker
+        };
+        std::wstring sCatName;
+        std::wstring sPath;
+        SavedFiles::Stamp lStamp;
+        std::vector<Entry> colEntries;
     };
-    struct Age
+    struct LeftBehind
     {
-        SavedFiles::Stamp lRead = 0;   // taken before the last reading; 0: it was not applied in full
-        SavedFiles::Stamp lNewest = 0; // of the order in memory
+        std::wstring sPath;
+        SavedFiles::Stamp lStamp;
+        std::optional<OrderContent> content; // nothing: the file is to be deleted
     };
     class ReadErrors;
 
     Snapshot TakeSnapshot(const clsCat& cMainCat);
     bool IsEmptying(const std::wstring& sCatName, std::int32_t lLevel) const;
-    Saved SaveSnapshot(const Snapshot& cSnapshot, Manner eManner);
-    OrderContent Fill(const Snapshot& cSnapshot, Manner eManner);
+    Saved SaveSnapshot(const Snapshot& cSnapshot, SaveMode mode);
+    Saved Failed(const std::wstring& sCatName, SaveMode mode);
+    OrderContent Fill(const Snapshot& cSnapshot, SaveMode mode);
     void TellOfWriting(const Snapshot& cSnapshot);
-    void Write(const Snapshot& cSnapshot, std::string_view bytes, Manner eManner);
-    void EmptyNotUnderstood(const Snapshot& cSnapshot, Manner eManner);
+    void Write(const Snapshot& cSnapshot, std::string_view bytes, SaveMode mode);
+    void EmptyNotUnderstood(const Snapshot& cSnapshot, SaveMode mode);
 
-    static std::wstring KeyOf(const std::wstring& sCatName);
-    void Settle(const std::wstring& sKey, SavedFiles::Stamp lStamp);
-    void Owe(const std::wstring& sKey);
-    void RetryDeletion(const std::wstring& sKey, const std::wstring& sCatName);
-    bool IsDue(const Owed& owed) const;
-    void RetryOneExcept(const std::wstring& sKey, const CatCollection& colMainCats);
-    void Retry(const std::wstring& sKey, const CatCollection& colMainCats);
-    SavedFiles::Stamp NoteChanged(const clsCat& cMainCat);
+    void Retry(UnsavedOrders::Which eWhich, const CatCollection& colMainCats);
+    void Retry(const std::wstring& sCatName, const CatCollection& colMainCats);
+    void KeepBehind(const std::wstring& sCatName, const CatCollection& colMainCats);
+    void RetryLeftBehind();
 
     // The file's records, none when there is no file. Nothing: there can be no such file, or it is damaged.
     std::optional<std::string> RetrieveHistoryAndOrdering(const clsCat& cMainCat, const std::wstring& sPath);
@@ -153,16 +166,16 @@ private:
     bool Apply(clsCat& cMainCat, std::string_view bytes, const std::wstring& sPath);
 
     std::wstring SavePathOf(const std::wstring& sCatName) const;
+    // True once, until the category is saved: for what would be logged again with every save or reading.
+    bool IsNews(const std::wstring& sCatName);
 
     ModScheduler& m_cMod;
     EventRelay& m_cEvents;
     std::wstring m_sAppPath;
-    std::unordered_map<std::wstring, Age> m_colAges; // by folded name
-    // By key of the main category, folded.
-    std::unordered_map<std::wstring, Owed> m_colOwed;
-    std::unordered_map<std::wstring, SavedFiles::Stamp> m_colUnsaved; // since when
-    std::unordered_map<std::wstring, std::wstring> m_colToDelete;     // names whose files are; owed as well
-    std::unordered_set<std::wstring> m_colNoFileName;                 // names whose error has been logged
+    UnsavedOrders m_cUnsaved;
+    std::vector<LeftBehind> m_colLeftBehind;      // under other application paths
+    std::uint32_t m_lLeftBehindTriedAt = 0;       // tick count
+    std::unordered_set<std::wstring> m_colLogged; // see IsNews
     std::vector<const EmptyingLevels*> m_colEmptying;
 };
 

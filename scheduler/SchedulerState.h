@@ -73,11 +73,11 @@ struct SchedulerState
         std::shared_ptr<Cut> cOwn = cAsked ? cAsked->CutByKey(cCut->Key()) : nullptr;
         return cOwn ? cOwn : cCut;
     }
-    // Tries again what picks could not save. Every operation that saves orders ends with it.
-    void SaveOwed()
+    // Retries what could not be saved. Every operation that saves orders ends with it.
+    void RetrySaves()
     {
         if (const std::shared_ptr<CatCollection> colCats = colMainCats)
-            cHistoryFiles.SaveOwed(*colCats);
+            cHistoryFiles.RetryDue(*colCats);
     }
     // The tree in use has been read from this application path: its files are saved there.
     void Serve(const std::wstring& sPath)

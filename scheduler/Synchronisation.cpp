@@ -292,7 +292,7 @@ void Synchronisation::HandleModified(const Cuts& colCuts)
             [&](const std::shared_ptr<Cut>& cAnnounced, std::size_t) { ModifyCut(cAnnounced, cChanges); },
             {});
         CutChanges::Ending ending;
-        ending.eSave = HistoryFiles::Manner::WithoutProgress;
+        ending.save = SaveMode{.bProgress = false};
         ending.afterSave = [this] { RefreshLibrary(nullptr); };
         ending.show = [&cMod](const RuntimeError& cError) {
             cMod.DISPLAYERROR(L"ModifyCut [SchedMan]", true, cError);

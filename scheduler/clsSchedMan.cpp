@@ -28,7 +28,7 @@ clsSchedMan::~clsSchedMan()
         if (!my.colMainCats)
             return;
         my.cCategoryList.SaveChangedCatNames(*my.colMainCats, my.sAppPath);
-        my.SaveOwed();
+        my.cHistoryFiles.RetryAll(*my.colMainCats);
         // The settings are the library's: when another manager has moved it to another folder since, they are
         // that one's.
         if (my.sAppPath == my.cMod.ServedPath())
@@ -107,7 +107,7 @@ bool clsSchedMan::SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat
         return false;
     }
     const bool bSaved = my.cHistoryFiles.Save(cMainCat) == HistoryFiles::Saved::Yes;
-    my.SaveOwed();
+    my.RetrySaves();
     return bSaved;
 }
 

@@ -111,7 +111,7 @@ std::shared_ptr<CatCollection> clsSchedMan::BuildTree(const std::shared_ptr<ravl
         if (bSameFolder)
             CarryNewerOrders(my, *colNew);
         else if (my.colMainCats)
-            my.cHistoryFiles.SavePending(*my.colMainCats);
+            my.cHistoryFiles.LeaveFolder(*my.colMainCats);
         return colNew;
     }
     catch (...)

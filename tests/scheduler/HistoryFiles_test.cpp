@@ -15,7 +15,6 @@ namespace
 {
 
 using Saved = HistoryFiles::Saved;
-using Manner = HistoryFiles::Manner;
 
 class HistoryFilesTest : public testing::Test
 {
@@ -298,26 +297,26 @@ TEST_F(HistoryFilesTest, AFailedSaveEndsItsProgress)
                                     L"Done: Could not save Scheduler Info for: Rock"}));
 }
 
-TEST_F(HistoryFilesTest, TheMannerDecidesWhatIsSaid)
+TEST_F(HistoryFilesTest, TheModeDecidesWhatIsSaid)
 {
     struct Row
     {
-        Manner eManner;
+        SaveMode mode;
         std::size_t events;
         std::size_t lBoxes;
     };
-    for (const Row& row : {Row{Manner::Explicit, 3, 1}, Row{Manner::WithoutProgress, 0, 1},
-                           Row{Manner::WithoutBox, 3, 0}, Row{Manner::Quiet, 0, 0}})
+    for (const Row& row :
+         {Row{{}, 3, 1}, Row{{.bProgress = false}, 0, 1}, Row{{.bBoxes = false}, 3, 0}, Row{quietly, 0, 0}})
     {
         const auto cMainCat = NewMainCat(L"Rock", {1});
         cHost.colSaid.clear();
         cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
-        EXPECT_EQ(cFiles.Save(cMainCat, row.eManner), Saved::Yes);
+        EXPECT_EQ(cFiles.Save(cMainCat, row.mode), Saved::Yes);
         EXPECT_EQ(cHost.colSaid.size(), row.events);
         boxes.clear();
         cPorts.cFiles.Put(RadioPorts::LogPath(), "");
         cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
-        EXPECT_EQ(cFiles.Save(cMainCat, row.eManner), Saved::Failed);
+        EXPECT_EQ(cFiles.Save(cMainCat, row.mode), Saved::Failed);
         EXPECT_EQ(boxes.size(), row.lBoxes);
         EXPECT_NE(cPorts.cFiles.Get(RadioPorts::LogPath()).find("75 Path/File access error"),
                   std::string::npos);
@@ -451,13 +450,15 @@ TEST_F(HistoryFilesTest, AQuietSaveThatFailsIsOwedUntilItSucceeds)
     EXPECT_TRUE(cHost.colSaid.empty());
     EXPECT_EQ(cPorts.LogMessages(),
               Lines{L"DISPLAYERROR, SaveHistoryAndOrdering Rock 75 Path/File access error"});
-    cFiles.SaveOwed(*colMainCats);
+    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
+    cFiles.RetryDue(*colMainCats);
     EXPECT_EQ(cPorts.LogMessages().size(), 2u) << "tried again, failed again, still owed";
     cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", false);
-    cFiles.SaveOwed(*colMainCats);
+    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
+    cFiles.RetryDue(*colMainCats);
     EXPECT_EQ(File(L"Rock"), SifMarker(1));
     cPorts.cFiles.ClearOperations();
-    cFiles.SaveOwed(*colMainCats);
+    cFiles.RetryDue(*colMainCats);
     EXPECT_TRUE(cPorts.cFiles.Operations().empty()) << "owed no more";
 }
 
@@ -471,8 +472,9 @@ TEST_F(HistoryFilesTest, WhatIsOwedIsSettledByAnySaveOfTheCategoryAndForgottenWi
     cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", false);
     EXPECT_EQ(Save(cRock), Saved::Yes);
     colMainCats->Remove(L"Pop\t0");
+    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
     cPorts.cFiles.ClearOperations();
-    cFiles.SaveOwed(*colMainCats);
+    cFiles.RetryDue(*colMainCats);
     EXPECT_TRUE(cPorts.cFiles.Operations().empty());
 }
 

@@ -2,6 +2,7 @@
 // A process that is killed in the middle of a change of cuts leaves files and a database with which the next
 // start finds every level and every order.
 
+#include "scheduler/UnsavedOrders.h"
 #include "support/BatchingDataBase.h"
 #include "support/SyncTest.h"
 
@@ -232,6 +233,7 @@ TEST_F(KilledChangeTest, MarkersThatCannotBeTakenOffAreTriedAgain)
     EXPECT_TRUE(Tells(ExpectSoundStart(Leave()), L"Rock"));
     Forget();
     cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
     EXPECT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Pop")));
     EXPECT_EQ(File(L"Rock"), rock);
     EXPECT_EQ(boxes, Boxes());

@@ -55,6 +55,7 @@ TEST_F(OwedDeletionTest, ALaterSaveDeletesTheFile)
     cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Pop"));
     EXPECT_NE(File(L"Rock"), "none") << "still locked";
     Free();
+    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
     cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Pop"));
     EXPECT_EQ(File(L"Rock"), "none");
     EXPECT_EQ(boxes, Boxes()) << "a failing retry is logged only";
@@ -70,7 +71,7 @@ TEST_F(OwedDeletionTest, APickDeletesTheFile)
 {
     DeleteTheLevel();
     Free();
-    cPorts.cClock.Advance(HistoryFiles::lRetryMs);
+    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
     cLib.cSchedMan->SetRotatesAllowed(true);
     std::shared_ptr<clsCat> cMainCat;
     std::shared_ptr<clsCat> cSubCat;
@@ -128,6 +129,7 @@ TEST_F(OwedDeletionTest, TheFileOfADeletedMainCategoryIsDeletedToo)
     cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Pop"));
     EXPECT_NE(File(L"Rock"), "none") << "still locked";
     Free();
+    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
     cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Pop"));
     EXPECT_EQ(File(L"Rock"), "none");
     EXPECT_EQ(boxes, Boxes());

@@ -26,7 +26,7 @@ public:
         Pick(L"Rock\t1");
         cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
         EXPECT_EQ(File(L"Rock"), SifCut("r1", 1) + SifCut("r2", 1)) << "owed";
-        cPorts.cClock.Advance(HistoryFiles::lRetryMs); // a pick tries again what has waited so long
+        cPorts.cClock.Advance(UnsavedOrders::lRetryMs); // a pick tries again what has waited so long
         Forget();
     }
     void TestBody() override {}
@@ -135,6 +135,9 @@ TEST_P(OwedSavesTest, AreOwedUntilOneSucceedsAndThenNoMore)
     EXPECT_EQ(s.boxes, Boxes()) << "a failing retry is logged only";
     s.cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
     s.cLib.cSchedMan->SaveHistoryAndOrdering(s.MainCat(L"Jazz"));
+    EXPECT_EQ(s.File(L"Rock"), SifCut("r1", 1) + SifCut("r2", 1)) << "not again within a second";
+    s.cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
+    s.cLib.cSchedMan->SaveHistoryAndOrdering(s.MainCat(L"Jazz"));
     EXPECT_EQ(s.File(L"Rock"), SifCut("r2", 1) + SifCut("r1", 1));
     s.cPorts.cFiles.ClearOperations();
     s.cLib.cSchedMan->SaveHistoryAndOrdering(s.MainCat(L"Jazz"));
@@ -155,6 +158,8 @@ TEST(OwedSave, OfAPickInsideASaveOfTheSameCategoryIsNotPaidByTheOlderOrderThatSa
     };
     EXPECT_TRUE(s.cLib.cSchedMan->SaveHistoryAndOrdering(s.MainCat(L"Rock")));
     EXPECT_EQ(s.Order(L"Rock", 1), (Keys{L"r2", L"r1"}));
+    s.cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
+    s.cLib.cSchedMan->SaveHistoryAndOrdering(s.MainCat(L"Jazz"));
     EXPECT_EQ(s.File(L"Rock"), SifCut("r2", 1) + SifCut("r1", 1));
 }
 

@@ -62,11 +62,11 @@ TEST_F(PickSavesTest, ALockedFileIsTriedOnceByAPick)
     Pick(1);
     Pick(1);
     EXPECT_EQ(AllAttempts() - lBefore, 1) << "within a second it is not tried again";
-    cPorts.cClock.Advance(HistoryFiles::lRetryMs);
+    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
     Pick(1);
     EXPECT_EQ(AllAttempts() - lBefore, 2);
     Lock(1, false);
-    cPorts.cClock.Advance(HistoryFiles::lRetryMs);
+    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
     Pick(1);
     EXPECT_EQ(File(Name(1)), Saved(1));
     EXPECT_EQ(boxes, Boxes());
@@ -82,7 +82,7 @@ TEST_F(PickSavesTest, APickTriesAtMostOneFileThatIsOwedAndItsOwn)
     }
     for (int lPick = 1; lPick <= 90; ++lPick)
     {
-        cPorts.cClock.Advance(HistoryFiles::lRetryMs);
+        cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
         const int lBefore = AllAttempts();
         const int lOwn = Attempts(31);
         Pick(31);
@@ -97,12 +97,56 @@ TEST_F(PickSavesTest, APickTriesAtMostOneFileThatIsOwedAndItsOwn)
     EXPECT_LE(AllAttempts() - lBefore, 4);
 }
 
+TEST_F(PickSavesTest, AnExplicitSaveThatFailedIsRetriedByLaterPicks)
+{
+    Lock(1);
+    Level(Name(1), 1)->SchedCuts()->MoveToEnd(0);
+    EXPECT_FALSE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(Name(1))));
+    EXPECT_EQ(boxes.size(), 1u);
+    const int lBefore = Attempts(1);
+    for (int lPick = 1; lPick <= 3; ++lPick)
+        Pick(lPick);
+    EXPECT_EQ(Attempts(1), lBefore) << "it failed a moment ago";
+    Lock(1, false);
+    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
+    Pick(2);
+    EXPECT_EQ(File(Name(1)), Saved(1));
+    EXPECT_EQ(boxes.size(), 1u);
+}
+
+TEST_F(PickSavesTest, ExplicitSavesRetryALockedFileOnceASecond)
+{
+    Lock(1);
+    Pick(1);
+    const int lBefore = Attempts(1);
+    for (int lSave = 1; lSave <= 10; ++lSave)
+        EXPECT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(Name(2))));
+    EXPECT_EQ(Attempts(1), lBefore);
+    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
+    for (int lSave = 1; lSave <= 10; ++lSave)
+        EXPECT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(Name(2))));
+    EXPECT_EQ(Attempts(1), lBefore + 1);
+}
+
+TEST_F(PickSavesTest, ACategoryRenamedSinceIsNotRetried)
+{
+    Lock(1);
+    Pick(1);
+    Lock(1, false);
+    MainCat(Name(1))->SetCatName(L"Renamed");
+    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
+    Forget();
+    Pick(2);
+    Pick(2);
+    EXPECT_EQ(Written(), (Lines{L"Cat2"}));
+}
+
 TEST_F(PickSavesTest, WhatIsOwedIsSavedFirst)
 {
     Lock(1);
     Pick(1);
     Lock(1, false);
-    cPorts.cClock.Advance(HistoryFiles::lRetryMs);
+    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
     Forget();
     Pick(2);
     EXPECT_EQ(Written(), (Lines{L"Cat1", L"Cat2"}));
@@ -125,7 +169,7 @@ TEST_F(PickSavesTest, ANameThatCanBeNoFilesNameIsLoggedOnce)
     for (int lPick = 1; lPick <= 5; ++lPick)
     {
         cLib.cSchedMan->NextCutFromRotation(L"A?C\t1", false, nullptr, cMainCat, cSubCat, sMainCatKey);
-        cPorts.cClock.Advance(HistoryFiles::lRetryMs);
+        cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
         Pick(1);
     }
     const Lines colLog = Log();
@@ -181,7 +225,7 @@ TEST_F(PickSavesTest, AFileWithMarkersServesBeforeAndAfterTheLevelIsEmptied)
     const std::string deep = SifCut("deep2", 2) + SifCut("deep1", 2);
     {
         const HistoryFiles::EmptyingLevels cEmptying(cFiles, L"cat1", {1, 7});
-        EXPECT_EQ(cFiles.Save(MainCat(Name(1)), HistoryFiles::Manner::Quiet), HistoryFiles::Saved::Yes);
+        EXPECT_EQ(cFiles.Save(MainCat(Name(1)), quietly), HistoryFiles::Saved::Yes);
         EXPECT_EQ(File(Name(1)), SifMarker(1) + cuts + deep);
     }
     // Killed before the change: the order is whole.
@@ -200,7 +244,7 @@ TEST_F(PickSavesTest, AFileWithMarkersServesBeforeAndAfterTheLevelIsEmptied)
     ASSERT_TRUE(Level(Name(1), 1));
     EXPECT_EQ(Order(Name(1), 1), Keys());
     EXPECT_EQ(Order(Name(1), 2), (Keys{L"deep2", L"deep1"}));
-    EXPECT_EQ(cFiles.Save(MainCat(Name(1)), HistoryFiles::Manner::Quiet), HistoryFiles::Saved::Yes);
+    EXPECT_EQ(cFiles.Save(MainCat(Name(1)), quietly), HistoryFiles::Saved::Yes);
     EXPECT_EQ(File(Name(1)), SifMarker(1) + deep) << "no marker beyond the empty level's";
 }
 

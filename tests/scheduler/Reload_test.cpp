@@ -119,6 +119,25 @@ TEST_F(ReloadTest, APickThatCouldNotBeSavedSurvivesAReload)
     EXPECT_EQ(OrderAfterARestart(), (Keys{L"Rock4", L"Rock1", L"Rock2", L"Rock3"}));
 }
 
+TEST_F(ReloadTest, AnUnsavedPickSurvivesAnotherSpellingOfItsCategory)
+{
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
+    EXPECT_EQ(Pick(true), L"Rock1");
+    for (std::size_t cut = 0; cut < 4; ++cut)
+        cLibrary.cDataBase->colCuts[cut]->SetCategoryText(L"ROCK");
+    Reload();
+    EXPECT_EQ(cLibrary.MainCatNames(), (Lines{L"ROCK", L"Pop"}));
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock2", L"Rock3", L"Rock4", L"Rock1"}));
+}
+
+TEST_F(ReloadTest, APickInsideASaveSurvivesAReload)
+{
+    At(L"Start 4: Saving info for: Rock", [&] { EXPECT_EQ(Pick(false), L"Rock1"); });
+    EXPECT_TRUE(cLibrary.cSchedMan->SaveHistoryAndOrdering(cLibrary.MainCat(L"Rock")));
+    Reload();
+    EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock2", L"Rock3", L"Rock4", L"Rock1"}));
+}
+
 TEST_F(ReloadTest, CutsThatAreNewInTheDatabaseComeFirst)
 {
     cLibrary.cDataBase->Add(L"new1", L"Rock", 1);
@@ -146,6 +165,47 @@ TEST_F(ReloadTest, AnotherFolderKeepsItsOwnOrders)
     Reload(L"C:\\Other");
     EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"Rock4", L"Rock3", L"Rock2", L"Rock1"}));
     EXPECT_EQ(OrderAfterARestart(), (Keys{L"Rock2", L"Rock3", L"Rock4", L"Rock1"})) << "back in the first";
+}
+
+TEST_F(ReloadTest, WhatAMoveCouldNotSaveIsSavedInItsFolderLater)
+{
+    for (const bool bBack : {true, false}) // the end saves it, or the way back
+    {
+        const Keys colBefore = cLibrary.Order(L"Rock", 1);
+        cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
+        cPorts.cFiles.SetReadOnly(SifPath(L"Pop"));
+        EXPECT_EQ(Pick(true), colBefore[0]);
+        cLibrary.cSchedMan->DeleteCats({cLibrary.MainCat(L"Pop")});
+        Reload(L"C:\\Other");
+        cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+        cPorts.cFiles.SetReadOnly(SifPath(L"Pop"), false);
+        if (bBack)
+            Reload();
+        else
+            cLibrary.Restart();
+        EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{colBefore[1], colBefore[2], colBefore[3], colBefore[0]}));
+        EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Pop")));
+        cLibrary.cSchedMan->SetRotatesAllowed(true);
+        for (std::size_t cut = 4; cut < 8; ++cut)
+            cLibrary.cDataBase->colCuts[cut]->SetCategoryText(L"Pop");
+        Reload();
+        EXPECT_TRUE(cLibrary.cSchedMan->SaveHistoryAndOrdering(nullptr));
+    }
+}
+
+TEST_F(ReloadTest, WhatAMoveCouldNotSaveYieldsToNewerOrders)
+{
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
+    EXPECT_EQ(Pick(true), L"Rock1");
+    Reload(L"C:\\Other");
+    auto cOther = std::make_shared<clsSchedMan>(cLibrary.cMod); // which has its own station there
+    cOther->PopulateFromDataBase(cLibrary.cDataBase, sRadio);
+    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    EXPECT_TRUE(cOther->SaveHistoryAndOrdering(nullptr));
+    const std::string newer = cPorts.cFiles.Get(SifPath(L"Rock"));
+    cLibrary.cSchedMan->SetEvents(nullptr);
+    cLibrary.cSchedMan.reset();
+    EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Rock")), newer);
 }
 
 // ---- files that cannot be read, or not be written, during a reload
