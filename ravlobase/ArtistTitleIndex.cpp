@@ -24,9 +24,7 @@ void ArtistTitleIndex::Add(StoreCut& cCut)
 {
     const auto& values = cCut.Values();
     if (HasPair(values))
-    {
         m_cuts.emplace(PairHash(values.cArtist.Text(), values.cTitle.Text()), &cCut);
-    }
 }
 
 void ArtistTitleIndex::Remove(const StoreCut& cCut) noexcept
@@ -53,9 +51,7 @@ StoreCut* ArtistTitleIndex::Find(const std::wstring& sArtist, const std::wstring
         if (EqualIgnoringCase(values.cArtist.Text(), sArtist) &&
             EqualIgnoringCase(values.cTitle.Text(), sTitle) &&
             (pFound == nullptr || it->second->ID() < pFound->ID()))
-        {
             pFound = it->second;
-        }
     }
     return pFound;
 }

@@ -62,14 +62,10 @@ public:
     TextKey Of(std::wstring sText)
     {
         if (sText.empty())
-        {
             return TextKey();
-        }
         const auto it = m_texts.find(sText);
         if (it != m_texts.end())
-        {
             return it->second;
-        }
         TextKey cText(std::move(sText));
         return m_texts.emplace(cText.Text(), cText).first->second;
     }
@@ -91,9 +87,7 @@ std::int32_t LongOf(std::int64_t lValue)
 {
     if (lValue < std::numeric_limits<std::int32_t>::min() ||
         lValue > std::numeric_limits<std::int32_t>::max())
-    {
         throw RuntimeError(error::InvalidFileFormat, L"The database is damaged: a number is out of range.");
-    }
     return static_cast<std::int32_t>(lValue);
 }
 
@@ -174,9 +168,7 @@ std::string ColumnNames()
 {
     std::string sNames;
     for (const auto& column : columns)
-    {
         sNames += std::string(",") + column.sName;
-    }
     return sNames;
 }
 
@@ -184,9 +176,7 @@ std::uint32_t BigEndian(std::string_view bytes, std::size_t lAt, std::size_t len
 {
     std::uint32_t lValue = 0;
     for (std::size_t i = 0; i < length; ++i)
-    {
         lValue = (lValue << 8) | static_cast<unsigned char>(bytes[lAt + i]);
-    }
     return lValue;
 }
 
@@ -198,25 +188,15 @@ std::uint32_t BigEndian(std::string_view bytes, std::size_t lAt, std::size_t len
 void CheckHead(const std::wstring& sFile, const std::string& bytes)
 {
     if (!bytes.starts_with(sMagic))
-    {
         Refuse(sFile, L"is no media database");
-    }
     if (bytes.size() < headSize)
-    {
         Refuse(sFile, L"is damaged");
-    }
     if (BigEndian(bytes, applicationAt) != lApplicationID)
-    {
         Refuse(sFile, L"belongs to another program");
-    }
     if (BigEndian(bytes, versionAt) > lFormatVersion)
-    {
         Refuse(sFile, L"was written by a newer version of this program");
-    }
     if (BigEndian(bytes, versionAt) != lFormatVersion)
-    {
         Refuse(sFile, L"is damaged");
-    }
 }
 
 // The size that the header speaks of.
@@ -288,15 +268,11 @@ std::string ReadyPath(const std::wstring& sFile)
     const auto cPath = FilePath(sFile);
     std::error_code ignored;
     if (std::filesystem::is_directory(cPath, ignored))
-    {
         throw RuntimeError(error::PathFileAccess, L"\"" + sFile + L"\" is a folder.");
-    }
     if (!std::filesystem::exists(cPath, ignored))
     {
         if (cPath.has_parent_path() && !std::filesystem::is_directory(cPath.parent_path(), ignored))
-        {
             throw RuntimeError(error::PathNotFound, L"The folder of \"" + sFile + L"\" was not found.");
-        }
         Create(sFile);
     }
     return SqlitePath(cPath);
@@ -314,9 +290,7 @@ void CheckTables(sqlite::Connection& cConnection)
     sqlite::Statement tables(cConnection, "SELECT count(*) FROM sqlite_schema WHERE sql = ? OR sql = ?");
     tables.Bind(1, TextFromStore(sCutsTable)).Bind(2, TextFromStore(sCategoriesTable)).Step();
     if (tables.Number(0) != 2)
-    {
         cConnection.Fail(SQLITE_CORRUPT);
-    }
 }
 
 // Begins a transaction that sees one state of the file and its log, which other programs may be writing to.
@@ -332,9 +306,7 @@ std::optional<sqlite::Connection::Log> BeginReading(sqlite::Connection& cConnect
         CheckTables(cConnection); // the first look begins the transaction
         auto now = cConnection.WriteAheadLog();
         if (l > 0 && now == before)
-        {
             return now;
-        }
         before = now;
         cConnection.Run("ROLLBACK");
     }
@@ -350,23 +322,17 @@ void CheckSize(sqlite::Connection& cConnection, const std::optional<sqlite::Conn
     const auto lPages = cConnection.Number("PRAGMA page_count");
     const bool bFromLog = log && log->lFrames > 0;
     if (bFromLog && log->lPages != lPages)
-    {
         Refuse(sFile, L"and the log beside it do not belong together");
-    }
     const auto lSize = lPages * cConnection.Number("PRAGMA page_size");
     // The end of a database that grew may be in the log alone.
     if (cConnection.RawSize() > lSize || (log && !bFromLog && cConnection.RawSize() < lSize))
-    {
         Refuse(sFile, L"is damaged");
-    }
 }
 
 void CheckStructure(sqlite::Connection& cConnection)
 {
     if (cConnection.Text("PRAGMA integrity_check(1)") != L"ok")
-    {
         cConnection.Fail(SQLITE_CORRUPT);
-    }
 }
 
 // Another tool may have written a name that no cut can have, an empty one or one twice: it is passed over.
@@ -380,18 +346,12 @@ void ReadCategories(sqlite::Connection& cConnection, TextPool& cPool, std::vecto
         const auto lID = names.Number(0);
         const auto cut = std::find_if(it, colCuts.end(), [&](const StoredCut& c) { return c.lID >= lID; });
         if (cut == colCuts.end() || cut->lID != lID)
-        {
             cConnection.Fail(SQLITE_CORRUPT);
-        }
         if (cut != std::exchange(it, cut))
-        {
             colSeen.clear();
-        }
         std::wstring sName = names.Text(1);
         if (!sName.empty() && colSeen.insert(FoldCase(sName)).second)
-        {
             it->values.colCategories.push_back(cPool.Of(std::move(sName)));
-        }
     }
 }
 
@@ -405,13 +365,9 @@ std::vector<StoredCut> ReadCuts(sqlite::Connection& cConnection)
         StoredCut cut{LongOf(cuts.Number(0)), {}};
         cut.values.cKey = TextKey(cuts.Text(1));
         for (int i = 0; i < static_cast<int>(std::size(columns)); ++i)
-        {
             columns[i].Read(cuts, i + 2, cut.values, cPool);
-        }
         if (cut.lID < 1 || cut.values.cKey.Empty() || cut.values.lCatLevel < 1)
-        {
             cConnection.Fail(SQLITE_CORRUPT);
-        }
         colCuts.push_back(std::move(cut));
     }
     ReadCategories(cConnection, cPool, colCuts);
@@ -434,9 +390,7 @@ CutFile::CutFile(const std::wstring& sFile, std::vector<StoredCut>& colCuts)
     const auto head = m_cConnection.RawHead(headSize);
     CheckHead(sFile, head);
     if (!bHadLog && m_cConnection.RawSize() != SizeIn(head))
-    {
         Refuse(sFile, L"is damaged"); // SQLite takes the missing end of a last page for zeros
-    }
     sqlite::NeedRoomBeside(SqlitePath(FilePath(sFile)), sFile);
     // Until the file has proved sound, a log that somebody left is not moved into it.
     m_cConnection.KeepLogOnClose(bHadLog);
@@ -449,9 +403,7 @@ CutFile::CutFile(const std::wstring& sFile, std::vector<StoredCut>& colCuts)
         // What SQLite has no better word for while it reads ("unsupported file format") is damage: the head
         // says that this program wrote the file.
         if (e.Number() == error::Internal)
-        {
             m_cConnection.Fail(SQLITE_CORRUPT);
-        }
         throw;
     }
     m_cConnection.KeepLogOnClose(false);
@@ -508,23 +460,17 @@ std::int32_t CutFile::Insert(const CutValues& values)
     static const std::string sInsert = [] {
         std::string sMarks;
         for (std::size_t i = 0; i < std::size(columns); ++i)
-        {
             sMarks += ",?";
-        }
         return "INSERT INTO cuts(cut_key, folded_key" + ColumnNames() + ") VALUES(?,?" + sMarks + ")";
     }();
     auto& statement = Prepared(sInsert);
     statement.Bind(1, values.cKey.Text()).Bind(2, FoldCase(values.cKey.Text()));
     for (int i = 0; i < static_cast<int>(std::size(columns)); ++i)
-    {
         columns[i].Bind(statement, i + 3, values);
-    }
     statement.Run();
     const auto lRowID = m_cConnection.LastRowID();
     if (lRowID > std::numeric_limits<std::int32_t>::max())
-    {
         throw RuntimeError(error::Overflow, L"The database has used up its numbers.");
-    }
     const auto lID = static_cast<std::int32_t>(lRowID);
     WriteCategories(lID, values);
     return lID;
@@ -535,16 +481,12 @@ void CutFile::Update(std::int32_t lID, const CutValues& old, const CutValues& ne
     for (const auto& column : columns)
     {
         if (column.Same(old, next))
-        {
             continue;
-        }
         auto& statement = Prepared(std::string("UPDATE cuts SET ") + column.sName + " = ? WHERE id = ?");
         column.Bind(statement, 1, next);
         statement.Bind(2, static_cast<std::int64_t>(lID)).Run();
         if (m_cConnection.ChangedRows() == 0)
-        {
             m_cConnection.Fail(SQLITE_CONSTRAINT_FOREIGNKEY);
-        }
     }
     if (!SameCategories(old, next))
     {
@@ -572,9 +514,7 @@ void CutFile::WriteCategories(std::int32_t lID, const CutValues& values)
     auto& statement = Prepared("INSERT INTO cut_categories(cut_id, position, name) VALUES(?,?,?)");
     std::int64_t position = 0;
     for (const auto& cName : values.colCategories)
-    {
         statement.Bind(1, static_cast<std::int64_t>(lID)).Bind(2, position++).Bind(3, cName.Text()).Run();
-    }
 }
 
 } // namespace ravlo

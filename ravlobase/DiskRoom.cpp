@@ -27,9 +27,7 @@ std::string ScratchName(const std::string& sPath)
     sqlite3_randomness(static_cast<int>(bytes.size()), bytes.data());
     std::string sName = sPath + "-";
     for (const auto byte : bytes)
-    {
         sName += {sDigits[byte >> 4], sDigits[byte & 15]};
-    }
     return sName + ".room~";
 }
 
@@ -51,9 +49,7 @@ int FillScratch(sqlite3_vfs& vfs, const std::string& sName)
 {
     const Name name(sName);
     if (name.pName == nullptr)
-    {
         return SQLITE_NOMEM;
-    }
     std::vector<std::max_align_t> place(static_cast<std::size_t>(vfs.szOsFile) / sizeof(std::max_align_t) +
                                         1);
     auto* pFile = reinterpret_cast<sqlite3_file*>(place.data());
@@ -61,9 +57,7 @@ int FillScratch(sqlite3_vfs& vfs, const std::string& sName)
                            SQLITE_OPEN_DELETEONCLOSE | SQLITE_OPEN_TEMP_JOURNAL;
     int lCode = vfs.xOpen(&vfs, name.pName, pFile, lFlags, nullptr);
     if (pFile->pMethods == nullptr)
-    {
         return lCode;
-    }
     if (lCode == SQLITE_OK)
     {
         const std::vector<char> bytes(lRoom, 'r'); // no zeros: a file system may store those without room

@@ -14,9 +14,7 @@ std::filesystem::path FilePath(const std::wstring& sPath)
 {
     const std::string bytes = Utf8Of(sPath);
     if (bytes.empty() || bytes.find('\0') != std::string::npos || !TextFromUtf8(bytes))
-    {
         throw RuntimeError(error::BadFileName, L"\"" + sPath + L"\" is no file name.");
-    }
     return std::u8string(bytes.begin(), bytes.end());
 }
 
@@ -25,26 +23,18 @@ std::string ReadFile(const std::wstring& sPath)
     const auto cPath = FilePath(sPath);
     std::error_code failed;
     if (!std::filesystem::exists(cPath, failed))
-    {
         throw RuntimeError(error::FileNotFound, L"The file \"" + sPath + L"\" was not found.");
-    }
     std::ifstream file(cPath, std::ios::binary);
     if (std::filesystem::is_directory(cPath, failed) || !file)
-    {
         throw RuntimeError(error::PathFileAccess, L"The file \"" + sPath + L"\" cannot be opened.");
-    }
     const auto lSize = std::filesystem::file_size(cPath, failed);
     std::string bytes;
     if (failed || lSize > bytes.max_size())
-    {
         throw RuntimeError(error::DeviceIo, L"The file \"" + sPath + L"\" could not be read.");
-    }
     bytes.resize(static_cast<std::size_t>(lSize));
     file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     if (static_cast<std::size_t>(file.gcount()) != bytes.size())
-    {
         throw RuntimeError(error::DeviceIo, L"The file \"" + sPath + L"\" could not be read.");
-    }
     return bytes;
 }
 

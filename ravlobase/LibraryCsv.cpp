@@ -33,23 +33,17 @@ std::optional<std::int32_t> WholeNumber(const std::wstring& sText, std::int32_t 
     const bool bNegative = !sText.empty() && sText.front() == L'-';
     const auto sDigits = std::wstring_view(sText).substr(bNegative ? 1 : 0);
     if (sDigits.empty() || sDigits.find_first_not_of(L"0123456789") != std::wstring_view::npos)
-    {
         return std::nullopt;
-    }
     std::int64_t value = 0;
     for (const wchar_t c : sDigits)
     {
         value = value * 10 + (c - L'0');
         if (value > std::numeric_limits<std::int32_t>::max())
-        {
             return std::nullopt;
-        }
     }
     value = bNegative ? -value : value;
     if (value < lMin || value > lMax)
-    {
         return std::nullopt;
-    }
     return static_cast<std::int32_t>(value);
 }
 
@@ -80,9 +74,7 @@ bool TakeLevel(LibraryRow& row, const std::wstring& sCell)
 {
     const auto lLevel = WholeNumber(Trim(sCell), 0, std::numeric_limits<std::int32_t>::max());
     if (lLevel.value_or(0) != 0)
-    {
         row.lLevel = lLevel;
-    }
     return lLevel.has_value();
 }
 
@@ -90,16 +82,10 @@ bool TakeCategories(LibraryRow& row, const std::wstring& sCell)
 {
     std::vector<std::wstring> colNames;
     for (const auto& sPiece : Split(sCell, L"/"))
-    {
         if (auto sName = Trim(sPiece); !sName.empty())
-        {
             colNames.push_back(std::move(sName));
-        }
-    }
     if (!colNames.empty())
-    {
         row.colCategories = std::move(colNames);
-    }
     return true;
 }
 
@@ -144,12 +130,8 @@ constexpr Column columns[] = {
 const Column* ColumnNamed(std::wstring_view sName)
 {
     for (const auto& column : columns)
-    {
         if (EqualIgnoringCase(column.sName, sName))
-        {
             return &column;
-        }
-    }
     return nullptr;
 }
 
@@ -191,9 +173,7 @@ public:
     void OnBadRow(std::size_t line, CsvFault eFault) override
     {
         if (!HasHeader())
-        {
             RefuseFile(L"in its header line " + ReasonOf(eFault));
-        }
         m_cSink.OnReject(line, ReasonOf(eFault));
     }
 
@@ -215,12 +195,8 @@ private:
             m_columns.push_back(pColumn);
         }
         for (const Column* pColumn : m_columns)
-        {
             if (pColumn == &columns[0])
-            {
                 return;
-            }
-        }
         RefuseFile(L"its header line has no column \"path\" (columns are parted by commas)");
     }
 
@@ -236,18 +212,12 @@ private:
         for (std::size_t i = 0; i < fields.size(); ++i)
         {
             if (m_columns[i] == nullptr || fields[i].find_first_not_of(' ') == std::string::npos)
-            {
                 continue;
-            }
             if (auto sReason = Take(*m_columns[i], row, fields[i]); !sReason.empty())
-            {
                 return sReason;
-            }
         }
         if (row.cPath.Empty())
-        {
             return L"no path";
-        }
         const auto [it, bNew] = m_lLineOfPath.try_emplace(row.cPath, row.line);
         return bNew ? L""
                     : L"line " + DecimalText(static_cast<std::int64_t>(it->second)) + L" has the same path";
@@ -258,13 +228,9 @@ private:
         const std::wstring sColumn = column.sName;
         const auto sCell = TextFromUtf8(bytes);
         if (!sCell)
-        {
             return sColumn + L": not UTF-8";
-        }
         if (sCell->find(L'\0') != std::wstring::npos)
-        {
             return sColumn + L": a NUL character";
-        }
         return column.Take(row, *sCell) ? L""
                                         : sColumn + L": " + Quoted(*sCell) + L" is not " + column.sExpected;
     }
@@ -284,19 +250,13 @@ private:
 void ReadLibraryCsv(std::string_view bytes, LibraryCsvSink& cSink)
 {
     if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
-    {
         RefuseFile(L"it is UTF-16, and UTF-8 is needed");
-    }
     if (bytes.starts_with(sUtf8Mark))
-    {
         bytes.remove_prefix(sUtf8Mark.size());
-    }
     LibraryReader cReader(cSink);
     ReadCsv(bytes, cReader);
     if (!cReader.HasHeader())
-    {
         RefuseFile(L"it has no header line");
-    }
 }
 
 } // namespace ravlo

@@ -29,13 +29,9 @@ RuntimeError ErrorOf(int lCode, const std::wstring& sFile, const char* sMessage)
 {
     const std::wstring sName = L"The database \"" + sFile + L"\" ";
     if (lCode == SQLITE_CONSTRAINT_FOREIGNKEY)
-    {
         return {error::PermissionDenied, sName + L"has lost this cut: another program has removed it."};
-    }
     if (lCode == SQLITE_IOERR_SHMSIZE)
-    {
         return ErrorOf(SQLITE_FULL, sFile, sMessage);
-    }
     switch (lCode & 0xFF)
     {
     case SQLITE_BUSY:
@@ -132,9 +128,7 @@ std::optional<Connection::Log> Connection::WriteAheadLog()
     void volatile* pIndex = nullptr;
     if (pFile->pMethods->iVersion < 2 ||
         pFile->pMethods->xShmMap(pFile, 0, lIndexPage, 0, &pIndex) != SQLITE_OK || pIndex == nullptr)
-    {
         return std::nullopt;
-    }
     const auto* pWords = static_cast<const std::uint32_t volatile*>(pIndex);
     return Log{pWords[changeWord], pWords[framesWord], pWords[pagesWord]};
 }
@@ -152,9 +146,7 @@ void Connection::Fail(int lCode) const
 void Connection::Check(int lCode) const
 {
     if (lCode != SQLITE_OK)
-    {
         Fail(lCode);
-    }
 }
 
 Statement::Statement(Connection& cConnection, const std::string& sSql) : m_cConnection(cConnection)
@@ -190,14 +182,10 @@ bool Statement::Step()
 {
     const int lCode = sqlite3_step(m_pStatement.get());
     if (lCode == SQLITE_ROW)
-    {
         return true;
-    }
     sqlite3_reset(m_pStatement.get());
     if (lCode != SQLITE_DONE)
-    {
         m_cConnection.Fail(lCode);
-    }
     return false;
 }
 
@@ -211,9 +199,7 @@ void Statement::Run()
 void Statement::Expect(int lColumn, int lType) const
 {
     if (sqlite3_column_type(m_pStatement.get(), lColumn) != lType)
-    {
         m_cConnection.Fail(SQLITE_CORRUPT);
-    }
 }
 
 std::int64_t Statement::Number(int lColumn) const
@@ -248,9 +234,7 @@ Transaction::Transaction(Connection& cConnection, Wait eWait)
 Transaction::~Transaction()
 {
     if (m_bOpen)
-    {
         Undo();
-    }
 }
 
 void Transaction::Commit()

@@ -16,18 +16,14 @@ std::wstring Store::Impl::CutsText(std::size_t count)
 void Store::Impl::CheckValues(const CutValues& values)
 {
     if (values.lCatLevel < 1)
-    {
         throw RuntimeError(error::InvalidProcedureCall, L"The level of a cut has to be 1 or more.");
-    }
     CheckLastPlayed(values.dtLastPlayed);
 }
 
 void Store::Impl::CheckLastPlayed(DateTime dtWhen)
 {
     if (!std::isfinite(dtWhen))
-    {
         throw RuntimeError(error::InvalidProcedureCall, L"The last-played time is no date.");
-    }
 }
 
 // --- open and close
@@ -35,9 +31,7 @@ void Store::Impl::CheckLastPlayed(DateTime dtWhen)
 void Store::Impl::Open(const std::wstring& sName)
 {
     if (pFile)
-    {
         throw RuntimeError(error::FileAlreadyOpen, L"The database \"" + sFile + L"\" is open already.");
-    }
     std::vector<StoredCut> colStored;
     auto pOpened = std::make_unique<CutFile>(sName, colStored);
     try
@@ -82,9 +76,7 @@ void Store::Impl::Close() noexcept
 void Store::Impl::Forget() noexcept
 {
     for (const auto& cCut : colCuts)
-    {
         Own(cCut).Detach();
-    }
     colCuts.Clear();
     cIndex.Clear();
     gathered.Clear();
@@ -95,18 +87,14 @@ void Store::Impl::Forget() noexcept
 void Store::Impl::NeedOpen() const
 {
     if (!pFile)
-    {
         throw RuntimeError(error::ObjectNotSet, L"The database is not open.");
-    }
 }
 
 void Store::Impl::NeedOpenAndNoBatch() const
 {
     NeedOpen();
     if (!batches.empty())
-    {
         throw RuntimeError(error::InvalidProcedureCall, L"This cannot be done inside a batch of changes.");
-    }
 }
 
 // --- the cuts
@@ -130,13 +118,9 @@ void Store::Impl::Change(StoreCut& cCut, CutValues next)
     CheckValues(next);
     NeedSoundBatch();
     if (SameValues(cCut.Values(), next))
-    {
         return;
-    }
     if (!batches.empty())
-    {
         colUndo.push_back({&cCut, cCut.Values()});
-    }
     try
     {
         sqlite::Transaction cTransaction(pFile->Sql());
@@ -173,9 +157,7 @@ void Store::Impl::ChangeLastPlayed(StoreCut& cCut, DateTime dtWhen)
 void Store::Impl::WriteGathered()
 {
     if (pFile && gathered.On())
-    {
         gathered.Write(*pFile);
-    }
 }
 
 // --- batches
@@ -193,15 +175,11 @@ void Store::Impl::CommitBatch(std::size_t depth)
     NeedOpen();
     NeedSoundBatch();
     if (batches.size() != depth)
-    {
         throw RuntimeError(error::InvalidProcedureCall, L"This batch of changes has ended already.");
-    }
     batches.back().pTransaction->Commit();
     batches.pop_back();
     if (batches.empty())
-    {
         colUndo.clear();
-    }
 }
 
 void Store::Impl::EndBatches(std::size_t depth) noexcept
@@ -235,9 +213,7 @@ void Store::Impl::NoteLostBatch() noexcept
 void Store::Impl::NeedSoundBatch() const
 {
     if (bBatchLost)
-    {
         throw RuntimeError(error::DeviceIo, L"An earlier failure has undone this batch of changes.");
-    }
 }
 
 // --- events
@@ -287,9 +263,7 @@ void Store::Advise(DataBaseEvents& cEvents)
 {
     auto& colListeners = m_cImpl->colListeners;
     if (std::find(colListeners.begin(), colListeners.end(), &cEvents) == colListeners.end())
-    {
         colListeners.push_back(&cEvents);
-    }
 }
 
 void Store::Unadvise(DataBaseEvents& cEvents) noexcept { std::erase(m_cImpl->colListeners, &cEvents); }

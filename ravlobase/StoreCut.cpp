@@ -30,27 +30,21 @@ void AddNames(std::vector<TextKey>& colNames, const std::vector<std::wstring>& c
     const bool bFew = colNames.size() + colMore.size() <= few;
     std::unordered_set<TextKey, Hash> colSeen;
     if (!bFew)
-    {
         colSeen.insert(colNames.begin(), colNames.end());
-    }
     for (const auto& sName : colMore)
     {
         TextKey cName(sName);
         const bool bNew = bFew ? std::find(colNames.begin(), colNames.end(), cName) == colNames.end()
                                : colSeen.insert(cName).second;
         if (bNew && !cName.Empty())
-        {
             colNames.push_back(std::move(cName));
-        }
     }
 }
 
 CutValues ValuesOf(const Cut& cCut)
 {
     if (const auto* pCut = dynamic_cast<const StoreCut*>(&cCut))
-    {
         return pCut->Values();
-    }
     CutValues values;
     values.cKey = cCut.Key();
     values.cPath = TextKey(cCut.Path());
@@ -80,9 +74,7 @@ std::vector<std::wstring> StoreCut::CategoryNames() const
     std::vector<std::wstring> colNames;
     colNames.reserve(m_values.colCategories.size());
     for (const auto& cName : m_values.colCategories)
-    {
         colNames.push_back(cName.Text());
-    }
     return colNames;
 }
 
@@ -111,9 +103,7 @@ std::wstring StoreCut::CategoryText() const
 {
     std::wstring sText;
     for (const auto& cName : m_values.colCategories)
-    {
         sText += (sText.empty() ? L"" : L"/") + cName.Text();
-    }
     return sText;
 }
 
@@ -196,13 +186,9 @@ void StoreCut::SetDurationmS(std::int32_t lDuration)
 void StoreCut::SetLastPlayed(DateTime dtWhen)
 {
     if (m_pOwner != nullptr)
-    {
         m_pOwner->ChangeLastPlayed(*this, dtWhen);
-    }
     else
-    {
         TakeLastPlayed(dtWhen);
-    }
 }
 
 void StoreCut::SetOpener(bool bOpener)
@@ -236,13 +222,9 @@ void StoreCut::Attach(CutValues values, std::int32_t lID, CutOwner& cOwner) noex
 void StoreCut::Set(CutValues next)
 {
     if (m_pOwner != nullptr)
-    {
         m_pOwner->Change(*this, std::move(next));
-    }
     else
-    {
         Take(std::move(next));
-    }
 }
 
 } // namespace ravlo

@@ -14,9 +14,7 @@ namespace
 const Cut& Given(const std::shared_ptr<Cut>& cCut)
 {
     if (!cCut)
-    {
         throw RuntimeError(error::ObjectNotSet);
-    }
     return *cCut;
 }
 
@@ -29,26 +27,16 @@ auto Store::Impl::AdditionOf(const std::shared_ptr<Cut>& cCut) -> Addition
     Addition addition{nullptr, ValuesOf(Given(cCut))};
     auto cFree = std::dynamic_pointer_cast<StoreCut>(cCut);
     if (cFree && cFree->Owner() == nullptr)
-    {
         addition.cCut = std::move(cFree);
-    }
     auto& values = addition.values;
     if (values.cKey.Empty())
-    {
         values.cKey = values.cPath;
-    }
     if (values.cPath.Empty())
-    {
         values.cPath = values.cKey;
-    }
     if (values.cKey.Empty())
-    {
         throw RuntimeError(error::InvalidProcedureCall, L"A cut needs a key.");
-    }
     if (values.lCatLevel == 0)
-    {
         values.lCatLevel = 1;
-    }
     CheckValues(values);
     return addition;
 }
@@ -61,9 +49,7 @@ auto Store::Impl::Gather(const Cuts& colGiven) -> std::vector<Addition>
     {
         colAdditions.push_back(AdditionOf(cCut));
         if (colAdditions.size() % lProgressEvery == 0)
-        {
             RaiseProgress(L"Adding cuts", colAdditions.size(), colGiven.size());
-        }
     }
     return colAdditions;
 }
@@ -88,9 +74,7 @@ std::vector<std::int32_t> Store::Impl::InsertAll(const std::vector<Addition>& co
     std::vector<std::int32_t> colIDs;
     colIDs.reserve(colAdditions.size());
     for (const auto& addition : colAdditions)
-    {
         colIDs.push_back(pFile->Insert(addition.values));
-    }
     return colIDs;
 }
 
@@ -113,9 +97,7 @@ std::int32_t Store::Impl::AddCuts(const Cuts& colGiven)
 {
     NeedOpenAndNoBatch();
     if (colGiven.empty())
-    {
         return 0;
-    }
     Cuts colAdded;
     WithProgress(L"Adding cuts", colGiven.size(), [&] {
         auto colAdditions = Gather(colGiven);
@@ -136,9 +118,7 @@ std::int32_t Store::Impl::AddCuts(const Cuts& colGiven)
 auto Store::Impl::ModificationOf(const std::shared_ptr<Cut>& cGiven) -> Modification
 {
     if (IsOwn(cGiven))
-    {
         return {cGiven, std::nullopt};
-    }
     auto next = ValuesOf(Given(cGiven));
     auto cCut = ByKey(next.cKey);
     if (!cCut)
@@ -148,9 +128,7 @@ auto Store::Impl::ModificationOf(const std::shared_ptr<Cut>& cGiven) -> Modifica
     }
     next.cKey = cCut->Key();
     if (next.lCatLevel == 0)
-    {
         next.lCatLevel = cCut->CatLevel();
-    }
     CheckValues(next);
     return {std::move(cCut), std::move(next)};
 }
@@ -164,13 +142,9 @@ auto Store::Impl::ModificationsOf(const Cuts& colGiven) -> std::vector<Modificat
         auto modification = ModificationOf(cGiven);
         const auto [it, bNew] = positions.try_emplace(modification.cCut.get(), colModifications.size());
         if (bNew)
-        {
             colModifications.push_back(std::move(modification));
-        }
         else if (modification.next)
-        {
             colModifications[it->second].next = std::move(modification.next);
-        }
     }
     return colModifications;
 }
@@ -193,9 +167,7 @@ Cuts Store::Impl::TakeOver(std::vector<Modification>& colModifications)
     for (auto& modification : colModifications)
     {
         if (modification.next)
-        {
             TakeValues(Own(modification.cCut), std::move(*modification.next));
-        }
         colModified.push_back(std::move(modification.cCut));
     }
     return colModified;
@@ -206,9 +178,7 @@ std::int32_t Store::Impl::ModifyCuts(const Cuts& colGiven)
     NeedOpenAndNoBatch();
     auto colModifications = ModificationsOf(colGiven);
     if (colModifications.empty())
-    {
         return 0;
-    }
     // A mere announcement needs no write lock.
     if (std::any_of(colModifications.begin(), colModifications.end(),
                     [](const Modification& modification) { return modification.next.has_value(); }))
@@ -236,20 +206,14 @@ void Store::Impl::TakeOut(const Cuts& colRemoved)
     if (colRemoved.size() <= few)
     {
         for (const auto& cCut : colRemoved)
-        {
             colCuts.Remove(Own(cCut).Values().cKey);
-        }
         return;
     }
     OrderedKeyedCollection<std::shared_ptr<Cut>> colStay;
     colStay.Reserve(colCuts.Count() - colRemoved.size());
     for (const auto& cCut : colCuts)
-    {
         if (Own(cCut).Owner() == this)
-        {
             colStay.Add(Own(cCut).Values().cKey, cCut);
-        }
-    }
     colCuts = std::move(colStay);
 }
 
@@ -262,19 +226,13 @@ std::int32_t Store::Impl::RemoveCuts(const Cuts& colGiven)
     {
         auto cOwn = ByKey(Given(cCut).Key());
         if (cOwn && seen.insert(cOwn.get()).second)
-        {
             colRemoved.push_back(std::move(cOwn));
-        }
     }
     if (colRemoved.empty())
-    {
         return 0;
-    }
     sqlite::Transaction cTransaction(pFile->Sql());
     for (const auto& cCut : colRemoved)
-    {
         pFile->Delete(cCut->ID());
-    }
     cTransaction.Commit();
     TakeOut(colRemoved);
     Raise([&](DataBaseEvents& cEvents) { cEvents.CutsRemoved(colRemoved); });
@@ -288,9 +246,7 @@ auto Store::Impl::ChangesTo(std::vector<StoredCut>& colStored) -> Changes
     Changes changes;
     std::unordered_map<std::int32_t, std::shared_ptr<Cut>> left;
     for (const auto& cCut : colCuts)
-    {
         left.emplace(cCut->ID(), cCut);
-    }
     for (auto& stored : colStored)
     {
         const auto it = left.find(stored.lID);
@@ -302,31 +258,21 @@ auto Store::Impl::ChangesTo(std::vector<StoredCut>& colStored) -> Changes
         }
         const auto& cOwn = Own(it->second);
         if (gathered.Contains(cOwn))
-        {
             stored.values.dtLastPlayed = cOwn.LastPlayed();
-        }
         if (!SameValues(cOwn.Values(), stored.values))
-        {
             changes.colModified.push_back({it->second, std::move(stored.values)});
-        }
         left.erase(it);
     }
     for (const auto& cCut : colCuts)
-    {
         if (left.contains(cCut->ID()))
-        {
             changes.colRemoved.push_back(cCut);
-        }
-    }
     return changes;
 }
 
 void Store::Impl::Insert(const Cuts& colAdded)
 {
     if (colAdded.empty())
-    {
         return;
-    }
     Cuts colAll(colCuts.begin(), colCuts.end());
     colAll.insert(colAll.end(), colAdded.begin(), colAdded.end());
     std::sort(colAll.begin(), colAll.end(),
@@ -334,22 +280,16 @@ void Store::Impl::Insert(const Cuts& colAdded)
     OrderedKeyedCollection<std::shared_ptr<Cut>> colOrdered;
     colOrdered.Reserve(colAll.size());
     for (const auto& cCut : colAll)
-    {
         colOrdered.Add(Own(cCut).Values().cKey, cCut);
-    }
     colCuts = std::move(colOrdered);
     for (const auto& cCut : colAdded)
-    {
         cIndex.Add(Own(cCut));
-    }
 }
 
 std::int32_t Store::Impl::TakeInChanges()
 {
     if (!batches.empty() || !pFile->ChangedByOthers())
-    {
         return 0;
-    }
     auto colStored = pFile->Read();
     auto changes = ChangesTo(colStored);
     TakeOut(changes.colRemoved);
@@ -357,9 +297,7 @@ std::int32_t Store::Impl::TakeInChanges()
     const auto colModified = TakeOver(changes.colModified);
     const auto Announce = [&](const Cuts& colChanged, void (DataBaseEvents::*tell)(const Cuts&)) {
         if (!colChanged.empty())
-        {
             Raise([&](DataBaseEvents& cEvents) { (cEvents.*tell)(colChanged); });
-        }
     };
     Announce(changes.colRemoved, &DataBaseEvents::CutsRemoved);
     Announce(changes.colAdded, &DataBaseEvents::CutsAdded);

@@ -122,9 +122,7 @@ struct Store::Impl : CutOwner
         for (auto* pListener : colNow)
         {
             if (std::find(colListeners.begin(), colListeners.end(), pListener) == colListeners.end())
-            {
                 continue; // an earlier listener has taken it off
-            }
             try
             {
                 event(*pListener);

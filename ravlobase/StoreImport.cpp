@@ -18,9 +18,7 @@ CutValues Merged(CutValues values, const LibraryRow& row)
 {
     const auto TakeText = [](TextKey& cField, const std::optional<std::wstring>& sText) {
         if (sText)
-        {
             cField = TextKey(*sText);
-        }
     };
     TakeText(values.cArtist, row.sArtist);
     TakeText(values.cTitle, row.sTitle);
@@ -54,9 +52,7 @@ CutValues NewCutOf(const LibraryRow& row)
 std::wstring ImportReport::Summary() const
 {
     if (!sFailure.empty())
-    {
         return L"Nothing was imported: " + sFailure;
-    }
     return DecimalText(lAdded) + (lAdded == 1 ? L" cut" : L" cuts") + L" added, " + DecimalText(lChanged) +
            L" changed, " + DecimalText(lUnchanged) + L" unchanged, " + Decimal(colRejects.size()) +
            (colRejects.size() == 1 ? L" row rejected." : L" rows rejected.");
@@ -66,9 +62,7 @@ std::wstring ImportReport::Text() const
 {
     std::wstring sText = Summary();
     for (const auto& reject : colRejects)
-    {
         sText += sCrLf + (L"Line " + Decimal(reject.line)) + L": " + reject.sReason;
-    }
     return sText;
 }
 
@@ -83,9 +77,7 @@ struct Store::Impl::Rows : LibraryCsvSink
         const std::size_t line = row.line;
         colRows.push_back(std::move(row));
         if (colRows.size() % lProgressEvery == 0)
-        {
             cStore.RaiseProgress(L"Reading line " + Decimal(line), line, lines);
-        }
     }
 
     void OnReject(std::size_t line, const std::wstring& sReason) override
@@ -114,9 +106,7 @@ auto Store::Impl::WriteRows(const std::vector<LibraryRow>& colRows) -> Imported
         }
         auto next = Merged(Own(cCut).Values(), row);
         if (!SameValues(Own(cCut).Values(), next))
-        {
             colModifications.push_back({std::move(cCut), std::move(next)});
-        }
     }
     sqlite::Transaction cTransaction(pFile->Sql(), sqlite::Transaction::Wait::eCommand);
     const auto colIDs = InsertAll(colAdditions);
@@ -154,13 +144,9 @@ std::int32_t Store::Impl::ImportCsv(const std::wstring& sCsv)
         throw;
     }
     if (!imported.colAdded.empty())
-    {
         Raise([&](DataBaseEvents& cEvents) { cEvents.CutsAdded(imported.colAdded); });
-    }
     if (!imported.colModified.empty())
-    {
         Raise([&](DataBaseEvents& cEvents) { cEvents.CutsModified(imported.colModified); });
-    }
     return newReport.lAdded + newReport.lChanged;
 }
 
