@@ -3,6 +3,8 @@
 
 #include "base/CaseFolding.h"
 
+#include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -43,3 +45,10 @@ private:
 };
 
 } // namespace ravlo
+
+template <> struct std::hash<ravlo::TextKey>
+{
+    // Without noexcept on purpose: unordered containers keep the hash in their nodes then, and compare only
+    // the texts whose hashes are equal.
+    std::size_t operator()(const ravlo::TextKey& cKey) const { return cKey.Hash(); }
+};

@@ -40,12 +40,8 @@ public:
     void AnnounceAdded(const Cuts& colCuts) { m_cListener->CutsAdded(colCuts); }
 
 private:
-    struct Hash
-    {
-        std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
-    };
     Cuts m_colCuts;
-    std::unordered_map<TextKey, std::shared_ptr<Cut>, Hash> m_colByKey;
+    std::unordered_map<TextKey, std::shared_ptr<Cut>> m_colByKey;
     DataBaseEvents* m_cListener = nullptr;
 };
 

@@ -59,14 +59,10 @@ private:
 
     ComPtr<_clsDataBase> m_cHost;
     ComPtr<IUnknown> m_cIdentity;
-    // What CutByKey found at one revision of the host's database; empty without revisions.
-    struct Hash
-    {
-        std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
-    };
     mutable Revisions m_cRevisions;
+    // What CutByKey found at one revision of the host's database; empty without revisions.
     mutable std::uint64_t m_foundAt = 0;
-    mutable std::unordered_map<TextKey, std::weak_ptr<Cut>, Hash> m_colFound;
+    mutable std::unordered_map<TextKey, std::weak_ptr<Cut>> m_colFound;
     std::vector<DataBaseEvents*> m_colListeners;
     ComPtr<IConnectionPoint> m_cPoint;
     DWORD m_lCookie = 0;

@@ -218,7 +218,7 @@ private:
         }
         if (row.cPath.Empty())
             return L"no path";
-        const auto [it, bNew] = m_lLineOfPath.try_emplace(row.cPath, row.line);
+        const auto [it, bNew] = m_lineOfPath.try_emplace(row.cPath, row.line);
         return bNew ? L""
                     : L"line " + DecimalText(static_cast<std::int64_t>(it->second)) + L" has the same path";
     }
@@ -235,14 +235,9 @@ private:
                                         : sColumn + L": " + Quoted(*sCell) + L" is not " + column.sExpected;
     }
 
-    struct HashOf
-    {
-        std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
-    };
-
     LibraryCsvSink& m_cSink;
     std::vector<const Column*> m_columns; // one for each field; null where the column is unknown
-    std::unordered_map<TextKey, std::size_t, HashOf> m_lLineOfPath;
+    std::unordered_map<TextKey, std::size_t> m_lineOfPath;
 };
 
 } // namespace

@@ -21,14 +21,10 @@ bool SameText(const TextKey& cLeft, const TextKey& cRight) noexcept
 
 void AddNames(std::vector<TextKey>& colNames, const std::vector<std::wstring>& colMore)
 {
-    struct Hash
-    {
-        std::size_t operator()(const TextKey& cName) const noexcept { return cName.Hash(); }
-    };
     // A cut mostly has a name or two, which are found sooner without a table.
     constexpr std::size_t few = 16;
     const bool bFew = colNames.size() + colMore.size() <= few;
-    std::unordered_set<TextKey, Hash> colSeen;
+    std::unordered_set<TextKey> colSeen;
     if (!bFew)
         colSeen.insert(colNames.begin(), colNames.end());
     for (const auto& sName : colMore)

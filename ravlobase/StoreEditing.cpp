@@ -56,8 +56,7 @@ auto Store::Impl::Gather(const Cuts& colGiven) -> std::vector<Addition>
 
 void Store::Impl::NeedNewKeys(const std::vector<Addition>& colAdditions) const
 {
-    const auto Hash = [](const TextKey& cKey) noexcept { return cKey.Hash(); };
-    std::unordered_set<TextKey, decltype(Hash)> keys(colAdditions.size(), Hash);
+    std::unordered_set<TextKey> keys(colAdditions.size());
     for (const auto& addition : colAdditions)
     {
         const auto& cKey = addition.values.cKey;

@@ -50,13 +50,7 @@ public:
     void WritePendingTimes(const DataBase& cDataBase);
 
 private:
-    struct Hash
-    {
-        // Without noexcept on purpose: the map then stores the hash in its nodes and compares texts only
-        // where hashes match.
-        std::size_t operator()(const TextKey& cText) const { return cText.Hash(); }
-    };
-    using Plays = std::unordered_map<TextKey, std::shared_ptr<Cut>, Hash>;
+    using Plays = std::unordered_map<TextKey, std::shared_ptr<Cut>>;
 
     void Enter(const std::shared_ptr<Cut>& cCut);
     void Tell(const std::optional<RuntimeError>& cRefusal);

@@ -45,12 +45,8 @@ public:
     }
 
 private:
-    struct Hash
-    {
-        std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
-    };
     std::vector<TextKey> m_colList;
-    std::unordered_set<TextKey, Hash> m_colSet;
+    std::unordered_set<TextKey> m_colSet;
     bool m_bAsked = false;
 };
 

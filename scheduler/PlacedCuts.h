@@ -77,12 +77,7 @@ public:
     };
 
 private:
-    struct Hash
-    {
-        std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
-    };
-
-    std::unordered_map<TextKey, Entry, Hash> m_colCuts;
+    std::unordered_map<TextKey, Entry> m_colCuts;
     std::unordered_map<std::int32_t, TextKey> m_colKeys;        // by the database's number
     std::unordered_map<std::wstring, std::uint32_t> m_colNames; // numbers of lists, by the folded names
 };

@@ -39,11 +39,7 @@ public:
     std::optional<double> TitleMins(const std::wstring& sTitle, DateTime dtStart) const;
 
 private:
-    struct KeyHash
-    {
-        std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
-    };
-    using LastPlays = std::unordered_map<TextKey, DateTime, KeyHash>;
+    using LastPlays = std::unordered_map<TextKey, DateTime>;
     static std::optional<double> MinsSince(const LastPlays& plays, const std::wstring& sName,
                                            DateTime dtStart);
 

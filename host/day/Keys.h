@@ -8,12 +8,7 @@
 namespace ravlo
 {
 
-struct KeyHash
-{
-    std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
-};
-
 // Texts, each once, without regard to case.
-using Keys = std::unordered_set<TextKey, KeyHash>;
+using Keys = std::unordered_set<TextKey>;
 
 } // namespace ravlo

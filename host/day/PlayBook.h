@@ -52,17 +52,13 @@ public:
     std::wstring Settle(const std::function<void()>& waiting);
 
 private:
-    struct KeyHash
-    {
-        std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
-    };
     struct Attempt
     {
         std::size_t missing = 0;
         bool bBusy = false; // and nothing worse
         std::wstring sReason;
     };
-    using Plays = std::unordered_map<TextKey, DateTime, KeyHash>; // the last one of each cut
+    using Plays = std::unordered_map<TextKey, DateTime>; // the last one of each cut
     std::int64_t Now() const { return m_world.ticks(); }
     Attempt BringIn();
     void Write();

@@ -21,6 +21,7 @@ TEST(TextKey, HashIsThatOfTheTextIgnoringCase)
 {
     EXPECT_EQ(TextKey(L"\u00DCber").Hash(), HashIgnoringCase(L"\u00FCBER"));
     EXPECT_EQ(TextKey().Hash(), HashIgnoringCase(L""));
+    EXPECT_EQ(std::hash<TextKey>()(TextKey(L"Pop")), TextKey(L"POP").Hash());
 }
 
 TEST(TextKey, DefaultMadeKeyIsTheEmptyText)

@@ -11,11 +11,7 @@
 namespace ravlo
 {
 
-struct TextKeyHash
-{
-    std::size_t operator()(const TextKey& cKey) const noexcept { return cKey.Hash(); }
-};
-using KeySet = std::unordered_set<TextKey, TextKeyHash>;
+using KeySet = std::unordered_set<TextKey>;
 
 // Calls found(cLevel, cKey) for each level of the tree that holds one of the cuts, in the tree's order. Cuts
 // are recognised by key: a host's database may hand out another object for the same cut. Asks no cut for

@@ -253,7 +253,7 @@ clsSchedLibGridPresenter::FindRows(const std::vector<RowOfCut>& colWanted) const
             return {}; // a cut that cannot tell is no longer found
         }
     };
-    std::unordered_multimap<TextKey, std::size_t, TextKeyHash> colByKey;
+    std::unordered_multimap<TextKey, std::size_t> colByKey;
     for (std::size_t i = 0; i < colWanted.size(); ++i)
         if (!colFound[i])
             if (TextKey cKey = KeyOf([&] { return colWanted[i].cCut->Key(); }); !cKey.Empty())

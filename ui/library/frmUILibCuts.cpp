@@ -82,7 +82,7 @@ std::vector<CutRemoval> frmUILibPresenter::RemovalsOf(const clsSchedMan& cSchedM
     std::vector<TextKey> colKeys;
     for (const std::size_t row : colRows)
         colKeys.push_back(m_cGrid.KeyAt(row));
-    std::unordered_map<TextKey, Cats, TextKeyHash> colPlaces;
+    std::unordered_map<TextKey, Cats> colPlaces;
     const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
     ForEachPlace(colMainCats.get(), KeySet(colKeys.begin(), colKeys.end()),
                  [&](const std::shared_ptr<clsCat>& cLevel, const TextKey& cKey) {
