@@ -325,4 +325,17 @@ std::optional<std::int32_t> ToLong(double dValue) noexcept
     return static_cast<std::int32_t>(dRounded);
 }
 
+std::wstring CategoryKey(const std::wstring& sCatName, std::int32_t lCatLevel)
+{
+    return sCatName + cTab + DecimalText(lCatLevel);
+}
+
+CategoryKeyParts SplitCategoryKey(std::wstring_view sKey) noexcept
+{
+    const std::size_t tab = sKey.find(cTab);
+    if (tab == std::wstring_view::npos)
+        return {sKey, std::nullopt};
+    return {sKey.substr(0, tab), sKey.substr(tab + 1)};
+}
+
 } // namespace ravlo

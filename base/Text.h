@@ -38,4 +38,15 @@ inline bool IsNumeric(std::wstring_view sText) { return NumericValue(sText).has_
 // To a 32-bit integer, rounded to nearest with ties to even. Nothing when it does not fit or is no number.
 std::optional<std::int32_t> ToLong(double dValue) noexcept;
 
+// <name> TAB <level>: the key of a category level; with level 0 the key of a main category.
+std::wstring CategoryKey(const std::wstring& sCatName, std::int32_t lCatLevel);
+
+// Such a key, divided at its first TAB. The views are of sKey.
+struct CategoryKeyParts
+{
+    std::wstring_view sName;
+    std::optional<std::wstring_view> sLevel; // nothing without a TAB
+};
+CategoryKeyParts SplitCategoryKey(std::wstring_view sKey) noexcept;
+
 } // namespace ravlo

@@ -27,7 +27,7 @@ std::unordered_map<IUnknown*, std::weak_ptr<HostCut>>& Known()
 // The category that a host's assignment names: what stands in front of a TAB and a level, if it has them.
 std::wstring BareName(const std::wstring& sAssignment)
 {
-    return sAssignment.substr(0, sAssignment.find(cTab));
+    return std::wstring(SplitCategoryKey(sAssignment).sName);
 }
 
 } // namespace

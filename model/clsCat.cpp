@@ -102,11 +102,6 @@ void TakeBack(ModScheduler& cMod, const PlacedCut& placed) noexcept
 
 } // namespace
 
-std::wstring CategoryKey(const std::wstring& sCatName, std::int32_t lCatLevel)
-{
-    return sCatName + cTab + DecimalText(lCatLevel);
-}
-
 bool Contains(const Cats& colCats, const std::shared_ptr<clsCat>& cCat)
 {
     return std::find(colCats.begin(), colCats.end(), cCat) != colCats.end();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/OrderedKeyedCollection.h"
+#include "base/Text.h"
 #include "media/DataBase.h"
 #include "model/clsCatRules.h"
 #include "modscheduler/ModScheduler.h"
@@ -19,9 +20,6 @@ using CutCollection = OrderedKeyedCollection<std::shared_ptr<Cut>>;
 using CatCollection = OrderedKeyedCollection<std::shared_ptr<clsCat>>;
 using Cats = std::vector<std::shared_ptr<clsCat>>;
 bool Contains(const Cats& colCats, const std::shared_ptr<clsCat>& cCat);
-
-// <name> TAB <level>: the key of a category level; with level 0 the key of a main category.
-std::wstring CategoryKey(const std::wstring& sCatName, std::int32_t lCatLevel);
 
 // The pseudo-category at the root of the tree, and the name of cuts without category.
 inline constexpr const wchar_t* sAllAudio = L"ALL AUDIO";

@@ -25,16 +25,14 @@ std::shared_ptr<clsCat> ItemOf(const CatCollection* colCats, std::wstring_view s
 std::optional<CutKind> Resolve(const CatCollection* colMainCats, const RotationRequest& request,
                                RotationAnswer& answer)
 {
-    const std::wstring_view sKey = request.strSubCatKey;
-    const std::size_t tab = sKey.find(cTab);
-    if (tab == std::wstring_view::npos)
+    const auto [sName, sLevel] = SplitCategoryKey(request.strSubCatKey);
+    if (!sLevel)
         return eKindMainCatNotFound;
-    answer.sMainCatKey = CategoryKey(std::wstring(sKey.substr(0, tab)), 0);
+    answer.sMainCatKey = CategoryKey(std::wstring(sName), 0);
     answer.cMainCat = ItemOf(colMainCats, answer.sMainCatKey);
     if (!answer.cMainCat)
         return eKindMainCatNotFound;
-    // All that follows the first TAB: a second one is part of no level's number.
-    answer.cSubCat = ItemOf(answer.cMainCat->SubCats().get(), sKey.substr(tab + 1));
+    answer.cSubCat = ItemOf(answer.cMainCat->SubCats().get(), *sLevel);
     if (!answer.cSubCat)
         return eKindLevelNotFound;
     if (!request.bForEditablePlaylist && !request.bRotatesAllowed)

@@ -29,8 +29,7 @@ std::vector<std::wstring> AssignedNames(const Cut& cCut)
     auto kept = colNames.begin();
     for (std::wstring& sName : colNames)
     {
-        if (const std::size_t tab = sName.find(cTab); tab != std::wstring::npos)
-            sName.resize(tab);
+        sName.resize(SplitCategoryKey(sName).sName.size());
         const bool bSeen = std::any_of(colNames.begin(), kept, [&](const std::wstring& sSeen) {
             return EqualIgnoringCase(sSeen, sName);
         });

@@ -103,7 +103,7 @@ Rotation Categories::Orders() const
 
 ComPtr<_clsCat> Categories::Find(const CategoryName& name) const
 {
-    const auto cMainCat = ItemOf(*MainCats(), name.sName + cTab + L"0");
+    const auto cMainCat = ItemOf(*MainCats(), CategoryKey(name.sName, 0));
     if (!cMainCat)
     {
         throw HostError(L"there is no category " + name.sName);

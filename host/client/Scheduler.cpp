@@ -90,7 +90,7 @@ ComPtr<_clsCut> Scheduler::Pick(const Slot& slot, DateTime dtStart)
     ComPtr<_clsCat> cSubCat;
     Bstr sMainCatKey;
     ComPtr<_clsCut> cCut;
-    const Bstr sKey(slot.sCategory + cTab + DecimalText(slot.lLevel));
+    const Bstr sKey(CategoryKey(slot.sCategory, slot.lLevel));
     ThrowIfFailed(m_cManager->get_NextCutFromRotation(sKey.Get(), BoolOf(slot.bOpener), cPrevious.Get(),
                                                       cMainCat.Receive(), cSubCat.Receive(),
                                                       sMainCatKey.Receive(), VARIANT_FALSE,

@@ -264,5 +264,25 @@ TEST(ToLong, RefusesWhatDoesNotFit)
         EXPECT_EQ(ToLong(dValue), std::nullopt) << dValue;
 }
 
+TEST(CategoryKey, IsDividedAtItsFirstTab)
+{
+    EXPECT_EQ(CategoryKey(L"Pop", 12), L"Pop\t12");
+    struct
+    {
+        std::wstring_view sKey;
+        std::wstring_view sName;
+        std::optional<std::wstring_view> sLevel;
+    } const cases[] = {
+        {L"Pop\t12", L"Pop", L"12"}, {L"Pop", L"Pop", std::nullopt}, {L"Pop\t", L"Pop", L""},
+        {L"\t1", L"", L"1"},         {L"a\t1\t2", L"a", L"1\t2"},    {L"", L"", std::nullopt},
+    };
+    for (const auto& row : cases)
+    {
+        const CategoryKeyParts parts = SplitCategoryKey(row.sKey);
+        EXPECT_EQ(parts.sName, row.sName);
+        EXPECT_EQ(parts.sLevel, row.sLevel);
+    }
+}
+
 } // namespace
 } // namespace ravlo

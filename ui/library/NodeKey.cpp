@@ -9,11 +9,10 @@ namespace ravlo
 
 NodeKey ParseNodeKey(const std::wstring& sKey)
 {
-    const std::size_t tab = sKey.find(cTab);
+    const CategoryKeyParts parts = SplitCategoryKey(sKey);
     NodeKey node;
-    node.sName = sKey.substr(0, tab);
-    if (tab != std::wstring::npos)
-        node.sLevel = sKey.substr(tab + 1);
+    node.sName = parts.sName;
+    node.sLevel = parts.sLevel.value_or(L"");
     if (const std::optional<double> dLevel = NumericValue(node.sLevel))
         node.lLevel = ToLong(*dLevel);
     node.bAllAudio = EqualIgnoringCase(node.sName, sAllAudio);
