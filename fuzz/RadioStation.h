@@ -67,8 +67,7 @@ public:
     }
     std::shared_ptr<clsCat> MainCat(const std::wstring& sName) const
     {
-        const std::shared_ptr<clsCat>* cFound = cSchedMan->colMainCats()->Find(CategoryKey(sName, 0));
-        return cFound ? *cFound : nullptr;
+        return MainCatByName(cSchedMan->colMainCats().get(), sName);
     }
     // The keys of a category's cuts in rotation order, by level.
     std::map<std::int32_t, std::vector<std::wstring>> Orders(const std::wstring& sName) const

@@ -102,6 +102,17 @@ void TakeBack(ModScheduler& cMod, const PlacedCut& placed) noexcept
 
 } // namespace
 
+std::shared_ptr<clsCat> CatByKey(const CatCollection* colCats, std::wstring_view sKey)
+{
+    const std::shared_ptr<clsCat>* cFound = colCats ? colCats->Find(sKey) : nullptr;
+    return cFound ? *cFound : nullptr;
+}
+
+std::shared_ptr<clsCat> MainCatByName(const CatCollection* colMainCats, const std::wstring& sName)
+{
+    return CatByKey(colMainCats, CategoryKey(sName, 0));
+}
+
 bool Contains(const Cats& colCats, const std::shared_ptr<clsCat>& cCat)
 {
     return std::find(colCats.begin(), colCats.end(), cCat) != colCats.end();

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ravlo
@@ -20,6 +21,10 @@ using CutCollection = OrderedKeyedCollection<std::shared_ptr<Cut>>;
 using CatCollection = OrderedKeyedCollection<std::shared_ptr<clsCat>>;
 using Cats = std::vector<std::shared_ptr<clsCat>>;
 bool Contains(const Cats& colCats, const std::shared_ptr<clsCat>& cCat);
+
+// Null when there is no such category, or no collection.
+std::shared_ptr<clsCat> CatByKey(const CatCollection* colCats, std::wstring_view sKey);
+std::shared_ptr<clsCat> MainCatByName(const CatCollection* colMainCats, const std::wstring& sName);
 
 // The pseudo-category at the root of the tree, and the name of cuts without category.
 inline constexpr const wchar_t* sAllAudio = L"ALL AUDIO";

@@ -15,12 +15,6 @@ namespace
 
 constexpr const wchar_t* sNextCutFromRotationTitle = L"Error in NextCutFromRotation [cSchedMan]";
 
-std::shared_ptr<clsCat> ItemOf(const CatCollection* colCats, std::wstring_view sKey)
-{
-    const std::shared_ptr<clsCat>* pCat = colCats ? colCats->Find(sKey) : nullptr;
-    return pCat ? *pCat : nullptr;
-}
-
 // Follows the key. A kind when it leads to no level, or to one that must not rotate now.
 std::optional<CutKind> Resolve(const CatCollection* colMainCats, const RotationRequest& request,
                                RotationAnswer& answer)
@@ -29,10 +23,10 @@ std::optional<CutKind> Resolve(const CatCollection* colMainCats, const RotationR
     if (!sLevel)
         return eKindMainCatNotFound;
     answer.sMainCatKey = CategoryKey(std::wstring(sName), 0);
-    answer.cMainCat = ItemOf(colMainCats, answer.sMainCatKey);
+    answer.cMainCat = CatByKey(colMainCats, answer.sMainCatKey);
     if (!answer.cMainCat)
         return eKindMainCatNotFound;
-    answer.cSubCat = ItemOf(answer.cMainCat->SubCats().get(), *sLevel);
+    answer.cSubCat = CatByKey(answer.cMainCat->SubCats().get(), *sLevel);
     if (!answer.cSubCat)
         return eKindLevelNotFound;
     if (!request.bForEditablePlaylist && !request.bRotatesAllowed)

@@ -31,9 +31,7 @@ struct SchedulerState
     // The main category of that name, or null.
     std::shared_ptr<clsCat> MainCat(const std::wstring& sName) const
     {
-        const std::shared_ptr<clsCat>* cFound =
-            colMainCats ? colMainCats->Find(CategoryKey(sName, 0)) : nullptr;
-        return cFound ? *cFound : nullptr;
+        return MainCatByName(colMainCats.get(), sName);
     }
     // Where a cut stands: every level that holds its key, in the tree's order.
     struct Place

@@ -61,14 +61,12 @@ std::shared_ptr<CutCollection> clsSchedMan::colCuts(const std::wstring& sCatName
                                                     std::int32_t lCatLevel) const noexcept
 try
 {
-    if (sCatName.empty() || !m_cParts->colMainCats)
+    if (sCatName.empty())
         return nullptr;
-    const std::shared_ptr<clsCat>* cMainCat = m_cParts->colMainCats->Find(CategoryKey(sCatName, 0));
-    if (!cMainCat)
-        return nullptr;
-    if (lCatLevel == 0)
-        return (*cMainCat)->SchedCuts();
-    const std::shared_ptr<clsCat> cSubCat = (*cMainCat)->SubCat(lCatLevel);
+    const std::shared_ptr<clsCat> cMainCat = MainCatByName(m_cParts->colMainCats.get(), sCatName);
+    if (!cMainCat || lCatLevel == 0)
+        return cMainCat ? cMainCat->SchedCuts() : nullptr;
+    const std::shared_ptr<clsCat> cSubCat = cMainCat->SubCat(lCatLevel);
     return cSubCat ? cSubCat->SchedCuts() : nullptr;
 }
 catch (...)

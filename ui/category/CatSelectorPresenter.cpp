@@ -203,9 +203,7 @@ void CatSelectorPresenter::RefreshLists(std::shared_ptr<CatCollection> colMainCa
 
 std::shared_ptr<clsCat> CatSelectorPresenter::MainCatNamed(const std::wstring& sName) const
 {
-    const std::shared_ptr<clsCat>* cFound =
-        m_colMainCats && !sName.empty() ? m_colMainCats->Find(CategoryKey(sName, 0)) : nullptr;
-    return cFound ? *cFound : nullptr;
+    return sName.empty() ? nullptr : MainCatByName(m_colMainCats.get(), sName);
 }
 
 // False when no entry has that text.
@@ -317,10 +315,7 @@ void CatSelectorPresenter::OnLevelClick()
     const std::wstring sText = current ? m_cView.EntryText(lstlvl, *current) : std::wstring();
     std::shared_ptr<clsCat> cSubCat = m_cMainCat; // "ALL", and a main category without levels
     if (IsNumeric(sText))
-    {
-        const std::shared_ptr<clsCat>* cFound = m_cMainCat ? m_cMainCat->SubCats()->Find(sText) : nullptr;
-        cSubCat = cFound ? *cFound : nullptr;
-    }
+        cSubCat = m_cMainCat ? CatByKey(m_cMainCat->SubCats().get(), sText) : nullptr;
     ChooseLevel(std::move(cSubCat));
     FillSongs();
 }
@@ -396,8 +391,7 @@ CatCollection CatSelectorPresenter::CatsOf(const Cut& cCut)
     for (const std::wstring& sName : cCut.CategoryNames())
     {
         const std::wstring sKey = CategoryKey(sName, 0);
-        const std::shared_ptr<clsCat>* cFound = colMainCats ? colMainCats->Find(sKey) : nullptr;
-        const std::shared_ptr<clsCat> cMainCat = cFound ? *cFound : nullptr;
+        const std::shared_ptr<clsCat> cMainCat = CatByKey(colMainCats.get(), sKey);
         if (!cMainCat)
             Missing(L"main cat", sKey);
         else if (!cMainCat->SubCats()->Exists(sLevel))

@@ -173,9 +173,8 @@ std::vector<std::wstring> frmCatPresenter::NamesForTheCut()
 {
     std::vector<std::wstring> colNames = m_cSelector.colSelectedSubCatNames();
     const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan->colMainCats();
-    std::erase_if(colNames, [&](const std::wstring& sName) {
-        return !colMainCats || !colMainCats->Exists(CategoryKey(sName, 0));
-    });
+    std::erase_if(colNames,
+                  [&](const std::wstring& sName) { return !MainCatByName(colMainCats.get(), sName); });
     return colNames;
 }
 
@@ -194,10 +193,7 @@ void frmCatPresenter::OnCatChanged(const std::shared_ptr<clsCat>& cCat)
 // The chosen main category as the tree has it now; null when none is chosen or it is gone.
 std::shared_ptr<clsCat> frmCatPresenter::MainCat() const
 {
-    const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan->colMainCats();
-    const std::shared_ptr<clsCat>* cFound =
-        colMainCats && m_cMainCat ? colMainCats->Find(CategoryKey(m_cMainCat->CatName(), 0)) : nullptr;
-    return cFound ? *cFound : nullptr;
+    return m_cMainCat ? MainCatByName(m_cSchedMan->colMainCats().get(), m_cMainCat->CatName()) : nullptr;
 }
 
 // The chosen level likewise; null for all levels, too.
@@ -215,11 +211,10 @@ void frmCatPresenter::NewClick()
     std::wstring sName;
     const bool bCreated = m_cSchedMan->CreateMainCat(sName);
     RefreshSelector();
-    const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan->colMainCats();
-    if (!bCreated || sName.empty() || !colMainCats)
+    if (!bCreated || sName.empty())
         return;
-    if (const std::shared_ptr<clsCat>* cMainCat = colMainCats->Find(CategoryKey(sName, 0)))
-        m_cSelector.MakeMainCatCurrent(*cMainCat);
+    if (const std::shared_ptr<clsCat> cMainCat = MainCatByName(m_cSchedMan->colMainCats().get(), sName))
+        m_cSelector.MakeMainCatCurrent(cMainCat);
 }
 
 void frmCatPresenter::NewLevelClick()

@@ -86,9 +86,8 @@ private:
             return;
         }
         m_shown.strCatKey = node.lLevel ? CategoryKey(node.sName, *node.lLevel) : strCatKey;
-        const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan.colMainCats();
-        const std::shared_ptr<clsCat>* cMainCat = colMainCats->Find(CategoryKey(node.sName, 0));
-        m_sWhat = cMainCat ? (*cMainCat)->CatName() : node.sName;
+        const std::shared_ptr<clsCat> cMainCat = MainCatByName(m_cSchedMan.colMainCats().get(), node.sName);
+        m_sWhat = cMainCat ? cMainCat->CatName() : node.sName;
         const std::wstring sLevel = node.lLevel ? DecimalText(*node.lLevel) : node.sLevel;
         if (node.lLevel != 0)
             m_sWhat += L" " + sLevel;

@@ -26,13 +26,10 @@ std::wstring MainKeyOf(const std::wstring& sKey) { return CategoryKey(ParseNodeK
 std::shared_ptr<clsCat> CatOf(const clsSchedMan& cSchedMan, const std::wstring& sKey)
 {
     const NodeKey node = ParseNodeKey(sKey);
-    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
-    if (node.bAllAudio || !node.lLevel || !colMainCats)
+    if (node.bAllAudio || !node.lLevel)
         return nullptr;
-    const std::shared_ptr<clsCat>* cMainCat = colMainCats->Find(CategoryKey(node.sName, 0));
-    if (!cMainCat)
-        return nullptr;
-    return *node.lLevel == 0 ? *cMainCat : (*cMainCat)->SubCat(*node.lLevel);
+    std::shared_ptr<clsCat> cMainCat = MainCatByName(cSchedMan.colMainCats().get(), node.sName);
+    return cMainCat && *node.lLevel != 0 ? cMainCat->SubCat(*node.lLevel) : cMainCat;
 }
 
 } // namespace ravlo

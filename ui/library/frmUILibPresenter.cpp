@@ -323,11 +323,8 @@ void frmUILibPresenter::SaveAll(clsSchedMan& cSchedMan)
         for (const std::shared_ptr<clsCat>& cMainCat : *colMainCats)
             colKeys.push_back(CategoryKey(cMainCat->CatName(), 0));
     for (const std::wstring& sKey : colKeys)
-    {
-        const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
-        if (const std::shared_ptr<clsCat>* cFound = colMainCats ? colMainCats->Find(sKey) : nullptr)
-            cSchedMan.SaveHistoryAndOrdering(std::shared_ptr<clsCat>(*cFound));
-    }
+        if (const std::shared_ptr<clsCat> cMainCat = CatByKey(cSchedMan.colMainCats().get(), sKey))
+            cSchedMan.SaveHistoryAndOrdering(cMainCat);
     m_cView.HideProgress(); // one that failed has left it
 }
 
