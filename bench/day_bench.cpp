@@ -2,7 +2,7 @@
 // What a slot of a planned day costs with the embedded database, its plays written together once a second.
 #include "bench/Radio.h"
 #include "bench/Ratios.h"
-#include "ravlobase/CutFile.h"
+#include "ravlobase/Sqlite.h"
 #include "ravlobase/Store.h"
 #include "scheduler/clsSchedMan.h"
 

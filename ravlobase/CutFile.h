@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ravlobase/CutValues.h"
 #include "ravlobase/Sqlite.h"
-#include "ravlobase/StoreCut.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -13,7 +12,7 @@
 namespace ravlo
 {
 
-// A cut as it stands in the file.
+// A cut as the file has it.
 struct StoredCut
 {
     std::int32_t lID;
@@ -25,40 +24,36 @@ struct StoredCut
 class CutFile
 {
 public:
-    // Opens the file, and makes it when it is missing. Puts its cuts into colCuts, in the file's order. A
-    // file that is damaged, belongs to another program or to a newer version is refused with error 321 and
-    // stays as it is, byte for byte.
+    // Opens the file; creates it when it is missing. Puts its cuts into colCuts, in the file's order. Refuses
+    // a file that is damaged, or belongs to another program or a newer version, with error 321; the file then
+    // keeps every byte.
     CutFile(const std::wstring& sFile, std::vector<StoredCut>& colCuts);
 
-    // Whether another program has changed the file since the last Read or, before one, since the opening.
-    // Costs next to nothing.
+    // Whether another program has changed the file since it was last read. Cheap.
     bool ChangedByOthers();
-    // The cuts as the file has them now, in its order.
+    // The file's cuts as of now, in its order.
     std::vector<StoredCut> Read();
 
-    // Each of these is to be called inside a transaction.
-    std::int32_t Insert(const CutValues& values); // the new cut's ID
+    // Precondition of each: a transaction.
+    std::int32_t Insert(const CutValues& values); // returns the new cut's ID
     void Update(std::int32_t lID, const CutValues& old, const CutValues& next);
     void Delete(std::int32_t lID);
-    // Passes over a cut that the file does not hold.
+    // Skips a cut that the file does not contain.
     void UpdateLastPlayed(std::int32_t lID, DateTime dtWhen);
 
     sqlite::Connection& Sql() noexcept { return m_cConnection; }
 
 private:
-    // The cuts of one moment, after the file has proved sound.
-    std::vector<StoredCut> ReadSound(const std::wstring& sFile);
     sqlite::Statement& Prepared(const std::string& sSql);
     void WriteCategories(std::int32_t lID, const CutValues& values);
-
     std::int64_t DataVersion();
 
     sqlite::Connection m_cConnection;
-    std::int64_t m_read = 0; // SQLite's number of the state that was read last
+    std::int64_t m_read = 0; // SQLite's number of the state last read
     std::unordered_map<std::string, sqlite::Statement> m_statements;
 };
 
-// Whether a file would hold the two alike.
+// Whether the two are equal but for their keys.
 bool SameValues(const CutValues& left, const CutValues& right) noexcept;
 
 } // namespace ravlo

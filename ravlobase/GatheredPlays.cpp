@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ravlobase/GatheredPlays.h"
 
+#include "ravlobase/CutFile.h"
+
 namespace ravlo
 {
 

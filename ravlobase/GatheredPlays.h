@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ravlobase/CutFile.h"
+#include "ravlobase/StoreCut.h"
 
 #include <unordered_set>
 
 namespace ravlo
 {
 
-// The cuts whose last-played time is newer in memory than in the file, while a database gathers plays. Cuts
-// are the database's own; one that leaves it is forgotten first.
+class CutFile;
+
+// The cuts whose last-played time is newer in memory than in the file, while a database gathers plays.
+// Precondition: a cut that leaves the database is forgotten first.
 class GatheredPlays
 {
 public:
@@ -22,9 +24,8 @@ public:
     bool Contains(const StoreCut& cCut) const noexcept { return m_cuts.contains(&cCut); }
     void Clear() noexcept { m_cuts.clear(); }
 
-    // Writes them as one change on the disk. When it throws, nothing was written and they stay. A cut that
-    // another program has removed from the file is passed over: there is no row left that could remember the
-    // play.
+    // Writes them as one change on the disk. When it throws, nothing was written and they stay. Skips a cut
+    // that another program has removed from the file: there is no row left for the play.
     void Write(CutFile& cFile);
 
 private:

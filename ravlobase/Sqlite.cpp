@@ -158,7 +158,7 @@ Statement::Statement(Connection& cConnection, const std::string& sSql) : m_cConn
     cConnection.Check(lCode);
 }
 
-Statement& Statement::Bind(int lAt, std::int64_t value)
+Statement& Statement::BindNumber(int lAt, std::int64_t value)
 {
     m_cConnection.Check(sqlite3_bind_int64(m_pStatement.get(), lAt, value));
     return *this;

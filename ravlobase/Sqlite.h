@@ -3,6 +3,7 @@
 
 #include <sqlite3.h>
 
+#include <concepts>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -76,7 +77,10 @@ public:
     Statement(Connection& cConnection, const std::string& sSql);
 
     // Parameters count from 1. Text is copied.
-    Statement& Bind(int lAt, std::int64_t value);
+    template <std::integral Number> Statement& Bind(int lAt, Number value)
+    {
+        return BindNumber(lAt, static_cast<std::int64_t>(value));
+    }
     Statement& Bind(int lAt, double dValue);
     Statement& Bind(int lAt, std::wstring_view sValue);
 
@@ -91,6 +95,7 @@ public:
     std::wstring Text(int lColumn) const;
 
 private:
+    Statement& BindNumber(int lAt, std::int64_t value);
     void Expect(int lColumn, int lType) const;
     struct Finalizer
     {

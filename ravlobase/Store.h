@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "base/OrderedKeyedCollection.h"
 #include "media/DataBase.h"
+#include "ravlobase/GatheredPlays.h"
+#include "ravlobase/ImportReport.h"
+#include "ravlobase/StoreBatches.h"
+#include "ravlobase/StoreContent.h"
+#include "ravlobase/StoreListeners.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -13,40 +17,21 @@
 namespace ravlo
 {
 
-// A row of an imported file that could not be used. Lines count from 1.
-struct ImportReject
-{
-    std::size_t line;
-    std::wstring sReason;
-};
+class CutFile;
+class StoreEdit;
+struct LibraryRow;
 
-// What an import did.
-struct ImportReport
-{
-    std::int32_t lAdded = 0;
-    std::int32_t lChanged = 0;
-    std::int32_t lUnchanged = 0; // rows that say what the database holds already
-    std::vector<ImportReject> colRejects;
-    std::wstring sFailure; // why nothing was imported; empty after a success
-
-    // "3 cuts added, 1 changed, 0 unchanged, 2 rows rejected.", or the failure.
-    std::wstring Summary() const;
-    // The summary, then one line for each reject: "Line 7: no path".
-    std::wstring Text() const;
-};
-
-// The embedded media database: one file on the disk (docs/formats/database.md), all of whose cuts are in
-// memory while it is open. The same cut is the same object as long as the database is open.
+// The embedded media database: one file on the disk (docs/formats/database.md). While it is open, all of its
+// cuts are in memory, and each is always the same object.
 //
-// Changing a property of its cut is on the disk when the call returns, and raises nothing. AddCuts,
-// ModifyCuts, RemoveCuts and ImportCsv each write everything or nothing; their events come after that, and
-// not when the number of cuts is 0. What a listener throws is passed over. A failure is a RuntimeError and
-// leaves file and memory as they were; 70 means that another program is writing just then. What another
-// program adds or changes shows after TakeInChanges.
+// A changed property of a cut is on the disk when the call returns, and raises nothing. AddCuts, ModifyCuts,
+// RemoveCuts and ImportCsv each write everything or nothing; then they raise their events, but none of no
+// cuts. What a listener throws is ignored. A failure is a RuntimeError and leaves file and memory unchanged;
+// 70 means that another program is writing. Changes of other programs show after TakeInChanges.
 //
-// All of it belongs to one thread. While no file is open, every member raises error 91, except Open, Close,
-// NewCut, Advise and Unadvise.
-class Store : public DataBase
+// Precondition: one thread uses it all. While no file is open, every member raises error 91, except Open,
+// Close, NewCut, Advise and Unadvise.
+class Store : public DataBase, private CutOwner
 {
 public:
     Store();
@@ -54,66 +39,65 @@ public:
     Store& operator=(const Store&) = delete;
     ~Store() override;
 
-    // Makes the file when it is missing. 321: the file is damaged, no database of this program, or newer than
-    // it; the file stays as it is, byte for byte. 55: this object has a file open already. After an error no
-    // file is open.
+    // Creates the file when it is missing. 321: the file is damaged, belongs to another program or to a newer
+    // version; it keeps every byte. 55: this object already has a file open. After an error no file is open,
+    // except after 55.
     void Open(const std::wstring& sFile);
-    // Its cuts stay with whoever holds them, as free-standing ones. Closing twice is fine.
+    // Its cuts become free-standing and belong to those who hold them. Closing twice is fine.
     void Close() noexcept;
-    bool IsOpen() const noexcept;
+    bool IsOpen() const noexcept { return m_pFile != nullptr; }
     std::wstring FileName() const; // as it was handed to Open
 
     Cuts AllCuts() const override;
     std::shared_ptr<Cut> CutByKey(const TextKey& cKey) const override;
-    // When several cuts have the pair: the first in the database's order.
+    // The first one in the database's order when several cuts have the pair.
     std::shared_ptr<Cut> CutByArtistTitle(const std::wstring& sArtist,
                                           const std::wstring& sTitle) const override;
     std::shared_ptr<Cut> NewCut() const override;
-    void Advise(DataBaseEvents& cEvents) override;
-    void Unadvise(DataBaseEvents& cEvents) noexcept override;
+    void Advise(DataBaseEvents& cEvents) override { m_cListeners.Add(cEvents); }
+    void Unadvise(DataBaseEvents& cEvents) noexcept override { m_cListeners.Remove(cEvents); }
 
     // All cuts in database order, by their keys. Live, and the same object as long as the Store lives.
-    const OrderedKeyedCollection<std::shared_ptr<Cut>>& CutCollection() const;
+    const StoreContent::Collection& CutCollection() const;
 
-    // Each returns the number of cuts, and raises an event with the database's own cuts.
+    // These return the number of cuts, and raise an event with the database's own cuts.
 
-    // A free-standing cut that a Store made becomes the database's own object; of any other the values are
-    // taken. A cut without a key gets its path for one, a cut without a level gets level 1. 457 when a key is
-    // there already or comes twice; 5 for a cut without key and path, or with a negative level.
+    // A free-standing cut that a Store made becomes the database's own object; the values of any other cut
+    // are copied. A cut without a key gets its path as key, a cut without a level gets level 1. 457 when a
+    // key is already there or comes twice; 5 for a cut without key and path, or with a negative level.
     std::int32_t AddCuts(const Cuts& colCuts);
-    // Announces the database's own cuts. Any other cut stands for the one with its key, which takes over its
-    // values first (its level only when it has one). 5 when there is none with that key.
+    // Announces the database's own cuts. The values of any other cut are first copied to the database's cut
+    // with its key, its level only when it has one. 5 when there is no cut with that key.
     std::int32_t ModifyCuts(const Cuts& colCuts);
-    // Removes the cuts with these keys; a key that is not there is passed over. The objects live on,
-    // free-standing.
+    // Removes the cuts with these keys; unknown keys are skipped. The objects become free-standing.
     std::int32_t RemoveCuts(const Cuts& colCuts);
-    // Adds and changes the cuts of a library CSV (docs/formats/library-csv.md). Rows that cannot be used are
-    // left out: LastImport tells which. 53, 75, 57 for a file that cannot be read, 321 for one without a
-    // usable header line.
+    // Adds and changes the cuts of a library CSV (docs/formats/library-csv.md). Skips rows that cannot be
+    // used; LastImport tells which. 53, 75, 57 for a file that cannot be read, 321 for one without a usable
+    // header line.
     std::int32_t ImportCsv(const std::wstring& sFile);
 
-    // Takes in what other programs have changed in the file since it was read, and announces it as its own
-    // changes: cuts removed, added, modified, each event with the database's own cuts. Gives the number of
-    // these cuts. Costs next to nothing when nothing was changed, else about half of what Open costs.
-    // Gathered plays stay. Inside a batch nothing is done.
+    // Takes in what other programs have changed in the file since it was last read, and announces the cuts
+    // removed, added and modified. Returns their number. Cheap when nothing was changed, else about half of
+    // what Open costs. Gathered plays stay. Does nothing inside a batch.
     std::int32_t TakeInChanges();
 
-    // Between BeginGathering and EndGathering a change of LastPlayed alone is in the cut at once and on the
-    // disk with the next WriteGathered, EndGathering or Close, as one change with the others: for a host that
-    // plans many plays and can spare those since the last WriteGathered in a power cut. Inside a batch it is
-    // the batch's as ever. WriteGathered and EndGathering raise 70 and the like as any change does, and 5
-    // inside a batch; the plays then stay gathered, and the next call tries again. Close writes what it can.
+    // Gathers plays, for a host that plans many at once and can lose those since the last WriteGathered in a
+    // power cut. Between BeginGathering and EndGathering a change of LastPlayed alone is in the cut at once,
+    // and on the disk with the next WriteGathered, EndGathering or Close, as one change with the others.
+    // Inside a batch it belongs to the batch as always. WriteGathered and EndGathering raise 70 and the like
+    // as any change does, and 5 inside a batch; the plays then stay gathered for a retry. Close writes what
+    // it can.
     void BeginGathering();
     void WriteGathered();
     void EndGathering();
 
-    // Of the last ImportCsv. It stays when the database is closed.
-    const ImportReport& LastImport() const noexcept;
-    std::wstring LastImportReport() const { return LastImport().Text(); }
+    // Of the last ImportCsv. Closing keeps it.
+    const ImportReport& LastImport() const noexcept { return m_report; }
+    std::wstring LastImportReport() const { return m_report.Text(); }
 
-    // Property changes between construction and Commit are one change on the disk. Without Commit they are
-    // undone, on the disk and in the objects. Batches may stand inside each other. AddCuts and its like raise
-    // error 5 inside a batch.
+    // Makes the property changes between construction and Commit one change on the disk. Without Commit they
+    // are undone, on the disk and in the objects. Batches may be nested. AddCuts, ModifyCuts, RemoveCuts and
+    // ImportCsv raise error 5 inside a batch.
     class Batch
     {
     public:
@@ -129,8 +113,27 @@ public:
     };
 
 private:
-    struct Impl;
-    std::unique_ptr<Impl> m_cImpl;
+    // Property changes of the database's cuts.
+    void Change(StoreCut& cCut, CutValues next) override;
+    void ChangeLastPlayed(StoreCut& cCut, DateTime dtWhen) override;
+
+    void Forget() noexcept;
+    void NeedOpen() const;
+    void NeedOpenAndNoBatch() const;
+    bool IsOwn(const std::shared_ptr<Cut>& cCut) const noexcept;
+
+    void Add(StoreEdit& edit, const std::shared_ptr<Cut>& cGiven) const;
+    void Modify(StoreEdit& edit, const std::shared_ptr<Cut>& cGiven) const;
+    void Remove(const Cuts& colRemoved);
+    void Apply(StoreEdit& edit, const std::vector<LibraryRow>& colRows) const;
+
+    std::wstring m_sFile;
+    std::unique_ptr<CutFile> m_pFile; // null while closed
+    StoreContent m_cContent;
+    StoreBatches m_cBatches{m_cContent};
+    GatheredPlays m_cGathered;
+    StoreListeners m_cListeners;
+    ImportReport m_report;
 };
 
 } // namespace ravlo

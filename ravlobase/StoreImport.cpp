@@ -1,9 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Cuts from a library file.
+#include "ravlobase/Store.h"
+
+#include "base/RuntimeError.h"
+#include "base/Text.h"
 #include "base/csv/CsvReader.h"
 #include "ravlobase/FilePath.h"
 #include "ravlobase/LibraryCsv.h"
-#include "ravlobase/StoreImpl.h"
+#include "ravlobase/StoreEdit.h"
+
+#include <utility>
 
 namespace ravlo
 {
@@ -11,9 +17,7 @@ namespace ravlo
 namespace
 {
 
-std::wstring Decimal(std::size_t count) { return DecimalText(static_cast<std::int64_t>(count)); }
-
-// What a row says, laid over what is there already.
+// The values with what the row says.
 CutValues Merged(CutValues values, const LibraryRow& row)
 {
     const auto TakeText = [](TextKey& cField, const std::optional<std::wstring>& sText) {
@@ -47,107 +51,90 @@ CutValues NewCutOf(const LibraryRow& row)
     return Merged(std::move(values), row);
 }
 
-} // namespace
-
-std::wstring ImportReport::Summary() const
+// Collects the rows of a file and reports the progress. Nothing is written at that time, so listeners may do
+// anything.
+class RowCollector final : public LibraryCsvSink
 {
-    if (!sFailure.empty())
-        return L"Nothing was imported: " + sFailure;
-    return DecimalText(lAdded) + (lAdded == 1 ? L" cut" : L" cuts") + L" added, " + DecimalText(lChanged) +
-           L" changed, " + DecimalText(lUnchanged) + L" unchanged, " + Decimal(colRejects.size()) +
-           (colRejects.size() == 1 ? L" row rejected." : L" rows rejected.");
-}
-
-std::wstring ImportReport::Text() const
-{
-    std::wstring sText = Summary();
-    for (const auto& reject : colRejects)
-        sText += sCrLf + (L"Line " + Decimal(reject.line)) + L": " + reject.sReason;
-    return sText;
-}
-
-// Collects what a file says and reports on the way. Nothing is written meanwhile, so listeners may do as
-// they like.
-struct Store::Impl::Rows : LibraryCsvSink
-{
-    Rows(Impl& cStoreIn, std::size_t linesIn) : cStore(cStoreIn), lines(linesIn) {}
+public:
+    RowCollector(const StoreListeners& cListeners, std::size_t lines)
+        : m_cListeners(cListeners), m_lines(lines)
+    {
+    }
 
     void OnCut(LibraryRow row) override
     {
         const std::size_t line = row.line;
         colRows.push_back(std::move(row));
-        if (colRows.size() % lProgressEvery == 0)
-            cStore.RaiseProgress(L"Reading line " + Decimal(line), line, lines);
+        if (colRows.size() % StoreListeners::progressEvery == 0)
+            m_cListeners.Progress(L"Reading line " + CountText(line), line, m_lines);
     }
-
     void OnReject(std::size_t line, const std::wstring& sReason) override
     {
         colRejects.push_back({line, sReason});
-        cStore.RaiseProgress(L"Line " + Decimal(line) + L" rejected: " + sReason, line, lines);
+        m_cListeners.Progress(L"Line " + CountText(line) + L" rejected: " + sReason, line, m_lines);
     }
 
-    Impl& cStore;
-    std::size_t lines;
     std::vector<LibraryRow> colRows;
     std::vector<ImportReject> colRejects;
+
+private:
+    const StoreListeners& m_cListeners;
+    std::size_t m_lines;
 };
 
-auto Store::Impl::WriteRows(const std::vector<LibraryRow>& colRows) -> Imported
+} // namespace
+
+void Store::Apply(StoreEdit& edit, const std::vector<LibraryRow>& colRows) const
 {
-    std::vector<Addition> colAdditions;
-    std::vector<Modification> colModifications;
-    for (const auto& row : colRows)
+    for (const LibraryRow& row : colRows)
     {
-        auto cCut = ByKey(row.cPath);
+        std::shared_ptr<Cut> cCut = m_cContent.ByKey(row.cPath);
         if (!cCut)
         {
-            colAdditions.push_back({nullptr, NewCutOf(row)});
+            edit.Add(nullptr, NewCutOf(row));
             continue;
         }
-        auto next = Merged(Own(cCut).Values(), row);
-        if (!SameValues(Own(cCut).Values(), next))
-            colModifications.push_back({std::move(cCut), std::move(next)});
+        const CutValues& values = StoreContent::Own(cCut).Values();
+        CutValues next = Merged(values, row);
+        if (!SameValues(values, next))
+            edit.Modify(std::move(cCut), std::move(next));
     }
-    sqlite::Transaction cTransaction(pFile->Sql(), sqlite::Transaction::Wait::eCommand);
-    const auto colIDs = InsertAll(colAdditions);
-    WriteAll(colModifications);
-    cTransaction.Commit();
-    return {TakeIn(colAdditions, colIDs), TakeOver(colModifications)};
 }
 
-std::int32_t Store::Impl::ImportCsv(const std::wstring& sCsv)
+std::int32_t Store::ImportCsv(const std::wstring& sFile)
 {
     NeedOpenAndNoBatch();
-    ImportReport newReport;
-    Imported imported;
+    ImportReport report;
+    StoreEdit::Done done;
     try
     {
-        const std::string bytes = ReadFile(sCsv);
+        const std::string bytes = ReadFile(sFile);
         const std::size_t lines = CountLines(bytes);
-        WithProgress(L"Importing cuts", lines, [&] {
-            Rows cRows(*this, lines);
+        m_cListeners.WithProgress(L"Importing cuts", lines, [&] {
+            RowCollector cRows(m_cListeners, lines);
             ReadLibraryCsv(bytes, cRows);
-            NeedOpenAndNoBatch(); // a listener may have closed it meanwhile
-            imported = WriteRows(cRows.colRows);
-            newReport.lAdded = Long(imported.colAdded.size());
-            newReport.lChanged = Long(imported.colModified.size());
-            newReport.lUnchanged = Long(cRows.colRows.size()) - newReport.lAdded - newReport.lChanged;
-            newReport.colRejects = std::move(cRows.colRejects);
-            report = newReport;
+            NeedOpenAndNoBatch(); // again: a listener may have closed it
+            StoreEdit edit;
+            Apply(edit, cRows.colRows);
+            edit.WriteTo(*m_pFile, sqlite::Transaction::Wait::eCommand);
+            done = edit.TakeInto(m_cContent, *this);
+            report.lAdded = LongCount(done.colAdded.size());
+            report.lChanged = LongCount(done.colModified.size());
+            report.lUnchanged = LongCount(cRows.colRows.size()) - report.lAdded - report.lChanged;
+            report.colRejects = std::move(cRows.colRejects);
+            m_report = report;
             return report.Summary();
         });
     }
     catch (const RuntimeError& e)
     {
-        report = {};
-        report.sFailure = e.Description();
+        m_report = {};
+        m_report.sFailure = e.Description();
         throw;
     }
-    if (!imported.colAdded.empty())
-        Raise([&](DataBaseEvents& cEvents) { cEvents.CutsAdded(imported.colAdded); });
-    if (!imported.colModified.empty())
-        Raise([&](DataBaseEvents& cEvents) { cEvents.CutsModified(imported.colModified); });
-    return newReport.lAdded + newReport.lChanged;
+    m_cListeners.Added(done.colAdded);
+    m_cListeners.Modified(done.colModified);
+    return report.lAdded + report.lChanged;
 }
 
 } // namespace ravlo

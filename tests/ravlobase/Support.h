@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -56,6 +57,9 @@ public:
         return names;
     }
 
+    // Names and bytes, but for SQLite's shared memory.
+    std::map<std::string, std::string> Contents() const;
+
 private:
     std::filesystem::path m_cPath;
 };
@@ -64,6 +68,15 @@ inline std::string BytesOf(const std::wstring& sFile)
 {
     std::ifstream file(FilePath(sFile), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline std::map<std::string, std::string> TempFolder::Contents() const
+{
+    std::map<std::string, std::string> contents;
+    for (const auto& sName : Names())
+        if (!sName.ends_with("-shm"))
+            contents[sName] = BytesOf(File(sName));
+    return contents;
 }
 
 // What the work raised; number 0 when it raised nothing.

@@ -1,0 +1,237 @@
+// SPDX-License-Identifier: MIT
+#include "ravlobase/CutFileOpening.h"
+
+#include "base/Utf8.h"
+#include "ravlobase/DiskRoom.h"
+#include "ravlobase/FilePath.h"
+#include "ravlobase/StoreErrors.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+namespace ravlo
+{
+
+namespace
+{
+
+// The file's mark and version, in its header (docs/formats/database.md).
+constexpr std::uint32_t lApplicationID = 0x52415642; // "RAVB"
+constexpr std::uint32_t lFormatVersion = 1;
+
+constexpr std::size_t headSize = 100;
+constexpr std::size_t pageSizeAt = 16; // two bytes; 1 means 65536
+constexpr std::size_t pagesAt = 28;
+constexpr std::size_t versionAt = 60;
+constexpr std::size_t applicationAt = 68;
+constexpr std::string_view sMagic{"SQLite format 3\0", 16};
+
+constexpr const char* sCutsTable = "CREATE TABLE cuts("
+                                   "id INTEGER PRIMARY KEY AUTOINCREMENT,"
+                                   "cut_key TEXT NOT NULL,"
+                                   "folded_key TEXT NOT NULL UNIQUE,"
+                                   "path TEXT NOT NULL,"
+                                   "secondary_key TEXT NOT NULL,"
+                                   "artist TEXT NOT NULL,"
+                                   "title TEXT NOT NULL,"
+                                   "album TEXT NOT NULL,"
+                                   "last_played REAL NOT NULL,"
+                                   "year INTEGER NOT NULL,"
+                                   "run_time_ms INTEGER NOT NULL,"
+                                   "duration_ms INTEGER NOT NULL,"
+                                   "cat_level INTEGER NOT NULL CHECK(cat_level >= 1),"
+                                   "opener INTEGER NOT NULL"
+                                   ") STRICT";
+constexpr const char* sCategoriesTable = "CREATE TABLE cut_categories("
+                                         "cut_id INTEGER NOT NULL REFERENCES cuts(id) ON DELETE CASCADE,"
+                                         "position INTEGER NOT NULL,"
+                                         "name TEXT NOT NULL,"
+                                         "PRIMARY KEY(cut_id, position)"
+                                         ") STRICT, WITHOUT ROWID";
+
+std::uint32_t BigEndian(std::string_view bytes, std::size_t lAt, std::size_t length = 4)
+{
+    std::uint32_t lValue = 0;
+    for (std::size_t i = 0; i < length; ++i)
+        lValue = (lValue << 8) | static_cast<unsigned char>(bytes[lAt + i]);
+    return lValue;
+}
+
+[[noreturn]] void Refuse(const std::wstring& sFile, const std::wstring& sReason)
+{
+    throw RuntimeError(error::InvalidFileFormat, L"The file \"" + sFile + L"\" " + sReason + L".");
+}
+
+void CheckHead(const std::wstring& sFile, const std::string& bytes)
+{
+    if (!bytes.starts_with(sMagic))
+        Refuse(sFile, L"is no media database");
+    if (bytes.size() < headSize)
+        Refuse(sFile, L"is damaged");
+    if (BigEndian(bytes, applicationAt) != lApplicationID)
+        Refuse(sFile, L"belongs to another program");
+    if (BigEndian(bytes, versionAt) > lFormatVersion)
+        Refuse(sFile, L"was written by a newer version of this program");
+    if (BigEndian(bytes, versionAt) != lFormatVersion)
+        Refuse(sFile, L"is damaged");
+}
+
+// The size of the file according to its header.
+std::int64_t SizeIn(const std::string& bytes)
+{
+    const std::int64_t pageSize = BigEndian(bytes, pageSizeAt, 2);
+    return (pageSize == 1 ? 65536 : pageSize) * BigEndian(bytes, pagesAt);
+}
+
+// Removes a file and what SQLite may have left with it, as far as they can be removed.
+void RemoveQuietly(const std::filesystem::path& cPath)
+{
+    for (const char* sTail : {"", "-journal", "-wal", "-shm"})
+    {
+        std::error_code ignored;
+        auto cFile = cPath;
+        std::filesystem::remove(cFile += sTail, ignored);
+    }
+}
+
+// The full path: SQLite gives some bare names a meaning of their own.
+std::string SqlitePath(const std::filesystem::path& cPath)
+{
+    const auto bytes = std::filesystem::absolute(cPath).u8string();
+    return {bytes.begin(), bytes.end()};
+}
+
+void WriteEmptyDatabase(const std::filesystem::path& cTemporary, const std::wstring& sFile)
+{
+    sqlite::Connection cConnection(SqlitePath(cTemporary), sFile, sqlite::Connection::Mode::eCreate);
+    cConnection.Run("PRAGMA synchronous = FULL");
+    sqlite::Transaction cTransaction(cConnection);
+    cConnection.Run(("PRAGMA application_id = " + std::to_string(lApplicationID)).c_str());
+    cConnection.Run(("PRAGMA user_version = " + std::to_string(lFormatVersion)).c_str());
+    cConnection.Run(sCutsTable);
+    cConnection.Run(sCategoriesTable);
+    cTransaction.Commit();
+    // With a write-ahead log a change costs one flush, and readers never wait. On a file system without
+    // shared memory SQLite keeps its rollback journal, which is as safe.
+    cConnection.Run("PRAGMA journal_mode = WAL");
+}
+
+// The file appears whole or not at all.
+void CreateDataBase(const std::wstring& sFile)
+{
+    const auto cTemporary = FilePath(sFile + L".rb~");
+    RemoveQuietly(cTemporary);
+    try
+    {
+        sqlite::NeedRoomBeside(SqlitePath(cTemporary), sFile);
+        WriteEmptyDatabase(cTemporary, sFile);
+        std::filesystem::rename(cTemporary, FilePath(sFile));
+    }
+    catch (const std::filesystem::filesystem_error&)
+    {
+        RemoveQuietly(cTemporary);
+        throw RuntimeError(error::PathFileAccess, L"The database \"" + sFile + L"\" cannot be created.");
+    }
+    catch (...)
+    {
+        RemoveQuietly(cTemporary);
+        throw;
+    }
+}
+
+bool HasLog(const std::wstring& sFile)
+{
+    std::error_code failed;
+    const auto lSize = std::filesystem::file_size(FilePath(sFile + L"-wal"), failed);
+    return !failed && lSize > 0;
+}
+
+void CheckTables(sqlite::Connection& cConnection)
+{
+    sqlite::Statement tables(cConnection, "SELECT count(*) FROM sqlite_schema WHERE sql = ? OR sql = ?");
+    tables.Bind(1, TextFromStore(sCutsTable)).Bind(2, TextFromStore(sCategoriesTable)).Step();
+    if (tables.Number(0) != 2)
+        cConnection.Fail(SQLITE_CORRUPT);
+}
+
+// Begins a transaction that sees one state of the file and its log, which other programs may be writing to.
+// Returns what the log says of that state; nothing when there is no log, or when a busy writer left no quiet
+// moment.
+std::optional<sqlite::Connection::Log> BeginReading(sqlite::Connection& cConnection)
+{
+    constexpr int lTries = 20;
+    std::optional<sqlite::Connection::Log> before;
+    for (int l = 0; l < lTries; ++l)
+    {
+        cConnection.Run("BEGIN");
+        CheckTables(cConnection); // the first look begins the transaction
+        auto now = cConnection.WriteAheadLog();
+        if (l > 0 && now == before)
+            return now;
+        before = now;
+        cConnection.Run("ROLLBACK");
+    }
+    cConnection.Run("BEGIN");
+    return std::nullopt;
+}
+
+// SQLite would take the log of another file for this one's: the size that the database has in the log tells
+// them apart. The size of the file shows bytes behind the database's end.
+void CheckSize(sqlite::Connection& cConnection, const std::optional<sqlite::Connection::Log>& log,
+               const std::wstring& sFile)
+{
+    const auto lPages = cConnection.Number("PRAGMA page_count");
+    const bool bFromLog = log && log->lFrames > 0;
+    if (bFromLog && log->lPages != lPages)
+        Refuse(sFile, L"and the log beside it do not belong together");
+    const auto lSize = lPages * cConnection.Number("PRAGMA page_size");
+    // The end of a database that grew may be only in the log.
+    if (cConnection.RawSize() > lSize || (log && !bFromLog && cConnection.RawSize() < lSize))
+        Refuse(sFile, L"is damaged");
+}
+
+void CheckStructure(sqlite::Connection& cConnection)
+{
+    if (cConnection.Text("PRAGMA integrity_check(1)") != L"ok")
+        cConnection.Fail(SQLITE_CORRUPT);
+}
+
+} // namespace
+
+std::string ReadyPath(const std::wstring& sFile)
+{
+    const auto cPath = FilePath(sFile);
+    std::error_code ignored;
+    if (std::filesystem::is_directory(cPath, ignored))
+        throw RuntimeError(error::PathFileAccess, L"\"" + sFile + L"\" is a folder.");
+    if (!std::filesystem::exists(cPath, ignored))
+    {
+        if (cPath.has_parent_path() && !std::filesystem::is_directory(cPath.parent_path(), ignored))
+            throw RuntimeError(error::PathNotFound, L"The folder of \"" + sFile + L"\" was not found.");
+        CreateDataBase(sFile);
+    }
+    return SqlitePath(cPath);
+}
+
+void CheckUnread(sqlite::Connection& cConnection, const std::wstring& sFile)
+{
+    const bool bHadLog = HasLog(sFile);
+    const auto head = cConnection.RawHead(headSize);
+    CheckHead(sFile, head);
+    if (!bHadLog && cConnection.RawSize() != SizeIn(head))
+        Refuse(sFile, L"is damaged"); // SQLite takes the missing end of a last page for zeros
+    sqlite::NeedRoomBeside(SqlitePath(FilePath(sFile)), sFile);
+    cConnection.KeepLogOnClose(bHadLog);
+}
+
+void BeginSound(sqlite::Connection& cConnection, const std::wstring& sFile)
+{
+    const std::optional<sqlite::Connection::Log> log = BeginReading(cConnection);
+    CheckSize(cConnection, log, sFile);
+    CheckStructure(cConnection);
+}
+
+} // namespace ravlo

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "ravlobase/StoreEdit.h"
+
+#include "base/RuntimeError.h"
+
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
+
+namespace ravlo
+{
+
+void StoreEdit::Add(std::shared_ptr<StoreCut> cCut, CutValues values)
+{
+    m_colAdditions.push_back({std::move(cCut), std::move(values), 0});
+}
+
+void StoreEdit::Modify(std::shared_ptr<Cut> cCut, std::optional<CutValues> next)
+{
+    const auto [it, bNew] = m_positions.try_emplace(cCut.get(), m_colModifications.size());
+    if (bNew)
+        m_colModifications.push_back({std::move(cCut), std::move(next)});
+    else if (next)
+        m_colModifications[it->second].next = std::move(next);
+}
+
+void StoreEdit::NeedNewKeys(const StoreContent& cContent) const
+{
+    std::unordered_set<TextKey> keys(m_colAdditions.size());
+    for (const Addition& addition : m_colAdditions)
+    {
+        const TextKey& cKey = addition.values.cKey;
+        if (cContent.All().Exists(cKey) || !keys.insert(cKey).second)
+            throw RuntimeError(error::KeyAlreadyExists,
+                               L"There is a cut with the key \"" + cKey.Text() + L"\" already.");
+    }
+}
+
+bool StoreEdit::NothingToWrite() const noexcept
+{
+    return m_colAdditions.empty() && std::none_of(m_colModifications.begin(), m_colModifications.end(),
+                                                  [](const Modification& m) { return m.next.has_value(); });
+}
+
+void StoreEdit::WriteTo(CutFile& cFile, sqlite::Transaction::Wait eWait)
+{
+    if (NothingToWrite())
+        return;
+    sqlite::Transaction cTransaction(cFile.Sql(), eWait);
+    for (Addition& addition : m_colAdditions)
+        addition.lID = cFile.Insert(addition.values);
+    for (const Modification& modification : m_colModifications)
+        if (modification.next)
+        {
+            const StoreCut& cCut = StoreContent::Own(modification.cCut);
+            cFile.Update(cCut.ID(), cCut.Values(), *modification.next);
+        }
+    cTransaction.Commit();
+}
+
+StoreEdit::Done StoreEdit::TakeInto(StoreContent& cContent, CutOwner& cOwner)
+{
+    Done done;
+    for (Addition& addition : m_colAdditions)
+    {
+        auto cCut = addition.cCut ? std::move(addition.cCut) : std::make_shared<StoreCut>();
+        cCut->Attach(std::move(addition.values), addition.lID, cOwner);
+        cContent.Add(cCut);
+        done.colAdded.push_back(std::move(cCut));
+    }
+    for (Modification& modification : m_colModifications)
+    {
+        if (modification.next)
+            cContent.SetValues(StoreContent::Own(modification.cCut), std::move(*modification.next));
+        done.colModified.push_back(std::move(modification.cCut));
+    }
+    *this = {};
+    return done;
+}
+
+} // namespace ravlo

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ravlobase/CutFile.h"
+#include "ravlobase/StoreContent.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+namespace ravlo
+{
+
+// New cuts, and new values of a database's cuts: collected, then written to the file in one transaction, then
+// brought into memory.
+class StoreEdit
+{
+public:
+    // The object becomes the database's own; null makes a new one.
+    void Add(std::shared_ptr<StoreCut> cCut, CutValues values);
+    // A cut of the database. Without values it is only announced. Of several values the last ones count.
+    void Modify(std::shared_ptr<Cut> cCut, std::optional<CutValues> next);
+
+    // Error 457 when the database has the key of a new cut, or two new cuts have the same.
+    void NeedNewKeys(const StoreContent& cContent) const;
+
+    // Does not touch the file when there is nothing to write.
+    void WriteTo(CutFile& cFile, sqlite::Transaction::Wait eWait = sqlite::Transaction::Wait::eOnAir);
+
+    struct Done
+    {
+        Cuts colAdded;
+        Cuts colModified;
+    };
+    // Precondition: the file has it all. Leaves the edit empty.
+    Done TakeInto(StoreContent& cContent, CutOwner& cOwner);
+
+private:
+    struct Addition
+    {
+        std::shared_ptr<StoreCut> cCut;
+        CutValues values;
+        std::int32_t lID;
+    };
+    struct Modification
+    {
+        std::shared_ptr<Cut> cCut;
+        std::optional<CutValues> next;
+    };
+    bool NothingToWrite() const noexcept;
+
+    std::vector<Addition> m_colAdditions;
+    std::vector<Modification> m_colModifications;
+    std::unordered_map<const Cut*, std::size_t> m_positions; // of the modifications
+};
+
+} // namespace ravlo
