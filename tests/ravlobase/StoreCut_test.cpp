@@ -45,8 +45,7 @@ protected:
 
 TEST_F(StoreCutTest, EveryPropertyChangeIsOnTheDiskAtOnceAndRaisesNothing)
 {
-    Recorder cRecorder;
-    m_cStore.Advise(cRecorder);
+    Recorder& cRecorder = Listen();
     for (const auto& [sName, Set] : setters)
     {
         const auto sBefore = ValuesText(*m_cCut);

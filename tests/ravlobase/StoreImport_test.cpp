@@ -62,8 +62,7 @@ TEST_F(StoreImportTest, AnExistingCutKeepsWhatTheRowDoesNotSay)
 TEST_F(StoreImportTest, NewAndChangedCutsAreAnnouncedApartAndUnchangedOnesNotAtAll)
 {
     Import("path,year\nsame,1\nchanged,1\n");
-    Recorder cRecorder;
-    m_cStore.Advise(cRecorder);
+    Recorder& cRecorder = Listen();
     EXPECT_EQ(Import("path,year\nnew1,1\nsame,1\nchanged,2\nbad,x\nnew2,1\n"), 3);
     EXPECT_EQ(cRecorder.colLines,
               (Lines{L"start: Importing cuts 6",
@@ -83,8 +82,7 @@ TEST_F(StoreImportTest, ImportingAgainChangesNothingAndRaisesNoCuts)
 {
     const std::string bytes = "path,artist,categories\na,A,x/y\nb,B,\n";
     Import(bytes);
-    Recorder cRecorder;
-    m_cStore.Advise(cRecorder);
+    Recorder& cRecorder = Listen();
     EXPECT_EQ(Import(bytes), 0);
     EXPECT_EQ(cRecorder.colLines, (Lines{L"start: Importing cuts 3",
                                          L"done: 0 cuts added, 0 changed, 2 unchanged, 0 rows rejected."}));
@@ -117,8 +115,7 @@ TEST_F(StoreImportTest, ProgressIsReportedEvery500CutsByLine)
     std::string bytes = "path\n";
     for (int i = 0; i < 1100; ++i)
         bytes += "k" + std::to_string(i) + "\n";
-    Recorder cRecorder;
-    m_cStore.Advise(cRecorder);
+    Recorder& cRecorder = Listen();
     EXPECT_EQ(Import(bytes), 1100);
     ASSERT_EQ(cRecorder.colLines.size(), 5U);
     EXPECT_EQ(cRecorder.colLines[0], L"start: Importing cuts 1101");

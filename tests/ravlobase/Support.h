@@ -195,6 +195,11 @@ protected:
         return cCut;
     }
     std::shared_ptr<Cut> ByKey(const std::wstring& sKey) const { return m_cStore.CutByKey(TextKey(sKey)); }
+    Recorder& Listen()
+    {
+        m_cStore.Advise(m_cRecorder);
+        return m_cRecorder;
+    }
     void Reopen()
     {
         m_cStore.Close();
@@ -203,6 +208,7 @@ protected:
 
     TempFolder m_cFolder;
     std::wstring m_sFile = m_cFolder.File("library.rdb");
+    Recorder m_cRecorder;
     Store m_cStore;
 };
 
