@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: MIT
 """documents.py TREE: refuses a document that names what is not there.
 
-Checks each *.md of the tree: links and their headings; paths into the source tree, with or without an extension. In the
-guide for host developers, the members and their parameters, against the interface definitions. In the architecture, the
-table of the layers, against the build files.
+Checks each *.md of the tree: links and their headings; paths into the source tree, with or without an extension; `CamelCase` names of the
+code. In the guide for host developers, the members and their parameters, against the interface definitions. In the
+architecture, the table of the layers, against the build files.
 """
 import pathlib
 import re
@@ -55,6 +55,19 @@ def check_paths(tree, text):
             yield f"no file {path}"
 
 
+def names(tree):
+    """Every word of the sources."""
+    return {word for folder in folders(tree) for path in folder.rglob("*.*") if path.suffix in (".cpp", ".h", ".idl", ".in", ".vbs")
+            for word in re.findall(r"\w+", path.read_text(encoding="utf-8"))}
+
+
+def check_names(known, text):
+    for name in re.findall(r"`(\w+(?:::\w+)*)`", text):
+        for word in name.split("::"):
+            if re.search("[a-z][A-Z]", word) and word not in known:
+                yield f"no {word} in the code"
+
+
 def members(tree):
     """Name -> the possible lists of parameters, an optional one in brackets. Without the collections, whose names are
     also those of a host's own tree."""
@@ -95,10 +108,10 @@ def check_layers(tree, text):
 def check(tree):
     """The faults, one line each; and the number of pages looked at."""
     faults = []
-    pages = documents(tree)
+    pages, known = documents(tree), names(tree)
     for page in pages:
         text = page.read_text(encoding="utf-8")
-        found = [*check_links(page, text), *check_paths(tree, text)]
+        found = [*check_links(page, text), *check_paths(tree, text), *check_names(known, text)]
         if page.name == "guide-host-developer.md":
             found += check_members(tree, text)
         if page.name == "ARCHITECTURE.md":

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The check of the documents finds dead links, missing paths, wrong members and wrong arrows."""
+"""The check of the documents finds dead links, missing paths, wrong names, members and arrows."""
 import pathlib
 import tempfile
 import unittest
@@ -22,7 +22,7 @@ class Documents(unittest.TestCase):
     def faults(self, readme="", guide=GUIDE, architecture=None):
         with tempfile.TemporaryDirectory() as folder:
             tree = pathlib.Path(folder)
-            for name, text in {"README.md": readme, "docs/guide-host-developer.md": guide, "rotation/Selection.cpp": "",
+            for name, text in {"README.md": readme, "docs/guide-host-developer.md": guide, "rotation/Selection.cpp": "void Walk::SendToBack();",
                                "docs/words.md": "# What is a *level*?\n", "comkit/RavloScheduler.idl": SCHEDULER,
                                "comkit/RavloBase.idl": "", "build/old.md": "[gone](gone.md)",
                                **({"docs/ARCHITECTURE.md": architecture, "CMakeLists.txt": BUILD} if architecture else {})}.items():
@@ -43,6 +43,10 @@ class Documents(unittest.TestCase):
 
     def test_a_path_to_no_file_is_refused(self):
         self.assertEqual(self.faults("    run rotation/Gone.cpp now"), ["README.md: no file rotation/Gone.cpp"])
+
+    def test_a_name_that_is_not_in_the_code_is_refused(self):
+        self.assertEqual(self.faults("`Walk::SendToBack`, `SendToBack`, `vbTab and CrLf`, `build`"), [])
+        self.assertEqual(self.faults("`Walk::SendToFront`"), ["README.md: no SendToFront in the code"])
 
     def test_members_are_described_with_their_parameters(self):
         self.assertEqual(self.faults(), [])
