@@ -15,6 +15,7 @@ LINK = re.compile(r"\]\(([^)\s]+)\)")
 HEADING = re.compile(r"^#+ (.*)$", re.M)
 MEMBER = re.compile(r"\[id\([^\]]*\] (?:HRESULT|void) (\w+)\(([^;]*)\);")
 PARAMETER = re.compile(r"\[([^\]]*)\]\s*[\w ]+?[\s*]+(\w+)")
+SOURCES = {".cpp", ".h", ".idl", ".in", ".vbs"}
 DOCUMENTED = re.compile(r"`(\w+)\(([^`]*)\)`")
 
 
@@ -24,7 +25,8 @@ def folders(tree):
 
 
 def documents(tree):
-    return [*sorted(tree.glob("*.md")), *(page for folder in folders(tree) for page in sorted(folder.rglob("*.md")))]
+    return [*sorted(tree.glob("*.md")),
+            *(page for folder in folders(tree) for page in sorted(folder.rglob("*.md")))]
 
 
 def anchors(path):
@@ -57,8 +59,8 @@ def check_paths(tree, text):
 
 def names(tree):
     """Every word of the sources."""
-    return {word for folder in folders(tree) for path in folder.rglob("*.*") if path.suffix in (".cpp", ".h", ".idl", ".in", ".vbs")
-            for word in re.findall(r"\w+", path.read_text(encoding="utf-8"))}
+    sources = (path for folder in folders(tree) for path in folder.rglob("*.*") if path.suffix in SOURCES)
+    return {word for source in sources for word in re.findall(r"\w+", source.read_text(encoding="utf-8"))}
 
 
 def check_names(known, text):

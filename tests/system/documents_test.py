@@ -22,24 +22,30 @@ class Documents(unittest.TestCase):
     def faults(self, readme="", guide=GUIDE, architecture=None):
         with tempfile.TemporaryDirectory() as folder:
             tree = pathlib.Path(folder)
-            for name, text in {"README.md": readme, "docs/guide-host-developer.md": guide, "rotation/Selection.cpp": "void Walk::SendToBack();",
-                               "docs/words.md": "# What is a *level*?\n", "comkit/RavloScheduler.idl": SCHEDULER,
-                               "comkit/RavloBase.idl": "", "build/old.md": "[gone](gone.md)",
-                               **({"docs/ARCHITECTURE.md": architecture, "CMakeLists.txt": BUILD} if architecture else {})}.items():
+            files = {"README.md": readme, "docs/guide-host-developer.md": guide,
+                     "rotation/Selection.cpp": "void Walk::SendToBack();", "docs/words.md": "# What is a *level*?\n",
+                     "comkit/RavloScheduler.idl": SCHEDULER, "comkit/RavloBase.idl": "",
+                     "build/old.md": "[gone](gone.md)"}
+            if architecture:
+                files |= {"docs/ARCHITECTURE.md": architecture, "CMakeLists.txt": BUILD}
+            for name, text in files.items():
                 (tree / name).parent.mkdir(exist_ok=True)
                 (tree / name).write_text(text, encoding="utf-8")
             return documents.check(tree)[0]
 
     def test_links_to_pages_folders_headings_and_the_web_are_followed(self):
-        self.assertEqual(self.faults("[a](docs/words.md) [b](docs) [c](docs/words.md#what-is-a-level) [d](https://x/y)"), [])
+        links = "[a](docs/words.md) [b](docs) [c](docs/words.md#what-is-a-level) [d](https://x/y)"
+        self.assertEqual(self.faults(links), [])
 
     def test_a_link_to_no_file_or_heading_is_refused(self):
         self.assertEqual(self.faults("[a](docs/gone.md) [b](docs/words.md#gone)"),
-                         ["README.md: no file for the link docs/gone.md", "README.md: no heading for the link docs/words.md#gone",
+                         ["README.md: no file for the link docs/gone.md",
+                          "README.md: no heading for the link docs/words.md#gone",
                           "README.md: no file docs/gone.md"])
 
     def test_a_path_may_leave_out_the_extension(self):
-        self.assertEqual(self.faults("See `rotation/Selection`, rotation/Selection.cpp, build/bin/x and a/rotation/x."), [])
+        text = "See `rotation/Selection`, rotation/Selection.cpp, build/bin/x and a/rotation/x."
+        self.assertEqual(self.faults(text), [])
 
     def test_a_path_to_no_file_is_refused(self):
         self.assertEqual(self.faults("    run rotation/Gone.cpp now"), ["README.md: no file rotation/Gone.cpp"])
@@ -56,7 +62,8 @@ class Documents(unittest.TestCase):
                           "[['colCats', '[bConfirmFirst]']]"])
 
     def test_the_table_of_the_layers_has_every_arrow(self):
-        self.assertEqual(self.faults(architecture="| `model` | cuts | libcsv |\n| `rotation` | picks | `model` |\n"), [])
+        rows = "| `model` | cuts | libcsv |\n| `rotation` | picks | `model` |\n"
+        self.assertEqual(self.faults(architecture=rows), [])
         self.assertEqual(self.faults(architecture="| `model` | cuts | `rotation` |\n"),
                          ["docs/ARCHITECTURE.md: model may include from []",
                           "docs/ARCHITECTURE.md: rotation may include from ['model']"])

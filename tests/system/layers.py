@@ -36,7 +36,8 @@ def read_targets(tree):
 def named_folders(tree):
     """Folder -> the folders of the layers that its target names."""
     folder_of, depends = read_targets(tree)
-    return {folder: {folder_of[other] for other in depends[name] if other in folder_of} for name, folder in folder_of.items()}
+    return {folder: {folder_of[other] for other in depends[name] if other in folder_of}
+            for name, folder in folder_of.items()}
 
 
 def read_layers(tree):
