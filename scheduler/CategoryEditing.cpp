@@ -253,16 +253,28 @@ void CategoryEditing::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, co
     if (!cCat || cCat->CatLevel() == 0)
         throw RuntimeError(error::InvalidProcedureCall);
     std::vector<TextKey> colKeys; // taken first: a host's cut may do anything when it is asked
+    AffectedCats cAffected;
+    RenamedCuts cRenamed(m_cState);
     for (const std::shared_ptr<Cut>& cCut : colCutsInsert)
         if (cCut)
+        {
             colKeys.push_back(cCut->Key());
+            if (!m_cState.cPlacedCuts.Contains(colKeys.back()))
+                for (const std::shared_ptr<clsCat>& cMainCat :
+                     cRenamed.Follow(m_cState.OwnOf(cCut), colKeys.back()))
+                    cAffected.Touch(cMainCat->CatName());
+        }
     const std::shared_ptr<clsCat> cSubCat = m_cState.Present(cCat);
     if (!cSubCat)
         throw RuntimeError(error::InvalidProcedureCall,
                            L"The category to move cuts in does not exist any more");
-    if (!MoveInFrontOf(*cSubCat->SchedCuts(), colKeys, PosInto))
+    if (MoveInFrontOf(*cSubCat->SchedCuts(), colKeys, PosInto))
+        cAffected.Touch(cSubCat->CatName());
+    if (cAffected.Count() == 0)
         return;
-    m_cState.cHistoryFiles.Save(cSubCat->MainCat());
+    for (const std::wstring& sName : cAffected)
+        if (const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sName))
+            m_cState.cHistoryFiles.Save(cMainCat);
     m_cState.RetrySaves();
 }
 

@@ -8,7 +8,7 @@ namespace ravlo
 {
 
 CutChanges::CutChanges(SchedulerState& cState, Synchronisation& cSync, Origin eOrigin)
-    : m_cState(cState), m_cHold(cSync), m_eOrigin(eOrigin), m_cPlacement(cState.cMod)
+    : m_cState(cState), m_cHold(cSync), m_eOrigin(eOrigin), m_cPlacement(cState.cMod), m_cRenamed(cState)
 {
 }
 
@@ -201,7 +201,12 @@ void CutChanges::GuardEmptying(std::span<const std::shared_ptr<Cut>> colStep, co
         try
         {
             if (cCut)
-                colKeys.Add(cCut->Key(), {});
+            {
+                const TextKey cKey = cCut->Key();
+                if (!m_cState.cPlacedCuts.Contains(cKey))
+                    FollowNewKey(m_cState.OwnOf(cCut), cKey); // the levels are searched for present keys
+                colKeys.Add(cKey, {});
+            }
         }
         catch (...)
         {
@@ -271,8 +276,9 @@ void CutChanges::Try(const std::shared_ptr<Cut>& cGiven, const Change& change, s
 
 void CutChanges::TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, std::size_t at)
 {
-    const Mark mark = Now();
     const TextKey cKey = cCut->Key();
+    FollowNewKey(cCut, cKey);
+    const Mark mark = Now();
     m_colChanged.push_back({cCut,
                             {cKey, cCut->CatLevel(), cCut->CategoryText()},
                             m_cState.cPlacedCuts.Recall(cKey),

@@ -5,6 +5,7 @@
 #include "scheduler/AffectedCats.h"
 #include "scheduler/ChangeRecord.h"
 #include "scheduler/Placement.h"
+#include "scheduler/RenamedCuts.h"
 #include "scheduler/SchedulerState.h"
 #include "scheduler/Synchronisation.h"
 
@@ -97,6 +98,10 @@ public:
     // Brings the tree in line with a cut whose names or level are not those it was placed under, or which
     // does not stand where they say. Nothing happens before the first population.
     void ModifyCut(const std::shared_ptr<Cut>& cCut);
+    // Places a cut whose key has changed since it was placed under cKey, its present one, and touches what
+    // that concerns, also when the change of the cut is put back. Run does it for changes of the scheduler's
+    // own.
+    void FollowNewKey(const std::shared_ptr<Cut>& cCut, const TextKey& cKey);
     // The main category of that name, which is made when missing.
     std::shared_ptr<clsCat> Ensure(const NameLists::Name& name);
 
@@ -171,6 +176,7 @@ private:
     const Synchronisation::Hold m_cHold;
     const Origin m_eOrigin;
     Placement m_cPlacement;
+    RenamedCuts m_cRenamed;
     AffectedCats m_cAffected; // by the steps before
     bool m_bCounts = true;    // the cuts that failed
     bool m_bFinished = false;

@@ -266,6 +266,12 @@ bool CutChanges::IsPlacedAsAssigned(const Cut& cCut) const
     });
 }
 
+void CutChanges::FollowNewKey(const std::shared_ptr<Cut>& cCut, const TextKey& cKey)
+{
+    for (const std::shared_ptr<clsCat>& cMainCat : m_cRenamed.Follow(cCut, cKey))
+        m_cAffected.Touch(cMainCat->CatName());
+}
+
 // ---- recording ----
 
 void CutChanges::RecordOrder(const std::shared_ptr<clsCat>& cSubCat)

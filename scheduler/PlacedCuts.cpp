@@ -129,7 +129,10 @@ PlacedCuts::OwnChange::~OwnChange()
     else if (m_bInStep)
         try
         {
-            m_cPlacedCuts.Remember(m_cCut);
+            if (m_cCut.Key() == m_cKey)
+                m_cPlacedCuts.Remember(m_cCut);
+            else
+                m_cPlacedCuts.Forget(m_cKey); // the tree holds it under its old key
         }
         catch (...)
         {

@@ -5,7 +5,6 @@
 #include "scheduler/CutChanges.h"
 #include "scheduler/CutRemoval.h"
 
-#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -22,27 +21,6 @@ constexpr std::uint32_t lPauseMs = 10;
 std::wstring UpdatedText(std::size_t lCount, std::size_t total)
 {
     return L"Updated " + CountText(lCount) + L" of " + CountText(total);
-}
-
-// Gives an entry another key and object, in its place.
-void Rename(CutCollection& colOrder, const TextKey& cFormerKey, const TextKey& cKey,
-            const std::shared_ptr<Cut>& cCut)
-{
-    // In front of the old entry, which goes last: short of memory nothing is lost. When the new key is there
-    // already, that entry stays.
-    if (const std::optional<std::size_t> position = colOrder.PositionOf(cFormerKey))
-        colOrder.Insert(*position, &cKey, cCut);
-    colOrder.Remove(cFormerKey);
-}
-
-// The key under which a level holds this very object.
-std::optional<TextKey> KeyOfObject(const CutCollection& colOrder, const std::shared_ptr<Cut>& cCut)
-{
-    const auto found = std::find(colOrder.begin(), colOrder.end(), cCut);
-    const TextKey* pKey = found == colOrder.end()
-                              ? nullptr
-                              : colOrder.KeyAt(static_cast<std::size_t>(found - colOrder.begin()));
-    return pKey ? std::optional(*pKey) : std::nullopt;
 }
 
 } // namespace
@@ -198,7 +176,7 @@ void Synchronisation::AddCut(const std::shared_ptr<Cut>& cAnnounced, NameLists& 
     const std::function<bool()> isSameTree = WhileNobodyReloads();
     const TextKey cKey = cAnnounced->Key();
     const std::shared_ptr<Cut> cCut = OwnOf(cAnnounced, cKey);
-    FollowNewKey(cCut, cKey, cChanges);
+    cChanges.FollowNewKey(cCut, cKey);
     const NameLists::Names& names = cNameLists.Of(*cCut);
     if (m_cState.cPlacedCuts.Contains(cKey) && !m_cState.cPlacedCuts.IsUnchanged(*cCut))
     {
@@ -242,44 +220,6 @@ void Synchronisation::TakeObject(const std::shared_ptr<Cut>& cCut, const TextKey
                     *pEntry = cCut;
 }
 
-// A cut that the tree holds under another key keeps its places and is placed under its new key. Under the old
-// one it would play twice in a round, and go on playing when it is removed.
-void Synchronisation::FollowNewKey(const std::shared_ptr<Cut>& cCut, const TextKey& cKey,
-                                   CutChanges& cChanges)
-{
-    if (!m_cState.colMainCats || m_cState.cPlacedCuts.Contains(cKey))
-        return;
-    const std::optional<TextKey> cFormerKey = FormerKeyOf(cCut);
-    if (!cFormerKey || *cFormerKey == cKey)
-        return;
-    for (const SchedulerState::Place& place : m_cState.PlacesOf(*cFormerKey))
-    {
-        Rename(*place.cSubCat->SchedCuts(), *cFormerKey, cKey, cCut);
-        cChanges.Touch(place.cMainCat->CatName()); // the order file names cuts by their keys
-    }
-    m_cState.cPlacedCuts.Restore(cKey, m_cState.cPlacedCuts.Recall(*cFormerKey));
-    m_cState.cPlacedCuts.Forget(*cFormerKey);
-}
-
-// By the database's number, which stays whatever object the database hands out; a key that it still has is
-// that of another cut. By the object itself where it gives no numbers.
-std::optional<TextKey> Synchronisation::FormerKeyOf(const std::shared_ptr<Cut>& cCut) const
-{
-    if (const std::int32_t lID = DataBaseNumber(*cCut); lID != 0)
-    {
-        const std::shared_ptr<DataBase> cDataBase = m_cState.cDataBase;
-        std::optional<TextKey> cFormerKey = m_cState.cPlacedCuts.KeyOf(lID);
-        if (cFormerKey && cDataBase && cDataBase->CutByKey(*cFormerKey))
-            cFormerKey.reset();
-        return cFormerKey;
-    }
-    for (const std::shared_ptr<clsCat>& cMainCat : *m_cState.colMainCats)
-        for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
-            if (std::optional<TextKey> cFormerKey = KeyOfObject(*cSubCat->SchedCuts(), cCut))
-                return cFormerKey;
-    return std::nullopt;
-}
-
 // ---- cuts modified ----
 
 void Synchronisation::HandleModified(const Cuts& colCuts)
@@ -305,7 +245,7 @@ void Synchronisation::ModifyCut(const std::shared_ptr<Cut>& cAnnounced, CutChang
 {
     const TextKey cKey = cAnnounced->Key();
     const std::shared_ptr<Cut> cCut = OwnOf(cAnnounced, cKey);
-    FollowNewKey(cCut, cKey, cChanges);
+    cChanges.FollowNewKey(cCut, cKey);
     cChanges.ModifyCut(cCut);
     TakeObject(cCut, cKey);
 }
@@ -347,6 +287,7 @@ void Synchronisation::RemoveEverywhere(const std::shared_ptr<Cut>& cCut, CutChan
     const TextKey cKey = cCut->Key();
     try
     {
+        cChanges.FollowNewKey(cCut, cKey);
         TakeOutOfCategories(m_cState, cChanges, cCut, {cCut, nullptr, 0});
         // The database may have changed the cut's names or level before it removed it: search where it
         // really stands.

@@ -9,7 +9,6 @@
 #include <deque>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 
@@ -85,8 +84,6 @@ private:
     void HandleRemoved(const Cuts& colCuts);
     void AddCuts(const Cuts& colCuts, CutChanges& cChanges);
     std::shared_ptr<Cut> OwnOf(const std::shared_ptr<Cut>& cAnnounced, const TextKey& cKey) const;
-    std::optional<TextKey> FormerKeyOf(const std::shared_ptr<Cut>& cCut) const;
-    void FollowNewKey(const std::shared_ptr<Cut>& cCut, const TextKey& cKey, CutChanges& cChanges);
     void TakeObject(const std::shared_ptr<Cut>& cCut, const TextKey& cKey) const;
     void AddCut(const std::shared_ptr<Cut>& cAnnounced, NameLists& cNameLists, CutChanges& cChanges);
     void ModifyCut(const std::shared_ptr<Cut>& cAnnounced, CutChanges& cChanges);

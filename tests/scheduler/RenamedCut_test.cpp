@@ -28,6 +28,16 @@ protected:
 class RenamedCutTest : public AnnouncedCutTest
 {
 protected:
+    // The keys under which a level holds its cuts.
+    Keys Placed(const std::wstring& sName) const
+    {
+        Keys colKeys;
+        const std::shared_ptr<CutCollection> colCuts =
+            Level(sName, 1) ? Level(sName, 1)->SchedCuts() : nullptr;
+        for (std::size_t at = 0; colCuts && at < colCuts->Count(); ++at)
+            colKeys.push_back(colCuts->KeyAt(at)->Text());
+        return colKeys;
+    }
     // Populates with a and b, in that order, and gives a the key z.
     std::shared_ptr<FakeCut> Rename(const std::wstring& sCategoryText = L"Rock")
     {
@@ -71,13 +81,91 @@ TEST_P(RenamedCutTest, ItKeepsThemWhenItIsAnnouncedAsNewOrByACopy)
     EXPECT_EQ(cLib.Order(L"Rock", 1), (Keys{L"y", L"b"}));
 }
 
-TEST_P(RenamedCutTest, ItLeavesEveryLevelWhenItIsRemoved)
+TEST_P(RenamedCutTest, LeavesEveryLevelWhenRemoved)
 {
-    const auto cFirst = Rename();
-    Modified({Announced(cFirst)});
-    cLib.cDataBase->Remove(*cFirst);
-    Announce(&DataBaseEvents::CutsRemoved, {Announced(cFirst)});
-    EXPECT_EQ(cLib.Order(L"Rock", 1), Keys{L"b"});
+    for (const bool bAnnounced : {true, false})
+    {
+        SCOPED_TRACE(bAnnounced);
+        const std::wstring sNumber = bAnnounced ? L"1" : L"2";
+        const auto cCut = Add(L"a" + sNumber, L"Rock/Pop");
+        Add(L"b", L"Rock");
+        cCut->lID = GetParam() ? cCut->lID : 0; // the object tells where there is no number
+        Start();
+        cCut->SetKey(L"z" + sNumber);
+        if (bAnnounced)
+            Modified({Announced(cCut)});
+        cLib.cDataBase->Remove(*cCut);
+        Announce(&DataBaseEvents::CutsRemoved, {Announced(cCut)});
+        EXPECT_EQ(cLib.Order(L"Rock", 1), Keys{L"b"});
+        EXPECT_EQ(cLib.Order(L"Pop", 1), Keys());
+        EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
+        EXPECT_EQ(boxes, Boxes());
+        cLib.cDataBase->colCuts.clear();
+    }
+}
+
+// What the scheduler itself does to a cut whose new key nobody has announced: the cut, and where it is
+// afterwards.
+TEST_P(RenamedCutTest, OwnChangesFindTheCutUnderItsNewKey)
+{
+    const std::shared_ptr<clsSchedMan>& cMan = cLib.cSchedMan;
+    bool bCreated = false;
+    const auto From = [&] { return Cats{Level(L"Rock", 1)}; };
+    const struct
+    {
+        const char* sName;
+        std::function<void(const std::shared_ptr<Cut>& cCut)> change;
+        Keys colRock;
+        Keys colPop;
+    } colCases[] =
+        {
+            {"assign", [&](const auto& cCut) { cMan->AssignCut(cCut, 1, {L"Pop"}); }, {L"b"}, {L"p", L"z"}},
+            {"move",
+             [&](const auto& cCut) {
+        cMan->DoMassCatChange(eMoveHere, From(), Level(L"Pop", 1), {cCut}, bCreated);
+             },
+             {L"b"},
+             {L"p", L"z"}},
+            {"copy",
+             [&](const auto& cCut) {
+        cMan->DoMassCatChange(eCopyHere, From(), Level(L"Pop", 1), {cCut}, bCreated);
+             },
+             {L"z", L"b"},
+             {L"p", L"z"}},
+      {"remove",
+       [&](const auto& cCut) {
+        cMan->RemoveCutsFromCategories({{cCut, nullptr, 0}}, {});
+       },
+       {L"b"},
+       {L"p"}},
+        {"delete", [&](const auto&) { cMan->DeleteCats(From()); }, {}, {L"p"}},
+        {"reorder",
+         [&](const auto& cCut) { cMan->MoveCutsInCategory(Level(L"Rock", 1), {cCut}, 3); },
+         {L"b", L"z"},
+         {L"p"}},
+        };
+    for (const auto& entry : colCases)
+    {
+        SCOPED_TRACE(entry.sName);
+        cLib.cDataBase->colCuts.clear();
+        const auto cCut = Add(L"a", L"Rock");
+        cCut->lID = GetParam() ? cCut->lID : 0;
+        Add(L"b", L"Rock");
+        Add(L"p", L"Pop");
+        Start();
+        cCut->SetKey(L"z");
+        entry.change(cCut);
+        EXPECT_EQ(boxes, Boxes());
+        const std::function<void()> steps[] = {[] {}, [&] { Modified({Announced(cCut)}); },
+                                               [&] { cLib.Restart(); }};
+        for (const auto& step : steps)
+        {
+            SCOPED_TRACE(&step - steps);
+            step();
+            EXPECT_EQ(Placed(L"Rock"), entry.colRock);
+            EXPECT_EQ(Placed(L"Pop"), entry.colPop);
+        }
+    }
 }
 
 TEST_P(RenamedCutTest, ItsOtherChangesAreFollowedToo)
