@@ -83,4 +83,24 @@ RotationAnswer NextCutFromRotation(const CatCollection* colMainCats, const Rotat
     return answer;
 }
 
+RotationAnswer PicksOnAir::NextCut(const CatCollection* colMainCats, const RotationRequest& request,
+                                   SelectionContext context)
+{
+    const TextKey cKey(request.strSubCatKey);
+    bool bFailed = false;
+    context.report = [&, report = std::move(context.report)](ErrorReport eHow, const wchar_t* sWhere,
+                                                             const RuntimeError& cError) {
+        const bool bShow = eHow != ErrorReport::LogOnly && !m_cFailing;
+        bFailed = bFailed || eHow != ErrorReport::LogOnly;
+        if (bShow)
+            m_cFailing = cKey; // before the box, which may let the host pick again
+        report(bShow ? eHow : ErrorReport::LogOnly, sWhere, cError);
+    };
+    RotationAnswer answer = NextCutFromRotation(colMainCats, request, context);
+    const bool bPicked = request.bForEditablePlaylist || request.bRotatesAllowed;
+    if (bPicked && !bFailed && m_cFailing == cKey)
+        m_cFailing.reset();
+    return answer;
+}
+
 } // namespace ravlo

@@ -4,6 +4,7 @@
 #include "rotation/Selection.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace ravlo
@@ -35,5 +36,21 @@ struct RotationAnswer
 // is reported and gives kind 11.
 RotationAnswer NextCutFromRotation(const CatCollection* colMainCats, const RotationRequest& request,
                                    const SelectionContext& context);
+
+// The picks of one manager on air. An error is shown once an incident, since a box at every pick would hold
+// up the station: an incident begins with a pick that meets an error, and ends when a pick of the same level
+// meets none. Until then errors are logged.
+class PicksOnAir
+{
+public:
+    // As NextCutFromRotation, with context's reports shown once an incident.
+    RotationAnswer NextCut(const CatCollection* colMainCats, const RotationRequest& request,
+                           SelectionContext context);
+    // The levels are other ones now.
+    void EndIncident() noexcept { m_cFailing.reset(); }
+
+private:
+    std::optional<TextKey> m_cFailing; // the key that was asked for when the error was shown
+};
 
 } // namespace ravlo

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "rotation/NextCut.h"
 #include "scheduler/CategoryCreation.h"
 #include "scheduler/CategoryEditing.h"
 #include "scheduler/SchedulerState.h"
@@ -57,6 +58,7 @@ struct clsSchedMan::Parts : SchedulerState
 
     Synchronisation cSync;
     PlayHistory cPlayHistory;
+    PicksOnAir cPicks;
     std::shared_ptr<NameCollection> colIllegalChars;
     CategoryCreation cCreation;
     CategoryEditing cEditing;

@@ -2,7 +2,6 @@
 #include "scheduler/clsSchedMan.h"
 
 #include "base/Text.h"
-#include "rotation/NextCut.h"
 #include "scheduler/CutAssignment.h"
 #include "scheduler/MassChange.h"
 #include "scheduler/RandomOrder.h"
@@ -153,7 +152,7 @@ std::shared_ptr<Cut> clsSchedMan::NextCutFromRotation(const std::wstring& strSub
     const Call cCall(*this);
     const ModScheduler::OnAir cOnAir(my.cMod);
     const std::shared_ptr<CatCollection> colMainCats = my.colMainCats;
-    RotationAnswer answer = ravlo::NextCutFromRotation(
+    RotationAnswer answer = my.cPicks.NextCut(
         colMainCats.get(),
         {strSubCatKey, bMustBeOpener, cPrevSchedCut, bForEditablePlaylist, my.bRotatesAllowed},
         LiveContext(my.cMod, my.cPlayHistory, my.Serving()));

@@ -78,6 +78,7 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     my.cPlacedCuts = std::move(cPlacedCuts);
     ++my.populations;
     my.Serve(sAppPath);
+    my.cPicks.EndIncident();
     if (!bMarked)
         my.cMark = std::move(cMark);
     cMove.Settle();
