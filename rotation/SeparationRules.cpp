@@ -108,18 +108,18 @@ DateTime ReferenceTime(const Cut* cPrevSchedCut, const Clock& cClock)
 
 DateTime Reference::Time()
 {
-    if (!m_cPrevSchedCut)
-        return m_cClock.Now();
+    if (m_dtTime)
+        return *m_dtTime;
     try
     {
-        return ReferenceTime(m_cPrevSchedCut.get(), m_cClock);
+        m_dtTime = ReferenceTime(m_cPrevSchedCut.get(), m_cClock);
     }
     catch (...)
     {
-        m_cPrevSchedCut = nullptr;
+        m_dtTime = m_cClock.Now();
         m_failed(CurrentError());
     }
-    return m_cClock.Now();
+    return *m_dtTime;
 }
 
 float MinutesBetween(DateTime dtReference, DateTime dtPlayed)

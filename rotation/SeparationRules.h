@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace ravlo
@@ -35,8 +36,9 @@ DateTime ReferenceTime(const Cut* cPrevSchedCut, const Clock& cClock);
 
 using ErrorSink = std::function<void(const RuntimeError& cError)>;
 
-// The reference times of one walk. A previous cut that cannot be used is told once and not asked again: the
-// present time serves instead, since a pick without any rule is worse than one measured from now.
+// The reference time of one walk, taken when it is first needed: candidates are compared with each other, so
+// all are measured from the same moment. A previous cut that cannot be used is reported, and the present time
+// serves instead: a pick without any rule is worse than one measured from now.
 class Reference
 {
 public:
@@ -47,9 +49,10 @@ public:
     DateTime Time();
 
 private:
-    std::shared_ptr<Cut> m_cPrevSchedCut; // null once it has failed
+    std::shared_ptr<Cut> m_cPrevSchedCut;
     const Clock& m_cClock;
     ErrorSink m_failed;
+    std::optional<DateTime> m_dtTime;
 };
 
 // Minutes between two moments, never negative: both are rounded to whole seconds and the difference is

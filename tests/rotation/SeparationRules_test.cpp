@@ -204,6 +204,23 @@ TEST_F(MeasureTest, PendingTimeIsMeasured)
     EXPECT_EQ(Measure(All(60, 60, 60)).MinsAgo, 5.0F);
 }
 
+TEST(ReferenceTest, IsTakenOnce)
+{
+    FixedClock cClock;
+    Reference present(nullptr, cClock, [](const RuntimeError&) { FAIL(); });
+    const DateTime dtFirst = present.Time();
+    cClock.dtNow += 1;
+    EXPECT_EQ(present.Time(), dtFirst);
+
+    const auto cPrev = std::make_shared<FakeCut>();
+    cPrev->SetLastPlayed(dtFirst + 1);
+    Reference end(cPrev, cClock, [](const RuntimeError&) { FAIL(); });
+    EXPECT_EQ(end.Time(), dtFirst + 1);
+    cPrev->calls.clear();
+    EXPECT_EQ(end.Time(), dtFirst + 1);
+    EXPECT_TRUE(cPrev->calls.empty()) << "the host's cut is asked once";
+}
+
 TEST(ReferenceTest, PreviousCutThatCannotBeUsedIsToldOnce)
 {
     const FixedClock cClock;
