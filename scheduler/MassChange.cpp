@@ -17,6 +17,13 @@ constexpr std::size_t copiedPerReport = 100;
 constexpr std::uint32_t lCopyPauseMs = 50;
 const wchar_t* const sTargetGone = L"The category to change into does not exist any more";
 
+// The tree's own of that name and number; else the given one, which no cut is in.
+std::shared_ptr<clsCat> PresentOrGiven(const SchedulerState& cState, const std::shared_ptr<clsCat>& cCat)
+{
+    const std::shared_ptr<clsCat> cPresent = cState.Present(cCat);
+    return cPresent ? cPresent : cCat;
+}
+
 } // namespace
 
 std::int32_t OwnLevelOf(const Cut& cCut) { return std::max(cCut.CatLevel(), 1); }
@@ -33,16 +40,13 @@ void ShowCopyRefused(ModScheduler& cMod)
 }
 
 MassChange::MassChange(SchedulerState& cState, Synchronisation& cSync, eCatDragOptions eCatDragOption,
-                       Cats colSubCatsFrom, std::shared_ptr<clsCat> cSubCatTo)
-    : m_cState(cState), m_cSync(cSync), m_eOption(eCatDragOption), m_cTo(std::move(cSubCatTo)),
+                       const Cats& colSubCatsFrom, const std::shared_ptr<clsCat>& cSubCatTo)
+    : m_cState(cState), m_cSync(cSync), m_eOption(eCatDragOption), m_cTo(PresentOrGiven(cState, cSubCatTo)),
       m_cMainCatTo(m_cTo->CatLevel() == 0 ? m_cTo : m_cTo->MainCat())
 {
     for (const std::shared_ptr<clsCat>& cFrom : colSubCatsFrom)
         if (cFrom)
-        {
-            const std::shared_ptr<clsCat> cPresent = cState.Present(cFrom);
-            m_colFrom.push_back(cPresent ? cPresent : cFrom); // a stand-in is named, and left by nobody
-        }
+            m_colFrom.push_back(PresentOrGiven(cState, cFrom));
 }
 
 void MassChange::Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats)

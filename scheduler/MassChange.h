@@ -26,15 +26,15 @@ void ShowCopyRefused(ModScheduler& cMod);
 class MassChange
 {
 public:
-    // cSubCatTo is a level, or a main category for "keeping levels the same". The levels the cuts are dragged
-    // from may be from before a reload.
+    // cSubCatTo is a level, or a main category for "keeping levels the same". It and the levels the cuts are
+    // dragged from may be from before a reload: they are looked up by name and number.
     MassChange(SchedulerState& cState, Synchronisation& cSync, eCatDragOptions eCatDragOption,
-               Cats colSubCatsFrom, std::shared_ptr<clsCat> cSubCatTo);
+               const Cats& colSubCatsFrom, const std::shared_ptr<clsCat>& cSubCatTo);
 
     // Changes the cuts, saves every main category concerned once and reports what could not be changed; cuts
     // that may not be copied are refused with one box. bCreatedNewSubCats is set when any level was made.
-    // Without cuts nothing happens and nothing is said. Error 5 when the target is none of the tree's; when
-    // it goes meanwhile, the error comes after all that was done until then is saved.
+    // Without cuts nothing happens and nothing is said. Error 5 when the tree has no such target; when it
+    // goes while the change runs, the error comes after all that was done until then is saved.
     void Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats);
 
 private:

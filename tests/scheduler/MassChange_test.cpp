@@ -89,8 +89,9 @@ TEST_F(MassChangeTest, ATargetTheTreeDoesNotHoldIsRefused)
     cLib.cSchedMan->DeleteCats({cDead});
     Forget();
     const ShownBox gone = ErrorBox(L"5 The category to change into does not exist any more");
-    for (const auto& cTo : {cDead, std::make_shared<clsCat>(cLib.cMod, L"Pop", 0),
-                            std::make_shared<clsCat>(cLib.cMod, L"Pop", 1)})
+    for (const auto& cTo :
+         {cDead, std::make_shared<clsCat>(cLib.cMod, L"Pop", 1),
+          std::make_shared<clsCat>(cLib.cMod, L"Jazz", 0), std::make_shared<clsCat>(cLib.cMod, L"Jazz", 1)})
     {
         boxes.clear();
         Change(eMoveHere, {Level(L"Rock", 1)}, cTo, {cCut});
@@ -98,6 +99,28 @@ TEST_F(MassChangeTest, ATargetTheTreeDoesNotHoldIsRefused)
     }
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
     EXPECT_EQ(said, Lines());
+}
+
+TEST_F(MassChangeTest, TargetFromBeforeAReloadIsFoundByNameAndNumber)
+{
+    Add(L"b", L"Pop", 1);
+    Start();
+    for (const bool bMain : {false, true})
+    {
+        SCOPED_TRACE(bMain);
+        const std::wstring sKey = bMain ? L"main" : L"level";
+        const auto cCut = Add(sKey, L"Rock", 1);
+        Added({cCut});
+        const std::shared_ptr<clsCat> cTo = bMain ? MainCat(L"Pop") : Level(L"Pop", 1);
+        const std::shared_ptr<clsCat> cFrom = Level(L"Rock", 1);
+        cLib.Populate();
+        Change(eMoveHere, {cFrom}, cTo, {cCut});
+        EXPECT_EQ(boxes, Boxes());
+        EXPECT_EQ(Order(L"Rock", 1), Keys());
+        EXPECT_EQ(Order(L"Pop", 1).back(), sKey);
+        cLib.Restart();
+        EXPECT_EQ(Order(L"Pop", 1).back(), sKey);
+    }
 }
 
 // ---- moving into a level
