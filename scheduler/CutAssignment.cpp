@@ -5,12 +5,15 @@
 #include "scheduler/CutChanges.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace ravlo
 {
 
 namespace
 {
+
+constexpr const wchar_t* sTitle = L"Error in ShowCatUI [cSchedMan]";
 
 std::wstring Joined(const std::vector<std::wstring>& colNames)
 {
@@ -64,18 +67,23 @@ void AssignCut(SchedulerState& cState, Synchronisation& cSync, const std::shared
             SetBoth(*cCut, lCatLevel, sCategoryText);
         },
         rhythm);
-    std::optional<RuntimeError> cFailure;
+    std::vector<RuntimeError> colErrors;
     CutChanges::Ending ending;
-    ending.show = [&](const RuntimeError& cError) {
-        if (!cFailure)
-            cFailure = cError;
-    };
-    const ChangeRecord record = cChanges.Finish(ending);
-    if (!cFailure)
-        return;
-    if (record.colCuts.empty())
+    ending.show = [&](const RuntimeError& cError) { colErrors.push_back(cError); };
+    const bool bAssigned = !cChanges.Finish(ending).colCuts.empty();
+    std::optional<RuntimeError> cFailure;
+    if (!bAssigned && !colErrors.empty())
+    {
+        cFailure = colErrors.back(); // the cut's own failure is reported last
+        colErrors.pop_back();
+    }
+    for (const RuntimeError& cError : colErrors)
+        if (bAssigned)
+            cState.cMod.ShowCriticalError(sTitle, cError);
+        else
+            cState.cMod.LogError(sTitle, cError);
+    if (cFailure)
         throw RuntimeError(*cFailure);
-    cState.cMod.ShowCriticalError(L"Error in ShowCatUI [cSchedMan]", *cFailure); // yet it is assigned
 }
 
 } // namespace ravlo

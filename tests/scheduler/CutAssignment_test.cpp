@@ -115,6 +115,44 @@ TEST_F(AssignCutTest, ARunTimeOutOfRangeIsShownAndTheCutIsAssigned)
                                         CriticalText(6) + L": run times in category Jazz")}));
 }
 
+TEST_F(AssignCutTest, EveryErrorOfAnAssignmentIsShown)
+{
+    const auto cCut = Add(L"a", L"Rock", 1, std::numeric_limits<std::int32_t>::max());
+    Add(L"j", L"Jazz", 1, 1);
+    Add(L"p", L"Pop", 1, 1);
+    Start();
+    Assign(cCut, 1, {L"Jazz", L"Pop"});
+    const std::wstring sTitle = L"Error in ShowCatUI [cSchedMan]";
+    EXPECT_EQ(boxes, (Boxes{CriticalBox(sTitle, CriticalText(6) + L": run times in category Jazz"),
+                            CriticalBox(sTitle, CriticalText(6) + L": run times in category Pop")}));
+}
+
+TEST_F(AssignCutTest, CutsOwnFailureIsThrownAndTheOthersAreLogged)
+{
+    const auto cCut = Add(L"a", L"Rock", 1, std::numeric_limits<std::int32_t>::max());
+    Add(L"j", L"Jazz", 1, 1);
+    Start();
+    const auto cCopy = std::make_shared<FakeCut>();
+    cCopy->SetKey(L"a");
+    cCopy->failing = {"SetCategoryText"};
+    try
+    {
+        Assign(cCopy, 1, {L"Jazz"});
+        FAIL();
+    }
+    catch (const RuntimeError& cError)
+    {
+        EXPECT_EQ(cError.Number(), error::ObjectNotSet);
+    }
+    EXPECT_EQ(Order(L"Rock", 1), Keys{L"a"});
+    EXPECT_EQ(boxes, Boxes());
+    const Lines colLog = Log();
+    EXPECT_EQ(
+        std::count(colLog.begin(), colLog.end(),
+                   L"DISPLAYERROR, Error in ShowCatUI [cSchedMan] 6 Overflow: run times in category Jazz"),
+        1);
+}
+
 TEST_F(AssignCutTest, ACategoryDeletedSinceItWasChosenIsMadeAndListed)
 {
     const auto cCut = Add(L"a", L"Rock", 1);
