@@ -54,6 +54,20 @@ TEST_F(CutRemovalTest, EachCutLeavesWhatItIsToLeaveAndEachCategoryIsSavedOnce)
     EXPECT_EQ(boxes, Boxes());
 }
 
+TEST_F(CutRemovalTest, NameStaysForAnotherLevelAfterAFindBySecondaryKey)
+{
+    const auto cCut = Add(L"a", L"Rock", 1);
+    cCut->SetSecondaryKey(L"second");
+    Add(L"b", L"Rock", 2);
+    Start();
+    Level(L"Rock", 2)->SchedCuts()->Add(TextKey(L"second"), cCut);
+    Remove({{cCut, MainCat(L"Rock"), 2}});
+    EXPECT_EQ(Order(L"Rock", 2), Keys{L"b"});
+    EXPECT_EQ(cCut->CategoryText(), L"Rock");
+    cLib.Restart();
+    EXPECT_EQ(Order(L"Rock", 1), Keys{L"a"});
+}
+
 TEST_F(CutRemovalTest, EveryFiftiethCutIsToldBeforeAPump)
 {
     std::vector<CutRemoval> colRemovals;
