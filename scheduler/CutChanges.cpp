@@ -67,7 +67,7 @@ void CutChanges::RunOne(const std::shared_ptr<Cut>& cCut, const Change& change, 
     Run({cCut}, change, rhythm);
 }
 
-void CutChanges::Failed(const Cut& cCut)
+void CutChanges::Failed(const Cut& cCut) noexcept
 {
     if (m_bCounts)
         m_cPlacement.Failed(cCut);
@@ -126,14 +126,13 @@ void CutChanges::Commit() noexcept
 void CutChanges::KeepStep()
 {
     m_colUndo.clear();
-    for (const std::wstring& sCatName : std::exchange(m_colTouched, {}))
-        m_cAffected.Touch(sCatName);
+    m_colTouched.clear();
     const std::vector<Changed> colChanged = std::exchange(m_colChanged, {});
     const std::vector<ChangeRecord::Category> colMade = std::exchange(m_colMade, {});
+    m_record.colMade.insert(m_record.colMade.end(), colMade.begin(), colMade.end());
     for (const Changed& changed : colChanged)
         if (m_colRecordedCuts.Add(changed.before.cKey, {}))
             m_record.colCuts.push_back(changed.before);
-    m_record.colMade.insert(m_record.colMade.end(), colMade.begin(), colMade.end());
 }
 
 ChangeRecord CutChanges::Finish(const Ending& ending)
@@ -298,10 +297,11 @@ void CutChanges::TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, 
 
 void CutChanges::Touch(const std::wstring& sCatName)
 {
-    if (!IsOwn())
-        m_cAffected.Touch(sCatName);
-    else if (m_colTouched.empty() || m_colTouched.back() != sCatName)
+    if (m_cAffected.Contains(sCatName))
+        return;
+    if (IsOwn())
         m_colTouched.push_back(sCatName);
+    m_cAffected.Touch(sCatName);
 }
 
 // ---- taking back ----
@@ -328,7 +328,8 @@ void CutChanges::TakeBack(const Mark& mark) noexcept
         }
     }
     m_colMade.erase(m_colMade.begin() + static_cast<std::ptrdiff_t>(mark.made), m_colMade.end());
-    m_colTouched.resize(mark.touched);
+    for (; m_colTouched.size() > mark.touched; m_colTouched.pop_back())
+        m_cAffected.Remove(m_colTouched.back());
     while (m_colChanged.size() > mark.lChanged)
     {
         const Changed changed = std::move(m_colChanged.back());

@@ -80,7 +80,7 @@ public:
     // missing and goes again when the placement fails. True when the cut has joined; else it stood there
     // already, or its number is no level's, which is shown.
     bool Place(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cInto);
-    // As File, but a cut that stands there already comes to stand last.
+    // As Place, but a cut that is there already moves to the end.
     void PlaceLast(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat);
     // Places a cut into the main category of that name, which is touched when the cut stands there
     // afterwards. A name that is not in the tree is refused with a box.
@@ -153,7 +153,7 @@ private:
     void Guard(const std::shared_ptr<clsCat>& cMainCat);
     void GuardAffected();
     void GuardEmptying(std::span<const std::shared_ptr<Cut>> colStep, const Rhythm& rhythm);
-    void Failed(const Cut& cCut);
+    void Failed(const Cut& cCut) noexcept;
     void Try(const std::shared_ptr<Cut>& cGiven, const Change& change, std::size_t at) noexcept;
     void TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, std::size_t at);
     Mark Now() const noexcept
@@ -167,7 +167,7 @@ private:
     void WillReturn(const std::shared_ptr<clsCat>& cSubCat, const TextKey& cKey, std::size_t position);
     void RecordOrder(const std::shared_ptr<clsCat>& cSubCat);
     std::shared_ptr<clsCat> EnsureLevel(const std::shared_ptr<clsCat>& cMainCat, std::int32_t lLevel);
-    void PlaceAsNamed(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat);
+    void PlaceAsNamed(const std::shared_ptr<Cut>& cCut, const NameLists::Name& name);
     bool IsPlacedAsAssigned(const Cut& cCut) const;
     void EndGuards();
     void SaveAffected(SaveMode mode);
@@ -177,8 +177,8 @@ private:
     const Origin m_eOrigin;
     Placement m_cPlacement;
     RenamedCuts m_cRenamed;
-    AffectedCats m_cAffected; // by the steps before
-    bool m_bCounts = true;    // the cuts that failed
+    AffectedCats m_cAffected;
+    bool m_bCounts = true; // the cuts that failed
     bool m_bFinished = false;
 
     // The open step: what was done since the last commit.
@@ -186,7 +186,7 @@ private:
     std::vector<Changed> m_colChanged;
     std::vector<std::function<void()>> m_colUndo; // each harmless when what it undoes has not happened
     std::vector<ChangeRecord::Category> m_colMade;
-    std::vector<std::wstring> m_colTouched; // main categories
+    std::vector<std::wstring> m_colTouched; // main categories, for the first time
 
     // Main categories whose files have markers in front of each level, by name.
     OrderedKeyedCollection<std::unique_ptr<HistoryFiles::EmptyingLevels>> m_colGuards;

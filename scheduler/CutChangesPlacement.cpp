@@ -54,7 +54,14 @@ void RemoveIfEmpty(const clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCa
         cMainCat.SubCats()->Remove(DecimalText(cSubCat->CatLevel()));
 }
 
-// Brings what stands at lFrom to lTo; what lies between moves up or down by one.
+void RemoveIfEmpty(CatCollection& colMainCats, const TextKey& cKey)
+{
+    const std::shared_ptr<clsCat>* cMainCat = colMainCats.Find(cKey);
+    if (cMainCat && (*cMainCat)->SubCats()->Empty())
+        colMainCats.Remove(cKey);
+}
+
+// Moves the item at from to to; the items between move up or down by one.
 void Move(CutCollection& colCuts, std::size_t from, std::size_t to)
 {
     std::vector<std::size_t> colOrder(colCuts.Count());
@@ -136,10 +143,22 @@ void CutChanges::PlaceLast(const std::shared_ptr<Cut>& cCut, const std::shared_p
     colCuts->MoveToEnd(*before);
 }
 
-void CutChanges::PlaceAsNamed(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat)
+// A main category that is made for a cut which cannot be placed goes again.
+void CutChanges::PlaceAsNamed(const std::shared_ptr<Cut>& cCut, const NameLists::Name& name)
 {
-    if (Place(cCut, cMainCat) || Contains(*cMainCat, cCut->CatLevel(), cCut->Key()))
-        Touch(cMainCat->CatName());
+    const std::shared_ptr<CatCollection> colMainCats = m_cState.colMainCats;
+    const bool bMakes = !colMainCats->Exists(name.cKey);
+    Ensure(name);
+    try
+    {
+        AddCutToCategory(cCut, name.sName);
+    }
+    catch (...)
+    {
+        if (bMakes)
+            RemoveIfEmpty(*colMainCats, name.cKey);
+        throw;
+    }
 }
 
 std::shared_ptr<clsCat> CutChanges::Ensure(const NameLists::Name& name)
@@ -147,11 +166,7 @@ std::shared_ptr<clsCat> CutChanges::Ensure(const NameLists::Name& name)
     const std::shared_ptr<CatCollection> colMainCats = m_cState.colMainCats;
     if (const std::shared_ptr<clsCat>* cFound = colMainCats->Find(name.cKey))
         return *cFound;
-    WillUndo([colMainCats, cKey = name.cKey] {
-        const std::shared_ptr<clsCat>* cMade = colMainCats->Find(cKey);
-        if (cMade && (*cMade)->SubCats()->Empty())
-            colMainCats->Remove(cKey);
-    });
+    WillUndo([colMainCats, cKey = name.cKey] { RemoveIfEmpty(*colMainCats, cKey); });
     if (IsOwn())
         m_colMade.push_back({name.sName, 0});
     return EnsureMainCat(m_cState.cMod, *colMainCats, name);
@@ -160,7 +175,10 @@ std::shared_ptr<clsCat> CutChanges::Ensure(const NameLists::Name& name)
 void CutChanges::AddCutToCategory(const std::shared_ptr<Cut>& cCut, const std::wstring& sCatName)
 {
     if (const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sCatName))
-        PlaceAsNamed(cCut, cMainCat);
+    {
+        if (Place(cCut, cMainCat) || Contains(*cMainCat, cCut->CatLevel(), cCut->Key()))
+            Touch(cMainCat->CatName());
+    }
     else
         m_cState.cMod.Box(BoxIcon::Critical, BoxButtons::Ok, sProgramTitle,
                           L"In addcuttocategory, main cat was specified, but doesnt exist!");
@@ -173,7 +191,7 @@ void CutChanges::AddCutToCategories(const std::shared_ptr<Cut>& cCut, const Name
     if (names.bEmptyName)
         RefuseEmptyName(*cCut);
     for (const NameLists::Name& name : names.colNames)
-        PlaceAsNamed(cCut, Ensure(name));
+        PlaceAsNamed(cCut, name);
 }
 
 void CutChanges::RefuseEmptyName(const Cut& cCut)
@@ -245,9 +263,9 @@ void CutChanges::ModifyCut(const std::shared_ptr<Cut>& cCut)
             Leave(place, cKey);
     for (const std::wstring& sName : colNames)
     {
-        const std::shared_ptr<clsCat> cMainCat = Ensure({sName, TextKey(CategoryKey(sName, 0))});
-        if (!Contains(*cMainCat, lLevel, cKey))
-            AddCutToCategory(cCut, sName);
+        const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sName);
+        if (!cMainCat || !Contains(*cMainCat, lLevel, cKey))
+            PlaceAsNamed(cCut, {sName, TextKey(CategoryKey(sName, 0))});
     }
     m_cState.cPlacedCuts.Remember(*cCut);
 }
@@ -269,7 +287,10 @@ bool CutChanges::IsPlacedAsAssigned(const Cut& cCut) const
 void CutChanges::FollowNewKey(const std::shared_ptr<Cut>& cCut, const TextKey& cKey)
 {
     for (const std::shared_ptr<clsCat>& cMainCat : m_cRenamed.Follow(cCut, cKey))
+    {
         m_cAffected.Touch(cMainCat->CatName());
+        std::erase(m_colTouched, cMainCat->CatName()); // it is not taken back
+    }
 }
 
 // ---- recording ----

@@ -71,13 +71,20 @@ void Placement::RecalcTouched()
     }
 }
 
-void Placement::Failed(const Cut& cCut)
+void Placement::Failed(const Cut& cCut) noexcept
 {
-    if (m_colFailed.insert(&cCut).second && !m_cFirstFailure)
-        m_cFirstFailure = CurrentError();
+    try
+    {
+        m_colFailed.insert(&cCut);
+    }
+    catch (...)
+    {
+        // Short of memory it is not counted; the error is kept all the same.
+    }
+    Failed();
 }
 
-void Placement::Failed()
+void Placement::Failed() noexcept
 {
     if (!m_cFirstFailure)
         m_cFirstFailure = CurrentError();

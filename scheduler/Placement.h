@@ -40,10 +40,10 @@ public:
             m_colTouched.push_back(cSubCat);
     }
     void RecalcTouched();
-    // To be called in a catch block: this cut could not be handled.
-    void Failed(const Cut& cCut);
-    // To be called in a catch block: something failed that concerns more than one cut.
-    void Failed();
+    // Call inside a catch block: this cut could not be handled.
+    void Failed(const Cut& cCut) noexcept;
+    // Call inside a catch block: something failed that concerns more than one cut.
+    void Failed() noexcept;
     // A category name of no characters: a box for the first.
     void EmptyName(BoxIcon eIcon, const std::wstring& sText);
 

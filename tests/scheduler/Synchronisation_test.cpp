@@ -230,6 +230,48 @@ TEST_F(SynchronisationTest, ACutWhoseTextsFailInABoxIsPlacedUnderItsOtherNames)
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b"}));
 }
 
+TEST_F(SynchronisationTest, MainCategoryMadeForACutThatFailsGoesAgain)
+{
+    const auto cKnown = Add(L"k", L"Rock");
+    Start();
+    const auto cNew = Add(L"a", L"Pop");
+    const auto Announce = [&](const std::shared_ptr<FakeCut>& cCut, bool bAdded) {
+        cCut->failing = {"RunTimemS"};
+        bAdded ? Added({cCut}) : Modified({cCut});
+        cCut->failing.clear();
+        EXPECT_EQ(boxes.size(), 1u);
+        boxes.clear();
+    };
+    Announce(cNew, true);
+    EXPECT_EQ(cLib.MainCatNames(), Lines{L"Rock"});
+    cKnown->SetCategoryText(L"Rock/Jazz");
+    Announce(cKnown, false);
+    EXPECT_EQ(cLib.MainCatNames(), Lines{L"Rock"});
+    Modified({cNew, cKnown});
+    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"Pop", L"Jazz"}));
+}
+
+TEST_F(SynchronisationTest, ReloadInABoxLeavesTheNewTreesNumbers)
+{
+    Add(L"r", L"Rock");
+    Start();
+    // In the tree before, the new cut's names are the second list; after the reload those of Jazz are.
+    Add(L"j", L"Jazz");
+    const auto cCut = Add(L"a", L"Pop");
+    cCut->AddCategoryName(L"");
+    cPorts.cMessages.OnShown = [&] {
+        cPorts.cMessages.OnShown = nullptr;
+        cCut->SetCategoryText(L"Jazz/Pop");
+        cLib.Populate();
+    };
+    Added({cCut});
+    EXPECT_EQ(Order(L"Pop", 1), Keys{L"a"});
+    cCut->SetCategoryText(L"Jazz");
+    Modified({cCut});
+    EXPECT_EQ(Order(L"Jazz", 1), (Keys{L"j", L"a"}));
+    EXPECT_EQ(Order(L"Pop", 1), Keys());
+}
+
 TEST_F(SynchronisationTest, ALevelAboveTheOneAUserMayTypeIsPlaced)
 {
     Start();
