@@ -2,8 +2,8 @@
 """documents.py TREE: refuses a document that names what is not there.
 
 Checks each *.md of the tree: links and their headings; paths into the source tree, with or without an extension;
-`CamelCase` names of the code. In the guide for host developers, the members and their parameters, against the interface definitions. In the
-architecture, the table of the layers, against the build files.
+`CamelCase` names of the code. In the guide for host developers, the members and their parameters, against the interface
+definitions. In the architecture, the table of the layers, against the build files.
 """
 import pathlib
 import re
