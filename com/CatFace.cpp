@@ -20,31 +20,19 @@ CatFace::CatFace(std::shared_ptr<clsCat> cCat)
 
 STDMETHODIMP CatFace::get_MainCat(_clsCat** pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return CatOut(m_cCat->MainCat()).Detach(); }); });
+    return Return(pVal, [&] { return CatOut(m_cCat->MainCat()); });
 }
 STDMETHODIMP CatFace::putref_MainCat(_clsCat* newVal)
 {
     return Guard([&] { m_cCat->SetMainCat(CatFrom(newVal)); });
 }
-STDMETHODIMP CatFace::put_CatName(BSTR newVal)
-{
-    return Guard([&] { m_cCat->SetCatName(TextOf(newVal)); });
-}
-STDMETHODIMP CatFace::get_CatName(BSTR* pVal)
-{
-    return Guard([&] { StoreIn(pVal, [&] { return NewBstr(m_cCat->CatName()); }); });
-}
-STDMETHODIMP CatFace::get_CatLevel(LONG* pVal)
-{
-    return Guard([&] { StoreIn(pVal, [&] { return m_cCat->CatLevel(); }); });
-}
-STDMETHODIMP CatFace::put_CatLevel(LONG newVal)
-{
-    return Guard([&] { m_cCat->SetCatLevel(static_cast<std::int32_t>(newVal)); });
-}
+STDMETHODIMP CatFace::put_CatName(BSTR newVal) { return Put(newVal, m_cCat, &clsCat::SetCatName); }
+STDMETHODIMP CatFace::get_CatName(BSTR* pVal) { return Get(pVal, m_cCat, &clsCat::CatName); }
+STDMETHODIMP CatFace::get_CatLevel(LONG* pVal) { return Get(pVal, m_cCat, &clsCat::CatLevel); }
+STDMETHODIMP CatFace::put_CatLevel(LONG newVal) { return Put(newVal, m_cCat, &clsCat::SetCatLevel); }
 STDMETHODIMP CatFace::get_Rules(_clsCatRules** pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return RulesOut(m_cCat->Rules()).Detach(); }); });
+    return Return(pVal, [&] { return RulesOut(m_cCat->Rules()); });
 }
 STDMETHODIMP CatFace::putref_Rules(_clsCatRules* newVal)
 {
@@ -52,12 +40,11 @@ STDMETHODIMP CatFace::putref_Rules(_clsCatRules* newVal)
 }
 STDMETHODIMP CatFace::get_AverageRunTimemS(LONG* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return m_cCat->AverageRunTimemS(); }); });
+    return Get(pVal, m_cCat, &clsCat::AverageRunTimemS);
 }
 STDMETHODIMP CatFace::get_SchedCuts(_clsCollection** pVal)
 {
-    return Guard(
-        [&] { StoreIn(pVal, [&] { return FaceOfCollection<CutAdapter>(m_cCat->SchedCuts()).Detach(); }); });
+    return Return(pVal, [&] { return FaceOfCollection<CutAdapter>(m_cCat->SchedCuts()); });
 }
 STDMETHODIMP CatFace::putref_SchedCuts(IDispatch* newVal)
 {
@@ -79,7 +66,7 @@ STDMETHODIMP CatFace::AddCut(_clsCut* cCut, VARIANT_BOOL* bCreatedNewSubCat, VAR
         };
         try
         {
-            StoreIn(pVal, [&] { return BoolOf(m_cCat->AddCut(CutFrom(cCut), bCreated)); });
+            StoreIn(pVal, [&] { return m_cCat->AddCut(CutFrom(cCut), bCreated); });
         }
         catch (const RuntimeError&)
         {
@@ -91,12 +78,9 @@ STDMETHODIMP CatFace::AddCut(_clsCut* cCut, VARIANT_BOOL* bCreatedNewSubCat, VAR
 }
 STDMETHODIMP CatFace::RemoveCut(_clsCut* cCut, VARIANT_BOOL* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cCat->RemoveCut(CutFrom(cCut))); }); });
+    return Return(pVal, [&] { return m_cCat->RemoveCut(CutFrom(cCut)); });
 }
-STDMETHODIMP CatFace::get_TotalCuts(LONG* pVal)
-{
-    return Guard([&] { StoreIn(pVal, [&] { return m_cCat->TotalCuts(); }); });
-}
+STDMETHODIMP CatFace::get_TotalCuts(LONG* pVal) { return Get(pVal, m_cCat, &clsCat::TotalCuts); }
 STDMETHODIMP CatFace::get_SubCats(_clsCollection** pVal)
 {
     // What comes through the collection is a level as well as what comes through AddSubCat.
@@ -107,22 +91,17 @@ STDMETHODIMP CatFace::get_SubCats(_clsCollection** pVal)
         cCat->RequireLevel(*cLevel);
         cLevel->SetMainCat(cCat);
     };
-    return Guard([&] {
-        StoreIn(pVal, [&] { return FaceOfCollection<CatAdapter>(m_cCat->SubCats(), accept).Detach(); });
-    });
+    return Return(pVal, [&] { return FaceOfCollection<CatAdapter>(m_cCat->SubCats(), accept); });
 }
 STDMETHODIMP CatFace::AddSubCat(_clsCat* cSubCat, VARIANT_BOOL* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cCat->AddSubCat(CatFrom(cSubCat))); }); });
+    return Return(pVal, [&] { return m_cCat->AddSubCat(CatFrom(cSubCat)); });
 }
 STDMETHODIMP CatFace::RemoveSubCat(_clsCat* cSubCat, VARIANT_BOOL* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cCat->RemoveSubCat(CatFrom(cSubCat))); }); });
+    return Return(pVal, [&] { return m_cCat->RemoveSubCat(CatFrom(cSubCat)); });
 }
-STDMETHODIMP CatFace::get_CatID(BSTR* pVal)
-{
-    return Guard([&] { StoreIn(pVal, [&] { return NewBstr(m_cCat->CatID()); }); });
-}
+STDMETHODIMP CatFace::get_CatID(BSTR* pVal) { return Get(pVal, m_cCat, &clsCat::CatID); }
 
 ComPtr<_clsCat> CatOut(const std::shared_ptr<clsCat>& cCat)
 {

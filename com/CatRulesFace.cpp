@@ -18,47 +18,41 @@ CatRulesFace::CatRulesFace(std::shared_ptr<clsCatRules> cRules)
 
 STDMETHODIMP CatRulesFace::get_AlbumSepMins(LONG* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return m_cRules->AlbumSepMins(); }); });
+    return Get(pVal, m_cRules, &clsCatRules::AlbumSepMins);
 }
 STDMETHODIMP CatRulesFace::put_AlbumSepMins(LONG newVal)
 {
-    return Guard([&] { m_cRules->SetAlbumSepMins(static_cast<std::int32_t>(newVal)); });
+    return Put(newVal, m_cRules, &clsCatRules::SetAlbumSepMins);
 }
-STDMETHODIMP CatRulesFace::put_CatID(BSTR newVal)
-{
-    return Guard([&] { m_cRules->SetCatID(TextOf(newVal)); });
-}
-STDMETHODIMP CatRulesFace::get_CatID(BSTR* pVal)
-{
-    return Guard([&] { StoreIn(pVal, [&] { return NewBstr(m_cRules->CatID()); }); });
-}
+STDMETHODIMP CatRulesFace::put_CatID(BSTR newVal) { return Put(newVal, m_cRules, &clsCatRules::SetCatID); }
+STDMETHODIMP CatRulesFace::get_CatID(BSTR* pVal) { return Get(pVal, m_cRules, &clsCatRules::CatID); }
 STDMETHODIMP CatRulesFace::get_ArtistSepMins(LONG* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return m_cRules->ArtistSepMins(); }); });
+    return Get(pVal, m_cRules, &clsCatRules::ArtistSepMins);
 }
 STDMETHODIMP CatRulesFace::put_ArtistSepMins(LONG newVal)
 {
-    return Guard([&] { m_cRules->SetArtistSepMins(static_cast<std::int32_t>(newVal)); });
+    return Put(newVal, m_cRules, &clsCatRules::SetArtistSepMins);
 }
 STDMETHODIMP CatRulesFace::get_TitleSepMins(LONG* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return m_cRules->TitleSepMins(); }); });
+    return Get(pVal, m_cRules, &clsCatRules::TitleSepMins);
 }
 STDMETHODIMP CatRulesFace::put_TitleSepMins(LONG newVal)
 {
-    return Guard([&] { m_cRules->SetTitleSepMins(static_cast<std::int32_t>(newVal)); });
+    return Put(newVal, m_cRules, &clsCatRules::SetTitleSepMins);
 }
 STDMETHODIMP CatRulesFace::get_IgnoreRules(VARIANT_BOOL* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cRules->IgnoreRules()); }); });
+    return Get(pVal, m_cRules, &clsCatRules::IgnoreRules);
 }
 STDMETHODIMP CatRulesFace::put_IgnoreRules(VARIANT_BOOL newVal)
 {
-    return Guard([&] { m_cRules->SetIgnoreRules(newVal != VARIANT_FALSE); });
+    return Put(newVal, m_cRules, &clsCatRules::SetIgnoreRules);
 }
 STDMETHODIMP CatRulesFace::SaveRules(VARIANT_BOOL* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cRules->SaveRules()); }); });
+    return Get(pVal, m_cRules, &clsCatRules::SaveRules);
 }
 
 ComPtr<_clsCatRules> RulesOut(const std::shared_ptr<clsCatRules>& cRules)

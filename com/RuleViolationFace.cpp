@@ -16,39 +16,39 @@ RuleViolationFace::RuleViolationFace() : Dispatch(identity) {}
 
 STDMETHODIMP RuleViolationFace::get_TitleMinsAgo(FLOAT* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return m_violation.TitleMinsAgo; }); });
+    return Get(pVal, &m_violation, &clsRuleViolation::TitleMinsAgo);
 }
 STDMETHODIMP RuleViolationFace::put_TitleMinsAgo(FLOAT newVal)
 {
-    return Guard([&] { m_violation.TitleMinsAgo = newVal; });
+    return Put(newVal, &m_violation, &clsRuleViolation::TitleMinsAgo);
 }
 STDMETHODIMP RuleViolationFace::get_ArtistMinsAgo(FLOAT* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return m_violation.ArtistMinsAgo; }); });
+    return Get(pVal, &m_violation, &clsRuleViolation::ArtistMinsAgo);
 }
 STDMETHODIMP RuleViolationFace::put_ArtistMinsAgo(FLOAT newVal)
 {
-    return Guard([&] { m_violation.ArtistMinsAgo = newVal; });
+    return Put(newVal, &m_violation, &clsRuleViolation::ArtistMinsAgo);
 }
 STDMETHODIMP RuleViolationFace::get_AlbumMinsAgo(FLOAT* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return m_violation.AlbumMinsAgo; }); });
+    return Get(pVal, &m_violation, &clsRuleViolation::AlbumMinsAgo);
 }
 STDMETHODIMP RuleViolationFace::put_AlbumMinsAgo(FLOAT newVal)
 {
-    return Guard([&] { m_violation.AlbumMinsAgo = newVal; });
+    return Put(newVal, &m_violation, &clsRuleViolation::AlbumMinsAgo);
 }
 STDMETHODIMP RuleViolationFace::get_ViolationIndex(LONG* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return m_violation.ViolationIndex; }); });
+    return Get(pVal, &m_violation, &clsRuleViolation::ViolationIndex);
 }
 STDMETHODIMP RuleViolationFace::put_ViolationIndex(LONG newVal)
 {
-    return Guard([&] { m_violation.ViolationIndex = static_cast<std::int32_t>(newVal); });
+    return Put(newVal, &m_violation, &clsRuleViolation::ViolationIndex);
 }
 STDMETHODIMP RuleViolationFace::get_Cut(_clsCut** pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return CutOut(m_violation.Cut).Detach(); }); });
+    return Return(pVal, [&] { return CutOut(m_violation.Cut); });
 }
 STDMETHODIMP RuleViolationFace::putref_Cut(_clsCut* newVal)
 {
@@ -56,8 +56,7 @@ STDMETHODIMP RuleViolationFace::putref_Cut(_clsCut* newVal)
 }
 STDMETHODIMP RuleViolationFace::get_Violation(::eRuleViolation* pVal)
 {
-    return Guard(
-        [&] { StoreIn(pVal, [&] { return static_cast<::eRuleViolation>(m_violation.Violation); }); });
+    return Guard([&] { Out(pVal) = static_cast<::eRuleViolation>(m_violation.Violation); });
 }
 STDMETHODIMP RuleViolationFace::put_Violation(::eRuleViolation newVal)
 {
@@ -65,11 +64,11 @@ STDMETHODIMP RuleViolationFace::put_Violation(::eRuleViolation newVal)
 }
 STDMETHODIMP RuleViolationFace::get_MinsAgo(FLOAT* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return m_violation.MinsAgo; }); });
+    return Get(pVal, &m_violation, &clsRuleViolation::MinsAgo);
 }
 STDMETHODIMP RuleViolationFace::put_MinsAgo(FLOAT newVal)
 {
-    return Guard([&] { m_violation.MinsAgo = newVal; });
+    return Put(newVal, &m_violation, &clsRuleViolation::MinsAgo);
 }
 
 } // namespace ravlo

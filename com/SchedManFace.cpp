@@ -36,8 +36,7 @@ std::int32_t ErrorNumber(HRESULT hResult)
 
 Variant Text(const std::wstring& sText) { return Variant(std::wstring_view(sText)); }
 
-// Puts a new value where the caller keeps one that comes back; what was there is let go. A caller that gives
-// no place does not want it.
+// Replaces and releases what a by-reference argument holds. Does nothing for a caller that gives no place.
 void Replace(_clsCat** ppTarget, const std::shared_ptr<clsCat>& cCat)
 {
     if (ppTarget)
@@ -57,7 +56,7 @@ ComPtr<_clsCollection> CollectionOut(const std::shared_ptr<OrderedKeyedCollectio
     return FaceOfCollection<Adapter>(colItems);
 }
 
-// A collection of its own, keyed by the cuts' keys.
+// A new collection, keyed by the cuts' keys.
 ComPtr<_clsCollection> CollectionOfCuts(const Cuts& colCuts)
 {
     const auto colResult = std::make_shared<CutCollection>();
@@ -75,7 +74,7 @@ struct KeyedItem
     std::optional<std::wstring> sKey;
 };
 
-// The items of an automation collection. Only this library's own collections tell their items' keys.
+// The items of an automation collection. The keys are known for this library's own collections only.
 std::vector<KeyedItem> ItemsOf(const ComPtr<IDispatch>& colItems)
 {
     std::vector<KeyedItem> colResult;
@@ -93,7 +92,7 @@ std::vector<KeyedItem> ItemsOf(const ComPtr<IDispatch>& colItems)
     return colResult;
 }
 
-// Adds the categories that colTarget does not hold yet, under their names.
+// Adds the categories that colTarget does not contain yet, under their names.
 void AddMissing(const CatCollection& colFound, _clsCollection& colTarget)
 {
     for (std::size_t i = 0; i < colFound.Count(); ++i)
@@ -130,18 +129,20 @@ SchedManFace::~SchedManFace()
 }
 
 // Runs a member that takes the items of a host's collection. An item of another kind, and an object that is
-// no collection, are errors of the member like every other: shown under its title, and nothing is done.
+// no collection, are errors of the member like any other: shown under its title, and nothing is done.
 template <class Result, class Body>
 Result SchedManFace::WithItems(const wchar_t* sTitle, Result failure, Body&& body)
 {
     return TrapCritical(m_cSchedMan->Mod(), sTitle, std::move(failure), std::forward<Body>(body));
 }
+template <class Body> void SchedManFace::WithItems(const wchar_t* sTitle, Body&& body)
+{
+    TrapCritical(m_cSchedMan->Mod(), sTitle, std::forward<Body>(body));
+}
 
 STDMETHODIMP SchedManFace::get_colIllegalChars(_clsCollection** pVal)
 {
-    return Guard([&] {
-        StoreIn(pVal, [&] { return CollectionOut<TextAdapter>(m_cSchedMan->colIllegalChars()).Detach(); });
-    });
+    return Return(pVal, [&] { return CollectionOut<TextAdapter>(m_cSchedMan->colIllegalChars()); });
 }
 
 STDMETHODIMP SchedManFace::RaiseEditRequestCutEvent(_clsCut* cCut, VARIANT* Result)
@@ -151,42 +152,31 @@ STDMETHODIMP SchedManFace::RaiseEditRequestCutEvent(_clsCut* cCut, VARIANT* Resu
 
 STDMETHODIMP SchedManFace::get_ArtistHistoryCut(BSTR sArtist, _clsCut** pVal)
 {
-    return Guard([&] {
-        StoreIn(pVal, [&] { return CutOut(m_cSchedMan->ArtistHistoryCut(TextOf(sArtist))).Detach(); });
-    });
+    return Return(pVal, [&] { return CutOut(m_cSchedMan->ArtistHistoryCut(TextOf(sArtist))); });
 }
 STDMETHODIMP SchedManFace::get_AlbumHistoryCut(BSTR sAlbum, _clsCut** pVal)
 {
-    return Guard([&] {
-        StoreIn(pVal, [&] { return CutOut(m_cSchedMan->AlbumHistoryCut(TextOf(sAlbum))).Detach(); });
-    });
+    return Return(pVal, [&] { return CutOut(m_cSchedMan->AlbumHistoryCut(TextOf(sAlbum))); });
 }
 STDMETHODIMP SchedManFace::get_TitleHistoryCut(BSTR sTitle, _clsCut** pVal)
 {
-    return Guard([&] {
-        StoreIn(pVal, [&] { return CutOut(m_cSchedMan->TitleHistoryCut(TextOf(sTitle))).Detach(); });
-    });
+    return Return(pVal, [&] { return CutOut(m_cSchedMan->TitleHistoryCut(TextOf(sTitle))); });
 }
 
 STDMETHODIMP SchedManFace::get_DataBase(_clsDataBase** pVal)
 {
-    return Guard([&] {
-        // Whatever was handed in at this edge came as a HostDatabase.
+    return Return(pVal, [&] {
+        // Each database that came through this face is a HostDatabase.
         const auto cDataBase = std::dynamic_pointer_cast<HostDatabase>(m_cSchedMan->DataBase());
-        StoreIn(pVal, [&] { return cDataBase ? ComPtr<_clsDataBase>(cDataBase->Host()).Detach() : nullptr; });
+        return cDataBase ? cDataBase->Host() : nullptr;
     });
 }
 
-STDMETHODIMP SchedManFace::get_AppPath(BSTR* pVal)
-{
-    return Guard([&] { StoreIn(pVal, [&] { return NewBstr(m_cSchedMan->AppPath()); }); });
-}
+STDMETHODIMP SchedManFace::get_AppPath(BSTR* pVal) { return Get(pVal, m_cSchedMan, &clsSchedMan::AppPath); }
 
 STDMETHODIMP SchedManFace::colSavedCatNames(_clsCollection** pVal)
 {
-    return Guard([&] {
-        StoreIn(pVal, [&] { return CollectionOut<TextAdapter>(m_cSchedMan->colSavedCatNames()).Detach(); });
-    });
+    return Return(pVal, [&] { return CollectionOut<TextAdapter>(m_cSchedMan->colSavedCatNames()); });
 }
 
 STDMETHODIMP SchedManFace::PopulateFromDataBase(_clsDataBase* cDataBase, BSTR strAppPath)
@@ -196,44 +186,34 @@ STDMETHODIMP SchedManFace::PopulateFromDataBase(_clsDataBase* cDataBase, BSTR st
 
 STDMETHODIMP SchedManFace::get_colMainCats(_clsCollection** pVal)
 {
-    return Guard([&] {
-        StoreIn(pVal, [&] { return CollectionOut<CatAdapter>(m_cSchedMan->colMainCats()).Detach(); });
-    });
+    return Return(pVal, [&] { return CollectionOut<CatAdapter>(m_cSchedMan->colMainCats()); });
 }
 
 STDMETHODIMP SchedManFace::get_colCuts(BSTR sCatName, LONG lCatLevel, _clsCollection** pVal)
 {
-    return Guard([&] {
-        const auto colCuts = m_cSchedMan->colCuts(TextOf(sCatName), static_cast<std::int32_t>(lCatLevel));
-        StoreIn(pVal, [&] { return CollectionOut<CutAdapter>(colCuts).Detach(); });
+    return Return(pVal, [&] {
+        return CollectionOut<CutAdapter>(m_cSchedMan->colCuts(TextOf(sCatName), FromHost(lCatLevel)));
     });
 }
 
 STDMETHODIMP SchedManFace::SaveCatNames(VARIANT_BOOL* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cSchedMan->SaveCatNames()); }); });
+    return Get(pVal, m_cSchedMan, &clsSchedMan::SaveCatNames);
 }
 STDMETHODIMP SchedManFace::SaveHistoryAndOrdering(_clsCat* cMainCat, VARIANT_BOOL* pVal)
 {
-    return Guard([&] {
-        StoreIn(pVal, [&] { return BoolOf(m_cSchedMan->SaveHistoryAndOrdering(CatFrom(cMainCat))); });
-    });
+    return Return(pVal, [&] { return m_cSchedMan->SaveHistoryAndOrdering(CatFrom(cMainCat)); });
 }
 
 STDMETHODIMP SchedManFace::ShowLibraryUI()
 {
-    return Guard([&] {
-        // A host may let go of the manager while its window shows.
-        const ComPtr<_clsSchedMan> cKeepAlive(this);
-        m_cSchedMan->ShowLibraryUI();
-    });
+    return Guard([&] { m_cSchedMan->ShowLibraryUI(); });
 }
-// Fills a host's view. Logs its errors and returns them to the host. Keeps the manager alive, because the
-// view may release it during the call.
+
+// Fills a host's view. Logs its errors and returns them to the host.
 template <class Body> HRESULT SchedManFace::FillHostsView(const wchar_t* sWhere, Body&& body)
 {
     return Guard([&] {
-        const ComPtr<_clsSchedMan> cKeepAlive(this);
         try
         {
             body();
@@ -288,10 +268,8 @@ STDMETHODIMP SchedManFace::MoveCutsInCategory(_clsCat* cCat, IDispatch* colCutsI
 {
     return Guard([&] {
         const auto cTarget = CatFrom(cCat);
-        WithItems(L"Error in InsertCuts [cSchedMan]", false, [&] {
-            m_cSchedMan->MoveCutsInCategory(cTarget, CutsOrNone(colCutsInsert),
-                                            static_cast<std::int32_t>(PosInto));
-            return true;
+        WithItems(L"Error in InsertCuts [cSchedMan]", [&] {
+            m_cSchedMan->MoveCutsInCategory(cTarget, CutsOrNone(colCutsInsert), FromHost(PosInto));
         });
     });
 }
@@ -299,7 +277,7 @@ STDMETHODIMP SchedManFace::RandomizeCollection(VARIANT* ColNew)
 {
     return Guard([&] {
         VARIANT& colNew = Out(ColNew);
-        TrapCritical(m_cSchedMan->Mod(), L"Error in Randomize Collection ", false, [&] {
+        WithItems(L"Error in Randomize Collection ", [&] {
             const auto colItems = ItemsOf(ObjectIn<IDispatch>(colNew));
             const auto colShuffled = std::make_shared<ItemCollection>();
             for (const std::size_t position : m_cSchedMan->RandomOrderOf(colItems.size()))
@@ -309,33 +287,29 @@ STDMETHODIMP SchedManFace::RandomizeCollection(VARIANT* ColNew)
                 colShuffled->Insert(colShuffled->Count(), item.sKey ? &cKey : nullptr, item.cItem);
             }
             StoreThrough(colNew, Variant(static_cast<IDispatch*>(NewCollection(colShuffled).Get())));
-            return true;
         });
     });
 }
 STDMETHODIMP SchedManFace::ShuffleCategories(IDispatch* colCats, VARIANT_BOOL bConfirmFirst)
 {
     return Guard([&] {
-        WithItems(L"Error in ShuffleCategories [cSchedMan]", false, [&] {
-            m_cSchedMan->ShuffleCategories(CatsIn(colCats), bConfirmFirst != VARIANT_FALSE);
-            return true;
-        });
+        WithItems(L"Error in ShuffleCategories [cSchedMan]",
+                  [&] { m_cSchedMan->ShuffleCategories(CatsIn(colCats), FromHost(bConfirmFirst)); });
     });
 }
 STDMETHODIMP SchedManFace::CreateMainCat(BSTR* sName, VARIANT_BOOL* pVal)
 {
-    return Guard([&] {
-        VARIANT_BOOL& bResult = Out(pVal);
+    return Return(pVal, [&] {
         std::wstring sNameUsed = sName ? TextOf(*sName) : std::wstring();
-        bResult = BoolOf(m_cSchedMan->CreateMainCat(sNameUsed));
-        if (bResult != VARIANT_FALSE)
+        const bool bCreated = m_cSchedMan->CreateMainCat(sNameUsed);
+        if (bCreated)
             Replace(sName, sNameUsed);
+        return bCreated;
     });
 }
 STDMETHODIMP SchedManFace::CreateCatLevel(_clsCat* cMainCatIn, VARIANT_BOOL* pVal)
 {
-    return Guard(
-        [&] { StoreIn(pVal, [&] { return BoolOf(m_cSchedMan->CreateCatLevel(CatFrom(cMainCatIn))); }); });
+    return Return(pVal, [&] { return m_cSchedMan->CreateCatLevel(CatFrom(cMainCatIn)); });
 }
 
 STDMETHODIMP SchedManFace::UpdateArtistTitleHistory(_clsCut* cCut)
@@ -345,11 +319,8 @@ STDMETHODIMP SchedManFace::UpdateArtistTitleHistory(_clsCut* cCut)
 
 STDMETHODIMP SchedManFace::ListCats(IDispatch* colCats, BSTR* pVal)
 {
-    return Guard([&] {
-        const auto list = [&] { return m_cSchedMan->ListCats(CatsIn(colCats)); };
-        StoreIn(pVal,
-                [&] { return NewBstr(WithItems(L"Error in ListCats [cSchedMan]", std::wstring(), list)); });
-    });
+    const auto list = [&] { return m_cSchedMan->ListCats(CatsIn(colCats)); };
+    return Return(pVal, [&] { return WithItems(L"Error in ListCats [cSchedMan]", std::wstring(), list); });
 }
 
 STDMETHODIMP SchedManFace::RemoveCutFromCategory(_clsCat* cMainCat, _clsCut* cCut,
@@ -359,7 +330,7 @@ STDMETHODIMP SchedManFace::RemoveCutFromCategory(_clsCat* cMainCat, _clsCut* cCu
         _clsCollection*& colAffected = Out(colMainCatsIN);
         const auto colFound = std::make_shared<CatCollection>();
         m_cSchedMan->RemoveCutFromCategory(CatFrom(cMainCat), CutFrom(cCut), *colFound,
-                                           static_cast<std::int32_t>(LevelToRemoveFrom));
+                                           FromHost(LevelToRemoveFrom));
         if (!colAffected)
             colAffected = CollectionOut<CatAdapter>(colFound).Detach();
         else
@@ -369,10 +340,8 @@ STDMETHODIMP SchedManFace::RemoveCutFromCategory(_clsCat* cMainCat, _clsCut* cCu
 
 STDMETHODIMP SchedManFace::DeleteCats(IDispatch* colCats, VARIANT_BOOL* pVal)
 {
-    return Guard([&] {
-        const auto remove = [&] { return m_cSchedMan->DeleteCats(CatsIn(colCats)); };
-        StoreIn(pVal, [&] { return BoolOf(WithItems(L"Error in DeleteCats [cSchedMan]", false, remove)); });
-    });
+    const auto remove = [&] { return m_cSchedMan->DeleteCats(CatsIn(colCats)); };
+    return Return(pVal, [&] { return WithItems(L"Error in DeleteCats [cSchedMan]", false, remove); });
 }
 STDMETHODIMP SchedManFace::DoMassCatChange(::eCatDragOptions eCatDragOption, IDispatch* colSubCatsFrom,
                                            _clsCat* cSubCatTo, IDispatch* colCutsToChange,
@@ -381,10 +350,9 @@ STDMETHODIMP SchedManFace::DoMassCatChange(::eCatDragOptions eCatDragOption, IDi
     return Guard([&] {
         bool bCreated = false;
         const auto cTo = CatFrom(cSubCatTo);
-        WithItems(L"Error in DoMassCatChange [cSchedMan]", false, [&] {
+        WithItems(L"Error in DoMassCatChange [cSchedMan]", [&] {
             m_cSchedMan->DoMassCatChange(static_cast<eCatDragOptions>(eCatDragOption), CatsIn(colSubCatsFrom),
                                          cTo, CutsOrNone(colCutsToChange), bCreated);
-            return true;
         });
         if (bCreated && bCreatedNewSubCats)
             *bCreatedNewSubCats = VARIANT_TRUE;
@@ -396,15 +364,14 @@ STDMETHODIMP SchedManFace::ShowCatUI(_clsCat** cMainCatChosen, _clsCat** cSubCat
                                      VARIANT* pVal)
 {
     return Guard([&] {
-        const ComPtr<_clsSchedMan> cKeepAlive(this);
         VARIANT& result = Out(pVal);
         CategoryRequest request;
         request.cMainCatChosen = CatFrom(cMainCatChosen ? *cMainCatChosen : nullptr);
         request.cSubCatChosen = CatFrom(cSubCatChosen ? *cSubCatChosen : nullptr);
         request.bOpenerChosen = bOpenerChosen && *bOpenerChosen != VARIANT_FALSE;
         request.sCaption = TextOf(sCaption);
-        request.bAllowNew = bAllowNew != VARIANT_FALSE;
-        request.bAllowMultiSelect = bAllowMultiSelect != VARIANT_FALSE;
+        request.bAllowNew = FromHost(bAllowNew);
+        request.bAllowMultiSelect = FromHost(bAllowMultiSelect);
         request.cCut = CutFrom(cCut);
         const std::int32_t lAnswer = m_cSchedMan->ShowCatUI(request);
         if (lAnswer == lChosen)
@@ -433,8 +400,8 @@ STDMETHODIMP SchedManFace::get_NextCutFromRotation(BSTR strSubCatKey, VARIANT_BO
         std::shared_ptr<clsCat> cSubCatFound;
         std::wstring sMainCatKeyFound;
         const auto cCut = m_cSchedMan->NextCutFromRotation(
-            TextOf(strSubCatKey), bMustBeOpener != VARIANT_FALSE, CutFrom(cPrevSchedCut), cMainCatFound,
-            cSubCatFound, sMainCatKeyFound, bForEditablePlaylist != VARIANT_FALSE, bSave != VARIANT_FALSE);
+            TextOf(strSubCatKey), FromHost(bMustBeOpener), CutFrom(cPrevSchedCut), cMainCatFound,
+            cSubCatFound, sMainCatKeyFound, FromHost(bForEditablePlaylist), FromHost(bSave));
         Replace(cMainCat, cMainCatFound);
         Replace(cSubCat, cSubCatFound);
         Replace(sMainCatKey, sMainCatKeyFound);
@@ -444,11 +411,11 @@ STDMETHODIMP SchedManFace::get_NextCutFromRotation(BSTR strSubCatKey, VARIANT_BO
 
 STDMETHODIMP SchedManFace::get_RotatesAllowed(VARIANT_BOOL* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cSchedMan->RotatesAllowed()); }); });
+    return Get(pVal, m_cSchedMan, &clsSchedMan::RotatesAllowed);
 }
 STDMETHODIMP SchedManFace::put_RotatesAllowed(VARIANT_BOOL newVal)
 {
-    return Guard([&] { m_cSchedMan->SetRotatesAllowed(newVal != VARIANT_FALSE); });
+    return Put(newVal, m_cSchedMan, &clsSchedMan::SetRotatesAllowed);
 }
 STDMETHODIMP SchedManFace::ShowHelp()
 {
@@ -456,7 +423,7 @@ STDMETHODIMP SchedManFace::ShowHelp()
 }
 STDMETHODIMP SchedManFace::get_UIShowing(VARIANT_BOOL* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return BoolOf(m_cSchedMan->UIShowing()); }); });
+    return Get(pVal, m_cSchedMan, &clsSchedMan::UIShowing);
 }
 STDMETHODIMP SchedManFace::ReloadAll()
 {

@@ -71,6 +71,7 @@ protected:
 private:
     template <class Body> HRESULT FillHostsView(const wchar_t* sWhere, Body&& body);
     template <class Result, class Body> Result WithItems(const wchar_t* sTitle, Result failure, Body&& body);
+    template <class Body> void WithItems(const wchar_t* sTitle, Body&& body);
     void ShowHelpEvent() override;
     void ProgressStart(const std::wstring& sReason, std::int32_t lMax) override;
     void Progress(const std::wstring& strProgress, std::int32_t lCount, std::int32_t lMax) override;

@@ -104,7 +104,7 @@ public:
     STDMETHODIMP Clone(IEnumVARIANT** ppEnum) override
     {
         return GuardAs(IID_IEnumVARIANT, CollectionFace::identity.sProgID, [&] {
-            StoreIn(ppEnum, [&] { return NewObject<Enumerator>(m_cOwner, m_count, m_at, m_next).Detach(); });
+            StoreIn(ppEnum, [&] { return NewObject<Enumerator>(m_cOwner, m_count, m_at, m_next); });
         });
     }
 
@@ -139,18 +139,16 @@ STDMETHODIMP CollectionFace::Add(VARIANT Item, VARIANT Key, VARIANT Before, VARI
 
 STDMETHODIMP CollectionFace::get_Item(VARIANT Index, VARIANT* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return m_cModel->At(Locate(*m_cModel, Index)).Detach(); }); });
+    return Return(pVal, [&] { return m_cModel->At(Locate(*m_cModel, Index)); });
 }
 
 STDMETHODIMP CollectionFace::Exists(VARIANT Key, VARIANT_BOOL* pVal)
 {
-    return Guard([&] {
-        VARIANT_BOOL& bExists = Out(pVal);
+    return Return(pVal, [&] {
         const Variant cKey = Variant::Dereferenced(Key);
-        if (cKey.vt == VT_BSTR)
-            bExists = BoolOf(m_cModel->PositionOf(TextOf(cKey.bstrVal)).has_value());
-        else
-            bExists = BoolOf(FindPosition(cKey, m_cModel->Count()).has_value());
+        const auto position = cKey.vt == VT_BSTR ? m_cModel->PositionOf(TextOf(cKey.bstrVal))
+                                                 : FindPosition(cKey, m_cModel->Count());
+        return position.has_value();
     });
 }
 
@@ -161,24 +159,16 @@ STDMETHODIMP CollectionFace::Remove(VARIANT Index)
 
 STDMETHODIMP CollectionFace::get_Count(LONG* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return static_cast<LONG>(m_cModel->Count()); }); });
+    return Return(pVal, [&] { return static_cast<LONG>(m_cModel->Count()); });
 }
 
 STDMETHODIMP CollectionFace::get__NewEnum(IUnknown** ppEnum)
 {
-    return Guard([&] {
-        CollectionModel* pModel = m_cModel.get(); // lives as long as its owner, which the enumerator holds
-        StoreIn(ppEnum, [&] {
-            return NewEnumerator(
-                       ComPtr<IUnknown>(static_cast<_clsCollection*>(this)),
-                       [pModel] {
-                return pModel->Count();
-                       },
-                       [pModel](std::size_t position) {
-                return pModel->At(position);
-            }).Detach();
-        });
-    });
+    CollectionModel* const pModel = m_cModel.get(); // lives as long as its owner, which the enumerator holds
+    const auto count = [pModel] { return pModel->Count(); };
+    const auto at = [pModel](std::size_t position) { return pModel->At(position); };
+    const ComPtr<IUnknown> cSelf(static_cast<_clsCollection*>(this));
+    return Return(ppEnum, [&] { return NewEnumerator(cSelf, count, at); });
 }
 
 ComPtr<CollectionFace> NewCollection(const std::shared_ptr<ItemCollection>& colItems)

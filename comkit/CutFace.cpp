@@ -88,93 +88,58 @@ STDMETHODIMP CutFace::Revision(hyper* pVal)
     return S_OK;
 }
 
-HRESULT CutFace::Get(BSTR* pVal, std::wstring (Cut::*get)() const) noexcept
-{
-    return Guard([&] { StoreIn(pVal, [&] { return NewBstr((*m_cCut.*get)()); }); });
-}
-HRESULT CutFace::Get(LONG* pVal, std::int32_t (Cut::*get)() const) noexcept
-{
-    return Guard([&] { StoreIn(pVal, [&] { return (*m_cCut.*get)(); }); });
-}
-HRESULT CutFace::Get(VARIANT_BOOL* pVal, bool (Cut::*get)() const) noexcept
-{
-    return Guard([&] { StoreIn(pVal, [&] { return BoolOf((*m_cCut.*get)()); }); });
-}
-HRESULT CutFace::Put(BSTR newVal, void (Cut::*set)(const std::wstring&)) noexcept
-{
-    return Guard([&] { (*m_cCut.*set)(TextOf(newVal)); });
-}
-HRESULT CutFace::Put(LONG newVal, void (Cut::*set)(std::int32_t)) noexcept
-{
-    return Guard([&] { (*m_cCut.*set)(static_cast<std::int32_t>(newVal)); });
-}
-HRESULT CutFace::Put(VARIANT_BOOL newVal, void (Cut::*set)(bool)) noexcept
-{
-    return Guard([&] { (*m_cCut.*set)(newVal != VARIANT_FALSE); });
-}
-
-STDMETHODIMP CutFace::get_ID(LONG* pVal) { return Get(pVal, &Cut::ID); }
+STDMETHODIMP CutFace::get_ID(LONG* pVal) { return Get(pVal, m_cCut, &Cut::ID); }
 STDMETHODIMP CutFace::get_Key(BSTR* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return NewBstr(m_cCut->Key().Text()); }); });
+    return Return(pVal, [&] { return m_cCut->Key().Text(); });
 }
-STDMETHODIMP CutFace::put_Key(BSTR newVal) { return Put(newVal, &Cut::SetKey); }
-STDMETHODIMP CutFace::get_SecondaryKey(BSTR* pVal) { return Get(pVal, &Cut::SecondaryKey); }
-STDMETHODIMP CutFace::put_SecondaryKey(BSTR newVal) { return Put(newVal, &Cut::SetSecondaryKey); }
-STDMETHODIMP CutFace::get_Path(BSTR* pVal) { return Get(pVal, &Cut::Path); }
-STDMETHODIMP CutFace::put_Path(BSTR newVal) { return Put(newVal, &Cut::SetPath); }
-STDMETHODIMP CutFace::get_Artist(BSTR* pVal) { return Get(pVal, &Cut::Artist); }
-STDMETHODIMP CutFace::put_Artist(BSTR newVal) { return Put(newVal, &Cut::SetArtist); }
-STDMETHODIMP CutFace::get_Title(BSTR* pVal) { return Get(pVal, &Cut::Title); }
-STDMETHODIMP CutFace::put_Title(BSTR newVal) { return Put(newVal, &Cut::SetTitle); }
-STDMETHODIMP CutFace::get_Album(BSTR* pVal) { return Get(pVal, &Cut::Album); }
-STDMETHODIMP CutFace::put_Album(BSTR newVal) { return Put(newVal, &Cut::SetAlbum); }
-STDMETHODIMP CutFace::get_Year(LONG* pVal) { return Get(pVal, &Cut::Year); }
-STDMETHODIMP CutFace::put_Year(LONG newVal) { return Put(newVal, &Cut::SetYear); }
-STDMETHODIMP CutFace::get_CatLevel(LONG* pVal) { return Get(pVal, &Cut::CatLevel); }
-STDMETHODIMP CutFace::put_CatLevel(LONG newVal) { return Put(newVal, &Cut::SetCatLevel); }
-STDMETHODIMP CutFace::get_CategoryText(BSTR* pVal) { return Get(pVal, &Cut::CategoryText); }
-STDMETHODIMP CutFace::put_CategoryText(BSTR newVal) { return Put(newVal, &Cut::SetCategoryText); }
+STDMETHODIMP CutFace::put_Key(BSTR newVal) { return Put(newVal, m_cCut, &Cut::SetKey); }
+STDMETHODIMP CutFace::get_SecondaryKey(BSTR* pVal) { return Get(pVal, m_cCut, &Cut::SecondaryKey); }
+STDMETHODIMP CutFace::put_SecondaryKey(BSTR newVal) { return Put(newVal, m_cCut, &Cut::SetSecondaryKey); }
+STDMETHODIMP CutFace::get_Path(BSTR* pVal) { return Get(pVal, m_cCut, &Cut::Path); }
+STDMETHODIMP CutFace::put_Path(BSTR newVal) { return Put(newVal, m_cCut, &Cut::SetPath); }
+STDMETHODIMP CutFace::get_Artist(BSTR* pVal) { return Get(pVal, m_cCut, &Cut::Artist); }
+STDMETHODIMP CutFace::put_Artist(BSTR newVal) { return Put(newVal, m_cCut, &Cut::SetArtist); }
+STDMETHODIMP CutFace::get_Title(BSTR* pVal) { return Get(pVal, m_cCut, &Cut::Title); }
+STDMETHODIMP CutFace::put_Title(BSTR newVal) { return Put(newVal, m_cCut, &Cut::SetTitle); }
+STDMETHODIMP CutFace::get_Album(BSTR* pVal) { return Get(pVal, m_cCut, &Cut::Album); }
+STDMETHODIMP CutFace::put_Album(BSTR newVal) { return Put(newVal, m_cCut, &Cut::SetAlbum); }
+STDMETHODIMP CutFace::get_Year(LONG* pVal) { return Get(pVal, m_cCut, &Cut::Year); }
+STDMETHODIMP CutFace::put_Year(LONG newVal) { return Put(newVal, m_cCut, &Cut::SetYear); }
+STDMETHODIMP CutFace::get_CatLevel(LONG* pVal) { return Get(pVal, m_cCut, &Cut::CatLevel); }
+STDMETHODIMP CutFace::put_CatLevel(LONG newVal) { return Put(newVal, m_cCut, &Cut::SetCatLevel); }
+STDMETHODIMP CutFace::get_CategoryText(BSTR* pVal) { return Get(pVal, m_cCut, &Cut::CategoryText); }
+STDMETHODIMP CutFace::put_CategoryText(BSTR newVal) { return Put(newVal, m_cCut, &Cut::SetCategoryText); }
 
 STDMETHODIMP CutFace::get_Categories(_clsCollection** pVal)
 {
-    return Guard([&] {
-        StoreIn(pVal, [&] {
-            return FaceMap<CollectionFace>::Instance()
-                .Get(
-                    m_cCut.get(),
-                    [&] {
-                return NewObject<CollectionFace>(m_cCut.get(), std::make_unique<CategoriesModel>(m_cCut));
-                    })
-                .Detach();
-        });
-    });
+    const auto make = [&] {
+        return NewObject<CollectionFace>(m_cCut.get(), std::make_unique<CategoriesModel>(m_cCut));
+    };
+    return Return(pVal, [&] { return FaceMap<CollectionFace>::Instance().Get(m_cCut.get(), make); });
 }
 
-STDMETHODIMP CutFace::get_RunTimemS(LONG* pVal) { return Get(pVal, &Cut::RunTimemS); }
-STDMETHODIMP CutFace::put_RunTimemS(LONG newVal) { return Put(newVal, &Cut::SetRunTimemS); }
-STDMETHODIMP CutFace::get_DurationmS(LONG* pVal) { return Get(pVal, &Cut::DurationmS); }
-STDMETHODIMP CutFace::put_DurationmS(LONG newVal) { return Put(newVal, &Cut::SetDurationmS); }
-STDMETHODIMP CutFace::get_DurationText(BSTR* pVal) { return Get(pVal, &Cut::DurationText); }
-STDMETHODIMP CutFace::get_LastPlayed(DATE* pVal)
+STDMETHODIMP CutFace::get_RunTimemS(LONG* pVal) { return Get(pVal, m_cCut, &Cut::RunTimemS); }
+STDMETHODIMP CutFace::put_RunTimemS(LONG newVal) { return Put(newVal, m_cCut, &Cut::SetRunTimemS); }
+STDMETHODIMP CutFace::get_DurationmS(LONG* pVal) { return Get(pVal, m_cCut, &Cut::DurationmS); }
+STDMETHODIMP CutFace::put_DurationmS(LONG newVal) { return Put(newVal, m_cCut, &Cut::SetDurationmS); }
+STDMETHODIMP CutFace::get_DurationText(BSTR* pVal) { return Get(pVal, m_cCut, &Cut::DurationText); }
+STDMETHODIMP CutFace::get_LastPlayed(DATE* pVal) { return Get(pVal, m_cCut, &Cut::LastPlayed); }
+STDMETHODIMP CutFace::put_LastPlayed(DATE newVal) { return Put(newVal, m_cCut, &Cut::SetLastPlayed); }
+STDMETHODIMP CutFace::get_Opener(VARIANT_BOOL* pVal) { return Get(pVal, m_cCut, &Cut::Opener); }
+STDMETHODIMP CutFace::put_Opener(VARIANT_BOOL newVal) { return Put(newVal, m_cCut, &Cut::SetOpener); }
+STDMETHODIMP CutFace::get_CategoryKey(BSTR* pVal) { return Get(pVal, m_cCut, &Cut::CategoryKey); }
+STDMETHODIMP CutFace::put_CategoryKey(BSTR newVal) { return Put(newVal, m_cCut, &Cut::SetCategoryKey); }
+STDMETHODIMP CutFace::get_MustBeOpener(VARIANT_BOOL* pVal) { return Get(pVal, m_cCut, &Cut::MustBeOpener); }
+STDMETHODIMP CutFace::put_MustBeOpener(VARIANT_BOOL newVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return m_cCut->LastPlayed(); }); });
+    return Put(newVal, m_cCut, &Cut::SetMustBeOpener);
 }
-STDMETHODIMP CutFace::put_LastPlayed(DATE newVal)
-{
-    return Guard([&] { m_cCut->SetLastPlayed(newVal); });
-}
-STDMETHODIMP CutFace::get_Opener(VARIANT_BOOL* pVal) { return Get(pVal, &Cut::Opener); }
-STDMETHODIMP CutFace::put_Opener(VARIANT_BOOL newVal) { return Put(newVal, &Cut::SetOpener); }
-STDMETHODIMP CutFace::get_CategoryKey(BSTR* pVal) { return Get(pVal, &Cut::CategoryKey); }
-STDMETHODIMP CutFace::put_CategoryKey(BSTR newVal) { return Put(newVal, &Cut::SetCategoryKey); }
-STDMETHODIMP CutFace::get_MustBeOpener(VARIANT_BOOL* pVal) { return Get(pVal, &Cut::MustBeOpener); }
-STDMETHODIMP CutFace::put_MustBeOpener(VARIANT_BOOL newVal) { return Put(newVal, &Cut::SetMustBeOpener); }
-STDMETHODIMP CutFace::get_KindCode(LONG* pVal) { return Get(pVal, &Cut::KindCode); }
-STDMETHODIMP CutFace::put_KindCode(LONG newVal) { return Put(newVal, &Cut::SetKindCode); }
+STDMETHODIMP CutFace::get_KindCode(LONG* pVal) { return Get(pVal, m_cCut, &Cut::KindCode); }
+STDMETHODIMP CutFace::put_KindCode(LONG newVal) { return Put(newVal, m_cCut, &Cut::SetKindCode); }
 STDMETHODIMP CutFace::CloneCut(_clsCut** pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return CutOut(m_cCut->CloneCut()).Detach(); }); });
+    return Return(pVal, [&] { return CutOut(m_cCut->CloneCut()); });
 }
 
 ComPtr<_clsCut> CutOut(const std::shared_ptr<Cut>& cCut)

@@ -66,13 +66,6 @@ public:
     static const ClassIdentity identity;
 
 private:
-    HRESULT Get(BSTR* pVal, std::wstring (Cut::*get)() const) noexcept;
-    HRESULT Get(LONG* pVal, std::int32_t (Cut::*get)() const) noexcept;
-    HRESULT Get(VARIANT_BOOL* pVal, bool (Cut::*get)() const) noexcept;
-    HRESULT Put(BSTR newVal, void (Cut::*set)(const std::wstring&)) noexcept;
-    HRESULT Put(LONG newVal, void (Cut::*set)(std::int32_t)) noexcept;
-    HRESULT Put(VARIANT_BOOL newVal, void (Cut::*set)(bool)) noexcept;
-
     std::shared_ptr<Cut> m_cCut;
     const CountsChanges* m_pChanges; // of that cut; null when it does not count them
     FaceEntry<CutFace> m_cEntry;

@@ -6,6 +6,9 @@
 #include "comkit/InterfaceDescription.h"
 #include "comkit/Module.h"
 
+#include <functional>
+#include <type_traits>
+
 namespace ravlo
 {
 
@@ -92,7 +95,7 @@ public:
 
     STDMETHODIMP GetClassInfo(ITypeInfo** ppInfo) override
     {
-        return Guard([&] { StoreIn(ppInfo, [&] { return module::TypeInfoOf(m_identity.clsid).Detach(); }); });
+        return Return(ppInfo, [&] { return module::TypeInfoOf(m_identity.clsid); });
     }
     STDMETHODIMP GetGUID(DWORD lKind, GUID* pGuid) override
     {
@@ -111,11 +114,32 @@ protected:
     // The class's events; none without.
     virtual EventSource* Events() noexcept { return nullptr; }
 
-    // The body of a member. The face outlives it, also when the host lets it go from inside.
+    // The body of a member. The face outlives it, also when the host releases it from inside.
     template <class Body> HRESULT Guard(Body&& body) noexcept
     {
         const ComPtr<I> cSelf(this);
         return GuardAs(__uuidof(I), m_identity.sProgID, std::forward<Body>(body));
+    }
+    // A member that returns what make yields. Nothing is made for a caller that gives no place for it.
+    template <class Value, class Make> HRESULT Return(Value* pVal, Make&& make) noexcept
+    {
+        return Guard([&] { StoreIn(pVal, make); });
+    }
+    // A property that is a member function or a field of the core object.
+    template <class Value, class Core, class Member>
+    HRESULT Get(Value* pVal, const Core& cCore, Member member) noexcept
+    {
+        return Return(pVal, [&] { return std::invoke(member, *cCore); });
+    }
+    template <class Value, class Core, class Member>
+    HRESULT Put(Value newVal, const Core& cCore, Member member) noexcept
+    {
+        return Guard([&] {
+            if constexpr (std::is_member_object_pointer_v<Member>)
+                std::invoke(member, *cCore) = FromHost(newVal);
+            else
+                std::invoke(member, *cCore, FromHost(newVal));
+        });
     }
 
 private:

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "comkit/Errors.h"
 
-#include "comkit/Variant.h"
-
 #include <new>
 
 namespace ravlo

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/RuntimeError.h"
-#include "comkit/Com.h"
+#include "comkit/Variant.h"
 
 #include <stdexcept>
 #include <string>
@@ -72,7 +72,7 @@ template <class T> T& Out(T* pResult)
 template <class T, class Make> void StoreIn(T* pResult, Make&& make)
 {
     T& place = Out(pResult);
-    place = make();
+    place = ToHost(make());
 }
 
 } // namespace ravlo

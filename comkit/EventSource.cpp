@@ -55,9 +55,8 @@ public:
     }
     STDMETHODIMP Clone(Interface** ppEnum) override
     {
-        return GuardAs(__uuidof(Interface), L"", [&] {
-            StoreIn(ppEnum, [&] { return NewObject<ListEnum>(m_colItems, m_next).Detach(); });
-        });
+        return GuardAs(__uuidof(Interface), L"",
+                       [&] { StoreIn(ppEnum, [&] { return NewObject<ListEnum>(m_colItems, m_next); }); });
     }
 
 private:
@@ -121,9 +120,8 @@ STDMETHODIMP_(ULONG) EventSource::Release() { return m_cOwner.Release(); }
 STDMETHODIMP EventSource::EnumConnectionPoints(IEnumConnectionPoints** ppEnum)
 {
     return GuardAs(IID_IConnectionPointContainer, L"", [&] {
-        StoreIn(ppEnum, [&] {
-            return NewObject<PointEnum>(std::vector{ComPtr<IConnectionPoint>(&m_cPoint)}).Detach();
-        });
+        StoreIn(ppEnum,
+                [&] { return NewObject<PointEnum>(std::vector{ComPtr<IConnectionPoint>(&m_cPoint)}); });
     });
 }
 
@@ -203,7 +201,7 @@ STDMETHODIMP EventSource::Point::EnumConnections(IEnumConnections** ppEnum)
         std::vector<std::pair<DWORD, ComPtr<IDispatch>>> colItems;
         for (const Sink& sink : m_cSource.m_colSinks)
             colItems.emplace_back(sink.lCookie, sink.cSink);
-        StoreIn(ppEnum, [&] { return NewObject<SinkEnum>(std::move(colItems)).Detach(); });
+        StoreIn(ppEnum, [&] { return NewObject<SinkEnum>(std::move(colItems)); });
     });
 }
 

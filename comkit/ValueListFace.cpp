@@ -46,10 +46,8 @@ STDMETHODIMP ValueListFace::Add(VARIANT Value)
 
 STDMETHODIMP ValueListFace::get_Item(VARIANT Index, VARIANT* pVal)
 {
-    return Guard([&] {
-        const std::size_t position = PositionFrom(Variant::Dereferenced(Index), m_colValues.size());
-        StoreIn(pVal, [&] { return Variant(m_colValues[position]).Detach(); });
-    });
+    return Return(
+        pVal, [&] { return m_colValues[PositionFrom(Variant::Dereferenced(Index), m_colValues.size())]; });
 }
 
 STDMETHODIMP ValueListFace::Remove(VARIANT Index)
@@ -62,23 +60,15 @@ STDMETHODIMP ValueListFace::Remove(VARIANT Index)
 
 STDMETHODIMP ValueListFace::get_Count(LONG* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return static_cast<LONG>(m_colValues.size()); }); });
+    return Return(pVal, [&] { return static_cast<LONG>(m_colValues.size()); });
 }
 
 STDMETHODIMP ValueListFace::get__NewEnum(IUnknown** ppEnum)
 {
-    return Guard([&] {
-        StoreIn(ppEnum, [&] {
-            return NewEnumerator(
-                       ComPtr<IUnknown>(static_cast<_clsValueList*>(this)),
-                       [this] {
-                return m_colValues.size();
-                       },
-                       [this](std::size_t position) {
-                return m_colValues[position];
-            }).Detach();
-        });
-    });
+    const auto count = [this] { return m_colValues.size(); };
+    const auto at = [this](std::size_t position) { return m_colValues[position]; };
+    const ComPtr<IUnknown> cSelf(static_cast<_clsValueList*>(this));
+    return Return(ppEnum, [&] { return NewEnumerator(cSelf, count, at); });
 }
 
 } // namespace ravlo

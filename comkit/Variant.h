@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace ravlo
 {
@@ -78,6 +79,24 @@ public:
 // variable's own type; else into the VARIANT itself. What was there is let go. Error 13, and nothing changed,
 // when the value has no such form.
 void StoreThrough(VARIANT& place, Variant cValue);
+
+// A value of the core as a member hands it to its caller, who owns it. Further overloads are next to the
+// types they take.
+template <class Number>
+requires std::is_arithmetic_v<Number>
+constexpr Number ToHost(Number number) noexcept { return number; }
+constexpr VARIANT_BOOL ToHost(bool bValue) noexcept { return BoolOf(bValue); }
+inline BSTR ToHost(const std::wstring& sText) { return NewBstr(sText); }
+inline VARIANT ToHost(Variant cValue) noexcept { return cValue.Detach(); }
+template <class I> I* ToHost(ComPtr<I> cObject) noexcept { return cObject.Detach(); }
+
+// The reverse, for values that are no objects.
+template <class Number>
+requires std::is_floating_point_v<Number>
+constexpr Number FromHost(Number number) noexcept { return number; }
+constexpr std::int32_t FromHost(LONG lValue) noexcept { return static_cast<std::int32_t>(lValue); }
+constexpr bool FromHost(VARIANT_BOOL bValue) noexcept { return bValue != VARIANT_FALSE; }
+inline std::wstring FromHost(BSTR sText) { return TextOf(sText); }
 
 // Whether an optional argument was left out.
 bool IsOmitted(const VARIANT& value) noexcept;

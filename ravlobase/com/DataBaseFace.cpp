@@ -123,58 +123,44 @@ STDMETHODIMP DataBaseFace::Close()
         m_cStore->Close();
     });
 }
-STDMETHODIMP DataBaseFace::get_FileName(BSTR* pVal)
-{
-    return Guard([&] { StoreIn(pVal, [&] { return NewBstr(m_cStore->FileName()); }); });
-}
+STDMETHODIMP DataBaseFace::get_FileName(BSTR* pVal) { return Get(pVal, m_cStore, &Store::FileName); }
 
 STDMETHODIMP DataBaseFace::get_Cuts(_clsCollection** pVal)
 {
-    return Guard([&] {
-        const void* pIdentity = &m_cStore->CutCollection();
-        StoreIn(pVal, [&] {
-            return FaceMap<CollectionFace>::Instance()
-                .Get(
-                    pIdentity,
-                    [&] {
-                return NewObject<CollectionFace>(pIdentity, std::make_unique<StoreCuts>(m_cStore));
-                    })
-                .Detach();
-        });
-    });
+    const void* const pIdentity = &m_cStore->CutCollection();
+    const auto make = [&] {
+        return NewObject<CollectionFace>(pIdentity, std::make_unique<StoreCuts>(m_cStore));
+    };
+    return Return(pVal, [&] { return FaceMap<CollectionFace>::Instance().Get(pIdentity, make); });
 }
 
 STDMETHODIMP DataBaseFace::CutByKey(BSTR sKey, _clsCut** pVal)
 {
-    return Guard(
-        [&] { StoreIn(pVal, [&] { return CutOut(m_cStore->CutByKey(TextKey(TextOf(sKey)))).Detach(); }); });
+    return Return(pVal, [&] { return CutOut(m_cStore->CutByKey(TextKey(TextOf(sKey)))); });
 }
 STDMETHODIMP DataBaseFace::CutByArtistTitle(BSTR sArtist, BSTR sTitle, _clsCut** pVal)
 {
-    return Guard([&] {
-        StoreIn(pVal,
-                [&] { return CutOut(m_cStore->CutByArtistTitle(TextOf(sArtist), TextOf(sTitle))).Detach(); });
-    });
+    return Return(pVal, [&] { return CutOut(m_cStore->CutByArtistTitle(TextOf(sArtist), TextOf(sTitle))); });
 }
 STDMETHODIMP DataBaseFace::NewCut(_clsCut** pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return CutOut(m_cStore->NewCut()).Detach(); }); });
+    return Return(pVal, [&] { return CutOut(m_cStore->NewCut()); });
 }
 STDMETHODIMP DataBaseFace::AddCuts(IDispatch* colCuts, LONG* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return m_cStore->AddCuts(CutsIn(colCuts)); }); });
+    return Return(pVal, [&] { return m_cStore->AddCuts(CutsIn(colCuts)); });
 }
 STDMETHODIMP DataBaseFace::ModifyCuts(IDispatch* colCuts, LONG* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return m_cStore->ModifyCuts(CutsIn(colCuts)); }); });
+    return Return(pVal, [&] { return m_cStore->ModifyCuts(CutsIn(colCuts)); });
 }
 STDMETHODIMP DataBaseFace::RemoveCuts(IDispatch* colCuts, LONG* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return m_cStore->RemoveCuts(CutsIn(colCuts)); }); });
+    return Return(pVal, [&] { return m_cStore->RemoveCuts(CutsIn(colCuts)); });
 }
 STDMETHODIMP DataBaseFace::ImportCsv(BSTR sFile, LONG* pVal)
 {
-    return Guard([&] { StoreIn(pVal, [&] { return m_cStore->ImportCsv(TextOf(sFile)); }); });
+    return Return(pVal, [&] { return m_cStore->ImportCsv(TextOf(sFile)); });
 }
 
 STDMETHODIMP BatchesFace::QueryInterface(REFIID iid, void** ppvObject)
