@@ -3,54 +3,15 @@
 
 #include "com/Library.h"
 #include "comkit/CutFace.h"
-#include "comkit/Unknown.h"
+#include "comkit/EventSink.h"
 
 #include <algorithm>
-#include <unordered_map>
 
 namespace ravlo
 {
 
 namespace
 {
-
-// By the host object's identity; a HostDatabase holds it, so that no other object can come to have the same.
-std::unordered_map<IUnknown*, std::weak_ptr<HostDatabase>>& Known()
-{
-    static std::unordered_map<IUnknown*, std::weak_ptr<HostDatabase>> colKnown;
-    return colKnown;
-}
-
-// The arguments of an event in the order they are declared.
-class EventArguments
-{
-public:
-    EventArguments(const DISPPARAMS& arguments, UINT lExpected) : m_arguments(arguments)
-    {
-        if (arguments.cArgs != lExpected)
-            throw ComError(DISP_E_BADPARAMCOUNT, L"Wrong number of arguments");
-    }
-    ComPtr<IDispatch> ObjectAt(UINT i) const
-    {
-        auto cObject = ObjectIn<IDispatch>(At(i));
-        if (!cObject)
-            throw RuntimeError(error::TypeMismatch);
-        return cObject;
-    }
-    std::wstring TextAt(UINT i) const { return TextOf(As(i, VT_BSTR).bstrVal); }
-    std::int32_t LongAt(UINT i) const { return static_cast<std::int32_t>(As(i, VT_I4).lVal); }
-
-private:
-    const VARIANT& At(UINT i) const { return m_arguments.rgvarg[m_arguments.cArgs - 1 - i]; }
-    Variant As(UINT i, VARTYPE vt) const
-    {
-        auto cValue = Variant::Dereferenced(At(i)).As(vt);
-        if (!cValue)
-            throw RuntimeError(error::TypeMismatch);
-        return *cValue;
-    }
-    const DISPPARAMS& m_arguments;
-};
 
 // One of the three events that announce cuts.
 struct Announcement
@@ -64,7 +25,7 @@ constexpr Announcement colAnnouncements[] = {
     {L"m_cDataBase_CutsRemoved", &DataBaseEvents::CutsRemoved},
 };
 
-// Does what may fail and logs its failure: one item that cannot be used does not cost the others.
+// Logs a failure of body: one unusable item does not cost the others.
 template <class Body> void LogFailure(const wchar_t* sWhere, Body&& body)
 {
     try
@@ -78,7 +39,7 @@ template <class Body> void LogFailure(const wchar_t* sWhere, Body&& body)
 }
 
 // Adds the items that are cuts; any other is logged. Throws when the collection cannot be enumerated to its
-// end: colCuts holds those before then.
+// end; colCuts then contains the cuts up to there.
 void AddUsableCuts(Cuts& colCuts, IDispatch* colItems, const wchar_t* sWhere)
 {
     ForEachItem(colItems, [&](const Variant& cItem) {
@@ -86,7 +47,7 @@ void AddUsableCuts(Cuts& colCuts, IDispatch* colItems, const wchar_t* sWhere)
     });
 }
 
-// The cuts of an announcement, as far as they can be told.
+// The usable cuts of an announcement.
 Cuts AnnouncedCuts(IDispatch& colItems, const wchar_t* sWhere)
 {
     Cuts colCuts;
@@ -94,72 +55,35 @@ Cuts AnnouncedCuts(IDispatch& colItems, const wchar_t* sWhere)
     return colCuts;
 }
 
-// What the host's database calls. It holds the database weakly: the connection must not keep it alive.
-class DataBaseSink final : public Unknown<IDispatch>
+// Passes an event of the host's database to the listeners.
+void Forward(HostDatabase& cDataBase, DISPID lEvent, const EventArguments& given)
 {
-public:
-    explicit DataBaseSink(std::weak_ptr<HostDatabase> cDataBase) : m_cDataBase(std::move(cDataBase)) {}
-
-    STDMETHODIMP GetTypeInfoCount(UINT* plCount) override
+    if (lEvent >= 1 && lEvent <= 3)
     {
-        if (plCount)
-            *plCount = 0;
-        return S_OK;
+        given.Expect(1);
+        const auto& [sWhere, tell] = colAnnouncements[lEvent - 1];
+        const Cuts colCuts = AnnouncedCuts(*given.ObjectAt(0), sWhere);
+        cDataBase.ForEachListener([&, tell = tell](DataBaseEvents& cEvents) { (cEvents.*tell)(colCuts); });
     }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
-    STDMETHODIMP Invoke(DISPID lEvent, REFIID, LCID, WORD, DISPPARAMS* pArguments, VARIANT*, EXCEPINFO*,
-                        UINT*) override
+    else if (lEvent == 4)
     {
-        const ComPtr<IDispatch> cSelf(this);
-        const auto cDataBase = m_cDataBase.lock();
-        if (!pArguments)
-            return E_POINTER;
-        if (!cDataBase)
-            return S_OK;
-        return GuardAs(DIID___clsDataBase, L"RavloScheduler.clsSchedMan",
-                       [&] { Forward(*cDataBase, lEvent, *pArguments); });
+        given.Expect(2);
+        cDataBase.ForEachListener(
+            [&](DataBaseEvents& cEvents) { cEvents.ProgressStart(given.TextAt(0), given.LongAt(1)); });
     }
-
-protected:
-    bool Answers(REFIID iid) const noexcept override
+    else if (lEvent == 5)
     {
-        return iid == IID_IDispatch || iid == DIID___clsDataBase;
+        given.Expect(3);
+        cDataBase.ForEachListener([&](DataBaseEvents& cEvents) {
+            cEvents.Progress(given.TextAt(0), given.LongAt(1), given.LongAt(2));
+        });
     }
-
-private:
-    static void Forward(HostDatabase& cDataBase, DISPID lEvent, const DISPPARAMS& arguments)
+    else if (lEvent == 6)
     {
-        if (lEvent >= 1 && lEvent <= 3)
-        {
-            const auto& [sWhere, tell] = colAnnouncements[lEvent - 1];
-            const Cuts colCuts = AnnouncedCuts(*EventArguments(arguments, 1).ObjectAt(0), sWhere);
-            cDataBase.ForEachListener(
-                [&, tell = tell](DataBaseEvents& cEvents) { (cEvents.*tell)(colCuts); });
-        }
-        else if (lEvent == 4)
-        {
-            const EventArguments given(arguments, 2);
-            cDataBase.ForEachListener(
-                [&](DataBaseEvents& cEvents) { cEvents.ProgressStart(given.TextAt(0), given.LongAt(1)); });
-        }
-        else if (lEvent == 5)
-        {
-            const EventArguments given(arguments, 3);
-            cDataBase.ForEachListener([&](DataBaseEvents& cEvents) {
-                cEvents.Progress(given.TextAt(0), given.LongAt(1), given.LongAt(2));
-            });
-        }
-        else if (lEvent == 6)
-        {
-            const EventArguments given(arguments, 1);
-            cDataBase.ForEachListener(
-                [&](DataBaseEvents& cEvents) { cEvents.ProgressDone(given.TextAt(0)); });
-        }
+        given.Expect(1);
+        cDataBase.ForEachListener([&](DataBaseEvents& cEvents) { cEvents.ProgressDone(given.TextAt(0)); });
     }
-
-    std::weak_ptr<HostDatabase> m_cDataBase;
-};
+}
 
 // A batch of the host's database.
 class HostBatch final : public DataBase::Batch
@@ -179,7 +103,7 @@ public:
     }
     void Commit() override
     {
-        m_bOpen = false; // a batch that cannot be committed is over as well
+        m_bOpen = false; // also when it fails
         Call(&IBatchedChanges::CommitBatch);
     }
 
@@ -196,44 +120,16 @@ private:
 
 } // namespace
 
-std::shared_ptr<HostDatabase> HostDatabase::Of(_clsDataBase* pHost)
-{
-    if (!pHost)
-        return nullptr;
-    ComPtr<IUnknown> cIdentity = IdentityOf(pHost);
-    if (!cIdentity)
-        ThrowIfFailed(E_NOINTERFACE); // two such objects could not be told apart
-    auto& cKnown = Known()[cIdentity.Get()];
-    if (auto cFound = cKnown.lock())
-        return cFound;
-    auto cDataBase = std::make_shared<HostDatabase>(ComPtr<_clsDataBase>(pHost), std::move(cIdentity));
-    cKnown = cDataBase;
-    return cDataBase;
-}
-
-HostDatabase::HostDatabase(ComPtr<_clsDataBase> cHost, ComPtr<IUnknown> cIdentity)
-    : m_cHost(std::move(cHost)), m_cIdentity(std::move(cIdentity))
-{
-}
-
 HostDatabase::~HostDatabase()
 {
-    Known().erase(m_cIdentity.Get()); // first: disconnecting calls the host, which may ask for a new one
+    Forget(); // first: disconnecting calls the host, which may ask for a new wrapper
     Disconnect();
-}
-
-template <class Member, class... Arguments>
-void HostDatabase::Call(Member pMember, Arguments... arguments) const
-{
-    ThrowIfFailed(Outgoing([&] { return (m_cHost.Get()->*pMember)(arguments...); }), *m_cHost,
-                  IID__clsDataBase);
 }
 
 Cuts HostDatabase::AllCuts() const
 {
-    // Without what other programs have changed the cuts are still good: a failure is no reason not to show
-    // them.
-    if (const auto cShared = m_cHost.As<ISharedDataBase>())
+    // The cuts are usable without the latest changes of other programs, so a failure is only logged.
+    if (const auto cShared = Host().As<ISharedDataBase>())
         LogFailure(L"TakeInChanges",
                    [&] { ThrowIfFailed(cShared->TakeInChanges(), *cShared.Get(), IID_ISharedDataBase); });
     ComPtr<_clsCollection> colCuts;
@@ -245,7 +141,7 @@ Cuts HostDatabase::AllCuts() const
 
 std::shared_ptr<Cut> HostDatabase::CutByKey(const TextKey& cKey) const
 {
-    const std::uint64_t revision = m_cRevisions.Of(m_cHost.Get());
+    const std::uint64_t revision = Revision();
     if (revision != m_foundAt)
     {
         m_colFound.clear();
@@ -258,7 +154,7 @@ std::shared_ptr<Cut> HostDatabase::CutByKey(const TextKey& cKey) const
     ComPtr<_clsCut> cFound;
     Call(&_clsDataBase::CutByKey, sKey.Get(), cFound.Receive());
     std::shared_ptr<Cut> cCut = CutFrom(cFound.Get());
-    // A call that came in during this one may have emptied the table for a later revision.
+    // A nested call may have emptied the table for a later revision.
     if (cCut && revision != 0 && revision == m_foundAt)
         m_colFound.insert_or_assign(cKey, cCut);
     return cCut;
@@ -287,7 +183,7 @@ std::shared_ptr<Cut> HostDatabase::NewCut() const
 
 std::unique_ptr<DataBase::Batch> HostDatabase::BeginBatch()
 {
-    const auto cChanges = m_cHost.As<IBatchedChanges>();
+    const auto cChanges = Host().As<IBatchedChanges>();
     return cChanges ? std::make_unique<HostBatch>(cChanges) : nullptr;
 }
 
@@ -314,12 +210,17 @@ void HostDatabase::Unadvise(DataBaseEvents& cEvents) noexcept
 
 void HostDatabase::Connect()
 {
-    const auto cContainer = m_cHost.As<IConnectionPointContainer>();
+    const auto cContainer = Host().As<IConnectionPointContainer>();
     ComPtr<IConnectionPoint> cPoint;
     const auto find = [&] { return cContainer->FindConnectionPoint(DIID___clsDataBase, cPoint.Receive()); };
     if (!cContainer || FAILED(Outgoing(find)) || !cPoint)
         return;
-    const auto cSink = NewObject<DataBaseSink>(weak_from_this());
+    // Weakly: the connection must not keep the database alive.
+    const auto forward = [cWeak = weak_from_this()](DISPID lEvent, const EventArguments& given) {
+        if (const auto cDataBase = cWeak.lock())
+            Forward(*cDataBase, lEvent, given);
+    };
+    const auto cSink = NewObject<EventSink>(DIID___clsDataBase, L"RavloScheduler.clsSchedMan", forward);
     const HRESULT hAdvised = Outgoing([&] { return cPoint->Advise(cSink.Get(), &m_lCookie); });
     if (SUCCEEDED(hAdvised))
         m_cPoint = std::move(cPoint);

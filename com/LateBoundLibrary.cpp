@@ -43,7 +43,11 @@ ComPtr<IDispatch> ObjectOf(const Variant& value)
     SysFreeString(info.bstrDescription);
     SysFreeString(info.bstrHelpFile);
     const HRESULT hResult = FAILED(info.scode) ? info.scode : E_FAIL;
-    throw ComError(info.wCode != 0 ? ResultOf(RuntimeError(info.wCode)) : hResult, sDescription);
+    const bool bRunTimeError = HRESULT_FACILITY(hResult) == FACILITY_CONTROL;
+    throw RuntimeError(info.wCode != 0 ? info.wCode
+                       : bRunTimeError ? HRESULT_CODE(hResult)
+                                       : static_cast<std::int32_t>(hResult),
+                       sDescription);
 }
 
 } // namespace

@@ -27,13 +27,6 @@ enum Event : DISPID
     eRequestEditCut = 5,
 };
 
-// The number hosts see for an HRESULT of automation: 1004 for 0x800A03EC.
-std::int32_t ErrorNumber(HRESULT hResult)
-{
-    return HRESULT_FACILITY(hResult) == FACILITY_CONTROL ? HRESULT_CODE(hResult)
-                                                         : static_cast<std::int32_t>(hResult);
-}
-
 Variant Text(const std::wstring& sText) { return Variant(std::wstring_view(sText)); }
 
 // Replaces and releases what a by-reference argument holds. Does nothing for a caller that gives no place.
@@ -217,11 +210,6 @@ template <class Body> HRESULT SchedManFace::FillHostsView(const wchar_t* sWhere,
         try
         {
             body();
-        }
-        catch (const ComError& cError)
-        {
-            m_cSchedMan->Mod().LogError(sWhere, {ErrorNumber(cError.Result()), cError.Description()});
-            throw;
         }
         catch (...)
         {

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "comkit/Collection.h"
 
-#include "comkit/Positions.h"
-#include "comkit/Unknown.h"
-
 #include <algorithm>
 
 namespace ravlo
@@ -169,6 +166,24 @@ STDMETHODIMP CollectionFace::get__NewEnum(IUnknown** ppEnum)
     const auto at = [pModel](std::size_t position) { return pModel->At(position); };
     const ComPtr<IUnknown> cSelf(static_cast<_clsCollection*>(this));
     return Return(ppEnum, [&] { return NewEnumerator(cSelf, count, at); });
+}
+
+std::optional<std::size_t> FindPosition(const Variant& cIndex, std::size_t count)
+{
+    if (!IsNumber(cIndex))
+        throw RuntimeError(error::TypeMismatch);
+    const auto cLong = cIndex.As(VT_I4); // nothing: outside 32 bits, and so outside every collection
+    if (!cLong || cLong->lVal < 1 || static_cast<std::size_t>(cLong->lVal) > count)
+        return std::nullopt;
+    return static_cast<std::size_t>(cLong->lVal) - 1;
+}
+
+std::size_t PositionFrom(const Variant& cIndex, std::size_t count)
+{
+    const auto position = FindPosition(cIndex, count);
+    if (!position)
+        throw RuntimeError(error::SubscriptOutOfRange);
+    return *position;
 }
 
 ComPtr<CollectionFace> NewCollection(const std::shared_ptr<ItemCollection>& colItems)

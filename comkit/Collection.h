@@ -117,6 +117,13 @@ ComPtr<CollectionFace> FaceOfCollection(const std::shared_ptr<OrderedKeyedCollec
 using ItemCollection = OrderedKeyedCollection<Variant>;
 ComPtr<CollectionFace> NewCollection(const std::shared_ptr<ItemCollection>& colItems);
 
+// Converts a host's position, counted from 1 in any number type and rounded to whole, to one from 0. Nothing
+// when it is outside 1 to count. Error 13 when the value is no number.
+std::optional<std::size_t> FindPosition(const Variant& cIndex, std::size_t count);
+
+// As above, but error 9 when it is outside.
+std::size_t PositionFrom(const Variant& cIndex, std::size_t count);
+
 // Items that are texts.
 struct TextAdapter
 {

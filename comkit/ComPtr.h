@@ -1,25 +1,52 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "comkit/Outgoing.h"
+// The automation headers, in the order they need.
+#include <windows.h>
 
+#include <ocidl.h>
+#include <oleauto.h>
+#include <olectl.h>
+
+#include <type_traits>
 #include <utility>
 
 namespace ravlo
 {
 
-// A counted reference to a COM object, or none. Any module's object: nothing it throws comes through.
+// Calls an object that another module may implement. COM lets no exception pass from one module to another:
+// an object that throws all the same has failed with E_UNEXPECTED.
+template <class Call> HRESULT Outgoing(Call&& call) noexcept
+{
+    try
+    {
+        return call();
+    }
+    catch (...)
+    {
+        return E_UNEXPECTED;
+    }
+}
+
+// Adds a reference for the caller to release. Does nothing for no object.
+template <class I> void AddReference(I* pObject) noexcept
+{
+    if (pObject)
+        Outgoing([&] {
+            pObject->AddRef();
+            return S_OK;
+        });
+}
+
+// A counted reference to a COM object, or none. The object may be another module's: nothing it throws comes
+// through.
 template <class I> class ComPtr
 {
 public:
     ComPtr() noexcept = default;
     ComPtr(std::nullptr_t) noexcept {}
     // Takes a reference of its own.
-    explicit ComPtr(I* pObject) noexcept : m_pObject(pObject)
-    {
-        if (m_pObject)
-            TakeReference(m_pObject);
-    }
+    explicit ComPtr(I* pObject) noexcept : m_pObject(pObject) { AddReference(m_pObject); }
     ComPtr(const ComPtr& other) noexcept : ComPtr(other.m_pObject) {}
     ComPtr(ComPtr&& other) noexcept : m_pObject(std::exchange(other.m_pObject, nullptr)) {}
     template <class J>
@@ -34,7 +61,10 @@ public:
     ~ComPtr()
     {
         if (m_pObject)
-            LetGo(m_pObject);
+            Outgoing([&] {
+                m_pObject->Release();
+                return S_OK;
+            });
     }
 
     // Takes over a reference the caller owns.
@@ -52,7 +82,7 @@ public:
 
     // Gives the reference to the caller.
     I* Detach() noexcept { return std::exchange(m_pObject, nullptr); }
-    // Drops what it holds; the result is where a callee stores a new reference.
+    // Releases the object; the result is where a callee stores a new reference.
     I** Receive() noexcept
     {
         *this = ComPtr();
@@ -64,7 +94,7 @@ public:
     {
         ComPtr<J> cResult;
         void* pvResult = nullptr;
-        if (m_pObject && SUCCEEDED(Ask(m_pObject, iid, &pvResult)))
+        if (m_pObject && SUCCEEDED(Outgoing([&] { return m_pObject->QueryInterface(iid, &pvResult); })))
             cResult = ComPtr<J>::Adopt(static_cast<J*>(pvResult));
         return cResult;
     }
@@ -80,7 +110,7 @@ template <class T, class... Args> ComPtr<T> NewObject(Args&&... args)
     return ComPtr<T>(new T(std::forward<Args>(args)...));
 }
 
-// The one pointer that tells an object from every other, whatever interface it came through.
+// Returns the object's IUnknown, which is the same for all its interfaces.
 inline ComPtr<IUnknown> IdentityOf(IUnknown* pObject) noexcept
 {
     return ComPtr<IUnknown>(pObject).As<IUnknown>(IID_IUnknown);

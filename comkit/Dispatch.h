@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "comkit/Errors.h"
 #include "comkit/EventSource.h"
 #include "comkit/InterfaceDescription.h"
-#include "comkit/Module.h"
 
 #include <functional>
 #include <type_traits>
@@ -12,9 +10,9 @@
 namespace ravlo
 {
 
-// Everything a face has beside its own members: identity and counting, the dual interface's late-bound side,
+// Everything a face has besides its own members: identity and counting, the dual interface's late-bound side,
 // error and class information, and the connection points of a class with events. A face translates between
-// the interface I and the core object it holds, and ends with its last reference.
+// the interface I and the core object it holds, and is deleted with its last reference.
 template <class I> class Dispatch : public I, public ISupportErrorInfo, public IProvideClassInfo2
 {
 public:
@@ -40,17 +38,8 @@ public:
         AddRef();
         return S_OK;
     }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++m_lReferences; }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        const ULONG lLeft = --m_lReferences;
-        if (lLeft == 0)
-        {
-            m_lReferences = 1; // what runs while it ends may take and drop references; it ends once
-            delete this;
-        }
-        return lLeft;
-    }
+    STDMETHODIMP_(ULONG) AddRef() override { return m_cReferences.Add(); }
+    STDMETHODIMP_(ULONG) Release() override { return m_cReferences.Remove(this); }
 
     STDMETHODIMP GetTypeInfoCount(UINT* plCount) override
     {
@@ -111,7 +100,7 @@ public:
 protected:
     explicit Dispatch(const ClassIdentity& identity) noexcept : m_identity(identity) {}
 
-    // The class's events; none without.
+    // Null for a class without events.
     virtual EventSource* Events() noexcept { return nullptr; }
 
     // The body of a member. The face outlives it, also when the host releases it from inside.
@@ -146,8 +135,7 @@ private:
     const InterfaceDescription& Description() const { return module::DescriptionOf(__uuidof(I)); }
 
     const ClassIdentity& m_identity;
-    ULONG m_lReferences = 0;
-    ModuleLock m_cLock;
+    References m_cReferences;
 };
 
 } // namespace ravlo

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "comkit/Errors.h"
 
+#include "base/Utf8.h"
+
 #include <new>
 
 namespace ravlo
@@ -17,7 +19,7 @@ struct KnownResult
     std::int32_t lNumber;
 };
 
-// The automation run-time errors that the platform's own results stand for.
+// The automation run-time errors for results of the platform.
 constexpr KnownResult colKnown[] = {
     {0x80004001, 445}, // E_NOTIMPL
     {0x80004002, 430}, // E_NOINTERFACE
@@ -50,7 +52,7 @@ std::int32_t NumberOf(HRESULT hResult) noexcept
     return static_cast<std::int32_t>(hResult);
 }
 
-// Text left behind by an object that does not promise any may be a stranger's, from long ago.
+// Text left by an object without error information may be another object's, from an earlier call.
 std::wstring TakeErrorText(IUnknown& cObject, REFIID iid)
 {
     const auto cSupport = ComPtr<IUnknown>(&cObject).As<ISupportErrorInfo>();
@@ -99,6 +101,26 @@ void LeaveErrorInfo(REFIID iid, const wchar_t* sSource, const std::wstring& sDes
         SetErrorInfo(0, cInfo.Get());
 }
 
+std::wstring CurrentErrorText()
+{
+    try
+    {
+        throw;
+    }
+    catch (const RuntimeError& cError)
+    {
+        return cError.Description();
+    }
+    catch (const std::exception& cError)
+    {
+        return TextFromStore(cError.what());
+    }
+    catch (...)
+    {
+        return L"Internal error";
+    }
+}
+
 HRESULT ReportCurrentException(REFIID iid, const wchar_t* sSource) noexcept
 {
     try
@@ -110,25 +132,15 @@ HRESULT ReportCurrentException(REFIID iid, const wchar_t* sSource) noexcept
         LeaveErrorInfo(iid, sSource, cError.Description());
         return ResultOf(cError);
     }
-    catch (const ComError& cError)
-    {
-        LeaveErrorInfo(iid, sSource, cError.Description());
-        return cError.Result();
-    }
     catch (const std::bad_alloc&)
     {
         return E_OUTOFMEMORY;
     }
-    catch (const std::exception& cError)
-    {
-        const std::string sWhat = cError.what();
-        LeaveErrorInfo(iid, sSource, std::wstring(sWhat.begin(), sWhat.end()));
-    }
     catch (...)
     {
-        LeaveErrorInfo(iid, sSource, L"Internal error");
+        LeaveErrorInfo(iid, sSource, CurrentErrorText());
+        return static_cast<HRESULT>(lControlFacility | static_cast<std::uint32_t>(error::Internal));
     }
-    return static_cast<HRESULT>(lControlFacility | static_cast<std::uint32_t>(error::Internal));
 }
 
 } // namespace ravlo

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "comkit/EventSource.h"
 
-#include "comkit/Errors.h"
-#include "comkit/Unknown.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -69,13 +66,6 @@ using SinkEnum = ListEnum<IEnumConnections, CONNECTDATA, std::pair<DWORD, ComPtr
 
 } // namespace
 
-EventSource::EventSource(IUnknown& cOwner, REFIID iidSource) noexcept
-    : m_cOwner(cOwner), m_iidSource(iidSource)
-{
-}
-
-EventSource::~EventSource() = default;
-
 bool EventSource::IsAdvised(DWORD lCookie) const noexcept
 {
     return std::any_of(m_colSinks.begin(), m_colSinks.end(),
@@ -85,7 +75,7 @@ bool EventSource::IsAdvised(DWORD lCookie) const noexcept
 void EventSource::Fire(DISPID lEvent, std::initializer_list<VARIANT> colArguments) noexcept
 try
 {
-    const ComPtr<IUnknown> cOwner(&m_cOwner); // a sink may drop the last reference
+    const ComPtr<IUnknown> cOwner(&Owner()); // a sink may drop the last reference
     const std::vector<Sink> colSinks = m_colSinks;
     for (const Sink& sink : colSinks)
     {
@@ -107,15 +97,8 @@ try
 }
 catch (const std::bad_alloc&)
 {
-    // An event that there is no memory for is lost; what raised it goes on.
+    // The event is lost; what raised it goes on.
 }
-
-STDMETHODIMP EventSource::QueryInterface(REFIID iid, void** ppvObject)
-{
-    return m_cOwner.QueryInterface(iid, ppvObject);
-}
-STDMETHODIMP_(ULONG) EventSource::AddRef() { return m_cOwner.AddRef(); }
-STDMETHODIMP_(ULONG) EventSource::Release() { return m_cOwner.Release(); }
 
 STDMETHODIMP EventSource::EnumConnectionPoints(IEnumConnectionPoints** ppEnum)
 {
@@ -147,8 +130,6 @@ STDMETHODIMP EventSource::Point::QueryInterface(REFIID iid, void** ppvObject)
     AddRef();
     return S_OK;
 }
-STDMETHODIMP_(ULONG) EventSource::Point::AddRef() { return m_cSource.AddRef(); }
-STDMETHODIMP_(ULONG) EventSource::Point::Release() { return m_cSource.Release(); }
 
 STDMETHODIMP EventSource::Point::GetConnectionInterface(IID* piid)
 {
@@ -176,7 +157,7 @@ STDMETHODIMP EventSource::Point::Advise(IUnknown* pSink, DWORD* plCookie)
         if (!cSink)
             cSink = ComPtr<IUnknown>(pSink).As<IDispatch>();
         if (!cSink)
-            throw ComError(CONNECT_E_CANNOTCONNECT, L"The sink does not take these events");
+            throw RuntimeError(CONNECT_E_CANNOTCONNECT, L"The sink does not take these events");
         m_cSource.m_colSinks.push_back({m_cSource.m_lLastCookie + 1, std::move(cSink)});
         *plCookie = ++m_cSource.m_lLastCookie;
     });
@@ -189,7 +170,7 @@ STDMETHODIMP EventSource::Point::Unadvise(DWORD lCookie)
                                     [&](const Sink& sink) { return sink.lCookie == lCookie; });
     if (found == colSinks.end())
         return CONNECT_E_NOCONNECTION;
-    // Letting the sink go may run its code, which may come back here: the list is whole by then.
+    // Releasing the sink may run its code, which may come back here: the list is complete by then.
     const ComPtr<IDispatch> cSink = std::move(found->cSink);
     colSinks.erase(found);
     return S_OK;

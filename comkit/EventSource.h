@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "comkit/Variant.h"
+#include "comkit/Unknown.h"
 
 #include <initializer_list>
 #include <vector>
@@ -10,25 +10,19 @@ namespace ravlo
 {
 
 // The outgoing side of an object that raises events: its connection point container with one connection
-// point. A part of its owner: it lives and is counted with it. Sinks may be advised and unadvised inside an
-// event; a sink that joins meanwhile gets the next event, one that leaves gets none any more.
-class EventSource final : public IConnectionPointContainer
+// point. Sinks may be advised and unadvised inside an event; a new sink gets the next event first, one that
+// left gets no more.
+class EventSource final : public Part<IConnectionPointContainer>
 {
 public:
-    EventSource(IUnknown& cOwner, REFIID iidSource) noexcept;
-    EventSource(const EventSource&) = delete;
-    EventSource& operator=(const EventSource&) = delete;
-    ~EventSource();
+    EventSource(IUnknown& cOwner, REFIID iidSource) noexcept : Part(cOwner), m_iidSource(iidSource) {}
 
     // Raises an event with its arguments in the order they are declared. A by-reference argument is a VARIANT
-    // that refers to its target. What a sink answers or throws is ignored: a broken host must not break the
+    // that refers to its target. What a sink returns or throws is ignored: a broken host must not break the
     // work.
     void Fire(DISPID lEvent, std::initializer_list<VARIANT> colArguments) noexcept;
     bool HasSinks() const noexcept { return !m_colSinks.empty(); }
 
-    STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override;
-    STDMETHODIMP_(ULONG) AddRef() override;
-    STDMETHODIMP_(ULONG) Release() override;
     STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints** ppEnum) override;
     STDMETHODIMP FindConnectionPoint(REFIID iid, IConnectionPoint** ppPoint) override;
 
@@ -38,14 +32,11 @@ private:
         DWORD lCookie;
         ComPtr<IDispatch> cSink;
     };
-    class Point final : public IConnectionPoint
+    class Point final : public Part<IConnectionPoint>
     {
     public:
-        explicit Point(EventSource& cSource) noexcept : m_cSource(cSource) {}
-        virtual ~Point() = default;
+        explicit Point(EventSource& cSource) noexcept : Part(cSource), m_cSource(cSource) {}
         STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override;
-        STDMETHODIMP_(ULONG) AddRef() override;
-        STDMETHODIMP_(ULONG) Release() override;
         STDMETHODIMP GetConnectionInterface(IID* piid) override;
         STDMETHODIMP GetConnectionPointContainer(IConnectionPointContainer** ppContainer) override;
         STDMETHODIMP Advise(IUnknown* pSink, DWORD* plCookie) override;
@@ -58,7 +49,6 @@ private:
 
     bool IsAdvised(DWORD lCookie) const noexcept;
 
-    IUnknown& m_cOwner;
     IID m_iidSource;
     Point m_cPoint{*this};
     std::vector<Sink> m_colSinks;

@@ -5,10 +5,8 @@
 #include "base/Text.h"
 #include "comkit/Collection.h"
 #include "comkit/CutFace.h"
-#include "comkit/Errors.h"
 
 #include <algorithm>
-#include <unordered_map>
 #include <unordered_set>
 
 namespace ravlo
@@ -17,45 +15,13 @@ namespace ravlo
 namespace
 {
 
-// By the host object's identity; a HostCut holds it, so that no other object can come to have the same.
-std::unordered_map<IUnknown*, std::weak_ptr<HostCut>>& Known()
-{
-    static std::unordered_map<IUnknown*, std::weak_ptr<HostCut>> colKnown;
-    return colKnown;
-}
-
-// The category that a host's assignment names: what stands in front of a TAB and a level, if it has them.
+// The category of a host's assignment: the text before a TAB and a level, if there are any.
 std::wstring BareName(const std::wstring& sAssignment)
 {
     return std::wstring(SplitCategoryKey(sAssignment).sName);
 }
 
 } // namespace
-
-std::shared_ptr<HostCut> HostCut::Of(_clsCut* pHost)
-{
-    ComPtr<IUnknown> cIdentity = IdentityOf(pHost);
-    if (!cIdentity)
-        ThrowIfFailed(E_NOINTERFACE); // two such objects could not be told apart
-    auto& cKnown = Known()[cIdentity.Get()];
-    if (auto cFound = cKnown.lock())
-        return cFound;
-    auto cCut = std::make_shared<HostCut>(ComPtr<_clsCut>(pHost), std::move(cIdentity));
-    cKnown = cCut;
-    return cCut;
-}
-
-HostCut::HostCut(ComPtr<_clsCut> cHost, ComPtr<IUnknown> cIdentity)
-    : m_cHost(std::move(cHost)), m_cIdentity(std::move(cIdentity))
-{
-}
-
-HostCut::~HostCut() { Known().erase(m_cIdentity.Get()); }
-
-template <class Member, class... Arguments> void HostCut::Call(Member pMember, Arguments... arguments) const
-{
-    ThrowIfFailed(Outgoing([&] { return (m_cHost.Get()->*pMember)(arguments...); }), *m_cHost, IID__clsCut);
-}
 
 std::wstring HostCut::Text(Getter<BSTR> get) const
 {
@@ -88,13 +54,13 @@ void HostCut::Set(Setter<VARIANT_BOOL> set, bool bValue) { Call(set, BoolOf(bVal
 
 TextKey HostCut::KeptText(Keepable eText, Getter<BSTR> get) const
 {
-    const std::uint64_t revision = m_cRevisions.Of(m_cHost.Get());
+    const std::uint64_t revision = Revision();
     if (revision == 0)
         return TextKey(Text(get));
     if (m_cKept && m_cKept->revision == revision && m_cKept->cTexts[eText])
         return *m_cKept->cTexts[eText];
     TextKey cText(Text(get));
-    // The revision is the one from before the text was read: a change in between shows at the next look.
+    // The revision is that of before the text was read, so a change in between is noticed next time.
     if (!m_cKept)
         m_cKept = std::make_unique<Kept>();
     if (m_cKept->revision != revision)
@@ -164,7 +130,7 @@ bool HostCut::HasKey(_clsCollection& colNames, std::wstring_view sKey) const
     return bExists != VARIANT_FALSE;
 }
 
-// Names mostly stand bare under themselves, which the host finds by itself; only else the list is walked.
+// Most names are their own keys, which the host finds quickly; only otherwise the list is searched.
 bool HostCut::Contains(_clsCollection& colNames, std::wstring_view sName) const
 {
     if (HasKey(colNames, sName))
@@ -197,7 +163,7 @@ void HostCut::RemoveCategoryName(const std::wstring& sName)
     };
     if (HasKey(*colNames, sName))
         remove(Variant{std::wstring_view(sName)});
-    // What is left goes by position, the last one first: an assignment's key is the host's own affair.
+    // The rest is removed by position, the last one first: the keys of assignments are the host's choice.
     const std::wstring sFolded = FoldCase(sName);
     const std::vector<std::wstring> colAssignments = AssignmentsIn(*colNames);
     for (std::size_t i = colAssignments.size(); i-- > 0;)

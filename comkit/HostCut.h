@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "comkit/ComPtr.h"
-#include "comkit/Revisions.h"
+#include "comkit/HostWrapper.h"
 #include "media/Cut.h"
-
-#include <RavloBase.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -16,20 +13,16 @@ namespace ravlo
 {
 
 // A cut that the other side implements, as the core sees it. Every call goes to the host's object, except
-// that the keys of a cut with IRevision are kept until its revision changes; what that answers with a failure
-// is thrown as RuntimeError. An item of its Categories may be a category's name, or a name, TAB and a level;
-// the level counts for nothing, and either form is found and removed by the name alone. One host object has
-// one HostCut while anyone holds it.
-class HostCut final : public Cut
+// that the keys of a cut with IRevision are kept until its revision changes; a failure is thrown as
+// RuntimeError. An item of its Categories may be a category's name, or a name, TAB and a level; the level is
+// ignored, and either form is found and removed by the name alone.
+class HostCut final : public Cut, public HostWrapper<HostCut, _clsCut>
 {
 public:
-    static std::shared_ptr<HostCut> Of(_clsCut* pHost);
-    explicit HostCut(ComPtr<_clsCut> cHost, ComPtr<IUnknown> cIdentity);
-    ~HostCut() override;
-    HostCut(const HostCut&) = delete;
-    HostCut& operator=(const HostCut&) = delete;
-
-    const ComPtr<_clsCut>& Host() const noexcept { return m_cHost; }
+    HostCut(ComPtr<_clsCut> cHost, ComPtr<IUnknown> cIdentity)
+        : HostWrapper(std::move(cHost), std::move(cIdentity))
+    {
+    }
 
     TextKey Key() const override;
     std::wstring SecondaryKey() const override;
@@ -93,8 +86,6 @@ private:
         std::optional<TextKey> cTexts[eKeepables];
     };
 
-    // Calls the host's object: what fails or is thrown becomes a RuntimeError.
-    template <class Member, class... Arguments> void Call(Member pMember, Arguments... arguments) const;
     TextKey KeptText(Keepable eText, Getter<BSTR> get) const;
     std::wstring Text(Getter<BSTR> get) const;
     std::int32_t Long(Getter<LONG> get) const;
@@ -103,14 +94,11 @@ private:
     void Set(Setter<LONG> set, std::int32_t lValue);
     void Set(Setter<VARIANT_BOOL> set, bool bValue);
     ComPtr<_clsCollection> Categories() const;
-    // The host's list as it stands: an item is a category's name, which TAB and a level may follow.
+    // The items of the host's list, unchanged.
     std::vector<std::wstring> AssignmentsIn(_clsCollection& colNames) const;
     bool HasKey(_clsCollection& colNames, std::wstring_view sKey) const;
     bool Contains(_clsCollection& colNames, std::wstring_view sName) const;
 
-    ComPtr<_clsCut> m_cHost;
-    ComPtr<IUnknown> m_cIdentity;
-    mutable Revisions m_cRevisions;
     mutable std::unique_ptr<Kept> m_cKept; // null without revisions
 };
 

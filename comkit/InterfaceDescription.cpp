@@ -245,7 +245,7 @@ HRESULT InterfaceDescription::Call::FillObject(const Parameter& parameter, Slot&
     if (!cGiven.punkVal)
         return S_OK;
     void* pvObject = nullptr;
-    if (FAILED(Ask(cGiven.punkVal, parameter.iid, &pvObject)))
+    if (FAILED(Outgoing([&] { return cGiven.punkVal->QueryInterface(parameter.iid, &pvObject); })))
         return DISP_E_TYPEMISMATCH;
     slot.cValue.punkVal = static_cast<IUnknown*>(pvObject);
     return S_OK;

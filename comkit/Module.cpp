@@ -108,7 +108,7 @@ ComPtr<ITypeInfo> TypeInfoOf(REFGUID guid)
     for (const auto& cLibrary : colLoaded)
         if (SUCCEEDED(cLibrary->GetTypeInfoOfGuid(guid, cInfo.Receive())))
             return cInfo;
-    throw ComError(TYPE_E_ELEMENTNOTFOUND, L"Element not found");
+    throw RuntimeError(TYPE_E_ELEMENTNOTFOUND, L"Element not found");
 }
 
 const InterfaceDescription& DescriptionOf(REFIID iid)

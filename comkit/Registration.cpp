@@ -46,7 +46,7 @@ void Write(HKEY hRoot, const std::wstring& sKey, const wchar_t* sName, const std
     const auto lBytes = static_cast<DWORD>((sValue.size() + 1) * sizeof(wchar_t));
     const LSTATUS lStatus = RegSetKeyValueW(hRoot, sKey.c_str(), sName, REG_SZ, sValue.c_str(), lBytes);
     if (lStatus != ERROR_SUCCESS)
-        throw ComError(HRESULT_FROM_WIN32(static_cast<DWORD>(lStatus)), L"Cannot write " + sKey);
+        throw RuntimeError(HRESULT_FROM_WIN32(static_cast<DWORD>(lStatus)), L"Cannot write " + sKey);
 }
 
 void WriteProgId(HKEY hRoot, const std::wstring& sProgID, const ClassIdentity& identity)

@@ -3,7 +3,6 @@
 
 #include "base/CaseFolding.h"
 #include "comkit/Collection.h"
-#include "comkit/Positions.h"
 
 #include <algorithm>
 

@@ -50,16 +50,14 @@ Variant::Variant(IDispatch* pObject) noexcept : Variant()
 {
     vt = VT_DISPATCH;
     pdispVal = pObject;
-    if (pObject)
-        TakeReference(pObject);
+    AddReference(pObject);
 }
 
 Variant::Variant(IUnknown* pObject) noexcept : Variant()
 {
     vt = VT_UNKNOWN;
     punkVal = pObject;
-    if (pObject)
-        TakeReference(pObject);
+    AddReference(pObject);
 }
 
 Variant::Variant(Variant&& other) noexcept : VARIANT(other) { VariantInit(&other); }
@@ -159,6 +157,32 @@ void StoreThrough(VARIANT& place, Variant cValue)
     if (!cFitting)
         throw RuntimeError(error::TypeMismatch);
     SwapWithTarget(place, *cFitting);
+}
+
+bool IsNumber(const VARIANT& value) noexcept
+{
+    switch (value.vt)
+    {
+    case VT_I1:
+    case VT_I2:
+    case VT_I4:
+    case VT_I8:
+    case VT_INT:
+    case VT_UI1:
+    case VT_UI2:
+    case VT_UI4:
+    case VT_UI8:
+    case VT_UINT:
+    case VT_R4:
+    case VT_R8:
+    case VT_CY:
+    case VT_DATE:
+    case VT_DECIMAL:
+    case VT_BOOL:
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool IsOmitted(const VARIANT& value) noexcept

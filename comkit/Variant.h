@@ -98,6 +98,9 @@ constexpr std::int32_t FromHost(LONG lValue) noexcept { return static_cast<std::
 constexpr bool FromHost(VARIANT_BOOL bValue) noexcept { return bValue != VARIANT_FALSE; }
 inline std::wstring FromHost(BSTR sText) { return TextOf(sText); }
 
+// Whether the value is a number, a date or a boolean, as opposed to a text, an object or none.
+bool IsNumber(const VARIANT& value) noexcept;
+
 // Whether an optional argument was left out.
 bool IsOmitted(const VARIANT& value) noexcept;
 

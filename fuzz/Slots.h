@@ -22,7 +22,7 @@ std::optional<std::vector<Item>> SlotsIn(std::vector<Item> (*parse)(std::string_
     }
     catch (const HostError& e)
     {
-        RAVLO_REQUIRE(e.Text().starts_with(L"the.file"));
+        RAVLO_REQUIRE(e.Description().starts_with(L"the.file"));
         return std::nullopt;
     }
 }

@@ -95,7 +95,7 @@ void Name(const std::wstring& sText)
     }
     catch (const HostError& e)
     {
-        RAVLO_REQUIRE(e.Text().find(sText) != std::wstring::npos);
+        RAVLO_REQUIRE(e.Description().find(sText) != std::wstring::npos);
     }
 }
 

@@ -2,7 +2,6 @@
 #include "base/Utf8.h"
 #include "comkit/Errors.h"
 #include "host/client/Commands.h"
-#include "host/client/WhatFailed.h"
 
 #include <algorithm>
 
@@ -27,21 +26,13 @@ int RunOnConsole(const CommandLine& line, const Console& cOut, const Console& cE
 {
     const Boxes boxes(cError); // nobody is there to click
     if (const auto* import = std::get_if<ImportOptions>(&line))
-    {
         RunImport(*import, cOut, cError);
-    }
     else if (const auto* day = std::get_if<DayOptions>(&line))
-    {
         RunDay(*day, cOut, cError);
-    }
     else if (const auto* watch = std::get_if<WatchOptions>(&line))
-    {
         RunWatch(*watch, boxes, cOut, cError);
-    }
     else if (const auto* cats = std::get_if<CatsOptions>(&line))
-    {
         return RunCats(*cats, boxes, cOut, cError);
-    }
     return lExitOk;
 }
 
@@ -77,7 +68,7 @@ int Main(const std::vector<std::string>& arguments)
     }
     catch (...)
     {
-        auto sWhat = WhatFailed();
+        auto sWhat = CurrentErrorText();
         std::replace_if(
             sWhat.begin(), sWhat.end(), [](wchar_t c) { return c == L'\r' || c == L'\n'; }, L' ');
         cError.Write(L"RavloHost: " + sWhat + L"\n");
@@ -93,8 +84,6 @@ int wmain(int lCount, wchar_t** arguments)
 {
     std::vector<std::string> bytes;
     for (int l = 1; l < lCount; ++l)
-    {
         bytes.push_back(ravlo::Utf8Of(arguments[l]));
-    }
     return ravlo::Main(bytes);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/client/Boxes.h"
 
-#include "host/client/WindowText.h"
+#include "platform/windows/WindowContent.h"
 
 #include <algorithm>
 #include <iterator>
@@ -47,12 +47,8 @@ std::wstring OnOneLine(std::wstring sText)
 WPARAM CautiousAnswer(HWND hBox)
 {
     for (const int lButton : {IDNO, IDCANCEL})
-    {
         if (GetDlgItem(hBox, lButton))
-        {
             return static_cast<WPARAM>(lButton);
-        }
-    }
     return IDOK;
 }
 
@@ -79,9 +75,7 @@ LRESULT CALLBACK Boxes::OnMessage(int lCode, WPARAM wParam, LPARAM lParam) noexc
     // The system's own dialog class; its texts and buttons are there once it was initialised.
     if (lCode == HC_ACTION && m_pOnly && message.message == WM_INITDIALOG &&
         ClassOf(message.hwnd) == L"#32770")
-    {
         m_pOnly->Answer(message.hwnd);
-    }
     return CallNextHookEx(nullptr, lCode, wParam, lParam);
 }
 

@@ -9,9 +9,9 @@
 namespace ravlo
 {
 
-// Stands in for the person that the scheduler's message boxes are meant for: while this lives, each box of
-// this thread is written to standard error and answered at once, so that nothing waits for a click. A
-// question is answered with No, an input with Cancel, anything else with OK. One at a time.
+// Answers the scheduler's message boxes where nobody can: while this lives, each box of this thread is
+// written to standard error and answered at once, so that nothing waits for a click. A question is answered
+// with No, an input with Cancel, anything else with OK. One at a time.
 class Boxes
 {
 public:
@@ -20,7 +20,7 @@ public:
     Boxes& operator=(const Boxes&) = delete;
     ~Boxes();
 
-    // How many were answered so far.
+    // The number of boxes answered so far.
     std::size_t Count() const noexcept { return m_count; }
 
 private:

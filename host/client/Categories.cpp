@@ -35,9 +35,7 @@ LevelOrder OrderOf(_clsCat& cLevel)
     ThrowIfFailed(cLevel.get_SchedCuts(colCuts.Receive()));
     ForEach(*colCuts, [&](IDispatch& cItem) {
         if (const auto cCut = ComPtr<IDispatch>(&cItem).As<_clsCut>())
-        {
             order.cuts.push_back(PlayedCutOf(*cCut));
-        }
     });
     return order;
 }
@@ -49,9 +47,7 @@ ComPtr<_clsCat> ItemOf(_clsCollection& colCats, const std::wstring& sKey)
     VARIANT_BOOL bExists = VARIANT_FALSE;
     ThrowIfFailed(colCats.Exists(key, &bExists));
     if (bExists == VARIANT_FALSE)
-    {
         return nullptr;
-    }
     Variant item;
     ThrowIfFailed(colCats.get_Item(key, &item));
     return ObjectIn<_clsCat>(item);
@@ -61,9 +57,7 @@ void ForEachCat(_clsCollection& colCats, const std::function<void(_clsCat& cCat)
 {
     ForEach(colCats, [&](IDispatch& cItem) {
         if (const auto cCat = ComPtr<IDispatch>(&cItem).As<_clsCat>())
-        {
             visit(*cCat);
-        }
     });
 }
 
@@ -81,9 +75,7 @@ ComPtr<_clsCollection> Categories::MainCats() const
     ComPtr<_clsCollection> colMainCats;
     ThrowIfFailed(m_cManager.get_colMainCats(colMainCats.Receive()));
     if (!colMainCats)
-    {
         throw HostError(L"the scheduler could not read the station");
-    }
     return colMainCats;
 }
 
@@ -94,9 +86,7 @@ Rotation Categories::Orders() const
         const auto lBefore = rotation.size();
         ForEachCat(*SubCats(cMainCat), [&](_clsCat& cLevel) { rotation.push_back(OrderOf(cLevel)); });
         if (rotation.size() == lBefore)
-        {
             rotation.push_back({NameOf(cMainCat), 0, 0, {}});
-        }
     });
     return rotation;
 }
@@ -105,18 +95,12 @@ ComPtr<_clsCat> Categories::Find(const CategoryName& name) const
 {
     const auto cMainCat = ItemOf(*MainCats(), CategoryKey(name.sName, 0));
     if (!cMainCat)
-    {
         throw HostError(L"there is no category " + name.sName);
-    }
     if (name.lLevel == 0)
-    {
         return cMainCat;
-    }
     auto cLevel = ItemOf(*SubCats(*cMainCat), DecimalText(name.lLevel));
     if (!cLevel)
-    {
         throw HostError(NameOf(*cMainCat) + L" has no level " + DecimalText(name.lLevel));
-    }
     return cLevel;
 }
 
@@ -125,13 +109,9 @@ std::vector<ComPtr<_clsCat>> Categories::LevelsOf(const CategoryName& name) cons
     const auto cFound = Find(name);
     std::vector<ComPtr<_clsCat>> levels;
     if (name.lLevel != 0)
-    {
         levels.push_back(cFound);
-    }
     else
-    {
         ForEachCat(*SubCats(*cFound), [&](_clsCat& cLevel) { levels.emplace_back(&cLevel); });
-    }
     return levels;
 }
 

@@ -10,17 +10,18 @@
 namespace ravlo
 {
 
-// The categories of a populated scheduler. Failures are HostError, or ComError with the scheduler's words.
+// The categories of a populated scheduler. Throws HostError, or RuntimeError with the
+// scheduler's words.
 class Categories
 {
 public:
     explicit Categories(_clsSchedMan& cManager) : m_cManager(cManager) {}
 
-    // Every level as it stands, with its cuts.
+    // Every level with its cuts, in rotation order.
     Rotation Orders() const;
-    // Throws when there is none of that name.
+    // Throws when there is no such category.
     ComPtr<_clsCat> Find(const CategoryName& name) const;
-    // The levels meant: one, or all of a main category.
+    // The level of that name, or all levels of a main category.
     std::vector<ComPtr<_clsCat>> LevelsOf(const CategoryName& name) const;
     // With the name as the scheduler spells it.
     Target TargetOf(const CategoryName& name) const;

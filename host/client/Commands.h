@@ -8,11 +8,11 @@
 namespace ravlo
 {
 
-// Each throws when it fails: HostError, or what the scheduler and the database say. What is wrong with the
-// command line's files and names is found before anything is changed. A failure that comes later is told as
-// well, but what was done until then stays: a cut that was moved, a level that was made.
+// Each throws when it fails: HostError, or the errors of the scheduler and the database. Wrong file and
+// category names on the command line are found before anything is changed. After a later failure, what was
+// done before it stays: a moved cut, a new level.
 
-// Reads a library into the database and tells how many cuts came.
+// Reads a library into the database and prints the number of cuts.
 void RunImport(const ImportOptions& options, const Console& cOut, const Console& cError);
 
 // Fills a day and prints its log and summary.
@@ -24,7 +24,7 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
 void RunWatch(const WatchOptions& options, const Boxes& cBoxes, const Console& cOut, const Console& cError);
 
 // Lists or changes categories. lExitDeclined when the question before a change was not answered with yes.
-// Throws also when a change was made and the scheduler showed a box meanwhile: not all of it was saved.
+// Throws also when a change was made but the scheduler showed a box: not all of it was saved.
 int RunCats(const CatsOptions& options, const Boxes& cBoxes, const Console& cOut, const Console& cError);
 
 // Open one of the scheduler's windows and return when it is closed. What is chosen in the category window is

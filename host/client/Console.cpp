@@ -31,9 +31,7 @@ Console::Console(DWORD lWhich) noexcept : m_hWhere(GetStdHandle(lWhich)), m_bWin
 Console::~Console()
 {
     if (m_bWindow)
-    {
         SetConsoleOutputCP(m_lCodePageBefore);
-    }
 }
 
 void Console::Write(std::wstring_view sText) const
@@ -45,9 +43,7 @@ void Console::Write(std::wstring_view sText) const
         const auto lChunk = static_cast<DWORD>(std::min<std::size_t>(rest.size(), 1 << 16));
         DWORD lWritten = 0;
         if (!WriteFile(m_hWhere, rest.data(), lChunk, &lWritten, nullptr) || lWritten == 0)
-        {
             return;
-        }
         rest.remove_prefix(lWritten);
     }
 }
@@ -62,13 +58,9 @@ std::optional<std::wstring> ReadAnswer()
     while (ReadFile(hInput, &c, 1, &lRead, nullptr) && lRead == 1)
     {
         if (c == '\n')
-        {
             return TextFromStore(bytes);
-        }
         if (c != '\r')
-        {
             bytes += c;
-        }
     }
     return bytes.empty() ? std::nullopt : std::optional(TextFromStore(bytes));
 }

@@ -10,8 +10,8 @@
 namespace ravlo
 {
 
-// One of the two places a console program writes to. Text leaves as UTF-8, whatever the console's code page
-// is.
+// Standard output or standard error. Text is written as UTF-8, independent of the console's code
+// page.
 class Console
 {
 public:
@@ -22,7 +22,7 @@ public:
     ~Console();
 
     bool IsWindow() const noexcept { return m_bWindow; }
-    // What cannot be written is lost: there is no other place to say so.
+    // Text that cannot be written is lost: there is nowhere to report it.
     void Write(std::wstring_view sText) const;
 
 private:
@@ -31,7 +31,7 @@ private:
     UINT m_lCodePageBefore = 0;
 };
 
-// The next line of standard input, without its end; nothing when there is none.
+// Returns the next line of standard input without its line end; nothing at the end.
 std::optional<std::wstring> ReadAnswer();
 
 } // namespace ravlo

@@ -3,9 +3,9 @@
 
 #include "comkit/Errors.h"
 #include "host/client/Categories.h"
-#include "host/client/WindowText.h"
 #include "host/day/CutEdit.h"
 #include "platform/windows/CentredDialog.h"
+#include "platform/windows/WindowContent.h"
 
 #include <exception>
 
@@ -20,7 +20,7 @@ struct Editing
 {
     HWND hOwner;
     std::wstring sPath;
-    CutValues values;
+    EditedCut values;
 };
 
 std::wstring TextOf(HWND hDialog, int lControl) { return TextIn(::GetDlgItem(hDialog, lControl)); }
@@ -34,9 +34,7 @@ void Fill(HWND hDialog, const Editing& editing)
         {lCutLevel, fields.sLevel},
     };
     for (const auto& [lControl, sText] : colTexts)
-    {
         ::SetDlgItemTextW(hDialog, lControl, sText.c_str());
-    }
     ::CheckDlgButton(hDialog, lCutOpener, fields.bOpener ? BST_CHECKED : BST_UNCHECKED);
 }
 
@@ -69,7 +67,7 @@ bool Take(HWND hDialog, Editing& editing)
                   TextOf(hDialog, lCutYear), TextOf(hDialog, lCutCategories), TextOf(hDialog, lCutLevel),
                   ::IsDlgButtonChecked(hDialog, lCutOpener) == BST_CHECKED},
                  editing.values);
-    if (const auto* values = std::get_if<CutValues>(&taken))
+    if (const auto* values = std::get_if<EditedCut>(&taken))
     {
         editing.values = *values;
         return true;
@@ -94,14 +92,10 @@ INT_PTR CALLBACK OnMessage(HWND hDialog, UINT lMessage, WPARAM wParam, LPARAM lP
         return TRUE;
     }
     if (lMessage != WM_COMMAND)
-    {
         return FALSE;
-    }
     auto& editing = *reinterpret_cast<Editing*>(::GetWindowLongPtrW(hDialog, DWLP_USER));
     if (LOWORD(wParam) == IDCANCEL || (LOWORD(wParam) == IDOK && Take(hDialog, editing)))
-    {
         ::EndDialog(hDialog, LOWORD(wParam));
-    }
     return TRUE;
 }
 
@@ -112,7 +106,7 @@ std::wstring Get(_clsCut& cCut, HRESULT (STDMETHODCALLTYPE _clsCut::*get)(BSTR*)
     return sText.Text();
 }
 
-CutValues ValuesIn(_clsCut& cCut)
+EditedCut ValuesIn(_clsCut& cCut)
 {
     LONG lYear = 0;
     LONG lLevel = 0;
@@ -129,7 +123,7 @@ CutValues ValuesIn(_clsCut& cCut)
             bOpener != VARIANT_FALSE};
 }
 
-void Put(_clsCut& cCut, const CutValues& values)
+void Put(_clsCut& cCut, const EditedCut& values)
 {
     const auto Check = [&](HRESULT hr) { ThrowIfFailed(hr, cCut, __uuidof(_clsCut)); };
     Check(cCut.put_Artist(Bstr(values.sArtist).Get()));
@@ -151,7 +145,7 @@ void Announce(_clsCut& cCut, _clsDataBase& cDataBase)
 
 // All of it, or what the cut was before: a database that refuses one change must not leave the cut between
 // two places.
-void Change(_clsCut& cCut, _clsDataBase& cDataBase, const CutValues& before, const CutValues& after)
+void Change(_clsCut& cCut, _clsDataBase& cDataBase, const EditedCut& before, const EditedCut& after)
 {
     try
     {
@@ -178,17 +172,13 @@ void Change(_clsCut& cCut, _clsDataBase& cDataBase, const CutValues& before, con
 bool EditCut(HWND hOwner, _clsCut& cCut, _clsDataBase& cDataBase)
 {
     Editing editing{hOwner, Get(cCut, &_clsCut::get_Path), ValuesIn(cCut)};
-    const CutValues before = editing.values;
+    const EditedCut before = editing.values;
     const INT_PTR lAnswer = ::DialogBoxParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(lCutDialog),
                                               hOwner, OnMessage, reinterpret_cast<LPARAM>(&editing));
     if (lAnswer != IDOK)
-    {
         return false;
-    }
     if (editing.values == before)
-    {
         return true;
-    }
     Change(cCut, cDataBase, before, editing.values);
     return true;
 }

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "host/client/EventListener.h"
 
-#include "comkit/Errors.h"
-#include "comkit/Unknown.h"
-
 #include <utility>
 
 namespace ravlo
@@ -12,57 +9,46 @@ namespace ravlo
 namespace
 {
 
-class Sink final : public Unknown<IDispatch>
+// ProgressStart(reason, max), Progress(text, count, max), ProgressDone(status)
+void Handle(const ProgressListener::Handlers& handlers, DISPID lWhich, const EventArguments& given)
 {
-public:
-    Sink(REFIID iidEvents, EventListener::Handler handler)
-        : m_iidEvents(iidEvents), m_handler(std::move(handler))
+    if (lWhich == 0)
     {
+        given.Expect(2);
+        handlers.start(given.TextAt(0), 0, given.LongAt(1));
     }
-
-    STDMETHODIMP GetTypeInfoCount(UINT* plCount) override
+    else if (lWhich == 1)
     {
-        *plCount = 0;
-        return S_OK;
+        given.Expect(3);
+        handlers.progress(given.TextAt(0), given.LongAt(1), given.LongAt(2));
     }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-    STDMETHODIMP Invoke(DISPID lEvent, REFIID, LCID, WORD, DISPPARAMS* pParameters, VARIANT*, EXCEPINFO*,
-                        UINT*) override
+    else if (lWhich == 2)
     {
-        try
-        {
-            m_handler(lEvent, EventArguments(*pParameters));
-        }
-        catch (...)
-        {
-            // The work that raised the event goes on as if nobody had listened.
-        }
-        return S_OK;
+        given.Expect(1);
+        handlers.done(given.TextAt(0));
     }
-
-protected:
-    bool Answers(REFIID iid) const noexcept override { return iid == IID_IDispatch || iid == m_iidEvents; }
-
-private:
-    IID m_iidEvents;
-    EventListener::Handler m_handler;
-};
+}
 
 } // namespace
 
-EventListener::EventListener(IUnknown& cSource, REFIID iidEvents, Handler handler)
+EventListener::EventListener(IUnknown& cSource, REFIID iidEvents, EventSink::Handler handler)
 {
-    const auto cSink = NewObject<Sink>(iidEvents, std::move(handler));
+    const auto cSink = NewObject<EventSink>(iidEvents, L"RavloHost", std::move(handler));
     const auto cContainer = ComPtr<IUnknown>(&cSource).As<IConnectionPointContainer>();
     if (!cContainer)
-    {
-        throw ComError(E_NOINTERFACE, L"The object raises no events");
-    }
+        throw RuntimeError(E_NOINTERFACE, L"The object raises no events");
     ThrowIfFailed(cContainer->FindConnectionPoint(iidEvents, m_cPoint.Receive()));
     ThrowIfFailed(m_cPoint->Advise(cSink.Get(), &m_lCookie));
 }
 
 EventListener::~EventListener() { m_cPoint->Unadvise(m_lCookie); }
+
+ProgressListener::ProgressListener(IUnknown& cSource, REFIID iidEvents, DISPID lFirstEvent, Handlers handlers)
+    : m_cListener(cSource, iidEvents,
+                  [lFirstEvent, handlers = std::move(handlers)](DISPID lEvent, const EventArguments& given) {
+    Handle(handlers, lEvent - lFirstEvent, given);
+      })
+{
+}
 
 } // namespace ravlo

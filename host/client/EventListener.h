@@ -1,38 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "comkit/Variant.h"
-
-#include <functional>
+#include "comkit/EventSink.h"
 
 namespace ravlo
 {
 
-// The arguments of one event, in the order they are declared.
-class EventArguments
-{
-public:
-    explicit EventArguments(const DISPPARAMS& parameters) noexcept : m_parameters(parameters) {}
-
-    UINT Count() const noexcept { return m_parameters.cArgs; }
-    // From 0; the caller has checked that there is one.
-    const VARIANT& At(UINT lIndex) const noexcept
-    {
-        return m_parameters.rgvarg[m_parameters.cArgs - 1 - lIndex];
-    }
-
-private:
-    const DISPPARAMS& m_parameters;
-};
-
-// Listens to the events of a COM object for as long as it lives.
+// Listens to the events of a COM object for as long as it lives. The object ignores what the handler throws.
 class EventListener
 {
 public:
-    // What a handler throws is dropped: it must not pass through the event's source.
-    using Handler = std::function<void(DISPID lEvent, const EventArguments& arguments)>;
-
-    EventListener(IUnknown& cSource, REFIID iidEvents, Handler handler);
+    EventListener(IUnknown& cSource, REFIID iidEvents, EventSink::Handler handler);
     EventListener(const EventListener&) = delete;
     EventListener& operator=(const EventListener&) = delete;
     ~EventListener();
@@ -40,6 +18,24 @@ public:
 private:
     ComPtr<IConnectionPoint> m_cPoint;
     DWORD m_lCookie = 0;
+};
+
+// Listens to the progress events of the database or the scheduler for as long as it lives.
+class ProgressListener
+{
+public:
+    struct Handlers
+    {
+        using Progress = std::function<void(const std::wstring& sText, long lCount, long lMax)>;
+        Progress start; // lCount is 0
+        Progress progress;
+        std::function<void(const std::wstring& sStatus)> done;
+    };
+    // lFirstEvent is the dispatch id of ProgressStart; Progress and ProgressDone follow it.
+    ProgressListener(IUnknown& cSource, REFIID iidEvents, DISPID lFirstEvent, Handlers handlers);
+
+private:
+    EventListener m_cListener;
 };
 
 } // namespace ravlo

@@ -44,9 +44,7 @@ std::wstring FullPath(const std::wstring& sPath)
     std::wstring sFull(lRoom, L'\0');
     const auto lLength = GetFullPathNameW(sPath.c_str(), lRoom, sFull.data(), nullptr);
     if (lLength == 0 || lLength >= lRoom)
-    {
         throw HostError(sPath + L" is no file name");
-    }
     sFull.resize(lLength);
     return sFull;
 }
@@ -54,30 +52,22 @@ std::wstring FullPath(const std::wstring& sPath)
 void MustExist(const std::wstring& sPath)
 {
     if (!FileExists(sPath))
-    {
         throw HostError(sPath + L": no such file");
-    }
 }
 
 void MustBeWritable(const std::wstring& sPath)
 {
     if (files.FolderExists(sPath))
-    {
         throw HostError(sPath + L" is a folder");
-    }
     if (!files.FolderExists(FolderOf(sPath) + L"\\"))
-    {
         throw HostError(sPath + L": its folder does not exist");
-    }
 }
 
 void MustBeStation(const std::wstring& sDataBase, const std::wstring& sAppFolder)
 {
     MustExist(FullPath(sDataBase));
     if (FileExists(FullPath(sAppFolder)))
-    {
         throw HostError(sAppFolder + L" is a file, not a folder");
-    }
 }
 
 void MustBeFree(const std::wstring& sAppFolder)
@@ -87,9 +77,7 @@ void MustBeFree(const std::wstring& sAppFolder)
     while (IsStationInUse(files, sStation))
     {
         if (GetTickCount64() >= end)
-        {
             throw HostError(L"another program works on the station " + sAppFolder);
-        }
         Sleep(lBetweenLooksmS);
     }
 }
@@ -112,14 +100,10 @@ void WriteWhole(const std::wstring& sPath, std::string_view bytes)
 void MakeFolder(const std::wstring& sPath)
 {
     if (files.FolderExists(sPath))
-    {
         return;
-    }
     const auto sAbove = FolderOf(sPath);
     if (sAbove.size() > 2 && sAbove != sPath) // past "C:"
-    {
         MakeFolder(sAbove);
-    }
     Named(sPath, [&] { files.CreateFolder(sPath); });
 }
 

@@ -9,29 +9,21 @@ namespace ravlo
 LibraryPlays::LibraryPlays(MediaLibrary& cLibrary, bool bGather) : m_cLibrary(cLibrary)
 {
     if (bGather)
-    {
         m_cGathered = ComPtr<_clsDataBase>(&cLibrary.Object()).As<IGatheredPlays>();
-    }
     if (m_cGathered)
-    {
         ThrowIfFailed(m_cGathered->BeginGathering(), *m_cGathered.Get(), __uuidof(IGatheredPlays));
-    }
 }
 
 LibraryPlays::~LibraryPlays()
 {
     if (m_cGathered)
-    {
         m_cGathered->EndGathering(); // who wants to know has written before
-    }
 }
 
 void LibraryPlays::Write()
 {
     if (m_cGathered)
-    {
         ThrowIfFailed(m_cGathered->WriteGathered(), *m_cGathered.Get(), __uuidof(IGatheredPlays));
-    }
 }
 
 bool LibraryPlays::Has(const std::wstring& sKey, DateTime dtWhen)
@@ -39,18 +31,14 @@ bool LibraryPlays::Has(const std::wstring& sKey, DateTime dtWhen)
     const auto cCut = CutOf(sKey);
     DATE dtLast = dtWhen;
     if (cCut)
-    {
         ThrowIfFailed(cCut->get_LastPlayed(&dtLast), *cCut.Get(), __uuidof(_clsCut));
-    }
     return dtLast == dtWhen;
 }
 
 void LibraryPlays::Put(const std::wstring& sKey, DateTime dtWhen)
 {
     if (const auto cCut = CutOf(sKey))
-    {
         ThrowIfFailed(cCut->put_LastPlayed(dtWhen), *cCut.Get(), __uuidof(_clsCut));
-    }
 }
 
 ComPtr<_clsCut> LibraryPlays::CutOf(const std::wstring& sKey) const

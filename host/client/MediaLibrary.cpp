@@ -3,7 +3,7 @@
 
 #include "base/Text.h"
 #include "comkit/Errors.h"
-#include "host/client/ProgressListener.h"
+#include "host/client/EventListener.h"
 
 namespace ravlo
 {
@@ -18,9 +18,7 @@ MediaLibrary::Entry EntryOf(IDispatch& cItem)
     MediaLibrary::Entry entry;
     entry.cCut = ComPtr<IDispatch>(&cItem).As<_clsCut>();
     if (!entry.cCut)
-    {
-        throw ComError(E_NOINTERFACE, L"The database holds an item that is no cut");
-    }
+        throw RuntimeError(E_NOINTERFACE, L"The database holds an item that is no cut");
     Bstr sCategories;
     LONG lLevel = 0;
     ThrowIfFailed(entry.cCut->get_CategoryText(sCategories.Receive()));
@@ -28,12 +26,8 @@ MediaLibrary::Entry EntryOf(IDispatch& cItem)
     ThrowIfFailed(entry.cCut->get_LastPlayed(&entry.dtLastPlayed));
     entry.lLevel = lLevel;
     for (const auto& sName : Split(sCategories.Text(), L"/"))
-    {
         if (!sName.empty())
-        {
             entry.categories.push_back(sName);
-        }
-    }
     return entry;
 }
 
@@ -45,22 +39,16 @@ void ForEach(_clsCollection& cCollection, const std::function<void(IDispatch& cI
     ThrowIfFailed(cCollection.get__NewEnum(cUnknown.Receive()));
     const auto cEnum = cUnknown.As<IEnumVARIANT>();
     if (!cEnum)
-    {
-        throw ComError(E_NOINTERFACE, L"The collection cannot be walked");
-    }
+        throw RuntimeError(E_NOINTERFACE, L"The collection cannot be walked");
     for (;;)
     {
         Variant item;
         ULONG lFetched = 0;
         if (cEnum->Next(1, &item, &lFetched) != S_OK || lFetched != 1)
-        {
             return;
-        }
         const auto cItem = ObjectIn<IDispatch>(item);
         if (cItem)
-        {
             fVisit(*cItem);
-        }
     }
 }
 
@@ -103,9 +91,7 @@ std::vector<MediaLibrary::Entry> MediaLibrary::Entries() const
 void MediaLibrary::TakeInChanges()
 {
     if (const auto cShared = m_cDataBase.As<ISharedDataBase>())
-    {
         ThrowIfFailed(cShared->TakeInChanges(), *cShared.Get(), __uuidof(ISharedDataBase));
-    }
 }
 
 ComPtr<_clsCut> MediaLibrary::NewCut() const

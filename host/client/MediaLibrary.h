@@ -17,8 +17,8 @@ namespace ravlo
 // Calls fVisit with every object of a collection, in its order.
 void ForEach(_clsCollection& cCollection, const std::function<void(IDispatch& cItem)>& fVisit);
 
-// The embedded media database, used as any host uses it. Failures are RuntimeError or ComError with the
-// database's own words.
+// The embedded media database, used as any host uses it. Throws RuntimeError with the database's own
+// words.
 class MediaLibrary
 {
 public:

@@ -34,9 +34,7 @@ void OpeningWindow::Show(const std::wstring& sText, long lCount, long lMax)
 {
     const auto lTick = ::GetTickCount64();
     if (lTick - m_lShown < lLeastTicks)
-    {
         return;
-    }
     m_lShown = lTick;
     ::SetDlgItemTextW(m_hWindow, lOpeningText, sText.c_str());
     const HWND hBar = ::GetDlgItem(m_hWindow, lOpeningBar);

@@ -2,15 +2,7 @@
 #include "host/client/Picture.h"
 
 #include "host/day/HostError.h"
-
-#include <objidl.h>
-
-#include <algorithm>
-
-// The headers below want them.
-using std::max;
-using std::min;
-#include <gdiplus.h>
+#include "platform/windows/WindowContent.h"
 
 namespace ravlo
 {
@@ -21,9 +13,6 @@ namespace
 constexpr UINT lEvery = 100; // ms
 constexpr int lQuietLooks = 5;
 
-// The encoder of PNG files.
-constexpr CLSID pngEncoder = {0x557cf406, 0x1a04, 0x11d3, {0x9a, 0x73, 0x00, 0x00, 0xf8, 0x1e, 0xf3, 0x2e}};
-
 // The window of this thread that the user can use now; null when there is none.
 HWND UsableWindow() noexcept
 {
@@ -33,51 +22,13 @@ HWND UsableWindow() noexcept
         static BOOL CALLBACK Visit(HWND hWindow, LPARAM lParam)
         {
             if (::IsWindowVisible(hWindow) == FALSE || ::IsWindowEnabled(hWindow) == FALSE)
-            {
                 return TRUE;
-            }
             *reinterpret_cast<HWND*>(lParam) = hWindow;
             return FALSE;
         }
     };
     ::EnumThreadWindows(::GetCurrentThreadId(), &Visitor::Visit, reinterpret_cast<LPARAM>(&hFound));
     return hFound;
-}
-
-HBITMAP BitmapOf(HWND hWindow) noexcept
-{
-    RECT rect{};
-    ::GetWindowRect(hWindow, &rect);
-    const int cx = static_cast<int>(rect.right - rect.left);
-    const int cy = static_cast<int>(rect.bottom - rect.top);
-    const HDC hWindowDC = ::GetWindowDC(hWindow);
-    const HDC hDC = ::CreateCompatibleDC(hWindowDC);
-    const HBITMAP hBitmap = ::CreateCompatibleBitmap(hWindowDC, cx, cy);
-    const HGDIOBJ hBefore = ::SelectObject(hDC, hBitmap);
-    ::BitBlt(hDC, 0, 0, cx, cy, hWindowDC, 0, 0, SRCCOPY);
-    ::SelectObject(hDC, hBefore);
-    ::DeleteDC(hDC);
-    ::ReleaseDC(hWindow, hWindowDC);
-    return hBitmap;
-}
-
-bool WritePng(HWND hWindow, const std::wstring& sFile)
-{
-    ULONG_PTR lToken = 0;
-    const Gdiplus::GdiplusStartupInput input;
-    if (Gdiplus::GdiplusStartup(&lToken, &input, nullptr) != Gdiplus::Ok)
-    {
-        return false;
-    }
-    const HBITMAP hBitmap = BitmapOf(hWindow);
-    bool bWritten = false;
-    {
-        Gdiplus::Bitmap bitmap(hBitmap, nullptr);
-        bWritten = bitmap.Save(sFile.c_str(), &pngEncoder, nullptr) == Gdiplus::Ok;
-    }
-    ::DeleteObject(hBitmap);
-    Gdiplus::GdiplusShutdown(lToken);
-    return bWritten;
 }
 
 } // namespace
@@ -87,9 +38,7 @@ Picture* Picture::m_pOnly = nullptr;
 Picture::Picture(const std::wstring& sFile, Close close) : m_sFile(sFile), m_close(close)
 {
     if (m_sFile.empty())
-    {
         return;
-    }
     m_pOnly = this;
     m_lTimer = ::SetTimer(nullptr, 0, lEvery, &Picture::OnTimer);
 }
@@ -97,21 +46,15 @@ Picture::Picture(const std::wstring& sFile, Close close) : m_sFile(sFile), m_clo
 Picture::~Picture()
 {
     if (m_lTimer != 0)
-    {
         ::KillTimer(nullptr, m_lTimer);
-    }
     if (m_pOnly == this)
-    {
         m_pOnly = nullptr;
-    }
 }
 
 void CALLBACK Picture::OnTimer(HWND, UINT, UINT_PTR, DWORD)
 {
     if (m_pOnly)
-    {
         m_pOnly->Look();
-    }
 }
 
 void Picture::Look()
@@ -121,20 +64,16 @@ void Picture::Look()
     const bool bQuiet = hWindow && HIWORD(::GetQueueStatus(lWork)) == 0;
     m_lQuiet = bQuiet ? m_lQuiet + 1 : 0;
     if (m_bDone || m_lQuiet < lQuietLooks)
-    {
         return;
-    }
     m_bDone = true;
-    m_bTaken = WritePng(hWindow, m_sFile);
+    m_bTaken = WritePng({hWindow}, m_sFile);
     m_close(hWindow);
 }
 
 void Picture::MustBeTaken() const
 {
     if (!m_sFile.empty() && !m_bTaken)
-    {
         throw HostError(m_sFile + L": no picture of the window could be taken");
-    }
 }
 
 } // namespace ravlo

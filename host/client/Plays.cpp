@@ -23,12 +23,8 @@ DateTime Now()
 Plays::Plays(const std::vector<MediaLibrary::Entry>& entries)
 {
     for (const auto& entry : entries)
-    {
         if (entry.dtLastPlayed > 0)
-        {
             m_plays.push_back(&entry);
-        }
-    }
     std::stable_sort(m_plays.begin(), m_plays.end(), [](const auto* left, const auto* right) {
         return left->dtLastPlayed < right->dtLastPlayed;
     });
@@ -37,9 +33,7 @@ Plays::Plays(const std::vector<MediaLibrary::Entry>& entries)
 DateTime Plays::End() const
 {
     if (m_plays.empty())
-    {
         return Now();
-    }
     const auto lLengthmS = PlayedCutOf(*m_plays.back()->cCut).lDurationmS;
     return Later(m_plays.back()->dtLastPlayed, lLengthmS > 0 ? lLengthmS : lEmptySlotmS);
 }

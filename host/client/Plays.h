@@ -10,17 +10,17 @@
 namespace ravlo
 {
 
-// What a library remembers of earlier days: its cuts that were played, oldest first. The entries are the
-// caller's and outlive this.
+// A library's record of earlier days: its cuts that were played, oldest first. The entries belong to the
+// caller and must outlive this.
 class Plays
 {
 public:
     explicit Plays(const std::vector<MediaLibrary::Entry>& entries);
 
-    // Where the next cut starts: the end of the last play, so that one day continues the other; now when
-    // nothing was played yet.
+    // Returns when the next cut starts: at the end of the last play, so that one day continues the other; now
+    // when nothing was played yet.
     DateTime End() const;
-    // Tells the scheduler and the gaps of every play.
+    // Reports every play to the scheduler and the gaps.
     void Report(Scheduler& cScheduler, Gaps& cGaps) const;
 
 private:

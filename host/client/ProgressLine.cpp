@@ -15,9 +15,7 @@ void ProgressLine::Show(const std::wstring& sText)
 {
     const auto lTick = GetTickCount64();
     if (!m_bOn || (m_lShown > 0 && lTick - m_lLastTick < lLeastTicks))
-    {
         return;
-    }
     const std::wstring sRest(m_lShown > sText.size() ? m_lShown - sText.size() : 0, L' ');
     m_cError.Write(L"\r" + sText + sRest);
     m_lShown = sText.size();

@@ -8,7 +8,7 @@
 namespace ravlo
 {
 
-// How far the work is, on one line of standard error that is written anew at most ten times a second.
+// A progress line on standard error, rewritten at most ten times a second.
 class ProgressLine
 {
 public:
@@ -22,7 +22,7 @@ public:
     ~ProgressLine() { Clear(); }
 
     void Show(const std::wstring& sText);
-    // Takes the line away, so that other text can be written.
+    // Removes the line, so that other text can be written.
     void Clear();
 
 private:

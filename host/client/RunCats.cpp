@@ -10,7 +10,6 @@
 #include "base/Text.h"
 #include "comkit/Errors.h"
 #include "host/day/HostError.h"
-#include "host/day/Keys.h"
 #include "host/day/Rotation.h"
 
 #include <algorithm>
@@ -23,7 +22,7 @@ namespace
 
 constexpr const wchar_t* sNotSaved = L", but not everything could be saved";
 
-// One call of cats: the open station, what was asked for, and where to write.
+// One run of the cats command.
 class CatsRun
 {
 public:
@@ -92,17 +91,13 @@ int CatsRun::Run()
 void CatsRun::NoBoxMustHaveCome(const std::wstring& sFailure) const
 {
     if (m_cBoxes.Count() > m_boxesBefore)
-    {
         throw HostError(sFailure);
-    }
 }
 
 bool CatsRun::Confirmed(const std::wstring& sQuestion) const
 {
     if (m_options.bYes)
-    {
         return true;
-    }
     m_cOut.Write(sQuestion + L" [y/N] ");
     const auto sAnswer = ReadAnswer();
     if (!sAnswer)
@@ -123,34 +118,26 @@ std::vector<Target> CatsRun::Targets() const
 {
     std::vector<Target> targets;
     for (const auto& name : m_options.categories)
-    {
         targets.push_back(m_categories.TargetOf(name));
-    }
     return targets;
 }
 
-// What was named, main categories as they are.
+// The named categories, main categories as such.
 ComPtr<_clsCollection> CatsRun::CatsMeant() const
 {
     auto colCats = NewCollection();
     for (const auto& name : m_options.categories)
-    {
         Append(*colCats, *m_categories.Find(name));
-    }
     return colCats;
 }
 
-// What was named, main categories as their levels.
+// The named categories, main categories as their levels.
 ComPtr<_clsCollection> CatsRun::LevelsMeant() const
 {
     auto colLevels = NewCollection();
     for (const auto& name : m_options.categories)
-    {
         for (const auto& cLevel : m_categories.LevelsOf(name))
-        {
             Append(*colLevels, *cLevel);
-        }
-    }
     return colLevels;
 }
 
@@ -161,9 +148,7 @@ void CatsRun::List() const
     auto rotation = m_categories.Orders();
     const auto& names = m_options.categories;
     for (const auto& name : names)
-    {
         m_categories.Find(name);
-    }
     const auto isMeant = [](const LevelOrder& order, const CategoryName& name) {
         return FoldCase(order.sCategory) == FoldCase(name.sName) &&
                (name.lLevel == 0 || name.lLevel == order.lLevel);
@@ -197,9 +182,7 @@ void CatsRun::New()
     const HRESULT hResult = m_cManager.CreateMainCat(psName, &bMade);
     Check(hResult);
     if (bMade == VARIANT_FALSE)
-    {
         throw HostError(L"the category " + m_options.sNewName + L" was not made");
-    }
     NoBoxMustHaveCome(L"the category " + sName.Text() + L" was made" + sNotSaved);
     m_cOut.Write(L"Made the category " + sName.Text() + L" with level 1\n");
 }
@@ -231,9 +214,7 @@ void CatsRun::Level()
     Check(m_cManager.SaveHistoryAndOrdering(cMainCat.Get(), &bSaved));
     const auto sLevel = TextOf(CategoryName{target.name.sName, m_options.lLevel});
     if (bAdded == VARIANT_FALSE)
-    {
         throw HostError(L"the level " + sLevel + L" was not made");
-    }
     NoBoxMustHaveCome(L"the level " + sLevel + L" was made" + sNotSaved);
     m_cOut.Write(L"Made the level " + sLevel + L"\n");
 }
@@ -244,9 +225,7 @@ int CatsRun::Shuffle()
 {
     const auto sTargets = TextOf(Targets());
     if (!Confirmed(L"Really shuffle " + sTargets + L"?"))
-    {
         return lExitDeclined;
-    }
     Check(m_cManager.ShuffleCategories(CatsMeant().Get(), VARIANT_FALSE));
     NoBoxMustHaveCome(L"not everything was shuffled and saved");
     m_cOut.Write(L"Shuffled " + sTargets + L"\n");
@@ -257,15 +236,11 @@ int CatsRun::Delete()
 {
     const auto sTargets = TextOf(Targets());
     if (!Confirmed(L"Really delete " + sTargets + L"? The cuts stay in the database."))
-    {
         return lExitDeclined;
-    }
     VARIANT_BOOL bGone = VARIANT_FALSE;
     Check(m_cManager.DeleteCats(CatsMeant().Get(), &bGone));
     if (bGone == VARIANT_FALSE)
-    {
         throw HostError(L"not everything was deleted");
-    }
     NoBoxMustHaveCome(sTargets + L" deleted" + sNotSaved);
     m_cOut.Write(L"Deleted " + sTargets + L"\n");
     return lExitOk;
@@ -273,24 +248,20 @@ int CatsRun::Delete()
 
 // ---- moving, copying ----
 
-// The cuts of the levels, each once, in rotation order; with paths given only those, all of which must be
-// there.
+// The cuts of the levels, each once, in rotation order. When paths are given, only those; throws when one is
+// missing.
 std::vector<ComPtr<_clsCut>> CatsRun::CutsMeant(_clsCollection& colLevels) const
 {
     Keys asked;
     for (const auto& sPath : m_options.cuts)
-    {
         asked.insert(TextKey(sPath));
-    }
     Keys taken;
     std::vector<ComPtr<_clsCut>> cuts;
     const auto take = [&](IDispatch& cItem) {
         const auto cCut = ComPtr<IDispatch>(&cItem).As<_clsCut>();
         const TextKey cKey(PathOf(*cCut));
         if ((asked.empty() || asked.contains(cKey)) && taken.insert(cKey).second)
-        {
             cuts.push_back(cCut);
-        }
     };
     ForEach(colLevels, [&](IDispatch& cItem) {
         ComPtr<_clsCollection> colCuts;
@@ -298,16 +269,12 @@ std::vector<ComPtr<_clsCut>> CatsRun::CutsMeant(_clsCollection& colLevels) const
         ForEach(*colCuts, take);
     });
     for (const auto& sPath : m_options.cuts)
-    {
         if (!taken.contains(TextKey(sPath)))
-        {
             throw HostError(sPath + L" does not stand there");
-        }
-    }
     return cuts;
 }
 
-// The cuts whose own level is not that of the target: they would not stay there.
+// The cuts whose own level is not the target's: they would not stay there.
 std::vector<ComPtr<_clsCut>> CatsRun::CutsOfOtherLevels(const std::vector<ComPtr<_clsCut>>& cuts) const
 {
     std::vector<ComPtr<_clsCut>> others;
@@ -316,14 +283,12 @@ std::vector<ComPtr<_clsCut>> CatsRun::CutsOfOtherLevels(const std::vector<ComPtr
         LONG lLevel = 0;
         ThrowIfFailed(cCut->get_CatLevel(&lLevel));
         if (m_options.to.lLevel != 0 && std::max<LONG>(lLevel, 1) != m_options.to.lLevel)
-        {
             others.push_back(cCut);
-        }
     }
     return others;
 }
 
-// What a copy into a level left out, a line each.
+// Reports the cuts that a copy into a level left out, one a line.
 void CatsRun::TellRefused(const std::vector<ComPtr<_clsCut>>& refused, const std::wstring& sTo) const
 {
     for (const auto& cCut : refused)
@@ -348,26 +313,20 @@ int CatsRun::Transfer()
     const auto colLevels = LevelsMeant();
     const auto cuts = CutsMeant(*colLevels);
     if (cuts.empty())
-    {
         throw HostError(L"there is no cut in " + TextOf(Targets()));
-    }
     if (bMove &&
         !Confirmed(L"Really move " + CountOf(cuts.size(), L"cut", L"cuts") + L" of " + TextOf(Targets()) +
                    L" to " + sTo + (m_options.bExclusive ? L" and out of every other category?" : L"?")))
-    {
         return lExitDeclined;
-    }
     const auto colCuts = NewCollection();
     for (const auto& cCut : cuts)
-    {
         Append(*colCuts, *cCut);
-    }
     const auto before = m_categories.Orders();
     VARIANT_BOOL bCreated = VARIANT_FALSE;
     const auto eOption = !bMove ? ::eCopyHere : m_options.bExclusive ? ::eMoveExclusiveHere : ::eMoveHere;
     const auto refused = bMove ? std::vector<ComPtr<_clsCut>>() : CutsOfOtherLevels(cuts);
     Check(m_cManager.DoMassCatChange(eOption, colLevels.Get(), cTo.Get(), colCuts.Get(), &bCreated));
-    if (refused.empty()) // else the box that tells of them has come
+    if (refused.empty()) // otherwise a box about them was expected
     {
         NoBoxMustHaveCome(std::wstring(L"not every cut was ") + (bMove ? L"moved" : L"copied") +
                           L" and saved");
@@ -397,9 +356,7 @@ int RunCats(const CatsOptions& options, const Boxes& cBoxes, const Console& cOut
     const auto show = [&](const std::wstring& sText, long, long) { line.Show(sText); };
     Scheduler scheduler(library, false);
     if (options.eAction != CatsAction::List)
-    {
         MustBeFree(options.sAppFolder); // right before the scheduler marks it
-    }
     scheduler.Populate(sAppFolder, show);
     line.Clear();
     const auto follow = scheduler.Follow({show, show, [&](const std::wstring&) { line.Clear(); }});

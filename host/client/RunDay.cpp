@@ -6,9 +6,9 @@
 #include "host/client/Plays.h"
 #include "host/client/ProgressLine.h"
 #include "host/client/Scheduler.h"
-#include "host/client/WhatFailed.h"
 
 #include "base/Text.h"
+#include "comkit/Errors.h"
 #include "host/day/DayMaker.h"
 #include "host/day/DayPlan.h"
 #include "host/day/HostError.h"
@@ -34,12 +34,8 @@ LevelsInUse LevelsOf(const std::vector<MediaLibrary::Entry>& entries)
 {
     LevelsInUse levels;
     for (const auto& entry : entries)
-    {
         for (const auto& sCategory : entry.categories)
-        {
             levels.Add(sCategory, entry.lLevel);
-        }
-    }
     return levels;
 }
 
@@ -48,17 +44,13 @@ Request RequestFromFiles(const DayOptions& options)
 {
     Request request;
     if (!options.sClock.empty())
-    {
         request.clock = ParseClock(ReadWhole(FullPath(options.sClock)), options.sClock);
-    }
     if (!options.sSlots.empty())
     {
         const auto slots = ParseSlots(ReadWhole(FullPath(options.sSlots)), options.sSlots);
         request.timed = SlotsWithin(slots, options.dtStart, options.lHours);
         if (request.timed.empty())
-        {
             throw HostError(options.sSlots + L" holds no slot in the time asked for");
-        }
     }
     return request;
 }
@@ -69,16 +61,12 @@ void Complete(Request& request, const DayOptions& options, const std::vector<Med
     const auto levels = LevelsOf(entries);
     CheckLevels(request.clock, levels, options.sClock);
     for (const auto& timed : request.timed)
-    {
         CheckLevels({timed.slot}, levels, options.sSlots);
-    }
     if (request.clock.empty() && request.timed.empty())
     {
         request.clock = levels.RoundOfAll();
         if (request.clock.empty())
-        {
             throw HostError(options.sDataBase + L" holds no cut in any category");
-        }
     }
     request.dtStart = options.dtStart ? *options.dtStart : Plays(entries).End();
 }
@@ -108,7 +96,7 @@ public:
         }
         catch (...)
         {
-            Add(WhatFailed());
+            Add(CurrentErrorText());
         }
     }
     void Add(const std::wstring& sWhat)
@@ -118,9 +106,7 @@ public:
     void ThrowIfAny() const
     {
         if (!m_sWhat.empty())
-        {
             throw HostError(m_sWhat);
-        }
     }
 
 private:
@@ -131,9 +117,7 @@ void Print(const Day& day, const DayOptions& options, const Console& cOut)
 {
     std::wstring sText;
     for (const auto& row : day.rows)
-    {
         sText += options.bQuiet ? L"" : LogLine(row) + L"\n";
-    }
     sText += Summary(day.rows, day.dtEnd);
     sText += options.sLog.empty() ? L"" : L"Log: " + options.sLog + L"\n";
     cOut.Write(sText);
@@ -142,9 +126,7 @@ void Print(const Day& day, const DayOptions& options, const Console& cOut)
 void WriteLog(const Day& day, const DayOptions& options)
 {
     if (!options.sLog.empty())
-    {
         WriteWhole(FullPath(options.sLog), LogCsv(day.rows));
-    }
 }
 
 } // namespace
@@ -153,9 +135,7 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
 {
     MustBeStation(options.sDataBase, options.sAppFolder);
     if (!options.sLog.empty())
-    {
         MustBeWritable(FullPath(options.sLog));
-    }
     auto request = RequestFromFiles(options);
     MediaLibrary library;
     library.Open(FullPath(options.sDataBase));

@@ -23,12 +23,8 @@ public:
     ~UndoNewDataBase()
     {
         for (const auto* sSuffix : {L"", L"-wal", L"-shm", L"-journal"})
-        {
             if (m_bArmed)
-            {
                 DeleteIfThere(m_sFile + sSuffix);
-            }
-        }
     }
     void Keep() noexcept { m_bArmed = false; }
 
@@ -58,9 +54,7 @@ void RunImport(const ImportOptions& options, const Console& cOut, const Console&
     cOut.Write(L"Imported " + DecimalText(cuts) + L" cuts from " + options.sCsv + L" into " +
                options.sDataBase + L"\n");
     if (!sReport.empty())
-    {
         cOut.Write(sReport + L"\n");
-    }
 }
 
 } // namespace ravlo

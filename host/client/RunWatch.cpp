@@ -22,7 +22,7 @@ namespace
 
 constexpr std::size_t linesOfOrder = 12;
 
-// Imports while the scheduler listens, and writes what it tells.
+// Imports while the scheduler listens, and writes its progress.
 void Import(MediaLibrary& cLibrary, Scheduler& cScheduler, const std::wstring& sCsv, ProgressLine& cLine,
             const Console& cOut)
 {
@@ -50,18 +50,14 @@ void PlayNew(const Rotation& rotation, const LevelChange& level, const WatchOpti
     cOut.Write(L"\nThe rotation of " + sLevel + L", where new cuts come up soonest:\n" +
                OrderLines(*order, level.newAt, linesOfOrder));
     if (options.lPicks == 0)
-    {
         return;
-    }
     cOut.Write(L"\nThe next " + CountOf(static_cast<std::size_t>(options.lPicks), L"pick", L"picks") +
                L":\n");
     DayMaker maker(cScheduler, cGaps, [](double) {});
     Day day;
     maker.Repeated(day, {level.sCategory, level.lLevel, false, 0}, dtStart, options.lPicks);
     for (const auto& row : day.rows)
-    {
         cOut.Write(LogLine(row) + L"\n");
-    }
     cScheduler.SaveOrders();
 }
 
@@ -100,13 +96,9 @@ std::size_t Watch(const WatchOptions& options, const Boxes& cBoxes, const Consol
                DecimalText(static_cast<std::int64_t>(change.moved)) + L" filed anew, " +
                DecimalText(static_cast<std::int64_t>(change.gone)) + L" gone\n" + ChangeTable(change));
     if (const auto* soonest = SoonestNew(change))
-    {
         PlayNew(after, *soonest, options, scheduler, gaps, plays.End(), cOut);
-    }
     else
-    {
         cOut.Write(L"\nNo cut came into a level: the rotation goes on as it was.\n");
-    }
     return lBoxesBefore;
 }
 
@@ -117,9 +109,7 @@ void RunWatch(const WatchOptions& options, const Boxes& cBoxes, const Console& c
     const auto lBoxesBefore = Watch(options, cBoxes, cOut, cError);
     // The scheduler is closed by now: what it saves at its end counts as well.
     if (cBoxes.Count() > lBoxesBefore)
-    {
         throw HostError(L"the cuts were imported, but the scheduler could not save everything");
-    }
 }
 
 } // namespace ravlo

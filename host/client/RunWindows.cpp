@@ -10,7 +10,6 @@
 #include "host/client/OpeningWindow.h"
 #include "host/client/Picture.h"
 #include "host/client/ProgressLine.h"
-#include "host/client/WhatFailed.h"
 #include "host/client/WindowActivation.h"
 #include "host/day/HostError.h"
 #include "platform/windows/CentredDialog.h"
@@ -69,9 +68,7 @@ private:
     {
         std::optional<OpeningWindow> window;
         if (options.sPicture.empty()) // else it would be the one whose picture is taken
-        {
             window.emplace();
-        }
         m_cLibrary.Open(FullPath(options.sDataBase));
         const auto sAppFolder = FullPath(options.sAppFolder);
         MakeFolder(sAppFolder);
@@ -79,9 +76,7 @@ private:
         m_cScheduler.Populate(sAppFolder, [&](const std::wstring& sText, long lCount, long lMax) {
             line.Show(sText);
             if (window)
-            {
                 window->Show(sText, lCount, lMax);
-            }
         });
     }
 
@@ -92,8 +87,9 @@ private:
             const CentredOnOwner centred(::GetActiveWindow());
             ::MessageBoxW(::GetActiveWindow(), sHelp, L"Keys and mouse", MB_OK | MB_ICONINFORMATION);
         }
-        else if (lEvent == lRequestEditCut && arguments.Count() >= 2)
+        else if (lEvent == lRequestEditCut)
         {
+            arguments.Expect(2);
             Edit(arguments.At(0), arguments.At(1));
         }
     }
@@ -103,9 +99,7 @@ private:
     {
         const auto cCut = ObjectIn<_clsCut>(cut);
         if (!cCut || result.vt != (VT_BYREF | VT_VARIANT))
-        {
             return;
-        }
         const HWND hOwner = ::GetActiveWindow();
         bool bEdited = true; // also when it fails: the cut may be changed in part
         try
@@ -115,13 +109,11 @@ private:
         catch (...)
         {
             const CentredOnOwner centred(hOwner);
-            ::MessageBoxW(hOwner, (L"Not everything was saved: " + WhatFailed()).c_str(), L"Edit Cut",
+            ::MessageBoxW(hOwner, (L"Not everything was saved: " + CurrentErrorText()).c_str(), L"Edit Cut",
                           MB_OK | MB_ICONERROR);
         }
         if (!bEdited)
-        {
             StoreThrough(*result.pvarVal, Variant(lCancelled));
-        }
     }
 
     std::optional<Boxes> m_boxes;
@@ -158,17 +150,13 @@ Choice FirstChoice(const CategoryOptions& options, Desk& cDesk)
         const Categories categories(cDesk.Manager());
         choice.cMainCat = categories.Find({options.category->sName, 0});
         if (options.category->lLevel != 0)
-        {
             choice.cSubCat = categories.Find(*options.category);
-        }
     }
     if (!options.sCut.empty())
     {
         ThrowIfFailed(cDesk.Library().Object().CutByKey(Bstr(options.sCut).Get(), choice.cCut.Receive()));
         if (!choice.cCut)
-        {
             throw HostError(options.sCut + L" is no cut of " + options.sDataBase);
-        }
     }
     return choice;
 }

@@ -13,8 +13,8 @@ namespace
 
 constexpr DISPID lProgressStart = 2; // of the scheduler's events
 
-// The kinds of cuts that stand in for one: the level is empty or unknown, nothing can be scheduled, rotation
-// is off.
+// Whether the cut is a placeholder: the level is empty or unknown, nothing can be scheduled, or rotation is
+// off.
 bool IsPlaceholder(LONG lKind) noexcept { return lKind != 0 && lKind != 14 && lKind != 15 && lKind != 18; }
 
 std::wstring TextFrom(_clsCut& cCut, HRESULT (STDMETHODCALLTYPE _clsCut::*get)(BSTR*))
@@ -68,14 +68,10 @@ Playout::Answer Scheduler::Play(const Slot& slot, DateTime dtStart)
     LONG lKind = 0;
     ThrowIfFailed(cCut->get_KindCode(&lKind));
     if (IsPlaceholder(lKind))
-    {
         return {lKind, std::nullopt};
-    }
     ThrowIfFailed(cCut->put_LastPlayed(dtStart));
     if (m_pBook != nullptr)
-    {
         m_pBook->Add(TextFrom(*cCut, &_clsCut::get_Key), dtStart);
-    }
     Remember(*cCut);
     return {lKind, PlayedCutOf(*cCut)};
 }
@@ -102,9 +98,7 @@ ComPtr<_clsCut> Scheduler::Pick(const Slot& slot, DateTime dtStart)
 void Scheduler::SaveOrders()
 {
     if (Save(nullptr))
-    {
         return;
-    }
     // A main category without a cut has no order to save and makes the answer false as well: see which ones
     // failed.
     ComPtr<_clsCollection> cMainCats;
@@ -121,9 +115,7 @@ void Scheduler::SaveOrders()
         }
     });
     if (!sFailed.empty())
-    {
         throw HostError(L"the rotation order could not be saved: " + sFailed);
-    }
 }
 
 bool Scheduler::Save(_clsCat* pMainCat)

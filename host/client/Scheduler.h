@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "host/client/EventListener.h"
 #include "host/client/MediaLibrary.h"
-#include "host/client/ProgressListener.h"
 #include "host/day/DayMaker.h"
 #include "host/day/PlayBook.h"
 
@@ -11,7 +11,7 @@
 namespace ravlo
 {
 
-// What the cut's properties say.
+// The values of the cut's properties.
 PlayedCut PlayedCutOf(_clsCut& cCut);
 std::wstring PathOf(_clsCut& cCut);
 
@@ -23,11 +23,11 @@ public:
     Scheduler(MediaLibrary& cLibrary, bool bSaveEach);
 
     void Populate(const std::wstring& sAppFolder, const MediaLibrary::Progress& progress);
-    // Follows what the scheduler tells, of its own work and of the database's, while the result lives.
+    // Passes on the scheduler's progress events while the result lives.
     ProgressListener Follow(ProgressListener::Handlers handlers);
-    // From here on each play is entered in the book as well, which outlives this.
+    // From now on enters each play in the book as well. Precondition: the book outlives this.
     void KeepBook(PlayBook& cBook) noexcept { m_pBook = &cBook; }
-    // Reports a play that the library remembers. In ascending order of their times.
+    // Reports a recorded play. Precondition: calls in ascending order of the plays' times.
     void Remember(_clsCut& cCut);
     Answer Play(const Slot& slot, DateTime dtStart) override;
     // Throws HostError, naming the categories, when orders could not be saved.

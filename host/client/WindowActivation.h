@@ -8,12 +8,12 @@
 namespace ravlo
 {
 
-// Tells when the user comes back to this thread's windows from another program. One at a time.
+// Calls a handler when the user returns to this thread's windows from another program. One at a time.
 class WindowActivation
 {
 public:
-    // The handler is called from the message loop, never out of the activation itself; of several changes
-    // that come before it was called, it hears once. What it throws is dropped.
+    // The handler is called from the message loop, never from inside the activation, and once for several
+    // activations before the call. Its exceptions are dropped.
     explicit WindowActivation(std::function<void()> onActive);
     WindowActivation(const WindowActivation&) = delete;
     WindowActivation& operator=(const WindowActivation&) = delete;

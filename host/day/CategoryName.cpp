@@ -30,9 +30,7 @@ std::optional<std::int32_t> LevelIn(const std::wstring& sDigits)
     {
         level = level * 10 + (c - L'0');
         if (level > std::numeric_limits<std::int32_t>::max())
-        {
             return std::nullopt;
-        }
     }
     return level > 0 ? std::optional(static_cast<std::int32_t>(level)) : std::nullopt;
 }
@@ -46,9 +44,7 @@ CategoryName ParseCategoryName(const std::wstring& sText)
     const bool bLevel = IsNumber(sTail);
     CategoryName name{bLevel ? sText.substr(0, lColon) : sText, 0};
     if (name.sName.empty())
-    {
         throw HostError(L"'" + sText + L"' names no category");
-    }
     if (bLevel)
     {
         const auto level = LevelIn(sTail);
@@ -85,29 +81,17 @@ std::wstring WhyNoCategory(const std::wstring& sName)
         return c < L' ' || std::wstring_view(L"*/:<>?\\|\"").find(c) != std::wstring_view::npos;
     };
     if (std::any_of(sName.begin(), sName.end(), isBad))
-    {
         return L"a name contains no tabulator and none of * / : < > ? \\ | \".";
-    }
     if (IsNumeric(sName))
-    {
         return L"a name must not be a number.";
-    }
     if (IsDeviceName(sName))
-    {
         return L"this is the name of a device.";
-    }
     if (sName.size() > mostLetters)
-    {
         return L"a name has at most 50 characters.";
-    }
     const TextKey cName(sName);
     for (const wchar_t* sOwn : {L"ALL AUDIO", L"ALL SONGS", L"NOCAT"})
-    {
         if (cName == TextKey(sOwn))
-        {
             return L"the scheduler uses this name itself.";
-        }
-    }
     return {};
 }
 

@@ -86,7 +86,7 @@ CLI::Validator IsCategory(bool bMayHaveLevel = true)
         }
         catch (const HostError& error)
         {
-            return Utf8Of(error.Text());
+            return Utf8Of(error.Description());
         }
         },
         "");

@@ -23,9 +23,7 @@ std::optional<std::int32_t> WholeNumber(const std::wstring& sText, std::int32_t 
         !sText.empty() && sText.size() <= 5 &&
         std::all_of(sText.begin(), sText.end(), [](wchar_t c) { return c >= L'0' && c <= L'9'; });
     if (!bDigits)
-    {
         return std::nullopt;
-    }
     const std::int32_t lValue = static_cast<std::int32_t>(std::stol(sText));
     return lValue >= lLeast && lValue <= lMost ? std::optional(lValue) : std::nullopt;
 }
@@ -38,9 +36,7 @@ std::vector<TextKey> NamesIn(const std::wstring& sCategories)
     {
         const TextKey cName(Trim(sPiece));
         if (!cName.Empty() && std::find(colNames.begin(), colNames.end(), cName) == colNames.end())
-        {
             colNames.push_back(cName);
-        }
     }
     return colNames;
 }
@@ -49,15 +45,13 @@ std::wstring Joined(const std::vector<TextKey>& colNames)
 {
     std::wstring sText;
     for (const TextKey& cName : colNames)
-    {
         sText += (sText.empty() ? L"" : L"/") + cName.Text();
-    }
     return sText;
 }
 
 } // namespace
 
-CutFields FieldsOf(const CutValues& values)
+CutFields FieldsOf(const EditedCut& values)
 {
     return {values.sArtist,       values.sTitle,
             values.sAlbum,        values.lYear == 0 ? std::wstring() : DecimalText(values.lYear),
@@ -65,14 +59,12 @@ CutFields FieldsOf(const CutValues& values)
             values.bOpener};
 }
 
-std::variant<CutValues, CutProblem> ValuesOf(const CutFields& fields, const CutValues& before)
+std::variant<EditedCut, CutProblem> ValuesOf(const CutFields& fields, const EditedCut& before)
 {
     const std::wstring sYear = Trim(fields.sYear);
     const auto lYear = sYear.empty() ? std::optional<std::int32_t>(0) : WholeNumber(sYear, 0, lMostYear);
     if (!lYear)
-    {
         return CutProblem{CutField::Year, L"The year is a number of at most four digits, or empty."};
-    }
     const auto colNames = NamesIn(fields.sCategories);
     const auto colBefore = NamesIn(before.sCategoryText);
     for (const TextKey& cName : colNames)
@@ -91,7 +83,7 @@ std::variant<CutValues, CutProblem> ValuesOf(const CutFields& fields, const CutV
         return CutProblem{CutField::Level,
                           L"The level is a whole number from 1 to " + DecimalText(lMostLevel) + L"."};
     }
-    return CutValues{
+    return EditedCut{
         Trim(fields.sArtist), Trim(fields.sTitle), Trim(fields.sAlbum), *lYear, Joined(colNames), *lLevel,
         fields.bOpener};
 }

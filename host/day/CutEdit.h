@@ -9,7 +9,7 @@
 namespace ravlo
 {
 
-// What stands in the fields of the cut editor.
+// The contents of the cut editor's fields.
 struct CutFields
 {
     std::wstring sArtist;
@@ -21,8 +21,8 @@ struct CutFields
     bool bOpener = false;
 };
 
-// What the fields say, ready to be given to the cut.
-struct CutValues
+// The values of the fields, ready to be set on the cut.
+struct EditedCut
 {
     std::wstring sArtist;
     std::wstring sTitle;
@@ -32,7 +32,7 @@ struct CutValues
     std::int32_t lLevel = 1;
     bool bOpener = false;
 
-    bool operator==(const CutValues&) const = default;
+    bool operator==(const EditedCut&) const = default;
 };
 
 enum class CutField
@@ -42,17 +42,17 @@ enum class CutField
     Level,
 };
 
-// Why the fields cannot be taken, and which one it is.
+// Why a field cannot be accepted, and which one.
 struct CutProblem
 {
     CutField eField;
     std::wstring sText;
 };
 
-CutFields FieldsOf(const CutValues& values);
+CutFields FieldsOf(const EditedCut& values);
 
 // Trims texts and drops duplicate categories, ignoring case. Refuses a category whose name cannot name an
 // order file, unless the cut was already in it.
-std::variant<CutValues, CutProblem> ValuesOf(const CutFields& fields, const CutValues& before);
+std::variant<EditedCut, CutProblem> ValuesOf(const CutFields& fields, const EditedCut& before);
 
 } // namespace ravlo

@@ -17,17 +17,13 @@ namespace
 std::wstring Field(const std::wstring& sText)
 {
     if (sText.find_first_of(L",\"\r\n") == std::wstring::npos)
-    {
         return sText;
-    }
     std::wstring sQuoted = L"\"";
     for (const wchar_t c : sText)
     {
         sQuoted += c;
         if (c == L'"')
-        {
             sQuoted += c;
-        }
     }
     return sQuoted + L"\"";
 }
@@ -55,9 +51,7 @@ std::wstring CsvLine(const LogRow& row)
                                    GapField(row.dTitleGapMins)};
     std::wstring sLine;
     for (const auto& sField : fields)
-    {
         sLine += (&sField == fields ? L"" : L",") + Field(sField);
-    }
     return sLine + L"\n";
 }
 
@@ -67,12 +61,8 @@ std::wstring SmallestGap(const std::vector<LogRow>& rows, std::optional<double> 
 {
     const LogRow* smallest = nullptr;
     for (const auto& row : rows)
-    {
         if (row.cut && row.*gap && (!smallest || *(row.*gap) < *(smallest->*gap)))
-        {
             smallest = &row;
-        }
-    }
     return smallest ? MinutesText(*(smallest->*gap)) + L" min (" + (*smallest->cut).*name + L")" : L"-";
 }
 
@@ -80,14 +70,10 @@ std::wstring KindsText(const std::vector<LogRow>& rows)
 {
     std::map<std::int32_t, std::int64_t> kinds;
     for (const auto& row : rows)
-    {
         ++kinds[row.lKind];
-    }
     std::wstring sText;
     for (const auto& [lKind, count] : kinds)
-    {
         sText += (sText.empty() ? L"" : L", ") + DecimalText(lKind) + L" x " + DecimalText(count);
-    }
     return sText.empty() ? L"-" : sText;
 }
 
@@ -105,9 +91,7 @@ std::string LogCsv(const std::vector<LogRow>& rows)
     std::wstring sText = L"start,category,level,opener,kind,artist,title,album,path,duration_ms,artist_gap_"
                          L"min,title_gap_min\n";
     for (const auto& row : rows)
-    {
         sText += CsvLine(row);
-    }
     return Utf8Of(sText);
 }
 
@@ -123,9 +107,7 @@ std::wstring Summary(const std::vector<LogRow>& rows, DateTime dtEnd)
 {
     std::int64_t filled = 0;
     for (const auto& row : rows)
-    {
         filled += row.cut ? 1 : 0;
-    }
     const auto dtBegin = rows.empty() ? dtEnd : rows.front().dtStart;
     return L"From " + IsoText(dtBegin) + L" to " + IsoText(dtEnd) + L"\n" +                   //
            L"Slots: " + DecimalText(static_cast<std::int64_t>(rows.size())) + L", filled: " + //

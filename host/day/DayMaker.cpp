@@ -43,9 +43,7 @@ std::optional<double> Gaps::MinsSince(const LastPlays& plays, const std::wstring
 {
     const auto found = sName.empty() ? plays.end() : plays.find(TextKey(sName));
     if (found == plays.end())
-    {
         return std::nullopt;
-    }
     // A log made for a time before the recorded plays keeps its distance from them as well.
     return static_cast<double>(std::llabs(WholeSeconds(dtStart) - WholeSeconds(found->second))) / 60.0;
 }

@@ -27,7 +27,7 @@ public:
     virtual Answer Play(const Slot& slot, DateTime dtStart) = 0;
 };
 
-// When each artist and title was last heard, so that the log can tell the gaps. Names compare without regard
+// When each artist and title was last heard, so that the log can show the gaps. Names compare without regard
 // to case.
 class Gaps
 {

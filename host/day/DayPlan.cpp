@@ -23,9 +23,7 @@ std::vector<Slot> LevelsInUse::RoundOfAll() const
 {
     std::vector<Slot> slots;
     for (const auto& level : m_levels)
-    {
         slots.push_back({level.sCategory, level.lLevel, false, 0});
-    }
     return slots;
 }
 
@@ -48,14 +46,10 @@ std::vector<TimedSlot> SlotsWithin(const std::vector<TimedSlot>& slots, std::opt
     for (const auto& timed : slots)
     {
         if (dtStart && timed.dtAt < *dtStart)
-        {
             continue;
-        }
         const auto dtFrom = dtStart ? *dtStart : within.empty() ? timed.dtAt : within.front().dtAt;
         if (!lHours || timed.dtAt < LaterByHours(dtFrom, *lHours))
-        {
             within.push_back(timed);
-        }
     }
     return within;
 }

@@ -13,7 +13,7 @@
 namespace ravlo
 {
 
-// The category levels that a library's cuts stand in. Names compare without regard to case.
+// The category levels that contain a library's cuts. Names compare ignoring case.
 class LevelsInUse
 {
 public:
@@ -36,7 +36,7 @@ private:
     std::set<Level> m_levels;
 };
 
-// Throws HostError, naming sName and the line, at the first slot whose level no cut stands in.
+// Throws HostError, naming sName and the line, for the first slot whose level contains no cut.
 void CheckLevels(const std::vector<Slot>& slots, const LevelsInUse& levels, const std::wstring& sName);
 
 // Only the slots from dtStart on (all of them without one), and of these only those in the lHours after the

@@ -1,22 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <stdexcept>
-#include <string>
+#include "base/RuntimeError.h"
+
 #include <utility>
 
 namespace ravlo
 {
 
-// The work cannot be done; the text is one line for the person at the console.
-class HostError : public std::runtime_error
+// The work cannot be done; the description is one line for the person at the console. The number says
+// nothing.
+class HostError : public RuntimeError
 {
 public:
-    explicit HostError(std::wstring sText) : std::runtime_error("host error"), m_sText(std::move(sText)) {}
-    const std::wstring& Text() const noexcept { return m_sText; }
-
-private:
-    std::wstring m_sText;
+    explicit HostError(std::wstring sText) : RuntimeError(error::InvalidProcedureCall, std::move(sText)) {}
 };
 
 } // namespace ravlo

@@ -35,16 +35,14 @@ void PlayBook::Write()
 void PlayBook::Tick()
 {
     if (Now() - m_tried < betweenWritesmS)
-    {
         return;
-    }
     try
     {
         Write();
     }
     catch (const RuntimeError&)
     {
-        // The plays stay gathered; Settle tells about what is missing at the end.
+        // The plays stay gathered; Settle reports missing ones at the end.
     }
     m_tried = Now();
 }
@@ -72,14 +70,10 @@ PlayBook::Attempt PlayBook::BringIn()
         // One refusal says enough: each further one would wait for the same lock.
         if (!m_cStore.Has(sKey, dtWhen) &&
             (!attempt.sReason.empty() || !Try([&] { m_cStore.Put(sKey, dtWhen); })))
-        {
             ++attempt.missing;
-        }
     }
     if (!Try([&] { Write(); }))
-    {
         attempt.missing = std::max(attempt.missing, m_unwritten.size());
-    }
     return attempt;
 }
 

@@ -2,7 +2,6 @@
 #include "host/day/Rotation.h"
 
 #include "base/Text.h"
-#include "host/day/Keys.h"
 #include "host/day/TextTable.h"
 
 #include <algorithm>
@@ -36,9 +35,7 @@ Keys KeysOf(const LevelOrder* level)
 {
     Keys keys;
     for (std::size_t l = 0; level && l < level->cuts.size(); ++l)
-    {
         keys.insert(TextKey(level->cuts[l].sPath));
-    }
     return keys;
 }
 
@@ -46,9 +43,7 @@ Keys KeysOf(const Rotation& rotation)
 {
     Keys keys;
     for (const auto& level : rotation)
-    {
         keys.merge(KeysOf(&level));
-    }
     return keys;
 }
 
@@ -58,12 +53,8 @@ LevelChange ChangeOf(const LevelOrder& level, const LevelOrder* before)
         level.sCategory, level.lLevel, before ? before->cuts.size() : 0, level.cuts.size(), {}};
     const auto known = KeysOf(before);
     for (std::size_t l = 0; l < level.cuts.size(); ++l)
-    {
         if (!known.contains(TextKey(level.cuts[l].sPath)))
-        {
             change.newAt.push_back(l + 1);
-        }
-    }
     return change;
 }
 
@@ -88,23 +79,15 @@ RotationChange ChangeBetween(const Rotation& before, const Rotation& after)
     {
         const auto* now = Find(after, level);
         if (!now)
-        {
             change.levels.push_back({level.sCategory, level.lLevel, level.cuts.size(), 0, {}});
-        }
         const auto keysNow = KeysOf(now);
         for (const auto& cut : level.cuts)
-        {
             if (!keysNow.contains(TextKey(cut.sPath)))
-            {
                 joined.insert(TextKey(cut.sPath)); // it left this one
-            }
-        }
     }
     const auto keysAfter = KeysOf(after);
     for (const auto& cKey : keysBefore)
-    {
         change.gone += keysAfter.contains(cKey) ? 0 : 1;
-    }
     change.lNew = fresh.size();
     change.moved = joined.size() - change.gone;
     return change;
@@ -122,12 +105,8 @@ const LevelChange* SoonestNew(const RotationChange& change)
 {
     const LevelChange* soonest = nullptr;
     for (const auto& level : change.levels)
-    {
         if (!level.newAt.empty() && (!soonest || level.newAt.front() < soonest->newAt.front()))
-        {
             soonest = &level;
-        }
-    }
     return soonest;
 }
 
@@ -150,9 +129,7 @@ std::wstring PlacesText(const std::vector<std::size_t>& places)
     {
         std::size_t last = l;
         while (last + 1 < places.size() && places[last + 1] == places[last] + 1)
-        {
             ++last;
-        }
         sText += (sText.empty() ? L"" : L", ") + CountText(places[l]) +
                  (last > l ? L"-" + CountText(places[last]) : L"");
         l = last + 1;

@@ -1,15 +1,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "base/TextKey.h"
 #include "host/day/DayLog.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace ravlo
 {
+
+// Texts, each once, ignoring case.
+using Keys = std::unordered_set<TextKey>;
 
 // A category level and its cuts in rotation order: the first one is examined first.
 struct LevelOrder
@@ -20,26 +25,26 @@ struct LevelOrder
     std::vector<PlayedCut> cuts;
 };
 
-// Every level of a station as it stood at one moment, in the scheduler's order.
+// A snapshot of every level of a station, in the scheduler's order.
 using Rotation = std::vector<LevelOrder>;
 
-// What became of one level between two moments.
+// The change of one level between two snapshots.
 struct LevelChange
 {
     std::wstring sCategory;
     std::int32_t lLevel = 0;
     std::size_t lBefore = 0; // cuts
     std::size_t lAfter = 0;
-    std::vector<std::size_t> newAt; // the places, from 1, of the cuts that did not stand in it before
+    std::vector<std::size_t> newAt; // the positions, from 1, of the cuts that are new in it
 };
 
-// What became of the whole.
+// The change of all levels.
 struct RotationChange
 {
-    std::vector<LevelChange> levels; // those there are, in their order, then those that are gone
-    std::size_t lNew = 0;            // cuts that stand somewhere and stood nowhere before
-    std::size_t moved = 0;           // cuts that stood somewhere else before, or not everywhere
-    std::size_t gone = 0;            // cuts that stand nowhere any more
+    std::vector<LevelChange> levels; // present ones in their order, then removed ones
+    std::size_t lNew = 0;            // cuts in a level that were in none before
+    std::size_t moved = 0;           // cuts in other levels than before
+    std::size_t gone = 0;            // cuts in no level any more
 };
 
 RotationChange ChangeBetween(const Rotation& before, const Rotation& after);

@@ -39,17 +39,13 @@ public:
     void OnRow(std::size_t lLine, std::span<const std::string> fields) override
     {
         if (fields.empty() || fields[0].starts_with('#') || (fields.size() == 1 && IsBlank(fields[0])))
-        {
             return;
-        }
         Line line{lLine, {}};
         for (const auto& bytes : fields)
         {
             const auto sText = TextFromUtf8(bytes);
             if (!sText)
-            {
                 throw HostError(Where(m_sName, lLine) + L"not UTF-8");
-            }
             line.fields.push_back(Trim(*sText));
         }
         m_lines.push_back(std::move(line));
@@ -87,9 +83,7 @@ std::string WithoutComments(std::string_view bytes)
         bComment = bEnd ? false : bComment || (bLineStart && c == '#');
         bLineStart = bEnd;
         if (!bComment)
-        {
             sRest += c;
-        }
     }
     return sRest;
 }
@@ -97,9 +91,7 @@ std::string WithoutComments(std::string_view bytes)
 std::vector<LineSink::Line> ReadLines(std::string_view bytes, const std::wstring& sName)
 {
     if (bytes.starts_with(sByteOrderMark))
-    {
         bytes.remove_prefix(sByteOrderMark.size());
-    }
     LineSink sink(sName);
     ReadCsv(WithoutComments(bytes), sink);
     return sink.Take();
@@ -108,25 +100,17 @@ std::vector<LineSink::Line> ReadLines(std::string_view bytes, const std::wstring
 bool IsHeading(const LineSink::Line& line, std::span<const wchar_t* const> names)
 {
     if (line.fields.size() != names.size())
-    {
         return false;
-    }
     for (std::size_t l = 0; l < names.size(); ++l)
-    {
         if (!EqualIgnoringCase(line.fields[l], names[l]))
-        {
             return false;
-        }
-    }
     return true;
 }
 
 std::optional<std::int32_t> LevelOf(const std::wstring& sText)
 {
     if (sText.empty() || sText.size() > 9 || sText.find_first_not_of(L"0123456789") != std::wstring::npos)
-    {
         return std::nullopt;
-    }
     const auto lLevel = static_cast<std::int32_t>(std::stol(sText));
     return lLevel > 0 ? std::optional(lLevel) : std::nullopt;
 }
@@ -137,29 +121,21 @@ Slot SlotOf(const LineSink::Line& line, std::size_t first, const std::wstring& s
     const auto lFields = line.fields.size() - first;
     const auto sWhere = Where(sName, line.lNumber);
     if (lFields < 2 || lFields > 3)
-    {
         throw HostError(sWhere + L"expected " + (first ? L"slot_at," : L"") + L"category,level,opener");
-    }
     Slot slot;
     slot.line = line.lNumber;
     slot.sCategory = line.fields[first];
     if (slot.sCategory.empty())
-    {
         throw HostError(sWhere + L"the category is empty");
-    }
     const auto& sLevel = line.fields[first + 1];
     const auto lLevel = LevelOf(sLevel);
     if (!lLevel)
-    {
         throw HostError(sWhere + L"the level must be a whole number from 1, not " + Quoted(sLevel));
-    }
     slot.lLevel = *lLevel;
     const auto sOpener = lFields == 3 ? line.fields[first + 2] : std::wstring();
     slot.bOpener = EqualIgnoringCase(sOpener, L"Y");
     if (!slot.bOpener && !sOpener.empty() && !EqualIgnoringCase(sOpener, L"N"))
-    {
         throw HostError(sWhere + L"the opener must be Y or N, not " + Quoted(sOpener));
-    }
     return slot;
 }
 
@@ -183,16 +159,10 @@ std::vector<Slot> ParseClock(std::string_view bytes, const std::wstring& sName)
     const auto lines = ReadLines(bytes, sName);
     std::vector<Slot> slots;
     for (const auto& line : lines)
-    {
         if (&line != &lines.front() || !IsHeading(line, heading))
-        {
             slots.push_back(SlotOf(line, 0, sName));
-        }
-    }
     if (slots.empty())
-    {
         throw HostError(sName + L" holds no slot");
-    }
     return slots;
 }
 
@@ -201,9 +171,7 @@ std::vector<TimedSlot> ParseSlots(std::string_view bytes, const std::wstring& sN
     static constexpr const wchar_t* heading[] = {L"slot_at", L"category", L"level", L"opener"};
     const auto lines = ReadLines(bytes, sName);
     if (lines.empty() || !IsHeading(lines.front(), heading))
-    {
         throw HostError(sName + L" does not begin with the heading slot_at,category,level,opener");
-    }
     std::vector<TimedSlot> slots;
     for (std::size_t l = 1; l < lines.size(); ++l)
     {
@@ -215,9 +183,7 @@ std::vector<TimedSlot> ParseSlots(std::string_view bytes, const std::wstring& sN
         }
     }
     if (slots.empty())
-    {
         throw HostError(sName + L" holds no slot");
-    }
     return slots;
 }
 
@@ -225,9 +191,7 @@ const Slot& ClockHand::Next(DateTime dtStart)
 {
     const auto lHour = WholeSeconds(dtStart) / 3600;
     if (m_lHour != lHour || m_next == m_slots.size())
-    {
         m_next = 0;
-    }
     m_lHour = lHour;
     return m_slots[m_next++];
 }

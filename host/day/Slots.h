@@ -18,7 +18,7 @@ struct Slot
     std::wstring sCategory;
     std::int32_t lLevel = 0; // from 1
     bool bOpener = false;    // only a cut that may open an hour will do
-    std::size_t line = 0;    // where it stands in its file; 0 = in none
+    std::size_t line = 0;    // its line in the file; 0 = not from a file
     friend bool operator==(const Slot&, const Slot&) = default;
 };
 

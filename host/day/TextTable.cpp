@@ -10,12 +10,8 @@ std::wstring TextTable::Text() const
 {
     std::vector<std::size_t> widths(m_sides.size());
     for (const auto& row : m_rows)
-    {
         for (std::size_t l = 0; l < widths.size(); ++l)
-        {
             widths[l] = std::max(widths[l], row[l].size());
-        }
-    }
     std::wstring sText;
     for (const auto& row : m_rows)
     {

@@ -11,6 +11,8 @@ const ClassIdentity DataBaseFace::identity{CLSID_clsDataBase,       LIBID_RavloB
 namespace
 {
 
+const wchar_t* const sSource = DataBaseFace::identity.sProgID;
+
 // The dispatch ids of __clsDataBase.
 enum Event : DISPID
 {
@@ -60,7 +62,7 @@ ComPtr<CollectionFace> CollectionOf(const Cuts& colCuts)
     return FaceOfCollection<CutAdapter>(colResult);
 }
 
-// The interfaces beside _clsDataBase.
+// The interfaces besides _clsDataBase.
 bool IsPartOfThis(REFIID iid) noexcept
 {
     return iid == IID_IBatchedChanges || iid == IID_IGatheredPlays || iid == IID_ISharedDataBase ||
@@ -108,7 +110,7 @@ STDMETHODIMP DataBaseFace::InterfaceSupportsErrorInfo(REFIID iid)
 // A closed database has none.
 STDMETHODIMP DataBaseFace::Revision(hyper* pVal)
 {
-    return GuardAs(IID_IRevision, identity.sProgID,
+    return GuardAs(IID_IRevision, sSource,
                    [&] { Out(pVal) = static_cast<hyper>(m_cStore->CutCollection().Changes() + 1); });
 }
 
@@ -127,11 +129,12 @@ STDMETHODIMP DataBaseFace::get_FileName(BSTR* pVal) { return Get(pVal, m_cStore,
 
 STDMETHODIMP DataBaseFace::get_Cuts(_clsCollection** pVal)
 {
-    const void* const pIdentity = &m_cStore->CutCollection();
-    const auto make = [&] {
-        return NewObject<CollectionFace>(pIdentity, std::make_unique<StoreCuts>(m_cStore));
-    };
-    return Return(pVal, [&] { return FaceMap<CollectionFace>::Instance().Get(pIdentity, make); });
+    return Return(pVal, [&] {
+        const void* const pIdentity = &m_cStore->CutCollection();
+        return FaceMap<CollectionFace>::Instance().Get(pIdentity, [&] {
+            return NewObject<CollectionFace>(pIdentity, std::make_unique<StoreCuts>(m_cStore));
+        });
+    });
 }
 
 STDMETHODIMP DataBaseFace::CutByKey(BSTR sKey, _clsCut** pVal)
@@ -163,30 +166,17 @@ STDMETHODIMP DataBaseFace::ImportCsv(BSTR sFile, LONG* pVal)
     return Return(pVal, [&] { return m_cStore->ImportCsv(TextOf(sFile)); });
 }
 
-STDMETHODIMP BatchesFace::QueryInterface(REFIID iid, void** ppvObject)
-{
-    return m_cOwner.QueryInterface(iid, ppvObject);
-}
-STDMETHODIMP_(ULONG) BatchesFace::AddRef() { return m_cOwner.AddRef(); }
-STDMETHODIMP_(ULONG) BatchesFace::Release() { return m_cOwner.Release(); }
-
-template <class Body> HRESULT BatchesFace::Guard(Body&& body) noexcept
-{
-    const ComPtr<IBatchedChanges> cSelf(this);
-    return GuardAs(IID_IBatchedChanges, DataBaseFace::identity.sProgID, std::forward<Body>(body));
-}
-
 STDMETHODIMP BatchesFace::BeginBatch()
 {
-    return Guard([&] { m_colBatches.push_back(std::make_unique<Store::Batch>(m_cStore)); });
+    return Guard(sSource, [&] { m_colBatches.push_back(std::make_unique<Store::Batch>(m_cStore)); });
 }
 STDMETHODIMP BatchesFace::CommitBatch()
 {
-    return Guard([&] { TakeInnermost()->Commit(); }); // one that cannot be committed ends undone
+    return Guard(sSource, [&] { TakeInnermost()->Commit(); }); // one that cannot be committed ends undone
 }
 STDMETHODIMP BatchesFace::RollbackBatch()
 {
-    return Guard([&] { TakeInnermost(); });
+    return Guard(sSource, [&] { TakeInnermost(); });
 }
 
 std::unique_ptr<Store::Batch> BatchesFace::TakeInnermost()
@@ -204,42 +194,22 @@ void BatchesFace::RollbackAll() noexcept
         m_colBatches.pop_back();
 }
 
-STDMETHODIMP PlaysFace::QueryInterface(REFIID iid, void** ppvObject)
-{
-    return m_cOwner.QueryInterface(iid, ppvObject);
-}
-STDMETHODIMP_(ULONG) PlaysFace::AddRef() { return m_cOwner.AddRef(); }
-STDMETHODIMP_(ULONG) PlaysFace::Release() { return m_cOwner.Release(); }
-
-template <class Body> HRESULT PlaysFace::Guard(Body&& body) noexcept
-{
-    const ComPtr<IGatheredPlays> cSelf(this);
-    return GuardAs(IID_IGatheredPlays, DataBaseFace::identity.sProgID, std::forward<Body>(body));
-}
-
 STDMETHODIMP PlaysFace::BeginGathering()
 {
-    return Guard([&] { m_cStore.BeginGathering(); });
+    return Guard(sSource, [&] { m_cStore.BeginGathering(); });
 }
 STDMETHODIMP PlaysFace::WriteGathered()
 {
-    return Guard([&] { m_cStore.WriteGathered(); });
+    return Guard(sSource, [&] { m_cStore.WriteGathered(); });
 }
 STDMETHODIMP PlaysFace::EndGathering()
 {
-    return Guard([&] { m_cStore.EndGathering(); });
+    return Guard(sSource, [&] { m_cStore.EndGathering(); });
 }
 
-STDMETHODIMP SharedFace::QueryInterface(REFIID iid, void** ppvObject)
-{
-    return m_cOwner.QueryInterface(iid, ppvObject);
-}
-STDMETHODIMP_(ULONG) SharedFace::AddRef() { return m_cOwner.AddRef(); }
-STDMETHODIMP_(ULONG) SharedFace::Release() { return m_cOwner.Release(); }
 STDMETHODIMP SharedFace::TakeInChanges()
 {
-    const ComPtr<ISharedDataBase> cSelf(this);
-    return GuardAs(IID_ISharedDataBase, DataBaseFace::identity.sProgID, [&] { m_cStore.TakeInChanges(); });
+    return Guard(sSource, [&] { m_cStore.TakeInChanges(); });
 }
 
 void DataBaseFace::FireCuts(DISPID lEvent, const Cuts& colCuts)

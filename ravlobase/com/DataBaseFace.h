@@ -12,20 +12,13 @@
 namespace ravlo
 {
 
-class DataBaseFace;
+// The interfaces of a database besides _clsDataBase.
 
-// IBatchedChanges of a database: a part of its owner, with which it lives and is counted.
-class BatchesFace final : public IBatchedChanges
+class BatchesFace final : public Part<IBatchedChanges>
 {
 public:
-    BatchesFace(DataBaseFace& cOwner, Store& cStore) noexcept : m_cOwner(cOwner), m_cStore(cStore) {}
-    BatchesFace(const BatchesFace&) = delete;
-    BatchesFace& operator=(const BatchesFace&) = delete;
-    virtual ~BatchesFace() = default;
+    BatchesFace(IUnknown& cOwner, Store& cStore) noexcept : Part(cOwner), m_cStore(cStore) {}
 
-    STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override;
-    STDMETHODIMP_(ULONG) AddRef() override;
-    STDMETHODIMP_(ULONG) Release() override;
     STDMETHODIMP BeginBatch() override;
     STDMETHODIMP CommitBatch() override;
     STDMETHODIMP RollbackBatch() override;
@@ -34,53 +27,33 @@ public:
     void RollbackAll() noexcept;
 
 private:
-    template <class Body> HRESULT Guard(Body&& body) noexcept;
     std::unique_ptr<Store::Batch> TakeInnermost();
 
-    DataBaseFace& m_cOwner;
     Store& m_cStore;
     std::vector<std::unique_ptr<Store::Batch>> m_colBatches;
 };
 
-// IGatheredPlays of a database: a part of its owner, with which it lives and is counted.
-class PlaysFace final : public IGatheredPlays
+class PlaysFace final : public Part<IGatheredPlays>
 {
 public:
-    PlaysFace(DataBaseFace& cOwner, Store& cStore) noexcept : m_cOwner(cOwner), m_cStore(cStore) {}
-    PlaysFace(const PlaysFace&) = delete;
-    PlaysFace& operator=(const PlaysFace&) = delete;
-    virtual ~PlaysFace() = default;
+    PlaysFace(IUnknown& cOwner, Store& cStore) noexcept : Part(cOwner), m_cStore(cStore) {}
 
-    STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override;
-    STDMETHODIMP_(ULONG) AddRef() override;
-    STDMETHODIMP_(ULONG) Release() override;
     STDMETHODIMP BeginGathering() override;
     STDMETHODIMP WriteGathered() override;
     STDMETHODIMP EndGathering() override;
 
 private:
-    template <class Body> HRESULT Guard(Body&& body) noexcept;
-
-    DataBaseFace& m_cOwner;
     Store& m_cStore;
 };
 
-// ISharedDataBase of a database: a part of its owner, with which it lives and is counted.
-class SharedFace final : public ISharedDataBase
+class SharedFace final : public Part<ISharedDataBase>
 {
 public:
-    SharedFace(DataBaseFace& cOwner, Store& cStore) noexcept : m_cOwner(cOwner), m_cStore(cStore) {}
-    SharedFace(const SharedFace&) = delete;
-    SharedFace& operator=(const SharedFace&) = delete;
-    virtual ~SharedFace() = default;
+    SharedFace(IUnknown& cOwner, Store& cStore) noexcept : Part(cOwner), m_cStore(cStore) {}
 
-    STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override;
-    STDMETHODIMP_(ULONG) AddRef() override;
-    STDMETHODIMP_(ULONG) Release() override;
     STDMETHODIMP TakeInChanges() override;
 
 private:
-    DataBaseFace& m_cOwner;
     Store& m_cStore;
 };
 
@@ -127,9 +100,9 @@ private:
 
     std::shared_ptr<Store> m_cStore;
     EventSource m_cEvents;
-    BatchesFace m_cBatches{*this, *m_cStore};
-    PlaysFace m_cPlays{*this, *m_cStore};
-    SharedFace m_cShared{*this, *m_cStore};
+    BatchesFace m_cBatches{*static_cast<_clsDataBase*>(this), *m_cStore};
+    PlaysFace m_cPlays{*static_cast<_clsDataBase*>(this), *m_cStore};
+    SharedFace m_cShared{*static_cast<_clsDataBase*>(this), *m_cStore};
 };
 
 } // namespace ravlo

@@ -12,7 +12,7 @@ namespace
 
 using Texts = std::vector<std::wstring>;
 
-class BatchTest : public StationTest
+class BatchTest : public ComStationTest
 {
 protected:
     ComPtr<IBatchedChanges> Changes() { return m_cDataBase.As<IBatchedChanges>(); }
@@ -53,11 +53,11 @@ TEST_F(BatchTest, ARollbackUndoesThemOnTheDiskAndInTheCuts)
     ASSERT_EQ(Changes()->BeginBatch(), S_OK);
     Rename(cCut, L"One");
     ASSERT_EQ(Changes()->RollbackBatch(), S_OK);
-    EXPECT_EQ(TextOfProperty(cCut, &_clsCut::get_Title), L"First");
+    EXPECT_EQ(Get(cCut, &_clsCut::get_Title), L"First");
     EXPECT_EQ(TitlesOnDisk(), Texts{L"First"});
 }
 
-TEST_F(BatchTest, BatchesStandInsideEachOther)
+TEST_F(BatchTest, BatchesNest)
 {
     const auto cCut = AddCut(L"First", L"Rock", 1);
     ASSERT_EQ(Changes()->BeginBatch(), S_OK);
@@ -65,7 +65,7 @@ TEST_F(BatchTest, BatchesStandInsideEachOther)
     ASSERT_EQ(Changes()->BeginBatch(), S_OK);
     Rename(cCut, L"Inner");
     ASSERT_EQ(Changes()->RollbackBatch(), S_OK);
-    EXPECT_EQ(TextOfProperty(cCut, &_clsCut::get_Title), L"Outer");
+    EXPECT_EQ(Get(cCut, &_clsCut::get_Title), L"Outer");
     ASSERT_EQ(Changes()->CommitBatch(), S_OK);
     EXPECT_EQ(TitlesOnDisk(), Texts{L"Outer"});
 }
@@ -95,8 +95,7 @@ TEST_F(BatchTest, ClosingAndLettingGoUndoWhatIsOpen)
 
     const Bstr sFile{(Folder() / L"station.db").wstring()};
     ASSERT_EQ(m_cDataBase->Open(sFile.Get()), S_OK);
-    ComPtr<_clsCut> cAgain;
-    ASSERT_EQ(m_cDataBase->CutByKey(Bstr(L"C:\\First.mp3").Get(), cAgain.Receive()), S_OK);
+    const auto cAgain = Get(m_cDataBase, &_clsDataBase::CutByKey, L"C:\\First.mp3");
     ASSERT_EQ(Changes()->BeginBatch(), S_OK);
     Rename(cAgain, L"One");
     m_cDataBase = nullptr;
@@ -126,8 +125,7 @@ protected:
     }
     ComPtr<_clsCat> Level(const wchar_t* sLevel)
     {
-        ComPtr<_clsCollection> colMainCats;
-        EXPECT_EQ(m_cMan->get_colMainCats(colMainCats.Receive()), S_OK);
+        const auto colMainCats = Get(m_cMan, &_clsSchedMan::get_colMainCats);
         Variant cItem;
         EXPECT_EQ(colMainCats->get_Item(Text(L"Rock\t0"), &cItem), S_OK);
         ComPtr<_clsCollection> colLevels;
@@ -136,12 +134,11 @@ protected:
         EXPECT_EQ(colLevels->get_Item(Text(sLevel), &cItem), S_OK);
         return ObjectIn<_clsCat>(cItem);
     }
-    long CutsIn(const wchar_t* sLevel) { return LongOfProperty(Level(sLevel), &_clsCat::get_TotalCuts); }
+    long CutsIn(const wchar_t* sLevel) { return Get(Level(sLevel), &_clsCat::get_TotalCuts); }
     void MoveAll()
     {
         ASSERT_EQ(m_cMan->PopulateFromDataBase(m_cDataBase.Get(), Bstr(Folder().wstring()).Get()), S_OK);
-        ComPtr<_clsCollection> colCuts;
-        ASSERT_EQ(Level(L"1")->get_SchedCuts(colCuts.Receive()), S_OK);
+        const auto colCuts = Get(Level(L"1"), &_clsCat::get_SchedCuts);
         const auto colFrom = CollectionOf({Object(Level(L"1"))});
         ASSERT_EQ(
             m_cMan->DoMassCatChange(::eMoveHere, colFrom.Get(), Level(L"2").Get(), colCuts.Get(), nullptr),
@@ -166,7 +163,7 @@ TEST_F(HostBatchTest, AHostWithoutBatchesWorksAsEver)
     EXPECT_EQ(CutsIn(L"2"), 41);
 }
 
-TEST_F(HostBatchTest, ABatchThatCannotBeginIsReportedAndTheChangesStandForThemselves)
+TEST_F(HostBatchTest, ChangesAreMadeWithoutABatchThatCannotBegin)
 {
     m_cDataBase->m_batches.emplace().m_hBegin = ErrorResult(70);
     BoxAnswerer cAnswerer;
@@ -178,7 +175,7 @@ TEST_F(HostBatchTest, ABatchThatCannotBeginIsReportedAndTheChangesStandForThemse
     EXPECT_EQ(CutsIn(L"2"), 41);
 }
 
-TEST_F(HostBatchTest, ABatchThatCannotBeCommittedLeavesEveryCutWhereItsHostPutItBack)
+TEST_F(HostBatchTest, AFailedCommitLeavesTheCutsAsTheHostRestoredThem)
 {
     HostBatches& batches = m_cDataBase->m_batches.emplace();
     batches.m_hCommit = ErrorResult(61);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "comkit/Com.h"
+#include "comkit/ComPtr.h"
 
 #include <atomic>
 #include <string>

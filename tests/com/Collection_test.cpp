@@ -45,7 +45,7 @@ TEST_F(CollectionTest, ItemsComeByPositionFromOneAndByKeyWithoutRegardToCase)
     EXPECT_EQ(Item(Long(1)), L"Rock!");
     EXPECT_EQ(Item(Long(2)), L"Pop!");
     EXPECT_EQ(Item(Text(L"POP")), L"Pop!");
-    EXPECT_EQ(LongOfProperty(m_col, &_clsCollection::get_Count), 2);
+    EXPECT_EQ(Get(m_col, &_clsCollection::get_Count), 2);
     EXPECT_TRUE(Exists(Text(L"rock")));
     EXPECT_FALSE(Exists(Text(L"jazz")));
     EXPECT_TRUE(Exists(Long(2)));
@@ -121,7 +121,7 @@ TEST_F(CollectionTest, BeforeAndAfterPlaceTheNewItem)
     EXPECT_EQ(Add(Text(L"f"), Text(L"f"), Long(1), Long(1)), ErrorResult(5));
     EXPECT_EQ(Add(Text(L"f"), Text(L"f"), Long(9)), ErrorResult(9));
     EXPECT_EQ(Add(Text(L"f"), Text(L"f"), Variant::Omitted(), Text(L"x")), ErrorResult(5));
-    EXPECT_EQ(LongOfProperty(m_col, &_clsCollection::get_Count), 5);
+    EXPECT_EQ(Get(m_col, &_clsCollection::get_Count), 5);
 }
 
 TEST_F(CollectionTest, ItemsAreRemovedByPositionAndByKey)
@@ -151,12 +151,7 @@ TEST_F(CollectionTest, ItHoldsValuesAndObjectsOfAnyKind)
 class EnumerationTest : public CollectionTest
 {
 protected:
-    ComPtr<IEnumVARIANT> NewEnum()
-    {
-        ComPtr<IUnknown> cUnknown;
-        EXPECT_EQ(m_col->get__NewEnum(cUnknown.Receive()), S_OK);
-        return cUnknown.As<IEnumVARIANT>();
-    }
+    ComPtr<IEnumVARIANT> NewEnum() { return Get(m_col, &_clsCollection::get__NewEnum).As<IEnumVARIANT>(); }
     static std::wstring Next(const ComPtr<IEnumVARIANT>& cEnum)
     {
         Variant cItem;
@@ -194,7 +189,7 @@ TEST_F(EnumerationTest, AnEnumeratorYieldsSeveralItemsAtOnce)
     EXPECT_EQ(TextOf(colItems[2].bstrVal), L"c!");
 }
 
-TEST_F(EnumerationTest, TheCollectionMayChangeMeanwhile)
+TEST_F(EnumerationTest, TheCollectionMayChangeDuringAWalk)
 {
     AddKeyed({L"a", L"b", L"c"});
     const auto cEnum = NewEnum();
@@ -223,18 +218,13 @@ TEST_F(EnumerationTest, AFailureHandsOutNothingAndKeepsThePlace)
     std::vector<Variant> colNew;
     for (const wchar_t* sKey : {L"a", L"b", L"c"})
     {
-        ComPtr<_clsCut> cCut;
-        ASSERT_EQ(cDataBase->NewCut(cCut.Receive()), S_OK);
+        const auto cCut = Get(cDataBase, &_clsDataBase::NewCut);
         ASSERT_EQ(cCut->put_Key(Bstr(sKey).Get()), S_OK);
         colNew.push_back(Object(cCut));
     }
-    LONG lAdded = 0;
-    ASSERT_EQ(cDataBase->AddCuts(CollectionOf(colNew).Get(), &lAdded), S_OK);
-    ComPtr<_clsCollection> colCuts;
-    ASSERT_EQ(cDataBase->get_Cuts(colCuts.Receive()), S_OK);
-    ComPtr<IUnknown> cUnknown;
-    ASSERT_EQ(colCuts->get__NewEnum(cUnknown.Receive()), S_OK);
-    const auto cEnum = cUnknown.As<IEnumVARIANT>();
+    Get(cDataBase, &_clsDataBase::AddCuts, CollectionOf(colNew));
+    const auto colCuts = Get(cDataBase, &_clsDataBase::get_Cuts);
+    const auto cEnum = Get(colCuts, &_clsCollection::get__NewEnum).As<IEnumVARIANT>();
     ASSERT_EQ(cEnum->Skip(1), S_OK);
 
     ASSERT_EQ(cDataBase->Close(), S_OK);
@@ -249,7 +239,7 @@ TEST_F(EnumerationTest, AFailureHandsOutNothingAndKeepsThePlace)
 
     ASSERT_EQ(cDataBase->Open(sFile.Get()), S_OK);
     ASSERT_EQ(cEnum->Next(1, colItems, &lFetched), S_OK);
-    EXPECT_EQ(TextOfProperty(ObjectIn<_clsCut>(colItems[0]), &_clsCut::get_Key), L"b");
+    EXPECT_EQ(Get(ObjectIn<_clsCut>(colItems[0]), &_clsCut::get_Key), L"b");
 }
 
 TEST_F(EnumerationTest, APlaceForTheItemsIsDemanded)
@@ -280,7 +270,7 @@ TEST_F(ValueListTest, ValuesComeOutInAscendingOrderNumbersBeforeTexts)
          {Text(L"beta"), Long(10), Text(L"Alpha"), Long(-3), cDouble, Text(L"ALPHA"), Text(L"10")})
         ASSERT_EQ(m_list->Add(cValue), S_OK);
     EXPECT_EQ(ItemsOf(m_list.Get()), (Texts{L"-3", L"2.5", L"10", L"10", L"Alpha", L"ALPHA", L"beta"}));
-    EXPECT_EQ(LongOfProperty(m_list, &_clsValueList::get_Count), 7);
+    EXPECT_EQ(Get(m_list, &_clsValueList::get_Count), 7);
 }
 
 TEST_F(ValueListTest, PositionsCountFromOneInAscendingOrder)
@@ -303,7 +293,7 @@ TEST_F(ValueListTest, OnlyNumbersAndTextsHaveAnOrder)
     cNull.vt = VT_NULL;
     for (const Variant& cValue : {Variant(), cNull, Object(m_list)})
         EXPECT_EQ(m_list->Add(cValue), ErrorResult(13));
-    EXPECT_EQ(LongOfProperty(m_list, &_clsValueList::get_Count), 0);
+    EXPECT_EQ(Get(m_list, &_clsValueList::get_Count), 0);
 }
 
 } // namespace

@@ -3,6 +3,9 @@
 
 #include "comkit/Collection.h"
 
+#include <fstream>
+#include <sstream>
+
 namespace ravlo
 {
 
@@ -58,6 +61,23 @@ ComTest::~ComTest()
     CoUninitialize();
     std::error_code ignored;
     std::filesystem::remove_all(m_folder, ignored);
+}
+
+std::string ComTest::Log() const
+{
+    std::ostringstream log;
+    for (const auto& entry : std::filesystem::directory_iterator(LogFolder()))
+        log << std::ifstream(entry.path(), std::ios::binary).rdbuf();
+    return log.str();
+}
+
+int ComTest::LogLinesWith(std::string_view sText) const
+{
+    std::istringstream log(Log());
+    int lLines = 0;
+    for (std::string sLine; std::getline(log, sLine);)
+        lLines += sLine.find(sText) != std::string::npos;
+    return lLines;
 }
 
 Called Call(IDispatch* pObject, std::wstring_view sMember, WORD wFlags, std::vector<VARIANT> colArguments,

@@ -12,6 +12,8 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <type_traits>
 #include <vector>
 
 namespace ravlo
@@ -31,8 +33,8 @@ struct ErrorText
 };
 ErrorText TakeErrorInfo();
 
-// A host of its own: COM, a scratch folder, and, after every test, the check that neither server has a living
-// object and that neither holds one of the host's.
+// A host with COM and a scratch folder. Checks after every test that neither server has a living object and
+// that neither holds one of the host's.
 class ComTest : public testing::Test
 {
 protected:
@@ -40,8 +42,14 @@ protected:
     ~ComTest() override;
 
     const std::filesystem::path& Folder() const { return m_folder; }
+    // Makes the scheduler write its debug log; Log returns all of it.
+    void StartLog() const { std::filesystem::create_directories(LogFolder()); }
+    std::string Log() const;
+    int LogLinesWith(std::string_view sText) const;
 
 private:
+    std::filesystem::path LogFolder() const { return Folder() / L"Debugging Logs" / L"Scheduler"; }
+
     std::filesystem::path m_folder;
 };
 
@@ -68,19 +76,69 @@ template <class I> Variant Object(const ComPtr<I>& cObject)
     return Variant(static_cast<IDispatch*>(cObject.Get()));
 }
 
-// The text a property of type BSTR yields.
-template <class I>
-std::wstring TextOfProperty(const ComPtr<I>& cObject, HRESULT (STDMETHODCALLTYPE I::*get)(BSTR*))
+// A value that a member stores, as a test takes it: a text, a bool, an owned object or value, a number.
+template <class Value> struct Result
+{
+    Value value{};
+    Value* Place() { return &value; }
+    Value Take() const { return value; }
+};
+template <> struct Result<BSTR>
 {
     Bstr sText;
-    EXPECT_EQ((cObject.Get()->*get)(sText.Receive()), S_OK);
-    return sText.Text();
-}
-template <class I> long LongOfProperty(const ComPtr<I>& cObject, HRESULT (STDMETHODCALLTYPE I::*get)(LONG*))
+    BSTR* Place() { return sText.Receive(); }
+    std::wstring Take() const { return sText.Text(); }
+};
+template <> struct Result<VARIANT_BOOL>
 {
-    LONG lValue = -12345;
-    EXPECT_EQ((cObject.Get()->*get)(&lValue), S_OK);
-    return lValue;
+    VARIANT_BOOL bValue = 12345; // neither true nor false
+    VARIANT_BOOL* Place() { return &bValue; }
+    bool Take() const
+    {
+        EXPECT_TRUE(bValue == VARIANT_TRUE || bValue == VARIANT_FALSE) << bValue;
+        return bValue == VARIANT_TRUE;
+    }
+};
+template <> struct Result<VARIANT>
+{
+    Variant cValue;
+    VARIANT* Place() { return &cValue; }
+    Variant Take() const { return cValue; }
+};
+template <class I> struct Result<I*>
+{
+    ComPtr<I> cObject;
+    I** Place() { return cObject.Receive(); }
+    ComPtr<I> Take() const { return cObject; }
+};
+
+// An argument as a member takes it.
+struct BstrArgument
+{
+    Bstr sText;
+    operator BSTR() const noexcept { return sText.Get(); }
+};
+inline BstrArgument In(const std::wstring& sText) { return {Bstr(sText)}; }
+inline BstrArgument In(const wchar_t* sText) { return {Bstr(sText)}; }
+inline VARIANT_BOOL In(bool bValue) { return BoolOf(bValue); }
+template <class I> I* In(const ComPtr<I>& cObject) { return cObject.Get(); }
+template <class Value> const Value& In(const Value& value) { return value; }
+
+// Calls a member, which must succeed, and returns what it stores in its last parameter.
+template <class Object, class I, class... Parameters, class... Arguments>
+auto Get(const Object& cObject, HRESULT (STDMETHODCALLTYPE I::*member)(Parameters...),
+         const Arguments&... arguments)
+{
+    using Last = std::tuple_element_t<sizeof...(Parameters) - 1, std::tuple<Parameters...>>;
+    Result<std::remove_pointer_t<Last>> result;
+    EXPECT_EQ((cObject.Get()->*member)(In(arguments)..., result.Place()), S_OK);
+    return result.Take();
+}
+
+// An object of a collection.
+template <class I> ComPtr<I> ItemAt(const ComPtr<_clsCollection>& colItems, const Variant& cIndex)
+{
+    return ObjectIn<I>(Get(colItems, &_clsCollection::get_Item, cIndex));
 }
 
 // A late-bound call by name: arguments in order, named ones after them.

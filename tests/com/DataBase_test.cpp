@@ -12,7 +12,7 @@ namespace
 
 using Texts = std::vector<std::wstring>;
 
-class DataBaseTest : public StationTest
+class DataBaseTest : public ComStationTest
 {
 protected:
     ComPtr<_clsCollection> AllCuts()
@@ -26,7 +26,7 @@ protected:
 TEST_F(DataBaseTest, ItIsOpenedOnceAndClosedAtWill)
 {
     const std::wstring sFile = (Folder() / L"station.db").wstring();
-    EXPECT_EQ(TextOfProperty(m_cDataBase, &_clsDataBase::get_FileName), sFile);
+    EXPECT_EQ(Get(m_cDataBase, &_clsDataBase::get_FileName), sFile);
     EXPECT_EQ(m_cDataBase->Open(Bstr(sFile).Get()), ErrorResult(55));
     EXPECT_EQ(m_cDataBase->Close(), S_OK);
     EXPECT_EQ(m_cDataBase->Close(), S_OK);
@@ -41,15 +41,11 @@ TEST_F(DataBaseTest, CutsComeInOrderByPositionByKeyAndAlwaysAsTheSameObjects)
     const auto cSecond = AddCut(L"Second", L"Rock", 1);
     EXPECT_EQ(Titles(AllCuts().Get()), (Texts{L"First", L"Second"}));
     EXPECT_TRUE(IsSame(AllCuts(), AllCuts()));
-    ComPtr<_clsCut> cFound;
-    ASSERT_EQ(m_cDataBase->CutByKey(Bstr(L"c:\\SECOND.MP3").Get(), cFound.Receive()), S_OK);
-    EXPECT_TRUE(IsSame(cFound, cSecond)) << "a new cut that was added became the database's own object";
-    ASSERT_EQ(
-        m_cDataBase->CutByArtistTitle(Bstr(L"Artist of First").Get(), Bstr(L"First").Get(), cFound.Receive()),
-        S_OK);
-    EXPECT_TRUE(IsSame(cFound, cFirst));
-    ASSERT_EQ(m_cDataBase->CutByKey(Bstr(L"nowhere").Get(), cFound.Receive()), S_OK);
-    EXPECT_FALSE(cFound);
+    EXPECT_TRUE(IsSame(Get(m_cDataBase, &_clsDataBase::CutByKey, L"c:\\SECOND.MP3"), cSecond))
+        << "a new cut that was added became the database's own object";
+    EXPECT_TRUE(
+        IsSame(Get(m_cDataBase, &_clsDataBase::CutByArtistTitle, L"Artist of First", L"First"), cFirst));
+    EXPECT_FALSE(Get(m_cDataBase, &_clsDataBase::CutByKey, L"nowhere"));
     Variant cItem;
     ASSERT_EQ(AllCuts()->get_Item(Text(L"C:\\First.mp3"), &cItem), S_OK);
     EXPECT_TRUE(IsSame(ObjectIn<_clsCut>(cItem), cFirst));
@@ -62,7 +58,7 @@ TEST_F(DataBaseTest, TheListOfCutsChangesThroughTheDatabaseOnly)
               ErrorResult(445));
     EXPECT_EQ(AllCuts()->Remove(Long(1)), ErrorResult(445));
     EXPECT_EQ(TakeErrorInfo().sDescription, L"Use AddCuts and RemoveCuts to change the database");
-    EXPECT_EQ(LongOfProperty(AllCuts(), &_clsCollection::get_Count), 1);
+    EXPECT_EQ(Get(AllCuts(), &_clsCollection::get_Count), 1);
 }
 
 TEST_F(DataBaseTest, CutsAreTakenFromAnyCollectionAndOfAnyKind)
@@ -73,8 +69,7 @@ TEST_F(DataBaseTest, CutsAreTakenFromAnyCollectionAndOfAnyKind)
     const auto colHosts = NewObject<HostCollection>();
     colHosts->m_colItems.emplace_back(L"", Object(cHosts));
     LONG lAdded = 0;
-    ASSERT_EQ(m_cDataBase->AddCuts(colHosts.Get(), &lAdded), S_OK);
-    EXPECT_EQ(lAdded, 1);
+    EXPECT_EQ(Get(m_cDataBase, &_clsDataBase::AddCuts, colHosts), 1);
     EXPECT_EQ(Titles(AllCuts().Get()), Texts{L"From the host"});
     EXPECT_EQ(m_cDataBase->AddCuts(nullptr, &lAdded), ErrorResult(91));
     EXPECT_EQ(m_cDataBase->AddCuts(CollectionOf({Text(L"no cut")}).Get(), &lAdded), ErrorResult(13));
@@ -85,7 +80,7 @@ TEST_F(DataBaseTest, WithoutAPlaceForTheNumberNothingIsDone)
 {
     EXPECT_EQ(m_cDataBase->AddCuts(CollectionOf({Object(NewCut(L"One", L"Rock", 1))}).Get(), nullptr),
               E_POINTER);
-    EXPECT_EQ(LongOfProperty(AllCuts(), &_clsCollection::get_Count), 0);
+    EXPECT_EQ(Get(AllCuts(), &_clsCollection::get_Count), 0);
 }
 
 TEST_F(DataBaseTest, AnExistingKeyIsError457)
@@ -108,11 +103,8 @@ TEST_F(DataBaseTest, ItsEventsCarryCollectionsOfItsOwnCuts)
     const auto cCut = AddCut(L"First", L"Rock", 1);
     ASSERT_EQ(cCut->put_Title(Bstr(L"Renamed").Get()), S_OK);
     const auto colCuts = CollectionOf({Object(cCut)});
-    LONG lCount = 0;
-    ASSERT_EQ(m_cDataBase->ModifyCuts(colCuts.Get(), &lCount), S_OK);
-    EXPECT_EQ(lCount, 1);
-    ASSERT_EQ(m_cDataBase->RemoveCuts(colCuts.Get(), &lCount), S_OK);
-    EXPECT_EQ(lCount, 1);
+    EXPECT_EQ(Get(m_cDataBase, &_clsDataBase::ModifyCuts, colCuts), 1);
+    EXPECT_EQ(Get(m_cDataBase, &_clsDataBase::RemoveCuts, colCuts), 1);
     std::vector<DISPID> colEvents;
     for (const Heard& heard : cSink->m_colHeard)
         if (heard.lEvent <= 3)
@@ -127,8 +119,7 @@ TEST_F(DataBaseTest, ALibraryFileIsImported)
     std::ofstream(file)
         << "path,artist,title,categories,level\nC:\\a.mp3,A,One,Rock,2\nC:\\b.mp3,B,Two,Rock/Pop,1\n";
     LONG lImported = 0;
-    ASSERT_EQ(m_cDataBase->ImportCsv(Bstr(file.wstring()).Get(), &lImported), S_OK);
-    EXPECT_EQ(lImported, 2);
+    EXPECT_EQ(Get(m_cDataBase, &_clsDataBase::ImportCsv, file.wstring()), 2);
     EXPECT_EQ(Titles(AllCuts().Get()), (Texts{L"One", L"Two"}));
     EXPECT_EQ(m_cDataBase->ImportCsv(Bstr(L"C:\\nowhere.csv").Get(), &lImported), ErrorResult(53));
 }
@@ -139,21 +130,19 @@ TEST_F(DataBaseTest, AChangeIsThereAfterReopening)
     ASSERT_EQ(cCut->put_Album(Bstr(L"Album").Get()), S_OK);
     ASSERT_EQ(m_cDataBase->Close(), S_OK);
     ASSERT_EQ(m_cDataBase->Open(Bstr((Folder() / L"station.db").wstring()).Get()), S_OK);
-    ComPtr<_clsCut> cFound;
-    ASSERT_EQ(m_cDataBase->CutByKey(Bstr(L"C:\\First.mp3").Get(), cFound.Receive()), S_OK);
-    EXPECT_EQ(TextOfProperty(cFound, &_clsCut::get_Album), L"Album");
+    const auto cFound = Get(m_cDataBase, &_clsDataBase::CutByKey, L"C:\\First.mp3");
+    EXPECT_EQ(Get(cFound, &_clsCut::get_Album), L"Album");
 }
 
 TEST_F(DataBaseTest, TheKeyIsSetOnFreeCutsOnly)
 {
     const auto cCut = AddCut(L"First", L"Rock", 1);
     EXPECT_EQ(cCut->put_Key(Bstr(L"C:\\other.mp3").Get()), ErrorResult(70));
-    ComPtr<_clsCut> cCopy;
-    ASSERT_EQ(cCut->CloneCut(cCopy.Receive()), S_OK);
+    const auto cCopy = Get(cCut, &_clsCut::CloneCut);
     EXPECT_EQ(cCopy->put_Key(Bstr(L"C:\\other.mp3").Get()), S_OK);
-    EXPECT_EQ(TextOfProperty(cCopy, &_clsCut::get_Path), L"C:\\other.mp3");
-    EXPECT_EQ(TextOfProperty(cCut, &_clsCut::get_Key), L"C:\\First.mp3");
-    EXPECT_EQ(LongOfProperty(cCopy, &_clsCut::get_ID), LongOfProperty(cCut, &_clsCut::get_ID));
+    EXPECT_EQ(Get(cCopy, &_clsCut::get_Path), L"C:\\other.mp3");
+    EXPECT_EQ(Get(cCut, &_clsCut::get_Key), L"C:\\First.mp3");
+    EXPECT_EQ(Get(cCopy, &_clsCut::get_ID), Get(cCut, &_clsCut::get_ID));
 }
 
 TEST_F(DataBaseTest, EveryPropertyOfACutIsReadBackAsItWasSet)
@@ -176,7 +165,7 @@ TEST_F(DataBaseTest, EveryPropertyOfACutIsReadBackAsItWasSet)
     {
         sValue += L'\u00E4';
         ASSERT_EQ((cCut.Get()->*property.put)(Bstr(sValue).Get()), S_OK);
-        EXPECT_EQ(TextOfProperty(cCut, property.get), sValue);
+        EXPECT_EQ(Get(cCut, property.get), sValue);
     }
     struct LongProperty
     {
@@ -192,9 +181,9 @@ TEST_F(DataBaseTest, EveryPropertyOfACutIsReadBackAsItWasSet)
     {
         lValue += 1000;
         ASSERT_EQ((cCut.Get()->*property.put)(lValue), S_OK);
-        EXPECT_EQ(LongOfProperty(cCut, property.get), lValue);
+        EXPECT_EQ(Get(cCut, property.get), lValue);
     }
-    EXPECT_EQ(TextOfProperty(cCut, &_clsCut::get_DurationText), L"1:06");
+    EXPECT_EQ(Get(cCut, &_clsCut::get_DurationText), L"1:06");
     struct BoolProperty
     {
         HRESULT (STDMETHODCALLTYPE _clsCut::*get)(VARIANT_BOOL*);
@@ -211,27 +200,23 @@ TEST_F(DataBaseTest, EveryPropertyOfACutIsReadBackAsItWasSet)
         EXPECT_EQ((cCut.Get()->*property.get)(&bValue), S_OK);
         EXPECT_EQ(bValue, VARIANT_TRUE);
     }
-    DATE dtPlayed = 1;
-    EXPECT_EQ(cCut->get_LastPlayed(&dtPlayed), S_OK);
-    EXPECT_EQ(dtPlayed, 0);
+    EXPECT_EQ(Get(cCut, &_clsCut::get_LastPlayed), 0);
     EXPECT_EQ(cCut->put_LastPlayed(45000.75), S_OK);
-    EXPECT_EQ(cCut->get_LastPlayed(&dtPlayed), S_OK);
-    EXPECT_EQ(dtPlayed, 45000.75);
-    EXPECT_EQ(LongOfProperty(cCut, &_clsCut::get_ID), 0);
+    EXPECT_EQ(Get(cCut, &_clsCut::get_LastPlayed), 45000.75);
+    EXPECT_EQ(Get(cCut, &_clsCut::get_ID), 0);
 }
 
 TEST_F(DataBaseTest, TheCategoriesOfACutAreALiveCollectionOfNames)
 {
     const auto cCut = AddCut(L"First", L"Rock/Pop", 1);
-    ComPtr<_clsCollection> colNames;
-    ASSERT_EQ(cCut->get_Categories(colNames.Receive()), S_OK);
+    const auto colNames = Get(cCut, &_clsCut::get_Categories);
     const auto add =
         [&](const Variant& cName, const Variant& cKey, const Variant& cBefore = Variant::Omitted()) {
         return colNames->Add(cName, cKey, cBefore, Variant::Omitted());
     };
     EXPECT_EQ(add(Text(L"Jazz"), Text(L"jazz")), S_OK);
     EXPECT_EQ(add(Text(L"Blues"), Variant::Omitted(), Text(L"pop")), S_OK);
-    EXPECT_EQ(TextOfProperty(cCut, &_clsCut::get_CategoryText), L"Rock/Blues/Pop/Jazz");
+    EXPECT_EQ(Get(cCut, &_clsCut::get_CategoryText), L"Rock/Blues/Pop/Jazz");
     EXPECT_EQ(add(Text(L"ROCK"), Variant::Omitted()), ErrorResult(457));
     EXPECT_EQ(add(Text(L"Soul"), Text(L"another key")), ErrorResult(5));
     EXPECT_EQ(add(Long(1), Variant::Omitted()), ErrorResult(13));
@@ -239,9 +224,7 @@ TEST_F(DataBaseTest, TheCategoriesOfACutAreALiveCollectionOfNames)
     EXPECT_EQ(ItemsOf(colNames.Get()), (Texts{L"Blues", L"Pop", L"Jazz"}));
     ASSERT_EQ(cCut->put_CategoryText(Bstr(L"Gold").Get()), S_OK);
     EXPECT_EQ(ItemsOf(colNames.Get()), Texts{L"Gold"});
-    ComPtr<_clsCollection> colSame;
-    ASSERT_EQ(cCut->get_Categories(colSame.Receive()), S_OK);
-    EXPECT_TRUE(IsSame(colSame, colNames));
+    EXPECT_TRUE(IsSame(Get(cCut, &_clsCut::get_Categories), colNames));
 }
 
 TEST_F(DataBaseTest, ACutAndAListOutliveTheDatabaseObject)
@@ -249,7 +232,7 @@ TEST_F(DataBaseTest, ACutAndAListOutliveTheDatabaseObject)
     const auto cCut = AddCut(L"First", L"Rock", 1);
     const auto colCuts = AllCuts();
     m_cDataBase = nullptr;
-    EXPECT_EQ(TextOfProperty(cCut, &_clsCut::get_Title), L"First");
+    EXPECT_EQ(Get(cCut, &_clsCut::get_Title), L"First");
     EXPECT_EQ(Titles(colCuts.Get()), Texts{L"First"});
 }
 

@@ -14,7 +14,7 @@ namespace
 using Texts = std::vector<std::wstring>;
 using Answers = std::vector<BoxAnswerer::Answer>;
 
-class CategoryEditingTest : public StationTest
+class CategoryEditingTest : public ComStationTest
 {
 protected:
     CategoryEditingTest()
@@ -39,7 +39,7 @@ protected:
         Texts colNumbers;
         ForEachItem(colLevels.Get(), [&](const Variant& cItem) {
             const auto cLevel = ObjectIn<_clsCat>(cItem);
-            colNumbers.push_back(std::to_wstring(LongOfProperty(cLevel, &_clsCat::get_CatLevel)));
+            colNumbers.push_back(std::to_wstring(Get(cLevel, &_clsCat::get_CatLevel)));
         });
         return colNumbers;
     }
@@ -103,12 +103,9 @@ TEST_F(CategoryEditingTest, ALevelIsNotCreatedWhenThePersonGivesUpOrTheCategoryI
 TEST_F(CategoryEditingTest, ANameThatIsLeftOutIsAskedFor)
 {
     BoxAnswerer cAnswerer({{IDOK, L" Jazz "}, {IDCANCEL, L""}});
-    VARIANT_BOOL bCreated = VARIANT_FALSE;
-    EXPECT_EQ(m_cMan->CreateMainCat(nullptr, &bCreated), S_OK);
-    EXPECT_EQ(bCreated, VARIANT_TRUE);
+    EXPECT_TRUE(Get(m_cMan, &_clsSchedMan::CreateMainCat, nullptr));
     EXPECT_EQ(Levels(L"Jazz"), Texts{L"1"});
-    EXPECT_EQ(m_cMan->CreateMainCat(nullptr, &bCreated), S_OK);
-    EXPECT_EQ(bCreated, VARIANT_FALSE);
+    EXPECT_FALSE(Get(m_cMan, &_clsSchedMan::CreateMainCat, nullptr));
     EXPECT_EQ(cAnswerer.Stop(), (Texts{L"New Category Creation: Type the name for the new category",
                                        L"New Category Creation: Type the name for the new category"}));
 }
@@ -133,33 +130,24 @@ TEST_F(CategoryEditingTest, ALevelIsTakenOutOfItsMainCategory)
 {
     const auto cRock = MainCat(L"Rock");
     const auto cSecond = Level(L"Rock", L"2");
-    VARIANT_BOOL bRemoved = VARIANT_FALSE;
-    EXPECT_EQ(cRock->RemoveSubCat(cSecond.Get(), &bRemoved), S_OK);
-    EXPECT_EQ(bRemoved, VARIANT_TRUE);
+    EXPECT_TRUE(Get(cRock, &_clsCat::RemoveSubCat, cSecond));
     EXPECT_EQ(Levels(L"Rock"), Texts{L"1"});
-    EXPECT_EQ(cRock->RemoveSubCat(cSecond.Get(), &bRemoved), S_OK);
-    EXPECT_EQ(bRemoved, VARIANT_FALSE) << "it is there no more";
-    EXPECT_EQ(cRock->RemoveSubCat(nullptr, &bRemoved), S_OK);
-    EXPECT_EQ(bRemoved, VARIANT_FALSE);
-    EXPECT_EQ(LongOfProperty(cSecond, &_clsCat::get_TotalCuts), 1) << "whoever holds it holds its cuts";
+    EXPECT_FALSE(Get(cRock, &_clsCat::RemoveSubCat, cSecond)) << "it is there no more";
+    EXPECT_FALSE(Get(cRock, &_clsCat::RemoveSubCat, nullptr));
+    EXPECT_EQ(Get(cSecond, &_clsCat::get_TotalCuts), 1) << "whoever holds it holds its cuts";
 }
 
 TEST_F(CategoryEditingTest, RulesAreIgnoredAndSavedThroughTheirObject)
 {
-    ComPtr<_clsCatRules> cRules;
-    ASSERT_EQ(Level(L"Rock", L"1")->get_Rules(cRules.Receive()), S_OK);
-    VARIANT_BOOL bValue = VARIANT_TRUE;
-    ASSERT_EQ(cRules->get_IgnoreRules(&bValue), S_OK);
-    EXPECT_EQ(bValue, VARIANT_FALSE);
+    const auto cRules = Get(Level(L"Rock", L"1"), &_clsCat::get_Rules);
+    EXPECT_FALSE(Get(cRules, &_clsCatRules::get_IgnoreRules));
     ASSERT_EQ(cRules->put_IgnoreRules(1), S_OK); // any nonzero value is true
-    ASSERT_EQ(cRules->get_IgnoreRules(&bValue), S_OK);
-    EXPECT_EQ(bValue, VARIANT_TRUE);
+    EXPECT_TRUE(Get(cRules, &_clsCatRules::get_IgnoreRules));
 
     const auto file = RulesFile(L"Rock\u00AC\u00AC\u00AC"
                                 L"1");
     ASSERT_TRUE(std::filesystem::remove(file)) << "every change writes the file";
-    ASSERT_EQ(cRules->SaveRules(&bValue), S_OK);
-    EXPECT_EQ(bValue, VARIANT_TRUE);
+    EXPECT_TRUE(Get(cRules, &_clsCatRules::SaveRules));
     std::string bytes(70, '\0');
     std::ifstream stream(file, std::ios::binary);
     stream.read(bytes.data(), 70);
@@ -167,16 +155,15 @@ TEST_F(CategoryEditingTest, RulesAreIgnoredAndSavedThroughTheirObject)
     EXPECT_EQ(bytes.substr(8, 2), "\xFF\xFF");
 
     const auto cNameless = Create<_clsCatRules>(CLSID_clsCatRules);
-    ASSERT_EQ(cNameless->SaveRules(&bValue), S_OK);
-    EXPECT_EQ(bValue, VARIANT_FALSE) << "without an ID there is no file";
+    EXPECT_FALSE(Get(cNameless, &_clsCatRules::SaveRules)) << "without an ID there is no file";
 }
 
 TEST_F(CategoryEditingTest, AViolationKeepsWhatItIsGiven)
 {
     const auto cViolation = Create<_clsRuleViolation>(CLSID_clsRuleViolation);
-    EXPECT_EQ(LongOfProperty(cViolation, &_clsRuleViolation::get_ViolationIndex), 0);
+    EXPECT_EQ(Get(cViolation, &_clsRuleViolation::get_ViolationIndex), 0);
     ASSERT_EQ(cViolation->put_ViolationIndex(-7), S_OK);
-    EXPECT_EQ(LongOfProperty(cViolation, &_clsRuleViolation::get_ViolationIndex), -7);
+    EXPECT_EQ(Get(cViolation, &_clsRuleViolation::get_ViolationIndex), -7);
     for (const int lValue : {0, 1, 3, 99, -1}) // not checked against the enumeration
     {
         ASSERT_EQ(cViolation->put_Violation(static_cast<::eRuleViolation>(lValue)), S_OK);
@@ -186,40 +173,36 @@ TEST_F(CategoryEditingTest, AViolationKeepsWhatItIsGiven)
     }
     ASSERT_EQ(cViolation->putref_Cut(Cut(L"First").Get()), S_OK);
     ASSERT_EQ(cViolation->putref_Cut(nullptr), S_OK);
-    ComPtr<_clsCut> cCut = Cut(L"First");
-    ASSERT_EQ(cViolation->get_Cut(cCut.Receive()), S_OK);
-    EXPECT_FALSE(cCut);
+    EXPECT_FALSE(Get(cViolation, &_clsRuleViolation::get_Cut));
 }
 
 TEST_F(CategoryEditingTest, ACutIsRemovedFromTheLevelThatIsNamed)
 {
     // A host may have placed it in a level that is not the cut's own.
-    VARIANT_BOOL bAdded = VARIANT_FALSE;
     VARIANT_BOOL bCreated = VARIANT_FALSE;
-    ASSERT_EQ(Level(L"Rock", L"2")->AddCut(Cut(L"First").Get(), &bCreated, &bAdded), S_OK);
-    ASSERT_EQ(bAdded, VARIANT_TRUE);
+    EXPECT_TRUE(Get(Level(L"Rock", L"2"), &_clsCat::AddCut, Cut(L"First"), &bCreated));
     const auto remove = [&](LONG lLevel) {
         _clsCollection* pAffected = nullptr;
         EXPECT_EQ(
             m_cMan->RemoveCutFromCategory(MainCat(L"Rock").Get(), Cut(L"First").Get(), &pAffected, lLevel),
             S_OK);
-        return LongOfProperty(ComPtr<_clsCollection>::Adopt(pAffected), &_clsCollection::get_Count);
+        return Get(ComPtr<_clsCollection>::Adopt(pAffected), &_clsCollection::get_Count);
     };
     EXPECT_EQ(remove(7), 0) << "no such level";
     EXPECT_EQ(remove(2), 1);
     EXPECT_EQ(TitlesIn(Level(L"Rock", L"2")), Texts{L"Third"});
     EXPECT_EQ(TitlesIn(Level(L"Rock", L"1")), (Texts{L"First", L"Second"}));
-    EXPECT_EQ(TextOfProperty(Cut(L"First"), &_clsCut::get_CategoryText), L"Rock") << "level 1 holds it still";
+    EXPECT_EQ(Get(Cut(L"First"), &_clsCut::get_CategoryText), L"Rock") << "level 1 holds it still";
     EXPECT_EQ(remove(0), 1) << "its own level";
     EXPECT_EQ(TitlesIn(Level(L"Rock", L"1")), Texts{L"Second"});
-    EXPECT_EQ(TextOfProperty(Cut(L"First"), &_clsCut::get_CategoryText), L"");
+    EXPECT_EQ(Get(Cut(L"First"), &_clsCut::get_CategoryText), L"");
 }
 
 TEST_F(CategoryEditingTest, NothingToShuffleComesBackAsAnEmptyCollection)
 {
     Variant cVariable = Object(Create<_clsCollection>(CLSID_clsCollection));
     ASSERT_EQ(m_cMan->RandomizeCollection(&cVariable), S_OK);
-    EXPECT_EQ(LongOfProperty(ObjectIn<_clsCollection>(cVariable), &_clsCollection::get_Count), 0);
+    EXPECT_EQ(Get(ObjectIn<_clsCollection>(cVariable), &_clsCollection::get_Count), 0);
     EXPECT_EQ(m_cMan->RandomizeCollection(nullptr), E_POINTER);
     for (const Variant& cNothing : {Variant(static_cast<IDispatch*>(nullptr)), Variant(), Long(5)})
     {
@@ -237,10 +220,8 @@ TEST_F(CategoryEditingTest, ACategoryCannotBecomeALevelOfItself)
 {
     const auto cMainCat = MainCat(L"Rock");
     const auto cLevel = Level(L"Rock", L"1");
-    ComPtr<_clsCollection> colLevels;
-    ASSERT_EQ(cMainCat->get_SubCats(colLevels.Receive()), S_OK);
-    ComPtr<_clsCollection> colOfLevel;
-    ASSERT_EQ(cLevel->get_SubCats(colOfLevel.Receive()), S_OK);
+    const auto colLevels = Get(cMainCat, &_clsCat::get_SubCats);
+    const auto colOfLevel = Get(cLevel, &_clsCat::get_SubCats);
     const auto add = [](const ComPtr<_clsCollection>& colInto, const ComPtr<_clsCat>& cCat) {
         return colInto->Add(Object(cCat), Text(L"9"), Variant::Omitted(), Variant::Omitted());
     };
@@ -251,8 +232,8 @@ TEST_F(CategoryEditingTest, ACategoryCannotBecomeALevelOfItself)
     Called called = Call(colLevels.Get(), L"Add", DISPATCH_METHOD, {Object(cMainCat), Text(L"9")});
     EXPECT_EQ(called.hResult, DISP_E_EXCEPTION);
     EXPECT_EQ(called.hError, ErrorResult(5));
-    EXPECT_EQ(LongOfProperty(colLevels, &_clsCollection::get_Count), 2);
-    EXPECT_EQ(LongOfProperty(cMainCat, &_clsCat::get_TotalCuts), 3);
+    EXPECT_EQ(Get(colLevels, &_clsCollection::get_Count), 2);
+    EXPECT_EQ(Get(cMainCat, &_clsCat::get_TotalCuts), 3);
 }
 
 TEST_F(CategoryEditingTest, AMassChangeOfNothingDoesNothing)

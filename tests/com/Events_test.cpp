@@ -49,7 +49,7 @@ TEST_F(EventsTest, AnObjectThatTakesNoEventsIsRefused)
     EXPECT_EQ(m_cPoint->Advise(m_cSink.Get(), nullptr), E_POINTER);
 }
 
-TEST_F(EventsTest, WhatASinkAnswersBreaksNothing)
+TEST_F(EventsTest, AFailingSinkBreaksNothing)
 {
     const auto cOther = NewObject<Sink>(DIID___clsSchedMan);
     m_cSink->m_hAnswer = E_FAIL;
@@ -100,7 +100,7 @@ TEST_F(EventsTest, ASinkMayLeaveItselfWithItsLastReference)
     EXPECT_TRUE(bHeard);
 }
 
-TEST_F(EventsTest, TheManagerMayBeLetGoInsideItsOwnEvent)
+TEST_F(EventsTest, TheManagerMayBeReleasedInsideItsOwnEvent)
 {
     m_cSink->m_onEvent = [&](DISPID, DISPPARAMS&) {
         m_cPoint = nullptr;
@@ -237,7 +237,7 @@ TEST_F(EventsTest, ConnectionsAreListedWithTheirCookies)
     EXPECT_EQ(cConnections->Skip(2), S_FALSE);
 }
 
-TEST_F(EventsTest, SinksAreLetGoWithTheManager)
+TEST_F(EventsTest, SinksAreReleasedWithTheManager)
 {
     Advise(m_cPoint, m_cSink);
     m_cPoint = nullptr;

@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A host's assignments of the form name TAB level, and a host that refuses to be followed.
-#include "com/HostObjects.h"
+#include "com/Station.h"
 #include "comkit/HostCut.h"
-
-#include <fstream>
-#include <sstream>
 
 namespace ravlo
 {
@@ -14,21 +11,9 @@ namespace
 
 using Texts = std::vector<std::wstring>;
 
-class HostCutTest : public ComTest
+class HostCutTest : public HostStationTest
 {
 protected:
-    void Populate()
-    {
-        ASSERT_EQ(m_cMan->PopulateFromDataBase(m_cDataBase.Get(), Bstr(Folder().wstring()).Get()), S_OK);
-    }
-    ComPtr<_clsCat> MainCat(const std::wstring& sName)
-    {
-        ComPtr<_clsCollection> colMainCats;
-        EXPECT_EQ(m_cMan->get_colMainCats(colMainCats.Receive()), S_OK);
-        Variant cItem;
-        EXPECT_EQ(colMainCats->get_Item(Text(sName + L"\t0"), &cItem), S_OK);
-        return ObjectIn<_clsCat>(cItem);
-    }
     void RemoveFrom(const std::wstring& sName, const ComPtr<HostCutObject>& cCut, LONG lLevel = 0)
     {
         _clsCollection* pAffected = nullptr;
@@ -36,10 +21,7 @@ protected:
         const auto colAffected = ComPtr<_clsCollection>::Adopt(pAffected);
     }
     static Texts Assignments(const ComPtr<HostCutObject>& cCut) { return ItemsOf(cCut->m_colNames.Get()); }
-    long CutsIn(const std::wstring& sName) { return LongOfProperty(MainCat(sName), &_clsCat::get_TotalCuts); }
-
-    ComPtr<_clsSchedMan> m_cMan = Create<_clsSchedMan>(CLSID_clsSchedMan);
-    ComPtr<HostDataBaseObject> m_cDataBase = NewObject<HostDataBaseObject>();
+    long CutsIn(const std::wstring& sName) { return Get(MainCat(sName), &_clsCat::get_TotalCuts); }
 };
 
 TEST_F(HostCutTest, AnAssignmentWithALevelFilesUnderTheCutsOwnLevel)
@@ -49,9 +31,7 @@ TEST_F(HostCutTest, AnAssignmentWithALevelFilesUnderTheCutsOwnLevel)
     Populate();
     EXPECT_EQ(CutsIn(L"Rock"), 1);
     EXPECT_EQ(CutsIn(L"Pop"), 1);
-    ComPtr<_clsCollection> colCuts;
-    ASSERT_EQ(m_cMan->get_colCuts(Bstr(L"Rock").Get(), 2, colCuts.Receive()), S_OK);
-    EXPECT_EQ(LongOfProperty(colCuts, &_clsCollection::get_Count), 1);
+    EXPECT_EQ(CountOf(L"Rock", 2), 1);
     EXPECT_EQ(Assignments(cCut), (Texts{L"Rock\t7", L"Pop\t1"}))
         << "filing adds no second name for the same category";
 }
@@ -93,8 +73,7 @@ TEST_F(HostCutTest, ACutMayShortenTheListThatItIsBeingAddedTo)
     m_cDataBase->AddCut(L"One", L"Rock", 1);
     m_cDataBase->AddCut(L"Two", L"Rock", 1);
     Populate();
-    ComPtr<_clsCollection> colCuts;
-    ASSERT_EQ(m_cMan->get_colCuts(Bstr(L"Rock").Get(), 1, colCuts.Receive()), S_OK);
+    const auto colCuts = CutsOf(L"Rock", 1);
     const auto cCut = NewObject<HostCutObject>(L"C:\\Three.mp3");
     int lLeft = 2;
     cCut->m_onAsked = [&] {
@@ -102,10 +81,8 @@ TEST_F(HostCutTest, ACutMayShortenTheListThatItIsBeingAddedTo)
             EXPECT_EQ(colCuts->Remove(Long(1)), S_OK);
     };
     EXPECT_EQ(colCuts->Add(Object(cCut), Text(cCut->m_sKey), Variant::Omitted(), Long(2)), S_OK);
-    ASSERT_EQ(LongOfProperty(colCuts, &_clsCollection::get_Count), 1);
-    Variant cItem;
-    ASSERT_EQ(colCuts->get_Item(Long(1), &cItem), S_OK);
-    EXPECT_TRUE(IsSame(ObjectIn<_clsCut>(cItem), cCut));
+    ASSERT_EQ(Get(colCuts, &_clsCollection::get_Count), 1);
+    EXPECT_TRUE(IsSame(ItemAt<_clsCut>(colCuts, Long(1)), cCut));
     cCut->m_onAsked = nullptr;
 }
 
@@ -134,17 +111,12 @@ TEST_F(HostCutTest, ADatabaseThatRefusesToBeFollowedPopulatesAndIsLogged)
 {
     m_cDataBase->m_cOwnPoints = NewObject<RefusingPoints>();
     m_cDataBase->AddCut(L"One", L"Rock", 1);
-    const auto logs = Folder() / L"Debugging Logs" / L"Scheduler";
-    std::filesystem::create_directories(logs);
+    StartLog();
     Populate();
     EXPECT_EQ(CutsIn(L"Rock"), 1);
-    std::ostringstream text;
-    for (const auto& entry : std::filesystem::directory_iterator(logs))
-        text << std::ifstream(entry.path(), std::ios::binary).rdbuf();
-    EXPECT_NE(
-        text.str().find("Advise [HostDatabase] -2147220991 The database's changes will not be followed."),
-        std::string::npos)
-        << text.str();
+    EXPECT_EQ(LogLinesWith("Advise [HostDatabase] -2147220991 The database's changes will not be followed."),
+              1)
+        << Log();
 }
 
 // What a host's connection point does when the scheduler leaves it.
@@ -197,9 +169,7 @@ TEST_F(HostCutTest, ADatabaseMayBeHandedToAnotherManagerWhileTheLastOneLeavesIt)
     EXPECT_FALSE(cPoints->m_onUnadvise);
     m_cMan = cOther;
     EXPECT_EQ(CutsIn(L"Rock"), 1);
-    ComPtr<_clsDataBase> cBack;
-    ASSERT_EQ(m_cMan->get_DataBase(cBack.Receive()), S_OK);
-    EXPECT_TRUE(IsSame(cBack, m_cDataBase));
+    EXPECT_TRUE(IsSame(Get(m_cMan, &_clsSchedMan::get_DataBase), m_cDataBase));
     // Handed in once more it is the same database still: nothing is connected twice or left behind.
     Populate();
     EXPECT_EQ(CutsIn(L"Rock"), 1);
@@ -208,29 +178,18 @@ TEST_F(HostCutTest, ADatabaseMayBeHandedToAnotherManagerWhileTheLastOneLeavesIt)
 
 // ---- hosts that count their changes
 
-// A host's cut with IRevision, which counts what it is asked for.
-class CountingCut final : public IRevision
+class CountingCut final : public Part<IRevision>
 {
 public:
-    explicit CountingCut(HostCutObject& cCut) : m_cCut(cCut) {}
-    virtual ~CountingCut() = default;
+    explicit CountingCut(HostCutObject& cCut) : Part(cCut) {}
 
     hyper m_lRevision = 1;
 
-    STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override
-    {
-        return m_cCut.QueryInterface(iid, ppvObject);
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return m_cCut.AddRef(); }
-    STDMETHODIMP_(ULONG) Release() override { return m_cCut.Release(); }
     STDMETHODIMP Revision(hyper* pVal) override
     {
         *pVal = m_lRevision;
         return S_OK;
     }
-
-private:
-    HostCutObject& m_cCut;
 };
 
 TEST_F(HostCutTest, KeysAreKeptUntilTheRevisionChanges)
@@ -261,137 +220,83 @@ TEST_F(HostCutTest, WithoutRevisionsEveryLookAsksTheHost)
     EXPECT_EQ(cCut->TitleKey().Text(), L"Rain");
 }
 
-TEST_F(HostCutTest, TheEmbeddedDatabaseAndItsCutsCountTheirChanges)
+template <class I> hyper RevisionOf(const ComPtr<I>& cObject)
 {
-    const auto cDataBase = Create<_clsDataBase>(CLSID_clsDataBase);
-    ASSERT_EQ(cDataBase->Open(Bstr((Folder() / "revisions.db").wstring()).Get()), S_OK);
-    Revisions cOfDataBase;
-    const std::uint64_t empty = cOfDataBase.Of(cDataBase.Get());
-    EXPECT_GT(empty, 0u);
-    ComPtr<_clsCut> cNew;
-    ASSERT_EQ(cDataBase->NewCut(cNew.Receive()), S_OK);
-    ASSERT_EQ(cNew->put_Key(Bstr(L"C:\\a.mp3").Get()), S_OK);
-    const auto colCuts = Create<_clsCollection>(CLSID_clsCollection);
-    ASSERT_EQ(colCuts->Add(Variant(static_cast<IDispatch*>(cNew.Get())), Variant::Omitted(),
-                           Variant::Omitted(), Variant::Omitted()),
-              S_OK);
-    LONG lAdded = 0;
-    ASSERT_EQ(cDataBase->AddCuts(colCuts.Get(), &lAdded), S_OK);
-    const std::uint64_t withOne = cOfDataBase.Of(cDataBase.Get());
-    EXPECT_NE(withOne, empty);
+    hyper lRevision = 0;
+    const auto cRevision = cObject.template As<IRevision>(IID_IRevision);
+    return cRevision && SUCCEEDED(cRevision->Revision(&lRevision)) ? lRevision : 0;
+}
 
-    ComPtr<_clsCut> cCut;
-    ASSERT_EQ(cDataBase->CutByKey(Bstr(L"C:\\a.mp3").Get(), cCut.Receive()), S_OK);
-    Revisions cOfCut;
-    std::uint64_t before = cOfCut.Of(cCut.Get());
-    EXPECT_GT(before, 0u);
+class EmbeddedRevisionTest : public ComStationTest
+{
+};
+
+TEST_F(EmbeddedRevisionTest, EveryChangeOfACutHasARevision)
+{
+    const auto cCut = AddCut(L"One", L"Rock", 1);
     const std::function<HRESULT()> colChanges[] = {[&] { return cCut->put_Artist(Bstr(L"Ash").Get()); },
                                                    [&] { return cCut->put_Title(Bstr(L"Sun").Get()); },
                                                    [&] { return cCut->put_Album(Bstr(L"Sky").Get()); },
                                                    [&] { return cCut->put_CatLevel(3); },
                                                    [&] { return cCut->put_KindCode(14); }};
+    const hyper lOfDataBase = RevisionOf(m_cDataBase);
+    hyper lBefore = RevisionOf(cCut);
+    EXPECT_GT(lBefore, 0);
     for (const auto& change : colChanges)
     {
         ASSERT_EQ(change(), S_OK);
-        EXPECT_NE(cOfCut.Of(cCut.Get()), before);
-        before = cOfCut.Of(cCut.Get());
+        EXPECT_NE(RevisionOf(cCut), lBefore);
+        lBefore = RevisionOf(cCut);
     }
-    EXPECT_EQ(cOfDataBase.Of(cDataBase.Get()), withOne) << "it still holds the same cuts";
-    LONG lRemoved = 0;
-    ASSERT_EQ(cDataBase->RemoveCuts(colCuts.Get(), &lRemoved), S_OK);
-    const std::uint64_t withNone = cOfDataBase.Of(cDataBase.Get());
-    EXPECT_NE(withNone, withOne);
-    EXPECT_NE(withNone, empty) << "a number never returns";
-    ASSERT_EQ(cDataBase->Close(), S_OK);
-    EXPECT_EQ(cOfDataBase.Of(cDataBase.Get()), 0u) << "closed";
-    ASSERT_EQ(cDataBase->Open(Bstr((Folder() / "others.db").wstring()).Get()), S_OK);
-    const std::uint64_t others = cOfDataBase.Of(cDataBase.Get());
-    EXPECT_GT(others, withNone) << "another file counts on";
-    ASSERT_EQ(cDataBase->Close(), S_OK);
+    EXPECT_EQ(RevisionOf(m_cDataBase), lOfDataBase) << "it still contains the same cuts";
 }
 
-TEST_F(HostCutTest, APickSeesChangesAndRemovalsBetweenTwoPicks)
+TEST_F(EmbeddedRevisionTest, ARevisionOfTheDatabaseNeverReturns)
 {
-    const auto cDataBase = Create<_clsDataBase>(CLSID_clsDataBase);
-    ASSERT_EQ(cDataBase->Open(Bstr((Folder() / "picks.db").wstring()).Get()), S_OK);
-    const auto colCuts = Create<_clsCollection>(CLSID_clsCollection);
-    for (const wchar_t* sKey : {L"C:\\a.mp3", L"C:\\b.mp3"})
-    {
-        ComPtr<_clsCut> cNew;
-        ASSERT_EQ(cDataBase->NewCut(cNew.Receive()), S_OK);
-        ASSERT_EQ(cNew->put_Key(Bstr(sKey).Get()), S_OK);
-        ASSERT_EQ(cNew->put_Title(Bstr(sKey).Get()), S_OK);
-        ASSERT_EQ(cNew->put_CategoryText(Bstr(L"Rock").Get()), S_OK);
-        ASSERT_EQ(colCuts->Add(Variant(static_cast<IDispatch*>(cNew.Get())), Variant::Omitted(),
-                               Variant::Omitted(), Variant::Omitted()),
-                  S_OK);
-    }
-    LONG lCount = 0;
-    ASSERT_EQ(cDataBase->AddCuts(colCuts.Get(), &lCount), S_OK);
-    ASSERT_EQ(m_cMan->PopulateFromDataBase(cDataBase.Get(), Bstr(Folder().wstring()).Get()), S_OK);
+    const hyper lEmpty = RevisionOf(m_cDataBase);
+    EXPECT_GT(lEmpty, 0);
+    const auto cCut = AddCut(L"One", L"Rock", 1);
+    const hyper lWithOne = RevisionOf(m_cDataBase);
+    EXPECT_NE(lWithOne, lEmpty);
+    RemoveCut(cCut);
+    const hyper lWithNone = RevisionOf(m_cDataBase);
+    EXPECT_NE(lWithNone, lWithOne);
+    EXPECT_NE(lWithNone, lEmpty);
+    ASSERT_EQ(m_cDataBase->Close(), S_OK);
+    EXPECT_EQ(RevisionOf(m_cDataBase), 0);
+    ASSERT_EQ(m_cDataBase->Open(Bstr((Folder() / "others.db").wstring()).Get()), S_OK);
+    EXPECT_GT(RevisionOf(m_cDataBase), lWithNone) << "another file";
+}
+
+TEST_F(EmbeddedRevisionTest, APickSeesChangesAndRemovalsBetweenTwoPicks)
+{
+    const auto cFirst = AddCut(L"a", L"Rock", 1);
+    AddCut(L"b", L"Rock", 1);
+    Populate();
     ASSERT_EQ(m_cMan->put_RotatesAllowed(VARIANT_TRUE), S_OK);
-    const auto Next = [&] {
-        ComPtr<_clsCat> cMainCat, cSubCat;
-        Bstr sMainCatKey;
-        ComPtr<_clsCut> cCut;
-        EXPECT_EQ(m_cMan->get_NextCutFromRotation(
-                      Bstr(L"Rock\t1").Get(), VARIANT_FALSE, nullptr, cMainCat.Receive(), cSubCat.Receive(),
-                      sMainCatKey.Receive(), VARIANT_FALSE, VARIANT_FALSE, cCut.Receive()),
-                  S_OK);
-        Bstr sTitle;
-        EXPECT_EQ(cCut->get_Title(sTitle.Receive()), S_OK);
-        return sTitle.Text();
-    };
-    EXPECT_EQ(Next(), L"C:\\a.mp3");
-    EXPECT_EQ(Next(), L"C:\\b.mp3");
-    // A change of a text and a removal between two picks are both seen.
-    ComPtr<_clsCut> cFirst;
-    ASSERT_EQ(cDataBase->CutByKey(Bstr(L"C:\\a.mp3").Get(), cFirst.Receive()), S_OK);
+    const auto next = [&] { return Get(Next(L"Rock\t1", false), &_clsCut::get_Title); };
+    EXPECT_EQ(next(), L"a");
+    EXPECT_EQ(next(), L"b");
     ASSERT_EQ(cFirst->put_Title(Bstr(L"changed").Get()), S_OK);
-    EXPECT_EQ(Next(), L"changed");
-    const auto colGone = Create<_clsCollection>(CLSID_clsCollection);
-    ASSERT_EQ(colGone->Add(Variant(static_cast<IDispatch*>(cFirst.Get())), Variant::Omitted(),
-                           Variant::Omitted(), Variant::Omitted()),
-              S_OK);
-    ASSERT_EQ(cDataBase->RemoveCuts(colGone.Get(), &lCount), S_OK);
-    EXPECT_EQ(Next(), L"C:\\b.mp3");
-    EXPECT_EQ(Next(), L"C:\\b.mp3");
+    EXPECT_EQ(next(), L"changed");
+    RemoveCut(cFirst);
+    EXPECT_EQ(next(), L"b");
+    EXPECT_EQ(next(), L"b");
 }
 
-TEST_F(HostCutTest, APlayFindsTheCutThatReplacedARemovedOne)
+TEST_F(EmbeddedRevisionTest, APlayFindsTheCutThatReplacedARemovedOne)
 {
-    const auto cDataBase = Create<_clsDataBase>(CLSID_clsDataBase);
-    ASSERT_EQ(cDataBase->Open(Bstr((Folder() / "replaced.db").wstring()).Get()), S_OK);
-    const auto Added = [&] {
-        ComPtr<_clsCut> cCut;
-        EXPECT_EQ(cDataBase->NewCut(cCut.Receive()), S_OK);
-        EXPECT_EQ(cCut->put_Key(Bstr(L"C:\\a.mp3").Get()), S_OK);
-        EXPECT_EQ(cCut->put_Title(Bstr(L"Sun").Get()), S_OK);
-        const auto colCuts = Create<_clsCollection>(CLSID_clsCollection);
-        EXPECT_EQ(colCuts->Add(Variant(static_cast<IDispatch*>(cCut.Get())), Variant::Omitted(),
-                               Variant::Omitted(), Variant::Omitted()),
-                  S_OK);
-        LONG lCount = 0;
-        EXPECT_EQ(cDataBase->AddCuts(colCuts.Get(), &lCount), S_OK);
-        return std::pair(cCut, colCuts);
-    };
-    const auto [cOld, colOld] = Added();
-    ASSERT_EQ(m_cMan->PopulateFromDataBase(cDataBase.Get(), Bstr(Folder().wstring()).Get()), S_OK);
-    const auto Report = [&](DATE dtWhen) {
+    const auto cOld = AddCut(L"a", L"", 1);
+    Populate();
+    const auto report = [&](DATE dtWhen) {
         EXPECT_EQ(cOld->put_LastPlayed(dtWhen), S_OK);
         EXPECT_EQ(m_cMan->UpdateArtistTitleHistory(cOld.Get()), S_OK);
     };
-    Report(45000.5);
-    LONG lCount = 0;
-    ASSERT_EQ(cDataBase->RemoveCuts(colOld.Get(), &lCount), S_OK);
-    ASSERT_EQ(lCount, 1);
-    Added();
-    Report(45001.5);
-    ComPtr<_clsCut> cNew;
-    ASSERT_EQ(cDataBase->CutByKey(Bstr(L"C:\\a.mp3").Get(), cNew.Receive()), S_OK);
-    DATE dtPlayed = 0;
-    ASSERT_EQ(cNew->get_LastPlayed(&dtPlayed), S_OK);
-    EXPECT_EQ(dtPlayed, 45001.5);
+    report(45000.5);
+    RemoveCut(cOld);
+    const auto cNew = AddCut(L"a", L"", 1);
+    report(45001.5);
+    EXPECT_EQ(Get(cNew, &_clsCut::get_LastPlayed), 45001.5);
 }
 
 } // namespace

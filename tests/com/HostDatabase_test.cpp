@@ -2,10 +2,7 @@
 // A host that brings a media database of its own: plain objects with the interfaces of RavloBase and nothing
 // else.
 #include "com/BoxAnswerer.h"
-#include "com/HostObjects.h"
-
-#include <fstream>
-#include <sstream>
+#include "com/Station.h"
 
 namespace ravlo
 {
@@ -13,64 +10,33 @@ namespace ravlo
 namespace
 {
 
-class HostDatabaseTest : public ComTest
+class HostDatabaseTest : public HostStationTest
 {
 protected:
-    void Populate(const ComPtr<HostDataBaseObject>& cDataBase)
-    {
-        const Bstr sFolder{Folder().wstring()};
-        ASSERT_EQ(m_cMan->PopulateFromDataBase(cDataBase.Get(), sFolder.Get()), S_OK);
-    }
-    ComPtr<_clsCollection> CutsOf(const wchar_t* sCatName, LONG lLevel)
-    {
-        ComPtr<_clsCollection> colCuts;
-        EXPECT_EQ(m_cMan->get_colCuts(Bstr(sCatName).Get(), lLevel, colCuts.Receive()), S_OK);
-        return colCuts;
-    }
-    ComPtr<_clsCut> CutAt(const ComPtr<_clsCollection>& colCuts, LONG lPosition)
-    {
-        Variant cItem;
-        EXPECT_EQ(colCuts->get_Item(Long(lPosition), &cItem), S_OK);
-        return ObjectIn<_clsCut>(cItem);
-    }
-    ComPtr<_clsCut> Next(const wchar_t* sKey)
-    {
-        ComPtr<_clsCut> cCut;
-        EXPECT_EQ(m_cMan->get_NextCutFromRotation(Bstr(sKey).Get(), VARIANT_FALSE, nullptr, nullptr, nullptr,
-                                                  nullptr, VARIANT_TRUE, VARIANT_FALSE, cCut.Receive()),
-                  S_OK);
-        return cCut;
-    }
-    void FireCuts(const ComPtr<HostDataBaseObject>& cDataBase, DISPID lEvent,
-                  const ComPtr<HostCutObject>& cCut)
+    void FireCuts(DISPID lEvent, const ComPtr<HostCutObject>& cCut)
     {
         const auto colCuts = NewObject<HostCollection>();
         colCuts->m_colItems.emplace_back(cCut->m_sKey, Object(cCut));
-        cDataBase->m_cEvents.Fire(lEvent, {Object(colCuts)});
+        m_cDataBase->m_cEvents.Fire(lEvent, {Object(colCuts)});
     }
-
-    ComPtr<_clsSchedMan> m_cMan = Create<_clsSchedMan>(CLSID_clsSchedMan);
-    ComPtr<HostDataBaseObject> m_cDataBase = NewObject<HostDataBaseObject>();
 };
 
-TEST_F(HostDatabaseTest, TheHostsCutsArePlacedAndComeBackAsTheHostsOwnObjects)
+TEST_F(HostDatabaseTest, TheHostsCutsArePlacedAsTheHostsOwnObjects)
 {
     const auto cFirst = m_cDataBase->AddCut(L"First", L"Rock", 1);
     const auto cSecond = m_cDataBase->AddCut(L"Second", L"Rock", 2);
     cFirst->FileIn(L"Gold");
-    Populate(m_cDataBase);
-    EXPECT_TRUE(IsSame(CutAt(CutsOf(L"Rock", 1), 1), cFirst));
-    EXPECT_TRUE(IsSame(CutAt(CutsOf(L"Gold", 1), 1), cFirst));
-    EXPECT_TRUE(IsSame(CutAt(CutsOf(L"Rock", 0), 2), cSecond));
-    ComPtr<_clsDataBase> cBack;
-    ASSERT_EQ(m_cMan->get_DataBase(cBack.Receive()), S_OK);
-    EXPECT_TRUE(IsSame(cBack, m_cDataBase));
+    Populate();
+    EXPECT_TRUE(IsSame(ItemAt<_clsCut>(CutsOf(L"Rock", 1), Long(1)), cFirst));
+    EXPECT_TRUE(IsSame(ItemAt<_clsCut>(CutsOf(L"Gold", 1), Long(1)), cFirst));
+    EXPECT_TRUE(IsSame(ItemAt<_clsCut>(CutsOf(L"Rock", 0), Long(2)), cSecond));
+    EXPECT_TRUE(IsSame(Get(m_cMan, &_clsSchedMan::get_DataBase), m_cDataBase));
 }
 
-TEST_F(HostDatabaseTest, TheChosenCutIsTheHostsOwnCopyAndTellsWhatWasAskedFor)
+TEST_F(HostDatabaseTest, TheChosenCutIsTheHostsCopyWithTheCategoryAskedFor)
 {
     const auto cOriginal = m_cDataBase->AddCut(L"One", L"Rock", 1);
-    Populate(m_cDataBase);
+    Populate();
     const auto cCut = Next(L"Rock\t1");
     EXPECT_FALSE(IsSame(cCut, cOriginal));
     const auto* pCopy = static_cast<HostCutObject*>(cCut.Get());
@@ -82,7 +48,7 @@ TEST_F(HostDatabaseTest, TheChosenCutIsTheHostsOwnCopyAndTellsWhatWasAskedFor)
 
 TEST_F(HostDatabaseTest, APlaceholderIsANewCutOfTheHosts)
 {
-    Populate(m_cDataBase);
+    Populate();
     const auto cCut = Next(L"Nowhere\t1");
     const auto* pCut = dynamic_cast<HostCutObject*>(cCut.Get());
     ASSERT_NE(pCut, nullptr);
@@ -92,64 +58,47 @@ TEST_F(HostDatabaseTest, APlaceholderIsANewCutOfTheHosts)
 TEST_F(HostDatabaseTest, AReportedPlayReachesTheHostsOwnCut)
 {
     const auto cOriginal = m_cDataBase->AddCut(L"One", L"Rock", 1);
-    Populate(m_cDataBase);
+    Populate();
     const auto cPlayed = Next(L"Rock\t1");
     static_cast<HostCutObject*>(cPlayed.Get())->m_dtLastPlayed = 45000.5;
     ASSERT_EQ(m_cMan->UpdateArtistTitleHistory(cPlayed.Get()), S_OK);
     EXPECT_EQ(cOriginal->m_dtLastPlayed, 45000.5);
-    ComPtr<_clsCut> cHistory;
-    ASSERT_EQ(m_cMan->get_TitleHistoryCut(Bstr(L"ONE").Get(), cHistory.Receive()), S_OK);
-    EXPECT_TRUE(IsSame(cHistory, cOriginal));
+    EXPECT_TRUE(IsSame(Get(m_cMan, &_clsSchedMan::get_TitleHistoryCut, L"ONE"), cOriginal));
 }
 
 TEST_F(HostDatabaseTest, FilingAndRemovingChangeTheHostsListOfNames)
 {
     const auto cCut = m_cDataBase->AddCut(L"One", L"Rock", 1);
-    Populate(m_cDataBase);
-    ComPtr<_clsCollection> colMainCats;
-    ASSERT_EQ(m_cMan->get_colMainCats(colMainCats.Receive()), S_OK);
-    Variant cItem;
-    ASSERT_EQ(colMainCats->get_Item(Text(L"Rock\t0"), &cItem), S_OK);
-    const auto cRock = ObjectIn<_clsCat>(cItem);
+    Populate();
     const auto cPop = Create<_clsCat>(CLSID_clsCat);
     ASSERT_EQ(cPop->put_CatName(Bstr(L"Pop").Get()), S_OK);
     VARIANT_BOOL bCreated = VARIANT_FALSE;
-    VARIANT_BOOL bDone = VARIANT_FALSE;
-    ASSERT_EQ(cPop->AddCut(cCut.Get(), &bCreated, &bDone), S_OK);
-    EXPECT_EQ(bDone, VARIANT_TRUE);
+    EXPECT_TRUE(Get(cPop, &_clsCat::AddCut, cCut, &bCreated));
     EXPECT_EQ(bCreated, VARIANT_TRUE);
-    Bstr sText;
-    ASSERT_EQ(cCut->get_CategoryText(sText.Receive()), S_OK);
-    EXPECT_EQ(sText.Text(), L"Rock/Pop");
-    ComPtr<_clsCollection> colLevels;
-    ASSERT_EQ(cRock->get_SubCats(colLevels.Receive()), S_OK);
-    cItem = Variant();
-    ASSERT_EQ(colLevels->get_Item(Long(1), &cItem), S_OK);
-    ASSERT_EQ(ObjectIn<_clsCat>(cItem)->RemoveCut(cCut.Get(), &bDone), S_OK);
-    EXPECT_EQ(bDone, VARIANT_TRUE);
-    ASSERT_EQ(cCut->get_CategoryText(sText.Receive()), S_OK);
-    EXPECT_EQ(sText.Text(), L"Pop");
+    EXPECT_EQ(Get(cCut, &_clsCut::get_CategoryText), L"Rock/Pop");
+    EXPECT_TRUE(Get(Level(L"Rock", L"1"), &_clsCat::RemoveCut, cCut));
+    EXPECT_EQ(Get(cCut, &_clsCut::get_CategoryText), L"Pop");
 }
 
 TEST_F(HostDatabaseTest, ItsEventsReachTheCategories)
 {
-    Populate(m_cDataBase);
+    Populate();
     EXPECT_FALSE(CutsOf(L"Rock", 1));
     const auto cCut = m_cDataBase->AddCut(L"New", L"Rock", 1);
-    FireCuts(m_cDataBase, 1, cCut);
-    EXPECT_TRUE(IsSame(CutAt(CutsOf(L"Rock", 1), 1), cCut));
+    FireCuts(1, cCut);
+    EXPECT_TRUE(IsSame(ItemAt<_clsCut>(CutsOf(L"Rock", 1), Long(1)), cCut));
     cCut->m_lLevel = 2;
-    FireCuts(m_cDataBase, 2, cCut);
-    EXPECT_EQ(LongOfProperty(CutsOf(L"Rock", 1), &_clsCollection::get_Count), 0);
-    EXPECT_EQ(LongOfProperty(CutsOf(L"Rock", 2), &_clsCollection::get_Count), 1);
-    FireCuts(m_cDataBase, 3, cCut);
-    EXPECT_EQ(LongOfProperty(CutsOf(L"Rock", 2), &_clsCollection::get_Count), 0);
+    FireCuts(2, cCut);
+    EXPECT_EQ(CountOf(L"Rock", 1), 0);
+    EXPECT_EQ(CountOf(L"Rock", 2), 1);
+    FireCuts(3, cCut);
+    EXPECT_EQ(CountOf(L"Rock", 2), 0);
 }
 
 TEST_F(HostDatabaseTest, EventsWithTheWrongArgumentsAreRefusedWithoutHarm)
 {
     m_cDataBase->AddCut(L"One", L"Rock", 1);
-    Populate(m_cDataBase);
+    Populate();
     ComPtr<IEnumConnections> cConnections;
     ASSERT_EQ(PointOf(m_cDataBase, DIID___clsDataBase)->EnumConnections(cConnections.Receive()), S_OK);
     CONNECTDATA connection{};
@@ -164,7 +113,7 @@ TEST_F(HostDatabaseTest, EventsWithTheWrongArgumentsAreRefusedWithoutHarm)
     EXPECT_EQ(fire(4, {Text(L"reason")}), DISP_E_BADPARAMCOUNT);
     EXPECT_EQ(fire(5, {Text(L"max"), Text(L"count"), Text(L"text")}), ErrorResult(13));
     EXPECT_EQ(fire(99, {}), S_OK) << "an event nobody knows";
-    EXPECT_EQ(LongOfProperty(CutsOf(L"Rock", 1), &_clsCollection::get_Count), 1);
+    EXPECT_EQ(CountOf(L"Rock", 1), 1);
 }
 
 // A list that ends in a failure after its first item.
@@ -174,15 +123,11 @@ public:
     explicit BrokenList(Variant cFirst) : m_cFirst(std::move(cFirst)) {}
     STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* pResult, EXCEPINFO*, UINT*) override
     {
-        *pResult = Variant(NewEnumerator(
-                               ComPtr<IUnknown>(this),
-                               [] {
-            return std::size_t{2};
-                               },
-                               [this](std::size_t i) {
+        const auto count = [] { return std::size_t{2}; };
+        const auto at = [this](std::size_t i) {
             return i == 0 ? m_cFirst : throw RuntimeError(error::PermissionDenied);
-                   }).Get())
-            .Detach();
+        };
+        *pResult = Variant(NewEnumerator(ComPtr<IUnknown>(this), count, at).Get()).Detach();
         return S_OK;
     }
 
@@ -190,11 +135,10 @@ private:
     Variant m_cFirst;
 };
 
-TEST_F(HostDatabaseTest, WhatIsNoCutInAnAnnouncementIsPassedOverAndLogged)
+TEST_F(HostDatabaseTest, AnnouncedItemsThatAreNoCutsAreLogged)
 {
-    const auto logs = Folder() / L"Debugging Logs" / L"Scheduler";
-    std::filesystem::create_directories(logs);
-    Populate(m_cDataBase);
+    StartLog();
+    Populate();
     const auto cCut = m_cDataBase->AddCut(L"New", L"Rock", 1);
     const auto colCuts = NewObject<HostCollection>();
     colCuts->m_colItems = {{L"", Variant(static_cast<IDispatch*>(nullptr))},
@@ -202,49 +146,39 @@ TEST_F(HostDatabaseTest, WhatIsNoCutInAnAnnouncementIsPassedOverAndLogged)
                            {L"", Object(m_cDataBase)},
                            {L"", Object(cCut)}};
     m_cDataBase->m_cEvents.Fire(1, {Object(colCuts)});
-    EXPECT_TRUE(IsSame(CutAt(CutsOf(L"Rock", 1), 1), cCut));
+    EXPECT_TRUE(IsSame(ItemAt<_clsCut>(CutsOf(L"Rock", 1), Long(1)), cCut));
     cCut->m_lLevel = 2;
     m_cDataBase->m_cEvents.Fire(2, {Object(colCuts)});
-    EXPECT_TRUE(IsSame(CutAt(CutsOf(L"Rock", 2), 1), cCut));
+    EXPECT_TRUE(IsSame(ItemAt<_clsCut>(CutsOf(L"Rock", 2), Long(1)), cCut));
     m_cDataBase->m_cEvents.Fire(3, {Object(NewObject<BrokenList>(Object(cCut)))});
-    EXPECT_EQ(LongOfProperty(CutsOf(L"Rock", 2), &_clsCollection::get_Count), 0);
+    EXPECT_EQ(CountOf(L"Rock", 2), 0);
     m_cDataBase->m_cEvents.Fire(3, {Object(m_cDataBase)}); // no collection at all
-    std::ostringstream text;
-    for (const auto& entry : std::filesystem::directory_iterator(logs))
-        text << std::ifstream(entry.path(), std::ios::binary).rdbuf();
-    const auto linesWith = [&](const std::string& sWhat) {
-        int lLines = 0;
-        for (std::size_t l = text.str().find(sWhat); l != std::string::npos;
-             l = text.str().find(sWhat, l + 1))
-            ++lLines;
-        return lLines;
-    };
-    EXPECT_EQ(linesWith("m_cDataBase_CutsAdded 13 "), 3) << text.str();
-    EXPECT_EQ(linesWith("m_cDataBase_CutsModified 13 "), 3) << text.str();
-    EXPECT_EQ(linesWith("m_cDataBase_CutsRemoved 70 "), 1) << text.str();
-    EXPECT_EQ(linesWith("m_cDataBase_CutsRemoved 451 "), 1) << text.str();
+    EXPECT_EQ(LogLinesWith("m_cDataBase_CutsAdded 13 "), 3) << Log();
+    EXPECT_EQ(LogLinesWith("m_cDataBase_CutsModified 13 "), 3) << Log();
+    EXPECT_EQ(LogLinesWith("m_cDataBase_CutsRemoved 70 "), 1) << Log();
+    EXPECT_EQ(LogLinesWith("m_cDataBase_CutsRemoved 451 "), 1) << Log();
 }
 
-TEST_F(HostDatabaseTest, WhatIsNoCutDoesNotStopAPopulation)
+TEST_F(HostDatabaseTest, APopulationSkipsItemsThatAreNoCuts)
 {
     const auto cCut = m_cDataBase->AddCut(L"One", L"Rock", 1);
     m_cDataBase->m_colCuts->m_colItems.insert(m_cDataBase->m_colCuts->m_colItems.begin(),
                                               {L"", Text(L"no cut")});
-    Populate(m_cDataBase);
-    EXPECT_TRUE(IsSame(CutAt(CutsOf(L"Rock", 1), 1), cCut));
+    Populate();
+    EXPECT_TRUE(IsSame(ItemAt<_clsCut>(CutsOf(L"Rock", 1), Long(1)), cCut));
 }
 
 TEST_F(HostDatabaseTest, ADatabaseWithoutEventsPopulatesToo)
 {
     const auto cSilent = NewObject<HostDataBaseObject>(false);
     cSilent->AddCut(L"One", L"Rock", 1);
-    Populate(cSilent);
-    EXPECT_EQ(LongOfProperty(CutsOf(L"Rock", 1), &_clsCollection::get_Count), 1);
+    PopulateFrom(cSilent.Get());
+    EXPECT_EQ(CountOf(L"Rock", 1), 1);
 }
 
 TEST_F(HostDatabaseTest, TheConnectionEndsWithTheManager)
 {
-    Populate(m_cDataBase);
+    Populate();
     EXPECT_TRUE(m_cDataBase->m_cEvents.HasSinks());
     m_cMan = nullptr;
     EXPECT_FALSE(m_cDataBase->m_cEvents.HasSinks());
@@ -252,26 +186,26 @@ TEST_F(HostDatabaseTest, TheConnectionEndsWithTheManager)
 
 TEST_F(HostDatabaseTest, TwoManagersShareOneConnectionAndEachHearsEverything)
 {
-    Populate(m_cDataBase);
+    Populate();
     const auto cFirst = m_cMan;
     m_cMan = Create<_clsSchedMan>(CLSID_clsSchedMan);
-    Populate(m_cDataBase);
-    FireCuts(m_cDataBase, 1, m_cDataBase->AddCut(L"New", L"Rock", 1));
-    EXPECT_EQ(LongOfProperty(CutsOf(L"Rock", 1), &_clsCollection::get_Count), 1);
+    Populate();
+    FireCuts(1, m_cDataBase->AddCut(L"New", L"Rock", 1));
+    EXPECT_EQ(CountOf(L"Rock", 1), 1);
     m_cMan = cFirst;
-    EXPECT_EQ(LongOfProperty(CutsOf(L"Rock", 1), &_clsCollection::get_Count), 1);
+    EXPECT_EQ(CountOf(L"Rock", 1), 1);
 }
 
 TEST_F(HostDatabaseTest, AnotherDatabaseReplacesTheFirst)
 {
     m_cDataBase->AddCut(L"One", L"Rock", 1);
-    Populate(m_cDataBase);
+    Populate();
     const auto cOther = NewObject<HostDataBaseObject>();
     cOther->AddCut(L"Two", L"Jazz", 1);
-    Populate(cOther);
+    PopulateFrom(cOther.Get());
     EXPECT_FALSE(m_cDataBase->m_cEvents.HasSinks());
     EXPECT_TRUE(cOther->m_cEvents.HasSinks());
-    EXPECT_EQ(LongOfProperty(CutsOf(L"Jazz", 1), &_clsCollection::get_Count), 1);
+    EXPECT_EQ(CountOf(L"Jazz", 1), 1);
 }
 
 struct Failure
@@ -280,7 +214,7 @@ struct Failure
     HRESULT hSeen;
 };
 
-TEST_F(HostDatabaseTest, AFailureOfAHostsCutIsTheErrorItStandsFor)
+TEST_F(HostDatabaseTest, AFailureOfAHostsCutBecomesARunTimeError)
 {
     const auto cCut = NewObject<HostCutObject>(L"C:\\a.mp3");
     const auto cLevel = Create<_clsCat>(CLSID_clsCat);
@@ -296,14 +230,14 @@ TEST_F(HostDatabaseTest, AFailureOfAHostsCutIsTheErrorItStandsFor)
         EXPECT_EQ(cLevel->AddCut(cCut.Get(), &bCreated, &bAdded), failure.hSeen);
         EXPECT_EQ(TakeErrorInfo().sSource, L"RavloScheduler.clsCat");
     }
-    EXPECT_EQ(LongOfProperty(cLevel, &_clsCat::get_TotalCuts), 0);
+    EXPECT_EQ(Get(cLevel, &_clsCat::get_TotalCuts), 0);
 }
 
 TEST_F(HostDatabaseTest, ADatabaseThatCannotTellItsCutsIsReportedToThePerson)
 {
     m_cDataBase->m_hCuts = ErrorResult(75);
     BoxAnswerer cAnswerer;
-    Populate(m_cDataBase);
+    Populate();
     const auto colSaid = cAnswerer.Stop();
     ASSERT_EQ(colSaid.size(), 1u);
     EXPECT_NE(colSaid[0].find(L"75"), std::wstring::npos);

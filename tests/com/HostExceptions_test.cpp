@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Hosts' objects that throw through COM, which forbids it: the call has failed, and nothing else happens.
 #include "com/BoxAnswerer.h"
-#include "com/HostObjects.h"
+#include "com/Station.h"
 
-#include <fstream>
-#include <sstream>
 #include <stdexcept>
 
 namespace ravlo
@@ -16,23 +14,7 @@ namespace
 const std::function<void()> colThrows[] = {[] { throw std::runtime_error("from the host"); },
                                            [] { throw 7; }};
 
-class HostExceptionsTest : public ComTest
-{
-protected:
-    void Populate()
-    {
-        ASSERT_EQ(m_cMan->PopulateFromDataBase(m_cDataBase.Get(), Bstr(Folder().wstring()).Get()), S_OK);
-    }
-    ComPtr<_clsCollection> CutsOf(const wchar_t* sCatName, LONG lLevel)
-    {
-        ComPtr<_clsCollection> colCuts;
-        EXPECT_EQ(m_cMan->get_colCuts(Bstr(sCatName).Get(), lLevel, colCuts.Receive()), S_OK);
-        return colCuts;
-    }
-
-    ComPtr<_clsSchedMan> m_cMan = Create<_clsSchedMan>(CLSID_clsSchedMan);
-    ComPtr<HostDataBaseObject> m_cDataBase = NewObject<HostDataBaseObject>();
-};
+using HostExceptionsTest = HostStationTest;
 
 TEST_F(HostExceptionsTest, ASinkThatThrowsIsPassedOver)
 {
@@ -62,7 +44,7 @@ TEST_F(HostExceptionsTest, ADatabaseThatThrowsIsReported)
     }
 }
 
-TEST_F(HostExceptionsTest, ACutThatThrowsIsTheErrorItStandsFor)
+TEST_F(HostExceptionsTest, ACutThatThrowsIsAnInternalError)
 {
     const auto cCut = NewObject<HostCutObject>(L"C:\\a.mp3");
     const auto cLevel = Create<_clsCat>(CLSID_clsCat);
@@ -78,7 +60,7 @@ TEST_F(HostExceptionsTest, ACutThatThrowsIsTheErrorItStandsFor)
         EXPECT_EQ(cLevel->AddCut(cCut.Get(), &bCreated, &bAdded), ErrorResult(430));
         cCut->m_onAsked = nullptr;
     }
-    EXPECT_EQ(LongOfProperty(cLevel, &_clsCat::get_TotalCuts), 0);
+    EXPECT_EQ(Get(cLevel, &_clsCat::get_TotalCuts), 0);
 }
 
 // Rolled back in a destructor, where an exception would end the program.
@@ -92,21 +74,9 @@ TEST_F(HostExceptionsTest, ABatchWhoseRollbackThrowsLeavesTheProgramAlone)
     batches.m_onRollback = colThrows[1];
     cCut->m_hCategoryText = ErrorResult(70);
     BoxAnswerer cAnswerer;
-    const auto level = [&](LONG lLevel) {
-        ComPtr<_clsCollection> colMainCats;
-        EXPECT_EQ(m_cMan->get_colMainCats(colMainCats.Receive()), S_OK);
-        Variant cMainCat;
-        EXPECT_EQ(colMainCats->get_Item(Text(L"Rock\t0"), &cMainCat), S_OK);
-        ComPtr<_clsCollection> colLevels;
-        EXPECT_EQ(ObjectIn<_clsCat>(cMainCat)->get_SubCats(colLevels.Receive()), S_OK);
-        Variant cLevel;
-        EXPECT_EQ(colLevels->get_Item(Text(std::to_wstring(lLevel)), &cLevel), S_OK);
-        return cLevel;
-    };
     VARIANT_BOOL bCreated = VARIANT_FALSE;
-    const Variant cTo = level(2);
-    EXPECT_EQ(m_cMan->DoMassCatChange(eMoveHere, CollectionOf({level(1)}).Get(), ObjectIn<_clsCat>(cTo).Get(),
-                                      CutsOf(L"Rock", 1).Get(), &bCreated),
+    EXPECT_EQ(m_cMan->DoMassCatChange(eMoveHere, CollectionOf({Object(Level(L"Rock", L"1"))}).Get(),
+                                      Level(L"Rock", L"2").Get(), CutsOf(L"Rock", 1).Get(), &bCreated),
               S_OK);
     EXPECT_FALSE(cAnswerer.Stop().empty());
 }
@@ -124,25 +94,18 @@ TEST_F(HostExceptionsTest, AConnectionPointThatThrowsIsNone)
     m_cDataBase->m_cOwnPoints = ComPtr<IConnectionPointContainer>(NewObject<ThrowingPoints>());
     m_cDataBase->AddCut(L"First", L"Rock", 1);
     Populate();
-    EXPECT_EQ(LongOfProperty(CutsOf(L"Rock", 1), &_clsCollection::get_Count), 1);
+    EXPECT_EQ(CountOf(L"Rock", 1), 1);
 }
 
 // One that lets itself go with an exception, as a host's broken destructor would.
-class ThrowingSink final : public Unknown<IDispatch>
+class ThrowingSink final : public HostObject<IDispatch>
 {
 public:
     STDMETHODIMP_(ULONG) Release() override
     {
-        if (Unknown<IDispatch>::Release() > 0)
+        if (HostObject::Release() > 0)
             return 1;
         throw 3;
-    }
-    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override
-    {
-        return S_OK;
     }
 };
 

@@ -15,23 +15,13 @@ namespace ravlo
 {
 
 // A host's own object with interface I: early bound only, without type, error or class information.
-template <class I> class HostObject : public Unknown<I>
+template <class I> class HostObject : public Untyped<I>
 {
 public:
-    STDMETHODIMP GetTypeInfoCount(UINT* plCount) override
-    {
-        *plCount = 0;
-        return S_OK;
-    }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
     STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override
     {
         return DISP_E_MEMBERNOTFOUND;
     }
-
-protected:
-    bool Answers(REFIID iid) const noexcept override { return iid == __uuidof(I) || iid == IID_IDispatch; }
 };
 
 // A host's own list of objects or names; only what a scheduler needs of it.
@@ -64,14 +54,9 @@ public:
     }
     STDMETHODIMP get__NewEnum(IUnknown** ppEnum) override
     {
-        *ppEnum = NewEnumerator(
-                      ComPtr<IUnknown>(this),
-                      [this] {
-            return m_colItems.size();
-                      },
-                      [this](std::size_t i) {
-            return m_colItems[i].second;
-        }).Detach();
+        const auto count = [this] { return m_colItems.size(); };
+        const auto at = [this](std::size_t i) { return m_colItems[i].second; };
+        *ppEnum = NewEnumerator(ComPtr<IUnknown>(this), count, at).Detach();
         return S_OK;
     }
     STDMETHODIMP Invoke(DISPID lMember, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* pResult, EXCEPINFO*,
@@ -231,6 +216,30 @@ private:
     }
 };
 
+// A category that is none of the scheduler's, and does nothing.
+class HostCatObject : public HostObject<_clsCat>
+{
+public:
+    STDMETHODIMP get_MainCat(_clsCat**) override { return E_NOTIMPL; }
+    STDMETHODIMP putref_MainCat(_clsCat*) override { return E_NOTIMPL; }
+    STDMETHODIMP put_CatName(BSTR) override { return E_NOTIMPL; }
+    STDMETHODIMP get_CatName(BSTR*) override { return E_NOTIMPL; }
+    STDMETHODIMP get_CatLevel(LONG*) override { return E_NOTIMPL; }
+    STDMETHODIMP put_CatLevel(LONG) override { return E_NOTIMPL; }
+    STDMETHODIMP get_Rules(_clsCatRules**) override { return E_NOTIMPL; }
+    STDMETHODIMP putref_Rules(_clsCatRules*) override { return E_NOTIMPL; }
+    STDMETHODIMP get_AverageRunTimemS(LONG*) override { return E_NOTIMPL; }
+    STDMETHODIMP get_SchedCuts(_clsCollection**) override { return E_NOTIMPL; }
+    STDMETHODIMP putref_SchedCuts(IDispatch*) override { return E_NOTIMPL; }
+    STDMETHODIMP AddCut(_clsCut*, VARIANT_BOOL*, VARIANT_BOOL*) override { return E_NOTIMPL; }
+    STDMETHODIMP RemoveCut(_clsCut*, VARIANT_BOOL*) override { return E_NOTIMPL; }
+    STDMETHODIMP get_TotalCuts(LONG*) override { return E_NOTIMPL; }
+    STDMETHODIMP get_SubCats(_clsCollection**) override { return E_NOTIMPL; }
+    STDMETHODIMP AddSubCat(_clsCat*, VARIANT_BOOL*) override { return E_NOTIMPL; }
+    STDMETHODIMP RemoveSubCat(_clsCat*, VARIANT_BOOL*) override { return E_NOTIMPL; }
+    STDMETHODIMP get_CatID(BSTR*) override { return E_NOTIMPL; }
+};
+
 // What a host was asked to do with batches of changes.
 struct HostBatches
 {
@@ -381,7 +390,7 @@ inline std::ostream& operator<<(std::ostream& stream, const Heard& heard)
 }
 
 // A sink for events of any kind. What it does on an event is the test's; it answers with hAnswer.
-class Sink final : public Unknown<IDispatch>
+class Sink final : public Untyped<IDispatch>
 {
 public:
     explicit Sink(REFIID iidEvents) : m_iidEvents(iidEvents) {}
@@ -390,9 +399,6 @@ public:
     std::function<void(DISPID, DISPPARAMS&)> m_onEvent;
     HRESULT m_hAnswer = S_OK;
 
-    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
     STDMETHODIMP Invoke(DISPID lEvent, REFIID, LCID, WORD, DISPPARAMS* pArguments, VARIANT*, EXCEPINFO*,
                         UINT*) override
     {

@@ -52,7 +52,7 @@ TEST_P(ClassTest, HasConnectionPointsOnlyWithEvents)
     EXPECT_EQ(static_cast<bool>(cContainer), GetParam().pSource != nullptr);
 }
 
-TEST_P(ClassTest, TellsItsClassAndItsEvents)
+TEST_P(ClassTest, NamesItsClassAndItsEvents)
 {
     const auto cProvider = Make().As<IProvideClassInfo2>();
     ComPtr<ITypeInfo> cInfo;
@@ -147,26 +147,14 @@ TEST_F(ComTest, ACoreObjectHasOneFaceWhileAnyoneHoldsIt)
     const auto cMain = Create<_clsCat>(CLSID_clsCat);
     const auto cLevel = Create<_clsCat>(CLSID_clsCat);
     ASSERT_EQ(cLevel->put_CatLevel(3), S_OK);
-    VARIANT_BOOL bAdded = VARIANT_FALSE;
-    ASSERT_EQ(cMain->AddSubCat(cLevel.Get(), &bAdded), S_OK);
-    EXPECT_EQ(bAdded, VARIANT_TRUE);
+    EXPECT_TRUE(Get(cMain, &_clsCat::AddSubCat, cLevel));
 
-    ComPtr<_clsCat> cParent;
-    ASSERT_EQ(cLevel->get_MainCat(cParent.Receive()), S_OK);
-    EXPECT_TRUE(IsSame(cParent, cMain));
+    EXPECT_TRUE(IsSame(Get(cLevel, &_clsCat::get_MainCat), cMain));
     ComPtr<_clsCollection> colFirst;
-    ComPtr<_clsCollection> colSecond;
     ASSERT_EQ(cMain->get_SubCats(colFirst.Receive()), S_OK);
-    ASSERT_EQ(cMain->get_SubCats(colSecond.Receive()), S_OK);
-    EXPECT_TRUE(IsSame(colFirst, colSecond));
-    Variant cItem;
-    ASSERT_EQ(colFirst->get_Item(Text(L"3"), &cItem), S_OK);
-    EXPECT_TRUE(IsSame(ObjectIn<_clsCat>(cItem), cLevel));
-    ComPtr<_clsCatRules> cRules;
-    ComPtr<_clsCatRules> cSameRules;
-    ASSERT_EQ(cLevel->get_Rules(cRules.Receive()), S_OK);
-    ASSERT_EQ(cLevel->get_Rules(cSameRules.Receive()), S_OK);
-    EXPECT_TRUE(IsSame(cRules, cSameRules));
+    EXPECT_TRUE(IsSame(colFirst, Get(cMain, &_clsCat::get_SubCats)));
+    EXPECT_TRUE(IsSame(ItemAt<_clsCat>(colFirst, Text(L"3")), cLevel));
+    EXPECT_TRUE(IsSame(Get(cLevel, &_clsCat::get_Rules), Get(cLevel, &_clsCat::get_Rules)));
 }
 
 TEST_F(ComTest, AFaceThatCameBackIsANewObjectOverTheSameCore)
@@ -178,11 +166,8 @@ TEST_F(ComTest, AFaceThatCameBackIsANewObjectOverTheSameCore)
         ASSERT_EQ(cLevel->put_CatLevel(5), S_OK);
         ASSERT_EQ(cMain->AddSubCat(cLevel.Get(), &bAdded), S_OK);
     }
-    ComPtr<_clsCollection> colLevels;
-    ASSERT_EQ(cMain->get_SubCats(colLevels.Receive()), S_OK);
-    Variant cItem;
-    ASSERT_EQ(colLevels->get_Item(Long(1), &cItem), S_OK);
-    EXPECT_EQ(LongOfProperty(ObjectIn<_clsCat>(cItem), &_clsCat::get_CatLevel), 5);
+    const auto colLevels = Get(cMain, &_clsCat::get_SubCats);
+    EXPECT_EQ(Get(ItemAt<_clsCat>(colLevels, Long(1)), &_clsCat::get_CatLevel), 5);
 }
 
 TEST_F(ComTest, SubCatsTakesOnlyWhatCanBeALevel)
@@ -203,15 +188,12 @@ TEST_F(ComTest, SubCatsTakesOnlyWhatCanBeALevel)
     EXPECT_EQ(Add(colLevels, cMain), hInvalidCall) << "a main category";
     EXPECT_EQ(Add(colOfLevel, cLevel), hInvalidCall) << "itself";
     ASSERT_EQ(Add(colLevels, cLevel), S_OK);
-    ComPtr<_clsCat> cParent;
-    ASSERT_EQ(cLevel->get_MainCat(cParent.Receive()), S_OK);
-    EXPECT_TRUE(IsSame(cParent, cMain));
+    EXPECT_TRUE(IsSame(Get(cLevel, &_clsCat::get_MainCat), cMain));
     ASSERT_EQ(cOther->put_CatLevel(2), S_OK);
     EXPECT_EQ(Add(colOfLevel, cOther), hInvalidCall) << "a level has no levels";
     ASSERT_EQ(cMain->put_CatLevel(2), S_OK);
     EXPECT_EQ(Add(colLevels, cMain), hInvalidCall) << "itself, whatever its number";
-    LONG lTime = 0;
-    EXPECT_EQ(cMain->get_AverageRunTimemS(&lTime), S_OK);
+    Get(cMain, &_clsCat::get_AverageRunTimemS);
 }
 
 } // namespace

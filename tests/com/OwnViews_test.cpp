@@ -3,8 +3,6 @@
 #include "com/Station.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <iterator>
 #include <utility>
@@ -162,7 +160,7 @@ private:
     }
 };
 
-class OwnViews : public StationTest
+class OwnViews : public ComStationTest
 {
 protected:
     HRESULT Show(std::wstring sKey, IDispatch* cTree = nullptr, IDispatch* cImages = nullptr)
@@ -178,27 +176,11 @@ protected:
 
     void DeleteFirstCategory()
     {
-        ComPtr<_clsCollection> colMainCats;
-        EXPECT_EQ(m_cMan->get_colMainCats(colMainCats.Receive()), S_OK);
-        LONG lCount = 0;
-        EXPECT_EQ(colMainCats->get_Count(&lCount), S_OK);
-        Variant cFirst;
-        if (lCount == 0 || FAILED(colMainCats->get_Item(Long(1), &cFirst)))
+        const auto colMainCats = Get(m_cMan, &_clsSchedMan::get_colMainCats);
+        if (Get(colMainCats, &_clsCollection::get_Count) == 0)
             return;
-        VARIANT_BOOL bDeleted = VARIANT_FALSE;
-        EXPECT_EQ(m_cMan->DeleteCats(CollectionOf({cFirst}).Get(), &bDeleted), S_OK);
-        EXPECT_EQ(bDeleted, VARIANT_TRUE);
-    }
-    std::string Log() const
-    {
-        std::string log;
-        for (const auto& file :
-             std::filesystem::directory_iterator(Folder() / L"Debugging Logs" / L"Scheduler"))
-        {
-            std::ifstream cFile(file.path(), std::ios::binary);
-            log.append(std::istreambuf_iterator<char>(cFile), {});
-        }
-        return log;
+        const auto cFirst = Get(colMainCats, &_clsCollection::get_Item, Long(1));
+        EXPECT_TRUE(Get(m_cMan, &_clsSchedMan::DeleteCats, CollectionOf({cFirst})));
     }
 
     ComPtr<TestTree> m_cTree = NewObject<TestTree>();
@@ -243,7 +225,7 @@ TEST_F(OwnViews, AGridReceivesColumnsOnceAndEachCutCellByCell)
     AddCut(L"One", L"Rock", 1);
     Populate();
     EXPECT_EQ(Show(L"Rock\t1"), S_OK);
-    EXPECT_EQ(m_cShown ? LongOfProperty(m_cShown, &_clsCat::get_CatLevel) : 0, 1);
+    EXPECT_EQ(m_cShown ? Get(m_cShown, &_clsCat::get_CatLevel) : 0, 1);
     EXPECT_EQ(m_bAll, VARIANT_FALSE);
     EXPECT_EQ(m_bSeveral, VARIANT_FALSE);
     const std::vector<std::wstring> expected = {
@@ -293,7 +275,7 @@ TEST_F(OwnViews, AFailingGridIsDrawnAgainAndItsErrorComesBack)
     EXPECT_EQ(m_cGrid->m_colDone.back(), L"Redraw -1");
 }
 
-TEST_F(OwnViews, WithoutAGridNothingIsShownAndWithoutATreeThereIsNothingToFill)
+TEST_F(OwnViews, AMissingGridIsIgnoredAndAMissingTreeIsAnError)
 {
     Populate();
     m_cGrid = nullptr;
@@ -350,18 +332,17 @@ TEST_F(OwnViews, ATreeWithoutAnEnumeratorIsWalkedByNumber)
     m_cTree->m_colNodes->m_colNodes.clear();
 }
 
-TEST_F(OwnViews, ErrorsOfAHostsViewAreLoggedAndComeBackWithoutABox)
+TEST_F(OwnViews, ErrorsOfAHostsViewAreLoggedAndReturnedWithoutABox)
 {
-    std::filesystem::create_directories(Folder() / L"Debugging Logs" / L"Scheduler");
+    StartLog();
     AddCut(L"One", L"Rock", 1);
     Populate();
     m_cGrid->m_sFailing = L"CellValue";
     m_cTree->m_colNodes->m_sFailing = L"Add";
     EXPECT_EQ(Show(L"Rock\t1"), ErrorResult(1004));
     EXPECT_EQ(m_cMan->PopulateTreeView(m_cTree.Get()), ErrorResult(1004));
-    EXPECT_NE(Log().find("ShowGridCuts [clsSchedMan] 1004 This grid is full"), std::string::npos) << Log();
-    EXPECT_NE(Log().find("PopulateTreeView [clsSchedMan] 1004 This grid is full"), std::string::npos)
-        << Log();
+    for (const char* sMember : {"ShowGridCuts", "PopulateTreeView"})
+        EXPECT_EQ(LogLinesWith(std::string(sMember) + " [clsSchedMan] 1004 This grid is full"), 1) << Log();
 }
 
 } // namespace ravlo

@@ -15,7 +15,7 @@ namespace
 
 using Texts = std::vector<std::wstring>;
 
-class ReentrancyTest : public StationTest
+class ReentrancyTest : public ComStationTest
 {
 protected:
     ReentrancyTest()
@@ -23,8 +23,7 @@ protected:
         for (int i = 1; i <= 120; ++i)
             m_colNew.push_back(
                 Object(NewCut(L"Song" + std::to_wstring(i), i % 2 ? L"Rock" : L"Rock/Pop", 1)));
-        LONG lAdded = 0;
-        EXPECT_EQ(m_cDataBase->AddCuts(CollectionOf(m_colNew).Get(), &lAdded), S_OK);
+        EXPECT_EQ(Get(m_cDataBase, &_clsDataBase::AddCuts, CollectionOf(m_colNew)), 120);
         m_cSink = NewObject<Sink>(DIID___clsSchedMan);
         m_lCookie = Advise(PointOf(m_cMan, DIID___clsSchedMan), m_cSink);
     }
@@ -47,12 +46,9 @@ protected:
     }
     long Kind(const wchar_t* sKey)
     {
-        ComPtr<_clsCut> cCut;
-        EXPECT_EQ(m_cMan->get_NextCutFromRotation(Bstr(sKey).Get(), VARIANT_FALSE, nullptr, nullptr, nullptr,
-                                                  nullptr, VARIANT_FALSE, VARIANT_FALSE, cCut.Receive()),
-                  S_OK);
+        const auto cCut = Next(sKey, false);
         EXPECT_TRUE(cCut);
-        return cCut ? LongOfProperty(cCut, &_clsCut::get_KindCode) : -1;
+        return cCut ? Get(cCut, &_clsCut::get_KindCode) : -1;
     }
     Texts Sorted(const ComPtr<_clsCat>& cCat)
     {
@@ -91,9 +87,7 @@ TEST_F(ReentrancyTest, DuringAPopulationCutsAreAskedForInVainAndEditsAreRefused)
         SysFreeString(sName);
         EXPECT_EQ(bDone, VARIANT_FALSE);
         EXPECT_EQ(m_cMan->PopulateFromDataBase(m_cDataBase.Get(), Bstr(Folder().wstring()).Get()), S_OK);
-        VARIANT_BOOL bShowing = VARIANT_TRUE;
-        EXPECT_EQ(m_cMan->get_UIShowing(&bShowing), S_OK);
-        EXPECT_EQ(bShowing, VARIANT_FALSE);
+        EXPECT_FALSE(Get(m_cMan, &_clsSchedMan::get_UIShowing));
     });
     ASSERT_EQ(m_cMan->put_RotatesAllowed(VARIANT_TRUE), S_OK);
     BoxAnswerer cAnswerer;
@@ -106,8 +100,8 @@ TEST_F(ReentrancyTest, DuringAPopulationCutsAreAskedForInVainAndEditsAreRefused)
         std::set<std::wstring>{L"Error in CreateMainCat [cSchedMan]: 70 The categories are being read from "
                                L"the database just now"});
     EXPECT_EQ(colKinds, std::set<long>{9}) << "there is no such category yet";
-    EXPECT_EQ(LongOfProperty(Level(L"Rock", L"1"), &_clsCat::get_TotalCuts), 120);
-    EXPECT_EQ(LongOfProperty(Level(L"Pop", L"1"), &_clsCat::get_TotalCuts), 60);
+    EXPECT_EQ(Get(Level(L"Rock", L"1"), &_clsCat::get_TotalCuts), 120);
+    EXPECT_EQ(Get(Level(L"Pop", L"1"), &_clsCat::get_TotalCuts), 60);
 }
 
 TEST_F(ReentrancyTest, DuringAMoveCutsArePickedCategoriesListedAndSaved)
@@ -116,17 +110,13 @@ TEST_F(ReentrancyTest, DuringAMoveCutsArePickedCategoriesListedAndSaved)
     ASSERT_EQ(m_cMan->put_RotatesAllowed(VARIANT_TRUE), S_OK);
     InEachEvent([&] {
         EXPECT_EQ(Kind(L"Pop\t1"), 0);
-        Bstr sList;
-        EXPECT_EQ(m_cMan->ListCats(CollectionOf({Object(MainCat(L"Rock"))}).Get(), sList.Receive()), S_OK);
-        EXPECT_EQ(sList.Text(), L"Rock");
-        VARIANT_BOOL bSaved = VARIANT_FALSE;
-        EXPECT_EQ(m_cMan->SaveHistoryAndOrdering(MainCat(L"Pop").Get(), &bSaved), S_OK);
-        EXPECT_EQ(bSaved, VARIANT_TRUE);
+        EXPECT_EQ(Get(m_cMan, &_clsSchedMan::ListCats, CollectionOf({Object(MainCat(L"Rock"))})), L"Rock");
+        EXPECT_TRUE(Get(m_cMan, &_clsSchedMan::SaveHistoryAndOrdering, MainCat(L"Pop")));
     });
     Move(L"Rock", L"Pop", ::eMoveHere);
     EXPECT_GT(m_lEvents, 3);
-    EXPECT_EQ(LongOfProperty(Level(L"Rock", L"1"), &_clsCat::get_TotalCuts), 0);
-    EXPECT_EQ(LongOfProperty(Level(L"Pop", L"1"), &_clsCat::get_TotalCuts), 120);
+    EXPECT_EQ(Get(Level(L"Rock", L"1"), &_clsCat::get_TotalCuts), 0);
+    EXPECT_EQ(Get(Level(L"Pop", L"1"), &_clsCat::get_TotalCuts), 120);
 }
 
 TEST_F(ReentrancyTest, DuringAMoveTheDatabaseMayChange)
@@ -139,8 +129,8 @@ TEST_F(ReentrancyTest, DuringAMoveTheDatabaseMayChange)
     });
     Move(L"Rock", L"Pop", ::eMoveExclusiveHere);
     ASSERT_EQ(lAdded, 5);
-    EXPECT_EQ(LongOfProperty(Level(L"Rock", L"3"), &_clsCat::get_TotalCuts), lAdded);
-    EXPECT_EQ(LongOfProperty(Level(L"Pop", L"1"), &_clsCat::get_TotalCuts), 120);
+    EXPECT_EQ(Get(Level(L"Rock", L"3"), &_clsCat::get_TotalCuts), lAdded);
+    EXPECT_EQ(Get(Level(L"Pop", L"1"), &_clsCat::get_TotalCuts), 120);
 }
 
 TEST_F(ReentrancyTest, DuringADeletionAnotherCategoryMayBeDeleted)
@@ -154,13 +144,11 @@ TEST_F(ReentrancyTest, DuringADeletionAnotherCategoryMayBeDeleted)
             EXPECT_EQ(m_cMan->DeleteCats(CollectionOf({Object(MainCat(L"Pop"))}).Get(), &bInner), S_OK);
         }
     });
-    VARIANT_BOOL bOuter = VARIANT_FALSE;
-    ASSERT_EQ(m_cMan->DeleteCats(CollectionOf({Object(MainCat(L"Rock"))}).Get(), &bOuter), S_OK);
+    const auto bOuter = Get(m_cMan, &_clsSchedMan::DeleteCats, CollectionOf({Object(MainCat(L"Rock"))}));
     EXPECT_EQ(bInner, VARIANT_TRUE);
-    EXPECT_EQ(bOuter, VARIANT_TRUE);
-    ComPtr<_clsCollection> colMainCats;
-    ASSERT_EQ(m_cMan->get_colMainCats(colMainCats.Receive()), S_OK);
-    EXPECT_EQ(LongOfProperty(colMainCats, &_clsCollection::get_Count), 0);
+    EXPECT_TRUE(bOuter);
+    const auto colMainCats = Get(m_cMan, &_clsSchedMan::get_colMainCats);
+    EXPECT_EQ(Get(colMainCats, &_clsCollection::get_Count), 0);
 }
 
 TEST_F(ReentrancyTest, DuringAMoveItsTargetMayBeDeleted)
@@ -170,18 +158,16 @@ TEST_F(ReentrancyTest, DuringAMoveItsTargetMayBeDeleted)
     InEachEvent([&] {
         if (std::exchange(bFirst, false))
         {
-            VARIANT_BOOL bGone = VARIANT_FALSE;
-            EXPECT_EQ(m_cMan->DeleteCats(CollectionOf({Object(MainCat(L"Pop"))}).Get(), &bGone), S_OK);
-            EXPECT_EQ(bGone, VARIANT_TRUE);
+            EXPECT_TRUE(Get(m_cMan, &_clsSchedMan::DeleteCats, CollectionOf({Object(MainCat(L"Pop"))})));
         }
     });
     BoxAnswerer cAnswerer;
     Move(L"Rock", L"Pop", ::eMoveHere);
     cAnswerer.Stop();
     // Every cut stands where it says, and none is lost.
-    EXPECT_EQ(LongOfProperty(Level(L"Rock", L"1"), &_clsCat::get_TotalCuts), 120);
+    EXPECT_EQ(Get(Level(L"Rock", L"1"), &_clsCat::get_TotalCuts), 120);
     for (const Variant& cItem : m_colNew)
-        EXPECT_EQ(TextOfProperty(ObjectIn<_clsCut>(cItem), &_clsCut::get_CategoryText), L"Rock");
+        EXPECT_EQ(Get(ObjectIn<_clsCut>(cItem), &_clsCut::get_CategoryText), L"Rock");
 }
 
 TEST_F(ReentrancyTest, DuringAnImportTheHostMayShuffleAndPick)
@@ -197,8 +183,7 @@ TEST_F(ReentrancyTest, DuringAnImportTheHostMayShuffleAndPick)
     std::vector<Variant> colMore;
     for (int i = 1; i <= 70; ++i)
         colMore.push_back(Object(NewCut(L"More" + std::to_wstring(i), L"Rock", 1)));
-    LONG lAdded = 0;
-    ASSERT_EQ(m_cDataBase->AddCuts(CollectionOf(colMore).Get(), &lAdded), S_OK);
+    Get(m_cDataBase, &_clsDataBase::AddCuts, CollectionOf(colMore));
     EXPECT_GT(m_lEvents, 3);
     const Texts colAfter = Sorted(Level(L"Rock", L"1"));
     EXPECT_EQ(colAfter.size(), 190u);
@@ -216,8 +201,7 @@ TEST_F(ReentrancyTest, DuringAnEditRequestTheHostMayEditAndAnnounceTheCut)
         if (lEvent != 5)
             return;
         EXPECT_EQ(cCut->put_CatLevel(4), S_OK);
-        LONG lModified = 0;
-        EXPECT_EQ(m_cDataBase->ModifyCuts(CollectionOf({m_colNew[0]}).Get(), &lModified), S_OK);
+        Get(m_cDataBase, &_clsDataBase::ModifyCuts, CollectionOf({m_colNew[0]}));
         EXPECT_EQ(Kind(L"Rock\t4"), 0) << "it stands there already";
         *arguments.rgvarg[0].pvarVal = Long(1).Detach();
     };

@@ -11,7 +11,7 @@ namespace
 
 using Texts = std::vector<std::wstring>;
 
-class SchedulerTest : public StationTest
+class SchedulerTest : public ComStationTest
 {
 protected:
     // The parameters of NextCutFromRotation that come back.
@@ -22,15 +22,13 @@ protected:
         ComPtr<_clsCat> cSubCat;
         Bstr sMainCatKey;
     };
-    void Ask(const wchar_t* sKey, Answer& answer, VARIANT_BOOL bForEditablePlaylist = VARIANT_TRUE)
+    void Ask(const wchar_t* sKey, Answer& answer)
     {
         _clsCat* pMainCat = answer.cMainCat.Detach();
         _clsCat* pSubCat = answer.cSubCat.Detach();
         BSTR sMainCatKey = answer.sMainCatKey.Detach();
-        EXPECT_EQ(m_cMan->get_NextCutFromRotation(Bstr(sKey).Get(), VARIANT_FALSE, nullptr, &pMainCat,
-                                                  &pSubCat, &sMainCatKey, bForEditablePlaylist, VARIANT_FALSE,
-                                                  answer.cCut.Receive()),
-                  S_OK);
+        answer.cCut = Get(m_cMan, &_clsSchedMan::get_NextCutFromRotation, sKey, false, nullptr, &pMainCat,
+                          &pSubCat, &sMainCatKey, true, false);
         answer.cMainCat = ComPtr<_clsCat>::Adopt(pMainCat);
         answer.cSubCat = ComPtr<_clsCat>::Adopt(pSubCat);
         *answer.sMainCatKey.Receive() = sMainCatKey;
@@ -39,22 +37,14 @@ protected:
 
 TEST_F(SchedulerTest, NothingIsKnownBeforePopulation)
 {
-    ComPtr<_clsDataBase> cDataBase;
-    EXPECT_EQ(m_cMan->get_DataBase(cDataBase.Receive()), S_OK);
-    EXPECT_FALSE(cDataBase);
+    EXPECT_FALSE(Get(m_cMan, &_clsSchedMan::get_DataBase));
     ComPtr<_clsCollection> col;
-    EXPECT_EQ(m_cMan->get_colMainCats(col.Receive()), S_OK);
-    EXPECT_FALSE(col);
-    EXPECT_EQ(m_cMan->get_colCuts(Bstr(L"Rock").Get(), 0, col.Receive()), S_OK);
-    EXPECT_FALSE(col);
+    EXPECT_FALSE(Get(m_cMan, &_clsSchedMan::get_colMainCats));
+    EXPECT_FALSE(Get(m_cMan, &_clsSchedMan::get_colCuts, L"Rock", 0));
     EXPECT_EQ(m_cMan->get_colIllegalChars(col.Receive()), S_OK);
     EXPECT_EQ(ItemsOf(col.Get()), (Texts{L"*", L"/", L":", L"<", L">", L"?", L"\\", L"|", L"\""}));
-    VARIANT_BOOL bAllowed = VARIANT_TRUE;
-    EXPECT_EQ(m_cMan->get_RotatesAllowed(&bAllowed), S_OK);
-    EXPECT_EQ(bAllowed, VARIANT_FALSE);
-    VARIANT_BOOL bShowing = VARIANT_TRUE;
-    EXPECT_EQ(m_cMan->get_UIShowing(&bShowing), S_OK);
-    EXPECT_EQ(bShowing, VARIANT_FALSE);
+    EXPECT_FALSE(Get(m_cMan, &_clsSchedMan::get_RotatesAllowed));
+    EXPECT_FALSE(Get(m_cMan, &_clsSchedMan::get_UIShowing));
     EXPECT_EQ(m_cMan->ReloadAll(), S_OK);
 }
 
@@ -63,20 +53,15 @@ TEST_F(SchedulerTest, PopulationFilesTheDatabasesOwnCutsAndRemembersThePath)
     const auto cFirst = AddCut(L"First", L"Rock", 1);
     AddCut(L"Second", L"Rock/Pop", 2);
     Populate();
-    EXPECT_EQ(TextOfProperty(m_cMan, &_clsSchedMan::get_AppPath), Folder().wstring() + L"\\");
+    EXPECT_EQ(Get(m_cMan, &_clsSchedMan::get_AppPath), Folder().wstring() + L"\\");
     EXPECT_EQ(TitlesIn(MainCat(L"Rock")), (Texts{L"First", L"Second"}));
     EXPECT_EQ(TitlesIn(Level(L"Pop", L"2")), Texts{L"Second"});
-    ComPtr<_clsCollection> colCuts;
-    ASSERT_EQ(m_cMan->get_colCuts(Bstr(L"rock").Get(), 1, colCuts.Receive()), S_OK);
-    Variant cItem;
-    ASSERT_EQ(colCuts->get_Item(Text(L"c:\\FIRST.mp3"), &cItem), S_OK);
-    EXPECT_TRUE(IsSame(ObjectIn<_clsCut>(cItem), cFirst));
-    ComPtr<_clsDataBase> cBack;
-    ASSERT_EQ(m_cMan->get_DataBase(cBack.Receive()), S_OK);
-    EXPECT_TRUE(IsSame(cBack, m_cDataBase));
+    const auto colCuts = Get(m_cMan, &_clsSchedMan::get_colCuts, L"rock", 1);
+    EXPECT_TRUE(IsSame(ItemAt<_clsCut>(colCuts, Text(L"c:\\FIRST.mp3")), cFirst));
+    EXPECT_TRUE(IsSame(Get(m_cMan, &_clsSchedMan::get_DataBase), m_cDataBase));
 }
 
-TEST_F(SchedulerTest, PopulationTellsItsProgress)
+TEST_F(SchedulerTest, PopulationReportsItsProgress)
 {
     AddCut(L"One", L"Rock", 1);
     const auto cSink = NewObject<Sink>(DIID___clsSchedMan);
@@ -100,23 +85,19 @@ TEST_F(SchedulerTest, TheChosenCutComesWithItsCategoryLevelAndKey)
     answer.cSubCat = answer.cMainCat;
     *answer.sMainCatKey.Receive() = NewBstr(L"before");
     Ask(L"Rock\t1", answer);
-    EXPECT_EQ(TextOfProperty(answer.cCut, &_clsCut::get_Title), L"First");
-    EXPECT_EQ(LongOfProperty(answer.cCut, &_clsCut::get_KindCode), 0);
-    EXPECT_EQ(TextOfProperty(answer.cCut, &_clsCut::get_CategoryKey), L"Rock\t1");
+    EXPECT_EQ(Get(answer.cCut, &_clsCut::get_Title), L"First");
+    EXPECT_EQ(Get(answer.cCut, &_clsCut::get_KindCode), 0);
+    EXPECT_EQ(Get(answer.cCut, &_clsCut::get_CategoryKey), L"Rock\t1");
     EXPECT_TRUE(IsSame(answer.cMainCat, MainCat(L"Rock")));
     EXPECT_TRUE(IsSame(answer.cSubCat, Level(L"Rock", L"1")));
     EXPECT_EQ(answer.sMainCatKey.Text(), L"Rock\t0");
 }
 
-TEST_F(SchedulerTest, ACallerMayDoWithoutWhatComesBack)
+TEST_F(SchedulerTest, OutputsAreOptional)
 {
     AddCut(L"First", L"Rock", 1);
     Populate();
-    ComPtr<_clsCut> cCut;
-    EXPECT_EQ(m_cMan->get_NextCutFromRotation(Bstr(L"Rock\t1").Get(), VARIANT_FALSE, nullptr, nullptr,
-                                              nullptr, nullptr, VARIANT_TRUE, VARIANT_FALSE, cCut.Receive()),
-              S_OK);
-    EXPECT_EQ(LongOfProperty(cCut, &_clsCut::get_KindCode), 0);
+    EXPECT_EQ(Get(Next(L"Rock\t1"), &_clsCut::get_KindCode), 0);
     EXPECT_EQ(m_cMan->get_NextCutFromRotation(nullptr, VARIANT_FALSE, nullptr, nullptr, nullptr, nullptr,
                                               VARIANT_TRUE, VARIANT_FALSE, nullptr),
               E_POINTER);
@@ -126,12 +107,9 @@ TEST_F(SchedulerTest, RotationHappensWhenTheHostAllowsIt)
 {
     AddCut(L"First", L"Rock", 1);
     Populate();
-    Answer answer;
-    Ask(L"Rock\t1", answer, VARIANT_FALSE);
-    EXPECT_EQ(LongOfProperty(answer.cCut, &_clsCut::get_KindCode), 17);
+    EXPECT_EQ(Get(Next(L"Rock\t1", false), &_clsCut::get_KindCode), 17);
     ASSERT_EQ(m_cMan->put_RotatesAllowed(VARIANT_TRUE), S_OK);
-    Ask(L"Rock\t1", answer, VARIANT_FALSE);
-    EXPECT_EQ(LongOfProperty(answer.cCut, &_clsCut::get_KindCode), 0);
+    EXPECT_EQ(Get(Next(L"Rock\t1", false), &_clsCut::get_KindCode), 0);
 }
 
 TEST_F(SchedulerTest, APlayIsFoundByArtistTitleAndAlbum)
@@ -139,17 +117,12 @@ TEST_F(SchedulerTest, APlayIsFoundByArtistTitleAndAlbum)
     const auto cCut = AddCut(L"First", L"Rock", 1);
     ASSERT_EQ(cCut->put_Album(Bstr(L"Album").Get()), S_OK);
     Populate();
-    ComPtr<_clsCut> cCopy;
-    ASSERT_EQ(cCut->CloneCut(cCopy.Receive()), S_OK);
+    const auto cCopy = Get(cCut, &_clsCut::CloneCut);
     ASSERT_EQ(cCopy->put_LastPlayed(45000), S_OK);
     ASSERT_EQ(m_cMan->UpdateArtistTitleHistory(cCopy.Get()), S_OK);
-    ComPtr<_clsCut> cHistory;
-    ASSERT_EQ(m_cMan->get_ArtistHistoryCut(Bstr(L"artist of first").Get(), cHistory.Receive()), S_OK);
-    EXPECT_TRUE(IsSame(cHistory, cCut));
-    ASSERT_EQ(m_cMan->get_AlbumHistoryCut(Bstr(L"ALBUM").Get(), cHistory.Receive()), S_OK);
-    EXPECT_TRUE(IsSame(cHistory, cCut));
-    ASSERT_EQ(m_cMan->get_TitleHistoryCut(Bstr(L"never played").Get(), cHistory.Receive()), S_OK);
-    EXPECT_FALSE(cHistory);
+    EXPECT_TRUE(IsSame(Get(m_cMan, &_clsSchedMan::get_ArtistHistoryCut, L"artist of first"), cCut));
+    EXPECT_TRUE(IsSame(Get(m_cMan, &_clsSchedMan::get_AlbumHistoryCut, L"ALBUM"), cCut));
+    EXPECT_FALSE(Get(m_cMan, &_clsSchedMan::get_TitleHistoryCut, L"never played"));
 }
 
 TEST_F(SchedulerTest, NothingAsAPlayIsNoErrorAndChangesNoHistory)
@@ -172,12 +145,10 @@ TEST_F(SchedulerTest, ChangesOfTheDatabaseReachTheCategoriesAtOnce)
     AddCut(L"First", L"Rock", 1);
     Populate();
     const auto cLevel = Level(L"Rock", L"1");
-    ComPtr<_clsCollection> colCuts;
-    ASSERT_EQ(cLevel->get_SchedCuts(colCuts.Receive()), S_OK);
+    const auto colCuts = Get(cLevel, &_clsCat::get_SchedCuts);
     const auto cSecond = AddCut(L"Second", L"Rock", 1);
     EXPECT_EQ(Titles(colCuts.Get()), (Texts{L"First", L"Second"})) << "the collection is the level's own";
-    LONG lRemoved = 0;
-    ASSERT_EQ(m_cDataBase->RemoveCuts(CollectionOf({Object(cSecond)}).Get(), &lRemoved), S_OK);
+    RemoveCut(cSecond);
     EXPECT_EQ(Titles(colCuts.Get()), Texts{L"First"});
 }
 
@@ -187,12 +158,9 @@ TEST_F(SchedulerTest, ALevelTakesItsCutsFromAnyCollection)
     AddCut(L"Second", L"Rock", 1);
     Populate();
     const auto cLevel = Level(L"Rock", L"1");
-    ComPtr<_clsCollection> colCuts;
-    ASSERT_EQ(cLevel->get_SchedCuts(colCuts.Receive()), S_OK);
-    Variant cFirst;
-    Variant cSecond;
-    ASSERT_EQ(colCuts->get_Item(Long(1), &cFirst), S_OK);
-    ASSERT_EQ(colCuts->get_Item(Long(2), &cSecond), S_OK);
+    const auto colCuts = Get(cLevel, &_clsCat::get_SchedCuts);
+    const auto cFirst = Get(colCuts, &_clsCollection::get_Item, Long(1));
+    const auto cSecond = Get(colCuts, &_clsCollection::get_Item, Long(2));
     const auto colHosts = NewObject<HostCollection>();
     colHosts->m_colItems = {{L"", cSecond}, {L"", cFirst}};
     ASSERT_EQ(cLevel->putref_SchedCuts(colHosts.Get()), S_OK);
@@ -214,28 +182,24 @@ TEST_F(SchedulerTest, AMainCategorysCutsAreACopy)
 {
     AddCut(L"First", L"Rock", 1);
     Populate();
-    ComPtr<_clsCollection> colCuts;
-    ASSERT_EQ(MainCat(L"Rock")->get_SchedCuts(colCuts.Receive()), S_OK);
+    const auto colCuts = Get(MainCat(L"Rock"), &_clsCat::get_SchedCuts);
     ASSERT_EQ(colCuts->Remove(Long(1)), S_OK);
     EXPECT_EQ(TitlesIn(MainCat(L"Rock")), Texts{L"First"});
 }
 
-TEST_F(SchedulerTest, ALevelThatAHostKeepsWorksAfterItsManagerIsGone)
+TEST_F(SchedulerTest, ALevelOutlivesItsManager)
 {
     AddCut(L"First", L"Rock", 1);
     Populate();
     const auto cLevel = Level(L"Rock", L"1");
     m_cMan = nullptr;
-    EXPECT_EQ(LongOfProperty(cLevel, &_clsCat::get_TotalCuts), 1);
-    ComPtr<_clsCat> cMainCat;
-    EXPECT_EQ(cLevel->get_MainCat(cMainCat.Receive()), S_OK);
-    EXPECT_FALSE(cMainCat) << "a back reference keeps nothing alive";
-    ComPtr<_clsCatRules> cRules;
-    ASSERT_EQ(cLevel->get_Rules(cRules.Receive()), S_OK);
+    EXPECT_EQ(Get(cLevel, &_clsCat::get_TotalCuts), 1);
+    EXPECT_FALSE(Get(cLevel, &_clsCat::get_MainCat)) << "a back reference keeps nothing alive";
+    const auto cRules = Get(cLevel, &_clsCat::get_Rules);
     EXPECT_EQ(cRules->put_ArtistSepMins(25), S_OK);
 }
 
-TEST_F(SchedulerTest, RulesAreSavedWhenTheirLastHolderLetsThemGo)
+TEST_F(SchedulerTest, RulesAreSavedWithTheirLastRelease)
 {
     AddCut(L"First", L"Rock", 2);
     Populate();
@@ -243,9 +207,9 @@ TEST_F(SchedulerTest, RulesAreSavedWhenTheirLastHolderLetsThemGo)
     auto cLevel = Level(L"Rock", L"2");
     ComPtr<_clsCatRules> cRules;
     ASSERT_EQ(cLevel->get_Rules(cRules.Receive()), S_OK);
-    EXPECT_EQ(TextOfProperty(cRules, &_clsCatRules::get_CatID), L"Rock\u00AC\u00AC\u00AC2");
-    EXPECT_EQ(LongOfProperty(cRules, &_clsCatRules::get_AlbumSepMins), -1);
-    EXPECT_EQ(LongOfProperty(cRules, &_clsCatRules::get_ArtistSepMins), 60) << "the global separation";
+    EXPECT_EQ(Get(cRules, &_clsCatRules::get_CatID), L"Rock\u00AC\u00AC\u00AC2");
+    EXPECT_EQ(Get(cRules, &_clsCatRules::get_AlbumSepMins), -1);
+    EXPECT_EQ(Get(cRules, &_clsCatRules::get_ArtistSepMins), 60) << "the global separation";
     cLevel = nullptr;
     m_cMan = nullptr;
     EXPECT_FALSE(std::filesystem::exists(file));
@@ -258,9 +222,7 @@ TEST_F(SchedulerTest, ACategoryTakesAnotherRulesObject)
     const auto cCat = Create<_clsCat>(CLSID_clsCat);
     const auto cRules = Create<_clsCatRules>(CLSID_clsCatRules);
     ASSERT_EQ(cCat->putref_Rules(cRules.Get()), S_OK);
-    ComPtr<_clsCatRules> cBack;
-    ASSERT_EQ(cCat->get_Rules(cBack.Receive()), S_OK);
-    EXPECT_TRUE(IsSame(cBack, cRules));
+    EXPECT_TRUE(IsSame(Get(cCat, &_clsCat::get_Rules), cRules));
 }
 
 TEST_F(SchedulerTest, TerminationSavesTheCategories)
@@ -283,53 +245,22 @@ TEST_F(SchedulerTest, TheOrderIsSavedAndComesBack)
         m_cMan->MoveCutsInCategory(Level(L"Rock", L"1").Get(), CollectionOf({Object(cSecond)}).Get(), 99),
         S_OK);
     EXPECT_EQ(TitlesIn(Level(L"Rock", L"1")), (Texts{L"First", L"Third", L"Second"}));
-    VARIANT_BOOL bSaved = VARIANT_FALSE;
-    EXPECT_EQ(m_cMan->SaveHistoryAndOrdering(MainCat(L"Rock").Get(), &bSaved), S_OK);
-    EXPECT_EQ(bSaved, VARIANT_TRUE);
-    EXPECT_EQ(m_cMan->SaveHistoryAndOrdering(nullptr, &bSaved), S_OK);
-    EXPECT_EQ(bSaved, VARIANT_TRUE);
-    EXPECT_EQ(m_cMan->SaveCatNames(&bSaved), S_OK);
-    EXPECT_EQ(bSaved, VARIANT_TRUE);
+    EXPECT_TRUE(Get(m_cMan, &_clsSchedMan::SaveHistoryAndOrdering, MainCat(L"Rock")));
+    EXPECT_TRUE(Get(m_cMan, &_clsSchedMan::SaveHistoryAndOrdering, nullptr));
+    EXPECT_TRUE(Get(m_cMan, &_clsSchedMan::SaveCatNames));
     m_cMan = Create<_clsSchedMan>(CLSID_clsSchedMan);
     Populate();
     EXPECT_EQ(TitlesIn(Level(L"Rock", L"1")), (Texts{L"First", L"Third", L"Second"}));
-    ComPtr<_clsCollection> colNames;
-    ASSERT_EQ(m_cMan->colSavedCatNames(colNames.Receive()), S_OK);
-    EXPECT_EQ(ItemsOf(colNames.Get()), Texts{L"Rock"});
+    EXPECT_EQ(ItemsOf(Get(m_cMan, &_clsSchedMan::colSavedCatNames).Get()), Texts{L"Rock"});
 }
 
 TEST_F(SchedulerTest, AForeignCategoryIsATypeMismatch)
 {
-    // An object with the interface that is none of this library's.
-    class ForeignCat final : public HostObject<_clsCat>
-    {
-    public:
-        STDMETHODIMP get_MainCat(_clsCat**) override { return E_NOTIMPL; }
-        STDMETHODIMP putref_MainCat(_clsCat*) override { return E_NOTIMPL; }
-        STDMETHODIMP put_CatName(BSTR) override { return E_NOTIMPL; }
-        STDMETHODIMP get_CatName(BSTR*) override { return E_NOTIMPL; }
-        STDMETHODIMP get_CatLevel(LONG*) override { return E_NOTIMPL; }
-        STDMETHODIMP put_CatLevel(LONG) override { return E_NOTIMPL; }
-        STDMETHODIMP get_Rules(_clsCatRules**) override { return E_NOTIMPL; }
-        STDMETHODIMP putref_Rules(_clsCatRules*) override { return E_NOTIMPL; }
-        STDMETHODIMP get_AverageRunTimemS(LONG*) override { return E_NOTIMPL; }
-        STDMETHODIMP get_SchedCuts(_clsCollection**) override { return E_NOTIMPL; }
-        STDMETHODIMP putref_SchedCuts(IDispatch*) override { return E_NOTIMPL; }
-        STDMETHODIMP AddCut(_clsCut*, VARIANT_BOOL*, VARIANT_BOOL*) override { return E_NOTIMPL; }
-        STDMETHODIMP RemoveCut(_clsCut*, VARIANT_BOOL*) override { return E_NOTIMPL; }
-        STDMETHODIMP get_TotalCuts(LONG*) override { return E_NOTIMPL; }
-        STDMETHODIMP get_SubCats(_clsCollection**) override { return E_NOTIMPL; }
-        STDMETHODIMP AddSubCat(_clsCat*, VARIANT_BOOL*) override { return E_NOTIMPL; }
-        STDMETHODIMP RemoveSubCat(_clsCat*, VARIANT_BOOL*) override { return E_NOTIMPL; }
-        STDMETHODIMP get_CatID(BSTR*) override { return E_NOTIMPL; }
-    };
-    const auto cForeign = NewObject<ForeignCat>();
+    const auto cForeign = NewObject<HostCatObject>();
     VARIANT_BOOL bResult = VARIANT_TRUE;
     EXPECT_EQ(m_cMan->SaveHistoryAndOrdering(cForeign.Get(), &bResult), ErrorResult(13));
     BoxAnswerer cAnswerer;
-    Bstr sList;
-    EXPECT_EQ(m_cMan->ListCats(CollectionOf({Object(cForeign)}).Get(), sList.Receive()), S_OK);
-    EXPECT_EQ(sList.Text(), L"");
+    EXPECT_EQ(Get(m_cMan, &_clsSchedMan::ListCats, CollectionOf({Object(cForeign)})), L"");
     EXPECT_EQ(cAnswerer.Stop(), Texts{L"Error in ListCats [cSchedMan]: 13 Type mismatch"});
 }
 
@@ -346,8 +277,7 @@ TEST_F(SchedulerTest, ItemsOfTheWrongKindAreShownUnderTheMembersTitle)
     EXPECT_EQ(m_cMan->MoveCutsInCategory(cLevel.Get(), colWrong.Get(), 1), S_OK);
     EXPECT_EQ(m_cMan->ShuffleCategories(colWrong.Get(), VARIANT_FALSE), S_OK);
     EXPECT_EQ(m_cMan->ListCats(colWrong.Get(), sList.Receive()), S_OK);
-    EXPECT_EQ(m_cMan->DeleteCats(colWrong.Get(), &bResult), S_OK);
-    EXPECT_EQ(bResult, VARIANT_FALSE);
+    EXPECT_FALSE(Get(m_cMan, &_clsSchedMan::DeleteCats, colWrong));
     EXPECT_EQ(m_cMan->DoMassCatChange(eCopyHere, colWrong.Get(), cLevel.Get(), colRight.Get(), &bResult),
               S_OK);
     EXPECT_EQ(m_cMan->DoMassCatChange(eCopyHere, colRight.Get(), cLevel.Get(), colWrong.Get(), &bResult),
@@ -375,12 +305,10 @@ protected:
 TEST_F(EditingTest, ACategoryIsCreatedUnderTheNameThatComesBack)
 {
     BSTR sName = NewBstr(L"Jazz/Funk");
-    VARIANT_BOOL bCreated = VARIANT_FALSE;
-    EXPECT_EQ(m_cMan->CreateMainCat(&sName, &bCreated), S_OK);
-    EXPECT_EQ(bCreated, VARIANT_TRUE);
+    EXPECT_TRUE(Get(m_cMan, &_clsSchedMan::CreateMainCat, &sName));
     EXPECT_EQ(TextOf(sName), L"Jazz_Funk");
     SysFreeString(sName);
-    EXPECT_EQ(LongOfProperty(Level(L"Jazz_Funk", L"1"), &_clsCat::get_CatLevel), 1);
+    EXPECT_EQ(Get(Level(L"Jazz_Funk", L"1"), &_clsCat::get_CatLevel), 1);
 
     Variant cName = Text(L"A?B");
     EXPECT_EQ(Call(m_cMan.Get(), L"CreateMainCat", DISPATCH_METHOD, {ByReference(cName)}).cResult.boolVal,
@@ -390,20 +318,15 @@ TEST_F(EditingTest, ACategoryIsCreatedUnderTheNameThatComesBack)
 
 TEST_F(EditingTest, CategoriesAreListedByNameAndLevel)
 {
-    Bstr sList;
-    ASSERT_EQ(m_cMan->ListCats(CollectionOf({Object(MainCat(L"Pop")), Object(Level(L"Rock", L"2"))}).Get(),
-                               sList.Receive()),
-              S_OK);
-    EXPECT_EQ(sList.Text(), L"Pop, Rock 2");
-    ASSERT_EQ(m_cMan->ListCats(nullptr, sList.Receive()), S_OK);
-    EXPECT_EQ(sList.Text(), L"");
+    EXPECT_EQ(Get(m_cMan, &_clsSchedMan::ListCats,
+                  CollectionOf({Object(MainCat(L"Pop")), Object(Level(L"Rock", L"2"))})),
+              L"Pop, Rock 2");
+    EXPECT_EQ(Get(m_cMan, &_clsSchedMan::ListCats, nullptr), L"");
 }
 
 TEST_F(EditingTest, ALevelIsDeletedWithItsFiling)
 {
-    VARIANT_BOOL bDeleted = VARIANT_FALSE;
-    ASSERT_EQ(m_cMan->DeleteCats(CollectionOf({Object(Level(L"Rock", L"2"))}).Get(), &bDeleted), S_OK);
-    EXPECT_EQ(bDeleted, VARIANT_TRUE);
+    EXPECT_TRUE(Get(m_cMan, &_clsSchedMan::DeleteCats, CollectionOf({Object(Level(L"Rock", L"2"))})));
     EXPECT_EQ(TitlesIn(MainCat(L"Rock")), (Texts{L"First", L"Second"}));
 }
 
@@ -415,12 +338,10 @@ TEST_F(EditingTest, AShuffleKeepsTheCuts)
     EXPECT_EQ(colTitles, (Texts{L"First", L"Second"}));
 }
 
-TEST_F(EditingTest, CutsAreMovedAndTheFlagTellsOfNewLevels)
+TEST_F(EditingTest, CutsAreMovedAndTheFlagReportsNewLevels)
 {
-    ComPtr<_clsCollection> colCuts;
-    ASSERT_EQ(Level(L"Rock", L"1")->get_SchedCuts(colCuts.Receive()), S_OK);
-    Variant cFirst;
-    ASSERT_EQ(colCuts->get_Item(Text(L"C:\\First.mp3"), &cFirst), S_OK);
+    const auto colCuts = Get(Level(L"Rock", L"1"), &_clsCat::get_SchedCuts);
+    const auto cFirst = Get(colCuts, &_clsCollection::get_Item, Text(L"C:\\First.mp3"));
     VARIANT_BOOL bCreated = VARIANT_FALSE;
     const auto colFrom = CollectionOf({Object(Level(L"Rock", L"1"))});
     ASSERT_EQ(m_cMan->DoMassCatChange(::eMoveHere, colFrom.Get(), Level(L"Rock", L"2").Get(),
@@ -433,18 +354,13 @@ TEST_F(EditingTest, CutsAreMovedAndTheFlagTellsOfNewLevels)
 
 TEST_F(EditingTest, RemovingACutCollectsTheCategoriesItLeft)
 {
-    ComPtr<_clsCollection> colCuts;
-    ASSERT_EQ(m_cDataBase->get_Cuts(colCuts.Receive()), S_OK);
-    Variant cItem;
-    ASSERT_EQ(colCuts->get_Item(Text(L"C:\\Second.mp3"), &cItem), S_OK);
-    const auto cSecond = ObjectIn<_clsCut>(cItem);
+    const auto colCuts = Get(m_cDataBase, &_clsDataBase::get_Cuts);
+    const auto cSecond = ItemAt<_clsCut>(colCuts, Text(L"C:\\Second.mp3"));
     _clsCollection* pAffected = nullptr;
     ASSERT_EQ(m_cMan->RemoveCutFromCategory(MainCat(L"Pop").Get(), cSecond.Get(), &pAffected, 0), S_OK);
     const auto colAffected = ComPtr<_clsCollection>::Adopt(pAffected);
     ASSERT_TRUE(colAffected);
-    cItem = Variant();
-    ASSERT_EQ(colAffected->get_Item(Text(L"pop"), &cItem), S_OK);
-    EXPECT_TRUE(IsSame(ObjectIn<_clsCat>(cItem), MainCat(L"Pop")));
+    EXPECT_TRUE(IsSame(ItemAt<_clsCat>(colAffected, Text(L"pop")), MainCat(L"Pop")));
 
     // A collection that is handed in is added to, once for each category.
     const auto colGiven = Create<_clsCollection>(CLSID_clsCollection);
@@ -452,8 +368,8 @@ TEST_F(EditingTest, RemovingACutCollectsTheCategoriesItLeft)
     ASSERT_EQ(m_cMan->RemoveCutFromCategory(nullptr, cSecond.Get(), &pAffected, 0), S_OK);
     EXPECT_EQ(pAffected, colGiven.Get());
     ASSERT_EQ(m_cMan->RemoveCutFromCategory(nullptr, cSecond.Get(), &pAffected, 0), S_OK);
-    EXPECT_EQ(LongOfProperty(colGiven, &_clsCollection::get_Count), 1);
-    EXPECT_EQ(TextOfProperty(cSecond, &_clsCut::get_CategoryText), L"");
+    EXPECT_EQ(Get(colGiven, &_clsCollection::get_Count), 1);
+    EXPECT_EQ(Get(cSecond, &_clsCut::get_CategoryText), L"");
 }
 
 TEST_F(EditingTest, AShuffledCollectionIsANewOneWithTheSameItemsAndKeys)
@@ -472,8 +388,7 @@ TEST_F(EditingTest, AShuffledCollectionIsANewOneWithTheSameItemsAndKeys)
     Texts colAfter = ItemsOf(colNew.Get());
     EXPECT_TRUE(std::is_permutation(colAfter.begin(), colAfter.end(), colBefore.begin(), colBefore.end()));
     EXPECT_NE(colAfter, colBefore) << "one chance in 20!";
-    Variant cItem;
-    ASSERT_EQ(colNew->get_Item(Text(L"7"), &cItem), S_OK);
+    const auto cItem = Get(colNew, &_clsCollection::get_Item, Text(L"7"));
     EXPECT_EQ(cItem.lVal, 7);
 }
 
@@ -499,7 +414,7 @@ TEST_F(EditingTest, AShuffledCollectionReachesATypedVariable)
     EXPECT_EQ(reference.vt, VT_BYREF | VT_VARIANT);
 }
 
-TEST_F(EditingTest, WhatCannotBeShuffledIsShownAndStaysAsItIs)
+TEST_F(EditingTest, AnErrorBoxShowsWhatCannotBeShuffled)
 {
     Variant cVariable = Object(m_cMan);
     Variant cNothing = Long(7);
@@ -533,10 +448,10 @@ protected:
         std::map<std::wstring, Texts> expected{{L"Rock", {}}, {L"Pop", {}}};
         ForEachItem(colCuts.Get(), [&](const Variant& cItem) {
             const auto cCut = ObjectIn<_clsCut>(cItem);
-            const auto sNames = TextOfProperty(cCut, &_clsCut::get_CategoryText);
+            const auto sNames = Get(cCut, &_clsCut::get_CategoryText);
             for (auto& [sName, colTitles] : expected)
                 if (sNames.find(sName) != std::wstring::npos)
-                    colTitles.push_back(TextOfProperty(cCut, &_clsCut::get_Title));
+                    colTitles.push_back(Get(cCut, &_clsCut::get_Title));
         });
         for (auto& [sName, colTitles] : expected)
         {
@@ -548,11 +463,8 @@ protected:
     }
     ComPtr<_clsCut> Cut(std::size_t position)
     {
-        ComPtr<_clsCollection> colCuts;
-        EXPECT_EQ(Level(L"Rock", L"1")->get_SchedCuts(colCuts.Receive()), S_OK);
-        Variant cItem;
-        EXPECT_EQ(colCuts->get_Item(Long(static_cast<std::int32_t>(position)), &cItem), S_OK);
-        return ObjectIn<_clsCut>(cItem);
+        const auto colCuts = Get(Level(L"Rock", L"1"), &_clsCat::get_SchedCuts);
+        return ItemAt<_clsCut>(colCuts, Long(static_cast<std::int32_t>(position)));
     }
 
     ComPtr<_clsCat> m_cOldRock;
@@ -560,14 +472,14 @@ protected:
     BoxAnswerer m_cAnswerer; // an edit may be refused with a box
 };
 
-TEST_F(StaleTest, CutsMovedWithinALevelOfBeforeAreNeitherLostNorDoubled)
+TEST_F(StaleTest, MovingInAStaleLevelLosesAndDoublesNoCut)
 {
     m_cMan->MoveCutsInCategory(m_cOldLevel.Get(), CollectionOf({Object(Cut(1))}).Get(), 99);
     m_cMan->MoveCutsInCategory(m_cOldRock.Get(), CollectionOf({Object(Cut(1))}).Get(), 99);
-    EXPECT_EQ(LongOfProperty(Level(L"Rock", L"1"), &_clsCat::get_TotalCuts), 2);
+    EXPECT_EQ(Get(Level(L"Rock", L"1"), &_clsCat::get_TotalCuts), 2);
 }
 
-TEST_F(StaleTest, ACutRemovedFromACategoryOfBeforeStandsWhereItSays)
+TEST_F(StaleTest, RemovingFromAStaleCategoryKeepsNamesAndLevelsEqual)
 {
     for (const auto& cOld : {m_cOldRock, m_cOldLevel})
     {
@@ -577,7 +489,7 @@ TEST_F(StaleTest, ACutRemovedFromACategoryOfBeforeStandsWhereItSays)
     }
 }
 
-TEST_F(StaleTest, CutsMovedIntoALevelOfBeforeStandWhereTheySay)
+TEST_F(StaleTest, MovingIntoAStaleLevelKeepsNamesAndLevelsEqual)
 {
     VARIANT_BOOL bCreated = VARIANT_FALSE;
     m_cMan->DoMassCatChange(::eMoveHere, CollectionOf({Object(m_cOldLevel)}).Get(), m_cOldLevel.Get(),

@@ -10,7 +10,7 @@ namespace
 
 using Texts = std::vector<std::wstring>;
 
-class SharedDataBaseTest : public StationTest
+class SharedDataBaseTest : public ComStationTest
 {
 protected:
     SharedDataBaseTest()
@@ -61,10 +61,8 @@ TEST_F(SharedDataBaseTest, APopulationSeesAnotherProgramsChanges)
     AddInOther(L"Second");
     Populate();
     EXPECT_EQ(TitlesIn(Level(L"Rock", L"1")), (Texts{L"First", L"Second"}));
-    ComPtr<_clsCut> cGone;
-    ASSERT_EQ(m_cOther->CutByKey(Bstr(L"C:\\Second.mp3").Get(), cGone.Receive()), S_OK);
-    LONG lRemoved = 0;
-    ASSERT_EQ(m_cOther->RemoveCuts(CollectionOf({Object(cGone)}).Get(), &lRemoved), S_OK);
+    const auto cGone = Get(m_cOther, &_clsDataBase::CutByKey, L"C:\\Second.mp3");
+    Get(m_cOther, &_clsDataBase::RemoveCuts, CollectionOf({Object(cGone)}));
     Populate();
     EXPECT_EQ(TitlesIn(Level(L"Rock", L"1")), Texts{L"First"});
 }

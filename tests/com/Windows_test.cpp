@@ -53,33 +53,29 @@ private:
 void PressOk(HWND hWindow) { PostMessageW(hWindow, WM_COMMAND, IDOK, 0); }
 void Close(HWND hWindow) { PostMessageW(hWindow, WM_CLOSE, 0, 0); }
 
-// The list of songs that shows: the last one in which several entries can be selected.
+BOOL CALLBACK FindSongs(HWND hChild, LPARAM lParam)
+{
+    wchar_t sClass[16] = {};
+    GetClassNameW(hChild, sClass, static_cast<int>(std::size(sClass)));
+    if (lstrcmpiW(sClass, L"ListBox") == 0 && IsWindowVisible(hChild) &&
+        (GetWindowLongPtrW(hChild, GWL_STYLE) & LBS_EXTENDEDSEL) != 0)
+        *reinterpret_cast<HWND*>(lParam) = hChild;
+    return TRUE;
+}
+
+// The visible list of songs: the last one in which several entries can be selected.
 HWND SongsIn(HWND hWindow)
 {
     HWND hSongs = nullptr;
-    EnumChildWindows(
-        hWindow,
-        [](HWND hChild, LPARAM lParam) -> BOOL {
-            wchar_t sClass[16] = {};
-            GetClassNameW(hChild, sClass, static_cast<int>(std::size(sClass)));
-            const bool bSongs = lstrcmpiW(sClass, L"ListBox") == 0 && IsWindowVisible(hChild) &&
-                                (GetWindowLongPtrW(hChild, GWL_STYLE) & LBS_EXTENDEDSEL) != 0;
-            if (bSongs)
-                *reinterpret_cast<HWND*>(lParam) = hChild;
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&hSongs));
+    EnumChildWindows(hWindow, FindSongs, reinterpret_cast<LPARAM>(&hSongs));
     return hSongs;
 }
 
-bool AnyWindowShows()
-{
-    return EnumThreadWindows(
-               GetCurrentThreadId(), [](HWND hWindow, LPARAM) -> BOOL { return !IsWindowVisible(hWindow); },
-               0) == FALSE;
-}
+BOOL CALLBACK ContinueAtHidden(HWND hWindow, LPARAM) { return !IsWindowVisible(hWindow); }
 
-class WindowsTest : public StationTest
+bool AnyWindowShows() { return EnumThreadWindows(GetCurrentThreadId(), ContinueAtHidden, 0) == FALSE; }
+
+class WindowsTest : public ComStationTest
 {
 protected:
     WindowsTest()
@@ -116,12 +112,7 @@ protected:
         EXPECT_EQ(cAnswer.vt, VT_I4);
         return cAnswer.lVal;
     }
-    VARIANT_BOOL Showing()
-    {
-        VARIANT_BOOL bShowing = VARIANT_FALSE;
-        EXPECT_EQ(m_cMan->get_UIShowing(&bShowing), S_OK);
-        return bShowing;
-    }
+    bool Showing() { return Get(m_cMan, &_clsSchedMan::get_UIShowing); }
 
     ComPtr<_clsCut> m_cSecond;
 };
@@ -158,7 +149,7 @@ TEST_F(WindowsTest, EmptyVariablesAreFilledWithTheCategoriesOfTheCut)
     EXPECT_TRUE(IsSame(chosen.cMainCat, MainCat(L"Rock")));
     EXPECT_TRUE(IsSame(chosen.cSubCat, Level(L"Rock", L"2")));
     ASSERT_TRUE(chosen.colCuts);
-    EXPECT_EQ(TextOfProperty(m_cSecond, &_clsCut::get_CategoryText), L"Rock");
+    EXPECT_EQ(Get(m_cSecond, &_clsCut::get_CategoryText), L"Rock");
 }
 
 TEST_F(WindowsTest, AWindowThatIsClosedLeavesTheCallersVariablesAlone)
@@ -180,10 +171,8 @@ TEST_F(WindowsTest, ACallerMayDoWithoutEveryOptionalArgument)
 {
     {
         const Person person(sfrmCatClass, PressOk);
-        Variant cAnswer;
-        EXPECT_EQ(m_cMan->ShowCatUI(nullptr, nullptr, nullptr, nullptr, nullptr, VARIANT_FALSE, VARIANT_FALSE,
-                                    nullptr, &cAnswer),
-                  S_OK);
+        const auto cAnswer = Get(m_cMan, &_clsSchedMan::ShowCatUI, nullptr, nullptr, nullptr, nullptr,
+                                 nullptr, VARIANT_FALSE, VARIANT_FALSE, nullptr);
         EXPECT_EQ(cAnswer.lVal, 1);
     }
     const Person person(sfrmCatClass, Close);
@@ -220,19 +209,19 @@ TEST_F(WindowsTest, ALateBoundCallNamesItsArguments)
 
 TEST_F(WindowsTest, TheLibraryIsShowingWhileItIsOpen)
 {
-    VARIANT_BOOL bInside = VARIANT_FALSE;
+    bool bInside = false;
     const Person person(sfrmUILibClass, [&](HWND hWindow) {
         bInside = Showing();
         Close(hWindow);
     });
-    EXPECT_EQ(Showing(), VARIANT_FALSE);
+    EXPECT_FALSE(Showing());
     EXPECT_EQ(m_cMan->ShowLibraryUI(), S_OK);
-    EXPECT_EQ(bInside, VARIANT_TRUE);
-    EXPECT_EQ(Showing(), VARIANT_FALSE);
+    EXPECT_TRUE(bInside);
+    EXPECT_FALSE(Showing());
     EXPECT_FALSE(AnyWindowShows());
 }
 
-TEST_F(WindowsTest, AHostMayLetGoOfTheManagerWhileAWindowShows)
+TEST_F(WindowsTest, AHostMayReleaseTheManagerWhileAWindowShows)
 {
     const auto letGoAnd = [this](void (*end)(HWND)) {
         return [this, end](HWND hWindow) {
@@ -258,7 +247,7 @@ TEST_F(WindowsTest, ReloadingWithoutAWindowShowsNone)
 {
     EXPECT_EQ(m_cMan->ReloadAll(), S_OK);
     EXPECT_FALSE(AnyWindowShows());
-    EXPECT_EQ(Showing(), VARIANT_FALSE);
+    EXPECT_FALSE(Showing());
     AddCut(L"Fifth", L"Jazz", 1); // the hidden window follows the database
     EXPECT_EQ(m_cMan->ReloadAll(), S_OK);
     EXPECT_FALSE(AnyWindowShows());

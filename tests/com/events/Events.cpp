@@ -22,19 +22,6 @@ constexpr CLSID CLSID_Events = {0x9d8f1f6c, 0x3f0b, 0x4b6e, {0x8f, 0x51, 0x6d, 0
 const ClassIdentity eventsIdentity{CLSID_Events, GUID_NULL, IID_IDispatch,      nullptr,
                                    L"RavloTest", L"Events", L"RavloTest.Events"};
 
-// Without type information: everything goes by name or by dispatch id.
-class Untyped : public Unknown<IDispatch>
-{
-public:
-    STDMETHODIMP GetTypeInfoCount(UINT* plCount) override
-    {
-        *plCount = 0;
-        return S_OK;
-    }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
-};
-
 // VBScript's own objects know their members by the extended interface only.
 HRESULT FindMember(const ComPtr<IDispatch>& cHandler, BSTR sName, DISPID& lMember)
 {
@@ -43,7 +30,7 @@ HRESULT FindMember(const ComPtr<IDispatch>& cHandler, BSTR sName, DISPID& lMembe
     return cHandler->GetIDsOfNames(IID_NULL, &sName, 1, LOCALE_USER_DEFAULT, &lMember);
 }
 
-class Forwarder final : public Untyped
+class Forwarder final : public Untyped<IDispatch>
 {
 public:
     Forwarder(IID iidEvents, ComPtr<ITypeInfo> cEvents, ComPtr<IDispatch> cHandler)
@@ -72,7 +59,7 @@ private:
     ComPtr<IDispatch> m_cHandler;
 };
 
-class Events final : public Untyped
+class Events final : public Untyped<IDispatch>
 {
 public:
     ~Events() override
@@ -103,7 +90,7 @@ public:
             }
             else
             {
-                throw ComError(DISP_E_BADPARAMCOUNT, L"Wrong number of arguments");
+                throw RuntimeError(DISP_E_BADPARAMCOUNT, L"Wrong number of arguments");
             }
         });
     }

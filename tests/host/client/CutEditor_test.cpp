@@ -11,7 +11,7 @@ namespace ravlo::test
 namespace
 {
 
-class CutEditor : public StationTest
+class CutEditor : public ComStationTest
 {
 protected:
     CutEditor()
@@ -127,7 +127,7 @@ TEST_F(CutEditor, ACategoryThatCannotBeIsRefusedInTheBox)
     EXPECT_EQ(m_lModified, 0);
 }
 
-TEST_F(CutEditor, StandsInTheMiddleOfItsOwnerWithTheOwnersIcon)
+TEST_F(CutEditor, IsCentredOnItsOwnerAndHasItsIcon)
 {
     const HWND hOwner = ::CreateWindowExW(0, L"STATIC", L"Owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 300, 200,
                                           900, 700, nullptr, nullptr, nullptr, nullptr);

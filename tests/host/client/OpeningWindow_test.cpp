@@ -2,7 +2,7 @@
 #include "host/client/OpeningWindow.h"
 
 #include "host/client/WindowActivation.h"
-#include "host/client/WindowText.h"
+#include "platform/windows/WindowContent.h"
 
 #include <commctrl.h>
 #include <gtest/gtest.h>
@@ -27,9 +27,7 @@ void RunMessages(DWORD lForMs)
     {
         MSG message;
         while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
-        {
             ::DispatchMessageW(&message);
-        }
         ::Sleep(5);
     }
 }
@@ -58,7 +56,7 @@ TEST(OpeningWindow, AnUnknownAmountOfWorkShowsAnEmptyBar)
     EXPECT_EQ(PositionOf(window), 0);
 }
 
-TEST(WindowActivation, TellsOnceFromTheMessageLoopWhenTheUserComesBack)
+TEST(WindowActivation, CallsOnceFromTheMessageLoopWhenTheUserReturns)
 {
     int lTold = 0;
     OpeningWindow window;

@@ -11,9 +11,9 @@ namespace
 
 CutFields Good() { return {L"Abba", L"Waterloo", L"Gold", L"1974", L"Pop/Gold", L"2", true}; }
 
-CutValues Taken(const CutFields& fields, const CutValues& before = {})
+EditedCut Taken(const CutFields& fields, const EditedCut& before = {})
 {
-    return std::get<CutValues>(ValuesOf(fields, before));
+    return std::get<EditedCut>(ValuesOf(fields, before));
 }
 
 CutProblem Refused(const CutFields& fields) { return std::get<CutProblem>(ValuesOf(fields, {})); }
@@ -22,21 +22,21 @@ CutProblem Refused(const CutFields& fields) { return std::get<CutProblem>(Values
 
 TEST(CutEdit, WhatWasShownComesBackUnchanged)
 {
-    const CutValues values{L"Abba", L"Waterloo", L"Gold", 1974, L"Pop/Gold", 2, true};
+    const EditedCut values{L"Abba", L"Waterloo", L"Gold", 1974, L"Pop/Gold", 2, true};
     EXPECT_EQ(Taken(FieldsOf(values)), values);
-    const CutValues unknown{L"", L"", L"", 0, L"", 1, false};
+    const EditedCut unknown{L"", L"", L"", 0, L"", 1, false};
     EXPECT_EQ(FieldsOf(unknown).sYear, L"");
     EXPECT_EQ(Taken(FieldsOf(unknown)), unknown);
 }
 
-TEST(CutEdit, BlanksAroundTextsAndNamesAreDroppedAndNamesStandOnce)
+TEST(CutEdit, TrimsTextsAndNamesAndDropsRepeatedNames)
 {
     CutFields fields = Good();
     fields.sArtist = L"  Abba ";
     fields.sYear = L" 1974 ";
     fields.sLevel = L" 3 ";
     fields.sCategories = L" Pop / Gold //pop/ ";
-    const CutValues values = Taken(fields);
+    const EditedCut values = Taken(fields);
     EXPECT_EQ(values.sArtist, L"Abba");
     EXPECT_EQ(values.lYear, 1974);
     EXPECT_EQ(values.lLevel, 3);
@@ -100,7 +100,7 @@ TEST(CutEdit, ACutMayStayInACategoryThatADatabaseBrought)
 {
     CutFields fields = Good();
     fields.sCategories = L"Pop/12/con";
-    CutValues before;
+    EditedCut before;
     before.sCategoryText = L"12/CON";
     EXPECT_EQ(Taken(fields, before).sCategoryText, L"Pop/12/con");
 }

@@ -54,7 +54,7 @@ TEST(LogCsv, ShowsAPlaceholderAsItsKindWithoutACut)
               sHeading + "2024-03-01T10:00:00,pop,1,N,11,,,,,,,\n");
 }
 
-TEST(LogLine, TellsTheSlotAndWhatFillsIt)
+TEST(LogLine, ShowsTheSlotAndItsCut)
 {
     EXPECT_EQ(LogLine(Filled(L"Artist", L"Title")), L"2024-03-01T10:00:00  rock:2 opener  Artist - Title");
     auto late = Filled(L"Artist", L"Title");

@@ -20,9 +20,7 @@ std::vector<int> HoursOf(const std::vector<TimedSlot>& slots)
 {
     std::vector<int> hours;
     for (const auto& timed : slots)
-    {
         hours.push_back(FieldsOf(timed.dtAt).lHour);
-    }
     return hours;
 }
 
@@ -42,9 +40,7 @@ TEST(LevelsInUse, GivesOneSlotForEachLevelInTheOrderOfNamesAndNumbers)
     LevelsInUse levels;
     for (const auto& [sName, lLevel] :
          std::vector<std::pair<std::wstring, int>>{{L"rock", 10}, {L"Pop", 1}, {L"rock", 2}, {L"pop", 1}})
-    {
         levels.Add(sName, lLevel);
-    }
     EXPECT_EQ(levels.RoundOfAll(),
               (std::vector<Slot>{{L"Pop", 1, false, 0}, {L"rock", 2, false, 0}, {L"rock", 10, false, 0}}));
 }
@@ -62,7 +58,7 @@ TEST(CheckLevels, NamesTheFirstSlotThatNoCutCanFill)
     }
     catch (const HostError& error)
     {
-        EXPECT_EQ(error.Text(), L"clock.txt, line 5: no cut stands in rock:4");
+        EXPECT_EQ(error.Description(), L"clock.txt, line 5: no cut stands in rock:4");
     }
 }
 
@@ -84,9 +80,7 @@ TEST(SlotsWithin, KeepsTheSlotsOfTheTimeAskedFor)
         {DateTimeOf({2024, 3, 2, 0, 0, 0}), {}, {}},
     };
     for (const auto& row : table)
-    {
         EXPECT_EQ(HoursOf(SlotsWithin(slots, row.dtStart, row.lHours)), row.kept);
-    }
 }
 
 } // namespace ravlo

@@ -39,9 +39,7 @@ public:
         {
             Refuse();
             for (const auto& [sKey, dtWhen] : gathered)
-            {
                 disk[sKey] = dtWhen;
-            }
             gathered.clear();
         }
     }
@@ -123,9 +121,7 @@ TEST_P(PlayBookTest, WaitsForAnotherProgramThatIsWriting)
 {
     m_cStore.refusesUntil = 10'000;
     for (int i = 0; i < 20; ++i)
-    {
         Play(std::to_wstring(i), i);
-    }
     EXPECT_TRUE(m_cStore.disk.empty());
     EXPECT_EQ(Settle(), L"");
     EXPECT_GT(m_lWaited, 10);
@@ -133,7 +129,7 @@ TEST_P(PlayBookTest, WaitsForAnotherProgramThatIsWriting)
     EXPECT_LT(m_cStore.now, 10'200);
 }
 
-TEST_P(PlayBookTest, TellsHowManyPlaysAreMissingWhenPatienceEnds)
+TEST_P(PlayBookTest, CountsTheMissingPlaysWhenPatienceEnds)
 {
     Play(L"before", 1, 1000);
     m_cStore.refusesUntil = 1'000'000;
@@ -157,9 +153,7 @@ TEST_P(PlayBookTest, AsksALockedDatabaseOnceAnAttempt)
 {
     m_cStore.refusesUntil = 1'000'000;
     for (int i = 0; i < 500; ++i)
-    {
         m_cBook.Add(std::to_wstring(i), 1);
-    }
     m_cStore.gathered[L"x"] = 1;
     Settle();
     EXPECT_LE(m_cStore.lRefused, m_lWaited + 1);

@@ -13,15 +13,13 @@ LevelOrder Level(const wchar_t* sCategory, std::int32_t lLevel, const std::vecto
 {
     LevelOrder order{sCategory, lLevel, 185000, {}};
     for (const auto& sPath : paths)
-    {
         order.cuts.push_back({L"Artist", L"Title " + sPath, L"", sPath, 61999});
-    }
     return order;
 }
 
 } // namespace
 
-TEST(ChangeBetween, TellsEachLevelsCutsAndThePlacesOfTheNewOnes)
+TEST(ChangeBetween, ListsEachLevelsCutsAndThePositionsOfNewOnes)
 {
     const Rotation before = {Level(L"pop", 1, {L"a", L"b"}), Level(L"pop", 2, {L"c"})};
     const Rotation after = {Level(L"pop", 1, {L"n", L"b", L"a", L"m"}), Level(L"pop", 2, {L"c"})};
@@ -33,7 +31,7 @@ TEST(ChangeBetween, TellsEachLevelsCutsAndThePlacesOfTheNewOnes)
     EXPECT_TRUE(change.levels[1].newAt.empty()) << "a new order alone makes no cut new";
 }
 
-TEST(ChangeBetween, CountsACutOnceHoweverManyLevelsItStandsIn)
+TEST(ChangeBetween, CountsACutInSeveralLevelsOnce)
 {
     const Rotation before = {Level(L"pop", 1, {L"stays", L"moves", L"goes", L"also"}),
                              Level(L"rock", 1, {L"goes"})};

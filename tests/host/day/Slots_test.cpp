@@ -24,7 +24,7 @@ std::wstring ClockError(std::string_view bytes)
     }
     catch (const HostError& error)
     {
-        return error.Text();
+        return error.Description();
     }
     return L"no error";
 }
@@ -37,7 +37,7 @@ std::wstring SlotsError(std::string_view bytes)
     }
     catch (const HostError& error)
     {
-        return error.Text();
+        return error.Description();
     }
     return L"no error";
 }
@@ -52,7 +52,7 @@ TEST(ParseClock, TakesOneSlotALine)
     EXPECT_EQ(slots[1], (Slot{L"pop", 1, false, 2}));
 }
 
-TEST(ParseClock, LeavesOutCommentsEmptyLinesAByteOrderMarkAndTheHeadingButCountsTheirLines)
+TEST(ParseClock, SkipsButCountsCommentsEmptyLinesAndTheHeading)
 {
     const auto slots = ParseClock(
         "\xEF\xBB\xBF# it's the \"hour\r\n\r\nCategory,Level,Opener\r\n#,,,\r\nrock,2,Y\r\n  \r\npop,1",
@@ -65,9 +65,7 @@ TEST(ParseClock, LeavesOutCommentsEmptyLinesAByteOrderMarkAndTheHeadingButCounts
 TEST(ParseClock, TakesAnOpenerThatIsMissingOrEmptyAsNo)
 {
     for (const char* sLine : {"rock,2", "rock,2,", "rock,2,n", "rock, 2 , N "})
-    {
         EXPECT_EQ(ParseClock(sLine, L"c").at(0), (Slot{L"rock", 2, false, 1})) << sLine;
-    }
 }
 
 TEST(ParseClock, ReadsQuotedAndForeignNames)
@@ -104,9 +102,7 @@ TEST(ParseClock, NamesTheLineThatCannotBeUsedAndSaysWhy)
         {"# only words\ncategory,level,opener\n", L"clock.txt holds no slot"},
     };
     for (const auto& row : table)
-    {
         EXPECT_EQ(ClockError(row.sBytes), row.sError) << row.sBytes;
-    }
 }
 
 TEST(ParseSlots, TakesTimesWithTheirSlots)
@@ -141,9 +137,7 @@ TEST(ParseSlots, NamesTheLineThatCannotBeUsedAndSaysWhy)
          L"slots.csv, line 3: the time is earlier than that of the slot before"},
     };
     for (const auto& row : table)
-    {
         EXPECT_EQ(SlotsError(row.sBytes), row.sError) << row.sBytes;
-    }
 }
 
 TEST(ClockHand, HandsOutTheSlotsInTurnAndBeginsAgainWhenTheyAreUsedUp)

@@ -71,15 +71,17 @@ std::wstring ClassOf(HWND hWindow)
     return sClass;
 }
 
+BOOL CALLBACK AddVisible(HWND hWindow, LPARAM lParam)
+{
+    if (::IsWindowVisible(hWindow))
+        reinterpret_cast<std::vector<HWND>*>(lParam)->push_back(hWindow);
+    return TRUE;
+}
+
 std::vector<HWND> Windows(DWORD lThread)
 {
     std::vector<HWND> hWindows;
-    const auto Add = [](HWND hWindow, LPARAM lParam) -> BOOL {
-        if (::IsWindowVisible(hWindow))
-            reinterpret_cast<std::vector<HWND>*>(lParam)->push_back(hWindow);
-        return TRUE;
-    };
-    ::EnumThreadWindows(lThread, Add, reinterpret_cast<LPARAM>(&hWindows));
+    ::EnumThreadWindows(lThread, AddVisible, reinterpret_cast<LPARAM>(&hWindows));
     return hWindows;
 }
 
