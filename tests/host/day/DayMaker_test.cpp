@@ -41,98 +41,94 @@ Playout::Answer Cut(const std::wstring& sArtist, const std::wstring& sTitle, std
 }
 
 const std::vector<Slot> clockOfTwo{{L"rock", 1}, {L"pop", 1}};
-const DayMaker::Progress noProgress = [](double) {};
 
-// The day that a maker makes of slots.
-Day FromClock(DayMaker maker, const std::vector<Slot>& clock, DateTime dtStart, DateTime dtEnd)
+// A day filled with prepared answers, repeated as often as needed.
+class DayMakerTest : public testing::Test
 {
-    Day day;
-    maker.FromClock(day, clock, dtStart, dtEnd);
-    return day;
-}
+protected:
+    Day FromClock(std::vector<Playout::Answer> answers, DateTime dtStart, DateTime dtEnd)
+    {
+        return Made(std::move(answers),
+                    [&](DayMaker& maker, Day& day) { maker.FromClock(day, clockOfTwo, dtStart, dtEnd); });
+    }
+    Day FromSlots(std::vector<Playout::Answer> answers, const std::vector<TimedSlot>& slots)
+    {
+        return Made(std::move(answers), [&](DayMaker& maker, Day& day) { maker.FromSlots(day, slots); });
+    }
+    Day Repeated(std::vector<Playout::Answer> answers, const Slot& slot, DateTime dtStart, int lCount)
+    {
+        return Made(std::move(answers),
+                    [&](DayMaker& maker, Day& day) { maker.Repeated(day, slot, dtStart, lCount); });
+    }
 
-Day Repeated(DayMaker maker, const Slot& slot, DateTime dtStart, int lCount)
-{
-    Day day;
-    maker.Repeated(day, slot, dtStart, lCount);
-    return day;
-}
+    Gaps m_gaps;
+    std::vector<std::wstring> m_asked;
+    std::vector<double> m_progress;
 
-Day FromSlots(DayMaker maker, const std::vector<TimedSlot>& slots)
-{
-    Day day;
-    maker.FromSlots(day, slots);
-    return day;
-}
+private:
+    template <class Fill> Day Made(std::vector<Playout::Answer> answers, Fill fill)
+    {
+        PreparedPlayout playout(std::move(answers));
+        DayMaker maker(playout, m_gaps, [&](double dDone) { m_progress.push_back(dDone); });
+        Day day;
+        fill(maker, day);
+        m_asked = playout.asked;
+        return day;
+    }
+};
 
 } // namespace
 
-TEST(DayMaker, StartsEachCutWhenTheOneBeforeEnds)
+TEST_F(DayMakerTest, StartsEachCutWhenTheOneBeforeEnds)
 {
-    PreparedPlayout playout({Cut(L"a", L"1", 200000), Cut(L"b", L"2", 100400)});
-    Gaps gaps;
-    const auto day = FromClock(DayMaker(playout, gaps, noProgress), clockOfTwo, At(10, 0), At(10, 8));
-    EXPECT_EQ(playout.asked,
-              (std::vector<std::wstring>{L"10:00:00 rock", L"10:03:20 pop", L"10:05:00 rock"}));
+    const auto day = FromClock({Cut(L"a", L"1", 200000), Cut(L"b", L"2", 100400)}, At(10, 0), At(10, 8));
+    EXPECT_EQ(m_asked, (std::vector<std::wstring>{L"10:00:00 rock", L"10:03:20 pop", L"10:05:00 rock"}));
     ASSERT_EQ(day.rows.size(), 3u);
     EXPECT_EQ(IsoText(day.dtEnd), L"2024-03-01T10:08:20"); // 10:05:00.4 and 200 seconds
 }
 
-TEST(DayMaker, StopsBeforeASlotThatWouldStartAtTheEnd)
+TEST_F(DayMakerTest, StopsBeforeASlotThatWouldStartAtTheEnd)
 {
-    PreparedPlayout playout({Cut(L"a", L"1", 240000)});
-    Gaps gaps;
-    const auto day = FromClock(DayMaker(playout, gaps, noProgress), clockOfTwo, At(10, 0), At(10, 8));
+    const auto day = FromClock({Cut(L"a", L"1", 240000)}, At(10, 0), At(10, 8));
     EXPECT_EQ(day.rows.size(), 2u);
     EXPECT_EQ(IsoText(day.dtEnd), L"2024-03-01T10:08:00");
 }
 
-TEST(DayMaker, TakesAnEmptySlotAndACutWithoutDurationAsThreeMinutes)
+TEST_F(DayMakerTest, TakesAnEmptySlotAndACutWithoutDurationAsThreeMinutes)
 {
-    PreparedPlayout playout({{11, {}}, Cut(L"a", L"1", 0), Cut(L"a", L"2", -5)});
-    Gaps gaps;
-    const auto day = FromClock(DayMaker(playout, gaps, noProgress), clockOfTwo, At(10, 0), At(10, 9));
-    EXPECT_EQ(playout.asked,
-              (std::vector<std::wstring>{L"10:00:00 rock", L"10:03:00 pop", L"10:06:00 rock"}));
+    const auto day = FromClock({{11, {}}, Cut(L"a", L"1", 0), Cut(L"a", L"2", -5)}, At(10, 0), At(10, 9));
+    EXPECT_EQ(m_asked, (std::vector<std::wstring>{L"10:00:00 rock", L"10:03:00 pop", L"10:06:00 rock"}));
     EXPECT_EQ(day.rows.at(0).lKind, 11);
     EXPECT_FALSE(day.rows.at(0).cut);
     EXPECT_TRUE(day.rows.at(1).cut);
 }
 
-TEST(DayMaker, RepeatsOneSlotAsOftenAsAsked)
+TEST_F(DayMakerTest, RepeatsOneSlotAsOftenAsAsked)
 {
-    PreparedPlayout playout({Cut(L"a", L"1", 200000), Cut(L"b", L"2", 100000)});
-    Gaps gaps;
-    std::vector<double> told;
-    const auto day = Repeated(DayMaker(playout, gaps, [&](double dDone) { told.push_back(dDone); }),
-                              {L"rock", 1}, At(10, 0), 4);
-    EXPECT_EQ(playout.asked, (std::vector<std::wstring>{L"10:00:00 rock", L"10:03:20 rock", L"10:05:00 rock",
-                                                        L"10:08:20 rock"}));
+    const auto day = Repeated({Cut(L"a", L"1", 200000), Cut(L"b", L"2", 100000)}, {L"rock", 1}, At(10, 0), 4);
+    EXPECT_EQ(m_asked, (std::vector<std::wstring>{L"10:00:00 rock", L"10:03:20 rock", L"10:05:00 rock",
+                                                  L"10:08:20 rock"}));
     EXPECT_EQ(IsoText(day.dtEnd), L"2024-03-01T10:10:00");
-    EXPECT_EQ(told, (std::vector<double>{0.25, 0.5, 0.75, 1.0}));
-    EXPECT_TRUE(Repeated(DayMaker(playout, gaps, noProgress), {L"rock", 1}, At(10, 0), 0).rows.empty());
+    EXPECT_EQ(m_progress, (std::vector<double>{0.25, 0.5, 0.75, 1.0}));
+    EXPECT_TRUE(Repeated({Cut(L"a", L"1", 200000), Cut(L"b", L"2", 100000)}, {L"rock", 1}, At(10, 0), 0)
+                    .rows.empty());
 }
 
-TEST(DayMaker, StartsTimedSlotsAtTheirOwnTimes)
+TEST_F(DayMakerTest, StartsTimedSlotsAtTheirOwnTimes)
 {
-    PreparedPlayout playout({Cut(L"a", L"1", 600000)});
-    Gaps gaps;
     const auto day =
-        FromSlots(DayMaker(playout, gaps, noProgress),
+        FromSlots({Cut(L"a", L"1", 600000)},
                   {{At(9, 0), {L"rock", 1}}, {At(9, 3), {L"pop", 2}}, {At(12, 0), {L"rock", 1}}});
-    EXPECT_EQ(playout.asked,
-              (std::vector<std::wstring>{L"09:00:00 rock", L"09:03:00 pop", L"12:00:00 rock"}));
+    EXPECT_EQ(m_asked, (std::vector<std::wstring>{L"09:00:00 rock", L"09:03:00 pop", L"12:00:00 rock"}));
     EXPECT_EQ(IsoText(day.dtEnd), L"2024-03-01T12:10:00");
 }
 
-TEST(DayMaker, MeasuresGapsFromStartToStartWithoutRegardToCase)
+TEST_F(DayMakerTest, MeasuresGapsFromStartToStartWithoutRegardToCase)
 {
-    PreparedPlayout playout(
-        {Cut(L"Abba", L"One", 200000), Cut(L"ABBA", L"Two", 200000), Cut(L"x", L"ONE", 200000)});
-    Gaps gaps;
-    gaps.Record(L"abba", L"other", At(8, 59, 30));
-    const auto day = FromSlots(DayMaker(playout, gaps, noProgress),
-                               {{At(10, 0), {L"r", 1}}, {At(11, 1), {L"r", 1}}, {At(11, 30), {L"r", 1}}});
+    m_gaps.Record(L"abba", L"other", At(8, 59, 30));
+    const auto day =
+        FromSlots({Cut(L"Abba", L"One", 200000), Cut(L"ABBA", L"Two", 200000), Cut(L"x", L"ONE", 200000)},
+                  {{At(10, 0), {L"r", 1}}, {At(11, 1), {L"r", 1}}, {At(11, 30), {L"r", 1}}});
     EXPECT_EQ(day.rows.at(0).dArtistGapMins, 60.5);
     EXPECT_EQ(day.rows.at(0).dTitleGapMins, std::nullopt);
     EXPECT_EQ(day.rows.at(1).dArtistGapMins, 61.0);
@@ -140,7 +136,7 @@ TEST(DayMaker, MeasuresGapsFromStartToStartWithoutRegardToCase)
     EXPECT_EQ(day.rows.at(2).dTitleGapMins, 90.0);
 }
 
-TEST(DayMaker, KeepsWhatWasAiredBeforeAFailure)
+TEST_F(DayMakerTest, KeepsWhatWasAiredBeforeAFailure)
 {
     class FailingPlayout : public PreparedPlayout
     {
@@ -149,42 +145,33 @@ TEST(DayMaker, KeepsWhatWasAiredBeforeAFailure)
         Answer Play(const Slot& slot, DateTime dtStart) override
         {
             if (asked.size() == 2)
-            {
                 throw HostError(L"gone");
-            }
             return PreparedPlayout::Play(slot, dtStart);
         }
     };
     FailingPlayout playout({Cut(L"a", L"1", 200000)});
     Gaps gaps;
     Day day;
-    EXPECT_THROW(DayMaker(playout, gaps, noProgress).FromClock(day, clockOfTwo, At(10, 0), At(11, 0)),
+    EXPECT_THROW(DayMaker(playout, gaps, [](double) {}).FromClock(day, clockOfTwo, At(10, 0), At(11, 0)),
                  HostError);
     EXPECT_EQ(day.rows.size(), 2u);
     EXPECT_EQ(IsoText(day.dtEnd), L"2024-03-01T10:06:40");
 }
 
-TEST(DayMaker, KnowsNoGapForACutWithoutAName)
+TEST_F(DayMakerTest, KnowsNoGapForACutWithoutAName)
 {
-    PreparedPlayout playout({Cut(L"", L"", 200000)});
-    Gaps gaps;
-    const auto day =
-        FromSlots(DayMaker(playout, gaps, noProgress), {{At(10, 0), {L"r", 1}}, {At(10, 5), {L"r", 1}}});
+    const auto day = FromSlots({Cut(L"", L"", 200000)}, {{At(10, 0), {L"r", 1}}, {At(10, 5), {L"r", 1}}});
     EXPECT_EQ(day.rows.at(1).dArtistGapMins, std::nullopt);
     EXPECT_EQ(day.rows.at(1).dTitleGapMins, std::nullopt);
 }
 
-TEST(DayMaker, ReportsProgressThatRisesToTheEnd)
+TEST_F(DayMakerTest, ReportsProgressThatRisesToTheEnd)
 {
-    PreparedPlayout playout({Cut(L"a", L"1", 180000)});
-    Gaps gaps;
-    std::vector<double> seen;
-    FromClock(DayMaker(playout, gaps, [&](double dDone) { seen.push_back(dDone); }), clockOfTwo, At(10, 0),
-              At(10, 8));
-    ASSERT_EQ(seen.size(), 3u);
-    EXPECT_LT(seen[0], seen[1]);
-    EXPECT_LT(seen[1], seen[2]);
-    EXPECT_EQ(seen[2], 1.0);
+    FromClock({Cut(L"a", L"1", 180000)}, At(10, 0), At(10, 8));
+    ASSERT_EQ(m_progress.size(), 3u);
+    EXPECT_LT(m_progress[0], m_progress[1]);
+    EXPECT_LT(m_progress[1], m_progress[2]);
+    EXPECT_EQ(m_progress[2], 1.0);
 }
 
 TEST(Gaps, KeepTheirDistanceFromPlaysThatAreStillToCome)
