@@ -83,7 +83,7 @@ STDMETHODIMP CatFace::RemoveCut(_clsCut* cCut, VARIANT_BOOL* pVal)
 STDMETHODIMP CatFace::get_TotalCuts(LONG* pVal) { return Get(pVal, m_cCat, &clsCat::TotalCuts); }
 STDMETHODIMP CatFace::get_SubCats(_clsCollection** pVal)
 {
-    // What comes through the collection is a level as well as what comes through AddSubCat.
+    // An item added to the collection becomes a level, as with AddSubCat.
     const auto accept = [cWeak = std::weak_ptr(m_cCat)](const std::shared_ptr<clsCat>& cLevel) {
         const std::shared_ptr<clsCat> cCat = cWeak.lock();
         if (!cCat)

@@ -11,7 +11,7 @@
 namespace ravlo
 {
 
-// _clsCat over a category or a category level. Holds it: a host that keeps only a level keeps that level
+// _clsCat over a category or a category level, which it keeps alive. A level does not keep its main category
 // alive.
 class CatFace final : public Dispatch<_clsCat>
 {
@@ -46,13 +46,13 @@ private:
     FaceEntry<CatFace> m_cEntry;
 };
 
-// A category as hosts see it: its one face. None for none.
+// Returns the one face of a category; null for null.
 ComPtr<_clsCat> CatOut(const std::shared_ptr<clsCat>& cCat);
 
-// The category behind a face. Null for none; error 13 for an object that is no category of this library.
+// Returns the category of a face; null for null. Error 13 for an object that is no category of this library.
 std::shared_ptr<clsCat> CatFrom(_clsCat* pCat);
 
-// The categories of an automation collection, in order; none for Nothing. Error 13 when an item is no
+// Returns the categories of an automation collection, in order; none for null. Error 13 when an item is no
 // category.
 Cats CatsIn(IDispatch* colCats);
 

@@ -12,7 +12,7 @@
 namespace ravlo
 {
 
-// _clsCatRules over a rules object, which rewrites its file when its last holder lets it go.
+// _clsCatRules over a rules object, which rewrites its file with its last release.
 class CatRulesFace final : public Dispatch<_clsCatRules>
 {
 public:
@@ -39,10 +39,10 @@ private:
     FaceEntry<CatRulesFace> m_cEntry;
 };
 
-// The one face of a rules object. None for none.
+// Returns the one face of a rules object; null for null.
 ComPtr<_clsCatRules> RulesOut(const std::shared_ptr<clsCatRules>& cRules);
 
-// The rules object behind a face. Null for none; error 13 for an object that is none of this library's.
+// Returns the rules object of a face; null for null. Error 13 for an object that is no face of this library.
 std::shared_ptr<clsCatRules> RulesFrom(_clsCatRules* pRules);
 
 } // namespace ravlo

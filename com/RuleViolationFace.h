@@ -9,7 +9,7 @@
 namespace ravlo
 {
 
-// _clsRuleViolation: a record of its own.
+// _clsRuleViolation over its own record.
 class RuleViolationFace final : public Dispatch<_clsRuleViolation>
 {
 public:

@@ -445,7 +445,7 @@ std::optional<std::int32_t> SchedManFace::RequestEditCut(const std::shared_ptr<C
     return cLong ? std::optional<std::int32_t>(static_cast<std::int32_t>(cLong->lVal)) : std::nullopt;
 }
 
-// The listeners answer in a variable of any type, whatever the caller keeps the answer in.
+// The listeners answer in a variable of any type, independent of the caller's.
 void SchedManFace::RaiseRequestEditCut(_clsCut* pCut, VARIANT& result)
 {
     Variant cAnswer = Variant::Dereferenced(result);

@@ -12,7 +12,7 @@
 namespace ravlo
 {
 
-// _clsSchedMan over a manager of its own, whose events it raises.
+// _clsSchedMan over its own manager, whose events it raises.
 class SchedManFace final : public Dispatch<_clsSchedMan>, private SchedulerEvents
 {
 public:

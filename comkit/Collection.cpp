@@ -74,7 +74,7 @@ public:
         });
         if (FAILED(hResult))
             while (lFetched > 0)
-                Clear(pItems[--lFetched]); // what fails hands out nothing
+                Clear(pItems[--lFetched]); // a failed call returns no items
         if (plFetched)
             *plFetched = lFetched;
         if (FAILED(hResult))

@@ -16,7 +16,7 @@
 namespace ravlo
 {
 
-// What a collection face shows: items in order, some with keys. Positions count from 0.
+// The items of a collection face in order, some with keys. Positions count from 0.
 class CollectionModel
 {
 public:
@@ -35,7 +35,7 @@ public:
 // A live view of an OrderedKeyedCollection. Adapter has two static functions:
 //   Variant ToVariant(const Item&), Item FromVariant(const VARIANT&), which throws error 13 for what it
 //   cannot take.
-// accept, where there is one, throws for an item that must not be added; else it is added next.
+// accept, if any, throws for an item that must not be added.
 template <class Item, class Adapter> class LiveCollection final : public CollectionModel
 {
 public:
@@ -102,7 +102,7 @@ private:
     FaceEntry<CollectionFace> m_cEntry;
 };
 
-// The face of a core collection: the same one while anyone holds it. accept as in LiveCollection.
+// Returns the one face of a core collection, a new one when it has none. accept as in LiveCollection.
 template <class Adapter, class Item>
 ComPtr<CollectionFace> FaceOfCollection(const std::shared_ptr<OrderedKeyedCollection<Item>>& colItems,
                                         const typename LiveCollection<Item, Adapter>::Accept& accept = {})
@@ -131,12 +131,12 @@ struct TextAdapter
     static std::wstring FromVariant(const VARIANT& value);
 };
 
-// Calls body with each item of an automation collection, in order: any object with _NewEnum. Error 451 when
-// it has none; error 91 when there is no object.
+// Calls body with each item of an automation collection, which is any object with _NewEnum, in order. Error
+// 451 when it has none; error 91 when there is no object.
 void ForEachItem(IDispatch* colItems, const std::function<void(const Variant&)>& body);
 
-// _NewEnum over what at(position) yields while position < count(); cOwner is kept alive. Safe when the items
-// change meanwhile: it goes by position.
+// Returns an enumerator over at(position) for each position below count(); it keeps cOwner alive. The items
+// may change during the walk, which goes by position.
 ComPtr<IUnknown> NewEnumerator(ComPtr<IUnknown> cOwner, std::function<std::size_t()> count,
                                std::function<Variant(std::size_t)> at);
 

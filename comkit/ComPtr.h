@@ -15,7 +15,7 @@ namespace ravlo
 {
 
 // Calls an object that another module may implement. COM lets no exception pass from one module to another:
-// an object that throws all the same has failed with E_UNEXPECTED.
+// an object that throws nevertheless has failed with E_UNEXPECTED.
 template <class Call> HRESULT Outgoing(Call&& call) noexcept
 {
     try
@@ -45,7 +45,7 @@ template <class I> class ComPtr
 public:
     ComPtr() noexcept = default;
     ComPtr(std::nullptr_t) noexcept {}
-    // Takes a reference of its own.
+    // Adds a reference.
     explicit ComPtr(I* pObject) noexcept : m_pObject(pObject) { AddReference(m_pObject); }
     ComPtr(const ComPtr& other) noexcept : ComPtr(other.m_pObject) {}
     ComPtr(ComPtr&& other) noexcept : m_pObject(std::exchange(other.m_pObject, nullptr)) {}
@@ -89,7 +89,7 @@ public:
         return &m_pObject;
     }
 
-    // The same object through another interface; none when it does not have it.
+    // Returns another interface of the object; null when it does not have it.
     template <class J> ComPtr<J> As(REFIID iid) const noexcept
     {
         ComPtr<J> cResult;

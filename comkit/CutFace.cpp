@@ -46,7 +46,7 @@ public:
             throw RuntimeError(error::KeyAlreadyExists);
         const auto colNames = m_cCut->CategoryNames();
         m_cCut->AddCategoryName(sName);
-        // A cut takes names at the end only: those that come to stand behind follow.
+        // A cut adds names at the end only: those behind the new one are added again.
         for (std::size_t i = position; i < colNames.size(); ++i)
         {
             m_cCut->RemoveCategoryName(colNames[i]);

@@ -109,7 +109,7 @@ protected:
         const ComPtr<I> cSelf(this);
         return GuardAs(__uuidof(I), m_identity.sProgID, std::forward<Body>(body));
     }
-    // A member that returns what make yields. Nothing is made for a caller that gives no place for it.
+    // A member that returns the result of make. Does not call make when pVal is null.
     template <class Value, class Make> HRESULT Return(Value* pVal, Make&& make) noexcept
     {
         return Guard([&] { StoreIn(pVal, make); });

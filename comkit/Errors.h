@@ -52,8 +52,8 @@ template <class T> T& Out(T* pResult)
     return *pResult;
 }
 
-// Stores what make yields where the caller keeps it. Without a place nothing is made: a new reference or
-// string would have no owner, and work would be done that is reported as failed.
+// Stores the result of make for the caller. Does not call make without a place: a new reference or string
+// would have no owner, and work that is reported as failed would be done.
 template <class T, class Make> void StoreIn(T* pResult, Make&& make)
 {
     T& place = Out(pResult);

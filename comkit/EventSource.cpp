@@ -97,7 +97,7 @@ try
 }
 catch (const std::bad_alloc&)
 {
-    // The event is lost; what raised it goes on.
+    // The event is lost; the work continues.
 }
 
 STDMETHODIMP EventSource::EnumConnectionPoints(IEnumConnectionPoints** ppEnum)

@@ -8,9 +8,9 @@
 namespace ravlo
 {
 
-// Identity: the one live face of each core object. Owns neither: a face notes itself with a FaceEntry, which
-// it holds as a member, and holds its core object, so that no other can come to lie at the same address
-// meanwhile.
+// Identity: the one live face of each core object. Owns neither: a face adds itself with a FaceEntry, a
+// member, and holds its core object, so that no other object gets the same address while the face
+// lives.
 template <class Face> class FaceMap
 {
 public:
@@ -20,14 +20,14 @@ public:
         return map;
     }
 
-    // The face of the core object at pCore, made by make() when it has none.
+    // Returns the face of the core object at pCore, or the result of make() when it has none.
     template <class Make> ComPtr<Face> Get(const void* pCore, Make&& make)
     {
         const auto found = m_colByCore.find(pCore);
         return found != m_colByCore.end() ? ComPtr<Face>(found->second) : make();
     }
 
-    // The face that has this identity; null when the object is none of this module's faces.
+    // Returns the face with this identity; null when the object is no face of this module.
     Face* Find(IUnknown* pObject) const noexcept
     {
         const auto found = m_colByIdentity.find(IdentityOf(pObject).Get());

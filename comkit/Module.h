@@ -11,7 +11,7 @@ namespace ravlo
 
 class InterfaceDescription;
 
-// What a class is called outside, and what it tells about itself.
+// A class's names and ids for hosts.
 struct ClassIdentity
 {
     const CLSID& clsid;
@@ -35,8 +35,8 @@ struct EmbeddedTypeLibrary
 {
     const GUID& libid;
     UINT lResource;
-    // Whether this module is the library's home. The types of another module are carried along, so that
-    // references to them always resolve; they are registered only when nobody else has done it.
+    // Whether this module is the library's home. Another module's types are included so that references to
+    // them always resolve; they are registered only when nobody else has done it.
     bool bHome;
 };
 
@@ -44,12 +44,12 @@ struct ModuleParts
 {
     std::span<const CoClass> colClasses;
     std::span<const EmbeddedTypeLibrary> colTypeLibraries;
-    // One class of each other module that carries some of these libraries: where that module is registered,
-    // it takes them over when this one is taken out.
+    // One class of each other module that includes some of these libraries: where that module is registered,
+    // it takes them over when this one is unregistered.
     std::span<const CLSID* const> colNeighbours;
 };
 
-// The DLL as COM sees it: what it can create, how many of its objects live, where its types are described.
+// The DLL as COM sees it: its classes, the number of its live objects, its type libraries.
 // The objects belong to one apartment thread, as everything in the library does.
 namespace module
 {
@@ -73,11 +73,11 @@ ComPtr<ITypeInfo> TypeInfoOf(REFGUID guid);
 const InterfaceDescription& DescriptionOf(REFIID iid);
 
 HRESULT GetClassObject(REFCLSID clsid, REFIID iid, void** ppvObject) noexcept;
-// S_OK when no object lives; what was loaded to describe types is let go then.
+// Returns S_OK and releases the loaded type libraries when no object lives.
 HRESULT CanUnloadNow() noexcept;
 } // namespace module
 
-// Held by whatever must keep the DLL loaded.
+// Keeps the DLL loaded while it lives.
 class ModuleLock
 {
 public:

@@ -11,8 +11,8 @@ namespace ravlo
 {
 
 // _clsValueList: plain values in ascending order, numbers before texts; texts compare without regard to case,
-// equal values come out in the order they went in. Positions count from 1: error 9 outside. Error 13 for
-// anything else.
+// equal values stay in the order in which they were added. Positions count from 1: error 9 outside. Error 13
+// for anything else.
 class ValueListFace final : public Dispatch<_clsValueList>
 {
 public:

@@ -105,7 +105,7 @@ std::optional<Variant> Variant::As(VARTYPE vtWanted) const
 namespace
 {
 
-// Swaps, so that the old value ends with cValue. Both are of the type cValue has.
+// Swaps, so that cValue destroys the old value. Precondition: both have the type of cValue.
 void SwapWithTarget(const VARIANT& reference, Variant& cValue)
 {
     switch (cValue.vt)

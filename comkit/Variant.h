@@ -12,10 +12,10 @@
 namespace ravlo
 {
 
-// A string for the other side of a COM call, which frees it.
+// Returns a string that its receiver frees with SysFreeString.
 BSTR NewBstr(std::wstring_view sText);
 
-// No string is an empty one.
+// Returns an empty text for null.
 std::wstring TextOf(BSTR sText);
 
 // An owned BSTR.
@@ -55,7 +55,7 @@ public:
     explicit Variant(std::wstring_view sText);
     explicit Variant(std::int32_t lValue) noexcept;
     explicit Variant(bool bValue) noexcept;
-    explicit Variant(IDispatch* pObject) noexcept; // takes a reference of its own; null is Nothing
+    explicit Variant(IDispatch* pObject) noexcept; // adds a reference; null is Nothing
     explicit Variant(IUnknown* pObject) noexcept;
     Variant(const Variant& other) : Variant(static_cast<const VARIANT&>(other)) {}
     Variant(Variant&& other) noexcept;
@@ -65,7 +65,7 @@ public:
     // Gives the value to the caller, who clears it.
     VARIANT Detach() noexcept;
 
-    // What stands for an optional argument that is left out.
+    // The value of an optional argument that is left out.
     static Variant Omitted() noexcept;
     // What a by-reference VARIANT refers to; the value itself otherwise.
     static Variant Dereferenced(const VARIANT& value);
@@ -75,9 +75,9 @@ public:
     std::optional<Variant> As(VARTYPE vt) const;
 };
 
-// Puts a value where the caller keeps one: into the variable that a by-reference VARIANT refers to, in that
-// variable's own type; else into the VARIANT itself. What was there is let go. Error 13, and nothing changed,
-// when the value has no such form.
+// Replaces the value of a caller's variable: the one that a by-reference VARIANT refers to, in that
+// variable's type, or else the VARIANT itself. Error 13, and nothing changed, when the value cannot be
+// converted.
 void StoreThrough(VARIANT& place, Variant cValue);
 
 // A value of the core as a member hands it to its caller, who owns it. Further overloads are next to the
@@ -104,8 +104,8 @@ bool IsNumber(const VARIANT& value) noexcept;
 // Whether an optional argument was left out.
 bool IsOmitted(const VARIANT& value) noexcept;
 
-// The object a VARIANT holds or refers to through interface I; none when it holds no object or one without
-// it.
+// Returns interface I of the object in a VARIANT or in the variable it refers to; null when there is no
+// object or it does not have it.
 template <class I> ComPtr<I> ObjectIn(const VARIANT& value)
 {
     const Variant cValue = Variant::Dereferenced(value);

@@ -110,7 +110,7 @@ std::string Described(const VARIANT& value)
     return "type " + std::to_string(value.vt);
 }
 
-// Ends the program when a call does not come back.
+// Ends the program when a call does not return.
 class Watchdog
 {
 public:
@@ -159,7 +159,7 @@ void Note(long lCall, const Member& member, const std::vector<Variant>& colArgum
 
 // ---- one call
 
-// A host's collection may hold anything, itself among it: such a ring is never let go, and is the host's own.
+// A host's collection may contain itself: such a cycle is never released, and is the host's mistake.
 bool MakesRing(const Member& member, const Variant& cArgument)
 {
     if (member.iid != __uuidof(_clsCollection) && member.iid != __uuidof(_clsValueList))

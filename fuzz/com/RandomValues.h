@@ -21,7 +21,7 @@ public:
     std::size_t Below(std::size_t count) { return m_cChance() % count; }
     bool OneIn(std::size_t count) { return Below(count) == 0; }
 
-    // Keeps an object among some hundred; the first ones for ever.
+    // Keeps an object among some hundred; the first ones are never replaced.
     void Keep(const VARIANT& value);
     void KeepForEver(IDispatch* pObject);
     // An object of that interface where there is one; any for IID_NULL. Null when there is none at all.

@@ -57,7 +57,7 @@ private:
     Store& m_cStore;
 };
 
-// _clsDataBase over a store of its own, whose events it raises. Cuts shows the store's cuts as they are; only
+// _clsDataBase over its own store, whose events it raises. Cuts is a view of the store's cuts; only
 // AddCuts, RemoveCuts and ImportCsv change which there are.
 class DataBaseFace final : public Dispatch<_clsDataBase>, public IRevision, private DataBaseEvents
 {

@@ -22,7 +22,7 @@ const EmbeddedTypeLibrary colTypeLibraries[] = {
     {LIBID_KorvaCollection, 2, false},
 };
 
-// What stays registered when this module goes: the scheduler, which describes the same types.
+// Stays registered when this module is unregistered: the scheduler, which describes the same types.
 const CLSID* const colNeighbours[] = {&CLSID_clsSchedMan};
 
 } // namespace
