@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/CutChanges.h"
+
+#include "support/BatchingDataBase.h"
+#include "support/OutOfMemory.h"
+#include "support/SyncTest.h"
+
+namespace ravlo::test
+{
+namespace
+{
+
+TEST(OutOfMemory, FailureOfACutIsKeptThoughItCannotBeCounted)
+{
+    RadioPorts cPorts;
+    ModScheduler cMod(cPorts.Ports());
+    Placement cPlacement(cMod);
+    const FakeCut cCut;
+    try
+    {
+        throw RuntimeError(error::DeviceIo);
+    }
+    catch (...)
+    {
+        const Memory cMemory(0);
+        cPlacement.Failed(cCut);
+    }
+    EXPECT_TRUE(bRanOut);
+    std::vector<std::int32_t> colShown;
+    cPlacement.Report([&](const RuntimeError& cError) { colShown.push_back(cError.Number()); });
+    EXPECT_EQ(colShown, std::vector<std::int32_t>{error::DeviceIo});
+}
+
+TEST(OutOfMemory, CommittedStepIsSavedThoughItCannotBeRecorded)
+{
+    RadioPorts cPorts;
+    Library cLib(cPorts);
+    const auto cDataBase = std::make_shared<BatchingDataBase>();
+    Cuts colCuts{cDataBase->cInner.Add(L"a", L"Rock", 1), cDataBase->cInner.Add(L"b", L"Rock", 1)};
+    cLib.cSchedMan->PopulateFromDataBase(cDataBase, sRadio);
+    const std::shared_ptr<clsCat> cRock = cLib.MainCat(L"Rock");
+    cLib.cSchedMan->SaveHistoryAndOrdering(cRock);
+    std::optional<Memory> cMemory;
+    int lCalls = 0;
+    cDataBase->OnCommit = [&] {
+        if (++lCalls == 2) // right after the first commit
+            cMemory.emplace(0);
+    };
+    std::vector<CutRemoval> colRemovals{{colCuts[0], cRock, 0}};
+    for (int lCut = 0; lCut < 49; ++lCut) // the step of fifty ends in a report
+        colRemovals.push_back({nullptr, nullptr, 0});
+    cLib.cSchedMan->RemoveCutsFromCategories(colRemovals, [&](std::size_t) { cMemory.reset(); });
+    EXPECT_TRUE(bRanOut);
+    EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Rock")), SifCut("b", 1));
+    EXPECT_EQ(cPorts.cMessages.Boxes,
+              (Boxes{CriticalBox(L"Error in RemoveCutFromCategory [cSchedMan]", CriticalText(7))}));
+}
+
+} // namespace
+} // namespace ravlo::test
