@@ -334,6 +334,7 @@ void ModScheduler::ReadSettings()
     Settings cRead{m_cSettings.sAppPath};
     if (bytes && !bytes->empty())
     {
+        cRead.bNothingRead = true;
         const std::wstring sText = m_cPorts.cCodePage.Decode(*bytes);
         const std::vector<std::wstring> colLines =
             sText.find(sCrLf) == std::wstring::npos ? std::vector<std::wstring>() : Split(sText, sCrLf);
@@ -343,6 +344,7 @@ void ModScheduler::ReadSettings()
             const std::optional<std::int32_t> lMins = MinutesOf(colLines, line++);
             if (!lMins)
                 m_cSavedFiles.NotUnderstood(SettingsPath(), this);
+            cRead.bNothingRead = cRead.bNothingRead && !lMins;
             *lSetting = lMins.value_or(lDefaultSepMins);
         }
     }
@@ -370,6 +372,8 @@ bool ModScheduler::WriteSettings() noexcept
     {
         if (m_cSettings.sAppPath.empty())
             return false;
+        if (!m_cSettings.bUnsaved && m_cSettings.bNothingRead)
+            return false; // nobody has set these defaults
         std::wstring sText;
         for (const std::int32_t lMins : {m_cSettings.lArtist, m_cSettings.lTitle, m_cSettings.lAlbum})
             sText += DecimalText(lMins) + sCrLf;

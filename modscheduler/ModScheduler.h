@@ -129,7 +129,8 @@ public:
     // logged.
     void LoadSettings();
     // False when the separations are not those of the served folder, or the file could not be written.
-    // Without a setter's value to save, a file that has not been read is left alone.
+    // Without a setter's value to save, a file that has not been read, or of which no line is a number, is
+    // left alone.
     bool SaveSettings() noexcept;
 
 private:
@@ -140,7 +141,8 @@ private:
         std::int32_t lArtist = 60;
         std::int32_t lTitle = 60;
         std::int32_t lAlbum = 60;
-        bool bUnsaved = false; // a setter's value is not in the file yet
+        bool bUnsaved = false;     // a setter's value is not in the file yet
+        bool bNothingRead = false; // there is a file, and no line of it is a number
     };
 
     void AppendToLog(const std::wstring& sLines, DateTime dtFirst);

@@ -58,9 +58,13 @@ SavedFiles::Result SavedFiles::Replace(const std::wstring& sPath, Stamp lStamp, 
     const std::wstring sFolded = FoldCase(sPath);
     if (NewestOf(sPath) > lStamp)
         return Result::Overtaken;
-    if (!MakeWay(sPath, cAuthor, eUnseen, ePatience))
+    const State eState = StateOf(sPath, cAuthor);
+    if (eState == State::Known || !Exists(sPath))
+        ReplaceFile(m_cFiles, sPath, bytes, ePatience);
+    else if (eState != State::NotUnderstood && eUnseen == Unseen::LeaveAlone)
         return Result::LeftAlone;
-    ReplaceFile(m_cFiles, sPath, bytes, ePatience);
+    else
+        ReplaceUnknown(sPath, bytes, cAuthor, ePatience);
     MarkKnown(sFolded, cAuthor);
     m_colFiles[sFolded].lNewest = lStamp;
     return Result::Written;
@@ -86,16 +90,26 @@ void SavedFiles::Forget(Author cAuthor) noexcept
     m_colMarks.erase(first, last);
 }
 
-bool SavedFiles::MakeWay(const std::wstring& sPath, Author cAuthor, Unseen eUnseen, Patience ePatience)
+void SavedFiles::ReplaceUnknown(const std::wstring& sPath, std::string_view bytes, Author cAuthor,
+                                Patience ePatience)
 {
-    const State eState = StateOf(sPath, cAuthor);
-    if (eState == State::Known || !Exists(sPath))
-        return true;
-    if (eState != State::NotUnderstood && eUnseen == Unseen::LeaveAlone)
-        return false;
-    KeepAside(sPath, ePatience);
-    MarkKnown(FoldCase(sPath), cAuthor); // also when the save fails now: the next try needs no second copy
-    return true;
+    const std::wstring sCopy = CopyFor(sPath);
+    if (CopyTo(sPath, sCopy, ePatience))
+    {
+        MarkKnown(FoldCase(sPath), cAuthor); // also when the save fails: the next try needs no second copy
+        ReplaceFile(m_cFiles, sPath, bytes, ePatience);
+        return;
+    }
+    m_cFiles.Rename(sPath, sCopy, ePatience); // what cannot be read can still be put away whole
+    try
+    {
+        ReplaceFile(m_cFiles, sPath, bytes, ePatience);
+    }
+    catch (const RuntimeError&)
+    {
+        PutBack(sCopy, sPath, ePatience);
+        throw;
+    }
 }
 
 void SavedFiles::MarkKnown(const std::wstring& sFolded, Author cAuthor)
@@ -104,9 +118,8 @@ void SavedFiles::MarkKnown(const std::wstring& sFolded, Author cAuthor)
     m_colMarks.erase({cAuthor, sFolded});
 }
 
-void SavedFiles::KeepAside(const std::wstring& sPath, Patience ePatience)
+bool SavedFiles::CopyTo(const std::wstring& sPath, const std::wstring& sCopy, Patience ePatience)
 {
-    const std::wstring sCopy = CopyFor(sPath);
     std::string bytes;
     try
     {
@@ -114,10 +127,22 @@ void SavedFiles::KeepAside(const std::wstring& sPath, Patience ePatience)
     }
     catch (const RuntimeError&)
     {
-        m_cFiles.Rename(sPath, sCopy, ePatience); // what cannot be read can still be put away whole
-        return;
+        return false;
     }
     ReplaceFile(m_cFiles, sCopy, bytes, ePatience);
+    return true;
+}
+
+void SavedFiles::PutBack(const std::wstring& sCopy, const std::wstring& sPath, Patience ePatience) noexcept
+{
+    try
+    {
+        m_cFiles.Rename(sCopy, sPath, ePatience);
+    }
+    catch (const RuntimeError&)
+    {
+        // The content is in the copy.
+    }
 }
 
 std::wstring SavedFiles::CopyFor(const std::wstring& sPath) const

@@ -70,8 +70,9 @@ public:
     Stamp NewestOf(const std::wstring& sPath) const;
 
     // Replaces a file's content in one step. Content that cAuthor has not understood, or that nobody has seen
-    // (see Unseen), is kept as a numbered copy before. Throws when any of it fails: the old content is at its
-    // place or in a copy then. The next try keeps nothing aside again.
+    // (see Unseen), is kept as a numbered copy before; what cannot be read is renamed. Throws when any of it
+    // fails: the old content is at its place then, or in a copy when it cannot be put back. The next try
+    // makes no second copy.
     Result Replace(const std::wstring& sPath, Stamp lStamp, std::string_view bytes, Author cAuthor,
                    Unseen eUnseen = Unseen::KeepAside, Patience ePatience = Patience::UpToASecond);
     // Deletes a file when it is there. A save begun before does not bring it back, even when this throws.
@@ -88,10 +89,12 @@ private:
     };
     // Throws when it cannot be looked at.
     bool Exists(const std::wstring& sPath) const;
-    // Whether an unknown content may be replaced: there is none, or it is in a copy now.
-    bool MakeWay(const std::wstring& sPath, Author cAuthor, Unseen eUnseen, Patience ePatience);
+    void ReplaceUnknown(const std::wstring& sPath, std::string_view bytes, Author cAuthor,
+                        Patience ePatience);
+    // False: it cannot be read.
+    bool CopyTo(const std::wstring& sPath, const std::wstring& sCopy, Patience ePatience);
+    void PutBack(const std::wstring& sCopy, const std::wstring& sPath, Patience ePatience) noexcept;
     void MarkKnown(const std::wstring& sFolded, Author cAuthor);
-    void KeepAside(const std::wstring& sPath, Patience ePatience);
     std::wstring CopyFor(const std::wstring& sPath) const;
 
     Files& m_cFiles;

@@ -160,6 +160,7 @@ void MemoryFiles::Rename(const std::wstring& sFrom, const std::wstring& sTo, Pat
         throw RuntimeError(error::PathFileAccess);
     RequireChangeable(sTo);
     RequireChangeable(FolderOf(sTo));
+    RequireFree(sFrom, ePatience);
     RequireFree(sTo, ePatience);
     m_files.erase(Folded(sFrom));
     m_files[Folded(sTo)] = file;

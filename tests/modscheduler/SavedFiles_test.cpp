@@ -151,6 +151,23 @@ TEST_F(SavedFilesTest, WhatCannotBeReadIsPutAwayWhole)
     EXPECT_EQ(Bytes(sPath), "new");
 }
 
+TEST_F(SavedFilesTest, WhatWasPutAwayReturnsWhenTheSaveFails)
+{
+    // The first write is the one to the file itself: nothing else is written for what cannot be read.
+    for (const int lGood : {1, 2, 3, 4})
+    {
+        MemoryFiles cFiles{{sPath, "old"}};
+        cFiles.SetUnreadable(sPath, error::DeviceIo);
+        FailingFiles cFailing(cFiles, lGood);
+        SavedFiles cKeeper(cFailing);
+        EXPECT_THROW(cKeeper.Replace(sPath, cKeeper.Begin(), "new", cOne), RuntimeError);
+        EXPECT_EQ(cFiles.Get(sPath), "old");
+        EXPECT_FALSE(cFiles.FileExists(sBak));
+        EXPECT_EQ(cKeeper.Replace(sPath, cKeeper.Begin(), "new", cOne), Result::Written);
+        EXPECT_EQ(cFiles.Get(sBak), "old");
+    }
+}
+
 TEST_F(SavedFilesTest, OlderContentNeverReplacesNewer)
 {
     const SavedFiles::Stamp lOlder = cSaved.Begin();

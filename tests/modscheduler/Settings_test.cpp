@@ -155,6 +155,21 @@ TEST_F(SettingsTest, AnUnreadableFileGivesTheDefaultsAndIsNotOverwrittenUntilASe
     EXPECT_TRUE(cMod.SaveSettings());
 }
 
+TEST_F(SettingsTest, AFileWithoutANumberIsNotOverwrittenUntilASetterRuns)
+{
+    const std::wstring sBak = std::wstring(sFile) + L".bak";
+    Load("45");
+    EXPECT_FALSE(cMod.SaveSettings());
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "45");
+    cMod.SetGlobalAlbumSepMins(7);
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "60\r\n60\r\n7\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sBak), "45");
+    Load("45\r\nabc\r\n");
+    EXPECT_TRUE(cMod.SaveSettings()) << "one of its lines counts";
+    EXPECT_EQ(cPorts.cFiles.Get(sFile), "45\r\n60\r\n60\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(sBak + L"2"), "45\r\nabc\r\n");
+}
+
 TEST_F(SettingsTest, AFileThatCanBeReadAgainIsWrittenAgain)
 {
     cPorts.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
