@@ -47,7 +47,39 @@ void CarryOrder(const clsCat& cFrom, clsCat& cTo)
             CarryLevelOrder(*cSame->SchedCuts(), *cLevel->SchedCuts());
 }
 
+TextKey KeyOf(const clsCat& cMainCat) { return TextKey(CategoryKey(cMainCat.CatName(), 0)); }
+
+void CarryCreated(const SchedulerState& cState, CatCollection& colNew)
+{
+    for (const std::shared_ptr<clsCat>& cOld : *cState.colMainCats)
+    {
+        const std::wstring& sName = cOld->CatName();
+        if (cState.cCategoryList.IsInList(sName) || cState.cCategoryList.IsRemoved(sName) ||
+            colNew.Exists(KeyOf(*cOld)))
+            continue;
+        const auto cNew = std::make_shared<clsCat>(cState.cMod, sName, 0);
+        CarryOrder(*cOld, *cNew);
+        colNew.Add(KeyOf(*cOld), cNew);
+    }
+}
+
+void CarryDeleted(const SchedulerState& cState, CatCollection& colNew)
+{
+    for (const std::shared_ptr<clsCat>& cNew : Cats(colNew.begin(), colNew.end()))
+        if (cNew->TotalCuts() == 0 && !cState.MainCat(cNew->CatName()) &&
+            cState.cCategoryList.IsInList(cNew->CatName()))
+            colNew.Remove(KeyOf(*cNew));
+}
+
 } // namespace
+
+void CarryUnsavedCats(const SchedulerState& cState, CatCollection& colNew)
+{
+    if (!cState.cCategoryList.IsUnsaved(*cState.colMainCats))
+        return;
+    CarryCreated(cState, colNew);
+    CarryDeleted(cState, colNew);
+}
 
 void CarryNewerOrders(const SchedulerState& cState, const CatCollection& colNew)
 {

@@ -13,4 +13,9 @@ namespace ravlo
 // tree has are made; empty ones that it lacks are removed, since they were deleted here.
 void CarryNewerOrders(const SchedulerState& cState, const CatCollection& colNew);
 
+// Gives such a tree the main categories that were created since the list of categories was last saved, with
+// their levels, and takes out those without cuts that were deleted since: the list could not be saved.
+// Precondition: there is a present tree, and its list is the one that was read.
+void CarryUnsavedCats(const SchedulerState& cState, CatCollection& colNew);
+
 } // namespace ravlo

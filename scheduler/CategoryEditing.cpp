@@ -141,8 +141,8 @@ void CategoryEditing::SaveShuffled(const AffectedCats& cAffected)
     for (const std::wstring& sName : cAffected)
     {
         const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sName);
-        if (cMainCat && m_cState.cHistoryFiles.Save(cMainCat, {.bBoxes = false}) ==
-                            HistoryFiles::Saved::Failed)
+        if (cMainCat &&
+            m_cState.cHistoryFiles.Save(cMainCat, {.bBoxes = false}) == HistoryFiles::Saved::Failed)
             m_cState.cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, sProgramTitle,
                               L"Failed to save cat history and ordering for: " + sName);
     }

@@ -4,6 +4,8 @@
 #include "base/CaseFolding.h"
 #include "base/Text.h"
 
+#include <algorithm>
+
 namespace ravlo
 {
 
@@ -95,19 +97,24 @@ bool CategoryList::SaveCatNames(const CatCollection* colMainCats, const std::wst
     return TrapCritical(m_cMod, L"Error in SaveCatNames [cSchedMan]", false, [&] {
         if (!colMainCats || sAppPath.empty())
             return false;
-        m_cMod.FlushDebugLog();
-        SavedFiles& cSaved = m_cMod.Saved();
-        const SavedFiles::Stamp lStamp = cSaved.Begin();
-        Version cNew = LastOf(sAppPath + sListFile);
-        const std::string added = MergeOthers(*colMainCats, cNew);
-        ForgetRemovedWithoutCategory(*colMainCats, cNew);
-        cNew.own = OwnNamesOf(*colMainCats, cNew.colRemoved);
-        for (const std::wstring& sName : cNew.own.colLeftOut)
-            m_cMod.WriteDebugLog(L"The category list cannot hold the name: " + sName);
-        cSaved.Replace(cNew.sPath, lStamp, cNew.own.bytes + added, this);
-        m_cLast = std::move(cNew);
+        Write(*colMainCats, sAppPath);
         return true;
     });
+}
+
+void CategoryList::Write(const CatCollection& colMainCats, const std::wstring& sAppPath)
+{
+    m_cMod.FlushDebugLog();
+    SavedFiles& cSaved = m_cMod.Saved();
+    const SavedFiles::Stamp lStamp = cSaved.Begin();
+    Version cNew = LastOf(sAppPath + sListFile);
+    const std::string added = MergeOthers(colMainCats, cNew);
+    ForgetRemovedWithoutCategory(colMainCats, cNew);
+    cNew.own = OwnNamesOf(colMainCats, cNew.colRemoved);
+    for (const std::wstring& sName : cNew.own.colLeftOut)
+        m_cMod.WriteDebugLog(L"The category list cannot hold the name: " + sName);
+    cSaved.Replace(cNew.sPath, lStamp, cNew.own.bytes + added, this);
+    m_cLast = std::move(cNew);
 }
 
 void CategoryList::SaveChangedCatNames(const CatCollection& colMainCats, const std::wstring& sAppPath)
@@ -115,6 +122,34 @@ void CategoryList::SaveChangedCatNames(const CatCollection& colMainCats, const s
     const Version cLast = LastOf(sAppPath + sListFile);
     if (OwnNamesOf(colMainCats, cLast.colRemoved).bytes != cLast.own.bytes)
         SaveCatNames(&colMainCats, sAppPath);
+}
+
+void CategoryList::SaveBeforeReading(const CatCollection& colMainCats, const std::wstring& sAppPath)
+{
+    try
+    {
+        if (IsUnsaved(colMainCats))
+            Write(colMainCats, sAppPath);
+    }
+    catch (...)
+    {
+        m_cMod.LogError(L"SaveCatNames", CurrentError());
+    }
+}
+
+bool CategoryList::IsUnsaved(const CatCollection& colMainCats) const
+{
+    Names colOwn;
+    for (const std::shared_ptr<clsCat>& cMainCat : colMainCats)
+    {
+        const std::wstring& sName = cMainCat->CatName();
+        if (cMainCat->TotalCuts() == 0 && !IsInList(sName) && !IsRemoved(sName))
+            return true;
+        colOwn.insert(Folded(sName));
+    }
+    const Names& colListed = m_cLast.own.colNames;
+    return std::any_of(colListed.begin(), colListed.end(),
+                       [&](const std::wstring& sName) { return colOwn.count(sName) == 0; });
 }
 
 CategoryList::Version CategoryList::LastOf(const std::wstring& sPath) const
@@ -127,7 +162,6 @@ void CategoryList::Created(const std::wstring& sCatName)
     const std::wstring sFolded = Folded(sCatName);
     m_cLast.own.colNames.erase(sFolded);
     m_cLast.colRemoved.erase(sFolded);
-    m_cLast.colDeleted.erase(sFolded);
 }
 
 void CategoryList::Deleted(const std::wstring& sCatName) { m_cLast.colDeleted.insert(Folded(sCatName)); }

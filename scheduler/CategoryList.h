@@ -41,8 +41,22 @@ public:
     // removed, except those of categories that hold cuts. False without colMainCats or sAppPath (nothing is
     // written), or on an error, which is shown.
     bool SaveCatNames(const CatCollection* colMainCats, const std::wstring& sAppPath);
-    // The same, only when this manager's names are others than those it has read or written last.
+    // As SaveCatNames, only when this manager's names are others than those it has read or written last.
     void SaveChangedCatNames(const CatCollection& colMainCats, const std::wstring& sAppPath);
+    // Whether a reading would lose a category without cuts, or bring back one that was deleted here.
+    bool IsUnsaved(const CatCollection& colMainCats) const;
+    // Saves the names when they are unsaved. An error is only logged.
+    void SaveBeforeReading(const CatCollection& colMainCats, const std::wstring& sAppPath);
+    // Whether this manager has read the name in the list, or written it, and not changed that since.
+    bool IsInList(const std::wstring& sCatName) const
+    {
+        return m_cLast.own.colNames.count(Folded(sCatName)) != 0;
+    }
+    // Whether another program has removed the name.
+    bool IsRemoved(const std::wstring& sCatName) const
+    {
+        return m_cLast.colRemoved.count(Folded(sCatName)) != 0;
+    }
 
     // Call when a main category is created or deleted here: what another program did to the name before no
     // longer counts. A name deleted here is not merged again until the next population.
@@ -79,6 +93,7 @@ private:
     };
 
     List Parse(const std::string& bytes) const;
+    void Write(const CatCollection& colMainCats, const std::wstring& sAppPath);
     OwnNames OwnNamesOf(const CatCollection& colMainCats, const Names& colRemoved) const;
     std::string MergeOthers(const CatCollection& colMainCats, Version& cLast);
     void ForgetRemovedWithoutCategory(const CatCollection& colMainCats, Version& cLast) const;

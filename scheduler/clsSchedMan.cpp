@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/clsSchedMan.h"
 
+#include "base/CaseFolding.h"
 #include "base/Text.h"
 #include "scheduler/CutAssignment.h"
 #include "scheduler/MassChange.h"
@@ -30,7 +31,7 @@ clsSchedMan::~clsSchedMan()
         my.cHistoryFiles.RetryAll(*my.colMainCats);
         // The settings are the library's: when another manager has moved it to another folder since, they are
         // that one's.
-        if (my.sAppPath == my.cMod.ServedPath())
+        if (EqualIgnoringCase(my.sAppPath, my.cMod.ServedPath()))
             my.cMod.SaveSettings();
     }
     catch (...)

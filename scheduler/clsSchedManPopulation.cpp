@@ -54,7 +54,10 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     } const cPopulating(my.bPopulating);
     // The files are about to be read again: they must hold the newest orders.
     if (const std::shared_ptr<CatCollection> colPresent = my.colMainCats)
+    {
         my.cHistoryFiles.SavePending(*colPresent);
+        my.cCategoryList.SaveBeforeReading(*colPresent, my.sAppPath);
+    }
     // Remembered: another manager may move the library while messages are pumped.
     FolderMove cMove(my.cMod, strAppPath);
     const std::wstring& sAppPath = cMove.AppPath();
@@ -70,6 +73,10 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     DeleteOldTemporaryFiles(my.cMod.Ports().cFiles, sAppPath);
     const bool bSameFolder = EqualIgnoringCase(sAppPath, my.sAppPath);
     const bool bMarked = bSameFolder && my.cMark;
+    if (const std::shared_ptr<CatCollection> colPresent = my.colMainCats;
+        colPresent && !bSameFolder && my.cCategoryList.IsUnsaved(*colPresent))
+        my.cCategoryList.SaveCatNames(colPresent.get(),
+                                      my.sAppPath); // the last occasion: shown when it fails
     std::unique_ptr<HeldFile> cMark = bMarked ? nullptr : MarkStationOrLog(my.cMod, sAppPath);
     std::shared_ptr<CatCollection> colNew = BuildTree(cDataBase, cPopulation, sAppPath, bSameFolder);
     // From here on nobody else runs before the new tree is in use.
@@ -110,7 +117,10 @@ std::shared_ptr<CatCollection> clsSchedMan::BuildTree(const std::shared_ptr<ravl
         my.cSync.Follow(cDataBase, weak_from_this());
         std::shared_ptr<CatCollection> colNew = cPopulation.Build(*cDataBase, sAppPath);
         if (bSameFolder)
+        {
             CarryNewerOrders(my, *colNew);
+            CarryUnsavedCats(my, *colNew);
+        }
         else if (my.colMainCats)
             my.cHistoryFiles.LeaveFolder(*my.colMainCats);
         return colNew;

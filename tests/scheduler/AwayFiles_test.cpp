@@ -305,6 +305,79 @@ TEST_F(SharedListTest, ARemovedNameThatIsCreatedAgainIsSaved)
     EXPECT_NE(MainCat(L"Soul"), nullptr);
 }
 
+TEST_F(SharedListTest, ARemovedNameThatIsDeletedAndCreatedIsSaved)
+{
+    const auto recreate = [&] { // deleted while the list cannot be saved
+        cPorts.cFiles.SetReadOnly(sMainCatsPath);
+        EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Soul")}));
+        cPorts.cFiles.Put(sMainCatsPath, "\r\nRock");
+        cPorts.cFiles.SetReadOnly(sMainCatsPath, false);
+        std::wstring sName = L"Soul";
+        EXPECT_TRUE(cLib.cSchedMan->CreateMainCat(sName));
+        EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul");
+    };
+    recreate(); // removed after the deletion
+    cPorts.cFiles.Put(sMainCatsPath, "\r\nRock");
+    ASSERT_TRUE(cLib.cSchedMan->SaveCatNames());
+    EXPECT_EQ(Get(sMainCatsPath), "\r\nRock");
+    recreate(); // removed, as this manager knows, before it
+}
+
+TEST_F(SharedListTest, CategoriesWhoseListCouldNotBeSavedSurviveAReload)
+{
+    for (const bool bFree : {false, true}) // while it is locked, or when it is free again
+    {
+        cPorts.cFiles.SetReadOnly(sMainCatsPath);
+        std::wstring sName = bFree ? L"Jazz" : L"Blues";
+        EXPECT_TRUE(cLib.cSchedMan->CreateMainCat(sName));
+        if (!bFree)
+        {
+            EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Soul")}));
+        }
+        cPorts.cFiles.SetReadOnly(sMainCatsPath, !bFree);
+        boxes.clear();
+        cLib.Populate();
+        EXPECT_EQ(boxes, Boxes());
+        EXPECT_EQ(cLib.MainCatNames(),
+                  bFree ? (Lines{L"Rock", L"Blues", L"Jazz"}) : (Lines{L"Rock", L"Blues"}));
+        EXPECT_NE(Level(sName, 1), nullptr);
+    }
+    EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nBlues\r\nJazz");
+    Restart();
+    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"Blues", L"Jazz"}));
+}
+
+TEST_F(SharedListTest, AListThatAMoveCannotSaveIsShown)
+{
+    cPorts.cFiles.SetReadOnly(sMainCatsPath);
+    std::wstring sName = L"Jazz";
+    EXPECT_TRUE(cLib.cSchedMan->CreateMainCat(sName));
+    boxes.clear();
+    cPorts.cFiles.MakeFolders(L"C:\\Other");
+    cLib.Populate(L"C:\\Other");
+    EXPECT_EQ(boxes, Boxes{CriticalBox(L"Error in SaveCatNames [cSchedMan]", CriticalText(75))});
+    EXPECT_EQ(MainCat(L"Jazz"), nullptr) << "it is not carried into another folder";
+}
+
+TEST_F(SharedListTest, ACategoryThatOnlyAnAnnouncementMadeSurvivesAReload)
+{
+    const auto cCut = Add(L"new", L"Folk");
+    Added({cCut});
+    cCut->SetCategoryText(L"Rock");
+    Modified({cCut});
+    cLib.Populate();
+    EXPECT_NE(MainCat(L"Folk"), nullptr);
+}
+
+TEST_F(SharedListTest, TheSettingsOfAFolderSpelledOtherwiseAreSavedAtTheEnd)
+{
+    auto cOther = std::make_shared<clsSchedMan>(cLib.cMod);
+    cOther->PopulateFromDataBase(cLib.cDataBase, L"c:\\RADIO");
+    cPorts.cFiles.Delete(sSettingsPath);
+    End();
+    EXPECT_EQ(Get(sSettingsPath), "10\r\n20\r\n30\r\n");
+}
+
 TEST_F(SharedListTest, ACategoryDeletedAfterAnUnreadListIsNotMergedBack)
 {
     cPorts.cFiles.SetAway(L"C:\\Radio\\Scheduler", error::PathNotFound);

@@ -204,6 +204,19 @@ public:
             if (colUnsaved.count(Lower(pMain->sName)) != 0)
                 Save(*pMain);
     }
+    // So is the list, when it lacks a category without cuts, which nothing else would bring back.
+    void SaveListBeforeReading()
+    {
+        const auto IsLost = [&](const auto& pMain) {
+            return std::all_of(pMain->colLevels.begin(), pMain->colLevels.end(),
+                               [](const auto& level) { return level.second.empty(); }) &&
+                   std::none_of(colList.begin(), colList.end(), [&](const std::wstring& sName) {
+                       return Lower(sName) == Lower(pMain->sName);
+                   });
+        };
+        if (std::any_of(colMains.begin(), colMains.end(), IsLost))
+            SaveList();
+    }
     // A restart has no tree to take the orders from when a file cannot be applied in full.
     void Restart()
     {
@@ -1164,6 +1177,7 @@ private:
     {
         CompareFiles();
         m_ref.SaveUnsaved();
+        m_ref.SaveListBeforeReading();
         Populate();
         m_ref.Reload();
     }

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <utility>
 
@@ -206,6 +207,24 @@ TEST_F(ReloadTest, WhatAMoveCouldNotSaveYieldsToNewerOrders)
     cLibrary.cSchedMan->SetEvents(nullptr);
     cLibrary.cSchedMan.reset();
     EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Rock")), newer);
+}
+
+TEST_F(ReloadTest, AnInterruptedChangeIsLoggedOnce)
+{
+    cPorts.cFiles.Put(SifPath(L"Rock"), SifMarker(1) + cPorts.cFiles.Get(SifPath(L"Rock")));
+    const auto interruptions = [&] {
+        const Lines colLog = cPorts.LogMessages();
+        return std::count_if(colLog.begin(), colLog.end(), [](const std::wstring& sLine) {
+            return sLine.find(L"interrupted") != std::wstring::npos;
+        });
+    };
+    Reload();
+    Reload();
+    EXPECT_EQ(interruptions(), 1);
+    EXPECT_TRUE(cLibrary.cSchedMan->SaveHistoryAndOrdering(nullptr));
+    cPorts.cFiles.Put(SifPath(L"Rock"), SifMarker(1) + cPorts.cFiles.Get(SifPath(L"Rock")));
+    Reload();
+    EXPECT_EQ(interruptions(), 2) << "another one";
 }
 
 // ---- files that cannot be read, or not be written, during a reload
