@@ -4,7 +4,6 @@
 #include "modscheduler/ModScheduler.h"
 
 #include <utility>
-#include <vector>
 
 namespace ravlo
 {
@@ -23,8 +22,15 @@ std::optional<DateTime> StoredTimeOf(const Cut& cCut)
     }
     catch (...)
     {
-        return std::nullopt; // not compared later, then
+        return std::nullopt;
     }
+}
+
+void WriteIfLater(Cut& cCut, DateTime dtPlayed)
+{
+    const std::optional<DateTime> dtStored = StoredTimeOf(cCut);
+    if (!dtStored || *dtStored < dtPlayed)
+        cCut.SetLastPlayed(dtPlayed);
 }
 
 } // namespace
@@ -36,12 +42,15 @@ DateTime PendingPlayTimes::TimeOf(const Cut& cCut) const
         if (const Pending* pPending = m_colPending.Find(cCut.Key()))
             return pPending->dtPlayed;
     }
+    for (const Left& left : m_colLeft)
+        if (left.pending.cCut.get() == &cCut)
+            return left.pending.dtPlayed;
     return cCut.LastPlayed();
 }
 
 bool PendingPlayTimes::IsDue() const noexcept
 {
-    return m_colPending.Empty() || m_cClock.TickCount() - m_lRefusedAt >= lMillisecondsBetweenTries;
+    return Count() == 0 || m_cClock.TickCount() - m_lRefusedAt >= lMillisecondsBetweenTries;
 }
 
 std::optional<RuntimeError> PendingPlayTimes::Write(const std::shared_ptr<Cut>& cCut, DateTime dtPlayed,
@@ -70,7 +79,7 @@ std::optional<RuntimeError> PendingPlayTimes::Write(const std::shared_ptr<Cut>& 
 
 void PendingPlayTimes::Keep(const TextKey& cKey, const std::shared_ptr<Cut>& cCut, DateTime dtPlayed)
 {
-    Pending pending{cCut, dtPlayed, StoredTimeOf(*cCut)};
+    Pending pending{cCut, dtPlayed};
     if (Pending* pEarlier = m_colPending.Find(cKey))
         *pEarlier = std::move(pending);
     else
@@ -80,7 +89,7 @@ void PendingPlayTimes::Keep(const TextKey& cKey, const std::shared_ptr<Cut>& cCu
 std::optional<RuntimeError> PendingPlayTimes::WriteAll(const DataBase& cDataBase, std::size_t mostRefusals)
 {
     std::optional<RuntimeError> cRefusal;
-    if (m_bWriting || m_colPending.Empty())
+    if (m_bWriting || Count() == 0)
         return cRefusal;
     struct Writing
     {
@@ -106,8 +115,26 @@ std::optional<RuntimeError> PendingPlayTimes::WriteAll(const DataBase& cDataBase
             m_colPending.SendToBack(cKey);
             m_lRefusedAt = m_cClock.TickCount();
             if (++refusals >= mostRefusals)
-                break;
+                return cRefusal;
         }
+    }
+    for (Left& left : std::exchange(m_colLeft, {}))
+    {
+        try
+        {
+            if (refusals < mostRefusals)
+            {
+                WriteIfLater(*OwnOf(left, cDataBase), left.pending.dtPlayed);
+                continue;
+            }
+        }
+        catch (...)
+        {
+            cRefusal = CurrentError();
+            m_lRefusedAt = m_cClock.TickCount();
+            ++refusals;
+        }
+        m_colLeft.push_back(std::move(left));
     }
     return cRefusal;
 }
@@ -123,11 +150,35 @@ void PendingPlayTimes::WriteOne(const TextKey& cKey, const DataBase& cDataBase)
     std::shared_ptr<Cut> cOwn = cDataBase.CutByKey(cKey);
     if (!cOwn)
         cOwn = pending.cCut;
-    if (!pending.dtStored || cOwn->LastPlayed() == *pending.dtStored)
-        cOwn->SetLastPlayed(pending.dtPlayed);
+    WriteIfLater(*cOwn, pending.dtPlayed);
     pPending = m_colPending.Find(cKey);
     if (pPending && pPending->dtPlayed == pending.dtPlayed)
         m_colPending.Remove(cKey);
+}
+
+void PendingPlayTimes::Leave(const std::shared_ptr<const DataBase>& cLeft)
+{
+    for (std::size_t i = 0; i < m_colPending.Count(); ++i)
+        m_colLeft.push_back({*m_colPending.KeyAt(i), m_colPending.At(i), cLeft});
+    m_colPending.Clear();
+}
+
+// A database that cannot even be asked is closed. The present one may be the same one opened again; another
+// library's cut of the same key has another number.
+std::shared_ptr<Cut> PendingPlayTimes::OwnOf(const Left& left, const DataBase& cPresent)
+{
+    try
+    {
+        std::shared_ptr<Cut> cOwn = left.cDataBase->CutByKey(left.cKey);
+        return cOwn ? cOwn : left.pending.cCut;
+    }
+    catch (...)
+    {
+        std::shared_ptr<Cut> cSame = cPresent.CutByKey(left.cKey);
+        if (!cSame || cSame->ID() != left.pending.cCut->ID())
+            throw;
+        return cSame;
+    }
 }
 
 } // namespace ravlo

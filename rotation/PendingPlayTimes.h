@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace ravlo
 {
@@ -22,7 +23,7 @@ class PendingPlayTimes
 public:
     explicit PendingPlayTimes(const Clock& cClock) noexcept : m_cClock(cClock) {}
 
-    std::size_t Count() const noexcept { return m_colPending.Count(); }
+    std::size_t Count() const noexcept { return m_colPending.Count() + m_colLeft.size(); }
 
     // When the cut last played: the pending time of its key, else the cut's own. Errors of the cut are
     // thrown.
@@ -34,16 +35,24 @@ public:
     [[nodiscard]] std::optional<RuntimeError> Write(const std::shared_ptr<Cut>& cCut, DateTime dtPlayed,
                                                     const DataBase& cDataBase);
 
-    // Tries to write every pending time at once; gives up after lMostRefusals. A time is dropped when the cut
-    // was given another one since: that is the newer play. Returns the last refusal.
+    // Tries to write every pending time at once; gives up after mostRefusals. A time is dropped when the cut
+    // has a later one by now. Returns the last refusal.
     [[nodiscard]] std::optional<RuntimeError> WriteAll(const DataBase& cDataBase, std::size_t mostRefusals);
+
+    // Another database is in use from now on. What is pending is for cLeft, whatever keys the other one has.
+    void Leave(const std::shared_ptr<const DataBase>& cLeft);
 
 private:
     struct Pending
     {
         std::shared_ptr<Cut> cCut;
         DateTime dtPlayed = 0;
-        std::optional<DateTime> dtStored; // what the cut said when it refused; nothing when it was unreadable
+    };
+    struct Left
+    {
+        TextKey cKey;
+        Pending pending;
+        std::shared_ptr<const DataBase> cDataBase;
     };
 
     bool IsDue() const noexcept;
@@ -51,9 +60,12 @@ private:
     // Writes one time, or drops it. Errors of the database are thrown; the time is pending still.
     void WriteOne(const TextKey& cKey, const DataBase& cDataBase);
 
+    static std::shared_ptr<Cut> OwnOf(const Left& left, const DataBase& cPresent);
+
     const Clock& m_cClock;
     OrderedKeyedCollection<Pending>
-        m_colPending;               // refused ones go to the back, so that none hinders the others
+        m_colPending; // of the database in use; refused ones go to the back, so that none hinders the others
+    std::vector<Left> m_colLeft;    // of others
     std::uint32_t m_lRefusedAt = 0; // tick of the last refusal
     bool m_bWriting = false; // a database may call back while it writes: that call leaves the others alone
 };

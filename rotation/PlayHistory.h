@@ -48,6 +48,8 @@ public:
     std::size_t PendingTimes() const noexcept { return m_cTimes.Count(); }
     // Tries to write them now and reports refusals.
     void WritePendingTimes(const DataBase& cDataBase);
+    // Another database is in use from now on: the pending times are still for cLeft.
+    void Leave(const std::shared_ptr<const DataBase>& cLeft) { m_cTimes.Leave(cLeft); }
 
 private:
     using Plays = std::unordered_map<TextKey, std::shared_ptr<Cut>>;

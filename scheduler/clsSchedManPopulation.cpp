@@ -81,6 +81,8 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     std::shared_ptr<CatCollection> colNew = BuildTree(cDataBase, cPopulation, sAppPath, bSameFolder);
     // From here on nobody else runs before the new tree is in use.
     my.colMainCats = std::move(colNew);
+    if (my.cDataBase && my.cDataBase != cDataBase)
+        my.cPlayHistory.Leave(my.cDataBase);
     my.cDataBase = cDataBase;
     my.cPlacedCuts = std::move(cPlacedCuts);
     ++my.populations;

@@ -330,6 +330,56 @@ TEST_F(PendingTimesTest, TimeThatOthersSetSinceIsKept)
     EXPECT_EQ(cHistory.PendingTimes(), 0u);
 }
 
+TEST_F(PendingTimesTest, EarlierTimeThatOthersSetSinceIsReplaced)
+{
+    const auto cCut = AddRefusing(1);
+    Play(*cCut, dtNoon);
+    cCut->failing.clear();
+    cCut->SetLastPlayed(dtNoon - 1);
+    cHistory.WritePendingTimes(cDataBase);
+    EXPECT_EQ(cCut->LastPlayed(), dtNoon);
+}
+
+TEST_F(PendingTimesTest, TimeOfADatabaseThatWasLeftGoesToNoOther)
+{
+    const auto cLeft = std::make_shared<FakeDataBase>();
+    const auto cCut = cLeft->Add(L"1", L"Rock", 1);
+    cCut->failing.insert("SetLastPlayed");
+    cHistory.Record(*PlayOf(*cCut->CloneCut(), dtNoon), *cLeft);
+    cHistory.Leave(cLeft);
+    const auto cOther = cDataBase.Add(L"1", L"Rock", 1);
+    cHistory.WritePendingTimes(cDataBase);
+    EXPECT_EQ(cOther->LastPlayed(), 0);
+    EXPECT_EQ(cHistory.TimeOf(*cCut), dtNoon) << "separations are measured from it";
+    EXPECT_EQ(cHistory.TimeOf(*cOther), 0);
+    cClock.Advance(lSecond);
+    Play(*cOther, dtNoon + 1);
+    EXPECT_EQ(cHistory.PendingTimes(), 1u);
+    cCut->failing.clear();
+    cHistory.WritePendingTimes(cDataBase);
+    EXPECT_EQ(cCut->LastPlayed(), dtNoon);
+    EXPECT_EQ(cOther->LastPlayed(), dtNoon + 1);
+    EXPECT_EQ(cHistory.PendingTimes(), 0u);
+}
+
+TEST_F(PendingTimesTest, ClosedDatabaseThatIsOpenedAgainTakesTheTime)
+{
+    const auto cClosed = std::make_shared<FakeDataBase>();
+    const auto cCut = cClosed->Add(L"1", L"Rock", 1);
+    cCut->failing.insert("SetLastPlayed");
+    cHistory.Record(*PlayOf(*cCut->CloneCut(), dtNoon), *cClosed);
+    cHistory.Leave(cClosed);
+    cClosed->bFails = true;
+    const auto cReopened = cDataBase.Add(L"1", L"Rock", 1);
+    cReopened->lID = 7;
+    cHistory.WritePendingTimes(cDataBase);
+    EXPECT_EQ(cReopened->LastPlayed(), 0) << "another cut of the same key";
+    cReopened->lID = cCut->lID;
+    cHistory.WritePendingTimes(cDataBase);
+    EXPECT_EQ(cReopened->LastPlayed(), dtNoon);
+    EXPECT_EQ(cHistory.PendingTimes(), 0u);
+}
+
 TEST_F(PendingTimesTest, TimeGoesToTheObjectTheDatabaseHasNow)
 {
     const auto cOld = AddRefusing(1);

@@ -336,6 +336,19 @@ TEST_F(RefusedPlaysTest, ErrorIsShownOnceThenLogged)
     EXPECT_EQ(cSchedMan->PendingPlayTimes(), 2u);
 }
 
+TEST_F(RefusedPlaysTest, AnotherDatabaseIsNotGivenWhatIsPending)
+{
+    Refuse(true);
+    Play(cFirst, 45000.5);
+    cLibrary.cDataBase = std::make_shared<FakeDataBase>();
+    const auto cSameKey = cLibrary.cDataBase->Add(cFirst->Key().Text(), L"Rock", 1);
+    cLibrary.Populate();
+    Refuse(false);
+    cSchedMan->SaveHistoryAndOrdering(nullptr);
+    EXPECT_EQ(cFirst->LastPlayed(), 45000.5);
+    EXPECT_EQ(cSameKey->LastPlayed(), 0);
+}
+
 TEST_F(RefusedPlaysTest, PopulationSavingAndTheEndWriteWhatIsPending)
 {
     const std::function<void()> colOccasions[] = {
