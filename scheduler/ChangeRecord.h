@@ -33,8 +33,10 @@ struct ChangeRecord
         std::vector<TextKey> colKeys; // in rotation order
     };
 
-    std::vector<Cut> colCuts;         // each that was changed, once
-    std::vector<Order> colOrders;     // each level that a cut has joined, left or changed place in, once
+    std::vector<Cut> colCuts; // each that was changed, once
+    // Each level that a cut has joined, left or changed place in, once. It costs a copy of the level's keys,
+    // which share their texts: two pointers a cut.
+    std::vector<Order> colOrders;
     std::vector<Category> colMade;    // by the change, in this order
     std::vector<Category> colDeleted; // likewise
 };

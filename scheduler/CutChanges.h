@@ -22,13 +22,13 @@
 namespace ravlo
 {
 
-// One unit of work that changes where cuts stand: the only place that knows in which order notifications are
-// held, a batch is begun and committed, a cut is tried and put back, progress is told, messages are pumped,
-// run times are recalculated, orders are saved and errors are reported.
+// One unit of work that changes where cuts are placed. It alone knows the order in which notifications are
+// held, a batch is begun and committed, a cut is tried and put back, progress is reported, messages are
+// pumped, run times are recalculated, orders are saved and errors are reported.
 //
 // A change of the scheduler's own is made on the database's own cuts, each whole or not at all, in batches
 // where the database offers them. No batch is open while others run: it is committed before each report. When
-// the database refuses one, its cuts stand again where they stood, and the work goes on.
+// the database refuses one, its cuts return to where they were, and the work continues.
 //
 // A change that the database has announced is only followed: it is neither batched nor put back, and as much
 // of it is kept as could be done.
@@ -40,7 +40,7 @@ namespace ravlo
 // interrupted.
 //
 // Without Finish, as after an exception, what is not committed is undone; what is committed stays and is
-// saved without a word.
+// saved without a box.
 class CutChanges
 {
 public:
@@ -68,8 +68,8 @@ public:
     };
     using Change = std::function<void(const std::shared_ptr<Cut>& cCut, std::size_t at)>;
     // Changes each cut, which change receives with its position in colCuts, and commits. Null is passed over.
-    // What change throws is gathered, and the others go on. Returns the number of cuts that were tried. What
-    // is touched is recalculated at the end.
+    // What change throws is gathered, and the other cuts follow. Returns the number of cuts that were tried.
+    // What is touched is recalculated at the end.
     std::size_t Run(const Cuts& colCuts, const Change& change, const Rhythm& rhythm);
     // As Run for a single cut, whose failure is reported without a count.
     void RunOne(const std::shared_ptr<Cut>& cCut, const Change& change, const Rhythm& rhythm);
@@ -77,12 +77,12 @@ public:
     // ---- what a change is made of
 
     // Places a cut into a level, or into a main category's level of the cut's own number, which is made when
-    // missing and goes again when the placement fails. True when the cut has joined; else it stood there
+    // missing and goes again when the placement fails. True when the cut has joined; else it was there
     // already, or its number is no level's, which is shown.
     bool Place(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cInto);
     // As Place, but a cut that is there already moves to the end.
     void PlaceLast(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat);
-    // Places a cut into the main category of that name, which is touched when the cut stands there
+    // Places a cut into the main category of that name, which is touched when the cut is in it
     // afterwards. A name that is not in the tree is refused with a box.
     void AddCutToCategory(const std::shared_ptr<Cut>& cCut, const std::wstring& sCatName);
     // As AddCutToCategory for each of the cut's names, making the main categories that are missing. Nothing
@@ -96,7 +96,7 @@ public:
     // level of the same main category holds the cut. False when the level did not hold it.
     bool TakeOut(const std::shared_ptr<Cut>& cCut, const SchedulerState::Place& place);
     // Brings the tree in line with a cut whose names or level are not those it was placed under, or which
-    // does not stand where they say. Nothing happens before the first population.
+    // is not where they say. Nothing happens before the first population.
     void ModifyCut(const std::shared_ptr<Cut>& cCut);
     // Places a cut whose key has changed since it was placed under cKey, its present one, and touches what
     // that concerns, also when the change of the cut is put back. Run does it for changes of the scheduler's

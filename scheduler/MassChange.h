@@ -42,8 +42,8 @@ private:
     {
         std::int32_t lLevel;
         std::vector<SchedulerState::Place> colLeaves;
-        Cats colStays; // main categories in which it stands at that level already
-        Cats colJoins; // main categories in which it comes to the end of that level
+        Cats colStays; // main categories in which it is at that level already
+        Cats colJoins; // main categories in which it moves to the end of that level
         std::vector<std::wstring> colNamesLost;
     };
 
