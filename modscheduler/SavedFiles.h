@@ -22,7 +22,7 @@ class SavedFiles
 public:
     // The moment at which the content of a save was taken; a later one is greater.
     using Stamp = std::uint64_t;
-    // Whoever reads a file and saves it later, by its address. What one has read, another may not have.
+    // Who reads a file and saves it later, by address. What one author has read, another may not have.
     using Author = const void*;
 
     // What an author knows of a file.
@@ -57,10 +57,10 @@ public:
     // when it cannot be looked at or read: it is not seen then, never absent.
     std::optional<std::string> Read(const std::wstring& sPath, Author cAuthor,
                                     Patience ePatience = Patience::UpToASecond);
-    // The same for somebody who saves nothing: remembers nothing.
+    // As Read, for a caller that saves nothing: remembers nothing.
     std::optional<std::string> Peek(const std::wstring& sPath,
                                     Patience ePatience = Patience::UpToASecond) const;
-    // What cAuthor has read last is of no use to it, in full or in part.
+    // cAuthor could not use what it has read last, or not all of it.
     void NotUnderstood(const std::wstring& sPath, Author cAuthor);
     State StateOf(const std::wstring& sPath, Author cAuthor) const;
 
@@ -78,7 +78,7 @@ public:
     // Deletes a file when it is there. A save begun before does not bring it back, even when this throws.
     void Delete(const std::wstring& sPath, Author cAuthor);
 
-    // An author has come to its end.
+    // Forgets what an author knows. Call when it ends: the next one may get its address.
     void Forget(Author cAuthor) noexcept;
 
 private:

@@ -30,8 +30,8 @@ public:
     // shown and ends the reading; the names read so far come back. Never null. Has no effect on later saves.
     std::shared_ptr<NameCollection> GetSavedCatNames();
 
-    // The same of the list under sAppPath, for the tree that a population builds. When that tree is put to
-    // use, Serve makes this reading the one that saves are compared with.
+    // As GetSavedCatNames, of the list under sAppPath, for the tree that a population builds. Serve puts that
+    // tree to use: later saves are compared with this reading.
     std::shared_ptr<NameCollection> ReadForTree(const std::wstring& sAppPath);
     void Serve() { m_cLast = m_cRead; }
 

@@ -57,7 +57,7 @@ inline bool AreOrderRecords(std::string_view bytes) noexcept { return bytes.size
 // The record at the front of bytes, which hold one at least.
 OrderRecord FirstOrderRecord(std::string_view bytes);
 
-// What a path becomes in a record's field, without the blanks at its ends: by it a cut is found again.
+// What a path becomes in a record's field, without the blanks at its ends. Cuts are found again by it.
 std::string OrderPathField(const CodePage& cCodePage, const std::wstring& sPath);
 
 } // namespace ravlo

@@ -14,8 +14,8 @@ namespace ravlo
 namespace
 {
 
-// The new order of one level. Every cut that is named is put at the end; the others stay in front as they
-// stand.
+// The new order of one level. Every cut that a record names is put at the end; the others stay in front, in
+// their present order.
 class LevelOrder
 {
 public:
@@ -47,10 +47,10 @@ private:
     const CodePage& m_cCodePage;
     std::shared_ptr<clsCat> m_cSubCat;
     std::shared_ptr<CutCollection> m_colCuts;
-    // Positions of the cuts named so far, in order; lNowhere where one has moved on.
+    // Positions of the cuts named so far, in order; nowhere for a cut that a later record names again.
     std::vector<std::size_t> m_colPlaced;
-    std::vector<std::size_t> m_colPlaceOf; // by position: index into m_colPlaced, or lNowhere
-    // By path field; made when a record cannot be told by its exact path.
+    std::vector<std::size_t> m_colPlaceOf; // by position: index into m_colPlaced, or nowhere
+    // By path field; made when no cut has the exact path of a record.
     std::unordered_map<std::string, Alike> m_colAlike;
     bool m_bIndexed = false;
 };
@@ -66,7 +66,7 @@ void LevelOrder::Place(std::size_t position)
 void LevelOrder::Take(std::string_view field)
 {
     const std::wstring sPath = m_cCodePage.Decode(field);
-    // Cuts that stood together mostly stand together still, so the next one is tried first.
+    // The order has mostly not changed, so the next cut is tried first.
     const std::size_t next =
         m_colPlaced.empty() || m_colPlaced.back() == nowhere ? 0 : m_colPlaced.back() + 1;
     if (next < m_colPlaceOf.size() && m_colPlaceOf[next] == nowhere)
@@ -78,7 +78,7 @@ void LevelOrder::Take(std::string_view field)
     else if (const auto lAlike = NextAlike(std::string(field)))
         Place(*lAlike);
     else if (exact)
-        Place(*exact); // named twice: the last mention holds
+        Place(*exact); // named twice: the last record counts
 }
 
 void LevelOrder::Index()
@@ -119,7 +119,7 @@ void LevelOrder::Finish() const
     m_colCuts->Reorder(colOrder);
 }
 
-// The level a record speaks of, made where a marker declares it; null when there is none.
+// The level of a record, made where a marker declares it; null when there is none.
 std::shared_ptr<clsCat> LevelOf(ModScheduler& cMod, clsCat& cMainCat, const OrderRecord& record)
 {
     std::shared_ptr<clsCat> cSubCat = cMainCat.SubCat(record.lLevel);
@@ -136,7 +136,7 @@ OrderLeftOver RestoreOrder(ModScheduler& cMod, clsCat& cMainCat, std::string_vie
     const CodePage& cCodePage = cMod.Ports().cCodePage;
     OrderLeftOver leftOver;
     std::unordered_map<std::int32_t, LevelOrder> colLevels;
-    LevelOrder* cLevel = nullptr;        // of the record before: a level's records stand together
+    LevelOrder* cLevel = nullptr;        // of the record before: a level's records follow each other
     std::optional<std::int32_t> lMarked; // by the record before
     for (; records.size() >= orderRecordSize; records.remove_prefix(orderRecordSize))
     {

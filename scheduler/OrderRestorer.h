@@ -19,15 +19,15 @@ struct OrderLeftOver
     std::optional<std::int32_t> lMissingLevel;
     // Markers asked for them, and no level can have such a number.
     std::vector<std::int32_t> colImpossibleLevels;
-    // A marker stands in front of its own level's cuts, as in a file that was written in the middle of a
-    // change. Everything is applied all the same.
+    // A marker precedes its own level's cuts, as in a file that was written in the middle of a change.
+    // Everything is applied nevertheless.
     bool bInTheMiddleOfAChange = false;
 
     bool None() const noexcept { return !lMissingLevel && colImpossibleLevels.empty(); }
 };
 
 // Applies whole records to a main category: makes the levels that markers declare, and puts every cut that a
-// record names at the end of its level, in the order of the records. Cuts that no record names come to stand
+// record names at the end of its level, in the order of the records. Cuts that no record names come
 // first; records of cuts that are gone are passed over.
 OrderLeftOver RestoreOrder(ModScheduler& cMod, clsCat& cMainCat, std::string_view records);
 

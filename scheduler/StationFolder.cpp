@@ -20,7 +20,7 @@ void DeleteIfPossible(Files& cFiles, const std::wstring& sPath)
     }
     catch (const RuntimeError&)
     {
-        // A file too many harms nobody.
+        // A superfluous file does no harm.
     }
 }
 
@@ -28,8 +28,8 @@ void DeleteIfPossible(Files& cFiles, const std::wstring& sPath)
 
 void CreateFolders(ModScheduler& cMod, const std::wstring& sAppPath)
 {
-    // Parents first: only the last component of each is created. The rules' folder stands twice in the list;
-    // the second visit finds it there.
+    // Parents first: only the last component of each is created. The rules' folder is listed twice, on
+    // purpose; the second visit finds it.
     static constexpr std::array<const wchar_t*, 5> folders = {
         L"Scheduler", L"Scheduler\\History_and_Ordering", L"Scheduler\\Rules", L"Scheduler\\Debugging Logs",
         L"Scheduler\\Rules"};
@@ -53,7 +53,7 @@ void DeleteOldTemporaryFiles(Files& cFiles, const std::wstring& sAppPath)
         }
         catch (const RuntimeError&)
         {
-            // A folder that is missing or away is told of elsewhere.
+            // A missing or unreachable folder is reported elsewhere.
         }
     }
 }
