@@ -4,9 +4,14 @@
 #include "base/CaseFolding.h"
 #include "comkit/Collection.h"
 #include "comkit/Errors.h"
-#include "ui/library/LibraryFilling.h"
+#include "comkit/Variant.h"
+#include "ui/library/GridColumns.h"
 
 #include <algorithm>
+#include <dispex.h>
+#include <functional>
+#include <map>
+#include <variant>
 
 namespace ravlo
 {
@@ -33,7 +38,7 @@ ComPtr<IDispatch> ObjectOf(const Variant& value)
     return cObject;
 }
 
-// What a call that failed with an exception of the object's own left behind.
+// Throws what a call that failed with an exception of the object's own left behind.
 [[noreturn]] void Rethrow(EXCEPINFO& info)
 {
     if (info.pfnDeferredFillIn)
@@ -50,9 +55,27 @@ ComPtr<IDispatch> ObjectOf(const Variant& value)
                        sDescription);
 }
 
-} // namespace
+// Another automation object, called by name.
+class LateBound
+{
+public:
+    explicit LateBound(IDispatch& cObject) : m_cObject(&cObject), m_cScriptObject(m_cObject.As<IDispatchEx>())
+    {
+    }
 
-// ---- calling by name ----
+    Variant Get(const wchar_t* sName, const std::vector<Variant>& colArguments = {});
+    void Put(const wchar_t* sName, const std::vector<Variant>& colArguments, const Variant& value);
+    Variant Call(const wchar_t* sName, const std::vector<Variant>& colArguments);
+
+private:
+    DISPID IdOf(const wchar_t* sName);
+    Variant Invoke(const wchar_t* sName, WORD wFlags, std::vector<Variant> colReversed);
+
+    ComPtr<IDispatch> m_cObject;
+    // Of a script's object, whose members come and go; else null.
+    ComPtr<IDispatchEx> m_cScriptObject;
+    std::map<std::wstring, DISPID> m_colIds; // asked for once: a grid is called for every cell
+};
 
 DISPID LateBound::IdOf(const wchar_t* sName)
 {
@@ -114,54 +137,101 @@ void LateBound::Put(const wchar_t* sName, const std::vector<Variant>& colArgumen
 
 // ---- the tree ----
 
-LateBoundTree::LateBoundTree(IDispatch& oTv)
-    : m_colNodes(ObjectOf(LateBound(oTv).Get(L"Nodes"))), m_cNodes(*m_colNodes)
-{
-}
-
-void LateBoundTree::Clear()
-{
-    m_cNodes.Call(L"Clear", {});
-    m_cFirst = nullptr;
-    m_cLast = nullptr;
-}
-
-void LateBoundTree::AddNode(const std::wstring& sParentKey, const std::wstring& sKey,
-                            const std::wstring& sText, const wchar_t* sImage)
-{
-    const bool bRoot = sParentKey.empty();
-    m_cLast = ObjectOf(m_cNodes.Call(L"Add", {bRoot ? Variant::Omitted() : Text(sParentKey),
-                                              bRoot ? Variant::Omitted() : Variant(lChildOf), Text(sKey),
-                                              Text(sText), Text(sImage)}));
-    if (!m_cFirst)
-        m_cFirst = m_cLast;
-}
-
-void LateBoundTree::SetSorted() { LateBound(*m_cLast).Put(L"Sorted", {}, Variant(true)); }
-
-void LateBoundTree::ExpandFirst() { LateBound(*m_cFirst).Put(L"Expanded", {}, Variant(true)); }
-
-void LateBoundTree::ForEachNode(const std::function<void(const ComPtr<IDispatch>& cNode)>& body)
+void ForEachNode(const ComPtr<IDispatch>& colNodes,
+                 const std::function<void(const ComPtr<IDispatch>& cNode)>& body)
 {
     try
     {
-        return ForEachItem(m_colNodes.Get(), [&](const Variant& cItem) { body(ObjectOf(cItem)); });
+        return ForEachItem(colNodes.Get(), [&](const Variant& cItem) { body(ObjectOf(cItem)); });
     }
     catch (const RuntimeError& error)
     {
         if (error.Number() != lNoEnumerator)
             throw;
     }
-    // By their numbers, then: classes of a script language have no enumerator.
-    const std::size_t count = CountIn(m_cNodes.Get(L"Count"));
+    // Classes of a script language have no enumerator.
+    LateBound cNodes(*colNodes);
+    const std::size_t count = CountIn(cNodes.Get(L"Count"));
     for (std::size_t i = 1; i <= count; ++i)
-        body(ObjectOf(m_cNodes.Get(L"Item", {Number(i)})));
+        body(ObjectOf(cNodes.Get(L"Item", {Number(i)})));
+}
+
+// ---- the grid ----
+
+// The grid paints nothing while it is filled, and paints again on every way out.
+class RedrawOff
+{
+public:
+    explicit RedrawOff(LateBound& cGrid) : m_cGrid(cGrid) { m_cGrid.Put(L"Redraw", {}, Variant(false)); }
+    ~RedrawOff()
+    {
+        try
+        {
+            m_cGrid.Put(L"Redraw", {}, Variant(true));
+        }
+        catch (...)
+        {
+            // A host's grid that refuses this has said so before, when it refused a row.
+        }
+    }
+    RedrawOff(const RedrawOff&) = delete;
+    RedrawOff& operator=(const RedrawOff&) = delete;
+
+private:
+    LateBound& m_cGrid;
+};
+
+Variant VariantOf(const CellValue& value)
+{
+    const std::wstring* pText = std::get_if<std::wstring>(&value);
+    return pText ? Text(*pText) : Variant(std::get<std::int32_t>(value));
+}
+
+void EnsureColumns(LateBound& cGrid)
+{
+    if (CountIn(cGrid.Get(L"ColCount")) != 0)
+        return;
+    for (const GridColumn& column : colGridColumns)
+        cGrid.Call(L"AddCol", {Text(column.sKey), Text(column.sHeader)});
+}
+
+void FillRow(LateBound& cGrid, std::size_t row, const Cut& cCut)
+{
+    cGrid.Put(L"RowKey", {Number(row)}, Text(cCut.Key().Text()));
+    for (const GridColumn& column : colGridColumns)
+        cGrid.Put(L"CellValue", {Number(row), Text(column.sKey)},
+                  VariantOf(column.ValueOf(cCut, static_cast<std::int32_t>(row))));
+}
+
+} // namespace
+
+LateBoundTree::LateBoundTree(IDispatch& oTv) : m_colNodes(ObjectOf(LateBound(oTv).Get(L"Nodes"))) {}
+
+void LateBoundTree::Fill(const std::vector<TreeNode>& colNodes)
+{
+    LateBound cNodes(*m_colNodes);
+    cNodes.Call(L"Clear", {});
+    ComPtr<IDispatch> cRoot;
+    for (const TreeNode& node : colNodes)
+    {
+        const bool bRoot = node.sParentKey.empty();
+        const ComPtr<IDispatch> cNode =
+            ObjectOf(cNodes.Call(L"Add", {bRoot ? Variant::Omitted() : Text(node.sParentKey),
+                                          bRoot ? Variant::Omitted() : Variant(lChildOf), Text(node.sKey),
+                                          Text(node.sText), Text(sImageClosed)}));
+        if (node.bSorted)
+            LateBound(*cNode).Put(L"Sorted", {}, Variant(true));
+        if (bRoot)
+            cRoot = cNode;
+    }
+    if (cRoot)
+        LateBound(*cRoot).Put(L"Expanded", {}, Variant(true));
 }
 
 void LateBoundTree::ShowAsOpen(const std::wstring& sKey)
 {
     ComPtr<IDispatch> cShown;
-    ForEachNode([&](const ComPtr<IDispatch>& cObject) {
+    ForEachNode(m_colNodes, [&](const ComPtr<IDispatch>& cObject) {
         LateBound cNode(*cObject);
         const std::optional<Variant> cKey = cNode.Get(L"Key").As(VT_BSTR);
         if (cKey && EqualIgnoringCase(TextOf(cKey->bstrVal), sKey))
@@ -177,32 +247,20 @@ void LateBoundTree::ShowAsOpen(const std::wstring& sKey)
         LateBound(*cParent).Put(L"Image", {}, Text(sImageOpen));
 }
 
-// ---- the grid ----
-
-void LateBoundGrid::SetRedraw(bool bRedraw) { m_cGrid.Put(L"Redraw", {}, Variant(bRedraw)); }
-
-std::size_t LateBoundGrid::ColCount() const { return CountIn(m_cGrid.Get(L"ColCount")); }
-
-void LateBoundGrid::AddCol(const std::wstring& sKey, const std::wstring& sHeader)
+void FillGrid(IDispatch& oGrid, clsSchedMan& cSchedMan, const ListedCuts& listed)
 {
-    m_cGrid.Call(L"AddCol", {Text(sKey), Text(sHeader)});
-}
-
-void LateBoundGrid::SetRowCount(std::size_t rows) { m_cGrid.Put(L"RowCount", {}, Number(rows)); }
-
-void LateBoundGrid::SetRowKey(std::size_t row, const std::wstring& sKey)
-{
-    m_cGrid.Put(L"RowKey", {Number(row)}, Text(sKey));
-}
-
-void LateBoundGrid::SetCell(std::size_t row, const wchar_t* sColKey, const std::wstring& sValue)
-{
-    m_cGrid.Put(L"CellValue", {Number(row), Text(sColKey)}, Text(sValue));
-}
-
-void LateBoundGrid::SetCell(std::size_t row, const wchar_t* sColKey, std::int32_t lValue)
-{
-    m_cGrid.Put(L"CellValue", {Number(row), Text(sColKey)}, Variant(lValue));
+    LateBound cGrid(oGrid);
+    const RedrawOff cOff(cGrid);
+    cGrid.Put(L"RowCount", {}, Number(0));
+    EnsureColumns(cGrid);
+    FillingReport report(cSchedMan, listed);
+    cGrid.Put(L"RowCount", {}, Number(listed.colCuts.size()));
+    for (std::size_t row = 1; row <= listed.colCuts.size(); ++row)
+    {
+        FillRow(cGrid, row, *listed.colCuts[row - 1]);
+        report.RowFilled(row);
+    }
+    report.Done();
 }
 
 } // namespace ravlo

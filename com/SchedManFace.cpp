@@ -4,7 +4,6 @@
 #include "com/CatFace.h"
 #include "com/HostDatabase.h"
 #include "com/LateBoundLibrary.h"
-#include "ui/library/LibraryFilling.h"
 #include "ui/windows/SchedulerUi.h"
 
 namespace ravlo
@@ -226,7 +225,7 @@ STDMETHODIMP SchedManFace::PopulateTreeView(IDispatch* oTv)
             throw RuntimeError(error::ObjectNotSet);
         LateBoundTree cTree(*oTv);
         const std::shared_ptr<CatCollection> colMainCats = m_cSchedMan->colMainCats();
-        ravlo::PopulateTreeView(colMainCats.get(), cTree);
+        cTree.Fill(NodesOf(colMainCats.get()));
     });
 }
 STDMETHODIMP SchedManFace::ShowGridCuts(IDispatch* oGrid, BSTR* strCatKey, IDispatch* oTv,
@@ -236,20 +235,21 @@ STDMETHODIMP SchedManFace::ShowGridCuts(IDispatch* oGrid, BSTR* strCatKey, IDisp
     return FillHostsView(L"ShowGridCuts [clsSchedMan]", [&] {
         if (!oGrid)
             return;
-        LateBoundGrid cGrid(*oGrid);
         std::optional<LateBoundTree> cTree;
-        if (oTv && oImageList) // of the images only that there are any
+        if (oTv && oImageList) // it has no other use for the images
             cTree.emplace(*oTv);
-        const auto shown = ravlo::ShowGridCuts(*m_cSchedMan, cGrid, TextOf(Out(strCatKey)),
-                                               cTree ? &*cTree : nullptr, &m_cWindows->LibraryProgress());
-        if (!shown)
+        const std::optional<ListedCuts> listed = ListCuts(*m_cSchedMan, TextOf(Out(strCatKey)));
+        if (!listed)
             return;
-        Replace(strCatKey, shown->strCatKey);
-        Replace(cCatShown, shown->cCatShown);
+        FillGrid(*oGrid, *m_cSchedMan, *listed);
+        if (cTree)
+            cTree->ShowAsOpen(listed->strCatKey);
+        Replace(strCatKey, listed->strCatKey);
+        Replace(cCatShown, listed->cCatShown);
         if (bShowingAllAudio)
-            *bShowingAllAudio = BoolOf(shown->bShowingAllAudio);
+            *bShowingAllAudio = BoolOf(listed->bShowingAllAudio);
         if (bShowingMoreThanOneLevel)
-            *bShowingMoreThanOneLevel = BoolOf(shown->bShowingMoreThanOneLevel);
+            *bShowingMoreThanOneLevel = BoolOf(listed->bShowingMoreThanOneLevel);
     });
 }
 STDMETHODIMP SchedManFace::MoveCutsInCategory(_clsCat* cCat, IDispatch* colCutsInsert, LONG PosInto)
@@ -430,7 +430,7 @@ void SchedManFace::Progress(const std::wstring& strProgress, std::int32_t lCount
     m_cEvents.Fire(eProgress, {Text(strProgress), Variant(lCount), Variant(lMax)});
 }
 
-void SchedManFace::ProgressDone(const std::wstring& sStatus)
+void SchedManFace::ProgressDone(const std::wstring& sStatus, const std::wstring&)
 {
     m_cEvents.Fire(eProgressDone, {Text(sStatus)});
 }

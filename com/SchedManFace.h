@@ -75,13 +75,13 @@ private:
     void ShowHelpEvent() override;
     void ProgressStart(const std::wstring& sReason, std::int32_t lMax) override;
     void Progress(const std::wstring& strProgress, std::int32_t lCount, std::int32_t lMax) override;
-    void ProgressDone(const std::wstring& sStatus) override;
+    void ProgressDone(const std::wstring& sStatus, const std::wstring& sDetail) override;
     std::optional<std::int32_t> RequestEditCut(const std::shared_ptr<Cut>& cCut) override;
     void RaiseRequestEditCut(_clsCut* pCut, VARIANT& result);
 
     std::shared_ptr<clsSchedMan> m_cSchedMan;
     EventSource m_cEvents;
-    std::unique_ptr<SchedulerUi> m_cWindows;
+    std::unique_ptr<SchedulerWindows> m_cWindows;
 };
 
 } // namespace ravlo

@@ -7,7 +7,7 @@
 #include "base/Text.h"
 #include "host/day/CategoryName.h"
 #include "host/day/HostError.h"
-#include "ui/library/LibraryFilling.h"
+#include "ui/library/LibraryContents.h"
 
 #include <algorithm>
 
@@ -16,19 +16,6 @@ namespace ravlo::fuzz
 
 namespace
 {
-
-// A grid that counts.
-class Grid final : public CutGrid
-{
-public:
-    std::size_t columns = 0;
-    std::size_t rows = 0;
-    void SetRedraw(bool) override {}
-    std::size_t ColCount() const override { return columns; }
-    void AddCol(const std::wstring&, const std::wstring&) override { ++columns; }
-    void Clear() override { rows = 0; }
-    void TakeRows(ListedCuts listed) override { rows = listed.colCuts.size(); }
-};
 
 // One program serves all inputs: asking changes nothing but the order of a level.
 struct Asked
@@ -67,19 +54,19 @@ void Pick(Asked& asked, const std::wstring& sKey)
 
 void Show(Asked& asked, const std::wstring& sKey)
 {
-    Grid cGrid;
-    const auto shown = ShowGridCuts(*asked.cProgram->cSchedMan, cGrid, sKey, nullptr, nullptr);
-    RAVLO_REQUIRE(shown.has_value());
+    clsSchedMan& cSchedMan = *asked.cProgram->cSchedMan;
+    const std::optional<ListedCuts> listed = ListCuts(cSchedMan, sKey);
+    RAVLO_REQUIRE(listed.has_value());
     const std::size_t all = asked.cState.cDataBase->colCuts.size();
-    const std::size_t wanted = shown->bShowingAllAudio ? all
-                               : shown->cCatShown ? static_cast<std::size_t>(shown->cCatShown->TotalCuts())
-                                                  : 0;
-    RAVLO_REQUIRE(cGrid.rows == wanted);
-    // What it calls the category shows the same again.
-    const auto again = ShowGridCuts(*asked.cProgram->cSchedMan, cGrid, shown->strCatKey, nullptr, nullptr);
-    if (shown->cCatShown || shown->bShowingAllAudio)
-        RAVLO_REQUIRE(again->cCatShown == shown->cCatShown && again->strCatKey == shown->strCatKey &&
-                      cGrid.rows == wanted);
+    const std::size_t wanted = listed->bShowingAllAudio ? all
+                               : listed->cCatShown ? static_cast<std::size_t>(listed->cCatShown->TotalCuts())
+                                                   : 0;
+    RAVLO_REQUIRE(listed->colCuts.size() == wanted);
+    // What it calls the category lists the same again.
+    const std::optional<ListedCuts> again = ListCuts(cSchedMan, listed->strCatKey);
+    if (listed->cCatShown || listed->bShowingAllAudio)
+        RAVLO_REQUIRE(again->cCatShown == listed->cCatShown && again->strCatKey == listed->strCatKey &&
+                      again->colCuts.size() == wanted);
 }
 
 void Name(const std::wstring& sText)

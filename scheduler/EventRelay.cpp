@@ -57,7 +57,7 @@ void EventRelay::Progress(const std::wstring& strProgress, std::int64_t count, s
 
 void EventRelay::ProgressDone(const std::wstring& sStatus)
 {
-    ToBoth([&](ProgressEvents& cEvents) { cEvents.ProgressDone(sStatus); });
+    ToBoth([&](ProgressEvents& cEvents) { cEvents.ProgressDone(sStatus, L""); });
 }
 
 std::optional<std::int32_t> EventRelay::RequestEditCut(const std::shared_ptr<Cut>& cCut)

@@ -21,6 +21,7 @@ public:
     void Listen(SchedulerEvents* cEvents) noexcept { m_cEvents = cEvents; }
     // A window that shows the reports too, after the host has had them; null for none. Not owned.
     void Follow(ProgressEvents* cWindow) noexcept { m_cWindow = cWindow; }
+    ProgressEvents* Follower() const noexcept { return m_cWindow; }
 
     void ShowHelpEvent();
     void ProgressStart(const std::wstring& sReason, std::int64_t max);

@@ -43,6 +43,7 @@ clsSchedMan::~clsSchedMan()
 void clsSchedMan::SetEvents(SchedulerEvents* cEvents) noexcept { m_cParts->cEvents.Listen(cEvents); }
 void clsSchedMan::SetWindows(SchedulerWindows* cWindows) noexcept { m_cParts->cWindows = cWindows; }
 void clsSchedMan::SetProgressFollower(ProgressEvents* cWindow) noexcept { m_cParts->cEvents.Follow(cWindow); }
+ProgressEvents* clsSchedMan::ProgressFollower() const noexcept { return m_cParts->cEvents.Follower(); }
 ModScheduler& clsSchedMan::Mod() const noexcept { return m_cParts->cMod; }
 
 const std::shared_ptr<NameCollection>& clsSchedMan::colIllegalChars() const noexcept

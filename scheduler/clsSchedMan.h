@@ -47,6 +47,7 @@ public:
     void SetWindows(SchedulerWindows* cWindows) noexcept;
     // A window that shows the progress too; null for none. Not owned.
     void SetProgressFollower(ProgressEvents* cWindow) noexcept;
+    ProgressEvents* ProgressFollower() const noexcept;
 
     // The nine characters that may not stand in a category name.
     const std::shared_ptr<NameCollection>& colIllegalChars() const noexcept;

@@ -44,7 +44,10 @@ public:
     {
         Say(L"Progress " + std::to_wstring(lCount) + L"/" + std::to_wstring(lMax) + L": " + strProgress);
     }
-    void ProgressDone(const std::wstring& sStatus) override { Say(L"Done: " + sStatus); }
+    void ProgressDone(const std::wstring& sStatus, const std::wstring& sDetail) override
+    {
+        Say(L"Done: " + sStatus + (sDetail.empty() ? L"" : L"|" + sDetail));
+    }
     std::optional<std::int32_t> RequestEditCut(const std::shared_ptr<Cut>& cCut) override
     {
         Say(L"Edit " + cCut->Key().Text());

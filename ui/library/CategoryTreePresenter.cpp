@@ -1,57 +1,55 @@
 // SPDX-License-Identifier: MIT
 #include "ui/library/CategoryTreePresenter.h"
 
+#include "base/CaseFolding.h"
+
 #include <algorithm>
 #include <numeric>
 #include <string_view>
+#include <utility>
 
 namespace ravlo
 {
 
-void CategoryTreePresenter::Clear()
+void CategoryTreePresenter::Fill(const std::vector<TreeNode>& colNodes)
 {
     m_colNodes.clear();
     m_colByKey.Clear();
+    for (const TreeNode& node : colNodes)
+        Add(node);
+    for (const TreeNode& node : colNodes)
+        if (node.bSorted)
+            if (const std::optional<Node> lParent = Find(node.sKey))
+                SortChildren(*lParent);
+    if (!m_colNodes.empty())
+        m_colNodes.front().bExpanded = true;
 }
 
-void CategoryTreePresenter::AddNode(const std::wstring& sParentKey, const std::wstring& sKey,
-                                    const std::wstring& sText, const wchar_t*)
+void CategoryTreePresenter::Add(const TreeNode& node)
 {
+    const bool bRoot = node.sParentKey.empty();
     const Node lNode = m_colNodes.size();
-    const std::optional<Node> lParent = sParentKey.empty() ? std::nullopt : Find(sParentKey);
-    if (lParent.has_value() == sParentKey.empty() || !m_colByKey.Add(TextKey(sKey), lNode))
+    const std::optional<Node> lParent = bRoot ? std::nullopt : Find(node.sParentKey);
+    if (lParent.has_value() == bRoot || !m_colByKey.Add(TextKey(node.sKey), lNode))
         return;
     Entry entry;
-    entry.sKey = sKey;
-    entry.sText = sText;
+    entry.sKey = node.sKey;
+    entry.sText = node.sText;
     entry.lParent = lParent;
     m_colNodes.push_back(std::move(entry));
     if (lParent)
-        Insert(m_colNodes[*lParent], lNode);
+        m_colNodes[*lParent].colChildren.push_back(lNode);
 }
 
-void CategoryTreePresenter::Insert(Entry& parent, Node lNode)
+void CategoryTreePresenter::SortChildren(Node lParent)
 {
-    std::vector<Node>& colChildren = parent.colChildren;
-    const auto before = [this](Node lLeft, Node lRight) {
-        return FoldCase(m_colNodes[lLeft].sText) < FoldCase(m_colNodes[lRight].sText);
-    };
-    colChildren.insert(parent.bSorted
-                           ? std::upper_bound(colChildren.begin(), colChildren.end(), lNode, before)
-                           : colChildren.end(),
-                       lNode);
-}
-
-void CategoryTreePresenter::SetSorted()
-{
-    if (!m_colNodes.empty())
-        m_colNodes.back().bSorted = true;
-}
-
-void CategoryTreePresenter::ExpandFirst()
-{
-    if (!m_colNodes.empty())
-        m_colNodes.front().bExpanded = true;
+    std::vector<Node>& colChildren = m_colNodes[lParent].colChildren;
+    std::vector<std::pair<std::wstring, Node>> colFolded;
+    for (const Node lChild : colChildren)
+        colFolded.emplace_back(FoldCase(m_colNodes[lChild].sText), lChild);
+    std::sort(colFolded.begin(), colFolded.end()); // by number among equals
+    std::transform(colFolded.begin(), colFolded.end(), colChildren.begin(),
+                   [](const auto& folded) { return folded.second; });
 }
 
 void CategoryTreePresenter::ShowAsOpen(const std::wstring& sKey)
@@ -72,13 +70,17 @@ std::optional<CategoryTreePresenter::Node> CategoryTreePresenter::Find(const std
     return pNode ? std::optional<Node>(*pNode) : std::nullopt;
 }
 
-bool CategoryTreePresenter::HasSameNodes(const CategoryTreePresenter& cOther) const
+bool CategoryTreePresenter::HasSameNodes(const std::vector<TreeNode>& colNodes) const
 {
-    return Count() == cOther.Count() &&
-           std::all_of(m_colNodes.begin(), m_colNodes.end(), [&](const Entry& entry) {
-               const std::optional<Node> lOther = cOther.Find(entry.sKey);
-               return lOther && cOther.At(*lOther).sText == entry.sText;
-           });
+    std::vector<bool> bFound(Count());
+    for (const TreeNode& node : colNodes)
+    {
+        const std::optional<Node> lNode = Find(node.sKey);
+        if (!lNode || At(*lNode).sText != node.sText)
+            return false;
+        bFound[*lNode] = true;
+    }
+    return std::find(bFound.begin(), bFound.end(), false) == bFound.end();
 }
 
 std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Check(Node lNode, bool bCheck)

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/OrderedKeyedCollection.h"
-#include "ui/library/LibraryTargets.h"
+#include "ui/library/LibraryContents.h"
 
 #include <cstddef>
 #include <optional>
@@ -13,9 +13,8 @@ namespace ravlo
 {
 
 // The category tree as values: nodes, their order, which are ticked, expanded and shown as open. A node is
-// named by its number, from 0, in the order of making; numbers hold until the next Clear. The first node is
-// the root, which is always expanded.
-class CategoryTreePresenter final : public TreeTarget, public TreeImages
+// named by its number, from 0, which is valid until the next Fill. Node 0 is the root, always expanded.
+class CategoryTreePresenter
 {
 public:
     using Node = std::size_t;
@@ -25,32 +24,28 @@ public:
         std::wstring sKey;
         std::wstring sText;
         std::optional<Node> lParent;
-        std::vector<Node> colChildren; // in the order in which they are shown
-        bool bSorted = false;          // the children, by text without regard to case
+        std::vector<Node> colChildren; // as shown: sorted by text without regard to case when asked for
         bool bExpanded = false;
         bool bChecked = false;
         bool bOpen = false; // the image
     };
 
-    // TreeTarget. A node whose key is there already, or whose parent is not, is left out.
-    void Clear() override;
-    void AddNode(const std::wstring& sParentKey, const std::wstring& sKey, const std::wstring& sText,
-                 const wchar_t* sImage) override;
-    void SetSorted() override;
-    void ExpandFirst() override;
-    // TreeImages.
-    void ShowAsOpen(const std::wstring& sKey) override;
+    // Shows these nodes in place of its own, none ticked, the root expanded. Leaves out a node whose key it
+    // has already, or whose parent it does not have.
+    void Fill(const std::vector<TreeNode>& colNodes);
+    // Marks the node of that key, compared without regard to case, and its parent as open, and no other.
+    void ShowAsOpen(const std::wstring& sKey);
 
     std::size_t Count() const noexcept { return m_colNodes.size(); }
     const Entry& At(Node lNode) const { return m_colNodes[lNode]; }
     // By key without regard to case.
     std::optional<Node> Find(const std::wstring& sKey) const;
-    // Whether the nodes' keys and texts are those of another tree, in any order.
-    bool HasSameNodes(const CategoryTreePresenter& cOther) const;
+    // Whether filling it with these nodes, in any order, would change no key and no text.
+    bool HasSameNodes(const std::vector<TreeNode>& colNodes) const;
     static bool IsRoot(Node lNode) noexcept { return lNode == 0; }
 
-    // Ticks or unticks a node and what follows it: everything for the root, its levels for a main category.
-    // Returns the nodes concerned.
+    // Ticks or unticks a node and what depends on it: everything for the root, its levels for a main
+    // category. Returns those nodes.
     std::vector<Node> Check(Node lNode, bool bCheck);
     // One node's tick alone.
     void SetChecked(Node lNode, bool bCheck) { m_colNodes[lNode].bChecked = bCheck; }
@@ -59,10 +54,10 @@ public:
     // The ticked nodes but the root, in the order in which they are shown.
     std::vector<Node> Checked() const;
 
-    // The nodes that are to be seen: those below expanded ones, in the order in which they are shown.
+    // The visible nodes: those below expanded ones, in the order in which they are shown.
     std::vector<Node> Visible() const;
-    // The first visible node whose text begins with that, without regard to case: from a node on, or behind
-    // it, and then from the root.
+    // The first visible node whose text begins with sBeginning, without regard to case: from a node on, or
+    // behind it, and then from the root.
     std::optional<Node> FindText(const std::wstring& sBeginning, Node lFrom, bool bBehind) const;
 
     // The root stays expanded.
@@ -71,7 +66,8 @@ public:
     std::vector<std::wstring> ExpandedKeys() const;
 
 private:
-    void Insert(Entry& parent, Node lNode);
+    void Add(const TreeNode& node);
+    void SortChildren(Node lParent);
     std::vector<Node> InOrder(bool bCollapsedToo) const;
 
     std::vector<Entry> m_colNodes;
@@ -83,7 +79,7 @@ class CategoryTreeView
 {
 public:
     virtual ~CategoryTreeView() = default;
-    // Shows the tree anew as a whole, ticks and expansion included; no node is selected afterwards.
+    // Shows the whole tree, ticks and expansion included; no node is selected afterwards.
     virtual void ShowTree(const CategoryTreePresenter& cTree) = 0;
     virtual void ShowChecks(const CategoryTreePresenter& cTree,
                             const std::vector<CategoryTreePresenter::Node>& colNodes) = 0;

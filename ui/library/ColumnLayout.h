@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ui/library/GridColumns.h"
+
 #include <array>
 #include <cstddef>
 #include <string>
@@ -9,31 +11,12 @@
 namespace ravlo
 {
 
-// The grid's columns, in their order. Keys and headers are those hosts and saved layouts know.
-struct GridColumn
-{
-    const wchar_t* sKey;
-    const wchar_t* sHeader;
-    // Of a column of numbers, which are never cut: the widest one there is as a rule. Null for texts.
-    const wchar_t* sWidest = nullptr;
-};
-inline constexpr std::array<GridColumn, 10> colGridColumns = {{{L"Pos", L"Pos", L"0000"},
-                                                               {L"ID", L"ID", L"0000"},
-                                                               {L"Artist", L"Artist"},
-                                                               {L"Title", L"Title"},
-                                                               {L"Dur", L"Dur", L"000:00"},
-                                                               {L"Cat", L"Categories"},
-                                                               {L"Lvl", L"Lvl", L"00"},
-                                                               {L"Year", L"Year", L"0000"},
-                                                               {L"Opener", L"Opener"},
-                                                               {L"Path", L"Path"}}};
-
 // Width, place and visibility of the columns, as the layout string holds them: fields ended by "|", in groups
 // of three: column number from 1, property name (Width, Order, Visible), value.
 class ColumnLayout
 {
 public:
-    static constexpr int lMaxWidth = 2000; // pixels; a wider column could not be taken hold of again
+    static constexpr int lMaxWidth = 2000; // pixels; a wider column could not be grasped again
 
     struct Column
     {
@@ -55,10 +38,10 @@ public:
     const Column& At(std::size_t column) const { return m_colColumns[column]; } // from 0
     void SetWidth(std::size_t column, int lWidth);
     void SetVisible(std::size_t column, bool bVisible) { m_colColumns[column].bVisible = bVisible; }
-    // The columns in the order in which they are shown; a column given twice or not at all keeps its place
-    // behind the others.
+    // Sets the order in which columns are shown; a column given twice or not at all keeps its place behind
+    // the others.
     void SetOrder(const std::array<std::size_t, colGridColumns.size()>& colShown);
-    // Columns from 0 in the order in which they are shown.
+    // The columns, counted from 0, in the order in which they are shown.
     std::array<std::size_t, colGridColumns.size()> Shown() const;
 
 private:

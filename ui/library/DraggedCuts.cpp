@@ -10,12 +10,12 @@
 namespace ravlo
 {
 
-DraggedCuts TakeDragged(const clsSchedLibGridPresenter& cGrid)
+DraggedCuts TakeDragged(const clsSchedLibGridPresenter& cGrid, const clsSchedMan& cSchedMan)
 {
     DraggedCuts dragged;
     for (const std::size_t row : cGrid.SelectedRows())
         dragged.colKeys.push_back(cGrid.KeyAt(row));
-    for (const std::shared_ptr<clsCat>& cFrom : cGrid.colSubCatsDraggedFrom())
+    for (const std::shared_ptr<clsCat>& cFrom : cGrid.colSubCatsDraggedFrom(cSchedMan))
         if (cFrom->CatLevel() != 0)
             dragged.colFromKeys.push_back(CategoryKey(cFrom->CatName(), cFrom->CatLevel()));
     return dragged;
@@ -36,14 +36,14 @@ PresentCuts PresentOf(const clsSchedMan& cSchedMan, const DraggedCuts& dragged)
     for (const std::wstring& sKey : dragged.colFromKeys)
         if (const std::shared_ptr<clsCat> cFrom = CatOf(cSchedMan, sKey))
         {
-            bool bHoldsAny = false;
+            bool bContainsAny = false;
             for (const TextKey& cKey : colAll)
                 if (cFrom->SchedCuts()->Exists(cKey))
                 {
-                    bHoldsAny = true;
+                    bContainsAny = true;
                     colLeft.erase(cKey);
                 }
-            if (bHoldsAny)
+            if (bContainsAny)
                 present.colFrom.push_back(cFrom);
         }
     const KeySet colMoved = colLeft;

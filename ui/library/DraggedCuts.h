@@ -11,19 +11,19 @@
 namespace ravlo
 {
 
-// Cuts that are dragged, or kept by a Copy for later, and the levels they were taken from. By keys: objects
-// go with the next population.
+// Cuts that are dragged, or kept by a Copy for later, and the levels they come from; by keys, since the next
+// population replaces the objects.
 struct DraggedCuts
 {
     std::vector<TextKey> colKeys;
     std::vector<std::wstring> colFromKeys; // of the levels' nodes
 };
-// The cuts of the selected rows.
-DraggedCuts TakeDragged(const clsSchedLibGridPresenter& cGrid);
+// Takes the cuts of the selected rows.
+DraggedCuts TakeDragged(const clsSchedLibGridPresenter& cGrid, const clsSchedMan& cSchedMan);
 
-// What is left of them at present: cuts the database still has, and the levels to take them out of. Those are
-// the levels they were dragged from, as far as these still hold them; a cut that none of them holds any more
-// comes from every level it is in now. A free-standing level of number 0 is added for cuts that are in none.
+// What still exists of them: cuts the database has, and the levels to take them out of. Those are the levels
+// they were dragged from that still contain any of them; a cut that none of these contains comes from every
+// level that does. A level of number 0 in no category is added for cuts that no level contains.
 struct PresentCuts
 {
     Cuts colCuts;
@@ -31,7 +31,7 @@ struct PresentCuts
 };
 PresentCuts PresentOf(const clsSchedMan& cSchedMan, const DraggedCuts& dragged);
 
-// Whether copying would bring none of them into a level of another number than their own: a cut has one level
+// Whether copying brings none of them into a level of another number than their own: a cut has one level
 // number for all its categories. lLevel is the target's, 0 for a main category, which takes all.
 bool MayCopyInto(std::int32_t lLevel, const PresentCuts& present);
 

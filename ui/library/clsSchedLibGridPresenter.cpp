@@ -3,12 +3,12 @@
 
 #include "base/Text.h"
 #include "ui/library/CutPlaces.h"
-#include "ui/library/LibraryFilling.h"
 
 #include <algorithm>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
+#include <variant>
 
 namespace ravlo
 {
@@ -19,44 +19,21 @@ namespace
 constexpr const wchar_t* sSection = L"Settings";
 constexpr const wchar_t* sLayoutKey = L"iGridLibLayoutColSchedLib";
 
-// The columns, in their order.
-enum Column : std::size_t
+std::wstring TextOf(const CellValue& value)
 {
-    eColPos,
-    eColID,
-    eColArtist,
-    eColTitle,
-    eColDur,
-    eColCat,
-    eColLvl,
-    eColYear,
-    eColOpener,
-    eColPath,
-};
+    const std::wstring* pText = std::get_if<std::wstring>(&value);
+    return pText ? *pText : DecimalText(std::get<std::int32_t>(value));
+}
 
-std::wstring TextOf(const Cut& cCut, std::size_t column)
+// Empty for a cut that cannot answer.
+template <class Ask> std::wstring TextOrNone(Ask&& ask)
 {
-    switch (column)
+    try
     {
-    case eColID:
-        return DecimalText(cCut.ID());
-    case eColArtist:
-        return cCut.Artist();
-    case eColTitle:
-        return cCut.Title();
-    case eColDur:
-        return cCut.DurationText();
-    case eColCat:
-        return cCut.CategoryText();
-    case eColLvl:
-        return DecimalText(cCut.CatLevel());
-    case eColYear:
-        return DecimalText(cCut.Year());
-    case eColOpener:
-        return cCut.Opener() ? L"Y" : L"N";
-    case eColPath:
-        return cCut.Path();
-    default:
+        return ask();
+    }
+    catch (const std::exception&)
+    {
         return {};
     }
 }
@@ -77,9 +54,12 @@ bool AreConsecutive(const std::vector<std::size_t>& colRows)
 
 void clsSchedLibGridPresenter::TakeGrid()
 {
-    m_cView.SetRedraw(false);
-    EnsureColumns(*this);
-    m_cView.SetRedraw(true);
+    if (m_cView.ColCount() == 0)
+    {
+        const RedrawOff cOff(m_cView);
+        for (const GridColumn& column : colGridColumns)
+            m_cView.AddCol(column.sHeader);
+    }
     m_cView.ShowLayout(
         ColumnLayout(m_cMod.Ports().cUserSettings.Get(sProgramTitle, sSection, sLayoutKey, L"")));
 }
@@ -91,14 +71,9 @@ void clsSchedLibGridPresenter::LetGoOfGrid()
 
 // ---- rows ----
 
-std::shared_ptr<DataBase> clsSchedLibGridPresenter::DataBase() const
+void clsSchedLibGridPresenter::Show(ListedCuts listed)
 {
-    const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
-    return cSchedMan ? cSchedMan->DataBase() : nullptr;
-}
-
-void clsSchedLibGridPresenter::TakeRows(ListedCuts listed)
-{
+    const RedrawOff cOff(m_cView);
     m_listed = std::move(listed);
     m_cView.SetRowCount(RowCount());
 }
@@ -120,26 +95,20 @@ std::wstring clsSchedLibGridPresenter::CellText(std::size_t lRow, std::size_t co
 {
     if (lRow >= RowCount())
         return {};
-    if (column == eColPos)
-        return DecimalText(static_cast<std::int64_t>(lRow + 1));
-    try
-    {
-        return TextOf(*CutAt(lRow), column);
-    }
-    catch (const std::exception&)
-    {
-        return {};
-    }
+    return TextOrNone([&] {
+        return TextOf(colGridColumns[column].ValueOf(*CutAt(lRow), static_cast<std::int32_t>(lRow + 1)));
+    });
 }
 
 std::optional<std::size_t> clsSchedLibGridPresenter::FindRow(const std::wstring& sBeginning,
                                                              std::size_t start) const
 {
-    for (const std::size_t column : {eColArtist, eColTitle})
+    for (const auto TextOfCut : {&Cut::Artist, &Cut::Title})
         for (std::size_t step = 0; step < RowCount(); ++step)
         {
             const std::size_t lRow = (start + step) % RowCount();
-            if (BeginsWith(CellText(lRow, column), sBeginning))
+            const Cut& cCut = *CutAt(lRow);
+            if (BeginsWith(TextOrNone([&] { return (cCut.*TextOfCut)(); }), sBeginning))
                 return lRow;
         }
     return std::nullopt;
@@ -169,10 +138,10 @@ void clsSchedLibGridPresenter::InvertSelection()
     m_cView.SetSelection(bSelected);
 }
 
-Cats clsSchedLibGridPresenter::colSubCatsDraggedFrom() const
+Cats clsSchedLibGridPresenter::colSubCatsDraggedFrom(const clsSchedMan& cSchedMan) const
 {
     Cats colFrom;
-    KeySet colNowhere; // as far as the levels looked at tell
+    KeySet colNowhere; // not found in a level so far
     const auto Add = [&](const std::shared_ptr<clsCat>& cLevel) {
         if (!Contains(colFrom, cLevel))
             colFrom.push_back(cLevel);
@@ -185,8 +154,7 @@ Cats clsSchedLibGridPresenter::colSubCatsDraggedFrom() const
     if (colNowhere.empty())
         return colFrom;
     const KeySet colWanted = colNowhere;
-    const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
-    const std::shared_ptr<CatCollection> colMainCats = cSchedMan ? cSchedMan->colMainCats() : nullptr;
+    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
     ForEachPlace(colMainCats.get(), colWanted,
                  [&](const std::shared_ptr<clsCat>& cLevel, const TextKey& cKey) {
         Add(cLevel);
@@ -250,7 +218,7 @@ clsSchedLibGridPresenter::FindRows(const std::vector<RowOfCut>& colWanted) const
         }
         catch (const std::exception&)
         {
-            return {}; // a cut that cannot tell is no longer found
+            return {}; // a cut that cannot answer is not found again
         }
     };
     std::unordered_multimap<TextKey, std::size_t> colByKey;
@@ -283,7 +251,7 @@ void clsSchedLibGridPresenter::ReturnTo(const Place& place)
             ++goneBefore;
     m_cView.SetSelection(bSelected);
     const std::size_t last = RowCount() - 1;
-    if (place.current) // one that is gone: what stands in its place now
+    if (place.current) // for one that is gone: what is in its place now
         m_cView.SetCurrentRow(
             colRows[place.colSelected.size()].value_or(std::min(place.current->lRow - goneBefore, last)));
     m_cView.SetTopRow(place.bAtTop ? 0 : colRows.back().value_or(std::min(place.top.lRow, last)));
@@ -362,14 +330,9 @@ bool clsSchedLibGridPresenter::DropWouldMove(std::optional<std::size_t> lRow) co
 void clsSchedLibGridPresenter::MoveRows(const std::vector<std::size_t>& colRows,
                                         std::optional<std::size_t> lRow)
 {
-    const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
-    if (!cSchedMan)
-        return;
     const RowOfCut first = RowOf(colRows.front());
-    OLEDragDropOperationStarted();
-    cSchedMan->MoveCutsInCategory(m_cCurrentCat, colSelCuts(), PositionInto(lRow));
-    OLEDragCompleted();
-    // Selected they are still; the first of them becomes the current one, in view.
+    MoveRequested(lRow);
+    // They are still selected; the first of them becomes the current row, in view.
     const std::optional<std::size_t> lFirst = FindRows({first}).front();
     if (!lFirst)
         return;
@@ -378,8 +341,7 @@ void clsSchedLibGridPresenter::MoveRows(const std::vector<std::size_t>& colRows,
     m_cView.EnsureVisible(*lFirst);
 }
 
-// The rotation may have moved cuts since the rows were listed: what counts is where the cut of the row stands
-// at present.
+// The rotation may have moved cuts since the rows were listed: what counts is where the row's cut is now.
 std::int32_t clsSchedLibGridPresenter::PositionInto(std::optional<std::size_t> lRow) const
 {
     const CutCollection& colSchedCuts = *m_cCurrentCat->SchedCuts();

@@ -12,7 +12,7 @@ namespace ravlo
 {
 
 // The cut grid on the screen: a list without rows of its own, which asks for texts when it paints. Rows count
-// from 0. Nothing it does when told is reported back.
+// from 0. It does not report what its presenter makes it do.
 class clsSchedLibGridView
 {
 public:
@@ -21,7 +21,7 @@ public:
     virtual std::size_t ColCount() const = 0;
     virtual void AddCol(const std::wstring& sHeader) = 0;
     virtual void ShowLayout(const ColumnLayout& layout) = 0;
-    // The layout as the user has left it; what he did not change is as it was shown.
+    // The layout as the user has left it; what they did not change is as it was shown.
     virtual ColumnLayout Layout() const = 0;
 
     // No row is selected or current afterwards, and the first one is at the top.
@@ -35,6 +35,19 @@ public:
     virtual std::size_t TopRow() const = 0;
     virtual void SetTopRow(std::size_t row) = 0;
     virtual void EnsureVisible(std::size_t row) = 0;
+};
+
+// The grid paints nothing while one exists: changing many rows would repaint at each.
+class RedrawOff
+{
+public:
+    explicit RedrawOff(clsSchedLibGridView& cView) : m_cView(cView) { m_cView.SetRedraw(false); }
+    ~RedrawOff() { m_cView.SetRedraw(true); }
+    RedrawOff(const RedrawOff&) = delete;
+    RedrawOff& operator=(const RedrawOff&) = delete;
+
+private:
+    clsSchedLibGridView& m_cView;
 };
 
 } // namespace ravlo

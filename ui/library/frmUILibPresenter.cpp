@@ -1,92 +1,110 @@
 // SPDX-License-Identifier: MIT
 #include "ui/library/frmUILibPresenter.h"
 
-#include "base/CaseFolding.h"
 #include "base/ScopedFlag.h"
-#include "ui/library/LibraryFilling.h"
+#include "scheduler/CategoryEditing.h"
 #include "ui/library/NodeKey.h"
-#include "ui/library/frmUILibWork.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace ravlo
 {
 
+namespace
+{
+
+// Calls something once at the next start of progress, as long as it exists.
+class Began
+{
+public:
+    Began(std::function<void()>& OnProgressStart, std::function<void()> begun)
+        : m_OnProgressStart(OnProgressStart)
+    {
+        m_OnProgressStart = [this, begun = std::move(begun)] {
+            if (!std::exchange(m_bBegan, true))
+                begun();
+        };
+    }
+    ~Began() { m_OnProgressStart = nullptr; }
+    Began(const Began&) = delete;
+    Began& operator=(const Began&) = delete;
+
+private:
+    std::function<void()>& m_OnProgressStart;
+    bool m_bBegan = false;
+};
+
+const wchar_t* HandlerOf(LibraryCommand eCommand)
+{
+    using enum LibraryCommand;
+    switch (eCommand)
+    {
+    case mnuSelectAllTree:
+        return L"mnuSelectAllTree_Click";
+    case mnuSelectNoneTree:
+        return L"mnuSelectNoneTree_Click";
+    case mnuSelectInvertTree:
+        return L"mnuSelectInvertTree_Click";
+    case mnuSelectAllGrid:
+        return L"mnuSelectAllGrid_Click";
+    case mnuSelectNoneGrid:
+        return L"mnuSelectNoneGrid_Click";
+    case mnuInvertSelectionGrid:
+        return L"mnuInvertSelectionGrid_Click";
+    case mnuReloadAll:
+        return L"mnuReloadAll_Click";
+    case mnuSave:
+        return L"mnuSave_Click";
+    case mnuExit:
+        return L"mnuExit_Click";
+    case mnuCatUI:
+        return L"mnuCatUI_Click";
+    case mnuCatNew:
+        return L"mnuCatNew_Click";
+    case mnuCatLevelNew:
+        return L"mnuCatLevelNew_Click";
+    case mnuShuffle:
+        return L"mnuShuffle_Click";
+    case mnuCatDelete:
+        return L"mnuCatDelete_Click";
+    case mnuHelp:
+        return L"mnuHelp_Click";
+    }
+    return L"frmUILib";
+}
+
+} // namespace
+
 frmUILibPresenter::frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTreeView,
                                      clsSchedLibGridView& cGridView, ModScheduler& cMod)
-    : m_cView(cView), m_cTreeView(cTreeView), m_cMod(cMod), m_cGrid(cGridView, cMod)
+    : m_cView(cView), m_cMod(cMod),
+      m_cWork(cView, cMod, [this](clsSchedMan& cSchedMan) { m_cPanes.ShowChanges(cSchedMan); }),
+      m_cPanes(cView, cTreeView, cGridView, m_cWork, cMod), m_cCuts(cView, m_cPanes, m_cWork, cMod)
 {
-    m_cGrid.OLEDragDropOperationStarted = [this] { m_cReordering = std::make_unique<Busy>(*this); };
-    m_cGrid.OLEDragCompleted = [this] {
-        if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock())
-            ShowAgain(*cSchedMan);
-        m_cReordering.reset();
-    };
-    m_cGrid.RemovalRequested = [this](const std::vector<std::size_t>& colRows) {
-        if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock())
-            Remove(*cSchedMan, colRows);
-    };
 }
 
 frmUILibPresenter::~frmUILibPresenter()
 {
-    if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock())
+    if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cWork.SchedMan())
         cSchedMan->SetProgressFollower(nullptr);
 }
 
 void frmUILibPresenter::SetSchedMan(const std::shared_ptr<clsSchedMan>& cSchedMan)
 {
-    if (const std::shared_ptr<clsSchedMan> cBefore = m_cSchedMan.lock())
+    if (const std::shared_ptr<clsSchedMan> cBefore = m_cWork.SchedMan())
         cBefore->SetProgressFollower(nullptr);
-    m_cSchedMan = cSchedMan;
-    m_cGrid.SetSchedMan(cSchedMan);
+    m_cWork.SetSchedMan(cSchedMan);
     if (cSchedMan)
         cSchedMan->SetProgressFollower(this);
 }
 
-// ---- what runs ----
-
-// Disabling and enabling let waiting messages run, in which anything may happen. In a window that was never
-// shown there is nothing to disable, and whoever had it filled expects no messages.
-void frmUILibPresenter::SetBusy(bool bBusy) noexcept
-{
-    if (!m_bShown)
-        return;
-    try
-    {
-        m_cView.SetBusy(bBusy);
-        m_cMod.Pump();
-    }
-    catch (...)
-    {
-        m_cMod.LogError(L"frmUILib.SetBusy", CurrentError());
-    }
-}
-
-// What was put off while something ran. Called while the last Working still counts, so that what comes
-// meanwhile is put off in its turn instead of nesting. News that come while news are shown wait for the
-// user's turn, or a database that keeps talking would never let him in. A window that is to close shows none.
-void frmUILibPresenter::Settle() noexcept
-{
-    if (!m_bCloseOwed && std::exchange(m_bRefreshOwed, false))
-        Try(L"frmUILib.RefreshAll", [this] {
-            if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock())
-                ShowChanges(*cSchedMan);
-        });
-    if (std::exchange(m_bCloseOwed, false))
-        m_cView.Close();
-    else if (std::exchange(m_bRefreshOwed, false))
-        m_cView.AskForRefresh();
-}
-
-// ---- opening, loading, closing ----
+// ---- opening, loading ----
 
 void frmUILibPresenter::ShowModalUI()
 {
     if (m_bShowing)
         return m_cView.BringToFront();
-    const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock();
+    const std::shared_ptr<clsSchedMan> cSchedMan = m_cWork.SchedMan();
     if (!cSchedMan)
     {
         m_cMod.Box(BoxIcon::None, BoxButtons::Ok, sProgramTitle,
@@ -94,31 +112,20 @@ void frmUILibPresenter::ShowModalUI()
         return;
     }
     const ScopedFlag cShowing(m_bShowing);
-    m_bShown = true;
-    m_bCloseOwed = false;
-    Try(L"frmUILib.Form_Load", [&] { Load(*cSchedMan); });
+    m_cWork.Opened();
+    m_cWork.Try(L"frmUILib.Form_Load", [&] { m_cPanes.Load(*cSchedMan); });
     m_cView.ShowModal();
-}
-
-void frmUILibPresenter::Load(clsSchedMan& cSchedMan)
-{
-    const Busy cBusy(*this);
-    Populate(cSchedMan);
-    if (m_cTree.Count() == 0)
-        return ClearGrid();
-    m_cTreeView.Select(0);
-    ShowItems(cSchedMan);
 }
 
 void frmUILibPresenter::ReloadAll()
 {
-    const std::shared_ptr<clsSchedMan> cSchedMan = m_cSchedMan.lock();
-    if (m_lWorking > 0)
-        m_bRefreshOwed = true;
+    const std::shared_ptr<clsSchedMan> cSchedMan = m_cWork.SchedMan();
+    if (m_cWork.Running())
+        m_cWork.RequestRefresh();
     else if (cSchedMan)
         try
         {
-            RefreshAll(*cSchedMan);
+            m_cPanes.RefreshAll(*cSchedMan);
         }
         catch (...)
         {
@@ -127,197 +134,142 @@ void frmUILibPresenter::ReloadAll()
         }
 }
 
-void frmUILibPresenter::RequestRefresh()
+// ---- commands ----
+
+void frmUILibPresenter::Do(LibraryCommand eCommand)
 {
-    if (m_lWorking > 0)
-        m_bRefreshOwed = true;
-    else
-        Handle(L"frmUILib.RefreshAll", [this](clsSchedMan& cSchedMan) { ShowChanges(cSchedMan); });
+    if (eCommand == LibraryCommand::mnuExit)
+        return RequestClose();
+    m_cWork.Handle(HandlerOf(eCommand), [&](clsSchedMan& cSchedMan) { Run(eCommand, cSchedMan); });
 }
 
-void frmUILibPresenter::RequestClose()
+void frmUILibPresenter::Run(LibraryCommand eCommand, clsSchedMan& cSchedMan)
 {
-    if (m_lWorking > 0)
-        m_bCloseOwed = true;
-    else
-        m_cView.Close();
+    using enum LibraryCommand;
+    switch (eCommand)
+    {
+    case mnuSelectAllTree:
+        return m_cPanes.CheckAll(true);
+    case mnuSelectNoneTree:
+        return m_cPanes.CheckAll(false);
+    case mnuSelectInvertTree:
+        return m_cPanes.InvertChecks();
+    case mnuSelectAllGrid:
+        return Grid().SelectAll();
+    case mnuSelectNoneGrid:
+        return Grid().SelectNone();
+    case mnuInvertSelectionGrid:
+        return Grid().InvertSelection();
+    case mnuReloadAll:
+        return Reload(cSchedMan);
+    case mnuSave:
+        return SaveAll(cSchedMan);
+    case mnuExit:
+        return; // never run here: while something runs it is pending, not ignored
+    case mnuCatUI:
+        return ShowCategoryWindow(cSchedMan);
+    case mnuCatNew:
+        return NewCategory(cSchedMan);
+    case mnuCatLevelNew:
+        return NewLevel(cSchedMan);
+    case mnuShuffle:
+        return Shuffle(cSchedMan);
+    case mnuCatDelete:
+        return Delete(cSchedMan);
+    case mnuHelp:
+        return cSchedMan.ShowHelp();
+    }
 }
 
-// ---- tree and grid ----
-
-void frmUILibPresenter::Populate(clsSchedMan& cSchedMan)
+void frmUILibPresenter::ShowCategoryWindow(clsSchedMan& cSchedMan)
 {
-    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
-    PopulateTreeView(colMainCats.get(), m_cTree);
-    m_cTreeView.ShowTree(m_cTree);
+    CategoryRequest request;
+    request.sCaption = L"Category Selector";
+    cSchedMan.ShowCatUI(request);
+    m_cPanes.ShowChangedTree(cSchedMan);
 }
 
-void frmUILibPresenter::ShowSelectedNode()
+void frmUILibPresenter::NewCategory(clsSchedMan& cSchedMan)
 {
-    Handle(L"TvCats_DblClick", [this](clsSchedMan& cSchedMan) { ShowItems(cSchedMan); });
-}
-
-// Shows the selected node's items. A station without categories is read anew first: the database may have
-// been filled meanwhile.
-void frmUILibPresenter::ShowItems(clsSchedMan& cSchedMan)
-{
-    const std::optional<CategoryTreePresenter::Node> lNode = m_cTreeView.Selected();
-    if (!lNode)
+    std::wstring sName;
+    if (!cSchedMan.CreateMainCat(sName))
         return;
-    const Busy cBusy(*this);
-    const std::wstring sKey = m_cTree.At(*lNode).sKey;
-    if (const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
-        !colMainCats || colMainCats->Empty())
+    m_cPanes.ShowChanges(cSchedMan);
+    m_cPanes.BringIntoView(CategoryKey(sName, 0));
+}
+
+void frmUILibPresenter::NewLevel(clsSchedMan& cSchedMan)
+{
+    const std::wstring sKey = m_cPanes.SelectedKey();
+    if (sKey.empty())
     {
-        cSchedMan.PopulateFromDataBase(cSchedMan.DataBase(), cSchedMan.AppPath());
-        Populate(cSchedMan);
-        if (const std::optional<CategoryTreePresenter::Node> lAgain = m_cTree.Find(sKey))
-            m_cTreeView.Select(*lAgain);
-    }
-    ShowNode(cSchedMan, sKey);
-}
-
-void frmUILibPresenter::ShowNode(clsSchedMan& cSchedMan, const std::wstring& sKey)
-{
-    const Busy cBusy(*this);
-    const bool bAgain = EqualIgnoringCase(sKey, m_sShownKey);
-    const clsSchedLibGridPresenter::Place place =
-        bAgain ? m_cGrid.CurrentPlace() : clsSchedLibGridPresenter::Place();
-    const std::optional<ShownCuts> shown = ShowGridCuts(cSchedMan, m_cGrid, sKey, &m_cTree, this);
-    m_cTreeView.ShowImages();
-    if (!shown)
-        return ClearGrid();
-    m_sShownKey = shown->strCatKey;
-    m_cGrid.SetCurrentCatViewing(shown->cCatShown);
-    m_cGrid.SetBanOLEDrop(shown->bShowingAllAudio || shown->bShowingMoreThanOneLevel);
-    m_cGrid.ReturnTo(place);
-}
-
-void frmUILibPresenter::ClearGrid()
-{
-    m_sShownKey.clear();
-    m_cGrid.SetCurrentCatViewing(nullptr);
-    m_cGrid.SetBanOLEDrop(true);
-    m_cGrid.Clear();
-    ProgressEnd(L"", L"");
-}
-
-// A node that is gone is stood in for by its main category, else by the root.
-std::wstring frmUILibPresenter::NodeOrStandIn(const std::wstring& sKey) const
-{
-    for (const std::wstring& sTried : {sKey, MainKeyOf(sKey)})
-        if (m_cTree.Find(sTried))
-            return sTried;
-    return RootKey();
-}
-
-// After a command that leaves the categories as they are.
-void frmUILibPresenter::ShowAgain(clsSchedMan& cSchedMan)
-{
-    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
-    if (!colMainCats || colMainCats->Empty())
-        return ClearGrid();
-    const std::wstring sKey = NodeOrStandIn(m_sShownKey);
-    // The tree on the screen may be older than the manager's.
-    if (sKey != RootKey() && !CatOf(cSchedMan, sKey))
-        return ShowChanges(cSchedMan);
-    ShowNode(cSchedMan, sKey);
-}
-
-// The tree anew, with its expanded nodes; the selected node is selected again, or what stands in for it.
-// Ticks go. Returns the selected node's key.
-std::wstring frmUILibPresenter::RebuildTree(clsSchedMan& cSchedMan)
-{
-    const std::optional<CategoryTreePresenter::Node> lSelected = m_cTreeView.Selected();
-    const std::wstring sSelected = lSelected ? m_cTree.At(*lSelected).sKey : RootKey();
-    const std::vector<std::wstring> colExpanded = m_cTree.ExpandedKeys();
-    Populate(cSchedMan);
-    for (const std::wstring& sKey : colExpanded)
-        if (const std::optional<CategoryTreePresenter::Node> lNode = m_cTree.Find(sKey))
-        {
-            m_cTree.SetExpanded(*lNode, true);
-            m_cTreeView.Expand(*lNode);
-        }
-    const std::wstring sKey = NodeOrStandIn(sSelected);
-    if (const std::optional<CategoryTreePresenter::Node> lNode = m_cTree.Find(sKey))
-        m_cTreeView.Select(*lNode);
-    return sKey;
-}
-
-void frmUILibPresenter::RefreshAll(clsSchedMan& cSchedMan)
-{
-    const Busy cBusy(*this);
-    const std::wstring sSelected = RebuildTree(cSchedMan);
-    ShowNode(cSchedMan, sSelected);
-}
-
-bool frmUILibPresenter::TreeIsUpToDate(const clsSchedMan& cSchedMan) const
-{
-    CategoryTreePresenter cNow;
-    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
-    PopulateTreeView(colMainCats.get(), cNow);
-    return m_cTree.HasSameNodes(cNow);
-}
-
-// After news and commands that add categories: what is shown stays shown and what is selected stays selected.
-// A tree with the same nodes is not touched; one with others keeps the ticks of those that are left.
-void frmUILibPresenter::ShowChanges(clsSchedMan& cSchedMan)
-{
-    const Busy cBusy(*this);
-    if (!TreeIsUpToDate(cSchedMan))
-    {
-        std::vector<std::wstring> colChecked;
-        for (const CategoryTreePresenter::Node lNode : m_cTree.Checked())
-            colChecked.push_back(m_cTree.At(lNode).sKey);
-        RebuildTree(cSchedMan);
-        std::vector<CategoryTreePresenter::Node> colNodes;
-        for (const std::wstring& sKey : colChecked)
-            if (const std::optional<CategoryTreePresenter::Node> lNode = m_cTree.Find(sKey))
-            {
-                m_cTree.SetChecked(*lNode, true);
-                colNodes.push_back(*lNode);
-            }
-        m_cTreeView.ShowChecks(m_cTree, colNodes);
-    }
-    ShowNode(cSchedMan, NodeOrStandIn(m_sShownKey));
-}
-
-// Of the levels in the tree on the screen.
-std::vector<std::wstring> frmUILibPresenter::LevelKeys(const std::wstring& sMainKey) const
-{
-    std::vector<std::wstring> colKeys;
-    if (const std::optional<CategoryTreePresenter::Node> lMain = m_cTree.Find(sMainKey))
-        for (const CategoryTreePresenter::Node lLevel : m_cTree.At(*lMain).colChildren)
-            colKeys.push_back(m_cTree.At(lLevel).sKey);
-    return colKeys;
-}
-
-// Opens the main category when it has a level that it did not have before, and brings that one into view.
-void frmUILibPresenter::ShowNewLevel(const std::wstring& sMainKey, const std::vector<std::wstring>& colBefore)
-{
-    for (const std::wstring& sKey : LevelKeys(sMainKey))
-    {
-        if (std::find(colBefore.begin(), colBefore.end(), sKey) != colBefore.end())
-            continue;
-        const CategoryTreePresenter::Node lMain = *m_cTree.Find(sMainKey);
-        m_cTree.SetExpanded(lMain, true);
-        m_cTreeView.Expand(lMain);
-        m_cTreeView.BringIntoView(*m_cTree.Find(sKey));
+        m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"Nothing Selected",
+                   L"First Select a category in the tree under which to create the new Category Level");
         return;
     }
+    if (sKey == RootKey())
+    {
+        m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"Choose Another Category In The Tree",
+                   L"'ALL AUDIO' is not a valid category selection for this operation");
+        return;
+    }
+    const std::wstring sMainKey = MainKeyOf(sKey);
+    const std::vector<std::wstring> colBefore = m_cPanes.LevelKeys(sMainKey);
+    if (!cSchedMan.CreateCatLevel(CatOf(cSchedMan, sMainKey)))
+        return;
+    m_cPanes.ShowChanges(cSchedMan);
+    m_cPanes.ShowNewLevel(sMainKey, colBefore);
+}
+
+void frmUILibPresenter::Shuffle(clsSchedMan& cSchedMan)
+{
+    const Cats colCats = m_cPanes.CheckedCats(cSchedMan);
+    if (colCats.empty())
+    {
+        m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"You Need to Check (tick) Them In The Tree.",
+                   L"First, select some categories to shuffle");
+        return;
+    }
+    {
+        // Not while the manager asks: from its first report on.
+        std::unique_ptr<LibraryWork::Busy> cBusy;
+        const Began cBegan(m_OnProgressStart, [&] { cBusy = std::make_unique<LibraryWork::Busy>(m_cWork); });
+        cSchedMan.ShuffleCategories(colCats, true);
+    }
+    m_cPanes.ShowAgain(cSchedMan);
+}
+
+void frmUILibPresenter::Delete(clsSchedMan& cSchedMan)
+{
+    const Cats colCats = m_cPanes.CheckedCats(cSchedMan);
+    if (colCats.empty())
+    {
+        m_cMod.Box(BoxIcon::Information, BoxButtons::Ok,
+                   L"First Select Some Categories To Delete In The Tree!",
+                   L"There are no categories checked in the tree to delete!");
+        return;
+    }
+    const std::wstring sText = L"Really delete the checked categories: \r\n" + ListCats(colCats, mostListed) +
+                               L"\r\n\r\nAny items in these categories will be removed from the categories.";
+    if (m_cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"Confirm Category Deletion", sText) !=
+        BoxAnswer::Yes)
+        return;
+    const LibraryWork::Busy cBusy(m_cWork);
+    cSchedMan.DeleteCats(colCats);
+    m_cPanes.RefreshAll(cSchedMan);
 }
 
 void frmUILibPresenter::Reload(clsSchedMan& cSchedMan)
 {
-    const Busy cBusy(*this);
+    const LibraryWork::Busy cBusy(m_cWork);
     cSchedMan.PopulateFromDataBase(cSchedMan.DataBase(), cSchedMan.AppPath());
-    RefreshAll(cSchedMan);
+    m_cPanes.RefreshAll(cSchedMan);
 }
 
-// By key: saving lets messages run, in which a host may populate anew, in another folder.
+// Goes by key: saving lets messages run, in which a host may populate again, in another folder.
 void frmUILibPresenter::SaveAll(clsSchedMan& cSchedMan)
 {
-    const Busy cBusy(*this);
+    const LibraryWork::Busy cBusy(m_cWork);
     std::vector<std::wstring> colKeys;
     if (const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats())
         for (const std::shared_ptr<clsCat>& cMainCat : *colMainCats)
@@ -325,75 +277,7 @@ void frmUILibPresenter::SaveAll(clsSchedMan& cSchedMan)
     for (const std::wstring& sKey : colKeys)
         if (const std::shared_ptr<clsCat> cMainCat = CatByKey(cSchedMan.colMainCats().get(), sKey))
             cSchedMan.SaveHistoryAndOrdering(cMainCat);
-    m_cView.HideProgress(); // one that failed has left it
-}
-
-Cats frmUILibPresenter::CheckedCats(const clsSchedMan& cSchedMan) const
-{
-    Cats colCats;
-    for (const CategoryTreePresenter::Node lNode : m_cTree.Checked())
-        if (std::shared_ptr<clsCat> cCat = CatOf(cSchedMan, m_cTree.At(lNode).sKey))
-            colCats.push_back(std::move(cCat));
-    return colCats;
-}
-
-// ---- ticks ----
-
-void frmUILibPresenter::NodeCheck(CategoryTreePresenter::Node lNode, bool bCheck)
-{
-    if (lNode >= m_cTree.Count())
-        return;
-    if (m_lWorking > 0)
-        return m_cTreeView.ShowChecks(m_cTree, {lNode});
-    const std::vector<CategoryTreePresenter::Node> colNodes = m_cTree.Check(lNode, bCheck);
-    m_cTreeView.ShowChecks(m_cTree, colNodes);
-}
-
-void frmUILibPresenter::NodeExpanded(CategoryTreePresenter::Node lNode, bool bExpanded)
-{
-    if (lNode < m_cTree.Count())
-        m_cTree.SetExpanded(lNode, bExpanded);
-}
-
-bool frmUILibPresenter::TypeInTree(wchar_t cTyped)
-{
-    constexpr std::uint32_t lSearchMs = 1000;
-    const std::uint32_t lNow = m_cMod.Ports().cClock.TickCount();
-    const bool bGoesOn = !m_sTyped.empty() && lNow - m_lTyped < lSearchMs;
-    if (cTyped < L' ' || (cTyped == L' ' && !bGoesOn))
-        return false;
-    if (!bGoesOn)
-        m_sTyped.clear();
-    m_sTyped += cTyped;
-    m_lTyped = lNow;
-    if (m_lWorking > 0 || m_cTree.Count() == 0)
-        return true;
-    const CategoryTreePresenter::Node lFrom = m_cTreeView.Selected().value_or(0);
-    // A first letter looks behind the selected node, the next ones make sure of it. The same letter again and
-    // again goes through all that begin with it.
-    std::optional<CategoryTreePresenter::Node> lFound =
-        m_cTree.FindText(m_sTyped, lFrom, m_sTyped.size() == 1);
-    const bool bOneLetter = m_sTyped.find_first_not_of(m_sTyped[0]) == std::wstring::npos;
-    if (!lFound && bOneLetter)
-        lFound = m_cTree.FindText(m_sTyped.substr(0, 1), lFrom, true);
-    if (lFound)
-        m_cTreeView.Select(*lFound);
-    return true;
-}
-
-void frmUILibPresenter::CheckAll(bool bCheck)
-{
-    if (m_cTree.Count() != 0)
-        m_cTreeView.ShowChecks(m_cTree, m_cTree.Check(0, bCheck));
-}
-
-void frmUILibPresenter::InvertChecks()
-{
-    m_cTree.InvertChecks();
-    std::vector<CategoryTreePresenter::Node> colNodes;
-    for (CategoryTreePresenter::Node lNode = 0; lNode < m_cTree.Count(); ++lNode)
-        colNodes.push_back(lNode);
-    m_cTreeView.ShowChecks(m_cTree, colNodes);
+    m_cView.HideProgress(); // a failed one has left it
 }
 
 // ---- progress ----
@@ -406,23 +290,16 @@ void frmUILibPresenter::ProgressStart(const std::wstring& sReason, std::int32_t 
     m_cView.ShowProgress(lMax);
 }
 
-void frmUILibPresenter::Progress(const std::wstring& sText, std::int32_t lValue)
-{
-    m_cView.SetStatus(sText, L"");
-    m_cView.MoveProgress(lValue);
-}
-
-void frmUILibPresenter::ProgressEnd(const std::wstring& sFirst, const std::wstring& sSecond)
-{
-    m_cView.SetStatus(sFirst, sSecond);
-    m_cView.HideProgress();
-}
-
 void frmUILibPresenter::Progress(const std::wstring& strProgress, std::int32_t lCount, std::int32_t)
 {
-    Progress(strProgress, lCount);
+    m_cView.SetStatus(strProgress, L"");
+    m_cView.MoveProgress(lCount);
 }
 
-void frmUILibPresenter::ProgressDone(const std::wstring& sStatus) { ProgressEnd(sStatus, L""); }
+void frmUILibPresenter::ProgressDone(const std::wstring& sStatus, const std::wstring& sDetail)
+{
+    m_cView.SetStatus(sStatus, sDetail);
+    m_cView.HideProgress();
+}
 
 } // namespace ravlo

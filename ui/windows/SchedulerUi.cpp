@@ -2,7 +2,7 @@
 #include "ui/windows/SchedulerUi.h"
 
 #include "base/ScopedFlag.h"
-#include "ui/category/windows/ShowCategory.h"
+#include "ui/category/windows/frmCatWindow.h"
 #include "ui/library/windows/LibraryWindowLifetime.h"
 
 namespace ravlo
@@ -11,7 +11,7 @@ namespace ravlo
 namespace
 {
 
-class Ui final : public SchedulerUi
+class Ui final : public SchedulerWindows
 {
 public:
     explicit Ui(const std::shared_ptr<clsSchedMan>& cSchedMan)
@@ -24,7 +24,6 @@ public:
     void ReloadLibrary() override { m_cLibrary.Reload(); }
     void RefreshLibrary() override { m_cLibrary.Refresh(); }
     void ShowLibrary() override { m_cLibrary.Show(); }
-    ProgressTarget& LibraryProgress() override { return m_cLibrary; }
 
     std::int32_t ShowCategory(CategoryRequest& request) override
     {
@@ -43,7 +42,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<SchedulerUi> NewSchedulerUi(const std::shared_ptr<clsSchedMan>& cSchedMan)
+std::unique_ptr<SchedulerWindows> NewSchedulerUi(const std::shared_ptr<clsSchedMan>& cSchedMan)
 {
     return std::make_unique<Ui>(cSchedMan);
 }

@@ -2,11 +2,10 @@
 #include "ui/library/CategoryTreePresenter.h"
 
 #include "support/SchedulerTest.h"
-#include "ui/library/LibraryFilling.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <utility>
 
 namespace ravlo::test
 {
@@ -30,7 +29,8 @@ protected:
             sText += Picture(lChild, sIndent + L" ");
         return sText;
     }
-    void Populate() { PopulateTreeView(cLibrary.cSchedMan->colMainCats().get(), cTree); }
+    std::vector<TreeNode> Nodes() const { return NodesOf(cLibrary.cSchedMan->colMainCats().get()); }
+    void Populate() { cTree.Fill(Nodes()); }
     Node At(const std::wstring& sName, std::int32_t lLevel) const
     {
         return cTree.Find(CategoryKey(sName, lLevel)).value();
@@ -54,7 +54,6 @@ TEST_F(CategoryTreeTest, WithNoMainCategoryItIsTheExpandedRootAlone)
     EXPECT_EQ(Picture(), L"ALL AUDIO\n");
     EXPECT_EQ(cTree.At(0).sKey, L"ALL AUDIO\t0");
     EXPECT_TRUE(cTree.At(0).bExpanded);
-    EXPECT_TRUE(cTree.At(0).bSorted);
 }
 
 TEST_F(CategoryTreeTest, CategoriesAndLevelsAreSortedByTextWhateverTheirCase)
@@ -157,94 +156,44 @@ TEST_F(FilledTreeTest, TheRootCannotBeCollapsed)
 
 TEST_F(FilledTreeTest, ANodeThatIsThereAlreadyOrHasNoParentIsLeftOut)
 {
-    const std::size_t count = cTree.Count();
-    cTree.AddNode(CategoryKey(sAllAudio, 0), L"ROCK\t0", L"again", sImageClosed);
-    cTree.AddNode(L"Nowhere\t0", L"Nowhere\t1", L"1", sImageClosed);
+    std::vector<TreeNode> colNodes = Nodes();
+    const std::size_t count = colNodes.size();
+    colNodes.push_back({colNodes[0].sKey, L"ROCK\t0", L"again"});
+    colNodes.push_back({L"Nowhere\t0", L"Nowhere\t1", L"1"});
+    cTree.Fill(colNodes);
     EXPECT_EQ(cTree.Count(), count);
 }
 
 TEST(CategoryTreeOrderTest, OnlyTheChildrenOfANodeThatIsToBeSortedAreSorted)
 {
     CategoryTreePresenter cTree;
-    cTree.SetSorted(); // there is none yet
-    cTree.AddNode(L"", L"root", L"root", sImageClosed);
-    cTree.AddNode(L"root", L"sorted", L"sorted", sImageClosed);
-    cTree.SetSorted();
-    cTree.AddNode(L"root", L"as added", L"as added", sImageClosed);
+    std::vector<TreeNode> colNodes{
+        {L"", L"root", L"root"}, {L"root", L"sorted", L"sorted", true}, {L"root", L"as added", L"as added"}};
     for (const wchar_t* sParent : {L"sorted", L"as added"})
-        for (const wchar_t* sText : {L"c", L"A", L"b"})
-            cTree.AddNode(sParent, sParent + std::wstring(sText), sText, sImageClosed);
+        for (const wchar_t* sText : {L"c", L"A", L"b", L"a"})
+            colNodes.push_back({sParent, sParent + std::to_wstring(colNodes.size()), sText});
+    cTree.Fill(colNodes);
     EXPECT_EQ(cTree.At(0).colChildren, (std::vector<Node>{1, 2}));
-    EXPECT_EQ(cTree.At(1).colChildren, (std::vector<Node>{4, 5, 3}));
-    EXPECT_EQ(cTree.At(2).colChildren, (std::vector<Node>{6, 7, 8}));
+    EXPECT_EQ(cTree.At(1).colChildren, (std::vector<Node>{4, 6, 5, 3}));
+    EXPECT_EQ(cTree.At(2).colChildren, (std::vector<Node>{7, 8, 9, 10}));
 }
 
-TEST_F(FilledTreeTest, TwoTreesHaveTheSameNodesWhenKeysAndTextsAre)
+TEST_F(FilledTreeTest, ItHasTheSameNodesWhenKeysAndTextsAreInAnyOrder)
 {
-    CategoryTreePresenter cOther;
-    EXPECT_FALSE(cTree.HasSameNodes(cOther));
-    for (std::size_t lNode = 0; lNode < cTree.Count(); ++lNode)
-        cOther.AddNode(lNode == 0 ? L"" : cTree.At(0).sKey, cTree.At(lNode).sKey, cTree.At(lNode).sText,
-                       sImageClosed);
-    EXPECT_TRUE(cTree.HasSameNodes(cOther));
-    cOther.AddNode(cTree.At(0).sKey, L"One\t9", L"", sImageClosed);
-    EXPECT_FALSE(cTree.HasSameNodes(cOther));
-    cTree.AddNode(cTree.At(0).sKey, L"Another\t9", L"", sImageClosed);
-    EXPECT_FALSE(cTree.HasSameNodes(cOther));
-}
-
-TEST_F(FilledTreeTest, AnotherSpellingOfANameIsAnotherNode)
-{
-    CategoryTreePresenter cUpper;
-    CategoryTreePresenter cLower;
-    cUpper.AddNode(L"", L"Rock\t0", L"Rock", sImageClosed);
-    cLower.AddNode(L"", L"rock\t0", L"rock", sImageClosed);
-    EXPECT_FALSE(cUpper.HasSameNodes(cLower));
-}
-
-// A host's tree, which edits categories from within its Nodes.Add.
-class EditingTree final : public TreeTarget
-{
-public:
-    std::function<void()> OnAdd;
-    std::vector<std::wstring> colKeys;
-
-    void Clear() override { Edit(); }
-    void AddNode(const std::wstring&, const std::wstring& sKey, const std::wstring&, const wchar_t*) override
-    {
-        colKeys.push_back(sKey);
-        Edit();
-    }
-    void SetSorted() override { Edit(); }
-    void ExpandFirst() override {}
-
-private:
-    void Edit()
-    {
-        if (const auto edit = OnAdd)
-            edit();
-    }
-};
-
-TEST_F(CategoryTreeTest, AHostsTreeMayEditCategoriesWhileItIsFilled)
-{
-    cLibrary.cDataBase->Add(L"a", L"Rock/Jazz/Pop", 1);
-    cLibrary.cDataBase->Add(L"b", L"Rock", 2);
-    cLibrary.Populate();
-    EditingTree cEditing;
-    cEditing.OnAdd = [&] {
-        const std::shared_ptr<CatCollection> colMainCats = cLibrary.cSchedMan->colMainCats();
-        if (!colMainCats->Empty())
-            cLibrary.cSchedMan->DeleteCats({colMainCats->At(0)});
-        if (const auto cPop = cLibrary.MainCat(L"Pop"))
-            cPop->AddSubCat(std::make_shared<clsCat>(cLibrary.cMod, L"Pop", cPop->TotalCuts() + 5));
-    };
-    PopulateTreeView(cLibrary.cSchedMan->colMainCats().get(), cEditing);
-    EXPECT_EQ(cEditing.colKeys,
-              (std::vector<std::wstring>{L"ALL AUDIO\t0", L"Rock\t0", L"Rock\t1", L"Rock\t2", L"Jazz\t0",
-                                         L"Jazz\t1", L"Pop\t0", L"Pop\t1"}))
-        << "as it was at the call";
-    EXPECT_EQ(cLibrary.MainCat(L"Rock"), nullptr);
+    std::vector<TreeNode> colNodes = Nodes();
+    const auto Same = [&] { return cTree.HasSameNodes(colNodes); };
+    EXPECT_FALSE(cTree.HasSameNodes({}));
+    EXPECT_TRUE(Same());
+    std::swap(colNodes[1], colNodes.back());
+    EXPECT_TRUE(Same());
+    colNodes[1].sText += L" another spelling";
+    EXPECT_FALSE(Same());
+    colNodes = Nodes();
+    colNodes.push_back({colNodes[0].sKey, L"One\t9", L"9"});
+    EXPECT_FALSE(Same()) << "one more";
+    colNodes = Nodes();
+    colNodes.pop_back();
+    EXPECT_FALSE(Same()) << "one less";
 }
 
 } // namespace

@@ -61,6 +61,7 @@ public:
     std::vector<bool> bSelected;
     std::optional<std::size_t> lCurrent;
     std::size_t lTop = 0;
+    Rows colEnsured; // made visible
     std::vector<bool> bRedraws;
     int lFilled = 0;
     std::function<void()> OnSelectedRows;
@@ -93,7 +94,7 @@ public:
     void SetCurrentRow(std::size_t row) override { lCurrent = row; }
     std::size_t TopRow() const override { return lTop; }
     void SetTopRow(std::size_t row) override { lTop = row; }
-    void EnsureVisible(std::size_t) override {}
+    void EnsureVisible(std::size_t row) override { colEnsured.push_back(row); }
 
     void Select(const Rows& colRows)
     {
@@ -184,18 +185,18 @@ struct LibraryWindowLifetime
     void ShowNode(const std::wstring& sName, std::int32_t lLevel)
     {
         cTreeView.Select(Node(sName, lLevel));
-        cForm.ShowSelectedNode();
+        cForm.Panes().ShowSelectedNode();
     }
     void DropOnNode(const std::wstring& sName, std::int32_t lLevel)
     {
-        ASSERT_TRUE(cForm.DragStarted());
-        cForm.DragCompleted(
-            frmUILibPresenter::Drop{true, CategoryKey(sName, lLevel), std::nullopt, sGridPayload});
+        ASSERT_TRUE(cForm.Cuts().DragStarted());
+        cForm.Cuts().DragCompleted(
+            LibraryCuts::Drop{true, CategoryKey(sName, lLevel), std::nullopt, sGridPayload});
     }
     void DropOnRow(std::optional<std::size_t> row)
     {
-        ASSERT_TRUE(cForm.DragStarted());
-        cForm.DragCompleted(frmUILibPresenter::Drop{false, L"", row, sGridPayload});
+        ASSERT_TRUE(cForm.Cuts().DragStarted());
+        cForm.Cuts().DragCompleted(LibraryCuts::Drop{false, L"", row, sGridPayload});
     }
     Keys RowKeys()
     {

@@ -122,9 +122,10 @@ TEST_P(SchedLibGridTest, TypingFindsAnArtistFromARowOnAndAroundElseATitle)
 TEST_P(SchedLibGridTest, InALevelTheCutsComeFromThatLevel)
 {
     window.ShowNode(L"Rock", 1);
-    EXPECT_TRUE(Grid().colSubCatsDraggedFrom().empty());
+    EXPECT_TRUE(Grid().colSubCatsDraggedFrom(*window.cLibrary.cSchedMan).empty());
     window.cGridView.Select({0, 3});
-    EXPECT_EQ(Grid().colSubCatsDraggedFrom(), (Cats{window.cLibrary.Level(L"Rock", 1)}));
+    EXPECT_EQ(Grid().colSubCatsDraggedFrom(*window.cLibrary.cSchedMan),
+              (Cats{window.cLibrary.Level(L"Rock", 1)}));
 }
 
 TEST_P(SchedLibGridTest, InAMainCategoryEachRowComesFromTheLevelItIsListedUnder)
@@ -133,7 +134,7 @@ TEST_P(SchedLibGridTest, InAMainCategoryEachRowComesFromTheLevelItIsListedUnder)
     window.cGridView.Select({7, 8});
     EXPECT_EQ(Grid().LevelAt(7), window.cLibrary.Level(L"Rock", 1));
     EXPECT_EQ(Grid().LevelAt(8), window.cLibrary.Level(L"Rock", 2));
-    EXPECT_EQ(Grid().colSubCatsDraggedFrom(),
+    EXPECT_EQ(Grid().colSubCatsDraggedFrom(*window.cLibrary.cSchedMan),
               (Cats{window.cLibrary.Level(L"Rock", 1), window.cLibrary.Level(L"Rock", 2)}));
 }
 
@@ -141,14 +142,14 @@ TEST_P(SchedLibGridTest, InAllAudioTheyAreAllLevelsTheCutsStandIn)
 {
     window.cGridView.Select({8});
     EXPECT_EQ(Grid().LevelAt(8), nullptr);
-    EXPECT_EQ(Grid().colSubCatsDraggedFrom(),
+    EXPECT_EQ(Grid().colSubCatsDraggedFrom(*window.cLibrary.cSchedMan),
               (Cats{window.cLibrary.Level(L"Rock", 2), window.cLibrary.Level(L"Jazz", 2)}));
 }
 
 TEST_P(SchedLibGridTest, CutsThatStandNowhereComeWithALevelOfTheirOwn)
 {
     window.cGridView.Select({0, 9});
-    const Cats colFrom = Grid().colSubCatsDraggedFrom();
+    const Cats colFrom = Grid().colSubCatsDraggedFrom(*window.cLibrary.cSchedMan);
     ASSERT_EQ(colFrom.size(), 2u);
     EXPECT_EQ(colFrom[0], window.cLibrary.Level(L"Rock", 1));
     EXPECT_EQ(colFrom[1]->CatName(), L"NOCAT");
@@ -194,6 +195,9 @@ TEST_P(ReorderTest, RowsMoveInFrontOfTheRowTheyAreDroppedOn)
         EXPECT_EQ(fresh.RowKeys(), test.colAfter);
         EXPECT_EQ(fresh.SelectedKeys(), colMoved);
         EXPECT_EQ(fresh.cForm.Grid().CutAt(fresh.cGridView.lCurrent.value())->Key().Text(), colMoved[0]);
+        const std::size_t first = fresh.cGridView.lCurrent.value();
+        EXPECT_EQ(fresh.cGridView.colEnsured, (Rows{first + colMoved.size() - 1, first}))
+            << "the whole block, its first row in any case";
         EXPECT_TRUE(fresh.Shown().empty());
     }
 }
@@ -228,7 +232,7 @@ TEST_P(ReorderTest, RowsThatAreNotConsecutiveAreRefused)
 
 TEST_P(ReorderTest, WhatWasNotDraggedFromTheGridIsRefused)
 {
-    window.cForm.Dropped(frmUILibPresenter::Drop{false, L"", 0, L"something else"});
+    window.cForm.Cuts().Dropped(LibraryCuts::Drop{false, L"", 0, L"something else"});
     EXPECT_EQ(window.Shown(),
               (Boxes{OkBox(BoxIcon::None, L"Scheduler Grid", L"Unrecognized Source for dragdrop!")}));
 }
@@ -259,17 +263,17 @@ TEST_P(ReorderTest, OutsideOfOneLevelItIsRefusedEvenForOneRow)
 TEST_P(ReorderTest, KeysMoveTheSelectedRowsByOnePlaceAndStopAtTheEnds)
 {
     window.cGridView.Select({1, 2});
-    window.cForm.MoveSelected(true);
+    window.cForm.Cuts().MoveSelected(true);
     EXPECT_EQ(Order(), (Keys{L"2", L"3", L"1", L"4", L"5", L"6", L"7", L"8"}));
     EXPECT_EQ(window.SelectedKeys(), (Keys{L"2", L"3"}));
-    window.cForm.MoveSelected(true);
+    window.cForm.Cuts().MoveSelected(true);
     EXPECT_EQ(Order(), (Keys{L"2", L"3", L"1", L"4", L"5", L"6", L"7", L"8"}));
-    window.cForm.MoveSelected(false);
+    window.cForm.Cuts().MoveSelected(false);
     EXPECT_EQ(Order(), (Keys{L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8"}));
     window.cGridView.Select({6});
-    window.cForm.MoveSelected(false);
+    window.cForm.Cuts().MoveSelected(false);
     EXPECT_EQ(Order(), (Keys{L"1", L"2", L"3", L"4", L"5", L"6", L"8", L"7"}));
-    window.cForm.MoveSelected(false);
+    window.cForm.Cuts().MoveSelected(false);
     EXPECT_EQ(Order(), (Keys{L"1", L"2", L"3", L"4", L"5", L"6", L"8", L"7"}));
     EXPECT_TRUE(window.Shown().empty());
 }
@@ -280,11 +284,11 @@ TEST_P(ReorderTest, KeysPressedDuringAMoveAreGatheredIntoOneMore)
     int lPresses = 3; // arrive while the first move runs
     window.cPorts.cHostLoop.OnPump = [&] {
         if (lPresses > 0 && lPresses-- > 0)
-            window.cForm.MoveSelected(true);
+            window.cForm.Cuts().MoveSelected(true);
     };
     int lSaves = 0;
     window.cLibrary.cHost.OnEvent = [&](const std::wstring& sLine) { lSaves += sLine.starts_with(L"Done"); };
-    window.cForm.MoveSelected(true);
+    window.cForm.Cuts().MoveSelected(true);
     window.cLibrary.cHost.OnEvent = nullptr;
     EXPECT_EQ(Order(), (Keys{L"1", L"2", L"3", L"8", L"4", L"5", L"6", L"7"})) << "four places up";
     EXPECT_LE(lSaves, 3) << "fewer saves than presses";
@@ -307,9 +311,9 @@ TEST_P(ReorderTest, NoInsertionLineWhereADropWouldChangeNothing)
 {
     const auto WouldMove = [&](const Rows& colRows, std::optional<std::size_t> row) {
         window.cGridView.Select(colRows);
-        EXPECT_TRUE(window.cForm.DragStarted());
+        EXPECT_TRUE(window.cForm.Cuts().DragStarted());
         const bool bMoves = Grid().DropWouldMove(row);
-        window.cForm.DragCompleted(std::nullopt);
+        window.cForm.Cuts().DragCompleted(std::nullopt);
         return bMoves;
     };
     const std::vector<bool> bExpected{true, true, false, false, false, true, true, true};
@@ -328,11 +332,11 @@ TEST_P(ReorderTest, TheSelectionIsReadOnceADragAndNotAtEachMoveOfTheMouse)
     window.cGridView.Select({2, 3});
     int lReads = 0;
     window.cGridView.OnSelectedRows = [&] { ++lReads; };
-    ASSERT_TRUE(window.cForm.DragStarted());
+    ASSERT_TRUE(window.cForm.Cuts().DragStarted());
     for (std::size_t row = 0; row < 8; ++row)
         Grid().DropWouldMove(row);
     EXPECT_EQ(lReads, 1);
-    window.cForm.DragCompleted(std::nullopt);
+    window.cForm.Cuts().DragCompleted(std::nullopt);
 }
 
 TEST_P(ReorderTest, TheWindowIsBusyWhileItMovesAndNeverAfterwards)
@@ -371,12 +375,12 @@ TEST_P(ReorderTest, AfterARemovalTheRowInItsPlaceIsTheCurrentOne)
 {
     window.cGridView.Select({2});
     window.cGridView.lCurrent = 2;
-    window.cForm.GridDelete();
+    window.cForm.Cuts().GridDelete();
     EXPECT_EQ(window.RowKeys(), (Keys{L"1", L"2", L"4", L"5", L"6", L"7", L"8"}));
     EXPECT_EQ(window.cGridView.lCurrent, 2u);
     window.cGridView.Select({5, 6});
     window.cGridView.lCurrent = 6;
-    window.cForm.GridDelete();
+    window.cForm.Cuts().GridDelete();
     EXPECT_EQ(window.cGridView.lCurrent, 4u) << "the last one";
     EXPECT_TRUE(Grid().SelectedRows().empty());
 }
@@ -385,7 +389,7 @@ TEST_P(ReorderTest, AfterABlockIsRemovedTheRowBehindItIsTheCurrentOne)
 {
     window.cGridView.Select({2, 3, 4});
     window.cGridView.lCurrent = 4;
-    window.cForm.GridDelete();
+    window.cForm.Cuts().GridDelete();
     EXPECT_EQ(window.RowKeys(), (Keys{L"1", L"2", L"6", L"7", L"8"}));
     EXPECT_EQ(window.cGridView.lCurrent, 2u);
 }
@@ -403,7 +407,7 @@ TEST_P(ReorderTest, AfterAHostsPopulationRowsMoveInThePresentLevel)
 TEST_P(ReorderTest, WhereNoRowWasCurrentNoneIsAfterwards)
 {
     window.cGridView.Select({2});
-    window.cForm.GridDelete();
+    window.cForm.Cuts().GridDelete();
     EXPECT_EQ(window.cGridView.lCurrent, std::nullopt);
 }
 

@@ -2,7 +2,7 @@
 #include "ui/library/frmUILibPresenter.h"
 
 #include "LibraryFakes.h"
-#include "ui/library/LibraryFilling.h"
+#include "ui/library/LibraryContents.h"
 
 #include <gtest/gtest.h>
 
@@ -17,14 +17,15 @@ using enum LibraryCommand;
 class frmUILibTest : public testing::TestWithParam<bool>
 {
 protected:
-    frmUILibTest()
+    frmUILibTest() { Fill(window); }
+    static void Fill(LibraryWindowLifetime& station)
     {
-        window.Add(L"a", L"Rock", 1);
-        window.Add(L"b", L"Rock", 1);
-        window.Add(L"c", L"Rock/Jazz", 1);
-        window.Add(L"d", L"Rock", 2);
-        window.Add(L"e", L"Jazz", 1);
-        window.Add(L"f", L"", 1);
+        station.Add(L"a", L"Rock", 1);
+        station.Add(L"b", L"Rock", 1);
+        station.Add(L"c", L"Rock/Jazz", 1);
+        station.Add(L"d", L"Rock", 2);
+        station.Add(L"e", L"Jazz", 1);
+        station.Add(L"f", L"", 1);
     }
     frmUILibPresenter& Form() { return window.cForm; }
     clsSchedMan& Man() { return *window.cLibrary.cSchedMan; }
@@ -34,7 +35,7 @@ protected:
     }
     void Tick(const std::wstring& sName, std::int32_t lLevel)
     {
-        Form().NodeCheck(window.Node(sName, lLevel), true);
+        Form().Panes().NodeCheck(window.Node(sName, lLevel), true);
     }
     std::vector<std::wstring> Ticked() const
     {
@@ -51,7 +52,6 @@ protected:
                 window.cPorts.cFiles.Delete(SifPath(sName));
     }
 
-    static constexpr int lFillsOnce = 2; // showing a node empties the grid and fills it
     LibraryWindowLifetime window{GetParam()};
 };
 
@@ -187,17 +187,17 @@ TEST_P(frmUILibTest, WithNothingSelectedNothingHappens)
     window.Show();
     window.cTreeView.lSelected.reset();
     window.cView.colStatus.clear();
-    Form().ShowSelectedNode();
+    Form().Panes().ShowSelectedNode();
     EXPECT_TRUE(window.cView.colStatus.empty());
 }
 
-TEST_P(frmUILibTest, AStationWithoutCategoriesIsReadAnewFirst)
+TEST_P(frmUILibTest, AStationWithoutCategoriesIsPopulatedAgainFirst)
 {
     window.cLibrary.cDataBase->colCuts.clear();
     window.Show();
     EXPECT_EQ(Form().Tree().Count(), 1u);
     window.Add(L"new", L"Pop", 1);
-    Form().ShowSelectedNode();
+    Form().Panes().ShowSelectedNode();
     EXPECT_TRUE(Form().Tree().Find(L"Pop\t1"));
     EXPECT_EQ(window.RowKeys(), (Keys{L"new"}));
 }
@@ -256,12 +256,12 @@ TEST_P(frmUILibTest, ATickWhileSomethingRunsIsTakenBack)
 {
     window.Show();
     window.cGridView.Select({0});
-    ASSERT_TRUE(Form().DragStarted());
+    ASSERT_TRUE(Form().Cuts().DragStarted());
     window.cTreeView.bChecked[1] = true; // as the click left the box
-    Form().NodeCheck(1, true);
+    Form().Panes().NodeCheck(1, true);
     EXPECT_FALSE(window.cTreeView.bChecked[1]);
     EXPECT_TRUE(Ticked().empty());
-    Form().DragCompleted(std::nullopt);
+    Form().Cuts().DragCompleted(std::nullopt);
 }
 
 TEST_P(frmUILibTest, GridCommandsSelectRows)
@@ -292,7 +292,7 @@ protected:
         for (const wchar_t cTyped : sText)
         {
             window.cPorts.cClock.Advance(300);
-            bTaken = Form().TypeInTree(cTyped) && bTaken;
+            bTaken = Form().Panes().TypeInTree(cTyped) && bTaken;
         }
         return bTaken;
     }
@@ -307,11 +307,11 @@ TEST_P(TreeSearchTest, ABlankBelongsToTheTextThatIsBeingTyped)
 
 TEST_P(TreeSearchTest, ABlankByItselfAndOtherKeysAreNotTaken)
 {
-    EXPECT_FALSE(Form().TypeInTree(L' '));
+    EXPECT_FALSE(Form().Panes().TypeInTree(L' '));
     EXPECT_TRUE(Type(L"mid"));
     window.cPorts.cClock.Advance(1000);
-    EXPECT_FALSE(Form().TypeInTree(L' ')) << "a second later it ticks";
-    EXPECT_FALSE(Form().TypeInTree(L'\r'));
+    EXPECT_FALSE(Form().Panes().TypeInTree(L' ')) << "a second later it ticks";
+    EXPECT_FALSE(Form().Panes().TypeInTree(L'\r'));
     EXPECT_EQ(SelectedNode(), L"mid afternoons\t0");
 }
 
@@ -331,7 +331,7 @@ TEST_P(TreeSearchTest, OnlyNodesOnTheScreenAreFoundAndNoneLeavesTheSelection)
 {
     Type(L"1");
     EXPECT_EQ(SelectedNode(), L"ALL AUDIO\t0");
-    Form().NodeExpanded(window.Node(L"Rock", 0), true);
+    Form().Panes().NodeExpanded(window.Node(L"Rock", 0), true);
     window.cPorts.cClock.Advance(2000);
     Type(L"1");
     EXPECT_EQ(SelectedNode(), L"Rock\t1");
@@ -345,7 +345,7 @@ TEST_P(TreeSearchTest, OnlyNodesOnTheScreenAreFoundAndNoneLeavesTheSelection)
 TEST_P(frmUILibTest, ARefreshKeepsTheSelectedNodeAndTheExpandedOnes)
 {
     window.Show();
-    Form().NodeExpanded(window.Node(L"Rock", 0), true);
+    Form().Panes().NodeExpanded(window.Node(L"Rock", 0), true);
     window.cTreeView.Select(window.Node(L"Rock", 1));
     window.cLibrary.MainCat(L"Jazz")->AddSubCat(std::make_shared<clsCat>(window.cLibrary.cMod, L"Jazz", 9));
     Form().ReloadAll();
@@ -378,15 +378,15 @@ TEST_P(frmUILibTest, NewsAreShownAtOnceOrOnceWhenWhatRunsHasEnded)
     window.Show();
     window.cGridView.lFilled = 0;
     Form().RequestRefresh();
-    EXPECT_EQ(window.cGridView.lFilled, lFillsOnce);
+    EXPECT_EQ(window.cGridView.lFilled, 1);
     window.cGridView.Select({0});
-    ASSERT_TRUE(Form().DragStarted());
+    ASSERT_TRUE(Form().Cuts().DragStarted());
     Form().RequestRefresh();
     Form().RequestRefresh();
     Form().ReloadAll();
-    EXPECT_EQ(window.cGridView.lFilled, lFillsOnce);
-    Form().DragCompleted(std::nullopt);
-    EXPECT_EQ(window.cGridView.lFilled, 2 * lFillsOnce);
+    EXPECT_EQ(window.cGridView.lFilled, 1);
+    Form().Cuts().DragCompleted(std::nullopt);
+    EXPECT_EQ(window.cGridView.lFilled, 2);
 }
 
 TEST_P(frmUILibTest, NewsLeaveTheShownNodeShownAndTheSelectedSelected)
@@ -394,9 +394,13 @@ TEST_P(frmUILibTest, NewsLeaveTheShownNodeShownAndTheSelectedSelected)
     window.Show();
     window.ShowNode(L"Rock", 1);
     window.cTreeView.Select(window.Node(L"Jazz", 0)); // selected, not shown
+    Tick(L"Rock", 1);
+    window.cTreeView.lShown = 0;
     Form().RequestRefresh();
+    EXPECT_EQ(window.cTreeView.lShown, 0) << "a tree with the same nodes";
     EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c"}));
     EXPECT_EQ(SelectedNode(), L"Jazz\t0");
+    EXPECT_EQ(Ticked(), (Keys{L"Rock\t1"}));
     window.cLibrary.MainCat(L"Jazz")->AddSubCat(std::make_shared<clsCat>(window.cLibrary.cMod, L"Jazz", 9));
     Form().RequestRefresh();
     EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c"}));
@@ -417,7 +421,7 @@ TEST_P(frmUILibTest, AnEditLeavesTheListWhereItIs)
                                                 Cuts{window.cLibrary.cDataBase->colCuts[2]});
         Form().RequestRefresh();
     };
-    Form().CellDblClick(3, 1);
+    Form().Cuts().CellDblClick(3, 1);
     window.cLibrary.cHost.OnEvent = nullptr;
     EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c"}));
     EXPECT_EQ(window.SelectedKeys(), (Keys{L"c"}));
@@ -425,22 +429,12 @@ TEST_P(frmUILibTest, AnEditLeavesTheListWhereItIs)
     EXPECT_EQ(window.cGridView.lTop, 1u);
 }
 
-TEST_P(frmUILibTest, NewsDoNotTouchATreeWithTheSameNodes)
-{
-    window.Show();
-    Tick(L"Rock", 1);
-    window.cTreeView.lShown = 0;
-    Form().RequestRefresh();
-    EXPECT_EQ(window.cTreeView.lShown, 0);
-    EXPECT_EQ(Ticked(), (Keys{L"Rock\t1"}));
-}
-
 TEST_P(frmUILibTest, NewsThatChangeTheTreeKeepTicksAndExpandedNodes)
 {
     window.Show();
     Tick(L"Rock", 1);
     Tick(L"Jazz", 0);
-    Form().NodeExpanded(window.Node(L"Rock", 0), true);
+    Form().Panes().NodeExpanded(window.Node(L"Rock", 0), true);
     Man().DeleteCats({window.cLibrary.Level(L"Jazz", 1)});
     Form().RequestRefresh();
     EXPECT_EQ(Ticked(), (Keys{L"Jazz\t0", L"Rock\t1"}));
@@ -455,7 +449,7 @@ TEST_P(frmUILibTest, NewsThatNeverEndWaitForTheUsersTurn)
     window.cPorts.cHostLoop.OnPump = [&] { Form().RequestRefresh(); };
     Form().RequestRefresh();
     EXPECT_FALSE(window.cView.Busy());
-    EXPECT_EQ(window.cGridView.lFilled, 2 * lFillsOnce) << "and those that came meanwhile, once";
+    EXPECT_EQ(window.cGridView.lFilled, 2) << "and those that came in between, once";
     EXPECT_EQ(window.cView.lAskedFor, 1);
     window.cPorts.cHostLoop.OnPump = nullptr;
     Form().RequestRefresh();
@@ -466,10 +460,10 @@ TEST_P(frmUILibTest, ClosingWaitsForWhatRuns)
 {
     window.Show();
     window.cGridView.Select({0});
-    ASSERT_TRUE(Form().DragStarted());
+    ASSERT_TRUE(Form().Cuts().DragStarted());
     Form().Do(mnuExit);
     EXPECT_EQ(window.cView.lClosed, 0);
-    Form().DragCompleted(std::nullopt);
+    Form().Cuts().DragCompleted(std::nullopt);
     EXPECT_EQ(window.cView.lClosed, 1);
 }
 
@@ -482,12 +476,12 @@ TEST_P(frmUILibTest, AWindowThatIsToCloseShowsNoMoreNews)
         Form().RequestClose();
     };
     Form().RequestRefresh();
-    EXPECT_EQ(window.cGridView.lFilled, lFillsOnce);
+    EXPECT_EQ(window.cGridView.lFilled, 1);
     EXPECT_EQ(window.cView.lAskedFor, 0);
     EXPECT_EQ(window.cView.lClosed, 1);
 }
 
-TEST_P(frmUILibTest, SaveWritesEveryMainCategoryAndShowsNothingAnew)
+TEST_P(frmUILibTest, SaveWritesEveryMainCategoryAndChangesNothingShown)
 {
     window.Show();
     ForgetSifs();
@@ -499,7 +493,7 @@ TEST_P(frmUILibTest, SaveWritesEveryMainCategoryAndShowsNothingAnew)
     EXPECT_EQ(window.cView.bBusy, (std::vector<bool>{true, false}));
 }
 
-TEST_P(frmUILibTest, SaveWritesThePresentOrdersAfterAPopulationMeanwhile)
+TEST_P(frmUILibTest, APopulationDuringASaveHasItsPresentOrdersWritten)
 {
     const std::wstring sOther = L"D:\\Other\\Scheduler\\History_and_Ordering\\Jazz.sif";
     window.Show();
@@ -616,13 +610,16 @@ TEST_P(frmUILibTest, ANewLevelNeedsASelectedCategory)
 
 // ---- shuffling and deleting
 
-TEST_P(frmUILibTest, ShufflingNeedsTicks)
+TEST_P(frmUILibTest, ShufflingAndDeletingNeedTicks)
 {
     window.Show();
     Form().Do(mnuShuffle);
+    Form().Do(mnuCatDelete);
     EXPECT_EQ(window.Shown(),
               (Boxes{OkBox(BoxIcon::Information, L"You Need to Check (tick) Them In The Tree.",
-                           L"First, select some categories to shuffle")}));
+                           L"First, select some categories to shuffle"),
+                     OkBox(BoxIcon::Information, L"First Select Some Categories To Delete In The Tree!",
+                           L"There are no categories checked in the tree to delete!")}));
 }
 
 TEST_P(frmUILibTest, ShufflingAsksAndShowsTheShownNodeAgainWithItsTicks)
@@ -664,15 +661,6 @@ TEST_P(frmUILibTest, TheWindowIsNotBusyWhileShufflingAsks)
     EXPECT_FALSE(window.cView.Busy());
 }
 
-TEST_P(frmUILibTest, DeletingNeedsTicks)
-{
-    window.Show();
-    Form().Do(mnuCatDelete);
-    EXPECT_EQ(window.Shown(),
-              (Boxes{OkBox(BoxIcon::Information, L"First Select Some Categories To Delete In The Tree!",
-                           L"There are no categories checked in the tree to delete!")}));
-}
-
 TEST_P(frmUILibTest, DeletingAsksAndNoLeavesEverythingAsItWas)
 {
     window.Show();
@@ -685,20 +673,12 @@ TEST_P(frmUILibTest, DeletingAsksAndNoLeavesEverythingAsItWas)
                       L"Any items in these categories will be removed from the categories."}}));
     EXPECT_EQ(window.cTreeView.lShown, 0);
     EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
-    window.Shown().clear();
-    window.cPorts.cMessages.Answers = {BoxAnswer::Yes};
+    window.cPorts.cMessages.Answers = {BoxAnswer::None, BoxAnswer::Yes};
+    Form().Do(mnuCatDelete);
+    EXPECT_EQ(window.cLibrary.MainCatNames(), (Lines{L"Rock", L"Jazz"})) << "closed without an answer";
     Form().Do(mnuCatDelete);
     EXPECT_EQ(window.cLibrary.MainCatNames(), (Lines{L"Jazz"}));
     EXPECT_FALSE(Form().Tree().Find(L"Rock\t0"));
-}
-
-TEST_P(frmUILibTest, ABoxClosedWithoutAnAnswerIsNoYes)
-{
-    window.Show();
-    Tick(L"Jazz", 0);
-    window.cPorts.cMessages.Answers = {BoxAnswer::None};
-    Form().Do(mnuCatDelete);
-    EXPECT_EQ(window.cLibrary.MainCatNames(), (Lines{L"Rock", L"Jazz"}));
 }
 
 TEST_P(frmUILibTest, AVeryLongListOfCategoriesIsCutInTheQuestion)
@@ -721,7 +701,7 @@ TEST_P(frmUILibTest, HelpAsksTheHost)
     EXPECT_EQ(window.cLibrary.cHost.colSaid.back(), L"Help");
 }
 
-TEST_P(frmUILibTest, TheCategoryWindowIsCaptionedAndRefreshesOnlyWhenCategoriesChanged)
+TEST_P(frmUILibTest, TheCategoryWindowRefreshesOnlyWhenCategoriesChanged)
 {
     CategoryWindows cWindows;
     Man().SetWindows(&cWindows);
@@ -742,7 +722,7 @@ TEST_P(frmUILibTest, TheCategoryWindowIsCaptionedAndRefreshesOnlyWhenCategoriesC
     Man().SetWindows(nullptr);
 }
 
-TEST_P(frmUILibTest, ADoubleClickAsksTheHostToEditTheCutAndShowsTheNodeAgainUnlessCancelled)
+TEST_P(frmUILibTest, ADoubleClickEditsTheCutAndShowsTheNodeUnlessCancelled)
 {
     struct Case
     {
@@ -757,7 +737,7 @@ TEST_P(frmUILibTest, ADoubleClickAsksTheHostToEditTheCutAndShowsTheNodeAgainUnle
         fresh.Show();
         fresh.cView.colStatus.clear();
         fresh.cLibrary.cHost.lEditAnswer = test.lAnswer;
-        fresh.cForm.CellDblClick(2, 3);
+        fresh.cForm.Cuts().CellDblClick(2, 3);
         EXPECT_EQ(fresh.cLibrary.cHost.colSaid.back(), L"Edit b");
         EXPECT_EQ(!fresh.cView.colStatus.empty(), test.bShownAgain);
     }
@@ -768,22 +748,22 @@ TEST_P(frmUILibTest, AnEditThatTheDatabaseTellsOfIsShownOnce)
     window.Show();
     window.cView.colStatus.clear();
     window.cLibrary.cHost.OnEvent = [&](const std::wstring&) { Form().RequestRefresh(); };
-    Form().CellDblClick(1, 1);
+    Form().Cuts().CellDblClick(1, 1);
     window.cLibrary.cHost.OnEvent = nullptr;
     EXPECT_EQ(std::count(window.cView.colStatus.begin(), window.cView.colStatus.end(),
                          L"Showing All Audio|Showing 6 total."),
               1);
 }
 
-TEST_P(frmUILibTest, ADoubleClickBesideTheCellsOrOnACutTheDatabaseLacksDoesNothing)
+TEST_P(frmUILibTest, ADoubleClickOnNoCellOrAMissingCutDoesNothing)
 {
     window.Show();
     window.cLibrary.cHost.colSaid.clear();
-    Form().CellDblClick(0, 1);
-    Form().CellDblClick(1, 0);
-    Form().CellDblClick(7, 1);
+    Form().Cuts().CellDblClick(0, 1);
+    Form().Cuts().CellDblClick(1, 0);
+    Form().Cuts().CellDblClick(7, 1);
     window.cLibrary.cDataBase->colCuts.clear();
-    Form().CellDblClick(1, 1);
+    Form().Cuts().CellDblClick(1, 1);
     EXPECT_TRUE(window.cLibrary.cHost.colSaid.empty());
 }
 
@@ -797,8 +777,8 @@ TEST_P(frmUILibTest, WhatTheUserDoesWhileSomethingRunsIsIgnored)
             return;
         EXPECT_TRUE(window.cView.Busy());
         Form().Do(mnuHelp);
-        Form().CellDblClick(1, 1);
-        EXPECT_FALSE(Form().DragStarted());
+        Form().Cuts().CellDblClick(1, 1);
+        EXPECT_FALSE(Form().Cuts().DragStarted());
     };
     Form().Do(mnuSave);
     EXPECT_TRUE(bOnce);
@@ -808,26 +788,20 @@ TEST_P(frmUILibTest, WhatTheUserDoesWhileSomethingRunsIsIgnored)
         std::count(window.cLibrary.cHost.colSaid.begin(), window.cLibrary.cHost.colSaid.end(), L"Edit a"), 0);
 }
 
-TEST_P(frmUILibTest, AFailureOfACommandNamesItsHandler)
-{
-    window.Show();
-    window.cPorts.cMessages.Typed = {L"Pop"};
-    window.cLibrary.cDataBase->bAllCutsFails = true; // all audio is shown again
-    Form().Do(mnuCatNew);
-    EXPECT_EQ(window.Shown(), (Boxes{HandledError(L"mnuCatNew_Click", L"Device I/O error", L"57")}));
-}
-
 TEST_P(frmUILibTest, AnUnexpectedFailureIsShownAndTheWindowIsNotLeftDisabled)
 {
     window.Show();
     window.cLibrary.cDataBase->bAllCutsFails = true;
     window.ShowNode(sAllAudio, 0);
-    EXPECT_EQ(window.Shown(), (Boxes{HandledError(L"TvCats_DblClick", L"Device I/O error", L"57")}));
+    window.cPorts.cMessages.Typed = {L"Pop"};
+    Form().Do(mnuCatNew); // all audio is shown again
+    EXPECT_EQ(window.Shown(), (Boxes{HandledError(L"TvCats_DblClick", L"Device I/O error", L"57"),
+                                     HandledError(L"mnuCatNew_Click", L"Device I/O error", L"57")}));
     EXPECT_FALSE(window.cView.Busy());
     EXPECT_FALSE(window.cView.lBarMax);
     window.cLibrary.cDataBase->bAllCutsFails = false;
     window.ShowNode(sAllAudio, 0);
-    EXPECT_EQ(window.Shown().size(), 1u);
+    EXPECT_EQ(window.Shown().size(), 2u);
 }
 
 // ---- a disk that is full, a database that is not there
@@ -836,7 +810,7 @@ class FailingDiskTest : public frmUILibTest
 {
 protected:
     // Everything saved, Rock 1 shown with its last row selected, and from then on nothing can be written.
-    void ShowAndLock()
+    FailingDiskTest()
     {
         window.Show();
         Form().Do(mnuSave);
@@ -858,9 +832,7 @@ protected:
         EXPECT_FALSE(window.cView.Busy());
         EXPECT_FALSE(window.cView.lBarMax);
         EXPECT_FALSE(window.Shown().empty()) << "the failure is said";
-        CategoryTreePresenter cNow;
-        PopulateTreeView(Man().colMainCats().get(), cNow);
-        EXPECT_TRUE(Form().Tree().HasSameNodes(cNow));
+        EXPECT_TRUE(Form().Tree().HasSameNodes(NodesOf(Man().colMainCats().get())));
         EXPECT_EQ(window.RowKeys(), window.cLibrary.Order(L"Rock", 1));
         EXPECT_EQ(window.cPorts.cFiles.Get(SifPath(L"Rock")), colSaved[0]);
         EXPECT_EQ(window.cPorts.cFiles.Get(SifPath(L"Jazz")), colSaved[1]);
@@ -872,24 +844,30 @@ protected:
 
 TEST_P(FailingDiskTest, DeletingACategoryLeavesTreeGridAndFilesTrue)
 {
-    ShowAndLock();
     Tick(L"Jazz", 0);
     window.cPorts.cMessages.Answers = {BoxAnswer::Yes};
     Form().Do(mnuCatDelete);
     ExpectTrue();
 }
 
-TEST_P(FailingDiskTest, RemovingCutsLeavesTreeGridAndFilesTrue)
+TEST_P(FailingDiskTest, ChangesOfCutsLeaveTreeGridAndFilesTrue)
 {
-    ShowAndLock();
-    Form().GridDelete();
+    window.DropOnRow(0);
     ExpectTrue();
-    EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b"}));
+    EXPECT_EQ(window.RowKeys(), (Keys{L"c", L"a", L"b"}));
+    EXPECT_EQ(window.SelectedKeys(), (Keys{L"c"}));
+    window.cView.colChoices = {1}; // move
+    window.DropOnNode(L"Rock", 2);
+    ExpectTrue();
+    EXPECT_EQ(window.cLibrary.Order(L"Rock", 2), (Keys{L"d", L"c"}));
+    window.cGridView.Select({0});
+    Form().Cuts().GridDelete();
+    ExpectTrue();
+    EXPECT_EQ(window.RowKeys(), (Keys{L"b"}));
 }
 
 TEST_P(FailingDiskTest, SavingAllLeavesTreeGridAndFilesTrueAndCanBeDoneAgain)
 {
-    ShowAndLock();
     window.cLibrary.Level(L"Rock", 1)->SchedCuts()->SendToBack(TextKey(L"a"));
     window.ShowNode(L"Rock", 1);
     Form().Do(mnuSave);
@@ -899,33 +877,14 @@ TEST_P(FailingDiskTest, SavingAllLeavesTreeGridAndFilesTrueAndCanBeDoneAgain)
     EXPECT_NE(window.cPorts.cFiles.Get(SifPath(L"Rock")), colSaved[0]);
 }
 
-TEST_P(FailingDiskTest, ReOrderingLeavesTreeGridAndFilesTrue)
+TEST_P(FailingDiskTest, AReloadWhoseDatabaseFailsLeavesTreeGridAndFilesTrue)
 {
-    ShowAndLock();
-    window.DropOnRow(0);
-    ExpectTrue();
-    EXPECT_EQ(window.RowKeys(), (Keys{L"c", L"a", L"b"}));
-    EXPECT_EQ(window.SelectedKeys(), (Keys{L"c"}));
-}
-
-TEST_P(FailingDiskTest, ADropIntoTheTreeLeavesTreeGridAndFilesTrue)
-{
-    ShowAndLock();
-    window.cView.colChoices = {1}; // move
-    window.DropOnNode(L"Rock", 2);
-    ExpectTrue();
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 2), (Keys{L"d", L"c"}));
-}
-
-TEST_P(FailingDiskTest, AReloadWhoseDatabaseIsNotThereLeavesTreeGridAndFilesTrue)
-{
-    ShowAndLock();
-    window.cLibrary.cDataBase->bAllCutsFails = true;
-    Form().Do(mnuReloadAll);
-    ExpectTrue();
-    window.cLibrary.cDataBase->bAllCutsFails = false;
-    Form().Do(mnuReloadAll);
-    ExpectTrue();
+    for (const bool bFails : {true, false})
+    {
+        window.cLibrary.cDataBase->bAllCutsFails = bFails;
+        Form().Do(mnuReloadAll);
+        ExpectTrue();
+    }
     EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c"}));
 }
 
@@ -946,7 +905,7 @@ TEST_P(frmUILibTest, TheManagerCanEndWhileTheWindowExists)
 TEST_P(frmUILibTest, DeleteWithNothingSelectedSaysSo)
 {
     window.Show();
-    Form().GridDelete();
+    Form().Cuts().GridDelete();
     EXPECT_EQ(window.Shown(), (Boxes{OkBox(BoxIcon::Exclamation, L"First Select Some Items In The Grid!",
                                            L"There are no items selected to be remove category from!")}));
 }
@@ -957,7 +916,7 @@ TEST_P(frmUILibTest, InALevelDeleteTakesTheCutsOutOfItAndSaves)
     window.ShowNode(L"Rock", 1);
     window.cGridView.Select({0, 2});
     ForgetSifs();
-    Form().GridDelete();
+    Form().Cuts().GridDelete();
     EXPECT_TRUE(window.Shown().empty());
     EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"b"}));
     EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e"}));
@@ -967,15 +926,22 @@ TEST_P(frmUILibTest, InALevelDeleteTakesTheCutsOutOfItAndSaves)
     EXPECT_EQ(window.cView.bBusy.back(), false);
 }
 
-TEST_P(frmUILibTest, InAMainCategoryDeleteTakesEachCutOutOfTheLevelItsRowCameFrom)
+TEST_P(frmUILibTest, DeleteGoesByTheLevelThatContainsACutAndNotByItsNumber)
 {
-    window.Show();
-    window.cLibrary.cDataBase->colCuts[3]->SetCatLevel(1); // d, which stands in level 2
-    window.ShowNode(L"Rock", 0);
-    window.cGridView.Select({3});
-    Form().GridDelete();
-    EXPECT_TRUE(window.cLibrary.Order(L"Rock", 2).empty());
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
+    for (const wchar_t* sShown : {L"Rock", sAllAudio})
+    {
+        LibraryWindowLifetime fresh(GetParam());
+        Fill(fresh);
+        fresh.Show();
+        fresh.cLibrary.cDataBase->colCuts[3]->SetCatLevel(1); // d, which is in Rock 2
+        fresh.ShowNode(sShown, 0);
+        fresh.cGridView.Select({3});
+        fresh.cPorts.cMessages.Answers = {BoxAnswer::Yes};
+        fresh.cForm.Cuts().GridDelete();
+        EXPECT_TRUE(fresh.cLibrary.Order(L"Rock", 2).empty());
+        EXPECT_EQ(fresh.cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
+        EXPECT_EQ(fresh.cLibrary.cDataBase->colCuts[3]->CategoryText(), L"");
+    }
 }
 
 TEST_P(frmUILibTest, InAllAudioDeleteAsksAndTakesTheCutsOutOfEverything)
@@ -986,27 +952,16 @@ TEST_P(frmUILibTest, InAllAudioDeleteAsksAndTakesTheCutsOutOfEverything)
                             L"Really continue?"};
     window.Show();
     window.cGridView.Select({2});
-    Form().GridDelete();
+    Form().Cuts().GridDelete();
     EXPECT_EQ(window.Shown(), (Boxes{question}));
     EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e"}));
     window.cPorts.cMessages.Answers = {BoxAnswer::Yes};
     ForgetSifs();
-    Form().GridDelete();
+    Form().Cuts().GridDelete();
     EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"e"}));
     EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b"}));
     EXPECT_TRUE(SifSaved(L"Rock"));
     EXPECT_TRUE(SifSaved(L"Jazz"));
-}
-
-TEST_P(frmUILibTest, InAllAudioDeleteTakesACutOutOfLevelsOfAnyNumber)
-{
-    window.Show();
-    window.cLibrary.cDataBase->colCuts[3]->SetCatLevel(1); // d, which stands in Rock 2
-    window.cGridView.Select({3});
-    window.cPorts.cMessages.Answers = {BoxAnswer::Yes};
-    Form().GridDelete();
-    EXPECT_TRUE(window.cLibrary.Order(L"Rock", 2).empty());
-    EXPECT_EQ(window.cLibrary.cDataBase->colCuts[3]->CategoryText(), L"");
 }
 
 TEST_P(frmUILibTest, AfterAHostsPopulationDeleteTakesCutsOutOfThePresentLevel)
@@ -1018,7 +973,7 @@ TEST_P(frmUILibTest, AfterAHostsPopulationDeleteTakesCutsOutOfThePresentLevel)
         window.cLibrary.Populate();
         window.cGridView.Select({0});
         const std::size_t before = window.cLibrary.Order(L"Rock", 1).size();
-        Form().GridDelete();
+        Form().Cuts().GridDelete();
         EXPECT_EQ(window.cLibrary.Order(L"Rock", 1).size(), before - 1);
         EXPECT_EQ(window.cLibrary.Order(L"Rock", 1)[0], lLevel == 1 ? L"b" : L"c");
     }
@@ -1039,12 +994,12 @@ TEST_P(frmUILibTest, ACutInTwoLevelsIsSelectedInTheLevelItWas)
     Form().RequestRefresh();
     EXPECT_EQ(Form().Grid().SelectedRows(), (Rows{5}));
     EXPECT_EQ(window.cGridView.lCurrent, 5u);
-    Form().GridDelete();
+    Form().Cuts().GridDelete();
     EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c", L"twice", L"d"}));
     EXPECT_TRUE(Form().Grid().SelectedRows().empty()) << "the other one is not what was selected";
 }
 
-TEST_P(frmUILibTest, RemovingManyCutsReportsAndGoesOnPastOneThatFails)
+TEST_P(frmUILibTest, RemovingManyCutsReportsAndContinuesPastAFailure)
 {
     for (int lCut = 0; lCut < 120; ++lCut)
         window.Add(L"m" + std::to_wstring(lCut), L"Many", 1);
@@ -1053,7 +1008,7 @@ TEST_P(frmUILibTest, RemovingManyCutsReportsAndGoesOnPastOneThatFails)
     std::dynamic_pointer_cast<FakeCut>(Form().Grid().CutAt(5))->failing = {"RemoveCategoryName"};
     window.cGridView.SelectAll(true);
     window.cView.colStatus.clear();
-    Form().GridDelete();
+    Form().Cuts().GridDelete();
     EXPECT_EQ(window.cLibrary.Order(L"Many", 1), (Keys{L"m5"}));
     EXPECT_EQ((Lines{window.cView.colStatus.begin(), window.cView.colStatus.begin() + 3}),
               (Lines{L"Removing from category...|", L"Removed 50 of 120|", L"Removed 100 of 120|"}));
@@ -1066,16 +1021,21 @@ TEST_P(frmUILibTest, RemovingManyCutsReportsAndGoesOnPastOneThatFails)
 class DropTest : public frmUILibTest
 {
 protected:
+    using Choices = std::deque<std::optional<std::size_t>>;
     // Shows a node, selects rows and drops them.
-    void DropFrom(const std::wstring& sName, std::int32_t lLevel, const Rows& colRows,
-                  const std::wstring& sTo, std::int32_t lTo,
-                  std::deque<std::optional<std::size_t>> colChoices)
+    static void Drop(LibraryWindowLifetime& in, const std::wstring& sName, std::int32_t lLevel,
+                     const Rows& colRows, const std::wstring& sTo, std::int32_t lTo, Choices colChoices)
     {
-        window.Show();
-        window.ShowNode(sName, lLevel);
-        window.cGridView.Select(colRows);
-        window.cView.colChoices = std::move(colChoices);
-        window.DropOnNode(sTo, lTo);
+        in.Show();
+        in.ShowNode(sName, lLevel);
+        in.cGridView.Select(colRows);
+        in.cView.colChoices = std::move(colChoices);
+        in.DropOnNode(sTo, lTo);
+    }
+    void DropFrom(const std::wstring& sName, std::int32_t lLevel, const Rows& colRows,
+                  const std::wstring& sTo, std::int32_t lTo, Choices colChoices)
+    {
+        Drop(window, sName, lLevel, colRows, sTo, lTo, std::move(colChoices));
     }
     // Shows Rock 1, keeps its first cut for a Paste and selects Jazz 1.
     void CopyFirstOfRock()
@@ -1083,8 +1043,14 @@ protected:
         window.Show();
         window.ShowNode(L"Rock", 1);
         window.cGridView.Select({0});
-        Form().CopySelection();
+        Form().Cuts().CopySelection();
         window.cTreeView.Select(window.Node(L"Jazz", 1));
+    }
+    void PasteIntoJazz(std::size_t choice)
+    {
+        window.cTreeView.Select(window.Node(L"Jazz", 1));
+        window.cView.colChoices = {choice};
+        Form().Cuts().Paste();
     }
     void TakeOutOfTheDatabase(std::size_t lCut)
     {
@@ -1116,33 +1082,75 @@ TEST_P(DropTest, AllAudioIsNoTarget)
     EXPECT_TRUE(window.cView.colPopUps.empty());
 }
 
-TEST_P(DropTest, OnALevelThePopUpNamesIt)
+TEST_P(DropTest, PopUpsNameTheTargetAndAMainCategorysLevelIsChosenFirst)
 {
+    const Items levels{L"Drop Into: Rock, keeping levels the same", L"Drop Into Rock Level 1",
+                       L"Drop Into Rock Level 2"};
+    const Items intoLevel{L"Copy Into Rock 2", L"Move Into Rock 2", L"Move Exclusive Into Rock 2", L"Cancel"};
+    const Items intoMain{L"Copy Into Rock", L"Move Into Rock", L"Move Exclusive Into Rock", L"Cancel"};
     DropFrom(L"Rock", 1, {0}, L"Rock", 2, {});
-    EXPECT_EQ(window.cView.colPopUps, (std::vector<Items>{{L"Copy Into Rock 2", L"Move Into Rock 2",
-                                                           L"Move Exclusive Into Rock 2", L"Cancel"}}));
-}
-
-TEST_P(DropTest, OnAMainCategoryTheLevelIsChosenFirst)
-{
+    EXPECT_EQ(window.cView.colPopUps, (std::vector<Items>{intoLevel}));
+    window.cView.colPopUps.clear();
     DropFrom(L"Rock", 1, {0}, L"Rock", 0, {2, std::nullopt});
-    EXPECT_EQ(window.cView.colPopUps,
-              (std::vector<Items>{
-                  {L"Drop Into: Rock, keeping levels the same", L"Drop Into Rock Level 1",
-                   L"Drop Into Rock Level 2"},
-                  {L"Copy Into Rock 2", L"Move Into Rock 2", L"Move Exclusive Into Rock 2", L"Cancel"}}));
+    EXPECT_EQ(window.cView.colPopUps, (std::vector<Items>{levels, intoLevel}));
+    window.cView.colPopUps.clear();
+    DropFrom(L"Rock", 1, {0}, L"Rock", 0, {0, std::nullopt});
+    EXPECT_EQ(window.cView.colPopUps, (std::vector<Items>{levels, intoMain}));
 }
 
-TEST_P(DropTest, KeepingLevelsTheTargetIsTheMainCategory)
+TEST_P(DropTest, EachChoiceCopiesOrMovesUnderItsRules)
 {
-    DropFrom(L"Rock", 0, {0, 3}, L"Jazz", 0, {0, eCopy});
-    EXPECT_EQ(window.cView.colPopUps.back(),
-              (Items{L"Copy Into Jazz", L"Move Into Jazz", L"Move Exclusive Into Jazz", L"Cancel"}));
-    EXPECT_TRUE(window.Shown().empty());
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"}));
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 2), (Keys{L"d"}));
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
-    EXPECT_TRUE(Form().Tree().Find(L"Jazz\t2")) << "a new level refreshes everything";
+    struct Node
+    {
+        const wchar_t* sName;
+        std::int32_t lLevel;
+    };
+    const Node all{sAllAudio, 0}, rock{L"Rock", 0}, rock1{L"Rock", 1}, rock2{L"Rock", 2}, jazz{L"Jazz", 0},
+        jazz1{L"Jazz", 1};
+    const Keys abc{L"a", L"b", L"c"}, ab{L"a", L"b"}, d{L"d"}, dc{L"d", L"c"}, ce{L"c", L"e"};
+    const struct
+    {
+        const char* what;
+        Node from;
+        Rows colRows;
+        Node to;
+        Choices colChoices;
+        Keys inRock1, inRock2, inJazz1, inJazz2;
+        bool bRefused = false;
+    } cases[] = {
+        {"levels kept", rock, {0, 3}, jazz, {0, eCopy}, abc, d, {L"c", L"e", L"a"}, d},
+        {"copied into the same number", rock1, {1}, jazz1, {eCopy}, abc, d, {L"c", L"e", L"b"}, {}},
+        {"copied into another number", rock1, {2}, rock2, {eCopy}, abc, d, ce, {}, true},
+        {"copied from several levels", rock, {0, 3}, jazz1, {eCopy}, abc, d, ce, {}, true},
+        {"moved: in every category", rock1, {2}, rock2, {eMove}, ab, dc, {L"e"}, {L"c"}},
+        {"moved out of all audio: out of all its levels", all, {2}, rock2, {eMove}, ab, dc, {L"e"}, {}},
+        {"moved exclusively", rock1, {2}, rock2, {eExclusive}, ab, dc, {L"e"}, {}},
+        {"of no category, another number", all, {5}, rock2, {eCopy}, abc, d, ce, {}, true},
+        {"of no category, its own number", all, {5}, jazz1, {eCopy}, abc, d, {L"c", L"e", L"f"}, {}},
+        {"of no category, moved", all, {5}, rock2, {eMove}, abc, {L"d", L"f"}, ce, {}},
+        {"the first pop-up dismissed", rock1, {0}, jazz, {std::nullopt}, abc, d, ce, {}},
+        {"the second pop-up dismissed", rock1, {0}, jazz, {1, std::nullopt}, abc, d, ce, {}},
+        {"cancelled", rock1, {0}, jazz, {1, eGiveUp}, abc, d, ce, {}},
+    };
+    for (const auto& test : cases)
+    {
+        SCOPED_TRACE(test.what);
+        LibraryWindowLifetime fresh(GetParam());
+        Fill(fresh);
+        Drop(fresh, test.from.sName, test.from.lLevel, test.colRows, test.to.sName, test.to.lLevel,
+             test.colChoices);
+        EXPECT_EQ(fresh.cLibrary.Order(L"Rock", 1), test.inRock1);
+        EXPECT_EQ(fresh.cLibrary.Order(L"Rock", 2), test.inRock2);
+        EXPECT_EQ(fresh.cLibrary.Order(L"Jazz", 1), test.inJazz1);
+        EXPECT_EQ(fresh.cLibrary.Order(L"Jazz", 2), test.inJazz2);
+        EXPECT_EQ(fresh.Shown(), test.bRefused ? Boxes{refusal} : Boxes{});
+        EXPECT_EQ(fresh.RowKeys().size(),
+                  fresh.cForm.Grid().CurrentCatViewing()
+                      ? static_cast<std::size_t>(fresh.cForm.Grid().CurrentCatViewing()->TotalCuts())
+                      : 6u)
+            << "the shown node again";
+        EXPECT_FALSE(fresh.cView.Busy());
+    }
 }
 
 TEST_P(DropTest, ALevelThatADropMakesComesIntoView)
@@ -1162,81 +1170,18 @@ TEST_P(DropTest, ALevelMadeElsewhereLeavesTheTreeWhereItIs)
     EXPECT_FALSE(Form().Tree().At(window.Node(L"Jazz", 0)).bExpanded);
 }
 
-TEST_P(DropTest, DismissingEitherPopUpOrCancelChangesNothing)
-{
-    for (const std::deque<std::optional<std::size_t>>& colChoices :
-         {std::deque<std::optional<std::size_t>>{std::nullopt}, {1, std::nullopt}, {1, eGiveUp}})
-    {
-        DropFrom(L"Rock", 1, {0}, L"Jazz", 0, colChoices);
-        EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e"}));
-        EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
-    }
-    EXPECT_TRUE(window.Shown().empty());
-}
-
-TEST_P(DropTest, CopyingIntoALevelOfTheSameNumberIsAllowed)
-{
-    DropFrom(L"Rock", 1, {1}, L"Jazz", 1, {eCopy});
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"b"}));
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
-    EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c"})) << "the shown node again";
-    EXPECT_FALSE(window.cView.Busy());
-}
-
-TEST_P(DropTest, CopyingIntoALevelOfAnotherNumberIsRefusedAndMovingIsNot)
-{
-    DropFrom(L"Rock", 1, {2}, L"Rock", 2, {eCopy});
-    EXPECT_EQ(window.Shown(), (Boxes{refusal}));
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 2), (Keys{L"d"}));
-    window.cView.colChoices = {eMove};
-    window.DropOnNode(L"Rock", 2);
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 2), (Keys{L"d", L"c"}));
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 2), (Keys{L"c"})) << "its level changes everywhere";
-}
-
-TEST_P(DropTest, CopyingFromSeveralLevelsIntoOneIsRefused)
-{
-    DropFrom(L"Rock", 0, {0, 3}, L"Jazz", 1, {eCopy});
-    EXPECT_EQ(window.Shown(), (Boxes{refusal}));
-}
-
-TEST_P(DropTest, ACutOfNoCategoryIsCopiedOnlyIntoALevelOfItsOwnNumber)
-{
-    DropFrom(sAllAudio, 0, {5}, L"Rock", 2, {eCopy});
-    EXPECT_EQ(window.Shown(), (Boxes{refusal}));
-    window.cView.colChoices = {eCopy};
-    window.DropOnNode(L"Jazz", 1);
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"f"}));
-    EXPECT_EQ(window.Shown().size(), 1u);
-}
-
-TEST_P(DropTest, ACutOfNoCategoryCanBeMovedAnywhere)
-{
-    DropFrom(sAllAudio, 0, {5}, L"Rock", 2, {eMove});
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 2), (Keys{L"d", L"f"}));
-    EXPECT_TRUE(window.Shown().empty());
-}
-
-TEST_P(DropTest, MovingExclusivelyLeavesEveryOtherCategory)
-{
-    DropFrom(L"Rock", 1, {2}, L"Rock", 2, {eExclusive});
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 2), (Keys{L"d", L"c"}));
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"e"}));
-    EXPECT_TRUE(window.cLibrary.Order(L"Jazz", 2).empty());
-}
-
-TEST_P(DropTest, BesideTheNodesNothingHappens)
+TEST_P(DropTest, NextToTheNodesNothingHappens)
 {
     window.Show();
     window.cGridView.Select({0});
-    ASSERT_TRUE(Form().DragStarted());
-    Form().DragCompleted(frmUILibPresenter::Drop{true, L"", std::nullopt, sGridPayload});
-    Form().Dropped({true, L"", std::nullopt, sGridPayload});
+    ASSERT_TRUE(Form().Cuts().DragStarted());
+    Form().Cuts().DragCompleted(LibraryCuts::Drop{true, L"", std::nullopt, sGridPayload});
+    Form().Cuts().Dropped({true, L"", std::nullopt, sGridPayload});
     EXPECT_TRUE(window.cView.colPopUps.empty());
     EXPECT_TRUE(window.Shown().empty());
 }
 
-TEST_P(DropTest, ADragFromElsewhereIsRefusedWhateverItsText)
+TEST_P(DropTest, ADragFromElsewhereIsRefusedWithAnyText)
 {
     window.Show();
     window.ShowNode(L"Rock", 1);
@@ -1245,7 +1190,7 @@ TEST_P(DropTest, ADragFromElsewhereIsRefusedWhateverItsText)
         for (const bool bOnTree : {true, false})
         {
             window.Shown().clear();
-            Form().Dropped({bOnTree, bOnTree ? L"Jazz\t1" : L"", std::nullopt, sText});
+            Form().Cuts().Dropped({bOnTree, bOnTree ? L"Jazz\t1" : L"", std::nullopt, sText});
             EXPECT_EQ(window.Shown(),
                       (Boxes{OkBox(BoxIcon::None, L"Scheduler Grid", L"Unrecognized Source for dragdrop!")}));
         }
@@ -1253,13 +1198,10 @@ TEST_P(DropTest, ADragFromElsewhereIsRefusedWhateverItsText)
     EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
 }
 
-TEST_P(DropTest, ACutMovedOutOfAllAudioLeavesTheLevelsItStandsIn)
+TEST_P(DropTest, AfterADropTheListOfAllAudioKeepsItsSelection)
 {
     DropFrom(sAllAudio, 0, {2}, L"Rock", 2, {eMove});
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 2), (Keys{L"d", L"c"}));
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b"}));
-    EXPECT_TRUE(window.cLibrary.Order(L"Jazz", 1) == (Keys{L"e"}));
-    EXPECT_EQ(window.SelectedKeys(), (Keys{L"c"})) << "the list of all audio keeps its selection";
+    EXPECT_EQ(window.SelectedKeys(), (Keys{L"c"}));
 }
 
 TEST_P(DropTest, APastedCutIsComparedByTheNumberItHasWhenItIsPasted)
@@ -1269,8 +1211,7 @@ TEST_P(DropTest, APastedCutIsComparedByTheNumberItHasWhenItIsPasted)
     cCut->SetCatLevel(2);
     window.cLibrary.cDataBase->Announce(&DataBaseEvents::CutsModified, Cuts{cCut});
     ASSERT_EQ(window.cLibrary.Order(L"Rock", 2), (Keys{L"d", L"a"}));
-    window.cView.colChoices = {eCopy};
-    Form().Paste(); // into Jazz 1
+    PasteIntoJazz(eCopy);
     EXPECT_EQ(window.Shown(), (Boxes{refusal}));
     EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e"}));
 }
@@ -1279,10 +1220,10 @@ TEST_P(DropTest, ASecondMoveByPasteLeavesWhereTheFirstOneWent)
 {
     CopyFirstOfRock();
     window.cView.colChoices = {eMove, eMove};
-    Form().Paste();
+    Form().Cuts().Paste();
     EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"}));
     window.cTreeView.Select(window.Node(L"Rock", 2));
-    Form().Paste();
+    Form().Cuts().Paste();
     EXPECT_EQ(window.cLibrary.Order(L"Rock", 2), (Keys{L"d", L"a"}));
     EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e"}));
 }
@@ -1308,9 +1249,9 @@ TEST_P(DropTest, AFailureWhileGatheringTheLevelsEndsTheDropWithAReport)
     window.cView.OnPopUp = [] { ADD_FAILURE(); };
     window.Show();
     window.cGridView.Select({0});
-    ASSERT_TRUE(Form().DragStarted());
+    ASSERT_TRUE(Form().Cuts().DragStarted());
     window.cGridView.OnSelectedRows = [] { throw RuntimeError(error::InvalidProcedureCall); };
-    Form().DragCompleted(frmUILibPresenter::Drop{true, L"Jazz\t1", std::nullopt, sGridPayload});
+    Form().Cuts().DragCompleted(LibraryCuts::Drop{true, L"Jazz\t1", std::nullopt, sGridPayload});
     EXPECT_EQ(window.Shown(), (Boxes{HandledError(L"Error occurred in dragdrop",
                                                   L"Invalid procedure call or argument", L"5")}));
 }
@@ -1335,19 +1276,6 @@ TEST_P(DropTest, ACategoryDeletedWhileThePopUpIsOpenIsNotPlacedInto)
     EXPECT_EQ(window.cLibrary.cDataBase->colCuts[0]->CategoryText(), L"Rock");
 }
 
-TEST_P(DropTest, CopyAndPasteAskAsADropDoes)
-{
-    window.Show();
-    window.ShowNode(L"Rock", 1);
-    window.cGridView.Select({0});
-    Form().CopySelection();
-    window.cGridView.Select({1});
-    window.cTreeView.Select(window.Node(L"Jazz", 1));
-    window.cView.colChoices = {eCopy};
-    Form().Paste();
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"}));
-}
-
 TEST_P(DropTest, ACutThatLeavesTheDatabaseDuringThePopUpIsNotPlacedAgain)
 {
     window.cView.OnPopUp = [&] { TakeOutOfTheDatabase(0); };
@@ -1360,48 +1288,41 @@ TEST_P(DropTest, ACutThatLeavesTheDatabaseBeforeItIsPastedIsNotPlacedAgain)
 {
     CopyFirstOfRock();
     TakeOutOfTheDatabase(0);
-    window.cView.colChoices = {eMove};
-    Form().Paste();
+    PasteIntoJazz(eMove);
     EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e"}));
 }
 
-TEST_P(DropTest, WhatWasCopiedBeforeAReloadIsMovedOutOfTheLevelItStandsInNow)
+TEST_P(DropTest, APasteTakesWhatWasCopiedOutOfTheLevelsItIsInNow)
 {
+    CopyFirstOfRock();
+    window.cGridView.Select({1});
+    PasteIntoJazz(eCopy);
+    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"})) << "not what is selected now";
     CopyFirstOfRock();
     Form().Do(mnuReloadAll);
-    window.cTreeView.Select(window.Node(L"Jazz", 1));
-    window.cView.colChoices = {eMove};
-    Form().Paste();
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"}));
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"b", L"c"}));
-}
-
-TEST_P(DropTest, CutsWhoseLevelIsGoneSinceTheCopyCanStillBeMoved)
-{
-    CopyFirstOfRock();
+    PasteIntoJazz(eMove);
+    EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"b", L"c"})) << "after a reload";
     Man().DeleteCats({window.cLibrary.MainCat(L"Rock")});
-    window.cTreeView.Select(window.Node(L"Jazz", 1));
-    window.cView.colChoices = {eMove};
-    Form().Paste();
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"}));
+    PasteIntoJazz(eMove);
+    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"})) << "with its level gone";
     EXPECT_EQ(window.cLibrary.MainCatNames(), (Lines{L"Jazz"}));
 }
 
 TEST_P(DropTest, PastingNothingAsksNothing)
 {
     window.Show();
-    Form().Paste();
+    Form().Cuts().Paste();
     EXPECT_TRUE(window.cView.colPopUps.empty());
 }
 
 TEST_P(DropTest, NothingSelectedIsNothingToDrag)
 {
     window.Show();
-    EXPECT_FALSE(Form().DragStarted());
+    EXPECT_FALSE(Form().Cuts().DragStarted());
     window.cGridView.Select({0});
-    EXPECT_TRUE(Form().DragStarted());
-    EXPECT_FALSE(Form().DragStarted());
-    Form().DragCompleted(std::nullopt);
+    EXPECT_TRUE(Form().Cuts().DragStarted());
+    EXPECT_FALSE(Form().Cuts().DragStarted());
+    Form().Cuts().DragCompleted(std::nullopt);
 }
 
 TEST_P(DropTest, ARefreshAskedForDuringTheDragComesAfterTheDrop)
@@ -1410,12 +1331,12 @@ TEST_P(DropTest, ARefreshAskedForDuringTheDragComesAfterTheDrop)
     window.ShowNode(L"Rock", 1);
     window.cGridView.Select({0});
     window.cGridView.lFilled = 0;
-    ASSERT_TRUE(Form().DragStarted());
+    ASSERT_TRUE(Form().Cuts().DragStarted());
     Form().RequestRefresh();
     window.cView.colChoices = {eCopy};
     window.cView.OnPopUp = [&] { EXPECT_EQ(window.cGridView.lFilled, 0); };
-    Form().DragCompleted(frmUILibPresenter::Drop{true, L"Jazz\t1", std::nullopt, sGridPayload});
-    EXPECT_EQ(window.cGridView.lFilled, 2 * lFillsOnce);
+    Form().Cuts().DragCompleted(LibraryCuts::Drop{true, L"Jazz\t1", std::nullopt, sGridPayload});
+    EXPECT_EQ(window.cGridView.lFilled, 2);
     EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"}));
 }
 

@@ -2,8 +2,12 @@
 // The category window's rules editor, by mouse and keyboard.
 #include "ui/windows/CategoryFixture.h"
 
+#include <iterator>
 #include <set>
 #include <utility>
+#include <windows.h>
+
+#include <commctrl.h>
 
 namespace ravlo::test
 {
@@ -28,6 +32,17 @@ std::set<std::pair<int, int>> PixelsOf(HWND hControl)
     return colPixels;
 }
 
+std::wstring TabText(HWND hTabs, int lTab)
+{
+    wchar_t text[64] = L"";
+    TCITEMW item{};
+    item.mask = TCIF_TEXT;
+    item.pszText = text;
+    item.cchTextMax = static_cast<int>(std::size(text));
+    ::SendMessageW(hTabs, TCM_GETITEMW, static_cast<WPARAM>(lTab), reinterpret_cast<LPARAM>(&item));
+    return item.pszText;
+}
+
 } // namespace
 
 TEST_F(CategoryRules, TheTextsAreAsTheUserKnowsThem)
@@ -37,6 +52,8 @@ TEST_F(CategoryRules, TheTextsAreAsTheUserKnowsThem)
         EXPECT_EQ(user.Text(hWindow), L"Category");
         EXPECT_EQ(user.Text(At(eIdlblRulesTitle)),
                   L"Global Rules (for all categories where separations not explictly set).");
+        EXPECT_EQ(TabText(At(eIdTabStrip1), 0), L"Global Rules");
+        EXPECT_EQ(TabText(At(eIdTabStrip1), 1), L"Category Rules");
         EXPECT_EQ(user.Text(At(eIdcmdApply)), L"&Apply Changes");
         EXPECT_EQ(user.Text(At(IDOK)), L"OK");
         EXPECT_EQ(user.Text(At(IDCANCEL)), L"&Cancel");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The category window among other windows: modality, focus, place, menu, resolution, what it leaves behind.
-#include "ui/controls/windows/Module.h"
+#include "ui/controls/windows/Window.h"
 #include "ui/windows/CategoryFixture.h"
 #include "ui/windows/Tidy.h"
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The menus of the library window, each command's wiring, and the database's news while it is open.
 #include "ui/windows/LibraryFixture.h"
-#include "ui/windows/SchedulerUi.h"
 
 namespace ravlo::test
 {
@@ -394,13 +393,14 @@ TEST_F(LibraryCommands, AGridThatAHostFillsShowsItsProgressInTheWindow)
 {
     FillStation();
     cState.Populate();
-    ProgressTarget& cProgress = static_cast<SchedulerUi&>(*cState.cWindows).LibraryProgress();
-    cProgress.ProgressStart(L"to nobody", 3); // no window, nothing to show it
     OpenAgain([&](const User& user) {
-        cHost.Run(user, [&] { cProgress.ProgressStart(L"Populating Grid...", 3); });
+        cHost.Run(user,
+                  [&] { cState.cSchedMan->ProgressFollower()->ProgressStart(L"Populating Grid...", 3); });
         EXPECT_EQ(Status(0), L"Populating Grid...");
         EXPECT_TRUE(::IsWindowVisible(User::Control(hWindow, eIdProgressBar1)));
-        cHost.Run(user, [&] { cProgress.ProgressEnd(L"Showing Rock", L"Showing 6 total."); });
+        cHost.Run(user, [&] {
+            cState.cSchedMan->ProgressFollower()->ProgressDone(L"Showing Rock", L"Showing 6 total.");
+        });
         EXPECT_EQ(Status(1), L"Showing 6 total.");
         EXPECT_FALSE(::IsWindowVisible(User::Control(hWindow, eIdProgressBar1)));
     });

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The library window among other windows: opening and closing, place, resolution, what it leaves behind.
-#include "ui/controls/windows/Module.h"
+#include "ui/controls/windows/Window.h"
 #include "ui/windows/LibraryFixture.h"
 #include "ui/windows/Tidy.h"
 

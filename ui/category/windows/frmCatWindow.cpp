@@ -5,6 +5,7 @@
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Dpi.h"
 #include "ui/controls/windows/PlaceMemory.h"
+#include "ui/controls/windows/VisualStyles.h"
 
 #include <commctrl.h>
 #include <cstddef>
@@ -42,6 +43,23 @@ HACCEL Accelerators()
                     {FVIRTKEY | FCONTROL | FSHIFT, VK_TAB, eIdNextTab}};
     return ::CreateAcceleratorTableW(keys, ARRAYSIZE(keys));
 }
+
+// Gives the focus back at the end.
+class FocusKept
+{
+public:
+    FocusKept() noexcept : m_hBefore(::GetFocus()) {}
+    ~FocusKept()
+    {
+        if (::IsWindow(m_hBefore))
+            ::SetFocus(m_hBefore);
+    }
+    FocusKept(const FocusKept&) = delete;
+    FocusKept& operator=(const FocusKept&) = delete;
+
+private:
+    HWND m_hBefore;
+};
 
 } // namespace
 
@@ -219,7 +237,7 @@ void frmCatWindow::OnActivate(bool bActive)
         ::SetFocus(m_hFocus);
 }
 
-// Where it was before the window became busy, unless that control has gone meanwhile.
+// Where it was before the window became busy, unless that control is gone.
 void frmCatWindow::ReturnFocus()
 {
     if (m_hFocus && ::IsChild(Handle(), m_hFocus) && ::IsWindowVisible(m_hFocus) &&
@@ -229,7 +247,7 @@ void frmCatWindow::ReturnFocus()
         m_cSelector->FocusFirst();
 }
 
-// A control that goes must not keep the focus: nothing would hear the keyboard.
+// A hidden control must not keep the focus: nothing would receive the keyboard.
 void frmCatWindow::PassFocus(HWND hFrom, HWND hTo)
 {
     const HWND hFocus = ::GetFocus();
@@ -390,5 +408,14 @@ void frmCatWindow::ShowModal()
 }
 
 void frmCatWindow::Close() { m_cLoop->End(); }
+
+std::int32_t ShowCategoryWindow(const std::shared_ptr<clsSchedMan>& cSchedMan, CategoryRequest& request)
+{
+    const VisualStyles cStyles;
+    const DpiAwareness cAwareness;
+    const FocusKept cFocus;
+    frmCatWindow cWindow(::GetActiveWindow(), cSchedMan->Mod());
+    return cWindow.Presenter().ShowUI(cSchedMan, request);
+}
 
 } // namespace ravlo

@@ -20,7 +20,7 @@ namespace ravlo
 class frmCatWindow final : public Window, private frmCatView
 {
 public:
-    // hOwner: the window it stands before; null for none.
+    // hOwner: the window it stays in front of; null for none.
     frmCatWindow(HWND hOwner, ModScheduler& cMod);
     ~frmCatWindow() override;
 
@@ -96,5 +96,9 @@ private:
     bool m_bApply = true; // cmdApply is enabled, except while busy
     bool m_bBusy = false;
 };
+
+// Shows the category window in front of the thread's active window until it is closed: lChosen or lNotChosen.
+// Gives the focus back afterwards.
+std::int32_t ShowCategoryWindow(const std::shared_ptr<clsSchedMan>& cSchedMan, CategoryRequest& request);
 
 } // namespace ravlo

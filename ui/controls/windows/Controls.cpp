@@ -2,7 +2,7 @@
 #include "ui/controls/windows/Controls.h"
 
 #include "base/RuntimeError.h"
-#include "ui/controls/windows/Module.h"
+#include "ui/controls/windows/Window.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -62,6 +62,16 @@ void Mover::Move(HWND hControl, int x, int y, int cx, int cy) noexcept
             ::DeferWindowPos(m_hMoves, hControl, nullptr, x, y, std::max(0, cx), std::max(0, cy), lFlags);
     else // the moves gathered so far are lost only when memory runs out
         ::SetWindowPos(hControl, nullptr, x, y, std::max(0, cx), std::max(0, cy), lFlags);
+}
+
+COLORREF UnfocusedSelection() noexcept
+{
+    constexpr int lShare = 30; // of the selection's colour, in hundredths
+    const COLORREF lSelection = ::GetSysColor(COLOR_HIGHLIGHT);
+    const COLORREF lWindow = ::GetSysColor(COLOR_WINDOW);
+    const auto Mix = [](int lLeft, int lRight) { return (lLeft * lShare + lRight * (100 - lShare)) / 100; };
+    return RGB(Mix(GetRValue(lSelection), GetRValue(lWindow)), Mix(GetGValue(lSelection), GetGValue(lWindow)),
+               Mix(GetBValue(lSelection), GetBValue(lWindow)));
 }
 
 } // namespace ravlo

@@ -17,12 +17,12 @@ HWND MakeControl(HWND hParent, const wchar_t* sClass, const std::wstring& sText,
 std::wstring WindowText(HWND hWindow);
 
 // The size a text takes in a font; wrapped at a width when that is not 0. Mnemonic signs take no room.
-// lFlags: DT_ numbers besides.
+// lFlags: further DT_ numbers.
 SIZE TextSize(HDC hDC, const std::wstring& sText, int lWrapAt = 0, UINT lFlags = 0) noexcept;
 
 void SetFont(HWND hControl, HFONT hFont) noexcept;
 
-// Lets the window of this thread that is under the mouse set its pointer anew, without waiting for a move.
+// Lets the window of this thread under the mouse set its pointer now, without waiting for a move.
 void AskForPointer() noexcept;
 
 // Moves many children of one window at once, so that they do not pass over each other.
@@ -39,5 +39,9 @@ public:
 private:
     HDWP m_hMoves;
 };
+
+// The colour behind the selected rows of a control without the focus: a tint of the selection's own, since
+// the system's grey on white is hard to see.
+COLORREF UnfocusedSelection() noexcept;
 
 } // namespace ravlo

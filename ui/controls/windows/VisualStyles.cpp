@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/controls/windows/VisualStyles.h"
 
-#include "ui/controls/windows/Module.h"
+#include "ui/controls/windows/Window.h"
 
 #include <commctrl.h>
 

@@ -2,13 +2,16 @@
 #include "ui/controls/windows/Window.h"
 
 #include "base/RuntimeError.h"
-#include "ui/controls/windows/Module.h"
 
 #include <map>
 #include <mutex>
 
+extern "C" IMAGE_DOS_HEADER __ImageBase; // the linker puts it at the module's start
+
 namespace ravlo
 {
+
+HINSTANCE ThisModule() noexcept { return reinterpret_cast<HINSTANCE>(&__ImageBase); }
 
 namespace
 {

@@ -7,8 +7,11 @@
 namespace ravlo
 {
 
-// A window class of this module while at least one of these lives: registered with the first, taken back with
-// the last, so that the module can be unloaded and loaded again.
+// The DLL or program this code was linked into: window classes and resources are its own, not the host's.
+HINSTANCE ThisModule() noexcept;
+
+// Registers a window class of this module with the first of these that lives, and unregisters it with the
+// last, so that the module can be unloaded and loaded again.
 class WindowClass
 {
 public:
@@ -52,10 +55,10 @@ protected:
     // Throws RuntimeError when the window cannot be made.
     void Create(const WindowStart& start);
 
-    // Whatever is not handled goes to Default. An exception ends the message with 0 after OnException.
+    // Pass to Default what is not handled. An exception ends the message with 0 after OnException.
     virtual LRESULT OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam) = 0;
     LRESULT Default(UINT lMessage, WPARAM wParam, LPARAM lParam) noexcept;
-    // Called inside the catch block.
+    // Called inside a catch block.
     virtual void OnException() noexcept = 0;
 
 private:

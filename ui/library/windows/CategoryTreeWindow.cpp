@@ -4,7 +4,6 @@
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Dpi.h"
 #include "ui/library/windows/FolderImages.h"
-#include "ui/library/windows/SelectionColour.h"
 
 #include <algorithm>
 #include <cstring>

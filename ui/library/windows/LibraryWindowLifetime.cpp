@@ -56,7 +56,7 @@ void LibraryWindowLifetime::Make()
     if (!cSchedMan)
         return;
     if (m_cMade)
-        m_cMade->Form().SetSchedMan(nullptr); // it may live a little longer, and is told of nothing any more
+        m_cMade->Form().SetSchedMan(nullptr); // it may live a little longer
     m_cMade.reset();
     m_cMade = std::make_shared<Made>(cSchedMan, m_CategoryShowing);
 }
@@ -79,24 +79,6 @@ void LibraryWindowLifetime::Refresh()
         cMade->Form().RequestRefresh();
 }
 
-void LibraryWindowLifetime::ProgressStart(const std::wstring& sReason, std::int32_t lMax)
-{
-    if (Showing())
-        m_cMade->Form().Shown().ProgressStart(sReason, lMax);
-}
-
-void LibraryWindowLifetime::Progress(const std::wstring& sText, std::int32_t lValue)
-{
-    if (Showing())
-        m_cMade->Form().Shown().Progress(sText, lValue);
-}
-
-void LibraryWindowLifetime::ProgressEnd(const std::wstring& sFirst, const std::wstring& sSecond)
-{
-    if (Showing())
-        m_cMade->Form().Shown().ProgressEnd(sFirst, sSecond);
-}
-
 void LibraryWindowLifetime::Show()
 {
     if (Showing())
@@ -104,7 +86,7 @@ void LibraryWindowLifetime::Show()
     const VisualStyles cStyles;
     const DpiAwareness cAwareness;
     const HWND hFocus = ::GetFocus();
-    Make(); // anew: a hidden one may belong to another of the host's windows
+    Make(); // always: a hidden one may belong to another of the host's windows
     if (!m_cMade)
         return;
     m_cMade->Form().ShowModalUI();

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "ui/controls/windows/Dpi.h"
-#include "ui/library/windows/SchedLibGridParts.h"
 #include "ui/library/windows/clsSchedLibGridWindow.h"
 
 #include <utility>
@@ -106,7 +105,7 @@ bool clsSchedLibGridWindow::ManySelected() const { return Send(LVM_GETSELECTEDCO
 
 LRESULT clsSchedLibGridWindow::WithoutPainting(UINT lMessage, WPARAM wParam, LPARAM lParam)
 {
-    const PaintingOff cOff(*this);
+    const RedrawOff cOff(*this);
     return ::DefSubclassProc(m_hList, lMessage, wParam, lParam);
 }
 
@@ -152,7 +151,7 @@ void clsSchedLibGridWindow::BeforeRelease(WPARAM lKeys)
     const std::optional<int> lRow = std::exchange(m_lPressed, std::nullopt);
     if (!lRow || (lKeys & (MK_SHIFT | MK_CONTROL)) != 0)
         return;
-    const PaintingOff cOff(*this);
+    const RedrawOff cOff(*this);
     SelectAll(false);
     SetState(*lRow, LVIS_SELECTED, LVIS_SELECTED);
 }

@@ -3,8 +3,6 @@
 
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Dpi.h"
-#include "ui/library/windows/SchedLibGridParts.h"
-#include "ui/library/windows/SelectionColour.h"
 
 #include <algorithm>
 #include <array>
@@ -23,8 +21,8 @@ constexpr std::size_t countedColumns = 2; // position and identifier
 constexpr int lLineWidth = 2;
 constexpr int lCellMargins = 14; // at 96 dpi, left and right of a text together
 
-// The list draws the texts of its first column at the left, whatever is asked for, and screen readers call a
-// row by it: so that one is the artist, which is shown third.
+// The list always aligns its first column left, and screen readers name a row by it: so that one is the
+// artist, which is shown third.
 constexpr std::array<std::size_t, colGridColumns.size()> lListColumns = {1, 2, 0, 3, 4, 5, 6, 7, 8, 9};
 constexpr std::size_t ListColumn(std::size_t lColumn) { return lListColumns[lColumn]; }
 std::size_t GridColumnOf(int lListColumn)
@@ -168,7 +166,7 @@ std::size_t clsSchedLibGridWindow::RowCount() const
 
 void clsSchedLibGridWindow::SetRowCount(std::size_t rows)
 {
-    const PaintingOff cOff(*this);
+    const RedrawOff cOff(*this);
     if (rows > m_mostRows)
     {
         const ColumnLayout layout = Layout(); // as the user has left it
@@ -193,7 +191,7 @@ void clsSchedLibGridWindow::SetState(int lRow, UINT lState, UINT lMask)
 
 void clsSchedLibGridWindow::SelectAll(bool bSelect)
 {
-    const PaintingOff cOff(*this);
+    const RedrawOff cOff(*this);
     if (!bSelect && ManySelected())
         ForgetSelection();
     else
@@ -220,7 +218,7 @@ void clsSchedLibGridWindow::ForgetSelection()
 // one by one.
 void clsSchedLibGridWindow::SetSelection(const std::vector<bool>& bSelected)
 {
-    const PaintingOff cOff(*this);
+    const RedrawOff cOff(*this);
     const auto lSelected = static_cast<std::size_t>(std::count(bSelected.begin(), bSelected.end(), true));
     const bool bMost = lSelected > bSelected.size() / 2;
     SelectAll(bMost);
@@ -275,7 +273,8 @@ LRESULT clsSchedLibGridWindow::OnGetDispInfo(NMLVDISPINFOW& info) const
 {
     if ((info.item.mask & LVIF_TEXT) != 0 && info.item.iItem >= 0)
     {
-        m_sCell = CellText(static_cast<std::size_t>(info.item.iItem), GridColumnOf(info.item.iSubItem));
+        m_sCell =
+            m_cRows->CellText(static_cast<std::size_t>(info.item.iItem), GridColumnOf(info.item.iSubItem));
         if (info.item.cchTextMax > 0)
         {
             const std::size_t length =
@@ -292,7 +291,7 @@ LRESULT clsSchedLibGridWindow::OnFindItem(const NMLVFINDITEMW& find)
     if ((find.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) == 0 || !find.lvfi.psz)
         return -1;
     const std::optional<std::size_t> lRow =
-        FindRow(find.lvfi.psz, static_cast<std::size_t>(std::max(find.iStart, 0)));
+        m_cRows->FindRow(find.lvfi.psz, static_cast<std::size_t>(std::max(find.iStart, 0)));
     if (lRow && ManySelected()) // the list selects that row alone then
         SelectAll(false);
     return lRow ? AsRow(*lRow) : -1;

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ui/library/clsSchedLibGridView.h"
+#include "ui/library/clsSchedLibGridPresenter.h"
 
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,6 +13,8 @@
 
 namespace ravlo
 {
+
+inline int AsRow(std::size_t row) { return static_cast<int>(row); }
 
 // iGridLib: the cut grid on the system's list view, in its form without rows of its own.
 class clsSchedLibGridWindow final : public clsSchedLibGridView
@@ -27,9 +28,8 @@ public:
     HWND Handle() const noexcept { return m_hList; }
     void SetLook(HFONT hFont, int lDpi);
 
-    // Where texts and beginnings of texts are looked up.
-    std::function<std::wstring(std::size_t lRow, std::size_t column)> CellText;
-    std::function<std::optional<std::size_t>(const std::wstring& sBeginning, std::size_t start)> FindRow;
+    // Sets where cells are looked up. Not owned.
+    void SetRows(const clsSchedLibGridPresenter& cRows) { m_cRows = &cRows; }
 
     // ---- clsSchedLibGridView
     void SetRedraw(bool bRedraw) override;
@@ -58,8 +58,8 @@ public:
     // A press on a row has become a drag: the selection stays when the button is released.
     void OnBeginDrag() noexcept { m_lPressed.reset(); }
 
-    // The row, from 0, in front of which something dropped at that point of the screen comes to stand: above
-    // the rows the first of all, below the last one none.
+    // The row, from 0, in front of which a drop at that point of the screen puts the rows: above the rows the
+    // first one, below the last one none.
     std::optional<std::size_t> DropRow(POINT onScreen) const;
     // During a drag: the line at which the rows would be inserted (one past the last row: below it), or none.
     void ShowInsertionLine(std::optional<std::size_t> before);
@@ -88,6 +88,7 @@ private:
     void InvalidateLine() const;
 
     HWND m_hList;
+    const clsSchedLibGridPresenter* m_cRows = nullptr;
     int m_lDpi = 96;
     ColumnLayout m_layout;
     std::size_t m_mostRows = 0; // so far: positions and most identifiers are no longer than this number

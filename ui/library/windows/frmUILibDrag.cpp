@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "base/ScopedFlag.h"
-#include "ui/library/windows/frmUILibMessages.h"
 #include "ui/library/windows/frmUILibWindow.h"
 
 #include <utility>
@@ -15,7 +14,7 @@ constexpr UINT lDragTick = 60; // milliseconds
 
 } // namespace
 
-// Where rows can be dropped, and what is said of it meanwhile.
+// Where rows can be dropped.
 class frmUILibWindow::Site : public DropSite
 {
 public:
@@ -76,7 +75,7 @@ void frmUILibWindow::TakeDrops()
 
 void frmUILibWindow::RunDrag()
 {
-    if (m_bDragging || !Down(VK_LBUTTON) || !m_cForm->DragStarted())
+    if (m_bDragging || !Down(VK_LBUTTON) || !m_cForm->Cuts().DragStarted())
         return;
     m_drop.reset();
     {
@@ -85,16 +84,16 @@ void frmUILibWindow::RunDrag()
         DragText(sGridPayload);
         ::KillTimer(Handle(), eTimerDrag);
     }
-    const std::optional<frmUILibPresenter::Drop> drop = std::exchange(m_drop, std::nullopt);
+    const std::optional<LibraryCuts::Drop> drop = std::exchange(m_drop, std::nullopt);
     // The target stays marked while the user is asked what to do with the cuts.
     if (drop && drop->bOnTree)
         m_cTree->ShowDropTarget(m_cForm->Tree().Find(drop->sNodeKey));
-    m_cForm->DragCompleted(drop);
+    m_cForm->Cuts().DragCompleted(drop);
     m_cTree->ShowDropTarget(std::nullopt);
 }
 
 // What the user is asked or told about a drop comes when the drag has ended.
-void frmUILibWindow::OnDropped(frmUILibPresenter::Drop drop)
+void frmUILibWindow::OnDropped(LibraryCuts::Drop drop)
 {
     m_drop = std::move(drop);
     if (!m_bDragging)
@@ -106,7 +105,7 @@ void frmUILibWindow::OnDragTick()
     POINT point{};
     ::GetCursorPos(&point);
     if (const std::optional<CategoryTreePresenter::Node> lOpened = m_cTree->DragTick(point))
-        m_cForm->NodeExpanded(*lOpened, true);
+        m_cForm->Panes().NodeExpanded(*lOpened, true);
     if (m_cGrid->DragTick(point))
         m_cGridSite->DragOver(point, sGridPayload); // the line belongs to the row that is there now
 }

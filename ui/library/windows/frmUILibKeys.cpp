@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "base/ScopedFlag.h"
-#include "ui/library/windows/frmUILibMessages.h"
 #include "ui/library/windows/frmUILibWindow.h"
 
 namespace ravlo
@@ -12,7 +11,7 @@ bool frmUILibWindow::OnKey(const MSG& message)
 {
     const bool bInTree = message.hwnd == m_cTree->Handle();
     if (bInTree && message.message == WM_CHAR)
-        return m_cForm->TypeInTree(static_cast<wchar_t>(message.wParam));
+        return m_cForm->Panes().TypeInTree(static_cast<wchar_t>(message.wParam));
     if (message.message != WM_KEYDOWN && message.message != WM_SYSKEYDOWN)
         return false;
     if (message.wParam == VK_F6 && !Down(VK_CONTROL) && !Down(VK_SHIFT) && !Down(VK_MENU))
@@ -32,20 +31,20 @@ bool frmUILibWindow::OnKey(const MSG& message)
         return false;
     // Else the system takes Alt for pressed alone, and opens the menu when it is released.
     ::DefWindowProcW(message.hwnd, message.message, message.wParam, message.lParam);
-    m_cForm->MoveSelected(message.wParam == VK_UP);
+    m_cForm->Cuts().MoveSelected(message.wParam == VK_UP);
     return true;
 }
 
 bool frmUILibWindow::OnTreeKey(WPARAM lKey, bool bControl)
 {
     if (lKey == VK_RETURN)
-        m_cForm->ShowSelectedNode();
+        m_cForm->Panes().ShowSelectedNode();
     else if (lKey == VK_SPACE && !bControl)
-        return m_cForm->TypeInTree(L' '); // else it ticks
+        return m_cForm->Panes().TypeInTree(L' '); // else it ticks
     else if (bControl && lKey == 'V')
     {
         const ScopedFlag cByKeyboard(m_bByKeyboard);
-        m_cForm->Paste();
+        m_cForm->Cuts().Paste();
     }
     else
         return false;
@@ -55,11 +54,11 @@ bool frmUILibWindow::OnTreeKey(WPARAM lKey, bool bControl)
 bool frmUILibWindow::OnGridKey(WPARAM lKey, bool bControl)
 {
     if (lKey == VK_RETURN)
-        m_cForm->CellDblClick(static_cast<std::size_t>(m_cForm->Grid().CurrentRow()), 1);
+        m_cForm->Cuts().CellDblClick(static_cast<std::size_t>(m_cForm->Grid().CurrentRow()), 1);
     else if (lKey == VK_DELETE)
-        m_cForm->GridDelete();
+        m_cForm->Cuts().GridDelete();
     else if (bControl && (lKey == 'C' || lKey == 'X'))
-        m_cForm->CopySelection();
+        m_cForm->Cuts().CopySelection();
     else
         return false;
     return true;

@@ -7,7 +7,6 @@
 #include "ui/controls/windows/PlaceMemory.h"
 #include "ui/library/windows/ControlIds.h"
 #include "ui/library/windows/LibraryMenus.h"
-#include "ui/library/windows/frmUILibMessages.h"
 
 #include <utility>
 #include <windowsx.h>
@@ -54,12 +53,7 @@ frmUILibWindow::frmUILibWindow(HWND hOwner, ModScheduler& cMod, std::function<bo
     MakeControls();
     m_cForm =
         std::make_unique<frmUILibPresenter>(static_cast<frmUILibView&>(*this), *m_cTree, *m_cGrid, m_cMod);
-    m_cGrid->CellText = [this](std::size_t row, std::size_t column) {
-        return m_cForm->Grid().CellText(row, column);
-    };
-    m_cGrid->FindRow = [this](const std::wstring& sBeginning, std::size_t lStart) {
-        return m_cForm->Grid().FindRow(sBeginning, lStart);
-    };
+    m_cGrid->SetRows(m_cForm->Grid());
     TakeDrops();
     SetLook(DpiOf(Handle()));
     const SIZE first = {Scaled(lFirstWidth, m_lDpi), Scaled(lFirstHeight, m_lDpi)};
@@ -93,14 +87,14 @@ void frmUILibWindow::MakeControls()
 void frmUILibWindow::SetLook(int lDpi)
 {
     m_lDpi = lDpi;
-    // The controls let go of the old font before it ends.
+    // The controls release the old font before it ends.
     UniqueFont hFont = MessageFont(lDpi);
     SetFont(m_hTopLeft, hFont.get());
     m_cTree->SetLook(hFont.get(), lDpi);
     m_cGrid->SetLook(hFont.get(), lDpi);
     m_cStatus->SetLook(hFont.get(), lDpi);
     m_hFont.swap(hFont);
-    // The same of the icons.
+    // So does the window the old icons.
     UniqueIcon hBig = FolderIcon(Scaled(lBigIcon, lDpi));
     UniqueIcon hSmall = FolderIcon(Scaled(lSmallIcon, lDpi));
     ::SendMessageW(Handle(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(hBig.get()));
@@ -193,21 +187,21 @@ LRESULT frmUILibWindow::OnPosted(UINT lMessage, WPARAM wParam, LPARAM lParam)
         CompareChecks();
         return 0;
     case ePostedShowNode:
-        m_cForm->ShowSelectedNode();
+        m_cForm->Panes().ShowSelectedNode();
         return 0;
     case ePostedExpandRoot:
         if (m_cForm->Tree().Count() != 0)
             m_cTree->Expand(0);
         return 0;
     case ePostedEdit:
-        m_cForm->CellDblClick(wParam, static_cast<std::size_t>(lParam));
+        m_cForm->Cuts().CellDblClick(wParam, static_cast<std::size_t>(lParam));
         return 0;
     case ePostedDrag:
         RunDrag();
         return 0;
     case ePostedDropped:
-        if (const std::optional<frmUILibPresenter::Drop> drop = std::exchange(m_drop, std::nullopt))
-            m_cForm->Dropped(*drop);
+        if (const std::optional<LibraryCuts::Drop> drop = std::exchange(m_drop, std::nullopt))
+            m_cForm->Cuts().Dropped(*drop);
         return 0;
     case ePostedRepaint:
         ::RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME | RDW_ERASE | RDW_ALLCHILDREN);
@@ -243,7 +237,7 @@ LRESULT frmUILibWindow::OnTreeNotify(const NMHDR& header, LPARAM lParam)
     {
     case NM_DBLCLK:
         OnTreeDblClick();
-        [[fallthrough]]; // the second click of a pair on a check box is told in this way only
+        [[fallthrough]]; // the second click of a pair on a check box is reported only here
     case NM_CLICK:
         ::PostMessageW(Handle(), ePostedChecks, 0, 0);
         return 0;
@@ -286,7 +280,7 @@ LRESULT frmUILibWindow::OnExpanded(const NMTREEVIEWW& change)
     if (bDone && bRefused)
         ::PostMessageW(Handle(), ePostedExpandRoot, 0, 0);
     else if (bDone)
-        m_cForm->NodeExpanded(*lNode, !bCollapse);
+        m_cForm->Panes().NodeExpanded(*lNode, !bCollapse);
     return bRefused && !bDone;
 }
 
@@ -337,7 +331,7 @@ void frmUILibWindow::OnContextMenu(HWND hControl, POINT onScreen)
 void frmUILibWindow::CompareChecks()
 {
     for (const CategoryTreePresenter::Node lNode : m_cTree->CheckedByUser())
-        m_cForm->NodeCheck(lNode, m_cTree->ShowsCheck(lNode));
+        m_cForm->Panes().NodeCheck(lNode, m_cTree->ShowsCheck(lNode));
     m_cTree->Repaint();
 }
 
@@ -442,7 +436,7 @@ void frmUILibWindow::ShowModal()
     LetGo();
 }
 
-// The window is about to go: what it looks like is remembered when it has been shown, once.
+// Saves what the window looks like before it goes, once, if it has been shown.
 void frmUILibWindow::LetGo()
 {
     m_cRegistrations.clear();

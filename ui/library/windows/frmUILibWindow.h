@@ -25,8 +25,8 @@ namespace ravlo
 class frmUILibWindow final : public Window, private frmUILibView
 {
 public:
-    // hOwner: the window it stands before; null for none. CategoryShowing tells whether the category window
-    // is open. OLE must have been initialised.
+    // hOwner: the window it stays in front of; null for none. CategoryShowing returns whether the category
+    // window is open. Precondition: OLE is initialised.
     frmUILibWindow(HWND hOwner, ModScheduler& cMod, std::function<bool()> CategoryShowing);
     ~frmUILibWindow() override;
 
@@ -36,6 +36,24 @@ private:
     class Site;
     class TreeSite;
     class GridSite;
+    // What may fill a control again is not done inside that control's own message, but posted.
+    enum PostedMessage : UINT
+    {
+        ePostedChecks = WM_APP + 1, // ticks may have changed
+        ePostedShowNode,
+        ePostedExpandRoot,
+        ePostedEdit, // row and column from 1
+        ePostedDrag,
+        ePostedDropped,
+        ePostedRepaint,
+    };
+    enum TimerId : UINT_PTR
+    {
+        eTimerGrey = 1,
+        eTimerDrag,
+        eTimerRefresh,
+    };
+    static bool Down(int lKey) { return ::GetKeyState(lKey) < 0; }
 
     void SetBusy(bool bBusy) override;
     void SetStatus(const std::wstring& sFirst, const std::wstring& sSecond) override;
@@ -66,7 +84,7 @@ private:
     void CompareChecks();
     void TakeDrops();
     void RunDrag();
-    void OnDropped(frmUILibPresenter::Drop drop);
+    void OnDropped(LibraryCuts::Drop drop);
     void OnDragTick();
     void LetGo();
     void Grey(bool bGrey);
@@ -99,8 +117,8 @@ private:
     bool m_bBusy = false;
     bool m_bGreyed = false;
     bool m_bDragging = false;
-    bool m_bByKeyboard = false; // a pop-up belongs to the selected node, not to the pointer
-    std::optional<frmUILibPresenter::Drop> m_drop; // dropped, and not handled yet
+    bool m_bByKeyboard = false;              // a pop-up belongs to the selected node, not to the pointer
+    std::optional<LibraryCuts::Drop> m_drop; // dropped, and not handled yet
 };
 
 } // namespace ravlo

@@ -1,0 +1,309 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/LibraryCuts.h"
+
+#include "base/ScopedFlag.h"
+#include "base/Text.h"
+#include "scheduler/MassChange.h"
+#include "ui/library/CutPlaces.h"
+#include "ui/library/NodeKey.h"
+
+#include <unordered_map>
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::int32_t lEditCancelled = 2;
+
+void Add(std::vector<CutRemoval>& colRemovals, const std::shared_ptr<clsCat>& cLevel, const TextKey& cKey)
+{
+    const std::shared_ptr<Cut>* cCut = cLevel ? cLevel->SchedCuts()->Find(cKey) : nullptr;
+    if (cCut)
+        colRemovals.push_back({*cCut, cLevel->MainCat(), cLevel->CatLevel()});
+}
+
+} // namespace
+
+LibraryCuts::LibraryCuts(frmUILibView& cView, LibraryPanes& cPanes, LibraryWork& cWork, ModScheduler& cMod)
+    : m_cView(cView), m_cPanes(cPanes), m_cWork(cWork), m_cMod(cMod)
+{
+    Grid().MoveRequested = [this](std::optional<std::size_t> row) {
+        if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cWork.SchedMan())
+            Move(*cSchedMan, row);
+    };
+    Grid().RemovalRequested = [this](const std::vector<std::size_t>& colRows) {
+        if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cWork.SchedMan())
+            Remove(*cSchedMan, colRows);
+    };
+}
+
+// ---- the grid's keys and clicks ----
+
+void LibraryCuts::CellDblClick(std::size_t row, std::size_t col)
+{
+    if (row >= 1 && col >= 1 && row <= Grid().RowCount())
+        m_cWork.Handle(L"iGridLib_CellDblClick", [&](clsSchedMan& cSchedMan) { Edit(cSchedMan, row - 1); });
+}
+
+void LibraryCuts::Edit(clsSchedMan& cSchedMan, std::size_t row)
+{
+    const std::shared_ptr<DataBase> cDataBase = cSchedMan.DataBase();
+    const std::shared_ptr<Cut> cCut = cDataBase ? cDataBase->CutByKey(Grid().KeyAt(row)) : nullptr;
+    const bool bEdited = cCut && cSchedMan.RaiseEditRequestCutEvent(cCut) != lEditCancelled;
+    if (bEdited && !m_cWork.RefreshPending()) // else the database's news of the edit show the node again
+        m_cPanes.ShowAgain(cSchedMan);
+}
+
+void LibraryCuts::GridDelete()
+{
+    m_cWork.Handle(L"iGridLib_KeyDown", [this](clsSchedMan&) { Grid().RemoveSelectedFromCategory(); });
+}
+
+void LibraryCuts::Remove(clsSchedMan& cSchedMan, const std::vector<std::size_t>& colRows)
+{
+    const bool bFromAll = !Grid().CurrentCatViewing();
+    if (bFromAll && m_cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"Are You Sure?",
+                               L"The view is 'ALL AUDIO'.\r\n\r\n"
+                               L"Continuing will remove ALL the categories from the selected items\r\n"
+                               L"Really continue?") != BoxAnswer::Yes)
+        return;
+    const LibraryWork::Busy cBusy(m_cWork);
+    const std::vector<CutRemoval> colRemovals =
+        bFromAll ? RemovalsFromAll(cSchedMan, colRows) : RemovalsFromListed(cSchedMan, colRows);
+    const auto count = static_cast<std::int32_t>(colRemovals.size());
+    m_cView.SetStatus(L"Removing from category...", L"");
+    m_cView.ShowProgress(count);
+    cSchedMan.RemoveCutsFromCategories(colRemovals, [&](std::size_t done) {
+        const auto lDone = static_cast<std::int32_t>(done);
+        m_cView.SetStatus(L"Removed " + DecimalText(lDone) + L" of " + DecimalText(count), L"");
+        m_cView.MoveProgress(lDone);
+    });
+    m_cPanes.ShowAgain(cSchedMan);
+}
+
+// Out of the levels they are listed from, in the tree as it is now: the listing may be older.
+std::vector<CutRemoval> LibraryCuts::RemovalsFromListed(const clsSchedMan& cSchedMan,
+                                                        const std::vector<std::size_t>& colRows) const
+{
+    std::vector<CutRemoval> colRemovals;
+    for (const std::size_t row : colRows)
+        if (const std::shared_ptr<clsCat> cListed = Grid().LevelAt(row))
+            Add(colRemovals, CatOf(cSchedMan, CategoryKey(cListed->CatName(), cListed->CatLevel())),
+                Grid().KeyAt(row));
+    return colRemovals;
+}
+
+// Out of every level that contains them.
+std::vector<CutRemoval> LibraryCuts::RemovalsFromAll(const clsSchedMan& cSchedMan,
+                                                     const std::vector<std::size_t>& colRows) const
+{
+    std::vector<TextKey> colKeys;
+    for (const std::size_t row : colRows)
+        colKeys.push_back(Grid().KeyAt(row));
+    std::unordered_map<TextKey, Cats> colPlaces;
+    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
+    ForEachPlace(colMainCats.get(), KeySet(colKeys.begin(), colKeys.end()),
+                 [&](const std::shared_ptr<clsCat>& cLevel, const TextKey& cKey) {
+        colPlaces[cKey].push_back(cLevel);
+    });
+    std::vector<CutRemoval> colRemovals;
+    for (const TextKey& cKey : colKeys)
+        for (const std::shared_ptr<clsCat>& cLevel : colPlaces[cKey])
+            Add(colRemovals, cLevel, cKey);
+    return colRemovals;
+}
+
+void LibraryCuts::MoveSelected(bool bUp)
+{
+    if (m_cWork.Running() && !m_bMovingByKeys)
+        return;
+    m_steps += bUp ? -1 : 1;
+    if (m_bMovingByKeys)
+        return;
+    const ScopedFlag cMoving(m_bMovingByKeys);
+    m_cWork.HandleDrop([&](clsSchedMan& cSchedMan) {
+        while (const std::ptrdiff_t steps = std::exchange(m_steps, 0))
+            if (MayReorder(cSchedMan))
+                Grid().MoveSelected(steps);
+    });
+    m_steps = 0;
+}
+
+void LibraryCuts::CopySelection()
+{
+    m_cWork.HandleDrop([this](clsSchedMan& cSchedMan) {
+        if (std::optional<DraggedCuts> dragged = TakeDraggedCuts(cSchedMan))
+            m_copied = std::move(*dragged);
+    });
+}
+
+void LibraryCuts::Paste()
+{
+    m_cWork.HandleDrop([this](clsSchedMan& cSchedMan) {
+        const std::wstring sKey = m_cPanes.SelectedKey();
+        if (!sKey.empty() && !m_copied.colKeys.empty())
+            DropOnNode(cSchedMan, sKey, m_copied);
+    });
+}
+
+// The selection is read after the busy state has let messages run.
+void LibraryCuts::Move(clsSchedMan& cSchedMan, std::optional<std::size_t> row)
+{
+    const LibraryWork::Busy cBusy(m_cWork);
+    cSchedMan.MoveCutsInCategory(Grid().CurrentCatViewing(), Grid().colSelCuts(), Grid().PositionInto(row));
+    m_cPanes.ShowAgain(cSchedMan);
+}
+
+// ---- drag and drop ----
+
+bool LibraryCuts::DragStarted()
+{
+    if (m_cWork.Running() || !Grid().StartDrag())
+        return false;
+    m_cDrag = std::make_unique<LibraryWork::Working>(m_cWork);
+    return true;
+}
+
+// Handles the drop before what became pending during the drag: the rows are still those that were dragged.
+void LibraryCuts::DragCompleted(const std::optional<Drop>& drop)
+{
+    const std::unique_ptr<LibraryWork::Working> cDrag = std::move(m_cDrag);
+    Grid().EndDrag();
+    if (cDrag && drop)
+        m_cWork.RunDrop([&](clsSchedMan& cSchedMan) { Perform(cSchedMan, *drop); });
+}
+
+void LibraryCuts::Dropped(const Drop& drop)
+{
+    if (!drop.bOnTree || !drop.sNodeKey.empty())
+        m_cWork.HandleDrop([this](clsSchedMan&) { Grid().RefuseSource(); });
+}
+
+void LibraryCuts::Perform(clsSchedMan& cSchedMan, const Drop& drop)
+{
+    if (!drop.bOnTree)
+    {
+        if (MayReorder(cSchedMan))
+            Grid().Drop(drop.sPayload, drop.row);
+        return;
+    }
+    if (drop.sPayload != sGridPayload || drop.sNodeKey.empty())
+        return;
+    if (const std::optional<DraggedCuts> dragged = TakeDraggedCuts(cSchedMan))
+        DropOnNode(cSchedMan, drop.sNodeKey, *dragged);
+}
+
+// Gives the grid the shown level as it is now, since nothing may be placed into one that was deleted or
+// reloaded. False for a deleted one, which the window then no longer shows.
+bool LibraryCuts::MayReorder(clsSchedMan& cSchedMan)
+{
+    if (!Grid().CurrentCatViewing())
+        return true;
+    std::shared_ptr<clsCat> cNow = m_cPanes.ShownCat(cSchedMan);
+    if (!cNow)
+    {
+        m_cPanes.ShowChanges(cSchedMan);
+        return false;
+    }
+    Grid().SetCurrentCatViewing(std::move(cNow));
+    return true;
+}
+
+std::optional<DraggedCuts> LibraryCuts::TakeDraggedCuts(const clsSchedMan& cSchedMan)
+{
+    try
+    {
+        return TakeDragged(Grid(), cSchedMan);
+    }
+    catch (...)
+    {
+        m_cMod.DISPLAYERROR(L"Error occurred in dragdrop", true, CurrentError());
+        return std::nullopt;
+    }
+}
+
+void LibraryCuts::DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, const DraggedCuts& dragged)
+{
+    if (ParseNodeKey(sKey).bAllAudio)
+    {
+        m_cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, L"Invalid Drop!",
+                   L"It's not valid to drop into 'ALL AUDIO'");
+        return;
+    }
+    const std::optional<Target> target = ChooseTarget(cSchedMan, sKey);
+    if (!target)
+        return;
+    const eCatDragOptions eOption = ChooseOption(target->sText);
+    if (eOption != eCancel)
+        Change(cSchedMan, eOption, *target, dragged);
+}
+
+void LibraryCuts::Change(clsSchedMan& cSchedMan, eCatDragOptions eOption, Target target,
+                         const DraggedCuts& dragged)
+{
+    const PresentCuts present = PresentOf(cSchedMan, dragged);
+    if (present.colCuts.empty())
+        return m_cPanes.ShowAgain(cSchedMan);
+    // The target, too, as it is now that the pop-ups are closed.
+    const std::wstring sName = target.cCat->CatName();
+    const std::wstring sMainKey = CategoryKey(sName, 0);
+    if (std::shared_ptr<clsCat> cNow = CatOf(cSchedMan, CategoryKey(sName, target.lLevel)))
+        target.cCat = std::move(cNow);
+    if (eOption == eCopyHere && !MayCopyInto(target.lLevel, present))
+        return ShowCopyRefused(m_cMod);
+    const LibraryWork::Busy cBusy(m_cWork);
+    const std::vector<std::wstring> colBefore = m_cPanes.LevelKeys(sMainKey);
+    bool bCreatedNewSubCats = false;
+    cSchedMan.DoMassCatChange(eOption, present.colFrom, target.cCat, present.colCuts, bCreatedNewSubCats);
+    if (!bCreatedNewSubCats)
+        return m_cPanes.ShowAgain(cSchedMan);
+    m_cPanes.RefreshAll(cSchedMan);
+    m_cPanes.ShowNewLevel(sMainKey, colBefore);
+}
+
+std::optional<LibraryCuts::Target> LibraryCuts::ChooseTarget(const clsSchedMan& cSchedMan,
+                                                             const std::wstring& sKey)
+{
+    const std::shared_ptr<clsCat> cCat = CatOf(cSchedMan, sKey);
+    if (!cCat)
+        return std::nullopt;
+    const auto LevelTarget = [](const std::shared_ptr<clsCat>& cLevel) {
+        return Target{cLevel, cLevel->CatLevel(), cLevel->CatName() + L" " + DecimalText(cLevel->CatLevel())};
+    };
+    if (cCat->CatLevel() != 0)
+        return LevelTarget(cCat);
+    const std::wstring& sName = cCat->CatName();
+    const Cats colLevels(cCat->SubCats()->begin(), cCat->SubCats()->end());
+    std::vector<std::wstring> mnuCatChooseLevel{L"Drop Into: " + sName + L", keeping levels the same"};
+    for (const std::shared_ptr<clsCat>& cLevel : colLevels) // mnuCatChooseLevelDrop
+        mnuCatChooseLevel.push_back(L"Drop Into " + sName + L" Level " + DecimalText(cLevel->CatLevel()));
+    const std::optional<std::size_t> item = m_cView.PopUp(mnuCatChooseLevel);
+    if (!item || *item > colLevels.size())
+        return std::nullopt;
+    return *item == 0 ? Target{cCat, 0, sName} : LevelTarget(colLevels[*item - 1]);
+}
+
+eCatDragOptions LibraryCuts::ChooseOption(const std::wstring& sTarget)
+{
+    struct Item
+    {
+        std::wstring sCaption;
+        eCatDragOptions eOption;
+    };
+    const Item mnuCatChooseDrop[] = {
+        {L"Copy Into " + sTarget, eCopyHere},                    // mnuCatCopyHere
+        {L"Move Into " + sTarget, eMoveHere},                    // mnuCatMoveHere
+        {L"Move Exclusive Into " + sTarget, eMoveExclusiveHere}, // mnuCatMoveOnlyHere
+        {L"Cancel", eCancel},                                    // mnuCatMoveCopyCancel
+    };
+    std::vector<std::wstring> colCaptions;
+    for (const Item& item : mnuCatChooseDrop)
+        colCaptions.push_back(item.sCaption);
+    const std::optional<std::size_t> item = m_cView.PopUp(colCaptions);
+    return item && *item < std::size(mnuCatChooseDrop) ? mnuCatChooseDrop[*item].eOption : eCancel;
+}
+
+} // namespace ravlo

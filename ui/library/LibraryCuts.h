@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "scheduler/clsSchedMan.h"
+#include "ui/library/DraggedCuts.h"
+#include "ui/library/LibraryPanes.h"
+#include "ui/library/LibraryWork.h"
+#include "ui/library/frmUILibView.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ravlo
+{
+
+// What the user does to the cuts in the library window: edit, remove, move, copy and paste, drag and drop.
+// The manager makes every change of categories; this class gathers and confirms the choice and shows the
+// result.
+class LibraryCuts
+{
+public:
+    // Owns none of them.
+    LibraryCuts(frmUILibView& cView, LibraryPanes& cPanes, LibraryWork& cWork, ModScheduler& cMod);
+
+    // Row and column from 1, 0 for none. Asks the host to edit the cut.
+    void CellDblClick(std::size_t row, std::size_t col);
+    void GridDelete();
+    // Moves the selected rows by one row. Calls made while it runs are gathered into one further move.
+    void MoveSelected(bool bUp);
+    // Keeps the selected cuts for a Paste into the selected node, which asks what to do with them as a drop
+    // does.
+    void CopySelection();
+    void Paste();
+
+    struct Drop
+    {
+        bool bOnTree = false;
+        std::wstring sNodeKey;          // on the tree; empty next to the nodes
+        std::optional<std::size_t> row; // on the grid, from 0; nothing below the last row
+        std::wstring sPayload;
+    };
+    // Begins a drag of the selected rows; false when it may not begin.
+    bool DragStarted();
+    // Ends it and handles its drop, if it was dropped here.
+    void DragCompleted(const std::optional<Drop>& drop);
+    // Refuses what was dragged from elsewhere and dropped here, no matter what its payload is.
+    void Dropped(const Drop& drop);
+
+private:
+    struct Target
+    {
+        std::shared_ptr<clsCat> cCat; // a level, or the main category for level 0
+        std::int32_t lLevel = 0;
+        std::wstring sText;
+    };
+
+    clsSchedLibGridPresenter& Grid() const noexcept { return m_cPanes.Grid(); }
+    void Edit(clsSchedMan& cSchedMan, std::size_t row);
+    void Remove(clsSchedMan& cSchedMan, const std::vector<std::size_t>& colRows);
+    std::vector<CutRemoval> RemovalsFromListed(const clsSchedMan& cSchedMan,
+                                               const std::vector<std::size_t>& colRows) const;
+    std::vector<CutRemoval> RemovalsFromAll(const clsSchedMan& cSchedMan,
+                                            const std::vector<std::size_t>& colRows) const;
+    void Move(clsSchedMan& cSchedMan, std::optional<std::size_t> row);
+    void Perform(clsSchedMan& cSchedMan, const Drop& drop);
+    bool MayReorder(clsSchedMan& cSchedMan);
+    std::optional<DraggedCuts> TakeDraggedCuts(const clsSchedMan& cSchedMan);
+    void DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, const DraggedCuts& dragged);
+    void Change(clsSchedMan& cSchedMan, eCatDragOptions eOption, Target target, const DraggedCuts& dragged);
+    std::optional<Target> ChooseTarget(const clsSchedMan& cSchedMan, const std::wstring& sKey);
+    eCatDragOptions ChooseOption(const std::wstring& sTarget);
+
+    frmUILibView& m_cView;
+    LibraryPanes& m_cPanes;
+    LibraryWork& m_cWork;
+    ModScheduler& m_cMod;
+    DraggedCuts m_copied;
+    std::unique_ptr<LibraryWork::Working> m_cDrag;
+    std::ptrdiff_t m_steps = 0; // rows the selected ones are yet to be moved by keys
+    bool m_bMovingByKeys = false;
+};
+
+} // namespace ravlo

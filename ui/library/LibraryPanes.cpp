@@ -1,0 +1,289 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/LibraryPanes.h"
+
+#include "base/CaseFolding.h"
+#include "ui/library/NodeKey.h"
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+namespace ravlo
+{
+
+LibraryPanes::LibraryPanes(frmUILibView& cView, CategoryTreeView& cTreeView, clsSchedLibGridView& cGridView,
+                           LibraryWork& cWork, ModScheduler& cMod)
+    : m_cView(cView), m_cTreeView(cTreeView), m_cWork(cWork), m_cMod(cMod), m_cGrid(cGridView, cMod)
+{
+}
+
+std::wstring LibraryPanes::SelectedKey() const
+{
+    const std::optional<CategoryTreePresenter::Node> lNode = m_cTreeView.Selected();
+    return lNode ? m_cTree.At(*lNode).sKey : std::wstring();
+}
+
+std::shared_ptr<clsCat> LibraryPanes::ShownCat(const clsSchedMan& cSchedMan) const
+{
+    return CatOf(cSchedMan, m_sShownKey);
+}
+
+Cats LibraryPanes::CheckedCats(const clsSchedMan& cSchedMan) const
+{
+    Cats colCats;
+    for (const CategoryTreePresenter::Node lNode : m_cTree.Checked())
+        if (std::shared_ptr<clsCat> cCat = CatOf(cSchedMan, m_cTree.At(lNode).sKey))
+            colCats.push_back(std::move(cCat));
+    return colCats;
+}
+
+// ---- showing ----
+
+void LibraryPanes::Populate(clsSchedMan& cSchedMan)
+{
+    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
+    m_cTree.Fill(NodesOf(colMainCats.get()));
+    m_cTreeView.ShowTree(m_cTree);
+}
+
+void LibraryPanes::Load(clsSchedMan& cSchedMan)
+{
+    const LibraryWork::Busy cBusy(m_cWork);
+    Populate(cSchedMan);
+    if (m_cTree.Count() == 0)
+        return ClearGrid();
+    m_cTreeView.Select(0);
+    ShowItems(cSchedMan);
+}
+
+void LibraryPanes::ShowSelectedNode()
+{
+    m_cWork.Handle(L"TvCats_DblClick", [this](clsSchedMan& cSchedMan) { ShowItems(cSchedMan); });
+}
+
+// Shows the selected node's cuts. A station without categories is populated again first: the database may
+// have been filled since.
+void LibraryPanes::ShowItems(clsSchedMan& cSchedMan)
+{
+    const std::optional<CategoryTreePresenter::Node> lNode = m_cTreeView.Selected();
+    if (!lNode)
+        return;
+    const LibraryWork::Busy cBusy(m_cWork);
+    const std::wstring sKey = m_cTree.At(*lNode).sKey;
+    if (const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
+        !colMainCats || colMainCats->Empty())
+    {
+        cSchedMan.PopulateFromDataBase(cSchedMan.DataBase(), cSchedMan.AppPath());
+        Populate(cSchedMan);
+        if (const std::optional<CategoryTreePresenter::Node> lAgain = m_cTree.Find(sKey))
+            m_cTreeView.Select(*lAgain);
+    }
+    ShowNode(cSchedMan, sKey);
+}
+
+void LibraryPanes::ShowNode(clsSchedMan& cSchedMan, const std::wstring& sKey)
+{
+    const LibraryWork::Busy cBusy(m_cWork);
+    const bool bAgain = EqualIgnoringCase(sKey, m_sShownKey);
+    const clsSchedLibGridPresenter::Place place =
+        bAgain ? m_cGrid.CurrentPlace() : clsSchedLibGridPresenter::Place();
+    std::optional<ListedCuts> listed = ListCuts(cSchedMan, sKey);
+    if (!listed)
+    {
+        m_cTreeView.ShowImages();
+        return ClearGrid();
+    }
+    m_sShownKey = listed->strCatKey;
+    m_cGrid.SetCurrentCatViewing(listed->cCatShown);
+    m_cGrid.SetBanOLEDrop(listed->bShowingAllAudio || listed->bShowingMoreThanOneLevel);
+    FillingReport report(cSchedMan, *listed);
+    m_cGrid.Show(std::move(*listed));
+    report.Done();
+    m_cTree.ShowAsOpen(m_sShownKey);
+    m_cTreeView.ShowImages();
+    m_cGrid.ReturnTo(place);
+}
+
+void LibraryPanes::ClearGrid()
+{
+    m_sShownKey.clear();
+    m_cGrid.SetCurrentCatViewing(nullptr);
+    m_cGrid.SetBanOLEDrop(true);
+    m_cGrid.Clear();
+    m_cView.SetStatus(L"", L"");
+    m_cView.HideProgress();
+}
+
+// Returns the key, or in place of one that is gone its main category's, else the root's.
+std::wstring LibraryPanes::PresentKey(const std::wstring& sKey) const
+{
+    for (const std::wstring& sTried : {sKey, MainKeyOf(sKey)})
+        if (m_cTree.Find(sTried))
+            return sTried;
+    return RootKey();
+}
+
+void LibraryPanes::ShowAgain(clsSchedMan& cSchedMan)
+{
+    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
+    if (!colMainCats || colMainCats->Empty())
+        return ClearGrid();
+    const std::wstring sKey = PresentKey(m_sShownKey);
+    // The tree on the screen may be older than the manager's.
+    if (sKey != RootKey() && !CatOf(cSchedMan, sKey))
+        return ShowChanges(cSchedMan);
+    ShowNode(cSchedMan, sKey);
+}
+
+// Fills the tree without its ticks, expands its expanded nodes, and selects the selected node or what
+// replaces it. Returns the selected node's key.
+std::wstring LibraryPanes::RebuildTree(clsSchedMan& cSchedMan)
+{
+    const std::wstring sSelected = SelectedKey();
+    const std::vector<std::wstring> colExpanded = m_cTree.ExpandedKeys();
+    Populate(cSchedMan);
+    for (const std::wstring& sKey : colExpanded)
+        if (const std::optional<CategoryTreePresenter::Node> lNode = m_cTree.Find(sKey))
+        {
+            m_cTree.SetExpanded(*lNode, true);
+            m_cTreeView.Expand(*lNode);
+        }
+    const std::wstring sKey = PresentKey(sSelected);
+    if (const std::optional<CategoryTreePresenter::Node> lNode = m_cTree.Find(sKey))
+        m_cTreeView.Select(*lNode);
+    return sKey;
+}
+
+void LibraryPanes::RefreshAll(clsSchedMan& cSchedMan)
+{
+    const LibraryWork::Busy cBusy(m_cWork);
+    const std::wstring sSelected = RebuildTree(cSchedMan);
+    ShowNode(cSchedMan, sSelected);
+}
+
+bool LibraryPanes::TreeIsUpToDate(const clsSchedMan& cSchedMan) const
+{
+    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
+    return m_cTree.HasSameNodes(NodesOf(colMainCats.get()));
+}
+
+void LibraryPanes::ShowChanges(clsSchedMan& cSchedMan)
+{
+    const LibraryWork::Busy cBusy(m_cWork);
+    if (!TreeIsUpToDate(cSchedMan))
+    {
+        std::vector<std::wstring> colChecked;
+        for (const CategoryTreePresenter::Node lNode : m_cTree.Checked())
+            colChecked.push_back(m_cTree.At(lNode).sKey);
+        RebuildTree(cSchedMan);
+        RestoreChecks(colChecked);
+    }
+    ShowNode(cSchedMan, PresentKey(m_sShownKey));
+}
+
+void LibraryPanes::RestoreChecks(const std::vector<std::wstring>& colKeys)
+{
+    std::vector<CategoryTreePresenter::Node> colNodes;
+    for (const std::wstring& sKey : colKeys)
+        if (const std::optional<CategoryTreePresenter::Node> lNode = m_cTree.Find(sKey))
+        {
+            m_cTree.SetChecked(*lNode, true);
+            colNodes.push_back(*lNode);
+        }
+    m_cTreeView.ShowChecks(m_cTree, colNodes);
+}
+
+void LibraryPanes::ShowChangedTree(clsSchedMan& cSchedMan)
+{
+    if (!TreeIsUpToDate(cSchedMan))
+        ShowChanges(cSchedMan);
+}
+
+void LibraryPanes::BringIntoView(const std::wstring& sKey)
+{
+    if (const std::optional<CategoryTreePresenter::Node> lNode = m_cTree.Find(sKey))
+        m_cTreeView.BringIntoView(*lNode);
+}
+
+std::vector<std::wstring> LibraryPanes::LevelKeys(const std::wstring& sMainKey) const
+{
+    std::vector<std::wstring> colKeys;
+    if (const std::optional<CategoryTreePresenter::Node> lMain = m_cTree.Find(sMainKey))
+        for (const CategoryTreePresenter::Node lLevel : m_cTree.At(*lMain).colChildren)
+            colKeys.push_back(m_cTree.At(lLevel).sKey);
+    return colKeys;
+}
+
+void LibraryPanes::ShowNewLevel(const std::wstring& sMainKey, const std::vector<std::wstring>& colBefore)
+{
+    for (const std::wstring& sKey : LevelKeys(sMainKey))
+    {
+        if (std::find(colBefore.begin(), colBefore.end(), sKey) != colBefore.end())
+            continue;
+        const CategoryTreePresenter::Node lMain = *m_cTree.Find(sMainKey);
+        m_cTree.SetExpanded(lMain, true);
+        m_cTreeView.Expand(lMain);
+        m_cTreeView.BringIntoView(*m_cTree.Find(sKey));
+        return;
+    }
+}
+
+// ---- ticks, expansion, search ----
+
+void LibraryPanes::NodeCheck(CategoryTreePresenter::Node lNode, bool bCheck)
+{
+    if (lNode >= m_cTree.Count())
+        return;
+    if (m_cWork.Running())
+        return m_cTreeView.ShowChecks(m_cTree, {lNode});
+    const std::vector<CategoryTreePresenter::Node> colNodes = m_cTree.Check(lNode, bCheck);
+    m_cTreeView.ShowChecks(m_cTree, colNodes);
+}
+
+void LibraryPanes::NodeExpanded(CategoryTreePresenter::Node lNode, bool bExpanded)
+{
+    if (lNode < m_cTree.Count())
+        m_cTree.SetExpanded(lNode, bExpanded);
+}
+
+void LibraryPanes::CheckAll(bool bCheck)
+{
+    if (m_cTree.Count() != 0)
+        m_cTreeView.ShowChecks(m_cTree, m_cTree.Check(0, bCheck));
+}
+
+void LibraryPanes::InvertChecks()
+{
+    m_cTree.InvertChecks();
+    std::vector<CategoryTreePresenter::Node> colNodes(m_cTree.Count());
+    std::iota(colNodes.begin(), colNodes.end(), CategoryTreePresenter::Node{0});
+    m_cTreeView.ShowChecks(m_cTree, colNodes);
+}
+
+bool LibraryPanes::TypeInTree(wchar_t cTyped)
+{
+    constexpr std::uint32_t lSearchMs = 1000;
+    const std::uint32_t lNow = m_cMod.Ports().cClock.TickCount();
+    const bool bContinues = !m_sTyped.empty() && lNow - m_lTyped < lSearchMs;
+    if (cTyped < L' ' || (cTyped == L' ' && !bContinues))
+        return false;
+    if (!bContinues)
+        m_sTyped.clear();
+    m_sTyped += cTyped;
+    m_lTyped = lNow;
+    if (m_cWork.Running() || m_cTree.Count() == 0)
+        return true;
+    const CategoryTreePresenter::Node lFrom = m_cTreeView.Selected().value_or(0);
+    // A first letter looks behind the selected node, the next ones begin with it. The same letter repeated
+    // visits all nodes that begin with it.
+    std::optional<CategoryTreePresenter::Node> lFound =
+        m_cTree.FindText(m_sTyped, lFrom, m_sTyped.size() == 1);
+    const bool bOneLetter = m_sTyped.find_first_not_of(m_sTyped[0]) == std::wstring::npos;
+    if (!lFound && bOneLetter)
+        lFound = m_cTree.FindText(m_sTyped.substr(0, 1), lFrom, true);
+    if (lFound)
+        m_cTreeView.Select(*lFound);
+    return true;
+}
+
+} // namespace ravlo

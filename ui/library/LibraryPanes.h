@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "scheduler/clsSchedMan.h"
+#include "ui/library/CategoryTreePresenter.h"
+#include "ui/library/LibraryWork.h"
+#include "ui/library/clsSchedLibGridPresenter.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ravlo
+{
+
+// The library window's tree and grid: the grid shows the cuts of one of the tree's nodes. After changes they
+// are shown again with what the user had selected, expanded and ticked, as far as it still exists.
+class LibraryPanes
+{
+public:
+    // Owns none of them.
+    LibraryPanes(frmUILibView& cView, CategoryTreeView& cTreeView, clsSchedLibGridView& cGridView,
+                 LibraryWork& cWork, ModScheduler& cMod);
+
+    const CategoryTreePresenter& Tree() const noexcept { return m_cTree; }
+    clsSchedLibGridPresenter& Grid() noexcept { return m_cGrid; }
+    const clsSchedLibGridPresenter& Grid() const noexcept { return m_cGrid; }
+    // The selected node's key; empty for none.
+    std::wstring SelectedKey() const;
+    // The category whose cuts the grid shows, as it is now; null for the root, none, and one that is gone.
+    std::shared_ptr<clsCat> ShownCat(const clsSchedMan& cSchedMan) const;
+    // The ticked categories and levels, in the tree's order.
+    Cats CheckedCats(const clsSchedMan& cSchedMan) const;
+
+    // ---- showing
+
+    // Fills the tree and shows the root's cuts.
+    void Load(clsSchedMan& cSchedMan);
+    // Fills the tree without its ticks, and shows the selected node's cuts.
+    void RefreshAll(clsSchedMan& cSchedMan);
+    // Shows the shown node's cuts again. For commands that leave the categories as they are.
+    void ShowAgain(clsSchedMan& cSchedMan);
+    // Shows what has changed, categories included. A tree whose nodes are the same is not touched; another
+    // one keeps its ticks.
+    void ShowChanges(clsSchedMan& cSchedMan);
+    // ShowChanges, unless the tree is up to date.
+    void ShowChangedTree(clsSchedMan& cSchedMan);
+    void BringIntoView(const std::wstring& sKey);
+    // The keys of a main category's levels in the tree.
+    std::vector<std::wstring> LevelKeys(const std::wstring& sMainKey) const;
+    // Expands the main category when it has a level it did not have before, and brings that into view.
+    void ShowNewLevel(const std::wstring& sMainKey, const std::vector<std::wstring>& colBefore);
+
+    // ---- what the user does
+
+    void ShowSelectedNode(); // double-click and Enter in the tree
+    // Takes the user's tick of a box, or takes it back while something runs.
+    void NodeCheck(CategoryTreePresenter::Node lNode, bool bCheck);
+    void NodeExpanded(CategoryTreePresenter::Node lNode, bool bExpanded);
+    void CheckAll(bool bCheck);
+    void InvertChecks();
+    // Selects the next node on the screen whose text begins with what was typed, each character within a
+    // second of the one before. False for a character that is no part of a search, such as a blank that
+    // follows no letter.
+    bool TypeInTree(wchar_t cTyped);
+
+private:
+    void Populate(clsSchedMan& cSchedMan);
+    void ShowItems(clsSchedMan& cSchedMan);
+    void ShowNode(clsSchedMan& cSchedMan, const std::wstring& sKey);
+    std::wstring RebuildTree(clsSchedMan& cSchedMan);
+    void RestoreChecks(const std::vector<std::wstring>& colKeys);
+    bool TreeIsUpToDate(const clsSchedMan& cSchedMan) const;
+    void ClearGrid();
+    std::wstring PresentKey(const std::wstring& sKey) const;
+
+    frmUILibView& m_cView;
+    CategoryTreeView& m_cTreeView;
+    LibraryWork& m_cWork;
+    ModScheduler& m_cMod;
+    CategoryTreePresenter m_cTree;
+    clsSchedLibGridPresenter m_cGrid;
+    std::wstring m_sShownKey;   // of the node whose cuts the grid shows; empty for none
+    std::wstring m_sTyped;      // in the tree
+    std::uint32_t m_lTyped = 0; // when, by the clock's tick count
+};
+
+} // namespace ravlo

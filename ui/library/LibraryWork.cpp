@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/LibraryWork.h"
+
+#include "platform/Messages.h"
+
+#include <utility>
+
+namespace ravlo
+{
+
+LibraryWork::Working::~Working()
+{
+    if (m_cWork.m_lWorking == 1)
+        m_cWork.Settle();
+    --m_cWork.m_lWorking;
+}
+
+LibraryWork::Busy::Busy(LibraryWork& cWork) : m_cWorking(cWork), m_cWork(cWork)
+{
+    if (m_cWork.m_lBusy++ == 0)
+        m_cWork.SetBusy(true);
+}
+
+LibraryWork::Busy::~Busy()
+{
+    if (--m_cWork.m_lBusy == 0)
+        m_cWork.SetBusy(false);
+}
+
+LibraryWork::LibraryWork(frmUILibView& cView, ModScheduler& cMod, Body Refresh)
+    : m_cView(cView), m_cMod(cMod), m_Refresh(std::move(Refresh))
+{
+}
+
+void LibraryWork::Opened()
+{
+    m_bShown = true;
+    m_bClosePending = false;
+}
+
+// Disabling and enabling let waiting messages run, in which anything may happen. In a window that was never
+// shown there is nothing to disable, and the caller who has it filled expects no messages.
+void LibraryWork::SetBusy(bool bBusy) noexcept
+{
+    if (!m_bShown)
+        return;
+    try
+    {
+        m_cView.SetBusy(bBusy);
+        m_cMod.Pump();
+    }
+    catch (...)
+    {
+        m_cMod.LogError(L"frmUILib.SetBusy", CurrentError());
+    }
+}
+
+// Runs what is pending. Called while the last Working still counts, so that what is asked for in between
+// becomes pending in its turn instead of nesting. News that arrive while news are shown wait for the user's
+// turn, or a database that keeps reporting would never let the user in. A window that is to close shows none.
+void LibraryWork::Settle() noexcept
+{
+    if (!m_bClosePending && std::exchange(m_bRefreshPending, false))
+        Try(L"frmUILib.RefreshAll", [this] {
+            if (const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan())
+                m_Refresh(*cSchedMan);
+        });
+    if (std::exchange(m_bClosePending, false))
+        m_cView.Close();
+    else if (std::exchange(m_bRefreshPending, false))
+        m_cView.AskForRefresh();
+}
+
+void LibraryWork::RequestRefresh()
+{
+    if (Running())
+        m_bRefreshPending = true;
+    else
+        Handle(L"frmUILib.RefreshAll", m_Refresh);
+}
+
+void LibraryWork::RequestClose()
+{
+    if (Running())
+        m_bClosePending = true;
+    else
+        m_cView.Close();
+}
+
+void LibraryWork::Try(const wchar_t* sWhere, const std::function<void()>& body)
+{
+    const bool bDone = Trap(m_cMod, sWhere, false, [&] {
+        body();
+        return true;
+    });
+    if (!bDone)
+        m_cView.HideProgress();
+}
+
+void LibraryWork::Handle(const wchar_t* sWhere, const Body& body)
+{
+    const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
+    if (Running() || !cSchedMan)
+        return;
+    const Working cWorking(*this);
+    Try(sWhere, [&] { body(*cSchedMan); });
+}
+
+void LibraryWork::HandleDrop(const Body& body)
+{
+    if (!Running())
+        RunDrop(body);
+}
+
+void LibraryWork::RunDrop(const Body& body)
+{
+    const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
+    if (!cSchedMan)
+        return;
+    const Working cWorking(*this);
+    try
+    {
+        body(*cSchedMan);
+    }
+    catch (...)
+    {
+        m_cMod.LogError(L"frmUILib drop", CurrentError());
+        m_cView.HideProgress();
+        m_cMod.Box(BoxIcon::Critical, BoxButtons::Ok, sProgramTitle, L"An Error occurred.");
+    }
+}
+
+} // namespace ravlo

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "scheduler/clsSchedMan.h"
+#include "ui/library/frmUILibView.h"
+
+#include <functional>
+#include <memory>
+
+namespace ravlo
+{
+
+// What runs in the library window. While something runs, is dragged or is edited, what the user does is
+// ignored, a refresh that is asked for runs once at the end, and closing waits. Holds the manager weakly, so
+// that it can end while the window exists hidden.
+class LibraryWork
+{
+public:
+    using Body = std::function<void(clsSchedMan& cSchedMan)>;
+
+    // While one exists something runs.
+    class Working
+    {
+    public:
+        explicit Working(LibraryWork& cWork) : m_cWork(cWork) { ++m_cWork.m_lWorking; }
+        ~Working();
+        Working(const Working&) = delete;
+        Working& operator=(const Working&) = delete;
+
+    private:
+        LibraryWork& m_cWork;
+    };
+    // While one exists something runs and the window's controls are disabled.
+    class Busy
+    {
+    public:
+        explicit Busy(LibraryWork& cWork);
+        ~Busy();
+        Busy(const Busy&) = delete;
+        Busy& operator=(const Busy&) = delete;
+
+    private:
+        Working m_cWorking;
+        LibraryWork& m_cWork;
+    };
+
+    // Owns neither view nor module. Refresh shows the database's news.
+    LibraryWork(frmUILibView& cView, ModScheduler& cMod, Body Refresh);
+
+    void SetSchedMan(const std::shared_ptr<clsSchedMan>& cSchedMan) { m_cSchedMan = cSchedMan; }
+    std::shared_ptr<clsSchedMan> SchedMan() const { return m_cSchedMan.lock(); }
+    bool Running() const noexcept { return m_lWorking > 0; }
+    bool RefreshPending() const noexcept { return m_bRefreshPending; }
+
+    // Call when the window is shown: from then on it can be disabled. Forgets an earlier wish to close.
+    void Opened();
+    // At once, or at the end of what runs.
+    void RequestRefresh();
+    void RequestClose();
+
+    // Runs a handler of what the user does, unless something runs or there is no manager. A failure is shown,
+    // and leaves no progress bar and no disabled control behind.
+    void Handle(const wchar_t* sWhere, const Body& body);
+    // Does the same for a drop and for commands with a drop's rules.
+    void HandleDrop(const Body& body);
+    // Runs a drop even while something runs: the drag that it ends.
+    void RunDrop(const Body& body);
+    // Runs the body and shows a failure as Handle does.
+    void Try(const wchar_t* sWhere, const std::function<void()>& body);
+
+private:
+    void SetBusy(bool bBusy) noexcept;
+    void Settle() noexcept;
+
+    frmUILibView& m_cView;
+    ModScheduler& m_cMod;
+    Body m_Refresh;
+    std::weak_ptr<clsSchedMan> m_cSchedMan;
+    int m_lWorking = 0;
+    int m_lBusy = 0;
+    bool m_bRefreshPending = false;
+    bool m_bClosePending = false;
+    bool m_bShown = false; // has been, or is
+};
+
+} // namespace ravlo
