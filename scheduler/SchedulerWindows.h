@@ -31,7 +31,7 @@ struct CategoryRequest
 inline constexpr std::int32_t lChosen = 1;
 inline constexpr std::int32_t lNotChosen = 2;
 
-// What the manager asks of its windows. The window side implements it; without windows there is none.
+// What the manager asks of its windows, which implement it.
 class SchedulerWindows
 {
 public:
@@ -40,14 +40,14 @@ public:
     virtual bool LibraryExists() const = 0;
     // Whether it is showing.
     virtual bool LibraryShowing() const = 0;
-    // Fills tree and grid anew from the manager's present objects; makes the window first when there is none.
+    // Fills tree and grid from the manager's present objects; makes the window first when there is none.
     virtual void ReloadLibrary() = 0;
     // Refreshes tree and grid of an existing window.
     virtual void RefreshLibrary() = 0;
     // Shows the library window until it is closed; brings one that is showing to the front.
     virtual void ShowLibrary() = 0;
-    // Shows the category window until it is closed: lChosen after OK, lNotChosen otherwise, also when it is
-    // showing already.
+    // Shows the category window until it is closed: lChosen after OK, else lNotChosen, which it also returns
+    // when it is showing already.
     virtual std::int32_t ShowCategory(CategoryRequest& request) = 0;
 };
 

@@ -276,7 +276,7 @@ void CatSelectorPresenter::OnCatClick()
     FillLevels();
 }
 
-// "NOCAT" cannot stay selected beside real categories.
+// "NOCAT" cannot stay selected together with real categories.
 void CatSelectorPresenter::DropNoCat()
 {
     bool bReal = false;
@@ -325,7 +325,8 @@ void CatSelectorPresenter::ChooseLevel(std::shared_ptr<clsCat> cSubCat)
     if (cSubCat == m_cSubCat)
         return;
     m_cSubCat = cSubCat;
-    // With a category but no level, the level has been deleted; without a category there is nothing to tell.
+    // With a category but no level, the level has been deleted; without a category there is nothing to
+    // report.
     if (m_cMainCat && CatChanged)
         CatChanged(cSubCat);
 }
@@ -382,7 +383,7 @@ void CatSelectorPresenter::Missing(const wchar_t* sWhat, const std::wstring& sKe
                    L"Doesn't exist in ShowCutCatsAsSelected!");
 }
 
-// The main categories a cut is placed in, as far as they and the level are there.
+// The main categories a cut is placed in, as far as they and the level exist.
 CatCollection CatSelectorPresenter::CatsOf(const Cut& cCut)
 {
     CatCollection colFound;

@@ -15,7 +15,7 @@ namespace ravlo
 {
 
 // Lets the user pick a main category, one of its levels and cuts of that level. Reads the categories and
-// never changes them. Errors of single cuts and look-ups are passed over: what cannot be read is not shown.
+// never changes them. Errors of single cuts and look-ups are ignored: what cannot be read is not shown.
 class CatSelectorPresenter
 {
 public:
@@ -35,10 +35,10 @@ public:
     void SetColMainCats(std::shared_ptr<CatCollection> colMainCats);
 
     // Null when none is chosen. Setting one makes its entry current, which runs the click, and selects it,
-    // with multi-select beside the others; null is ignored.
+    // with multi-select in addition to the others; null is ignored.
     const std::shared_ptr<clsCat>& SelectedMainCat() const noexcept { return m_cMainCat; }
     void SetSelectedMainCat(const std::shared_ptr<clsCat>& cMainCat);
-    // The same, but with multi-select what is selected stays so: the entry becomes only the current one.
+    // Does the same, but with multi-select only makes the entry current and changes no selection.
     void MakeMainCatCurrent(const std::shared_ptr<clsCat>& cMainCat);
     // The main category itself while "ALL" is chosen; null when nothing is. Setting null chooses "ALL".
     const std::shared_ptr<clsCat>& SelectedSubCat() const noexcept { return m_cSubCat; }
@@ -50,21 +50,21 @@ public:
     // The selected categories, top to bottom; none without multi-select, and none but a box when no level
     // other than "ALL" is chosen.
     std::vector<std::wstring> colSelectedSubCatNames();
-    // Marks the categories and the level that hold a cut, and nothing else; null is ignored. A category or
-    // level that is not there is reported. "NOCAT" is marked only for a cut of no other category.
+    // Marks the categories and the level that contain a cut, and nothing else; null is ignored. A missing
+    // category or level is reported. "NOCAT" is marked only for a cut of no other category.
     void ShowCutCatsAsSelected(const std::shared_ptr<Cut>& cCut);
     void EnableUI(bool bEnable);
-    // Fills categories and levels anew. The first category becomes current, without its click.
+    // Replaces categories and levels. The first category becomes current, without its click.
     void PopulateLists();
-    // The same with a collection that may have changed: what was chosen is looked up again by name and level
-    // and stays chosen when it is still there.
+    // Does the same with a collection that may have changed: what was chosen is looked up by name and level
+    // and stays chosen when it still exists.
     void RefreshLists(std::shared_ptr<CatCollection> colMainCats);
-    // The cuts selected in the visible list, in its order. Entries with the same text all stand for the first
-    // such cut.
+    // The cuts selected in the visible list, in its order. Entries with the same text all mean the first such
+    // cut.
     Cuts SelectedCuts() const;
 
     // Events. EnsureSubCatExists is part of the public face and never raised.
-    // A level, a main category for "ALL", or null when the level clicked has been deleted meanwhile.
+    // A level, a main category for "ALL", or null when the level clicked has been deleted.
     std::function<void(std::shared_ptr<clsCat>& cCat)> CatChanged;
     std::function<void(bool bOpener)> OpenerChanged;
     std::function<void()> EnsureSubCatExists;

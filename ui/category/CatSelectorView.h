@@ -21,8 +21,8 @@ enum class SelectorControl
     lblMatch,       // "Songs Matching Criteria:" at first
 };
 
-// The selector on the screen. It does what it is told and reports the user's own clicks; what it does when
-// told is reported to nobody. Positions in a list count from 0.
+// The selector on the screen. It reports the user's clicks, but nothing that its presenter makes it do.
+// Positions in a list count from 0.
 class CatSelectorView
 {
 public:
@@ -32,7 +32,7 @@ public:
     // alphabetical order of the user's language, the others keep the given one.
     virtual void SetEntries(SelectorControl eList, const std::vector<std::wstring>& colEntries) = 0;
     virtual std::wstring EntryText(SelectorControl eList, std::size_t entry) const = 0;
-    // The current entry bears the caret; nothing when there is none.
+    // The current entry has the caret; nothing when there is none.
     virtual std::optional<std::size_t> CurrentEntry(SelectorControl eList) const = 0;
     // In a list of single choice the current entry is also the selected one.
     virtual void SetCurrentEntry(SelectorControl eList, std::size_t entry) = 0;

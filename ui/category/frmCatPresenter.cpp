@@ -436,7 +436,7 @@ void frmCatPresenter::SaveCategory()
     clsCatRules::Edit edit;
     edit.lArtist = AbsoluteMinutes(txtArtistSepMins1);
     edit.lTitle = AbsoluteMinutes(txtTitleSepMins1);
-    edit.lAlbum = Minutes(txtAlbumSepMins); // as it stands: below zero unsets the rule
+    edit.lAlbum = Minutes(txtAlbumSepMins); // unchanged: below zero unsets the rule
     if (m_bIgnoreEdited)
         edit.bIgnore = m_cView.IgnoreChecked();
     if (!cRules->Apply(edit))

@@ -15,12 +15,11 @@
 namespace ravlo
 {
 
-// The category window: a main category, a level, the opener filter and cuts are chosen in its selector, new
-// categories and levels are made, and separation rules edited: the global ones and those of the chosen
-// category.
+// The category window: its selector chooses a main category, a level, the opener filter and cuts; its buttons
+// make new categories and levels; its panes edit separation rules, the global ones and the chosen category's.
 //
-// Which boxes the user has changed is kept per box. Only those are stored, so that a value shown because a
-// category has none of its own does not become its own.
+// Each box remembers whether the user has changed it. Only changed boxes are saved, so that a global value
+// shown in place of a category's own does not become the category's own.
 class frmCatPresenter
 {
 public:
@@ -29,7 +28,7 @@ public:
     frmCatPresenter(const frmCatPresenter&) = delete;
     frmCatPresenter& operator=(const frmCatPresenter&) = delete;
 
-    // To be called once: shows the window until it is closed. lChosen when OK closed it: the request then has
+    // Call once: shows the window until it is closed. lChosen when OK closed it: the request then has
     // what was chosen, and its cut its new level and categories (unless "ALL" was chosen, which is refused
     // with a box). Otherwise lNotChosen, and the request is as it was.
     std::int32_t ShowUI(std::shared_ptr<clsSchedMan> cSchedMan, CategoryRequest& request);
@@ -86,7 +85,7 @@ private:
     CatSelectorPresenter& m_cSelector;
     ModScheduler& m_cMod;
     std::shared_ptr<clsSchedMan> m_cSchedMan;
-    // As they were when they were chosen. The host may have reloaded or deleted them since, so what is stored
+    // As they were when they were chosen. The host may have reloaded or deleted them since, so what is saved
     // or returned is looked up by name and level: MainCat() and SubCat().
     std::shared_ptr<clsCat> m_cMainCat;
     std::shared_ptr<clsCat> m_cSubCat; // null for all levels

@@ -26,8 +26,8 @@ enum class RuleBox
 };
 inline constexpr std::size_t ruleBoxes = 6;
 
-// The category window on the screen, without its selector. What it does when told is not reported back,
-// except that filling a box may be.
+// The category window on the screen, without its selector. It does not report what its presenter makes it do,
+// except that it may report the filling of a box.
 class frmCatView
 {
 public:

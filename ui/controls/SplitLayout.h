@@ -54,7 +54,7 @@ struct SplitPlaces
     TwipsRect control2;
 };
 
-// Where everything comes to stand in a panel of that size. Nothing while the panel has no extent: a position
+// Where everything is in a panel of that size. Nothing while the panel has no extent: a position
 // must not be lost because a window is minimised or not sized yet.
 std::optional<SplitPlaces> LayOutSplit(const SplitSettings& settings, const SplitState& state,
                                        std::int32_t lWidth, std::int32_t lHeight);
@@ -65,7 +65,7 @@ std::int32_t SplitExtent(const SplitSettings& settings, std::int32_t lWidth, std
 // The top or left edge of a bar whose centre line is at that position.
 std::int32_t BarStart(const SplitSettings& settings, std::int32_t lPosition);
 
-// What becomes of the panel when the bar is dropped with its centre line at that position.
+// The panel's state after the bar was dropped with its centre line at that position.
 SplitState DropSplit(const SplitSettings& settings, const SplitState& before, std::int32_t lPosition,
                      std::int32_t lExtent);
 

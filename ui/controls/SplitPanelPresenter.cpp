@@ -127,7 +127,7 @@ void SplitPanelPresenter::LayOut()
         return;
     m_state.lPosition = places->lPosition;
     if (m_state.iSnapped == eControl1Collapsed || m_state.iSnapped == eControl2Collapsed)
-        m_lWanted = m_state.lPosition; // at the edge, wherever that is
+        m_lWanted = m_state.lPosition; // at that edge
     m_cView.ShowPanes(places->bShowControl1, places->bShowControl2);
     m_cView.PlaceAll(*places);
     if (Change)
@@ -148,7 +148,7 @@ void SplitPanelPresenter::MouseMove(std::int32_t lPointer)
     if (!m_bDragging)
         return;
     m_lDragCentre = lPointer;
-    // The bar stays to be seen where the pointer leaves the panel; where it is dropped counts all the same.
+    // The bar stays visible where the pointer leaves the panel; the place of the drop counts all the same.
     const std::int32_t lLast = std::max(0, Extent() - m_settings.iSplitterWidth);
     const std::int32_t lStart = std::clamp(BarStart(m_settings, lPointer), 0, lLast);
     m_cView.PlaceBar(m_settings.bHorizontal ? TwipsRect{0, lStart, m_lWidth, m_settings.iSplitterWidth}
@@ -218,7 +218,7 @@ void SplitPanelPresenter::Settle(const SplitState& state)
     m_bPositioned = true;
     Remember();
     LayOut();
-    m_lWanted = m_state.lPosition; // where it is seen to come to rest
+    m_lWanted = m_state.lPosition; // where the user sees it rest
 }
 
 void SplitPanelPresenter::Remember() const

@@ -11,7 +11,7 @@
 namespace ravlo
 {
 
-// What the split panel does to the screen. A pane that is not there is passed over.
+// What the split panel does to the screen. A missing pane is skipped.
 class SplitPanelView
 {
 public:

@@ -9,7 +9,7 @@
 namespace ravlo
 {
 
-// Where a window stood when it was closed: the place in screen pixels, the size in pixels at 96 dpi, so that
+// Where a window was when it was closed: the place in screen pixels, the size in pixels at 96 dpi, so that
 // it keeps its look on a screen of another resolution.
 struct WindowPlace
 {

@@ -13,9 +13,9 @@ namespace ravlo
 
 using KeySet = std::unordered_set<TextKey>;
 
-// Calls found(cLevel, cKey) for each level of the tree that holds one of the cuts, in the tree's order. Cuts
-// are recognised by key: a host's database may hand out another object for the same cut. Asks no cut for
-// anything, so nobody else runs meanwhile. colMainCats may be null.
+// Calls found(cLevel, cKey) for each level of the tree that contains one of the cuts, in the tree's order.
+// Cuts are recognised by key: a host's database may hand out another object for the same cut. No cut is asked
+// for anything, so nothing of the host's runs. colMainCats may be null.
 template <class Found>
 void ForEachPlace(const CatCollection* colMainCats, const KeySet& colWanted, Found&& found)
 {

@@ -25,7 +25,7 @@ std::wstring RootKey();
 // The key of a node's main category; the root's own for the root.
 std::wstring MainKeyOf(const std::wstring& sKey);
 
-// The category of that key in the manager's present tree; null for the root and for one that is not there.
+// The category of that key in the manager's present tree; null for the root and for a missing one.
 std::shared_ptr<clsCat> CatOf(const clsSchedMan& cSchedMan, const std::wstring& sKey);
 
 } // namespace ravlo

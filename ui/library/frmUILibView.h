@@ -21,14 +21,14 @@ public:
     virtual void ShowProgress(std::int32_t lMax) = 0; // the bar, at 0
     virtual void MoveProgress(std::int32_t lValue) = 0;
     virtual void HideProgress() = 0;
-    // Lets the user choose from a pop-up menu at the pointer. Nothing when it is dismissed. "&" stands for
-    // itself.
+    // Lets the user choose from a pop-up menu at the pointer. Nothing when it is dismissed. "&" is shown
+    // as it is.
     virtual std::optional<std::size_t> PopUp(const std::vector<std::wstring>& colItems) = 0;
     // Shows the window and returns when it is gone: after Close, or because the program ends.
     virtual void ShowModal() = 0;
     virtual void BringToFront() = 0;
     virtual void Close() = 0;
-    // Calls RequestRefresh soon, after what the user does until then.
+    // Calls RequestRefresh soon, but after what the user does until then.
     virtual void AskForRefresh() = 0;
 };
 

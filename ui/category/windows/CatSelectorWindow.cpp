@@ -297,7 +297,7 @@ std::vector<std::size_t> CatSelectorWindow::SelectedEntries(SelectorControl eLis
 
 void CatSelectorWindow::SelectEntry(SelectorControl eList, std::size_t lEntry, bool bSelect)
 {
-    // Selecting moves the caret, too; where it stands is decided elsewhere.
+    // Selecting moves the caret too; its place is decided elsewhere.
     const LRESULT lCaret = ::SendMessageW(Of(eList), LB_GETCARETINDEX, 0, 0);
     ::SendMessageW(Of(eList), LB_SETSEL, bSelect ? TRUE : FALSE, static_cast<LPARAM>(lEntry));
     ::SendMessageW(Of(eList), LB_SETCARETINDEX, static_cast<WPARAM>(lCaret), 0);

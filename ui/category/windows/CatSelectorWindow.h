@@ -21,14 +21,14 @@ public:
 
     CatSelectorPresenter& Selector() noexcept { return m_cSelector; }
 
-    // Lays out anew in a font and resolution; the font stays the caller's.
+    // Lays out in a font and resolution; the font stays the caller's.
     void SetLook(HFONT hFont, int lDpi);
     // The smallest client size at which everything can be used.
     SIZE SmallestSize() const;
     // EnableUI has asked for the hourglass: the window around shows it too.
     bool ShowsHourglass() const noexcept { return m_bHourglass; }
     void FocusFirst() { Focus(SelectorControl::lstCat); }
-    // Keys with a meaning of their own in its controls; true when one was dealt with.
+    // Handles keys that mean something special in its controls; true when it did.
     bool OnKey(const MSG& message);
 
 private:

@@ -88,7 +88,7 @@ LRESULT RulesPaneWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
 
 void RulesPaneWindow::OnException() noexcept { m_cMod.ShowCriticalError(L"Error in frmCat", CurrentError()); }
 
-// Labels and the check box stand on the page's colour; a disabled box keeps its own.
+// Labels and the check box have the page's colour behind them; a disabled box keeps its own.
 LRESULT RulesPaneWindow::OnColour(HDC hDC, HWND hControl, UINT lMessage)
 {
     if (std::find(m_hBoxes.begin(), m_hBoxes.end(), hControl) != m_hBoxes.end())

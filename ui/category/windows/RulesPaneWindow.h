@@ -13,14 +13,14 @@ namespace ravlo
 {
 
 // One of the two panes picRules: three boxes for minutes with their labels, a note, and in the category's
-// pane the check box chkIgnore. It stands on a tab page and bears its colour.
+// pane the check box chkIgnore. It lies on a tab page and has its colour.
 class RulesPaneWindow final : public Window
 {
 public:
     RulesPaneWindow(HWND hParent, RulesPane ePane, ModScheduler& cMod);
     ~RulesPaneWindow() override;
 
-    // The user's doing: lBox counts from 0 within the pane.
+    // Raised by the user: lBox counts from 0 within the pane.
     std::function<void(int lBox)> BoxChanged;
     std::function<void()> IgnoreClick;
 

@@ -34,7 +34,7 @@ int frmCatWindow::px(int lAt96) const { return Scaled(lAt96, m_lDpi); }
 void frmCatWindow::SetLook(int lDpi)
 {
     m_lDpi = lDpi;
-    // The controls let go of the old fonts before these end.
+    // The controls release the old fonts before these end.
     UniqueFont hFont = MessageFont(lDpi);
     UniqueFont hSymbols = SymbolFont(lDpi);
     for (const HWND hControl :

@@ -8,8 +8,8 @@
 namespace ravlo
 {
 
-// While it lives, windows that this thread creates know the resolution of the monitor they are on and are
-// told when it changes (WM_DPICHANGED). Where the system offers less, they keep the resolution they open
+// While one lives, windows that this thread creates know the resolution of the monitor they are on and
+// receive WM_DPICHANGED when it changes. Where the system offers less, they keep the resolution they open
 // with.
 class DpiAwareness
 {
@@ -32,7 +32,7 @@ inline int Unscaled(int lPixels, int lDpi) noexcept { return ::MulDiv(lPixels, 9
 inline int PixelsOf(int lTwips, int lDpi) noexcept { return ::MulDiv(lTwips, lDpi, 1440); }
 inline int TwipsOf(int lPixels, int lDpi) noexcept { return ::MulDiv(lPixels, 1440, lDpi); }
 
-// The font in which the user reads messages, at a resolution.
+// The system's message font, at a resolution.
 UniqueFont MessageFont(int lDpi);
 // The symbol font of arrows and ticks, as high as the message font.
 UniqueFont SymbolFont(int lDpi);

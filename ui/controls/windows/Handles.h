@@ -8,7 +8,7 @@
 namespace ravlo
 {
 
-// Handles that are given back when their owner ends.
+// Handles that are released when their owner ends.
 template <auto Release> struct HandleRelease
 {
     template <class Handle> void operator()(Handle hHandle) const noexcept { Release(hHandle); }

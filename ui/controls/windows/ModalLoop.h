@@ -10,11 +10,11 @@
 namespace ravlo
 {
 
-// Runs a top-level window modally: every other window of the thread that is visible and enabled is disabled
-// meanwhile, and just those are enabled again. A hidden one cannot be used anyway; shown meanwhile, it is a
-// window to be used on top of this one. Accelerators, Tab, Enter, Esc and mnemonics work in this loop and in
-// every other one that shows its messages to the thread's message filter, as the library's own pumping does.
-// Modal windows may be stacked.
+// Runs a top-level window modally: disables every other window of the thread that is visible and enabled, and
+// enables just those at the end. A hidden one cannot be used anyway; shown in between, it is to be used on
+// top of this one. Accelerators, Tab, Enter, Esc and mnemonics work in this loop and in every other one that
+// shows its messages to the thread's message filter, as the library's own pumping does. Modal windows may be
+// stacked.
 class ModalLoop
 {
 public:
@@ -25,11 +25,11 @@ public:
 
     // Not owned; null for none.
     void SetAccelerators(HACCEL hAccelerators) noexcept { m_hAccelerators = hAccelerators; }
-    // Sees each message for the window before the dialog keys do; true when it has dealt with it.
+    // Sees each message for the window before the dialog keys do; true when it has handled it.
     std::function<bool(MSG& message)> OnMessage;
 
-    // Returns after End, or when the window is gone, or when the program quits (which the host's loop is
-    // told).
+    // Returns after End, or when the window is gone, or when the program quits (which it passes on to the
+    // host's loop).
     void Run();
     // Enables the other windows, before the modal one goes: else another program's would come to the front.
     void End() noexcept;

@@ -163,7 +163,7 @@ void SplitPanelWindow::OnButtonDown()
     ::SetWindowPos(Handle(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
-// After a drop, or because something else took the mouse: then the drag is off.
+// After a drop, or because something else took the mouse: then the drag is cancelled.
 void SplitPanelWindow::OnCaptureLost()
 {
     m_cPanel.CancelDrag();
@@ -193,7 +193,7 @@ bool SplitPanelWindow::OnKey(WPARAM lKey)
 
 // ---- what the panel asks of the screen ----
 
-// From edge to edge, so that neighbours meet whatever the resolution.
+// From edge to edge, so that neighbours meet at every resolution.
 RECT SplitPanelWindow::InPixels(const TwipsRect& rect) const
 {
     const auto x = [&](std::int32_t lTwips) { return m_area.left + PixelsOf(lTwips, m_lDpi); };
@@ -213,7 +213,7 @@ std::int32_t SplitPanelWindow::PointerInTwips() const
 
 void SplitPanelWindow::ShowPanes(bool bControl1, bool bControl2)
 {
-    // Nothing would hear the keyboard if a pane vanished with the focus.
+    // Nothing would receive the keyboard if a pane vanished with the focus.
     const HWND hFocus = ::GetFocus();
     const auto goes = [&](HWND hPane, bool bShow) {
         return !bShow && hPane && hFocus && (hFocus == hPane || ::IsChild(hPane, hFocus));

@@ -12,7 +12,7 @@ namespace ravlo
 {
 
 // The split panel in a container window: it moves and shows or hides two other child windows of that
-// container and is itself the bar between them, pbSplit. The bar can be dragged (Esc lets go of it), and
+// container and is itself the bar between them, pbSplit. The bar can be dragged (Esc cancels it), and
 // moved by keys when it has the focus: arrows, with Ctrl in small steps, Home and End to the edges.
 class SplitPanelWindow final : public Window, private SplitPanelView
 {
@@ -25,8 +25,8 @@ public:
 
     // Children of the container; either may be null. Not owned.
     void SetControls(HWND hControl1, HWND hControl2);
-    // The panel's area in the container, in pixels of that resolution. To be called when the container is
-    // sized, but not while it is minimised.
+    // The panel's area in the container, in pixels of that resolution. Call when the container is sized,
+    // but not while it is minimised.
     void Place(const RECT& area, int lDpi);
     // For the container's WM_SETCURSOR: true when the panel is disabled and has set the hourglass over its
     // area.

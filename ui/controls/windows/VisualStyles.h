@@ -6,8 +6,8 @@
 namespace ravlo
 {
 
-// While it lives, what this thread creates are the current common controls, whatever the host's program asked
-// for. Where the context cannot be had the windows are made of the host's controls.
+// While one lives, this thread creates the current common controls, even in a host that asks for older ones.
+// Without the context it creates the host's.
 class VisualStyles
 {
 public:

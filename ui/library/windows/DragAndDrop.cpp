@@ -192,7 +192,7 @@ public:
     }
 
 private:
-    // No exception goes to whoever drags.
+    // No exception reaches the source of the drag.
     template <class Body> HRESULT Guard(Body&& body, DWORD* pEffect) noexcept
     {
         try

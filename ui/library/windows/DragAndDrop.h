@@ -18,7 +18,7 @@ public:
     virtual bool DragOver(POINT point, const std::wstring& sText) = 0;
     virtual void DragLeft() = 0;
     virtual void Dropped(POINT point, const std::wstring& sText) = 0;
-    // One of these has thrown. Called inside the catch block.
+    // Called inside a catch block when one of these has thrown.
     virtual void OnException() noexcept = 0;
 };
 
@@ -35,8 +35,7 @@ private:
     HWND m_hWindow;
 };
 
-// Drags a text with the left mouse button until it is dropped somewhere or given up. Messages are pumped
-// meanwhile.
+// Drags a text with the left mouse button until it is dropped or the drag is cancelled. Pumps messages.
 void DragText(const std::wstring& sText);
 
 } // namespace ravlo

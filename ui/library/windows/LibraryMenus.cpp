@@ -18,7 +18,7 @@ void Add(HMENU hMenu, LibraryCommand eCommand, const std::wstring& sCaption)
     ::AppendMenuW(hMenu, MF_STRING, static_cast<UINT_PTR>(IdOf(eCommand)), sCaption.c_str());
 }
 
-// As a menu needs it: "&" stands for itself.
+// As a menu needs it to show "&" as it is.
 std::wstring WithoutMnemonics(const std::wstring& sText)
 {
     std::wstring sDoubled;

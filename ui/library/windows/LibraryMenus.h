@@ -17,7 +17,7 @@ UniqueMenu LibraryMenuBar();
 HMENU CategoriesMenu(HMENU hBar) noexcept;
 void EnableMenuBar(HWND hWindow, bool bEnable) noexcept;
 
-// F1, Alt+F4, Ctrl+A and Ctrl+S: the commands' keys wherever the focus is.
+// F1, Alt+F4, Ctrl+A and Ctrl+S: keys of commands for every focus.
 UniqueAccelerators LibraryAccelerators();
 
 // Lets the user choose one of some texts at a point of the screen. Nothing when the menu is dismissed.

@@ -17,7 +17,7 @@ public:
     int Height() const;
     void Enable(bool bEnable);
     void SetLook(HFONT hFont, int lDpi);
-    // To be called when the parent was sized.
+    // Call when the parent was sized.
     void LayOut();
 
     void SetTexts(const std::wstring& sFirst, const std::wstring& sSecond);
