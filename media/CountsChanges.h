@@ -6,11 +6,11 @@
 namespace ravlo
 {
 
-// What a cut may be beside a Cut: one whose changes can be told from outside.
+// Implemented by cuts that count their changes, next to Cut.
 class CountsChanges
 {
 public:
-    // A number above 0 that is another one after every change of a property. Calls nobody.
+    // A number above 0 that differs after every change of a property. Calls no other code.
     virtual std::uint64_t Revision() const noexcept = 0;
 
 protected:

@@ -17,7 +17,7 @@ namespace ravlo
 enum CutKind : std::int32_t
 {
     eKindChosen = 0,              // broke no rule
-    eKindLevelEmpty = 7,          // placeholder: the level holds no cuts
+    eKindLevelEmpty = 7,          // placeholder: the level has no cuts
     eKindMainCatNotFound = 9,     // placeholder: no such main category, or a key without TAB
     eKindLevelNotFound = 10,      // placeholder: no such level
     eKindNothingSchedulable = 11, // placeholder: nothing in the level could be scheduled
@@ -39,13 +39,12 @@ public:
     // The unique key, which is the file path: the cut's identity inside the scheduler.
     virtual TextKey Key() const = 0;
     virtual std::wstring SecondaryKey() const = 0;
-    virtual std::int32_t ID() const = 0; // the database's number, 0 for a cut no database holds
+    virtual std::int32_t ID() const = 0; // the database's number; 0 for a cut of no database
     virtual std::wstring Path() const = 0;
     virtual std::wstring Artist() const = 0;
     virtual std::wstring Title() const = 0;
     virtual std::wstring Album() const = 0;
-    // The same three texts as keys. A cut that keeps them as keys hands them out without a copy and without
-    // folding them again.
+    // The same three texts as keys. A cut that stores keys returns them without copying or folding texts.
     virtual TextKey ArtistKey() const { return TextKey(Artist()); }
     virtual TextKey TitleKey() const { return TextKey(Title()); }
     virtual TextKey AlbumKey() const { return TextKey(Album()); }
@@ -60,13 +59,12 @@ public:
     // The names of the categories it is placed in, in order; each name once without regard to case.
     virtual std::vector<std::wstring> CategoryNames() const = 0;
     virtual bool HasCategoryName(std::wstring_view sName) const = 0;
-    virtual void AddCategoryName(const std::wstring& sName) = 0;    // an existing name is left as it is
-    virtual void RemoveCategoryName(const std::wstring& sName) = 0; // a missing one is passed over
+    virtual void AddCategoryName(const std::wstring& sName) = 0;    // an existing name stays unchanged
+    virtual void RemoveCategoryName(const std::wstring& sName) = 0; // a missing one is ignored
     virtual std::wstring CategoryText() const = 0;                  // the names joined with "/"
     virtual void SetCategoryText(const std::wstring& sText) = 0;    // split at "/", empty pieces skipped
 
-    virtual void
-    SetKey(const std::wstring& sKey) = 0; // and the path with it; error 70 on a cut that a database holds
+    virtual void SetKey(const std::wstring& sKey) = 0; // and the path; error 70 on a cut of a database
     virtual void SetSecondaryKey(const std::wstring& sKey) = 0;
     virtual void SetPath(const std::wstring& sPath) = 0;
     virtual void SetArtist(const std::wstring& sArtist) = 0;
@@ -87,7 +85,7 @@ public:
     virtual std::int32_t KindCode() const = 0; // a CutKind
     virtual void SetKindCode(std::int32_t lKind) = 0;
 
-    // An independent copy that no database holds; it keeps the ID.
+    // An independent copy of no database. It keeps the ID.
     virtual std::shared_ptr<Cut> CloneCut() const = 0;
 };
 

@@ -26,8 +26,8 @@ public:
     virtual void ProgressDone(const std::wstring& sStatus) = 0;
 };
 
-// A media database, as far as the scheduler needs it. The same cut is always handed out as the same object
-// while anyone holds it. Any call may throw RuntimeError.
+// A media database, as far as the scheduler needs it. A cut is always the same object while anyone holds it.
+// Any call may throw RuntimeError.
 class DataBase
 {
 public:
@@ -40,25 +40,27 @@ public:
     // Null when there is none; always null for an empty artist and an empty title together.
     virtual std::shared_ptr<Cut> CutByArtistTitle(const std::wstring& sArtist,
                                                   const std::wstring& sTitle) const = 0;
-    // A free-standing cut that the database does not hold.
+    // A free-standing cut, of no database yet.
     virtual std::shared_ptr<Cut> NewCut() const = 0;
 
-    // Changes to the properties of cuts between BeginBatch and Commit are one change on the disk, so that a
-    // change of thousands of cuts does not wait for the disk thousands of times. A batch that ends without
-    // Commit undoes them.
+    // Makes the changes of cuts' properties between BeginBatch and Commit one change on the disk, so that a
+    // change of thousands of cuts waits for the disk once. A batch that ends without Commit undoes them.
     class Batch
     {
     public:
         virtual ~Batch() = default;
         virtual void Commit() = 0;
     };
-    // Null when the database offers none: each change is durable by itself then.
+    // Null when the database has no batches; each change is then durable by itself.
     virtual std::unique_ptr<Batch> BeginBatch() { return nullptr; }
 
-    // Events go to the listener until Unadvise. The listener is not owned. Advising twice replaces nothing:
-    // each listener is kept once.
+    // Sends events to the listener, which is not owned, until Unadvise. Advising twice has no further effect.
     virtual void Advise(DataBaseEvents& cEvents) = 0;
     virtual void Unadvise(DataBaseEvents& cEvents) noexcept = 0;
 };
+
+// The database's own cut for a cut, or a copy of one, of that key: by the key, else by artist and title. Null
+// when there is none. Throws what the database throws.
+std::shared_ptr<Cut> DataBaseCutOf(const Cut& cCut, const TextKey& cKey, const DataBase& cDataBase);
 
 } // namespace ravlo

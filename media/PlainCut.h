@@ -6,7 +6,7 @@
 namespace ravlo
 {
 
-// A free-standing cut: values and nothing else. Placeholders and copies are such cuts.
+// A free-standing cut, only values: placeholders and copies.
 std::shared_ptr<Cut> NewPlainCut();
 
 // A copy of all of a cut's values that belongs to no database.

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "rotation/PlayHistory.h"
 
-#include "rotation/RotationOrder.h"
-
 #include <utility>
 
 namespace ravlo
@@ -10,7 +8,7 @@ namespace ravlo
 
 void PlayHistory::Record(const Cut& cCut, const DataBase& cDataBase)
 {
-    const std::shared_ptr<Cut> cOwn = DataBaseCutOf(cCut, cDataBase);
+    const std::shared_ptr<Cut> cOwn = DataBaseCutOf(cCut, cCut.Key(), cDataBase);
     if (!cOwn)
         return;
     const DateTime dtPlayed = cCut.LastPlayed();

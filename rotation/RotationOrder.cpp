@@ -9,13 +9,6 @@ namespace ravlo
 namespace
 {
 
-std::shared_ptr<Cut> OwnCut(const Cut& cCut, const TextKey& cKey, const DataBase& cDataBase)
-{
-    if (std::shared_ptr<Cut> cOwn = cDataBase.CutByKey(cKey))
-        return cOwn;
-    return cDataBase.CutByArtistTitle(cCut.Artist(), cCut.Title());
-}
-
 // The head is what mostly goes to the back, and is found without a look at the keys' table.
 bool MoveToBack(CutCollection& colOrder, const TextKey& cKey)
 {
@@ -36,7 +29,7 @@ enum class SentToBack
 // cKey is cCut's.
 SentToBack SendToBack(clsCat& cSubCat, const Cut& cCut, const TextKey& cKey, const DataBase& cDataBase)
 {
-    std::shared_ptr<Cut> cOwn = OwnCut(cCut, cKey, cDataBase);
+    std::shared_ptr<Cut> cOwn = DataBaseCutOf(cCut, cKey, cDataBase);
     if (!cOwn)
         return SentToBack::Unknown;
     const TextKey cOwnKey = cOwn.get() == &cCut ? cKey : cOwn->Key();
@@ -50,11 +43,6 @@ SentToBack SendToBack(clsCat& cSubCat, const Cut& cCut, const TextKey& cKey, con
 }
 
 } // namespace
-
-std::shared_ptr<Cut> DataBaseCutOf(const Cut& cCut, const DataBase& cDataBase)
-{
-    return OwnCut(cCut, cCut.Key(), cDataBase);
-}
 
 bool SendToBackOfCategory(clsCat* cSubCat, const Cut* cCut, const SelectionContext& context)
 {

@@ -13,10 +13,6 @@ namespace ravlo
 // A level's rotation order is the order of its SchedCuts: the head is considered next and then moves to the
 // end. Only the order changes here: no run times, no category names, no files.
 
-// The database's own cut for a cut or a copy of one: by its unique key, else by its artist and title. Null
-// when there is none. Errors of the database are thrown.
-std::shared_ptr<Cut> DataBaseCutOf(const Cut& cCut, const DataBase& cDataBase);
-
 // Moves the database's own cut for cCut from its position in the level to the end, replaces the object under
 // its key by it, and traces the outcome. Returns false without a trace when there is no level, cut or
 // database or the database has no such cut; false when the level does not contain it. An error is logged
