@@ -8,10 +8,9 @@
 namespace ravlo
 {
 
-// Case folding as the file system does it: ordinal and simple, one character at a time by the upper-case
-// table of the Basic Multilingual Plane, without linguistic rules and without length changes; nothing outside
-// ASCII folds into ASCII. The same on every platform. Every comparison of names and keys in the system goes
-// through here.
+// Folds case as the file system does: one character at a time by the upper-case table of the Basic
+// Multilingual Plane, without linguistic rules or changes of length, the same on every platform. Nothing
+// outside ASCII folds into ASCII. All comparisons of names and keys use these functions.
 wchar_t FoldCase(wchar_t c) noexcept;
 std::wstring FoldCase(std::wstring_view sText);
 

@@ -9,8 +9,8 @@
 namespace ravlo
 {
 
-// A moment in local time as automation hosts hold it: days since 30 December 1899, the time of day as the
-// fraction. 0 stands for "never".
+// A moment in local time as automation hosts store it: days since 30 December 1899, the time of day as the
+// fraction. 0 means "never".
 using DateTime = double;
 
 // The fields of a moment, rounded to whole seconds.
@@ -33,8 +33,8 @@ std::int64_t WholeSeconds(DateTime dtWhen);
 // "yyyy-mm-ddThh:nn:ss".
 std::wstring IsoText(DateTime dtWhen);
 
-// Reads "yyyy-mm-dd", "yyyy-mm-ddThh:nn" or "yyyy-mm-ddThh:nn:ss" (a blank may stand for the T; seconds may
-// carry a fraction, a trailing Z is ignored). Nothing when the text is no such date or names a day that does
+// Reads "yyyy-mm-dd", "yyyy-mm-ddThh:nn" or "yyyy-mm-ddThh:nn:ss" (a blank may replace the T; seconds may
+// have a fraction, a trailing Z is ignored). Nothing when the text is no such date or names a day that does
 // not exist.
 std::optional<DateTime> ParseIso(std::wstring_view sText);
 

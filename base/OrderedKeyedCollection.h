@@ -17,14 +17,13 @@
 namespace ravlo
 {
 
-// An ordered collection whose items may carry a key (without regard to case). What it costs:
+// An ordered collection whose items may have a key (without regard to case). Costs:
 //   item by key, exists, add at end, remove the head, item by position, position of a key: O(1), one hash of
 //   the key; send the head to the back: O(1), no allocation; insert or remove in the middle: a move of
 //   pointers towards the nearer end; memory: one block an item (the item, a key of two pointers, three words)
 //   and two to four pointers in the tables.
-// Positions count from 0. An item's key is shared, not copied. Iterating while the collection changes is safe
-// by position only (At, Count), never by iterator. What adds or inserts and runs out of memory has changed
-// nothing.
+// Positions count from 0. An item's key is shared, not copied. Iterate by position (At, Count), never by
+// iterator, while the collection may change. An Add or Insert that runs out of memory has changed nothing.
 template <class Item> class OrderedKeyedCollection
 {
 public:
@@ -32,7 +31,7 @@ public:
     OrderedKeyedCollection(OrderedKeyedCollection&& cOther) noexcept { Swap(cOther); }
     OrderedKeyedCollection& operator=(OrderedKeyedCollection&& cOther) noexcept
     {
-        // What this one held goes away at the end, when both already hold what they shall.
+        // Destroyed last, when both collections have their new content.
         OrderedKeyedCollection cOld(std::move(*this));
         Swap(cOther);
         return *this;
@@ -43,9 +42,8 @@ public:
 
     std::size_t Count() const noexcept { return m_count; }
     bool Empty() const noexcept { return Count() == 0; }
-    // A number that grows by one with every item added, removed or moved, and with every re-ordering: whoever
-    // let others run sees by it whether the order is still the one he left. A moved-from collection counts
-    // on.
+    // Grows by one with every item added, removed or moved, and with every re-ordering. Shows a caller that
+    // let others run whether the order is still the same. Moving from a collection counts, too.
     std::uint64_t Changes() const noexcept { return m_changes; }
     void Reserve(std::size_t count)
     {
@@ -54,11 +52,11 @@ public:
     }
     void Clear() noexcept { OrderedKeyedCollection cOld(std::move(*this)); }
 
-    // Adds at the end. False, and nothing changes, when the key is there already.
+    // Adds at the end. False, without a change, when the key is already there.
     bool Add(const TextKey& cKey, Item item) { return Insert(m_count, &cKey, std::move(item)); }
     // Adds at the end without a key.
     void Add(Item item) { Insert(m_count, nullptr, std::move(item)); }
-    // Adds so that the item comes to stand at lPosition (at most Count()). cKey may be null: no key.
+    // Adds the item at that position (at most Count()). cKey may be null: no key.
     bool Insert(std::size_t position, const TextKey* cKey, Item item)
     {
         if (cKey && FindNode(*cKey))
@@ -76,7 +74,7 @@ public:
         return true;
     }
 
-    // Null when there is none. The pointer holds until the collection changes.
+    // Null when there is none. The pointer is valid until the collection changes.
     Item* Find(const TextKey& cKey) noexcept { return ItemOf(FindNode(cKey)); }
     const Item* Find(const TextKey& cKey) const noexcept { return ItemOf(FindNode(cKey)); }
     Item* Find(std::wstring_view sKey) noexcept { return ItemOf(FindNode(sKey)); }
@@ -106,7 +104,7 @@ public:
     bool Remove(std::wstring_view sKey) noexcept { return RemoveNode(FindNode(sKey)); }
     void RemoveAt(std::size_t position) noexcept { RemoveNode(NodeAt(position)); }
 
-    // Takes the item out and adds it again at the end, under its key. False when there is no such key.
+    // Moves the item to the end. False when there is no such key.
     bool SendToBack(const TextKey& cKey) noexcept
     {
         const auto position = PositionOf(cKey);
@@ -123,8 +121,8 @@ public:
         ++m_changes;
     }
 
-    // Puts the items into another order, all at once: colOrder names every position exactly once, in the
-    // order in which the items are to stand. Items and keys are not touched.
+    // Puts the items into another order, all at once, without touching items and keys. Precondition: colOrder
+    // contains every position exactly once, in the new order.
     void Reorder(const std::vector<std::size_t>& colOrder)
     {
         std::vector<Node*> pNodes;
@@ -136,7 +134,7 @@ public:
         ++m_changes;
     }
 
-    // Iterators in order; *it is the item. Any change of the collection ends their life.
+    // Goes through the items in order. Any change of the collection invalidates it.
     class const_iterator
     {
     public:
@@ -198,10 +196,9 @@ public:
     const_iterator end() const noexcept { return const_iterator(*this, m_count); }
 
 private:
-    // Each item has a sequence number; the numbers are consecutive in order, so its position is its number
-    // less that of the head, and the head can leave or go to the back without renumbering the others. The
-    // number, taken modulo the ring's size, is also its place in the ring. Numbers may wrap around: only
-    // differences count.
+    // Items have consecutive sequence numbers. An item's position is its number minus that of the head, so
+    // the head can leave or go to the back without renumbering the others. The number modulo the ring's size
+    // is the item's place in the ring. Numbers may wrap around: only differences count.
     struct Node
     {
         Node(Item itemIn, TextKey cKeyIn, bool bKeyedIn)
@@ -226,7 +223,7 @@ private:
         ++cOther.m_changes;
     }
 
-    // An item that goes away may look at this collection, so each leaves it before it is destroyed.
+    // An item's destructor may look at this collection, so each item leaves it first.
     void DeleteNodes() noexcept
     {
         while (m_count > 0)
@@ -245,7 +242,7 @@ private:
         Slot(sequence) = pNode;
     }
 
-    // Makes room at a position by moving the items on the nearer side; the slot there is then to be filled.
+    // Makes room at a position by moving the items on the nearer side. The caller fills the slot.
     void OpenGap(std::size_t position) noexcept
     {
         if (position < m_count - position)
@@ -262,7 +259,7 @@ private:
         ++m_count;
     }
 
-    // Takes the node at a position out of the order, moving the items on the nearer side.
+    // Removes the node at a position from the order by moving the items on the nearer side.
     void CloseGap(std::size_t position) noexcept
     {
         if (position < m_count - 1 - position)
@@ -347,7 +344,7 @@ private:
     {
         if (!pNode)
             return false;
-        // Destroyed last: what the item's end sets off finds the collection without it.
+        // Destroyed last: code that the item's destructor calls finds the collection without it.
         const std::unique_ptr<Node> pOwned(pNode);
         CloseGap(pNode->sequence - m_first);
         if (pNode->bKeyed)
@@ -357,7 +354,7 @@ private:
     }
 
     std::vector<Node*> m_pRing;    // its size is a power of two, or 0
-    std::vector<Node*> m_pBuckets; // likewise
+    std::vector<Node*> m_pBuckets; // the same
     std::size_t m_first = 0;       // the head's sequence number
     std::size_t m_count = 0;
     std::size_t m_keyed = 0;

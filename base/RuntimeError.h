@@ -9,9 +9,8 @@
 namespace ravlo
 {
 
-// The one exception type of the system. It carries an automation run-time error number, as script and
-// early-bound hosts know them from Err.Number, and a description that can be shown to a person. Copies share
-// their texts, so that copying one never fails.
+// The only exception type of the system: an automation run-time error number, which hosts know from
+// Err.Number, and a description for people. Copies share their texts, so that copying never fails.
 class RuntimeError : public std::exception
 {
 public:
@@ -39,19 +38,22 @@ namespace error
 {
 inline constexpr std::int32_t InvalidProcedureCall = 5;
 inline constexpr std::int32_t Overflow = 6;
+inline constexpr std::int32_t OutOfMemory = 7;
 inline constexpr std::int32_t SubscriptOutOfRange = 9;
 inline constexpr std::int32_t TypeMismatch = 13;
 inline constexpr std::int32_t Internal = 51;
 inline constexpr std::int32_t BadFileName = 52;
 inline constexpr std::int32_t FileNotFound = 53;
-inline constexpr std::int32_t FileAlreadyExists = 58;
+inline constexpr std::int32_t FileAlreadyOpen = 55;
 inline constexpr std::int32_t DeviceIo = 57;
+inline constexpr std::int32_t FileAlreadyExists = 58;
 inline constexpr std::int32_t DiskFull = 61;
 inline constexpr std::int32_t InputPastEnd = 62;
 inline constexpr std::int32_t PermissionDenied = 70;
 inline constexpr std::int32_t PathFileAccess = 75;
 inline constexpr std::int32_t PathNotFound = 76;
 inline constexpr std::int32_t ObjectNotSet = 91;
+inline constexpr std::int32_t InvalidFileFormat = 321; // of the database: damaged, foreign or newer
 inline constexpr std::int32_t NotImplemented = 445;
 inline constexpr std::int32_t KeyAlreadyExists = 457;
 } // namespace error

@@ -6,7 +6,7 @@
 namespace ravlo
 {
 
-// Raises a flag for the length of a scope.
+// Sets a flag for the length of a scope, then restores it.
 class ScopedFlag
 {
 public:

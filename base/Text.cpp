@@ -215,7 +215,7 @@ private:
         return true;
     }
 
-    // Nothing when it is larger than a double can hold; what is too small is 0.
+    // Nothing when it is too large for a double; 0 when it is too small.
     std::optional<double> Magnitude() const
     {
         if (m_sDigits.empty())
@@ -280,7 +280,7 @@ std::vector<std::wstring> Split(std::wstring_view sText, std::wstring_view sDeli
 {
     std::vector<std::wstring> sPieces;
     std::size_t start = 0;
-    // An empty delimiter stands nowhere, so the whole text is one piece.
+    // An empty delimiter is not found, so the whole text is one piece.
     for (std::size_t found; !sDelimiter.empty() && (found = sText.find(sDelimiter, start)) != sText.npos;)
     {
         sPieces.emplace_back(sText.substr(start, found - start));

@@ -12,9 +12,8 @@
 namespace ravlo
 {
 
-// An immutable text that serves as a key without regard to case. Copies share the text and its hash, which is
-// computed once: each collection that holds a cut's key pays for one pointer. A default-constructed key is
-// the empty text.
+// An immutable text that is compared without regard to case. Copies share the text and its hash, which is
+// computed once, so a copy costs a pointer. A default-constructed key is the empty text.
 class TextKey
 {
 public:

@@ -8,14 +8,13 @@
 namespace ravlo
 {
 
-// UTF-8 as the database file and every CSV hold it. Strings are UTF-16 or UTF-32, as wide as wchar_t
-// is.
+// UTF-8 as in the database file and in every CSV. Strings are UTF-16 or UTF-32, as wide as wchar_t.
 
-// Loses nothing a UTF-16 host can hand in: half a surrogate pair becomes the three bytes of its code, and
-// comes back through TextFromStore. A value past the last code point becomes U+FFFD.
+// Keeps everything a UTF-16 host can hand in: half a surrogate pair becomes the three bytes of its code,
+// which TextFromStore reads back. A value past the last code point becomes U+FFFD.
 std::string Utf8Of(std::wstring_view sText);
 
-// The way back for bytes that Utf8Of made. Bytes that are no UTF-8 become U+FFFD each.
+// The inverse of Utf8Of. Each byte that is no UTF-8 becomes U+FFFD.
 std::wstring TextFromStore(std::string_view bytes);
 
 // Nothing when the bytes are not well-formed UTF-8 (halves of surrogate pairs and overlong forms are not).

@@ -7,14 +7,14 @@
 namespace ravlo
 {
 
-// Plain values that come out in ascending order, however they went in. Equal values are kept each.
+// Values in ascending order, equal ones included.
 template <class Value> class ValueList
 {
 public:
     void Add(const Value& value) { m_values.insert(value); }
     std::size_t Count() const noexcept { return m_values.size(); }
     bool Empty() const noexcept { return m_values.empty(); }
-    const Value& Last() const { return *m_values.rbegin(); } // the largest; the list must not be empty
+    const Value& Last() const { return *m_values.rbegin(); } // the largest. Precondition: not empty
     auto begin() const { return m_values.begin(); }
     auto end() const { return m_values.end(); }
 

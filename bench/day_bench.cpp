@@ -150,7 +150,7 @@ void PicksAndRows(benchmark::State& state)
 {
     auto& station = FileStation::OfSize(state.range(0));
     sqlite::Connection cConnection((station.folder.cPath / "library.db").string(), L"",
-                                   sqlite::Connection::Mode::eExisting);
+                                   sqlite::Connection::Mode::Existing);
     cConnection.Run("PRAGMA synchronous = FULL");
     sqlite::Statement statement(cConnection, "UPDATE cuts SET last_played = ? WHERE id = ?");
     EverySecond second;

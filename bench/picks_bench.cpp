@@ -19,7 +19,7 @@ namespace ravlo::bench
 namespace
 {
 
-// A real disk on which a backup program holds some files open: they cannot be replaced. Whoever is patient
+// A real disk on which a backup program holds some files open: they cannot be replaced. A patient caller
 // waits as long as on a station.
 class LockedFiles final : public Files
 {

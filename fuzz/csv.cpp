@@ -36,7 +36,7 @@ public:
     std::size_t bad = 0;
 
 private:
-    // Rows are told in the order of their first lines, each line once.
+    // Rows come in the order of their first lines, each line once.
     void Next(std::size_t line)
     {
         RAVLO_REQUIRE(line > m_lLast && line <= m_lines);

@@ -12,7 +12,6 @@
 #include "fuzz/TempFolder.h"
 
 #include "base/RuntimeError.h"
-#include "ravlobase/StoreErrors.h"
 
 #include <sqlite3.h>
 

@@ -5,7 +5,6 @@
 #include "fuzz/TempFolder.h"
 
 #include "base/RuntimeError.h"
-#include "ravlobase/StoreErrors.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t size)
 {

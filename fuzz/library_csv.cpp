@@ -103,7 +103,7 @@ bool SameRow(const LibraryRow& left, const LibraryRow& right)
            seconds(left.dtLastPlayed) == seconds(right.dtLastPlayed);
 }
 
-// False: refused as a whole, and then no row was handed out.
+// False: refused as a whole, before any row.
 bool Read(std::string_view bytes, Library& cLibrary)
 {
     try

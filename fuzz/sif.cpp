@@ -35,7 +35,7 @@ std::map<std::int32_t, std::multiset<std::wstring>> Contents(const Program& cPro
     return colContents;
 }
 
-// What the levels ought to hold: the database's cuts, and for any further level nothing, as long as the
+// What the levels should contain: the database's cuts, and for any further level nothing, as long as the
 // file declares that level.
 void RequireContents(const Program& cProgram, std::string_view bytes)
 {

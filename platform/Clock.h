@@ -8,12 +8,12 @@
 namespace ravlo
 {
 
-// The time of day and the running of time.
+// The time of day, and a tick count.
 class Clock
 {
 public:
     virtual ~Clock() = default;
-    // The present local date and time.
+    // The current local date and time.
     virtual DateTime Now() const = 0;
     // Milliseconds since some start; wraps after 2^32 ms, so compare by unsigned subtraction.
     virtual std::uint32_t TickCount() const = 0;

@@ -12,7 +12,7 @@ class CodePage
 {
 public:
     virtual ~CodePage() = default;
-    // What the page lacks becomes the system's substitute, '?' as a rule. Never throws.
+    // A character that the page lacks becomes the system's substitute, usually '?'. Never throws.
     virtual std::string Encode(std::wstring_view sText) const = 0;
     virtual std::wstring Decode(std::string_view bytes) const = 0;
 };

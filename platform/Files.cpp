@@ -16,7 +16,7 @@ constexpr std::wstring_view sDigits = L"0123456789abcdef";
 constexpr std::size_t digits = 8;
 constexpr std::wstring_view sTemporaryEnd = L".tmp";
 
-// A short name no file in the folder has. The start is drawn by chance, so that two processes that write into
+// A short name that no file in the folder has. It starts at random, so that two processes that write into
 // one folder do not choose the same name between the look and the write.
 std::wstring TemporaryPathBeside(const Files& cFiles, const std::wstring& sPath)
 {

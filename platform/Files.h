@@ -11,8 +11,8 @@
 namespace ravlo
 {
 
-// What a look at a path tells. Unknown: it could not be looked at, because the drive or the network is away
-// or the rights are missing. It may well be there, so nothing may be overwritten on the strength of it.
+// Whether something exists at a path. Unknown: the drive or the network is away, or the rights are missing.
+// It may well exist, so Unknown never allows overwriting.
 enum class Presence
 {
     Absent,
@@ -20,14 +20,14 @@ enum class Presence
     Unknown,
 };
 
-// How an operation takes a file that another program has open for a moment, as virus scanners and backups do.
+// How long to wait for a file that another program has open for a moment, as virus scanners and backups do.
 enum class Patience
 {
     None,        // fails at once: for work on air, which is retried later
     UpToASecond, // retries; the thread waits without pumping messages
 };
 
-// A file that is held open against every other program until this ends.
+// Keeps a file open against every other program as long as it lives.
 class HeldFile
 {
 public:
@@ -45,9 +45,9 @@ struct FileEntry
 };
 
 // The file system. Paths use backslashes, as the host hands them in. Every path is taken literally: '*' and
-// '?' never stand for other names. Each operation that fails throws RuntimeError with the number a host knows
-// (53, 57, 61, 70, 75, 76 ...) and has then changed nothing, except where said. A path that is too long
-// raises 52 with a description that names the limit.
+// '?' match no other names. An operation that fails throws RuntimeError with the number a host knows (53, 57,
+// 61, 70, 75, 76 ...) and has changed nothing, except where stated. A path that is too long raises 52 with a
+// description that names the limit.
 class Files
 {
 public:
@@ -56,9 +56,9 @@ public:
     // Whether a file (not a folder) of exactly that name exists; a path that can name no file is Absent.
     // Never throws.
     virtual Presence PresenceOf(const std::wstring& sPath) const = 0;
-    // The same of a folder.
+    // As PresenceOf, for a folder.
     virtual Presence PresenceOfFolder(const std::wstring& sPath) const = 0;
-    // For where a wrong No does no harm.
+    // Use where a wrong "no" does no harm.
     bool FileExists(const std::wstring& sPath) const { return PresenceOf(sPath) == Presence::Present; }
     bool FolderExists(const std::wstring& sPath) const
     {
@@ -75,28 +75,27 @@ public:
     virtual std::string ReadAll(const std::wstring& sPath,
                                 Patience ePatience = Patience::UpToASecond) const = 0;
 
-    // Creates the file, or empties an existing one, writes the bytes, brings them to the disk and closes. On
-    // failure the file may be left behind with a part of the bytes: use ReplaceFile where an old content
-    // matters.
+    // Creates the file, or empties an existing one, writes the bytes and flushes them to the disk. On failure
+    // the file may contain a part of the bytes: use ReplaceFile where the old content matters.
     virtual void WriteNew(const std::wstring& sPath, std::string_view bytes) = 0;
 
-    // Adds the bytes at the end of the file, creating it when it is missing: one open, one write, one close.
+    // Adds the bytes at the end of the file; creates it when it is missing. One open, one write, one close.
     virtual void Append(const std::wstring& sPath, std::string_view bytes) = 0;
 
-    // Gives a file another name in the same folder, in one step. A file that has that name already is
-    // replaced, and its attributes and permissions are kept where the platform can.
+    // Renames a file within its folder, in one step. Replaces a file of the new name, and keeps that file's
+    // attributes and permissions where the platform can.
     virtual void Rename(const std::wstring& sFrom, const std::wstring& sTo,
                         Patience ePatience = Patience::UpToASecond) = 0;
 
     // 53 when there is no such file.
     virtual void Delete(const std::wstring& sPath) = 0;
 
-    // Opens a file so that nobody else can open it for writing, creating it empty when it is missing; the
-    // system lets go of it when the program ends, however it ends. Null when somebody has it open for
-    // writing, in this program or another.
+    // Opens a file so that nobody else can open it for writing; creates it empty when it is missing. The
+    // system closes it when the program ends in any way. Null when this or another program already has it
+    // open for writing.
     virtual std::unique_ptr<HeldFile> HoldOpen(const std::wstring& sPath) = 0;
 
-    // The folder the running library itself lies in, without a trailing backslash.
+    // The folder of the running library itself, without a trailing backslash.
     virtual std::wstring LibraryFolder() const = 0;
 };
 
@@ -105,8 +104,8 @@ public:
 #endif
 
 // Replaces a file's content in one step: a reader sees the old bytes or the new ones, never a part of either.
-// The new content goes to a temporary file beside it, is flushed and renamed. Throws when that fails; the old
-// file is whole then and no temporary file is left behind if it could be deleted.
+// Writes the new content to a temporary file in the same folder, flushes and renames it. Throws when that
+// fails; the old file is then whole, and the temporary file is deleted if possible.
 void ReplaceFile(Files& cFiles, const std::wstring& sPath, std::string_view bytes,
                  Patience ePatience = Patience::UpToASecond);
 

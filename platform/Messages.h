@@ -24,7 +24,7 @@ enum class BoxButtons
 
 enum class BoxAnswer
 {
-    // The box was closed without any answer, or could not be shown at all. Never to be taken for Yes.
+    // The box was closed without an answer, or could not be shown. Never treat it as Yes.
     None,
     Ok,
     Yes,
@@ -34,15 +34,14 @@ enum class BoxAnswer
 // The title of boxes that have none of their own.
 inline constexpr const wchar_t* sProgramTitle = L"RavloScheduler";
 
-// Everything the library says to a person. Modal: each call returns when the person has answered, and pumps
-// messages meanwhile.
+// Everything the library says to a person. Modal: each call pumps messages until the person has answered.
 class Messages
 {
 public:
     virtual ~Messages() = default;
     virtual BoxAnswer Box(BoxIcon eIcon, BoxButtons eButtons, const std::wstring& sTitle,
                           const std::wstring& sText) = 0;
-    // Asks for one line of text, with sText to start from. Nothing when the person cancelled.
+    // Asks for one line of text, which is sText at first. Nothing when the person cancelled.
     virtual std::optional<std::wstring> Input(const std::wstring& sTitle, const std::wstring& sPrompt,
                                               const std::wstring& sText = {}) = 0;
 };

@@ -12,8 +12,8 @@
 namespace ravlo
 {
 
-// Everything the world does to the library, handed in together. Owns nothing: whoever makes the ports keeps
-// them alive as long as anything that was given them.
+// All ports to the outside, handed in together. Owns nothing. Precondition: the ports live longer than
+// anything that uses them.
 struct Ports
 {
     Clock& cClock;

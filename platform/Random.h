@@ -4,7 +4,7 @@
 namespace ravlo
 {
 
-// Chance.
+// Random numbers.
 class Random
 {
 public:

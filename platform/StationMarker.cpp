@@ -27,7 +27,7 @@ bool IsStationInUse(Files& cFiles, const std::wstring& sAppPath)
     }
     catch (const RuntimeError&)
     {
-        return false; // whoever works on the station next is told what is wrong with the folder
+        return false; // the next manager in the folder reports what is wrong with it
     }
 }
 

@@ -6,8 +6,7 @@
 namespace ravlo
 {
 
-// The per-user settings store, keyed by application, section and key. Never throws: settings are a
-// convenience, and what cannot be read is the default.
+// The per-user settings store. Never throws: what cannot be read has its default.
 class UserSettings
 {
 public:

@@ -9,12 +9,12 @@
 namespace ravlo
 {
 
-// Finds cuts by artist and title together, without regard to case. A cut with neither is in no pair. The cuts
-// are not owned; a cut must be taken out before its artist or title changes.
+// Finds cuts by artist and title together, without regard to case. A cut with neither is not found. Does
+// not own the cuts. Precondition: a cut is removed before its artist or title changes.
 class ArtistTitleIndex
 {
 public:
-    // May throw bad_alloc, then nothing has changed.
+    // Changes nothing when it throws bad_alloc.
     void Add(StoreCut& cCut);
     void Remove(const StoreCut& cCut) noexcept;
     void Clear() noexcept { m_cuts.clear(); }
@@ -24,7 +24,7 @@ public:
     StoreCut* Find(const std::wstring& sArtist, const std::wstring& sTitle) const noexcept;
 
 private:
-    // By hash alone: the texts stand in the cuts already.
+    // By hash alone: the cuts have the texts.
     std::unordered_multimap<std::size_t, StoreCut*> m_cuts;
 };
 

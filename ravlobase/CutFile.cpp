@@ -2,8 +2,8 @@
 #include "ravlobase/CutFile.h"
 
 #include "base/CaseFolding.h"
+#include "base/RuntimeError.h"
 #include "ravlobase/CutFileOpening.h"
-#include "ravlobase/StoreErrors.h"
 
 #include <algorithm>
 #include <limits>
@@ -35,7 +35,7 @@ public:
     }
 
 private:
-    std::unordered_map<std::wstring_view, TextKey> m_texts; // each view is of the text beside it
+    std::unordered_map<std::wstring_view, TextKey> m_texts; // each view is of its value's text
 };
 
 // One changeable value of a cut and its column.
@@ -178,7 +178,7 @@ bool SameValues(const CutValues& left, const CutValues& right) noexcept
 }
 
 CutFile::CutFile(const std::wstring& sFile, std::vector<StoredCut>& colCuts)
-    : m_cConnection(ReadyPath(sFile), sFile, sqlite::Connection::Mode::eExisting)
+    : m_cConnection(ReadyPath(sFile), sFile, sqlite::Connection::Mode::Existing)
 {
     CheckUnread(m_cConnection, sFile);
     try

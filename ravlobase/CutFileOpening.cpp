@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "ravlobase/CutFileOpening.h"
 
+#include "base/RuntimeError.h"
 #include "base/Utf8.h"
 #include "ravlobase/DiskRoom.h"
 #include "ravlobase/FilePath.h"
-#include "ravlobase/StoreErrors.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -106,7 +106,7 @@ std::string SqlitePath(const std::filesystem::path& cPath)
 
 void WriteEmptyDatabase(const std::filesystem::path& cTemporary, const std::wstring& sFile)
 {
-    sqlite::Connection cConnection(SqlitePath(cTemporary), sFile, sqlite::Connection::Mode::eCreate);
+    sqlite::Connection cConnection(SqlitePath(cTemporary), sFile, sqlite::Connection::Mode::Create);
     cConnection.Run("PRAGMA synchronous = FULL");
     sqlite::Transaction cTransaction(cConnection);
     cConnection.Run(("PRAGMA application_id = " + std::to_string(lApplicationID)).c_str());

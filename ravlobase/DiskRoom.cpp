@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ravlobase/DiskRoom.h"
 
-#include "ravlobase/StoreErrors.h"
+#include "base/RuntimeError.h"
 
 #include <sqlite3.h>
 

@@ -7,8 +7,8 @@
 namespace ravlo
 {
 
-// A path as the platform takes it. Throws RuntimeError 52 for a text that can name no file: an empty one, one
-// with a NUL or with half a surrogate pair.
+// A path as the platform needs it. Throws RuntimeError 52 for a text that can name no file: an empty one, or
+// one with a NUL or half a surrogate pair.
 std::filesystem::path FilePath(const std::wstring& sPath);
 
 // The whole content of a file. 53 when there is none, 75 when it cannot be opened, 57 when reading fails.

@@ -5,7 +5,6 @@
 #include "base/Text.h"
 #include "base/Utf8.h"
 #include "base/csv/CsvReader.h"
-#include "ravlobase/StoreErrors.h"
 
 #include <limits>
 #include <span>
@@ -142,8 +141,8 @@ const Column* ColumnNamed(std::wstring_view sName)
 
 std::wstring ReasonOf(CsvFault eFault)
 {
-    return eFault == CsvFault::eStrayQuote ? L"a quotation mark stands where none may stand"
-                                           : L"a quotation mark is never closed";
+    return eFault == CsvFault::StrayQuote ? L"a quotation mark stands where none may stand"
+                                          : L"a quotation mark is never closed";
 }
 
 class LibraryReader : public CsvSink

@@ -32,19 +32,18 @@ struct LibraryRow
     std::optional<DateTime> dtLastPlayed;
 };
 
-// What ReadLibraryCsv hands out, in file order; the line of a row is the first one it stands on.
+// Receives the rows of ReadLibraryCsv, in file order. The line of a row is its first one.
 class LibraryCsvSink
 {
 public:
     virtual ~LibraryCsvSink() = default;
     virtual void OnCut(LibraryRow row) = 0;
-    // A row that cannot be used, and why, as a person can be told.
+    // A row that cannot be used, and the reason for people.
     virtual void OnReject(std::size_t line, const std::wstring& sReason) = 0;
 };
 
-// Reads a library CSV (docs/formats/library-csv.md) from its bytes. No two cuts handed out have the same
-// path: the first row of a path counts. Throws RuntimeError 321 when the header line is unusable; no row has
-// been handed out then.
+// Reads a library CSV (docs/formats/library-csv.md) from its bytes. Each path comes only once: its first row
+// counts. Throws RuntimeError 321 when the header line is unusable, before any row.
 void ReadLibraryCsv(std::string_view bytes, LibraryCsvSink& cSink);
 
 } // namespace ravlo

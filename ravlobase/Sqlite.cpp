@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ravlobase/Sqlite.h"
 
+#include "base/RuntimeError.h"
 #include "base/Utf8.h"
-#include "ravlobase/StoreErrors.h"
 
 #include <algorithm>
 #include <utility>
@@ -13,8 +13,8 @@ namespace ravlo::sqlite
 namespace
 {
 
-// How long a write waits for another program's write to end. A play on air must not hold up the programme,
-// and whoever reports it keeps it and tries again; an ordinary write of another program is over by then.
+// How long a write waits for another program's write to end. A play on air must not delay the programme, and
+// its reporter keeps it for a retry; an ordinary write of another program has ended by then.
 constexpr int lOnAirmS = 250;
 constexpr int lCommandmS = 5000; // longer than an import of a large library takes to write
 
@@ -67,13 +67,13 @@ Connection::Connection(const std::string& sPath, std::wstring sShown, Mode eMode
     : m_sShown(std::move(sShown))
 {
     sqlite3* pHandle = nullptr;
-    const int lFlags = SQLITE_OPEN_READWRITE | (eMode == Mode::eCreate ? SQLITE_OPEN_CREATE : 0);
+    const int lFlags = SQLITE_OPEN_READWRITE | (eMode == Mode::Create ? SQLITE_OPEN_CREATE : 0);
     const int lCode = sqlite3_open_v2(sPath.c_str(), &pHandle, lFlags, nullptr);
     m_pHandle.reset(pHandle);
     Check(lCode);
     sqlite3_extended_result_codes(pHandle, 1);
     sqlite3_busy_timeout(pHandle, lOnAirmS);
-    // The file may come from anywhere: nothing it holds is to run.
+    // The file may come from anywhere: nothing in it may run.
     sqlite3_db_config(pHandle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(pHandle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
     sqlite3_db_config(pHandle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
@@ -226,7 +226,7 @@ Transaction::Transaction(Connection& cConnection, Wait eWait)
     : m_cConnection(cConnection), m_bOutermost(!cConnection.InTransaction())
 {
     // Only the beginning waits: it takes the write lock.
-    sqlite3_busy_timeout(cConnection.Handle(), eWait == Wait::eCommand ? lCommandmS : lOnAirmS);
+    sqlite3_busy_timeout(cConnection.Handle(), eWait == Wait::Command ? lCommandmS : lOnAirmS);
     cConnection.Run(m_bOutermost ? "BEGIN IMMEDIATE" : "SAVEPOINT step");
     m_bOpen = true;
 }
@@ -245,7 +245,7 @@ void Transaction::Commit()
 
 void Transaction::Undo() noexcept
 {
-    // A failing undo is passed over: the file undoes what was never committed when it is next opened.
+    // A failing undo is ignored: SQLite undoes what was not committed when the file is next opened.
     sqlite3_exec(m_cConnection.Handle(), m_bOutermost ? "ROLLBACK" : "ROLLBACK TO step; RELEASE step",
                  nullptr, nullptr, nullptr);
 }

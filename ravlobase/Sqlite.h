@@ -18,37 +18,37 @@ namespace ravlo::sqlite
 class Connection
 {
 public:
-    // Opens an existing file for reading and writing, or makes a new one. Nothing is written before the first
-    // statement. Takes the path as UTF-8; sShown is the name for error texts.
+    // Opens an existing file for reading and writing, or creates one. Writes nothing before the first
+    // statement. sPath is UTF-8; sShown is the name for error texts.
     enum class Mode
     {
-        eExisting,
-        eCreate,
+        Existing,
+        Create,
     };
     Connection(const std::string& sPath, std::wstring sShown, Mode eMode);
 
-    // Runs statements that give no rows.
+    // Runs statements that return no rows.
     void Run(const char* sSql);
-    // The first column of the first row. The statement must give one.
+    // The first column of the first row. Precondition: the statement returns one.
     std::int64_t Number(const char* sSql);
     std::wstring Text(const char* sSql);
 
-    // The file itself, without a lock, a journal or a page of it being touched: its size, and its first bytes
-    // (fewer when it is shorter).
+    // The size of the file itself, and its first bytes (fewer when it is shorter), without touching a lock, a
+    // journal or a page.
     std::int64_t RawSize();
     std::string RawHead(std::size_t count);
-    // What the write-ahead log says to a reader that begins now; nothing without one. It is SQLite's own
-    // index of the log, which other programs may be changing: two equal answers around a look at the file
-    // belong to it.
+    // What the write-ahead log says to a reader that begins now; nothing without a log. This is SQLite's own
+    // index of the log, which other programs may be changing: it belongs to the state of the file that was
+    // read between two equal answers.
     struct Log
     {
         std::uint32_t lChange; // counts the commits
-        std::uint32_t lFrames; // 0: the log has no part in what the file says
+        std::uint32_t lFrames; // 0: the log contains nothing that counts
         std::uint32_t lPages;  // the size of the database in pages, as of the log's last commit
         bool operator==(const Log&) const = default;
     };
     std::optional<Log> WriteAheadLog();
-    // While set, closing leaves a write-ahead log as it is instead of moving it into the file.
+    // While set, closing keeps a write-ahead log instead of moving it into the file.
     void KeepLogOnClose(bool bKeep);
 
     sqlite3* Handle() const noexcept { return m_pHandle.get(); }
@@ -56,7 +56,7 @@ public:
     std::int64_t LastRowID() const noexcept { return sqlite3_last_insert_rowid(m_pHandle.get()); }
     std::int64_t ChangedRows() const noexcept { return sqlite3_changes(m_pHandle.get()); }
 
-    // Throws what a result code says to a host.
+    // Throws the error that a result code means to a host.
     [[noreturn]] void Fail(int lCode) const;
     void Check(int lCode) const;
 
@@ -70,7 +70,7 @@ private:
     std::unique_ptr<sqlite3, Closer> m_pHandle;
 };
 
-// A prepared statement, to be run any number of times.
+// A prepared statement, which can run any number of times.
 class Statement
 {
 public:
@@ -84,7 +84,7 @@ public:
     Statement& Bind(int lAt, double dValue);
     Statement& Bind(int lAt, std::wstring_view sValue);
 
-    // True: a row is at hand. False: done, and ready to be run again.
+    // True: there is a row. False: done, and ready to run again.
     bool Step();
     // Runs it to its end.
     void Run();
@@ -105,19 +105,18 @@ private:
     std::unique_ptr<sqlite3_stmt, Finalizer> m_pStatement;
 };
 
-// All or nothing: what is written between construction and Commit, even inside another transaction. Without
-// Commit it is undone. The outermost one takes the file's write lock at once: error 70 when another program
-// holds it.
+// All or nothing: without Commit, what was written since construction is undone, also inside another
+// transaction. The outermost one takes the file's write lock at once: error 70 when another program has it.
 class Transaction
 {
 public:
     // How long the outermost one waits for another program's write to end.
     enum class Wait
     {
-        eOnAir,   // a quarter of a second: the caller may be on air and tries again later
-        eCommand, // five seconds: somebody asked for work that takes seconds itself
+        OnAir,   // a quarter of a second: the caller may be on air and retries later
+        Command, // five seconds: the work itself takes seconds
     };
-    explicit Transaction(Connection& cConnection, Wait eWait = Wait::eOnAir);
+    explicit Transaction(Connection& cConnection, Wait eWait = Wait::OnAir);
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
     ~Transaction();

@@ -2,8 +2,8 @@
 // The file, property changes, gathered plays and batches.
 #include "ravlobase/Store.h"
 
+#include "base/RuntimeError.h"
 #include "ravlobase/CutFile.h"
-#include "ravlobase/StoreErrors.h"
 
 #include <utility>
 

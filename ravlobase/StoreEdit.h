@@ -27,7 +27,7 @@ public:
     void NeedNewKeys(const StoreContent& cContent) const;
 
     // Does not touch the file when there is nothing to write.
-    void WriteTo(CutFile& cFile, sqlite::Transaction::Wait eWait = sqlite::Transaction::Wait::eOnAir);
+    void WriteTo(CutFile& cFile, sqlite::Transaction::Wait eWait = sqlite::Transaction::Wait::OnAir);
 
     struct Done
     {

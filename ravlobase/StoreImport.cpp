@@ -116,7 +116,7 @@ std::int32_t Store::ImportCsv(const std::wstring& sFile)
             NeedOpenAndNoBatch(); // again: a listener may have closed it
             StoreEdit edit;
             Apply(edit, cRows.colRows);
-            edit.WriteTo(*m_pFile, sqlite::Transaction::Wait::eCommand);
+            edit.WriteTo(*m_pFile, sqlite::Transaction::Wait::Command);
             done = edit.TakeInto(m_cContent, *this);
             report.lAdded = LongCount(done.colAdded.size());
             report.lChanged = LongCount(done.colModified.size());

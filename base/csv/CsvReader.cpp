@@ -55,7 +55,7 @@ private:
         m_bInRow = false;
     }
 
-    // True when a bad row was met and reading has to go on after its first line.
+    // True after a bad row: reading has to continue after its first line.
     bool ReadToEnd()
     {
         while (m_at < m_bytes.size())
@@ -71,7 +71,7 @@ private:
             RethrowFromSink();
             if (lDone != sLine.size())
             {
-                return Reject(CsvFault::eStrayQuote);
+                return Reject(CsvFault::StrayQuote);
             }
             m_bInRow =
                 !m_bRowEnded && (m_bInRow || sLine.find_first_not_of("\r\n") != std::string_view::npos);
@@ -80,7 +80,7 @@ private:
         }
         const bool bWhole = csv_fini(&m_parser, &OnField, &OnRowEnd, this) == 0;
         RethrowFromSink();
-        return !bWhole && Reject(CsvFault::eUnterminatedQuote);
+        return !bWhole && Reject(CsvFault::UnterminatedQuote);
     }
 
     bool Reject(CsvFault eFault)

@@ -9,31 +9,29 @@
 namespace ravlo
 {
 
-// Why a row of a CSV file could not be taken apart.
+// Why a row of a CSV file cannot be parsed.
 enum class CsvFault
 {
-    eStrayQuote,        // a quotation mark inside an unquoted field, or text after a closing one
-    eUnterminatedQuote, // the file ends inside a quoted field
+    StrayQuote,        // a quotation mark inside an unquoted field, or text after a closing one
+    UnterminatedQuote, // the file ends inside a quoted field
 };
 
-// What ReadCsv hands out, row by row in file order. Lines count from 1; a row's line is the first one it
-// stands on.
+// Receives the rows of ReadCsv, in file order. Lines count from 1; the line of a row is its first one.
 class CsvSink
 {
 public:
     virtual ~CsvSink() = default;
-    // The fields without their quotation marks, otherwise byte for byte. They hold for the length of the
-    // call.
+    // The fields without their quotation marks, otherwise byte for byte. Valid during the call.
     virtual void OnRow(std::size_t line, std::span<const std::string> fields) = 0;
     virtual void OnBadRow(std::size_t line, CsvFault eFault) = 0;
 };
 
-// Takes RFC 4180 bytes apart: fields between commas, quoted ones with "" for a quotation mark. A line ends
-// with CRLF, LF or CR; empty lines are no rows. Any bytes will do. A bad row costs only itself: reading goes
-// on with the line after the one it began on. What the sink throws comes through.
+// Parses RFC 4180: fields between commas, quoted ones with "" for a quotation mark. A line ends
+// with CRLF, LF or CR; empty lines are no rows. Takes any bytes. After a bad row, reading
+// continues with the line after its first one. What the sink throws is thrown on.
 void ReadCsv(std::string_view bytes, CsvSink& cSink);
 
-// The number of lines, whatever stands on them; a line end at the end of the file begins no further line.
+// The number of lines. A line end at the end of the file begins no further line.
 std::size_t CountLines(std::string_view bytes) noexcept;
 
 } // namespace ravlo

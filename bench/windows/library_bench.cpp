@@ -3,8 +3,7 @@
 // one constant text; and its tree with n categories, beside a bare tree view. Prints a table and exits with 1
 // when a ratio is above its limit.
 #include "bench/Radio.h"
-#include "platform/windows/WindowsHostLoop.h"
-#include "platform/windows/WindowsMessages.h"
+#include "platform/windows/WindowsPorts.h"
 #include "scheduler/clsSchedMan.h"
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Window.h"

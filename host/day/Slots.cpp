@@ -53,7 +53,7 @@ public:
 
     void OnBadRow(std::size_t lLine, CsvFault eFault) override
     {
-        throw HostError(Where(m_sName, lLine) + (eFault == CsvFault::eStrayQuote
+        throw HostError(Where(m_sName, lLine) + (eFault == CsvFault::StrayQuote
                                                      ? L"a quotation mark stands where none may"
                                                      : L"a quotation mark is never closed"));
     }

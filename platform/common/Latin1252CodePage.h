@@ -6,10 +6,9 @@
 namespace ravlo
 {
 
-// Windows-1252, the western ANSI code page, where the system has none of its own. What it lacks becomes '?';
-// a character beyond the Basic Multilingual Plane becomes "??", since it is two units where the system knows
-// code pages. The five bytes without a character stand for the control characters of the same number, as they
-// do there.
+// Windows-1252, the western ANSI code page, for systems without code pages. A character that it lacks becomes
+// '?', and one beyond the Basic Multilingual Plane "??", since it is two units on Windows. The five bytes
+// without a character mean the control characters of the same number, also as on Windows.
 class Latin1252CodePage final : public CodePage
 {
 public:

@@ -8,7 +8,7 @@
 namespace ravlo
 {
 
-// Chance for a station on air: seeded from the timer from the start, and again on each Randomize.
+// Random numbers for a station on air: seeded from the timer, at first and on each Randomize.
 class MersenneRandom final : public Random
 {
 public:

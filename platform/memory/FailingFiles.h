@@ -12,7 +12,7 @@ namespace ravlo
 // Files whose n-th step fails. Steps are: creating a folder, appending, renaming, deleting, holding open (one
 // each), and for WriteNew creating the file, writing to it and flushing it. A failing create changes nothing,
 // a failing write leaves the first half of the bytes, a failing flush leaves them all; each throws. Reading,
-// listing and looking whether something exists are steps on demand; a failing look is Unknown.
+// listing and checking existence are steps on demand; a failing check is Unknown.
 //
 // A fault loop runs an operation with 0, 1, 2 ... good steps until bFailed stays false.
 class FailingFiles final : public Files
@@ -36,7 +36,7 @@ public:
     std::unique_ptr<HeldFile> HoldOpen(const std::wstring& sPath) override;
     std::wstring LibraryFolder() const override { return m_cInner.LibraryFolder(); }
 
-    // Counts anew: the step after that many fails.
+    // Starts counting again: the step after that many fails.
     void Arm(int lGoodSteps)
     {
         m_lGoodSteps = lGoodSteps;
@@ -45,7 +45,7 @@ public:
 
     // Whether reading a file and listing a folder are steps too.
     bool bCountReads = false;
-    // Whether looking is.
+    // Whether checking existence is one.
     bool bCountLooks = false;
     // Whether every step after the failing one fails as well, as on a disk that is full.
     bool bStaysBroken = false;

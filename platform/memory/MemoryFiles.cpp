@@ -48,7 +48,7 @@ bool LiesIn(const std::wstring& sPath, const std::wstring& sFolder)
 
 } // namespace
 
-// The name is taken off what is held at the end, wherever the files are by then.
+// Removes its name from the set at the end, even after the files themselves are gone.
 class MemoryFiles::Held final : public HeldFile
 {
 public:

@@ -16,10 +16,10 @@
 namespace ravlo
 {
 
-// A file system in memory that behaves as the host's: names are found without regard to case and keep the
-// spelling they were made with, a folder must exist before anything is put into it, and a name with one of <
-// > : " | ? * or a control character, or a device's, cannot be made (52). The folders "" (the current one),
-// "C:" and the library's own are there from the start.
+// A file system in memory that behaves like the host's: names are found without regard to case and keep their
+// first spelling, files need an existing folder, and a name with one of < > : " | ? * or a control character,
+// or a device's, is refused (52). The folders "" (the current one), "C:" and the library's own exist at
+// first.
 class MemoryFiles final : public Files
 {
 public:
@@ -39,37 +39,37 @@ public:
     std::unique_ptr<HeldFile> HoldOpen(const std::wstring& sPath) override;
     std::wstring LibraryFolder() const override { return m_sLibraryFolder; }
 
-    // What follows is for tests. None of it is recorded, and no mark stands in its way.
+    // What follows is for tests. It is not recorded, and no mark stops it.
 
-    // Sets a file's content, making the folders it needs.
+    // Sets a file's content; creates its folders.
     void Put(const std::wstring& sPath, std::string_view bytes);
     // A file's content; 53 when it is not there.
     const std::string& Get(const std::wstring& sPath) const;
-    // Makes a folder with all its parents; nothing happens when it is there.
+    // Creates a folder and its parents, as far as they are missing.
     void MakeFolders(const std::wstring& sPath);
-    // The paths of all files as they are spelled, in the order of their folded paths.
+    // The paths of all files in their spelling, in the order of their folded paths.
     std::vector<std::wstring> Paths() const;
     void SetLibraryFolder(const std::wstring& sPath);
 
     // A read-only file can be read, but not written, replaced or deleted (75); nothing can be made in a
     // read-only folder.
     void SetReadOnly(const std::wstring& sPath, bool bReadOnly = true);
-    // Reading the file throws the number; 0 takes the mark off. The mark stays with the path.
+    // Makes reading the file throw the number; 0 removes the mark. The mark belongs to the path.
     void SetUnreadable(const std::wstring& sPath, std::int32_t lError);
 
-    // The drive of a path is away: what lies there, and the path itself, looks Unknown, and everything asked
-    // of it throws the number. 0 brings it back as it was.
+    // Takes the drive of a path away: the path and everything in it are Unknown, and every operation throws
+    // the number. 0 brings it back unchanged.
     void SetAway(const std::wstring& sPath, std::int32_t lError = error::PathNotFound);
-    // Another program has the file open for that many attempts at reading or replacing it, each of which
-    // throws 70 or, with patience, is followed by the next one; no time passes. Negative: for ever.
+    // Another program has the file open during that many attempts to read or replace it. Each throws 70 or,
+    // with patience, is followed by the next one; no time passes. Negative: always.
     void SetLocked(const std::wstring& sPath, int lAttempts);
-    // The attempts at reading or replacing that file so far, successful or not.
+    // How many attempts to read or replace that file there were, successful or not.
     int AttemptsOn(const std::wstring& sPath) const;
-    // How long ago the file was written; writing it makes it new again.
+    // Sets how long ago the file was written; writing it makes it new again.
     void SetAge(const std::wstring& sPath, std::chrono::seconds lAge);
 
-    // The reads and changes asked for since the last clearing, failed ones included, each as the operation's
-    // name, a blank and its path, e.g. "WriteNew C:\Radio\Jazz.sif"; "Rename <from> -> <to>".
+    // The reads and changes since the last clearing, failed ones included, each as the operation's name, a
+    // blank and its path, e.g. "WriteNew C:\Radio\Jazz.sif"; "Rename <from> -> <to>".
     const std::vector<std::wstring>& Operations() const { return m_sOperations; }
     void ClearOperations() { m_sOperations.clear(); }
 
@@ -84,8 +84,7 @@ private:
 
     File& Existing(const std::wstring& sPath);
     const File& Existing(const std::wstring& sPath) const;
-    // The file of that path, made if it is missing; throws what a host's file system would say against
-    // writing to it.
+    // The file of that path, created if missing. Throws what the host's file system would throw.
     File& Writable(const std::wstring& sPath);
     void RequirePlaceFor(const std::wstring& sPath) const;
     void RequireChangeable(const std::wstring& sPath) const;
@@ -93,7 +92,7 @@ private:
     void RequireFree(const std::wstring& sPath, Patience ePatience) const;
     bool IsFile(const std::wstring& sPath) const;
     bool IsFolder(const std::wstring& sPath) const;
-    // The error of a path whose drive is away; 0 for a drive that is there.
+    // The error of a path whose drive is away; 0 for any other.
     std::int32_t AwayError(const std::wstring& sPath) const;
 
     std::map<std::wstring, File> m_files;           // by folded path

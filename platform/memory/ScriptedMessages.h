@@ -28,14 +28,14 @@ struct ShownInput
 {
     std::wstring sTitle;
     std::wstring sPrompt;
-    std::wstring sText = {}; // that was there to start from
+    std::wstring sText = {}; // at first
 
     friend bool operator==(const ShownInput&, const ShownInput&) = default;
 };
 void PrintTo(const ShownInput& input, std::ostream* pStream);
 
-// A person whose answers are written down beforehand. Yes/No boxes and inputs each take the next answer of
-// their own queue, or the default when it is empty.
+// A person with prepared answers. Yes/No boxes and inputs each take the next answer of their queue, or the
+// default when it is empty.
 class ScriptedMessages final : public Messages
 {
 public:

@@ -5,7 +5,7 @@
 #include "base/RuntimeError.h"
 #include "base/Text.h"
 #include "base/Utf8.h"
-#include "platform/posix/PosixText.h"
+#include "platform/posix/PosixFiles.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -55,7 +55,7 @@ std::wstring Unescaped(std::wstring_view sText)
                 lCode = lCode * 16 + static_cast<unsigned>(digit);
             }
         }
-        // A backslash that somebody typed by hand stands for itself.
+        // A backslash that somebody typed by hand means itself.
         sPlain += digits == 4 ? static_cast<wchar_t>(lCode) : sText.front();
         sText.remove_prefix(digits == 4 ? 5 : 1);
     }
@@ -117,7 +117,7 @@ bool IniUserSettings::Set(const std::wstring& sApplication, const std::wstring& 
     }
     catch (const RuntimeError&)
     {
-        return false; // the caller is told; settings are no reason to stop
+        return false; // settings are no reason to stop
     }
 }
 

@@ -15,13 +15,12 @@ namespace ravlo
 //     key=value
 //
 // Backslash, line breaks and other control characters, and in sections and keys also = [ ] and ;, are written
-// as
-// "\xxxx" with their four hexadecimal digits. Sections and keys are found without regard to case. Lines that
-// are none of these are dropped at the next change. The file is replaced in one step.
+// as "\xxxx" with their four hexadecimal digits. Sections and keys are found without regard to case. Any
+// other lines are removed at the next change. The file is replaced in one step.
 class IniUserSettings final : public UserSettings
 {
 public:
-    // The folder and its parents are made when the first setting is stored.
+    // Creates the folder and its parents when the first setting is stored.
     IniUserSettings(Files& cFiles, std::wstring sFolder);
 
     // The user's own configuration folder: $XDG_CONFIG_HOME, or .config in the home folder.

@@ -2,8 +2,9 @@
 #include "platform/posix/PosixFiles.h"
 
 #include "base/RuntimeError.h"
-#include "platform/posix/PosixText.h"
+#include "base/Utf8.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -253,6 +254,8 @@ void FlushFolder(const std::string& sNative)
     ::close(lDescriptor);
 }
 
+bool IsCharacter(std::uint32_t lCode) { return lCode <= 0x10FFFF && (lCode < 0xD800 || lCode > 0xDFFF); }
+
 } // namespace
 
 Presence PosixFiles::PresenceOf(const std::wstring& sPath) const { return PresenceAs(Kind::File, sPath); }
@@ -361,6 +364,24 @@ std::wstring PosixFiles::LibraryFolder() const
     if (lLength < 0)
         Fail("/proc/self/exe");
     return HostPathOf(FolderOf(std::string(aPath, static_cast<std::size_t>(lLength))));
+}
+
+std::string NativePathOf(const std::wstring& sPath)
+{
+    if (sPath.empty() || std::any_of(sPath.begin(), sPath.end(), [](wchar_t c) {
+            return c == 0 || !IsCharacter(static_cast<std::uint32_t>(c));
+        }))
+        throw RuntimeError(error::BadFileName);
+    std::string bytes = Utf8Of(sPath);
+    std::replace(bytes.begin(), bytes.end(), '\\', '/');
+    return bytes;
+}
+
+std::wstring HostPathOf(std::string_view bytes)
+{
+    std::wstring sPath = TextFromStore(bytes);
+    std::replace(sPath.begin(), sPath.end(), L'/', L'\\');
+    return sPath;
 }
 
 } // namespace ravlo

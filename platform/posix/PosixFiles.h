@@ -3,12 +3,15 @@
 
 #include "platform/Files.h"
 
+#include <string>
+#include <string_view>
+
 namespace ravlo
 {
 
-// The files of a POSIX system. Backslashes in paths stand for slashes; names are UTF-8 and found as they are
-// spelled. What WriteNew wrote and what Rename renamed is on the disk when they return. No program locks
-// others out here, so there is nothing to be patient with; HoldOpen keeps out only who asks with it.
+// The files of a POSIX system. Backslashes in paths mean slashes; names are UTF-8 and case-sensitive.
+// WriteNew and Rename have flushed to the disk when they return. Programs do not lock each other out here, so
+// patience changes nothing, and HoldOpen keeps out only other calls of HoldOpen.
 class PosixFiles final : public Files
 {
 public:
@@ -25,5 +28,10 @@ public:
     std::unique_ptr<HeldFile> HoldOpen(const std::wstring& sPath) override;
     std::wstring LibraryFolder() const override;
 };
+
+// Convert between a host's paths (backslashes) and this system's (slashes, UTF-8). Throws 52 for a path that
+// this system cannot express: an empty one, or one with a NUL or half a surrogate pair.
+std::string NativePathOf(const std::wstring& sPath);
+std::wstring HostPathOf(std::string_view bytes);
 
 } // namespace ravlo

@@ -6,14 +6,37 @@
 #include "platform/common/MersenneRandom.h"
 #include "platform/posix/IniUserSettings.h"
 #include "platform/posix/PosixFiles.h"
-#include "platform/posix/PosixHostLoop.h"
-#include "platform/posix/StandardMessages.h"
-#include "platform/posix/SystemClock.h"
 
 namespace ravlo
 {
 
-// Everything a program on a POSIX system hands to the library.
+// The system's clock, in local time to the millisecond.
+class SystemClock final : public Clock
+{
+public:
+    DateTime Now() const override;
+    std::uint32_t TickCount() const override;
+};
+
+// For a program without windows: there are no messages to process.
+class PosixHostLoop final : public HostLoop
+{
+public:
+    void PumpMessages() override {}
+    void Sleep(std::uint32_t lMilliseconds) override;
+};
+
+// For a program without windows: prints boxes to the standard error output; nobody answers.
+class StandardMessages final : public Messages
+{
+public:
+    BoxAnswer Box(BoxIcon eIcon, BoxButtons eButtons, const std::wstring& sTitle,
+                  const std::wstring& sText) override;
+    std::optional<std::wstring> Input(const std::wstring& sTitle, const std::wstring& sPrompt,
+                                      const std::wstring& sText = {}) override;
+};
+
+// The ports of a program on a POSIX system.
 struct PosixPorts
 {
     PosixPorts() = default;

@@ -49,7 +49,7 @@ void CentreDialog(HWND hDialog, HWND hOwner) noexcept
 namespace
 {
 
-// What the title takes with everything beside it in the title bar.
+// The width of the title and everything next to it in the title bar.
 LONG WidthForTitle(HWND hBox) noexcept
 {
     wchar_t sTitle[512] = L"";

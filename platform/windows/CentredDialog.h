@@ -6,17 +6,17 @@
 namespace ravlo
 {
 
-// Moves a dialog to the middle of its owner, or of the screen without one, and whole onto the owner's
+// Moves a dialog to the middle of its owner, or of the screen without one, and completely onto the owner's
 // monitor.
 void CentreDialog(HWND hDialog, HWND hOwner) noexcept;
 
-// Makes a message box as wide as its title needs, up to the screen's width; its buttons keep their place in
-// the middle or at the right. The system makes it as wide as its text alone.
+// Makes a message box as wide as its title needs, up to the screen's width; its buttons stay in the middle or
+// at the right. The system considers only its text.
 void FitToTitle(HWND hBox) noexcept;
 
-// While it lives, the next dialog of this thread that comes up before that owner, or without one, is made
-// wide enough for its title and stands in the middle of the owner. For the system's own boxes, which would
-// stand in the middle of the screen.
+// While it lives, the next dialog of this thread with that owner, or without one, is made wide enough for its
+// title and centred on the owner. Use it for the system's own boxes, which appear in the middle of the
+// screen.
 class CentredOnOwner
 {
 public:
@@ -29,9 +29,9 @@ private:
     static LRESULT CALLBACK OnHook(int lCode, WPARAM wParam, LPARAM lParam) noexcept;
 
     HWND m_hOwner;
-    bool m_bPending = true; // the dialog has not come up yet
+    bool m_bPending = true; // the dialog has not appeared yet
     HHOOK m_hHook = nullptr;
-    CentredOnOwner* m_pBefore; // boxes may be stacked: a timer of the host opens another one
+    CentredOnOwner* m_pBefore; // boxes may be nested: a timer of the host opens another one
 };
 
 } // namespace ravlo

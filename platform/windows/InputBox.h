@@ -9,9 +9,8 @@ namespace ravlo
 {
 
 // Asks for one line of text in a modal dialog that is centred on its owner (or on the screen without one):
-// the prompt, wrapped and as high as it needs to be, an edit field with sText, all of it marked, OK (Enter)
-// and Cancel (Esc). The prompt is the edit field's accessible name. Nothing when it was cancelled or could
-// not be shown.
+// the prompt, wrapped, an edit field with sText selected, OK (Enter) and Cancel (Esc). The prompt is the edit
+// field's accessible name. Nothing when it was cancelled or could not be shown.
 std::optional<std::wstring> ShowInputBox(HWND hOwner, const std::wstring& sTitle, const std::wstring& sPrompt,
                                          const std::wstring& sText = {});
 

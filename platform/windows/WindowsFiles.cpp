@@ -84,7 +84,7 @@ public:
         while (!bytes.empty())
         {
             OVERLAPPED end{};
-            end.Offset = end.OffsetHigh = 0xFFFFFFFF; // the end of the file, whoever writes beside
+            end.Offset = end.OffsetHigh = 0xFFFFFFFF; // the end of the file, even while others write
             DWORD lWritten = 0;
             const auto lWanted = static_cast<DWORD>(std::min(bytes.size(), block));
             if (!::WriteFile(m_hFile, bytes.data(), lWanted, &lWritten, &end))
@@ -187,7 +187,7 @@ void CopyPermissions(const std::wstring& sFrom, const std::wstring& sTo)
     SECURITY_DESCRIPTOR_CONTROL control = 0;
     DWORD lRevision = 0;
     if (::GetSecurityDescriptorControl(descriptor.data(), &control, &lRevision) &&
-        (control & SE_DACL_AUTO_INHERITED) != 0) // what came from the folder goes on following the folder
+        (control & SE_DACL_AUTO_INHERITED) != 0) // inherited rights stay inherited
         ::SetSecurityDescriptorControl(descriptor.data(), SE_DACL_AUTO_INHERIT_REQ, SE_DACL_AUTO_INHERIT_REQ);
     ::SetFileSecurityW(sTo.c_str(), DACL_SECURITY_INFORMATION, descriptor.data());
 }
@@ -256,7 +256,7 @@ std::string WindowsFiles::ReadAll(const std::wstring& sPath, Patience ePatience)
 
 void WindowsFiles::WriteNew(const std::wstring& sPath, std::string_view bytes)
 {
-    // Opened and emptied, not created anew: that would fail on a hidden file.
+    // Opened and emptied, not created again: that would fail on a hidden file.
     OpenFile cFile(sPath, GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS);
     if (!cFile.CutOffAt(0))
         Fail();

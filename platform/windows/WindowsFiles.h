@@ -7,7 +7,7 @@ namespace ravlo
 {
 
 // The files of Windows. Paths may be longer than the classic 260 characters. A name with a colon (a stream of
-// another file) or of a device is no file's: looked at it is not there, otherwise it raises 52.
+// another file) or of a device is not a file's: it is Absent, and every other operation raises 52.
 class WindowsFiles final : public Files
 {
 public:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/windows/WindowsMessages.h"
+#include "platform/windows/WindowsPorts.h"
 
 #include "platform/windows/CentredDialog.h"
 #include "platform/windows/InputBox.h"

@@ -25,7 +25,7 @@ TEST(CaseFolding, FoldsByTheUpperCaseTableOfTheBasicPlane)
         int lTo;
     } aCases[] = {
         {0x00E4, 0x00C4}, // a with diaeresis
-        {0x00F7, 0x00F7}, // the division sign stands between letters
+        {0x00F7, 0x00F7}, // the division sign is between letters
         {0x00FE, 0x00DE}, // the last letter of its run
         {0x00FF, 0x0178}, // y with diaeresis leaves Latin-1
         {0x00B5, 0x039C}, // micro sign

@@ -300,7 +300,7 @@ TEST(OrderedKeyedCollection, IteratorsGoAnywhere)
     EXPECT_EQ(*std::find(cCollection.begin(), cCollection.end(), L"b"), L"b");
 }
 
-// Looks at the collection it stands in when it is destroyed.
+// Looks at its collection when it is destroyed.
 struct Watcher
 {
     explicit Watcher(std::function<void()> onEndIn) : onEnd(std::move(onEndIn)) {}

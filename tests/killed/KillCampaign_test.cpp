@@ -28,7 +28,7 @@ namespace
 using Chance = std::mt19937;
 using Microseconds = std::chrono::microseconds;
 
-// ---- what a host does; each takes its choices from the chance alone, so that it can be done twice alike
+// ---- what a host does; its choices come only from the seed, so that it can be repeated
 
 std::shared_ptr<clsCat> AnyMainCat(const Host& host, Chance& cChance)
 {
@@ -205,7 +205,7 @@ constexpr Work works[] = {
 
 // ---- the comparison
 
-// Whether the cuts that both know stand in the same order among each other.
+// Whether the cuts that both contain have the same order.
 bool AgreeInOrder(Keys colLeft, Keys colRight)
 {
     const auto isIn = [](const Keys& colKeys) {

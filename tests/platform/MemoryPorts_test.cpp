@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The parts of the world in memory: clock, host loop, boxes, chance.
+// The small ports in memory: clock, host loop, boxes, random numbers.
 #include "platform/memory/MemoryPorts.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@ namespace ravlo
 namespace
 {
 
-TEST(MemoryClock, StandsStillUntilItIsAdvanced)
+TEST(MemoryClock, MovesOnlyOnRequest)
 {
     MemoryClock cClock;
     EXPECT_EQ(IsoText(cClock.Now()), L"2024-03-01T12:00:00");
@@ -71,7 +71,7 @@ TEST(MemoryHostLoop, AHookMayReplaceItself)
     EXPECT_EQ(lCalls, 1);
 }
 
-TEST(MemoryPorts, SleepingLetsTheClocksTimePass)
+TEST(MemoryPorts, SleepingAdvancesTheClock)
 {
     MemoryPorts cPorts;
     const Ports ports = cPorts.Ports();

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: MIT
-// What every implementation of the small ports must do alike: user settings, code page, clock, chance.
+// What every implementation of the small ports must do: user settings, code page, clock, random numbers.
 #include "platform/TempFolder.h"
 #include "platform/common/Latin1252CodePage.h"
 #include "platform/common/MersenneRandom.h"
-#include "platform/memory/MemoryUserSettings.h"
-#include "platform/memory/SeededRandom.h"
+#include "platform/memory/MemoryPorts.h"
 #ifdef _WIN32
-#include "platform/windows/RegistryUserSettings.h"
-#include "platform/windows/SystemCodePage.h"
 #include "platform/windows/WindowsPorts.h"
 
 #include <windows.h>

@@ -7,8 +7,7 @@
 #include "platform/memory/MemoryFiles.h"
 #include "platform/posix/IniUserSettings.h"
 #include "platform/posix/PosixFiles.h"
-#include "platform/posix/PosixText.h"
-#include "platform/posix/StandardMessages.h"
+#include "platform/posix/PosixPorts.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>

@@ -25,7 +25,7 @@ std::filesystem::path NativeOf(std::wstring sPath)
 
 TempFolder::TempFolder()
 {
-    std::random_device cChance; // tests run beside each other, in several processes
+    std::random_device cChance; // several test processes run at the same time
     std::filesystem::path cPath;
     do
         cPath = std::filesystem::temp_directory_path() / (L"ravlo-test-" + std::to_wstring(cChance()));
@@ -36,7 +36,7 @@ TempFolder::TempFolder()
 
 TempFolder::~TempFolder()
 {
-    std::error_code cIgnored; // what is left behind lies in a place that is cleaned anyway
+    std::error_code cIgnored; // what is left is in a place that is cleaned anyway
     std::filesystem::remove_all(NativeOf(m_sPath), cIgnored);
 }
 

@@ -7,8 +7,7 @@
 #include "platform/TempFolder.h"
 #include "platform/windows/InputBox.h"
 #include "platform/windows/WindowsFiles.h"
-#include "platform/windows/WindowsHostLoop.h"
-#include "platform/windows/WindowsMessages.h"
+#include "platform/windows/WindowsPorts.h"
 
 #include <atomic>
 #include <functional>

@@ -103,7 +103,7 @@ private:
 
 // --- files that are refused
 
-// An opened file is refused with error 321 and keeps every byte, as do the files beside it.
+// An opened file is refused with error 321 and keeps every byte, as do the files next to it.
 class RefusedFileTest : public StoreFileTest
 {
 protected:
@@ -123,7 +123,7 @@ protected:
     }
     void Run(const char* sSql) const
     {
-        sqlite::Connection(m_cFolder.Path("small.rdb").string(), L"", sqlite::Connection::Mode::eExisting)
+        sqlite::Connection(m_cFolder.Path("small.rdb").string(), L"", sqlite::Connection::Mode::Existing)
             .Run(sSql);
     }
     void Write(const std::string& bytes) const { m_cFolder.WithBytes("small.rdb", bytes); }
@@ -142,7 +142,7 @@ TEST_F(RefusedFileTest, NoDatabase)
 
 TEST_F(RefusedFileTest, DatabaseAndLogOfAnotherProgram)
 {
-    sqlite::Connection cOther(m_cFolder.Path("other.db").string(), L"", sqlite::Connection::Mode::eCreate);
+    sqlite::Connection cOther(m_cFolder.Path("other.db").string(), L"", sqlite::Connection::Mode::Create);
     cOther.Run("PRAGMA journal_mode = WAL; CREATE TABLE cuts(id INTEGER); INSERT INTO cuts VALUES(1)");
     ASSERT_FALSE(BytesOf(m_cFolder.File("other.db-wal")).empty());
     ExpectRefused(m_cFolder.File("other.db"), L"belongs to another program");
@@ -242,7 +242,7 @@ TEST_F(RefusedFileTest, LogOfADamagedDatabase)
 {
     {
         sqlite::Connection cOther(m_cFolder.Path("small.rdb").string(), L"",
-                                  sqlite::Connection::Mode::eExisting);
+                                  sqlite::Connection::Mode::Existing);
         cOther.Run("UPDATE cuts SET cut_key = '' WHERE id = 1");
         std::filesystem::copy(m_cFolder.Path("small.rdb"), m_cFolder.Path("copy.rdb"));
         std::filesystem::copy(m_cFolder.Path("small.rdb-wal"), m_cFolder.Path("copy.rdb-wal"));
@@ -496,8 +496,8 @@ TEST(StoreFile, AFailureThatEndsABatchUndoesAllOfItAndRefusesTheRest)
     EXPECT_EQ(ContentOf(sFile), ContentOf(cStore));
 }
 
-// The shared memory beside an open database is mapped, not written: where the disk has no byte free, a system
-// may hand out the mapping all the same and end the program at its first touch.
+// The shared memory of an open database is mapped, not written. On a full disk a system may still grant the
+// mapping and end the program at its first use.
 TEST_F(StoreFileTest, AFullDiskIsNoticedBeforeMemoryIsMapped)
 {
     const auto bytes = BytesOf(m_sFile);

@@ -5,7 +5,6 @@
 #include "base/Text.h"
 #include "ravlobase/FilePath.h"
 #include "ravlobase/Store.h"
-#include "ravlobase/StoreErrors.h"
 
 #include <gtest/gtest.h>
 

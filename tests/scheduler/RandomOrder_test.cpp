@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/RandomOrder.h"
 
-#include "platform/memory/SeededRandom.h"
+#include "platform/memory/MemoryPorts.h"
 #include "support/SyncTest.h"
 
 #include <algorithm>

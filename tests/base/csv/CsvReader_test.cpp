@@ -29,7 +29,7 @@ public:
     }
     void OnBadRow(std::size_t line, CsvFault eFault) override
     {
-        sLines += std::to_string(line) + (eFault == CsvFault::eStrayQuote ? "!stray " : "!open ");
+        sLines += std::to_string(line) + (eFault == CsvFault::StrayQuote ? "!stray " : "!open ");
         colNumbers.push_back(line);
     }
     std::string sLines;

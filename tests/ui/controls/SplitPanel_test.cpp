@@ -2,7 +2,7 @@
 #include "ui/controls/SplitPanelPresenter.h"
 
 #include "base/RuntimeError.h"
-#include "platform/memory/MemoryUserSettings.h"
+#include "platform/memory/MemoryPorts.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/controls/windows/SplitPanelWindow.h"
 
-#include "platform/memory/MemoryUserSettings.h"
+#include "platform/memory/MemoryPorts.h"
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Dpi.h"
 #include "ui/controls/windows/ModalLoop.h"

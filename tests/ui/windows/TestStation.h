@@ -2,8 +2,7 @@
 #pragma once
 
 #include "platform/memory/MemoryPorts.h"
-#include "platform/windows/WindowsHostLoop.h"
-#include "platform/windows/WindowsMessages.h"
+#include "platform/windows/WindowsPorts.h"
 #include "scheduler/clsSchedMan.h"
 #include "support/FakeDataBase.h"
 #include "ui/controls/windows/Controls.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/memory/MemoryUserSettings.h"
+#include "platform/memory/MemoryPorts.h"
 
 #include "base/CaseFolding.h"
 
@@ -15,6 +15,37 @@ std::wstring PathOf(const std::wstring& sApplication, const std::wstring& sSecti
 }
 
 } // namespace
+
+DateTime MemoryClock::Now() const { return m_dtStart + static_cast<double>(m_passed) / 86'400'000.0; }
+
+void MemoryClock::SetNow(DateTime dtNow)
+{
+    m_dtStart = dtNow;
+    m_passed = 0;
+}
+
+void MemoryClock::Advance(std::uint32_t lMilliseconds)
+{
+    m_passed += lMilliseconds;
+    m_lTickCount += lMilliseconds;
+}
+
+void MemoryHostLoop::PumpMessages()
+{
+    ++lPumps;
+    if (const auto hook = OnPump)
+        hook();
+}
+
+void MemoryHostLoop::Sleep(std::uint32_t lMilliseconds)
+{
+    ++lSleeps;
+    sleptmS += lMilliseconds;
+    if (m_cClock)
+        m_cClock->Advance(lMilliseconds);
+    if (const auto hook = OnSleep)
+        hook(lMilliseconds);
+}
 
 std::wstring MemoryUserSettings::Get(const std::wstring& sApplication, const std::wstring& sSection,
                                      const std::wstring& sKey, const std::wstring& sDefault) const
