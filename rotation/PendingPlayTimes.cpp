@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "rotation/PendingPlayTimes.h"
 
+#include "base/ScopedFlag.h"
 #include "modscheduler/ModScheduler.h"
 
 #include <utility>
@@ -91,12 +92,7 @@ std::optional<RuntimeError> PendingPlayTimes::WriteAll(const DataBase& cDataBase
     std::optional<RuntimeError> cRefusal;
     if (m_bWriting || Count() == 0)
         return cRefusal;
-    struct Writing
-    {
-        bool& bFlag;
-        explicit Writing(bool& b) : bFlag(b) { bFlag = true; }
-        ~Writing() { bFlag = false; }
-    } const cWriting(m_bWriting);
+    const ScopedFlag cWriting(m_bWriting);
 
     std::vector<TextKey> colKeys;
     colKeys.reserve(m_colPending.Count());

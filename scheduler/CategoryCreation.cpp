@@ -148,7 +148,7 @@ void CategoryCreation::Create(const std::wstring& sName)
         throw RuntimeError(error::KeyAlreadyExists);
     m_cState.cCategoryList.Created(sName);
     cMainCat->AddSubCat(std::make_shared<clsCat>(m_cState.cMod, sName, 1));
-    m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.sAppPath);
+    m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.AppPath());
     if (m_cState.Contains(cMainCat)) // an error's box has given the host the time to reload
         m_cState.cHistoryFiles.Save(cMainCat);
     m_cState.RetrySaves();

@@ -234,7 +234,7 @@ bool CategoryEditing::DeleteMainCat(CutChanges& cChanges, const std::shared_ptr<
     m_cState.colMainCats->Remove(CategoryKey(cMainCat->CatName(), 0));
     m_cState.cCategoryList.Deleted(cMainCat->CatName());
     const bool bFileGone = DeleteFile(cMainCat->CatName());
-    return m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.sAppPath) && bFileGone;
+    return m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.AppPath()) && bFileGone;
 }
 
 bool CategoryEditing::DeleteFile(const std::wstring& sCatName)

@@ -148,7 +148,7 @@ ChangeRecord CutChanges::Finish(const Ending& ending)
         EndGuards();
     const auto IsMain = [](const ChangeRecord::Category& category) { return category.lLevel == 0; };
     if (ending.save && std::any_of(m_record.colMade.begin(), m_record.colMade.end(), IsMain))
-        m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.sAppPath);
+        m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.AppPath());
     std::exception_ptr cFailure;
     try
     {

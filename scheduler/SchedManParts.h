@@ -62,7 +62,7 @@ struct clsSchedMan::Parts : SchedulerState
     std::shared_ptr<NameCollection> colIllegalChars;
     CategoryCreation cCreation;
     CategoryEditing cEditing;
-    std::unique_ptr<HeldFile> cMark;                // of sAppPath; null when another program marks it
+    std::unique_ptr<HeldFile> cMark;                // of AppPath(); null when another program marks it
     std::shared_ptr<ravlo::DataBase> cNextDataBase; // while a tree is built: the one it is built from
     Cuts colPlayed;                                 // copies, for the next database
     bool bPopulating = false;

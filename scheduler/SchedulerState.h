@@ -77,10 +77,12 @@ struct SchedulerState
         if (const std::shared_ptr<CatCollection> colCats = colMainCats)
             cHistoryFiles.RetryDue(*colCats);
     }
-    // The tree in use has been read from this application path: its files are saved there.
+    // The application path under which the tree's files are saved, wherever another population may have moved
+    // the library since. Empty before the first population.
+    const std::wstring& AppPath() const noexcept { return cHistoryFiles.AppPath(); }
+    // The tree in use was read from this application path: its files are saved there.
     void Serve(const std::wstring& sPath)
     {
-        sAppPath = sPath;
         cHistoryFiles.Serve(sPath);
         cCategoryList.Serve();
     }
@@ -97,9 +99,6 @@ struct SchedulerState
     SchedulerWindows* cWindows = nullptr;
     std::shared_ptr<ravlo::DataBase> cDataBase;
     std::shared_ptr<CatCollection> colMainCats; // null before the first population
-    // Of the tree: under which its files are saved, wherever another population may have moved the library
-    // since. Empty before the first population.
-    std::wstring sAppPath;
     PlacedCuts cPlacedCuts;
     std::uint64_t populations =
         0; // completed ones: a loop that pumps sees by it that the tree is another one

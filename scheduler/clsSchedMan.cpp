@@ -27,11 +27,11 @@ clsSchedMan::~clsSchedMan()
         my.WritePendingPlayTimes();
         if (!my.colMainCats)
             return;
-        my.cCategoryList.SaveChangedCatNames(*my.colMainCats, my.sAppPath);
+        my.cCategoryList.SaveChangedCatNames(*my.colMainCats, my.AppPath());
         my.cHistoryFiles.RetryAll(*my.colMainCats);
         // The settings are the library's: when another manager has moved it to another folder since, they are
         // that one's.
-        if (EqualIgnoringCase(my.sAppPath, my.cMod.ServedPath()))
+        if (EqualIgnoringCase(my.AppPath(), my.cMod.ServedPath()))
             my.cMod.SaveSettings();
     }
     catch (...)
@@ -87,7 +87,7 @@ bool clsSchedMan::SaveCatNames()
 {
     Parts& my = *m_cParts;
     const Call cCall(*this);
-    return my.cCategoryList.SaveCatNames(my.colMainCats.get(), my.sAppPath);
+    return my.cCategoryList.SaveCatNames(my.colMainCats.get(), my.AppPath());
 }
 
 bool clsSchedMan::SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat)

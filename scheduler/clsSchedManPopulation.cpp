@@ -2,6 +2,7 @@
 // How a manager comes to its tree.
 
 #include "base/CaseFolding.h"
+#include "base/ScopedFlag.h"
 #include "scheduler/CarriedOrders.h"
 #include "scheduler/Population.h"
 #include "scheduler/SchedManParts.h"
@@ -46,17 +47,12 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
                               PlacedCuts& cPlacedCuts)
 {
     Parts& my = *m_cParts;
-    struct Populating
-    {
-        bool& bFlag;
-        explicit Populating(bool& b) : bFlag(b) { bFlag = true; }
-        ~Populating() { bFlag = false; }
-    } const cPopulating(my.bPopulating);
+    const ScopedFlag cPopulating(my.bPopulating);
     // The files are about to be read again: they must hold the newest orders.
     if (const std::shared_ptr<CatCollection> colPresent = my.colMainCats)
     {
         my.cHistoryFiles.SavePending(*colPresent);
-        my.cCategoryList.SaveBeforeReading(*colPresent, my.sAppPath);
+        my.cCategoryList.SaveBeforeReading(*colPresent, my.AppPath());
     }
     // Remembered: another manager may move the library while messages are pumped.
     FolderMove cMove(my.cMod, strAppPath);
@@ -71,12 +67,12 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
         return false;
     }
     DeleteOldTemporaryFiles(my.cMod.Ports().cFiles, sAppPath);
-    const bool bSameFolder = EqualIgnoringCase(sAppPath, my.sAppPath);
+    const bool bSameFolder = EqualIgnoringCase(sAppPath, my.AppPath());
     const bool bMarked = bSameFolder && my.cMark;
     if (const std::shared_ptr<CatCollection> colPresent = my.colMainCats;
         colPresent && !bSameFolder && my.cCategoryList.IsUnsaved(*colPresent))
         my.cCategoryList.SaveCatNames(colPresent.get(),
-                                      my.sAppPath); // the last occasion: shown when it fails
+                                      my.AppPath()); // the last occasion: shown when it fails
     std::unique_ptr<HeldFile> cMark = bMarked ? nullptr : MarkStationOrLog(my.cMod, sAppPath);
     std::shared_ptr<CatCollection> colNew = BuildTree(cDataBase, cPopulation, sAppPath, bSameFolder);
     // From here on nobody else runs before the new tree is in use.

@@ -17,7 +17,6 @@ protected:
     {
         cMod.StoreAppPath(sRadio);
         cPorts.cFiles.MakeFolders(std::wstring(sRadio) + L"Scheduler\\History_and_Ordering");
-        cState.sAppPath = sRadio;
         cState.cHistoryFiles.Serve(sRadio);
         cState.cDataBase = cDataBase;
         cState.colMainCats = std::make_shared<CatCollection>();
