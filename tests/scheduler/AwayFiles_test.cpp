@@ -25,18 +25,7 @@ protected:
         cLib.cSchedMan->SetRotatesAllowed(true);
     }
 
-    void Pick()
-    {
-        std::shared_ptr<clsCat> cMainCat;
-        std::shared_ptr<clsCat> cSubCat;
-        std::wstring sMainCatKey;
-        cLib.cSchedMan->NextCutFromRotation(L"Rock\t1", false, nullptr, cMainCat, cSubCat, sMainCatKey);
-    }
-    void End()
-    {
-        cLib.cSchedMan->SetEvents(nullptr);
-        cLib.cSchedMan.reset();
-    }
+    void Pick() { cLib.Pick(L"Rock\t1"); }
     std::string Get(const std::wstring& sPath) const
     {
         return cPorts.cFiles.FileExists(sPath) ? cPorts.cFiles.Get(sPath) : "none";
@@ -55,7 +44,7 @@ TEST_F(AwayFilesTest, AFolderAwayAtTheStartIsNotOverwrittenLater)
     cPorts.cFiles.SetAway(L"C:\\Radio\\Scheduler", 0);
     Pick();
     Level(L"Rock", 1)->Rules(); // asked for when the file is there again
-    End();
+    cLib.End();
     EXPECT_EQ(Get(SifPath(L"Rock") + L".bak"), order) << "kept before the pick's save";
     EXPECT_EQ(Get(SifPath(L"Rock")), SifCut("r2", 1) + SifCut("r3", 1) + SifCut("r1", 1));
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul") << "the category without cuts is kept in the list";
@@ -78,7 +67,7 @@ TEST_F(AwayFilesTest, ADriveThatLooksEmptyAtTheStartIsNotOverwrittenEither)
         cPorts.cFiles.Put(sPath, bytes);
     Pick();
     EXPECT_EQ(Get(SifPath(L"Rock") + L".bak"), order);
-    End();
+    cLib.End();
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul");
     EXPECT_EQ(Get(sListBak), "\r\nRock\r\nSoul") << "kept before it was written, with its own names";
     EXPECT_EQ(Get(sSettingsPath), "10\r\n20\r\n30\r\n") << "no setter has run";
@@ -187,10 +176,7 @@ protected:
         cDay.Populate();
         if (!cDay.cSchedMan->colMainCats())
             return;
-        std::shared_ptr<clsCat> cMainCat;
-        std::shared_ptr<clsCat> cSubCat;
-        std::wstring sMainCatKey;
-        cDay.cSchedMan->NextCutFromRotation(L"Rock\t1", false, nullptr, cMainCat, cSubCat, sMainCatKey);
+        cDay.Pick(L"Rock\t1");
         cDay.Level(L"Rock", 1)->Rules()->SetTitleSepMins(9);
         cDay.cMod.SetGlobalTitleSepMins(8);
         std::wstring sName = L"Jazz";
@@ -242,18 +228,14 @@ class SharedListTest : public AwayFilesTest
 {
 protected:
     SharedListTest() { cLib.Populate(); }
-    void Restart()
-    {
-        cLib.Restart();
-        cLib.cSchedMan->SetRotatesAllowed(true);
-    }
+    bool Create(std::wstring sName) { return cLib.cSchedMan->CreateMainCat(sName); }
 };
 
 TEST_F(SharedListTest, AListThatDidNotChangeHereIsNotWrittenAtTheEnd)
 {
     cPorts.cFiles.Put(sMainCatsPath, "\r\nRock\r\nSoul\r\nX");
     cPorts.cFiles.ClearOperations();
-    End();
+    cLib.End();
     for (const std::wstring& sOperation : cPorts.cFiles.Operations())
         EXPECT_EQ(sOperation.find(L"MainCats.txt"), std::wstring::npos) << testing::PrintToString(sOperation);
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul\r\nX");
@@ -262,19 +244,17 @@ TEST_F(SharedListTest, AListThatDidNotChangeHereIsNotWrittenAtTheEnd)
 TEST_F(SharedListTest, NamesAddedByAnotherProgramAreMerged)
 {
     cPorts.cFiles.Put(sMainCatsPath, "\r\nRock\r\nX\r\nSoul");
-    std::wstring sName = L"Jazz";
-    ASSERT_TRUE(cLib.cSchedMan->CreateMainCat(sName));
+    ASSERT_TRUE(Create(L"Jazz"));
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul\r\nJazz\r\nX");
     EXPECT_TRUE(cLib.cSchedMan->SaveCatNames());
-    End();
+    cLib.End();
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul\r\nJazz\r\nX") << "and stay";
 }
 
 TEST_F(SharedListTest, ANameRemovedByAnotherProgramStaysRemoved)
 {
     cPorts.cFiles.Put(sMainCatsPath, "\r\nRock");
-    std::wstring sName = L"Jazz";
-    ASSERT_TRUE(cLib.cSchedMan->CreateMainCat(sName));
+    ASSERT_TRUE(Create(L"Jazz"));
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nJazz");
     EXPECT_TRUE(cLib.cSchedMan->SaveCatNames());
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nJazz") << "also with the next save";
@@ -298,10 +278,9 @@ TEST_F(SharedListTest, ARemovedNameThatIsCreatedAgainIsSaved)
     cPorts.cFiles.Put(sMainCatsPath, "\r\nRock");
     ASSERT_TRUE(cLib.cSchedMan->SaveCatNames());
     ASSERT_TRUE(cLib.cSchedMan->DeleteCats({MainCat(L"Soul")}));
-    std::wstring sName = L"Soul";
-    ASSERT_TRUE(cLib.cSchedMan->CreateMainCat(sName));
+    ASSERT_TRUE(Create(L"Soul"));
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul");
-    Restart();
+    cLib.Restart();
     EXPECT_NE(MainCat(L"Soul"), nullptr);
 }
 
@@ -312,8 +291,7 @@ TEST_F(SharedListTest, ARemovedNameThatIsDeletedAndCreatedIsSaved)
         EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Soul")}));
         cPorts.cFiles.Put(sMainCatsPath, "\r\nRock");
         cPorts.cFiles.SetReadOnly(sMainCatsPath, false);
-        std::wstring sName = L"Soul";
-        EXPECT_TRUE(cLib.cSchedMan->CreateMainCat(sName));
+        EXPECT_TRUE(Create(L"Soul"));
         EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nSoul");
     };
     recreate(); // removed after the deletion
@@ -328,8 +306,8 @@ TEST_F(SharedListTest, CategoriesWhoseListCouldNotBeSavedSurviveAReload)
     for (const bool bFree : {false, true}) // while it is locked, or when it is free again
     {
         cPorts.cFiles.SetReadOnly(sMainCatsPath);
-        std::wstring sName = bFree ? L"Jazz" : L"Blues";
-        EXPECT_TRUE(cLib.cSchedMan->CreateMainCat(sName));
+        const std::wstring sName = bFree ? L"Jazz" : L"Blues";
+        EXPECT_TRUE(Create(sName));
         if (!bFree)
         {
             EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Soul")}));
@@ -343,15 +321,14 @@ TEST_F(SharedListTest, CategoriesWhoseListCouldNotBeSavedSurviveAReload)
         EXPECT_NE(Level(sName, 1), nullptr);
     }
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nBlues\r\nJazz");
-    Restart();
+    cLib.Restart();
     EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"Blues", L"Jazz"}));
 }
 
 TEST_F(SharedListTest, AListThatAMoveCannotSaveIsShown)
 {
     cPorts.cFiles.SetReadOnly(sMainCatsPath);
-    std::wstring sName = L"Jazz";
-    EXPECT_TRUE(cLib.cSchedMan->CreateMainCat(sName));
+    EXPECT_TRUE(Create(L"Jazz"));
     boxes.clear();
     cPorts.cFiles.MakeFolders(L"C:\\Other");
     cLib.Populate(L"C:\\Other");
@@ -374,7 +351,7 @@ TEST_F(SharedListTest, TheSettingsOfAFolderSpelledOtherwiseAreSavedAtTheEnd)
     auto cOther = std::make_shared<clsSchedMan>(cLib.cMod);
     cOther->PopulateFromDataBase(cLib.cDataBase, L"c:\\RADIO");
     cPorts.cFiles.Delete(sSettingsPath);
-    End();
+    cLib.End();
     EXPECT_EQ(Get(sSettingsPath), "10\r\n20\r\n30\r\n");
 }
 
@@ -425,12 +402,12 @@ TEST_F(SharedListTest, ACategoryThatLeftTheDatabaseIsComplainedOfOnce)
 {
     for (const std::shared_ptr<Cut>& cCut : Cuts(cLib.cDataBase->colCuts))
         cCut->SetCategoryText(L"Soul");
-    Restart();
+    cLib.Restart();
     EXPECT_EQ(boxes, Boxes{CriticalBox(L"BUT DIDNT", L"Was expecting to find: Rock 1")});
     EXPECT_FALSE(cLib.cSchedMan->SaveHistoryAndOrdering(nullptr)) << "Rock has no record";
     EXPECT_EQ(Get(SifPath(L"Rock") + L".bak"), order);
     boxes.clear();
-    Restart();
+    cLib.Restart();
     EXPECT_EQ(boxes, Boxes());
 }
 

@@ -41,19 +41,6 @@ public:
                 colOrders[sName + L" " + cSubCat->CatID()] = Order(sName, cSubCat->CatLevel());
         return colOrders;
     }
-
-    using StationTest::Add;
-    using StationTest::Added;
-    using StationTest::boxes;
-    using StationTest::cLib;
-    using StationTest::cPorts;
-    using StationTest::File;
-    using StationTest::Forget;
-    using StationTest::Level;
-    using StationTest::MainCat;
-    using StationTest::Modified;
-    using StationTest::Removed;
-    using StationTest::Written;
 };
 
 struct Operation
@@ -170,8 +157,7 @@ TEST_P(FailingSavesTest, AreShownOncePerCategoryWhileMemoryAndTheOtherFilesAreWh
         // When the disk can be written again, the manager's end saves all.
         for (const std::wstring& sName : colReadOnly)
             s.ReadOnly(sName, false);
-        s.cLib.cSchedMan->SetEvents(nullptr);
-        s.cLib.cSchedMan.reset();
+        s.cLib.End();
         for (const wchar_t* sName : {L"Rock", L"Pop"})
             EXPECT_EQ(s.File(sName), cGood.File(sName));
     }

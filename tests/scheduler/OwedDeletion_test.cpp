@@ -73,10 +73,7 @@ TEST_F(OwedDeletionTest, APickDeletesTheFile)
     Free();
     cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
     cLib.cSchedMan->SetRotatesAllowed(true);
-    std::shared_ptr<clsCat> cMainCat;
-    std::shared_ptr<clsCat> cSubCat;
-    std::wstring sMainCatKey;
-    cLib.cSchedMan->NextCutFromRotation(L"Pop\t1", false, nullptr, cMainCat, cSubCat, sMainCatKey);
+    cLib.Pick(L"Pop\t1");
     EXPECT_EQ(File(L"Rock"), "none");
     EXPECT_EQ(File(L"Pop"), SifCut("p2", 1) + SifCut("p1", 1));
 }

@@ -31,31 +31,11 @@ public:
     }
     void TestBody() override {}
 
-    void Pick(const std::wstring& sKey)
-    {
-        std::shared_ptr<clsCat> cMainCat;
-        std::shared_ptr<clsCat> cSubCat;
-        std::wstring sMainCatKey;
-        cLib.cSchedMan->NextCutFromRotation(sKey, false, nullptr, cMainCat, cSubCat, sMainCatKey);
-    }
+    void Pick(const std::wstring& sKey) { cLib.Pick(sKey); }
     Cuts CutsOfPop() const
     {
         return {Level(L"Pop", 1)->SchedCuts()->begin(), Level(L"Pop", 1)->SchedCuts()->end()};
     }
-
-    using StationTest::Add;
-    using StationTest::Added;
-    using StationTest::boxes;
-    using StationTest::cLib;
-    using StationTest::cPorts;
-    using StationTest::File;
-    using StationTest::Level;
-    using StationTest::MainCat;
-    using StationTest::Modified;
-    using StationTest::Order;
-    using StationTest::Removed;
-    using StationTest::said;
-    using StationTest::Written;
 };
 
 struct Operation

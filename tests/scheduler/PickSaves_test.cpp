@@ -36,14 +36,7 @@ protected:
             lAll += Attempts(lCat);
         return lAll;
     }
-    void Pick(int lCat, bool bSave = true)
-    {
-        std::shared_ptr<clsCat> cMainCat;
-        std::shared_ptr<clsCat> cSubCat;
-        std::wstring sMainCatKey;
-        cLib.cSchedMan->NextCutFromRotation(Name(lCat) + L"\t1", false, nullptr, cMainCat, cSubCat,
-                                            sMainCatKey, false, bSave);
-    }
+    void Pick(int lCat, bool bSave = true) { cLib.Pick(Name(lCat) + L"\t1", bSave); }
     std::string Saved(int lCat) const
     {
         std::string bytes;
@@ -128,6 +121,21 @@ TEST_F(PickSavesTest, ExplicitSavesRetryALockedFileOnceASecond)
     EXPECT_EQ(Attempts(1), lBefore + 1);
 }
 
+TEST_F(PickSavesTest, ACategoryDeletedDuringItsPickGetsNoFileAgain)
+{
+    const std::shared_ptr<FakeCut> cFirst = std::dynamic_pointer_cast<FakeCut>(cLib.cDataBase->colCuts[0]);
+    bool bDeleted = false;
+    cFirst->OnCall = [&](const std::string&) {
+        if (std::exchange(bDeleted, true))
+            return;
+        EXPECT_TRUE(cLib.cSchedMan->DeleteCats({MainCat(Name(1))}));
+    };
+    Pick(1);
+    cFirst->OnCall = nullptr;
+    EXPECT_TRUE(bDeleted);
+    EXPECT_EQ(File(Name(1)), "none");
+}
+
 TEST_F(PickSavesTest, ACategoryRenamedSinceIsNotRetried)
 {
     Lock(1);
@@ -163,12 +171,9 @@ TEST_F(PickSavesTest, ANameThatCanBeNoFilesNameIsLoggedOnce)
     cOdd->AddCut(cLib.cDataBase->colCuts.back(), bCreated);
     cLib.cSchedMan->colMainCats()->Add(TextKey(CategoryKey(L"A?C", 0)), cOdd);
     Forget();
-    std::shared_ptr<clsCat> cMainCat;
-    std::shared_ptr<clsCat> cSubCat;
-    std::wstring sMainCatKey;
     for (int lPick = 1; lPick <= 5; ++lPick)
     {
-        cLib.cSchedMan->NextCutFromRotation(L"A?C\t1", false, nullptr, cMainCat, cSubCat, sMainCatKey);
+        cLib.Pick(L"A?C\t1");
         cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
         Pick(1);
     }

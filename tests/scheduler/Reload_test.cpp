@@ -34,13 +34,7 @@ protected:
     // The key of the cut that goes on air.
     std::wstring Pick(bool bSave, const std::wstring& sCat = L"Rock")
     {
-        std::shared_ptr<clsCat> cMainCat;
-        std::shared_ptr<clsCat> cSubCat;
-        std::wstring sKey;
-        return cLibrary.cSchedMan
-            ->NextCutFromRotation(sCat + L"\t1", false, nullptr, cMainCat, cSubCat, sKey, false, bSave)
-            ->Key()
-            .Text();
+        return cLibrary.Pick(sCat + L"\t1", bSave);
     }
     // Calls back once, at the first event of that text; Reached tells whether it came.
     void At(const std::wstring& sLine, std::function<void()> action)
@@ -204,8 +198,7 @@ TEST_F(ReloadTest, WhatAMoveCouldNotSaveYieldsToNewerOrders)
     cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
     EXPECT_TRUE(cOther->SaveHistoryAndOrdering(nullptr));
     const std::string newer = cPorts.cFiles.Get(SifPath(L"Rock"));
-    cLibrary.cSchedMan->SetEvents(nullptr);
-    cLibrary.cSchedMan.reset();
+    cLibrary.End();
     EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Rock")), newer);
 }
 

@@ -165,6 +165,23 @@ struct Library
         Populate(sAppPath);
     }
 
+    // Ends this manager without beginning anew.
+    void End()
+    {
+        cSchedMan->SetEvents(nullptr);
+        cSchedMan.reset();
+    }
+    // The key of the cut that plays next from a level, which is named as name, TAB and number.
+    std::wstring Pick(const std::wstring& sSubCatKey, bool bSave = true)
+    {
+        std::shared_ptr<clsCat> cMainCat;
+        std::shared_ptr<clsCat> cSubCat;
+        std::wstring sMainCatKey;
+        const std::shared_ptr<Cut> cNext = cSchedMan->NextCutFromRotation(
+            sSubCatKey, false, nullptr, cMainCat, cSubCat, sMainCatKey, false, bSave);
+        return cNext->Key().Text();
+    }
+
     std::shared_ptr<clsCat> MainCat(const std::wstring& sName) const
     {
         const std::shared_ptr<clsCat>* cFound = cSchedMan->colMainCats()->Find(CategoryKey(sName, 0));

@@ -57,7 +57,7 @@ inline std::wstring CriticalText(std::int32_t lNumber)
 // A populated library whose start is over: what is recorded afterwards is the operation under test.
 class StationTest : public testing::Test
 {
-protected:
+public:
     std::shared_ptr<FakeCut> Add(const std::wstring& sKey, const std::wstring& sCategoryText,
                                  std::int32_t lLevel = 1, std::int32_t lRunTimemS = 180'000)
     {
