@@ -50,10 +50,10 @@ struct RadioStation
 class Program
 {
 public:
-    explicit Program(RadioStation& cState) : cMod(cState.cPorts.Ports())
+    explicit Program(RadioStation& cStation) : cMod(cStation.cPorts.Ports())
     {
-        cState.cPorts.cMessages.Boxes.clear();
-        cSchedMan->PopulateFromDataBase(cState.cDataBase, RadioStation::sFolder);
+        cStation.cPorts.cMessages.Boxes.clear();
+        cSchedMan->PopulateFromDataBase(cStation.cDataBase, RadioStation::sFolder);
         RAVLO_REQUIRE(cSchedMan->colMainCats() != nullptr);
     }
 

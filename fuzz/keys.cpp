@@ -20,15 +20,15 @@ namespace
 // One program serves all inputs: asking changes nothing but the order of a level.
 struct Asked
 {
-    RadioStation cState;
+    RadioStation cStation;
     std::unique_ptr<Program> cProgram;
 
     Asked()
     {
         for (const auto* sName : {L"Pop", L"R&B", L"Talk:7", L"-1"})
             for (std::int32_t lLevel = 1; lLevel < 13; lLevel += 5)
-                cState.cDataBase->Add(std::wstring(sName) + DecimalText(lLevel), sName, lLevel);
-        cProgram = std::make_unique<Program>(cState);
+                cStation.cDataBase->Add(std::wstring(sName) + DecimalText(lLevel), sName, lLevel);
+        cProgram = std::make_unique<Program>(cStation);
         cProgram->cSchedMan->SetRotatesAllowed(true);
     }
 };
@@ -57,7 +57,7 @@ void Show(Asked& asked, const std::wstring& sKey)
     clsSchedMan& cSchedMan = *asked.cProgram->cSchedMan;
     const std::optional<ListedCuts> listed = ListCuts(cSchedMan, sKey);
     RAVLO_REQUIRE(listed.has_value());
-    const std::size_t all = asked.cState.cDataBase->colCuts.size();
+    const std::size_t all = asked.cStation.cDataBase->colCuts.size();
     const std::size_t wanted = listed->bShowingAllAudio ? all
                                : listed->cCatShown ? static_cast<std::size_t>(listed->cCatShown->TotalCuts())
                                                    : 0;
@@ -98,7 +98,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t si
     Pick(asked, sText);
     Show(asked, sText);
     Name(sText);
-    asked.cState.cPorts.cMessages.Boxes.clear();
-    asked.cState.cPorts.cFiles.ClearOperations();
+    asked.cStation.cPorts.cMessages.Boxes.clear();
+    asked.cStation.cPorts.cFiles.ClearOperations();
     return 0;
 }

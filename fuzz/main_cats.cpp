@@ -9,33 +9,33 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t si
     using namespace ravlo::fuzz;
     const std::string bytes(BytesOf(pBytes, size));
     const std::wstring sPath = RadioStation::Path(L"MainCats.txt");
-    RadioStation cState;
+    RadioStation cStation;
     // The code page lacks the last one's letters.
     const std::vector<std::wstring> colOfCuts = {L"Pop", L"R&B", L"\x97F3\x697D"};
     for (const std::wstring& sName : colOfCuts)
-        cState.cDataBase->Add(L"D:\\" + sName + L".mp3", sName, 1);
-    cState.cPorts.cFiles.Put(sPath, bytes);
+        cStation.cDataBase->Add(L"D:\\" + sName + L".mp3", sName, 1);
+    cStation.cPorts.cFiles.Put(sPath, bytes);
 
     std::vector<std::wstring> colNames;
     std::string written;
     {
-        const Program cProgram(cState);
+        const Program cProgram(cStation);
         colNames = cProgram.Names();
         for (const std::wstring& sName : colOfCuts)
             RAVLO_REQUIRE(cProgram.MainCat(sName) != nullptr);
         RAVLO_REQUIRE(cProgram.cSchedMan->SaveCatNames());
-        written = cState.Bytes(sPath);
+        written = cStation.Bytes(sPath);
         RAVLO_REQUIRE(written.size() <= bytes.size() + 20);
-        if (cState.Has(sPath + L".bak"))
-            RAVLO_REQUIRE(cState.Bytes(sPath + L".bak") == bytes);
+        if (cStation.Has(sPath + L".bak"))
+            RAVLO_REQUIRE(cStation.Bytes(sPath + L".bak") == bytes);
     }
     {
-        const Program cProgram(cState);
-        RAVLO_REQUIRE(cState.cPorts.cMessages.Boxes.empty());
+        const Program cProgram(cStation);
+        RAVLO_REQUIRE(cStation.cPorts.cMessages.Boxes.empty());
         RAVLO_REQUIRE(cProgram.Names() == colNames);
         RAVLO_REQUIRE(cProgram.cSchedMan->SaveCatNames());
-        RAVLO_REQUIRE(cState.Bytes(sPath) == written);
+        RAVLO_REQUIRE(cStation.Bytes(sPath) == written);
     }
-    cState.RequireTidy();
+    cStation.RequireTidy();
     return 0;
 }

@@ -42,9 +42,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t si
     const std::string bytes(BytesOf(pBytes, size));
     const bool bWhole = bytes.size() >= clsCatRules::recordSize;
     const std::wstring sPath = RadioStation::Path(std::wstring(L"Rules\\") + sCatID + L".rls");
-    RadioStation cState;
-    cState.cPorts.cFiles.Put(sPath, bytes);
-    ModScheduler cMod(cState.cPorts.Ports());
+    RadioStation cStation;
+    cStation.cPorts.cFiles.Put(sPath, bytes);
+    ModScheduler cMod(cStation.cPorts.Ports());
     cMod.StoreAppPath(RadioStation::sFolder);
 
     Values read{};
@@ -56,9 +56,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t si
     }
     // Released without a change: the same again, in the form it is written in, or kept.
     const std::wstring sKept = sPath + L".bak";
-    const bool bRewritten = cState.Bytes(sPath) != bytes;
-    RAVLO_REQUIRE(!bRewritten || cState.Bytes(sPath).size() == clsCatRules::recordSize);
-    RAVLO_REQUIRE(bWhole || !bRewritten || (cState.Has(sKept) && cState.Bytes(sKept) == bytes));
+    const bool bRewritten = cStation.Bytes(sPath) != bytes;
+    RAVLO_REQUIRE(!bRewritten || cStation.Bytes(sPath).size() == clsCatRules::recordSize);
+    RAVLO_REQUIRE(bWhole || !bRewritten || (cStation.Has(sKept) && cStation.Bytes(sKept) == bytes));
     {
         clsCatRules cRules(cMod);
         cRules.SetCatID(sCatID);
@@ -68,17 +68,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t si
         cRules.SetAlbumSepMins(-8);
         read = ValuesOf(cRules);
         RAVLO_REQUIRE(read.lTitle == 7 && read.lAlbum == 8);
-        RAVLO_REQUIRE(cState.Bytes(sPath).size() == clsCatRules::recordSize);
+        RAVLO_REQUIRE(cStation.Bytes(sPath).size() == clsCatRules::recordSize);
     }
-    const std::string written = cState.Bytes(sPath);
-    cState.cPorts.cMessages.Boxes.clear();
+    const std::string written = cStation.Bytes(sPath);
+    cStation.cPorts.cMessages.Boxes.clear();
     {
         clsCatRules cRules(cMod);
         cRules.SetCatID(sCatID);
         RAVLO_REQUIRE(ValuesOf(cRules) == read);
     }
-    RAVLO_REQUIRE(cState.cPorts.cMessages.Boxes.empty());
-    RAVLO_REQUIRE(cState.Bytes(sPath) == written);
-    cState.RequireTidy();
+    RAVLO_REQUIRE(cStation.cPorts.cMessages.Boxes.empty());
+    RAVLO_REQUIRE(cStation.Bytes(sPath) == written);
+    cStation.RequireTidy();
     return 0;
 }

@@ -66,34 +66,34 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t si
     using namespace ravlo::fuzz;
     const std::string bytes(BytesOf(pBytes, size));
     const std::wstring sPath = RadioStation::SifPath(sCat);
-    RadioStation cState;
+    RadioStation cStation;
     for (const auto& [sKey, lLevel] : CutsOfThePop())
-        cState.cDataBase->Add(sKey, sCat, lLevel);
-    cState.cPorts.cFiles.Put(sPath, bytes);
+        cStation.cDataBase->Add(sKey, sCat, lLevel);
+    cStation.cPorts.cFiles.Put(sPath, bytes);
 
     std::string written;
     {
-        const Program cProgram(cState);
+        const Program cProgram(cStation);
         RequireContents(cProgram, bytes);
         RAVLO_REQUIRE(cProgram.cSchedMan->SaveHistoryAndOrdering(nullptr));
-        written = cState.Bytes(sPath);
+        written = cStation.Bytes(sPath);
         std::size_t records = 0;
         for (const auto& [lLevel, colKeys] : cProgram.Orders(sCat))
             records += colKeys.empty() ? 1 : colKeys.size();
         RAVLO_REQUIRE(written.size() == records * record);
         // What could not be understood as a whole is kept.
         if (bytes.size() % record != 0)
-            RAVLO_REQUIRE(cState.Has(sPath + L".bak"));
-        if (cState.Has(sPath + L".bak"))
-            RAVLO_REQUIRE(cState.Bytes(sPath + L".bak") == bytes);
+            RAVLO_REQUIRE(cStation.Has(sPath + L".bak"));
+        if (cStation.Has(sPath + L".bak"))
+            RAVLO_REQUIRE(cStation.Bytes(sPath + L".bak") == bytes);
     }
     {
-        const Program cProgram(cState);
-        RAVLO_REQUIRE(cState.cPorts.cMessages.Boxes.empty());
+        const Program cProgram(cStation);
+        RAVLO_REQUIRE(cStation.cPorts.cMessages.Boxes.empty());
         RequireContents(cProgram, written);
         RAVLO_REQUIRE(cProgram.cSchedMan->SaveHistoryAndOrdering(nullptr));
-        RAVLO_REQUIRE(cState.Bytes(sPath) == written);
+        RAVLO_REQUIRE(cStation.Bytes(sPath) == written);
     }
-    cState.RequireTidy();
+    cStation.RequireTidy();
     return 0;
 }
