@@ -268,7 +268,7 @@ TEST(OrderedKeyedCollection, MovingTakesEverythingAndLeavesAnEmptyOne)
     EXPECT_TRUE(cFrom.Empty());
 }
 
-TEST(OrderedKeyedCollection, HoldsItemsThatCanOnlyBeMoved)
+TEST(OrderedKeyedCollection, TakesItemsThatCanOnlyBeMoved)
 {
     OrderedKeyedCollection<std::unique_ptr<int>> cCollection;
     cCollection.Add(TextKey(L"a"), std::make_unique<int>(7));

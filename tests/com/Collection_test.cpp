@@ -132,7 +132,7 @@ TEST_F(CollectionTest, ItemsAreRemovedByPositionAndByKey)
     EXPECT_EQ(Items(), Texts{L"c!"});
 }
 
-TEST_F(CollectionTest, ItHoldsValuesAndObjectsOfAnyKind)
+TEST_F(CollectionTest, TakesValuesAndObjectsOfAnyKind)
 {
     const auto cCat = Create<_clsCat>(CLSID_clsCat);
     ASSERT_EQ(Add(Object(cCat), Text(L"cat")), S_OK);

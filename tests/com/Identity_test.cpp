@@ -142,7 +142,7 @@ TEST_F(ComTest, AServerIsUnloadedWhenItsLastObjectIsGone)
     EXPECT_EQ(GetModuleHandleW(L"RavloSched.dll"), nullptr);
 }
 
-TEST_F(ComTest, ACoreObjectHasOneFaceWhileAnyoneHoldsIt)
+TEST_F(ComTest, CoreObjectHasOneFaceWhileReferenced)
 {
     const auto cMain = Create<_clsCat>(CLSID_clsCat);
     const auto cLevel = Create<_clsCat>(CLSID_clsCat);

@@ -29,7 +29,7 @@ template <class Exception> RuntimeError ErrorOf(const Exception& exception)
     }
 }
 
-TEST(OutOfMemory, AnErrorIsToldWithoutMemory)
+TEST(OutOfMemory, ErrorIsReportedWithoutMemory)
 {
     const RuntimeError cFull(error::DiskFull, L"The disk is full, and this text is a long one");
     EXPECT_EQ(ErrorOf(cFull).Number(), error::DiskFull);

@@ -89,7 +89,7 @@ protected:
 
 // ---- values
 
-TEST_F(RulesTest, NewObjectHoldsZeroFalseAndNoKey)
+TEST_F(RulesTest, NewObjectHasZeroFalseAndNoKey)
 {
     const auto cRules = NewRules(L"");
     EXPECT_EQ(ValuesOf(*cRules), Values(0, 0, 0, false));

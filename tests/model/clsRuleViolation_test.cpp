@@ -13,7 +13,7 @@ namespace ravlo::test
 namespace
 {
 
-TEST(RuleViolation, NewRecordHoldsZeroNoRuleAndNoCut)
+TEST(RuleViolation, NewRecordHasZeroNoRuleAndNoCut)
 {
     const clsRuleViolation cViolation;
     for (const float sngMins :

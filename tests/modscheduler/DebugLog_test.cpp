@@ -158,7 +158,7 @@ TEST_F(DebugLogTest, TodaysLinesAreWrittenEvenWhenTomorrowsFileCannotBeDeleted)
     EXPECT_EQ(Log(L"02"), "old");
 }
 
-TEST_F(DebugLogTest, InsideACallLinesAreGatheredAndAppendedTogetherWhenTheOutermostScopeEnds)
+TEST_F(DebugLogTest, LinesOfACallAreAppendedTogetherAtItsEnd)
 {
     {
         const ModScheduler::LogScope cOuter(cMod);

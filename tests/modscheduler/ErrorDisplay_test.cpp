@@ -39,7 +39,7 @@ TEST_F(ErrorDisplayTest, WithoutTheFlagAnErrorIsOnlyLogged)
               (Lines{L"DISPLAYERROR, Here 6 Overflow", L"DISPLAYERROR, There -2147467259 Something else"}));
 }
 
-TEST_F(ErrorDisplayTest, TheCriticalFormShowsNumberAndDescriptionUnderItsTitleAndLogsTheSameText)
+TEST_F(ErrorDisplayTest, CriticalFormShowsAndLogsNumberAndDescription)
 {
     cMod.ShowCriticalError(L"Error in SaveCatNames [cSchedMan]", RuntimeError(61));
     EXPECT_EQ(cPorts.cMessages.Boxes,
@@ -75,7 +75,7 @@ TEST_F(ErrorDisplayTest, ATrappedErrorIsReportedOnceAndGivesTheFailureResult)
               (Lines{L"DISPLAYERROR, Here 70 Permission denied", L"70 Permission denied"}));
 }
 
-TEST_F(ErrorDisplayTest, WhateverIsThrownBecomesAnErrorHostsKnow)
+TEST_F(ErrorDisplayTest, AnythingThrownBecomesAnErrorHostsKnow)
 {
     const auto numberOf = [](auto&& thrown) {
         try

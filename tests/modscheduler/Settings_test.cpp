@@ -140,7 +140,7 @@ TEST_F(SettingsTest, WithoutAnApplicationPathNothingIsReadOrWritten)
     EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
 }
 
-TEST_F(SettingsTest, AnUnreadableFileGivesTheDefaultsAndIsNotOverwrittenUntilASetterRuns)
+TEST_F(SettingsTest, UnreadableFileGivesDefaultsAndStaysUntilASetterRuns)
 {
     cPorts.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
     cPorts.cFiles.SetUnreadable(sFile, 70);

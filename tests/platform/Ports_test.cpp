@@ -284,7 +284,7 @@ TYPED_TEST(RandomContract, FractionsAreAtLeastZeroBelowOneAndSpreadEvenly)
         EXPECT_NEAR(lCount, 10'000, 600); // more than six standard deviations
 }
 
-TEST(MersenneRandom, IsSeededAnewEachTime)
+TEST(MersenneRandom, IsSeededEachTime)
 {
     MersenneRandom cRandom;
     MersenneRandom cOther;

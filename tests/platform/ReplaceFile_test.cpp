@@ -53,7 +53,7 @@ TEST_P(ReplaceFileOn, AFailureLeavesNoFileWhereThereWasNone)
     }
 }
 
-TEST_P(ReplaceFileOn, ReportsTheFirstFailureWhenTheTemporaryFileCannotBeDeletedEither)
+TEST_P(ReplaceFileOn, ReportsTheFirstFailureWhenDeletingFailsToo)
 {
     m_cFiles.WriteNew(In(L"a.sif"), "old");
     FailingFiles cFailing(m_cFiles, 1, error::DiskFull);
@@ -67,7 +67,7 @@ TEST_P(ReplaceFileOn, MissingFolderRaises76)
     EXPECT_EQ(NumberRaisedBy([&] { ReplaceFile(m_cFiles, In(L"Sub\\a.sif"), "x"); }), error::PathNotFound);
 }
 
-TEST(ReplaceFile, TheTemporaryFileIsShortNamedAndStandsBesideTheFile)
+TEST(ReplaceFile, TemporaryFileHasAShortNameInTheSameFolder)
 {
     MemoryFiles cFiles{{L"C:\\Radio\\a.sif", "old"}};
     cFiles.ClearOperations();

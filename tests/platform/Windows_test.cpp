@@ -258,7 +258,7 @@ TEST(InputBox, GrowsWithItsPromptAndKeepsItsControlsApart)
     EXPECT_GE(aHeight[1], aHeight[0] + 60);
 }
 
-TEST(InputBox, DisablesTheOtherWindowsOfTheThreadWhileItIsOpenWithoutAnOwner)
+TEST(InputBox, WithoutAnOwnerDisablesTheThreadsOtherWindows)
 {
     const HWND hOther = ::CreateWindowExW(0, L"STATIC", L"Other", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 50,
                                           50, nullptr, nullptr, nullptr, nullptr);

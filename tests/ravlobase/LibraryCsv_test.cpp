@@ -203,7 +203,7 @@ TEST(LibraryCsv, ARowNeedsAPath)
     ASSERT_EQ(cRows.colRows.size(), 1U);
 }
 
-TEST(LibraryCsv, ThePathIsTakenAsItStands)
+TEST(LibraryCsv, PathIsTakenUnchanged)
 {
     EXPECT_EQ(Read("path\n D:\\x.mp3 \n").colRows.at(0).cPath.Text(), L" D:\\x.mp3 ");
 }
@@ -223,7 +223,7 @@ TEST(LibraryCsv, ARejectedRowDoesNotClaimItsPath)
     EXPECT_EQ(cRows.colRows.size(), 1U);
 }
 
-TEST(LibraryCsv, TheLineOfARowIsTheFirstOneItStandsOn)
+TEST(LibraryCsv, LineOfARowIsItsFirstLine)
 {
     const auto cRows = Read("path,title\n\na,\"one\ntwo\"\nb,\"x\ny\",z\n\"c,d\ne,f\n");
     EXPECT_EQ(cRows.colRejects,

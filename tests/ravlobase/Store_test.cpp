@@ -489,7 +489,7 @@ TEST_F(StoreTest, RemovingNothingRaisesError91AndLeavesTheOthers)
 
 // --- events
 
-TEST_F(StoreTest, AListenerIsToldOnceHoweverOftenItIsAdvised)
+TEST_F(StoreTest, ListenerAdvisedTwiceIsCalledOnce)
 {
     Recorder& cRecorder = Listen();
     m_cStore.Advise(cRecorder);

@@ -99,7 +99,7 @@ TEST_F(PlayHistoryTest, SpellingsThatDifferInCaseAreOneEntry)
         EXPECT_EQ(Last(sSpelling, L"one", L""), (Plays{cSecond, cFirst, nullptr}));
 }
 
-TEST_F(PlayHistoryTest, LaterReportReplacesTheEntryWhateverItsTime)
+TEST_F(PlayHistoryTest, LaterReportReplacesTheEntryWithAnyTime)
 {
     const auto cLater = AddCut(L"a.mp3", L"Ash", L"One", L"Sky");
     const auto cEarlier = AddCut(L"b.mp3", L"Ash", L"Two"); // and no album
@@ -164,7 +164,7 @@ TEST_F(PlayHistoryTest, WhatWasUpdatedBeforeAnErrorStays)
     EXPECT_EQ(Last(L"Ash", L"Sun", L""), none);
 }
 
-TEST_F(PlayHistoryTest, HistoryHoldsARemovedCutWithItsPlayTime)
+TEST_F(PlayHistoryTest, HistoryKeepsARemovedCutWithItsPlayTime)
 {
     auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun");
     Play(*cCut, dtNoon);
@@ -273,7 +273,7 @@ TEST_F(PendingTimesTest, PlayStopsAtTheFirstRefusalOfOthers)
     EXPECT_EQ(lTries, 1);
 }
 
-TEST_F(PendingTimesTest, EachIncidentIsToldAsFirstOnce)
+TEST_F(PendingTimesTest, EachIncidentIsReportedAsFirstOnce)
 {
     const auto cCut = AddCut(1);
     for (int i = 0; i < 2; ++i)

@@ -221,7 +221,7 @@ TEST(ReferenceTest, IsTakenOnce)
     EXPECT_TRUE(cPrev->calls.empty()) << "the host's cut is asked once";
 }
 
-TEST(ReferenceTest, PreviousCutThatCannotBeUsedIsToldOnce)
+TEST(ReferenceTest, UnusablePreviousCutIsReportedOnce)
 {
     const FixedClock cClock;
     for (const char* sMember : {"LastPlayed", "DurationmS", ""})

@@ -260,7 +260,7 @@ TEST_F(SharedListTest, ANameRemovedByAnotherProgramStaysRemoved)
     EXPECT_EQ(Get(sMainCatsPath), "\r\nRock\r\nJazz") << "also with the next save";
 }
 
-TEST_F(SharedListTest, ARemovedNameThatHoldsCutsHereIsWritten)
+TEST_F(SharedListTest, RemovedNameThatContainsCutsHereIsWritten)
 {
     cPorts.cFiles.Put(sMainCatsPath, "\r\nSoul");
     EXPECT_TRUE(cLib.cSchedMan->SaveCatNames());

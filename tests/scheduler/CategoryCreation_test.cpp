@@ -72,7 +72,7 @@ TEST_F(CreateMainCatTest, ANewCategoryHasALevel1AndIsListedAndSaved)
     EXPECT_EQ(inputs, std::vector<ShownInput>());
 }
 
-TEST_F(CreateMainCatTest, TheNameIsTriedAsAFileOfTheLibrarysOwnFolderWhichIsRemovedAgain)
+TEST_F(CreateMainCatTest, NameIsTriedAsAFileOfTheLibrarysFolderAndRemoved)
 {
     EXPECT_EQ(Create(L"Jazz"), L"Jazz");
     const std::wstring sTried = L"C:\\Program Files\\Ravlo\\Jazz.tst";
@@ -199,7 +199,7 @@ TEST_F(CreateMainCatTest, ANameCannotLeaveItsFolder)
                     sPath.starts_with(L"C:\\Radio\\Debugging Logs\\"));
 }
 
-TEST_F(CreateMainCatTest, DotsAreFineWhereverTheyStand)
+TEST_F(CreateMainCatTest, DotsAreFineAnywhere)
 {
     EXPECT_EQ(Create(L"R.E.M."), L"R.E.M.");
     EXPECT_EQ(Create(L".."), L"..");
@@ -258,7 +258,7 @@ TEST_F(CreateMainCatTest, ANameTheListCouldNotBringBackIsRefusedLikeOneThatCanBe
     EXPECT_EQ(boxes, (Boxes{UnableBox(L"\u0420\u043E\u043A")})) << "whether it is handed in or typed";
 }
 
-TEST_F(CreateMainCatTest, ACreatedCategoryIsFoundAgainAfterARestartUnderItsNameWithItsLevels)
+TEST_F(CreateMainCatTest, CreatedCategorySurvivesARestartWithItsLevels)
 {
     const std::wstring sName = L"Caf\u00E9 50\u20AC";
     EXPECT_EQ(Create(sName), sName);

@@ -87,7 +87,7 @@ TEST_F(ShuffleTest, EachLevelIsShuffledInItselfAndItsMainCategorySavedOnce)
     EXPECT_EQ(File(L"Rock"), bytes);
 }
 
-TEST_F(ShuffleTest, AMainCategoryStandsForAllItsLevelsAndALevelListedBesideItIsShuffledOnce)
+TEST_F(ShuffleTest, MainCategoryMeansAllLevelsAndEachIsShuffledOnce)
 {
     cLib.cSchedMan->ShuffleCategories({MainCat(L"Rock")});
     const Keys colRock1 = Order(L"Rock", 1);
@@ -103,7 +103,7 @@ TEST_F(ShuffleTest, AMainCategoryStandsForAllItsLevelsAndALevelListedBesideItIsS
     EXPECT_EQ(cLibrary.Order(L"Rock", 2), colRock2);
 }
 
-TEST_F(ShuffleTest, ItemsKeepTheirKeysAndACollectionAHostHoldsSeesTheNewOrder)
+TEST_F(ShuffleTest, ItemsKeepKeysAndAHostsCollectionSeesTheNewOrder)
 {
     const std::shared_ptr<CutCollection> colHeld = Level(L"Rock", 1)->SchedCuts();
     const std::int64_t total = TotalOf(L"Rock", 1);
@@ -250,7 +250,7 @@ TEST_F(EditingTest, TheLastLevelTakesTheFileWithItAndTheMainCategoryStays)
     EXPECT_EQ(Levels(L"Rock"), Keys()) << "the level does not come back";
 }
 
-TEST_F(EditingTest, AMainCategoryListedAloneGoesWithAllItsLevelsItsFileAndItsNameInTheList)
+TEST_F(EditingTest, DeletedMainCategoryTakesLevelsFileAndListedName)
 {
     const auto cCut = Add(L"a", L"Rock/Pop", 1);
     Add(L"b", L"Rock", 2);
@@ -362,7 +362,7 @@ TEST_F(EditingTest, ACategoryFromBeforeAReloadIsDeletedByItsName)
     EXPECT_EQ(boxes, Boxes());
 }
 
-TEST_F(EditingTest, ACutThatRefusesStaysWithItsLevelTheOthersGoAndItIsReportedOnce)
+TEST_F(EditingTest, CutThatRefusesKeepsItsLevelAndIsReportedOnce)
 {
     const auto cBad = Add(L"bad", L"Rock", 1);
     const auto cGood = Add(L"good", L"Rock", 1);
@@ -565,7 +565,7 @@ TEST_F(BatchTest, ALevelWhoseDeletionTheDatabaseRefusesStays)
     EXPECT_EQ(File(L"Rock").size(), 110 * HistoryFiles::recordSize);
 }
 
-TEST_F(BatchTest, ABatchThatCannotBeBegunIsReportedAndEachChangeStandsForItself)
+TEST_F(BatchTest, BatchThatCannotBeginIsReportedAndChangesGoSingly)
 {
     cBatching->bRefusesBegin = true;
     EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
@@ -679,7 +679,7 @@ TEST_F(MoveCutsTest, WithoutALevelItIsAnError)
     EXPECT_EQ(boxes, colError);
 }
 
-TEST_F(MoveCutsTest, ALevelFromBeforeAReloadStandsForThePresentOneOfItsNameAndNumber)
+TEST_F(MoveCutsTest, LevelFromBeforeAReloadMeansThePresentOne)
 {
     const std::shared_ptr<clsCat> cOld = Level(L"Rock", 1);
     cLib.Populate();

@@ -63,7 +63,7 @@ const ShownBox duplicateBox =
 
 // ---- writing
 
-TEST_F(CategoryListTest, EachNameFollowsALineBreakAndNoneStandsAtTheEnd)
+TEST_F(CategoryListTest, EachNameFollowsALineBreakAndNoneEndsTheFile)
 {
     EXPECT_TRUE(Save({L"A", L"B"}));
     EXPECT_EQ(File(), "\x0D\x0A\x41\x0D\x0A\x42");
@@ -197,7 +197,7 @@ TEST_F(CategoryListTest, AListIsReadPieceByPiece)
     EXPECT_TRUE(boxes.empty());
 }
 
-TEST_F(CategoryListTest, ANameThatStandsThereTwiceIsShownAndEndsTheReading)
+TEST_F(CategoryListTest, DuplicateNameIsShownAndEndsTheReading)
 {
     EXPECT_EQ(Read("\r\nRock\r\nPop\r\nrock\r\nJazz"), (Lines{L"Rock", L"Pop"}));
     EXPECT_EQ(boxes, Boxes{duplicateBox});

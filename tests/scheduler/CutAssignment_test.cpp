@@ -246,7 +246,7 @@ TEST_F(AssignInBatchesTest, ARefusedCommitThrowsAndChangesNothing)
     EXPECT_EQ(MainCat(L"Pop"), nullptr);
 }
 
-TEST_F(AssignInBatchesTest, ARefusedBeginIsShownAndEachChangeStandsForItself)
+TEST_F(AssignInBatchesTest, RefusedBeginIsShownAndChangesCountSingly)
 {
     cBatching->bRefusesBegin = true;
     cLib.cSchedMan->AssignCut(cCut, 2, {L"Pop"});

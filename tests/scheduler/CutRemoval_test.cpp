@@ -68,7 +68,7 @@ TEST_F(CutRemovalTest, NameStaysForAnotherLevelAfterAFindBySecondaryKey)
     EXPECT_EQ(Order(L"Rock", 1), Keys{L"a"});
 }
 
-TEST_F(CutRemovalTest, EveryFiftiethCutIsToldBeforeAPump)
+TEST_F(CutRemovalTest, EveryFiftiethCutIsReportedBeforeAPump)
 {
     std::vector<CutRemoval> colRemovals;
     for (const std::shared_ptr<Cut>& cCut : AddMany(120, L"k", L"Rock"))
@@ -106,7 +106,7 @@ TEST_F(CutRemovalTest, ACutThatRefusesIsReportedAtTheEndAndTheOthersLeave)
     EXPECT_EQ(Written(), (Lines{L"Rock"}));
 }
 
-TEST_F(CutRemovalTest, AMainCategoryThatGoesMeanwhileIsPassedOver)
+TEST_F(CutRemovalTest, MainCategoryThatIsGoneIsSkipped)
 {
     std::vector<CutRemoval> colRemovals;
     const Cuts colCuts = AddMany(60, L"k", L"Rock/Pop");
@@ -124,7 +124,7 @@ TEST_F(CutRemovalTest, AMainCategoryThatGoesMeanwhileIsPassedOver)
     EXPECT_EQ(boxes, Boxes());
 }
 
-TEST_F(CutRemovalTest, WhatTheDatabaseAnnouncesMeanwhileIsHandledAfterwards)
+TEST_F(CutRemovalTest, NewsDuringACallIsHandledAfterwards)
 {
     std::vector<CutRemoval> colRemovals;
     for (const std::shared_ptr<Cut>& cCut : AddMany(50, L"k", L"Rock"))

@@ -42,7 +42,7 @@ TEST_F(EventRelayTest, EveryEventReachesTheListenerWithItsArguments)
               (Lines{L"Help", L"Start 7: reason", L"Progress 3/7: text", L"Done: status", L"Edit a.mp3"}));
 }
 
-TEST_F(EventRelayTest, AFollowerIsToldOfProgressAfterTheHostUnlessTheHostHasClosedIt)
+TEST_F(EventRelayTest, FollowerHearsProgressAfterTheHostUnlessClosed)
 {
     HostEvents cWindow;
     cRelay.Follow(&cWindow);
@@ -58,7 +58,7 @@ TEST_F(EventRelayTest, AFollowerIsToldOfProgressAfterTheHostUnlessTheHostHasClos
     EXPECT_EQ(cHost.colSaid.back(), L"Done: closed");
 }
 
-TEST_F(EventRelayTest, AFollowerIsToldWithoutAHostAndAfterAHostThatThrew)
+TEST_F(EventRelayTest, FollowerHearsWithoutAHostAndAfterOneThatThrew)
 {
     HostEvents cWindow;
     cRelay.Follow(&cWindow);
@@ -137,7 +137,7 @@ TEST(ProgressThrottle, EveryTwentiethItemIsASample)
                   item == 20 || item == 40 || item == 60 || item == 80 || item == 100);
 }
 
-TEST(ProgressThrottle, AReportIsDueAtASampleWhenMoreThan100MillisecondsHavePassedSinceTheLast)
+TEST(ProgressThrottle, ReportIsDueMoreThan100MillisecondsAfterTheLast)
 {
     MemoryClock cClock;
     cClock.SetTickCount(0xFFFFFFF0u); // about to wrap

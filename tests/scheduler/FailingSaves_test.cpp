@@ -168,7 +168,7 @@ INSTANTIATE_TEST_SUITE_P(Operations, FailingSavesTest, testing::ValuesIn(operati
     return std::string(operation.param.sName);
 });
 
-TEST(FailingSaves, ANewCategorysListAndOrderAreEachShownAndTheCategoryStands)
+TEST(FailingSaves, FailedSavesOfANewCategoryAreShownAndItStays)
 {
     Station s;
     s.cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");

@@ -358,7 +358,7 @@ TEST_F(HistoryFilesTest, SavingAllStopsAtOneThatIsNoMainCategory)
     EXPECT_EQ(boxes.size(), 1u);
 }
 
-TEST_F(HistoryFilesTest, ACategoryDeletedMeanwhileIsNotSavedAfterwards)
+TEST_F(HistoryFilesTest, CategoryDeletedDuringAnEditIsNotSaved)
 {
     NewMainCat(L"Rock", {1});
     NewMainCat(L"Pop", {1});
@@ -371,7 +371,7 @@ TEST_F(HistoryFilesTest, ACategoryDeletedMeanwhileIsNotSavedAfterwards)
     EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Pop")));
 }
 
-TEST_F(HistoryFilesTest, ATreeReplacedMeanwhileIsTheOneThatIsSaved)
+TEST_F(HistoryFilesTest, ReplacedTreeIsTheOneThatIsSaved)
 {
     NewMainCat(L"Rock", {1});
     NewMainCat(L"Pop", {1});
@@ -598,7 +598,7 @@ TEST_F(HistoryFilesTest, EachLevelIsPutInOrderByItself)
     EXPECT_EQ(Order(*cMainCat, 2), (Keys{L"b.mp3", L"a.mp3"}));
 }
 
-TEST_F(HistoryFilesTest, APathIsFoundWhateverItsCaseAndTheBlanksAtItsEnds)
+TEST_F(HistoryFilesTest, PathIsFoundInAnyCaseAndWithBlanksAtItsEnds)
 {
     const auto cMainCat = NewMainCat(L"Rock");
     for (const wchar_t* sKey : {L"Caf\u00E9.mp3", L" lead.mp3", L"trail.mp3 ", L"x.mp3"})
@@ -607,7 +607,7 @@ TEST_F(HistoryFilesTest, APathIsFoundWhateverItsCaseAndTheBlanksAtItsEnds)
     EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"x.mp3", L"trail.mp3 ", L" lead.mp3", L"Caf\u00E9.mp3"}));
 }
 
-TEST_F(HistoryFilesTest, APathNamedTwiceStandsWhereItIsNamedLast)
+TEST_F(HistoryFilesTest, PathNamedTwiceTakesItsLastPlace)
 {
     const auto cMainCat = NewMainCatOf(L"Rock", 3);
     Apply(SifCut("1.mp3", 1) + SifCut("2.mp3", 1) + SifCut("3.mp3", 1) + SifCut("1.mp3", 1));
@@ -770,7 +770,7 @@ TEST_F(HistoryFilesTest, TheFilesLengthIsTheNumberOfItsRecordsOrItIsIgnored)
     EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"2.mp3", L"1.mp3"}));
 }
 
-TEST_F(HistoryFilesTest, ReadingReportsEveryTwentiethRecordAtMostOncePer100Milliseconds)
+TEST_F(HistoryFilesTest, ReadingReportsEvery20thRecordOncePer100Milliseconds)
 {
     NewMainCatOf(L"Rock", 1);
     std::string bytes;

@@ -181,7 +181,7 @@ TEST_F(KilledChangeTest, RemovalsAndAnAssignmentKeepTheLevelsAboveToo)
         ExpectSoundStart(left);
 }
 
-TEST_F(KilledChangeTest, AMoveKilledBetweenItsStepsIsToldWithItsCategories)
+TEST_F(KilledChangeTest, KilledMoveIsLoggedWithItsCategories)
 {
     Start(true, 120);
     std::vector<Left> colPumps;

@@ -161,7 +161,7 @@ TEST_F(MassChangeTest, InOtherMainCategoriesAMovedCutIsMovedUnderTheNewNumber)
     EXPECT_EQ(Written(), (Lines{L"Rock", L"Jazz", L"Soul", L"Pop"})) << "each once";
 }
 
-TEST_F(MassChangeTest, AnExclusivelyMovedCutLeavesEveryOtherLevelWhereverItStands)
+TEST_F(MassChangeTest, ExclusivelyMovedCutLeavesEveryOtherLevel)
 {
     const auto cCut = Add(L"a", L"Rock/Jazz", 1);
     Add(L"b", L"Pop", 2);
@@ -218,7 +218,7 @@ TEST_F(MassChangeTest, ACutInTwoLevelsOfTheSourceKeepsTheNameWhileItStaysInOne)
     EXPECT_EQ(cCut->CategoryText(), L"Rock/Pop");
 }
 
-TEST_F(MassChangeTest, ACutThatStandsNowhereIsPlacedWithAStandInForItsSource)
+TEST_F(MassChangeTest, CutOfNoLevelIsPlacedWithASubstituteSource)
 {
     const auto cCut = Add(L"a", L"", 5);
     const auto cZero = Add(L"z", L"", 0);
@@ -304,7 +304,7 @@ TEST_F(TwoLevelsTest, AMoveThatFailsLeavesTheCutWhereItStood)
 
 // ---- copies of cuts, and names without a level
 
-TEST_F(MassChangeTest, ACopyOfACutStandsForTheDatabasesOwn)
+TEST_F(MassChangeTest, CopyOfACutMeansTheDatabasesOwn)
 {
     const auto cCut = Add(L"a", L"Rock", 1);
     Add(L"p", L"Pop", 2);
@@ -322,7 +322,7 @@ TEST_F(MassChangeTest, ACopyOfACutStandsForTheDatabasesOwn)
     EXPECT_EQ(Order(L"Rock", 1), Keys());
 }
 
-TEST_F(MassChangeTest, ACutWithoutALevelStandsWhereItsNamesSayOnceItHasANumber)
+TEST_F(MassChangeTest, CutGivenALevelNumberIsPlacedByItsNames)
 {
     struct Case
     {
@@ -567,7 +567,7 @@ TEST_F(MassChangeTest, EachAffectedCategoryIsWrittenOnceHoweverManyCutsAreMoved)
 
 // ---- what fails
 
-TEST_F(MassChangeTest, ACutWhoseChangeFailsStandsWhereItStoodAndTheOthersAreMoved)
+TEST_F(MassChangeTest, CutWhoseChangeFailsKeepsItsPlaceAndOthersMove)
 {
     for (const char* sMember : {"Key", "CatLevel", "SetCatLevel", "AddCategoryName", "RemoveCategoryName",
                                 "RunTimemS", "CategoryText"})
@@ -628,7 +628,7 @@ TEST_F(MassChangeTest, ACutThatCannotBeCopiedIsNotPlacedAndReportedOnce)
     }
 }
 
-TEST_F(MassChangeTest, RunTimesOutOfRangeAreReportedOnceAtTheEndAndEverythingIsMoved)
+TEST_F(MassChangeTest, RunTimesOutOfRangeAreReportedOnceAfterTheMove)
 {
     const Cuts colCuts{Add(L"a", L"Rock", 1, lLongest), Add(L"b", L"Rock", 1, lLongest),
                        Add(L"c", L"Rock", 1, lLongest)};
@@ -654,7 +654,7 @@ TEST_F(MassChangeTest, ASaveThatFailsIsShownOncePerCategoryAndTheOthersAreWritte
     EXPECT_EQ(File(L"Jazz"), SifMarker(1) + SifCut("a", 2));
 }
 
-TEST_F(MassChangeTest, ATargetDeletedInTheMiddleEndsItAndTheRestStandsWhereItStood)
+TEST_F(MassChangeTest, TargetDeletedInTheMiddleEndsItAndTheRestStays)
 {
     const Cuts colCuts = AddMany(80, L"k", L"Rock", 1);
     Add(L"b", L"Pop", 2);

@@ -43,7 +43,7 @@ TEST_F(NameListsTest, NamesComeInOrderEachOnceWithoutALevel)
     EXPECT_FALSE(Of(L"Rock").bEmptyName);
 }
 
-TEST_F(NameListsTest, AnEmptyNameIsToldAndNotListed)
+TEST_F(NameListsTest, EmptyNameIsReportedAndNotListed)
 {
     const auto cCut = cDataBase.Add(L"a", L"Rock", 1);
     cCut->AddCategoryName(L"");
@@ -63,7 +63,7 @@ TEST_F(NameListsTest, AListIsTakenApartOnceAndItsNumberIsThatOfThePlacedCuts)
     EXPECT_NE(Of(L"RockPop").lNumber, names.lNumber);
 }
 
-TEST_F(NameListsTest, AReferenceHoldsHoweverManyListsCome)
+TEST_F(NameListsTest, ReferenceStaysValidAsListsAreAdded)
 {
     const NameLists::Names& names = Of(L"Rock/Pop");
     for (int lList = 0; lList < 1'000; ++lList)

@@ -94,7 +94,7 @@ class OwedSavesTest : public testing::TestWithParam<Operation>
 {
 };
 
-TEST_P(OwedSavesTest, AreTriedAgainByTheNextOperationThatSavesWithoutAWordToTheHost)
+TEST_P(OwedSavesTest, AreRetriedSilentlyByTheNextOperationThatSaves)
 {
     OwedSaves s;
     GetParam().run(s);
@@ -124,7 +124,7 @@ TEST_P(OwedSavesTest, AreOwedUntilOneSucceedsAndThenNoMore)
     EXPECT_EQ(s.Written(), (Lines{L"Jazz"}));
 }
 
-TEST(OwedSave, OfAPickInsideASaveOfTheSameCategoryIsNotPaidByTheOlderOrderThatSaveWrites)
+TEST(OwedSave, PickInsideASaveIsNotSettledByThatSavesOlderOrder)
 {
     OwedSaves s;
     s.Pick(L"Rock\t1"); // r1 first again, and saved

@@ -71,7 +71,7 @@ TEST_F(PlacementTest, AnOverflowIsGatheredAndTheCutCountsAsPlaced)
     EXPECT_EQ(Report(), Lines()) << "told once";
 }
 
-TEST_F(PlacementTest, LevelZeroAndANegativeLevelHaveABoxEachPerCategoryAndTheRestIsCounted)
+TEST_F(PlacementTest, LevelZeroAndNegativeLevelHaveOneBoxPerCategory)
 {
     const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
     const ShownBox levelZero =
@@ -118,7 +118,7 @@ TEST_F(PlacementTest, FailedCutsAreCountedOnceEachAndTheFirstErrorIsShown)
     EXPECT_EQ(Report(), (Lines{CriticalText(61)}));
 }
 
-TEST_F(PlacementTest, TouchedLevelsTakeTheirRunTimesAnewInTheOrderTheyWereTouched)
+TEST_F(PlacementTest, TouchedLevelsSumRunTimesInTheOrderTouched)
 {
     const auto cPop = std::make_shared<clsCat>(cMod, L"Pop", 1);
     const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 1);

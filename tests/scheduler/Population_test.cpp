@@ -126,7 +126,7 @@ TEST_F(PopulationTest, TheSettingsAreReadAtEveryPopulation)
 
 // ---- the tree
 
-TEST_F(PopulationTest, EveryCutIsPlacedIntoItsLevelOfEachCategoryInTheDatabasesOrder)
+TEST_F(PopulationTest, CutsArePlacedInTheDatabasesOrder)
 {
     Add(L"c.mp3", L"Rock/Pop", 2);
     Add(L"a.mp3", L"Pop", 1);
@@ -187,7 +187,7 @@ TEST_F(PopulationTest, ALevelPastTheOnesThatCanBeTypedIsPlacedNormally)
 
 // ---- what the files add
 
-TEST_F(PopulationTest, ACategoryOfTheListThatHoldsNoCutsIsPresent)
+TEST_F(PopulationTest, ListedCategoryWithoutCutsIsPresent)
 {
     Add(L"a.mp3", L"Rock", 1);
     cPorts.cFiles.Put(sMainCatsPath, "\r\nJazz\r\nrock\r\n123\r\nBlues");
@@ -197,7 +197,7 @@ TEST_F(PopulationTest, ACategoryOfTheListThatHoldsNoCutsIsPresent)
     EXPECT_EQ(cLibrary.MainCat(L"Jazz")->SubCats()->Count(), 0u);
 }
 
-TEST_F(PopulationTest, ASavedNameThatIsTheSubstituteOfADatabaseCategoryIsThatCategory)
+TEST_F(PopulationTest, SavedSubstituteOfADatabaseCategoryIsThatCategory)
 {
     Add(L"a.mp3", L"\u65E5\u672C/ Lead", 1);
     cPorts.cFiles.Put(sMainCatsPath, "\r\n??\r\n Lead\r\n???");
@@ -325,7 +325,7 @@ TEST_F(PopulationTest, ACutWhoseTextsFailInAReportIsPlacedAllTheSame)
                                            StandardDescription(error::ObjectNotSet)}));
 }
 
-TEST_F(PopulationTest, PausesAreOf1MillisecondAndTakenAtMostEvery15MillisecondsOfWork)
+TEST_F(PopulationTest, PausesFor1MillisecondAtMostEvery15Milliseconds)
 {
     for (int lCut = 1; lCut <= 100; ++lCut)
         Add(std::to_wstring(lCut), L"Rock", 1);
@@ -372,7 +372,7 @@ TEST_F(PopulationTest, CutsWithoutALevelGiveOneBoxPerCategoryAndAreCountedInTheL
     EXPECT_EQ(cPorts.LogMessages(), Lines{L"Not filed in category Rock, having no level: 2 more cuts."});
 }
 
-TEST_F(PopulationTest, CutsOfANegativeLevelGiveOneBoxPerCategoryAndAreCountedInTheLog)
+TEST_F(PopulationTest, NegativeLevelsGiveOneBoxPerCategoryAndALoggedCount)
 {
     const auto cFirst = Add(L"a", L"Rock", -1);
     Add(L"b", L"Rock", std::numeric_limits<std::int32_t>::min());
@@ -382,7 +382,7 @@ TEST_F(PopulationTest, CutsOfANegativeLevelGiveOneBoxPerCategoryAndAreCountedInT
     EXPECT_EQ(cPorts.LogMessages(), Lines{L"Not filed in category Rock, having no level: 1 more cuts."});
 }
 
-TEST_F(PopulationTest, ARunTimeOutOfRangeIsReportedOncePerCategoryAfterEverythingIsPlaced)
+TEST_F(PopulationTest, RunTimeOutOfRangeIsReportedOncePerCategoryAtTheEnd)
 {
     for (const wchar_t* sKey : {L"a", L"b", L"c"})
         Add(sKey, L"Rock/Pop", 1, lMaxLong);
@@ -470,7 +470,7 @@ TEST_F(PopulationTest, APopulationInsideAPopulationIsIgnored)
     EXPECT_EQ(colSaid.size(), 6u) << "afterwards it may be called again";
 }
 
-TEST_F(PopulationTest, ACutWhoseNamesTheHostChangesBetweenThePhasesIsPlacedUnderTheNewOnes)
+TEST_F(PopulationTest, NamesChangedBetweenThePhasesAreUsed)
 {
     const auto cCut = Add(L"a.mp3", L"Rock", 1);
     Add(L"b.mp3", L"Rock", 1);
@@ -576,7 +576,7 @@ TEST_F(PopulationTest, TheOldDatabaseIsLeftBeforeTheNewOneIsFollowed)
     EXPECT_TRUE(cLibrary.cDataBase->colListeners.empty());
 }
 
-TEST_F(PopulationTest, ADatabaseThatCannotHandOverItsCutsIsReportedAndTheOldTreeStays)
+TEST_F(PopulationTest, UnreadableDatabaseIsReportedAndTheOldTreeStays)
 {
     Add(L"a.mp3", L"Rock", 1);
     cLibrary.Populate();

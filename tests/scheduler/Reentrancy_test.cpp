@@ -295,7 +295,7 @@ class ReentrancyTest : public testing::TestWithParam<Action>
 {
 };
 
-TEST_P(ReentrancyTest, WhateverAHostDoesInACallbackTreeCutsAndFilesAgreeAfterwards)
+TEST_P(ReentrancyTest, AfterAnyCallbackTreeCutsAndFilesAgree)
 {
     const Action& operation = GetParam();
     // Every third point, another third for each interruption; all of them with RAVLO_LONG.
@@ -397,7 +397,7 @@ TEST(EditingDuringAPopulation, IsRefusedUnderTheOperationsOwnTitleAndTheTreeStay
     EXPECT_EQ(OrdersOf(s.cLib), before);
 }
 
-TEST(EditingAfterAPopulation, IsServedOnceTheNewTreeStands)
+TEST(EditingAfterAPopulation, IsServedOnceTheNewTreeIsComplete)
 {
     // In the box that reports what went wrong, and while announcements that waited are handled.
     constexpr std::int32_t lLongest = std::numeric_limits<std::int32_t>::max();
@@ -427,7 +427,7 @@ TEST(EditingAfterAPopulation, IsServedOnceTheNewTreeStands)
 
 // ---- saves that fail
 
-TEST_P(ReentrancyTest, AFileOperationThatFailsLeavesMemoryAndTheOtherFilesWholeAndIsShownOncePerCategory)
+TEST_P(ReentrancyTest, FailingFileOperationIsShownOnceAndDamagesNothingElse)
 {
     const Action& operation = GetParam();
     if (operation.sName == std::string("populate"))

@@ -51,7 +51,7 @@ TEST_F(SynchronisationTest, AnAddedCutMakesTheLevelAndTheMainCategoryItNeeds)
     EXPECT_EQ(colLevels, (Keys{L"1", L"2", L"5"}));
 }
 
-TEST_F(SynchronisationTest, AnImportOf95CutsReportsCuts30And60And90EachAfterAPauseAndBeforeAPump)
+TEST_F(SynchronisationTest, ImportReportsEvery30thCutAfterAPauseAndBeforeAPump)
 {
     Start();
     Lines colTrace;
@@ -130,7 +130,7 @@ TEST_F(SynchronisationTest, TheLogIsOnTheDiskWhenTheHostIsCalled)
     Added({Add(L"a", L"Rock")});
 }
 
-TEST_F(SynchronisationTest, TheWindowIsRefreshedAfterEachKindOfNotificationWhenTheTreeIsUpToDate)
+TEST_F(SynchronisationTest, WindowIsRefreshedAfterEachKindOfNotification)
 {
     const auto cCut = Add(L"a", L"Rock");
     Start();
@@ -149,7 +149,7 @@ TEST_F(SynchronisationTest, TheWindowIsRefreshedAfterEachKindOfNotificationWhenT
     cLib.cSchedMan->SetWindows(nullptr);
 }
 
-TEST_F(SynchronisationTest, ACategoryNameOfNoCharactersIsShownOnceAndTheOtherNamesArePlaced)
+TEST_F(SynchronisationTest, EmptyCategoryNameIsShownOnceAndOthersArePlaced)
 {
     Start();
     const auto cFirst = Add(L"a", L"Rock");
@@ -281,7 +281,7 @@ TEST_F(SynchronisationTest, ALevelAboveTheOneAUserMayTypeIsPlaced)
     EXPECT_EQ(boxes, Boxes());
 }
 
-TEST_F(SynchronisationTest, ALevelBehindATabInAHostsNameIsIgnoredAndNamesCountOnceWithoutRegardToCase)
+TEST_F(SynchronisationTest, LevelBehindATabIsIgnoredAndNamesCountOnce)
 {
     Start();
     const auto cCut = Add(L"a", L"Rock\t7", 2);
@@ -309,7 +309,7 @@ TEST_F(SynchronisationTest, ANameThatCanBeNoFileIsPlacedItsSaveIsRefusedAndTheOt
         EXPECT_TRUE(sPath == SifPath(L"Rock") || !sPath.ends_with(L".sif"));
 }
 
-TEST_F(SynchronisationTest, NamesThatDifferOnlyByCaseAreOneCategoryAndNamesOutsideTheCodePageAreTheirOwn)
+TEST_F(SynchronisationTest, NamesDifferingOnlyByCaseAreOneCategory)
 {
     Add(L"a", L"Rock");
     Start();
@@ -351,7 +351,7 @@ TEST_F(SynchronisationTest, AnEmptyNameOfAMovedCutAnnouncedAsNewIsShown)
     EXPECT_EQ(Order(L"Pop", 1), (Keys{L"a"}));
 }
 
-TEST_F(SynchronisationTest, ACutAnnouncedTwiceStandsOnceAndKeepsItsPlace)
+TEST_F(SynchronisationTest, CutAnnouncedTwiceIsPlacedOnceAndKeepsItsPlace)
 {
     const auto cCut = Add(L"a", L"Rock");
     Add(L"b", L"Rock");
@@ -383,7 +383,7 @@ TEST_F(SynchronisationTest, CutsThatCannotBeReadAreReportedOnceAndTheOthersArePl
     }
 }
 
-TEST_F(SynchronisationTest, RunTimesOutOfRangeAreReportedOncePerCategoryAfterEverythingIsPlacedAndSaved)
+TEST_F(SynchronisationTest, RunTimesOutOfRangeAreReportedOnceAfterTheSave)
 {
     Start();
     Added({Add(L"a", L"Rock", 1, lLongest), Add(L"b", L"Rock", 1, lLongest), Add(L"c", L"Rock", 1, lLongest),
@@ -485,7 +485,7 @@ TEST(AddCutToCategory, RefusesAMainCategoryTheTreeDoesNotHold)
     EXPECT_EQ(cParts.cState.colMainCats->Count(), 0u);
 }
 
-TEST(AddCutToCategory, TouchesACategoryInWhichTheCutStandsAlreadyAndNoneThatRefusedIt)
+TEST(AddCutToCategory, SavesCategoriesThatContainTheCutNotThoseThatRefusedIt)
 {
     Parts cParts;
     const auto cCut = cParts.NewCut(L"Rock", 2);
@@ -518,7 +518,7 @@ TEST(Synchronisation, WithoutATreeThereIsNothingToPlaceToFindOrToSave)
     EXPECT_TRUE(cParts.cPorts.cFiles.Operations().empty());
 }
 
-TEST(Synchronisation, AfterAFirstPopulationThatFailedNothingIsFollowedAndEveryMemberIsQuiet)
+TEST(Synchronisation, AfterAFailedFirstPopulationNothingIsFollowed)
 {
     RadioPorts cPorts;
     cPorts.cFiles.MakeFolders(L"C:\\Radio");
@@ -585,7 +585,7 @@ TEST_F(SynchronisationTest, RemovingACutThatIsInNoCategoryChangesNothingAndSaves
                            L"Done: Updated Scheduler with deleted items."}));
 }
 
-TEST_F(SynchronisationTest, ARemovedCutIsFoundWhereItStandsWhateverTheDatabaseHasMadeOfItMeanwhile)
+TEST_F(SynchronisationTest, RemovedCutIsFoundInTheTreeNotByItsPresentNames)
 {
     const auto cCut = Add(L"a", L"Rock/Pop", 1);
     Start();
@@ -626,7 +626,7 @@ TEST_F(SynchronisationTest, ARemovedCutThatNoLongerCarriesTheNameLeavesNoRunTime
     EXPECT_EQ(TotalOf(L"Rock", 1), 500'000);
 }
 
-TEST_F(SynchronisationTest, WhoeverIsToldOfAChangeFindsTheRunTimesOfItsResult)
+TEST_F(SynchronisationTest, ListenersFindTheRunTimesOfTheResult)
 {
     const auto cRaised = Add(L"a", L"Rock", 1, 100'000);
     const auto cGone = Add(L"b", L"Rock", 1, 200'000);
@@ -659,7 +659,7 @@ TEST_F(SynchronisationTest, WhoeverIsToldOfAChangeFindsTheRunTimesOfItsResult)
 
 // ---- what a host does to a level itself ----
 
-TEST_F(SynchronisationTest, ADatabaseThatAnnouncesEachNameAtOnceDoesNotDisturbALevelsOwnPlacement)
+TEST_F(SynchronisationTest, NamesAnnouncedAtOnceDoNotDisturbAPlacement)
 {
     Add(L"a", L"Rock");
     const auto cCut = Add(L"b", L"Rock");
@@ -739,7 +739,7 @@ TEST_F(RemoveCutFromCategoryTest, ALevelWhoseNameTheCutHasLostIsRecalculated)
     EXPECT_EQ(TotalOf(L"Rock", 1), 200'000);
 }
 
-TEST_F(RemoveCutFromCategoryTest, AMainCategoryFromBeforeAReloadStandsForThePresentOneOfItsName)
+TEST_F(RemoveCutFromCategoryTest, MainCategoryFromBeforeAReloadMeansThePresentOne)
 {
     const auto cCut = Add(L"a", L"Rock/Pop");
     Start();
@@ -766,7 +766,7 @@ TEST_F(RemoveCutFromCategoryTest, WithAMainCategoryTheCutLeavesThatOneAlone)
     EXPECT_EQ(cCut->CategoryText(), L"Pop");
 }
 
-TEST_F(RemoveCutFromCategoryTest, ALevelGivenIsUsedInsteadOfTheCutsOwnAndTheNameStaysWhileAnotherLevelHoldsIt)
+TEST_F(RemoveCutFromCategoryTest, GivenLevelIsUsedAndTheNameStaysWithAnotherLevel)
 {
     const auto cCut = Add(L"a", L"Rock", 1);
     Add(L"b", L"Rock", 2);
@@ -805,7 +805,7 @@ TEST_F(RemoveCutFromCategoryTest, ASecondaryKeyNeverRemovesADifferentCut)
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"other"}));
 }
 
-TEST_F(RemoveCutFromCategoryTest, ACutThatRefusesIsShownAndStandsWhereItStood)
+TEST_F(RemoveCutFromCategoryTest, CutThatRefusesIsShownAndKeepsItsPlace)
 {
     const auto cCut = Add(L"a", L"Rock");
     Start();
@@ -838,7 +838,7 @@ TEST_F(RemoveCutFromCategoryTest, AFailureHalfWayLeavesTheCutInEveryCategory)
     EXPECT_EQ(Written(), Lines()) << "it is filed as before";
 }
 
-TEST_F(RemoveCutFromCategoryTest, ACopyStandsForTheDatabasesOwnCut)
+TEST_F(RemoveCutFromCategoryTest, CopyMeansTheDatabasesOwnCut)
 {
     const auto cCut = Add(L"a", L"Rock/Pop", 1);
     Start();
@@ -872,7 +872,7 @@ TEST_F(RemoveCutFromCategoryTest, WhatTheDatabaseAnnouncesInTheMiddleWaits)
         << "Pop ahead of the removal, which itself is no change of the database's";
 }
 
-TEST_F(RemoveCutFromCategoryTest, AChangeOfTheDatabaseThatIsNotAnnouncedYetIsStillSeenAfterwards)
+TEST_F(RemoveCutFromCategoryTest, ChangeNotYetAnnouncedIsStillSeenAfterwards)
 {
     const auto cCut = Add(L"a", L"Rock/Pop", 1);
     Start();
@@ -975,7 +975,7 @@ TEST_F(SynchronisationTest, ACutModifiedBackAndForthIsComparedWithWhatItBecame)
     }
 }
 
-TEST_F(SynchronisationTest, WhereACutStandsIsReadFromTheTree)
+TEST_F(SynchronisationTest, PlacesOfACutAreReadFromTheTree)
 {
     const auto cCut = Add(L"a", L"Rock", 1);
     Start();
@@ -1001,7 +1001,7 @@ TEST_F(SynchronisationTest, ACutAHostHasTakenOutItselfIsPlacedAgainWhenTheDataba
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
 }
 
-TEST_F(SynchronisationTest, ModifiedCutsThatFailAreReportedOnceUnderModifyCutAndSeenAgainNextTime)
+TEST_F(SynchronisationTest, ModifiedCutsThatFailAreReportedOnceAndRetried)
 {
     const auto cBad = Add(L"bad", L"Rock", 1);
     const auto cGood = Add(L"good", L"Rock", 1);
@@ -1110,7 +1110,7 @@ TEST_F(SynchronisationTest, AManagerReleasedInsideANotificationEndsWhenItIsHandl
     EXPECT_EQ(cPorts.cFiles.Get(sMainCatsPath), "\r\nRock");
 }
 
-TEST_F(SynchronisationTest, AManagerReleasedInsideTheDatabasesOwnProgressLivesUntilThatIsTold)
+TEST_F(SynchronisationTest, ManagerReleasedInsideProgressLivesUntilItReturns)
 {
     const std::function<void(FakeDataBase&)> events[] = {
         [](FakeDataBase& cDataBase) {
@@ -1143,7 +1143,7 @@ TEST_F(SynchronisationTest, AManagerReleasedInsideTheDatabasesOwnProgressLivesUn
     }
 }
 
-TEST_F(SynchronisationTest, AManagerReleasedByTheFirstOfTwoThatAreToldOfAnImportFinishesIt)
+TEST_F(SynchronisationTest, ManagerReleasedByTheFirstSinkFinishesTheImport)
 {
     Start();
     HostEvents cFollower;
@@ -1178,7 +1178,7 @@ TEST_F(SynchronisationTest, WhatGoesWrongAfterTheCutsIsShownUnderTheNotification
     cLib.cSchedMan->SetWindows(nullptr);
 }
 
-TEST_F(SynchronisationTest, AReloadWhileABoxIsShownEndsTheImportAndTheNewTreeHoldsEverything)
+TEST_F(SynchronisationTest, ReloadWhileABoxIsShownEndsTheImportWithNothingLost)
 {
     Start();
     const auto cCut = Add(L"a", L"Jazz/Rock");
@@ -1215,7 +1215,7 @@ TEST_F(SynchronisationTest, ChangesTheSchedulerMakesItselfAreQueuedAndChangeNoth
     EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
 }
 
-TEST_F(SynchronisationTest, AReloadInTheMiddleOfAnImportEndsItAndTheNewTreeHoldsEverything)
+TEST_F(SynchronisationTest, ReloadDuringAnImportEndsItWithNothingLost)
 {
     Start();
     const Cuts colCuts = AddMany(70, L"k", L"Rock");

@@ -38,7 +38,7 @@ protected:
 
 // ---- before population
 
-TEST_F(SchedManTest, ANewManagerHoldsNothingAndTouchesNoFile)
+TEST_F(SchedManTest, NewManagerIsEmptyAndTouchesNoFile)
 {
     EXPECT_EQ(cSchedMan->colMainCats(), nullptr);
     EXPECT_EQ(cSchedMan->DataBase(), nullptr);
@@ -128,7 +128,7 @@ TEST_F(SchedManTest, CutsThatCannotBeReadAreNothingAndNoError)
     EXPECT_TRUE(boxes.empty());
 }
 
-TEST_F(SchedManTest, SavedNamesAreReadAnewEachTime)
+TEST_F(SchedManTest, SavedNamesAreReadEachTime)
 {
     cLibrary.Populate();
     cPorts.cFiles.Put(sMainCatsPath, "\r\nRock\r\nPop");
@@ -250,7 +250,7 @@ TEST_F(SchedManTest, LinesLoggedWhileTheHostEditsACutAreInTheFileAtOnce)
     EXPECT_TRUE(bAsked);
 }
 
-TEST_F(SchedManTest, WhoFollowsTheProgressIsToldAfterTheHostAndOfNothingElse)
+TEST_F(SchedManTest, ProgressFollowersHearProgressOnlyAfterTheHost)
 {
     HostEvents cWindow;
     cLibrary.cDataBase->Add(L"a.mp3", L"Rock", 1);
@@ -532,7 +532,7 @@ TEST_F(SchedManTest, AtItsEndADamagedListIsKeptAside)
     EXPECT_EQ(File(std::wstring(sMainCatsPath) + L".bak"), damaged);
 }
 
-TEST_F(SchedManTest, OfTwoManagersInTwoFoldersEachKeepsAsideTheListItCouldNotReadAndNoOther)
+TEST_F(SchedManTest, EachOfTwoManagersKeepsItsOwnUnreadList)
 {
     const std::string damaged = "\r\nRock\r\nRock\r\nJazz";
     const std::wstring sTheirs = L"C:\\Other\\Scheduler\\MainCats.txt";
@@ -593,7 +593,7 @@ TEST_F(SchedManTest, AFailureAtTheEndIsShownAndTheOldListStays)
     EXPECT_EQ(File(sSettingsPath), "60\r\n60\r\n60\r\n") << "the rest is saved";
 }
 
-TEST_F(SchedManTest, AHostIsToldNothingAtTheEnd)
+TEST_F(SchedManTest, HostHearsNothingAtTheEnd)
 {
     cLibrary.cDataBase->Add(L"a.mp3", L"Rock", 1);
     cLibrary.Populate();

@@ -126,7 +126,7 @@ TEST(CsvReader, AnyBytesAreReadToTheEnd)
     }
 }
 
-TEST(CsvReader, CountsLinesWhateverEndsThem)
+TEST(CsvReader, CountsLinesWithAnyLineEnd)
 {
     const std::pair<std::string, std::size_t> counts[] = {
         {"", 0}, {"a", 1}, {"a\n", 1}, {"a\nb", 2}, {"\r\n\r\n", 2}, {"a\rb\nc\r\nd", 4}, {"\n\r", 2}};

@@ -186,7 +186,7 @@ TEST_F(RegistrationTest, ASchedulerAloneBringsAllTypesItsMembersMention)
     EXPECT_EQ(LibraryPath(LIBID_KorvaCollection), m_cSched.Path() + L"\\3");
 }
 
-TEST_F(RegistrationTest, ATypeLibraryBelongsToItsHomeModuleWhateverTheOrder)
+TEST_F(RegistrationTest, TypeLibraryBelongsToItsHomeModuleInAnyOrder)
 {
     ASSERT_EQ(m_cSched.Register(), S_OK);
     ASSERT_EQ(m_cBase.Register(), S_OK);

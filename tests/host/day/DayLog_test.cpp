@@ -31,7 +31,7 @@ TEST(LogCsv, WritesOneLineASlotBelowTheHeading)
     EXPECT_EQ(LogCsv({}), sHeading);
 }
 
-TEST(LogCsv, QuotesWhatHoldsACommaAQuotationMarkOrALineEnd)
+TEST(LogCsv, QuotesTextsWithCommaQuotationMarkOrLineEnd)
 {
     auto row = Filled(L"A, B", L"Say \"hi\"");
     row.cut->sAlbum = L"two\nlines";

@@ -26,7 +26,7 @@ std::vector<int> HoursOf(const std::vector<TimedSlot>& slots)
 
 } // namespace
 
-TEST(LevelsInUse, HoldsALevelWithoutRegardToTheCaseOfItsCategory)
+TEST(LevelsInUse, ContainsALevelIgnoringTheCaseOfItsCategory)
 {
     LevelsInUse levels;
     levels.Add(L"Rock", 2);

@@ -124,7 +124,7 @@ TEST_F(Selector, ALLChoosesTheMainCategoryItselfOnce)
     EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Zebra - Stripes", L"Apple - Core", L"Mango - Stone"}));
 }
 
-TEST_F(Selector, ALevelThatIsGoneMeanwhileIsNoneAndToldOnce)
+TEST_F(Selector, LevelThatIsGoneIsNoneAndReportedOnce)
 {
     ClickCat(L"Rock");
     MainCat(L"Rock")->RemoveSubCat(Level(L"Rock", 3));
@@ -508,7 +508,7 @@ TEST_F(Selector, TheCategoriesAndTheLevelOfACutAreMarked)
     EXPECT_EQ(Shown(), Boxes());
 }
 
-TEST_F(Selector, AChosenCategoryThatHoldsTheCutStaysCurrent)
+TEST_F(Selector, ChosenCategoryThatContainsTheCutStaysCurrent)
 {
     AllowMulti();
     cSelector.SetSelectedMainCat(MainCat(L"Rock"));

@@ -433,7 +433,7 @@ TEST_F(Form, OKReturnsNeitherADeletedCategoryNorADeletedLevel)
     EXPECT_EQ(request.cSubCatChosen, nullptr);
 }
 
-TEST_F(Form, ACutIsNotPlacedInACategoryThatWasDeletedMeanwhile)
+TEST_F(Form, CutIsNotPlacedInACategoryDeletedDuringTheCall)
 {
     request.cCut = CutOf(0); // in Rock 1
     request.bAllowMultiSelect = true;
@@ -889,7 +889,7 @@ TEST_F(Form, ClicksWhileTheQuestionIsOpenAreIgnored)
 
 // ---- storing on closing ----
 
-TEST_F(Form, ClosingStoresGlobalArtistAndTitleWhateverTheAnswerAndNeverTheAlbum)
+TEST_F(Form, ClosingStoresGlobalArtistAndTitleNeverTheAlbum)
 {
     for (const BoxAnswer eAnswer : {BoxAnswer::Yes, BoxAnswer::No})
     {
@@ -1048,7 +1048,7 @@ TEST_F(Form, ANewLevelIsListedAndItsCategoryStaysChosen)
     EXPECT_TRUE(Level(L"Rock", 2));
 }
 
-TEST_F(Form, ALevelThatIsDeletedMeanwhileAndThenClickedMeansAllLevels)
+TEST_F(Form, ClickOnADeletedLevelMeansAllLevels)
 {
     Open(L"Rock", 1, [&] {
         cForm->TabClick(RulesPane::Category);

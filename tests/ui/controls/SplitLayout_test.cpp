@@ -148,7 +148,7 @@ void HoldsTogether(const SplitSettings& settings, const SplitState& state, std::
 
 // Over every combination of odd and even, small and large values: the pieces lie one behind the other, none
 // has a negative size, laying out twice changes nothing, and a bar that can keep both panes does.
-TEST(SplitLayout, HoldsTogetherOverAGridOfValues)
+TEST(SplitLayout, IsConsistentOverAGridOfValues)
 {
     for (const bool bHorizontal : {false, true})
         for (const std::int16_t iMin : Integers{-300, 0, 1, 75, 999, 2000, 32767})

@@ -243,7 +243,7 @@ TEST_F(Panel, WithoutSnappingTheBarNeverComesNearerThanTheSmallestPane)
     EXPECT_EQ(cPanel.Snapped(), 0);
 }
 
-TEST_F(Panel, WithSnappingADropAtAnEdgeCollapsesAndADropInTheMiddleShowsBoth)
+TEST_F(Panel, SnappingCollapsesAtAnEdgeAndShowsBothInTheMiddle)
 {
     cPanel.SetSnapToEdge(true);
     cPanel.Resize(10000, 4000);
@@ -370,7 +370,7 @@ TEST_F(Panel, AStoredZeroAndAnythingThatIsNoNumberMeansNothingIsStored)
     }
 }
 
-TEST_F(Panel, ThePositionIsRememberedAtTheEndOfEveryDragAndWhenItGoesOutOfView)
+TEST_F(Panel, PositionIsRememberedAfterEachDragAndWhenHidden)
 {
     cPanel.SetRegistryID(L"Library");
     cPanel.Resize(10000, 4000);

@@ -43,7 +43,7 @@ TEST(WindowPlace, AWindowIsMovedAndShrunkUntilItLiesWholeOnTheScreen)
         EXPECT_EQ(FittedInto(work, row.window), row.fitted) << row.sRule;
 }
 
-TEST(WindowPlace, AFirstWindowStandsInTheMiddle)
+TEST(WindowPlace, FirstWindowIsCentred)
 {
     EXPECT_EQ(CentredOn({100, 200, 800, 600}, 400, 300), (ScreenBox{300, 350, 400, 300}));
 }

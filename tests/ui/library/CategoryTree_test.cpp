@@ -56,7 +56,7 @@ TEST_F(CategoryTreeTest, WithNoMainCategoryItIsTheExpandedRootAlone)
     EXPECT_TRUE(cTree.At(0).bExpanded);
 }
 
-TEST_F(CategoryTreeTest, CategoriesAndLevelsAreSortedByTextWhateverTheirCase)
+TEST_F(CategoryTreeTest, CategoriesAndLevelsAreSortedIgnoringCase)
 {
     cLibrary.cDataBase->Add(L"a", L"Rock/blues", 10);
     cLibrary.cDataBase->Add(L"b", L"Rock", 2);

@@ -58,7 +58,7 @@ TEST(ColumnLayoutTest, WhatItSaysIsReadAgainAsItIs)
     EXPECT_EQ(again.At(0).lOrder, 2);
 }
 
-TEST(ColumnLayoutTest, UsableGroupsCountWhateverStandsBesideThem)
+TEST(ColumnLayoutTest, UsableGroupsCountNextToUnusableOnes)
 {
     const ColumnLayout layout(L"3|Width|91|99|Width|5|4|Nothing|1|5|Width|abc|9|VISIBLE|0|2|width|61|7");
     EXPECT_EQ(layout.At(2).lWidth, 91);

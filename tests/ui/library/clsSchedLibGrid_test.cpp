@@ -210,7 +210,7 @@ TEST_P(ReorderTest, TheNewOrderIsSaved)
     EXPECT_TRUE(window.cPorts.cFiles.FileExists(SifPath(L"Rock")));
 }
 
-TEST_P(ReorderTest, TheRowStandsForItsCutWhereverTheRotationHasSentItMeanwhile)
+TEST_P(ReorderTest, RowMeansItsCutAfterTheRotationMovedIt)
 {
     window.cLibrary.Level(L"Rock", 1)->SchedCuts()->SendToBack(TextKey(L"1")); // 2 3 4 5 6 7 8 1
     window.cGridView.Select({7});                                              // 8

@@ -196,7 +196,7 @@ TEST_F(CategoryBoxes, ALevelNeedsAChosenCategory)
     });
 }
 
-TEST_F(CategoryBoxes, TheCategoryTabWithoutACategoryIsExplainedWithTheInformationIcon)
+TEST_F(CategoryBoxes, CategoryTabWithoutACategoryIsExplained)
 {
     request.cMainCatChosen = nullptr;
     Open([&](const User& user) {
@@ -254,7 +254,7 @@ TEST_F(CategoryBoxes, TheQuestionAboutPendingChangesHasItsIconAndIsAnsweredByKey
     });
 }
 
-TEST_F(CategoryBoxes, TheInputBoxStandsInTheMiddleInTheMessageFontAndIsUsedByKeysAlone)
+TEST_F(CategoryBoxes, InputBoxIsCentredAndUsableByKeyboard)
 {
     Open([&](const User& user) {
         user.Key('N', VK_MENU);

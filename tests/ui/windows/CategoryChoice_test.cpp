@@ -94,7 +94,7 @@ TEST_F(CategoryChoice, TheFiltersWorkByMouseAndMnemonic)
     });
 }
 
-TEST_F(CategoryChoice, TheSortedListIsInAlphabeticalOrderWhateverTheCase)
+TEST_F(CategoryChoice, SortedListIsAlphabeticalIgnoringCase)
 {
     for (const wchar_t* sArtist : {L"abba", L"Zappa", L"Beck", L"\u00C4rzte"})
         Add(sArtist, L"Pop", 1, sArtist, L"x");

@@ -12,7 +12,7 @@
 namespace ravlo::test
 {
 
-TEST_F(CategoryWindowTest, TheDisabledSelectorShowsTheHourglassAndTheSongsStayDisabledWithMultiSelect)
+TEST_F(CategoryWindowTest, DisabledSelectorShowsTheHourglass)
 {
     const VisualStyles cStyles;
     const UniqueFont hFont = MessageFont(96);

@@ -19,7 +19,7 @@ struct CategoryWindow : CategoryWindowTest
     UINT MenuState() const { return ::GetMenuState(::GetMenu(hWindow), 0, MF_BYPOSITION) & MF_GRAYED; }
 };
 
-TEST_F(CategoryWindow, OtherWindowsAreDisabledMeanwhileAndJustThoseEnabledAgain)
+TEST_F(CategoryWindow, OtherWindowsAreDisabledAndJustThoseEnabledAgain)
 {
     HostWindow cSecond(L"Second");
     HostWindow cDisabled(L"Disabled before");
@@ -116,7 +116,7 @@ TEST_F(CategoryWindow, ManagersOpenTheirWindowsInTurn)
     EXPECT_EQ(Open([&](const User& user) { EXPECT_EQ(user.Entries(At(eIdlstCat)).size(), 3u); }), lNotChosen);
 }
 
-TEST_F(CategoryWindow, AQuittingProgramClosesItAndIsToldSo)
+TEST_F(CategoryWindow, QuittingProgramClosesItAndQuits)
 {
     StartOn(L"Rock", 3);
     std::int32_t lAnswer = 0;

@@ -109,7 +109,7 @@ TEST_F(LibraryCommands, EveryItemIsReachedByMouseAndKeyboard)
     }
 }
 
-TEST_F(LibraryCommands, KeysOfCommandsWorkWhereverTheFocusIs)
+TEST_F(LibraryCommands, CommandKeysWorkFromAnyFocus)
 {
     FillStation();
     Open([&](const User& user) {

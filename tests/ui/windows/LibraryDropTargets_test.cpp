@@ -235,7 +235,7 @@ public:
 
 } // namespace
 
-TEST(DropTarget, NoExceptionGoesToWhoeverDrags)
+TEST(DropTarget, NoExceptionLeavesADropTarget)
 {
     ASSERT_GE(::OleInitialize(nullptr), 0);
     {

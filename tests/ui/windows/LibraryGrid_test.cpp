@@ -324,7 +324,7 @@ TEST_F(LibraryGrid, AnotherNodeOpensAtItsFirstRow)
     });
 }
 
-TEST_F(LibraryGrid, CtrlASelectsAllRowsWhereverTheFocusIs)
+TEST_F(LibraryGrid, CtrlASelectsAllRowsFromAnyFocus)
 {
     FillStation();
     Open([&](const User& user) {

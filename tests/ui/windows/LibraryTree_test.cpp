@@ -32,7 +32,7 @@ TEST_F(LibraryTree, ADoubleClickShowsANodesItems)
     });
 }
 
-TEST_F(LibraryTree, ADoubleClickRightOfTheLabelCountsAndOneOnTheExpanderOrTheBoxDoesNot)
+TEST_F(LibraryTree, DoubleClickCountsOnTheRowNotOnExpanderOrBox)
 {
     FillStation();
     Open([&](const User& user) {
@@ -239,7 +239,7 @@ TEST_F(LibraryTree, ARightClickSelectsTheNodeAndOpensTheCategoriesMenu)
     });
 }
 
-TEST_F(LibraryTree, CategoriesAndLevelsAreSortedByTextAndOneCalledAllAudioIsLeftOut)
+TEST_F(LibraryTree, CategoriesAreSortedByTextWithoutOneCalledAllAudio)
 {
     Add(L"b", L"beta", 10, L"A");
     Add(L"b2", L"beta", 2, L"A");
@@ -250,7 +250,7 @@ TEST_F(LibraryTree, CategoriesAndLevelsAreSortedByTextAndOneCalledAllAudioIsLeft
     });
 }
 
-TEST_F(LibraryTree, AStationThatWasEmptyIsReadAnewWhenANodeIsShown)
+TEST_F(LibraryTree, EmptyStationIsReadAgainWhenANodeIsShown)
 {
     Open([&](const User& user) {
         EXPECT_EQ(Tree(), (Texts{L"ALL AUDIO"}));

@@ -118,7 +118,7 @@ TEST_F(LibraryWindowLifetime, AHostMayLetGoOfTheWindowsWhileAHiddenOneIsFilled)
     EXPECT_EQ(::FindWindowW(sfrmUILibClass, nullptr), nullptr);
 }
 
-TEST_F(LibraryWindowLifetime, ReloadAllFillsTheOpenWindowAnewWithoutReadingTheDatabase)
+TEST_F(LibraryWindowLifetime, ReloadAllRefillsTheOpenWindowWithoutTheDatabase)
 {
     FillStation();
     Open([&](const User& user) {
@@ -179,7 +179,7 @@ struct LibraryGreyed : LibraryWindowTest
     }
 };
 
-TEST_F(LibraryGreyed, ControlsAndMenusAreDisabledWhileALongCommandRunsAndGetTheFocusBack)
+TEST_F(LibraryGreyed, LongCommandDisablesControlsThenRestoresTheFocus)
 {
     FillStation();
     Open([&](const User& user) {
@@ -246,7 +246,7 @@ TEST_F(LibraryWindowLifetime, TheFocusComesBackToTheControlThatHadIt)
     });
 }
 
-TEST_F(LibraryWindowLifetime, AQuittingProgramClosesItAndIsToldSo)
+TEST_F(LibraryWindowLifetime, QuittingProgramClosesItAndQuits)
 {
     FillStation();
     cState.Populate();

@@ -7,7 +7,7 @@ namespace ravlo::test
 
 using SplitPanelPlace = LibraryWindowTest;
 
-TEST_F(SplitPanelPlace, AWindowThatOpensMaximisedKeepsASplitForWhichItsNormalSizeHasNoRoom)
+TEST_F(SplitPanelPlace, MaximisedWindowKeepsASplitTooWideForItsNormalSize)
 {
     MemoryUserSettings& cSettings = cState.cPorts.cUserSettings;
     cSettings.Set(L"RavloScheduler", L"Settings", L"frmUILibPlace", L"100,100,700,500,max");
