@@ -293,6 +293,9 @@ TEST_F(ReplacedStationTest, APlayDuringAFailedPopulationIsThePresentDatabases)
         EXPECT_EQ(colCuts[0]->LastPlayed(), 40'000);
         EXPECT_EQ(cSecond->colCuts.back()->LastPlayed(), 0);
         EXPECT_EQ(cLib.cSchedMan->ArtistHistoryCut(L"Artist of cut1"), colCuts[0]);
+        colCuts[0]->SetLastPlayed(41'000);
+        cLib.cSchedMan->PopulateFromDataBase(nullptr, sRadio);
+        EXPECT_EQ(colCuts[0]->LastPlayed(), 41'000) << "the play was not noted for this population";
         colCuts[0]->SetLastPlayed(0);
     }
 }
