@@ -14,7 +14,19 @@ namespace
 const std::function<void()> colThrows[] = {[] { throw std::runtime_error("from the host"); },
                                            [] { throw 7; }};
 
-using HostExceptionsTest = HostStationTest;
+class HostExceptionsTest : public HostStationTest
+{
+protected:
+    void SetUp() override
+    {
+#ifndef _WIN64
+        // The 32-bit compiler finds handlers within one module only; another compiler's host is not affected.
+        GTEST_SKIP() << "an exception cannot pass from a program into a DLL here";
+#else
+        HostStationTest::SetUp();
+#endif
+    }
+};
 
 TEST_F(HostExceptionsTest, ASinkThatThrowsIsPassedOver)
 {

@@ -238,14 +238,28 @@ TEST_F(RegistrationTest, TypeLibrariesThatTheOtherServerNeedsChangeHands)
     }
 }
 
+#ifdef _WIN64
+constexpr REGSAM lOtherWidth = KEY_WOW64_32KEY;
+bool HasOtherWidth() { return true; }
+#else
+constexpr REGSAM lOtherWidth = KEY_WOW64_64KEY;
+bool HasOtherWidth() // not on a 32-bit Windows
+{
+    BOOL bEmulated = FALSE;
+    return IsWow64Process(GetCurrentProcess(), &bEmulated) && bEmulated;
+}
+#endif
+
 // 32 bit and 64 have class keys of their own and share the names.
 TEST_F(RegistrationTest, TheNamesStayWhileTheOtherWidthIsRegistered)
 {
+    if (!HasOtherWidth())
+        GTEST_SKIP() << "this Windows has 32 bit only";
     const Class& one = colBaseClasses[0];
     const std::wstring sKey = L"Software\\Classes\\CLSID\\" + TextOfGuid(*one.pClsid);
     HKEY hOther = nullptr;
     ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, (sKey + L"\\InprocServer32").c_str(), 0, nullptr, 0,
-                              KEY_WRITE | KEY_WOW64_32KEY, nullptr, &hOther, nullptr),
+                              KEY_WRITE | lOtherWidth, nullptr, &hOther, nullptr),
               ERROR_SUCCESS);
     RegCloseKey(hOther);
     ASSERT_EQ(m_cBase.Register(), S_OK);
@@ -255,8 +269,7 @@ TEST_F(RegistrationTest, TheNamesStayWhileTheOtherWidthIsRegistered)
         EXPECT_EQ(Value(HKEY_LOCAL_MACHINE, sName + L"\\CLSID"), TextOfGuid(*one.pClsid));
     ExpectNotRegistered(HKEY_LOCAL_MACHINE, colBaseClasses[1]); // of which there is no other width
     for (const wchar_t* sPart : {L"\\InprocServer32", L""})
-        ASSERT_EQ(RegDeleteKeyExW(HKEY_LOCAL_MACHINE, (sKey + sPart).c_str(), KEY_WOW64_32KEY, 0),
-                  ERROR_SUCCESS);
+        ASSERT_EQ(RegDeleteKeyExW(HKEY_LOCAL_MACHINE, (sKey + sPart).c_str(), lOtherWidth, 0), ERROR_SUCCESS);
     ASSERT_EQ(m_cBase.Unregister(), S_OK);
     ExpectNotRegistered(HKEY_LOCAL_MACHINE, one);
 }
