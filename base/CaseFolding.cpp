@@ -60,7 +60,7 @@ bool EqualIgnoringCase(std::wstring_view sLeft, std::wstring_view sRight) noexce
 {
     if (sLeft.size() != sRight.size())
         return false;
-    // Most equal texts are equal letter by letter, which shows much sooner.
+    // Most equal texts have the same letters, which is much faster to compare.
     return std::wmemcmp(sLeft.data(), sRight.data(), sLeft.size()) == 0 ||
            std::equal(sLeft.begin(), sLeft.end(), sRight.begin(),
                       [](wchar_t a, wchar_t b) { return a == b || Fold(a) == Fold(b); });
@@ -68,7 +68,7 @@ bool EqualIgnoringCase(std::wstring_view sLeft, std::wstring_view sRight) noexce
 
 std::size_t HashIgnoringCase(std::wstring_view sText) noexcept
 {
-    // FNV-1a's start and prime; two chains, since each multiplication waits for the one before.
+    // FNV-1a's start and prime; two chains, since each multiplication waits for the previous one.
     constexpr std::uint64_t prime = 0x100000001B3u;
     std::uint64_t even = 0xCBF29CE484222325u;
     std::uint64_t odd = even;

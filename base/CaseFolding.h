@@ -16,7 +16,7 @@ std::wstring FoldCase(std::wstring_view sText);
 
 bool EqualIgnoringCase(std::wstring_view sLeft, std::wstring_view sRight) noexcept;
 
-// Equal for texts that EqualIgnoringCase calls equal.
+// Texts that are equal for EqualIgnoringCase have the same hash.
 std::size_t HashIgnoringCase(std::wstring_view sText) noexcept;
 
 } // namespace ravlo

@@ -63,7 +63,7 @@ double SecondsOfDay(const DateFields& fields)
     return fields.lHour * 3600 + fields.lMinute * 60 + fields.lSecond;
 }
 
-// Reads fields of fixed width off the front of a text.
+// Reads fields of fixed width from the start of a text.
 class IsoReader
 {
 public:
@@ -142,7 +142,7 @@ std::int64_t WholeSeconds(DateTime dtWhen)
     const double dDay = std::trunc(dtWhen);
     const double dTime = std::abs(dtWhen - dDay) * static_cast<double>(secondsPerDay);
     const std::int64_t seconds = static_cast<std::int64_t>(dDay) * secondsPerDay + std::llround(dTime);
-    // The last half second of the calendar has no next day to be rounded to.
+    // The last half second of the calendar has no next day to round up to.
     constexpr std::int64_t last = static_cast<std::int64_t>(dBehindLast) * secondsPerDay - 1;
     return seconds < last ? seconds : last;
 }
@@ -150,7 +150,7 @@ std::int64_t WholeSeconds(DateTime dtWhen)
 std::wstring IsoText(DateTime dtWhen)
 {
     const DateFields fields = FieldsOf(dtWhen);
-    char aText[80]; // what six ints could take at most, so that no compiler need wonder
+    char aText[80]; // enough for six ints of any value, so that no compiler warns
     const int lLength =
         std::snprintf(aText, sizeof aText, "%04d-%02d-%02dT%02d:%02d:%02d", fields.lYear, fields.lMonth,
                       fields.lDay, fields.lHour, fields.lMinute, fields.lSecond);

@@ -42,8 +42,8 @@ public:
 
     std::size_t Count() const noexcept { return m_count; }
     bool Empty() const noexcept { return Count() == 0; }
-    // Grows by one with every item added, removed or moved, and with every re-ordering. Shows a caller that
-    // let others run whether the order is still the same. Moving from a collection counts, too.
+    // Grows by one with every item added, removed or moved, and with every re-ordering. Callers that let
+    // others run see by it whether the order is still the same. Moving from a collection counts, too.
     std::uint64_t Changes() const noexcept { return m_changes; }
     void Reserve(std::size_t count)
     {

@@ -10,7 +10,7 @@ namespace ravlo
 {
 
 // The only exception type of the system: an automation run-time error number, which hosts know from
-// Err.Number, and a description for people. Copies share their texts, so that copying never fails.
+// Err.Number, and a description for people. Copies share their texts, so copying never fails.
 class RuntimeError : public std::exception
 {
 public:

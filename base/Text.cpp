@@ -20,7 +20,7 @@ bool IsDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
 
 bool IsBlank(wchar_t c) { return c == L' ' || (c >= L'\t' && c <= L'\r'); }
 
-// '$' besides the invariant locale's own sign, since that is what people type.
+// '$' in addition to the invariant locale's own sign, since people type it.
 bool IsCurrencySign(wchar_t c) { return c == L'$' || c == L'\u00A4'; }
 
 int HexDigit(wchar_t c)
@@ -53,7 +53,7 @@ Decimal SevenDigitsOf(float sngValue)
     const std::string_view sText(aText, static_cast<std::size_t>(pEnd - aText)); // d.ddd...e+dd
     std::string_view sExponent = sText.substr(sText.find('e') + 1);
     if (sExponent.front() == '+')
-        sExponent.remove_prefix(1); // not known to the reader
+        sExponent.remove_prefix(1); // from_chars does not accept it
     Decimal cDecimal{std::string(1, sText[0]) + std::string(sText.substr(2, lKept - 1)), 0};
     std::from_chars(sExponent.data(), sExponent.data() + sExponent.size(), cDecimal.lExponent);
     if (sText[lKept + 1] >= '5')
@@ -89,7 +89,7 @@ std::wstring PlainText(const Decimal& cDecimal)
     return Widened((lWhole == 0 ? "0" : sDigits.substr(0, lWhole)) + "." + sDigits.substr(lWhole));
 }
 
-// Reads one number from front to back, in the order of its parts.
+// Reads one number from start to end, in the order of its parts.
 class NumberReader
 {
 public:
@@ -207,7 +207,7 @@ private:
             Take();
         if (!IsDigit(Peek()))
             return false;
-        constexpr std::int64_t enough = 1'000'000'000'000; // more than any text is long, so no sum overflows
+        constexpr std::int64_t enough = 1'000'000'000'000; // more than any length: sums cannot overflow
         std::int64_t lExponent = 0;
         for (; IsDigit(Peek()); Take())
             lExponent = std::min(lExponent * 10 + (Peek() - L'0'), enough);

@@ -41,7 +41,7 @@ std::optional<std::int32_t> ToLong(double dValue) noexcept;
 // <name> TAB <level>: the key of a category level; with level 0 the key of a main category.
 std::wstring CategoryKey(const std::wstring& sCatName, std::int32_t lCatLevel);
 
-// Such a key, divided at its first TAB. The views are of sKey.
+// A category key, split at its first TAB. The views refer to sKey.
 struct CategoryKeyParts
 {
     std::wstring_view sName;

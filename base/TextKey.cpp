@@ -26,7 +26,7 @@ std::size_t TextKey::EmptyHash() noexcept
     return hash;
 }
 
-// Most equal texts are equal letter by letter, which shows much sooner than without regard to case.
+// Most equal texts have the same letters, which is much faster to compare.
 bool TextKey::SameText(const std::wstring& sLeft, const std::wstring& sRight) noexcept
 {
     return sLeft == sRight || EqualIgnoringCase(sLeft, sRight);

@@ -85,7 +85,7 @@ std::optional<Form> FormOf(unsigned char c)
     return std::nullopt;
 }
 
-// Moves plain ASCII at the head of the bytes over: most of the text there is.
+// Moves ASCII at the start of the bytes to the text: most text is ASCII.
 void TakeAscii(std::wstring& sText, std::string_view& bytes)
 {
     std::size_t count = 0;
@@ -97,8 +97,8 @@ void TakeAscii(std::wstring& sText, std::string_view& bytes)
     bytes.remove_prefix(count);
 }
 
-// The code at the head of the bytes, and its length; nothing when there is none. Halves of pairs are let
-// through.
+// The code at the start of the bytes, and its length; nothing when there is none. Accepts halves of surrogate
+// pairs.
 std::optional<std::uint32_t> Decode(std::string_view bytes, std::size_t& lLength)
 {
     const auto form = FormOf(static_cast<unsigned char>(bytes.front()));

@@ -10,11 +10,11 @@ namespace ravlo
 
 // UTF-8 as in the database file and in every CSV. Strings are UTF-16 or UTF-32, as wide as wchar_t.
 
-// Keeps everything a UTF-16 host can hand in: half a surrogate pair becomes the three bytes of its code,
+// Keeps everything that a UTF-16 host can pass: half a surrogate pair becomes the three bytes of its code,
 // which TextFromStore reads back. A value past the last code point becomes U+FFFD.
 std::string Utf8Of(std::wstring_view sText);
 
-// The inverse of Utf8Of. Each byte that is no UTF-8 becomes U+FFFD.
+// The inverse of Utf8Of. Each byte that is not UTF-8 becomes U+FFFD.
 std::wstring TextFromStore(std::string_view bytes);
 
 // Nothing when the bytes are not well-formed UTF-8 (halves of surrogate pairs and overlong forms are not).

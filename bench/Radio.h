@@ -14,7 +14,7 @@
 namespace ravlo::bench
 {
 
-// A media database that costs one hash look-up a cut.
+// A media database with one hash look-up per cut.
 class RadioDataBase final : public DataBase
 {
 public:
@@ -36,7 +36,7 @@ public:
     std::shared_ptr<Cut> NewCut() const override;
     void Advise(DataBaseEvents& cEvents) override { m_cListener = &cEvents; }
     void Unadvise(DataBaseEvents&) noexcept override { m_cListener = nullptr; }
-    // Tells the one listener.
+    // Calls the one listener.
     void AnnounceAdded(const Cuts& colCuts) { m_cListener->CutsAdded(colCuts); }
 
 private:
@@ -45,8 +45,8 @@ private:
     DataBaseEvents* m_cListener = nullptr;
 };
 
-// Files that take everything and keep nothing but the name last appended to: what is left of a cost is the
-// library's own.
+// Files that accept everything and keep only the last name appended to, so that only the library's own cost
+// is measured.
 class NoFiles : public Files
 {
 public:
@@ -72,19 +72,18 @@ private:
     std::wstring m_sAppended;
 };
 
-// A free-standing cut of a made-up library: ten cuts an artist, twelve an album, every title its own.
+// A free-standing cut of a made-up library: ten cuts per artist, twelve per album, different titles.
 std::shared_ptr<Cut> MadeUpCut(std::int64_t number);
 
-// The same as a cut of a typical station's library: six categories with four levels each, a third of the cuts
-// in two categories.
+// As MadeUpCut, in a typical station's library: six categories with four levels each, a third of the cuts in
+// two categories.
 std::shared_ptr<Cut> LibraryCut(std::int64_t number);
 
-// A station with one level of lCuts cuts, all of which played a day ago.
+// A station with one level; all its cuts played a day ago.
 struct Radio
 {
     explicit Radio(std::int64_t cuts);
-    // One for each size, made when first asked for and kept: building a large one takes longer than measuring
-    // it.
+    // One station per size, built on first use and kept: building a large one takes longer than measuring it.
     static Radio& OfSize(std::int64_t cuts);
 
     MemoryPorts context;

@@ -28,7 +28,7 @@ std::string RunName(const std::string& sName, std::int64_t size)
     return sName + "/" + std::to_string(size);
 }
 
-// Keeps the quickest repetition of every benchmark: what else the machine does can only make one slower.
+// Keeps the fastest repetition of each benchmark: other work of the machine can only slow one down.
 class TableReporter final : public benchmark::BenchmarkReporter
 {
 public:
@@ -94,7 +94,7 @@ private:
         return bWithin;
     }
 
-    std::map<std::string, double> m_colTimes; // ns of a unit, by run name
+    std::map<std::string, double> m_colTimes; // ns per unit, by
 };
 
 void Register(const std::string& sName, const std::function<void(benchmark::State&)>& body,

@@ -11,18 +11,18 @@
 namespace ravlo::bench
 {
 
-// One row group of the table: what something costs beside the least a machine would have to do for it. Both
-// are functions of a benchmark's usual shape (for (auto _ : state) ...) that read their size from
-// state.range(0) and say with state.SetItemsProcessed how many units of work they did; the table compares the
-// time of one unit.
+// One row group of the table: the cost of something compared with the least that a machine would have to do
+// for it. Both are benchmark functions of the usual shape (for (auto _ : state) ...) that read their size
+// from state.range(0) and report the units of work with state.SetItemsProcessed; the table compares the time
+// per unit.
 struct RatioCase
 {
     std::string sName;
-    std::string sBaseline; // what the baseline does, for the reader
+    std::string sBaseline; // describes the baseline
     std::vector<std::int64_t> colSizes;
     std::function<void(benchmark::State&)> subject;
     std::function<void(benchmark::State&)> baseline;
-    double dLimit = 0; // the largest ratio that is accepted; 0 for a row that only informs
+    double dLimit = 0; // the largest ratio accepted; 0: no limit
     bool bWallTime =
         false; // compare the time that passes, for work that waits for the disk; else the processor's
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a slot of a planned day costs with the embedded database, its plays written together once a second.
+// The cost of a slot of a planned day with the embedded database, with plays written together once a second.
 #include "bench/Radio.h"
 #include "bench/Ratios.h"
 #include "ravlobase/Sqlite.h"
@@ -24,7 +24,7 @@ constexpr double dSlotDays = 3.0 / (24 * 60);
 constexpr int lSlots = 1'000; // a round: a few days
 constexpr std::int64_t scatter = 7'919;
 
-// A folder of the program's own, gone with it.
+// A folder of the program's own, deleted at its end.
 struct Folder
 {
     Folder()
@@ -45,8 +45,7 @@ struct FileStation
         Cuts colCuts;
         for (std::int64_t i = 0; i < cuts; ++i)
         {
-            // A factor without a divisor in common with the count scatters each artist's cuts over the
-            // orders.
+            // A factor coprime to the count scatters each artist's cuts over the orders.
             colCuts.push_back(LibraryCut(i * scatter % cuts));
         }
         cStore->Open(sFile);
@@ -63,7 +62,7 @@ struct FileStation
                 }
             }
         }
-        // What the first pick of each level does once is no part of a slot.
+        // The first pick of each level does one-time work that is not part of a slot.
         for (std::size_t i = 0; i < 2 * colKeys.size(); ++i)
         {
             Pick();
@@ -105,7 +104,7 @@ struct FileStation
     DateTime dtNow = 47'000;
 };
 
-// Says when a second has passed.
+// Tells when a second has passed.
 class EverySecond
 {
 public:

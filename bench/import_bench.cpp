@@ -27,7 +27,7 @@ const Cuts& CutsOf(std::int64_t first, std::int64_t count)
 class SavedOrders final : public NoFiles
 {
 public:
-    // Takes the orders of a station whose writes went here.
+    // Keeps the orders that a station writes.
     bool bKeep = false;
 
     Presence PresenceOf(const std::wstring& sPath) const override
@@ -62,7 +62,7 @@ struct OpenStation
         for (const std::shared_ptr<Cut>& cCut : CutsOf(0, cuts))
             cDataBase->Add(cCut);
     }
-    // One whose orders were saved before.
+    // A station whose orders were saved before.
     explicit OpenStation(std::int64_t cuts) : OpenStation(cuts, OrdersOf(cuts)) {}
     void Populate() { cSchedMan->PopulateFromDataBase(cDataBase, L"C:\\Host"); }
 
@@ -89,7 +89,7 @@ struct OpenStation
     std::shared_ptr<clsSchedMan> cSchedMan = std::make_shared<clsSchedMan>(cMod);
 };
 
-// One announcement of lCuts new cuts to a station that has some.
+// One announcement of new cuts to a station that has some.
 void ImportCuts(benchmark::State& state, std::int64_t cuts)
 {
     const Cuts& colNew = CutsOf(openCuts, cuts);

@@ -20,7 +20,7 @@ namespace
 {
 
 // A real disk on which a backup program holds some files open: they cannot be replaced. A patient caller
-// waits as long as on a station.
+// waits as long as at a station.
 class LockedFiles final : public Files
 {
 public:
@@ -62,8 +62,8 @@ private:
     PosixFiles m_cDisk;
 };
 
-// Categories Cat0, Cat1 ... of lCuts cuts each, whose picks save. Each pick comes more than a second after
-// the one before, so each tries again what is owed.
+// Categories Cat0, Cat1 ... whose picks save. Each pick comes more than a second after the previous one, so
+// it retries a failed save.
 struct Station
 {
     static constexpr int lCats = 31;
@@ -114,7 +114,8 @@ struct Station
     std::shared_ptr<clsSchedMan> cSchedMan = std::make_shared<clsSchedMan>(cMod);
 };
 
-// lOwed: how many other categories are locked and owed; bOwn: whether the one that is picked from is.
+// lOwed: how many other categories have a locked file and a failed save; bOwn: whether the picked category's
+// file is locked too.
 template <int lOwed, bool bOwn> void Picks(benchmark::State& state)
 {
     static std::map<std::int64_t, std::unique_ptr<Station>> colStations;
@@ -136,7 +137,7 @@ template <int lOwed, bool bOwn> void Picks(benchmark::State& state)
 }
 
 const std::vector<std::int64_t> colSizes{100, 1'000};
-// A pick with something owed writes two files at most, so it costs two picks, and the log lines of the
+// A pick with failed saves to retry writes two files at most, so it costs two picks and the log lines of the
 // errors.
 constexpr double dLimit = 2.2;
 

@@ -12,7 +12,8 @@ namespace ravlo::bench
 namespace
 {
 
-// The least a selection has to do, without case, errors, levels or a log: a list of the cuts and three maps.
+// The least that a selection has to do, without case, errors, levels or log: a list of the cuts and three
+// maps.
 struct BarePlays
 {
     struct Entry
@@ -65,7 +66,7 @@ enum class Log
     Written, // as on air: each line is made, stamped, encoded and appended; no disk
 };
 
-// What a day ago played breaks no rule of an hour, and every rule of two days.
+// A cut that played a day ago breaks no separation of an hour, and every one of two days.
 constexpr std::int32_t lHour = 60;
 constexpr std::int32_t lTwoDays = 2 * 24 * 60;
 
@@ -102,7 +103,7 @@ void BarePick(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
-// A line as it goes to the disk: stamped, joined, one byte a character.
+// A line as written to the disk: stamped, joined, one byte per character.
 void AppendBareLine(std::string& bytes, const char* sWhat, const BarePlays::Entry& entry)
 {
     bytes.append("21/11/26 12:00:00 ").append(sWhat);

@@ -49,7 +49,8 @@ STDMETHODIMP CatFace::get_SchedCuts(_clsCollection** pVal)
 STDMETHODIMP CatFace::putref_SchedCuts(IDispatch* newVal)
 {
     return Guard([&] {
-        // What is no cut, or no collection, is shown; what the cuts themselves raise goes to the caller.
+        // An item that is no cut, and an object that is no collection, are shown; errors of the cuts go to
+        // the caller.
         const auto colCuts = Trap(Library(), L"SchedCuts [clsCat]", std::optional<Cuts>(),
                                   [&] { return newVal ? std::optional(CutsIn(newVal)) : std::nullopt; });
         if (colCuts)

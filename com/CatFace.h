@@ -49,11 +49,12 @@ private:
 // Returns the one face of a category; null for null.
 ComPtr<_clsCat> CatOut(const std::shared_ptr<clsCat>& cCat);
 
-// Returns the category of a face; null for null. Error 13 for an object that is no category of this library.
+// Returns the category of a face; null for null. Throws error 13 for an object that is no category of this
+// library.
 std::shared_ptr<clsCat> CatFrom(_clsCat* pCat);
 
-// Returns the categories of an automation collection, in order; none for null. Error 13 when an item is no
-// category.
+// Returns the categories of an automation collection, in order; none for null. Throws error 13 when an item
+// is no category.
 Cats CatsIn(IDispatch* colCats);
 
 // Items that are categories.

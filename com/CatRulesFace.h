@@ -42,7 +42,8 @@ private:
 // Returns the one face of a rules object; null for null.
 ComPtr<_clsCatRules> RulesOut(const std::shared_ptr<clsCatRules>& cRules);
 
-// Returns the rules object of a face; null for null. Error 13 for an object that is no face of this library.
+// Returns the rules object of a face; null for null. Throws error 13 for an object that is no face of this
+// library.
 std::shared_ptr<clsCatRules> RulesFrom(_clsCatRules* pRules);
 
 } // namespace ravlo

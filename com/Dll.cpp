@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// RavloSched.dll: what it creates, which types it describes, and the five functions COM knows it by.
+// RavloSched.dll: the classes it creates, the types it describes, and its five exported functions for COM.
 #include "com/CatFace.h"
 #include "com/CatRulesFace.h"
 #include "com/Library.h"

@@ -25,7 +25,7 @@ constexpr Announcement colAnnouncements[] = {
     {L"m_cDataBase_CutsRemoved", &DataBaseEvents::CutsRemoved},
 };
 
-// Logs a failure of body: one unusable item does not cost the others.
+// Logs a failure of body: an unusable item must not cost the others.
 template <class Body> void LogFailure(const wchar_t* sWhere, Body&& body)
 {
     try
@@ -122,7 +122,7 @@ private:
 
 HostDatabase::~HostDatabase()
 {
-    Forget(); // first: disconnecting calls the host, which may ask for a new wrapper
+    Forget(); // before disconnecting, which calls the host, which may ask for a new wrapper
     Disconnect();
 }
 
@@ -154,7 +154,7 @@ std::shared_ptr<Cut> HostDatabase::CutByKey(const TextKey& cKey) const
     ComPtr<_clsCut> cFound;
     Call(&_clsDataBase::CutByKey, sKey.Get(), cFound.Receive());
     std::shared_ptr<Cut> cCut = CutFrom(cFound.Get());
-    // A nested call may have emptied the table for a later revision.
+    // A nested call may have cleared the table for a later revision.
     if (cCut && revision != 0 && revision == m_foundAt)
         m_colFound.insert_or_assign(cKey, cCut);
     return cCut;
@@ -215,7 +215,7 @@ void HostDatabase::Connect()
     const auto find = [&] { return cContainer->FindConnectionPoint(DIID___clsDataBase, cPoint.Receive()); };
     if (!cContainer || FAILED(Outgoing(find)) || !cPoint)
         return;
-    // Weakly: the connection must not keep the database alive.
+    // Weak: the connection must not keep the database alive.
     const auto forward = [cWeak = weak_from_this()](DISPID lEvent, const EventArguments& given) {
         if (const auto cDataBase = cWeak.lock())
             Forward(*cDataBase, lEvent, given);

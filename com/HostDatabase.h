@@ -12,10 +12,9 @@
 namespace ravlo
 {
 
-// A media database that the host brings, as the core sees it. Its cuts come as HostCuts. Its events reach the
-// listeners through the connection point __clsDataBase; an item of an announced collection that is no cut is
-// skipped, with a line in the debug log. A database without that connection point is silent; one that refuses
-// the connection leaves a line in the debug log.
+// A host's media database as the core sees it. Its cuts are HostCuts. Its events reach the listeners through
+// the connection point __clsDataBase; an announced item that is no cut is skipped and logged. A database
+// without that connection point announces nothing; a refused connection is logged.
 class HostDatabase final : public DataBase,
                            public HostWrapper<HostDatabase, _clsDataBase>,
                            public std::enable_shared_from_this<HostDatabase>
@@ -41,7 +40,7 @@ public:
     void Advise(DataBaseEvents& cEvents) override;
     void Unadvise(DataBaseEvents& cEvents) noexcept override;
 
-    // Called for each event: tells every listener except those that leave before their turn.
+    // Calls tell for every listener, except those that unadvise before their turn.
     template <class Tell> void ForEachListener(Tell&& tell)
     {
         const auto colListeners = m_colListeners;

@@ -38,7 +38,7 @@ ComPtr<IDispatch> ObjectOf(const Variant& value)
     return cObject;
 }
 
-// Throws what a call that failed with an exception of the object's own left behind.
+// Throws the error that a failed call has left in info.
 [[noreturn]] void Rethrow(EXCEPINFO& info)
 {
     if (info.pfnDeferredFillIn)
@@ -72,7 +72,7 @@ private:
     Variant Invoke(const wchar_t* sName, WORD wFlags, std::vector<Variant> colReversed);
 
     ComPtr<IDispatch> m_cObject;
-    // Of a script's object, whose members come and go; else null.
+    // Set for a script's object, whose members may change; otherwise null.
     ComPtr<IDispatchEx> m_cScriptObject;
     std::map<std::wstring, DISPID> m_colIds; // asked for once: a grid is called for every cell
 };
@@ -171,7 +171,7 @@ public:
         }
         catch (...)
         {
-            // A host's grid that refuses this has said so before, when it refused a row.
+            // A grid that refuses this has already refused a row.
         }
     }
     RedrawOff(const RedrawOff&) = delete;

@@ -11,14 +11,14 @@
 namespace ravlo
 {
 
-// A tree that a host passes: Nodes with Clear, Add, and _NewEnum or Count and Item; its nodes have Key,
-// Image, Sorted, Expanded and Parent. An error of the host's is thrown with its description.
+// A host's tree: Nodes with Clear, Add, and _NewEnum or Count and Item; its nodes have Key, Image, Sorted,
+// Expanded and Parent. Throws the host's errors with their descriptions.
 class LateBoundTree
 {
 public:
     explicit LateBoundTree(IDispatch& oTv);
 
-    // Shows these nodes in place of its own, all closed, the root expanded.
+    // Replaces the tree's nodes by these, all closed, the root expanded.
     void Fill(const std::vector<TreeNode>& colNodes);
     // Gives the image "Open" to the node of that key, compared without regard to case, and to its parent;
     // "Closed" to every other.
@@ -28,8 +28,8 @@ private:
     ComPtr<IDispatch> m_colNodes;
 };
 
-// Fills a grid that a host passes, cell by cell: Redraw, ColCount, AddCol, RowCount, RowKey and CellValue.
-// Columns are added when it has none. An error of the host's is thrown with its description.
+// Fills a host's grid cell by cell through Redraw, ColCount, AddCol, RowCount, RowKey and CellValue. Adds the
+// columns when it has none. Throws the host's errors with their descriptions.
 void FillGrid(IDispatch& oGrid, clsSchedMan& cSchedMan, const ListedCuts& listed);
 
 } // namespace ravlo

@@ -6,8 +6,8 @@
 namespace ravlo
 {
 
-// What every object of the DLL shares: the application path, the debug log and the global separations, over
-// the real world. Made on first use; ends with the DLL.
+// What all objects of the DLL share: application path, debug log and global separations, on the system's own
+// ports. Created on first use; ends with the DLL.
 ModScheduler& Library();
 
 } // namespace ravlo

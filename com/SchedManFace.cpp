@@ -28,7 +28,7 @@ enum Event : DISPID
 
 Variant Text(const std::wstring& sText) { return Variant(std::wstring_view(sText)); }
 
-// Replaces and releases what a by-reference argument holds. Does nothing for a caller that gives no place.
+// Replaces, and releases, the object in a by-reference argument. Does nothing when the caller passes none.
 void Replace(_clsCat** ppTarget, const std::shared_ptr<clsCat>& cCat)
 {
     if (ppTarget)
@@ -57,7 +57,7 @@ ComPtr<_clsCollection> CollectionOfCuts(const Cuts& colCuts)
     return CollectionOut<CutAdapter>(colResult);
 }
 
-// Nothing is no cuts.
+// Null means no cuts.
 Cuts CutsOrNone(IDispatch* colCuts) { return colCuts ? CutsIn(colCuts) : Cuts(); }
 
 struct KeyedItem
@@ -66,7 +66,7 @@ struct KeyedItem
     std::optional<std::wstring> sKey;
 };
 
-// The items of an automation collection. The keys are known for this library's own collections only.
+// The items of an automation collection, with their keys when it is this library's own.
 std::vector<KeyedItem> ItemsOf(const ComPtr<IDispatch>& colItems)
 {
     std::vector<KeyedItem> colResult;
@@ -120,8 +120,8 @@ SchedManFace::~SchedManFace()
     m_cSchedMan->SetEvents(nullptr);
 }
 
-// Runs a member that takes the items of a host's collection. An item of another kind, and an object that is
-// no collection, are errors of the member like any other: shown under its title, and nothing is done.
+// Runs a member that takes the items of a host's collection. An item of another kind, or an object that is no
+// collection, is an error like any other: shown under the member's title, and nothing is done.
 template <class Result, class Body>
 Result SchedManFace::WithItems(const wchar_t* sTitle, Result failure, Body&& body)
 {
@@ -236,7 +236,7 @@ STDMETHODIMP SchedManFace::ShowGridCuts(IDispatch* oGrid, BSTR* strCatKey, IDisp
         if (!oGrid)
             return;
         std::optional<LateBoundTree> cTree;
-        if (oTv && oImageList) // it has no other use for the images
+        if (oTv && oImageList) // the images are used for nothing else
             cTree.emplace(*oTv);
         const std::optional<ListedCuts> listed = ListCuts(*m_cSchedMan, TextOf(Out(strCatKey)));
         if (!listed)
@@ -445,7 +445,7 @@ std::optional<std::int32_t> SchedManFace::RequestEditCut(const std::shared_ptr<C
     return cLong ? std::optional<std::int32_t>(static_cast<std::int32_t>(cLong->lVal)) : std::nullopt;
 }
 
-// The listeners answer in a variable of any type, independent of the caller's.
+// Gives the listeners a variable of their own, of any type, for the answer.
 void SchedManFace::RaiseRequestEditCut(_clsCut* pCut, VARIANT& result)
 {
     Variant cAnswer = Variant::Dereferenced(result);

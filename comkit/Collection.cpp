@@ -27,7 +27,7 @@ std::size_t Locate(const CollectionModel& cModel, const VARIANT& index)
     return *position;
 }
 
-// Left out, or undefined in script languages that cannot leave out.
+// Omitted, or undefined, as script languages pass it that cannot omit.
 bool IsAbsent(const VARIANT& value)
 {
     return IsOmitted(value) || Variant::Dereferenced(value).vt == VT_EMPTY;

@@ -32,10 +32,9 @@ public:
     virtual void RemoveAt(std::size_t position) = 0;
 };
 
-// A live view of an OrderedKeyedCollection. Adapter has two static functions:
-//   Variant ToVariant(const Item&), Item FromVariant(const VARIANT&), which throws error 13 for what it
-//   cannot take.
-// accept, if any, throws for an item that must not be added.
+// A live view of an OrderedKeyedCollection. Adapter has two static functions: Variant ToVariant(const Item&),
+// and Item FromVariant(const VARIANT&), which throws error 13 for a value it cannot convert. accept, if set,
+// throws for an item that must not be added.
 template <class Item, class Adapter> class LiveCollection final : public CollectionModel
 {
 public:
@@ -78,8 +77,8 @@ private:
     Accept m_accept;
 };
 
-// _clsCollection over any model. Item and Remove take a position from 1 (any number) or a key (a string); a
-// missing position is error 9, a missing key 5, anything else 13.
+// _clsCollection over any model. Item and Remove take a position from 1 (any number) or a key (a string). A
+// missing position is error 9, a missing key error 5, any other index error 13.
 class CollectionFace final : public Dispatch<_clsCollection>
 {
 public:
@@ -117,11 +116,11 @@ ComPtr<CollectionFace> FaceOfCollection(const std::shared_ptr<OrderedKeyedCollec
 using ItemCollection = OrderedKeyedCollection<Variant>;
 ComPtr<CollectionFace> NewCollection(const std::shared_ptr<ItemCollection>& colItems);
 
-// Converts a host's position, counted from 1 in any number type and rounded to whole, to one from 0. Nothing
-// when it is outside 1 to count. Error 13 when the value is no number.
+// Converts a host's position, from 1, of any number type and rounded to whole, to one from 0. Returns nothing
+// when it is outside 1 to count. Throws error 13 when the value is no number.
 std::optional<std::size_t> FindPosition(const Variant& cIndex, std::size_t count);
 
-// As above, but error 9 when it is outside.
+// As FindPosition, but throws error 9 when it is outside.
 std::size_t PositionFrom(const Variant& cIndex, std::size_t count);
 
 // Items that are texts.
@@ -131,12 +130,12 @@ struct TextAdapter
     static std::wstring FromVariant(const VARIANT& value);
 };
 
-// Calls body with each item of an automation collection, which is any object with _NewEnum, in order. Error
-// 451 when it has none; error 91 when there is no object.
+// Calls body with each item, in order, of an automation collection, which is any object with _NewEnum. Throws
+// error 451 when it has none, error 91 when there is no object.
 void ForEachItem(IDispatch* colItems, const std::function<void(const Variant&)>& body);
 
-// Returns an enumerator over at(position) for each position below count(); it keeps cOwner alive. The items
-// may change during the walk, which goes by position.
+// Returns an enumerator over at(position) for each position below count(). It keeps cOwner alive. The items
+// may change during the walk, since it goes by position.
 ComPtr<IUnknown> NewEnumerator(ComPtr<IUnknown> cOwner, std::function<std::size_t()> count,
                                std::function<Variant(std::size_t)> at);
 

@@ -38,8 +38,7 @@ template <class I> void AddReference(I* pObject) noexcept
         });
 }
 
-// A counted reference to a COM object, or none. The object may be another module's: nothing it throws comes
-// through.
+// A counted reference to a COM object, or null. Exceptions of another module's object never pass through it.
 template <class I> class ComPtr
 {
 public:

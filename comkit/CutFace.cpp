@@ -41,12 +41,12 @@ public:
     {
         const std::wstring sName = TextAdapter::FromVariant(item);
         if (sKey && !EqualIgnoringCase(*sKey, sName))
-            throw RuntimeError(error::InvalidProcedureCall); // a name has no other key than itself
+            throw RuntimeError(error::InvalidProcedureCall); // a name's only key is itself
         if (PositionOf(sName))
             throw RuntimeError(error::KeyAlreadyExists);
         const auto colNames = m_cCut->CategoryNames();
         m_cCut->AddCategoryName(sName);
-        // A cut adds names at the end only: those behind the new one are added again.
+        // A cut adds names only at the end: those after the new one are removed and added again.
         for (std::size_t i = position; i < colNames.size(); ++i)
         {
             m_cCut->RemoveCategoryName(colNames[i]);

@@ -71,14 +71,13 @@ private:
     FaceEntry<CutFace> m_cEntry;
 };
 
-// A core cut as hosts see it: a host's own object for a cut the host brought, else its one face. None for
-// none.
+// A core cut as hosts see it: the host's own object for a host's cut, else its one face. Null for null.
 ComPtr<_clsCut> CutOut(const std::shared_ptr<Cut>& cCut);
 
-// A cut that came from outside as the core sees it. Null for none.
+// The core's cut for a host's object. Null for null.
 std::shared_ptr<Cut> CutFrom(_clsCut* pCut);
 
-// The cuts of an automation collection, in order. Error 13 when an item is no cut.
+// The cuts of an automation collection, in order. Throws error 13 when an item is no cut.
 Cuts CutsIn(IDispatch* colCuts);
 
 // Items that are cuts.

@@ -10,9 +10,9 @@
 namespace ravlo
 {
 
-// Everything a face has besides its own members: identity and counting, the dual interface's late-bound side,
-// error and class information, and the connection points of a class with events. A face translates between
-// the interface I and the core object it holds, and is deleted with its last reference.
+// Everything a face has besides its own members: identity and reference count, the dual interface's
+// late-bound side, error and class information, and the connection points of a class with events. A face
+// translates between the interface I and the core object it holds; its last release deletes it.
 template <class I> class Dispatch : public I, public ISupportErrorInfo, public IProvideClassInfo2
 {
 public:
@@ -103,7 +103,7 @@ protected:
     // Null for a class without events.
     virtual EventSource* Events() noexcept { return nullptr; }
 
-    // The body of a member. The face outlives it, also when the host releases it from inside.
+    // Runs the body of a member. Keeps the face alive during it, even when the host releases it inside.
     template <class Body> HRESULT Guard(Body&& body) noexcept
     {
         const ComPtr<I> cSelf(this);

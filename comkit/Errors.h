@@ -9,15 +9,15 @@
 namespace ravlo
 {
 
-// The HRESULT hosts see as a run-time error number: 0x800A0000 | number. An error that has no such number
-// carries its HRESULT, which is negative, as the number.
+// The HRESULT that hosts see as a run-time error number: 0x800A0000 | number. An error without such a number
+// has its HRESULT, which is negative, as the number.
 HRESULT ResultOf(const RuntimeError& cError) noexcept;
 
 // Throws when hResult is a failure: its run-time error, with the standard description.
 void ThrowIfFailed(HRESULT hResult);
 
-// As above for a call of another object through its interface iid: with the description that object left,
-// when it supports error information.
+// As above, for a call of another object through its interface iid: uses the description that the object
+// left, when it supports error information.
 void ThrowIfFailed(HRESULT hResult, IUnknown& cObject, REFIID iid);
 
 // Returns the current exception's text. Call inside a catch block.
@@ -30,7 +30,7 @@ HRESULT ReportCurrentException(REFIID iid, const wchar_t* sSource) noexcept;
 // Leaves an error text for the caller as the thread's error information.
 void LeaveErrorInfo(REFIID iid, const wchar_t* sSource, const std::wstring& sDescription) noexcept;
 
-// Runs the body of a member: what it throws becomes an HRESULT with error information. No exception leaves.
+// Runs the body of a member and turns exceptions into an HRESULT with error information.
 template <class Body> HRESULT GuardAs(REFIID iid, const wchar_t* sSource, Body&& body) noexcept
 {
     try
@@ -44,7 +44,7 @@ template <class Body> HRESULT GuardAs(REFIID iid, const wchar_t* sSource, Body&&
     }
 }
 
-// Where a callee stores a result. Throws E_POINTER when the caller gave no place for it.
+// The caller's place for a result. Throws E_POINTER when it is null.
 template <class T> T& Out(T* pResult)
 {
     if (!pResult)

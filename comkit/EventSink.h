@@ -34,8 +34,8 @@ private:
     const DISPPARAMS& m_arguments;
 };
 
-// Passes the events of one source interface to a handler. The source of the events gets what the handler
-// throws as an error under the name sSource.
+// Passes the events of one source interface to a handler. What the handler throws is returned to the source
+// as an error under the name sSource.
 class EventSink final : public Untyped<IDispatch>
 {
 public:

@@ -170,7 +170,7 @@ STDMETHODIMP EventSource::Point::Unadvise(DWORD lCookie)
                                     [&](const Sink& sink) { return sink.lCookie == lCookie; });
     if (found == colSinks.end())
         return CONNECT_E_NOCONNECTION;
-    // Releasing the sink may run its code, which may come back here: the list is complete by then.
+    // Releasing the sink may run its code, which may call back here: the list is already complete.
     const ComPtr<IDispatch> cSink = std::move(found->cSink);
     colSinks.erase(found);
     return S_OK;

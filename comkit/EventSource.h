@@ -10,16 +10,15 @@ namespace ravlo
 {
 
 // The outgoing side of an object that raises events: its connection point container with one connection
-// point. Sinks may be advised and unadvised inside an event; a new sink gets the next event first, one that
-// left gets no more.
+// point. Sinks may advise and unadvise inside an event; a new sink receives events from the next one on, a
+// removed one receives no more.
 class EventSource final : public Part<IConnectionPointContainer>
 {
 public:
     EventSource(IUnknown& cOwner, REFIID iidSource) noexcept : Part(cOwner), m_iidSource(iidSource) {}
 
-    // Raises an event with its arguments in the order they are declared. A by-reference argument is a VARIANT
-    // that refers to its target. What a sink returns or throws is ignored: a broken host must not break the
-    // work.
+    // Raises an event with its arguments in the declared order. A by-reference argument is a VARIANT that
+    // refers to its target. Ignores what a sink returns or throws: a broken host must not break the work.
     void Fire(DISPID lEvent, std::initializer_list<VARIANT> colArguments) noexcept;
     bool HasSinks() const noexcept { return !m_colSinks.empty(); }
 

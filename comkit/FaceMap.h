@@ -8,9 +8,8 @@
 namespace ravlo
 {
 
-// Identity: the one live face of each core object. Owns neither: a face adds itself with a FaceEntry, a
-// member, and holds its core object, so that no other object gets the same address while the face
-// lives.
+// Identity: finds the one live face of each core object. Owns neither. A face adds itself with a FaceEntry
+// member and holds its core object, so that no other object gets the same address while the face lives.
 template <class Face> class FaceMap
 {
 public:

@@ -60,7 +60,7 @@ TextKey HostCut::KeptText(Keepable eText, Getter<BSTR> get) const
     if (m_cKept && m_cKept->revision == revision && m_cKept->cTexts[eText])
         return *m_cKept->cTexts[eText];
     TextKey cText(Text(get));
-    // The revision is that of before the text was read, so a change in between is noticed next time.
+    // The revision from before the text was read, so that a change in between is noticed next time.
     if (!m_cKept)
         m_cKept = std::make_unique<Kept>();
     if (m_cKept->revision != revision)
@@ -130,7 +130,7 @@ bool HostCut::HasKey(_clsCollection& colNames, std::wstring_view sKey) const
     return bExists != VARIANT_FALSE;
 }
 
-// Most names are their own keys, which the host finds quickly; only otherwise the list is searched.
+// Most names are their own keys, which the host finds quickly; only otherwise search the list.
 bool HostCut::Contains(_clsCollection& colNames, std::wstring_view sName) const
 {
     if (HasKey(colNames, sName))

@@ -12,10 +12,10 @@
 namespace ravlo
 {
 
-// A cut that the other side implements, as the core sees it. Every call goes to the host's object, except
-// that the keys of a cut with IRevision are kept until its revision changes; a failure is thrown as
-// RuntimeError. An item of its Categories may be a category's name, or a name, TAB and a level; the level is
-// ignored, and either form is found and removed by the name alone.
+// A host's cut as the core sees it. Every call goes to the host's object, except that the keys of a cut with
+// IRevision are kept until its revision changes; a failure is thrown as RuntimeError. An item of its
+// Categories may be a category's name, or a name, TAB and a level; the level is ignored, and either form is
+// found and removed by the name.
 class HostCut final : public Cut, public HostWrapper<HostCut, _clsCut>
 {
 public:

@@ -12,8 +12,8 @@
 namespace ravlo
 {
 
-// The base of a Wrapper around a host's object with interface I. One host object has one wrapper while anyone
-// holds it.
+// Base of a Wrapper around a host's object with interface I. A host object has one wrapper as long as that
+// lives.
 template <class Wrapper, class I> class HostWrapper
 {
 public:
@@ -42,7 +42,7 @@ protected:
     }
     ~HostWrapper() { Forget(); }
 
-    // From now on the host's object gets a new wrapper.
+    // After this, Of makes a new wrapper for the host's object.
     void Forget() noexcept
     {
         if (m_cIdentity)

@@ -120,8 +120,7 @@ const InterfaceDescription::Member* InterfaceDescription::Find(DISPID lMember, W
     return (wFlags & lWrites) != 0 ? find(lWrites) : find(lReads);
 }
 
-// One late-bound call: the arguments in the order and the types the vtable wants, each with the storage it
-// needs.
+// One late-bound call: the arguments in the vtable's order and types, each with its storage.
 class InterfaceDescription::Call
 {
 public:
@@ -132,9 +131,9 @@ public:
 
     HRESULT Take(const DISPPARAMS& arguments, UINT* pArgErr);
     HRESULT Run(IDispatch* pObject);
-    // What the call returned, and what it stored into the caller's by-reference arguments.
+    // Returns the result, and the values stored in the caller's by-reference arguments.
     void GiveBack(VARIANT* pResult);
-    // The latter alone: a member that fails may have stored something before.
+    // Returns only the by-reference arguments: a member may store something before it fails.
     void GiveBackAfterFailure();
 
 private:
@@ -143,7 +142,7 @@ private:
         Variant cValue;             // of the parameter's own type
         VARIANT* pCaller = nullptr; // the caller's argument, null when it was left out
         VARIANT passed{};           // what the vtable call is given
-        bool bUnreadable = false; // what the caller's variable held could not be used: cValue started as zero
+        bool bUnreadable = false;   // the caller's value could not be converted: cValue started as zero
     };
 
     HRESULT Fill(const Parameter& parameter, Slot& slot) const;
@@ -220,8 +219,8 @@ HRESULT InterfaceDescription::Call::Fill(const Parameter& parameter, Slot& slot)
             });
         if (FAILED(hResult))
         {
-            // A variable that only receives may hold anything before the call. An object that a member is to
-            // use must not become none.
+            // A variable that only receives a value may contain anything before the call. An object that a
+            // member uses must not become null.
             const bool bObjectGiven = (cGiven.vt == VT_DISPATCH || cGiven.vt == VT_UNKNOWN) && cGiven.punkVal;
             if (!parameter.bByReference || (parameter.bIn && parameter.bObject && bObjectGiven))
                 return hResult;
@@ -340,7 +339,7 @@ void InterfaceDescription::Call::Return(VARIANT& caller, Variant& cValue) const
     const auto vt = static_cast<VARTYPE>(caller.vt & ~VT_BYREF);
     Variant cConverted;
     if (FAILED(Outgoing([&] { return VariantChangeTypeEx(&cConverted, &cValue, m_lcid, 0, vt); })))
-        return; // the caller's variable cannot hold it
+        return; // the caller's variable cannot store it
     switch (vt)
     {
     case VT_BSTR:
@@ -384,7 +383,7 @@ void InterfaceDescription::Call::Return(VARIANT& caller, Variant& cValue) const
 namespace
 {
 
-// What a failed member left behind, for a caller that knows only Invoke.
+// Fills in the error that a failed member left, for a caller that knows only Invoke.
 HRESULT Except(HRESULT hResult, EXCEPINFO* pExcepInfo) noexcept
 {
     if (!pExcepInfo)
@@ -422,8 +421,7 @@ HRESULT InterfaceDescription::Invoke(IDispatch* pObject, DISPID lMember, LCID lc
     hResult = call.Run(pObject);
     if (FAILED(hResult))
     {
-        const HRESULT hExcept =
-            Except(hResult, pExcepInfo); // first: letting values go may leave another text
+        const HRESULT hExcept = Except(hResult, pExcepInfo); // first: releasing values may leave another text
         call.GiveBackAfterFailure();
         return hExcept;
     }

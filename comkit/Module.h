@@ -35,8 +35,8 @@ struct EmbeddedTypeLibrary
 {
     const GUID& libid;
     UINT lResource;
-    // Whether this module is the library's home. Another module's types are included so that references to
-    // them always resolve; they are registered only when nobody else has done it.
+    // Whether this module owns the library. Another module's types are included so that references to them
+    // always resolve; they are registered only if nobody has done so.
     bool bHome;
 };
 
@@ -44,16 +44,16 @@ struct ModuleParts
 {
     std::span<const CoClass> colClasses;
     std::span<const EmbeddedTypeLibrary> colTypeLibraries;
-    // One class of each other module that includes some of these libraries: where that module is registered,
-    // it takes them over when this one is unregistered.
+    // One class of each other module that includes some of these libraries. When this module is unregistered,
+    // a registered neighbour takes them over.
     std::span<const CLSID* const> colNeighbours;
 };
 
-// The DLL as COM sees it: its classes, the number of its live objects, its type libraries.
-// The objects belong to one apartment thread, as everything in the library does.
+// The DLL as COM sees it: its classes, type libraries and number of live objects. All objects belong to one
+// apartment thread, as everything in the library does.
 namespace module
 {
-// Once, when the DLL is loaded. The parts must be static.
+// Call once, when the DLL is loaded. The parts must be static.
 void Attach(HINSTANCE hInstance, const ModuleParts& parts) noexcept;
 HINSTANCE Instance() noexcept;
 const ModuleParts& Parts() noexcept;

@@ -90,7 +90,7 @@ bool RegisteredForOtherWidth(HKEY hRoot, const CLSID& clsid)
     return true;
 }
 
-// Each width has its own class keys, both share the names: the last one takes them out.
+// Each width has its own class keys; both share the names, which the last one removes.
 void UnregisterClass(HKEY hRoot, const ClassIdentity& identity) noexcept
 try
 {
@@ -102,7 +102,7 @@ try
 }
 catch (const std::bad_alloc&)
 {
-    // The key stays; the rest is still taken out.
+    // The key stays; the rest is still removed.
 }
 
 // The file that is registered for the library; empty when there is none.
@@ -111,7 +111,7 @@ std::wstring RegisteredPath(REFGUID libid)
     Bstr sPath;
     if (FAILED(QueryPathOfRegTypeLib(libid, lMajor, lMinor, LOCALE_NEUTRAL, sPath.Receive())) || !sPath.Get())
         return {};
-    return sPath.Get(); // up to the terminator, which some platforms count in
+    return sPath.Get(); // without the terminator, which some platforms count
 }
 
 bool IsOurs(const EmbeddedTypeLibrary& library, const std::wstring& sRegistered)
@@ -157,7 +157,7 @@ std::wstring ServerPath(HKEY hRoot, const CLSID& clsid)
     if (RegGetValueW(hRoot, sKey.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, sPath.data(), &lBytes) !=
         ERROR_SUCCESS)
         return {};
-    return sPath.c_str(); // up to the terminator
+    return sPath.c_str(); // without the terminator
 }
 
 // Registers the copy of a library that a neighbour carries. False when none that is registered has one.
@@ -172,7 +172,7 @@ bool HandOver(RegistrationScope eScope, REFGUID libid)
                 lResource == 1 ? sServer : sServer + L"\\" + std::to_wstring(lResource);
             ComPtr<ITypeLib> cLibrary;
             if (FAILED(LoadTypeLibEx(sPath.c_str(), REGKIND_NONE, cLibrary.Receive())))
-                break; // numbered without a gap
+                break; // they are numbered without gaps
             if (GuidOf(*cLibrary) != libid)
                 continue;
             WriteLibrary(eScope, *cLibrary, sPath);

@@ -12,13 +12,13 @@ enum class RegistrationScope
     User,    // HKEY_CURRENT_USER\Software\Classes
 };
 
-// Writes the module's classes (CLSID, ProgID, ProgID.1) and registers its type libraries. A failure takes
-// back what was written and tells why.
+// Writes the module's classes (CLSID, ProgID, ProgID.1) and registers its type libraries. On failure removes
+// what it wrote and returns the error.
 HRESULT RegisterModule(RegistrationScope eScope) noexcept;
 
-// Takes all of it out again; what is not there is passed over. The names (ProgID) stay while the other width,
-// 32 bit or 64, is registered. A type library stays when another module's file is registered for it, or when
-// a neighbour that is registered carries it too: then that one's file is registered for it.
+// Removes all of it, and skips what is missing. The names (ProgID) stay while the other width, 32 or 64 bit,
+// is registered. A type library stays when another module's file is registered for it; when a registered
+// neighbour includes it, that neighbour's file is registered for it instead.
 HRESULT UnregisterModule(RegistrationScope eScope) noexcept;
 
 // What DllInstall does: sCommand "user" (in any case) chooses RegistrationScope::User.

@@ -7,12 +7,12 @@
 namespace ravlo
 {
 
-// The references to an object, which keeps the module loaded.
+// The reference count of an object, which keeps the module loaded.
 class References
 {
 public:
     ULONG Add() noexcept { return ++m_lCount; }
-    // Deletes the object, whose member this is, with its last reference.
+    // Deletes the object, of which this is a member, with its last reference.
     template <class Object> ULONG Remove(Object* pObject) noexcept
     {
         const ULONG lLeft = --m_lCount;
@@ -76,7 +76,7 @@ protected:
     bool Answers(REFIID iid) const noexcept override { return iid == __uuidof(I) || iid == IID_IDispatch; }
 };
 
-// One of several interfaces of an object: a part of its owner, with which it lives and is counted.
+// One of several interfaces of an object: lives as long as its owner and counts the owner's references.
 template <class I> class Part : public I
 {
 public:
@@ -95,7 +95,8 @@ public:
 protected:
     IUnknown& Owner() const noexcept { return m_cOwner; }
 
-    // The body of a member. The owner outlives it, also when its last reference is dropped inside.
+    // Runs the body of a member. Keeps the owner alive during it, even when its last reference is dropped
+    // inside.
     template <class Body> HRESULT Guard(const wchar_t* sSource, Body&& body) noexcept
     {
         const ComPtr<I> cSelf(this);

@@ -75,13 +75,12 @@ public:
     std::optional<Variant> As(VARTYPE vt) const;
 };
 
-// Replaces the value of a caller's variable: the one that a by-reference VARIANT refers to, in that
-// variable's type, or else the VARIANT itself. Error 13, and nothing changed, when the value cannot be
+// Replaces the value of a caller's variable: of the one that a by-reference VARIANT refers to, in that
+// variable's type, else of the VARIANT itself. Throws error 13, and changes nothing, when the value cannot be
 // converted.
 void StoreThrough(VARIANT& place, Variant cValue);
 
-// A value of the core as a member hands it to its caller, who owns it. Further overloads are next to the
-// types they take.
+// Converts a core value for the caller, who owns the result. Further overloads are next to their types.
 template <class Number>
 requires std::is_arithmetic_v<Number>
 constexpr Number ToHost(Number number) noexcept { return number; }

@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t si
 namespace ravlo::fuzz
 {
 
-// Ends the program when something that always holds does not: the engine then keeps the input.
+// Ends the program when a rule does not hold: the engine then keeps the input.
 inline void Require(bool bTrue, const char* sRule, int lLine)
 {
     if (bTrue)
@@ -32,7 +32,7 @@ inline std::string_view BytesOf(const std::uint8_t* pBytes, std::size_t size)
     return {reinterpret_cast<const char*>(pBytes), size};
 }
 
-// The input as text: UTF-8 where it is, so that any letter can come up, else the code page's.
+// The input as text: UTF-8 if it is valid, so that any letter can occur, else in the code page.
 inline std::wstring TextOf(std::string_view bytes)
 {
     if (const auto sText = TextFromUtf8(bytes))

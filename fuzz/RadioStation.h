@@ -16,8 +16,8 @@
 namespace ravlo::fuzz
 {
 
-// A station in memory: its disk, its database, and the person before it, who answers No to every question.
-// Programs come and go over it.
+// A station in memory: its disk, its database, and a user who answers No to every question. Several programs
+// may run on it, one after another.
 struct RadioStation
 {
     static constexpr const wchar_t* sFolder = L"C:\\Radio\\";
@@ -38,7 +38,7 @@ struct RadioStation
     bool Has(const std::wstring& sPath) const { return cPorts.cFiles.FileExists(sPath); }
     const std::string& Bytes(const std::wstring& sPath) const { return cPorts.cFiles.Get(sPath); }
 
-    // What must be true of every disk that a program leaves: no half-made file.
+    // Requires that a program has left no temporary file.
     void RequireTidy() const
     {
         for (const std::wstring& sPath : cPorts.cFiles.Paths())
@@ -46,7 +46,7 @@ struct RadioStation
     }
 };
 
-// A run of a host's program over a station, from its population to its end.
+// One run of a host's program on a station, from the population to the end.
 class Program
 {
 public:

@@ -11,7 +11,7 @@
 namespace ravlo::fuzz
 {
 
-// What a parser makes of the bytes; nothing when it refuses them, which it does with the file's name.
+// The parser's result; nothing when it refuses the bytes, which must name the file.
 template <class Item>
 std::optional<std::vector<Item>> SlotsIn(std::vector<Item> (*parse)(std::string_view, const std::wstring&),
                                          std::string_view bytes)

@@ -14,8 +14,8 @@
 namespace ravlo::fuzz
 {
 
-// All that an open database stores, one text for each cut, in its order. Ends the program when a cut is one
-// that no database holds.
+// Everything that an open database stores, one text per cut, in its order. Ends the program when a cut is not
+// valid.
 inline std::vector<std::wstring> ContentOf(const Store& cStore)
 {
     std::vector<std::wstring> colContent;

@@ -10,8 +10,8 @@
 namespace ravlo::fuzz
 {
 
-// A folder of the target's own under TMPDIR, gone with it. A file system in memory makes it many times as
-// fast.
+// A folder of the target's own under TMPDIR, deleted at the end. A file system in memory makes it many times
+// faster.
 class TempFolder
 {
 public:
@@ -26,13 +26,13 @@ public:
     ~TempFolder() { std::filesystem::remove_all(m_cPath); }
 
     std::wstring File(const std::string& sName) const { return (m_cPath / sName).wstring(); }
-    // No file gives no bytes.
+    // Returns no bytes when there is no file.
     std::string Read(const std::string& sName) const
     {
         std::ifstream file(m_cPath / sName, std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
     }
-    // No bytes make no file.
+    // Creates no file for no bytes.
     void Write(const std::string& sName, std::string_view bytes) const
     {
         std::filesystem::remove(m_cPath / sName);

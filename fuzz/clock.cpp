@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Clock files: refused with the file's name, or slots that, written again, come out again and go round.
+// Clock files: refused with the file's name, or read as slots that stay the same when written and read again,
+// and that repeat.
 #include "fuzz/Slots.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t size)

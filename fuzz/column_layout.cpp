@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The layout string of the library grid: any text gives ten columns that can be shown, and what is stored
-// again reads the same.
+// The layout string of the library grid: any text gives ten columns that can be shown, and a stored layout
+// reads the same.
 #include "fuzz/Fuzz.h"
 
 #include "ui/library/ColumnLayout.h"

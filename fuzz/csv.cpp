@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The CSV reader: any bytes can be read, and the rows that come out, written again, come out again.
+// The CSV reader: any bytes can be read, and rows stay the same when written and read again.
 #include "fuzz/Fuzz.h"
 
 #include "base/csv/CsvReader.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A database file that came to harm, with or without a log beside it: refused and left as it is byte for
-// byte, or open, and then what is in it can be changed and is there again.
+// A damaged database file, with or without a log: it is refused and keeps every byte, or it opens, and then
+// its content can be changed and read again.
 //
 // An input is a list of mishaps to a good file, each a kind, then what it takes:
 //   0 offset(2) length(1) bytes    the file is overwritten        1 ...    its log is
@@ -39,7 +39,7 @@ void Put(const TempFolder& cFolder, const Files& files)
     cFolder.Write(sLogName, files.log);
 }
 
-// A good database whose last change is in its log.
+// A sound database whose last change is in its log.
 Files GoodFiles(const TempFolder& cFolder)
 {
     Put(cFolder, {});
@@ -57,13 +57,13 @@ Files GoodFiles(const TempFolder& cFolder)
         colCuts.back()->SetDurationmS(180'000);
     }
     cStore.AddCuts(colCuts);
-    cStore.Close(); // the log goes into the file
+    cStore.Close(); // moves the log into the file
     cStore.Open(cFolder.File(sName));
     cStore.AllCuts()[2]->SetTitle(L"Another");
     return {cFolder.Read(sName), cFolder.Read(sLogName)};
 }
 
-// Takes an input apart; what is missing at its end is 0 or empty.
+// Parses an input; what is missing at its end is 0 or empty.
 class Input
 {
 public:
@@ -94,7 +94,7 @@ void Overwrite(std::string& file, std::size_t at, std::string_view bytes)
         file[at + byte] = bytes[byte];
 }
 
-// Sets a value of the file as no program of ours would.
+// Sets a value of the file that none of our programs would write.
 template <class Bind>
 void Set(const TempFolder& cFolder, Files& files, const std::string& sSql, std::uint64_t row, Bind bind)
 {
@@ -181,7 +181,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t si
     const fuzz::Files harmed = HarmedFiles(cFolder, good, Input(fuzz::BytesOf(pBytes, size)));
     Put(cFolder, harmed);
     if (harmed.file.empty())
-        return 0; // a missing file is made
+        return 0; // a missing file is created
 
     Store cStore;
     try

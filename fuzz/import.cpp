@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The import into a database file: all rows that can be used are cuts afterwards, also after it was closed,
-// and the same file once more changes nothing.
+// The import into a database file: every usable row is a cut afterwards, also after closing and opening, and
+// importing the same file again changes nothing.
 #include "fuzz/Stored.h"
 #include "fuzz/TempFolder.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The keys hosts ask with: name TAB level for a pick and for the grid, NAME:LEVEL on the command line. Any
-// text is answered, and only a key that names a level finds one.
+// The keys that hosts pass: name TAB level for a pick and for the grid, NAME:LEVEL on the command line. Any
+// text gets an answer, and only a key that names a level finds one.
 #include "fuzz/RadioStation.h"
 
 #include "base/CaseFolding.h"
@@ -17,7 +17,7 @@ namespace ravlo::fuzz
 namespace
 {
 
-// One program serves all inputs: asking changes nothing but the order of a level.
+// One program for all inputs: a request changes only the order of a level.
 struct Asked
 {
     RadioStation cStation;
@@ -62,7 +62,7 @@ void Show(Asked& asked, const std::wstring& sKey)
                                : listed->cCatShown ? static_cast<std::size_t>(listed->cCatShown->TotalCuts())
                                                    : 0;
     RAVLO_REQUIRE(listed->colCuts.size() == wanted);
-    // What it calls the category lists the same again.
+    // The key that it returns lists the same again.
     const std::optional<ListedCuts> again = ListCuts(cSchedMan, listed->strCatKey);
     if (listed->cCatShown || listed->bShowingAllAudio)
         RAVLO_REQUIRE(again->cCatShown == listed->cCatShown && again->strCatKey == listed->strCatKey &&

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The library CSV: every row is a cut with values in their ranges or a reject with a reason, no path comes
-// twice, and the cuts, written as a library CSV again, come out again.
+// The library CSV: every row is a cut with values in their ranges or a reject with a reason, no path occurs
+// twice, and the cuts stay the same when written as a library CSV and read again.
 #include "fuzz/Fuzz.h"
 
 #include "base/CaseFolding.h"
@@ -103,7 +103,7 @@ bool SameRow(const LibraryRow& left, const LibraryRow& right)
            seconds(left.dtLastPlayed) == seconds(right.dtLastPlayed);
 }
 
-// False: refused as a whole, before any row.
+// Returns false when the file is refused before any row.
 bool Read(std::string_view bytes, Library& cLibrary)
 {
     try

@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t si
     const std::string bytes(BytesOf(pBytes, size));
     const std::wstring sPath = RadioStation::Path(L"MainCats.txt");
     RadioStation cStation;
-    // The code page lacks the last one's letters.
+    // The code page lacks the letters of the last one.
     const std::vector<std::wstring> colOfCuts = {L"Pop", L"R&B", L"\x97F3\x697D"};
     for (const std::wstring& sName : colOfCuts)
         cStation.cDataBase->Add(L"D:\\" + sName + L".mp3", sName, 1);

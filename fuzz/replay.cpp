@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// replay FOLDER...: hands every file of the folders to the fuzz target it is linked with. A broken rule ends
-// the program; the last file named is the one. Exit status 0 when there was at least one file.
+// replay FOLDER...: passes every file of the folders to the fuzz target that it is linked with. A broken rule
+// ends the program; the last file printed is the one. Exit status 0 when there was at least one file.
 #include "fuzz/Fuzz.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A level's .rls: any bytes give minutes that can be used, a change is read back, and a file that could not
-// be understood is not lost before somebody changes a rule.
+// A level's .rls: any bytes give usable minutes, a change can be read back, and a file that was not
+// understood is kept until somebody changes a rule.
 #include "fuzz/RadioStation.h"
 
 #include "model/clsCatRules.h"
@@ -54,7 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t si
         read = ValuesOf(cRules);
         RAVLO_REQUIRE(cRules.CatID() == sCatID);
     }
-    // Released without a change: the same again, in the form it is written in, or kept.
+    // Released without a change: rewritten in the normal form, or kept.
     const std::wstring sKept = sPath + L".bak";
     const bool bRewritten = cStation.Bytes(sPath) != bytes;
     RAVLO_REQUIRE(!bRewritten || cStation.Bytes(sPath).size() == clsCatRules::recordSize);

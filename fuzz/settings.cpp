@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The settings file: any bytes give three separations that can be used, and saving them settles the file.
+// The settings file: any bytes give three usable separations, and after one save the file no longer changes.
 #include "fuzz/RadioStation.h"
 
 namespace ravlo::fuzz

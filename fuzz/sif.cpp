@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A category's .sif: any bytes leave every cut in its level, once, and what is saved then comes back as it
-// is.
+// A category's .sif: with any bytes every cut is in its level once, and a saved order is read back unchanged.
 #include "fuzz/RadioStation.h"
 
 #include "model/LittleEndian.h"
@@ -17,8 +16,8 @@ constexpr std::size_t atLevel = 765;
 constexpr std::size_t atMarker = 769;
 constexpr const wchar_t* sCat = L"Pop";
 
-// Among them paths that cannot be told apart in a record: by their 255th byte, and by letters that the code
-// page lacks.
+// Includes paths that a record cannot tell apart: equal in their first 255 bytes, or different only in
+// letters that the code page lacks.
 std::vector<std::pair<std::wstring, std::int32_t>> CutsOfThePop()
 {
     const std::wstring sLong = L"D:\\" + std::wstring(260, L'x');
@@ -35,8 +34,8 @@ std::map<std::int32_t, std::multiset<std::wstring>> Contents(const Program& cPro
     return colContents;
 }
 
-// What the levels should contain: the database's cuts, and for any further level nothing, as long as the
-// file declares that level.
+// Requires that the levels contain the database's cuts, and that any further level is empty and declared by
+// the file.
 void RequireContents(const Program& cProgram, std::string_view bytes)
 {
     std::map<std::int32_t, std::multiset<std::wstring>> colWanted;
@@ -81,7 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t si
         for (const auto& [lLevel, colKeys] : cProgram.Orders(sCat))
             records += colKeys.empty() ? 1 : colKeys.size();
         RAVLO_REQUIRE(written.size() == records * record);
-        // What could not be understood as a whole is kept.
+        // A file that was not fully understood is kept.
         if (bytes.size() % record != 0)
             RAVLO_REQUIRE(cStation.Has(sPath + L".bak"));
         if (cStation.Has(sPath + L".bak"))

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the engine changes a .sif: half of the time record by record, since bytes that are changed at random
-// seldom make another record.
+// How the engine mutates a .sif: half of the time record by record, since random changes of bytes seldom make
+// another valid record.
 #include "fuzz/Fuzz.h"
 
 #include "model/LittleEndian.h"
@@ -22,7 +22,7 @@ constexpr std::size_t atPath = 510;
 constexpr std::size_t atLevel = 765;
 constexpr std::size_t atMarker = 769;
 
-// One of the things that happen to records: one comes twice, two change places, a level or a path is another.
+// Duplicates a record, swaps two, or changes a level or a path.
 void MutateRecords(std::string& bytes, std::mt19937& cChance)
 {
     const std::size_t count = bytes.size() / lRecord;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Slot files: refused with the file's name, or slots in the order of their times that, written again, come
-// out again.
+// Slot files: refused with the file's name, or read as slots in ascending order of time that stay the same
+// when written and read again.
 #include "fuzz/Slots.h"
 
 #include "base/DateTime.h"
@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t si
         RAVLO_REQUIRE(slot.dtAt > 0);
         RAVLO_REQUIRE(lSlot == 0 || (*colRead)[lSlot - 1].dtAt <= slot.dtAt);
         if (WholeSeconds(slot.dtAt) == 0)
-            return 0; // a fraction of the first second: written in whole ones it is no time
+            return 0; // a fraction of the first second becomes 0 in whole seconds, which means no time
         sWritten += Utf8Of(IsoText(slot.dtAt)) + "," + fuzz::LineOf(slot.slot) + "\n";
     }
     const auto colAgain = fuzz::SlotsIn(ParseSlots, sWritten);

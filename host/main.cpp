@@ -11,7 +11,7 @@ namespace ravlo
 namespace
 {
 
-// COM for this thread, as a host's user interface thread has it.
+// Initialises COM for this thread, as a host's user interface thread has it.
 class Apartment
 {
 public:

@@ -13,7 +13,7 @@
 namespace ravlo
 {
 
-// Why a cut was handed to the host: the kind code of cuts that NextCutFromRotation returns.
+// Why the host received a cut: the kind code of cuts that NextCutFromRotation returns.
 enum CutKind : std::int32_t
 {
     eKindChosen = 0,              // broke no rule
@@ -21,7 +21,7 @@ enum CutKind : std::int32_t
     eKindMainCatNotFound = 9,     // placeholder: no such main category, or a key without TAB
     eKindLevelNotFound = 10,      // placeholder: no such level
     eKindNothingSchedulable = 11, // placeholder: nothing in the level could be scheduled
-    eKindLevelZero = 12,          // placeholder: a main category was asked for
+    eKindLevelZero = 12,          // placeholder: a main category was requested
     eKindNoCategory = 13,         // placeholder: no category was given
     eKindArtistViolation = 14,    // every candidate broke a rule; this one broke the artist's
     eKindTitleViolation = 15,
@@ -29,8 +29,8 @@ enum CutKind : std::int32_t
     eKindAlbumViolation = 18,
 };
 
-// One audio item of a media database, as far as the scheduler needs it. A cut may belong to a database the
-// scheduler knows nothing of, so any call may throw RuntimeError and any value may change between two calls.
+// One audio item of a media database, as far as the scheduler needs it. A cut may belong to a host's own
+// database, so any call may throw RuntimeError and any value may change between two calls.
 class Cut
 {
 public:
@@ -77,10 +77,10 @@ public:
     virtual void SetOpener(bool bOpener) = 0;
     virtual void SetCatLevel(std::int32_t lLevel) = 0;
 
-    // Set on the cuts handed to a host; never stored by a database.
-    virtual std::wstring CategoryKey() const = 0; // the key that was asked for
+    // Set on the cuts returned to a host; never stored by a database.
+    virtual std::wstring CategoryKey() const = 0; // the requested key
     virtual void SetCategoryKey(const std::wstring& sKey) = 0;
-    virtual bool MustBeOpener() const = 0; // whether an opener was asked for
+    virtual bool MustBeOpener() const = 0; // whether an opener was requested
     virtual void SetMustBeOpener(bool bMust) = 0;
     virtual std::int32_t KindCode() const = 0; // a CutKind
     virtual void SetKindCode(std::int32_t lKind) = 0;

@@ -40,11 +40,12 @@ public:
     // Null when there is none; always null for an empty artist and an empty title together.
     virtual std::shared_ptr<Cut> CutByArtistTitle(const std::wstring& sArtist,
                                                   const std::wstring& sTitle) const = 0;
-    // A free-standing cut, of no database yet.
+    // A free-standing cut, not in a database yet.
     virtual std::shared_ptr<Cut> NewCut() const = 0;
 
-    // Makes the changes of cuts' properties between BeginBatch and Commit one change on the disk, so that a
-    // change of thousands of cuts waits for the disk once. A batch that ends without Commit undoes them.
+    // Makes the changes of cuts' properties between BeginBatch and Commit one change on the disk, so that
+    // changing thousands of cuts waits for the disk once. A batch that ends without Commit undoes its
+    // changes.
     class Batch
     {
     public:
@@ -59,8 +60,8 @@ public:
     virtual void Unadvise(DataBaseEvents& cEvents) noexcept = 0;
 };
 
-// The database's own cut for a cut, or a copy of one, of that key: by the key, else by artist and title. Null
-// when there is none. Throws what the database throws.
+// The database's own cut for a cut or a copy: found by that key, else by artist and title. Null when there is
+// none. Throws the database's errors.
 std::shared_ptr<Cut> DataBaseCutOf(const Cut& cCut, const TextKey& cKey, const DataBase& cDataBase);
 
 } // namespace ravlo

@@ -6,7 +6,7 @@
 namespace ravlo
 {
 
-// A free-standing cut, only values: placeholders and copies.
+// A free-standing cut that is only values: for placeholders and copies.
 std::shared_ptr<Cut> NewPlainCut();
 
 // A copy of all of a cut's values that belongs to no database.

@@ -16,7 +16,7 @@ namespace ravlo
 namespace
 {
 
-// A level's key, without memory of its own: levels are looked up for every cut that is placed.
+// A level's key, without an allocation: every cut that is placed looks one up.
 class LevelKey
 {
 public:
@@ -30,12 +30,12 @@ public:
     std::wstring_view Text() const noexcept { return {m_text.data(), m_length}; }
 
 private:
-    static constexpr std::size_t most = 11; // of a number of 32 bits, with its sign
+    static constexpr std::size_t most = 11; // digits of a 32-bit number, and its sign
     std::array<wchar_t, most> m_text;
     std::size_t m_length;
 };
 
-// lTotal / lCount as automation divides and converts: in double precision, to nearest, ties to even.
+// total / count, converted as automation does: in double precision, to nearest, ties to even.
 std::int32_t AverageOf(std::int64_t total, std::int64_t count)
 {
     if (count == 0)
@@ -47,8 +47,7 @@ std::int32_t AverageOf(std::int64_t total, std::int64_t count)
     return *lAverage;
 }
 
-// Shared references to the cuts of a collection, which may change while these are asked: a getter of a host's
-// cut may let anything run.
+// A copy to iterate over: reading a host's cut may run anything, also changes of this collection.
 Cuts CopyOf(const CutCollection& colCuts)
 {
     Cuts colCopy;
@@ -112,7 +111,7 @@ std::int32_t clsCat::AverageRunTimemS()
     if (m_lCatLevel != 0)
         return AverageOf(m_totalRunTime, static_cast<std::int64_t>(m_colSchedCuts->Count()));
     // On purpose: the sum of the levels' averages, not of their totals, divided by the number of cuts, and
-    // left behind as this category's total; hosts show this figure.
+    // stored as this category's total; hosts show this figure.
     m_totalRunTime = 0;
     std::int64_t count = 0;
     for (const std::shared_ptr<clsCat>& cSubCat : *m_colSubCats)
@@ -131,7 +130,7 @@ std::shared_ptr<CutCollection> clsCat::SchedCuts() const
         return m_colSchedCuts;
     auto colMerged = std::make_shared<CutCollection>();
     for (const std::shared_ptr<Cut>& cCut : CutsOfLevels())
-        colMerged->Add(cCut->Key(), cCut); // a cut of two levels stays at its first place
+        colMerged->Add(cCut->Key(), cCut); // a cut in two levels keeps its first position
     return colMerged;
 }
 
@@ -146,7 +145,7 @@ Cuts clsCat::CutsOfLevels() const
     return colCuts;
 }
 
-// Takes a level away that was made for a cut which could not be placed, unless others have used it since.
+// Removes a level that was created for a cut which could not be placed, unless others have used it since.
 void clsCat::RemoveMadeLevel(const std::shared_ptr<clsCat>& cSubCat) noexcept
 {
     const LevelKey cKey(cSubCat->CatLevel());
@@ -205,7 +204,7 @@ void clsCat::NoteLevelsInOrder() noexcept
     m_bLevelRenumbered = false;
 }
 
-// False when the key is there already. Added whole or not at all.
+// Returns false when the key already exists. Adds the level completely or not at all.
 bool clsCat::InsertLevel(const TextKey& cKey, const std::shared_ptr<clsCat>& cSubCat)
 {
     if (LevelsInOrder())
@@ -236,8 +235,8 @@ bool clsCat::InsertLevel(const TextKey& cKey, const std::shared_ptr<clsCat>& cSu
 
 void clsCat::SortSubCats()
 {
-    // In place, so that a host that holds the collection keeps seeing this category's levels. Whatever a host
-    // put out of order is put right on the way.
+    // In place, so that a host holding the collection keeps seeing this category's levels. Also repairs an
+    // order that a host has changed.
     const auto LevelAt = [this](std::size_t position) { return m_colSubCats->At(position)->CatLevel(); };
     const auto IsBefore = [&](std::size_t left, std::size_t right) { return LevelAt(left) < LevelAt(right); };
     std::vector<std::size_t> colOrder(m_colSubCats->Count());
@@ -257,8 +256,8 @@ bool clsCat::RemoveSubCat(const std::shared_ptr<clsCat>& cSubCat)
     const std::wstring sKey = DecimalText(cSubCat->CatLevel());
     if (!m_colSubCats->Exists(sKey))
         return false;
-    // Finds nothing in a main category, which holds no cuts of its own: the cuts stay in the level that is
-    // taken away.
+    // A main category has no cuts of its own, so this removes nothing there: the cuts stay in the removed
+    // level.
     if (!m_colSchedCuts->Empty())
         for (const std::shared_ptr<Cut>& cCut : CopyOf(*cSubCat->m_colSchedCuts))
             RemoveCut(cCut);
@@ -288,8 +287,8 @@ void clsCat::RecalcTotalRunTime()
     std::int64_t total = 0;
     for (const std::shared_ptr<Cut>& cCut : m_lCatLevel != 0 ? CopyOf(*m_colSchedCuts) : CutsOfLevels())
         total += cCut->RunTimemS();
-    // A cut may let others run while it is asked. What they placed or removed here has changed the total
-    // itself; another recalculation, which is the newer one, has set it.
+    // Reading a cut may run other calls. What they placed or removed has already changed the total; a newer
+    // recalculation has set it.
     if (lOwn == m_lRecalculations)
         m_totalRunTime = total + (m_totalRunTime - before);
     if (!std::in_range<std::int32_t>(m_totalRunTime))

@@ -30,8 +30,8 @@ std::shared_ptr<clsCat> MainCatByName(const CatCollection* colMainCats, const st
 inline constexpr const wchar_t* sAllAudio = L"ALL AUDIO";
 inline constexpr const wchar_t* sNoCat = L"NOCAT";
 
-// A main category (level 0), which owns its levels, or a category level (1 or more), which holds its cuts in
-// rotation order. Always held by shared_ptr. Not a cut's owner: levels hold shared references.
+// A main category (level 0), which owns its levels, or a level (1 or more), which contains its cuts in
+// rotation order. Always held by shared_ptr. Cuts are shared, not owned.
 class clsCat : public std::enable_shared_from_this<clsCat>
 {
 public:
@@ -40,8 +40,7 @@ public:
     clsCat(const clsCat&) = delete;
     clsCat& operator=(const clsCat&) = delete;
 
-    // A level's main category; null for a main category, or when it is gone. A back reference: it keeps
-    // nothing alive.
+    // A level's main category; null for a main category and when it no longer exists. Does not keep it alive.
     std::shared_ptr<clsCat> MainCat() const noexcept { return m_cMainCat.lock(); }
     void SetMainCat(const std::shared_ptr<clsCat>& cMainCat) noexcept { m_cMainCat = cMainCat; }
 
@@ -55,51 +54,51 @@ public:
     std::shared_ptr<clsCatRules> Rules();
     void SetRules(std::shared_ptr<clsCatRules> cRules) noexcept { m_cRules = std::move(cRules); }
 
-    // Milliseconds, rounded to nearest with ties to even; 0 without cuts. For a main category the sum of the
-    // levels' averages, not of their totals, divided by the number of cuts. Error 6 when
-    // out of range.
+    // Milliseconds, rounded to nearest, ties to even; 0 without cuts. For a main category the sum of the
+    // levels' averages (not of their totals) divided by the number of cuts. Throws error 6 when out of range.
     std::int32_t AverageRunTimemS();
 
-    // A level's own collection, shared; for a main category a new collection with the cuts of all levels in
-    // order, each once, whose changes change nothing. Never null.
+    // Never null. For a level its own collection. For a main category a new collection with the cuts of all
+    // levels in order, each once; changing it changes nothing in the category.
     std::shared_ptr<CutCollection> SchedCuts() const;
-    // Replaces the cuts: the collection becomes a new one in which every given cut is placed in order as
-    // AddCut does; level 0 cuts give one box in all. Everything is placed before error 6 is raised. An error
-    // of a cut leaves a level as it was, its name taken off those cuts again that did not carry it before; a
-    // main category keeps the cuts placed until then.
+    // Replaces the collection by a new one and places every given cut in it as AddCut does; all cuts of level
+    // 0 share one box. Throws error 6 only after everything is placed. When a cut throws, a level stays as it
+    // was, and the cuts that did not have its name before lose it again; a main category keeps the cuts
+    // placed before the error.
     void SetSchedCuts(const Cuts& colCuts);
 
-    // Places a cut: a level appends it to its order, a main category hands it to the level of the cut's own
-    // number, which it makes when missing (bCreatedNewSubCat is then set, never reset). The category's name
-    // is registered with the cut. False: no cut, level 0 (which is shown in a box), a negative level, or
-    // already there. Error 6, after everything else is done, when the level's total run time passes the
-    // 32-bit range. Another error files nothing, and no level that was made for the cut is left behind.
+    // Places a cut. A level appends it to its order; a main category adds it to the level of the cut's own
+    // number, and creates that level when it is missing (bCreatedNewSubCat is set then, and never reset). The
+    // cut receives the category's name. Returns false for no cut, a cut that is already there, a negative
+    // level, and level 0, which is shown in a box. Throws error 6, after everything else is done, when the
+    // level's total run time exceeds 32 bits. Any other error places nothing and leaves no newly created
+    // level behind.
     bool AddCut(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
 
-    // Takes a cut out of this object's own SchedCuts (not out of its levels'), by its key, else by its
-    // secondary key, and takes the category's name off the cut. False when it was not there.
+    // Removes a cut from this object's own SchedCuts (not from its levels), found by key, else by secondary
+    // key, and removes the category's name from the cut. Returns false when it was not there.
     bool RemoveCut(const std::shared_ptr<Cut>& cCut);
 
     std::int32_t TotalCuts() const noexcept;
 
-    // Keyed by the level number's text, always in ascending order of level. Shared.
+    // Keyed by the level number as text, always in ascending order of level. Shared.
     const std::shared_ptr<CatCollection>& SubCats() const noexcept { return m_colSubCats; }
-    // False for none, level 0 (which is shown in a box) and a level that is there already. What RequireLevel
-    // refuses is reported and gives false too.
+    // Returns false for no level, for level 0, which is shown in a box, and for a level that already exists.
+    // An error of RequireLevel is shown and returns false too.
     bool AddSubCat(const std::shared_ptr<clsCat>& cSubCat);
-    // Error 5 when cSubCat cannot become a level of this category: a main category (level 0, or with levels
-    // of its own), this object itself, or anything when this is a level of a main category. So the tree is
-    // never deeper than two and has no cycles.
+    // Throws error 5 when cSubCat cannot become a level of this category: it is a main category (level 0, or
+    // has levels itself), it is this object, or this is itself a level of a main category. So the tree has
+    // two levels at most and no cycles.
     void RequireLevel(const clsCat& cSubCat) const;
     bool RemoveSubCat(const std::shared_ptr<clsCat>& cSubCat);
     // The level of that number, or null.
     std::shared_ptr<clsCat> SubCat(std::int32_t lCatLevel) const;
 
-    // The level number's text for a level, CategoryKey(name, 0) for a main category.
+    // The level number as text for a level, CategoryKey(name, 0) for a main category.
     std::wstring CatID() const;
 
-    // For re-orderings and re-filings that go around AddCut and RemoveCut: brings the total up to date.
-    // Error 6 after the work is done when it is out of range.
+    // Call after changing the order without AddCut and RemoveCut: recomputes the total run time. Throws error
+    // 6, after the work is done, when it is out of range.
     void RecalcTotalRunTime();
 
     ModScheduler& Mod() const noexcept { return m_cMod; }
@@ -109,12 +108,12 @@ private:
     {
         No,
         Yes,
-        YesOverflow, // placed, and the level's total run time has passed the 32-bit range
+        YesOverflow, // placed, but the level's total run time now exceeds 32 bits
     };
     Placed Place(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
     Placed PlaceInLevel(const std::shared_ptr<Cut>& cCut);
     Placed PlaceInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
-    Cuts CutsOfLevels() const; // shared references, in order; safe while the levels change
+    Cuts CutsOfLevels() const; // a copy, in order: the levels may change while it is used
     void PlaceNew(const std::shared_ptr<Cut>& cCut, CutCollection& colNew, Cuts& colNamed);
     void TakeNameOff(const Cuts& colCuts) noexcept;
     void RemoveMadeLevel(const std::shared_ptr<clsCat>& cSubCat) noexcept;
@@ -130,10 +129,9 @@ private:
     std::int32_t m_lCatLevel = 0;
     std::shared_ptr<CutCollection> m_colSchedCuts;
     std::shared_ptr<CatCollection> m_colSubCats;
-    std::uint64_t m_orderedAt = 0;   // the Changes of SubCats at which its levels were in order
+    std::uint64_t m_orderedAt = 0;   // SubCats' Changes() when its levels were last in order
     bool m_bLevelRenumbered = false; // since then
-    std::int64_t m_totalRunTime =
-        0; // ms; 64 bits, so that averages stay true past the range hosts are told about
+    std::int64_t m_totalRunTime = 0; // ms; 64 bits, so that averages stay right beyond 32 bits
     std::uint32_t m_lRecalculations = 0;
     std::shared_ptr<clsCatRules> m_cRules;
 };

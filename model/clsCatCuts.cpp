@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How cuts are placed in a category and taken out of it.
+// How cuts are placed in a category and removed from it.
 
 #include "model/clsCat.h"
 
@@ -15,8 +15,8 @@ namespace ravlo
 namespace
 {
 
-// Whether a cut found under cCut's secondary key may stand for cCut. Two database cuts with numbers of their
-// own are two cuts, whatever their secondary keys say.
+// Whether cFound, found under cCut's secondary key, may be the same cut. Two cuts that both have a database
+// number are the same only when the numbers are equal.
 bool MayBeSame(const Cut& cFound, const Cut& cCut)
 {
     if (&cFound == &cCut || cFound.ID() == 0 || cCut.ID() == 0)
@@ -24,7 +24,7 @@ bool MayBeSame(const Cut& cFound, const Cut& cCut)
     return cFound.ID() == cCut.ID();
 }
 
-// A cut that a main category has placed, as needed to take it back.
+// A cut that a main category has placed, with what is needed to undo that.
 struct PlacedCut
 {
     std::shared_ptr<clsCat> cLevel;
@@ -38,7 +38,7 @@ void TakeBack(ModScheduler& cMod, const PlacedCut& placed) noexcept
     try
     {
         if (placed.bAdded)
-            placed.cLevel->RemoveCut(placed.cCut); // with the name
+            placed.cLevel->RemoveCut(placed.cCut); // takes the name off as well
         else if (!placed.bNamed)
             placed.cCut->RemoveCategoryName(placed.cLevel->CatName());
         if (placed.bAdded && placed.bNamed)
@@ -46,7 +46,7 @@ void TakeBack(ModScheduler& cMod, const PlacedCut& placed) noexcept
     }
     catch (...)
     {
-        cMod.LogError(L"SchedCuts [clsCat]", CurrentError()); // the others are taken back all the same
+        cMod.LogError(L"SchedCuts [clsCat]", CurrentError()); // the others are still undone
     }
 }
 
@@ -54,7 +54,7 @@ void TakeBack(ModScheduler& cMod, const PlacedCut& placed) noexcept
 
 void clsCat::SetSchedCuts(const Cuts& colCuts)
 {
-    // Built aside, so that an error leaves the old order, and nobody ever sees a part of the new one.
+    // Built separately: an error leaves the old order, and nobody sees a half-built one.
     auto colNew = std::make_shared<CutCollection>();
     Cuts colNamed;
     std::vector<PlacedCut> colPlaced;
@@ -104,13 +104,13 @@ void clsCat::SetSchedCuts(const Cuts& colCuts)
     RecalcTotalRunTime();
 }
 
-// Places a cut in a collection that is to become this level's. colNamed receives it when the name is new to
-// it.
+// Adds a cut to colNew, which will become this level's order, and gives the cut this level's name. colNamed
+// receives the cuts that did not have the name before.
 void clsCat::PlaceNew(const std::shared_ptr<Cut>& cCut, CutCollection& colNew, Cuts& colNamed)
 {
     colNew.Add(cCut->Key(), cCut);
     if (!cCut->HasCategoryName(m_sCatName))
-        colNamed.push_back(cCut); // before it is named: a name that was not given is taken off without harm
+        colNamed.push_back(cCut); // before the name is set: removing a name that is not there does no harm
     cCut->AddCategoryName(m_sCatName);
 }
 
@@ -124,7 +124,7 @@ void clsCat::TakeNameOff(const Cuts& colCuts) noexcept
         }
         catch (...)
         {
-            m_cMod.LogError(L"SchedCuts [clsCat]", CurrentError()); // the others lose it all the same
+            m_cMod.LogError(L"SchedCuts [clsCat]", CurrentError()); // the others still lose the name
         }
     }
 }
@@ -153,8 +153,8 @@ clsCat::Placed clsCat::PlaceInLevel(const std::shared_ptr<Cut>& cCut)
 {
     const TextKey cKey = cCut->Key();
     const std::int32_t lRunTime = cCut->RunTimemS();
-    // The order first, since a database may announce the name at once: whoever follows the announcement then
-    // finds the cut in its place already.
+    // The order first: a database may announce the new name at once, and the handler must find the cut in its
+    // level.
     const std::shared_ptr<CutCollection> colCuts = m_colSchedCuts;
     const bool bAdded = colCuts->Add(cKey, cCut);
     if (bAdded)
@@ -165,7 +165,7 @@ clsCat::Placed clsCat::PlaceInLevel(const std::shared_ptr<Cut>& cCut)
     }
     catch (...)
     {
-        if (bAdded && colCuts->Remove(cKey)) // a cut is placed whole or not at all
+        if (bAdded && colCuts->Remove(cKey)) // all or nothing
             m_totalRunTime -= lRunTime;
         throw;
     }
@@ -247,7 +247,7 @@ bool clsCat::RemoveCut(const std::shared_ptr<Cut>& cCut)
     }
     catch (...)
     {
-        // A cut is taken out whole or not at all.
+        // All or nothing.
         if (colCuts->Insert(std::min(*position, colCuts->Count()), &cKey, cPlaced))
             m_totalRunTime += lRunTime;
         throw;

@@ -46,7 +46,7 @@ clsCatRules::~clsCatRules()
     }
     catch (...)
     {
-        // A release must not fail; Save has logged what there was to say.
+        // A release must not fail; Save has logged the error.
     }
     m_cMod.Saved().Forget(this);
 }
@@ -154,8 +154,8 @@ bool clsCatRules::Save(Report eReport)
     }
 }
 
-// The file could not be read before, or has come into being since. What has been set here counts more than
-// what it says.
+// Reads the file after a first failure, or because it was created since. Values set here win over those in
+// the file.
 void clsCatRules::ReadAgain() noexcept
 {
     m_lReadAt = m_cMod.Ports().cClock.TickCount();
@@ -189,7 +189,7 @@ void clsCatRules::GetRules(const std::wstring& sName)
     m_eSource = Source::NoFile;
     m_sReadPath = PathOf(sName);
     m_cSet = {};
-    // A name that can be no file's name has no file; only saving under it is an error.
+    // A name that cannot be a file name has no file; only saving under it is an error.
     if (Folder().empty() || !CanBeFileName(sName))
         return;
     try
@@ -230,7 +230,7 @@ void clsCatRules::TakeRecord(std::string_view record)
     m_lAlbum = SetOrNot(GetLong(record, atAlbum));
 }
 
-// The rules of a tree belong to its folder, wherever the library has moved since.
+// A tree's rules stay in its folder, even after the library has moved to another one.
 std::wstring clsCatRules::Folder() const { return m_sAppPath.empty() ? m_cMod.ServedPath() : m_sAppPath; }
 
 std::wstring clsCatRules::PathOf(const std::wstring& sName) const

@@ -12,9 +12,9 @@
 namespace ravlo
 {
 
-// The separation rules of one category, in minutes, tied to one rules file that is read when CatID is set and
-// rewritten whenever a rule changes and when the object is released. The file stays in the folder that was
-// served when CatID was set. File format: docs/formats/rules.md.
+// The separation rules of one category, in minutes. Bound to one rules file, which is read when CatID is set
+// and rewritten when a rule changes and when the object is released. The file stays in the folder that was in
+// use when CatID was set. File format: docs/formats/rules.md.
 class clsCatRules
 {
 public:
@@ -24,29 +24,29 @@ public:
     static constexpr std::size_t catIDWidth = 55;
 
     explicit clsCatRules(ModScheduler& cMod);
-    // Rewrites the file once more, when it is the one this object last read or wrote and no other rules
-    // object has written it since: an old object that is released late, or after the library moved to another
-    // application folder, must not bring old values back. A file that could not be read, or that has come
-    // into being since, is left alone; one that is damaged is kept aside. Errors are only logged.
+    // Rewrites the file if it is the one this object last read or wrote and no other rules object has written
+    // it since: an object that is released late, or after the library moved to another folder, must not
+    // restore old values. A file that could not be read, or that was created since, is left alone; a damaged
+    // one is kept aside. Errors are only logged.
     ~clsCatRules();
     clsCatRules(const clsCatRules&) = delete;
     clsCatRules& operator=(const clsCatRules&) = delete;
 
-    // As stored, -1 (not set here) included: the album rule has no fall-back to the global one here.
+    // The stored value, -1 (not set) included: the album rule does not fall back to the global one here.
     std::int32_t AlbumSepMins() const noexcept { return m_lAlbum; }
     // Stores the absolute value, then saves.
     void SetAlbumSepMins(std::int32_t lMins);
 
     // The key without leading and trailing blanks.
     std::wstring CatID() const;
-    // An empty value is ignored. Otherwise loads the rules file of that name over the present values and
-    // binds the object to the first 55 characters of the key (a longer one is noted in the debug log: its
-    // rules are saved under the cut key).
+    // Ignores an empty value. Otherwise loads the rules file of that name over the present values and binds
+    // the object to the first 55 characters of the key. A longer key is noted in the debug log: its rules are
+    // saved under the shortened key.
     void SetCatID(const std::wstring& sCatID);
 
     // The stored value, or the global separation when none is set here.
     std::int32_t ArtistSepMins() const noexcept;
-    // A negative value is ignored: nothing stored, nothing saved.
+    // Ignores a negative value: stores and saves nothing.
     void SetArtistSepMins(std::int32_t lMins);
     std::int32_t TitleSepMins() const noexcept;
     void SetTitleSepMins(std::int32_t lMins);
@@ -54,12 +54,12 @@ public:
     bool IgnoreRules() const noexcept { return m_bIgnore; }
     void SetIgnoreRules(bool bIgnore);
 
-    // Reads a file again that could not be read before, at most once a second, so that a lock that passes
+    // Reads the file again when the first attempt failed, at most once a second, so that a temporary lock
     // does not cost the rules until the next start. Errors are only logged.
     void RetryReading() noexcept;
 
-    // What the rules editor stores in one go, with a single save. Nothing in a field leaves the value alone;
-    // the album value is stored as it stands, so that -1 unsets it. Returns SaveRules().
+    // The rules editor's changes, stored with a single save. An empty field keeps its value. The album value
+    // is stored without change: -1 unsets it. Returns SaveRules().
     struct Edit
     {
         std::optional<std::int32_t> lArtist;
@@ -69,9 +69,9 @@ public:
     };
     bool Apply(const Edit& edit);
 
-    // False without a CatID or an application path, and when writing fails (which is shown). A file that
-    // could not be read before is read first, so that it keeps the values that have not been set since; when
-    // that fails again, or its record is damaged, it is kept aside.
+    // Returns false without a CatID or an application path, and when writing fails, which is shown. A file
+    // that could not be read before is read first, so that values not set here are kept; when that fails
+    // again, or the record is damaged, the file is kept aside.
     bool SaveRules();
 
 private:
@@ -81,7 +81,7 @@ private:
         LogOnly,
     };
     void GetRules(const std::wstring& sName);
-    // The record of the file; nothing when there is none. Throws when it cannot be read or is too short.
+    // The file's record; nothing when there is no file. Throws when it cannot be read or is too short.
     std::optional<std::string> ReadRecord(const std::wstring& sPath);
     void TakeRecord(std::string_view record);
     void ReadAgain() noexcept;
@@ -98,20 +98,20 @@ private:
     std::int32_t m_lAlbum = 0;
     bool m_bIgnore = false;
     std::wstring m_sAppPath;       // when CatID was set; empty: none was known
-    std::wstring m_sCatID;         // the field without its padding
-    std::wstring m_sSeenPath;      // the file SaveRules writes, when CatID was set or it last wrote it
-    SavedFiles::Stamp m_lSeen = 0; // of that file's content, then
+    std::wstring m_sCatID;         // without the padding of the field
+    std::wstring m_sSeenPath;      // the file that SaveRules writes: set with CatID and by each save
+    SavedFiles::Stamp m_lSeen = 0; // of that file's content at that time
     // Where the values come from.
     enum class Source
     {
-        File,   // the values are those of the file; of a damaged one, none
+        File,   // the file's values; none of them when it is damaged
         NoFile, // there was none
         Unread, // it could not be read
     };
     Source m_eSource = Source::NoFile;
     std::wstring m_sReadPath;    // when CatID was set
     std::uint32_t m_lReadAt = 0; // tick count
-    Edit m_cSet;                 // what has been set since, while the values are not the file's
+    Edit m_cSet;                 // what was set since, while the values are not the file's
 };
 
 } // namespace ravlo

@@ -23,7 +23,7 @@ struct clsRuleViolation
     float TitleMinsAgo = 0;          // minutes since a cut with the same title last played
     float ArtistMinsAgo = 0;         // ... by the same artist
     float AlbumMinsAgo = 0;          // ... from the same album
-    std::int32_t ViolationIndex = 0; // the host's own; the selection never sets it
+    std::int32_t ViolationIndex = 0; // for the host; the selection never sets it
     std::shared_ptr<ravlo::Cut> Cut;
     std::int32_t Violation = eNone; // an eRuleViolation; any value a host sets is kept
     float MinsAgo = 0;              // of the rule that is broken

@@ -28,9 +28,8 @@ std::wstring TwoDigits(int lValue)
 
 std::wstring LogFileName(int lDayOfMonth) { return L"Scheduler " + TwoDigits(lDayOfMonth) + L".deb"; }
 
-// The rounding of a moment to whole seconds then gives the second that has begun, so that 23:59:59.6 stays in
-// its day. Half a millisecond less than half a second, since a whole second is seldom exact as a fraction of
-// a day.
+// Shifts a time so that rounding it to whole seconds truncates it: 23:59:59.6 stays in its day. Half a
+// millisecond less than half a second, since a whole second is seldom exact as a fraction of a day.
 DateTime ForTruncation(DateTime dtWhen) { return dtWhen - 0.4995 / 86'400; }
 
 // 18 characters: "dd/mm/yy hh:mm:ss" and one blank.
@@ -43,7 +42,7 @@ std::wstring TimeStamp(DateTime dtWhen)
 
 std::int32_t NeverNegative(std::int32_t lMins) { return lMins < 0 ? lDefaultSepMins : lMins; }
 
-// A line of the settings file; nothing when it is not there or no number.
+// The number in a line of the settings file; nothing when the line is missing or not a number.
 std::optional<std::int32_t> MinutesOf(const std::vector<std::wstring>& colLines, std::size_t line)
 {
     const std::optional<double> dValue = line < colLines.size() ? NumericValue(colLines[line]) : std::nullopt;
@@ -67,7 +66,7 @@ void ModScheduler::StoreAppPath(const std::wstring& sAppPath)
     m_sServedPath.clear();
     if (sAppPath == m_sAppPath)
         return;
-    FlushDebugLog(); // what was noted until now belongs to the folder that was known until now
+    FlushDebugLog(); // lines logged until now belong to the old folder
     m_sAppPath = sAppPath;
 }
 
@@ -117,7 +116,7 @@ void ModScheduler::WriteDebugLog(std::wstring_view sMessage) noexcept
     catch (...)
     {
         m_sLines.resize(std::min(before, m_sLines.size()));
-        return; // a log line that cannot be kept must not fail what it tells of
+        return; // logging must not fail the operation it reports
     }
     if (m_lScopes == 0)
         FlushDebugLog();
@@ -141,9 +140,9 @@ void ModScheduler::AppendToLog(const std::wstring& sLines, DateTime dtFirst)
 {
     const std::wstring sAppPath = AppPath();
     if (sAppPath.empty())
-        return; // without a folder of the host's there is no place for a log
+        return; // without a host's folder there is no log
     const std::wstring sFolder = sAppPath + sLogFolder;
-    // Last month's log of tomorrow's day goes today, so that about one month of logs is kept.
+    // Tomorrow's log file from last month is deleted today, so that about one month of logs is kept.
     const std::wstring sTomorrow = sFolder + LogFileName(FieldsOf(dtFirst + 1).lDay);
     if (m_cPorts.cFiles.FileExists(sTomorrow))
     {
@@ -153,7 +152,7 @@ void ModScheduler::AppendToLog(const std::wstring& sLines, DateTime dtFirst)
         }
         catch (const RuntimeError&)
         {
-            // Someone reads it; today's lines matter more.
+            // Somebody has it open; today's lines matter more.
         }
     }
     const std::wstring sToday = sFolder + LogFileName(FieldsOf(dtFirst).lDay);
@@ -222,7 +221,7 @@ void ModScheduler::ShowLater(std::wstring_view sProcedure, const RuntimeError& c
     }
     catch (...)
     {
-        // It is in the log.
+        // The error is in the log.
     }
 }
 
@@ -289,7 +288,7 @@ void ModScheduler::Sleep(std::uint32_t lMilliseconds) { m_cPorts.cHostLoop.Sleep
 
 void ModScheduler::SetSetting(std::int32_t Settings::*lSetting, std::int32_t lMins)
 {
-    // A file that could not be read so far has values that count, except the one set now.
+    // A file that was not read has values to keep, except the one set now.
     const bool bOtherFolder = !EqualIgnoringCase(ServedPath(), m_cSettings.sAppPath);
     if (bOtherFolder ||
         (!m_cSettings.bUnsaved && m_cSavedFiles.StateOf(SettingsPath(), this) == SavedFiles::State::NotSeen))
@@ -303,7 +302,7 @@ void ModScheduler::SetGlobalArtistSepMins(std::int32_t lMins) { SetSetting(&Sett
 void ModScheduler::SetGlobalTitleSepMins(std::int32_t lMins) { SetSetting(&Settings::lTitle, lMins); }
 void ModScheduler::SetGlobalAlbumSepMins(std::int32_t lMins) { SetSetting(&Settings::lAlbum, lMins); }
 
-// Of the separations in use: the library may have been moved on, and theirs not been loaded yet.
+// The file of the separations in use; the library may have moved on without loading another one.
 std::wstring ModScheduler::SettingsPath() const { return m_cSettings.sAppPath + sSettingsFile; }
 
 void ModScheduler::LoadSettings()
@@ -313,7 +312,7 @@ void ModScheduler::LoadSettings()
     const std::wstring sAppPath = ServedPath();
     const bool bReload = !sAppPath.empty() && EqualIgnoringCase(sAppPath, m_cSettings.sAppPath);
     if (bReload && m_cSettings.bUnsaved)
-        return; // the file is older than what was set
+        return; // the file is older than the value set
     if (!bReload)
         m_cSettings = {sAppPath};
     if (sAppPath.empty())
@@ -373,7 +372,7 @@ bool ModScheduler::WriteSettings() noexcept
         if (m_cSettings.sAppPath.empty())
             return false;
         if (!m_cSettings.bUnsaved && m_cSettings.bNothingRead)
-            return false; // nobody has set these defaults
+            return false; // these are only defaults
         std::wstring sText;
         for (const std::int32_t lMins : {m_cSettings.lArtist, m_cSettings.lTitle, m_cSettings.lAlbum})
             sText += DecimalText(lMins) + sCrLf;
@@ -396,7 +395,7 @@ bool ModScheduler::WriteSettings() noexcept
 namespace
 {
 
-// Made while there is memory.
+// Created while there is memory.
 const RuntimeError outOfMemory(7);
 
 RuntimeError Translated()
@@ -434,7 +433,7 @@ RuntimeError CurrentError() noexcept
     }
     catch (...)
     {
-        return outOfMemory; // the text of another error could not be made
+        return outOfMemory; // no memory for another error's text
     }
 }
 

@@ -15,8 +15,8 @@
 namespace ravlo
 {
 
-// What the whole library shares: the application path, the debug log, the error display and the global
-// separations. One instance serves every manager of the library; it must outlive all that was given it.
+// What the whole library shares: application path, debug log, error display and global separations. One
+// instance serves all managers of the library; it must outlive everything that refers to it.
 class ModScheduler
 {
 public:
@@ -25,29 +25,29 @@ public:
     ModScheduler& operator=(const ModScheduler&) = delete;
 
     const ravlo::Ports& Ports() const noexcept { return m_cPorts; }
-    // The keeper of the files that every part of the library reads and rewrites.
+    // The files that the parts of the library read and rewrite.
     SavedFiles& Saved() noexcept { return m_cSavedFiles; }
 
-    // The host's application folder with a trailing backslash; empty when none was stored.
+    // The host's application folder with a trailing backslash; empty when not set.
     std::wstring AppPath() const;
     void StoreAppPath(const std::wstring& sAppPath);
     // The folder whose rules and settings are in use, with a trailing backslash: AppPath, except between
     // MoveAppPath and SettleAppPath.
     std::wstring ServedPath() const;
-    // StoreAppPath for a population of another folder, which may fail: rules and settings stay those of the
-    // tree in use. To return, move back to the folder that is served.
+    // As StoreAppPath, for a population of another folder, which may fail: rules and settings still use the
+    // present tree's folder. To go back, call it with ServedPath().
     void MoveAppPath(const std::wstring& sAppPath);
-    // The population has succeeded: rules and settings are AppPath's from now on. Loads the settings.
+    // Call when the population has succeeded: rules and settings use AppPath from now on. Loads the settings.
     void SettleAppPath();
 
     // ---- debug log
 
-    // Notes one line with the present time; a message is cut after 1000 characters. Inside a LogScope lines
-    // are gathered and appended together when the outermost scope ends; otherwise the line is appended at
-    // once. File format: docs/formats/debug-log.md.
+    // Logs one line with the present time; cuts the message after 1000 characters. Inside a LogScope, lines
+    // are gathered and appended together when the outermost scope ends; otherwise each is appended at once.
+    // File format: docs/formats/debug-log.md.
     void WriteDebugLog(std::wstring_view sMessage) noexcept;
-    // Appends what was gathered so far. Called before anything that lets others run: an event, a box, a pump,
-    // a save.
+    // Appends the gathered lines. Called before everything that lets others run: an event, a box, a pump, a
+    // save.
     void FlushDebugLog() noexcept;
     class LogScope
     {
@@ -60,8 +60,8 @@ public:
     private:
         ModScheduler& m_cMod;
     };
-    // While others run inside a call of ours, for which an input box may stay open over night: appends what
-    // was gathered, and ends the gathering for so long. Their calls gather for themselves.
+    // For the time that others run inside one of our calls, perhaps over night behind an input box: appends
+    // the gathered lines and stops gathering. Their own calls gather separately.
     class OthersRun
     {
     public:
@@ -78,15 +78,15 @@ public:
 
     // ---- error display
 
-    // Logs "DISPLAYERROR, <procedure> <number> <description>"; with bShow also shows the information box
+    // Logs "DISPLAYERROR, <procedure> <number> <description>". With bShow also shows the information box
     // titled with the procedure's name: "Handled Error!", description and number on three lines.
     void DISPLAYERROR(std::wstring_view sProcedure, bool bShow, const RuntimeError& cError) noexcept;
-    // The critical box "<number> <description>" under a title of its own, and one log line.
+    // Shows the critical box "<number> <description>" under sTitle and logs one line.
     void ShowCriticalError(std::wstring_view sTitle, const RuntimeError& cError) noexcept;
-    // One log line, no box.
+    // Logs one line; no box.
     void LogError(std::wstring_view sWhere, const RuntimeError& cError) noexcept;
 
-    // While one lives, nobody is at the screen: ShowLater only logs. Not while others run.
+    // While one exists, nobody watches the screen: ShowLater only logs. Suspended by OthersRun.
     class OnAir
     {
     public:
@@ -99,9 +99,9 @@ public:
         ModScheduler& m_cMod;
     };
     bool IsOnAir() const noexcept { return m_lOnAir != 0; }
-    // As DISPLAYERROR with its box; on air the box waits for ShowWaiting.
+    // As DISPLAYERROR with its box; on air the box is delayed until ShowWaiting.
     void ShowLater(std::wstring_view sProcedure, const RuntimeError& cError) noexcept;
-    // Shows, once, the first of the errors that wait, and how many more the log has. Call it where somebody
+    // Shows the first of the delayed errors, once, and how many more are in the log. Call it where a user
     // edits or opens a window.
     void ShowWaiting() noexcept;
 
@@ -118,31 +118,30 @@ public:
     std::int32_t GlobalArtistSepMins() const noexcept { return m_cSettings.lArtist; }
     std::int32_t GlobalTitleSepMins() const noexcept { return m_cSettings.lTitle; }
     std::int32_t GlobalAlbumSepMins() const noexcept { return m_cSettings.lAlbum; }
-    // A negative value becomes 60. Each setter writes the settings file at once; a file that could not be
+    // A negative value becomes 60. Each setter writes the settings file at once. A file that could not be
     // read before is read first, so that it keeps its other values.
     void SetGlobalArtistSepMins(std::int32_t lMins);
     void SetGlobalTitleSepMins(std::int32_t lMins);
     void SetGlobalAlbumSepMins(std::int32_t lMins);
-    // Reads the file of the served folder; without a folder every separation is 60. A setter's value that is
-    // not saved yet is saved first, to its own folder; when that fails, a reload of the same folder keeps the
-    // present values. So it does when the file cannot be read; another folder starts with 60 then. Errors are
-    // logged.
+    // Reads the file of ServedPath(); without a folder every separation is 60. First saves a setter's unsaved
+    // value to its own folder. When that fails, or the file cannot be read, a reload of the same folder keeps
+    // the present values; another folder starts with 60 when its file cannot be read. Errors are logged.
     void LoadSettings();
-    // False when the separations are not those of the served folder, or the file could not be written.
-    // Without a setter's value to save, a file that has not been read, or of which no line is a number, is
-    // left alone.
+    // Returns false when the separations do not belong to ServedPath() or the file could not be written.
+    // Without a setter's value to save, leaves alone a file that was not read or in which no line is a
+    // number.
     bool SaveSettings() noexcept;
 
 private:
-    // The separations, and whose they are.
+    // The separations and their folder.
     struct Settings
     {
-        std::wstring sAppPath; // empty: no folder's
+        std::wstring sAppPath; // empty: no folder
         std::int32_t lArtist = 60;
         std::int32_t lTitle = 60;
         std::int32_t lAlbum = 60;
         bool bUnsaved = false;     // a setter's value is not in the file yet
-        bool bNothingRead = false; // there is a file, and no line of it is a number
+        bool bNothingRead = false; // the file exists, but no line of it is a number
     };
 
     void AppendToLog(const std::wstring& sLines, DateTime dtFirst);
@@ -167,19 +166,19 @@ private:
     };
     std::optional<Waiting> m_cWaiting;
 
-    std::wstring m_sLines; // gathered, ready to be appended
+    std::wstring m_sLines; // gathered, formatted as in the file
     DateTime m_dtFirstLine = 0;
-    std::wstring m_sStamp; // of the second in which the last line was noted
+    std::wstring m_sStamp; // the time stamp of the last line
     std::int64_t m_stampSecond = 0;
     int m_lScopes = 0;
 };
 
-// Turns whatever is being handled in a catch (...) block into a RuntimeError: itself, 7 for lack of memory
-// (also for the text of another error), 51 with the exception's text for the rest.
+// The current exception as a RuntimeError: itself, 7 for lack of memory (also while making another error's
+// text), 51 with the exception's text for any other. Call inside a catch block.
 RuntimeError CurrentError() noexcept;
 
-// Runs a public operation and catches at its edge: an error is shown in the critical form under sTitle and
-// the failure result comes back.
+// Runs a public operation. An error is shown in the critical form under sTitle, and the failure result is
+// returned.
 template <class Result, class Body>
 Result TrapCritical(ModScheduler& cMod, const wchar_t* sTitle, Result failure, Body&& body)
 {

@@ -25,7 +25,7 @@ std::optional<std::string> SavedFiles::Peek(const std::wstring& sPath, Patience 
 std::optional<std::string> SavedFiles::Read(const std::wstring& sPath, Author cAuthor, Patience ePatience)
 {
     const std::wstring sFolded = FoldCase(sPath);
-    m_colMarks[{cAuthor, sFolded}] = State::NotSeen; // until it has been read
+    m_colMarks[{cAuthor, sFolded}] = State::NotSeen; // until it is read
     std::optional<std::string> bytes = Peek(sPath, ePatience);
     m_colFiles[sFolded].eState = bytes ? State::Known : State::Absent;
     m_colMarks.erase({cAuthor, sFolded});
@@ -96,11 +96,12 @@ void SavedFiles::ReplaceUnknown(const std::wstring& sPath, std::string_view byte
     const std::wstring sCopy = CopyFor(sPath);
     if (CopyTo(sPath, sCopy, ePatience))
     {
-        MarkKnown(FoldCase(sPath), cAuthor); // also when the save fails: the next try needs no second copy
+        MarkKnown(FoldCase(sPath),
+                  cAuthor); // even when the save fails: no second copy next time
         ReplaceFile(m_cFiles, sPath, bytes, ePatience);
         return;
     }
-    m_cFiles.Rename(sPath, sCopy, ePatience); // what cannot be read can still be put away whole
+    m_cFiles.Rename(sPath, sCopy, ePatience); // an unreadable file can still be renamed
     try
     {
         ReplaceFile(m_cFiles, sPath, bytes, ePatience);
@@ -141,7 +142,7 @@ void SavedFiles::PutBack(const std::wstring& sCopy, const std::wstring& sPath, P
     }
     catch (const RuntimeError&)
     {
-        // The content is in the copy.
+        // The content stays in the copy.
     }
 }
 

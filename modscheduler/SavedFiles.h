@@ -14,18 +14,19 @@
 namespace ravlo
 {
 
-// Keeps the files that are read at the start and rewritten later: orders, category list, rules and settings.
-// Remembers of each path, without regard to case, whether its content is known and how new it is. So a save
-// neither destroys what its author has not understood nor replaces newer content with older.
+// The files that are read at the start and rewritten later: orders, category list, rules and settings.
+// Remembers for each path, without regard to case, whether its content is known and how new it is, so that a
+// save neither destroys content that its author has not understood nor replaces newer content by older.
 class SavedFiles
 {
 public:
-    // The moment at which the content of a save was taken; a later one is greater.
+    // When a save's content was taken; a later one is greater.
     using Stamp = std::uint64_t;
-    // Who reads a file and saves it later, by address. What one author has read, another may not have.
+    // The object that reads a file and saves it later, by address. What one author has read, another may not
+    // have.
     using Author = const void*;
 
-    // What an author knows of a file.
+    // An author's knowledge of a file.
     enum class State
     {
         NotSeen,       // never read nor written here, or this author's last look or reading failed
@@ -33,7 +34,7 @@ public:
         Absent,        // was not there when it was read, or was deleted here
         Known,         // read in full, written here, or kept aside
     };
-    // What a save does with an existing file that nobody here has seen.
+    // What a save does to an existing file that no author has seen.
     enum class Unseen
     {
         KeepAside,
@@ -46,52 +47,52 @@ public:
         LeftAlone, // see Unseen
     };
 
-    // Copies of a file that are kept: <path>.bak, <path>.bak2 ... The last is replaced when all are taken.
+    // Most copies kept of a file: <path>.bak, <path>.bak2 ... When all exist, the last is replaced.
     static constexpr int lMostCopies = 9;
 
     explicit SavedFiles(Files& cFiles) noexcept : m_cFiles(cFiles) {}
     SavedFiles(const SavedFiles&) = delete;
     SavedFiles& operator=(const SavedFiles&) = delete;
 
-    // A file's bytes, on which cAuthor's later saves are based; nothing when there is no such file. Throws
-    // when it cannot be looked at or read: it is not seen then, never absent.
+    // Returns a file's bytes, on which cAuthor's later saves are based; nothing when there is no file. Throws
+    // when it cannot be checked or read; its state is then NotSeen, never Absent.
     std::optional<std::string> Read(const std::wstring& sPath, Author cAuthor,
                                     Patience ePatience = Patience::UpToASecond);
     // As Read, for a caller that saves nothing: remembers nothing.
     std::optional<std::string> Peek(const std::wstring& sPath,
                                     Patience ePatience = Patience::UpToASecond) const;
-    // cAuthor could not use what it has read last, or not all of it.
+    // Call when cAuthor could not use all of what it read last.
     void NotUnderstood(const std::wstring& sPath, Author cAuthor);
     State StateOf(const std::wstring& sPath, Author cAuthor) const;
 
-    // Begins a save: call it when its content is taken.
+    // Begins a save. Call when its content is taken.
     Stamp Begin() noexcept { return ++m_lStamps; }
     // The stamp of the newest content written, or of the deletion; 0 for neither.
     Stamp NewestOf(const std::wstring& sPath) const;
 
     // Replaces a file's content in one step. Content that cAuthor has not understood, or that nobody has seen
-    // (see Unseen), is kept as a numbered copy before; what cannot be read is renamed. Throws when any of it
-    // fails: the old content is at its place then, or in a copy when it cannot be put back. The next try
-    // makes no second copy.
+    // (see Unseen), is first copied to a numbered copy; an unreadable file is renamed instead. Throws when
+    // any of this fails: the old content is then in its place, or in a copy when it cannot be put back. The
+    // next attempt makes no second copy.
     Result Replace(const std::wstring& sPath, Stamp lStamp, std::string_view bytes, Author cAuthor,
                    Unseen eUnseen = Unseen::KeepAside, Patience ePatience = Patience::UpToASecond);
-    // Deletes a file when it is there. A save begun before does not bring it back, even when this throws.
+    // Deletes a file if it exists. A save begun before does not restore it, even when this throws.
     void Delete(const std::wstring& sPath, Author cAuthor);
 
-    // Forgets what an author knows. Call when it ends: the next one may get its address.
+    // Forgets an author. Call when it ends: the next one may get its address.
     void Forget(Author cAuthor) noexcept;
 
 private:
     struct File
     {
         Stamp lNewest = 0;
-        State eState = State::NotSeen; // for every author without a mark of its own
+        State eState = State::NotSeen; // for authors without a mark of their own
     };
-    // Throws when it cannot be looked at.
+    // Throws when it cannot be checked.
     bool Exists(const std::wstring& sPath) const;
     void ReplaceUnknown(const std::wstring& sPath, std::string_view bytes, Author cAuthor,
                         Patience ePatience);
-    // False: it cannot be read.
+    // Returns false when the file cannot be read.
     bool CopyTo(const std::wstring& sPath, const std::wstring& sCopy, Patience ePatience);
     void PutBack(const std::wstring& sCopy, const std::wstring& sPath, Patience ePatience) noexcept;
     void MarkKnown(const std::wstring& sFolded, Author cAuthor);

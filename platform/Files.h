@@ -11,8 +11,8 @@
 namespace ravlo
 {
 
-// Whether something exists at a path. Unknown: the drive or the network is away, or the rights are missing.
-// It may well exist, so Unknown never allows overwriting.
+// Whether something exists at a path. Unknown: the drive or the network is not available, or access is
+// denied. It may exist, so Unknown never allows overwriting.
 enum class Presence
 {
     Absent,
@@ -27,7 +27,7 @@ enum class Patience
     UpToASecond, // retries; the thread waits without pumping messages
 };
 
-// Keeps a file open against every other program as long as it lives.
+// Keeps a file open, as long as it exists, so that no other program can open it for writing.
 class HeldFile
 {
 public:

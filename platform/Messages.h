@@ -31,17 +31,17 @@ enum class BoxAnswer
     No,
 };
 
-// The title of boxes that have none of their own.
+// The title of boxes without one of their own.
 inline constexpr const wchar_t* sProgramTitle = L"RavloScheduler";
 
-// Everything the library says to a person. Modal: each call pumps messages until the person has answered.
+// The library's messages to the user. Modal: each call pumps messages until the user has answered.
 class Messages
 {
 public:
     virtual ~Messages() = default;
     virtual BoxAnswer Box(BoxIcon eIcon, BoxButtons eButtons, const std::wstring& sTitle,
                           const std::wstring& sText) = 0;
-    // Asks for one line of text, which is sText at first. Nothing when the person cancelled.
+    // Asks for one line of text, initially sText. Returns nothing when the user cancelled.
     virtual std::optional<std::wstring> Input(const std::wstring& sTitle, const std::wstring& sPrompt,
                                               const std::wstring& sText = {}) = 0;
 };

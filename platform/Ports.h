@@ -12,8 +12,8 @@
 namespace ravlo
 {
 
-// All ports to the outside, handed in together. Owns nothing. Precondition: the ports live longer than
-// anything that uses them.
+// All ports to the outside, passed together. Owns nothing. Precondition: the ports outlive everything that
+// uses them.
 struct Ports
 {
     Clock& cClock;

@@ -17,12 +17,12 @@ namespace ravlo
 // The file that marks the station under an application folder, given with or without a trailing backslash.
 std::wstring StationMarkerPath(const std::wstring& sAppPath);
 
-// Marks the station as long as the result lives. Null when it is already marked. Throws when the file cannot
-// be created, e.g. without the folder "Scheduler".
+// Marks the station as long as the result exists. Returns null when it is already marked. Throws when the
+// file cannot be created, e.g. without the folder "Scheduler".
 std::unique_ptr<HeldFile> MarkStation(Files& cFiles, const std::wstring& sAppPath);
 
-// Whether a manager in this or another program works on the station now. Creates nothing. False for a folder
-// that does not exist or cannot be looked at.
+// Whether a manager in this or another program works on the station now. Creates nothing. Returns false for a
+// folder that does not exist or cannot be checked.
 bool IsStationInUse(Files& cFiles, const std::wstring& sAppPath);
 
 } // namespace ravlo

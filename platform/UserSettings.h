@@ -6,7 +6,7 @@
 namespace ravlo
 {
 
-// The per-user settings store. Never throws: what cannot be read has its default.
+// The per-user settings. Never throws: a setting that cannot be read has its default.
 class UserSettings
 {
 public:

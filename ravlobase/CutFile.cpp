@@ -191,8 +191,8 @@ CutFile::CutFile(const std::wstring& sFile, std::vector<StoredCut>& colCuts)
     }
     catch (const RuntimeError& e)
     {
-        // SQLite has no better word for some damage than "unsupported file format". The head says that this
-        // program wrote the file.
+        // SQLite reports some damage only as "unsupported file format". The head shows that this program
+        // wrote the file.
         if (e.Number() == error::Internal)
             m_cConnection.Fail(SQLITE_CORRUPT);
         throw;

@@ -24,8 +24,8 @@ struct StoredCut
 class CutFile
 {
 public:
-    // Opens the file; creates it when it is missing. Puts its cuts into colCuts, in the file's order. Refuses
-    // a file that is damaged, or belongs to another program or a newer version, with error 321; the file then
+    // Opens the file, or creates a missing one, and reads its cuts into colCuts, in the file's order. Throws
+    // error 321 for a file that is damaged, or belongs to another program or a newer version; the file then
     // keeps every byte.
     CutFile(const std::wstring& sFile, std::vector<StoredCut>& colCuts);
 
@@ -53,7 +53,7 @@ private:
     std::unordered_map<std::string, sqlite::Statement> m_statements;
 };
 
-// Whether the two are equal but for their keys.
+// Whether all values but the keys are equal.
 bool SameValues(const CutValues& left, const CutValues& right) noexcept;
 
 } // namespace ravlo

@@ -119,7 +119,7 @@ void WriteEmptyDatabase(const std::filesystem::path& cTemporary, const std::wstr
     cConnection.Run("PRAGMA journal_mode = WAL");
 }
 
-// The file appears whole or not at all.
+// The file is created completely or not at all.
 void CreateDataBase(const std::wstring& sFile)
 {
     const auto cTemporary = FilePath(sFile + L".rb~");
@@ -158,8 +158,8 @@ void CheckTables(sqlite::Connection& cConnection)
 }
 
 // Begins a transaction that sees one state of the file and its log, which other programs may be writing to.
-// Returns what the log says of that state; nothing when there is no log, or when a busy writer left no quiet
-// moment.
+// Returns the log's description of that state; nothing when there is no log, or when a busy writer left no
+// quiet moment.
 std::optional<sqlite::Connection::Log> BeginReading(sqlite::Connection& cConnection)
 {
     constexpr int lTries = 20;

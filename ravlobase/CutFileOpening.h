@@ -8,8 +8,8 @@
 namespace ravlo
 {
 
-// How a database file is created, and checked before it is trusted. A file that fails a check is refused with
-// error 321 and keeps every byte.
+// Creates a database file, and checks one before it is used. A file that fails a check is refused with error
+// 321 and keeps every byte.
 
 // The path for SQLite. Creates the file when it is missing.
 std::string ReadyPath(const std::wstring& sFile);

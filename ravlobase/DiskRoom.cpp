@@ -31,7 +31,7 @@ std::string ScratchName(const std::string& sPath)
     return sName + ".room~";
 }
 
-// SQLite's own files take names in a form of its own.
+// A file name in the form that SQLite's file layer needs.
 struct Name
 {
     explicit Name(const std::string& sName)
@@ -44,7 +44,7 @@ struct Name
     sqlite3_filename pName;
 };
 
-// Through SQLite's own layer of the system, as everything that touches a database.
+// Uses SQLite's own file layer, as all access to a database does.
 int FillScratch(sqlite3_vfs& vfs, const std::string& sName)
 {
     const Name name(sName);
@@ -72,7 +72,7 @@ int FillScratch(sqlite3_vfs& vfs, const std::string& sName)
 void NeedRoomBeside(const std::string& sPath, const std::wstring& sShown)
 {
     auto* pVfs = sqlite3_vfs_find(nullptr);
-    // Any other failure (a folder that may not be written to) is for the opening itself to tell.
+    // Any other failure, such as a folder without write permission, is reported by the opening itself.
     if (FillScratch(*pVfs, ScratchName(sPath)) == SQLITE_FULL)
     {
         throw RuntimeError(error::DiskFull,

@@ -24,8 +24,8 @@ public:
     bool Contains(const StoreCut& cCut) const noexcept { return m_cuts.contains(&cCut); }
     void Clear() noexcept { m_cuts.clear(); }
 
-    // Writes them as one change on the disk. When it throws, nothing was written and they stay. Skips a cut
-    // that another program has removed from the file: there is no row left for the play.
+    // Writes them as one change. When it throws, nothing was written and they stay. Skips a cut that another
+    // program has removed from the file.
     void Write(CutFile& cFile);
 
 private:

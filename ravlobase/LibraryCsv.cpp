@@ -46,7 +46,7 @@ std::optional<std::int32_t> WholeNumber(const std::wstring& sText, std::int32_t 
     return static_cast<std::int32_t>(value);
 }
 
-// Each takes one cell, which is not blank, into the row. False when the cell cannot be used.
+// Stores one cell in the row. Precondition: it is not blank. Returns false when it cannot be used.
 using TakeCell = bool (*)(LibraryRow& row, const std::wstring& sCell);
 
 template <std::optional<std::wstring> LibraryRow::*Field>
@@ -105,7 +105,7 @@ struct Column
 {
     const wchar_t* sName;
     TakeCell Take;
-    const wchar_t* sExpected; // what a cell has to be
+    const wchar_t* sExpected; // what a cell must be
 };
 
 constexpr std::int32_t lMaxLong = std::numeric_limits<std::int32_t>::max();

@@ -13,8 +13,8 @@ namespace ravlo::sqlite
 namespace
 {
 
-// How long a write waits for another program's write to end. A play on air must not delay the programme, and
-// its reporter keeps it for a retry; an ordinary write of another program has ended by then.
+// How long a write waits for another program's write. A play on air must not be delayed, and is retried
+// later; an ordinary write of another program has ended by then.
 constexpr int lOnAirmS = 250;
 constexpr int lCommandmS = 5000; // longer than an import of a large library takes to write
 
@@ -53,7 +53,7 @@ RuntimeError ErrorOf(int lCode, const std::wstring& sFile, const char* sMessage)
     case SQLITE_NOMEM:
         return {error::OutOfMemory, L"Out of memory"};
     case SQLITE_CONSTRAINT:
-        // The store looks for the key in memory first, so only another program can have been quicker.
+        // The store checks for the key in memory first, so only another program can have added it.
         return {error::KeyAlreadyExists,
                 sName + L"has been given a cut with the same key by another program."};
     default:
@@ -73,7 +73,7 @@ Connection::Connection(const std::string& sPath, std::wstring sShown, Mode eMode
     Check(lCode);
     sqlite3_extended_result_codes(pHandle, 1);
     sqlite3_busy_timeout(pHandle, lOnAirmS);
-    // The file may come from anywhere: nothing in it may run.
+    // The file may come from anywhere: nothing in it may be executed.
     sqlite3_db_config(pHandle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(pHandle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
     sqlite3_db_config(pHandle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);

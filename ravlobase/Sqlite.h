@@ -37,9 +37,9 @@ public:
     // journal or a page.
     std::int64_t RawSize();
     std::string RawHead(std::size_t count);
-    // What the write-ahead log says to a reader that begins now; nothing without a log. This is SQLite's own
-    // index of the log, which other programs may be changing: it belongs to the state of the file that was
-    // read between two equal answers.
+    // The state of the write-ahead log for a reader that begins now; nothing without a log. This is SQLite's
+    // own index of the log, which other programs may be changing: it belongs to the state of the file that
+    // was read between two equal results.
     struct Log
     {
         std::uint32_t lChange; // counts the commits
@@ -56,7 +56,7 @@ public:
     std::int64_t LastRowID() const noexcept { return sqlite3_last_insert_rowid(m_pHandle.get()); }
     std::int64_t ChangedRows() const noexcept { return sqlite3_changes(m_pHandle.get()); }
 
-    // Throws the error that a result code means to a host.
+    // Throws the run-time error for a result code.
     [[noreturn]] void Fail(int lCode) const;
     void Check(int lCode) const;
 
@@ -84,7 +84,7 @@ public:
     Statement& Bind(int lAt, double dValue);
     Statement& Bind(int lAt, std::wstring_view sValue);
 
-    // True: there is a row. False: done, and ready to run again.
+    // Returns true when there is a row, false when it is done and ready to run again.
     bool Step();
     // Runs it to its end.
     void Run();
@@ -105,8 +105,9 @@ private:
     std::unique_ptr<sqlite3_stmt, Finalizer> m_pStatement;
 };
 
-// All or nothing: without Commit, what was written since construction is undone, also inside another
-// transaction. The outermost one takes the file's write lock at once: error 70 when another program has it.
+// All or nothing: without Commit, everything written since construction is undone, also inside another
+// transaction. The outermost one takes the file's write lock at once and throws error 70 when another program
+// has it.
 class Transaction
 {
 public:

@@ -52,7 +52,7 @@ void Store::Close() noexcept
     }
     catch (...)
     {
-        // A host that wants to know writes before it closes.
+        // A host that needs the error calls WriteGathered before closing.
     }
     Forget();
     m_pFile.reset();

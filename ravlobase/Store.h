@@ -24,12 +24,12 @@ struct LibraryRow;
 // The embedded media database: one file on the disk (docs/formats/database.md). While it is open, all of its
 // cuts are in memory, and each is always the same object.
 //
-// A changed property of a cut is on the disk when the call returns, and raises nothing. AddCuts, ModifyCuts,
-// RemoveCuts and ImportCsv each write everything or nothing; then they raise their events, but none of no
-// cuts. What a listener throws is ignored. A failure is a RuntimeError and leaves file and memory unchanged;
-// 70 means that another program is writing. Changes of other programs show after TakeInChanges.
+// A changed property of a cut is on the disk when the call returns, and raises no event. AddCuts, ModifyCuts,
+// RemoveCuts and ImportCsv each write everything or nothing and then raise their events, except for zero
+// cuts. Exceptions of listeners are ignored. A failure throws a RuntimeError and leaves file and memory
+// unchanged; 70 means that another program is writing. Changes of other programs appear after TakeInChanges.
 //
-// Precondition: one thread uses it all. While no file is open, every member raises error 91, except Open,
+// Precondition: it is used by one thread. While no file is open, every member throws error 91, except Open,
 // Close, NewCut, Advise and Unadvise.
 class Store : public DataBase, private CutOwner
 {
@@ -39,9 +39,9 @@ public:
     Store& operator=(const Store&) = delete;
     ~Store() override;
 
-    // Creates the file when it is missing. 321: the file is damaged, belongs to another program or to a newer
-    // version; it keeps every byte. 55: this object already has a file open. After an error no file is open,
-    // except after 55.
+    // Creates the file when it is missing. Throws 321 when the file is damaged, or belongs to another program
+    // or a newer version; it keeps every byte. Throws 55 when this object already has a file open. After an
+    // error no file is open, except after 55.
     void Open(const std::wstring& sFile);
     // Its cuts become free-standing and belong to those who hold them. Closing twice is fine.
     void Close() noexcept;
@@ -62,18 +62,18 @@ public:
 
     // These return the number of cuts, and raise an event with the database's own cuts.
 
-    // A free-standing cut that a Store made becomes the database's own object; the values of any other cut
-    // are copied. A cut without a key gets its path as key, a cut without a level gets level 1. 457 when a
-    // key is already there or comes twice; 5 for a cut without key and path, or with a negative level.
+    // A free-standing cut made by a Store becomes the database's own object; of any other cut the values are
+    // copied. A cut without a key gets its path as key, a cut without a level gets level 1. Throws 457 when a
+    // key exists already or comes twice; 5 for a cut without key and path, or with a negative level.
     std::int32_t AddCuts(const Cuts& colCuts);
     // Announces the database's own cuts. The values of any other cut are first copied to the database's cut
-    // with its key, its level only when it has one. 5 when there is no cut with that key.
+    // with its key; its level only when it has one. Throws 5 when there is no cut with that key.
     std::int32_t ModifyCuts(const Cuts& colCuts);
     // Removes the cuts with these keys; unknown keys are skipped. The objects become free-standing.
     std::int32_t RemoveCuts(const Cuts& colCuts);
     // Adds and changes the cuts of a library CSV (docs/formats/library-csv.md). Skips rows that cannot be
-    // used; LastImport tells which. 53, 75, 57 for a file that cannot be read, 321 for one without a usable
-    // header line.
+    // used; LastImport lists them. Throws 53, 75 or 57 for a file that cannot be read, 321 for one without a
+    // usable header line.
     std::int32_t ImportCsv(const std::wstring& sFile);
 
     // Takes in what other programs have changed in the file since it was last read, and announces the cuts
@@ -81,12 +81,11 @@ public:
     // what Open costs. Gathered plays stay. Does nothing inside a batch.
     std::int32_t TakeInChanges();
 
-    // Gathers plays, for a host that plans many at once and can lose those since the last WriteGathered in a
+    // Gathers plays, for a host that plans many at once and may lose those since the last WriteGathered in a
     // power cut. Between BeginGathering and EndGathering a change of LastPlayed alone is in the cut at once,
-    // and on the disk with the next WriteGathered, EndGathering or Close, as one change with the others.
-    // Inside a batch it belongs to the batch as always. WriteGathered and EndGathering raise 70 and the like
-    // as any change does, and 5 inside a batch; the plays then stay gathered for a retry. Close writes what
-    // it can.
+    // and on the disk with the next WriteGathered, EndGathering or Close, together with the others. Inside a
+    // batch it belongs to the batch as usual. WriteGathered and EndGathering throw 70 and the like as any
+    // change does, and 5 inside a batch; the plays then stay gathered for a retry. Close writes what it can.
     void BeginGathering();
     void WriteGathered();
     void EndGathering();
@@ -97,7 +96,7 @@ public:
 
     // Makes the property changes between construction and Commit one change on the disk. Without Commit they
     // are undone, on the disk and in the objects. Batches may be nested. AddCuts, ModifyCuts, RemoveCuts and
-    // ImportCsv raise error 5 inside a batch.
+    // ImportCsv throw error 5 inside a batch.
     class Batch
     {
     public:

@@ -27,18 +27,18 @@ public:
 
     bool Any() const noexcept { return !m_batches.empty(); }
 
-    // Returns how many batches are open then: the depth of the new one.
+    // Returns the depth of the new batch: the number of open ones.
     std::size_t Begin(sqlite::Connection& cConnection);
-    // Error 5 when the innermost open batch is another one.
+    // Throws error 5 when the innermost open batch is another one.
     void Commit(std::size_t depth);
-    // Undoes the batch of that depth and those inside it, as far as they are open.
+    // Undoes the batch of that depth and those inside it, if they are still open.
     void Undo(std::size_t depth) noexcept;
 
     // Call before a change, while the cut has its old values. Does nothing outside a batch.
     void WillChange(StoreCut& cCut);
     // Some failures (a full disk) end SQLite's transaction, and all open batches with it. Call after any.
     void NoteFailure(const sqlite::Connection& cConnection) noexcept;
-    // Error 57 while the open batches are lost by an earlier failure.
+    // Throws error 57 while the open batches are lost by an earlier failure.
     void NeedSound() const;
 
 private:

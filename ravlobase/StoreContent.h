@@ -27,9 +27,9 @@ public:
     std::shared_ptr<Cut> ByArtistTitle(const std::wstring& sArtist, const std::wstring& sTitle) const;
 
     void Reserve(std::size_t count);
-    // Adds an attached cut at the end. False: its key is already there.
+    // Adds an attached cut at the end. Returns false when its key already exists.
     bool Add(const std::shared_ptr<StoreCut>& cCut);
-    // Adds attached cuts where their numbers belong.
+    // Adds attached cuts in the order of their numbers.
     void Insert(const Cuts& colAdded);
     // Detaches the cuts and removes them.
     void Remove(const Cuts& colRemoved);

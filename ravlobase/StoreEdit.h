@@ -14,7 +14,7 @@ namespace ravlo
 {
 
 // New cuts, and new values of a database's cuts: collected, then written to the file in one transaction, then
-// brought into memory.
+// applied in memory.
 class StoreEdit
 {
 public:
@@ -23,7 +23,7 @@ public:
     // A cut of the database. Without values it is only announced. Of several values the last ones count.
     void Modify(std::shared_ptr<Cut> cCut, std::optional<CutValues> next);
 
-    // Error 457 when the database has the key of a new cut, or two new cuts have the same.
+    // Throws error 457 when the database has the key of a new cut, or two new cuts have the same.
     void NeedNewKeys(const StoreContent& cContent) const;
 
     // Does not touch the file when there is nothing to write.
@@ -34,7 +34,7 @@ public:
         Cuts colAdded;
         Cuts colModified;
     };
-    // Precondition: the file has it all. Leaves the edit empty.
+    // Precondition: WriteTo has succeeded. Leaves the edit empty.
     Done TakeInto(StoreContent& cContent, CutOwner& cOwner);
 
 private:

@@ -17,7 +17,7 @@ namespace ravlo
 namespace
 {
 
-// The values with what the row says.
+// The values, with those of the row where it has any.
 CutValues Merged(CutValues values, const LibraryRow& row)
 {
     const auto TakeText = [](TextKey& cField, const std::optional<std::wstring>& sText) {
@@ -51,7 +51,7 @@ CutValues NewCutOf(const LibraryRow& row)
     return Merged(std::move(values), row);
 }
 
-// Collects the rows of a file and reports the progress. Nothing is written at that time, so listeners may do
+// Collects the rows of a file and reports progress. Nothing is written at this time, so listeners may do
 // anything.
 class RowCollector final : public LibraryCsvSink
 {

@@ -15,7 +15,7 @@ namespace
 
 constexpr const wchar_t* sNextCutFromRotationTitle = L"Error in NextCutFromRotation [cSchedMan]";
 
-// Follows the key. A kind when it leads to no level, or to one that must not rotate now.
+// Finds the level of the key. Returns a placeholder kind when there is none, or it must not rotate now.
 std::optional<CutKind> Resolve(const CatCollection* colMainCats, const RotationRequest& request,
                                RotationAnswer& answer)
 {
@@ -76,7 +76,7 @@ RotationAnswer NextCutFromRotation(const CatCollection* colMainCats, const Rotat
             texts.sCatName = answer.cSubCat->CatName();
             texts.lCatLevel = answer.cSubCat->CatLevel();
         }
-        // Of the library's own: what failed may well be the database's cut.
+        // A cut of the library itself: the database's cut may be what failed.
         answer.cCut = MakePlaceholder(texts, nullptr);
         MarkAsAskedFor(*answer.cCut, request);
     }

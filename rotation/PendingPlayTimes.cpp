@@ -12,7 +12,7 @@ namespace ravlo
 namespace
 {
 
-// A locked database takes a quarter of a second to say so: more often than this it would hold up the plays.
+// A locked database takes a quarter of a second to refuse: trying more often would delay the plays.
 constexpr std::uint32_t lMillisecondsBetweenTries = 1'000;
 
 std::optional<DateTime> StoredTimeOf(const Cut& cCut)
@@ -74,7 +74,7 @@ std::optional<RuntimeError> PendingPlayTimes::Write(const std::shared_ptr<Cut>& 
         m_lRefusedAt = m_cClock.TickCount();
         return cRefusal;
     }
-    m_colPending.Remove(cKey); // an earlier play of this cut is past
+    m_colPending.Remove(cKey); // the pending time of an earlier play is obsolete
     return WriteAll(cDataBase, 1);
 }
 
@@ -139,10 +139,10 @@ void PendingPlayTimes::WriteOne(const TextKey& cKey, const DataBase& cDataBase)
 {
     const Pending* pPending = m_colPending.Find(cKey);
     if (!pPending)
-        return; // settled by a call that came in while another one was written
+        return; // another call has written it
     const Pending pending = *pPending;
-    // The database may have been opened again since, with other objects for the same cuts. A cut that left it
-    // keeps the time by itself.
+    // The database may have been reopened since, with other objects for the same cuts. When it no longer has
+    // the cut, the object we hold receives the time.
     std::shared_ptr<Cut> cOwn = cDataBase.CutByKey(cKey);
     if (!cOwn)
         cOwn = pending.cCut;
@@ -159,8 +159,9 @@ void PendingPlayTimes::Leave(const std::shared_ptr<const DataBase>& cLeft)
     m_colPending.Clear();
 }
 
-// A database that cannot even be asked is closed. The present one may be the same one opened again; another
-// library's cut of the same key has another number.
+// The cut to write a time left behind for. When its database no longer answers, it was closed; the present
+// one may be the same database reopened. Then its cut of that key has the same number, while another
+// library's has a different one.
 std::shared_ptr<Cut> PendingPlayTimes::OwnOf(const Left& left, const DataBase& cPresent)
 {
     try

@@ -15,9 +15,9 @@
 namespace ravlo
 {
 
-// The last-played times that a database has refused to take so far. They are written later, so that a
-// database that is locked for a while neither loses a play nor delays the next ones: while times are pending,
-// a play tries to write at most once a second, and stops at the first refusal.
+// Last-played times that a database has refused so far. They are written later, so that a temporarily locked
+// database neither loses a play nor delays the next ones: while times are pending, a play tries to write at
+// most once a second and stops at the first refusal.
 class PendingPlayTimes
 {
 public:
@@ -25,21 +25,21 @@ public:
 
     std::size_t Count() const noexcept { return m_colPending.Count() + m_colLeft.size(); }
 
-    // When the cut last played: the pending time of its key, else the cut's own. Errors of the cut are
-    // thrown.
+    // When the cut last played: the pending time of its key, else the cut's own. Throws the cut's errors.
     DateTime TimeOf(const Cut& cCut) const;
 
-    // Gives the database's cut the time of its play, now or later, and then writes what else is pending.
-    // Returns the refusal, if there was one; the cut's time is pending then. Throws only when the cut has no
+    // Gives the database's cut the time of its play, now or later, and then writes other pending times.
+    // Returns the database's refusal, if any; the time is then pending. Throws only when the cut has no
     // readable key.
     [[nodiscard]] std::optional<RuntimeError> Write(const std::shared_ptr<Cut>& cCut, DateTime dtPlayed,
                                                     const DataBase& cDataBase);
 
-    // Tries to write every pending time at once; gives up after mostRefusals. A time is dropped when the cut
-    // has a later one by now. Returns the last refusal.
+    // Tries to write every pending time now; gives up after mostRefusals. Drops a time when the cut already
+    // has a later one. Returns the last refusal.
     [[nodiscard]] std::optional<RuntimeError> WriteAll(const DataBase& cDataBase, std::size_t mostRefusals);
 
-    // Another database is in use from now on. What is pending is for cLeft, whatever keys the other one has.
+    // Call when the manager changes from cLeft to another database. The times that are pending now remain
+    // those of cLeft's cuts, even when the new database has cuts with the same keys.
     void Leave(const std::shared_ptr<const DataBase>& cLeft);
 
 private:
@@ -57,17 +57,17 @@ private:
 
     bool IsDue() const noexcept;
     void Keep(const TextKey& cKey, const std::shared_ptr<Cut>& cCut, DateTime dtPlayed);
-    // Writes one time, or drops it. Errors of the database are thrown; the time is pending still.
+    // Writes one time, or drops it. Throws the database's errors; the time then stays pending.
     void WriteOne(const TextKey& cKey, const DataBase& cDataBase);
 
     static std::shared_ptr<Cut> OwnOf(const Left& left, const DataBase& cPresent);
 
     const Clock& m_cClock;
-    OrderedKeyedCollection<Pending>
-        m_colPending; // of the database in use; refused ones go to the back, so that none hinders the others
-    std::vector<Left> m_colLeft;    // of others
+    // Times for the database in use. A refused one moves to the back, so that it does not block the others.
+    OrderedKeyedCollection<Pending> m_colPending;
+    std::vector<Left> m_colLeft;    // for databases used before
     std::uint32_t m_lRefusedAt = 0; // tick of the last refusal
-    bool m_bWriting = false; // a database may call back while it writes: that call leaves the others alone
+    bool m_bWriting = false; // a database may call back while it writes: that call writes no other times
 };
 
 } // namespace ravlo

@@ -32,8 +32,8 @@ std::shared_ptr<Cut> MakePlaceholder(const PlaceholderTexts& texts, const DataBa
     }
     catch (...)
     {
-        // Not reported: the host learns from the placeholder's kind what it has to know, and a cut of the
-        // library's own serves it as well.
+        // Not reported: the host learns what it needs from the kind, and the library's own cut serves as
+        // well.
     }
     return Described(NewPlainCut(), texts);
 }

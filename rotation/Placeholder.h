@@ -10,7 +10,7 @@
 namespace ravlo
 {
 
-// A placeholder's kind and, for some kinds, the level it names.
+// A placeholder's kind and, for some kinds, a level.
 struct PlaceholderTexts
 {
     CutKind eKind = eKindNothingSchedulable;
@@ -18,8 +18,8 @@ struct PlaceholderTexts
     std::int32_t lCatLevel = 0;
 };
 
-// Returns a cut of no category whose kind says why no real cut was chosen: a new cut of the database, or one
-// of this library when no database is known or the database cannot make one. Never null.
+// Returns a cut in no category whose kind says why no real cut was chosen. The database creates it; without a
+// database, or when it fails, the library does. Never null.
 std::shared_ptr<Cut> MakePlaceholder(const PlaceholderTexts& texts, const DataBase* cDataBase);
 
 } // namespace ravlo

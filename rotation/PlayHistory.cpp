@@ -14,7 +14,7 @@ void PlayHistory::Record(const Cut& cCut, const DataBase& cDataBase)
     const DateTime dtPlayed = cCut.LastPlayed();
     if (!(dtPlayed > 0))
         return;
-    WholeSeconds(dtPlayed); // throws for what no separation could be measured from
+    WholeSeconds(dtPlayed); // throws when no separation can be measured from it
 
     const std::optional<RuntimeError> cRefusal = m_cTimes.Write(cOwn, dtPlayed, cDataBase);
     try
@@ -31,12 +31,12 @@ void PlayHistory::Record(const Cut& cCut, const DataBase& cDataBase)
 
 void PlayHistory::WritePendingTimes(const DataBase& cDataBase)
 {
-    // A single cut that refuses for a reason of its own does not cost the others.
+    // One cut that always refuses must not block the others.
     constexpr std::size_t mostRefusals = 2;
     Tell(m_cTimes.WriteAll(cDataBase, mostRefusals));
 }
 
-// Last in any operation: who is told may let anything run.
+// Call it last in an operation: the handler may run anything.
 void PlayHistory::Tell(const std::optional<RuntimeError>& cRefusal)
 {
     if (m_cTimes.Count() == 0)
@@ -60,8 +60,8 @@ void PlayHistory::Enter(const std::shared_ptr<Cut>& cCut)
 
 std::shared_ptr<Cut> PlayHistory::Last(const Plays& colPlays, const TextKey& cText)
 {
-    // The empty key may have an entry, but unnamed artists are not one artist: nothing is measured against
-    // it.
+    // The empty key may have an entry, but cuts without an artist do not share one: nothing is measured
+    // against it.
     if (cText.Empty())
         return nullptr;
     const auto it = colPlays.find(cText);

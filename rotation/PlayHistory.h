@@ -14,14 +14,13 @@
 namespace ravlo
 {
 
-// The most recent play of each artist, title and album of the whole library. Keys compare without regard to
-// case and otherwise exactly. The time of a play is the cut's own last-played time, or the pending one while
-// the database refuses to take it. In memory only: after a restart the host, which knows what aired, reports
-// its last hours again.
+// The most recent play of each artist, title and album of the whole library. Keys ignore case and otherwise
+// compare exactly. A play's time is the cut's own last-played time, or the pending one while the database
+// refuses it. In memory only: after a restart the host, which knows what aired, reports the last hours again.
 class PlayHistory
 {
 public:
-    // Called after a play was entered whose time the database refused. bFirst: nothing was pending before.
+    // Called after entering a play whose time the database refused. bFirst: no time was pending before.
     using Refused = std::function<void(const RuntimeError& cError, bool bFirst)>;
 
     PlayHistory(const Clock& cClock, Refused refused) : m_cTimes(cClock), m_refused(std::move(refused)) {}
@@ -34,21 +33,22 @@ public:
     std::shared_ptr<Cut> TitleHistoryCut(const TextKey& cTitle) const { return Last(m_colTitles, cTitle); }
     std::shared_ptr<Cut> AlbumHistoryCut(const TextKey& cAlbum) const { return Last(m_colAlbums, cAlbum); }
 
-    // When a cut of the history played. Errors of the cut are thrown.
+    // When a cut of the history played. Throws the cut's errors.
     DateTime TimeOf(const Cut& cCut) const { return m_cTimes.TimeOf(cCut); }
 
-    // Records a play of cCut at its last-played time: finds the database's own cut by key, else by artist and
-    // title, gives it that time and enters it. Changes nothing for a cut without a play time or without a
-    // database cut. The last play reported wins, even when its time is earlier. When the database refuses the
-    // time, the play is entered all the same, its time is pending and the refusal is reported. Throws other
-    // errors of the database, and error 5 for a time beyond the calendar; earlier updates are kept.
+    // Records a play of cCut at its last-played time: finds the database's cut by key, else by artist and
+    // title, gives it that time and makes it the last play of its artist, title and album. Does nothing when
+    // cCut has no play time or the database has no such cut. The play reported last counts, even when its
+    // time is earlier. When the database refuses the time, the play is still entered; its time becomes
+    // pending and the refusal is reported. Throws error 5 for a time beyond the calendar, and the database's
+    // other errors; what was done before the error stays.
     void Record(const Cut& cCut, const DataBase& cDataBase);
 
-    // Number of play times the database has not taken yet.
+    // Number of play times that the database has not accepted yet.
     std::size_t PendingTimes() const noexcept { return m_cTimes.Count(); }
     // Tries to write them now and reports refusals.
     void WritePendingTimes(const DataBase& cDataBase);
-    // Another database is in use from now on: the pending times are still for cLeft.
+    // Call when the manager changes from cLeft to another database; see PendingPlayTimes::Leave.
     void Leave(const std::shared_ptr<const DataBase>& cLeft) { m_cTimes.Leave(cLeft); }
 
 private:

@@ -9,7 +9,7 @@ namespace ravlo
 namespace
 {
 
-// The head is what mostly goes to the back, and is found without a look at the keys' table.
+// Usually it is the head that moves, which needs no look-up by key.
 bool MoveToBack(CutCollection& colOrder, const TextKey& cKey)
 {
     const TextKey* pHead = colOrder.Empty() ? nullptr : colOrder.KeyAt(0);
@@ -22,11 +22,11 @@ bool MoveToBack(CutCollection& colOrder, const TextKey& cKey)
 enum class SentToBack
 {
     Unknown, // the database knows no such cut: nothing happened
-    No,      // the level does not hold the database's cut
+    No,      // the level does not contain the database's cut
     Yes,
 };
 
-// cKey is cCut's.
+// Precondition: cKey is cCut's key.
 SentToBack SendToBack(clsCat& cSubCat, const Cut& cCut, const TextKey& cKey, const DataBase& cDataBase)
 {
     std::shared_ptr<Cut> cOwn = DataBaseCutOf(cCut, cKey, cDataBase);
@@ -62,7 +62,7 @@ bool SendToBackOfCategory(clsCat* cSubCat, const Cut* cCut, const SelectionConte
     }
     catch (...)
     {
-        // No box: a pick has its own way round a cut that cannot be moved.
+        // No box: a pick handles a cut that cannot be moved itself.
         context.report(ErrorReport::LogOnly, L"SendToBackOfCategory [schedman]", CurrentError());
         return false;
     }

@@ -10,13 +10,13 @@
 namespace ravlo
 {
 
-// A level's rotation order is the order of its SchedCuts: the head is considered next and then moves to the
-// end. Only the order changes here: no run times, no category names, no files.
+// A level's rotation order is the order of its SchedCuts: the head is examined next and then moves to the
+// end. These functions change only the order: no run times, category names or files.
 
-// Moves the database's own cut for cCut from its position in the level to the end, replaces the object under
-// its key by it, and traces the outcome. Returns false without a trace when there is no level, cut or
-// database or the database has no such cut; false when the level does not contain it. An error is logged
-// without a box and returns false; nothing has moved then.
+// Moves the database's own cut for cCut from its position in the level to the end, makes it the level's
+// object for its key, and traces the outcome. Returns false without a trace when there is no level, cut or
+// database or the database has no such cut; false when the level does not contain it. On an error returns
+// false, moves nothing and logs without a box.
 bool SendToBackOfCategory(clsCat* cSubCat, const Cut* cCut, const SelectionContext& context);
 
 } // namespace ravlo

@@ -19,17 +19,18 @@ namespace
 {
 
 constexpr std::size_t stepsPerPump = 5;
-// Stands for "never" where the title broke no rule.
+// Greater than any real value; used when the title breaks no rule.
 constexpr float sngNoTitlePlay = 1'000'000.0F;
 constexpr const wchar_t* sViolatesRulesWhere = L"ViolatesRules [schedman]";
 constexpr const wchar_t* sPreviousCutWhere = L"ViolatesRules [schedman], previous cut";
 constexpr const wchar_t* sNextCutFromCategoryTitle = L"Error in NextCutFromCategory [cSchedMan]";
 
-// The keys a walk has examined. A list, until the walk has to ask whether one is among them.
+// The keys a walk has examined. A list at first; a set from the first look-up on, which most walks never
+// need.
 class ExaminedKeys
 {
 public:
-    // A key that is not there yet.
+    // Precondition: the key is not there yet.
     void Add(const TextKey& cKey)
     {
         if (m_bAsked)
@@ -50,9 +51,9 @@ private:
     bool m_bAsked = false;
 };
 
-// The violator that is chosen when nothing else can be. Violators are told apart by their minutes as text,
-// and the first under a text stays. Texts rise with the minutes, so only the largest so far has to be kept: a
-// later one replaces it only when its minutes are larger and read differently.
+// The violator to choose when every candidate breaks a rule. Violators whose minutes read the same as text
+// count as equal, and the first one examined wins. The text grows with the minutes, so keeping the largest so
+// far is enough: a later violator replaces it only when its minutes are larger and read differently.
 class BestViolator
 {
 public:
@@ -66,7 +67,7 @@ public:
         m_best = violation;
         m_best.Cut = std::move(cCopy);
     }
-    // Its Cut is the copy, null when there was no violator.
+    // Its Cut is the copy; null when there was no violator.
     const clsRuleViolation& Best() const noexcept { return m_best; }
 
 private:
@@ -94,7 +95,7 @@ std::shared_ptr<Cut> CopyOf(const Cut& cCut)
     return cCopy;
 }
 
-// One call's walk over a level.
+// One walk over a level, for one pick.
 class Walk
 {
 public:
@@ -107,7 +108,7 @@ public:
     {
     }
 
-    // Errors of cuts are thrown.
+    // Throws the errors of cuts.
     std::shared_ptr<Cut> Run()
     {
         m_world.note(TraceStep{});
@@ -123,7 +124,7 @@ public:
         {
             if (i % stepsPerPump == 0)
                 m_world.pump();
-            // Looked up at each step: at a pump the level may have been emptied, re-ordered or deleted.
+            // Read again at each step: during a pump the level may have been emptied, re-ordered or deleted.
             const std::shared_ptr<CutCollection> colOrder = m_cSubCat->SchedCuts();
             LookForDisturbance(colOrder);
             if (!BringFreshCutToHead(*colOrder))
@@ -150,8 +151,8 @@ public:
     bool MovedCuts() const noexcept { return m_bMovedCuts; }
 
 private:
-    // As long as nobody but this walk has moved cuts, no cut can come to the head twice, and none has to be
-    // looked for among those examined. A pass-over disturbs too: it leaves more steps than fresh cuts.
+    // While only this walk moves cuts, no cut reaches the head twice and no look-up among the examined ones
+    // is needed. Passing over a cut disturbs too: it leaves more steps than fresh cuts.
     void LookForDisturbance(const std::shared_ptr<CutCollection>& colOrder)
     {
         if (!m_colOrder)
@@ -163,8 +164,8 @@ private:
             m_bDisturbed = true;
     }
 
-    // Passes over the cuts at the head that this walk has examined: others moved cuts at a pump, and behind
-    // these there may be fresh ones. False when there is no fresh cut.
+    // Passes over examined cuts at the head: others moved cuts during a pump, and fresh ones may follow.
+    // Returns false when there is no fresh cut.
     bool BringFreshCutToHead(CutCollection& colOrder)
     {
         for (std::size_t passed = 0; passed < colOrder.Count(); ++passed)
@@ -182,7 +183,7 @@ private:
         return false;
     }
 
-    // One step: sends the head to the back, and gives a copy of it when it can be scheduled.
+    // One step: sends the head to the back and returns a copy of it when it can be scheduled.
     std::shared_ptr<Cut> ExamineHead(CutCollection& colOrder)
     {
         const std::shared_ptr<Cut> cHead = colOrder.At(0);
@@ -196,7 +197,7 @@ private:
         }
         catch (...)
         {
-            // A cut that cannot be read must not stop every later pick as well.
+            // A cut that cannot be read must not block later picks.
             MoveHeadToEnd(colOrder, *cHead);
             throw;
         }
@@ -217,18 +218,18 @@ private:
         colOrder.MoveToEnd(0);
     }
 
-    // The entry is moved in any case: the candidate can still be scheduled when the database fails.
+    // The entry moves in any case: the candidate can be scheduled even when the database fails.
     void SendHeadToBack(CutCollection& colOrder, const Cut& cHead)
     {
         const bool bSent = SendToBackOfCategory(m_cSubCat.get(), &cHead, m_world);
         const bool bMoved = MoveHeadToEnd(colOrder, cHead);
         m_changes += (bSent ? 1u : 0u) + (bMoved ? 1u : 0u);
         if (bSent && bMoved)
-            m_bDisturbed = true; // another cut went to the back, behind some that were examined
+            m_bDisturbed = true; // another cut moved to the back, behind some that were examined
     }
 
-    // What the database does not know, or knows under another key, would stay at the head and be examined for
-    // ever. True when it was moved.
+    // A cut that the database lacks, or has under another key, would otherwise stay at the head and be
+    // examined again and again. Returns whether it moved.
     static bool MoveHeadToEnd(CutCollection& colOrder, const Cut& cHead)
     {
         if (colOrder.Empty() || colOrder.At(0).get() != &cHead)
@@ -253,7 +254,7 @@ private:
 
         if (violation.Violation == eNone)
             return CopyOf(*candidate.cCut);
-        // Copied now, since the cut may change at the next pump.
+        // Copied now: the cut may change during the next pump.
         if (m_best.Replaces(violation))
             m_best.Keep(violation, CopyOf(*candidate.cCut));
         return nullptr;
@@ -304,12 +305,12 @@ private:
         m_world.note(step);
     }
 
-    const std::shared_ptr<clsCat> m_cSubCat; // kept alive: a pump may delete it from its main category
+    const std::shared_ptr<clsCat> m_cSubCat; // kept alive: a host may delete it during a pump
     const bool m_bMustBeOpener;
     const SelectionContext& m_world;
     Reference m_reference;
     std::shared_ptr<CutCollection> m_colOrder; // at the first step
-    std::uint64_t m_changes = 0;               // of that order, as far as they are this walk's own
+    std::uint64_t m_changes = 0;               // of that order, when only this walk changed it
     bool m_bDisturbed = false;
     ExaminedKeys m_colExamined;
     BestViolator m_best;

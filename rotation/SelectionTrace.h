@@ -12,32 +12,31 @@
 namespace ravlo
 {
 
-// What a selection does, step by step: which cuts it considered, in which order, with what outcome. The debug
-// log's lines are one rendering of it; an explanation of a pick is another.
+// What a selection does, step by step: which cuts it examined, in which order, with what outcome. The debug
+// log is one rendering of it.
 enum class StepKind
 {
-    Asked,            // a cut of the level was asked for
+    Asked,            // a cut of the level was requested
     NoCategory,       // ... but no level was given
     LevelZero,        // ... but a main category was given
     LevelEmpty,       // ... but the level is empty
-    Considered,       // the head cut is a candidate; an opener is not asked for
-    OpenerConsidered, // the head cut is the opener that is asked for, and a candidate
-    NotAnOpener,      // an opener is asked for and the head cut is none
+    Considered,       // the head is a candidate; no opener was requested
+    OpenerConsidered, // the head is an opener, as requested, and a candidate
+    NotAnOpener,      // an opener was requested and the head is none
     SentToBack,       // the cut is now at the end of the order
     NotSentToBack,    // the level does not contain the database's cut for it
     PassedOver,       // reached the head a second time in this walk because others moved cuts; no step
-    Measured,         // the candidate was measured against the rules; pViolation says with what result
+    Measured,         // the candidate was measured; pViolation is the result
     AllBreakRules,    // the walk ended without a choice
     NothingLeft,      // ... and without a violator to fall back on
     OnlyViolators,    // ... but with violators
-    ViolatorChosen,   // the violator with the most separation; pViolation
+    ViolatorChosen,   // the violator with the largest separation; pViolation
     LevelOfChoice,    // a cut was chosen in this level
     AverageRunTime,   // of the level of the choice
     Chosen,           // the cut that goes to the host
 };
 
-// Texts are views and the record is not owned: both are valid during the sink's call only. Members that do
-// not concern the step are empty.
+// Texts and pViolation are valid only during the sink's call. Members that do not concern the step are empty.
 struct TraceStep
 {
     StepKind eKind = StepKind::Asked;

@@ -37,8 +37,7 @@ public:
     void Check(eRuleViolation eRule, std::int32_t lSeparation, float clsRuleViolation::*pOwnMinsAgo,
                LastPlay&& lastPlay)
     {
-        // Minutes are never below 0, so a separation of 0 and below cannot break and its history is not
-        // asked.
+        // Minutes are never negative, so a separation of 0 or less cannot be broken and needs no history.
         if (lSeparation <= 0)
             return;
         try
@@ -102,7 +101,7 @@ DateTime ReferenceTime(const Cut* cPrevSchedCut, const Clock& cClock)
     if (!(dtStart > 0))
         return cClock.Now();
     const DateTime dtEnd = dtStart + cPrevSchedCut->DurationmS() / dMillisecondsPerSecond / dSecondsPerDay;
-    WholeSeconds(dtEnd); // throws beyond the calendar
+    WholeSeconds(dtEnd); // throws when beyond the calendar
     return dtEnd;
 }
 

@@ -16,7 +16,7 @@
 namespace ravlo
 {
 
-// The rules a candidate is measured against, as values. Minutes; 0 and below never break.
+// The rules to measure a candidate against. Minutes; 0 and below are never broken.
 struct SeparationRules
 {
     bool bIgnore = false;
@@ -25,20 +25,19 @@ struct SeparationRules
     std::int32_t lAlbum = 0;
 };
 
-// Returns a rules object's present values; title and artist fall back to the global separations, album does
-// not.
+// Returns the present values; title and artist fall back to the global separations, album does not.
 SeparationRules RulesOf(const clsCatRules& cRules);
 
 // Returns when the requested cut will start: the previous cut's play time plus its duration, or the present
 // time when there is no previous cut or it has no play time. Throws errors of the previous cut, and error 5
-// when the result lies beyond the calendar.
+// when the result is beyond the calendar.
 DateTime ReferenceTime(const Cut* cPrevSchedCut, const Clock& cClock);
 
 using ErrorSink = std::function<void(const RuntimeError& cError)>;
 
-// The reference time of one walk, taken when it is first needed: candidates are compared with each other, so
-// all are measured from the same moment. A previous cut that cannot be used is reported, and the present time
-// serves instead: a pick without any rule is worse than one measured from now.
+// The reference time of one walk, determined on first use and then kept: all candidates are measured from the
+// same moment. When the previous cut cannot be read, reports that and uses the present time: a pick measured
+// from now is better than one without rules.
 class Reference
 {
 public:
@@ -55,11 +54,12 @@ private:
     std::optional<DateTime> m_dtTime;
 };
 
-// Minutes between two moments, never negative: both are rounded to whole seconds and the difference is
+// Minutes between two moments, never negative. Both are rounded to whole seconds and the difference is
 // divided in single precision, so that equal distances compare equal.
 float MinutesBetween(DateTime dtReference, DateTime dtPlayed);
 
-// One cut to measure. The caller reads artist and title once; the album is read only when a rule needs it.
+// One cut to measure. Artist and title are read once by the caller; the album is read only when a rule needs
+// it.
 struct Candidate
 {
     std::shared_ptr<Cut> cCut;
@@ -67,10 +67,10 @@ struct Candidate
     TextKey cTitle;
 };
 
-// Measures a candidate against the play history, title before artist before album. The first rule broken sets
-// Violation and MinsAgo; every broken rule sets its own minutes. Asks for the reference time at most once,
-// and only when there is a play to measure. A play or text that cannot be read breaks no rule: its error goes
-// to failed and the other rules are still measured.
+// Measures a candidate against the play history, title before artist before album. The first broken rule sets
+// Violation and MinsAgo; every broken rule sets its own minutes. Asks for the reference time only when there
+// is a play to measure. A play or text that cannot be read breaks no rule: its error goes to failed and the
+// other rules are still measured.
 clsRuleViolation MeasureAgainstRules(const SeparationRules& rules, const Candidate& candidate,
                                      const PlayHistory& cHistory, Reference& reference,
                                      const ErrorSink& failed);

@@ -9,14 +9,14 @@
 namespace ravlo
 {
 
-// The main categories an operation has touched, by name, each once: they are looked up again when they are
-// saved.
+// The names of the main categories that an operation has touched, each once. To save them, look each up again
+// by name.
 class AffectedCats
 {
 public:
     void Touch(const std::wstring& sCatName)
     {
-        if (!Contains(sCatName)) // mostly it does
+        if (!Contains(sCatName)) // it usually does
             m_colNames.Add(TextKey(sCatName), sCatName);
     }
     void Remove(const std::wstring& sCatName) noexcept { m_colNames.Remove(std::wstring_view(sCatName)); }

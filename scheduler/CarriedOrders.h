@@ -6,15 +6,15 @@
 namespace ravlo
 {
 
-// Gives a tree that was read from the station's own files, while its present tree went on serving picks, the
-// orders that are newer than those files were when they were read: picks and saves since, changes that were
-// not or could not be saved, and all of a category whose file could not be read in full. Level by level, cuts
-// that the present tree lacks come first, as those do that a file does not name. Levels that only the present
-// tree has are made; empty ones that it lacks are removed, since they were deleted here.
+// While a new tree is read from the station's files, the present one still serves picks. Copies from the
+// present tree to the new one each order that is newer than the file was when it was read: changed by picks
+// and saves since, not saved, or of a file that could not be read in full. In each level, cuts that the
+// present tree lacks come first, as do cuts that a file does not name. Creates the levels that only the
+// present tree has and removes empty ones that it lacks, since they were deleted here.
 void CarryNewerOrders(const SchedulerState& cState, const CatCollection& colNew);
 
-// Gives such a tree the main categories that were created since the list of categories was last saved, with
-// their levels, and takes out those without cuts that were deleted since: the list could not be saved.
+// For the case that the list of categories could not be saved: adds to such a tree the main categories
+// created since the last save, with their levels, and removes those without cuts that were deleted since.
 // Precondition: there is a present tree, and its list is the one that was read.
 void CarryUnsavedCats(const SchedulerState& cState, CatCollection& colNew);
 

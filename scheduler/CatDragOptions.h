@@ -6,13 +6,13 @@
 namespace ravlo
 {
 
-// What a drop of cuts into a category does with them.
+// What to do with cuts that are dropped into a category.
 enum eCatDragOptions : std::int32_t
 {
     eCancel = 0,            // nothing
-    eCopyHere = 1,          // they are placed here as well
-    eMoveHere = 2,          // they leave the levels they were dragged from
-    eMoveExclusiveHere = 3, // they leave every other level
+    eCopyHere = 1,          // place them here as well
+    eMoveHere = 2,          // move them here from the levels they were dragged from
+    eMoveExclusiveHere = 3, // move them here from all other levels
 };
 
 } // namespace ravlo

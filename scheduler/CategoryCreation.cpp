@@ -11,8 +11,7 @@ namespace
 {
 
 constexpr std::size_t maxNameLength = 50;
-constexpr std::int32_t lLevelLimit =
-    32765; // exclusive; the message names another number, which hosts' users know
+constexpr std::int32_t lLevelLimit = 32765; // exclusive; the message names another number, which users know
 constexpr const wchar_t* sAskTitle = L"New Category Creation";
 const std::wstring sTryAgain = std::wstring(sCrLf) + sCrLf + L"Try Again?";
 
@@ -75,8 +74,8 @@ std::optional<CategoryCreation::Refusal> CategoryCreation::RefusalOf(const std::
     if (m_cState.MainCat(sTyped) || m_cState.MainCat(sReplaced))
         return Refusal{L"Category " + sReplaced + L" Already Exists!",
                        L"There is already a category by this name!" + sTryAgain};
-    // The list of categories is written in the code page: a name it would bring back as another would lose
-    // its order at the next start.
+    // The list of categories is written in the code page: a name that changes there would lose its order at
+    // the next start.
     if (EqualIgnoringCase(sReplaced, sAllAudio) || m_cState.cCategoryList.AsSaved(sReplaced) != sReplaced ||
         !CanBeFile(sReplaced))
         return Refusal{L"Invalid Category Name",
@@ -98,8 +97,7 @@ bool CategoryCreation::CanBeFile(const std::wstring& sName) const
 {
     if (!CanBeFileName(sName))
         return false;
-    // Installed under a protected folder, the library cannot write beside itself; then the station's folder
-    // tells as well.
+    // A library in a protected folder cannot write next to itself; then try the station's folder.
     const std::wstring sAppPath = m_cState.cMod.AppPath();
     return CanWriteIn(m_cState.cMod.Ports().cFiles.LibraryFolder(), sName) ||
            (!sAppPath.empty() && CanWriteIn(sAppPath + L"Scheduler", sName));
@@ -110,7 +108,7 @@ bool CategoryCreation::CanWriteIn(const std::wstring& sFolder, const std::wstrin
     Files& cFiles = m_cState.cMod.Ports().cFiles;
     const std::wstring sPath = sFolder + L"\\" + sName + L".tst";
     if (cFiles.FileExists(sPath))
-        return true; // someone's file shows that the name can be one; it is not ours to overwrite
+        return true; // the existing file shows that the name is possible; it is not ours to overwrite
     bool bWritten = false;
     try
     {
@@ -119,7 +117,7 @@ bool CategoryCreation::CanWriteIn(const std::wstring& sFolder, const std::wstrin
     }
     catch (const RuntimeError&)
     {
-        // The name, or the folder, cannot take it: a refusal, not an error.
+        // The name or the folder does not allow it: a refusal, not an error.
     }
     try
     {
@@ -128,7 +126,7 @@ bool CategoryCreation::CanWriteIn(const std::wstring& sFolder, const std::wstrin
     }
     catch (const RuntimeError&)
     {
-        // What was to be found out is known; the file harms nobody.
+        // The answer is known; a file that stays does no harm.
     }
     return bWritten;
 }
@@ -149,7 +147,7 @@ void CategoryCreation::Create(const std::wstring& sName)
     m_cState.cCategoryList.Created(sName);
     cMainCat->AddSubCat(std::make_shared<clsCat>(m_cState.cMod, sName, 1));
     m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.AppPath());
-    if (m_cState.Contains(cMainCat)) // an error's box has given the host the time to reload
+    if (m_cState.Contains(cMainCat)) // the host may have reloaded while an error's box was open
         m_cState.cHistoryFiles.Save(cMainCat);
     m_cState.RetrySaves();
 }
@@ -184,7 +182,7 @@ bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
         const std::optional<std::int32_t> lLevel = AskForLevel(sCatName, sTyped);
         if (!lLevel)
             return false;
-        // Looked up now: the question has given others the time to reload or delete it.
+        // Looked up after the question: others may have reloaded or deleted it.
         const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(sCatName);
         if (!cMainCat)
             continue;
@@ -201,7 +199,7 @@ bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
     }
 }
 
-// A level in the valid range, or nothing when the user gave up.
+// A level in the valid range; nothing when the user cancelled.
 std::optional<std::int32_t> CategoryCreation::AskForLevel(const std::wstring& sCatName,
                                                           std::wstring& sTyped) const
 {

@@ -11,10 +11,12 @@
 namespace ravlo
 {
 
-// Names become file names: the characters that may not stand in one, in the order hosts are shown them.
+// The characters that a category name must not contain, because it becomes a file name. In the order in which
+// hosts see them.
 std::shared_ptr<NameCollection> IllegalChars();
 
-// Creating main categories and levels: asks, refuses, asks again, and saves what was made. Errors are thrown.
+// Creates main categories and levels: asks the user, refuses, asks again and saves the result. Throws on
+// errors.
 class CategoryCreation
 {
 public:
@@ -23,14 +25,15 @@ public:
     {
     }
 
-    // Makes a main category with a level 1. An empty name is asked for; one that is refused is asked for
-    // again, with what was typed to start from, until one is accepted or the user gives up. sName receives
-    // the name as created: characters that may not stand in a file name are replaced by "_", which a user who
-    // typed them is told. A name that the list of categories could not bring back after a restart is refused.
-    // False, and nothing is changed, when the user gave up.
+    // Creates a main category with level 1. Asks for a name when sName is empty. Refuses a name that the list
+    // of categories could not restore after a restart. After a refusal asks again, offering the previous
+    // input, until a name is accepted or the user cancels. Replaces characters that a file name must not
+    // contain by "_"; a user who typed one is told so. sName receives the name as created. Returns false,
+    // with nothing changed, when the user cancelled.
     bool CreateMainCat(std::wstring& sName);
 
-    // Asks for a number and makes that level under a main category of the tree. False: refused or given up.
+    // Asks for a number and creates that level under a main category of the tree. Returns false when the
+    // level was refused or the user cancelled.
     bool CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn);
 
 private:
@@ -46,7 +49,7 @@ private:
     bool TryAgain(const Refusal& refusal) const;
     void Create(const std::wstring& sName);
 
-    // sTyped: what the field starts with, and what was typed.
+    // sTyped: in, the field's initial text; out, what the user typed.
     std::optional<std::int32_t> AskForLevel(const std::wstring& sCatName, std::wstring& sTyped) const;
 
     SchedulerState& m_cState;

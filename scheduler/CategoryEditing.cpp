@@ -19,14 +19,14 @@ std::wstring NameOf(const clsCat& cCat)
     return cCat.CatLevel() == 0 ? cCat.CatName() : cCat.CatName() + L" " + DecimalText(cCat.CatLevel());
 }
 
-// Whether a level is one of the tree's at present.
+// Whether the tree contains this level object.
 bool Contains(const SchedulerState& cState, const std::shared_ptr<clsCat>& cSubCat)
 {
     return cState.Present(cSubCat) == cSubCat;
 }
 
-// Moves what stands under the keys, in their order, in front of what stands at PosInto (from 1). False when
-// there is nothing of them.
+// Moves the cuts with these keys, in this order, in front of the cut at PosInto (from 1). Returns false when
+// none of them is there.
 bool MoveInFrontOf(CutCollection& colCuts, const std::vector<TextKey>& colKeys, std::int32_t PosInto)
 {
     const std::size_t lCount = colCuts.Count();
@@ -56,8 +56,7 @@ bool MoveInFrontOf(CutCollection& colCuts, const std::vector<TextKey>& colKeys, 
     return true;
 }
 
-// What was asked for, main category by main category: the levels meant, and whether the main category was
-// listed with or without levels of its own.
+// A main category of the request: its levels to work on, and whether it was listed itself.
 struct Chosen
 {
     std::shared_ptr<clsCat> cMainCat;
@@ -65,7 +64,7 @@ struct Chosen
     bool bMainListed = false;
 };
 
-// The tree's own of the given categories, in their order.
+// The tree's own categories for the given ones, in the same order.
 Cats PresentOf(const SchedulerState& cState, const Cats& colCats)
 {
     Cats colPresent;
@@ -179,11 +178,11 @@ bool CategoryEditing::DeleteChosen(CutChanges& cChanges, const std::shared_ptr<c
     for (const std::shared_ptr<clsCat>& cSubCat : bWhole ? LevelsOf(*cMainCat) : colListed)
         bGone = DeleteLevel(cChanges, {cMainCat, cSubCat}) && bGone;
     if (!m_cState.Contains(cMainCat))
-        return !m_cState.MainCat(cMainCat->CatName()); // the host has deleted or reloaded it meanwhile
+        return !m_cState.MainCat(cMainCat->CatName()); // the host has deleted or reloaded it during an event
     cChanges.CallerSaves(cMainCat->CatName());
     if (!cMainCat->SubCats()->Empty())
         return m_cState.cHistoryFiles.Save(cMainCat) == HistoryFiles::Saved::Yes && bGone && !bWhole;
-    // Saving writes nothing when there is no record, and the old file would bring the levels back.
+    // Not saved: a save without records writes nothing, and the old file would restore the levels.
     return bMainListed ? DeleteMainCat(cChanges, cMainCat) : DeleteFile(cMainCat->CatName());
 }
 
@@ -193,7 +192,7 @@ bool CategoryEditing::DeleteLevel(CutChanges& cChanges, const SchedulerState::Pl
     m_cState.cEvents.ProgressStart(L"Deleting Category: " + sName, place.cSubCat->TotalCuts());
     EmptyLevel(cChanges, place);
     if (!Contains(m_cState, place.cSubCat))
-        return true; // the host has deleted or reloaded it meanwhile
+        return true; // the host has deleted or reloaded it during an event
     if (place.cSubCat->TotalCuts() != 0)
         return false;
     cChanges.Deleting(*place.cSubCat);
@@ -203,15 +202,15 @@ bool CategoryEditing::DeleteLevel(CutChanges& cChanges, const SchedulerState::Pl
     }
     catch (const RuntimeError& cError)
     {
-        // The level is gone; a main category's run-time total is told only through its average, which is
-        // taken anew.
+        // The level is removed. Only the main category's total is wrong, and that shows only in its average,
+        // which is computed again.
         m_cState.cMod.LogError(L"RemoveSubCat", cError);
     }
     m_cState.cEvents.ProgressDone(L"Deleted " + sName);
     return true;
 }
 
-// Takes the cuts that stand in a level out of it, as long as the level is one of the tree's.
+// Removes the cuts that are in a level now. Stops when the tree no longer contains the level.
 void CategoryEditing::EmptyLevel(CutChanges& cChanges, const SchedulerState::Place& place)
 {
     const Cuts colCuts(place.cSubCat->SchedCuts()->begin(), place.cSubCat->SchedCuts()->end());
@@ -252,7 +251,7 @@ void CategoryEditing::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, co
 {
     if (!cCat || cCat->CatLevel() == 0)
         throw RuntimeError(error::InvalidProcedureCall);
-    std::vector<TextKey> colKeys; // taken first: a host's cut may do anything when it is asked
+    std::vector<TextKey> colKeys; // read first: reading a host's cut may run anything
     AffectedCats cAffected;
     RenamedCuts cRenamed(m_cState);
     for (const std::shared_ptr<Cut>& cCut : colCutsInsert)

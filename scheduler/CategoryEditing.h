@@ -14,16 +14,16 @@
 namespace ravlo
 {
 
-// The names of categories as one text: a main category by its name, a level by name, blank and number, joined
-// with ", ". With a lMost above 0 the list ends after that many with "... (+n)".
+// The names of categories as one text, joined with ", ": a main category's name, a level's name, blank and
+// number. With most above 0 the list ends after that many with "... (+n)".
 std::wstring ListCats(const Cats& colCats, std::size_t most = 0);
 
-// How many categories a question lists before it ends in "... (+n)": more would not fit a screen.
+// A question lists this many categories before "... (+n)": more would not fit a screen.
 inline constexpr std::size_t mostListed = 30;
 
-// Shuffling, deleting and re-ordering: what the windows and hosts do to categories that exist. A category
-// that is handed in stands for the tree's of the same name and number, since a host may hold one from before
-// a reload. What is not reported here is thrown.
+// Shuffles, deletes and re-orders existing categories, for windows and hosts. A host may pass a category from
+// before a reload: the tree's category of the same name and number is used. Errors that are not reported here
+// are thrown.
 class CategoryEditing
 {
 public:
@@ -32,21 +32,21 @@ public:
     {
     }
 
-    // Puts the cuts of each level into a new random order; a main category stands for all its levels, each
-    // shuffled in itself. Every main category concerned is saved; one that cannot be saved is reported and
-    // the others go on. When none of them exists any more, nothing is asked.
+    // Puts the cuts of each level into a new random order; for a main category, of each of its levels. Saves
+    // every main category concerned; reports one that cannot be saved and continues with the others. Asks
+    // nothing when none of the categories still exists.
     void ShuffleCategories(const Cats& colCats, bool bConfirmFirst);
 
-    // Deletes levels and main categories. A main category listed alone goes with all its levels; one listed
-    // together with some of its levels goes only when no level is left. The cuts leave the deleted levels; a
-    // category's file goes when it has no level any more. A level that a cut could not be taken out of, or
-    // that others have placed cuts into meanwhile, stays. False when something could not be deleted or does
-    // not exist any more.
+    // Deletes levels and main categories and removes the cuts from them. A main category listed without
+    // levels is deleted with all its levels; one listed with levels is deleted only when no level remains. A
+    // category's file is deleted when it has no levels left. A level stays when a cut could not be removed
+    // from it, or when others placed cuts in it during the deletion. Returns false when something could not
+    // be deleted or no longer exists.
     bool DeleteCats(const Cats& colCats);
 
-    // Moves cuts of a level, in the order given, in front of the one that stands at PosInto (from 1, counted
-    // before anything moves; below 1 is 1, past the end is the end), and saves its main category. Cuts the
-    // level does not hold are ignored. Error 5 when the level does not exist any more.
+    // Moves cuts of a level, in the given order, in front of the cut at PosInto and saves the main category.
+    // PosInto counts from 1, before anything moves; below 1 means 1, past the end means the end. Ignores cuts
+    // that are not in the level. Throws error 5 when the level no longer exists.
     void MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
                             std::int32_t PosInto);
 

@@ -166,7 +166,7 @@ void CategoryList::Created(const std::wstring& sCatName)
 
 void CategoryList::Deleted(const std::wstring& sCatName) { m_cLast.colDeleted.insert(Folded(sCatName)); }
 
-// Without those that another program has removed.
+// Leaves out the names that another program has removed.
 CategoryList::OwnNames CategoryList::OwnNamesOf(const CatCollection& colMainCats,
                                                 const Names& colRemoved) const
 {
@@ -188,8 +188,8 @@ CategoryList::OwnNames CategoryList::OwnNamesOf(const CatCollection& colMainCats
     return own;
 }
 
-// Compares the list on the disk with this manager's last version. Returns the lines of the names that another
-// program has added, and notes those it has removed. A list that is gone or damaged has removed nothing.
+// Compares the list on the disk with this manager's last version. Returns the lines of names that another
+// program has added, and records those it has removed. A missing or damaged list has removed nothing.
 std::string CategoryList::MergeOthers(const CatCollection& colMainCats, Version& cLast)
 {
     std::optional<std::string> present;
@@ -199,7 +199,7 @@ std::string CategoryList::MergeOthers(const CatCollection& colMainCats, Version&
     }
     catch (const RuntimeError&)
     {
-        m_cMod.Saved().NotUnderstood(cLast.sPath, this); // so the save keeps it aside, or fails
+        m_cMod.Saved().NotUnderstood(cLast.sPath, this); // the save then keeps it aside, or fails
     }
     if (!present)
         return {};
@@ -224,7 +224,7 @@ std::string CategoryList::MergeOthers(const CatCollection& colMainCats, Version&
     return added;
 }
 
-// A category deleted here and created again is a new one, which nobody has removed.
+// A category deleted here and created again is a new one: nobody has removed it.
 void CategoryList::ForgetRemovedWithoutCategory(const CatCollection& colMainCats, Version& cLast) const
 {
     Names colOwn;

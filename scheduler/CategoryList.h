@@ -16,7 +16,7 @@ namespace ravlo
 
 using NameCollection = OrderedKeyedCollection<std::wstring>;
 
-// The list of main categories in MainCats.txt, by which categories without cuts survive a restart. Another
+// The list of main categories in MainCats.txt. It keeps categories without cuts over a restart. Another
 // program may change the list too: a save merges both. File format: docs/formats/main-cats.md.
 class CategoryList
 {
@@ -26,28 +26,28 @@ public:
     CategoryList(const CategoryList&) = delete;
     CategoryList& operator=(const CategoryList&) = delete;
 
-    // The names in the library's list, each keyed by itself. An error, such as a name that is there twice, is
-    // shown and ends the reading; the names read so far come back. Never null. Has no effect on later saves.
+    // The names in the library's list, each keyed by itself. An error, such as a duplicate name, is shown and
+    // ends the reading; the names read so far are returned. Never null. Has no effect on later saves.
     std::shared_ptr<NameCollection> GetSavedCatNames();
 
-    // As GetSavedCatNames, of the list under sAppPath, for the tree that a population builds. Serve puts that
-    // tree to use: later saves are compared with this reading.
+    // As GetSavedCatNames, of the list under sAppPath, for the tree that a population builds. Call Serve when
+    // that tree comes into use: later saves compare with this reading.
     std::shared_ptr<NameCollection> ReadForTree(const std::wstring& sAppPath);
     void Serve() { m_cLast = m_cRead; }
 
-    // Writes the names of colMainCats to the list under sAppPath. A name that cannot be told from an earlier
-    // one in the code page, or that holds a line break, is left out and logged. Names that another program
-    // has added since the list was last read or written here are kept; names that it has removed stay
-    // removed, except those of categories that hold cuts. False without colMainCats or sAppPath (nothing is
-    // written), or on an error, which is shown.
+    // Writes the names of colMainCats to the list under sAppPath. Leaves out, and logs, a name that contains
+    // a line break or that the code page turns into an earlier one. Keeps names that another program has
+    // added since this manager last read or wrote the list; names that another program has removed stay
+    // removed, except those of categories with cuts. Returns false without colMainCats or sAppPath (writes
+    // nothing) and on an error, which is shown.
     bool SaveCatNames(const CatCollection* colMainCats, const std::wstring& sAppPath);
-    // As SaveCatNames, only when this manager's names are others than those it has read or written last.
+    // As SaveCatNames, but only when this manager's names differ from those it last read or wrote.
     void SaveChangedCatNames(const CatCollection& colMainCats, const std::wstring& sAppPath);
-    // Whether a reading would lose a category without cuts, or bring back one that was deleted here.
+    // Whether reading the list now would lose a category without cuts, or restore one that was deleted here.
     bool IsUnsaved(const CatCollection& colMainCats) const;
-    // Saves the names when they are unsaved. An error is only logged.
+    // Saves the names when they are unsaved. Errors are only logged.
     void SaveBeforeReading(const CatCollection& colMainCats, const std::wstring& sAppPath);
-    // Whether this manager has read the name in the list, or written it, and not changed that since.
+    // Whether this manager's last reading or save of the list contained the name.
     bool IsInList(const std::wstring& sCatName) const
     {
         return m_cLast.own.colNames.count(Folded(sCatName)) != 0;
@@ -59,21 +59,21 @@ public:
     }
 
     // Call when a main category is created or deleted here: what another program did to the name before no
-    // longer counts. A name deleted here is not merged again until the next population.
+    // longer counts. A name deleted here is not merged into the list again until the next population.
     void Created(const std::wstring& sCatName);
     void Deleted(const std::wstring& sCatName);
 
-    // What a name becomes by being written and read: blanks at its ends and what the code page lacks are
+    // The name as it is after saving and reading: blanks at its ends and characters outside the code page are
     // lost.
     std::wstring AsSaved(const std::wstring& sCatName) const;
 
 private:
     using Names = std::unordered_set<std::wstring>; // folded, as saved
-    // What a list holds.
+    // The content of a list.
     struct List
     {
         std::shared_ptr<NameCollection> colNames = std::make_shared<NameCollection>();
-        std::optional<RuntimeError> cError; // ended the reading
+        std::optional<RuntimeError> cError; // the error that ended the reading
         bool bWhole = true;                 // everything in it was used
     };
     // This manager's names, as lines of the list.
@@ -81,14 +81,14 @@ private:
     {
         std::string bytes;
         Names colNames;
-        std::vector<std::wstring> colLeftOut; // the list cannot hold them
+        std::vector<std::wstring> colLeftOut; // names that the list cannot contain
     };
-    // The list when this manager has last read or written it.
+    // The list as this manager last read or wrote it.
     struct Version
     {
         std::wstring sPath;
         OwnNames own;
-        Names colRemoved; // by another program: left out until they hold cuts
+        Names colRemoved; // by another program: left out until the category has cuts
         Names colDeleted; // here, since the population
     };
 

@@ -10,8 +10,8 @@
 namespace ravlo
 {
 
-// What was where before a change of cuts: enough to take the change back. Only names, numbers and keys, so a
-// record keeps nothing alive and outlives a reload.
+// Where everything was before a change of cuts: enough to undo the change. Contains only names, numbers and
+// keys, so a record keeps nothing alive and remains valid after a reload.
 struct ChangeRecord
 {
     struct Cut
@@ -33,12 +33,12 @@ struct ChangeRecord
         std::vector<TextKey> colKeys; // in rotation order
     };
 
-    std::vector<Cut> colCuts; // each that was changed, once
-    // Each level that a cut has joined, left or changed place in, once. It costs a copy of the level's keys,
-    // which share their texts: two pointers a cut.
+    std::vector<Cut> colCuts; // each changed cut, once
+    // Each level that a cut joined, left or moved in, once. Costs a copy of the level's keys, which share
+    // their texts: two pointers per cut.
     std::vector<Order> colOrders;
-    std::vector<Category> colMade;    // by the change, in this order
-    std::vector<Category> colDeleted; // likewise
+    std::vector<Category> colMade;    // created by the change, in this order
+    std::vector<Category> colDeleted; // deleted by the change, in this order
 };
 
 } // namespace ravlo

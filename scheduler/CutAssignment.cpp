@@ -74,7 +74,7 @@ void AssignCut(SchedulerState& cState, Synchronisation& cSync, const std::shared
     std::optional<RuntimeError> cFailure;
     if (!bAssigned && !colErrors.empty())
     {
-        cFailure = colErrors.back(); // the cut's own failure is reported last
+        cFailure = colErrors.back(); // the cut's own error is reported last
         colErrors.pop_back();
     }
     for (const RuntimeError& cError : colErrors)

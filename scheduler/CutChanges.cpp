@@ -97,7 +97,7 @@ void CutChanges::Begin() noexcept
     }
     catch (...)
     {
-        m_cPlacement.Failed(); // each change stands for itself then
+        m_cPlacement.Failed(); // without a batch, the database writes each change at once
     }
 }
 
@@ -119,7 +119,7 @@ void CutChanges::Commit() noexcept
     }
     catch (...)
     {
-        m_cPlacement.Failed(); // what was done stays done, though it cannot all be recorded
+        m_cPlacement.Failed(); // the changes are made, only their record is incomplete
     }
 }
 
@@ -189,7 +189,8 @@ void CutChanges::GuardAffected()
             Guard(cMainCat);
 }
 
-// A level may be empty after the step when it holds no other cuts than those of the step.
+// Guards each main category of which the step may empty a level: one that contains no other cuts than those
+// of the step.
 void CutChanges::GuardEmptying(std::span<const std::shared_ptr<Cut>> colStep, const Rhythm& rhythm)
 {
     const std::shared_ptr<CatCollection> colMainCats = m_cState.colMainCats;
@@ -203,13 +204,14 @@ void CutChanges::GuardEmptying(std::span<const std::shared_ptr<Cut>> colStep, co
             {
                 const TextKey cKey = cCut->Key();
                 if (!m_cState.cPlacedCuts.Contains(cKey))
-                    FollowNewKey(m_cState.OwnOf(cCut), cKey); // the levels are searched for present keys
+                    FollowNewKey(m_cState.OwnOf(cCut),
+                                 cKey); // the levels then have the present key
                 colKeys.Add(cKey, {});
             }
         }
         catch (...)
         {
-            // The change meets the same error and reports it.
+            // The change will fail with the same error and report it.
         }
     const auto HoldsOthers = [&](const CutCollection& colCuts) {
         if (colCuts.Count() > colKeys.Count())
@@ -234,7 +236,8 @@ void CutChanges::CallerSaves(const std::wstring& sCatName)
     m_colGuards.Remove(std::wstring_view(sCatName));
 }
 
-// What nothing has changed is saved without its markers again; the others are for the end of the change.
+// Saves guarded categories that did not change once more, without markers. The changed ones are saved at the
+// end of the change.
 void CutChanges::EndGuards()
 {
     std::vector<TextKey> colGuarded;
@@ -338,11 +341,12 @@ void CutChanges::TakeBack(const Mark& mark) noexcept
     }
 }
 
-// A database that has undone its batch has put the cut back already.
+// Gives a cut back its names, its level and its place. When the database has undone its batch, the cut
+// already has the old values and only the tree is updated.
 void CutChanges::PutBack(const Changed& changed) noexcept
 {
     const std::shared_ptr<Cut>& cCut = changed.cCut;
-    bool bWhole = changed.population == m_cState.populations; // else it stands in another tree
+    bool bWhole = changed.population == m_cState.populations; // otherwise the tree was replaced since
     const auto Attempt = [&](auto&& body) {
         try
         {

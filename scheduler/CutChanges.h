@@ -22,25 +22,24 @@
 namespace ravlo
 {
 
-// One unit of work that changes where cuts are placed. It alone knows the order in which notifications are
-// held, a batch is begun and committed, a cut is tried and put back, progress is reported, messages are
-// pumped, run times are recalculated, orders are saved and errors are reported.
+// One unit of work that changes where cuts are placed. This class alone defines the order in which
+// notifications are held, batches begun and committed, cuts changed and put back, progress reported, messages
+// pumped, run times recalculated, orders saved and errors reported.
 //
-// A change of the scheduler's own is made on the database's own cuts, each whole or not at all, in batches
-// where the database offers them. No batch is open while others run: it is committed before each report. When
-// the database refuses one, its cuts return to where they were, and the work continues.
+// Origin::Own: changes the database's own cuts, each completely or not at all, in batches where the database
+// supports them. Each batch is committed before a report, so none is open while others run. When the database
+// refuses a batch, its cuts return to where they were and the work continues.
 //
-// A change that the database has announced is only followed: it is neither batched nor put back, and as much
-// of it is kept as could be done.
+// Origin::DataBase: the database has already made the change, and the tree follows it. Nothing is batched or
+// put back; as much is done as possible.
 //
-// The database's disk and the files cannot change together, so a process may be killed between them. Before a
-// step that may empty a level, and before others run in the middle of the work, the categories concerned are
-// saved with a marker in front of each level: with such a file, whichever side of the step the next start
-// finds, no level is missing and no other cut loses its place, and the log says that a change was
-// interrupted.
+// A process may be killed between a write of the database and one of a file. Therefore, before a step that
+// may empty a level, and before others run in the middle of the work, the categories concerned are saved with
+// a marker in front of each level. Such a file is right before and after the step: at the next start no level
+// is missing, no other cut has lost its position, and the log says that a change was interrupted.
 //
-// Without Finish, as after an exception, what is not committed is undone; what is committed stays and is
-// saved without a box.
+// Without Finish, as after an exception, uncommitted changes are undone; committed ones stay and are saved
+// without a box.
 class CutChanges
 {
 public:
@@ -54,91 +53,91 @@ public:
     CutChanges(const CutChanges&) = delete;
     CutChanges& operator=(const CutChanges&) = delete;
 
-    // When the host is told how far the work is.
+    // How often progress is reported.
     struct Rhythm
     {
-        std::size_t cuts = 0;       // after so many cuts each; 0: never
-        bool bBeforeTheCut = false; // before the last of them is changed
+        std::size_t cuts = 0;       // after every so many cuts; 0: never
+        bool bBeforeTheCut = false; // report before the last of them is changed, not after
         std::uint32_t lPauseMs = 0;
         std::function<void(std::size_t done)> tell;
         bool bPump = true;
-        std::function<bool()> goOn; // asked before each cut; empty: always
-        // Whether cuts may leave the level, when orders are saved afterwards; empty: they leave none.
+        std::function<bool()> goOn; // asked before each cut: false ends the work; empty: always true
+        // Whether cuts may leave the level; empty: they leave none. Used only when orders are saved
+        // afterwards.
         std::function<bool(const SchedulerState::Place& place)> mayLeave;
     };
     using Change = std::function<void(const std::shared_ptr<Cut>& cCut, std::size_t at)>;
-    // Changes each cut, which change receives with its position in colCuts, and commits. Null is passed over.
-    // What change throws is gathered, and the other cuts follow. Returns the number of cuts that were tried.
-    // What is touched is recalculated at the end.
+    // Calls change for each cut, with its position in colCuts, and commits. Skips null. Collects the errors
+    // of change and continues with the other cuts. Recalculates touched levels at the end. Returns the number
+    // of cuts tried.
     std::size_t Run(const Cuts& colCuts, const Change& change, const Rhythm& rhythm);
-    // As Run for a single cut, whose failure is reported without a count.
+    // As Run for a single cut; its error is reported without a count.
     void RunOne(const std::shared_ptr<Cut>& cCut, const Change& change, const Rhythm& rhythm);
 
     // ---- what a change is made of
 
-    // Places a cut into a level, or into a main category's level of the cut's own number, which is made when
-    // missing and goes again when the placement fails. True when the cut has joined; else it was there
-    // already, or its number is no level's, which is shown.
+    // Places a cut in a level; in a main category, in the level of the cut's own number, which is created
+    // when missing and removed again when placing fails. Returns whether the cut was added. It is not when it
+    // is already there, or when its number is no level, which is shown.
     bool Place(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cInto);
-    // As Place, but a cut that is there already moves to the end.
+    // As Place, but a cut that is already there moves to the end.
     void PlaceLast(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat);
-    // Places a cut into the main category of that name, which is touched when the cut is in it
-    // afterwards. A name that is not in the tree is refused with a box.
+    // Places a cut in the main category of that name, which is touched when it then contains the cut. A name
+    // that is not in the tree is refused with a box.
     void AddCutToCategory(const std::shared_ptr<Cut>& cCut, const std::wstring& sCatName);
-    // As AddCutToCategory for each of the cut's names, making the main categories that are missing. Nothing
-    // happens before the first population.
+    // As AddCutToCategory for each of the cut's names, creating missing main categories. Does nothing before
+    // the first population.
     void AddCutToCategories(const std::shared_ptr<Cut>& cCut, const NameLists::Names& names);
-    // Shows that one of the cut's category names has no characters.
+    // Shows that one of the cut's category names is empty.
     void RefuseEmptyName(const Cut& cCut);
-    // Removes a cut's entry from a level, which is touched, and leaves its category names alone.
+    // Removes a cut's entry from a level and touches the level. The cut keeps its category names.
     void Leave(const SchedulerState::Place& place, const TextKey& cKey);
-    // Takes a cut out of one level, category name included, and touches it; the name stays while another
-    // level of the same main category holds the cut. False when the level did not hold it.
+    // Removes a cut from one level, which is touched, and removes the category's name from the cut unless
+    // another level of the same main category contains it. Returns false when the cut was not in the level.
     bool TakeOut(const std::shared_ptr<Cut>& cCut, const SchedulerState::Place& place);
-    // Brings the tree in line with a cut whose names or level are not those it was placed under, or which
-    // is not where they say. Nothing happens before the first population.
+    // Moves a cut in the tree when its names or level have changed since it was placed, or when it is not
+    // where they say. Does nothing before the first population.
     void ModifyCut(const std::shared_ptr<Cut>& cCut);
-    // Places a cut whose key has changed since it was placed under cKey, its present one, and touches what
-    // that concerns, also when the change of the cut is put back. Run does it for changes of the scheduler's
-    // own.
+    // Updates the tree when the cut's key has changed to cKey since it was placed, and touches the categories
+    // concerned. This stays even when the change of the cut is put back. For Origin::Own, Run calls it.
     void FollowNewKey(const std::shared_ptr<Cut>& cCut, const TextKey& cKey);
-    // The main category of that name, which is made when missing.
+    // Returns the main category of that name; creates it when missing.
     std::shared_ptr<clsCat> Ensure(const NameLists::Name& name);
 
-    // The main category is saved at the end, unless what touched it is put back.
+    // Marks the main category to be saved at the end, unless the change that touched it is put back.
     void Touch(const std::wstring& sCatName);
-    // The caller saves the main category, or deletes its file, when nothing is open.
+    // The caller will save the main category, or delete its file, outside any batch.
     void CallerSaves(const std::wstring& sCatName);
     const AffectedCats& Affected() const noexcept { return m_cAffected; }
-    // The caller is about to remove this category, which holds no cuts, from the tree.
+    // Call before removing this category from the tree. Precondition: it contains no cuts.
     void Deleting(const clsCat& cCat);
-    // Gathers what goes wrong.
+    // Collects what goes wrong.
     Placement& Problems() noexcept { return m_cPlacement; }
 
     // ---- the end
 
     struct Ending
     {
-        // Nothing: the host saves. A file that was written ahead of the change keeps its markers until then.
+        // Empty: the host saves. A file that was written before the change keeps its markers until then.
         std::optional<SaveMode> save = SaveMode{};
         std::function<void(std::size_t affected)> beforeSave;
         std::function<void()> afterSave;
-        std::function<void(const RuntimeError&)> show; // each error once
+        std::function<void(const RuntimeError&)> show; // called once for each error
     };
-    // Saves what was touched, and the list of categories when one was made, and reports what went wrong. What
-    // afterSave throws comes after the report. Returns what was where before; nothing for a change of the
-    // database's.
+    // Saves what was touched, and the list of categories when one was created, then reports the errors. An
+    // exception of afterSave is thrown after the report. Returns where everything was before; empty for
+    // Origin::DataBase.
     ChangeRecord Finish(const Ending& ending);
 
 private:
-    struct Changed // a cut as it was before it was changed
+    struct Changed // a cut's state before it was changed
     {
         std::shared_ptr<Cut> cCut;
         ChangeRecord::Cut before;
         std::optional<PlacedCuts::Entry> placed;
         std::uint64_t population;
     };
-    struct Mark // a point of the open step
+    struct Mark // a position in the open step, to undo back to
     {
         std::size_t lChanged;
         std::size_t lUndo;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a change of cuts is made of.
+// The steps a change of cuts consists of.
 
 #include "base/Text.h"
 #include "scheduler/CutChanges.h"
@@ -19,14 +19,14 @@ bool Contains(const std::vector<std::wstring>& colNames, const std::wstring& sNa
                        [&](const std::wstring& sOther) { return EqualIgnoringCase(sOther, sName); });
 }
 
-// Whether a main category's level of that number holds the cut.
+// Whether the main category's level of that number contains the cut.
 bool Contains(const clsCat& cMainCat, std::int32_t lLevel, const TextKey& cKey)
 {
     const std::shared_ptr<clsCat> cSubCat = cMainCat.SubCat(lLevel);
     return cSubCat && cSubCat->SchedCuts()->Exists(cKey);
 }
 
-// Whether another level of the main category holds the cut as well.
+// Whether another level of the main category also contains the cut.
 bool IsPlacedElsewhere(const SchedulerState::Place& place, const TextKey& cKey)
 {
     const CatCollection& colSubCats = *place.cMainCat->SubCats();
@@ -35,7 +35,7 @@ bool IsPlacedElsewhere(const SchedulerState::Place& place, const TextKey& cKey)
     });
 }
 
-// For a box. What a box says decides nothing: a cut whose texts cannot be read may be placed all the same.
+// Text for a box. A cut whose texts cannot be read may still be placed.
 std::wstring ArtistAndTitle(const Cut& cCut)
 {
     try
@@ -61,7 +61,7 @@ void RemoveIfEmpty(CatCollection& colMainCats, const TextKey& cKey)
         colMainCats.Remove(cKey);
 }
 
-// Moves the item at from to to; the items between move up or down by one.
+// Moves an item to another position; the items between move by one.
 void Move(CutCollection& colCuts, std::size_t from, std::size_t to)
 {
     std::vector<std::size_t> colOrder(colCuts.Count());
@@ -120,7 +120,7 @@ std::shared_ptr<clsCat> CutChanges::EnsureLevel(const std::shared_ptr<clsCat>& c
         return nullptr;
     if (IsOwn())
         m_colMade.push_back({cMainCat->CatName(), lLevel});
-    m_colRecordedOrders.insert(cMade); // it had none
+    m_colRecordedOrders.insert(cMade); // the new level has no earlier order to record
     return cMade;
 }
 
@@ -143,7 +143,7 @@ void CutChanges::PlaceLast(const std::shared_ptr<Cut>& cCut, const std::shared_p
     colCuts->MoveToEnd(*before);
 }
 
-// A main category that is made for a cut which cannot be placed goes again.
+// Removes a main category that was created for a cut which could not be placed.
 void CutChanges::PlaceAsNamed(const std::shared_ptr<Cut>& cCut, const NameLists::Name& name)
 {
     const std::shared_ptr<CatCollection> colMainCats = m_cState.colMainCats;
@@ -228,10 +228,10 @@ bool CutChanges::TakeOut(const std::shared_ptr<Cut>& cCut, const SchedulerState:
         WillReturn(place.cSubCat, cPlacedKey, *position);
     if (!place.cSubCat->RemoveCut(cCut))
         return false;
-    // A cut that no longer carried the name took no run time with it.
+    // Recalculate: when the cut no longer had the name, RemoveCut did not subtract its run time.
     m_cPlacement.Touch(place.cSubCat);
     Touch(place.cMainCat->CatName());
-    if (IsPlacedElsewhere(place, cKey)) // it was found under its secondary key
+    if (IsPlacedElsewhere(place, cKey)) // the removed entry had the cut's secondary key
         cCut->AddCategoryName(place.cMainCat->CatName());
     return true;
 }
@@ -256,8 +256,8 @@ void CutChanges::ModifyCut(const std::shared_ptr<Cut>& cCut)
     const std::int32_t lLevel = cCut->CatLevel();
     std::vector<std::wstring> colNames = AssignedNames(*cCut);
     std::erase(colNames, std::wstring());
-    // Where the cut stood is read from the tree. Its category names are the new ones already, so it leaves
-    // the orders directly: taking it out through the category would take names off it.
+    // The tree shows where the cut was. Its category names are already the new ones, so it leaves the orders
+    // directly: removing it through the category would take names off it.
     for (const SchedulerState::Place& place : m_cState.PlacesOf(cKey))
         if (place.cSubCat->CatLevel() != lLevel || !Contains(colNames, place.cSubCat->CatName()))
             Leave(place, cKey);
@@ -270,12 +270,13 @@ void CutChanges::ModifyCut(const std::shared_ptr<Cut>& cCut)
     m_cState.cPlacedCuts.Remember(*cCut);
 }
 
-// A host may have taken it out of a category itself.
+// Whether the cut is in its level of every category it names. It is not when a host has removed it from one
+// directly.
 bool CutChanges::IsPlacedAsAssigned(const Cut& cCut) const
 {
     const std::int32_t lLevel = cCut.CatLevel();
     if (lLevel <= 0)
-        return true; // nowhere
+        return true; // belongs in no level
     const std::vector<std::wstring> colNames = AssignedNames(cCut);
     const TextKey cKey = cCut.Key();
     return std::all_of(colNames.begin(), colNames.end(), [&](const std::wstring& sName) {
@@ -289,7 +290,7 @@ void CutChanges::FollowNewKey(const std::shared_ptr<Cut>& cCut, const TextKey& c
     for (const std::shared_ptr<clsCat>& cMainCat : m_cRenamed.Follow(cCut, cKey))
     {
         m_cAffected.Touch(cMainCat->CatName());
-        std::erase(m_colTouched, cMainCat->CatName()); // it is not taken back
+        std::erase(m_colTouched, cMainCat->CatName()); // survives an undo
     }
 }
 

@@ -14,7 +14,7 @@ namespace
 
 constexpr std::size_t cutsPerReport = 50;
 
-// Whether a removal may take its cut out of that level, as far as that can be told without asking the cut.
+// Whether a removal may remove its cut from that level, as far as can be told without reading the cut.
 bool MayLeave(const CutRemoval& removal, const SchedulerState::Place& place)
 {
     return removal.cCut &&
@@ -22,7 +22,7 @@ bool MayLeave(const CutRemoval& removal, const SchedulerState::Place& place)
            (removal.lLevel == 0 || removal.lLevel == place.cSubCat->CatLevel());
 }
 
-// The end of a removal, which saves only where that is said.
+// The end of a removal; saves only when save is set.
 CutChanges::Ending EndingOf(const SchedulerState& cState, std::optional<SaveMode> save)
 {
     CutChanges::Ending ending;
@@ -39,7 +39,7 @@ Cats TakeOutOfCategories(const SchedulerState& cState, CutChanges& cChanges, con
                          const CutRemoval& removal)
 {
     const std::int32_t lLevel = removal.lLevel != 0 ? removal.lLevel : cCut->CatLevel();
-    std::vector<std::wstring> colNames; // taken before removing, which takes names off the cut
+    std::vector<std::wstring> colNames; // read before removing, which takes names off the cut
     if (!removal.cMainCat)
         colNames = AssignedNames(*cCut);
     else if (removal.cMainCat->CatLevel() == 0)
@@ -70,7 +70,7 @@ void RemoveCut(SchedulerState& cState, Synchronisation& cSync, const CutRemoval&
         rhythm);
     const ChangeRecord record = cChanges.Finish(EndingOf(cState, std::nullopt));
     if (record.colCuts.empty())
-        return; // put back
+        return; // nothing was removed
     for (const std::shared_ptr<clsCat>& cMainCat : colFrom)
         colMainCatsIN.Add(TextKey(cMainCat->CatName()), cMainCat);
 }

@@ -16,7 +16,7 @@ struct SchedulerState;
 class CutChanges;
 class Synchronisation;
 
-// A cut and what it is to be taken out of.
+// A cut and what to remove it from.
 struct CutRemoval
 {
     std::shared_ptr<Cut> cCut;
@@ -24,20 +24,20 @@ struct CutRemoval
     std::int32_t lLevel = 0;          // 0: the level of the cut's own number
 };
 
-// Takes the cut out of what removal names and returns the main categories it was really taken out of. They
-// are looked up by name, since a host may hold one from before a reload; what is missing is passed over.
+// Removes the cut from what removal names and returns the main categories that contained it. Looks them up by
+// name, since a host may hold one from before a reload; skips missing ones.
 Cats TakeOutOfCategories(const SchedulerState& cState, CutChanges& cChanges, const std::shared_ptr<Cut>& cCut,
                          const CutRemoval& removal);
 
-// Takes one cut out of categories, or out of none when that fails. Adds those it was taken out of to
-// colMainCatsIN, keyed by name. Saves nothing: the caller does. Only a category of which a level may become
-// empty is written ahead of the removal, without a word, so that a kill before that save loses no level.
+// Removes one cut from categories; on an error from none. Adds those that contained it to colMainCatsIN,
+// keyed by name. Saves nothing: the caller does. Only when a level may become empty, writes that category's
+// order before the removal, without event or box, so that a kill before the caller's save loses no level.
 void RemoveCut(SchedulerState& cState, Synchronisation& cSync, const CutRemoval& removal,
                CatCollection& colMainCatsIN);
 
-// Takes many cuts out of categories, each whole or not at all, saves every main category concerned once and
-// reports at the end what could not be removed. A main category that goes meanwhile is passed over. progress
-// is told of the number of cuts done, before messages are pumped.
+// Removes many cuts from categories, each completely or not at all, saves each main category concerned once
+// and reports at the end which cuts could not be removed. Skips a main category that is deleted during the
+// work. Calls progress with the number of cuts done, before pumping messages.
 void RemoveCuts(SchedulerState& cState, Synchronisation& cSync, const std::vector<CutRemoval>& colRemovals,
                 const std::function<void(std::size_t done)>& progress);
 

@@ -11,8 +11,9 @@
 namespace ravlo
 {
 
-// Reads the texts of cuts for the records of one main category. An artist or title that cannot be read is
-// blank in the record, where nobody reads it back; a cut without a key cannot be saved, and Of throws.
+// Reads the texts of cuts for the records of one main category. An artist or title that cannot be read
+// becomes blank in the record; nothing reads it back. Of throws for a cut without a key, which cannot be
+// saved.
 class CutTexts
 {
 public:
@@ -20,7 +21,7 @@ public:
     {
     }
     OrderTexts Of(const Cut& cCut);
-    // Logs in one line what could not be read.
+    // Logs in one line which texts could not be read.
     void Report();
 
 private:

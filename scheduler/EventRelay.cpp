@@ -29,7 +29,7 @@ template <class Events, class Raise> void EventRelay::To(Events* const& cEvents,
     }
     catch (...)
     {
-        // What goes wrong in a host's handler is the host's; the work that reports its progress goes on.
+        // An error in a host's handler must not stop the work that reports its progress.
         m_cMod.LogError(L"Event handler", CurrentError());
     }
 }
@@ -37,7 +37,7 @@ template <class Events, class Raise> void EventRelay::To(Events* const& cEvents,
 template <class Raise> void EventRelay::ToBoth(Raise&& raise)
 {
     To(m_cEvents, raise);
-    To(m_cWindow, raise); // looked at anew: the host may have closed it meanwhile
+    To(m_cWindow, raise); // read after the host's handler, which may have closed the window
 }
 
 void EventRelay::ShowHelpEvent()

@@ -11,15 +11,16 @@
 namespace ravlo
 {
 
-// Raises the manager's events to whoever listens at the moment. Nothing is gathered for the debug log
-// during one, since the host may do anything inside an event. Nothing a listener throws comes through.
+// Raises the manager's events to the current listener. Before each, appends the gathered log lines, and
+// gathers none during it, since the host may run for long inside an event. Exceptions of a listener are
+// logged and never thrown.
 class EventRelay
 {
 public:
     explicit EventRelay(ModScheduler& cMod) noexcept : m_cMod(cMod) {}
 
     void Listen(SchedulerEvents* cEvents) noexcept { m_cEvents = cEvents; }
-    // A window that shows the reports too, after the host has had them; null for none. Not owned.
+    // Sets a window that also shows progress, after the host; null for none. Not owned.
     void Follow(ProgressEvents* cWindow) noexcept { m_cWindow = cWindow; }
     ProgressEvents* Follower() const noexcept { return m_cWindow; }
 
@@ -38,8 +39,8 @@ private:
     ProgressEvents* m_cWindow = nullptr;
 };
 
-// Decides when a long loop reports: every 20th item looks at the clock, and only when more than 100 ms have
-// passed since the last report is another one due.
+// Decides when a long loop reports: it reads the clock at every 20th item, and a report is due when more than
+// 100 ms have passed since the last one.
 class ProgressThrottle
 {
 public:
@@ -48,9 +49,9 @@ public:
 
     explicit ProgressThrottle(const Clock& cClock) : m_cClock(cClock), m_lLast(cClock.TickCount()) {}
 
-    // Whether lItem, counted from 1, is one at which the clock is looked at.
+    // Whether the clock is read at this item, counted from 1.
     static bool IsSample(std::size_t item) noexcept { return item % itemsPerSample == 0; }
-    // Whether a report is due after lItem items. The reporter calls Reported() when it has reported.
+    // Whether a report is due after this item, counted from 1. Call Reported() after reporting.
     bool IsDue(std::size_t item) const
     {
         return IsSample(item) && m_cClock.TickCount() - m_lLast > lMinGapMs;

@@ -27,7 +27,7 @@ std::wstring PathOf(const std::wstring& sAppPath, const std::wstring& sCatName)
     return sAppPath + L"Scheduler\\History_and_Ordering\\" + sCatName + L".sif";
 }
 
-// The same error, with the category it concerns.
+// The same error with the category's name in its description.
 RuntimeError OfCategory(const RuntimeError& cError, const std::wstring& sCatName)
 {
     if (cError.Description().find(sCatName) != std::wstring::npos)
@@ -98,7 +98,7 @@ HistoryFiles::Saved HistoryFiles::Save(const std::shared_ptr<clsCat>& cMainCat, 
     }
     const std::wstring sCatName = cMainCat->CatName();
     if (IsQuiet(mode) && !CanBeFileName(sCatName) && !IsNews(sCatName))
-        return Saved::Failed; // no save can succeed: logged once
+        return Saved::Failed; // no save can succeed; logged once
     try
     {
         const Snapshot cSnapshot = TakeSnapshot(*cMainCat);
@@ -204,7 +204,7 @@ OrderContent HistoryFiles::Fill(const Snapshot& cSnapshot, SaveMode mode)
     return cContent;
 }
 
-// The yields and reports that go with the records come before the one write that puts them all on the disk.
+// Yields and reports progress for the records, before the one write that saves them all.
 void HistoryFiles::TellOfWriting(const Snapshot& cSnapshot)
 {
     const std::size_t total = cSnapshot.colEntries.size();
@@ -231,8 +231,8 @@ void HistoryFiles::Write(const Snapshot& cSnapshot, std::string_view bytes, Save
     m_colLogged.erase(FoldCase(cSnapshot.sCatName));
 }
 
-// A category without records keeps a file that was understood. One that names levels which are gone would be
-// complained of at every start.
+// A category without records keeps its file, except one that was not understood: that would be reported at
+// every start.
 void HistoryFiles::EmptyNotUnderstood(const Snapshot& cSnapshot, SaveMode mode)
 {
     if (m_cMod.Saved().StateOf(cSnapshot.sPath, this) == SavedFiles::State::NotUnderstood)
@@ -241,7 +241,7 @@ void HistoryFiles::EmptyNotUnderstood(const Snapshot& cSnapshot, SaveMode mode)
 
 // ---- reading
 
-// Errors of reading, with the categories each concerns: when a drive is away, all of them have the same.
+// Errors of reading, each with its categories: when a drive is missing, all have the same error.
 class HistoryFiles::ReadErrors
 {
 public:
@@ -281,7 +281,7 @@ void HistoryFiles::ApplyHistory(const CatCollection& colMainCats, const std::wst
     for (const std::shared_ptr<clsCat>& cMainCat : colMainCats)
     {
         const std::wstring sPath = PathOf(sAppPath, cMainCat->CatName());
-        const SavedFiles::Stamp lStamp = m_cMod.Saved().Begin(); // what is picked from here on is newer
+        const SavedFiles::Stamp lStamp = m_cMod.Saved().Begin(); // later picks are newer
         m_cUnsaved.Read(cMainCat->CatName(), 0);
         std::optional<std::string> bytes;
         try

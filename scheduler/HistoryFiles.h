@@ -19,18 +19,18 @@
 namespace ravlo
 {
 
-// How a save reports. One with neither is quiet: its errors are logged only, and it does not wait for a
-// locked file.
+// How a save reports. With neither it is quiet: errors are only logged, and it does not wait for a locked
+// file.
 struct SaveMode
 {
     bool bProgress = true; // progress events and yields
-    bool bBoxes = true;    // errors are shown; else the caller shows them
+    bool bBoxes = true;    // errors are shown; otherwise the caller shows them
 };
 inline constexpr SaveMode quietly{false, false};
 
-// The history/ordering files, one per main category: they keep the rotation order of every level, and the
-// levels without cuts, over a restart. Reads and saves them, and remembers what is still to be saved. Their
-// records: OrderRecords.h; what reading them does to a tree: OrderRestorer.h.
+// The history/ordering files, one per main category. They keep each level's rotation order, and the levels
+// without cuts, over a restart. This class reads and saves them and remembers what is still to be saved. The
+// records: OrderRecords.h; applying them to a tree: OrderRestorer.h.
 class HistoryFiles
 {
 public:
@@ -45,7 +45,8 @@ public:
     HistoryFiles& operator=(const HistoryFiles&) = delete;
 
     // Saves go to this application path from now on: the tree in use was read from there. Before the first
-    // call they go to the library's own. Precondition: when the path is another one, LeaveFolder was called.
+    // call they go to the library's own path. Precondition: LeaveFolder was called, if the path is another
+    // one.
     void Serve(const std::wstring& sAppPath);
     const std::wstring& AppPath() const noexcept { return m_sAppPath; }
 
@@ -54,25 +55,24 @@ public:
     enum class Saved
     {
         Yes,
-        NoRecords, // nothing to write: an existing file that was understood is left as it is
-        NotMain,   // no main category, which was shown
+        NoRecords, // nothing to write; an existing file that was understood stays
+        NotMain,   // not a main category, which was shown
         Failed,
     };
 
-    // Saves one main category. Writes the order at the moment of the call, even when the host changes it
-    // inside a progress event; a save that a newer one of the same category has overtaken writes nothing and
-    // counts as saved. Every ProgressStart is followed by a ProgressDone. A save that fails is retried later.
+    // Saves one main category: its order at the moment of the call, even when the host changes it inside a
+    // progress event. When a newer save of the same category has finished first, writes nothing and returns
+    // Yes. Every ProgressStart is followed by a ProgressDone. A failed save is retried later.
     Saved Save(const std::shared_ptr<clsCat>& cMainCat, SaveMode mode = {});
 
-    // Saves every one, in order. False when one of them had no record or could not be saved, or has no key
-    // (it cannot be found again and is not saved); one that is no main category ends it. Looks each up by
-    // key, since the host may change or replace the tree inside a progress event: what is gone by then is not
-    // saved.
+    // Saves all main categories, in order. Returns false when one had no records, could not be saved, or has
+    // no key; it stops at one that is not a main category. Looks each up by key, since the host may change or
+    // replace the tree inside a progress event: a category that is gone by then is not saved.
     bool SaveAll(const std::shared_ptr<CatCollection>& colMainCats);
 
-    // While it lives, every save of the category puts a marker in front of the records of these levels, also
-    // of those that hold cuts. Reading makes a level that a marker declares and passes over cuts that are
-    // gone. So a file that is saved before a change empties a level serves after it as well.
+    // While one exists, every save of the category writes a marker in front of the records of these levels,
+    // even when they contain cuts. Reading creates each level that has a marker and skips cuts that are gone.
+    // So a file saved before a change empties a level is also right after it.
     class EmptyingLevels
     {
     public:
@@ -88,33 +88,32 @@ public:
         std::vector<std::int32_t> m_colLevels;
     };
 
-    // Deletes a category's file when there is one. When that fails, it throws, and the deletion is retried
-    // until it succeeds or the category has records to save again: else the next start would bring its levels
-    // back.
+    // Deletes a category's file when there is one. On failure throws, and retries the deletion until it
+    // succeeds or the category has records to save again: otherwise the next start would restore its levels.
     void DeleteFile(const std::wstring& sCatName);
 
     // ---- what is still to be saved, quietly
 
-    // Saves the order after a pick, except when a save of it failed a moment ago. Before that, retries one of
-    // the other categories, so a pick tries to write two files at most.
+    // Saves the order after a pick, unless a save of it failed a moment ago. Before that, retries one other
+    // category; so a pick tries to write two files at most.
     void SaveAfterPick(const std::shared_ptr<clsCat>& cMainCat, const CatCollection& colMainCats);
-    // A pick has moved cuts of a category, and the host saves later.
+    // Records that a pick has moved cuts of a category which the host saves later.
     void NoteUnsaved(const clsCat& cMainCat);
-    // Retries what failed, except what failed a moment ago (see UnsavedOrders).
+    // Retries failed saves, except those that failed a moment ago (see UnsavedOrders).
     void RetryDue(const CatCollection& colMainCats) { Retry(UnsavedOrders::Which::Due, colMainCats); }
-    // Retries all that failed: at the end.
+    // Retries all failed saves. Call at the end.
     void RetryAll(const CatCollection& colMainCats) { Retry(UnsavedOrders::Which::Failed, colMainCats); }
-    // Saves all that is newer than its file: before the files are read again.
+    // Saves every order that is newer than its file. Call before the files are read again.
     void SavePending(const CatCollection& colMainCats) { Retry(UnsavedOrders::Which::All, colMainCats); }
-    // As SavePending, before another folder's tree replaces this one. What cannot be saved even now is kept
-    // as it is and retried with the rest, in its own folder.
+    // As SavePending, before another folder's tree replaces this one. Keeps the content of orders that still
+    // cannot be saved and retries them later, in their own folder.
     void LeaveFolder(const CatCollection& colMainCats);
 
     // ---- reading
 
-    // Reads the file of each main category under sAppPath and applies it: restores the orders and makes the
+    // Reads the file of each main category under sAppPath and applies it: restores the orders and creates the
     // empty levels. Cuts that the file does not name come first. Files that cannot be read are shown in one
-    // box for each kind of error.
+    // box per kind of error.
     void ApplyHistory(const CatCollection& colMainCats, const std::wstring& sAppPath);
 
     // Whether a category's order in memory is newer than what was last read from its file.
@@ -124,12 +123,12 @@ public:
     }
 
 private:
-    // What a save writes, taken before the first yield.
+    // What a save writes. Taken before the first yield.
     struct Snapshot
     {
         struct Entry
         {
-            std::int32_t lLevel;       // of the level marker; a cut's own is read when its record is filled
+            std::int32_t lLevel; // for a level marker; a cut's own number is read when its record is filled
             std::shared_ptr<Cut> cCut; // null for a level marker
         };
         std::wstring sCatName;
@@ -141,7 +140,7 @@ private:
     {
         std::wstring sPath;
         SavedFiles::Stamp lStamp;
-        std::optional<OrderContent> content; // nothing: the file is to be deleted
+        std::optional<OrderContent> content; // empty: the file is to be deleted
     };
     class ReadErrors;
 
@@ -159,14 +158,16 @@ private:
     void KeepBehind(const std::wstring& sCatName, const CatCollection& colMainCats);
     void RetryLeftBehind();
 
-    // The file's records, none when there is no file. Nothing: there can be no such file, or it is damaged.
+    // Returns the file's records, none when there is no file; nothing when it is damaged or the category
+    // cannot have one.
     std::optional<std::string> RetrieveHistoryAndOrdering(const clsCat& cMainCat, const std::wstring& sPath);
     void TellOfReading(const std::wstring& sCatName, std::size_t count);
-    // False: some of the records were of no use.
+    // Returns false when some records could not be used.
     bool Apply(clsCat& cMainCat, std::string_view bytes, const std::wstring& sPath);
 
     std::wstring SavePathOf(const std::wstring& sCatName) const;
-    // True once, until the category is saved: for what would be logged again with every save or reading.
+    // Returns true once per category until it is saved, so that the same failure is not logged with every
+    // save or reading.
     bool IsNews(const std::wstring& sCatName);
 
     ModScheduler& m_cMod;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What could not be saved or deleted at once.
+// Retries of saves and deletions that failed.
 #include "base/CaseFolding.h"
 #include "modscheduler/FileNames.h"
 #include "scheduler/HistoryFiles.h"
@@ -61,7 +61,7 @@ void HistoryFiles::Retry(const std::wstring& sCatName, const CatCollection& colM
         return;
     }
     if (!m_cUnsaved.IsToDelete(sCatName))
-        return m_cUnsaved.Forget(sCatName); // it was deleted, or has another name now
+        return m_cUnsaved.Forget(sCatName); // the category was deleted or renamed
     try
     {
         DeleteFile(sCatName);
@@ -115,7 +115,7 @@ void HistoryFiles::RetryLeftBehind()
         {
             m_cMod.LogError(L"SaveHistoryAndOrdering " + left.sPath, CurrentError());
             if (!left.content)
-                left.lStamp = cSaved.NewestOf(left.sPath); // a deletion that fails counts as newer
+                left.lStamp = cSaved.NewestOf(left.sPath); // a deletion counts as newer even when it fails
             m_colLeftBehind.push_back(std::move(left));
             m_lLeftBehindTriedAt = m_cMod.Ports().cClock.TickCount();
         }

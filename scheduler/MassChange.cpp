@@ -17,7 +17,8 @@ constexpr std::size_t copiedPerReport = 100;
 constexpr std::uint32_t lCopyPauseMs = 50;
 const wchar_t* const sTargetGone = L"The category to change into does not exist any more";
 
-// The tree's own of that name and number; else the given one, which no cut is in.
+// The tree's category of that name and number; otherwise the given one, which contains none of the tree's
+// cuts.
 std::shared_ptr<clsCat> PresentOrGiven(const SchedulerState& cState, const std::shared_ptr<clsCat>& cCat)
 {
     const std::shared_ptr<clsCat> cPresent = cState.Present(cCat);
@@ -28,7 +29,7 @@ std::shared_ptr<clsCat> PresentOrGiven(const SchedulerState& cState, const std::
 
 std::int32_t OwnLevelOf(const Cut& cCut) { return std::max(cCut.CatLevel(), 1); }
 
-// On purpose without a blank after the first comma: the text is kept as stations know it.
+// On purpose no blank after the first comma: stations know the text like this.
 void ShowCopyRefused(ModScheduler& cMod)
 {
     cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"Multiple Category Levels Not Allowed!",
@@ -104,7 +105,7 @@ std::size_t MassChange::Copy(CutChanges& cChanges, const Cuts& colCuts)
         m_cState.cEvents.Progress(L"Copying into " + sInto + L" from " + sFrom,
                                   static_cast<std::int64_t>(done), std::ssize(colCuts));
     };
-    rhythm.goOn = [this] { return TargetExists(); }; // else deleted or reloaded by whoever was called
+    rhythm.goOn = [this] { return TargetExists(); }; // an event or pump may have deleted or reloaded it
     const std::size_t tried = cChanges.Run(
         colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { CopyCut(cChanges, cCut); }, rhythm);
     m_cState.cEvents.Progress(L"Copied into " + sInto, static_cast<std::int64_t>(tried), std::ssize(colCuts));
@@ -125,7 +126,7 @@ bool MassChange::IsRefused(const std::shared_ptr<Cut>& cCut) const noexcept
     }
     catch (...)
     {
-        return false; // the change meets the same error and reports it
+        return false; // the change will fail with the same error and report it
     }
 }
 
@@ -133,13 +134,13 @@ void MassChange::CopyCut(CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
 {
     if (!MayCopy(*cCut))
     {
-        m_bRefused = true; // its number was changed while others ran
+        m_bRefused = true; // others have changed its number since
         return;
     }
     Plan plan{OwnLevelOf(*cCut), {}, {}, {}, {}};
     if (cCut->CatLevel() <= 0)
     {
-        // A cut that is in no level yet starts at the first one.
+        // A cut that is in no level yet starts in level 1.
         PlanNames(cChanges, *cCut, {}, plan);
         cCut->SetCatLevel(plan.lLevel);
     }
@@ -176,7 +177,7 @@ bool MassChange::LeavesCategory(const SchedulerState::Place& place) const
            (m_eOption == eMoveExclusiveHere || Contains(m_colFrom, place.cSubCat));
 }
 
-// Whether a move may take cuts out of that level: they leave the category, or get the number of the target.
+// Whether a move may remove cuts from that level: they leave the category, or get the target's number.
 bool MassChange::MayLeave(const SchedulerState::Place& place) const
 {
     return LeavesCategory(place) ||
@@ -191,17 +192,17 @@ MassChange::Plan MassChange::PlanFor(CutChanges& cChanges, const Cut& cCut) cons
     {
         const bool bLeavesCategory = LeavesCategory(place);
         if (!bLeavesCategory && place.cSubCat->CatLevel() == plan.lLevel)
-            plan.colStays.push_back(place.cMainCat); // at its place already: it keeps its position
+            plan.colStays.push_back(place.cMainCat); // already in the right level: keeps its position
         else
             plan.colLeaves.push_back(place);
         if (!bLeavesCategory && !Contains(plan.colJoins, place.cMainCat))
-            plan.colJoins.push_back(place.cMainCat); // it stays in this category, under the new number
+            plan.colJoins.push_back(place.cMainCat); // stays in this category, in the new level
     }
     PlanNames(cChanges, cCut, colPlaces, plan);
     std::erase_if(plan.colJoins,
                   [&](const std::shared_ptr<clsCat>& cMainCat) { return Contains(plan.colStays, cMainCat); });
-    // A cut that leaves a level, but stays in its category because of another one, may belong into the level
-    // it leaves: there it comes to the end.
+    // A cut may leave one level of a category but stay in another, and then belong in the level it leaves: it
+    // moves to the end there.
     std::erase_if(plan.colLeaves, [&](const SchedulerState::Place& place) {
         return place.cSubCat->CatLevel() == plan.lLevel && Contains(plan.colJoins, place.cMainCat);
     });
@@ -211,8 +212,8 @@ MassChange::Plan MassChange::PlanFor(CutChanges& cChanges, const Cut& cCut) cons
     return plan;
 }
 
-// A cut may be named in a category and be in no level of it, as a cut without a level is. With a number it
-// belongs there, and would be there after the next start.
+// Plans the categories that the cut names but has no level in, as happens to a cut without a level number.
+// With a number it belongs there and would be there after the next start.
 void MassChange::PlanNames(CutChanges& cChanges, const Cut& cCut,
                            const std::vector<SchedulerState::Place>& colPlaces, Plan& plan) const
 {
@@ -231,8 +232,8 @@ void MassChange::PlanNames(CutChanges& cChanges, const Cut& cCut,
     }
 }
 
-// What can fail comes first, and the cut joins before it leaves: whoever is called finds it in one place or
-// the other.
+// Steps that may fail come first. The cut joins before it leaves, so that code called in between finds it in
+// at least one of the two.
 void MassChange::MoveCut(CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
 {
     const Plan plan = PlanFor(cChanges, *cCut);
@@ -245,7 +246,8 @@ void MassChange::MoveCut(CutChanges& cChanges, const std::shared_ptr<Cut>& cCut)
         cChanges.Leave(place, cKey);
     for (const std::shared_ptr<clsCat>& cMainCat : plan.colJoins)
         cChanges.Touch(cMainCat->CatName());
-    // Where it keeps its position, its record holds its level number all the same.
+    // Categories where it keeps its position are saved too when its level number changed, since its record
+    // contains the number.
     for (const std::shared_ptr<clsCat>& cMainCat : plan.colStays)
         if (cMainCat == m_cMainCatTo || lOldLevel != plan.lLevel)
             cChanges.Touch(cMainCat->CatName());

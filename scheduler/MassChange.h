@@ -13,37 +13,38 @@
 namespace ravlo
 {
 
-// The level under which a cut is placed in a main category: its own number, or 1 when that is no level's.
+// The level in which a main category places a cut: the cut's own number, or 1 when that is not a level
+// number.
 std::int32_t OwnLevelOf(const Cut& cCut);
 
-// Says that a cut cannot be copied into a level of another number than its own.
+// Shows that a cut cannot be copied into a level of another number than its own.
 void ShowCopyRefused(ModScheduler& cMod);
 
-// Copies or moves many cuts into a category. A cut has one level number for all its categories, so moving it
-// into a level changes the number and moves it under the new one in every main category it stays in; into
-// a main category it keeps its number. For the same reason a cut is not copied into a level of another
-// number: it would be in that level only until the next start.
+// Copies or moves many cuts into a category. A cut has one level number for all its categories. So moving it
+// into a level changes that number and moves the cut to the new level in every main category it stays in;
+// moving it into a main category keeps the number. Copying into a level of another number is refused: the cut
+// would leave it at the next start.
 class MassChange
 {
 public:
-    // cSubCatTo is a level, or a main category for "keeping levels the same". It and the levels the cuts are
-    // dragged from may be from before a reload: they are looked up by name and number.
+    // cSubCatTo: a level, or a main category for "keeping levels the same". It and colSubCatsFrom, the levels
+    // the cuts are dragged from, may be from before a reload: they are looked up by name and number.
     MassChange(SchedulerState& cState, Synchronisation& cSync, eCatDragOptions eCatDragOption,
                const Cats& colSubCatsFrom, const std::shared_ptr<clsCat>& cSubCatTo);
 
-    // Changes the cuts, saves every main category concerned once and reports what could not be changed; cuts
-    // that may not be copied are refused with one box. bCreatedNewSubCats is set when any level was made.
-    // Without cuts nothing happens and nothing is said. Error 5 when the tree has no such target; when it
-    // goes while the change runs, the error comes after all that was done until then is saved.
+    // Changes the cuts, saves each main category concerned once and reports which cuts could not be changed;
+    // cuts that may not be copied are refused with one box. Sets bCreatedNewSubCats when it created a level.
+    // Does nothing without cuts. Throws error 5 when the tree has no such target; when the target is deleted
+    // during the work, only after saving what was done.
     void Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats);
 
 private:
-    struct Plan // what a move does to one cut
+    struct Plan // the steps of moving one cut
     {
         std::int32_t lLevel;
         std::vector<SchedulerState::Place> colLeaves;
-        Cats colStays; // main categories in which it is at that level already
-        Cats colJoins; // main categories in which it moves to the end of that level
+        Cats colStays; // main categories where it is already in that level
+        Cats colJoins; // main categories where it moves to the end of that level
         std::vector<std::wstring> colNamesLost;
     };
 
@@ -60,7 +61,7 @@ private:
     static void ChangeCut(Cut& cCut, const Plan& plan);
     bool MayCopy(const Cut& cCut) const;
     bool IsRefused(const std::shared_ptr<Cut>& cCut) const noexcept;
-    // Whether the target is still one of the tree's.
+    // Whether the target is still in the tree.
     bool TargetExists() const;
 
     SchedulerState& m_cState;
@@ -69,7 +70,7 @@ private:
     Cats m_colFrom;
     std::shared_ptr<clsCat> m_cTo;
     std::shared_ptr<clsCat> m_cMainCatTo;
-    bool m_bRefused = false; // a cut that may not be copied
+    bool m_bRefused = false; // a copy was refused
 };
 
 } // namespace ravlo

@@ -13,8 +13,8 @@
 namespace ravlo
 {
 
-// The lists of category names that the cuts of one operation carry. Few different lists serve many cuts, so
-// each spelling is taken apart once.
+// The lists of category names of an operation's cuts. Many cuts share few different lists, so each spelling
+// is parsed once.
 class NameLists
 {
 public:
@@ -30,15 +30,15 @@ public:
         bool bEmptyName = false;
     };
 
-    // Numbers lists as cPlacedCuts does, which must outlive this object.
+    // Uses the numbers of cPlacedCuts, which must outlive this object.
     explicit NameLists(PlacedCuts& cPlacedCuts) noexcept : m_cPlacedCuts(cPlacedCuts) {}
 
-    // The names a cut carries now. The reference holds as long as this object.
+    // The cut's present names. The reference is valid as long as this object.
     const Names& Of(const Cut& cCut);
 
 private:
     PlacedCuts& m_cPlacedCuts;
-    std::unordered_map<std::wstring, Names> m_colLists; // by the names as spelled, each ended by a TAB
+    std::unordered_map<std::wstring, Names> m_colLists; // by the names as spelled, each followed by a TAB
     std::wstring m_sSpelled;
 };
 

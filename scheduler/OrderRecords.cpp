@@ -20,7 +20,7 @@ constexpr std::ptrdiff_t atReserved = 771;
 constexpr std::size_t reserved = 1212; // zero bytes up to the record's end
 static_assert(atReserved + reserved == orderRecordSize);
 
-// Without the blanks at both ends. A field is mostly padding, so its end is looked at eight bytes at a time.
+// Removes the blanks at both ends. A field is mostly padding, so its end is compared eight bytes at a time.
 std::string_view TrimBlanks(std::string_view bytes)
 {
     constexpr std::string_view eightBlanks = "        ";
@@ -42,7 +42,7 @@ void PutLevel(std::span<char> record, std::int32_t lLevel, bool bMarker)
 
 } // namespace
 
-// Every byte is written by the records, so the memory is not cleared first.
+// The memory is not cleared: the records write every byte.
 OrderContent::OrderContent(std::size_t records)
     : m_size(records * orderRecordSize), m_pBytes(std::make_unique_for_overwrite<char[]>(m_size))
 {

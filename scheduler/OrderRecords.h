@@ -13,7 +13,7 @@
 namespace ravlo
 {
 
-// The records of a history/ordering file. No file is touched here. File format: docs/formats/sif.md.
+// The records of a history/ordering file; no file access. File format: docs/formats/sif.md.
 
 inline constexpr std::size_t orderRecordSize = 1983;
 inline constexpr std::size_t orderTextWidth = 255; // of artist, title and path, in bytes of the code page
@@ -22,7 +22,7 @@ struct OrderRecord
 {
     std::int32_t lLevel;
     bool bLevelMarker;
-    std::string_view path; // the field's bytes without blanks at the ends
+    std::string_view path; // the field's bytes without blanks at both ends
 };
 
 // A cut's texts, in bytes of the code page.
@@ -33,7 +33,7 @@ struct OrderTexts
     std::string path;
 };
 
-// The bytes of a file while its records are filled. Each record must be put once.
+// The bytes of a file while its records are written. Every record must be written once.
 class OrderContent
 {
 public:
@@ -54,10 +54,10 @@ private:
 
 // Whether bytes consist of whole records.
 inline bool AreOrderRecords(std::string_view bytes) noexcept { return bytes.size() % orderRecordSize == 0; }
-// The record at the front of bytes, which hold one at least.
+// The first record of bytes. Precondition: there is one.
 OrderRecord FirstOrderRecord(std::string_view bytes);
 
-// What a path becomes in a record's field, without the blanks at its ends. Cuts are found again by it.
+// A path as a record's field contains it, without blanks at both ends. Used to find cuts again.
 std::string OrderPathField(const CodePage& cCodePage, const std::wstring& sPath);
 
 } // namespace ravlo

@@ -14,8 +14,8 @@ namespace ravlo
 namespace
 {
 
-// The new order of one level. Every cut that a record names is put at the end; the others stay in front, in
-// their present order.
+// The new order of one level. Cuts that a record names go to the end; the others stay in front, in their
+// present order.
 class LevelOrder
 {
 public:
@@ -27,13 +27,13 @@ public:
     }
 
     std::int32_t CatLevel() const noexcept { return m_cSubCat->CatLevel(); }
-    // A record that names this path: field is its bytes.
+    // Takes a record's path field, as bytes.
     void Take(std::string_view field);
     void Finish() const;
 
 private:
     static constexpr std::size_t nowhere = std::numeric_limits<std::size_t>::max();
-    // Of one path field: the positions of the cuts that have it, in order, and how many of them are taken.
+    // For one path field: the positions of the cuts that have it, in order, and how many of them are used.
     struct Alike
     {
         std::vector<std::size_t> colPositions;
@@ -47,10 +47,10 @@ private:
     const CodePage& m_cCodePage;
     std::shared_ptr<clsCat> m_cSubCat;
     std::shared_ptr<CutCollection> m_colCuts;
-    // Positions of the cuts named so far, in order; nowhere for a cut that a later record names again.
+    // Positions of the cuts named so far, in order; nowhere where a later record names the cut again.
     std::vector<std::size_t> m_colPlaced;
     std::vector<std::size_t> m_colPlaceOf; // by position: index into m_colPlaced, or nowhere
-    // By path field; made when no cut has the exact path of a record.
+    // By path field. Filled only when a record's path is not exactly that of a cut.
     std::unordered_map<std::string, Alike> m_colAlike;
     bool m_bIndexed = false;
 };
@@ -66,7 +66,7 @@ void LevelOrder::Place(std::size_t position)
 void LevelOrder::Take(std::string_view field)
 {
     const std::wstring sPath = m_cCodePage.Decode(field);
-    // The order has mostly not changed, so the next cut is tried first.
+    // The order has usually not changed: try the next cut first.
     const std::size_t next =
         m_colPlaced.empty() || m_colPlaced.back() == nowhere ? 0 : m_colPlaced.back() + 1;
     if (next < m_colPlaceOf.size() && m_colPlaceOf[next] == nowhere)
@@ -89,7 +89,7 @@ void LevelOrder::Index()
             m_colAlike[OrderPathField(m_cCodePage, cKey->Text())].colPositions.push_back(position);
 }
 
-// The next cut of that field that no record has named yet.
+// The next cut with that field that no record has named yet.
 std::optional<std::size_t> LevelOrder::NextAlike(const std::string& field)
 {
     if (!m_bIndexed)
@@ -119,7 +119,7 @@ void LevelOrder::Finish() const
     m_colCuts->Reorder(colOrder);
 }
 
-// The level of a record, made where a marker declares it; null when there is none.
+// The level of a record, created when the record is its marker; null when there is none.
 std::shared_ptr<clsCat> LevelOf(ModScheduler& cMod, clsCat& cMainCat, const OrderRecord& record)
 {
     std::shared_ptr<clsCat> cSubCat = cMainCat.SubCat(record.lLevel);
@@ -136,8 +136,8 @@ OrderLeftOver RestoreOrder(ModScheduler& cMod, clsCat& cMainCat, std::string_vie
     const CodePage& cCodePage = cMod.Ports().cCodePage;
     OrderLeftOver leftOver;
     std::unordered_map<std::int32_t, LevelOrder> colLevels;
-    LevelOrder* cLevel = nullptr;        // of the record before: a level's records follow each other
-    std::optional<std::int32_t> lMarked; // by the record before
+    LevelOrder* cLevel = nullptr;        // of the previous record: a level's records follow each other
+    std::optional<std::int32_t> lMarked; // by the previous record
     for (; records.size() >= orderRecordSize; records.remove_prefix(orderRecordSize))
     {
         const OrderRecord record = FirstOrderRecord(records);

@@ -12,23 +12,23 @@
 namespace ravlo
 {
 
-// What a restored order could not use.
+// What could not be used while restoring an order.
 struct OrderLeftOver
 {
-    // A cut record named it and it does not exist: neither that record nor those behind it were applied.
+    // The level of a cut record does not exist: neither that record nor the following ones were applied.
     std::optional<std::int32_t> lMissingLevel;
-    // Markers asked for them, and no level can have such a number.
+    // Numbers in markers that no level can have.
     std::vector<std::int32_t> colImpossibleLevels;
-    // A marker precedes its own level's cuts, as in a file that was written in the middle of a change.
-    // Everything is applied nevertheless.
+    // A marker precedes cuts of its own level, as in a file written in the middle of a change. Everything is
+    // applied nevertheless.
     bool bInTheMiddleOfAChange = false;
 
     bool None() const noexcept { return !lMissingLevel && colImpossibleLevels.empty(); }
 };
 
-// Applies whole records to a main category: makes the levels that markers declare, and puts every cut that a
-// record names at the end of its level, in the order of the records. Cuts that no record names come
-// first; records of cuts that are gone are passed over.
+// Applies records to a main category: creates the levels that have markers, and puts every cut that a record
+// names at the end of its level, in the records' order. Cuts that no record names come first; records of cuts
+// that no longer exist are skipped. Precondition: AreOrderRecords(records).
 OrderLeftOver RestoreOrder(ModScheduler& cMod, clsCat& cMainCat, std::string_view records);
 
 } // namespace ravlo

@@ -12,7 +12,7 @@ namespace ravlo
 namespace
 {
 
-// Names as one text that is the same for the same names in the same order, however they are spelled.
+// The names as one text, equal for equal names in the same order regardless of case.
 std::wstring FoldedNames(const std::vector<std::wstring>& colNames)
 {
     std::wstring sText;
@@ -51,7 +51,7 @@ std::int32_t DataBaseNumber(const Cut& cCut) noexcept
     }
     catch (...)
     {
-        return 0; // the number helps to find a cut again; the cut is placed by its key
+        return 0; // the number only helps to find a cut again; cuts are placed by key
     }
 }
 
@@ -123,7 +123,7 @@ void PlacedCuts::Restore(const TextKey& cKey, const std::optional<Entry>& entry)
 
 PlacedCuts::OwnChange::~OwnChange()
 {
-    // An unknown cut is compared with the tree when it is next announced: to forget is always right.
+    // Forgetting is always safe: an unknown cut is compared with the tree when it is next announced.
     if (std::uncaught_exceptions() > m_lExceptions)
         m_cPlacedCuts.Forget(m_cKey);
     else if (m_bInStep)
@@ -132,7 +132,7 @@ PlacedCuts::OwnChange::~OwnChange()
             if (m_cCut.Key() == m_cKey)
                 m_cPlacedCuts.Remember(m_cCut);
             else
-                m_cPlacedCuts.Forget(m_cKey); // the tree holds it under its old key
+                m_cPlacedCuts.Forget(m_cKey); // the tree still has it under its old key
         }
         catch (...)
         {

@@ -15,33 +15,33 @@
 namespace ravlo
 {
 
-// What the scheduler remembers of every cut it has met: the category names and the level under which it
-// placed the cut, and the database's number of it. A database announces that a cut was modified, not what it
-// was before; this tells. The few different lists of names are kept once each.
+// Remembers of every known cut the category names and level it was placed with, and its database number. A
+// database announces that a cut was modified, but not what it was before; this class knows. Each different
+// list of names is stored once.
 class PlacedCuts
 {
 public:
-    // The names and level the cut has now are those it is placed under.
+    // Records that the cut is placed according to its present names and level.
     void Remember(const Cut& cCut);
-    // The same for many cuts at once: lNames is NumberOf the cut's names, lID its DataBaseNumber.
+    // As Remember, for many cuts: lNames is NumberOf the cut's names, lID its DataBaseNumber.
     void Remember(const TextKey& cKey, std::uint32_t lNames, std::int32_t lLevel, std::int32_t lID);
-    // The number under which a list of names is kept, counted from 0; one for lists that are equal without
-    // regard to case.
+    // The number of a list of names, counted from 0. Lists that are equal without regard to case have the
+    // same number.
     std::uint32_t NumberOf(const std::vector<std::wstring>& colNames);
     void Reserve(std::size_t cuts);
-    // Its number still leads to its key.
+    // Forgets the cut's names and level; KeyOf still finds it by number.
     void Forget(const TextKey& cKey) noexcept { m_colCuts.erase(cKey); }
-    // The database no longer has the cut: forgets its number too.
+    // Call when the database has removed the cut: forgets its number too.
     void Removed(const TextKey& cKey) noexcept;
 
-    // Whether the cut is known; a cut that was forgotten or never met is not.
+    // Whether the cut's names and level are remembered.
     bool Contains(const TextKey& cKey) const noexcept { return m_colCuts.count(cKey) != 0; }
-    // Whether names (in their order, without regard to case) and level are what was remembered.
+    // Whether the cut's names (in order, without regard to case) and level are the remembered ones.
     bool IsUnchanged(const Cut& cCut) const;
-    // The key under which the cut of that number was met last; nothing for 0 and for an unknown number.
+    // The last known key of the cut with that number; nothing for 0 and for an unknown number.
     std::optional<TextKey> KeyOf(std::int32_t lID) const;
 
-    // What is remembered of a cut, for whoever puts the cut back as it was.
+    // What is remembered of a cut; to restore it later.
     struct Entry
     {
         std::uint32_t lNames; // number of the list of names
@@ -49,13 +49,12 @@ public:
         std::int32_t lID;
     };
     std::optional<Entry> Recall(const TextKey& cKey) const;
-    // Nothing forgets the cut.
+    // Without an entry, forgets the cut.
     void Restore(const TextKey& cKey, const std::optional<Entry>& entry);
 
-    // Stands for a change of a cut's names or level by the scheduler itself. At its end what the cut has
-    // become is remembered, but only when it was placed as it said before: a change of the database's that
-    // nobody has announced yet must still be seen when it is announced. A cut whose change is left by an
-    // exception is forgotten.
+    // Scope of a change of a cut's names or level by the scheduler itself. At its end the cut's new names and
+    // level are remembered, but only if the old ones were: a database's change that is not announced yet must
+    // still be noticed when it is announced. After an exception the cut is forgotten.
     class OwnChange
     {
     public:
@@ -82,11 +81,11 @@ private:
     std::unordered_map<std::wstring, std::uint32_t> m_colNames; // numbers of lists, by the folded names
 };
 
-// The names a cut is assigned to, each once without regard to case, without a level a host may have written
-// behind a TAB; an empty name stays, for whoever has to refuse it.
+// The category names of a cut, each once without regard to case, without the level that a host may have
+// written after a TAB. Includes an empty name, which the caller has to refuse.
 std::vector<std::wstring> AssignedNames(const Cut& cCut);
 
-// The database's number of a cut; 0 when it has none or cannot tell it.
+// The database's number of a cut; 0 when it has none or reading it fails.
 std::int32_t DataBaseNumber(const Cut& cCut) noexcept;
 
 } // namespace ravlo

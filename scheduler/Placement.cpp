@@ -47,7 +47,7 @@ bool Placement::Place(const std::shared_ptr<Cut>& cCut, clsCat& cInto, bool& bCr
             cInto.CatLevel() == 0 ? cInto.SubCat(lLevel) : cInto.shared_from_this();
         if (cError.Number() != error::Overflow || !cSubCat || !cSubCat->SchedCuts()->Exists(cCut->Key()))
             throw;
-        ProblemOf(cInto.CatName()).bOverflow = true; // it is placed; only the sum cannot be told
+        ProblemOf(cInto.CatName()).bOverflow = true; // the cut is placed; only the sum is out of range
         return true;
     }
 }
@@ -79,7 +79,7 @@ void Placement::Failed(const Cut& cCut) noexcept
     }
     catch (...)
     {
-        // Short of memory it is not counted; the error is kept all the same.
+        // Out of memory: not counted, but the error is still kept.
     }
     Failed();
 }

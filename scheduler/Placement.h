@@ -15,56 +15,56 @@
 namespace ravlo
 {
 
-// Finds a main category by name, or makes it and adds it at the end of colMainCats.
+// Finds a main category by name, or creates it at the end of colMainCats.
 std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
                                       const std::wstring& sName);
-// The same when its key is at hand.
+// As above, with the key already at hand.
 std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
                                       const NameLists::Name& name);
 
-// Places the cuts of one operation and gathers what goes wrong with them, so that an operation over thousands
-// of cuts finishes its work and then says each thing once: one box per kind and category, the rest counted in
-// the debug log.
+// Places the cuts of one operation and collects the errors, so that an operation over thousands of cuts
+// finishes and then reports each kind once: one box per kind and category; the rest is counted in the debug
+// log.
 class Placement
 {
 public:
     explicit Placement(ModScheduler& cMod) noexcept : m_cMod(cMod) {}
 
-    // clsCat::AddCut. A run-time total out of range is gathered; the cut is placed all the same.
+    // As clsCat::AddCut; but collects a total run time out of range, in which case the cut is placed.
     bool Place(const std::shared_ptr<Cut>& cCut, clsCat& cInto, bool& bCreatedNewSubCat);
-    // The level's order was changed around AddCut and RemoveCut: its run time is taken anew, once, by
-    // RecalcTouched.
+    // Call when a level's order was changed without AddCut and RemoveCut: RecalcTouched recalculates its run
+    // time once.
     void Touch(const std::shared_ptr<clsCat>& cSubCat)
     {
         if (m_colIsTouched.insert(cSubCat.get()).second)
             m_colTouched.push_back(cSubCat);
     }
     void RecalcTouched();
-    // Call inside a catch block: this cut could not be handled.
+    // Collects the current error as this cut's. Call inside a catch block.
     void Failed(const Cut& cCut) noexcept;
-    // Call inside a catch block: something failed that concerns more than one cut.
+    // Collects the current error, which concerns more than one cut. Call inside a catch block.
     void Failed() noexcept;
-    // A category name of no characters: a box for the first.
+    // Reports an empty category name: the first one with a box.
     void EmptyName(BoxIcon eIcon, const std::wstring& sText);
 
-    // Takes the touched levels' run times anew, then reports what was gathered, each error once through show,
-    // and forgets it.
+    // Recalculates the touched levels' run times, then reports what was collected, each error once through
+    // show, and clears it.
     void Report(const std::function<void(const RuntimeError&)>& show);
 
 private:
     struct Problem
     {
         std::wstring sCatName;
-        bool bLevelZeroShown = false; // each has a box of its own
+        bool bLevelZeroShown = false; // each kind has its own box
         bool bNegativeLevelShown = false;
-        std::size_t lRefused = 0; // cuts without a level after those that were shown
+        std::size_t lRefused = 0; // further cuts without a level, after the shown ones
         bool bOverflow = false;
     };
     Problem& ProblemOf(const std::wstring& sCatName);
 
     ModScheduler& m_cMod;
     OrderedKeyedCollection<Problem> m_colProblems;
-    Cats m_colTouched; // in the order they were, each once
+    Cats m_colTouched; // in the order of touching, each once
     std::unordered_set<const clsCat*> m_colIsTouched;
     std::size_t m_emptyNames = 0;
     std::unordered_set<const Cut*> m_colFailed;

@@ -9,8 +9,8 @@
 namespace ravlo
 {
 
-// The pauses between the samples of a phase: 1 ms, at most once every 15 ms of work, so that a large library
-// is not slowed down by sleeping.
+// Pauses of a phase: 1 ms, at most once every 15 ms of work, so that sleeping does not slow a large library
+// down.
 class Population::Pauses
 {
 public:
@@ -67,8 +67,7 @@ void Population::CreateCategories(const Cuts& colCuts)
     m_cEvents.ProgressDone(L"Got Main and Sub Categories for scheduler.");
 }
 
-// The names of a cut, whose main categories are made where they are missing: of each list once, whatever
-// number of cuts have it.
+// The names of a cut; creates their missing main categories, once per different list of names.
 const NameLists::Names& Population::NamesOf(const Cut& cCut)
 {
     const NameLists::Names& names = m_cNameLists.Of(cCut);
@@ -87,7 +86,7 @@ void Population::PlaceCuts(const Cuts& colCuts)
     RunPhase(
         L"Creating Scheduler Items", colCuts,
         [&](const std::shared_ptr<Cut>& cCut) {
-        // Read again: the host was called since the categories were made and may have changed the cut.
+        // Read again: the host was called since the first phase and may have changed the cut.
         const NameLists::Names& names = NamesOf(*cCut);
         for (const std::shared_ptr<clsCat>& cMainCat : m_colMainCatsOf[names.lNumber])
             m_cPlacement.Place(cCut, *cMainCat, bCreated);
@@ -98,7 +97,7 @@ void Population::PlaceCuts(const Cuts& colCuts)
     });
 }
 
-// What a report says decides nothing: a cut whose texts cannot be read for it may be placed all the same.
+// A cut whose texts cannot be read for a report may still be placed.
 std::wstring Population::TextOrNothing(const Text& text, const Cut& cCut, std::size_t count)
 {
     try
@@ -145,8 +144,8 @@ void Population::AddSavedCategories(const NameCollection& colNames)
     std::unordered_set<std::wstring> colAsSaved;
     for (const std::shared_ptr<clsCat>& cMainCat : *m_colMainCats)
         colAsSaved.insert(FoldCase(m_cCategoryList.AsSaved(cMainCat->CatName())));
-    // A name that the code page could not hold stands in the list with substitutes; it is the category the
-    // database has. No name is empty: the list is read without such lines.
+    // The list contains substitutes where the code page lacks a character: such a name is the database's
+    // category. No name is empty: the reader skips such lines.
     for (const std::wstring& sName : colNames)
         if (colAsSaved.count(FoldCase(sName)) == 0)
             EnsureMainCat(m_cMod, *m_colMainCats, sName);

@@ -21,19 +21,20 @@
 namespace ravlo
 {
 
-// Builds a category tree from a database's cuts and the saved files. The tree is built aside: nobody sees it,
-// so nothing can save its order, before the saved orders stand in it.
+// Builds a category tree from a database's cuts and the saved files. Nobody sees the tree until it is
+// complete, so nothing can save an order before the saved orders are restored.
 class Population
 {
 public:
-    // cPlacedCuts, empty, receives under what the cuts were placed.
+    // cPlacedCuts receives how each cut was placed. Precondition: it is empty.
     Population(ModScheduler& cMod, EventRelay& cEvents, CategoryList& cCategoryList,
                HistoryFiles& cHistoryFiles, PlacedCuts& cPlacedCuts);
 
-    // In order: a main category for every name a cut is assigned to; every cut placed into its levels, in the
-    // database's order; the main categories and the orders saved under sAppPath. One bad cut stops nothing.
+    // Creates a main category for every name that a cut has; places every cut in its levels, in the
+    // database's order; adds the main categories of the list and restores the orders saved under sAppPath. A
+    // bad cut does not stop the work.
     std::shared_ptr<CatCollection> Build(const DataBase& cDataBase, const std::wstring& sAppPath);
-    // Shows what went wrong with cuts, once per category: to be called when the tree is in use.
+    // Shows the errors of cuts, once per category. Call when the tree is in use.
     void ReportProblems();
 
 private:
@@ -41,8 +42,8 @@ private:
     using Work = std::function<void(const std::shared_ptr<Cut>&)>;
     using Text = std::function<std::wstring(const Cut&, std::size_t count)>;
 
-    // One pass over the cuts: work for each, and text for the report when one is due. A cut that cannot be
-    // read is passed over and counted.
+    // One pass over the cuts: calls work for each, and text when a report is due. Skips and counts cuts that
+    // cannot be read.
     void RunPhase(const std::wstring& sReason, const Cuts& colCuts, const Work& work, const Text& text);
     std::wstring TextOrNothing(const Text& text, const Cut& cCut, std::size_t count);
     const NameLists::Names& NamesOf(const Cut& cCut);

@@ -10,19 +10,18 @@ namespace ravlo
 namespace
 {
 
-// The items that are left, as a tree of partial counts: finding and taking out the k-th of them is O(log n),
-// where a list would move its tail for every draw.
+// The items not drawn yet, as a tree of partial counts: finding and removing the k-th is O(log n), where a
+// list would move its tail for every draw.
 class Left
 {
 public:
     explicit Left(std::size_t count) : m_colCounts(count + 1)
     {
         for (std::size_t node = 1; node <= count; ++node)
-            m_colCounts[node] =
-                node & (~node + 1); // each node counts the items of as many positions as its lowest bit
+            m_colCounts[node] = node & (~node + 1); // each node counts as many positions as its lowest bit
     }
 
-    // Takes out the item that stands at lPlace, from 0, among those left, and returns its original position.
+    // Removes the item at this position, from 0, among those left, and returns its original position.
     std::size_t TakeOut(std::size_t place)
     {
         std::size_t node = 0;

@@ -9,9 +9,9 @@
 namespace ravlo
 {
 
-// A random order of lCount items: again and again one of those left is drawn, uniformly by its position among
-// them, until none is left. Element i of the result is the position, from 0, of the item drawn as number i.
-// O(n log n). The generator is not seeded here.
+// A random order of count items: draws one of the remaining items, uniformly, until none remains. Element i
+// of the result is the original position, from 0, of the i-th item drawn. O(n log n). Does not seed the
+// generator.
 std::vector<std::size_t> RandomOrder(Random& cRandom, std::size_t count);
 
 } // namespace ravlo

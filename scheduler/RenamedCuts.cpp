@@ -11,11 +11,12 @@ namespace ravlo
 namespace
 {
 
-// Gives an entry another key and object, in its place.
+// Gives an entry another key and object, at the same position.
 void Rename(CutCollection& colOrder, const TextKey& cFormerKey, const TextKey& cKey,
             const std::shared_ptr<Cut>& cCut)
 {
-    // Short of memory nothing is lost: the old entry goes last. An entry that has the new key already stays.
+    // The old entry is removed last, so that lack of memory loses nothing. An existing entry of the new key
+    // stays.
     if (const std::optional<std::size_t> position = colOrder.PositionOf(cFormerKey))
         colOrder.Insert(*position, &cKey, cCut);
     colOrder.Remove(cFormerKey);
@@ -42,8 +43,8 @@ Cats RenamedCuts::Follow(const std::shared_ptr<Cut>& cCut, const TextKey& cKey)
     return colMainCats;
 }
 
-// By the database's number, which stays with the cut in whatever object the database hands out. A key that
-// the database still has is another cut's. Where it gives no numbers, by the object.
+// Finds the former key by the database's number, which stays with the cut even in another object; a key that
+// the database still has belongs to another cut. Where the database gives no numbers, finds it by the object.
 std::optional<TextKey> RenamedCuts::FormerKeyOf(const std::shared_ptr<Cut>& cCut)
 {
     const std::int32_t lID = DataBaseNumber(*cCut);
@@ -56,7 +57,8 @@ std::optional<TextKey> RenamedCuts::FormerKeyOf(const std::shared_ptr<Cut>& cCut
     return cFormerKey;
 }
 
-// The tree may have changed since the keys were gathered, so a key counts only while it leads to the object.
+// The tree may have changed since the keys were collected: a key counts only while it still leads to the
+// object.
 std::optional<TextKey> RenamedCuts::KeyOfObject(const std::shared_ptr<Cut>& cCut)
 {
     if (m_population != m_cState.populations)

@@ -12,17 +12,18 @@ namespace ravlo
 
 struct SchedulerState;
 
-// Follows cuts whose keys have changed since they were placed. Under its old key a cut would play twice in a
-// round, and go on playing after it is removed. Serves one operation: what it looks up in the whole tree it
-// looks up once.
+// Updates the tree for cuts whose keys have changed since they were placed: under the old key such a cut
+// would play twice in a round, and still play after its removal. Use one object per operation: it indexes the
+// whole tree once.
 class RenamedCuts
 {
 public:
     explicit RenamedCuts(SchedulerState& cState) noexcept : m_cState(cState) {}
 
-    // Places a cut that the tree holds under another key under cKey, its present one, where it is. Returns
-    // the main categories concerned, whose files name it by its old key: save them. Mostly none, and cheap
-    // then. Errors of the cut and of the database are thrown, before anything has changed.
+    // When the tree has the cut under another key, replaces that entry, at its position, by one with cKey.
+    // Precondition: cKey is the cut's present key. Returns the main categories concerned; the caller must
+    // save them, since their files contain the old key. Usually there is none, which is cheap. Throws errors
+    // of the cut and the database before anything has changed.
     Cats Follow(const std::shared_ptr<Cut>& cCut, const TextKey& cKey);
 
 private:
@@ -30,7 +31,7 @@ private:
     std::optional<TextKey> KeyOfObject(const std::shared_ptr<Cut>& cCut);
 
     SchedulerState& m_cState;
-    // Under which key the tree held an object when it was first asked; of the tree of that population.
+    // The keys of the tree's objects when first asked; for the tree of m_population.
     std::unordered_map<const Cut*, TextKey> m_colKeys;
     std::optional<std::uint64_t> m_population;
 };

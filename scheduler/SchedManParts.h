@@ -14,7 +14,7 @@
 namespace ravlo
 {
 
-// The parts the facade routes to.
+// The parts that the facade calls.
 struct clsSchedMan::Parts : SchedulerState
 {
     static constexpr const wchar_t* sUpdateHistoryWhere = L"UpdateArtistTitleHistory";
@@ -29,18 +29,18 @@ struct clsSchedMan::Parts : SchedulerState
     {
     }
 
-    // Tries to write the times of plays that the database has refused so far.
+    // Tries to write the play times that the database has refused so far.
     void WritePendingPlayTimes()
     {
         if (const std::shared_ptr<ravlo::DataBase> cPresent = cDataBase)
             cPlayHistory.WritePendingTimes(*cPresent);
     }
-    // The database of the present tree; before the first one, that of the tree that is being built.
+    // The database of the present tree; before the first tree, that of the tree being built.
     const std::shared_ptr<ravlo::DataBase>& Serving() const noexcept
     {
         return colMainCats || !cNextDataBase ? cDataBase : cNextDataBase;
     }
-    // A play while the next tree is built from another database: that one is told of it later.
+    // Remembers a play for the next database, when a tree is being built from one.
     void NotePlay(const Cut& cCut)
     {
         if (!colMainCats || !cNextDataBase || cNextDataBase == cDataBase)
@@ -52,7 +52,7 @@ struct clsSchedMan::Parts : SchedulerState
         }
         catch (...)
         {
-            cMod.LogError(sUpdateHistoryWhere, CurrentError()); // the present database is told all the same
+            cMod.LogError(sUpdateHistoryWhere, CurrentError()); // the present database still records the play
         }
     }
 
@@ -62,15 +62,15 @@ struct clsSchedMan::Parts : SchedulerState
     std::shared_ptr<NameCollection> colIllegalChars;
     CategoryCreation cCreation;
     CategoryEditing cEditing;
-    std::unique_ptr<HeldFile> cMark;                // of AppPath(); null when another program marks it
-    std::shared_ptr<ravlo::DataBase> cNextDataBase; // while a tree is built: the one it is built from
+    std::unique_ptr<HeldFile> cMark; // the mark on AppPath(); null when another program has marked it
+    std::shared_ptr<ravlo::DataBase> cNextDataBase; // while a tree is being built: its database
     Cuts colPlayed;                                 // copies, for the next database
     bool bPopulating = false;
     bool bRotatesAllowed = false;
 };
 
-// What every public member that may let others run holds: the manager stays alive until the call is over,
-// whatever the host does in between, and the call's log lines are written together.
+// Every public member that may let others run creates one: it keeps the manager alive until the call is over,
+// even when the host releases it, and writes the call's log lines together.
 class clsSchedMan::Call
 {
 public:

@@ -18,9 +18,8 @@
 namespace ravlo
 {
 
-// What the parts of one manager share: the tree, the database it came from, and the ways out to files, host
-// and windows. Anything here may be replaced while messages are pumped or an event is raised: look again
-// afterwards, by name.
+// What the parts of one manager share: the tree, its database, and access to files, host and windows. Any of
+// it may be replaced while messages are pumped or an event is raised: afterwards look it up again, by name.
 struct SchedulerState
 {
     explicit SchedulerState(ModScheduler& cModule)
@@ -33,7 +32,7 @@ struct SchedulerState
     {
         return MainCatByName(colMainCats.get(), sName);
     }
-    // Where a cut stands: every level that holds its key, in the tree's order.
+    // A level that contains a cut. PlacesOf returns all levels that contain its key, in the tree's order.
     struct Place
     {
         std::shared_ptr<clsCat> cMainCat;
@@ -50,8 +49,8 @@ struct SchedulerState
                     colPlaces.push_back({cMainCat, cSubCat});
         return colPlaces;
     }
-    // The tree's own category of the same name and number, since a host may hold one from before a reload;
-    // null when there is none.
+    // The tree's category of the same name and number, since a host may hold one from before a reload; null
+    // when there is none.
     std::shared_ptr<clsCat> Present(const std::shared_ptr<clsCat>& cCat) const
     {
         if (cCat->CatLevel() == 0)
@@ -63,30 +62,30 @@ struct SchedulerState
         const std::shared_ptr<clsCat> cFound = cMainCat ? cMainCat->SubCat(cCat->CatLevel()) : nullptr;
         return cFound && cFound->MainCat() == cMainCat ? cFound : nullptr;
     }
-    // The database's own cut of the same key, since a host may hand in a copy, such as a pick gives it; the
-    // cut itself when the database has none.
+    // The database's own cut of the same key, since a host may pass a copy, such as one from a pick; the cut
+    // itself when the database has none.
     std::shared_ptr<Cut> OwnOf(const std::shared_ptr<Cut>& cCut) const
     {
         const std::shared_ptr<ravlo::DataBase> cAsked = cDataBase; // a look-up may let the host populate
         std::shared_ptr<Cut> cOwn = cAsked ? cAsked->CutByKey(cCut->Key()) : nullptr;
         return cOwn ? cOwn : cCut;
     }
-    // Retries what could not be saved. Every operation that saves orders ends with it.
+    // Retries failed saves. Every operation that saves orders ends with this.
     void RetrySaves()
     {
         if (const std::shared_ptr<CatCollection> colCats = colMainCats)
             cHistoryFiles.RetryDue(*colCats);
     }
-    // The application path under which the tree's files are saved, wherever another population may have moved
-    // the library since. Empty before the first population.
+    // The application path for the tree's files, even when another population has moved the library since.
+    // Empty before the first population.
     const std::wstring& AppPath() const noexcept { return cHistoryFiles.AppPath(); }
-    // The tree in use was read from this application path: its files are saved there.
+    // Call when a tree that was read from this application path comes into use: its files are saved there.
     void Serve(const std::wstring& sPath)
     {
         cHistoryFiles.Serve(sPath);
         cCategoryList.Serve();
     }
-    // Whether a main category is one of the tree's at present.
+    // Whether the tree contains this main category object.
     bool Contains(const std::shared_ptr<clsCat>& cMainCat) const
     {
         return cMainCat && MainCat(cMainCat->CatName()) == cMainCat;

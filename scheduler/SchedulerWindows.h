@@ -11,19 +11,19 @@
 namespace ravlo
 {
 
-// What the category window is opened with, and what it leaves behind.
+// What the category window is opened with, and its results.
 struct CategoryRequest
 {
-    // In: what is chosen at first. Out, with the answer 1 only: what the user chose.
+    // In: the initial choice. Out, only with lChosen: what the user chose.
     std::shared_ptr<clsCat> cMainCatChosen; // null for none
     std::shared_ptr<clsCat> cSubCatChosen;  // null for all levels
     bool bOpenerChosen = false;
-    Cuts colSelCuts; // out: the cuts selected when OK was chosen
+    Cuts colSelCuts; // out: the cuts selected at OK
 
-    std::wstring sCaption; // empty: the window's own
+    std::wstring sCaption; // empty: the window's default
     bool bAllowNew = false;
     bool bAllowMultiSelect = false;
-    // With bAllowMultiSelect: shown by its categories at first; receives the level and the categories chosen.
+    // With bAllowMultiSelect: its categories are selected at first; receives the chosen level and categories.
     std::shared_ptr<Cut> cCut;
 };
 
@@ -31,23 +31,23 @@ struct CategoryRequest
 inline constexpr std::int32_t lChosen = 1;
 inline constexpr std::int32_t lNotChosen = 2;
 
-// What the manager asks of its windows, which implement it.
+// What the manager needs from its windows, which implement it.
 class SchedulerWindows
 {
 public:
     virtual ~SchedulerWindows() = default;
     // Whether the library window exists, shown or not.
     virtual bool LibraryExists() const = 0;
-    // Whether it is showing.
+    // Whether the library window is showing.
     virtual bool LibraryShowing() const = 0;
-    // Fills tree and grid from the manager's present objects; makes the window first when there is none.
+    // Fills tree and grid from the manager's present objects; creates the window when there is none.
     virtual void ReloadLibrary() = 0;
     // Refreshes tree and grid of an existing window.
     virtual void RefreshLibrary() = 0;
     // Shows the library window until it is closed; brings one that is showing to the front.
     virtual void ShowLibrary() = 0;
-    // Shows the category window until it is closed: lChosen after OK, else lNotChosen, which it also returns
-    // when it is showing already.
+    // Shows the category window until it is closed. Returns lChosen after OK, else lNotChosen; also
+    // lNotChosen when it is already showing.
     virtual std::int32_t ShowCategory(CategoryRequest& request) = 0;
 };
 

@@ -20,7 +20,7 @@ void DeleteIfPossible(Files& cFiles, const std::wstring& sPath)
     }
     catch (const RuntimeError&)
     {
-        // A superfluous file does no harm.
+        // A file that stays does no harm.
     }
 }
 
@@ -28,8 +28,8 @@ void DeleteIfPossible(Files& cFiles, const std::wstring& sPath)
 
 void CreateFolders(ModScheduler& cMod, const std::wstring& sAppPath)
 {
-    // Parents first: only the last component of each is created. The rules' folder is listed twice, on
-    // purpose; the second visit finds it.
+    // Parents first: only the last component of each is created. On purpose the rules' folder is listed
+    // twice.
     static constexpr std::array<const wchar_t*, 5> folders = {
         L"Scheduler", L"Scheduler\\History_and_Ordering", L"Scheduler\\Rules", L"Scheduler\\Debugging Logs",
         L"Scheduler\\Rules"};

@@ -50,7 +50,7 @@ void Synchronisation::Stop() noexcept
     if (m_cFollowed)
         m_cFollowed->Unadvise(*this);
     m_cFollowed.reset();
-    m_colWaiting.clear(); // they told of a database that is no longer ours
+    m_colWaiting.clear(); // they concern a database that is no longer ours
 }
 
 void Synchronisation::Notify(Kind eKind, const Cuts& colCuts)
@@ -66,7 +66,7 @@ void Synchronisation::HandleWaiting() noexcept
         return;
     const std::shared_ptr<void> cKeepAlive = m_cOwner.lock();
     const ModScheduler::LogScope cScope(m_cState.cMod);
-    ++m_lHoldCount; // what arrives while one is handled is handled after it, by this loop
+    ++m_lHoldCount; // notifications that arrive during one are queued, and handled by this loop
     while (!m_colWaiting.empty())
     {
         const Notification notification = std::move(m_colWaiting.front());
@@ -164,7 +164,7 @@ void Synchronisation::AddCuts(const Cuts& colCuts, CutChanges& cChanges)
         rhythm);
 }
 
-// False from a reload on: the new tree came from the database as it is now.
+// Becomes false with a reload: the new tree already has the database's present state.
 std::function<bool()> Synchronisation::WhileNobodyReloads() const
 {
     return [this, population = m_cState.populations] { return m_cState.populations == population; };
@@ -182,17 +182,17 @@ void Synchronisation::AddCut(const std::shared_ptr<Cut>& cAnnounced, NameLists& 
     {
         if (names.bEmptyName)
             cChanges.RefuseEmptyName(*cCut);
-        cChanges.ModifyCut(cCut); // announced as new, but placed elsewhere already
+        cChanges.ModifyCut(cCut); // announced as new, but already in the tree
     }
     else
         cChanges.AddCutToCategories(cCut, names);
     TakeObject(cCut, cKey);
-    if (isSameTree()) // else reloaded while a box was shown; the numbers are those of the tree before
+    if (isSameTree()) // otherwise the tree was reloaded during a box, and the numbers are obsolete
         m_cState.cPlacedCuts.Remember(cKey, names.lNumber, cCut->CatLevel(), DataBaseNumber(*cCut));
 }
 
-// The object that is placed. A host may announce a copy, which would not follow later changes. When the
-// database cannot be asked, the announced one serves until a pick replaces it.
+// The object to place: the database's own, since a host may announce a copy, which would not follow later
+// changes. When the database fails, the announced one serves until a pick replaces it.
 std::shared_ptr<Cut> Synchronisation::OwnOf(const std::shared_ptr<Cut>& cAnnounced, const TextKey& cKey) const
 {
     const std::shared_ptr<DataBase> cDataBase = m_cState.cDataBase; // a look-up may let the host populate
@@ -208,8 +208,8 @@ std::shared_ptr<Cut> Synchronisation::OwnOf(const std::shared_ptr<Cut>& cAnnounc
     return cAnnounced;
 }
 
-// The entries of a cut that keeps its places hold the database's present object: it may hand out a new one
-// with each change, and the one before may not show the change.
+// Replaces a cut's object in the levels it stays in by the database's present one: it may use a new object
+// after each change, and the old one may not show the change.
 void Synchronisation::TakeObject(const std::shared_ptr<Cut>& cCut, const TextKey& cKey) const
 {
     const std::int32_t lLevel = cCut->CatLevel();
@@ -289,14 +289,13 @@ void Synchronisation::RemoveEverywhere(const std::shared_ptr<Cut>& cCut, CutChan
     {
         cChanges.FollowNewKey(cCut, cKey);
         TakeOutOfCategories(m_cState, cChanges, cCut, {cCut, nullptr, 0});
-        // The database may have changed the cut's names or level before it removed it: search where it
-        // really stands.
+        // The database may have changed the cut's names or level before removing it: search the whole tree.
         for (const SchedulerState::Place& place : m_cState.PlacesOf(cKey))
             cChanges.TakeOut(cCut, place);
     }
     catch (...)
     {
-        // It is gone from the database, so it leaves the orders even when it takes no changes any more.
+        // The database no longer has it, so it leaves the orders even when the cut refuses changes.
         cChanges.Problems().Failed(*cCut);
         for (const SchedulerState::Place& place : m_cState.PlacesOf(cKey))
             cChanges.Leave(place, cKey);

@@ -17,10 +17,9 @@ namespace ravlo
 
 class CutChanges;
 
-// Follows the database: places the cuts it adds, moves those it modifies, takes out those it removes, saves
-// the main categories concerned and refreshes the library window. A notification is handled when nothing else
-// is under way; one that arrives inside a population, an edit or another notification waits until that is
-// done.
+// Follows the database: places the cuts it adds, moves those it modifies, removes those it removes, saves the
+// main categories concerned and refreshes the library window. A notification is handled when nothing else
+// runs; one that arrives during a population, an edit or another notification is queued until that ends.
 class Synchronisation : private DataBaseEvents
 {
     enum class Kind
@@ -40,19 +39,19 @@ public:
         Cuts colCuts;
     };
     using Waiting = std::deque<Notification>;
-    // What waits to be handled, which waits no longer: a tree that is about to be read knows of it already.
+    // Empties the queue and returns it: a tree that is about to be read already includes these changes.
     Waiting TakeWaiting() noexcept { return std::exchange(m_colWaiting, {}); }
-    // Listens to cDataBase from now on, and no longer to the one before. cOwner is kept alive while a
-    // notification is handled, and only then.
+    // Listens to cDataBase instead of the previous database. cOwner is kept alive while a notification is
+    // handled, and only then.
     void Follow(const std::shared_ptr<DataBase>& cDataBase, std::weak_ptr<void> cOwner);
-    // Listens to cDataBase again, whose tree stays: colWaiting is handled after all, and so is what it has
-    // announced since when it was followed all the time.
+    // Listens to cDataBase again, whose tree stays in use. Queues colWaiting, and what it has announced since
+    // if it was followed all the time.
     void FollowAgain(const std::shared_ptr<DataBase>& cDataBase, std::weak_ptr<void> cOwner,
                      Waiting colWaiting);
     void Stop() noexcept;
 
-    // While one exists notifications wait: for work that changes cuts itself, or that others must not
-    // interrupt.
+    // While one exists, notifications are queued: for work that changes cuts itself, or that must not be
+    // interrupted. Handles the queue when the last one ends.
     class Hold
     {
     public:

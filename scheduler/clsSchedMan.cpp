@@ -29,14 +29,14 @@ clsSchedMan::~clsSchedMan()
             return;
         my.cCategoryList.SaveChangedCatNames(*my.colMainCats, my.AppPath());
         my.cHistoryFiles.RetryAll(*my.colMainCats);
-        // The settings are the library's: when another manager has moved it to another folder since, they are
-        // that one's.
+        // The settings belong to the library: after another manager has moved it to another folder, they are
+        // that folder's.
         if (EqualIgnoringCase(my.AppPath(), my.cMod.ServedPath()))
             my.cMod.SaveSettings();
     }
     catch (...)
     {
-        // Errors at the end are ignored: there is nobody left to tell.
+        // Ignored at the end: nobody is left to report to.
     }
 }
 
@@ -72,7 +72,7 @@ try
 }
 catch (...)
 {
-    return nullptr; // errors are ignored here: hosts take nothing for "not there"
+    return nullptr; // errors are ignored: for hosts null means "not there"
 }
 
 // ---- files ----
@@ -99,7 +99,7 @@ bool clsSchedMan::SaveHistoryAndOrdering(const std::shared_ptr<clsCat>& cMainCat
         my.WritePendingPlayTimes();
         return my.colMainCats && my.cHistoryFiles.SaveAll(my.colMainCats);
     }
-    // The object of a tree from before a population, or of a category that was deleted, holds an old order.
+    // A category that was deleted, or is from before a population, has an old order.
     if (cMainCat->CatLevel() == 0 && !my.Contains(cMainCat))
     {
         my.cMod.WriteDebugLog(L"Not saved, it is no longer one of the categories: " + cMainCat->CatName());
@@ -158,8 +158,7 @@ std::shared_ptr<Cut> clsSchedMan::NextCutFromRotation(const std::wstring& strSub
         colMainCats.get(),
         {strSubCatKey, bMustBeOpener, cPrevSchedCut, bForEditablePlaylist, my.bRotatesAllowed},
         LiveContext(my.cMod, my.cPlayHistory, my.Serving()));
-    // The pick has pumped messages: a category that was deleted or reloaded meanwhile has no order to save
-    // any more.
+    // The pick has pumped messages: a category that was deleted or reloaded has no order to save.
     if (answer.bMovedCuts && my.Contains(answer.cMainCat))
     {
         const std::shared_ptr<CatCollection> colPresent = my.colMainCats;
@@ -179,8 +178,8 @@ void clsSchedMan::SetRotatesAllowed(bool bAllowed) noexcept { m_cParts->bRotates
 
 // ---- editing ----
 
-// Runs an edit of the tree. While a population builds the next tree an edit of the present one would be lost
-// with it, so it is refused.
+// Runs an edit of the tree. Refuses it during a population, since the present tree, and with it the edit,
+// would be replaced.
 template <class Result, class Body>
 Result clsSchedMan::Edit(const wchar_t* sTitle, Result failure, Body&& body)
 {
@@ -289,8 +288,8 @@ void clsSchedMan::DoMassCatChange(eCatDragOptions eCatDragOption, const Cats& co
 
 // ---- host and windows ----
 
-// No Call in the members that show something: it may show for hours, and the lines logged meanwhile belong
-// into the file at once. The manager stays alive all the same.
+// No Call in members that show something: they may run for hours, and lines logged in that time must be
+// written at once. They keep the manager alive themselves.
 
 void clsSchedMan::ShowHelp()
 {
@@ -341,7 +340,7 @@ void clsSchedMan::ReloadAll()
     }
     catch (...)
     {
-        m_cParts->cMod.LogError(L"ReloadAll", CurrentError()); // errors are ignored here, but not unseen
+        m_cParts->cMod.LogError(L"ReloadAll", CurrentError()); // not shown, only logged
     }
 }
 

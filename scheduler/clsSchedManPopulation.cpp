@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a manager comes to its tree.
+// Population: how a manager builds its tree.
 
 #include "base/CaseFolding.h"
 #include "base/ScopedFlag.h"
@@ -31,7 +31,7 @@ void clsSchedMan::PopulateFromDataBase(std::shared_ptr<ravlo::DataBase> cDataBas
     }
     TrapCritical(my.cMod, L"Error in PopulateFromDataBase [cSchedMan]", [&] {
         my.WritePendingPlayTimes();
-        // Its end handles what was announced meanwhile, when edits are served again.
+        // Queued notifications run when this goes out of scope; edits are allowed again by then.
         const Synchronisation::Hold cHold(my.cSync);
         PlacedCuts cPlacedCuts;
         Population cPopulation(my.cMod, my.cEvents, my.cCategoryList, my.cHistoryFiles, cPlacedCuts);
@@ -48,13 +48,13 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
 {
     Parts& my = *m_cParts;
     const ScopedFlag cPopulating(my.bPopulating);
-    // The files are about to be read again: they must hold the newest orders.
+    // The files will be read again, so they must contain the newest orders.
     if (const std::shared_ptr<CatCollection> colPresent = my.colMainCats)
     {
         my.cHistoryFiles.SavePending(*colPresent);
         my.cCategoryList.SaveBeforeReading(*colPresent, my.AppPath());
     }
-    // Remembered: another manager may move the library while messages are pumped.
+    // cMove remembers the folder: another manager may move the library while messages are pumped.
     FolderMove cMove(my.cMod, strAppPath);
     const std::wstring& sAppPath = cMove.AppPath();
     CreateFolders(my.cMod, sAppPath);
@@ -72,10 +72,10 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     if (const std::shared_ptr<CatCollection> colPresent = my.colMainCats;
         colPresent && !bSameFolder && my.cCategoryList.IsUnsaved(*colPresent))
         my.cCategoryList.SaveCatNames(colPresent.get(),
-                                      my.AppPath()); // the last occasion: shown when it fails
+                                      my.AppPath()); // the last chance to save it; a failure is shown
     std::unique_ptr<HeldFile> cMark = bMarked ? nullptr : MarkStationOrLog(my.cMod, sAppPath);
     std::shared_ptr<CatCollection> colNew = BuildTree(cDataBase, cPopulation, sAppPath, bSameFolder);
-    // From here on nobody else runs before the new tree is in use.
+    // From here on nothing else runs until the new tree is in use.
     my.colMainCats = std::move(colNew);
     if (my.cDataBase && my.cDataBase != cDataBase)
         my.cPlayHistory.Leave(my.cDataBase);
@@ -90,9 +90,9 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     return true;
 }
 
-// The present tree is served from its own database until the new one is built: a pick would otherwise send
-// another database's cut to the back, and a failing database would refuse the plays. When it fails, the
-// present tree's database is followed again.
+// Builds the new tree while picks and plays still use the present tree and its database: a pick must not use
+// another database's cuts, and plays must not depend on a database that may fail. On an error follows the
+// present database again.
 std::shared_ptr<CatCollection> clsSchedMan::BuildTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
                                                       Population& cPopulation, const std::wstring& sAppPath,
                                                       bool bSameFolder)

@@ -26,7 +26,7 @@ std::size_t LineLength(std::string_view bytes) noexcept
 
 int NoSpace(unsigned char) { return 0; } // blanks belong to their field
 
-// The parser is fed line by line, so that the line a row began on is known and can be gone back to.
+// Feeds the parser line by line, so that it can return to the line on which a row began.
 class Reader
 {
 public:
@@ -55,7 +55,7 @@ private:
         m_bInRow = false;
     }
 
-    // True after a bad row: reading has to continue after its first line.
+    // Returns true after a bad row: continue after its first line.
     bool ReadToEnd()
     {
         while (m_at < m_bytes.size())
@@ -126,7 +126,7 @@ private:
         m_cSink.OnRow(m_rowLine, std::span<const std::string>(m_fields).first(lFields));
     }
 
-    // The parser is C: no exception may pass through it.
+    // The parser is C code: no exception may pass through it.
     template <class Work> void KeepException(Work work) noexcept
     {
         if (m_thrown)

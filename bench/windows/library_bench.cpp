@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What the library window costs with n cuts, beside a bare list view of the same look that shows n rows of
-// one constant text; and its tree with n categories, beside a bare tree view. Prints a table and exits with 1
-// when a ratio is above its limit.
+// The cost of the library window with n cuts, compared with a bare list view of the same look that shows n
+// rows of one constant text; and of its tree with n categories, compared with a bare tree view. Prints a
+// table and exits with 1 when a ratio is above its limit.
 #include "bench/Radio.h"
 #include "platform/windows/WindowsPorts.h"
 #include "scheduler/clsSchedMan.h"
@@ -35,7 +35,7 @@ double Seconds()
     return static_cast<double>(lNow.QuadPart) / static_cast<double>(lFrequency.QuadPart);
 }
 
-// Milliseconds of the quickest of some rounds.
+// Milliseconds of the fastest of some rounds.
 double Quickest(const Work& work, int lRounds = 5)
 {
     double dBest = std::numeric_limits<double>::max();
@@ -233,7 +233,7 @@ struct Cost
     double dTime;
 };
 
-// What a key or a click costs when every row is selected. Up to 100 ms it is not felt.
+// The cost of a key or click when every row is selected. Up to 100 ms is not noticed.
 std::vector<Cost> CostsOfInput(const Station& cState)
 {
     const HWND hGrid = cState.Grid();
@@ -370,7 +370,7 @@ void Tick(HWND hTree, HTREEITEM hItem, bool bTick)
     ::SendMessageW(hTree, TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
 }
 
-// Everything that is waiting, painting included.
+// Processes all waiting messages, painting included.
 void RunMessages()
 {
     MSG message{};

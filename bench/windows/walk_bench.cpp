@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// What a walk over violators costs a cut, in nanoseconds, through the COM objects of the embedded database,
-// beside the same walk over the same database without COM. The first walk reads what no call has read before;
-// the ratio is of the later ones. Prints a table and exits with 1 when a ratio is above its limit.
+// The cost per cut, in nanoseconds, of a walk over violators through the COM objects of the embedded
+// database, compared with the same walk over the same database without COM. The first walk reads values that
+// no call has read before; the ratio is that of the later ones. Prints a table and exits with 1 when a ratio
+// is above its limit.
 #include "bench/Radio.h"
 #include "com/HostDatabase.h"
 #include "comkit/CutFace.h"
@@ -102,7 +103,7 @@ void Fill(const std::filesystem::path& path, std::int64_t cuts)
     for (std::int64_t i = 0; i < cuts; ++i)
     {
         colCuts.push_back(MadeUpCut(i));
-        colCuts.back()->AddCategoryName(L"Pop"); // placement them writes nothing, then
+        colCuts.back()->AddCategoryName(L"Pop"); // so that placing them writes nothing
         colCuts.back()->SetLastPlayed(cClock.Now() - 1);
     }
     store.AddCuts(colCuts);

@@ -7,7 +7,7 @@ namespace ravlo::fuzz
 namespace
 {
 
-// The attributes of a type, given back at the end.
+// The attributes of a type, released at the end.
 class Attributes
 {
 public:
@@ -35,7 +35,7 @@ Parameter ParameterOf(ITypeInfo& cInfo, const TYPEDESC& type)
 {
     Parameter parameter;
     const TYPEDESC* pType = &type;
-    // An object is a pointer already; one more pointer, or one to anything else, is by reference.
+    // An object is passed as a pointer; one more pointer, or a pointer to anything else, is by reference.
     if (pType->vt == VT_PTR && pType->lptdesc->vt != VT_USERDEFINED)
     {
         parameter.bByReference = true;

@@ -9,12 +9,12 @@
 namespace ravlo::fuzz
 {
 
-// What a parameter takes, by the type library.
+// The type of a parameter, from the type library.
 struct Parameter
 {
     VARTYPE vt = VT_VARIANT; // VT_DISPATCH for any object
     bool bByReference = false;
-    IID iid = IID_NULL; // of the object, where it is said
+    IID iid = IID_NULL; // of the object, if the type library names it
 };
 
 struct Member
@@ -26,7 +26,8 @@ struct Member
     std::vector<Parameter> colParameters;
 };
 
-// All that a host can create and call, read from the type libraries: what is added there is here at once.
+// Everything that a host can create and call, read from the type libraries, so that additions are covered at
+// once.
 struct Surface
 {
     std::vector<CLSID> colClasses;
@@ -34,7 +35,7 @@ struct Surface
 };
 Surface ReadSurface(const std::vector<GUID>& colLibraries);
 
-// The interface by which an object describes itself; IID_NULL when it does not.
+// The interface that an object describes itself with; IID_NULL when it does not.
 IID InterfaceOf(IDispatch& cObject);
 
 } // namespace ravlo::fuzz

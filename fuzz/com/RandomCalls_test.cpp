@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Random late-bound calls of every member of the type libraries, with values of any type and with the objects
-// that earlier calls gave. Each call ends: with a result, or with an error that has a text. When everything
-// is let go, no object of the servers lives on. A thousand calls as a rule, 100 000 with RAVLO_LONG;
-// RAVLO_SEED gives another course, and the calls before a crash are printed.
+// Random late-bound calls of every member of the type libraries, with values of any type and with objects
+// that earlier calls returned. Each call ends with a result, or with an error that has a text. After
+// everything is released, no object of the servers remains. A thousand calls by default, 100 000 with
+// RAVLO_LONG; RAVLO_SEED chooses other calls, and the calls before a crash are printed.
 #include "com/BoxAnswerer.h"
 #include "com/ComTest.h"
 #include "fuzz/com/RandomValues.h"
@@ -159,7 +159,8 @@ void Note(long lCall, const Member& member, const std::vector<Variant>& colArgum
 
 // ---- one call
 
-// A host's collection may contain itself: such a cycle is never released, and is the host's mistake.
+// A host's collection may contain itself. Such a cycle is never released, which is the host's mistake: not
+// tested.
 bool MakesRing(const Member& member, const Variant& cArgument)
 {
     if (member.iid != __uuidof(_clsCollection) && member.iid != __uuidof(_clsValueList))
@@ -171,7 +172,7 @@ bool MakesRing(const Member& member, const Variant& cArgument)
     return iid == __uuidof(_clsCollection) || iid == __uuidof(_clsValueList);
 }
 
-// Takes the objects out of an enumerator.
+// Keeps the objects of an enumerator.
 void KeepItems(RandomValues& cValues, const VARIANT& value)
 {
     const auto cItems = ObjectIn<IEnumVARIANT>(value);
@@ -242,10 +243,10 @@ void CallOnce(RandomValues& cValues, const Member& member, long lCall)
 class RandomCalls : public ComTest
 {
 protected:
-    // A station on the air, and one object of each class.
+    // A station on air, and one object of each class.
     void Begin(RandomValues& cValues, const fuzz::Surface& surface)
     {
-        SetCurrentDirectoryW(Folder().c_str()); // names without a folder stay in it
+        SetCurrentDirectoryW(Folder().c_str()); // files without a folder in their name are then created here
         std::ofstream csv(Folder() / "library.csv");
         csv << "path,artist,title,categories,level\n";
         for (int lCut = 1; lCut <= 30; ++lCut)

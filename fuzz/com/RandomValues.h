@@ -12,7 +12,7 @@
 namespace ravlo::fuzz
 {
 
-// Objects, texts and numbers that a host hands in at random. What calls give back is handed in again.
+// Random objects, texts and numbers of a host. Objects that calls return are passed in again.
 class RandomValues
 {
 public:
@@ -21,17 +21,17 @@ public:
     std::size_t Below(std::size_t count) { return m_cChance() % count; }
     bool OneIn(std::size_t count) { return Below(count) == 0; }
 
-    // Keeps an object among some hundred; the first ones are never replaced.
+    // Keeps an object among about a hundred; the first ones are never replaced.
     void Keep(const VARIANT& value);
     void KeepForEver(IDispatch* pObject);
-    // An object of that interface where there is one; any for IID_NULL. Null when there is none at all.
+    // An object of that interface if there is one; any for IID_NULL. Null when there is none at all.
     ComPtr<IDispatch> Object(REFIID iid);
 
-    // A value for a parameter: mostly one that fits.
+    // A value for a parameter; usually one of the right type.
     Variant For(const Parameter& parameter);
     std::wstring Text();
 
-    // Lets go of everything.
+    // Releases everything.
     void Clear();
 
 private:

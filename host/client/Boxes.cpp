@@ -19,7 +19,7 @@ std::wstring ClassOf(HWND hWindow)
     return {sClass, static_cast<std::size_t>(GetClassNameW(hWindow, sClass, std::size(sClass)))};
 }
 
-// What a dialog says: the text of its labels.
+// A dialog's text: that of its labels.
 std::wstring LabelsOf(HWND hBox)
 {
     std::wstring sText;
@@ -72,7 +72,7 @@ Boxes::~Boxes()
 LRESULT CALLBACK Boxes::OnMessage(int lCode, WPARAM wParam, LPARAM lParam) noexcept
 {
     const auto& message = *reinterpret_cast<const CWPRETSTRUCT*>(lParam);
-    // The system's own dialog class; its texts and buttons are there once it was initialised.
+    // The system's dialog class; after WM_INITDIALOG its texts and buttons exist.
     if (lCode == HC_ACTION && m_pOnly && message.message == WM_INITDIALOG &&
         ClassOf(message.hwnd) == L"#32770")
         m_pOnly->Answer(message.hwnd);

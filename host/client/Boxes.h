@@ -9,9 +9,9 @@
 namespace ravlo
 {
 
-// Answers the scheduler's message boxes where nobody can: while this lives, each box of this thread is
-// written to standard error and answered at once, so that nothing waits for a click. A question is answered
-// with No, an input with Cancel, anything else with OK. One at a time.
+// Answers the scheduler's message boxes when nobody is at the screen: while one exists, each box of this
+// thread is written to standard error and answered at once. Answers a question with No, an input with Cancel,
+// anything else with OK. At most one may exist.
 class Boxes
 {
 public:

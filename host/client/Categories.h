@@ -10,8 +10,8 @@
 namespace ravlo
 {
 
-// The categories of a populated scheduler. Throws HostError, or RuntimeError with the
-// scheduler's words.
+// The categories of a populated scheduler. Throws HostError, or RuntimeError with the scheduler's
+// description.
 class Categories
 {
 public:
@@ -21,9 +21,9 @@ public:
     Rotation Orders() const;
     // Throws when there is no such category.
     ComPtr<_clsCat> Find(const CategoryName& name) const;
-    // The level of that name, or all levels of a main category.
+    // The named level, or all levels of a named main category.
     std::vector<ComPtr<_clsCat>> LevelsOf(const CategoryName& name) const;
-    // With the name as the scheduler spells it.
+    // Uses the scheduler's spelling of the name.
     Target TargetOf(const CategoryName& name) const;
 
 private:
@@ -35,7 +35,7 @@ private:
 std::wstring NameOf(_clsCat& cCat);
 std::int32_t LevelOf(_clsCat& cCat); // 0: a main category
 
-// An empty collection of the scheduler's library, for what its members take.
+// An empty collection of the scheduler's library, to pass to its members.
 ComPtr<_clsCollection> NewCollection();
 void Append(_clsCollection& colItems, IDispatch& cItem);
 

@@ -9,8 +9,8 @@ namespace ravlo
 {
 
 // Each throws when it fails: HostError, or the errors of the scheduler and the database. Wrong file and
-// category names on the command line are found before anything is changed. After a later failure, what was
-// done before it stays: a moved cut, a new level.
+// category names on the command line are reported before anything is changed. After a later failure, what was
+// done before stays, such as a moved cut or a new level.
 
 // Reads a library into the database and prints the number of cuts.
 void RunImport(const ImportOptions& options, const Console& cOut, const Console& cError);
@@ -18,17 +18,15 @@ void RunImport(const ImportOptions& options, const Console& cOut, const Console&
 // Fills a day and prints its log and summary.
 void RunDay(const DayOptions& options, const Console& cOut, const Console& cError);
 
-// Imports cuts while a scheduler is open and shows what its rotation makes of them. Throws at its end when
-// the scheduler showed a box since the import began: the cuts are in the database, but something was not
-// saved.
+// Imports cuts while a scheduler is open and shows how its rotation changes. Throws at the end when the
+// scheduler showed a box since the import began: the cuts are in the database, but something was not saved.
 void RunWatch(const WatchOptions& options, const Boxes& cBoxes, const Console& cOut, const Console& cError);
 
-// Lists or changes categories. lExitDeclined when the question before a change was not answered with yes.
-// Throws also when a change was made but the scheduler showed a box: not all of it was saved.
+// Lists or changes categories. Returns lExitDeclined when the question before a change was not answered with
+// yes. Also throws when a change was made but the scheduler showed a box: not all of it was saved.
 int RunCats(const CatsOptions& options, const Boxes& cBoxes, const Console& cOut, const Console& cError);
 
-// Open one of the scheduler's windows and return when it is closed. What is chosen in the category window is
-// printed.
+// Open one of the scheduler's windows and return when it is closed. RunCategory prints what was chosen.
 void RunCategory(const CategoryOptions& options, const Console& cOut, const Console& cError);
 void RunLibrary(const LibraryOptions& options, const Console& cError);
 

@@ -54,7 +54,7 @@ std::optional<std::wstring> ReadAnswer()
     std::string bytes;
     char c = 0;
     DWORD lRead = 0;
-    // Byte by byte: what follows the line is somebody else's.
+    // Byte by byte: input after the line is not ours.
     while (ReadFile(hInput, &c, 1, &lRead, nullptr) && lRead == 1)
     {
         if (c == '\n')

@@ -22,7 +22,7 @@ public:
     ~Console();
 
     bool IsWindow() const noexcept { return m_bWindow; }
-    // Text that cannot be written is lost: there is nowhere to report it.
+    // Drops text that cannot be written: there is nowhere to report it.
     void Write(std::wstring_view sText) const;
 
 private:

@@ -15,7 +15,7 @@ namespace ravlo
 namespace
 {
 
-// What the dialog is opened with and what it leaves behind.
+// The dialog's input and result.
 struct Editing
 {
     HWND hOwner;
@@ -59,7 +59,7 @@ int ControlOf(CutField eField) noexcept
     return lCutLevel;
 }
 
-// Whether the fields could be taken; else says why and leads to the one that is wrong.
+// Reads the fields. Returns false when one is wrong, after saying why and moving the focus to it.
 bool Take(HWND hDialog, Editing& editing)
 {
     const auto taken =
@@ -143,8 +143,7 @@ void Announce(_clsCut& cCut, _clsDataBase& cDataBase)
     ThrowIfFailed(cDataBase.ModifyCuts(colCuts.Get(), &lCuts), cDataBase, __uuidof(_clsDataBase));
 }
 
-// All of it, or what the cut was before: a database that refuses one change must not leave the cut between
-// two places.
+// All or nothing: when the database refuses a change, the cut gets its old values back.
 void Change(_clsCut& cCut, _clsDataBase& cDataBase, const EditedCut& before, const EditedCut& after)
 {
     try
@@ -160,7 +159,7 @@ void Change(_clsCut& cCut, _clsDataBase& cDataBase, const EditedCut& before, con
         }
         catch (...)
         {
-            // Stops at the change that was refused, which is none; what came before it is as it was.
+            // Fails at the refused change, which had no effect; the ones before it are undone.
         }
         std::rethrow_exception(failure);
     }

@@ -18,8 +18,8 @@ inline constexpr int lCutCategories = 106;
 inline constexpr int lCutLevel = 107;
 inline constexpr int lCutOpener = 108;
 
-// Lets the user edit a cut, which the database then announces as modified, unless nothing was changed. False
-// when the user cancelled. Throws what the database says; the cut may then be changed in part.
+// Lets the user edit a cut, which the database then announces as modified, unless nothing was changed.
+// Returns false when the user cancelled. Throws the database's errors; the cut may then be changed in part.
 bool EditCut(HWND hOwner, _clsCut& cCut, _clsDataBase& cDataBase);
 
 } // namespace ravlo

@@ -6,7 +6,7 @@
 namespace ravlo
 {
 
-// Listens to the events of a COM object for as long as it lives. The object ignores what the handler throws.
+// Listens to the events of a COM object as long as it exists. The object ignores what the handler throws.
 class EventListener
 {
 public:
@@ -20,7 +20,7 @@ private:
     DWORD m_lCookie = 0;
 };
 
-// Listens to the progress events of the database or the scheduler for as long as it lives.
+// Listens to the progress events of the database or the scheduler as long as it exists.
 class ProgressListener
 {
 public:

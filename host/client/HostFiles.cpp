@@ -17,13 +17,13 @@ namespace
 
 WindowsFiles files;
 
-constexpr ULONGLONG lLookmS = 3000; // longer than a listing of a station takes
+constexpr ULONGLONG lLookmS = 3000; // longer than listing a station takes
 constexpr DWORD lBetweenLooksmS = 100;
 
 // The folder a full path lies in, without a trailing backslash.
 std::wstring FolderOf(const std::wstring& sPath) { return sPath.substr(0, sPath.find_last_of(L'\\')); }
 
-// What the file system says, under the name of the file.
+// Adds the file's name to errors of the file system.
 template <class Work> auto Named(const std::wstring& sPath, Work work)
 {
     try

@@ -17,7 +17,7 @@ LibraryPlays::LibraryPlays(MediaLibrary& cLibrary, bool bGather) : m_cLibrary(cL
 LibraryPlays::~LibraryPlays()
 {
     if (m_cGathered)
-        m_cGathered->EndGathering(); // who wants to know has written before
+        m_cGathered->EndGathering(); // callers that need the error call Write before
 }
 
 void LibraryPlays::Write()

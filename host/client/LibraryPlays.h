@@ -7,8 +7,8 @@
 namespace ravlo
 {
 
-// The library as the book of plays needs it. With bGather plays are written together where the database can
-// do that (IGatheredPlays), for as long as this lives; else each is on the disk when the scheduler has
+// The library as the book of plays needs it. With bGather plays are written together if the database can do
+// that (IGatheredPlays), as long as this exists; otherwise each is on the disk when the scheduler has
 // reported it.
 class LibraryPlays : public PlayStore
 {

@@ -14,17 +14,16 @@
 namespace ravlo
 {
 
-// Calls fVisit with every object of a collection, in its order.
+// Calls fVisit with every object of a collection, in order.
 void ForEach(_clsCollection& cCollection, const std::function<void(IDispatch& cItem)>& fVisit);
 
-// The embedded media database, used as any host uses it. Throws RuntimeError with the database's own
-// words.
+// The embedded media database, used as any host uses it. Throws RuntimeError with the database's description.
 class MediaLibrary
 {
 public:
     using Progress = std::function<void(const std::wstring& sText, long lCount, long lMax)>;
 
-    // A cut as far as planning needs to know it, and the database's object.
+    // What planning needs to know of a cut, and the database's object.
     struct Entry
     {
         ComPtr<_clsCut> cCut;
@@ -41,11 +40,11 @@ public:
 
     // Makes the file when it is missing.
     void Open(const std::wstring& sFile);
-    // The number of cuts; sReport receives what the database told about the import when it was done.
+    // Returns the number of cuts; sReport receives the database's report of the import.
     std::int32_t ImportCsv(const std::wstring& sFile, const Progress& progress, std::wstring& sReport);
     // Every cut, in the database's order.
     std::vector<Entry> Entries() const;
-    // Has the database take in and announce what other programs have changed in its file.
+    // Makes the database read, and announce, other programs' changes of its file.
     void TakeInChanges();
     ComPtr<_clsCut> NewCut() const;
     _clsDataBase& Object() const noexcept { return *m_cDataBase; }

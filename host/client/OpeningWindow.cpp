@@ -13,7 +13,7 @@ constexpr ULONGLONG lLeastTicks = 50;
 
 INT_PTR CALLBACK OnMessage(HWND, UINT lMessage, WPARAM, LPARAM)
 {
-    return lMessage == WM_INITDIALOG ? TRUE : FALSE; // it has no button, and the opening cannot be given up
+    return lMessage == WM_INITDIALOG ? TRUE : FALSE; // it has no button: the opening cannot be cancelled
 }
 
 } // namespace

@@ -13,8 +13,8 @@ inline constexpr int lOpeningDialog = 200;
 inline constexpr int lOpeningText = 201;
 inline constexpr int lOpeningBar = 202;
 
-// A small window that says how far a station's opening is, so that something is on the screen while a large
-// one is read. It is there as long as this lives.
+// A small window with the progress of opening a station, so that something is on the screen while a large one
+// is read. Visible as long as it exists.
 class OpeningWindow
 {
 public:
@@ -23,7 +23,7 @@ public:
     OpeningWindow& operator=(const OpeningWindow&) = delete;
     ~OpeningWindow();
 
-    // lMax 0: how much there is to do is not known.
+    // lMax 0: the total is not known.
     void Show(const std::wstring& sText, long lCount, long lMax);
     HWND Handle() const noexcept { return m_hWindow; }
 

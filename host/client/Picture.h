@@ -9,8 +9,8 @@
 namespace ravlo
 {
 
-// Takes a picture of the next window that this thread shows, as soon as it is complete, and closes it: for
-// documents, and for machines where nobody can see it. Nothing happens without a file name.
+// Takes a picture of the next window that this thread shows, once it is complete, and closes it: for
+// documents, and for machines without a user. Does nothing without a file name.
 class Picture
 {
 public:
@@ -33,7 +33,7 @@ private:
     std::wstring m_sFile;
     Close m_close;
     UINT_PTR m_lTimer = 0;
-    int m_lQuiet = 0; // looks in a row at which nothing was left to do
+    int m_lQuiet = 0; // consecutive checks that found nothing left to do
     bool m_bTaken = false;
     bool m_bDone = false;
 };

@@ -10,14 +10,14 @@
 namespace ravlo
 {
 
-// A library's record of earlier days: its cuts that were played, oldest first. The entries belong to the
-// caller and must outlive this.
+// A library's record of earlier days: its cuts that were played, oldest first. Refers to the caller's
+// entries, which must outlive it.
 class Plays
 {
 public:
     explicit Plays(const std::vector<MediaLibrary::Entry>& entries);
 
-    // Returns when the next cut starts: at the end of the last play, so that one day continues the other; now
+    // Returns when the next cut starts: at the end of the last play, so that one day follows the other; now
     // when nothing was played yet.
     DateTime End() const;
     // Reports every play to the scheduler and the gaps.

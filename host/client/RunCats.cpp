@@ -43,9 +43,9 @@ private:
     int Delete();
     int Transfer();
 
-    // Throws what the scheduler says of a call that failed.
+    // Throws the scheduler's error for a call that failed.
     void Check(HRESULT hResult) const { ThrowIfFailed(hResult, m_cManager, __uuidof(_clsSchedMan)); }
-    // Throws sFailure when the scheduler has shown a box since the station was open.
+    // Throws sFailure when the scheduler has shown a box since the station was opened.
     void NoBoxMustHaveCome(const std::wstring& sFailure) const;
     bool Confirmed(const std::wstring& sQuestion) const;
     std::vector<Target> Targets() const;
@@ -177,7 +177,7 @@ void CatsRun::New()
 {
     Bstr sName;
     BSTR* psName = sName.Receive();
-    *psName = NewBstr(m_options.sNewName); // goes in, and comes back as the category was named
+    *psName = NewBstr(m_options.sNewName); // in: the wanted name; out: the name as created
     VARIANT_BOOL bMade = VARIANT_FALSE;
     const HRESULT hResult = m_cManager.CreateMainCat(psName, &bMade);
     Check(hResult);
@@ -187,8 +187,7 @@ void CatsRun::New()
     m_cOut.Write(L"Made the category " + sName.Text() + L" with level 1\n");
 }
 
-// The scheduler's own member for this asks a person for the number; a host that knows it makes the level
-// itself.
+// The scheduler's own member asks the user for the number; a host that knows it creates the level itself.
 void CatsRun::Level()
 {
     const auto& name = m_options.categories.front();
@@ -274,7 +273,7 @@ std::vector<ComPtr<_clsCut>> CatsRun::CutsMeant(_clsCollection& colLevels) const
     return cuts;
 }
 
-// The cuts whose own level is not the target's: they would not stay there.
+// The cuts whose own level is not the target's: a copy would not stay there.
 std::vector<ComPtr<_clsCut>> CatsRun::CutsOfOtherLevels(const std::vector<ComPtr<_clsCut>>& cuts) const
 {
     std::vector<ComPtr<_clsCut>> others;
@@ -288,7 +287,7 @@ std::vector<ComPtr<_clsCut>> CatsRun::CutsOfOtherLevels(const std::vector<ComPtr
     return others;
 }
 
-// Reports the cuts that a copy into a level left out, one a line.
+// Lists the cuts that a copy into a level left out, one per line.
 void CatsRun::TellRefused(const std::vector<ComPtr<_clsCut>>& refused, const std::wstring& sTo) const
 {
     for (const auto& cCut : refused)

@@ -22,7 +22,7 @@ namespace
 
 constexpr int lHoursOfADay = 24;
 
-// What is to be filled; exactly one of the two lists is used.
+// The slots to fill; exactly one of the two lists is used.
 struct Request
 {
     std::vector<Slot> clock;
@@ -39,7 +39,7 @@ LevelsInUse LevelsOf(const std::vector<MediaLibrary::Entry>& entries)
     return levels;
 }
 
-// The slot or clock file, which is looked at whole before the database is.
+// Reads the slot or clock file, completely before the database is opened.
 Request RequestFromFiles(const DayOptions& options)
 {
     Request request;
@@ -55,7 +55,7 @@ Request RequestFromFiles(const DayOptions& options)
     return request;
 }
 
-// Fits the request to what the library holds.
+// Completes the request from the library and checks its levels.
 void Complete(Request& request, const DayOptions& options, const std::vector<MediaLibrary::Entry>& entries)
 {
     const auto levels = LevelsOf(entries);
@@ -84,7 +84,7 @@ void Fill(Day& day, const Request& request, const DayOptions& options, DayMaker&
     }
 }
 
-// What went wrong at the steps of a run that go on after each other's failure.
+// Collects the errors of a run's final steps, each of which runs even when another fails.
 class Failures
 {
 public:
@@ -159,7 +159,7 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
         book.Tick();
         line.Show(L"Filling the day: " + DecimalText(static_cast<std::int64_t>(dDone * 100)) + L" %");
     });
-    // The log comes before what may fail: it says what was aired, whether that could be saved or not.
+    // The log comes first: it tells what was aired, whether that could be saved or not.
     Day day;
     Failures failures;
     failures.Try([&] { Fill(day, request, options, maker); });

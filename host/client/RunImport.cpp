@@ -13,7 +13,7 @@ namespace ravlo
 namespace
 {
 
-// Takes away the database that this run made, unless the run came to its end.
+// Deletes the database that this run created, unless the run was completed.
 class UndoNewDataBase
 {
 public:

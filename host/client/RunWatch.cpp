@@ -39,7 +39,7 @@ void Import(MediaLibrary& cLibrary, Scheduler& cScheduler, const std::wstring& s
     cLine.Clear();
 }
 
-// Plays from the level in which a new cut comes up first, so that new ones are seen to play in their turn.
+// Plays from the level in which a new cut comes up first, to show new cuts in rotation.
 void PlayNew(const Rotation& rotation, const LevelChange& level, const WatchOptions& options,
              Scheduler& cScheduler, Gaps& cGaps, DateTime dtStart, const Console& cOut)
 {
@@ -61,7 +61,7 @@ void PlayNew(const Rotation& rotation, const LevelChange& level, const WatchOpti
     cScheduler.SaveOrders();
 }
 
-// The number of boxes that had come when the import began.
+// Returns the number of boxes before the import began.
 std::size_t Watch(const WatchOptions& options, const Boxes& cBoxes, const Console& cOut,
                   const Console& cError)
 {
@@ -107,7 +107,7 @@ std::size_t Watch(const WatchOptions& options, const Boxes& cBoxes, const Consol
 void RunWatch(const WatchOptions& options, const Boxes& cBoxes, const Console& cOut, const Console& cError)
 {
     const auto lBoxesBefore = Watch(options, cBoxes, cOut, cError);
-    // The scheduler is closed by now: what it saves at its end counts as well.
+    // The scheduler is closed now, so boxes from its final save count too.
     if (cBoxes.Count() > lBoxesBefore)
         throw HostError(L"the cuts were imported, but the scheduler could not save everything");
 }

@@ -23,10 +23,10 @@ namespace
 // The scheduler's events that a host with windows answers.
 constexpr DISPID lShowHelpEvent = 1;
 constexpr DISPID lRequestEditCut = 5;
-// What RequestEditCut's Result says when nothing was changed.
+// RequestEditCut's Result when nothing was changed.
 constexpr std::int32_t lCancelled = 2;
 
-// Lines of one length that a box does not break, under a heading each.
+// Headings with lines short enough not to be wrapped by a box.
 constexpr const wchar_t* sHelp =
     L"In the tree\n"
     L"Enter shows a category or level. Space ticks it.\n"
@@ -39,7 +39,7 @@ constexpr const wchar_t* sHelp =
     L"Everywhere\n"
     L"Ctrl+S saves all. F6 goes to the next pane. Esc ends a drag.";
 
-// A populated station with the windows' events answered as a playout program answers them.
+// A populated station that answers the windows' events as a playout program does.
 class Desk
 {
 public:
@@ -67,7 +67,7 @@ private:
     template <class Options> void OpenStation(const Options& options, const Console& cError)
     {
         std::optional<OpeningWindow> window;
-        if (options.sPicture.empty()) // else it would be the one whose picture is taken
+        if (options.sPicture.empty()) // otherwise the picture would be of this window
             window.emplace();
         m_cLibrary.Open(FullPath(options.sDataBase));
         const auto sAppFolder = FullPath(options.sAppFolder);
@@ -101,7 +101,7 @@ private:
         if (!cCut || result.vt != (VT_BYREF | VT_VARIANT))
             return;
         const HWND hOwner = ::GetActiveWindow();
-        bool bEdited = true; // also when it fails: the cut may be changed in part
+        bool bEdited = true; // also after an error: the cut may be changed in part
         try
         {
             bEdited = EditCut(hOwner, *cCut, m_cLibrary.Object());
@@ -131,7 +131,7 @@ void Check(HRESULT hResult, _clsSchedMan& cManager)
 void CloseWithOk(HWND hWindow) { ::PostMessageW(hWindow, WM_COMMAND, IDOK, 0); }
 void CloseByItsBox(HWND hWindow) { ::PostMessageW(hWindow, WM_CLOSE, 0, 0); }
 
-// What the category window is opened with and answers.
+// The category window's input and result.
 struct Choice
 {
     ComPtr<_clsCat> cMainCat;

@@ -78,8 +78,8 @@ Playout::Answer Scheduler::Play(const Slot& slot, DateTime dtStart)
 
 ComPtr<_clsCut> Scheduler::Pick(const Slot& slot, DateTime dtStart)
 {
-    // Separations are measured at the end of the previous cut. One that starts at dtStart and lasts no time
-    // says outright when the slot starts, also after a gap.
+    // Separations are measured at the end of the previous cut. A cut without duration that starts at dtStart
+    // sets that time directly, also after a gap.
     const auto cPrevious = m_cLibrary.NewCut();
     ThrowIfFailed(cPrevious->put_LastPlayed(dtStart));
     ComPtr<_clsCat> cMainCat;
@@ -99,8 +99,7 @@ void Scheduler::SaveOrders()
 {
     if (Save(nullptr))
         return;
-    // A main category without a cut has no order to save and makes the answer false as well: see which ones
-    // failed.
+    // A main category without cuts has no order to save and also gives false: find the ones that failed.
     ComPtr<_clsCollection> cMainCats;
     ThrowIfFailed(m_cManager->get_colMainCats(cMainCats.Receive()));
     std::wstring sFailed;

@@ -15,19 +15,19 @@ namespace ravlo
 PlayedCut PlayedCutOf(_clsCut& cCut);
 std::wstring PathOf(_clsCut& cCut);
 
-// The scheduler, used as any host uses it: populated once, told what was played before, asked slot by slot.
+// The scheduler, used as any host uses it: populated once, given the earlier plays, asked slot by slot.
 class Scheduler : public Playout
 {
 public:
-    // bSaveEach: every pick saves its category's rotation order. Else SaveOrders does, once.
+    // bSaveEach: every pick saves its category's rotation order; otherwise SaveOrders does, once.
     Scheduler(MediaLibrary& cLibrary, bool bSaveEach);
 
     void Populate(const std::wstring& sAppFolder, const MediaLibrary::Progress& progress);
     // Passes on the scheduler's progress events while the result lives.
     ProgressListener Follow(ProgressListener::Handlers handlers);
-    // From now on enters each play in the book as well. Precondition: the book outlives this.
+    // Also enters each play in the book from now on. Precondition: the book outlives this.
     void KeepBook(PlayBook& cBook) noexcept { m_pBook = &cBook; }
-    // Reports a recorded play. Precondition: calls in ascending order of the plays' times.
+    // Reports a recorded play. Precondition: called in ascending order of the plays' times.
     void Remember(_clsCut& cCut);
     Answer Play(const Slot& slot, DateTime dtStart) override;
     // Throws HostError, naming the categories, when orders could not be saved.

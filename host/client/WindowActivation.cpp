@@ -49,7 +49,7 @@ void CALLBACK WindowActivation::OnTimer(HWND, UINT, UINT_PTR lTimer, DWORD) noex
     }
     catch (...)
     {
-        // There is nobody to tell; the next activation tries again.
+        // Nobody to report to; the next activation tries again.
     }
 }
 

@@ -8,7 +8,7 @@
 namespace ravlo
 {
 
-// Calls a handler when the user returns to this thread's windows from another program. One at a time.
+// Calls a handler when the user returns to this thread's windows from another program. At most one may exist.
 class WindowActivation
 {
 public:

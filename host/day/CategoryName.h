@@ -10,8 +10,8 @@ namespace ravlo
 {
 
 // A category as the command line names it: "rock" is the main category with all its levels, "rock:2" one of
-// its levels. The scheduler makes no category with a colon in its name, but a database may bring one: "Talk:
-// News" is a main category, since no number follows its colon. Of "Talk:7" only the levels can be named:
+// its levels. The scheduler creates no category with a colon in its name, but a database may contain one.
+// "Talk: News" is a main category, since no number follows its colon. Of "Talk:7" only levels can be named:
 // "Talk:7:1".
 struct CategoryName
 {
@@ -20,21 +20,21 @@ struct CategoryName
     friend bool operator==(const CategoryName&, const CategoryName&) = default;
 };
 
-// Throws HostError when there is no name, or the number after the last colon is no level's: they count
-// from 1.
+// Throws HostError when there is no name, or the number after the last colon is not a level number (1 or
+// more).
 CategoryName ParseCategoryName(const std::wstring& sText);
 
 // "rock" or "rock:2", as the command line takes it.
 std::wstring TextOf(const CategoryName& name);
 
-// Why the scheduler could not keep a category of that name, as a sentence; empty when it can. Its name
-// becomes a file name, and a number would be taken for a position.
+// Why the scheduler could not keep a category of that name, as a sentence; empty when it can. The name
+// becomes a file name, and a number would be read as a position.
 std::wstring WhyNoCategory(const std::wstring& sName);
 
-// A level number that can be made by hand: 1 to 32764.
+// The largest level number that a user can create; the smallest is 1.
 inline constexpr std::int32_t lMostLevel = 32764;
 
-// A category that is to be shuffled, emptied or deleted.
+// A category to shuffle, empty or delete.
 struct Target
 {
     CategoryName name;
@@ -44,7 +44,7 @@ struct Target
 // "rock:2 (250 cuts), pop (1448 cuts)"
 std::wstring TextOf(const std::vector<Target>& targets);
 
-// Whether what a person typed means yes: "y" or "yes" in any case, blanks around it.
+// Whether the input means yes: "y" or "yes" in any case, with blanks around it.
 bool IsYes(const std::wstring& sAnswer);
 
 } // namespace ravlo

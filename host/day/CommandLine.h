@@ -15,7 +15,7 @@ namespace ravlo
 inline constexpr int lExitOk = 0;
 inline constexpr int lExitFailed = 1;
 inline constexpr int lExitUsage = 2;
-inline constexpr int lExitDeclined = 3; // the question was not answered with yes, and nothing was changed
+inline constexpr int lExitDeclined = 3; // the question was not answered with yes; nothing was changed
 
 struct ImportOptions
 {
@@ -64,11 +64,11 @@ struct CatsOptions
     std::wstring sDataBase;
     std::wstring sAppFolder;
     std::wstring sNewName;                // New
-    std::vector<CategoryName> categories; // what is listed, changed or moved out of; Level: the category
+    std::vector<CategoryName> categories; // to list, change or move out of; Level: the category
     std::int32_t lLevel = 0;              // Level: the number of the new one
     CategoryName to;                      // Move and Copy
-    std::vector<std::wstring> cuts;       // Move and Copy: the paths of the cuts meant; empty: all of them
-    bool bExclusive = false;              // Move: out of every other category as well
+    std::vector<std::wstring> cuts;       // the paths of the cuts; empty: all of them
+    bool bExclusive = false;              // Move: also remove from every other category
     bool bYes = false;                    // without a question
     int lFirst = 0;                       // List: how many cuts of a level at most; 0: all
     bool bProgress = false;
@@ -81,7 +81,7 @@ struct CategoryOptions
     std::wstring sAppFolder;
     std::wstring sPicture; // a PNG file: take a picture of the window and close it; empty: a person closes it
     std::wstring sCaption;
-    std::optional<CategoryName> category; // what is chosen at first
+    std::optional<CategoryName> category; // the initial choice
     std::wstring sCut; // with bMultiSelect: the path of the cut whose categories are chosen
     bool bAllowNew = false;
     bool bMultiSelect = false;
@@ -97,7 +97,7 @@ struct LibraryOptions
     bool bProgress = false;
 };
 
-// Answered by the command line itself: help, version, or what is wrong with it, ready to print.
+// An answer of the command line itself: help, version, or an error, ready to print.
 struct Reply
 {
     int lStatus = lExitOk;

@@ -11,7 +11,7 @@
 namespace ravlo
 {
 
-// What a host knows of a cut it was given.
+// The values of a cut that a host received.
 struct PlayedCut
 {
     std::wstring sArtist;
@@ -21,27 +21,27 @@ struct PlayedCut
     std::int32_t lDurationmS = 0;
 };
 
-// One slot of the day and what fills it.
+// One slot of the day and its cut.
 struct LogRow
 {
     DateTime dtStart = 0;
     Slot slot;
-    std::int32_t lKind = 0;               // the cut's kind code, which says why it is that cut
-    std::optional<PlayedCut> cut;         // nothing: a placeholder came back, the slot is empty
-    std::optional<double> dArtistGapMins; // since the artist's play before; nothing when there is none known
+    std::int32_t lKind = 0;               // the cut's kind code: why this cut
+    std::optional<PlayedCut> cut;         // nothing: a placeholder; the slot is empty
+    std::optional<double> dArtistGapMins; // since the artist's previous play; nothing when none is known
     std::optional<double> dTitleGapMins;
 };
 
 // "2.50": minutes with two decimals.
 std::wstring MinutesText(double dMins);
 
-// The whole log: UTF-8, one heading line, lines end with LF, fields quoted as RFC 4180 says.
+// The whole log: UTF-8, one heading line, lines ended with LF, fields quoted as in RFC 4180.
 std::string LogCsv(const std::vector<LogRow>& rows);
 
-// One row for a person to read.
+// One row as text for people.
 std::wstring LogLine(const LogRow& row);
 
-// What became of the day in a few lines, each ended with LF: slots, kinds, smallest gaps, begin and end.
+// A summary of the day in a few lines, each ended with LF: slots, kinds, smallest gaps, begin and end.
 std::wstring Summary(const std::vector<LogRow>& rows, DateTime dtEnd);
 
 } // namespace ravlo

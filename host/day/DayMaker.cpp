@@ -17,7 +17,7 @@ std::int64_t WholeMilliseconds(DateTime dtWhen) noexcept { return std::llround(d
 
 } // namespace
 
-// Through whole milliseconds, so that a day's sum of durations gathers no rounding errors.
+// Computed in whole milliseconds, so that sums of durations gather no rounding errors.
 DateTime Later(DateTime dtWhen, std::int64_t milliseconds) noexcept
 {
     return static_cast<double>(WholeMilliseconds(dtWhen) + milliseconds) / dDaymS;
@@ -44,7 +44,7 @@ std::optional<double> Gaps::MinsSince(const LastPlays& plays, const std::wstring
     const auto found = sName.empty() ? plays.end() : plays.find(TextKey(sName));
     if (found == plays.end())
         return std::nullopt;
-    // A log made for a time before the recorded plays keeps its distance from them as well.
+    // A log for a time before the recorded plays also keeps the distance from them.
     return static_cast<double>(std::llabs(WholeSeconds(dtStart) - WholeSeconds(found->second))) / 60.0;
 }
 

@@ -23,12 +23,11 @@ public:
     };
 
     virtual ~Playout() = default;
-    // Asks for the cut of a slot that starts at dtStart, and reports a real one as played then.
+    // Asks for the cut of a slot that starts at dtStart, and reports a real cut as played at that time.
     virtual Answer Play(const Slot& slot, DateTime dtStart) = 0;
 };
 
-// When each artist and title was last heard, so that the log can show the gaps. Names compare without regard
-// to case.
+// The last play of each artist and title, for the gaps in the log. Names ignore case.
 class Gaps
 {
 public:
@@ -53,13 +52,12 @@ struct Day
     DateTime dtEnd = 0; // when the last slot's cut ends
 };
 
-// Fills slots through a playout, each cut starting when the one before ends or at its slot's own time. Each
-// slot is added to the caller's day as it is filled, so that what was aired before a failure is there to be
-// told.
+// Fills slots through a playout; each cut starts when the previous one ends, or at its slot's own time. Adds
+// each slot to the caller's day as it is filled, so that after a failure the caller knows what was aired.
 class DayMaker
 {
 public:
-    // Told after each slot: how far the day is, from 0 to 1.
+    // Called after each slot with the part of the day that is done, 0 to 1.
     using Progress = std::function<void(double dDone)>;
 
     DayMaker(Playout& cPlayout, Gaps& cGaps, Progress progress)
@@ -67,14 +65,14 @@ public:
     {
     }
 
-    // The slots of a clock, from dtStart on, until one would start at dtEnd or later.
+    // Fills the slots of a clock from dtStart on, until one would start at dtEnd or later.
     void FromClock(Day& day, const std::vector<Slot>& clock, DateTime dtStart, DateTime dtEnd);
-    // lCount slots of one kind, one after the other.
+    // Fills lCount equal slots, one after the other.
     void Repeated(Day& day, const Slot& slot, DateTime dtStart, int lCount);
     void FromSlots(Day& day, const std::vector<TimedSlot>& slots);
 
 private:
-    // Appends the slot's row and gives the time at which its cut ends.
+    // Appends the slot's row and returns when its cut ends.
     DateTime Fill(Day& day, const Slot& slot, DateTime dtStart);
 
     Playout& m_cPlayout;
@@ -82,7 +80,7 @@ private:
     Progress m_progress;
 };
 
-// How long a slot is taken to last that stays empty, or whose cut has no duration, so that a clock moves on.
+// The assumed length of an empty slot, and of a cut without a duration, so that a clock advances.
 inline constexpr std::int32_t lEmptySlotmS = 3 * 60 * 1000;
 
 // The moment lMilliseconds later.

@@ -19,7 +19,7 @@ class LevelsInUse
 public:
     void Add(const std::wstring& sCategory, std::int32_t lLevel);
     bool Contains(const std::wstring& sCategory, std::int32_t lLevel) const;
-    // One slot for each level, in the order of names and levels: the clock of someone who has none.
+    // One slot for each level, in the order of names and levels: the default clock.
     std::vector<Slot> RoundOfAll() const;
 
 private:
@@ -39,8 +39,8 @@ private:
 // Throws HostError, naming sName and the line, for the first slot whose level contains no cut.
 void CheckLevels(const std::vector<Slot>& slots, const LevelsInUse& levels, const std::wstring& sName);
 
-// Only the slots from dtStart on (all of them without one), and of these only those in the lHours after the
-// start, or after the first of them.
+// The slots from dtStart on (all of them without one), limited to lHours after dtStart, or after the first of
+// them.
 std::vector<TimedSlot> SlotsWithin(const std::vector<TimedSlot>& slots, std::optional<DateTime> dtStart,
                                    std::optional<int> lHours);
 

@@ -8,8 +8,8 @@
 namespace ravlo
 {
 
-// The work cannot be done; the description is one line for the person at the console. The number says
-// nothing.
+// The work cannot be done. The description is one line for the user at the console; the number has no
+// meaning.
 class HostError : public RuntimeError
 {
 public:

@@ -67,7 +67,7 @@ PlayBook::Attempt PlayBook::BringIn()
     {
         const std::wstring sKey = play.first.Text();
         const DateTime dtWhen = play.second;
-        // One refusal says enough: each further one would wait for the same lock.
+        // One refusal is enough: each further one would wait for the same lock.
         if (!m_cStore.Has(sKey, dtWhen) &&
             (!attempt.sReason.empty() || !Try([&] { m_cStore.Put(sKey, dtWhen); })))
             ++attempt.missing;

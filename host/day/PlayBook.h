@@ -12,26 +12,25 @@
 namespace ravlo
 {
 
-// The media database as the book of plays needs it. What it cannot do throws RuntimeError; 70 means that
-// another program is writing just now.
+// The media database as the book of plays needs it. Throws RuntimeError; 70 means that another program is
+// writing at the moment.
 class PlayStore
 {
 public:
     virtual ~PlayStore() = default;
-    // Brings the plays that the database has only gathered so far onto the disk, all or none.
+    // Writes the plays that the database has only gathered so far to the disk, all or none.
     virtual void Write() = 0;
-    // Whether the cut with this key has the time as that of its last play; true as well when there is no such
-    // cut.
+    // Whether dtWhen is the cut's last-played time; also true when there is no such cut.
     virtual bool Has(const std::wstring& sKey, DateTime dtWhen) = 0;
     virtual void Put(const std::wstring& sKey, DateTime dtWhen) = 0;
 };
 
-// The plays of one run, and whether the database has them. The scheduler reports each play to the database;
-// while that refuses a write, the run goes on, and this brings in afterwards what is missing.
+// The plays of one run, and whether the database has them. The scheduler reports each play to the database.
+// While the database refuses a write, the run continues, and the book adds the missing plays afterwards.
 class PlayBook
 {
 public:
-    // Time that passes, in milliseconds, and a way to let some pass.
+    // A clock in milliseconds, and a way to wait.
     struct World
     {
         std::function<std::int64_t()> ticks;
@@ -42,23 +41,23 @@ public:
     // A play that was reported to the scheduler.
     void Add(const std::wstring& sKey, DateTime dtWhen);
 
-    // To be called between plays: writes when a second has passed since the last attempt, so that a power cut
-    // loses a second's plays at most. A failure is kept for later.
+    // Call between plays. Writes when a second has passed since the last attempt, so that a power cut loses
+    // the plays of one second at most. A failure is kept for later.
     void Tick();
 
-    // Brings in what is missing. While another program is writing, waits for up to half a minute and calls
-    // waiting, which may tell the user; any other failure ends the attempts at once. Empty when the database
-    // has every play, else how many are missing and why.
+    // Adds the missing plays. While another program is writing, retries for up to half a minute and calls
+    // waiting, which may tell the user; any other failure ends the attempts at once. Returns an empty text
+    // when the database has every play, else how many are missing and why.
     std::wstring Settle(const std::function<void()>& waiting);
 
 private:
     struct Attempt
     {
         std::size_t missing = 0;
-        bool bBusy = false; // and nothing worse
+        bool bBusy = false; // the only failure was 70
         std::wstring sReason;
     };
-    using Plays = std::unordered_map<TextKey, DateTime>; // the last one of each cut
+    using Plays = std::unordered_map<TextKey, DateTime>; // the last play of each cut
     std::int64_t Now() const { return m_world.ticks(); }
     Attempt BringIn();
     void Write();
@@ -67,7 +66,7 @@ private:
     World m_world;
     std::int64_t m_tried; // when a write was last tried
     Plays m_plays;
-    Plays m_unwritten; // those since the last write
+    Plays m_unwritten; // the plays since the last write
 };
 
 } // namespace ravlo

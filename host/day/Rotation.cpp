@@ -64,7 +64,7 @@ RotationChange ChangeBetween(const Rotation& before, const Rotation& after)
 {
     RotationChange change;
     const auto keysBefore = KeysOf(before);
-    Keys joined; // known cuts that came into a level
+    Keys joined; // known cuts that joined a level
     Keys fresh;
     for (const auto& level : after)
     {

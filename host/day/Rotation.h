@@ -16,11 +16,11 @@ namespace ravlo
 // Texts, each once, ignoring case.
 using Keys = std::unordered_set<TextKey>;
 
-// A category level and its cuts in rotation order: the first one is examined first.
+// A category level and its cuts in rotation order; the first one is examined next.
 struct LevelOrder
 {
     std::wstring sCategory;
-    std::int32_t lLevel = 0; // 0: a main category without any level, which holds no cuts
+    std::int32_t lLevel = 0; // 0: a main category without levels, and so without cuts
     std::int32_t lAverageRunTimemS = 0;
     std::vector<PlayedCut> cuts;
 };
@@ -41,7 +41,7 @@ struct LevelChange
 // The change of all levels.
 struct RotationChange
 {
-    std::vector<LevelChange> levels; // present ones in their order, then removed ones
+    std::vector<LevelChange> levels; // existing ones in their order
     std::size_t lNew = 0;            // cuts in a level that were in none before
     std::size_t moved = 0;           // cuts in other levels than before
     std::size_t gone = 0;            // cuts in no level any more
@@ -49,24 +49,25 @@ struct RotationChange
 
 RotationChange ChangeBetween(const Rotation& before, const Rotation& after);
 
-// Without the levels that hold as many cuts as before and no new one.
+// Without the levels that have as many cuts as before and no new one.
 RotationChange OnlyChanged(RotationChange change);
 
-// The level whose first new cut has the fewest cuts in front of it; null when no cut is new anywhere.
+// The level whose first new cut has the fewest cuts before it; null when no level has a new cut.
 const LevelChange* SoonestNew(const RotationChange& change);
 
-// The levels with their cuts before and after and the places of the new ones, headed, each line ended with
-// LF.
+// A table of the levels: cuts before and after, positions of the new ones. With a heading; each line ended
+// with LF.
 std::wstring ChangeTable(const RotationChange& change);
 
 // "3, 5-9, 12": ascending places, neighbours joined.
 std::wstring PlacesText(const std::vector<std::size_t>& places);
 
-// The rotation from its first cut on, at most lMost cuts (0: all), one line each; "new"
-// ends the line of a new one.
+// The rotation from its first cut on, at most `most` cuts (0: all), one line each; "new" ends the line of a
+// new one.
 std::wstring OrderLines(const LevelOrder& order, const std::vector<std::size_t>& newAt, std::size_t most);
 
-// The levels with their numbers of cuts and average run times, headed, and a line that counts them.
+// A table of the levels with their numbers of cuts and average run times, with a heading and a line that
+// counts them.
 std::wstring LevelTable(const Rotation& rotation);
 
 // "1 cut", "2 cuts".

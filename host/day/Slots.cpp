@@ -24,7 +24,7 @@ std::wstring Where(const std::wstring& sName, std::size_t lLine)
 
 std::wstring Quoted(const std::wstring& sText) { return L"\"" + sText + L"\""; }
 
-// The fields of every line that counts, as trimmed text.
+// The fields of every line that is not ignored, as trimmed text.
 class LineSink : public CsvSink
 {
 public:
@@ -70,8 +70,8 @@ private:
     std::vector<Line> m_lines;
 };
 
-// A '#' line is free text: quotation marks in it must not open a field. Its line end stays, so lines keep
-// their numbers.
+// Removes the text of '#' lines, since quotation marks in it would open a field. Their line ends stay, so
+// that lines keep their numbers.
 std::string WithoutComments(std::string_view bytes)
 {
     std::string sRest;

@@ -12,12 +12,12 @@
 namespace ravlo
 {
 
-// One place in the day that a cut of one category level is to fill.
+// One position in the day, to be filled with a cut of one category level.
 struct Slot
 {
     std::wstring sCategory;
     std::int32_t lLevel = 0; // from 1
-    bool bOpener = false;    // only a cut that may open an hour will do
+    bool bOpener = false;    // only a cut that may open an hour
     std::size_t line = 0;    // its line in the file; 0 = not from a file
     friend bool operator==(const Slot&, const Slot&) = default;
 };
@@ -29,22 +29,22 @@ struct TimedSlot
     friend bool operator==(const TimedSlot&, const TimedSlot&) = default;
 };
 
-// A clock file: the slots of an hour, one line each, "category,level,opener". UTF-8, quoted as RFC 4180 says;
-// opener is Y or N and may be left out (N). Empty lines, lines that begin with '#' and a heading
-// "category,level,opener" count for nothing. Throws HostError, naming sName and the line, when one line
-// cannot be used or there is none.
+// A clock file: the slots of an hour, one line each, "category,level,opener". UTF-8, quoted as in RFC 4180;
+// opener is Y or N and may be omitted (N). Empty lines, lines that begin with '#' and a heading
+// "category,level,opener" are ignored. Throws HostError, naming sName and the line, when a line cannot be
+// used or there is none.
 std::vector<Slot> ParseClock(std::string_view bytes, const std::wstring& sName);
 
-// A slot file: the heading "slot_at,category,level,opener", then one line a slot in the same manner, with its
-// time in ISO form, none earlier than the one before. Throws like ParseClock.
+// A slot file: the heading "slot_at,category,level,opener", then one line per slot in the same form, with its
+// time in ISO form, in ascending order. Throws like ParseClock.
 std::vector<TimedSlot> ParseSlots(std::string_view bytes, const std::wstring& sName);
 
-// A clock at work: hands out its slots in turn, from the first one again when they are used up and at the
-// first slot of each full hour of the day.
+// Returns a clock's slots in turn; starts over with the first one when they are used up, and at the first
+// slot of each full hour.
 class ClockHand
 {
 public:
-    // The slots, at least one, are the caller's and outlive this.
+    // Precondition: there is at least one slot, and the caller's slots outlive this.
     explicit ClockHand(const std::vector<Slot>& slots) : m_slots(slots) {}
     const Slot& Next(DateTime dtStart);
 

@@ -9,7 +9,7 @@ namespace ravlo
 
 void MersenneRandom::Randomize()
 {
-    // What the generator would have said next goes in too: two calls within one tick of the timer differ.
+    // Includes the generator's next number, so that two calls within one tick of the timer differ.
     const auto lTimer =
         static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
     const auto lDate =

@@ -19,8 +19,8 @@ constexpr std::size_t Attempts(Patience ePatience)
     return ePatience == Patience::None ? 1 : aRetryPauses.size() + 1;
 }
 
-// Runs attempt, which returns whether the file was free, until it succeeds or patience ends; pause receives
-// the milliseconds to wait. False when the file was never free.
+// Runs attempt, which returns whether the file was free, until it succeeds or patience ends; calls pause with
+// the milliseconds to wait in between. Returns false when the file was never free.
 template <class Attempt, class Pause> bool TryPatiently(Patience ePatience, Attempt&& attempt, Pause&& pause)
 {
     for (std::size_t lAttempt = 0;; ++lAttempt)

@@ -49,7 +49,8 @@ public:
     bool bCountLooks = false;
     // Whether every step after the failing one fails as well, as on a disk that is full.
     bool bStaysBroken = false;
-    // Whether everything fails, reads and looks included, as when the drive is away. Counts no steps.
+    // Whether everything fails, reads and checks included, as when the drive is not available. Counts no
+    // steps.
     bool bAway = false;
     // Whether the failing step was reached.
     mutable bool bFailed = false;

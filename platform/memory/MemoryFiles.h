@@ -39,7 +39,7 @@ public:
     std::unique_ptr<HeldFile> HoldOpen(const std::wstring& sPath) override;
     std::wstring LibraryFolder() const override { return m_sLibraryFolder; }
 
-    // What follows is for tests. It is not recorded, and no mark stops it.
+    // The following members are for tests. They are not recorded, and marks do not affect them.
 
     // Sets a file's content; creates its folders.
     void Put(const std::wstring& sPath, std::string_view bytes);
@@ -57,11 +57,11 @@ public:
     // Makes reading the file throw the number; 0 removes the mark. The mark belongs to the path.
     void SetUnreadable(const std::wstring& sPath, std::int32_t lError);
 
-    // Takes the drive of a path away: the path and everything in it are Unknown, and every operation throws
-    // the number. 0 brings it back unchanged.
+    // Makes the drive of a path unavailable: the path and everything in it are Unknown, and every operation
+    // throws the number. 0 makes it available again, unchanged.
     void SetAway(const std::wstring& sPath, std::int32_t lError = error::PathNotFound);
-    // Another program has the file open during that many attempts to read or replace it. Each throws 70 or,
-    // with patience, is followed by the next one; no time passes. Negative: always.
+    // Simulates another program that has the file open during that many attempts to read or replace it. Each
+    // attempt throws 70 or, with patience, is followed by the next one; no time passes. Negative: always.
     void SetLocked(const std::wstring& sPath, int lAttempts);
     // How many attempts to read or replace that file there were, successful or not.
     int AttemptsOn(const std::wstring& sPath) const;

@@ -33,7 +33,7 @@ private:
     std::uint32_t m_lTickCount = 0;
 };
 
-// A message loop that counts its calls. A hook does what a host's timers and users do: call back into the
+// A message loop that counts its calls. A hook does what a host's timers and users do: it calls back into the
 // scheduler in the middle of its work. A hook may replace itself.
 class MemoryHostLoop final : public HostLoop
 {

@@ -34,7 +34,7 @@ struct ShownInput
 };
 void PrintTo(const ShownInput& input, std::ostream* pStream);
 
-// A person with prepared answers. Yes/No boxes and inputs each take the next answer of their queue, or the
+// A user with prepared answers. Yes/No boxes and inputs each take the next answer of their queue, or the
 // default when it is empty.
 class ScriptedMessages final : public Messages
 {

@@ -90,7 +90,7 @@ std::wstring IniUserSettings::Get(const std::wstring& sApplication, const std::w
     }
     catch (const RuntimeError&)
     {
-        // What cannot be read is the default, as promised.
+        // A setting that cannot be read has its default.
     }
     return sDefault;
 }
@@ -117,14 +117,14 @@ bool IniUserSettings::Set(const std::wstring& sApplication, const std::wstring& 
     }
     catch (const RuntimeError&)
     {
-        return false; // settings are no reason to stop
+        return false; // a setting that cannot be stored must not stop the work
     }
 }
 
 std::wstring IniUserSettings::PathOf(const std::wstring& sApplication) const
 {
     if (sApplication.empty() || sApplication.find_first_of(L"\\/") != std::wstring::npos)
-        throw RuntimeError(error::BadFileName); // a name from outside never leaves its folder
+        throw RuntimeError(error::BadFileName); // a name must not lead out of the folder
     return m_sFolder + L"\\" + sApplication + L".ini";
 }
 

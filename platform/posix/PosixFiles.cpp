@@ -37,7 +37,8 @@ enum class Kind
     Unknown, // it could not be looked at
 };
 
-// Whether the last component of the path that does exist is a link, which leads to where nothing is mounted.
+// Whether the last existing component of the path is a link to something that does not exist, such as an
+// unmounted drive.
 bool IsLinkBroken(std::string sNative)
 {
     for (;;)
@@ -188,7 +189,7 @@ public:
             return;
     }
 
-    // Whether nobody else has locked the file; then it is locked until this ends.
+    // Locks the file until this ends. Returns false when somebody else has locked it.
     bool Lock()
     {
         if (::flock(m_lDescriptor, LOCK_EX | LOCK_NB) == 0)
@@ -204,7 +205,7 @@ public:
             Fail(m_sNative);
     }
 
-    // Some file systems tell only now that a write failed.
+    // Some file systems report a failed write only here.
     void Close()
     {
         const int lDescriptor = m_lDescriptor;
@@ -228,8 +229,8 @@ private:
     Descriptor m_cFile;
 };
 
-// Gives a file the owner and the mode of the one that it is about to replace. Best effort: only the superuser
-// can give a file away.
+// Gives a file the owner and mode of the one that it will replace. Best effort: only the superuser can change
+// an owner.
 void CopyPermissions(const std::string& sFrom, const std::string& sTo)
 {
     struct stat from;
@@ -238,12 +239,12 @@ void CopyPermissions(const std::string& sFrom, const std::string& sTo)
         return;
     const bool bOtherOwner = from.st_uid != to.st_uid || from.st_gid != to.st_gid;
     if (bOtherOwner && ::chown(sTo.c_str(), from.st_uid, from.st_gid) != 0)
-        return; // another owner's mode could give away more than it did
+        return; // with another owner the mode could grant more than before
     if (from.st_mode != to.st_mode && ::chmod(sTo.c_str(), from.st_mode & 07777) != 0)
         return;
 }
 
-// Brings a new name to the disk. Failing is no error: the rename itself has happened, and not every file
+// Flushes a new name to the disk. A failure is no error: the rename itself has happened, and not every file
 // system can flush a folder.
 void FlushFolder(const std::string& sNative)
 {

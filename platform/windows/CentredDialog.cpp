@@ -96,7 +96,7 @@ ButtonRow ButtonsOf(HWND hBox) noexcept
     return row;
 }
 
-// Of a box that has been made wider: by how much, and the timer with which its buttons follow.
+// Of a box that was widened: by how much, and the timer that moves its buttons.
 constexpr const wchar_t* sGrownBy = L"RavloGrownBy";
 constexpr UINT_PTR lPlaceButtons = 0x5242;
 

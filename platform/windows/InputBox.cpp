@@ -20,7 +20,7 @@ struct Request
     HWND hOwner;
     const std::wstring& sTitle;
     const std::wstring& sPrompt;
-    std::wstring sText;          // in the field: to start from, then the answer
+    std::wstring sText;          // the field's initial text, then the answer
     std::vector<HWND> hDisabled; // windows of the thread that wait for an ownerless dialog
 };
 
@@ -228,7 +228,7 @@ INT_PTR CALLBACK InputProc(HWND hDialog, UINT lMessage, WPARAM wParam, LPARAM lP
     auto& request = *reinterpret_cast<Request*>(::GetWindowLongPtrW(hDialog, DWLP_USER));
     if (LOWORD(wParam) == IDOK)
         request.sText = TextOf(::GetDlgItem(hDialog, lInputBoxEdit));
-    // Enabled before the dialog goes, or another program's window would come to the front.
+    // Enabled before the dialog ends: otherwise another program's window would come to the front.
     for (const HWND hWindow : request.hDisabled)
         ::EnableWindow(hWindow, TRUE);
     ::EndDialog(hDialog, LOWORD(wParam));
@@ -246,7 +246,7 @@ std::optional<std::wstring> ShowInputBox(HWND hOwner, const std::wstring& sTitle
     const Template cTemplate = InputTemplate();
     const INT_PTR lResult = ::DialogBoxIndirectParamW(::GetModuleHandleW(nullptr), cTemplate.Get(), hOwner,
                                                       InputProc, reinterpret_cast<LPARAM>(&request));
-    // Again for the case that the dialog could not be shown or ended in another way.
+    // Again, in case the dialog could not be shown or ended in another way.
     for (const HWND hWindow : request.hDisabled)
         ::EnableWindow(hWindow, TRUE);
     if (lResult != IDOK)

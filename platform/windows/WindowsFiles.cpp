@@ -174,8 +174,7 @@ std::chrono::seconds AgeOf(const WIN32_FIND_DATAW& found)
     return std::chrono::seconds((TicksOf(now) - TicksOf(found.ftLastWriteTime)) / 10'000'000);
 }
 
-// Gives a file who may do what with another one. Best effort: a network share or a plain disk may know of no
-// rights.
+// Copies the access rights of another file. Best effort: a network share or a plain disk may have none.
 void CopyPermissions(const std::wstring& sFrom, const std::wstring& sTo)
 {
     DWORD lSize = 0;
@@ -192,14 +191,14 @@ void CopyPermissions(const std::wstring& sFrom, const std::wstring& sTo)
     ::SetFileSecurityW(sTo.c_str(), DACL_SECURITY_INFORMATION, descriptor.data());
 }
 
-// Makes a file look like the one that it is about to replace.
+// Gives a file the rights and attributes of the one that it will replace.
 void CopyLooks(const std::wstring& sFrom, const std::wstring& sTo)
 {
     const DWORD lFrom = ::GetFileAttributesW(sFrom.c_str());
     if (lFrom == INVALID_FILE_ATTRIBUTES)
         return;
     CopyPermissions(sFrom, sTo);
-    // Not "read only": such a file is never replaced, and the other could not be deleted then.
+    // Not "read only": such a file is never replaced, and the temporary one could not be deleted then.
     constexpr DWORD lKept =
         FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
     const DWORD lKeep = lFrom & lKept;
@@ -214,7 +213,7 @@ bool IsReadOnly(const std::wstring& sNative)
     return lAttributes != INVALID_FILE_ATTRIBUTES && (lAttributes & FILE_ATTRIBUTE_READONLY) != 0;
 }
 
-// A scanner that has a file open makes a rename fail with "access denied" too.
+// A virus scanner with the file open makes a rename fail with "access denied", too.
 bool IsPassing(DWORD lError) { return IsInUse(lError) || lError == ERROR_ACCESS_DENIED; }
 
 } // namespace
@@ -256,7 +255,7 @@ std::string WindowsFiles::ReadAll(const std::wstring& sPath, Patience ePatience)
 
 void WindowsFiles::WriteNew(const std::wstring& sPath, std::string_view bytes)
 {
-    // Opened and emptied, not created again: that would fail on a hidden file.
+    // Opens and empties the file instead of creating it again, which would fail for a hidden file.
     OpenFile cFile(sPath, GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS);
     if (!cFile.CutOffAt(0))
         Fail();
@@ -274,7 +273,7 @@ void WindowsFiles::Append(const std::wstring& sPath, std::string_view bytes)
     }
     catch (...)
     {
-        cFile.CutOffAt(lSize); // if that fails too, there is nothing left to do
+        cFile.CutOffAt(lSize); // if that fails too, nothing else can be done
         throw;
     }
 }
@@ -288,7 +287,7 @@ void WindowsFiles::Rename(const std::wstring& sFrom, const std::wstring& sTo, Pa
     // Waiting would not help.
     if (IsReadOnly(sNew))
         throw RuntimeError(error::PathFileAccess);
-    // Not by the system's own replacing: killed in its midst it leaves no file of the name.
+    // Not with the system's ReplaceFile: killed in the middle it leaves no file of the name.
     CopyLooks(sNew, sOld);
     DWORD lError = 0;
     TryPatiently(

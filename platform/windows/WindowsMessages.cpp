@@ -30,8 +30,8 @@ UINT StyleOf(BoxIcon eIcon)
     return 0;
 }
 
-// 0 and -1 mean that no box could be shown. Any id may come back from a box that another program closed, so
-// only the ids of its own buttons count.
+// 0 and -1 mean that no box could be shown. A box that another program closed may return any id, so only the
+// ids of its own buttons count.
 BoxAnswer AnswerOf(int lResult, BoxButtons eButtons)
 {
     if (eButtons == BoxButtons::Ok)

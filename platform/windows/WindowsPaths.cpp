@@ -18,7 +18,7 @@ bool StartsWith(const std::wstring& sText, std::wstring_view sStart)
     return sText.compare(0, sStart.size(), sStart) == 0;
 }
 
-// What the system takes of a name and of a path. It answers what is longer with "not found".
+// Throws when a name or the path is longer than the system accepts; it would answer "not found".
 void RequireLengths(const std::wstring& sFull)
 {
     constexpr std::size_t longestPath = 32'767;
@@ -59,8 +59,8 @@ std::wstring FullPathOf(const std::wstring& sPath)
     }
 }
 
-// Whether a file or folder can be opened to be looked at; through a link, which may lead to a drive that is
-// away.
+// Whether a file or folder can be opened for reading its attributes; follows links, which may lead to an
+// unavailable drive.
 bool CanBeOpened(const std::wstring& sNative)
 {
     constexpr DWORD lShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
@@ -72,8 +72,8 @@ bool CanBeOpened(const std::wstring& sNative)
     return true;
 }
 
-// Whether a path is missing because a folder of it was never made, rather than because its drive is away: the
-// system gives one error for both. So it is when the last component that does exist can be opened.
+// Whether a path is missing because one of its folders does not exist, rather than because its drive is
+// unavailable: the system reports one error for both. True when the last existing component can be opened.
 bool IsFolderMissing(std::wstring sNative)
 {
     for (;;)
@@ -189,7 +189,7 @@ Kind KindOf(const std::wstring& sPath)
     }
     catch (const RuntimeError&)
     {
-        return Kind::None; // what can be no name is not there
+        return Kind::None; // an impossible name does not exist
     }
     return KindOfNative(sNative);
 }

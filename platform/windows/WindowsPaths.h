@@ -9,11 +9,11 @@
 namespace ravlo
 {
 
-// The number that a host's own file statements report for an error of the system.
+// The error number that a host's own file statements report for a system error.
 std::int32_t ErrorNumberOf(DWORD lError);
 
-// The path as the system needs it, of any length. Throws 52 for what names no file: an empty path, a pattern,
-// a stream, a device, a name or path that is too long.
+// The path in the system's form, of any length. Throws 52 for a path that names no file: an empty one, a
+// pattern, a stream, a device, or one that is too long.
 std::wstring NativePathOf(const std::wstring& sPath);
 
 // What is at a path.

@@ -24,7 +24,7 @@ enum Event : DISPID
     eProgressDone = 6,
 };
 
-// All cuts of a store, to look at.
+// All cuts of a store, read-only.
 class StoreCuts final : public CollectionModel
 {
 public:
@@ -62,7 +62,7 @@ ComPtr<CollectionFace> CollectionOf(const Cuts& colCuts)
     return FaceOfCollection<CutAdapter>(colResult);
 }
 
-// The interfaces besides _clsDataBase.
+// The further interfaces.
 bool IsPartOfThis(REFIID iid) noexcept
 {
     return iid == IID_IBatchedChanges || iid == IID_IGatheredPlays || iid == IID_ISharedDataBase ||
@@ -172,7 +172,7 @@ STDMETHODIMP BatchesFace::BeginBatch()
 }
 STDMETHODIMP BatchesFace::CommitBatch()
 {
-    return Guard(sSource, [&] { TakeInnermost()->Commit(); }); // one that cannot be committed ends undone
+    return Guard(sSource, [&] { TakeInnermost()->Commit(); }); // a batch that cannot be committed is undone
 }
 STDMETHODIMP BatchesFace::RollbackBatch()
 {

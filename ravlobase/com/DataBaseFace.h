@@ -12,7 +12,7 @@
 namespace ravlo
 {
 
-// The interfaces of a database besides _clsDataBase.
+// The further interfaces of a database.
 
 class BatchesFace final : public Part<IBatchedChanges>
 {
@@ -57,8 +57,8 @@ private:
     Store& m_cStore;
 };
 
-// _clsDataBase over its own store, whose events it raises. Cuts is a view of the store's cuts; only
-// AddCuts, RemoveCuts and ImportCsv change which there are.
+// _clsDataBase over its own store, whose events it raises. Cuts is a view of the store's cuts; only AddCuts,
+// RemoveCuts and ImportCsv add to it and remove from it.
 class DataBaseFace final : public Dispatch<_clsDataBase>, public IRevision, private DataBaseEvents
 {
 public:

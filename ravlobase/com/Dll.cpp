@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// RavloBase.dll: what it creates, which types it describes, and the five functions COM knows it by.
+// RavloBase.dll: the classes it creates, the types it describes, and its five exported functions for COM.
 #include "comkit/Registration.h"
 #include "ravlobase/StoreCut.h"
 #include "ravlobase/com/DataBaseFace.h"

@@ -25,8 +25,8 @@ std::wstring DisplayText(const Cut& cCut) { return cCut.Artist() + L" - " + cCut
 
 bool IsNoCat(const std::wstring& sText) { return EqualIgnoringCase(sText, sNoCat); }
 
-// A level's own cuts, or those of all levels, each once, under the keys they are placed by. No cut is asked
-// for anything: one that cannot be read would hide all others.
+// A level's own cuts, or those of all levels, each once, by their keys in the levels. Reads no cut: one that
+// cannot be read would hide all others.
 std::shared_ptr<CutCollection> CutsOf(const clsCat& cCat)
 {
     if (cCat.CatLevel() != 0)
@@ -153,7 +153,7 @@ std::vector<std::wstring> CatSelectorPresenter::MapCuts()
     m_colCutMap.Clear();
     std::vector<std::wstring> colEntries;
     const std::shared_ptr<CutCollection> colCuts = m_cSubCat ? CutsOf(*m_cSubCat) : nullptr;
-    // By position: a host's cut may let others change the level while it is read.
+    // By position: reading a host's cut may change the level.
     for (std::size_t i = 0; colCuts && i < colCuts->Count(); ++i)
     {
         try
@@ -166,7 +166,8 @@ std::vector<std::wstring> CatSelectorPresenter::MapCuts()
         }
         catch (...)
         {
-            m_cMod.LogError(L"CatSelector", CurrentError()); // one cut that cannot be read hides no other
+            m_cMod.LogError(L"CatSelector",
+                            CurrentError()); // one bad cut hides no other
         }
     }
     return colEntries;
@@ -325,7 +326,7 @@ void CatSelectorPresenter::ChooseLevel(std::shared_ptr<clsCat> cSubCat)
     if (cSubCat == m_cSubCat)
         return;
     m_cSubCat = cSubCat;
-    // With a category but no level, the level has been deleted; without a category there is nothing to
+    // A category without a level means that the level was deleted; without a category there is nothing to
     // report.
     if (m_cMainCat && CatChanged)
         CatChanged(cSubCat);
@@ -383,7 +384,7 @@ void CatSelectorPresenter::Missing(const wchar_t* sWhat, const std::wstring& sKe
                    L"Doesn't exist in ShowCutCatsAsSelected!");
 }
 
-// The main categories a cut is placed in, as far as they and the level exist.
+// The existing main categories that contain the cut at its level.
 CatCollection CatSelectorPresenter::CatsOf(const Cut& cCut)
 {
     CatCollection colFound;
@@ -425,7 +426,7 @@ void CatSelectorPresenter::ShowCutCatsAsSelected(const std::shared_ptr<Cut>& cCu
             m_cView.SelectEntry(lstCat, i, colFound.Exists(m_cView.EntryText(lstCat, i)));
         if (colFound.Empty())
             return;
-        // The levels listed are those of the current category, so that has to be one of the cut's.
+        // The list shows the current category's levels, so one of the cut's categories must be current.
         if ((!m_cMainCat || !colFound.Exists(m_cMainCat->CatName())) &&
             MakeCurrent(lstCat, colFound.At(0)->CatName()))
             CatClick();

@@ -26,7 +26,7 @@ public:
 
     void SetSchedMan(std::shared_ptr<clsSchedMan> cSchedMan) { m_cSchedMan = std::move(cSchedMan); }
 
-    // With several categories allowed, cuts cannot be picked: their lists and filters are disabled.
+    // When several categories are allowed, cuts cannot be picked: their lists and filters are disabled.
     bool AllowMultiCatSelect() const noexcept { return m_bMulti; }
     void SetAllowMultiCatSelect(bool bAllow);
 
@@ -34,37 +34,37 @@ public:
     const std::shared_ptr<CatCollection>& colMainCats() const noexcept { return m_colMainCats; }
     void SetColMainCats(std::shared_ptr<CatCollection> colMainCats);
 
-    // Null when none is chosen. Setting one makes its entry current, which runs the click, and selects it,
-    // with multi-select in addition to the others; null is ignored.
+    // Null when none is chosen. Setting one runs its entry's click and selects it (with multi-select, in
+    // addition to the others). Setting null has no effect.
     const std::shared_ptr<clsCat>& SelectedMainCat() const noexcept { return m_cMainCat; }
     void SetSelectedMainCat(const std::shared_ptr<clsCat>& cMainCat);
-    // Does the same, but with multi-select only makes the entry current and changes no selection.
+    // As SetSelectedMainCat, but with multi-select changes no selection.
     void MakeMainCatCurrent(const std::shared_ptr<clsCat>& cMainCat);
-    // The main category itself while "ALL" is chosen; null when nothing is. Setting null chooses "ALL".
+    // The main category itself when "ALL" is chosen; null when nothing is. Setting null chooses "ALL".
     const std::shared_ptr<clsCat>& SelectedSubCat() const noexcept { return m_cSubCat; }
     void SetSelectedSubCat(const std::shared_ptr<clsCat>& cSubCat);
     // Whether only openers are listed. Setting another value runs the check box's click.
     bool Opener() const noexcept { return m_bOpener; }
     void SetOpener(bool bOpener);
 
-    // The selected categories, top to bottom; none without multi-select, and none but a box when no level
-    // other than "ALL" is chosen.
+    // The names of the selected categories, top to bottom; none without multi-select. When no level other
+    // than "ALL" is chosen, shows a box and returns none.
     std::vector<std::wstring> colSelectedSubCatNames();
-    // Marks the categories and the level that contain a cut, and nothing else; null is ignored. A missing
-    // category or level is reported. "NOCAT" is marked only for a cut of no other category.
+    // Selects the categories and the level that contain a cut, and nothing else; ignores null. Reports a
+    // missing category or level. Selects "NOCAT" only for a cut without other categories.
     void ShowCutCatsAsSelected(const std::shared_ptr<Cut>& cCut);
     void EnableUI(bool bEnable);
-    // Replaces categories and levels. The first category becomes current, without its click.
+    // Fills the lists of categories and levels. The first category becomes current; its click does not run.
     void PopulateLists();
-    // Does the same with a collection that may have changed: what was chosen is looked up by name and level
-    // and stays chosen when it still exists.
+    // As PopulateLists, for a collection that may have changed. The choice is found again by name and level,
+    // and kept if it still exists.
     void RefreshLists(std::shared_ptr<CatCollection> colMainCats);
-    // The cuts selected in the visible list, in its order. Entries with the same text all mean the first such
-    // cut.
+    // The cuts selected in the visible list, in its order. Entries with the same text all stand for the first
+    // such cut.
     Cuts SelectedCuts() const;
 
-    // Events. EnsureSubCatExists is part of the public face and never raised.
-    // A level, a main category for "ALL", or null when the level clicked has been deleted.
+    // Events. CatChanged receives a level, a main category for "ALL", or null when the clicked level was
+    // deleted. EnsureSubCatExists is never raised; the public interface has it.
     std::function<void(std::shared_ptr<clsCat>& cCat)> CatChanged;
     std::function<void(bool bOpener)> OpenerChanged;
     std::function<void()> EnsureSubCatExists;

@@ -21,8 +21,8 @@ enum class SelectorControl
     lblMatch,       // "Songs Matching Criteria:" at first
 };
 
-// The selector on the screen. It reports the user's clicks, but nothing that its presenter makes it do.
-// Positions in a list count from 0.
+// The selector on the screen. Reports the user's clicks, but not changes made by its presenter. Positions
+// count from 0.
 class CatSelectorView
 {
 public:

@@ -28,8 +28,8 @@ RulesPane PaneOf(RuleBox eBox)
 
 } // namespace
 
-// A command that opens other windows or lets messages run: until it ends, nothing in the window can be used
-// and the pointer is the hourglass.
+// Scope of a command that opens other windows or pumps messages: nothing in the window can be used, and the
+// pointer is the hourglass.
 class frmCatPresenter::Busy
 {
 public:
@@ -53,8 +53,8 @@ frmCatPresenter::frmCatPresenter(frmCatView& cView, CatSelectorPresenter& cSelec
     m_cSelector.OpenerChanged = [this](bool bOpener) { m_bOpener = bOpener; };
 }
 
-// The window keeps the focus aside before the selector's controls are disabled, and puts it back after they
-// are enabled.
+// The window remembers the focus before the selector's controls are disabled and restores it after they are
+// enabled.
 void frmCatPresenter::SetBusy(bool bBusy) noexcept
 {
     try
@@ -150,25 +150,25 @@ void frmCatPresenter::Finish()
     const ScopedFlag cCommand(m_bInCommand);
     if (QuestionDue())
         AskPending();
-    // Whatever the answer was.
+    // With every answer.
     StoreGlobalArtistAndTitle();
     m_cMod.SaveSettings();
     std::vector<std::wstring> colNames;
     if (!m_bCancelled && m_cCut)
         colNames = NamesForTheCut();
-    // After the last box: in each the host may have reloaded.
+    // After the last box: the host may have reloaded during any of them.
     const std::shared_ptr<clsCat> cSubCat = SubCat();
     m_cMainCat = MainCat();
     m_cSubCat = cSubCat;
-    // The cut stays as it is when "ALL" has been refused with a box, and when the last category has been
-    // unmarked: a cut of no category is one of "NOCAT", which can be chosen.
+    // The cut does not change when "ALL" was refused with a box, or when no category is selected any more: a
+    // cut in no category is in "NOCAT", which can be chosen.
     if (m_cSubCat && !colNames.empty())
         m_colNames = std::move(colNames);
     m_bClosed = true;
     m_cView.Close();
 }
 
-// A category that has been deleted is not brought back by placement the cut in it.
+// Leaves out deleted categories, which placing the cut would create again.
 std::vector<std::wstring> frmCatPresenter::NamesForTheCut()
 {
     std::vector<std::wstring> colNames = m_cSelector.colSelectedSubCatNames();
@@ -190,13 +190,13 @@ void frmCatPresenter::OnCatChanged(const std::shared_ptr<clsCat>& cCat)
     ShowRules();
 }
 
-// The chosen main category as the tree has it now; null when none is chosen or it is gone.
+// The tree's present category for the chosen one; null when none is chosen or it no longer exists.
 std::shared_ptr<clsCat> frmCatPresenter::MainCat() const
 {
     return m_cMainCat ? MainCatByName(m_cSchedMan->colMainCats().get(), m_cMainCat->CatName()) : nullptr;
 }
 
-// The chosen level likewise; null for all levels, too.
+// As MainCat, for the chosen level; null also for all levels.
 std::shared_ptr<clsCat> frmCatPresenter::SubCat() const
 {
     const std::shared_ptr<clsCat> cMainCat = m_cSubCat ? MainCat() : nullptr;
@@ -234,7 +234,7 @@ void frmCatPresenter::SchedLibClick()
         return;
     const Busy cBusy(*this);
     m_cSchedMan->ShowLibraryUI();
-    RefreshSelector(); // categories may have come and gone there
+    RefreshSelector(); // categories may have been created or deleted there
 }
 
 void frmCatPresenter::RefreshSelector()
@@ -271,7 +271,7 @@ void frmCatPresenter::TabClick(RulesPane ePane)
     ShowPane(ePane);
 }
 
-// The title names the rules that are to be seen: above the global ones a category's name would be wrong.
+// The title names the rules that are shown: a category's name would be wrong for the global ones.
 void frmCatPresenter::ShowPane(RulesPane ePane)
 {
     m_ePane = ePane;
@@ -308,7 +308,7 @@ void frmCatPresenter::FillCategoryPane()
 {
     std::shared_ptr<clsCat> cCat = RulesCat();
     if (!cCat)
-        cCat = m_cSubCat ? m_cSubCat : m_cMainCat; // what it had before it was deleted
+        cCat = m_cSubCat ? m_cSubCat : m_cMainCat; // deleted: show its last values
     if (!cCat)
         return;
     const ScopedFlag cFilling(m_bFilling);
@@ -371,7 +371,7 @@ bool frmCatPresenter::QuestionDue() const
     return PaneEdited(RulesPane::Category) || Edited(txtArtistSepMins0) || Edited(txtTitleSepMins0);
 }
 
-// Yes saves every edited pane; any other answer is left to the caller as false.
+// Returns true when the answer was Yes and every edited pane was saved.
 bool frmCatPresenter::AskPending()
 {
     const BoxAnswer eAnswer = m_cMod.Box(
@@ -414,7 +414,7 @@ void frmCatPresenter::SaveGlobal()
         m_cMod.SetGlobalAlbumSepMins(*lAlbum);
     m_cMod.SaveSettings();
     FillGlobalPane();
-    // What a category has not set is shown as the global value.
+    // A category shows the global value where it has none of its own.
     if (!PaneEdited(RulesPane::Category))
         FillCategoryPane();
 }
@@ -444,7 +444,7 @@ void frmCatPresenter::SaveCategory()
     FillCategoryPane();
 }
 
-// What the user typed into a box; nothing when it was not touched or holds no number of 32 bits.
+// The number that the user typed into a box; nothing when it was not edited or is not a 32-bit number.
 std::optional<std::int32_t> frmCatPresenter::Minutes(RuleBox eBox) const
 {
     const auto dValue = Edited(eBox) ? NumericValue(m_cView.BoxText(eBox)) : std::nullopt;

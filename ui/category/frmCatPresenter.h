@@ -28,9 +28,9 @@ public:
     frmCatPresenter(const frmCatPresenter&) = delete;
     frmCatPresenter& operator=(const frmCatPresenter&) = delete;
 
-    // Call once: shows the window until it is closed. lChosen when OK closed it: the request then has
-    // what was chosen, and its cut its new level and categories (unless "ALL" was chosen, which is refused
-    // with a box). Otherwise lNotChosen, and the request is as it was.
+    // Shows the window until it is closed. Call once. Returns lChosen after OK: the request then has the
+    // choice, and its cut the new level and categories (unless "ALL" was chosen, which is refused with a
+    // box). Otherwise returns lNotChosen and leaves the request unchanged.
     std::int32_t ShowUI(std::shared_ptr<clsSchedMan> cSchedMan, CategoryRequest& request);
 
     // What the user does.
@@ -85,8 +85,8 @@ private:
     CatSelectorPresenter& m_cSelector;
     ModScheduler& m_cMod;
     std::shared_ptr<clsSchedMan> m_cSchedMan;
-    // As they were when they were chosen. The host may have reloaded or deleted them since, so what is saved
-    // or returned is looked up by name and level: MainCat() and SubCat().
+    // The chosen objects. The host may have reloaded or deleted them since, so what is saved or returned is
+    // looked up by name and level with MainCat() and SubCat().
     std::shared_ptr<clsCat> m_cMainCat;
     std::shared_ptr<clsCat> m_cSubCat; // null for all levels
     std::shared_ptr<Cut> m_cCut;

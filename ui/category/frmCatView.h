@@ -26,7 +26,7 @@ enum class RuleBox
 };
 inline constexpr std::size_t ruleBoxes = 6;
 
-// The category window on the screen, without its selector. It does not report what its presenter makes it do,
+// The category window on the screen, without its selector. Does not report changes made by its presenter,
 // except that it may report the filling of a box.
 class frmCatView
 {
@@ -44,10 +44,10 @@ public:
     virtual void EnableApply(bool bEnable) = 0;       // cmdApply
     virtual void ShowRulesArea(bool bShow) = 0;       // and points the strip's arrows the other way
     virtual void EnableLibraryMenu(bool bEnable) = 0; // mnuSchedLib
-    // While busy, nothing but the selector's controls can be used, which are not concerned. Apply and the
-    // boxes come back as they have been told to be in the meantime.
+    // While busy, everything but the selector's controls is disabled. Afterwards Apply and the boxes have the
+    // states set during that time.
     virtual void SetBusy(bool bBusy) = 0;
-    // Shows the window and returns when it is out of sight: after Close, or because the program ends.
+    // Shows the window and returns when it is closed: after Close, or because the program ends.
     virtual void ShowModal() = 0;
     virtual void Close() = 0;
 };

@@ -148,7 +148,8 @@ void SplitPanelPresenter::MouseMove(std::int32_t lPointer)
     if (!m_bDragging)
         return;
     m_lDragCentre = lPointer;
-    // The bar stays visible where the pointer leaves the panel; the place of the drop counts all the same.
+    // The bar stays visible when the pointer leaves the panel; the pointer's position still counts for the
+    // drop.
     const std::int32_t lLast = std::max(0, Extent() - m_settings.iSplitterWidth);
     const std::int32_t lStart = std::clamp(BarStart(m_settings, lPointer), 0, lLast);
     m_cView.PlaceBar(m_settings.bHorizontal ? TwipsRect{0, lStart, m_lWidth, m_settings.iSplitterWidth}
@@ -187,8 +188,8 @@ void SplitPanelPresenter::MoveBy(std::int32_t lDistance)
     Drop(static_cast<std::int32_t>(std::clamp<std::int64_t>(lPosition, 0, std::max(0, Extent()))));
 }
 
-// Off the edge at which a pane has collapsed: one step would end within the snapping distance and collapse
-// the pane again.
+// Whether this move reopens a collapsed pane. A single step would end within the snapping distance and
+// collapse it again.
 bool SplitPanelPresenter::Reopens(std::int32_t lDistance)
 {
     const bool bNear = m_state.iSnapped == eControl1Collapsed && lDistance > 0;
@@ -218,7 +219,7 @@ void SplitPanelPresenter::Settle(const SplitState& state)
     m_bPositioned = true;
     Remember();
     LayOut();
-    m_lWanted = m_state.lPosition; // where the user sees it rest
+    m_lWanted = m_state.lPosition; // where the user sees it
 }
 
 void SplitPanelPresenter::Remember() const

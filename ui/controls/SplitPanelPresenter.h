@@ -43,8 +43,8 @@ public:
     void SetSnapToEdge(bool bSnap);
     std::int16_t SplitterWidth() const noexcept { return m_settings.iSplitterWidth; }
     void SetSplitterWidth(std::int32_t lWidth);
-    // Where the bar is. Set, dropped or recalled, it is moved as far as the panel's size demands, and moves
-    // back when the panel has the room.
+    // The bar's position. A position that was set, dropped or recalled is limited to the panel's size, and
+    // returns when the panel has the room again.
     std::int32_t Position() const noexcept { return m_state.lPosition; }
     void SetPosition(std::int32_t lPosition);
     std::int16_t Snapped() const noexcept { return m_state.iSnapped; }
@@ -63,8 +63,8 @@ public:
     // Raised at the end of every layout with the settled position.
     std::function<void(std::int32_t lPosition)> Change;
 
-    // What happens to the panel, as the view reports it. Before the first size with an extent nothing is laid
-    // out; at that size the remembered position is read, and without one the first pane gets a third.
+    // The view reports these. Nothing is laid out before the first size with an extent; at that size the
+    // remembered position is read; without one the first pane gets a third.
     void Resize(std::int32_t lWidth, std::int32_t lHeight);
     void GoOutOfView();
 
@@ -97,7 +97,7 @@ private:
     std::wstring m_sRegistryID;
     SplitSettings m_settings;
     SplitState m_state;
-    // Where the bar was put. A panel that shrinks moves it, one that grows again brings it back.
+    // The wanted position: a panel that shrinks moves the bar, one that grows again moves it back to here.
     std::int32_t m_lWanted = 0;
     std::uint32_t m_lBackColor = 0x8000000F; // the system's button face
     std::uint32_t m_lDragColor = 0x80000012; // the system's button text

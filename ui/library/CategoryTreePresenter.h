@@ -12,8 +12,8 @@
 namespace ravlo
 {
 
-// The category tree as values: nodes, their order, which are ticked, expanded and shown as open. A node is
-// named by its number, from 0, which is valid until the next Fill. Node 0 is the root, always expanded.
+// The category tree as values: nodes, their order, and which are ticked, expanded and shown as open. A node
+// is a number, from 0, valid until the next Fill. Node 0 is the root, always expanded.
 class CategoryTreePresenter
 {
 public:
@@ -30,22 +30,23 @@ public:
         bool bOpen = false; // the image
     };
 
-    // Shows these nodes in place of its own, none ticked, the root expanded. Leaves out a node whose key it
-    // has already, or whose parent it does not have.
+    // Replaces the nodes: none ticked, the root expanded. Leaves out a node whose key already exists or whose
+    // parent does not.
     void Fill(const std::vector<TreeNode>& colNodes);
-    // Marks the node of that key, compared without regard to case, and its parent as open, and no other.
+    // Marks the node of that key (compared without regard to case) and its parent as open, and all others as
+    // closed.
     void ShowAsOpen(const std::wstring& sKey);
 
     std::size_t Count() const noexcept { return m_colNodes.size(); }
     const Entry& At(Node lNode) const { return m_colNodes[lNode]; }
     // By key without regard to case.
     std::optional<Node> Find(const std::wstring& sKey) const;
-    // Whether filling it with these nodes, in any order, would change no key and no text.
+    // Whether Fill with these nodes, in any order, would change no key and no text.
     bool HasSameNodes(const std::vector<TreeNode>& colNodes) const;
     static bool IsRoot(Node lNode) noexcept { return lNode == 0; }
 
-    // Ticks or unticks a node and what depends on it: everything for the root, its levels for a main
-    // category. Returns those nodes.
+    // Ticks or unticks a node and its dependents: all nodes for the root, its levels for a main category.
+    // Returns these nodes.
     std::vector<Node> Check(Node lNode, bool bCheck);
     // One node's tick alone.
     void SetChecked(Node lNode, bool bCheck) { m_colNodes[lNode].bChecked = bCheck; }
@@ -54,10 +55,10 @@ public:
     // The ticked nodes but the root, in the order in which they are shown.
     std::vector<Node> Checked() const;
 
-    // The visible nodes: those below expanded ones, in the order in which they are shown.
+    // The visible nodes, those whose parents are expanded, in the order in which they are shown.
     std::vector<Node> Visible() const;
-    // The first visible node whose text begins with sBeginning, without regard to case: from a node on, or
-    // behind it, and then from the root.
+    // The first visible node whose text begins with sBeginning, without regard to case; searches from lFrom
+    // on (after it with bBehind) and continues at the root.
     std::optional<Node> FindText(const std::wstring& sBeginning, Node lFrom, bool bBehind) const;
 
     // The root stays expanded.
@@ -74,7 +75,7 @@ private:
     OrderedKeyedCollection<Node> m_colByKey;
 };
 
-// The category tree on the screen. It shows what it is given and reports what the user does.
+// The category tree on the screen. Shows the presenter's tree and reports what the user does.
 class CategoryTreeView
 {
 public:

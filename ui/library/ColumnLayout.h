@@ -27,8 +27,8 @@ public:
 
     // The default: column 9 has no width, column 10, which the default string does not name, has 200 pixels.
     ColumnLayout();
-    // Reads a layout string. A group that is unknown, incomplete or not numeric is ignored, a width out of
-    // range is brought into it, and places are sorted out stably. A string without anything usable gives the
+    // Reads a layout string. Ignores a group that is unknown, incomplete or not numeric, limits widths to
+    // their range, and makes places unique, keeping their order. A string without a usable group gives the
     // default.
     explicit ColumnLayout(std::wstring_view sLayout);
 

@@ -14,8 +14,8 @@ namespace ravlo
 using KeySet = std::unordered_set<TextKey>;
 
 // Calls found(cLevel, cKey) for each level of the tree that contains one of the cuts, in the tree's order.
-// Cuts are recognised by key: a host's database may hand out another object for the same cut. No cut is asked
-// for anything, so nothing of the host's runs. colMainCats may be null.
+// Recognises cuts by key: a host's database may return another object for the same cut. Reads no cut, so no
+// host code runs. colMainCats may be null.
 template <class Found>
 void ForEachPlace(const CatCollection* colMainCats, const KeySet& colWanted, Found&& found)
 {

@@ -11,7 +11,7 @@
 namespace ravlo
 {
 
-// Cuts that are dragged, or kept by a Copy for later, and the levels they come from; by keys, since the next
+// Cuts that are dragged, or copied for a later Paste, and the levels they come from. By keys, since the next
 // population replaces the objects.
 struct DraggedCuts
 {
@@ -21,9 +21,9 @@ struct DraggedCuts
 // Takes the cuts of the selected rows.
 DraggedCuts TakeDragged(const clsSchedLibGridPresenter& cGrid, const clsSchedMan& cSchedMan);
 
-// What still exists of them: cuts the database has, and the levels to take them out of. Those are the levels
-// they were dragged from that still contain any of them; a cut that none of these contains comes from every
-// level that does. A level of number 0 in no category is added for cuts that no level contains.
+// The part of them that still exists: cuts of the database, and the levels to take them from. Those are the
+// original levels that still contain any of the cuts; for a cut in none of these, every level that contains
+// it. For cuts that no level contains, a level of number 0 in no category is added.
 struct PresentCuts
 {
     Cuts colCuts;
@@ -31,8 +31,8 @@ struct PresentCuts
 };
 PresentCuts PresentOf(const clsSchedMan& cSchedMan, const DraggedCuts& dragged);
 
-// Whether copying brings none of them into a level of another number than their own: a cut has one level
-// number for all its categories. lLevel is the target's, 0 for a main category, which takes all.
+// Whether each of them may be copied into that level: a cut has one level number for all its categories, so
+// it must be the cut's own. lLevel 0, a main category, accepts all.
 bool MayCopyInto(std::int32_t lLevel, const PresentCuts& present);
 
 } // namespace ravlo

@@ -18,7 +18,7 @@ struct GridColumn
 {
     const wchar_t* sKey;
     const wchar_t* sHeader;
-    // The widest number a column of numbers usually shows, since numbers are never cut; null for texts.
+    // The widest number that the column usually shows, since numbers are never truncated; null for texts.
     const wchar_t* sWidest;
     // The cell of a cut in the row at that position, counted from 1.
     CellValue (*ValueOf)(const Cut& cCut, std::int32_t lPos);

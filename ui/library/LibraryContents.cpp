@@ -26,7 +26,7 @@ std::int32_t AsLong(std::size_t count)
 
 std::uint32_t Ticks(const clsSchedMan& cSchedMan) { return cSchedMan.Mod().Ports().cClock.TickCount(); }
 
-// Looked up for each report: a host may close the window in between.
+// Looks the follower up for each report: a host may close the window in between.
 template <class Say> void ToFollower(const clsSchedMan& cSchedMan, Say&& say)
 {
     if (ProgressEvents* const cFollower = cSchedMan.ProgressFollower())

@@ -13,8 +13,8 @@
 namespace ravlo
 {
 
-// What a category tree and a cut grid show: those of the library window, or those that a host passes. All of
-// it is a snapshot, since a host may change categories in the members of its tree and grid.
+// The contents of a category tree and a cut grid, those of the library window or those that a host passes.
+// All are snapshots, since a host may change categories while its tree and grid are filled.
 
 inline constexpr const wchar_t* sImageOpen = L"Open";
 inline constexpr const wchar_t* sImageClosed = L"Closed";
@@ -49,8 +49,8 @@ struct ListedCuts
     std::vector<Run> colRuns;     // none for all audio
 };
 // Lists every cut of the database ("ALL AUDIO"), all levels of a main category, or one level in schedule
-// order, and reports it as progress. An unknown category or level lists nothing and is noted in the debug
-// log. Returns nothing without main categories.
+// order, and reports progress. An unknown category or level gives an empty list and a line in the debug log.
+// Returns nothing without main categories.
 std::optional<ListedCuts> ListCuts(clsSchedMan& cSchedMan, const std::wstring& strCatKey);
 
 // Reports the filling of a grid with listed cuts as progress.
@@ -58,7 +58,7 @@ class FillingReport
 {
 public:
     FillingReport(clsSchedMan& cSchedMan, const ListedCuts& listed);
-    // Call after each row that a host was given, from 1. Pauses or reports at every 50th.
+    // Call after each row given to a host, with its number from 1. Pauses or reports at every 50th.
     void RowFilled(std::size_t row);
     void Done();
 

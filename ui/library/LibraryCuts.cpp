@@ -53,7 +53,7 @@ void LibraryCuts::Edit(clsSchedMan& cSchedMan, std::size_t row)
     const std::shared_ptr<DataBase> cDataBase = cSchedMan.DataBase();
     const std::shared_ptr<Cut> cCut = cDataBase ? cDataBase->CutByKey(Grid().KeyAt(row)) : nullptr;
     const bool bEdited = cCut && cSchedMan.RaiseEditRequestCutEvent(cCut) != lEditCancelled;
-    if (bEdited && !m_cWork.RefreshPending()) // else the database's news of the edit show the node again
+    if (bEdited && !m_cWork.RefreshPending()) // otherwise the pending refresh shows the node again
         m_cPanes.ShowAgain(cSchedMan);
 }
 
@@ -84,7 +84,7 @@ void LibraryCuts::Remove(clsSchedMan& cSchedMan, const std::vector<std::size_t>&
     m_cPanes.ShowAgain(cSchedMan);
 }
 
-// Out of the levels they are listed from, in the tree as it is now: the listing may be older.
+// From the levels they are listed in, looked up in the present tree: the listing may be older.
 std::vector<CutRemoval> LibraryCuts::RemovalsFromListed(const clsSchedMan& cSchedMan,
                                                         const std::vector<std::size_t>& colRows) const
 {
@@ -96,7 +96,7 @@ std::vector<CutRemoval> LibraryCuts::RemovalsFromListed(const clsSchedMan& cSche
     return colRemovals;
 }
 
-// Out of every level that contains them.
+// From every level that contains them.
 std::vector<CutRemoval> LibraryCuts::RemovalsFromAll(const clsSchedMan& cSchedMan,
                                                      const std::vector<std::size_t>& colRows) const
 {
@@ -149,7 +149,7 @@ void LibraryCuts::Paste()
     });
 }
 
-// The selection is read after the busy state has let messages run.
+// Reads the selection after becoming busy, which may process messages.
 void LibraryCuts::Move(clsSchedMan& cSchedMan, std::optional<std::size_t> row)
 {
     const LibraryWork::Busy cBusy(m_cWork);
@@ -167,7 +167,8 @@ bool LibraryCuts::DragStarted()
     return true;
 }
 
-// Handles the drop before what became pending during the drag: the rows are still those that were dragged.
+// Handles the drop before a refresh that became pending during the drag: the rows are still those that were
+// dragged.
 void LibraryCuts::DragCompleted(const std::optional<Drop>& drop)
 {
     const std::unique_ptr<LibraryWork::Working> cDrag = std::move(m_cDrag);
@@ -196,8 +197,8 @@ void LibraryCuts::Perform(clsSchedMan& cSchedMan, const Drop& drop)
         DropOnNode(cSchedMan, drop.sNodeKey, *dragged);
 }
 
-// Gives the grid the shown level as it is now, since nothing may be placed into one that was deleted or
-// reloaded. False for a deleted one, which the window then no longer shows.
+// Gives the grid the present object of the shown level, which may have been reloaded. Returns false, and
+// shows another node, when it was deleted.
 bool LibraryCuts::MayReorder(clsSchedMan& cSchedMan)
 {
     if (!Grid().CurrentCatViewing())
@@ -247,7 +248,7 @@ void LibraryCuts::Change(clsSchedMan& cSchedMan, eCatDragOptions eOption, Target
     const PresentCuts present = PresentOf(cSchedMan, dragged);
     if (present.colCuts.empty())
         return m_cPanes.ShowAgain(cSchedMan);
-    // The target, too, as it is now that the pop-ups are closed.
+    // Look the target up again, now that the pop-ups are closed.
     const std::wstring sName = target.cCat->CatName();
     const std::wstring sMainKey = CategoryKey(sName, 0);
     if (std::shared_ptr<clsCat> cNow = CatOf(cSchedMan, CategoryKey(sName, target.lLevel)))

@@ -17,9 +17,8 @@
 namespace ravlo
 {
 
-// What the user does to the cuts in the library window: edit, remove, move, copy and paste, drag and drop.
-// The manager makes every change of categories; this class gathers and confirms the choice and shows the
-// result.
+// What the user does to cuts in the library window: edit, remove, move, copy and paste, drag and drop.
+// Collects and confirms the choice and shows the result; the manager changes the categories.
 class LibraryCuts
 {
 public:
@@ -29,10 +28,10 @@ public:
     // Row and column from 1, 0 for none. Asks the host to edit the cut.
     void CellDblClick(std::size_t row, std::size_t col);
     void GridDelete();
-    // Moves the selected rows by one row. Calls made while it runs are gathered into one further move.
+    // Moves the selected rows by one. Calls during a move are combined into one further move.
     void MoveSelected(bool bUp);
-    // Keeps the selected cuts for a Paste into the selected node, which asks what to do with them as a drop
-    // does.
+    // CopySelection remembers the selected cuts. Paste puts them into the selected node and asks how, as a
+    // drop does.
     void CopySelection();
     void Paste();
 
@@ -45,9 +44,9 @@ public:
     };
     // Begins a drag of the selected rows; false when it may not begin.
     bool DragStarted();
-    // Ends it and handles its drop, if it was dropped here.
+    // Ends it and handles its drop, if there was one here.
     void DragCompleted(const std::optional<Drop>& drop);
-    // Refuses what was dragged from elsewhere and dropped here, no matter what its payload is.
+    // Refuses, with any payload, what was dragged from elsewhere and dropped here.
     void Dropped(const Drop& drop);
 
 private:

@@ -114,7 +114,7 @@ void LibraryPanes::ClearGrid()
     m_cView.HideProgress();
 }
 
-// Returns the key, or in place of one that is gone its main category's, else the root's.
+// Returns the key; when its node is gone, its main category's key, else the root's.
 std::wstring LibraryPanes::PresentKey(const std::wstring& sKey) const
 {
     for (const std::wstring& sTried : {sKey, MainKeyOf(sKey)})
@@ -274,8 +274,8 @@ bool LibraryPanes::TypeInTree(wchar_t cTyped)
     if (m_cWork.Running() || m_cTree.Count() == 0)
         return true;
     const CategoryTreePresenter::Node lFrom = m_cTreeView.Selected().value_or(0);
-    // A first letter looks behind the selected node, the next ones begin with it. The same letter repeated
-    // visits all nodes that begin with it.
+    // The first letter searches after the selected node, further letters from it on. The same letter repeated
+    // visits each node that begins with it.
     std::optional<CategoryTreePresenter::Node> lFound =
         m_cTree.FindText(m_sTyped, lFrom, m_sTyped.size() == 1);
     const bool bOneLetter = m_sTyped.find_first_not_of(m_sTyped[0]) == std::wstring::npos;

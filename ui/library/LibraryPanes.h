@@ -14,8 +14,8 @@
 namespace ravlo
 {
 
-// The library window's tree and grid: the grid shows the cuts of one of the tree's nodes. After changes they
-// are shown again with what the user had selected, expanded and ticked, as far as it still exists.
+// The library window's tree and grid: the grid shows the cuts of one node of the tree. After changes, what
+// the user had selected, expanded and ticked is kept as far as it still exists.
 class LibraryPanes
 {
 public:
@@ -28,7 +28,8 @@ public:
     const clsSchedLibGridPresenter& Grid() const noexcept { return m_cGrid; }
     // The selected node's key; empty for none.
     std::wstring SelectedKey() const;
-    // The category whose cuts the grid shows, as it is now; null for the root, none, and one that is gone.
+    // The present category of the cuts in the grid; null for the root, for none, and when it no longer
+    // exists.
     std::shared_ptr<clsCat> ShownCat(const clsSchedMan& cSchedMan) const;
     // The ticked categories and levels, in the tree's order.
     Cats CheckedCats(const clsSchedMan& cSchedMan) const;
@@ -39,10 +40,10 @@ public:
     void Load(clsSchedMan& cSchedMan);
     // Fills the tree without its ticks, and shows the selected node's cuts.
     void RefreshAll(clsSchedMan& cSchedMan);
-    // Shows the shown node's cuts again. For commands that leave the categories as they are.
+    // Shows the shown node's cuts again. Use it after commands that do not change categories.
     void ShowAgain(clsSchedMan& cSchedMan);
-    // Shows what has changed, categories included. A tree whose nodes are the same is not touched; another
-    // one keeps its ticks.
+    // Shows changes, also of categories. Does not touch the tree when its nodes are the same; otherwise keeps
+    // its ticks.
     void ShowChanges(clsSchedMan& cSchedMan);
     // ShowChanges, unless the tree is up to date.
     void ShowChangedTree(clsSchedMan& cSchedMan);
@@ -55,14 +56,14 @@ public:
     // ---- what the user does
 
     void ShowSelectedNode(); // double-click and Enter in the tree
-    // Takes the user's tick of a box, or takes it back while something runs.
+    // Accepts the user's tick of a box, or undoes it while something runs.
     void NodeCheck(CategoryTreePresenter::Node lNode, bool bCheck);
     void NodeExpanded(CategoryTreePresenter::Node lNode, bool bExpanded);
     void CheckAll(bool bCheck);
     void InvertChecks();
-    // Selects the next node on the screen whose text begins with what was typed, each character within a
-    // second of the one before. False for a character that is no part of a search, such as a blank that
-    // follows no letter.
+    // Selects the next visible node whose text begins with the typed characters; a pause of more than a
+    // second starts a new text. Returns false for a character that is not part of a search, such as a blank
+    // after no letter.
     bool TypeInTree(wchar_t cTyped);
 
 private:

@@ -38,8 +38,8 @@ void LibraryWork::Opened()
     m_bClosePending = false;
 }
 
-// Disabling and enabling let waiting messages run, in which anything may happen. In a window that was never
-// shown there is nothing to disable, and the caller who has it filled expects no messages.
+// Disabling and enabling process waiting messages, which may do anything. A window that was never shown has
+// nothing to disable, and its caller expects no messages.
 void LibraryWork::SetBusy(bool bBusy) noexcept
 {
     if (!m_bShown)
@@ -55,9 +55,10 @@ void LibraryWork::SetBusy(bool bBusy) noexcept
     }
 }
 
-// Runs what is pending. Called while the last Working still counts, so that what is asked for in between
-// becomes pending in its turn instead of nesting. News that arrive while news are shown wait for the user's
-// turn, or a database that keeps reporting would never let the user in. A window that is to close shows none.
+// Runs pending requests. Called while the last Working still counts, so that new requests become pending
+// instead of nesting. A change that is announced during the refresh waits until the user had a turn;
+// otherwise a database that keeps reporting would lock the user out. A window that is about to close shows
+// none.
 void LibraryWork::Settle() noexcept
 {
     if (!m_bClosePending && std::exchange(m_bRefreshPending, false))

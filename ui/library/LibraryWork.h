@@ -10,9 +10,9 @@
 namespace ravlo
 {
 
-// What runs in the library window. While something runs, is dragged or is edited, what the user does is
-// ignored, a refresh that is asked for runs once at the end, and closing waits. Holds the manager weakly, so
-// that it can end while the window exists hidden.
+// The work that runs in the library window. While something runs, is dragged or is edited, user actions are
+// ignored, a requested refresh runs once at the end, and closing is delayed. Holds the manager weakly: it may
+// end while a hidden window exists.
 class LibraryWork
 {
 public:
@@ -44,7 +44,7 @@ public:
         LibraryWork& m_cWork;
     };
 
-    // Owns neither view nor module. Refresh shows the database's news.
+    // Owns neither view nor module. Refresh shows the database's changes.
     LibraryWork(frmUILibView& cView, ModScheduler& cMod, Body Refresh);
 
     void SetSchedMan(const std::shared_ptr<clsSchedMan>& cSchedMan) { m_cSchedMan = cSchedMan; }
@@ -52,18 +52,18 @@ public:
     bool Running() const noexcept { return m_lWorking > 0; }
     bool RefreshPending() const noexcept { return m_bRefreshPending; }
 
-    // Call when the window is shown: from then on it can be disabled. Forgets an earlier wish to close.
+    // Call when the window is shown: it can be disabled from then on. Cancels an earlier request to close.
     void Opened();
-    // At once, or at the end of what runs.
+    // Run at once, or at the end of the present work.
     void RequestRefresh();
     void RequestClose();
 
-    // Runs a handler of what the user does, unless something runs or there is no manager. A failure is shown,
-    // and leaves no progress bar and no disabled control behind.
+    // Runs a handler of a user action, unless something runs or there is no manager. A failure is shown, the
+    // progress bar is hidden and the controls are enabled.
     void Handle(const wchar_t* sWhere, const Body& body);
-    // Does the same for a drop and for commands with a drop's rules.
+    // As Handle, for a drop and for commands with the rules of a drop.
     void HandleDrop(const Body& body);
-    // Runs a drop even while something runs: the drag that it ends.
+    // Runs a drop even while something runs, namely the drag that it ends.
     void RunDrop(const Body& body);
     // Runs the body and shows a failure as Handle does.
     void Try(const wchar_t* sWhere, const std::function<void()>& body);

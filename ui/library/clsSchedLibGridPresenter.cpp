@@ -25,7 +25,7 @@ std::wstring TextOf(const CellValue& value)
     return pText ? *pText : DecimalText(std::get<std::int32_t>(value));
 }
 
-// Empty for a cut that cannot answer.
+// Empty for a cut that cannot be read.
 template <class Ask> std::wstring TextOrNone(Ask&& ask)
 {
     try
@@ -190,7 +190,8 @@ clsSchedLibGridPresenter::Place clsSchedLibGridPresenter::CurrentPlace() const
     return place;
 }
 
-// Where the rows are now: first by the cut's object, which asks no cut for anything, the others by key.
+// The rows' present positions. Finds them by the cut's object first, which reads no cut, and the others by
+// key.
 std::vector<std::optional<std::size_t>>
 clsSchedLibGridPresenter::FindRows(const std::vector<RowOfCut>& colWanted) const
 {
@@ -218,7 +219,7 @@ clsSchedLibGridPresenter::FindRows(const std::vector<RowOfCut>& colWanted) const
         }
         catch (const std::exception&)
         {
-            return {}; // a cut that cannot answer is not found again
+            return {}; // a cut that cannot be read is not found
         }
     };
     std::unordered_multimap<TextKey, std::size_t> colByKey;
@@ -251,7 +252,7 @@ void clsSchedLibGridPresenter::ReturnTo(const Place& place)
             ++goneBefore;
     m_cView.SetSelection(bSelected);
     const std::size_t last = RowCount() - 1;
-    if (place.current) // for one that is gone: what is in its place now
+    if (place.current) // when it is gone: the row in its place
         m_cView.SetCurrentRow(
             colRows[place.colSelected.size()].value_or(std::min(place.current->lRow - goneBefore, last)));
     m_cView.SetTopRow(place.bAtTop ? 0 : colRows.back().value_or(std::min(place.top.lRow, last)));
@@ -332,7 +333,7 @@ void clsSchedLibGridPresenter::MoveRows(const std::vector<std::size_t>& colRows,
 {
     const RowOfCut first = RowOf(colRows.front());
     MoveRequested(lRow);
-    // They are still selected; the first of them becomes the current row, in view.
+    // The moved rows are still selected; the first of them becomes the current row, scrolled into view.
     const std::optional<std::size_t> lFirst = FindRows({first}).front();
     if (!lFirst)
         return;
@@ -341,7 +342,7 @@ void clsSchedLibGridPresenter::MoveRows(const std::vector<std::size_t>& colRows,
     m_cView.EnsureVisible(*lFirst);
 }
 
-// The rotation may have moved cuts since the rows were listed: what counts is where the row's cut is now.
+// The rotation may have moved cuts since the rows were listed: use the cut's present position.
 std::int32_t clsSchedLibGridPresenter::PositionInto(std::optional<std::size_t> lRow) const
 {
     const CutCollection& colSchedCuts = *m_cCurrentCat->SchedCuts();

@@ -19,9 +19,9 @@ namespace ravlo
 // What a drag out of the grid carries as text; the cuts themselves are read from the grid.
 inline constexpr const wchar_t* sGridPayload = L"Scheduler Grid";
 
-// The library window's grid: its columns and their persistence, its rows, the selection commands and the
-// rules of re-ordering. A row refers to a cut from when the node was shown; the cut is asked for its texts
-// when they are painted.
+// The library window's grid: columns and their saved layout, rows, selection commands and the rules of
+// re-ordering. Rows refer to the cuts that the node had when it was shown; a cut's texts are read when they
+// are painted.
 class clsSchedLibGridPresenter
 {
 public:
@@ -74,15 +74,15 @@ public:
     void SelectNone() { m_cView.SelectAll(false); }
     void InvertSelection();
 
-    // A row to be found when the same node is listed again: a cut in a level, since several levels of a main
-    // category may contain one cut.
+    // Identifies a row when the same node is listed again: a cut and its level, since several levels of a
+    // main category may contain one cut.
     struct RowOfCut
     {
         std::shared_ptr<Cut> cCut;
         std::int32_t lLevel = 0; // 0 in the listing of all audio
         std::size_t lRow = 0;    // at that time
     };
-    // What the user sees of the rows: kept when the same node is shown again.
+    // Selection and scroll position, kept when the same node is shown again.
     struct Place
     {
         std::vector<RowOfCut> colSelected; // in row order
@@ -95,9 +95,9 @@ public:
 
     // ---- what the user does
 
-    // A drop onto a row, or past the last one. Shows why when it is refused.
+    // Handles a drop on a row, or after the last one. Shows why when it is refused.
     void Drop(const std::wstring& sPayload, std::optional<std::size_t> lRow);
-    // Says that what was dropped did not come from this grid.
+    // Shows that the dropped data did not come from this grid.
     void RefuseSource() const;
     // Moves the selected rows down by so many rows, or up for a negative number, at most to the end; under
     // the rules of a drop.
@@ -105,11 +105,11 @@ public:
     // Begins and ends a drag of the selected rows; false when there are none.
     bool StartDrag();
     void EndDrag() { m_colDragged.clear(); }
-    // Whether a drop of the dragged rows there would change anything; else no insertion line is shown.
+    // Whether a drop there would move the dragged rows; otherwise no insertion line is shown.
     bool DropWouldMove(std::optional<std::size_t> lRow) const;
-    // Asks for the removal of the selected rows; says so when there are none.
+    // Requests the removal of the selected rows; shows a box when there are none.
     void RemoveSelectedFromCategory();
-    // The position, from 1, in the shown level that rows moved in front of that row get now.
+    // The present position, from 1, in the shown level at which rows moved in front of that row will be.
     std::int32_t PositionInto(std::optional<std::size_t> lRow) const;
 
 private:

@@ -11,8 +11,8 @@
 namespace ravlo
 {
 
-// The cut grid on the screen: a list without rows of its own, which asks for texts when it paints. Rows count
-// from 0. It does not report what its presenter makes it do.
+// The cut grid on the screen: a list that stores no rows and asks for texts when it paints. Rows count from
+// 0. Does not report changes made by its presenter.
 class clsSchedLibGridView
 {
 public:
@@ -21,13 +21,13 @@ public:
     virtual std::size_t ColCount() const = 0;
     virtual void AddCol(const std::wstring& sHeader) = 0;
     virtual void ShowLayout(const ColumnLayout& layout) = 0;
-    // The layout as the user has left it; what they did not change is as it was shown.
+    // The layout with the user's changes.
     virtual ColumnLayout Layout() const = 0;
 
     // No row is selected or current afterwards, and the first one is at the top.
     virtual void SetRowCount(std::size_t rows) = 0;
     virtual void SelectAll(bool bSelect) = 0;
-    // Row by row; as long as there are rows.
+    // One value per row.
     virtual void SetSelection(const std::vector<bool>& bSelected) = 0;
     virtual std::vector<std::size_t> SelectedRows() const = 0; // ascending
     virtual std::optional<std::size_t> CurrentRow() const = 0;

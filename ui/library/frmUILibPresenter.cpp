@@ -13,7 +13,7 @@ namespace ravlo
 namespace
 {
 
-// Calls something once at the next start of progress, as long as it exists.
+// While it exists, calls something once, at the next start of progress.
 class Began
 {
 public:
@@ -165,7 +165,7 @@ void frmUILibPresenter::Run(LibraryCommand eCommand, clsSchedMan& cSchedMan)
     case mnuSave:
         return SaveAll(cSchedMan);
     case mnuExit:
-        return; // never run here: while something runs it is pending, not ignored
+        return; // not handled here: while something runs, closing is delayed, not ignored
     case mnuCatUI:
         return ShowCategoryWindow(cSchedMan);
     case mnuCatNew:
@@ -231,7 +231,7 @@ void frmUILibPresenter::Shuffle(clsSchedMan& cSchedMan)
         return;
     }
     {
-        // Not while the manager asks: from its first report on.
+        // Busy from the manager's first report on, not during its question.
         std::unique_ptr<LibraryWork::Busy> cBusy;
         const Began cBegan(m_OnProgressStart, [&] { cBusy = std::make_unique<LibraryWork::Busy>(m_cWork); });
         cSchedMan.ShuffleCategories(colCats, true);
@@ -266,7 +266,7 @@ void frmUILibPresenter::Reload(clsSchedMan& cSchedMan)
     m_cPanes.RefreshAll(cSchedMan);
 }
 
-// Goes by key: saving lets messages run, in which a host may populate again, in another folder.
+// By key: saving processes messages, during which a host may populate again, from another folder.
 void frmUILibPresenter::SaveAll(clsSchedMan& cSchedMan)
 {
     const LibraryWork::Busy cBusy(m_cWork);
@@ -277,7 +277,7 @@ void frmUILibPresenter::SaveAll(clsSchedMan& cSchedMan)
     for (const std::wstring& sKey : colKeys)
         if (const std::shared_ptr<clsCat> cMainCat = CatByKey(cSchedMan.colMainCats().get(), sKey))
             cSchedMan.SaveHistoryAndOrdering(cMainCat);
-    m_cView.HideProgress(); // a failed one has left it
+    m_cView.HideProgress(); // a failed save leaves it visible
 }
 
 // ---- progress ----

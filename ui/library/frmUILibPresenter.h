@@ -50,18 +50,18 @@ public:
     // Sets the manager, or null for none, and follows its progress.
     void SetSchedMan(const std::shared_ptr<clsSchedMan>& cSchedMan);
 
-    // Loads the window and shows it until it is closed; without a manager a box says so. Brings one that is
-    // showing to the front.
+    // Loads the window and shows it until it is closed; without a manager shows a box. If it is already
+    // showing, brings it to the front.
     void ShowModalUI();
     bool Showing() const noexcept { return m_bShowing; }
     // Fills tree and grid from the manager's present objects, with the selected node's cuts.
     void ReloadAll();
-    // Shows the database's news, which may arrive at any moment: at once, or when what runs has ended.
+    // Shows the database's changes: at once, or when the present work has ended.
     void RequestRefresh() { m_cWork.RequestRefresh(); }
-    // Call when the window is about to be shown for the first time, and when it is about to go.
+    // Call before the window is shown for the first time, and before it ends.
     void Opened() { m_cPanes.Grid().TakeGrid(); }
     void Closing() { m_cPanes.Grid().LetGoOfGrid(); }
-    // Closes the window, after what runs.
+    // Closes the window, after the present work.
     void RequestClose() { m_cWork.RequestClose(); }
 
     LibraryPanes& Panes() noexcept { return m_cPanes; }
@@ -90,7 +90,7 @@ private:
     LibraryWork m_cWork;
     LibraryPanes m_cPanes;
     LibraryCuts m_cCuts;
-    std::function<void()> m_OnProgressStart; // while a command waits for the manager to begin
+    std::function<void()> m_OnProgressStart; // set while a command waits for the manager to start
     bool m_bShowing = false;
 };
 

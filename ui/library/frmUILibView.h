@@ -28,7 +28,7 @@ public:
     virtual void ShowModal() = 0;
     virtual void BringToFront() = 0;
     virtual void Close() = 0;
-    // Calls RequestRefresh soon, but after what the user does until then.
+    // Calls RequestRefresh soon, after user input that is already waiting.
     virtual void AskForRefresh() = 0;
 };
 

@@ -25,7 +25,7 @@ public:
     void SetLook(HFONT hFont, int lDpi);
     // The smallest client size at which everything can be used.
     SIZE SmallestSize() const;
-    // EnableUI has asked for the hourglass: the window around shows it too.
+    // Whether EnableUI has set the hourglass, which the surrounding window must show too.
     bool ShowsHourglass() const noexcept { return m_bHourglass; }
     void FocusFirst() { Focus(SelectorControl::lstCat); }
     // Handles keys that mean something special in its controls; true when it did.

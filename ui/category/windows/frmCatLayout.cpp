@@ -34,7 +34,7 @@ int frmCatWindow::px(int lAt96) const { return Scaled(lAt96, m_lDpi); }
 void frmCatWindow::SetLook(int lDpi)
 {
     m_lDpi = lDpi;
-    // The controls release the old fonts before these end.
+    // Swapped in at the end: the controls use the old fonts until then.
     UniqueFont hFont = MessageFont(lDpi);
     UniqueFont hSymbols = SymbolFont(lDpi);
     for (const HWND hControl :
@@ -117,7 +117,7 @@ void frmCatWindow::LayOut()
     LayOutButtons(lButtonTop, lRight);
 }
 
-// Making on the left, the strip and closing on the right.
+// The buttons for new categories on the left; the strip, OK and Cancel on the right.
 void frmCatWindow::LayOutButtons(int lTop, int lRight)
 {
     const int lHeight = static_cast<int>(ButtonSize(m_hOK).cy);
@@ -164,7 +164,7 @@ void frmCatWindow::LayOutRulesArea(int lLeft, int lTop, int lWidth, int lBottom)
     ::SetWindowRgn(m_hTabs, hShape, TRUE);
 }
 
-// A window at its smallest size grows with what has to be shown in it.
+// Grows a window that is too small for its contents.
 void frmCatWindow::MakeRoom()
 {
     if (!m_bRulesShown || !::IsWindowVisible(Handle()) || ::IsZoomed(Handle()) || ::IsIconic(Handle()))

@@ -164,7 +164,7 @@ LRESULT frmCatWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
         }
         return 0;
     case WM_SETCURSOR:
-        // Not while a box or another window is open before this one.
+        // Not while a box or another window is open in front of this one.
         if (!m_cSelector || !m_cSelector->ShowsHourglass() || !::IsWindowEnabled(Handle()))
             return Default(lMessage, wParam, lParam);
         ::SetCursor(::LoadCursorW(nullptr, IDC_WAIT));
@@ -222,7 +222,7 @@ void frmCatWindow::OnCommand(int lId, int lCode)
     }
 }
 
-// The focus comes back to where it was when the window was left.
+// Restores the focus when the window becomes active again.
 void frmCatWindow::OnActivate(bool bActive)
 {
     if (m_bBusy)
@@ -237,7 +237,7 @@ void frmCatWindow::OnActivate(bool bActive)
         ::SetFocus(m_hFocus);
 }
 
-// Where it was before the window became busy, unless that control is gone.
+// Restores the focus after a busy time, unless that control is gone.
 void frmCatWindow::ReturnFocus()
 {
     if (m_hFocus && ::IsChild(Handle(), m_hFocus) && ::IsWindowVisible(m_hFocus) &&
@@ -404,7 +404,8 @@ void frmCatWindow::ShowModal()
         return;
     RememberPlace(Handle(), m_cMod.Ports().cUserSettings, sPlaceKey);
     ::ShowWindow(Handle(),
-                 SW_HIDE); // what has been chosen may take time to store: without the loop it is dead
+                 SW_HIDE); // hidden now: storing the choice may take time, and without its loop the window
+                           // does not react
 }
 
 void frmCatWindow::Close() { m_cLoop->End(); }

@@ -63,7 +63,7 @@ private:
     void MakeRoom();
     void LayOutButtons(int lTop, int lRight);
     void LayOutRulesArea(int lLeft, int lTop, int lWidth, int lBottom);
-    // Of the window that opens for the first time, and what the rules area takes of its width.
+    // The size of a window that opens for the first time, and the width of the rules area.
     SIZE FirstSize() const;
     int RulesAreaWidth() const;
     SIZE SmallestClient() const;

@@ -55,12 +55,12 @@ void AskForPointer() noexcept
 
 void Mover::Move(HWND hControl, int x, int y, int cx, int cy) noexcept
 {
-    // Bits that are copied along may be those of a neighbour that stood in the way.
+    // Copied bits could be those of a neighbour that overlapped the control.
     constexpr UINT lFlags = SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS;
     if (m_hMoves)
         m_hMoves =
             ::DeferWindowPos(m_hMoves, hControl, nullptr, x, y, std::max(0, cx), std::max(0, cy), lFlags);
-    else // the moves gathered so far are lost only when memory runs out
+    else // the moves gathered before are lost, but only when memory runs out
         ::SetWindowPos(hControl, nullptr, x, y, std::max(0, cx), std::max(0, cy), lFlags);
 }
 

@@ -31,7 +31,8 @@ public:
     // Returns after End, or when the window is gone, or when the program quits (which it passes on to the
     // host's loop).
     void Run();
-    // Enables the other windows, before the modal one goes: else another program's would come to the front.
+    // Enables the other windows. Call before the modal window is hidden or destroyed: otherwise another
+    // program's window would come to the front.
     void End() noexcept;
 
 private:

@@ -66,7 +66,7 @@ void Window::Destroy() noexcept
 {
     if (!m_hWindow)
         return;
-    // The object is going away: the rest of the window's life is the system's own.
+    // The object ends: from here on the system alone handles the window.
     ::SetWindowLongPtrW(m_hWindow, GWLP_USERDATA, 0);
     ::DestroyWindow(m_hWindow);
     m_hWindow = nullptr;
@@ -113,7 +113,8 @@ LRESULT CALLBACK Window::Procedure(HWND hWindow, UINT lMessage, WPARAM wParam, L
     {
         ::SetWindowLongPtrW(hWindow, GWLP_USERDATA, 0);
         pWindow->m_hWindow = nullptr;
-        // Destroyed inside a sent message, it would leave its modal loop waiting for a posted one.
+        // Wakes a modal loop that waits for a posted message, in case the window was destroyed inside a sent
+        // one.
         ::PostThreadMessageW(::GetCurrentThreadId(), WM_NULL, 0, 0);
     }
     return lResult;

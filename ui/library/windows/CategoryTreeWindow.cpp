@@ -32,9 +32,9 @@ TVITEMW ItemOf(HTREEITEM hItem, UINT lMask)
     return item;
 }
 
-// While one exists a tree view neither paints nor tells the system what is to be painted, which costs a
-// hundred times as much as setting an item. Past the control's own handler of the message: not every tree
-// view's does so. One that is hidden stays hidden.
+// While one exists, a tree view neither paints nor invalidates, which would cost a hundred times as much as
+// setting an item. Sends the message past the control's own handler, since not every tree view's handler does
+// this. A hidden tree view stays hidden.
 class TreePaintingOff
 {
 public:
@@ -64,7 +64,7 @@ CategoryTreeWindow::CategoryTreeWindow(HWND hParent, int lId)
                               TVS_DISABLEDRAGDROP,
                           lId, WS_EX_CLIENTEDGE))
 {
-    // Only now: a tree made with check boxes gives no item one.
+    // Set after creation: a tree view created with this style gives no item a check box.
     ::SetWindowLongPtrW(m_hTree, GWL_STYLE, ::GetWindowLongPtrW(m_hTree, GWL_STYLE) | TVS_CHECKBOXES);
 }
 
@@ -186,7 +186,7 @@ void CategoryTreeWindow::BringIntoView(CategoryTreePresenter::Node lNode)
     ScrollToLeft();
 }
 
-// One tree view knows only the one, another only the other.
+// Some tree views handle only one of these messages.
 void CategoryTreeWindow::ScrollToLeft()
 {
     Send(m_hTree, WM_HSCROLL, SB_THUMBPOSITION, 0);

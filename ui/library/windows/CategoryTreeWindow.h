@@ -44,20 +44,21 @@ public:
     std::optional<Hit> HitTest(POINT onScreen) const;
     // The node of an item; nothing for one of an earlier tree.
     std::optional<CategoryTreePresenter::Node> NodeOf(HTREEITEM hItem) const;
-    // The nodes whose box shows something else than the tree has: what the user has clicked.
+    // The nodes whose box differs from the tree: those that the user has clicked.
     std::vector<CategoryTreePresenter::Node> CheckedByUser() const;
     bool ShowsCheck(CategoryTreePresenter::Node lNode) const;
     LRESULT OnCustomDraw(NMTVCUSTOMDRAW& draw) const;
     // Where a node's label is on the screen.
     RECT LabelOf(CategoryTreePresenter::Node lNode) const;
 
-    // Puts right what clicks on check boxes leave on the screen.
+    // Repaints what clicks on check boxes leave wrong on the screen.
     void Repaint();
     // Back to the left edge, where check boxes and expanders are.
     void ScrollToLeft();
 
-    // During a drag: marks a node as the target, or none; scrolls near the edges and opens a node the pointer
-    // rests on. The view does not report that opening: DragTick returns the node.
+    // During a drag. ShowDropTarget marks a node as the target, or none. DragTick scrolls near the edges and
+    // expands a node that the pointer rests on; it returns that node, since the view does not report this
+    // expansion.
     void ShowDropTarget(std::optional<CategoryTreePresenter::Node> lNode);
     std::optional<CategoryTreePresenter::Node> DragTick(POINT onScreen);
 

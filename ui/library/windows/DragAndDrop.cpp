@@ -12,7 +12,7 @@ namespace ravlo
 namespace
 {
 
-// What the objects of a drag have in common: one interface, counted.
+// Base of the objects of a drag: one interface, reference counted.
 template <class Interface> class Counted : public Interface
 {
 public:
@@ -163,7 +163,7 @@ public:
         return Guard(
             [&] {
             const bool bTaken = !m_sText.empty() && m_cSite.DragOver({point.x, point.y}, m_sText);
-            // What becomes of the cuts is asked after the drop: any effect the source allows will do.
+            // The user is asked after the drop what to do, so any effect that the source allows is right.
             *pEffect &= bTaken ? DWORD{DROPEFFECT_MOVE | DROPEFFECT_COPY} : DWORD{DROPEFFECT_NONE};
             if ((*pEffect & DROPEFFECT_MOVE) != 0)
                 *pEffect = DROPEFFECT_MOVE;
@@ -184,8 +184,7 @@ public:
             m_cSite.DragLeft();
             if (*pEffect != DROPEFFECT_NONE)
                 m_cSite.Dropped({point.x, point.y}, sText);
-            // The rows stay where they are until the drop is carried out: the source has nothing to
-            // delete.
+            // The rows stay until the drop is carried out: the source must delete nothing.
             *pEffect &= DWORD{DROPEFFECT_COPY};
             },
             pEffect);

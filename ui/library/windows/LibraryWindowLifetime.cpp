@@ -11,7 +11,8 @@
 namespace ravlo
 {
 
-// Drag and drop on this thread. A host that has chosen another threading has no drag and drop, only the keys.
+// Initialises drag and drop on this thread. With a host that uses another threading model there is none; the
+// keys still work.
 class LibraryWindowLifetime::Surroundings
 {
 public:
@@ -37,7 +38,7 @@ struct LibraryWindowLifetime::Made
     }
     frmUILibPresenter& Form() noexcept { return cWindow.Form(); }
 
-    Surroundings cSurroundings; // longer than the window
+    Surroundings cSurroundings; // outlives the window
     frmUILibWindow cWindow;
 };
 

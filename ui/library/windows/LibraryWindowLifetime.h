@@ -36,8 +36,8 @@ private:
 
     std::weak_ptr<clsSchedMan> m_cSchedMan;
     std::function<bool()> m_CategoryShowing;
-    // A member at work in the window holds it too: the host, called in between, may show another one or
-    // release everything.
+    // A running member holds a reference too: the host, called in between, may show another window or release
+    // everything.
     std::shared_ptr<Made> m_cMade;
 };
 

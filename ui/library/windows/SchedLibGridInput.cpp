@@ -11,9 +11,9 @@ namespace ravlo
 namespace
 {
 
-// At 96 dpi, of a column somebody has sized: one of 0 could not be found again.
+// At 96 dpi: the smallest width of a column that the user has sized, since one of 0 could not be found again.
 constexpr int lLeastWidth = 12;
-// From so many selected rows on the list's own way, row by row, is felt.
+// From this many selected rows on, the list's own row-by-row handling is noticeably slow.
 constexpr LRESULT lManyRows = 500;
 constexpr UINT_PTR lSubclass = 1;
 constexpr UINT lMendColumn = WM_APP + 1; // posted to the list, with its number of the column
@@ -52,9 +52,9 @@ clsSchedLibGridWindow::~clsSchedLibGridWindow()
 
 // ---- clicks and keys in a list with very many selected rows ----
 
-// Whatever changes the selection makes the list take it back row by row, each with a notification and a
-// painting. So a large selection is taken back in one piece before the list sees the click or the key, and a
-// large range is set with painting off.
+// When the selection changes, the list deselects row by row, with a notification and a repaint each. So a
+// large selection is cleared in one step before the list receives the click or key, and a large range is
+// selected with painting off.
 
 LRESULT CALLBACK clsSchedLibGridWindow::OnListMessage(HWND hList, UINT lMessage, WPARAM wParam, LPARAM lParam,
                                                       UINT_PTR, DWORD_PTR pGrid) noexcept
@@ -156,7 +156,7 @@ void clsSchedLibGridWindow::BeforeRelease(WPARAM lKeys)
     SetState(*lRow, LVIS_SELECTED, LVIS_SELECTED);
 }
 
-// The header sets the width only after it has told of the end.
+// Posted: the header sets the width only after its notification.
 void clsSchedLibGridWindow::KeepColumnVisible(int lListColumn)
 {
     ::PostMessageW(m_hList, lMendColumn, static_cast<WPARAM>(lListColumn), 0);

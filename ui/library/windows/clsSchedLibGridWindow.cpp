@@ -175,7 +175,7 @@ void clsSchedLibGridWindow::SetRowCount(std::size_t rows)
             ShowLayout(layout);
     }
     SetState(-1, 0, LVIS_SELECTED | LVIS_FOCUSED);
-    // By way of no rows: what was selected, current and scrolled to is forgotten.
+    // Setting 0 rows first clears selection, current row and scroll position.
     Send(LVM_SETITEMCOUNT, 0);
     Send(LVM_SETITEMCOUNT, rows);
     m_toTop = 0; // not every list view forgets where it was scrolled to
@@ -198,7 +198,7 @@ void clsSchedLibGridWindow::SelectAll(bool bSelect)
         SetState(-1, bSelect ? LVIS_SELECTED : 0u, LVIS_SELECTED);
 }
 
-// By way of no rows, as above: taking back the selection of 100 000 rows costs 60 ms, this 3.
+// Sets 0 rows, as above: deselecting 100 000 rows takes 60 ms, this takes 3.
 void clsSchedLibGridWindow::ForgetSelection()
 {
     const std::size_t rows = RowCount();

@@ -49,7 +49,7 @@ public:
 
     // ---- for the window's messages
 
-    // Answers what the list asks in order to paint and to find.
+    // Answers the list's requests for painting and searching.
     LRESULT OnGetDispInfo(NMLVDISPINFOW& info) const;
     LRESULT OnFindItem(const NMLVFINDITEMW& find);
     LRESULT OnCustomDraw(NMLVCUSTOMDRAW& draw) const;
@@ -58,8 +58,8 @@ public:
     // A press on a row has become a drag: the selection stays when the button is released.
     void OnBeginDrag() noexcept { m_lPressed.reset(); }
 
-    // The row, from 0, in front of which a drop at that point of the screen puts the rows: above the rows the
-    // first one, below the last one none.
+    // The row, from 0, in front of which a drop at that screen point inserts: the first one above the rows,
+    // none below the last one.
     std::optional<std::size_t> DropRow(POINT onScreen) const;
     // During a drag: the line at which the rows would be inserted (one past the last row: below it), or none.
     void ShowInsertionLine(std::optional<std::size_t> before);
@@ -96,7 +96,7 @@ private:
     std::optional<std::size_t> m_toTop; // the row to scroll to as soon as it paints again
     std::optional<std::size_t> m_insertBefore;
     std::optional<int> m_lPressed; // the selected row the left button went down on
-    mutable std::wstring m_sCell;  // what the list was last given
+    mutable std::wstring m_sCell;  // the text last given to the list
 };
 
 } // namespace ravlo

@@ -92,7 +92,7 @@ void frmUILibWindow::RunDrag()
     m_cTree->ShowDropTarget(std::nullopt);
 }
 
-// What the user is asked or told about a drop comes when the drag has ended.
+// Questions and boxes about a drop come after the drag has ended.
 void frmUILibWindow::OnDropped(LibraryCuts::Drop drop)
 {
     m_drop = std::move(drop);

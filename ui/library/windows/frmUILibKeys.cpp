@@ -29,7 +29,7 @@ bool frmUILibWindow::OnKey(const MSG& message)
         return OnGridKey(message.wParam, bControl);
     if (message.wParam != VK_UP && message.wParam != VK_DOWN)
         return false;
-    // Else the system takes Alt for pressed alone, and opens the menu when it is released.
+    // Otherwise the system sees Alt pressed alone and opens the menu when it is released.
     ::DefWindowProcW(message.hwnd, message.message, message.wParam, message.lParam);
     m_cForm->Cuts().MoveSelected(message.wParam == VK_UP);
     return true;

@@ -87,14 +87,14 @@ void frmUILibWindow::MakeControls()
 void frmUILibWindow::SetLook(int lDpi)
 {
     m_lDpi = lDpi;
-    // The controls release the old font before it ends.
+    // Swapped in at the end: the controls use the old font until then.
     UniqueFont hFont = MessageFont(lDpi);
     SetFont(m_hTopLeft, hFont.get());
     m_cTree->SetLook(hFont.get(), lDpi);
     m_cGrid->SetLook(hFont.get(), lDpi);
     m_cStatus->SetLook(hFont.get(), lDpi);
     m_hFont.swap(hFont);
-    // So does the window the old icons.
+    // Likewise for the window's icons.
     UniqueIcon hBig = FolderIcon(Scaled(lBigIcon, lDpi));
     UniqueIcon hSmall = FolderIcon(Scaled(lSmallIcon, lDpi));
     ::SendMessageW(Handle(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(hBig.get()));
@@ -147,7 +147,7 @@ LRESULT frmUILibWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
                          m_CategoryShowing() ? MF_GRAYED : MF_ENABLED);
         return 0;
     case WM_DESTROY:
-        LetGo(); // with the owner the controls go as well
+        LetGo(); // the controls are destroyed with the window
         return 0;
     case WM_SETCURSOR:
         if (m_bBusy && !m_bDragging)
@@ -268,7 +268,7 @@ void frmUILibWindow::OnTreeDblClick()
         ::PostMessageW(Handle(), ePostedShowNode, 0, 0);
 }
 
-// The root is never collapsed. Not every tree view heeds the refusal: it is expanded again then.
+// The root is never collapsed. Some tree views ignore the refusal; then it is expanded again.
 LRESULT frmUILibWindow::OnExpanded(const NMTREEVIEWW& change)
 {
     const std::optional<CategoryTreePresenter::Node> lNode = m_cTree->NodeOf(change.itemNew.hItem);
@@ -335,8 +335,8 @@ void frmUILibWindow::CompareChecks()
     m_cTree->Repaint();
 }
 
-// The focus comes back to where it was when the window was left. Greyed, no control has it: then to where it
-// was before.
+// Restores the focus when the window becomes active again. While greyed, no control has the focus, so the
+// earlier one is kept.
 void frmUILibWindow::OnActivate(bool bActive)
 {
     if (!bActive && !m_bGreyed)
@@ -425,8 +425,8 @@ void frmUILibWindow::ShowModal()
     m_cLoop->SetAccelerators(m_hAccelerators.get());
     m_cLoop->OnMessage = [this](MSG& message) { return OnKey(message); };
     ::ShowWindow(Handle(), m_lShow);
-    // Not before: in a window that is yet to be maximised the remembered split would be cut down, and kept
-    // so.
+    // Only now: before the window is maximised, the remembered split would be limited to the smaller size and
+    // stay so.
     m_bPlaced = true;
     LayOut();
     m_cTree->ScrollToLeft(); // nodes selected before there was any width have been scrolled to
@@ -436,7 +436,7 @@ void frmUILibWindow::ShowModal()
     LetGo();
 }
 
-// Saves what the window looks like before it goes, once, if it has been shown.
+// Saves the window's layout before it ends, once, if it was shown.
 void frmUILibWindow::LetGo()
 {
     m_cRegistrations.clear();

@@ -36,7 +36,8 @@ private:
     class Site;
     class TreeSite;
     class GridSite;
-    // What may fill a control again is not done inside that control's own message, but posted.
+    // Posted instead of done directly: these may refill a control, which must not happen inside the control's
+    // own message.
     enum PostedMessage : UINT
     {
         ePostedChecks = WM_APP + 1, // ticks may have changed
