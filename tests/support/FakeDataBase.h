@@ -12,6 +12,7 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -199,6 +200,34 @@ public:
         cCut->calls.clear();
         colCuts.push_back(cCut);
         return cCut;
+    }
+
+    // Makes cuts of the database, written as TreeText writes a tree: "Rock 1: a b | Pop 1: a". Returns the
+    // first, if any.
+    std::shared_ptr<FakeCut> AddTree(const std::wstring& sTree)
+    {
+        const std::size_t first = colCuts.size();
+        std::wistringstream cWords(L"| " + sTree);
+        std::wstring sName;
+        std::int32_t lLevel = 0;
+        wchar_t colon = L':';
+        for (std::wstring sWord; cWords >> sWord;)
+            if (sWord == L"|")
+                cWords >> sName >> lLevel >> colon;
+            else if (const std::shared_ptr<FakeCut> cKnown = Own(sWord))
+                cKnown->AddCategoryName(sName);
+            else
+                Add(sWord, sName, lLevel);
+        return first < colCuts.size() ? std::static_pointer_cast<FakeCut>(colCuts[first]) : nullptr;
+    }
+    // The cut with a key that Add has made; none when there is none.
+    std::shared_ptr<FakeCut> Own(const std::wstring& sKey) const
+    {
+        for (const std::shared_ptr<Cut>& cCut : colCuts)
+            if (const auto cFake = std::dynamic_pointer_cast<FakeCut>(cCut);
+                cFake && cFake->StoredKey() == TextKey(sKey))
+                return cFake;
+        return nullptr;
     }
 
     void Remove(const Cut& cCut)

@@ -128,6 +128,35 @@ inline std::string SifWithoutGuards(const std::string& bytes)
     return without;
 }
 
+// Every level with its cuts in rotation order: "Rock 1: a b | Rock 2: | Pop 1: a". A main category without
+// levels is its name.
+inline std::wstring TreeText(const CatCollection& colMainCats)
+{
+    std::wstring sTree;
+    for (const std::shared_ptr<clsCat>& cMainCat : colMainCats)
+    {
+        if (cMainCat->SubCats()->Empty())
+            sTree += L" | " + cMainCat->CatName();
+        for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
+        {
+            sTree += L" | " + cMainCat->CatName() + L" " + cSubCat->CatID() + L":";
+            for (const std::shared_ptr<Cut>& cCut : *cSubCat->SchedCuts())
+                sTree += L" " + cCut->Key().Text();
+        }
+    }
+    return sTree.empty() ? sTree : sTree.substr(3);
+}
+
+// Runs an action at the next call of a hook, and not again.
+inline void Once(std::function<void()>& hook, std::function<void()> action)
+{
+    hook = [&hook, action = std::move(action)] {
+        const auto once = action;
+        hook = nullptr;
+        once();
+    };
+}
+
 // ---- a manager and what it works on
 
 inline std::wstring SifPath(const std::wstring& sName)
@@ -201,6 +230,7 @@ struct Library
                 colKeys.push_back(cCut->Key().Text());
         return colKeys;
     }
+    std::wstring Tree() const { return TreeText(*cSchedMan->colMainCats()); }
     // The names of the main categories, in order.
     Lines MainCatNames() const
     {

@@ -79,6 +79,29 @@ public:
         cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
         Forget();
     }
+    // Starts a new manager with these cuts alone and without a saved file. Returns the first cut.
+    std::shared_ptr<FakeCut> Start(const std::wstring& sTree)
+    {
+        cLib.cHost.OnEvent = nullptr;
+        if (cLib.cSchedMan)
+            cLib.End();
+        for (const std::wstring& sPath : cPorts.cFiles.Paths())
+            if (sPath.ends_with(L".sif") || sPath == sMainCatsPath)
+                cPorts.cFiles.Delete(sPath);
+        cLib.cDataBase->colCuts.clear();
+        const auto cFirst = cLib.cDataBase->AddTree(sTree);
+        cLib.Restart();
+        cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
+        Forget();
+        return cFirst;
+    }
+    std::shared_ptr<FakeCut> CutOf(const std::wstring& sKey) const { return cLib.cDataBase->Own(sKey); }
+    // Puts a cut into one more level, as a host may.
+    void PlaceToo(const std::shared_ptr<Cut>& cCut, const std::wstring& sName, std::int32_t lLevel)
+    {
+        bool bCreated = false;
+        EXPECT_TRUE(Level(sName, lLevel)->AddCut(cCut, bCreated));
+    }
     // What was recorded so far is not of interest.
     void Forget()
     {
@@ -95,6 +118,12 @@ public:
         Lines colLines = cPorts.LogMessages();
         colLines.erase(colLines.begin(), colLines.begin() + static_cast<std::ptrdiff_t>(logged));
         return colLines;
+    }
+    // How often a line was logged.
+    std::ptrdiff_t Logged(const std::wstring& sLine) const
+    {
+        const Lines colLog = Log();
+        return std::count(colLog.begin(), colLog.end(), sLine);
     }
     // Every event, pump and sleep from here on, in order.
     void TraceAll(Lines& colTrace)
@@ -125,6 +154,7 @@ public:
         return cLib.Level(sName, lLevel);
     }
     Keys Order(const std::wstring& sName, std::int32_t lLevel) const { return cLib.Order(sName, lLevel); }
+    std::wstring Tree() const { return cLib.Tree(); }
     // The names of the history/ordering files that were written since Forget, in the order of their last
     // writes.
     Lines Written() const
