@@ -23,56 +23,56 @@ protected:
         cLib.cSchedMan->DoMassCatChange(eOption, colFrom, cTo, colCuts, bCreated);
         return bCreated;
     }
-    ShownBox ErrorBox(const std::wstring& sText) const
+    // A category that no tree contains.
+    std::shared_ptr<clsCat> NewCat(const std::wstring& sName, std::int32_t lLevel)
+    {
+        return std::make_shared<clsCat>(cLib.cMod, sName, lLevel);
+    }
+    static ShownBox ErrorBox(const std::wstring& sText)
     {
         return CriticalBox(L"Error in DoMassCatChange [cSchedMan]", sText);
+    }
+    static ShownBox FailedBox(int lCuts)
+    {
+        return ErrorBox(CriticalText(91) + L" (" + std::to_wstring(lCuts) + L" cuts could not be handled)");
     }
 };
 
 const Lines colMoveSaid{L"Start 1: Applying Mass Move Change...", L"Done: Applied Mass Move."};
+Lines CopySaid(const std::wstring& sTo)
+{
+    return {L"Start 1: Copying into category...", L"Progress 1/1: Copied into " + sTo,
+            L"Done: Category copy complete."};
+}
+const std::wstring sTargetGone = L"5 The category to change into does not exist any more";
 
 // ---- what does nothing
 
-TEST_F(MassChangeTest, NothingHappensWithoutAnOptionASourceOrATarget)
+TEST_F(MassChangeTest, WithoutOptionSourceTargetOrCutsNothingHappens)
 {
-    const auto cCut = Add(L"a", L"Rock", 1);
-    Add(L"b", L"Pop", 1);
-    Start();
+    const auto cCut = Start(L"Rock 1: a | Pop 1: b");
     const Cats colFrom{Level(L"Rock", 1)};
-    Change(eCancel, colFrom, Level(L"Pop", 1), {cCut});
-    Change(static_cast<eCatDragOptions>(4), colFrom, Level(L"Pop", 1), {cCut});
-    Change(static_cast<eCatDragOptions>(-1), colFrom, Level(L"Pop", 1), {cCut});
+    const auto cPop = Level(L"Pop", 1);
+    for (const int lOption : {static_cast<int>(eCancel), 4, -1})
+        Change(static_cast<eCatDragOptions>(lOption), colFrom, cPop, {cCut});
     for (const eCatDragOptions eOption : {eCopyHere, eMoveHere, eMoveExclusiveHere})
     {
-        Change(eOption, {}, Level(L"Pop", 1), {cCut});
+        Change(eOption, {}, cPop, {cCut});
         Change(eOption, colFrom, nullptr, {cCut});
+        for (const Cuts& colNothing : {Cuts{}, Cuts{nullptr}, Cuts{nullptr, nullptr}})
+            for (const auto& cTo : {cPop, MainCat(L"Pop"), NewCat(L"Gone", 1)})
+                EXPECT_FALSE(Change(eOption, colFrom, cTo, colNothing));
     }
-    EXPECT_EQ(said, Lines());
-    EXPECT_EQ(Written(), Lines());
-    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
-}
-
-TEST_F(MassChangeTest, WithoutCutsNothingHappensAndNothingIsSaid)
-{
-    Add(L"a", L"Rock", 1);
-    Add(L"b", L"Pop", 1);
-    Start();
-    const Cuts colNothing[] = {{}, {nullptr}, {nullptr, nullptr}};
-    for (const eCatDragOptions eOption : {eCopyHere, eMoveHere, eMoveExclusiveHere})
-        for (const Cuts& colCuts : colNothing)
-            for (const auto& cTo :
-                 {Level(L"Pop", 1), MainCat(L"Pop"), std::make_shared<clsCat>(cLib.cMod, L"Gone", 1)})
-                EXPECT_FALSE(Change(eOption, {Level(L"Rock", 1)}, cTo, colCuts));
+    EXPECT_EQ(Tree(), L"Rock 1: a | Pop 1: b");
     EXPECT_EQ(said, Lines());
     EXPECT_EQ(boxes, Boxes());
     EXPECT_EQ(cPorts.cFiles.Operations(), Lines());
     EXPECT_EQ(cPorts.cHostLoop.lPumps, 0);
 }
 
-TEST_F(MassChangeTest, WithoutCutsItIsNoEditThatAPopulationHadToRefuse)
+TEST_F(MassChangeTest, WithoutCutsAPopulationHasNothingToRefuse)
 {
-    Add(L"a", L"Rock", 1);
-    Start();
+    Start(L"Rock 1: a");
     cLib.cHost.OnEvent = [&](const std::wstring&) {
         Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Rock", 1), {});
     };
@@ -80,59 +80,47 @@ TEST_F(MassChangeTest, WithoutCutsItIsNoEditThatAPopulationHadToRefuse)
     EXPECT_EQ(boxes, Boxes());
 }
 
-TEST_F(MassChangeTest, ATargetTheTreeDoesNotHoldIsRefused)
+TEST_F(MassChangeTest, TargetThatTheTreeDoesNotContainIsRefused)
 {
-    const auto cCut = Add(L"a", L"Rock", 1);
-    Add(L"b", L"Pop", 1);
-    Start();
+    const auto cCut = Start(L"Rock 1: a | Pop 1: b");
     const auto cDead = Level(L"Pop", 1);
     cLib.cSchedMan->DeleteCats({cDead});
-    Forget();
-    const ShownBox gone = ErrorBox(L"5 The category to change into does not exist any more");
-    for (const auto& cTo :
-         {cDead, std::make_shared<clsCat>(cLib.cMod, L"Pop", 1),
-          std::make_shared<clsCat>(cLib.cMod, L"Jazz", 0), std::make_shared<clsCat>(cLib.cMod, L"Jazz", 1)})
+    for (const auto& cTo : {cDead, NewCat(L"Pop", 1), NewCat(L"Jazz", 0), NewCat(L"Jazz", 1)})
     {
-        boxes.clear();
+        Forget();
         Change(eMoveHere, {Level(L"Rock", 1)}, cTo, {cCut});
-        EXPECT_EQ(boxes, (Boxes{gone}));
+        EXPECT_EQ(boxes, (Boxes{ErrorBox(sTargetGone)}));
+        EXPECT_EQ(said, Lines());
     }
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
-    EXPECT_EQ(said, Lines());
 }
 
-TEST_F(MassChangeTest, TargetFromBeforeAReloadIsFoundByNameAndNumber)
+TEST_F(MassChangeTest, SourceAndTargetFromBeforeAReloadAreFoundByNameAndNumber)
 {
-    Add(L"b", L"Pop", 1);
-    Start();
     for (const bool bMain : {false, true})
     {
         SCOPED_TRACE(bMain);
-        const std::wstring sKey = bMain ? L"main" : L"level";
-        const auto cCut = Add(sKey, L"Rock", 1);
-        Added({cCut});
+        const auto cCut = Start(L"Rock 1: a | Pop 1: b");
         const std::shared_ptr<clsCat> cTo = bMain ? MainCat(L"Pop") : Level(L"Pop", 1);
         const std::shared_ptr<clsCat> cFrom = Level(L"Rock", 1);
         cLib.Populate();
         Change(eMoveHere, {cFrom}, cTo, {cCut});
         EXPECT_EQ(boxes, Boxes());
-        EXPECT_EQ(Order(L"Rock", 1), Keys());
-        EXPECT_EQ(Order(L"Pop", 1).back(), sKey);
+        EXPECT_EQ(Tree(), L"Rock 1: | Pop 1: b a");
         cLib.Restart();
-        EXPECT_EQ(Order(L"Pop", 1).back(), sKey);
+        EXPECT_EQ(Order(L"Pop", 1), (Keys{L"b", L"a"}));
     }
 }
 
 // ---- moving into a level
 
-TEST_F(MassChangeTest, AMovedCutLeavesItsSourceAndTakesTheTargetsNumberAndName)
+TEST_F(MassChangeTest, MovedCutLeavesItsSourceAndTakesTheTargetsNumberAndName)
 {
     const auto cCut = Add(L"a", L"Rock", 1, 100'000);
     Add(L"b", L"Pop", 2, 50'000);
     Start();
     EXPECT_FALSE(Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 2), {cCut})) << "no level was made";
-    EXPECT_EQ(Order(L"Rock", 1), Keys());
-    EXPECT_EQ(Order(L"Pop", 2), (Keys{L"b", L"a"}));
+    EXPECT_EQ(Tree(), L"Rock 1: | Pop 2: b a");
     EXPECT_EQ(cCut->CatLevel(), 2);
     EXPECT_EQ(cCut->CategoryText(), L"Pop");
     EXPECT_EQ(TotalOf(L"Rock", 1), 0);
@@ -144,45 +132,28 @@ TEST_F(MassChangeTest, AMovedCutLeavesItsSourceAndTakesTheTargetsNumberAndName)
     EXPECT_EQ(boxes, Boxes());
 }
 
-TEST_F(MassChangeTest, InOtherMainCategoriesAMovedCutIsMovedUnderTheNewNumber)
+TEST_F(MassChangeTest, MovedCutKeepsItsOtherMainCategoriesUnderTheNewNumber)
 {
-    const auto cCut = Add(L"a", L"Rock/Jazz/Soul", 1);
-    Add(L"b", L"Pop", 3);
-    Add(L"c", L"Jazz", 3);
-    Start();
+    const auto cCut = Start(L"Rock 1: a | Jazz 1: a | Soul 1: a | Pop 3: b | Jazz 3: c");
     EXPECT_TRUE(Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 3), {cCut})) << "Soul 3 was made";
-    EXPECT_EQ(Order(L"Rock", 1), Keys());
-    EXPECT_EQ(Order(L"Jazz", 1), Keys());
-    EXPECT_EQ(Order(L"Jazz", 3), (Keys{L"c", L"a"}));
-    EXPECT_EQ(Order(L"Soul", 1), Keys());
-    EXPECT_EQ(Order(L"Soul", 3), (Keys{L"a"}));
-    EXPECT_EQ(Order(L"Pop", 3), (Keys{L"b", L"a"}));
+    EXPECT_EQ(Tree(), L"Rock 1: | Jazz 1: | Jazz 3: c a | Soul 1: | Soul 3: a | Pop 3: b a");
     EXPECT_EQ(cCut->CategoryText(), L"Jazz/Soul/Pop");
     EXPECT_EQ(Written(), (Lines{L"Rock", L"Jazz", L"Soul", L"Pop"})) << "each once";
 }
 
 TEST_F(MassChangeTest, ExclusivelyMovedCutLeavesEveryOtherLevel)
 {
-    const auto cCut = Add(L"a", L"Rock/Jazz", 1);
-    Add(L"b", L"Pop", 2);
-    Add(L"c", L"Soul", 7);
-    Start();
-    bool bCreated = false;
-    Level(L"Soul", 7)->AddCut(cCut, bCreated); // found by where it stands, not by its number
+    const auto cCut = Start(L"Rock 1: a | Jazz 1: a | Pop 2: b | Soul 7: c");
+    PlaceToo(cCut, L"Soul", 7); // found by its place in the tree, not by its number
     Change(eMoveExclusiveHere, {Level(L"Rock", 1)}, Level(L"Pop", 2), {cCut});
-    EXPECT_EQ(Order(L"Rock", 1), Keys());
-    EXPECT_EQ(Order(L"Jazz", 1), Keys());
-    EXPECT_EQ(Order(L"Soul", 7), (Keys{L"c"}));
-    EXPECT_EQ(Order(L"Pop", 2), (Keys{L"b", L"a"}));
+    EXPECT_EQ(Tree(), L"Rock 1: | Jazz 1: | Pop 2: b a | Soul 7: c");
     EXPECT_EQ(cCut->CategoryText(), L"Pop");
     EXPECT_EQ(Written(), (Lines{L"Rock", L"Jazz", L"Soul", L"Pop"}));
 }
 
-TEST_F(MassChangeTest, ACutAtItsTargetKeepsItsPosition)
+TEST_F(MassChangeTest, CutAtItsTargetKeepsItsPosition)
 {
-    const auto cCut = Add(L"a", L"Rock/Pop", 1);
-    Add(L"b", L"Rock", 1);
-    Start();
+    const auto cCut = Start(L"Rock 1: a b | Pop 1: a");
     for (const eCatDragOptions eOption : {eMoveHere, eMoveExclusiveHere})
     {
         Change(eOption, {Level(L"Rock", 1)}, Level(L"Rock", 1), {cCut});
@@ -194,41 +165,30 @@ TEST_F(MassChangeTest, ACutAtItsTargetKeepsItsPosition)
 
 TEST_F(MassChangeTest, WithinOneMainCategoryTheLevelChangesAndTheNameStays)
 {
-    const auto cCut = Add(L"a", L"Rock/Pop", 1);
-    Add(L"b", L"Rock", 2);
-    Start();
+    const auto cCut = Start(L"Rock 1: a | Pop 1: a | Rock 2: b");
     Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Rock", 2), {cCut});
-    EXPECT_EQ(Order(L"Rock", 1), Keys());
-    EXPECT_EQ(Order(L"Rock", 2), (Keys{L"b", L"a"}));
-    EXPECT_EQ(Order(L"Pop", 2), (Keys{L"a"}));
+    EXPECT_EQ(Tree(), L"Rock 1: | Rock 2: b a | Pop 1: | Pop 2: a");
     EXPECT_EQ(cCut->CategoryText(), L"Rock/Pop");
 }
 
-TEST_F(MassChangeTest, ACutInTwoLevelsOfTheSourceKeepsTheNameWhileItStaysInOne)
+TEST_F(MassChangeTest, CutInTwoLevelsOfTheSourceKeepsTheNameWhileItStaysInOne)
 {
-    const auto cCut = Add(L"a", L"Rock", 1);
-    Add(L"b", L"Rock", 2);
-    Add(L"c", L"Pop", 2);
-    Start();
-    bool bCreated = false;
-    Level(L"Rock", 2)->AddCut(cCut, bCreated);
+    const auto cCut = Start(L"Rock 1: a | Rock 2: b | Pop 2: c");
+    PlaceToo(cCut, L"Rock", 2);
     Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 2), {cCut});
-    EXPECT_EQ(Order(L"Rock", 1), Keys());
-    EXPECT_EQ(Order(L"Rock", 2), (Keys{L"b", L"a"}));
+    EXPECT_EQ(Tree(), L"Rock 1: | Rock 2: b a | Pop 2: c a");
     EXPECT_EQ(cCut->CategoryText(), L"Rock/Pop");
 }
 
 TEST_F(MassChangeTest, CutOfNoLevelIsPlacedWithASubstituteSource)
 {
-    const auto cCut = Add(L"a", L"", 5);
-    const auto cZero = Add(L"z", L"", 0);
+    const Cuts colCuts{Add(L"a", L"", 5), Add(L"z", L"", 0)};
     Add(L"b", L"Pop", 2);
     Start();
-    const auto cStandIn = std::make_shared<clsCat>(cLib.cMod, L"", 1);
-    Change(eMoveHere, {cStandIn}, Level(L"Pop", 2), {cCut, cZero});
-    EXPECT_EQ(Order(L"Pop", 2), (Keys{L"b", L"a", L"z"}));
-    EXPECT_EQ(cCut->CatLevel(), 2);
-    EXPECT_EQ(cZero->CatLevel(), 2);
+    Change(eMoveHere, {NewCat(L"", 1)}, Level(L"Pop", 2), colCuts);
+    EXPECT_EQ(Tree(), L"Pop 2: b a z");
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+        EXPECT_EQ(cCut->CatLevel(), 2);
     EXPECT_EQ(boxes, Boxes());
 }
 
@@ -238,49 +198,36 @@ TEST_F(MassChangeTest, CutOfNoLevelIsPlacedWithASubstituteSource)
 class TwoLevelsTest : public MassChangeTest
 {
 protected:
-    TwoLevelsTest()
+    void StartInTwoLevels()
     {
-        cCut = Add(L"a", L"Rock", 1);
-        Add(L"b", L"Rock", 1);
-        Add(L"c", L"Rock", 2);
-        Add(L"p", L"Pop", 1);
-        Start();
-        bool bCreated = false;
-        Level(L"Rock", 2)->AddCut(cCut, bCreated);
+        cCut = Start(L"Rock 1: a b | Rock 2: c | Pop 1: p");
+        PlaceToo(cCut, L"Rock", 2);
     }
     std::shared_ptr<FakeCut> cCut;
 };
 
-TEST_F(TwoLevelsTest, AMoveThatKeepsTheNumberLeavesTheCutLastInTheLevelOfItsNumber)
+TEST_F(TwoLevelsTest, MoveThatKeepsTheNumberLeavesTheCutLastInItsLevel)
 {
     for (const bool bIntoMain : {false, true})
     {
         SCOPED_TRACE(bIntoMain);
-        cCut->SetCategoryText(L"Rock");
-        cLib.Populate();
-        bool bCreated = false;
-        Level(L"Rock", 2)->AddCut(cCut, bCreated);
-        Forget();
+        StartInTwoLevels();
         Change(eMoveHere, {Level(L"Rock", 1)}, bIntoMain ? MainCat(L"Pop") : Level(L"Pop", 1), {cCut});
         EXPECT_EQ(cCut->CategoryText(), L"Rock/Pop");
         EXPECT_EQ(cCut->CatLevel(), 1);
-        EXPECT_EQ(Order(L"Rock", 1), (Keys{L"b", L"a"}));
-        EXPECT_EQ(Order(L"Rock", 2), (Keys{L"c"}));
-        EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p", L"a"}));
+        EXPECT_EQ(Tree(), L"Rock 1: b a | Rock 2: c | Pop 1: p a");
         EXPECT_EQ(TotalOf(L"Rock", 1), 360'000);
         EXPECT_EQ(File(L"Rock"), SifCut("b", 1) + SifCut("a", 1) + SifCut("c", 2));
         EXPECT_EQ(File(L"Pop"), SifCut("p", 1) + SifCut("a", 1));
         cLib.Restart();
-        EXPECT_EQ(Order(L"Rock", 1), (Keys{L"b", L"a"}));
-        EXPECT_EQ(Order(L"Rock", 2), (Keys{L"c"}));
-        EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p", L"a"}));
+        EXPECT_EQ(Tree(), L"Rock 1: b a | Rock 2: c | Pop 1: p a");
         EXPECT_EQ(boxes, Boxes());
     }
 }
 
-TEST_F(TwoLevelsTest, AMoveThatFailsLeavesTheCutWhereItStood)
+TEST_F(TwoLevelsTest, MoveThatFailsLeavesTheCutWhereItWas)
 {
-    const std::string rock = File(L"Rock");
+    StartInTwoLevels();
     for (const char* sMember : {"AddCategoryName", "RunTimemS", "Key", "CatLevel", "CategoryText"})
         for (const eCatDragOptions eOption : {eMoveHere, eMoveExclusiveHere})
         {
@@ -290,25 +237,21 @@ TEST_F(TwoLevelsTest, AMoveThatFailsLeavesTheCutWhereItStood)
             cCut->failing.clear();
             EXPECT_EQ(cCut->CategoryText(), L"Rock");
             EXPECT_EQ(cCut->CatLevel(), 1);
-            EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b"}));
-            EXPECT_EQ(Order(L"Rock", 2), (Keys{L"c", L"a"}));
-            EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p"}));
+            EXPECT_EQ(Tree(), L"Rock 1: a b | Rock 2: c a | Pop 1: p");
             EXPECT_EQ(TotalOf(L"Rock", 1), 360'000);
             EXPECT_EQ(boxes.size(), 1u);
             Forget();
         }
     cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Rock"));
     EXPECT_EQ(File(L"Rock"), SifCut("a", 1) + SifCut("b", 1) + SifCut("c", 2) + SifCut("a", 1))
-        << "a cut's record holds its own number";
+        << "a cut's record has its own number";
 }
 
 // ---- copies of cuts, and names without a level
 
 TEST_F(MassChangeTest, CopyOfACutMeansTheDatabasesOwn)
 {
-    const auto cCut = Add(L"a", L"Rock", 1);
-    Add(L"p", L"Pop", 2);
-    Start();
+    const auto cCut = Start(L"Rock 1: a | Pop 2: p");
     Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 2), {cCut->CloneCut()});
     EXPECT_EQ(cCut->CategoryText(), L"Pop");
     EXPECT_EQ(cCut->CatLevel(), 2);
@@ -317,9 +260,7 @@ TEST_F(MassChangeTest, CopyOfACutMeansTheDatabasesOwn)
     EXPECT_EQ(cCut->CategoryText(), L"Pop/Rock");
     EXPECT_EQ(Level(L"Rock", 2)->SchedCuts()->At(0), cCut);
     cLib.Restart();
-    EXPECT_EQ(Order(L"Pop", 2), (Keys{L"p", L"a"}));
-    EXPECT_EQ(Order(L"Rock", 2), (Keys{L"a"}));
-    EXPECT_EQ(Order(L"Rock", 1), Keys());
+    EXPECT_EQ(Tree(), L"Pop 2: p a | Rock 1: | Rock 2: a");
 }
 
 TEST_F(MassChangeTest, CutGivenALevelNumberIsPlacedByItsNames)
@@ -334,46 +275,25 @@ TEST_F(MassChangeTest, CutGivenALevelNumberIsPlacedByItsNames)
                           Case{eCopyHere, L"Rock/Jazz/Pop", {L"z"}}})
     {
         SCOPED_TRACE(static_cast<int>(c.eOption));
-        RadioPorts cOther;
-        Library cLibrary(cOther);
-        const auto cZero = cLibrary.cDataBase->Add(L"z", L"Rock/Jazz", 0);
-        cLibrary.cDataBase->Add(L"p", L"Pop", 1);
-        cLibrary.Populate();
-        cOther.cMessages.Boxes.clear();
-        bool bCreated = false;
-        cLibrary.cSchedMan->DoMassCatChange(c.eOption, {std::make_shared<clsCat>(cLibrary.cMod, sNoCat, 0)},
-                                            cLibrary.Level(L"Pop", 1), {cZero}, bCreated);
+        const auto cZero = Start(L"Rock 0: z | Jazz 0: z | Pop 1: p");
+        Change(c.eOption, {NewCat(sNoCat, 0)}, Level(L"Pop", 1), {cZero});
         for (const char* sWhen : {"at once", "after a restart"})
         {
             SCOPED_TRACE(sWhen);
             EXPECT_EQ(cZero->CategoryText(), c.sNames);
             EXPECT_EQ(cZero->CatLevel(), 1);
-            EXPECT_EQ(cLibrary.Order(L"Pop", 1), (Keys{L"p", L"z"}));
-            EXPECT_EQ(cLibrary.Order(L"Rock", 1), c.colRock);
-            EXPECT_EQ(cLibrary.Order(L"Jazz", 1), c.colRock);
-            cLibrary.Restart();
+            EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p", L"z"}));
+            EXPECT_EQ(Order(L"Rock", 1), c.colRock);
+            EXPECT_EQ(Order(L"Jazz", 1), c.colRock);
+            cLib.Restart();
         }
-        EXPECT_EQ(cOther.cMessages.Boxes, Boxes());
+        EXPECT_EQ(boxes, Boxes());
     }
 }
 
-TEST_F(MassChangeTest, SourcesFromBeforeAReloadAreLeft)
+TEST_F(MassChangeTest, LevelMadeForACutThatFailsIsRemoved)
 {
-    const auto cCut = Add(L"a", L"Rock", 1);
-    Add(L"p", L"Pop", 1);
-    Start();
-    const auto cOld = Level(L"Rock", 1);
-    cLib.Populate();
-    Change(eMoveHere, {cOld}, Level(L"Pop", 1), {cCut});
-    EXPECT_EQ(cCut->CategoryText(), L"Pop");
-    EXPECT_EQ(Order(L"Rock", 1), Keys());
-}
-
-TEST_F(MassChangeTest, ALevelMadeForACutThatFailsGoesAgain)
-{
-    const auto cCut = Add(L"a", L"Rock/Jazz", 4);
-    Add(L"p", L"Pop", 1);
-    Start();
+    const auto cCut = Start(L"Rock 4: a | Jazz 4: a | Pop 1: p");
     for (const auto& cTo : {MainCat(L"Pop"), Level(L"Pop", 1)})
         for (const eCatDragOptions eOption : {eMoveHere, eCopyHere})
             for (const char* sMember : {"AddCategoryName", "RunTimemS"})
@@ -381,64 +301,46 @@ TEST_F(MassChangeTest, ALevelMadeForACutThatFailsGoesAgain)
                 cCut->failing = {sMember};
                 EXPECT_FALSE(Change(eOption, {Level(L"Rock", 4)}, cTo, {cCut}));
                 cCut->failing.clear();
-                EXPECT_EQ(MainCat(L"Pop")->SubCats()->Count(), 1u);
-                EXPECT_EQ(MainCat(L"Jazz")->SubCats()->Count(), 1u);
+                EXPECT_EQ(Tree(), L"Rock 4: a | Jazz 4: a | Pop 1: p");
                 EXPECT_EQ(cCut->CatLevel(), 4);
                 EXPECT_EQ(cCut->CategoryText(), L"Rock/Jazz");
             }
 }
 
-// ---- moving into a main category
+// ---- moving and copying into a main category
 
 TEST_F(MassChangeTest, IntoAMainCategoryCutsKeepTheirNumbersAndMissingLevelsAreMade)
 {
-    const auto cOne = Add(L"a", L"Rock", 1);
-    const auto cFour = Add(L"d", L"Rock", 4);
-    const auto cZero = Add(L"z", L"", 0);
-    Add(L"b", L"Pop", 1);
-    Start();
-    EXPECT_TRUE(
-        Change(eMoveHere, {Level(L"Rock", 1), Level(L"Rock", 4)}, MainCat(L"Pop"), {cOne, cFour, cZero}));
-    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"b", L"a", L"z"})) << "a cut without a level starts at 1";
-    EXPECT_EQ(Order(L"Pop", 4), (Keys{L"d"}));
-    EXPECT_EQ(MainCat(L"Rock")->TotalCuts(), 0);
-    EXPECT_EQ(cFour->CategoryText(), L"Pop");
-    EXPECT_EQ(cZero->CatLevel(), 1);
+    for (const bool bMove : {true, false})
+    {
+        SCOPED_TRACE(bMove);
+        Start(L"Rock 1: a | Rock 4: d | Pop 1: b");
+        const Cuts colCuts{CutOf(L"a"), CutOf(L"d"), Add(L"z", L"", 0), Add(L"n", L"", -3)};
+        EXPECT_TRUE(Change(bMove ? eMoveHere : eCopyHere, {Level(L"Rock", 1), Level(L"Rock", 4)},
+                           MainCat(L"Pop"), colCuts));
+        EXPECT_EQ(Order(L"Pop", 1), (Keys{L"b", L"a", L"z", L"n"})) << "a cut without a level starts at 1";
+        EXPECT_EQ(Order(L"Pop", 4), (Keys{L"d"}));
+        EXPECT_EQ(MainCat(L"Rock")->TotalCuts(), bMove ? 0 : 2);
+        EXPECT_EQ(CutOf(L"d")->CategoryText(), bMove ? L"Pop" : L"Rock/Pop");
+        EXPECT_EQ(CutOf(L"z")->CatLevel(), 1);
+        EXPECT_EQ(boxes, Boxes());
+    }
 }
 
 // ---- copying
 
-TEST_F(MassChangeTest, ACopiedCutIsPlacedInTheTargetAsWell)
+TEST_F(MassChangeTest, CopiedCutIsPlacedInTheTargetAsWell)
 {
-    const auto cCut = Add(L"a", L"Rock", 2);
-    Add(L"b", L"Pop", 2);
-    Start();
+    const auto cCut = Start(L"Rock 2: a | Pop 2: b");
     EXPECT_FALSE(Change(eCopyHere, {Level(L"Rock", 2)}, Level(L"Pop", 2), {cCut}));
-    EXPECT_EQ(Order(L"Rock", 2), (Keys{L"a"}));
-    EXPECT_EQ(Order(L"Pop", 2), (Keys{L"b", L"a"}));
+    EXPECT_EQ(Tree(), L"Rock 2: a | Pop 2: b a");
     EXPECT_EQ(cCut->CategoryText(), L"Rock/Pop");
-    EXPECT_EQ(said, Joined({{L"Start 1: Copying into category...", L"Progress 1/1: Copied into Pop 2",
-                             L"Done: Category copy complete."},
-                            SaveSaid(L"Pop", 2)}));
+    EXPECT_EQ(said, Joined({CopySaid(L"Pop 2"), SaveSaid(L"Pop", 2)}));
     EXPECT_EQ(Written(), (Lines{L"Pop"}));
     Forget();
     Change(eCopyHere, {Level(L"Rock", 2)}, Level(L"Pop", 2), {cCut});
     EXPECT_EQ(Order(L"Pop", 2), (Keys{L"b", L"a"})) << "it is there already";
     EXPECT_EQ(Written(), Lines());
-}
-
-TEST_F(MassChangeTest, CopiesIntoAMainCategoryKeepTheirNumbers)
-{
-    const auto cTwo = Add(L"a", L"Rock", 2);
-    const auto cZero = Add(L"z", L"", 0);
-    const auto cNegative = Add(L"n", L"", -3);
-    Add(L"b", L"Pop", 1);
-    Start();
-    EXPECT_TRUE(Change(eCopyHere, {Level(L"Rock", 2)}, MainCat(L"Pop"), {cTwo, cZero, cNegative}));
-    EXPECT_EQ(Order(L"Pop", 2), (Keys{L"a"}));
-    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"b", L"z", L"n"}));
-    EXPECT_EQ(cZero->CatLevel(), 1);
-    EXPECT_EQ(boxes, Boxes());
 }
 
 const ShownBox refusal =
@@ -448,61 +350,51 @@ const ShownBox refusal =
           L"You DO have the option to move the items to this level,\r\n"
           L"in which case this will change the level for EVERY category the items are in.");
 
-TEST_F(MassChangeTest, ACutIsNotCopiedIntoALevelOfAnotherNumber)
+TEST_F(MassChangeTest, CutIsNotCopiedIntoALevelOfAnotherNumber)
 {
-    const auto cOne = Add(L"one", L"Rock", 1);
-    const auto cTwo = Add(L"two", L"Rock", 2);
-    const auto cTwoToo = Add(L"two too", L"Rock", 2);
-    Add(L"p", L"Pop", 1);
-    Start();
+    Start(L"Rock 1: one | Rock 2: two three | Pop 1: p");
     const std::string rock = File(L"Rock");
-    Change(eCopyHere, {Level(L"Rock", 1), Level(L"Rock", 2)}, Level(L"Pop", 1), {cTwo, cOne, cTwoToo});
-    EXPECT_EQ(boxes, (Boxes{refusal})) << "each for itself, told once";
-    EXPECT_EQ(said, Joined({{L"Start 1: Copying into category...", L"Progress 1/1: Copied into Pop 1",
-                             L"Done: Category copy complete."},
-                            SaveSaid(L"Pop", 2)}));
-    EXPECT_EQ(cTwo->CategoryText(), L"Rock");
-    EXPECT_EQ(cTwo->CatLevel(), 2);
-    EXPECT_EQ(cOne->CategoryText(), L"Rock/Pop");
+    Change(eCopyHere, {Level(L"Rock", 1), Level(L"Rock", 2)}, Level(L"Pop", 1),
+           {CutOf(L"two"), CutOf(L"one"), CutOf(L"three")});
+    EXPECT_EQ(boxes, (Boxes{refusal})) << "each for itself, shown once";
+    EXPECT_EQ(said, Joined({CopySaid(L"Pop 1"), SaveSaid(L"Pop", 2)}));
+    EXPECT_EQ(CutOf(L"two")->CategoryText(), L"Rock");
+    EXPECT_EQ(CutOf(L"two")->CatLevel(), 2);
+    EXPECT_EQ(CutOf(L"one")->CategoryText(), L"Rock/Pop");
     EXPECT_EQ(File(L"Rock"), rock);
     EXPECT_EQ(File(L"Pop"), SifCut("p", 1) + SifCut("one", 1));
     cLib.Restart();
-    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p", L"one"}));
-    EXPECT_EQ(Order(L"Rock", 2), (Keys{L"two", L"two too"}));
+    EXPECT_EQ(Tree(), L"Rock 1: one | Rock 2: two three | Pop 1: p one");
 }
 
 TEST_F(MassChangeTest, WhenEveryCopyIsRefusedOnlyTheRefusalIsSaid)
 {
-    const auto cTwo = Add(L"two", L"Rock", 2);
-    Add(L"one", L"Rock", 1);
-    Start();
+    const auto cTwo = Start(L"Rock 2: two | Rock 1: one");
     EXPECT_FALSE(Change(eCopyHere, {Level(L"Rock", 2)}, Level(L"Rock", 1), {cTwo}));
     EXPECT_EQ(boxes, (Boxes{refusal}));
     EXPECT_EQ(said, Lines());
     EXPECT_EQ(Written(), Lines());
-    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"one"}));
+    EXPECT_EQ(Tree(), L"Rock 1: one | Rock 2: two");
 }
 
-TEST_F(MassChangeTest, ACutWithoutALevelIsCopiedIntoTheFirst)
+TEST_F(MassChangeTest, CutWithoutALevelIsCopiedIntoTheFirst)
 {
     const Cuts colCuts{Add(L"zero", L"", 0), Add(L"negative", L"", -3)};
-    Add(L"p", L"Pop", 1);
-    Add(L"q", L"Pop", 2);
+    cLib.cDataBase->AddTree(L"Pop 1: p | Pop 2: q");
     Start();
-    const Cats colFrom{std::make_shared<clsCat>(cLib.cMod, sNoCat, 0)};
-    Change(eCopyHere, colFrom, Level(L"Pop", 2), colCuts);
+    Change(eCopyHere, {NewCat(sNoCat, 0)}, Level(L"Pop", 2), colCuts);
     EXPECT_EQ(boxes, (Boxes{refusal}));
     EXPECT_EQ(colCuts[0]->CatLevel(), 0);
     Forget();
-    Change(eCopyHere, colFrom, Level(L"Pop", 1), colCuts);
+    Change(eCopyHere, {NewCat(sNoCat, 0)}, Level(L"Pop", 1), colCuts);
     EXPECT_EQ(boxes, Boxes());
-    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p", L"zero", L"negative"}));
+    EXPECT_EQ(Tree(), L"Pop 1: p zero negative | Pop 2: q");
 }
 
-TEST_F(MassChangeTest, ANumberChangedWhileOthersRunIsRefusedToo)
+TEST_F(MassChangeTest, NumberChangedWhileOthersRunIsRefusedToo)
 {
-    const Cuts colCuts = AddMany(101, L"k", L"Rock", 1);
-    Add(L"p", L"Pop", 1);
+    const Cuts colCuts = AddMany(101, L"k", L"Rock");
+    Add(L"p", L"Pop");
     Start();
     cPorts.cHostLoop.OnPump = [&] { colCuts[100]->SetCatLevel(5); };
     Change(eCopyHere, {Level(L"Rock", 1)}, Level(L"Pop", 1), colCuts);
@@ -513,14 +405,14 @@ TEST_F(MassChangeTest, ANumberChangedWhileOthersRunIsRefusedToo)
 
 // ---- progress
 
-TEST_F(MassChangeTest, AMoveReportsEveryFiftiethCutAndPumps)
+TEST_F(MassChangeTest, MoveReportsEvery50thCutAndPumps)
 {
-    const Cuts colCuts = AddMany(101, L"k", L"", 1);
+    const Cuts colCuts = AddMany(101, L"k", L"");
     Add(L"b", L"Pop", 2);
     Start();
     Lines colTrace;
     TraceAll(colTrace);
-    Change(eMoveHere, {std::make_shared<clsCat>(cLib.cMod, L"", 1)}, Level(L"Pop", 2), colCuts);
+    Change(eMoveHere, {NewCat(L"", 1)}, Level(L"Pop", 2), colCuts);
     colTrace.resize(6);
     EXPECT_EQ(colTrace, (Lines{L"Start 101: Applying Mass Move Change...",
                                L"Progress 50/101: Applying Mass Move Change 50 of 101", L"pump",
@@ -528,37 +420,26 @@ TEST_F(MassChangeTest, AMoveReportsEveryFiftiethCutAndPumps)
                                L"Done: Applied Mass Move."}));
 }
 
-TEST_F(MassChangeTest, ACopyPausesAndReportsEveryHundredthCut)
+TEST_F(MassChangeTest, CopyPausesAndReportsEvery100thCutWithItsSources)
 {
-    const Cuts colCuts = AddMany(201, L"k", L"Rock", 1);
-    Add(L"x", L"Rock", 2);
-    Add(L"b", L"Pop", 1);
+    const Cuts colCuts = AddMany(201, L"k", L"Rock");
+    cLib.cDataBase->AddTree(L"Rock 2: x | Pop 1: b");
     Start();
     Lines colTrace;
     TraceAll(colTrace);
-    Change(eCopyHere, {Level(L"Rock", 1), Level(L"Rock", 2)}, Level(L"Pop", 1), colCuts);
+    Change(eCopyHere, {Level(L"Rock", 1), NewCat(sNoCat, 0), Level(L"Rock", 2)}, Level(L"Pop", 1), colCuts);
     colTrace.resize(9);
     EXPECT_EQ(colTrace,
               (Lines{L"Start 201: Copying into category...", L"sleep 50",
-                     L"Progress 100/201: Copying into Pop 1 from Rock 1, Rock 2", L"pump", L"sleep 50",
-                     L"Progress 200/201: Copying into Pop 1 from Rock 1, Rock 2", L"pump",
+                     L"Progress 100/201: Copying into Pop 1 from Rock 1, NOCAT, Rock 2", L"pump", L"sleep 50",
+                     L"Progress 200/201: Copying into Pop 1 from Rock 1, NOCAT, Rock 2", L"pump",
                      L"Progress 201/201: Copied into Pop 1", L"Done: Category copy complete."}));
-}
-
-TEST_F(MassChangeTest, AStandInForTheSourceIsNamed)
-{
-    const Cuts colCuts = AddMany(100, L"k", L"", 1);
-    Add(L"b", L"Pop", 1);
-    Start();
-    Change(eCopyHere, {std::make_shared<clsCat>(cLib.cMod, sNoCat, 0)}, Level(L"Pop", 1), colCuts);
-    EXPECT_EQ(said[1], L"Progress 100/100: Copying into Pop 1 from NOCAT");
 }
 
 TEST_F(MassChangeTest, EachAffectedCategoryIsWrittenOnceHoweverManyCutsAreMoved)
 {
-    const Cuts colCuts = AddMany(150, L"k", L"Rock/Jazz/Soul", 1);
-    Add(L"b", L"Pop", 2);
-    Add(L"far", L"Untouched", 1);
+    const Cuts colCuts = AddMany(150, L"k", L"Rock/Jazz/Soul");
+    cLib.cDataBase->AddTree(L"Pop 2: b | Untouched 1: far");
     Start();
     Change(eMoveExclusiveHere, {Level(L"Rock", 1)}, Level(L"Pop", 2), colCuts);
     EXPECT_EQ(Written(), (Lines{L"Rock", L"Jazz", L"Soul", L"Pop"}));
@@ -567,63 +448,44 @@ TEST_F(MassChangeTest, EachAffectedCategoryIsWrittenOnceHoweverManyCutsAreMoved)
 
 // ---- what fails
 
-TEST_F(MassChangeTest, CutWhoseChangeFailsKeepsItsPlaceAndOthersMove)
+TEST_F(MassChangeTest, CutWhoseMoveFailsKeepsItsPlaceAndOthersMove)
 {
     for (const char* sMember : {"Key", "CatLevel", "SetCatLevel", "AddCategoryName", "RemoveCategoryName",
                                 "RunTimemS", "CategoryText"})
-    {
         for (const eCatDragOptions eOption : {eMoveHere, eMoveExclusiveHere})
         {
             SCOPED_TRACE(sMember);
-            RadioPorts cOther;
-            Library cLibrary(cOther);
-            const auto cBad = cLibrary.cDataBase->Add(L"bad", L"Rock/Jazz", 1);
-            const auto cGood = cLibrary.cDataBase->Add(L"good", L"Rock/Jazz", 1);
-            cLibrary.cDataBase->Add(L"p", L"Pop", 2);
-            cLibrary.Populate();
+            const auto cBad = Start(L"Rock 1: bad good | Jazz 1: bad good | Pop 2: p");
+            const auto cGood = CutOf(L"good");
             cBad->failing = {sMember};
-            bool bCreated = false;
-            cLibrary.cSchedMan->DoMassCatChange(eOption, {cLibrary.Level(L"Rock", 1)},
-                                                cLibrary.Level(L"Pop", 2), {cBad, cGood}, bCreated);
+            Change(eOption, {Level(L"Rock", 1)}, Level(L"Pop", 2), {cBad, cGood});
             cBad->failing.clear();
-            EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"bad"}));
-            EXPECT_EQ(cLibrary.Order(L"Jazz", 1), (Keys{L"bad"}));
-            EXPECT_EQ(cLibrary.Order(L"Pop", 2), (Keys{L"p", L"good"}));
+            EXPECT_EQ(Order(L"Rock", 1), (Keys{L"bad"}));
+            EXPECT_EQ(Order(L"Jazz", 1), (Keys{L"bad"}));
+            EXPECT_EQ(Order(L"Pop", 2), (Keys{L"p", L"good"}));
             EXPECT_EQ(cBad->CategoryText(), L"Rock/Jazz");
             EXPECT_EQ(cBad->CatLevel(), 1);
-            EXPECT_EQ(cLibrary.Level(L"Pop", 2)->AverageRunTimemS(), 180'000);
-            ASSERT_FALSE(cOther.cMessages.Boxes.empty());
-            EXPECT_EQ(cOther.cMessages.Boxes.back(),
-                      CriticalBox(L"Error in DoMassCatChange [cSchedMan]",
-                                  CriticalText(91) + L" (1 cuts could not be handled)"));
-            cLibrary.cDataBase->Announce(&DataBaseEvents::CutsModified, Cuts{cBad, cGood});
-            EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"bad"})) << "tree and database agree";
+            EXPECT_EQ(TotalOf(L"Pop", 2), 360'000);
+            ASSERT_FALSE(boxes.empty());
+            EXPECT_EQ(boxes.back(), FailedBox(1));
+            Modified({cBad, cGood});
+            EXPECT_EQ(Order(L"Rock", 1), (Keys{L"bad"})) << "tree and database agree";
         }
-    }
 }
 
-TEST_F(MassChangeTest, ACutThatCannotBeCopiedIsNotPlacedAndReportedOnce)
+TEST_F(MassChangeTest, CutsThatCannotBeCopiedAreNotPlacedAndReportedOnce)
 {
     for (const char* sMember : {"Key", "CatLevel", "AddCategoryName", "RunTimemS"})
     {
         SCOPED_TRACE(sMember);
-        RadioPorts cOther;
-        Library cLibrary(cOther);
-        const auto cBad = cLibrary.cDataBase->Add(L"bad", L"Rock", 2);
-        const auto cBadToo = cLibrary.cDataBase->Add(L"bad too", L"Rock", 2);
-        const auto cGood = cLibrary.cDataBase->Add(L"good", L"Rock", 2);
-        cLibrary.cDataBase->Add(L"p", L"Pop", 2);
-        cLibrary.Populate();
+        const auto cBad = Start(L"Rock 2: bad bad2 good | Pop 2: p");
+        const auto cBadToo = CutOf(L"bad2");
         cBad->failing = cBadToo->failing = {sMember};
-        bool bCreated = false;
-        cLibrary.cSchedMan->DoMassCatChange(eCopyHere, {cLibrary.Level(L"Rock", 2)},
-                                            cLibrary.Level(L"Pop", 2), {cBad, cBadToo, cGood}, bCreated);
-        EXPECT_EQ(cOther.cMessages.Boxes.front(),
-                  CriticalBox(L"Error in DoMassCatChange [cSchedMan]",
-                              CriticalText(91) + L" (2 cuts could not be handled)"));
+        Change(eCopyHere, {Level(L"Rock", 2)}, Level(L"Pop", 2), {cBad, cBadToo, CutOf(L"good")});
+        EXPECT_EQ(boxes.at(0), FailedBox(2));
         cBad->failing.clear();
         cBadToo->failing.clear();
-        EXPECT_EQ(cLibrary.Order(L"Pop", 2), (Keys{L"p", L"good"}));
+        EXPECT_EQ(Order(L"Pop", 2), (Keys{L"p", L"good"}));
         EXPECT_EQ(cBad->CategoryText(), L"Rock");
     }
 }
@@ -635,16 +497,14 @@ TEST_F(MassChangeTest, RunTimesOutOfRangeAreReportedOnceAfterTheMove)
     Add(L"p", L"Pop", 2);
     Start();
     Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 2), colCuts);
-    EXPECT_EQ(Order(L"Pop", 2), (Keys{L"p", L"a", L"b", L"c"}));
+    EXPECT_EQ(Tree(), L"Rock 1: | Pop 2: p a b c");
     EXPECT_EQ(boxes, (Boxes{ErrorBox(CriticalText(6) + L": run times in category Pop")}));
     EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
 }
 
-TEST_F(MassChangeTest, ASaveThatFailsIsShownOncePerCategoryAndTheOthersAreWritten)
+TEST_F(MassChangeTest, SaveThatFailsIsShownAndTheOthersAreWritten)
 {
-    const auto cCut = Add(L"a", L"Rock/Jazz", 1);
-    Add(L"b", L"Pop", 2);
-    Start();
+    const auto cCut = Start(L"Rock 1: a | Jazz 1: a | Pop 2: b");
     cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
     Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 2), {cCut});
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in SaveHistoryAndOrdering [cSchedMan]",
@@ -654,48 +514,35 @@ TEST_F(MassChangeTest, ASaveThatFailsIsShownOncePerCategoryAndTheOthersAreWritte
     EXPECT_EQ(File(L"Jazz"), SifMarker(1) + SifCut("a", 2));
 }
 
-TEST_F(MassChangeTest, TargetDeletedInTheMiddleEndsItAndTheRestStays)
+TEST_F(MassChangeTest, TargetDeletedDuringAMoveEndsItAndTheRestStays)
 {
-    const Cuts colCuts = AddMany(80, L"k", L"Rock", 1);
+    const Cuts colCuts = AddMany(80, L"k", L"Rock");
     Add(L"b", L"Pop", 2);
     Start();
-    bool bDone = false;
-    cPorts.cHostLoop.OnPump = [&] {
-        if (!std::exchange(bDone, true))
-        {
-            EXPECT_EQ(Order(L"Pop", 2).size(), 51u);
-            cLib.cSchedMan->DeleteCats({MainCat(L"Pop")});
-        }
-    };
+    Once(cPorts.cHostLoop.OnPump, [&] {
+        EXPECT_EQ(Order(L"Pop", 2).size(), 51u);
+        cLib.cSchedMan->DeleteCats({MainCat(L"Pop")});
+    });
     Change(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 2), colCuts);
     EXPECT_EQ(Order(L"Rock", 1).size(), 30u);
     EXPECT_FALSE(MainCat(L"Pop"));
     EXPECT_EQ(File(L"Pop"), "none") << "it is not brought back";
     EXPECT_EQ(colCuts[0]->CategoryText(), L"");
     EXPECT_EQ(colCuts[60]->CategoryText(), L"Rock");
-    EXPECT_EQ(boxes,
-              (Boxes{CriticalBox(L"Error in DoMassCatChange [cSchedMan]",
-                                 L"5 The category to change into does not exist any more (30 cuts were "
-                                 L"left as they are)")}));
+    EXPECT_EQ(boxes, (Boxes{ErrorBox(sTargetGone + L" (30 cuts were left as they are)")}));
     EXPECT_EQ(Written().back(), L"Rock") << "what was changed is saved all the same";
 }
 
-TEST_F(MassChangeTest, ATargetReloadedInTheMiddleOfACopyIsReportedOnceAtTheEnd)
+TEST_F(MassChangeTest, TargetReloadedDuringACopyIsReportedOnceAtTheEnd)
 {
-    const Cuts colCuts = AddMany(120, L"k", L"Rock", 1);
+    const Cuts colCuts = AddMany(120, L"k", L"Rock");
     Add(L"b", L"Pop", 2);
     Start();
-    cPorts.cHostLoop.OnPump = [&] {
-        cPorts.cHostLoop.OnPump = nullptr;
-        cLib.Populate();
-    };
+    Once(cPorts.cHostLoop.OnPump, [&] { cLib.Populate(); });
     cLib.cHost.OnEvent = [&](const std::wstring&) { EXPECT_EQ(boxes, Boxes()); };
     Change(eCopyHere, {Level(L"Rock", 1)}, MainCat(L"Pop"), colCuts);
     EXPECT_EQ(Order(L"Pop", 1).size(), 100u);
-    EXPECT_EQ(boxes,
-              (Boxes{CriticalBox(L"Error in DoMassCatChange [cSchedMan]",
-                                 L"5 The category to change into does not exist any more (20 cuts were "
-                                 L"left as they are)")}));
+    EXPECT_EQ(boxes, (Boxes{ErrorBox(sTargetGone + L" (20 cuts were left as they are)")}));
 }
 
 } // namespace
