@@ -16,27 +16,99 @@ namespace ravlo::test
 namespace
 {
 
+template <class Range, class Test> bool AnyOf(const Range& colItems, const Test& test)
+{
+    return std::any_of(std::begin(colItems), std::end(colItems), test);
+}
+template <class Range, class Value> bool Contains(const Range& colItems, const Value& value)
+{
+    return std::find(std::begin(colItems), std::end(colItems), value) != std::end(colItems);
+}
+template <class Value> void AddOnce(std::vector<Value>& colItems, const Value& value)
+{
+    if (!Contains(colItems, value))
+        colItems.push_back(value);
+}
+std::wstring Lower(const std::wstring& sName) { return FoldCase(sName); }
+
 // ---- the reference: what a station is, written with vectors and maps
 
 struct RefCut
 {
     std::shared_ptr<FakeCut> cCut; // the database's
     std::wstring sKey;
-    std::vector<std::wstring> colNames;
+    Lines colNames;
     std::int32_t lLevel;
     std::int32_t lRunTime;
     bool bOpener;
-    // What it was placed under: a cut that is announced without a change is left where it stands.
-    std::vector<std::wstring> colPlacedNames{};
+    // The names and level it was placed by. A cut that is announced without a change stays where it is.
+    Lines colPlacedNames{};
     std::int32_t lPlacedLevel = 0;
+
+    bool HasName(const std::wstring& sName) const
+    {
+        return AnyOf(colNames, [&](const auto& sOther) { return EqualIgnoringCase(sOther, sName); });
+    }
+    void AddName(const std::wstring& sName)
+    {
+        if (!HasName(sName))
+            colNames.push_back(sName);
+    }
+    void RemoveName(const std::wstring& sName)
+    {
+        std::erase_if(colNames, [&](const auto& sOther) { return EqualIgnoringCase(sOther, sName); });
+    }
+    void NotePlaced()
+    {
+        colPlacedNames = colNames;
+        lPlacedLevel = lLevel;
+    }
+    bool IsUnchanged() const
+    {
+        return lPlacedLevel == lLevel && std::equal(colNames.begin(), colNames.end(), colPlacedNames.begin(),
+                                                    colPlacedNames.end(), EqualIgnoringCase);
+    }
 };
 using RefOrder = std::vector<RefCut*>;
+using Levels = std::vector<std::int32_t>;
 
 struct RefMain
 {
     std::wstring sName;
     std::map<std::int32_t, RefOrder> colLevels;
+
+    Levels AllLevels() const
+    {
+        Levels colAll;
+        for (const auto& [lLevel, colOrder] : colLevels)
+            colAll.push_back(lLevel);
+        return colAll;
+    }
+    // The levels that contain the cut.
+    Levels LevelsOf(const RefCut& cut) const
+    {
+        Levels colOf = AllLevels();
+        std::erase_if(colOf, [&](std::int32_t lLevel) { return !Contains(colLevels.at(lLevel), &cut); });
+        return colOf;
+    }
+    // False when it is there already.
+    bool Place(RefCut& cut)
+    {
+        cut.AddName(sName);
+        RefOrder& colOrder = colLevels[cut.lLevel];
+        const bool bNew = !Contains(colOrder, &cut);
+        AddOnce(colOrder, &cut);
+        return bNew;
+    }
+    // The name goes with the last level.
+    void TakeOut(RefCut& cut, std::int32_t lLevel)
+    {
+        if (std::erase(colLevels[lLevel], &cut) > 0 && LevelsOf(cut).empty())
+            cut.RemoveName(sName);
+    }
 };
+using RefMains = std::set<RefMain*>;
+using RefPlace = std::pair<RefMain*, std::int32_t>;
 
 struct RefRecord
 {
@@ -46,51 +118,18 @@ struct RefRecord
 
     friend bool operator==(const RefRecord&, const RefRecord&) = default;
 };
-
-std::wstring Lower(const std::wstring& sName) { return FoldCase(sName); }
-
-bool HasName(const RefCut& cut, const std::wstring& sName)
-{
-    return std::any_of(cut.colNames.begin(), cut.colNames.end(),
-                       [&](const std::wstring& sOther) { return EqualIgnoringCase(sOther, sName); });
-}
-void AddName(RefCut& cut, const std::wstring& sName)
-{
-    if (!HasName(cut, sName))
-        cut.colNames.push_back(sName);
-}
-void RemoveName(RefCut& cut, const std::wstring& sName)
-{
-    std::erase_if(cut.colNames,
-                  [sGone = sName](const std::wstring& sOther) { return EqualIgnoringCase(sOther, sGone); });
-}
-bool Contains(const RefOrder& colOrder, const RefCut* pCut)
-{
-    return std::find(colOrder.begin(), colOrder.end(), pCut) != colOrder.end();
-}
-
-void NotePlaced(RefCut& cut)
-{
-    cut.colPlacedNames = cut.colNames;
-    cut.lPlacedLevel = cut.lLevel;
-}
-bool IsPlacedAsItIs(const RefCut& cut)
-{
-    return cut.lPlacedLevel == cut.lLevel &&
-           std::equal(cut.colNames.begin(), cut.colNames.end(), cut.colPlacedNames.begin(),
-                      cut.colPlacedNames.end(), EqualIgnoringCase);
-}
+using RefRecords = std::vector<RefRecord>;
 
 class Reference
 {
 public:
     std::vector<std::unique_ptr<RefCut>> colCuts; // in the database's order
     std::vector<std::unique_ptr<RefMain>> colMains;
-    std::map<std::wstring, std::vector<RefRecord>> colFiles; // by folded name
-    std::set<std::wstring> colTouched;                       // files written or deleted in this step
-    std::set<std::wstring>
-        colUnsaved; // folded names of categories that picks have moved cuts in without saving
-    std::vector<std::wstring> colList; // the names in the list of categories
+    std::map<std::wstring, RefRecords> colFiles; // by folded name
+    std::set<std::wstring> colTouched;           // files written or deleted in this step
+    std::set<std::wstring> colUnsaved;           // folded names; picks moved cuts without saving
+    Lines colList;                               // the names in the list of categories
+    RefMains colAffected;                        // saved at the end of the step
 
     RefMain* Main(const std::wstring& sName) const
     {
@@ -106,22 +145,19 @@ public:
         colMains.push_back(std::make_unique<RefMain>(RefMain{sName, {}}));
         return *colMains.back();
     }
-    // True when it was placed; a level that is made is told.
-    bool File(RefCut& cut, RefMain& main, bool& bCreated)
+    std::size_t CountLevels() const
     {
-        bCreated = bCreated || main.colLevels.count(cut.lLevel) == 0;
-        RefOrder& colOrder = main.colLevels[cut.lLevel];
-        AddName(cut, main.sName);
-        if (Contains(colOrder, &cut))
-            return false;
-        colOrder.push_back(&cut);
-        return true;
+        std::size_t count = 0;
+        for (const auto& pMain : colMains)
+            count += pMain->colLevels.size();
+        return count;
     }
     // bAhead: with a marker in front of each level, as it is written ahead of a change.
     void Save(const RefMain& main, bool bAhead = false)
     {
-        colUnsaved.erase(Lower(main.sName));
-        std::vector<RefRecord> colRecords;
+        const std::wstring sFolded = Lower(main.sName);
+        colUnsaved.erase(sFolded);
+        RefRecords colRecords;
         for (const auto& [lLevel, colOrder] : main.colLevels)
         {
             if (colOrder.empty() || bAhead)
@@ -129,30 +165,31 @@ public:
             for (const RefCut* pCut : colOrder)
                 colRecords.push_back({pCut->lLevel, false, pCut->sKey});
         }
-        // Without a record the file stays, unless it asks for a level that is not there at every start.
-        if (colRecords.empty() && colNotApplied.count(Lower(main.sName)) == 0)
+        // Without a record the file stays, unless it asks for a level that is missing at every start.
+        if (colRecords.empty() && colNotApplied.count(sFolded) == 0)
             return;
-        colFiles[Lower(main.sName)] = colRecords;
-        colTouched.insert(Lower(main.sName));
-        colNotApplied.erase(Lower(main.sName));
+        colFiles[sFolded] = colRecords;
+        colTouched.insert(sFolded);
+        colNotApplied.erase(sFolded);
     }
-    // Of a file that is there, if without a record.
-    const std::vector<RefRecord>* Records(const std::wstring& sFolded) const
+    void SaveAffected()
+    {
+        for (const RefMain* pMain : std::exchange(colAffected, {}))
+            Save(*pMain);
+    }
+    // Of a file that exists, even if without a record.
+    const RefRecords* Records(const std::wstring& sFolded) const
     {
         const auto found = colFiles.find(sFolded);
         return found == colFiles.end() ? nullptr : &found->second;
     }
     void DeleteFile(const RefMain& main)
     {
-        colUnsaved.erase(Lower(main.sName));
-        colFiles.erase(Lower(main.sName));
-        colNotApplied.erase(Lower(main.sName));
-        colTouched.insert(Lower(main.sName));
-    }
-    void Save(const std::set<RefMain*>& colAffected)
-    {
-        for (const RefMain* pMain : colAffected)
-            Save(*pMain);
+        const std::wstring sFolded = Lower(main.sName);
+        colUnsaved.erase(sFolded);
+        colFiles.erase(sFolded);
+        colNotApplied.erase(sFolded);
+        colTouched.insert(sFolded);
     }
     void SaveList()
     {
@@ -160,61 +197,39 @@ public:
         for (const auto& pMain : colMains)
             colList.push_back(pMain->sName);
     }
-    bool IsPlacedAsNamed(const RefCut& cut) const
+    // Whether the cut is in this level of every category named.
+    bool IsIn(const RefCut& cut, const Lines& colNames, std::int32_t lLevel) const
     {
-        return std::all_of(cut.colNames.begin(), cut.colNames.end(), [&](const std::wstring& sName) {
+        return !AnyOf(colNames, [&](const std::wstring& sName) {
             const RefMain* pMain = Main(sName);
-            const auto level = pMain ? pMain->colLevels.find(cut.lLevel) : decltype(pMain->colLevels.end())();
-            return pMain && level != pMain->colLevels.end() && Contains(level->second, &cut);
+            return !pMain || !Contains(pMain->LevelsOf(cut), lLevel);
         });
     }
-    // Takes the cut out of a level; the name goes with the last level of the main category.
-    bool TakeOut(RefCut& cut, RefMain& main, std::int32_t lLevel)
-    {
-        const auto level = main.colLevels.find(lLevel);
-        if (level == main.colLevels.end() || std::erase(level->second, &cut) == 0)
-            return false;
-        if (std::none_of(main.colLevels.begin(), main.colLevels.end(),
-                         [&](const auto& other) { return Contains(other.second, &cut); }))
-            RemoveName(cut, main.sName);
-        return true;
-    }
     // Places the cut where its names and level say, and nowhere else, unless nothing has changed.
-    void Follow(RefCut& cut, std::set<RefMain*>& colAffected)
+    void Follow(RefCut& cut)
     {
-        if (IsPlacedAsItIs(cut) && IsPlacedAsNamed(cut))
+        if (cut.IsUnchanged() && IsIn(cut, cut.colNames, cut.lLevel))
             return;
-        NotePlaced(cut);
+        cut.NotePlaced();
         for (const auto& pMain : colMains)
             for (auto& [lLevel, colOrder] : pMain->colLevels)
-                if ((lLevel != cut.lLevel || !HasName(cut, pMain->sName)) && std::erase(colOrder, &cut) > 0)
+                if ((lLevel != cut.lLevel || !cut.HasName(pMain->sName)) && std::erase(colOrder, &cut) > 0)
                     colAffected.insert(pMain.get());
-        bool bCreated = false;
-        for (const std::wstring& sName : std::vector(cut.colNames))
-        {
-            RefMain& main = Ensure(sName);
-            if (File(cut, main, bCreated))
+        for (const std::wstring& sName : Lines(cut.colNames))
+            if (RefMain& main = Ensure(sName); main.Place(cut))
                 colAffected.insert(&main);
-        }
     }
-    // What picks have left unsaved is saved before a population reads the files.
-    void SaveUnsaved()
+    // Before a population reads the files, what picks have left unsaved is saved. So is the list when it
+    // lacks a category without cuts, which nothing else would bring back.
+    void SaveBeforeReading()
     {
         for (const auto& pMain : colMains)
             if (colUnsaved.count(Lower(pMain->sName)) != 0)
                 Save(*pMain);
-    }
-    // So is the list, when it lacks a category without cuts, which nothing else would bring back.
-    void SaveListBeforeReading()
-    {
-        const auto IsLost = [&](const auto& pMain) {
-            return std::all_of(pMain->colLevels.begin(), pMain->colLevels.end(),
-                               [](const auto& level) { return level.second.empty(); }) &&
-                   std::none_of(colList.begin(), colList.end(), [&](const std::wstring& sName) {
-                       return Lower(sName) == Lower(pMain->sName);
-                   });
-        };
-        if (std::any_of(colMains.begin(), colMains.end(), IsLost))
+        if (AnyOf(colMains, [&](const auto& pMain) {
+                return !AnyOf(pMain->colLevels, [](const auto& level) { return !level.second.empty(); }) &&
+                       !AnyOf(colList, [&](const auto& s) { return EqualIgnoringCase(s, pMain->sName); });
+            }))
             SaveList();
     }
     // A restart has no tree to take the orders from when a file cannot be applied in full.
@@ -227,15 +242,14 @@ public:
     {
         const auto colOld = std::exchange(colMains, {});
         colUnsaved.clear();
-        bool bCreated = false;
         for (const auto& pCut : colCuts)
             for (const std::wstring& sName : pCut->colNames)
                 Ensure(sName);
         for (const auto& pCut : colCuts)
         {
-            for (const std::wstring& sName : std::vector(pCut->colNames))
-                File(*pCut, Ensure(sName), bCreated);
-            NotePlaced(*pCut);
+            for (const std::wstring& sName : Lines(pCut->colNames))
+                Ensure(sName).Place(*pCut);
+            pCut->NotePlaced();
         }
         for (const std::wstring& sName : colList)
             Ensure(sName);
@@ -245,39 +259,40 @@ public:
             {
                 colNotApplied.insert(Lower(pMain->sName));
                 for (const auto& pOld : colOld)
-                    if (Lower(pOld->sName) == Lower(pMain->sName))
+                    if (EqualIgnoringCase(pOld->sName, pMain->sName))
                         Carry(*pOld, *pMain);
             }
     }
 
 private:
-    std::set<std::wstring> colNotApplied; // folded names whose files ask for a level that is not there
+    std::set<std::wstring> colNotApplied; // folded names whose files ask for a level that is missing
 
+    template <class Test> static void MoveToEnd(RefOrder& colOrder, const Test& test)
+    {
+        const auto found = std::find_if(colOrder.begin(), colOrder.end(), test);
+        if (found != colOrder.end())
+            std::rotate(found, found + 1, colOrder.end());
+    }
     static void Carry(const RefMain& from, RefMain& to)
     {
-        for (const auto& [lLevel, colFrom] : from.colLevels)
+        for (const auto& level : from.colLevels)
         {
-            RefOrder& colOrder = to.colLevels[lLevel];
-            for (const RefCut* pCut : colFrom)
-                if (const auto found = std::find(colOrder.begin(), colOrder.end(), pCut);
-                    found != colOrder.end())
-                    std::rotate(found, found + 1, colOrder.end());
+            RefOrder& colOrder = to.colLevels[level.first];
+            for (const RefCut* pCut : level.second)
+                MoveToEnd(colOrder, [&](const RefCut* pOther) { return pOther == pCut; });
         }
-        std::erase_if(to.colLevels, [&](const auto& level) {
-            return level.second.empty() && from.colLevels.count(level.first) == 0;
-        });
+        for (const std::int32_t lLevel : to.AllLevels())
+            if (to.colLevels[lLevel].empty() && from.colLevels.count(lLevel) == 0)
+                to.colLevels.erase(lLevel);
     }
-    static bool Apply(RefMain& main, const std::vector<RefRecord>& colRecords)
+    static bool Apply(RefMain& main, const RefRecords& colRecords)
     {
         for (const RefRecord& record : colRecords)
         {
             if (main.colLevels.count(record.lLevel) == 0 && !record.bMarker)
                 return false;
-            RefOrder& colOrder = main.colLevels[record.lLevel];
-            const auto found = std::find_if(colOrder.begin(), colOrder.end(),
-                                            [&](const RefCut* pCut) { return pCut->sKey == record.sKey; });
-            if (!record.bMarker && found != colOrder.end())
-                std::rotate(found, found + 1, colOrder.end());
+            MoveToEnd(main.colLevels[record.lLevel],
+                      [&](const RefCut* pCut) { return !record.bMarker && pCut->sKey == record.sKey; });
         }
         return true;
     }
@@ -287,23 +302,23 @@ private:
 
 const std::array<const wchar_t*, 6> sPool{L"Rock", L"Pop", L"Jazz", L"Soul", L"R.E.M.", L"Caf\u00E9"};
 constexpr std::size_t mostCuts = 20;
-constexpr std::int32_t lMostLevel = 4;
+constexpr std::size_t mostLevel = 4;
 
 class Model
 {
 public:
     // Odd seeds work on a database that hands out another object for the same cut each time; of four seeds
     // in a row two work on one with batches.
-    explicit Model(std::uint32_t lSeed) : m_engine(lSeed)
+    explicit Model(std::uint32_t seed) : m_engine(seed)
     {
-        m_cDataBase->cInner.bFreshObjects = lSeed % 2 != 0;
-        m_cDataBase->bHasBatches = lSeed % 4 >= 2;
+        m_cDataBase->cInner.bFreshObjects = seed % 2 != 0;
+        m_cDataBase->bHasBatches = seed % 4 >= 2;
         m_cLib.cSchedMan->SetRotatesAllowed(true);
         Populate();
         m_ref.Reload();
     }
 
-    // One random operation on both; its name, for the trace.
+    // One random operation on both. Returns its name, for the trace.
     const char* Step()
     {
         m_cPorts.cMessages.Boxes.clear();
@@ -314,7 +329,7 @@ public:
         struct Operation
         {
             const char* sName;
-            unsigned lWeight;
+            unsigned weight;
             void (Model::*run)();
         };
         static constexpr std::array operations{
@@ -324,9 +339,9 @@ public:
             Operation{"take out", 6, &Model::TakeOut},
             Operation{"take out many", 5, &Model::TakeOutMany},
             Operation{"assign", 8, &Model::Assign},
-            Operation{"file", 6, &Model::File},
-            Operation{"file twice", 8, &Model::PlaceTwice},
-            Operation{"unfile", 4, &Model::Unfile},
+            Operation{"host places", 6, &Model::HostPlaces},
+            Operation{"host places in a second level", 8, &Model::HostPlacesTwice},
+            Operation{"host takes out", 4, &Model::HostTakesOut},
             Operation{"create category", 3, &Model::CreateMainCat},
             Operation{"create level", 4, &Model::CreateLevel},
             Operation{"delete", 3, &Model::Delete},
@@ -340,28 +355,24 @@ public:
             Operation{"reload", 2, &Model::Reload},
             Operation{"restart", 1, &Model::Restart},
         };
-        unsigned lTotal = 0;
+        unsigned total = 0;
         for (const Operation& operation : operations)
-            lTotal += operation.lWeight;
-        unsigned lDrawn = Draw(lTotal);
-        for (const Operation& operation : operations)
-        {
-            if (lDrawn < operation.lWeight)
-            {
-                (this->*operation.run)();
-                return operation.sName;
-            }
-            lDrawn -= operation.lWeight;
-        }
-        return "";
+            total += operation.weight;
+        unsigned drawn = Draw(total);
+        const Operation* pOperation = operations.data();
+        while (drawn >= pOperation->weight)
+            drawn -= (pOperation++)->weight;
+        (this->*pOperation->run)();
+        m_ref.SaveAffected();
+        return pOperation->sName;
     }
 
     void CompareTree()
     {
         const CatCollection& colMainCats = *m_cLib.cSchedMan->colMainCats();
         ASSERT_EQ(colMainCats.Count(), m_ref.colMains.size());
-        for (std::size_t lMain = 0; lMain < colMainCats.Count(); ++lMain)
-            CompareMain(*colMainCats.At(lMain), *colMainCats.KeyAt(lMain), *m_ref.colMains[lMain]);
+        for (std::size_t at = 0; at < colMainCats.Count(); ++at)
+            CompareMain(*colMainCats.At(at), *colMainCats.KeyAt(at), *m_ref.colMains[at]);
         for (const auto& pCut : m_ref.colCuts)
         {
             ASSERT_EQ(pCut->cCut->CatLevel(), pCut->lLevel) << pCut->sKey;
@@ -382,24 +393,11 @@ public:
             }
         for (const std::wstring& sName : colTouched)
         {
-            const std::vector<RefRecord>* pRecords = m_ref.Records(sName);
+            const RefRecords* pRecords = m_ref.Records(sName);
             ASSERT_EQ(m_cPorts.cFiles.FileExists(SifPath(sName)), pRecords != nullptr);
             if (pRecords)
-            {
-                ASSERT_EQ(Decoded(m_cPorts.cFiles.Get(SifPath(sName))), *pRecords);
-            }
+                CompareFile(sName, *pRecords);
         }
-    }
-
-    void CompareList()
-    {
-        std::string list;
-        for (const std::wstring& sName : m_ref.colList)
-            list += "\r\n" + m_cPorts.cCodePage.Encode(sName);
-        if (m_cPorts.cFiles.FileExists(sMainCatsPath))
-            ASSERT_EQ(m_cPorts.cFiles.Get(sMainCatsPath), list);
-        else
-            ASSERT_TRUE(m_ref.colList.empty());
     }
 
     // All of them, and that there are no others.
@@ -413,7 +411,7 @@ public:
         for (const auto& [sName, colRecords] : m_ref.colFiles)
         {
             ASSERT_EQ(colThere.erase(Lower(SifPath(sName))), 1u);
-            ASSERT_EQ(Decoded(m_cPorts.cFiles.Get(SifPath(sName))), colRecords);
+            CompareFile(sName, colRecords);
         }
         ASSERT_TRUE(colThere.empty()) << "a file too many";
         ASSERT_EQ(m_cPorts.TemporaryFiles(), Lines());
@@ -423,42 +421,40 @@ public:
 
 private:
     unsigned Draw(std::size_t below) { return below == 0 ? 0 : static_cast<unsigned>(m_engine() % below); }
-    bool Chance(unsigned lPercent) { return Draw(100) < lPercent; }
+    bool Chance(unsigned percent) { return Draw(100) < percent; }
     std::wstring DrawName()
     {
-        std::wstring sName = sPool[Draw(sPool.size())];
-        return Chance(10) ? FoldCase(sName) : sName;
+        const std::wstring sName = sPool[Draw(sPool.size())];
+        return Chance(10) ? Lower(sName) : sName;
     }
-    std::vector<std::wstring> DrawNames()
+    Lines DrawNames()
     {
         RefCut cut{};
-        for (unsigned lLeft = Draw(4); lLeft > 0; --lLeft)
-            AddName(cut, DrawName());
+        for (unsigned left = Draw(4); left > 0; --left)
+            cut.AddName(DrawName());
         return cut.colNames;
     }
-    std::int32_t DrawLevel() { return 1 + static_cast<std::int32_t>(Draw(lMostLevel)); }
-    RefCut* DrawCut()
+    std::int32_t DrawLevel() { return 1 + static_cast<std::int32_t>(Draw(mostLevel)); }
+    // One of the items; null when there is none.
+    template <class Item> Item* DrawOne(const std::vector<std::unique_ptr<Item>>& colItems)
     {
-        return m_ref.colCuts.empty() ? nullptr : m_ref.colCuts[Draw(m_ref.colCuts.size())].get();
+        return colItems.empty() ? nullptr : colItems[Draw(colItems.size())].get();
     }
-    RefMain* DrawMain()
-    {
-        return m_ref.colMains.empty() ? nullptr : m_ref.colMains[Draw(m_ref.colMains.size())].get();
-    }
-    // A main category and one of its levels; none when there is none.
-    std::optional<std::pair<RefMain*, std::int32_t>> DrawPlace()
+    RefCut* DrawCut() { return DrawOne(m_ref.colCuts); }
+    RefMain* DrawMain() { return DrawOne(m_ref.colMains); }
+    // A main category and one of its levels; null when it has none.
+    RefPlace DrawPlace()
     {
         RefMain* pMain = DrawMain();
         if (!pMain || pMain->colLevels.empty())
-            return std::nullopt;
-        return std::pair(pMain, std::next(pMain->colLevels.begin(), Draw(pMain->colLevels.size()))->first);
+            return {};
+        return {pMain, pMain->AllLevels()[Draw(pMain->colLevels.size())]};
     }
-    std::vector<RefCut*> DrawCuts(unsigned lMost)
+    RefOrder DrawCuts(unsigned most)
     {
-        std::vector<RefCut*> colDrawn;
-        for (unsigned lLeft = 1 + Draw(lMost); lLeft > 0 && !m_ref.colCuts.empty(); --lLeft)
-            if (RefCut* pCut = DrawCut(); !Contains(colDrawn, pCut))
-                colDrawn.push_back(pCut);
+        RefOrder colDrawn;
+        for (unsigned left = 1 + Draw(most); left > 0 && !m_ref.colCuts.empty(); --left)
+            AddOnce(colDrawn, DrawCut());
         return colDrawn;
     }
     std::shared_ptr<Cut> ObjectOf(const RefCut& cut) const
@@ -470,19 +466,41 @@ private:
     {
         return Chance(20) ? cut.cCut->CloneCut() : ObjectOf(cut);
     }
-    Cuts CutsOf(const std::vector<RefCut*>& colRefs) const
+    Cuts GivenOf(const RefOrder& colRefs)
+    {
+        Cuts colCuts;
+        for (const RefCut* pCut : colRefs)
+            colCuts.push_back(GivenOf(*pCut));
+        return colCuts;
+    }
+    Cuts ObjectsOf(const RefOrder& colRefs) const
     {
         Cuts colCuts;
         for (const RefCut* pCut : colRefs)
             colCuts.push_back(ObjectOf(*pCut));
         return colCuts;
     }
-    Cuts GivenOf(const std::vector<RefCut*>& colRefs)
+    // Level 0 is the main category; none for null.
+    std::shared_ptr<clsCat> CatOf(const RefMain* pMain, std::int32_t lLevel = 0) const
     {
-        Cuts colCuts;
-        for (const RefCut* pCut : colRefs)
-            colCuts.push_back(GivenOf(*pCut));
-        return colCuts;
+        if (!pMain)
+            return nullptr;
+        return lLevel == 0 ? m_cLib.MainCat(pMain->sName) : m_cLib.Level(pMain->sName, lLevel);
+    }
+    void GiveNames(RefCut& cut)
+    {
+        cut.colNames = DrawNames();
+        std::wstring sText;
+        for (const std::wstring& sName : cut.colNames)
+            sText += sName + L"/";
+        cut.cCut->SetCategoryText(sText);
+    }
+    // The database announces the cuts, and the reference follows.
+    void Announce(void (DataBaseEvents::*pEvent)(const Cuts&), const RefOrder& colRefs)
+    {
+        m_cDataBase->cInner.Announce(pEvent, ObjectsOf(colRefs));
+        for (RefCut* pCut : colRefs)
+            m_ref.Follow(*pCut);
     }
 
     // ---- failures
@@ -496,7 +514,7 @@ private:
 
         bool Hits(const RefCut& cut, const char* sUsed) const { return pCut == &cut && sMember == sUsed; }
     };
-    Trouble DrawTrouble(const std::vector<RefCut*>& colCuts)
+    Trouble DrawTrouble(const RefOrder& colCuts)
     {
         static const std::array sMembers{"SetCatLevel", "SetCategoryText", "AddCategoryName",
                                          "RemoveCategoryName"};
@@ -507,321 +525,374 @@ private:
         {
             trouble.pCut = colCuts[Draw(colCuts.size())];
             trouble.sMember = sMembers[Draw(sMembers.size())];
+            trouble.pCut->cCut->failing = {trouble.sMember};
         }
         m_cDataBase->bRefusesCommit = trouble.bRefusesCommit;
-        if (trouble.pCut)
-            trouble.pCut->cCut->failing = {trouble.sMember};
         return trouble;
     }
-    // What the operation has said, once.
-    void EndTrouble(const Trouble& trouble, std::size_t failed, bool bRefusedCopies = false)
+    void EndTrouble(const Trouble& trouble)
     {
         m_cDataBase->bRefusesCommit = false;
         if (trouble.pCut)
             trouble.pCut->cCut->failing.clear();
-        EXPECT_EQ(m_cPorts.cMessages.Boxes.size(),
-                  (trouble.bRefusesCommit || failed > 0 ? 1u : 0u) + (bRefusedCopies ? 1u : 0u));
     }
-    std::shared_ptr<clsCat> CatOf(const RefMain& main) const { return m_cLib.MainCat(main.sName); }
-    std::shared_ptr<clsCat> CatOf(const RefMain& main, std::int32_t lLevel) const
+    // As EndTrouble. What went wrong was shown once, and so was a refusal of copies.
+    void EndTrouble(const Trouble& trouble, bool bFailed, bool bRefusedCopies = false)
     {
-        return m_cLib.Level(main.sName, lLevel);
+        EndTrouble(trouble);
+        EXPECT_EQ(m_cPorts.cMessages.Boxes.size(), (bFailed ? 1u : 0u) + (bRefusedCopies ? 1u : 0u));
     }
-    void Announce(void (DataBaseEvents::*pEvent)(const Cuts&), const std::vector<RefCut*>& colRefs)
+    // The main categories with a level that contains only these cuts and may lose them: they are written
+    // ahead of the change, so they are saved whether or not it succeeds. Call before the change.
+    RefMains WrittenAhead(const RefOrder& colCuts,
+                          const std::function<bool(const RefMain&, std::int32_t)>& mayLeave) const
     {
-        m_cDataBase->cInner.Announce(pEvent, CutsOf(colRefs));
-    }
-    static void GiveNames(RefCut& cut, std::vector<std::wstring> colNames)
-    {
-        cut.colNames = std::move(colNames);
-        std::wstring sText;
-        for (const std::wstring& sName : cut.colNames)
-            sText += sName + L"/";
-        cut.cCut->SetCategoryText(sText);
+        RefMains colAhead;
+        for (const auto& pMain : m_ref.colMains)
+            for (const auto& [lLevel, colOrder] : pMain->colLevels)
+                if (!colOrder.empty() && mayLeave(*pMain, lLevel) &&
+                    !AnyOf(colOrder, [&](const RefCut* pCut) { return !Contains(colCuts, pCut); }))
+                    colAhead.insert(pMain.get());
+        return colAhead;
     }
 
-    // ---- operations
+    // ---- what the database does
 
     void AddCuts()
     {
-        std::vector<RefCut*> colNew;
-        std::set<RefMain*> colAffected;
-        for (unsigned lLeft = 1 + Draw(3); lLeft > 0 && m_ref.colCuts.size() < mostCuts; --lLeft)
+        RefOrder colNew;
+        for (unsigned left = 1 + Draw(3); left > 0 && m_ref.colCuts.size() < mostCuts; --left)
         {
-            auto pCut = std::make_unique<RefCut>();
-            pCut->sKey = L"M:\\" + std::to_wstring(++m_lKeys) + L".mp3";
-            pCut->lLevel = DrawLevel();
-            pCut->lRunTime = static_cast<std::int32_t>(Draw(400'000));
-            pCut->cCut = m_cDataBase->cInner.Add(pCut->sKey, L"", pCut->lLevel, pCut->lRunTime);
-            pCut->cCut->SetArtist(L"Artist " + std::to_wstring(Draw(5)));
-            pCut->cCut->SetTitle(pCut->sKey);
-            pCut->cCut->SetOpener(pCut->bOpener = Chance(30));
-            GiveNames(*pCut, DrawNames());
-            colNew.push_back(pCut.get());
-            m_ref.colCuts.push_back(std::move(pCut));
+            RefCut& cut = *m_ref.colCuts.emplace_back(std::make_unique<RefCut>());
+            cut.sKey = L"M:\\" + std::to_wstring(++m_keys) + L".mp3";
+            cut.lLevel = DrawLevel();
+            cut.lRunTime = static_cast<std::int32_t>(Draw(400'000));
+            cut.cCut = m_cDataBase->cInner.Add(cut.sKey, L"", cut.lLevel, cut.lRunTime);
+            cut.cCut->SetArtist(L"Artist " + std::to_wstring(Draw(5)));
+            cut.cCut->SetTitle(cut.sKey);
+            cut.cCut->SetOpener(cut.bOpener = Chance(30));
+            GiveNames(cut);
+            colNew.push_back(&cut);
         }
         Announce(&DataBaseEvents::CutsAdded, colNew);
-        for (RefCut* pCut : colNew)
-        {
-            pCut->lPlacedLevel = 0;
-            m_ref.Follow(*pCut, colAffected);
-        }
-        m_ref.Save(colAffected);
     }
 
     void ModifyCuts()
     {
-        const std::vector<RefCut*> colCuts = DrawCuts(4);
+        const RefOrder colCuts = DrawCuts(4);
         for (RefCut* pCut : colCuts)
         {
             if (Chance(50))
-                GiveNames(*pCut, DrawNames());
+                GiveNames(*pCut);
             if (Chance(50))
                 pCut->cCut->SetCatLevel(pCut->lLevel = DrawLevel());
         }
         Announce(&DataBaseEvents::CutsModified, colCuts);
-        std::set<RefMain*> colAffected;
-        for (RefCut* pCut : colCuts)
-            m_ref.Follow(*pCut, colAffected);
-        m_ref.Save(colAffected);
     }
 
     void RemoveCuts()
     {
-        const std::vector<RefCut*> colCuts = DrawCuts(2);
-        for (const RefCut* pCut : colCuts)
-            m_cDataBase->cInner.Remove(*pCut->cCut);
-        Announce(&DataBaseEvents::CutsRemoved, colCuts);
-        std::set<RefMain*> colAffected;
+        const RefOrder colCuts = DrawCuts(2);
         for (RefCut* pCut : colCuts)
         {
+            m_cDataBase->cInner.Remove(*pCut->cCut);
             pCut->colNames.clear();
-            m_ref.Follow(*pCut, colAffected);
+        }
+        Announce(&DataBaseEvents::CutsRemoved, colCuts);
+        for (RefCut* pCut : colCuts)
+        {
             EXPECT_EQ(pCut->cCut->CategoryText(), L"");
             std::erase_if(m_ref.colCuts, [&](const auto& pOwn) { return pOwn.get() == pCut; });
         }
-        m_ref.Save(colAffected);
     }
 
-    void TakeOut()
-    {
-        RefCut* pCut = DrawCut();
-        if (!pCut)
-            return;
-        RefMain* pOnly = Chance(70) ? DrawMain() : nullptr;
-        const std::int32_t lGiven = Chance(30) ? DrawLevel() : 0;
-        const Trouble trouble = DrawTrouble({pCut});
-        CatCollection colFrom;
-        m_cLib.cSchedMan->RemoveCutFromCategory(pOnly ? CatOf(*pOnly) : nullptr, GivenOf(*pCut), colFrom,
-                                                lGiven);
-        const std::set<RefMain*> colAhead =
-            WrittenAhead({pCut}, [&](const RefMain& main, std::int32_t lLevel) {
-                return (!pOnly || pOnly == &main) && (lGiven == 0 || lGiven == lLevel);
-            });
-        for (const RefMain* pMain : colAhead)
-            m_ref.Save(*pMain, true);
-        std::vector<RefMain*> colLeft;
-        const std::size_t failed = TakeOutOf(*pCut, pOnly, lGiven, trouble, colLeft) ? 0 : 1;
-        EndTrouble(trouble, failed);
-        for (RefMain* pMain : colAhead)
-            if (std::find(colLeft.begin(), colLeft.end(), pMain) == colLeft.end())
-                m_ref.Save(*pMain);
-        for (const RefMain* pMain : colLeft)
-            EXPECT_TRUE(colFrom.Exists(pMain->sName));
-        EXPECT_EQ(colFrom.Count(), colLeft.size());
-    }
+    // ---- what is done to cuts
 
-    // The same in the reference, unless trouble prevents it: false when the cut fails.
-    bool TakeOutOf(RefCut& cut, const RefMain* pOnly, std::int32_t lGiven, const Trouble& trouble,
-                   std::vector<RefMain*>& colLeft)
+    struct Removal
     {
-        const std::int32_t lLevel = lGiven != 0 ? lGiven : cut.lLevel;
-        std::vector<RefMain*> colFrom;
+        RefCut* pCut;
+        const RefMain* pOnly; // null: from all
+        std::int32_t lGiven;  // 0: the cut's own level
+
+        bool Means(const RefMain& main, std::int32_t lLevel) const
+        {
+            return (!pOnly || pOnly == &main) && (lGiven == 0 || lGiven == lLevel);
+        }
+    };
+    struct Removals
+    {
+        std::vector<Removal> colRemovals;
+        RefOrder colCuts;
+        Trouble trouble;
+        RefMains colAhead;
+    };
+    Removals DrawRemovals(unsigned most)
+    {
+        Removals removals;
+        removals.colCuts = DrawCuts(most);
+        removals.trouble = DrawTrouble(removals.colCuts);
+        for (RefCut* pCut : removals.colCuts)
+            removals.colRemovals.push_back(
+                {pCut, Chance(60) ? DrawMain() : nullptr, Chance(30) ? DrawLevel() : 0});
+        removals.colAhead = WrittenAhead(removals.colCuts, [&](const RefMain& main, std::int32_t lLevel) {
+            return AnyOf(removals.colRemovals, [&](const Removal& r) { return r.Means(main, lLevel); });
+        });
+        return removals;
+    }
+    // Returns the main categories that a cut has left.
+    RefMains Remove(const Removals& removals)
+    {
+        RefMains colLeft;
+        bool bFailed = removals.trouble.bRefusesCommit;
+        for (const Removal& removal : removals.colRemovals)
+            bFailed = !RemoveOne(removal, removals.trouble, colLeft) || bFailed;
+        EndTrouble(removals.trouble, bFailed);
+        return colLeft;
+    }
+    // False when the cut fails.
+    bool RemoveOne(const Removal& removal, const Trouble& trouble, RefMains& colLeft)
+    {
+        RefCut& cut = *removal.pCut;
+        const std::int32_t lLevel = removal.lGiven != 0 ? removal.lGiven : cut.lLevel;
+        RefMains colFrom;
         bool bLosesName = false;
         for (const auto& pMain : m_ref.colMains)
         {
-            const auto level = pMain->colLevels.find(lLevel);
-            if ((pOnly ? pOnly != pMain.get() : !HasName(cut, pMain->sName)) ||
-                level == pMain->colLevels.end() || !Contains(level->second, &cut))
+            const Levels colAt = pMain->LevelsOf(cut);
+            if (!Contains(colAt, lLevel) ||
+                (removal.pOnly ? removal.pOnly != pMain.get() : !cut.HasName(pMain->sName)))
                 continue;
-            colFrom.push_back(pMain.get());
-            bLosesName = bLosesName || LevelsOf(*pMain, cut).size() == 1;
+            colFrom.insert(pMain.get());
+            bLosesName = bLosesName || colAt.size() == 1;
         }
         if (bLosesName && trouble.Hits(cut, "RemoveCategoryName"))
             return false;
         if (trouble.bRefusesCommit)
             return true;
         for (RefMain* pMain : colFrom)
-            m_ref.TakeOut(cut, *pMain, lLevel);
-        NotePlaced(cut);
-        colLeft.insert(colLeft.end(), colFrom.begin(), colFrom.end());
+            pMain->TakeOut(cut, lLevel);
+        cut.NotePlaced();
+        colLeft.merge(colFrom);
         return true;
     }
-    // The main categories with a level that holds only these cuts and may lose them: they are written ahead
-    // of the change, so they are saved whatever becomes of it. To be asked before the change.
-    std::set<RefMain*> WrittenAhead(const std::vector<RefCut*>& colCuts,
-                                    const std::function<bool(const RefMain&, std::int32_t)>& mayLeave) const
+
+    void TakeOut()
     {
-        std::set<RefMain*> colAhead;
-        for (const auto& pMain : m_ref.colMains)
-            for (const auto& [lLevel, colOrder] : pMain->colLevels)
-                if (!colOrder.empty() && mayLeave(*pMain, lLevel) &&
-                    std::all_of(colOrder.begin(), colOrder.end(),
-                                [&](const RefCut* pCut) { return Contains(colCuts, pCut); }))
-                    colAhead.insert(pMain.get());
-        return colAhead;
-    }
-    static std::vector<std::int32_t> LevelsOf(const RefMain& main, const RefCut& cut)
-    {
-        std::vector<std::int32_t> colLevels;
-        for (const auto& [lLevel, colOrder] : main.colLevels)
-            if (Contains(colOrder, &cut))
-                colLevels.push_back(lLevel);
-        return colLevels;
+        const Removals removals = DrawRemovals(0);
+        if (removals.colRemovals.empty())
+            return;
+        const Removal& removal = removals.colRemovals[0];
+        CatCollection colFrom;
+        m_cLib.cSchedMan->RemoveCutFromCategory(CatOf(removal.pOnly), GivenOf(*removal.pCut), colFrom,
+                                                removal.lGiven);
+        for (const RefMain* pMain : removals.colAhead)
+            m_ref.Save(*pMain, true);
+        const RefMains colLeft = Remove(removals);
+        for (RefMain* pMain : removals.colAhead)
+            if (colLeft.count(pMain) == 0)
+                m_ref.colAffected.insert(pMain);
+        for (const RefMain* pMain : colLeft)
+            EXPECT_TRUE(colFrom.Exists(pMain->sName));
+        EXPECT_EQ(colFrom.Count(), colLeft.size());
     }
 
     void TakeOutMany()
     {
-        const std::vector<RefCut*> colCuts = DrawCuts(4);
-        const Trouble trouble = DrawTrouble(colCuts);
-        std::vector<CutRemoval> colRemovals;
-        std::vector<RefMain*> colLeft;
-        std::vector<RefMain*> colOnly;
-        for (const RefCut* pCut : colCuts)
-        {
-            colOnly.push_back(Chance(60) ? DrawMain() : nullptr);
-            colRemovals.push_back({GivenOf(*pCut), colOnly.back() ? CatOf(*colOnly.back()) : nullptr,
-                                   Chance(30) ? DrawLevel() : 0});
-        }
-        m_cLib.cSchedMan->RemoveCutsFromCategories(colRemovals, [](std::size_t) {});
-        std::size_t failed = 0;
-        std::set<RefMain*> colSaved = WrittenAhead(colCuts, [&](const RefMain& main, std::int32_t lLevel) {
-            for (std::size_t lAt = 0; lAt < colCuts.size(); ++lAt)
-                if ((!colOnly[lAt] || colOnly[lAt] == &main) &&
-                    (colRemovals[lAt].lLevel == 0 || colRemovals[lAt].lLevel == lLevel))
-                    return true;
-            return false;
-        });
-        for (std::size_t lAt = 0; lAt < colCuts.size(); ++lAt)
-            failed +=
-                TakeOutOf(*colCuts[lAt], colOnly[lAt], colRemovals[lAt].lLevel, trouble, colLeft) ? 0 : 1;
-        EndTrouble(trouble, failed);
-        colSaved.insert(colLeft.begin(), colLeft.end());
-        m_ref.Save(colSaved);
+        const Removals removals = DrawRemovals(4);
+        std::vector<CutRemoval> colGiven;
+        for (const Removal& removal : removals.colRemovals)
+            colGiven.push_back({GivenOf(*removal.pCut), CatOf(removal.pOnly), removal.lGiven});
+        m_cLib.cSchedMan->RemoveCutsFromCategories(colGiven, [](std::size_t) {});
+        m_ref.colAffected = removals.colAhead;
+        m_ref.colAffected.merge(Remove(removals));
     }
 
     void Assign()
     {
         RefCut* pCut = DrawCut();
-        std::vector<std::wstring> colNames = DrawNames();
+        const Lines colNames = DrawNames();
         if (!pCut || colNames.empty())
             return;
         const std::int32_t lLevel = DrawLevel();
         const Trouble trouble = DrawTrouble({pCut});
-        const bool bSetsText = pCut->colNames != colNames;
-        const bool bFiles = !WouldStand(*pCut, colNames, lLevel);
-        const bool bFails = (lLevel != pCut->lLevel && trouble.Hits(*pCut, "SetCatLevel")) ||
-                            (bSetsText && trouble.Hits(*pCut, "SetCategoryText")) ||
-                            (bFiles && trouble.Hits(*pCut, "AddCategoryName"));
-        bool bThrown = false;
-        try
-        {
+        const bool bFails = trouble.bRefusesCommit ||
+                            (lLevel != pCut->lLevel && trouble.Hits(*pCut, "SetCatLevel")) ||
+                            (pCut->colNames != colNames && trouble.Hits(*pCut, "SetCategoryText")) ||
+                            (!m_ref.IsIn(*pCut, colNames, lLevel) && trouble.Hits(*pCut, "AddCategoryName"));
+        if (bFails)
+            EXPECT_THROW(m_cLib.cSchedMan->AssignCut(GivenOf(*pCut), lLevel, colNames), RuntimeError);
+        else
             m_cLib.cSchedMan->AssignCut(GivenOf(*pCut), lLevel, colNames);
-        }
-        catch (const RuntimeError&)
-        {
-            bThrown = true;
-        }
-        EXPECT_EQ(bThrown, bFails || trouble.bRefusesCommit);
-        std::set<RefMain*> colAffected = WrittenAhead({pCut}, [&](const RefMain& main, std::int32_t lAt) {
-            return lAt != lLevel || std::none_of(colNames.begin(), colNames.end(), [&](const auto& sName) {
-                       return EqualIgnoringCase(sName, main.sName);
-                   });
+        EndTrouble(trouble);
+        m_ref.colAffected = WrittenAhead({pCut}, [&](const RefMain& main, std::int32_t lAt) {
+            return lAt != lLevel ||
+                   !AnyOf(colNames, [&](const auto& sName) { return EqualIgnoringCase(sName, main.sName); });
         });
-        if (!bThrown)
-        {
-            const std::size_t mainsBefore = m_ref.colMains.size();
-            pCut->colNames = std::move(colNames);
-            pCut->lLevel = lLevel;
-            m_ref.Follow(*pCut, colAffected);
-            NotePlaced(*pCut);
-            if (m_ref.colMains.size() != mainsBefore)
-                m_ref.SaveList();
-        }
-        m_ref.Save(colAffected);
-        m_cPorts.cMessages.Boxes.clear();
-        EndTrouble({false, trouble.pCut, trouble.sMember}, 0);
-    }
-    // Whether the cut, with these names and level, would be in each of its places already.
-    bool WouldStand(const RefCut& cut, const std::vector<std::wstring>& colNames, std::int32_t lLevel) const
-    {
-        return std::all_of(colNames.begin(), colNames.end(), [&](const std::wstring& sName) {
-            const RefMain* pMain = m_ref.Main(sName);
-            if (!pMain)
-                return false;
-            const std::vector<std::int32_t> colLevels = LevelsOf(*pMain, cut);
-            return std::find(colLevels.begin(), colLevels.end(), lLevel) != colLevels.end();
-        });
+        if (bFails)
+            return;
+        const std::size_t mainsBefore = m_ref.colMains.size();
+        pCut->colNames = colNames;
+        pCut->lLevel = lLevel;
+        m_ref.Follow(*pCut);
+        pCut->NotePlaced();
+        if (m_ref.colMains.size() != mainsBefore)
+            m_ref.SaveList();
     }
 
-    // A host places a cut into a second level of a category it is in.
-    void PlaceTwice()
+    void HostPlacesTwice()
     {
         RefCut* pCut = DrawCut();
-        const auto place = DrawPlace();
-        if (!pCut || !place || !HasName(*pCut, place->first->sName) ||
-            Contains(place->first->colLevels[place->second], pCut))
+        const auto [pMain, lLevel] = DrawPlace();
+        if (!pCut || !pMain || !pCut->HasName(pMain->sName) || Contains(pMain->colLevels[lLevel], pCut))
             return;
         bool bCreated = false;
-        EXPECT_TRUE(CatOf(*place->first, place->second)->AddCut(ObjectOf(*pCut), bCreated));
-        place->first->colLevels[place->second].push_back(pCut);
+        EXPECT_TRUE(CatOf(pMain, lLevel)->AddCut(ObjectOf(*pCut), bCreated));
+        pMain->colLevels[lLevel].push_back(pCut);
     }
 
-    void File()
+    void HostPlaces()
     {
         RefCut* pCut = DrawCut();
         RefMain* pMain = DrawMain();
         if (!pCut || !pMain)
             return;
         bool bCreated = false;
-        bool bRefCreated = false;
-        const bool bPlaced = CatOf(*pMain)->AddCut(ObjectOf(*pCut), bCreated);
-        EXPECT_EQ(bPlaced, m_ref.File(*pCut, *pMain, bRefCreated));
-        EXPECT_EQ(bCreated, bRefCreated);
-        AnnounceModified(*pCut); // a host that edits announces it
-    }
-    void AnnounceModified(RefCut& cut)
-    {
-        Announce(&DataBaseEvents::CutsModified, {&cut});
-        std::set<RefMain*> colAffected;
-        m_ref.Follow(cut, colAffected);
-        m_ref.Save(colAffected);
+        const std::size_t levelsBefore = m_ref.CountLevels();
+        const bool bPlaced = CatOf(pMain)->AddCut(ObjectOf(*pCut), bCreated);
+        EXPECT_EQ(bPlaced, pMain->Place(*pCut));
+        EXPECT_EQ(bCreated, m_ref.CountLevels() != levelsBefore);
+        Announce(&DataBaseEvents::CutsModified, {pCut}); // a host that edits announces it
     }
 
-    void Unfile()
+    void HostTakesOut()
     {
         RefCut* pCut = DrawCut();
-        const auto place = DrawPlace();
-        if (!pCut || !place)
+        const auto [pMain, lLevel] = DrawPlace();
+        if (!pCut || !pMain)
             return;
-        const auto [pMain, lLevel] = *place;
         const bool bThere = std::erase(pMain->colLevels[lLevel], pCut) > 0;
-        EXPECT_EQ(CatOf(*pMain, lLevel)->RemoveCut(ObjectOf(*pCut)), bThere);
+        EXPECT_EQ(CatOf(pMain, lLevel)->RemoveCut(ObjectOf(*pCut)), bThere);
         if (bThere)
-            RemoveName(*pCut, pMain->sName);
-        AnnounceModified(*pCut);
+            pCut->RemoveName(pMain->sName);
+        Announce(&DataBaseEvents::CutsModified, {pCut});
     }
+
+    void MassMove()
+    {
+        const RefPlace place = DrawPlace();
+        const RefPlace source = DrawPlace();
+        const RefOrder colCuts = DrawCuts(5);
+        if (!place.first || !source.first)
+            return;
+        RefMain& to = *place.first;
+        const std::int32_t lTo = Chance(30) ? 0 : place.second;
+        const bool bExclusive = Chance(40);
+        const Trouble trouble = DrawTrouble(colCuts);
+        bool bCreated = false;
+        m_cLib.cSchedMan->DoMassCatChange(bExclusive ? eMoveExclusiveHere : eMoveHere,
+                                          {CatOf(source.first, source.second)}, CatOf(&to, lTo),
+                                          GivenOf(colCuts), bCreated);
+        m_ref.colAffected = WrittenAhead(colCuts, [&](const RefMain& main, std::int32_t lLevel) {
+            const bool bLeaves =
+                &main != &to && (bExclusive || (&main == source.first && lLevel == source.second));
+            return bLeaves || (lTo != 0 && lTo != lLevel);
+        });
+        bool bFailed = trouble.bRefusesCommit;
+        const std::size_t levelsBefore = m_ref.CountLevels();
+        for (RefCut* pCut : colCuts)
+            bFailed = !MoveOne(*pCut, to, lTo, bExclusive, source, trouble) || bFailed;
+        EXPECT_EQ(bCreated, m_ref.CountLevels() != levelsBefore);
+        EndTrouble(trouble, bFailed);
+    }
+    // Main category by main category: the cut leaves, keeps its position, or joins at the end of its level.
+    // False when it fails.
+    bool MoveOne(RefCut& cut, RefMain& to, std::int32_t lTo, bool bExclusive, const RefPlace& source,
+                 const Trouble& trouble)
+    {
+        const std::int32_t lLevel = lTo != 0 ? lTo : cut.lLevel;
+        RefMains colStays, colLeaves;
+        std::vector<RefMain*> colJoins;
+        for (const auto& pMain : m_ref.colMains)
+        {
+            const Levels colAt = pMain->LevelsOf(cut);
+            const bool bTarget = pMain.get() == &to;
+            const auto Keeps = [&](std::int32_t lAt) {
+                return bTarget || !(bExclusive || RefPlace(pMain.get(), lAt) == source);
+            };
+            if (colAt.empty() && !bTarget)
+                continue;
+            if (!bTarget && !AnyOf(colAt, Keeps))
+                colLeaves.insert(pMain.get());
+            else if (Contains(colAt, lLevel) && Keeps(lLevel))
+                colStays.insert(pMain.get());
+            else
+                colJoins.push_back(pMain.get());
+        }
+        if ((lLevel != cut.lLevel && trouble.Hits(cut, "SetCatLevel")) ||
+            (!colJoins.empty() && trouble.Hits(cut, "AddCategoryName")) ||
+            (!colLeaves.empty() && trouble.Hits(cut, "RemoveCategoryName")))
+            return false;
+        if (trouble.bRefusesCommit)
+            return true;
+        for (RefMain* pMain : colStays)
+            if (pMain == &to || lLevel != cut.lLevel || pMain->LevelsOf(cut).size() > 1)
+                m_ref.colAffected.insert(pMain);
+        cut.lLevel = lLevel;
+        for (const auto& pMain : m_ref.colMains)
+            for (auto& [lAt, colOrder] : pMain->colLevels)
+                if (colStays.count(pMain.get()) == 0 || lAt != lLevel)
+                    std::erase(colOrder, &cut);
+        for (RefMain* pMain : colLeaves)
+            cut.RemoveName(pMain->sName);
+        for (RefMain* pMain : colJoins)
+            pMain->Place(cut);
+        cut.NotePlaced();
+        m_ref.colAffected.merge(colLeaves);
+        m_ref.colAffected.insert(colJoins.begin(), colJoins.end());
+        return true;
+    }
+
+    void MassCopy()
+    {
+        const RefPlace place = DrawPlace();
+        RefOrder colCuts = DrawCuts(5);
+        if (!place.first)
+            return;
+        RefMain& to = *place.first;
+        const std::int32_t lTo = Chance(50) ? 0 : place.second;
+        const Trouble trouble = DrawTrouble(colCuts);
+        bool bCreated = false;
+        m_cLib.cSchedMan->DoMassCatChange(eCopyHere, {CatOf(&to, place.second)}, CatOf(&to, lTo),
+                                          GivenOf(colCuts), bCreated);
+        const bool bRefusedCopies =
+            std::erase_if(colCuts, [&](const RefCut* pCut) { return lTo != 0 && pCut->lLevel != lTo; }) > 0;
+        const std::size_t levelsBefore = m_ref.CountLevels();
+        bool bFailed = trouble.bRefusesCommit && !colCuts.empty();
+        for (RefCut* pCut : colCuts)
+            if (trouble.Hits(*pCut, "AddCategoryName"))
+                bFailed = true;
+            else if (!trouble.bRefusesCommit)
+            {
+                if (to.Place(*pCut))
+                    m_ref.colAffected.insert(&to);
+                pCut->NotePlaced();
+            }
+        EXPECT_EQ(bCreated, m_ref.CountLevels() != levelsBefore);
+        EndTrouble(trouble, bFailed, bRefusedCopies);
+    }
+
+    // ---- what is done to categories
 
     void CreateMainCat()
     {
         std::wstring sName = DrawName();
-        const bool bThere = m_ref.Main(sName) != nullptr;
-        EXPECT_EQ(m_cLib.cSchedMan->CreateMainCat(sName), !bThere);
-        if (bThere)
+        const bool bNew = !m_ref.Main(sName);
+        EXPECT_EQ(m_cLib.cSchedMan->CreateMainCat(sName), bNew);
+        if (!bNew)
             return;
         RefMain& main = m_ref.Ensure(sName);
         main.colLevels[1];
-        m_ref.Save(main);
+        m_ref.colAffected.insert(&main);
         m_ref.SaveList();
     }
 
@@ -831,34 +902,42 @@ private:
         if (!pMain)
             return;
         const std::int32_t lLevel = DrawLevel();
-        const bool bThere = pMain->colLevels.count(lLevel) != 0;
         m_cPorts.cMessages.Typed = {std::to_wstring(lLevel)};
-        EXPECT_EQ(m_cLib.cSchedMan->CreateCatLevel(CatOf(*pMain)), !bThere);
-        if (bThere)
-            return;
-        pMain->colLevels[lLevel];
-        m_ref.Save(*pMain);
+        const bool bNew = pMain->colLevels.emplace(lLevel, RefOrder()).second;
+        EXPECT_EQ(m_cLib.cSchedMan->CreateCatLevel(CatOf(pMain)), bNew);
+        if (bNew)
+            m_ref.colAffected.insert(pMain);
     }
 
     // Main categories (level 0) and levels, as a user ticks them.
-    std::vector<std::pair<RefMain*, std::int32_t>> DrawTicks()
+    std::vector<RefPlace> DrawTicks()
     {
-        std::vector<std::pair<RefMain*, std::int32_t>> colTicks;
-        for (unsigned lLeft = 1 + Draw(3); lLeft > 0; --lLeft)
-        {
-            if (RefMain* pMain = DrawMain(); pMain && Chance(30))
-                colTicks.push_back({pMain, 0});
-            else if (const auto place = DrawPlace())
-                colTicks.push_back(*place);
-        }
+        std::vector<RefPlace> colTicks;
+        for (unsigned left = 1 + Draw(3); left > 0; --left)
+            if (const RefPlace place = Chance(30) ? RefPlace{DrawMain(), 0} : DrawPlace(); place.first)
+                colTicks.push_back(place);
         return colTicks;
     }
-    Cats CatsOf(const std::vector<std::pair<RefMain*, std::int32_t>>& colTicks) const
+    Cats CatsOf(const std::vector<RefPlace>& colTicks) const
     {
         Cats colCats;
         for (const auto& [pMain, lLevel] : colTicks)
-            colCats.push_back(lLevel == 0 ? CatOf(*pMain) : CatOf(*pMain, lLevel));
+            colCats.push_back(CatOf(pMain, lLevel));
         return colCats;
+    }
+    // Main category by main category, each number once, in the order of the ticks.
+    static std::vector<std::pair<RefMain*, Levels>> ByMain(const std::vector<RefPlace>& colTicks)
+    {
+        std::vector<std::pair<RefMain*, Levels>> colByMain;
+        for (const RefPlace& tick : colTicks)
+        {
+            auto found = std::find_if(colByMain.begin(), colByMain.end(),
+                                      [&](const auto& chosen) { return chosen.first == tick.first; });
+            if (found == colByMain.end())
+                found = colByMain.insert(colByMain.end(), {tick.first, {}});
+            AddOnce(found->second, tick.second);
+        }
+        return colByMain;
     }
 
     void Delete()
@@ -866,58 +945,48 @@ private:
         const auto colTicks = DrawTicks();
         const Trouble trouble = DrawTrouble(DrawCuts(1));
         const bool bAnswer = m_cLib.cSchedMan->DeleteCats(CatsOf(colTicks));
-        std::vector<RefMain*> colConcerned;
-        for (const auto& [pMain, lLevel] : colTicks)
-            if (std::find(colConcerned.begin(), colConcerned.end(), pMain) == colConcerned.end())
-                colConcerned.push_back(pMain);
         bool bAll = true;
-        std::set<const RefCut*> colFailed;
-        bool bRefused = false;
-        for (RefMain* pMain : colConcerned)
+        bool bFailed = false;
+        for (auto& [pMain, colLevels] : ByMain(colTicks))
         {
-            std::vector<std::int32_t> colLevels;
-            bool bMain = false;
-            for (const auto& [pTicked, lLevel] : colTicks)
-                if (pTicked == pMain && lLevel == 0)
-                    bMain = true;
-                else if (pTicked == pMain &&
-                         std::find(colLevels.begin(), colLevels.end(), lLevel) == colLevels.end())
-                    colLevels.push_back(lLevel);
+            const bool bMain = std::erase(colLevels, 0) > 0;
             if (colLevels.empty())
-                for (const auto& [lLevel, colOrder] : pMain->colLevels)
-                    colLevels.push_back(lLevel);
+                colLevels = pMain->AllLevels();
             for (const std::int32_t lLevel : colLevels)
             {
-                bRefused = bRefused || trouble.bRefusesCommit;
-                for (RefCut* pCut : RefOrder(pMain->colLevels[lLevel]))
-                {
-                    if (LevelsOf(*pMain, *pCut).size() == 1 && HasName(*pCut, pMain->sName) &&
-                        trouble.Hits(*pCut, "RemoveCategoryName"))
-                        colFailed.insert(pCut);
-                    else if (!trouble.bRefusesCommit)
-                    {
-                        m_ref.TakeOut(*pCut, *pMain, lLevel);
-                        NotePlaced(*pCut);
-                    }
-                }
-                if (pMain->colLevels[lLevel].empty())
-                    pMain->colLevels.erase(lLevel);
-                else
-                    bAll = false;
+                bFailed = !DeleteLevel(*pMain, lLevel, trouble) || bFailed;
+                bAll = bAll && pMain->colLevels.count(lLevel) == 0 && !trouble.bRefusesCommit;
             }
             if (!pMain->colLevels.empty())
             {
-                m_ref.Save(*pMain);
+                m_ref.colAffected.insert(pMain);
                 continue;
             }
             m_ref.DeleteFile(*pMain);
             if (!bMain)
                 continue;
-            std::erase_if(m_ref.colMains, [&](const auto& pOwn) { return pOwn.get() == pMain; });
+            std::erase_if(m_ref.colMains, [pGone = pMain](const auto& pOwn) { return pOwn.get() == pGone; });
             m_ref.SaveList();
         }
-        EXPECT_EQ(bAnswer, bAll && !bRefused);
-        EndTrouble({bRefused, trouble.pCut, trouble.sMember}, colFailed.size());
+        EXPECT_EQ(bAnswer, bAll);
+        EndTrouble(trouble, bFailed);
+    }
+    // False when the database or a cut refuses.
+    static bool DeleteLevel(RefMain& main, std::int32_t lLevel, const Trouble& trouble)
+    {
+        bool bFailed = trouble.bRefusesCommit;
+        for (RefCut* pCut : RefOrder(main.colLevels[lLevel]))
+            if (main.LevelsOf(*pCut).size() == 1 && pCut->HasName(main.sName) &&
+                trouble.Hits(*pCut, "RemoveCategoryName"))
+                bFailed = true;
+            else if (!trouble.bRefusesCommit)
+            {
+                main.TakeOut(*pCut, lLevel);
+                pCut->NotePlaced();
+            }
+        if (main.colLevels[lLevel].empty())
+            main.colLevels.erase(lLevel);
+        return !bFailed;
     }
 
     void DeleteGone()
@@ -929,190 +998,54 @@ private:
     {
         const auto colTicks = DrawTicks();
         m_cLib.cSchedMan->ShuffleCategories(CatsOf(colTicks));
-        // Main category by main category, each level once; a main category stands for all its levels.
-        std::vector<std::pair<RefMain*, std::vector<std::int32_t>>> colChosen;
-        for (const auto& [pMain, lLevel] : colTicks)
+        for (const auto& [pMain, colLevels] : ByMain(colTicks))
         {
-            auto found =
-                std::find_if(colChosen.begin(), colChosen.end(),
-                             [&, pSought = pMain](const auto& chosen) { return chosen.first == pSought; });
-            if (found == colChosen.end())
-                found = colChosen.insert(colChosen.end(), {pMain, {}});
-            if (std::find(found->second.begin(), found->second.end(), lLevel) == found->second.end())
-                found->second.push_back(lLevel);
-        }
-        for (auto& [pMain, colLevels] : colChosen)
-        {
-            if (std::find(colLevels.begin(), colLevels.end(), 0) != colLevels.end())
+            for (const std::int32_t lLevel : Contains(colLevels, 0) ? pMain->AllLevels() : colLevels)
             {
-                colLevels.clear();
-                for (const auto& [lLevel, colOrder] : pMain->colLevels)
-                    colLevels.push_back(lLevel);
-            }
-            for (const std::int32_t lLevel : colLevels)
-            {
-                RefOrder& colOrder = pMain->colLevels[lLevel];
-                RefOrder colShuffled;
-                while (!colOrder.empty())
+                RefOrder colLeft = std::exchange(pMain->colLevels[lLevel], {});
+                while (!colLeft.empty())
                 {
-                    const auto lDrawn = static_cast<std::ptrdiff_t>(m_cSameChance.Next() *
-                                                                    static_cast<double>(colOrder.size()));
-                    colShuffled.push_back(colOrder[static_cast<std::size_t>(lDrawn)]);
-                    colOrder.erase(colOrder.begin() + lDrawn);
+                    const auto drawn =
+                        colLeft.begin() + static_cast<std::ptrdiff_t>(m_cSameChance.Next() *
+                                                                      static_cast<double>(colLeft.size()));
+                    pMain->colLevels[lLevel].push_back(*drawn);
+                    colLeft.erase(drawn);
                 }
-                colOrder = colShuffled;
             }
-            m_ref.Save(*pMain);
+            m_ref.colAffected.insert(pMain);
         }
     }
 
     void MoveInCategory()
     {
-        const auto place = DrawPlace();
-        if (!place)
+        const auto [pMain, lLevel] = DrawPlace();
+        if (!pMain)
             return;
-        const auto [pMain, lLevel] = *place;
         RefOrder& colOrder = pMain->colLevels[lLevel];
-        std::vector<RefCut*> colMoved = DrawCuts(3);
+        RefOrder colMoved = DrawCuts(3);
         for (RefCut* pCut : colOrder)
-            if (Chance(30) && !Contains(colMoved, pCut))
-                colMoved.push_back(pCut);
+            if (Chance(30))
+                AddOnce(colMoved, pCut);
+        const auto end = static_cast<std::int32_t>(colOrder.size()) + 1;
         const std::int32_t lPosInto = static_cast<std::int32_t>(Draw(colOrder.size() + 5)) - 2;
-        m_cLib.cSchedMan->MoveCutsInCategory(CatOf(*pMain, lLevel), CutsOf(colMoved), lPosInto);
+        m_cLib.cSchedMan->MoveCutsInCategory(CatOf(pMain, lLevel), ObjectsOf(colMoved), lPosInto);
         std::erase_if(colMoved, [&](const RefCut* pCut) { return !Contains(colOrder, pCut); });
         if (colMoved.empty())
             return;
         RefOrder colNew;
-        for (std::size_t lAt = 0; lAt <= colOrder.size(); ++lAt)
+        for (std::int32_t lPos = 1; lPos <= end; ++lPos)
         {
-            const auto into = static_cast<std::size_t>(
-                std::clamp<std::int32_t>(lPosInto, 1, static_cast<std::int32_t>(colOrder.size()) + 1));
-            if (lAt + 1 == into)
+            if (lPos == std::clamp(lPosInto, 1, end))
                 colNew.insert(colNew.end(), colMoved.begin(), colMoved.end());
-            if (lAt < colOrder.size() && !Contains(colMoved, colOrder[lAt]))
-                colNew.push_back(colOrder[lAt]);
+            if (lPos < end)
+                if (RefCut* pCut = colOrder[static_cast<std::size_t>(lPos) - 1]; !Contains(colMoved, pCut))
+                    colNew.push_back(pCut);
         }
         colOrder = colNew;
-        m_ref.Save(*pMain);
+        m_ref.colAffected.insert(pMain);
     }
 
-    void MassMove()
-    {
-        const auto place = DrawPlace();
-        const auto source = DrawPlace();
-        const std::vector<RefCut*> colCuts = DrawCuts(5);
-        if (!place || !source)
-            return;
-        RefMain* pTo = place->first;
-        const std::int32_t lTo = Chance(30) ? 0 : place->second;
-        const bool bExclusive = Chance(40);
-        const Trouble trouble = DrawTrouble(colCuts);
-        bool bCreated = false;
-        m_cLib.cSchedMan->DoMassCatChange(
-            bExclusive ? eMoveExclusiveHere : eMoveHere, {CatOf(*source->first, source->second)},
-            lTo == 0 ? CatOf(*pTo) : CatOf(*pTo, lTo), GivenOf(colCuts), bCreated);
-        std::set<RefMain*> colAffected = WrittenAhead(colCuts, [&](const RefMain& main, std::int32_t lLevel) {
-            const bool bLeaves =
-                &main != pTo && (bExclusive || (&main == source->first && lLevel == source->second));
-            return bLeaves || (lTo != 0 && lTo != lLevel);
-        });
-        std::size_t failed = 0;
-        const auto lLevelsBefore = CountLevels();
-        for (RefCut* pCut : colCuts)
-            failed += MoveOne(*pCut, *pTo, lTo, bExclusive, *source, trouble, colAffected) ? 0 : 1;
-        EXPECT_EQ(bCreated, CountLevels() != lLevelsBefore);
-        EndTrouble(trouble, failed);
-        m_ref.Save(colAffected);
-    }
-    // Main category by main category: it leaves, stays at its place, or comes to the end of its level. False
-    // when trouble prevents it.
-    bool MoveOne(RefCut& cut, RefMain& to, std::int32_t lTo, bool bExclusive,
-                 const std::pair<RefMain*, std::int32_t>& source, const Trouble& trouble,
-                 std::set<RefMain*>& colAffected)
-    {
-        const std::int32_t lLevel = lTo != 0 ? lTo : cut.lLevel;
-        std::vector<RefMain*> colStays, colLeaves, colJoins;
-        for (const auto& pMain : m_ref.colMains)
-        {
-            const std::vector<std::int32_t> colAt = LevelsOf(*pMain, cut);
-            const bool bTarget = pMain.get() == &to;
-            const auto IsLeft = [&](std::int32_t lAt) {
-                return !bTarget && (bExclusive || std::pair(pMain.get(), lAt) == source);
-            };
-            if (colAt.empty() && !bTarget)
-                continue;
-            if (!bTarget && std::all_of(colAt.begin(), colAt.end(), IsLeft))
-                colLeaves.push_back(pMain.get());
-            else if (std::find(colAt.begin(), colAt.end(), lLevel) != colAt.end() && !IsLeft(lLevel))
-                colStays.push_back(pMain.get());
-            else
-                colJoins.push_back(pMain.get());
-        }
-        if ((lLevel != cut.lLevel && trouble.Hits(cut, "SetCatLevel")) ||
-            (!colJoins.empty() && trouble.Hits(cut, "AddCategoryName")) ||
-            (!colLeaves.empty() && trouble.Hits(cut, "RemoveCategoryName")))
-            return false;
-        if (trouble.bRefusesCommit)
-            return true;
-        for (RefMain* pMain : colStays)
-            if (pMain == &to || lLevel != cut.lLevel || LevelsOf(*pMain, cut).size() > 1)
-                colAffected.insert(pMain);
-        cut.lLevel = lLevel;
-        for (const auto* pColMains : {&colLeaves, &colStays, &colJoins})
-            for (RefMain* pMain : *pColMains)
-                for (auto& [lAt, colOrder] : pMain->colLevels)
-                    if (pColMains != &colStays || lAt != lLevel)
-                        std::erase(colOrder, &cut);
-        for (RefMain* pMain : colLeaves)
-            RemoveName(cut, pMain->sName);
-        bool bCreated = false;
-        for (RefMain* pMain : colJoins)
-            m_ref.File(cut, *pMain, bCreated);
-        NotePlaced(cut);
-        colAffected.insert(colLeaves.begin(), colLeaves.end());
-        colAffected.insert(colJoins.begin(), colJoins.end());
-        return true;
-    }
-    std::size_t CountLevels() const
-    {
-        std::size_t count = 0;
-        for (const auto& pMain : m_ref.colMains)
-            count += pMain->colLevels.size();
-        return count;
-    }
-
-    void MassCopy()
-    {
-        const auto place = DrawPlace();
-        std::vector<RefCut*> colCuts = DrawCuts(5);
-        if (!place)
-            return;
-        RefMain* pTo = place->first;
-        const std::int32_t lTo = Chance(50) ? 0 : place->second;
-        const Trouble trouble = DrawTrouble(colCuts);
-        bool bCreated = false;
-        bool bRefCreated = false;
-        m_cLib.cSchedMan->DoMassCatChange(eCopyHere, {CatOf(*pTo, place->second)},
-                                          lTo == 0 ? CatOf(*pTo) : CatOf(*pTo, lTo), GivenOf(colCuts),
-                                          bCreated);
-        const bool bRefusedCopies =
-            std::erase_if(colCuts, [&](const RefCut* pCut) { return lTo != 0 && pCut->lLevel != lTo; }) > 0;
-        bool bPlaced = false;
-        std::size_t failed = 0;
-        for (RefCut* pCut : colCuts)
-            if (trouble.Hits(*pCut, "AddCategoryName"))
-                ++failed;
-            else if (!trouble.bRefusesCommit)
-            {
-                bPlaced = m_ref.File(*pCut, *pTo, bRefCreated) || bPlaced;
-                NotePlaced(*pCut);
-            }
-        EXPECT_EQ(bCreated, bRefCreated);
-        EndTrouble({trouble.bRefusesCommit && !colCuts.empty(), trouble.pCut, trouble.sMember}, failed,
-                   bRefusedCopies);
-        if (bPlaced)
-            m_ref.Save(*pTo);
-    }
+    // ---- picks, saves and starts
 
     void PickCut()
     {
@@ -1134,22 +1067,23 @@ private:
             return;
         }
         RefOrder& colOrder = pMain->colLevels[lLevel];
-        const bool bEmpty = colOrder.empty();
         const RefCut* pChosen = nullptr;
-        for (std::size_t lLeft = colOrder.size(); lLeft > 0 && !pChosen; --lLeft)
+        for (std::size_t left = colOrder.size(); left > 0 && !pChosen; --left)
         {
             RefCut* pHead = colOrder.front();
             std::rotate(colOrder.begin(), colOrder.begin() + 1, colOrder.end());
             if (!bOpener || pHead->bOpener)
                 pChosen = pHead;
         }
-        EXPECT_EQ(cPicked->KindCode(), pChosen  ? eKindChosen
-                                       : bEmpty ? eKindLevelEmpty
-                                                : eKindNothingSchedulable);
+        EXPECT_EQ(cPicked->KindCode(), pChosen            ? eKindChosen
+                                       : colOrder.empty() ? eKindLevelEmpty
+                                                          : eKindNothingSchedulable);
         EXPECT_EQ(cPicked->Key().Text(), pChosen ? pChosen->sKey : L"");
-        if (bSave && !bEmpty)
-            m_ref.Save(*pMain);
-        else if (!bEmpty)
+        if (colOrder.empty())
+            return;
+        if (bSave)
+            m_ref.colAffected.insert(pMain);
+        else
             m_ref.colUnsaved.insert(Lower(pMain->sName));
     }
 
@@ -1157,31 +1091,28 @@ private:
     {
         if (RefMain* pMain = DrawMain(); pMain && Chance(50))
         {
-            EXPECT_EQ(m_cLib.cSchedMan->SaveHistoryAndOrdering(CatOf(*pMain)), !pMain->colLevels.empty());
+            EXPECT_EQ(m_cLib.cSchedMan->SaveHistoryAndOrdering(CatOf(pMain)), !pMain->colLevels.empty());
             m_ref.Save(*pMain);
             return;
         }
-        bool bAll = true;
         for (const auto& pMain : m_ref.colMains)
-        {
-            bAll = bAll && !pMain->colLevels.empty();
             m_ref.Save(*pMain);
-        }
-        EXPECT_EQ(m_cLib.cSchedMan->SaveHistoryAndOrdering(nullptr), bAll);
+        EXPECT_EQ(m_cLib.cSchedMan->SaveHistoryAndOrdering(nullptr),
+                  !AnyOf(m_ref.colMains, [](const auto& pMain) { return pMain->colLevels.empty(); }));
         EXPECT_TRUE(m_cLib.cSchedMan->SaveCatNames());
         m_ref.SaveList();
         CompareFiles();
     }
 
+    void Populate() { m_cLib.cSchedMan->PopulateFromDataBase(m_cDataBase, sRadio); }
+
     void Reload()
     {
         CompareFiles();
-        m_ref.SaveUnsaved();
-        m_ref.SaveListBeforeReading();
+        m_ref.SaveBeforeReading();
         Populate();
         m_ref.Reload();
     }
-    void Populate() { m_cLib.cSchedMan->PopulateFromDataBase(m_cDataBase, sRadio); }
 
     void Restart()
     {
@@ -1201,14 +1132,14 @@ private:
         ASSERT_TRUE(EqualIgnoringCase(cKey.Text(), main.sName + L"\t0"));
         const CatCollection& colSubCats = *cMainCat.SubCats();
         ASSERT_EQ(colSubCats.Count(), main.colLevels.size());
-        std::size_t lAt = 0;
+        std::size_t at = 0;
         for (const auto& [lLevel, colOrder] : main.colLevels)
         {
-            clsCat& cSubCat = *colSubCats.At(lAt);
+            clsCat& cSubCat = *colSubCats.At(at);
             ASSERT_EQ(cSubCat.CatLevel(), lLevel);
             ASSERT_EQ(cSubCat.CatName(), main.sName);
             ASSERT_EQ(cSubCat.MainCat().get(), &cMainCat);
-            ASSERT_EQ(colSubCats.KeyAt(lAt++)->Text(), std::to_wstring(lLevel));
+            ASSERT_EQ(colSubCats.KeyAt(at++)->Text(), std::to_wstring(lLevel));
             CompareLevel(cSubCat, colOrder);
         }
     }
@@ -1218,45 +1149,45 @@ private:
         const CutCollection& colCuts = *cSubCat.SchedCuts();
         ASSERT_EQ(colCuts.Count(), colOrder.size());
         ASSERT_EQ(cSubCat.TotalCuts(), static_cast<std::int32_t>(colOrder.size()));
-        std::int64_t lTotal = 0;
-        for (std::size_t lAt = 0; lAt < colOrder.size(); ++lAt)
+        double dTotal = 0;
+        for (std::size_t at = 0; at < colOrder.size(); ++at)
         {
-            ASSERT_EQ(colCuts.KeyAt(lAt)->Text(), colOrder[lAt]->sKey);
-            const Cut& cCut = *colCuts.At(lAt);
-            ASSERT_EQ(cCut.Key(), *colCuts.KeyAt(lAt));
-            // Of the database: its names are the database's, whichever object it is.
-            ASSERT_EQ(cCut.CategoryNames(), colOrder[lAt]->colNames);
-            lTotal += colOrder[lAt]->lRunTime;
+            ASSERT_EQ(colCuts.KeyAt(at)->Text(), colOrder[at]->sKey);
+            const Cut& cCut = *colCuts.At(at);
+            ASSERT_EQ(cCut.Key(), *colCuts.KeyAt(at));
+            ASSERT_EQ(cCut.CategoryNames(), colOrder[at]->colNames); // an object of the database, not a copy
+            dTotal += colOrder[at]->lRunTime;
         }
-        const double dAverage =
-            colOrder.empty() ? 0 : static_cast<double>(lTotal) / static_cast<double>(colOrder.size());
+        const double dAverage = colOrder.empty() ? 0 : dTotal / static_cast<double>(colOrder.size());
         ASSERT_EQ(cSubCat.AverageRunTimemS(), static_cast<std::int32_t>(std::nearbyint(dAverage)));
     }
 
-    std::vector<RefRecord> Decoded(const std::string& bytes) const
+    void CompareList()
+    {
+        std::string list;
+        for (const std::wstring& sName : m_ref.colList)
+            list += "\r\n" + m_cPorts.cCodePage.Encode(sName);
+        if (m_cPorts.cFiles.FileExists(sMainCatsPath))
+            ASSERT_EQ(m_cPorts.cFiles.Get(sMainCatsPath), list);
+        else
+            ASSERT_TRUE(m_ref.colList.empty());
+    }
+
+    void CompareFile(const std::wstring& sName, const RefRecords& colRecords) const
     {
         constexpr std::size_t size = 1983;
-        std::vector<RefRecord> colRecords;
-        EXPECT_EQ(bytes.size() % size, 0u);
-        for (std::size_t lAt = 0; lAt + size <= bytes.size(); lAt += size)
+        const std::string bytes = m_cPorts.cFiles.Get(SifPath(sName));
+        ASSERT_EQ(bytes.size(), size * colRecords.size());
+        for (std::size_t at = 0; at < colRecords.size(); ++at)
         {
-            const auto Byte = [&](std::size_t offset) {
-                return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[lAt + offset]));
-            };
-            const std::uint32_t lLevel = Byte(765) | Byte(766) << 8 | Byte(767) << 16 | Byte(768) << 24;
-            const std::uint32_t lMarker = Byte(769) | Byte(770) << 8;
-            EXPECT_TRUE(lMarker == 0 || lMarker == 0xFFFF);
-            const std::string path = bytes.substr(lAt + 510, 255);
-            const std::string key = lMarker == 0 ? path.substr(0, path.find_last_not_of(' ') + 1) : "";
-            if (lMarker != 0)
-            {
-                EXPECT_EQ(bytes.substr(lAt, 765), std::string(765, '\0'));
-            }
-            static const std::string reserved(1212, '\0');
-            EXPECT_EQ(bytes.compare(lAt + 771, reserved.size(), reserved), 0);
-            colRecords.push_back({static_cast<std::int32_t>(lLevel), lMarker != 0, {key.begin(), key.end()}});
+            const std::string record = bytes.substr(at * size, size);
+            const RefRecord& expected = colRecords[at];
+            const std::string path(expected.sKey.begin(), expected.sKey.end());
+            if (expected.bMarker)
+                ASSERT_EQ(record, SifMarker(expected.lLevel));
+            else
+                ASSERT_EQ(record.substr(510), SifCut(path, expected.lLevel).substr(510));
         }
-        return colRecords;
     }
 
     std::mt19937 m_engine;
@@ -1265,38 +1196,38 @@ private:
     std::shared_ptr<BatchingDataBase> m_cDataBase = std::make_shared<BatchingDataBase>();
     SeededRandom m_cSameChance; // draws what the manager's draws
     Reference m_ref;
-    unsigned m_lKeys = 0;
+    unsigned m_keys = 0;
 };
 
-void RunModel(std::uint32_t lSeed, int lSteps)
+void RunModel(std::uint32_t seed, int steps)
 {
-    SCOPED_TRACE("RAVLO_MODEL_SEED=" + std::to_string(lSeed));
-    Model cModel(lSeed);
-    for (int lStep = 1; lStep <= lSteps; ++lStep)
+    SCOPED_TRACE("RAVLO_MODEL_SEED=" + std::to_string(seed));
+    Model cModel(seed);
+    for (int step = 1; step <= steps; ++step)
     {
         const char* sOperation = cModel.Step();
         cModel.CompareTree();
         cModel.CompareTouchedFiles();
-        if (lStep % 50 == 0)
+        if (step % 50 == 0)
             cModel.CompareFiles();
-        if (lStep % 1000 == 0)
+        if (step % 1000 == 0)
             cModel.ForgetLog();
-        ASSERT_FALSE(testing::Test::HasFailure()) << "step " << lStep << ": " << sOperation;
+        ASSERT_FALSE(testing::Test::HasFailure()) << "step " << step << ": " << sOperation;
     }
 }
 
 // RAVLO_LONG=1 runs 400 000 operations; RAVLO_MODEL_SEED=n repeats one seed of them.
 TEST(Model, RandomOperationsAgreeWithAPlainReference)
 {
-    constexpr std::uint32_t lSeeds = 8;
+    constexpr std::uint32_t seeds = 8;
     const bool bLong = std::getenv("RAVLO_LONG") != nullptr;
     const char* sGiven = std::getenv("RAVLO_MODEL_SEED");
-    const int lSteps = bLong || sGiven ? 50'000 : 1'000;
-    const std::uint32_t lFirst = sGiven ? static_cast<std::uint32_t>(std::strtoul(sGiven, nullptr, 10)) : 1;
-    for (std::uint32_t lSeed = lFirst; lSeed < lFirst + (sGiven ? 1 : lSeeds); ++lSeed)
+    const int steps = bLong || sGiven ? 50'000 : 1'000;
+    const std::uint32_t first = sGiven ? static_cast<std::uint32_t>(std::strtoul(sGiven, nullptr, 10)) : 1;
+    for (std::uint32_t seed = first; seed < first + (sGiven ? 1 : seeds); ++seed)
     {
-        std::cout << "seed " << lSeed << ", " << lSteps << " operations" << std::endl;
-        RunModel(lSeed, lSteps);
+        std::cout << "seed " << seed << ", " << steps << " operations" << std::endl;
+        RunModel(seed, steps);
         ASSERT_FALSE(HasFatalFailure());
     }
 }
