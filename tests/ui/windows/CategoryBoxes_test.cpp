@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The boxes that come up over the category window: texts, icons, buttons, place, keys.
+// The boxes over the category window: texts, icons, buttons, place, keys.
 #include "platform/windows/InputBox.h"
 #include "ui/controls/windows/Handles.h"
 #include "ui/windows/CategoryFixture.h"
@@ -18,53 +18,51 @@ struct CategoryBoxes : CategoryWindowTest
 {
     CategoryBoxes() { StartOn(L"Rock", 3); }
 
-    static HWND OpenBox(const User& user)
-    {
-        user.Until([&] { return user.Find(L"#32770") != nullptr; }, "a box");
-        user.Idle();
-        return user.Find(L"#32770");
-    }
     // Of a message box; null for none.
     static HICON IconOf(HWND hBox)
     {
         for (HWND hChild = ::GetWindow(hBox, GW_CHILD); hChild; hChild = ::GetWindow(hChild, GW_HWNDNEXT))
-            if (const auto hIcon = reinterpret_cast<HICON>(::SendMessageW(hChild, STM_GETICON, 0, 0)))
+            if (const auto hIcon = reinterpret_cast<HICON>(Send(hChild, STM_GETICON)))
                 return hIcon;
         return nullptr;
     }
-    void Shot(const User& user, const std::wstring& sName) const
+    // Checks the box that is open: what it says, its icon, place and look. Saves a screenshot of it.
+    void Expect(const User& user, const BoxOnScreen& box, LPCWSTR sIcon, const std::wstring& sShot) const
     {
-        const HWND hBox = OpenBox(user);
-        EXPECT_TRUE(TakeScreenshot(hBox, L"box-" + sName));
-        EXPECT_TRUE(TakeScreenshot({hWindow, hBox}, L"category-box-" + sName));
+        SCOPED_TRACE(::testing::PrintToString(sShot));
+        EXPECT_EQ(user.Box(), box);
+        const HWND hBox = user.BoxWindow();
+        EXPECT_EQ(IconOf(hBox), sIcon ? ::LoadIconW(nullptr, sIcon) : nullptr);
+        EXPECT_TRUE(TakeScreenshot(hBox, L"box-" + sShot));
+        EXPECT_TRUE(TakeScreenshot({hWindow, hBox}, L"category-box-" + sShot));
+        EXPECT_TRUE(TitleFits(hBox));
+        EXPECT_TRUE(InTheMiddle(hBox));
+        if (sIcon) // else the system's box keeps an empty field for it
+        {
+            EXPECT_EQ(Untidiness(hBox), Faults());
+        }
     }
-    // Types a name or level into the input box that is open, and looks at the box which that brings.
+    // Types a name or level into the input box that is open and expects it to be refused.
     void Refused(const User& user, const std::wstring& sTyped, const BoxOnScreen& box, LPCWSTR sIcon,
                  const std::wstring& sShot, int lAnswer) const
     {
         user.AnswerInput(sTyped);
-        EXPECT_EQ(user.Box(), box);
-        EXPECT_EQ(IconOf(OpenBox(user)), sIcon ? ::LoadIconW(nullptr, sIcon) : nullptr) << sShot.c_str();
-        Shot(user, sShot);
-        EXPECT_TRUE(TitleFits(OpenBox(user))) << sShot.c_str();
-        EXPECT_TRUE(InTheMiddle(OpenBox(user))) << sShot.c_str();
-        EXPECT_EQ(Untidiness(OpenBox(user)), std::vector<std::string>()) << sShot.c_str();
+        Expect(user, box, sIcon, sShot);
         user.Answer(lAnswer);
         if (lAnswer != IDNO)
         {
-            EXPECT_EQ(Offered(user), sTyped) << "what was typed is there to be mended";
+            EXPECT_EQ(Offered(user), sTyped) << "what was typed can be corrected";
         }
     }
-    // What the input box that is open has in its field, marked.
+    // The text in the input box that is open, which is marked.
     static std::wstring Offered(const User& user)
     {
-        const HWND hEdit = ::GetDlgItem(OpenBox(user), lInputBoxEdit);
+        const HWND hEdit = ::GetDlgItem(user.BoxWindow(), lInputBoxEdit);
         const std::wstring sText = User::Text(hEdit);
-        const LRESULT lMarked = ::SendMessageW(hEdit, EM_GETSEL, 0, 0);
-        EXPECT_EQ(lMarked, MAKELRESULT(0, sText.size()));
+        EXPECT_EQ(Send(hEdit, EM_GETSEL), MAKELRESULT(0, sText.size()));
         return sText;
     }
-    // Whether the title bar has the room for the whole title and the close button.
+    // Whether the title bar has room for the whole title and the close button.
     static bool TitleFits(HWND hBox)
     {
         NONCLIENTMETRICSW metrics{};
@@ -72,15 +70,13 @@ struct CategoryBoxes : CategoryWindowTest
         ::SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
         const UniqueFont hFont(::CreateFontIndirectW(&metrics.lfCaptionFont));
         const FontContext cContext(hBox, hFont.get());
-        const RECT place = PlaceOf(hBox);
         return TextSize(cContext.Get(), User::Text(hBox)).cx + ::GetSystemMetrics(SM_CXSIZE) <=
-               place.right - place.left;
+               WidthOf(PlaceOf(hBox));
     }
-    // Face and height as they come to the screen.
+    // Face and height on the screen.
     static std::pair<std::wstring, LONG> FontOf(HWND hControl)
     {
-        const FontContext cContext(hControl,
-                                   reinterpret_cast<HFONT>(::SendMessageW(hControl, WM_GETFONT, 0, 0)));
+        const FontContext cContext(hControl, reinterpret_cast<HFONT>(Send(hControl, WM_GETFONT)));
         wchar_t sFace[LF_FACESIZE] = L"";
         ::GetTextFaceW(cContext.Get(), LF_FACESIZE, sFace);
         TEXTMETRICW metrics{};
@@ -96,160 +92,138 @@ struct CategoryBoxes : CategoryWindowTest
     }
 };
 
+BoxOnScreen TryAgain(const std::wstring& sTitle, const std::wstring& sText)
+{
+    return YesNoOnScreen(sTitle, sText + L"\r\n\r\nTry Again?");
+}
+
 } // namespace
 
-TEST_F(CategoryBoxes, EachNameThatIsRefusedIsExplainedAndAskedForAgain)
+TEST_F(CategoryBoxes, ARefusedNameIsExplainedAndAskedForAgain)
 {
     Open([&](const User& user) {
         user.Click(At(eIdcmdNew));
-        EXPECT_EQ(
-            user.Box(),
-            (BoxOnScreen{L"New Category Creation", L"Type the name for the new category", {IDOK, IDCANCEL}}));
+        Expect(user, {L"New Category Creation", L"Type the name for the new category", {IDOK, IDCANCEL}},
+               nullptr, L"new-category");
         EXPECT_EQ(Offered(user), L"");
-        Shot(user, L"new-category");
-        Refused(user, L"2024",
-                {L"Invalid Category Name",
-                 L"Category Names must not be numeric!\r\n\r\nTry Again?",
-                 {IDYES, IDNO}},
+        Refused(user, L"2024", TryAgain(L"Invalid Category Name", L"Category Names must not be numeric!"),
                 IDI_QUESTION, L"name-numeric", IDYES);
         Refused(user, std::wstring(51, L'x'),
-                {L"Category Name Too Long! [max 50 chars]",
-                 L"Category Name too long!\r\n\r\nTry Again?",
-                 {IDYES, IDNO}},
-                IDI_QUESTION, L"name-too-long", IDYES);
+                TryAgain(L"Category Name Too Long! [max 50 chars]", L"Category Name too long!"), IDI_QUESTION,
+                L"name-too-long", IDYES);
         Refused(user, L"Rock",
-                {L"Category Rock Already Exists!",
-                 L"There is already a category by this name!\r\n\r\nTry Again?",
-                 {IDYES, IDNO}},
+                TryAgain(L"Category Rock Already Exists!", L"There is already a category by this name!"),
                 IDI_QUESTION, L"name-exists", IDYES);
         Refused(user, L"con",
-                {L"Invalid Category Name",
-                 L"Unable to create a category with the name: con\r\n\r\nTry Again?",
-                 {IDYES, IDNO}},
+                TryAgain(L"Invalid Category Name", L"Unable to create a category with the name: con"),
                 IDI_QUESTION, L"name-impossible", IDNO);
         EXPECT_EQ(user.Find(L"#32770"), nullptr);
-        EXPECT_EQ(user.Entries(At(eIdlstCat)), (Texts{L"Rock", L"Jazz", L"NOCAT"}));
-        EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"Rock"}));
+        EXPECT_EQ(Entries(eIdlstCat), (Texts{L"Rock", L"Jazz", L"NOCAT"}));
+        EXPECT_EQ(Selected(eIdlstCat), (Texts{L"Rock"}));
         EXPECT_EQ(user.FocusedWindow(), At(eIdcmdNew));
+
+        user.Click(At(eIdcmdNew));
+        user.AnswerInput(L"AC/DC");
+        Expect(user,
+               OkOnScreen(L"New Category Creation",
+                          L"The category is named: AC_DC\r\n"
+                          L"A file of its name is kept, in which these characters cannot stand: "
+                          L"* / : < > ? \\ | \""),
+               IDI_INFORMATION, L"name-replaced");
+        user.Answer(IDOK);
+        EXPECT_EQ(Selected(eIdlstCat), (Texts{L"AC_DC"}));
     });
 }
 
-TEST_F(CategoryBoxes, EachLevelThatIsRefusedIsExplainedAndAskedForAgain)
+TEST_F(CategoryBoxes, ARefusedLevelIsExplainedAndAskedForAgain)
 {
     Open([&](const User& user) {
         user.Click(At(eIdcmdNewLevel));
-        EXPECT_EQ(user.Box(), (BoxOnScreen{L"Enter The New Category Level",
-                                           L"This level will be placed under category: Rock\r\n"
-                                           L"Valid Values: Greater than zero\r\n"
-                                           L"Type the numeric NEW category level",
-                                           {IDOK, IDCANCEL}}));
-        Shot(user, L"new-level");
-        Refused(user, L"two", {L"Must Be a Number!", L"Invalid Entry!", {IDOK}}, IDI_EXCLAMATION,
+        Expect(user,
+               {L"Enter The New Category Level",
+                L"This level will be placed under category: Rock\r\n"
+                L"Valid Values: Greater than zero\r\n"
+                L"Type the numeric NEW category level",
+                {IDOK, IDCANCEL}},
+               nullptr, L"new-level");
+        Refused(user, L"two", OkOnScreen(L"Must Be a Number!", L"Invalid Entry!"), IDI_EXCLAMATION,
                 L"level-no-number", IDOK);
         for (const wchar_t* sLevel : {L"0", L"32765"})
             Refused(user, sLevel,
-                    {L"Invalid Category Level Entry",
-                     L"Invalid - must be greater than zero and less than 32675!",
-                     {IDOK}},
+                    OkOnScreen(L"Invalid Category Level Entry",
+                               L"Invalid - must be greater than zero and less than 32675!"),
                     IDI_EXCLAMATION, L"level-out-of-range", IDOK);
-        Refused(user, L"3",
-                {L"Category Level Already Present!",
-                 L"There is already a category level 3 under Rock\r\n\r\nTry Again?",
-                 {IDYES, IDNO}},
-                IDI_QUESTION, L"level-exists", IDNO);
+        Refused(
+            user, L"3",
+            TryAgain(L"Category Level Already Present!", L"There is already a category level 3 under Rock"),
+            IDI_QUESTION, L"level-exists", IDNO);
         EXPECT_EQ(user.Find(L"#32770"), nullptr);
-        EXPECT_EQ(user.Entries(At(eIdlstlvl)), (Texts{L"1", L"3", L"ALL"}));
+        EXPECT_EQ(Entries(eIdlstlvl), (Texts{L"1", L"3", L"ALL"}));
     });
 }
 
-TEST_F(CategoryBoxes, ReplacedCharactersAreMentioned)
-{
-    Open([&](const User& user) {
-        user.Click(At(eIdcmdNew));
-        user.AnswerInput(L"AC/DC");
-        EXPECT_EQ(user.Box(),
-                  (BoxOnScreen{L"New Category Creation",
-                               L"The category is named: AC_DC\r\n"
-                               L"A file of its name is kept, in which these characters cannot stand: "
-                               L"* / : < > ? \\ | \"",
-                               {IDOK}}));
-        EXPECT_EQ(IconOf(OpenBox(user)), ::LoadIconW(nullptr, IDI_INFORMATION));
-        Shot(user, L"name-replaced");
-        user.Answer(IDOK);
-        EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"AC_DC"}));
-    });
-}
-
-TEST_F(CategoryBoxes, ALevelNeedsAChosenCategory)
+TEST_F(CategoryBoxes, LevelsAndCategoryRulesNeedAChosenCategory)
 {
     request.cMainCatChosen = nullptr;
     Open([&](const User& user) {
         user.Click(At(eIdcmdNewLevel));
-        EXPECT_EQ(user.Box(),
-                  (BoxOnScreen{L"Impossible!",
-                               L"Impossible to create a level is we dont know which main cat it's in!",
-                               {IDOK}}));
-        EXPECT_EQ(IconOf(OpenBox(user)), nullptr);
-        Shot(user, L"level-impossible");
+        Expect(user,
+               OkOnScreen(L"Impossible!",
+                          L"Impossible to create a level is we dont know which main cat it's in!"),
+               nullptr, L"level-impossible");
         user.Key(VK_RETURN);
         EXPECT_EQ(user.Find(L"#32770"), nullptr);
-    });
-}
-
-TEST_F(CategoryBoxes, CategoryTabWithoutACategoryIsExplained)
-{
-    request.cMainCatChosen = nullptr;
-    Open([&](const User& user) {
-        user.ClickTab(At(eIdTabStrip1), 1);
-        EXPECT_EQ(user.Box(), (BoxOnScreen{L"ALL SONGS Is Not Valid For This!",
-                                           L"First use the category selector to choose a category",
-                                           {IDOK}}));
-        EXPECT_EQ(IconOf(OpenBox(user)), ::LoadIconW(nullptr, IDI_INFORMATION));
-        Shot(user, L"category-tab-without-category");
+        ClickTab(user, 1);
+        Expect(user,
+               OkOnScreen(L"ALL SONGS Is Not Valid For This!",
+                          L"First use the category selector to choose a category"),
+               IDI_INFORMATION, L"category-tab-without-category");
         user.Answer(IDOK);
+        EXPECT_TRUE(Shown(At(eIdpicRules0)));
+        EXPECT_EQ(Send(At(eIdTabStrip1), 0x130B /* TCM_GETCURSEL */), 0);
     });
 }
 
-// Before the window itself: it opens when the box is closed.
-TEST_F(CategoryBoxes, ACutOfAMissingCategoryIsReportedWithTheCriticalIcon)
+// Before the window itself: it opens when the boxes are closed.
+TEST_F(CategoryBoxes, MissingCategoriesOfACutAreReportedFirst)
 {
-    request.cCut = cState.cDataBase->Add(L"p", L"Polka", 1);
+    request.cCut = Add(L"x", L"Polka/Rock", 7, L"A", L"B");
     request.bAllowMultiSelect = true;
     WhileOpen([&] { EXPECT_EQ(cState.cSchedMan->ShowCatUI(request), lNotChosen); },
               [&](const User& user) {
-        const HWND hBox = OpenBox(user);
-        EXPECT_EQ(user.Box(), (BoxOnScreen{L"Error!",
-                                           L"Unexpected!- main cat Polka\t0\r\n"
-                                           L"Doesn't exist in ShowCutCatsAsSelected!",
-                                           {IDOK}}));
-        EXPECT_EQ(IconOf(hBox), ::LoadIconW(nullptr, IDI_ERROR));
-        EXPECT_TRUE(TakeScreenshot(hBox, L"box-cut-of-missing-category"));
-        user.Answer(IDOK);
-        hWindow = user.WaitFor(sfrmCatClass);
+        for (const wchar_t* sMissing : {L"main cat Polka\t0", L"sub cat 7"})
+        {
+            EXPECT_EQ(user.Box(), OkOnScreen(L"Error!", L"Unexpected!- " + std::wstring(sMissing) +
+                                                            L"\r\nDoesn't exist in ShowCutCatsAsSelected!"));
+            EXPECT_EQ(IconOf(user.BoxWindow()), ::LoadIconW(nullptr, IDI_ERROR));
+            EXPECT_TRUE(TakeScreenshot(user.BoxWindow(), L"box-cut-of-missing-category"));
+            user.Answer(IDOK);
+        }
+        const HWND hOpen = user.WaitFor(sfrmCatClass);
         user.Key(VK_ESCAPE);
-        user.WaitUntilGone(hWindow);
+        user.WaitUntilGone(hOpen);
     });
 }
 
-TEST_F(CategoryBoxes, TheQuestionAboutPendingChangesHasItsIconAndIsAnsweredByKeys)
+TEST_F(CategoryBoxes, TheQuestionAboutPendingChangesIsAnsweredByKeys)
 {
     Open([&](const User& user) {
         for (const auto& [lKey, lMins] : {std::pair{'N', 60}, std::pair{'Y', 25}})
         {
-            user.ClickTab(At(eIdTabStrip1), 1);
-            user.ClickEntry(At(eIdlstCat), 0);
-            user.ClickEntry(At(eIdlstlvl), 1);
+            ClickTab(user, 1);
+            Pick(user, eIdlstCat, 0);
+            Pick(user, eIdlstlvl, 1);
             user.Replace(Box(1, eIdtxtArtistSepMins), L"25");
-            user.ClickEntry(At(eIdlstCat), 1);
-            EXPECT_EQ(user.Box(), Question(L"Rock"));
-            EXPECT_EQ(IconOf(OpenBox(user)), ::LoadIconW(nullptr, IDI_QUESTION));
-            EXPECT_FALSE(::IsWindowEnabled(hWindow));
-            EXPECT_TRUE(InTheMiddle(OpenBox(user)));
-            Shot(user, L"pending-changes");
+            Pick(user, eIdlstCat, 1);
+            Expect(user, Question(L"Rock"), IDI_QUESTION, L"pending-changes");
+            EXPECT_FALSE(Enabled(hWindow));
             user.Key(lKey);
             EXPECT_EQ(user.Find(L"#32770"), nullptr);
-            EXPECT_TRUE(::IsWindowEnabled(hWindow));
+            EXPECT_TRUE(Enabled(hWindow));
             EXPECT_EQ(cState.Level(L"Rock", 3)->Rules()->ArtistSepMins(), lMins);
+            EXPECT_EQ(user.Text(At(eIdlblRulesTitle)), L"Showing Rules for: Jazz 2");
+            Pick(user, eIdlstlvl, 1);
+            EXPECT_EQ(user.Find(L"#32770"), nullptr) << "asked once";
         }
     });
 }
@@ -258,40 +232,38 @@ TEST_F(CategoryBoxes, InputBoxIsCentredAndUsableByKeyboard)
 {
     Open([&](const User& user) {
         user.Key('N', VK_MENU);
-        const HWND hBox = OpenBox(user);
+        const HWND hBox = user.BoxWindow();
         const HWND hEdit = ::GetDlgItem(hBox, lInputBoxEdit);
         EXPECT_EQ(::GetWindow(hBox, GW_OWNER), hWindow);
-        EXPECT_FALSE(::IsWindowEnabled(hWindow));
+        EXPECT_FALSE(Enabled(hWindow));
         EXPECT_TRUE(InTheMiddle(hBox));
-        EXPECT_EQ(Untidiness(hBox), std::vector<std::string>());
-        EXPECT_EQ(Nameless(hBox), std::vector<std::string>());
+        EXPECT_EQ(Untidiness(hBox), Faults());
+        EXPECT_EQ(Nameless(hBox), Faults());
         EXPECT_EQ(FontOf(hEdit), FontOf(At(IDOK)));
-
         EXPECT_EQ(user.FocusedWindow(), hEdit);
-        user.Key(VK_TAB);
-        EXPECT_EQ(user.FocusedWindow(), ::GetDlgItem(hBox, IDOK));
-        user.Key(VK_TAB);
-        EXPECT_EQ(user.FocusedWindow(), ::GetDlgItem(hBox, IDCANCEL));
-        user.Key(VK_TAB);
-        EXPECT_EQ(user.FocusedWindow(), hEdit);
+        for (const HWND hNext : {::GetDlgItem(hBox, IDOK), ::GetDlgItem(hBox, IDCANCEL), hEdit})
+        {
+            user.Key(VK_TAB);
+            EXPECT_EQ(user.FocusedWindow(), hNext);
+        }
         user.Type(L"Swing");
         user.Key(VK_RETURN);
-        EXPECT_TRUE(cState.MainCat(L"Swing"));
-        EXPECT_TRUE(::IsWindowEnabled(hWindow));
+        EXPECT_EQ(Entries(eIdlstCat), (Texts{L"Rock", L"Jazz", L"NOCAT", L"Swing"}));
+        EXPECT_EQ(Selected(eIdlstCat), (Texts{L"Swing"}));
+        EXPECT_TRUE(Enabled(hWindow));
 
-        // Esc, and Enter on Cancel, give up.
-        user.Key('N', VK_MENU);
-        user.Type(L"Polka");
-        user.Key(VK_ESCAPE);
-        EXPECT_EQ(user.Find(L"#32770"), nullptr);
-        user.Key('N', VK_MENU);
-        user.Type(L"Polka");
-        user.Key(VK_TAB);
-        user.Key(VK_TAB);
-        user.Key(VK_RETURN);
-        EXPECT_EQ(user.Find(L"#32770"), nullptr);
+        using Keys = std::initializer_list<int>;
+        for (const Keys& lGiveUp : {Keys{VK_ESCAPE}, Keys{VK_TAB, VK_TAB, VK_RETURN}}) // Enter on Cancel
+        {
+            user.Key('N', VK_MENU);
+            user.Type(L"Polka");
+            user.Keys(lGiveUp);
+            EXPECT_EQ(user.Find(L"#32770"), nullptr);
+        }
         EXPECT_FALSE(cState.MainCat(L"Polka"));
+        user.Click(At(IDOK));
     });
+    EXPECT_EQ(request.cMainCatChosen, cState.MainCat(L"Swing"));
 }
 
 } // namespace ravlo::test

@@ -15,8 +15,8 @@ namespace ravlo::test
 
 using Texts = std::vector<std::wstring>;
 
-// The category window of a station with Rock (levels 1 and 3), Jazz (level 2) and NOCAT, before a host's
-// window.
+// The category window before a host's window, of a station with Rock (levels 1 and 3), Jazz (level 2) and
+// NOCAT.
 struct CategoryWindowTest : ::testing::Test
 {
     CategoryWindowTest()
@@ -43,12 +43,16 @@ struct CategoryWindowTest : ::testing::Test
         request.cSubCatChosen = lLevel > 0 ? cState.Level(sCat, lLevel) : nullptr;
     }
 
-    // Opens the window, lets the user do something and closes it with Esc when it is still open. Returns its
-    // answer.
+    // Opens the window, lets the user act and closes it with Esc when it is still open. Returns its answer.
     std::int32_t Open(const std::function<void(const User&)>& drive)
     {
+        return OpenWith([&] { return cState.cSchedMan->ShowCatUI(request); }, drive);
+    }
+    std::int32_t OpenWith(const std::function<std::int32_t()>& show,
+                          const std::function<void(const User&)>& drive)
+    {
         std::int32_t lAnswer = 0;
-        WhileOpen([&] { lAnswer = cState.cSchedMan->ShowCatUI(request); },
+        WhileOpen([&] { lAnswer = show(); },
                   [&](const User& user) {
             hWindow = user.WaitFor(sfrmCatClass);
             drive(user);
@@ -63,17 +67,21 @@ struct CategoryWindowTest : ::testing::Test
     {
         return User::Control(User::Control(hWindow, lPane == 0 ? eIdpicRules0 : eIdpicRules1), lId);
     }
-    static RECT PlaceOf(HWND hControl)
+    std::shared_ptr<Cut> CutOf(std::size_t at) const { return cState.cDataBase->colCuts[at]; }
+    // The texts of a list: all, and those selected.
+    Texts Entries(int lId) const { return User::Entries(At(lId)); }
+    Texts Selected(int lId) const { return User::Selected(At(lId)); }
+    // A click on an entry of a list, by its position.
+    void Pick(const User& user, int lId, int lEntry, int lModifier = 0) const
     {
-        RECT place{};
-        ::GetWindowRect(hControl, &place);
-        return place;
+        user.ClickEntry(At(lId), lEntry, lModifier);
     }
+    void ClickTab(const User& user, int lTab) const { user.ClickTab(At(eIdTabStrip1), lTab); }
+    bool RulesShown() const { return Shown(At(eIdTabStrip1)); }
     static BoxOnScreen Question(const std::wstring& sCat)
     {
-        return {L"Press No To Discard the Rule Changes You Made.",
-                L"Save the pending rules changes to: " + sCat,
-                {IDYES, IDNO}};
+        return YesNoOnScreen(L"Press No To Discard the Rule Changes You Made.",
+                             L"Save the pending rules changes to: " + sCat);
     }
 
     HostWindow cHost;

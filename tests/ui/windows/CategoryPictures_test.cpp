@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Each state of the category window, as a music director sees it. The pictures of the guide are these:
-// screenshots/guide-category-*.png, copied to docs/pictures/category-*.png.
+// Each state of the category window, as a music director sees it: screenshots/guide-category-*.png, which are
+// copied to docs/pictures/category-*.png for the guide.
 #include "ui/windows/CategoryFixture.h"
 #include "ui/windows/Tidy.h"
 
@@ -40,7 +40,7 @@ struct CategoryPictures : CategoryWindowTest
     }
     void Picture(const User& user, const std::wstring& sName) const
     {
-        EXPECT_EQ(Untidiness(hWindow), std::vector<std::string>());
+        EXPECT_EQ(Untidiness(hWindow), Faults());
         user.Shot(hWindow, L"guide-category-" + sName);
     }
 };
@@ -50,9 +50,9 @@ struct CategoryPictures : CategoryWindowTest
 TEST_F(CategoryPictures, OfChoosingCuts)
 {
     Open([&](const User& user) {
-        user.ClickEntry(At(eIdlstsongs1), 2);
-        user.ClickEntry(At(eIdlstsongs1), 4, VK_CONTROL);
-        EXPECT_EQ(user.Selected(At(eIdlstsongs1)).size(), 2u);
+        Pick(user, eIdlstsongs1, 2);
+        Pick(user, eIdlstsongs1, 4, VK_CONTROL);
+        EXPECT_EQ(Selected(eIdlstsongs1).size(), 2u);
         Picture(user, L"choice");
         user.Click(At(eIdchkOpener));
         user.Click(At(eIdchkSortedSongs));
@@ -69,8 +69,8 @@ TEST_F(CategoryPictures, OfACutOfSeveralCategories)
     request.cMainCatChosen = nullptr;
     request.cSubCatChosen = nullptr;
     Open([&](const User& user) {
-        EXPECT_EQ(user.Selected(At(eIdlstCat)), (Texts{L"Pop", L"Soul"}));
-        EXPECT_EQ(user.Selected(At(eIdlstlvl)), (Texts{L"2"}));
+        EXPECT_EQ(Selected(eIdlstCat), (Texts{L"Pop", L"Soul"}));
+        EXPECT_EQ(Selected(eIdlstlvl), (Texts{L"2"}));
         Picture(user, L"multi-select");
     });
 }
@@ -79,15 +79,15 @@ TEST_F(CategoryPictures, OfTheRules)
 {
     Open([&](const User& user) {
         user.Click(At(eIdLabel2));
-        EXPECT_FALSE(::IsWindowVisible(At(eIdTabStrip1)));
+        EXPECT_FALSE(RulesShown());
         Picture(user, L"rules-hidden");
         user.Click(At(eIdLabel2));
-        user.ClickTab(At(eIdTabStrip1), 1);
+        ClickTab(user, 1);
         user.Replace(Box(1, eIdtxtArtistSepMins), L"90");
         Picture(user, L"rules");
-        user.ClickEntry(At(eIdlstCat), 1);
+        Pick(user, eIdlstCat, 1);
         EXPECT_EQ(user.Box(), Question(L"Rock"));
-        EXPECT_TRUE(TakeScreenshot({hWindow, user.Find(L"#32770")}, L"guide-category-pending-question"));
+        EXPECT_TRUE(TakeScreenshot({hWindow, user.BoxWindow()}, L"guide-category-pending-question"));
         user.Answer(IDNO);
     });
 }
@@ -98,7 +98,7 @@ TEST_F(CategoryPictures, OfMakingACategory)
         user.Click(At(eIdcmdNew));
         EXPECT_EQ(user.Box().sTitle, L"New Category Creation");
         user.Type(L"Evening Jazz");
-        EXPECT_TRUE(TakeScreenshot({hWindow, user.Find(L"#32770")}, L"guide-category-new"));
+        EXPECT_TRUE(TakeScreenshot({hWindow, user.BoxWindow()}, L"guide-category-new"));
         user.Key(VK_ESCAPE);
     });
 }
@@ -108,9 +108,8 @@ TEST_F(CategoryPictures, OfOtherResolutions)
     Open([&](const User& user) {
         for (const int lDpi : {144, 192})
         {
-            RECT place{0, 0, ::MulDiv(790, lDpi, 96), ::MulDiv(440, lDpi, 96)};
-            ::SendMessageW(hWindow, WM_DPICHANGED, MAKEWPARAM(lDpi, lDpi), reinterpret_cast<LPARAM>(&place));
-            user.ClickTab(At(eIdTabStrip1), 1);
+            user.ChangeResolution(hWindow, lDpi, 790, 440);
+            ClickTab(user, 1);
             Picture(user, std::to_wstring(lDpi * 100 / 96));
         }
     });

@@ -17,12 +17,11 @@ using CategoryRules = CategoryWindowTest;
 namespace
 {
 
-// Where a control shows anything but its background.
+// Where a control shows something other than its background.
 std::set<std::pair<int, int>> PixelsOf(HWND hControl)
 {
     std::set<std::pair<int, int>> colPixels;
-    RECT client{};
-    ::GetClientRect(hControl, &client);
+    const RECT client = ClientOf(hControl);
     const HDC hDC = ::GetDC(hControl);
     for (int x = 0; x < client.right; ++x)
         for (int y = 0; y < client.bottom; ++y)
@@ -39,7 +38,7 @@ std::wstring TabText(HWND hTabs, int lTab)
     item.mask = TCIF_TEXT;
     item.pszText = text;
     item.cchTextMax = static_cast<int>(std::size(text));
-    ::SendMessageW(hTabs, TCM_GETITEMW, static_cast<WPARAM>(lTab), reinterpret_cast<LPARAM>(&item));
+    Send(hTabs, TCM_GETITEMW, lTab, &item);
     return item.pszText;
 }
 
@@ -50,20 +49,22 @@ TEST_F(CategoryRules, TheTextsAreAsTheUserKnowsThem)
     StartOn(L"Rock", 3);
     Open([&](const User& user) {
         EXPECT_EQ(user.Text(hWindow), L"Category");
-        EXPECT_EQ(user.Text(At(eIdlblRulesTitle)),
-                  L"Global Rules (for all categories where separations not explictly set).");
         EXPECT_EQ(TabText(At(eIdTabStrip1), 0), L"Global Rules");
         EXPECT_EQ(TabText(At(eIdTabStrip1), 1), L"Category Rules");
-        EXPECT_EQ(user.Text(At(eIdcmdApply)), L"&Apply Changes");
-        EXPECT_EQ(user.Text(At(IDOK)), L"OK");
-        EXPECT_EQ(user.Text(At(IDCANCEL)), L"&Cancel");
-        EXPECT_EQ(user.Text(At(eIdLabel2)), L"Show Rules");
+        const std::pair<int, const wchar_t*> texts[] = {
+            {eIdlblRulesTitle, L"Global Rules (for all categories where separations not explictly set)."},
+            {eIdcmdApply, L"&Apply Changes"},
+            {IDOK, L"OK"},
+            {IDCANCEL, L"&Cancel"},
+            {eIdLabel2, L"Show Rules"}};
+        for (const auto& [lId, sText] : texts)
+            EXPECT_EQ(user.Text(At(lId)), sText);
+        const std::pair<int, const wchar_t*> labels[] = {{eIdArtistLabel, L"Artist Separation (Mins):"},
+                                                         {eIdTitleLabel, L"Title Separation (Mins):"},
+                                                         {eIdAlbumLabel, L"Album Separation (Mins):"}};
         for (const int lPane : {0, 1})
-        {
-            EXPECT_EQ(user.Text(Box(lPane, eIdArtistLabel)), L"Artist Separation (Mins):");
-            EXPECT_EQ(user.Text(Box(lPane, eIdTitleLabel)), L"Title Separation (Mins):");
-            EXPECT_EQ(user.Text(Box(lPane, eIdAlbumLabel)), L"Album Separation (Mins):");
-        }
+            for (const auto& [lId, sText] : labels)
+                EXPECT_EQ(user.Text(Box(lPane, lId)), sText);
         EXPECT_EQ(user.Text(Box(0, eIdNote)),
                   L"Setting a rule to zero means NO rule is set (no separation will be maintained)");
         EXPECT_EQ(user.Text(Box(1, eIdNote)),
@@ -76,51 +77,37 @@ TEST_F(CategoryRules, TabsSwitchThePanesByMouseAndByKeys)
 {
     StartOn(L"Rock", 3);
     Open([&](const User& user) {
-        const auto shows = [&](int lPane) {
-            EXPECT_EQ(::IsWindowVisible(At(eIdpicRules0)) != FALSE, lPane == 0);
-            EXPECT_EQ(::IsWindowVisible(At(eIdpicRules1)) != FALSE, lPane == 1);
+        const auto expectPane = [&](int lPane) {
+            EXPECT_EQ(Shown(At(eIdpicRules0)), lPane == 0);
+            EXPECT_EQ(Shown(At(eIdpicRules1)), lPane == 1);
         };
-        shows(0);
-        user.ClickTab(At(eIdTabStrip1), 1);
-        shows(1);
+        expectPane(0);
+        ClickTab(user, 1);
+        expectPane(1);
         EXPECT_EQ(user.Text(At(eIdlblRulesTitle)), L"Showing Rules for: Rock 3");
         user.Key(VK_LEFT);
-        shows(0);
+        expectPane(0);
         user.Key(VK_TAB, VK_CONTROL);
-        shows(1);
-        user.ClickEntry(At(eIdlstlvl), 2);
+        expectPane(1);
+        Pick(user, eIdlstlvl, 2);
         EXPECT_EQ(user.Text(At(eIdlblRulesTitle)), L"Showing Rules for: Rock [ALL LEVELS].");
         user.Shot(hWindow, L"category-rules-all-levels");
-    });
-}
-
-TEST_F(CategoryRules, CategoryRulesNeedACategory)
-{
-    Open([&](const User& user) {
-        user.ClickTab(At(eIdTabStrip1), 1);
-        EXPECT_EQ(user.Box(), (BoxOnScreen{L"ALL SONGS Is Not Valid For This!",
-                                           L"First use the category selector to choose a category",
-                                           {IDOK}}));
-        user.Shot(user.Find(L"#32770"), L"box-all-songs");
-        user.Answer(IDOK);
-        EXPECT_TRUE(::IsWindowVisible(At(eIdpicRules0)));
-        EXPECT_EQ(::SendMessageW(At(eIdTabStrip1), 0x130B /* TCM_GETCURSEL */, 0, 0), 0);
     });
 }
 
 TEST_F(CategoryRules, GlobalRulesAreTypedAndApplied)
 {
     Open([&](const User& user) {
-        EXPECT_FALSE(::IsWindowEnabled(At(eIdcmdApply)));
+        EXPECT_FALSE(Enabled(At(eIdcmdApply)));
         user.Replace(Box(0, eIdtxtArtistSepMins), L"45");
-        EXPECT_TRUE(::IsWindowEnabled(At(eIdcmdApply)));
+        EXPECT_TRUE(Enabled(At(eIdcmdApply)));
         user.Replace(Box(0, eIdtxtTitleSepMins), L"-30");
         user.Replace(Box(0, eIdtxtAlbumSepMins), L"-5");
         user.Shot(hWindow, L"category-rules-edited");
         user.Click(At(eIdcmdApply));
         EXPECT_EQ(user.Text(Box(0, eIdtxtTitleSepMins)), L"30");
         EXPECT_EQ(user.Text(Box(0, eIdtxtAlbumSepMins)), L"60");
-        EXPECT_FALSE(::IsWindowEnabled(At(eIdcmdApply)));
+        EXPECT_FALSE(Enabled(At(eIdcmdApply)));
         EXPECT_NE(user.FocusedWindow(), At(eIdcmdApply));
         EXPECT_TRUE(user.FocusedWindow());
     });
@@ -137,15 +124,15 @@ TEST_F(CategoryRules, CategoryRulesAreTypedAndAppliedByKeysAlone)
         for (int i = 0; i < 6; ++i) // Cancel, OK, the check box, album, title, artist
             user.Key(VK_TAB, VK_SHIFT);
         EXPECT_EQ(user.FocusedWindow(), Box(1, eIdtxtArtistSepMins));
-        user.Type(L"25");
-        user.Key(VK_TAB);
-        user.Type(L"26");
-        user.Key(VK_TAB);
-        user.Type(L"27");
+        for (const wchar_t* sMins : {L"25", L"26", L"27"})
+        {
+            user.Type(sMins);
+            user.Key(VK_TAB);
+        }
         user.Key('I', VK_MENU);
-        EXPECT_FALSE(::IsWindowEnabled(Box(1, eIdtxtArtistSepMins)));
-        EXPECT_FALSE(::IsWindowEnabled(Box(1, eIdtxtTitleSepMins)));
-        EXPECT_TRUE(::IsWindowEnabled(Box(1, eIdtxtAlbumSepMins)));
+        EXPECT_FALSE(Enabled(Box(1, eIdtxtArtistSepMins)));
+        EXPECT_FALSE(Enabled(Box(1, eIdtxtTitleSepMins)));
+        EXPECT_TRUE(Enabled(Box(1, eIdtxtAlbumSepMins)));
         user.Shot(hWindow, L"category-rules-ignored");
         user.Key('A', VK_MENU);
     });
@@ -156,105 +143,56 @@ TEST_F(CategoryRules, CategoryRulesAreTypedAndAppliedByKeysAlone)
     EXPECT_TRUE(cRules->IgnoreRules());
 }
 
-TEST_F(CategoryRules, AnotherCategoryAsksAboutPendingChangesOnce)
-{
-    StartOn(L"Rock", 3);
-    Open([&](const User& user) {
-        user.ClickTab(At(eIdTabStrip1), 1);
-        user.Replace(Box(1, eIdtxtArtistSepMins), L"25");
-        user.ClickEntry(At(eIdlstCat), 1);
-        EXPECT_EQ(user.Box(), Question(L"Rock"));
-        user.Shot(user.Find(L"#32770"), L"box-pending-changes");
-        user.Answer(IDYES);
-        EXPECT_EQ(user.Text(At(eIdlblRulesTitle)), L"Showing Rules for: Jazz 2");
-        user.ClickEntry(At(eIdlstlvl), 1);
-        EXPECT_EQ(user.Find(L"#32770"), nullptr);
-    });
-    EXPECT_EQ(cState.Level(L"Rock", 3)->Rules()->ArtistSepMins(), 25);
-}
-
-TEST_F(CategoryRules, ClosingAsksAboutPendingChangesAndNoDiscardsThem)
-{
-    StartOn(L"Rock", 3);
-    const auto lAnswer = Open([&](const User& user) {
-        user.ClickTab(At(eIdTabStrip1), 1);
-        user.Replace(Box(1, eIdtxtArtistSepMins), L"25");
-        user.Key(VK_RETURN);
-        EXPECT_EQ(user.Box(), Question(L"Rock"));
-        user.Answer(IDNO);
-    });
-    EXPECT_EQ(lAnswer, lChosen);
-    EXPECT_EQ(cState.Level(L"Rock", 3)->Rules()->ArtistSepMins(), 60);
-}
-
-TEST_F(CategoryRules, RulesThatCannotBeSavedAreReported)
-{
-    StartOn(L"Rock", 3);
-    Open([&](const User& user) {
-        user.ClickTab(At(eIdTabStrip1), 1);
-        user.Replace(Box(1, eIdtxtArtistSepMins), L"25");
-        cState.cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\Rules");
-        user.Click(At(eIdcmdApply));
-        EXPECT_EQ(user.Box().sTitle, L"SaveRules");
-        user.Answer(IDOK);
-        EXPECT_EQ(user.Box(),
-                  (BoxOnScreen{L"RavloScheduler", L"Cant save rules for: Rock\u00AC\u00AC\u00AC3", {IDOK}}));
-        user.Answer(IDOK);
-    });
-}
-
 TEST_F(CategoryRules, TheStripHidesAndShowsTheRulesByEachOfItsPartsAndByKey)
 {
     StartOn(L"Rock", 3);
     Open([&](const User& user) {
-        RECT wide{};
-        ::GetWindowRect(hWindow, &wide);
+        const RECT before = PlaceOf(hWindow);
         const std::set<std::pair<int, int>> arrow = PixelsOf(At(eIdLabel1));
         EXPECT_FALSE(arrow.empty());
         bool bShown = true;
         const auto flips = [&] {
             bShown = !bShown;
-            EXPECT_EQ(::IsWindowVisible(At(eIdTabStrip1)) != FALSE, bShown);
-            EXPECT_EQ(::IsWindowVisible(At(eIdpicRules0)) != FALSE, bShown);
-            EXPECT_EQ(::IsWindowVisible(At(eIdcmdApply)) != FALSE, bShown);
-            EXPECT_EQ(user.Text(At(eIdLabel1)), bShown ? L"Hide Rules" : L"Show Rules");
+            for (const int lId : {eIdTabStrip1, eIdpicRules0, eIdcmdApply})
+                EXPECT_EQ(Shown(At(lId)), bShown);
+            for (const int lId : {eIdLabel1, eIdLabel3})
+                EXPECT_EQ(user.Text(At(lId)), bShown ? L"Hide Rules" : L"Show Rules");
             EXPECT_EQ(PixelsOf(At(eIdLabel1)) == arrow, bShown);
-            EXPECT_EQ(user.Text(At(eIdLabel3)), user.Text(At(eIdLabel1)));
-            RECT now{};
-            ::GetWindowRect(hWindow, &now);
-            EXPECT_EQ(now.right - now.left == wide.right - wide.left, bShown);
-            EXPECT_EQ(now.left, wide.left);
+            const RECT now = PlaceOf(hWindow);
+            EXPECT_EQ(WidthOf(now) == WidthOf(before), bShown);
+            EXPECT_EQ(now.left, before.left);
         };
         user.Click(At(eIdLabel1));
         flips();
         user.Shot(hWindow, L"category-rules-hidden");
-        user.Click(At(eIdLabel2));
-        flips();
-        user.Click(At(eIdLabel3));
-        flips();
+        for (const int lId : {eIdLabel2, eIdLabel3})
+        {
+            user.Click(At(lId));
+            flips();
+        }
         user.Key(VK_SPACE); // the strip has the focus
         flips();
         user.Click(At(eIdLabel2));
         flips();
     });
-    Open([&](const User&) { EXPECT_FALSE(::IsWindowVisible(At(eIdTabStrip1))); });
+    Open([&](const User&) { EXPECT_FALSE(RulesShown()); });
 }
 
 TEST_F(CategoryRules, IgnoredBoxesStayDisabledWhenThePaneIsEnabledAgain)
 {
     StartOn(L"Rock", 3);
     Open([&](const User& user) {
-        user.ClickTab(At(eIdTabStrip1), 1);
+        ClickTab(user, 1);
         user.Click(Box(1, eIdchkIgnore));
         cHost.Run(user, [&] {
             ::EnableWindow(At(eIdpicRules1), FALSE);
-            EXPECT_FALSE(::IsWindowEnabled(Box(1, eIdchkIgnore)));
+            EXPECT_FALSE(Enabled(Box(1, eIdchkIgnore)));
             ::EnableWindow(At(eIdpicRules1), TRUE);
         });
-        EXPECT_TRUE(::IsWindowEnabled(Box(1, eIdchkIgnore)));
-        EXPECT_FALSE(::IsWindowEnabled(Box(1, eIdtxtArtistSepMins)));
+        EXPECT_TRUE(Enabled(Box(1, eIdchkIgnore)));
+        EXPECT_FALSE(Enabled(Box(1, eIdtxtArtistSepMins)));
         user.Click(Box(1, eIdchkIgnore));
-        EXPECT_TRUE(::IsWindowEnabled(Box(1, eIdtxtArtistSepMins)));
+        EXPECT_TRUE(Enabled(Box(1, eIdtxtArtistSepMins)));
         ::PostMessageW(hWindow, WM_COMMAND, IDCANCEL, 0);
         user.Answer(IDNO);
     });

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The selector on the screen, outside the category window: what only its public face can do.
+// The selector without the category window: what only its public interface can do.
 #include "ui/category/windows/CatSelectorWindow.h"
 
 #include "ui/controls/windows/Dpi.h"
@@ -22,39 +22,29 @@ TEST_F(CategoryWindowTest, DisabledSelectorShowsTheHourglass)
     ::MoveWindow(cSelectorWindow.Handle(), 10, 50, 600, 400, TRUE);
     cSelector.SetSchedMan(cState.cSchedMan);
     cSelector.SetColMainCats(cState.cSchedMan->colMainCats());
-    const auto control = [&](int lId) { return User::Control(cSelectorWindow.Handle(), lId); };
+    hWindow = cSelectorWindow.Handle();
     ModalLoop cLoop(cHost.Handle());
     WhileOpen([&] { cLoop.Run(); },
               [&](const User& user) {
-        HCURSOR hCursor = nullptr;
-        const auto over = [&](int lId) {
-            user.MoveTo(control(lId), {20, 6});
-            user.MoveTo(control(lId), {22, 8});
-            cHost.Run(user, [&] { hCursor = ::GetCursor(); });
-            return hCursor;
+        const auto expectPointer = [&](int lId, LPCWSTR sCursor) {
+            user.MoveTo(At(lId), {20, 6});
+            user.MoveTo(At(lId), {22, 8});
+            cHost.Run(user, [&] { EXPECT_EQ(::GetCursor(), ::LoadCursorW(nullptr, sCursor)); });
         };
-        const int lIds[] = {eIdlstCat,    eIdlstlvl,         eIdlstsongs0, eIdlstsongs1,
-                            eIdchkOpener, eIdchkSortedSongs, eIdlblMatch};
-        cHost.Run(user, [&] { cSelector.EnableUI(false); });
-        for (const int lId : lIds)
-            EXPECT_FALSE(::IsWindowEnabled(control(lId))) << lId;
-        EXPECT_EQ(over(eIdlstCat), ::LoadCursorW(nullptr, IDC_WAIT));
-        EXPECT_EQ(over(eIdchkOpener), ::LoadCursorW(nullptr, IDC_WAIT));
+        const auto enable = [&](bool bEnable) {
+            cHost.Run(user, [&] { cSelector.EnableUI(bEnable); });
+            for (const int lId : {eIdlstCat, eIdlstlvl, eIdlstsongs0, eIdlstsongs1, eIdchkOpener,
+                                  eIdchkSortedSongs, eIdlblMatch})
+                EXPECT_EQ(Enabled(At(lId)), bEnable) << lId;
+        };
+        enable(false);
+        expectPointer(eIdlstCat, IDC_WAIT);
+        expectPointer(eIdchkOpener, IDC_WAIT);
         user.Shot(cHost.Handle(), L"category-selector-disabled");
-        cHost.Run(user, [&] { cSelector.EnableUI(true); });
-        for (const int lId : lIds)
-            EXPECT_TRUE(::IsWindowEnabled(control(lId))) << lId;
-        EXPECT_EQ(over(eIdlstCat), ::LoadCursorW(nullptr, IDC_ARROW));
-        EXPECT_TRUE(::IsWindowVisible(control(eIdMatchLabel1))); // of the list that is to be seen
-        EXPECT_FALSE(::IsWindowVisible(control(eIdlblMatch)));
-        cHost.Run(user, [&] {
-            cSelector.SetAllowMultiCatSelect(true);
-            cSelector.EnableUI(false);
-            cSelector.EnableUI(true);
-        });
-        EXPECT_TRUE(::IsWindowEnabled(control(eIdlstCat)));
-        EXPECT_FALSE(::IsWindowEnabled(control(eIdlstsongs1)));
-        EXPECT_FALSE(::IsWindowEnabled(control(eIdlblMatch)));
+        enable(true);
+        expectPointer(eIdlstCat, IDC_ARROW);
+        EXPECT_TRUE(Shown(At(eIdMatchLabel1))); // of the visible list
+        EXPECT_FALSE(Shown(At(eIdlblMatch)));
         cHost.Run(user, [&] { cLoop.End(); });
     });
 }
@@ -69,7 +59,7 @@ TEST_F(CategoryWindowTest, LongEntriesCanBeScrolledToTheirEndInAnotherFontToo)
     cSelector.SetColMainCats(cState.cSchedMan->colMainCats());
     cSelector.SetSelectedMainCat(cState.MainCat(L"Rock"));
     const auto extent = [&](int lId) {
-        return ::SendMessageW(User::Control(cSelectorWindow.Handle(), lId), LB_GETHORIZONTALEXTENT, 0, 0);
+        return Send(User::Control(cSelectorWindow.Handle(), lId), LB_GETHORIZONTALEXTENT);
     };
     const LRESULT lCats = extent(eIdlstCat);
     const LRESULT lSongs = extent(eIdlstsongs1);

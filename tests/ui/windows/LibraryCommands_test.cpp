@@ -1,23 +1,23 @@
 // SPDX-License-Identifier: MIT
-// The menus of the library window, each command's wiring, and the database's news while it is open.
+// The menus of the library window, each command's wiring, and the database's notifications while it is open.
 #include "ui/windows/LibraryFixture.h"
 
 namespace ravlo::test
 {
 
-namespace
-{
+using enum LibraryCommand;
 
-constexpr const wchar_t* sRockFile = L"C:\\Radio\\Scheduler\\History_and_Ordering\\Rock.sif";
-
-} // namespace
-
-struct LibraryCommands : LibraryWindowTest
+struct LibraryCommands : FilledLibrary
 {
     void DeleteRockFile()
     {
         if (cState.cPorts.cFiles.FileExists(sRockFile))
             cState.cPorts.cFiles.Delete(sRockFile);
+    }
+    void LockFiles(bool bLock)
+    {
+        cState.cPorts.cFiles.SetReadOnly(sRockFile, bLock);
+        cState.cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", bLock);
     }
 };
 
@@ -48,70 +48,66 @@ TEST_F(LibraryCommands, TheMenusReadAsTheyShould)
     });
 }
 
-// Each item by the mouse and by the keyboard does its own command, in the order of the menus.
+// Each item does its own command, in the order of the menus.
 TEST_F(LibraryCommands, EveryItemIsReachedByMouseAndKeyboard)
 {
-    FillStation();
-    struct Row
-    {
-        std::vector<int> path;
-        std::function<void(const User&)> effect;
+    using Effect = std::function<void(const User&)>;
+    const auto ticks = [&](int lNodes) -> Effect {
+        return [=, this](const User&) { EXPECT_EQ(Ticked(), lNodes); };
     };
-    const auto ticked = [&] {
-        const Texts colNodes = Tree();
-        return std::count_if(colNodes.begin(), colNodes.end(),
-                             [](const std::wstring& sNode) { return sNode.back() == L'*'; });
+    const auto selects = [&](int lRows) -> Effect {
+        return [=, this](const User&) { EXPECT_EQ(SelectedRows(), lRows); };
     };
-    const auto box = [&](const wchar_t* sTitle) {
-        return [=](const User& user) {
+    const auto box = [&](const wchar_t* sTitle, const wchar_t* sShot) -> Effect {
+        return [=, this](const User& user) {
             EXPECT_EQ(user.Box().sTitle, sTitle);
+            ShotWithBoxes(user, sShot);
             user.Answer(user.Box().lButtons == std::vector<int>{IDOK} ? IDOK : IDCANCEL);
         };
     };
-    const std::vector<Row> rows =
-        {
-            {{0, 0, 0}, [&](const User&) { EXPECT_EQ(ticked(), 8); }},
-            {{0, 0, 1}, [&](const User&) { EXPECT_EQ(ticked(), 0); }},
-            {{0, 0, 2}, [&](const User&) { EXPECT_EQ(ticked(), 8) << "inverted, the root as well"; }},
-            {{0, 1, 0}, [&](const User&) { EXPECT_EQ(SelectedArtists().size(), 9u); }},
-            {{0, 1, 1}, [&](const User&) { EXPECT_EQ(SelectedArtists().size(), 0u); }},
-            {{0, 1, 2}, [&](const User&) { EXPECT_EQ(SelectedArtists().size(), 9u); }},
-            {{1, 0}, [&](const User&) { EXPECT_EQ(ticked(), 0) << "read anew, without ticks"; }},
-            {{1, 1}, [&](const User&) { EXPECT_TRUE(cState.cPorts.cFiles.FileExists(sRockFile)); }},
-            {{2, 0},
-             [&](const User& user) {
+    const Effect saves = [&](const User&) { EXPECT_TRUE(cState.cPorts.cFiles.FileExists(sRockFile)); };
+    const Effect helps = [&](const User&) { EXPECT_EQ(cEvents.colSaid.back(), L"Help"); };
+    const Effect showsCategories = [&](const User& user) {
         const HWND hCategories = user.WaitFor(sfrmCatClass);
         EXPECT_EQ(User::Text(hCategories), L"Category Selector");
         user.Key(VK_ESCAPE);
         user.WaitUntilGone(hCategories);
-             }},
-            {{2, 1, 0}, box(L"New Category Creation")},
-            {{2, 1, 1}, box(L"Choose Another Category In The Tree")},
-            {{2, 2}, box(L"You Need to Check (tick) Them In The Tree.")},
-            {{2, 3}, box(L"First Select Some Categories To Delete In The Tree!")},
-            {{3}, [&](const User&) { EXPECT_EQ(cEvents.colSaid.back(), L"Help"); }},
     };
-    for (const bool bMouse : {true, false})
-    {
+    const std::pair<std::vector<int>, Effect> items[] = {
+        {{0, 0, 0}, ticks(8)},
+        {{0, 0, 1}, ticks(0)},
+        {{0, 0, 2}, ticks(8)}, // the root as well
+        {{0, 1, 0}, selects(9)},
+        {{0, 1, 1}, selects(0)},
+        {{0, 1, 2}, selects(9)},
+        {{1, 0}, ticks(0)}, // everything is read again
+        {{1, 1}, saves},
+        {{2, 0}, showsCategories},
+        {{2, 1, 0}, box(L"New Category Creation", L"library-box-new-category")},
+        {{2, 1, 1}, box(L"Choose Another Category In The Tree", L"library-box-choose-another")},
+        {{2, 2}, box(L"You Need to Check (tick) Them In The Tree.", L"library-box-nothing-to-shuffle")},
+        {{2, 3},
+         box(L"First Select Some Categories To Delete In The Tree!", L"library-box-nothing-to-delete")},
+        {{3}, helps},
+    };
+    for (const auto choose : {&LibraryCommands::ChooseByMouse, &LibraryCommands::ChooseByKeys})
         Open([&](const User& user) {
-            for (const Row& row : rows)
+            for (const auto& [path, effect] : items)
             {
-                SCOPED_TRACE(::testing::PrintToString(row.path) + (bMouse ? " mouse" : " keys"));
+                SCOPED_TRACE(::testing::PrintToString(path));
                 DeleteRockFile();
                 cEvents.colSaid = {L""};
-                bMouse ? ChooseByMouse(user, row.path) : ChooseByKeys(user, row.path);
+                (this->*choose)(user, path);
                 user.Idle();
-                row.effect(user);
+                effect(user);
             }
-            bMouse ? ChooseByMouse(user, {1, 2}) : ChooseByKeys(user, {1, 2});
+            (this->*choose)(user, {1, 2});
             user.WaitUntilGone(hWindow);
         });
-    }
 }
 
 TEST_F(LibraryCommands, CommandKeysWorkFromAnyFocus)
 {
-    FillStation();
     Open([&](const User& user) {
         cEvents.colSaid.clear();
         for (const HWND hFocus : {hTree, hGrid})
@@ -121,6 +117,9 @@ TEST_F(LibraryCommands, CommandKeysWorkFromAnyFocus)
             user.Key(VK_F1);
             user.Key('S', VK_CONTROL);
             EXPECT_TRUE(cState.cPorts.cFiles.FileExists(sRockFile));
+            Do(user, mnuSelectNoneGrid);
+            user.Key('A', VK_CONTROL);
+            EXPECT_EQ(SelectedRows(), 9);
         }
         EXPECT_EQ(std::count(cEvents.colSaid.begin(), cEvents.colSaid.end(), L"Help"), 2);
         user.Key(VK_F4, VK_MENU);
@@ -130,15 +129,12 @@ TEST_F(LibraryCommands, CommandKeysWorkFromAnyFocus)
 
 TEST_F(LibraryCommands, ANewCategoryAndANewLevelAppearInTheTree)
 {
-    FillStation();
     Open([&](const User& user) {
-        Command(LibraryCommand::mnuCatNew);
-        EXPECT_EQ(user.Box().sTitle, L"New Category Creation");
-        ShotWithBoxes(user, L"library-box-new-category");
+        Command(mnuCatNew);
         user.AnswerInput(L"Blues");
         EXPECT_EQ(Tree()[1], L" Blues");
         ClickNode(user, Item(L"Rock"));
-        Command(LibraryCommand::mnuCatLevelNew);
+        Command(mnuCatLevelNew);
         EXPECT_EQ(user.Box().sTitle, L"Enter The New Category Level");
         ShotWithBoxes(user, L"library-box-new-level");
         user.AnswerInput(L"3");
@@ -149,135 +145,71 @@ TEST_F(LibraryCommands, ANewCategoryAndANewLevelAppearInTheTree)
         Show(user, Item(L"Rock", L"3"));
         EXPECT_EQ(Rows(), 0);
         EXPECT_EQ(Status(1), L"Showing 0 total.");
-        // Under a level it is its main category that gets another one.
-        Command(LibraryCommand::mnuCatLevelNew);
-        user.AnswerInput(L"4");
-        EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1", L"2", L"3", L"4"}));
     });
 }
 
-TEST_F(LibraryCommands, ANewLevelUnderAllAudioIsRefused)
+TEST_F(LibraryCommands, ShufflingAndDeletingAskAndTheWindowFollows)
 {
-    FillStation();
-    Open([&](const User& user) {
-        Command(LibraryCommand::mnuCatLevelNew);
-        EXPECT_EQ(user.Box(),
-                  (BoxOnScreen{L"Choose Another Category In The Tree",
-                               L"'ALL AUDIO' is not a valid category selection for this operation",
-                               {IDOK}}));
-        ShotWithBoxes(user, L"library-box-choose-another");
-        user.Answer(IDOK);
-    });
-}
-
-TEST_F(LibraryCommands, ShufflingAsksAndKeepsTicksAndShownNode)
-{
-    FillStation();
-    Open([&](const User& user) {
-        Expand(user, Item(L"Rock"));
-        Show(user, Item(L"Rock", L"1"));
+    OpenOnRock([&](const User& user) {
         user.Key(VK_SPACE);
-        Command(LibraryCommand::mnuShuffle);
-        EXPECT_EQ(
-            user.Box(),
-            (BoxOnScreen{L"Confirm Shuffle.", L"Really shuffle these categories: Rock 1", {IDYES, IDNO}}));
-        ShotWithBoxes(user, L"library-box-shuffle");
-        user.Answer(IDNO);
-        EXPECT_EQ(Artists(), (Texts{L"Abba", L"Blur", L"Cream", L"Dido", L"Eagles", L"Feist"}));
-        Command(LibraryCommand::mnuShuffle);
-        user.Answer(IDYES);
+        const auto shuffle = [&](int lAnswer) {
+            Command(mnuShuffle);
+            Answer(user, YesNoOnScreen(L"Confirm Shuffle.", L"Really shuffle these categories: Rock 1"),
+                   L"library-box-shuffle", lAnswer);
+        };
+        shuffle(IDNO);
+        EXPECT_EQ(Artists(), colRockArtists);
+        shuffle(IDYES);
         EXPECT_EQ(Artists(), Order(L"Rock", 1));
-        EXPECT_NE(Artists(), (Texts{L"Abba", L"Blur", L"Cream", L"Dido", L"Eagles", L"Feist"}));
+        EXPECT_NE(Artists(), colRockArtists);
         EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1*", L"2"}));
         EXPECT_TRUE(IsExpanded(Item(L"Rock")));
-    });
-}
-
-TEST_F(LibraryCommands, DeletingAsksAndTheTreeFollows)
-{
-    FillStation();
-    Open([&](const User& user) {
-        Expand(user, Item(L"Rock"));
-        Show(user, Item(L"Rock", L"2"));
-        user.Key(VK_SPACE);
         ClickBox(user, Item(L"Jazz"));
-        Command(LibraryCommand::mnuCatDelete);
-        const BoxOnScreen question{L"Confirm Category Deletion",
-                                   L"Really delete the checked categories: \r\n"
-                                   L"Jazz, Jazz 1, Rock 2\r\n\r\n"
-                                   L"Any items in these categories will be removed from the categories.",
-                                   {IDYES, IDNO}};
-        EXPECT_EQ(user.Box(), question);
-        ShotWithBoxes(user, L"library-box-delete");
-        user.Answer(IDNO);
+        const auto deleteTicked = [&](int lAnswer) {
+            Command(mnuCatDelete);
+            Answer(user,
+                   YesNoOnScreen(L"Confirm Category Deletion",
+                                 L"Really delete the checked categories: \r\nJazz, Jazz 1, Rock 1\r\n\r\n"
+                                 L"Any items in these categories will be removed from the categories."),
+                   L"library-box-delete", lAnswer);
+        };
+        deleteTicked(IDNO);
         EXPECT_EQ(Tree().size(), 8u);
-        Command(LibraryCommand::mnuCatDelete);
-        user.Answer(IDYES);
-        EXPECT_EQ(Tree(), (Texts{L"ALL AUDIO", L" r&b", L"  1", L" Rock", L"  1"}));
-        EXPECT_EQ(SelectedNode(), L"Rock") << "the main category of the level that is gone";
+        deleteTicked(IDYES);
+        EXPECT_EQ(Tree(), (Texts{L"ALL AUDIO", L" r&b", L"  1", L" Rock", L"  2"}));
+        EXPECT_EQ(SelectedNode(), L"Rock") << "the main category of the deleted level";
         EXPECT_EQ(Status(0), L"Showing Rock");
         EXPECT_TRUE(IsExpanded(Item(L"Rock")));
     });
 }
 
-TEST_F(LibraryCommands, NothingTickedIsSaid)
+TEST_F(LibraryCommands, ACommandWhoseSaveFailsLeavesTheWindowUsable)
 {
-    FillStation();
-    Open([&](const User& user) {
-        Command(LibraryCommand::mnuCatDelete);
-        EXPECT_EQ(user.Box(), (BoxOnScreen{L"First Select Some Categories To Delete In The Tree!",
-                                           L"There are no categories checked in the tree to delete!",
-                                           {IDOK}}));
-        ShotWithBoxes(user, L"library-box-nothing-to-delete");
-        user.Answer(IDOK);
-        Command(LibraryCommand::mnuShuffle);
-        EXPECT_EQ(user.Box(), (BoxOnScreen{L"You Need to Check (tick) Them In The Tree.",
-                                           L"First, select some categories to shuffle",
-                                           {IDOK}}));
-        ShotWithBoxes(user, L"library-box-nothing-to-shuffle");
-        user.Answer(IDOK);
-    });
-}
-
-TEST_F(LibraryCommands, ACommandWhoseSaveFailsLeavesTreeGridAndWindowTrue)
-{
-    FillStation();
-    Open([&](const User& user) {
-        Expand(user, Item(L"Rock"));
-        Show(user, Item(L"Rock", L"1"));
+    OpenOnRock([&](const User& user) {
         user.Key(VK_SPACE);
         user.Key('S', VK_CONTROL);
         const std::string before = cState.cPorts.cFiles.Get(sRockFile);
-        cState.cPorts.cFiles.SetReadOnly(sRockFile);
-        cState.cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
-        Command(LibraryCommand::mnuShuffle);
+        LockFiles(true);
+        Command(mnuShuffle);
         user.Answer(IDYES);
-        EXPECT_EQ(
-            user.Box(),
-            (BoxOnScreen{L"RavloScheduler", L"Failed to save cat history and ordering for: Rock", {IDOK}}));
-        ShotWithBoxes(user, L"library-box-failed-save");
-        user.Answer(IDOK);
-        user.Idle();
-        EXPECT_EQ(Artists(), Order(L"Rock", 1)) << "the grid shows what is";
-        EXPECT_EQ(cState.cPorts.cFiles.Get(sRockFile), before) << "the file is whole";
-        EXPECT_TRUE(::IsWindowEnabled(hTree));
-        EXPECT_TRUE(::IsWindowEnabled(hGrid));
-        EXPECT_TRUE(::IsWindowEnabled(hWindow));
-        // Once the disk is there again, saving again makes it good.
-        cState.cPorts.cFiles.SetReadOnly(sRockFile, false);
-        cState.cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", false);
+        Answer(user, OkOnScreen(L"RavloScheduler", L"Failed to save cat history and ordering for: Rock"),
+               L"library-box-failed-save", IDOK);
+        EXPECT_EQ(Artists(), Order(L"Rock", 1));
+        EXPECT_EQ(cState.cPorts.cFiles.Get(sRockFile), before);
+        for (const HWND hControl : {hTree, hGrid, hWindow})
+            EXPECT_TRUE(Enabled(hControl));
+        LockFiles(false);
         user.Key('S', VK_CONTROL);
-        EXPECT_NE(cState.cPorts.cFiles.Get(sRockFile), before);
+        EXPECT_NE(cState.cPorts.cFiles.Get(sRockFile), before) << "saved once the disk works again";
     });
 }
 
 TEST_F(LibraryCommands, TheTreeFollowsWhatTheCategoryWindowCreates)
 {
-    FillStation();
     Open([&](const User& user) {
-        Command(LibraryCommand::mnuCatUI);
+        Command(mnuCatUI);
         const HWND hCategories = user.WaitFor(sfrmCatClass);
-        EXPECT_FALSE(::IsWindowEnabled(hWindow));
+        EXPECT_FALSE(Enabled(hWindow));
         ShotWithBoxes(user, L"library-category-window");
         cHost.Run(user, [&] {
             std::wstring sName = L"Polka";
@@ -286,104 +218,96 @@ TEST_F(LibraryCommands, TheTreeFollowsWhatTheCategoryWindowCreates)
         user.Key(VK_ESCAPE);
         user.WaitUntilGone(hCategories);
         user.Idle();
-        EXPECT_TRUE(::IsWindowEnabled(hWindow));
+        EXPECT_TRUE(Enabled(hWindow));
         EXPECT_EQ(Tree()[3], L" Polka");
     });
 }
 
-// It shows once: from a library window that it has opened itself it cannot be opened again.
+// It shows once: a library window that it has opened cannot open it again.
 TEST_F(LibraryCommands, ShowCategoryUIIsGreyedWhileThatWindowIsOpen)
 {
-    FillStation();
     cState.Populate();
-    const auto bGreyed = [&](const User& user, const std::function<void()>& openMenu) {
-        openMenu();
-        user.WaitFor(L"#32768");
-        constexpr int lCategories = 2;
-        const HMENU hMenu = ::GetSubMenu(::GetMenu(hWindow), lCategories);
-        const bool bNow = (::GetMenuState(hMenu, 0, MF_BYPOSITION) & MF_GRAYED) != 0;
-        user.Key(VK_ESCAPE);
-        user.Key(VK_ESCAPE);
-        return bNow;
-    };
-    const auto check = [&](const User& user, bool bExpected) {
-        EXPECT_EQ(bGreyed(user, [&] { user.Key(L'C', VK_MENU); }), bExpected) << "in the menu bar";
+    const auto expectGreyed = [&](const User& user, bool bGreyed) {
+        const auto expect = [&](const char* sWhere) {
+            user.WaitFor(L"#32768");
+            constexpr int lCategories = 2;
+            const HMENU hMenu = ::GetSubMenu(::GetMenu(hWindow), lCategories);
+            EXPECT_EQ((::GetMenuState(hMenu, 0, MF_BYPOSITION) & MF_GRAYED) != 0, bGreyed) << sWhere;
+            user.Keys({VK_ESCAPE, VK_ESCAPE});
+        };
+        user.Key(L'C', VK_MENU);
+        expect("in the menu bar");
         user.Click(hTree);
-        EXPECT_EQ(bGreyed(user, [&] { user.Key(VK_APPS); }), bExpected) << "at the tree";
+        user.Key(VK_APPS);
+        expect("at the tree");
     };
     CategoryRequest request;
     WhileOpen([&] { cState.cSchedMan->ShowCatUI(request); },
               [&](const User& user) {
         const HWND hCategories = user.WaitFor(sfrmCatClass);
         ::PostMessageW(hCategories, WM_COMMAND, eIdmnuSchedLib, 0);
-        hWindow = user.WaitFor(sfrmUILibClass);
-        hTree = User::Control(hWindow, eIdTvCats);
-        check(user, true);
-        ::PostMessageW(hWindow, WM_CLOSE, 0, 0);
-        user.WaitUntilGone(hWindow);
-        ::PostMessageW(hCategories, WM_CLOSE, 0, 0);
-        user.WaitUntilGone(hCategories);
+        TakeWindow(user);
+        expectGreyed(user, true);
+        for (const HWND hOpen : {hWindow, hCategories})
+        {
+            ::PostMessageW(hOpen, WM_CLOSE, 0, 0);
+            user.WaitUntilGone(hOpen);
+        }
     });
-    OpenAgain([&](const User& user) { check(user, false); });
+    OpenAgain([&](const User& user) { expectGreyed(user, false); });
 }
 
-// ---- news from the database ----
+// ---- notifications of the database ----
 
-TEST_F(LibraryCommands, WhatTheDatabaseAnnouncesIsShownWhileTheWindowIsOpen)
+TEST_F(LibraryCommands, NotificationsAreShownAndKeepWhatIsSelected)
 {
-    FillStation();
-    Open([&](const User& user) {
+    OpenOnRock([&](const User& user) {
         auto& cDataBase = *cState.cDataBase;
-        Expand(user, Item(L"Rock"));
-        Show(user, Item(L"Rock", L"1"));
         SelectRows(user, 3, 4); // Dido, Eagles
-        cHost.Run(user, [&] {
+        ClickBox(user, Item(L"Jazz"));
+        Run(user, [&] {
             Add(L"C:\\Music\\new.wav", L"Rock/Soul", 1, L"Garbage");
-            cDataBase.Announce(&DataBaseEvents::CutsAdded, Cuts{cDataBase.colCuts.back()});
+            Announce(&DataBaseEvents::CutsAdded, cDataBase.colCuts.size() - 1);
         });
-        user.Idle();
-        EXPECT_EQ(Tree(), (Texts{L"ALL AUDIO", L" Jazz", L"  1", L" r&b", L"  1", L" Rock", L"  1", L"  2",
+        EXPECT_EQ(Tree(), (Texts{L"ALL AUDIO", L" Jazz*", L"  1*", L" r&b", L"  1", L" Rock", L"  1", L"  2",
                                  L" Soul", L"  1"}));
         EXPECT_EQ(Artists().back(), L"Garbage");
-        EXPECT_EQ(SelectedArtists(), (Texts{L"Dido", L"Eagles"})) << "what was selected still is";
+        EXPECT_EQ(SelectedArtists(), (Texts{L"Dido", L"Eagles"}));
         EXPECT_EQ(SelectedNode(), L"1");
         EXPECT_TRUE(IsExpanded(Item(L"Rock")));
-        cHost.Run(user, [&] {
+        ClickNode(user, Item(L"Jazz")); // selected, not shown
+        const Texts colBefore = Tree();
+        Run(user, [&] {
             cDataBase.colCuts[0]->SetArtist(L"Zappa");
-            cDataBase.Announce(&DataBaseEvents::CutsModified, Cuts{cDataBase.colCuts[0]});
+            Announce(&DataBaseEvents::CutsModified, 0);
         });
-        user.Idle();
         EXPECT_EQ(Artists().front(), L"Zappa");
-        cHost.Run(user, [&] {
+        EXPECT_EQ(Tree(), colBefore);
+        Run(user, [&] {
             const auto cGone = cDataBase.colCuts[1];
             cDataBase.colCuts.erase(cDataBase.colCuts.begin() + 1);
             cDataBase.Announce(&DataBaseEvents::CutsRemoved, Cuts{cGone});
         });
-        user.Idle();
         EXPECT_EQ(Artists(), (Texts{L"Zappa", L"Cream", L"Dido", L"Eagles", L"Feist", L"Garbage"}));
         EXPECT_EQ(SelectedArtists(), (Texts{L"Dido", L"Eagles"}));
+        EXPECT_EQ(SelectedNode(), L"Jazz");
+        EXPECT_EQ(Status(0), L"Showing Rock 1");
         EXPECT_EQ(Status(1), L"Showing 6 total.");
     });
 }
 
-TEST_F(LibraryCommands, NewsDuringAPopUpWaitUntilTheChoiceIsCarriedOut)
+TEST_F(LibraryCommands, NotificationsDuringAPopUpWaitForTheChoice)
 {
-    FillStation();
-    Open([&](const User& user) {
-        Expand(user, Item(L"Rock"));
-        Show(user, Item(L"Rock", L"1"));
-        SelectRows(user, 0, 0); // Abba
+    OpenOnRock([&](const User& user) {
+        ClickRow(user, 0); // Abba
         DropOnNode(user, 0, Item(L"Jazz"));
         user.WaitFor(L"#32768");
         cHost.Run(user, [&] {
-            auto& cDataBase = *cState.cDataBase;
             Add(L"C:\\Music\\new.wav", L"Soul", 1, L"Garbage");
-            cDataBase.Announce(&DataBaseEvents::CutsAdded, Cuts{cDataBase.colCuts.back()});
+            Announce(&DataBaseEvents::CutsAdded, cState.cDataBase->colCuts.size() - 1);
         });
-        EXPECT_EQ(Tree().size(), 8u) << "not under the user's feet";
-        Choose(user, 1);
-        Choose(user, 1);
-        user.Idle();
+        EXPECT_EQ(Tree().size(), 8u);
+        Choose(user, {1, 1});
         EXPECT_EQ(Order(L"Jazz", 1), (Texts{L"Ella", L"Abba"}));
         EXPECT_EQ(Tree().size(), 10u);
     });
@@ -391,18 +315,14 @@ TEST_F(LibraryCommands, NewsDuringAPopUpWaitUntilTheChoiceIsCarriedOut)
 
 TEST_F(LibraryCommands, AGridThatAHostFillsShowsItsProgressInTheWindow)
 {
-    FillStation();
-    cState.Populate();
-    OpenAgain([&](const User& user) {
-        cHost.Run(user,
-                  [&] { cState.cSchedMan->ProgressFollower()->ProgressStart(L"Populating Grid...", 3); });
+    Open([&](const User& user) {
+        const auto follower = [&]() -> ProgressEvents& { return *cState.cSchedMan->ProgressFollower(); };
+        cHost.Run(user, [&] { follower().ProgressStart(L"Populating Grid...", 3); });
         EXPECT_EQ(Status(0), L"Populating Grid...");
-        EXPECT_TRUE(::IsWindowVisible(User::Control(hWindow, eIdProgressBar1)));
-        cHost.Run(user, [&] {
-            cState.cSchedMan->ProgressFollower()->ProgressDone(L"Showing Rock", L"Showing 6 total.");
-        });
+        EXPECT_TRUE(Shown(At(eIdProgressBar1)));
+        cHost.Run(user, [&] { follower().ProgressDone(L"Showing Rock", L"Showing 6 total."); });
         EXPECT_EQ(Status(1), L"Showing 6 total.");
-        EXPECT_FALSE(::IsWindowVisible(User::Control(hWindow, eIdProgressBar1)));
+        EXPECT_FALSE(Shown(At(eIdProgressBar1)));
     });
 }
 

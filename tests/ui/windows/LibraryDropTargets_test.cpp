@@ -8,26 +8,12 @@
 namespace ravlo::test
 {
 
-// Rock 1 is shown.
-struct LibraryDropTargets : LibraryWindowTest
-{
-    void OpenOnRock(const std::function<void(const User&)>& drive)
-    {
-        Open([&](const User& user) {
-            Expand(user, Item(L"Rock"));
-            Show(user, Item(L"Rock", L"1"));
-            drive(user);
-        });
-    }
-    HTREEITEM Marked() const { return NextItem(nullptr, TVGN_DROPHILITE); }
-    int TopRow() const { return static_cast<int>(::SendMessageW(hGrid, LVM_GETTOPINDEX, 0, 0)); }
-};
+using LibraryDropTargets = FilledLibrary;
 
 // ---- the marked node ----
 
 TEST_F(LibraryDropTargets, TheTargetStaysMarkedWhileTheDropAsks)
 {
-    FillStation();
     OpenOnRock([&](const User& user) {
         ClickRow(user, 0);
         DropOnNode(user, 0, Item(L"Rock"));
@@ -36,38 +22,42 @@ TEST_F(LibraryDropTargets, TheTargetStaysMarkedWhileTheDropAsks)
         Choose(user, 2); // level 2
         EXPECT_EQ(PopUpItems(user)[0], L"Copy Into Rock 2");
         EXPECT_EQ(Marked(), Item(L"Rock"));
-        Choose(user, 0); // refused
-        EXPECT_EQ(user.Box().sTitle, L"Multiple Category Levels Not Allowed!");
-        EXPECT_EQ(Marked(), Item(L"Rock"));
-        user.Answer(IDOK);
-        user.Idle();
-        EXPECT_EQ(Marked(), nullptr);
+        const auto expectRefusal = [&](const wchar_t* sTitle, HTREEITEM hMarked, const wchar_t* sShot) {
+            EXPECT_EQ(user.Box().sTitle, sTitle);
+            ShotWithBoxes(user, sShot);
+            EXPECT_EQ(Marked(), hMarked);
+            user.Answer(IDOK);
+            user.Idle();
+            EXPECT_EQ(Marked(), nullptr);
+        };
+        Choose(user, 0);
+        expectRefusal(L"Multiple Category Levels Not Allowed!", Item(L"Rock"),
+                      L"library-box-multiple-levels");
+        EXPECT_EQ(Order(L"Rock", 2), (Texts{L"Slowdive"}));
+        DropOnNode(user, 0, Root());
+        expectRefusal(L"Invalid Drop!", Root(), L"library-box-invalid-drop");
     });
 }
 
 TEST_F(LibraryDropTargets, NoNodeStaysMarkedAfterADragThatLeaves)
 {
-    FillStation();
     OpenOnRock([&](const User& user) {
         ClickRow(user, 0);
         DragOverNode(user, 0, Item(L"Rock", L"2"));
-        EXPECT_EQ(Marked(), Item(L"Rock", L"2"));
         user.MoveTo(hGrid, RowAt(4));
         user.Until([&] { return Marked() == nullptr; }, "the mark to go");
-        user.Key(VK_ESCAPE);
-        user.Release();
+        GiveUpDrag(user);
     });
 }
 
 // ---- scrolling ----
 
-TEST_F(LibraryDropTargets, TheListScrollsWhileADragRestsAtItsEdges)
+TEST_F(LibraryWindowTest, TheListScrollsWhileADragRestsAtItsEdges)
 {
     for (int i = 0; i < 90; ++i)
         Add(L"C:\\Music\\" + std::to_wstring(i) + L".wav", L"Rock", 1, L"Artist " + std::to_wstring(i));
     OpenOnRock([&](const User& user) {
-        RECT client{};
-        ::GetClientRect(hGrid, &client);
+        const RECT client = ClientOf(hGrid);
         const LONG x = RowAt(0).x;
         ClickRow(user, 0);
         DragOver(user, 0, hGrid, {x, client.bottom - 6});
@@ -81,26 +71,25 @@ TEST_F(LibraryDropTargets, TheListScrollsWhileADragRestsAtItsEdges)
             return TopRow() < lDown;
             },
             "the list to scroll up");
-        // In the middle it rests: the drop goes in front of the row that is there now.
+        // In the middle it does not scroll: the drop is in front of the row that is there now.
         const POINT middle{x, client.bottom / 2};
         user.MoveTo(hGrid, middle);
         user.MoveTo(hGrid, {middle.x + 3, middle.y});
         LVHITTESTINFO hit{};
         hit.pt = middle;
-        const auto lRow =
-            static_cast<int>(::SendMessageW(hGrid, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+        const auto lRow = static_cast<int>(Send(hGrid, LVM_HITTEST, 0, &hit));
         ASSERT_GT(lRow, 1);
         user.Release();
         EXPECT_EQ(Order(L"Rock", 1)[static_cast<std::size_t>(lRow) - 1], L"Artist 0");
     });
 }
 
-// ---- an owner that goes ----
+// ---- a destroyed owner ----
 
 namespace
 {
 
-// Whether somebody still takes drops into a window when it is destroyed.
+// Records whether a window still takes drops when it is destroyed.
 struct AtItsEnd
 {
     explicit AtItsEnd(HWND hWindow)
@@ -130,19 +119,16 @@ private:
 
 TEST_F(LibraryDropTargets, NothingTakesDropsWhenTheOwnerIsDestroyed)
 {
-    FillStation();
     cState.Populate();
     std::optional<AtItsEnd> tree;
     std::optional<AtItsEnd> grid;
-    WhileOpen([&] { cState.cSchedMan->ShowLibraryUI(); },
-              [&](const User& user) {
-        const HWND hOpen = user.WaitFor(sfrmUILibClass);
+    OpenAgain([&](const User& user) {
         cHost.Run(user, [&] {
-            tree.emplace(User::Control(hOpen, eIdTvCats));
-            grid.emplace(User::Control(hOpen, eIdiGridLib));
+            tree.emplace(hTree);
+            grid.emplace(hGrid);
             ::DestroyWindow(cHost.Handle());
         });
-        user.WaitUntilGone(hOpen);
+        user.WaitUntilGone(hWindow);
     });
     for (const std::optional<AtItsEnd>& end : {tree, grid})
     {
@@ -153,13 +139,8 @@ TEST_F(LibraryDropTargets, NothingTakesDropsWhenTheOwnerIsDestroyed)
 
 TEST_F(LibraryDropTargets, AnOwnerMayBeDestroyedWhileRowsAreDraggedOverTheTree)
 {
-    FillStation();
     cState.Populate();
-    WhileOpen([&] { cState.cSchedMan->ShowLibraryUI(); },
-              [&](const User& user) {
-        hWindow = user.WaitFor(sfrmUILibClass);
-        hTree = User::Control(hWindow, eIdTvCats);
-        hGrid = User::Control(hWindow, eIdiGridLib);
+    OpenAgain([&](const User& user) {
         ClickRow(user, 0);
         DragOverNode(user, 0, Item(L"Jazz"));
         cHost.Run(user, [&] { ::DestroyWindow(cHost.Handle()); });
@@ -169,7 +150,7 @@ TEST_F(LibraryDropTargets, AnOwnerMayBeDestroyedWhileRowsAreDraggedOverTheTree)
     EXPECT_FALSE(cState.cSchedMan->UIShowing());
     EXPECT_EQ(Order(L"Jazz", 1), (Texts{L"Ella"}));
     EXPECT_NE(StoredLayout(), L"") << "its columns are remembered";
-    // The next window takes drops as ever.
+    // The next window takes drops.
     const HostWindow cSecondHost;
     OpenAgain([&](const User& user) {
         ClickRow(user, 0);
@@ -184,7 +165,7 @@ TEST_F(LibraryDropTargets, AnOwnerMayBeDestroyedWhileRowsAreDraggedOverTheTree)
 namespace
 {
 
-// Fails in whatever it is told to.
+// Fails in one of its operations.
 class FailingSite final : public DropSite
 {
 public:

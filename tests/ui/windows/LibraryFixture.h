@@ -12,8 +12,10 @@
 #include <algorithm>
 #include <atomic>
 #include <commctrl.h>
+#include <cstddef>
 #include <cstring>
 #include <functional>
+#include <initializer_list>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -23,8 +25,11 @@ namespace ravlo::test
 
 using Texts = std::vector<std::wstring>;
 
-// The library window of a station with Rock (levels 1 and 2), Jazz (level 1) and r&b (level 1), before a
-// host's window.
+inline const Texts colRockArtists{L"Abba", L"Blur", L"Cream", L"Dido", L"Eagles", L"Feist"};
+inline constexpr const wchar_t* sRockFile = L"C:\\Radio\\Scheduler\\History_and_Ordering\\Rock.sif";
+
+// The library window before a host's window; filled, the station has Rock (levels 1 and 2), Jazz (level 1)
+// and r&b (level 1).
 struct LibraryWindowTest : ::testing::Test
 {
     LibraryWindowTest() { cState.cSchedMan->SetEvents(&cEvents); }
@@ -45,15 +50,14 @@ struct LibraryWindowTest : ::testing::Test
     }
     void FillStation()
     {
-        const wchar_t* sArtists[] = {L"Abba", L"Blur", L"Cream", L"Dido", L"Eagles", L"Feist"};
-        for (int i = 0; i < 6; ++i)
-            Add(L"C:\\Music\\rock" + std::to_wstring(i + 1) + L".wav", L"Rock", 1, sArtists[i]);
+        for (std::size_t i = 0; i < colRockArtists.size(); ++i)
+            Add(L"C:\\Music\\rock" + std::to_wstring(i + 1) + L".wav", L"Rock", 1, colRockArtists[i]);
         Add(L"C:\\Music\\slow.wav", L"Rock", 2, L"Slowdive");
         Add(L"C:\\Music\\jazz.wav", L"Jazz", 1, L"Ella");
         Add(L"C:\\Music\\soul.wav", L"r&b", 1, L"Aretha");
     }
 
-    // Opens the window, lets the user do something and closes it when it is still open.
+    // Opens the window, lets the user act and closes it when it is still open.
     void Open(const std::function<void(const User&)>& drive)
     {
         cState.Populate();
@@ -61,24 +65,51 @@ struct LibraryWindowTest : ::testing::Test
     }
     void OpenAgain(const std::function<void(const User&)>& drive)
     {
-        WhileOpen([&] { cState.cSchedMan->ShowLibraryUI(); },
-                  [&](const User& user) {
-            hWindow = user.WaitFor(sfrmUILibClass);
-            hTree = User::Control(hWindow, eIdTvCats);
-            hGrid = User::Control(hWindow, eIdiGridLib);
+        WhileShowing([&] { cState.cSchedMan->ShowLibraryUI(); }, drive);
+    }
+    // The same with another call that shows the window.
+    void WhileShowing(const std::function<void()>& show, const std::function<void(const User&)>& drive)
+    {
+        WhileOpen(show, [&](const User& user) {
+            TakeWindow(user);
             drive(user);
             if (::IsWindow(hWindow))
                 ::PostMessageW(hWindow, WM_CLOSE, 0, 0);
             user.WaitUntilGone(hWindow);
         });
     }
+    void TakeWindow(const User& user)
+    {
+        hWindow = user.WaitFor(sfrmUILibClass);
+        hTree = User::Control(hWindow, eIdTvCats);
+        hGrid = User::Control(hWindow, eIdiGridLib);
+    }
+    // Opens the window, with Rock expanded and its level 1 shown.
+    void OpenOnRock(const std::function<void(const User&)>& drive)
+    {
+        Open([&](const User& user) {
+            Expand(user, Item(L"Rock"));
+            Show(user, Item(L"Rock", L"1"));
+            drive(user);
+        });
+    }
+    // Runs something on the windows' thread and waits for all that follows from it.
+    void Run(const User& user, const std::function<void()>& what)
+    {
+        cHost.Run(user, what);
+        user.Idle();
+    }
+    // The database announces something of one of its cuts.
+    void Announce(void (DataBaseEvents::*announce)(const Cuts&), std::size_t cut)
+    {
+        cState.cDataBase->Announce(announce, Cuts{cState.cDataBase->colCuts[cut]});
+    }
 
     // ---- the tree
 
     HTREEITEM NextItem(HTREEITEM hItem, UINT lRelation) const
     {
-        return reinterpret_cast<HTREEITEM>(
-            ::SendMessageW(hTree, TVM_GETNEXTITEM, lRelation, reinterpret_cast<LPARAM>(hItem)));
+        return reinterpret_cast<HTREEITEM>(Send(hTree, TVM_GETNEXTITEM, lRelation, hItem));
     }
     std::wstring ItemText(HTREEITEM hItem) const
     {
@@ -88,7 +119,7 @@ struct LibraryWindowTest : ::testing::Test
         item.hItem = hItem;
         item.pszText = sText;
         item.cchTextMax = ARRAYSIZE(sText);
-        ::SendMessageW(hTree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        Send(hTree, TVM_GETITEMW, 0, &item);
         return sText;
     }
     UINT ItemState(HTREEITEM hItem) const
@@ -130,7 +161,7 @@ struct LibraryWindowTest : ::testing::Test
     {
         RECT label{};
         std::memcpy(&label, &hItem, sizeof hItem);
-        ::SendMessageW(hTree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&label));
+        Send(hTree, TVM_GETITEMRECT, TRUE, &label);
         return label;
     }
     POINT MiddleOf(HTREEITEM hItem) const
@@ -138,16 +169,11 @@ struct LibraryWindowTest : ::testing::Test
         const RECT label = LabelOf(hItem);
         return {(label.left + label.right) / 2, (label.top + label.bottom) / 2};
     }
-    void ClickNode(const User& user, HTREEITEM hItem) const
-    {
-        const POINT at = MiddleOf(hItem);
-        user.ClickAt(hTree, static_cast<int>(at.x), static_cast<int>(at.y));
-    }
+    void ClickNode(const User& user, HTREEITEM hItem) const { user.ClickAt(hTree, MiddleOf(hItem)); }
     void DoubleClickNode(const User& user, HTREEITEM hItem) const
     {
         ForgetClicks(user);
-        const POINT at = MiddleOf(hItem);
-        user.DoubleClickAt(hTree, static_cast<int>(at.x), static_cast<int>(at.y));
+        user.DoubleClickAt(hTree, MiddleOf(hItem));
     }
     bool IsExpanded(HTREEITEM hItem) const { return (ItemState(hItem) & TVIS_EXPANDED) != 0; }
     bool IsOpen(HTREEITEM hItem) const
@@ -155,10 +181,11 @@ struct LibraryWindowTest : ::testing::Test
         TVITEMW item{};
         item.mask = TVIF_IMAGE;
         item.hItem = hItem;
-        ::SendMessageW(hTree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        Send(hTree, TVM_GETITEMW, 0, &item);
         return item.iImage == eFolderOpen;
     }
     std::wstring SelectedNode() const { return ItemText(NextItem(nullptr, TVGN_CARET)); }
+    HTREEITEM Marked() const { return NextItem(nullptr, TVGN_DROPHILITE); } // as the target of a drag
     void Expand(const User& user, HTREEITEM hItem) const
     {
         ClickNode(user, hItem);
@@ -174,7 +201,7 @@ struct LibraryWindowTest : ::testing::Test
         LONG lLast = 0;
         for (; hit.pt.x >= 0; --hit.pt.x)
         {
-            ::SendMessageW(hTree, TVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
+            Send(hTree, TVM_HITTEST, 0, &hit);
             if ((hit.flags & lPart) == 0)
                 continue;
             lFirst = hit.pt.x;
@@ -186,8 +213,13 @@ struct LibraryWindowTest : ::testing::Test
     }
     void ClickBox(const User& user, HTREEITEM hItem) const
     {
-        const POINT box = PartOf(hItem, TVHT_ONITEMSTATEICON);
-        user.ClickAt(hTree, static_cast<int>(box.x), static_cast<int>(box.y));
+        user.ClickAt(hTree, PartOf(hItem, TVHT_ONITEMSTATEICON));
+    }
+    std::ptrdiff_t Ticked() const
+    {
+        const Texts colNodes = Tree();
+        return std::count_if(colNodes.begin(), colNodes.end(),
+                             [](const std::wstring& sNode) { return sNode.back() == L'*'; });
     }
     void Show(const User& user, HTREEITEM hItem) const
     {
@@ -210,28 +242,31 @@ struct LibraryWindowTest : ::testing::Test
         item.iSubItem = ListColumn(lColumn);
         item.pszText = sText;
         item.cchTextMax = ARRAYSIZE(sText);
-        ::SendMessageW(hGrid, LVM_GETITEMTEXTW, static_cast<WPARAM>(lRow), reinterpret_cast<LPARAM>(&item));
+        Send(hGrid, LVM_GETITEMTEXTW, lRow, &item);
         return sText;
     }
-    HWND Header() const { return reinterpret_cast<HWND>(::SendMessageW(hGrid, LVM_GETHEADER, 0, 0)); }
+    HWND Header() const { return reinterpret_cast<HWND>(Send(hGrid, LVM_GETHEADER)); }
     RECT HeaderItem(int lColumn) const
     {
         RECT item{};
-        ::SendMessageW(Header(), HDM_GETITEMRECT, static_cast<WPARAM>(ListColumn(lColumn)),
-                       reinterpret_cast<LPARAM>(&item));
+        Send(Header(), HDM_GETITEMRECT, ListColumn(lColumn), &item);
         return item;
     }
-    int WidthOf(int lColumn) const
-    {
-        return static_cast<int>(
-            ::SendMessageW(hGrid, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(ListColumn(lColumn)), 0));
-    }
+    LRESULT ColumnWidth(int lColumn) const { return Send(hGrid, LVM_GETCOLUMNWIDTH, ListColumn(lColumn)); }
     std::wstring StoredLayout() const
     {
         return cState.cPorts.cUserSettings.Get(L"RavloScheduler", L"Settings", L"iGridLibLayoutColSchedLib",
                                                L"");
     }
-    int Rows() const { return static_cast<int>(::SendMessageW(hGrid, LVM_GETITEMCOUNT, 0, 0)); }
+    int Rows() const { return static_cast<int>(Send(hGrid, LVM_GETITEMCOUNT)); }
+    int TopRow() const { return static_cast<int>(Send(hGrid, LVM_GETTOPINDEX)); }
+    int NextRow(int lAfter, LPARAM lState) const
+    {
+        const auto lRow = static_cast<WPARAM>(static_cast<INT_PTR>(lAfter));
+        return static_cast<int>(::SendMessageW(hGrid, LVM_GETNEXTITEM, lRow, lState));
+    }
+    int CurrentRow() const { return NextRow(-1, LVNI_FOCUSED); }
+    LRESULT SelectedRows() const { return Send(hGrid, LVM_GETSELECTEDCOUNT); }
     Texts Artists() const
     {
         Texts colTexts;
@@ -242,9 +277,7 @@ struct LibraryWindowTest : ::testing::Test
     Texts SelectedArtists() const
     {
         Texts colTexts;
-        for (int lRow = -1; (lRow = static_cast<int>(::SendMessageW(
-                                 hGrid, LVM_GETNEXTITEM, static_cast<WPARAM>(static_cast<INT_PTR>(lRow)),
-                                 LVNI_SELECTED))) >= 0;)
+        for (int lRow = -1; (lRow = NextRow(lRow, LVNI_SELECTED)) >= 0;)
             colTexts.push_back(Cell(lRow, 2));
         return colTexts;
     }
@@ -252,44 +285,28 @@ struct LibraryWindowTest : ::testing::Test
     {
         RECT row{};
         row.left = LVIR_BOUNDS;
-        ::SendMessageW(hGrid, LVM_GETITEMRECT, static_cast<WPARAM>(lRow), reinterpret_cast<LPARAM>(&row));
+        Send(hGrid, LVM_GETITEMRECT, lRow, &row);
         return {row.left + 100, (row.top + row.bottom) / 2};
     }
-    void ClickRow(const User& user, int lRow) const
-    {
-        const POINT at = RowAt(lRow);
-        user.ClickAt(hGrid, static_cast<int>(at.x), static_cast<int>(at.y));
-    }
-    // Selects some rows that follow each other.
+    void ClickRow(const User& user, int lRow) const { user.ClickAt(hGrid, RowAt(lRow)); }
+    // Selects consecutive rows.
     void SelectRows(const User& user, int lFirst, int lLast) const
     {
         ClickRow(user, lFirst);
         for (int lRow = lFirst; lRow < lLast; ++lRow)
             user.Key(VK_DOWN, VK_SHIFT);
     }
-    void AddRow(const User& user, int lRow) const
-    {
-        const POINT at = RowAt(lRow);
-        user.ClickAt(hGrid, static_cast<int>(at.x), static_cast<int>(at.y), VK_CONTROL);
-    }
-    // A press soon after a click at the same place would be a double-click; not so with a click elsewhere
-    // between them.
-    void ForgetClicks(const User& user) const { user.ClickAt(User::Control(hWindow, eIdStatus), 6, 6); }
+    void AddRow(const User& user, int lRow) const { user.ClickAt(hGrid, RowAt(lRow), VK_CONTROL); }
+    // Clicks elsewhere, so that the next press is not the second one of a double-click.
+    void ForgetClicks(const User& user) const { user.ClickAt(At(eIdStatus), {6, 6}); }
 
     std::wstring Status(int lPart) const
     {
         wchar_t sText[200] = L"";
-        ::SendMessageW(User::Control(hWindow, eIdStatus), SB_GETTEXTW, static_cast<WPARAM>(lPart),
-                       reinterpret_cast<LPARAM>(sText));
+        Send(At(eIdStatus), SB_GETTEXTW, lPart, sText);
         return sText;
     }
-
-    static int WidthOnScreen(HWND hControl)
-    {
-        RECT rect{};
-        ::GetWindowRect(hControl, &rect);
-        return static_cast<int>(rect.right - rect.left);
-    }
+    HWND At(int lId) const { return User::Control(hWindow, lId); }
 
     // ---- pop-up menus
 
@@ -311,7 +328,7 @@ struct LibraryWindowTest : ::testing::Test
     {
         constexpr UINT lGetMenu = 0x1E1;
         const HWND hPopUp = user.WaitFor(L"#32768");
-        return MenuTexts(reinterpret_cast<HMENU>(::SendMessageW(hPopUp, lGetMenu, 0, 0)));
+        return MenuTexts(reinterpret_cast<HMENU>(Send(hPopUp, lGetMenu)));
     }
     void Choose(const User& user, int lItem) const
     {
@@ -319,6 +336,13 @@ struct LibraryWindowTest : ::testing::Test
         for (int i = 0; i <= lItem; ++i)
             user.Key(VK_DOWN);
         user.Key(VK_RETURN);
+    }
+    // Chooses an item of each pop-up that opens.
+    void Choose(const User& user, std::initializer_list<int> lItems) const
+    {
+        for (const int lItem : lItems)
+            Choose(user, lItem);
+        user.Idle();
     }
     // An item of the menu bar by its place, and by its places in the menus below.
     void ChooseByMouse(const User& user, const std::vector<int>& path) const
@@ -329,8 +353,7 @@ struct LibraryWindowTest : ::testing::Test
             RECT item{};
             const bool bBar = hMenu == ::GetMenu(hWindow);
             ::GetMenuItemRect(bBar ? hWindow : nullptr, hMenu, static_cast<UINT>(lItem), &item);
-            user.ClickAt(::GetDesktopWindow(), static_cast<int>(item.left + item.right) / 2,
-                         static_cast<int>(item.top + item.bottom) / 2);
+            user.ClickAt(::GetDesktopWindow(), {(item.left + item.right) / 2, (item.top + item.bottom) / 2});
             hMenu = ::GetSubMenu(hMenu, lItem);
         }
     }
@@ -351,7 +374,7 @@ struct LibraryWindowTest : ::testing::Test
             user.Key(VK_RETURN);
         }
     }
-    // The window with the menus and boxes that lie over it.
+    // The window with the menus and boxes over it.
     void ShotWithBoxes(const User& user, const std::wstring& sName) const
     {
         user.Idle();
@@ -361,11 +384,25 @@ struct LibraryWindowTest : ::testing::Test
                 hWindows.push_back(hOver);
         EXPECT_TRUE(TakeScreenshot(hWindows, sName));
     }
+    // Expects a box, takes a screenshot of it over the window, and answers it.
+    void Answer(const User& user, const BoxOnScreen& expected, const std::wstring& sShot, int lButton) const
+    {
+        EXPECT_EQ(user.Box(), expected);
+        ShotWithBoxes(user, sShot);
+        user.Answer(lButton);
+        user.Idle();
+    }
     // A command of the menu bar, as the menu sends it; without waiting for what it shows.
     void Command(LibraryCommand eCommand) const
     {
         ::PostMessageW(hWindow, WM_COMMAND, static_cast<WPARAM>(IdOf(eCommand)), 0);
     }
+    void Do(const User& user, LibraryCommand eCommand) const
+    {
+        Command(eCommand);
+        user.Idle();
+    }
+
     // ---- dragging
 
     // Drags the selection, taken at one of its rows, over a point of a control; the button stays down.
@@ -382,11 +419,11 @@ struct LibraryWindowTest : ::testing::Test
     void DragOverNode(const User& user, int lRow, HTREEITEM hItem) const
     {
         DragOver(user, lRow, hTree, MiddleOf(hItem));
-        // The display may have reported an earlier place after the last one: so the hand does not rest.
+        // The display may report an earlier place after the last one, so the hand keeps moving.
         LONG lAside = 0;
         user.Until(
             [&] {
-            if (NextItem(nullptr, TVGN_DROPHILITE) == hItem)
+            if (Marked() == hItem)
                 return true;
             const POINT at = MiddleOf(hItem);
             lAside = 1 - lAside;
@@ -400,9 +437,15 @@ struct LibraryWindowTest : ::testing::Test
         DragOverNode(user, lRow, hItem);
         user.Release();
     }
-    void DropOnRow(const User& user, int lRow, int lTarget) const
+    // Drops at a point of the grid.
+    void DropAt(const User& user, int lRow, POINT to) const
     {
-        DragOver(user, lRow, hGrid, RowAt(lTarget));
+        DragOver(user, lRow, hGrid, to);
+        user.Release();
+    }
+    void GiveUpDrag(const User& user) const
+    {
+        user.Key(VK_ESCAPE);
         user.Release();
     }
 
@@ -420,6 +463,12 @@ struct LibraryWindowTest : ::testing::Test
     HWND hWindow = nullptr;
     HWND hTree = nullptr;
     HWND hGrid = nullptr;
+};
+
+// With its cuts in the database.
+struct FilledLibrary : LibraryWindowTest
+{
+    FilledLibrary() { FillStation(); }
 };
 
 } // namespace ravlo::test

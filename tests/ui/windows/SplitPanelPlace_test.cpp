@@ -5,68 +5,60 @@
 namespace ravlo::test
 {
 
-using SplitPanelPlace = LibraryWindowTest;
+struct SplitPanelPlace : FilledLibrary
+{
+    int TreeWidth() const { return WidthOf(PlaceOf(hTree)); }
+    // The bar, to the right.
+    void DragBar(const User& user, int lPixels) const { user.Drag(At(eIdsp1), {2, 100}, {2 + lPixels, 100}); }
+};
 
 TEST_F(SplitPanelPlace, MaximisedWindowKeepsASplitTooWideForItsNormalSize)
 {
     MemoryUserSettings& cSettings = cState.cPorts.cUserSettings;
     cSettings.Set(L"RavloScheduler", L"Settings", L"frmUILibPlace", L"100,100,700,500,max");
     cSettings.Set(L"uSplittest_windowsSplitPanelSchedLib", L"Settings", L"Pos", L"14000");
-    FillStation();
     Open([&](const User&) {
         EXPECT_TRUE(::IsZoomed(hWindow));
-        RECT tree{};
-        ::GetWindowRect(hTree, &tree);
-        EXPECT_GT(tree.right - tree.left, 900); // 14000 twips are 933 pixels
+        EXPECT_GT(TreeWidth(), 900); // 14000 twips are 933 pixels
     });
     EXPECT_EQ(cSettings.Get(L"uSplittest_windowsSplitPanelSchedLib", L"Settings", L"Pos", L"none"), L"14000");
 }
 
 TEST_F(SplitPanelPlace, MaximisingClosingAndRestoringKeepTheSplit)
 {
-    FillStation();
-    int lNormal = 0;
-    int lMaximised = 0;
+    int lWidth = 0;
     Open([&](const User& user) {
-        ::SetWindowPos(hWindow, nullptr, 60, 70, 800, 500, SWP_NOZORDER);
-        user.Idle();
-        user.Drag(User::Control(hWindow, eIdsp1), {2, 100}, {82, 100});
-        lNormal = WidthOnScreen(hTree);
-        EXPECT_NEAR(lNormal, 378, 4);
-        ::ShowWindow(hWindow, SW_MAXIMIZE);
-        user.Idle();
-        lMaximised = WidthOnScreen(hTree);
-        EXPECT_EQ(lMaximised, lNormal);
+        user.Place(hWindow, 60, 70, 800, 500);
+        DragBar(user, 80);
+        lWidth = TreeWidth();
+        EXPECT_NEAR(lWidth, 378, 4);
+        user.ShowAs(hWindow, SW_MAXIMIZE);
+        EXPECT_EQ(TreeWidth(), lWidth);
     });
     OpenAgain([&](const User& user) {
         ASSERT_TRUE(::IsZoomed(hWindow));
-        EXPECT_EQ(WidthOnScreen(hTree), lMaximised);
-        ::ShowWindow(hWindow, SW_RESTORE);
-        user.Idle();
-        EXPECT_EQ(WidthOnScreen(hWindow), 800);
-        EXPECT_EQ(WidthOnScreen(hTree), lNormal);
+        EXPECT_EQ(TreeWidth(), lWidth);
+        user.ShowAs(hWindow, SW_RESTORE);
+        EXPECT_EQ(WidthOf(PlaceOf(hWindow)), 800);
+        EXPECT_EQ(TreeWidth(), lWidth);
     });
 }
 
-TEST_F(SplitPanelPlace, AWindowShrunkClosedAndGrownBringsTheSplitBack)
+TEST_F(SplitPanelPlace, ShrinkingClosingAndGrowingKeepTheSplit)
 {
-    FillStation();
     int lWide = 0;
     Open([&](const User& user) {
-        ::SetWindowPos(hWindow, nullptr, 60, 70, 1100, 500, SWP_NOZORDER);
-        user.Idle();
-        user.Drag(User::Control(hWindow, eIdsp1), {2, 100}, {402, 100});
-        lWide = WidthOnScreen(hTree);
+        user.Place(hWindow, 60, 70, 1100, 500);
+        DragBar(user, 400);
+        lWide = TreeWidth();
         EXPECT_NEAR(lWide, 698, 4);
-        ::SetWindowPos(hWindow, nullptr, 60, 70, 600, 500, SWP_NOZORDER);
-        user.Idle();
-        EXPECT_LT(WidthOnScreen(hTree), 600);
+        user.Resize(hWindow, 600, 500);
+        EXPECT_LT(TreeWidth(), 600);
     });
     OpenAgain([&](const User& user) {
-        EXPECT_LT(WidthOnScreen(hTree), 600);
-        ::SetWindowPos(hWindow, nullptr, 60, 70, 1100, 500, SWP_NOZORDER);
-        user.Idle();
-        EXPECT_EQ(WidthOnScreen(hTree), lWide);
+        EXPECT_LT(TreeWidth(), 600);
+        user.Resize(hWindow, 1100, 500);
+        EXPECT_EQ(TreeWidth(), lWide);
     });
 }
 

@@ -5,6 +5,7 @@
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Dpi.h"
 #include "ui/controls/windows/ModalLoop.h"
+#include "ui/windows/Tidy.h"
 #include "ui/windows/User.h"
 
 #include <gtest/gtest.h>
@@ -33,12 +34,11 @@ public:
         start.sTitle = L"Panes";
         start.lStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
         Create(start);
-        hLeft =
-            MakeControl(Handle(), WC_LISTBOXW, L"", WS_TABSTOP | WS_BORDER | LBS_NOINTEGRALHEIGHT, lLeftId);
+        constexpr DWORD lStyle = WS_TABSTOP | WS_BORDER | LBS_NOINTEGRALHEIGHT;
+        hLeft = MakeControl(Handle(), WC_LISTBOXW, L"", lStyle, lLeftId);
         cSplit = std::make_unique<SplitPanelWindow>(Handle(), lBarId, cUserSettings,
                                                     [] { ADD_FAILURE() << "trouble in the bar"; });
-        hRight =
-            MakeControl(Handle(), WC_LISTBOXW, L"", WS_TABSTOP | WS_BORDER | LBS_NOINTEGRALHEIGHT, lRightId);
+        hRight = MakeControl(Handle(), WC_LISTBOXW, L"", lStyle, lRightId);
         cSplit->Panel().SetRegistryID(L"Test");
         cSplit->SetControls(hLeft, hRight);
     }
@@ -69,10 +69,8 @@ public:
 
     void LayOut()
     {
-        RECT client{};
-        ::GetClientRect(Handle(), &client);
         if (cSplit)
-            cSplit->Place(client, lDpi);
+            cSplit->Place(ClientOf(Handle()), lDpi);
     }
 
 private:
@@ -91,14 +89,6 @@ private:
     std::function<void()> OnRun;
 };
 
-RECT PlaceOf(HWND hWindow)
-{
-    RECT place{};
-    ::GetWindowRect(hWindow, &place);
-    ::MapWindowPoints(nullptr, ::GetParent(hWindow), reinterpret_cast<POINT*>(&place), 2);
-    return place;
-}
-
 struct SplitWindow : ::testing::Test
 {
     void Open(const std::function<void(const User&, HWND hBar)>& drive)
@@ -113,25 +103,31 @@ struct SplitWindow : ::testing::Test
         });
         cContainer = nullptr;
     }
-    // Left edge and width of the bar, and that the panes meet it.
+    SplitPanelPresenter& Panel() const { return cContainer->cSplit->Panel(); }
+    std::int32_t Position() const { return Panel().Position(); }
+    bool LeftShown() const { return Shown(cContainer->hLeft); }
+    bool RightShown() const { return Shown(cContainer->hRight); }
+    RECT Left() const { return PlaceInParent(cContainer->hLeft); }
+    RECT Right() const { return PlaceInParent(cContainer->hRight); }
+    // The bar's left edge, after checking that the panes meet it.
     int BarLeft() const
     {
-        const RECT bar = PlaceOf(cContainer->cSplit->Handle());
-        if (::IsWindowVisible(cContainer->hLeft))
-        {
-            EXPECT_EQ(PlaceOf(cContainer->hLeft).right, bar.left);
-        }
-        if (::IsWindowVisible(cContainer->hRight))
-        {
-            EXPECT_EQ(PlaceOf(cContainer->hRight).left, bar.right);
-        }
+        const RECT bar = PlaceInParent(cContainer->cSplit->Handle());
+        EXPECT_TRUE(!LeftShown() || Left().right == bar.left);
+        EXPECT_TRUE(!RightShown() || Right().left == bar.right);
         return static_cast<int>(bar.left);
     }
-    int ClientWidth() const
+    int ClientWidth() const { return static_cast<int>(ClientOf(cContainer->Handle()).right); }
+    void Shot(const User& user, const std::wstring& sName) const
     {
-        RECT client{};
-        ::GetClientRect(cContainer->Handle(), &client);
-        return static_cast<int>(client.right);
+        user.Shot(cContainer->Handle(), L"split-panel" + sName);
+    }
+    // Takes the bar, drags it 90 pixels and holds it.
+    void DragAndHold(const User& user, HWND hBar) const
+    {
+        user.Press(hBar, {2, 100});
+        user.MoveTo(hBar, {2 + 90, 100});
+        EXPECT_TRUE(Panel().Dragging());
     }
     std::wstring Remembered() const
     {
@@ -147,68 +143,60 @@ struct SplitWindow : ::testing::Test
 TEST_F(SplitWindow, TheBarIsDraggedWithTheMouseAndItsPlaceRemembered)
 {
     Open([&](const User& user, HWND hBar) {
-        user.Shot(cContainer->Handle(), L"split-panel");
-        user.Press(hBar, {2, 100});
-        user.MoveTo(hBar, {2 + 90, 100});
-        EXPECT_TRUE(cContainer->cSplit->Panel().Dragging());
-        user.Shot(cContainer->Handle(), L"split-panel-dragging");
+        Shot(user, L"");
+        DragAndHold(user, hBar);
+        Shot(user, L"-dragging");
         POINT pointer{};
         ::GetCursorPos(&pointer);
         ::ScreenToClient(cContainer->Handle(), &pointer);
         user.Release();
-        // The centre line stands under the pointer.
-        EXPECT_EQ(cContainer->cSplit->Panel().Position(), pointer.x * 15);
+        EXPECT_EQ(Position(), pointer.x * 15) << "the centre line is under the pointer";
         EXPECT_EQ(BarLeft(), (pointer.x * 15 - 37 + 7) / 15);
         EXPECT_EQ(Remembered(), std::to_wstring(pointer.x * 15));
         EXPECT_EQ(user.FocusedWindow(), cContainer->hLeft);
     });
 }
 
-TEST_F(SplitWindow, ARememberedPlaceIsTakenWhenItComesIntoView)
+TEST_F(SplitWindow, ARememberedPlaceIsUsedWhenItIsShown)
 {
     cSettings.Set(L"uSplittest_windowsTest", L"Settings", L"Pos", L"6000");
     Open([&](const User&, HWND) { EXPECT_EQ(BarLeft(), (6000 - 37 + 7) / 15); });
 }
 
-TEST_F(SplitWindow, EscLetsGoOfTheBar)
+TEST_F(SplitWindow, EscOrLosingTheMouseCancelsTheDrag)
 {
     Open([&](const User& user, HWND hBar) {
         const int lBefore = BarLeft();
-        user.Press(hBar, {2, 100});
-        user.MoveTo(hBar, {2 + 90, 100});
-        user.Key(VK_ESCAPE);
-        user.Release();
-        EXPECT_EQ(BarLeft(), lBefore);
-        EXPECT_FALSE(cContainer->cSplit->Panel().Dragging());
-        EXPECT_TRUE(::IsWindow(cContainer->Handle()));
-    });
-}
-
-TEST_F(SplitWindow, LosingTheMouseLetsGoOfTheBar)
-{
-    Open([&](const User& user, HWND hBar) {
-        const int lBefore = BarLeft();
-        user.Press(hBar, {2, 100});
-        user.MoveTo(hBar, {2 + 90, 100});
-        ::SendMessageW(hBar, WM_CANCELMODE, 0, 0);
-        user.Idle();
-        EXPECT_EQ(BarLeft(), lBefore);
-        user.Release();
+        for (const bool bEsc : {true, false})
+        {
+            DragAndHold(user, hBar);
+            if (bEsc)
+                user.Key(VK_ESCAPE);
+            else
+                Send(hBar, WM_CANCELMODE);
+            user.Idle();
+            EXPECT_EQ(BarLeft(), lBefore);
+            EXPECT_FALSE(Panel().Dragging());
+            user.Release();
+            EXPECT_EQ(BarLeft(), lBefore);
+            EXPECT_TRUE(::IsWindow(cContainer->Handle()));
+        }
     });
 }
 
 TEST_F(SplitWindow, ADropAtAnEdgeCollapsesAPane)
 {
     Open([&](const User& user, HWND hBar) {
-        cContainer->cSplit->Panel().SetSnapToEdge(true);
+        Panel().SetSnapToEdge(true);
         user.Drag(hBar, {2, 100}, {-BarLeft() + 5, 100});
-        EXPECT_FALSE(::IsWindowVisible(cContainer->hLeft));
-        EXPECT_EQ(PlaceOf(cContainer->hRight).right, ClientWidth());
-        user.Shot(cContainer->Handle(), L"split-panel-collapsed");
+        EXPECT_FALSE(LeftShown());
+        EXPECT_EQ(Right().right, ClientWidth());
+        EXPECT_EQ(user.FocusedWindow(), hBar) << "the focus leaves the collapsed pane";
+        Shot(user, L"-collapsed");
         user.Drag(hBar, {2, 100}, {300, 100});
-        EXPECT_TRUE(::IsWindowVisible(cContainer->hLeft));
+        EXPECT_TRUE(LeftShown());
         user.Drag(hBar, {2, 100}, {ClientWidth() - BarLeft() - 5, 100});
-        EXPECT_FALSE(::IsWindowVisible(cContainer->hRight));
+        EXPECT_FALSE(RightShown());
         EXPECT_EQ(BarLeft(), ClientWidth() - 5);
     });
 }
@@ -218,72 +206,44 @@ TEST_F(SplitWindow, KeysMoveTheBarThatHasTheFocus)
     Open([&](const User& user, HWND hBar) {
         user.Key(VK_TAB);
         ASSERT_EQ(user.FocusedWindow(), hBar);
-        const std::int32_t lStart = cContainer->cSplit->Panel().Position();
+        const std::int32_t lStart = Position();
         user.Key(VK_RIGHT);
-        EXPECT_EQ(cContainer->cSplit->Panel().Position(), lStart + 150);
+        EXPECT_EQ(Position(), lStart + 150);
         user.Key(VK_LEFT, VK_CONTROL);
-        EXPECT_EQ(cContainer->cSplit->Panel().Position(), lStart + 135);
+        EXPECT_EQ(Position(), lStart + 135);
         user.Key(VK_HOME);
-        EXPECT_EQ(cContainer->cSplit->Panel().Position(), 2000);
+        EXPECT_EQ(Position(), 2000);
         user.Key(VK_END);
-        EXPECT_EQ(cContainer->cSplit->Panel().Position(), ClientWidth() * 15 - 2000);
-        user.Shot(cContainer->Handle(), L"split-panel-focus");
-        user.Key(VK_TAB);
-        EXPECT_EQ(user.FocusedWindow(), cContainer->hRight);
-    });
-}
-
-TEST_F(SplitWindow, KeysCollapseAPaneAndBringItBackAndTheFocusIsNeverLost)
-{
-    Open([&](const User& user, HWND hBar) {
-        cContainer->cSplit->Panel().SetSnapToEdge(true);
-        user.Key(VK_TAB);
+        EXPECT_EQ(Position(), ClientWidth() * 15 - 2000);
+        Shot(user, L"-focus");
+        Panel().SetSnapToEdge(true);
         user.Key(VK_HOME);
-        EXPECT_FALSE(::IsWindowVisible(cContainer->hLeft));
+        EXPECT_FALSE(LeftShown());
         user.Key(VK_RIGHT);
-        EXPECT_TRUE(::IsWindowVisible(cContainer->hLeft));
-        EXPECT_EQ(cContainer->cSplit->Panel().Position(), 2000);
-        // The pane with the focus collapses, by a drop and in code.
-        user.Key(VK_TAB, VK_SHIFT);
-        ASSERT_EQ(user.FocusedWindow(), cContainer->hLeft);
-        user.Drag(hBar, {2, 100}, {-BarLeft() + 5, 100});
-        EXPECT_FALSE(::IsWindowVisible(cContainer->hLeft));
-        EXPECT_EQ(user.FocusedWindow(), hBar);
-        user.Key(VK_RIGHT);
+        EXPECT_TRUE(LeftShown());
+        EXPECT_EQ(Position(), 2000);
         user.Key(VK_TAB);
         ASSERT_EQ(user.FocusedWindow(), cContainer->hRight);
-        cContainer->Run(user, [&] { cContainer->cSplit->Panel().SetSnapped(2); });
-        EXPECT_FALSE(::IsWindowVisible(cContainer->hRight));
-        EXPECT_EQ(user.FocusedWindow(), hBar);
+        cContainer->Run(user, [&] { Panel().SetSnapped(2); });
+        EXPECT_FALSE(RightShown());
+        EXPECT_EQ(user.FocusedWindow(), hBar) << "the focus leaves a pane that code collapses";
     });
 }
 
 TEST_F(SplitWindow, PanesAboveEachOtherAreDividedVertically)
 {
     Open([&](const User& user, HWND hBar) {
-        cContainer->cSplit->Panel().SetHorizontal(true);
+        Panel().SetHorizontal(true);
         user.Drag(hBar, {100, 2}, {100, 62});
-        EXPECT_EQ(PlaceOf(cContainer->hLeft).bottom, PlaceOf(hBar).top);
-        EXPECT_EQ(PlaceOf(cContainer->hRight).top, PlaceOf(hBar).bottom);
-        EXPECT_EQ(PlaceOf(hBar).right, ClientWidth());
+        const RECT bar = PlaceInParent(hBar);
+        EXPECT_EQ(Left().bottom, bar.top);
+        EXPECT_EQ(Right().top, bar.bottom);
+        EXPECT_EQ(bar.right, ClientWidth());
         user.Key(VK_TAB);
-        const std::int32_t lStart = cContainer->cSplit->Panel().Position();
+        const std::int32_t lStart = Position();
         user.Key(VK_DOWN);
-        EXPECT_EQ(cContainer->cSplit->Panel().Position(), lStart + 150);
-        user.Shot(cContainer->Handle(), L"split-panel-horizontal");
-    });
-}
-
-TEST_F(SplitWindow, AMinimisedWindowKeepsItsPosition)
-{
-    Open([&](const User& user, HWND hBar) {
-        user.Drag(hBar, {2, 100}, {150, 100});
-        const std::int32_t lPosition = cContainer->cSplit->Panel().Position();
-        ::ShowWindow(cContainer->Handle(), SW_MINIMIZE);
-        user.Idle();
-        ::ShowWindow(cContainer->Handle(), SW_RESTORE);
-        user.Idle();
-        EXPECT_EQ(cContainer->cSplit->Panel().Position(), lPosition);
+        EXPECT_EQ(Position(), lStart + 150);
+        Shot(user, L"-horizontal");
     });
 }
 
@@ -292,12 +252,13 @@ TEST_F(SplitWindow, EveryResolutionFillsTheAreaToTheLastPixel)
     Open([&](const User& user, HWND) {
         for (const int lDpi : {96, 120, 144, 168, 192, 240, 288})
         {
+            SCOPED_TRACE(lDpi);
             cContainer->lDpi = lDpi;
-            ::SendMessageW(cContainer->Handle(), WM_SIZE, SIZE_RESTORED, 0);
+            Send(cContainer->Handle(), WM_SIZE, SIZE_RESTORED);
             user.Idle();
             BarLeft();
-            EXPECT_EQ(PlaceOf(cContainer->hRight).right, ClientWidth()) << lDpi;
-            EXPECT_EQ(PlaceOf(cContainer->hLeft).left, 0) << lDpi;
+            EXPECT_EQ(Right().right, ClientWidth());
+            EXPECT_EQ(Left().left, 0);
         }
     });
 }
@@ -305,33 +266,16 @@ TEST_F(SplitWindow, EveryResolutionFillsTheAreaToTheLastPixel)
 TEST_F(SplitWindow, ADisabledPanelDisablesItsPanesAndShowsTheHourglass)
 {
     Open([&](const User& user, HWND hBar) {
-        cContainer->cSplit->Panel().SetEnabled(false);
-        EXPECT_FALSE(::IsWindowEnabled(cContainer->hLeft));
-        EXPECT_FALSE(::IsWindowEnabled(cContainer->hRight));
-        EXPECT_FALSE(::IsWindowEnabled(hBar));
-        user.MoveTo(cContainer->Handle(), {200, 200});
-        EXPECT_TRUE(cContainer->cSplit->SetsCursor());
-        cContainer->cSplit->Panel().SetEnabled(true);
-        EXPECT_TRUE(::IsWindowEnabled(cContainer->hLeft));
-        EXPECT_FALSE(cContainer->cSplit->SetsCursor());
-    });
-}
-
-// Without waiting for a move of the mouse; not always an arrow.
-TEST_F(SplitWindow, ThePointerIsAtOnceTheOneOfWhatIsUnderIt)
-{
-    Open([&](const User& user, HWND hBar) {
         user.MoveTo(hBar, {2, 100});
-        HCURSOR hDisabled = nullptr;
-        HCURSOR hEnabled = nullptr;
-        cContainer->Run(user, [&] {
-            cContainer->cSplit->Panel().SetEnabled(false);
-            hDisabled = ::GetCursor();
-            cContainer->cSplit->Panel().SetEnabled(true);
-            hEnabled = ::GetCursor();
-        });
-        EXPECT_EQ(hDisabled, ::LoadCursorW(nullptr, IDC_WAIT));
-        EXPECT_EQ(hEnabled, ::LoadCursorW(nullptr, IDC_SIZEWE));
+        for (const bool bEnabled : {false, true})
+            cContainer->Run(user, [&] {
+                Panel().SetEnabled(bEnabled);
+                // At once, before the mouse moves again.
+                EXPECT_EQ(::GetCursor(), ::LoadCursorW(nullptr, bEnabled ? IDC_SIZEWE : IDC_WAIT));
+                for (const HWND hControl : {cContainer->hLeft, cContainer->hRight, hBar})
+                    EXPECT_EQ(Enabled(hControl), bEnabled);
+                EXPECT_EQ(cContainer->cSplit->SetsCursor(), !bEnabled);
+            });
     });
 }
 
@@ -340,9 +284,9 @@ TEST_F(SplitWindow, WithOnePaneTheOtherAndTheBarAreStillLaidOut)
     Open([&](const User&, HWND hBar) {
         cContainer->cSplit->SetControls(nullptr, cContainer->hRight);
         cContainer->LayOut();
-        EXPECT_EQ(PlaceOf(cContainer->hRight).left, PlaceOf(hBar).right);
-        cContainer->cSplit->Panel().SetSplitVisible(false);
-        EXPECT_FALSE(::IsWindowVisible(hBar));
+        EXPECT_EQ(Right().left, PlaceInParent(hBar).right);
+        Panel().SetSplitVisible(false);
+        EXPECT_FALSE(Shown(hBar));
     });
 }
 

@@ -63,7 +63,7 @@ private:
     std::function<void()> OnRun;
 };
 
-// The real loop; tells that messages which it runs are run in the middle of something.
+// The real loop, which marks the messages that it runs as part of some work.
 class WatchedHostLoop final : public HostLoop
 {
 public:

@@ -3,19 +3,15 @@
 
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Handles.h"
+#include "ui/windows/User.h"
+
+#include <gtest/gtest.h>
 
 namespace ravlo::test
 {
 
 namespace
 {
-
-std::wstring ClassOf(HWND hWindow)
-{
-    wchar_t sClass[100] = L"";
-    ::GetClassNameW(hWindow, sClass, ARRAYSIZE(sClass));
-    return sClass;
-}
 
 std::string Name(HWND hWindow)
 {
@@ -26,18 +22,10 @@ std::string Name(HWND hWindow)
 
 bool IsShown(HWND hWindow) { return (::GetWindowLongPtrW(hWindow, GWL_STYLE) & WS_VISIBLE) != 0; }
 
-// In the parent's client coordinates, less what a window region leaves out.
-RECT PlaceOf(HWND hWindow)
-{
-    RECT place{};
-    ::GetWindowRect(hWindow, &place);
-    ::MapWindowPoints(nullptr, ::GetParent(hWindow), reinterpret_cast<POINT*>(&place), 2);
-    return place;
-}
-
+// In the parent's client coordinates, without what a window region leaves out.
 HRGN ShapeOf(HWND hWindow)
 {
-    const RECT place = PlaceOf(hWindow);
+    const RECT place = PlaceInParent(hWindow);
     const HRGN hShape = ::CreateRectRgn(0, 0, 0, 0);
     if (::GetWindowRgn(hWindow, hShape) == ERROR)
         ::SetRectRgn(hShape, 0, 0, static_cast<int>(place.right - place.left),
@@ -62,8 +50,7 @@ bool TextFits(HWND hWindow)
     const std::wstring sClass = ClassOf(hWindow);
     if (sClass != L"Static" && sClass != L"Button")
         return true;
-    RECT client{};
-    ::GetClientRect(hWindow, &client);
+    const RECT client = ClientOf(hWindow);
     const LONG_PTR lStyle = ::GetWindowLongPtrW(hWindow, GWL_STYLE);
     if (sClass == L"Static" && (lStyle & SS_TYPEMASK) == SS_OWNERDRAW)
         return true; // its text is its name and not drawn
@@ -75,15 +62,14 @@ bool TextFits(HWND hWindow)
     return text.cx <= client.right && text.cy <= client.bottom;
 }
 
-void Look(HWND hParent, std::vector<std::string>& sFaults)
+void Look(HWND hParent, Faults& sFaults)
 {
-    RECT client{};
-    ::GetClientRect(hParent, &client);
+    const RECT client = ClientOf(hParent);
     for (HWND hChild = ::GetWindow(hParent, GW_CHILD); hChild; hChild = ::GetWindow(hChild, GW_HWNDNEXT))
     {
         if (!IsShown(hChild))
             continue;
-        const RECT place = PlaceOf(hChild);
+        const RECT place = PlaceInParent(hChild);
         if (place.left < 0 || place.top < 0 || place.right > client.right || place.bottom > client.bottom)
             sFaults.push_back(Name(hChild) + " reaches out of its parent");
         if (!TextFits(hChild))
@@ -96,7 +82,7 @@ void Look(HWND hParent, std::vector<std::string>& sFaults)
     }
 }
 
-void Ask(HWND hParent, std::vector<std::string>& sFaults)
+void Ask(HWND hParent, Faults& sFaults)
 {
     std::wstring sLabel;
     for (HWND hChild = ::GetWindow(hParent, GW_CHILD); hChild; hChild = ::GetWindow(hChild, GW_HWNDNEXT))
@@ -115,18 +101,55 @@ void Ask(HWND hParent, std::vector<std::string>& sFaults)
     }
 }
 
+struct HandleCounts
+{
+    DWORD lGdi = ::GetGuiResources(::GetCurrentProcess(), GR_GDIOBJECTS);
+    DWORD lUser = ::GetGuiResources(::GetCurrentProcess(), GR_USEROBJECTS);
+    DWORD lHandles = [] {
+        DWORD lCount = 0;
+        ::GetProcessHandleCount(::GetCurrentProcess(), &lCount);
+        return lCount;
+    }();
+};
+
 } // namespace
 
-std::vector<std::string> Untidiness(HWND hWindow)
+RECT PlaceInParent(HWND hWindow)
 {
-    std::vector<std::string> sFaults;
+    RECT place = PlaceOf(hWindow);
+    ::MapWindowPoints(nullptr, ::GetParent(hWindow), reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+void ExpectNoHandlesLeft(const std::function<void()>& open, TIMERPROC useAndClose)
+{
+    const auto openAndUse = [&](int lTimes) {
+        for (int i = 0; i < lTimes; ++i)
+        {
+            const UINT_PTR lTimer = ::SetTimer(nullptr, 0, 1, useAndClose);
+            open();
+            ::KillTimer(nullptr, lTimer);
+        }
+    };
+    openAndUse(5); // what is made once stays
+    const HandleCounts before;
+    openAndUse(50);
+    const HandleCounts after;
+    EXPECT_LE(after.lGdi, before.lGdi + 2);
+    EXPECT_LE(after.lUser, before.lUser + 2);
+    EXPECT_LE(after.lHandles, before.lHandles + 10);
+}
+
+Faults Untidiness(HWND hWindow)
+{
+    Faults sFaults;
     Look(hWindow, sFaults);
     return sFaults;
 }
 
-std::vector<std::string> Nameless(HWND hWindow)
+Faults Nameless(HWND hWindow)
 {
-    std::vector<std::string> sFaults;
+    Faults sFaults;
     Ask(hWindow, sFaults);
     return sFaults;
 }

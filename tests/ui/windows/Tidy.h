@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 #include <windows.h>
@@ -8,11 +9,19 @@
 namespace ravlo::test
 {
 
+using Faults = std::vector<std::string>;
+
+// In the parent's client coordinates.
+RECT PlaceInParent(HWND hWindow);
+
 // What is wrong with the look of a window's visible controls, one line each: a control that reaches out of
 // its parent, two that cover each other, or a text that does not fit its control.
-std::vector<std::string> Untidiness(HWND hWindow);
+Faults Untidiness(HWND hWindow);
 
-// The focusable controls that a screen reader could not name: no text of their own and no label before them.
-std::vector<std::string> Nameless(HWND hWindow);
+// The focusable controls without a name for screen readers: no text of their own and no label before them.
+Faults Nameless(HWND hWindow);
+
+// Opens a window 50 times, which a timer's procedure uses and closes, and expects no more handles afterwards.
+void ExpectNoHandlesLeft(const std::function<void()>& open, TIMERPROC useAndClose);
 
 } // namespace ravlo::test

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "ui/windows/User.h"
 
+#include "ui/controls/windows/Window.h"
 #include "ui/windows/Screenshot.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <commctrl.h>
 #include <stdexcept>
@@ -64,13 +66,6 @@ private:
     HWND m_hWindow;
 };
 
-std::wstring ClassOf(HWND hWindow)
-{
-    wchar_t sClass[100] = L"";
-    ::GetClassNameW(hWindow, sClass, ARRAYSIZE(sClass));
-    return sClass;
-}
-
 BOOL CALLBACK AddVisible(HWND hWindow, LPARAM lParam)
 {
     if (::IsWindowVisible(hWindow))
@@ -87,12 +82,23 @@ std::vector<HWND> Windows(DWORD lThread)
 
 std::wstring EntryText(HWND hList, LRESULT lEntry)
 {
-    std::wstring sText(
-        static_cast<std::size_t>(::SendMessageW(hList, LB_GETTEXTLEN, static_cast<WPARAM>(lEntry), 0)),
-        L'\0');
-    ::SendMessageW(hList, LB_GETTEXT, static_cast<WPARAM>(lEntry), reinterpret_cast<LPARAM>(sText.data()));
+    std::wstring sText(static_cast<std::size_t>(Send(hList, LB_GETTEXTLEN, lEntry)), L'\0');
+    Send(hList, LB_GETTEXT, lEntry, sText.data());
     return sText;
 }
+
+// The entries for which a message of a list answers more than zero; all with none.
+std::vector<std::wstring> EntriesWith(HWND hList, UINT lMessage)
+{
+    std::vector<std::wstring> colEntries;
+    const LRESULT lCount = Send(hList, LB_GETCOUNT);
+    for (LRESULT i = 0; i < lCount; ++i)
+        if (lMessage == 0 || Send(hList, lMessage, i) > 0)
+            colEntries.push_back(EntryText(hList, i));
+    return colEntries;
+}
+
+POINT MiddleOf(const RECT& rect) { return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2}; }
 
 POINT OnScreen(HWND hWindow, POINT point)
 {
@@ -111,7 +117,7 @@ void EndDrag()
     ::SendInput(ARRAYSIZE(inputs), inputs, sizeof inputs[0]);
 }
 
-// Whatever is open is closed, so that the test's thread comes back.
+// Closes every window and box until the test's thread returns from them.
 void CloseAll(DWORD lThread, const std::atomic<bool>& bOpen)
 {
     while (bOpen)
@@ -128,6 +134,34 @@ void CloseAll(DWORD lThread, const std::atomic<bool>& bOpen)
 }
 
 } // namespace
+
+std::wstring ClassOf(HWND hWindow)
+{
+    wchar_t sClass[100] = L"";
+    ::GetClassNameW(hWindow, sClass, ARRAYSIZE(sClass));
+    return sClass;
+}
+
+RECT PlaceOf(HWND hWindow)
+{
+    RECT place{};
+    ::GetWindowRect(hWindow, &place);
+    return place;
+}
+
+RECT ClientOf(HWND hWindow)
+{
+    RECT client{};
+    ::GetClientRect(hWindow, &client);
+    return client;
+}
+
+bool IsWindowClass(const wchar_t* sClass)
+{
+    WNDCLASSEXW wndClass{};
+    wndClass.cbSize = sizeof wndClass;
+    return ::GetClassInfoExW(ThisModule(), sClass, &wndClass) != FALSE;
+}
 
 void WhileOpen(const std::function<void()>& open, const std::function<void(const User& user)>& drive)
 {
@@ -153,7 +187,7 @@ void WhileOpen(const std::function<void()>& open, const std::function<void(const
     });
     open();
     bOpen = false;
-    // A host's loop goes on when a window has closed; the user may still be waiting for it to come to rest.
+    // A host's loop continues when a window has closed; the user may still be waiting until it is idle.
     MSG message;
     while (bDriving && ::GetMessageW(&message, nullptr, 0, 0) > 0)
     {
@@ -182,7 +216,7 @@ void User::Idle() const
     ::PostMessageW(m_hIdle, lProve, 3, reinterpret_cast<LPARAM>(hEvent));
     const bool bIdle = ::WaitForSingleObject(hEvent, lDeadline) == WAIT_OBJECT_0;
     if (!bIdle) // the event stays: it may be set yet
-        throw std::runtime_error("the windows' thread did not come to rest");
+        throw std::runtime_error("the windows' thread did not become idle");
     ::CloseHandle(hEvent);
 }
 
@@ -232,30 +266,14 @@ HWND User::Control(HWND hWindow, int lId)
 
 std::wstring User::Text(HWND hWindow)
 {
-    std::wstring sText(static_cast<std::size_t>(::SendMessageW(hWindow, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
-    sText.resize(static_cast<std::size_t>(
-        ::SendMessageW(hWindow, WM_GETTEXT, sText.size(), reinterpret_cast<LPARAM>(sText.data()))));
+    std::wstring sText(static_cast<std::size_t>(Send(hWindow, WM_GETTEXTLENGTH)) + 1, L'\0');
+    const LRESULT lLength = Send(hWindow, WM_GETTEXT, static_cast<INT_PTR>(sText.size()), sText.data());
+    sText.resize(static_cast<std::size_t>(lLength));
     return sText;
 }
 
-std::vector<std::wstring> User::Entries(HWND hList)
-{
-    std::vector<std::wstring> colEntries;
-    const LRESULT lCount = ::SendMessageW(hList, LB_GETCOUNT, 0, 0);
-    for (LRESULT i = 0; i < lCount; ++i)
-        colEntries.push_back(EntryText(hList, i));
-    return colEntries;
-}
-
-std::vector<std::wstring> User::Selected(HWND hList)
-{
-    std::vector<std::wstring> colEntries;
-    const LRESULT lCount = ::SendMessageW(hList, LB_GETCOUNT, 0, 0);
-    for (LRESULT i = 0; i < lCount; ++i)
-        if (::SendMessageW(hList, LB_GETSEL, static_cast<WPARAM>(i), 0) > 0)
-            colEntries.push_back(EntryText(hList, i));
-    return colEntries;
-}
+std::vector<std::wstring> User::Entries(HWND hList) { return EntriesWith(hList, 0); }
+std::vector<std::wstring> User::Selected(HWND hList) { return EntriesWith(hList, LB_GETSEL); }
 
 HWND User::FocusedWindow() const
 {
@@ -304,9 +322,9 @@ void User::Release() const
     Idle();
 }
 
-void User::ClickAt(HWND hWindow, int x, int y, int lModifier) const
+void User::ClickAt(HWND hWindow, POINT at, int lModifier) const
 {
-    const POINT point = OnScreen(hWindow, {x, y});
+    const POINT point = OnScreen(hWindow, at);
     Mouse(point, MOUSEEVENTF_MOVE);
     if (lModifier != 0)
         Hold(lModifier);
@@ -319,10 +337,10 @@ void User::ClickAt(HWND hWindow, int x, int y, int lModifier) const
     Idle();
 }
 
-// All at once: on a busy machine the second click would come too late else.
-void User::DoubleClickAt(HWND hWindow, int x, int y) const
+// All at once: on a busy machine the second click would otherwise be too late.
+void User::DoubleClickAt(HWND hWindow, POINT at) const
 {
-    const POINT point = OnScreen(hWindow, {x, y});
+    const POINT point = OnScreen(hWindow, at);
     Mouse(point, MOUSEEVENTF_MOVE);
     for (const DWORD lFlags :
          {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP, MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP})
@@ -330,9 +348,9 @@ void User::DoubleClickAt(HWND hWindow, int x, int y) const
     Idle();
 }
 
-void User::RightClickAt(HWND hWindow, int x, int y) const
+void User::RightClickAt(HWND hWindow, POINT at) const
 {
-    const POINT point = OnScreen(hWindow, {x, y});
+    const POINT point = OnScreen(hWindow, at);
     Mouse(point, MOUSEEVENTF_MOVE);
     Mouse(point, MOUSEEVENTF_RIGHTDOWN);
     Mouse(point, MOUSEEVENTF_RIGHTUP);
@@ -342,25 +360,22 @@ void User::RightClickAt(HWND hWindow, int x, int y) const
 void User::Click(HWND hControl) const
 {
     if (!::IsWindowVisible(hControl))
-        throw std::runtime_error("nobody can click a control that is not to be seen");
-    RECT client{};
-    ::GetClientRect(hControl, &client);
-    ClickAt(hControl, static_cast<int>(client.right) / 2, static_cast<int>(client.bottom) / 2);
+        throw std::runtime_error("nobody can click a hidden control");
+    ClickAt(hControl, MiddleOf(ClientOf(hControl)));
 }
 
 void User::ClickEntry(HWND hList, int lEntry, int lModifier) const
 {
     RECT item{};
-    ::SendMessageW(hList, LB_GETITEMRECT, static_cast<WPARAM>(lEntry), reinterpret_cast<LPARAM>(&item));
-    ClickAt(hList, static_cast<int>(item.left) + 6, static_cast<int>(item.top + item.bottom) / 2, lModifier);
+    Send(hList, LB_GETITEMRECT, lEntry, &item);
+    ClickAt(hList, {item.left + 6, MiddleOf(item).y}, lModifier);
 }
 
 void User::ClickTab(HWND hTabs, int lTab) const
 {
     RECT item{};
-    ::SendMessageW(hTabs, TCM_GETITEMRECT, static_cast<WPARAM>(lTab), reinterpret_cast<LPARAM>(&item));
-    ClickAt(hTabs, static_cast<int>(item.left + item.right) / 2,
-            static_cast<int>(item.top + item.bottom) / 2);
+    Send(hTabs, TCM_GETITEMRECT, lTab, &item);
+    ClickAt(hTabs, MiddleOf(item));
 }
 
 void User::Drag(HWND hWindow, POINT from, POINT to) const
@@ -389,9 +404,8 @@ void User::SendKey(int lKey, bool bUp) const
     ::SendInput(1, &input, sizeof input);
 }
 
-// When the pointer has entered a window or the focus has come to one, the display tells a little later which
-// keys are down, and knows nothing of these: they are taken for released. Until it has told, they are pressed
-// again.
+// Shortly after the pointer or the focus enters a window, the display reports which keys are down. It does
+// not know these ones, so they count as released: they are pressed again until that report has passed.
 void User::Hold(int lModifier) const
 {
     constexpr int lSteady = 5; // rounds
@@ -418,6 +432,12 @@ void User::Key(int lKey, int lModifier) const
     if (lModifier != 0)
         SendKey(lModifier, true);
     Idle();
+}
+
+void User::Keys(std::initializer_list<int> lKeys) const
+{
+    for (const int lKey : lKeys)
+        Key(lKey);
 }
 
 void User::Type(const std::wstring& sText) const
@@ -447,9 +467,37 @@ void User::Replace(HWND hEdit, const std::wstring& sText) const
     Type(sText);
 }
 
+// ---- what the system does ----
+
+void User::Place(HWND hWindow, int x, int y, int lWidth, int lHeight) const
+{
+    ::SetWindowPos(hWindow, nullptr, x, y, lWidth, lHeight, SWP_NOZORDER);
+    Idle();
+}
+
+void User::Resize(HWND hWindow, int lWidth, int lHeight) const
+{
+    ::SetWindowPos(hWindow, nullptr, 0, 0, lWidth, lHeight, SWP_NOZORDER | SWP_NOMOVE);
+    Idle();
+}
+
+void User::ShowAs(HWND hWindow, int lShow) const
+{
+    ::ShowWindow(hWindow, lShow);
+    Idle();
+}
+
+void User::ChangeResolution(HWND hWindow, int lDpi, int lWidth, int lHeight) const
+{
+    const int lScreen = ::GetSystemMetrics(SM_CXSCREEN);
+    const RECT place{0, 0, std::min(::MulDiv(lWidth, lDpi, 96), lScreen), ::MulDiv(lHeight, lDpi, 96)};
+    Send(hWindow, WM_DPICHANGED, MAKEWPARAM(lDpi, lDpi), &place);
+    Idle();
+}
+
 // ---- boxes ----
 
-HWND User::Dialog() const
+HWND User::BoxWindow() const
 {
     Until([&] { return Find(L"#32770") != nullptr; }, "a box");
     Idle();
@@ -458,7 +506,7 @@ HWND User::Dialog() const
 
 BoxOnScreen User::Box() const
 {
-    const HWND hBox = Dialog();
+    const HWND hBox = BoxWindow();
     BoxOnScreen box;
     box.sTitle = Text(hBox);
     for (HWND hChild = ::GetWindow(hBox, GW_CHILD); hChild; hChild = ::GetWindow(hChild, GW_HWNDNEXT))
@@ -473,15 +521,21 @@ BoxOnScreen User::Box() const
 
 void User::Answer(int lButton) const
 {
-    const HWND hBox = Dialog();
+    const HWND hBox = BoxWindow();
     ::SendMessageW(hBox, WM_COMMAND, static_cast<WPARAM>(lButton), 0);
     WaitUntilGone(hBox);
     Idle();
 }
 
+void User::Answer(const BoxOnScreen& expected, int lButton) const
+{
+    EXPECT_EQ(Box(), expected);
+    Answer(lButton);
+}
+
 void User::AnswerInput(const std::wstring& sText) const
 {
-    const HWND hBox = Dialog();
+    const HWND hBox = BoxWindow();
     Type(sText);
     Key(VK_RETURN);
     WaitUntilGone(hBox);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <vector>
 #include <windows.h>
@@ -18,9 +19,30 @@ struct BoxOnScreen
 
     friend bool operator==(const BoxOnScreen&, const BoxOnScreen&) = default;
 };
+inline BoxOnScreen OkOnScreen(const std::wstring& sTitle, const std::wstring& sText)
+{
+    return {sTitle, sText, {IDOK}};
+}
+inline BoxOnScreen YesNoOnScreen(const std::wstring& sTitle, const std::wstring& sText)
+{
+    return {sTitle, sText, {IDYES, IDNO}};
+}
 
-// While one exists the thread runs messages in the middle of some work: it is not idle, even when no message
-// is left.
+// Sends a message with a number and the address of something.
+inline LRESULT Send(HWND hWindow, UINT lMessage, INT_PTR lNumber = 0, const void* pParam = nullptr)
+{
+    return ::SendMessageW(hWindow, lMessage, static_cast<WPARAM>(lNumber), reinterpret_cast<LPARAM>(pParam));
+}
+
+std::wstring ClassOf(HWND hWindow);
+RECT PlaceOf(HWND hWindow); // on the screen
+RECT ClientOf(HWND hWindow);
+inline int WidthOf(const RECT& rect) { return static_cast<int>(rect.right - rect.left); }
+inline bool Shown(HWND hWindow) { return ::IsWindowVisible(hWindow) != FALSE; }
+inline bool Enabled(HWND hWindow) { return ::IsWindowEnabled(hWindow) != FALSE; }
+bool IsWindowClass(const wchar_t* sClass); // registered in this program
+
+// While one exists, the thread runs messages inside some work: it is not idle, even when no message is left.
 class MiddleOfWork
 {
 public:
@@ -33,11 +55,11 @@ public:
 };
 
 // A person at mouse and keyboard, on a thread of their own, while the windows run on the test's thread. Every
-// wait has a deadline and throws when it passes. After each action everything it set off has been done.
+// wait has a deadline and throws when it passes. Each action returns when all it caused is done.
 class User
 {
 public:
-    // The window that tells when the other thread is idle.
+    // hIdle reports when the other thread is idle.
     User(DWORD lThread, HWND hIdle) : m_lThread(lThread), m_hIdle(hIdle) {}
 
     void Until(const std::function<bool()>& bTrue, const char* sWhat) const;
@@ -55,32 +77,40 @@ public:
     static std::vector<std::wstring> Selected(HWND hList);
     HWND FocusedWindow() const;
 
-    // Real input, at the place where the control is to be seen.
+    // Real input. Points are client coordinates; a modifier is VK_CONTROL or VK_SHIFT, held down.
     void Click(HWND hControl) const;
-    // Client coordinates; VK_CONTROL or VK_SHIFT held down.
-    void ClickAt(HWND hWindow, int x, int y, int lModifier = 0) const;
-    void DoubleClickAt(HWND hWindow, int x, int y) const;
-    void RightClickAt(HWND hWindow, int x, int y) const;
-    void ClickEntry(HWND hList, int lEntry, int lModifier = 0) const; // VK_CONTROL or VK_SHIFT held down
+    void ClickAt(HWND hWindow, POINT at, int lModifier = 0) const;
+    void DoubleClickAt(HWND hWindow, POINT at) const;
+    void RightClickAt(HWND hWindow, POINT at) const;
+    void ClickEntry(HWND hList, int lEntry, int lModifier = 0) const;
     void ClickTab(HWND hTabs, int lTab) const;
-    void Drag(HWND hWindow, POINT from, POINT to) const; // client coordinates
-    void Press(HWND hWindow, POINT at) const;            // the button stays down ...
+    void Drag(HWND hWindow, POINT from, POINT to) const;
+    void Press(HWND hWindow, POINT at) const; // the button stays down ...
     void MoveTo(HWND hWindow, POINT to) const;
     void Release() const;
     void Key(int lKey, int lModifier = 0) const;
+    void Keys(std::initializer_list<int> lKeys) const;
     void Type(const std::wstring& sText) const;
     // Marks all of an edit field and types over it.
     void Replace(HWND hEdit, const std::wstring& sText) const;
 
+    // What the system does to a window.
+    void Place(HWND hWindow, int x, int y, int lWidth, int lHeight) const;
+    void Resize(HWND hWindow, int lWidth, int lHeight) const;
+    void ShowAs(HWND hWindow, int lShow) const; // SW_MAXIMIZE ...
+    // With a size for 96 dpi.
+    void ChangeResolution(HWND hWindow, int lDpi, int lWidth, int lHeight) const;
+
     // The message box or input box that is open, and its answer.
     BoxOnScreen Box() const;
+    HWND BoxWindow() const;
     void Answer(int lButton) const;
+    void Answer(const BoxOnScreen& expected, int lButton) const; // after comparing the box
     void AnswerInput(const std::wstring& sText) const;
 
     void Shot(HWND hWindow, const std::wstring& sName) const;
 
 private:
-    HWND Dialog() const;
     void Mouse(POINT at, DWORD lFlags) const;
     void SendKey(int lKey, bool bUp) const;
     void Hold(int lModifier) const;
