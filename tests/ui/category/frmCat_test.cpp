@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "ui/category/frmCatPresenter.h"
 
+#include "support/SchedulerTest.h"
 #include "ui/category/CategoryTest.h"
 
+#include <array>
 #include <functional>
 #include <map>
 #include <optional>
@@ -14,6 +16,7 @@ namespace
 {
 
 using enum RuleBox;
+using Minutes = std::array<std::int32_t, 3>;
 
 constexpr const wchar_t* sGlobalTitle =
     L"Global Rules (for all categories where separations not explictly set).";
@@ -24,7 +27,7 @@ const ShownBox PendingChanges(const std::wstring& sCat)
             L"Save the pending rules changes to: " + sCat};
 }
 
-// The window without a screen. Filling a box is reported back, as the system's boxes do.
+// The window without a screen. Like the system's boxes, it reports each text that is set.
 class ScreenForm final : public frmCatView
 {
 public:
@@ -69,7 +72,7 @@ public:
     bool bBusy = false;
 };
 
-// Windows of which only the library's showing matters.
+// Windows that only count how often the library is shown.
 class OtherWindows final : public SchedulerWindows
 {
 public:
@@ -94,7 +97,7 @@ struct Form : CategoryTest
 {
     ~Form() override { cSchedMan->SetWindows(nullptr); }
 
-    // Opens the window on a level (0 for all), does something, and closes it as that leaves it.
+    // Opens the window on a level (0 for all), and does something while it is open.
     std::int32_t Open(const std::wstring& sCat, int lLevel, const std::function<void()>& OnModal)
     {
         if (!sCat.empty())
@@ -105,7 +108,7 @@ struct Form : CategoryTest
         cView.OnModal = OnModal;
         return Show(cSchedMan);
     }
-    // A window shows itself once.
+    // With a new presenter: each shows its window once.
     std::int32_t Show(const std::shared_ptr<clsSchedMan>& cManager)
     {
         cView.cForm = &cForm.emplace(cView, cSelector, cMod);
@@ -121,8 +124,70 @@ struct Form : CategoryTest
         cView.bIgnore = bChecked;
         cForm->IgnoreClick();
     }
+    void TypeAll(RulesPane ePane, const std::wstring& sText)
+    {
+        for (const RuleBox eBox : BoxesOf(ePane))
+            Type(eBox, sText);
+    }
+    static std::array<RuleBox, 3> BoxesOf(RulesPane ePane) // artist, title, album
+    {
+        if (ePane == RulesPane::Global)
+            return {txtArtistSepMins0, txtTitleSepMins0, txtGlobalAlbumSepMins};
+        return {txtArtistSepMins1, txtTitleSepMins1, txtAlbumSepMins};
+    }
+    Texts TextsOf(RulesPane ePane)
+    {
+        Texts colTexts;
+        for (const RuleBox eBox : BoxesOf(ePane))
+            colTexts.push_back(cView.texts[eBox]);
+        return colTexts;
+    }
+    // Artist, title and album.
+    Minutes GlobalMins() const
+    {
+        return {cMod.GlobalArtistSepMins(), cMod.GlobalTitleSepMins(), cMod.GlobalAlbumSepMins()};
+    }
+    void SetGlobalMins(const Minutes& lMins)
+    {
+        cMod.SetGlobalArtistSepMins(lMins[0]);
+        cMod.SetGlobalTitleSepMins(lMins[1]);
+        cMod.SetGlobalAlbumSepMins(lMins[2]);
+    }
+    Minutes Mins(const std::wstring& sCat, int lLevel)
+    {
+        const clsCatRules& cRules = Rules(sCat, lLevel);
+        return {cRules.ArtistSepMins(), cRules.TitleSepMins(), cRules.AlbumSepMins()};
+    }
+    // The window is for the categories of a cut.
+    void MultiSelect(std::size_t cut)
+    {
+        request.cCut = CutOf(cut);
+        request.bAllowMultiSelect = true;
+    }
+    void ExpectChosen(const std::shared_ptr<clsCat>& cMainCat, const std::shared_ptr<clsCat>& cLevel) const
+    {
+        EXPECT_EQ(request.cMainCatChosen, cMainCat);
+        EXPECT_EQ(request.cSubCatChosen, cLevel);
+    }
+    void ExpectCut(std::size_t cut, const std::wstring& sCategories, int lLevel) const
+    {
+        EXPECT_EQ(CutOf(cut)->CategoryText(), sCategories);
+        EXPECT_EQ(CutOf(cut)->CatLevel(), lLevel);
+    }
+    // Everything that a user can do but for the lists.
+    void ClickEverything()
+    {
+        cForm->OKClick();
+        cForm->CancelClick();
+        cForm->ApplyClick();
+        cForm->NewClick();
+        cForm->NewLevelClick();
+        cForm->SchedLibClick();
+        cForm->StripClick(true);
+        cForm->TabClick(RulesPane::Category);
+    }
     void Repopulate() { cSchedMan->PopulateFromDataBase(cDataBase, sRadio); }
-    // Whether nothing in the window, its selector included, can be used.
+    // Whether nothing in the window and its selector can be used.
     bool Disabled() const
     {
         for (const SelectorControl eControl :
@@ -131,19 +196,12 @@ struct Form : CategoryTest
                 return false;
         return cView.bBusy && cScreen.bHourglass;
     }
-    // Does something whenever messages are pumped, and counts how often.
-    void WhilePumping(const std::function<void()>& what)
-    {
-        cPorts.cHostLoop.OnPump = [this, what] {
-            ++lPumps;
-            what();
-        };
-    }
     void Answers(BoxAnswer eAnswer) { cPorts.cMessages.eDefaultAnswer = eAnswer; }
-    std::string Settings() const { return cPorts.cFiles.Get(L"C:\\Radio\\Scheduler\\SchedulerSettings.dat"); }
-    bool HasSettings() const
+    std::string Settings() const { return cPorts.cFiles.Get(sSettingsPath); }
+    bool HasRules(const wchar_t* sLevel) const // a rules file of Rock
     {
-        return cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\SchedulerSettings.dat");
+        return cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC" +
+                                        std::wstring(sLevel) + L".rls");
     }
     clsCatRules& Rules(const std::wstring& sCat, int lLevel)
     {
@@ -154,25 +212,24 @@ struct Form : CategoryTest
     OtherWindows cWindows;
     std::optional<frmCatPresenter> cForm;
     CategoryRequest request;
-    int lPumps = 0;
 };
 
 } // namespace
 
 // ---- opening ----
 
-TEST_F(Form, ShowsItsCaptionOrTheGivenOne)
+TEST_F(Form, ShowsTheCaptionAndNewButtonsOfTheRequest)
 {
-    Open(L"", 0, [&] { EXPECT_EQ(cView.sCaption, L"Category"); });
+    Open(L"", 0, [&] {
+        EXPECT_EQ(cView.sCaption, L"Category");
+        EXPECT_FALSE(cView.bNewButtons);
+    });
     request.sCaption = L"Pick one";
-    Open(L"", 0, [&] { EXPECT_EQ(cView.sCaption, L"Pick one"); });
-}
-
-TEST_F(Form, ShowsTheNewButtonsOnlyWhenNewIsAllowed)
-{
-    Open(L"", 0, [&] { EXPECT_FALSE(cView.bNewButtons); });
     request.bAllowNew = true;
-    Open(L"", 0, [&] { EXPECT_TRUE(cView.bNewButtons); });
+    Open(L"", 0, [&] {
+        EXPECT_EQ(cView.sCaption, L"Pick one");
+        EXPECT_TRUE(cView.bNewButtons);
+    });
 }
 
 TEST_F(Form, OpensOnTheGivenCategoryLevelAndOpenerFilter)
@@ -183,10 +240,6 @@ TEST_F(Form, OpensOnTheGivenCategoryLevelAndOpenerFilter)
         EXPECT_EQ(cScreen.Current(lstlvl), L"3");
         EXPECT_TRUE(cScreen.Checked(chkOpener));
     });
-}
-
-TEST_F(Form, OpensOnAllLevelsWithoutAGivenLevel)
-{
     Open(L"Rock", 0, [&] { EXPECT_EQ(cScreen.Current(lstlvl), L"ALL"); });
 }
 
@@ -213,208 +266,169 @@ TEST_F(Form, SaysThatItNeedsTheCategoriesBeforeAnyPopulation)
     EXPECT_EQ(Shown(), (Boxes{OkBox(BoxIcon::None, L"RavloScheduler",
                                     L"Cat Selector NEEDS the collection of main cats!")}));
     EXPECT_EQ(request.cMainCatChosen, nullptr);
-}
-
-TEST_F(Form, AStationWithoutAnyCategoryOpensWithoutABox)
-{
-    const auto cFresh = std::make_shared<clsSchedMan>(cMod);
     cFresh->PopulateFromDataBase(std::make_shared<FakeDataBase>(), L"C:\\Other\\");
     Shown().clear();
     Show(cFresh);
-    EXPECT_EQ(Shown(), Boxes());
+    EXPECT_EQ(Shown(), Boxes()) << "a station may have no category";
 }
 
-// ---- what comes back ----
+// ---- what is returned ----
 
 TEST_F(Form, OKReturnsTheChoice)
 {
-    const auto lAnswer = Open(L"", 0, [&] {
+    EXPECT_EQ(Open(
+                  L"", 0,
+                  [&] {
         ClickCat(L"Rock");
         ClickOpener(true);
         cScreen.lists[lstsongs1].lSelected = {0};
         cForm->OKClick();
-    });
-    EXPECT_EQ(lAnswer, 1);
-    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
-    EXPECT_EQ(request.cSubCatChosen, Level(L"Rock", 1));
+                  }),
+              1);
+    ExpectChosen(MainCat(L"Rock"), Level(L"Rock", 1));
     EXPECT_TRUE(request.bOpenerChosen);
     EXPECT_EQ(request.colSelCuts, (Cuts{CutOf(1)}));
     EXPECT_FALSE(cView.bOpen);
 }
 
-TEST_F(Form, OKOnALLReturnsTheMainCategoryAndNoLevel)
+TEST_F(Form, OKWithoutAnotherChoiceReturnsWhatWasGiven)
 {
+    request.bOpenerChosen = true;
+    Open(L"Rock", 3, [&] { cForm->OKClick(); });
+    ExpectChosen(MainCat(L"Rock"), Level(L"Rock", 3));
+    EXPECT_TRUE(request.bOpenerChosen);
     Open(L"Rock", 3, [&] {
         ClickLevel(L"ALL");
         cForm->OKClick();
     });
-    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
-    EXPECT_EQ(request.cSubCatChosen, nullptr);
+    ExpectChosen(MainCat(L"Rock"), nullptr);
 }
 
-TEST_F(Form, OKWithoutTouchingAnythingReturnsWhatWasGiven)
+TEST_F(Form, CancelOrAnyOtherEndChangesNothing)
 {
-    request.bOpenerChosen = true;
-    Open(L"Rock", 3, [&] { cForm->OKClick(); });
-    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
-    EXPECT_EQ(request.cSubCatChosen, Level(L"Rock", 3));
-    EXPECT_TRUE(request.bOpenerChosen);
-}
-
-TEST_F(Form, CancelReturnsTwoAndChangesNothing)
-{
+    MultiSelect(0);
     request.colSelCuts = {CutOf(4)};
-    request.cCut = CutOf(0);
-    request.bAllowMultiSelect = true;
-    const auto lAnswer = Open(L"Rock", 3, [&] {
-        ClickCat(L"Jazz");
-        ClickOpener(true);
-        cForm->CancelClick();
-    });
-    EXPECT_EQ(lAnswer, 2);
-    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
-    EXPECT_EQ(request.cSubCatChosen, Level(L"Rock", 3));
-    EXPECT_FALSE(request.bOpenerChosen);
-    EXPECT_EQ(request.colSelCuts, (Cuts{CutOf(4)}));
-    EXPECT_EQ(CutOf(0)->CategoryText(), L"Rock");
-    EXPECT_FALSE(cView.bOpen);
-}
-
-TEST_F(Form, AWindowThatEndsInAnyOtherWayCountsAsCancelled)
-{
-    EXPECT_EQ(Open(L"Rock", 3, [&] { ClickCat(L"Jazz"); }), lNotChosen);
-    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
+    for (const bool bCancel : {true, false})
+    {
+        EXPECT_EQ(Open(
+                      L"Rock", 3,
+                      [&] {
+            ClickCat(L"Jazz");
+            ClickOpener(true);
+            if (bCancel)
+                cForm->CancelClick();
+                      }),
+                  2);
+        ExpectChosen(MainCat(L"Rock"), Level(L"Rock", 3));
+        EXPECT_FALSE(request.bOpenerChosen);
+        EXPECT_EQ(request.colSelCuts, (Cuts{CutOf(4)}));
+        ExpectCut(0, L"Rock", 1);
+        EXPECT_EQ(cView.bOpen, !bCancel);
+    }
 }
 
 TEST_F(Form, WithMultiSelectTheCutReceivesLevelAndCategories)
 {
-    request.cCut = CutOf(3);
-    request.bAllowMultiSelect = true;
+    MultiSelect(3);
     Open(L"", 0, [&] {
-        ClickCat(L"Rock", true); // beside Jazz
+        ClickCat(L"Rock", true); // with Jazz
         ClickLevel(L"3");
         cForm->OKClick();
     });
-    EXPECT_EQ(CutOf(3)->CatLevel(), 3);
-    EXPECT_EQ(CutOf(3)->CategoryText(), L"Rock/Jazz");
+    ExpectCut(3, L"Rock/Jazz", 3);
     EXPECT_EQ(Level(L"Rock", 3)->SchedCuts()->At(Level(L"Rock", 3)->SchedCuts()->Count() - 1), CutOf(3));
-    EXPECT_FALSE(Level(L"Jazz", 2)->SchedCuts()->Exists(CutOf(3)->Key())) << "filed, not only named";
+    EXPECT_FALSE(Level(L"Jazz", 2)->SchedCuts()->Exists(CutOf(3)->Key())) << "placed, not only named";
     EXPECT_EQ(Shown(), Boxes());
 }
 
 TEST_F(Form, WithMultiSelectALLIsRefusedAndTheCutStaysAsItWas)
 {
-    request.cCut = CutOf(3);
     request.bAllowMultiSelect = true;
-    const auto lAnswer = Open(L"", 0, [&] {
+    const auto chooseAll = [&] {
         ClickCat(L"Rock");
         ClickLevel(L"ALL");
         cForm->OKClick();
-    });
-    EXPECT_EQ(lAnswer, lChosen);
+    };
+    EXPECT_EQ(Open(L"", 0, chooseAll), lChosen);
+    EXPECT_EQ(Shown(), Boxes()) << "without a cut it is an answer like another";
+    ExpectChosen(MainCat(L"Rock"), nullptr);
+    MultiSelect(3);
+    EXPECT_EQ(Open(L"", 0, chooseAll), lChosen);
     EXPECT_EQ(Shown(),
               (Boxes{OkBox(BoxIcon::Exclamation, L"'ALL' is Not Valid",
                            L"Choose a level other than 'ALL' to be able to multi-select categories")}));
-    EXPECT_EQ(CutOf(3)->CatLevel(), 2);
-    EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
+    ExpectCut(3, L"Jazz", 2);
     EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
 }
 
 TEST_F(Form, WithMultiSelectACutWhoseLastCategoryIsUnmarkedStaysAsItWas)
 {
-    request.cCut = CutOf(3);
-    request.bAllowMultiSelect = true;
-    const auto lAnswer = Open(L"", 0, [&] {
+    MultiSelect(3);
+    EXPECT_EQ(Open(
+                  L"", 0,
+                  [&] {
         MainCat(L"Jazz")->AddSubCat(std::make_shared<clsCat>(cMod, L"Jazz", 5));
         cScreen.lists[lstCat].lSelected.clear();
         cSelector.CatClick();
         ClickLevel(L"5");
         cForm->OKClick();
-    });
-    EXPECT_EQ(lAnswer, lChosen);
-    EXPECT_EQ(CutOf(3)->CatLevel(), 2);
-    EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
+                  }),
+              lChosen);
+    ExpectCut(3, L"Jazz", 2);
     EXPECT_EQ(Shown(), Boxes());
-}
-
-TEST_F(Form, WithMultiSelectButNoCutALLIsAnAnswerLikeAnother)
-{
-    request.bAllowMultiSelect = true;
-    const auto lAnswer = Open(L"", 0, [&] {
-        ClickCat(L"Rock");
-        ClickLevel(L"ALL");
-        cForm->OKClick();
-    });
-    EXPECT_EQ(lAnswer, lChosen);
-    EXPECT_EQ(Shown(), Boxes());
-    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
-    EXPECT_EQ(request.cSubCatChosen, nullptr);
 }
 
 TEST_F(Form, WithoutMultiSelectTheCutIsLeftAlone)
 {
     request.cCut = CutOf(3);
     Open(L"Rock", 3, [&] { cForm->OKClick(); });
-    EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
+    ExpectCut(3, L"Jazz", 2);
 }
 
-TEST_F(Form, ACutThatCannotBeChangedIsAnErrorAndNothingComesBack)
+TEST_F(Form, ACutThatCannotBeChangedIsAnErrorAndNothingIsReturned)
 {
-    request.cCut = CutOf(3);
-    request.bAllowMultiSelect = true;
+    MultiSelect(3);
     CutOf(3)->failing = {"SetCategoryText"};
-    EXPECT_THROW(Open(
-                     L"Rock", 3,
-                     [&] {
+    const auto change = [&] {
         ClickCat(L"Rock");
         ClickLevel(L"3");
         cForm->OKClick();
-                     }),
-                 RuntimeError);
+    };
+    EXPECT_THROW(Open(L"Rock", 3, change), RuntimeError);
     EXPECT_EQ(request.colSelCuts, Cuts());
-    EXPECT_EQ(CutOf(3)->CatLevel(), 2); // as before, though it took the new one at first
-    EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
+    ExpectCut(3, L"Jazz", 2); // as before, though it took the level at first
 }
 
 TEST_F(Form, ClicksAfterClosingAreIgnored)
 {
-    const auto lAnswer = Open(L"Rock", 3, [&] {
+    EXPECT_EQ(Open(
+                  L"Rock", 3,
+                  [&] {
         Type(txtGlobalAlbumSepMins, L"46");
         cForm->OKClick();
-        cForm->CancelClick();
-        cForm->ApplyClick();
-        cForm->StripClick(true);
-        cForm->TabClick(RulesPane::Category);
-    });
-    EXPECT_EQ(lAnswer, lChosen);
+        ClickEverything();
+                  }),
+              lChosen);
     EXPECT_EQ(cMod.GlobalAlbumSepMins(), 60);
     EXPECT_TRUE(cView.bRulesArea);
     EXPECT_EQ(cView.ePane, RulesPane::Global);
 }
 
-// ---- a host that reloads or deletes meanwhile ----
+// ---- a host that reloads or deletes while the window is open ----
 
-TEST_F(Form, OKAfterAReloadReturnsThePresentCategoryAndLevel)
+TEST_F(Form, OKAfterAReloadReturnsTheCurrentCategoryAndLevel)
 {
     const auto cBefore = MainCat(L"Rock");
-    Open(L"Rock", 3, [&] {
-        Repopulate();
-        cForm->OKClick();
-    });
-    ASSERT_NE(MainCat(L"Rock"), cBefore);
-    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
-    EXPECT_EQ(request.cSubCatChosen, Level(L"Rock", 3));
-}
-
-TEST_F(Form, OKAfterAReloadDuringTheQuestionReturnsThePresentOnes)
-{
-    cPorts.cMessages.OnShown = [&] { Repopulate(); };
-    Open(L"Rock", 3, [&] {
-        Type(txtArtistSepMins1, L"46");
-        cForm->OKClick();
-    });
-    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
-    EXPECT_EQ(request.cSubCatChosen, Level(L"Rock", 3));
+    for (const bool bInQuestion : {false, true})
+    {
+        cPorts.cMessages.OnShown = [&] { Repopulate(); };
+        Open(L"Rock", 3, [&] {
+            bInQuestion ? Type(txtArtistSepMins1, L"46") : Repopulate();
+            cForm->OKClick();
+        });
+        ASSERT_NE(MainCat(L"Rock"), cBefore);
+        ExpectChosen(MainCat(L"Rock"), Level(L"Rock", 3));
+    }
 }
 
 TEST_F(Form, OKReturnsNeitherADeletedCategoryNorADeletedLevel)
@@ -423,31 +437,27 @@ TEST_F(Form, OKReturnsNeitherADeletedCategoryNorADeletedLevel)
         cSchedMan->DeleteCats({Level(L"Rock", 3)});
         cForm->OKClick();
     });
-    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
-    EXPECT_EQ(request.cSubCatChosen, nullptr);
+    ExpectChosen(MainCat(L"Rock"), nullptr);
     Open(L"Rock", 1, [&] {
         cSchedMan->DeleteCats({MainCat(L"Rock")});
         cForm->OKClick();
     });
-    EXPECT_EQ(request.cMainCatChosen, nullptr);
-    EXPECT_EQ(request.cSubCatChosen, nullptr);
+    ExpectChosen(nullptr, nullptr);
 }
 
 TEST_F(Form, CutIsNotPlacedInACategoryDeletedDuringTheCall)
 {
-    request.cCut = CutOf(0); // in Rock 1
-    request.bAllowMultiSelect = true;
+    MultiSelect(0); // in Rock 1
     Open(L"", 0, [&] {
         ClickCat(L"Jazz", true);
         cSchedMan->DeleteCats({MainCat(L"Rock")});
         cForm->OKClick();
     });
     EXPECT_EQ(MainCat(L"Rock"), nullptr);
-    EXPECT_EQ(CutOf(0)->CategoryText(), L"Jazz");
-    EXPECT_EQ(CutOf(0)->CatLevel(), 2);
+    ExpectCut(0, L"Jazz", 2);
 }
 
-TEST_F(Form, ApplyAfterAReloadChangesTheRulesThatAreInForce)
+TEST_F(Form, ApplyOrYesAfterAReloadChangesTheCurrentRules)
 {
     Open(L"Rock", 3, [&] {
         cForm->TabClick(RulesPane::Category);
@@ -456,17 +466,13 @@ TEST_F(Form, ApplyAfterAReloadChangesTheRulesThatAreInForce)
         cForm->ApplyClick();
     });
     EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 46);
-}
-
-TEST_F(Form, YesAfterAReloadChangesTheRulesThatAreInForce)
-{
     Answers(BoxAnswer::Yes);
     Open(L"Rock", 3, [&] {
-        Type(txtArtistSepMins1, L"46");
+        Type(txtArtistSepMins1, L"47");
         Repopulate();
         cForm->OKClick();
     });
-    EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 46);
+    EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 47);
 }
 
 TEST_F(Form, ApplyToADeletedCategorySavesNothingAndShowsWhatIsLeft)
@@ -482,71 +488,49 @@ TEST_F(Form, ApplyToADeletedCategorySavesNothingAndShowsWhatIsLeft)
         EXPECT_FALSE(cView.bApply);
     });
     EXPECT_EQ(Shown(), Boxes());
-    EXPECT_FALSE(cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC3.rls"));
+    EXPECT_FALSE(HasRules(L"3"));
 }
 
 // ---- the panes ----
 
 TEST_F(Form, StartsWithTheGlobalRules)
 {
-    cMod.SetGlobalArtistSepMins(11);
-    cMod.SetGlobalTitleSepMins(12);
-    cMod.SetGlobalAlbumSepMins(13);
+    SetGlobalMins({11, 12, 13});
     Open(L"Rock", 3, [&] {
         EXPECT_EQ(cView.ePane, RulesPane::Global);
         EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
-        EXPECT_EQ(cView.texts[txtArtistSepMins0], L"11");
-        EXPECT_EQ(cView.texts[txtTitleSepMins0], L"12");
-        EXPECT_EQ(cView.texts[txtGlobalAlbumSepMins], L"13");
+        EXPECT_EQ(TextsOf(RulesPane::Global), (Texts{L"11", L"12", L"13"}));
         EXPECT_FALSE(cView.bApply);
     });
 }
 
-TEST_F(Form, TheCategoryPaneShowsTheRulesOfTheLevel)
+TEST_F(Form, TheCategoryPaneShowsTheRulesOfTheChosenCategory)
 {
     Rules(L"Rock", 3).Apply({21, 22, 23, true});
+    Rules(L"Rock", 0).Apply({31, std::nullopt, -1, false});
+    Rules(L"Jazz", 2).Apply({41, 42, 43, false});
     Open(L"Rock", 3, [&] {
         cForm->TabClick(RulesPane::Category);
         EXPECT_EQ(cView.ePane, RulesPane::Category);
         EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Rock 3");
-        EXPECT_EQ(cView.texts[txtArtistSepMins1], L"21");
-        EXPECT_EQ(cView.texts[txtTitleSepMins1], L"22");
-        EXPECT_EQ(cView.texts[txtAlbumSepMins], L"23");
+        EXPECT_EQ(TextsOf(RulesPane::Category), (Texts{L"21", L"22", L"23"}));
         EXPECT_TRUE(cView.bIgnore);
         EXPECT_FALSE(cView.enabled[txtArtistSepMins1]);
         EXPECT_FALSE(cView.enabled[txtTitleSepMins1]);
-        EXPECT_FALSE(cView.enabled.count(txtAlbumSepMins)); // never touched
-    });
-}
-
-TEST_F(Form, TheCategoryPaneShowsTheRulesOfTheMainCategoryForALL)
-{
-    Rules(L"Rock", 0).Apply({31, std::nullopt, -1, false});
-    Open(L"Rock", 0, [&] {
-        cForm->TabClick(RulesPane::Category);
+        ClickLevel(L"ALL");
         EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Rock [ALL LEVELS].");
-        EXPECT_EQ(cView.texts[txtArtistSepMins1], L"31");
-        EXPECT_EQ(cView.texts[txtTitleSepMins1], L"60"); // the global one
-        EXPECT_EQ(cView.texts[txtAlbumSepMins], L"-1");
+        EXPECT_EQ(TextsOf(RulesPane::Category), (Texts{L"31", L"60", L"-1"})) << "60: the global one";
         EXPECT_TRUE(cView.enabled[txtArtistSepMins1]);
-    });
-}
-
-TEST_F(Form, ChoosingAnotherCategoryShowsItsRules)
-{
-    Rules(L"Jazz", 2).Apply({41, 42, 43, false});
-    Open(L"Rock", 3, [&] {
-        cForm->TabClick(RulesPane::Category);
         ClickCat(L"Jazz");
         EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Jazz 2");
-        EXPECT_EQ(cView.texts[txtArtistSepMins1], L"41");
+        EXPECT_EQ(TextsOf(RulesPane::Category), (Texts{L"41", L"42", L"43"}));
         EXPECT_FALSE(cView.bApply);
         EXPECT_EQ(Shown(), Boxes());
     });
 }
 
-// The values of another pane than the title names would be a trap.
-TEST_F(Form, TheTitleNamesTheRulesThatAreToBeSeen)
+// A title that names other rules than those below it would mislead.
+TEST_F(Form, TheTitleNamesTheRulesThatAreShown)
 {
     Open(L"Rock", 3, [&] {
         ClickCat(L"Jazz");
@@ -572,38 +556,33 @@ TEST_F(Form, CategoryRulesNeedACategory)
 TEST_F(Form, IgnoringRulesDisablesArtistAndTitleOnly)
 {
     Open(L"Rock", 3, [&] {
-        ClickIgnore(true);
-        EXPECT_FALSE(cView.enabled[txtArtistSepMins1]);
-        EXPECT_FALSE(cView.enabled[txtTitleSepMins1]);
-        EXPECT_FALSE(cView.enabled.count(txtAlbumSepMins));
-        ClickIgnore(false);
-        EXPECT_TRUE(cView.enabled[txtArtistSepMins1]);
-        EXPECT_TRUE(cView.enabled[txtTitleSepMins1]);
+        for (const bool bIgnore : {true, false})
+        {
+            ClickIgnore(bIgnore);
+            EXPECT_EQ(cView.enabled[txtArtistSepMins1], !bIgnore);
+            EXPECT_EQ(cView.enabled[txtTitleSepMins1], !bIgnore);
+            EXPECT_FALSE(cView.enabled.count(txtAlbumSepMins)); // never touched
+        }
     });
 }
 
 TEST_F(Form, ApplyIsEnabledByAnEditOfTheVisiblePane)
 {
     Open(L"Rock", 3, [&] {
-        for (const RuleBox eBox : {txtArtistSepMins0, txtTitleSepMins0, txtGlobalAlbumSepMins})
-        {
-            Type(eBox, L"5");
-            EXPECT_TRUE(cView.bApply);
-            cForm->TabClick(RulesPane::Category);
-            EXPECT_FALSE(cView.bApply);
-            cForm->TabClick(RulesPane::Global);
-            EXPECT_TRUE(cView.bApply);
-            cForm->ApplyClick();
-            EXPECT_FALSE(cView.bApply);
-        }
-        cForm->TabClick(RulesPane::Category);
-        for (const RuleBox eBox : {txtArtistSepMins1, txtTitleSepMins1, txtAlbumSepMins})
-        {
-            Type(eBox, L"5");
-            EXPECT_TRUE(cView.bApply);
-            cForm->ApplyClick();
-            EXPECT_FALSE(cView.bApply);
-        }
+        for (const auto& [ePane, eOther] : {std::pair{RulesPane::Global, RulesPane::Category},
+                                            std::pair{RulesPane::Category, RulesPane::Global}})
+            for (const RuleBox eBox : BoxesOf(ePane))
+            {
+                cForm->TabClick(ePane);
+                Type(eBox, L"5");
+                EXPECT_TRUE(cView.bApply);
+                cForm->TabClick(eOther);
+                EXPECT_FALSE(cView.bApply);
+                cForm->TabClick(ePane);
+                EXPECT_TRUE(cView.bApply);
+                cForm->ApplyClick();
+                EXPECT_FALSE(cView.bApply);
+            }
         ClickIgnore(true);
         EXPECT_TRUE(cView.bApply);
     });
@@ -617,7 +596,7 @@ TEST_F(Form, ApplyStoresTheGlobalRules)
     {
         const wchar_t* sTyped;
         std::int32_t lArtistOrTitle; // absolute
-        std::int32_t lAlbum;         // as it stands; negative becomes 60
+        std::int32_t lAlbum;         // negative becomes 60
     } table[] = {
         {L"45", 45, 45},          {L"0", 0, 0},
         {L"-5", 5, 60},           {L" 7.5 ", 8, 8},
@@ -628,22 +607,22 @@ TEST_F(Form, ApplyStoresTheGlobalRules)
     };
     for (const auto& row : table)
     {
-        cMod.SetGlobalArtistSepMins(33);
-        cMod.SetGlobalTitleSepMins(33);
-        cMod.SetGlobalAlbumSepMins(33);
+        SetGlobalMins({33, 33, 33});
+        const Minutes lStored{row.lArtistOrTitle, row.lArtistOrTitle, row.lAlbum};
+        Texts colStored;
+        std::string settings;
+        for (const std::int32_t lValue : lStored)
+        {
+            colStored.push_back(std::to_wstring(lValue));
+            settings += std::to_string(lValue) + "\r\n";
+        }
         Open(L"Rock", 3, [&] {
-            for (const RuleBox eBox : {txtArtistSepMins0, txtTitleSepMins0, txtGlobalAlbumSepMins})
-                Type(eBox, row.sTyped);
+            TypeAll(RulesPane::Global, row.sTyped);
             cForm->ApplyClick();
-            // The boxes show what is stored now.
-            EXPECT_EQ(cView.texts[txtArtistSepMins0], std::to_wstring(row.lArtistOrTitle));
-            EXPECT_EQ(cView.texts[txtGlobalAlbumSepMins], std::to_wstring(row.lAlbum));
+            EXPECT_EQ(TextsOf(RulesPane::Global), colStored);
         });
-        EXPECT_EQ(cMod.GlobalArtistSepMins(), row.lArtistOrTitle);
-        EXPECT_EQ(cMod.GlobalTitleSepMins(), row.lArtistOrTitle);
-        EXPECT_EQ(cMod.GlobalAlbumSepMins(), row.lAlbum);
-        const auto line = [](std::int32_t lValue) { return std::to_string(lValue) + "\r\n"; };
-        EXPECT_EQ(Settings(), line(row.lArtistOrTitle) + line(row.lArtistOrTitle) + line(row.lAlbum));
+        EXPECT_EQ(GlobalMins(), lStored);
+        EXPECT_EQ(Settings(), settings);
     }
 }
 
@@ -653,7 +632,7 @@ TEST_F(Form, ApplyStoresTheRulesOfTheCategory)
     {
         const wchar_t* sTyped;
         std::int32_t lArtistOrTitle; // absolute
-        std::int32_t lAlbum;         // as it stands: below zero unsets the rule
+        std::int32_t lAlbum;         // below zero unsets the rule
     } table[] = {{L"45", 45, 45}, {L"-5", 5, -5}, {L"0", 0, 0},
                  {L"x", 20, 20},  {L"7.5", 8, 8}, {L"9999999999", 20, 20}};
     for (const auto& row : table)
@@ -661,14 +640,11 @@ TEST_F(Form, ApplyStoresTheRulesOfTheCategory)
         Rules(L"Rock", 3).Apply({20, 20, 20, false});
         Open(L"Rock", 3, [&] {
             cForm->TabClick(RulesPane::Category);
-            for (const RuleBox eBox : {txtArtistSepMins1, txtTitleSepMins1, txtAlbumSepMins})
-                Type(eBox, row.sTyped);
+            TypeAll(RulesPane::Category, row.sTyped);
             ClickIgnore(true);
             cForm->ApplyClick();
         });
-        EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), row.lArtistOrTitle);
-        EXPECT_EQ(Rules(L"Rock", 3).TitleSepMins(), row.lArtistOrTitle);
-        EXPECT_EQ(Rules(L"Rock", 3).AlbumSepMins(), row.lAlbum);
+        EXPECT_EQ(Mins(L"Rock", 3), (Minutes{row.lArtistOrTitle, row.lArtistOrTitle, row.lAlbum}));
         EXPECT_TRUE(Rules(L"Rock", 3).IgnoreRules());
     }
     EXPECT_EQ(Shown(), Boxes());
@@ -683,10 +659,10 @@ TEST_F(Form, TheRulesOfALLAreTheMainCategorysOwn)
     });
     EXPECT_EQ(Rules(L"Rock", 0).ArtistSepMins(), 77);
     EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 60);
-    EXPECT_TRUE(cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC0.rls"));
+    EXPECT_TRUE(HasRules(L"0"));
 }
 
-// A shown global value must not become the category's own because something else was changed.
+// A shown global value must not become the category's own because another box was changed.
 TEST_F(Form, BoxesTheUserDidNotChangeAreNotStored)
 {
     Open(L"Rock", 3, [&] {
@@ -695,9 +671,30 @@ TEST_F(Form, BoxesTheUserDidNotChangeAreNotStored)
         cForm->ApplyClick();
     });
     cMod.SetGlobalArtistSepMins(99);
-    EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 99);
-    EXPECT_EQ(Rules(L"Rock", 3).TitleSepMins(), 5);
-    EXPECT_EQ(Rules(L"Rock", 3).AlbumSepMins(), -1);
+    EXPECT_EQ(Mins(L"Rock", 3), (Minutes{99, 5, -1}));
+    Open(L"Rock", 3, [&] {
+        cMod.SetGlobalArtistSepMins(17); // a host, while the window is open
+        cForm->OKClick();
+    });
+    EXPECT_EQ(cMod.GlobalArtistSepMins(), 17);
+}
+
+TEST_F(Form, ApplySavesTheVisiblePaneAndKeepsEditsOfTheOther)
+{
+    Open(L"Rock", 3, [&] {
+        Type(txtArtistSepMins0, L"45");
+        Type(txtTitleSepMins1, L"46");
+        cForm->ApplyClick();
+        cForm->TabClick(RulesPane::Category);
+        EXPECT_EQ(cView.texts[txtTitleSepMins1], L"46");
+        EXPECT_TRUE(cView.bApply);
+        EXPECT_EQ(cMod.GlobalArtistSepMins(), 45);
+        EXPECT_EQ(Rules(L"Rock", 3).TitleSepMins(), 60);
+        Type(txtArtistSepMins0, L"47");
+        cForm->ApplyClick();
+        EXPECT_EQ(Rules(L"Rock", 3).TitleSepMins(), 46);
+        EXPECT_EQ(cMod.GlobalArtistSepMins(), 45);
+    });
 }
 
 TEST_F(Form, NewGlobalValuesShowInTheCategoryPaneWhereItHasNoneOfItsOwn)
@@ -705,32 +702,7 @@ TEST_F(Form, NewGlobalValuesShowInTheCategoryPaneWhereItHasNoneOfItsOwn)
     Open(L"Rock", 3, [&] {
         Type(txtArtistSepMins0, L"45");
         cForm->ApplyClick();
-        cForm->TabClick(RulesPane::Category);
-        EXPECT_EQ(cView.texts[txtArtistSepMins1], L"45");
-    });
-}
-
-TEST_F(Form, EditsOfTheCategoryPaneSurviveApplyingTheGlobalOne)
-{
-    Open(L"Rock", 3, [&] {
-        Type(txtArtistSepMins1, L"9");
-        Type(txtArtistSepMins0, L"45");
-        cForm->ApplyClick();
-        EXPECT_EQ(cView.texts[txtArtistSepMins1], L"9");
-        cForm->TabClick(RulesPane::Category);
-        EXPECT_TRUE(cView.bApply);
-    });
-}
-
-TEST_F(Form, ApplySavesTheVisiblePaneOnly)
-{
-    Open(L"Rock", 3, [&] {
-        Type(txtArtistSepMins0, L"45");
-        Type(txtArtistSepMins1, L"46");
-        cForm->TabClick(RulesPane::Category);
-        cForm->ApplyClick();
-        EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 46);
-        EXPECT_EQ(cMod.GlobalArtistSepMins(), 60);
+        EXPECT_EQ(TextsOf(RulesPane::Category), (Texts{L"45", L"60", L"-1"}));
     });
 }
 
@@ -751,11 +723,13 @@ TEST_F(Form, RulesThatCannotBeSavedAreReported)
 
 // ---- the pending-change question ----
 
-TEST_F(Form, ChangingTheCategoryAsksOnceAndYesSavesToTheOldOne)
+TEST_F(Form, ChangingTheCategoryAsksOnceAndYesSavesEveryEditedPane)
 {
     Answers(BoxAnswer::Yes);
     Open(L"Rock", 3, [&] {
         Type(txtArtistSepMins1, L"46");
+        Type(txtTitleSepMins0, L"47");
+        Type(txtGlobalAlbumSepMins, L"48");
         ClickCat(L"Jazz");
         EXPECT_EQ(Shown(), (Boxes{PendingChanges(L"Rock")}));
         ClickLevel(L"ALL");
@@ -763,6 +737,7 @@ TEST_F(Form, ChangingTheCategoryAsksOnceAndYesSavesToTheOldOne)
     });
     EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 46);
     EXPECT_EQ(Rules(L"Jazz", 2).ArtistSepMins(), 60);
+    EXPECT_EQ(GlobalMins(), (Minutes{60, 47, 48}));
 }
 
 TEST_F(Form, NoLosesTheEdits)
@@ -776,60 +751,38 @@ TEST_F(Form, NoLosesTheEdits)
             Type(txtTitleSepMins0, L"47");
             Type(txtGlobalAlbumSepMins, L"48");
             ClickCat(L"Jazz");
-            EXPECT_EQ(cView.texts[txtTitleSepMins0], L"60");
-            EXPECT_EQ(cView.texts[txtGlobalAlbumSepMins], L"60");
+            EXPECT_EQ(TextsOf(RulesPane::Global), (Texts{L"60", L"60", L"60"}));
             ClickCat(L"Rock");
             ClickLevel(L"3");
             EXPECT_EQ(cView.texts[txtArtistSepMins1], L"60");
-            EXPECT_EQ(Shown(), (Boxes{PendingChanges(L"Rock")}));
             cForm->OKClick();
         });
-        EXPECT_EQ(Shown().size(), 1u);
+        EXPECT_EQ(Shown(), (Boxes{PendingChanges(L"Rock")}));
         EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 60);
-        EXPECT_EQ(cMod.GlobalTitleSepMins(), 60);
-        EXPECT_EQ(cMod.GlobalAlbumSepMins(), 60);
+        EXPECT_EQ(GlobalMins(), (Minutes{60, 60, 60}));
     }
 }
 
-TEST_F(Form, YesSavesEveryEditedPane)
+TEST_F(Form, ClosingAsksAboutEachEditButTheGlobalAlbum)
 {
-    Answers(BoxAnswer::Yes);
-    Open(L"Rock", 3, [&] {
-        Type(txtArtistSepMins1, L"46");
-        Type(txtTitleSepMins0, L"47");
-        Type(txtGlobalAlbumSepMins, L"48");
-        ClickCat(L"Jazz");
-    });
-    EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 46);
-    EXPECT_EQ(cMod.GlobalTitleSepMins(), 47);
-    EXPECT_EQ(cMod.GlobalAlbumSepMins(), 48);
-}
-
-TEST_F(Form, EachOfThePendingEditsRaisesTheQuestionOnClosing)
-{
-    const std::pair<RuleBox, bool> table[] = {{txtArtistSepMins0, true},      {txtTitleSepMins0, true},
-                                              {txtGlobalAlbumSepMins, false}, {txtArtistSepMins1, true},
-                                              {txtTitleSepMins1, true},       {txtAlbumSepMins, true}};
-    for (const bool bOK : {true, false})
-    {
-        for (const auto& row : table)
+    const auto expectQuestion = [&](const std::function<void()>& edit, bool bAsks) {
+        for (const bool bOK : {true, false})
         {
-            const RuleBox eBox = row.first;
-            const bool bAsks = row.second;
             Shown().clear();
             Open(L"Rock", 3, [&] {
-                Type(eBox, L"46");
+                edit();
                 bOK ? cForm->OKClick() : cForm->CancelClick();
             });
-            EXPECT_EQ(Shown(), bAsks ? Boxes{PendingChanges(L"Rock")} : Boxes()) << static_cast<int>(eBox);
+            EXPECT_EQ(Shown(), bAsks ? Boxes{PendingChanges(L"Rock")} : Boxes());
         }
-        Shown().clear();
-        Open(L"Rock", 3, [&] {
-            ClickIgnore(true);
-            bOK ? cForm->OKClick() : cForm->CancelClick();
-        });
-        EXPECT_EQ(Shown(), Boxes{PendingChanges(L"Rock")});
-    }
+    };
+    for (const RulesPane ePane : {RulesPane::Global, RulesPane::Category})
+        for (const RuleBox eBox : BoxesOf(ePane))
+        {
+            SCOPED_TRACE(static_cast<int>(eBox));
+            expectQuestion([&] { Type(eBox, L"46"); }, eBox != txtGlobalAlbumSepMins);
+        }
+    expectQuestion([&] { ClickIgnore(true); }, true);
 }
 
 TEST_F(Form, NothingIsAskedWhenNothingIsPending)
@@ -854,7 +807,6 @@ TEST_F(Form, WithoutACategoryTheQuestionNamesNone)
     EXPECT_EQ(Shown(), (Boxes{PendingChanges(L"")}));
 }
 
-// The cuts are what was selected when OK was clicked, not what a changed list holds after the question.
 TEST_F(Form, TheSelectedCutsAreTakenBeforeTheQuestion)
 {
     cPorts.cMessages.OnShown = [&] { cScreen.lists[lstsongs1].lSelected.clear(); };
@@ -868,14 +820,7 @@ TEST_F(Form, TheSelectedCutsAreTakenBeforeTheQuestion)
 
 TEST_F(Form, ClicksWhileTheQuestionIsOpenAreIgnored)
 {
-    cPorts.cMessages.OnShown = [&] {
-        cForm->OKClick();
-        cForm->CancelClick();
-        cForm->ApplyClick();
-        cForm->NewClick();
-        cForm->NewLevelClick();
-        cForm->SchedLibClick();
-    };
+    cPorts.cMessages.OnShown = [&] { ClickEverything(); };
     EXPECT_EQ(Open(
                   L"Rock", 3,
                   [&] {
@@ -891,17 +836,19 @@ TEST_F(Form, ClicksWhileTheQuestionIsOpenAreIgnored)
 
 TEST_F(Form, ClosingStoresGlobalArtistAndTitleNeverTheAlbum)
 {
+    EXPECT_FALSE(cPorts.cFiles.FileExists(sSettingsPath));
+    Open(L"Rock", 3, [&] { cForm->CancelClick(); });
+    EXPECT_EQ(Settings(), "60\r\n60\r\n60\r\n");
     for (const BoxAnswer eAnswer : {BoxAnswer::Yes, BoxAnswer::No})
     {
         Answers(eAnswer);
-        cMod.SetGlobalAlbumSepMins(60);
+        SetGlobalMins({60, 60, 60});
         Open(L"Rock", 3, [&] {
             Type(txtArtistSepMins0, L"-31");
             Type(txtTitleSepMins0, L"abc");
             cForm->CancelClick();
         });
-        EXPECT_EQ(cMod.GlobalArtistSepMins(), 31);
-        EXPECT_EQ(cMod.GlobalTitleSepMins(), 60);
+        EXPECT_EQ(GlobalMins(), (Minutes{31, 60, 60}));
     }
     Open(L"Rock", 3, [&] {
         Type(txtGlobalAlbumSepMins, L"34");
@@ -910,29 +857,15 @@ TEST_F(Form, ClosingStoresGlobalArtistAndTitleNeverTheAlbum)
     EXPECT_EQ(cMod.GlobalAlbumSepMins(), 60);
 }
 
-TEST_F(Form, ClosingWritesTheSettingsFile)
-{
-    EXPECT_FALSE(HasSettings());
-    Open(L"Rock", 3, [&] { cForm->CancelClick(); });
-    EXPECT_EQ(Settings(), "60\r\n60\r\n60\r\n");
-}
-
-// Somebody else may have set them since the window opened.
-TEST_F(Form, ClosingLeavesGlobalValuesTheUserDidNotTouch)
-{
-    Open(L"Rock", 3, [&] {
-        cMod.SetGlobalArtistSepMins(17);
-        cForm->OKClick();
-    });
-    EXPECT_EQ(cMod.GlobalArtistSepMins(), 17);
-}
-
 // ---- new categories and levels ----
 
 TEST_F(Form, ANewCategoryIsListedAndChosen)
 {
-    cPorts.cMessages.Typed = {L"Swing/Bop"};
     Open(L"Rock", 3, [&] {
+        cForm->NewClick(); // given up
+        EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
+        EXPECT_EQ(cScreen.Current(lstlvl), L"3");
+        cPorts.cMessages.Typed = {L"Swing/Bop"};
         cForm->NewClick();
         EXPECT_EQ(cScreen.Entries(lstCat), (Texts{L"Rock", L"Jazz", L"NOCAT", L"Swing_Bop"}));
         EXPECT_EQ(cScreen.Current(lstCat), L"Swing_Bop");
@@ -940,54 +873,42 @@ TEST_F(Form, ANewCategoryIsListedAndChosen)
         EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"ALL"}));
         cForm->OKClick();
     });
-    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Swing_Bop"));
-    EXPECT_EQ(request.cSubCatChosen, Level(L"Swing_Bop", 1));
+    ExpectChosen(MainCat(L"Swing_Bop"), Level(L"Swing_Bop", 1));
 }
 
-// Placement the cut in it is for the user to ask for.
+// The cut is placed in it only when the user asks for that.
 TEST_F(Form, WithMultiSelectANewCategoryIsCurrentButNotSelected)
 {
-    cPorts.cMessages.Typed = {L"Swing"};
-    request.cCut = CutOf(3);
-    request.bAllowMultiSelect = true;
-    Open(L"", 0, [&] {
-        cForm->NewClick();
-        EXPECT_EQ(cScreen.Current(lstCat), L"Swing");
-        EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Jazz"}));
-        cForm->OKClick();
-    });
-    EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
-    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Swing"));
-}
-
-TEST_F(Form, WithMultiSelectANewNoCatIsNotMarkedAndUnmarked)
-{
     cSchedMan->DeleteCats({MainCat(L"NOCAT")});
-    cPorts.cMessages.Typed = {L"NOCAT"};
-    request.cCut = CutOf(3);
-    request.bAllowMultiSelect = true;
-    Open(L"", 0, [&] {
-        cForm->NewClick();
-        EXPECT_EQ(cScreen.Current(lstCat), L"NOCAT");
-        EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"ALL"}));
-        EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Jazz"}));
-        cForm->OKClick();
-    });
-    EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
+    MultiSelect(3);
+    for (const wchar_t* sName : {L"Swing", L"NOCAT"})
+    {
+        cPorts.cMessages.Typed = {sName};
+        Open(L"", 0, [&] {
+            cForm->NewClick();
+            EXPECT_EQ(cScreen.Current(lstCat), sName);
+            EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"ALL"}));
+            EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Jazz"}));
+            EXPECT_TRUE(cScreen.enabled.at(lstCat));
+            EXPECT_FALSE(cScreen.enabled.at(lstsongs1));
+            cForm->OKClick();
+        });
+        EXPECT_EQ(CutOf(3)->CategoryText(), L"Jazz");
+        EXPECT_EQ(request.cMainCatChosen, MainCat(sName));
+        request.cMainCatChosen = request.cSubCatChosen = nullptr;
+    }
 }
 
-TEST_F(Form, NothingCanBeUsedWhileALevelIsMadeAndSaved)
+TEST_F(Form, NothingCanBeUsedWhileACategoryOrLevelIsMade)
 {
     for (int i = 0; i < 1000; ++i) // enough for the save to pump messages
         Add(L"more " + std::to_wstring(i), L"Rock", 1, L"A", std::to_wstring(i));
     Repopulate();
-    cPorts.cMessages.Typed = {L"2"};
+    int lTries = 0;
     const auto tryEverything = [&] {
+        ++lTries;
         EXPECT_TRUE(Disabled());
-        cForm->OKClick();
-        cForm->CancelClick();
-        cForm->TabClick(RulesPane::Category);
-        cForm->StripClick(true);
+        ClickEverything();
         EXPECT_EQ(cView.ePane, RulesPane::Global);
         EXPECT_TRUE(cView.bRulesArea);
         EXPECT_TRUE(cView.bOpen);
@@ -995,55 +916,33 @@ TEST_F(Form, NothingCanBeUsedWhileALevelIsMadeAndSaved)
     cPorts.cMessages.OnShown = tryEverything;
     Open(L"Rock", 3, [&] {
         Type(txtArtistSepMins1, L"46");
-        WhilePumping(tryEverything);
+        cForm->NewClick();
+        EXPECT_EQ(lTries, 1) << "asked for its name";
+        EXPECT_FALSE(cView.bBusy);
+        cPorts.cMessages.Typed = {L"2"};
+        cPorts.cHostLoop.OnPump = tryEverything;
         cForm->NewLevelClick();
         EXPECT_FALSE(cView.bBusy);
         EXPECT_TRUE(cScreen.enabled.at(lstCat));
         EXPECT_FALSE(cScreen.bHourglass);
     });
-    EXPECT_GT(lPumps, 0);
+    EXPECT_GT(lTries, 2);
+    EXPECT_EQ(cPorts.cMessages.Inputs.size(), 2u);
     EXPECT_EQ(Shown(), Boxes());
     EXPECT_TRUE(Level(L"Rock", 2));
 }
 
-TEST_F(Form, NothingCanBeUsedWhileACategoryIsMade)
-{
-    cPorts.cMessages.OnShown = [&] { EXPECT_TRUE(Disabled()); };
-    Open(L"Rock", 3, [&] {
-        cForm->NewClick();
-        EXPECT_FALSE(cView.bBusy);
-    });
-    EXPECT_EQ(cPorts.cMessages.Inputs.size(), 1u);
-}
-
-TEST_F(Form, WithMultiSelectTheSongsStayDisabledAfterACommand)
-{
-    cPorts.cMessages.Typed = {L"Swing"};
-    request.bAllowMultiSelect = true;
-    Open(L"", 0, [&] {
-        cForm->NewClick();
-        EXPECT_TRUE(cScreen.enabled.at(lstCat));
-        EXPECT_FALSE(cScreen.enabled.at(lstsongs1));
-    });
-}
-
-TEST_F(Form, GivingUpANewCategoryKeepsTheChoice)
-{
-    Open(L"Rock", 3, [&] {
-        cForm->NewClick();
-        EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
-        EXPECT_EQ(cScreen.Current(lstlvl), L"3");
-    });
-}
-
-TEST_F(Form, ANewLevelIsListedAndItsCategoryStaysChosen)
+TEST_F(Form, ANewLevelKeepsTheChoiceAndPendingEdits)
 {
     cPorts.cMessages.Typed = {L"2"};
     Open(L"Rock", 3, [&] {
+        Type(txtArtistSepMins1, L"46");
         cForm->NewLevelClick();
         EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"2", L"3", L"ALL"}));
         EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
         EXPECT_EQ(cScreen.Current(lstlvl), L"3");
+        EXPECT_EQ(cView.texts[txtArtistSepMins1], L"46");
+        EXPECT_EQ(Shown(), Boxes());
     });
     EXPECT_TRUE(Level(L"Rock", 2));
 }
@@ -1057,8 +956,7 @@ TEST_F(Form, ClickOnADeletedLevelMeansAllLevels)
         EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Rock [ALL LEVELS].");
         cForm->OKClick();
     });
-    EXPECT_EQ(request.cMainCatChosen, MainCat(L"Rock"));
-    EXPECT_EQ(request.cSubCatChosen, nullptr);
+    ExpectChosen(MainCat(L"Rock"), nullptr);
 }
 
 TEST_F(Form, ANewLevelNeedsACategory)
@@ -1069,32 +967,20 @@ TEST_F(Form, ANewLevelNeedsACategory)
                            L"Impossible to create a level is we dont know which main cat it's in!")}));
 }
 
-TEST_F(Form, ANewLevelKeepsPendingEdits)
-{
-    cPorts.cMessages.Typed = {L"2"};
-    Open(L"Rock", 3, [&] {
-        Type(txtArtistSepMins1, L"46");
-        cForm->NewLevelClick();
-        EXPECT_EQ(cView.texts[txtArtistSepMins1], L"46");
-        EXPECT_EQ(Shown(), Boxes());
-    });
-}
+// ---- the library and the strip ----
 
-// ---- the library ----
-
-TEST_F(Form, TheMenuOpensTheLibraryUnlessItIsShowingAlready)
+TEST_F(Form, TheMenuOpensTheLibraryUnlessItIsShowing)
 {
     cSchedMan->SetWindows(&cWindows);
     Open(L"Rock", 3, [&] {
-        cForm->MenuOpening();
-        EXPECT_TRUE(cView.bLibraryMenu);
-        cForm->SchedLibClick();
-        EXPECT_EQ(cWindows.lShown, 1);
-        cWindows.bShowing = true;
-        cForm->MenuOpening();
-        EXPECT_FALSE(cView.bLibraryMenu);
-        cForm->SchedLibClick();
-        EXPECT_EQ(cWindows.lShown, 1);
+        for (const bool bShowing : {false, true})
+        {
+            cWindows.bShowing = bShowing;
+            cForm->MenuOpening();
+            EXPECT_EQ(cView.bLibraryMenu, !bShowing);
+            cForm->SchedLibClick();
+            EXPECT_EQ(cWindows.lShown, 1);
+        }
     });
 }
 
@@ -1111,27 +997,19 @@ TEST_F(Form, WhatTheLibraryDeletedIsGoneFromTheWindow)
         cForm->OKClick();
     });
     EXPECT_EQ(Shown(), Boxes());
-    EXPECT_EQ(request.cMainCatChosen, nullptr);
-    EXPECT_EQ(request.cSubCatChosen, nullptr);
+    ExpectChosen(nullptr, nullptr);
 }
-
-// ---- the strip ----
 
 TEST_F(Form, TheStripShowsAndHidesTheRulesAndIsRemembered)
 {
-    Open(L"", 0, [&] {
-        EXPECT_TRUE(cView.bRulesArea);
-        cForm->StripClick(false);
-        EXPECT_TRUE(cView.bRulesArea);
-        cForm->StripClick(true);
-        EXPECT_FALSE(cView.bRulesArea);
-    });
-    Open(L"", 0, [&] {
-        EXPECT_FALSE(cView.bRulesArea);
-        cForm->StripClick(true);
-        EXPECT_TRUE(cView.bRulesArea);
-    });
-    Open(L"", 0, [&] { EXPECT_TRUE(cView.bRulesArea); });
+    for (const bool bShown : {true, false, true})
+        Open(L"", 0, [&] {
+            EXPECT_EQ(cView.bRulesArea, bShown);
+            cForm->StripClick(false);
+            EXPECT_EQ(cView.bRulesArea, bShown);
+            cForm->StripClick(true);
+            EXPECT_EQ(cView.bRulesArea, !bShown);
+        });
 }
 
 } // namespace ravlo::test
