@@ -62,15 +62,19 @@ public:
         return !m_best.Cut || (violation.MinsAgo > m_best.MinsAgo &&
                                SingleText(violation.MinsAgo) != SingleText(m_best.MinsAgo));
     }
-    void Keep(const clsRuleViolation& violation, std::shared_ptr<Cut> cCopy)
+    void Keep(const Candidate& candidate, const clsRuleViolation& violation, std::shared_ptr<Cut> cCopy)
     {
+        m_original = candidate;
         m_best = violation;
         m_best.Cut = std::move(cCopy);
     }
     // Its Cut is the copy; null when there was no violator.
     const clsRuleViolation& Best() const noexcept { return m_best; }
 
+    const Candidate& Original() const noexcept { return m_original; }
+
 private:
+    Candidate m_original;
     clsRuleViolation m_best;
 };
 
@@ -129,8 +133,8 @@ public:
             LookForDisturbance(colOrder);
             if (!BringFreshCutToHead(*colOrder))
                 break;
-            if (std::shared_ptr<Cut> cCopy = ExamineHead(*colOrder))
-                return Chosen(std::move(cCopy), eKindChosen);
+            if (std::shared_ptr<Cut> cChosen = ExamineHead(*colOrder))
+                return cChosen;
         }
         return ChosenFromViolators();
     }
@@ -202,9 +206,10 @@ private:
             throw;
         }
         if (m_bMustBeOpener)
-            NoteCut(bAccepted ? StepKind::OpenerConsidered : StepKind::NotAnOpener, candidate);
+            m_world.note(
+                StepAbout(bAccepted ? StepKind::OpenerConsidered : StepKind::NotAnOpener, candidate));
         else
-            NoteCut(StepKind::Considered, candidate);
+            m_world.note(StepAbout(StepKind::Considered, candidate));
         SendHeadToBack(colOrder, *cHead);
         return bAccepted ? Measured(candidate) : nullptr;
     }
@@ -240,23 +245,22 @@ private:
 
     std::shared_ptr<Cut> Measured(const Candidate& candidate)
     {
-        clsRuleViolation violation =
-            ViolatesRules(*m_cSubCat, candidate, m_reference, m_world, m_bShowErrors);
+        RuleCheck check = ViolatesRules(*m_cSubCat, candidate, m_reference, m_world, m_bShowErrors);
+        clsRuleViolation& violation = check.violation;
         if (violation.TitleMinsAgo == 0)
             violation.TitleMinsAgo = sngNoTitlePlay;
 
-        TraceStep step = StepInLevel(StepKind::Measured, *m_cSubCat);
-        step.sArtist = candidate.cArtist.Text();
-        step.sTitle = candidate.cTitle.Text();
+        TraceStep step = StepAbout(StepKind::Measured, candidate);
         step.pViolation = &violation;
+        step.pBreach = &check.breach;
         step.dTitleMinsKey = std::nearbyint(static_cast<double>(violation.TitleMinsAgo) * 1000.0) / 1000.0;
         m_world.note(step);
 
         if (violation.Violation == eNone)
-            return CopyOf(*candidate.cCut);
+            return Chosen(candidate, CopyOf(*candidate.cCut), eKindChosen);
         // Copied now: the cut may change during the next pump.
         if (m_best.Replaces(violation))
-            m_best.Keep(violation, CopyOf(*candidate.cCut));
+            m_best.Keep(candidate, violation, CopyOf(*candidate.cCut));
         return nullptr;
     }
 
@@ -270,22 +274,27 @@ private:
         m_world.note(StepInLevel(StepKind::OnlyViolators, *m_cSubCat));
         const std::wstring sArtist = best.Cut->Artist();
         const std::wstring sTitle = best.Cut->Title();
-        TraceStep step = StepInLevel(StepKind::ViolatorChosen, *m_cSubCat);
+        TraceStep step = StepAbout(StepKind::ViolatorChosen, m_best.Original());
         step.sArtist = sArtist;
         step.sTitle = sTitle;
         step.pViolation = &best;
         m_world.note(step);
-        return Chosen(best.Cut, KindOf(best));
+        return Chosen(m_best.Original(), best.Cut, KindOf(best));
     }
 
-    std::shared_ptr<Cut> Chosen(std::shared_ptr<Cut> cCopy, CutKind eKind)
+    std::shared_ptr<Cut> Chosen(const Candidate& candidate, std::shared_ptr<Cut> cCopy, CutKind eKind)
     {
         cCopy->SetKindCode(eKind);
         m_world.note(StepInLevel(StepKind::LevelOfChoice, *m_cSubCat));
         TraceStep average = StepInLevel(StepKind::AverageRunTime, *m_cSubCat);
         average.lAverageRunTimemS = m_cSubCat->AverageRunTimemS();
         m_world.note(average);
-        NoteCut(StepKind::Chosen, Candidate{cCopy, cCopy->ArtistKey(), cCopy->TitleKey()});
+        const TextKey cArtist = cCopy->ArtistKey();
+        const TextKey cTitle = cCopy->TitleKey();
+        TraceStep chosen = StepAbout(StepKind::Chosen, candidate);
+        chosen.sArtist = cArtist.Text();
+        chosen.sTitle = cTitle.Text();
+        m_world.note(chosen);
         return cCopy;
     }
 
@@ -297,12 +306,13 @@ private:
         return Placeholder(eKind);
     }
 
-    void NoteCut(StepKind eKind, const Candidate& candidate)
+    TraceStep StepAbout(StepKind eKind, const Candidate& candidate) const noexcept
     {
         TraceStep step = StepInLevel(eKind, *m_cSubCat);
         step.sArtist = candidate.cArtist.Text();
         step.sTitle = candidate.cTitle.Text();
-        m_world.note(step);
+        step.pCandidate = &candidate;
+        return step;
     }
 
     const std::shared_ptr<clsCat> m_cSubCat; // kept alive: a host may delete it during a pump
@@ -338,8 +348,8 @@ SelectionContext LiveContext(ModScheduler& cMod, const PlayHistory& cHistory,
         cHistory, std::move(cDataBase), cMod.Ports().cClock, [&cMod] { cMod.Pump(); }, note, report};
 }
 
-clsRuleViolation ViolatesRules(clsCat& cSubCat, const Candidate& candidate, Reference& reference,
-                               const SelectionContext& context, bool& bShowErrors)
+RuleCheck ViolatesRules(clsCat& cSubCat, const Candidate& candidate, Reference& reference,
+                        const SelectionContext& context, bool& bShowErrors)
 {
     const ErrorSink failed = [&](const RuntimeError& cError) {
         const bool bShow = std::exchange(bShowErrors, false);
@@ -347,7 +357,7 @@ clsRuleViolation ViolatesRules(clsCat& cSubCat, const Candidate& candidate, Refe
     };
     try
     {
-        return MeasureAgainstRules(RulesOf(*cSubCat.Rules()), candidate, context.cHistory, reference, failed);
+        return MeasureAgainstRules(context.rules(cSubCat), candidate, context.cHistory, reference, failed);
     }
     catch (...)
     {

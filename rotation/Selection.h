@@ -34,18 +34,21 @@ struct SelectionContext
     std::function<void()> pump; // lets the host's user interface run, which may change anything
     TraceSink note;             // receives each step as it happens
     std::function<void(ErrorReport eHow, const wchar_t* sWhere, const RuntimeError& cError)> report;
+    bool bFairRotation = false;
+    // The rules in force in a level. A simulation gives it others than its own.
+    std::function<SeparationRules(clsCat&)> rules = [](clsCat& cSubCat) { return RulesOf(*cSubCat.Rules()); };
 };
 
 // The context of a scheduler on air: its clock, host loop and boxes, with its debug log as the trace's sink.
 SelectionContext LiveContext(ModScheduler& cMod, const PlayHistory& cHistory,
                              std::shared_ptr<const DataBase> cDataBase);
 
-// Returns which rule a candidate breaks, and by how much; Cut is set only when one is broken. An error while
+// Returns which rule a candidate breaks, by how much, and what is in its way. An error while
 // measuring is reported (shown when bShowErrors is true, which the call then clears, else logged) and the
 // other rules are still measured: a play that cannot be read breaks no rule, since a cut too soon is better
 // than silence.
-clsRuleViolation ViolatesRules(clsCat& cSubCat, const Candidate& candidate, Reference& reference,
-                               const SelectionContext& context, bool& bShowErrors);
+RuleCheck ViolatesRules(clsCat& cSubCat, const Candidate& candidate, Reference& reference,
+                        const SelectionContext& context, bool& bShowErrors);
 
 // What a selection found.
 struct Pick

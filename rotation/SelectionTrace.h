@@ -2,7 +2,7 @@
 #pragma once
 
 #include "model/clsCat.h"
-#include "model/clsRuleViolation.h"
+#include "rotation/SeparationRules.h"
 
 #include <cstdint>
 #include <functional>
@@ -36,7 +36,8 @@ enum class StepKind
     Chosen,           // the cut that goes to the host
 };
 
-// Texts and pViolation are valid only during the sink's call. Members that do not concern the step are empty.
+// Texts and what is pointed to are valid only during the sink's call. Members that do not concern the step
+// are empty.
 struct TraceStep
 {
     StepKind eKind = StepKind::Asked;
@@ -45,7 +46,9 @@ struct TraceStep
     std::wstring_view sKey; // of the cut the step is about
     std::wstring_view sArtist;
     std::wstring_view sTitle;
+    const Candidate* pCandidate = nullptr; // the level's own cut, of each step that is about a candidate
     const clsRuleViolation* pViolation = nullptr;
+    const Breach* pBreach = nullptr; // Measured: eNone when no rule is broken
     double dTitleMinsKey =
         0; // Measured: TitleMinsAgo rounded to three decimals, by which candidates are listed
     std::int32_t lAverageRunTimemS = 0;

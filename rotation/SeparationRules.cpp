@@ -22,6 +22,13 @@ float Minutes(std::int64_t lReference, std::int64_t played)
     return std::abs(static_cast<float>(dSeconds) / sngSecondsPerMinute);
 }
 
+// A play to measure: null when there is none.
+struct LastPlayed
+{
+    std::shared_ptr<Cut> cCut;
+    TextKey cName = {}; // of the artist, where the artist is measured
+};
+
 // One candidate under measurement.
 class Measurement
 {
@@ -32,7 +39,7 @@ public:
     {
     }
 
-    // lastPlay finds the play to measure, or null; pOwnMinsAgo is the violation's field for this rule.
+    // lastPlay returns the play to measure; pOwnMinsAgo is the violation's field for this rule.
     template <class LastPlay>
     void Check(eRuleViolation eRule, std::int32_t lSeparation, float clsRuleViolation::*pOwnMinsAgo,
                LastPlay&& lastPlay)
@@ -42,13 +49,18 @@ public:
             return;
         try
         {
-            const std::shared_ptr<Cut> cLastPlayed = lastPlay();
-            if (!cLastPlayed)
+            LastPlayed last = lastPlay();
+            if (!last.cCut)
                 return;
             const std::int64_t start = Start();
-            const float sngMinsAgo = Minutes(start, WholeSeconds(m_cHistory.TimeOf(*cLastPlayed)));
-            if (static_cast<double>(sngMinsAgo) < static_cast<double>(lSeparation))
-                Note(eRule, sngMinsAgo, pOwnMinsAgo);
+            const DateTime dtPlayed = m_cHistory.TimeOf(*last.cCut);
+            const float sngMinsAgo = Minutes(start, WholeSeconds(dtPlayed));
+            if (static_cast<double>(sngMinsAgo) >= static_cast<double>(lSeparation))
+                return;
+            m_result.violation.*pOwnMinsAgo = sngMinsAgo;
+            if (m_result.breach.eRule == eNone)
+                Note({eRule, sngMinsAgo, lSeparation, std::move(last.cCut), dtPlayed, m_reference.Time(),
+                      std::move(last.cName)});
         }
         catch (...)
         {
@@ -56,17 +68,15 @@ public:
         }
     }
 
-    clsRuleViolation& Result() noexcept { return m_violation; }
+    RuleCheck& Result() noexcept { return m_result; }
 
 private:
-    void Note(eRuleViolation eRule, float sngMinsAgo, float clsRuleViolation::*pOwnMinsAgo)
+    void Note(Breach breach)
     {
-        m_violation.*pOwnMinsAgo = sngMinsAgo;
-        if (m_violation.Violation != eNone)
-            return;
-        m_violation.Cut = m_candidate.cCut;
-        m_violation.Violation = eRule;
-        m_violation.MinsAgo = sngMinsAgo;
+        m_result.violation.Cut = m_candidate.cCut;
+        m_result.violation.Violation = breach.eRule;
+        m_result.violation.MinsAgo = breach.MinsAgo;
+        m_result.breach = std::move(breach);
     }
     std::int64_t Start()
     {
@@ -79,7 +89,7 @@ private:
     const PlayHistory& m_cHistory;
     Reference& m_reference;
     const ErrorSink& m_failed;
-    clsRuleViolation m_violation;
+    RuleCheck m_result;
     std::optional<std::int64_t> m_lStart; // the reference time in whole seconds
 };
 
@@ -126,19 +136,19 @@ float MinutesBetween(DateTime dtReference, DateTime dtPlayed)
     return Minutes(WholeSeconds(dtReference), WholeSeconds(dtPlayed));
 }
 
-clsRuleViolation MeasureAgainstRules(const SeparationRules& rules, const Candidate& candidate,
-                                     const PlayHistory& cHistory, Reference& reference,
-                                     const ErrorSink& failed)
+RuleCheck MeasureAgainstRules(const SeparationRules& rules, const Candidate& candidate,
+                              const PlayHistory& cHistory, Reference& reference, const ErrorSink& failed)
 {
     if (rules.bIgnore)
         return {};
     Measurement measurement(candidate, cHistory, reference, failed);
     measurement.Check(eGlobalTitle, rules.lTitle, &clsRuleViolation::TitleMinsAgo,
-                      [&] { return cHistory.TitleHistoryCut(candidate.cTitle); });
-    measurement.Check(eGlobalArtist, rules.lArtist, &clsRuleViolation::ArtistMinsAgo,
-                      [&] { return cHistory.ArtistHistoryCut(candidate.cArtist); });
+                      [&] { return LastPlayed{cHistory.TitleHistoryCut(candidate.cTitle)}; });
+    measurement.Check(eGlobalArtist, rules.lArtist, &clsRuleViolation::ArtistMinsAgo, [&] {
+        return LastPlayed{cHistory.ArtistHistoryCut(candidate.cArtist), candidate.cArtist};
+    });
     measurement.Check(eGlobalAlbum, rules.lAlbum, &clsRuleViolation::AlbumMinsAgo,
-                      [&] { return cHistory.AlbumHistoryCut(candidate.cCut->AlbumKey()); });
+                      [&] { return LastPlayed{cHistory.AlbumHistoryCut(candidate.cCut->AlbumKey())}; });
     return std::move(measurement.Result());
 }
 

@@ -67,12 +67,29 @@ struct Candidate
     TextKey cTitle;
 };
 
+// The first rule a candidate breaks, and the play in its way.
+struct Breach
+{
+    eRuleViolation eRule = eNone;
+    float MinsAgo = 0;
+    std::int32_t lRequiredMins = 0;
+    std::shared_ptr<Cut> cBlockedBy; // the history's cut
+    DateTime dtPlayed = 0;           // when that cut played, as measured
+    DateTime dtStart = 0;            // the reference time
+    TextKey cName;                   // artist rule: the artist's name that breaks it
+};
+
+struct RuleCheck
+{
+    clsRuleViolation violation;
+    Breach breach; // eNone when no rule is broken
+};
+
 // Measures a candidate against the play history, title before artist before album. The first broken rule sets
-// Violation and MinsAgo; every broken rule sets its own minutes. Asks for the reference time only when there
-// is a play to measure. A play or text that cannot be read breaks no rule: its error goes to failed and the
-// other rules are still measured.
-clsRuleViolation MeasureAgainstRules(const SeparationRules& rules, const Candidate& candidate,
-                                     const PlayHistory& cHistory, Reference& reference,
-                                     const ErrorSink& failed);
+// Violation and MinsAgo and is the breach; every broken rule sets its own minutes. Asks for the reference
+// time only when there is a play to measure. A play or text that cannot be read breaks no rule: its error
+// goes to failed and the other rules are still measured.
+RuleCheck MeasureAgainstRules(const SeparationRules& rules, const Candidate& candidate,
+                              const PlayHistory& cHistory, Reference& reference, const ErrorSink& failed);
 
 } // namespace ravlo

@@ -637,5 +637,33 @@ TEST_F(SelectionTest, TraceTellsEachMeasurementAlsoThoseTheLogPassesOver)
     EXPECT_TRUE(station.Log().empty()) << "a selection without a log writes none";
 }
 
+TEST_F(SelectionTest, TraceNamesTheLevelsCutAndThePlayInItsWay)
+{
+    station.AddCuts(2);
+    const auto cPlayed = station.Played(20, L"Ash", L"x");
+    const Cuts colCuts(station.cLevel->SchedCuts()->begin(), station.cLevel->SchedCuts()->end());
+    using Told = std::tuple<StepKind, std::shared_ptr<Cut>, std::shared_ptr<Cut>>;
+    std::vector<Told> colTold;
+    Traced(station, [&](const TraceStep& step) {
+        if (step.pCandidate)
+            colTold.emplace_back(step.eKind, step.pCandidate->cCut,
+                                 step.pBreach ? step.pBreach->cBlockedBy : nullptr);
+    });
+    EXPECT_EQ(colTold, (std::vector<Told>{{StepKind::Considered, colCuts[0], nullptr},
+                                          {StepKind::Measured, colCuts[0], cPlayed},
+                                          {StepKind::Considered, colCuts[1], nullptr},
+                                          {StepKind::Measured, colCuts[1], nullptr},
+                                          {StepKind::Chosen, colCuts[1], nullptr}}));
+}
+
+TEST_F(SelectionTest, RulesOfTheContextTakeThePlaceOfTheLevelsOwn)
+{
+    station.AddCuts(2);
+    station.Played(20, L"Ash", L"x");
+    SelectionContext context = station.Context();
+    context.rules = [](clsCat&) { return SeparationRules{false, 60, 20, -1}; };
+    EXPECT_EQ(NextCutFromCategory(station.cLevel, false, nullptr, context).cCut->Key().Text(), L"a");
+}
+
 } // namespace
 } // namespace ravlo::test

@@ -91,7 +91,8 @@ protected:
         cHistory.Record(*cCut, cDataBase);
     }
 
-    clsRuleViolation Measure(const SeparationRules& rules)
+    clsRuleViolation Measure(const SeparationRules& rules) { return Check(rules).violation; }
+    RuleCheck Check(const SeparationRules& rules)
     {
         Reference reference(nullptr, cClock, [](const RuntimeError&) { FAIL(); });
         return MeasureAgainstRules(
@@ -147,6 +148,37 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"PlayedThisMomentBreaks", 0, 0, 0, All(1, 1, 1), eGlobalTitle, 0, 0, 0, 0},
         Case{"IgnoringRulesBreaksNone", 1, 1, 1, {true, 60, 60, 60}, eNone, 0, 0, 0, 0}),
     [](const testing::TestParamInfo<Case>& test) { return std::string(test.param.sRule); });
+
+TEST_F(MeasureTest, BreachNamesTheFirstBrokenRuleAndThePlayInTheWay)
+{
+    Play(30, L"x", L"Sun", L"");
+    Play(20, L"Ash", L"y", L"");
+    Play(10, L"z", L"z", L"Sky");
+    cCandidate->SetAlbum(L"SKY");
+    struct Broken
+    {
+        SeparationRules rules;
+        eRuleViolation eRule;
+        int lMinsAgo, lRequired;
+        const wchar_t *sBlockedBy, *sName;
+    };
+    for (const Broken& test : {Broken{All(60, 61, 62), eGlobalTitle, 30, 60, L"xSun", L""},
+                               Broken{All(30, 61, 62), eGlobalArtist, 20, 61, L"Ashy", L"ASH"},
+                               Broken{All(30, 20, 62), eGlobalAlbum, 10, 62, L"zzSky", L""}})
+    {
+        SCOPED_TRACE(test.eRule);
+        const Breach breach = Check(test.rules).breach;
+        EXPECT_EQ(breach.eRule, test.eRule);
+        EXPECT_EQ(breach.MinsAgo, static_cast<float>(test.lMinsAgo));
+        EXPECT_EQ(breach.lRequiredMins, test.lRequired);
+        ASSERT_TRUE(breach.cBlockedBy);
+        EXPECT_EQ(breach.cBlockedBy->Key().Text(), test.sBlockedBy);
+        EXPECT_EQ(breach.dtPlayed, cClock.dtNow - test.lMinsAgo * dMinute);
+        EXPECT_EQ(breach.dtStart, cClock.dtNow);
+        EXPECT_EQ(breach.cName.Text(), test.sName);
+    }
+    EXPECT_EQ(Check(All(30, 20, 10)).breach.eRule, eNone);
+}
 
 TEST_F(MeasureTest, SeparationLargerThanSinglePrecisionIsNotRounded)
 {
