@@ -2,7 +2,7 @@
 #include "scheduler/CategoryEditing.h"
 
 #include "base/Text.h"
-#include "scheduler/RandomOrder.h"
+#include "rotation/RandomOrder.h"
 
 #include <algorithm>
 

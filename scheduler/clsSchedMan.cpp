@@ -5,7 +5,7 @@
 #include "base/Text.h"
 #include "scheduler/CutAssignment.h"
 #include "scheduler/MassChange.h"
-#include "scheduler/RandomOrder.h"
+#include "rotation/RandomOrder.h"
 #include "scheduler/SchedManParts.h"
 
 #include <utility>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "scheduler/RandomOrder.h"
+#include "rotation/RandomOrder.h"
 
 #include "platform/memory/MemoryPorts.h"
 #include "support/SyncTest.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "scheduler/RandomOrder.h"
+#include "rotation/RandomOrder.h"
 
 #include <algorithm>
 #include <bit>
