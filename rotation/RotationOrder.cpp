@@ -68,4 +68,33 @@ bool SendToBackOfCategory(clsCat* cSubCat, const Cut* cCut, const SelectionConte
     }
 }
 
+std::vector<TextKey> OrderOf(const CutCollection& colOrder)
+{
+    std::vector<TextKey> colKeys;
+    colKeys.reserve(colOrder.Count());
+    for (std::size_t position = 0; position < colOrder.Count(); ++position)
+        if (const TextKey* pKey = colOrder.KeyAt(position))
+            colKeys.push_back(*pKey);
+    return colKeys;
+}
+
+void PutInOrder(CutCollection& colOrder, const std::vector<TextKey>& colKeys)
+{
+    std::vector<std::size_t> colPositions;
+    colPositions.reserve(colOrder.Count());
+    std::vector<bool> colNamed(colOrder.Count());
+    for (const TextKey& cKey : colKeys)
+    {
+        const std::optional<std::size_t> position = colOrder.PositionOf(cKey);
+        if (!position || colNamed[*position])
+            continue;
+        colNamed[*position] = true;
+        colPositions.push_back(*position);
+    }
+    for (std::size_t position = 0; position < colNamed.size(); ++position)
+        if (!colNamed[position])
+            colPositions.push_back(position);
+    colOrder.Reorder(colPositions);
+}
+
 } // namespace ravlo

@@ -6,6 +6,7 @@
 #include "rotation/Selection.h"
 
 #include <memory>
+#include <vector>
 
 namespace ravlo
 {
@@ -18,5 +19,11 @@ namespace ravlo
 // database or the database has no such cut; false when the level does not contain it. On an error returns
 // false, moves nothing and logs without a box.
 bool SendToBackOfCategory(clsCat* cSubCat, const Cut* cCut, const SelectionContext& context);
+
+// Returns the keys of an order, to put it back later. Items without a key are left out.
+std::vector<TextKey> OrderOf(const CutCollection& colOrder);
+// Puts the items of these keys first, in this order. Keys that are not there are passed over; items that the
+// keys do not name follow in their present order.
+void PutInOrder(CutCollection& colOrder, const std::vector<TextKey>& colKeys);
 
 } // namespace ravlo

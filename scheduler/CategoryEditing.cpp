@@ -3,6 +3,7 @@
 
 #include "base/Text.h"
 #include "rotation/RandomOrder.h"
+#include "rotation/RotationOrder.h"
 
 #include <algorithm>
 
@@ -107,35 +108,72 @@ std::wstring ListCats(const Cats& colCats, std::size_t most)
     return sList;
 }
 
-// ---- shuffling ----
+// ---- re-ordering levels ----
 
 void CategoryEditing::ShuffleCategories(const Cats& colCats, bool bConfirmFirst)
 {
-    ModScheduler& cMod = m_cState.cMod;
     const Cats colPresent = PresentOf(m_cState, colCats);
-    if (colPresent.empty())
+    if (colPresent.empty() ||
+        (bConfirmFirst &&
+         !IsConfirmed({L"Confirm Shuffle.", L"Really shuffle these categories: "}, colPresent)))
         return;
-    if (bConfirmFirst &&
-        cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"Confirm Shuffle.",
-                 L"Really shuffle these categories: " + ListCats(colPresent, mostListed)) != BoxAnswer::Yes)
+    Random& cRandom = m_cState.cMod.Ports().cRandom;
+    cRandom.Randomize();
+    ReorderCategories(colPresent, [&](clsCat& cSubCat) {
+        const std::shared_ptr<CutCollection> colCuts = cSubCat.SchedCuts();
+        colCuts->Reorder(RandomOrder(cRandom, colCuts->Count()));
+    });
+}
+
+void CategoryEditing::SpreadCategories(const Cats& colCats, bool bConfirmFirst, const NewOrder& newOrder)
+{
+    const Cats colPresent = PresentOf(m_cState, colCats);
+    if (colPresent.empty() ||
+        (bConfirmFirst &&
+         !IsConfirmed({L"Spread Categories", L"Are you sure you want to spread the cuts in: ", L"?"},
+                      colPresent)))
         return;
+    ReorderCategories(colPresent, [&](clsCat& cSubCat) {
+        const std::vector<TextKey> colKeys = newOrder(cSubCat);
+        PutInOrder(*cSubCat.SchedCuts(), colKeys);
+    });
+}
+
+bool CategoryEditing::IsConfirmed(const Question& question, const Cats& colPresent)
+{
+    return m_cState.cMod.Box(BoxIcon::Question, BoxButtons::YesNo, question.sTitle,
+                             question.sText + ListCats(colPresent, mostListed) + question.sEnd) ==
+           BoxAnswer::Yes;
+}
+
+void CategoryEditing::ReorderCategories(const Cats& colPresent,
+                                        const std::function<void(clsCat& cSubCat)>& reorder)
+{
     AffectedCats cAffected;
-    cMod.Ports().cRandom.Randomize();
+    std::optional<RuntimeError> cFailed;
     for (const Chosen& chosen : ChosenOf(PresentOf(m_cState, colPresent))) // the host may have reloaded
     {
-        // A level whose main category is listed too is shuffled once, with it.
+        // A level whose main category is listed too is re-ordered once, with it.
         for (const std::shared_ptr<clsCat>& cSubCat :
              chosen.bMainListed ? LevelsOf(*chosen.cMainCat) : chosen.colLevels)
         {
-            const std::shared_ptr<CutCollection> colCuts = cSubCat->SchedCuts();
-            colCuts->Reorder(RandomOrder(cMod.Ports().cRandom, colCuts->Count()));
+            try
+            {
+                reorder(*cSubCat);
+            }
+            catch (...)
+            {
+                cFailed = cFailed ? cFailed : CurrentError();
+            }
         }
         cAffected.Touch(chosen.cMainCat->CatName());
     }
-    SaveShuffled(cAffected);
+    SaveReordered(cAffected);
+    if (cFailed)
+        throw *cFailed;
 }
 
-void CategoryEditing::SaveShuffled(const AffectedCats& cAffected)
+void CategoryEditing::SaveReordered(const AffectedCats& cAffected)
 {
     for (const std::wstring& sName : cAffected)
     {

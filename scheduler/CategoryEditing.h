@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -37,6 +38,12 @@ public:
     // nothing when none of the categories still exists.
     void ShuffleCategories(const Cats& colCats, bool bConfirmFirst);
 
+    // The keys of a level's cuts in a new order. May let the host run.
+    using NewOrder = std::function<std::vector<TextKey>(const clsCat& cSubCat)>;
+    // As ShuffleCategories, with the order that newOrder gives; see PutInOrder. When it throws, the level
+    // keeps its order, the other levels get theirs, and the first error is thrown after saving.
+    void SpreadCategories(const Cats& colCats, bool bConfirmFirst, const NewOrder& newOrder);
+
     // Deletes levels and main categories and removes the cuts from them. A main category listed without
     // levels is deleted with all its levels; one listed with levels is deleted only when no level remains. A
     // category's file is deleted when it has no levels left. A level stays when a cut could not be removed
@@ -57,7 +64,16 @@ private:
     void EmptyLevel(CutChanges& cChanges, const SchedulerState::Place& place);
     bool DeleteMainCat(CutChanges& cChanges, const std::shared_ptr<clsCat>& cMainCat);
     bool DeleteFile(const std::wstring& sCatName);
-    void SaveShuffled(const AffectedCats& cAffected);
+    // A question that is asked before the categories are re-ordered; the text is followed by their names.
+    struct Question
+    {
+        const wchar_t* sTitle;
+        const wchar_t* sText;
+        const wchar_t* sEnd = L"";
+    };
+    bool IsConfirmed(const Question& question, const Cats& colPresent);
+    void ReorderCategories(const Cats& colPresent, const std::function<void(clsCat& cSubCat)>& reorder);
+    void SaveReordered(const AffectedCats& cAffected);
 
     SchedulerState& m_cState;
     Synchronisation& m_cSync;

@@ -5,6 +5,7 @@
 #include "scheduler/CategoryCreation.h"
 #include "scheduler/CategoryEditing.h"
 #include "scheduler/SchedulerState.h"
+#include "scheduler/SpreadOrders.h"
 #include "scheduler/Synchronisation.h"
 #include "scheduler/clsSchedMan.h"
 
@@ -62,6 +63,7 @@ struct clsSchedMan::Parts : SchedulerState
     std::shared_ptr<NameCollection> colIllegalChars;
     CategoryCreation cCreation;
     CategoryEditing cEditing;
+    SpreadOrders cSpreadOrders;
     std::unique_ptr<HeldFile> cMark; // the mark on AppPath(); null when another program has marked it
     std::shared_ptr<ravlo::DataBase> cNextDataBase; // while a tree is being built: its database
     Cuts colPlayed;                                 // copies, for the next database

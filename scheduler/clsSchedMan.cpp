@@ -3,9 +3,9 @@
 
 #include "base/CaseFolding.h"
 #include "base/Text.h"
+#include "rotation/RandomOrder.h"
 #include "scheduler/CutAssignment.h"
 #include "scheduler/MassChange.h"
-#include "rotation/RandomOrder.h"
 #include "scheduler/SchedManParts.h"
 
 #include <utility>
@@ -255,6 +255,21 @@ void clsSchedMan::ShuffleCategories(const Cats& colCats, bool bConfirmFirst)
 {
     Edit(L"Error in ShuffleCategories [cSchedMan]",
          [&] { m_cParts->cEditing.ShuffleCategories(colCats, bConfirmFirst); });
+}
+
+void clsSchedMan::SpreadCategories(const Cats& colCats, bool bConfirmFirst)
+{
+    Parts& my = *m_cParts;
+    Random& cRandom = my.cMod.Ports().cRandom;
+    const SpreadOrders::ItemOf itemOf = [&](const Cut& cCut) {
+        return SpreadItem{{cCut.ArtistKey()}, cCut.TitleKey(), cCut.AlbumKey(), my.cPlayHistory.TimeOf(cCut)};
+    };
+    Edit(L"Error in SpreadCategories [cSchedMan]", [&] {
+        cRandom.Randomize();
+        my.cEditing.SpreadCategories(colCats, bConfirmFirst, [&](const clsCat& cSubCat) {
+            return my.cSpreadOrders.Find(cSubCat, itemOf, cRandom);
+        });
+    });
 }
 
 bool clsSchedMan::DeleteCats(const Cats& colCats)

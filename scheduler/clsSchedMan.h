@@ -82,6 +82,8 @@ public:
     // put at i.
     std::vector<std::size_t> RandomOrderOf(std::size_t count);
     void ShuffleCategories(const Cats& colCats, bool bConfirmFirst = false);
+    // As ShuffleCategories, with the artists of each level as far apart as they can be.
+    void SpreadCategories(const Cats& colCats, bool bConfirmFirst = false);
     bool DeleteCats(const Cats& colCats);
     void MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
                             std::int32_t PosInto);

@@ -130,5 +130,28 @@ TEST_F(RotationOrderTest, ErrorOfTheDatabaseIsLoggedWithoutABox)
     EXPECT_TRUE(station.Boxes().empty());
 }
 
+TEST_F(RotationOrderTest, AnOrderIsPutBackByKey)
+{
+    for (const wchar_t* sKey : {L"a", L"b", L"c", L"d"})
+        station.AddCut(sKey);
+    CutCollection& colOrder = *station.cLevel->SchedCuts();
+    const auto cuts = [&] {
+        std::wstring sCuts;
+        for (const std::shared_ptr<Cut>& cCut : colOrder)
+            sCuts += cCut->Key().Text() + L" ";
+        return sCuts;
+    };
+    const std::vector<TextKey> colKeys = OrderOf(colOrder);
+    colOrder.MoveToEnd(0);
+    colOrder.Remove(L"c");
+    colOrder.Add(station.NewCut(L"keyless"));
+    station.AddCut(L"e");
+    PutInOrder(colOrder, colKeys);
+    EXPECT_EQ(cuts(), L"a b d keyless e ");
+    EXPECT_EQ(OrderOf(colOrder).size(), 4u);
+    PutInOrder(colOrder, {TextKey(L"E"), TextKey(L"b"), TextKey(L"e")});
+    EXPECT_EQ(cuts(), L"e b a d keyless ");
+}
+
 } // namespace
 } // namespace ravlo::test

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/SpreadOrders.h"
+
+#include "support/SyncTest.h"
+
+namespace ravlo::test
+{
+namespace
+{
+
+// Rock 1 holds four cuts by Ash, then four by others; Rock 2 and Pop 1 two of each.
+class SpreadCategoriesTest : public StationTest
+{
+protected:
+    SpreadCategoriesTest()
+    {
+        AddCuts(L"Rock", 1, 4);
+        AddCuts(L"Rock", 2, 2);
+        AddCuts(L"Pop", 1, 2);
+        Start();
+    }
+    void AddCuts(const std::wstring& sName, std::int32_t lLevel, std::size_t count)
+    {
+        const std::wstring sLevel = sName.substr(0, 1) + std::to_wstring(lLevel);
+        for (const std::shared_ptr<Cut>& cCut : AddMany(count, sLevel + L"ash", sName, lLevel))
+            cCut->SetArtist(L"Ash");
+        AddMany(count, sLevel + L"other", sName, lLevel);
+    }
+    void Spread(const Cats& colCats, bool bConfirmFirst = false)
+    {
+        cLib.cSchedMan->SpreadCategories(colCats, bConfirmFirst);
+    }
+    // "AoAo": which of a level's cuts are by Ash.
+    std::wstring Pattern(const std::wstring& sName, std::int32_t lLevel) const
+    {
+        std::wstring sPattern;
+        for (const std::wstring& sKey : Order(sName, lLevel))
+            sPattern += sKey.find(L"ash") == std::wstring::npos ? L'o' : L'A';
+        return sPattern;
+    }
+};
+
+TEST_F(SpreadCategoriesTest, SpreadsTheLevelsGivenAndSavesOnce)
+{
+    const std::int64_t total = TotalOf(L"Rock", 1);
+    Spread({Level(L"Rock", 1), MainCat(L"Rock"), Level(L"Rock", 2)});
+    EXPECT_EQ(Pattern(L"Rock", 1), L"AoAoAoAo");
+    EXPECT_EQ(Pattern(L"Rock", 2), L"AoAo");
+    EXPECT_EQ(Pattern(L"Pop", 1), L"AAoo");
+    EXPECT_EQ(Written(), (Lines{L"Rock"}));
+    EXPECT_EQ(said, SaveSaid(L"Rock", 12));
+    EXPECT_EQ(boxes, Boxes());
+    EXPECT_EQ(TotalOf(L"Rock", 1), total);
+    cLib.Restart();
+    EXPECT_EQ(Pattern(L"Rock", 1), L"AoAoAoAo");
+}
+
+TEST_F(SpreadCategoriesTest, AskedFirstOnlyYesGoesOn)
+{
+    for (const BoxAnswer eAnswer : {BoxAnswer::No, BoxAnswer::None, BoxAnswer::Yes})
+    {
+        Forget();
+        cPorts.cMessages.Answers = {eAnswer};
+        Spread({MainCat(L"Rock"), Level(L"Pop", 1)}, true);
+        EXPECT_EQ(boxes, (Boxes{{BoxIcon::Question, BoxButtons::YesNo, L"Spread Categories",
+                                 L"Are you sure you want to spread the cuts in: Rock, Pop 1?"}}));
+        EXPECT_EQ(Pattern(L"Pop", 1), eAnswer == BoxAnswer::Yes ? L"AoAo" : L"AAoo");
+        EXPECT_EQ(Written(), eAnswer == BoxAnswer::Yes ? (Lines{L"Rock", L"Pop"}) : Lines());
+    }
+}
+
+TEST_F(SpreadCategoriesTest, LongestRestedFirstByTheTimeOfThePlay)
+{
+    CutOf(L"P1ash1")->SetLastPlayed(cPorts.cClock.Now());
+    Spread({Level(L"Pop", 1)});
+    EXPECT_EQ(Order(L"Pop", 1)[0], L"P1ash2");
+    EXPECT_EQ(Order(L"Pop", 1)[2], L"P1ash1");
+}
+
+TEST_F(SpreadCategoriesTest, ACutThatCannotBeReadKeepsItsLevelAsItWas)
+{
+    CutOf(L"R1ash3")->failing = {"Artist"};
+    const Keys colBefore = Order(L"Rock", 1);
+    Spread({MainCat(L"Rock"), MainCat(L"Pop")});
+    EXPECT_EQ(Order(L"Rock", 1), colBefore);
+    EXPECT_EQ(Pattern(L"Rock", 2), L"AoAo");
+    EXPECT_EQ(Pattern(L"Pop", 1), L"AoAo");
+    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
+    EXPECT_EQ(boxes,
+              (Boxes{OkBox(BoxIcon::Critical, L"Error in SpreadCategories [cSchedMan]", CriticalText(91))}));
+}
+
+TEST_F(SpreadCategoriesTest, CutsThatLeaveOrJoinWhileCutsAreReadStayConsistent)
+{
+    bool bDone = false;
+    CutOf(L"P1ash2")->OnCall = [&](const std::string& sMember) {
+        if (sMember != "Artist" || std::exchange(bDone, true))
+            return;
+        Removed({CutOf(L"P1other1")});
+        Added({Add(L"P1new", L"Pop", 1)});
+    };
+    Spread({Level(L"Pop", 1)});
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"P1ash1", L"P1ash2", L"P1other2", L"P1new"}));
+}
+
+TEST(SpreadOrders, GivesTheOrderOfATrialOnceAndWhileNothingChanged)
+{
+    RadioPorts cPorts;
+    Library cLib(cPorts);
+    for (const wchar_t* sKey : {L"a", L"b", L"c"})
+        cLib.cDataBase->Add(sKey, L"Rock", 1);
+    cLib.Populate();
+    const std::vector<TextKey> colPresent{TextKey(L"a"), TextKey(L"b"), TextKey(L"c")};
+    const std::vector<TextKey> colTrial{TextKey(L"c"), TextKey(L"a"), TextKey(L"b")};
+    int items = 0;
+    const SpreadOrders::ItemOf itemOf = [&](const Cut&) {
+        ++items;
+        return SpreadItem{};
+    };
+    SpreadOrders cOrders;
+    cOrders.Remember(TextKey(L"ROCK\t1"), colPresent, colTrial);
+    EXPECT_EQ(cOrders.Find(*cLib.Level(L"Rock", 1), itemOf, cPorts.cRandom), colTrial);
+    EXPECT_EQ(items, 0);
+    cOrders.Find(*cLib.Level(L"Rock", 1), itemOf, cPorts.cRandom);
+    EXPECT_EQ(items, 3);
+    cOrders.Remember(TextKey(L"Rock\t1"), colPresent, colTrial);
+    cLib.Level(L"Rock", 1)->SchedCuts()->MoveToEnd(0);
+    cOrders.Find(*cLib.Level(L"Rock", 1), itemOf, cPorts.cRandom);
+    EXPECT_EQ(items, 6);
+}
+
+} // namespace
+} // namespace ravlo::test
