@@ -177,4 +177,12 @@ std::optional<std::wstring> TextFromUtf8(std::string_view bytes)
     return sText;
 }
 
+std::string_view WithoutByteOrderMark(std::string_view bytes) noexcept
+{
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    if (bytes.starts_with(mark))
+        bytes.remove_prefix(mark.size());
+    return bytes;
+}
+
 } // namespace ravlo

@@ -20,4 +20,7 @@ std::wstring TextFromStore(std::string_view bytes);
 // Nothing when the bytes are not well-formed UTF-8 (halves of surrogate pairs and overlong forms are not).
 std::optional<std::wstring> TextFromUtf8(std::string_view bytes);
 
+// The bytes behind the mark that some editors write at the beginning of a UTF-8 file.
+std::string_view WithoutByteOrderMark(std::string_view bytes) noexcept;
+
 } // namespace ravlo

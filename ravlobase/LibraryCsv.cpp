@@ -17,7 +17,6 @@ namespace ravlo
 namespace
 {
 
-constexpr std::string_view sUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::size_t shownOfACell = 40;
 
 // A cell as it is quoted in a reason.
@@ -245,8 +244,7 @@ void ReadLibraryCsv(std::string_view bytes, LibraryCsvSink& cSink)
 {
     if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
         RefuseFile(L"it is UTF-16, and UTF-8 is needed");
-    if (bytes.starts_with(sUtf8Mark))
-        bytes.remove_prefix(sUtf8Mark.size());
+    bytes = WithoutByteOrderMark(bytes);
     LibraryReader cReader(cSink);
     ReadCsv(bytes, cReader);
     if (!cReader.HasHeader())

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "rotation/ArtistsTable.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ravlo
+{
+
+// Which names a credit counts for in artist separation: itself; with featured artists every artist that its
+// artist and title texts name; and what the station's table says of each. A value: copies share their content
+// and what they remember.
+class ArtistNames
+{
+public:
+    // A credit counts for itself only.
+    ArtistNames() = default;
+    // cTable: null for none.
+    ArtistNames(bool bFeaturedArtists, std::shared_ptr<const ArtistsTable> cTable);
+
+    // Whether every credit counts for itself only. A caller that asks first pays nothing then.
+    bool CreditsOnly() const noexcept { return !m_cShared; }
+    // The same table with featured artists on or off.
+    ArtistNames With(bool bFeaturedArtists) const;
+
+    // The credit first, then the other names in the order found, each once without regard to case. Empty for
+    // an empty credit.
+    std::vector<std::wstring> Of(const std::wstring& sArtist, const std::wstring& sTitle = {}) const;
+    // The same as keys, which are remembered. Valid until this object and its copies have ended.
+    // Precondition: not CreditsOnly().
+    const std::vector<TextKey>& KeysOf(const TextKey& cArtist, const TextKey& cTitle) const;
+
+private:
+    class Shared;
+    std::shared_ptr<Shared> m_cShared; // null: credits only
+};
+
+} // namespace ravlo
