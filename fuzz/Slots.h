@@ -3,8 +3,8 @@
 
 #include "base/csv/CsvReader.h"
 #include "fuzz/Fuzz.h"
-#include "host/day/HostError.h"
-#include "host/day/Slots.h"
+#include "plan/PlanError.h"
+#include "plan/Slots.h"
 
 #include <optional>
 
@@ -20,7 +20,7 @@ std::optional<std::vector<Item>> SlotsIn(std::vector<Item> (*parse)(std::string_
     {
         return parse(bytes, L"the.file");
     }
-    catch (const HostError& e)
+    catch (const PlanError& e)
     {
         RAVLO_REQUIRE(e.Description().starts_with(L"the.file"));
         return std::nullopt;

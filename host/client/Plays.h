@@ -3,7 +3,7 @@
 
 #include "host/client/MediaLibrary.h"
 #include "host/client/Scheduler.h"
-#include "host/day/DayMaker.h"
+#include "plan/DayMaker.h"
 
 #include <vector>
 

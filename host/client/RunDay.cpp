@@ -9,10 +9,10 @@
 
 #include "base/Text.h"
 #include "comkit/Errors.h"
-#include "host/day/DayMaker.h"
 #include "host/day/DayPlan.h"
 #include "host/day/HostError.h"
 #include "host/day/PlayBook.h"
+#include "plan/DayMaker.h"
 
 namespace ravlo
 {

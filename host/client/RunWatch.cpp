@@ -8,9 +8,9 @@
 #include "host/client/Scheduler.h"
 
 #include "base/Text.h"
-#include "host/day/DayMaker.h"
 #include "host/day/HostError.h"
 #include "host/day/Rotation.h"
+#include "plan/DayMaker.h"
 
 #include <algorithm>
 

@@ -3,8 +3,8 @@
 
 #include "host/client/EventListener.h"
 #include "host/client/MediaLibrary.h"
-#include "host/day/DayMaker.h"
 #include "host/day/PlayBook.h"
+#include "plan/DayMaker.h"
 
 #include <RavloScheduler.h>
 

@@ -2,8 +2,6 @@
 #include "host/day/DayPlan.h"
 
 #include "base/CaseFolding.h"
-#include "host/day/CategoryName.h"
-#include "host/day/DayMaker.h"
 #include "host/day/HostError.h"
 
 namespace ravlo
@@ -34,24 +32,9 @@ void CheckLevels(const std::vector<Slot>& slots, const LevelsInUse& levels, cons
         if (!levels.Contains(slot.sCategory, slot.lLevel))
         {
             throw HostError(sName + L", line " + std::to_wstring(slot.line) + L": no cut stands in " +
-                            TextOf(CategoryName{slot.sCategory, slot.lLevel}));
+                            LevelText(slot));
         }
     }
-}
-
-std::vector<TimedSlot> SlotsWithin(const std::vector<TimedSlot>& slots, std::optional<DateTime> dtStart,
-                                   std::optional<int> lHours)
-{
-    std::vector<TimedSlot> within;
-    for (const auto& timed : slots)
-    {
-        if (dtStart && timed.dtAt < *dtStart)
-            continue;
-        const auto dtFrom = dtStart ? *dtStart : within.empty() ? timed.dtAt : within.front().dtAt;
-        if (!lHours || timed.dtAt < LaterByHours(dtFrom, *lHours))
-            within.push_back(timed);
-    }
-    return within;
 }
 
 } // namespace ravlo

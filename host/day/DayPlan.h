@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/day/Slots.h"
+#include "plan/Slots.h"
 
 #include <cstdint>
-#include <optional>
 #include <set>
 #include <string>
 #include <tuple>
@@ -38,10 +37,5 @@ private:
 
 // Throws HostError, naming sName and the line, for the first slot whose level contains no cut.
 void CheckLevels(const std::vector<Slot>& slots, const LevelsInUse& levels, const std::wstring& sName);
-
-// The slots from dtStart on (all of them without one), limited to lHours after dtStart, or after the first of
-// them.
-std::vector<TimedSlot> SlotsWithin(const std::vector<TimedSlot>& slots, std::optional<DateTime> dtStart,
-                                   std::optional<int> lHours);
 
 } // namespace ravlo

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/TextKey.h"
-#include "host/day/DayLog.h"
+#include "plan/DayLog.h"
 
 #include <cstddef>
 #include <cstdint>

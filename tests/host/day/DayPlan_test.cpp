@@ -8,24 +8,6 @@
 namespace ravlo
 {
 
-namespace
-{
-
-TimedSlot At(int lDay, int lHour)
-{
-    return {DateTimeOf({2024, 3, lDay, lHour, 0, 0}), {L"rock", 1, false, 0}};
-}
-
-std::vector<int> HoursOf(const std::vector<TimedSlot>& slots)
-{
-    std::vector<int> hours;
-    for (const auto& timed : slots)
-        hours.push_back(FieldsOf(timed.dtAt).lHour);
-    return hours;
-}
-
-} // namespace
-
 TEST(LevelsInUse, ContainsALevelIgnoringTheCaseOfItsCategory)
 {
     LevelsInUse levels;
@@ -60,27 +42,6 @@ TEST(CheckLevels, NamesTheFirstSlotThatNoCutCanFill)
     {
         EXPECT_EQ(error.Description(), L"clock.txt, line 5: no cut stands in rock:4");
     }
-}
-
-TEST(SlotsWithin, KeepsTheSlotsOfTheTimeAskedFor)
-{
-    const std::vector<TimedSlot> slots{At(1, 8), At(1, 9), At(1, 10), At(1, 11)};
-    const auto dtNine = DateTimeOf({2024, 3, 1, 9, 0, 0});
-    const struct
-    {
-        std::optional<DateTime> dtStart;
-        std::optional<int> lHours;
-        std::vector<int> kept;
-    } table[] = {
-        {{}, {}, {8, 9, 10, 11}},
-        {dtNine, {}, {9, 10, 11}},
-        {{}, 2, {8, 9}}, // the end itself is outside
-        {dtNine, 2, {9, 10}},
-        {DateTimeOf({2024, 3, 1, 8, 30, 0}), 2, {9, 10}}, // counted from the start, not from the first slot
-        {DateTimeOf({2024, 3, 2, 0, 0, 0}), {}, {}},
-    };
-    for (const auto& row : table)
-        EXPECT_EQ(HoursOf(SlotsWithin(slots, row.dtStart, row.lHours)), row.kept);
 }
 
 } // namespace ravlo

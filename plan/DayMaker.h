@@ -2,7 +2,8 @@
 #pragma once
 
 #include "base/TextKey.h"
-#include "host/day/DayLog.h"
+#include "plan/DayLog.h"
+#include "plan/SlotTimes.h"
 
 #include <functional>
 #include <optional>
@@ -79,15 +80,5 @@ private:
     Gaps& m_cGaps;
     Progress m_progress;
 };
-
-// The assumed length of an empty slot, and of a cut without a duration, so that a clock advances.
-inline constexpr std::int32_t lEmptySlotmS = 3 * 60 * 1000;
-
-// The moment lMilliseconds later.
-DateTime Later(DateTime dtWhen, std::int64_t milliseconds) noexcept;
-inline DateTime LaterByHours(DateTime dtWhen, int lHours) noexcept
-{
-    return Later(dtWhen, std::int64_t{lHours} * 3'600'000);
-}
 
 } // namespace ravlo

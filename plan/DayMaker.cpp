@@ -1,27 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "host/day/DayMaker.h"
+#include "plan/DayMaker.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 
 namespace ravlo
 {
-
-namespace
-{
-
-constexpr double dDaymS = 86'400'000.0;
-
-std::int64_t WholeMilliseconds(DateTime dtWhen) noexcept { return std::llround(dtWhen * dDaymS); }
-
-} // namespace
-
-// Computed in whole milliseconds, so that sums of durations gather no rounding errors.
-DateTime Later(DateTime dtWhen, std::int64_t milliseconds) noexcept
-{
-    return static_cast<double>(WholeMilliseconds(dtWhen) + milliseconds) / dDaymS;
-}
 
 void Gaps::Record(const std::wstring& sArtist, const std::wstring& sTitle, DateTime dtStart)
 {

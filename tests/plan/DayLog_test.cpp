@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/day/DayLog.h"
+#include "plan/DayLog.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "host/day/DayMaker.h"
+#include "plan/DayMaker.h"
 
-#include "host/day/HostError.h"
+#include "plan/PlanError.h"
 
 #include <gtest/gtest.h>
 
@@ -145,7 +145,7 @@ TEST_F(DayMakerTest, KeepsWhatWasAiredBeforeAFailure)
         Answer Play(const Slot& slot, DateTime dtStart) override
         {
             if (asked.size() == 2)
-                throw HostError(L"gone");
+                throw PlanError(L"gone");
             return PreparedPlayout::Play(slot, dtStart);
         }
     };
@@ -153,7 +153,7 @@ TEST_F(DayMakerTest, KeepsWhatWasAiredBeforeAFailure)
     Gaps gaps;
     Day day;
     EXPECT_THROW(DayMaker(playout, gaps, [](double) {}).FromClock(day, clockOfTwo, At(10, 0), At(11, 0)),
-                 HostError);
+                 PlanError);
     EXPECT_EQ(day.rows.size(), 2u);
     EXPECT_EQ(IsoText(day.dtEnd), L"2024-03-01T10:06:40");
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "host/day/Slots.h"
+#include "plan/Slots.h"
 
-#include "host/day/HostError.h"
+#include "plan/PlanError.h"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ std::wstring ClockError(std::string_view bytes)
     {
         ParseClock(bytes, L"clock.txt");
     }
-    catch (const HostError& error)
+    catch (const PlanError& error)
     {
         return error.Description();
     }
@@ -35,7 +35,7 @@ std::wstring SlotsError(std::string_view bytes)
     {
         ParseSlots(bytes, L"slots.csv");
     }
-    catch (const HostError& error)
+    catch (const PlanError& error)
     {
         return error.Description();
     }

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "host/day/DayLog.h"
+#include "plan/DayLog.h"
 
 #include "base/Text.h"
 #include "base/Utf8.h"
-#include "host/day/CategoryName.h"
 
 #include <cmath>
 #include <map>
@@ -97,8 +96,8 @@ std::string LogCsv(const std::vector<LogRow>& rows)
 
 std::wstring LogLine(const LogRow& row)
 {
-    auto sLine = IsoText(row.dtStart) + L"  " + TextOf(CategoryName{row.slot.sCategory, row.slot.lLevel}) +
-                 (row.slot.bOpener ? L" opener" : L"") + L"  ";
+    auto sLine =
+        IsoText(row.dtStart) + L"  " + LevelText(row.slot) + (row.slot.bOpener ? L" opener" : L"") + L"  ";
     sLine += row.cut ? row.cut->sArtist + L" - " + row.cut->sTitle : L"(nothing)";
     return row.lKind == 0 ? sLine : sLine + L"  [kind " + DecimalText(row.lKind) + L"]";
 }

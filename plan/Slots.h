@@ -22,6 +22,9 @@ struct Slot
     friend bool operator==(const Slot&, const Slot&) = default;
 };
 
+// "rock:2"
+std::wstring LevelText(const Slot& slot);
+
 struct TimedSlot
 {
     DateTime dtAt = 0;
@@ -31,7 +34,7 @@ struct TimedSlot
 
 // A clock file: the slots of an hour, one line each, "category,level,opener". UTF-8, quoted as in RFC 4180;
 // opener is Y or N and may be omitted (N). Empty lines, lines that begin with '#' and a heading
-// "category,level,opener" are ignored. Throws HostError, naming sName and the line, when a line cannot be
+// "category,level,opener" are ignored. Throws PlanError, naming sName and the line, when a line cannot be
 // used or there is none.
 std::vector<Slot> ParseClock(std::string_view bytes, const std::wstring& sName);
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "host/day/Slots.h"
+#include "plan/Slots.h"
 
 #include "base/CaseFolding.h"
 #include "base/Text.h"
 #include "base/Utf8.h"
 #include "base/csv/CsvReader.h"
-#include "host/day/HostError.h"
+#include "plan/PlanError.h"
 
 #include <span>
 
@@ -45,7 +45,7 @@ public:
         {
             const auto sText = TextFromUtf8(bytes);
             if (!sText)
-                throw HostError(Where(m_sName, lLine) + L"not UTF-8");
+                throw PlanError(Where(m_sName, lLine) + L"not UTF-8");
             line.fields.push_back(Trim(*sText));
         }
         m_lines.push_back(std::move(line));
@@ -53,7 +53,7 @@ public:
 
     void OnBadRow(std::size_t lLine, CsvFault eFault) override
     {
-        throw HostError(Where(m_sName, lLine) + (eFault == CsvFault::StrayQuote
+        throw PlanError(Where(m_sName, lLine) + (eFault == CsvFault::StrayQuote
                                                      ? L"a quotation mark stands where none may"
                                                      : L"a quotation mark is never closed"));
     }
@@ -121,21 +121,21 @@ Slot SlotOf(const LineSink::Line& line, std::size_t first, const std::wstring& s
     const auto lFields = line.fields.size() - first;
     const auto sWhere = Where(sName, line.lNumber);
     if (lFields < 2 || lFields > 3)
-        throw HostError(sWhere + L"expected " + (first ? L"slot_at," : L"") + L"category,level,opener");
+        throw PlanError(sWhere + L"expected " + (first ? L"slot_at," : L"") + L"category,level,opener");
     Slot slot;
     slot.line = line.lNumber;
     slot.sCategory = line.fields[first];
     if (slot.sCategory.empty())
-        throw HostError(sWhere + L"the category is empty");
+        throw PlanError(sWhere + L"the category is empty");
     const auto& sLevel = line.fields[first + 1];
     const auto lLevel = LevelOf(sLevel);
     if (!lLevel)
-        throw HostError(sWhere + L"the level must be a whole number from 1, not " + Quoted(sLevel));
+        throw PlanError(sWhere + L"the level must be a whole number from 1, not " + Quoted(sLevel));
     slot.lLevel = *lLevel;
     const auto sOpener = lFields == 3 ? line.fields[first + 2] : std::wstring();
     slot.bOpener = EqualIgnoringCase(sOpener, L"Y");
     if (!slot.bOpener && !sOpener.empty() && !EqualIgnoringCase(sOpener, L"N"))
-        throw HostError(sWhere + L"the opener must be Y or N, not " + Quoted(sOpener));
+        throw PlanError(sWhere + L"the opener must be Y or N, not " + Quoted(sOpener));
     return slot;
 }
 
@@ -145,13 +145,15 @@ DateTime TimeOf(const LineSink::Line& line, const std::wstring& sName)
     const auto dtAt = ParseIso(sTime);
     if (!dtAt || *dtAt <= 0)
     {
-        throw HostError(Where(sName, line.lNumber) + Quoted(sTime) +
+        throw PlanError(Where(sName, line.lNumber) + Quoted(sTime) +
                         L" is no time (expected yyyy-mm-ddThh:nn:ss)");
     }
     return *dtAt;
 }
 
 } // namespace
+
+std::wstring LevelText(const Slot& slot) { return slot.sCategory + L":" + DecimalText(slot.lLevel); }
 
 std::vector<Slot> ParseClock(std::string_view bytes, const std::wstring& sName)
 {
@@ -162,7 +164,7 @@ std::vector<Slot> ParseClock(std::string_view bytes, const std::wstring& sName)
         if (&line != &lines.front() || !IsHeading(line, heading))
             slots.push_back(SlotOf(line, 0, sName));
     if (slots.empty())
-        throw HostError(sName + L" holds no slot");
+        throw PlanError(sName + L" holds no slot");
     return slots;
 }
 
@@ -171,19 +173,19 @@ std::vector<TimedSlot> ParseSlots(std::string_view bytes, const std::wstring& sN
     static constexpr const wchar_t* heading[] = {L"slot_at", L"category", L"level", L"opener"};
     const auto lines = ReadLines(bytes, sName);
     if (lines.empty() || !IsHeading(lines.front(), heading))
-        throw HostError(sName + L" does not begin with the heading slot_at,category,level,opener");
+        throw PlanError(sName + L" does not begin with the heading slot_at,category,level,opener");
     std::vector<TimedSlot> slots;
     for (std::size_t l = 1; l < lines.size(); ++l)
     {
         slots.push_back({TimeOf(lines[l], sName), SlotOf(lines[l], 1, sName)});
         if (l > 1 && slots[l - 1].dtAt < slots[l - 2].dtAt)
         {
-            throw HostError(Where(sName, lines[l].lNumber) +
+            throw PlanError(Where(sName, lines[l].lNumber) +
                             L"the time is earlier than that of the slot before");
         }
     }
     if (slots.empty())
-        throw HostError(sName + L" holds no slot");
+        throw PlanError(sName + L" holds no slot");
     return slots;
 }
 

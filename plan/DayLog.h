@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/day/Slots.h"
+#include "plan/Slots.h"
 
 #include <cstdint>
 #include <optional>
