@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <iterator>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -65,6 +66,7 @@ public:
         ReserveRing(m_count + 1);
         if (cKey)
             ReserveBuckets(m_keyed + 1);
+        BeforeChange();
         OpenGap(position);
         Place(m_first + position, pNode.get());
         if (cKey)
@@ -114,6 +116,7 @@ public:
     }
     void MoveToEnd(std::size_t position) noexcept
     {
+        BeforeChange();
         Node* pNode = NodeAt(position);
         CloseGap(position);
         Place(m_first + m_count, pNode);
@@ -129,10 +132,60 @@ public:
         pNodes.reserve(m_count);
         for (const std::size_t position : colOrder)
             pNodes.push_back(NodeAt(position));
+        BeforeChange();
         for (std::size_t i = 0; i < pNodes.size(); ++i)
             Place(m_first + i, pNodes[i]);
         ++m_changes;
     }
+
+    // The keys of a collection in the order they had when this was made, whatever happens to the collection
+    // since. Copies them only when it changes; when there is no memory for the copy, every key is null.
+    class OrderSnapshot
+    {
+    public:
+        explicit OrderSnapshot(const OrderedKeyedCollection& cCollection) noexcept
+            : m_cCollection(&cCollection), m_count(cCollection.m_count), m_pNext(cCollection.m_pSnapshots)
+        {
+            cCollection.m_pSnapshots = this;
+        }
+        OrderSnapshot(const OrderSnapshot&) = delete;
+        OrderSnapshot& operator=(const OrderSnapshot&) = delete;
+        ~OrderSnapshot()
+        {
+            if (m_cCollection)
+                m_cCollection->Forget(*this);
+        }
+
+        std::size_t Count() const noexcept { return m_count; }
+        bool Changed() const noexcept { return !m_cCollection; }
+        // Null for an item without a key or with an empty one.
+        const TextKey* KeyAt(std::size_t position) const noexcept
+        {
+            if (m_cCollection)
+                return m_cCollection->KeyAt(position);
+            return m_colKeys.empty() || m_colKeys[position].Empty() ? nullptr : &m_colKeys[position];
+        }
+
+    private:
+        friend class OrderedKeyedCollection;
+        void Copy() noexcept
+        try
+        {
+            m_colKeys.reserve(m_count);
+            for (std::size_t i = 0; i < m_count; ++i)
+                m_colKeys.push_back(m_cCollection->NodeAt(i)->cKey);
+            m_cCollection = nullptr;
+        }
+        catch (const std::bad_alloc&)
+        {
+            m_cCollection = nullptr;
+        }
+
+        const OrderedKeyedCollection* m_cCollection; // null: it has changed
+        std::size_t m_count;
+        std::vector<TextKey> m_colKeys; // once it has changed
+        OrderSnapshot* m_pNext;
+    };
 
     // Goes through the items in order. Any change of the collection invalidates it.
     class const_iterator
@@ -214,6 +267,8 @@ private:
 
     void Swap(OrderedKeyedCollection& cOther) noexcept
     {
+        BeforeChange();
+        cOther.BeforeChange();
         m_pRing.swap(cOther.m_pRing);
         m_pBuckets.swap(cOther.m_pBuckets);
         std::swap(m_first, cOther.m_first);
@@ -221,6 +276,22 @@ private:
         std::swap(m_keyed, cOther.m_keyed);
         ++m_changes;
         ++cOther.m_changes;
+    }
+
+    void BeforeChange() noexcept
+    {
+        while (OrderSnapshot* const pSnapshot = m_pSnapshots)
+        {
+            m_pSnapshots = pSnapshot->m_pNext;
+            pSnapshot->Copy();
+        }
+    }
+    void Forget(const OrderSnapshot& snapshot) const noexcept
+    {
+        OrderSnapshot** pLink = &m_pSnapshots;
+        while (*pLink != &snapshot)
+            pLink = &(*pLink)->m_pNext;
+        *pLink = snapshot.m_pNext;
     }
 
     // An item's destructor may look at this collection, so each item leaves it first.
@@ -346,6 +417,7 @@ private:
             return false;
         // Destroyed last: code that the item's destructor calls finds the collection without it.
         const std::unique_ptr<Node> pOwned(pNode);
+        BeforeChange();
         CloseGap(pNode->sequence - m_first);
         if (pNode->bKeyed)
             Unlink(pNode);
@@ -359,6 +431,7 @@ private:
     std::size_t m_count = 0;
     std::size_t m_keyed = 0;
     std::uint64_t m_changes = 0;
+    mutable OrderSnapshot* m_pSnapshots = nullptr; // those made since the last change
 };
 
 } // namespace ravlo

@@ -268,6 +268,72 @@ TEST(OrderedKeyedCollection, MovingTakesEverythingAndLeavesAnEmptyOne)
     EXPECT_TRUE(cFrom.Empty());
 }
 
+using OrderSnapshot = Collection::OrderSnapshot;
+
+Texts KeysOf(const OrderSnapshot& snapshot)
+{
+    Texts sKeys;
+    for (std::size_t i = 0; i < snapshot.Count(); ++i)
+        sKeys.push_back(snapshot.KeyAt(i) ? snapshot.KeyAt(i)->Text() : L"none");
+    return sKeys;
+}
+
+TEST(OrderedKeyedCollection, SnapshotKeepsTheOrderWhateverHappens)
+{
+    const std::function<void(Collection&)> changes[] = {
+        [](Collection& c) { c.Add(L"new"); },
+        [](Collection& c) { c.Insert(0, nullptr, L"new"); },
+        [](Collection& c) { c.Remove(L"b"); },
+        [](Collection& c) { c.MoveToEnd(0); },
+        [](Collection& c) { c.SendToBack(TextKey(L"b")); },
+        [](Collection& c) {
+        c.Reorder({3, 2, 1, 0});
+        },
+        [](Collection& c) { c.Clear(); },
+        [](Collection& c) { Collection cOther(std::move(c)); },
+        [](Collection& c) { c = CollectionOf({L"x"}); },
+    };
+    for (const auto& change : changes)
+    {
+        Collection cCollection = CollectionOf({L"a", L"b", L"c"});
+        cCollection.Insert(1, nullptr, L"without a key");
+        const OrderSnapshot snapshot(cCollection);
+        const Texts sKeys{L"a", L"none", L"b", L"c"};
+        EXPECT_EQ(KeysOf(snapshot), sKeys);
+        EXPECT_FALSE(cCollection.Add(TextKey(L"A"), L"refused"));
+        EXPECT_FALSE(snapshot.Changed()) << "nothing has changed yet";
+        change(cCollection);
+        EXPECT_TRUE(snapshot.Changed());
+        EXPECT_EQ(KeysOf(snapshot), sKeys);
+    }
+}
+
+TEST(OrderedKeyedCollection, SnapshotsAreIndependentOfEachOther)
+{
+    auto cCollection = std::make_unique<Collection>(CollectionOf({L"a", L"b"}));
+    auto first = std::make_unique<OrderSnapshot>(*cCollection);
+    const OrderSnapshot second(*cCollection);
+    auto third = std::make_unique<OrderSnapshot>(*cCollection);
+    first.reset();
+    third.reset();
+    cCollection->MoveToEnd(0);
+    const OrderSnapshot later(*cCollection);
+    cCollection.reset();
+    EXPECT_EQ(KeysOf(second), (Texts{L"a", L"b"}));
+    EXPECT_EQ(KeysOf(later), (Texts{L"b", L"a"}));
+}
+
+TEST(OrderedKeyedCollection, SnapshotWithoutMemoryForTheKeysHasNone)
+{
+    Collection cCollection = CollectionOf({L"a", L"b"});
+    const OrderSnapshot snapshot(cCollection);
+    lAllocationsUntilFailure = 0;
+    cCollection.MoveToEnd(0);
+    lAllocationsUntilFailure = -1;
+    EXPECT_EQ(KeysOf(snapshot), (Texts{L"none", L"none"}));
+    EXPECT_EQ(TextsOf(cCollection), (Texts{L"b", L"a"}));
+}
+
 TEST(OrderedKeyedCollection, TakesItemsThatCanOnlyBeMoved)
 {
     OrderedKeyedCollection<std::unique_ptr<int>> cCollection;
