@@ -2,15 +2,14 @@
 #include "rotation/Selection.h"
 
 #include "base/Text.h"
+#include "rotation/FairOrder.h"
 #include "rotation/Placeholder.h"
-#include "rotation/RotationOrder.h"
+#include "rotation/WalkOrder.h"
 
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
-#include <unordered_set>
+#include <optional>
 #include <utility>
-#include <vector>
 
 namespace ravlo
 {
@@ -24,32 +23,6 @@ constexpr float sngNoTitlePlay = 1'000'000.0F;
 constexpr const wchar_t* sViolatesRulesWhere = L"ViolatesRules [schedman]";
 constexpr const wchar_t* sPreviousCutWhere = L"ViolatesRules [schedman], previous cut";
 constexpr const wchar_t* sNextCutFromCategoryTitle = L"Error in NextCutFromCategory [cSchedMan]";
-
-// The keys a walk has examined. A list at first; a set from the first look-up on, which most walks never
-// need.
-class ExaminedKeys
-{
-public:
-    // Precondition: the key is not there yet.
-    void Add(const TextKey& cKey)
-    {
-        if (m_bAsked)
-            m_colSet.insert(cKey);
-        else
-            m_colList.push_back(cKey);
-    }
-    bool Contains(const TextKey& cKey)
-    {
-        if (!std::exchange(m_bAsked, true))
-            m_colSet.insert(m_colList.begin(), m_colList.end());
-        return m_colSet.count(cKey) != 0;
-    }
-
-private:
-    std::vector<TextKey> m_colList;
-    std::unordered_set<TextKey> m_colSet;
-    bool m_bAsked = false;
-};
 
 // The violator to choose when every candidate breaks a rule. Violators whose minutes read the same as text
 // count as equal, and the first one examined wins. The text grows with the minutes, so keeping the largest so
@@ -70,7 +43,7 @@ public:
     }
     // Its Cut is the copy; null when there was no violator.
     const clsRuleViolation& Best() const noexcept { return m_best; }
-
+    // The level's own cut for it.
     const Candidate& Original() const noexcept { return m_original; }
 
 private:
@@ -99,23 +72,23 @@ std::shared_ptr<Cut> CopyOf(const Cut& cCut)
     return cCopy;
 }
 
-// One walk over a level, for one pick.
-class Walk
+// One pick from a level, whatever the order in which it examines the cuts.
+class Selection
 {
 public:
-    Walk(std::shared_ptr<clsCat> cSubCat, bool bMustBeOpener, std::shared_ptr<Cut> cPrevSchedCut,
-         const SelectionContext& context)
-        : m_cSubCat(std::move(cSubCat)), m_bMustBeOpener(bMustBeOpener), m_world(context),
+    Selection(CandidateOrder& cOrder, std::shared_ptr<clsCat> cSubCat, bool bMustBeOpener,
+              std::shared_ptr<Cut> cPrevSchedCut, const SelectionContext& context)
+        : m_order(cOrder), m_cSubCat(std::move(cSubCat)), m_bMustBeOpener(bMustBeOpener), m_context(context),
           m_reference(std::move(cPrevSchedCut), context.cClock, [this](const RuntimeError& cError) {
-              m_world.report(ErrorReport::LogOnly, sPreviousCutWhere, cError);
+              m_context.report(ErrorReport::LogOnly, sPreviousCutWhere, cError);
           })
     {
     }
 
     // Throws the errors of cuts.
-    std::shared_ptr<Cut> Run()
+    Pick Run()
     {
-        m_world.note(TraceStep{});
+        m_context.note(TraceStep{});
         if (!m_cSubCat)
             return Refused(StepKind::NoCategory, eKindNoCategory);
         if (m_cSubCat->CatLevel() == 0)
@@ -126,21 +99,19 @@ public:
 
         for (std::size_t i = 1; i <= cuts; ++i)
         {
-            if (i % stepsPerPump == 0)
-                m_world.pump();
-            // Read again at each step: during a pump the level may have been emptied, re-ordered or deleted.
-            const std::shared_ptr<CutCollection> colOrder = m_cSubCat->SchedCuts();
-            LookForDisturbance(colOrder);
-            if (!BringFreshCutToHead(*colOrder))
+            if (i % stepsPerPump == 0 && m_context.pump)
+                m_context.pump();
+            Candidate candidate = m_order.Next();
+            if (!candidate.cCut)
                 break;
-            if (std::shared_ptr<Cut> cChosen = ExamineHead(*colOrder))
-                return cChosen;
+            if (std::optional<Pick> pick = Guarded(candidate, [&] { return Examine(candidate); }))
+                return std::move(*pick);
         }
-        return ChosenFromViolators();
+        return PickFromViolators();
     }
 
-    // The placeholder for a walk that found nothing or failed; never null.
-    std::shared_ptr<Cut> Placeholder(CutKind eKind) const
+    // The placeholder for a pick that found nothing or failed; never null.
+    Pick Nothing(CutKind eKind) const
     {
         PlaceholderTexts texts;
         texts.eKind = eKind;
@@ -149,103 +120,40 @@ public:
             texts.sCatName = m_cSubCat->CatName();
             texts.lCatLevel = m_cSubCat->CatLevel();
         }
-        return MakePlaceholder(texts, m_world.cDataBase.get());
+        return {MakePlaceholder(texts, m_context.cDataBase.get()), eKind};
     }
-
-    bool MovedCuts() const noexcept { return m_bMovedCuts; }
 
 private:
-    // While only this walk moves cuts, no cut reaches the head twice and no look-up among the examined ones
-    // is needed. Passing over a cut disturbs too: it leaves more steps than fresh cuts.
-    void LookForDisturbance(const std::shared_ptr<CutCollection>& colOrder)
+    // A cut that fails must not stop every later pick as well.
+    template <class Body> auto Guarded(const Candidate& candidate, Body&& body) -> decltype(body())
     {
-        if (!m_colOrder)
-        {
-            m_colOrder = colOrder;
-            m_changes = colOrder->Changes();
-        }
-        else if (colOrder != m_colOrder || colOrder->Changes() != m_changes)
-            m_bDisturbed = true;
-    }
-
-    // Passes over examined cuts at the head: others moved cuts during a pump, and fresh ones may follow.
-    // Returns false when there is no fresh cut.
-    bool BringFreshCutToHead(CutCollection& colOrder)
-    {
-        for (std::size_t passed = 0; passed < colOrder.Count(); ++passed)
-        {
-            m_bMovedCuts = true;
-            const TextKey* pKey = colOrder.KeyAt(0);
-            if (colOrder.At(0) && !(pKey && m_bDisturbed && m_colExamined.Contains(*pKey)))
-            {
-                if (pKey)
-                    m_colExamined.Add(*pKey);
-                return true;
-            }
-            PassOver(colOrder, pKey);
-        }
-        return false;
-    }
-
-    // One step: sends the head to the back and returns a copy of it when it can be scheduled.
-    std::shared_ptr<Cut> ExamineHead(CutCollection& colOrder)
-    {
-        const std::shared_ptr<Cut> cHead = colOrder.At(0);
-        Candidate candidate{cHead, {}, {}};
-        bool bAccepted = true;
         try
         {
-            candidate.cArtist = cHead->ArtistKey();
-            candidate.cTitle = cHead->TitleKey();
-            bAccepted = !m_bMustBeOpener || cHead->Opener();
+            return body();
         }
         catch (...)
         {
-            // A cut that cannot be read must not block later picks.
-            MoveHeadToEnd(colOrder, *cHead);
+            m_order.Failed(candidate);
             throw;
         }
+    }
+
+    // One step. Nothing when the candidate is no opener, as requested, or breaks a rule.
+    std::optional<Pick> Examine(Candidate& candidate)
+    {
+        candidate.cArtist = candidate.cCut->ArtistKey();
+        candidate.cTitle = candidate.cCut->TitleKey();
+        StepKind eStep = StepKind::Considered;
         if (m_bMustBeOpener)
-            m_world.note(
-                StepAbout(bAccepted ? StepKind::OpenerConsidered : StepKind::NotAnOpener, candidate));
-        else
-            m_world.note(StepAbout(StepKind::Considered, candidate));
-        SendHeadToBack(colOrder, *cHead);
-        return bAccepted ? Measured(candidate) : nullptr;
+            eStep = candidate.cCut->Opener() ? StepKind::OpenerConsidered : StepKind::NotAnOpener;
+        m_context.note(StepAbout(eStep, candidate));
+        m_order.Considered(candidate);
+        return eStep == StepKind::NotAnOpener ? std::nullopt : Measure(candidate);
     }
 
-    void PassOver(CutCollection& colOrder, const TextKey* pKey)
+    std::optional<Pick> Measure(const Candidate& candidate)
     {
-        TraceStep step = StepInLevel(StepKind::PassedOver, *m_cSubCat);
-        if (pKey)
-            step.sKey = pKey->Text();
-        m_world.note(step);
-        colOrder.MoveToEnd(0);
-    }
-
-    // The entry moves in any case: the candidate can be scheduled even when the database fails.
-    void SendHeadToBack(CutCollection& colOrder, const Cut& cHead)
-    {
-        const bool bSent = SendToBackOfCategory(m_cSubCat.get(), &cHead, m_world);
-        const bool bMoved = MoveHeadToEnd(colOrder, cHead);
-        m_changes += (bSent ? 1u : 0u) + (bMoved ? 1u : 0u);
-        if (bSent && bMoved)
-            m_bDisturbed = true; // another cut moved to the back, behind some that were examined
-    }
-
-    // A cut that the database lacks, or has under another key, would otherwise stay at the head and be
-    // examined again and again. Returns whether it moved.
-    static bool MoveHeadToEnd(CutCollection& colOrder, const Cut& cHead)
-    {
-        if (colOrder.Empty() || colOrder.At(0).get() != &cHead)
-            return false;
-        colOrder.MoveToEnd(0);
-        return true;
-    }
-
-    std::shared_ptr<Cut> Measured(const Candidate& candidate)
-    {
-        RuleCheck check = ViolatesRules(*m_cSubCat, candidate, m_reference, m_world, m_bShowErrors);
+        RuleCheck check = ViolatesRules(*m_cSubCat, candidate, m_reference, m_context, m_bShowErrors);
         clsRuleViolation& violation = check.violation;
         if (violation.TitleMinsAgo == 0)
             violation.TitleMinsAgo = sngNoTitlePlay;
@@ -254,56 +162,59 @@ private:
         step.pViolation = &violation;
         step.pBreach = &check.breach;
         step.dTitleMinsKey = std::nearbyint(static_cast<double>(violation.TitleMinsAgo) * 1000.0) / 1000.0;
-        m_world.note(step);
+        m_context.note(step);
 
         if (violation.Violation == eNone)
             return Chosen(candidate, CopyOf(*candidate.cCut), eKindChosen);
         // Copied now: the cut may change during the next pump.
         if (m_best.Replaces(violation))
             m_best.Keep(candidate, violation, CopyOf(*candidate.cCut));
-        return nullptr;
+        return std::nullopt;
     }
 
-    std::shared_ptr<Cut> ChosenFromViolators()
+    Pick PickFromViolators()
     {
-        m_world.note(StepInLevel(StepKind::AllBreakRules, *m_cSubCat));
+        m_context.note(StepInLevel(StepKind::AllBreakRules, *m_cSubCat));
         const clsRuleViolation& best = m_best.Best();
         if (!best.Cut)
             return Refused(StepKind::NothingLeft, eKindNothingSchedulable);
 
-        m_world.note(StepInLevel(StepKind::OnlyViolators, *m_cSubCat));
-        const std::wstring sArtist = best.Cut->Artist();
-        const std::wstring sTitle = best.Cut->Title();
-        TraceStep step = StepAbout(StepKind::ViolatorChosen, m_best.Original());
-        step.sArtist = sArtist;
-        step.sTitle = sTitle;
-        step.pViolation = &best;
-        m_world.note(step);
-        return Chosen(m_best.Original(), best.Cut, KindOf(best));
+        m_context.note(StepInLevel(StepKind::OnlyViolators, *m_cSubCat));
+        return Guarded(m_best.Original(), [&] {
+            const std::wstring sArtist = best.Cut->Artist();
+            const std::wstring sTitle = best.Cut->Title();
+            TraceStep step = StepAbout(StepKind::ViolatorChosen, m_best.Original());
+            step.sArtist = sArtist;
+            step.sTitle = sTitle;
+            step.pViolation = &best;
+            m_context.note(step);
+            return Chosen(m_best.Original(), best.Cut, KindOf(best));
+        });
     }
 
-    std::shared_ptr<Cut> Chosen(const Candidate& candidate, std::shared_ptr<Cut> cCopy, CutKind eKind)
+    Pick Chosen(const Candidate& candidate, std::shared_ptr<Cut> cCopy, CutKind eKind)
     {
         cCopy->SetKindCode(eKind);
-        m_world.note(StepInLevel(StepKind::LevelOfChoice, *m_cSubCat));
+        m_order.Chosen(candidate);
+        m_context.note(StepInLevel(StepKind::LevelOfChoice, *m_cSubCat));
         TraceStep average = StepInLevel(StepKind::AverageRunTime, *m_cSubCat);
         average.lAverageRunTimemS = m_cSubCat->AverageRunTimemS();
-        m_world.note(average);
+        m_context.note(average);
         const TextKey cArtist = cCopy->ArtistKey();
         const TextKey cTitle = cCopy->TitleKey();
         TraceStep chosen = StepAbout(StepKind::Chosen, candidate);
         chosen.sArtist = cArtist.Text();
         chosen.sTitle = cTitle.Text();
-        m_world.note(chosen);
-        return cCopy;
+        m_context.note(chosen);
+        return {std::move(cCopy), eKind};
     }
 
-    std::shared_ptr<Cut> Refused(StepKind eStep, CutKind eKind)
+    Pick Refused(StepKind eStep, CutKind eKind)
     {
         TraceStep step = m_cSubCat ? StepInLevel(eStep, *m_cSubCat) : TraceStep{};
         step.eKind = eStep;
-        m_world.note(step);
-        return Placeholder(eKind);
+        m_context.note(step);
+        return Nothing(eKind);
     }
 
     TraceStep StepAbout(StepKind eKind, const Candidate& candidate) const noexcept
@@ -315,16 +226,12 @@ private:
         return step;
     }
 
+    CandidateOrder& m_order;
     const std::shared_ptr<clsCat> m_cSubCat; // kept alive: a host may delete it during a pump
     const bool m_bMustBeOpener;
-    const SelectionContext& m_world;
+    const SelectionContext& m_context;
     Reference m_reference;
-    std::shared_ptr<CutCollection> m_colOrder; // at the first step
-    std::uint64_t m_changes = 0;               // of that order, when only this walk changed it
-    bool m_bDisturbed = false;
-    ExaminedKeys m_colExamined;
     BestViolator m_best;
-    bool m_bMovedCuts = false;
     bool m_bShowErrors = true;
 };
 
@@ -366,20 +273,34 @@ RuleCheck ViolatesRules(clsCat& cSubCat, const Candidate& candidate, Reference& 
     }
 }
 
-Pick NextCutFromCategory(std::shared_ptr<clsCat> cSubCat, bool bMustBeOpener,
-                         const std::shared_ptr<Cut>& cPrevSchedCut, const SelectionContext& context)
+Pick PickInOrder(CandidateOrder& cOrder, std::shared_ptr<clsCat> cSubCat, bool bMustBeOpener,
+                 const std::shared_ptr<Cut>& cPrevSchedCut, const SelectionContext& context)
 {
-    Walk walk(std::move(cSubCat), bMustBeOpener, cPrevSchedCut, context);
+    Selection selection(cOrder, std::move(cSubCat), bMustBeOpener, cPrevSchedCut, context);
+    Pick pick;
     try
     {
-        std::shared_ptr<Cut> cCut = walk.Run();
-        return {std::move(cCut), walk.MovedCuts()};
+        pick = selection.Run();
     }
     catch (...)
     {
         context.report(ErrorReport::Critical, sNextCutFromCategoryTitle, CurrentError());
-        return {walk.Placeholder(eKindNothingSchedulable), walk.MovedCuts()};
+        pick = selection.Nothing(eKindNothingSchedulable);
     }
+    pick.bMovedCuts = cOrder.MovedCuts();
+    return pick;
+}
+
+Pick NextCutFromCategory(std::shared_ptr<clsCat> cSubCat, bool bMustBeOpener,
+                         const std::shared_ptr<Cut>& cPrevSchedCut, const SelectionContext& context)
+{
+    if (context.bFairRotation)
+    {
+        FairOrder order(cSubCat, context);
+        return PickInOrder(order, std::move(cSubCat), bMustBeOpener, cPrevSchedCut, context);
+    }
+    WalkOrder order(cSubCat, context);
+    return PickInOrder(order, std::move(cSubCat), bMustBeOpener, cPrevSchedCut, context);
 }
 
 } // namespace ravlo

@@ -65,6 +65,7 @@ struct Candidate
     std::shared_ptr<Cut> cCut;
     TextKey cArtist;
     TextKey cTitle;
+    TextKey cKey = {}; // in the level's order; empty when it has none there
 };
 
 // The first rule a candidate breaks, and the play in its way.

@@ -155,7 +155,12 @@ public:
         return static_cast<int>(std::count(colLines.begin(), colLines.end(), sLine));
     }
 
-    SelectionContext Context() { return LiveContext(cMod, cHistory, cDataBase); }
+    SelectionContext Context()
+    {
+        SelectionContext context = LiveContext(cMod, cHistory, cDataBase);
+        context.bFairRotation = bFairRotation;
+        return context;
+    }
 
 private:
     static constexpr std::size_t stampWidth = 18;
@@ -178,6 +183,7 @@ private:
     int m_lPlays = 0;
 
 public:
+    bool bFairRotation = false;
     ModScheduler cMod{m_world.Ports()};
     PlayHistory cHistory{m_world.cClock, [this](const RuntimeError& cError, bool bFirst) {
                              cMod.DISPLAYERROR(L"Refused", bFirst, cError);

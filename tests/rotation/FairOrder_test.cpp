@@ -1,0 +1,466 @@
+// SPDX-License-Identifier: MIT
+#include "rotation/FairOrder.h"
+#include "rotation/Station.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <random>
+#include <set>
+
+namespace ravlo::test
+{
+namespace
+{
+
+using Lines = std::vector<std::wstring>;
+
+bool IsSent(const std::wstring& sLine) { return sLine.starts_with(L"Sent: "); }
+
+class FairRotationTest : public testing::Test
+{
+protected:
+    FairRotationTest() { station.bFairRotation = true; }
+
+    // Cuts "1" to "n" whose titles are their keys. All but the last break the artist rule.
+    void AddViolatorsAndOneThatFits(int lCount)
+    {
+        station.AddViolators(lCount - 1);
+        station.AddCut(std::to_wstring(lCount), L"Elm");
+    }
+    // The titles that a pick examined, in order.
+    static Lines Examined(Station& cState)
+    {
+        Lines colTitles;
+        SelectionContext context = cState.Context();
+        context.note = [&](const TraceStep& step) {
+            if (step.eKind == StepKind::Considered)
+                colTitles.emplace_back(step.sTitle);
+        };
+        NextCutFromCategory(cState.cLevel, false, nullptr, context);
+        return colTitles;
+    }
+
+    Station station;
+};
+
+TEST_F(FairRotationTest, OnlyTheChosenCutGoesToTheBack)
+{
+    station.AddCuts(3);
+    station.Played(20, L"Oak", L"Sun");
+    const Pick pick = station.NextCut();
+    EXPECT_EQ(pick.cCut->Key().Text(), L"b");
+    EXPECT_EQ(pick.eKind, eKindChosen);
+    EXPECT_TRUE(pick.bMovedCuts);
+    EXPECT_EQ(station.Order(), (Lines{L"a", L"c", L"b"})) << "a is tried first at the next pick";
+    EXPECT_EQ(station.Log(), (Lines{L"Getting Next Cut From Category: ",
+                                    L"We dont care if its an opener or not...considering: Ash - Sun",
+                                    L"Sun was played 20 mins ago : title rule violation.",
+                                    L"We dont care if its an opener or not...considering: Elm - Rain",
+                                    L"Sent: b to back of category: Pop 2", L"Next Cut in Category: Pop 2",
+                                    L"Average runtime 180000", L"NextCutFromCategory returns: Elm - Rain"}));
+}
+
+TEST_F(FairRotationTest, ViolatorWithTheMostSeparationIsTheOnlyOneThatMoves)
+{
+    station.AddCuts(3);
+    station.Played(20, L"Ash", L"x");
+    station.Played(40, L"Elm", L"y");
+    station.Played(30, L"Fir", L"z");
+    EXPECT_EQ(station.NextCut().eKind, eKindArtistViolation);
+    EXPECT_EQ(station.Order(), (Lines{L"a", L"c", L"b"}));
+    const Lines colLog = station.Log();
+    EXPECT_EQ(Lines(colLog.end() - 5, colLog.end()),
+              (Lines{L"Cut with least ARTIST violation: Elm - Rain [40 mins]",
+                     L"Sent: b to back of category: Pop 2", L"Next Cut in Category: Pop 2",
+                     L"Average runtime 180000", L"NextCutFromCategory returns: Elm - Rain"}));
+    EXPECT_EQ(std::count_if(colLog.begin(), colLog.end(), IsSent), 1);
+}
+
+TEST_F(FairRotationTest, OpenersAreFoundWithoutMovingTheOthers)
+{
+    station.AddCuts(1);
+    EXPECT_EQ(station.NextCut(true).eKind, eKindNothingSchedulable);
+    EXPECT_FALSE(station.NextCut(true).bMovedCuts) << "nothing moved";
+    station.AddCut(L"b", L"Elm", L"Rain", {.bOpener = true});
+    station.AddCut(L"c", L"Fir", L"Snow");
+    EXPECT_EQ(station.NextCut(true).cCut->Key().Text(), L"b");
+    EXPECT_EQ(station.Order(), (Lines{L"a", L"c", L"b"}));
+}
+
+// A cut that follows one of the same artist within the separation.
+TEST(NeverPlayedTest, FairRotationPlaysTheCutThatTheWalkNeverDoes)
+{
+    for (const bool bFair : {false, true})
+    {
+        Station own;
+        own.bFairRotation = bFair;
+        own.SetRules({false, 60, 30, -1});
+        own.AddCut(L"a", L"Ash");
+        own.AddCut(L"b", L"Ash");
+        own.AddCut(L"c", L"Elm");
+        own.AddCut(L"d", L"Fir");
+        std::map<std::wstring, int> colPlays;
+        for (int lSlot = 0; lSlot < 100; ++lSlot)
+        {
+            own.SetNow(own.Now() + 20.0 / (24 * 60));
+            const Pick pick = own.NextCut();
+            ASSERT_EQ(pick.eKind, eKindChosen);
+            pick.cCut->SetLastPlayed(own.Now());
+            own.cHistory.Record(*pick.cCut, *own.cDataBase);
+            ++colPlays[pick.cCut->Key().Text()];
+        }
+        EXPECT_EQ(colPlays[L"b"], bFair ? 25 : 0);
+    }
+}
+
+// ---- properties
+
+// Two stations with the same cuts, rules and plays: one walks, one is fair.
+class PairOfStations
+{
+public:
+    explicit PairOfStations(unsigned seed) : m_random(seed)
+    {
+        m_cFair.bFairRotation = true;
+        const int lCuts = Number(1, 12);
+        for (int i = 0; i < lCuts; ++i)
+        {
+            const std::wstring sArtist = L"Artist " + std::to_wstring(Number(0, 4));
+            const std::wstring sTitle = L"Title " + std::to_wstring(Number(0, 8));
+            const CutOptions options{.sAlbum = L"Album " + std::to_wstring(Number(0, 4)),
+                                     .bOpener = Number(0, 1) == 1};
+            for (Station* pStation : Both())
+                pStation->AddCut(std::to_wstring(i), sArtist, sTitle, options);
+        }
+        const SeparationRules rules{Number(0, 9) == 0, Number(0, 90), Number(0, 90), Number(-1, 90)};
+        for (Station* pStation : Both())
+            pStation->SetRules(rules);
+    }
+
+    void CheckPicks()
+    {
+        for (int lPick = 0; lPick < 12; ++lPick)
+        {
+            const Lines colBefore = m_cFair.Order();
+            m_cWalk.SendAllToFront(colBefore);
+            const bool bMustBeOpener = Number(0, 3) == 0;
+            const Pick walked = m_cWalk.NextCut(bMustBeOpener);
+            const Pick fair = m_cFair.NextCut(bMustBeOpener);
+            ASSERT_EQ(fair.eKind, walked.eKind);
+            ASSERT_EQ(fair.cCut->Key(), walked.cCut->Key()) << "both choose the same";
+            CheckOrder(colBefore, fair);
+            CheckLogs(fair);
+            Play(fair);
+        }
+    }
+
+private:
+    static void CheckOrder(Lines colOrder, const Station& cFair, const Pick& pick)
+    {
+        const auto it = std::find(colOrder.begin(), colOrder.end(), pick.cCut->Key().Text());
+        EXPECT_EQ(pick.bMovedCuts, it != colOrder.end());
+        if (it != colOrder.end())
+            std::rotate(it, it + 1, colOrder.end());
+        EXPECT_EQ(cFair.Order(), colOrder) << "the chosen cut went to the back, the others kept their order";
+    }
+    void CheckOrder(const Lines& colBefore, const Pick& pick) const { CheckOrder(colBefore, m_cFair, pick); }
+    // The walk's log, with one line "Sent" that comes directly before the choice.
+    void CheckLogs(const Pick& pick)
+    {
+        Lines colFair = m_cFair.Log();
+        Lines colWalk = m_cWalk.Log();
+        colFair.erase(colFair.begin(), colFair.begin() + static_cast<std::ptrdiff_t>(m_fairLines));
+        colWalk.erase(colWalk.begin(), colWalk.begin() + static_cast<std::ptrdiff_t>(m_walkLines));
+        m_fairLines += colFair.size();
+        m_walkLines += colWalk.size();
+        std::erase_if(colWalk, IsSent);
+        if (pick.eKind != eKindNothingSchedulable)
+            colWalk.insert(colWalk.end() - 3,
+                           L"Sent: " + pick.cCut->Key().Text() + L" to back of category: Pop 2");
+        EXPECT_EQ(colFair, colWalk);
+    }
+    void Play(const Pick& pick)
+    {
+        const DateTime dtNow = m_cFair.Now() + Number(1, 30) / (24.0 * 60);
+        for (Station* pStation : Both())
+        {
+            if (pick.eKind != eKindNothingSchedulable)
+            {
+                pick.cCut->SetLastPlayed(pStation->Now());
+                pStation->cHistory.Record(*pick.cCut, *pStation->cDataBase);
+            }
+            pStation->SetNow(dtNow);
+        }
+    }
+
+    std::vector<Station*> Both() { return {&m_cWalk, &m_cFair}; }
+    int Number(int lFrom, int lTo) { return std::uniform_int_distribution<int>(lFrom, lTo)(m_random); }
+
+    std::mt19937 m_random;
+    Station m_cWalk;
+    Station m_cFair;
+    std::size_t m_walkLines = 0;
+    std::size_t m_fairLines = 0;
+};
+
+TEST(FairRotationPropertyTest, ChoosesWhatTheWalkWouldAndMovesNothingElse)
+{
+    for (unsigned seed = 1; seed <= 25; ++seed)
+    {
+        SCOPED_TRACE(seed);
+        PairOfStations(seed).CheckPicks();
+        if (testing::Test::HasFailure())
+            return;
+    }
+}
+
+// ---- pumps
+
+TEST_F(FairRotationTest, KeysAreTakenAtTheStart)
+{
+    struct Case
+    {
+        const char* sWhat;
+        std::function<void(Station&)> atFirstPump;
+        Lines colExamined;
+        Lines colOrder;
+    };
+    const auto OrderOf = [](const Station& s) { return s.cLevel->SchedCuts(); };
+    const Case colCases[] =
+        {
+            {"nothing happens",
+             [](Station&) {},
+             {L"1", L"2", L"3", L"4", L"5", L"6", L"7"},
+             {L"1", L"2", L"3", L"4", L"5", L"6", L"7"}},
+            {"cuts leave",
+             [&](Station& s) {
+        for (const wchar_t* sKey : {L"2", L"5", L"6"})
+            OrderOf(s)->Remove(sKey);
+             },
+             {L"1", L"2", L"3", L"4", L"7"},
+             {L"1", L"3", L"4", L"7"}},
+            {"the chosen cut moves",
+             [&](Station& s) { OrderOf(s)->SendToBack(TextKey(L"1")); },
+             {L"1", L"2", L"3", L"4", L"5", L"6", L"7"},
+             {L"2", L"3", L"4", L"5", L"6", L"1", L"7"}},
+            {"re-ordered",
+             [&](Station& s) {
+        OrderOf(s)->Reorder({6, 5, 4, 3, 2, 1, 0});
+             },
+             {L"1", L"2", L"3", L"4", L"5", L"6", L"7"},
+             {L"6", L"5", L"4", L"3", L"2", L"1", L"7"}},
+               {"newcomers wait",
+                [](Station& s) { s.AddCut(L"8", L"Fir"); },
+                {L"1", L"2", L"3", L"4", L"5", L"6", L"7"},
+                {L"1", L"2", L"3", L"4", L"5", L"6", L"8", L"7"}},
+               {"emptied", [&](Station& s) { OrderOf(s)->Clear(); }, {L"1", L"2", L"3", L"4"}, {}},
+               {"replaced",
+                [](Station& s) {
+        s.cLevel->SetSchedCuts({s.NewCut(L"n", L"Fir"), s.cDataBase->colCuts[4]});
+                },
+                {L"1", L"2", L"3", L"4", L"5"},
+                {L"n", L"5"}},
+        {"deleted",
+         [](Station& s) { s.DeleteMainCat(); },
+         {L"1", L"2", L"3", L"4", L"5", L"6", L"7"},
+         {L"1", L"2", L"3", L"4", L"5", L"6", L"7"}},
+        };
+    for (const Case& test : colCases)
+    {
+        SCOPED_TRACE(test.sWhat);
+        Station own;
+        own.bFairRotation = true;
+        own.AddViolators(6);
+        own.AddCut(L"7", L"Elm");
+        own.OnPump([&] {
+            own.OnPump(nullptr);
+            test.atFirstPump(own);
+        });
+        EXPECT_EQ(Examined(own), test.colExamined);
+        EXPECT_EQ(own.Order(), test.colOrder);
+    }
+}
+
+TEST_F(FairRotationTest, ChosenViolatorThatHasLeftIsReturnedAndNothingMoves)
+{
+    station.AddViolators(6);
+    station.OnPump([&] { station.cLevel->SchedCuts()->Remove(L"1"); });
+    const Pick pick = station.NextCut();
+    EXPECT_EQ(pick.cCut->Key().Text(), L"1");
+    EXPECT_EQ(pick.eKind, eKindArtistViolation);
+    EXPECT_FALSE(pick.bMovedCuts);
+    EXPECT_EQ(station.Order(), (Lines{L"2", L"3", L"4", L"5", L"6"}));
+    const Lines colLog = station.Log();
+    EXPECT_EQ(std::count_if(colLog.begin(), colLog.end(), IsSent), 0);
+}
+
+TEST_F(FairRotationTest, PickInsideAPumpDisturbsNeither)
+{
+    AddViolatorsAndOneThatFits(8);
+    Lines colInner;
+    station.OnPump([&] {
+        station.OnPump(nullptr);
+        colInner = Examined(station);
+    });
+    const Lines colAll{L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8"};
+    EXPECT_EQ(Examined(station), colAll);
+    EXPECT_EQ(colInner, colAll);
+    EXPECT_EQ(station.Order(), colAll);
+}
+
+TEST_F(FairRotationTest, PumpsWhenTheWalkDoes)
+{
+    for (const int lCuts : {1, 4, 5, 9, 10, 23})
+    {
+        Station own;
+        own.bFairRotation = true;
+        own.AddViolators(lCuts);
+        own.NextCut();
+        EXPECT_EQ(own.PumpCount(), lCuts / 5) << lCuts;
+    }
+}
+
+TEST(FairRotationPropertyTest, AnythingMayHappenAtAPump)
+{
+    for (unsigned seed = 1; seed <= 100; ++seed)
+    {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        Station own;
+        own.bFairRotation = true;
+        own.AddViolators(23);
+        int lNew = 100;
+        const std::shared_ptr<clsCat> cLevel = own.cLevel;
+        const auto Change = [&] {
+            CutCollection& colOrder = *cLevel->SchedCuts();
+            const std::size_t at = colOrder.Empty() ? 0 : random() % colOrder.Count();
+            switch (colOrder.Empty() ? 3 : random() % 16)
+            {
+            case 0:
+                colOrder.Clear();
+                break;
+            case 1:
+                cLevel->SetSchedCuts(Cuts(colOrder.begin(), colOrder.end()));
+                break;
+            case 2:
+                own.cDataBase->colCuts.erase(own.cDataBase->colCuts.begin());
+                break;
+            case 3:
+            case 4:
+                own.AddCut(std::to_wstring(++lNew), L"Fir");
+                break;
+            case 5:
+            case 6:
+            case 7:
+            case 8:
+                colOrder.RemoveAt(at);
+                break;
+            default:
+                colOrder.MoveToEnd(at);
+            }
+        };
+        own.OnPump([&] {
+            for (unsigned i = random() % 4; i > 0; --i)
+                Change();
+        });
+        Lines colExamined;
+        SelectionContext context = own.Context();
+        context.note = [&](const TraceStep& step) {
+            if (step.eKind != StepKind::Considered)
+                return;
+            EXPECT_TRUE(cLevel->SchedCuts()->Exists(step.sTitle)) << "it had left";
+            colExamined.emplace_back(step.sTitle);
+        };
+        const Pick pick = NextCutFromCategory(cLevel, false, nullptr, context);
+        EXPECT_EQ(pick.cCut->Key().Text(), L"1") << "the first of equal violators";
+        int lBefore = 0;
+        for (const std::wstring& sTitle : colExamined)
+        {
+            EXPECT_GT(std::stoi(sTitle), lBefore) << "in the order at the start, and none twice";
+            lBefore = std::stoi(sTitle);
+        }
+        EXPECT_LE(lBefore, 23) << "newcomers wait";
+        const Lines colOrder = own.Order();
+        const auto it = std::find(colOrder.begin(), colOrder.end(), L"1");
+        EXPECT_TRUE(it == colOrder.end() || it + 1 == colOrder.end());
+        EXPECT_EQ(pick.bMovedCuts, it != colOrder.end());
+    }
+}
+
+// ---- cuts that fail, and cuts that cannot be sent to the back
+
+TEST_F(FairRotationTest, CutThatFailsGivesKind11AndGoesToTheBack)
+{
+    for (const char* sMember : {"Artist", "Title", "Opener", "CloneCut"})
+        for (const bool bBreaksARule : {false, true})
+        {
+            SCOPED_TRACE(sMember);
+            Station own;
+            own.bFairRotation = true;
+            own.AddCut(L"a", L"Ash", L"Sun", {.bOpener = true})->failing.insert(sMember);
+            own.AddCut(L"b", L"Elm", L"Rain", {.bOpener = true});
+            own.AddCut(L"c", L"Fir", L"Snow", {.bOpener = true});
+            if (bBreaksARule)
+                own.Played(20, L"Ash", L"x");
+            const Pick pick = own.NextCut(true);
+            EXPECT_EQ(pick.eKind, eKindNothingSchedulable);
+            EXPECT_TRUE(pick.bMovedCuts);
+            EXPECT_EQ(own.Boxes().size(), 1u);
+            EXPECT_EQ(own.Order(), (Lines{L"b", L"c", L"a"}));
+            EXPECT_EQ(own.NextCut(true).cCut->Key().Text(), L"b") << "later picks are served";
+        }
+}
+
+TEST_F(FairRotationTest, ChosenCutGoesToTheBackWhateverTheDatabaseSays)
+{
+    const std::function<void(Station&)> colTroubles[] = {
+        [](Station& s) { s.cDataBase->Remove(*s.cLevel->SchedCuts()->At(1)); },
+        [](Station& s) { s.cLevel->SchedCuts()->At(1)->SetKey(L"z"); },
+        [](Station& s) { s.cDataBase->bFails = true; },
+        [](Station& s) { s.cDataBase = nullptr; },
+        [](Station& s) {
+        s.cDataBase->Remove(*s.cLevel->SchedCuts()->At(1)); // found by artist and title: c
+        s.cDataBase->colCuts[1]->SetArtist(L"Elm");
+        s.cDataBase->colCuts[1]->SetTitle(L"Rain");
+        },
+    };
+    for (const auto& trouble : colTroubles)
+    {
+        Station own;
+        own.bFairRotation = true;
+        own.AddCuts(3);
+        own.Played(20, L"Ash", L"x");
+        trouble(own);
+        const Pick pick = own.NextCut();
+        EXPECT_EQ(pick.cCut->Title(), L"Rain");
+        EXPECT_TRUE(pick.bMovedCuts);
+        EXPECT_EQ(own.Order(), (Lines{L"a", L"c", L"b"}));
+        EXPECT_TRUE(own.Boxes().empty());
+    }
+}
+
+TEST_F(FairRotationTest, DatabasesOwnCutTakesThePlaceOfAnOldObject)
+{
+    const auto cCut = station.AddCut(L"a", L"Ash", L"Sun");
+    station.cLevel->SchedCuts()->At(0) = PlainCopyOf(*cCut);
+    station.NextCut();
+    EXPECT_EQ(station.cLevel->SchedCuts()->At(0), cCut);
+}
+
+TEST_F(FairRotationTest, EntriesWithoutACutOrAKeyDoNotStopThePick)
+{
+    const std::shared_ptr<CutCollection> colOrder = station.cLevel->SchedCuts();
+    colOrder->Add(nullptr);
+    const auto cUnkeyed = station.NewCut(L"a", L"Ash", L"Sun");
+    colOrder->Add(cUnkeyed);
+    colOrder->Add(TextKey(), station.NewCut(L"", L"Elm", L"Rain"));
+    EXPECT_EQ(station.NextCut().cCut->Title(), L"Sun");
+    EXPECT_EQ(colOrder->At(0), nullptr);
+    EXPECT_EQ(colOrder->At(2), cUnkeyed);
+    EXPECT_EQ(station.NextCut().cCut->Title(), L"Rain");
+}
+
+} // namespace
+} // namespace ravlo::test
