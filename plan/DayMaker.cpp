@@ -7,25 +7,9 @@
 namespace ravlo
 {
 
-void Gaps::Record(const std::wstring& sArtist, const std::wstring& sTitle, DateTime dtStart)
+std::optional<double> Gaps::MinsSince(const LastPlays& plays, const TextKey& cName, DateTime dtStart)
 {
-    m_artists[TextKey(sArtist)] = dtStart;
-    m_titles[TextKey(sTitle)] = dtStart;
-}
-
-std::optional<double> Gaps::ArtistMins(const std::wstring& sArtist, DateTime dtStart) const
-{
-    return MinsSince(m_artists, sArtist, dtStart);
-}
-
-std::optional<double> Gaps::TitleMins(const std::wstring& sTitle, DateTime dtStart) const
-{
-    return MinsSince(m_titles, sTitle, dtStart);
-}
-
-std::optional<double> Gaps::MinsSince(const LastPlays& plays, const std::wstring& sName, DateTime dtStart)
-{
-    const auto found = sName.empty() ? plays.end() : plays.find(TextKey(sName));
+    const auto found = cName.Empty() ? plays.end() : plays.find(cName);
     if (found == plays.end())
         return std::nullopt;
     // A log for a time before the recorded plays also keeps the distance from them.
@@ -35,12 +19,11 @@ std::optional<double> Gaps::MinsSince(const LastPlays& plays, const std::wstring
 void DayMaker::FromClock(Day& day, const std::vector<Slot>& clock, DateTime dtStart, DateTime dtEnd)
 {
     day.dtEnd = dtStart;
-    ClockHand hand(clock);
-    while (WholeMilliseconds(day.dtEnd) < WholeMilliseconds(dtEnd))
-    {
-        day.dtEnd = Fill(day, hand.Next(day.dtEnd), day.dtEnd);
+    FillClock(clock, dtStart, dtEnd, [&](const Slot& slot, DateTime dtAt) {
+        day.dtEnd = Fill(day, slot, dtAt);
         m_progress(std::min(1.0, (day.dtEnd - dtStart) / (dtEnd - dtStart)));
-    }
+        return day.dtEnd;
+    });
 }
 
 void DayMaker::Repeated(Day& day, const Slot& slot, DateTime dtStart, int lCount)
@@ -66,16 +49,16 @@ DateTime DayMaker::Fill(Day& day, const Slot& slot, DateTime dtStart)
 {
     const auto answer = m_cPlayout.Play(slot, dtStart);
     LogRow row{dtStart, slot, answer.lKind, answer.cut, {}, {}};
-    std::int32_t lLengthmS = lEmptySlotmS;
     if (answer.cut)
     {
-        row.dArtistGapMins = m_cGaps.ArtistMins(answer.cut->sArtist, dtStart);
-        row.dTitleGapMins = m_cGaps.TitleMins(answer.cut->sTitle, dtStart);
-        m_cGaps.Record(answer.cut->sArtist, answer.cut->sTitle, dtStart);
-        lLengthmS = answer.cut->lDurationmS > 0 ? answer.cut->lDurationmS : lEmptySlotmS;
+        const TextKey cArtist(answer.cut->sArtist);
+        const TextKey cTitle(answer.cut->sTitle);
+        row.dArtistGapMins = m_cGaps.ArtistMins(cArtist, dtStart);
+        row.dTitleGapMins = m_cGaps.TitleMins(cTitle, dtStart);
+        m_cGaps.Record(cArtist, cTitle, dtStart);
     }
     day.rows.push_back(std::move(row));
-    return Later(dtStart, lLengthmS);
+    return EndOfSlot(dtStart, answer.cut ? answer.cut->lDurationmS : 0);
 }
 
 } // namespace ravlo

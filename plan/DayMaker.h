@@ -33,15 +33,26 @@ class Gaps
 {
 public:
     // Plays are recorded in the order of their times.
-    void Record(const std::wstring& sArtist, const std::wstring& sTitle, DateTime dtStart);
+    void RecordArtist(const TextKey& cArtist, DateTime dtStart) { m_artists[cArtist] = dtStart; }
+    void RecordTitle(const TextKey& cTitle, DateTime dtStart) { m_titles[cTitle] = dtStart; }
+    void Record(const TextKey& cArtist, const TextKey& cTitle, DateTime dtStart)
+    {
+        RecordArtist(cArtist, dtStart);
+        RecordTitle(cTitle, dtStart);
+    }
     // Minutes from the last play, start to start in whole seconds; nothing without one or without a name.
-    std::optional<double> ArtistMins(const std::wstring& sArtist, DateTime dtStart) const;
-    std::optional<double> TitleMins(const std::wstring& sTitle, DateTime dtStart) const;
+    std::optional<double> ArtistMins(const TextKey& cArtist, DateTime dtStart) const
+    {
+        return MinsSince(m_artists, cArtist, dtStart);
+    }
+    std::optional<double> TitleMins(const TextKey& cTitle, DateTime dtStart) const
+    {
+        return MinsSince(m_titles, cTitle, dtStart);
+    }
 
 private:
     using LastPlays = std::unordered_map<TextKey, DateTime>;
-    static std::optional<double> MinsSince(const LastPlays& plays, const std::wstring& sName,
-                                           DateTime dtStart);
+    static std::optional<double> MinsSince(const LastPlays& plays, const TextKey& cName, DateTime dtStart);
 
     LastPlays m_artists;
     LastPlays m_titles;

@@ -20,6 +20,14 @@ DateTime Later(DateTime dtWhen, std::int64_t milliseconds) noexcept
     return static_cast<double>(WholeMilliseconds(dtWhen) + milliseconds) / dDaymS;
 }
 
+void FillClock(const std::vector<Slot>& clock, DateTime dtStart, DateTime dtEnd, const FillSlot& fill)
+{
+    ClockHand hand(clock);
+    DateTime dtNext = dtStart;
+    while (WholeMilliseconds(dtNext) < WholeMilliseconds(dtEnd))
+        dtNext = fill(hand.Next(dtNext), dtNext);
+}
+
 std::vector<TimedSlot> SlotsWithin(const std::vector<TimedSlot>& slots, std::optional<DateTime> dtStart,
                                    std::optional<int> lHours)
 {

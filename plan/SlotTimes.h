@@ -4,6 +4,7 @@
 #include "plan/Slots.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -22,6 +23,17 @@ inline DateTime LaterByHours(DateTime dtWhen, int lHours) noexcept
 {
     return Later(dtWhen, std::int64_t{lHours} * 3'600'000);
 }
+
+// When the cut of a slot ends; lDurationmS 0 and below: an empty slot, or a cut without a duration.
+inline DateTime EndOfSlot(DateTime dtStart, std::int32_t lDurationmS) noexcept
+{
+    return Later(dtStart, lDurationmS > 0 ? lDurationmS : lEmptySlotmS);
+}
+
+// Fills a slot that starts at dtStart and returns when its cut ends.
+using FillSlot = std::function<DateTime(const Slot& slot, DateTime dtStart)>;
+// Fills the slots of a clock, each from the end of the previous one, until one would start at dtEnd or later.
+void FillClock(const std::vector<Slot>& clock, DateTime dtStart, DateTime dtEnd, const FillSlot& fill);
 
 // The slots from dtStart on (all of them without one), limited to lHours after dtStart, or after the first of
 // them.

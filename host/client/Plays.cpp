@@ -44,7 +44,7 @@ void Plays::Report(Scheduler& cScheduler, Gaps& cGaps) const
     {
         cScheduler.Remember(*entry->cCut);
         const auto cut = PlayedCutOf(*entry->cCut);
-        cGaps.Record(cut.sArtist, cut.sTitle, entry->dtLastPlayed);
+        cGaps.Record(TextKey(cut.sArtist), TextKey(cut.sTitle), entry->dtLastPlayed);
     }
 }
 

@@ -125,7 +125,7 @@ TEST_F(DayMakerTest, StartsTimedSlotsAtTheirOwnTimes)
 
 TEST_F(DayMakerTest, MeasuresGapsFromStartToStartWithoutRegardToCase)
 {
-    m_gaps.Record(L"abba", L"other", At(8, 59, 30));
+    m_gaps.Record(TextKey(L"abba"), TextKey(L"other"), At(8, 59, 30));
     const auto day =
         FromSlots({Cut(L"Abba", L"One", 200000), Cut(L"ABBA", L"Two", 200000), Cut(L"x", L"ONE", 200000)},
                   {{At(10, 0), {L"r", 1}}, {At(11, 1), {L"r", 1}}, {At(11, 30), {L"r", 1}}});
@@ -177,9 +177,9 @@ TEST_F(DayMakerTest, ReportsProgressThatRisesToTheEnd)
 TEST(Gaps, KeepTheirDistanceFromPlaysThatAreStillToCome)
 {
     Gaps gaps;
-    gaps.Record(L"a", L"1", At(12, 0));
-    EXPECT_EQ(gaps.ArtistMins(L"a", At(11, 0)), 60.0);
-    EXPECT_EQ(gaps.TitleMins(L"1", At(13, 30)), 90.0);
+    gaps.Record(TextKey(L"a"), TextKey(L"1"), At(12, 0));
+    EXPECT_EQ(gaps.ArtistMins(TextKey(L"a"), At(11, 0)), 60.0);
+    EXPECT_EQ(gaps.TitleMins(TextKey(L"1"), At(13, 30)), 90.0);
 }
 
 } // namespace ravlo
