@@ -18,6 +18,13 @@ class PlainCut final : public Cut
 public:
     PlainCut() = default;
 
+    explicit PlainCut(const PlainCutValues& values)
+        : m_cKey(values.cKey), m_lID(values.lID), m_cArtist(values.cArtist), m_cTitle(values.cTitle),
+          m_cAlbum(values.cAlbum), m_lDurationmS(values.lDurationmS), m_dtLastPlayed(values.dtLastPlayed),
+          m_bOpener(values.bOpener)
+    {
+    }
+
     explicit PlainCut(const Cut& cCut)
         : m_cKey(cCut.Key()), m_sSecondaryKey(cCut.SecondaryKey()), m_lID(cCut.ID()), m_sPath(cCut.Path()),
           m_cArtist(cCut.ArtistKey()), m_cTitle(cCut.TitleKey()), m_cAlbum(cCut.AlbumKey()),
@@ -130,6 +137,8 @@ private:
 } // namespace
 
 std::shared_ptr<Cut> NewPlainCut() { return std::make_shared<PlainCut>(); }
+
+std::shared_ptr<Cut> NewPlainCut(const PlainCutValues& values) { return std::make_shared<PlainCut>(values); }
 
 std::shared_ptr<Cut> PlainCopyOf(const Cut& cCut) { return std::make_shared<PlainCut>(cCut); }
 

@@ -100,11 +100,18 @@ std::shared_ptr<clsCatRules> clsCat::Rules()
     if (!m_cRules)
     {
         m_cRules = std::make_shared<clsCatRules>(m_cMod);
-        m_cRules->SetCatID(m_sCatName + L"\u00AC\u00AC\u00AC" + DecimalText(m_lCatLevel));
+        m_cRules->SetCatID(RulesID());
     }
     m_cRules->RetryReading();
     return m_cRules;
 }
+
+std::shared_ptr<const clsCatRules> clsCat::PresentRules() const
+{
+    return m_cRules ? m_cRules : clsCatRules::Read(m_cMod, RulesID());
+}
+
+std::wstring clsCat::RulesID() const { return m_sCatName + L"\u00AC\u00AC\u00AC" + DecimalText(m_lCatLevel); }
 
 std::int32_t clsCat::AverageRunTimemS()
 {

@@ -52,6 +52,9 @@ public:
 
     // Created and loaded on first use.
     std::shared_ptr<clsCatRules> Rules();
+    // The rules in force, without creating any here: until Rules has been called, the present values of the
+    // file, which this never writes.
+    std::shared_ptr<const clsCatRules> PresentRules() const;
     void SetRules(std::shared_ptr<clsCatRules> cRules) noexcept { m_cRules = std::move(cRules); }
 
     // Milliseconds, rounded to nearest, ties to even; 0 without cuts. For a main category the sum of the
@@ -110,6 +113,7 @@ private:
         Yes,
         YesOverflow, // placed, but the level's total run time now exceeds 32 bits
     };
+    std::wstring RulesID() const;
     Placed Place(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
     Placed PlaceInLevel(const std::shared_ptr<Cut>& cCut);
     Placed PlaceInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);

@@ -51,6 +51,13 @@ clsCatRules::~clsCatRules()
     m_cMod.Saved().Forget(this);
 }
 
+std::shared_ptr<const clsCatRules> clsCatRules::Read(ModScheduler& cMod, const std::wstring& sCatID)
+{
+    const auto cRules = std::make_shared<clsCatRules>(cMod);
+    cRules->GetRules(sCatID); // without a CatID, to which no file is bound
+    return cRules;
+}
+
 void clsCatRules::SetAlbumSepMins(std::int32_t lMins)
 {
     Store({.lArtist = {}, .lTitle = {}, .lAlbum = Absolute(lMins), .bIgnore = {}});

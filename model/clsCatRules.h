@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -31,6 +32,9 @@ public:
     ~clsCatRules();
     clsCatRules(const clsCatRules&) = delete;
     clsCatRules& operator=(const clsCatRules&) = delete;
+
+    // The present values of a category's file, in an object that never writes it.
+    static std::shared_ptr<const clsCatRules> Read(ModScheduler& cMod, const std::wstring& sCatID);
 
     // The stored value, -1 (not set) included: the album rule does not fall back to the global one here.
     std::int32_t AlbumSepMins() const noexcept { return m_lAlbum; }

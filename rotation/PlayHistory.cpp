@@ -29,6 +29,17 @@ void PlayHistory::Record(const Cut& cCut, const DataBase& cDataBase)
     Tell(cRefusal);
 }
 
+void PlayHistory::CopyPlays(const PlayHistory& cFrom, const CutFor& cutFor)
+{
+    for (const auto pPlays :
+         {&PlayHistory::m_colArtists, &PlayHistory::m_colTitles, &PlayHistory::m_colAlbums})
+    {
+        (this->*pPlays).reserve((cFrom.*pPlays).size());
+        for (const auto& [cText, cCut] : cFrom.*pPlays)
+            (this->*pPlays).emplace(cText, cutFor(*cCut));
+    }
+}
+
 void PlayHistory::WritePendingTimes(const DataBase& cDataBase)
 {
     // One cut that always refuses must not block the others.

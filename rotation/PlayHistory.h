@@ -44,6 +44,11 @@ public:
     // other errors; what was done before the error stays.
     void Record(const Cut& cCut, const DataBase& cDataBase);
 
+    // Takes over the plays of another history: for each of its cuts cutFor returns the one that takes its
+    // place, and carries the time of the play. Nothing is written. Precondition: nothing is entered here yet.
+    using CutFor = std::function<std::shared_ptr<Cut>(const Cut& cCut)>;
+    void CopyPlays(const PlayHistory& cFrom, const CutFor& cutFor);
+
     // Number of play times that the database has not accepted yet.
     std::size_t PendingTimes() const noexcept { return m_cTimes.Count(); }
     // Tries to write them now and reports refusals.

@@ -57,6 +57,20 @@ void ExpectSameValues(const Cut& cCut, const Cut& cOther)
     EXPECT_EQ(cCut.KindCode(), cOther.KindCode());
 }
 
+TEST(PlainCut, IsMadeFromWhatASelectionReads)
+{
+    const std::shared_ptr<Cut> cCut = NewPlainCut(
+        {TextKey(L"key"), TextKey(L"Ash"), TextKey(L"Sun"), TextKey(L"Best"), 7, 180'000, 45000.5, true});
+    EXPECT_EQ(cCut->Key(), TextKey(L"key"));
+    EXPECT_EQ(cCut->Artist() + cCut->Title() + cCut->Album(), L"AshSunBest");
+    EXPECT_EQ(cCut->ID(), 7);
+    EXPECT_EQ(cCut->DurationmS(), 180'000);
+    EXPECT_EQ(cCut->LastPlayed(), 45000.5);
+    EXPECT_TRUE(cCut->Opener());
+    EXPECT_EQ(cCut->CloneCut()->ID(), 7);
+    EXPECT_TRUE(cCut->Path().empty());
+}
+
 TEST(PlainCut, IsEmptyWhenMade)
 {
     const auto cCut = NewPlainCut();

@@ -188,6 +188,18 @@ TEST_F(RulesTest, SettingTheKeyLoadsItsFile)
     EXPECT_TRUE(boxes.empty());
 }
 
+TEST_F(RulesTest, LookAtTheFileLeavesNoTrace)
+{
+    const std::wstring sLong(60, L'x'); // would be noted in the log when bound
+    EXPECT_EQ(ValuesOf(*clsCatRules::Read(cMod, sLong)), noneSet);
+    Put(popRules);
+    cPorts.cFiles.ClearOperations();
+    EXPECT_EQ(ValuesOf(*clsCatRules::Read(cMod, L"Pop")), Values(1, 2, 3, true));
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
+    EXPECT_EQ(FileOf(sLong), std::nullopt);
+    EXPECT_TRUE(cPorts.LogMessages().empty());
+}
+
 TEST_F(RulesTest, NegativeValueOnDiskReadsAsNotSet)
 {
     Put(Record("\xF9\xFF\xFF\xFF", "\0\0\0\x80"s, no, "Pop", "\xFE\xFF\xFF\xFF"));

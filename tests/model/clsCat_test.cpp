@@ -172,6 +172,7 @@ TEST_F(CatTest, RulesAreMadeOnFirstUseUnderNameAndLevel)
 
     const auto cOther = std::make_shared<clsCatRules>(cMod);
     cLevel->SetRules(cOther);
+    EXPECT_EQ(cLevel->PresentRules(), cOther);
     EXPECT_EQ(cLevel->Rules(), cOther);
     EXPECT_EQ(cOther->CatID(), L"") << "an object given from outside is taken as it is";
 }

@@ -164,6 +164,23 @@ TEST_F(PlayHistoryTest, WhatWasUpdatedBeforeAnErrorStays)
     EXPECT_EQ(Last(L"Ash", L"Sun", L""), none);
 }
 
+TEST_F(PlayHistoryTest, CopyFindsOtherCutsUnderTheSameTexts)
+{
+    Play(*AddCut(L"a", L"Ash", L"Sun", L"Best"), dtNoon);
+    Play(*AddCut(L"b", L"ASH", L"Rain"), dtNoon + 1);
+    std::vector<std::shared_ptr<Cut>> colCopies;
+    PlayHistory cCopy(cClock, [](const RuntimeError&, bool) {});
+    cCopy.CopyPlays(cHistory, [&](const Cut& cCut) { return colCopies.emplace_back(cCut.CloneCut()); });
+
+    EXPECT_EQ(cCopy.ArtistHistoryCut(TextKey(L"ash"))->Key(), TextKey(L"b"));
+    EXPECT_EQ(cCopy.TitleHistoryCut(TextKey(L"sun"))->Key(), TextKey(L"a"));
+    EXPECT_EQ(cCopy.AlbumHistoryCut(TextKey(L"best"))->Key(), TextKey(L"a"));
+    for (const std::shared_ptr<Cut>& cCut : colCopies)
+        cCut->SetLastPlayed(dtNoon + 2);
+    EXPECT_EQ(cHistory.TimeOf(*cHistory.ArtistHistoryCut(TextKey(L"ash"))), dtNoon + 1);
+    EXPECT_EQ(cCopy.TimeOf(*cCopy.ArtistHistoryCut(TextKey(L"ash"))), dtNoon + 2);
+}
+
 TEST_F(PlayHistoryTest, HistoryKeepsARemovedCutWithItsPlayTime)
 {
     auto cCut = AddCut(L"a.mp3", L"Ash", L"Sun");
