@@ -21,7 +21,7 @@ using Items = std::vector<std::wstring>;
 
 inline std::wstring RootKey() { return CategoryKey(sAllAudio, 0); }
 
-// A tree that shows what it is given.
+// A tree on a fake screen.
 class FakeTreeView final : public CategoryTreeView
 {
 public:
@@ -52,7 +52,7 @@ public:
     std::optional<CategoryTreePresenter::Node> Selected() const override { return lSelected; }
 };
 
-// A list that remembers.
+// A list on a fake screen.
 class FakeGridView final : public clsSchedLibGridView
 {
 public:
@@ -104,7 +104,7 @@ public:
     }
 };
 
-// The window: writes down what it says, and chooses from pop-ups what it was told.
+// The window: records what it shows, and chooses from its pop-ups the given items.
 class FakeLibraryView final : public frmUILibView
 {
 public:
@@ -156,10 +156,10 @@ public:
 };
 
 // A station with a library window on a fake screen. Files are empty until Show.
-struct LibraryWindowLifetime
+struct ScreenLibrary
 {
     // bFreshObjects: the database hands out another object for the same cut each time.
-    explicit LibraryWindowLifetime(bool bFreshObjects = false)
+    explicit ScreenLibrary(bool bFreshObjects = false)
     {
         cLibrary.cDataBase->bFreshObjects = bFreshObjects;
         cForm.SetSchedMan(cLibrary.cSchedMan);
@@ -180,39 +180,72 @@ struct LibraryWindowLifetime
     }
     CategoryTreePresenter::Node Node(const std::wstring& sName, std::int32_t lLevel) const
     {
-        return cForm.Tree().Find(CategoryKey(sName, lLevel)).value();
+        return Tree().Find(CategoryKey(sName, lLevel)).value();
+    }
+    bool InTree(const std::wstring& sKey) const { return Tree().Find(sKey).has_value(); }
+    void SelectNode(const std::wstring& sName, std::int32_t lLevel) { cTreeView.Select(Node(sName, lLevel)); }
+    std::wstring SelectedNode() const
+    {
+        return cTreeView.lSelected ? Tree().At(*cTreeView.lSelected).sKey : L"";
     }
     void ShowNode(const std::wstring& sName, std::int32_t lLevel)
     {
-        cTreeView.Select(Node(sName, lLevel));
+        SelectNode(sName, lLevel);
         cForm.Panes().ShowSelectedNode();
     }
+    // A drag of the selected rows, until it is completed.
+    void StartDrag() { ASSERT_TRUE(CutActions().DragStarted()); }
+    void StartDrag(const Rows& colRows)
+    {
+        cGridView.Select(colRows);
+        StartDrag();
+    }
+    void GiveUpDrag() { CutActions().DragCompleted(std::nullopt); }
     void DropOnNode(const std::wstring& sName, std::int32_t lLevel)
     {
-        ASSERT_TRUE(cForm.Cuts().DragStarted());
-        cForm.Cuts().DragCompleted(
+        StartDrag();
+        CutActions().DragCompleted(
             LibraryCuts::Drop{true, CategoryKey(sName, lLevel), std::nullopt, sGridPayload});
     }
     void DropOnRow(std::optional<std::size_t> row)
     {
-        ASSERT_TRUE(cForm.Cuts().DragStarted());
-        cForm.Cuts().DragCompleted(LibraryCuts::Drop{false, L"", row, sGridPayload});
+        StartDrag();
+        CutActions().DragCompleted(LibraryCuts::Drop{false, L"", row, sGridPayload});
     }
     Keys RowKeys()
     {
         Keys colKeys;
-        for (std::size_t row = 0; row < cForm.Grid().RowCount(); ++row)
-            colKeys.push_back(cForm.Grid().CutAt(row)->Key().Text());
+        for (std::size_t row = 0; row < Grid().RowCount(); ++row)
+            colKeys.push_back(Grid().CutAt(row)->Key().Text());
         return colKeys;
     }
     Keys SelectedKeys()
     {
         Keys colKeys;
-        for (const std::shared_ptr<Cut>& cCut : cForm.Grid().colSelCuts())
+        for (const std::shared_ptr<Cut>& cCut : Grid().colSelCuts())
             colKeys.push_back(cCut->Key().Text());
         return colKeys;
     }
+    FakeCut& CutInRow(std::size_t row) { return dynamic_cast<FakeCut&>(*Grid().CutAt(row)); }
+    void Announce(void (DataBaseEvents::*announce)(const Cuts&), const std::shared_ptr<Cut>& cCut)
+    {
+        cLibrary.cDataBase->Announce(announce, Cuts{cCut});
+    }
     Boxes& Shown() { return cPorts.cMessages.Boxes; }
+    clsSchedLibGridPresenter& Grid() { return cForm.Grid(); }
+    const CategoryTreePresenter& Tree() const { return cForm.Tree(); }
+    LibraryCuts& CutActions() { return cForm.Cuts(); }
+    clsSchedMan& Man() { return *cLibrary.cSchedMan; }
+    FakeDataBase& DataBase() { return *cLibrary.cDataBase; }
+    Keys Order(const std::wstring& sName, std::int32_t lLevel) const { return cLibrary.Order(sName, lLevel); }
+    std::shared_ptr<clsCat> MainCat(const std::wstring& sName) const { return cLibrary.MainCat(sName); }
+    std::shared_ptr<clsCat> Level(const std::wstring& sName, std::int32_t lLevel) const
+    {
+        return cLibrary.Level(sName, lLevel);
+    }
+    void Answers(std::deque<BoxAnswer> colAnswers) { cPorts.cMessages.Answers = std::move(colAnswers); }
+    Lines& Said() { return cLibrary.cHost.colSaid; }
+    bool SifSaved(const std::wstring& sName) { return cPorts.cFiles.FileExists(SifPath(sName)); }
 
     RadioPorts cPorts;
     Library cLibrary{cPorts};
@@ -221,5 +254,17 @@ struct LibraryWindowLifetime
     FakeGridView cGridView;
     frmUILibPresenter cForm{cView, cTreeView, cGridView, cLibrary.cMod};
 };
+
+// A host's database may hand out another object for the same cut each time: every test runs with both kinds.
+class ScreenLibraryTest : public testing::TestWithParam<bool>, protected ScreenLibrary
+{
+protected:
+    ScreenLibraryTest() : ScreenLibrary(GetParam()) {}
+    ~ScreenLibraryTest() override { cLibrary.cHost.OnEvent = nullptr; }
+};
+inline std::string ObjectsOf(const testing::TestParamInfo<bool>& param)
+{
+    return param.param ? "Fresh" : "Same";
+}
 
 } // namespace ravlo::test

@@ -14,51 +14,79 @@ namespace
 using enum LibraryCommand;
 
 // Rock has the levels 1 (a, b, c) and 2 (d), Jazz the level 1 (c, e); f is in no category.
-class frmUILibTest : public testing::TestWithParam<bool>
+void Fill(ScreenLibrary& library)
+{
+    library.Add(L"a", L"Rock", 1);
+    library.Add(L"b", L"Rock", 1);
+    library.Add(L"c", L"Rock/Jazz", 1);
+    library.Add(L"d", L"Rock", 2);
+    library.Add(L"e", L"Jazz", 1);
+    library.Add(L"f", L"", 1);
+}
+
+// The window before it is shown.
+class NewLibraryTest : public ScreenLibraryTest
 {
 protected:
-    frmUILibTest() { Fill(window); }
-    static void Fill(LibraryWindowLifetime& station)
-    {
-        station.Add(L"a", L"Rock", 1);
-        station.Add(L"b", L"Rock", 1);
-        station.Add(L"c", L"Rock/Jazz", 1);
-        station.Add(L"d", L"Rock", 2);
-        station.Add(L"e", L"Jazz", 1);
-        station.Add(L"f", L"", 1);
-    }
-    frmUILibPresenter& Form() { return window.cForm; }
-    clsSchedMan& Man() { return *window.cLibrary.cSchedMan; }
-    std::wstring SelectedNode() const
-    {
-        return window.cTreeView.lSelected ? window.cForm.Tree().At(*window.cTreeView.lSelected).sKey : L"";
-    }
+    NewLibraryTest() { Fill(*this); }
+
+    void Do(LibraryCommand eCommand) { cForm.Do(eCommand); }
     void Tick(const std::wstring& sName, std::int32_t lLevel)
     {
-        Form().Panes().NodeCheck(window.Node(sName, lLevel), true);
+        cForm.Panes().NodeCheck(Node(sName, lLevel), true);
     }
-    std::vector<std::wstring> Ticked() const
+    Keys Ticked() const
     {
-        std::vector<std::wstring> colKeys;
-        for (const CategoryTreePresenter::Node lNode : window.cForm.Tree().Checked())
-            colKeys.push_back(window.cForm.Tree().At(lNode).sKey);
+        Keys colKeys;
+        for (const CategoryTreePresenter::Node lNode : Tree().Checked())
+            colKeys.push_back(Tree().At(lNode).sKey);
         return colKeys;
     }
-    bool SifSaved(const std::wstring& sName) { return window.cPorts.cFiles.FileExists(SifPath(sName)); }
+    void AddLevel(const std::wstring& sName, std::int32_t lLevel)
+    {
+        MainCat(sName)->AddSubCat(std::make_shared<clsCat>(cLibrary.cMod, sName, lLevel));
+    }
     void ForgetSifs()
     {
         for (const wchar_t* sName : {L"Rock", L"Jazz"})
             if (SifSaved(sName))
-                window.cPorts.cFiles.Delete(SifPath(sName));
+                cPorts.cFiles.Delete(SifPath(sName));
     }
-
-    LibraryWindowLifetime window{GetParam()};
+    void ExpectIdle()
+    {
+        EXPECT_FALSE(cView.Busy());
+        EXPECT_FALSE(cView.lBarMax);
+        Do(mnuHelp);
+        EXPECT_EQ(Said().back(), L"Help") << "nothing runs any more";
+    }
 };
 
-// Windows of a manager, of which the category window alone does something.
+// The window shows all audio.
+class frmUILibTest : public NewLibraryTest
+{
+protected:
+    frmUILibTest() { Show(); }
+};
+
+// Rock 1 is shown.
+class ShownLevelTest : public frmUILibTest
+{
+protected:
+    ShownLevelTest() { ShowNode(L"Rock", 1); }
+};
+
+// Windows of a manager, of which only the category window does something.
 class CategoryWindows final : public SchedulerWindows
 {
 public:
+    explicit CategoryWindows(clsSchedMan& cSchedMan) : m_cSchedMan(cSchedMan)
+    {
+        m_cSchedMan.SetWindows(this);
+    }
+    ~CategoryWindows() { m_cSchedMan.SetWindows(nullptr); }
+    CategoryWindows(const CategoryWindows&) = delete;
+    CategoryWindows& operator=(const CategoryWindows&) = delete;
+
     std::function<void(CategoryRequest&)> OnCategory;
     bool LibraryExists() const override { return false; }
     bool LibraryShowing() const override { return false; }
@@ -70,229 +98,219 @@ public:
         OnCategory(request);
         return lNotChosen;
     }
+
+private:
+    clsSchedMan& m_cSchedMan;
 };
 
 // ---- opening and closing
 
-TEST_P(frmUILibTest, WithoutAManagerABoxSaysSoAndNoWindowIsShown)
+TEST_P(NewLibraryTest, WithoutAManagerABoxSaysSoAndNoWindowIsShown)
 {
-    window.cView.OnModal = [] { ADD_FAILURE(); };
-    Form().SetSchedMan(nullptr);
-    Form().ShowModalUI();
-    EXPECT_EQ(window.Shown(), (Boxes{OkBox(BoxIcon::None, L"RavloScheduler",
-                                           L"Scheduler Library needs a scheduler manager!")}));
+    cView.OnModal = [] { ADD_FAILURE(); };
+    cForm.SetSchedMan(nullptr);
+    cForm.ShowModalUI();
+    EXPECT_EQ(Shown(), (Boxes{OkBox(BoxIcon::None, L"RavloScheduler",
+                                    L"Scheduler Library needs a scheduler manager!")}));
 }
 
-TEST_P(frmUILibTest, ItOpensWithTheRootSelectedAndAllAudioShown)
+TEST_P(NewLibraryTest, ItOpensWithTheRootSelectedAndAllAudioShown)
 {
     bool bShown = false;
-    window.cView.OnModal = [&] {
+    cView.OnModal = [&] {
         bShown = true;
-        EXPECT_TRUE(Form().Showing());
-        EXPECT_FALSE(window.cView.Busy());
+        EXPECT_TRUE(cForm.Showing());
+        EXPECT_FALSE(cView.Busy());
+        cForm.ShowModalUI(); // again
+        EXPECT_EQ(cView.lFront, 1);
+        EXPECT_TRUE(cForm.Showing());
+        cView.OnModal = nullptr;
     };
-    window.Show();
+    Show();
     EXPECT_TRUE(bShown);
-    EXPECT_FALSE(Form().Showing());
+    EXPECT_FALSE(cForm.Showing());
+    EXPECT_EQ(cView.lFront, 1);
     EXPECT_EQ(SelectedNode(), L"ALL AUDIO\t0");
-    EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c", L"d", L"e", L"f"}));
-    EXPECT_EQ(Form().Grid().CurrentCatViewing(), nullptr);
-    EXPECT_EQ(window.cView.colStatus.back(), L"Showing All Audio|Showing 6 total.");
-    EXPECT_FALSE(window.cView.lBarMax);
+    EXPECT_EQ(RowKeys(), (Keys{L"a", L"b", L"c", L"d", L"e", L"f"}));
+    EXPECT_EQ(Grid().CurrentCatViewing(), nullptr);
+    EXPECT_EQ(cView.colStatus.back(), L"Showing All Audio|Showing 6 total.");
+    EXPECT_FALSE(cView.lBarMax);
 }
 
-TEST_P(frmUILibTest, ItCountsAsShowingBeforeTheFirstMessagesRun)
+TEST_P(NewLibraryTest, ItCountsAsShowingBeforeTheFirstMessagesRun)
 {
-    window.cLibrary.Populate();
+    cLibrary.Populate();
     int lPumps = 0;
-    window.cPorts.cHostLoop.OnPump = [&] {
+    cPorts.cHostLoop.OnPump = [&] {
         ++lPumps;
-        EXPECT_TRUE(Form().Showing());
+        EXPECT_TRUE(cForm.Showing());
     };
-    Form().ShowModalUI();
+    cForm.ShowModalUI();
     EXPECT_GT(lPumps, 0);
 }
 
-TEST_P(frmUILibTest, OneThatWasNeverShownIsFilledWithoutLettingMessagesRun)
+TEST_P(NewLibraryTest, OneThatWasNeverShownIsFilledWithoutLettingMessagesRun)
 {
-    window.cLibrary.Populate();
-    Form().Opened();
-    window.cPorts.cHostLoop.OnPump = [] { ADD_FAILURE(); };
-    Form().ReloadAll();
-    Form().RequestRefresh();
-    EXPECT_EQ(window.RowKeys().size(), 6u);
-    EXPECT_TRUE(window.cView.bBusy.empty());
+    cLibrary.Populate();
+    cForm.Opened();
+    cPorts.cHostLoop.OnPump = [] { ADD_FAILURE(); };
+    cForm.ReloadAll();
+    cForm.RequestRefresh();
+    EXPECT_EQ(RowKeys().size(), 6u);
+    EXPECT_TRUE(cView.bBusy.empty());
 }
 
-TEST_P(frmUILibTest, AFailureWhileItOpensLeavesNoProgressBar)
+TEST_P(NewLibraryTest, AFailureWhileItOpensLeavesNoProgressBar)
 {
-    window.cLibrary.Populate();
-    window.cLibrary.cDataBase->bAllCutsFails = true;
-    window.cView.OnModal = [&] { EXPECT_FALSE(window.cView.lBarMax); };
-    Form().Opened();
-    Form().ShowModalUI();
-    EXPECT_EQ(window.Shown(), (Boxes{HandledError(L"frmUILib.Form_Load", L"Device I/O error", L"57")}));
-    EXPECT_THROW(Form().ReloadAll(), RuntimeError);
-    EXPECT_FALSE(window.cView.lBarMax);
+    cLibrary.Populate();
+    DataBase().bAllCutsFails = true;
+    cView.OnModal = [&] { EXPECT_FALSE(cView.lBarMax); };
+    cForm.Opened();
+    cForm.ShowModalUI();
+    EXPECT_EQ(Shown(), (Boxes{HandledError(L"frmUILib.Form_Load", L"Device I/O error", L"57")}));
+    EXPECT_THROW(cForm.ReloadAll(), RuntimeError);
+    EXPECT_FALSE(cView.lBarMax);
 }
 
-TEST_P(frmUILibTest, ShowingItAgainWhileItShowsBringsItToTheFront)
+TEST_P(NewLibraryTest, ANeverPopulatedManagerShowsAnEmptyWindow)
 {
-    window.cView.OnModal = [&] {
-        Form().ShowModalUI();
-        EXPECT_EQ(window.cView.lFront, 1);
-        EXPECT_TRUE(Form().Showing());
-    };
-    window.Show();
-    EXPECT_EQ(window.cView.lFront, 1);
+    cForm.Opened();
+    cForm.ShowModalUI();
+    EXPECT_EQ(Tree().Count(), 0u);
+    EXPECT_EQ(Grid().RowCount(), 0u);
+    EXPECT_TRUE(Shown().empty());
+    EXPECT_FALSE(cView.Busy());
 }
 
-TEST_P(frmUILibTest, ANeverPopulatedManagerShowsAnEmptyWindow)
+TEST_P(NewLibraryTest, AStationWithoutCategoriesIsPopulatedAgainFirst)
 {
-    Form().Opened();
-    Form().ShowModalUI();
-    EXPECT_EQ(Form().Tree().Count(), 0u);
-    EXPECT_EQ(Form().Grid().RowCount(), 0u);
-    EXPECT_TRUE(window.Shown().empty());
-    EXPECT_FALSE(window.cView.Busy());
+    DataBase().colCuts.clear();
+    Show();
+    EXPECT_EQ(Tree().Count(), 1u);
+    Add(L"new", L"Pop", 1);
+    cForm.Panes().ShowSelectedNode();
+    EXPECT_TRUE(InTree(L"Pop\t1"));
+    EXPECT_EQ(RowKeys(), (Keys{L"new"}));
 }
 
-TEST_P(frmUILibTest, ExitClosesTheWindow)
+TEST_P(NewLibraryTest, TheFirstCategoryOfAStationIsShownInItsTree)
 {
-    window.Show();
-    Form().Do(mnuExit);
-    EXPECT_EQ(window.cView.lClosed, 1);
+    DataBase().colCuts.clear();
+    Show();
+    cPorts.cMessages.Typed = {L"Pop"};
+    Do(mnuCatNew);
+    EXPECT_TRUE(InTree(L"Pop\t1"));
+    EXPECT_EQ(cTreeView.lSelected, CategoryTreePresenter::Node{0});
+    EXPECT_EQ(cView.colStatus.back(), L"Showing All Audio|Showing 0 total.");
+}
+
+TEST_P(frmUILibTest, ExitClosesTheWindowOnceNothingRuns)
+{
+    StartDrag({0});
+    Do(mnuExit);
+    EXPECT_EQ(cView.lClosed, 0);
+    GiveUpDrag();
+    EXPECT_EQ(cView.lClosed, 1);
+    Do(mnuExit);
+    EXPECT_EQ(cView.lClosed, 2);
 }
 
 // ---- showing
 
-TEST_P(frmUILibTest, ANodeIsShownWithItsCategoryAndTheBanThatGoesWithIt)
+TEST_P(frmUILibTest, ANodeIsShownWithItsCategoryAndWhetherRowsMayBeDropped)
 {
-    window.Show();
-    window.ShowNode(L"Rock", 1);
-    EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c"}));
-    EXPECT_EQ(Form().Grid().CurrentCatViewing(), window.cLibrary.Level(L"Rock", 1));
-    EXPECT_FALSE(Form().Grid().BanOLEDrop());
-    EXPECT_TRUE(Form().Tree().At(window.Node(L"Rock", 1)).bOpen);
-    EXPECT_TRUE(Form().Tree().At(window.Node(L"Rock", 0)).bOpen);
-    EXPECT_EQ(window.cView.bBusy, (std::vector<bool>{true, false}));
-    window.ShowNode(L"Rock", 0);
-    EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c", L"d"}));
-    EXPECT_EQ(Form().Grid().CurrentCatViewing(), window.cLibrary.MainCat(L"Rock"));
-    EXPECT_TRUE(Form().Grid().BanOLEDrop());
-}
-
-TEST_P(frmUILibTest, WithNothingSelectedNothingHappens)
-{
-    window.Show();
-    window.cTreeView.lSelected.reset();
-    window.cView.colStatus.clear();
-    Form().Panes().ShowSelectedNode();
-    EXPECT_TRUE(window.cView.colStatus.empty());
-}
-
-TEST_P(frmUILibTest, AStationWithoutCategoriesIsPopulatedAgainFirst)
-{
-    window.cLibrary.cDataBase->colCuts.clear();
-    window.Show();
-    EXPECT_EQ(Form().Tree().Count(), 1u);
-    window.Add(L"new", L"Pop", 1);
-    Form().Panes().ShowSelectedNode();
-    EXPECT_TRUE(Form().Tree().Find(L"Pop\t1"));
-    EXPECT_EQ(window.RowKeys(), (Keys{L"new"}));
-}
-
-TEST_P(frmUILibTest, ProgressIsShownFromItsStartToItsEnd)
-{
-    window.Show();
-    window.cView.colStatus.clear();
-    window.ShowNode(L"Jazz", 1);
-    EXPECT_EQ(window.cView.colStatus,
-              (Lines{L"Collecting Database info...|", L"Finished Collecting Info.|Got 2 total.",
-                     L"Populating Grid...|", L"Showing Jazz 1|Showing 2 total."}));
+    cView.colStatus.clear();
+    ShowNode(L"Rock", 1);
+    EXPECT_EQ(cView.colStatus,
+              (Lines{L"Collecting Database info...|", L"Finished Collecting Info.|Got 3 total.",
+                     L"Populating Grid...|", L"Showing Rock 1|Showing 3 total."}));
+    EXPECT_EQ(RowKeys(), (Keys{L"a", L"b", L"c"}));
+    EXPECT_EQ(Grid().CurrentCatViewing(), Level(L"Rock", 1));
+    EXPECT_FALSE(Grid().BanOLEDrop());
+    EXPECT_TRUE(Tree().At(Node(L"Rock", 1)).bOpen);
+    EXPECT_TRUE(Tree().At(Node(L"Rock", 0)).bOpen);
+    EXPECT_EQ(cView.bBusy, (std::vector<bool>{true, false}));
+    ShowNode(L"Rock", 0);
+    EXPECT_EQ(RowKeys(), (Keys{L"a", L"b", L"c", L"d"}));
+    EXPECT_EQ(Grid().CurrentCatViewing(), MainCat(L"Rock"));
+    EXPECT_TRUE(Grid().BanOLEDrop());
+    cTreeView.lSelected.reset();
+    cView.colStatus.clear();
+    cForm.Panes().ShowSelectedNode();
+    EXPECT_TRUE(cView.colStatus.empty()) << "with nothing selected, nothing happens";
 }
 
 TEST_P(frmUILibTest, TheManagersProgressIsShownToo)
 {
-    window.Show();
-    window.cView.colStatus.clear();
-    std::vector<std::optional<std::int32_t>> colBars;
-    window.cLibrary.cHost.OnEvent = [&](const std::wstring&) { colBars.push_back(window.cView.lBarMax); };
-    window.cLibrary.cDataBase->Announce(&DataBaseEvents::ProgressStart, std::wstring(L"Importing"), 9);
-    window.cLibrary.cDataBase->Announce(&DataBaseEvents::Progress, std::wstring(L"so far"), 4, 9);
-    EXPECT_EQ(window.cView.lBarMax, 9);
-    EXPECT_EQ(window.cView.lBar, 4);
-    window.cLibrary.cDataBase->Announce(&DataBaseEvents::ProgressDone, std::wstring(L"Imported"));
-    EXPECT_FALSE(window.cView.lBarMax);
-    EXPECT_EQ(window.cView.colStatus, (Lines{L"Importing|", L"so far|", L"Imported|"}));
-    EXPECT_EQ(colBars.size(), 3u) << "the host is told as well";
+    cView.colStatus.clear();
+    Said().clear();
+    DataBase().Announce(&DataBaseEvents::ProgressStart, std::wstring(L"Importing"), 9);
+    DataBase().Announce(&DataBaseEvents::Progress, std::wstring(L"so far"), 4, 9);
+    EXPECT_EQ(cView.lBarMax, 9);
+    EXPECT_EQ(cView.lBar, 4);
+    DataBase().Announce(&DataBaseEvents::ProgressDone, std::wstring(L"Imported"));
+    EXPECT_FALSE(cView.lBarMax);
+    EXPECT_EQ(cView.colStatus, (Lines{L"Importing|", L"so far|", L"Imported|"}));
+    EXPECT_EQ(Said().size(), 3u) << "the host receives it as well";
 }
 
 // ---- ticks
 
-TEST_P(frmUILibTest, ATickIsHandedDownOnTheScreen)
+TEST_P(frmUILibTest, TicksAreShownAsTheTreeHasThem)
 {
-    window.Show();
+    const auto all = [&](bool bTicked) { return std::vector<bool>(Tree().Count(), bTicked); };
     Tick(L"Rock", 0);
     EXPECT_EQ(Ticked(), (Keys{L"Rock\t0", L"Rock\t1", L"Rock\t2"}));
-    EXPECT_TRUE(window.cTreeView.bChecked[window.Node(L"Rock", 2)]);
-    EXPECT_FALSE(window.cTreeView.bChecked[window.Node(L"Jazz", 1)]);
-}
-
-TEST_P(frmUILibTest, MenusTickAllNoneAndFlip)
-{
-    window.Show();
-    Form().Do(mnuSelectAllTree);
-    EXPECT_EQ(window.cTreeView.bChecked, std::vector<bool>(Form().Tree().Count(), true));
-    Form().Do(mnuSelectNoneTree);
-    EXPECT_EQ(window.cTreeView.bChecked, std::vector<bool>(Form().Tree().Count(), false));
+    EXPECT_TRUE(cTreeView.bChecked[Node(L"Rock", 2)]);
+    EXPECT_FALSE(cTreeView.bChecked[Node(L"Jazz", 1)]);
+    Do(mnuSelectAllTree);
+    EXPECT_EQ(cTreeView.bChecked, all(true));
+    Do(mnuSelectNoneTree);
+    EXPECT_EQ(cTreeView.bChecked, all(false));
     Tick(L"Jazz", 0);
-    Form().Do(mnuSelectInvertTree);
-    EXPECT_TRUE(window.cTreeView.bChecked[0]);
+    Do(mnuSelectInvertTree);
+    EXPECT_TRUE(cTreeView.bChecked[0]);
     EXPECT_EQ(Ticked(), (Keys{L"Rock\t0", L"Rock\t1", L"Rock\t2"}));
 }
 
-TEST_P(frmUILibTest, ATickWhileSomethingRunsIsTakenBack)
+TEST_P(frmUILibTest, ATickWhileSomethingRunsIsUndone)
 {
-    window.Show();
-    window.cGridView.Select({0});
-    ASSERT_TRUE(Form().Cuts().DragStarted());
-    window.cTreeView.bChecked[1] = true; // as the click left the box
-    Form().Panes().NodeCheck(1, true);
-    EXPECT_FALSE(window.cTreeView.bChecked[1]);
+    StartDrag({0});
+    cTreeView.bChecked[1] = true; // as the click left the box
+    cForm.Panes().NodeCheck(1, true);
+    EXPECT_FALSE(cTreeView.bChecked[1]);
     EXPECT_TRUE(Ticked().empty());
-    Form().Cuts().DragCompleted(std::nullopt);
+    GiveUpDrag();
 }
 
 TEST_P(frmUILibTest, GridCommandsSelectRows)
 {
-    window.Show();
-    Form().Do(mnuSelectAllGrid);
-    EXPECT_EQ(Form().Grid().SelectedRows().size(), 6u);
-    Form().Do(mnuSelectNoneGrid);
-    EXPECT_TRUE(Form().Grid().SelectedRows().empty());
-    Form().Do(mnuInvertSelectionGrid);
-    EXPECT_EQ(Form().Grid().SelectedRows().size(), 6u);
+    for (const auto& [eCommand, rows] :
+         {std::pair{mnuSelectAllGrid, 6u}, {mnuSelectNoneGrid, 0u}, {mnuInvertSelectionGrid, 6u}})
+    {
+        Do(eCommand);
+        EXPECT_EQ(Grid().SelectedRows().size(), rows);
+    }
 }
 
 // ---- typing in the tree
 
-class TreeSearchTest : public frmUILibTest
+class TreeSearchTest : public NewLibraryTest
 {
 protected:
     TreeSearchTest()
     {
         for (const wchar_t* sName : {L"mid afternoons", L"Mid Dawns", L"middays", L"morning"})
-            window.Add(sName, sName, 1);
-        window.Show();
+            Add(sName, sName, 1);
+        Show();
     }
     bool Type(const std::wstring& sText)
     {
         bool bTaken = true;
         for (const wchar_t cTyped : sText)
         {
-            window.cPorts.cClock.Advance(300);
-            bTaken = Form().Panes().TypeInTree(cTyped) && bTaken;
+            cPorts.cClock.Advance(300);
+            bTaken = cForm.Panes().TypeInTree(cTyped) && bTaken;
         }
         return bTaken;
     }
@@ -300,24 +318,19 @@ protected:
 
 TEST_P(TreeSearchTest, ABlankBelongsToTheTextThatIsBeingTyped)
 {
+    EXPECT_FALSE(cForm.Panes().TypeInTree(L' '));
     EXPECT_TRUE(Type(L"mid dawns"));
     EXPECT_EQ(SelectedNode(), L"Mid Dawns\t0");
     EXPECT_TRUE(Ticked().empty());
-}
-
-TEST_P(TreeSearchTest, ABlankByItselfAndOtherKeysAreNotTaken)
-{
-    EXPECT_FALSE(Form().Panes().TypeInTree(L' '));
-    EXPECT_TRUE(Type(L"mid"));
-    window.cPorts.cClock.Advance(1000);
-    EXPECT_FALSE(Form().Panes().TypeInTree(L' ')) << "a second later it ticks";
-    EXPECT_FALSE(Form().Panes().TypeInTree(L'\r'));
-    EXPECT_EQ(SelectedNode(), L"mid afternoons\t0");
+    cPorts.cClock.Advance(1000);
+    EXPECT_FALSE(cForm.Panes().TypeInTree(L' ')) << "a second later it ticks";
+    EXPECT_FALSE(cForm.Panes().TypeInTree(L'\r'));
+    EXPECT_EQ(SelectedNode(), L"Mid Dawns\t0");
 }
 
 TEST_P(TreeSearchTest, TheSameLetterGoesThroughAllThatBeginWithIt)
 {
-    std::vector<std::wstring> colSelected;
+    Keys colSelected;
     for (int i = 0; i < 5; ++i)
     {
         Type(L"m");
@@ -327,517 +340,423 @@ TEST_P(TreeSearchTest, TheSameLetterGoesThroughAllThatBeginWithIt)
                                  L"mid afternoons\t0"}));
 }
 
-TEST_P(TreeSearchTest, OnlyNodesOnTheScreenAreFoundAndNoneLeavesTheSelection)
+TEST_P(TreeSearchTest, OnlyVisibleNodesAreFoundAndNoneLeavesTheSelection)
 {
-    Type(L"1");
-    EXPECT_EQ(SelectedNode(), L"ALL AUDIO\t0");
-    Form().Panes().NodeExpanded(window.Node(L"Rock", 0), true);
-    window.cPorts.cClock.Advance(2000);
-    Type(L"1");
-    EXPECT_EQ(SelectedNode(), L"Rock\t1");
-    window.cPorts.cClock.Advance(2000);
-    Type(L"zz");
-    EXPECT_EQ(SelectedNode(), L"Rock\t1");
+    const auto find = [&](const wchar_t* sText) {
+        cPorts.cClock.Advance(2000);
+        Type(sText);
+        return SelectedNode();
+    };
+    EXPECT_EQ(find(L"1"), L"ALL AUDIO\t0");
+    cForm.Panes().NodeExpanded(Node(L"Rock", 0), true);
+    EXPECT_EQ(find(L"1"), L"Rock\t1");
+    EXPECT_EQ(find(L"zz"), L"Rock\t1");
 }
 
 // ---- refreshing, saving, reloading
 
-TEST_P(frmUILibTest, ARefreshKeepsTheSelectedNodeAndTheExpandedOnes)
+TEST_P(frmUILibTest, AReloadKeepsTheSelectedNodeAndTheExpandedOnes)
 {
-    window.Show();
-    Form().Panes().NodeExpanded(window.Node(L"Rock", 0), true);
-    window.cTreeView.Select(window.Node(L"Rock", 1));
-    window.cLibrary.MainCat(L"Jazz")->AddSubCat(std::make_shared<clsCat>(window.cLibrary.cMod, L"Jazz", 9));
-    Form().ReloadAll();
-    EXPECT_TRUE(Form().Tree().Find(L"Jazz\t9"));
+    cForm.Panes().NodeExpanded(Node(L"Rock", 0), true);
+    SelectNode(L"Rock", 1);
+    AddLevel(L"Jazz", 9);
+    cForm.ReloadAll();
+    EXPECT_TRUE(InTree(L"Jazz\t9"));
     EXPECT_EQ(SelectedNode(), L"Rock\t1");
-    EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c"}));
-    EXPECT_EQ(Form().Tree().ExpandedKeys(), (Keys{L"ALL AUDIO\t0", L"Rock\t0"}));
-    EXPECT_TRUE(std::count(window.cTreeView.colExpanded.begin(), window.cTreeView.colExpanded.end(),
-                           window.Node(L"Rock", 0)));
+    EXPECT_EQ(RowKeys(), (Keys{L"a", L"b", L"c"}));
+    EXPECT_EQ(Tree().ExpandedKeys(), (Keys{L"ALL AUDIO\t0", L"Rock\t0"}));
+    EXPECT_TRUE(std::count(cTreeView.colExpanded.begin(), cTreeView.colExpanded.end(), Node(L"Rock", 0)));
 }
 
-TEST_P(frmUILibTest, ASelectedNodeThatIsGoneGivesWayToItsMainCategoryElseTheRoot)
+TEST_P(frmUILibTest, ADeletedNodeIsReplacedByItsMainCategoryElseTheRoot)
 {
-    window.Show();
-    window.ShowNode(L"Rock", 2);
-    Man().DeleteCats({window.cLibrary.Level(L"Rock", 2)});
-    Form().ReloadAll();
-    EXPECT_EQ(SelectedNode(), L"Rock\t0");
-    Man().DeleteCats({window.cLibrary.MainCat(L"Rock")});
-    Form().ReloadAll();
-    EXPECT_EQ(SelectedNode(), L"ALL AUDIO\t0");
-    Man().DeleteCats({window.cLibrary.MainCat(L"Jazz")});
-    Form().ReloadAll();
-    EXPECT_EQ(Form().Grid().RowCount(), 0u);
-    EXPECT_EQ(window.cView.colStatus.back(), L"|");
+    ShowNode(L"Rock", 2);
+    const auto selectedAfter = [&](const std::shared_ptr<clsCat>& cDeleted) {
+        Man().DeleteCats({cDeleted});
+        cForm.ReloadAll();
+        return SelectedNode();
+    };
+    EXPECT_EQ(selectedAfter(Level(L"Rock", 2)), L"Rock\t0");
+    EXPECT_EQ(selectedAfter(MainCat(L"Rock")), L"ALL AUDIO\t0");
+    EXPECT_EQ(selectedAfter(MainCat(L"Jazz")), L"ALL AUDIO\t0");
+    EXPECT_EQ(Grid().RowCount(), 0u);
+    EXPECT_EQ(cView.colStatus.back(), L"|");
 }
 
-TEST_P(frmUILibTest, NewsAreShownAtOnceOrOnceWhenWhatRunsHasEnded)
+TEST_P(frmUILibTest, NotificationsAreShownAtOnceOrOnceWhenNothingRuns)
 {
-    window.Show();
-    window.cGridView.lFilled = 0;
-    Form().RequestRefresh();
-    EXPECT_EQ(window.cGridView.lFilled, 1);
-    window.cGridView.Select({0});
-    ASSERT_TRUE(Form().Cuts().DragStarted());
-    Form().RequestRefresh();
-    Form().RequestRefresh();
-    Form().ReloadAll();
-    EXPECT_EQ(window.cGridView.lFilled, 1);
-    Form().Cuts().DragCompleted(std::nullopt);
-    EXPECT_EQ(window.cGridView.lFilled, 2);
+    cGridView.lFilled = 0;
+    cForm.RequestRefresh();
+    EXPECT_EQ(cGridView.lFilled, 1);
+    StartDrag({0});
+    cForm.RequestRefresh();
+    cForm.RequestRefresh();
+    cForm.ReloadAll();
+    EXPECT_EQ(cGridView.lFilled, 1);
+    GiveUpDrag();
+    EXPECT_EQ(cGridView.lFilled, 2);
 }
 
-TEST_P(frmUILibTest, NewsLeaveTheShownNodeShownAndTheSelectedSelected)
+TEST_P(ShownLevelTest, NotificationsKeepWhatIsShownSelectedTickedAndExpanded)
 {
-    window.Show();
-    window.ShowNode(L"Rock", 1);
-    window.cTreeView.Select(window.Node(L"Jazz", 0)); // selected, not shown
+    SelectNode(L"Jazz", 0); // selected, not shown
     Tick(L"Rock", 1);
-    window.cTreeView.lShown = 0;
-    Form().RequestRefresh();
-    EXPECT_EQ(window.cTreeView.lShown, 0) << "a tree with the same nodes";
-    EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c"}));
-    EXPECT_EQ(SelectedNode(), L"Jazz\t0");
-    EXPECT_EQ(Ticked(), (Keys{L"Rock\t1"}));
-    window.cLibrary.MainCat(L"Jazz")->AddSubCat(std::make_shared<clsCat>(window.cLibrary.cMod, L"Jazz", 9));
-    Form().RequestRefresh();
-    EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c"}));
-    EXPECT_EQ(SelectedNode(), L"Jazz\t0");
+    cForm.Panes().NodeExpanded(Node(L"Rock", 0), true);
+    const auto expectKept = [&] {
+        EXPECT_EQ(RowKeys(), (Keys{L"a", L"b", L"c"}));
+        EXPECT_EQ(SelectedNode(), L"Jazz\t0");
+        EXPECT_EQ(Ticked(), (Keys{L"Rock\t1"}));
+        EXPECT_TRUE(cTreeView.bChecked[Node(L"Rock", 1)]);
+        EXPECT_EQ(Tree().ExpandedKeys(), (Keys{L"ALL AUDIO\t0", L"Rock\t0"}));
+    };
+    cTreeView.lShown = 0;
+    cForm.RequestRefresh();
+    EXPECT_EQ(cTreeView.lShown, 0) << "a tree with the same nodes";
+    expectKept();
+    AddLevel(L"Jazz", 9);
+    cForm.RequestRefresh();
+    EXPECT_EQ(cTreeView.lShown, 1);
+    expectKept();
 }
 
-TEST_P(frmUILibTest, AnEditLeavesTheListWhereItIs)
+TEST_P(ShownLevelTest, AnEditLeavesTheListWhereItIs)
 {
-    window.Show();
-    window.ShowNode(L"Rock", 1);
-    window.cTreeView.Select(window.Node(L"Jazz", 1));
-    window.cGridView.lCurrent = 2;
-    window.cGridView.lTop = 1;
-    window.cGridView.Select({2});
-    window.cLibrary.cHost.OnEvent = [&](const std::wstring& sLine) {
+    SelectNode(L"Jazz", 1);
+    cGridView.lCurrent = 2;
+    cGridView.lTop = 1;
+    cGridView.Select({2});
+    cLibrary.cHost.OnEvent = [&](const std::wstring& sLine) {
         if (sLine.starts_with(L"Edit")) // the editor's OK: the database announces the change
-            window.cLibrary.cDataBase->Announce(&DataBaseEvents::CutsModified,
-                                                Cuts{window.cLibrary.cDataBase->colCuts[2]});
-        Form().RequestRefresh();
+            Announce(&DataBaseEvents::CutsModified, DataBase().colCuts[2]);
+        cForm.RequestRefresh();
     };
-    Form().Cuts().CellDblClick(3, 1);
-    window.cLibrary.cHost.OnEvent = nullptr;
-    EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c"}));
-    EXPECT_EQ(window.SelectedKeys(), (Keys{L"c"}));
-    EXPECT_EQ(window.cGridView.lCurrent, 2u);
-    EXPECT_EQ(window.cGridView.lTop, 1u);
+    CutActions().CellDblClick(3, 1);
+    EXPECT_EQ(RowKeys(), (Keys{L"a", L"b", L"c"}));
+    EXPECT_EQ(SelectedKeys(), (Keys{L"c"}));
+    EXPECT_EQ(cGridView.lCurrent, 2u);
+    EXPECT_EQ(cGridView.lTop, 1u);
 }
 
-TEST_P(frmUILibTest, NewsThatChangeTheTreeKeepTicksAndExpandedNodes)
+TEST_P(frmUILibTest, EndlessNotificationsWaitForTheUsersTurn)
 {
-    window.Show();
-    Tick(L"Rock", 1);
-    Tick(L"Jazz", 0);
-    Form().Panes().NodeExpanded(window.Node(L"Rock", 0), true);
-    Man().DeleteCats({window.cLibrary.Level(L"Jazz", 1)});
-    Form().RequestRefresh();
-    EXPECT_EQ(Ticked(), (Keys{L"Jazz\t0", L"Rock\t1"}));
-    EXPECT_TRUE(window.cTreeView.bChecked[window.Node(L"Rock", 1)]);
-    EXPECT_EQ(Form().Tree().ExpandedKeys(), (Keys{L"ALL AUDIO\t0", L"Rock\t0"}));
+    cGridView.lFilled = 0;
+    cPorts.cHostLoop.OnPump = [&] { cForm.RequestRefresh(); };
+    cForm.RequestRefresh();
+    EXPECT_FALSE(cView.Busy());
+    EXPECT_EQ(cGridView.lFilled, 2) << "those that arrived in between, once";
+    EXPECT_EQ(cView.lAskedFor, 1);
+    cPorts.cHostLoop.OnPump = nullptr;
+    cForm.RequestRefresh();
+    EXPECT_EQ(cView.lAskedFor, 1);
 }
 
-TEST_P(frmUILibTest, NewsThatNeverEndWaitForTheUsersTurn)
+TEST_P(frmUILibTest, AWindowThatIsToCloseShowsNoMoreNotifications)
 {
-    window.Show();
-    window.cGridView.lFilled = 0;
-    window.cPorts.cHostLoop.OnPump = [&] { Form().RequestRefresh(); };
-    Form().RequestRefresh();
-    EXPECT_FALSE(window.cView.Busy());
-    EXPECT_EQ(window.cGridView.lFilled, 2) << "and those that came in between, once";
-    EXPECT_EQ(window.cView.lAskedFor, 1);
-    window.cPorts.cHostLoop.OnPump = nullptr;
-    Form().RequestRefresh();
-    EXPECT_EQ(window.cView.lAskedFor, 1);
-}
-
-TEST_P(frmUILibTest, ClosingWaitsForWhatRuns)
-{
-    window.Show();
-    window.cGridView.Select({0});
-    ASSERT_TRUE(Form().Cuts().DragStarted());
-    Form().Do(mnuExit);
-    EXPECT_EQ(window.cView.lClosed, 0);
-    Form().Cuts().DragCompleted(std::nullopt);
-    EXPECT_EQ(window.cView.lClosed, 1);
-}
-
-TEST_P(frmUILibTest, AWindowThatIsToCloseShowsNoMoreNews)
-{
-    window.Show();
-    window.cGridView.lFilled = 0;
-    window.cPorts.cHostLoop.OnPump = [&] {
-        Form().RequestRefresh(); // each time: the news never end
-        Form().RequestClose();
+    cGridView.lFilled = 0;
+    cPorts.cHostLoop.OnPump = [&] {
+        cForm.RequestRefresh();
+        cForm.RequestClose();
     };
-    Form().RequestRefresh();
-    EXPECT_EQ(window.cGridView.lFilled, 1);
-    EXPECT_EQ(window.cView.lAskedFor, 0);
-    EXPECT_EQ(window.cView.lClosed, 1);
+    cForm.RequestRefresh();
+    EXPECT_EQ(cGridView.lFilled, 1);
+    EXPECT_EQ(cView.lAskedFor, 0);
+    EXPECT_EQ(cView.lClosed, 1);
 }
 
 TEST_P(frmUILibTest, SaveWritesEveryMainCategoryAndChangesNothingShown)
 {
-    window.Show();
     ForgetSifs();
-    window.cTreeView.lShown = 0;
-    Form().Do(mnuSave);
+    cTreeView.lShown = 0;
+    Do(mnuSave);
     EXPECT_TRUE(SifSaved(L"Rock"));
     EXPECT_TRUE(SifSaved(L"Jazz"));
-    EXPECT_EQ(window.cTreeView.lShown, 0);
-    EXPECT_EQ(window.cView.bBusy, (std::vector<bool>{true, false}));
+    EXPECT_EQ(cTreeView.lShown, 0);
+    EXPECT_EQ(cView.bBusy, (std::vector<bool>{true, false}));
 }
 
-TEST_P(frmUILibTest, APopulationDuringASaveHasItsPresentOrdersWritten)
+TEST_P(frmUILibTest, APopulationDuringASaveHasItsCurrentOrdersWritten)
 {
     const std::wstring sOther = L"D:\\Other\\Scheduler\\History_and_Ordering\\Jazz.sif";
-    window.Show();
-    window.cLibrary.Level(L"Jazz", 1)->SchedCuts()->SendToBack(TextKey(L"c"));
-    window.cPorts.cFiles.MakeFolders(L"D:\\Other");
+    Level(L"Jazz", 1)->SchedCuts()->SendToBack(TextKey(L"c"));
+    cPorts.cFiles.MakeFolders(L"D:\\Other");
     bool bOnce = false;
-    window.cLibrary.cHost.OnEvent = [&](const std::wstring& sLine) {
+    cLibrary.cHost.OnEvent = [&](const std::wstring& sLine) {
         if (!sLine.starts_with(L"Done") || std::exchange(bOnce, true))
             return;
-        window.cLibrary.cDataBase->colCuts[2]->SetCategoryText(L"Rock"); // c is no longer in Jazz
-        window.cLibrary.Populate(L"D:\\Other");
+        DataBase().colCuts[2]->SetCategoryText(L"Rock"); // c is no longer in Jazz
+        cLibrary.Populate(L"D:\\Other");
     };
-    Form().Do(mnuSave);
-    window.cLibrary.cHost.OnEvent = nullptr;
+    Do(mnuSave);
     ASSERT_TRUE(bOnce);
-    ASSERT_TRUE(window.cPorts.cFiles.FileExists(sOther));
-    EXPECT_EQ(window.cPorts.cFiles.Get(sOther), SifCut("e", 1)) << "the order before holds c as well";
+    ASSERT_TRUE(cPorts.cFiles.FileExists(sOther));
+    EXPECT_EQ(cPorts.cFiles.Get(sOther), SifCut("e", 1)) << "the order before contains c as well";
 }
 
-TEST_P(frmUILibTest, ReloadReadsTheDatabaseAgainAndKeepsTheNode)
+TEST_P(ShownLevelTest, ReloadReadsTheDatabaseAgainAndKeepsTheNode)
 {
-    window.Show();
-    window.ShowNode(L"Rock", 1);
-    window.cLibrary.cDataBase->Add(L"late", L"Rock/Pop", 1);
-    Form().Do(mnuReloadAll);
-    EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c", L"late"}));
-    EXPECT_TRUE(Form().Tree().Find(L"Pop\t1"));
-    EXPECT_EQ(Form().Grid().CurrentCatViewing(), window.cLibrary.Level(L"Rock", 1));
+    Add(L"late", L"Rock/Pop", 1);
+    Do(mnuReloadAll);
+    EXPECT_EQ(RowKeys(), (Keys{L"a", L"b", L"c", L"late"}));
+    EXPECT_TRUE(InTree(L"Pop\t1"));
+    EXPECT_EQ(Grid().CurrentCatViewing(), Level(L"Rock", 1));
 }
 
 // ---- creating
 
-TEST_P(frmUILibTest, ANewCategoryAppearsAndAGivenUpOneChangesNothing)
+TEST_P(frmUILibTest, ANewCategoryAppearsAndACancelledOneChangesNothing)
 {
-    window.Show();
-    window.cTreeView.lShown = 0;
-    Form().Do(mnuCatNew);
-    EXPECT_EQ(window.cTreeView.lShown, 0);
-    window.cPorts.cMessages.Typed = {L"Pop"};
-    Form().Do(mnuCatNew);
-    EXPECT_TRUE(Form().Tree().Find(L"Pop\t1"));
+    cTreeView.lShown = 0;
+    Do(mnuCatNew);
+    EXPECT_EQ(cTreeView.lShown, 0);
+    cPorts.cMessages.Typed = {L"Pop"};
+    Do(mnuCatNew);
+    EXPECT_TRUE(InTree(L"Pop\t1"));
     EXPECT_EQ(SelectedNode(), L"ALL AUDIO\t0");
-    EXPECT_EQ(window.cTreeView.colBrought.back(), window.Node(L"Pop", 0)) << "into view";
+    EXPECT_EQ(cTreeView.colBrought.back(), Node(L"Pop", 0)) << "into view";
 }
 
-TEST_P(frmUILibTest, ANewLevelIsMadeUnderTheSelectedNodesMainCategoryAndExpanded)
+TEST_P(frmUILibTest, ANewLevelIsMadeUnderTheSelectedMainCategoryAndExpanded)
 {
-    window.Show();
     for (const std::int32_t lSelected : {0, 2})
     {
-        window.cTreeView.Select(window.Node(L"Rock", lSelected));
-        window.cPorts.cMessages.Typed = {std::to_wstring(7 + lSelected)};
-        Form().Do(mnuCatLevelNew);
-        EXPECT_TRUE(Form().Tree().Find(CategoryKey(L"Rock", 7 + lSelected)));
-        EXPECT_TRUE(Form().Tree().At(window.Node(L"Rock", 0)).bExpanded);
-        EXPECT_EQ(window.cTreeView.colExpanded.back(), window.Node(L"Rock", 0));
-        EXPECT_EQ(window.cTreeView.colBrought.back(), window.Node(L"Rock", 7 + lSelected)) << "into view";
+        SelectNode(L"Rock", lSelected);
+        cPorts.cMessages.Typed = {std::to_wstring(7 + lSelected)};
+        Do(mnuCatLevelNew);
+        EXPECT_TRUE(InTree(CategoryKey(L"Rock", 7 + lSelected)));
+        EXPECT_TRUE(Tree().At(Node(L"Rock", 0)).bExpanded);
+        EXPECT_EQ(cTreeView.colExpanded.back(), Node(L"Rock", 0));
+        EXPECT_EQ(cTreeView.colBrought.back(), Node(L"Rock", 7 + lSelected)) << "into view";
     }
 }
 
-TEST_P(frmUILibTest, WhatIsCreatedLeavesShownSelectedAndTicked)
+TEST_P(ShownLevelTest, WhatIsCreatedLeavesShownSelectedAndTicked)
 {
-    CategoryWindows cWindows;
-    Man().SetWindows(&cWindows);
+    CategoryWindows cWindows(Man());
     cWindows.OnCategory = [&](CategoryRequest&) {
         std::wstring sName = L"Soul";
         Man().CreateMainCat(sName);
     };
-    window.Show();
-    window.ShowNode(L"Rock", 1);
-    window.cTreeView.Select(window.Node(L"Jazz", 0)); // selected, not shown
+    SelectNode(L"Jazz", 0); // selected, not shown
     Tick(L"Rock", 2);
-    window.cPorts.cMessages.Typed = {L"Pop", L"3"};
-    for (const LibraryCommand eCommand : {mnuCatNew, mnuCatLevelNew, mnuCatUI})
+    cPorts.cMessages.Typed = {L"Pop", L"3"};
+    for (const auto& [eCommand, sCreated] :
+         {std::pair{mnuCatNew, L"Pop\t1"}, {mnuCatLevelNew, L"Jazz\t3"}, {mnuCatUI, L"Soul\t1"}})
     {
-        Form().Do(eCommand);
-        EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c"}));
+        Do(eCommand);
+        EXPECT_TRUE(InTree(sCreated));
+        EXPECT_EQ(RowKeys(), (Keys{L"a", L"b", L"c"}));
         EXPECT_EQ(SelectedNode(), L"Jazz\t0");
         EXPECT_EQ(Ticked(), (Keys{L"Rock\t2"}));
-        EXPECT_TRUE(window.cTreeView.bChecked[window.Node(L"Rock", 2)]);
+        EXPECT_TRUE(cTreeView.bChecked[Node(L"Rock", 2)]);
     }
-    EXPECT_TRUE(Form().Tree().Find(L"Pop\t1"));
-    EXPECT_TRUE(Form().Tree().Find(L"Jazz\t3"));
-    EXPECT_TRUE(Form().Tree().Find(L"Soul\t1"));
-    Man().SetWindows(nullptr);
-}
-
-TEST_P(frmUILibTest, TheFirstCategoryOfAStationIsShownInItsTree)
-{
-    LibraryWindowLifetime empty(GetParam());
-    empty.Show();
-    empty.cPorts.cMessages.Typed = {L"Pop"};
-    empty.cForm.Do(mnuCatNew);
-    EXPECT_TRUE(empty.cForm.Tree().Find(L"Pop\t1"));
-    EXPECT_EQ(empty.cTreeView.lSelected, CategoryTreePresenter::Node{0});
-    EXPECT_EQ(empty.cView.colStatus.back(), L"Showing All Audio|Showing 0 total.");
 }
 
 TEST_P(frmUILibTest, ANewLevelNeedsASelectedCategory)
 {
-    window.Show();
-    window.cTreeView.lSelected.reset();
-    Form().Do(mnuCatLevelNew);
-    window.cTreeView.Select(0);
-    Form().Do(mnuCatLevelNew);
+    cTreeView.lSelected.reset();
+    Do(mnuCatLevelNew);
+    cTreeView.Select(0);
+    Do(mnuCatLevelNew);
     EXPECT_EQ(
-        window.Shown(),
+        Shown(),
         (Boxes{OkBox(BoxIcon::Information, L"Nothing Selected",
                      L"First Select a category in the tree under which to create the new Category Level"),
                OkBox(BoxIcon::Information, L"Choose Another Category In The Tree",
                      L"'ALL AUDIO' is not a valid category selection for this operation")}));
-    EXPECT_TRUE(window.cPorts.cMessages.Inputs.empty());
+    EXPECT_TRUE(cPorts.cMessages.Inputs.empty());
 }
 
 // ---- shuffling and deleting
 
 TEST_P(frmUILibTest, ShufflingAndDeletingNeedTicks)
 {
-    window.Show();
-    Form().Do(mnuShuffle);
-    Form().Do(mnuCatDelete);
-    EXPECT_EQ(window.Shown(),
+    Do(mnuShuffle);
+    Do(mnuCatDelete);
+    EXPECT_EQ(Shown(),
               (Boxes{OkBox(BoxIcon::Information, L"You Need to Check (tick) Them In The Tree.",
                            L"First, select some categories to shuffle"),
                      OkBox(BoxIcon::Information, L"First Select Some Categories To Delete In The Tree!",
                            L"There are no categories checked in the tree to delete!")}));
 }
 
-TEST_P(frmUILibTest, ShufflingAsksAndShowsTheShownNodeAgainWithItsTicks)
+TEST_P(ShownLevelTest, ShufflingAsksAndShowsTheShownNodeAgainWithItsTicks)
 {
-    window.Show();
-    window.ShowNode(L"Rock", 1);
-    window.cTreeView.Select(window.Node(L"Jazz", 1)); // selected, not shown
+    SelectNode(L"Jazz", 1); // selected, not shown
     Tick(L"Rock", 1);
-    window.cPorts.cMessages.Answers = {BoxAnswer::Yes};
+    Answers({BoxAnswer::Yes});
     ForgetSifs();
-    Form().Do(mnuShuffle);
-    EXPECT_EQ(window.Shown(), (Boxes{{BoxIcon::Question, BoxButtons::YesNo, L"Confirm Shuffle.",
-                                      L"Really shuffle these categories: Rock 1"}}));
+    Do(mnuShuffle);
+    EXPECT_EQ(Shown(), (Boxes{{BoxIcon::Question, BoxButtons::YesNo, L"Confirm Shuffle.",
+                               L"Really shuffle these categories: Rock 1"}}));
     EXPECT_TRUE(SifSaved(L"Rock"));
-    EXPECT_EQ(window.RowKeys(), window.cLibrary.Order(L"Rock", 1));
+    EXPECT_EQ(RowKeys(), Order(L"Rock", 1));
     EXPECT_EQ(Ticked(), (Keys{L"Rock\t1"}));
     EXPECT_EQ(SelectedNode(), L"Jazz\t1");
 }
 
 TEST_P(frmUILibTest, TheWindowIsNotBusyWhileShufflingAsks)
 {
-    window.Show();
     Tick(L"Rock", 1);
     int lAsked = 0;
-    window.cPorts.cMessages.OnShown = [&] {
+    cPorts.cMessages.OnShown = [&] {
         ++lAsked;
-        EXPECT_FALSE(window.cView.Busy());
+        EXPECT_FALSE(cView.Busy());
     };
-    Form().Do(mnuShuffle); // answered with No
-    EXPECT_EQ(window.cView.bBusy, (std::vector<bool>{true, false})) << "showing the node again";
-    window.cView.bBusy.clear();
+    Do(mnuShuffle); // answered with No
+    EXPECT_EQ(cView.bBusy, (std::vector<bool>{true, false})) << "showing the node again";
+    cView.bBusy.clear();
     bool bBusyAtSave = false;
-    window.cLibrary.cHost.OnEvent = [&](const std::wstring&) { bBusyAtSave = window.cView.Busy(); };
-    window.cPorts.cMessages.Answers = {BoxAnswer::Yes};
-    Form().Do(mnuShuffle);
-    window.cLibrary.cHost.OnEvent = nullptr;
+    cLibrary.cHost.OnEvent = [&](const std::wstring&) { bBusyAtSave = cView.Busy(); };
+    Answers({BoxAnswer::Yes});
+    Do(mnuShuffle);
     EXPECT_EQ(lAsked, 2);
     EXPECT_TRUE(bBusyAtSave);
-    EXPECT_FALSE(window.cView.Busy());
+    EXPECT_FALSE(cView.Busy());
 }
 
-TEST_P(frmUILibTest, DeletingAsksAndNoLeavesEverythingAsItWas)
+TEST_P(frmUILibTest, DeletingAsksAndNoChangesNothing)
 {
-    window.Show();
     Tick(L"Rock", 0);
-    window.cTreeView.lShown = 0;
-    Form().Do(mnuCatDelete);
-    EXPECT_EQ(window.Shown(),
-              (Boxes{{BoxIcon::Question, BoxButtons::YesNo, L"Confirm Category Deletion",
-                      L"Really delete the checked categories: \r\nRock, Rock 1, Rock 2\r\n\r\n"
-                      L"Any items in these categories will be removed from the categories."}}));
-    EXPECT_EQ(window.cTreeView.lShown, 0);
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
-    window.cPorts.cMessages.Answers = {BoxAnswer::None, BoxAnswer::Yes};
-    Form().Do(mnuCatDelete);
-    EXPECT_EQ(window.cLibrary.MainCatNames(), (Lines{L"Rock", L"Jazz"})) << "closed without an answer";
-    Form().Do(mnuCatDelete);
-    EXPECT_EQ(window.cLibrary.MainCatNames(), (Lines{L"Jazz"}));
-    EXPECT_FALSE(Form().Tree().Find(L"Rock\t0"));
+    cTreeView.lShown = 0;
+    Do(mnuCatDelete);
+    EXPECT_EQ(Shown(), (Boxes{{BoxIcon::Question, BoxButtons::YesNo, L"Confirm Category Deletion",
+                               L"Really delete the checked categories: \r\nRock, Rock 1, Rock 2\r\n\r\n"
+                               L"Any items in these categories will be removed from the categories."}}));
+    EXPECT_EQ(cTreeView.lShown, 0);
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
+    Answers({BoxAnswer::None, BoxAnswer::Yes});
+    Do(mnuCatDelete);
+    EXPECT_EQ(cLibrary.MainCatNames(), (Lines{L"Rock", L"Jazz"})) << "closed without an answer";
+    Do(mnuCatDelete);
+    EXPECT_EQ(cLibrary.MainCatNames(), (Lines{L"Jazz"}));
+    EXPECT_FALSE(InTree(L"Rock\t0"));
 }
 
-TEST_P(frmUILibTest, AVeryLongListOfCategoriesIsCutInTheQuestion)
+TEST_P(NewLibraryTest, AVeryLongListOfCategoriesIsCutInTheQuestion)
 {
     for (int lCat = 0; lCat < 40; ++lCat)
-        window.Add(L"x" + std::to_wstring(lCat), L"Cat" + std::to_wstring(100 + lCat), 1);
-    window.Show();
-    Form().Do(mnuSelectAllTree);
-    Form().Do(mnuCatDelete);
-    ASSERT_EQ(window.Shown().size(), 1u);
-    EXPECT_NE(window.Shown()[0].sText.find(L"... (+"), std::wstring::npos);
+        Add(L"x" + std::to_wstring(lCat), L"Cat" + std::to_wstring(100 + lCat), 1);
+    Show();
+    Do(mnuSelectAllTree);
+    Do(mnuCatDelete);
+    ASSERT_EQ(Shown().size(), 1u);
+    EXPECT_NE(Shown()[0].sText.find(L"... (+"), std::wstring::npos);
 }
 
 // ---- other commands
 
-TEST_P(frmUILibTest, HelpAsksTheHost)
-{
-    window.Show();
-    Form().Do(mnuHelp);
-    EXPECT_EQ(window.cLibrary.cHost.colSaid.back(), L"Help");
-}
-
 TEST_P(frmUILibTest, TheCategoryWindowRefreshesOnlyWhenCategoriesChanged)
 {
-    CategoryWindows cWindows;
-    Man().SetWindows(&cWindows);
-    window.Show();
-    window.cTreeView.lShown = 0;
+    CategoryWindows cWindows(Man());
+    cTreeView.lShown = 0;
     std::wstring sCaption;
     cWindows.OnCategory = [&](CategoryRequest& request) { sCaption = request.sCaption; };
-    Form().Do(mnuCatUI);
+    Do(mnuCatUI);
     EXPECT_EQ(sCaption, L"Category Selector");
-    EXPECT_EQ(window.cTreeView.lShown, 0);
+    EXPECT_EQ(cTreeView.lShown, 0);
     cWindows.OnCategory = [&](CategoryRequest&) {
         std::wstring sName = L"Pop";
         Man().CreateMainCat(sName);
     };
-    Form().Do(mnuCatUI);
-    EXPECT_EQ(window.cTreeView.lShown, 1);
-    EXPECT_TRUE(Form().Tree().Find(L"Pop\t0"));
-    Man().SetWindows(nullptr);
+    Do(mnuCatUI);
+    EXPECT_EQ(cTreeView.lShown, 1);
+    EXPECT_TRUE(InTree(L"Pop\t0"));
 }
 
 TEST_P(frmUILibTest, ADoubleClickEditsTheCutAndShowsTheNodeUnlessCancelled)
 {
-    struct Case
+    using Answer = std::optional<std::int32_t>;
+    for (const auto& [lAnswer, bShownAgain] :
+         {std::pair{Answer(2), false}, {Answer(1), true}, {Answer(), true}})
     {
-        std::optional<std::int32_t> lAnswer;
-        bool bShownAgain;
-    };
-    for (const Case& test : {Case{2, false}, Case{1, true}, Case{std::nullopt, true}})
-    {
-        LibraryWindowLifetime fresh(GetParam());
-        fresh.Add(L"a", L"Rock", 1);
-        fresh.Add(L"b", L"Rock", 1);
-        fresh.Show();
-        fresh.cView.colStatus.clear();
-        fresh.cLibrary.cHost.lEditAnswer = test.lAnswer;
-        fresh.cForm.Cuts().CellDblClick(2, 3);
-        EXPECT_EQ(fresh.cLibrary.cHost.colSaid.back(), L"Edit b");
-        EXPECT_EQ(!fresh.cView.colStatus.empty(), test.bShownAgain);
+        cView.colStatus.clear();
+        cLibrary.cHost.lEditAnswer = lAnswer;
+        CutActions().CellDblClick(2, 3);
+        EXPECT_EQ(Said().back(), L"Edit b");
+        EXPECT_EQ(!cView.colStatus.empty(), bShownAgain);
     }
-}
-
-TEST_P(frmUILibTest, AnEditThatTheDatabaseTellsOfIsShownOnce)
-{
-    window.Show();
-    window.cView.colStatus.clear();
-    window.cLibrary.cHost.OnEvent = [&](const std::wstring&) { Form().RequestRefresh(); };
-    Form().Cuts().CellDblClick(1, 1);
-    window.cLibrary.cHost.OnEvent = nullptr;
-    EXPECT_EQ(std::count(window.cView.colStatus.begin(), window.cView.colStatus.end(),
-                         L"Showing All Audio|Showing 6 total."),
-              1);
+    cView.colStatus.clear();
+    cLibrary.cHost.OnEvent = [&](const std::wstring&) { cForm.RequestRefresh(); };
+    CutActions().CellDblClick(1, 1);
+    EXPECT_EQ(
+        std::count(cView.colStatus.begin(), cView.colStatus.end(), L"Showing All Audio|Showing 6 total."), 1)
+        << "an edit that the database announces is shown once";
 }
 
 TEST_P(frmUILibTest, ADoubleClickOnNoCellOrAMissingCutDoesNothing)
 {
-    window.Show();
-    window.cLibrary.cHost.colSaid.clear();
-    Form().Cuts().CellDblClick(0, 1);
-    Form().Cuts().CellDblClick(1, 0);
-    Form().Cuts().CellDblClick(7, 1);
-    window.cLibrary.cDataBase->colCuts.clear();
-    Form().Cuts().CellDblClick(1, 1);
-    EXPECT_TRUE(window.cLibrary.cHost.colSaid.empty());
+    Said().clear();
+    CutActions().CellDblClick(0, 1);
+    CutActions().CellDblClick(1, 0);
+    CutActions().CellDblClick(7, 1);
+    DataBase().colCuts.clear();
+    CutActions().CellDblClick(1, 1);
+    EXPECT_TRUE(Said().empty());
 }
 
 TEST_P(frmUILibTest, WhatTheUserDoesWhileSomethingRunsIsIgnored)
 {
-    window.Show();
-    window.cLibrary.cHost.colSaid.clear();
+    Said().clear();
     bool bOnce = false;
-    window.cPorts.cHostLoop.OnPump = [&] {
+    cPorts.cHostLoop.OnPump = [&] {
         if (std::exchange(bOnce, true))
             return;
-        EXPECT_TRUE(window.cView.Busy());
-        Form().Do(mnuHelp);
-        Form().Cuts().CellDblClick(1, 1);
-        EXPECT_FALSE(Form().Cuts().DragStarted());
+        EXPECT_TRUE(cView.Busy());
+        Do(mnuHelp);
+        CutActions().CellDblClick(1, 1);
+        EXPECT_FALSE(CutActions().DragStarted());
     };
-    Form().Do(mnuSave);
+    Do(mnuSave);
     EXPECT_TRUE(bOnce);
-    EXPECT_EQ(std::count(window.cLibrary.cHost.colSaid.begin(), window.cLibrary.cHost.colSaid.end(), L"Help"),
-              0);
-    EXPECT_EQ(
-        std::count(window.cLibrary.cHost.colSaid.begin(), window.cLibrary.cHost.colSaid.end(), L"Edit a"), 0);
+    for (const wchar_t* sLine : {L"Help", L"Edit a"})
+        EXPECT_EQ(std::count(Said().begin(), Said().end(), sLine), 0);
 }
 
 TEST_P(frmUILibTest, AnUnexpectedFailureIsShownAndTheWindowIsNotLeftDisabled)
 {
-    window.Show();
-    window.cLibrary.cDataBase->bAllCutsFails = true;
-    window.ShowNode(sAllAudio, 0);
-    window.cPorts.cMessages.Typed = {L"Pop"};
-    Form().Do(mnuCatNew); // all audio is shown again
-    EXPECT_EQ(window.Shown(), (Boxes{HandledError(L"TvCats_DblClick", L"Device I/O error", L"57"),
-                                     HandledError(L"mnuCatNew_Click", L"Device I/O error", L"57")}));
-    EXPECT_FALSE(window.cView.Busy());
-    EXPECT_FALSE(window.cView.lBarMax);
-    window.cLibrary.cDataBase->bAllCutsFails = false;
-    window.ShowNode(sAllAudio, 0);
-    EXPECT_EQ(window.Shown().size(), 2u);
+    DataBase().bAllCutsFails = true;
+    ShowNode(sAllAudio, 0);
+    cPorts.cMessages.Typed = {L"Pop"};
+    Do(mnuCatNew); // all audio is shown again
+    EXPECT_EQ(Shown(), (Boxes{HandledError(L"TvCats_DblClick", L"Device I/O error", L"57"),
+                              HandledError(L"mnuCatNew_Click", L"Device I/O error", L"57")}));
+    ExpectIdle();
+    DataBase().bAllCutsFails = false;
+    ShowNode(sAllAudio, 0);
+    EXPECT_EQ(Shown().size(), 2u);
 }
 
 // ---- a disk that is full, a database that is not there
 
-class FailingDiskTest : public frmUILibTest
+class FailingDiskTest : public ShownLevelTest
 {
 protected:
-    // Everything saved, Rock 1 shown with its last row selected, and from then on nothing can be written.
+    // Everything is saved, Rock 1 is shown with its last row selected, and from then on nothing can be
+    // written.
     FailingDiskTest()
     {
-        window.Show();
-        Form().Do(mnuSave);
+        Do(mnuSave);
         for (const wchar_t* sName : {L"Rock", L"Jazz"})
-            colSaved.push_back(window.cPorts.cFiles.Get(SifPath(sName)));
-        window.ShowNode(L"Rock", 1);
-        window.cGridView.Select({2}); // c
+            colSaved.push_back(cPorts.cFiles.Get(SifPath(sName)));
+        cGridView.Select({2}); // c
         Lock(true);
     }
     void Lock(bool bLock)
     {
         for (const wchar_t* sName : {L"Rock", L"Jazz"})
-            window.cPorts.cFiles.SetReadOnly(SifPath(sName), bLock);
-        window.cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", bLock);
+            cPorts.cFiles.SetReadOnly(SifPath(sName), bLock);
+        cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", bLock);
     }
-    // The window shows what the manager has, can be used, and the files are whole.
+    // The failure is reported, the window shows what the manager has and can be used, and the files are
+    // whole.
     void ExpectTrue()
     {
-        EXPECT_FALSE(window.cView.Busy());
-        EXPECT_FALSE(window.cView.lBarMax);
-        EXPECT_FALSE(window.Shown().empty()) << "the failure is said";
-        EXPECT_TRUE(Form().Tree().HasSameNodes(NodesOf(Man().colMainCats().get())));
-        EXPECT_EQ(window.RowKeys(), window.cLibrary.Order(L"Rock", 1));
-        EXPECT_EQ(window.cPorts.cFiles.Get(SifPath(L"Rock")), colSaved[0]);
-        EXPECT_EQ(window.cPorts.cFiles.Get(SifPath(L"Jazz")), colSaved[1]);
-        Form().Do(mnuHelp);
-        EXPECT_EQ(window.cLibrary.cHost.colSaid.back(), L"Help") << "nothing runs any more";
+        EXPECT_FALSE(Shown().empty());
+        EXPECT_TRUE(Tree().HasSameNodes(NodesOf(Man().colMainCats().get())));
+        EXPECT_EQ(RowKeys(), Order(L"Rock", 1));
+        EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Rock")), colSaved[0]);
+        EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Jazz")), colSaved[1]);
+        ExpectIdle();
     }
     std::vector<std::string> colSaved;
 };
@@ -845,175 +764,166 @@ protected:
 TEST_P(FailingDiskTest, DeletingACategoryLeavesTreeGridAndFilesTrue)
 {
     Tick(L"Jazz", 0);
-    window.cPorts.cMessages.Answers = {BoxAnswer::Yes};
-    Form().Do(mnuCatDelete);
+    Answers({BoxAnswer::Yes});
+    Do(mnuCatDelete);
     ExpectTrue();
 }
 
 TEST_P(FailingDiskTest, ChangesOfCutsLeaveTreeGridAndFilesTrue)
 {
-    window.DropOnRow(0);
+    DropOnRow(0);
     ExpectTrue();
-    EXPECT_EQ(window.RowKeys(), (Keys{L"c", L"a", L"b"}));
-    EXPECT_EQ(window.SelectedKeys(), (Keys{L"c"}));
-    window.cView.colChoices = {1}; // move
-    window.DropOnNode(L"Rock", 2);
+    EXPECT_EQ(RowKeys(), (Keys{L"c", L"a", L"b"}));
+    EXPECT_EQ(SelectedKeys(), (Keys{L"c"}));
+    cView.colChoices = {1}; // move
+    DropOnNode(L"Rock", 2);
     ExpectTrue();
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 2), (Keys{L"d", L"c"}));
-    window.cGridView.Select({0});
-    Form().Cuts().GridDelete();
+    EXPECT_EQ(Order(L"Rock", 2), (Keys{L"d", L"c"}));
+    cGridView.Select({0});
+    CutActions().GridDelete();
     ExpectTrue();
-    EXPECT_EQ(window.RowKeys(), (Keys{L"b"}));
+    EXPECT_EQ(RowKeys(), (Keys{L"b"}));
 }
 
 TEST_P(FailingDiskTest, SavingAllLeavesTreeGridAndFilesTrueAndCanBeDoneAgain)
 {
-    window.cLibrary.Level(L"Rock", 1)->SchedCuts()->SendToBack(TextKey(L"a"));
-    window.ShowNode(L"Rock", 1);
-    Form().Do(mnuSave);
+    Level(L"Rock", 1)->SchedCuts()->SendToBack(TextKey(L"a"));
+    ShowNode(L"Rock", 1);
+    Do(mnuSave);
     ExpectTrue();
     Lock(false);
-    Form().Do(mnuSave);
-    EXPECT_NE(window.cPorts.cFiles.Get(SifPath(L"Rock")), colSaved[0]);
+    Do(mnuSave);
+    EXPECT_NE(cPorts.cFiles.Get(SifPath(L"Rock")), colSaved[0]);
 }
 
 TEST_P(FailingDiskTest, AReloadWhoseDatabaseFailsLeavesTreeGridAndFilesTrue)
 {
     for (const bool bFails : {true, false})
     {
-        window.cLibrary.cDataBase->bAllCutsFails = bFails;
-        Form().Do(mnuReloadAll);
+        DataBase().bAllCutsFails = bFails;
+        Do(mnuReloadAll);
         ExpectTrue();
     }
-    EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c"}));
+    EXPECT_EQ(RowKeys(), (Keys{L"a", L"b", L"c"}));
 }
 
 TEST_P(frmUILibTest, TheManagerCanEndWhileTheWindowExists)
 {
-    window.Show();
-    const std::weak_ptr<clsSchedMan> cSchedMan = window.cLibrary.cSchedMan;
-    window.cLibrary.cSchedMan.reset();
+    const std::weak_ptr<clsSchedMan> cSchedMan = cLibrary.cSchedMan;
+    cLibrary.cSchedMan.reset();
     EXPECT_TRUE(cSchedMan.expired());
-    Form().Do(mnuSave);
-    Form().ReloadAll();
-    Form().RequestRefresh();
-    EXPECT_FALSE(window.cView.Busy());
+    Do(mnuSave);
+    cForm.ReloadAll();
+    cForm.RequestRefresh();
+    EXPECT_FALSE(cView.Busy());
 }
 
 // ---- removing
 
 TEST_P(frmUILibTest, DeleteWithNothingSelectedSaysSo)
 {
-    window.Show();
-    Form().Cuts().GridDelete();
-    EXPECT_EQ(window.Shown(), (Boxes{OkBox(BoxIcon::Exclamation, L"First Select Some Items In The Grid!",
-                                           L"There are no items selected to be remove category from!")}));
+    CutActions().GridDelete();
+    EXPECT_EQ(Shown(), (Boxes{OkBox(BoxIcon::Exclamation, L"First Select Some Items In The Grid!",
+                                    L"There are no items selected to be remove category from!")}));
 }
 
-TEST_P(frmUILibTest, InALevelDeleteTakesTheCutsOutOfItAndSaves)
+TEST_P(ShownLevelTest, InALevelDeleteRemovesTheCutsFromItAndSaves)
 {
-    window.Show();
-    window.ShowNode(L"Rock", 1);
-    window.cGridView.Select({0, 2});
+    cGridView.Select({0, 2});
     ForgetSifs();
-    Form().Cuts().GridDelete();
-    EXPECT_TRUE(window.Shown().empty());
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"b"}));
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e"}));
-    EXPECT_EQ(window.RowKeys(), (Keys{L"b"}));
+    CutActions().GridDelete();
+    EXPECT_TRUE(Shown().empty());
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"b"}));
+    EXPECT_EQ(Order(L"Jazz", 1), (Keys{L"c", L"e"}));
+    EXPECT_EQ(RowKeys(), (Keys{L"b"}));
     EXPECT_TRUE(SifSaved(L"Rock"));
     EXPECT_FALSE(SifSaved(L"Jazz"));
-    EXPECT_EQ(window.cView.bBusy.back(), false);
+    EXPECT_EQ(cView.bBusy.back(), false);
 }
 
-TEST_P(frmUILibTest, DeleteGoesByTheLevelThatContainsACutAndNotByItsNumber)
+TEST_P(NewLibraryTest, DeleteGoesByTheLevelThatContainsACutAndNotByItsNumber)
 {
     for (const wchar_t* sShown : {L"Rock", sAllAudio})
     {
-        LibraryWindowLifetime fresh(GetParam());
+        ScreenLibrary fresh(GetParam());
         Fill(fresh);
         fresh.Show();
-        fresh.cLibrary.cDataBase->colCuts[3]->SetCatLevel(1); // d, which is in Rock 2
+        fresh.DataBase().colCuts[3]->SetCatLevel(1); // d, which is in Rock 2
         fresh.ShowNode(sShown, 0);
         fresh.cGridView.Select({3});
-        fresh.cPorts.cMessages.Answers = {BoxAnswer::Yes};
-        fresh.cForm.Cuts().GridDelete();
-        EXPECT_TRUE(fresh.cLibrary.Order(L"Rock", 2).empty());
-        EXPECT_EQ(fresh.cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
-        EXPECT_EQ(fresh.cLibrary.cDataBase->colCuts[3]->CategoryText(), L"");
+        fresh.Answers({BoxAnswer::Yes});
+        fresh.CutActions().GridDelete();
+        EXPECT_TRUE(fresh.Order(L"Rock", 2).empty());
+        EXPECT_EQ(fresh.Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
+        EXPECT_EQ(fresh.DataBase().colCuts[3]->CategoryText(), L"");
     }
 }
 
-TEST_P(frmUILibTest, InAllAudioDeleteAsksAndTakesTheCutsOutOfEverything)
+TEST_P(frmUILibTest, InAllAudioDeleteAsksAndRemovesTheCutsFromEverything)
 {
-    const ShownBox question{BoxIcon::Question, BoxButtons::YesNo, L"Are You Sure?",
-                            L"The view is 'ALL AUDIO'.\r\n\r\n"
-                            L"Continuing will remove ALL the categories from the selected items\r\n"
-                            L"Really continue?"};
-    window.Show();
-    window.cGridView.Select({2});
-    Form().Cuts().GridDelete();
-    EXPECT_EQ(window.Shown(), (Boxes{question}));
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e"}));
-    window.cPorts.cMessages.Answers = {BoxAnswer::Yes};
+    cGridView.Select({2});
+    CutActions().GridDelete();
+    EXPECT_EQ(Shown(), (Boxes{{BoxIcon::Question, BoxButtons::YesNo, L"Are You Sure?",
+                               L"The view is 'ALL AUDIO'.\r\n\r\n"
+                               L"Continuing will remove ALL the categories from the selected items\r\n"
+                               L"Really continue?"}}));
+    EXPECT_EQ(Order(L"Jazz", 1), (Keys{L"c", L"e"}));
+    Answers({BoxAnswer::Yes});
     ForgetSifs();
-    Form().Cuts().GridDelete();
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"e"}));
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b"}));
+    CutActions().GridDelete();
+    EXPECT_EQ(Order(L"Jazz", 1), (Keys{L"e"}));
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b"}));
     EXPECT_TRUE(SifSaved(L"Rock"));
     EXPECT_TRUE(SifSaved(L"Jazz"));
 }
 
-TEST_P(frmUILibTest, AfterAHostsPopulationDeleteTakesCutsOutOfThePresentLevel)
+TEST_P(frmUILibTest, AfterAHostsPopulationDeleteRemovesFromTheCurrentLevel)
 {
-    for (const std::int32_t lLevel : {1, 0})
+    for (const auto& [lLevel, colLeft] : {std::pair{1, Keys{L"b", L"c"}}, std::pair{0, Keys{L"c"}}})
     {
-        window.Show();
-        window.ShowNode(L"Rock", lLevel);
-        window.cLibrary.Populate();
-        window.cGridView.Select({0});
-        const std::size_t before = window.cLibrary.Order(L"Rock", 1).size();
-        Form().Cuts().GridDelete();
-        EXPECT_EQ(window.cLibrary.Order(L"Rock", 1).size(), before - 1);
-        EXPECT_EQ(window.cLibrary.Order(L"Rock", 1)[0], lLevel == 1 ? L"b" : L"c");
+        ShowNode(L"Rock", lLevel);
+        cLibrary.Populate();
+        cGridView.Select({0});
+        CutActions().GridDelete();
+        EXPECT_EQ(Order(L"Rock", 1), colLeft);
     }
 }
 
-TEST_P(frmUILibTest, ACutInTwoLevelsIsSelectedInTheLevelItWas)
+TEST_P(NewLibraryTest, ACutInTwoLevelsIsSelectedInTheLevelItWas)
 {
-    window.Add(L"twice", L"Rock", 2);
-    window.Show();
+    Add(L"twice", L"Rock", 2);
+    Show();
     bool bCreated = false;
-    const auto cCut = window.cLibrary.cDataBase->colCuts.back();
+    const auto cCut = DataBase().colCuts.back();
     cCut->SetCatLevel(1);
-    window.cLibrary.Level(L"Rock", 1)->AddCut(cCut, bCreated);
-    window.ShowNode(L"Rock", 0);
-    ASSERT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c", L"twice", L"d", L"twice"}));
-    window.cGridView.Select({5});
-    window.cGridView.lCurrent = 5;
-    Form().RequestRefresh();
-    EXPECT_EQ(Form().Grid().SelectedRows(), (Rows{5}));
-    EXPECT_EQ(window.cGridView.lCurrent, 5u);
-    Form().Cuts().GridDelete();
-    EXPECT_EQ(window.RowKeys(), (Keys{L"a", L"b", L"c", L"twice", L"d"}));
-    EXPECT_TRUE(Form().Grid().SelectedRows().empty()) << "the other one is not what was selected";
+    Level(L"Rock", 1)->AddCut(cCut, bCreated);
+    ShowNode(L"Rock", 0);
+    ASSERT_EQ(RowKeys(), (Keys{L"a", L"b", L"c", L"twice", L"d", L"twice"}));
+    cGridView.Select({5});
+    cGridView.lCurrent = 5;
+    cForm.RequestRefresh();
+    EXPECT_EQ(Grid().SelectedRows(), (Rows{5}));
+    EXPECT_EQ(cGridView.lCurrent, 5u);
+    CutActions().GridDelete();
+    EXPECT_EQ(RowKeys(), (Keys{L"a", L"b", L"c", L"twice", L"d"}));
+    EXPECT_TRUE(Grid().SelectedRows().empty()) << "the other row was not selected";
 }
 
-TEST_P(frmUILibTest, RemovingManyCutsReportsAndContinuesPastAFailure)
+TEST_P(NewLibraryTest, RemovingManyCutsReportsAndContinuesPastAFailure)
 {
     for (int lCut = 0; lCut < 120; ++lCut)
-        window.Add(L"m" + std::to_wstring(lCut), L"Many", 1);
-    window.Show();
-    window.ShowNode(L"Many", 1);
-    std::dynamic_pointer_cast<FakeCut>(Form().Grid().CutAt(5))->failing = {"RemoveCategoryName"};
-    window.cGridView.SelectAll(true);
-    window.cView.colStatus.clear();
-    Form().Cuts().GridDelete();
-    EXPECT_EQ(window.cLibrary.Order(L"Many", 1), (Keys{L"m5"}));
-    EXPECT_EQ((Lines{window.cView.colStatus.begin(), window.cView.colStatus.begin() + 3}),
+        Add(L"m" + std::to_wstring(lCut), L"Many", 1);
+    Show();
+    ShowNode(L"Many", 1);
+    CutInRow(5).failing = {"RemoveCategoryName"};
+    cGridView.SelectAll(true);
+    cView.colStatus.clear();
+    CutActions().GridDelete();
+    EXPECT_EQ(Order(L"Many", 1), (Keys{L"m5"}));
+    EXPECT_EQ((Lines{cView.colStatus.begin(), cView.colStatus.begin() + 3}),
               (Lines{L"Removing from category...|", L"Removed 50 of 120|", L"Removed 100 of 120|"}));
-    ASSERT_EQ(window.Shown().size(), 1u);
-    EXPECT_EQ(window.Shown()[0].sTitle, L"Error in RemoveCutFromCategory [cSchedMan]");
+    ASSERT_EQ(Shown().size(), 1u);
+    EXPECT_EQ(Shown()[0].sTitle, L"Error in RemoveCutFromCategory [cSchedMan]");
 }
 
 // ---- drag and drop into the tree
@@ -1023,42 +933,37 @@ class DropTest : public frmUILibTest
 protected:
     using Choices = std::deque<std::optional<std::size_t>>;
     // Shows a node, selects rows and drops them.
-    static void Drop(LibraryWindowLifetime& in, const std::wstring& sName, std::int32_t lLevel,
-                     const Rows& colRows, const std::wstring& sTo, std::int32_t lTo, Choices colChoices)
+    static void Drop(ScreenLibrary& in, const std::wstring& sName, std::int32_t lLevel, const Rows& colRows,
+                     const std::wstring& sTo, std::int32_t lTo, Choices colChoices)
     {
-        in.Show();
         in.ShowNode(sName, lLevel);
         in.cGridView.Select(colRows);
         in.cView.colChoices = std::move(colChoices);
         in.DropOnNode(sTo, lTo);
     }
-    void DropFrom(const std::wstring& sName, std::int32_t lLevel, const Rows& colRows,
-                  const std::wstring& sTo, std::int32_t lTo, Choices colChoices)
-    {
-        Drop(window, sName, lLevel, colRows, sTo, lTo, std::move(colChoices));
-    }
+    // The first cut of Rock 1.
+    void DropIntoJazz(Choices colChoices) { Drop(*this, L"Rock", 1, {0}, L"Jazz", 1, std::move(colChoices)); }
     // Shows Rock 1, keeps its first cut for a Paste and selects Jazz 1.
     void CopyFirstOfRock()
     {
-        window.Show();
-        window.ShowNode(L"Rock", 1);
-        window.cGridView.Select({0});
-        Form().Cuts().CopySelection();
-        window.cTreeView.Select(window.Node(L"Jazz", 1));
+        Show();
+        ShowNode(L"Rock", 1);
+        cGridView.Select({0});
+        CutActions().CopySelection();
     }
-    void PasteIntoJazz(std::size_t choice)
+    void PasteInto(const std::wstring& sName, std::int32_t lLevel, std::size_t choice)
     {
-        window.cTreeView.Select(window.Node(L"Jazz", 1));
-        window.cView.colChoices = {choice};
-        Form().Cuts().Paste();
+        SelectNode(sName, lLevel);
+        cView.colChoices = {choice};
+        CutActions().Paste();
     }
-    void TakeOutOfTheDatabase(std::size_t lCut)
+    void RemoveFromTheDatabase(std::size_t cut)
     {
-        FakeDataBase& cDataBase = *window.cLibrary.cDataBase;
-        const std::shared_ptr<Cut> cCut = cDataBase.colCuts[lCut];
-        cDataBase.Remove(*cCut);
-        cDataBase.Announce(&DataBaseEvents::CutsRemoved, Cuts{cCut});
+        const std::shared_ptr<Cut> cCut = DataBase().colCuts[cut];
+        DataBase().Remove(*cCut);
+        Announce(&DataBaseEvents::CutsRemoved, cCut);
     }
+    const Keys colJazzWithA{L"c", L"e", L"a"};
     const ShownBox refusal = OkBox(
         BoxIcon::Information, L"Multiple Category Levels Not Allowed!",
         L"Items can only be in one category level,even though they may be in multiple categories.\r\n\r\n"
@@ -1076,10 +981,10 @@ protected:
 
 TEST_P(DropTest, AllAudioIsNoTarget)
 {
-    DropFrom(L"Rock", 1, {0}, sAllAudio, 0, {});
-    EXPECT_EQ(window.Shown(), (Boxes{OkBox(BoxIcon::Exclamation, L"Invalid Drop!",
-                                           L"It's not valid to drop into 'ALL AUDIO'")}));
-    EXPECT_TRUE(window.cView.colPopUps.empty());
+    Drop(*this, L"Rock", 1, {0}, sAllAudio, 0, {});
+    EXPECT_EQ(Shown(), (Boxes{OkBox(BoxIcon::Exclamation, L"Invalid Drop!",
+                                    L"It's not valid to drop into 'ALL AUDIO'")}));
+    EXPECT_TRUE(cView.colPopUps.empty());
 }
 
 TEST_P(DropTest, PopUpsNameTheTargetAndAMainCategorysLevelIsChosenFirst)
@@ -1088,32 +993,32 @@ TEST_P(DropTest, PopUpsNameTheTargetAndAMainCategorysLevelIsChosenFirst)
                        L"Drop Into Rock Level 2"};
     const Items intoLevel{L"Copy Into Rock 2", L"Move Into Rock 2", L"Move Exclusive Into Rock 2", L"Cancel"};
     const Items intoMain{L"Copy Into Rock", L"Move Into Rock", L"Move Exclusive Into Rock", L"Cancel"};
-    DropFrom(L"Rock", 1, {0}, L"Rock", 2, {});
-    EXPECT_EQ(window.cView.colPopUps, (std::vector<Items>{intoLevel}));
-    window.cView.colPopUps.clear();
-    DropFrom(L"Rock", 1, {0}, L"Rock", 0, {2, std::nullopt});
-    EXPECT_EQ(window.cView.colPopUps, (std::vector<Items>{levels, intoLevel}));
-    window.cView.colPopUps.clear();
-    DropFrom(L"Rock", 1, {0}, L"Rock", 0, {0, std::nullopt});
-    EXPECT_EQ(window.cView.colPopUps, (std::vector<Items>{levels, intoMain}));
+    const auto popUps = [&](std::int32_t lTo, Choices colChoices) {
+        cView.colPopUps.clear();
+        Drop(*this, L"Rock", 1, {0}, L"Rock", lTo, std::move(colChoices));
+        return cView.colPopUps;
+    };
+    EXPECT_EQ(popUps(2, {}), (std::vector<Items>{intoLevel}));
+    EXPECT_EQ(popUps(0, {2, std::nullopt}), (std::vector<Items>{levels, intoLevel}));
+    EXPECT_EQ(popUps(0, {0, std::nullopt}), (std::vector<Items>{levels, intoMain}));
 }
 
 TEST_P(DropTest, EachChoiceCopiesOrMovesUnderItsRules)
 {
-    struct Node
+    struct Target
     {
         const wchar_t* sName;
         std::int32_t lLevel;
     };
-    const Node all{sAllAudio, 0}, rock{L"Rock", 0}, rock1{L"Rock", 1}, rock2{L"Rock", 2}, jazz{L"Jazz", 0},
+    const Target all{sAllAudio, 0}, rock{L"Rock", 0}, rock1{L"Rock", 1}, rock2{L"Rock", 2}, jazz{L"Jazz", 0},
         jazz1{L"Jazz", 1};
     const Keys abc{L"a", L"b", L"c"}, ab{L"a", L"b"}, d{L"d"}, dc{L"d", L"c"}, ce{L"c", L"e"};
     const struct
     {
         const char* what;
-        Node from;
+        Target from;
         Rows colRows;
-        Node to;
+        Target to;
         Choices colChoices;
         Keys inRock1, inRock2, inJazz1, inJazz2;
         bool bRefused = false;
@@ -1135,214 +1040,192 @@ TEST_P(DropTest, EachChoiceCopiesOrMovesUnderItsRules)
     for (const auto& test : cases)
     {
         SCOPED_TRACE(test.what);
-        LibraryWindowLifetime fresh(GetParam());
+        ScreenLibrary fresh(GetParam());
         Fill(fresh);
+        fresh.Show();
         Drop(fresh, test.from.sName, test.from.lLevel, test.colRows, test.to.sName, test.to.lLevel,
              test.colChoices);
-        EXPECT_EQ(fresh.cLibrary.Order(L"Rock", 1), test.inRock1);
-        EXPECT_EQ(fresh.cLibrary.Order(L"Rock", 2), test.inRock2);
-        EXPECT_EQ(fresh.cLibrary.Order(L"Jazz", 1), test.inJazz1);
-        EXPECT_EQ(fresh.cLibrary.Order(L"Jazz", 2), test.inJazz2);
+        EXPECT_EQ(fresh.Order(L"Rock", 1), test.inRock1);
+        EXPECT_EQ(fresh.Order(L"Rock", 2), test.inRock2);
+        EXPECT_EQ(fresh.Order(L"Jazz", 1), test.inJazz1);
+        EXPECT_EQ(fresh.Order(L"Jazz", 2), test.inJazz2);
         EXPECT_EQ(fresh.Shown(), test.bRefused ? Boxes{refusal} : Boxes{});
-        EXPECT_EQ(fresh.RowKeys().size(),
-                  fresh.cForm.Grid().CurrentCatViewing()
-                      ? static_cast<std::size_t>(fresh.cForm.Grid().CurrentCatViewing()->TotalCuts())
-                      : 6u)
+        const std::shared_ptr<clsCat> cShown = fresh.Grid().CurrentCatViewing();
+        EXPECT_EQ(fresh.RowKeys().size(), cShown ? static_cast<std::size_t>(cShown->TotalCuts()) : 6u)
             << "the shown node again";
         EXPECT_FALSE(fresh.cView.Busy());
     }
 }
 
-TEST_P(DropTest, ALevelThatADropMakesComesIntoView)
+TEST_P(DropTest, ALevelThatADropMakesIsBroughtIntoView)
 {
-    DropFrom(L"Rock", 0, {0, 3}, L"Jazz", 0, {0, eCopy});
-    EXPECT_EQ(window.cTreeView.colBrought, (std::vector{window.Node(L"Jazz", 2)}));
-    EXPECT_TRUE(Form().Tree().At(window.Node(L"Jazz", 0)).bExpanded);
-    EXPECT_EQ(window.cTreeView.colExpanded.back(), window.Node(L"Jazz", 0));
+    Drop(*this, L"Rock", 0, {0, 3}, L"Jazz", 0, {0, eCopy});
+    EXPECT_EQ(cTreeView.colBrought, (std::vector{Node(L"Jazz", 2)}));
+    EXPECT_TRUE(Tree().At(Node(L"Jazz", 0)).bExpanded);
+    EXPECT_EQ(cTreeView.colExpanded.back(), Node(L"Jazz", 0));
     EXPECT_EQ(SelectedNode(), L"Rock\t0");
 }
 
 TEST_P(DropTest, ALevelMadeElsewhereLeavesTheTreeWhereItIs)
 {
-    DropFrom(L"Rock", 1, {2}, L"Rock", 2, {eMove}); // "c" is in Jazz as well
-    EXPECT_TRUE(Form().Tree().Find(L"Jazz\t2"));
-    EXPECT_TRUE(window.cTreeView.colBrought.empty());
-    EXPECT_FALSE(Form().Tree().At(window.Node(L"Jazz", 0)).bExpanded);
+    Drop(*this, L"Rock", 1, {2}, L"Rock", 2, {eMove}); // c is in Jazz as well
+    EXPECT_TRUE(InTree(L"Jazz\t2"));
+    EXPECT_TRUE(cTreeView.colBrought.empty());
+    EXPECT_FALSE(Tree().At(Node(L"Jazz", 0)).bExpanded);
 }
 
 TEST_P(DropTest, NextToTheNodesNothingHappens)
 {
-    window.Show();
-    window.cGridView.Select({0});
-    ASSERT_TRUE(Form().Cuts().DragStarted());
-    Form().Cuts().DragCompleted(LibraryCuts::Drop{true, L"", std::nullopt, sGridPayload});
-    Form().Cuts().Dropped({true, L"", std::nullopt, sGridPayload});
-    EXPECT_TRUE(window.cView.colPopUps.empty());
-    EXPECT_TRUE(window.Shown().empty());
+    StartDrag({0});
+    CutActions().DragCompleted(LibraryCuts::Drop{true, L"", std::nullopt, sGridPayload});
+    CutActions().Dropped({true, L"", std::nullopt, sGridPayload});
+    EXPECT_TRUE(cView.colPopUps.empty());
+    EXPECT_TRUE(Shown().empty());
 }
 
 TEST_P(DropTest, ADragFromElsewhereIsRefusedWithAnyText)
 {
-    window.Show();
-    window.ShowNode(L"Rock", 1);
-    window.cGridView.Select({0});
+    ShowNode(L"Rock", 1);
+    cGridView.Select({0});
     for (const wchar_t* sText : {sGridPayload, L"something else"})
         for (const bool bOnTree : {true, false})
         {
-            window.Shown().clear();
-            Form().Cuts().Dropped({bOnTree, bOnTree ? L"Jazz\t1" : L"", std::nullopt, sText});
-            EXPECT_EQ(window.Shown(),
+            Shown().clear();
+            CutActions().Dropped({bOnTree, bOnTree ? L"Jazz\t1" : L"", std::nullopt, sText});
+            EXPECT_EQ(Shown(),
                       (Boxes{OkBox(BoxIcon::None, L"Scheduler Grid", L"Unrecognized Source for dragdrop!")}));
         }
-    EXPECT_TRUE(window.cView.colPopUps.empty());
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
+    EXPECT_TRUE(cView.colPopUps.empty());
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
 }
 
 TEST_P(DropTest, AfterADropTheListOfAllAudioKeepsItsSelection)
 {
-    DropFrom(sAllAudio, 0, {2}, L"Rock", 2, {eMove});
-    EXPECT_EQ(window.SelectedKeys(), (Keys{L"c"}));
+    Drop(*this, sAllAudio, 0, {2}, L"Rock", 2, {eMove});
+    EXPECT_EQ(SelectedKeys(), (Keys{L"c"}));
 }
 
-TEST_P(DropTest, APastedCutIsComparedByTheNumberItHasWhenItIsPasted)
+TEST_P(DropTest, APastedCutIsComparedByItsCurrentNumber)
 {
     CopyFirstOfRock();
-    const std::shared_ptr<Cut> cCut = window.cLibrary.cDataBase->colCuts[0];
+    const std::shared_ptr<Cut> cCut = DataBase().colCuts[0];
     cCut->SetCatLevel(2);
-    window.cLibrary.cDataBase->Announce(&DataBaseEvents::CutsModified, Cuts{cCut});
-    ASSERT_EQ(window.cLibrary.Order(L"Rock", 2), (Keys{L"d", L"a"}));
-    PasteIntoJazz(eCopy);
-    EXPECT_EQ(window.Shown(), (Boxes{refusal}));
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e"}));
+    Announce(&DataBaseEvents::CutsModified, cCut);
+    ASSERT_EQ(Order(L"Rock", 2), (Keys{L"d", L"a"}));
+    PasteInto(L"Jazz", 1, eCopy);
+    EXPECT_EQ(Shown(), (Boxes{refusal}));
+    EXPECT_EQ(Order(L"Jazz", 1), (Keys{L"c", L"e"}));
 }
 
-TEST_P(DropTest, ASecondMoveByPasteLeavesWhereTheFirstOneWent)
+TEST_P(DropTest, ASecondMoveByPasteLeavesTheTargetOfTheFirst)
 {
     CopyFirstOfRock();
-    window.cView.colChoices = {eMove, eMove};
-    Form().Cuts().Paste();
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"}));
-    window.cTreeView.Select(window.Node(L"Rock", 2));
-    Form().Cuts().Paste();
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 2), (Keys{L"d", L"a"}));
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e"}));
+    PasteInto(L"Jazz", 1, eMove);
+    EXPECT_EQ(Order(L"Jazz", 1), colJazzWithA);
+    PasteInto(L"Rock", 2, eMove);
+    EXPECT_EQ(Order(L"Rock", 2), (Keys{L"d", L"a"}));
+    EXPECT_EQ(Order(L"Jazz", 1), (Keys{L"c", L"e"}));
 }
 
 TEST_P(DropTest, APopulationDuringThePopUpDoesNotStopTheDrop)
 {
-    window.cView.OnPopUp = [&] { window.cLibrary.Populate(); };
-    DropFrom(L"Rock", 1, {0}, L"Jazz", 1, {eMove});
-    EXPECT_TRUE(window.Shown().empty());
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"}));
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"b", L"c"}));
+    cView.OnPopUp = [&] { cLibrary.Populate(); };
+    DropIntoJazz({eMove});
+    EXPECT_TRUE(Shown().empty());
+    EXPECT_EQ(Order(L"Jazz", 1), colJazzWithA);
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"b", L"c"}));
 }
 
 TEST_P(DropTest, TheCutsAreThoseSelectedBeforeThePopUpsOpened)
 {
-    window.cView.OnPopUp = [&] { window.cGridView.Select({1}); };
-    DropFrom(L"Rock", 1, {0}, L"Jazz", 1, {eCopy});
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"}));
+    cView.OnPopUp = [&] { cGridView.Select({1}); };
+    DropIntoJazz({eCopy});
+    EXPECT_EQ(Order(L"Jazz", 1), colJazzWithA);
 }
 
 TEST_P(DropTest, AFailureWhileGatheringTheLevelsEndsTheDropWithAReport)
 {
-    window.cView.OnPopUp = [] { ADD_FAILURE(); };
-    window.Show();
-    window.cGridView.Select({0});
-    ASSERT_TRUE(Form().Cuts().DragStarted());
-    window.cGridView.OnSelectedRows = [] { throw RuntimeError(error::InvalidProcedureCall); };
-    Form().Cuts().DragCompleted(LibraryCuts::Drop{true, L"Jazz\t1", std::nullopt, sGridPayload});
-    EXPECT_EQ(window.Shown(), (Boxes{HandledError(L"Error occurred in dragdrop",
-                                                  L"Invalid procedure call or argument", L"5")}));
+    cView.OnPopUp = [] { ADD_FAILURE(); };
+    StartDrag({0});
+    cGridView.OnSelectedRows = [] { throw RuntimeError(error::InvalidProcedureCall); };
+    CutActions().DragCompleted(LibraryCuts::Drop{true, L"Jazz\t1", std::nullopt, sGridPayload});
+    EXPECT_EQ(Shown(), (Boxes{HandledError(L"Error occurred in dragdrop",
+                                           L"Invalid procedure call or argument", L"5")}));
 }
 
-TEST_P(DropTest, AnUnexpectedFailureIsSaidAndTheBusyStateIsCleared)
+TEST_P(DropTest, AnUnexpectedFailureIsReportedAndTheBusyStateIsCleared)
 {
-    window.cView.OnPopUp = [] { throw RuntimeError(error::DeviceIo); };
-    DropFrom(L"Rock", 1, {0}, L"Jazz", 1, {});
-    EXPECT_EQ(window.Shown(), (Boxes{CriticalBox(L"RavloScheduler", L"An Error occurred.")}));
-    EXPECT_FALSE(window.cView.Busy());
-    window.cView.OnPopUp = nullptr;
-    Form().Do(mnuHelp);
-    EXPECT_EQ(window.cLibrary.cHost.colSaid.back(), L"Help");
+    cView.OnPopUp = [] { throw RuntimeError(error::DeviceIo); };
+    DropIntoJazz({});
+    EXPECT_EQ(Shown(), (Boxes{CriticalBox(L"RavloScheduler", L"An Error occurred.")}));
+    ExpectIdle();
 }
 
 TEST_P(DropTest, ACategoryDeletedWhileThePopUpIsOpenIsNotPlacedInto)
 {
-    window.cView.OnPopUp = [&] { Man().DeleteCats({window.cLibrary.MainCat(L"Jazz")}); };
-    DropFrom(L"Rock", 1, {0}, L"Jazz", 1, {eCopy});
-    ASSERT_EQ(window.Shown().size(), 1u);
-    EXPECT_EQ(window.Shown()[0].sTitle, L"Error in DoMassCatChange [cSchedMan]");
-    EXPECT_EQ(window.cLibrary.cDataBase->colCuts[0]->CategoryText(), L"Rock");
+    cView.OnPopUp = [&] { Man().DeleteCats({MainCat(L"Jazz")}); };
+    DropIntoJazz({eCopy});
+    ASSERT_EQ(Shown().size(), 1u);
+    EXPECT_EQ(Shown()[0].sTitle, L"Error in DoMassCatChange [cSchedMan]");
+    EXPECT_EQ(DataBase().colCuts[0]->CategoryText(), L"Rock");
 }
 
-TEST_P(DropTest, ACutThatLeavesTheDatabaseDuringThePopUpIsNotPlacedAgain)
-{
-    window.cView.OnPopUp = [&] { TakeOutOfTheDatabase(0); };
-    DropFrom(L"Rock", 1, {0, 1}, L"Jazz", 1, {eCopy});
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"b"}));
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"b", L"c"}));
-}
-
-TEST_P(DropTest, ACutThatLeavesTheDatabaseBeforeItIsPastedIsNotPlacedAgain)
+TEST_P(DropTest, ACutThatLeavesTheDatabaseIsNotPlacedAgain)
 {
     CopyFirstOfRock();
-    TakeOutOfTheDatabase(0);
-    PasteIntoJazz(eMove);
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e"}));
+    cView.OnPopUp = [&] {
+        RemoveFromTheDatabase(0);
+        cView.OnPopUp = nullptr;
+    };
+    Drop(*this, L"Rock", 1, {0, 1}, L"Jazz", 1, {eCopy});
+    EXPECT_EQ(Order(L"Jazz", 1), (Keys{L"c", L"e", L"b"}));
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"b", L"c"}));
+    PasteInto(L"Jazz", 1, eMove);
+    EXPECT_EQ(Order(L"Jazz", 1), (Keys{L"c", L"e", L"b"}));
 }
 
-TEST_P(DropTest, APasteTakesWhatWasCopiedOutOfTheLevelsItIsInNow)
+TEST_P(DropTest, APasteMovesWhatWasCopiedFromItsCurrentLevels)
 {
     CopyFirstOfRock();
-    window.cGridView.Select({1});
-    PasteIntoJazz(eCopy);
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"})) << "not what is selected now";
+    cGridView.Select({1});
+    PasteInto(L"Jazz", 1, eCopy);
+    EXPECT_EQ(Order(L"Jazz", 1), colJazzWithA) << "not what is selected now";
     CopyFirstOfRock();
-    Form().Do(mnuReloadAll);
-    PasteIntoJazz(eMove);
-    EXPECT_EQ(window.cLibrary.Order(L"Rock", 1), (Keys{L"b", L"c"})) << "after a reload";
-    Man().DeleteCats({window.cLibrary.MainCat(L"Rock")});
-    PasteIntoJazz(eMove);
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"})) << "with its level gone";
-    EXPECT_EQ(window.cLibrary.MainCatNames(), (Lines{L"Jazz"}));
+    Do(mnuReloadAll);
+    PasteInto(L"Jazz", 1, eMove);
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"b", L"c"})) << "after a reload";
+    Man().DeleteCats({MainCat(L"Rock")});
+    PasteInto(L"Jazz", 1, eMove);
+    EXPECT_EQ(Order(L"Jazz", 1), colJazzWithA) << "with its level gone";
+    EXPECT_EQ(cLibrary.MainCatNames(), (Lines{L"Jazz"}));
 }
 
-TEST_P(DropTest, PastingNothingAsksNothing)
+TEST_P(DropTest, NothingSelectedOrCopiedIsNothingToDragOrPaste)
 {
-    window.Show();
-    Form().Cuts().Paste();
-    EXPECT_TRUE(window.cView.colPopUps.empty());
+    CutActions().Paste();
+    EXPECT_TRUE(cView.colPopUps.empty());
+    EXPECT_FALSE(CutActions().DragStarted());
+    StartDrag({0});
+    EXPECT_FALSE(CutActions().DragStarted());
+    GiveUpDrag();
 }
 
-TEST_P(DropTest, NothingSelectedIsNothingToDrag)
+TEST_P(DropTest, ARefreshRequestedDuringTheDragRunsAfterTheDrop)
 {
-    window.Show();
-    EXPECT_FALSE(Form().Cuts().DragStarted());
-    window.cGridView.Select({0});
-    EXPECT_TRUE(Form().Cuts().DragStarted());
-    EXPECT_FALSE(Form().Cuts().DragStarted());
-    Form().Cuts().DragCompleted(std::nullopt);
+    ShowNode(L"Rock", 1);
+    cGridView.lFilled = 0;
+    StartDrag({0});
+    cForm.RequestRefresh();
+    cView.colChoices = {eCopy};
+    cView.OnPopUp = [&] { EXPECT_EQ(cGridView.lFilled, 0); };
+    CutActions().DragCompleted(LibraryCuts::Drop{true, L"Jazz\t1", std::nullopt, sGridPayload});
+    EXPECT_EQ(cGridView.lFilled, 2);
+    EXPECT_EQ(Order(L"Jazz", 1), colJazzWithA);
 }
 
-TEST_P(DropTest, ARefreshAskedForDuringTheDragComesAfterTheDrop)
-{
-    window.Show();
-    window.ShowNode(L"Rock", 1);
-    window.cGridView.Select({0});
-    window.cGridView.lFilled = 0;
-    ASSERT_TRUE(Form().Cuts().DragStarted());
-    Form().RequestRefresh();
-    window.cView.colChoices = {eCopy};
-    window.cView.OnPopUp = [&] { EXPECT_EQ(window.cGridView.lFilled, 0); };
-    Form().Cuts().DragCompleted(LibraryCuts::Drop{true, L"Jazz\t1", std::nullopt, sGridPayload});
-    EXPECT_EQ(window.cGridView.lFilled, 2);
-    EXPECT_EQ(window.cLibrary.Order(L"Jazz", 1), (Keys{L"c", L"e", L"a"}));
-}
-
-// A host's database may hand out another object for the same cut each time.
-std::string ObjectsOf(const testing::TestParamInfo<bool>& param) { return param.param ? "Fresh" : "Same"; }
+INSTANTIATE_TEST_SUITE_P(Objects, NewLibraryTest, testing::Bool(), ObjectsOf);
 INSTANTIATE_TEST_SUITE_P(Objects, frmUILibTest, testing::Bool(), ObjectsOf);
+INSTANTIATE_TEST_SUITE_P(Objects, ShownLevelTest, testing::Bool(), ObjectsOf);
 INSTANTIATE_TEST_SUITE_P(Objects, FailingDiskTest, testing::Bool(), ObjectsOf);
 INSTANTIATE_TEST_SUITE_P(Objects, TreeSearchTest, testing::Bool(), ObjectsOf);
 INSTANTIATE_TEST_SUITE_P(Objects, DropTest, testing::Bool(), ObjectsOf);
