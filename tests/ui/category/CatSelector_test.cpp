@@ -7,7 +7,7 @@ namespace ravlo::test
 namespace
 {
 
-// A selector with the station's categories, whose events are written down: "Rock 1", "Rock 0" for all levels,
+// A selector with the station's categories and a record of its events: "Rock 1", "Rock 0" for all levels,
 // "openers" and "all cuts".
 struct Selector : CategoryTest
 {
@@ -15,7 +15,7 @@ struct Selector : CategoryTest
     {
         cSelector.CatChanged = [this](std::shared_ptr<clsCat>& cCat) {
             colEvents.push_back(cCat ? cCat->CatName() + L" " + std::to_wstring(cCat->CatLevel())
-                                     : L"a level that is gone");
+                                     : L"a deleted level");
         };
         cSelector.OpenerChanged = [this](bool bOpener) {
             colEvents.push_back(bOpener ? L"openers" : L"all cuts");
@@ -24,44 +24,61 @@ struct Selector : CategoryTest
         cSelector.SetColMainCats(cSchedMan->colMainCats());
     }
     void AllowMulti() { cSelector.SetAllowMultiCatSelect(true); }
+    void Choose(const std::wstring& sCat, const std::wstring& sLevel)
+    {
+        ClickCat(sCat);
+        ClickLevel(sLevel);
+    }
+    void Refresh() { cSelector.RefreshLists(cSchedMan->colMainCats()); }
+    void ExpectChosen(const std::shared_ptr<clsCat>& cMainCat, const std::shared_ptr<clsCat>& cSubCat) const
+    {
+        EXPECT_EQ(cSelector.SelectedMainCat(), cMainCat);
+        EXPECT_EQ(cSelector.SelectedSubCat(), cSubCat);
+    }
+    void ExpectSongs(const Texts& colSongs) { EXPECT_EQ(cScreen.Entries(lstsongs1), colSongs); }
+    void ExpectEvents(const Texts& colExpected) const { EXPECT_EQ(colEvents, colExpected); }
+    void ExpectMarked(const Texts& colMarked, const std::wstring& sCurrent)
+    {
+        EXPECT_EQ(cScreen.Selected(lstCat), colMarked);
+        EXPECT_EQ(cScreen.Current(lstCat), sCurrent);
+    }
+    // Of the songs' controls, and of the lists before them.
+    void ExpectEnabled(bool bSongs, bool bLists)
+    {
+        for (const SelectorControl eControl : {lstsongs0, lstsongs1, chkOpener, chkSortedSongs, lblMatch})
+            EXPECT_EQ(cScreen.enabled[eControl], bSongs);
+        for (const SelectorControl eControl : {lstCat, lstlvl})
+            EXPECT_EQ(cScreen.enabled[eControl], bLists);
+    }
 
     Texts colEvents;
+    const Texts colRock1{L"Zebra - Stripes", L"Apple - Core"};
+    const Texts colRock{L"Zebra - Stripes", L"Apple - Core", L"Mango - Stone"};
 };
 
 } // namespace
 
 // ---- filling ----
 
-TEST_F(Selector, ListsTheMainCategoriesInTheirOrder)
-{
-    EXPECT_EQ(cScreen.Entries(lstCat), (Texts{L"Rock", L"Jazz", L"NOCAT"}));
-}
-
 TEST_F(Selector, TheFirstCategoryIsCurrentAtFirstButNotChosen)
 {
-    EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
-    EXPECT_EQ(cScreen.Selected(lstCat), Texts());
-    EXPECT_EQ(cSelector.SelectedMainCat(), nullptr);
-    EXPECT_EQ(cSelector.SelectedSubCat(), nullptr);
+    EXPECT_EQ(cScreen.Entries(lstCat), (Texts{L"Rock", L"Jazz", L"NOCAT"}));
+    ExpectMarked({}, L"Rock");
+    ExpectChosen(nullptr, nullptr);
     EXPECT_EQ(cScreen.Entries(lstlvl), Texts());
-    EXPECT_EQ(colEvents, Texts());
-}
-
-TEST_F(Selector, WithoutCategoriesAllListsAreEmpty)
-{
-    cSelector.SetColMainCats(nullptr);
-    EXPECT_EQ(cScreen.Entries(lstCat), Texts());
-    EXPECT_EQ(cScreen.Current(lstCat), L"none");
-    cSelector.CatClick();
-    EXPECT_EQ(colEvents, Texts());
+    ExpectEvents({});
 }
 
 TEST_F(Selector, SettingTheCategoriesClearsTheSelections)
 {
     ClickCat(L"Jazz");
     cSelector.SetColMainCats(cSchedMan->colMainCats());
-    EXPECT_EQ(cScreen.Selected(lstCat), Texts());
-    EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
+    ExpectMarked({}, L"Rock");
+    cSelector.SetColMainCats(nullptr);
+    EXPECT_EQ(cScreen.Entries(lstCat), Texts());
+    EXPECT_EQ(cScreen.Current(lstCat), L"none");
+    cSelector.CatClick();
+    ExpectEvents({L"Jazz 2"});
 }
 
 TEST_F(Selector, AClickOnACategoryShowsItsLevelsAndChoosesTheFirst)
@@ -69,17 +86,11 @@ TEST_F(Selector, AClickOnACategoryShowsItsLevelsAndChoosesTheFirst)
     ClickCat(L"Rock");
     EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"3", L"ALL"}));
     EXPECT_EQ(cScreen.Current(lstlvl), L"1");
-    EXPECT_EQ(cSelector.SelectedMainCat(), MainCat(L"Rock"));
-    EXPECT_EQ(cSelector.SelectedSubCat(), Level(L"Rock", 1));
-    EXPECT_EQ(colEvents, (Texts{L"Rock 1"}));
-    EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Zebra - Stripes", L"Apple - Core"}));
-    EXPECT_EQ(cScreen.eFocus, std::nullopt); // the focus stays where the user clicked
-}
-
-TEST_F(Selector, OneClickFillsTheSongsOnce)
-{
-    ClickCat(L"Rock");
+    ExpectChosen(MainCat(L"Rock"), Level(L"Rock", 1));
+    ExpectEvents({L"Rock 1"});
+    ExpectSongs(colRock1);
     EXPECT_EQ(cScreen.lSongFillings, 1);
+    EXPECT_EQ(cScreen.eFocus, std::nullopt); // the focus stays where the user clicked
 }
 
 TEST_F(Selector, AMainCategoryWithoutLevelsHasNoALLAndIsChosenItself)
@@ -89,7 +100,7 @@ TEST_F(Selector, AMainCategoryWithoutLevelsHasNoALLAndIsChosenItself)
     cSelector.SetColMainCats(cSchedMan->colMainCats());
     ClickCat(L"Empty");
     EXPECT_EQ(cScreen.Entries(lstlvl), Texts());
-    EXPECT_EQ(colEvents, (Texts{L"Empty 0"}));
+    ExpectEvents({L"Empty 0"});
     EXPECT_EQ(cScreen.sMatch, L"No items in this category");
 }
 
@@ -97,41 +108,38 @@ TEST_F(Selector, AMainCategoryWithoutLevelsHasNoALLAndIsChosenItself)
 
 TEST_F(Selector, ALevelIsChosenOnceAndTakesTheFocus)
 {
-    ClickCat(L"Rock");
+    Choose(L"Rock", L"3");
     ClickLevel(L"3");
-    ClickLevel(L"3");
-    EXPECT_EQ(colEvents, (Texts{L"Rock 1", L"Rock 3"}));
-    EXPECT_EQ(cSelector.SelectedSubCat(), Level(L"Rock", 3));
-    EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Mango - Stone"}));
+    ExpectEvents({L"Rock 1", L"Rock 3"});
+    ExpectChosen(MainCat(L"Rock"), Level(L"Rock", 3));
+    ExpectSongs({L"Mango - Stone"});
     EXPECT_EQ(cScreen.eFocus, lstlvl);
 }
 
 TEST_F(Selector, AHiddenLevelListDoesNotTakeTheFocus)
 {
-    ClickCat(L"Rock");
     cScreen.bLevelsHidden = true;
-    ClickLevel(L"3");
+    Choose(L"Rock", L"3");
     EXPECT_EQ(cScreen.eFocus, std::nullopt);
 }
 
 TEST_F(Selector, ALLChoosesTheMainCategoryItselfOnce)
 {
-    ClickCat(L"Rock");
+    Choose(L"Rock", L"ALL");
     ClickLevel(L"ALL");
-    ClickLevel(L"ALL");
-    EXPECT_EQ(colEvents, (Texts{L"Rock 1", L"Rock 0"}));
-    EXPECT_EQ(cSelector.SelectedSubCat(), MainCat(L"Rock"));
-    EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Zebra - Stripes", L"Apple - Core", L"Mango - Stone"}));
+    ExpectEvents({L"Rock 1", L"Rock 0"});
+    ExpectChosen(MainCat(L"Rock"), MainCat(L"Rock"));
+    ExpectSongs(colRock);
 }
 
-TEST_F(Selector, LevelThatIsGoneIsNoneAndReportedOnce)
+TEST_F(Selector, DeletedLevelIsNoneAndReportedOnce)
 {
     ClickCat(L"Rock");
     MainCat(L"Rock")->RemoveSubCat(Level(L"Rock", 3));
     ClickLevel(L"3");
     ClickLevel(L"3");
-    EXPECT_EQ(cSelector.SelectedSubCat(), nullptr);
-    EXPECT_EQ(colEvents, (Texts{L"Rock 1", L"a level that is gone"}));
+    ExpectChosen(MainCat(L"Rock"), nullptr);
+    ExpectEvents({L"Rock 1", L"a deleted level"});
     EXPECT_EQ(cScreen.sMatch, L"No items in this category");
 }
 
@@ -157,10 +165,10 @@ TEST_F(Selector, OnlyOneSongListIsVisible)
     EXPECT_TRUE(cScreen.Visible(lstsongs0));
     EXPECT_FALSE(cScreen.Visible(lstsongs1));
     EXPECT_EQ(cScreen.Entries(lstsongs0), (Texts{L"Apple - Core", L"Zebra - Stripes"}));
-    EXPECT_EQ(cScreen.Entries(lstsongs1), Texts());
+    ExpectSongs({});
     ClickSorted(false);
     EXPECT_FALSE(cScreen.Visible(lstsongs0));
-    EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Zebra - Stripes", L"Apple - Core"}));
+    ExpectSongs(colRock1);
 }
 
 TEST_F(Selector, SelectedCutsComeInTheVisibleListsOrder)
@@ -180,7 +188,7 @@ TEST_F(Selector, CutsOfTheSameArtistAndTitleAreBothListedAndMeanTheFirst)
     const auto cTwin = Add(L"twin", L"Jazz", 2, L"COOL", L"cat");
     Level(L"Jazz", 2)->AddCut(cTwin, bNew);
     ClickCat(L"Jazz");
-    EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Cool - Cat", L"COOL - cat"}));
+    ExpectSongs({L"Cool - Cat", L"COOL - cat"});
     cScreen.lists[lstsongs1].lSelected = {1};
     EXPECT_EQ(cSelector.SelectedCuts(), (Cuts{CutOf(3)}));
 }
@@ -189,7 +197,7 @@ TEST_F(Selector, ACutThatCannotBeReadHidesNoOther)
 {
     CutOf(0)->failing = {"Title"};
     ClickCat(L"Rock");
-    EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Apple - Core"}));
+    ExpectSongs({L"Apple - Core"});
     EXPECT_EQ(Shown(), Boxes());
 }
 
@@ -200,11 +208,20 @@ TEST_F(Selector, ALLListsEachCutOfItsLevelsOnceAndAsksNoneForItsKey)
     for (std::size_t i = 0; i < 3; ++i)
         CutOf(i)->failing = {"Key"};
     CutOf(0)->failing.insert("Title");
-    ClickCat(L"Rock");
-    ClickLevel(L"ALL");
-    EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Apple - Core", L"Mango - Stone"}));
+    Choose(L"Rock", L"ALL");
+    ExpectSongs({L"Apple - Core", L"Mango - Stone"});
     cScreen.lists[lstsongs1].lSelected = {1};
     EXPECT_EQ(cSelector.SelectedCuts(), (Cuts{CutOf(2)}));
+}
+
+TEST_F(Selector, ALevelThatShrinksWhileItIsReadIsReadToItsNewEnd)
+{
+    CutOf(0)->OnCall = [&](const std::string&) {
+        CutOf(0)->OnCall = nullptr;
+        Level(L"Rock", 1)->RemoveCut(CutOf(1));
+    };
+    ClickCat(L"Rock");
+    ExpectSongs({L"Zebra - Stripes"});
 }
 
 TEST_F(Selector, ALLIsListedWholeWhenItsLevelsChangeWhileItIsRead)
@@ -215,40 +232,24 @@ TEST_F(Selector, ALLIsListedWholeWhenItsLevelsChangeWhileItIsRead)
         MainCat(L"Rock")->RemoveSubCat(Level(L"Rock", 1));
     };
     ClickLevel(L"ALL");
-    EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Zebra - Stripes", L"Apple - Core", L"Mango - Stone"}));
-}
-
-TEST_F(Selector, ALevelThatShrinksWhileItIsReadIsReadToItsNewEnd)
-{
-    CutOf(0)->OnCall = [&](const std::string&) {
-        CutOf(0)->OnCall = nullptr;
-        Level(L"Rock", 1)->RemoveCut(CutOf(1));
-    };
-    ClickCat(L"Rock");
-    EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Zebra - Stripes"}));
+    ExpectSongs(colRock);
 }
 
 // ---- the opener filter ----
 
-TEST_F(Selector, TheOpenerFilterListsOpenersOnlyAndSaysSo)
+TEST_F(Selector, TheOpenerFilterListsOnlyOpenersAndReportsItself)
 {
     ClickCat(L"Rock");
     ClickOpener(true);
     EXPECT_TRUE(cSelector.Opener());
-    EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Apple - Core"}));
+    ExpectSongs({L"Apple - Core"});
     ClickOpener(false);
     EXPECT_FALSE(cSelector.Opener());
-    EXPECT_EQ(colEvents, (Texts{L"Rock 1", L"openers", L"all cuts"}));
-}
-
-TEST_F(Selector, SettingTheOpenerFilterInCodeRunsItsClick)
-{
-    ClickCat(L"Rock");
+    cSelector.SetOpener(true); // runs its click, once
     cSelector.SetOpener(true);
     EXPECT_TRUE(cScreen.Checked(chkOpener));
-    EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Apple - Core"}));
-    cSelector.SetOpener(true);
-    EXPECT_EQ(colEvents, (Texts{L"Rock 1", L"openers"}));
+    ExpectSongs({L"Apple - Core"});
+    ExpectEvents({L"Rock 1", L"openers", L"all cuts", L"openers"});
 }
 
 TEST_F(Selector, AnOpenerClickDuringItsOwnEventIsIgnored)
@@ -267,33 +268,20 @@ TEST_F(Selector, AnOpenerClickDuringItsOwnEventIsIgnored)
 
 TEST_F(Selector, SettingTheMainCategoryRunsItsClick)
 {
-    cSelector.SetSelectedMainCat(MainCat(L"Jazz"));
-    EXPECT_EQ(cScreen.Current(lstCat), L"Jazz");
-    EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Jazz"}));
+    cSelector.SetSelectedMainCat(std::make_shared<clsCat>(cMod, L"jAZZ", 0)); // found by its name in any case
+    ExpectMarked({L"Jazz"}, L"Jazz");
     EXPECT_EQ(cScreen.Current(lstlvl), L"2");
-    EXPECT_EQ(colEvents, (Texts{L"Jazz 2"}));
     EXPECT_EQ(cScreen.eFocus, std::nullopt);
-}
-
-TEST_F(Selector, TheMainCategoryIsFoundByItsNameWithoutRegardToCase)
-{
-    cSelector.SetSelectedMainCat(std::make_shared<clsCat>(cMod, L"jAZZ", 0));
-    EXPECT_EQ(cSelector.SelectedMainCat(), MainCat(L"Jazz"));
-}
-
-TEST_F(Selector, NoMainCategoryAndAnUnknownOneLeaveTheOldChoice)
-{
-    cSelector.SetSelectedMainCat(MainCat(L"Jazz"));
     cSelector.SetSelectedMainCat(nullptr);
     cSelector.SetSelectedMainCat(std::make_shared<clsCat>(cMod, L"Polka", 0));
-    EXPECT_EQ(cSelector.SelectedMainCat(), MainCat(L"Jazz"));
-    EXPECT_EQ(colEvents, (Texts{L"Jazz 2"}));
+    EXPECT_EQ(cSelector.SelectedMainCat(), MainCat(L"Jazz")) << "none and an unknown one change nothing";
+    ExpectEvents({L"Jazz 2"});
 }
 
 TEST_F(Selector, SettingTheLevelChoosesItAndNoneChoosesALL)
 {
     cSelector.SetSelectedSubCat(nullptr);
-    EXPECT_EQ(colEvents, Texts()); // nothing to choose from
+    ExpectEvents({}); // nothing to choose from
     cSelector.SetSelectedMainCat(MainCat(L"Rock"));
     cSelector.SetSelectedSubCat(Level(L"Rock", 3));
     EXPECT_EQ(cScreen.Current(lstlvl), L"3");
@@ -303,7 +291,7 @@ TEST_F(Selector, SettingTheLevelChoosesItAndNoneChoosesALL)
     EXPECT_EQ(cSelector.SelectedSubCat(), MainCat(L"Rock"));
     cSelector.SetSelectedSubCat(std::make_shared<clsCat>(cMod, L"Rock", 99));
     EXPECT_EQ(cScreen.Current(lstlvl), L"ALL");
-    EXPECT_EQ(colEvents, (Texts{L"Rock 1", L"Rock 3", L"Rock 0"}));
+    ExpectEvents({L"Rock 1", L"Rock 3", L"Rock 0"});
     EXPECT_EQ(cScreen.eFocus, std::nullopt);
 }
 
@@ -326,86 +314,69 @@ TEST_F(Selector, RefillingTheListsChangesNoChoice)
     EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
     EXPECT_EQ(cSelector.SelectedMainCat(), MainCat(L"Jazz"));
     EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"2", L"ALL"}));
-    EXPECT_EQ(colEvents, (Texts{L"Jazz 2"}));
+    ExpectEvents({L"Jazz 2"});
 }
 
 // ---- refreshing ----
 
-TEST_F(Selector, ARefreshKeepsWhatIsChosenAndSaysNothing)
+TEST_F(Selector, ARefreshKeepsTheChoiceAndReportsNothing)
 {
-    ClickCat(L"Rock");
-    ClickLevel(L"3");
-    cSelector.RefreshLists(cSchedMan->colMainCats());
-    EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
-    EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Rock"}));
+    Choose(L"Rock", L"3");
+    Refresh();
+    ExpectMarked({L"Rock"}, L"Rock");
     EXPECT_EQ(cScreen.Current(lstlvl), L"3");
-    EXPECT_EQ(cScreen.Entries(lstsongs1), (Texts{L"Mango - Stone"}));
-    EXPECT_EQ(colEvents, (Texts{L"Rock 1", L"Rock 3"}));
-}
-
-TEST_F(Selector, ARefreshKeepsALLWhenALevelHasCome)
-{
-    ClickCat(L"Rock");
+    ExpectSongs({L"Mango - Stone"});
     ClickLevel(L"ALL");
     MainCat(L"Rock")->AddSubCat(std::make_shared<clsCat>(cMod, L"Rock", 2));
-    cSelector.RefreshLists(cSchedMan->colMainCats());
+    Refresh();
     EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"2", L"3", L"ALL"}));
     EXPECT_EQ(cScreen.Current(lstlvl), L"ALL");
-    EXPECT_EQ(colEvents, (Texts{L"Rock 1", L"Rock 0"}));
+    ExpectEvents({L"Rock 1", L"Rock 3", L"Rock 0"});
 }
 
-TEST_F(Selector, ARefreshAfterTheLevelHasGoneChoosesTheFirst)
+TEST_F(Selector, ARefreshWithoutTheLevelChoosesTheFirst)
 {
-    ClickCat(L"Rock");
-    ClickLevel(L"3");
+    Choose(L"Rock", L"3");
     MainCat(L"Rock")->RemoveSubCat(Level(L"Rock", 3));
-    cSelector.RefreshLists(cSchedMan->colMainCats());
-    EXPECT_EQ(cSelector.SelectedSubCat(), Level(L"Rock", 1));
-    EXPECT_EQ(colEvents, (Texts{L"Rock 1", L"Rock 3", L"Rock 1"}));
+    Refresh();
+    ExpectChosen(MainCat(L"Rock"), Level(L"Rock", 1));
+    ExpectEvents({L"Rock 1", L"Rock 3", L"Rock 1"});
 }
 
-TEST_F(Selector, ARefreshAfterTheCategoryHasGoneChoosesNothing)
+TEST_F(Selector, ARefreshWithoutTheCategoryChoosesNothing)
 {
     ClickCat(L"Jazz");
     cSchedMan->colMainCats()->Remove(CategoryKey(L"Jazz", 0));
-    cSelector.RefreshLists(cSchedMan->colMainCats());
-    EXPECT_EQ(cSelector.SelectedMainCat(), nullptr);
-    EXPECT_EQ(cSelector.SelectedSubCat(), nullptr);
+    Refresh();
+    ExpectChosen(nullptr, nullptr);
     EXPECT_EQ(cScreen.Entries(lstlvl), Texts());
-    EXPECT_EQ(cScreen.Entries(lstsongs1), Texts());
-    EXPECT_EQ(colEvents, (Texts{L"Jazz 2"}));
+    ExpectSongs({});
+    ExpectEvents({L"Jazz 2"});
 }
 
 TEST_F(Selector, ARefreshFindsTheChoiceInANewTree)
 {
-    ClickCat(L"Rock");
-    ClickLevel(L"3");
+    Choose(L"Rock", L"3");
     cSchedMan->PopulateFromDataBase(cDataBase, sRadio);
-    cSelector.RefreshLists(cSchedMan->colMainCats());
-    EXPECT_EQ(cSelector.SelectedMainCat(), MainCat(L"Rock"));
-    EXPECT_EQ(cSelector.SelectedSubCat(), Level(L"Rock", 3));
+    Refresh();
+    ExpectChosen(MainCat(L"Rock"), Level(L"Rock", 3));
     EXPECT_EQ(colEvents.back(), L"Rock 3"); // another object
 }
 
 // ---- one category or several ----
 
-TEST_F(Selector, WithoutMultiSelectOnlyTheCurrentCategoryStaysSelected)
+TEST_F(Selector, OnlyWithMultiSelectSeveralCategoriesStaySelected)
 {
     ClickCat(L"Rock");
     ClickCat(L"Jazz", true);
-    EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Jazz"}));
-}
-
-TEST_F(Selector, WithMultiSelectSeveralStaySelectedAndTheCurrentOneIsShown)
-{
+    ExpectMarked({L"Jazz"}, L"Jazz");
     AllowMulti();
-    ClickCat(L"Rock");
-    ClickCat(L"Jazz", true);
-    EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Rock", L"Jazz"}));
-    EXPECT_EQ(cSelector.SelectedMainCat(), MainCat(L"Jazz"));
+    ClickCat(L"Rock", true);
+    ExpectMarked({L"Rock", L"Jazz"}, L"Rock");
+    EXPECT_EQ(cSelector.SelectedMainCat(), MainCat(L"Rock"));
 }
 
-TEST_F(Selector, NOCATCannotStaySelectedBesideARealCategory)
+TEST_F(Selector, NOCATCannotBeSelectedWithARealCategory)
 {
     AllowMulti();
     ClickCat(L"NOCAT");
@@ -419,40 +390,26 @@ TEST_F(Selector, NOCATCannotStaySelectedBesideARealCategory)
 TEST_F(Selector, WithMultiSelectTheCutsCannotBePicked)
 {
     ClickCat(L"Rock");
+    cSelector.EnableUI(true);
     AllowMulti();
-    for (const SelectorControl eControl : {lstsongs0, lstsongs1, chkOpener, chkSortedSongs, lblMatch})
-        EXPECT_FALSE(cScreen.enabled[eControl]);
+    ExpectEnabled(false, true);
     ClickCat(L"Jazz");
-    EXPECT_EQ(cScreen.Entries(lstsongs1),
-              (Texts{L"Zebra - Stripes", L"Apple - Core"})); // not filled any more
+    ExpectSongs(colRock1); // not filled any more
+    cSelector.EnableUI(false);
+    cSelector.EnableUI(true);
+    ExpectEnabled(false, true);
     cSelector.SetAllowMultiCatSelect(false);
-    for (const SelectorControl eControl : {lstsongs0, lstsongs1, chkOpener, chkSortedSongs, lblMatch})
-        EXPECT_TRUE(cScreen.enabled[eControl]);
+    ExpectEnabled(true, true);
 }
 
 TEST_F(Selector, DisablingTheControlsShowsTheHourglass)
 {
-    cSelector.EnableUI(false);
-    EXPECT_TRUE(cScreen.bHourglass);
-    for (const SelectorControl eControl :
-         {lstCat, lstlvl, lstsongs0, lstsongs1, chkOpener, chkSortedSongs, lblMatch})
-        EXPECT_FALSE(cScreen.enabled[eControl]);
-    cSelector.EnableUI(true);
-    EXPECT_FALSE(cScreen.bHourglass);
-    for (const SelectorControl eControl :
-         {lstCat, lstlvl, lstsongs0, lstsongs1, chkOpener, chkSortedSongs, lblMatch})
-        EXPECT_TRUE(cScreen.enabled[eControl]);
-}
-
-TEST_F(Selector, EnablingTheControlsLeavesTheSongsDisabledWithMultiSelect)
-{
-    AllowMulti();
-    cSelector.EnableUI(false);
-    cSelector.EnableUI(true);
-    EXPECT_TRUE(cScreen.enabled[lstCat]);
-    EXPECT_TRUE(cScreen.enabled[lstlvl]);
-    for (const SelectorControl eControl : {lstsongs0, lstsongs1, chkOpener, chkSortedSongs, lblMatch})
-        EXPECT_FALSE(cScreen.enabled[eControl]);
+    for (const bool bEnabled : {false, true})
+    {
+        cSelector.EnableUI(bEnabled);
+        EXPECT_EQ(cScreen.bHourglass, !bEnabled);
+        ExpectEnabled(bEnabled, bEnabled);
+    }
 }
 
 TEST_F(Selector, TabFromTheLastControlWrapsToTheFirst)
@@ -463,10 +420,11 @@ TEST_F(Selector, TabFromTheLastControlWrapsToTheFirst)
 
 // ---- the selected names ----
 
-TEST_F(Selector, TheNamesOfTheSelectedCategoriesComeTopToBottom)
+TEST_F(Selector, TheNamesOfSeveralSelectedCategoriesAreInTheListsOrder)
 {
-    AllowMulti();
     ClickCat(L"Jazz");
+    EXPECT_EQ(cSelector.colSelectedSubCatNames(), Texts()) << "none without multi-select";
+    AllowMulti();
     ClickCat(L"Rock", true);
     EXPECT_EQ(cSelector.colSelectedSubCatNames(), (Texts{L"Rock", L"Jazz"}));
     EXPECT_EQ(Shown(), Boxes());
@@ -474,23 +432,17 @@ TEST_F(Selector, TheNamesOfTheSelectedCategoriesComeTopToBottom)
 
 TEST_F(Selector, ALLIsRefusedWhenSeveralCategoriesMayBeSelected)
 {
-    const Boxes refused{OkBox(BoxIcon::Exclamation, L"'ALL' is Not Valid",
-                              L"Choose a level other than 'ALL' to be able to multi-select categories")};
+    const auto expectRefused = [&] {
+        Shown().clear();
+        EXPECT_EQ(cSelector.colSelectedSubCatNames(), Texts());
+        EXPECT_EQ(Shown(),
+                  (Boxes{OkBox(BoxIcon::Exclamation, L"'ALL' is Not Valid",
+                               L"Choose a level other than 'ALL' to be able to multi-select categories")}));
+    };
     AllowMulti();
-    EXPECT_EQ(cSelector.colSelectedSubCatNames(), Texts()); // no level is chosen at all
-    EXPECT_EQ(Shown(), refused);
-    Shown().clear();
-    ClickCat(L"Rock");
-    ClickLevel(L"ALL");
-    EXPECT_EQ(cSelector.colSelectedSubCatNames(), Texts());
-    EXPECT_EQ(Shown(), refused);
-}
-
-TEST_F(Selector, WithoutMultiSelectThereAreNoSelectedNames)
-{
-    ClickCat(L"Rock");
-    EXPECT_EQ(cSelector.colSelectedSubCatNames(), Texts());
-    EXPECT_EQ(Shown(), Boxes());
+    expectRefused(); // no level is chosen
+    Choose(L"Rock", L"ALL");
+    expectRefused();
 }
 
 // ---- the categories of a cut ----
@@ -501,33 +453,25 @@ TEST_F(Selector, TheCategoriesAndTheLevelOfACutAreMarked)
     MainCat(L"Jazz")->AddSubCat(std::make_shared<clsCat>(cMod, L"Jazz", 1));
     AllowMulti();
     cSelector.ShowCutCatsAsSelected(cBoth);
-    EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Rock", L"Jazz"}));
-    EXPECT_EQ(cScreen.Current(lstCat), L"Jazz"); // the first of the cut's own
+    ExpectMarked({L"Rock", L"Jazz"}, L"Jazz"); // the first of the cut's own
     EXPECT_EQ(cScreen.Current(lstlvl), L"1");
     EXPECT_EQ(cSelector.SelectedSubCat(), Level(L"Jazz", 1));
     EXPECT_EQ(Shown(), Boxes());
 }
 
-TEST_F(Selector, ChosenCategoryThatContainsTheCutStaysCurrent)
+TEST_F(Selector, ChosenCategoryStaysCurrentIfItContainsTheCut)
 {
     AllowMulti();
     cSelector.SetSelectedMainCat(MainCat(L"Rock"));
     cSelector.ShowCutCatsAsSelected(CutOf(2));
-    EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
+    ExpectMarked({L"Rock"}, L"Rock");
     EXPECT_EQ(cScreen.Current(lstlvl), L"3");
-    EXPECT_EQ(colEvents, (Texts{L"Rock 1", L"Rock 3"}));
-}
-
-TEST_F(Selector, ACategoryThatDoesNotHoldTheCutIsNotLeftSelected)
-{
-    AllowMulti();
-    cSelector.SetSelectedMainCat(MainCat(L"Rock"));
-    EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Rock"}));
+    ExpectEvents({L"Rock 1", L"Rock 3"});
     cSelector.ShowCutCatsAsSelected(CutOf(3));
     EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Jazz"}));
 }
 
-TEST_F(Selector, NoCatIsNotMarkedBesideARealCategory)
+TEST_F(Selector, NOCATIsNotMarkedWithARealCategory)
 {
     const struct
     {
@@ -541,8 +485,7 @@ TEST_F(Selector, NoCatIsNotMarkedBesideARealCategory)
     for (const auto& row : table)
     {
         cSelector.ShowCutCatsAsSelected(Add(row.sCategories, row.sCategories, 1, L"A", L"B"));
-        EXPECT_EQ(cScreen.Selected(lstCat), row.marked);
-        EXPECT_EQ(cScreen.Current(lstCat), row.sCurrent);
+        ExpectMarked(row.marked, row.sCurrent);
     }
     EXPECT_EQ(Shown(), Boxes());
 }
@@ -552,21 +495,22 @@ TEST_F(Selector, WithMultiSelectACurrentCategoryNeedNotBeSelected)
     AllowMulti();
     ClickCat(L"Rock");
     cSelector.MakeMainCatCurrent(MainCat(L"Jazz"));
-    EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Rock"}));
-    EXPECT_EQ(cScreen.Current(lstCat), L"Jazz");
+    ExpectMarked({L"Rock"}, L"Jazz");
     EXPECT_EQ(cSelector.SelectedMainCat(), MainCat(L"Jazz"));
     EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"2", L"ALL"}));
     cSelector.MakeMainCatCurrent(nullptr);
     EXPECT_EQ(cScreen.Current(lstCat), L"Jazz");
 }
 
-TEST_F(Selector, NoCutMarksNothing)
+TEST_F(Selector, NoCutChangesNoMarkAndOneWithoutCategoriesClearsThem)
 {
     AllowMulti();
     ClickCat(L"Rock");
     cSelector.ShowCutCatsAsSelected(nullptr);
     EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Rock"}));
     EXPECT_EQ(Shown(), Boxes());
+    cSelector.ShowCutCatsAsSelected(Add(L"x", L"", 1, L"A", L"B"));
+    EXPECT_EQ(cScreen.Selected(lstCat), Texts());
 }
 
 TEST_F(Selector, MarkingNeedsTheManager)
@@ -602,26 +546,18 @@ TEST_F(Selector, ClicksWhileACutIsLookedUpAreIgnoredAndWorkAgainAfterwards)
         EXPECT_EQ(cScreen.eFocus, std::nullopt);
     };
     cSelector.ShowCutCatsAsSelected(Add(L"x", L"Polka", 1, L"A", L"B"));
-    EXPECT_EQ(colEvents, (Texts{L"Rock 1"}));
+    ExpectEvents({L"Rock 1"});
     cSelector.LevelClick();
-    EXPECT_EQ(colEvents, (Texts{L"Rock 1", L"Rock 3"}));
+    ExpectEvents({L"Rock 1", L"Rock 3"});
 }
 
-TEST_F(Selector, ACutThatCannotBeReadIsPassedOverAndLeavesNothingBusy)
+TEST_F(Selector, ACutThatCannotBeReadIsSkippedAndLeavesNothingBusy)
 {
     CutOf(0)->failing = {"CategoryNames"};
     cSelector.ShowCutCatsAsSelected(CutOf(0));
     EXPECT_EQ(Shown(), Boxes());
     ClickCat(L"Rock");
-    EXPECT_EQ(colEvents, (Texts{L"Rock 1"}));
-}
-
-TEST_F(Selector, ACutWithoutCategoriesTakesEveryMarkAway)
-{
-    AllowMulti();
-    ClickCat(L"Rock");
-    cSelector.ShowCutCatsAsSelected(Add(L"x", L"", 1, L"A", L"B"));
-    EXPECT_EQ(cScreen.Selected(lstCat), Texts());
+    ExpectEvents({L"Rock 1"});
 }
 
 } // namespace ravlo::test

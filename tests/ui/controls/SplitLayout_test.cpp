@@ -26,20 +26,20 @@ namespace ravlo::test
 namespace
 {
 
-struct Settled
-{
-    const char* sRule;
-    std::int32_t lExtent;
-    SplitState state;
-    std::int32_t lPosition;
-};
+using Integers = std::initializer_list<std::int16_t>;
 
 } // namespace
 
 TEST(SplitLayout, PositionSettlesByTheRules)
 {
     const SplitSettings settings; // smallest pane 2000, bar 75
-    const Settled table[] = {
+    const struct
+    {
+        const char* sRule;
+        std::int32_t lExtent;
+        SplitState state;
+        std::int32_t lPosition;
+    } table[] = {
         {"a position with room on both sides stays", 10000, {5000, 0}, 5000},
         {"the smallest first pane may be kept exactly", 10000, {2000, 0}, 2000},
         {"below it the position is clamped", 10000, {1999, 0}, 2000},
@@ -50,7 +50,7 @@ TEST(SplitLayout, PositionSettlesByTheRules)
         {"a position in the middle stays although the first pane is collapsed", 10000, {5000, 1}, 5000},
         {"a large one is clamped although the first pane is collapsed", 10000, {9000, 1}, 8000},
         {"a collapsed second pane puts the bar at the end", 10000, {5000, 2}, 10000 - 37},
-        {"whatever the position was", 10000, {0, 2}, 10000 - 37},
+        {"also from the near edge", 10000, {0, 2}, 10000 - 37},
         {"a panel of just two smallest panes clamps", 4000, {100, 0}, 2000},
         {"a smaller panel centres the bar", 3999, {100, 0}, 1999},
         {"also from the far side", 3999, {3900, 0}, 1999},
@@ -59,7 +59,7 @@ TEST(SplitLayout, PositionSettlesByTheRules)
         {"another number than 0 to 2 lays out as 0", 10000, {100, 3}, 2000},
         {"a negative one, too", 10000, {100, -1}, 2000},
     };
-    for (const Settled& row : table)
+    for (const auto& row : table)
     {
         const auto places = LayOutSplit(settings, row.state, row.lExtent, 600);
         ASSERT_TRUE(places) << row.sRule;
@@ -69,36 +69,26 @@ TEST(SplitLayout, PositionSettlesByTheRules)
 
 TEST(SplitLayout, CollapsedPanesAreHiddenAndTheOthersShown)
 {
-    const struct
+    for (const std::int16_t iSnapped : Integers{0, 1, 2, 7, -1})
     {
-        std::int16_t iSnapped;
-        bool bShow1;
-        bool bShow2;
-    } table[] = {{0, true, true}, {1, false, true}, {2, true, false}, {7, true, true}, {-1, true, true}};
-    for (const auto& row : table)
-    {
-        const auto places = LayOutSplit({}, {3000, row.iSnapped}, 10000, 5000);
-        EXPECT_EQ(places->bShowControl1, row.bShow1) << row.iSnapped;
-        EXPECT_EQ(places->bShowControl2, row.bShow2) << row.iSnapped;
+        const auto places = LayOutSplit({}, {3000, iSnapped}, 10000, 5000);
+        EXPECT_EQ(places->bShowControl1, iSnapped != 1) << iSnapped;
+        EXPECT_EQ(places->bShowControl2, iSnapped != 2) << iSnapped;
     }
 }
 
-TEST(SplitLayout, PanesSideBySideShareTheWidth)
+TEST(SplitLayout, PanesShareTheExtent)
 {
     const auto places = LayOutSplit({}, {3000, 0}, 10000, 5000);
     EXPECT_EQ(places->control1, (TwipsRect{0, 0, 3000 - 37, 5000}));
     EXPECT_EQ(places->bar, (TwipsRect{3000 - 37, 0, 75, 5000}));
     EXPECT_EQ(places->control2, (TwipsRect{3000 + 38, 0, 10000 - 3038, 5000}));
-}
-
-TEST(SplitLayout, PanesAboveEachOtherShareTheHeight)
-{
     SplitSettings settings;
     settings.bHorizontal = true;
-    const auto places = LayOutSplit(settings, {3000, 0}, 5000, 10000);
-    EXPECT_EQ(places->control1, (TwipsRect{0, 0, 5000, 3000 - 37}));
-    EXPECT_EQ(places->bar, (TwipsRect{0, 3000 - 37, 5000, 75}));
-    EXPECT_EQ(places->control2, (TwipsRect{0, 3000 + 38, 5000, 10000 - 3038}));
+    const auto rows = LayOutSplit(settings, {3000, 0}, 5000, 10000);
+    EXPECT_EQ(rows->control1, (TwipsRect{0, 0, 5000, 3000 - 37}));
+    EXPECT_EQ(rows->bar, (TwipsRect{0, 3000 - 37, 5000, 75}));
+    EXPECT_EQ(rows->control2, (TwipsRect{0, 3000 + 38, 5000, 10000 - 3038}));
 }
 
 TEST(SplitLayout, NothingIsLaidOutWithoutAnExtent)
@@ -115,9 +105,7 @@ TEST(SplitLayout, NothingIsLaidOutWithoutAnExtent)
 namespace
 {
 
-using Integers = std::initializer_list<std::int16_t>;
-
-void HoldsTogether(const SplitSettings& settings, const SplitState& state, std::int32_t lExtent)
+void ExpectConsistent(const SplitSettings& settings, const SplitState& state, std::int32_t lExtent)
 {
     constexpr std::int32_t lAcross = 700;
     const std::int32_t lWidth = settings.bHorizontal ? lAcross : lExtent;
@@ -146,8 +134,8 @@ void HoldsTogether(const SplitSettings& settings, const SplitState& state, std::
 
 } // namespace
 
-// Over every combination of odd and even, small and large values: the pieces lie one behind the other, none
-// has a negative size, laying out twice changes nothing, and a bar that can keep both panes does.
+// Over every combination of odd and even, small and large values: the pieces are adjacent, none has a
+// negative size, a second layout changes nothing, and a bar that can keep both panes does.
 TEST(SplitLayout, IsConsistentOverAGridOfValues)
 {
     for (const bool bHorizontal : {false, true})
@@ -157,7 +145,8 @@ TEST(SplitLayout, IsConsistentOverAGridOfValues)
                     for (const std::int32_t lExtent : {1, 37, 75, 1998, 3999, 4000, 4001, 12345, 200000})
                         for (const std::int32_t lPosition :
                              {-9999, 0, 1, 1999, 2000, 2001, 6172, 12000, 999999})
-                            HoldsTogether({iMin, bHorizontal, false, iWidth}, {lPosition, iSnapped}, lExtent);
+                            ExpectConsistent({iMin, bHorizontal, false, iWidth}, {lPosition, iSnapped},
+                                             lExtent);
 }
 
 TEST(SplitLayout, ADropNearAnEdgeCollapsesThePaneThere)
@@ -182,6 +171,9 @@ TEST(SplitLayout, ADropNearAnEdgeCollapsesThePaneThere)
     };
     for (const auto& row : table)
         EXPECT_EQ(DropSplit(settings, row.before, row.lDrop, 10000), row.after) << row.sRule;
+    settings.iMinPanelSize = 2003; // an integer quarter
+    EXPECT_EQ(DropSplit(settings, {}, 500, 10000).iSnapped, 1);
+    EXPECT_EQ(DropSplit(settings, {}, 501, 10000).iSnapped, 0);
 }
 
 TEST(SplitLayout, WithoutSnappingADropChangesThePositionAlone)
@@ -189,16 +181,6 @@ TEST(SplitLayout, WithoutSnappingADropChangesThePositionAlone)
     for (const std::int32_t lDrop : {-10, 0, 400, 5000, 9999})
         for (const std::int16_t iSnapped : Integers{0, 1, 2})
             EXPECT_EQ(DropSplit({}, {3000, iSnapped}, lDrop, 10000), (SplitState{lDrop, iSnapped}));
-}
-
-// The quarter is an integer one: of 2003 it is 500.
-TEST(SplitLayout, TheSnappingDistanceIsAnIntegerQuarter)
-{
-    SplitSettings settings;
-    settings.bSnapToEdge = true;
-    settings.iMinPanelSize = 2003;
-    EXPECT_EQ(DropSplit(settings, {}, 500, 10000).iSnapped, 1);
-    EXPECT_EQ(DropSplit(settings, {}, 501, 10000).iSnapped, 0);
 }
 
 } // namespace ravlo::test

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,7 +18,7 @@ namespace
 
 constexpr const wchar_t* sApplication = L"uSplitPlayerLibrary";
 
-// What is to be seen of the panel, and how often it was laid out.
+// The panel on a fake screen, and how often it was laid out.
 class ScreenPanel final : public SplitPanelView
 {
 public:
@@ -68,10 +69,31 @@ struct Panel : ::testing::Test
         cPanel.ButtonUp();
     }
 
+    void ExpectBar(std::int32_t lPosition, std::int32_t lSnapped)
+    {
+        EXPECT_EQ(cPanel.Position(), lPosition);
+        EXPECT_EQ(cPanel.Snapped(), lSnapped);
+        EXPECT_EQ(cScreen.bShown1, lSnapped != 1);
+        EXPECT_EQ(cScreen.bShown2, lSnapped != 2);
+    }
+
     ScreenPanel cScreen;
     MemoryUserSettings cSettings;
     SplitPanelPresenter cPanel{cScreen, cSettings, L"Player"};
     std::vector<std::int32_t> colChanges;
+};
+
+constexpr std::uint32_t lFace = 0x8000000F;    // the system's colours of buttons
+constexpr std::uint32_t lDragged = 0x80000012; // and of their text
+
+// 10000 wide and with a place to remember its position in.
+struct SizedPanel : Panel
+{
+    SizedPanel()
+    {
+        cPanel.SetRegistryID(L"Library");
+        cPanel.Resize(10000, 4000);
+    }
 };
 
 } // namespace
@@ -101,7 +123,7 @@ TEST_F(Panel, ARestartInASmallerWindowKeepsThePlaceForALargerOne)
     EXPECT_EQ(cPanel.Position(), 20000);
 }
 
-TEST_F(Panel, ABarDroppedTooFarStaysWhereItCameToRest)
+TEST_F(Panel, ABarDroppedTooFarStaysWhereItSettled)
 {
     cPanel.Resize(12000, 5000);
     DragTo(11500);
@@ -116,8 +138,8 @@ TEST_F(Panel, StartsWithTheDefaults)
     EXPECT_FALSE(cPanel.Horizontal());
     EXPECT_FALSE(cPanel.SnapToEdge());
     EXPECT_EQ(cPanel.SplitterWidth(), 75);
-    EXPECT_EQ(cPanel.BackColor(), 0x8000000Fu);
-    EXPECT_EQ(cPanel.DragColor(), 0x80000012u);
+    EXPECT_EQ(cPanel.BackColor(), lFace);
+    EXPECT_EQ(cPanel.DragColor(), lDragged);
     EXPECT_EQ(cPanel.Snapped(), 0);
     EXPECT_EQ(cPanel.RegistryID(), L"");
     EXPECT_TRUE(cPanel.SplitVisible());
@@ -136,22 +158,19 @@ TEST_F(Panel, LaysOutWhenItIsSizedAndSaysWhereTheBarIs)
     EXPECT_EQ(cPanel.Position(), 4000);
 }
 
-TEST_F(Panel, LayoutPropertiesLayOutAgain)
+TEST_F(SizedPanel, LayoutPropertiesLayOutAgain)
 {
-    cPanel.Resize(10000, 9000);
-    int lLayouts = cScreen.lLayouts;
-    const auto laysOut = [&](const auto& set) {
-        set();
-        const bool bOnce = cScreen.lLayouts == lLayouts + 1;
-        lLayouts = cScreen.lLayouts;
-        return bOnce;
+    const std::function<void()> setters[] = {
+        [&] { cPanel.SetMinPanelSize(1000); }, [&] { cPanel.SetHorizontal(true); },
+        [&] { cPanel.SetSnapToEdge(true); },   [&] { cPanel.SetSplitterWidth(90); },
+        [&] { cPanel.SetPosition(1500); },     [&] { cPanel.SetSnapped(1); },
     };
-    EXPECT_TRUE(laysOut([&] { cPanel.SetMinPanelSize(1000); }));
-    EXPECT_TRUE(laysOut([&] { cPanel.SetHorizontal(true); }));
-    EXPECT_TRUE(laysOut([&] { cPanel.SetSnapToEdge(true); }));
-    EXPECT_TRUE(laysOut([&] { cPanel.SetSplitterWidth(90); }));
-    EXPECT_TRUE(laysOut([&] { cPanel.SetPosition(4000); }));
-    EXPECT_TRUE(laysOut([&] { cPanel.SetSnapped(1); }));
+    for (const auto& set : setters)
+    {
+        const int lLayouts = cScreen.lLayouts;
+        set();
+        EXPECT_EQ(cScreen.lLayouts, lLayouts + 1);
+    }
     EXPECT_EQ(cScreen.places.bar.lHeight, 90);
     EXPECT_EQ(cScreen.places.bar.lWidth, 10000);
     EXPECT_FALSE(cScreen.bShown1);
@@ -181,9 +200,8 @@ TEST_F(Panel, IntegersOutOfRangeAreAnOverflow)
     EXPECT_EQ(cPanel.MinPanelSize(), 32767);
 }
 
-TEST_F(Panel, AMinimisedPanelKeepsItsPosition)
+TEST_F(SizedPanel, AMinimisedPanelKeepsItsPosition)
 {
-    cPanel.Resize(10000, 4000);
     cPanel.SetPosition(7000);
     colChanges.clear();
     cPanel.Resize(0, 0);
@@ -192,24 +210,21 @@ TEST_F(Panel, AMinimisedPanelKeepsItsPosition)
     EXPECT_EQ(cPanel.Position(), 7000);
 }
 
-TEST_F(Panel, TheFirstPaneGetsAThirdWhenNothingIsKnown)
-{
-    cPanel.Resize(9000, 4000);
-    EXPECT_EQ(cPanel.Position(), 3000);
-}
-
 // ---- dragging ----
 
-TEST_F(Panel, TheBarFollowsThePointerWithItsCentreAndIsPaintedAsDragged)
+TEST_F(SizedPanel, TheBarFollowsThePointerWithItsCentreAndIsPaintedAsDragged)
 {
-    cPanel.Resize(10000, 4000);
+    EXPECT_EQ(cPanel.Position(), 3333) << "a third, when nothing is known";
     cPanel.ButtonDown();
-    EXPECT_EQ(cScreen.lBarColor, 0x80000012u);
-    cPanel.MouseMove(6000);
-    EXPECT_EQ(cScreen.bar, (TwipsRect{6000 - 37, 0, 75, 4000}));
+    EXPECT_EQ(cScreen.lBarColor, lDragged);
+    for (const auto& [lPointer, lLeft] : {std::pair{-500, 0}, {50000, 10000 - 75}, {6000, 6000 - 37}})
+    {
+        cPanel.MouseMove(lPointer);
+        EXPECT_EQ(cScreen.bar, (TwipsRect{lLeft, 0, 75, 4000})) << "always visible";
+    }
     EXPECT_EQ(cPanel.Position(), 3333); // not before the drop
     cPanel.ButtonUp();
-    EXPECT_EQ(cScreen.lBarColor, 0x8000000Fu);
+    EXPECT_EQ(cScreen.lBarColor, lFace);
     EXPECT_EQ(cPanel.Position(), 6000);
     EXPECT_EQ(colChanges.back(), 6000);
 }
@@ -223,81 +238,44 @@ TEST_F(Panel, TheBarOfPanesAboveEachOtherFollowsVertically)
     EXPECT_EQ(cScreen.bar, (TwipsRect{0, 6000 - 37, 4000, 75}));
 }
 
-TEST_F(Panel, TheDraggedBarStaysToBeSeen)
+TEST_F(SizedPanel, OnlyWithSnappingADropAtAnEdgeCollapsesAPane)
 {
-    cPanel.Resize(10000, 4000);
-    cPanel.ButtonDown();
-    cPanel.MouseMove(-500);
-    EXPECT_EQ(cScreen.bar.lLeft, 0);
-    cPanel.MouseMove(50000);
-    EXPECT_EQ(cScreen.bar.lLeft, 10000 - 75);
-}
-
-TEST_F(Panel, WithoutSnappingTheBarNeverComesNearerThanTheSmallestPane)
-{
-    cPanel.Resize(10000, 4000);
     DragTo(10);
-    EXPECT_EQ(cPanel.Position(), 2000);
+    ExpectBar(2000, 0);
     DragTo(9990);
-    EXPECT_EQ(cPanel.Position(), 8000);
-    EXPECT_EQ(cPanel.Snapped(), 0);
-}
-
-TEST_F(Panel, SnappingCollapsesAtAnEdgeAndShowsBothInTheMiddle)
-{
+    ExpectBar(8000, 0);
     cPanel.SetSnapToEdge(true);
-    cPanel.Resize(10000, 4000);
     DragTo(100);
-    EXPECT_EQ(cPanel.Snapped(), 1);
-    EXPECT_EQ(cPanel.Position(), 0);
-    EXPECT_FALSE(cScreen.bShown1);
+    ExpectBar(0, 1);
     DragTo(5000);
-    EXPECT_EQ(cPanel.Snapped(), 0);
-    EXPECT_TRUE(cScreen.bShown1);
+    ExpectBar(5000, 0);
     DragTo(9900);
-    EXPECT_EQ(cPanel.Snapped(), 2);
-    EXPECT_EQ(cPanel.Position(), 10000 - 37);
-    EXPECT_FALSE(cScreen.bShown2);
+    ExpectBar(10000 - 37, 2);
 }
 
-TEST_F(Panel, AClickOnTheBarMovesNothing)
+TEST_F(SizedPanel, WithoutADropTheBarStaysAndNothingIsRemembered)
 {
-    cPanel.Resize(10000, 4000);
-    cPanel.SetPosition(4567);
     cPanel.ButtonDown();
+    cPanel.MouseMove(6000);
+    cPanel.CancelDrag();
+    EXPECT_EQ(cScreen.bar, cScreen.places.bar);
+    EXPECT_EQ(cScreen.lBarColor, lFace);
+    cPanel.ButtonUp();
+    EXPECT_EQ(cPanel.Position(), 3333);
+    EXPECT_EQ(Remembered(), L"none");
+    cPanel.MouseMove(6000); // no drag
+    EXPECT_EQ(cScreen.bar, cScreen.places.bar);
+    EXPECT_FALSE(cPanel.Dragging());
+    cPanel.SetPosition(4567);
+    cPanel.ButtonDown(); // a click
     cPanel.ButtonUp();
     EXPECT_EQ(cPanel.Position(), 4567);
 }
 
-TEST_F(Panel, ACancelledDragMovesNothingAndRemembersNothing)
-{
-    cPanel.SetRegistryID(L"Library");
-    cPanel.Resize(10000, 4000);
-    cPanel.ButtonDown();
-    cPanel.MouseMove(6000);
-    cPanel.CancelDrag();
-    EXPECT_EQ(cPanel.Position(), 3333);
-    EXPECT_EQ(cScreen.bar, cScreen.places.bar);
-    EXPECT_EQ(cScreen.lBarColor, 0x8000000Fu);
-    EXPECT_EQ(Remembered(), L"none");
-    cPanel.ButtonUp();
-    EXPECT_EQ(cPanel.Position(), 3333);
-}
-
-TEST_F(Panel, PointerMovesWithoutADragAreIgnored)
-{
-    cPanel.Resize(10000, 4000);
-    cPanel.MouseMove(6000);
-    EXPECT_EQ(cScreen.bar, cScreen.places.bar);
-    EXPECT_FALSE(cPanel.Dragging());
-}
-
 // ---- the keyboard ----
 
-TEST_F(Panel, KeysMoveTheBarWithinItsLimitsAndRememberIt)
+TEST_F(SizedPanel, KeysMoveTheBarWithinItsLimitsAndRememberIt)
 {
-    cPanel.SetRegistryID(L"Library");
-    cPanel.Resize(10000, 4000);
     cPanel.MoveBy(150);
     EXPECT_EQ(cPanel.Position(), 3483);
     EXPECT_EQ(Remembered(), L"3483");
@@ -307,38 +285,23 @@ TEST_F(Panel, KeysMoveTheBarWithinItsLimitsAndRememberIt)
     EXPECT_EQ(cPanel.Position(), 8000);
 }
 
-TEST_F(Panel, KeysMoveToAnEdgeAsADropThereDoes)
-{
-    cPanel.Resize(10000, 4000);
-    cPanel.MoveToEdge(true);
-    EXPECT_EQ(cPanel.Position(), 8000);
-    cPanel.SetSnapToEdge(true);
-    cPanel.MoveToEdge(true);
-    EXPECT_EQ(cPanel.Snapped(), 2);
-    cPanel.MoveToEdge(false);
-    EXPECT_EQ(cPanel.Snapped(), 1);
-}
-
 // Steps are smaller than the distance within which a pane snaps shut.
-TEST_F(Panel, AKeyAwayFromTheEdgeBringsACollapsedPaneBack)
+TEST_F(SizedPanel, KeysMoveToAnEdgeAndBackFromACollapsedPane)
 {
-    cPanel.SetRegistryID(L"Library");
-    cPanel.Resize(10000, 4000);
+    cPanel.MoveToEdge(true);
+    ExpectBar(8000, 0);
     cPanel.SetSnapToEdge(true);
     cPanel.MoveToEdge(false);
-    cPanel.MoveBy(-150); // toward the edge
+    cPanel.MoveBy(-150); // towards the edge
     EXPECT_EQ(cPanel.Snapped(), 1);
     cPanel.MoveBy(15);
-    EXPECT_EQ(cPanel.Snapped(), 0);
-    EXPECT_EQ(cPanel.Position(), 2000);
+    ExpectBar(2000, 0);
     EXPECT_EQ(Remembered(), L"2000");
-    EXPECT_TRUE(cScreen.bShown1);
     cPanel.MoveToEdge(true);
     cPanel.MoveBy(150);
     EXPECT_EQ(cPanel.Snapped(), 2);
     cPanel.MoveBy(-15);
-    EXPECT_EQ(cPanel.Snapped(), 0);
-    EXPECT_EQ(cPanel.Position(), 8000);
+    ExpectBar(8000, 0);
 }
 
 // ---- the remembered position ----
@@ -370,10 +333,8 @@ TEST_F(Panel, AStoredZeroAndAnythingThatIsNoNumberMeansNothingIsStored)
     }
 }
 
-TEST_F(Panel, PositionIsRememberedAfterEachDragAndWhenHidden)
+TEST_F(SizedPanel, PositionIsRememberedAfterEachDragAndWhenHidden)
 {
-    cPanel.SetRegistryID(L"Library");
-    cPanel.Resize(10000, 4000);
     DragTo(6000);
     EXPECT_EQ(Remembered(), L"6000");
     cPanel.SetPosition(4000);
@@ -382,12 +343,9 @@ TEST_F(Panel, PositionIsRememberedAfterEachDragAndWhenHidden)
     EXPECT_EQ(Remembered(), L"4000");
 }
 
-// First remembered, then laid out: what is kept is where the bar was dropped, not where it had to come to
-// rest.
-TEST_F(Panel, ADroppedPositionIsRememberedBeforeItIsLaidOut)
+// What is remembered is where the bar was dropped, not where it settled.
+TEST_F(SizedPanel, ADroppedPositionIsRememberedBeforeItIsLaidOut)
 {
-    cPanel.SetRegistryID(L"Library");
-    cPanel.Resize(10000, 4000);
     std::wstring sAtLayout;
     cPanel.Change = [&](std::int32_t) { sAtLayout = Remembered(); };
     DragTo(100);
@@ -415,9 +373,8 @@ TEST_F(Panel, WithoutARegistryIDNothingIsReadOrRemembered)
 
 // ---- appearance ----
 
-TEST_F(Panel, ADisabledPanelShowsTheHourglassAndCannotBeMoved)
+TEST_F(SizedPanel, ADisabledPanelShowsTheHourglassAndCannotBeMoved)
 {
-    cPanel.Resize(10000, 4000);
     cPanel.ButtonDown();
     cPanel.SetEnabled(false);
     EXPECT_FALSE(cScreen.bEnabled);

@@ -24,7 +24,7 @@ TEST(WindowPlace, TextsThatAreNoPlaceAreNothing)
         EXPECT_FALSE(ParseWindowPlace(sText)) << std::string(sText.begin(), sText.end());
 }
 
-TEST(WindowPlace, AWindowIsMovedAndShrunkUntilItLiesWholeOnTheScreen)
+TEST(WindowPlace, AWindowIsMovedAndShrunkToFitOnTheScreen)
 {
     const ScreenBox work{0, 40, 1000, 700};
     const struct
@@ -33,10 +33,10 @@ TEST(WindowPlace, AWindowIsMovedAndShrunkUntilItLiesWholeOnTheScreen)
         ScreenBox window;
         ScreenBox fitted;
     } table[] = {
-        {"one that lies inside stays", {10, 50, 200, 100}, {10, 50, 200, 100}},
+        {"one inside stays", {10, 50, 200, 100}, {10, 50, 200, 100}},
         {"one beyond the right edge moves back", {950, 50, 200, 100}, {800, 50, 200, 100}},
         {"one above the work area moves down", {10, -5, 200, 100}, {10, 40, 200, 100}},
-        {"one on a screen that is gone comes back", {-3000, 5000, 200, 100}, {0, 640, 200, 100}},
+        {"one on a removed screen is brought back", {-3000, 5000, 200, 100}, {0, 640, 200, 100}},
         {"one larger than the screen shrinks", {-50, 0, 5000, 9000}, {0, 40, 1000, 700}},
     };
     for (const auto& row : table)
