@@ -12,8 +12,6 @@ namespace ravlo::test
 namespace
 {
 
-constexpr std::int32_t lLongest = std::numeric_limits<std::int32_t>::max();
-
 Keys Sorted(Keys colKeys)
 {
     std::sort(colKeys.begin(), colKeys.end());
@@ -23,27 +21,27 @@ Keys Sorted(Keys colKeys)
 class EditingTest : public StationTest
 {
 protected:
-    Keys Levels(const std::wstring& sName) const
+    std::shared_ptr<clsCat> NewCat(const std::wstring& sName, std::int32_t lLevel = 0)
     {
-        Keys colLevels;
-        for (const std::shared_ptr<clsCat>& cSubCat : *MainCat(sName)->SubCats())
-            colLevels.push_back(cSubCat->CatID());
-        return colLevels;
+        return std::make_shared<clsCat>(cLib.cMod, sName, lLevel);
     }
-    std::shared_ptr<clsCat> AddLevel(const std::wstring& sName, std::int32_t lLevel)
+    // A main category of the tree without levels.
+    std::shared_ptr<clsCat> AddMainCat(const std::wstring& sName)
     {
-        const auto cSubCat = std::make_shared<clsCat>(cLib.cMod, sName, lLevel);
-        EXPECT_TRUE(MainCat(sName)->AddSubCat(cSubCat));
-        return cSubCat;
+        const std::shared_ptr<clsCat> cMainCat = NewCat(sName);
+        cLib.cSchedMan->colMainCats()->Add(TextKey(CategoryKey(sName, 0)), cMainCat);
+        return cMainCat;
     }
+    bool Delete(const Cats& colCats) { return cLib.cSchedMan->DeleteCats(colCats); }
+    void Shuffle(const Cats& colCats, bool bAsk = false) { cLib.cSchedMan->ShuffleCategories(colCats, bAsk); }
 };
 
 // ---- the list of names
 
 TEST_F(EditingTest, CategoriesAreListedByNameAndLevelsByNameAndNumber)
 {
-    const auto cRock = std::make_shared<clsCat>(cLib.cMod, L"Rock", 0);
-    const auto cPop2 = std::make_shared<clsCat>(cLib.cMod, L"Pop", 2);
+    const auto cRock = NewCat(L"Rock");
+    const auto cPop2 = NewCat(L"Pop", 2);
     EXPECT_EQ(cLib.cSchedMan->ListCats({}), L"");
     EXPECT_EQ(cLib.cSchedMan->ListCats({cRock}), L"Rock");
     EXPECT_EQ(cLib.cSchedMan->ListCats({cPop2, cRock, cPop2}), L"Pop 2, Rock, Pop 2");
@@ -63,120 +61,100 @@ protected:
         AddMany(20, L"c", L"Pop", 1);
         Start();
     }
+    // The records that a category's levels make now.
+    std::string Records(const std::wstring& sName) const
+    {
+        std::string bytes;
+        for (const std::shared_ptr<clsCat>& cSubCat : *MainCat(sName)->SubCats())
+            for (const std::wstring& sKey : Order(sName, cSubCat->CatLevel()))
+                bytes += SifCut(std::string(sKey.begin(), sKey.end()), cSubCat->CatLevel());
+        return bytes;
+    }
 };
 
 TEST_F(ShuffleTest, EachLevelIsShuffledInItselfAndItsMainCategorySavedOnce)
 {
+    const std::shared_ptr<CutCollection> colHeld = Level(L"Rock", 1)->SchedCuts(); // by a host
     const Keys colRock1 = Order(L"Rock", 1);
     const Keys colRock2 = Order(L"Rock", 2);
     const Keys colPop = Order(L"Pop", 1);
-    cLib.cSchedMan->ShuffleCategories({Level(L"Rock", 1), Level(L"Rock", 2)});
+    Shuffle({Level(L"Rock", 1), Level(L"Rock", 2)});
     EXPECT_NE(Order(L"Rock", 1), colRock1);
     EXPECT_NE(Order(L"Rock", 2), colRock2);
     EXPECT_EQ(Sorted(Order(L"Rock", 1)), Sorted(colRock1));
     EXPECT_EQ(Sorted(Order(L"Rock", 2)), Sorted(colRock2));
     EXPECT_EQ(Order(L"Pop", 1), colPop);
-    EXPECT_EQ(Written(), (Lines{L"Rock"}));
+    EXPECT_EQ(Written(), Lines{L"Rock"});
+    EXPECT_EQ(File(L"Rock"), Records(L"Rock"));
     EXPECT_EQ(said, SaveSaid(L"Rock", 40));
-    EXPECT_EQ(boxes, Boxes()) << "it does not ask unless it is told to";
+    EXPECT_EQ(boxes, Boxes()) << "it asks on request only";
     EXPECT_EQ(cPorts.cRandom.lRandomized, 1);
-    std::string bytes;
-    for (const std::int32_t lLevel : {1, 2})
-        for (const std::wstring& sKey : Order(L"Rock", lLevel))
-            bytes += SifCut(std::string(sKey.begin(), sKey.end()), lLevel);
-    EXPECT_EQ(File(L"Rock"), bytes);
+    EXPECT_EQ(Level(L"Rock", 1)->SchedCuts(), colHeld);
+    EXPECT_EQ(TotalOf(L"Rock", 1), 20 * 180'000);
+    for (std::size_t at = 0; at < colHeld->Count(); ++at)
+    {
+        EXPECT_EQ(*colHeld->KeyAt(at), colHeld->At(at)->Key());
+        EXPECT_EQ(colHeld->At(at)->CategoryText(), L"Rock");
+    }
 }
 
-TEST_F(ShuffleTest, MainCategoryMeansAllLevelsAndEachIsShuffledOnce)
+TEST_F(ShuffleTest, AMainCategoryMeansAllItsLevelsEachShuffledOnce)
 {
-    cLib.cSchedMan->ShuffleCategories({MainCat(L"Rock")});
-    const Keys colRock1 = Order(L"Rock", 1);
-    const Keys colRock2 = Order(L"Rock", 2);
-
-    RadioPorts cOther; // the same chance
+    RadioPorts cOther; // with the same random numbers
     Library cLibrary(cOther);
     cLibrary.cDataBase->colCuts = cLib.cDataBase->colCuts;
     cLibrary.Populate();
+    Shuffle({MainCat(L"Rock")});
     cLibrary.cSchedMan->ShuffleCategories(
         {cLibrary.Level(L"Rock", 2), cLibrary.MainCat(L"Rock"), cLibrary.Level(L"Rock", 2)});
-    EXPECT_EQ(cLibrary.Order(L"Rock", 1), colRock1);
-    EXPECT_EQ(cLibrary.Order(L"Rock", 2), colRock2);
+    EXPECT_EQ(cLibrary.Tree(), Tree());
 }
 
-TEST_F(ShuffleTest, ItemsKeepKeysAndAHostsCollectionSeesTheNewOrder)
+TEST_F(ShuffleTest, OnlyYesToItsQuestionShuffles)
 {
-    const std::shared_ptr<CutCollection> colHeld = Level(L"Rock", 1)->SchedCuts();
-    const std::int64_t total = TotalOf(L"Rock", 1);
-    cLib.cSchedMan->ShuffleCategories({Level(L"Rock", 1)});
-    EXPECT_EQ(Level(L"Rock", 1)->SchedCuts(), colHeld);
-    for (std::size_t at = 0; at < colHeld->Count(); ++at)
-        EXPECT_EQ(*colHeld->KeyAt(at), colHeld->At(at)->Key());
-    EXPECT_EQ(TotalOf(L"Rock", 1), total);
-    EXPECT_EQ(colHeld->At(0)->CategoryText(), L"Rock");
-}
-
-TEST_F(ShuffleTest, AskedFirstOnlyYesGoesOn)
-{
-    const ShownBox question{BoxIcon::Question, BoxButtons::YesNo, L"Confirm Shuffle.",
-                            L"Really shuffle these categories: Rock, Pop 1"};
     const Cats colCats{MainCat(L"Rock"), Level(L"Pop", 1)};
     for (const BoxAnswer eAnswer : {BoxAnswer::No, BoxAnswer::None, BoxAnswer::Yes})
     {
         Forget();
         const Keys colBefore = Order(L"Pop", 1);
         cPorts.cMessages.Answers = {eAnswer};
-        cLib.cSchedMan->ShuffleCategories(colCats, true);
-        EXPECT_EQ(boxes, (Boxes{question}));
+        Shuffle(colCats, true);
+        EXPECT_EQ(boxes, (Boxes{{BoxIcon::Question, BoxButtons::YesNo, L"Confirm Shuffle.",
+                                 L"Really shuffle these categories: Rock, Pop 1"}}));
         EXPECT_EQ(Order(L"Pop", 1) != colBefore, eAnswer == BoxAnswer::Yes);
         EXPECT_EQ(Written(), eAnswer == BoxAnswer::Yes ? (Lines{L"Rock", L"Pop"}) : Lines());
     }
 }
 
-TEST_F(ShuffleTest, AVeryLongListInTheQuestionIsCapped)
+TEST_F(ShuffleTest, TheQuestionListsThirtyCategories)
 {
-    const auto cMainCat = std::make_shared<clsCat>(cLib.cMod, L"X", 0);
-    cLib.cSchedMan->colMainCats()->Add(TextKey(CategoryKey(L"X", 0)), cMainCat);
+    const auto cMainCat = AddMainCat(L"X");
     for (std::int32_t lLevel = 1; lLevel <= 33; ++lLevel)
-        cMainCat->AddSubCat(std::make_shared<clsCat>(cLib.cMod, L"X", lLevel));
-    cLib.cSchedMan->ShuffleCategories({cMainCat->SubCats()->begin(), cMainCat->SubCats()->end()}, true);
+        cMainCat->AddSubCat(NewCat(L"X", lLevel));
+    Shuffle({cMainCat->SubCats()->begin(), cMainCat->SubCats()->end()}, true);
     ASSERT_EQ(boxes.size(), 1u);
     EXPECT_TRUE(boxes[0].sText.starts_with(L"Really shuffle these categories: X 1, X 2, "));
     EXPECT_TRUE(boxes[0].sText.ends_with(L", X 30... (+3)"));
 }
 
-TEST_F(ShuffleTest, ACategoryThatCannotBeSavedIsReportedAndTheOthersGoOn)
+TEST_F(ShuffleTest, ACategoryThatCannotBeSavedIsReportedAndTheOthersAreShuffled)
 {
-    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
-    cLib.cSchedMan->ShuffleCategories({MainCat(L"Rock"), MainCat(L"Pop")});
+    SetReadOnly(L"Rock");
+    Shuffle({MainCat(L"Rock"), MainCat(L"Pop")});
     EXPECT_EQ(boxes, (Boxes{OkBox(BoxIcon::Exclamation, L"RavloScheduler",
                                   L"Failed to save cat history and ordering for: Rock")}));
-    EXPECT_EQ(File(L"Pop").size(), 20 * HistoryFiles::recordSize);
-    Keys colWritten;
-    for (std::size_t at = 0; at < 20; ++at)
-    {
-        const std::string path = File(L"Pop").substr(at * HistoryFiles::recordSize + 510, 255);
-        colWritten.emplace_back(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(path.find(' ')));
-    }
-    EXPECT_EQ(colWritten, Order(L"Pop", 1));
+    EXPECT_EQ(File(L"Pop"), Records(L"Pop"));
     EXPECT_EQ(cPorts.TemporaryFiles(), Lines());
 }
 
-TEST_F(ShuffleTest, ACategoryWithoutLevelsIsPassedOver)
-{
-    const auto cEmpty = std::make_shared<clsCat>(cLib.cMod, L"Empty", 0);
-    cLib.cSchedMan->colMainCats()->Add(TextKey(CategoryKey(L"Empty", 0)), cEmpty);
-    cLib.cSchedMan->ShuffleCategories({cEmpty});
-    EXPECT_EQ(boxes, Boxes());
-    EXPECT_EQ(Written(), Lines());
-}
-
-TEST_F(ShuffleTest, CategoriesThatDoNotExistAreNeitherAskedForNorShuffled)
+TEST_F(ShuffleTest, WhatHasNoLevelsOrDoesNotExistIsSkipped)
 {
     const auto cDead = Level(L"Pop", 1);
-    cLib.cSchedMan->DeleteCats({cDead});
+    Delete({cDead});
     Forget();
-    cLib.cSchedMan->ShuffleCategories({cDead, std::make_shared<clsCat>(cLib.cMod, L"Gone", 0)}, true);
-    EXPECT_EQ(boxes, Boxes());
+    Shuffle({AddMainCat(L"Empty")});
+    Shuffle({cDead, NewCat(L"Gone")}, true);
+    EXPECT_EQ(boxes, Boxes()) << "nothing to ask about";
     EXPECT_EQ(Written(), Lines());
 }
 
@@ -187,18 +165,14 @@ TEST_F(ShuffleTest, ACategoryFromBeforeAReloadIsShuffledByItsName)
     cLib.Populate();
     Forget();
     cPorts.cMessages.Answers = {BoxAnswer::Yes};
-    // The host reloads once more while the question is open.
-    cPorts.cMessages.OnShown = [&] {
-        cPorts.cMessages.OnShown = nullptr;
-        cLib.Populate();
-    };
-    cLib.cSchedMan->ShuffleCategories(colOld, true);
+    Once(cPorts.cMessages.OnShown, [&] { cLib.Populate(); }); // once more while the question is open
+    Shuffle(colOld, true);
     EXPECT_NE(Order(L"Pop", 1), colBefore);
     EXPECT_EQ(Sorted(Order(L"Pop", 1)), Sorted(colBefore));
     EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
-    const Keys colShuffled = Order(L"Rock", 2);
+    const std::wstring sShuffled = Tree();
     cLib.Restart();
-    EXPECT_EQ(Order(L"Rock", 2), colShuffled);
+    EXPECT_EQ(Tree(), sShuffled);
 }
 
 // ---- deleting
@@ -207,91 +181,70 @@ const Lines colDeleted{L"Done: Categories Deleted."};
 
 TEST_F(EditingTest, ADeletedLevelLosesItsCutsAndItsMainCategoryIsSaved)
 {
-    const auto cGoes = Add(L"a", L"Rock/Pop", 1);
-    Add(L"b", L"Rock", 2);
-    Start();
+    const auto cGone = Start(L"Rock 1: a | Pop 1: a | Rock 2: b");
     const auto cDead = Level(L"Rock", 1);
-    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({cDead}));
-    EXPECT_EQ(Levels(L"Rock"), (Keys{L"2"}));
-    EXPECT_EQ(cGoes->CategoryText(), L"Pop");
-    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"a"}));
+    EXPECT_TRUE(Delete({cDead}));
+    EXPECT_EQ(Tree(), L"Rock 2: b | Pop 1: a");
+    EXPECT_EQ(cGone->CategoryText(), L"Pop");
     EXPECT_EQ(File(L"Rock"), SifCut("b", 2));
     EXPECT_EQ(said, Joined({{L"Start 1: Deleting Category: Rock 1", L"Done: Deleted Rock 1"},
                             SaveSaid(L"Rock", 1),
                             colDeleted}));
-    EXPECT_EQ(Written(), (Lines{L"Rock"}));
-    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"Pop"}));
+    EXPECT_EQ(Written(), Lines{L"Rock"});
     EXPECT_EQ(boxes, Boxes());
     EXPECT_EQ(cDead->TotalCuts(), 0);
 }
 
 TEST_F(EditingTest, ACutInTwoLevelsOfOneMainCategoryKeepsTheName)
 {
-    const auto cCut = Add(L"a", L"Rock", 1);
-    Add(L"b", L"Rock", 2);
-    Start();
-    bool bCreated = false;
-    Level(L"Rock", 2)->AddCut(cCut, bCreated);
-    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({Level(L"Rock", 2)}));
+    const auto cCut = Start(L"Rock 1: a | Rock 2: b");
+    PlaceToo(cCut, L"Rock", 2);
+    EXPECT_TRUE(Delete({Level(L"Rock", 2)}));
     EXPECT_EQ(cCut->CategoryText(), L"Rock");
-    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
+    EXPECT_EQ(Tree(), L"Rock 1: a");
 }
 
-TEST_F(EditingTest, TheLastLevelTakesTheFileWithItAndTheMainCategoryStays)
+TEST_F(EditingTest, WithItsLastLevelTheFileGoesAndTheMainCategoryStays)
 {
-    Add(L"a", L"Rock", 1);
-    Start();
-    ASSERT_TRUE(cPorts.cFiles.FileExists(SifPath(L"Rock")));
-    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({Level(L"Rock", 1)}));
+    Start(L"Rock 1: a");
+    ASSERT_NE(File(L"Rock"), "none");
+    EXPECT_TRUE(Delete({Level(L"Rock", 1)}));
     EXPECT_EQ(File(L"Rock"), "none");
-    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock"}));
     EXPECT_EQ(said, Joined({{L"Start 1: Deleting Category: Rock 1", L"Done: Deleted Rock 1"}, colDeleted}));
     cLib.Restart();
-    EXPECT_EQ(Levels(L"Rock"), Keys()) << "the level does not come back";
+    EXPECT_EQ(Tree(), L"Rock") << "the level does not come back";
+    EXPECT_TRUE(Delete({MainCat(L"Rock")}));
+    EXPECT_EQ(Tree(), L"");
 }
 
-TEST_F(EditingTest, DeletedMainCategoryTakesLevelsFileAndListedName)
+TEST_F(EditingTest, ADeletedMainCategoryTakesLevelsFileAndListedName)
 {
-    const auto cCut = Add(L"a", L"Rock/Pop", 1);
-    Add(L"b", L"Rock", 2);
-    Start();
-    cPorts.cFiles.Put(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC1.rls", "rules");
-    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
-    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Pop"}));
+    const std::wstring sRules = L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC1.rls";
+    const auto cCut = Start(L"Rock 1: a | Pop 1: a | Rock 2: b");
+    cPorts.cFiles.Put(sRules, "rules");
+    EXPECT_TRUE(Delete({MainCat(L"Rock")}));
+    EXPECT_EQ(Tree(), L"Pop 1: a");
     EXPECT_EQ(File(L"Rock"), "none");
     EXPECT_EQ(cPorts.cFiles.Get(sMainCatsPath), "\r\nPop");
     EXPECT_EQ(cCut->CategoryText(), L"Pop");
     EXPECT_EQ(said, Joined({{L"Start 1: Deleting Category: Rock 1", L"Done: Deleted Rock 1",
                              L"Start 1: Deleting Category: Rock 2", L"Done: Deleted Rock 2"},
                             colDeleted}));
-    EXPECT_TRUE(cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC1.rls"))
-        << "rules stay";
+    EXPECT_TRUE(cPorts.cFiles.FileExists(sRules)) << "rules stay";
     cLib.Restart();
-    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Pop"}));
+    EXPECT_EQ(Tree(), L"Pop 1: a");
 }
 
-TEST_F(EditingTest, AMainCategoryListedWithSomeOfItsLevelsGoesOnlyWhenNoneIsLeft)
+TEST_F(EditingTest, AMainCategoryListedWithSomeOfItsLevelsStaysWhileOneIsLeft)
 {
-    Add(L"a", L"Rock", 1);
-    Add(L"b", L"Rock", 2);
-    Add(L"c", L"Rock", 3);
-    Start();
-    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock"), Level(L"Rock", 1), Level(L"Rock", 2)}));
-    EXPECT_EQ(Levels(L"Rock"), (Keys{L"3"}));
+    Start(L"Rock 1: a | Rock 2: b | Rock 3: c");
+    EXPECT_TRUE(Delete({MainCat(L"Rock"), Level(L"Rock", 1), Level(L"Rock", 2)}));
+    EXPECT_EQ(Tree(), L"Rock 3: c");
     EXPECT_EQ(File(L"Rock"), SifCut("c", 3));
-    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({Level(L"Rock", 3), MainCat(L"Rock")})) << "in any order";
-    EXPECT_EQ(cLib.MainCatNames(), Lines());
+    EXPECT_TRUE(Delete({Level(L"Rock", 3), MainCat(L"Rock")})) << "in any order";
+    EXPECT_EQ(Tree(), L"");
     EXPECT_EQ(File(L"Rock"), "none");
     EXPECT_EQ(cPorts.cFiles.Get(sMainCatsPath), "");
-}
-
-TEST_F(EditingTest, AMainCategoryWithoutLevelsCanBeDeleted)
-{
-    Add(L"a", L"Rock", 1);
-    Start();
-    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({Level(L"Rock", 1)}));
-    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
-    EXPECT_EQ(cLib.MainCatNames(), Lines());
 }
 
 TEST_F(EditingTest, DeletingReportsEveryFiftiethCutAndPumps)
@@ -301,7 +254,7 @@ TEST_F(EditingTest, DeletingReportsEveryFiftiethCutAndPumps)
     Start();
     Lines colTrace;
     TraceAll(colTrace);
-    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({Level(L"Rock", 1)}));
+    EXPECT_TRUE(Delete({Level(L"Rock", 1)}));
     colTrace.resize(6);
     EXPECT_EQ(
         colTrace,
@@ -309,72 +262,46 @@ TEST_F(EditingTest, DeletingReportsEveryFiftiethCutAndPumps)
                L"Progress 100/120: Removed 100 from: Rock 1", L"pump", L"Done: Deleted Rock 1"}));
 }
 
-TEST_F(EditingTest, DeletingNothingTellsTheEndAndChangesNothing)
+TEST_F(EditingTest, OnlyWhatExistsIsDeleted)
 {
-    Add(L"a", L"Rock", 1);
-    Start();
-    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({}));
+    Start(L"Rock 1: a | Rock 2: b");
+    EXPECT_TRUE(Delete({}));
     EXPECT_EQ(said, colDeleted);
-    EXPECT_EQ(Written(), Lines());
-}
-
-TEST_F(EditingTest, WhatDoesNotExistIsNotDeletedAndNothingIsSaid)
-{
-    Add(L"a", L"Rock", 1);
-    Start();
-    const auto cGoneLevel = std::make_shared<clsCat>(cLib.cMod, L"Rock", 7);
-    const auto cGone = std::make_shared<clsCat>(cLib.cMod, L"Gone", 0);
-    EXPECT_FALSE(cLib.cSchedMan->DeleteCats({cGoneLevel, nullptr, cGone}));
-    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
+    Forget();
+    EXPECT_FALSE(Delete({NewCat(L"Rock", 7), nullptr, NewCat(L"Gone")}));
     EXPECT_EQ(said, Lines());
     EXPECT_EQ(Written(), Lines());
-}
-
-TEST_F(EditingTest, WhatExistsIsDeletedBesideWhatDoesNot)
-{
-    Add(L"a", L"Rock", 1);
-    Add(L"b", L"Rock", 2);
-    Start();
-    EXPECT_FALSE(
-        cLib.cSchedMan->DeleteCats({std::make_shared<clsCat>(cLib.cMod, L"Gone", 0), Level(L"Rock", 1)}));
-    EXPECT_EQ(Levels(L"Rock"), (Keys{L"2"}));
+    EXPECT_EQ(Tree(), L"Rock 1: a | Rock 2: b");
+    EXPECT_FALSE(Delete({NewCat(L"Gone"), Level(L"Rock", 1)}));
+    EXPECT_EQ(Tree(), L"Rock 2: b");
     EXPECT_EQ(File(L"Rock"), SifCut("b", 2));
 }
 
 TEST_F(EditingTest, ACategoryFromBeforeAReloadIsDeletedByItsName)
 {
-    Add(L"a", L"Rock", 1);
-    Add(L"b", L"Rock", 2);
-    Add(L"p", L"Pop", 1);
-    Start();
+    Start(L"Rock 1: a | Rock 2: b | Pop 1: p");
     const Cats colOld{Level(L"Rock", 1), MainCat(L"Pop")};
     cLib.Populate();
     Forget();
-    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({colOld[0], colOld[1], Level(L"Rock", 1)}));
-    EXPECT_EQ(Levels(L"Rock"), (Keys{L"2"}));
-    EXPECT_EQ(MainCat(L"Pop"), nullptr);
+    EXPECT_TRUE(Delete({colOld[0], colOld[1], Level(L"Rock", 1)}));
+    EXPECT_EQ(Tree(), L"Rock 2: b");
     EXPECT_EQ(said.back(), colDeleted.front());
     EXPECT_EQ(File(L"Rock"), SifCut("b", 2));
     EXPECT_EQ(File(L"Pop"), "none");
     cLib.Restart();
-    EXPECT_EQ(Levels(L"Rock"), (Keys{L"2"}));
-    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock"}));
+    EXPECT_EQ(Tree(), L"Rock 2: b");
     EXPECT_EQ(boxes, Boxes());
 }
 
-TEST_F(EditingTest, CutThatRefusesKeepsItsLevelAndIsReportedOnce)
+TEST_F(EditingTest, ACutThatRefusesKeepsItsLevelAndIsReportedOnce)
 {
-    const auto cBad = Add(L"bad", L"Rock", 1);
-    const auto cGood = Add(L"good", L"Rock", 1);
-    Add(L"x", L"Rock", 2);
-    Start();
+    const auto cBad = Start(L"Rock 1: bad good | Rock 2: x");
     cBad->failing = {"RemoveCategoryName"};
-    EXPECT_FALSE(cLib.cSchedMan->DeleteCats({Level(L"Rock", 1), Level(L"Rock", 2)}));
-    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"bad"}));
+    EXPECT_FALSE(Delete({Level(L"Rock", 1), Level(L"Rock", 2)}));
+    EXPECT_EQ(Tree(), L"Rock 1: bad");
     EXPECT_EQ(TotalOf(L"Rock", 1), 180'000);
-    EXPECT_EQ(cGood->CategoryText(), L"");
+    EXPECT_EQ(CutOf(L"good")->CategoryText(), L"");
     EXPECT_EQ(cBad->CategoryText(), L"Rock");
-    EXPECT_EQ(Levels(L"Rock"), (Keys{L"1"}));
     EXPECT_EQ(File(L"Rock"), SifCut("bad", 1));
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in DeleteCats [cSchedMan]",
                                         CriticalText(91) + L" (1 cuts could not be handled)")}));
@@ -382,54 +309,47 @@ TEST_F(EditingTest, CutThatRefusesKeepsItsLevelAndIsReportedOnce)
 
 TEST_F(EditingTest, AFileThatCannotBeDeletedIsShownAndTheCategoryIsGone)
 {
-    Add(L"a", L"Rock", 1);
-    Start();
-    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
-    EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
+    Start(L"Rock 1: a");
+    SetReadOnly(L"Rock");
+    EXPECT_FALSE(Delete({MainCat(L"Rock")}));
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in DeleteCats [cSchedMan]", CriticalText(75))}));
-    EXPECT_EQ(cLib.MainCatNames(), Lines());
+    EXPECT_EQ(Tree(), L"");
     EXPECT_EQ(cPorts.cFiles.Get(sMainCatsPath), "");
 }
 
-TEST_F(EditingTest, AMainCategorysRunTimeOutOfRangeIsNoReasonToKeepALevel)
+TEST_F(EditingTest, ARunTimeOutOfRangeIsNoReasonToKeepALevel)
 {
+    constexpr std::int32_t lLongest = std::numeric_limits<std::int32_t>::max();
     Add(L"a", L"Rock", 1);
     Add(L"b", L"Rock", 2, lLongest);
     Add(L"c", L"Rock", 3, lLongest);
     Start();
-    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({Level(L"Rock", 1)}));
-    EXPECT_EQ(Levels(L"Rock"), (Keys{L"2", L"3"}));
+    EXPECT_TRUE(Delete({Level(L"Rock", 1)}));
+    EXPECT_EQ(Tree(), L"Rock 2: b | Rock 3: c");
     EXPECT_EQ(boxes, Boxes()) << "the figure is not shown anywhere";
-    const Lines colLog = Log();
-    EXPECT_EQ(std::count(colLog.begin(), colLog.end(), L"DISPLAYERROR, RemoveSubCat 6 " + StandardText(6)),
-              1);
+    EXPECT_EQ(Logged(L"DISPLAYERROR, RemoveSubCat 6 " + StandardText(6)), 1);
 }
 
-TEST_F(EditingTest, AfterALevelIsDeletedItsCutsMayBeAnnouncedAgain)
+TEST_F(EditingTest, CutsOfADeletedLevelMayBeAnnouncedAgain)
 {
-    const auto cCut = Add(L"a", L"Rock/Pop", 1);
-    Start();
-    cLib.cSchedMan->DeleteCats({Level(L"Rock", 1)});
+    const auto cCut = Start(L"Rock 1: a | Pop 1: a");
+    Delete({Level(L"Rock", 1)});
     Forget();
     Modified({cCut});
-    EXPECT_EQ(Written(), Lines()) << "its new names are what it is filed under";
+    EXPECT_EQ(Written(), Lines()) << "it is placed by its new names";
     cCut->SetCategoryText(L"Pop/Rock");
     Modified({cCut});
-    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
+    EXPECT_EQ(Order(L"Rock", 1), Keys{L"a"});
 }
 
 TEST_F(EditingTest, AReloadInTheMiddleOfADeletionLeavesTheNewTreeAlone)
 {
     AddMany(60, L"k", L"Rock", 1);
     Start();
-    bool bDone = false;
-    cPorts.cHostLoop.OnPump = [&] {
-        if (!std::exchange(bDone, true))
-            cLib.Populate();
-    };
-    EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
-    EXPECT_EQ(Order(L"Rock", 1).size(), 10u) << "what stood in it at the reload stands in it still";
-    for (const std::shared_ptr<Cut>& cCut : *Level(L"Rock", 1)->SchedCuts())
+    Once(cPorts.cHostLoop.OnPump, [&] { cLib.Populate(); });
+    EXPECT_FALSE(Delete({MainCat(L"Rock")}));
+    EXPECT_EQ(Order(L"Rock", 1).size(), 10u) << "those not yet deleted at the reload";
+    for (const std::shared_ptr<Cut>& cCut : CutsOf(L"Rock"))
         EXPECT_EQ(cCut->CategoryText(), L"Rock");
     EXPECT_EQ(said.back(), colDeleted.front());
 }
@@ -444,132 +364,108 @@ protected:
         for (int lCut = 1; lCut <= 110; ++lCut)
             cBatching->cInner.Add(L"k" + std::to_wstring(lCut), L"Rock", 1);
         cBatching->cInner.Add(L"p", L"Pop", 2);
-        cLib.cSchedMan->PopulateFromDataBase(cBatching, sRadio);
+        Populate();
         Forget();
     }
-    void ExpectNoBatchOpenWhenOthersRun()
+    void Populate() { cLib.cSchedMan->PopulateFromDataBase(cBatching, sRadio); }
+    bool DeleteRock() { return cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}); }
+    void ChangeRock(eCatDragOptions eOption, const std::shared_ptr<clsCat>& cTo)
     {
-        cLib.cHost.OnEvent = [this](const std::wstring&) { EXPECT_FALSE(cBatching->bOpen); };
-        cPorts.cHostLoop.OnPump = [this] { EXPECT_FALSE(cBatching->bOpen); };
-        cPorts.cHostLoop.OnSleep = [this](std::uint32_t) { EXPECT_FALSE(cBatching->bOpen); };
-        cPorts.cMessages.OnShown = [this] { EXPECT_FALSE(cBatching->bOpen); };
+        cLib.Change(eOption, Level(L"Rock", 1), cTo, CutsOf(L"Rock"));
     }
-    Cuts RockCuts() const
-    {
-        const auto colCuts = Level(L"Rock", 1)->SchedCuts();
-        return {colCuts->begin(), colCuts->end()};
-    }
+
     std::shared_ptr<BatchingDataBase> cBatching = std::make_shared<BatchingDataBase>();
 };
 
-TEST_F(BatchTest, DeletingCommitsBeforeAnythingThatLetsOthersRun)
+TEST_F(BatchTest, OperationsCommitBeforeAnythingThatLetsOthersRun)
 {
-    ExpectNoBatchOpenWhenOthersRun();
-    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
-    EXPECT_EQ(cBatching->lBegun, 3);
-    EXPECT_EQ(cBatching->lCommitted, 3);
-}
-
-TEST_F(BatchTest, MovingAndCopyingCommitBeforeAnythingThatLetsOthersRun)
-{
-    ExpectNoBatchOpenWhenOthersRun();
-    bool bCreated = false;
-    cLib.cSchedMan->DoMassCatChange(eCopyHere, {Level(L"Rock", 1)}, MainCat(L"Pop"), RockCuts(), bCreated);
+    const auto isClosed = [this] { EXPECT_FALSE(cBatching->bOpen); };
+    cLib.cHost.OnEvent = [&](const std::wstring&) { isClosed(); };
+    cPorts.cHostLoop.OnPump = isClosed;
+    cPorts.cHostLoop.OnSleep = [&](std::uint32_t) { isClosed(); };
+    cPorts.cMessages.OnShown = isClosed;
+    ChangeRock(eCopyHere, MainCat(L"Pop"));
     EXPECT_EQ(cBatching->lCommitted, 2);
-    cLib.cSchedMan->DoMassCatChange(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 2), RockCuts(), bCreated);
+    ChangeRock(eMoveHere, Level(L"Pop", 2));
     EXPECT_EQ(cBatching->lCommitted, 5);
-    EXPECT_EQ(cBatching->lBegun, 5);
     EXPECT_EQ(Order(L"Pop", 2).size(), 111u);
     EXPECT_EQ(Order(L"Rock", 1), Keys());
+    EXPECT_TRUE(cLib.cSchedMan->DeleteCats({Level(L"Pop", 2)}));
+    EXPECT_EQ(cBatching->lCommitted, 8);
+    EXPECT_EQ(cBatching->lBegun, 8);
+    cLib.cHost.OnEvent = nullptr;
 }
 
-TEST_F(BatchTest, CutsOfARefusedBatchStandAgainWhereTheDatabaseHasThem)
+TEST_F(BatchTest, ARefusedMoveChangesNothing)
 {
     cBatching->bRefusesCommit = true;
-    bool bCreated = false;
-    cLib.cSchedMan->DoMassCatChange(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 2), RockCuts(), bCreated);
-    EXPECT_EQ(Order(L"Pop", 2), (Keys{L"p"}));
+    ChangeRock(eMoveHere, Level(L"Pop", 2));
+    EXPECT_EQ(Order(L"Pop", 2), Keys{L"p"});
     EXPECT_EQ(Order(L"Rock", 1).size(), 110u);
     EXPECT_EQ(TotalOf(L"Rock", 1), 110 * 180'000);
     EXPECT_EQ(TotalOf(L"Pop", 2), 180'000);
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in DoMassCatChange [cSchedMan]", CriticalText(61))}));
-    EXPECT_EQ(Written(), Lines()) << "nothing has changed";
+    EXPECT_EQ(Written(), Lines());
     Forget();
-    cBatching->cInner.Announce(&DataBaseEvents::CutsModified, RockCuts());
+    cBatching->cInner.Announce(&DataBaseEvents::CutsModified, CutsOf(L"Rock"));
     EXPECT_EQ(Written(), Lines()) << "tree and database agree";
 }
 
-TEST_F(BatchTest, CutsOfARefusedBatchStandAgainAtTheirPlacesInEveryLevel)
+TEST_F(BatchTest, CutsOfARefusedBatchGetTheirPlacesBackInEveryLevel)
 {
+    Cuts& colAll = cBatching->cInner.colCuts;
     cBatching->cInner.Add(L"q", L"Pop", 2);
     cBatching->cInner.Add(L"r", L"Pop", 2);
-    cBatching->cInner.colCuts[4]->SetCategoryText(L"Rock/Jazz");
-    cBatching->cInner.colCuts[7]->SetCategoryText(L"Rock/Jazz");
-    cBatching->cInner.colCuts[9]->SetCategoryText(L"Jazz/Rock");
-    cLib.cSchedMan->PopulateFromDataBase(cBatching, sRadio);
+    colAll[4]->SetCategoryText(L"Rock/Jazz");
+    colAll[7]->SetCategoryText(L"Rock/Jazz");
+    colAll[9]->SetCategoryText(L"Jazz/Rock");
+    Populate();
     cLib.cSchedMan->ShuffleCategories({MainCat(L"Rock"), MainCat(L"Jazz")});
-    const Keys rock = Order(L"Rock", 1);
-    const Keys jazz = Order(L"Jazz", 1);
-    const Keys pop = Order(L"Pop", 2);
-    const Cuts colRock = RockCuts();
-    Cuts colSome{cBatching->cInner.colCuts[9],
-                 cBatching->cInner.colCuts[111]}; // from the middle, in any order
+    const std::wstring sTree = Tree();
+    const Cuts colRock = CutsOf(L"Rock");
+    Cuts colSome{colAll[9], colAll[111]}; // from the middle, in any order
     for (const std::size_t at : {70u, 3u, 40u, 109u, 0u, 71u, 4u})
         colSome.push_back(colRock[at]);
     cBatching->bRefusesCommit = true;
-    bool bCreated = false;
     for (const Cuts& colCuts : {colRock, colSome})
         for (const eCatDragOptions eOption : {eMoveHere, eMoveExclusiveHere, eCopyHere})
         {
-            SCOPED_TRACE(static_cast<int>(eOption));
-            cLib.cSchedMan->DoMassCatChange(eOption, {Level(L"Rock", 1)}, Level(L"Pop", 2), colCuts,
-                                            bCreated);
-            EXPECT_EQ(Order(L"Rock", 1), rock);
-            EXPECT_EQ(Order(L"Jazz", 1), jazz);
-            EXPECT_EQ(Order(L"Pop", 2), pop);
+            cLib.Change(eOption, Level(L"Rock", 1), Level(L"Pop", 2), colCuts);
+            EXPECT_EQ(Tree(), sTree) << eOption;
         }
-    EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
-    EXPECT_EQ(Order(L"Rock", 1), rock);
+    EXPECT_FALSE(DeleteRock());
+    EXPECT_EQ(Tree(), sTree);
     std::vector<CutRemoval> colRemovals;
     for (const std::shared_ptr<Cut>& cCut : colSome)
         colRemovals.push_back({cCut, nullptr, 0});
     cLib.cSchedMan->RemoveCutsFromCategories(colRemovals, [](std::size_t) {});
-    EXPECT_EQ(Order(L"Rock", 1), rock);
-    EXPECT_EQ(Order(L"Jazz", 1), jazz);
-    EXPECT_EQ(Order(L"Pop", 2), pop);
-    cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
-    cLib.cSchedMan->PopulateFromDataBase(cBatching, sRadio);
-    EXPECT_EQ(Order(L"Rock", 1), rock) << "the files say the same";
+    EXPECT_EQ(Tree(), sTree);
+    cLib.SaveAll();
+    Populate();
+    EXPECT_EQ(Tree(), sTree) << "the files contain the same";
 }
 
 TEST_F(BatchTest, ARefusedDeletionLeavesWhatIsNotAnnouncedToItsAnnouncement)
 {
-    const std::shared_ptr<Cut> cCut = RockCuts()[3];
-    cCut->SetCategoryText(L"Rock/Pop"); // which nobody has announced yet
+    const std::shared_ptr<Cut> cCut = CutsOf(L"Rock")[3];
+    cCut->SetCategoryText(L"Rock/Pop"); // not announced yet
     cBatching->bRefusesCommit = true;
-    EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
+    EXPECT_FALSE(DeleteRock());
+    EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in DeleteCats [cSchedMan]", CriticalText(61))}));
     EXPECT_EQ(Order(L"Rock", 1)[3], L"k4");
+    EXPECT_EQ(File(L"Rock").size(), 110 * HistoryFiles::recordSize);
     EXPECT_EQ(Level(L"Pop", 1), nullptr);
-    EXPECT_EQ(Written(), (Lines{L"Rock"}));
+    EXPECT_EQ(Written(), Lines{L"Rock"});
     cBatching->cInner.Announce(&DataBaseEvents::CutsModified, Cuts{cCut});
-    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"k4"}));
+    EXPECT_EQ(Order(L"Pop", 1), Keys{L"k4"});
     EXPECT_EQ(File(L"Pop"), SifCut("k4", 1) + SifCut("p", 2));
 }
 
-TEST_F(BatchTest, ALevelWhoseDeletionTheDatabaseRefusesStays)
-{
-    cBatching->bRefusesCommit = true;
-    EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
-    EXPECT_EQ(Order(L"Rock", 1).size(), 110u);
-    EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in DeleteCats [cSchedMan]", CriticalText(61))}));
-    EXPECT_EQ(File(L"Rock").size(), 110 * HistoryFiles::recordSize);
-}
-
-TEST_F(BatchTest, BatchThatCannotBeginIsReportedAndChangesGoSingly)
+TEST_F(BatchTest, ABatchThatCannotBeginIsReportedAndEachCutChangesByItself)
 {
     cBatching->bRefusesBegin = true;
-    EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}));
-    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Pop"})) << "all is done";
+    EXPECT_FALSE(DeleteRock());
+    EXPECT_EQ(Tree(), L"Pop 2: p") << "all is done";
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in DeleteCats [cSchedMan]", CriticalText(57))}));
 }
 
@@ -578,18 +474,13 @@ TEST_F(BatchTest, BatchThatCannotBeginIsReportedAndChangesGoSingly)
 class MoveCutsTest : public EditingTest
 {
 protected:
-    MoveCutsTest()
-    {
-        AddMany(9, L"", L"Rock", 1);
-        Add(L"x", L"Rock", 2);
-        Start();
-    }
+    MoveCutsTest() { Start(L"Rock 1: 1 2 3 4 5 6 7 8 9 | Rock 2: x"); }
     // The order as digits after the cuts with those numbers were moved to PosInto.
     std::string Move(const std::string& sCuts, std::int32_t lPosInto)
     {
         Cuts colCuts;
         for (const char c : sCuts)
-            colCuts.push_back(cLib.cDataBase->CutByKey(TextKey(std::wstring(1, static_cast<wchar_t>(c)))));
+            colCuts.push_back(CutOf(std::wstring(1, static_cast<wchar_t>(c))));
         cLib.cSchedMan->MoveCutsInCategory(Level(L"Rock", 1), colCuts, lPosInto);
         std::string sOrder;
         for (const std::wstring& sKey : Order(L"Rock", 1))
@@ -598,7 +489,7 @@ protected:
     }
 };
 
-TEST_F(MoveCutsTest, CutsComeToStandBeforeTheOneThatWasAtThePosition)
+TEST_F(MoveCutsTest, CutsAreInsertedBeforeTheOneAtThePosition)
 {
     struct Case
     {
@@ -607,7 +498,7 @@ TEST_F(MoveCutsTest, CutsComeToStandBeforeTheOneThatWasAtThePosition)
         const char* sOrder;
     };
     for (const Case& c : {
-             Case{"456", 8, "123745689"}, // 5 to 7 when all is done
+             Case{"456", 8, "123745689"}, // at 5 to 7 in the end
              Case{"4", 5, "123456789"}, Case{"4", 4, "123456789"}, Case{"456", 4, "123456789"},
              Case{"456", 5, "123456789"}, Case{"456", 7, "123456789"}, Case{"456", 2, "145623789"},
              Case{"9", 1, "912345678"}, Case{"1", 10, "234567891"}, Case{"1", 1000, "234567891"},
@@ -627,7 +518,7 @@ TEST_F(MoveCutsTest, CutsComeToStandBeforeTheOneThatWasAtThePosition)
     }
 }
 
-TEST_F(MoveCutsTest, EveryMoveAgreesWithTakingOutAndPuttingInByHand)
+TEST_F(MoveCutsTest, EveryMoveAgreesWithRemovingAndInsertingByHand)
 {
     for (int lFirst = 1; lFirst <= 9; ++lFirst)
         for (int lSecond = 1; lSecond <= 9; ++lSecond)
@@ -662,52 +553,46 @@ TEST_F(MoveCutsTest, OnlyTheOrderChanges)
     EXPECT_EQ(File(L"Rock").substr(510, 1), "4");
 }
 
-TEST_F(MoveCutsTest, CutsTheLevelDoesNotHoldChangeNothingAndSaveNothing)
+TEST_F(MoveCutsTest, CutsOfAnotherLevelChangeAndSaveNothing)
 {
     EXPECT_EQ(Move("x", 3), "123456789");
     EXPECT_EQ(Move("", 3), "123456789");
     EXPECT_EQ(Written(), Lines());
 }
 
-TEST_F(MoveCutsTest, WithoutALevelItIsAnError)
+TEST_F(MoveCutsTest, ACategoryThatIsNoLevelOrGoneIsAnError)
 {
-    const Boxes colError{CriticalBox(L"Error in InsertCuts [cSchedMan]", CriticalText(5))};
-    cLib.cSchedMan->MoveCutsInCategory(nullptr, {}, 1);
-    EXPECT_EQ(boxes, colError);
-    Forget();
-    cLib.cSchedMan->MoveCutsInCategory(MainCat(L"Rock"), {cLib.cDataBase->colCuts[0]}, 1);
-    EXPECT_EQ(boxes, colError);
+    const std::shared_ptr<clsCat> cGone = Level(L"Rock", 1);
+    const Cuts colCuts{CutOf(L"9")};
+    const auto expectError = [&](const std::shared_ptr<clsCat>& cCat, const std::wstring& sText) {
+        Forget();
+        cLib.cSchedMan->MoveCutsInCategory(cCat, colCuts, 1);
+        EXPECT_EQ(boxes, Boxes{CriticalBox(L"Error in InsertCuts [cSchedMan]", sText)});
+        EXPECT_EQ(Written(), Lines());
+    };
+    expectError(nullptr, CriticalText(5));
+    expectError(MainCat(L"Rock"), CriticalText(5));
+    cLib.cSchedMan->DeleteCats({cGone});
+    expectError(cGone, L"5 The category to move cuts in does not exist any more");
 }
 
-TEST_F(MoveCutsTest, LevelFromBeforeAReloadMeansThePresentOne)
+TEST_F(MoveCutsTest, ALevelFromBeforeAReloadMeansThePresentOne)
 {
     const std::shared_ptr<clsCat> cOld = Level(L"Rock", 1);
     cLib.Populate();
     Forget();
-    cLib.cSchedMan->MoveCutsInCategory(cOld, {cLib.cDataBase->colCuts[8]}, 1);
+    cLib.cSchedMan->MoveCutsInCategory(cOld, {CutOf(L"9")}, 1);
     EXPECT_EQ(Move("", 1), "912345678");
-    EXPECT_EQ(Written(), (Lines{L"Rock"}));
+    EXPECT_EQ(Written(), Lines{L"Rock"});
     EXPECT_EQ(boxes, Boxes());
 }
 
-TEST_F(MoveCutsTest, ALevelThatIsGoneIsAnError)
+TEST_F(MoveCutsTest, ACutThatCannotBeReadIsShownAndNothingMoves)
 {
-    const std::shared_ptr<clsCat> cOld = Level(L"Rock", 1);
-    cLib.cSchedMan->DeleteCats({cOld});
-    Forget();
-    cLib.cSchedMan->MoveCutsInCategory(cOld, {cLib.cDataBase->colCuts[8]}, 1);
-    EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in InsertCuts [cSchedMan]",
-                                        L"5 The category to move cuts in does not exist any more")}));
-    EXPECT_EQ(Written(), Lines());
-}
-
-TEST_F(MoveCutsTest, ACutThatCannotBeReadIsShownUnderItsOwnTitleAndNothingMoves)
-{
-    static_cast<FakeCut&>(*cLib.cDataBase->colCuts[4]).failing = {"Key"};
-    cLib.cSchedMan->MoveCutsInCategory(Level(L"Rock", 1),
-                                       {cLib.cDataBase->colCuts[3], cLib.cDataBase->colCuts[4]}, 1);
+    CutOf(L"5")->failing = {"Key"};
+    cLib.cSchedMan->MoveCutsInCategory(Level(L"Rock", 1), {CutOf(L"4"), CutOf(L"5")}, 1);
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in InsertCuts [cSchedMan]", CriticalText(91))}));
-    static_cast<FakeCut&>(*cLib.cDataBase->colCuts[4]).failing.clear();
+    CutOf(L"5")->failing.clear();
     EXPECT_EQ(Move("", 1), "123456789");
 }
 

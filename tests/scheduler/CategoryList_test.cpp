@@ -63,17 +63,11 @@ const ShownBox duplicateBox =
 
 // ---- writing
 
-TEST_F(CategoryListTest, EachNameFollowsALineBreakAndNoneEndsTheFile)
+TEST_F(CategoryListTest, EachNameFollowsALineBreakInTheCategoriesOrder)
 {
-    EXPECT_TRUE(Save({L"A", L"B"}));
-    EXPECT_EQ(File(), "\x0D\x0A\x41\x0D\x0A\x42");
-    EXPECT_EQ(Read(), (Lines{L"A", L"B"}));
-}
-
-TEST_F(CategoryListTest, TheOrderIsThatOfTheMainCategories)
-{
-    EXPECT_TRUE(Save({L"Rock", L"Ballads", L"ALL AUDIO"}));
-    EXPECT_EQ(File(), "\r\nRock\r\nBallads\r\nALL AUDIO");
+    EXPECT_TRUE(Save({L"B", L"A"}));
+    EXPECT_EQ(File(), "\x0D\x0A\x42\x0D\x0A\x41");
+    EXPECT_EQ(Read(), (Lines{L"B", L"A"}));
 }
 
 TEST_F(CategoryListTest, NoCategoriesMakeAnEmptyFile)
@@ -134,28 +128,44 @@ TEST_F(CategoryListTest, AFailureIsShownAndFalse)
 
 TEST_F(CategoryListTest, AFailureAtAnyStepLeavesTheOldListOrTheNewOne)
 {
-    for (int lGood = 0;; ++lGood)
-    {
-        MemoryPorts cDisk;
-        cDisk.cFiles.Put(sMainCatsPath, "\r\nOld");
-        FailingFiles cFiles(cDisk.cFiles, lGood);
-        ModScheduler cOther(cDisk.PortsWith(cFiles));
-        CategoryList cOtherList(cOther);
-        cOtherList.ReadForTree(sRadio);
-        cOtherList.Serve();
-        const bool bSaved = cOtherList.SaveCatNames(Cats({L"New"}).get(), sRadio);
-        EXPECT_EQ(bSaved, !cFiles.bFailed);
-        EXPECT_EQ(cDisk.cFiles.Get(sMainCatsPath), bSaved ? "\r\nNew" : "\r\nOld");
-        EXPECT_EQ(cDisk.cFiles.Paths().size(), 1u) << "no temporary file is left";
-        EXPECT_EQ(cDisk.cMessages.Boxes,
-                  bSaved ? Boxes{}
-                         : Boxes{CriticalBox(L"Error in SaveCatNames [cSchedMan]", L"61 Disk full")});
-        if (!cFiles.bFailed)
+    for (const std::string old : {"\r\nOld", "\r\nRock\r\nRock\r\nJazz"})
+        for (int lGood = 0;; ++lGood)
         {
-            EXPECT_EQ(lGood, 4) << "create, write, flush, rename";
-            break;
+            const bool bDamaged = old != "\r\nOld";
+            MemoryPorts cDisk;
+            cDisk.cFiles.Put(sMainCatsPath, old);
+            FailingFiles cFiles(cDisk.cFiles, lGood);
+            ModScheduler cOther(cDisk.PortsWith(cFiles));
+            cOther.StoreAppPath(sRadio);
+            CategoryList cOtherList(cOther);
+            cOtherList.ReadForTree(sRadio);
+            cOtherList.Serve();
+            cDisk.cMessages.Boxes.clear();
+            const auto save = [&] { return cOtherList.SaveCatNames(Cats({L"New"}).get(), sRadio); };
+            const auto kept = [&] {
+                return cDisk.cFiles.FileExists(sBak) ? cDisk.cFiles.Get(sBak) : std::string("none");
+            };
+            const bool bSaved = save();
+            EXPECT_TRUE(bSaved || cFiles.bFailed);
+            EXPECT_EQ(cDisk.cFiles.Get(sMainCatsPath), bSaved ? "\r\nNew" : old);
+            EXPECT_TRUE(kept() == (bDamaged ? old : "none") || !bSaved) << kept();
+            EXPECT_TRUE(kept() == old || kept() == "none");
+            EXPECT_EQ(cDisk.cMessages.Boxes.size(), bSaved ? 0u : 1u);
+            if (!cFiles.bFailed)
+            {
+                EXPECT_TRUE(bDamaged || lGood == 4) << "create, write, flush, rename";
+                break;
+            }
+            if (bDamaged)
+            {
+                EXPECT_TRUE(save()) << "and the next try does both";
+                EXPECT_EQ(kept(), old);
+                continue;
+            }
+            EXPECT_EQ(cDisk.cFiles.Paths().size(), 1u) << "no temporary file is left";
+            EXPECT_EQ(cDisk.cMessages.Boxes,
+                      Boxes{CriticalBox(L"Error in SaveCatNames [cSchedMan]", L"61 Disk full")});
         }
-    }
 }
 
 // ---- reading
@@ -168,15 +178,13 @@ TEST_F(CategoryListTest, WithoutAFileOrAFolderThereAreNoNames)
     EXPECT_TRUE(boxes.empty());
 }
 
-struct Content
-{
-    const char* bytes;
-    Lines colNames;
-};
-
 TEST_F(CategoryListTest, AListIsReadPieceByPiece)
 {
-    const Content contents[] = {
+    const struct
+    {
+        const char* bytes;
+        Lines colNames;
+    } contents[] = {
         {"", {}},
         {"Rock", {}}, // no line break anywhere
         {"Rock\nPop\n", {}},
@@ -192,7 +200,7 @@ TEST_F(CategoryListTest, AListIsReadPieceByPiece)
         {"\r\nA\nB\r\nC\rD\r\nE", {L"E"}}, // half a line break: no name that could be saved again
         {"\r\nCaf\xE9\r\n\x80", {L"Caf\u00E9", L"\u20AC"}},
     };
-    for (const Content& content : contents)
+    for (const auto& content : contents)
         EXPECT_EQ(Read(content.bytes), content.colNames) << testing::PrintToString(content.bytes);
     EXPECT_TRUE(boxes.empty());
 }
@@ -204,9 +212,12 @@ TEST_F(CategoryListTest, DuplicateNameIsShownAndEndsTheReading)
     EXPECT_EQ(cPorts.LogMessages(), Lines{duplicateBox.sText});
 }
 
-TEST_F(CategoryListTest, WhatCouldNotBeReadInFullIsKeptAsideBeforeItsFirstOverwrite)
+TEST_F(CategoryListTest, AListNotReadInFullIsKeptOnceBeforeItIsOverwritten)
 {
     const std::string damaged = "\r\nRock\r\nRock\r\nJazz";
+    Read("\r\nRock");
+    EXPECT_TRUE(Save({L"Pop"}));
+    EXPECT_FALSE(cPorts.cFiles.FileExists(sBak));
     Read(damaged);
     EXPECT_TRUE(Save({L"Rock"}));
     EXPECT_EQ(File(), "\r\nRock");
@@ -215,7 +226,7 @@ TEST_F(CategoryListTest, WhatCouldNotBeReadInFullIsKeptAsideBeforeItsFirstOverwr
     EXPECT_EQ(cPorts.cFiles.Get(sBak), damaged) << "kept once";
 }
 
-TEST_F(CategoryListTest, WhatCouldNotBeReadIsRememberedOfItsOwnFolder)
+TEST_F(CategoryListTest, WhatCouldNotBeReadIsRememberedForItsOwnFolder)
 {
     const std::string damaged = "\r\nRock\r\nRock\r\nJazz";
     constexpr const wchar_t* sOther = L"C:\\Other\\";
@@ -230,13 +241,6 @@ TEST_F(CategoryListTest, WhatCouldNotBeReadIsRememberedOfItsOwnFolder)
     EXPECT_EQ(cPorts.cFiles.Get(sBak), damaged) << "this one was not";
 }
 
-TEST_F(CategoryListTest, AListReadInFullIsOverwrittenWithoutACopy)
-{
-    Read("\r\nRock");
-    EXPECT_TRUE(Save({L"Pop"}));
-    EXPECT_FALSE(cPorts.cFiles.FileExists(sBak));
-}
-
 TEST_F(CategoryListTest, AListThatCannotBeReadAtAllIsShownAndPutAwayWhole)
 {
     cPorts.cFiles.SetUnreadable(sMainCatsPath, error::PermissionDenied);
@@ -245,34 +249,6 @@ TEST_F(CategoryListTest, AListThatCannotBeReadAtAllIsShownAndPutAwayWhole)
     EXPECT_TRUE(Save({L"Pop"}));
     EXPECT_EQ(cPorts.cFiles.Get(sBak), "\r\nRock");
     EXPECT_EQ(File(), "\r\nPop");
-}
-
-TEST_F(CategoryListTest, WhenTheOldListCannotBeKeptAsideItIsNotOverwritten)
-{
-    const std::string damaged = "\r\nRock\r\nRock\r\nJazz";
-    for (int lGood = 0;; ++lGood)
-    {
-        MemoryPorts cDisk;
-        cDisk.cFiles.Put(sMainCatsPath, damaged);
-        FailingFiles cFiles(cDisk.cFiles, lGood);
-        ModScheduler cOther(cDisk.PortsWith(cFiles));
-        cOther.StoreAppPath(sRadio);
-        CategoryList cOtherList(cOther);
-        cOtherList.ReadForTree(sRadio);
-        cOtherList.Serve();
-        cDisk.cMessages.Boxes.clear();
-        const bool bSaved = cOtherList.SaveCatNames(Cats({L"Rock"}).get(), sRadio);
-        EXPECT_EQ(cDisk.cFiles.Get(sMainCatsPath), bSaved ? "\r\nRock" : damaged);
-        if (cDisk.cFiles.FileExists(sBak))
-        {
-            EXPECT_EQ(cDisk.cFiles.Get(sBak), damaged);
-        }
-        EXPECT_EQ(cDisk.cMessages.Boxes.size(), bSaved ? 0u : 1u);
-        if (!cFiles.bFailed)
-            break;
-        EXPECT_TRUE(cOtherList.SaveCatNames(Cats({L"Rock"}).get(), sRadio)) << "and the next try does both";
-        EXPECT_EQ(cDisk.cFiles.Get(sBak), damaged);
-    }
 }
 
 TEST_F(CategoryListTest, AnyBytesAreReadWithoutHarm)

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 #include <random>
 
 namespace ravlo::test
@@ -21,7 +22,7 @@ class HistoryFilesTest : public testing::Test
 protected:
     HistoryFilesTest()
     {
-        cPorts.cFiles.MakeFolders(L"C:\\Radio\\Scheduler\\History_and_Ordering");
+        cPorts.cFiles.MakeFolders(sFolder);
         cMod.StoreAppPath(sRadio);
         cRelay.Listen(&cHost);
     }
@@ -35,31 +36,41 @@ protected:
         colMainCats->Add(TextKey(CategoryKey(sName, 0)), cMainCat);
         return cMainCat;
     }
-    std::shared_ptr<FakeCut> AddCut(clsCat& cMainCat, const std::wstring& sKey, std::int32_t lLevel)
+    std::shared_ptr<FakeCut> AddCut(clsCat& cMainCat, const std::wstring& sKey, std::int32_t lLevel = 1)
     {
         const std::shared_ptr<FakeCut> cCut = cDataBase.Add(sKey, cMainCat.CatName(), lLevel);
         bool bCreatedNewSubCat = false;
         EXPECT_TRUE(cMainCat.AddCut(cCut, bCreatedNewSubCat));
         return cCut;
     }
-    // A main category whose level 1 holds cuts named 1.mp3, 2.mp3 ...
-    std::shared_ptr<clsCat> NewMainCatOf(const std::wstring& sName, int lCuts)
+    // A main category whose level 1 contains these cuts.
+    std::shared_ptr<clsCat> NewMainCatOf(const std::wstring& sName, const Keys& colKeys)
     {
         const auto cMainCat = NewMainCat(sName);
-        for (int lCut = 1; lCut <= lCuts; ++lCut)
-            AddCut(*cMainCat, std::to_wstring(lCut) + L".mp3", 1);
+        for (const std::wstring& sKey : colKeys)
+            AddCut(*cMainCat, sKey);
         return cMainCat;
     }
-    static Keys Order(const clsCat& cMainCat, std::int32_t lLevel)
+    // The same with cuts named 1, 2 ...
+    std::shared_ptr<clsCat> NewMainCatOf(const std::wstring& sName, int lCuts)
+    {
+        Keys colKeys;
+        for (int lCut = 1; lCut <= lCuts; ++lCut)
+            colKeys.push_back(std::to_wstring(lCut));
+        return NewMainCatOf(sName, colKeys);
+    }
+    static Keys Order(const clsCat& cMainCat, std::int32_t lLevel = 1)
     {
         Keys colKeys;
         for (const std::shared_ptr<Cut>& cCut : *cMainCat.SubCat(lLevel)->SchedCuts())
             colKeys.push_back(cCut->Key().Text());
         return colKeys;
     }
+    std::wstring Tree() const { return TreeText(*colMainCats); }
 
     Saved Save(const std::shared_ptr<clsCat>& cMainCat) { return cFiles.Save(cMainCat); }
     const std::string& File(const std::wstring& sName) const { return cPorts.cFiles.Get(SifPath(sName)); }
+    bool FileExists(const std::wstring& sName) const { return cPorts.cFiles.FileExists(SifPath(sName)); }
     // Reads a file of this content as the one of Rock.
     void Apply(const std::string& bytes)
     {
@@ -67,6 +78,7 @@ protected:
         cFiles.ApplyHistory(*colMainCats, sRadio);
     }
 
+    static constexpr const wchar_t* sFolder = L"C:\\Radio\\Scheduler\\History_and_Ordering";
     RadioPorts cPorts;
     ModScheduler cMod{cPorts.Ports()};
     HostEvents cHost;
@@ -75,6 +87,25 @@ protected:
     std::shared_ptr<CatCollection> colMainCats = std::make_shared<CatCollection>();
     FakeDataBase cDataBase;
     Boxes& boxes = cPorts.cMessages.Boxes;
+};
+
+// History files on a disk of their own, which may be made to fail.
+struct OtherDisk : MemoryPorts
+{
+    OtherDisk(EventRelay& cRelay, int lGoodSteps) : cFailing(cFiles, lGoodSteps), cHistory(cMod, cRelay)
+    {
+        cMod.StoreAppPath(sRadio);
+    }
+    // The content of a category's file, or of a copy of it; "none" when there is none.
+    std::string Get(const std::wstring& sName, const wchar_t* sCopy = L"") const
+    {
+        const std::wstring sPath = SifPath(sName) + sCopy;
+        return cFiles.FileExists(sPath) ? cFiles.Get(sPath) : "none";
+    }
+
+    FailingFiles cFailing;
+    ModScheduler cMod{PortsWith(cFailing)};
+    HistoryFiles cHistory;
 };
 
 const std::wstring sSaveTitle = L"Error in SaveHistoryAndOrdering [cSchedMan]";
@@ -101,80 +132,67 @@ TEST_F(HistoryFilesTest, ARecordHasItsFieldsAtFixedPlaces)
 
 TEST_F(HistoryFilesTest, ALevelWithoutCutsIsOneMarkerWithZeroTexts)
 {
-    const auto cMainCat = NewMainCat(L"Rock", {7});
-    EXPECT_EQ(Save(cMainCat), Saved::Yes);
-    const std::string& bytes = File(L"Rock");
-    ASSERT_EQ(bytes.size(), 1983u);
-    EXPECT_EQ(bytes.substr(0, 765), std::string(765, '\0'));
-    EXPECT_EQ(bytes.substr(765, 6), std::string("\7\0\0\0\xFF\xFF", 6));
-    EXPECT_EQ(bytes.substr(771), std::string(1212, '\0'));
+    EXPECT_EQ(Save(NewMainCat(L"Rock", {7})), Saved::Yes);
+    EXPECT_EQ(File(L"Rock"),
+              std::string(765, '\0') + std::string("\7\0\0\0\xFF\xFF", 6) + std::string(1212, '\0'));
 }
 
-TEST_F(HistoryFilesTest, RecordsStandInTheOrderOfTheLevelsAndOfTheirRotation)
+TEST_F(HistoryFilesTest, RecordsFollowTheLevelsAndTheirRotation)
 {
     const auto cMainCat = NewMainCat(L"Rock", {3, 5});
-    AddCut(*cMainCat, L"z.mp3", 2);
-    AddCut(*cMainCat, L"c.mp3", 1);
-    AddCut(*cMainCat, L"a.mp3", 1);
-    AddCut(*cMainCat, L"y.mp3", 5);
+    AddCut(*cMainCat, L"z", 2);
+    AddCut(*cMainCat, L"c", 1);
+    AddCut(*cMainCat, L"a", 1);
+    AddCut(*cMainCat, L"y", 5);
     cMainCat->SubCat(1)->SchedCuts()->MoveToEnd(0);
     EXPECT_EQ(Save(cMainCat), Saved::Yes);
-    EXPECT_EQ(File(L"Rock"), SifCut("a.mp3", 1) + SifCut("c.mp3", 1) + SifCut("z.mp3", 2) + SifMarker(3) +
-                                 SifCut("y.mp3", 5));
+    EXPECT_EQ(File(L"Rock"), SifCuts("a c", 1) + SifCut("z", 2) + SifMarker(3) + SifCut("y", 5));
 }
 
-TEST_F(HistoryFilesTest, ACutsLevelIsItsOwnNotThatOfItsPlace)
+TEST_F(HistoryFilesTest, ARecordContainsTheCutsKeyAndItsOwnLevel)
 {
     const auto cMainCat = NewMainCat(L"Rock");
-    AddCut(*cMainCat, L"a.mp3", 1)->SetCatLevel(4);
+    AddCut(*cMainCat, L"a")->SetCatLevel(4);
+    AddCut(*cMainCat, L"key")->SetPath(L"elsewhere");
     Save(cMainCat);
-    EXPECT_EQ(File(L"Rock"), SifCut("a.mp3", 4));
+    EXPECT_EQ(File(L"Rock"), SifCut("a", 4) + SifCut("key", 1));
 }
 
-TEST_F(HistoryFilesTest, LevelsWithoutANumberAndCutsOfTheMainCategoryAreNotWritten)
+TEST_F(HistoryFilesTest, ALevelWithoutANumberIsNotWritten)
 {
     const auto cMainCat = NewMainCat(L"Rock", {1, 2});
-    AddCut(*cMainCat, L"a.mp3", 1);
+    AddCut(*cMainCat, L"a");
     cMainCat->SubCat(2)->SetCatLevel(0);
     Save(cMainCat);
-    EXPECT_EQ(File(L"Rock"), SifCut("a.mp3", 1));
+    EXPECT_EQ(File(L"Rock"), SifCut("a", 1));
 }
 
-TEST_F(HistoryFilesTest, TheUniqueKeyIsWrittenNotThePathThatCanBeSetApart)
+TEST_F(HistoryFilesTest, TextsAreCutAt255BytesAndFittedIntoTheCodePage)
 {
+    const struct
+    {
+        std::wstring sArtist, sTitle, sKey;
+        std::string record;
+    } rows[] = {{std::wstring(256, L'a'), std::wstring(255, L't'), std::wstring(300, L'p'),
+                 SifCut(std::string(255, 'a'), std::string(255, 't'), std::string(255, 'p'), 1)},
+                {L"", L"", L"x", SifCut("", "", "x", 1)},
+                {L"\u672C", L"\u0416", L"\u65E5.mp3", SifCut("?", "?", "?.mp3", 1)}};
     const auto cMainCat = NewMainCat(L"Rock");
-    AddCut(*cMainCat, L"key.mp3", 1)->SetPath(L"elsewhere.mp3");
+    std::string expected;
+    for (const auto& row : rows)
+    {
+        const auto cCut = AddCut(*cMainCat, row.sKey);
+        cCut->SetArtist(row.sArtist);
+        cCut->SetTitle(row.sTitle);
+        expected += row.record;
+    }
     Save(cMainCat);
-    EXPECT_EQ(File(L"Rock"), SifCut("key.mp3", 1));
+    EXPECT_EQ(File(L"Rock"), expected);
 }
 
-TEST_F(HistoryFilesTest, TextsAreCutAt255BytesAndEmptyOnesAreBlanks)
-{
-    const auto cMainCat = NewMainCat(L"Rock");
-    const auto cLong = AddCut(*cMainCat, std::wstring(300, L'p'), 1);
-    cLong->SetArtist(std::wstring(256, L'a'));
-    cLong->SetTitle(std::wstring(255, L't'));
-    const auto cEmpty = AddCut(*cMainCat, L"x", 1);
-    cEmpty->SetArtist(L"");
-    cEmpty->SetTitle(L"");
-    Save(cMainCat);
-    EXPECT_EQ(File(L"Rock"), SifCut(std::string(255, 'a'), std::string(255, 't'), std::string(255, 'p'), 1) +
-                                 SifCut("", "", "x", 1));
-}
+// ---- what a save reports and refuses
 
-TEST_F(HistoryFilesTest, WhatTheCodePageLacksIsSubstituted)
-{
-    const auto cMainCat = NewMainCat(L"Rock");
-    const auto cCut = AddCut(*cMainCat, L"\u65E5.mp3", 1);
-    cCut->SetArtist(L"\u672C");
-    cCut->SetTitle(L"\u0416");
-    Save(cMainCat);
-    EXPECT_EQ(File(L"Rock"), SifCut("?", "?", "?.mp3", 1));
-}
-
-// ---- what a save says and refuses
-
-TEST_F(HistoryFilesTest, ASaveTellsOfItsTwoPhases)
+TEST_F(HistoryFilesTest, ASaveReportsItsTwoPhases)
 {
     EXPECT_EQ(Save(NewMainCatOf(L"Rock", 3)), Saved::Yes);
     EXPECT_EQ(cHost.colSaid,
@@ -184,11 +202,11 @@ TEST_F(HistoryFilesTest, ASaveTellsOfItsTwoPhases)
     EXPECT_EQ(cPorts.cHostLoop.lPumps, 0);
 }
 
-TEST_F(HistoryFilesTest, ASaveReportsEveryTwentiethRecordAtMostOncePer100Milliseconds)
+TEST_F(HistoryFilesTest, ASaveReportsEvery20thRecordOncePer100Milliseconds)
 {
     const auto cMainCat = NewMainCatOf(L"Rock", 120);
-    const auto advanceAt = [&](std::size_t lCut, std::uint32_t lMilliseconds) {
-        static_cast<FakeCut&>(*cDataBase.colCuts[lCut - 1]).OnCall =
+    const auto advanceAt = [&](std::size_t cut, std::uint32_t lMilliseconds) {
+        static_cast<FakeCut&>(*cDataBase.colCuts[cut - 1]).OnCall =
             [this, lMilliseconds](const std::string& sMember) {
             if (sMember == "Artist")
                 cPorts.cClock.Advance(lMilliseconds);
@@ -213,9 +231,8 @@ TEST_F(HistoryFilesTest, ASaveReportsEveryTwentiethRecordAtMostOncePer100Millise
 
 TEST_F(HistoryFilesTest, WithoutAnyRecordNothingIsWrittenAndAnOldFileStays)
 {
-    const auto cMainCat = NewMainCat(L"Rock");
     cPorts.cFiles.Put(SifPath(L"Rock"), "old");
-    EXPECT_EQ(Save(cMainCat), Saved::NoRecords);
+    EXPECT_EQ(Save(NewMainCat(L"Rock")), Saved::NoRecords);
     EXPECT_EQ(File(L"Rock"), "old");
     EXPECT_TRUE(boxes.empty());
     EXPECT_TRUE(cHost.colSaid.empty());
@@ -232,30 +249,17 @@ TEST_F(HistoryFilesTest, ALevelIsNoMainCategory)
 
 TEST_F(HistoryFilesTest, ANameThatCanBeNoFilesNameIsReported)
 {
-    for (const wchar_t* sName : {L"AC/DC", L"NUL", L"..\\x", L"What?", L"a\tb"})
-    {
-        boxes.clear();
-        const auto cMainCat = NewMainCat(sName, {1});
-        EXPECT_EQ(Save(cMainCat), Saved::Failed);
-        EXPECT_EQ(boxes,
-                  Boxes{CriticalBox(sSaveTitle, L"52 Bad file name: \"" + std::wstring(sName) + L"\"")});
-    }
-    EXPECT_EQ(cPorts.cFiles.Paths().size(), 1u) << "the log alone";
-}
-
-TEST_F(HistoryFilesTest, DotsAreFineInAName)
-{
-    for (const wchar_t* sName : {L"R.E.M.", L".."})
-        EXPECT_EQ(Save(NewMainCat(sName, {1})), Saved::Yes);
-    EXPECT_EQ(File(L"R.E.M."), SifMarker(1));
-    EXPECT_EQ(cPorts.cFiles.Get(L"C:\\Radio\\Scheduler\\History_and_Ordering\\...sif"), SifMarker(1));
+    EXPECT_EQ(Save(NewMainCat(L"AC/DC", {1})), Saved::Failed);
+    EXPECT_EQ(boxes, Boxes{CriticalBox(sSaveTitle, L"52 Bad file name: \"AC/DC\"")});
+    EXPECT_EQ(cPorts.cFiles.Paths(), Lines{RadioPorts::LogPath()});
+    EXPECT_EQ(Save(NewMainCat(L"..", {1})), Saved::Yes) << "dots are fine";
+    EXPECT_EQ(cPorts.cFiles.Get(sFolder + std::wstring(L"\\...sif")), SifMarker(1));
 }
 
 TEST_F(HistoryFilesTest, WithoutAnApplicationPathASaveFails)
 {
     ModScheduler cOther(cPorts.Ports());
-    HistoryFiles cOtherFiles(cOther, cRelay);
-    EXPECT_EQ(cOtherFiles.Save(NewMainCat(L"Rock", {1})), Saved::Failed);
+    EXPECT_EQ(HistoryFiles(cOther, cRelay).Save(NewMainCat(L"Rock", {1})), Saved::Failed);
     EXPECT_EQ(boxes, Boxes{CriticalBox(sSaveTitle, L"76 Path not found: Rock")});
 }
 
@@ -277,47 +281,44 @@ TEST_F(HistoryFilesTest, TextsThatCannotBeReadAreBlankAndLogged)
     static_cast<FakeCut&>(*cDataBase.colCuts[1]).failing = {"Artist", "Title"};
     EXPECT_EQ(Save(cMainCat), Saved::Yes);
     EXPECT_TRUE(boxes.empty());
-    EXPECT_EQ(File(L"Rock"),
-              SifCut("Artist of 1.mp3", "", "1.mp3", 1) + SifCut("", "", "2.mp3", 1) + SifCut("3.mp3", 1));
-    EXPECT_EQ(
-        cPorts.LogMessages(),
-        Lines{L"Saved as blanks in the order of Rock, texts that cannot be read: 3, the first of 1.mp3: "
-              L"91 Object variable or With block variable not set"});
+    EXPECT_EQ(File(L"Rock"), SifCut("Artist of 1", "", "1", 1) + SifCut("", "", "2", 1) + SifCut("3", 1));
+    EXPECT_EQ(cPorts.LogMessages(),
+              Lines{L"Saved as blanks in the order of Rock, texts that cannot be read: 3, the first of 1: "
+                    L"91 Object variable or With block variable not set"});
 }
 
-TEST_F(HistoryFilesTest, AFailedSaveEndsItsProgress)
+TEST_F(HistoryFilesTest, TheModeDecidesHowASaveIsReported)
 {
-    const auto cMainCat = NewMainCatOf(L"Rock", 2);
-    Save(cMainCat);
-    cHost.colSaid.clear();
-    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
-    EXPECT_EQ(Save(cMainCat), Saved::Failed);
-    EXPECT_EQ(cHost.colSaid, (Lines{L"Start 2: Saving Ordering and hist for: Rock",
-                                    L"Start 2: Saving info for: Rock to file.",
-                                    L"Done: Could not save Scheduler Info for: Rock"}));
-}
-
-TEST_F(HistoryFilesTest, TheModeDecidesWhatIsSaid)
-{
-    struct Row
+    const struct
     {
         SaveMode mode;
-        std::size_t events;
-        std::size_t lBoxes;
-    };
-    for (const Row& row :
-         {Row{{}, 3, 1}, Row{{.bProgress = false}, 0, 1}, Row{{.bBoxes = false}, 3, 0}, Row{quietly, 0, 0}})
+        bool bEvents;
+        bool bBox;
+    } rows[] = {{{}, true, true},
+                {{.bProgress = false}, false, true},
+                {{.bBoxes = false}, true, false},
+                {quietly, false, false}};
+    const auto cMainCat = NewMainCat(L"Rock", {1});
+    const Lines colStarts{L"Start 1: Saving Ordering and hist for: Rock",
+                          L"Start 1: Saving info for: Rock to file."};
+    for (const auto& row : rows)
     {
-        const auto cMainCat = NewMainCat(L"Rock", {1});
-        cHost.colSaid.clear();
+        SCOPED_TRACE(&row - rows);
+        const auto expectEvents = [&](const std::wstring& sDone) {
+            Lines colExpected = colStarts;
+            colExpected.push_back(sDone);
+            EXPECT_EQ(cHost.colSaid, row.bEvents ? colExpected : Lines());
+            cHost.colSaid.clear();
+        };
         cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
         EXPECT_EQ(cFiles.Save(cMainCat, row.mode), Saved::Yes);
-        EXPECT_EQ(cHost.colSaid.size(), row.events);
+        expectEvents(L"Done: Saved Scheduler Info for: Rock");
         boxes.clear();
         cPorts.cFiles.Put(RadioPorts::LogPath(), "");
         cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
         EXPECT_EQ(cFiles.Save(cMainCat, row.mode), Saved::Failed);
-        EXPECT_EQ(boxes.size(), row.lBoxes);
+        expectEvents(L"Done: Could not save Scheduler Info for: Rock");
+        EXPECT_EQ(boxes.size(), row.bBox ? 1u : 0u);
         EXPECT_NE(cPorts.cFiles.Get(RadioPorts::LogPath()).find("75 Path/File access error"),
                   std::string::npos);
     }
@@ -325,7 +326,7 @@ TEST_F(HistoryFilesTest, TheModeDecidesWhatIsSaid)
 
 // ---- saving all
 
-TEST_F(HistoryFilesTest, SavingAllSavesEachInTurn)
+TEST_F(HistoryFilesTest, SavingAllContinuesAfterOneWithoutRecordsOrWithAnError)
 {
     NewMainCat(L"Rock", {1});
     NewMainCat(L"Pop", {2});
@@ -334,17 +335,17 @@ TEST_F(HistoryFilesTest, SavingAllSavesEachInTurn)
     EXPECT_EQ(File(L"Pop"), SifMarker(2));
     EXPECT_EQ(cHost.colSaid.front(), L"Start 1: Saving Ordering and hist for: Rock");
     EXPECT_EQ(cHost.colSaid.back(), L"Done: Saved Scheduler Info for: Pop");
-}
-
-TEST_F(HistoryFilesTest, SavingAllGoesOnAfterOneWithoutRecordsOrWithAnError)
-{
     NewMainCat(L"Empty");
-    NewMainCat(L"AC/DC", {1});
-    NewMainCat(L"Rock", {1});
+    NewMainCat(L"Jazz", {1});
     EXPECT_FALSE(cFiles.SaveAll(colMainCats));
-    EXPECT_EQ(File(L"Rock"), SifMarker(1));
-    EXPECT_EQ(boxes, Boxes{CriticalBox(sSaveTitle, L"52 Bad file name: \"AC/DC\"")})
-        << "one report per category";
+    EXPECT_EQ(File(L"Jazz"), SifMarker(1));
+    EXPECT_EQ(boxes, Boxes());
+    colMainCats->Remove(L"Empty\t0");
+    NewMainCat(L"AC/DC", {1});
+    NewMainCat(L"Soul", {1});
+    EXPECT_FALSE(cFiles.SaveAll(colMainCats));
+    EXPECT_EQ(File(L"Soul"), SifMarker(1));
+    EXPECT_EQ(boxes.size(), 1u) << "one report per category";
 }
 
 TEST_F(HistoryFilesTest, SavingAllStopsAtOneThatIsNoMainCategory)
@@ -353,34 +354,29 @@ TEST_F(HistoryFilesTest, SavingAllStopsAtOneThatIsNoMainCategory)
     NewMainCat(L"Second", {1})->SetCatLevel(4);
     NewMainCat(L"Third", {1});
     EXPECT_FALSE(cFiles.SaveAll(colMainCats));
-    EXPECT_TRUE(cPorts.cFiles.FileExists(SifPath(L"First")));
-    EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Third")));
+    EXPECT_TRUE(FileExists(L"First"));
+    EXPECT_FALSE(FileExists(L"Third"));
     EXPECT_EQ(boxes.size(), 1u);
 }
 
-TEST_F(HistoryFilesTest, CategoryDeletedDuringAnEditIsNotSaved)
+TEST_F(HistoryFilesTest, SavingAllFindsEachCategoryInTheTreeOfTheMoment)
 {
-    NewMainCat(L"Rock", {1});
-    NewMainCat(L"Pop", {1});
-    cHost.OnEvent = [this](const std::wstring&) {
-        cHost.OnEvent = nullptr;
-        colMainCats->Remove(L"Pop\t0");
-        cFiles.DeleteFile(L"Pop");
-    };
-    EXPECT_TRUE(cFiles.SaveAll(colMainCats));
-    EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Pop")));
-}
-
-TEST_F(HistoryFilesTest, ReplacedTreeIsTheOneThatIsSaved)
-{
-    NewMainCat(L"Rock", {1});
-    NewMainCat(L"Pop", {1});
-    cHost.OnEvent = [this](const std::wstring&) {
-        cHost.OnEvent = nullptr;
+    for (const bool bReplaced : {false, true})
+    {
         colMainCats = std::make_shared<CatCollection>();
-        NewMainCat(L"Pop", {2});
-    };
-    EXPECT_TRUE(cFiles.SaveAll(colMainCats));
+        NewMainCat(L"Rock", {1});
+        NewMainCat(L"Pop", {1});
+        cHost.OnEvent = [&](const std::wstring&) {
+            cHost.OnEvent = nullptr;
+            colMainCats->Remove(L"Pop\t0");
+            if (!bReplaced)
+                return cFiles.DeleteFile(L"Pop");
+            colMainCats = std::make_shared<CatCollection>();
+            NewMainCat(L"Pop", {2});
+        };
+        EXPECT_TRUE(cFiles.SaveAll(colMainCats));
+        ASSERT_EQ(FileExists(L"Pop"), bReplaced);
+    }
     EXPECT_EQ(File(L"Pop"), SifMarker(2));
 }
 
@@ -395,7 +391,7 @@ TEST_F(HistoryFilesTest, WhatIsWrittenIsTheOrderAtTheMomentOfTheCall)
         cMod.StoreAppPath(L"C:\\Elsewhere");
     };
     EXPECT_EQ(Save(cMainCat), Saved::Yes);
-    EXPECT_EQ(File(L"Rock"), SifCut("1.mp3", 1) + SifCut("2.mp3", 1));
+    EXPECT_EQ(File(L"Rock"), SifCuts("1 2"));
 }
 
 TEST_F(HistoryFilesTest, AnOlderSaveNeverReplacesANewerOne)
@@ -413,18 +409,18 @@ TEST_F(HistoryFilesTest, AnOlderSaveNeverReplacesANewerOne)
             EXPECT_EQ(Save(cMainCat), Saved::Yes);
         };
         EXPECT_EQ(Save(cMainCat), Saved::Yes) << "overtaken counts as saved";
-        EXPECT_EQ(File(cMainCat->CatName()), SifCut("2.mp3", 1) + SifCut("3.mp3", 1) + SifCut("1.mp3", 1));
+        EXPECT_EQ(File(cMainCat->CatName()), SifCuts("2 3 1"));
         EXPECT_TRUE(cPorts.TemporaryFiles().empty());
     }
 }
 
-TEST_F(HistoryFilesTest, ASaveOnItsWayDoesNotBringADeletedFileBack)
+TEST_F(HistoryFilesTest, ASaveInProgressDoesNotBringADeletedFileBack)
 {
     const auto cMainCat = NewMainCat(L"Rock", {1});
     Save(cMainCat);
     cHost.OnEvent = [this](const std::wstring&) { cFiles.DeleteFile(L"Rock"); };
     EXPECT_EQ(Save(cMainCat), Saved::Yes);
-    EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Rock")));
+    EXPECT_FALSE(FileExists(L"Rock"));
     cHost.OnEvent = nullptr;
     EXPECT_EQ(Save(cMainCat), Saved::Yes);
     EXPECT_EQ(File(L"Rock"), SifMarker(1)) << "a save after the deletion writes again";
@@ -439,42 +435,39 @@ TEST_F(HistoryFilesTest, DeletingAFileThatIsNotThereOrCannotBeIsNoError)
     EXPECT_THROW(cFiles.DeleteFile(L"Rock"), RuntimeError);
 }
 
-// ---- saves without a word
+// ---- quiet saves
 
-TEST_F(HistoryFilesTest, AQuietSaveThatFailsIsOwedUntilItSucceeds)
+TEST_F(HistoryFilesTest, AQuietSaveThatFailsIsRetriedUntilTheCategoryIsSavedOrGone)
 {
-    const auto cMainCat = NewMainCat(L"Rock", {1});
-    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
-    cFiles.SaveAfterPick(cMainCat, *colMainCats);
+    const auto cRock = NewMainCat(L"Rock", {1});
+    const auto cPop = NewMainCat(L"Pop", {1});
+    const auto cJazz = NewMainCat(L"Jazz", {1});
+    const auto retry = [this] {
+        cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
+        cPorts.cFiles.ClearOperations();
+        cFiles.RetryDue(*colMainCats);
+    };
+    cPorts.cFiles.SetReadOnly(sFolder);
+    cFiles.SaveAfterPick(cRock, *colMainCats);
     EXPECT_TRUE(boxes.empty());
     EXPECT_TRUE(cHost.colSaid.empty());
     EXPECT_EQ(cPorts.LogMessages(),
               Lines{L"DISPLAYERROR, SaveHistoryAndOrdering Rock 75 Path/File access error"});
-    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
-    cFiles.RetryDue(*colMainCats);
-    EXPECT_EQ(cPorts.LogMessages().size(), 2u) << "tried again, failed again, still owed";
-    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", false);
-    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
-    cFiles.RetryDue(*colMainCats);
-    EXPECT_EQ(File(L"Rock"), SifMarker(1));
-    cPorts.cFiles.ClearOperations();
-    cFiles.RetryDue(*colMainCats);
-    EXPECT_TRUE(cPorts.cFiles.Operations().empty()) << "owed no more";
-}
-
-TEST_F(HistoryFilesTest, WhatIsOwedIsSettledByAnySaveOfTheCategoryAndForgottenWithIt)
-{
-    const auto cRock = NewMainCat(L"Rock", {1});
-    const auto cPop = NewMainCat(L"Pop", {1});
-    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
-    cFiles.SaveAfterPick(cRock, *colMainCats);
+    retry();
+    EXPECT_EQ(cPorts.LogMessages().size(), 2u) << "failed again, still pending";
     cFiles.SaveAfterPick(cPop, *colMainCats);
-    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", false);
-    EXPECT_EQ(Save(cRock), Saved::Yes);
-    colMainCats->Remove(L"Pop\t0");
-    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
-    cPorts.cFiles.ClearOperations();
-    cFiles.RetryDue(*colMainCats);
+    cFiles.SaveAfterPick(cJazz, *colMainCats);
+    cPorts.cFiles.SetReadOnly(sFolder, false);
+    EXPECT_EQ(Save(cPop), Saved::Yes);
+    colMainCats->Remove(L"Jazz\t0");
+    const std::size_t lines = cPorts.LogMessages().size();
+    retry();
+    EXPECT_EQ(File(L"Rock"), SifMarker(1));
+    EXPECT_FALSE(FileExists(L"Jazz"));
+    for (const std::wstring& sOperation : cPorts.cFiles.Operations())
+        EXPECT_EQ(sOperation.find(L"Pop"), std::wstring::npos) << "saved already";
+    EXPECT_EQ(cPorts.LogMessages().size(), lines);
+    retry();
     EXPECT_TRUE(cPorts.cFiles.Operations().empty());
 }
 
@@ -484,176 +477,136 @@ TEST_F(HistoryFilesTest, AnyFailureOfASaveLosesNothingAndIsShownPerCategory)
 {
     NewMainCatOf(L"Rock", 3);
     NewMainCat(L"Pop", {1});
-    const std::pair<const wchar_t*, std::string> files[] = {
-        {L"Rock", SifCut("1.mp3", 1) + SifCut("2.mp3", 1) + SifCut("3.mp3", 1)}, {L"Pop", SifMarker(1)}};
+    const std::pair<const wchar_t*, std::string> files[] = {{L"Rock", SifCuts("1 2 3")},
+                                                            {L"Pop", SifMarker(1)}};
     for (const bool bStaysBroken : {false, true})
         for (int lGood = 0;; ++lGood)
         {
-            MemoryPorts cDisk;
+            OtherDisk cDisk(cRelay, lGood);
             for (const auto& [sName, bytes] : files)
                 cDisk.cFiles.Put(SifPath(sName), "old"); // of another program: never read here
-            FailingFiles cFailing(cDisk.cFiles, lGood);
-            cFailing.bStaysBroken = bStaysBroken;
-            cFailing.bCountReads = cFailing.bCountLooks = true;
-            ModScheduler cOther(cDisk.PortsWith(cFailing));
-            cOther.StoreAppPath(sRadio);
-            HistoryFiles cOtherFiles(cOther, cRelay);
-            const bool bSaved = cOtherFiles.SaveAll(colMainCats);
+            cDisk.cFailing.bStaysBroken = bStaysBroken;
+            cDisk.cFailing.bCountReads = cDisk.cFailing.bCountLooks = true;
+            const bool bSaved = cDisk.cHistory.SaveAll(colMainCats);
             std::size_t unsaved = 0;
             for (const auto& [sName, bytes] : files)
             {
-                const bool bNew =
-                    !cDisk.cFiles.FileExists(SifPath(sName)) || cDisk.cFiles.Get(SifPath(sName)) == bytes;
-                EXPECT_EQ(cDisk.cFiles.Get(SifPath(sName) + (bNew ? L".bak" : L"")), "old");
-                unsaved += bNew && cDisk.cFiles.FileExists(SifPath(sName)) ? 0 : 1;
+                const std::string present = cDisk.Get(sName);
+                const bool bReplaced = present == "none" || present == bytes;
+                EXPECT_EQ(cDisk.Get(sName, bReplaced ? L".bak" : L""), "old");
+                unsaved += present == bytes ? 0 : 1;
             }
             EXPECT_EQ(cDisk.cMessages.Boxes.size(), unsaved);
             EXPECT_EQ(bSaved, unsaved == 0);
-            if (!cFailing.bFailed)
+            if (!cDisk.cFailing.bFailed)
                 break;
-            cFailing.bStaysBroken = false;
-            EXPECT_TRUE(cOtherFiles.SaveAll(colMainCats)) << "when the disk is well again";
+            cDisk.cFailing.bStaysBroken = false;
+            EXPECT_TRUE(cDisk.cHistory.SaveAll(colMainCats)) << "when the disk works again";
             for (const auto& [sName, bytes] : files)
             {
-                EXPECT_EQ(cDisk.cFiles.Get(SifPath(sName)), bytes);
-                EXPECT_EQ(cDisk.cFiles.Get(SifPath(sName) + L".bak"), "old");
-                EXPECT_FALSE(cDisk.cFiles.FileExists(SifPath(sName) + L".bak2"));
+                EXPECT_EQ(cDisk.Get(sName), bytes);
+                EXPECT_EQ(cDisk.Get(sName, L".bak"), "old");
+                EXPECT_EQ(cDisk.Get(sName, L".bak2"), "none");
             }
         }
 }
 
 TEST_F(HistoryFilesTest, AFailureWhileAnUnappliedFileIsKeptAsideLosesNothing)
 {
-    const std::string damaged = SifCut("1.mp3", 1) + "x";
+    const std::string damaged = SifCut("1", 1) + "x";
+    const auto cMainCat = NewMainCat(L"Rock", {1});
     for (int lGood = 0;; ++lGood)
     {
-        MemoryPorts cDisk;
+        OtherDisk cDisk(cRelay, lGood);
         cDisk.cFiles.Put(SifPath(L"Rock"), damaged);
-        FailingFiles cFailing(cDisk.cFiles, lGood);
-        ModScheduler cOther(cDisk.PortsWith(cFailing));
-        cOther.StoreAppPath(sRadio);
-        HistoryFiles cOtherFiles(cOther, cRelay);
-        colMainCats->Clear();
-        const auto cMainCat = NewMainCat(L"Rock", {1});
-        cOtherFiles.ApplyHistory(*colMainCats, sRadio);
-        const bool bSaved = cOtherFiles.Save(cMainCat) == Saved::Yes;
-        const std::wstring sBak = SifPath(L"Rock") + L".bak";
-        EXPECT_EQ(cDisk.cFiles.Get(SifPath(L"Rock")), bSaved ? SifMarker(1) : damaged);
-        EXPECT_TRUE(!bSaved || cDisk.cFiles.Get(sBak) == damaged);
-        if (!cFailing.bFailed)
+        cDisk.cHistory.ApplyHistory(*colMainCats, sRadio);
+        const bool bSaved = cDisk.cHistory.Save(cMainCat) == Saved::Yes;
+        EXPECT_EQ(cDisk.Get(L"Rock"), bSaved ? SifMarker(1) : damaged);
+        EXPECT_TRUE(!bSaved || cDisk.Get(L"Rock", L".bak") == damaged);
+        if (!cDisk.cFailing.bFailed)
             break;
-        EXPECT_EQ(cOtherFiles.Save(cMainCat), Saved::Yes) << "and the next save does both";
-        EXPECT_EQ(cDisk.cFiles.Get(sBak), damaged);
-        EXPECT_EQ(cDisk.cFiles.Get(SifPath(L"Rock")), SifMarker(1));
+        EXPECT_EQ(cDisk.cHistory.Save(cMainCat), Saved::Yes) << "and the next save does both";
+        EXPECT_EQ(cDisk.Get(L"Rock", L".bak"), damaged);
+        EXPECT_EQ(cDisk.Get(L"Rock"), SifMarker(1));
     }
 }
 
 // ---- reading
 
-TEST_F(HistoryFilesTest, WithoutAFileTheOrderStaysAndNothingIsSaid)
-{
-    const auto cMainCat = NewMainCatOf(L"Rock", 3);
-    cFiles.ApplyHistory(*colMainCats, sRadio);
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3", L"3.mp3"}));
-    EXPECT_TRUE(cHost.colSaid.empty());
-    EXPECT_TRUE(boxes.empty());
-}
-
 TEST_F(HistoryFilesTest, TheSavedOrderComesBack)
 {
     const auto cMainCat = NewMainCatOf(L"Rock", 3);
-    Apply(SifCut("3.mp3", 1) + SifCut("1.mp3", 1) + SifCut("2.mp3", 1));
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"3.mp3", L"1.mp3", L"2.mp3"}));
+    cFiles.ApplyHistory(*colMainCats, sRadio); // there is no file yet
+    EXPECT_EQ(Tree(), L"Rock 1: 1 2 3");
+    EXPECT_TRUE(cHost.colSaid.empty());
+    Apply("");
+    EXPECT_EQ(Tree(), L"Rock 1: 1 2 3");
+    EXPECT_TRUE(cHost.colSaid.empty());
+    Apply(SifCuts("3 1 2"));
+    EXPECT_EQ(Tree(), L"Rock 1: 3 1 2");
     EXPECT_EQ(cHost.colSaid, (Lines{L"Start 3: Getting Ordering and Scheduler History for: Rock",
                                     L"Done: Got Scheduler [from file] Info for: Rock"}));
     EXPECT_EQ(cPorts.cHostLoop.lPumps, 1);
-    EXPECT_TRUE(cMainCat->SubCat(1)->SchedCuts()->Exists(L"2.mp3"));
-}
-
-TEST_F(HistoryFilesTest, CutsTheFileDoesNotNameComeUpFirstInTheDatabasesOrder)
-{
-    const auto cMainCat = NewMainCatOf(L"Rock", 5);
-    Apply(SifCut("4.mp3", 1) + SifCut("2.mp3", 1));
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"3.mp3", L"5.mp3", L"4.mp3", L"2.mp3"}));
-}
-
-TEST_F(HistoryFilesTest, CutsThatAreNoLongerPresentArePassedOver)
-{
-    const auto cMainCat = NewMainCatOf(L"Rock", 2);
-    Apply(SifCut("2.mp3", 1) + SifCut("gone.mp3", 1) + SifCut("1.mp3", 1));
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"2.mp3", L"1.mp3"}));
+    EXPECT_TRUE(cMainCat->SubCat(1)->SchedCuts()->Exists(L"2"));
     EXPECT_TRUE(boxes.empty());
+}
+
+TEST_F(HistoryFilesTest, CutsAreFoundByTheirRecordsPaths)
+{
+    const std::wstring sLong(255, L'p');
+    const std::string p = SifCut("", "", std::string(255, 'p'), 1);
+    const struct
+    {
+        const char* sRule;
+        Keys colCuts;
+        std::string records;
+        Keys colOrder;
+    } rows[] = {
+        {"unnamed cuts come first", {L"1", L"2", L"3", L"4"}, SifCuts("4 2"), {L"1", L"3", L"4", L"2"}},
+        {"absent cuts are skipped", {L"1", L"2"}, SifCuts("2 gone 1"), {L"2", L"1"}},
+        {"level 0 is skipped", {L"1", L"2"}, SifCut("2", 0) + SifMarker(0) + SifCut("1", 1), {L"2", L"1"}},
+        {"any case, and blanks at the ends",
+         {L"Caf\u00E9.mp3", L" lead.mp3", L"trail.mp3 ", L"x.mp3"},
+         SifCuts("x.mp3 trail.mp3") + SifCut("  lead.mp3  ", 1) + SifCut("CAF\xC9.MP3", 1),
+         {L"x.mp3", L"trail.mp3 ", L" lead.mp3", L"Caf\u00E9.mp3"}},
+        {"named twice, it takes the last place", {L"1", L"2", L"3"}, SifCuts("1 2 3 1"), {L"2", L"3", L"1"}},
+        {"names outside the code page",
+         {L"\u65E5", L"a", L"\u672C\u672C", L"b"},
+         SifCuts("b ?? a ?"),
+         {L"b", L"\u672C\u672C", L"a", L"\u65E5"}},
+        {"the k-th record of the same bytes is the k-th such cut",
+         {L"\u65E5", L"a", L"\u672C", L"\u4E2D"},
+         SifCuts("? ? a ? ?"),
+         {L"\u65E5", L"\u672C", L"a", L"\u4E2D"}},
+        {"an exact key comes before what only looks like it",
+         {L"\u65E5", L"?", L"a"},
+         SifCuts("? a ?"),
+         {L"?", L"a", L"\u65E5"}},
+        {"paths that agree in their first 255 bytes all keep a place",
+         {sLong + L"1", L"a", sLong + L"2", sLong},
+         p + p + SifCut("a", 1) + p,
+         {sLong, sLong + L"1", L"a", sLong + L"2"}},
+    };
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(row.sRule);
+        colMainCats->Clear();
+        const auto cMainCat = NewMainCatOf(L"Rock", row.colCuts);
+        Apply(row.records);
+        EXPECT_EQ(Order(*cMainCat), row.colOrder);
+        EXPECT_EQ(cMainCat->SubCats()->Count(), 1u);
+        EXPECT_TRUE(boxes.empty());
+    }
 }
 
 TEST_F(HistoryFilesTest, EachLevelIsPutInOrderByItself)
 {
     const auto cMainCat = NewMainCat(L"Rock");
-    for (const wchar_t* sKey : {L"a.mp3", L"b.mp3"})
-    {
-        AddCut(*cMainCat, sKey, 1);
-        AddCut(*cMainCat, sKey, 2);
-    }
-    Apply(SifCut("b.mp3", 2) + SifCut("b.mp3", 1) + SifCut("a.mp3", 2) + SifCut("a.mp3", 1));
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"b.mp3", L"a.mp3"}));
-    EXPECT_EQ(Order(*cMainCat, 2), (Keys{L"b.mp3", L"a.mp3"}));
-}
-
-TEST_F(HistoryFilesTest, PathIsFoundInAnyCaseAndWithBlanksAtItsEnds)
-{
-    const auto cMainCat = NewMainCat(L"Rock");
-    for (const wchar_t* sKey : {L"Caf\u00E9.mp3", L" lead.mp3", L"trail.mp3 ", L"x.mp3"})
-        AddCut(*cMainCat, sKey, 1);
-    Apply(SifCut("x.mp3", 1) + SifCut("trail.mp3", 1) + SifCut("  lead.mp3  ", 1) + SifCut("CAF\xC9.MP3", 1));
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"x.mp3", L"trail.mp3 ", L" lead.mp3", L"Caf\u00E9.mp3"}));
-}
-
-TEST_F(HistoryFilesTest, PathNamedTwiceTakesItsLastPlace)
-{
-    const auto cMainCat = NewMainCatOf(L"Rock", 3);
-    Apply(SifCut("1.mp3", 1) + SifCut("2.mp3", 1) + SifCut("3.mp3", 1) + SifCut("1.mp3", 1));
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"2.mp3", L"3.mp3", L"1.mp3"}));
-}
-
-TEST_F(HistoryFilesTest, NamesOutsideTheCodePageKeepTheirPlaces)
-{
-    const auto cMainCat = NewMainCat(L"Rock");
-    for (const wchar_t* sKey : {L"\u65E5.mp3", L"a.mp3", L"\u672C\u672C.mp3", L"b.mp3"})
-        AddCut(*cMainCat, sKey, 1);
-    Apply(SifCut("b.mp3", 1) + SifCut("??.mp3", 1) + SifCut("a.mp3", 1) + SifCut("?.mp3", 1));
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"b.mp3", L"\u672C\u672C.mp3", L"a.mp3", L"\u65E5.mp3"}));
-}
-
-TEST_F(HistoryFilesTest, TheKthRecordOfTheSameBytesIsTheKthSuchCut)
-{
-    const auto cMainCat = NewMainCat(L"Rock");
-    for (const wchar_t* sKey : {L"\u65E5.mp3", L"a.mp3", L"\u672C.mp3", L"\u4E2D.mp3"})
-        AddCut(*cMainCat, sKey, 1);
-    Apply(SifCut("?.mp3", 1) + SifCut("?.mp3", 1) + SifCut("a.mp3", 1) + SifCut("?.mp3", 1) +
-          SifCut("?.mp3", 1));
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"\u65E5.mp3", L"\u672C.mp3", L"a.mp3", L"\u4E2D.mp3"}));
-}
-
-TEST_F(HistoryFilesTest, AnExactKeyComesBeforeTheCutsThatOnlyLookLikeIt)
-{
-    const auto cMainCat = NewMainCat(L"Rock");
-    for (const wchar_t* sKey : {L"\u65E5.mp3", L"?.mp3", L"a.mp3"})
-        AddCut(*cMainCat, sKey, 1);
-    Apply(SifCut("?.mp3", 1) + SifCut("a.mp3", 1) + SifCut("?.mp3", 1));
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"?.mp3", L"a.mp3", L"\u65E5.mp3"}));
-}
-
-TEST_F(HistoryFilesTest, PathsThatAgreeInTheirFirst255BytesBothKeepAPlace)
-{
-    const std::wstring sLong(255, L'p');
-    const auto cMainCat = NewMainCat(L"Rock");
-    for (const std::wstring& sKey : {sLong + L"1", std::wstring(L"a.mp3"), sLong + L"2", sLong})
-        AddCut(*cMainCat, sKey, 1);
-    ASSERT_EQ(Save(cMainCat), Saved::Yes);
-    const std::string p(255, 'p');
-    EXPECT_EQ(File(L"Rock").substr(510, 255), p);
-    Apply(SifCut("", "", p, 1) + SifCut("", "", p, 1) + SifCut("a.mp3", 1) + SifCut("", "", p, 1));
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{sLong, sLong + L"1", L"a.mp3", sLong + L"2"}))
-        << "they cannot be told apart, but none of them falls to the front";
+    for (const wchar_t* sKey : {L"a", L"b"})
+        for (const std::int32_t lLevel : {1, 2})
+            AddCut(*cMainCat, sKey, lLevel);
+    Apply(SifCut("b", 2) + SifCut("b", 1) + SifCut("a", 2) + SifCut("a", 1));
+    EXPECT_EQ(Tree(), L"Rock 1: b a | Rock 2: b a");
 }
 
 TEST_F(HistoryFilesTest, WhatIsSavedIsWhatComesBack)
@@ -664,21 +617,20 @@ TEST_F(HistoryFilesTest, WhatIsSavedIsWhatComesBack)
     {
         colMainCats->Clear();
         const auto cMainCat = NewMainCat(L"Rock", {9});
-        Keys colKeys;
         for (int lCut = 0; lCut < 60; ++lCut)
             AddCut(*cMainCat, std::to_wstring(lCut) + (lCut % 3 ? L".mp3" : L"\u20AC \u00E9.mp3"),
                    1 + lCut % 2);
-        const Keys colDataBaseOrder = Order(*cMainCat, 1);
+        const Keys colDataBaseOrder = Order(*cMainCat);
         for (std::size_t move = 0; move < 100; ++move)
             cMainCat->SubCat(1)->SchedCuts()->MoveToEnd(random() % 30);
-        colKeys = Order(*cMainCat, 1);
+        const Keys colKeys = Order(*cMainCat);
         ASSERT_EQ(Save(cMainCat), Saved::Yes);
         for (const std::wstring& sKey : colDataBaseOrder)
             cMainCat->SubCat(1)->SchedCuts()->SendToBack(TextKey(sKey));
-        ASSERT_EQ(Order(*cMainCat, 1), colDataBaseOrder);
+        ASSERT_EQ(Order(*cMainCat), colDataBaseOrder);
         cMainCat->RemoveSubCat(cMainCat->SubCat(9));
         cFiles.ApplyHistory(*colMainCats, sRadio);
-        ASSERT_EQ(Order(*cMainCat, 1), colKeys) << "seed " << lSeed << ", round " << lRound;
+        ASSERT_EQ(Order(*cMainCat), colKeys) << "seed " << lSeed << ", round " << lRound;
         ASSERT_TRUE(cMainCat->SubCat(9));
     }
 }
@@ -687,87 +639,65 @@ TEST_F(HistoryFilesTest, AMarkerMakesAMissingLevelAndLeavesAnExistingOne)
 {
     const auto cMainCat = NewMainCatOf(L"Rock", 1);
     Apply(SifMarker(5) + SifMarker(1) + SifMarker(3));
-    ASSERT_TRUE(cMainCat->SubCat(5));
-    EXPECT_EQ(cMainCat->SubCat(5)->CatName(), L"Rock");
+    EXPECT_EQ(Tree(), L"Rock 1: 1 | Rock 3: | Rock 5:");
     EXPECT_EQ(cMainCat->SubCat(5)->MainCat(), cMainCat);
-    EXPECT_EQ(cMainCat->SubCats()->Count(), 3u);
-    EXPECT_EQ(cMainCat->SubCats()->At(1)->CatLevel(), 3);
-    EXPECT_EQ(Order(*cMainCat, 1), Keys{L"1.mp3"});
     EXPECT_TRUE(boxes.empty());
 }
 
 TEST_F(HistoryFilesTest, AnyNonzeroMarkerIsOneAndTheReservedBytesAreIgnored)
 {
-    const auto cMainCat = NewMainCatOf(L"Rock", 2);
+    NewMainCatOf(L"Rock", 2);
     std::string marker = SifMarker(5);
     marker[769] = '\1';
     marker[770] = '\0';
-    std::string record = SifCut("1.mp3", 1);
+    std::string record = SifCut("1", 1);
     record.replace(771, 1212, std::string(1212, 'x'));
     record.replace(0, 510, std::string(510, '\xFF'));
-    Apply(marker + SifCut("2.mp3", 1) + record);
-    EXPECT_TRUE(cMainCat->SubCat(5));
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"2.mp3", L"1.mp3"}));
+    Apply(marker + SifCut("2", 1) + record);
+    EXPECT_EQ(Tree(), L"Rock 1: 2 1 | Rock 5:");
 }
 
-TEST_F(HistoryFilesTest, RecordsOfLevelZeroAreSkipped)
+TEST_F(HistoryFilesTest, ACutOfAMissingLevelStopsItsFileWithABox)
 {
-    const auto cMainCat = NewMainCatOf(L"Rock", 2);
-    Apply(SifCut("2.mp3", 0) + SifMarker(0) + SifCut("1.mp3", 1));
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"2.mp3", L"1.mp3"}));
-    EXPECT_EQ(cMainCat->SubCats()->Count(), 1u);
-    EXPECT_TRUE(boxes.empty());
-}
-
-TEST_F(HistoryFilesTest, ACutOfAMissingLevelStopsTheFileWithABox)
-{
-    const auto cMainCat = NewMainCatOf(L"Rock", 3);
-    const auto cPop = NewMainCatOf(L"Pop", 2);
-    cPorts.cFiles.Put(SifPath(L"Pop"), SifCut("2.mp3", 1) + SifCut("1.mp3", 1));
-    Apply(SifCut("2.mp3", 1) + SifCut("x.mp3", 4) + SifCut("1.mp3", 1) + SifMarker(7));
+    NewMainCatOf(L"Rock", 3);
+    NewMainCatOf(L"Pop", 2);
+    cPorts.cFiles.Put(SifPath(L"Pop"), SifCuts("2 1"));
+    Apply(SifCut("2", 1) + SifCut("x", 4) + SifCut("1", 1) + SifMarker(7));
     EXPECT_EQ(boxes, Boxes{CriticalBox(L"BUT DIDNT", L"Was expecting to find: Rock 4")});
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"3.mp3", L"2.mp3"})) << "what came before is applied";
-    EXPECT_FALSE(cMainCat->SubCat(7)) << "what comes after is not";
-    EXPECT_EQ(Order(*cPop, 1), (Keys{L"2.mp3", L"1.mp3"})) << "the other categories are read";
+    EXPECT_EQ(Tree(), L"Rock 1: 1 3 2 | Pop 1: 2 1") << "what precedes it and the other files are applied";
 }
 
-TEST_F(HistoryFilesTest, ACutOfANegativeLevelIsOfAMissingOne)
+TEST_F(HistoryFilesTest, NoLevelHasANegativeNumber)
 {
-    NewMainCatOf(L"Rock", 1);
-    Apply(SifCut("1.mp3", -1));
+    NewMainCatOf(L"Rock", 2);
+    Apply(SifCut("1", -1));
     EXPECT_EQ(boxes, Boxes{CriticalBox(L"BUT DIDNT", L"Was expecting to find: Rock -1")});
+    boxes.clear();
+    Apply(SifMarker(-3) + SifCuts("2 1"));
+    EXPECT_TRUE(boxes.empty()) << "a marker is skipped and logged";
+    EXPECT_EQ(cPorts.LogMessages().back(), L"Ignored, no level can have this number: Rock -3");
+    EXPECT_EQ(Tree(), L"Rock 1: 2 1");
 }
 
-TEST_F(HistoryFilesTest, AMarkerOfANegativeLevelIsLoggedAndPassedOver)
+TEST_F(HistoryFilesTest, AFileOfAnyLengthButWholeRecordsIsIgnored)
 {
-    const auto cMainCat = NewMainCatOf(L"Rock", 2);
-    Apply(SifMarker(-3) + SifCut("2.mp3", 1) + SifCut("1.mp3", 1));
-    EXPECT_TRUE(boxes.empty());
-    EXPECT_EQ(cPorts.LogMessages(), Lines{L"Ignored, no level can have this number: Rock -3"});
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"2.mp3", L"1.mp3"}));
-}
-
-TEST_F(HistoryFilesTest, TheFilesLengthIsTheNumberOfItsRecordsOrItIsIgnored)
-{
-    const auto cMainCat = NewMainCatOf(L"Rock", 2);
-    const std::string two = SifCut("2.mp3", 1) + SifCut("1.mp3", 1);
+    NewMainCatOf(L"Rock", 2);
+    const std::string two = SifCuts("2 1");
     ASSERT_EQ(two.size(), 3966u);
-    for (const std::size_t length : {std::size_t{1}, std::size_t{1982}, std::size_t{1984}, std::size_t{3965}})
+    std::vector<std::size_t> colLengths{1982, 1984, 3965, 3967};
+    for (std::size_t length = 1; length < two.size(); length += 13)
+        colLengths.push_back(length);
+    for (const std::size_t length : colLengths)
     {
-        Apply(two.substr(0, length));
-        EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"})) << length;
+        Apply((two + "x").substr(0, length));
+        ASSERT_EQ(Tree(), L"Rock 1: 1 2") << length;
+        ASSERT_EQ(cPorts.LogMessages().back(),
+                  L"Ignored, its length is no multiple of a record's: " + SifPath(L"Rock"));
     }
-    Apply(two + "x"); // 3967
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"}));
     EXPECT_TRUE(cHost.colSaid.empty());
-    EXPECT_TRUE(boxes.empty()) << "without a message";
-    EXPECT_EQ(cPorts.LogMessages().back(),
-              L"Ignored, its length is no multiple of a record's: " + SifPath(L"Rock"));
-    Apply("");
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"}));
-    EXPECT_TRUE(cHost.colSaid.empty()) << "no records, nothing to tell";
-    Apply(two); // 3966
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"2.mp3", L"1.mp3"}));
+    EXPECT_TRUE(boxes.empty());
+    Apply(two);
+    EXPECT_EQ(Tree(), L"Rock 1: 2 1");
 }
 
 TEST_F(HistoryFilesTest, ReadingReportsEvery20thRecordOncePer100Milliseconds)
@@ -776,7 +706,6 @@ TEST_F(HistoryFilesTest, ReadingReportsEvery20thRecordOncePer100Milliseconds)
     std::string bytes;
     for (int lRecord = 0; lRecord < 100; ++lRecord)
         bytes += SifMarker(1);
-    // The host's handler takes its time only at the start: then the first sample is due, and no other.
     cHost.OnEvent = [this](const std::wstring& sLine) {
         if (sLine.starts_with(L"Progress"))
             cPorts.cClock.Advance(500); // within the report: does not count towards the next
@@ -785,7 +714,7 @@ TEST_F(HistoryFilesTest, ReadingReportsEvery20thRecordOncePer100Milliseconds)
     Apply(bytes);
     EXPECT_EQ(cHost.colSaid, (Lines{L"Start 100: Getting Ordering and Scheduler History for: Rock",
                                     L"Done: Got Scheduler [from file] Info for: Rock"}))
-        << "while the clock stands still nothing is due";
+        << "no time passes, so nothing is due";
     EXPECT_EQ(cPorts.cHostLoop.lSleeps, 0);
 
     TickingClock cTicking(cPorts.cClock, 60); // each look at the tick count takes 60 ms
@@ -815,65 +744,62 @@ TEST_F(HistoryFilesTest, OnlyMainCategoriesHaveAFile)
 
 TEST_F(HistoryFilesTest, AnUnreadableFileIsReportedAndTheOthersAreRead)
 {
-    const auto cMainCat = NewMainCatOf(L"Rock", 2);
-    const auto cPop = NewMainCatOf(L"Pop", 2);
-    cPorts.cFiles.Put(SifPath(L"Pop"), SifCut("2.mp3", 1) + SifCut("1.mp3", 1));
+    NewMainCatOf(L"Rock", 2);
+    NewMainCatOf(L"Pop", 2);
+    cPorts.cFiles.Put(SifPath(L"Pop"), SifCuts("2 1"));
     cPorts.cFiles.SetUnreadable(SifPath(L"Rock"), error::DeviceIo);
-    Apply(SifCut("2.mp3", 1));
+    Apply(SifCut("2", 1));
     EXPECT_EQ(boxes, Boxes{CriticalBox(L"Error in ApplyHistory", L"57 Device I/O error: Rock")});
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"}));
-    EXPECT_EQ(Order(*cPop, 1), (Keys{L"2.mp3", L"1.mp3"}));
+    EXPECT_EQ(Tree(), L"Rock 1: 1 2 | Pop 1: 2 1");
 }
 
 TEST_F(HistoryFilesTest, ANameThatCanBeNoFilesNameHasNoFileToRead)
 {
-    const auto cMainCat = NewMainCatOf(L"..\\Rock", 2);
-    cPorts.cFiles.Put(L"C:\\Radio\\Scheduler\\Rock.sif", SifCut("2.mp3", 1) + SifCut("1.mp3", 1));
+    NewMainCatOf(L"..\\Rock", 2);
+    cPorts.cFiles.Put(L"C:\\Radio\\Scheduler\\Rock.sif", SifCuts("2 1"));
     cFiles.ApplyHistory(*colMainCats, sRadio);
-    EXPECT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"}));
+    EXPECT_EQ(Tree(), L"..\\Rock 1: 1 2");
     EXPECT_TRUE(boxes.empty());
 }
 
 // ---- files that were not applied in full
 
-TEST_F(HistoryFilesTest, AFileThatWasNotAppliedInFullIsKeptOnceBeforeItIsOverwritten)
+TEST_F(HistoryFilesTest, AFileNotAppliedInFullIsKeptOnceBeforeItIsOverwritten)
 {
-    struct Row
+    const struct
     {
+        const char* sRule;
         std::string bytes;
         std::int32_t lReadError;
-    };
-    const Row rows[] = {{SifCut("1.mp3", 1) + "x", 0},                // damaged length
-                        {SifCut("1.mp3", 1) + SifCut("1.mp3", 8), 0}, // level missing
-                        {SifMarker(-2), 0},                           // no such level
-                        {SifCut("1.mp3", 1), error::DeviceIo}};       // read error
-    for (const Row& row : rows)
-    {
-        MemoryPorts cDisk;
-        ModScheduler cOther(cDisk.Ports());
-        cOther.StoreAppPath(sRadio);
-        HistoryFiles cOtherFiles(cOther, cRelay);
-        colMainCats->Clear();
-        const auto cMainCat = NewMainCat(L"Rock", {1});
-        cDisk.cFiles.Put(SifPath(L"Rock"), row.bytes);
-        cDisk.cFiles.SetUnreadable(SifPath(L"Rock"), row.lReadError);
-        cOtherFiles.ApplyHistory(*colMainCats, sRadio);
-        EXPECT_EQ(cOtherFiles.Save(cMainCat), Saved::Yes);
-        EXPECT_EQ(cDisk.cFiles.Get(SifPath(L"Rock")), SifMarker(1));
-        EXPECT_EQ(cDisk.cFiles.Get(SifPath(L"Rock") + L".bak"), row.bytes);
-        cDisk.cFiles.SetUnreadable(SifPath(L"Rock"), 0);
-        EXPECT_EQ(cOtherFiles.Save(cMainCat), Saved::Yes);
-        EXPECT_EQ(cDisk.cFiles.Get(SifPath(L"Rock") + L".bak"), row.bytes) << "kept once";
-    }
-}
-
-TEST_F(HistoryFilesTest, AFileThatWasAppliedInFullIsOverwrittenWithoutACopy)
-{
-    const auto cMainCat = NewMainCatOf(L"Rock", 2);
-    Apply(SifCut("2.mp3", 1) + "x");
-    Apply(SifCut("gone.mp3", 1) + SifCut("2.mp3", 1)); // read again, whole this time
-    EXPECT_EQ(Save(cMainCat), Saved::Yes);
-    EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Rock") + L".bak"));
+        bool bKept;
+    } rows[] = {{"damaged length", SifCut("1", 1) + "x", 0, true},
+                {"missing level", SifCut("1", 1) + SifCut("1", 8), 0, true},
+                {"impossible level", SifMarker(-2), 0, true},
+                {"read error", SifCut("1", 1), error::DeviceIo, true},
+                {"absent cuts", SifCuts("gone 1"), 0, false}};
+    const auto cMainCat = NewMainCat(L"Rock", {1});
+    for (const auto& row : rows)
+        for (const bool bReadAgain : {false, true}) // in full
+        {
+            SCOPED_TRACE(row.sRule);
+            OtherDisk cDisk(cRelay, std::numeric_limits<int>::max());
+            cDisk.cFiles.Put(SifPath(L"Rock"), row.bytes);
+            cDisk.cFiles.SetUnreadable(SifPath(L"Rock"), row.lReadError);
+            cDisk.cHistory.ApplyHistory(*colMainCats, sRadio);
+            if (bReadAgain)
+            {
+                cDisk.cFiles.SetUnreadable(SifPath(L"Rock"), 0);
+                cDisk.cFiles.Put(SifPath(L"Rock"), SifCut("1", 1));
+                cDisk.cHistory.ApplyHistory(*colMainCats, sRadio);
+            }
+            EXPECT_EQ(cDisk.cHistory.Save(cMainCat), Saved::Yes);
+            EXPECT_EQ(cDisk.Get(L"Rock"), SifMarker(1));
+            const std::string kept = row.bKept && !bReadAgain ? row.bytes : "none";
+            EXPECT_EQ(cDisk.Get(L"Rock", L".bak"), kept);
+            cDisk.cFiles.SetUnreadable(SifPath(L"Rock"), 0);
+            EXPECT_EQ(cDisk.cHistory.Save(cMainCat), Saved::Yes);
+            EXPECT_EQ(cDisk.Get(L"Rock", L".bak"), kept) << "kept once";
+        }
 }
 
 // ---- any bytes
@@ -886,40 +812,29 @@ TEST_F(HistoryFilesTest, AnyRecordsAreReadWithoutHarm)
     {
         colMainCats->Clear();
         const auto cMainCat = NewMainCatOf(L"Rock", 5);
-        AddCut(*cMainCat, L"\u65E5.mp3", 1);
+        AddCut(*cMainCat, L"\u65E5");
         AddCut(*cMainCat, L"", 2);
-        Keys colBefore = Order(*cMainCat, 1);
+        Keys colBefore = Order(*cMainCat);
         std::string bytes;
-        for (std::size_t lRecord = random() % 12; lRecord > 0; --lRecord)
+        for (std::size_t record = random() % 12; record > 0; --record)
         {
-            static const char* const paths[] = {"1.mp3", "5.mp3", "?.mp3", "", "no.mp3", "\xFF"};
-            std::string record =
+            static const char* const paths[] = {"1", "5", "?", "", "no", "\xFF"};
+            std::string content =
                 SifCut(paths[random() % std::size(paths)], static_cast<std::int32_t>(random() % 4));
             for (std::size_t byte = random() % 6; byte > 0; --byte)
-                record[510 + random() % 262] = static_cast<char>(random());
-            bytes += record;
+                content[510 + random() % 262] = static_cast<char>(random());
+            bytes += content;
         }
         if (random() % 8 == 0)
             bytes.resize(random() % (bytes.size() + 1));
         Apply(bytes);
-        Keys colAfter = Order(*cMainCat, 1);
+        Keys colAfter = Order(*cMainCat);
         std::sort(colBefore.begin(), colBefore.end());
         std::sort(colAfter.begin(), colAfter.end());
         ASSERT_EQ(colAfter, colBefore) << "no cut is lost or doubled: seed " << lSeed << ", round " << lRound;
         ASSERT_EQ(Order(*cMainCat, 2), Keys{L""});
-        for (std::size_t at = 0; at < cMainCat->SubCats()->Count(); ++at)
-            ASSERT_GT(cMainCat->SubCats()->At(at)->CatLevel(), 0);
-    }
-}
-
-TEST_F(HistoryFilesTest, EveryTruncationIsIgnoredOrReadWhole)
-{
-    const auto cMainCat = NewMainCatOf(L"Rock", 2);
-    const std::string two = SifCut("2.mp3", 1) + SifCut("1.mp3", 1);
-    for (std::size_t length = 0; length < two.size(); length += 13)
-    {
-        Apply(two.substr(0, length));
-        ASSERT_EQ(Order(*cMainCat, 1), (Keys{L"1.mp3", L"2.mp3"})) << length;
+        for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
+            ASSERT_GT(cSubCat->CatLevel(), 0);
     }
 }
 

@@ -2,7 +2,6 @@
 // A process that is killed in the middle of a change of cuts leaves files and a database with which the next
 // start finds every level and every order.
 
-#include "scheduler/UnsavedOrders.h"
 #include "support/BatchingDataBase.h"
 #include "support/SyncTest.h"
 
@@ -29,17 +28,11 @@ protected:
     void Start(bool bHasBatches, std::size_t jazz = 0)
     {
         cBatching->bHasBatches = bHasBatches;
-        for (std::int32_t lLevel = 1; lLevel <= 3; ++lLevel)
-            for (int lCut = 1; lCut <= 4; ++lCut)
-                cBatching->cInner.Add(L"r" + std::to_wstring(lLevel * 10 + lCut), L"Rock", lLevel);
-        for (int lCut = 1; lCut <= 4; ++lCut)
-        {
-            cBatching->cInner.Add(L"p" + std::to_wstring(lCut), L"Pop", 1);
-            cBatching->cInner.Add(L"q" + std::to_wstring(lCut), L"Pop", 4);
-        }
-        for (std::size_t lCut = 1; lCut <= jazz; ++lCut)
-            cBatching->cInner.Add(L"j" + std::to_wstring(lCut), L"Jazz", 1);
-        cBatching->cInner.Add(L"k", L"Jazz", 2);
+        cBatching->cInner.AddTree(
+            L"Rock 1: r11 r12 r13 r14 | Rock 2: r21 r22 r23 r24 | Rock 3: r31 r32 r33 r34 |"
+            L" Pop 1: p1 p2 p3 p4 | Pop 4: q1 q2 q3 q4 | Jazz 2: k");
+        for (std::size_t cut = 1; cut <= jazz; ++cut)
+            cBatching->cInner.Add(L"j" + std::to_wstring(cut), L"Jazz", 1);
         cLib.cSchedMan->PopulateFromDataBase(cBatching, sRadio);
         for (const std::wstring& sName : cLib.MainCatNames())
             for (const std::shared_ptr<clsCat>& cSubCat : *MainCat(sName)->SubCats())
@@ -49,7 +42,7 @@ protected:
                     colOrder[at] = (at + 2) % colOrder.size();
                 cSubCat->SchedCuts()->Reorder(colOrder);
             }
-        cLib.cSchedMan->SaveHistoryAndOrdering(nullptr);
+        cLib.SaveAll();
         Forget();
         before = OrdersOf(cLib);
         cBatching->OnCommit = [this] { colLeft.push_back(Leave()); };
@@ -71,10 +64,14 @@ protected:
                 orders[sName + L" " + cSubCat->CatID()] = cLibrary.Order(sName, cSubCat->CatLevel());
         return orders;
     }
-    Cuts CutsOf(const std::wstring& sName, std::int32_t lLevel) const
+    void MoveRock1(const Cuts& colCuts)
     {
-        const auto colCuts = Level(sName, lLevel)->SchedCuts();
-        return {colCuts->begin(), colCuts->end()};
+        cLib.Change(eMoveHere, Level(L"Rock", 1), Level(L"Pop", 4), colCuts);
+    }
+    void OnEveryCall(const std::function<void(const std::string&)>& action)
+    {
+        for (const std::shared_ptr<Cut>& cCut : cBatching->cInner.colCuts)
+            std::dynamic_pointer_cast<FakeCut>(cCut)->OnCall = action;
     }
 
     // A start with what was left: no box, every level there was (but for those in colMayGo), and of each the
@@ -97,13 +94,7 @@ protected:
                 EXPECT_NE(std::find(colMayGo.begin(), colMayGo.end(), sLevel), colMayGo.end()) << sLevel;
                 continue;
             }
-            const auto Keep = [](Keys colKeys, const Keys& colOf) {
-                std::erase_if(colKeys, [&](const std::wstring& sKey) {
-                    return std::find(colOf.begin(), colOf.end(), sKey) == colOf.end();
-                });
-                return colKeys;
-            };
-            EXPECT_EQ(Keep(found->second, colBefore), Keep(colBefore, found->second)) << sLevel;
+            EXPECT_EQ(Common(found->second, colBefore), Common(colBefore, found->second)) << sLevel;
         }
         return cOther.LogMessages();
     }
@@ -122,9 +113,7 @@ protected:
 TEST_F(KilledChangeTest, AMoveThatEmptiesALevelKeepsTheLevelsAboveIt)
 {
     Start(true);
-    bool bCreated = false;
-    cLib.cSchedMan->DoMassCatChange(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 4), CutsOf(L"Rock", 1),
-                                    bCreated);
+    MoveRock1(CutsOf(L"Rock"));
     ASSERT_EQ(colLeft.size(), 2u);
     EXPECT_TRUE(Tells(ExpectSoundStart(colLeft[0]), L"Rock"));
     EXPECT_TRUE(Tells(ExpectSoundStart(colLeft[1]), L"Rock"));
@@ -136,20 +125,16 @@ TEST_F(KilledChangeTest, AMoveThatEmptiesALevelKeepsTheLevelsAboveIt)
 TEST_F(KilledChangeTest, WithoutBatchesEachCutOfTheMoveMayBeTheLast)
 {
     Start(false);
-    bool bCreated = false;
     bool bInside = false;
     const Cuts colCuts = CutsOf(L"Rock", 2);
-    for (const std::shared_ptr<Cut>& cCut : cBatching->cInner.colCuts)
-        std::dynamic_pointer_cast<FakeCut>(cCut)->OnCall = [&](const std::string&) {
-            if (std::exchange(bInside, true))
-                return; // the look at what is left
-            colLeft.push_back(Leave());
-            bInside = false;
-        };
-    cLib.cSchedMan->DoMassCatChange(eMoveExclusiveHere, {Level(L"Rock", 2)}, Level(L"Rock", 1), colCuts,
-                                    bCreated);
-    for (const std::shared_ptr<Cut>& cCut : cBatching->cInner.colCuts)
-        std::dynamic_pointer_cast<FakeCut>(cCut)->OnCall = nullptr;
+    OnEveryCall([&](const std::string&) {
+        if (std::exchange(bInside, true))
+            return; // the look at what is left
+        colLeft.push_back(Leave());
+        bInside = false;
+    });
+    cLib.Change(eMoveExclusiveHere, Level(L"Rock", 2), Level(L"Rock", 1), colCuts);
+    OnEveryCall(nullptr);
     EXPECT_GT(colLeft.size(), 20u);
     for (const Left& left : colLeft)
         ExpectSoundStart(left);
@@ -170,25 +155,22 @@ TEST_F(KilledChangeTest, RemovalsAndAnAssignmentKeepTheLevelsAboveToo)
 {
     Start(true);
     std::vector<CutRemoval> colRemovals;
-    for (const std::shared_ptr<Cut>& cCut : CutsOf(L"Rock", 1))
+    for (const std::shared_ptr<Cut>& cCut : CutsOf(L"Rock"))
         colRemovals.push_back({cCut, nullptr, 0});
     cLib.cSchedMan->RemoveCutsFromCategories(colRemovals, [](std::size_t) {});
-    const Cuts colCuts = CutsOf(L"Pop", 1);
-    for (const std::shared_ptr<Cut>& cCut : colCuts)
+    for (const std::shared_ptr<Cut>& cCut : CutsOf(L"Pop"))
         cLib.cSchedMan->AssignCut(cCut, 3, {L"Rock"});
     ASSERT_EQ(colLeft.size(), 10u);
     for (const Left& left : colLeft)
         ExpectSoundStart(left);
 }
 
-TEST_F(KilledChangeTest, KilledMoveIsLoggedWithItsCategories)
+TEST_F(KilledChangeTest, AKilledMoveIsLoggedWithItsCategories)
 {
     Start(true, 120);
     std::vector<Left> colPumps;
     cPorts.cHostLoop.OnPump = [&] { colPumps.push_back(Leave()); };
-    bool bCreated = false;
-    cLib.cSchedMan->DoMassCatChange(eMoveHere, {Level(L"Jazz", 1)}, Level(L"Pop", 1), CutsOf(L"Jazz", 1),
-                                    bCreated);
+    cLib.Change(eMoveHere, Level(L"Jazz", 1), Level(L"Pop", 1), CutsOf(L"Jazz"));
     ASSERT_GE(colPumps.size(), 2u);
     for (const Left& left : {colPumps[0], colPumps[1]})
     {
@@ -200,42 +182,29 @@ TEST_F(KilledChangeTest, KilledMoveIsLoggedWithItsCategories)
     EXPECT_FALSE(Tells(ExpectSoundStart(Leave()), L"Jazz"));
 }
 
-TEST_F(KilledChangeTest, WhatIsWrittenAheadOfAChangeThatFailsIsWrittenAgain)
+TEST_F(KilledChangeTest, MarkersWrittenAheadOfAFailedChangeAreRemoved)
 {
     Start(true);
     const std::string rock = File(L"Rock");
     cBatching->bRefusesCommit = true;
-    bool bCreated = false;
-    cLib.cSchedMan->DoMassCatChange(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 4), CutsOf(L"Rock", 1),
-                                    bCreated);
+    MoveRock1(CutsOf(L"Rock"));
     EXPECT_EQ(File(L"Rock"), rock);
     EXPECT_EQ(OrdersOf(cLib), before);
-}
-
-TEST_F(KilledChangeTest, MarkersThatCannotBeTakenOffAreTriedAgain)
-{
-    Start(true);
-    const std::string rock = File(L"Rock");
-    cBatching->bRefusesCommit = true;
-    for (const std::shared_ptr<Cut>& cCut : cBatching->cInner.colCuts)
-        std::dynamic_pointer_cast<FakeCut>(cCut)->OnCall = [&](const std::string&) {
-            if (File(L"Rock") != rock) // written ahead
-                cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
-        };
-    bool bCreated = false;
-    cLib.cSchedMan->DoMassCatChange(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 4), CutsOf(L"Rock", 1),
-                                    bCreated);
-    for (const std::shared_ptr<Cut>& cCut : cBatching->cInner.colCuts)
-        std::dynamic_pointer_cast<FakeCut>(cCut)->OnCall = nullptr;
+    OnEveryCall([&](const std::string&) {
+        if (File(L"Rock") != rock) // written ahead
+            SetReadOnly(L"Rock");
+    });
+    MoveRock1(CutsOf(L"Rock"));
+    OnEveryCall(nullptr);
     EXPECT_EQ(OrdersOf(cLib), before);
     EXPECT_NE(File(L"Rock"), rock);
     EXPECT_EQ(SifWithoutGuards(File(L"Rock")), rock);
     EXPECT_TRUE(Tells(ExpectSoundStart(Leave()), L"Rock"));
     Forget();
-    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
-    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
-    EXPECT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Pop")));
-    EXPECT_EQ(File(L"Rock"), rock);
+    SetReadOnly(L"Rock", false);
+    WaitForRetry();
+    EXPECT_TRUE(cLib.Save(L"Pop"));
+    EXPECT_EQ(File(L"Rock"), rock) << "retried";
     EXPECT_EQ(boxes, Boxes());
 }
 
@@ -250,7 +219,7 @@ protected:
         while (Level(L"Rock", 1)->SchedCuts()->Count() > lLeft)
         {
             CatCollection colMainCats;
-            cLib.cSchedMan->RemoveCutFromCategory(MainCat(L"Rock"), CutsOf(L"Rock", 1)[0], colMainCats);
+            cLib.cSchedMan->RemoveCutFromCategory(MainCat(L"Rock"), CutsOf(L"Rock")[0], colMainCats);
             ASSERT_EQ(colMainCats.Count(), 1u);
         }
     }
@@ -269,7 +238,7 @@ TEST_F(HostsRemovalTest, TheLevelOutlivesAKillBeforeTheHostSaves)
     for (const Left& left : colLeft)
         ExpectSoundStart(left);
     EXPECT_TRUE(Tells(ExpectSoundStart(Leave()), L"Rock"));
-    EXPECT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Rock")));
+    EXPECT_TRUE(cLib.Save(L"Rock"));
     EXPECT_FALSE(Tells(ExpectSoundStart(Leave()), L"Rock"));
 }
 
@@ -277,11 +246,11 @@ TEST_F(HostsRemovalTest, OneThatFailsLeavesTheFileAsItWas)
 {
     Start(true);
     RemoveDownTo(1);
-    EXPECT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Rock")));
+    EXPECT_TRUE(cLib.Save(L"Rock"));
     const std::string rock = File(L"Rock");
     cBatching->bRefusesCommit = true;
     CatCollection colMainCats;
-    cLib.cSchedMan->RemoveCutFromCategory(nullptr, CutsOf(L"Rock", 1)[0], colMainCats);
+    cLib.cSchedMan->RemoveCutFromCategory(nullptr, CutsOf(L"Rock")[0], colMainCats);
     EXPECT_TRUE(colMainCats.Empty());
     EXPECT_EQ(Level(L"Rock", 1)->SchedCuts()->Count(), 1u);
     EXPECT_EQ(File(L"Rock"), rock);
@@ -291,24 +260,22 @@ TEST_F(HostsRemovalTest, OneThatCannotBeWrittenAheadIsOnlyLogged)
 {
     Start(true);
     RemoveDownTo(1);
-    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"));
+    SetReadOnly(L"Rock");
     Forget();
     RemoveDownTo(0);
     EXPECT_EQ(boxes, Boxes());
     EXPECT_EQ(said, Lines());
     EXPECT_EQ(Log(), Lines{L"DISPLAYERROR, SaveHistoryAndOrdering Rock 75 Path/File access error"});
-    cPorts.cFiles.SetReadOnly(SifPath(L"Rock"), false);
+    SetReadOnly(L"Rock", false);
     Forget();
-    EXPECT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(L"Pop")));
+    EXPECT_TRUE(cLib.Save(L"Pop"));
     EXPECT_EQ(Written(), Lines{L"Pop"}) << "the removal is the host's to save";
 }
 
 TEST_F(KilledChangeTest, OnlyCategoriesThatMayLoseALevelAreWrittenTwice)
 {
     Start(true);
-    bool bCreated = false;
-    cLib.cSchedMan->DoMassCatChange(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 4), {CutsOf(L"Rock", 1)[0]},
-                                    bCreated);
+    MoveRock1({CutsOf(L"Rock")[0]});
     const auto Writes = [this](const std::wstring& sName) {
         const Lines colOperations = cPorts.cFiles.Operations();
         return std::count_if(colOperations.begin(), colOperations.end(), [&](const std::wstring& sOperation) {
@@ -318,8 +285,7 @@ TEST_F(KilledChangeTest, OnlyCategoriesThatMayLoseALevelAreWrittenTwice)
     EXPECT_EQ(Writes(L"Rock"), 1);
     EXPECT_EQ(Writes(L"Pop"), 1);
     Forget();
-    cLib.cSchedMan->DoMassCatChange(eMoveHere, {Level(L"Rock", 1)}, Level(L"Pop", 4), CutsOf(L"Rock", 1),
-                                    bCreated);
+    MoveRock1(CutsOf(L"Rock"));
     EXPECT_EQ(Writes(L"Rock"), 2);
     EXPECT_EQ(Writes(L"Pop"), 1);
 }

@@ -12,45 +12,37 @@ namespace
 class OrderRestorerTest : public testing::Test
 {
 protected:
-    std::shared_ptr<clsCat> Cat(const std::vector<std::pair<const wchar_t*, std::int32_t>>& colCuts)
+    // Rock with these cuts in level 1.
+    void AddCuts(const Keys& colKeys)
     {
-        auto cMainCat = std::make_shared<clsCat>(cMod, L"Rock", 0);
         bool bCreated = false;
-        for (const auto& [sKey, lLevel] : colCuts)
-            cMainCat->AddCut(cDataBase.Add(sKey, L"Rock", lLevel), bCreated);
-        return cMainCat;
+        for (const std::wstring& sKey : colKeys)
+            cRock->AddCut(cDataBase.Add(sKey, L"Rock", 1), bCreated);
+        colMainCats.Add(cRock);
     }
-    static Keys Order(const clsCat& cMainCat, std::int32_t lLevel)
-    {
-        Keys colKeys;
-        for (const std::shared_ptr<Cut>& cCut : *cMainCat.SubCat(lLevel)->SchedCuts())
-            colKeys.push_back(cCut->Key().Text());
-        return colKeys;
-    }
-
+    OrderLeftOver Restore(const std::string& bytes) { return RestoreOrder(cMod, *cRock, bytes); }
     RadioPorts cPorts;
     ModScheduler cMod{cPorts.Ports()};
     FakeDataBase cDataBase;
+    std::shared_ptr<clsCat> cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
+    CatCollection colMainCats;
 };
 
 TEST_F(OrderRestorerTest, RecordsThatAreAllOfUseLeaveNothingOver)
 {
-    const auto cCat = Cat({{L"a", 1}, {L"b", 1}});
-    const OrderLeftOver leftOver = RestoreOrder(cMod, *cCat, SifMarker(4) + SifCut("b", 1) + SifCut("a", 1));
-    EXPECT_TRUE(leftOver.None());
-    EXPECT_EQ(Order(*cCat, 1), (Keys{L"b", L"a"}));
-    EXPECT_TRUE(cCat->SubCat(4));
+    AddCuts({L"a", L"b"});
+    EXPECT_TRUE(Restore(SifMarker(4) + SifCuts("b a")).None());
+    EXPECT_EQ(TreeText(colMainCats), L"Rock 1: b a | Rock 4:");
 }
 
-TEST_F(OrderRestorerTest, AMissingLevelEndsItAndImpossibleOnesArePassedOver)
+TEST_F(OrderRestorerTest, AMissingLevelEndsItAndImpossibleOnesAreSkipped)
 {
-    const auto cCat = Cat({{L"a", 1}, {L"b", 1}, {L"c", 1}});
-    const OrderLeftOver leftOver =
-        RestoreOrder(cMod, *cCat, SifMarker(-2) + SifCut("b", 1) + SifCut("x", 3) + SifCut("a", 1));
+    AddCuts({L"a", L"b", L"c"});
+    const OrderLeftOver leftOver = Restore(SifMarker(-2) + SifCut("b", 1) + SifCut("x", 3) + SifCut("a", 1));
     EXPECT_EQ(leftOver.colImpossibleLevels, std::vector<std::int32_t>{-2});
     EXPECT_EQ(leftOver.lMissingLevel, 3);
-    EXPECT_EQ(Order(*cCat, 1), (Keys{L"a", L"c", L"b"}));
-    EXPECT_TRUE(cPorts.cMessages.Boxes.empty()) << "what is said of it is the caller's";
+    EXPECT_EQ(TreeText(colMainCats), L"Rock 1: a c b");
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty()) << "the caller reports it";
 }
 
 TEST(OrderRecords, ARecordIsReadAsItWasPut)

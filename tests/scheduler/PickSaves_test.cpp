@@ -55,18 +55,18 @@ TEST_F(PickSavesTest, ALockedFileIsTriedOnceByAPick)
     Pick(1);
     Pick(1);
     EXPECT_EQ(AllAttempts() - lBefore, 1) << "within a second it is not tried again";
-    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
+    WaitForRetry();
     Pick(1);
     EXPECT_EQ(AllAttempts() - lBefore, 2);
     Lock(1, false);
-    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
+    WaitForRetry();
     Pick(1);
     EXPECT_EQ(File(Name(1)), Saved(1));
     EXPECT_EQ(boxes, Boxes());
     EXPECT_EQ(cPorts.cHostLoop.lSleeps, 0);
 }
 
-TEST_F(PickSavesTest, APickTriesAtMostOneFileThatIsOwedAndItsOwn)
+TEST_F(PickSavesTest, APickTriesAtMostOnePendingFileAndItsOwn)
 {
     for (int lCat = 1; lCat <= 30; ++lCat)
     {
@@ -75,7 +75,7 @@ TEST_F(PickSavesTest, APickTriesAtMostOneFileThatIsOwedAndItsOwn)
     }
     for (int lPick = 1; lPick <= 90; ++lPick)
     {
-        cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
+        WaitForRetry();
         const int lBefore = AllAttempts();
         const int lOwn = Attempts(31);
         Pick(31);
@@ -94,14 +94,14 @@ TEST_F(PickSavesTest, AnExplicitSaveThatFailedIsRetriedByLaterPicks)
 {
     Lock(1);
     Level(Name(1), 1)->SchedCuts()->MoveToEnd(0);
-    EXPECT_FALSE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(Name(1))));
+    EXPECT_FALSE(cLib.Save(Name(1)));
     EXPECT_EQ(boxes.size(), 1u);
     const int lBefore = Attempts(1);
     for (int lPick = 1; lPick <= 3; ++lPick)
         Pick(lPick);
     EXPECT_EQ(Attempts(1), lBefore) << "it failed a moment ago";
     Lock(1, false);
-    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
+    WaitForRetry();
     Pick(2);
     EXPECT_EQ(File(Name(1)), Saved(1));
     EXPECT_EQ(boxes.size(), 1u);
@@ -113,17 +113,17 @@ TEST_F(PickSavesTest, ExplicitSavesRetryALockedFileOnceASecond)
     Pick(1);
     const int lBefore = Attempts(1);
     for (int lSave = 1; lSave <= 10; ++lSave)
-        EXPECT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(Name(2))));
+        EXPECT_TRUE(cLib.Save(Name(2)));
     EXPECT_EQ(Attempts(1), lBefore);
-    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
+    WaitForRetry();
     for (int lSave = 1; lSave <= 10; ++lSave)
-        EXPECT_TRUE(cLib.cSchedMan->SaveHistoryAndOrdering(MainCat(Name(2))));
+        EXPECT_TRUE(cLib.Save(Name(2)));
     EXPECT_EQ(Attempts(1), lBefore + 1);
 }
 
 TEST_F(PickSavesTest, ACategoryDeletedDuringItsPickGetsNoFileAgain)
 {
-    const std::shared_ptr<FakeCut> cFirst = std::dynamic_pointer_cast<FakeCut>(cLib.cDataBase->colCuts[0]);
+    const std::shared_ptr<FakeCut> cFirst = CutOf(Name(1) + L"a");
     bool bDeleted = false;
     cFirst->OnCall = [&](const std::string&) {
         if (std::exchange(bDeleted, true))
@@ -136,31 +136,23 @@ TEST_F(PickSavesTest, ACategoryDeletedDuringItsPickGetsNoFileAgain)
     EXPECT_EQ(File(Name(1)), "none");
 }
 
-TEST_F(PickSavesTest, ACategoryRenamedSinceIsNotRetried)
+TEST_F(PickSavesTest, PendingOrdersAreSavedFirstUnlessTheirCategoryWasRenamed)
 {
-    Lock(1);
-    Pick(1);
-    Lock(1, false);
-    MainCat(Name(1))->SetCatName(L"Renamed");
-    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
-    Forget();
-    Pick(2);
-    Pick(2);
-    EXPECT_EQ(Written(), (Lines{L"Cat2"}));
-}
-
-TEST_F(PickSavesTest, WhatIsOwedIsSavedFirst)
-{
-    Lock(1);
-    Pick(1);
-    Lock(1, false);
-    cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
-    Forget();
-    Pick(2);
-    EXPECT_EQ(Written(), (Lines{L"Cat1", L"Cat2"}));
-    Forget();
-    Pick(2);
-    EXPECT_EQ(Written(), (Lines{L"Cat2"}));
+    for (const bool bRenamed : {false, true})
+    {
+        Lock(1);
+        Pick(1);
+        Lock(1, false);
+        if (bRenamed)
+            MainCat(Name(1))->SetCatName(L"Renamed");
+        WaitForRetry();
+        Forget();
+        Pick(2);
+        EXPECT_EQ(Written(), bRenamed ? Lines{L"Cat2"} : (Lines{L"Cat1", L"Cat2"}));
+        Forget();
+        Pick(2);
+        EXPECT_EQ(Written(), Lines{L"Cat2"});
+    }
 }
 
 TEST_F(PickSavesTest, ANameThatCanBeNoFilesNameIsLoggedOnce)
@@ -174,25 +166,10 @@ TEST_F(PickSavesTest, ANameThatCanBeNoFilesNameIsLoggedOnce)
     for (int lPick = 1; lPick <= 5; ++lPick)
     {
         cLib.Pick(L"A?C\t1");
-        cPorts.cClock.Advance(UnsavedOrders::lRetryMs);
+        WaitForRetry();
         Pick(1);
     }
-    const Lines colLog = Log();
-    EXPECT_EQ(
-        std::count_if(
-            colLog.begin(), colLog.end(),
-            [](const std::wstring& sLine) { return sLine.find(L"Bad file name") != std::wstring::npos; }),
-        1);
-}
-
-TEST_F(PickSavesTest, UnsavedPicksAreSavedBeforeAPopulationReads)
-{
-    Pick(1, false);
-    Pick(1, false);
-    const Keys colOrder = Order(Name(1), 1);
-    EXPECT_NE(File(Name(1)), Saved(1));
-    cLib.Populate();
-    EXPECT_EQ(Order(Name(1), 1), colOrder);
+    EXPECT_EQ(Logged(L"DISPLAYERROR, SaveHistoryAndOrdering A?C 52 Bad file name: \"A?C\""), 1);
 }
 
 // ---- what a population needs to know
@@ -240,9 +217,7 @@ TEST_F(PickSavesTest, AFileWithMarkersServesBeforeAndAfterTheLevelIsEmptied)
     EXPECT_EQ(Order(Name(1), 2), (Keys{L"deep2", L"deep1"}));
     // Killed after the database has it, before the new order is saved: level 1 is empty, level 2 as it was.
     for (const std::wstring& sKey : colOrder)
-        for (const std::shared_ptr<Cut>& cCut : Cuts(cLib.cDataBase->colCuts))
-            if (cCut->Key().Text() == sKey)
-                cCut->SetCategoryText(Name(2));
+        CutOf(sKey)->SetCategoryText(Name(2));
     Forget();
     cLib.Restart();
     EXPECT_EQ(boxes, Boxes());

@@ -23,11 +23,7 @@ protected:
     {
         boxes.clear();
         for (int lPick = 0; lPick < lPicks; ++lPick)
-        {
-            std::shared_ptr<clsCat> cMainCat, cSubCat;
-            std::wstring sKey;
-            cLib.cSchedMan->NextCutFromRotation(sName + L"\t1", false, nullptr, cMainCat, cSubCat, sKey);
-        }
+            cLib.NextCut(sName + L"\t1");
         return boxes.size();
     }
 
@@ -42,8 +38,8 @@ TEST_F(PicksOnAirTest, ErrorIsShownOnceAnIncidentAndLoggedEachTime)
     EXPECT_EQ(Boxes(L"Rock", 5), 1u);
     EXPECT_EQ(boxes, (test::Boxes{CriticalBox(sTitle, CriticalText(91))}));
     const Lines colLog = Log();
-    const auto IsError = [](const std::wstring& sLine) { return sLine.ends_with(CriticalText(91)); };
-    EXPECT_EQ(std::count_if(colLog.begin(), colLog.end(), IsError), 5);
+    const auto isError = [](const std::wstring& sLine) { return sLine.ends_with(CriticalText(91)); };
+    EXPECT_EQ(std::count_if(colLog.begin(), colLog.end(), isError), 5);
     EXPECT_EQ(Boxes(L"Pop"), 0u);
     EXPECT_EQ(Boxes(L"Rock"), 0u) << "a good pick of another level ends nothing";
     cPop->failing = {"CloneCut"};
@@ -71,15 +67,7 @@ TEST_F(PicksOnAirTest, HandledErrorsBelongToTheIncident)
 TEST_F(PicksOnAirTest, PickOutOfTheBoxShowsNoSecondOne)
 {
     cRock->failing = {"CloneCut"};
-    int lShown = 0;
-    cPorts.cMessages.OnShown = [&] {
-        if (++lShown == 1)
-        {
-            std::shared_ptr<clsCat> cMainCat, cSubCat;
-            std::wstring sKey;
-            cLib.cSchedMan->NextCutFromRotation(L"Rock\t1", false, nullptr, cMainCat, cSubCat, sKey);
-        }
-    };
+    Once(cPorts.cMessages.OnShown, [&] { cLib.NextCut(L"Rock\t1"); });
     EXPECT_EQ(Boxes(L"Rock"), 1u);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A population from another folder or another database: what the present tree does until the new one is
-// there, and what is left when that fails.
+// A population from another folder or another database: what the present tree does until the new one replaces
+// it, and after a failure.
 #include "support/SyncTest.h"
 
 #include <functional>
@@ -105,16 +105,7 @@ protected:
         Populate(cLib.cDataBase, sOther, sPhase, bFails, action);
     }
 
-    std::wstring Pick()
-    {
-        std::shared_ptr<clsCat> cMainCat;
-        std::shared_ptr<clsCat> cSubCat;
-        std::wstring sKey;
-        return cLib.cSchedMan
-            ->NextCutFromRotation(L"Rock\t1", false, nullptr, cMainCat, cSubCat, sKey, false, true)
-            ->Key()
-            .Text();
-    }
+    std::wstring Pick() { return cLib.Pick(L"Rock\t1"); }
     std::int32_t ArtistRule() const { return Level(L"Rock", 1)->Rules()->ArtistSepMins(); }
     // The first cut in the saved order.
     std::string FirstSaved(const std::wstring& sAppPath) const
@@ -122,7 +113,7 @@ protected:
         const std::string bytes = cPorts.cFiles.Get(OrderPath(sAppPath)).substr(510, 8);
         return bytes.substr(0, bytes.find(' '));
     }
-    // What a person finds in the old folder's station, and that the other's files are as they were.
+    // The first folder's station is served and saved, and the other's files are as they were.
     void ExpectTheFirstStationIsWhole()
     {
         EXPECT_EQ(cLib.cSchedMan->AppPath(), sRadio);
@@ -155,53 +146,38 @@ protected:
     Cuts colCuts;
 };
 
-// ---- another folder: rules
+// ---- another folder
 
-TEST_F(ReplacedStationTest, RulesAskedForDuringAMoveAreThePresentFolders)
-{
-    Move(sAtTheEnd, false, [&] {
-        EXPECT_EQ(cLib.cSchedMan->AppPath(), sOther) << "told from the start";
-        EXPECT_EQ(ArtistRule(), 15);
-    });
-    EXPECT_EQ(ArtistRule(), 99);
-}
-
-TEST_F(ReplacedStationTest, RulesSetDuringAMoveAreSavedInThePresentFolder)
-{
-    Move(sAtTheEnd, false, [&] { Level(L"Rock", 1)->Rules()->SetArtistSepMins(16); });
-    EXPECT_EQ(cPorts.cFiles.Get(RulesPath(sRadio))[0], 16);
-    EXPECT_EQ(cPorts.cFiles.Get(RulesPath(sOther)), Rules(99));
-    EXPECT_EQ(ArtistRule(), 99);
-}
-
-TEST_F(ReplacedStationTest, RulesHeldOverAMoveStayInTheirFolder)
-{
-    const std::shared_ptr<clsCatRules> cHeld = Level(L"Rock", 1)->Rules();
-    Move(sAtTheEnd, false, [] {});
-    cHeld->SetArtistSepMins(16);
-    EXPECT_EQ(cPorts.cFiles.Get(RulesPath(sRadio))[0], 16);
-    EXPECT_EQ(cPorts.cFiles.Get(RulesPath(sOther)), Rules(99));
-}
-
-// ---- another folder: separations
-
-TEST_F(ReplacedStationTest, SeparationsChangeWhenAMoveHasSucceeded)
+TEST_F(ReplacedStationTest, RulesAndSeparationsChangeWhenAMoveHasSucceeded)
 {
     for (const wchar_t* sPhase : {sInTheMiddle, sAtTheEnd})
     {
-        Move(sPhase, false, [&] { EXPECT_EQ(cLib.cMod.GlobalArtistSepMins(), 10); });
+        Move(sPhase, false, [&] {
+            EXPECT_EQ(cLib.cSchedMan->AppPath(), sOther) << "from the start";
+            EXPECT_EQ(ArtistRule(), 15);
+            EXPECT_EQ(cLib.cMod.GlobalArtistSepMins(), 10);
+        });
+        EXPECT_EQ(ArtistRule(), 99);
         EXPECT_EQ(cLib.cMod.GlobalArtistSepMins(), 1);
         cLib.Populate();
         EXPECT_EQ(cLib.cMod.GlobalArtistSepMins(), 10);
     }
 }
 
-TEST_F(ReplacedStationTest, SeparationsSetDuringAMoveAreSavedInThePresentFolder)
+TEST_F(ReplacedStationTest, WhatIsSetDuringAMoveIsSavedInThePresentFolder)
 {
-    Move(sAtTheEnd, false, [&] { cLib.cMod.SetGlobalTitleSepMins(21); });
+    const std::shared_ptr<clsCatRules> cHeld = Level(L"Rock", 1)->Rules();
+    Move(sAtTheEnd, false, [&] {
+        Level(L"Rock", 1)->Rules()->SetArtistSepMins(16);
+        cLib.cMod.SetGlobalTitleSepMins(21);
+    });
+    EXPECT_EQ(cPorts.cFiles.Get(RulesPath(sRadio))[0], 16);
     EXPECT_EQ(cPorts.cFiles.Get(SettingsPathOf(sRadio)), "10\r\n21\r\n30\r\n");
-    EXPECT_EQ(cPorts.cFiles.Get(SettingsPathOf(sOther)), "1\r\n2\r\n3\r\n");
+    EXPECT_EQ(ArtistRule(), 99);
     EXPECT_EQ(cLib.cMod.GlobalTitleSepMins(), 2);
+    cHeld->SetArtistSepMins(17);
+    EXPECT_EQ(cPorts.cFiles.Get(RulesPath(sRadio))[0], 17) << "rules that a host holds stay in their folder";
+    ExpectOtherIsUntouched();
 }
 
 // ---- a move that fails
@@ -226,7 +202,7 @@ TEST_P(FailedMoveTest, AfterItEverythingIsThePresentFolders)
     ExpectTheFirstStationIsWhole();
 }
 
-TEST_F(ReplacedStationTest, AFailedMoveLeavesTheFolderAnotherManagerHasSettledIn)
+TEST_F(ReplacedStationTest, AFailedMoveLeavesTheFolderOfAnotherManager)
 {
     const auto cOtherMan = std::make_shared<clsSchedMan>(cLib.cMod);
     Move(sAtTheEnd, true, [&] { cOtherMan->PopulateFromDataBase(SameKeysReversed(), sOther); });
@@ -262,7 +238,7 @@ TEST_F(ReplacedStationTest, PicksWhileAnotherDatabaseIsReadServeThePresentOne)
 {
     const auto cSecond = SameKeysReversed();
     Populate(cSecond, sRadio, sAtTheEnd, false, [&] {
-        EXPECT_EQ(cLib.cSchedMan->DataBase(), cSecond) << "told from the start";
+        EXPECT_EQ(cLib.cSchedMan->DataBase(), cSecond) << "from the start";
         EXPECT_EQ(Pick(), L"cut1");
         EXPECT_EQ(*Level(L"Rock", 1)->SchedCuts()->Find(L"cut1"), colCuts[0]);
     });
@@ -300,7 +276,7 @@ TEST_F(ReplacedStationTest, APlayDuringAFailedPopulationIsThePresentDatabases)
     }
 }
 
-TEST_F(ReplacedStationTest, APlayWhileAnotherDatabaseIsReadIsBoths)
+TEST_F(ReplacedStationTest, APlayWhileAnotherDatabaseIsReadCountsForBoth)
 {
     const auto cSecond = SameKeysReversed();
     const std::shared_ptr<Cut> cPlayed = colCuts[0]->CloneCut();
@@ -337,21 +313,7 @@ TEST_F(ReplacedStationTest, AFailedPopulationFollowsThePresentDatabaseAgain)
 
 TEST_F(ReplacedStationTest, ReloadAllDuringAPopulationShowsThePresentTree)
 {
-    struct Windows final : SchedulerWindows
-    {
-        std::function<void()> OnReload;
-        int lReloads = 0;
-        bool LibraryExists() const override { return false; }
-        bool LibraryShowing() const override { return false; }
-        void ReloadLibrary() override
-        {
-            ++lReloads;
-            OnReload();
-        }
-        void RefreshLibrary() override {}
-        void ShowLibrary() override {}
-        std::int32_t ShowCategory(CategoryRequest&) override { return lNotChosen; }
-    } cWindows;
+    CountingWindows cWindows;
     const auto colTree = cLib.cSchedMan->colMainCats();
     cWindows.OnReload = [&] { EXPECT_EQ(cLib.cSchedMan->colMainCats(), colTree); };
     cLib.cSchedMan->SetWindows(&cWindows);
@@ -375,14 +337,9 @@ TEST(FirstPopulation, PicksAndReloadAllInItFindNoTree)
         if (!sLine.starts_with(L"Start 1: Creating"))
             return;
         cLib.cSchedMan->ReloadAll();
-        std::shared_ptr<clsCat> cMainCat;
-        std::shared_ptr<clsCat> cSubCat;
-        std::wstring sKey;
-        const std::shared_ptr<Cut> cCut =
-            cLib.cSchedMan->NextCutFromRotation(L"Rock\t1", false, nullptr, cMainCat, cSubCat, sKey);
+        const std::shared_ptr<Cut> cCut = cLib.NextCut(L"Rock\t1");
         ASSERT_TRUE(cCut);
         lKind = cCut->KindCode();
-        EXPECT_FALSE(cMainCat);
     };
     cLib.Populate();
     EXPECT_EQ(lKind, eKindMainCatNotFound);

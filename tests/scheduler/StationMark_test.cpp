@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A station folder in use is marked, so that a second program can tell.
+// A station folder in use is marked, so that a second program notices.
 #include "platform/StationMarker.h"
 
 #include "support/SchedulerTest.h"
@@ -36,21 +36,15 @@ TEST_F(StationMarkTest, AStationIsMarkedFromItsPopulationToTheEnd)
     EXPECT_FALSE(InUse());
     cLibrary.Populate();
     EXPECT_TRUE(InUse());
-    cLibrary.cSchedMan = nullptr;
+    cLibrary.cHost.OnEvent = [&](const std::wstring&) { EXPECT_TRUE(InUse()); };
+    cLibrary.Populate(L"c:\\RADIO"); // the same folder
+    EXPECT_TRUE(InUse());
+    cLibrary.End();
     EXPECT_FALSE(InUse());
     EXPECT_TRUE(cPorts.LogMessages().empty());
 }
 
-TEST_F(StationMarkTest, AReloadKeepsTheMarkHoweverThePathIsSpelled)
-{
-    cLibrary.Populate();
-    cLibrary.cHost.OnEvent = [&](const std::wstring&) { EXPECT_TRUE(InUse()); };
-    cLibrary.Populate(L"c:\\RADIO");
-    EXPECT_TRUE(InUse());
-    EXPECT_TRUE(cPorts.LogMessages().empty());
-}
-
-TEST_F(StationMarkTest, ASecondManagerSaysSoInTheLogAndWorksOn)
+TEST_F(StationMarkTest, ASecondManagerIsLoggedAndWorks)
 {
     cLibrary.Populate();
     Library cSecond(cPorts);
@@ -65,9 +59,8 @@ TEST_F(StationMarkTest, ASecondManagerSaysSoInTheLogAndWorksOn)
 
 TEST_F(StationMarkTest, TheMarkIsTakenAtTheNextPopulationOnceItIsFree)
 {
-    std::unique_ptr<HeldFile> cOther;
     cPorts.cFiles.MakeFolders(L"C:\\Radio\\Scheduler");
-    cOther = MarkStation(cPorts.cFiles, L"C:\\Radio");
+    std::unique_ptr<HeldFile> cOther = MarkStation(cPorts.cFiles, L"C:\\Radio");
     cLibrary.Populate();
     cLibrary.Populate();
     EXPECT_EQ(cPorts.LogMessages(), (Lines{colWarning[0], colWarning[0]}));
@@ -77,22 +70,17 @@ TEST_F(StationMarkTest, TheMarkIsTakenAtTheNextPopulationOnceItIsFree)
     EXPECT_EQ(cPorts.LogMessages().size(), 2u);
 }
 
-TEST_F(StationMarkTest, TheMarkFollowsTheManagerToAnotherFolder)
+TEST_F(StationMarkTest, TheMarkIsWhereTheTreeIs)
 {
     cLibrary.Populate();
-    cLibrary.Populate(L"C:\\Other");
-    EXPECT_FALSE(InUse());
-    EXPECT_TRUE(InUse(L"C:\\Other"));
-}
-
-TEST_F(StationMarkTest, AfterAFailedPopulationTheMarkIsWhereTheTreeIs)
-{
-    cLibrary.Populate();
-    cLibrary.cDataBase->bAllCutsFails = true;
-    cLibrary.Populate(L"C:\\Other");
-    ASSERT_EQ(cPorts.cMessages.Boxes.size(), 1u);
-    EXPECT_TRUE(InUse());
-    EXPECT_FALSE(InUse(L"C:\\Other"));
+    for (const bool bFails : {true, false})
+    {
+        cLibrary.cDataBase->bAllCutsFails = bFails;
+        cLibrary.Populate(L"C:\\Other");
+        EXPECT_EQ(InUse(), bFails);
+        EXPECT_EQ(InUse(L"C:\\Other"), !bFails);
+    }
+    EXPECT_EQ(cPorts.cMessages.Boxes.size(), 1u);
 }
 
 TEST_F(StationMarkTest, AStationThatCannotBeMarkedIsPopulatedAllTheSame)
@@ -106,19 +94,21 @@ TEST_F(StationMarkTest, AStationThatCannotBeMarkedIsPopulatedAllTheSame)
     EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
 }
 
-// ---- what a killed program leaves behind
+// ---- leftovers of a killed program
 
 TEST_F(StationMarkTest, TemporaryFilesOlderThanADayAreDeleted)
 {
     using std::chrono::hours;
     using std::chrono::seconds;
     const std::wstring sScheduler = L"C:\\Radio\\Scheduler\\";
+    const std::wstring sReadOnly = sScheduler + L"~00000000.tmp";
     const struct
     {
         std::wstring sPath;
         seconds lAge;
         bool bStays;
     } rows[] = {
+        {sReadOnly, hours(48), true}, // and stops nothing
         {sScheduler + L"~0123abcd.tmp", hours(25), false},
         {sScheduler + L"History_and_Ordering\\~ffffffff.tmp", hours(24) + seconds(1), false},
         {sScheduler + L"Rules\\~00000000.tmp", hours(24 * 365), false},
@@ -134,26 +124,12 @@ TEST_F(StationMarkTest, TemporaryFilesOlderThanADayAreDeleted)
         cPorts.cFiles.Put(row.sPath, "left");
         cPorts.cFiles.SetAge(row.sPath, row.lAge);
     }
+    cPorts.cFiles.SetReadOnly(sReadOnly);
     cLibrary.Populate();
+    EXPECT_EQ(cLibrary.Tree(), L"Rock 1: a.mp3");
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
     for (const auto& row : rows)
         EXPECT_EQ(cPorts.cFiles.FileExists(row.sPath), row.bStays) << testing::PrintToString(row.sPath);
-}
-
-TEST_F(StationMarkTest, ATemporaryFileThatCannotBeDeletedStopsNothing)
-{
-    const std::wstring sFirst = L"C:\\Radio\\Scheduler\\~00000000.tmp";
-    const std::wstring sSecond = L"C:\\Radio\\Scheduler\\~00000001.tmp";
-    for (const std::wstring& sPath : {sFirst, sSecond})
-    {
-        cPorts.cFiles.Put(sPath, "left");
-        cPorts.cFiles.SetAge(sPath, std::chrono::hours(48));
-    }
-    cPorts.cFiles.SetReadOnly(sFirst);
-    cLibrary.Populate();
-    EXPECT_TRUE(cPorts.cFiles.FileExists(sFirst));
-    EXPECT_FALSE(cPorts.cFiles.FileExists(sSecond));
-    EXPECT_EQ(cLibrary.Order(L"Rock", 1), Keys{L"a.mp3"});
-    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
 }
 
 } // namespace

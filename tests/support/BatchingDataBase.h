@@ -12,7 +12,7 @@ namespace ravlo::test
 {
 
 // A database with batches, which it counts. A batch that ends without Commit puts the cuts back as they were
-// when it began; so does a commit that is told to fail.
+// when it began; so does a refused commit.
 class BatchingDataBase final : public DataBase
 {
 public:

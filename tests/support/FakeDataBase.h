@@ -20,8 +20,8 @@
 namespace ravlo::test
 {
 
-// A cut of a database in memory. Each member can be told to fail (error 91, which stands for a cut whose
-// record is gone).
+// A cut of a database in memory. Each member can be made to fail (error 91, as when a cut's record is
+// gone).
 class FakeCut final : public Cut
 {
 public:
@@ -48,7 +48,7 @@ public:
     std::map<std::string, int>& calls = m_cRecord->calls;
     bool& bClonesNothing = m_cRecord->bClonesNothing;
     std::int32_t& lID = m_cRecord->lID; // the database's number
-    // Called at the start of every member's call, with its name: what a host's cut may do meanwhile.
+    // Called at the start of every member's call, with its name: a host's cut may do anything there.
     std::function<void(const std::string& sMember)>& OnCall = m_cRecord->OnCall;
 
     TextKey Key() const override { return In("Key").Key(); }
@@ -176,8 +176,7 @@ public:
     }
     void Unadvise(DataBaseEvents& cEvents) noexcept override { std::erase(colListeners, &cEvents); }
 
-    // Tells every listener, as a database tells of its changes: Announce(&DataBaseEvents::CutsAdded,
-    // colCuts).
+    // Notifies every listener: Announce(&DataBaseEvents::CutsAdded, colCuts).
     template <class... Parameters, class... Arguments>
     void Announce(void (DataBaseEvents::*pEvent)(Parameters...), const Arguments&... arguments)
     {

@@ -14,6 +14,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -24,13 +25,13 @@ using Boxes = std::vector<ShownBox>;
 using Lines = std::vector<std::wstring>;
 using Keys = std::vector<std::wstring>;
 
-// A host that writes down what it is told: "Start 3: reason", "Progress 20/60: text", "Done: status", "Help",
+// A host that records the events it gets: "Start 3: reason", "Progress 20/60: text", "Done: status", "Help",
 // "Edit key".
 class HostEvents final : public SchedulerEvents
 {
 public:
     Lines colSaid;
-    // Called with each line, after it is written down: a host may do anything inside an event. May replace
+    // Called with each line, after it is recorded: a host may do anything inside an event. May replace
     // itself.
     std::function<void(const std::wstring& sLine)> OnEvent;
     std::optional<std::int32_t> lEditAnswer;
@@ -63,7 +64,7 @@ private:
     }
 };
 
-// A clock that goes on by itself: each look at the tick count takes some milliseconds.
+// A clock on which each look at the tick count takes some milliseconds.
 class TickingClock final : public Clock
 {
 public:
@@ -104,14 +105,23 @@ inline std::string SifCut(const std::string& path, std::int32_t lLevel)
 {
     return SifCut("Artist of " + path, "Title of " + path, path, lLevel);
 }
+// The records of such cuts, their paths separated by blanks.
+inline std::string SifCuts(const std::string& paths, std::int32_t lLevel = 1)
+{
+    std::string bytes;
+    std::istringstream cPaths(paths);
+    for (std::string path; cPaths >> path;)
+        bytes += SifCut(path, lLevel);
+    return bytes;
+}
 // The record that only declares a level.
 inline std::string SifMarker(std::int32_t lLevel)
 {
     return std::string(765, '\0') + SifLevel(lLevel) + "\xFF\xFF" + std::string(1212, '\0');
 }
 
-// A file's records without the markers that stand in front of their own level's cuts, as they are written
-// ahead of a change.
+// A file's records without the markers that precede their own level's cuts, as they are written ahead of a
+// change.
 inline std::string SifWithoutGuards(const std::string& bytes)
 {
     constexpr std::size_t lRecord = 1983;
@@ -147,6 +157,15 @@ inline std::wstring TreeText(const CatCollection& colMainCats)
     return sTree.empty() ? sTree : sTree.substr(3);
 }
 
+// The keys that are among others too, in their order.
+inline Keys Common(Keys colKeys, const Keys& colOthers)
+{
+    std::erase_if(colKeys, [&](const std::wstring& sKey) {
+        return std::find(colOthers.begin(), colOthers.end(), sKey) == colOthers.end();
+    });
+    return colKeys;
+}
+
 // Runs an action at the next call of a hook, and not again.
 inline void Once(std::function<void()>& hook, std::function<void()> action)
 {
@@ -166,7 +185,8 @@ inline std::wstring SifPath(const std::wstring& sName)
 inline constexpr const wchar_t* sMainCatsPath = L"C:\\Radio\\Scheduler\\MainCats.txt";
 inline constexpr const wchar_t* sSettingsPath = L"C:\\Radio\\Scheduler\\SchedulerSettings.dat";
 
-// A library with one manager, in the host's folder C:\Radio. cFiles are the world's unless others are given.
+// A library with one manager, in the host's folder C:\Radio. Its files are those of cPorts unless others are
+// given.
 struct Library
 {
     explicit Library(MemoryPorts& cPorts) : Library(cPorts, cPorts.cFiles) {}
@@ -186,30 +206,45 @@ struct Library
     {
         cSchedMan->PopulateFromDataBase(cDataBase, sAppPath);
     }
-    // Ends this manager, as a host does at the end of its day, and begins anew.
+    // Ends this manager, as a host does at the end of its day, and starts another one.
     void Restart(const std::wstring& sAppPath = sRadio)
     {
         cSchedMan = std::make_shared<clsSchedMan>(cMod);
         cSchedMan->SetEvents(&cHost);
         Populate(sAppPath);
     }
-
-    // Ends this manager without beginning anew.
+    // Ends this manager.
     void End()
     {
-        cSchedMan->SetEvents(nullptr);
+        if (cSchedMan)
+            cSchedMan->SetEvents(nullptr);
         cSchedMan.reset();
     }
-    // The key of the cut that plays next from a level, which is named as name, TAB and number.
-    std::wstring Pick(const std::wstring& sSubCatKey, bool bSave = true)
+    // The cut that plays next from a level, which is named as name, TAB and number.
+    std::shared_ptr<Cut> NextCut(const std::wstring& sSubCatKey, bool bMustBeOpener = false,
+                                 bool bSave = true)
     {
         std::shared_ptr<clsCat> cMainCat;
         std::shared_ptr<clsCat> cSubCat;
         std::wstring sMainCatKey;
-        const std::shared_ptr<Cut> cNext = cSchedMan->NextCutFromRotation(
-            sSubCatKey, false, nullptr, cMainCat, cSubCat, sMainCatKey, false, bSave);
-        return cNext->Key().Text();
+        return cSchedMan->NextCutFromRotation(sSubCatKey, bMustBeOpener, nullptr, cMainCat, cSubCat,
+                                              sMainCatKey, false, bSave);
     }
+    std::wstring Pick(const std::wstring& sSubCatKey, bool bSave = true)
+    {
+        return NextCut(sSubCatKey, false, bSave)->Key().Text();
+    }
+
+    // Moves or copies cuts from one category or level to another.
+    void Change(eCatDragOptions eOption, const std::shared_ptr<clsCat>& cFrom,
+                const std::shared_ptr<clsCat>& cTo, const Cuts& colCuts)
+    {
+        bool bCreated = false;
+        cSchedMan->DoMassCatChange(eOption, {cFrom}, cTo, colCuts, bCreated);
+    }
+    bool CreateMainCat(std::wstring sName) { return cSchedMan->CreateMainCat(sName); }
+    bool Save(const std::wstring& sName) { return cSchedMan->SaveHistoryAndOrdering(MainCat(sName)); }
+    bool SaveAll() { return cSchedMan->SaveHistoryAndOrdering(nullptr); }
 
     std::shared_ptr<clsCat> MainCat(const std::wstring& sName) const
     {
@@ -221,13 +256,18 @@ struct Library
         const std::shared_ptr<clsCat> cMainCat = MainCat(sName);
         return cMainCat ? cMainCat->SubCat(lLevel) : nullptr;
     }
+    // The cuts of a level in rotation order; none when there is no such level.
+    Cuts CutsOf(const std::wstring& sName, std::int32_t lLevel = 1) const
+    {
+        const std::shared_ptr<clsCat> cLevel = Level(sName, lLevel);
+        return cLevel ? Cuts(cLevel->SchedCuts()->begin(), cLevel->SchedCuts()->end()) : Cuts();
+    }
     // The keys of a level's cuts in rotation order.
     Keys Order(const std::wstring& sName, std::int32_t lLevel) const
     {
         Keys colKeys;
-        if (const std::shared_ptr<clsCat> cLevel = Level(sName, lLevel))
-            for (const std::shared_ptr<Cut>& cCut : *cLevel->SchedCuts())
-                colKeys.push_back(cCut->Key().Text());
+        for (const std::shared_ptr<Cut>& cCut : CutsOf(sName, lLevel))
+            colKeys.push_back(cCut->Key().Text());
         return colKeys;
     }
     std::wstring Tree() const { return TreeText(*cSchedMan->colMainCats()); }

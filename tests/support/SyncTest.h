@@ -2,6 +2,7 @@
 #pragma once
 
 #include "scheduler/SchedulerWindows.h"
+#include "scheduler/UnsavedOrders.h"
 #include "support/SchedulerTest.h"
 
 #include <map>
@@ -10,17 +11,24 @@
 namespace ravlo::test
 {
 
-// A library window that counts how often it is told to refresh.
+// A library window that counts its refreshes and reloads.
 class CountingWindows final : public SchedulerWindows
 {
 public:
     bool bExists = true;
     int lRefreshes = 0;
     std::function<void()> OnRefresh;
+    int lReloads = 0;
+    std::function<void()> OnReload;
 
     bool LibraryExists() const override { return bExists; }
     bool LibraryShowing() const override { return bExists; }
-    void ReloadLibrary() override {}
+    void ReloadLibrary() override
+    {
+        ++lReloads;
+        if (const auto hook = OnReload)
+            hook();
+    }
     void RefreshLibrary() override
     {
         ++lRefreshes;
@@ -39,7 +47,7 @@ inline Lines Joined(std::initializer_list<Lines> colParts)
     return colAll;
 }
 
-// What a host is told of an explicit save of so many records.
+// The events of an explicit save of so many records.
 inline Lines SaveSaid(const std::wstring& sName, std::size_t records)
 {
     const std::wstring sCount = std::to_wstring(records);
@@ -125,6 +133,13 @@ public:
         const Lines colLog = Log();
         return std::count(colLog.begin(), colLog.end(), sLine);
     }
+    // Whether the order file of a category can be replaced.
+    void SetReadOnly(const std::wstring& sName, bool bReadOnly = true)
+    {
+        cPorts.cFiles.SetReadOnly(SifPath(sName), bReadOnly);
+    }
+    // Lets so much time pass that what could not be saved is due again.
+    void WaitForRetry() { cPorts.cClock.Advance(UnsavedOrders::lRetryMs); }
     // Every event, pump and sleep from here on, in order.
     void TraceAll(Lines& colTrace)
     {
@@ -152,6 +167,10 @@ public:
     std::shared_ptr<clsCat> Level(const std::wstring& sName, std::int32_t lLevel) const
     {
         return cLib.Level(sName, lLevel);
+    }
+    Cuts CutsOf(const std::wstring& sName, std::int32_t lLevel = 1) const
+    {
+        return cLib.CutsOf(sName, lLevel);
     }
     Keys Order(const std::wstring& sName, std::int32_t lLevel) const { return cLib.Order(sName, lLevel); }
     std::wstring Tree() const { return cLib.Tree(); }
