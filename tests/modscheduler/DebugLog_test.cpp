@@ -12,6 +12,8 @@ namespace ravlo::test
 namespace
 {
 
+using Lines = std::vector<std::wstring>;
+
 class DebugLogTest : public testing::Test
 {
 protected:
@@ -27,29 +29,17 @@ protected:
     ModScheduler cMod{cPorts.Ports()};
 };
 
-TEST_F(DebugLogTest, TheFirstLineOfADayCreatesItsFileWithALineThatSaysSo)
+TEST_F(DebugLogTest, ADaysFirstLineCreatesItsFileAndOthersAreAppended)
 {
-    cPorts.cClock.SetNow(DateTimeOf({2024, 3, 5, 7, 8, 9}));
+    cPorts.cClock.SetNow(DateTimeOf({2109, 3, 5, 7, 8, 9}));
     cMod.WriteDebugLog(L"Caf\u00E9");
-    EXPECT_EQ(Log(L"05"), "05/03/24 07:08:09 RavloScheduler debugging log created.\r\n"
-                          "05/03/24 07:08:09 Caf\xE9\r\n");
-}
-
-TEST_F(DebugLogTest, FurtherLinesAreAppended)
-{
-    cMod.WriteDebugLog(L"one");
-    cPorts.cClock.Advance(1000);
+    cPorts.cClock.SetNow(DateTimeOf({2109, 3, 5, 7, 8, 10}));
     cMod.WriteDebugLog(L"");
-    EXPECT_EQ(Log(L"01"), "01/03/24 12:00:00 RavloScheduler debugging log created.\r\n"
-                          "01/03/24 12:00:00 one\r\n"
-                          "01/03/24 12:00:01 \r\n");
-}
-
-TEST_F(DebugLogTest, TheYearHasTwoDigits)
-{
-    cPorts.cClock.SetNow(DateTimeOf({2109, 12, 31, 23, 59, 59}));
-    cMod.WriteDebugLog(L"x");
-    EXPECT_EQ(Log(L"31").substr(0, 18), "31/12/09 23:59:59 ");
+    cMod.WriteDebugLog(L"\u65E5\u672C");
+    EXPECT_EQ(Log(L"05"), "05/03/09 07:08:09 RavloScheduler debugging log created.\r\n"
+                          "05/03/09 07:08:09 Caf\xE9\r\n"
+                          "05/03/09 07:08:10 \r\n"
+                          "05/03/09 07:08:10 ??\r\n");
 }
 
 TEST_F(DebugLogTest, AStampNamesTheSecondThatHasBegun)
@@ -87,12 +77,12 @@ TEST_F(DebugLogTest, EverySecondOfADayIsStampedAsItself)
     constexpr std::size_t line = 20;
     const std::size_t first = sLog.find('\n') + 1; // after the line of the creation
     ASSERT_EQ(sLog.size(), first + 86'400 * line);
-    for (std::size_t lSecond = 0; lSecond < 86'400; ++lSecond)
+    for (std::size_t second = 0; second < 86'400; ++second)
     {
         char aTime[9];
-        std::snprintf(aTime, sizeof aTime, "%02d:%02d:%02d", static_cast<int>(lSecond / 3600 % 24),
-                      static_cast<int>(lSecond / 60 % 60), static_cast<int>(lSecond % 60));
-        ASSERT_EQ(sLog.substr(first + lSecond * line + 9, 8), aTime);
+        std::snprintf(aTime, sizeof aTime, "%02d:%02d:%02d", static_cast<int>(second / 3600 % 24),
+                      static_cast<int>(second / 60 % 60), static_cast<int>(second % 60));
+        ASSERT_EQ(sLog.substr(first + second * line + 9, 8), aTime);
     }
 }
 
@@ -100,10 +90,8 @@ TEST_F(DebugLogTest, AMessageIsCutAfterAThousandCharacters)
 {
     for (const std::size_t length : {999u, 1000u, 1001u, 10'000'000u})
         cMod.WriteDebugLog(std::wstring(length, L'x'));
-    EXPECT_EQ(
-        cPorts.LogMessages(),
-        (std::vector<std::wstring>{std::wstring(999, L'x'), std::wstring(1000, L'x'),
-                                   std::wstring(1000, L'x') + L"...", std::wstring(1000, L'x') + L"..."}));
+    const std::wstring sCut = std::wstring(1000, L'x') + L"...";
+    EXPECT_EQ(cPorts.LogMessages(), (Lines{std::wstring(999, L'x'), std::wstring(1000, L'x'), sCut, sCut}));
 }
 
 TEST_F(DebugLogTest, ALineOrAnErrorNeverThrowsAtItsCaller)
@@ -116,25 +104,17 @@ TEST_F(DebugLogTest, ALineOrAnErrorNeverThrowsAtItsCaller)
     static_assert(noexcept(cMod.LogError(sText, cError)));
 }
 
-TEST_F(DebugLogTest, WhatTheCodePageLacksIsSubstituted)
-{
-    cMod.WriteDebugLog(L"\u65E5\u672C");
-    EXPECT_EQ(cPorts.LogMessages(), (std::vector<std::wstring>{L"??"}));
-}
-
-struct Days
-{
-    DateFields when;
-    const wchar_t* sToday;
-    const wchar_t* sTomorrow;
-};
-
 TEST_F(DebugLogTest, LastMonthsLogOfTomorrowIsDeleted)
 {
-    const Days days[] = {{{2024, 3, 5, 12, 0, 0}, L"05", L"06"},    {{2024, 3, 9, 0, 0, 0}, L"09", L"10"},
-                         {{2024, 1, 31, 23, 59, 59}, L"31", L"01"}, {{2024, 2, 28, 12, 0, 0}, L"28", L"29"},
-                         {{2023, 2, 28, 12, 0, 0}, L"28", L"01"},   {{2024, 12, 31, 12, 0, 0}, L"31", L"01"}};
-    for (const Days& row : days)
+    const struct
+    {
+        DateFields when;
+        const wchar_t* sToday;
+        const wchar_t* sTomorrow;
+    } days[] = {{{2024, 3, 5, 12, 0, 0}, L"05", L"06"},    {{2024, 3, 9, 0, 0, 0}, L"09", L"10"},
+                {{2024, 1, 31, 23, 59, 59}, L"31", L"01"}, {{2024, 2, 28, 12, 0, 0}, L"28", L"29"},
+                {{2023, 2, 28, 12, 0, 0}, L"28", L"01"},   {{2024, 12, 31, 12, 0, 0}, L"31", L"01"}};
+    for (const auto& row : days)
     {
         cPorts.cClock.SetNow(DateTimeOf(row.when));
         for (int lDay = 1; lDay <= 31; ++lDay)
@@ -154,12 +134,16 @@ TEST_F(DebugLogTest, TodaysLinesAreWrittenEvenWhenTomorrowsFileCannotBeDeleted)
     cPorts.cFiles.Put(LogOfDay(L"02"), "old");
     cPorts.cFiles.SetReadOnly(LogOfDay(L"02"));
     cMod.WriteDebugLog(L"x");
-    EXPECT_EQ(cPorts.LogMessages(), (std::vector<std::wstring>{L"x"}));
+    EXPECT_EQ(cPorts.LogMessages(), Lines{L"x"});
     EXPECT_EQ(Log(L"02"), "old");
 }
 
 TEST_F(DebugLogTest, LinesOfACallAreAppendedTogetherAtItsEnd)
 {
+    {
+        const ModScheduler::LogScope cScope(cMod);
+    }
+    EXPECT_EQ(cPorts.cFiles.Operations(), Lines()) << "without lines it touches no file";
     {
         const ModScheduler::LogScope cOuter(cMod);
         cMod.WriteDebugLog(L"one");
@@ -173,17 +157,8 @@ TEST_F(DebugLogTest, LinesOfACallAreAppendedTogetherAtItsEnd)
     EXPECT_EQ(Log(L"01"), "01/03/24 12:00:00 RavloScheduler debugging log created.\r\n"
                           "01/03/24 12:00:00 one\r\n"
                           "01/03/24 12:00:02 two\r\n")
-        << "each with the time at which it was noted";
-    EXPECT_EQ(cPorts.cFiles.Operations(), (std::vector<std::wstring>{L"Append " + LogOfDay(L"01")}))
-        << "one append a call, not one a line";
-}
-
-TEST_F(DebugLogTest, AScopeWithoutLinesTouchesNoFile)
-{
-    {
-        const ModScheduler::LogScope cScope(cMod);
-    }
-    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
+        << "each with its own time";
+    EXPECT_EQ(cPorts.cFiles.Operations(), Lines{L"Append " + LogOfDay(L"01")});
 }
 
 TEST_F(DebugLogTest, GatheredLinesGoToTheFilesOfTheirOwnDays)
@@ -205,7 +180,7 @@ TEST_F(DebugLogTest, GatheredLinesGoToTheFilesOfTheirOwnDays)
 
 TEST_F(DebugLogTest, GatheredLinesAreAppendedBeforeAnythingThatLetsOthersRun)
 {
-    const std::vector<std::wstring> colBefore{L"before"};
+    const Lines colBefore{L"before"};
     int lSeen = 0;
     const auto look = [&] {
         EXPECT_EQ(cPorts.LogMessages(), colBefore);
@@ -240,12 +215,12 @@ TEST_F(DebugLogTest, LinesOfAnotherCallInsideAPumpComeAfterThoseGatheredBefore)
         cMod.Pump();
         cMod.WriteDebugLog(L"after");
     }
-    EXPECT_EQ(cPorts.LogMessages(), (std::vector<std::wstring>{L"before", L"inside", L"after"}));
+    EXPECT_EQ(cPorts.LogMessages(), (Lines{L"before", L"inside", L"after"}));
 }
 
 TEST_F(DebugLogTest, CallsMadeWhileABoxIsOpenAreWrittenAsTheyEnd)
 {
-    std::vector<std::wstring> colSeen; // in the log before the box is closed
+    Lines colSeen; // in the log before the box is closed
     const auto call = [&] {
         {
             const ModScheduler::LogScope cScope(cMod);
@@ -284,7 +259,7 @@ TEST_F(DebugLogTest, LinesNotedBeforeTheFolderChangesStayInTheOldFolder)
         cMod.StoreAppPath(L"C:\\Elsewhere");
         cMod.WriteDebugLog(L"no log folder there");
     }
-    EXPECT_EQ(cPorts.LogMessages(), (std::vector<std::wstring>{L"old folder"}));
+    EXPECT_EQ(cPorts.LogMessages(), Lines{L"old folder"});
     EXPECT_EQ(cPorts.cFiles.Paths().size(), 1u);
 }
 

@@ -49,7 +49,7 @@ TEST_F(SavedFilesTest, WhatWasReadIsReplacedWithoutACopy)
     cDisk.Put(sPath, "old");
     EXPECT_EQ(cSaved.StateOf(sPath, cOne), State::NotSeen);
     EXPECT_EQ(cSaved.Read(L"c:\\ROCK.SIF", cOne), "old");
-    EXPECT_EQ(cSaved.StateOf(sPath, cOne), State::Known) << "whatever the case of the name";
+    EXPECT_EQ(cSaved.StateOf(sPath, cOne), State::Known) << "in any case of the name";
     EXPECT_EQ(Save("new"), Result::Written);
     EXPECT_EQ(Bytes(sPath), "new");
     EXPECT_EQ(Bytes(sBak), std::nullopt);
@@ -79,7 +79,7 @@ TEST_F(SavedFilesTest, WhatNobodyHasSeenIsKeptOrLeftAlone)
     EXPECT_EQ(Save("again", cOne, Unseen::LeaveAlone), Result::Written) << "it is our own now";
 }
 
-TEST_F(SavedFilesTest, AFileThatCameIntoBeingSinceIsNotSeen)
+TEST_F(SavedFilesTest, AFileCreatedByOthersSinceIsNotSeen)
 {
     EXPECT_EQ(cSaved.Read(sPath, cOne), std::nullopt);
     EXPECT_EQ(cSaved.StateOf(sPath, cOne), State::Absent);
@@ -89,7 +89,7 @@ TEST_F(SavedFilesTest, AFileThatCameIntoBeingSinceIsNotSeen)
     EXPECT_EQ(Bytes(sBak), "theirs");
 }
 
-TEST_F(SavedFilesTest, AFileThatCannotBeLookedAtIsNotAbsent)
+TEST_F(SavedFilesTest, AFileThatCannotBeCheckedIsNotAbsent)
 {
     cDisk.Put(sPath, "old");
     cDisk.SetAway(L"C:", error::PathNotFound);
@@ -102,7 +102,7 @@ TEST_F(SavedFilesTest, AFileThatCannotBeLookedAtIsNotAbsent)
     EXPECT_EQ(Bytes(sBak), "old");
 }
 
-TEST_F(SavedFilesTest, WhatOneAuthorHasReadAnotherMayNotHave)
+TEST_F(SavedFilesTest, EachAuthorHasItsOwnReading)
 {
     cDisk.Put(sPath, "old");
     cDisk.SetUnreadable(sPath, error::PermissionDenied);
@@ -142,18 +142,9 @@ TEST_F(SavedFilesTest, CopiesAreNumberedAndTheLastOneIsReplaced)
     EXPECT_EQ(Bytes(sBak + L"10"), std::nullopt);
 }
 
-TEST_F(SavedFilesTest, WhatCannotBeReadIsPutAwayWhole)
+TEST_F(SavedFilesTest, WhatCannotBeReadIsPutAwayWholeOrReturns)
 {
-    cDisk.Put(sPath, "old");
-    cDisk.SetUnreadable(sPath, error::DeviceIo);
-    EXPECT_EQ(Save("new"), Result::Written);
-    EXPECT_EQ(Bytes(sBak), "old");
-    EXPECT_EQ(Bytes(sPath), "new");
-}
-
-TEST_F(SavedFilesTest, WhatWasPutAwayReturnsWhenTheSaveFails)
-{
-    // The first write is the one to the file itself: nothing else is written for what cannot be read.
+    // Nothing but the file itself is written for what cannot be read.
     for (const int lGood : {1, 2, 3, 4})
     {
         MemoryFiles cFiles{{sPath, "old"}};
@@ -165,6 +156,7 @@ TEST_F(SavedFilesTest, WhatWasPutAwayReturnsWhenTheSaveFails)
         EXPECT_FALSE(cFiles.FileExists(sBak));
         EXPECT_EQ(cKeeper.Replace(sPath, cKeeper.Begin(), "new", cOne), Result::Written);
         EXPECT_EQ(cFiles.Get(sBak), "old");
+        EXPECT_EQ(cFiles.Get(sPath), "new");
     }
 }
 
@@ -229,7 +221,7 @@ TEST_F(SavedFilesTest, AnyFailingStepLeavesOldOrNewAndLosesNothing)
                 }
                 catch (const RuntimeError&)
                 {
-                    bRead = false; // the station goes on without what it could not read
+                    bRead = false; // the station works without what it could not read
                 }
                 try
                 {

@@ -38,39 +38,41 @@ protected:
         return SettingsOf(cMod);
     }
 
+    // Stores and loads 1, 2, 3.
+    void Load123() { Load(old); }
+    std::string File() const { return cPorts.cFiles.Get(sFile); }
+
+    static constexpr const char* old = "1\r\n2\r\n3\r\n";
     static constexpr const wchar_t* sFile = L"C:\\Radio\\Scheduler\\SchedulerSettings.dat";
+    static constexpr const wchar_t* sOther = L"C:\\Other\\Scheduler\\SchedulerSettings.dat";
     RadioPorts cPorts;
     ModScheduler cMod{cPorts.Ports()};
 };
 
-TEST_F(SettingsTest, TheApplicationPathIsHandedOutWithOneTrailingBackslash)
+TEST_F(SettingsTest, TheApplicationPathHasOneTrailingBackslash)
 {
     ModScheduler cOther(cPorts.Ports());
     EXPECT_EQ(cOther.AppPath(), L"") << "empty when none was stored";
-    cOther.StoreAppPath(L"C:\\Radio");
-    EXPECT_EQ(cOther.AppPath(), L"C:\\Radio\\");
-    cOther.StoreAppPath(L"C:\\Radio\\");
-    EXPECT_EQ(cOther.AppPath(), L"C:\\Radio\\");
-    cOther.StoreAppPath(L"C:/Radio/");
-    EXPECT_EQ(cOther.AppPath(), L"C:/Radio/\\") << "only a backslash counts";
+    const std::pair<const wchar_t*, const wchar_t*> rows[] = {
+        {L"C:\\Radio", L"C:\\Radio\\"},
+        {L"C:\\Radio\\", L"C:\\Radio\\"},
+        {L"C:/Radio/", L"C:/Radio/\\"}, // only a backslash counts
+    };
+    for (const auto& [sStored, sPath] : rows)
+    {
+        cOther.StoreAppPath(sStored);
+        EXPECT_EQ(cOther.AppPath(), sPath);
+    }
 }
-
-TEST_F(SettingsTest, EachSeparationIsSixtyUntilSomethingElseIsKnown)
-{
-    EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60}));
-    cMod.LoadSettings();
-    EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60})) << "no file";
-}
-
-struct Content
-{
-    const char* bytes;
-    Mins mins;
-};
 
 TEST_F(SettingsTest, AFileIsReadLineByLineAndWhatIsNoMinutesIsSixty)
 {
-    const Content contents[] = {
+    EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60})) << "nothing was read yet";
+    const struct
+    {
+        const char* bytes;
+        Mins mins;
+    } contents[] = {
         {"45\r\n-3\r\nabc\r\n", {45, 60, 60}},
         {"90\r\n120\r\n0\r\n", {90, 120, 0}},
         {"1\r\n2\r\n3", {1, 2, 3}},
@@ -88,7 +90,7 @@ TEST_F(SettingsTest, AFileIsReadLineByLineAndWhatIsNoMinutesIsSixty)
         {"2147483647\r\n2147483648\r\n1e300\r\n", {2147483647, 60, 60}},
         {"-2147483648\r\n-99999999999\r\n1 2\r\n", {60, 60, 60}},
     };
-    for (const Content& content : contents)
+    for (const auto& content : contents)
     {
         cMod.SetGlobalArtistSepMins(11);
         cMod.SetGlobalTitleSepMins(12);
@@ -98,34 +100,52 @@ TEST_F(SettingsTest, AFileIsReadLineByLineAndWhatIsNoMinutesIsSixty)
     EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
 }
 
-TEST_F(SettingsTest, AMissingFileForgetsWhatAnotherFolderHad)
+TEST_F(SettingsTest, WithoutAFileAndInAnUnreadFolderEachSeparationIsSixty)
 {
-    cMod.SetGlobalAlbumSepMins(5);
+    const Mins sixty{60, 60, 60};
+    Load123();
+    cPorts.cFiles.Delete(sFile);
+    cMod.LoadSettings();
+    EXPECT_EQ(SettingsOf(cMod), sixty) << "a reload without the file";
+    Load123();
     cMod.StoreAppPath(L"C:\\Elsewhere");
     cMod.LoadSettings();
-    EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60}));
-}
-
-TEST_F(SettingsTest, EachSetterStoresItsOwnValueAndWritesTheFileAtOnce)
-{
-    cMod.SetGlobalArtistSepMins(5);
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "5\r\n60\r\n60\r\n");
-    cMod.SetGlobalTitleSepMins(0);
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "5\r\n0\r\n60\r\n");
-    cMod.SetGlobalAlbumSepMins(std::numeric_limits<std::int32_t>::max());
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "5\r\n0\r\n2147483647\r\n");
-    EXPECT_EQ(SettingsOf(cMod), (Mins{5, 0, 2147483647}));
-}
-
-TEST_F(SettingsTest, ANegativeValueBecomesSixtyAndIsWritten)
-{
-    cPorts.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
+    EXPECT_EQ(SettingsOf(cMod), sixty) << "a folder without one";
+    cMod.StoreAppPath(sRadio);
+    Load123();
+    cPorts.cFiles.Put(sOther, "4\r\n5\r\n6\r\n");
+    cPorts.cFiles.SetAway(L"C:\\Other");
+    cMod.StoreAppPath(L"C:\\Other");
     cMod.LoadSettings();
-    cMod.SetGlobalTitleSepMins(-1);
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "1\r\n60\r\n3\r\n");
-    cMod.SetGlobalArtistSepMins(std::numeric_limits<std::int32_t>::min());
-    cMod.SetGlobalAlbumSepMins(-60);
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "60\r\n60\r\n60\r\n");
+    EXPECT_EQ(SettingsOf(cMod), sixty) << "a folder that cannot be read";
+    EXPECT_EQ(File(), old);
+}
+
+TEST_F(SettingsTest, EachSetterWritesItsValueAtOnceAndSixtyForANegativeOne)
+{
+    constexpr std::int32_t lMost = std::numeric_limits<std::int32_t>::max();
+    constexpr std::int32_t lLeast = std::numeric_limits<std::int32_t>::min();
+    const struct
+    {
+        void (ModScheduler::*pSetter)(std::int32_t);
+        std::int32_t lMins;
+        const char* bytes;
+    } rows[] = {
+        {&ModScheduler::SetGlobalArtistSepMins, 5, "5\r\n60\r\n60\r\n"},
+        {&ModScheduler::SetGlobalTitleSepMins, 0, "5\r\n0\r\n60\r\n"},
+        {&ModScheduler::SetGlobalAlbumSepMins, lMost, "5\r\n0\r\n2147483647\r\n"},
+        {&ModScheduler::SetGlobalTitleSepMins, -1, "5\r\n60\r\n2147483647\r\n"},
+        {&ModScheduler::SetGlobalArtistSepMins, lLeast, "60\r\n60\r\n2147483647\r\n"},
+        {&ModScheduler::SetGlobalAlbumSepMins, -60, "60\r\n60\r\n60\r\n"},
+    };
+    for (const auto& row : rows)
+    {
+        (cMod.*row.pSetter)(row.lMins);
+        EXPECT_EQ(File(), row.bytes);
+        const Mins present = SettingsOf(cMod);
+        cMod.LoadSettings();
+        EXPECT_EQ(SettingsOf(cMod), present);
+    }
 }
 
 TEST_F(SettingsTest, WithoutAnApplicationPathNothingIsReadOrWritten)
@@ -142,17 +162,23 @@ TEST_F(SettingsTest, WithoutAnApplicationPathNothingIsReadOrWritten)
 
 TEST_F(SettingsTest, UnreadableFileGivesDefaultsAndStaysUntilASetterRuns)
 {
-    cPorts.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
+    cPorts.cFiles.Put(sFile, old);
     cPorts.cFiles.SetUnreadable(sFile, 70);
     cMod.LoadSettings();
     EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60}));
     EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
     EXPECT_EQ(cPorts.LogMessages(), Lines{L"DISPLAYERROR, LoadSettings 70 Permission denied"});
     EXPECT_FALSE(cMod.SaveSettings());
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
+    EXPECT_EQ(File(), old);
     cMod.SetGlobalArtistSepMins(7);
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "7\r\n60\r\n60\r\n");
+    EXPECT_EQ(File(), "7\r\n60\r\n60\r\n");
     EXPECT_TRUE(cMod.SaveSettings());
+    cPorts.cFiles.Put(sFile, old);
+    cMod.LoadSettings();
+    cPorts.cFiles.SetUnreadable(sFile, 0);
+    cMod.LoadSettings();
+    EXPECT_TRUE(cMod.SaveSettings()) << "once it was read";
+    EXPECT_EQ(File(), old);
 }
 
 TEST_F(SettingsTest, AFileWithoutANumberIsNotOverwrittenUntilASetterRuns)
@@ -160,32 +186,21 @@ TEST_F(SettingsTest, AFileWithoutANumberIsNotOverwrittenUntilASetterRuns)
     const std::wstring sBak = std::wstring(sFile) + L".bak";
     Load("45");
     EXPECT_FALSE(cMod.SaveSettings());
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "45");
+    EXPECT_EQ(File(), "45");
     cMod.SetGlobalAlbumSepMins(7);
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "60\r\n60\r\n7\r\n");
+    EXPECT_EQ(File(), "60\r\n60\r\n7\r\n");
     EXPECT_EQ(cPorts.cFiles.Get(sBak), "45");
     Load("45\r\nabc\r\n");
     EXPECT_TRUE(cMod.SaveSettings()) << "one of its lines counts";
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "45\r\n60\r\n60\r\n");
+    EXPECT_EQ(File(), "45\r\n60\r\n60\r\n");
     EXPECT_EQ(cPorts.cFiles.Get(sBak + L"2"), "45\r\nabc\r\n");
-}
-
-TEST_F(SettingsTest, AFileThatCanBeReadAgainIsWrittenAgain)
-{
-    cPorts.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
-    cPorts.cFiles.SetUnreadable(sFile, 70);
-    cMod.LoadSettings();
-    cPorts.cFiles.SetUnreadable(sFile, 0);
-    cMod.LoadSettings();
-    EXPECT_TRUE(cMod.SaveSettings());
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
 }
 
 // ---- a reload of the same folder
 
 TEST_F(SettingsTest, AReloadThatCannotReadKeepsTheValues)
 {
-    Load("1\r\n2\r\n3\r\n");
+    Load123();
     cPorts.cFiles.SetAway(sRadio);
     cMod.LoadSettings();
     EXPECT_EQ(SettingsOf(cMod), (Mins{1, 2, 3}));
@@ -195,32 +210,13 @@ TEST_F(SettingsTest, AReloadThatCannotReadKeepsTheValues)
     EXPECT_FALSE(cMod.SaveSettings());
     cMod.SetGlobalTitleSepMins(9);
     EXPECT_EQ(SettingsOf(cMod), (Mins{4, 9, 6})) << "a setter reads again";
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "4\r\n9\r\n6\r\n");
+    EXPECT_EQ(File(), "4\r\n9\r\n6\r\n");
     EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
-}
-
-TEST_F(SettingsTest, AReloadWithoutTheFileForgetsTheValues)
-{
-    Load("1\r\n2\r\n3\r\n");
-    cPorts.cFiles.Delete(sFile);
-    cMod.LoadSettings();
-    EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60}));
-}
-
-TEST_F(SettingsTest, AnotherFolderThatCannotBeReadStartsWithSixty)
-{
-    Load("1\r\n2\r\n3\r\n");
-    cPorts.cFiles.Put(L"C:\\Other\\Scheduler\\SchedulerSettings.dat", "4\r\n5\r\n6\r\n");
-    cPorts.cFiles.SetAway(L"C:\\Other");
-    cMod.StoreAppPath(L"C:\\Other");
-    cMod.LoadSettings();
-    EXPECT_EQ(SettingsOf(cMod), (Mins{60, 60, 60}));
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
 }
 
 TEST_F(SettingsTest, AReloadSavesAnUnsavedValueFirst)
 {
-    Load("1\r\n2\r\n3\r\n");
+    Load123();
     cPorts.cFiles.SetReadOnly(sFile);
     cMod.SetGlobalTitleSepMins(9);
     cMod.LoadSettings();
@@ -228,30 +224,29 @@ TEST_F(SettingsTest, AReloadSavesAnUnsavedValueFirst)
     cPorts.cFiles.SetReadOnly(sFile, false);
     cMod.LoadSettings();
     EXPECT_EQ(SettingsOf(cMod), (Mins{1, 9, 3}));
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "1\r\n9\r\n3\r\n");
+    EXPECT_EQ(File(), "1\r\n9\r\n3\r\n");
     EXPECT_EQ(Load("4\r\n5\r\n6\r\n"), (Mins{4, 5, 6})) << "saved once";
     EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
 }
 
 TEST_F(SettingsTest, AMoveSavesAnUnsavedValueToItsOwnFolder)
 {
-    Load("1\r\n2\r\n3\r\n");
+    Load123();
     cPorts.cFiles.SetReadOnly(sFile);
     cMod.SetGlobalTitleSepMins(9);
     cPorts.cFiles.SetReadOnly(sFile, false);
-    const std::wstring sOther = L"C:\\Other\\Scheduler\\SchedulerSettings.dat";
     cPorts.cFiles.Put(sOther, "4\r\n5\r\n6\r\n");
     cMod.StoreAppPath(L"C:\\Other");
     EXPECT_FALSE(cMod.SaveSettings()) << "the values are not those of the folder";
     cMod.SetGlobalAlbumSepMins(7);
     EXPECT_EQ(SettingsOf(cMod), (Mins{4, 5, 7}));
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "1\r\n9\r\n3\r\n");
+    EXPECT_EQ(File(), "1\r\n9\r\n3\r\n");
     EXPECT_EQ(cPorts.cFiles.Get(sOther), "4\r\n5\r\n7\r\n");
 }
 
 TEST_F(SettingsTest, AFailedSaveIsOnlyLogged)
 {
-    Load("1\r\n2\r\n3\r\n");
+    Load123();
     cPorts.cFiles.SetReadOnly(sFile);
     EXPECT_FALSE(cMod.SaveSettings());
     EXPECT_NO_THROW(cMod.SetGlobalArtistSepMins(9));
@@ -259,7 +254,7 @@ TEST_F(SettingsTest, AFailedSaveIsOnlyLogged)
     EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
     EXPECT_EQ(cPorts.LogMessages(), (Lines{L"DISPLAYERROR, SaveSettings 75 Path/File access error",
                                            L"DISPLAYERROR, SaveSettings 75 Path/File access error"}));
-    EXPECT_EQ(cPorts.cFiles.Get(sFile), "1\r\n2\r\n3\r\n");
+    EXPECT_EQ(File(), old);
     EXPECT_TRUE(cPorts.TemporaryFiles().empty());
 }
 
@@ -268,14 +263,14 @@ TEST_F(SettingsTest, AFailureAtAnyStepOfASaveLeavesTheOldFileOrTheNewOne)
     for (int lGood = 0;; ++lGood)
     {
         MemoryPorts cDisk; // without a log, whose lines would be steps too
-        cDisk.cFiles.Put(sFile, "1\r\n2\r\n3\r\n");
+        cDisk.cFiles.Put(sFile, old);
         FailingFiles cFiles(cDisk.cFiles, lGood);
         ModScheduler cOther(cDisk.PortsWith(cFiles));
         cOther.StoreAppPath(sRadio);
         cOther.LoadSettings();
         cOther.SetGlobalTitleSepMins(9);
         EXPECT_EQ(SettingsOf(cOther), (Mins{1, 9, 3})) << "the value counts, saved or not";
-        EXPECT_EQ(cDisk.cFiles.Get(sFile), cFiles.bFailed ? "1\r\n2\r\n3\r\n" : "1\r\n9\r\n3\r\n");
+        EXPECT_EQ(cDisk.cFiles.Get(sFile), cFiles.bFailed ? old : "1\r\n9\r\n3\r\n");
         EXPECT_EQ(cDisk.cFiles.Paths().size(), 1u) << "no temporary file is left";
         EXPECT_TRUE(cDisk.cMessages.Boxes.empty());
         if (!cFiles.bFailed)
