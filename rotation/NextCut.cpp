@@ -45,6 +45,7 @@ void Answer(const CatCollection* colMainCats, const RotationRequest& request, co
 {
     if (const std::optional<CutKind> eKind = Resolve(colMainCats, request, answer))
     {
+        answer.eKind = *eKind;
         answer.cCut = MakePlaceholder(PlaceholderTexts{*eKind, {}, 0}, context.cDataBase.get());
     }
     else
@@ -52,6 +53,7 @@ void Answer(const CatCollection* colMainCats, const RotationRequest& request, co
         Pick pick =
             NextCutFromCategory(answer.cSubCat, request.bMustBeOpener, request.cPrevSchedCut, context);
         answer.bMovedCuts = pick.bMovedCuts;
+        answer.eKind = pick.eKind;
         answer.cCut = std::move(pick.cCut);
     }
     MarkAsAskedFor(*answer.cCut, request);
@@ -70,6 +72,7 @@ RotationAnswer NextCutFromRotation(const CatCollection* colMainCats, const Rotat
     catch (...)
     {
         context.report(ErrorReport::Critical, sNextCutFromRotationTitle, CurrentError());
+        answer.eKind = eKindNothingSchedulable;
         PlaceholderTexts texts;
         if (answer.cSubCat)
         {
@@ -96,11 +99,39 @@ RotationAnswer PicksOnAir::NextCut(const CatCollection* colMainCats, const Rotat
             m_cFailing = cKey; // before the box, which may let the host pick again
         report(bShow ? eHow : ErrorReport::LogOnly, sWhere, cError);
     };
-    RotationAnswer answer = NextCutFromRotation(colMainCats, request, context);
+    RotationAnswer answer = NextCutExplained(colMainCats, request, context);
     const bool bPicked = request.bForEditablePlaylist || request.bRotatesAllowed;
     if (bPicked && !bFailed && m_cFailing == cKey)
         m_cFailing.reset();
     return answer;
+}
+
+RotationAnswer PicksOnAir::NextCutExplained(const CatCollection* colMainCats, const RotationRequest& request,
+                                            SelectionContext& context)
+{
+    ExplanationSink sink;
+    context.note = [&sink, note = std::move(context.note)](const TraceStep& step) {
+        sink.Note(step);
+        note(step);
+    };
+    RotationAnswer answer = NextCutFromRotation(colMainCats, request, context);
+    try
+    {
+        if (answer.cSubCat && answer.eKind != eKindRotationDeferred)
+            m_colExplanations[TextKey(request.strSubCatKey)] =
+                std::make_shared<const Explanation>(sink.Take(answer.eKind, *answer.cSubCat));
+    }
+    catch (...)
+    {
+        context.report(ErrorReport::LogOnly, L"LastExplanation", CurrentError()); // the pick is worth more
+    }
+    return answer;
+}
+
+std::shared_ptr<const Explanation> PicksOnAir::LastExplanation(const std::wstring& strSubCatKey) const
+{
+    const auto it = m_colExplanations.find(TextKey(strSubCatKey));
+    return it == m_colExplanations.end() ? nullptr : it->second;
 }
 
 } // namespace ravlo

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "rotation/Selection.h"
+#include "rotation/Explanation.h"
 
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 
 namespace ravlo
 {
@@ -27,6 +28,7 @@ struct RotationAnswer
     std::shared_ptr<clsCat> cMainCat;
     std::shared_ptr<clsCat> cSubCat;
     std::wstring sMainCatKey;
+    CutKind eKind = eKindNothingSchedulable;
     bool bMovedCuts = false; // whether an order changed, which the caller may save
 };
 
@@ -49,7 +51,15 @@ public:
     // Call when the tree was replaced.
     void EndIncident() noexcept { m_cFailing.reset(); }
 
+    // Why the last pick from the level of that key chose its cut, also when an error ended it; null when
+    // there was none. A request whose rotation was deferred was no pick.
+    std::shared_ptr<const Explanation> LastExplanation(const std::wstring& strSubCatKey) const;
+
 private:
+    RotationAnswer NextCutExplained(const CatCollection* colMainCats, const RotationRequest& request,
+                                    SelectionContext& context);
+
+    std::unordered_map<TextKey, std::shared_ptr<const Explanation>> m_colExplanations; // by category key
     std::optional<TextKey> m_cFailing; // the requested key when the error was shown
 };
 
