@@ -60,6 +60,7 @@ public:
     }
     void CreateFolder(const std::wstring&) override {}
     std::vector<FileEntry> FilesIn(const std::wstring&) const override { return {}; }
+    std::optional<FileStamp> StampOf(const std::wstring&) const override { return {}; }
     std::string ReadAll(const std::wstring&, Patience = Patience::UpToASecond) const override { return {}; }
     void WriteNew(const std::wstring&, std::string_view) override {}
     void Append(const std::wstring& sPath, std::string_view) override { m_sAppended = sPath; }

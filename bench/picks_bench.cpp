@@ -34,6 +34,10 @@ public:
     {
         return m_cDisk.FilesIn(sFolder);
     }
+    std::optional<FileStamp> StampOf(const std::wstring& sPath) const override
+    {
+        return m_cDisk.StampOf(sPath);
+    }
     std::string ReadAll(const std::wstring& sPath, Patience ePatience = Patience::UpToASecond) const override
     {
         return m_cDisk.ReadAll(sPath, ePatience);

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,6 +45,16 @@ struct FileEntry
     std::chrono::seconds lAge{}; // since it was last written; negative when the clock was set back since
 };
 
+// Tells one content of a file from another: differs after every write, as finely as the file system keeps
+// time.
+struct FileStamp
+{
+    std::int64_t written = 0; // when, in units of the file system
+    std::int64_t size = 0;    // bytes
+
+    friend bool operator==(const FileStamp&, const FileStamp&) = default;
+};
+
 // The file system. Paths use backslashes, as the host hands them in. Every path is taken literally: '*' and
 // '?' match no other names. An operation that fails throws RuntimeError with the number a host knows (53, 57,
 // 61, 70, 75, 76 ...) and has changed nothing, except where stated. A path that is too long raises 52 with a
@@ -70,6 +81,9 @@ public:
 
     // The files directly in a folder, without its folders, in no order. 76 when it is missing.
     virtual std::vector<FileEntry> FilesIn(const std::wstring& sFolder) const = 0;
+
+    // The stamp of a file; nothing when there is no file at the path. Throws when it cannot be looked at.
+    virtual std::optional<FileStamp> StampOf(const std::wstring& sPath) const = 0;
 
     // The whole content.
     virtual std::string ReadAll(const std::wstring& sPath,

@@ -26,6 +26,13 @@ std::vector<FileEntry> FailingFiles::FilesIn(const std::wstring& sFolder) const
     return m_cInner.FilesIn(sFolder);
 }
 
+std::optional<FileStamp> FailingFiles::StampOf(const std::wstring& sPath) const
+{
+    if (!CanLook())
+        throw RuntimeError(m_lError);
+    return m_cInner.StampOf(sPath);
+}
+
 std::string FailingFiles::ReadAll(const std::wstring& sPath, Patience ePatience) const
 {
     ReadStep();

@@ -27,6 +27,7 @@ public:
     Presence PresenceOfFolder(const std::wstring& sPath) const override;
     void CreateFolder(const std::wstring& sPath) override;
     std::vector<FileEntry> FilesIn(const std::wstring& sFolder) const override;
+    std::optional<FileStamp> StampOf(const std::wstring& sPath) const override;
     std::string ReadAll(const std::wstring& sPath, Patience ePatience = Patience::UpToASecond) const override;
     void WriteNew(const std::wstring& sPath, std::string_view bytes) override;
     void Append(const std::wstring& sPath, std::string_view bytes) override;

@@ -121,6 +121,15 @@ std::vector<FileEntry> MemoryFiles::FilesIn(const std::wstring& sFolder) const
     return colFiles;
 }
 
+std::optional<FileStamp> MemoryFiles::StampOf(const std::wstring& sPath) const
+{
+    RequireReachable(sPath);
+    if (!IsFile(sPath))
+        return std::nullopt;
+    const File& file = Existing(sPath);
+    return FileStamp{file.write, static_cast<std::int64_t>(file.bytes.size())};
+}
+
 std::string MemoryFiles::ReadAll(const std::wstring& sPath, Patience ePatience) const
 {
     m_sOperations.push_back(L"ReadAll " + sPath);
@@ -138,6 +147,7 @@ void MemoryFiles::WriteNew(const std::wstring& sPath, std::string_view bytes)
     File& file = Writable(sPath);
     file.bytes = bytes;
     file.lAge = {};
+    file.write = ++m_writes;
 }
 
 void MemoryFiles::Append(const std::wstring& sPath, std::string_view bytes)
@@ -146,6 +156,7 @@ void MemoryFiles::Append(const std::wstring& sPath, std::string_view bytes)
     File& file = Writable(sPath);
     file.bytes += bytes;
     file.lAge = {};
+    file.write = ++m_writes;
 }
 
 void MemoryFiles::Rename(const std::wstring& sFrom, const std::wstring& sTo, Patience ePatience)
@@ -154,7 +165,7 @@ void MemoryFiles::Rename(const std::wstring& sFrom, const std::wstring& sTo, Pat
     RequireReachable(sFrom);
     RequireReachable(sTo);
     const File& cOld = Existing(sFrom);
-    const File file{Plain(sTo), cOld.bytes, cOld.lAge};
+    const File file{Plain(sTo), cOld.bytes, cOld.lAge, cOld.write};
     RequirePlaceFor(sTo);
     if (IsFolder(sTo))
         throw RuntimeError(error::PathFileAccess);
@@ -191,6 +202,7 @@ void MemoryFiles::Put(const std::wstring& sPath, std::string_view bytes)
     if (file.sPath.empty())
         file.sPath = Plain(sPath);
     file.bytes = bytes;
+    file.write = ++m_writes;
 }
 
 const std::string& MemoryFiles::Get(const std::wstring& sPath) const { return Existing(sPath).bytes; }

@@ -30,6 +30,7 @@ public:
     Presence PresenceOfFolder(const std::wstring& sPath) const override;
     void CreateFolder(const std::wstring& sPath) override;
     std::vector<FileEntry> FilesIn(const std::wstring& sFolder) const override;
+    std::optional<FileStamp> StampOf(const std::wstring& sPath) const override;
     std::string ReadAll(const std::wstring& sPath, Patience ePatience = Patience::UpToASecond) const override;
     void WriteNew(const std::wstring& sPath, std::string_view bytes) override;
     void Append(const std::wstring& sPath, std::string_view bytes) override;
@@ -65,7 +66,7 @@ public:
     void SetLocked(const std::wstring& sPath, int lAttempts);
     // How many attempts to read or replace that file there were, successful or not.
     int AttemptsOn(const std::wstring& sPath) const;
-    // Sets how long ago the file was written; writing it makes it new again.
+    // Sets how long ago the file was written; writing it makes it new again. The stamp stays.
     void SetAge(const std::wstring& sPath, std::chrono::seconds lAge);
 
     // The reads and changes since the last clearing, failed ones included, each as the operation's name, a
@@ -79,6 +80,7 @@ private:
         std::wstring sPath;
         std::string bytes;
         std::chrono::seconds lAge{};
+        std::int64_t write = 0; // the number of the last write to any file
     };
     class Held;
 
@@ -95,6 +97,7 @@ private:
     // The error of a path whose drive is away; 0 for any other.
     std::int32_t AwayError(const std::wstring& sPath) const;
 
+    std::int64_t m_writes = 0;
     std::map<std::wstring, File> m_files;           // by folded path
     std::map<std::wstring, std::wstring> m_folders; // spelling by folded path
     std::map<std::wstring, bool> m_readOnly;

@@ -299,6 +299,18 @@ std::vector<FileEntry> PosixFiles::FilesIn(const std::wstring& sFolder) const
     return colFiles;
 }
 
+std::optional<FileStamp> PosixFiles::StampOf(const std::wstring& sPath) const
+{
+    const Presence ePresence = PresenceOf(sPath);
+    if (ePresence == Presence::Absent)
+        return std::nullopt;
+    struct stat status;
+    if (ePresence == Presence::Unknown || ::stat(NativePathOf(sPath).c_str(), &status) != 0)
+        throw RuntimeError(error::PathFileAccess);
+    constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
+    return FileStamp{status.st_mtim.tv_sec * nanosecondsPerSecond + status.st_mtim.tv_nsec, status.st_size};
+}
+
 std::string PosixFiles::ReadAll(const std::wstring& sPath, Patience) const
 {
     return Descriptor(NativePathOf(sPath), O_RDONLY).ReadToEnd();

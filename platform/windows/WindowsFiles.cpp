@@ -246,6 +246,19 @@ std::vector<FileEntry> WindowsFiles::FilesIn(const std::wstring& sFolder) const
     return colFiles;
 }
 
+std::optional<FileStamp> WindowsFiles::StampOf(const std::wstring& sPath) const
+{
+    const Presence ePresence = PresenceOf(sPath);
+    if (ePresence == Presence::Absent)
+        return std::nullopt;
+    WIN32_FILE_ATTRIBUTE_DATA found{};
+    if (ePresence == Presence::Unknown ||
+        !::GetFileAttributesExW(NativePathOf(sPath).c_str(), GetFileExInfoStandard, &found))
+        throw RuntimeError(error::PathFileAccess);
+    return FileStamp{TicksOf(found.ftLastWriteTime),
+                     TicksOf(FILETIME{found.nFileSizeLow, found.nFileSizeHigh})};
+}
+
 std::string WindowsFiles::ReadAll(const std::wstring& sPath, Patience ePatience) const
 {
     return OpenFile(sPath, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,

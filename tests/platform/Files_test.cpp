@@ -4,6 +4,7 @@
 #include "platform/StationMarker.h"
 
 #include <chrono>
+#include <functional>
 
 namespace ravlo
 {
@@ -86,6 +87,28 @@ TEST_P(FilesContract, AFolderListsItsFilesWithTheirAge)
     EXPECT_LE(std::chrono::abs(colFiles[0].lAge), std::chrono::minutes(10));
     EXPECT_EQ(m_cFiles.FilesIn(m_cPorts->Root() + L"\\").size(), 1u);
     EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.FilesIn(In(L"Other")); }), error::PathNotFound);
+}
+
+TEST_P(FilesContract, StampTellsOneContentOfAFileFromAnother)
+{
+    m_cFiles.CreateFolder(In(L"Sub"));
+    for (const wchar_t* sName : {L"a.cfg", L"Sub", L"Sub\\a.cfg", L"Other\\a.cfg", L""})
+        EXPECT_EQ(m_cFiles.StampOf(In(sName)), std::nullopt) << sName;
+    const auto stampAfter = [&](const std::function<void()>& write) {
+        write();
+        const std::optional<FileStamp> stamp = m_cFiles.StampOf(In(L"a.cfg"));
+        m_cFiles.ReadAll(In(L"a.cfg"));
+        m_cFiles.WriteNew(In(L"b.cfg"), "x");
+        EXPECT_EQ(m_cFiles.StampOf(In(L"a.cfg")), stamp);
+        return stamp.value();
+    };
+    const FileStamp first = stampAfter([&] { m_cFiles.WriteNew(In(L"a.cfg"), "1"); });
+    FileStamp second = first;
+    for (int i = 0; i < 10'000 && second == first; ++i) // until the file system's clock has moved on
+        second = stampAfter([&] { m_cFiles.WriteNew(In(L"a.cfg"), "2"); });
+    const FileStamp third = stampAfter([&] { m_cFiles.Append(In(L"a.cfg"), "3"); });
+    const FileStamp fourth = stampAfter([&] { ReplaceFile(m_cFiles, In(L"a.cfg"), "456"); });
+    EXPECT_TRUE(second != first && third != second && fourth != third);
 }
 
 TEST_P(FilesContract, AHeldFileIsHeldByOneOnly)

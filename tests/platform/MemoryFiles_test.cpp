@@ -251,6 +251,7 @@ TEST(FailingFiles, WhatIsAwayFailsAndLooksUnknownWithoutCounting)
     FailingFiles cFiles(cMemory, 0, error::PathNotFound);
     cFiles.bAway = true;
     EXPECT_EQ(cFiles.PresenceOf(L"C:\\a"), Presence::Unknown);
+    EXPECT_EQ(NumberRaisedBy([&] { cFiles.StampOf(L"C:\\a"); }), error::PathNotFound);
     EXPECT_EQ(NumberRaisedBy([&] { cFiles.ReadAll(L"C:\\a"); }), error::PathNotFound);
     EXPECT_EQ(NumberRaisedBy([&] { cFiles.FilesIn(L"C:"); }), error::PathNotFound);
     EXPECT_EQ(NumberRaisedBy([&] { cFiles.Append(L"C:\\a", "y"); }), error::PathNotFound);

@@ -120,6 +120,10 @@ public:
     {
         return m_cInner.FilesIn(sFolder);
     }
+    std::optional<FileStamp> StampOf(const std::wstring& sPath) const override
+    {
+        return m_cInner.StampOf(sPath);
+    }
     std::string ReadAll(const std::wstring& sPath, Patience ePatience) const override
     {
         return m_cInner.ReadAll(sPath, ePatience);
