@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+// Picks, plays and the play history.
+
+#include "scheduler/SchedManParts.h"
+
+#include <utility>
+
+namespace ravlo
+{
+
+std::shared_ptr<Cut> clsSchedMan::ArtistHistoryCut(const std::wstring& sArtist) const
+{
+    return m_cParts->cPlayHistory.ArtistHistoryCut(TextKey(sArtist));
+}
+
+std::shared_ptr<Cut> clsSchedMan::AlbumHistoryCut(const std::wstring& sAlbum) const
+{
+    return m_cParts->cPlayHistory.AlbumHistoryCut(TextKey(sAlbum));
+}
+
+std::shared_ptr<Cut> clsSchedMan::TitleHistoryCut(const std::wstring& sTitle) const
+{
+    return m_cParts->cPlayHistory.TitleHistoryCut(TextKey(sTitle));
+}
+
+void clsSchedMan::UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut)
+{
+    Parts& my = *m_cParts;
+    const Call cCall(*this);
+    Trap(my.cMod, Parts::sUpdateHistoryWhere, [&] {
+        const std::shared_ptr<ravlo::DataBase> cDataBase =
+            my.Serving(); // a look-up may let the host populate
+        if (!cCut || !cDataBase)
+            return;
+        my.NotePlay(*cCut);
+        my.cPlayHistory.Record(*cCut, *cDataBase);
+    });
+}
+
+std::size_t clsSchedMan::PendingPlayTimes() const noexcept { return m_cParts->cPlayHistory.PendingTimes(); }
+
+std::shared_ptr<Cut> clsSchedMan::NextCutFromRotation(const std::wstring& strSubCatKey, bool bMustBeOpener,
+                                                      const std::shared_ptr<Cut>& cPrevSchedCut,
+                                                      std::shared_ptr<clsCat>& cMainCat,
+                                                      std::shared_ptr<clsCat>& cSubCat,
+                                                      std::wstring& sMainCatKey, bool bForEditablePlaylist,
+                                                      bool bSave)
+{
+    Parts& my = *m_cParts;
+    const Call cCall(*this);
+    const ModScheduler::OnAir cOnAir(my.cMod);
+    const std::shared_ptr<CatCollection> colMainCats = my.colMainCats;
+    RotationAnswer answer = my.cPicks.NextCut(
+        colMainCats.get(),
+        {strSubCatKey, bMustBeOpener, cPrevSchedCut, bForEditablePlaylist, my.bRotatesAllowed},
+        LiveContext(my.cMod, my.cPlayHistory, my.Serving()));
+    // The pick has pumped messages: a category that was deleted or reloaded has no order to save.
+    if (answer.bMovedCuts && my.Contains(answer.cMainCat))
+    {
+        const std::shared_ptr<CatCollection> colPresent = my.colMainCats;
+        if (bSave)
+            my.cHistoryFiles.SaveAfterPick(answer.cMainCat, *colPresent);
+        else
+            my.cHistoryFiles.NoteUnsaved(*answer.cMainCat);
+    }
+    cMainCat = std::move(answer.cMainCat);
+    cSubCat = std::move(answer.cSubCat);
+    sMainCatKey = std::move(answer.sMainCatKey);
+    return answer.cCut;
+}
+
+bool clsSchedMan::RotatesAllowed() const noexcept { return m_cParts->bRotatesAllowed; }
+void clsSchedMan::SetRotatesAllowed(bool bAllowed) noexcept { m_cParts->bRotatesAllowed = bAllowed; }
+
+} // namespace ravlo
