@@ -29,18 +29,14 @@ ShownBox UnableBox(const std::wstring& sName)
 class CreateMainCatTest : public StationTest
 {
 protected:
-    CreateMainCatTest()
-    {
-        Add(L"a", L"Rock");
-        Start();
-    }
+    CreateMainCatTest() { Start(L"Rock 1: a"); }
 
     // Creates with that name handed in; returns the name as created, or "refused".
     std::wstring Create(std::wstring sName)
     {
         return cLib.cSchedMan->CreateMainCat(sName) ? sName : L"refused";
     }
-    // Nothing was made, written or told.
+    // Nothing was made, written or said.
     void ExpectNothingChanged() const
     {
         EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock"}));
@@ -56,12 +52,11 @@ protected:
     std::vector<ShownInput>& inputs = cPorts.cMessages.Inputs;
 };
 
-TEST_F(CreateMainCatTest, ANewCategoryHasALevel1AndIsListedAndSaved)
+TEST_F(CreateMainCatTest, NewCategoryHasALevel1AndIsListedAndSaved)
 {
     EXPECT_EQ(Create(L"Jazz"), L"Jazz");
-    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"Jazz"}));
+    EXPECT_EQ(Tree(), L"Rock 1: a | Jazz 1:");
     EXPECT_EQ(MainCat(L"Jazz")->CatLevel(), 0);
-    EXPECT_EQ(MainCat(L"Jazz")->SubCats()->Count(), 1u);
     EXPECT_EQ(Level(L"Jazz", 1)->CatName(), L"Jazz");
     EXPECT_EQ(Level(L"Jazz", 1)->MainCat(), MainCat(L"Jazz"));
     EXPECT_EQ(cPorts.cFiles.Get(sMainCatsPath), "\r\nRock\r\nJazz");
@@ -72,35 +67,19 @@ TEST_F(CreateMainCatTest, ANewCategoryHasALevel1AndIsListedAndSaved)
     EXPECT_EQ(inputs, std::vector<ShownInput>());
 }
 
-TEST_F(CreateMainCatTest, NameIsTriedAsAFileOfTheLibrarysFolderAndRemoved)
+TEST_F(CreateMainCatTest, MissingNameIsAskedForAndTrimmed)
 {
-    EXPECT_EQ(Create(L"Jazz"), L"Jazz");
-    const std::wstring sTried = L"C:\\Program Files\\Ravlo\\Jazz.tst";
-    const auto& colOperations = cPorts.cFiles.Operations();
-    ASSERT_GE(colOperations.size(), 2u);
-    EXPECT_EQ(colOperations[0], L"WriteNew " + sTried);
-    EXPECT_EQ(colOperations[1], L"Delete " + sTried);
-}
-
-TEST_F(CreateMainCatTest, ANameThatIsMissingIsAskedForAndTrimmed)
-{
-    typed = {L"  Jazz  "};
+    typed = {L"  Jazz  ", L"Funk"};
     EXPECT_EQ(Create(L""), L"Jazz");
-    EXPECT_EQ(inputs, (std::vector<ShownInput>{askForName}));
-    EXPECT_EQ(Create(L"  Soul "), L"Soul") << "a name handed in is trimmed too";
-    typed = {L"Funk"};
     EXPECT_EQ(Create(L"   "), L"Funk") << "blanks are no name";
+    EXPECT_EQ(inputs, (std::vector<ShownInput>{askForName, askForName}));
 }
 
-TEST_F(CreateMainCatTest, AnEmptyAnswerAndCancelEndIt)
+TEST_F(CreateMainCatTest, EmptyAnswerAndCancelEndIt)
 {
-    for (const std::optional<std::wstring>& sAnswer :
-         {std::optional<std::wstring>(), std::optional<std::wstring>(L""),
-          std::optional<std::wstring>(L"  ")})
-    {
-        typed = {sAnswer};
+    typed = {std::nullopt, L"", L"  "};
+    for (int lTime = 1; lTime <= 3; ++lTime)
         EXPECT_EQ(Create(L""), L"refused");
-    }
     EXPECT_EQ(inputs.size(), 3u);
     EXPECT_EQ(boxes, Boxes());
     ExpectNothingChanged();
@@ -108,65 +87,49 @@ TEST_F(CreateMainCatTest, AnEmptyAnswerAndCancelEndIt)
 
 TEST_F(CreateMainCatTest, EachRefusalIsOneQuestionAndNoEndsIt)
 {
-    struct Case
-    {
-        std::wstring sName;
-        ShownBox box;
-    };
-    const std::wstring s51(51, L'n');
-    for (const Case& c : {
-             Case{L"2024", numericBox},
-             Case{L" 1,234.5 ", numericBox},
-             Case{L"&H1F", numericBox},
-             Case{L"(12)", numericBox},
-             Case{s51, tooLongBox},
-             Case{L"Rock", ExistsBox(L"Rock")},
-             Case{L"rOCK", ExistsBox(L"rOCK")},
-             Case{L"ALL AUDIO", UnableBox(L"ALL AUDIO")},
-             Case{L"all audio", UnableBox(L"all audio")},
-             Case{L"CON", UnableBox(L"CON")},
-             Case{L"nul", UnableBox(L"nul")},
-             Case{L"Com1.hits", UnableBox(L"Com1.hits")},
-             Case{L"Ro\tck", UnableBox(L"Ro\tck")},
-             Case{L"Ro\r\nck", UnableBox(L"Ro\r\nck")},
-         })
-    {
+    const auto ExpectRefused = [&](const std::wstring& sName, const ShownBox& box) {
         boxes.clear();
-        EXPECT_EQ(Create(c.sName), L"refused");
-        EXPECT_EQ(boxes, (Boxes{c.box}));
+        EXPECT_EQ(Create(sName), L"refused");
+        EXPECT_EQ(boxes, (Boxes{box}));
         ExpectNothingChanged();
-    }
+    };
+    for (const wchar_t* sNumber : {L"2024", L" 1,234.5 ", L"&H1F", L"(12)"})
+        ExpectRefused(sNumber, numericBox);
+    ExpectRefused(std::wstring(51, L'n'), tooLongBox);
+    for (const wchar_t* sKnown : {L"Rock", L"rOCK"})
+        ExpectRefused(sKnown, ExistsBox(sKnown));
+    for (const wchar_t* sReserved :
+         {L"ALL AUDIO", L"all audio", L"CON", L"nul", L"Com1.hits", L"Ro\tck", L"Ro\r\nck"})
+        ExpectRefused(sReserved, UnableBox(sReserved));
+    // The list of categories could not bring these back.
+    for (const wchar_t* sForeign : {L"\u0420\u043E\u043A", L"Jazz \u266B", L"Ro\u030Cck"})
+        ExpectRefused(sForeign, UnableBox(sForeign));
     EXPECT_EQ(inputs, std::vector<ShownInput>());
 }
 
 TEST_F(CreateMainCatTest, YesAsksForAnotherNameUntilOneIsAccepted)
 {
-    answers = {BoxAnswer::Yes, BoxAnswer::Yes, BoxAnswer::Yes, BoxAnswer::Yes};
-    typed = {std::wstring(51, L'n'), L"Rock", L"PRN", L"Jazz"};
-    EXPECT_EQ(Create(L"7"), L"Jazz");
-    EXPECT_EQ(boxes, (Boxes{numericBox, tooLongBox, ExistsBox(L"Rock"), UnableBox(L"PRN")}));
+    const Lines colRefused{L"7", std::wstring(51, L'n'), L"Rock", L"PRN", L"\u0420\u043E\u043A"};
+    answers.assign(colRefused.size(), BoxAnswer::Yes);
+    typed.assign(colRefused.begin() + 1, colRefused.end());
+    typed.push_back(L"Jazz");
+    EXPECT_EQ(Create(colRefused[0]), L"Jazz");
+    EXPECT_EQ(boxes, (Boxes{numericBox, tooLongBox, ExistsBox(L"Rock"), UnableBox(L"PRN"),
+                            UnableBox(L"\u0420\u043E\u043A")}));
     std::vector<ShownInput> colAsked;
-    for (const std::wstring& sRefused :
-         {std::wstring(L"7"), std::wstring(51, L'n'), std::wstring(L"Rock"), std::wstring(L"PRN")})
+    for (const std::wstring& sRefused : colRefused)
         colAsked.push_back({askForName.sTitle, askForName.sPrompt, sRefused});
     EXPECT_EQ(inputs, colAsked) << "each starts from what was refused";
 }
 
-TEST_F(CreateMainCatTest, AClosedQuestionIsNotYes)
+TEST_F(CreateMainCatTest, ClosedQuestionIsNotYes)
 {
     answers = {BoxAnswer::None};
     EXPECT_EQ(Create(L"7"), L"refused");
     EXPECT_EQ(inputs, std::vector<ShownInput>());
 }
 
-TEST_F(CreateMainCatTest, FiftyCharactersAreAccepted)
-{
-    const std::wstring s50(50, L'n');
-    EXPECT_EQ(Create(s50), s50);
-    EXPECT_EQ(boxes, Boxes());
-}
-
-TEST_F(CreateMainCatTest, ReplacedCharactersAreMentionedToWhoTypedThem)
+TEST_F(CreateMainCatTest, ReplacedCharactersAreMentionedWhenTyped)
 {
     typed = {L"AC/DC", L"Jazz"};
     EXPECT_EQ(Create(L""), L"AC_DC");
@@ -180,82 +143,62 @@ TEST_F(CreateMainCatTest, ReplacedCharactersAreMentionedToWhoTypedThem)
     EXPECT_EQ(boxes, mentioned);
 }
 
-TEST_F(CreateMainCatTest, EachIllegalCharacterIsReplacedAndTheNameAsCreatedComesBack)
+TEST_F(CreateMainCatTest, AcceptedNamesAreTrimmedAndTheirIllegalCharactersReplaced)
 {
-    EXPECT_EQ(Create(L"Jazz/Funk"), L"Jazz_Funk");
-    EXPECT_EQ(Create(L"A?B"), L"A_B");
-    EXPECT_EQ(Create(L"a*b/c:d<e>f?g\\h|i\"j"), L"a_b_c_d_e_f_g_h_i_j");
-    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"Jazz_Funk", L"A_B", L"a_b_c_d_e_f_g_h_i_j"}));
+    const std::wstring s50(50, L'n');
+    const std::pair<std::wstring, std::wstring> colNames[]{
+        {L"  Soul ", L"Soul"},
+        {s50, s50},
+        {L"Jazz/Funk", L"Jazz_Funk"},
+        {L"A?B", L"A_B"},
+        {L"a*b/c:d<e>f?g\\h|i\"j", L"a_b_c_d_e_f_g_h_i_j"},
+        {L"..\\..\\evil", L".._.._evil"},
+        {L"../x", L".._x"},
+        {L"C:\\x", L"C__x"},
+        {L"R.E.M.", L"R.E.M."},
+        {L"..", L".."},
+    };
+    Lines colExpected{L"Rock"};
+    for (const auto& [sGiven, sCreated] : colNames)
+    {
+        EXPECT_EQ(Create(sGiven), sCreated);
+        EXPECT_EQ(File(sCreated), SifMarker(1));
+        colExpected.push_back(sCreated);
+    }
+    EXPECT_EQ(cLib.MainCatNames(), colExpected);
     EXPECT_EQ(boxes, Boxes());
-}
-
-TEST_F(CreateMainCatTest, ANameCannotLeaveItsFolder)
-{
-    EXPECT_EQ(Create(L"..\\..\\evil"), L".._.._evil");
-    EXPECT_EQ(Create(L"../x"), L".._x");
-    EXPECT_EQ(Create(L"C:\\x"), L"C__x");
+    EXPECT_EQ(inputs, std::vector<ShownInput>());
     for (const std::wstring& sPath : cPorts.cFiles.Paths())
         EXPECT_TRUE(sPath.starts_with(L"C:\\Radio\\Scheduler\\") ||
                     sPath.starts_with(L"C:\\Radio\\Debugging Logs\\"));
-}
-
-TEST_F(CreateMainCatTest, DotsAreFineAnywhere)
-{
-    EXPECT_EQ(Create(L"R.E.M."), L"R.E.M.");
-    EXPECT_EQ(Create(L".."), L"..");
-    EXPECT_EQ(File(L"R.E.M."), SifMarker(1));
-    EXPECT_EQ(File(L".."), SifMarker(1));
-}
-
-TEST_F(CreateMainCatTest, TheReplacedNameMayNotExistEither)
-{
-    EXPECT_EQ(Create(L"A_B"), L"A_B");
-    EXPECT_EQ(Create(L"A?B"), L"refused");
+    EXPECT_EQ(Create(L"A:B"), L"refused");
     EXPECT_EQ(boxes, (Boxes{ExistsBox(L"A_B")})) << "the title shows the name it would get";
 }
 
-TEST_F(CreateMainCatTest, TheUnableQuestionShowsTheNameAsTyped)
+TEST_F(CreateMainCatTest, NameIsTriedAsAFileThatIsRemovedAndOverwritesNothing)
 {
-    cPorts.cFiles.SetReadOnly(L"C:\\Program Files\\Ravlo");
-    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler");
-    EXPECT_EQ(Create(L"A?B"), L"refused");
-    EXPECT_EQ(boxes, (Boxes{UnableBox(L"A?B")}));
-    ExpectNothingChanged();
-}
-
-TEST_F(CreateMainCatTest, WhereTheLibrarysFolderCannotBeWrittenTheStationsFolderTells)
-{
-    cPorts.cFiles.SetReadOnly(L"C:\\Program Files\\Ravlo");
+    const std::wstring sLibrary = L"C:\\Program Files\\Ravlo";
+    const std::wstring sStation = L"C:\\Radio\\Scheduler";
+    const auto Tried = [&](const std::wstring& sPath) {
+        const Lines& colOperations = cPorts.cFiles.Operations();
+        const Lines colTried{L"WriteNew " + sPath, L"Delete " + sPath};
+        return std::search(colOperations.begin(), colOperations.end(), colTried.begin(), colTried.end()) !=
+                   colOperations.end() &&
+               !cPorts.cFiles.FileExists(sPath);
+    };
     EXPECT_EQ(Create(L"Jazz"), L"Jazz");
+    EXPECT_TRUE(Tried(sLibrary + L"\\Jazz.tst"));
+    cPorts.cFiles.Put(sLibrary + L"\\Soul.tst", "mine");
+    EXPECT_EQ(Create(L"Soul"), L"Soul");
+    EXPECT_EQ(cPorts.cFiles.Get(sLibrary + L"\\Soul.tst"), "mine");
+    cPorts.cFiles.SetReadOnly(sLibrary);
+    EXPECT_EQ(Create(L"Funk"), L"Funk");
+    EXPECT_TRUE(Tried(sStation + L"\\Funk.tst")) << "where the library's folder cannot be written";
     EXPECT_EQ(boxes, Boxes());
-    const auto& colOperations = cPorts.cFiles.Operations();
-    EXPECT_EQ(
-        std::count(colOperations.begin(), colOperations.end(), L"WriteNew C:\\Radio\\Scheduler\\Jazz.tst"),
-        1);
-    EXPECT_FALSE(cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Jazz.tst"));
-}
-
-TEST_F(CreateMainCatTest, AFileOfThatNameIsNeverOverwritten)
-{
-    cPorts.cFiles.Put(L"C:\\Program Files\\Ravlo\\Jazz.tst", "mine");
-    EXPECT_EQ(Create(L"Jazz"), L"Jazz");
-    EXPECT_EQ(cPorts.cFiles.Get(L"C:\\Program Files\\Ravlo\\Jazz.tst"), "mine");
-}
-
-TEST_F(CreateMainCatTest, ANameTheListCouldNotBringBackIsRefusedLikeOneThatCanBeNoFile)
-{
-    for (const wchar_t* sName : {L"\u0420\u043E\u043A", L"Jazz \u266B", L"Ro\u030Cck"})
-    {
-        boxes.clear();
-        EXPECT_EQ(Create(sName), L"refused");
-        EXPECT_EQ(boxes, (Boxes{UnableBox(sName)}));
-        ExpectNothingChanged();
-    }
-    boxes.clear();
-    typed = {L"\u0420\u043E\u043A", L"Jazz"};
-    answers = {BoxAnswer::Yes};
-    EXPECT_EQ(Create(L""), L"Jazz");
-    EXPECT_EQ(boxes, (Boxes{UnableBox(L"\u0420\u043E\u043A")})) << "whether it is handed in or typed";
+    cPorts.cFiles.SetReadOnly(sStation);
+    EXPECT_EQ(Create(L"A?B"), L"refused");
+    EXPECT_EQ(boxes, (Boxes{UnableBox(L"A?B")})) << "the name as typed";
+    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"Jazz", L"Soul", L"Funk"}));
 }
 
 TEST_F(CreateMainCatTest, CreatedCategorySurvivesARestartWithItsLevels)
@@ -265,20 +208,17 @@ TEST_F(CreateMainCatTest, CreatedCategorySurvivesARestartWithItsLevels)
     typed = {L"7"};
     EXPECT_TRUE(cLib.cSchedMan->CreateCatLevel(MainCat(sName)));
     cLib.Restart();
-    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", sName}));
-    EXPECT_TRUE(Level(sName, 1));
-    EXPECT_TRUE(Level(sName, 7));
+    EXPECT_EQ(Tree(), L"Rock 1: a | " + sName + L" 1: | " + sName + L" 7:");
     EXPECT_EQ(boxes, Boxes());
 }
 
-TEST_F(CreateMainCatTest, ANameOutsideTheCodePageIsTakenFromTheDatabaseAllTheSame)
+TEST_F(CreateMainCatTest, NameOutsideTheCodePageIsTakenFromTheDatabase)
 {
     const std::wstring sName = L"\u0420\u043E\u043A";
     Added({Add(L"b", sName)});
-    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", sName}));
     EXPECT_EQ(File(sName), SifCut("b", 1));
     cLib.Restart();
-    EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", sName}));
+    EXPECT_EQ(Tree(), L"Rock 1: a | " + sName + L" 1: b");
     EXPECT_EQ(boxes, Boxes());
 }
 
@@ -293,7 +233,7 @@ TEST_F(CreateMainCatTest, SavesThatFailAreEachShownAndTheCategoryIsThere)
     EXPECT_TRUE(Level(L"Jazz", 1));
 }
 
-TEST_F(CreateMainCatTest, WithoutAPopulationItIsAnError)
+TEST_F(CreateMainCatTest, FirstCategoryOfANewStationNeedsAPopulation)
 {
     RadioPorts cEmpty;
     Library cOther(cEmpty);
@@ -302,16 +242,9 @@ TEST_F(CreateMainCatTest, WithoutAPopulationItIsAnError)
     EXPECT_EQ(cEmpty.cMessages.Boxes,
               (Boxes{CriticalBox(L"Error in CreateMainCat [cSchedMan]", CriticalText(91))}));
     EXPECT_EQ(cEmpty.cFiles.Paths(), Lines());
-}
-
-TEST_F(CreateMainCatTest, TheFirstCategoryOfANewStationCanBeCreated)
-{
-    RadioPorts cEmpty;
-    Library cOther(cEmpty);
     cOther.Populate();
-    std::wstring sName = L"Jazz";
     EXPECT_TRUE(cOther.cSchedMan->CreateMainCat(sName));
-    EXPECT_EQ(cEmpty.cMessages.Boxes, Boxes());
+    EXPECT_EQ(cEmpty.cMessages.Boxes.size(), 1u);
     EXPECT_EQ(cEmpty.cFiles.Get(sMainCatsPath), "\r\nJazz");
 }
 
@@ -329,16 +262,9 @@ TEST_F(CreateMainCatTest, NoFailingStepLeavesATestFileOrAHalfCategory)
         Library cOther(cOwn, cFiles);
         cOther.Populate();
         std::wstring sName = L"Jazz";
-        if (cOther.cSchedMan->CreateMainCat(sName))
-        {
-            EXPECT_TRUE(cOther.Level(L"Jazz", 1));
-        }
-        else
-        {
-            EXPECT_EQ(cOther.MainCatNames(), Lines());
-        }
+        const bool bCreated = cOther.cSchedMan->CreateMainCat(sName);
+        EXPECT_EQ(cOther.Tree(), bCreated ? L"Jazz 1:" : L"");
         EXPECT_EQ(cOwn.TemporaryFiles(), Lines());
-        // The station's folder tells when the library's cannot; what is left there is removed.
         EXPECT_FALSE(cOwn.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Jazz.tst"));
         EXPECT_LE(cOwn.cMessages.Boxes.size(), 1u);
         if (!cFiles.bFailed)
@@ -359,21 +285,14 @@ class CreateCatLevelTest : public CreateMainCatTest
 {
 protected:
     bool CreateLevel() { return cLib.cSchedMan->CreateCatLevel(MainCat(L"Rock")); }
-    Keys Levels() const
-    {
-        Keys colLevels;
-        for (const std::shared_ptr<clsCat>& cSubCat : *MainCat(L"Rock")->SubCats())
-            colLevels.push_back(cSubCat->CatID());
-        return colLevels;
-    }
 };
 
-TEST_F(CreateCatLevelTest, ALevelIsMadeUnderItsMainCategoryAndSaved)
+TEST_F(CreateCatLevelTest, LevelIsMadeUnderItsMainCategoryAndSaved)
 {
     typed = {L" 3 "};
     EXPECT_TRUE(CreateLevel());
     EXPECT_EQ(inputs, (std::vector<ShownInput>{askForLevel}));
-    EXPECT_EQ(Levels(), (Keys{L"1", L"3"}));
+    EXPECT_EQ(Tree(), L"Rock 1: a | Rock 3:");
     EXPECT_EQ(Level(L"Rock", 3)->CatName(), L"Rock");
     EXPECT_EQ(Level(L"Rock", 3)->MainCat(), MainCat(L"Rock"));
     EXPECT_EQ(File(L"Rock"), SifCut("a", 1) + SifMarker(3));
@@ -382,93 +301,76 @@ TEST_F(CreateCatLevelTest, ALevelIsMadeUnderItsMainCategoryAndSaved)
     EXPECT_EQ(boxes, Boxes());
 }
 
-TEST_F(CreateCatLevelTest, NothingGivenIsImpossible)
+ShownBox GoneBox(const std::wstring& sName)
 {
-    EXPECT_FALSE(cLib.cSchedMan->CreateCatLevel(nullptr));
-    EXPECT_EQ(boxes, (Boxes{OkBox(BoxIcon::None, L"Impossible!",
-                                  L"Impossible to create a level is we dont know which main cat it's in!")}));
-    EXPECT_EQ(inputs, std::vector<ShownInput>());
+    return CriticalBox(L"Category Level Creation Aborted", L"Unexpected! - cant find main cat: " + sName);
 }
 
-TEST_F(CreateCatLevelTest, AMainCategoryTheTreeDoesNotHoldEndsIt)
-{
-    EXPECT_FALSE(cLib.cSchedMan->CreateCatLevel(std::make_shared<clsCat>(cLib.cMod, L"Gone", 0)));
-    EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Category Level Creation Aborted",
-                                        L"Unexpected! - cant find main cat: Gone")}));
-    EXPECT_EQ(inputs, std::vector<ShownInput>());
-}
-
-TEST_F(CreateCatLevelTest, AllSongsIsNoCategoryForALevel)
+TEST_F(CreateCatLevelTest, LevelNeedsAMainCategoryOfTheTreeThatIsNotAllSongs)
 {
     ASSERT_EQ(Create(L"all Songs"), L"all Songs");
     Forget();
-    EXPECT_FALSE(cLib.cSchedMan->CreateCatLevel(MainCat(L"ALL SONGS")));
-    EXPECT_EQ(boxes, (Boxes{OkBox(BoxIcon::Exclamation, L"Choose a specific category please.",
+    for (const auto& cGiven :
+         {std::shared_ptr<clsCat>(), std::make_shared<clsCat>(cLib.cMod, L"Gone", 0), MainCat(L"ALL SONGS")})
+        EXPECT_FALSE(cLib.cSchedMan->CreateCatLevel(cGiven));
+    EXPECT_EQ(boxes, (Boxes{OkBox(BoxIcon::None, L"Impossible!",
+                                  L"Impossible to create a level is we dont know which main cat it's in!"),
+                            GoneBox(L"Gone"),
+                            OkBox(BoxIcon::Exclamation, L"Choose a specific category please.",
                                   L"ALL SONGS is not valid here!")}));
     EXPECT_EQ(inputs, std::vector<ShownInput>());
 }
 
-TEST_F(CreateCatLevelTest, WhatIsTypedIsCheckedInOrder)
+TEST_F(CreateCatLevelTest, WhatIsTypedIsANumberWithinTheRange)
 {
-    struct Case
-    {
-        const wchar_t* sTyped;
-        std::optional<ShownBox> box; // none: accepted
-        std::int32_t lLevel;
-    };
-    for (const Case& c : {
-             Case{L"abc", noNumberBox, 0},
-             Case{L"1x", noNumberBox, 0},
-             Case{L"0", rangeBox, 0},
-             Case{L"-1", rangeBox, 0},
-             Case{L"1-", rangeBox, 0},
-             Case{L"(5)", rangeBox, 0},
-             Case{L"32765", rangeBox, 0},
-             Case{L"32766", rangeBox, 0},
-             Case{L"40000", rangeBox, 0},
-             Case{L"99999999999", rangeBox, 0},
-             Case{L"-99999999999", rangeBox, 0},
-             Case{L"1e300", rangeBox, 0},
-             Case{L"0.5", rangeBox, 0},
-             Case{L"32764.5", {}, 32764},
-             Case{L"32764", {}, 32764},
-             Case{L"2.5", {}, 2},
-             Case{L"3.5", {}, 4},
-             Case{L"&H10", {}, 16},
-             Case{L"1,000", {}, 1000},
-             Case{L"$7", {}, 7},
-             Case{L"2E2", {}, 200},
-         })
-    {
-        SCOPED_TRACE(testing::PrintToString(std::wstring(c.sTyped)));
+    const auto Type = [&](const std::wstring& sTyped) {
         Forget();
-        typed = {std::wstring(c.sTyped), std::nullopt}; // asked again, the user cancels
-        EXPECT_EQ(CreateLevel(), !c.box);
-        EXPECT_EQ(boxes, c.box ? Boxes{*c.box} : Boxes());
-        EXPECT_EQ(inputs.size(), c.box ? 2u : 1u);
-        EXPECT_EQ(inputs.back().sText, c.box ? c.sTyped : L"");
-        EXPECT_EQ(Written(), c.box ? Lines() : Lines{L"Rock"});
-        if (!c.box)
-        {
-            EXPECT_TRUE(Level(L"Rock", c.lLevel));
-            MainCat(L"Rock")->RemoveSubCat(Level(L"Rock", c.lLevel));
-        }
-        EXPECT_EQ(Levels(), (Keys{L"1"}));
+        typed = {sTyped, std::nullopt}; // asked again, the user cancels
+        const bool bCreated = CreateLevel();
         typed.clear();
+        return bCreated;
+    };
+    const auto ExpectRefused = [&](const std::wstring& sTyped, const ShownBox& box) {
+        SCOPED_TRACE(testing::PrintToString(sTyped));
+        EXPECT_FALSE(Type(sTyped));
+        EXPECT_EQ(boxes, (Boxes{box}));
+        ASSERT_EQ(inputs.size(), 2u);
+        EXPECT_EQ(inputs[1].sText, sTyped);
+        EXPECT_EQ(Written(), Lines());
+        EXPECT_EQ(Tree(), L"Rock 1: a");
+    };
+    for (const wchar_t* sTyped : {L"abc", L"1x"})
+        ExpectRefused(sTyped, noNumberBox);
+    for (const wchar_t* sTyped : {L"0", L"-1", L"1-", L"(5)", L"32765", L"32766", L"40000", L"99999999999",
+                                  L"-99999999999", L"1e300", L"0.5"})
+        ExpectRefused(sTyped, rangeBox);
+    const std::pair<const wchar_t*, std::int32_t> accepted[]{
+        {L"32764.5", 32764}, {L"32764", 32764}, {L"2.5", 2}, {L"3.5", 4},
+        {L"&H10", 16},       {L"1,000", 1000},  {L"$7", 7},  {L"2E2", 200}};
+    for (const auto& [sTyped, lLevel] : accepted)
+    {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(sTyped)));
+        EXPECT_TRUE(Type(sTyped));
+        EXPECT_EQ(boxes, Boxes());
+        EXPECT_EQ(inputs.size(), 1u);
+        EXPECT_EQ(inputs.back().sText, L"");
+        EXPECT_EQ(Written(), Lines{L"Rock"});
+        EXPECT_EQ(Tree(), L"Rock 1: a | Rock " + std::to_wstring(lLevel) + L":");
+        MainCat(L"Rock")->RemoveSubCat(Level(L"Rock", lLevel));
     }
 }
 
-TEST_F(CreateCatLevelTest, AnEmptyAnswerAndCancelEndIt)
+TEST_F(CreateCatLevelTest, EmptyAnswerAndCancelEndIt)
 {
     typed = {L"", std::nullopt, L"   "};
     for (int lTime = 1; lTime <= 3; ++lTime)
         EXPECT_FALSE(CreateLevel());
     EXPECT_EQ(boxes, Boxes());
-    EXPECT_EQ(Levels(), (Keys{L"1"}));
+    EXPECT_EQ(Tree(), L"Rock 1: a");
     EXPECT_EQ(Written(), Lines());
 }
 
-TEST_F(CreateCatLevelTest, ALevelThatIsThereIsAskedAboutAndYesAsksAgain)
+TEST_F(CreateCatLevelTest, ExistingLevelIsMentionedAndYesAsksAgain)
 {
     const ShownBox present =
         Question(L"Category Level Already Present!", L"There is already a category level 1 under Rock");
@@ -482,31 +384,24 @@ TEST_F(CreateCatLevelTest, ALevelThatIsThereIsAskedAboutAndYesAsksAgain)
     EXPECT_EQ(boxes, (Boxes{present}));
     EXPECT_EQ(inputs,
               (std::vector<ShownInput>{askForLevel, {askForLevel.sTitle, askForLevel.sPrompt, L"1"}}));
-    EXPECT_EQ(Levels(), (Keys{L"1", L"2"}));
+    EXPECT_EQ(Tree(), L"Rock 1: a | Rock 2:");
 }
 
-TEST_F(CreateCatLevelTest, AMainCategoryDeletedWhileTheQuestionIsOpenIsNotBroughtBack)
+TEST_F(CreateCatLevelTest, MainCategoryDeletedWhileTheQuestionIsOpenIsNotBroughtBack)
 {
     typed = {L"3"};
-    cPorts.cMessages.OnShown = [&] {
-        cPorts.cMessages.OnShown = nullptr;
-        cLib.cSchedMan->DeleteCats({MainCat(L"Rock")});
-    };
+    Once(cPorts.cMessages.OnShown, [&] { cLib.cSchedMan->DeleteCats({MainCat(L"Rock")}); });
     EXPECT_FALSE(CreateLevel());
-    EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Category Level Creation Aborted",
-                                        L"Unexpected! - cant find main cat: Rock")}));
-    EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Rock")));
+    EXPECT_EQ(boxes, (Boxes{GoneBox(L"Rock")}));
+    EXPECT_EQ(File(L"Rock"), "none");
 }
 
-TEST_F(CreateCatLevelTest, AReloadWhileTheQuestionIsOpenKeepsTheAnswerForTheNewTree)
+TEST_F(CreateCatLevelTest, AnswerGivenDuringAReloadCountsForTheNewTree)
 {
     typed = {L"3"};
-    cPorts.cMessages.OnShown = [&] {
-        cPorts.cMessages.OnShown = nullptr;
-        cLib.Populate();
-    };
+    Once(cPorts.cMessages.OnShown, [&] { cLib.Populate(); });
     EXPECT_TRUE(CreateLevel());
-    EXPECT_EQ(Levels(), (Keys{L"1", L"3"}));
+    EXPECT_EQ(Tree(), L"Rock 1: a | Rock 3:");
     EXPECT_EQ(inputs.size(), 1u);
 }
 
