@@ -20,16 +20,14 @@ protected:
         cState.cHistoryFiles.Serve(sRadio);
         cState.cDataBase = cDataBase;
         cState.colMainCats = std::make_shared<CatCollection>();
-        for (const wchar_t* sKey : {L"a", L"b", L"c", L"d", L"e"})
-            File(sKey, L"Rock", 1);
-        File(L"x", L"Rock", 2);
-        File(L"p", L"Pop", 1);
+        cDataBase->cInner.AddTree(L"Rock 1: a b c d e | Rock 2: x | Pop 1: p");
+        for (const std::shared_ptr<Cut>& cCut : cDataBase->cInner.colCuts)
+            PlaceInTree(cCut);
     }
-    void File(const std::wstring& sKey, const std::wstring& sName, std::int32_t lLevel)
+    void PlaceInTree(const std::shared_ptr<Cut>& cCut)
     {
-        const auto cCut = cDataBase->cInner.Add(sKey, sName, lLevel);
         bool bCreated = false;
-        EnsureMainCat(cMod, *cState.colMainCats, sName)->AddCut(cCut, bCreated);
+        EnsureMainCat(cMod, *cState.colMainCats, cCut->CategoryText())->AddCut(cCut, bCreated);
         cState.cPlacedCuts.Remember(*cCut);
     }
     std::shared_ptr<Cut> CutOf(const std::wstring& sKey) const { return cDataBase->CutByKey(TextKey(sKey)); }
@@ -45,25 +43,30 @@ protected:
         const std::shared_ptr<clsCat> cMainCat = cState.MainCat(sName);
         return {cMainCat, cMainCat->SubCat(lLevel)};
     }
-    // Tree and cuts as text: "Rock 1: a b | Rock 2: | ... a=1 Rock, ...".
+    // Tree, run times and cuts as text.
     std::wstring Now() const
     {
-        std::wstring sNow;
+        std::wstring sNow = TreeText(*cState.colMainCats);
         for (const std::shared_ptr<clsCat>& cMainCat : *cState.colMainCats)
-        {
-            sNow += L"[" + cMainCat->CatName() + L"]";
             for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
-            {
-                sNow += L" " + cSubCat->CatID() + L":";
-                for (const std::shared_ptr<Cut>& cCut : *cSubCat->SchedCuts())
-                    sNow += L" " + cCut->Key().Text();
-                sNow += L" (" + std::to_wstring(cSubCat->AverageRunTimemS()) + L")";
-            }
-        }
+                sNow += L", " + std::to_wstring(cSubCat->AverageRunTimemS());
         for (const std::shared_ptr<Cut>& cCut : cDataBase->cInner.colCuts)
             sNow += L", " + cCut->Key().Text() + L"=" + std::to_wstring(cCut->CatLevel()) + L" " +
                     cCut->CategoryText();
         return sNow;
+    }
+    using Step = std::function<void(const std::shared_ptr<Cut>& cCut)>;
+    void Run(CutChanges& cChanges, std::initializer_list<const wchar_t*> colKeys, const Step& step,
+             const CutChanges::Rhythm& rhythm = {}) const
+    {
+        cChanges.Run(
+            CutsOf(colKeys), [&](const std::shared_ptr<Cut>& cCut, std::size_t) { step(cCut); }, rhythm);
+    }
+    // Gives a cut other names, and its places in the tree.
+    static void Rename(CutChanges& cChanges, const std::shared_ptr<Cut>& cCut, const std::wstring& sNames)
+    {
+        cCut->SetCategoryText(sNames);
+        cChanges.ModifyCut(cCut);
     }
     CutChanges::Ending Quietly()
     {
@@ -127,12 +130,11 @@ TEST_F(CutChangesTest, WithoutFinishTheOpenStepIsUndone)
             CutChanges::Rhythm rhythm;
             int lAsked = 0;
             rhythm.goOn = [&] { return ++lAsked < 4 || !bThrows ? true : throw Stop(); };
-            cChanges.Run(
-                CutsOf({L"c", L"a", L"x", L"e", L"p"}),
-                [&](const std::shared_ptr<Cut>& cCut, std::size_t) {
+            Run(
+                cChanges, {L"c", L"a", L"x", L"e", L"p"},
+                [&](const std::shared_ptr<Cut>& cCut) {
                 cCut->SetCatLevel(7);
-                cCut->SetCategoryText(L"Pop/New");
-                cChanges.ModifyCut(cCut);
+                Rename(cChanges, cCut, L"Pop/New");
                 EXPECT_NE(Now(), sBefore);
                 },
                 rhythm);
@@ -161,13 +163,10 @@ TEST_F(CutChangesTest, WithoutFinishOrBatchesTheOpenStepIsUndoneToo)
         CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
         CutChanges::Rhythm rhythm;
         rhythm.goOn = [asked = std::make_shared<int>(0)] { return ++*asked < 3 ? true : throw 1; };
-        EXPECT_THROW(cChanges.Run(
-                         CutsOf({L"b", L"x", L"p"}),
-                         [&](const std::shared_ptr<Cut>& cCut, std::size_t) {
+        const auto TakeOut = [&](const std::shared_ptr<Cut>& cCut) {
             cChanges.TakeOut(cCut, cState.PlacesOf(cCut->Key()).front());
-                         },
-                         rhythm),
-                     int);
+        };
+        EXPECT_THROW(Run(cChanges, {L"b", L"x", L"p"}, TakeOut, rhythm), int);
         EXPECT_NE(Now(), sBefore);
     }
     EXPECT_EQ(Now(), sBefore);
@@ -178,20 +177,20 @@ TEST_F(CutChangesTest, NotificationsWaitForTheEnd)
     std::optional<CutChanges> cChanges;
     cChanges.emplace(cState, cSync, CutChanges::Origin::Own);
     cSync.Follow(cDataBase, {});
-    File(L"new", L"Jazz", 1);
-    CutOf(L"new")->SetCatLevel(2);
-    cDataBase->cInner.Announce(&DataBaseEvents::CutsModified, CutsOf({L"new"}));
+    const auto cNew = cDataBase->cInner.Add(L"new", L"Jazz", 1);
+    PlaceInTree(cNew);
+    cNew->SetCatLevel(2);
+    cDataBase->cInner.Announce(&DataBaseEvents::CutsModified, Cuts{cNew});
     cChanges->Finish(Quietly());
     EXPECT_EQ(Place(L"Jazz", 2).cSubCat, nullptr);
     cChanges.reset();
     EXPECT_NE(Place(L"Jazz", 2).cSubCat, nullptr);
 }
 
-TEST_F(CutChangesTest, WhatFailsAfterTheSavesComesAfterTheReport)
+TEST_F(CutChangesTest, ErrorAfterTheSavesIsThrownAfterTheReport)
 {
     CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
-    cChanges.Run(CutsOf({L"a"}),
-                 [](const std::shared_ptr<Cut>&, std::size_t) { throw RuntimeError(error::DeviceIo); }, {});
+    Run(cChanges, {L"a"}, [](const auto&) { throw RuntimeError(error::DeviceIo); });
     CutChanges::Ending ending = Quietly();
     ending.afterSave = [] { throw RuntimeError(error::ObjectNotSet); };
     EXPECT_THROW(cChanges.Finish(ending), RuntimeError);
@@ -200,48 +199,39 @@ TEST_F(CutChangesTest, WhatFailsAfterTheSavesComesAfterTheReport)
 
 // ---- what is recorded
 
-TEST_F(CutChangesTest, ARecordTakesAChangeBack)
+TEST_F(CutChangesTest, RecordTakesAChangeBack)
 {
     const std::wstring sBefore = Now();
-    using Body = std::function<void(CutChanges&, const std::shared_ptr<Cut>&)>;
-    const std::pair<const char*, Body> changes[] =
+    std::optional<CutChanges> cChanges;
+    const std::pair<const char*, Step> changes[] =
         {
             {"assignments",
-             [](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut) {
+             [&](const auto& cCut) {
         cCut->SetCatLevel(cCut->CatLevel() + 2);
-        cCut->SetCategoryText(L"Pop/New/Rock");
-        cChanges.ModifyCut(cCut);
+        Rename(*cChanges, cCut, L"Pop/New/Rock");
              }},
             {"removals",
-             [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut) {
+             [&](const auto& cCut) {
         for (const SchedulerState::Place& place : cState.PlacesOf(cCut->Key()))
-            cChanges.TakeOut(cCut, place);
+            cChanges->TakeOut(cCut, place);
              }},
                                        {"copies",
-                                        [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut) {
-        cChanges.Place(cCut, cState.MainCat(L"Pop"));
+                                        [&](const auto& cCut) {
+        cChanges->Place(cCut, cState.MainCat(L"Pop"));
                                         }},
         {"new places",
-         [this](CutChanges& cChanges, const std::shared_ptr<Cut>& cCut) {
-        cChanges.PlaceLast(cCut, cState.MainCat(cCut->CategoryText()));
-         }},
+         [&](const auto& cCut) { cChanges->PlaceLast(cCut, cState.MainCat(cCut->CategoryText())); }},
         };
-    for (const auto& entry : changes)
+    CutChanges::Rhythm rhythm;
+    rhythm.cuts = 2;
+    rhythm.tell = [](std::size_t) {};
+    for (const auto& [sName, change] : changes)
     {
-        SCOPED_TRACE(entry.first);
-        const auto& change = entry.second;
-        CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
-        const auto Run = [&](const Cuts& colCuts) {
-            CutChanges::Rhythm rhythm;
-            rhythm.cuts = 2;
-            rhythm.tell = [](std::size_t) {};
-            cChanges.Run(
-                colCuts, [&](const std::shared_ptr<Cut>& cCut, std::size_t) { change(cChanges, cCut); },
-                rhythm);
-        };
-        Run(CutsOf({L"d", L"x", L"a", L"d"}));
-        Run(CutsOf({L"b", L"a"}));
-        const ChangeRecord record = cChanges.Finish(Quietly());
+        SCOPED_TRACE(sName);
+        cChanges.emplace(cState, cSync, CutChanges::Origin::Own);
+        Run(*cChanges, {L"d", L"x", L"a", L"d"}, change, rhythm);
+        Run(*cChanges, {L"b", L"a"}, change, rhythm);
+        const ChangeRecord record = cChanges->Finish(Quietly());
         EXPECT_EQ(record.colCuts.size(), 4u) << "each once";
         EXPECT_NE(Now(), sBefore);
         Apply(record);
@@ -250,18 +240,12 @@ TEST_F(CutChangesTest, ARecordTakesAChangeBack)
     }
 }
 
-TEST_F(CutChangesTest, ARecordNamesWhatWasMadeAndDeleted)
+TEST_F(CutChangesTest, RecordNamesWhatWasMadeAndDeleted)
 {
     const std::wstring sBefore = Now();
     CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
     const SchedulerState::Place place = Place(L"Rock", 2);
-    cChanges.Run(
-        CutsOf({L"x"}),
-        [&](const std::shared_ptr<Cut>& cCut, std::size_t) {
-        cCut->SetCategoryText(L"New");
-        cChanges.ModifyCut(cCut);
-        },
-        {});
+    Run(cChanges, {L"x"}, [&](const auto& cCut) { Rename(cChanges, cCut, L"New"); });
     cChanges.Deleting(*place.cSubCat);
     place.cMainCat->RemoveSubCat(place.cSubCat);
     const ChangeRecord record = cChanges.Finish(Quietly());
@@ -279,15 +263,11 @@ TEST_F(CutChangesTest, WhatWasPutBackIsNotRecorded)
     {
         cDataBase->bRefusesCommit = bRefused;
         CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
-        cChanges.Run(
-            CutsOf({L"a", L"x"}),
-            [&](const std::shared_ptr<Cut>& cCut, std::size_t) {
-            cCut->SetCategoryText(L"New");
-            cChanges.ModifyCut(cCut);
+        Run(cChanges, {L"a", L"x"}, [&](const auto& cCut) {
+            Rename(cChanges, cCut, L"New");
             if (!bRefused)
                 throw RuntimeError(error::DeviceIo);
-            },
-            {});
+        });
         const ChangeRecord record = cChanges.Finish(Quietly());
         EXPECT_TRUE(record.colCuts.empty());
         EXPECT_TRUE(record.colMade.empty());
@@ -296,7 +276,7 @@ TEST_F(CutChangesTest, WhatWasPutBackIsNotRecorded)
     EXPECT_EQ(colShown, (Lines{StandardText(57) + L" (2 cuts could not be handled)", StandardText(61)}));
 }
 
-TEST_F(CutChangesTest, AChangeOfTheDatabasesIsFollowedAsFarAsItGoes)
+TEST_F(CutChangesTest, ChangeOfTheDatabasesIsFollowedAsFarAsPossible)
 {
     const auto cCut = std::dynamic_pointer_cast<FakeCut>(CutOf(L"a"));
     CutChanges cChanges(cState, cSync, CutChanges::Origin::DataBase);
@@ -306,14 +286,12 @@ TEST_F(CutChangesTest, AChangeOfTheDatabasesIsFollowedAsFarAsItGoes)
         if (sMember == "RunTimemS" && ++lPlaced == 2)
             throw RuntimeError(error::DeviceIo);
     };
-    cChanges.Run({cCut}, [&](const std::shared_ptr<Cut>& cEach, std::size_t) { cChanges.ModifyCut(cEach); },
-                 {});
+    Run(cChanges, {L"a"}, [&](const auto& cEach) { cChanges.ModifyCut(cEach); });
     cCut->OnCall = nullptr;
     const ChangeRecord record = cChanges.Finish(Quietly());
     EXPECT_EQ(cDataBase->lBegun, 0);
-    EXPECT_EQ(cCut->CategoryText(), L"New/Pop") << "the database's word";
-    EXPECT_TRUE(Place(L"New", 1).cSubCat->SchedCuts()->Exists(std::wstring_view(L"a")));
-    EXPECT_FALSE(Place(L"Rock", 1).cSubCat->SchedCuts()->Exists(std::wstring_view(L"a")));
+    EXPECT_EQ(cCut->CategoryText(), L"New/Pop") << "as the database set them";
+    EXPECT_EQ(TreeText(*cState.colMainCats), L"Rock 1: b c d e | Rock 2: x | Pop 1: p | New 1: a");
     EXPECT_TRUE(record.colCuts.empty());
 }
 

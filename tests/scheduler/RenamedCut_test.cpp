@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a database announces may be a copy, another object than before, or a cut whose key has changed.
+// A database may announce a copy, another object than before, or a cut whose key has changed.
 #include "support/SyncTest.h"
 
 namespace ravlo::test
@@ -28,24 +28,25 @@ protected:
 class RenamedCutTest : public AnnouncedCutTest
 {
 protected:
-    // The keys under which a level holds its cuts.
-    Keys Placed(const std::wstring& sName) const
+    // Starts with these cuts and gives the first one the key z. Without a number the object identifies it.
+    std::shared_ptr<FakeCut> Rename(const std::wstring& sTree, bool bHasNumber = true)
     {
-        Keys colKeys;
-        const std::shared_ptr<CutCollection> colCuts =
-            Level(sName, 1) ? Level(sName, 1)->SchedCuts() : nullptr;
-        for (std::size_t at = 0; colCuts && at < colCuts->Count(); ++at)
-            colKeys.push_back(colCuts->KeyAt(at)->Text());
-        return colKeys;
-    }
-    // Populates with a and b, in that order, and gives a the key z.
-    std::shared_ptr<FakeCut> Rename(const std::wstring& sCategoryText = L"Rock")
-    {
-        const auto cFirst = Add(L"a", sCategoryText);
-        Add(L"b", sCategoryText);
+        cLib.cDataBase->colCuts.clear();
+        const auto cFirst = cLib.cDataBase->AddTree(sTree);
+        if (!bHasNumber)
+            cFirst->lID = 0;
         Start();
         cFirst->SetKey(L"z");
         return cFirst;
+    }
+    // The keys under which a level contains its cuts.
+    Keys Placed(const std::wstring& sName) const
+    {
+        Keys colKeys;
+        if (const std::shared_ptr<clsCat> cLevel = Level(sName, 1))
+            for (std::size_t at = 0; at < cLevel->SchedCuts()->Count(); ++at)
+                colKeys.push_back(cLevel->SchedCuts()->KeyAt(at)->Text());
+        return colKeys;
     }
 };
 
@@ -58,27 +59,26 @@ INSTANTIATE_TEST_SUITE_P(Modes, RenamedCutTest, testing::Bool(), ModeName);
 
 // ---- a cut under a new key
 
-TEST_P(RenamedCutTest, ACutAnnouncedUnderANewKeyKeepsItsPlaces)
+TEST_P(RenamedCutTest, CutAnnouncedUnderANewKeyKeepsItsPlaces)
 {
-    const auto cFirst = Rename(L"Rock/Pop");
+    const auto cFirst = Rename(L"Rock 1: a b | Pop 1: a b");
     Modified({Announced(cFirst)});
-    EXPECT_EQ(cLib.Order(L"Rock", 1), (Keys{L"z", L"b"}));
-    EXPECT_EQ(cLib.Order(L"Pop", 1), (Keys{L"z", L"b"}));
-    EXPECT_FALSE(cLib.Level(L"Rock", 1)->SchedCuts()->Exists(L"a"));
-    EXPECT_TRUE(cLib.Level(L"Rock", 1)->SchedCuts()->Exists(L"z"));
+    EXPECT_EQ(Tree(), L"Rock 1: z b | Pop 1: z b");
+    EXPECT_FALSE(Entry(L"Rock", L"a"));
+    EXPECT_TRUE(Entry(L"Rock", L"z"));
     cLib.Restart();
-    EXPECT_EQ(cLib.Order(L"Rock", 1), (Keys{L"z", L"b"})) << "the file has the new key";
-    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
-}
-
-TEST_P(RenamedCutTest, ItKeepsThemWhenItIsAnnouncedAsNewOrByACopy)
-{
-    const auto cFirst = Rename();
-    Added({Announced(cFirst)});
-    EXPECT_EQ(cLib.Order(L"Rock", 1), (Keys{L"z", L"b"}));
+    EXPECT_EQ(Tree(), L"Rock 1: z b | Pop 1: z b") << "the file has the new key";
     cFirst->SetKey(L"y");
+    Added({Announced(cFirst)});
+    EXPECT_EQ(Tree(), L"Rock 1: y b | Pop 1: y b") << "announced as new";
+    cFirst->SetKey(L"x");
     Modified({cFirst->CloneCut()});
-    EXPECT_EQ(cLib.Order(L"Rock", 1), (Keys{L"y", L"b"}));
+    EXPECT_EQ(Tree(), L"Rock 1: x b | Pop 1: x b") << "announced by a copy";
+    cFirst->SetKey(L"w");
+    cFirst->SetCategoryText(L"Pop");
+    Modified({Announced(cFirst)});
+    EXPECT_EQ(Tree(), L"Rock 1: b | Pop 1: w b") << "its other changes are followed too";
+    EXPECT_TRUE(boxes.empty());
 }
 
 TEST_P(RenamedCutTest, LeavesEveryLevelWhenRemoved)
@@ -86,31 +86,24 @@ TEST_P(RenamedCutTest, LeavesEveryLevelWhenRemoved)
     for (const bool bAnnounced : {true, false})
     {
         SCOPED_TRACE(bAnnounced);
-        const std::wstring sNumber = bAnnounced ? L"1" : L"2";
-        const auto cCut = Add(L"a" + sNumber, L"Rock/Pop");
-        Add(L"b", L"Rock");
-        cCut->lID = GetParam() ? cCut->lID : 0; // the object tells where there is no number
-        Start();
-        cCut->SetKey(L"z" + sNumber);
+        const auto cCut = Rename(L"Rock 1: a b | Pop 1: a", GetParam());
         if (bAnnounced)
             Modified({Announced(cCut)});
         cLib.cDataBase->Remove(*cCut);
         Announce(&DataBaseEvents::CutsRemoved, {Announced(cCut)});
-        EXPECT_EQ(cLib.Order(L"Rock", 1), Keys{L"b"});
-        EXPECT_EQ(cLib.Order(L"Pop", 1), Keys());
+        EXPECT_EQ(Tree(), L"Rock 1: b | Pop 1:");
         EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
         EXPECT_EQ(boxes, Boxes());
-        cLib.cDataBase->colCuts.clear();
     }
 }
 
-// What the scheduler itself does to a cut whose new key nobody has announced: the cut, and where it is
-// afterwards.
+// What the scheduler itself does to a cut whose new key was not announced, and where it is afterwards.
 TEST_P(RenamedCutTest, OwnChangesFindTheCutUnderItsNewKey)
 {
-    const std::shared_ptr<clsSchedMan>& cMan = cLib.cSchedMan;
-    bool bCreated = false;
-    const auto From = [&] { return Cats{Level(L"Rock", 1)}; };
+    const auto MassChange = [this](eCatDragOptions eOption, const std::shared_ptr<Cut>& cCut) {
+        bool bCreated = false;
+        cLib.cSchedMan->DoMassCatChange(eOption, {Level(L"Rock", 1)}, Level(L"Pop", 1), {cCut}, bCreated);
+    };
     const struct
     {
         const char* sName;
@@ -119,41 +112,28 @@ TEST_P(RenamedCutTest, OwnChangesFindTheCutUnderItsNewKey)
         Keys colPop;
     } colCases[] =
         {
-            {"assign", [&](const auto& cCut) { cMan->AssignCut(cCut, 1, {L"Pop"}); }, {L"b"}, {L"p", L"z"}},
-            {"move",
-             [&](const auto& cCut) {
-        cMan->DoMassCatChange(eMoveHere, From(), Level(L"Pop", 1), {cCut}, bCreated);
-             },
+            {"assign",
+             [&](const auto& cCut) { cLib.cSchedMan->AssignCut(cCut, 1, {L"Pop"}); },
              {L"b"},
              {L"p", L"z"}},
-            {"copy",
+            {"move", [&](const auto& cCut) { MassChange(eMoveHere, cCut); }, {L"b"}, {L"p", L"z"}},
+            {"copy", [&](const auto& cCut) { MassChange(eCopyHere, cCut); }, {L"z", L"b"}, {L"p", L"z"}},
+            {"remove",
              [&](const auto& cCut) {
-        cMan->DoMassCatChange(eCopyHere, From(), Level(L"Pop", 1), {cCut}, bCreated);
+        cLib.cSchedMan->RemoveCutsFromCategories({{cCut, nullptr, 0}}, {});
              },
-             {L"z", L"b"},
-             {L"p", L"z"}},
-      {"remove",
-       [&](const auto& cCut) {
-        cMan->RemoveCutsFromCategories({{cCut, nullptr, 0}}, {});
-       },
-       {L"b"},
-       {L"p"}},
-        {"delete", [&](const auto&) { cMan->DeleteCats(From()); }, {}, {L"p"}},
-        {"reorder",
-         [&](const auto& cCut) { cMan->MoveCutsInCategory(Level(L"Rock", 1), {cCut}, 3); },
-         {L"b", L"z"},
-         {L"p"}},
-        };
+             {L"b"},
+             {L"p"}},
+            {"delete", [&](const auto&) { cLib.cSchedMan->DeleteCats({Level(L"Rock", 1)}); }, {}, {L"p"}},
+            {"reorder",
+             [&](const auto& cCut) { cLib.cSchedMan->MoveCutsInCategory(Level(L"Rock", 1), {cCut}, 3); },
+             {L"b", L"z"},
+             {L"p"}},
+    };
     for (const auto& entry : colCases)
     {
         SCOPED_TRACE(entry.sName);
-        cLib.cDataBase->colCuts.clear();
-        const auto cCut = Add(L"a", L"Rock");
-        cCut->lID = GetParam() ? cCut->lID : 0;
-        Add(L"b", L"Rock");
-        Add(L"p", L"Pop");
-        Start();
-        cCut->SetKey(L"z");
+        const auto cCut = Rename(L"Rock 1: a b | Pop 1: p", GetParam());
         entry.change(cCut);
         EXPECT_EQ(boxes, Boxes());
         const std::function<void()> steps[] = {[] {}, [&] { Modified({Announced(cCut)}); },
@@ -168,118 +148,81 @@ TEST_P(RenamedCutTest, OwnChangesFindTheCutUnderItsNewKey)
     }
 }
 
-TEST_P(RenamedCutTest, ItsOtherChangesAreFollowedToo)
+TEST_P(RenamedCutTest, NumberIdentifiesARenamedCutOnlyWhileItIsThatCuts)
 {
-    const auto cFirst = Rename();
-    cFirst->SetCategoryText(L"Pop");
-    Modified({Announced(cFirst)});
-    EXPECT_EQ(cLib.Order(L"Rock", 1), Keys{L"b"});
-    EXPECT_EQ(cLib.Order(L"Pop", 1), Keys{L"z"});
-}
-
-TEST_P(RenamedCutTest, ANumberOfAKeyTheDatabaseStillHasIsAnotherCuts)
-{
-    const auto cFirst = Add(L"a", L"Rock");
-    Start();
+    const auto cFirst = Start(L"Rock 1: a");
     const auto cSecond = Add(L"b", L"Rock");
     cSecond->lID = cFirst->lID;
     Added({Announced(cSecond)});
-    EXPECT_EQ(cLib.Order(L"Rock", 1), (Keys{L"a", L"b"}));
-}
-
-TEST_P(RenamedCutTest, TheNumberOfARemovedCutIsFree)
-{
-    const auto cFirst = Add(L"a", L"Rock");
-    Add(L"b", L"Rock");
-    Start();
+    EXPECT_EQ(Tree(), L"Rock 1: a b") << "the database still has a cut under the key before";
     Removed({cFirst});
     const auto cThird = Add(L"c", L"Rock");
     cThird->lID = cFirst->lID;
     Added({Announced(cThird)});
-    EXPECT_EQ(cLib.Order(L"Rock", 1), (Keys{L"b", L"c"}));
+    EXPECT_EQ(Tree(), L"Rock 1: b c") << "the number of a removed cut is free";
 }
 
-TEST_F(StationTest, WithoutANumberTheObjectTellsTheRenamedCut)
+TEST_F(StationTest, WithoutANumberTheObjectIdentifiesTheRenamedCut)
 {
-    const auto cFirst = Add(L"a", L"Rock");
-    const auto cSecond = Add(L"b", L"Rock");
-    cFirst->lID = cSecond->lID = 0;
+    const auto cFirst = cLib.cDataBase->AddTree(L"Rock 1: a b");
+    cFirst->lID = CutOf(L"b")->lID = 0;
     Start();
     cFirst->SetKey(L"z");
     Modified({cFirst});
-    EXPECT_EQ(cLib.Order(L"Rock", 1), (Keys{L"z", L"b"}));
+    EXPECT_EQ(Tree(), L"Rock 1: z b");
 }
 
 // ---- the object that is placed
 
-TEST_P(AnnouncedCutTest, ACopyOfANewCutIsPlacedAsTheDatabasesOwn)
+TEST_P(AnnouncedCutTest, CopyOfACutIsPlacedAsTheDatabasesOwn)
 {
     Start();
     const auto cCut = Add(L"a", L"Rock");
     Added({cCut->CloneCut()});
     cCut->SetTitle(L"later");
     EXPECT_EQ(Entry(L"Rock", L"a")->Title(), L"later");
-}
-
-TEST_P(AnnouncedCutTest, ACopyOfAMovedCutIsPlacedAsTheDatabasesOwn)
-{
-    const auto cCut = Add(L"a", L"Rock");
-    Start();
     cCut->SetCategoryText(L"Pop");
     Modified({cCut->CloneCut()});
-    cCut->SetTitle(L"later");
-    EXPECT_EQ(cLib.Order(L"Rock", 1), Keys());
-    EXPECT_EQ(Entry(L"Pop", L"a")->Title(), L"later");
+    cCut->SetTitle(L"later still");
+    EXPECT_EQ(Tree(), L"Rock 1: | Pop 1: a");
+    EXPECT_EQ(Entry(L"Pop", L"a")->Title(), L"later still");
+    cLib.cDataBase->Remove(*cCut);
+    Announce(&DataBaseEvents::CutsRemoved, {cCut->CloneCut()});
+    EXPECT_EQ(Tree(), L"Rock 1: | Pop 1:") << "a copy takes it out";
 }
 
-TEST_P(AnnouncedCutTest, TheDatabasesWordCountsNotTheCopys)
+TEST_P(AnnouncedCutTest, NamesOfTheDatabaseCountNotThoseOfACopy)
 {
     Start();
     const auto cCut = Add(L"a", L"Rock");
     const std::shared_ptr<Cut> cCopy = cCut->CloneCut();
     cCut->SetCategoryText(L"Pop");
     Added({cCopy});
-    EXPECT_EQ(cLib.Order(L"Pop", 1), Keys{L"a"});
-    EXPECT_FALSE(MainCat(L"Rock"));
+    EXPECT_EQ(Tree(), L"Pop 1: a");
 }
 
-TEST_P(AnnouncedCutTest, AModifiedCutTakesTheNewObjectInItsPlace)
+TEST_P(AnnouncedCutTest, ModifiedCutTakesTheNewObjectInItsPlace)
 {
-    const auto cCut = Add(L"a", L"Rock");
-    Add(L"b", L"Rock");
-    Start();
+    const auto cCut = Start(L"Rock 1: a b");
     cLib.cDataBase->Remove(*cCut); // another object altogether, as after a change of the record
     const auto cNew = Add(L"a", L"Rock");
     cNew->lID = cCut->lID;
     cNew->SetTitle(L"later");
     Modified({Announced(cNew)});
     EXPECT_EQ(Entry(L"Rock", L"a")->Title(), L"later");
-    EXPECT_EQ(cLib.Order(L"Rock", 1), (Keys{L"a", L"b"}));
+    EXPECT_EQ(Tree(), L"Rock 1: a b");
     EXPECT_EQ(Written(), Lines()) << "the order has not changed";
 }
 
-TEST_P(AnnouncedCutTest, ACopyOfARemovedCutTakesItOut)
-{
-    const auto cCut = Add(L"a", L"Rock");
-    Add(L"b", L"Rock");
-    Start();
-    cLib.cDataBase->Remove(*cCut);
-    Announce(&DataBaseEvents::CutsRemoved, {cCut->CloneCut()});
-    EXPECT_EQ(cLib.Order(L"Rock", 1), Keys{L"b"});
-}
-
-TEST_P(AnnouncedCutTest, ADatabaseThatCannotBeAskedIsFollowedAllTheSame)
+TEST_P(AnnouncedCutTest, DatabaseThatCannotBeAskedIsFollowedAllTheSame)
 {
     Start();
     const auto cCut = Add(L"a", L"Rock");
     cLib.cDataBase->bFails = true;
     Added({Announced(cCut)});
-    EXPECT_EQ(cLib.Order(L"Rock", 1), Keys{L"a"});
+    EXPECT_EQ(Tree(), L"Rock 1: a");
     EXPECT_EQ(boxes, Boxes());
-    const Lines colLog = Log();
-    EXPECT_EQ(std::count(colLog.begin(), colLog.end(),
-                         L"DISPLAYERROR, Looking up an announced cut 57 Device I/O error"),
-              1);
+    EXPECT_EQ(Logged(L"DISPLAYERROR, Looking up an announced cut 57 Device I/O error"), 1);
 }
 
 } // namespace
