@@ -126,7 +126,6 @@ public:
     std::vector<std::unique_ptr<RefCut>> colCuts; // in the database's order
     std::vector<std::unique_ptr<RefMain>> colMains;
     std::map<std::wstring, RefRecords> colFiles; // by folded name
-    std::set<std::wstring> colTouched;           // files written or deleted in this step
     std::set<std::wstring> colUnsaved;           // folded names; picks moved cuts without saving
     Lines colList;                               // the names in the list of categories
     RefMains colAffected;                        // saved at the end of the step
@@ -169,7 +168,6 @@ public:
         if (colRecords.empty() && colNotApplied.count(sFolded) == 0)
             return;
         colFiles[sFolded] = colRecords;
-        colTouched.insert(sFolded);
         colNotApplied.erase(sFolded);
     }
     void SaveAffected()
@@ -189,7 +187,6 @@ public:
         colUnsaved.erase(sFolded);
         colFiles.erase(sFolded);
         colNotApplied.erase(sFolded);
-        colTouched.insert(sFolded);
     }
     void SaveList()
     {
@@ -325,7 +322,6 @@ public:
         m_cPorts.cMessages.Inputs.clear();
         m_cPorts.cFiles.ClearOperations();
         m_cLib.cHost.colSaid.clear();
-        m_ref.colTouched.clear();
         struct Operation
         {
             const char* sName;
@@ -380,30 +376,14 @@ public:
         }
     }
 
-    // What either side has written or deleted in this step; the rest was compared before.
-    void CompareTouchedFiles()
-    {
-        CompareList();
-        std::set<std::wstring> colTouched = m_ref.colTouched;
-        for (const std::wstring& sOperation : m_cPorts.cFiles.Operations())
-            if (sOperation.ends_with(L".sif"))
-            {
-                const std::size_t name = sOperation.find_last_of(L'\\') + 1;
-                colTouched.insert(Lower(sOperation.substr(name, sOperation.size() - 4 - name)));
-            }
-        for (const std::wstring& sName : colTouched)
-        {
-            const RefRecords* pRecords = m_ref.Records(sName);
-            ASSERT_EQ(m_cPorts.cFiles.FileExists(SifPath(sName)), pRecords != nullptr);
-            if (pRecords)
-                CompareFile(sName, *pRecords);
-        }
-    }
-
-    // All of them, and that there are no others.
+    // Each file that changed on either side since it was compared last, and that both sides have the same
+    // ones.
     void CompareFiles()
     {
-        CompareList();
+        std::string list;
+        for (const std::wstring& sName : m_ref.colList)
+            list += "\r\n" + m_cPorts.cCodePage.Encode(sName);
+        ASSERT_EQ(m_cPorts.cFiles.FileExists(sMainCatsPath) ? m_cPorts.cFiles.Get(sMainCatsPath) : "", list);
         std::set<std::wstring> colThere;
         for (const std::wstring& sPath : m_cPorts.cFiles.Paths())
             if (sPath.ends_with(L".sif"))
@@ -411,7 +391,11 @@ public:
         for (const auto& [sName, colRecords] : m_ref.colFiles)
         {
             ASSERT_EQ(colThere.erase(Lower(SifPath(sName))), 1u);
-            CompareFile(sName, colRecords);
+            const std::pair now(m_cPorts.cFiles.Get(SifPath(sName)), colRecords);
+            if (now == m_colCompared[sName])
+                continue;
+            CompareRecords(now.first, colRecords);
+            m_colCompared[sName] = now;
         }
         ASSERT_TRUE(colThere.empty()) << "a file too many";
         ASSERT_EQ(m_cPorts.TemporaryFiles(), Lines());
@@ -461,16 +445,13 @@ private:
     {
         return m_cDataBase->cInner.bFreshObjects ? cut.cCut->Twin() : cut.cCut;
     }
-    // What a host hands in: the database's object, or a copy.
-    std::shared_ptr<Cut> GivenOf(const RefCut& cut)
-    {
-        return Chance(20) ? cut.cCut->CloneCut() : ObjectOf(cut);
-    }
+    // What a host hands in: the database's objects, or copies.
+    std::shared_ptr<Cut> GivenOf(RefCut& cut) { return GivenOf(RefOrder{&cut})[0]; }
     Cuts GivenOf(const RefOrder& colRefs)
     {
-        Cuts colCuts;
-        for (const RefCut* pCut : colRefs)
-            colCuts.push_back(GivenOf(*pCut));
+        Cuts colCuts = ObjectsOf(colRefs);
+        for (std::shared_ptr<Cut>& cCut : colCuts)
+            cCut = Chance(20) ? cCut->CloneCut() : cCut;
         return colCuts;
     }
     Cuts ObjectsOf(const RefOrder& colRefs) const
@@ -1032,16 +1013,11 @@ private:
         std::erase_if(colMoved, [&](const RefCut* pCut) { return !Contains(colOrder, pCut); });
         if (colMoved.empty())
             return;
-        RefOrder colNew;
-        for (std::int32_t lPos = 1; lPos <= end; ++lPos)
-        {
-            if (lPos == std::clamp(lPosInto, 1, end))
-                colNew.insert(colNew.end(), colMoved.begin(), colMoved.end());
-            if (lPos < end)
-                if (RefCut* pCut = colOrder[static_cast<std::size_t>(lPos) - 1]; !Contains(colMoved, pCut))
-                    colNew.push_back(pCut);
-        }
-        colOrder = colNew;
+        const auto IsMoved = [&](const RefCut* pCut) { return Contains(colMoved, pCut); };
+        const auto into = colOrder.begin() + std::clamp(lPosInto, 1, end) - 1;
+        const auto at = into - colOrder.begin() - std::count_if(colOrder.begin(), into, IsMoved);
+        std::erase_if(colOrder, IsMoved);
+        colOrder.insert(colOrder.begin() + at, colMoved.begin(), colMoved.end());
         m_ref.colAffected.insert(pMain);
     }
 
@@ -1101,14 +1077,12 @@ private:
                   !AnyOf(m_ref.colMains, [](const auto& pMain) { return pMain->colLevels.empty(); }));
         EXPECT_TRUE(m_cLib.cSchedMan->SaveCatNames());
         m_ref.SaveList();
-        CompareFiles();
     }
 
     void Populate() { m_cLib.cSchedMan->PopulateFromDataBase(m_cDataBase, sRadio); }
 
     void Reload()
     {
-        CompareFiles();
         m_ref.SaveBeforeReading();
         Populate();
         m_ref.Reload();
@@ -1121,7 +1095,6 @@ private:
         m_cLib.cSchedMan->SetRotatesAllowed(true);
         m_ref.SaveList();
         m_ref.Restart();
-        CompareFiles();
     }
 
     // ---- comparing
@@ -1162,31 +1135,18 @@ private:
         ASSERT_EQ(cSubCat.AverageRunTimemS(), static_cast<std::int32_t>(std::nearbyint(dAverage)));
     }
 
-    void CompareList()
-    {
-        std::string list;
-        for (const std::wstring& sName : m_ref.colList)
-            list += "\r\n" + m_cPorts.cCodePage.Encode(sName);
-        if (m_cPorts.cFiles.FileExists(sMainCatsPath))
-            ASSERT_EQ(m_cPorts.cFiles.Get(sMainCatsPath), list);
-        else
-            ASSERT_TRUE(m_ref.colList.empty());
-    }
-
-    void CompareFile(const std::wstring& sName, const RefRecords& colRecords) const
+    static void CompareRecords(const std::string& bytes, const RefRecords& colRecords)
     {
         constexpr std::size_t size = 1983;
-        const std::string bytes = m_cPorts.cFiles.Get(SifPath(sName));
         ASSERT_EQ(bytes.size(), size * colRecords.size());
         for (std::size_t at = 0; at < colRecords.size(); ++at)
         {
             const std::string record = bytes.substr(at * size, size);
-            const RefRecord& expected = colRecords[at];
-            const std::string path(expected.sKey.begin(), expected.sKey.end());
-            if (expected.bMarker)
-                ASSERT_EQ(record, SifMarker(expected.lLevel));
+            const auto& [lLevel, bMarker, sKey] = colRecords[at];
+            if (bMarker)
+                ASSERT_EQ(record, SifMarker(lLevel));
             else
-                ASSERT_EQ(record.substr(510), SifCut(path, expected.lLevel).substr(510));
+                ASSERT_EQ(record.substr(510), SifCut({sKey.begin(), sKey.end()}, lLevel).substr(510));
         }
     }
 
@@ -1196,6 +1156,7 @@ private:
     std::shared_ptr<BatchingDataBase> m_cDataBase = std::make_shared<BatchingDataBase>();
     SeededRandom m_cSameChance; // draws what the manager's draws
     Reference m_ref;
+    std::map<std::wstring, std::pair<std::string, RefRecords>> m_colCompared;
     unsigned m_keys = 0;
 };
 
@@ -1207,9 +1168,7 @@ void RunModel(std::uint32_t seed, int steps)
     {
         const char* sOperation = cModel.Step();
         cModel.CompareTree();
-        cModel.CompareTouchedFiles();
-        if (step % 50 == 0)
-            cModel.CompareFiles();
+        cModel.CompareFiles();
         if (step % 1000 == 0)
             cModel.ForgetLog();
         ASSERT_FALSE(testing::Test::HasFailure()) << "step " << step << ": " << sOperation;

@@ -23,13 +23,6 @@ ShownBox EmptyNameBox(const std::wstring& sCut)
 {
     return OkBox(BoxIcon::None, L"RavloScheduler", L"Zero-length cat names are illegal!\r\n" + sCut);
 }
-ShownBox LevelZeroBox(const std::wstring& sName)
-{
-    return CriticalBox(L"Contact Techincal.", L"Illegal attempt to add level 0 cut to category " + sName);
-}
-const ShownBox negativeLevelBox =
-    CriticalBox(L"Please contact support.", L"Illegal - a subcat MUST have a level");
-
 class SynchronisationTest : public StationTest
 {
 protected:
@@ -161,26 +154,21 @@ TEST_F(SynchronisationTest, EmptyNameOfAnAddedCutIsShownOnce)
     EXPECT_EQ(Tree(), L"Rock 1: a | Pop 1: b moved");
 }
 
-TEST_F(SynchronisationTest, RefusedLevelsAreShownOncePerCategoryAndCounted)
-{
-    Start(L"Rock 1: a");
-    Added(AddMany(3, L"r", L"Rock", 0));
-    Added({Add(L"p", L"Pop", 0), Add(L"good", L"Pop", 1)});
-    Added(AddMany(3, L"j", L"Jazz", -7));
-    EXPECT_EQ(boxes, (Boxes{LevelZeroBox(L"Rock"), LevelZeroBox(L"Pop"), negativeLevelBox}));
-    EXPECT_EQ(Logged(L"Not filed in category Rock, having no level: 2 more cuts."), 1);
-    EXPECT_EQ(Tree(), L"Rock 1: a | Pop 1: good | Jazz");
-    EXPECT_EQ(Written(), (Lines{L"Pop"})) << "only what a cut has joined is saved";
-}
-
-TEST_F(SynchronisationTest, AddWithoutAPlacedCutSavesNothing)
+TEST_F(SynchronisationTest, OnlyCategoriesThatACutHasJoinedAreSaved)
 {
     Start(L"Rock 1: a");
     Added({Add(L"b", L"Rock/Pop", 0), Add(L"c", L"Rock", -1)});
     EXPECT_EQ(said, Joined({{L"Start 2: Updating Scheduler with Added items"}, colAddedDone}));
     EXPECT_EQ(Written(), Lines());
     EXPECT_EQ(Logged(L"Saving History And Ordering now...there are: 0 Cats affected by this add."), 1);
-    EXPECT_EQ(boxes, (Boxes{LevelZeroBox(L"Rock"), LevelZeroBox(L"Pop"), negativeLevelBox}));
+    EXPECT_EQ(
+        boxes,
+        (Boxes{CriticalBox(L"Contact Techincal.", L"Illegal attempt to add level 0 cut to category Rock"),
+               CriticalBox(L"Contact Techincal.", L"Illegal attempt to add level 0 cut to category Pop"),
+               CriticalBox(L"Please contact support.", L"Illegal - a subcat MUST have a level")}));
+    Added({Add(L"d", L"Rock", 0), Add(L"e", L"Pop", 1)});
+    EXPECT_EQ(Tree(), L"Rock 1: a | Pop 1: e");
+    EXPECT_EQ(Written(), (Lines{L"Pop"}));
 }
 
 TEST_F(SynchronisationTest, CutWhoseTextsFailInABoxJoinsItsOtherCategories)
@@ -229,16 +217,6 @@ TEST_F(SynchronisationTest, ReloadInABoxLeavesTheNewTreesNumbers)
     EXPECT_EQ(Tree(), L"Rock 1: r | Jazz 1: j a | Pop 1:");
 }
 
-TEST_F(SynchronisationTest, LevelBehindATabIsIgnoredAndNamesCountOnce)
-{
-    Start();
-    const auto cCut = Add(L"a", L"Rock\t7", 2);
-    cCut->AddCategoryName(L"ROCK");
-    Added({cCut});
-    EXPECT_EQ(Tree(), L"Rock 2: a");
-    EXPECT_EQ(Written(), (Lines{L"Rock"}));
-}
-
 TEST_F(SynchronisationTest, NameThatCanBeNoFileIsPlacedAndItsSaveRefused)
 {
     Start();
@@ -252,28 +230,6 @@ TEST_F(SynchronisationTest, NameThatCanBeNoFileIsPlacedAndItsSaveRefused)
     EXPECT_EQ(Written(), (Lines{L"Rock"}));
     for (const std::wstring& sPath : cPorts.cFiles.Paths())
         EXPECT_TRUE(sPath == SifPath(L"Rock") || !sPath.ends_with(L".sif"));
-}
-
-TEST_F(SynchronisationTest, NamesDifferingOnlyByCaseAreOneCategory)
-{
-    Start(L"Rock 1: a");
-    Added({Add(L"b", L"ROCK"), Add(L"c", L"\u0420\u043E\u043A"), Add(L"d", L"\u0420\u041E\u041A"),
-           Add(L"e", L"\u0411\u0438\u0442")});
-    EXPECT_EQ(Tree(), L"Rock 1: a b | \u0420\u043E\u043A 1: c d | \u0411\u0438\u0442 1: e");
-    EXPECT_EQ(File(L"\u0420\u043E\u043A"), SifCut("c", 1) + SifCut("d", 1));
-    EXPECT_EQ(File(L"\u0411\u0438\u0442"), SifCut("e", 1));
-    EXPECT_EQ(boxes, Boxes());
-}
-
-TEST_F(SynchronisationTest, CutAnnouncedAsNewThatIsPlacedElsewhereIsMoved)
-{
-    const auto cCut = Start(L"Rock 1: a | Pop 1: a");
-    cCut->SetCategoryText(L"Pop/Jazz");
-    cCut->SetCatLevel(2);
-    Added({cCut});
-    EXPECT_EQ(Tree(), L"Rock 1: | Pop 1: | Pop 2: a | Jazz 2: a");
-    EXPECT_EQ(cCut->CategoryText(), L"Pop/Jazz");
-    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop", L"Jazz"}));
 }
 
 TEST_F(SynchronisationTest, CutAnnouncedTwiceIsPlacedOnceAndKeepsItsPlace)
@@ -732,57 +688,45 @@ TEST_F(RemoveCutFromCategoryTest, ChangeNotYetAnnouncedIsStillSeenAfterwards)
 
 // ---- cuts modified ----
 
-TEST_F(SynchronisationTest, ChangedLevelMovesTheCutLastInEveryCategory)
+TEST_F(SynchronisationTest, CutIsPlacedWhereItsNamesAndLevelSay)
 {
-    const auto cCut = Add(L"a", L"Rock/Pop", 1);
-    Add(L"b", L"Rock", 2);
-    Add(L"c", L"Rock", 1, 60'000);
-    Start();
-    cCut->SetCatLevel(2);
-    Modified({cCut});
-    EXPECT_EQ(Tree(), L"Rock 1: c | Rock 2: b a | Pop 1: | Pop 2: a");
-    EXPECT_EQ(TotalOf(L"Rock", 1), 60'000);
-    EXPECT_EQ(TotalOf(L"Rock", 2), 360'000);
-    EXPECT_EQ(cCut->CategoryText(), L"Rock/Pop");
-    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
-    EXPECT_EQ(said, Lines()) << "no progress events, not even of the saves";
+    const std::wstring sBefore = L"Rock 1: a b | Rock 2: c | Pop 1: a";
+    const auto Expect =
+        [&](const wchar_t* sNames, std::int32_t lLevel, const std::wstring& sTree, const Lines& colWritten) {
+        for (const bool bModified : {true, false})
+        {
+            SCOPED_TRACE(testing::PrintToString(std::wstring(sNames)) + (bModified ? " modified" : " added"));
+            const auto cCut = Start(sBefore);
+            cCut->SetCategoryText(sNames);
+            cCut->SetCatLevel(lLevel);
+            bModified ? Modified({cCut}) : Added({cCut});
+            EXPECT_EQ(Tree(), sTree);
+            EXPECT_EQ(cCut->CategoryText(), sNames) << "as the database set them";
+            EXPECT_EQ(boxes, Boxes());
+            if (!bModified)
+                continue;
+            EXPECT_EQ(Written(), colWritten);
+            EXPECT_EQ(said, Lines()) << "no progress events, not even of the saves";
+        }
+    };
+    Expect(L"Rock/Pop", 2, L"Rock 1: b | Rock 2: c a | Pop 1: | Pop 2: a", {L"Rock", L"Pop"});
+    Expect(L"Jazz/Rock/NOCAT", 1, L"Rock 1: a b | Rock 2: c | Pop 1: | Jazz 1: a | NOCAT 1: a",
+           {L"Pop", L"Jazz", L"NOCAT"});
+    Expect(L"Pop/Jazz", 2, L"Rock 1: b | Rock 2: c | Pop 1: | Pop 2: a | Jazz 2: a",
+           {L"Rock", L"Pop", L"Jazz"});
+    Expect(L"", 1, L"Rock 1: b | Rock 2: c | Pop 1:", {L"Rock", L"Pop"});
+    for (const wchar_t* sSame : {L"Rock/Pop", L"ROCK/pop", L"Pop/Rock"})
+        Expect(sSame, 1, sBefore, {});
 }
 
-TEST_F(SynchronisationTest, ChangedNamesMoveTheCutOnlyWhereTheyChanged)
+TEST_F(SynchronisationTest, UnknownModifiedCutIsPlacedWithoutItsEmptyName)
 {
-    const auto cCut = Start(L"Rock 1: a b | Pop 1: a c");
-    cCut->SetCategoryText(L"Jazz/Rock/NOCAT");
-    Modified({cCut});
-    EXPECT_EQ(Tree(), L"Rock 1: a b | Pop 1: c | Jazz 1: a | NOCAT 1: a")
-        << "it keeps its place in Rock; NOCAT is a name like any other";
-    EXPECT_EQ(cCut->CategoryText(), L"Jazz/Rock/NOCAT")
-        << "names and their order stay as the database set them";
-    EXPECT_EQ(Written(), (Lines{L"Pop", L"Jazz", L"NOCAT"}));
-    EXPECT_EQ(boxes, Boxes());
-}
-
-TEST_F(SynchronisationTest, ModifiedCutWithTheSameNamesAndLevelChangesNothing)
-{
-    const auto cCut = Start(L"Rock 1: a b | Pop 1: a");
-    for (const wchar_t* sText : {L"Rock/Pop", L"ROCK/pop", L"Pop/Rock"})
-    {
-        cCut->SetCategoryText(sText);
-        Modified({cCut});
-        EXPECT_EQ(Tree(), L"Rock 1: a b | Pop 1: a");
-        EXPECT_EQ(cCut->CategoryText(), sText);
-    }
-    EXPECT_EQ(Written(), Lines());
-}
-
-TEST_F(SynchronisationTest, CutWithoutNamesLeavesAllAndAnUnknownOneIsPlaced)
-{
-    const auto cCut = Start(L"Rock 1: a | Pop 1: a");
-    cCut->SetCategoryText(L"");
+    Start(L"Rock 1: a");
     const auto cUnknown = Add(L"u", L"Rock");
     cUnknown->AddCategoryName(L"");
-    Modified({cCut, cUnknown});
-    EXPECT_EQ(Tree(), L"Rock 1: u | Pop 1:");
-    EXPECT_EQ(boxes, Boxes()) << "the empty name of a modified cut is skipped silently";
+    Modified({cUnknown});
+    EXPECT_EQ(Tree(), L"Rock 1: a u");
+    EXPECT_EQ(boxes, Boxes());
 }
 
 TEST_F(SynchronisationTest, CutModifiedBackAndForthIsComparedWithItsLastState)
@@ -823,16 +767,6 @@ TEST_F(SynchronisationTest, ModifiedCutsThatFailAreReportedOnceAndMayBeRetried)
     cBad->failing.clear();
     Modified({cBad});
     EXPECT_EQ(Order(L"Rock", 2), (Keys{L"good", L"bad"}));
-}
-
-TEST_F(SynchronisationTest, ManyModifiedCutsSaveEachCategoryOnce)
-{
-    const Cuts colCuts = AddMany(40, L"k", L"Rock/Pop/Jazz");
-    Start();
-    for (const std::shared_ptr<Cut>& cCut : colCuts)
-        cCut->SetCategoryText(L"Rock/Soul");
-    Modified(colCuts);
-    EXPECT_EQ(Written(), (Lines{L"Pop", L"Jazz", L"Soul"}));
 }
 
 // ---- listening ----
