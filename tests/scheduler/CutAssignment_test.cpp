@@ -20,13 +20,9 @@ protected:
     }
 };
 
-TEST_F(AssignCutTest, TheCutIsPlacedAndEachTouchedCategoryIsSavedOnce)
+TEST_F(AssignCutTest, CutIsPlacedAndEachTouchedCategoryIsSavedOnce)
 {
-    const auto cCut = Add(L"a", L"Rock/Pop", 1, 100'000);
-    Add(L"r", L"Rock", 3);
-    Add(L"b", L"Rock", 1);
-    Add(L"j", L"Jazz", 3);
-    Start();
+    const auto cCut = Start(L"Rock 1: a b | Pop 1: a | Rock 3: r | Jazz 3: j");
     Assign(cCut, 3, {L"Rock", L"Jazz"});
     EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop", L"Jazz"}));
     for (const char* sWhen : {"at once", "after a restart"})
@@ -38,7 +34,7 @@ TEST_F(AssignCutTest, TheCutIsPlacedAndEachTouchedCategoryIsSavedOnce)
         EXPECT_EQ(Order(L"Rock", 3), (Keys{L"r", L"a"}));
         EXPECT_EQ(Order(L"Jazz", 3), (Keys{L"j", L"a"}));
         EXPECT_EQ(Order(L"Pop", 1), Keys());
-        EXPECT_EQ(TotalOf(L"Rock", 3), 280'000);
+        EXPECT_EQ(TotalOf(L"Rock", 3), 360'000);
         EXPECT_EQ(boxes, Boxes());
         EXPECT_EQ(File(L"Rock"), SifCut("b", 1) + SifCut("r", 3) + SifCut("a", 3));
         EXPECT_EQ(File(L"Pop"), SifMarker(1));
@@ -47,125 +43,81 @@ TEST_F(AssignCutTest, TheCutIsPlacedAndEachTouchedCategoryIsSavedOnce)
     }
 }
 
-TEST_F(AssignCutTest, ALaterAnnouncementFindsNothingToDo)
+TEST_F(AssignCutTest, LaterAnnouncementFindsNothingToDo)
 {
-    const auto cCut = Add(L"a", L"Rock", 1);
-    Add(L"j", L"Jazz", 2);
-    Start();
+    const auto cCut = Start(L"Rock 1: a | Jazz 2: j");
     Assign(cCut, 2, {L"Jazz"});
     Forget();
     Modified({cCut});
     EXPECT_EQ(Written(), Lines());
-    EXPECT_EQ(Order(L"Jazz", 2), (Keys{L"j", L"a"}));
-    // What it had before is no longer what it is placed under.
+    EXPECT_EQ(Tree(), L"Rock 1: | Jazz 2: j a");
     cCut->SetCatLevel(1);
     cCut->SetCategoryText(L"Rock");
     Modified({cCut});
-    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
+    EXPECT_EQ(Tree(), L"Rock 1: a | Jazz 2: j") << "its names and level before are no longer remembered";
 }
 
-TEST_F(AssignCutTest, ADatabaseThatAnnouncesEachPropertyMakesNoStrayLevel)
+TEST_F(AssignCutTest, DatabaseThatAnnouncesEachPropertyMakesNoStrayLevel)
 {
-    const auto cCut = Add(L"a", L"Rock", 1);
-    Add(L"j", L"Jazz", 2);
-    Start();
+    const auto cCut = Start(L"Rock 1: a | Jazz 2: j");
     cCut->OnCall = [&](const std::string& sMember) {
         if (sMember.starts_with("Set"))
             Modified({cCut});
     };
     Assign(cCut, 2, {L"Jazz"});
     cCut->OnCall = nullptr;
-    EXPECT_EQ(Level(L"Rock", 2), nullptr);
-    EXPECT_EQ(Order(L"Rock", 1), Keys());
-    EXPECT_EQ(Order(L"Jazz", 2), (Keys{L"j", L"a"}));
+    EXPECT_EQ(Tree(), L"Rock 1: | Jazz 2: j a");
     EXPECT_EQ(Written(), (Lines{L"Rock", L"Jazz"}));
 }
 
-TEST_F(AssignCutTest, WhatFailsThrowsAndChangesNothing)
+TEST_F(AssignCutTest, FailureThrowsAndChangesNothing)
 {
     for (const char* sMember : {"SetCatLevel", "SetCategoryText", "RunTimemS", "CategoryText", "Key"})
     {
         SCOPED_TRACE(sMember);
-        RadioPorts cOther;
-        Library cLibrary(cOther);
-        const auto cCut = cLibrary.cDataBase->Add(L"a", L"Rock/Pop", 1);
-        cLibrary.cDataBase->Add(L"b", L"Rock", 1);
-        cLibrary.Populate();
+        const auto cCut = Start(L"Rock 1: a b | Pop 1: a");
         cCut->failing = {sMember};
-        EXPECT_THROW(cLibrary.cSchedMan->AssignCut(cCut, 4, {L"Jazz", L"Rock"}), RuntimeError);
+        EXPECT_THROW(Assign(cCut, 4, {L"Jazz", L"Rock"}), RuntimeError);
         cCut->failing.clear();
         EXPECT_EQ(cCut->CatLevel(), 1);
         EXPECT_EQ(cCut->CategoryText(), L"Rock/Pop");
-        EXPECT_EQ(cLibrary.Order(L"Rock", 1), (Keys{L"a", L"b"}));
-        EXPECT_EQ(cLibrary.Order(L"Pop", 1), (Keys{L"a"}));
-        EXPECT_EQ(cLibrary.Level(L"Rock", 4), nullptr);
-        EXPECT_EQ(cLibrary.MainCat(L"Jazz"), nullptr) << "made for it, and gone with it";
-        EXPECT_EQ(cOther.cMessages.Boxes, Boxes()) << "the caller tells";
+        EXPECT_EQ(Tree(), L"Rock 1: a b | Pop 1: a") << "what was made for it is removed";
+        EXPECT_EQ(boxes, Boxes()) << "the caller shows the error";
     }
 }
 
-TEST_F(AssignCutTest, ARunTimeOutOfRangeIsShownAndTheCutIsAssigned)
-{
-    const auto cCut = Add(L"a", L"Rock", 1, std::numeric_limits<std::int32_t>::max());
-    Add(L"j", L"Jazz", 1, 1);
-    Start();
-    Assign(cCut, 1, {L"Jazz"});
-    EXPECT_EQ(Order(L"Jazz", 1), (Keys{L"j", L"a"}));
-    EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in ShowCatUI [cSchedMan]",
-                                        CriticalText(6) + L": run times in category Jazz")}));
-}
-
-TEST_F(AssignCutTest, EveryErrorOfAnAssignmentIsShown)
+TEST_F(AssignCutTest, RunTimesOutOfRangeAreShownOrLoggedWhenTheCutFails)
 {
     const auto cCut = Add(L"a", L"Rock", 1, std::numeric_limits<std::int32_t>::max());
     Add(L"j", L"Jazz", 1, 1);
     Add(L"p", L"Pop", 1, 1);
     Start();
-    Assign(cCut, 1, {L"Jazz", L"Pop"});
     const std::wstring sTitle = L"Error in ShowCatUI [cSchedMan]";
-    EXPECT_EQ(boxes, (Boxes{CriticalBox(sTitle, CriticalText(6) + L": run times in category Jazz"),
-                            CriticalBox(sTitle, CriticalText(6) + L": run times in category Pop")}));
-}
-
-TEST_F(AssignCutTest, CutsOwnFailureIsThrownAndTheOthersAreLogged)
-{
-    const auto cCut = Add(L"a", L"Rock", 1, std::numeric_limits<std::int32_t>::max());
-    Add(L"j", L"Jazz", 1, 1);
-    Start();
+    const std::wstring sOverflow = CriticalText(6) + L": run times in category ";
     const auto cCopy = std::make_shared<FakeCut>();
     cCopy->SetKey(L"a");
     cCopy->failing = {"SetCategoryText"};
-    try
-    {
-        Assign(cCopy, 1, {L"Jazz"});
-        FAIL();
-    }
-    catch (const RuntimeError& cError)
-    {
-        EXPECT_EQ(cError.Number(), error::ObjectNotSet);
-    }
+    EXPECT_THROW(Assign(cCopy, 1, {L"Jazz"}), RuntimeError);
     EXPECT_EQ(Order(L"Rock", 1), Keys{L"a"});
     EXPECT_EQ(boxes, Boxes());
-    const Lines colLog = Log();
-    EXPECT_EQ(
-        std::count(colLog.begin(), colLog.end(),
-                   L"DISPLAYERROR, Error in ShowCatUI [cSchedMan] 6 Overflow: run times in category Jazz"),
-        1);
+    EXPECT_EQ(Logged(L"DISPLAYERROR, " + sTitle + L" " + sOverflow + L"Jazz"), 1);
+    Assign(cCut, 1, {L"Jazz", L"Pop"});
+    EXPECT_EQ(Tree(), L"Rock 1: | Jazz 1: j a | Pop 1: p a");
+    EXPECT_EQ(boxes,
+              (Boxes{CriticalBox(sTitle, sOverflow + L"Jazz"), CriticalBox(sTitle, sOverflow + L"Pop")}));
 }
 
-TEST_F(AssignCutTest, ACategoryDeletedSinceItWasChosenIsMadeAndListed)
+TEST_F(AssignCutTest, CategoryDeletedSinceItWasChosenIsMadeAndListed)
 {
-    const auto cCut = Add(L"a", L"Rock", 1);
-    Start();
+    const auto cCut = Start(L"Rock 1: a");
     Assign(cCut, 2, {L"New"});
-    EXPECT_EQ(Order(L"New", 2), (Keys{L"a"}));
+    EXPECT_EQ(Tree(), L"Rock 1: | New 2: a");
     EXPECT_EQ(cPorts.cFiles.Get(sMainCatsPath), "\r\nRock\r\nNew");
 }
 
-TEST_F(AssignCutTest, ACopyReceivesWhatTheDatabasesOwnCutReceives)
+TEST_F(AssignCutTest, CopyReceivesWhatTheDatabasesOwnCutReceives)
 {
-    const auto cCut = Add(L"a", L"Rock", 1);
-    Start();
+    const auto cCut = Start(L"Rock 1: a");
     const std::shared_ptr<Cut> cCopy = cCut->CloneCut();
     Assign(cCopy, 2, {L"Rock", L"Pop"});
     for (const std::shared_ptr<Cut>& cEach : {cCopy, std::static_pointer_cast<Cut>(cCut)})
@@ -176,10 +128,9 @@ TEST_F(AssignCutTest, ACopyReceivesWhatTheDatabasesOwnCutReceives)
     EXPECT_EQ(Level(L"Pop", 2)->SchedCuts()->At(0), cCut);
 }
 
-TEST_F(AssignCutTest, ACutTheDatabaseDoesNotHoldYetIsPlacedWhenItIsAnnounced)
+TEST_F(AssignCutTest, CutThatTheDatabaseLacksIsPlacedWhenAnnounced)
 {
-    Add(L"r", L"Rock", 1);
-    Start();
+    Start(L"Rock 1: r");
     const auto cNew = Add(L"new", L"", 0);
     cLib.cDataBase->Remove(*cNew);
     Assign(cNew, 1, {L"Rock"});
@@ -195,10 +146,9 @@ TEST_F(AssignCutTest, ACutTheDatabaseDoesNotHoldYetIsPlacedWhenItIsAnnounced)
     EXPECT_EQ(boxes, Boxes());
 }
 
-TEST_F(AssignCutTest, DuringAPopulationItIsRefused)
+TEST_F(AssignCutTest, IsRefusedDuringAPopulation)
 {
-    const auto cCut = Add(L"a", L"Rock", 1);
-    Start();
+    const auto cCut = Start(L"Rock 1: a");
     int lRefused = 0;
     cLib.cHost.OnEvent = [&](const std::wstring&) {
         try
@@ -229,21 +179,17 @@ protected:
     std::shared_ptr<FakeCut> cCut;
 };
 
-TEST_F(AssignInBatchesTest, LevelAndNamesAreOneChangeOnTheDisk)
-{
-    cLib.cSchedMan->AssignCut(cCut, 2, {L"Pop"});
-    EXPECT_EQ(cBatching->lBegun, 1);
-    EXPECT_EQ(cBatching->lCommitted, 1);
-}
-
-TEST_F(AssignInBatchesTest, ARefusedCommitThrowsAndChangesNothing)
+TEST_F(AssignInBatchesTest, LevelAndNamesAreOneChangeAndARefusedCommitThrows)
 {
     cBatching->bRefusesCommit = true;
     EXPECT_THROW(cLib.cSchedMan->AssignCut(cCut, 2, {L"Pop"}), RuntimeError);
     EXPECT_EQ(cCut->CategoryText(), L"Rock");
     EXPECT_EQ(cCut->CatLevel(), 1);
-    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
-    EXPECT_EQ(MainCat(L"Pop"), nullptr);
+    EXPECT_EQ(Tree(), L"Rock 1: a");
+    cBatching->bRefusesCommit = false;
+    cLib.cSchedMan->AssignCut(cCut, 2, {L"Pop"});
+    EXPECT_EQ(cBatching->lBegun, 2);
+    EXPECT_EQ(cBatching->lCommitted, 1);
 }
 
 TEST_F(AssignInBatchesTest, RefusedBeginIsShownAndChangesCountSingly)

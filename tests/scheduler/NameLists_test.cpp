@@ -41,18 +41,13 @@ TEST_F(NameListsTest, NamesComeInOrderEachOnceWithoutALevel)
     EXPECT_EQ(Texts(Of(L"Rock\t7/Pop/ROCK")), (std::vector<std::wstring>{L"Rock", L"Pop"}));
     EXPECT_EQ(Texts(Of(L"")), std::vector<std::wstring>{});
     EXPECT_FALSE(Of(L"Rock").bEmptyName);
-}
-
-TEST_F(NameListsTest, EmptyNameIsReportedAndNotListed)
-{
     const auto cCut = cDataBase.Add(L"a", L"Rock", 1);
     cCut->AddCategoryName(L"");
-    const NameLists::Names& names = cLists.Of(*cCut);
-    EXPECT_TRUE(names.bEmptyName);
-    EXPECT_EQ(Texts(names), (std::vector<std::wstring>{L"Rock"}));
+    EXPECT_TRUE(cLists.Of(*cCut).bEmptyName);
+    EXPECT_EQ(Texts(cLists.Of(*cCut)), (std::vector<std::wstring>{L"Rock"})) << "an empty name is no name";
 }
 
-TEST_F(NameListsTest, AListIsTakenApartOnceAndItsNumberIsThatOfThePlacedCuts)
+TEST_F(NameListsTest, ListIsReadOnceAndNumberedAsInThePlacedCuts)
 {
     const NameLists::Names& names = Of(L"Rock/Pop");
     EXPECT_EQ(&Of(L"Rock/Pop"), &names);

@@ -19,7 +19,7 @@ protected:
     PlacedCuts cPlaced;
 };
 
-TEST_F(PlacedCutsTest, ACutThatWasNeverMetOrIsForgottenIsUnknownAndChanged)
+TEST_F(PlacedCutsTest, UnknownOrForgottenCutCountsAsChanged)
 {
     const auto cCut = NewCut(L"Rock", 1);
     EXPECT_FALSE(cPlaced.Contains(cCut->Key()));
@@ -32,7 +32,7 @@ TEST_F(PlacedCutsTest, ACutThatWasNeverMetOrIsForgottenIsUnknownAndChanged)
     EXPECT_FALSE(cPlaced.IsUnchanged(*cCut));
 }
 
-TEST_F(PlacedCutsTest, ANumberLeadsToTheKeyTheCutWasMetUnderLast)
+TEST_F(PlacedCutsTest, NumberLeadsToTheLastKnownKeyOfItsCut)
 {
     const auto cCut = NewCut(L"Rock", 1);
     cCut->lID = 7;
@@ -40,7 +40,7 @@ TEST_F(PlacedCutsTest, ANumberLeadsToTheKeyTheCutWasMetUnderLast)
     cPlaced.Remember(*cCut);
     EXPECT_EQ(cPlaced.KeyOf(7), TextKey(L"a"));
     cPlaced.Forget(cCut->Key());
-    EXPECT_EQ(cPlaced.KeyOf(7), TextKey(L"a")) << "of a cut whose names and level are unknown, too";
+    EXPECT_EQ(cPlaced.KeyOf(7), TextKey(L"a")) << "even if its names and level are forgotten";
     cPlaced.Remember(*cCut);
     cCut->SetKey(L"z");
     cPlaced.Remember(*cCut);
@@ -51,7 +51,7 @@ TEST_F(PlacedCutsTest, ANumberLeadsToTheKeyTheCutWasMetUnderLast)
     EXPECT_FALSE(cPlaced.KeyOf(7));
 }
 
-TEST_F(PlacedCutsTest, ACutWithoutANumberIsRememberedAllTheSame)
+TEST_F(PlacedCutsTest, CutWithoutANumberIsRememberedAllTheSame)
 {
     const auto cCut = NewCut(L"Rock", 1);
     cCut->lID = 0;
@@ -65,7 +65,7 @@ TEST_F(PlacedCutsTest, ACutWithoutANumberIsRememberedAllTheSame)
     EXPECT_FALSE(cPlaced.KeyOf(7));
 }
 
-TEST_F(PlacedCutsTest, NamesInTheirOrderAndTheLevelTellAChange)
+TEST_F(PlacedCutsTest, ChangeIsSeenInTheLevelAndTheNamesInTheirOrder)
 {
     struct Case
     {
@@ -86,7 +86,7 @@ TEST_F(PlacedCutsTest, NamesInTheirOrderAndTheLevelTellAChange)
     }
 }
 
-TEST_F(PlacedCutsTest, AnOwnChangeOfACutInStepIsRemembered)
+TEST_F(PlacedCutsTest, OwnChangeIsRememberedUnlessAnotherWasUnknown)
 {
     const auto cCut = NewCut(L"Rock", 1);
     cPlaced.Remember(*cCut);
@@ -96,16 +96,10 @@ TEST_F(PlacedCutsTest, AnOwnChangeOfACutInStepIsRemembered)
         cCut->AddCategoryName(L"Pop");
     }
     EXPECT_TRUE(cPlaced.IsUnchanged(*cCut));
-}
-
-TEST_F(PlacedCutsTest, AnOwnChangeOfACutOutOfStepHidesNothing)
-{
-    const auto cCut = NewCut(L"Rock", 1);
-    cPlaced.Remember(*cCut);
-    cCut->SetCatLevel(2); // the database's
+    cCut->SetCatLevel(3); // the database's
     {
         const PlacedCuts::OwnChange cOwnChange(cPlaced, *cCut);
-        cCut->AddCategoryName(L"Pop");
+        cCut->AddCategoryName(L"Jazz");
     }
     EXPECT_FALSE(cPlaced.IsUnchanged(*cCut));
     const auto cUnknown = cDataBase.Add(L"b", L"Rock", 1);
@@ -116,27 +110,24 @@ TEST_F(PlacedCutsTest, AnOwnChangeOfACutOutOfStepHidesNothing)
     EXPECT_FALSE(cPlaced.Contains(cUnknown->Key()));
 }
 
-TEST_F(PlacedCutsTest, AnOwnChangeThatFailsOrCannotBeReadForgetsTheCut)
+TEST_F(PlacedCutsTest, OwnChangeThatFailsOrCannotBeReadForgetsTheCut)
 {
     const auto cCut = NewCut(L"Rock", 1);
-    cPlaced.Remember(*cCut);
-    try
+    for (const bool bFails : {true, false})
     {
-        const PlacedCuts::OwnChange cOwnChange(cPlaced, *cCut);
-        cCut->SetCatLevel(2);
-        throw RuntimeError(error::DeviceIo);
+        cPlaced.Remember(*cCut);
+        try
+        {
+            const PlacedCuts::OwnChange cOwnChange(cPlaced, *cCut);
+            if (bFails)
+                throw RuntimeError(error::DeviceIo);
+            cCut->failing = {"CategoryNames"};
+        }
+        catch (const RuntimeError&)
+        {
+        }
+        EXPECT_FALSE(cPlaced.Contains(cCut->Key()));
     }
-    catch (const RuntimeError&)
-    {
-    }
-    EXPECT_FALSE(cPlaced.Contains(cCut->Key()));
-
-    cPlaced.Remember(*cCut);
-    {
-        const PlacedCuts::OwnChange cOwnChange(cPlaced, *cCut);
-        cCut->failing = {"CategoryNames"};
-    }
-    EXPECT_FALSE(cPlaced.Contains(cCut->Key()));
 }
 
 TEST_F(PlacedCutsTest, AssignedNamesComeOnceWithoutALevelAndInOrder)

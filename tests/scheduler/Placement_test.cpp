@@ -34,46 +34,45 @@ protected:
     ModScheduler cMod{cPorts.Ports()};
     FakeDataBase cDataBase;
     Placement cPlacement{cMod};
+    const std::shared_ptr<clsCat> cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
     Boxes& boxes = cPorts.cMessages.Boxes;
     bool bCreated = false;
 };
 
-TEST_F(PlacementTest, AMainCategoryIsFoundWithoutRegardToCaseOrMadeAtTheEnd)
+TEST_F(PlacementTest, MainCategoryIsFoundIgnoringCaseOrMadeAtTheEnd)
 {
     CatCollection colMainCats;
-    const auto cRock = EnsureMainCat(cMod, colMainCats, L"Rock");
-    EXPECT_EQ(cRock->CatName(), L"Rock");
-    EXPECT_EQ(cRock->CatLevel(), 0);
+    const auto cMade = EnsureMainCat(cMod, colMainCats, L"Rock");
+    EXPECT_EQ(cMade->CatLevel(), 0);
     EXPECT_EQ(colMainCats.KeyAt(0)->Text(), L"Rock\t0");
-    EXPECT_EQ(EnsureMainCat(cMod, colMainCats, L"ROCK"), cRock);
+    EXPECT_EQ(EnsureMainCat(cMod, colMainCats, L"ROCK"), cMade);
     EnsureMainCat(cMod, colMainCats, L"Pop");
-    EXPECT_EQ(colMainCats.Count(), 2u);
-    EXPECT_EQ(colMainCats.At(1)->CatName(), L"Pop");
+    EXPECT_EQ(TreeText(colMainCats), L"Rock | Pop");
 }
 
-TEST_F(PlacementTest, TellsWhetherACutWasPlaced)
+TEST_F(PlacementTest, ReturnsWhetherTheCutWasPlaced)
 {
-    const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
     const auto cCut = NewCut(L"a", 2);
     EXPECT_TRUE(cPlacement.Place(cCut, *cRock, bCreated));
     EXPECT_TRUE(bCreated);
     EXPECT_FALSE(cPlacement.Place(cCut, *cRock, bCreated)) << "it is there";
     EXPECT_EQ(Report(), Lines());
+    cCut->failing = {"RunTimemS"};
+    EXPECT_THROW(cPlacement.Place(cCut, *std::make_shared<clsCat>(cMod, L"Pop", 0), bCreated), RuntimeError);
+    EXPECT_EQ(Report(), Lines()) << "the caller reports an error of the cut";
 }
 
-TEST_F(PlacementTest, AnOverflowIsGatheredAndTheCutCountsAsPlaced)
+TEST_F(PlacementTest, OverflowIsGatheredAndTheCutCountsAsPlaced)
 {
-    const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
     for (const wchar_t* sKey : {L"a", L"b", L"c"})
         EXPECT_TRUE(cPlacement.Place(NewCut(sKey, 1, lLongest), *cRock, bCreated));
     EXPECT_EQ(boxes, Boxes());
     EXPECT_EQ(Report(), (Lines{CriticalText(6) + L": run times in category Rock"}));
-    EXPECT_EQ(Report(), Lines()) << "told once";
+    EXPECT_EQ(Report(), Lines()) << "reported once";
 }
 
 TEST_F(PlacementTest, LevelZeroAndNegativeLevelHaveOneBoxPerCategory)
 {
-    const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
     const ShownBox levelZero =
         CriticalBox(L"Contact Techincal.", L"Illegal attempt to add level 0 cut to category Rock");
     const ShownBox negative =
@@ -85,15 +84,6 @@ TEST_F(PlacementTest, LevelZeroAndNegativeLevelHaveOneBoxPerCategory)
     EXPECT_EQ(boxes, (Boxes{levelZero, negative}));
     EXPECT_EQ(Report(), Lines());
     EXPECT_EQ(cPorts.LogMessages().back(), L"Not filed in category Rock, having no level: 3 more cuts.");
-}
-
-TEST_F(PlacementTest, AnyOtherErrorIsTheCallers)
-{
-    const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 0);
-    const auto cCut = NewCut(L"a", 1);
-    cCut->failing = {"RunTimemS"};
-    EXPECT_THROW(cPlacement.Place(cCut, *cRock, bCreated), RuntimeError);
-    EXPECT_EQ(Report(), Lines());
 }
 
 TEST_F(PlacementTest, FailedCutsAreCountedOnceEachAndTheFirstErrorIsShown)
@@ -120,24 +110,23 @@ TEST_F(PlacementTest, FailedCutsAreCountedOnceEachAndTheFirstErrorIsShown)
 
 TEST_F(PlacementTest, TouchedLevelsSumRunTimesInTheOrderTouched)
 {
-    const auto cPop = std::make_shared<clsCat>(cMod, L"Pop", 1);
-    const auto cRock = std::make_shared<clsCat>(cMod, L"Rock", 1);
-    for (const auto& cLevel : {cRock, cPop})
+    const auto cPopLevel = std::make_shared<clsCat>(cMod, L"Pop", 1);
+    const auto cRockLevel = std::make_shared<clsCat>(cMod, L"Rock", 1);
+    for (const auto& cLevel : {cRockLevel, cPopLevel})
         for (const wchar_t* sKey : {L"a", L"b"})
             cLevel->SchedCuts()->Add(TextKey(sKey), NewCut(sKey, 1, lLongest));
-    cPlacement.Touch(cRock);
-    cPlacement.Touch(cPop);
-    cPlacement.Touch(cRock);
+    cPlacement.Touch(cRockLevel);
+    cPlacement.Touch(cPopLevel);
+    cPlacement.Touch(cRockLevel);
     EXPECT_EQ(Report(), (Lines{CriticalText(6) + L": run times in category Rock",
                                CriticalText(6) + L": run times in category Pop"}));
-    EXPECT_EQ(cRock->AverageRunTimemS(), lLongest);
+    EXPECT_EQ(cRockLevel->AverageRunTimemS(), lLongest);
 }
 
 TEST_F(PlacementTest, OnlyTheFirstEmptyNameIsShownAndTheRestCounted)
 {
-    cPlacement.EmptyName(BoxIcon::None, L"first");
-    cPlacement.EmptyName(BoxIcon::None, L"second");
-    cPlacement.EmptyName(BoxIcon::None, L"third");
+    for (const wchar_t* sText : {L"first", L"second", L"third"})
+        cPlacement.EmptyName(BoxIcon::None, sText);
     EXPECT_EQ(boxes, (Boxes{OkBox(BoxIcon::None, L"RavloScheduler", L"first")}));
     cMod.StoreAppPath(sRadio);
     EXPECT_EQ(Report(), Lines());
