@@ -24,12 +24,16 @@ template <class Range, class Value> bool Contains(const Range& colItems, const V
 {
     return std::find(std::begin(colItems), std::end(colItems), value) != std::end(colItems);
 }
-template <class Value> void AddOnce(std::vector<Value>& colItems, const Value& value)
+// False when it is there already.
+template <class Value> bool AddOnce(std::vector<Value>& colItems, const Value& value)
 {
-    if (!Contains(colItems, value))
-        colItems.push_back(value);
+    if (Contains(colItems, value))
+        return false;
+    colItems.push_back(value);
+    return true;
 }
 std::wstring Lower(const std::wstring& sName) { return FoldCase(sName); }
+std::string Narrow(const std::wstring& sText) { return {sText.begin(), sText.end()}; }
 
 // ---- the reference: what a station is, written with vectors and maps
 
@@ -63,6 +67,10 @@ struct RefCut
         colPlacedNames = colNames;
         lPlacedLevel = lLevel;
     }
+    std::string Record() const
+    {
+        return SifCut(Narrow(cCut->Artist()), Narrow(cCut->Title()), Narrow(sKey), lLevel);
+    }
     bool IsUnchanged() const
     {
         return lPlacedLevel == lLevel && std::equal(colNames.begin(), colNames.end(), colPlacedNames.begin(),
@@ -95,10 +103,7 @@ struct RefMain
     bool Place(RefCut& cut)
     {
         cut.AddName(sName);
-        RefOrder& colOrder = colLevels[cut.lLevel];
-        const bool bNew = !Contains(colOrder, &cut);
-        AddOnce(colOrder, &cut);
-        return bNew;
+        return AddOnce(colLevels[cut.lLevel], &cut);
     }
     // The name goes with the last level.
     void TakeOut(RefCut& cut, std::int32_t lLevel)
@@ -113,10 +118,8 @@ using RefPlace = std::pair<RefMain*, std::int32_t>;
 struct RefRecord
 {
     std::int32_t lLevel;
-    bool bMarker;
-    std::wstring sKey;
-
-    friend bool operator==(const RefRecord&, const RefRecord&) = default;
+    std::wstring sKey; // empty in a marker
+    std::string bytes;
 };
 using RefRecords = std::vector<RefRecord>;
 
@@ -160,26 +163,15 @@ public:
         for (const auto& [lLevel, colOrder] : main.colLevels)
         {
             if (colOrder.empty() || bAhead)
-                colRecords.push_back({lLevel, true, L""});
+                colRecords.push_back({lLevel, L"", SifMarker(lLevel)});
             for (const RefCut* pCut : colOrder)
-                colRecords.push_back({pCut->lLevel, false, pCut->sKey});
+                colRecords.push_back({pCut->lLevel, pCut->sKey, pCut->Record()});
         }
         // Without a record the file stays, unless it asks for a level that is missing at every start.
         if (colRecords.empty() && colNotApplied.count(sFolded) == 0)
             return;
         colFiles[sFolded] = colRecords;
         colNotApplied.erase(sFolded);
-    }
-    void SaveAffected()
-    {
-        for (const RefMain* pMain : std::exchange(colAffected, {}))
-            Save(*pMain);
-    }
-    // Of a file that exists, even if without a record.
-    const RefRecords* Records(const std::wstring& sFolded) const
-    {
-        const auto found = colFiles.find(sFolded);
-        return found == colFiles.end() ? nullptr : &found->second;
     }
     void DeleteFile(const RefMain& main)
     {
@@ -229,12 +221,7 @@ public:
             }))
             SaveList();
     }
-    // A restart has no tree to take the orders from when a file cannot be applied in full.
-    void Restart()
-    {
-        colMains.clear();
-        Reload();
-    }
+    // When a file cannot be applied in full, the orders are taken from the tree before, if there is one.
     void Reload()
     {
         const auto colOld = std::exchange(colMains, {});
@@ -252,7 +239,7 @@ public:
             Ensure(sName);
         colNotApplied.clear();
         for (const auto& pMain : colMains)
-            if (const auto* pRecords = Records(Lower(pMain->sName)); pRecords && !Apply(*pMain, *pRecords))
+            if (!Apply(*pMain, colFiles))
             {
                 colNotApplied.insert(Lower(pMain->sName));
                 for (const auto& pOld : colOld)
@@ -282,14 +269,15 @@ private:
             if (to.colLevels[lLevel].empty() && from.colLevels.count(lLevel) == 0)
                 to.colLevels.erase(lLevel);
     }
-    static bool Apply(RefMain& main, const RefRecords& colRecords)
+    static bool Apply(RefMain& main, const std::map<std::wstring, RefRecords>& colFiles)
     {
-        for (const RefRecord& record : colRecords)
+        const auto found = colFiles.find(Lower(main.sName));
+        for (const RefRecord& record : found == colFiles.end() ? RefRecords() : found->second)
         {
-            if (main.colLevels.count(record.lLevel) == 0 && !record.bMarker)
+            if (main.colLevels.count(record.lLevel) == 0 && !record.sKey.empty())
                 return false;
             MoveToEnd(main.colLevels[record.lLevel],
-                      [&](const RefCut* pCut) { return !record.bMarker && pCut->sKey == record.sKey; });
+                      [&](const RefCut* pCut) { return pCut->sKey == record.sKey; });
         }
         return true;
     }
@@ -359,7 +347,8 @@ public:
         while (drawn >= pOperation->weight)
             drawn -= (pOperation++)->weight;
         (this->*pOperation->run)();
-        m_ref.SaveAffected();
+        for (const RefMain* pMain : std::exchange(m_ref.colAffected, {}))
+            m_ref.Save(*pMain);
         return pOperation->sName;
     }
 
@@ -376,8 +365,6 @@ public:
         }
     }
 
-    // Each file that changed on either side since it was compared last, and that both sides have the same
-    // ones.
     void CompareFiles()
     {
         std::string list;
@@ -391,11 +378,10 @@ public:
         for (const auto& [sName, colRecords] : m_ref.colFiles)
         {
             ASSERT_EQ(colThere.erase(Lower(SifPath(sName))), 1u);
-            const std::pair now(m_cPorts.cFiles.Get(SifPath(sName)), colRecords);
-            if (now == m_colCompared[sName])
-                continue;
-            CompareRecords(now.first, colRecords);
-            m_colCompared[sName] = now;
+            std::string bytes;
+            for (const RefRecord& record : colRecords)
+                bytes += record.bytes;
+            ASSERT_TRUE(m_cPorts.cFiles.Get(SifPath(sName)) == bytes) << "file " << Narrow(sName);
         }
         ASSERT_TRUE(colThere.empty()) << "a file too many";
         ASSERT_EQ(m_cPorts.TemporaryFiles(), Lines());
@@ -659,9 +645,9 @@ private:
 
     void TakeOut()
     {
-        const Removals removals = DrawRemovals(0);
-        if (removals.colRemovals.empty())
+        if (m_ref.colCuts.empty())
             return;
+        const Removals removals = DrawRemovals(1);
         const Removal& removal = removals.colRemovals[0];
         CatCollection colFrom;
         m_cLib.cSchedMan->RemoveCutFromCategory(CatOf(removal.pOnly), GivenOf(*removal.pCut), colFrom,
@@ -1094,7 +1080,8 @@ private:
         Populate();
         m_cLib.cSchedMan->SetRotatesAllowed(true);
         m_ref.SaveList();
-        m_ref.Restart();
+        m_ref.colMains.clear();
+        m_ref.Reload();
     }
 
     // ---- comparing
@@ -1135,28 +1122,12 @@ private:
         ASSERT_EQ(cSubCat.AverageRunTimemS(), static_cast<std::int32_t>(std::nearbyint(dAverage)));
     }
 
-    static void CompareRecords(const std::string& bytes, const RefRecords& colRecords)
-    {
-        constexpr std::size_t size = 1983;
-        ASSERT_EQ(bytes.size(), size * colRecords.size());
-        for (std::size_t at = 0; at < colRecords.size(); ++at)
-        {
-            const std::string record = bytes.substr(at * size, size);
-            const auto& [lLevel, bMarker, sKey] = colRecords[at];
-            if (bMarker)
-                ASSERT_EQ(record, SifMarker(lLevel));
-            else
-                ASSERT_EQ(record.substr(510), SifCut({sKey.begin(), sKey.end()}, lLevel).substr(510));
-        }
-    }
-
     std::mt19937 m_engine;
     RadioPorts m_cPorts;
     Library m_cLib{m_cPorts};
     std::shared_ptr<BatchingDataBase> m_cDataBase = std::make_shared<BatchingDataBase>();
     SeededRandom m_cSameChance; // draws what the manager's draws
     Reference m_ref;
-    std::map<std::wstring, std::pair<std::string, RefRecords>> m_colCompared;
     unsigned m_keys = 0;
 };
 
