@@ -51,39 +51,61 @@ Collection CollectionOf(const Texts& sKeys)
     return cCollection;
 }
 
-TEST(OrderedKeyedCollection, IsEmptyWhenMade)
+Texts Numbers(std::size_t count)
 {
-    const Collection cCollection;
-    EXPECT_TRUE(cCollection.Empty());
-    EXPECT_EQ(cCollection.Count(), 0u);
-    EXPECT_EQ(cCollection.Find(L"a"), nullptr);
-    EXPECT_FALSE(cCollection.Exists(TextKey()));
-    EXPECT_EQ(cCollection.begin(), cCollection.end());
+    Texts sTexts;
+    for (std::size_t i = 0; i < count; ++i)
+        sTexts.push_back(std::to_wstring(i));
+    return sTexts;
 }
 
-TEST(OrderedKeyedCollection, KeepsTheOrderInWhichItemsWereAdded)
+// The items, each of which is found at its position under itself as key.
+void ExpectKeyed(const Collection& cCollection, const Texts& sKeys)
 {
-    EXPECT_EQ(TextsOf(CollectionOf({L"c", L"a", L"b"})), (Texts{L"c", L"a", L"b"}));
+    EXPECT_EQ(TextsOf(cCollection), sKeys);
+    for (std::size_t i = 0; i < sKeys.size(); ++i)
+        EXPECT_EQ(cCollection.PositionOf(sKeys[i]), std::optional<std::size_t>(i));
 }
 
-TEST(OrderedKeyedCollection, FindsItemsByKeyWithoutRegardToCase)
+TEST(OrderedKeyedCollection, IsEmptyWhenMadeAndWhenCleared)
 {
-    const Collection cCollection = CollectionOf({L"C:\\\u00C4.mp3", L"b"});
-    ASSERT_NE(cCollection.Find(TextKey(L"c:\\\u00E4.MP3")), nullptr);
-    EXPECT_EQ(*cCollection.Find(L"c:\\\u00E4.MP3"), L"C:\\\u00C4.mp3");
-    EXPECT_EQ(cCollection.PositionOf(L"B"), std::optional<std::size_t>(1));
-    EXPECT_EQ(cCollection.PositionOf(TextKey(L"B")), std::optional<std::size_t>(1));
-    EXPECT_EQ(cCollection.PositionOf(L"c"), std::nullopt);
+    Collection cCollection;
+    for (int i = 0; i < 2; ++i)
+    {
+        EXPECT_TRUE(cCollection.Empty());
+        EXPECT_EQ(cCollection.Count(), 0u);
+        EXPECT_EQ(cCollection.Find(L"a"), nullptr);
+        EXPECT_FALSE(cCollection.Exists(TextKey()));
+        EXPECT_EQ(cCollection.begin(), cCollection.end());
+        EXPECT_TRUE(cCollection.Add(TextKey(L"a"), L"a"));
+        ExpectKeyed(cCollection, {L"a"});
+        cCollection.Clear();
+    }
+}
+
+TEST(OrderedKeyedCollection, KeepsItsOrderAndFindsKeysIgnoringCase)
+{
+    const TextKey cKey(L"C:\\\u00C4.mp3");
+    Collection cCollection = CollectionOf({L"c", L"a"});
+    EXPECT_TRUE(cCollection.Add(cKey, L"path"));
+    EXPECT_EQ(TextsOf(cCollection), (Texts{L"c", L"a", L"path"}));
+    EXPECT_EQ(cCollection.Find(TextKey(L"c:\\\u00E4.MP3")), &cCollection.At(2));
+    EXPECT_EQ(cCollection.Find(L"c:\\\u00E4.MP3"), &cCollection.At(2));
+    EXPECT_EQ(cCollection.PositionOf(L"A"), std::optional<std::size_t>(1));
+    EXPECT_EQ(cCollection.PositionOf(TextKey(L"A")), std::optional<std::size_t>(1));
+    EXPECT_EQ(cCollection.PositionOf(L"b"), std::nullopt);
     EXPECT_EQ(cCollection.Find(L""), nullptr);
+    EXPECT_EQ(&cCollection.KeyAt(2)->Text(), &cKey.Text()) << "it shares the key it was given";
 }
 
-TEST(OrderedKeyedCollection, RefusesAKeyThatIsThereAlreadyAndChangesNothing)
+TEST(OrderedKeyedCollection, RefusesAKeyThatExistsAndChangesNothing)
 {
-    Collection cCollection = CollectionOf({L"a", L"b"});
+    Collection cCollection = CollectionOf({L"a", L""});
     EXPECT_FALSE(cCollection.Add(TextKey(L"A"), L"other"));
-    const TextKey cKey(L"B");
+    EXPECT_FALSE(cCollection.Add(TextKey(), L"other")) << "the empty text is a key, too";
+    const TextKey cKey(L"A");
     EXPECT_FALSE(cCollection.Insert(0, &cKey, L"other"));
-    EXPECT_EQ(TextsOf(cCollection), (Texts{L"a", L"b"}));
+    ExpectKeyed(cCollection, {L"a", L""});
 }
 
 TEST(OrderedKeyedCollection, ItemsMayHaveNoKey)
@@ -97,31 +119,15 @@ TEST(OrderedKeyedCollection, ItemsMayHaveNoKey)
     EXPECT_EQ(cCollection.KeyAt(0)->Text(), L"a");
     EXPECT_FALSE(cCollection.Exists(L""));
     cCollection.RemoveAt(1);
+    cCollection.MoveToEnd(0);
+    cCollection.MoveToEnd(0);
     EXPECT_EQ(TextsOf(cCollection), (Texts{L"a", L"loose"}));
+    EXPECT_EQ(cCollection.KeyAt(1), nullptr);
 }
 
-TEST(OrderedKeyedCollection, TheEmptyTextIsAKeyLikeAnyOther)
+TEST(OrderedKeyedCollection, InsertsAndRemovesAtEveryPosition)
 {
-    Collection cCollection;
-    EXPECT_TRUE(cCollection.Add(TextKey(), L"nameless"));
-    EXPECT_FALSE(cCollection.Add(TextKey(L""), L"again"));
-    EXPECT_TRUE(cCollection.Exists(L""));
-    ASSERT_NE(cCollection.KeyAt(0), nullptr);
-    EXPECT_TRUE(cCollection.Remove(L""));
-    EXPECT_TRUE(cCollection.Empty());
-}
-
-TEST(OrderedKeyedCollection, SharesTheKeyItWasGiven)
-{
-    const TextKey cKey(L"C:\\Music\\A rather long path.mp3");
-    Collection cCollection;
-    cCollection.Add(cKey, L"a");
-    EXPECT_EQ(&cCollection.KeyAt(0)->Text(), &cKey.Text());
-}
-
-TEST(OrderedKeyedCollection, InsertsAtEveryPosition)
-{
-    const Texts sBefore = {L"a", L"b", L"c", L"d", L"e"};
+    const Texts sBefore = Numbers(5);
     for (std::size_t position = 0; position <= sBefore.size(); ++position)
     {
         Collection cCollection = CollectionOf(sBefore);
@@ -129,74 +135,44 @@ TEST(OrderedKeyedCollection, InsertsAtEveryPosition)
         EXPECT_TRUE(cCollection.Insert(position, &cKey, L"new"));
         Texts sAfter = sBefore;
         sAfter.insert(sAfter.begin() + static_cast<std::ptrdiff_t>(position), L"new");
-        EXPECT_EQ(TextsOf(cCollection), sAfter);
-        for (std::size_t i = 0; i < sAfter.size(); ++i)
-            EXPECT_EQ(cCollection.PositionOf(sAfter[i]), std::optional<std::size_t>(i));
-    }
-}
-
-TEST(OrderedKeyedCollection, RemovesAtEveryPosition)
-{
-    const Texts sBefore = {L"a", L"b", L"c", L"d", L"e"};
-    for (std::size_t position = 0; position < sBefore.size(); ++position)
-    {
-        Collection cCollection = CollectionOf(sBefore);
+        ExpectKeyed(cCollection, sAfter);
         cCollection.RemoveAt(position);
-        Texts sAfter = sBefore;
-        sAfter.erase(sAfter.begin() + static_cast<std::ptrdiff_t>(position));
-        EXPECT_EQ(TextsOf(cCollection), sAfter);
-        EXPECT_FALSE(cCollection.Exists(sBefore[position]));
-        for (std::size_t i = 0; i < sAfter.size(); ++i)
-            EXPECT_EQ(cCollection.PositionOf(sAfter[i]), std::optional<std::size_t>(i));
+        ExpectKeyed(cCollection, sBefore);
+        EXPECT_FALSE(cCollection.Exists(L"new"));
     }
 }
 
 TEST(OrderedKeyedCollection, RemovesByKey)
 {
-    Collection cCollection = CollectionOf({L"a", L"b", L"c"});
+    Collection cCollection = CollectionOf({L"a", L"b", L"", L"c"});
     EXPECT_TRUE(cCollection.Remove(L"B"));
     EXPECT_FALSE(cCollection.Remove(TextKey(L"b")));
     EXPECT_TRUE(cCollection.Remove(TextKey(L"a")));
-    EXPECT_EQ(TextsOf(cCollection), Texts{L"c"});
+    EXPECT_TRUE(cCollection.Remove(L""));
+    ExpectKeyed(cCollection, {L"c"});
 }
 
 TEST(OrderedKeyedCollection, SendsAnyItemToTheBackUnderItsKey)
 {
     Collection cCollection = CollectionOf({L"a", L"b", L"c"});
     EXPECT_TRUE(cCollection.SendToBack(TextKey(L"A")));
-    EXPECT_EQ(TextsOf(cCollection), (Texts{L"b", L"c", L"a"}));
-    EXPECT_TRUE(cCollection.SendToBack(TextKey(L"c")));
-    EXPECT_EQ(TextsOf(cCollection), (Texts{L"b", L"a", L"c"}));
-    EXPECT_TRUE(cCollection.SendToBack(TextKey(L"c")));
-    EXPECT_EQ(TextsOf(cCollection), (Texts{L"b", L"a", L"c"}));
+    ExpectKeyed(cCollection, {L"b", L"c", L"a"});
+    for (int i = 0; i < 2; ++i)
+    {
+        EXPECT_TRUE(cCollection.SendToBack(TextKey(L"c")));
+        ExpectKeyed(cCollection, {L"b", L"a", L"c"});
+    }
     EXPECT_FALSE(cCollection.SendToBack(TextKey(L"x")));
-    EXPECT_EQ(cCollection.PositionOf(L"a"), std::optional<std::size_t>(1));
     cCollection.MoveToEnd(0);
-    EXPECT_EQ(TextsOf(cCollection), (Texts{L"a", L"c", L"b"}));
-}
-
-TEST(OrderedKeyedCollection, SendsAnItemThatHasNoKeyToTheBack)
-{
-    Collection cCollection;
-    cCollection.Add(L"loose");
-    cCollection.Add(TextKey(L"a"), L"a");
-    cCollection.MoveToEnd(0);
-    EXPECT_EQ(TextsOf(cCollection), (Texts{L"a", L"loose"}));
-    EXPECT_EQ(cCollection.KeyAt(1), nullptr);
-}
-
-TEST(OrderedKeyedCollection, SendingTheOnlyItemToTheBackLeavesItThere)
-{
-    Collection cCollection = CollectionOf({L"a"});
-    EXPECT_TRUE(cCollection.SendToBack(TextKey(L"a")));
-    EXPECT_EQ(TextsOf(cCollection), Texts{L"a"});
+    ExpectKeyed(cCollection, {L"a", L"c", L"b"});
+    Collection cOne = CollectionOf({L"a"});
+    EXPECT_TRUE(cOne.SendToBack(TextKey(L"a")));
+    ExpectKeyed(cOne, {L"a"});
 }
 
 TEST(OrderedKeyedCollection, RotatingAFullRingManyTimesKeepsTheOrder)
 {
-    Texts sTexts;
-    for (int i = 0; i < 16; ++i) // a power of two: no free slot is left
-        sTexts.push_back(std::to_wstring(i));
+    Texts sTexts = Numbers(16); // a power of two: no free slot is left
     Collection cCollection = CollectionOf(sTexts);
     for (int i = 0; i < 1000; ++i)
     {
@@ -232,10 +208,9 @@ TEST(OrderedKeyedCollection, ReservingMakesRoomAheadAndKeepsTheContent)
     EXPECT_EQ(cCollection.PositionOf(L"a"), std::optional<std::size_t>(1));
 }
 
-TEST(OrderedKeyedCollection, TheTablesDoNotGrowWhileItemsComeAndGo)
+TEST(OrderedKeyedCollection, TablesDoNotGrowWhileItemsAreReplaced)
 {
-    Collection cCollection =
-        CollectionOf({L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8"}); // both tables are full
+    Collection cCollection = CollectionOf(Numbers(8)); // both tables are full
     const TextKey cKey(L"1");
     const std::size_t before = allocations;
     for (int i = 0; i < 1000; ++i)
@@ -244,16 +219,6 @@ TEST(OrderedKeyedCollection, TheTablesDoNotGrowWhileItemsComeAndGo)
         cCollection.Add(cKey, std::wstring());
     }
     EXPECT_EQ(allocations - before, 1000u); // the item's own block each time
-}
-
-TEST(OrderedKeyedCollection, ClearingLeavesItUsable)
-{
-    Collection cCollection = CollectionOf({L"a", L"b"});
-    cCollection.Clear();
-    EXPECT_TRUE(cCollection.Empty());
-    EXPECT_FALSE(cCollection.Exists(L"a"));
-    EXPECT_TRUE(cCollection.Add(TextKey(L"a"), L"again"));
-    EXPECT_EQ(TextsOf(cCollection), Texts{L"again"});
 }
 
 TEST(OrderedKeyedCollection, MovingTakesEverythingAndLeavesAnEmptyOne)
@@ -278,7 +243,7 @@ Texts KeysOf(const OrderSnapshot& snapshot)
     return sKeys;
 }
 
-TEST(OrderedKeyedCollection, SnapshotKeepsTheOrderWhateverHappens)
+TEST(OrderedKeyedCollection, SnapshotKeepsTheOrderThroughEveryChange)
 {
     const std::function<void(Collection&)> changes[] = {
         [](Collection& c) { c.Add(L"new"); },
@@ -334,22 +299,16 @@ TEST(OrderedKeyedCollection, SnapshotWithoutMemoryForTheKeysHasNone)
     EXPECT_EQ(TextsOf(cCollection), (Texts{L"b", L"a"}));
 }
 
-TEST(OrderedKeyedCollection, TakesItemsThatCanOnlyBeMoved)
+TEST(OrderedKeyedCollection, ItemsMayBeMoveOnlyAndAreChangedInPlace)
 {
     OrderedKeyedCollection<std::unique_ptr<int>> cCollection;
     cCollection.Add(TextKey(L"a"), std::make_unique<int>(7));
     cCollection.Add(std::make_unique<int>(8));
     EXPECT_EQ(**cCollection.Find(L"a"), 7);
-    EXPECT_EQ(*cCollection.At(1), 8);
-}
-
-TEST(OrderedKeyedCollection, ItemsCanBeChangedInPlace)
-{
-    Collection cCollection = CollectionOf({L"a"});
-    *cCollection.Find(L"a") += L"!";
-    *cCollection.Find(TextKey(L"a")) += L"!";
-    cCollection.At(0) += L"!";
-    EXPECT_EQ(TextsOf(cCollection), Texts{L"a!!!"});
+    *cCollection.Find(L"a") = std::make_unique<int>(9);
+    EXPECT_EQ(**cCollection.Find(TextKey(L"a")), 9);
+    cCollection.At(1) = nullptr;
+    EXPECT_EQ(cCollection.At(1), nullptr);
 }
 
 TEST(OrderedKeyedCollection, IteratorsGoAnywhere)
@@ -366,7 +325,7 @@ TEST(OrderedKeyedCollection, IteratorsGoAnywhere)
     EXPECT_EQ(*std::find(cCollection.begin(), cCollection.end(), L"b"), L"b");
 }
 
-// Looks at its collection when it is destroyed.
+// Calls back when it is destroyed.
 struct Watcher
 {
     explicit Watcher(std::function<void()> onEndIn) : onEnd(std::move(onEndIn)) {}
@@ -401,9 +360,7 @@ TEST(OrderedKeyedCollection, RunningOutOfMemoryWhileAddingChangesNothing)
 {
     for (const std::size_t count : {0u, 3u, 8u, 16u}) // at 8 and 16 both tables must grow
     {
-        Texts sTexts;
-        for (std::size_t i = 0; i < count; ++i)
-            sTexts.push_back(std::to_wstring(i));
+        const Texts sTexts = Numbers(count);
         for (int lGood = 0;; ++lGood)
         {
             Collection cCollection = CollectionOf(sTexts);
@@ -425,10 +382,8 @@ TEST(OrderedKeyedCollection, RunningOutOfMemoryWhileAddingChangesNothing)
                 EXPECT_GE(lGood, 1);
                 break;
             }
-            EXPECT_EQ(TextsOf(cCollection), sTexts);
+            ExpectKeyed(cCollection, sTexts);
             EXPECT_FALSE(cCollection.Exists(L"new"));
-            for (std::size_t i = 0; i < sTexts.size(); ++i)
-                EXPECT_EQ(cCollection.PositionOf(sTexts[i]), std::optional<std::size_t>(i));
             EXPECT_TRUE(cCollection.Add(cKey, L"new"));
         }
     }
@@ -522,11 +477,7 @@ public:
 
 private:
     unsigned Draw(unsigned lBelow) { return static_cast<unsigned>(m_engine() % lBelow); }
-    std::wstring SomeKey()
-    {
-        const std::wstring sName = (Draw(2) == 0 ? L"Cut " : L"CUT ") + std::to_wstring(Draw(120));
-        return sName;
-    }
+    std::wstring SomeKey() { return (Draw(2) == 0 ? L"Cut " : L"CUT ") + std::to_wstring(Draw(120)); }
     void AddLoose(std::size_t count, const std::wstring& sItem)
     {
         m_cCollection.Add(sItem);

@@ -28,7 +28,7 @@ protected:
     MemoryFiles m_cMemory;
 };
 
-// The decorator must be unnoticeable as long as nothing fails.
+// Without a failure the decorator must make no difference.
 class PatientFilesFixture final : public MemoryFilesFixture
 {
 public:

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "base/RuntimeError.h"
 #include "platform/Files.h"
+#include "support/Raised.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -13,7 +13,7 @@
 namespace ravlo
 {
 
-// One implementation of Files with an empty folder to try it in.
+// An implementation of Files with an empty folder.
 class FilesFixture
 {
 public:
@@ -31,7 +31,7 @@ struct FilesKind
 };
 inline void PrintTo(const FilesKind& kind, std::ostream* pStream) { *pStream << kind.sName; }
 
-// Every implementation this system has.
+// Every implementation on this system.
 std::vector<FilesKind> AllFilesKinds();
 
 class FilesTest : public ::testing::TestWithParam<FilesKind>
@@ -42,19 +42,5 @@ protected:
     std::unique_ptr<FilesFixture> m_cPorts = GetParam().make();
     Files& m_cFiles = m_cPorts->All();
 };
-
-// The number of the RuntimeError that the action throws; 0 when it throws none.
-template <class Action> std::int32_t NumberRaisedBy(Action action)
-{
-    try
-    {
-        action();
-    }
-    catch (const RuntimeError& cError)
-    {
-        return cError.Number();
-    }
-    return 0;
-}
 
 } // namespace ravlo

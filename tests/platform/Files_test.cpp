@@ -11,9 +11,7 @@ namespace ravlo
 namespace
 {
 
-class FilesContract : public FilesTest
-{
-};
+using FilesContract = FilesTest;
 
 INSTANTIATE_TEST_SUITE_P(Every, FilesContract, ::testing::ValuesIn(AllFilesKinds()),
                          [](const auto& kind) { return std::string(kind.param.sName); });
@@ -35,44 +33,34 @@ TEST_P(FilesContract, WrittenBytesAreReadBackAsTheyWere)
         EXPECT_EQ(m_cFiles.ReadAll(In(L"a.sif")), bytes);
     }
     const std::string large(3'000'000, 'r');
-    m_cFiles.WriteNew(In(L"large.sif"), large);
-    EXPECT_TRUE(m_cFiles.ReadAll(In(L"large.sif")) == large);
-}
-
-TEST_P(FilesContract, WritingEmptiesTheOldContentFirst)
-{
-    m_cFiles.WriteNew(In(L"a.sif"), "a long old content");
+    m_cFiles.WriteNew(In(L"a.sif"), large);
+    EXPECT_TRUE(m_cFiles.ReadAll(In(L"a.sif")) == large);
     m_cFiles.WriteNew(In(L"a.sif"), "new");
-    EXPECT_EQ(m_cFiles.ReadAll(In(L"a.sif")), "new");
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"a.sif")), "new") << "writing empties the old content first";
 }
 
-TEST_P(FilesContract, ExistenceTellsFilesFromFolders)
-{
-    m_cFiles.WriteNew(In(L"a.sif"), "");
-    m_cFiles.CreateFolder(In(L"Sub"));
-    EXPECT_TRUE(m_cFiles.FileExists(In(L"a.sif")));
-    EXPECT_FALSE(m_cFiles.FolderExists(In(L"a.sif")));
-    EXPECT_TRUE(m_cFiles.FolderExists(In(L"Sub")));
-    EXPECT_TRUE(m_cFiles.FolderExists(In(L"Sub\\")));
-    EXPECT_FALSE(m_cFiles.FileExists(In(L"Sub")));
-    EXPECT_FALSE(m_cFiles.FileExists(In(L"b.sif")));
-    EXPECT_FALSE(m_cFiles.FolderExists(In(L"Other")));
-    EXPECT_FALSE(m_cFiles.FileExists(In(L"Other\\a.sif")));
-    EXPECT_FALSE(m_cFiles.FileExists(L""));
-}
-
-TEST_P(FilesContract, ALookSaysAbsentOfWhatWasNeverMade)
+TEST_P(FilesContract, PresenceTellsFilesFromFoldersAndFromNothing)
 {
     m_cFiles.WriteNew(In(L"a.sif"), "");
     m_cFiles.CreateFolder(In(L"Sub"));
     EXPECT_EQ(m_cFiles.PresenceOf(In(L"a.sif")), Presence::Present);
-    EXPECT_EQ(m_cFiles.PresenceOfFolder(In(L"Sub")), Presence::Present);
-    for (const wchar_t* sName : {L"b.sif", L"Sub", L"Sub\\a.sif", L"Other\\Deep\\a.sif", L"a.sif\\b.sif"})
-        EXPECT_EQ(m_cFiles.PresenceOf(In(sName)), Presence::Absent) << sName;
+    EXPECT_TRUE(m_cFiles.FileExists(In(L"a.sif")));
+    for (const wchar_t* sName : {L"Sub", L"Sub\\"})
+    {
+        EXPECT_EQ(m_cFiles.PresenceOfFolder(In(sName)), Presence::Present);
+        EXPECT_TRUE(m_cFiles.FolderExists(In(sName)));
+    }
+    for (const std::wstring& sPath : {In(L"b.sif"), In(L"Sub"), In(L"Sub\\a.sif"), In(L"Other\\Deep\\a.sif"),
+                                      In(L"a.sif\\b.sif"), std::wstring(), In(std::wstring(300, L'a'))})
+    {
+        EXPECT_EQ(m_cFiles.PresenceOf(sPath), Presence::Absent) << sPath;
+        EXPECT_FALSE(m_cFiles.FileExists(sPath)) << sPath;
+    }
     for (const wchar_t* sName : {L"a.sif", L"b", L"Other\\Deep", L"a.sif\\b"})
+    {
         EXPECT_EQ(m_cFiles.PresenceOfFolder(In(sName)), Presence::Absent) << sName;
-    EXPECT_EQ(m_cFiles.PresenceOf(L""), Presence::Absent);
-    EXPECT_EQ(m_cFiles.PresenceOf(In(std::wstring(300, L'a'))), Presence::Absent);
+        EXPECT_FALSE(m_cFiles.FolderExists(In(sName))) << sName;
+    }
 }
 
 TEST_P(FilesContract, AFolderListsItsFilesWithTheirAge)
@@ -111,7 +99,7 @@ TEST_P(FilesContract, StampTellsOneContentOfAFileFromAnother)
     EXPECT_TRUE(second != first && third != second && fourth != third);
 }
 
-TEST_P(FilesContract, AHeldFileIsHeldByOneOnly)
+TEST_P(FilesContract, AFileIsHeldByOneOnlyAndKeepsItsContent)
 {
     std::unique_ptr<HeldFile> cHeld = m_cFiles.HoldOpen(In(L"a.lock"));
     ASSERT_TRUE(cHeld);
@@ -123,10 +111,6 @@ TEST_P(FilesContract, AHeldFileIsHeldByOneOnly)
     EXPECT_TRUE(m_cFiles.FileExists(In(L"a.lock")));
     EXPECT_TRUE(m_cFiles.HoldOpen(In(L"a.lock")));
     EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.HoldOpen(In(L"Sub\\a.lock")); }), error::PathNotFound);
-}
-
-TEST_P(FilesContract, HoldingAFileKeepsItsContent)
-{
     m_cFiles.WriteNew(In(L"a.lock"), "kept");
     EXPECT_TRUE(m_cFiles.HoldOpen(In(L"a.lock")));
     EXPECT_EQ(m_cFiles.ReadAll(In(L"a.lock")), "kept");
@@ -164,7 +148,7 @@ TEST_P(FilesContract, NamesAreTakenLiterally)
     EXPECT_EQ(m_cPorts->EntriesInRoot(), 1u);
 }
 
-TEST_P(FilesContract, NamesMayHoldDotsBlanksAndAnyLetter)
+TEST_P(FilesContract, NamesMayContainDotsBlanksAndAnyLetter)
 {
     for (const wchar_t* sName : {L"R.E.M..sif", L"..a.sif", L"Top 40 Hits.sif", L"\u00FCber \u20AC.sif",
                                  L"\u4E2D\u6587.sif", L"\U0001F3B5.sif", L"[a]{b}(c)'&%$#@!~`^+=,;.sif"})
@@ -202,14 +186,9 @@ TEST_P(FilesContract, CreatingAFolderMakesItsLastComponentOnly)
     m_cFiles.CreateFolder(In(L"A"));
     m_cFiles.CreateFolder(In(L"A\\B"));
     EXPECT_TRUE(m_cFiles.FolderExists(In(L"A\\B")));
-}
-
-TEST_P(FilesContract, CreatingAFolderWhoseNameIsTakenRaises58)
-{
-    m_cFiles.CreateFolder(In(L"A"));
     m_cFiles.WriteNew(In(L"b"), "kept");
-    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.CreateFolder(In(L"A")); }), error::FileAlreadyExists);
-    EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.CreateFolder(In(L"b")); }), error::FileAlreadyExists);
+    for (const wchar_t* sTaken : {L"A", L"b"})
+        EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.CreateFolder(In(sTaken)); }), error::FileAlreadyExists);
     EXPECT_EQ(m_cFiles.ReadAll(In(L"b")), "kept");
 }
 
@@ -223,11 +202,7 @@ TEST_P(FilesContract, AMissingFileRaises53AndAMissingFolder76)
     EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.WriteNew(In(L"Sub\\a.sif"), "x"); }), error::PathNotFound);
     EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.Append(In(L"Sub\\a.sif"), "x"); }), error::PathNotFound);
     EXPECT_EQ(m_cPorts->EntriesInRoot(), 0u);
-}
-
-TEST_P(FilesContract, AFileIsNoFolder)
-{
-    m_cFiles.WriteNew(In(L"a"), "x");
+    m_cFiles.WriteNew(In(L"a"), "x"); // a file is no folder
     EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.ReadAll(In(L"a\\b")); }), error::PathNotFound);
     EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.WriteNew(In(L"a\\b"), "x"); }), error::PathNotFound);
     EXPECT_EQ(NumberRaisedBy([&] { m_cFiles.CreateFolder(In(L"a\\b")); }), error::PathNotFound);
@@ -255,40 +230,30 @@ TEST_P(FilesContract, AppendingCreatesTheFileAndAddsAtItsEnd)
     EXPECT_EQ(m_cFiles.ReadAll(In(L"a.log")), "one\r\n" + AllBytes());
 }
 
-TEST_P(FilesContract, RenamingGivesTheFileAnotherName)
-{
-    m_cFiles.WriteNew(In(L"a.sif"), "x");
-    m_cFiles.Rename(In(L"a.sif"), In(L"b.sif"));
-    EXPECT_FALSE(m_cFiles.FileExists(In(L"a.sif")));
-    EXPECT_EQ(m_cFiles.ReadAll(In(L"b.sif")), "x");
-}
-
-TEST_P(FilesContract, RenamingReplacesAFileOfThatName)
+TEST_P(FilesContract, RenamingReplacesAndDeletingRemovesThatFileOnly)
 {
     m_cFiles.WriteNew(In(L"a.sif"), "new");
-    m_cFiles.WriteNew(In(L"b.sif"), "a longer old one");
     m_cFiles.Rename(In(L"a.sif"), In(L"b.sif"));
+    EXPECT_FALSE(m_cFiles.FileExists(In(L"a.sif")));
     EXPECT_EQ(m_cFiles.ReadAll(In(L"b.sif")), "new");
+    m_cFiles.WriteNew(In(L"c.sif"), "a longer old one");
+    m_cFiles.Rename(In(L"b.sif"), In(L"c.sif"));
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"c.sif")), "new");
     EXPECT_EQ(m_cPorts->EntriesInRoot(), 1u);
-}
-
-TEST_P(FilesContract, DeletingRemovesThatFileOnly)
-{
     m_cFiles.WriteNew(In(L"a.sif"), "a");
-    m_cFiles.WriteNew(In(L"b.sif"), "b");
     m_cFiles.Delete(In(L"a.sif"));
     EXPECT_FALSE(m_cFiles.FileExists(In(L"a.sif")));
-    EXPECT_EQ(m_cFiles.ReadAll(In(L"b.sif")), "b");
+    EXPECT_EQ(m_cFiles.ReadAll(In(L"c.sif")), "new");
 }
 
-TEST_P(FilesContract, AnEmptyPathNamesNothing)
+TEST_P(FilesContract, AnEmptyPathIsNoName)
 {
     EXPECT_NE(NumberRaisedBy([&] { m_cFiles.ReadAll(L""); }), 0);
     EXPECT_NE(NumberRaisedBy([&] { m_cFiles.WriteNew(L"", "x"); }), 0);
     EXPECT_NE(NumberRaisedBy([&] { m_cFiles.Delete(L""); }), 0);
 }
 
-TEST_P(FilesContract, TheLibraryLiesInAFolder)
+TEST_P(FilesContract, TheLibraryIsInAFolder)
 {
     const std::wstring sFolder = m_cFiles.LibraryFolder();
     EXPECT_TRUE(m_cFiles.FolderExists(sFolder)) << sFolder;
@@ -297,16 +262,16 @@ TEST_P(FilesContract, TheLibraryLiesInAFolder)
     EXPECT_EQ(sFolder.find(L'/'), std::wstring::npos);
 }
 
-TEST_P(FilesContract, NamesAreFoundWithoutRegardToCaseWhereTheSystemDoesSo)
+TEST_P(FilesContract, NamesIgnoreCaseWhereTheSystemDoes)
 {
     m_cFiles.WriteNew(In(L"Jazz \u00C4.sif"), "x");
     EXPECT_EQ(m_cFiles.FileExists(In(L"JAZZ \u00E4.SIF")), GetParam().bIgnoresCase);
 }
 
-TEST_P(FilesContract, NamesThatWindowsRefusesRaise52There)
+TEST_P(FilesContract, NamesThatWindowsRefusesRaise52OnIt)
 {
     if (!GetParam().bIgnoresCase)
-        GTEST_SKIP() << "any character but the separator is good here";
+        GTEST_SKIP() << "every character except the separator is allowed";
     for (const wchar_t* sName : {L"a?b", L"a*b", L"a<b", L"a>b", L"a|b", L"a\"b", L"a:b", L"a:b.sif",
                                  L"AUX.txt", L"nul", L"Com1.sif"})
     {

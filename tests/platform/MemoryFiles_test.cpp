@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the files in memory offer tests beyond the contract of Files.
+// What the files in memory do for tests beyond the contract of Files.
 #include "platform/memory/MemoryFiles.h"
 
 #include "platform/FilesFixtures.h"
@@ -33,7 +33,7 @@ TEST(MemoryFiles, KeepsTheSpellingANameWasMadeWith)
     EXPECT_EQ(cFiles.Get(L"C:\\jazz.sif"), "new");
 }
 
-TEST(MemoryFiles, RecordsReadsAndChangesButNoLooking)
+TEST(MemoryFiles, RecordsReadsAndChangesButNoLooks)
 {
     MemoryFiles cFiles;
     cFiles.CreateFolder(L"C:\\A");
@@ -51,29 +51,28 @@ TEST(MemoryFiles, RecordsReadsAndChangesButNoLooking)
     EXPECT_TRUE(cFiles.Operations().empty());
 }
 
-TEST(MemoryFiles, AReadOnlyFileCannotBeChanged)
+TEST(MemoryFiles, WhatIsReadOnlyCannotBeChanged)
 {
-    MemoryFiles cFiles{{L"C:\\a", "kept"}, {L"C:\\b", "other"}};
+    MemoryFiles cFiles{{L"C:\\a", "kept"}, {L"C:\\b", "other"}, {L"C:\\Sub\\a", "old"}};
     cFiles.SetReadOnly(L"C:\\A");
-    EXPECT_EQ(NumberRaisedBy([&] { cFiles.WriteNew(L"C:\\a", "x"); }), error::PathFileAccess);
-    EXPECT_EQ(NumberRaisedBy([&] { cFiles.Append(L"C:\\a", "x"); }), error::PathFileAccess);
-    EXPECT_EQ(NumberRaisedBy([&] { cFiles.Delete(L"C:\\a"); }), error::PathFileAccess);
-    EXPECT_EQ(NumberRaisedBy([&] { cFiles.Rename(L"C:\\b", L"C:\\a"); }), error::PathFileAccess);
+    cFiles.SetReadOnly(L"C:\\Sub");
+    const std::function<void()> aOperations[] = {
+        [&] { cFiles.WriteNew(L"C:\\a", "x"); },
+        [&] { cFiles.Append(L"C:\\a", "x"); },
+        [&] { cFiles.Delete(L"C:\\a"); },
+        [&] { cFiles.Rename(L"C:\\b", L"C:\\a"); },
+        [&] { cFiles.WriteNew(L"C:\\Sub\\b", "x"); },
+        [&] { cFiles.CreateFolder(L"C:\\Sub\\c"); },
+        [&] { ReplaceFile(cFiles, L"C:\\Sub\\a", "new"); },
+    };
+    for (const auto& operation : aOperations)
+        EXPECT_EQ(NumberRaisedBy(operation), error::PathFileAccess);
     EXPECT_EQ(cFiles.ReadAll(L"C:\\a"), "kept");
     EXPECT_EQ(cFiles.ReadAll(L"C:\\b"), "other");
+    EXPECT_EQ(cFiles.Paths(), (Texts{L"C:\\a", L"C:\\b", L"C:\\Sub\\a"}));
     cFiles.SetReadOnly(L"C:\\a", false);
     cFiles.WriteNew(L"C:\\a", "x");
     EXPECT_EQ(cFiles.Get(L"C:\\a"), "x");
-}
-
-TEST(MemoryFiles, NothingCanBeMadeInAReadOnlyFolder)
-{
-    MemoryFiles cFiles{{L"C:\\Sub\\a", "old"}};
-    cFiles.SetReadOnly(L"C:\\Sub");
-    EXPECT_EQ(NumberRaisedBy([&] { cFiles.WriteNew(L"C:\\Sub\\b", "x"); }), error::PathFileAccess);
-    EXPECT_EQ(NumberRaisedBy([&] { cFiles.CreateFolder(L"C:\\Sub\\c"); }), error::PathFileAccess);
-    EXPECT_EQ(NumberRaisedBy([&] { ReplaceFile(cFiles, L"C:\\Sub\\a", "new"); }), error::PathFileAccess);
-    EXPECT_EQ(cFiles.Paths(), Texts{L"C:\\Sub\\a"});
 }
 
 TEST(MemoryFiles, AnUnreadableFileRaisesTheNumberItIsMarkedWith)
@@ -223,7 +222,7 @@ TEST(FailingFiles, OnlyOneStepFailsUnlessItStaysBroken)
     }
 }
 
-TEST(FailingFiles, ReadsAreStepsOnDemandOnly)
+TEST(FailingFiles, ReadsAndLooksAreStepsOnDemandOnly)
 {
     MemoryFiles cMemory{{L"C:\\a", "x"}};
     FailingFiles cFiles(cMemory, 0);
@@ -231,18 +230,14 @@ TEST(FailingFiles, ReadsAreStepsOnDemandOnly)
     cFiles.bCountReads = true;
     EXPECT_EQ(NumberRaisedBy([&] { cFiles.ReadAll(L"C:\\a"); }), error::DiskFull);
     EXPECT_EQ(cFiles.ReadAll(L"C:\\a"), "x");
-}
 
-TEST(FailingFiles, LooksAreStepsOnDemandOnly)
-{
-    MemoryFiles cMemory{{L"C:\\a", "x"}};
-    FailingFiles cFiles(cMemory, 1);
-    EXPECT_TRUE(cFiles.FileExists(L"C:\\a"));
-    cFiles.bCountLooks = true;
-    EXPECT_EQ(cFiles.PresenceOf(L"C:\\a"), Presence::Present);
-    EXPECT_EQ(cFiles.PresenceOfFolder(L"C:"), Presence::Unknown);
-    EXPECT_TRUE(cFiles.bFailed);
-    EXPECT_EQ(cFiles.PresenceOfFolder(L"C:"), Presence::Present);
+    FailingFiles cLooks(cMemory, 1);
+    EXPECT_TRUE(cLooks.FileExists(L"C:\\a"));
+    cLooks.bCountLooks = true;
+    EXPECT_EQ(cLooks.PresenceOf(L"C:\\a"), Presence::Present);
+    EXPECT_EQ(cLooks.PresenceOfFolder(L"C:"), Presence::Unknown);
+    EXPECT_TRUE(cLooks.bFailed);
+    EXPECT_EQ(cLooks.PresenceOfFolder(L"C:"), Presence::Present);
 }
 
 TEST(FailingFiles, WhatIsAwayFailsAndLooksUnknownWithoutCounting)

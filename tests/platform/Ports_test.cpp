@@ -32,10 +32,9 @@ public:
     SystemSettings() : m_sApplication(L"RavloTest" + std::to_wstring(::GetCurrentProcessId())) {}
     ~SystemSettings()
     {
-        ::RegDeleteTreeW(HKEY_CURRENT_USER,
-                         (L"Software\\VB and VBA Program Settings\\" + m_sApplication).c_str());
-        ::RegDeleteTreeW(HKEY_CURRENT_USER,
-                         (L"Software\\VB and VBA Program Settings\\" + m_sApplication + L"2").c_str());
+        const std::wstring sKey = L"Software\\VB and VBA Program Settings\\" + m_sApplication;
+        for (const wchar_t* sSuffix : {L"", L"2"})
+            ::RegDeleteTreeW(HKEY_CURRENT_USER, (sKey + sSuffix).c_str());
     }
     std::unique_ptr<UserSettings> Open() { return std::make_unique<RegistryUserSettings>(); }
     std::wstring Application() const { return m_sApplication; }
@@ -61,30 +60,11 @@ private:
 };
 #endif
 
-// Forwards to a store that outlives it, as a file or registry would.
-class SharedMemorySettings final : public UserSettings
-{
-public:
-    explicit SharedMemorySettings(MemoryUserSettings& cStore) : m_cStore(cStore) {}
-    std::wstring Get(const std::wstring& sApplication, const std::wstring& sSection, const std::wstring& sKey,
-                     const std::wstring& sDefault) const override
-    {
-        return m_cStore.Get(sApplication, sSection, sKey, sDefault);
-    }
-    bool Set(const std::wstring& sApplication, const std::wstring& sSection, const std::wstring& sKey,
-             const std::wstring& sValue) override
-    {
-        return m_cStore.Set(sApplication, sSection, sKey, sValue);
-    }
-
-private:
-    MemoryUserSettings& m_cStore;
-};
-
 class MemorySettings
 {
 public:
-    std::unique_ptr<UserSettings> Open() { return std::make_unique<SharedMemorySettings>(m_cStore); }
+    // Does not own the store, which outlives it as a file or the registry does.
+    std::shared_ptr<UserSettings> Open() { return {std::shared_ptr<void>(), &m_cStore}; }
     std::wstring Application() const { return L"RavloTest"; }
 
 private:
@@ -94,73 +74,59 @@ private:
 template <class Store> class UserSettingsContract : public ::testing::Test
 {
 protected:
+    // Through a new object each time, as in another run of the program.
+    bool Set(const std::wstring& sSection, const std::wstring& sKey, const std::wstring& sValue)
+    {
+        return m_cStore.Open()->Set(m_cStore.Application(), sSection, sKey, sValue);
+    }
+    std::wstring Get(const std::wstring& sSection, const std::wstring& sKey, const wchar_t* sSuffix = L"")
+    {
+        return m_cStore.Open()->Get(m_cStore.Application() + sSuffix, sSection, sKey, L"default");
+    }
+
     Store m_cStore;
-    std::wstring m_sApplication = m_cStore.Application();
 };
 using SettingsStores = ::testing::Types<MemorySettings, SystemSettings>;
 TYPED_TEST_SUITE(UserSettingsContract, SettingsStores);
 
 TYPED_TEST(UserSettingsContract, WhatIsMissingIsTheDefault)
 {
-    const auto cSettings = this->m_cStore.Open();
-    EXPECT_EQ(cSettings->Get(this->m_sApplication, L"Grid", L"Layout", L"default"), L"default");
-    cSettings->Set(this->m_sApplication, L"Grid", L"Layout", L"x");
-    EXPECT_EQ(cSettings->Get(this->m_sApplication, L"Grid", L"Other", L"default"), L"default");
-    EXPECT_EQ(cSettings->Get(this->m_sApplication, L"Other", L"Layout", L"default"), L"default");
-    EXPECT_EQ(cSettings->Get(this->m_sApplication + L"2", L"Grid", L"Layout", L"default"), L"default");
+    EXPECT_EQ(this->Get(L"Grid", L"Layout"), L"default");
+    this->Set(L"Grid", L"Layout", L"x");
+    EXPECT_EQ(this->Get(L"Grid", L"Other"), L"default");
+    EXPECT_EQ(this->Get(L"Other", L"Layout"), L"default");
+    EXPECT_EQ(this->Get(L"Grid", L"Layout", L"2"), L"default") << "of another application";
 }
 
-TYPED_TEST(UserSettingsContract, WhatWasStoredIsThereNextTime)
+TYPED_TEST(UserSettingsContract, AnyTextIsKeptUnchanged)
 {
-    EXPECT_TRUE(this->m_cStore.Open()->Set(this->m_sApplication, L"Grid", L"Layout", L"1;2;3"));
-    EXPECT_EQ(this->m_cStore.Open()->Get(this->m_sApplication, L"Grid", L"Layout", L""), L"1;2;3");
-}
-
-TYPED_TEST(UserSettingsContract, AnyTextIsKeptAsItWas)
-{
-    const std::wstring aValues[] = {L"",
-                                    L"  blanks around  ",
-                                    L"line\r\nbreak\tand tab",
-                                    L"[section]",
-                                    L"; comment",
-                                    L"a=b",
-                                    L"C:\\new\\table \\0041",
-                                    L"\"quoted\"",
-                                    L"\u00FC \u20AC \u4E2D \U0001F3B5",
-                                    L"\u0085\u00A0\u2028",
-                                    std::wstring(10'000, L'x'),
-                                    std::wstring(63, L'x'),
-                                    std::wstring(64, L'x')};
-    const auto cSettings = this->m_cStore.Open();
-    for (const std::wstring& sValue : aValues)
+    for (const std::wstring& sValue :
+         {std::wstring(), std::wstring(L"1;2;3"), std::wstring(L"  blanks around  "),
+          std::wstring(L"line\r\nbreak\tand tab"), std::wstring(L"[section]"), std::wstring(L"; comment"),
+          std::wstring(L"a=b"), std::wstring(L"C:\\new\\table \\0041"), std::wstring(L"\"quoted\""),
+          std::wstring(L"\u00FC \u20AC \u4E2D \U0001F3B5"), std::wstring(L"\u0085\u00A0\u2028"),
+          std::wstring(10'000, L'x'), std::wstring(63, L'x'), std::wstring(64, L'x')})
     {
-        EXPECT_TRUE(cSettings->Set(this->m_sApplication, L"Grid", L"Layout", sValue));
-        EXPECT_EQ(this->m_cStore.Open()->Get(this->m_sApplication, L"Grid", L"Layout", L"default"), sValue);
+        EXPECT_TRUE(this->Set(L"Grid", L"Layout", sValue));
+        EXPECT_EQ(this->Get(L"Grid", L"Layout"), sValue);
     }
 }
 
-TYPED_TEST(UserSettingsContract, NamesAreFoundWithoutRegardToCase)
+TYPED_TEST(UserSettingsContract, NamesIgnoreCaseAndMayBeOdd)
 {
-    const auto cSettings = this->m_cStore.Open();
-    cSettings->Set(this->m_sApplication, L"Grid", L"Layout", L"old");
-    cSettings->Set(this->m_sApplication, L"GRID", L"layout", L"new");
-    EXPECT_EQ(cSettings->Get(this->m_sApplication, L"Grid", L"Layout", L""), L"new");
-}
-
-TYPED_TEST(UserSettingsContract, OddNamesAreNamesToo)
-{
-    const auto cSettings = this->m_cStore.Open();
-    const wchar_t* aNames[] = {L"a=b", L"[x]", L"; y", L"\u00FC", L" z ", L"1", L"a.b", L"\"q\""};
-    for (const wchar_t* sName : aNames)
+    this->Set(L"Grid", L"Layout", L"old");
+    this->Set(L"GRID", L"layout", L"new");
+    EXPECT_EQ(this->Get(L"Grid", L"Layout"), L"new");
+    const std::wstring aNames[] = {L"a=b", L"[x]", L"; y", L"\u00FC", L" z ", L"1", L"a.b", L"\"q\""};
+    for (const std::wstring& sName : aNames)
     {
-        EXPECT_TRUE(cSettings->Set(this->m_sApplication, sName, L"key", std::wstring(L"section ") + sName));
-        EXPECT_TRUE(cSettings->Set(this->m_sApplication, L"Grid", sName, std::wstring(L"key ") + sName));
+        EXPECT_TRUE(this->Set(sName, L"key", L"section " + sName));
+        EXPECT_TRUE(this->Set(L"Grid", sName, L"key " + sName));
     }
-    for (const wchar_t* sName : aNames)
+    for (const std::wstring& sName : aNames)
     {
-        EXPECT_EQ(cSettings->Get(this->m_sApplication, sName, L"key", L""),
-                  std::wstring(L"section ") + sName);
-        EXPECT_EQ(cSettings->Get(this->m_sApplication, L"Grid", sName, L""), std::wstring(L"key ") + sName);
+        EXPECT_EQ(this->Get(sName, L"key"), L"section " + sName);
+        EXPECT_EQ(this->Get(L"Grid", sName), L"key " + sName);
     }
 }
 
@@ -219,7 +185,7 @@ TYPED_TEST(CodePageContract, DecodesByTheTable)
     EXPECT_EQ(this->m_cPage.Decode(""), L"");
 }
 
-TYPED_TEST(CodePageContract, WhatThePageLacksBecomesQuestionMarks)
+TYPED_TEST(CodePageContract, MissingCharactersBecomeQuestionMarks)
 {
     EXPECT_EQ(this->m_cPage.Encode(L"Caf\u00E9 \u4E2D\u6587 \u20AC"), "Caf\xE9 ?? \x80");
     EXPECT_EQ(this->m_cPage.Encode(L"\U0001F3B5"), "??"); // two units on Windows, so two everywhere
@@ -227,7 +193,7 @@ TYPED_TEST(CodePageContract, WhatThePageLacksBecomesQuestionMarks)
     EXPECT_EQ(this->m_cPage.Encode(std::wstring_view(L"a\0b", 3)), std::string("a\0b", 3));
 }
 
-TEST(SystemPorts, TheClockTellsTheLocalTime)
+TEST(SystemPorts, TheClockHasTheLocalTime)
 {
     SystemPorts cPorts;
     const std::time_t lBefore = std::time(nullptr);
@@ -242,7 +208,7 @@ TEST(SystemPorts, TheClockTellsTheLocalTime)
     EXPECT_LE(WholeSeconds(dtNow), secondsOf(lAfter) + 1);
 }
 
-TEST(SystemPorts, SleepingLetsTheTickCountGoOn)
+TEST(SystemPorts, TheTickCountRunsDuringASleep)
 {
     SystemPorts cPorts;
     const std::uint32_t lStart = cPorts.cClock.TickCount();

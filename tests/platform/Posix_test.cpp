@@ -2,12 +2,12 @@
 // What is particular to the POSIX platform.
 #ifndef _WIN32
 
-#include "base/RuntimeError.h"
 #include "platform/TempFolder.h"
 #include "platform/memory/MemoryFiles.h"
 #include "platform/posix/IniUserSettings.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/posix/PosixPorts.h"
+#include "support/Raised.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ namespace ravlo
 namespace
 {
 
-TEST(PosixText, BackslashesStandForSlashesInPaths)
+TEST(PosixText, BackslashesMeanSlashesInPaths)
 {
     EXPECT_EQ(NativePathOf(L"\\home\\\u00FC\\a b.sif"), "/home/\xC3\xBC/a b.sif");
     EXPECT_EQ(HostPathOf("/home/\xC3\xBC"), L"\\home\\\u00FC");
@@ -27,29 +27,30 @@ TEST(PosixText, BackslashesStandForSlashesInPaths)
     EXPECT_THROW(NativePathOf(std::wstring(1, static_cast<wchar_t>(0xD800))), RuntimeError);
 }
 
-TEST(PosixFiles, SlashesAreSeparatorsToo)
+class PosixFilesTest : public testing::Test
 {
+protected:
     const TempFolder cFolder;
     PosixFiles cFiles;
+};
+
+TEST_F(PosixFilesTest, SlashesAreSeparatorsToo)
+{
     cFiles.CreateFolder(cFolder.Path() + L"/Sub");
     cFiles.WriteNew(cFolder.Path() + L"\\Sub/a.sif", "x");
     EXPECT_EQ(cFiles.ReadAll(cFolder.Path() + L"/Sub\\a.sif"), "x");
 }
 
-TEST(PosixFiles, BehindALinkToNowhereNothingIsKnown)
+TEST_F(PosixFilesTest, BehindALinkToNowhereNothingIsKnown)
 {
-    const TempFolder cFolder;
-    const PosixFiles cFiles;
     const std::string sLink = NativePathOf(cFolder.Path() + L"\\Share");
     ASSERT_EQ(::symlink("/nowhere/at/all", sLink.c_str()), 0);
     EXPECT_EQ(cFiles.PresenceOfFolder(cFolder.Path() + L"\\Share"), Presence::Unknown);
     EXPECT_EQ(cFiles.PresenceOf(cFolder.Path() + L"\\Share\\Scheduler\\a.sif"), Presence::Unknown);
 }
 
-TEST(PosixFiles, AReplacedFileKeepsItsMode)
+TEST_F(PosixFilesTest, AReplacedFileKeepsItsMode)
 {
-    const TempFolder cFolder;
-    PosixFiles cFiles;
     const std::wstring sPath = cFolder.Path() + L"\\a.sif";
     cFiles.WriteNew(sPath, "old");
     ASSERT_EQ(::chmod(NativePathOf(sPath).c_str(), 0660), 0);
@@ -60,21 +61,11 @@ TEST(PosixFiles, AReplacedFileKeepsItsMode)
     EXPECT_EQ(cFiles.ReadAll(sPath), "new");
 }
 
-TEST(PosixFiles, ANameThatIsTooLongRaises52AndTheLimit)
+TEST_F(PosixFilesTest, ANameThatIsTooLongRaises52AndTheLimit)
 {
-    const TempFolder cFolder;
-    PosixFiles cFiles;
-    try
-    {
-        cFiles.WriteNew(cFolder.Path() + L"\\" + std::wstring(256, L'a'), "x");
-        FAIL();
-    }
-    catch (const RuntimeError& cError)
-    {
-        EXPECT_EQ(cError.Number(), error::BadFileName);
-        EXPECT_EQ(cError.Description(),
-                  L"Bad file name: longer than 255 bytes in a name, or than 4095 in the whole path");
-    }
+    EXPECT_EQ(RaisedBy([&] { cFiles.WriteNew(cFolder.Path() + L"\\" + std::wstring(256, L'a'), "x"); }),
+              (Raised{error::BadFileName,
+                      L"Bad file name: longer than 255 bytes in a name, or than 4095 in the whole path"}));
 }
 
 TEST(IniUserSettings, TheFileIsPlainToRead)
@@ -132,7 +123,7 @@ TEST(IniUserSettings, TheUsersFolderIsTheConfiguredOneOrLiesInTheHomeFolder)
     ::setenv("XDG_CONFIG_HOME", "/etc/me", 1);
     ::setenv("HOME", "/home/me", 1);
     EXPECT_EQ(IniUserSettings::UserFolder(), L"\\etc\\me");
-    ::setenv("XDG_CONFIG_HOME", "relative", 1); // to be ignored, says the convention
+    ::setenv("XDG_CONFIG_HOME", "relative", 1); // ignored by convention
     EXPECT_EQ(IniUserSettings::UserFolder(), L"\\home\\me\\.config");
     ::unsetenv("XDG_CONFIG_HOME");
     EXPECT_EQ(IniUserSettings::UserFolder(), L"\\home\\me\\.config");

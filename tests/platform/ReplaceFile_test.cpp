@@ -8,14 +8,12 @@ namespace ravlo
 namespace
 {
 
-class ReplaceFileOn : public FilesTest
-{
-};
+using ReplaceFileOn = FilesTest;
 
 INSTANTIATE_TEST_SUITE_P(Every, ReplaceFileOn, ::testing::ValuesIn(AllFilesKinds()),
                          [](const auto& kind) { return std::string(kind.param.sName); });
 
-TEST_P(ReplaceFileOn, CreatesAndReplacesAndLeavesNothingBeside)
+TEST_P(ReplaceFileOn, CreatesAndReplacesAndLeavesNothingElse)
 {
     ReplaceFile(m_cFiles, In(L"a.sif"), "old");
     EXPECT_EQ(m_cFiles.ReadAll(In(L"a.sif")), "old");
@@ -24,7 +22,7 @@ TEST_P(ReplaceFileOn, CreatesAndReplacesAndLeavesNothingBeside)
     EXPECT_EQ(m_cPorts->EntriesInRoot(), 1u);
 }
 
-TEST_P(ReplaceFileOn, WhicheverStepFailsTheFileIsTheOldOneOrTheNew)
+TEST_P(ReplaceFileOn, AfterAnyFailingStepTheFileIsOldOrNew)
 {
     int lFailures = 0;
     for (int lGood = 0;; ++lGood)
@@ -60,10 +58,6 @@ TEST_P(ReplaceFileOn, ReportsTheFirstFailureWhenDeletingFailsToo)
     cFailing.bStaysBroken = true;
     EXPECT_EQ(NumberRaisedBy([&] { ReplaceFile(cFailing, In(L"a.sif"), "new"); }), error::DiskFull);
     EXPECT_EQ(m_cFiles.ReadAll(In(L"a.sif")), "old");
-}
-
-TEST_P(ReplaceFileOn, MissingFolderRaises76)
-{
     EXPECT_EQ(NumberRaisedBy([&] { ReplaceFile(m_cFiles, In(L"Sub\\a.sif"), "x"); }), error::PathNotFound);
 }
 
@@ -98,7 +92,7 @@ TEST(ReplaceFile, WorksOnANameWithoutAFolder)
     EXPECT_EQ(cFiles.Paths(), std::vector<std::wstring>{L"a.sif"});
 }
 
-// Says of the first names it is asked about that they are taken, and remembers them.
+// Says that the first three names are taken, and records them.
 class CrowdedFiles final : public Files
 {
 public:

@@ -36,7 +36,7 @@ TempFolder::TempFolder()
 
 TempFolder::~TempFolder()
 {
-    std::error_code cIgnored; // what is left is in a place that is cleaned anyway
+    std::error_code cIgnored; // the system cleans its temporary folder
     std::filesystem::remove_all(NativeOf(m_sPath), cIgnored);
 }
 

@@ -6,7 +6,7 @@
 namespace ravlo
 {
 
-// A folder of its own for one test, in the system's place for such, deleted with all it holds at the end.
+// A new folder in the system's temporary folder, deleted with its content at the end.
 class TempFolder
 {
 public:
@@ -17,7 +17,7 @@ public:
 
     // With backslashes, without one at the end.
     const std::wstring& Path() const { return m_sPath; }
-    // How many files and folders stand directly in it.
+    // The number of files and folders directly in it.
     std::size_t EntryCount() const;
 
 private:

@@ -3,11 +3,11 @@
 // use.
 #ifdef _WIN32
 
-#include "base/RuntimeError.h"
 #include "platform/TempFolder.h"
 #include "platform/windows/InputBox.h"
 #include "platform/windows/WindowsFiles.h"
 #include "platform/windows/WindowsPorts.h"
+#include "support/Raised.h"
 
 #include <atomic>
 #include <functional>
@@ -29,7 +29,7 @@ std::wstring TextOf(HWND hWindow)
     return aText;
 }
 
-// A window that remembers the messages it got. Message-only, so that it needs no screen.
+// A message-only window (it needs no screen), which records the messages it gets.
 class Receiver
 {
 public:
@@ -46,7 +46,7 @@ public:
 
     HWND Window() const { return m_hWindow; }
     std::vector<UINT> Got;
-    bool bPostsForEver = false;
+    bool bKeepsPosting = false;
 
 private:
     static LRESULT CALLBACK Proc(HWND hWindow, UINT lMessage, WPARAM wParam, LPARAM lParam)
@@ -55,7 +55,7 @@ private:
         if (lMessage >= WM_APP)
         {
             pThis->Got.push_back(lMessage);
-            if (pThis->bPostsForEver)
+            if (pThis->bKeepsPosting)
                 ::PostMessageW(hWindow, lMessage, 0, 0);
         }
         return ::DefWindowProcW(hWindow, lMessage, wParam, lParam);
@@ -81,16 +81,16 @@ TEST(WindowsHostLoop, LeavesTheRequestToQuitForTheHostsLoop)
     EXPECT_EQ(message.wParam, 7u);
 }
 
-TEST(WindowsHostLoop, EndsThoughMessagesNeverDo)
+TEST(WindowsHostLoop, EndsWhileMessagesKeepArriving)
 {
     Receiver cReceiver;
-    cReceiver.bPostsForEver = true;
+    cReceiver.bKeepsPosting = true;
     ::PostMessageW(cReceiver.Window(), WM_APP, 0, 0);
     const DWORD lStart = ::GetTickCount();
     WindowsHostLoop().PumpMessages();
     EXPECT_LT(::GetTickCount() - lStart, 30'000u);
     EXPECT_GT(cReceiver.Got.size(), 1u);
-    cReceiver.bPostsForEver = false;
+    cReceiver.bKeepsPosting = false;
     WindowsHostLoop().PumpMessages();
 }
 
@@ -148,7 +148,7 @@ private:
     }
     void Act(const std::function<void(HWND)>& action)
     {
-        for (HWND hDialog = nullptr; !m_bEnd; ::Sleep(5)) // looking again, not hoping for the best
+        for (HWND hDialog = nullptr; !m_bEnd; ::Sleep(5))
         {
             ::EnumThreadWindows(m_lThread, TakeDialog, reinterpret_cast<LPARAM>(&hDialog));
             if (hDialog)
@@ -263,28 +263,15 @@ TEST(InputBox, WithoutAnOwnerDisablesTheThreadsOtherWindows)
     const HWND hOther = ::CreateWindowExW(0, L"STATIC", L"Other", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 50,
                                           50, nullptr, nullptr, nullptr, nullptr);
     ASSERT_NE(hOther, nullptr);
-    bool bEnabledMeanwhile = true;
+    bool bEnabledInside = true;
     const Person cPerson([&](HWND hDialog) {
-        bEnabledMeanwhile = ::IsWindowEnabled(hOther) != FALSE;
+        bEnabledInside = ::IsWindowEnabled(hOther) != FALSE;
         Press(hDialog, IDCANCEL);
     });
     ShowInputBox(nullptr, L"Title", L"Prompt");
-    EXPECT_FALSE(bEnabledMeanwhile);
+    EXPECT_FALSE(bEnabledInside);
     EXPECT_TRUE(::IsWindowEnabled(hOther));
     ::DestroyWindow(hOther);
-}
-
-std::int32_t NumberOf(const std::function<void()>& action)
-{
-    try
-    {
-        action();
-    }
-    catch (const RuntimeError& cError)
-    {
-        return cError.Number();
-    }
-    return 0;
 }
 
 // Holds a file open as another program would.
@@ -295,8 +282,8 @@ public:
         : m_hFile(::CreateFileW(sPath.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr))
     {
     }
-    ~Holder() { LetGo(); }
-    void LetGo()
+    ~Holder() { Release(); }
+    void Release()
     {
         if (m_hFile != INVALID_HANDLE_VALUE)
             ::CloseHandle(m_hFile);
@@ -307,100 +294,86 @@ private:
     HANDLE m_hFile;
 };
 
-TEST(WindowsFiles, AFileInUseRaises70)
+// A file with the content "old".
+class WindowsFilesTest : public testing::Test
 {
+protected:
+    WindowsFilesTest() { cFiles.WriteNew(sPath, "old"); }
+
     const TempFolder cFolder;
     const std::wstring sPath = cFolder.Path() + L"\\a.sif";
     WindowsFiles cFiles;
-    cFiles.WriteNew(sPath, "old");
+};
+
+TEST_F(WindowsFilesTest, AFileInUseRaises70)
+{
     Holder cHolder(sPath);
-    EXPECT_EQ(NumberOf([&] { cFiles.ReadAll(sPath); }), error::PermissionDenied);
-    EXPECT_EQ(NumberOf([&] { cFiles.WriteNew(sPath, "x"); }), error::PermissionDenied);
-    EXPECT_EQ(NumberOf([&] { cFiles.Append(sPath, "x"); }), error::PermissionDenied);
-    EXPECT_EQ(NumberOf([&] { cFiles.Delete(sPath); }), error::PermissionDenied);
-    EXPECT_NE(NumberOf([&] { ReplaceFile(cFiles, sPath, "new"); }), 0);
-    cHolder.LetGo();
+    EXPECT_EQ(NumberRaisedBy([&] { cFiles.ReadAll(sPath); }), error::PermissionDenied);
+    EXPECT_EQ(NumberRaisedBy([&] { cFiles.WriteNew(sPath, "x"); }), error::PermissionDenied);
+    EXPECT_EQ(NumberRaisedBy([&] { cFiles.Append(sPath, "x"); }), error::PermissionDenied);
+    EXPECT_EQ(NumberRaisedBy([&] { cFiles.Delete(sPath); }), error::PermissionDenied);
+    EXPECT_NE(NumberRaisedBy([&] { ReplaceFile(cFiles, sPath, "new"); }), 0);
+    cHolder.Release();
     EXPECT_EQ(cFiles.ReadAll(sPath), "old");
     EXPECT_EQ(cFolder.EntryCount(), 1u);
 }
 
-TEST(WindowsFiles, ARenameWaitsForAFileThatIsInUseForAMoment)
+TEST_F(WindowsFilesTest, ARenameOrReadWaitsForAFileThatIsInUseForAMoment)
 {
-    const TempFolder cFolder;
-    const std::wstring sPath = cFolder.Path() + L"\\a.sif";
-    WindowsFiles cFiles;
-    cFiles.WriteNew(sPath, "old");
-    Holder cHolder(sPath);
-    std::thread cScanner([&] {
-        while (cFolder.EntryCount() < 2) // the temporary file is there, so the rename is next
-            std::this_thread::yield();
-        ::Sleep(20); // what a scanner takes
-        cHolder.LetGo();
-    });
-    const std::int32_t lNumber = NumberOf([&] { ReplaceFile(cFiles, sPath, "new"); });
-    cScanner.join();
-    EXPECT_EQ(lNumber, 0);
+    std::atomic<bool> bReading = false;
+    const std::function<bool()> begins[] = {
+        [&] { return cFolder.EntryCount() > 1; }, // the temporary file is there, so the rename is next
+        [&] { return bReading.load(); }};
+    const std::function<void()> works[] = {[&] { ReplaceFile(cFiles, sPath, "new"); },
+                                           [&] {
+        bReading = true;
+        EXPECT_EQ(cFiles.ReadAll(sPath), "new");
+                                           }};
+    for (int i = 0; i < 2; ++i)
+    {
+        Holder cHolder(sPath);
+        std::thread cScanner([&] {
+            while (!begins[i]())
+                std::this_thread::yield();
+            ::Sleep(20); // as long as a scanner needs
+            cHolder.Release();
+        });
+        EXPECT_EQ(NumberRaisedBy(works[i]), 0);
+        cScanner.join();
+    }
     EXPECT_EQ(cFiles.ReadAll(sPath), "new");
 }
 
-TEST(WindowsFiles, AReadWaitsForAFileThatIsInUseForAMoment)
+TEST_F(WindowsFilesTest, WithoutPatienceAFileInUseFailsAtOnce)
 {
-    const TempFolder cFolder;
-    const std::wstring sPath = cFolder.Path() + L"\\a.sif";
-    WindowsFiles cFiles;
-    cFiles.WriteNew(sPath, "old");
-    Holder cHolder(sPath);
-    std::atomic<bool> bReading = false;
-    std::thread cScanner([&] {
-        while (!bReading)
-            std::this_thread::yield();
-        ::Sleep(20); // what a scanner takes
-        cHolder.LetGo();
-    });
-    std::string bytes;
-    bReading = true;
-    EXPECT_EQ(NumberOf([&] { bytes = cFiles.ReadAll(sPath); }), 0);
-    cScanner.join();
-    EXPECT_EQ(bytes, "old");
-}
-
-TEST(WindowsFiles, WithoutPatienceAFileInUseFailsAtOnce)
-{
-    const TempFolder cFolder;
-    const std::wstring sPath = cFolder.Path() + L"\\a.sif";
-    WindowsFiles cFiles;
-    cFiles.WriteNew(sPath, "old");
     const Holder cHolder(sPath);
     const DWORD lStart = ::GetTickCount();
     for (int i = 0; i < 20; ++i)
     {
-        EXPECT_EQ(NumberOf([&] { cFiles.ReadAll(sPath, Patience::None); }), error::PermissionDenied);
-        EXPECT_NE(NumberOf([&] { ReplaceFile(cFiles, sPath, "new", Patience::None); }), 0);
+        EXPECT_EQ(NumberRaisedBy([&] { cFiles.ReadAll(sPath, Patience::None); }), error::PermissionDenied);
+        EXPECT_NE(NumberRaisedBy([&] { ReplaceFile(cFiles, sPath, "new", Patience::None); }), 0);
     }
     EXPECT_LT(::GetTickCount() - lStart, 20u * 950u) << "the pauses of patience alone would take longer";
     EXPECT_EQ(cFolder.EntryCount(), 1u);
 }
 
-TEST(WindowsFiles, OfADriveThatIsNotThereNothingIsKnown)
+TEST_F(WindowsFilesTest, OfADriveThatIsNotThereNothingIsKnown)
 {
     const DWORD lDrives = ::GetLogicalDrives();
     std::wstring sDrive = L"D:";
     while (sDrive[0] < L'Z' && (lDrives >> (sDrive[0] - L'A') & 1) != 0)
         ++sDrive[0];
     ASSERT_EQ(lDrives >> (sDrive[0] - L'A') & 1, 0u) << "no letter is free";
-    const WindowsFiles cFiles;
     EXPECT_EQ(cFiles.PresenceOf(sDrive + L"\\Radio\\Scheduler\\MainCats.txt"), Presence::Unknown);
     EXPECT_EQ(cFiles.PresenceOfFolder(sDrive + L"\\Radio\\Scheduler"), Presence::Unknown);
     EXPECT_EQ(cFiles.PresenceOf(L"\\\\no-such-server\\share\\a.sif"), Presence::Unknown);
 }
 
-TEST(WindowsFiles, AReplacedFileStaysHidden)
+TEST_F(WindowsFilesTest, AHiddenFileIsRewrittenAndStaysHidden)
 {
-    const TempFolder cFolder;
-    const std::wstring sPath = cFolder.Path() + L"\\a.sif";
-    WindowsFiles cFiles;
-    cFiles.WriteNew(sPath, "old");
     ASSERT_TRUE(::SetFileAttributesW(sPath.c_str(), FILE_ATTRIBUTE_HIDDEN));
+    cFiles.WriteNew(sPath, "it");
+    EXPECT_EQ(cFiles.ReadAll(sPath), "it");
     if ((::GetFileAttributesW(sPath.c_str()) & FILE_ATTRIBUTE_HIDDEN) == 0)
         GTEST_SKIP() << "this file system hides no files";
     ReplaceFile(cFiles, sPath, "new");
@@ -408,79 +381,50 @@ TEST(WindowsFiles, AReplacedFileStaysHidden)
     EXPECT_EQ(cFiles.ReadAll(sPath), "new");
 }
 
-TEST(WindowsFiles, AReadOnlyFileIsRefusedWithoutWaiting)
+TEST_F(WindowsFilesTest, AReadOnlyFileIsRefusedWithoutWaiting)
 {
-    const TempFolder cFolder;
-    const std::wstring sPath = cFolder.Path() + L"\\a.sif";
-    WindowsFiles cFiles;
-    cFiles.WriteNew(sPath, "old");
     ASSERT_TRUE(::SetFileAttributesW(sPath.c_str(), FILE_ATTRIBUTE_READONLY));
     const DWORD lStart = ::GetTickCount();
-    EXPECT_EQ(NumberOf([&] { ReplaceFile(cFiles, sPath, "new"); }), error::PathFileAccess);
+    EXPECT_EQ(NumberRaisedBy([&] { ReplaceFile(cFiles, sPath, "new"); }), error::PathFileAccess);
     EXPECT_LT(::GetTickCount() - lStart, 900u);
     EXPECT_EQ(cFiles.ReadAll(sPath), "old");
     EXPECT_EQ(cFolder.EntryCount(), 1u);
     ::SetFileAttributesW(sPath.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
-TEST(WindowsFiles, ATooLongNameOrPathRaises52AndTheLimit)
+TEST_F(WindowsFilesTest, ATooLongNameOrPathRaises52AndTheLimit)
 {
-    const TempFolder cFolder;
-    WindowsFiles cFiles;
-    const auto descriptionFor = [&](const std::wstring& sName) {
-        try
-        {
-            cFiles.ReadAll(cFolder.Path() + L"\\" + sName);
-        }
-        catch (const RuntimeError& cError)
-        {
-            EXPECT_EQ(cError.Number(), error::BadFileName);
-            return cError.Description();
-        }
-        return std::wstring();
+    const auto raisedFor = [&](const std::wstring& sName) {
+        return RaisedBy([&] { cFiles.ReadAll(cFolder.Path() + L"\\" + sName); });
     };
-    EXPECT_EQ(descriptionFor(std::wstring(256, L'a')),
-              L"Bad file name: longer than 255 characters, which is the limit of a name");
+    EXPECT_EQ(raisedFor(std::wstring(256, L'a')),
+              (Raised{error::BadFileName,
+                      L"Bad file name: longer than 255 characters, which is the limit of a name"}));
     std::wstring sDeep;
     while (sDeep.size() < 33'000)
         sDeep += std::wstring(200, L'a') + L"\\";
-    EXPECT_EQ(descriptionFor(sDeep + L"a"), L"Bad file name: the path is longer than 32767 characters");
-    EXPECT_EQ(NumberOf([&] { cFiles.ReadAll(cFolder.Path() + L"\\" + std::wstring(255, L'a')); }),
-              error::FileNotFound);
+    EXPECT_EQ(raisedFor(sDeep + L"a"),
+              (Raised{error::BadFileName, L"Bad file name: the path is longer than 32767 characters"}));
+    EXPECT_EQ(raisedFor(std::wstring(255, L'a')).lNumber, error::FileNotFound);
 }
 
-TEST(WindowsFiles, AHiddenFileCanBeRewritten)
+TEST_F(WindowsFilesTest, DeviceNamesAreNoFiles)
 {
-    const TempFolder cFolder;
-    const std::wstring sPath = cFolder.Path() + L"\\a.sif";
-    WindowsFiles cFiles;
-    cFiles.WriteNew(sPath, "a long old content");
-    ASSERT_TRUE(::SetFileAttributesW(sPath.c_str(), FILE_ATTRIBUTE_HIDDEN));
-    cFiles.WriteNew(sPath, "new");
-    EXPECT_EQ(cFiles.ReadAll(sPath), "new");
-}
-
-TEST(WindowsFiles, DeviceNamesAreNoFiles)
-{
-    const TempFolder cFolder;
-    WindowsFiles cFiles;
     for (const wchar_t* sName : {L"NUL", L"con", L"COM1", L"AUX.txt", L"lpt1.tar.gz", L"PRN .sif"})
     {
         const std::wstring sPath = cFolder.Path() + L"\\" + sName;
         EXPECT_EQ(cFiles.PresenceOf(sPath), Presence::Absent) << sName;
-        EXPECT_EQ(NumberOf([&] { cFiles.WriteNew(sPath, "x"); }), error::BadFileName) << sName;
-        EXPECT_EQ(NumberOf([&] { cFiles.ReadAll(sPath); }), error::BadFileName) << sName;
+        EXPECT_EQ(NumberRaisedBy([&] { cFiles.WriteNew(sPath, "x"); }), error::BadFileName) << sName;
+        EXPECT_EQ(NumberRaisedBy([&] { cFiles.ReadAll(sPath); }), error::BadFileName) << sName;
     }
-    EXPECT_EQ(cFolder.EntryCount(), 0u);
+    EXPECT_EQ(cFolder.EntryCount(), 1u);
 }
 
-TEST(WindowsFiles, TakesPathsInTheLongFormAndWithSlashes)
+TEST_F(WindowsFilesTest, TakesPathsInTheLongFormAndWithSlashes)
 {
-    const TempFolder cFolder;
-    WindowsFiles cFiles;
     cFiles.WriteNew(L"\\\\?\\" + cFolder.Path() + L"\\a.sif", "x");
     EXPECT_EQ(cFiles.ReadAll(cFolder.Path() + L"/a.sif"), "x");
-    EXPECT_EQ(NumberOf([&] { cFiles.WriteNew(L"\\\\?\\" + cFolder.Path() + L"\\a?.sif", "x"); }),
+    EXPECT_EQ(NumberRaisedBy([&] { cFiles.WriteNew(L"\\\\?\\" + cFolder.Path() + L"\\a?.sif", "x"); }),
               error::BadFileName);
 }
 
