@@ -17,7 +17,6 @@ namespace
 {
 
 using namespace std::string_literals;
-using Lines = std::vector<std::wstring>;
 using Fault = FaultyVfs::Fault;
 
 constexpr int lUnlimited = std::numeric_limits<int>::max();
@@ -25,11 +24,29 @@ constexpr std::size_t formatAt = 44; // SQLite's own format of the tables' descr
 constexpr std::size_t versionAt = 60;
 constexpr std::size_t applicationAt = 68;
 
-// A closed database with some cuts.
-std::wstring SmallDatabase(const TempFolder& cFolder, int lCuts = 20)
+// An open database.
+struct OpenStore : Store
 {
-    Store cStore;
-    cStore.Open(cFolder.File("small.rdb"));
+    explicit OpenStore(const std::wstring& sFile) { Open(sFile); }
+    std::shared_ptr<Cut> At(std::size_t position) const { return AllCuts().at(position); }
+    void AddNamed(std::initializer_list<const wchar_t*> keys)
+    {
+        Cuts colCuts;
+        for (const auto* sKey : keys)
+            colCuts.push_back(CutNamed(*this, sKey));
+        AddCuts(colCuts);
+    }
+    void PlayAll(DateTime dtWhen)
+    {
+        for (const auto& cCut : AllCuts())
+            cCut->SetLastPlayed(dtWhen);
+    }
+};
+
+// A closed database with some cuts.
+std::wstring SmallDatabase(const StoreFolder& cFolder, int lCuts = 20)
+{
+    OpenStore cStore(cFolder.File("small.rdb"));
     Cuts colCuts;
     for (int i = 0; i < lCuts; ++i)
     {
@@ -51,12 +68,14 @@ Raised OpenRaises(const std::wstring& sFile)
 class StoreFileTest : public ::testing::Test
 {
 protected:
-    TempFolder m_cFolder;
+    void ExpectStored(const Store& cStore) const { EXPECT_EQ(ContentOf(m_sFile), ContentOf(cStore)); }
+
+    StoreFolder m_cFolder;
     std::wstring m_sFile = SmallDatabase(m_cFolder); // 20 cuts
 };
 
-// A process of its own that begins before any database is open in this one (SQLite wants it so), waits for
-// Go, and then does its work. Whatever it raises is its exit code.
+// Another process, which does its work in End. Its exit code is the number of the error that the work raises.
+// Precondition: no database is open in this process (SQLite's own demand for a fork).
 class Program
 {
 public:
@@ -84,8 +103,7 @@ public:
             End();
     }
 
-    // Lets it run to its end and gives the number of the error it ended with, 0 for none, -1 when it was
-    // killed.
+    // Runs the work. Returns the number of the error it raised, 0 for none, -1 if the process was killed.
     int End()
     {
         const auto lWritten = write(m_lGo, "g", 1);
@@ -107,19 +125,27 @@ private:
 class RefusedFileTest : public StoreFileTest
 {
 protected:
-    // The description is: The file "..." reason.
-    void ExpectRefused(const std::wstring& sFile, const std::wstring& sReason) const
-    {
-        const auto raised = ExpectRefused(sFile);
-        EXPECT_EQ(raised.sDescription, L"The file \"" + sFile + L"\" " + sReason + L".");
-    }
-    Raised ExpectRefused(const std::wstring& sFile) const
+    // The description is: The file "..." reason; any if there is no reason given.
+    void ExpectRefused(const std::wstring& sFile, const wchar_t* sReason = nullptr) const
     {
         const auto before = m_cFolder.Contents();
-        auto raised = OpenRaises(sFile);
+        const auto raised = OpenRaises(sFile);
         EXPECT_EQ(raised.lNumber, error::InvalidFileFormat);
         EXPECT_EQ(m_cFolder.Contents(), before);
-        return raised;
+        if (sReason)
+        {
+            EXPECT_EQ(raised.sDescription, L"The file \"" + sFile + L"\" " + sReason + L".");
+        }
+    }
+    // A file with these bytes is refused if it cannot be opened. Returns whether it was.
+    bool ExpectReadOrRefused(const std::string& bytes) const
+    {
+        Write(bytes);
+        if (OpenRaises(m_sFile).lNumber == 0)
+            return false;
+        Write(bytes);
+        ExpectRefused(m_sFile);
+        return true;
     }
     void Run(const char* sSql) const
     {
@@ -187,12 +213,7 @@ TEST_F(RefusedFileTest, WrongBytesAreReadOrRefused)
         const std::size_t from = random() % bytes.size();
         for (std::size_t i = from; i < std::min(bytes.size(), from + 1 + random() % 40); ++i)
             bytes[i] = static_cast<char>(random());
-        Write(bytes);
-        if (OpenRaises(m_sFile).lNumber == 0)
-            continue;
-        ++lRefused;
-        Write(bytes);
-        ExpectRefused(m_sFile);
+        lRefused += ExpectReadOrRefused(bytes);
     }
     EXPECT_GT(lRefused, 20);
 }
@@ -260,11 +281,7 @@ TEST_F(RefusedFileTest, DamagedHead)
             SCOPED_TRACE(testing::Message() << at << " ^ " << lChange);
             auto bytes = m_whole;
             bytes[at] = static_cast<char>(bytes[at] ^ lChange);
-            Write(bytes);
-            if (at != formatAt + 3 && OpenRaises(m_sFile).lNumber == 0)
-                continue;
-            Write(bytes);
-            ExpectRefused(m_sFile);
+            EXPECT_TRUE(ExpectReadOrRefused(bytes) || at != formatAt + 3);
         }
 }
 
@@ -285,9 +302,8 @@ TEST_F(RefusedFileTest, LogOfAnotherDatabase)
     std::filesystem::remove(m_cFolder.Path("small.rdb"));
     std::string log;
     {
-        Store cStore;
-        cStore.Open(SmallDatabase(m_cFolder, 500));
-        cStore.AllCuts()[400]->SetTitle(L"Other");
+        OpenStore cStore(SmallDatabase(m_cFolder, 500));
+        cStore.At(400)->SetTitle(L"Other");
         log = BytesOf(m_sFile + L"-wal");
     }
     ASSERT_FALSE(log.empty());
@@ -305,10 +321,9 @@ TEST_F(RefusedFileTest, SkipsCategoryNamesThatNoCutCanHave)
 {
     Run("DELETE FROM cut_categories; INSERT INTO cut_categories VALUES"
         "(1, 1, 'Rock'), (1, 2, ''), (1, 3, 'ROCK'), (1, 4, 'Pop'), (2, 1, 'rock')");
-    Store cStore;
-    cStore.Open(m_sFile);
-    EXPECT_EQ(cStore.AllCuts().at(0)->CategoryNames(), (Lines{L"Rock", L"Pop"}));
-    EXPECT_EQ(cStore.AllCuts().at(1)->CategoryNames(), Lines{L"rock"});
+    OpenStore cStore(m_sFile);
+    EXPECT_EQ(cStore.At(0)->CategoryNames(), (Lines{L"Rock", L"Pop"}));
+    EXPECT_EQ(cStore.At(1)->CategoryNames(), Lines{L"rock"});
 }
 
 TEST_F(StoreFileTest, ALogWithoutAValidPageIsSkipped)
@@ -324,8 +339,7 @@ TEST_F(StoreFileTest, ALogWithoutAValidPageIsSkipped)
 TEST_F(StoreFileTest, ADatabaseThatGrewInItsLogAloneIsOpened)
 {
     Program cWriter([&] {
-        Store cStore;
-        cStore.Open(m_sFile);
+        OpenStore cStore(m_sFile);
         Cuts colCuts;
         for (int i = 0; i < 500; ++i)
             colCuts.push_back(CutNamed(cStore, L"D:\\New\\" + DecimalText(i)));
@@ -339,17 +353,16 @@ TEST_F(StoreFileTest, ADatabaseThatGrewInItsLogAloneIsOpened)
 
 // --- names
 
-TEST(StoreFile, TheFileNameMayHoldAnyCharacter)
+TEST(StoreFile, TheFileNameMayContainAnyCharacter)
 {
-    TempFolder cFolder;
+    StoreFolder cFolder;
     for (const auto* sName :
          {L"Bj\u00F6rk's \u65E5\u672C \U0001F600.rdb", L":memory:", L"a?mode=ro#x%20.rdb"})
     {
         const auto sFile = cFolder.File("") + sName;
         {
-            Store cStore;
-            cStore.Open(sFile);
-            cStore.AddCuts({CutNamed(cStore, L"a")});
+            OpenStore cStore(sFile);
+            cStore.AddNamed({L"a"});
             EXPECT_EQ(cStore.FileName(), sFile);
         }
         EXPECT_EQ(ContentOf(sFile).size(), 1U);
@@ -361,13 +374,12 @@ TEST(StoreFile, TheFileNameMayHoldAnyCharacter)
 
 TEST(StoreFile, ABareNameMeansTheCurrentFolder)
 {
-    TempFolder cFolder;
+    StoreFolder cFolder;
     const auto cBefore = std::filesystem::current_path();
     std::filesystem::current_path(cFolder.Path(""));
     for (const auto* sName : {L":memory:", L"file:x", L"plain"})
     {
-        Store cStore;
-        cStore.Open(sName);
+        OpenStore cStore(sName);
     }
     std::filesystem::current_path(cBefore);
     EXPECT_EQ(cFolder.Names(), (std::vector<std::string>{":memory:", "file:x", "plain"}));
@@ -375,7 +387,7 @@ TEST(StoreFile, ABareNameMeansTheCurrentFolder)
 
 TEST(StoreFile, ANameThatCanBeNoneIsRefused)
 {
-    TempFolder cFolder;
+    StoreFolder cFolder;
     std::filesystem::create_directory(cFolder.Path("folder"));
     const std::pair<std::wstring, std::int32_t> names[] = {
         {L"", error::BadFileName},
@@ -397,14 +409,14 @@ class FailingDiskTest : public StoreFileTest
 protected:
     // Does the work on the database again and again, the n-th writing operation failing, for every n until
     // none fails. Each time file and memory have to be as before or as after, and agree.
-    void FailEverywhere(const std::function<void(Store&)>& work)
+    void FailEverywhere(const std::function<void(OpenStore&)>& work)
     {
         FailEverywhere(SQLITE_IOERR_WRITE, error::DeviceIo, work);
         FailEverywhere(SQLITE_FULL, error::DiskFull, work);
     }
 
 private:
-    void FailEverywhere(int lCode, std::int32_t lNumber, const std::function<void(Store&)>& work)
+    void FailEverywhere(int lCode, std::int32_t lNumber, const std::function<void(OpenStore&)>& work)
     {
         bool bFaulted = true;
         for (int lGood = 0; bFaulted; ++lGood)
@@ -417,8 +429,7 @@ private:
             Lines colMemory;
             std::int32_t lRaised = 0;
             {
-                Store cStore;
-                cStore.Open(m_sFile);
+                OpenStore cStore(m_sFile);
                 cVfs.FailAfter(lGood);
                 lRaised = NumberRaisedBy([&] { work(cStore); });
                 colMemory = ContentOf(cStore);
@@ -445,33 +456,31 @@ std::string ImportBytes(int lRows)
 
 TEST_F(FailingDiskTest, LeavesOldOrNew)
 {
-    FailEverywhere([](Store& cStore) { cStore.AllCuts()[3]->SetArtist(L"Other"); });
-    FailEverywhere([](Store& cStore) { cStore.AllCuts()[3]->SetCategoryText(L"x/y/z"); });
-    FailEverywhere([](Store& cStore) { cStore.AddCuts({CutNamed(cStore, L"a"), CutNamed(cStore, L"b")}); });
-    FailEverywhere([](Store& cStore) { cStore.RemoveCuts(cStore.AllCuts()); });
-    FailEverywhere([](Store& cStore) {
-        const auto cCopy = cStore.AllCuts()[0]->CloneCut();
+    FailEverywhere([](OpenStore& cStore) { cStore.At(3)->SetArtist(L"Other"); });
+    FailEverywhere([](OpenStore& cStore) { cStore.At(3)->SetCategoryText(L"x/y/z"); });
+    FailEverywhere([](OpenStore& cStore) { cStore.AddNamed({L"a", L"b"}); });
+    FailEverywhere([](OpenStore& cStore) { cStore.RemoveCuts(cStore.AllCuts()); });
+    FailEverywhere([](OpenStore& cStore) {
+        const auto cCopy = cStore.At(0)->CloneCut();
         cCopy->SetArtist(L"Other");
         cStore.ModifyCuts({cCopy});
     });
-    FailEverywhere([](Store& cStore) {
+    FailEverywhere([](OpenStore& cStore) {
         Store::Batch cBatch(cStore);
-        for (const auto& cCut : cStore.AllCuts())
-            cCut->SetLastPlayed(45000);
+        cStore.PlayAll(45000);
         cBatch.Commit();
     });
     const auto sCsv = m_cFolder.WithBytes("library.csv", ImportBytes(60));
-    FailEverywhere([&](Store& cStore) { cStore.ImportCsv(sCsv); });
+    FailEverywhere([&](OpenStore& cStore) { cStore.ImportCsv(sCsv); });
 }
 
 TEST(StoreFile, AFailureThatEndsABatchUndoesAllOfItAndRefusesTheRest)
 {
-    TempFolder cFolder;
+    StoreFolder cFolder;
     const auto sFile = SmallDatabase(cFolder, 3000);
     const auto colBefore = ContentOf(sFile);
     FaultyVfs cVfs(lUnlimited, Fault::eFail, SQLITE_FULL);
-    Store cStore;
-    cStore.Open(sFile);
+    OpenStore cStore(sFile);
     cVfs.FailAfter(0);
     {
         Store::Batch cBatch(cStore);
@@ -486,13 +495,13 @@ TEST(StoreFile, AFailureThatEndsABatchUndoesAllOfItAndRefusesTheRest)
         sqlite3_soft_heap_limit64(0);
         EXPECT_EQ(lRaised, error::DiskFull);
         EXPECT_EQ(ContentOf(cStore), colBefore);
-        EXPECT_EQ(NumberRaisedBy([&] { cStore.AllCuts()[0]->SetYear(1); }), error::DeviceIo);
+        EXPECT_EQ(NumberRaisedBy([&] { cStore.At(0)->SetYear(1); }), error::DeviceIo);
         EXPECT_EQ(NumberRaisedBy([&] { cBatch.Commit(); }), error::DeviceIo);
     }
     EXPECT_EQ(ContentOf(cStore), colBefore);
     cVfs.Repair();
     EXPECT_EQ(ContentOf(sFile), colBefore);
-    cStore.AllCuts()[0]->SetYear(1); // the batch is over, and the disk works again
+    cStore.At(0)->SetYear(1); // the batch is over, and the disk works again
     EXPECT_EQ(ContentOf(sFile), ContentOf(cStore));
 }
 
@@ -504,10 +513,9 @@ TEST_F(StoreFileTest, AFullDiskIsNoticedBeforeMemoryIsMapped)
     FaultyVfs cVfs(0, Fault::eFail, SQLITE_FULL);
     for (const auto& sName : {m_sFile, m_cFolder.File("new.rdb")})
     {
-        const auto raised = OpenRaises(sName);
-        EXPECT_EQ(raised.lNumber, error::DiskFull);
-        EXPECT_EQ(raised.sDescription,
-                  L"The database \"" + sName + L"\" cannot be opened: the disk is full.");
+        EXPECT_EQ(OpenRaises(sName),
+                  (Raised{error::DiskFull,
+                          L"The database \"" + sName + L"\" cannot be opened: the disk is full."}));
         EXPECT_FALSE(cVfs.bMapped);
         EXPECT_EQ(m_cFolder.Names(), std::vector<std::string>{"small.rdb"});
         EXPECT_EQ(BytesOf(m_sFile), bytes);
@@ -527,7 +535,7 @@ TEST(StoreFile, AFailingDiskLeavesNoHalfMadeDatabase)
 {
     for (int lGood = 0;; ++lGood)
     {
-        TempFolder cFolder;
+        StoreFolder cFolder;
         FaultyVfs cVfs(lGood, Fault::eFail);
         {
             Store cStore;
@@ -558,8 +566,7 @@ TEST_F(StoreFileTest, ASuddenEndInTheMiddleOfAnImportLeavesOldOrNew)
         m_cFolder.WithBytes("small.rdb", bytes);
         Program cImporter([&] {
             FaultyVfs cVfs(lGood, Fault::eKill);
-            Store cStore;
-            cStore.Open(m_sFile);
+            OpenStore cStore(m_sFile);
             cStore.ImportCsv(sCsv);
         });
         const int lEnd = cImporter.End();
@@ -581,13 +588,12 @@ TEST_F(StoreFileTest, ASuddenEndInTheMiddleOfAnImportLeavesOldOrNew)
 
 TEST(StoreFile, ASuddenEndWhileADatabaseIsMadeLeavesNoneOrAWholeOne)
 {
-    TempFolder cFolder;
+    StoreFolder cFolder;
     for (int lGood = 0, lEnd = -1; lEnd != 0; ++lGood)
     {
         Program cMaker([&] {
             FaultyVfs cVfs(lGood, Fault::eKill);
-            Store cStore;
-            cStore.Open(cFolder.File("new.rdb"));
+            OpenStore cStore(cFolder.File("new.rdb"));
         });
         lEnd = cMaker.End();
         EXPECT_EQ(ContentOf(cFolder.File("new.rdb")), Lines{}) << lGood;
@@ -600,16 +606,14 @@ TEST(StoreFile, ASuddenEndWhileADatabaseIsMadeLeavesNoneOrAWholeOne)
 TEST_F(StoreFileTest, APropertyChangeSurvivesASuddenEnd)
 {
     Program cPlayer([&] {
-        Store cStore;
-        cStore.Open(m_sFile);
-        cStore.AllCuts()[0]->SetLastPlayed(45000.5);
+        OpenStore cStore(m_sFile);
+        cStore.At(0)->SetLastPlayed(45000.5);
         raise(SIGKILL);
     });
     EXPECT_EQ(cPlayer.End(), -1);
-    EXPECT_GT(m_cFolder.Names().size(), 1U) << "it stands in the log";
-    Store cStore;
-    cStore.Open(m_sFile);
-    EXPECT_EQ(cStore.AllCuts()[0]->LastPlayed(), 45000.5);
+    EXPECT_GT(m_cFolder.Names().size(), 1U) << "it is in the log";
+    OpenStore cStore(m_sFile);
+    EXPECT_EQ(cStore.At(0)->LastPlayed(), 45000.5);
     cStore.Close();
     EXPECT_EQ(m_cFolder.Names(), std::vector<std::string>{"small.rdb"});
     EXPECT_NE(ContentOf(m_sFile)[0].find(L"45000.5"), std::wstring::npos);
@@ -618,12 +622,11 @@ TEST_F(StoreFileTest, APropertyChangeSurvivesASuddenEnd)
 TEST_F(StoreFileTest, EachPropertyChangeIsFlushedToTheDisk)
 {
     FaultyVfs cVfs(lUnlimited, Fault::eFail);
-    Store cStore;
-    cStore.Open(m_sFile);
+    OpenStore cStore(m_sFile);
     for (int i = 1; i < 5; ++i)
     {
         const int lBefore = cVfs.lFlushes;
-        cStore.AllCuts()[0]->SetYear(i);
+        cStore.At(0)->SetYear(i);
         EXPECT_GT(cVfs.lFlushes, lBefore);
     }
 }
@@ -633,34 +636,36 @@ TEST_F(StoreFileTest, EachPropertyChangeIsFlushedToTheDisk)
 TEST_F(StoreFileTest, ASecondProgramReadsWhileTheFirstHasTheDatabaseOpen)
 {
     Program cReader([&] { throw RuntimeError(static_cast<std::int32_t>(ContentOf(m_sFile).size())); });
-    Store cStore;
-    cStore.Open(m_sFile);
+    OpenStore cStore(m_sFile);
     Store::Batch cBatch(cStore);
-    cStore.AllCuts()[0]->SetArtist(L"Other");
+    cStore.At(0)->SetArtist(L"Other");
     EXPECT_EQ(cReader.End(), 20);
     cBatch.Commit();
 }
 
-TEST_F(StoreFileTest, AWriteWhileAnotherProgramIsWritingRaisesError70)
+TEST_F(StoreFileTest, WritesWhileAnotherProgramIsWritingRaiseError70)
 {
     Program cWriter([&] {
-        Store cStore;
-        cStore.Open(m_sFile);
-        const auto cCut = cStore.AllCuts()[0];
-        const auto raised = RaisedBy([&] { cCut->SetArtist(L"Second"); });
-        if (NumberRaisedBy([&] { Store::Batch cBatch(cStore); }) == raised.lNumber &&
-            cCut->Artist() == L"Artist 0" &&
-            raised.sDescription ==
-                L"The database \"" + m_sFile + L"\" is being written to by another program.")
-            throw RuntimeError(raised.lNumber);
+        OpenStore cStore(m_sFile);
+        const Raised expected{error::PermissionDenied,
+                              L"The database \"" + m_sFile + L"\" is being written to by another program."};
+        const std::function<void()> writes[] = {[&] { cStore.At(0)->SetArtist(L"Second"); },
+                                                [&] { Store::Batch cBatch(cStore); },
+                                                [&] { cStore.WriteGathered(); }};
+        cStore.BeginGathering();
+        cStore.At(0)->SetLastPlayed(45000);
+        bool bRefused = true;
+        for (const auto& write : writes)
+            bRefused = RaisedBy(write) == expected && bRefused;
+        if (bRefused && cStore.At(0)->Artist() == L"Artist 0" && cStore.At(0)->LastPlayed() == 45000)
+            throw RuntimeError(expected.lNumber);
     });
-    Store cStore;
-    cStore.Open(m_sFile);
+    OpenStore cStore(m_sFile);
     Store::Batch cBatch(cStore);
-    cStore.AllCuts()[0]->SetArtist(L"First");
+    cStore.At(0)->SetArtist(L"First");
     EXPECT_EQ(cWriter.End(), error::PermissionDenied);
     cBatch.Commit();
-    EXPECT_EQ(ContentOf(m_sFile), ContentOf(cStore));
+    ExpectStored(cStore);
 }
 
 // --- gathered plays
@@ -668,39 +673,28 @@ TEST_F(StoreFileTest, AWriteWhileAnotherProgramIsWritingRaisesError70)
 TEST_F(StoreFileTest, GatheredPlaysAreOneFlushAndBelongToTheFileAfterwards)
 {
     FaultyVfs cVfs(lUnlimited, Fault::eFail);
-    Store cStore;
-    cStore.Open(m_sFile);
+    OpenStore cStore(m_sFile);
     cStore.BeginGathering();
-    cStore.AllCuts()[0]->SetYear(1); // the first write of all flushes the head of the log as well
+    cStore.At(0)->SetYear(1); // the first write of all flushes the head of the log as well
     const int lBefore = cVfs.lFlushes;
-    const auto colCuts = cStore.AllCuts();
-    for (const auto& cCut : colCuts)
-        cCut->SetLastPlayed(45000.25);
+    cStore.PlayAll(45000.25);
     EXPECT_EQ(cVfs.lFlushes, lBefore);
-    EXPECT_EQ(colCuts[7]->LastPlayed(), 45000.25);
+    EXPECT_EQ(cStore.At(7)->LastPlayed(), 45000.25);
     cStore.WriteGathered();
     EXPECT_EQ(cVfs.lFlushes, lBefore + 1);
     cStore.WriteGathered();
     EXPECT_EQ(cVfs.lFlushes, lBefore + 1) << "nothing is left to write";
-    colCuts[3]->SetLastPlayed(45001);
+    cStore.At(3)->SetLastPlayed(45001);
     cStore.EndGathering();
     EXPECT_EQ(cVfs.lFlushes, lBefore + 2);
-    colCuts[4]->SetLastPlayed(45002);
+    cStore.At(4)->SetLastPlayed(45002);
     EXPECT_EQ(cVfs.lFlushes, lBefore + 3) << "each by itself again";
-    EXPECT_EQ(ContentOf(m_sFile), ContentOf(cStore));
-}
-
-TEST_F(StoreFileTest, CloseWritesWhatIsGathered)
-{
-    Store cStore;
-    cStore.Open(m_sFile);
+    ExpectStored(cStore);
     cStore.BeginGathering();
-    cStore.AllCuts()[0]->SetLastPlayed(45000);
+    cStore.At(0)->SetLastPlayed(45003);
     const auto colMemory = ContentOf(cStore);
     cStore.Close();
-    EXPECT_EQ(ContentOf(m_sFile), colMemory);
-    cStore.Open(m_sFile);
-    EXPECT_EQ(ContentOf(cStore), colMemory);
+    EXPECT_EQ(ContentOf(m_sFile), colMemory) << "closing writes them";
 }
 
 TEST_F(StoreFileTest, AnyFailingWriteKeepsThePlaysGathered)
@@ -710,11 +704,9 @@ TEST_F(StoreFileTest, AnyFailingWriteKeepsThePlaysGathered)
     {
         m_cFolder.WithBytes("small.rdb", bytes);
         FaultyVfs cVfs(lUnlimited, Fault::eFail);
-        Store cStore;
-        cStore.Open(m_sFile);
+        OpenStore cStore(m_sFile);
         cStore.BeginGathering();
-        for (const auto& cCut : cStore.AllCuts())
-            cCut->SetLastPlayed(45000.25);
+        cStore.PlayAll(45000.25);
         const auto colMemory = ContentOf(cStore);
         cVfs.FailAfter(lGood);
         lRaised = NumberRaisedBy([&] { cStore.EndGathering(); });
@@ -728,16 +720,13 @@ TEST_F(StoreFileTest, AnyFailingWriteKeepsThePlaysGathered)
 TEST_F(StoreFileTest, GatheredPlaysLeaveTheFileToOtherProgramsBetweenWrites)
 {
     Program cWriter([&] {
-        Store cStore;
-        cStore.Open(m_sFile);
-        cStore.AllCuts()[1]->SetArtist(L"Second");
-        cStore.RemoveCuts({cStore.AllCuts()[2]});
+        OpenStore cStore(m_sFile);
+        cStore.At(1)->SetArtist(L"Second");
+        cStore.RemoveCuts({cStore.At(2)});
     });
-    Store cStore;
-    cStore.Open(m_sFile);
+    OpenStore cStore(m_sFile);
     cStore.BeginGathering();
-    for (const auto& cCut : cStore.AllCuts())
-        cCut->SetLastPlayed(45000);
+    cStore.PlayAll(45000);
     EXPECT_EQ(cWriter.End(), 0);
     cStore.EndGathering(); // a cut that is gone keeps none of the others out
     const auto colContent = ContentOf(m_sFile);
@@ -747,55 +736,36 @@ TEST_F(StoreFileTest, GatheredPlaysLeaveTheFileToOtherProgramsBetweenWrites)
     EXPECT_NE(colContent[1].find(L"|Second|"), std::wstring::npos);
 }
 
-TEST_F(StoreFileTest, WhileAnotherProgramWritesPlaysStayGathered)
-{
-    Program cPlayer([&] {
-        Store cStore;
-        cStore.Open(m_sFile);
-        cStore.BeginGathering();
-        cStore.AllCuts()[0]->SetLastPlayed(45000);
-        const auto lRaised = NumberRaisedBy([&] { cStore.WriteGathered(); });
-        if (cStore.AllCuts()[0]->LastPlayed() == 45000)
-            throw RuntimeError(lRaised);
-    });
-    Store cStore;
-    cStore.Open(m_sFile);
-    Store::Batch cBatch(cStore);
-    EXPECT_EQ(cPlayer.End(), error::PermissionDenied);
-}
-
 TEST_F(StoreFileTest, TwoProgramsMayWriteInTurn)
 {
     Program cWriter([&] {
-        Store cStore;
-        cStore.Open(m_sFile);
-        cStore.AllCuts()[0]->SetAlbum(L"Second");
-        cStore.AddCuts({CutNamed(cStore, L"second")});
-        cStore.RemoveCuts({cStore.AllCuts()[1]});
+        OpenStore cStore(m_sFile);
+        cStore.At(0)->SetAlbum(L"Second");
+        cStore.AddNamed({L"second"});
+        cStore.RemoveCuts({cStore.At(1)});
     });
-    Store cStore;
-    cStore.Open(m_sFile);
-    cStore.AllCuts()[0]->SetArtist(L"First");
+    OpenStore cStore(m_sFile);
+    cStore.At(0)->SetArtist(L"First");
     EXPECT_EQ(cWriter.End(), 0);
-    cStore.AllCuts()[0]->SetTitle(L"First");
+    cStore.At(0)->SetTitle(L"First");
 
     const auto Conflict = [&](const std::function<void()>& work) {
         const auto colBefore = ContentOf(cStore);
-        const auto raised = RaisedBy(work);
+        const auto lRaised = NumberRaisedBy(work);
         EXPECT_EQ(ContentOf(cStore), colBefore);
-        return raised.lNumber;
+        return lRaised;
     };
-    const auto cGone = cStore.AllCuts()[1];
+    const auto cGone = cStore.At(1);
     EXPECT_EQ(Conflict([&] { cGone->SetArtist(L"x"); }), error::PermissionDenied);
     EXPECT_EQ(Conflict([&] { cGone->SetCategoryText(L"x"); }), error::PermissionDenied);
-    EXPECT_EQ(Conflict([&] { cStore.AddCuts({CutNamed(cStore, L"SECOND")}); }), error::KeyAlreadyExists);
+    EXPECT_EQ(Conflict([&] { cStore.AddNamed({L"SECOND"}); }), error::KeyAlreadyExists);
     EXPECT_EQ(cStore.RemoveCuts({cGone}), 1) << "gone is gone";
 
     cStore.Close();
     cStore.Open(m_sFile);
-    EXPECT_EQ(cStore.AllCuts()[0]->Album(), L"Second");
-    EXPECT_EQ(cStore.AllCuts()[0]->Artist(), L"First");
-    EXPECT_EQ(cStore.AllCuts()[0]->Title(), L"First");
+    EXPECT_EQ(cStore.At(0)->Album(), L"Second");
+    EXPECT_EQ(cStore.At(0)->Artist(), L"First");
+    EXPECT_EQ(cStore.At(0)->Title(), L"First");
     EXPECT_EQ(cStore.AllCuts().size(), 20U);
 }
 
@@ -804,26 +774,20 @@ TEST_F(StoreFileTest, TwoProgramsMayWriteInTurn)
 class SharedStoreTest : public StoreFileTest
 {
 protected:
-    SharedStoreTest()
-    {
-        m_cStore.Open(m_sFile);
-        m_cOther.Open(m_sFile);
-        m_cStore.Advise(m_cRecorder);
-    }
-    ~SharedStoreTest() override { m_cStore.Unadvise(m_cRecorder); }
+    SharedStoreTest() { m_cStore.Advise(m_cRecorder); }
 
-    Store m_cStore;
-    Store m_cOther;
     Recorder m_cRecorder;
+    OpenStore m_cStore{m_sFile};
+    OpenStore m_cOther{m_sFile};
 };
 
 TEST_F(SharedStoreTest, TakesInAndAnnouncesWhatAnotherProgramChanged)
 {
-    const auto cChanged = m_cStore.AllCuts()[3];
-    const auto cGone = m_cStore.AllCuts()[5];
-    m_cOther.AllCuts()[3]->SetArtist(L"Other");
-    m_cOther.AllCuts()[3]->SetCategoryText(L"jazz");
-    m_cOther.RemoveCuts({m_cOther.AllCuts()[5]});
+    const auto cChanged = m_cStore.At(3);
+    const auto cGone = m_cStore.At(5);
+    m_cOther.At(3)->SetArtist(L"Other");
+    m_cOther.At(3)->SetCategoryText(L"jazz");
+    m_cOther.RemoveCuts({m_cOther.At(5)});
     m_cOther.AddCuts({CutNamed(m_cOther, L"new", L"N", L"T")});
     EXPECT_EQ(m_cStore.TakeInChanges(), 3);
     EXPECT_EQ(ContentOf(m_cStore), ContentOf(m_cOther));
@@ -841,27 +805,27 @@ TEST_F(SharedStoreTest, TakesInAndAnnouncesWhatAnotherProgramChanged)
 TEST_F(SharedStoreTest, OwnChangesAndNoChangesAreNoNews)
 {
     EXPECT_EQ(m_cStore.TakeInChanges(), 0);
-    m_cStore.AllCuts()[3]->SetArtist(L"Own");
+    m_cStore.At(3)->SetArtist(L"Own");
     EXPECT_EQ(m_cStore.TakeInChanges(), 0);
-    m_cOther.AllCuts()[4]->SetArtist(L"x");
-    m_cOther.AllCuts()[4]->SetArtist(L"Artist 4");
+    m_cOther.At(4)->SetArtist(L"x");
+    m_cOther.At(4)->SetArtist(L"Artist 4");
     EXPECT_EQ(m_cStore.TakeInChanges(), 0);
     EXPECT_EQ(m_cRecorder.colLines, Lines{});
 }
 
-TEST_F(SharedStoreTest, CutsOfTwoProgramsStandInTheFilesOrder)
+TEST_F(SharedStoreTest, CutsOfTwoProgramsHaveTheFilesOrder)
 {
-    m_cOther.AddCuts({CutNamed(m_cOther, L"z")});
-    m_cStore.AddCuts({CutNamed(m_cStore, L"a")});
-    m_cOther.AddCuts({CutNamed(m_cOther, L"y")});
+    m_cOther.AddNamed({L"z"});
+    m_cStore.AddNamed({L"a"});
+    m_cOther.AddNamed({L"y"});
     EXPECT_EQ(m_cStore.TakeInChanges(), 2);
     EXPECT_EQ(ContentOf(m_cStore), ContentOf(m_sFile));
 }
 
 TEST_F(SharedStoreTest, ACutThatWasReplacedIsRemovedAndAdded)
 {
-    const auto cOld = m_cStore.AllCuts()[0];
-    m_cOther.RemoveCuts({m_cOther.AllCuts()[0]});
+    const auto cOld = m_cStore.At(0);
+    m_cOther.RemoveCuts({m_cOther.At(0)});
     m_cOther.AddCuts({CutNamed(m_cOther, cOld->Key().Text())});
     EXPECT_EQ(m_cStore.TakeInChanges(), 2);
     EXPECT_NE(m_cStore.CutByKey(cOld->Key()), cOld);
@@ -871,19 +835,19 @@ TEST_F(SharedStoreTest, ACutThatWasReplacedIsRemovedAndAdded)
 TEST_F(SharedStoreTest, GatheredPlaysAreNewerThanTheFile)
 {
     m_cStore.BeginGathering();
-    m_cStore.AllCuts()[2]->SetLastPlayed(45000);
-    m_cOther.AllCuts()[2]->SetYear(1999);
-    m_cOther.AllCuts()[4]->SetLastPlayed(44000);
+    m_cStore.At(2)->SetLastPlayed(45000);
+    m_cOther.At(2)->SetYear(1999);
+    m_cOther.At(4)->SetLastPlayed(44000);
     EXPECT_EQ(m_cStore.TakeInChanges(), 2);
-    EXPECT_EQ(m_cStore.AllCuts()[2]->LastPlayed(), 45000);
-    EXPECT_EQ(m_cStore.AllCuts()[2]->Year(), 1999);
+    EXPECT_EQ(m_cStore.At(2)->LastPlayed(), 45000);
+    EXPECT_EQ(m_cStore.At(2)->Year(), 1999);
     m_cStore.EndGathering();
     EXPECT_EQ(ContentOf(m_sFile), ContentOf(m_cStore));
 }
 
 TEST_F(SharedStoreTest, ABatchIsNotDisturbed)
 {
-    m_cOther.AllCuts()[4]->SetYear(1999);
+    m_cOther.At(4)->SetYear(1999);
     {
         Store::Batch cBatch(m_cStore);
         EXPECT_EQ(m_cStore.TakeInChanges(), 0);
@@ -891,24 +855,18 @@ TEST_F(SharedStoreTest, ABatchIsNotDisturbed)
     EXPECT_EQ(m_cStore.TakeInChanges(), 1);
 }
 
-// The listener may do as it likes, close the database for instance.
 TEST_F(SharedStoreTest, AListenerMayCloseTheDatabase)
 {
-    struct Closer : DataBaseEvents
+    struct Closer : Recorder
     {
         explicit Closer(Store& cStoreIn) : cStore(cStoreIn) {}
         void CutsAdded(const Cuts&) override { cStore.Close(); }
-        void CutsModified(const Cuts&) override {}
-        void CutsRemoved(const Cuts&) override {}
-        void ProgressStart(const std::wstring&, std::int32_t) override {}
-        void Progress(const std::wstring&, std::int32_t, std::int32_t) override {}
-        void ProgressDone(const std::wstring&) override {}
         Store& cStore;
     };
     Closer cCloser(m_cStore);
     m_cStore.Advise(cCloser);
-    m_cOther.AddCuts({CutNamed(m_cOther, L"new")});
-    m_cOther.AllCuts()[4]->SetYear(1999);
+    m_cOther.AddNamed({L"new"});
+    m_cOther.At(4)->SetYear(1999);
     EXPECT_EQ(m_cStore.TakeInChanges(), 2);
     EXPECT_FALSE(m_cStore.IsOpen());
     m_cStore.Unadvise(cCloser);

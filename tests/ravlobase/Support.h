@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "base/RuntimeError.h"
 #include "base/Text.h"
 #include "ravlobase/FilePath.h"
 #include "ravlobase/Store.h"
+#include "support/Raised.h"
 
 #include <gtest/gtest.h>
 
@@ -22,18 +22,20 @@
 namespace ravlo
 {
 
-// A folder of the test's own, gone with it.
-class TempFolder
+using Lines = std::vector<std::wstring>;
+
+// A new folder, which is removed at the end.
+class StoreFolder
 {
 public:
-    TempFolder()
+    StoreFolder()
     {
         std::string sPattern = (std::filesystem::temp_directory_path() / "ravlobase-XXXXXX").string();
         m_cPath = mkdtemp(sPattern.data());
     }
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-    ~TempFolder() { std::filesystem::remove_all(m_cPath); }
+    StoreFolder(const StoreFolder&) = delete;
+    StoreFolder& operator=(const StoreFolder&) = delete;
+    ~StoreFolder() { std::filesystem::remove_all(m_cPath); }
 
     std::filesystem::path Path(const std::string& sName) const { return m_cPath / sName; }
     std::wstring File(const std::string& sName) const
@@ -56,7 +58,7 @@ public:
         return names;
     }
 
-    // Names and bytes, but for SQLite's shared memory.
+    // Names and bytes, except those of SQLite's shared memory.
     std::map<std::string, std::string> Contents() const;
 
 private:
@@ -69,7 +71,7 @@ inline std::string BytesOf(const std::wstring& sFile)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-inline std::map<std::string, std::string> TempFolder::Contents() const
+inline std::map<std::string, std::string> StoreFolder::Contents() const
 {
     std::map<std::string, std::string> contents;
     for (const auto& sName : Names())
@@ -78,29 +80,7 @@ inline std::map<std::string, std::string> TempFolder::Contents() const
     return contents;
 }
 
-// What the work raised; number 0 when it raised nothing.
-struct Raised
-{
-    std::int32_t lNumber = 0;
-    std::wstring sDescription;
-};
-
-template <class Work> Raised RaisedBy(Work work)
-{
-    try
-    {
-        work();
-        return {};
-    }
-    catch (const RuntimeError& e)
-    {
-        return {e.Number(), e.Description()};
-    }
-}
-
-template <class Work> std::int32_t NumberRaisedBy(Work work) { return RaisedBy(work).lNumber; }
-
-// Writes down what a database announces.
+// Records what a database announces.
 class Recorder : public DataBaseEvents
 {
 public:
@@ -118,7 +98,7 @@ public:
     }
     void ProgressDone(const std::wstring& sStatus) override { colLines.push_back(L"done: " + sStatus); }
 
-    std::vector<std::wstring> colLines; // of everything, in order
+    Lines colLines; // everything, in order
     Cuts colAdded;
     Cuts colModified;
     Cuts colRemoved;
@@ -147,24 +127,24 @@ inline std::wstring ValuesText(const Cut& cCut)
     return sText;
 }
 
-inline std::vector<std::wstring> ContentOf(const Store& cStore)
+inline Lines ContentOf(const Store& cStore)
 {
-    std::vector<std::wstring> colLines;
+    Lines colLines;
     for (const auto& cCut : cStore.AllCuts())
         colLines.push_back(DecimalText(cCut->ID()) + L": " + ValuesText(*cCut));
     return colLines;
 }
 
-inline std::vector<std::wstring> ContentOf(const std::wstring& sFile)
+inline Lines ContentOf(const std::wstring& sFile)
 {
     Store cStore;
     cStore.Open(sFile);
     return ContentOf(cStore);
 }
 
-inline std::vector<std::wstring> KeysOf(const Cuts& colCuts)
+inline Lines KeysOf(const Cuts& colCuts)
 {
-    std::vector<std::wstring> colKeys;
+    Lines colKeys;
     for (const auto& cCut : colCuts)
         colKeys.push_back(cCut->Key().Text());
     return colKeys;
@@ -204,8 +184,15 @@ protected:
         m_cStore.Close();
         m_cStore.Open(m_sFile);
     }
+    // Memory and file have the same cuts.
+    void ExpectStored() const { EXPECT_EQ(ContentOf(m_sFile), ContentOf(m_cStore)); }
+    Lines Keys() const { return KeysOf(m_cStore.AllCuts()); }
+    std::shared_ptr<Cut> ByNames(const std::wstring& sArtist, const std::wstring& sTitle) const
+    {
+        return m_cStore.CutByArtistTitle(sArtist, sTitle);
+    }
 
-    TempFolder m_cFolder;
+    StoreFolder m_cFolder;
     std::wstring m_sFile = m_cFolder.File("library.rdb");
     Recorder m_cRecorder;
     Store m_cStore;
