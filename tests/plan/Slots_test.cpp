@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "plan/Slots.h"
 
-#include "plan/PlanError.h"
+#include "support/Raised.h"
 
 #include <gtest/gtest.h>
 
@@ -14,32 +14,6 @@ namespace
 DateTime At(int lHour, int lMinute, int lSecond = 0)
 {
     return DateTimeOf({2024, 3, 1, lHour, lMinute, lSecond});
-}
-
-std::wstring ClockError(std::string_view bytes)
-{
-    try
-    {
-        ParseClock(bytes, L"clock.txt");
-    }
-    catch (const PlanError& error)
-    {
-        return error.Description();
-    }
-    return L"no error";
-}
-
-std::wstring SlotsError(std::string_view bytes)
-{
-    try
-    {
-        ParseSlots(bytes, L"slots.csv");
-    }
-    catch (const PlanError& error)
-    {
-        return error.Description();
-    }
-    return L"no error";
 }
 
 } // namespace
@@ -62,7 +36,7 @@ TEST(ParseClock, SkipsButCountsCommentsEmptyLinesAndTheHeading)
     EXPECT_EQ(slots[1], (Slot{L"pop", 1, false, 7}));
 }
 
-TEST(ParseClock, TakesAnOpenerThatIsMissingOrEmptyAsNo)
+TEST(ParseClock, AMissingOrEmptyOpenerMeansNo)
 {
     for (const char* sLine : {"rock,2", "rock,2,", "rock,2,n", "rock, 2 , N "})
         EXPECT_EQ(ParseClock(sLine, L"c").at(0), (Slot{L"rock", 2, false, 1})) << sLine;
@@ -76,7 +50,7 @@ TEST(ParseClock, ReadsQuotedAndForeignNames)
     EXPECT_EQ(slots.at(1).sCategory, L"\u00C4rger");
 }
 
-TEST(ParseClock, NamesTheLineThatCannotBeUsedAndSaysWhy)
+TEST(ParseClock, AWrongLineIsNamedWithTheReason)
 {
     const struct
     {
@@ -102,7 +76,8 @@ TEST(ParseClock, NamesTheLineThatCannotBeUsedAndSaysWhy)
         {"# only words\ncategory,level,opener\n", L"clock.txt holds no slot"},
     };
     for (const auto& row : table)
-        EXPECT_EQ(ClockError(row.sBytes), row.sError) << row.sBytes;
+        EXPECT_EQ(RaisedBy([&] { ParseClock(row.sBytes, L"clock.txt"); }).sDescription, row.sError)
+            << row.sBytes;
 }
 
 TEST(ParseSlots, TakesTimesWithTheirSlots)
@@ -116,7 +91,7 @@ TEST(ParseSlots, TakesTimesWithTheirSlots)
     EXPECT_EQ(slots[2], (TimedSlot{At(10, 4, 30), {L"pop", 1, false, 4}}));
 }
 
-TEST(ParseSlots, NamesTheLineThatCannotBeUsedAndSaysWhy)
+TEST(ParseSlots, AWrongLineIsNamedWithTheReason)
 {
     const struct
     {
@@ -137,22 +112,17 @@ TEST(ParseSlots, NamesTheLineThatCannotBeUsedAndSaysWhy)
          L"slots.csv, line 3: the time is earlier than that of the slot before"},
     };
     for (const auto& row : table)
-        EXPECT_EQ(SlotsError(row.sBytes), row.sError) << row.sBytes;
+        EXPECT_EQ(RaisedBy([&] { ParseSlots(row.sBytes, L"slots.csv"); }).sDescription, row.sError)
+            << row.sBytes;
 }
 
-TEST(ClockHand, HandsOutTheSlotsInTurnAndBeginsAgainWhenTheyAreUsedUp)
-{
-    const std::vector<Slot> clock{{L"a", 1}, {L"b", 1}};
-    ClockHand hand(clock);
-    EXPECT_EQ(hand.Next(At(10, 0)).sCategory, L"a");
-    EXPECT_EQ(hand.Next(At(10, 4)).sCategory, L"b");
-    EXPECT_EQ(hand.Next(At(10, 8)).sCategory, L"a");
-}
-
-TEST(ClockHand, BeginsAgainAtTheFirstSlotOfEachFullHour)
+TEST(ClockHand, BeginsAgainAfterTheLastSlotAndWithEachHour)
 {
     const std::vector<Slot> clock{{L"a", 1}, {L"b", 1}, {L"c", 1}};
     ClockHand hand(clock);
+    EXPECT_EQ(hand.Next(At(10, 0)).sCategory, L"a");
+    EXPECT_EQ(hand.Next(At(10, 4)).sCategory, L"b");
+    EXPECT_EQ(hand.Next(At(10, 8)).sCategory, L"c");
     EXPECT_EQ(hand.Next(At(10, 55)).sCategory, L"a");
     EXPECT_EQ(hand.Next(At(10, 59, 59)).sCategory, L"b");
     EXPECT_EQ(hand.Next(At(11, 0)).sCategory, L"a");

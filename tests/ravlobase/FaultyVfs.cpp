@@ -18,37 +18,21 @@ sqlite3_file* Real(sqlite3_file* pFile) { return static_cast<FaultyFile*>(pFile)
 const sqlite3_io_methods& Methods(sqlite3_file* pFile) { return *Real(pFile)->pMethods; }
 int Next(sqlite3_file* pFile) { return static_cast<FaultyFile*>(pFile)->pVfs->Next(); }
 
-int Close(sqlite3_file* p) { return Methods(p).xClose(Real(p)); }
-int Read(sqlite3_file* p, void* pBytes, int lCount, sqlite3_int64 lAt)
+template <auto xMember, class... Arguments> int Forward(sqlite3_file* p, Arguments... arguments)
 {
-    return Methods(p).xRead(Real(p), pBytes, lCount, lAt);
+    return (Methods(p).*xMember)(Real(p), arguments...);
 }
-int Write(sqlite3_file* p, const void* pBytes, int lCount, sqlite3_int64 lAt)
+// As Forward, unless this operation is to fail.
+template <auto xMember, class... Arguments> int Written(sqlite3_file* p, Arguments... arguments)
 {
     const int lCode = Next(p);
-    return lCode != SQLITE_OK ? lCode : Methods(p).xWrite(Real(p), pBytes, lCount, lAt);
-}
-int Truncate(sqlite3_file* p, sqlite3_int64 lSize)
-{
-    const int lCode = Next(p);
-    return lCode != SQLITE_OK ? lCode : Methods(p).xTruncate(Real(p), lSize);
+    return lCode != SQLITE_OK ? lCode : Forward<xMember>(p, arguments...);
 }
 int Sync(sqlite3_file* p, int lFlags)
 {
     static_cast<FaultyFile*>(p)->pVfs->OnFlush();
-    const int lCode = Next(p);
-    return lCode != SQLITE_OK ? lCode : Methods(p).xSync(Real(p), lFlags);
+    return Written<&sqlite3_io_methods::xSync>(p, lFlags);
 }
-int FileSize(sqlite3_file* p, sqlite3_int64* pSize) { return Methods(p).xFileSize(Real(p), pSize); }
-int Lock(sqlite3_file* p, int lLock) { return Methods(p).xLock(Real(p), lLock); }
-int Unlock(sqlite3_file* p, int lLock) { return Methods(p).xUnlock(Real(p), lLock); }
-int CheckReserved(sqlite3_file* p, int* pResult) { return Methods(p).xCheckReservedLock(Real(p), pResult); }
-int FileControl(sqlite3_file* p, int lWhat, void* pArgument)
-{
-    return Methods(p).xFileControl(Real(p), lWhat, pArgument);
-}
-int SectorSize(sqlite3_file* p) { return Methods(p).xSectorSize(Real(p)); }
-int Characteristics(sqlite3_file* p) { return Methods(p).xDeviceCharacteristics(Real(p)); }
 int ShmMap(sqlite3_file* p, int lPage, int lSize, int lExtend, void volatile** ppMemory)
 {
     const int lThere = Methods(p).xShmMap(Real(p), lPage, lSize, 0, ppMemory);
@@ -57,17 +41,28 @@ int ShmMap(sqlite3_file* p, int lPage, int lSize, int lExtend, void volatile** p
     const int lCode = static_cast<FaultyFile*>(p)->pVfs->GrowShared();
     return lCode != SQLITE_OK ? lCode : Methods(p).xShmMap(Real(p), lPage, lSize, lExtend, ppMemory);
 }
-int ShmLock(sqlite3_file* p, int lOffset, int lCount, int lFlags)
-{
-    return Methods(p).xShmLock(Real(p), lOffset, lCount, lFlags);
-}
 void ShmBarrier(sqlite3_file* p) { Methods(p).xShmBarrier(Real(p)); }
-int ShmUnmap(sqlite3_file* p, int lDelete) { return Methods(p).xShmUnmap(Real(p), lDelete); }
 
-const sqlite3_io_methods methods = {
-    2,        Close,         Read,        Write,      Truncate,        Sync,   FileSize, Lock,
-    Unlock,   CheckReserved, FileControl, SectorSize, Characteristics, ShmMap, ShmLock,  ShmBarrier,
-    ShmUnmap, nullptr,       nullptr};
+using Io = sqlite3_io_methods;
+const Io methods = {2,
+                    &Forward<&Io::xClose>,
+                    &Forward<&Io::xRead>,
+                    &Written<&Io::xWrite>,
+                    &Written<&Io::xTruncate>,
+                    &Sync,
+                    &Forward<&Io::xFileSize>,
+                    &Forward<&Io::xLock>,
+                    &Forward<&Io::xUnlock>,
+                    &Forward<&Io::xCheckReservedLock>,
+                    &Forward<&Io::xFileControl>,
+                    &Forward<&Io::xSectorSize>,
+                    &Forward<&Io::xDeviceCharacteristics>,
+                    &ShmMap,
+                    &Forward<&Io::xShmLock>,
+                    &ShmBarrier,
+                    &Forward<&Io::xShmUnmap>,
+                    nullptr,
+                    nullptr};
 
 } // namespace
 

@@ -8,9 +8,9 @@
 namespace ravlo
 {
 
-// While it lives, every SQLite file goes through it: the operation after lGood writing ones (writes, flushes,
-// truncations) fails, and so do all later ones, as does shared memory that has to grow; or the process dies
-// there, as by a power switch. One at a time.
+// While it lives, SQLite uses all files through it. After lGood writing operations (writes, flushes,
+// truncations) each further one fails, as does shared memory that has to grow; or the process dies, as after
+// a power cut. One at a time.
 class FaultyVfs
 {
 public:
@@ -27,14 +27,14 @@ public:
     bool bFaulted = false;
     int lFlushes = 0;
     bool bMapped =
-        false; // shared memory was to grow on the failing disk, which ends the program on some systems
+        false; // shared memory had to grow on the failing disk, which ends the program on some systems
     void FailAfter(int lGood) { m_lLeft = lGood; }
-    void Repair() { m_lLeft = std::numeric_limits<int>::max(); } // from here on nothing fails
+    void Repair() { FailAfter(std::numeric_limits<int>::max()); }
 
     // For SQLite's callbacks.
-    int Next(); // the result code of the coming writing operation
+    int Next(); // the result code of the next writing operation
     void OnFlush() { ++lFlushes; }
-    int GrowShared(); // the result code of the coming growth
+    int GrowShared(); // the result code of the next growth
     int Open(const char* sName, sqlite3_file* pFile, int lFlags, int* pOutFlags);
 
 private:

@@ -26,20 +26,20 @@ TEST(ParseCategoryName, ReadsAMainCategoryOrALevel)
         {L"rock: 2", {L"rock: 2", 0}},
     };
     for (const auto& [sText, name] : table)
-        EXPECT_EQ(ParseCategoryName(sText), name) << testing::PrintToString(std::wstring(sText));
+        EXPECT_EQ(ParseCategoryName(sText), name) << sText;
 }
 
 TEST(ParseCategoryName, RefusesWhatNamesNothing)
 {
     for (const auto* sText :
          {L"", L":2", L":2147483648", L"rock:0", L"rock:2147483648", L"rock:99999999999999999999999"})
-        EXPECT_THROW(ParseCategoryName(sText), HostError) << testing::PrintToString(std::wstring(sText));
+        EXPECT_THROW(ParseCategoryName(sText), HostError) << sText;
 }
 
 TEST(TextOfCategoryName, CanBeTypedBackIn)
 {
     for (const auto& name : {CategoryName{L"rock", 0}, {L"rock", 2}, {L"Talk: News", 0}, {L"Talk: News", 3}})
-        EXPECT_EQ(ParseCategoryName(TextOf(name)), name) << testing::PrintToString(TextOf(name));
+        EXPECT_EQ(ParseCategoryName(TextOf(name)), name) << TextOf(name);
 }
 
 TEST(TextOfTargets, ListsNamesWithTheirCuts)
@@ -51,9 +51,9 @@ TEST(TextOfTargets, ListsNamesWithTheirCuts)
 TEST(IsYes, TakesOnlyAClearYes)
 {
     for (const auto* sAnswer : {L"y", L"Y", L"yes", L"YES", L" yes "})
-        EXPECT_TRUE(IsYes(sAnswer)) << testing::PrintToString(std::wstring(sAnswer));
+        EXPECT_TRUE(IsYes(sAnswer)) << sAnswer;
     for (const auto* sAnswer : {L"", L"n", L"no", L"yeah", L"y n", L"1"})
-        EXPECT_FALSE(IsYes(sAnswer)) << testing::PrintToString(std::wstring(sAnswer));
+        EXPECT_FALSE(IsYes(sAnswer)) << sAnswer;
 }
 
 } // namespace ravlo

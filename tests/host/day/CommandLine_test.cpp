@@ -43,8 +43,12 @@ TEST(ParseCommandLine, ReadsAnImport)
     EXPECT_FALSE(options.bProgress);
 }
 
-TEST(ParseCommandLine, ReadsTheCategoryWindow)
+TEST(ParseCommandLine, ReadsTheWindows)
 {
+    const auto library = OnStation<LibraryOptions>("library", {"--picture", "p.png"});
+    EXPECT_EQ(library.sPicture, L"p.png");
+    EXPECT_FALSE(library.bProgress);
+
     const auto bare = OnStation<CategoryOptions>("category", {});
     EXPECT_EQ(bare.sPicture + bare.sCaption + bare.sCut, L"");
     EXPECT_EQ(bare.category, std::nullopt);
@@ -60,24 +64,13 @@ TEST(ParseCommandLine, ReadsTheCategoryWindow)
     EXPECT_TRUE(all.bAllowNew && all.bMultiSelect && all.bProgress);
 }
 
-TEST(ParseCommandLine, ReadsTheLibraryWindow)
-{
-    const auto options = OnStation<LibraryOptions>("library", {"--picture", "p.png"});
-    EXPECT_EQ(options.sPicture, L"p.png");
-    EXPECT_FALSE(options.bProgress);
-}
-
-TEST(ParseCommandLine, ReadsADayWithItsDefaults)
-{
-    const auto options = Day({});
-    EXPECT_EQ(options.dtStart, std::nullopt);
-    EXPECT_EQ(options.lHours, std::nullopt);
-    EXPECT_EQ(options.sClock + options.sSlots + options.sLog, L"");
-    EXPECT_FALSE(options.bSaveEach || options.bQuiet || options.bProgress);
-}
-
 TEST(ParseCommandLine, ReadsEveryOptionOfADay)
 {
+    const auto bare = Day({});
+    EXPECT_EQ(bare.dtStart, std::nullopt);
+    EXPECT_EQ(bare.lHours, std::nullopt);
+    EXPECT_EQ(bare.sClock + bare.sSlots + bare.sLog, L"");
+    EXPECT_FALSE(bare.bSaveEach || bare.bQuiet || bare.bProgress);
     const auto options = Day({"--start", "2024-03-01T10:00:00", "--hours", "3", "--clock", "c.txt", "--log",
                               "l.csv", "--save-each", "--quiet", "--progress"});
     EXPECT_EQ(options.dtStart, DateTimeOf({2024, 3, 1, 10, 0, 0}));
@@ -117,17 +110,14 @@ TEST(ParseCommandLine, ReadsEveryActionOfCats)
     EXPECT_EQ(shuffle.categories, two);
     EXPECT_FALSE(shuffle.bYes);
     EXPECT_TRUE(Cats({"shuffle", "-y", "pop"}).bYes);
-    EXPECT_EQ(Cats({"delete", "hard rock", "pop:2", "--yes"}).eAction, CatsAction::Delete);
-    EXPECT_EQ(Cats({"delete", "hard rock", "pop:2", "--yes"}).categories, two);
-    EXPECT_TRUE(Cats({"delete", "hard rock", "pop:2", "--yes"}).bYes);
-}
-
-TEST(ParseCommandLine, ReadsAMoveAndACopy)
-{
+    const auto deletion = Cats({"delete", "hard rock", "pop:2", "--yes"});
+    EXPECT_EQ(deletion.eAction, CatsAction::Delete);
+    EXPECT_EQ(deletion.categories, two);
+    EXPECT_TRUE(deletion.bYes);
     const auto move = Cats({"move", "hard rock", "pop:2", "--to", "new releases:1", "--exclusive", "--yes",
                             "--cut", "D:\\a.mp3", "--cut", "D:\\b, c.mp3"});
     EXPECT_EQ(move.eAction, CatsAction::Move);
-    EXPECT_EQ(move.categories, (std::vector<CategoryName>{{L"hard rock", 0}, {L"pop", 2}}));
+    EXPECT_EQ(move.categories, two);
     EXPECT_EQ(move.to, (CategoryName{L"new releases", 1}));
     EXPECT_EQ(move.cuts, (std::vector<std::wstring>{L"D:\\a.mp3", L"D:\\b, c.mp3"}));
     EXPECT_TRUE(move.bExclusive && move.bYes);
@@ -138,7 +128,7 @@ TEST(ParseCommandLine, ReadsAMoveAndACopy)
     EXPECT_FALSE(copy.bExclusive || copy.bYes);
 }
 
-TEST(ParseCommandLine, TakesTheStationAfterTheActionOfCatsAsWell)
+TEST(ParseCommandLine, TheStationMayFollowTheActionOfCats)
 {
     const auto options =
         Parsed<CatsOptions>({"cats", "shuffle", "pop", "--db", "d", "--app", "a", "--progress"});
@@ -195,10 +185,6 @@ TEST(ParseCommandLine, AnswersAUsageMistakeWithOneLineAndStatusTwo)
         EXPECT_TRUE(reply.sText.starts_with(L"RavloHost: "));
         EXPECT_EQ(reply.sText.find(L'\n'), reply.sText.size() - 1);
     }
-}
-
-TEST(ParseCommandLine, NamesTheTimeThatIsNone)
-{
     EXPECT_EQ(Parsed<Reply>({"day", "--db", "d", "--app", "a", "--start", "noon"}).sText,
               L"RavloHost: --start: 'noon' is no time (expected yyyy-mm-ddThh:nn:ss)\n");
 }

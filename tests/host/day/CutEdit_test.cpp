@@ -11,6 +11,14 @@ namespace
 
 CutFields Good() { return {L"Abba", L"Waterloo", L"Gold", L"1974", L"Pop/Gold", L"2", true}; }
 
+// Good fields with another value in one of them.
+CutFields With(std::wstring CutFields::*field, std::wstring sValue)
+{
+    CutFields fields = Good();
+    fields.*field = std::move(sValue);
+    return fields;
+}
+
 EditedCut Taken(const CutFields& fields, const EditedCut& before = {})
 {
     return std::get<EditedCut>(ValuesOf(fields, before));
@@ -20,7 +28,7 @@ CutProblem Refused(const CutFields& fields) { return std::get<CutProblem>(Values
 
 } // namespace
 
-TEST(CutEdit, WhatWasShownComesBackUnchanged)
+TEST(CutEdit, UnchangedFieldsGiveTheSameValues)
 {
     const EditedCut values{L"Abba", L"Waterloo", L"Gold", 1974, L"Pop/Gold", 2, true};
     EXPECT_EQ(Taken(FieldsOf(values)), values);
@@ -46,25 +54,18 @@ TEST(CutEdit, TrimsTextsAndNamesAndDropsRepeatedNames)
 TEST(CutEdit, AYearHasAtMostFourDigits)
 {
     for (const wchar_t* sYear : {L"12345", L"-1", L"197x", L"19.5"})
-    {
-        CutFields fields = Good();
-        fields.sYear = sYear;
-        EXPECT_EQ(Refused(fields).eField, CutField::Year) << sYear;
-    }
+        EXPECT_EQ(Refused(With(&CutFields::sYear, sYear)).eField, CutField::Year) << sYear;
 }
 
-TEST(CutEdit, ALevelIsAWholeNumberTheSchedulerKnows)
+TEST(CutEdit, ALevelIsAWholeNumberOfTheSchedulersRange)
 {
     for (const wchar_t* sLevel : {L"", L"0", L"-1", L"1.5", L"32765", L"99999", L"one"})
     {
-        CutFields fields = Good();
-        fields.sLevel = sLevel;
-        EXPECT_EQ(Refused(fields).eField, CutField::Level) << sLevel;
-        EXPECT_EQ(Refused(fields).sText, L"The level is a whole number from 1 to 32764.");
+        const CutProblem problem = Refused(With(&CutFields::sLevel, sLevel));
+        EXPECT_EQ(problem.eField, CutField::Level) << sLevel;
+        EXPECT_EQ(problem.sText, L"The level is a whole number from 1 to 32764.");
     }
-    CutFields fields = Good();
-    fields.sLevel = L"32764";
-    EXPECT_EQ(Taken(fields).lLevel, 32764);
+    EXPECT_EQ(Taken(With(&CutFields::sLevel, L"32764")).lLevel, 32764);
 }
 
 TEST(CutEdit, ACategoryThatCannotBeIsRefusedWithTheReason)
@@ -83,26 +84,19 @@ TEST(CutEdit, ACategoryThatCannotBeIsRefusedWithTheReason)
     };
     for (const auto& [sName, sReason] : refusals)
     {
-        CutFields fields = Good();
-        fields.sCategories = L"Pop/" + sName;
-        EXPECT_EQ(Refused(fields).eField, CutField::Categories) << ::testing::PrintToString(sName);
-        EXPECT_EQ(Refused(fields).sText, L"There can be no category \"" + sName + L"\": " + sReason);
+        const CutProblem problem = Refused(With(&CutFields::sCategories, L"Pop/" + sName));
+        EXPECT_EQ(problem.eField, CutField::Categories) << sName;
+        EXPECT_EQ(problem.sText, L"There can be no category \"" + sName + L"\": " + sReason);
     }
     for (const auto& sName : {L"80s", L"Rock'n'Roll", L"x.y", L"\u65E5\u672C", L"Console"})
-    {
-        CutFields fields = Good();
-        fields.sCategories = sName;
-        EXPECT_EQ(Taken(fields).sCategoryText, sName);
-    }
+        EXPECT_EQ(Taken(With(&CutFields::sCategories, sName)).sCategoryText, sName);
 }
 
-TEST(CutEdit, ACutMayStayInACategoryThatADatabaseBrought)
+TEST(CutEdit, ACutMayKeepAnyCategoryOfItsDatabase)
 {
-    CutFields fields = Good();
-    fields.sCategories = L"Pop/12/con";
     EditedCut before;
     before.sCategoryText = L"12/CON";
-    EXPECT_EQ(Taken(fields, before).sCategoryText, L"Pop/12/con");
+    EXPECT_EQ(Taken(With(&CutFields::sCategories, L"Pop/12/con"), before).sCategoryText, L"Pop/12/con");
 }
 
 } // namespace ravlo

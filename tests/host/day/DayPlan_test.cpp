@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/day/DayPlan.h"
 
-#include "host/day/HostError.h"
+#include "support/Raised.h"
 
 #include <gtest/gtest.h>
 
@@ -31,17 +31,12 @@ TEST(CheckLevels, NamesTheFirstSlotThatNoCutCanFill)
 {
     LevelsInUse levels;
     levels.Add(L"rock", 1);
-    EXPECT_NO_THROW(CheckLevels({{L"Rock", 1, false, 3}}, levels, L"clock.txt"));
-    try
-    {
-        CheckLevels({{L"rock", 1, false, 3}, {L"rock", 4, false, 5}, {L"jazz", 1, false, 6}}, levels,
-                    L"clock.txt");
-        FAIL() << "no error";
-    }
-    catch (const HostError& error)
-    {
-        EXPECT_EQ(error.Description(), L"clock.txt, line 5: no cut stands in rock:4");
-    }
+    const auto errorOf = [&](const std::vector<Slot>& slots) {
+        return RaisedBy([&] { CheckLevels(slots, levels, L"clock.txt"); }).sDescription;
+    };
+    EXPECT_EQ(errorOf({{L"Rock", 1, false, 3}}), L"");
+    EXPECT_EQ(errorOf({{L"rock", 1, false, 3}, {L"rock", 4, false, 5}, {L"jazz", 1, false, 6}}),
+              L"clock.txt, line 5: no cut stands in rock:4");
 }
 
 } // namespace ravlo

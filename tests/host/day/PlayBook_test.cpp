@@ -20,7 +20,7 @@ class FakeStore : public PlayStore
 public:
     explicit FakeStore(bool bGathers) : m_bGathers(bGathers) {}
 
-    // What the scheduler reports: it goes on when the database refuses.
+    // As the scheduler reports a play: it ignores a refusal of the database.
     void Report(const std::wstring& sKey, DateTime dtWhen)
     {
         try

@@ -43,7 +43,7 @@ TEST(ChangeBetween, CountsACutInSeveralLevelsOnce)
     EXPECT_EQ(change.gone, 1u);
 }
 
-TEST(ChangeBetween, NamesLevelsThatCameAndThoseThatAreGone)
+TEST(ChangeBetween, NamesNewLevelsAndThoseThatAreGone)
 {
     const auto change = ChangeBetween({Level(L"pop", 1, {L"a"})}, {Level(L"rock", 1, {L"a"})});
     ASSERT_EQ(change.levels.size(), 2u);
@@ -53,7 +53,7 @@ TEST(ChangeBetween, NamesLevelsThatCameAndThoseThatAreGone)
     EXPECT_EQ(change.levels[1].lAfter, 0u);
 }
 
-TEST(ChangeBetween, ComparesNamesAndPathsWithoutRegardToCase)
+TEST(ChangeBetween, ComparesNamesAndPathsIgnoringCase)
 {
     const auto change = ChangeBetween({Level(L"Pop", 1, {L"D:\\A.mp3"})}, {Level(L"POP", 1, {L"d:\\a.MP3"})});
     EXPECT_EQ(change.levels.size(), 1u);
