@@ -43,19 +43,23 @@ struct OpenStore : Store
     }
 };
 
+void AddMany(Store& cStore, int lCuts, const std::wstring& sFolder)
+{
+    Cuts colCuts;
+    for (int i = 0; i < lCuts; ++i)
+    {
+        colCuts.push_back(CutNamed(cStore, sFolder + DecimalText(i) + L".mp3",
+                                   L"Artist " + DecimalText(i % 7), L"Title " + DecimalText(i)));
+        colCuts.back()->SetCategoryText(L"pop/rock");
+    }
+    cStore.AddCuts(colCuts);
+}
+
 // A closed database with some cuts.
 std::wstring SmallDatabase(const StoreFolder& cFolder, int lCuts = 20)
 {
     OpenStore cStore(cFolder.File("small.rdb"));
-    Cuts colCuts;
-    for (int i = 0; i < lCuts; ++i)
-    {
-        auto cCut = CutNamed(cStore, L"D:\\Music\\" + DecimalText(i) + L".mp3",
-                             L"Artist " + DecimalText(i % 7), L"Title " + DecimalText(i));
-        cCut->SetCategoryText(L"pop/rock");
-        colCuts.push_back(cCut);
-    }
-    cStore.AddCuts(colCuts);
+    AddMany(cStore, lCuts, L"D:\\Music\\");
     return cStore.FileName();
 }
 
@@ -340,10 +344,7 @@ TEST_F(StoreFileTest, ADatabaseThatGrewInItsLogAloneIsOpened)
 {
     Program cWriter([&] {
         OpenStore cStore(m_sFile);
-        Cuts colCuts;
-        for (int i = 0; i < 500; ++i)
-            colCuts.push_back(CutNamed(cStore, L"D:\\New\\" + DecimalText(i)));
-        cStore.AddCuts(colCuts);
+        AddMany(cStore, 500, L"D:\\New\\");
         raise(SIGKILL);
     });
     EXPECT_EQ(cWriter.End(), -1);
