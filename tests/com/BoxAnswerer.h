@@ -11,18 +11,18 @@
 namespace ravlo
 {
 
-// Answers every message box and input box of this process while it lives, and notes what they said. A
-// person's stand-in: a box is modal, so only another thread can answer it.
+// Answers every message box and input box of this process while it lives, and records what they say. A box is
+// modal, so only another thread can answer it.
 class BoxAnswerer
 {
 public:
-    // A button, OK where the box has no such, and what is typed before it is pressed.
+    // What is typed, and the button that is pressed then (OK where the box has no such button).
     struct Answer
     {
         WPARAM lButton = IDOK;
         std::wstring sTyped = {};
     };
-    // The answers in their order; every further box gets OK.
+    // The answers in order; every further box gets OK.
     explicit BoxAnswerer(std::vector<Answer> colAnswers = {})
         : m_colAnswers(std::move(colAnswers)), m_thread([this] { Run(); })
     {
@@ -71,7 +71,7 @@ private:
         while (IsWindow(hBox))
             SwitchToThread();
     }
-    // By message: the text of another thread's control is not to be had otherwise.
+    // By message: GetWindowText does not read another thread's controls.
     static std::wstring TextOfWindow(HWND hWindow)
     {
         std::wstring sText(1024, L'\0');
@@ -86,5 +86,14 @@ private:
     std::vector<std::wstring> m_colSaid;
     std::thread m_thread;
 };
+
+// What the boxes say that the work shows.
+template <class Work>
+std::vector<std::wstring> BoxesOf(Work work, std::vector<BoxAnswerer::Answer> colAnswers = {})
+{
+    BoxAnswerer cAnswerer(std::move(colAnswers));
+    work();
+    return cAnswerer.Stop();
+}
 
 } // namespace ravlo

@@ -12,7 +12,7 @@ namespace ravlo
 namespace
 {
 
-// The server's own word on whether objects of it live; a server that is not loaded has none.
+// S_FALSE while a loaded server has living objects.
 HRESULT CanUnload(const wchar_t* sModule)
 {
     const HMODULE hModule = GetModuleHandleW(sModule);
@@ -36,13 +36,9 @@ ErrorText TakeErrorInfo()
 {
     ErrorText text;
     ComPtr<IErrorInfo> cInfo;
-    if (GetErrorInfo(0, cInfo.Receive()) != S_OK)
-        return text;
-    Bstr sDescription;
-    Bstr sSource;
-    cInfo->GetDescription(sDescription.Receive());
-    cInfo->GetSource(sSource.Receive());
-    return {sDescription.Text(), sSource.Text()};
+    if (GetErrorInfo(0, cInfo.Receive()) == S_OK)
+        text = {Get(cInfo, &IErrorInfo::GetDescription), Get(cInfo, &IErrorInfo::GetSource)};
+    return text;
 }
 
 ComTest::ComTest() : m_folder(ScratchFolder())
@@ -120,21 +116,18 @@ Called Call(IDispatch* pObject, std::wstring_view sMember, WORD wFlags, std::vec
     return called;
 }
 
-VARIANT ByReference(Variant& cVariable)
+VARIANT ByReference(Variant& cVariable) { return ReferenceTo<VARIANT>(VT_VARIANT, cVariable); }
+
+std::wstring TextIn(const VARIANT& value)
 {
-    VARIANT reference{};
-    reference.vt = VT_BYREF | VT_VARIANT;
-    reference.pvarVal = &cVariable;
-    return reference;
+    const auto cText = Variant::Dereferenced(value).As(VT_BSTR);
+    return cText ? TextOf(cText->bstrVal) : L"(object)";
 }
 
-std::vector<std::wstring> ItemsOf(IDispatch* colItems)
+Texts ItemsOf(IDispatch* colItems)
 {
-    std::vector<std::wstring> colResult;
-    ForEachItem(colItems, [&](const Variant& cItem) {
-        const auto cText = cItem.As(VT_BSTR);
-        colResult.push_back(cText ? TextOf(cText->bstrVal) : L"(object)");
-    });
+    Texts colResult;
+    ForEachItem(colItems, [&](const Variant& cItem) { colResult.push_back(TextIn(cItem)); });
     return colResult;
 }
 

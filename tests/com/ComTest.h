@@ -19,13 +19,15 @@
 namespace ravlo
 {
 
-// What a failed call answered: the run-time error's HRESULT.
+using Texts = std::vector<std::wstring>;
+
+// What a call answers that fails with this run-time error.
 constexpr HRESULT ErrorResult(int lNumber)
 {
     return static_cast<HRESULT>(0x800A0000u | static_cast<unsigned>(lNumber));
 }
 
-// The text and the source the thread's error information holds; taking it clears it.
+// The thread's error information. Taking it clears it.
 struct ErrorText
 {
     std::wstring sDescription;
@@ -33,8 +35,8 @@ struct ErrorText
 };
 ErrorText TakeErrorInfo();
 
-// A host with COM and a scratch folder. Checks after every test that neither server has a living object and
-// that neither holds one of the host's.
+// A host with COM and a scratch folder. After every test neither server may have a living object, nor hold
+// one of the host's.
 class ComTest : public testing::Test
 {
 protected:
@@ -69,8 +71,28 @@ template <class I, class J> bool IsSame(const ComPtr<I>& cLeft, const ComPtr<J>&
     return IdentityOf(cLeft.Get()).Get() == IdentityOf(cRight.Get()).Get();
 }
 
+// How often an object is held.
+template <class I> ULONG ReferencesTo(const ComPtr<I>& cObject)
+{
+    cObject->AddRef();
+    return cObject->Release();
+}
+
 inline Variant Text(std::wstring_view sText) { return Variant(sText); }
 inline Variant Long(std::int32_t lValue) { return Variant(lValue); }
+inline Variant Double(double dValue)
+{
+    Variant cResult;
+    cResult.vt = VT_R8;
+    cResult.dblVal = dValue;
+    return cResult;
+}
+inline Variant Null()
+{
+    Variant cResult;
+    cResult.vt = VT_NULL;
+    return cResult;
+}
 template <class I> Variant Object(const ComPtr<I>& cObject)
 {
     return Variant(static_cast<IDispatch*>(cObject.Get()));
@@ -124,6 +146,21 @@ inline VARIANT_BOOL In(bool bValue) { return BoolOf(bValue); }
 template <class I> I* In(const ComPtr<I>& cObject) { return cObject.Get(); }
 template <class Value> const Value& In(const Value& value) { return value; }
 
+// Calls a member and returns its answer.
+template <class Object, class I, class... Parameters, class... Arguments>
+HRESULT Try(const Object& cObject, HRESULT (STDMETHODCALLTYPE I::*member)(Parameters...),
+            const Arguments&... arguments)
+{
+    return (cObject.Get()->*member)(In(arguments)...);
+}
+
+// Calls a member, which must succeed.
+template <class Object, class Member, class... Arguments>
+void Do(const Object& cObject, Member member, const Arguments&... arguments)
+{
+    EXPECT_EQ(Try(cObject, member, arguments...), S_OK);
+}
+
 // Calls a member, which must succeed, and returns what it stores in its last parameter.
 template <class Object, class I, class... Parameters, class... Arguments>
 auto Get(const Object& cObject, HRESULT (STDMETHODCALLTYPE I::*member)(Parameters...),
@@ -135,7 +172,7 @@ auto Get(const Object& cObject, HRESULT (STDMETHODCALLTYPE I::*member)(Parameter
     return result.Take();
 }
 
-// An object of a collection.
+// An object in a collection.
 template <class I> ComPtr<I> ItemAt(const ComPtr<_clsCollection>& colItems, const Variant& cIndex)
 {
     return ObjectIn<I>(Get(colItems, &_clsCollection::get_Item, cIndex));
@@ -161,11 +198,27 @@ Called Call(IDispatch* pObject, std::wstring_view sMember, WORD wFlags,
 
 // VT_BYREF | VT_VARIANT, as script engines pass variables.
 VARIANT ByReference(Variant& cVariable);
+// A reference to a variable of type vt.
+template <class Value> VARIANT ReferenceTo(VARTYPE vt, Value& variable)
+{
+    VARIANT reference{};
+    reference.vt = static_cast<VARTYPE>(VT_BYREF | vt);
+    reference.byref = &variable;
+    return reference;
+}
+
+// The value as text; "(object)" if it cannot be one.
+std::wstring TextIn(const VARIANT& value);
 
 // The items a collection yields to For Each, as texts.
-std::vector<std::wstring> ItemsOf(IDispatch* colItems);
+Texts ItemsOf(IDispatch* colItems);
+template <class I> Texts ItemsOf(const ComPtr<I>& colItems) { return ItemsOf(colItems.Get()); }
 
-// A clsCollection of a few texts: items, all with a key or none.
+// A clsCollection of items without keys.
 ComPtr<_clsCollection> CollectionOf(const std::vector<Variant>& colItems);
+template <class I> ComPtr<_clsCollection> CollectionOf(const ComPtr<I>& cItem)
+{
+    return CollectionOf({Object(cItem)});
+}
 
 } // namespace ravlo

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Hosts' objects that throw through COM, which forbids it: the call has failed, and nothing else happens.
+// COM forbids exceptions between modules. A host's object that throws nevertheless has only failed.
 #include "com/BoxAnswerer.h"
 #include "com/Station.h"
 
@@ -7,7 +7,6 @@
 
 namespace ravlo
 {
-
 namespace
 {
 
@@ -49,10 +48,8 @@ TEST_F(HostExceptionsTest, ADatabaseThatThrowsIsReported)
     for (const auto& raise : colThrows)
     {
         m_cDataBase->m_onCuts = raise;
-        BoxAnswerer cAnswerer;
-        Populate();
-        EXPECT_EQ(cAnswerer.Stop(),
-                  std::vector<std::wstring>{L"Error in PopulateFromDataBase [cSchedMan]: 51 Internal error"});
+        EXPECT_EQ(BoxesOf([&] { Populate(); }),
+                  Texts{L"Error in PopulateFromDataBase [cSchedMan]: 51 Internal error"});
     }
 }
 
@@ -60,19 +57,18 @@ TEST_F(HostExceptionsTest, ACutThatThrowsIsAnInternalError)
 {
     const auto cCut = NewObject<HostCutObject>(L"C:\\a.mp3");
     const auto cLevel = Create<_clsCat>(CLSID_clsCat);
-    ASSERT_EQ(cLevel->put_CatLevel(1), S_OK);
+    Do(cLevel, &_clsCat::put_CatLevel, 1);
     for (const auto& raise : colThrows)
     {
-        cCut->m_onLevel = raise;
-        VARIANT_BOOL bCreated = VARIANT_FALSE;
         VARIANT_BOOL bAdded = VARIANT_FALSE;
-        EXPECT_EQ(cLevel->AddCut(cCut.Get(), &bCreated, &bAdded), ErrorResult(51));
+        cCut->m_onLevel = raise;
+        EXPECT_EQ(Try(cLevel, &_clsCat::AddCut, cCut, nullptr, &bAdded), ErrorResult(51));
         cCut->m_onLevel = nullptr;
         cCut->m_onAsked = raise;
-        EXPECT_EQ(cLevel->AddCut(cCut.Get(), &bCreated, &bAdded), ErrorResult(430));
+        EXPECT_EQ(Try(cLevel, &_clsCat::AddCut, cCut, nullptr, &bAdded), ErrorResult(430));
         cCut->m_onAsked = nullptr;
     }
-    EXPECT_EQ(Get(cLevel, &_clsCat::get_TotalCuts), 0);
+    EXPECT_EQ(CutsIn(cLevel), 0);
 }
 
 // Rolled back in a destructor, where an exception would end the program.
@@ -81,16 +77,14 @@ TEST_F(HostExceptionsTest, ABatchWhoseRollbackThrowsLeavesTheProgramAlone)
     const auto cCut = m_cDataBase->AddCut(L"First", L"Rock", 1);
     m_cDataBase->AddCut(L"Second", L"Rock", 2);
     Populate();
-    HostBatches& batches = m_cDataBase->m_batches.emplace();
-    batches.m_onCommit = colThrows[0];
-    batches.m_onRollback = colThrows[1];
+    m_cDataBase->m_cBatches = NewObject<HostBatches>();
+    m_cDataBase->m_cBatches->m_onCommit = colThrows[0];
+    m_cDataBase->m_cBatches->m_onRollback = colThrows[1];
     cCut->m_hCategoryText = ErrorResult(70);
-    BoxAnswerer cAnswerer;
-    VARIANT_BOOL bCreated = VARIANT_FALSE;
-    EXPECT_EQ(m_cMan->DoMassCatChange(eMoveHere, CollectionOf({Object(Level(L"Rock", L"1"))}).Get(),
-                                      Level(L"Rock", L"2").Get(), CutsOf(L"Rock", 1).Get(), &bCreated),
-              S_OK);
-    EXPECT_FALSE(cAnswerer.Stop().empty());
+    const auto change = [&] {
+        MassChange(eMoveHere, Level(L"Rock", L"1"), Level(L"Rock", L"2"), CutsOf(L"Rock", 1));
+    };
+    EXPECT_FALSE(BoxesOf(change).empty());
 }
 
 // A connection point of a host whose every call throws.
@@ -103,13 +97,13 @@ public:
 
 TEST_F(HostExceptionsTest, AConnectionPointThatThrowsIsNone)
 {
-    m_cDataBase->m_cOwnPoints = ComPtr<IConnectionPointContainer>(NewObject<ThrowingPoints>());
+    m_cDataBase->m_cOwnPoints = NewObject<ThrowingPoints>();
     m_cDataBase->AddCut(L"First", L"Rock", 1);
     Populate();
     EXPECT_EQ(CountOf(L"Rock", 1), 1);
 }
 
-// One that lets itself go with an exception, as a host's broken destructor would.
+// Throws when its last reference is released, as a broken destructor does.
 class ThrowingSink final : public HostObject<IDispatch>
 {
 public:
@@ -139,5 +133,4 @@ TEST_F(HostExceptionsTest, AReleaseThatThrowsIsPassedOver)
 }
 
 } // namespace
-
 } // namespace ravlo

@@ -9,7 +9,6 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <optional>
 
 namespace ravlo
 {
@@ -24,7 +23,7 @@ public:
     }
 };
 
-// A host's own list of objects or names; only what a scheduler needs of it.
+// A host's own list of objects or names, with the members that a scheduler needs.
 class HostCollection final : public HostObject<_clsCollection>
 {
 public:
@@ -97,11 +96,11 @@ public:
     VARIANT_BOOL m_bOpener = VARIANT_FALSE;
     VARIANT_BOOL m_bMustBeOpener = VARIANT_FALSE;
     ComPtr<HostCollection> m_colNames = NewObject<HostCollection>();
-    HRESULT m_hKey = S_OK;            // what asking for the key answers
-    std::function<void()> m_onLevel;  // before it answers its level
-    HRESULT m_hCategoryText = S_OK;   // what setting the category text answers
-    std::function<void()> m_onAsked;  // before it answers what interfaces it has
-    IRevision* m_pRevision = nullptr; // counts with this object; null: it offers none
+    HRESULT m_hKey = S_OK;            // the answer of get_Key
+    std::function<void()> m_onLevel;  // runs in get_CatLevel
+    HRESULT m_hCategoryText = S_OK;   // the answer of put_CategoryText
+    std::function<void()> m_onAsked;  // runs in QueryInterface
+    IRevision* m_pRevision = nullptr; // the object's revisions; null: it has none
 
     STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override
     {
@@ -216,7 +215,7 @@ private:
     }
 };
 
-// A category that is none of the scheduler's, and does nothing.
+// A foreign category, which does nothing.
 class HostCatObject : public HostObject<_clsCat>
 {
 public:
@@ -240,44 +239,33 @@ public:
     STDMETHODIMP get_CatID(BSTR*) override { return E_NOTIMPL; }
 };
 
-// What a host was asked to do with batches of changes.
-struct HostBatches
-{
-    std::vector<std::wstring> m_colCalls;
-    HRESULT m_hBegin = S_OK; // what the calls answer
-    HRESULT m_hCommit = S_OK;
-    std::function<void()> m_onCommit;
-    std::function<void()> m_onRollback;
-};
-
-// A host database's side of them.
-class HostBatchesObject final : public Unknown<IBatchedChanges>
+// A host database's batches of changes, which records the calls.
+class HostBatches final : public Unknown<IBatchedChanges>
 {
 public:
-    explicit HostBatchesObject(HostBatches& batches) : m_batches(batches) {}
+    std::vector<std::wstring> m_colCalls;
+    HRESULT m_hBegin = S_OK; // the calls' answers
+    HRESULT m_hCommit = S_OK;
+    std::function<void()> m_onCommit = [] {};
+    std::function<void()> m_onRollback = [] {};
 
     STDMETHODIMP BeginBatch() override
     {
-        m_batches.m_colCalls.push_back(L"begin");
-        return m_batches.m_hBegin;
+        m_colCalls.push_back(L"begin");
+        return m_hBegin;
     }
     STDMETHODIMP CommitBatch() override
     {
-        m_batches.m_colCalls.push_back(L"commit");
-        if (m_batches.m_onCommit)
-            m_batches.m_onCommit();
-        return m_batches.m_hCommit;
+        m_colCalls.push_back(L"commit");
+        m_onCommit();
+        return m_hCommit;
     }
     STDMETHODIMP RollbackBatch() override
     {
-        m_batches.m_colCalls.push_back(L"rollback");
-        if (m_batches.m_onRollback)
-            m_batches.m_onRollback();
+        m_colCalls.push_back(L"rollback");
+        m_onRollback();
         return S_OK;
     }
-
-private:
-    HostBatches& m_batches;
 };
 
 // A host's own media database. Without events it has no connection point at all.
@@ -287,12 +275,12 @@ public:
     explicit HostDataBaseObject(bool bEvents = true) : m_bEvents(bEvents) {}
 
     ComPtr<HostCollection> m_colCuts = NewObject<HostCollection>();
-    HRESULT m_hCuts = S_OK; // what asking for the cuts answers
+    HRESULT m_hCuts = S_OK; // the answer of get_Cuts
     std::function<void()> m_onCuts;
     std::function<void()> m_onCutByKey;
     EventSource m_cEvents{*this, DIID___clsDataBase};
-    ComPtr<IConnectionPointContainer> m_cOwnPoints; // in the place of m_cEvents' when there is one
-    std::optional<HostBatches> m_batches;           // nothing: it offers no batches
+    ComPtr<IConnectionPointContainer> m_cOwnPoints; // used instead of m_cEvents
+    ComPtr<HostBatches> m_cBatches;                 // null: the database has no batches
 
     ComPtr<HostCutObject> AddCut(const std::wstring& sTitle, const std::wstring& sCatName, LONG lLevel)
     {
@@ -307,9 +295,9 @@ public:
 
     STDMETHODIMP QueryInterface(REFIID iid, void** ppvObject) override
     {
-        if (m_batches && iid == IID_IBatchedChanges)
+        if (m_cBatches && iid == IID_IBatchedChanges)
         {
-            *ppvObject = NewObject<HostBatchesObject>(*m_batches).Detach();
+            *ppvObject = ComPtr<HostBatches>(m_cBatches).Detach();
             return S_OK;
         }
         if (m_cOwnPoints && iid == IID_IConnectionPointContainer)
@@ -377,7 +365,7 @@ private:
     bool m_bEvents;
 };
 
-// What a sink heard: the event's dispatch id and its arguments as texts, joined with "|".
+// An event: its dispatch id and its arguments as texts, joined with "|".
 struct Heard
 {
     DISPID lEvent;
@@ -389,7 +377,7 @@ inline std::ostream& operator<<(std::ostream& stream, const Heard& heard)
     return stream << heard.lEvent << " " << std::string(heard.sArguments.begin(), heard.sArguments.end());
 }
 
-// A sink for events of any kind. What it does on an event is the test's; it answers with hAnswer.
+// A sink for events of any kind, which records them, runs m_onEvent and answers m_hAnswer.
 class Sink final : public Untyped<IDispatch>
 {
 public:
@@ -405,11 +393,7 @@ public:
         const ComPtr<Sink> cSelf(this);
         std::wstring sArguments;
         for (UINT i = pArguments->cArgs; i-- > 0;)
-        {
-            const auto cText = Variant::Dereferenced(pArguments->rgvarg[i]).As(VT_BSTR);
-            sArguments += (sArguments.empty() ? L"" : L"|") +
-                          (cText ? TextOf(cText->bstrVal) : std::wstring(L"(object)"));
-        }
+            sArguments += (sArguments.empty() ? L"" : L"|") + TextIn(pArguments->rgvarg[i]);
         m_colHeard.push_back({lEvent, sArguments});
         if (m_onEvent)
             m_onEvent(lEvent, *pArguments);

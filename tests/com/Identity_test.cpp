@@ -3,7 +3,6 @@
 
 namespace ravlo
 {
-
 namespace
 {
 
@@ -15,6 +14,16 @@ struct Class
     const IID* pIid;
     const IID* pSource; // null without events
 };
+
+GUID GuidOf(ITypeInfo& cInfo, TYPEKIND eKind)
+{
+    TYPEATTR* pAttributes = nullptr;
+    EXPECT_EQ(cInfo.GetTypeAttr(&pAttributes), S_OK);
+    EXPECT_EQ(pAttributes->typekind, eKind);
+    const GUID guid = pAttributes->guid;
+    cInfo.ReleaseTypeAttr(pAttributes);
+    return guid;
+}
 
 class ClassTest : public ComTest, public testing::WithParamInterface<Class>
 {
@@ -44,24 +53,14 @@ TEST_P(ClassTest, AnswersItsInterfacesFromEachOfThemAsOneObject)
         EXPECT_TRUE(cOther.As<IUnknown>(*GetParam().pIid));
     }
     EXPECT_FALSE(cObject.As<IUnknown>(IID_IClassFactory));
-}
-
-TEST_P(ClassTest, HasConnectionPointsOnlyWithEvents)
-{
-    const auto cContainer = Make().As<IConnectionPointContainer>();
-    EXPECT_EQ(static_cast<bool>(cContainer), GetParam().pSource != nullptr);
+    const bool bEvents = GetParam().pSource != nullptr;
+    EXPECT_EQ(static_cast<bool>(cObject.As<IConnectionPointContainer>()), bEvents);
 }
 
 TEST_P(ClassTest, NamesItsClassAndItsEvents)
 {
     const auto cProvider = Make().As<IProvideClassInfo2>();
-    ComPtr<ITypeInfo> cInfo;
-    ASSERT_EQ(cProvider->GetClassInfo(cInfo.Receive()), S_OK);
-    TYPEATTR* pAttributes = nullptr;
-    ASSERT_EQ(cInfo->GetTypeAttr(&pAttributes), S_OK);
-    EXPECT_EQ(pAttributes->guid, *GetParam().pClsid);
-    cInfo->ReleaseTypeAttr(pAttributes);
-
+    EXPECT_EQ(GuidOf(*Get(cProvider, &IProvideClassInfo2::GetClassInfo), TKIND_COCLASS), *GetParam().pClsid);
     GUID source{};
     const HRESULT hResult = cProvider->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &source);
     EXPECT_EQ(hResult, GetParam().pSource ? S_OK : E_INVALIDARG);
@@ -79,17 +78,11 @@ TEST_P(ClassTest, SupportsErrorInformationForItsOwnInterfaceOnly)
 TEST_P(ClassTest, DescribesItselfAsOneDispatchInterface)
 {
     const auto cDispatch = Make().As<IDispatch>();
-    UINT lCount = 99;
-    EXPECT_EQ(cDispatch->GetTypeInfoCount(&lCount), S_OK);
-    EXPECT_EQ(lCount, 1u);
+    EXPECT_EQ(Get(cDispatch, &IDispatch::GetTypeInfoCount), 1u);
     ComPtr<ITypeInfo> cInfo;
     EXPECT_EQ(cDispatch->GetTypeInfo(1, LOCALE_USER_DEFAULT, cInfo.Receive()), DISP_E_BADINDEX);
     ASSERT_EQ(cDispatch->GetTypeInfo(0, LOCALE_USER_DEFAULT, cInfo.Receive()), S_OK);
-    TYPEATTR* pAttributes = nullptr;
-    ASSERT_EQ(cInfo->GetTypeAttr(&pAttributes), S_OK);
-    EXPECT_EQ(pAttributes->guid, *GetParam().pIid);
-    EXPECT_EQ(pAttributes->typekind, TKIND_DISPATCH);
-    cInfo->ReleaseTypeAttr(pAttributes);
+    EXPECT_EQ(GuidOf(*cInfo, TKIND_DISPATCH), *GetParam().pIid);
 }
 
 TEST_P(ClassTest, RefusesAggregation)
@@ -102,23 +95,20 @@ TEST_P(ClassTest, RefusesAggregation)
     EXPECT_EQ(pvObject, nullptr);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Com, ClassTest,
-    testing::Values(Class{"clsSchedMan", L"RavloScheduler.clsSchedMan", &CLSID_clsSchedMan, &IID__clsSchedMan,
-                          &DIID___clsSchedMan},
-                    Class{"clsCat", L"RavloScheduler.clsCat", &CLSID_clsCat, &IID__clsCat, nullptr},
-                    Class{"clsCatRules", L"RavloScheduler.clsCatRules", &CLSID_clsCatRules, &IID__clsCatRules,
-                          nullptr},
-                    Class{"clsRuleViolation", L"RavloScheduler.clsRuleViolation", &CLSID_clsRuleViolation,
-                          &IID__clsRuleViolation, nullptr},
-                    Class{"clsCollection", L"KorvaCollection.clsCollection", &CLSID_clsCollection,
-                          &IID__clsCollection, nullptr},
-                    Class{"clsValueList", L"KorvaCollection.clsValueList", &CLSID_clsValueList,
-                          &IID__clsValueList, nullptr},
-                    Class{"clsDataBase", L"RavloBase.clsDataBase", &CLSID_clsDataBase, &IID__clsDataBase,
-                          &DIID___clsDataBase},
-                    Class{"clsCut", L"RavloBase.clsCut", &CLSID_clsCut, &IID__clsCut, nullptr}),
-    [](const auto& parameters) { return std::string(parameters.param.sName); });
+// A class with the library's and its own name.
+#define RAVLO_CLASS(library, name, source)                                                                   \
+    Class { #name, L"" #library "." #name, &CLSID_##name, &IID__##name, source }
+
+INSTANTIATE_TEST_SUITE_P(Com, ClassTest,
+                         testing::Values(RAVLO_CLASS(RavloScheduler, clsSchedMan, &DIID___clsSchedMan),
+                                         RAVLO_CLASS(RavloScheduler, clsCat, nullptr),
+                                         RAVLO_CLASS(RavloScheduler, clsCatRules, nullptr),
+                                         RAVLO_CLASS(RavloScheduler, clsRuleViolation, nullptr),
+                                         RAVLO_CLASS(KorvaCollection, clsCollection, nullptr),
+                                         RAVLO_CLASS(KorvaCollection, clsValueList, nullptr),
+                                         RAVLO_CLASS(RavloBase, clsDataBase, &DIID___clsDataBase),
+                                         RAVLO_CLASS(RavloBase, clsCut, nullptr)),
+                         [](const auto& parameters) { return std::string(parameters.param.sName); });
 
 TEST_F(ComTest, AFactoryLocksItsServer)
 {
@@ -142,60 +132,53 @@ TEST_F(ComTest, AServerIsUnloadedWhenItsLastObjectIsGone)
     EXPECT_EQ(GetModuleHandleW(L"RavloSched.dll"), nullptr);
 }
 
-TEST_F(ComTest, CoreObjectHasOneFaceWhileReferenced)
+ComPtr<_clsCat> NewCat(LONG lLevel)
 {
-    const auto cMain = Create<_clsCat>(CLSID_clsCat);
-    const auto cLevel = Create<_clsCat>(CLSID_clsCat);
-    ASSERT_EQ(cLevel->put_CatLevel(3), S_OK);
-    EXPECT_TRUE(Get(cMain, &_clsCat::AddSubCat, cLevel));
-
-    EXPECT_TRUE(IsSame(Get(cLevel, &_clsCat::get_MainCat), cMain));
-    ComPtr<_clsCollection> colFirst;
-    ASSERT_EQ(cMain->get_SubCats(colFirst.Receive()), S_OK);
-    EXPECT_TRUE(IsSame(colFirst, Get(cMain, &_clsCat::get_SubCats)));
-    EXPECT_TRUE(IsSame(ItemAt<_clsCat>(colFirst, Text(L"3")), cLevel));
-    EXPECT_TRUE(IsSame(Get(cLevel, &_clsCat::get_Rules), Get(cLevel, &_clsCat::get_Rules)));
+    const auto cCat = Create<_clsCat>(CLSID_clsCat);
+    Do(cCat, &_clsCat::put_CatLevel, lLevel);
+    return cCat;
 }
 
-TEST_F(ComTest, AFaceThatCameBackIsANewObjectOverTheSameCore)
+TEST_F(ComTest, CoreObjectHasOneFaceWhileReferenced)
 {
-    const auto cMain = Create<_clsCat>(CLSID_clsCat);
-    VARIANT_BOOL bAdded = VARIANT_FALSE;
-    {
-        const auto cLevel = Create<_clsCat>(CLSID_clsCat);
-        ASSERT_EQ(cLevel->put_CatLevel(5), S_OK);
-        ASSERT_EQ(cMain->AddSubCat(cLevel.Get(), &bAdded), S_OK);
-    }
+    const auto cMain = NewCat(0);
+    auto cLevel = NewCat(3);
+    EXPECT_TRUE(Get(cMain, &_clsCat::AddSubCat, cLevel));
+    EXPECT_TRUE(IsSame(Get(cLevel, &_clsCat::get_MainCat), cMain));
     const auto colLevels = Get(cMain, &_clsCat::get_SubCats);
-    EXPECT_EQ(Get(ItemAt<_clsCat>(colLevels, Long(1)), &_clsCat::get_CatLevel), 5);
+    EXPECT_TRUE(IsSame(colLevels, Get(cMain, &_clsCat::get_SubCats)));
+    EXPECT_TRUE(IsSame(ItemAt<_clsCat>(colLevels, Text(L"3")), cLevel));
+    EXPECT_TRUE(IsSame(Get(cLevel, &_clsCat::get_Rules), Get(cLevel, &_clsCat::get_Rules)));
+    cLevel = nullptr;
+    EXPECT_EQ(Get(ItemAt<_clsCat>(colLevels, Long(1)), &_clsCat::get_CatLevel), 3)
+        << "a new face of the core";
 }
 
 TEST_F(ComTest, SubCatsTakesOnlyWhatCanBeALevel)
 {
-    const auto cMain = Create<_clsCat>(CLSID_clsCat);
-    const auto cLevel = Create<_clsCat>(CLSID_clsCat);
-    const auto cOther = Create<_clsCat>(CLSID_clsCat);
-    ASSERT_EQ(cLevel->put_CatLevel(1), S_OK);
-    ComPtr<_clsCollection> colLevels;
-    ComPtr<_clsCollection> colOfLevel;
-    ASSERT_EQ(cMain->get_SubCats(colLevels.Receive()), S_OK);
-    ASSERT_EQ(cLevel->get_SubCats(colOfLevel.Receive()), S_OK);
-    const auto Add = [](const ComPtr<_clsCollection>& colCats, const ComPtr<_clsCat>& cCat) {
-        return colCats->Add(Variant(static_cast<IDispatch*>(cCat.Get())), Variant::Omitted(),
-                            Variant::Omitted(), Variant::Omitted());
+    const auto cMain = NewCat(0);
+    const auto cLevel = NewCat(1);
+    const auto colLevels = Get(cMain, &_clsCat::get_SubCats);
+    const auto colOfLevel = Get(cLevel, &_clsCat::get_SubCats);
+    const auto add = [](const ComPtr<_clsCollection>& colCats, const ComPtr<_clsCat>& cCat) {
+        return Try(colCats, &_clsCollection::Add, Object(cCat), Variant::Omitted(), Variant::Omitted(),
+                   Variant::Omitted());
     };
-    constexpr HRESULT hInvalidCall = static_cast<HRESULT>(0x800A0005);
-    EXPECT_EQ(Add(colLevels, cMain), hInvalidCall) << "a main category";
-    EXPECT_EQ(Add(colOfLevel, cLevel), hInvalidCall) << "itself";
-    ASSERT_EQ(Add(colLevels, cLevel), S_OK);
+    EXPECT_EQ(add(colLevels, cMain), ErrorResult(5)) << "a main category";
+    EXPECT_EQ(add(colOfLevel, cLevel), ErrorResult(5)) << "itself";
+    ASSERT_EQ(add(colLevels, cLevel), S_OK);
     EXPECT_TRUE(IsSame(Get(cLevel, &_clsCat::get_MainCat), cMain));
-    ASSERT_EQ(cOther->put_CatLevel(2), S_OK);
-    EXPECT_EQ(Add(colOfLevel, cOther), hInvalidCall) << "a level has no levels";
-    ASSERT_EQ(cMain->put_CatLevel(2), S_OK);
-    EXPECT_EQ(Add(colLevels, cMain), hInvalidCall) << "itself, whatever its number";
+    EXPECT_EQ(add(colOfLevel, NewCat(2)), ErrorResult(5)) << "a level has no levels";
+    EXPECT_EQ(add(colOfLevel, cMain), ErrorResult(5)) << "its own main category";
+    Do(cMain, &_clsCat::put_CatLevel, 2);
+    EXPECT_EQ(add(colLevels, cMain), ErrorResult(5)) << "itself under any number";
+    const Called late =
+        Call(colLevels.Get(), L"Add", DISPATCH_METHOD, {Object(cMain), Text(L"9")}); // as scripts do
+    EXPECT_EQ(late.hResult, DISP_E_EXCEPTION);
+    EXPECT_EQ(late.hError, ErrorResult(5));
+    EXPECT_EQ(Get(colLevels, &_clsCollection::get_Count), 1);
     Get(cMain, &_clsCat::get_AverageRunTimemS);
 }
 
 } // namespace
-
 } // namespace ravlo

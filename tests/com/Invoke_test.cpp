@@ -5,7 +5,6 @@
 
 namespace ravlo
 {
-
 namespace
 {
 
@@ -18,74 +17,70 @@ constexpr WORD wPutRef = DISPATCH_PROPERTYPUTREF;
 class InvokeTest : public ComTest
 {
 protected:
+    template <class I>
+    static HRESULT Put(const ComPtr<I>& cObject, const wchar_t* sName, const VARIANT& value)
+    {
+        return Call(cObject.Get(), sName, wPut, {value}).hResult;
+    }
+    // Sets a property to a value, and expects to read the same value of the same type.
+    template <class I> static void PutAndGet(const ComPtr<I>& cObject, const wchar_t* sName, VARIANT value)
+    {
+        EXPECT_EQ(Put(cObject, sName, value), S_OK);
+        const Variant cResult = Call(cObject.Get(), sName, wGet).cResult;
+        EXPECT_EQ(cResult.vt, value.vt);
+        EXPECT_EQ(TextIn(cResult), TextIn(Variant(value)));
+    }
+    HRESULT Add(std::vector<VARIANT> colArguments, std::vector<NamedArgument> colNamed = {})
+    {
+        return Call(m_col.Get(), L"Add", wCall, std::move(colArguments), std::move(colNamed)).hResult;
+    }
+    Called AddCut(const VARIANT& cCut, const VARIANT& bCreated)
+    {
+        return Call(m_cCat.Get(), L"AddCut", wCall, {cCut, bCreated});
+    }
+
     ComPtr<_clsSchedMan> m_cMan = Create<_clsSchedMan>(CLSID_clsSchedMan);
     ComPtr<_clsCat> m_cCat = Create<_clsCat>(CLSID_clsCat);
     ComPtr<_clsCollection> m_col = Create<_clsCollection>(CLSID_clsCollection);
     ComPtr<_clsCut> m_cCut = Create<_clsCut>(CLSID_clsCut);
+    ComPtr<_clsRuleViolation> m_cViolation = Create<_clsRuleViolation>(CLSID_clsRuleViolation);
 };
-
-std::wstring TextIn(const Variant& cValue)
-{
-    const auto cText = cValue.As(VT_BSTR);
-    return cText ? TextOf(cText->bstrVal) : L"(no text)";
-}
 
 TEST_F(InvokeTest, PropertiesAreSetAndReadByNameInAnyCase)
 {
-    EXPECT_EQ(Call(m_cCat.Get(), L"catname", wPut, {Text(L"Rock")}).hResult, S_OK);
+    EXPECT_EQ(Put(m_cCat, L"catname", Text(L"Rock")), S_OK);
     EXPECT_EQ(TextIn(Call(m_cCat.Get(), L"CATNAME", wGet).cResult), L"Rock");
     EXPECT_EQ(Call(m_cCat.Get(), L"NoSuchMember", wGet).hResult, DISP_E_UNKNOWNNAME);
 }
 
-TEST_F(InvokeTest, APropertyCanBeReadAsAMethod)
+TEST_F(InvokeTest, PropertiesAndMethodsMayBeCalledAsEachOther)
 {
-    ASSERT_EQ(m_cCat->put_CatLevel(4), S_OK);
+    Do(m_cCat, &_clsCat::put_CatLevel, 4);
     for (const WORD wFlags : {wGet, wCall, wRead})
         EXPECT_EQ(Call(m_cCat.Get(), L"CatLevel", wFlags).cResult.lVal, 4) << wFlags;
-}
-
-TEST_F(InvokeTest, AMethodCanBeCalledAsAProperty)
-{
-    const Called called = Call(m_cMan.Get(), L"colSavedCatNames", wGet);
-    EXPECT_EQ(called.hResult, S_OK);
-    EXPECT_EQ(called.cResult.vt, VT_DISPATCH);
+    const Called method = Call(m_cMan.Get(), L"colSavedCatNames", wGet);
+    EXPECT_EQ(method.hResult, S_OK);
+    EXPECT_EQ(method.cResult.vt, VT_DISPATCH);
 }
 
 TEST_F(InvokeTest, ValuesAreConvertedToTheDeclaredType)
 {
-    EXPECT_EQ(Call(m_cCat.Get(), L"CatLevel", wPut, {Text(L"7")}).hResult, S_OK);
+    EXPECT_EQ(Put(m_cCat, L"CatLevel", Text(L"7")), S_OK);
     EXPECT_EQ(Get(m_cCat, &_clsCat::get_CatLevel), 7);
-    EXPECT_EQ(Call(m_cCat.Get(), L"CatName", wPut, {Long(12)}).hResult, S_OK);
+    EXPECT_EQ(Put(m_cCat, L"CatName", Long(12)), S_OK);
     EXPECT_EQ(Get(m_cCat, &_clsCat::get_CatName), L"12");
     Variant cVariable = Long(9);
-    EXPECT_EQ(Call(m_cCat.Get(), L"CatLevel", wPut, {ByReference(cVariable)}).hResult, S_OK);
+    EXPECT_EQ(Put(m_cCat, L"CatLevel", ByReference(cVariable)), S_OK);
     EXPECT_EQ(Get(m_cCat, &_clsCat::get_CatLevel), 9);
-}
-
-TEST_F(InvokeTest, SinglesDatesAndBooleansArriveAsTheyAre)
-{
-    const auto cViolation = Create<_clsRuleViolation>(CLSID_clsRuleViolation);
-    Variant cDouble;
-    cDouble.vt = VT_R8;
-    cDouble.dblVal = 1.5;
-    EXPECT_EQ(Call(cViolation.Get(), L"MinsAgo", wPut, {cDouble}).hResult, S_OK);
-    const Called single = Call(cViolation.Get(), L"MinsAgo", wGet);
+    EXPECT_EQ(Put(m_cViolation, L"MinsAgo", Double(1.5)), S_OK);
+    const Called single = Call(m_cViolation.Get(), L"MinsAgo", wGet);
     EXPECT_EQ(single.cResult.vt, VT_R4);
     EXPECT_EQ(single.cResult.fltVal, 1.5f);
-    EXPECT_EQ(Call(cViolation.Get(), L"Violation", wPut, {Long(77)}).hResult, S_OK);
-    EXPECT_EQ(Call(cViolation.Get(), L"Violation", wGet).cResult.lVal, 77);
-
-    Variant cDate;
+    PutAndGet(m_cViolation, L"Violation", Long(77));
+    Variant cDate = Double(45000.25);
     cDate.vt = VT_DATE;
-    cDate.date = 45000.25;
-    EXPECT_EQ(Call(m_cCut.Get(), L"LastPlayed", wPut, {cDate}).hResult, S_OK);
-    const Called date = Call(m_cCut.Get(), L"LastPlayed", wGet);
-    EXPECT_EQ(date.cResult.vt, VT_DATE);
-    EXPECT_EQ(date.cResult.date, 45000.25);
-    EXPECT_EQ(Call(m_cCut.Get(), L"Opener", wPut, {Variant(true)}).hResult, S_OK);
-    const Called opener = Call(m_cCut.Get(), L"Opener", wGet);
-    EXPECT_EQ(opener.cResult.vt, VT_BOOL);
-    EXPECT_EQ(opener.cResult.boolVal, VARIANT_TRUE);
+    PutAndGet(m_cCut, L"LastPlayed", cDate);
+    PutAndGet(m_cCut, L"Opener", Variant(true));
 }
 
 TEST_F(InvokeTest, AValueOfTheWrongKindNamesItsArgument)
@@ -94,7 +89,7 @@ TEST_F(InvokeTest, AValueOfTheWrongKindNamesItsArgument)
     EXPECT_EQ(text.hResult, DISP_E_TYPEMISMATCH);
     EXPECT_EQ(text.lArgument, 0u);
     Variant cFlag(false);
-    const Called object = Call(m_cCat.Get(), L"AddCut", wCall, {Object(m_col), ByReference(cFlag)});
+    const Called object = AddCut(Object(m_col), ByReference(cFlag));
     EXPECT_EQ(object.hResult, DISP_E_TYPEMISMATCH);
     EXPECT_EQ(object.lArgument, 1u);
 }
@@ -109,27 +104,19 @@ TEST_F(InvokeTest, TheNumberOfArgumentsIsChecked)
     EXPECT_EQ(Call(m_cCat.Get(), L"CatLevel", wPut, {Long(1), Long(2)}).hResult, DISP_E_BADPARAMCOUNT);
 }
 
-TEST_F(InvokeTest, OptionalArgumentsMayBeLeftOutInTheMiddle)
+TEST_F(InvokeTest, ArgumentsMayBeNamedAndLeftOut)
 {
-    ASSERT_EQ(Call(m_col.Get(), L"Add", wCall, {Text(L"b"), Text(L"b")}).hResult, S_OK);
-    ASSERT_EQ(Call(m_col.Get(), L"Add", wCall, {Text(L"a"), Variant::Omitted(), Long(1)}).hResult, S_OK);
-    EXPECT_EQ(ItemsOf(m_col.Get()), (std::vector<std::wstring>{L"a", L"b"}));
-}
-
-TEST_F(InvokeTest, ArgumentsMayBeNamed)
-{
-    ASSERT_EQ(Call(m_col.Get(), L"Add", wCall, {}, {{L"key", Text(L"k1")}, {L"item", Text(L"one")}}).hResult,
-              S_OK);
-    ASSERT_EQ(Call(m_col.Get(), L"Add", wCall, {Text(L"zero")}, {{L"Before", Text(L"K1")}}).hResult, S_OK);
-    EXPECT_EQ(ItemsOf(m_col.Get()), (std::vector<std::wstring>{L"zero", L"one"}));
-    EXPECT_EQ(Call(m_col.Get(), L"Add", wCall, {Text(L"x")}, {{L"Item", Text(L"twice")}}).hResult,
-              DISP_E_BADPARAMCOUNT);
-    EXPECT_EQ(Call(m_col.Get(), L"Add", wCall, {}, {{L"Nothing", Text(L"x")}}).hResult, DISP_E_UNKNOWNNAME);
+    EXPECT_EQ(Add({}, {{L"key", Text(L"k1")}, {L"item", Text(L"one")}}), S_OK);
+    EXPECT_EQ(Add({Text(L"zero")}, {{L"Before", Text(L"K1")}}), S_OK);
+    EXPECT_EQ(Add({Text(L"a"), Variant::Omitted(), Long(1)}), S_OK);
+    EXPECT_EQ(ItemsOf(m_col), (Texts{L"a", L"zero", L"one"}));
+    EXPECT_EQ(Add({Text(L"x")}, {{L"Item", Text(L"twice")}}), DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(Add({}, {{L"Nothing", Text(L"x")}}), DISP_E_UNKNOWNNAME);
 }
 
 TEST_F(InvokeTest, TheDefaultMemberIsTheItem)
 {
-    ASSERT_EQ(Call(m_col.Get(), L"Add", wCall, {Text(L"one"), Text(L"k")}).hResult, S_OK);
+    ASSERT_EQ(Add({Text(L"one"), Text(L"k")}), S_OK);
     Variant cIndex = Text(L"k");
     DISPPARAMS arguments{&cIndex, nullptr, 1, 0};
     Variant cResult;
@@ -149,36 +136,24 @@ TEST_F(InvokeTest, ArgumentsOfACollectionPropertyGoToTheCollection)
         << "there is no collection before population";
 }
 
-TEST_F(InvokeTest, EmptyAndNullAreNoObject)
+TEST_F(InvokeTest, ObjectsArePassedInEveryWay)
 {
-    Variant cNull;
-    cNull.vt = VT_NULL;
     Variant cFlag(false);
-    for (const Variant& cNothing : {Variant(), cNull, Variant(static_cast<IDispatch*>(nullptr))})
-        EXPECT_EQ(Call(m_cCat.Get(), L"AddCut", wCall, {cNothing, ByReference(cFlag)}).cResult.boolVal,
-                  VARIANT_FALSE);
-}
-
-TEST_F(InvokeTest, AnObjectIsAskedForTheParametersInterface)
-{
-    // A variable that holds the object as IUnknown, as some hosts pass it.
+    for (const Variant& cNothing : {Variant(), Null(), Variant(static_cast<IDispatch*>(nullptr))})
+        EXPECT_EQ(AddCut(cNothing, ByReference(cFlag)).cResult.boolVal, VARIANT_FALSE);
+    // As IUnknown, which is asked for the parameter's interface.
     const Variant cUnknown(static_cast<IUnknown*>(m_cCut.Get()));
-    const auto cViolation = Create<_clsRuleViolation>(CLSID_clsRuleViolation);
-    EXPECT_EQ(Call(cViolation.Get(), L"Cut", wPutRef, {cUnknown}).hResult, S_OK);
-    EXPECT_TRUE(IsSame(Get(cViolation, &_clsRuleViolation::get_Cut), m_cCut));
-}
-
-TEST_F(InvokeTest, AnObjectIsSetByValueToo)
-{
+    EXPECT_EQ(Call(m_cViolation.Get(), L"Cut", wPutRef, {cUnknown}).hResult, S_OK);
+    EXPECT_TRUE(IsSame(Get(m_cViolation, &_clsRuleViolation::get_Cut), m_cCut));
+    // Objects are set by value, too, and values by reference.
     const auto cMain = Create<_clsCat>(CLSID_clsCat);
-    EXPECT_EQ(Call(m_cCat.Get(), L"MainCat", wPut, {Object(cMain)}).hResult, S_OK);
+    EXPECT_EQ(Put(m_cCat, L"MainCat", Object(cMain)), S_OK);
     EXPECT_TRUE(IsSame(Get(m_cCat, &_clsCat::get_MainCat), cMain));
     EXPECT_EQ(Call(m_cCat.Get(), L"CatName", wPutRef, {Text(L"by reference")}).hResult, S_OK);
     EXPECT_EQ(Get(m_cCat, &_clsCat::get_CatName), L"by reference");
 }
 
-// NextCutFromRotation on an unpopulated manager gives a placeholder; what it gives back is none, none and no
-// text.
+// NextCutFromRotation on an unpopulated manager gives a placeholder; its outputs are none, none and no text.
 class OutputTest : public InvokeTest
 {
 protected:
@@ -197,11 +172,13 @@ TEST_F(OutputTest, VariablesOfAnyTypeReceiveOutputs)
     const Called called = Ask(ByReference(cMainCat), ByReference(cSubCat), ByReference(sKey));
     ASSERT_EQ(called.hResult, S_OK);
     EXPECT_EQ(called.cResult.vt, VT_DISPATCH);
-    EXPECT_EQ(cMainCat.vt, VT_DISPATCH);
-    EXPECT_EQ(cMainCat.pdispVal, nullptr);
-    EXPECT_EQ(cSubCat.vt, VT_DISPATCH);
-    EXPECT_EQ(cSubCat.pdispVal, nullptr);
+    for (const Variant& cCat : {cMainCat, cSubCat})
+    {
+        EXPECT_EQ(cCat.vt, VT_DISPATCH);
+        EXPECT_EQ(cCat.pdispVal, nullptr);
+    }
     EXPECT_EQ(sKey.vt, VT_BSTR);
+    EXPECT_EQ(Ask(Variant(), Long(1), Text(L"x")).hResult, S_OK) << "plain values receive none";
 }
 
 TEST_F(OutputTest, TypedReferencesKeepTheirTypes)
@@ -209,43 +186,28 @@ TEST_F(OutputTest, TypedReferencesKeepTheirTypes)
     IDispatch* pMainCat = ComPtr<IDispatch>(m_cCat).Detach();
     IUnknown* pSubCat = nullptr;
     BSTR sKey = NewBstr(L"before");
-    VARIANT mainCat{};
-    mainCat.vt = VT_BYREF | VT_DISPATCH;
-    mainCat.ppdispVal = &pMainCat;
-    VARIANT subCat{};
-    subCat.vt = VT_BYREF | VT_UNKNOWN;
-    subCat.ppunkVal = &pSubCat;
-    VARIANT key{};
-    key.vt = VT_BYREF | VT_BSTR;
-    key.pbstrVal = &sKey;
-    ASSERT_EQ(Ask(mainCat, subCat, key).hResult, S_OK);
-    EXPECT_EQ(pMainCat, nullptr) << "the category it held is let go";
+    ASSERT_EQ(
+        Ask(ReferenceTo(VT_DISPATCH, pMainCat), ReferenceTo(VT_UNKNOWN, pSubCat), ReferenceTo(VT_BSTR, sKey))
+            .hResult,
+        S_OK);
+    EXPECT_EQ(pMainCat, nullptr) << "the category it held is released";
     EXPECT_EQ(pSubCat, nullptr);
     EXPECT_NE(TextOf(sKey), L"before");
     SysFreeString(sKey);
 }
 
-TEST_F(OutputTest, PlainValuesReceiveNoOutputs)
+TEST_F(OutputTest, ABooleanIsReturnedIntoEveryKindOfVariable)
 {
-    EXPECT_EQ(Ask(Variant(), Long(1), Text(L"x")).hResult, S_OK);
-}
-
-TEST_F(OutputTest, ABooleanComesBackIntoEveryKindOfVariable)
-{
-    // Placement a level 1 cut in a main category makes the level.
-    ASSERT_EQ(m_cCut->put_CatLevel(1), S_OK);
-    ASSERT_EQ(m_cCut->put_Key(Bstr(L"C:\\a.mp3").Get()), S_OK);
+    // A cut in a main category makes its level.
+    Do(m_cCut, &_clsCut::put_CatLevel, 1);
+    Do(m_cCut, &_clsCut::put_Key, L"C:\\a.mp3");
     Variant cVariable;
-    ASSERT_EQ(Call(m_cCat.Get(), L"AddCut", wCall, {Object(m_cCut), ByReference(cVariable)}).hResult, S_OK);
+    EXPECT_EQ(AddCut(Object(m_cCut), ByReference(cVariable)).hResult, S_OK);
     EXPECT_EQ(cVariable.vt, VT_BOOL);
     EXPECT_EQ(cVariable.boolVal, VARIANT_TRUE);
-
-    ASSERT_EQ(m_cCut->put_CatLevel(2), S_OK);
+    Do(m_cCut, &_clsCut::put_CatLevel, 2);
     LONG lFlag = 0;
-    VARIANT flag{};
-    flag.vt = VT_BYREF | VT_I4;
-    flag.plVal = &lFlag;
-    ASSERT_EQ(Call(m_cCat.Get(), L"AddCut", wCall, {Object(m_cCut), flag}).hResult, S_OK);
+    EXPECT_EQ(AddCut(Object(m_cCut), ReferenceTo(VT_I4, lFlag)).hResult, S_OK);
     EXPECT_EQ(lFlag, -1);
 }
 
@@ -256,16 +218,11 @@ TEST_F(OutputTest, ARefusedCallChangesNoVariable)
                                {Object(m_col), Object(m_cCut), ByReference(cCollection)});
     EXPECT_EQ(called.hResult, DISP_E_TYPEMISMATCH);
     EXPECT_EQ(TextIn(cCollection), L"unchanged");
-}
-
-TEST_F(OutputTest, AnObjectOfAnotherInterfaceIsNoEmptyVariable)
-{
-    Variant cMainCat = Object(m_col);
-    Variant cSubCat;
-    Variant cKey;
-    EXPECT_EQ(Ask(ByReference(cMainCat), ByReference(cSubCat), ByReference(cKey)).hResult,
+    Variant cMainCat = Object(m_col); // of another interface
+    Variant cEmpty;
+    EXPECT_EQ(Ask(ByReference(cMainCat), ByReference(cEmpty), ByReference(cEmpty)).hResult,
               DISP_E_TYPEMISMATCH);
-    EXPECT_TRUE(IsSame(ObjectIn<IUnknown>(cMainCat), m_col)) << "the variable keeps it";
+    EXPECT_TRUE(IsSame(ObjectIn<IUnknown>(cMainCat), m_col));
 }
 
 // A category of a host's own that places a cut, makes a level, and then fails.
@@ -284,16 +241,15 @@ public:
 
 TEST_F(InvokeTest, AFailedMembersOutputsAreReturned)
 {
-    ComPtr<ITypeInfo> cInfo;
-    ASSERT_EQ(m_cCat->GetTypeInfo(0, LOCALE_NEUTRAL, cInfo.Receive()), S_OK);
+    const auto cInfo = Get(m_cCat, &IDispatch::GetTypeInfo, 0u, LCID{LOCALE_NEUTRAL});
     const InterfaceDescription description(IID__clsCat, cInfo);
     const auto cCat = NewObject<FailingCat>();
     std::wstring sMember = L"AddCut";
     LPOLESTR pMember = sMember.data();
     DISPID lMember = 0;
     ASSERT_EQ(cInfo->GetIDsOfNames(&pMember, 1, &lMember), S_OK);
-    const Variant cCut = Object(m_cCut);
     const auto add = [&](Variant& cCreated) {
+        const Variant cCut = Object(m_cCut);
         VARIANT colReversed[] = {ByReference(cCreated), cCut};
         const DISPPARAMS arguments{colReversed, nullptr, 2, 0};
         Variant cResult;
@@ -313,28 +269,24 @@ TEST_F(InvokeTest, AFailedMembersOutputsAreReturned)
     EXPECT_EQ(TextIn(cNoFlag), L"kept") << "nothing was stored there";
 }
 
-TEST_F(InvokeTest, AnErrorComesAsAnExceptionWithNumberTextAndSource)
+TEST_F(InvokeTest, AnErrorHasNumberTextAndSource)
 {
     const Called called = Call(m_col.Get(), L"Item", wRead, {Text(L"missing")});
     EXPECT_EQ(called.hResult, DISP_E_EXCEPTION);
     EXPECT_EQ(called.hError, ErrorResult(5));
     EXPECT_EQ(called.sError, L"Invalid procedure call or argument");
     EXPECT_EQ(called.sSource, L"KorvaCollection.clsCollection");
-}
 
-TEST_F(InvokeTest, AnEarlyBoundErrorLeavesItsTextWithTheThread)
-{
     const auto cDataBase = Create<_clsDataBase>(CLSID_clsDataBase);
     ComPtr<_clsCollection> colCuts;
     EXPECT_EQ(cDataBase->get_Cuts(colCuts.Receive()), ErrorResult(91));
-    const ErrorText error = TakeErrorInfo();
+    const ErrorText error = TakeErrorInfo(); // where early-bound calls leave it
     EXPECT_EQ(error.sDescription, L"The database is not open.");
     EXPECT_EQ(error.sSource, L"RavloBase.clsDataBase");
 }
 
 TEST_F(InvokeTest, AMissingPlaceForAResultIsRefused)
 {
-    // That nothing is made for nobody to own, the end of the test checks.
     EXPECT_EQ(m_cCat->get_CatName(nullptr), E_POINTER);
     EXPECT_EQ(m_cCat->get_SubCats(nullptr), E_POINTER);
     EXPECT_EQ(m_cCat->get_Rules(nullptr), E_POINTER);
@@ -346,5 +298,4 @@ TEST_F(InvokeTest, AMissingPlaceForAResultIsRefused)
 }
 
 } // namespace
-
 } // namespace ravlo

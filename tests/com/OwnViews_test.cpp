@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Trees and grids of a host, which the scheduler knows only by their members' names.
+// Trees and grids of a host, whose members the scheduler calls by name.
 #include "com/Station.h"
 
 #include <algorithm>
@@ -9,11 +9,10 @@
 
 namespace ravlo
 {
-
 namespace
 {
 
-// An automation object whose members are known by name alone; without type information.
+// An automation object without type information: its members have names only.
 class NamedObject : public HostObject<IDispatch>
 {
 public:
@@ -46,9 +45,9 @@ public:
         return S_OK;
     }
 
-    std::wstring m_sFailing; // the member that answers with an error of its own
-    std::wstring m_sMissing; // the one it does not have
-    std::function<void(const std::wstring& sMember)> m_OnCall; // a host's object may do anything in it
+    std::wstring m_sFailing;                                   // a member that fails with an error
+    std::wstring m_sMissing;                                   // a member the object does not have
+    std::function<void(const std::wstring& sMember)> m_OnCall; // runs in every call
 
 protected:
     virtual Variant Member(const std::wstring& sName, bool bPut, const std::vector<Variant>& arguments) = 0;
@@ -71,14 +70,22 @@ private:
     }
 };
 
-class TestNodes final : public NamedObject
+// A tree that is its own list of nodes.
+class TestTree final : public NamedObject
 {
 public:
     std::vector<ComPtr<TestNode>> m_colNodes;
 
+    std::wstring Value(std::size_t node, const wchar_t* sName)
+    {
+        return TextIn(m_colNodes.at(node)->m_colValues[sName]);
+    }
+
 private:
     Variant Member(const std::wstring& sName, bool, const std::vector<Variant>& arguments) override
     {
+        if (sName == L"Nodes")
+            return Object(ComPtr<TestTree>(this));
         if (sName == L"Clear")
             m_colNodes.clear();
         else if (sName == L"Add")
@@ -101,40 +108,21 @@ private:
         const auto cNode = NewObject<TestNode>();
         EXPECT_EQ(IsOmitted(arguments.at(0)), m_colNodes.empty());
         EXPECT_EQ(IsOmitted(arguments.at(1)), m_colNodes.empty());
-        cNode->m_colValues[L"Relative"] = m_colNodes.empty() ? Text(L"none") : arguments[0];
         EXPECT_TRUE(m_colNodes.empty() || arguments[1].lVal == 4); // a child
-        cNode->m_colValues[L"Key"] = arguments.at(2);
-        cNode->m_colValues[L"Text"] = arguments.at(3);
-        cNode->m_colValues[L"Image"] = arguments.at(4);
+        auto& colValues = cNode->m_colValues;
+        colValues = {{L"Relative", m_colNodes.empty() ? Text(L"none") : arguments[0]},
+                     {L"Key", arguments.at(2)},
+                     {L"Text", arguments.at(3)},
+                     {L"Image", arguments.at(4)}};
         for (const auto& cParent : m_colNodes)
-            if (TextOf(cParent->m_colValues[L"Key"].bstrVal) ==
-                TextOf(cNode->m_colValues[L"Relative"].bstrVal))
-                cNode->m_colValues[L"Parent"] = Object(cParent);
+            if (TextIn(cParent->m_colValues[L"Key"]) == TextIn(colValues[L"Relative"]))
+                colValues[L"Parent"] = Object(cParent);
         m_colNodes.push_back(cNode);
         return Object(cNode);
     }
 };
 
-class TestTree final : public NamedObject
-{
-public:
-    ComPtr<TestNodes> m_colNodes = NewObject<TestNodes>();
-
-    std::wstring Value(std::size_t node, const wchar_t* sName)
-    {
-        const auto cText = m_colNodes->m_colNodes.at(node)->m_colValues[sName].As(VT_BSTR);
-        return cText ? TextOf(cText->bstrVal) : L"";
-    }
-
-private:
-    Variant Member(const std::wstring& sName, bool, const std::vector<Variant>&) override
-    {
-        EXPECT_EQ(sName, L"Nodes");
-        return Object(m_colNodes);
-    }
-};
-
-// Notes what is done to it.
+// Records the calls of its members.
 class TestGrid final : public NamedObject
 {
 public:
@@ -142,11 +130,6 @@ public:
     long m_lColumns = 0;
 
 private:
-    static std::wstring TextIn(const Variant& value)
-    {
-        const auto cText = value.As(VT_BSTR);
-        return cText ? TextOf(cText->bstrVal) : L"?";
-    }
     Variant Member(const std::wstring& sName, bool, const std::vector<Variant>& arguments) override
     {
         if (sName == L"ColCount")
@@ -174,14 +157,34 @@ protected:
         return hResult;
     }
 
-    void DeleteFirstCategory()
+    // The view deletes the first category each time the member is called.
+    void DeleteFirstCategoryIn(NamedObject& cView, const wchar_t* sInMember)
     {
-        const auto colMainCats = Get(m_cMan, &_clsSchedMan::get_colMainCats);
-        if (Get(colMainCats, &_clsCollection::get_Count) == 0)
-            return;
-        const auto cFirst = Get(colMainCats, &_clsCollection::get_Item, Long(1));
-        EXPECT_TRUE(Get(m_cMan, &_clsSchedMan::DeleteCats, CollectionOf({cFirst})));
+        cView.m_OnCall = [this, sInMember](const std::wstring& sMember) {
+            const auto colMainCats = Get(m_cMan, &_clsSchedMan::get_colMainCats);
+            if (sMember != sInMember || Get(colMainCats, &_clsCollection::get_Count) == 0)
+                return;
+            const auto cFirst = ItemAt<_clsCat>(colMainCats, Long(1));
+            EXPECT_TRUE(Get(m_cMan, &_clsSchedMan::DeleteCats, CollectionOf(cFirst)));
+        };
     }
+    void PopulateTree() { EXPECT_EQ(m_cMan->PopulateTreeView(m_cTree.Get()), S_OK); }
+    void PopulateWith(std::initializer_list<const wchar_t*> colTitles)
+    {
+        for (const wchar_t* sTitle : colTitles)
+            AddCut(sTitle);
+        Populate();
+    }
+    // The images of the tree's nodes while the grid shows a level.
+    Texts ImagesFor(const wchar_t* sKey, IDispatch* cImages)
+    {
+        EXPECT_EQ(Show(sKey, m_cTree.Get(), cImages), S_OK);
+        Texts colImages;
+        for (std::size_t node = 0; node < m_cTree->m_colNodes.size(); ++node)
+            colImages.push_back(m_cTree->Value(node, L"Image"));
+        return colImages;
+    }
+    ~OwnViews() override { m_cTree->m_colNodes.clear(); } // parents and children hold each other
 
     ComPtr<TestTree> m_cTree = NewObject<TestTree>();
     ComPtr<TestGrid> m_cGrid = NewObject<TestGrid>();
@@ -191,73 +194,53 @@ protected:
     std::wstring m_sKey;
 };
 
-} // namespace
-
 TEST_F(OwnViews, ATreeIsFilledNodeByNodeAndShowsWhatTheGridLists)
 {
     AddCut(L"One", L"Rock", 2);
     Populate();
-    ASSERT_EQ(m_cMan->PopulateTreeView(m_cTree.Get()), S_OK);
-    ASSERT_EQ(m_cTree->m_colNodes->m_colNodes.size(), 3u);
+    PopulateTree();
+    ASSERT_EQ(m_cTree->m_colNodes.size(), 3u);
     EXPECT_EQ(m_cTree->Value(0, L"Key"), L"ALL AUDIO\t0");
     EXPECT_EQ(m_cTree->Value(1, L"Relative"), L"ALL AUDIO\t0");
     EXPECT_EQ(m_cTree->Value(1, L"Text"), L"Rock");
     EXPECT_EQ(m_cTree->Value(2, L"Key"), L"Rock\t2");
     EXPECT_EQ(m_cTree->Value(2, L"Text"), L"2");
-    EXPECT_EQ(m_cTree->m_colNodes->m_colNodes[0]->m_colValues[L"Sorted"].boolVal, VARIANT_TRUE);
-    EXPECT_EQ(m_cTree->m_colNodes->m_colNodes[1]->m_colValues[L"Sorted"].boolVal, VARIANT_TRUE);
-    EXPECT_EQ(m_cTree->m_colNodes->m_colNodes[0]->m_colValues[L"Expanded"].boolVal, VARIANT_TRUE);
+    for (const auto& [node, sName] : {std::pair(0u, L"Sorted"), {1u, L"Sorted"}, {0u, L"Expanded"}})
+        EXPECT_EQ(m_cTree->m_colNodes[node]->m_colValues[sName].boolVal, VARIANT_TRUE) << node;
 
+    const Texts colPathOpen{L"Closed", L"Open", L"Open"};
     const auto cImages = NewObject<TestNode>();
-    EXPECT_EQ(Show(L"ROCK\t2", m_cTree.Get(), cImages.Get()), S_OK);
+    EXPECT_EQ(ImagesFor(L"ROCK\t2", cImages.Get()), colPathOpen);
     EXPECT_EQ(m_sKey, L"ROCK\t2");
-    EXPECT_EQ(m_cTree->Value(0, L"Image"), L"Closed");
-    EXPECT_EQ(m_cTree->Value(1, L"Image"), L"Open");
-    EXPECT_EQ(m_cTree->Value(2, L"Image"), L"Open");
-    // Without images the tree is left alone.
-    EXPECT_EQ(Show(L"ALL AUDIO\t0", m_cTree.Get(), nullptr), S_OK);
-    EXPECT_EQ(m_cTree->Value(0, L"Image"), L"Closed");
-    m_cTree->m_colNodes->m_colNodes.clear();
+    EXPECT_EQ(ImagesFor(L"ALL AUDIO\t0", nullptr), colPathOpen) << "without images the tree is left alone";
+
+    PopulateTree();
+    m_cTree->m_sMissing = L"_NewEnum"; // such a tree is walked by number
+    EXPECT_EQ(ImagesFor(L"Rock\t2", cImages.Get()), colPathOpen);
 }
 
 TEST_F(OwnViews, AGridReceivesColumnsOnceAndEachCutCellByCell)
 {
-    AddCut(L"One", L"Rock", 1);
-    Populate();
+    PopulateWith({L"One"});
     EXPECT_EQ(Show(L"Rock\t1"), S_OK);
     EXPECT_EQ(m_cShown ? Get(m_cShown, &_clsCat::get_CatLevel) : 0, 1);
     EXPECT_EQ(m_bAll, VARIANT_FALSE);
     EXPECT_EQ(m_bSeveral, VARIANT_FALSE);
-    const std::vector<std::wstring> expected = {
-        L"RowCount 0",
-        L"AddCol Pos Pos",
-        L"AddCol ID ID",
-        L"AddCol Artist Artist",
-        L"AddCol Title Title",
-        L"AddCol Dur Dur",
-        L"AddCol Cat Categories",
-        L"AddCol Lvl Lvl",
-        L"AddCol Year Year",
-        L"AddCol Opener Opener",
-        L"AddCol Path Path",
-        L"RowCount 1",
-        L"RowKey 1 C:\\One.mp3",
-        L"CellValue 1 Pos 1",
-        L"CellValue 1 ID 1",
-        L"CellValue 1 Artist Artist of One",
-        L"CellValue 1 Title One",
-        L"CellValue 1 Dur 0:00",
-        L"CellValue 1 Cat Rock",
-        L"CellValue 1 Lvl 1",
-        L"CellValue 1 Year 0",
-        L"CellValue 1 Opener N",
-        L"CellValue 1 Path C:\\One.mp3",
-    };
-    std::vector<std::wstring> colDone = m_cGrid->m_colDone;
+    Texts colDone = m_cGrid->m_colDone;
     ASSERT_FALSE(colDone.empty());
     EXPECT_EQ(colDone.back(), L"Redraw -1");
     std::erase_if(colDone, [](const std::wstring& sDone) { return sDone.starts_with(L"Redraw"); });
-    EXPECT_EQ(colDone, expected);
+    Texts colExpected{L"RowCount 0"};
+    for (const wchar_t* sColumn :
+         {L"Pos Pos", L"ID ID", L"Artist Artist", L"Title Title", L"Dur Dur", L"Cat Categories", L"Lvl Lvl",
+          L"Year Year", L"Opener Opener", L"Path Path"})
+        colExpected.push_back(std::wstring(L"AddCol ") + sColumn);
+    colExpected.push_back(L"RowCount 1");
+    colExpected.push_back(L"RowKey 1 C:\\One.mp3");
+    for (const wchar_t* sCell : {L"Pos 1", L"ID 1", L"Artist Artist of One", L"Title One", L"Dur 0:00",
+                                 L"Cat Rock", L"Lvl 1", L"Year 0", L"Opener N", L"Path C:\\One.mp3"})
+        colExpected.push_back(std::wstring(L"CellValue 1 ") + sCell);
+    EXPECT_EQ(colDone, colExpected);
 
     m_cGrid->m_colDone.clear();
     EXPECT_EQ(Show(L"Rock\t0"), S_OK);
@@ -265,14 +248,18 @@ TEST_F(OwnViews, AGridReceivesColumnsOnceAndEachCutCellByCell)
     EXPECT_EQ(std::count(m_cGrid->m_colDone.begin(), m_cGrid->m_colDone.end(), L"AddCol Pos Pos"), 0);
 }
 
-TEST_F(OwnViews, AFailingGridIsDrawnAgainAndItsErrorComesBack)
+TEST_F(OwnViews, ErrorsOfAHostsViewAreLoggedAndReturnedWithoutABox)
 {
-    AddCut(L"One", L"Rock", 1);
-    Populate();
+    StartLog();
+    PopulateWith({L"One"});
     m_cGrid->m_sFailing = L"CellValue";
     EXPECT_EQ(Show(L"Rock\t1"), ErrorResult(1004));
     EXPECT_EQ(TakeErrorInfo().sDescription, L"This grid is full");
-    EXPECT_EQ(m_cGrid->m_colDone.back(), L"Redraw -1");
+    EXPECT_EQ(m_cGrid->m_colDone.back(), L"Redraw -1") << "it is drawn again";
+    m_cTree->m_sFailing = L"Add";
+    EXPECT_EQ(m_cMan->PopulateTreeView(m_cTree.Get()), ErrorResult(1004));
+    for (const char* sMember : {"ShowGridCuts", "PopulateTreeView"})
+        EXPECT_EQ(LogLinesWith(std::string(sMember) + " [clsSchedMan] 1004 This grid is full"), 1) << Log();
 }
 
 TEST_F(OwnViews, AMissingGridIsIgnoredAndAMissingTreeIsAnError)
@@ -287,62 +274,27 @@ TEST_F(OwnViews, AMissingGridIsIgnoredAndAMissingTreeIsAnError)
 TEST_F(OwnViews, ATreeMayDeleteCategoriesWhileItIsFilled)
 {
     for (const wchar_t* sName : {L"Rock", L"Jazz", L"Pop"})
-        AddCut(sName, sName, 1);
+        AddCut(sName, sName);
     Populate();
-    m_cTree->m_colNodes->m_OnCall = [this](const std::wstring& sMember) {
-        if (sMember == L"Add")
-            DeleteFirstCategory();
-    };
-    EXPECT_EQ(m_cMan->PopulateTreeView(m_cTree.Get()), S_OK);
-    m_cTree->m_colNodes->m_OnCall = nullptr;
-    ASSERT_EQ(m_cTree->m_colNodes->m_colNodes.size(), 7u) << "as it was at the call";
+    DeleteFirstCategoryIn(*m_cTree.Get(), L"Add");
+    PopulateTree();
+    m_cTree->m_OnCall = nullptr;
+    ASSERT_EQ(m_cTree->m_colNodes.size(), 7u) << "as it was at the call";
     EXPECT_EQ(m_cTree->Value(6, L"Key"), L"Pop\t1");
-    EXPECT_EQ(m_cMan->PopulateTreeView(m_cTree.Get()), S_OK);
-    EXPECT_EQ(m_cTree->m_colNodes->m_colNodes.size(), 1u);
-    m_cTree->m_colNodes->m_colNodes.clear();
+    PopulateTree();
+    EXPECT_EQ(m_cTree->m_colNodes.size(), 1u);
 }
 
 TEST_F(OwnViews, AGridMayDeleteCategoriesWhileItIsFilled)
 {
-    for (const wchar_t* sTitle : {L"One", L"Two", L"Three"})
-        AddCut(sTitle, L"Rock", 1);
-    Populate();
-    m_cGrid->m_OnCall = [this](const std::wstring& sMember) {
-        if (sMember == L"RowKey")
-            DeleteFirstCategory();
-    };
+    PopulateWith({L"One", L"Two", L"Three"});
+    DeleteFirstCategoryIn(*m_cGrid.Get(), L"RowKey");
     EXPECT_EQ(Show(L"Rock\t0"), S_OK);
     m_cGrid->m_OnCall = nullptr;
-    const std::vector<std::wstring>& colDone = m_cGrid->m_colDone;
+    const Texts& colDone = m_cGrid->m_colDone;
     EXPECT_EQ(std::count(colDone.begin(), colDone.end(), L"RowKey 3 C:\\Three.mp3"), 1);
     EXPECT_EQ(colDone.back(), L"Redraw -1");
 }
 
-TEST_F(OwnViews, ATreeWithoutAnEnumeratorIsWalkedByNumber)
-{
-    AddCut(L"One", L"Rock", 1);
-    Populate();
-    ASSERT_EQ(m_cMan->PopulateTreeView(m_cTree.Get()), S_OK);
-    m_cTree->m_colNodes->m_sMissing = L"_NewEnum";
-    const auto cImages = NewObject<TestNode>();
-    EXPECT_EQ(Show(L"Rock\t1", m_cTree.Get(), cImages.Get()), S_OK);
-    EXPECT_EQ(m_cTree->Value(0, L"Image"), L"Closed");
-    EXPECT_EQ(m_cTree->Value(1, L"Image"), L"Open");
-    EXPECT_EQ(m_cTree->Value(2, L"Image"), L"Open");
-    m_cTree->m_colNodes->m_colNodes.clear();
-}
-
-TEST_F(OwnViews, ErrorsOfAHostsViewAreLoggedAndReturnedWithoutABox)
-{
-    StartLog();
-    AddCut(L"One", L"Rock", 1);
-    Populate();
-    m_cGrid->m_sFailing = L"CellValue";
-    m_cTree->m_colNodes->m_sFailing = L"Add";
-    EXPECT_EQ(Show(L"Rock\t1"), ErrorResult(1004));
-    EXPECT_EQ(m_cMan->PopulateTreeView(m_cTree.Get()), ErrorResult(1004));
-    for (const char* sMember : {"ShowGridCuts", "PopulateTreeView"})
-        EXPECT_EQ(LogLinesWith(std::string(sMember) + " [clsSchedMan] 1004 This grid is full"), 1) << Log();
-}
-
+} // namespace
 } // namespace ravlo

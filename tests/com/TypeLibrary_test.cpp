@@ -10,7 +10,6 @@
 
 namespace ravlo
 {
-
 namespace
 {
 
@@ -23,11 +22,20 @@ std::string TextOfGuid(REFGUID guid)
     return Narrow(sText);
 }
 
-std::string NameOf(ITypeInfo& cInfo, MEMBERID lMember)
+// The name of a type, its member, or a library.
+template <class Described> std::string NameOf(Described& cDescribed, MEMBERID lMember)
 {
     Bstr sName;
-    cInfo.GetDocumentation(lMember, sName.Receive(), nullptr, nullptr, nullptr);
+    cDescribed.GetDocumentation(lMember, sName.Receive(), nullptr, nullptr, nullptr);
     return Narrow(sName.Text());
+}
+
+std::string LibraryOf(ITypeInfo& cInfo)
+{
+    ComPtr<ITypeLib> cLibrary;
+    UINT lIndex = 0;
+    cInfo.GetContainingTypeLib(cLibrary.Receive(), &lIndex);
+    return NameOf(*cLibrary, MEMBERID_NIL);
 }
 
 // "Library._clsCut" for a type of another library.
@@ -36,17 +44,8 @@ std::string NameOfReference(ITypeInfo& cInfo, HREFTYPE hType)
     ComPtr<ITypeInfo> cType;
     if (FAILED(cInfo.GetRefTypeInfo(hType, cType.Receive())))
         return "(unresolved)";
-    ComPtr<ITypeLib> cOwn;
-    ComPtr<ITypeLib> cTheirs;
-    UINT lIndex = 0;
-    cInfo.GetContainingTypeLib(cOwn.Receive(), &lIndex);
-    cType->GetContainingTypeLib(cTheirs.Receive(), &lIndex);
-    Bstr sOwn;
-    Bstr sTheirs;
-    cOwn->GetDocumentation(-1, sOwn.Receive(), nullptr, nullptr, nullptr);
-    cTheirs->GetDocumentation(-1, sTheirs.Receive(), nullptr, nullptr, nullptr);
-    const std::string sPrefix = sOwn.Text() == sTheirs.Text() ? "" : Narrow(sTheirs.Text()) + ".";
-    return sPrefix + NameOf(*cType, MEMBERID_NIL);
+    const std::string sLibrary = LibraryOf(*cType);
+    return (sLibrary == LibraryOf(cInfo) ? "" : sLibrary + ".") + NameOf(*cType, MEMBERID_NIL);
 }
 
 std::string TypeText(ITypeInfo& cInfo, const TYPEDESC& type)
@@ -196,13 +195,11 @@ std::string DescribeLibrary(ITypeLib& cLibrary)
 {
     TLIBATTR* pAttributes = nullptr;
     cLibrary.GetLibAttr(&pAttributes);
-    Bstr sName;
-    cLibrary.GetDocumentation(-1, sName.Receive(), nullptr, nullptr, nullptr);
     std::ostringstream text;
-    text << "library " << Narrow(sName.Text()) << " " << TextOfGuid(pAttributes->guid) << " "
+    text << "library " << NameOf(cLibrary, MEMBERID_NIL) << " " << TextOfGuid(pAttributes->guid) << " "
          << pAttributes->wMajorVerNum << "." << pAttributes->wMinorVerNum << "\n";
     cLibrary.ReleaseTLibAttr(pAttributes);
-    std::vector<std::string> colTypes; // in any order: a type's place in its library means nothing to anyone
+    std::vector<std::string> colTypes; // sorted: their order in the library does not matter
     for (UINT i = 0; i < cLibrary.GetTypeInfoCount(); ++i)
     {
         ComPtr<ITypeInfo> cInfo;
@@ -228,7 +225,7 @@ struct Library
     const char* sName;
     const GUID* pLibid;
 };
-class TypeLibraryTest : public ComTest, public testing::WithParamInterface<Library>
+struct TypeLibraryTest : ComTest, testing::WithParamInterface<Library>
 {
 };
 
@@ -261,5 +258,4 @@ TEST_F(ComTest, BothServersCarryTheSameTypes)
 }
 
 } // namespace
-
 } // namespace ravlo

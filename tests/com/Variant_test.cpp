@@ -5,20 +5,15 @@
 
 namespace ravlo
 {
-
 namespace
 {
 
-class StoreThroughTest : public ComTest
-{
-};
+using StoreThroughTest = ComTest;
 
-// Stores a value into a variable of type vt and says what it then holds.
+// Stores a value into a variable of type vt and returns the variable's new value.
 template <class Value> Value Stored(VARTYPE vt, Value before, const Variant& cValue)
 {
-    VARIANT reference{};
-    reference.vt = static_cast<VARTYPE>(VT_BYREF | vt);
-    reference.byref = &before;
+    VARIANT reference = ReferenceTo(vt, before);
     StoreThrough(reference, cValue);
     EXPECT_EQ(reference.vt, VT_BYREF | vt);
     return before;
@@ -41,31 +36,24 @@ TEST_F(StoreThroughTest, AVariableKeepsItsType)
 TEST_F(StoreThroughTest, WhatDoesNotFitIsRefusedAndChangesNothing)
 {
     LONG lValue = 1;
-    VARIANT reference{};
-    reference.vt = VT_BYREF | VT_I4;
-    reference.plVal = &lValue;
-    EXPECT_THROW(StoreThrough(reference, Text(L"one")), RuntimeError);
+    VARIANT number = ReferenceTo(VT_I4, lValue);
+    EXPECT_THROW(StoreThrough(number, Text(L"one")), RuntimeError);
     EXPECT_EQ(lValue, 1);
     DECIMAL decimal{};
-    reference.vt = VT_BYREF | VT_DECIMAL;
-    reference.pdecVal = &decimal;
-    EXPECT_THROW(StoreThrough(reference, Long(1)), RuntimeError) << "a type nobody declares variables of";
+    VARIANT unusual = ReferenceTo(VT_DECIMAL, decimal);
+    EXPECT_THROW(StoreThrough(unusual, Long(1)), RuntimeError) << "nobody declares such variables";
 }
 
-TEST_F(StoreThroughTest, AnObjectVariableLetsTheOldOneGo)
+TEST_F(StoreThroughTest, AnObjectVariableReleasesTheOldOne)
 {
-    const auto colOld = Create<_clsCollection>(CLSID_clsCollection);
-    const auto colNew = Create<_clsCollection>(CLSID_clsCollection);
+    const auto colOld = CollectionOf({});
+    const auto colNew = CollectionOf({});
     IUnknown* pVariable = ComPtr<IUnknown>(colOld.Get()).Detach();
-    VARIANT reference{};
-    reference.vt = VT_BYREF | VT_UNKNOWN;
-    reference.ppunkVal = &pVariable;
+    VARIANT reference = ReferenceTo(VT_UNKNOWN, pVariable);
     StoreThrough(reference, Object(colNew));
     EXPECT_TRUE(IsSame(ComPtr<IUnknown>::Adopt(pVariable), colNew));
-    colOld->AddRef();
-    EXPECT_EQ(colOld->Release(), 1u);
+    EXPECT_EQ(ReferencesTo(colOld), 1u);
 }
 
 } // namespace
-
 } // namespace ravlo

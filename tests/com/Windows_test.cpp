@@ -1,16 +1,13 @@
 // SPDX-License-Identifier: MIT
-// The scheduler's windows as a host opens them: what goes in, what comes back, and who is kept alive.
+// The scheduler's windows as a host opens them: what goes in, what comes back, and what stays alive.
 #include "com/Station.h"
 
 #include <utility>
 
 namespace ravlo
 {
-
 namespace
 {
-
-using Texts = std::vector<std::wstring>;
 
 // What the windows are called among window classes.
 constexpr const wchar_t* sfrmCatClass = L"RavloCategory";
@@ -80,12 +77,11 @@ class WindowsTest : public ComStationTest
 protected:
     WindowsTest()
     {
-        AddCut(L"First", L"Rock", 1);
+        AddCut(L"First");
         m_cSecond = AddCut(L"Second", L"Rock", 2);
-        const auto cThird = AddCut(L"Third", L"Rock", 2);
-        EXPECT_EQ(m_cSecond->put_Opener(VARIANT_TRUE), S_OK);
-        EXPECT_EQ(cThird->put_Opener(VARIANT_TRUE), S_OK);
-        AddCut(L"Fourth", L"Pop", 1);
+        for (const auto& cCut : {m_cSecond, AddCut(L"Third", L"Rock", 2)})
+            Do(cCut, &_clsCut::put_Opener, true);
+        AddCut(L"Fourth", L"Pop");
         Populate();
     }
 
@@ -102,43 +98,41 @@ protected:
         _clsCat* pMainCat = chosen.cMainCat.Detach();
         _clsCat* pSubCat = chosen.cSubCat.Detach();
         _clsCollection* pCuts = chosen.colCuts.Detach();
-        Variant cAnswer;
-        EXPECT_EQ(m_cMan->ShowCatUI(&pMainCat, &pSubCat, &chosen.bOpener, Bstr(sCaption).Get(), &pCuts,
-                                    VARIANT_FALSE, BoolOf(pCut != nullptr), pCut, &cAnswer),
-                  S_OK);
+        const Variant cAnswer = Get(m_cMan, &_clsSchedMan::ShowCatUI, &pMainCat, &pSubCat, &chosen.bOpener,
+                                    sCaption, &pCuts, false, pCut != nullptr, pCut);
         chosen.cMainCat = ComPtr<_clsCat>::Adopt(pMainCat);
         chosen.cSubCat = ComPtr<_clsCat>::Adopt(pSubCat);
         chosen.colCuts = ComPtr<_clsCollection>::Adopt(pCuts);
         EXPECT_EQ(cAnswer.vt, VT_I4);
         return cAnswer.lVal;
     }
+    void ExpectRock2(const Chosen& chosen)
+    {
+        EXPECT_TRUE(IsSame(chosen.cMainCat, MainCat(L"Rock")));
+        EXPECT_TRUE(IsSame(chosen.cSubCat, Level(L"Rock", L"2")));
+    }
     bool Showing() { return Get(m_cMan, &_clsSchedMan::get_UIShowing); }
 
     ComPtr<_clsCut> m_cSecond;
 };
 
-TEST_F(WindowsTest, WhatIsChosenComesBackInTheCallersVariables)
+TEST_F(WindowsTest, WhatIsChosenIsReturnedInTheCallersVariables)
 {
     Chosen chosen{MainCat(L"Rock"), Level(L"Rock", L"2"), VARIANT_TRUE, CollectionOf({Long(1)})};
     const auto colBefore = chosen.colCuts;
-    std::wstring sCaption;
+    std::wstring sCaption(16, L' ');
     const Person person(sfrmCatClass, [&](HWND hWindow) {
-        sCaption.resize(static_cast<std::size_t>(GetWindowTextLengthW(hWindow)) + 1);
-        sCaption.resize(static_cast<std::size_t>(
-            GetWindowTextW(hWindow, sCaption.data(), static_cast<int>(sCaption.size()))));
+        sCaption.resize(static_cast<std::size_t>(GetWindowTextW(hWindow, sCaption.data(), 16)));
         SendMessageW(SongsIn(hWindow), LB_SETSEL, TRUE, 1);
         PressOk(hWindow);
     });
     EXPECT_EQ(ShowCategory(chosen, L"Take one"), 1);
     EXPECT_EQ(sCaption, L"Take one");
-    EXPECT_TRUE(IsSame(chosen.cMainCat, MainCat(L"Rock")));
-    EXPECT_TRUE(IsSame(chosen.cSubCat, Level(L"Rock", L"2")));
+    ExpectRock2(chosen);
     EXPECT_EQ(chosen.bOpener, VARIANT_TRUE);
-    ASSERT_TRUE(chosen.colCuts);
     EXPECT_FALSE(IsSame(chosen.colCuts, colBefore));
-    EXPECT_EQ(Titles(chosen.colCuts.Get()), Texts{L"Third"});
-    colBefore->AddRef();
-    EXPECT_EQ(colBefore->Release(), 1u) << "the variable has let go of it";
+    EXPECT_EQ(Titles(chosen.colCuts), Texts{L"Third"});
+    EXPECT_EQ(ReferencesTo(colBefore), 1u) << "the variable released it";
 }
 
 TEST_F(WindowsTest, EmptyVariablesAreFilledWithTheCategoriesOfTheCut)
@@ -146,8 +140,7 @@ TEST_F(WindowsTest, EmptyVariablesAreFilledWithTheCategoriesOfTheCut)
     Chosen chosen;
     const Person person(sfrmCatClass, PressOk);
     EXPECT_EQ(ShowCategory(chosen, L"", m_cSecond.Get()), 1);
-    EXPECT_TRUE(IsSame(chosen.cMainCat, MainCat(L"Rock")));
-    EXPECT_TRUE(IsSame(chosen.cSubCat, Level(L"Rock", L"2")));
+    ExpectRock2(chosen);
     ASSERT_TRUE(chosen.colCuts);
     EXPECT_EQ(Get(m_cSecond, &_clsCut::get_CategoryText), L"Rock");
 }
@@ -155,24 +148,23 @@ TEST_F(WindowsTest, EmptyVariablesAreFilledWithTheCategoriesOfTheCut)
 TEST_F(WindowsTest, AWindowThatIsClosedLeavesTheCallersVariablesAlone)
 {
     const auto colBefore = CollectionOf({Long(1)});
-    Chosen chosen{MainCat(L"Rock"), Level(L"Rock", L"1"), VARIANT_TRUE, colBefore};
+    Chosen chosen{MainCat(L"Rock"), Level(L"Rock", L"2"), VARIANT_TRUE, colBefore};
     const Person person(sfrmCatClass, [&](HWND hWindow) {
         SendMessageW(SongsIn(hWindow), LB_SETSEL, TRUE, 0);
         Close(hWindow);
     });
     EXPECT_EQ(ShowCategory(chosen), 2);
-    EXPECT_TRUE(IsSame(chosen.cMainCat, MainCat(L"Rock")));
-    EXPECT_TRUE(IsSame(chosen.cSubCat, Level(L"Rock", L"1")));
+    ExpectRock2(chosen);
     EXPECT_EQ(chosen.bOpener, VARIANT_TRUE);
     EXPECT_TRUE(IsSame(chosen.colCuts, colBefore));
 }
 
-TEST_F(WindowsTest, ACallerMayDoWithoutEveryOptionalArgument)
+TEST_F(WindowsTest, EveryArgumentIsOptional)
 {
     {
         const Person person(sfrmCatClass, PressOk);
-        const auto cAnswer = Get(m_cMan, &_clsSchedMan::ShowCatUI, nullptr, nullptr, nullptr, nullptr,
-                                 nullptr, VARIANT_FALSE, VARIANT_FALSE, nullptr);
+        const Variant cAnswer = Get(m_cMan, &_clsSchedMan::ShowCatUI, nullptr, nullptr, nullptr, nullptr,
+                                    nullptr, false, false, nullptr);
         EXPECT_EQ(cAnswer.lVal, 1);
     }
     const Person person(sfrmCatClass, Close);
@@ -186,8 +178,7 @@ TEST_F(WindowsTest, ALateBoundCallNamesItsArguments)
     Variant cMainCat = Object(MainCat(L"Rock"));
     Variant cSubCat = Object(Level(L"Rock", L"2"));
     Variant bOpener(true);
-    Variant colCuts;
-    colCuts.vt = VT_DISPATCH; // a variable that is Nothing
+    Variant colCuts(static_cast<IDispatch*>(nullptr)); // a variable that is Nothing
     const Person person(sfrmCatClass, [&](HWND hWindow) {
         SendMessageW(SongsIn(hWindow), LB_SETSEL, TRUE, 0);
         PressOk(hWindow);
@@ -200,43 +191,56 @@ TEST_F(WindowsTest, ALateBoundCallNamesItsArguments)
                                 {L"sCaption", Text(L"By name")}});
     ASSERT_EQ(called.hResult, S_OK) << called.lArgument;
     EXPECT_EQ(called.cResult.lVal, 1);
-    EXPECT_TRUE(IsSame(ObjectIn<_clsCat>(cMainCat), MainCat(L"Rock")));
-    EXPECT_TRUE(IsSame(ObjectIn<_clsCat>(cSubCat), Level(L"Rock", L"2")));
+    ExpectRock2({ObjectIn<_clsCat>(cMainCat), ObjectIn<_clsCat>(cSubCat), bOpener.boolVal, nullptr});
     EXPECT_EQ(bOpener.boolVal, VARIANT_TRUE);
-    ASSERT_TRUE(ObjectIn<IDispatch>(colCuts));
-    EXPECT_EQ(Titles(ObjectIn<IDispatch>(colCuts).Get()), Texts{L"Second"});
+    EXPECT_EQ(Titles(ObjectIn<IDispatch>(colCuts)), Texts{L"Second"});
 }
 
 TEST_F(WindowsTest, TheLibraryIsShowingWhileItIsOpen)
 {
+    const auto cSink = NewObject<Sink>(DIID___clsSchedMan);
+    cSink->m_onEvent = [&](DISPID lEvent, DISPPARAMS& arguments) {
+        if (lEvent != 5)
+            return;
+        EXPECT_TRUE(IsSame(ObjectIn<_clsCut>(arguments.rgvarg[1]), m_cSecond));
+        *arguments.rgvarg[0].pvarVal = Long(2).Detach(); // nothing was edited
+    };
+    const auto cPoint = PointOf(m_cMan, DIID___clsSchedMan);
+    const DWORD lCookie = Advise(cPoint, cSink);
+    Variant cResult;
     bool bInside = false;
     const Person person(sfrmUILibClass, [&](HWND hWindow) {
         bInside = Showing();
+        Do(m_cMan, &_clsSchedMan::RaiseEditRequestCutEvent, m_cSecond, &cResult);
         Close(hWindow);
     });
     EXPECT_FALSE(Showing());
     EXPECT_EQ(m_cMan->ShowLibraryUI(), S_OK);
     EXPECT_TRUE(bInside);
+    EXPECT_EQ(cResult.vt, VT_I4) << "the host answers an edit request, too";
+    EXPECT_EQ(cResult.lVal, 2);
     EXPECT_FALSE(Showing());
     EXPECT_FALSE(AnyWindowShows());
+    EXPECT_EQ(cPoint->Unadvise(lCookie), S_OK);
+    cSink->m_onEvent = nullptr;
 }
 
 TEST_F(WindowsTest, AHostMayReleaseTheManagerWhileAWindowShows)
 {
-    const auto letGoAnd = [this](void (*end)(HWND)) {
+    const auto releaseAnd = [this](void (*end)(HWND)) {
         return [this, end](HWND hWindow) {
             m_cMan = nullptr;
             end(hWindow);
         };
     };
     {
-        const Person person(sfrmUILibClass, letGoAnd(Close));
+        const Person person(sfrmUILibClass, releaseAnd(Close));
         EXPECT_EQ(m_cMan->ShowLibraryUI(), S_OK);
         EXPECT_FALSE(m_cMan);
     }
     m_cMan = Create<_clsSchedMan>(CLSID_clsSchedMan);
     Populate();
-    const Person person(sfrmCatClass, letGoAnd(PressOk));
+    const Person person(sfrmCatClass, releaseAnd(PressOk));
     Chosen chosen{MainCat(L"Rock"), Level(L"Rock", L"2"), VARIANT_FALSE, nullptr};
     EXPECT_EQ(ShowCategory(chosen), 1);
     EXPECT_FALSE(m_cMan);
@@ -248,34 +252,10 @@ TEST_F(WindowsTest, ReloadingWithoutAWindowShowsNone)
     EXPECT_EQ(m_cMan->ReloadAll(), S_OK);
     EXPECT_FALSE(AnyWindowShows());
     EXPECT_FALSE(Showing());
-    AddCut(L"Fifth", L"Jazz", 1); // the hidden window follows the database
+    AddCut(L"Fifth", L"Jazz"); // the hidden window follows the database
     EXPECT_EQ(m_cMan->ReloadAll(), S_OK);
     EXPECT_FALSE(AnyWindowShows());
 }
 
-TEST_F(WindowsTest, TheHostAnswersAnEditRequestWhileTheLibraryShows)
-{
-    const auto cSink = NewObject<Sink>(DIID___clsSchedMan);
-    const auto cPoint = PointOf(m_cMan, DIID___clsSchedMan);
-    cSink->m_onEvent = [&](DISPID lEvent, DISPPARAMS& arguments) {
-        if (lEvent != 5)
-            return;
-        EXPECT_TRUE(IsSame(ObjectIn<_clsCut>(arguments.rgvarg[1]), m_cSecond));
-        *arguments.rgvarg[0].pvarVal = Long(2).Detach(); // nothing was edited
-    };
-    const DWORD lCookie = Advise(cPoint, cSink);
-    Variant cResult;
-    const Person person(sfrmUILibClass, [&](HWND hWindow) {
-        EXPECT_EQ(m_cMan->RaiseEditRequestCutEvent(m_cSecond.Get(), &cResult), S_OK);
-        Close(hWindow);
-    });
-    EXPECT_EQ(m_cMan->ShowLibraryUI(), S_OK);
-    EXPECT_EQ(cResult.vt, VT_I4);
-    EXPECT_EQ(cResult.lVal, 2);
-    EXPECT_EQ(cPoint->Unadvise(lCookie), S_OK);
-    cSink->m_onEvent = nullptr;
-}
-
 } // namespace
-
 } // namespace ravlo

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Registration by the servers' own exports, seen in the registry. Nothing here comes through a manifest.
+// Registration by the servers' own exports, seen in the registry. Nothing here uses a manifest.
 #include "comkit/Variant.h"
 
 #include <KorvaCollection.h>
@@ -9,11 +9,11 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <span>
 #include <string>
 
 namespace ravlo
 {
-
 namespace
 {
 
@@ -35,7 +35,7 @@ public:
     {
         return Function<HRESULT(WINAPI*)(BOOL, LPCWSTR)>("DllInstall")(bInstall, sCommand);
     }
-    // As the module itself knows it.
+    // The module's own path.
     std::wstring Path() const
     {
         std::wstring sPath(1024, L'\0');
@@ -139,6 +139,21 @@ protected:
         EXPECT_EQ(Value(hRoot, std::wstring(one.sProgID) + L"\\CLSID"), std::nullopt);
         EXPECT_EQ(Value(hRoot, std::wstring(one.sProgID) + L".1\\CLSID"), std::nullopt);
     }
+    static void ExpectRegistered(HKEY hRoot, std::span<const Class> classes, const Server& server)
+    {
+        for (const Class& one : classes)
+            ExpectRegistered(hRoot, one, server.Path());
+    }
+    static void ExpectNotRegistered(HKEY hRoot, std::span<const Class> classes)
+    {
+        for (const Class& one : classes)
+            ExpectNotRegistered(hRoot, one);
+    }
+    void RegisterBoth()
+    {
+        for (const Server* pServer : {&m_cSched, &m_cBase})
+            ASSERT_EQ(pServer->Register(), S_OK);
+    }
     static HRESULT TryCreate(const CLSID& clsid)
     {
         ComPtr<IUnknown> cObject;
@@ -153,32 +168,24 @@ protected:
 TEST_F(RegistrationTest, ForTheMachineEveryClassCanBeCreatedAndIsGoneAgain)
 {
     EXPECT_EQ(TryCreate(CLSID_clsSchedMan), REGDB_E_CLASSNOTREG);
-    ASSERT_EQ(m_cSched.Register(), S_OK);
-    ASSERT_EQ(m_cBase.Register(), S_OK);
+    RegisterBoth();
     ASSERT_EQ(m_cSched.Register(), S_OK) << "registering again changes nothing";
-    for (const Class& one : colSchedClasses)
-    {
-        ExpectRegistered(HKEY_LOCAL_MACHINE, one, m_cSched.Path());
-        EXPECT_EQ(TryCreate(*one.pClsid), S_OK);
-    }
-    for (const Class& one : colBaseClasses)
-    {
-        ExpectRegistered(HKEY_LOCAL_MACHINE, one, m_cBase.Path());
-        EXPECT_EQ(TryCreate(*one.pClsid), S_OK);
-    }
+    ExpectRegistered(HKEY_LOCAL_MACHINE, colSchedClasses, m_cSched);
+    ExpectRegistered(HKEY_LOCAL_MACHINE, colBaseClasses, m_cBase);
+    for (const std::span<const Class>& classes :
+         std::initializer_list<std::span<const Class>>{colSchedClasses, colBaseClasses})
+        for (const Class& one : classes)
+            EXPECT_EQ(TryCreate(*one.pClsid), S_OK);
     ASSERT_EQ(m_cSched.Unregister(), S_OK);
     ASSERT_EQ(m_cBase.Unregister(), S_OK);
-    for (const Class& one : colSchedClasses)
-        ExpectNotRegistered(HKEY_LOCAL_MACHINE, one);
-    for (const Class& one : colBaseClasses)
-        ExpectNotRegistered(HKEY_LOCAL_MACHINE, one);
+    ExpectNotRegistered(HKEY_LOCAL_MACHINE, colSchedClasses);
+    ExpectNotRegistered(HKEY_LOCAL_MACHINE, colBaseClasses);
     EXPECT_EQ(TryCreate(CLSID_clsSchedMan), REGDB_E_CLASSNOTREG);
-    EXPECT_EQ(LibraryPath(LIBID_RavloScheduler), L"");
-    EXPECT_EQ(LibraryPath(LIBID_RavloBase), L"");
-    EXPECT_EQ(LibraryPath(LIBID_KorvaCollection), L"");
+    for (const GUID* pLibid : {&LIBID_KorvaCollection, &LIBID_RavloBase, &LIBID_RavloScheduler})
+        EXPECT_EQ(LibraryPath(*pLibid), L"");
 }
 
-TEST_F(RegistrationTest, ASchedulerAloneBringsAllTypesItsMembersMention)
+TEST_F(RegistrationTest, ASchedulerAloneRegistersAllTypesOfItsMembers)
 {
     ASSERT_EQ(m_cSched.Register(), S_OK);
     EXPECT_EQ(LibraryPath(LIBID_RavloScheduler), m_cSched.Path());
@@ -188,8 +195,7 @@ TEST_F(RegistrationTest, ASchedulerAloneBringsAllTypesItsMembersMention)
 
 TEST_F(RegistrationTest, TypeLibraryBelongsToItsHomeModuleInAnyOrder)
 {
-    ASSERT_EQ(m_cSched.Register(), S_OK);
-    ASSERT_EQ(m_cBase.Register(), S_OK);
+    RegisterBoth();
     EXPECT_EQ(LibraryPath(LIBID_RavloBase), m_cBase.Path());
     EXPECT_EQ(LibraryPath(LIBID_KorvaCollection), m_cSched.Path() + L"\\3");
     TakeOut();
@@ -202,16 +208,14 @@ TEST_F(RegistrationTest, TypeLibraryBelongsToItsHomeModuleInAnyOrder)
 
 TEST_F(RegistrationTest, UnregisteringLeavesAnotherModulesTypeLibrariesAlone)
 {
-    ASSERT_EQ(m_cSched.Register(), S_OK);
-    ASSERT_EQ(m_cBase.Register(), S_OK);
+    RegisterBoth();
     ASSERT_EQ(m_cSched.Unregister(), S_OK);
     EXPECT_EQ(LibraryPath(LIBID_RavloBase), m_cBase.Path());
     EXPECT_EQ(LibraryPath(LIBID_RavloScheduler), L"");
-    for (const Class& one : colBaseClasses)
-        ExpectRegistered(HKEY_LOCAL_MACHINE, one, m_cBase.Path());
+    ExpectRegistered(HKEY_LOCAL_MACHINE, colBaseClasses, m_cBase);
 }
 
-TEST_F(RegistrationTest, TypeLibrariesThatTheOtherServerNeedsChangeHands)
+TEST_F(RegistrationTest, TypeLibrariesPassToTheOtherServer)
 {
     const auto both = [&](bool bUser) {
         for (const Server* pServer : {&m_cSched, &m_cBase})
@@ -267,7 +271,7 @@ TEST_F(RegistrationTest, TheNamesStayWhileTheOtherWidthIsRegistered)
     EXPECT_EQ(Value(HKEY_LOCAL_MACHINE, L"CLSID\\" + TextOfGuid(*one.pClsid)), std::nullopt);
     for (const std::wstring& sName : {std::wstring(one.sProgID), one.sProgID + std::wstring(L".1")})
         EXPECT_EQ(Value(HKEY_LOCAL_MACHINE, sName + L"\\CLSID"), TextOfGuid(*one.pClsid));
-    ExpectNotRegistered(HKEY_LOCAL_MACHINE, colBaseClasses[1]); // of which there is no other width
+    ExpectNotRegistered(HKEY_LOCAL_MACHINE, colBaseClasses[1]); // which has no other width
     for (const wchar_t* sPart : {L"\\InprocServer32", L""})
         ASSERT_EQ(RegDeleteKeyExW(HKEY_LOCAL_MACHINE, (sKey + sPart).c_str(), lOtherWidth, 0), ERROR_SUCCESS);
     ASSERT_EQ(m_cBase.Unregister(), S_OK);
@@ -279,27 +283,20 @@ TEST_F(RegistrationTest, ForOneUserTheKeysAreTheUsersOwn)
     for (const wchar_t* sCommand : {L"user", L"USER"})
     {
         ASSERT_EQ(m_cSched.Install(true, sCommand), S_OK);
-        for (const Class& one : colSchedClasses)
-        {
-            ExpectRegistered(HKEY_CURRENT_USER, one, m_cSched.Path());
-            ExpectNotRegistered(HKEY_LOCAL_MACHINE, one);
-        }
+        ExpectRegistered(HKEY_CURRENT_USER, colSchedClasses, m_cSched);
+        ExpectNotRegistered(HKEY_LOCAL_MACHINE, colSchedClasses);
         ASSERT_EQ(m_cSched.Install(false, sCommand), S_OK);
-        for (const Class& one : colSchedClasses)
-            ExpectNotRegistered(HKEY_CURRENT_USER, one);
+        ExpectNotRegistered(HKEY_CURRENT_USER, colSchedClasses);
     }
 }
 
 TEST_F(RegistrationTest, WithoutTheCommandAnInstallIsForTheMachine)
 {
     ASSERT_EQ(m_cBase.Install(true, nullptr), S_OK);
-    for (const Class& one : colBaseClasses)
-        ExpectRegistered(HKEY_LOCAL_MACHINE, one, m_cBase.Path());
+    ExpectRegistered(HKEY_LOCAL_MACHINE, colBaseClasses, m_cBase);
     ASSERT_EQ(m_cBase.Install(false, L""), S_OK);
-    for (const Class& one : colBaseClasses)
-        ExpectNotRegistered(HKEY_LOCAL_MACHINE, one);
+    ExpectNotRegistered(HKEY_LOCAL_MACHINE, colBaseClasses);
 }
 
 } // namespace
-
 } // namespace ravlo
