@@ -412,10 +412,10 @@ TEST_F(WindowsFilesTest, DeviceNamesAreNoFiles)
 {
     for (const wchar_t* sName : {L"NUL", L"con", L"COM1", L"AUX.txt", L"lpt1.tar.gz", L"PRN .sif"})
     {
-        const std::wstring sPath = cFolder.Path() + L"\\" + sName;
-        EXPECT_EQ(cFiles.PresenceOf(sPath), Presence::Absent) << sName;
-        EXPECT_EQ(NumberRaisedBy([&] { cFiles.WriteNew(sPath, "x"); }), error::BadFileName) << sName;
-        EXPECT_EQ(NumberRaisedBy([&] { cFiles.ReadAll(sPath); }), error::BadFileName) << sName;
+        const std::wstring sDevice = cFolder.Path() + L"\\" + sName;
+        EXPECT_EQ(cFiles.PresenceOf(sDevice), Presence::Absent) << sName;
+        EXPECT_EQ(NumberRaisedBy([&] { cFiles.WriteNew(sDevice, "x"); }), error::BadFileName) << sName;
+        EXPECT_EQ(NumberRaisedBy([&] { cFiles.ReadAll(sDevice); }), error::BadFileName) << sName;
     }
     EXPECT_EQ(cFolder.EntryCount(), 1u);
 }
