@@ -44,53 +44,48 @@ TEST(OpeningWindow, ShowsTextAndProgressWhileItLives)
     EXPECT_EQ(TextIn(::GetDlgItem(hWindow, lOpeningText)), L"Reading cuts");
     EXPECT_EQ(PositionOf(*window), 250);
     window->Show(L"At once", 251, 1000);
-    EXPECT_EQ(PositionOf(*window), 250) << "ten thousand cuts are not ten thousand pictures";
+    EXPECT_EQ(PositionOf(*window), 250) << "it is not drawn for every cut";
     window.reset();
     EXPECT_FALSE(::IsWindow(hWindow));
-}
-
-TEST(OpeningWindow, AnUnknownAmountOfWorkShowsAnEmptyBar)
-{
-    OpeningWindow window;
-    window.Show(L"Reading", 17, 0);
-    EXPECT_EQ(PositionOf(window), 0);
+    window.emplace().Show(L"Reading", 17, 0);
+    EXPECT_EQ(PositionOf(*window), 0) << "of an unknown amount of work";
 }
 
 TEST(WindowActivation, CallsOnceFromTheMessageLoopWhenTheUserReturns)
 {
-    int lTold = 0;
+    int lCalls = 0;
     OpeningWindow window;
-    RunMessages(200); // its own coming up
+    RunMessages(200); // those of its own opening
     {
-        const WindowActivation activation([&] { ++lTold; });
+        const WindowActivation activation([&] { ++lCalls; });
         ::SendMessageW(window.Handle(), WM_ACTIVATEAPP, TRUE, 0);
         ::SendMessageW(window.Handle(), WM_ACTIVATEAPP, TRUE, 0);
-        EXPECT_EQ(lTold, 0);
+        EXPECT_EQ(lCalls, 0);
         RunMessages(200);
-        EXPECT_EQ(lTold, 1);
+        EXPECT_EQ(lCalls, 1);
         ::SendMessageW(window.Handle(), WM_ACTIVATEAPP, FALSE, 0);
         RunMessages(100);
-        EXPECT_EQ(lTold, 1);
+        EXPECT_EQ(lCalls, 1);
         ::SendMessageW(window.Handle(), WM_ACTIVATEAPP, TRUE, 0);
     }
     RunMessages(100);
-    EXPECT_EQ(lTold, 1) << "nobody listens any more";
+    EXPECT_EQ(lCalls, 1) << "there is no listener any more";
 }
 
-TEST(WindowActivation, AFailingHandlerIsCalledAgainTheNextTime)
+TEST(WindowActivation, AFailingHandlerIsCalledAgain)
 {
-    int lTold = 0;
+    int lCalls = 0;
     OpeningWindow window;
     RunMessages(200);
     const WindowActivation activation([&] {
-        ++lTold;
+        ++lCalls;
         throw 1;
     });
     for (int l = 1; l <= 2; ++l)
     {
         ::SendMessageW(window.Handle(), WM_ACTIVATEAPP, TRUE, 0);
         RunMessages(100);
-        EXPECT_EQ(lTold, l);
+        EXPECT_EQ(lCalls, l);
     }
 }
 
