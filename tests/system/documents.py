@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""documents.py TREE: refuses a document that names what is not there.
+"""documents.py TREE: refuses a document that names something that does not exist.
 
 Checks each *.md of the tree: links and their headings; paths into the source tree, with or without an extension;
 `CamelCase` names of the code. In the guide for host developers, the members and their parameters, against the interface
@@ -71,8 +71,8 @@ def check_names(known, text):
 
 
 def members(tree):
-    """Name -> the possible lists of parameters, an optional one in brackets. Without the collections, whose names are
-    also those of a host's own tree."""
+    """Name -> the possible lists of parameters, an optional one in brackets. Without the collections, because a host's
+    own tree has members of the same names."""
     found = {}
     for definition in ("RavloScheduler", "RavloBase"):
         for name, parameters in MEMBER.findall((tree / f"comkit/{definition}.idl").read_text(encoding="utf-8")):
@@ -122,13 +122,5 @@ def check(tree):
     return faults, len(pages)
 
 
-def main():
-    faults, pages = check(pathlib.Path(sys.argv[1]))
-    for fault in faults:
-        print(fault)
-    print(f"{pages} pages, {len(faults)} faults")
-    return 1 if faults or not pages else 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(layers.main(check, "pages"))

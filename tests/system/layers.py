@@ -41,7 +41,7 @@ def named_folders(tree):
 
 
 def read_layers(tree):
-    """Folder -> the folders it may include from, itself among them."""
+    """Folder -> the folders it may include from, its own included."""
     folder_of, depends = read_targets(tree)
 
     def reachable(name, seen):
@@ -82,13 +82,12 @@ def check(tree):
     return faults, files
 
 
-def main():
-    faults, files = check(pathlib.Path(sys.argv[1]))
-    for fault in faults:
-        print(fault)
-    print(f"{files} files, {len(faults)} faults")
-    return 1 if faults or not files else 0
+def main(check_tree, looked_at):
+    """Runs a check on the tree that the command line names; prints its faults. Returns the exit status."""
+    faults, count = check_tree(pathlib.Path(sys.argv[1]))
+    print(*faults, f"{count} {looked_at}, {len(faults)} faults", sep="\n")
+    return 1 if faults or not count else 0
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(main(check, "files"))

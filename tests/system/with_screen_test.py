@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Which program waits for which in cmake/with-screen, natively: wine-run and Xvfb are stand-ins.
+"""Which program waits for which in cmake/with-screen, natively: with fakes of wine-run and Xvfb.
 
 RAVLO_WITH_SCREEN names the script.
 """
