@@ -81,7 +81,7 @@ protected:
         cCut.OnCall = [&cCut, sMember, action](const std::string& sCalled) {
             if (sCalled != sMember)
                 return;
-            const auto actionNow = action; // which lets go of itself
+            const auto actionNow = action; // outlives the hook
             cCut.OnCall = nullptr;
             actionNow();
         };
@@ -107,7 +107,7 @@ protected:
     ModScheduler cMod{cPorts.Ports()};
     FakeDataBase cDataBase;
     std::vector<ShownBox>& boxes = cPorts.cMessages.Boxes;
-    bool bCreated = false; // what AddCut tells besides
+    bool bCreated = false; // AddCut's other result
     const std::shared_ptr<clsCat> cLevel = NewCat(1);
 };
 
@@ -274,6 +274,7 @@ TEST_F(CatTest, LevelOfAnotherNameGivesACutBothNamesOrNone)
             EXPECT_EQ(ErrorOf([&] { Add(*cMainCat, cBad); }), error::ObjectNotSet);
             EXPECT_EQ(cBad->CategoryText(), bNamed ? L"Other" : L"");
             EXPECT_EQ(KeysOf(*cMainCat), colBefore);
+            EXPECT_EQ(cMainCat->SubCat(1)->AverageRunTimemS(), 1000);
         }
 }
 
@@ -362,7 +363,7 @@ TEST_F(CatTest, CutIsAlsoFoundUnderItsSecondaryKey)
 
 TEST_F(CatTest, SecondaryKeyDoesNotRemoveAnotherCutOfTheDatabase)
 {
-    // Numbers of their own make them two cuts, whatever the secondary key says.
+    // Numbers of their own make them two cuts, with any secondary key.
     const std::tuple<std::int32_t, std::int32_t, bool> colNumbers[] = {
         {1, 2, false}, {1, 1, true}, {0, 2, true}, {1, 0, true}};
     for (const auto& [lOther, lOwn, bRemoved] : colNumbers)
@@ -608,7 +609,7 @@ TEST_F(CatTest, MainCategorysCutsAreAMergedCopyWithEachCutOnce)
     EXPECT_EQ(cMainCat->TotalCuts(), 5) << "changing it changes no level";
 }
 
-TEST_F(CatTest, ReplacingALevelsCutsFilesEachInOrder)
+TEST_F(CatTest, ReplacingALevelsCutsPlacesEachInOrder)
 {
     const auto cOld = NewCutIn(*cLevel, L"old", 1, 9000);
     const auto colOld = cLevel->SchedCuts();
@@ -625,7 +626,7 @@ TEST_F(CatTest, ReplacingALevelsCutsFilesEachInOrder)
     EXPECT_TRUE(boxes.empty());
 }
 
-TEST_F(CatTest, ReplacingAMainCategorysCutsFilesThemIntoItsLevels)
+TEST_F(CatTest, ReplacingAMainCategorysCutsPlacesThemInItsLevels)
 {
     const auto cMainCat = NewMainCat({1});
     cMainCat->SetSchedCuts({NewCut(L"a"), NewCut(L"b", 4), NewCut(L"c")});
@@ -645,7 +646,7 @@ TEST_F(CatTest, ReplacingWithLevelZeroCutsGivesOneBoxAndALine)
     EXPECT_EQ(cPorts.LogMessages().size(), 1u) << "no line for a single one";
 }
 
-TEST_F(CatTest, ReplacingFilesEverythingBeforeItRaisesOverflow)
+TEST_F(CatTest, ReplacingPlacesEverythingBeforeItRaisesOverflow)
 {
     const Cuts colCuts = {NewCut(L"a", 1, lMaxLong), NewCut(L"b", 1, 2), NewCut(L"c", 1, 3)};
     EXPECT_EQ(ErrorOf([&] { cLevel->SetSchedCuts(colCuts); }), error::Overflow);
@@ -732,7 +733,7 @@ TEST_F(CatTest, CutsMayLeaveWhileTheyAreAskedForTheirKeys)
             cMainCat->SubCats()->Clear();
         });
     }
-    cDataBase.colCuts.clear(); // the level holds the last reference
+    cDataBase.colCuts.clear(); // the level has the last reference
     EXPECT_EQ(cMainCat->SchedCuts()->Count(), 40u) << "as they were when they were asked for";
     EXPECT_TRUE(cMainCat->SubCats()->Empty());
 }
@@ -757,32 +758,6 @@ TEST_F(CatTest, NewestRecalculationCounts)
     OnceAt(*cCut, "RunTimemS", [&] { cLevel->RecalcTotalRunTime(); });
     cLevel->RecalcTotalRunTime();
     EXPECT_EQ(cLevel->AverageRunTimemS(), 4'000);
-}
-
-TEST_F(CatTest, FilingUnderASecondNameThatFailsIsTakenBack)
-{
-    // A level whose name differs from its main category's registers its own first.
-    const auto cMainCat = NewMainCat({1});
-    cMainCat->SubCat(1)->SetCatName(L"Loud");
-    const auto cCut = NewCut(L"a", 1);
-    for (const bool bNamedBefore : {false, true})
-    {
-        cCut->SetCategoryText(bNamedBefore ? L"Loud" : L"");
-        int lNames = 0;
-        cCut->OnCall = [&](const std::string& sMember) {
-            cCut->failing.clear();
-            if (sMember == "AddCategoryName" && ++lNames == 2)
-                cCut->failing.insert(sMember);
-        };
-        EXPECT_EQ(ErrorOf([&] { cMainCat->AddCut(cCut, bCreated); }), 91);
-        cCut->OnCall = nullptr;
-        cCut->failing.clear();
-        EXPECT_TRUE(cMainCat->SubCat(1)->SchedCuts()->Empty());
-        EXPECT_EQ(cMainCat->SubCat(1)->AverageRunTimemS(), 0);
-        EXPECT_EQ(cCut->CategoryText(), bNamedBefore ? L"Loud" : L"");
-    }
-    EXPECT_TRUE(cMainCat->AddCut(cCut, bCreated));
-    EXPECT_EQ(cCut->CategoryText(), L"Loud/Rock");
 }
 
 } // namespace

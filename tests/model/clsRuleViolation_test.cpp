@@ -40,7 +40,7 @@ TEST(RuleViolation, CutIsSharedAndClearedByNoCut)
     cViolation.Cut = cCut;
     EXPECT_EQ(cCut.use_count(), 2);
     cViolation.Cut = nullptr;
-    EXPECT_EQ(cCut.use_count(), 1) << "the record never frees the cut, and keeps none it was told to drop";
+    EXPECT_EQ(cCut.use_count(), 1) << "the record never frees the cut, and keeps none that it dropped";
 }
 
 } // namespace

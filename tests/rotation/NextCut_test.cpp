@@ -78,7 +78,7 @@ TEST_F(NextCutTest, KeyThatLeadsNowhereGivesAPlaceholderWithIt)
     station.AddCut(L"a");
     request.bMustBeOpener = true;
     for (const auto& [sKey, eKind, sMainCatKey] : colKeys)
-        for (const bool bAllowed : {true, false}) // a deferred rotation is told only for a level that exists
+        for (const bool bAllowed : {true, false}) // a rotation is deferred only for a level that exists
         {
             request.bRotatesAllowed = bAllowed;
             const RotationAnswer answer = Ask(sKey);

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <limits>
 #include <string>
 #include <vector>
@@ -37,12 +39,43 @@ protected:
         const std::wstring sText = std::to_wstring(lNumber);
         return AddCut(sText, sText, sText);
     }
-    // The same, that refuses the time of a play.
+    // Such a cut that refuses the time of a play.
     std::shared_ptr<FakeCut> AddRefusing(int lNumber)
     {
         const auto cCut = AddCut(lNumber);
         cCut->failing.insert("SetLastPlayed");
         return cCut;
+    }
+
+    // Cuts 1, 2 ... whose plays were refused; their calls are counted from here on.
+    std::vector<std::shared_ptr<FakeCut>> RefusedPlays(int lCount)
+    {
+        std::vector<std::shared_ptr<FakeCut>> colCuts;
+        for (int lCut = 1; lCut <= lCount; ++lCut)
+        {
+            colCuts.push_back(AddRefusing(lCut));
+            Play(*colCuts.back(), dtNoon);
+            colCuts.back()->calls.clear();
+        }
+        return colCuts;
+    }
+    static int Tries(const std::vector<std::shared_ptr<FakeCut>>& colCuts)
+    {
+        int lTries = 0;
+        for (const auto& cCut : colCuts)
+            lTries += cCut->calls["SetLastPlayed"];
+        return lTries;
+    }
+    // Runs an action at the next SetLastPlayed of a cut.
+    static void OnceAtSetLastPlayed(FakeCut& cCut, std::function<void()> action)
+    {
+        cCut.OnCall = [&cCut, action = std::move(action)](const std::string& sMember) {
+            if (sMember != "SetLastPlayed")
+                return;
+            const auto once = action;
+            cCut.OnCall = nullptr;
+            once();
+        };
     }
 
     // What a host reports: a copy of its own with a play time.
@@ -66,7 +99,7 @@ protected:
                 cHistory.AlbumHistoryCut(TextKey(sAlbum))};
     }
 
-    // Refusals as they are told: the error's number, and "first" for the first of an incident.
+    // The refusals reported: the error's number, and "first" for the first of an incident.
     std::vector<std::string> colRefusals;
     MemoryClock cClock;
     FakeDataBase cDataBase;
@@ -255,20 +288,11 @@ TEST_F(PendingTimesTest, CutThatAlwaysRefusesHindersNoOther)
 
 TEST_F(PendingTimesTest, WritingAllGivesUpAfterTwoRefusals)
 {
-    std::vector<std::shared_ptr<FakeCut>> colCuts;
-    for (int i = 0; i < 6; ++i)
-    {
-        colCuts.push_back(AddRefusing(i));
-        Play(*colCuts.back(), dtNoon + i);
-        colCuts.back()->calls.clear();
-    }
+    const auto colCuts = RefusedPlays(5);
     cClock.Advance(lSecond);
     cHistory.WritePendingTimes(cDataBase);
-    int lTries = 0;
-    for (const auto& cCut : colCuts)
-        lTries += cCut->calls["SetLastPlayed"];
-    EXPECT_EQ(lTries, 2);
-    EXPECT_EQ(cHistory.PendingTimes(), 6u);
+    EXPECT_EQ(Tries(colCuts), 2);
+    EXPECT_EQ(cHistory.PendingTimes(), 5u);
     const auto cNext = AddCut(6);
     Play(*cNext, dtNoon);
     EXPECT_EQ(cNext->calls["SetLastPlayed"], 0) << "a second has to pass after these refusals too";
@@ -276,18 +300,10 @@ TEST_F(PendingTimesTest, WritingAllGivesUpAfterTwoRefusals)
 
 TEST_F(PendingTimesTest, PlayStopsAtTheFirstRefusalOfOthers)
 {
-    const std::vector<std::shared_ptr<FakeCut>> colCuts{AddRefusing(0), AddRefusing(1), AddRefusing(2)};
-    for (const auto& cCut : colCuts)
-    {
-        Play(*cCut, dtNoon);
-        cCut->calls.clear();
-    }
+    const auto colCuts = RefusedPlays(3);
     cClock.Advance(lSecond);
-    Play(*AddCut(3), dtNoon);
-    int lTries = 0;
-    for (const auto& cCut : colCuts)
-        lTries += cCut->calls["SetLastPlayed"];
-    EXPECT_EQ(lTries, 1);
+    Play(*AddCut(4), dtNoon);
+    EXPECT_EQ(Tries(colCuts), 1);
 }
 
 TEST_F(PendingTimesTest, EachIncidentIsReportedAsFirstOnce)
@@ -310,14 +326,11 @@ TEST_F(PendingTimesTest, RefusalThatLeavesNothingPendingEndsItsIncident)
     const auto cCut = AddRefusing(1);
     Play(*cCut, dtNoon);
     cClock.Advance(lSecond);
-    cCut->OnCall = [&](const std::string& sMember) {
-        if (sMember != "SetLastPlayed")
-            return;
-        cCut->OnCall = nullptr;
+    OnceAtSetLastPlayed(*cCut, [&] {
         cCut->failing.clear();
-        Play(*cCut, dtNoon + 1); // is taken, and the one under way is refused
+        Play(*cCut, dtNoon + 1); // is taken, and the one in progress is refused
         cCut->failing.insert("SetLastPlayed");
-    };
+    });
     cHistory.WritePendingTimes(cDataBase);
     EXPECT_EQ(cHistory.PendingTimes(), 0u);
     Play(*cCut, dtNoon + 2);
@@ -336,25 +349,18 @@ TEST_F(PendingTimesTest, LaterPlayOfTheCutReplacesItsPendingTime)
     EXPECT_EQ(cCut->LastPlayed(), dtNoon + 1);
 }
 
-TEST_F(PendingTimesTest, TimeThatOthersSetSinceIsKept)
+TEST_F(PendingTimesTest, ALaterTimeThatOthersSetSinceIsKept)
 {
-    const auto cCut = AddRefusing(1);
-    Play(*cCut, dtNoon);
-    cCut->failing.clear();
-    cCut->SetLastPlayed(dtNoon + 2);
-    cHistory.WritePendingTimes(cDataBase);
-    EXPECT_EQ(cCut->LastPlayed(), dtNoon + 2);
-    EXPECT_EQ(cHistory.PendingTimes(), 0u);
-}
-
-TEST_F(PendingTimesTest, EarlierTimeThatOthersSetSinceIsReplaced)
-{
-    const auto cCut = AddRefusing(1);
-    Play(*cCut, dtNoon);
-    cCut->failing.clear();
-    cCut->SetLastPlayed(dtNoon - 1);
-    cHistory.WritePendingTimes(cDataBase);
-    EXPECT_EQ(cCut->LastPlayed(), dtNoon);
+    for (const DateTime dtTheirs : {dtNoon + 2, dtNoon - 1})
+    {
+        const auto cCut = RefusedPlays(1)[0];
+        cCut->failing.clear();
+        cCut->SetLastPlayed(dtTheirs);
+        cHistory.WritePendingTimes(cDataBase);
+        EXPECT_EQ(cCut->LastPlayed(), std::max(dtTheirs, dtNoon));
+        EXPECT_EQ(cHistory.PendingTimes(), 0u);
+        cDataBase.colCuts.clear();
+    }
 }
 
 TEST_F(PendingTimesTest, TimeOfADatabaseThatWasLeftGoesToNoOther)
@@ -412,47 +418,31 @@ TEST_F(PendingTimesTest, PlayReportedWhileOthersAreWrittenIsNotLost)
 {
     for (const std::uint32_t lSince : {0u, lSecond}) // the report waits, or settles what is pending itself
     {
-        const auto cFirst = AddRefusing(1);
-        const auto cSecond = AddRefusing(2);
-        Play(*cFirst, dtNoon);
-        Play(*cSecond, dtNoon);
-        cFirst->failing.clear();
-        cSecond->failing.clear();
+        const auto colCuts = RefusedPlays(2);
+        for (const auto& cCut : colCuts)
+            cCut->failing.clear();
         cClock.Advance(lSince);
-        bool bCalled = false;
-        cFirst->OnCall = [&](const std::string& sMember) {
-            if (sMember == "SetLastPlayed" && !std::exchange(bCalled, true))
-            {
-                Play(*cSecond, dtNoon + 1);
-                Play(*cFirst, dtNoon + 2);
-            }
-        };
+        OnceAtSetLastPlayed(*colCuts[0], [&] {
+            Play(*colCuts[1], dtNoon + 1);
+            Play(*colCuts[0], dtNoon + 2);
+        });
         cHistory.WritePendingTimes(cDataBase);
-        EXPECT_TRUE(bCalled);
-        cFirst->OnCall = nullptr;
+        EXPECT_FALSE(colCuts[0]->OnCall);
         cHistory.WritePendingTimes(cDataBase);
         EXPECT_EQ(cHistory.PendingTimes(), 0u);
-        EXPECT_EQ(cSecond->LastPlayed(), dtNoon + 1);
+        EXPECT_EQ(colCuts[1]->LastPlayed(), dtNoon + 1);
         cDataBase.colCuts.clear();
     }
 }
 
 TEST_F(PendingTimesTest, WritingWhileTimesAreWrittenWritesNoneTwice)
 {
-    const std::vector<std::shared_ptr<FakeCut>> colCuts{AddRefusing(1), AddRefusing(2)};
+    const auto colCuts = RefusedPlays(2);
     for (const auto& cCut : colCuts)
-    {
-        Play(*cCut, dtNoon);
         cCut->failing.clear();
-        cCut->calls.clear();
-    }
-    bool bCalled = false;
-    colCuts[0]->OnCall = [&](const std::string& sMember) {
-        if (sMember == "SetLastPlayed" && !std::exchange(bCalled, true))
-            cHistory.WritePendingTimes(cDataBase);
-    };
+    OnceAtSetLastPlayed(*colCuts[0], [&] { cHistory.WritePendingTimes(cDataBase); });
     cHistory.WritePendingTimes(cDataBase);
-    EXPECT_TRUE(bCalled);
+    EXPECT_FALSE(colCuts[0]->OnCall);
     for (const auto& cCut : colCuts)
         EXPECT_EQ(cCut->calls["SetLastPlayed"], 1);
 }

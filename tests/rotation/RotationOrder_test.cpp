@@ -22,7 +22,7 @@ protected:
     Station station;
 };
 
-TEST_F(RotationOrderTest, CutGoesFromItsPlaceToTheEndAndTheLogTellsIt)
+TEST_F(RotationOrderTest, CutMovesToTheEndWhichIsLogged)
 {
     for (const wchar_t* sKey : {L"a", L"b", L"c"})
         station.AddCut(sKey);
@@ -64,7 +64,7 @@ TEST_F(RotationOrderTest, CutUnknownByKeyIsFoundByArtistAndTitle)
     EXPECT_EQ(station.Log(), (Lines{L"Sent: moved to back of category: Pop 2"}));
 }
 
-TEST_F(RotationOrderTest, WhatIsMissingOrUnknownGivesFalseInSilence)
+TEST_F(RotationOrderTest, WhatIsMissingOrUnknownGivesFalseWithoutALine)
 {
     const auto cCut = station.AddCut(L"a");
     station.AddCut(L"b");
@@ -115,7 +115,7 @@ TEST_F(RotationOrderTest, WalkNotesItsStepThroughTheSameOperation)
         SendToBackOfCategory(station.cLevel.get(), station.cLevel->SchedCuts()->At(2).get(), context);
     }
     EXPECT_EQ(colOfWalk, colAlone);
-    EXPECT_EQ(colOfWalk.size(), 2u) << "of a cut the database does not know nothing is said";
+    EXPECT_EQ(colOfWalk.size(), 2u) << "no line for a cut the database does not know";
 }
 
 TEST_F(RotationOrderTest, ErrorOfTheDatabaseIsLoggedWithoutABox)

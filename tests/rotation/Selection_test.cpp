@@ -32,7 +32,7 @@ protected:
         return NextCutFromCategory(cState.cLevel, false, nullptr, context);
     }
 
-    // The titles a walk examined, in order, whatever came of them.
+    // The titles a walk examined, in order.
     static Lines Examined(Station& cState)
     {
         Lines colTitles;
@@ -335,7 +335,7 @@ TEST_F(SelectionTest, CutTheDatabaseDoesNotKnowIsMovedByPosition)
     station.cDataBase->Remove(*station.cLevel->SchedCuts()->At(0));
     EXPECT_EQ(NextCut().cCut->Key().Text(), L"a");
     EXPECT_EQ(station.Order(), (Lines{L"b", L"a"}));
-    EXPECT_EQ(station.Log().at(2), L"Next Cut in Category: Pop 2") << "nothing is said";
+    EXPECT_EQ(station.Log().at(2), L"Next Cut in Category: Pop 2") << "no line for it";
 }
 
 TEST_F(SelectionTest, CutRenamedUnannouncedIsMovedByPositionUnderItsOldKey)
@@ -492,7 +492,7 @@ TEST_F(SelectionTest, PassOverIsNoStep)
     station.AddViolators(12);
     station.AddCut(L"13", L"Elm", L"13");
     OnFirstPump([&] {
-        // 1 to 4 come to the head again, and 13 is behind 5 to 12.
+        // 1 to 4 are at the head again, and 13 is behind 5 to 12.
         const std::shared_ptr<CutCollection> colOrder = station.cLevel->SchedCuts();
         for (const int i : {5, 6, 7, 8, 9, 10, 11, 12, 13})
             colOrder->MoveToEnd(*colOrder->PositionOf(std::to_wstring(i)));
@@ -590,7 +590,7 @@ TEST_F(SelectionTest, ErrorWhileMeasuringIsReportedAndBreaksNoRule)
 {
     station.AddCuts(2);
     station.Played(1, L"Ash", L"x")->failing.insert("LastPlayed");
-    // What lets others run must not disturb the candidate under measurement.
+    // What others do in the box must not disturb the candidate under measurement.
     station.OnBox([&] {
         station.cLevel->SetSchedCuts({});
         station.cDataBase->colCuts.clear();
@@ -620,7 +620,7 @@ TEST_F(SelectionTest, ErrorThatEveryCandidateMeetsShowsOneBox)
 
 // ---- the trace
 
-TEST_F(SelectionTest, TraceTellsEachMeasurementAlsoThoseTheLogPassesOver)
+TEST_F(SelectionTest, TraceHasEachMeasurementAlsoThoseTheLogLeavesOut)
 {
     station.AddCuts(3);
     station.PlayedSecondsAgo(1001, L"x", L"Sun");

@@ -31,25 +31,25 @@ class Station
 public:
     Station()
     {
-        m_world.cClock.SetNow(DateTimeOf({2026, 11, 21, 12, 0, 0}));
-        m_world.cFiles.MakeFolders(L"C:\\Host\\Debugging Logs\\Scheduler");
-        m_world.cFiles.MakeFolders(L"C:\\Host\\Scheduler\\Rules");
+        m_cPorts.cClock.SetNow(DateTimeOf({2026, 11, 21, 12, 0, 0}));
+        m_cPorts.cFiles.MakeFolders(L"C:\\Host\\Debugging Logs\\Scheduler");
+        m_cPorts.cFiles.MakeFolders(L"C:\\Host\\Scheduler\\Rules");
         cMod.StoreAppPath(L"C:\\Host");
         colMainCats->Add(TextKey(cMainCat->CatID()), cMainCat);
         cMainCat->AddSubCat(cLevel);
         SetRules({false, 60, 60, -1});
     }
 
-    // ---- the outside
-    DateTime Now() const { return m_world.cClock.Now(); }
-    void SetNow(DateTime dtNow) { m_world.cClock.SetNow(dtNow); }
-    void OnPump(std::function<void()> action) { m_world.cHostLoop.OnPump = std::move(action); }
-    void OnBox(std::function<void()> action) { m_world.cMessages.OnShown = std::move(action); }
-    int PumpCount() const { return m_world.cHostLoop.lPumps; }
-    std::vector<ShownBox>& Boxes() { return m_world.cMessages.Boxes; }
+    // ---- the ports
+    DateTime Now() const { return m_cPorts.cClock.Now(); }
+    void SetNow(DateTime dtNow) { m_cPorts.cClock.SetNow(dtNow); }
+    void OnPump(std::function<void()> action) { m_cPorts.cHostLoop.OnPump = std::move(action); }
+    void OnBox(std::function<void()> action) { m_cPorts.cMessages.OnShown = std::move(action); }
+    int PumpCount() const { return m_cPorts.cHostLoop.lPumps; }
+    std::vector<ShownBox>& Boxes() { return m_cPorts.cMessages.Boxes; }
 
     // ---- cuts
-    // A cut of the database that no level holds. Without a title its key is its title.
+    // A cut of the database that is in no level. Without a title its key is its title.
     std::shared_ptr<FakeCut> NewCut(const std::wstring& sKey, const std::wstring& sArtist = L"Artist",
                                     const std::wstring& sTitle = {}, const CutOptions& options = {})
     {
@@ -64,7 +64,7 @@ public:
         cDataBase->colCuts.push_back(cCut);
         return cCut;
     }
-    // The same, placed at the end of the level.
+    // Such a cut, at the end of the level.
     std::shared_ptr<FakeCut> AddCut(const std::wstring& sKey, const std::wstring& sArtist = L"Artist",
                                     const std::wstring& sTitle = {}, const CutOptions& options = {})
     {
@@ -146,7 +146,7 @@ public:
         return PlayedSecondsAgo(lMinutesAgo * 60, sArtist, sTitle, sAlbum);
     }
 
-    // ---- the debug log: its lines without the one that tells of its creation
+    // ---- the debug log: its lines without the one of its creation
     std::vector<std::wstring> Log() const { return Column(stampWidth, std::wstring::npos); }
     std::vector<std::wstring> LogStamps() const { return Column(0, stampWidth); }
     int Count(const std::wstring& sLine) const
@@ -168,10 +168,10 @@ private:
     std::vector<std::wstring> Column(std::size_t from, std::size_t width) const
     {
         static const std::wstring sFile = L"C:\\Host\\Debugging Logs\\Scheduler\\Scheduler 21.deb";
-        if (!m_world.cFiles.FileExists(sFile))
+        if (!m_cPorts.cFiles.FileExists(sFile))
             return {};
         std::vector<std::wstring> colLines =
-            Split(m_world.cCodePage.Decode(m_world.cFiles.Get(sFile)), sCrLf);
+            Split(m_cPorts.cCodePage.Decode(m_cPorts.cFiles.Get(sFile)), sCrLf);
         colLines.pop_back(); // the end of the last line
         colLines.erase(colLines.begin());
         for (std::wstring& sLine : colLines)
@@ -179,13 +179,13 @@ private:
         return colLines;
     }
 
-    MemoryPorts m_world;
+    MemoryPorts m_cPorts;
     int m_lPlays = 0;
 
 public:
     bool bFairRotation = false;
-    ModScheduler cMod{m_world.Ports()};
-    PlayHistory cHistory{m_world.cClock, [this](const RuntimeError& cError, bool bFirst) {
+    ModScheduler cMod{m_cPorts.Ports()};
+    PlayHistory cHistory{m_cPorts.cClock, [this](const RuntimeError& cError, bool bFirst) {
                              cMod.DISPLAYERROR(L"Refused", bFirst, cError);
                          }};
     std::shared_ptr<FakeDataBase> cDataBase = std::make_shared<FakeDataBase>();
