@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A host is killed at any moment of anything it does, over a real database and real files. Each order is then
-// the one before or after, each cut is in the place it had or the one it was to have, and the next start
-// finds nothing to complain of. A few kills as a rule, a thousand with RAVLO_LONG; RAVLO_SEED gives another
-// course.
+// A host is killed at any moment of any operation, over a real database and real files. Each order is then
+// the old or the new one, each cut is in its old or its new place, and the next start reports nothing. A few
+// kills as a rule, a thousand with RAVLO_LONG; RAVLO_SEED varies them.
 
 #include "killed/Station.h"
 
@@ -25,22 +24,22 @@ namespace ravlo::test
 namespace
 {
 
-using Chance = std::mt19937;
+using RandomNumbers = std::mt19937;
 using Microseconds = std::chrono::microseconds;
 
 // ---- what a host does; its choices come only from the seed, so that it can be repeated
 
-std::shared_ptr<clsCat> AnyMainCat(const Host& host, Chance& cChance)
+std::shared_ptr<clsCat> AnyMainCat(const Host& host, RandomNumbers& cRandom)
 {
     const CatCollection& colMainCats = *host.cSchedMan->colMainCats();
-    return colMainCats.At(cChance() % colMainCats.Count());
+    return colMainCats.At(cRandom() % colMainCats.Count());
 }
 
 // Null when the category it tries has none.
-std::shared_ptr<clsCat> AnyLevel(const Host& host, Chance& cChance)
+std::shared_ptr<clsCat> AnyLevel(const Host& host, RandomNumbers& cRandom)
 {
-    const std::shared_ptr<CatCollection> colLevels = AnyMainCat(host, cChance)->SubCats();
-    return colLevels->Empty() ? nullptr : colLevels->At(cChance() % colLevels->Count());
+    const std::shared_ptr<CatCollection> colLevels = AnyMainCat(host, cRandom)->SubCats();
+    return colLevels->Empty() ? nullptr : colLevels->At(cRandom() % colLevels->Count());
 }
 
 Cuts CutsOf(const clsCat& cLevel)
@@ -49,10 +48,10 @@ Cuts CutsOf(const clsCat& cLevel)
     return {colCuts->begin(), colCuts->end()};
 }
 
-void Picks(Host& host, Chance& cChance)
+void Picks(Host& host, RandomNumbers& cRandom)
 {
     for (int lPick = 0; lPick < 4; ++lPick)
-        if (const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cChance))
+        if (const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cRandom))
         {
             std::shared_ptr<clsCat> cMainCat;
             std::shared_ptr<clsCat> cSubCat;
@@ -64,69 +63,72 @@ void Picks(Host& host, Chance& cChance)
         }
 }
 
-void Save(Host& host, Chance& cChance)
+void Save(Host& host, RandomNumbers& cRandom)
 {
     for (const std::shared_ptr<clsCat>& cMainCat : *host.cSchedMan->colMainCats())
         for (const std::shared_ptr<clsCat>& cLevel : *cMainCat->SubCats())
             if (!cLevel->SchedCuts()->Empty())
-                cLevel->SchedCuts()->MoveToEnd(cChance() % cLevel->SchedCuts()->Count());
+                cLevel->SchedCuts()->MoveToEnd(cRandom() % cLevel->SchedCuts()->Count());
     host.cSchedMan->SaveHistoryAndOrdering(nullptr);
     host.cSchedMan->SaveCatNames();
 }
 
-void MoveInLevel(Host& host, Chance& cChance)
+void MoveInLevel(Host& host, RandomNumbers& cRandom)
 {
-    const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cChance);
+    const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cRandom);
     if (cLevel && !cLevel->SchedCuts()->Empty())
         host.cSchedMan->MoveCutsInCategory(cLevel, {CutsOf(*cLevel).back()}, 1);
 }
 
-void Shuffle(Host& host, Chance& cChance) { host.cSchedMan->ShuffleCategories({AnyMainCat(host, cChance)}); }
-
-// A cut that stands in one level alone, among many others; null when the level it tries is too small. A
-// database tells of its changes after they are made: one that takes a level's last cut, followed by a kill,
-// leaves an order that speaks of a level that is gone, and the next start says so.
-std::shared_ptr<Cut> AnyAmongMany(const Host& host, Chance& cChance)
+void Shuffle(Host& host, RandomNumbers& cRandom)
 {
-    const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cChance);
+    host.cSchedMan->ShuffleCategories({AnyMainCat(host, cRandom)});
+}
+
+// A cut that is in one level alone, among many others; null when the level it tries is too small. A database
+// announces its changes after they are made: after one that takes a level's last cut and a kill, the saved
+// order contains a level that is gone, and the next start reports it.
+std::shared_ptr<Cut> AnyAmongMany(const Host& host, RandomNumbers& cRandom)
+{
+    const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cRandom);
     if (!cLevel || cLevel->TotalCuts() < 10)
         return nullptr;
-    const std::shared_ptr<Cut> cCut = CutsOf(*cLevel)[cChance() % 3];
+    const std::shared_ptr<Cut> cCut = CutsOf(*cLevel)[cRandom() % 3];
     return cCut->CategoryNames().size() == 1 ? cCut : nullptr;
 }
 
 // New cuts, and new titles and categories for old ones.
-void Import(Host& host, Chance& cChance)
+void Import(Host& host, RandomNumbers& cRandom)
 {
     std::string csv = "path,artist,title,categories,level\n";
     const auto row = [&](const std::wstring& sKey) {
-        csv += std::string(sKey.begin(), sKey.end()) + ",Artist " + std::to_string(cChance() % 9) +
-               ",Title " + std::to_string(cChance() % 99) + "," + (cChance() % 2 == 0 ? "Pop" : "Rock/Soul") +
-               "," + std::to_string(1 + cChance() % 3) + "\n";
+        csv += std::string(sKey.begin(), sKey.end()) + ",Artist " + std::to_string(cRandom() % 9) +
+               ",Title " + std::to_string(cRandom() % 99) + "," + (cRandom() % 2 == 0 ? "Pop" : "Rock/Soul") +
+               "," + std::to_string(1 + cRandom() % 3) + "\n";
     };
     for (int lRow = 0; lRow < 5; ++lRow)
-        if (const std::wstring sKey = L"D:\\" + std::to_wstring(cChance() % 300) + L".mp3";
+        if (const std::wstring sKey = L"D:\\" + std::to_wstring(cRandom() % 300) + L".mp3";
             !host.cStore->CutByKey(TextKey(sKey)))
             row(sKey);
     for (int lRow = 0; lRow < 4; ++lRow)
-        if (const std::shared_ptr<Cut> cCut = AnyAmongMany(host, cChance))
+        if (const std::shared_ptr<Cut> cCut = AnyAmongMany(host, cRandom))
             row(cCut->Key().Text());
     host.Import(csv);
 }
 
-void RemoveCuts(Host& host, Chance& cChance)
+void RemoveCuts(Host& host, RandomNumbers& cRandom)
 {
     Cuts colGone;
     for (int lCut = 0; lCut < 3; ++lCut)
-        if (const std::shared_ptr<Cut> cCut = AnyAmongMany(host, cChance))
+        if (const std::shared_ptr<Cut> cCut = AnyAmongMany(host, cRandom))
             colGone.push_back(cCut);
     host.cStore->RemoveCuts(colGone);
 }
 
-void MoveOrCopy(Host& host, Chance& cChance, eCatDragOptions eOption, const std::shared_ptr<clsCat>& cTo,
-                std::size_t most)
+void MoveOrCopy(Host& host, RandomNumbers& cRandom, eCatDragOptions eOption,
+                const std::shared_ptr<clsCat>& cTo, std::size_t most)
 {
-    const std::shared_ptr<clsCat> cFrom = AnyLevel(host, cChance);
+    const std::shared_ptr<clsCat> cFrom = AnyLevel(host, cRandom);
     if (!cFrom || !cTo)
         return;
     Cuts colCuts = CutsOf(*cFrom);
@@ -136,55 +138,55 @@ void MoveOrCopy(Host& host, Chance& cChance, eCatDragOptions eOption, const std:
 }
 
 constexpr std::size_t lAll = 1000;
-void MoveSome(Host& host, Chance& cChance)
+void MoveSome(Host& host, RandomNumbers& cRandom)
 {
-    MoveOrCopy(host, cChance, eMoveHere, AnyLevel(host, cChance), 3);
+    MoveOrCopy(host, cRandom, eMoveHere, AnyLevel(host, cRandom), 3);
 }
-void MoveAll(Host& host, Chance& cChance)
+void MoveAll(Host& host, RandomNumbers& cRandom)
 {
-    MoveOrCopy(host, cChance, eMoveHere, AnyLevel(host, cChance), lAll);
+    MoveOrCopy(host, cRandom, eMoveHere, AnyLevel(host, cRandom), lAll);
 }
-void MoveExclusive(Host& host, Chance& cChance)
+void MoveExclusive(Host& host, RandomNumbers& cRandom)
 {
-    MoveOrCopy(host, cChance, eMoveExclusiveHere, AnyLevel(host, cChance), 5);
+    MoveOrCopy(host, cRandom, eMoveExclusiveHere, AnyLevel(host, cRandom), 5);
 }
-void CopyAll(Host& host, Chance& cChance)
+void CopyAll(Host& host, RandomNumbers& cRandom)
 {
-    MoveOrCopy(host, cChance, eCopyHere, AnyMainCat(host, cChance), lAll);
+    MoveOrCopy(host, cRandom, eCopyHere, AnyMainCat(host, cRandom), lAll);
 }
 
-void DeleteLevel(Host& host, Chance& cChance)
+void DeleteLevel(Host& host, RandomNumbers& cRandom)
 {
-    if (const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cChance))
+    if (const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cRandom))
         host.cSchedMan->DeleteCats({cLevel});
 }
 
-void DeleteCategory(Host& host, Chance& cChance)
+void DeleteCategory(Host& host, RandomNumbers& cRandom)
 {
     if (host.cSchedMan->colMainCats()->Count() > 3)
-        host.cSchedMan->DeleteCats({AnyMainCat(host, cChance)});
+        host.cSchedMan->DeleteCats({AnyMainCat(host, cRandom)});
 }
 
-void Create(Host& host, Chance& cChance)
+void Create(Host& host, RandomNumbers& cRandom)
 {
-    std::wstring sName = L"New " + std::to_wstring(cChance() % 5);
+    std::wstring sName = L"New " + std::to_wstring(cRandom() % 5);
     if (!host.MainCat(sName))
         host.cSchedMan->CreateMainCat(sName);
-    host.world.cMessages.Typed = {std::to_wstring(2 + cChance() % 5)};
-    host.cSchedMan->CreateCatLevel(AnyMainCat(host, cChance));
+    host.cPorts.cMessages.Typed = {std::to_wstring(2 + cRandom() % 5)};
+    host.cSchedMan->CreateCatLevel(AnyMainCat(host, cRandom));
 }
 
-void RulesAndSettings(Host& host, Chance& cChance)
+void RulesAndSettings(Host& host, RandomNumbers& cRandom)
 {
-    host.cMod.SetGlobalArtistSepMins(static_cast<std::int32_t>(cChance() % 90));
-    if (const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cChance))
-        cLevel->Rules()->SetTitleSepMins(static_cast<std::int32_t>(cChance() % 90));
+    host.cMod.SetGlobalArtistSepMins(static_cast<std::int32_t>(cRandom() % 90));
+    if (const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cRandom))
+        cLevel->Rules()->SetTitleSepMins(static_cast<std::int32_t>(cRandom() % 90));
 }
 
 struct Work
 {
     const char* sName;
-    void (*run)(Host&, Chance&);
+    void (*run)(Host&, RandomNumbers&);
 };
 constexpr Work works[] = {
     {"picks", Picks},
@@ -219,7 +221,7 @@ bool AgreeInOrder(Keys colLeft, Keys colRight)
     return colLeft == colRight;
 }
 
-// Each entry of what is there now is that of before or after, and so is the lack of one.
+// Each entry is the one before or after, and so is a missing one.
 template <class Map> void ExpectOldOrNew(const Map& now, const Map& before, const Map& after)
 {
     const auto valueIn = [](const Map& map, const auto& key) {
@@ -254,7 +256,7 @@ void ExpectOrdersOldOrNew(const State& now, const std::vector<Orders>& colSteps)
         const auto& sLevel = level.first;
         const auto& colKeys = level.second;
         EXPECT_TRUE(colEver.count(sLevel) == 1) << testing::PrintToString(sLevel) << " is new";
-        // A level that the work was making has no order yet that could be lost.
+        // A level that the work was creating has no order to lose yet.
         if (colSteps.front().count(sLevel) == 0)
             continue;
         EXPECT_TRUE(std::any_of(
@@ -288,7 +290,7 @@ protected:
     void TearDown() override { munmap(m_pShared, sizeof(Shared)); }
 
     // Does the work in a host of its own, which is killed that long after it was populated, or, without
-    // bStarted, after it was begun.
+    // bStarted, after its start.
     void Kill(const Work& work, unsigned lSeed, bool bStarted, Microseconds lAfter)
     {
         m_pShared->bStarted = false;
@@ -299,8 +301,8 @@ protected:
             {
                 Host host(m_cState, lSeed);
                 m_pShared->bStarted = true;
-                Chance cChance(lSeed);
-                work.run(host, cChance);
+                RandomNumbers cRandom(lSeed);
+                work.run(host, cRandom);
             }
             for (;;)
                 pause();
@@ -321,11 +323,11 @@ protected:
     }
 
     // One kill in the middle of one work, and what is left of the station.
-    void Round(const Work& work, Chance& cChance)
+    void Round(const Work& work, RandomNumbers& cRandom)
     {
-        const unsigned lSeed = static_cast<unsigned>(cChance());
+        const unsigned lSeed = static_cast<unsigned>(cRandom());
         const State before = m_cState.Read();
-        // The same to its end, on a copy.
+        // The whole work, on a copy.
         const Station twin(m_cState);
         std::vector<Orders> colSteps{before.orders};
         Microseconds lStart{};
@@ -334,7 +336,7 @@ protected:
             const auto begin = std::chrono::steady_clock::now();
             Host host(twin, lSeed);
             const auto started = std::chrono::steady_clock::now();
-            Chance cSame(lSeed);
+            RandomNumbers cSame(lSeed);
             work.run(host, cSame);
             lWork = std::chrono::duration_cast<Microseconds>(std::chrono::steady_clock::now() - started);
             lStart = std::chrono::duration_cast<Microseconds>(started - begin);
@@ -344,9 +346,9 @@ protected:
         EXPECT_EQ(after.colBoxes, Boxes());
         colSteps.push_back(after.orders);
 
-        const bool bStarted = cChance() % 8 != 0;
+        const bool bStarted = cRandom() % 8 != 0;
         const auto most = static_cast<unsigned>((bStarted ? lWork : lStart).count() * 5 / 4 + 1);
-        Kill(work, lSeed, bStarted, Microseconds(cChance() % most));
+        Kill(work, lSeed, bStarted, Microseconds(cRandom() % most));
 
         m_cState.ExpectTidy();
         const State now = m_cState.Read();
@@ -371,11 +373,11 @@ TEST_F(KillCampaign, LeavesEverythingOldOrNew)
 {
     const long lKills = NumberIn("RAVLO_LONG", 0) != 0 ? 1000 : 3 * static_cast<long>(std::size(works));
     const auto lSeed = static_cast<unsigned>(NumberIn("RAVLO_SEED", 20261121));
-    Chance cChance(lSeed);
+    RandomNumbers cRandom(lSeed);
     for (long lKill = 0; lKill < lKills && !HasFailure(); ++lKill)
     {
         const Work& work = works[static_cast<std::size_t>(lKill) % std::size(works)];
-        Round(work, cChance);
+        Round(work, cRandom);
         if (lKill % 100 == 99)
             std::printf("%ld kills\n", lKill + 1), std::fflush(stdout);
         EXPECT_FALSE(HasFailure()) << "kill " << lKill << " of seed " << lSeed << ", in: " << work.sName;

@@ -92,7 +92,7 @@ State Station::Read() const
     for (const auto& entry : fs::recursive_directory_iterator(m_folder / "Scheduler"))
         if (const std::string sKind = entry.path().extension().string(); sKind == ".rls" || sKind == ".dat")
             state.files[fs::relative(entry.path(), m_folder).string()] = BytesOf(entry.path());
-    state.colBoxes = host.world.cMessages.Boxes;
+    state.colBoxes = host.cPorts.cMessages.Boxes;
     return state;
 }
 
@@ -112,9 +112,9 @@ void Station::ExpectTidy() const
 }
 
 Host::Host(const Station& cState, unsigned lSeed)
-    : cMod(world.PortsWith(cFiles)), m_csv(cState.Folder() / "import.csv")
+    : cMod(cPorts.PortsWith(cFiles)), m_csv(cState.Folder() / "import.csv")
 {
-    world.cRandom = SeededRandom(lSeed);
+    cPorts.cRandom = SeededRandom(lSeed);
     cStore->Open((cState.Folder() / sDataBase).wstring());
     cSchedMan = std::make_shared<clsSchedMan>(cMod);
     cSchedMan->SetRotatesAllowed(true);

@@ -24,7 +24,7 @@ using Boxes = std::vector<ShownBox>;
 struct State
 {
     Orders orders;
-    std::map<std::wstring, std::wstring> cuts;       // key -> what the database says of it
+    std::map<std::wstring, std::wstring> cuts;       // key -> its values in the database
     std::map<std::wstring, std::wstring> categories; // folded name -> name
     std::map<std::string, std::string> files;        // rules and settings: path -> bytes
     Boxes colBoxes;
@@ -43,8 +43,8 @@ public:
 
     const std::filesystem::path& Folder() const { return m_folder; }
     State Read() const;
-    // Nothing lies about but what the rules allow: a killed replacement's temporary file. These are made old,
-    // so that the next start has to take them away.
+    // No leftovers but what the rules allow: a killed replacement's temporary file. Makes these old, so that
+    // the next start has to delete them.
     void ExpectTidy() const;
 
 private:
@@ -69,7 +69,7 @@ private:
     };
 };
 
-// A host at work on a station, from its population on. Its chance comes from the seed.
+// A host at work on a station, from its population on. Its random numbers come from the seed.
 class Host
 {
 public:
@@ -79,13 +79,13 @@ public:
     Host& operator=(const Host&) = delete;
 
     Orders AllOrders() const;
-    // The orders at this moment are as good as those of before and after.
+    // The orders of this moment are as valid as those before and after.
     void NoteOrders() { colSteps.push_back(AllOrders()); }
     std::shared_ptr<clsCat> MainCat(const std::wstring& sName) const;
     // Hands the database a library CSV.
     void Import(const std::string& csv);
 
-    MemoryPorts world;
+    MemoryPorts cPorts;
     PosixFiles cFiles;
     ModScheduler cMod;
     std::shared_ptr<BatchingStore> cStore = std::make_shared<BatchingStore>();

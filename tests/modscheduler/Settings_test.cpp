@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "platform/memory/FailingFiles.h"
 #include "support/EngineTest.h"
 
 #include <gtest/gtest.h>
@@ -256,29 +255,6 @@ TEST_F(SettingsTest, AFailedSaveIsOnlyLogged)
                                            L"DISPLAYERROR, SaveSettings 75 Path/File access error"}));
     EXPECT_EQ(File(), old);
     EXPECT_TRUE(cPorts.TemporaryFiles().empty());
-}
-
-TEST_F(SettingsTest, AFailureAtAnyStepOfASaveLeavesTheOldFileOrTheNewOne)
-{
-    for (int lGood = 0;; ++lGood)
-    {
-        MemoryPorts cDisk; // without a log, whose lines would be steps too
-        cDisk.cFiles.Put(sFile, old);
-        FailingFiles cFiles(cDisk.cFiles, lGood);
-        ModScheduler cOther(cDisk.PortsWith(cFiles));
-        cOther.StoreAppPath(sRadio);
-        cOther.LoadSettings();
-        cOther.SetGlobalTitleSepMins(9);
-        EXPECT_EQ(SettingsOf(cOther), (Mins{1, 9, 3})) << "the value counts, saved or not";
-        EXPECT_EQ(cDisk.cFiles.Get(sFile), cFiles.bFailed ? old : "1\r\n9\r\n3\r\n");
-        EXPECT_EQ(cDisk.cFiles.Paths().size(), 1u) << "no temporary file is left";
-        EXPECT_TRUE(cDisk.cMessages.Boxes.empty());
-        if (!cFiles.bFailed)
-        {
-            EXPECT_EQ(lGood, 4) << "create, write, flush, rename";
-            break;
-        }
-    }
 }
 
 TEST_F(SettingsTest, AnyBytesGiveMinutesThatAreNotNegative)

@@ -398,15 +398,14 @@ TEST_F(BatchTest, OperationsCommitBeforeAnythingThatLetsOthersRun)
 
 TEST_F(BatchTest, ARefusedMoveChangesNothing)
 {
+    const std::wstring sTree = Tree();
     cBatching->bRefusesCommit = true;
     ChangeRock(eMoveHere, Level(L"Pop", 2));
-    EXPECT_EQ(Order(L"Pop", 2), Keys{L"p"});
-    EXPECT_EQ(Order(L"Rock", 1).size(), 110u);
+    EXPECT_EQ(Tree(), sTree);
     EXPECT_EQ(TotalOf(L"Rock", 1), 110 * 180'000);
     EXPECT_EQ(TotalOf(L"Pop", 2), 180'000);
     EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in DoMassCatChange [cSchedMan]", CriticalText(61))}));
     EXPECT_EQ(Written(), Lines());
-    Forget();
     cBatching->cInner.Announce(&DataBaseEvents::CutsModified, CutsOf(L"Rock"));
     EXPECT_EQ(Written(), Lines()) << "tree and database agree";
 }
@@ -510,10 +509,14 @@ TEST_F(MoveCutsTest, CutsAreInsertedBeforeTheOneAtThePosition)
          })
     {
         SCOPED_TRACE(std::string(c.sCuts) + " to " + std::to_string(c.lPosInto));
+        CutOf(L"4")->calls.clear();
         Move("123456789", 1);
         Forget();
         EXPECT_EQ(Move(c.sCuts, c.lPosInto), c.sOrder);
-        EXPECT_EQ(Written(), (Lines{L"Rock"}));
+        EXPECT_EQ(Written(), Lines{L"Rock"});
+        EXPECT_EQ(File(L"Rock").substr(510, 1), std::string(1, c.sOrder[0]));
+        EXPECT_EQ(TotalOf(L"Rock", 1), 9 * 180'000);
+        EXPECT_EQ(CutOf(L"4")->calls.count("RemoveCategoryName"), 0u) << "only the order changes";
         EXPECT_EQ(boxes, Boxes());
     }
 }
@@ -538,19 +541,6 @@ TEST_F(MoveCutsTest, EveryMoveAgreesWithRemovingAndInsertingByHand)
                 sExpected.pop_back();
                 ASSERT_EQ(Move(sCuts, lInto), sExpected) << sCuts << " to " << lInto;
             }
-}
-
-TEST_F(MoveCutsTest, OnlyTheOrderChanges)
-{
-    Move("456", 1);
-    EXPECT_EQ(TotalOf(L"Rock", 1), 9 * 180'000);
-    for (const std::shared_ptr<Cut>& cCut : *Level(L"Rock", 1)->SchedCuts())
-    {
-        const auto& cFake = static_cast<FakeCut&>(*cCut);
-        EXPECT_EQ(cFake.CategoryText(), L"Rock");
-        EXPECT_EQ(cFake.calls.count("RemoveCategoryName"), 0u);
-    }
-    EXPECT_EQ(File(L"Rock").substr(510, 1), "4");
 }
 
 TEST_F(MoveCutsTest, CutsOfAnotherLevelChangeAndSaveNothing)

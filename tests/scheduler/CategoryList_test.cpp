@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/CategoryList.h"
 
-#include "platform/memory/FailingFiles.h"
 #include "support/SchedulerTest.h"
 
 #include <gtest/gtest.h>
@@ -124,48 +123,6 @@ TEST_F(CategoryListTest, AFailureIsShownAndFalse)
     EXPECT_EQ(cPorts.LogMessages(), Lines{L"75 Path/File access error"});
     EXPECT_EQ(File(), "old");
     EXPECT_TRUE(cPorts.TemporaryFiles().empty());
-}
-
-TEST_F(CategoryListTest, AFailureAtAnyStepLeavesTheOldListOrTheNewOne)
-{
-    for (const std::string old : {"\r\nOld", "\r\nRock\r\nRock\r\nJazz"})
-        for (int lGood = 0;; ++lGood)
-        {
-            const bool bDamaged = old != "\r\nOld";
-            MemoryPorts cDisk;
-            cDisk.cFiles.Put(sMainCatsPath, old);
-            FailingFiles cFiles(cDisk.cFiles, lGood);
-            ModScheduler cOther(cDisk.PortsWith(cFiles));
-            cOther.StoreAppPath(sRadio);
-            CategoryList cOtherList(cOther);
-            cOtherList.ReadForTree(sRadio);
-            cOtherList.Serve();
-            cDisk.cMessages.Boxes.clear();
-            const auto save = [&] { return cOtherList.SaveCatNames(Cats({L"New"}).get(), sRadio); };
-            const auto kept = [&] {
-                return cDisk.cFiles.FileExists(sBak) ? cDisk.cFiles.Get(sBak) : std::string("none");
-            };
-            const bool bSaved = save();
-            EXPECT_TRUE(bSaved || cFiles.bFailed);
-            EXPECT_EQ(cDisk.cFiles.Get(sMainCatsPath), bSaved ? "\r\nNew" : old);
-            EXPECT_TRUE(kept() == (bDamaged ? old : "none") || !bSaved) << kept();
-            EXPECT_TRUE(kept() == old || kept() == "none");
-            EXPECT_EQ(cDisk.cMessages.Boxes.size(), bSaved ? 0u : 1u);
-            if (!cFiles.bFailed)
-            {
-                EXPECT_TRUE(bDamaged || lGood == 4) << "create, write, flush, rename";
-                break;
-            }
-            if (bDamaged)
-            {
-                EXPECT_TRUE(save()) << "and the next try does both";
-                EXPECT_EQ(kept(), old);
-                continue;
-            }
-            EXPECT_EQ(cDisk.cFiles.Paths().size(), 1u) << "no temporary file is left";
-            EXPECT_EQ(cDisk.cMessages.Boxes,
-                      Boxes{CriticalBox(L"Error in SaveCatNames [cSchedMan]", L"61 Disk full")});
-        }
 }
 
 // ---- reading

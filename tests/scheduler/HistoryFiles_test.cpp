@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/HistoryFiles.h"
 
-#include "platform/memory/FailingFiles.h"
 #include "support/SchedulerTest.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <limits>
 #include <random>
 
 namespace ravlo::test
@@ -87,25 +85,6 @@ protected:
     std::shared_ptr<CatCollection> colMainCats = std::make_shared<CatCollection>();
     FakeDataBase cDataBase;
     Boxes& boxes = cPorts.cMessages.Boxes;
-};
-
-// History files on a disk of their own, which may be made to fail.
-struct OtherDisk : MemoryPorts
-{
-    OtherDisk(EventRelay& cRelay, int lGoodSteps) : cFailing(cFiles, lGoodSteps), cHistory(cMod, cRelay)
-    {
-        cMod.StoreAppPath(sRadio);
-    }
-    // The content of a category's file, or of a copy of it; "none" when there is none.
-    std::string Get(const std::wstring& sName, const wchar_t* sCopy = L"") const
-    {
-        const std::wstring sPath = SifPath(sName) + sCopy;
-        return cFiles.FileExists(sPath) ? cFiles.Get(sPath) : "none";
-    }
-
-    FailingFiles cFailing;
-    ModScheduler cMod{PortsWith(cFailing)};
-    HistoryFiles cHistory;
 };
 
 const std::wstring sSaveTitle = L"Error in SaveHistoryAndOrdering [cSchedMan]";
@@ -229,38 +208,41 @@ TEST_F(HistoryFilesTest, ASaveReportsEvery20thRecordOncePer100Milliseconds)
     EXPECT_EQ(cPorts.cHostLoop.lSleeps, 0);
 }
 
-TEST_F(HistoryFilesTest, WithoutAnyRecordNothingIsWrittenAndAnOldFileStays)
+TEST_F(HistoryFilesTest, WhatHasNoRecordsOrNoFileIsNotSaved)
 {
-    cPorts.cFiles.Put(SifPath(L"Rock"), "old");
-    EXPECT_EQ(Save(NewMainCat(L"Rock")), Saved::NoRecords);
-    EXPECT_EQ(File(L"Rock"), "old");
-    EXPECT_TRUE(boxes.empty());
-    EXPECT_TRUE(cHost.colSaid.empty());
-}
-
-TEST_F(HistoryFilesTest, ALevelIsNoMainCategory)
-{
-    const auto cMainCat = NewMainCatOf(L"Rock", 1);
-    EXPECT_EQ(Save(cMainCat->SubCat(1)), Saved::NotMain);
-    EXPECT_EQ(boxes, Boxes{OkBox(BoxIcon::None, L"RavloScheduler",
-                                 L"SaveScheduleInfo was expecting a MAIN (level 0) cat!")});
-    EXPECT_TRUE(cPorts.cFiles.Paths().empty());
-}
-
-TEST_F(HistoryFilesTest, ANameThatCanBeNoFilesNameIsReported)
-{
-    EXPECT_EQ(Save(NewMainCat(L"AC/DC", {1})), Saved::Failed);
-    EXPECT_EQ(boxes, Boxes{CriticalBox(sSaveTitle, L"52 Bad file name: \"AC/DC\"")});
-    EXPECT_EQ(cPorts.cFiles.Paths(), Lines{RadioPorts::LogPath()});
+    ModScheduler cPathless(cPorts.Ports());
+    HistoryFiles cPathlessFiles(cPathless, cRelay);
+    const auto cRock = NewMainCatOf(L"Rock", 1);
+    const struct
+    {
+        HistoryFiles& cFiles;
+        std::shared_ptr<clsCat> cCat;
+        Saved eSaved;
+        Boxes colBoxes;
+    } rows[] = {
+        {cFiles, NewMainCat(L"Empty"), Saved::NoRecords, {}},
+        {cFiles,
+         cRock->SubCat(1),
+         Saved::NotMain,
+         {OkBox(BoxIcon::None, L"RavloScheduler", L"SaveScheduleInfo was expecting a MAIN (level 0) cat!")}},
+        {cFiles,
+         NewMainCat(L"AC/DC", {1}),
+         Saved::Failed,
+         {CriticalBox(sSaveTitle, L"52 Bad file name: \"AC/DC\"")}},
+        {cPathlessFiles, cRock, Saved::Failed, {CriticalBox(sSaveTitle, L"76 Path not found: Rock")}},
+    };
+    cPorts.cFiles.Put(SifPath(L"Empty"), "old");
+    for (const auto& row : rows)
+    {
+        boxes.clear();
+        EXPECT_EQ(row.cFiles.Save(row.cCat), row.eSaved);
+        EXPECT_EQ(boxes, row.colBoxes);
+        EXPECT_TRUE(cHost.colSaid.empty());
+    }
+    EXPECT_EQ(File(L"Empty"), "old");
+    EXPECT_EQ(cPorts.cFiles.Paths().size(), 2u) << "that and the log";
     EXPECT_EQ(Save(NewMainCat(L"..", {1})), Saved::Yes) << "dots are fine";
     EXPECT_EQ(cPorts.cFiles.Get(sFolder + std::wstring(L"\\...sif")), SifMarker(1));
-}
-
-TEST_F(HistoryFilesTest, WithoutAnApplicationPathASaveFails)
-{
-    ModScheduler cOther(cPorts.Ports());
-    EXPECT_EQ(HistoryFiles(cOther, cRelay).Save(NewMainCat(L"Rock", {1})), Saved::Failed);
-    EXPECT_EQ(boxes, Boxes{CriticalBox(sSaveTitle, L"76 Path not found: Rock")});
 }
 
 TEST_F(HistoryFilesTest, ACutWithoutKeyIsReportedAndTheOldFileStays)
@@ -471,66 +453,6 @@ TEST_F(HistoryFilesTest, AQuietSaveThatFailsIsRetriedUntilTheCategoryIsSavedOrGo
     EXPECT_TRUE(cPorts.cFiles.Operations().empty());
 }
 
-// ---- failing files
-
-TEST_F(HistoryFilesTest, AnyFailureOfASaveLosesNothingAndIsShownPerCategory)
-{
-    NewMainCatOf(L"Rock", 3);
-    NewMainCat(L"Pop", {1});
-    const std::pair<const wchar_t*, std::string> files[] = {{L"Rock", SifCuts("1 2 3")},
-                                                            {L"Pop", SifMarker(1)}};
-    for (const bool bStaysBroken : {false, true})
-        for (int lGood = 0;; ++lGood)
-        {
-            OtherDisk cDisk(cRelay, lGood);
-            for (const auto& [sName, bytes] : files)
-                cDisk.cFiles.Put(SifPath(sName), "old"); // of another program: never read here
-            cDisk.cFailing.bStaysBroken = bStaysBroken;
-            cDisk.cFailing.bCountReads = cDisk.cFailing.bCountLooks = true;
-            const bool bSaved = cDisk.cHistory.SaveAll(colMainCats);
-            std::size_t unsaved = 0;
-            for (const auto& [sName, bytes] : files)
-            {
-                const std::string present = cDisk.Get(sName);
-                const bool bReplaced = present == "none" || present == bytes;
-                EXPECT_EQ(cDisk.Get(sName, bReplaced ? L".bak" : L""), "old");
-                unsaved += present == bytes ? 0 : 1;
-            }
-            EXPECT_EQ(cDisk.cMessages.Boxes.size(), unsaved);
-            EXPECT_EQ(bSaved, unsaved == 0);
-            if (!cDisk.cFailing.bFailed)
-                break;
-            cDisk.cFailing.bStaysBroken = false;
-            EXPECT_TRUE(cDisk.cHistory.SaveAll(colMainCats)) << "when the disk works again";
-            for (const auto& [sName, bytes] : files)
-            {
-                EXPECT_EQ(cDisk.Get(sName), bytes);
-                EXPECT_EQ(cDisk.Get(sName, L".bak"), "old");
-                EXPECT_EQ(cDisk.Get(sName, L".bak2"), "none");
-            }
-        }
-}
-
-TEST_F(HistoryFilesTest, AFailureWhileAnUnappliedFileIsKeptAsideLosesNothing)
-{
-    const std::string damaged = SifCut("1", 1) + "x";
-    const auto cMainCat = NewMainCat(L"Rock", {1});
-    for (int lGood = 0;; ++lGood)
-    {
-        OtherDisk cDisk(cRelay, lGood);
-        cDisk.cFiles.Put(SifPath(L"Rock"), damaged);
-        cDisk.cHistory.ApplyHistory(*colMainCats, sRadio);
-        const bool bSaved = cDisk.cHistory.Save(cMainCat) == Saved::Yes;
-        EXPECT_EQ(cDisk.Get(L"Rock"), bSaved ? SifMarker(1) : damaged);
-        EXPECT_TRUE(!bSaved || cDisk.Get(L"Rock", L".bak") == damaged);
-        if (!cDisk.cFailing.bFailed)
-            break;
-        EXPECT_EQ(cDisk.cHistory.Save(cMainCat), Saved::Yes) << "and the next save does both";
-        EXPECT_EQ(cDisk.Get(L"Rock", L".bak"), damaged);
-        EXPECT_EQ(cDisk.Get(L"Rock"), SifMarker(1));
-    }
-}
-
 // ---- reading
 
 TEST_F(HistoryFilesTest, TheSavedOrderComesBack)
@@ -734,8 +656,13 @@ TEST_F(HistoryFilesTest, ReadingReportsEvery20thRecordOncePer100Milliseconds)
     EXPECT_EQ(cPorts.cHostLoop.lPumps, 2) << "once at the end of each reading";
 }
 
-TEST_F(HistoryFilesTest, OnlyMainCategoriesHaveAFile)
+TEST_F(HistoryFilesTest, OnlyMainCategoriesOfPossibleNamesHaveAFile)
 {
+    NewMainCatOf(L"..\\Rock", 2);
+    cPorts.cFiles.Put(L"C:\\Radio\\Scheduler\\Rock.sif", SifCuts("2 1"));
+    cFiles.ApplyHistory(*colMainCats, sRadio);
+    EXPECT_EQ(Tree(), L"..\\Rock 1: 1 2");
+    EXPECT_TRUE(boxes.empty());
     NewMainCat(L"Rock", {1})->SetCatLevel(2);
     Apply(SifMarker(5));
     EXPECT_EQ(boxes, Boxes{OkBox(BoxIcon::None, L"RavloScheduler",
@@ -751,15 +678,6 @@ TEST_F(HistoryFilesTest, AnUnreadableFileIsReportedAndTheOthersAreRead)
     Apply(SifCut("2", 1));
     EXPECT_EQ(boxes, Boxes{CriticalBox(L"Error in ApplyHistory", L"57 Device I/O error: Rock")});
     EXPECT_EQ(Tree(), L"Rock 1: 1 2 | Pop 1: 2 1");
-}
-
-TEST_F(HistoryFilesTest, ANameThatCanBeNoFilesNameHasNoFileToRead)
-{
-    NewMainCatOf(L"..\\Rock", 2);
-    cPorts.cFiles.Put(L"C:\\Radio\\Scheduler\\Rock.sif", SifCuts("2 1"));
-    cFiles.ApplyHistory(*colMainCats, sRadio);
-    EXPECT_EQ(Tree(), L"..\\Rock 1: 1 2");
-    EXPECT_TRUE(boxes.empty());
 }
 
 // ---- files that were not applied in full
@@ -778,27 +696,35 @@ TEST_F(HistoryFilesTest, AFileNotAppliedInFullIsKeptOnceBeforeItIsOverwritten)
                 {"read error", SifCut("1", 1), error::DeviceIo, true},
                 {"absent cuts", SifCuts("gone 1"), 0, false}};
     const auto cMainCat = NewMainCat(L"Rock", {1});
+    const std::wstring sPath = SifPath(L"Rock");
+    const std::wstring sBak = sPath + L".bak";
     for (const auto& row : rows)
         for (const bool bReadAgain : {false, true}) // in full
         {
             SCOPED_TRACE(row.sRule);
-            OtherDisk cDisk(cRelay, std::numeric_limits<int>::max());
-            cDisk.cFiles.Put(SifPath(L"Rock"), row.bytes);
-            cDisk.cFiles.SetUnreadable(SifPath(L"Rock"), row.lReadError);
-            cDisk.cHistory.ApplyHistory(*colMainCats, sRadio);
+            HistoryFiles cReader(cMod, cRelay);
+            cPorts.cFiles.Put(sPath, row.bytes);
+            cPorts.cFiles.SetUnreadable(sPath, row.lReadError);
+            cReader.ApplyHistory(*colMainCats, sRadio);
             if (bReadAgain)
             {
-                cDisk.cFiles.SetUnreadable(SifPath(L"Rock"), 0);
-                cDisk.cFiles.Put(SifPath(L"Rock"), SifCut("1", 1));
-                cDisk.cHistory.ApplyHistory(*colMainCats, sRadio);
+                cPorts.cFiles.SetUnreadable(sPath, 0);
+                cPorts.cFiles.Put(sPath, SifCut("1", 1));
+                cReader.ApplyHistory(*colMainCats, sRadio);
             }
-            EXPECT_EQ(cDisk.cHistory.Save(cMainCat), Saved::Yes);
-            EXPECT_EQ(cDisk.Get(L"Rock"), SifMarker(1));
-            const std::string kept = row.bKept && !bReadAgain ? row.bytes : "none";
-            EXPECT_EQ(cDisk.Get(L"Rock", L".bak"), kept);
-            cDisk.cFiles.SetUnreadable(SifPath(L"Rock"), 0);
-            EXPECT_EQ(cDisk.cHistory.Save(cMainCat), Saved::Yes);
-            EXPECT_EQ(cDisk.Get(L"Rock", L".bak"), kept) << "kept once";
+            for (int lSave = 1; lSave <= 2; ++lSave)
+            {
+                EXPECT_EQ(cReader.Save(cMainCat), Saved::Yes);
+                EXPECT_EQ(File(L"Rock"), SifMarker(1));
+                cPorts.cFiles.SetUnreadable(sPath, 0);
+                ASSERT_EQ(cPorts.cFiles.FileExists(sBak), row.bKept && !bReadAgain);
+                if (cPorts.cFiles.FileExists(sBak))
+                {
+                    EXPECT_EQ(cPorts.cFiles.Get(sBak), row.bytes) << "kept once";
+                }
+            }
+            if (cPorts.cFiles.FileExists(sBak))
+                cPorts.cFiles.Delete(sBak);
         }
 }
 

@@ -107,20 +107,6 @@ TEST_F(PickSavesTest, AnExplicitSaveThatFailedIsRetriedByLaterPicks)
     EXPECT_EQ(boxes.size(), 1u);
 }
 
-TEST_F(PickSavesTest, ExplicitSavesRetryALockedFileOnceASecond)
-{
-    Lock(1);
-    Pick(1);
-    const int lBefore = Attempts(1);
-    for (int lSave = 1; lSave <= 10; ++lSave)
-        EXPECT_TRUE(cLib.Save(Name(2)));
-    EXPECT_EQ(Attempts(1), lBefore);
-    WaitForRetry();
-    for (int lSave = 1; lSave <= 10; ++lSave)
-        EXPECT_TRUE(cLib.Save(Name(2)));
-    EXPECT_EQ(Attempts(1), lBefore + 1);
-}
-
 TEST_F(PickSavesTest, ACategoryDeletedDuringItsPickGetsNoFileAgain)
 {
     const std::shared_ptr<FakeCut> cFirst = CutOf(Name(1) + L"a");

@@ -142,11 +142,14 @@ TEST_F(ReloadTest, AnOrderPutIntoTheFileByHandIsTakenByAReload)
 
 TEST_F(ReloadTest, AnotherFolderKeepsItsOwnOrders)
 {
-    cPorts.cFiles.Put(sOtherOrder, SifCuts("r4 r3 r2 r1"));
     At(sRead + L"Rock", [&] { EXPECT_EQ(Pick(false), L"r1"); });
+    cPorts.cFiles.Put(sOtherOrder, SifCuts("r4 r3 r2 r1"));
     Reload(sOther);
     EXPECT_EQ(Rock(), L"r4 r3 r2 r1");
     EXPECT_EQ(RockAfterARestart(), L"r2 r3 r4 r1") << "back in the first";
+    cPorts.cFiles.Put(sOtherOrder, "damaged");
+    Reload(sOther);
+    EXPECT_EQ(Rock(), L"r1 r2 r3 r4") << "the database's, not the first folder's";
 }
 
 TEST_F(ReloadTest, WhatAMoveCouldNotSaveIsSavedInItsFolderLater)
@@ -228,14 +231,6 @@ TEST_F(ReloadTest, AnOrderWhoseFileCannotBeReadStaysAsItWas)
     }
     cPorts.cFiles.Put(SifPath(L"Rock"), saved);
     EXPECT_EQ(RockAfterARestart(), L"r2 r3 r4 r1");
-}
-
-TEST_F(ReloadTest, AnUnreadableFileOfAnotherFolderTakesNoOrderFromThisOne)
-{
-    EXPECT_EQ(Pick(true), L"r1");
-    cPorts.cFiles.Put(sOtherOrder, "damaged");
-    Reload(sOther);
-    EXPECT_EQ(Rock(), L"r1 r2 r3 r4");
 }
 
 TEST_F(ReloadTest, ALevelWhoseSaveFailedSurvivesAReload)
@@ -332,20 +327,6 @@ TEST_F(ReloadTest, SeparationsStayWhenTheirFileCannotBeRead)
     cLib.Populate(sOther);
     EXPECT_EQ(cLib.cMod.GlobalArtistSepMins(), 11) << "after a failed population elsewhere";
     EXPECT_EQ(cPorts.cFiles.Get(sSettingsPath), "11\r\n60\r\n60\r\n");
-}
-
-TEST_F(ReloadTest, ASeparationThatCouldNotBeSavedIsNotReadOver)
-{
-    cPorts.cFiles.SetReadOnly(sSettingsPath);
-    cLib.cMod.SetGlobalArtistSepMins(22);
-    for (const bool bReadOnly : {true, false})
-    {
-        cPorts.cFiles.SetReadOnly(sSettingsPath, bReadOnly);
-        cLib.Populate();
-        EXPECT_EQ(cLib.cMod.GlobalArtistSepMins(), 22);
-    }
-    EXPECT_EQ(cPorts.cFiles.Get(sSettingsPath), "22\r\n60\r\n60\r\n");
-    EXPECT_EQ(boxes, Boxes());
 }
 
 // ---- notifications

@@ -267,15 +267,6 @@ protected:
     std::shared_ptr<FakeCut> cSecond;
 };
 
-TEST_F(RefusedPlaysTest, SeparationsHoldWhileTimesArePending)
-{
-    Play(cFirst, cPorts.cClock.Now());
-    cSchedMan->SetRotatesAllowed(true);
-    const auto cNext = cLibrary.NextCut(L"Rock\t1");
-    EXPECT_EQ(cNext->Key().Text(), L"b");
-    EXPECT_EQ(cNext->KindCode(), eKindChosen);
-}
-
 TEST_F(RefusedPlaysTest, ErrorIsShownOnceThenLogged)
 {
     for (int i = 0; i < 4; ++i)
@@ -439,33 +430,6 @@ TEST_F(SchedManTest, AtItsEndUnreadSettingsStayAndADamagedListIsKeptAside)
     EXPECT_EQ(File(std::wstring(sMainCatsPath) + L".bak"), damaged);
     EXPECT_EQ(File(sSettingsPath), "1\r\n2\r\n3\r\n");
     EXPECT_TRUE(boxes.empty());
-}
-
-TEST_F(SchedManTest, EachOfTwoManagersKeepsItsOwnUnreadList)
-{
-    const std::string damaged = "\r\nRock\r\nRock\r\nJazz";
-    const std::wstring sTheirs = L"C:\\Other\\Scheduler\\MainCats.txt";
-    for (const bool bOwnIsDamaged : {true, false})
-    {
-        RadioPorts cBoth;
-        cBoth.cFiles.MakeFolders(L"C:\\Radio");
-        cBoth.cFiles.MakeFolders(L"C:\\Other");
-        cBoth.cFiles.Put(sMainCatsPath, bOwnIsDamaged ? damaged : "\r\nRock");
-        cBoth.cFiles.Put(sTheirs, bOwnIsDamaged ? "\r\nBlues" : damaged);
-        {
-            Library cOwn(cBoth);
-            cOwn.Populate();
-            const auto cOther = std::make_shared<clsSchedMan>(cOwn.cMod);
-            cOther->PopulateFromDataBase(std::make_shared<FakeDataBase>(), L"C:\\Other");
-            cOwn.cSchedMan->colSavedCatNames(); // reads where the library is now
-            EXPECT_TRUE(cOwn.cSchedMan->SaveCatNames());
-            EXPECT_TRUE(cOther->SaveCatNames());
-        }
-        const std::wstring sDamaged = bOwnIsDamaged ? sMainCatsPath : sTheirs;
-        const std::wstring sWhole = bOwnIsDamaged ? sTheirs : sMainCatsPath;
-        EXPECT_EQ(cBoth.cFiles.Get(sDamaged + L".bak"), damaged);
-        EXPECT_FALSE(cBoth.cFiles.FileExists(sWhole + L".bak"));
-    }
 }
 
 TEST_F(SchedManTest, AtItsEndThePendingOrdersOfPicksAreSaved)
