@@ -108,6 +108,14 @@ struct Form : CategoryTest
         cView.OnModal = OnModal;
         return Show(cSchedMan);
     }
+    std::int32_t OpenAndOK(const std::wstring& sCat, int lLevel, const std::function<void()>& act = {})
+    {
+        return Open(sCat, lLevel, [&] {
+            if (act)
+                act();
+            cForm->OKClick();
+        });
+    }
     // With a new presenter: each shows its window once.
     std::int32_t Show(const std::shared_ptr<clsSchedMan>& cManager)
     {
@@ -128,6 +136,15 @@ struct Form : CategoryTest
     {
         for (const RuleBox eBox : BoxesOf(ePane))
             Type(eBox, sText);
+    }
+    // Opens the window on a level and applies one rule of it.
+    void ApplyRule(const std::wstring& sCat, int lLevel, RuleBox eBox, const std::wstring& sText)
+    {
+        Open(sCat, lLevel, [&] {
+            cForm->TabClick(RulesPane::Category);
+            Type(eBox, sText);
+            cForm->ApplyClick();
+        });
     }
     static std::array<RuleBox, 3> BoxesOf(RulesPane ePane) // artist, title, album
     {
@@ -294,13 +311,10 @@ TEST_F(Form, OKReturnsTheChoice)
 TEST_F(Form, OKWithoutAnotherChoiceReturnsWhatWasGiven)
 {
     request.bOpenerChosen = true;
-    Open(L"Rock", 3, [&] { cForm->OKClick(); });
+    OpenAndOK(L"Rock", 3);
     ExpectChosen(MainCat(L"Rock"), Level(L"Rock", 3));
     EXPECT_TRUE(request.bOpenerChosen);
-    Open(L"Rock", 3, [&] {
-        ClickLevel(L"ALL");
-        cForm->OKClick();
-    });
+    OpenAndOK(L"Rock", 3, [&] { ClickLevel(L"ALL"); });
     ExpectChosen(MainCat(L"Rock"), nullptr);
 }
 
@@ -327,13 +341,16 @@ TEST_F(Form, CancelOrAnyOtherEndChangesNothing)
     }
 }
 
-TEST_F(Form, WithMultiSelectTheCutReceivesLevelAndCategories)
+TEST_F(Form, OnlyWithMultiSelectTheCutReceivesLevelAndCategories)
 {
+    request.cCut = CutOf(3);
+    OpenAndOK(L"Rock", 3);
+    ExpectCut(3, L"Jazz", 2);
+    request = {};
     MultiSelect(3);
-    Open(L"", 0, [&] {
+    OpenAndOK(L"", 0, [&] {
         ClickCat(L"Rock", true); // with Jazz
         ClickLevel(L"3");
-        cForm->OKClick();
     });
     ExpectCut(3, L"Rock/Jazz", 3);
     EXPECT_EQ(Level(L"Rock", 3)->SchedCuts()->At(Level(L"Rock", 3)->SchedCuts()->Count() - 1), CutOf(3));
@@ -378,13 +395,6 @@ TEST_F(Form, WithMultiSelectACutWhoseLastCategoryIsUnmarkedStaysAsItWas)
     EXPECT_EQ(Shown(), Boxes());
 }
 
-TEST_F(Form, WithoutMultiSelectTheCutIsLeftAlone)
-{
-    request.cCut = CutOf(3);
-    Open(L"Rock", 3, [&] { cForm->OKClick(); });
-    ExpectCut(3, L"Jazz", 2);
-}
-
 TEST_F(Form, ACutThatCannotBeChangedIsAnErrorAndNothingIsReturned)
 {
     MultiSelect(3);
@@ -392,9 +402,8 @@ TEST_F(Form, ACutThatCannotBeChangedIsAnErrorAndNothingIsReturned)
     const auto change = [&] {
         ClickCat(L"Rock");
         ClickLevel(L"3");
-        cForm->OKClick();
     };
-    EXPECT_THROW(Open(L"Rock", 3, change), RuntimeError);
+    EXPECT_THROW(OpenAndOK(L"Rock", 3, change), RuntimeError);
     EXPECT_EQ(request.colSelCuts, Cuts());
     ExpectCut(3, L"Jazz", 2); // as before, though it took the level at first
 }
@@ -422,10 +431,7 @@ TEST_F(Form, OKAfterAReloadReturnsTheCurrentCategoryAndLevel)
     for (const bool bInQuestion : {false, true})
     {
         cPorts.cMessages.OnShown = [&] { Repopulate(); };
-        Open(L"Rock", 3, [&] {
-            bInQuestion ? Type(txtArtistSepMins1, L"46") : Repopulate();
-            cForm->OKClick();
-        });
+        OpenAndOK(L"Rock", 3, [&] { bInQuestion ? Type(txtArtistSepMins1, L"46") : Repopulate(); });
         ASSERT_NE(MainCat(L"Rock"), cBefore);
         ExpectChosen(MainCat(L"Rock"), Level(L"Rock", 3));
     }
@@ -433,25 +439,18 @@ TEST_F(Form, OKAfterAReloadReturnsTheCurrentCategoryAndLevel)
 
 TEST_F(Form, OKReturnsNeitherADeletedCategoryNorADeletedLevel)
 {
-    Open(L"Rock", 3, [&] {
-        cSchedMan->DeleteCats({Level(L"Rock", 3)});
-        cForm->OKClick();
-    });
+    OpenAndOK(L"Rock", 3, [&] { cSchedMan->DeleteCats({Level(L"Rock", 3)}); });
     ExpectChosen(MainCat(L"Rock"), nullptr);
-    Open(L"Rock", 1, [&] {
-        cSchedMan->DeleteCats({MainCat(L"Rock")});
-        cForm->OKClick();
-    });
+    OpenAndOK(L"Rock", 1, [&] { cSchedMan->DeleteCats({MainCat(L"Rock")}); });
     ExpectChosen(nullptr, nullptr);
 }
 
 TEST_F(Form, CutIsNotPlacedInACategoryDeletedDuringTheCall)
 {
     MultiSelect(0); // in Rock 1
-    Open(L"", 0, [&] {
+    OpenAndOK(L"", 0, [&] {
         ClickCat(L"Jazz", true);
         cSchedMan->DeleteCats({MainCat(L"Rock")});
-        cForm->OKClick();
     });
     EXPECT_EQ(MainCat(L"Rock"), nullptr);
     ExpectCut(0, L"Jazz", 2);
@@ -467,10 +466,9 @@ TEST_F(Form, ApplyOrYesAfterAReloadChangesTheCurrentRules)
     });
     EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 46);
     Answers(BoxAnswer::Yes);
-    Open(L"Rock", 3, [&] {
+    OpenAndOK(L"Rock", 3, [&] {
         Type(txtArtistSepMins1, L"47");
         Repopulate();
-        cForm->OKClick();
     });
     EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 47);
 }
@@ -498,9 +496,14 @@ TEST_F(Form, StartsWithTheGlobalRules)
     SetGlobalMins({11, 12, 13});
     Open(L"Rock", 3, [&] {
         EXPECT_EQ(cView.ePane, RulesPane::Global);
-        EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
         EXPECT_EQ(TextsOf(RulesPane::Global), (Texts{L"11", L"12", L"13"}));
         EXPECT_FALSE(cView.bApply);
+        ClickCat(L"Jazz");
+        EXPECT_EQ(cView.sRulesTitle, sGlobalTitle) << "the title names the rules that are shown";
+        cForm->TabClick(RulesPane::Category);
+        EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Jazz 2");
+        cForm->TabClick(RulesPane::Global);
+        EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
     });
 }
 
@@ -529,28 +532,21 @@ TEST_F(Form, TheCategoryPaneShowsTheRulesOfTheChosenCategory)
     });
 }
 
-// A title that names other rules than those below it would mislead.
-TEST_F(Form, TheTitleNamesTheRulesThatAreShown)
-{
-    Open(L"Rock", 3, [&] {
-        ClickCat(L"Jazz");
-        EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
-        cForm->TabClick(RulesPane::Category);
-        EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Jazz 2");
-        cForm->TabClick(RulesPane::Global);
-        EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
-    });
-}
-
-TEST_F(Form, CategoryRulesNeedACategory)
+TEST_F(Form, CategoryRulesAndNewLevelsNeedACategory)
 {
     Open(L"", 0, [&] {
         cForm->TabClick(RulesPane::Category);
         EXPECT_EQ(cView.ePane, RulesPane::Global);
         EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
-        EXPECT_EQ(Shown(), (Boxes{OkBox(BoxIcon::Information, L"ALL SONGS Is Not Valid For This!",
-                                        L"First use the category selector to choose a category")}));
+        cForm->NewLevelClick();
+        Type(txtArtistSepMins0, L"46");
+        cForm->CancelClick();
     });
+    EXPECT_EQ(Shown(), (Boxes{OkBox(BoxIcon::Information, L"ALL SONGS Is Not Valid For This!",
+                                    L"First use the category selector to choose a category"),
+                              OkBox(BoxIcon::None, L"Impossible!",
+                                    L"Impossible to create a level is we dont know which main cat it's in!"),
+                              PendingChanges(L"")}));
 }
 
 TEST_F(Form, IgnoringRulesDisablesArtistAndTitleOnly)
@@ -652,11 +648,7 @@ TEST_F(Form, ApplyStoresTheRulesOfTheCategory)
 
 TEST_F(Form, TheRulesOfALLAreTheMainCategorysOwn)
 {
-    Open(L"Rock", 0, [&] {
-        cForm->TabClick(RulesPane::Category);
-        Type(txtArtistSepMins1, L"77");
-        cForm->ApplyClick();
-    });
+    ApplyRule(L"Rock", 0, txtArtistSepMins1, L"77");
     EXPECT_EQ(Rules(L"Rock", 0).ArtistSepMins(), 77);
     EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 60);
     EXPECT_TRUE(HasRules(L"0"));
@@ -665,16 +657,11 @@ TEST_F(Form, TheRulesOfALLAreTheMainCategorysOwn)
 // A shown global value must not become the category's own because another box was changed.
 TEST_F(Form, BoxesTheUserDidNotChangeAreNotStored)
 {
-    Open(L"Rock", 3, [&] {
-        cForm->TabClick(RulesPane::Category);
-        Type(txtTitleSepMins1, L"5");
-        cForm->ApplyClick();
-    });
+    ApplyRule(L"Rock", 3, txtTitleSepMins1, L"5");
     cMod.SetGlobalArtistSepMins(99);
     EXPECT_EQ(Mins(L"Rock", 3), (Minutes{99, 5, -1}));
-    Open(L"Rock", 3, [&] {
+    OpenAndOK(L"Rock", 3, [&] {
         cMod.SetGlobalArtistSepMins(17); // a host, while the window is open
-        cForm->OKClick();
     });
     EXPECT_EQ(cMod.GlobalArtistSepMins(), 17);
 }
@@ -746,7 +733,7 @@ TEST_F(Form, NoLosesTheEdits)
     {
         Shown().clear();
         Answers(eAnswer);
-        Open(L"Rock", 3, [&] {
+        OpenAndOK(L"Rock", 3, [&] {
             Type(txtArtistSepMins1, L"46");
             Type(txtTitleSepMins0, L"47");
             Type(txtGlobalAlbumSepMins, L"48");
@@ -755,7 +742,6 @@ TEST_F(Form, NoLosesTheEdits)
             ClickCat(L"Rock");
             ClickLevel(L"3");
             EXPECT_EQ(cView.texts[txtArtistSepMins1], L"60");
-            cForm->OKClick();
         });
         EXPECT_EQ(Shown(), (Boxes{PendingChanges(L"Rock")}));
         EXPECT_EQ(Rules(L"Rock", 3).ArtistSepMins(), 60);
@@ -787,33 +773,22 @@ TEST_F(Form, ClosingAsksAboutEachEditButTheGlobalAlbum)
 
 TEST_F(Form, NothingIsAskedWhenNothingIsPending)
 {
-    Open(L"Rock", 3, [&] {
+    OpenAndOK(L"Rock", 3, [&] {
         ClickCat(L"Jazz");
         Type(txtArtistSepMins1, L"46");
         cForm->TabClick(RulesPane::Category);
         cForm->ApplyClick();
         ClickCat(L"Rock");
-        cForm->OKClick();
     });
     EXPECT_EQ(Shown(), Boxes());
-}
-
-TEST_F(Form, WithoutACategoryTheQuestionNamesNone)
-{
-    Open(L"", 0, [&] {
-        Type(txtArtistSepMins0, L"46");
-        cForm->CancelClick();
-    });
-    EXPECT_EQ(Shown(), (Boxes{PendingChanges(L"")}));
 }
 
 TEST_F(Form, TheSelectedCutsAreTakenBeforeTheQuestion)
 {
     cPorts.cMessages.OnShown = [&] { cScreen.lists[lstsongs1].lSelected.clear(); };
-    Open(L"Rock", 1, [&] {
+    OpenAndOK(L"Rock", 1, [&] {
         cScreen.lists[lstsongs1].lSelected = {1};
         Type(txtArtistSepMins1, L"46");
-        cForm->OKClick();
     });
     EXPECT_EQ(request.colSelCuts, (Cuts{CutOf(1)}));
 }
@@ -850,10 +825,7 @@ TEST_F(Form, ClosingStoresGlobalArtistAndTitleNeverTheAlbum)
         });
         EXPECT_EQ(GlobalMins(), (Minutes{31, 60, 60}));
     }
-    Open(L"Rock", 3, [&] {
-        Type(txtGlobalAlbumSepMins, L"34");
-        cForm->OKClick();
-    });
+    OpenAndOK(L"Rock", 3, [&] { Type(txtGlobalAlbumSepMins, L"34"); });
     EXPECT_EQ(cMod.GlobalAlbumSepMins(), 60);
 }
 
@@ -861,7 +833,7 @@ TEST_F(Form, ClosingStoresGlobalArtistAndTitleNeverTheAlbum)
 
 TEST_F(Form, ANewCategoryIsListedAndChosen)
 {
-    Open(L"Rock", 3, [&] {
+    OpenAndOK(L"Rock", 3, [&] {
         cForm->NewClick(); // given up
         EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
         EXPECT_EQ(cScreen.Current(lstlvl), L"3");
@@ -871,7 +843,6 @@ TEST_F(Form, ANewCategoryIsListedAndChosen)
         EXPECT_EQ(cScreen.Current(lstCat), L"Swing_Bop");
         EXPECT_EQ(Shown().size(), 1u) << "that it is named so";
         EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"ALL"}));
-        cForm->OKClick();
     });
     ExpectChosen(MainCat(L"Swing_Bop"), Level(L"Swing_Bop", 1));
 }
@@ -949,22 +920,13 @@ TEST_F(Form, ANewLevelKeepsTheChoiceAndPendingEdits)
 
 TEST_F(Form, ClickOnADeletedLevelMeansAllLevels)
 {
-    Open(L"Rock", 1, [&] {
+    OpenAndOK(L"Rock", 1, [&] {
         cForm->TabClick(RulesPane::Category);
         MainCat(L"Rock")->RemoveSubCat(Level(L"Rock", 3));
         ClickLevel(L"3");
         EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Rock [ALL LEVELS].");
-        cForm->OKClick();
     });
     ExpectChosen(MainCat(L"Rock"), nullptr);
-}
-
-TEST_F(Form, ANewLevelNeedsACategory)
-{
-    Open(L"", 0, [&] { cForm->NewLevelClick(); });
-    EXPECT_EQ(Shown(),
-              (Boxes{OkBox(BoxIcon::None, L"Impossible!",
-                           L"Impossible to create a level is we dont know which main cat it's in!")}));
 }
 
 // ---- the library and the strip ----
@@ -988,13 +950,12 @@ TEST_F(Form, WhatTheLibraryDeletedIsGoneFromTheWindow)
 {
     cSchedMan->SetWindows(&cWindows);
     cWindows.OnShow = [&] { cSchedMan->DeleteCats({MainCat(L"Rock")}); };
-    Open(L"Rock", 3, [&] {
+    OpenAndOK(L"Rock", 3, [&] {
         cForm->TabClick(RulesPane::Category);
         Type(txtArtistSepMins1, L"46");
         cForm->SchedLibClick();
         EXPECT_EQ(cScreen.Entries(lstCat), (Texts{L"Jazz", L"NOCAT"}));
         EXPECT_EQ(cView.ePane, RulesPane::Global);
-        cForm->OKClick();
     });
     EXPECT_EQ(Shown(), Boxes());
     ExpectChosen(nullptr, nullptr);
