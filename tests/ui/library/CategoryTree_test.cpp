@@ -30,7 +30,11 @@ protected:
         return sText;
     }
     std::vector<TreeNode> Nodes() const { return NodesOf(cLibrary.cSchedMan->colMainCats().get()); }
-    void Populate() { cTree.Fill(Nodes()); }
+    void Populate()
+    {
+        cLibrary.Populate();
+        cTree.Fill(Nodes());
+    }
     Node At(const std::wstring& sName, std::int32_t lLevel) const
     {
         return cTree.Find(CategoryKey(sName, lLevel)).value();
@@ -41,49 +45,29 @@ protected:
     CategoryTreePresenter cTree;
 };
 
-TEST_F(CategoryTreeTest, WithoutMainCategoriesOfAnyKindItIsEmpty)
+TEST_F(CategoryTreeTest, WithoutMainCategoriesItIsEmptyOrTheExpandedRoot)
 {
-    Populate();
+    cTree.Fill(Nodes()); // of a station that was never populated
     EXPECT_EQ(cTree.Count(), 0u);
-}
-
-TEST_F(CategoryTreeTest, WithNoMainCategoryItIsTheExpandedRootAlone)
-{
-    cLibrary.Populate();
     Populate();
     EXPECT_EQ(Picture(), L"ALL AUDIO\n");
     EXPECT_EQ(cTree.At(0).sKey, L"ALL AUDIO\t0");
     EXPECT_TRUE(cTree.At(0).bExpanded);
 }
 
-TEST_F(CategoryTreeTest, CategoriesAndLevelsAreSortedIgnoringCase)
+TEST_F(CategoryTreeTest, CategoriesAreSortedIgnoringCaseWithoutOneCalledAllAudio)
 {
     cLibrary.cDataBase->Add(L"a", L"Rock/blues", 10);
     cLibrary.cDataBase->Add(L"b", L"Rock", 2);
     cLibrary.cDataBase->Add(L"c", L"Rock/Charts", 1);
-    cLibrary.Populate();
+    cLibrary.cDataBase->Add(L"d", L"all Audio", 1);
     Populate();
-    EXPECT_EQ(Picture(), L"ALL AUDIO\n blues\n  10\n Charts\n  1\n Rock\n  1\n  10\n  2\n");
+    const std::wstring sAll = L"ALL AUDIO\n blues\n  10\n Charts\n  1\n Rock\n  1\n  10\n  2\n";
+    EXPECT_EQ(Picture(), sAll);
     EXPECT_EQ(cTree.At(At(L"ROCK", 10)).sKey, L"Rock\t10");
-}
-
-TEST_F(CategoryTreeTest, ACategoryCalledAllAudioInAnyCaseIsLeftOut)
-{
-    cLibrary.cDataBase->Add(L"a", L"all Audio", 1);
-    cLibrary.cDataBase->Add(L"b", L"Rock", 1);
-    cLibrary.Populate();
-    Populate();
-    EXPECT_EQ(Picture(), L"ALL AUDIO\n Rock\n  1\n");
-}
-
-TEST_F(CategoryTreeTest, FillingItAgainForgetsWhatWasThere)
-{
-    cLibrary.cDataBase->Add(L"b", L"Rock", 1);
-    cLibrary.Populate();
-    Populate();
     cTree.Check(0, true);
     Populate();
-    EXPECT_EQ(Picture(), L"ALL AUDIO\n Rock\n  1\n");
+    EXPECT_EQ(Picture(), sAll) << "filled again, without ticks";
 }
 
 class FilledTreeTest : public CategoryTreeTest
@@ -93,46 +77,29 @@ protected:
     {
         cLibrary.cDataBase->Add(L"a", L"Jazz/Rock", 1);
         cLibrary.cDataBase->Add(L"b", L"Rock", 2);
-        cLibrary.Populate();
         Populate();
     }
 };
 
-TEST_F(FilledTreeTest, TickingTheRootTicksEverythingAndUntickingClearsIt)
+TEST_F(FilledTreeTest, ATickTicksWhatIsBelow)
 {
+    const std::wstring sUnticked = L"ALL AUDIO\n Jazz\n  1\n Rock\n  1\n  2\n";
+    const Node rock = At(L"Rock", 0), rock1 = At(L"Rock", 1), rock2 = At(L"Rock", 2);
     EXPECT_EQ(cTree.Check(0, true).size(), cTree.Count());
     EXPECT_EQ(Picture(), L"ALL AUDIO*\n Jazz*\n  1*\n Rock*\n  1*\n  2*\n");
+    EXPECT_EQ(cTree.Checked(), (std::vector<Node>{At(L"Jazz", 0), At(L"Jazz", 1), rock, rock1, rock2}))
+        << "in shown order, without the root";
     cTree.Check(0, false);
-    EXPECT_EQ(Picture(), L"ALL AUDIO\n Jazz\n  1\n Rock\n  1\n  2\n");
-}
-
-TEST_F(FilledTreeTest, TickingAMainCategoryTicksItsLevels)
-{
-    EXPECT_EQ(cTree.Check(At(L"Rock", 0), true),
-              (std::vector<Node>{At(L"Rock", 0), At(L"Rock", 1), At(L"Rock", 2)}));
-    EXPECT_EQ(Picture(), L"ALL AUDIO\n Jazz\n  1\n Rock*\n  1*\n  2*\n");
-    cTree.Check(At(L"Rock", 0), false);
-    EXPECT_EQ(Picture(), L"ALL AUDIO\n Jazz\n  1\n Rock\n  1\n  2\n");
-}
-
-TEST_F(FilledTreeTest, TickingALevelChangesNothingElse)
-{
-    EXPECT_EQ(cTree.Check(At(L"Rock", 2), true), (std::vector<Node>{At(L"Rock", 2)}));
+    EXPECT_EQ(Picture(), sUnticked);
+    EXPECT_EQ(cTree.Check(rock2, true), (std::vector<Node>{rock2}));
     EXPECT_EQ(Picture(), L"ALL AUDIO\n Jazz\n  1\n Rock\n  1\n  2*\n");
-}
-
-TEST_F(FilledTreeTest, InvertingFlipsEveryNodeTheRootIncluded)
-{
-    cTree.Check(At(L"Rock", 0), true);
+    EXPECT_EQ(cTree.Check(rock, true), (std::vector<Node>{rock, rock1, rock2}));
+    EXPECT_EQ(Picture(), L"ALL AUDIO\n Jazz\n  1\n Rock*\n  1*\n  2*\n");
     cTree.InvertChecks();
     EXPECT_EQ(Picture(), L"ALL AUDIO*\n Jazz*\n  1*\n Rock\n  1\n  2\n");
-}
-
-TEST_F(FilledTreeTest, TickedNodesComeInShownOrderWithoutTheRoot)
-{
-    cTree.Check(0, true);
-    EXPECT_EQ(cTree.Checked(), (std::vector<Node>{At(L"Jazz", 0), At(L"Jazz", 1), At(L"Rock", 0),
-                                                  At(L"Rock", 1), At(L"Rock", 2)}));
+    cTree.InvertChecks();
+    cTree.Check(rock, false);
+    EXPECT_EQ(Picture(), sUnticked);
 }
 
 TEST_F(FilledTreeTest, TheShownNodeAndItsParentAreOpenAndNoOther)

@@ -70,10 +70,8 @@ TEST(ColumnLayoutTest, UsableGroupsCountNextToUnusableOnes)
 
 TEST(ColumnLayoutTest, WidthsAreBroughtIntoTheirRange)
 {
-    EXPECT_EQ(ColumnLayout(L"1|Width|-5|").At(0).lWidth, 0);
-    EXPECT_EQ(ColumnLayout(L"1|Width|0|").At(0).lWidth, 0);
-    EXPECT_EQ(ColumnLayout(L"1|Width|2000|").At(0).lWidth, 2000);
-    EXPECT_EQ(ColumnLayout(L"1|Width|2001|").At(0).lWidth, 2000);
+    for (const auto& [sStored, lWidth] : {std::pair{L"-5", 0}, {L"0", 0}, {L"2000", 2000}, {L"2001", 2000}})
+        EXPECT_EQ(ColumnLayout(std::wstring(L"1|Width|") + sStored + L"|").At(0).lWidth, lWidth);
     ColumnLayout layout;
     layout.SetWidth(0, -1);
     EXPECT_EQ(layout.At(0).lWidth, 0);
