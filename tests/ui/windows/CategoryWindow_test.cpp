@@ -100,26 +100,6 @@ TEST_F(CategoryWindow, AnotherManagersWindowOpensOnTopAndBothClose)
     EXPECT_TRUE(Enabled(cHost.Handle()));
 }
 
-TEST_F(CategoryWindow, ManagersOpenTheirWindowsInTurn)
-{
-    for (const wchar_t* sCat : {L"Polka", L"Waltz", L"Tango"})
-    {
-        TestStation cOther;
-        cOther.cDataBase->Add(L"z", sCat, 1);
-        cOther.Populate();
-        CategoryRequest other;
-        EXPECT_EQ(OpenWith([&] { return cOther.cSchedMan->ShowCatUI(other); },
-                           [&](const User& user) {
-            Pick(user, eIdlstCat, 0);
-            user.Key(VK_RETURN);
-                  }),
-                  lChosen);
-        ASSERT_TRUE(other.cMainCatChosen);
-        EXPECT_EQ(other.cMainCatChosen->CatName(), sCat);
-    }
-    EXPECT_EQ(Open([&](const User&) { EXPECT_EQ(Entries(eIdlstCat).size(), 3u); }), lNotChosen);
-}
-
 TEST_F(CategoryWindow, QuittingProgramClosesItAndQuits)
 {
     StartOn(L"Rock", 3);
@@ -495,10 +475,11 @@ TEST_F(CategoryWindow, TheStripWorksInAMaximisedWindowToo)
 
 // ---- look ----
 
-TEST_F(CategoryWindow, NothingIsClippedOrCoveredAtAnySizeAndResolution)
+TEST_F(CategoryWindow, EverythingIsNamedAndVisibleAtAnySizeAndResolution)
 {
     StartOn(L"Rock", 3);
     Open([&](const User& user) {
+        EXPECT_EQ(Nameless(hWindow), Faults()) << "for screen readers";
         for (const int lDpi : {96, 120, 144, 192, 96})
         {
             SCOPED_TRACE(lDpi);
@@ -520,12 +501,6 @@ TEST_F(CategoryWindow, NothingIsClippedOrCoveredAtAnySizeAndResolution)
             user.Click(At(eIdLabel2));
         }
     });
-}
-
-TEST_F(CategoryWindow, EveryControlHasANameForScreenReaders)
-{
-    StartOn(L"Rock", 3);
-    Open([&](const User&) { EXPECT_EQ(Nameless(hWindow), Faults()); });
 }
 
 TEST_F(CategoryWindow, LongNamesAndAmpersandsAreShownWhole)

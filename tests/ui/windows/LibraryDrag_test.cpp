@@ -281,4 +281,32 @@ TEST_F(LibraryDrag, CutsAreCopiedAndMovedWithTheKeyboardAlone)
     });
 }
 
+// A database may hand out another object for the same cut each time: what the user sees and does goes by the
+// keys.
+TEST_F(LibraryDrag, CutsOfFreshObjectsAreReOrderedMovedPastedAndRemoved)
+{
+    cState.cDataBase->bFreshObjects = true;
+    OpenOnRock([&](const User& user) {
+        SelectRows(user, 3, 4); // Dido, Eagles
+        DropAt(user, 3, RowAt(1));
+        EXPECT_EQ(Artists(), (Texts{L"Abba", L"Dido", L"Eagles", L"Blur", L"Cream", L"Feist"}));
+        EXPECT_EQ(SelectedArtists(), (Texts{L"Dido", L"Eagles"}));
+        ClickRow(user, 0);
+        DropOnNode(user, 0, Item(L"Jazz"));
+        Choose(user, {1, 1}); // level 1, move
+        EXPECT_EQ(Order(L"Jazz", 1), (Texts{L"Ella", L"Abba"}));
+        ClickRow(user, 2); // Blur
+        user.Key('C', VK_CONTROL);
+        ClickNode(user, Item(L"Jazz"));
+        user.Key('V', VK_CONTROL);
+        Choose(user, {1, 0}); // level 1, copy
+        EXPECT_EQ(Order(L"Jazz", 1), (Texts{L"Ella", L"Abba", L"Blur"}));
+        SelectRows(user, 2, 3);
+        user.Key(VK_DELETE);
+        EXPECT_EQ(Order(L"Rock", 1), (Texts{L"Dido", L"Eagles", L"Feist"}));
+        EXPECT_EQ(Artists(), Order(L"Rock", 1));
+        EXPECT_EQ(cState.cDataBase->colCuts[1]->CategoryText(), L"Jazz");
+    });
+}
+
 } // namespace ravlo::test

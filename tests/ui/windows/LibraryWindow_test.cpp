@@ -172,67 +172,34 @@ TEST_F(LibraryWindow, ClosingWaitsForWhatRuns)
     });
 }
 
-TEST_F(LibraryWindow, LongCommandDisablesControlsThenRestoresTheFocus)
+TEST_F(LibraryWindow, LongCommandDisablesTheControlsAndRestoresTheFocus)
 {
+    auto& cCut = static_cast<FakeCut&>(*cState.cDataBase->colCuts[3]);
     Open([&](const User& user) {
         user.Click(hGrid);
-        std::atomic<bool> bGreyed = false;
-        std::atomic<bool> bBar = false;
-        // Reading the database takes longer than the window waits before it greys.
-        static_cast<FakeCut&>(*cState.cDataBase->colCuts[3]).OnCall = [&](const std::string&) {
-            const DWORD lStart = ::GetTickCount();
-            while (!bGreyed && ::GetTickCount() - lStart < 5000)
-            {
-                cState.cHostLoop.PumpMessages();
-                bGreyed = EnabledControls() == 0 && MenuGreyed();
-                bBar = Shown(At(eIdProgressBar1));
-            }
-        };
-        Command(LibraryCommand::mnuReloadAll);
-        user.Until([&] { return bGreyed.load(); }, "the controls to be disabled");
-        user.Idle();
-        EXPECT_TRUE(bBar);
-        EXPECT_EQ(EnabledControls(), 5);
-        EXPECT_FALSE(MenuGreyed());
-        EXPECT_FALSE(Shown(At(eIdProgressBar1)));
-        EXPECT_EQ(user.FocusedWindow(), hGrid);
-    });
-    static_cast<FakeCut&>(*cState.cDataBase->colCuts[3]).OnCall = nullptr;
-}
-
-TEST_F(LibraryWindow, TheFocusReturnsAfterABoxInALongCommand)
-{
-    Open([&](const User& user) {
-        user.Click(hGrid);
-        bool bShown = false;
-        auto& cCut = static_cast<FakeCut&>(*cState.cDataBase->colCuts[3]);
+        bool bAsked = false;
+        // Reading the database takes longer than the window waits before it disables its controls.
         cCut.OnCall = [&](const std::string&) {
-            if (std::exchange(bShown, true))
+            if (std::exchange(bAsked, true))
                 return;
             const DWORD lStart = ::GetTickCount();
-            while (EnabledControls() != 0 && ::GetTickCount() - lStart < 5000)
+            while ((EnabledControls() != 0 || !MenuGreyed()) && ::GetTickCount() - lStart < 5000)
                 cState.cHostLoop.PumpMessages();
+            EXPECT_TRUE(Shown(At(eIdProgressBar1)));
             cState.cMod.Box(BoxIcon::None, BoxButtons::Ok, L"Host", L"A question in the middle");
         };
         Command(LibraryCommand::mnuReloadAll);
         EXPECT_EQ(user.Box().sTitle, L"Host");
         EXPECT_EQ(EnabledControls(), 0);
+        EXPECT_TRUE(MenuGreyed());
         user.Answer(IDOK);
         user.Idle();
         EXPECT_EQ(EnabledControls(), 5);
-        EXPECT_EQ(user.FocusedWindow(), hGrid);
-        cCut.OnCall = nullptr;
-    });
-}
-
-TEST_F(LibraryWindow, TheFocusReturnsToTheControlThatHadIt)
-{
-    Open([&](const User& user) {
-        user.Click(hGrid);
-        Command(LibraryCommand::mnuCatNew);
-        user.Answer(IDCANCEL);
+        EXPECT_FALSE(MenuGreyed());
+        EXPECT_FALSE(Shown(At(eIdProgressBar1)));
         EXPECT_EQ(user.FocusedWindow(), hGrid);
     });
+    cCut.OnCall = nullptr;
 }
 
 TEST_F(LibraryWindow, QuittingProgramClosesItAndQuits)
@@ -324,9 +291,9 @@ TEST_F(LibraryWindow, NothingIsClippedOrCoveredAtAnySizeAndResolution)
     EXPECT_EQ(StoredLayout().substr(0, 14), L"1|Width|44|1|O") << "resolutions change no width";
 }
 
-TEST_F(LibraryWindow, EveryControlHasANameForScreenReaders)
+TEST_F(LibraryWindow, PanesAreNamedAndReachedByTabAndF6)
 {
-    Open([&](const User&) {
+    Open([&](const User& user) {
         EXPECT_EQ(Nameless(hWindow), Faults());
         const std::pair<int, const wchar_t*> names[] = {
             {eIdTvCats, L"Categories"},
@@ -337,24 +304,21 @@ TEST_F(LibraryWindow, EveryControlHasANameForScreenReaders)
         for (const auto& [lId, sName] : names)
             EXPECT_EQ(WindowText(At(lId)), sName);
         EXPECT_NE(WindowText(At(eIdsp1)), L"");
-    });
-}
-
-TEST_F(LibraryWindow, TabAndF6GoFromPaneToPane)
-{
-    Open([&](const User& user) {
-        for (const HWND hNext : {At(eIdsp1), hGrid, hTree})
+        const struct
         {
-            user.Key(VK_TAB);
-            EXPECT_EQ(user.FocusedWindow(), hNext);
-        }
-        user.Key(VK_TAB, VK_SHIFT);
-        EXPECT_EQ(user.FocusedWindow(), hGrid);
-        for (const HWND hNext : {hTree, hGrid})
+            int lKey, lModifier;
+            HWND hNext;
+        } steps[] = {{VK_TAB, 0, At(eIdsp1)},   {VK_TAB, 0, hGrid}, {VK_TAB, 0, hTree},
+                     {VK_TAB, VK_SHIFT, hGrid}, {VK_F6, 0, hTree},  {VK_F6, VK_CONTROL, hTree},
+                     {VK_F6, VK_SHIFT, hTree},  {VK_F6, 0, hGrid}};
+        for (const auto& step : steps)
         {
-            user.Key(VK_F6);
-            EXPECT_EQ(user.FocusedWindow(), hNext);
+            user.Key(step.lKey, step.lModifier);
+            EXPECT_EQ(user.FocusedWindow(), step.hNext);
         }
+        Command(LibraryCommand::mnuCatNew);
+        user.Answer(IDCANCEL);
+        EXPECT_EQ(user.FocusedWindow(), hGrid) << "after a box";
     });
 }
 

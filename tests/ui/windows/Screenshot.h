@@ -8,7 +8,7 @@
 namespace ravlo::test
 {
 
-// Writes what is to be seen of a window to <build folder>/screenshots/<sName>.png, as an artefact to look at.
+// Writes the visible part of a window to <build folder>/screenshots/<sName>.png, as an artefact to look at.
 // False when it could not be written.
 bool TakeScreenshot(HWND hWindow, const std::wstring& sName);
 // Several windows as they lie on each other, the last one on top.

@@ -21,49 +21,39 @@ namespace
 constexpr DWORD lDeadline = 15'000; // milliseconds
 constexpr UINT lProve = WM_APP + 1; // wParam: rounds left; lParam: the event to set
 
-// Sets the event once the thread's queue has stayed empty for some rounds through it. A sent message would
+// Sets an event once the thread's queue has stayed empty for some rounds through it. A sent message would
 // overtake what is posted, so the question goes through the queue itself.
-LRESULT CALLBACK IdleProcedure(HWND hWindow, UINT lMessage, WPARAM wParam, LPARAM lParam)
-{
-    if (lMessage == WM_TIMER)
-    {
-        ::KillTimer(hWindow, wParam);
-        ::PostMessageW(hWindow, lProve, 3, static_cast<LPARAM>(wParam));
-        return 0;
-    }
-    if (lMessage != lProve)
-        return ::DefWindowProcW(hWindow, lMessage, wParam, lParam);
-    if (wParam > 0)
-        ::PostMessageW(hWindow, lProve, wParam - 1, lParam);
-    else if (MiddleOfWork::lDepth > 0 || HIWORD(::GetQueueStatus(QS_INPUT | QS_PAINT | QS_POSTMESSAGE)) != 0)
-        ::SetTimer(hWindow, static_cast<UINT_PTR>(lParam), 5, nullptr);
-    else
-        ::SetEvent(reinterpret_cast<HANDLE>(lParam));
-    return 0;
-}
-
-class IdleWindow
+class IdleWindow final : public Window
 {
 public:
-    IdleWindow()
+    IdleWindow() : Window(L"RavloTestIdle")
     {
-        WNDCLASSEXW wndClass{};
-        wndClass.cbSize = sizeof wndClass;
-        wndClass.lpfnWndProc = IdleProcedure;
-        wndClass.hInstance = ::GetModuleHandleW(nullptr);
-        wndClass.lpszClassName = L"RavloTestIdle";
-        ::RegisterClassExW(&wndClass);
-        m_hWindow = ::CreateWindowExW(0, L"RavloTestIdle", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                                      wndClass.hInstance, nullptr);
+        WindowStart start;
+        start.hParent = HWND_MESSAGE;
+        Create(start);
     }
-    ~IdleWindow() { ::DestroyWindow(m_hWindow); }
-    IdleWindow(const IdleWindow&) = delete;
-    IdleWindow& operator=(const IdleWindow&) = delete;
-
-    HWND Handle() const { return m_hWindow; }
 
 private:
-    HWND m_hWindow;
+    LRESULT OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam) override
+    {
+        if (lMessage == WM_TIMER)
+        {
+            ::KillTimer(Handle(), wParam);
+            ::PostMessageW(Handle(), lProve, 3, static_cast<LPARAM>(wParam));
+            return 0;
+        }
+        if (lMessage != lProve)
+            return Default(lMessage, wParam, lParam);
+        if (wParam > 0)
+            ::PostMessageW(Handle(), lProve, wParam - 1, lParam);
+        else if (MiddleOfWork::lDepth > 0 ||
+                 HIWORD(::GetQueueStatus(QS_INPUT | QS_PAINT | QS_POSTMESSAGE)) != 0)
+            ::SetTimer(Handle(), static_cast<UINT_PTR>(lParam), 5, nullptr);
+        else
+            ::SetEvent(reinterpret_cast<HANDLE>(lParam));
+        return 0;
+    }
+    void OnException() noexcept override { ADD_FAILURE() << "the idle window failed"; }
 };
 
 BOOL CALLBACK AddVisible(HWND hWindow, LPARAM lParam)
