@@ -93,7 +93,7 @@ std::size_t Watch(const WatchOptions& options, const Boxes& cBoxes, const Consol
     const auto after = categories.Orders();
     const auto change = ChangeBetween(before, after);
     cOut.Write(L"\nIn the rotation: " + DecimalText(static_cast<std::int64_t>(change.lNew)) + L" new, " +
-               DecimalText(static_cast<std::int64_t>(change.moved)) + L" filed anew, " +
+               DecimalText(static_cast<std::int64_t>(change.moved)) + L" moved, " +
                DecimalText(static_cast<std::int64_t>(change.gone)) + L" gone\n" + ChangeTable(change));
     if (const auto* soonest = SoonestNew(change))
         PlayNew(after, *soonest, options, scheduler, gaps, plays.End(), cOut);

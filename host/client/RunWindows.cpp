@@ -190,7 +190,7 @@ void Print(const Choice& choice, const Console& cOut)
     {
         Bstr sCategories;
         ThrowIfFailed(choice.cCut->get_CategoryText(sCategories.Receive()));
-        sText += L"The cut is filed under: " + sCategories.Text() + L"\n";
+        sText += L"The cut is placed in: " + sCategories.Text() + L"\n";
     }
     if (choice.colCuts)
     {

@@ -260,7 +260,7 @@ void DescribeCategory(CLI::App& cCategory, CategoryOptions& options)
     cCategory.add_flag("--new", options.bAllowNew, "categories and levels can be made in it");
     auto* multi = cCategory.add_flag("--multi", options.bMultiSelect, "several categories can be chosen");
     AddText(cCategory, "--cut", options.sCut, "PATH",
-            "with --multi: the cut with this path is filed under what is chosen")
+            "with --multi: the cut with this path is placed in what is chosen")
         .needs(multi);
 }
 

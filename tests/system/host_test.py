@@ -373,7 +373,7 @@ class RavloHost(unittest.TestCase):
                                "D:\\b.mp3,,,,2,\nD:\\c.mp3,,Goodbye,,,\n")
         out = self.watch("more.csv", "--picks", "2")
         for text in ("2 cuts added, 2 changed, 0 unchanged, 0 rows rejected.", "Updating Scheduler with Added items",
-                     "Updated Scheduler with new items.", "In the rotation: 2 new, 1 filed anew, 0 gone"):
+                     "Updated Scheduler with new items.", "In the rotation: 2 new, 1 moved, 0 gone"):
             self.assertIn(text, out)
         self.assertIn("Category  Level  Before  After  New at\n"
                       "rock          1       2      2  2\n"
@@ -390,7 +390,7 @@ class RavloHost(unittest.TestCase):
         self.import_samples()
         out = self.watch(SAMPLES / "update.csv")
         self.assertIn("160 cuts added, 40 changed, 0 unchanged, 0 rows rejected.", out)
-        self.assertIn("In the rotation: 160 new, 28 filed anew, 0 gone", out)
+        self.assertIn("In the rotation: 160 new, 28 moved, 0 gone", out)
         self.assertRegex(out, r"\nnew releases +1 +0 +32  1-32\n")
         picks = [line for line in out.splitlines() if "  new releases:1  " in line]
         self.assertEqual(len(picks), 8)
@@ -609,7 +609,7 @@ class RavloHost(unittest.TestCase):
         chosen = "Category: rock\nLevel: 2\nOpener: no\n"
         self.assertEqual(self.picture("category", "--category", "ROCK:2"), (chosen, ""))
         self.assertEqual(self.picture("category", "--multi", "--cut", "d:\\C.MP3"),
-                         (chosen + "The cut is filed under: rock\n", ""))
+                         (chosen + "The cut is placed in: rock\n", ""))
 
     def test_a_box_does_not_keep_a_picture_waiting(self):
         self.good("import", "--db", "t.db", "--csv", self.write("t.csv", TINY))

@@ -1,6 +1,6 @@
 ' SPDX-License-Identifier: MIT
 ' How cuts enter and leave categories: through notifications of the database, and through the scheduler's own members.
-'   cscript filing.vbs [folder]
+'   cscript placement.vbs [folder]
 Option Explicit
 Dim sFolder, cDataBase, cSchedMan, cCut, bCreated, colAffected
 If WScript.Arguments.Count > 0 Then
@@ -9,7 +9,7 @@ Else
   sFolder = CreateObject("Scripting.FileSystemObject").GetSpecialFolder(2).Path
 End If
 Set cDataBase = CreateObject("RavloBase.clsDataBase")
-cDataBase.Open sFolder & "\filing.db"
+cDataBase.Open sFolder & "\placement.db"
 cDataBase.AddCuts ListOf(NewCut("one", "Rock", 1), NewCut("two", "Rock/Gold", 1))
 Set cSchedMan = CreateObject("RavloScheduler.clsSchedMan")
 cSchedMan.PopulateFromDataBase cDataBase, sFolder
