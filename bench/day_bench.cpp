@@ -57,25 +57,19 @@ struct FileStation
             for (const auto* sLevel : {L"1", L"2", L"3", L"4"})
             {
                 if (cSchedMan->colCuts(L"Category " + std::to_wstring(lCategory), std::stoi(sLevel)))
-                {
                     colKeys.push_back(L"Category " + std::to_wstring(lCategory) + L"\t" + sLevel);
-                }
             }
         }
         // The first pick of each level does one-time work that is not part of a slot.
         for (std::size_t i = 0; i < 2 * colKeys.size(); ++i)
-        {
             Pick();
-        }
     }
     static FileStation& OfSize(std::int64_t cuts)
     {
         static std::map<std::int64_t, std::unique_ptr<FileStation>> colStations;
         auto& cState = colStations[cuts];
         if (!cState)
-        {
             cState = std::make_unique<FileStation>(cuts);
-        }
         return *cState;
     }
 
@@ -85,11 +79,8 @@ struct FileStation
         dtNow += dSlotDays;
         const auto cPrevious = cStore->NewCut();
         cPrevious->SetLastPlayed(dtNow);
-        std::shared_ptr<clsCat> cMainCat;
-        std::shared_ptr<clsCat> cSubCat;
-        std::wstring sMainCatKey;
-        return cSchedMan->NextCutFromRotation(colKeys[next++ % colKeys.size()], false, cPrevious, cMainCat,
-                                              cSubCat, sMainCatKey, false, false);
+        return cSchedMan->NextCutFromRotation({colKeys[next++ % colKeys.size()], false, cPrevious}, false)
+            .cCut;
     }
 
     Folder folder;
@@ -112,9 +103,7 @@ public:
     {
         const auto now = SteadyClock::now();
         if (now - m_last < std::chrono::seconds(1))
-        {
             return false;
-        }
         m_last = now;
         return true;
     }
@@ -136,9 +125,7 @@ void Slots(benchmark::State& state)
             cCut->SetLastPlayed(station.dtNow);
             station.cSchedMan->UpdateArtistTitleHistory(cCut);
             if (second.Passed())
-            {
                 station.cStore->WriteGathered();
-            }
         }
     station.cStore->EndGathering();
     state.SetItemsProcessed(state.iterations() * lSlots);
@@ -160,9 +147,7 @@ void PicksAndRows(benchmark::State& state)
             const auto cCut = station.Pick();
             statement.Bind(1, station.dtNow).Bind(2, std::int64_t{cCut->ID()}).Run();
             if (second.Passed())
-            {
                 cConnection.Run("COMMIT; BEGIN");
-            }
         }
     cConnection.Run("COMMIT");
     state.SetItemsProcessed(state.iterations() * lSlots);

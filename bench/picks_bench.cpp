@@ -102,12 +102,8 @@ struct Station
     }
     void Pick(int lCat)
     {
-        std::shared_ptr<clsCat> cMainCat;
-        std::shared_ptr<clsCat> cSubCat;
-        std::wstring sMainCatKey;
         context.cClock.Advance(UnsavedOrders::lRetryMs + 1);
-        benchmark::DoNotOptimize(cSchedMan->NextCutFromRotation(
-            L"Cat" + std::to_wstring(lCat) + L"\t1", false, nullptr, cMainCat, cSubCat, sMainCatKey));
+        benchmark::DoNotOptimize(cSchedMan->NextCutFromRotation({L"Cat" + std::to_wstring(lCat) + L"\t1"}));
     }
 
     std::string sFolder;

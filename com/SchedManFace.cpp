@@ -17,7 +17,7 @@ namespace
 {
 
 // The dispatch ids of __clsSchedMan.
-enum Event : DISPID
+enum SchedulerEvent : DISPID
 {
     eShowHelpEvent = 1,
     eProgressStart = 2,
@@ -384,16 +384,14 @@ STDMETHODIMP SchedManFace::get_NextCutFromRotation(BSTR strSubCatKey, VARIANT_BO
 {
     return Guard([&] {
         _clsCut*& cResult = Out(pVal);
-        std::shared_ptr<clsCat> cMainCatFound;
-        std::shared_ptr<clsCat> cSubCatFound;
-        std::wstring sMainCatKeyFound;
-        const auto cCut = m_cSchedMan->NextCutFromRotation(
-            TextOf(strSubCatKey), FromHost(bMustBeOpener), CutFrom(cPrevSchedCut), cMainCatFound,
-            cSubCatFound, sMainCatKeyFound, FromHost(bForEditablePlaylist), FromHost(bSave));
-        Replace(cMainCat, cMainCatFound);
-        Replace(cSubCat, cSubCatFound);
-        Replace(sMainCatKey, sMainCatKeyFound);
-        cResult = CutOut(cCut).Detach();
+        const RotationAnswer answer =
+            m_cSchedMan->NextCutFromRotation({TextOf(strSubCatKey), FromHost(bMustBeOpener),
+                                              CutFrom(cPrevSchedCut), FromHost(bForEditablePlaylist)},
+                                             FromHost(bSave));
+        Replace(cMainCat, answer.cMainCat);
+        Replace(cSubCat, answer.cSubCat);
+        Replace(sMainCatKey, answer.sMainCatKey);
+        cResult = CutOut(answer.cCut).Detach();
     });
 }
 

@@ -36,19 +36,19 @@ struct Asked
 void Pick(Asked& asked, const std::wstring& sKey)
 {
     const std::size_t tab = sKey.find(cTab);
-    std::shared_ptr<clsCat> cMainCat;
-    std::shared_ptr<clsCat> cSubCat;
-    std::wstring sMainKey;
-    const std::shared_ptr<Cut> cCut = asked.cProgram->cSchedMan->NextCutFromRotation(
-        sKey, false, nullptr, cMainCat, cSubCat, sMainKey, false, false);
-    RAVLO_REQUIRE(cCut != nullptr);
-    RAVLO_REQUIRE(cCut->CategoryKey() == sKey);
-    RAVLO_REQUIRE(sMainKey == (tab == std::wstring::npos ? L"" : CategoryKey(sKey.substr(0, tab), 0)));
+    const RotationAnswer answer = asked.cProgram->cSchedMan->NextCutFromRotation({sKey}, false);
+    const std::shared_ptr<clsCat>& cMainCat = answer.cMainCat;
+    const std::shared_ptr<clsCat>& cSubCat = answer.cSubCat;
+    RAVLO_REQUIRE(answer.cCut != nullptr);
+    RAVLO_REQUIRE(answer.cCut->CategoryKey() == sKey);
+    RAVLO_REQUIRE(answer.sMainCatKey ==
+                  (tab == std::wstring::npos ? L"" : CategoryKey(sKey.substr(0, tab), 0)));
     if (cMainCat)
         RAVLO_REQUIRE(EqualIgnoringCase(cMainCat->CatName(), sKey.substr(0, tab)));
     if (cSubCat)
         RAVLO_REQUIRE(cMainCat && DecimalText(cSubCat->CatLevel()) == sKey.substr(tab + 1));
-    const bool bPlaceholder = cCut->KindCode() == (cMainCat ? eKindLevelNotFound : eKindMainCatNotFound);
+    const bool bPlaceholder =
+        answer.cCut->KindCode() == (cMainCat ? eKindLevelNotFound : eKindMainCatNotFound);
     RAVLO_REQUIRE(bPlaceholder == (cSubCat == nullptr));
 }
 

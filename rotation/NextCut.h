@@ -11,17 +11,17 @@
 namespace ravlo
 {
 
-// What a host asks for.
+// A host's request for the next cut of a level.
 struct RotationRequest
 {
     std::wstring strSubCatKey; // <name> TAB <level>
     bool bMustBeOpener = false;
-    std::shared_ptr<Cut> cPrevSchedCut; // null for none
+    std::shared_ptr<Cut> cPrevSchedCut = nullptr;
     bool bForEditablePlaylist = false;
-    bool bRotatesAllowed = false;
+    bool bRotatesAllowed = false; // set by the manager
 };
 
-// What the host gets. The categories and the main key are set as far as the request's key was found.
+// The answer. The categories and the main key are set as far as the request's key was found.
 struct RotationAnswer
 {
     std::shared_ptr<Cut> cCut; // never null; has the request's key and opener wish

@@ -5,7 +5,7 @@
 #include "media/DataBase.h"
 #include "model/clsCat.h"
 #include "modscheduler/ModScheduler.h"
-#include "rotation/PlayHistory.h"
+#include "rotation/NextCut.h"
 #include "scheduler/CatDragOptions.h"
 #include "scheduler/CutRemoval.h"
 #include "scheduler/SchedulerEvents.h"
@@ -117,14 +117,9 @@ public:
     // Number of play times that the database has not accepted yet.
     std::size_t PendingPlayTimes() const noexcept;
 
-    // Returns the cut that plays next from the level strSubCatKey; never null. cMainCat, cSubCat and
-    // sMainCatKey receive what the key was resolved to. bSave saves the main category's order when the call
-    // has moved cuts.
-    std::shared_ptr<Cut> NextCutFromRotation(const std::wstring& strSubCatKey, bool bMustBeOpener,
-                                             const std::shared_ptr<Cut>& cPrevSchedCut,
-                                             std::shared_ptr<clsCat>& cMainCat,
-                                             std::shared_ptr<clsCat>& cSubCat, std::wstring& sMainCatKey,
-                                             bool bForEditablePlaylist = false, bool bSave = true);
+    // Picks the cut that plays next from the requested level. bSave saves the main category's order when the
+    // pick has moved cuts.
+    RotationAnswer NextCutFromRotation(RotationRequest request, bool bSave = true);
     bool RotatesAllowed() const noexcept;
     void SetRotatesAllowed(bool bAllowed) noexcept;
 

@@ -39,21 +39,15 @@ void clsSchedMan::UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut)
 
 std::size_t clsSchedMan::PendingPlayTimes() const noexcept { return m_cParts->cPlayHistory.PendingTimes(); }
 
-std::shared_ptr<Cut> clsSchedMan::NextCutFromRotation(const std::wstring& strSubCatKey, bool bMustBeOpener,
-                                                      const std::shared_ptr<Cut>& cPrevSchedCut,
-                                                      std::shared_ptr<clsCat>& cMainCat,
-                                                      std::shared_ptr<clsCat>& cSubCat,
-                                                      std::wstring& sMainCatKey, bool bForEditablePlaylist,
-                                                      bool bSave)
+RotationAnswer clsSchedMan::NextCutFromRotation(RotationRequest request, bool bSave)
 {
     Parts& my = *m_cParts;
     const Call cCall(*this);
     const ModScheduler::OnAir cOnAir(my.cMod);
     const std::shared_ptr<CatCollection> colMainCats = my.colMainCats;
-    RotationAnswer answer = my.cPicks.NextCut(
-        colMainCats.get(),
-        {strSubCatKey, bMustBeOpener, cPrevSchedCut, bForEditablePlaylist, my.bRotatesAllowed},
-        LiveContext(my.cMod, my.cPlayHistory, my.Serving()));
+    request.bRotatesAllowed = my.bRotatesAllowed;
+    RotationAnswer answer =
+        my.cPicks.NextCut(colMainCats.get(), request, LiveContext(my.cMod, my.cPlayHistory, my.Serving()));
     // The pick has pumped messages: a category that was deleted or reloaded has no order to save.
     if (answer.bMovedCuts && my.Contains(answer.cMainCat))
     {
@@ -63,10 +57,7 @@ std::shared_ptr<Cut> clsSchedMan::NextCutFromRotation(const std::wstring& strSub
         else
             my.cHistoryFiles.NoteUnsaved(*answer.cMainCat);
     }
-    cMainCat = std::move(answer.cMainCat);
-    cSubCat = std::move(answer.cSubCat);
-    sMainCatKey = std::move(answer.sMainCatKey);
-    return answer.cCut;
+    return answer;
 }
 
 bool clsSchedMan::RotatesAllowed() const noexcept { return m_cParts->bRotatesAllowed; }

@@ -53,12 +53,9 @@ void Picks(Host& host, RandomNumbers& cRandom)
     for (int lPick = 0; lPick < 4; ++lPick)
         if (const std::shared_ptr<clsCat> cLevel = AnyLevel(host, cRandom))
         {
-            std::shared_ptr<clsCat> cMainCat;
-            std::shared_ptr<clsCat> cSubCat;
-            std::wstring sKey;
-            const std::shared_ptr<Cut> cCut = host.cSchedMan->NextCutFromRotation(
-                CategoryKey(cLevel->CatName(), cLevel->CatLevel()), false, nullptr, cMainCat, cSubCat, sKey);
-            host.cSchedMan->UpdateArtistTitleHistory(cCut);
+            host.cSchedMan->UpdateArtistTitleHistory(
+                host.cSchedMan->NextCutFromRotation({CategoryKey(cLevel->CatName(), cLevel->CatLevel())})
+                    .cCut);
             host.NoteOrders();
         }
 }

@@ -1015,12 +1015,8 @@ private:
         const std::int32_t lLevel = DrawLevel();
         const bool bOpener = Chance(40);
         const bool bSave = Chance(60);
-        std::shared_ptr<clsCat> cMainCat;
-        std::shared_ptr<clsCat> cSubCat;
-        std::wstring sMainCatKey;
-        const std::shared_ptr<Cut> cPicked =
-            m_cLib.cSchedMan->NextCutFromRotation(sName + L"\t" + std::to_wstring(lLevel), bOpener, nullptr,
-                                                  cMainCat, cSubCat, sMainCatKey, Chance(50), bSave);
+        const RotationRequest request{sName + L"\t" + std::to_wstring(lLevel), bOpener, nullptr, Chance(50)};
+        const std::shared_ptr<Cut> cPicked = m_cLib.cSchedMan->NextCutFromRotation(request, bSave).cCut;
         ASSERT_TRUE(cPicked);
         RefMain* pMain = m_ref.Main(sName);
         if (!pMain || pMain->colLevels.count(lLevel) == 0)

@@ -224,11 +224,7 @@ struct Library
     std::shared_ptr<Cut> NextCut(const std::wstring& sSubCatKey, bool bMustBeOpener = false,
                                  bool bSave = true)
     {
-        std::shared_ptr<clsCat> cMainCat;
-        std::shared_ptr<clsCat> cSubCat;
-        std::wstring sMainCatKey;
-        return cSchedMan->NextCutFromRotation(sSubCatKey, bMustBeOpener, nullptr, cMainCat, cSubCat,
-                                              sMainCatKey, false, bSave);
+        return cSchedMan->NextCutFromRotation({sSubCatKey, bMustBeOpener}, bSave).cCut;
     }
     std::wstring Pick(const std::wstring& sSubCatKey, bool bSave = true)
     {
