@@ -5,6 +5,8 @@
 #include "scheduler/CategoryEditing.h"
 #include "ui/library/NodeKey.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace ravlo
@@ -33,45 +35,6 @@ private:
     std::function<void()>& m_OnProgressStart;
     bool m_bBegan = false;
 };
-
-const wchar_t* HandlerOf(LibraryCommand eCommand)
-{
-    using enum LibraryCommand;
-    switch (eCommand)
-    {
-    case mnuSelectAllTree:
-        return L"mnuSelectAllTree_Click";
-    case mnuSelectNoneTree:
-        return L"mnuSelectNoneTree_Click";
-    case mnuSelectInvertTree:
-        return L"mnuSelectInvertTree_Click";
-    case mnuSelectAllGrid:
-        return L"mnuSelectAllGrid_Click";
-    case mnuSelectNoneGrid:
-        return L"mnuSelectNoneGrid_Click";
-    case mnuInvertSelectionGrid:
-        return L"mnuInvertSelectionGrid_Click";
-    case mnuReloadAll:
-        return L"mnuReloadAll_Click";
-    case mnuSave:
-        return L"mnuSave_Click";
-    case mnuExit:
-        return L"mnuExit_Click";
-    case mnuCatUI:
-        return L"mnuCatUI_Click";
-    case mnuCatNew:
-        return L"mnuCatNew_Click";
-    case mnuCatLevelNew:
-        return L"mnuCatLevelNew_Click";
-    case mnuShuffle:
-        return L"mnuShuffle_Click";
-    case mnuCatDelete:
-        return L"mnuCatDelete_Click";
-    case mnuHelp:
-        return L"mnuHelp_Click";
-    }
-    return L"frmUILib";
-}
 
 } // namespace
 
@@ -136,49 +99,52 @@ void frmUILibPresenter::ReloadAll()
 
 // ---- commands ----
 
+// Every command but mnuExit, with its handler's name for error texts.
+struct frmUILibPresenter::Command
+{
+    LibraryCommand eCommand;
+    const wchar_t* sHandler;
+    void (*Run)(frmUILibPresenter& self, clsSchedMan& cSchedMan);
+};
+
 void frmUILibPresenter::Do(LibraryCommand eCommand)
 {
+    static constexpr Command commands[] = {
+        {LibraryCommand::mnuSelectAllTree, L"mnuSelectAllTree_Click",
+         [](frmUILibPresenter& self, clsSchedMan&) { self.m_cPanes.CheckAll(true); }},
+        {LibraryCommand::mnuSelectNoneTree, L"mnuSelectNoneTree_Click",
+         [](frmUILibPresenter& self, clsSchedMan&) { self.m_cPanes.CheckAll(false); }},
+        {LibraryCommand::mnuSelectInvertTree, L"mnuSelectInvertTree_Click",
+         [](frmUILibPresenter& self, clsSchedMan&) { self.m_cPanes.InvertChecks(); }},
+        {LibraryCommand::mnuSelectAllGrid, L"mnuSelectAllGrid_Click",
+         [](frmUILibPresenter& self, clsSchedMan&) { self.Grid().SelectAll(); }},
+        {LibraryCommand::mnuSelectNoneGrid, L"mnuSelectNoneGrid_Click",
+         [](frmUILibPresenter& self, clsSchedMan&) { self.Grid().SelectNone(); }},
+        {LibraryCommand::mnuInvertSelectionGrid, L"mnuInvertSelectionGrid_Click",
+         [](frmUILibPresenter& self, clsSchedMan&) { self.Grid().InvertSelection(); }},
+        {LibraryCommand::mnuReloadAll, L"mnuReloadAll_Click",
+         [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.Reload(cSchedMan); }},
+        {LibraryCommand::mnuSave, L"mnuSave_Click",
+         [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.SaveAll(cSchedMan); }},
+        {LibraryCommand::mnuCatUI, L"mnuCatUI_Click",
+         [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.ShowCategoryWindow(cSchedMan); }},
+        {LibraryCommand::mnuCatNew, L"mnuCatNew_Click",
+         [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.NewCategory(cSchedMan); }},
+        {LibraryCommand::mnuCatLevelNew, L"mnuCatLevelNew_Click",
+         [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.NewLevel(cSchedMan); }},
+        {LibraryCommand::mnuShuffle, L"mnuShuffle_Click",
+         [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.Shuffle(cSchedMan); }},
+        {LibraryCommand::mnuCatDelete, L"mnuCatDelete_Click",
+         [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.Delete(cSchedMan); }},
+        {LibraryCommand::mnuHelp, L"mnuHelp_Click",
+         [](frmUILibPresenter&, clsSchedMan& cSchedMan) { cSchedMan.ShowHelp(); }},
+    };
+    // Closing is delayed while something runs, not ignored.
     if (eCommand == LibraryCommand::mnuExit)
         return RequestClose();
-    m_cWork.Handle(HandlerOf(eCommand), [&](clsSchedMan& cSchedMan) { Run(eCommand, cSchedMan); });
-}
-
-void frmUILibPresenter::Run(LibraryCommand eCommand, clsSchedMan& cSchedMan)
-{
-    using enum LibraryCommand;
-    switch (eCommand)
-    {
-    case mnuSelectAllTree:
-        return m_cPanes.CheckAll(true);
-    case mnuSelectNoneTree:
-        return m_cPanes.CheckAll(false);
-    case mnuSelectInvertTree:
-        return m_cPanes.InvertChecks();
-    case mnuSelectAllGrid:
-        return Grid().SelectAll();
-    case mnuSelectNoneGrid:
-        return Grid().SelectNone();
-    case mnuInvertSelectionGrid:
-        return Grid().InvertSelection();
-    case mnuReloadAll:
-        return Reload(cSchedMan);
-    case mnuSave:
-        return SaveAll(cSchedMan);
-    case mnuExit:
-        return; // not handled here: while something runs, closing is delayed, not ignored
-    case mnuCatUI:
-        return ShowCategoryWindow(cSchedMan);
-    case mnuCatNew:
-        return NewCategory(cSchedMan);
-    case mnuCatLevelNew:
-        return NewLevel(cSchedMan);
-    case mnuShuffle:
-        return Shuffle(cSchedMan);
-    case mnuCatDelete:
-        return Delete(cSchedMan);
-    case mnuHelp:
-        return cSchedMan.ShowHelp();
-    }
+    const Command& command = *std::find_if(std::begin(commands), std::end(commands),
+                                           [&](const Command& each) { return each.eCommand == eCommand; });
+    m_cWork.Handle(command.sHandler, [&](clsSchedMan& cSchedMan) { command.Run(*this, cSchedMan); });
 }
 
 void frmUILibPresenter::ShowCategoryWindow(clsSchedMan& cSchedMan)

@@ -72,7 +72,7 @@ public:
     void Do(LibraryCommand eCommand);
 
 private:
-    void Run(LibraryCommand eCommand, clsSchedMan& cSchedMan);
+    struct Command;
     void Reload(clsSchedMan& cSchedMan);
     void SaveAll(clsSchedMan& cSchedMan);
     void ShowCategoryWindow(clsSchedMan& cSchedMan);
