@@ -174,11 +174,7 @@ std::shared_ptr<Cut> HostDatabase::CutByArtistTitle(const std::wstring& sArtist,
 
 std::shared_ptr<Cut> HostDatabase::NewCut() const
 {
-    ComPtr<_clsCut> cCut;
-    Call(&_clsDataBase::NewCut, cCut.Receive());
-    if (!cCut)
-        throw RuntimeError(error::ObjectNotSet);
-    return CutFrom(cCut.Get());
+    return CutFrom(CallForObject<_clsCut>(&_clsDataBase::NewCut).Get());
 }
 
 std::unique_ptr<DataBase::Batch> HostDatabase::BeginBatch()

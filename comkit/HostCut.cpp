@@ -94,11 +94,7 @@ std::int32_t HostCut::CatLevel() const { return Long(&_clsCut::get_CatLevel); }
 
 ComPtr<_clsCollection> HostCut::Categories() const
 {
-    ComPtr<_clsCollection> colNames;
-    Call(&_clsCut::get_Categories, colNames.Receive());
-    if (!colNames)
-        throw RuntimeError(error::ObjectNotSet);
-    return colNames;
+    return CallForObject<_clsCollection>(&_clsCut::get_Categories);
 }
 
 std::vector<std::wstring> HostCut::CategoryNames() const
@@ -194,11 +190,7 @@ void HostCut::SetKindCode(std::int32_t lKind) { Set(&_clsCut::put_KindCode, lKin
 
 std::shared_ptr<Cut> HostCut::CloneCut() const
 {
-    ComPtr<_clsCut> cClone;
-    Call(&_clsCut::CloneCut, cClone.Receive());
-    if (!cClone)
-        throw RuntimeError(error::ObjectNotSet);
-    return CutFrom(cClone.Get());
+    return CutFrom(CallForObject<_clsCut>(&_clsCut::CloneCut).Get());
 }
 
 } // namespace ravlo

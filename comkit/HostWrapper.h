@@ -57,6 +57,18 @@ protected:
                       __uuidof(I));
     }
 
+    // As Call, for a member that returns an object as its last argument. Throws error 91 when it returns
+    // none.
+    template <class Result, class Member, class... Arguments>
+    ComPtr<Result> CallForObject(Member member, Arguments... arguments) const
+    {
+        ComPtr<Result> cResult;
+        Call(member, arguments..., cResult.Receive());
+        if (!cResult)
+            throw RuntimeError(error::ObjectNotSet);
+        return cResult;
+    }
+
     // The revision of the host's object; 0 when it has none.
     std::uint64_t Revision() const
     {

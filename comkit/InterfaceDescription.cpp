@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "comkit/InterfaceDescription.h"
 
-#include "comkit/Errors.h"
+#include "comkit/TypeAttributes.h"
 
 namespace ravlo
 {
@@ -33,13 +33,11 @@ UserType Resolve(ITypeInfo& cInfo, HREFTYPE hType)
 {
     UserType result;
     ComPtr<ITypeInfo> cType;
-    TYPEATTR* pAttributes = nullptr;
-    if (SUCCEEDED(cInfo.GetRefTypeInfo(hType, cType.Receive())) &&
-        SUCCEEDED(cType->GetTypeAttr(&pAttributes)))
+    if (SUCCEEDED(cInfo.GetRefTypeInfo(hType, cType.Receive())))
     {
-        result.bObject = pAttributes->typekind != TKIND_ENUM;
-        result.iid = pAttributes->guid;
-        cType->ReleaseTypeAttr(pAttributes);
+        const TypeAttributes attributes(*cType);
+        result.bObject = attributes->typekind != TKIND_ENUM;
+        result.iid = attributes->guid;
     }
     return result;
 }
@@ -85,11 +83,8 @@ InterfaceDescription::InterfaceDescription(REFIID iid, ComPtr<ITypeInfo> cInfo)
     : m_iid(iid), m_cInfo(std::move(cInfo))
 {
     const ComPtr<ITypeInfo> cView = VTableView(*m_cInfo);
-    TYPEATTR* pAttributes = nullptr;
-    ThrowIfFailed(cView->GetTypeAttr(&pAttributes));
-    const WORD lCount = pAttributes->cFuncs;
-    cView->ReleaseTypeAttr(pAttributes);
-    for (WORD i = 0; i < lCount; ++i)
+    const WORD functions = TypeAttributes(*cView)->cFuncs;
+    for (WORD i = 0; i < functions; ++i)
     {
         FUNCDESC* pFunction = nullptr;
         ThrowIfFailed(cView->GetFuncDesc(i, &pFunction));
@@ -125,7 +120,7 @@ class InterfaceDescription::Call
 {
 public:
     Call(const Member& member, LCID lcid)
-        : m_member(member), m_lcid(lcid), m_colSlots(member.colParameters.size())
+        : m_member(member), m_lcid(lcid), m_colArguments(member.colParameters.size())
     {
     }
 
@@ -137,7 +132,7 @@ public:
     void GiveBackAfterFailure();
 
 private:
-    struct Slot
+    struct Argument
     {
         Variant cValue;             // of the parameter's own type
         VARIANT* pCaller = nullptr; // the caller's argument, null when it was left out
@@ -145,15 +140,15 @@ private:
         bool bUnreadable = false;   // the caller's value could not be converted: cValue started as zero
     };
 
-    HRESULT Fill(const Parameter& parameter, Slot& slot) const;
-    HRESULT FillObject(const Parameter& parameter, Slot& slot, const Variant& cGiven) const;
-    void FillLeftOut(const Parameter& parameter, Slot& slot) const;
-    void Pass(const Parameter& parameter, Slot& slot) const noexcept;
+    HRESULT Fill(const Parameter& parameter, Argument& argument) const;
+    HRESULT FillObject(const Parameter& parameter, Argument& argument, const Variant& cGiven) const;
+    void FillLeftOut(const Parameter& parameter, Argument& argument) const;
+    void Pass(const Parameter& parameter, Argument& argument) const noexcept;
     void Return(VARIANT& caller, Variant& cValue) const;
 
     const Member& m_member;
     LCID m_lcid;
-    std::vector<Slot> m_colSlots;
+    std::vector<Argument> m_colArguments;
 };
 
 HRESULT InterfaceDescription::Call::Take(const DISPPARAMS& arguments, UINT* pArgErr)
@@ -166,55 +161,56 @@ HRESULT InterfaceDescription::Call::Take(const DISPPARAMS& arguments, UINT* pArg
         {
             const DISPID lName = arguments.rgdispidNamedArgs[i];
             position = lName == DISPID_PROPERTYPUT ? lCount - 1 : static_cast<std::size_t>(lName);
-            if (position >= lCount || m_colSlots[position].pCaller)
+            if (position >= lCount || m_colArguments[position].pCaller)
             {
                 if (pArgErr)
                     *pArgErr = i;
                 return DISP_E_PARAMNOTFOUND;
             }
         }
-        if (position >= lCount || m_colSlots[position].pCaller)
+        if (position >= lCount || m_colArguments[position].pCaller)
             return DISP_E_BADPARAMCOUNT;
-        m_colSlots[position].pCaller = &arguments.rgvarg[i];
+        m_colArguments[position].pCaller = &arguments.rgvarg[i];
     }
-    for (std::size_t i = 0; i < m_colSlots.size(); ++i)
+    for (std::size_t i = 0; i < m_colArguments.size(); ++i)
     {
-        const HRESULT hResult = Fill(m_member.colParameters[i], m_colSlots[i]);
+        const HRESULT hResult = Fill(m_member.colParameters[i], m_colArguments[i]);
         if (FAILED(hResult))
         {
-            if (pArgErr && m_colSlots[i].pCaller)
-                *pArgErr = static_cast<UINT>(m_colSlots[i].pCaller - arguments.rgvarg);
+            if (pArgErr && m_colArguments[i].pCaller)
+                *pArgErr = static_cast<UINT>(m_colArguments[i].pCaller - arguments.rgvarg);
             return hResult;
         }
     }
     return S_OK;
 }
 
-HRESULT InterfaceDescription::Call::Fill(const Parameter& parameter, Slot& slot) const
+HRESULT InterfaceDescription::Call::Fill(const Parameter& parameter, Argument& argument) const
 {
-    const bool bLeftOut = !slot.pCaller || IsOmitted(*slot.pCaller);
+    const bool bLeftOut = !argument.pCaller || IsOmitted(*argument.pCaller);
     if (bLeftOut && !parameter.bOptional && !parameter.cDefault && !parameter.bResult)
-        return slot.pCaller ? DISP_E_PARAMNOTOPTIONAL : DISP_E_BADPARAMCOUNT;
+        return argument.pCaller ? DISP_E_PARAMNOTOPTIONAL : DISP_E_BADPARAMCOUNT;
     if (bLeftOut)
     {
-        FillLeftOut(parameter, slot);
+        FillLeftOut(parameter, argument);
     }
-    else if (parameter.bByReference && parameter.vt == VT_VARIANT && slot.pCaller->vt == vtVariantReference)
+    else if (parameter.bByReference && parameter.vt == VT_VARIANT &&
+             argument.pCaller->vt == vtVariantReference)
     {
-        slot.passed = *slot.pCaller; // the caller's own variable
+        argument.passed = *argument.pCaller; // the caller's own variable
         return S_OK;
     }
     else
     {
-        const Variant cGiven = Variant::Dereferenced(*slot.pCaller);
+        const Variant cGiven = Variant::Dereferenced(*argument.pCaller);
         HRESULT hResult = S_OK;
         if (parameter.bObject)
-            hResult = FillObject(parameter, slot, cGiven);
+            hResult = FillObject(parameter, argument, cGiven);
         else if (parameter.vt == VT_VARIANT)
-            slot.cValue = cGiven;
+            argument.cValue = cGiven;
         else
             hResult = Outgoing([&] {
-                return VariantChangeTypeEx(&slot.cValue, const_cast<Variant*>(&cGiven), m_lcid, 0,
+                return VariantChangeTypeEx(&argument.cValue, const_cast<Variant*>(&cGiven), m_lcid, 0,
                                            parameter.vt);
             });
         if (FAILED(hResult))
@@ -224,19 +220,19 @@ HRESULT InterfaceDescription::Call::Fill(const Parameter& parameter, Slot& slot)
             const bool bObjectGiven = (cGiven.vt == VT_DISPATCH || cGiven.vt == VT_UNKNOWN) && cGiven.punkVal;
             if (!parameter.bByReference || (parameter.bIn && parameter.bObject && bObjectGiven))
                 return hResult;
-            FillLeftOut(parameter, slot);
-            slot.bUnreadable = true;
+            FillLeftOut(parameter, argument);
+            argument.bUnreadable = true;
         }
     }
-    Pass(parameter, slot);
+    Pass(parameter, argument);
     return S_OK;
 }
 
-HRESULT InterfaceDescription::Call::FillObject(const Parameter& parameter, Slot& slot,
+HRESULT InterfaceDescription::Call::FillObject(const Parameter& parameter, Argument& argument,
                                                const Variant& cGiven) const
 {
-    slot.cValue = Variant(static_cast<IDispatch*>(nullptr));
-    slot.cValue.vt = parameter.vt;
+    argument.cValue = Variant(static_cast<IDispatch*>(nullptr));
+    argument.cValue.vt = parameter.vt;
     if (cGiven.vt == VT_EMPTY || cGiven.vt == VT_NULL)
         return S_OK;
     if (cGiven.vt != VT_DISPATCH && cGiven.vt != VT_UNKNOWN)
@@ -246,50 +242,52 @@ HRESULT InterfaceDescription::Call::FillObject(const Parameter& parameter, Slot&
     void* pvObject = nullptr;
     if (FAILED(Outgoing([&] { return cGiven.punkVal->QueryInterface(parameter.iid, &pvObject); })))
         return DISP_E_TYPEMISMATCH;
-    slot.cValue.punkVal = static_cast<IUnknown*>(pvObject);
+    argument.cValue.punkVal = static_cast<IUnknown*>(pvObject);
     return S_OK;
 }
 
-void InterfaceDescription::Call::FillLeftOut(const Parameter& parameter, Slot& slot) const
+void InterfaceDescription::Call::FillLeftOut(const Parameter& parameter, Argument& argument) const
 {
-    slot.cValue = parameter.cDefault ? *parameter.cDefault : Variant();
+    argument.cValue = parameter.cDefault ? *parameter.cDefault : Variant();
     if (parameter.cDefault)
     {
-        VariantChangeTypeEx(&slot.cValue, &slot.cValue, LOCALE_INVARIANT, 0, parameter.vt);
+        VariantChangeTypeEx(&argument.cValue, &argument.cValue, LOCALE_INVARIANT, 0, parameter.vt);
     }
     else if (parameter.vt != VT_VARIANT)
     {
-        slot.cValue.vt = parameter.vt; // a zero of that type: 0, no string, no object
+        argument.cValue.vt = parameter.vt; // a zero of that type: 0, no string, no object
     }
     else if (!parameter.bByReference)
     {
-        slot.cValue.vt = VT_ERROR;
-        slot.cValue.scode = DISP_E_PARAMNOTFOUND;
+        argument.cValue.vt = VT_ERROR;
+        argument.cValue.scode = DISP_E_PARAMNOTFOUND;
     }
 }
 
-void InterfaceDescription::Call::Pass(const Parameter& parameter, Slot& slot) const noexcept
+void InterfaceDescription::Call::Pass(const Parameter& parameter, Argument& argument) const noexcept
 {
     if (!parameter.bByReference)
     {
-        slot.passed = slot.cValue;
+        argument.passed = argument.cValue;
         return;
     }
-    slot.passed.vt = static_cast<VARTYPE>(VT_BYREF | parameter.vt);
-    slot.passed.byref = parameter.vt == VT_VARIANT ? static_cast<void*>(&slot.cValue) : &slot.cValue.byref;
+    argument.passed.vt = static_cast<VARTYPE>(VT_BYREF | parameter.vt);
+    argument.passed.byref =
+        parameter.vt == VT_VARIANT ? static_cast<void*>(&argument.cValue) : &argument.cValue.byref;
 }
 
 HRESULT InterfaceDescription::Call::Run(IDispatch* pObject)
 {
     std::vector<VARTYPE> colTypes;
     std::vector<VARIANT*> colArguments;
-    for (std::size_t i = 0; i < m_colSlots.size(); ++i)
+    for (std::size_t i = 0; i < m_colArguments.size(); ++i)
     {
         const Parameter& parameter = m_member.colParameters[i];
         colTypes.push_back(parameter.bByReference ? static_cast<VARTYPE>(VT_BYREF | parameter.vt)
                                                   : parameter.vt);
-        colArguments.push_back(parameter.bByReference || parameter.vt != VT_VARIANT ? &m_colSlots[i].passed
-                                                                                    : &m_colSlots[i].cValue);
+        colArguments.push_back(parameter.bByReference || parameter.vt != VT_VARIANT
+                                   ? &m_colArguments[i].passed
+                                   : &m_colArguments[i].cValue);
     }
     Variant cCallResult;
     const HRESULT hResult =
@@ -300,30 +298,30 @@ HRESULT InterfaceDescription::Call::Run(IDispatch* pObject)
 
 void InterfaceDescription::Call::GiveBack(VARIANT* pResult)
 {
-    for (std::size_t i = 0; i < m_colSlots.size(); ++i)
+    for (std::size_t i = 0; i < m_colArguments.size(); ++i)
     {
         const Parameter& parameter = m_member.colParameters[i];
-        Slot& slot = m_colSlots[i];
+        Argument& argument = m_colArguments[i];
         if (parameter.bResult)
         {
             if (pResult)
-                *pResult = slot.cValue.Detach();
+                *pResult = argument.cValue.Detach();
         }
-        else if (parameter.bByReference && slot.pCaller && (slot.pCaller->vt & VT_BYREF) != 0 &&
-                 slot.passed.byref != slot.pCaller->byref)
+        else if (parameter.bByReference && argument.pCaller && (argument.pCaller->vt & VT_BYREF) != 0 &&
+                 argument.passed.byref != argument.pCaller->byref)
         {
-            Return(*slot.pCaller, slot.cValue);
+            Return(*argument.pCaller, argument.cValue);
         }
     }
 }
 
 void InterfaceDescription::Call::GiveBackAfterFailure()
 {
-    for (std::size_t i = 0; i < m_colSlots.size(); ++i)
+    for (std::size_t i = 0; i < m_colArguments.size(); ++i)
     {
-        Slot& slot = m_colSlots[i];
-        if (m_member.colParameters[i].bResult || (slot.bUnreadable && slot.cValue.llVal == 0))
-            slot.pCaller = nullptr; // nothing was stored: the caller's value stays
+        Argument& argument = m_colArguments[i];
+        if (m_member.colParameters[i].bResult || (argument.bUnreadable && argument.cValue.llVal == 0))
+            argument.pCaller = nullptr; // nothing was stored: the caller's value stays
     }
     GiveBack(nullptr);
 }

@@ -1,33 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "fuzz/com/Members.h"
 
+#include "comkit/TypeAttributes.h"
+
 namespace ravlo::fuzz
 {
 
 namespace
 {
 
-// The attributes of a type, released at the end.
-class Attributes
-{
-public:
-    explicit Attributes(ITypeInfo& cInfo) : m_cInfo(cInfo) { cInfo.GetTypeAttr(&m_pAttributes); }
-    ~Attributes() { m_cInfo.ReleaseTypeAttr(m_pAttributes); }
-    Attributes(const Attributes&) = delete;
-    Attributes& operator=(const Attributes&) = delete;
-    const TYPEATTR* operator->() const { return m_pAttributes; }
-
-private:
-    ITypeInfo& m_cInfo;
-    TYPEATTR* m_pAttributes = nullptr;
-};
-
 IID InterfaceBehind(ITypeInfo& cInfo, HREFTYPE hType)
 {
     ComPtr<ITypeInfo> cType;
     if (FAILED(cInfo.GetRefTypeInfo(hType, cType.Receive())))
         return IID_NULL;
-    const Attributes attributes(*cType);
+    const TypeAttributes attributes(*cType);
     return attributes->typekind == TKIND_ENUM ? IID_NULL : attributes->guid;
 }
 
@@ -55,7 +42,7 @@ Parameter ParameterOf(ITypeInfo& cInfo, const TYPEDESC& type)
 
 void AddMembers(std::vector<Member>& colMembers, ITypeInfo& cInfo, REFIID iid)
 {
-    const Attributes attributes(cInfo);
+    const TypeAttributes attributes(cInfo);
     for (UINT lFunction = 0; lFunction < attributes->cFuncs; ++lFunction)
     {
         FUNCDESC* pFunction = nullptr;
@@ -80,7 +67,7 @@ void AddMembers(std::vector<Member>& colMembers, ITypeInfo& cInfo, REFIID iid)
 // The default interface of a class, as IDispatch sees it.
 void AddClass(Surface& surface, ITypeInfo& cClass)
 {
-    const Attributes attributes(cClass);
+    const TypeAttributes attributes(cClass);
     if (attributes->typekind != TKIND_COCLASS || (attributes->wTypeFlags & TYPEFLAG_FCANCREATE) == 0)
         return;
     surface.colClasses.push_back(attributes->guid);
@@ -93,11 +80,11 @@ void AddClass(Surface& surface, ITypeInfo& cClass)
         if ((lFlags & IMPLTYPEFLAG_FSOURCE) != 0 || FAILED(cClass.GetRefTypeOfImplType(lInterface, &hType)) ||
             FAILED(cClass.GetRefTypeInfo(hType, cInterface.Receive())))
             continue;
-        const IID iid = Attributes(*cInterface)->guid;
+        const IID iid = TypeAttributes(*cInterface)->guid;
         ComPtr<ITypeInfo> cView;
         if (SUCCEEDED(cInterface->GetRefTypeOfImplType(static_cast<UINT>(-1), &hType)) &&
             SUCCEEDED(cInterface->GetRefTypeInfo(hType, cView.Receive())) &&
-            Attributes(*cView)->typekind == TKIND_DISPATCH)
+            TypeAttributes(*cView)->typekind == TKIND_DISPATCH)
             AddMembers(surface.colMembers, *cView, iid);
         else
             AddMembers(surface.colMembers, *cInterface, iid);
@@ -129,7 +116,7 @@ IID InterfaceOf(IDispatch& cObject)
     ComPtr<ITypeInfo> cInfo;
     if (FAILED(cObject.GetTypeInfo(0, LOCALE_NEUTRAL, cInfo.Receive())))
         return IID_NULL;
-    return Attributes(*cInfo)->guid;
+    return TypeAttributes(*cInfo)->guid;
 }
 
 } // namespace ravlo::fuzz
