@@ -67,21 +67,13 @@ struct Form
 std::optional<Form> FormOf(unsigned char c)
 {
     if (c < 0x80)
-    {
         return Form{1, c, 0};
-    }
     if (c >= 0xC2 && c <= 0xDF)
-    {
         return Form{2, c & 0x1FU, 0x80};
-    }
     if (c >= 0xE0 && c <= 0xEF)
-    {
         return Form{3, c & 0x0FU, 0x800};
-    }
     if (c >= 0xF0 && c <= 0xF4)
-    {
         return Form{4, c & 0x07U, 0x10000};
-    }
     return std::nullopt;
 }
 
@@ -90,9 +82,7 @@ void TakeAscii(std::wstring& sText, std::string_view& bytes)
 {
     std::size_t count = 0;
     while (count < bytes.size() && static_cast<unsigned char>(bytes[count]) < 0x80)
-    {
         ++count;
-    }
     sText.append(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
     bytes.remove_prefix(count);
 }
@@ -103,23 +93,17 @@ std::optional<std::uint32_t> Decode(std::string_view bytes, std::size_t& lLength
 {
     const auto form = FormOf(static_cast<unsigned char>(bytes.front()));
     if (!form || bytes.size() < static_cast<std::size_t>(form->lLength))
-    {
         return std::nullopt;
-    }
     std::uint32_t c = form->lFirst;
     for (int i = 1; i < form->lLength; ++i)
     {
         const auto next = static_cast<unsigned char>(bytes[static_cast<std::size_t>(i)]);
         if ((next & 0xC0U) != 0x80U)
-        {
             return std::nullopt;
-        }
         c = (c << 6) | (next & 0x3FU);
     }
     if (c < form->lLeast || c > lLastCodePoint)
-    {
         return std::nullopt;
-    }
     lLength = static_cast<std::size_t>(form->lLength);
     return c;
 }
@@ -168,9 +152,7 @@ std::optional<std::wstring> TextFromUtf8(std::string_view bytes)
         std::size_t lLength = 1;
         const auto c = Decode(bytes, lLength);
         if (!c || IsHighHalf(*c) || IsLowHalf(*c))
-        {
             return std::nullopt;
-        }
         AppendWide(sText, *c);
         bytes.remove_prefix(lLength);
     }

@@ -159,11 +159,11 @@ void ForEachNode(const ComPtr<IDispatch>& colNodes,
 // ---- the grid ----
 
 // The grid paints nothing while it is filled, and paints again on every way out.
-class RedrawOff
+class HostRedrawOff
 {
 public:
-    explicit RedrawOff(LateBound& cGrid) : m_cGrid(cGrid) { m_cGrid.Put(L"Redraw", {}, Variant(false)); }
-    ~RedrawOff()
+    explicit HostRedrawOff(LateBound& cGrid) : m_cGrid(cGrid) { m_cGrid.Put(L"Redraw", {}, Variant(false)); }
+    ~HostRedrawOff()
     {
         try
         {
@@ -174,8 +174,8 @@ public:
             // A grid that refuses this has already refused a row.
         }
     }
-    RedrawOff(const RedrawOff&) = delete;
-    RedrawOff& operator=(const RedrawOff&) = delete;
+    HostRedrawOff(const HostRedrawOff&) = delete;
+    HostRedrawOff& operator=(const HostRedrawOff&) = delete;
 
 private:
     LateBound& m_cGrid;
@@ -250,7 +250,7 @@ void LateBoundTree::ShowAsOpen(const std::wstring& sKey)
 void FillGrid(IDispatch& oGrid, clsSchedMan& cSchedMan, const ListedCuts& listed)
 {
     LateBound cGrid(oGrid);
-    const RedrawOff cOff(cGrid);
+    const HostRedrawOff cOff(cGrid);
     cGrid.Put(L"RowCount", {}, Number(0));
     EnsureColumns(cGrid);
     FillingReport report(cSchedMan, listed);

@@ -26,13 +26,13 @@ namespace
 constexpr const char* sName = "station.db";
 constexpr const char* sLogName = "station.db-wal";
 
-struct Files
+struct StoredFiles
 {
     std::string file;
     std::string log;
 };
 
-void Put(const TempFolder& cFolder, const Files& files)
+void Put(const TempFolder& cFolder, const StoredFiles& files)
 {
     cFolder.Write("station.db-shm", {});
     cFolder.Write(sName, files.file);
@@ -40,7 +40,7 @@ void Put(const TempFolder& cFolder, const Files& files)
 }
 
 // A sound database whose last change is in its log.
-Files GoodFiles(const TempFolder& cFolder)
+StoredFiles SoundStore(const TempFolder& cFolder)
 {
     Put(cFolder, {});
     Store cStore;
@@ -96,7 +96,7 @@ void Overwrite(std::string& file, std::size_t at, std::string_view bytes)
 
 // Sets a value of the file that none of our programs would write.
 template <class Bind>
-void Set(const TempFolder& cFolder, Files& files, const std::string& sSql, std::uint64_t row, Bind bind)
+void Set(const TempFolder& cFolder, StoredFiles& files, const std::string& sSql, std::uint64_t row, Bind bind)
 {
     Put(cFolder, files);
     sqlite3* pDatabase = nullptr;
@@ -114,7 +114,7 @@ void Set(const TempFolder& cFolder, Files& files, const std::string& sSql, std::
     sqlite3_close(pDatabase);
 }
 
-void SetText(const TempFolder& cFolder, Files& files, Input& input)
+void SetText(const TempFolder& cFolder, StoredFiles& files, Input& input)
 {
     static constexpr std::array columns = {"cut_key", "folded_key", "path",  "secondary_key",
                                            "artist",  "title",      "album", "name"};
@@ -130,7 +130,7 @@ void SetText(const TempFolder& cFolder, Files& files, Input& input)
     });
 }
 
-void SetNumber(const TempFolder& cFolder, Files& files, Input& input)
+void SetNumber(const TempFolder& cFolder, StoredFiles& files, Input& input)
 {
     static constexpr std::array columns = {"id",          "year",      "run_time_ms", "duration_ms",
                                            "last_played", "cat_level", "opener",      "position"};
@@ -145,7 +145,7 @@ void SetNumber(const TempFolder& cFolder, Files& files, Input& input)
         [&](sqlite3_stmt* pStatement) { sqlite3_bind_int64(pStatement, 1, value); });
 }
 
-Files HarmedFiles(const TempFolder& cFolder, Files files, Input input)
+StoredFiles HarmedStore(const TempFolder& cFolder, StoredFiles files, Input input)
 {
     while (!input.AtEnd())
     {
@@ -177,8 +177,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t si
     using namespace ravlo;
     using namespace ravlo::fuzz;
     static const TempFolder cFolder;
-    static const fuzz::Files good = GoodFiles(cFolder);
-    const fuzz::Files harmed = HarmedFiles(cFolder, good, Input(fuzz::BytesOf(pBytes, size)));
+    static const fuzz::StoredFiles good = SoundStore(cFolder);
+    const fuzz::StoredFiles harmed = HarmedStore(cFolder, good, Input(fuzz::BytesOf(pBytes, size)));
     Put(cFolder, harmed);
     if (harmed.file.empty())
         return 0; // a missing file is created

@@ -144,10 +144,8 @@ DateTime TimeOf(const LineSink::Line& line, const std::wstring& sName)
     const auto& sTime = line.fields[0];
     const auto dtAt = ParseIso(sTime);
     if (!dtAt || *dtAt <= 0)
-    {
         throw PlanError(Where(sName, line.lNumber) + Quoted(sTime) +
                         L" is no time (expected yyyy-mm-ddThh:nn:ss)");
-    }
     return *dtAt;
 }
 
@@ -179,10 +177,8 @@ std::vector<TimedSlot> ParseSlots(std::string_view bytes, const std::wstring& sN
     {
         slots.push_back({TimeOf(lines[l], sName), SlotOf(lines[l], 1, sName)});
         if (l > 1 && slots[l - 1].dtAt < slots[l - 2].dtAt)
-        {
             throw PlanError(Where(sName, lines[l].lNumber) +
                             L"the time is earlier than that of the slot before");
-        }
     }
     if (slots.empty())
         throw PlanError(sName + L" holds no slot");

@@ -39,7 +39,7 @@ private:
 };
 
 // One changeable value of a cut and its column.
-struct Column
+struct CutColumn
 {
     const char* sName;
     std::variant<TextKey CutValues::*, std::int32_t CutValues::*, DateTime CutValues::*, bool CutValues::*>
@@ -47,7 +47,7 @@ struct Column
     bool bRecurs = false; // from cut to cut
 };
 
-constexpr Column columns[] = {
+constexpr CutColumn columns[] = {
     {"path", &CutValues::cPath},
     {"secondary_key", &CutValues::cSecondaryKey},
     {"artist", &CutValues::cArtist, true},
@@ -65,12 +65,12 @@ constexpr int lColumns = std::size(columns);
 std::string ColumnNames()
 {
     std::string sNames;
-    for (const Column& column : columns)
+    for (const CutColumn& column : columns)
         sNames += std::string(",") + column.sName;
     return sNames;
 }
 
-bool SameValue(const Column& column, const CutValues& left, const CutValues& right)
+bool SameValue(const CutColumn& column, const CutValues& left, const CutValues& right)
 {
     return std::visit(
         [&](auto pMember) {
@@ -82,7 +82,7 @@ bool SameValue(const Column& column, const CutValues& left, const CutValues& rig
         column.pMember);
 }
 
-void BindValue(sqlite::Statement& statement, int lAt, const Column& column, const CutValues& values)
+void BindValue(sqlite::Statement& statement, int lAt, const CutColumn& column, const CutValues& values)
 {
     std::visit(
         [&](auto pMember) {
@@ -173,7 +173,7 @@ std::vector<StoredCut> ReadCuts(sqlite::Connection& cConnection)
 bool SameValues(const CutValues& left, const CutValues& right) noexcept
 {
     return std::all_of(std::begin(columns), std::end(columns),
-                       [&](const Column& column) { return SameValue(column, left, right); }) &&
+                       [&](const CutColumn& column) { return SameValue(column, left, right); }) &&
            SameCategories(left, right);
 }
 
@@ -257,7 +257,7 @@ std::int32_t CutFile::Insert(const CutValues& values)
 
 void CutFile::Update(std::int32_t lID, const CutValues& old, const CutValues& next)
 {
-    for (const Column& column : columns)
+    for (const CutColumn& column : columns)
     {
         if (SameValue(column, old, next))
             continue;

@@ -19,8 +19,8 @@ namespace
 {
 
 // The file's mark and version, in its header (docs/formats/database.md).
-constexpr std::uint32_t lApplicationID = 0x52415642; // "RAVB"
-constexpr std::uint32_t lFormatVersion = 1;
+constexpr std::uint32_t applicationID = 0x52415642; // "RAVB"
+constexpr std::uint32_t formatVersion = 1;
 
 constexpr std::size_t headSize = 100;
 constexpr std::size_t pageSizeAt = 16; // two bytes; 1 means 65536
@@ -52,12 +52,12 @@ constexpr const char* sCategoriesTable = "CREATE TABLE cut_categories("
                                          "PRIMARY KEY(cut_id, position)"
                                          ") STRICT, WITHOUT ROWID";
 
-std::uint32_t BigEndian(std::string_view bytes, std::size_t lAt, std::size_t length = 4)
+std::uint32_t BigEndian(std::string_view bytes, std::size_t at, std::size_t length = 4)
 {
-    std::uint32_t lValue = 0;
+    std::uint32_t value = 0;
     for (std::size_t i = 0; i < length; ++i)
-        lValue = (lValue << 8) | static_cast<unsigned char>(bytes[lAt + i]);
-    return lValue;
+        value = (value << 8) | static_cast<unsigned char>(bytes[at + i]);
+    return value;
 }
 
 [[noreturn]] void Refuse(const std::wstring& sFile, const std::wstring& sReason)
@@ -71,11 +71,11 @@ void CheckHead(const std::wstring& sFile, const std::string& bytes)
         Refuse(sFile, L"is no media database");
     if (bytes.size() < headSize)
         Refuse(sFile, L"is damaged");
-    if (BigEndian(bytes, applicationAt) != lApplicationID)
+    if (BigEndian(bytes, applicationAt) != applicationID)
         Refuse(sFile, L"belongs to another program");
-    if (BigEndian(bytes, versionAt) > lFormatVersion)
+    if (BigEndian(bytes, versionAt) > formatVersion)
         Refuse(sFile, L"was written by a newer version of this program");
-    if (BigEndian(bytes, versionAt) != lFormatVersion)
+    if (BigEndian(bytes, versionAt) != formatVersion)
         Refuse(sFile, L"is damaged");
 }
 
@@ -109,8 +109,8 @@ void WriteEmptyDatabase(const std::filesystem::path& cTemporary, const std::wstr
     sqlite::Connection cConnection(SqlitePath(cTemporary), sFile, sqlite::Connection::Mode::Create);
     cConnection.Run("PRAGMA synchronous = FULL");
     sqlite::Transaction cTransaction(cConnection);
-    cConnection.Run(("PRAGMA application_id = " + std::to_string(lApplicationID)).c_str());
-    cConnection.Run(("PRAGMA user_version = " + std::to_string(lFormatVersion)).c_str());
+    cConnection.Run(("PRAGMA application_id = " + std::to_string(applicationID)).c_str());
+    cConnection.Run(("PRAGMA user_version = " + std::to_string(formatVersion)).c_str());
     cConnection.Run(sCutsTable);
     cConnection.Run(sCategoriesTable);
     cTransaction.Commit();
@@ -145,8 +145,8 @@ void CreateDataBase(const std::wstring& sFile)
 bool HasLog(const std::wstring& sFile)
 {
     std::error_code failed;
-    const auto lSize = std::filesystem::file_size(FilePath(sFile + L"-wal"), failed);
-    return !failed && lSize > 0;
+    const auto size = std::filesystem::file_size(FilePath(sFile + L"-wal"), failed);
+    return !failed && size > 0;
 }
 
 void CheckTables(sqlite::Connection& cConnection)
@@ -162,14 +162,14 @@ void CheckTables(sqlite::Connection& cConnection)
 // quiet moment.
 std::optional<sqlite::Connection::Log> BeginReading(sqlite::Connection& cConnection)
 {
-    constexpr int lTries = 20;
+    constexpr int tries = 20;
     std::optional<sqlite::Connection::Log> before;
-    for (int l = 0; l < lTries; ++l)
+    for (int attempt = 0; attempt < tries; ++attempt)
     {
         cConnection.Run("BEGIN");
         CheckTables(cConnection); // the first look begins the transaction
         auto now = cConnection.WriteAheadLog();
-        if (l > 0 && now == before)
+        if (attempt > 0 && now == before)
             return now;
         before = now;
         cConnection.Run("ROLLBACK");
@@ -183,13 +183,13 @@ std::optional<sqlite::Connection::Log> BeginReading(sqlite::Connection& cConnect
 void CheckSize(sqlite::Connection& cConnection, const std::optional<sqlite::Connection::Log>& log,
                const std::wstring& sFile)
 {
-    const auto lPages = cConnection.Number("PRAGMA page_count");
-    const bool bFromLog = log && log->lFrames > 0;
-    if (bFromLog && log->lPages != lPages)
+    const auto pages = cConnection.Number("PRAGMA page_count");
+    const bool bFromLog = log && log->frames > 0;
+    if (bFromLog && log->pages != pages)
         Refuse(sFile, L"and the log beside it do not belong together");
-    const auto lSize = lPages * cConnection.Number("PRAGMA page_size");
+    const auto size = pages * cConnection.Number("PRAGMA page_size");
     // The end of a database that grew may be only in the log.
-    if (cConnection.RawSize() > lSize || (log && !bFromLog && cConnection.RawSize() < lSize))
+    if (cConnection.RawSize() > size || (log && !bFromLog && cConnection.RawSize() < size))
         Refuse(sFile, L"is damaged");
 }
 

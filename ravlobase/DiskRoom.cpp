@@ -32,22 +32,22 @@ std::string ScratchName(const std::string& sPath)
 }
 
 // A file name in the form that SQLite's file layer needs.
-struct Name
+struct SqliteName
 {
-    explicit Name(const std::string& sName)
+    explicit SqliteName(const std::string& sName)
         : pName(sqlite3_create_filename(sName.c_str(), "", "", 0, nullptr))
     {
     }
-    Name(const Name&) = delete;
-    Name& operator=(const Name&) = delete;
-    ~Name() { sqlite3_free_filename(pName); }
+    SqliteName(const SqliteName&) = delete;
+    SqliteName& operator=(const SqliteName&) = delete;
+    ~SqliteName() { sqlite3_free_filename(pName); }
     sqlite3_filename pName;
 };
 
 // Uses SQLite's own file layer, as all access to a database does.
 int FillScratch(sqlite3_vfs& vfs, const std::string& sName)
 {
-    const Name name(sName);
+    const SqliteName name(sName);
     if (name.pName == nullptr)
         return SQLITE_NOMEM;
     std::vector<std::max_align_t> place(static_cast<std::size_t>(vfs.szOsFile) / sizeof(std::max_align_t) +
@@ -74,10 +74,8 @@ void NeedRoomBeside(const std::string& sPath, const std::wstring& sShown)
     auto* pVfs = sqlite3_vfs_find(nullptr);
     // Any other failure, such as a folder without write permission, is reported by the opening itself.
     if (FillScratch(*pVfs, ScratchName(sPath)) == SQLITE_FULL)
-    {
         throw RuntimeError(error::DiskFull,
                            L"The database \"" + sShown + L"\" cannot be opened: the disk is full.");
-    }
 }
 
 } // namespace ravlo::sqlite

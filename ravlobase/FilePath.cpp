@@ -27,11 +27,11 @@ std::string ReadFile(const std::wstring& sPath)
     std::ifstream file(cPath, std::ios::binary);
     if (std::filesystem::is_directory(cPath, failed) || !file)
         throw RuntimeError(error::PathFileAccess, L"The file \"" + sPath + L"\" cannot be opened.");
-    const auto lSize = std::filesystem::file_size(cPath, failed);
+    const auto size = std::filesystem::file_size(cPath, failed);
     std::string bytes;
-    if (failed || lSize > bytes.max_size())
+    if (failed || size > bytes.max_size())
         throw RuntimeError(error::DeviceIo, L"The file \"" + sPath + L"\" could not be read.");
-    bytes.resize(static_cast<std::size_t>(lSize));
+    bytes.resize(static_cast<std::size_t>(size));
     file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     if (static_cast<std::size_t>(file.gcount()) != bytes.size())
         throw RuntimeError(error::DeviceIo, L"The file \"" + sPath + L"\" could not be read.");

@@ -100,7 +100,7 @@ bool TakeLastPlayed(LibraryRow& row, const std::wstring& sCell)
     return row.dtLastPlayed.has_value();
 }
 
-struct Column
+struct CsvColumn
 {
     const wchar_t* sName;
     TakeCell Take;
@@ -110,7 +110,7 @@ struct Column
 constexpr std::int32_t lMaxLong = std::numeric_limits<std::int32_t>::max();
 constexpr std::int32_t lMaxYear = 9999;
 
-constexpr Column columns[] = {
+constexpr CsvColumn columns[] = {
     {L"path", TakePath, L""},
     {L"artist", TakeText<&LibraryRow::sArtist>, L""},
     {L"title", TakeText<&LibraryRow::sTitle>, L""},
@@ -125,7 +125,7 @@ constexpr Column columns[] = {
     {L"last_played", TakeLastPlayed, L"a date in ISO 8601 form"},
 };
 
-const Column* ColumnNamed(std::wstring_view sName)
+const CsvColumn* ColumnNamed(std::wstring_view sName)
 {
     for (const auto& column : columns)
         if (EqualIgnoringCase(column.sName, sName))
@@ -181,18 +181,16 @@ private:
         for (const auto& bytes : fields)
         {
             const auto sName = TextFromUtf8(bytes);
-            const Column* pColumn = sName ? ColumnNamed(Trim(*sName)) : nullptr;
-            for (const Column* pEarlier : m_columns)
+            const CsvColumn* pColumn = sName ? ColumnNamed(Trim(*sName)) : nullptr;
+            for (const CsvColumn* pEarlier : m_columns)
             {
                 if (pColumn != nullptr && pEarlier == pColumn)
-                {
                     RefuseFile(L"its header line names the column \"" + std::wstring(pColumn->sName) +
                                L"\" twice");
-                }
             }
             m_columns.push_back(pColumn);
         }
-        for (const Column* pColumn : m_columns)
+        for (const CsvColumn* pColumn : m_columns)
             if (pColumn == &columns[0])
                 return;
         RefuseFile(L"its header line has no column \"path\" (columns are parted by commas)");
@@ -202,11 +200,9 @@ private:
     std::wstring TakeRow(LibraryRow& row, std::span<const std::string> fields)
     {
         if (fields.size() != m_columns.size())
-        {
             return DecimalText(static_cast<std::int64_t>(fields.size())) +
                    (fields.size() == 1 ? L" field" : L" fields") + L" instead of " +
                    DecimalText(static_cast<std::int64_t>(m_columns.size()));
-        }
         for (std::size_t i = 0; i < fields.size(); ++i)
         {
             if (m_columns[i] == nullptr || fields[i].find_first_not_of(' ') == std::string::npos)
@@ -221,7 +217,7 @@ private:
                     : L"line " + DecimalText(static_cast<std::int64_t>(it->second)) + L" has the same path";
     }
 
-    static std::wstring Take(const Column& column, LibraryRow& row, const std::string& bytes)
+    static std::wstring Take(const CsvColumn& column, LibraryRow& row, const std::string& bytes)
     {
         const std::wstring sColumn = column.sName;
         const auto sCell = TextFromUtf8(bytes);
@@ -234,7 +230,7 @@ private:
     }
 
     LibraryCsvSink& m_cSink;
-    std::vector<const Column*> m_columns; // one for each field; null where the column is unknown
+    std::vector<const CsvColumn*> m_columns; // one for each field; null where the column is unknown
     std::unordered_map<TextKey, std::size_t> m_lineOfPath;
 };
 

@@ -15,12 +15,12 @@ namespace
 
 // How long a write waits for another program's write. A play on air must not be delayed, and is retried
 // later; an ordinary write of another program has ended by then.
-constexpr int lOnAirmS = 250;
-constexpr int lCommandmS = 5000; // longer than an import of a large library takes to write
+constexpr int onAirmS = 250;
+constexpr int commandmS = 5000; // longer than an import of a large library takes to write
 
 // The head of SQLite's index of a write-ahead log (its file format, "WAL-index header"): 32-bit words in the
 // byte order of the machine.
-constexpr int lIndexPage = 32768;
+constexpr int indexPageSize = 32768;
 constexpr std::size_t changeWord = 2;
 constexpr std::size_t framesWord = 4;
 constexpr std::size_t pagesWord = 5;
@@ -72,7 +72,7 @@ Connection::Connection(const std::string& sPath, std::wstring sShown, Mode eMode
     m_pHandle.reset(pHandle);
     Check(lCode);
     sqlite3_extended_result_codes(pHandle, 1);
-    sqlite3_busy_timeout(pHandle, lOnAirmS);
+    sqlite3_busy_timeout(pHandle, onAirmS);
     // The file may come from anywhere: nothing in it may be executed.
     sqlite3_db_config(pHandle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(pHandle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
@@ -109,9 +109,9 @@ sqlite3_file* Connection::RawFile()
 std::int64_t Connection::RawSize()
 {
     auto* pFile = RawFile();
-    sqlite3_int64 lSize = 0;
-    Check(pFile->pMethods->xFileSize(pFile, &lSize));
-    return lSize;
+    sqlite3_int64 size = 0;
+    Check(pFile->pMethods->xFileSize(pFile, &size));
+    return size;
 }
 
 std::string Connection::RawHead(std::size_t count)
@@ -127,7 +127,7 @@ std::optional<Connection::Log> Connection::WriteAheadLog()
     auto* pFile = RawFile();
     void volatile* pIndex = nullptr;
     if (pFile->pMethods->iVersion < 2 ||
-        pFile->pMethods->xShmMap(pFile, 0, lIndexPage, 0, &pIndex) != SQLITE_OK || pIndex == nullptr)
+        pFile->pMethods->xShmMap(pFile, 0, indexPageSize, 0, &pIndex) != SQLITE_OK || pIndex == nullptr)
         return std::nullopt;
     const auto* pWords = static_cast<const std::uint32_t volatile*>(pIndex);
     return Log{pWords[changeWord], pWords[framesWord], pWords[pagesWord]};
@@ -158,22 +158,22 @@ Statement::Statement(Connection& cConnection, const std::string& sSql) : m_cConn
     cConnection.Check(lCode);
 }
 
-Statement& Statement::BindNumber(int lAt, std::int64_t value)
+Statement& Statement::BindNumber(int position, std::int64_t value)
 {
-    m_cConnection.Check(sqlite3_bind_int64(m_pStatement.get(), lAt, value));
+    m_cConnection.Check(sqlite3_bind_int64(m_pStatement.get(), position, value));
     return *this;
 }
 
-Statement& Statement::Bind(int lAt, double dValue)
+Statement& Statement::Bind(int position, double dValue)
 {
-    m_cConnection.Check(sqlite3_bind_double(m_pStatement.get(), lAt, dValue));
+    m_cConnection.Check(sqlite3_bind_double(m_pStatement.get(), position, dValue));
     return *this;
 }
 
-Statement& Statement::Bind(int lAt, std::wstring_view sValue)
+Statement& Statement::Bind(int position, std::wstring_view sValue)
 {
     const std::string bytes = Utf8Of(sValue);
-    m_cConnection.Check(sqlite3_bind_text64(m_pStatement.get(), lAt, bytes.data(), bytes.size(),
+    m_cConnection.Check(sqlite3_bind_text64(m_pStatement.get(), position, bytes.data(), bytes.size(),
                                             SQLITE_TRANSIENT, SQLITE_UTF8));
     return *this;
 }
@@ -196,37 +196,37 @@ void Statement::Run()
     }
 }
 
-void Statement::Expect(int lColumn, int lType) const
+void Statement::Expect(int column, int lType) const
 {
-    if (sqlite3_column_type(m_pStatement.get(), lColumn) != lType)
+    if (sqlite3_column_type(m_pStatement.get(), column) != lType)
         m_cConnection.Fail(SQLITE_CORRUPT);
 }
 
-std::int64_t Statement::Number(int lColumn) const
+std::int64_t Statement::Number(int column) const
 {
-    Expect(lColumn, SQLITE_INTEGER);
-    return sqlite3_column_int64(m_pStatement.get(), lColumn);
+    Expect(column, SQLITE_INTEGER);
+    return sqlite3_column_int64(m_pStatement.get(), column);
 }
 
-double Statement::Real(int lColumn) const
+double Statement::Real(int column) const
 {
-    Expect(lColumn, SQLITE_FLOAT);
-    return sqlite3_column_double(m_pStatement.get(), lColumn);
+    Expect(column, SQLITE_FLOAT);
+    return sqlite3_column_double(m_pStatement.get(), column);
 }
 
-std::wstring Statement::Text(int lColumn) const
+std::wstring Statement::Text(int column) const
 {
-    Expect(lColumn, SQLITE_TEXT);
-    const auto* pText = reinterpret_cast<const char*>(sqlite3_column_text(m_pStatement.get(), lColumn));
-    const auto lLength = static_cast<std::size_t>(sqlite3_column_bytes(m_pStatement.get(), lColumn));
-    return TextFromStore({pText, lLength});
+    Expect(column, SQLITE_TEXT);
+    const auto* pText = reinterpret_cast<const char*>(sqlite3_column_text(m_pStatement.get(), column));
+    const auto length = static_cast<std::size_t>(sqlite3_column_bytes(m_pStatement.get(), column));
+    return TextFromStore({pText, length});
 }
 
 Transaction::Transaction(Connection& cConnection, Wait eWait)
     : m_cConnection(cConnection), m_bOutermost(!cConnection.InTransaction())
 {
     // Only the beginning waits: it takes the write lock.
-    sqlite3_busy_timeout(cConnection.Handle(), eWait == Wait::Command ? lCommandmS : lOnAirmS);
+    sqlite3_busy_timeout(cConnection.Handle(), eWait == Wait::Command ? commandmS : onAirmS);
     cConnection.Run(m_bOutermost ? "BEGIN IMMEDIATE" : "SAVEPOINT step");
     m_bOpen = true;
 }

@@ -42,9 +42,9 @@ public:
     // was read between two equal results.
     struct Log
     {
-        std::uint32_t lChange; // counts the commits
-        std::uint32_t lFrames; // 0: the log contains nothing that counts
-        std::uint32_t lPages;  // the size of the database in pages, as of the log's last commit
+        std::uint32_t changes; // counts the commits
+        std::uint32_t frames;  // 0: the log contains nothing that counts
+        std::uint32_t pages;   // the size of the database in pages, as of the log's last commit
         bool operator==(const Log&) const = default;
     };
     std::optional<Log> WriteAheadLog();
@@ -77,12 +77,12 @@ public:
     Statement(Connection& cConnection, const std::string& sSql);
 
     // Parameters count from 1. Text is copied.
-    template <std::integral Number> Statement& Bind(int lAt, Number value)
+    template <std::integral Number> Statement& Bind(int position, Number value)
     {
-        return BindNumber(lAt, static_cast<std::int64_t>(value));
+        return BindNumber(position, static_cast<std::int64_t>(value));
     }
-    Statement& Bind(int lAt, double dValue);
-    Statement& Bind(int lAt, std::wstring_view sValue);
+    Statement& Bind(int position, double dValue);
+    Statement& Bind(int position, std::wstring_view sValue);
 
     // Returns true when there is a row, false when it is done and ready to run again.
     bool Step();
@@ -90,13 +90,13 @@ public:
     void Run();
 
     // Columns count from 0. A value of another type than asked for means a damaged file: error 321.
-    std::int64_t Number(int lColumn) const;
-    double Real(int lColumn) const;
-    std::wstring Text(int lColumn) const;
+    std::int64_t Number(int column) const;
+    double Real(int column) const;
+    std::wstring Text(int column) const;
 
 private:
-    Statement& BindNumber(int lAt, std::int64_t value);
-    void Expect(int lColumn, int lType) const;
+    Statement& BindNumber(int position, std::int64_t value);
+    void Expect(int column, int lType) const;
     struct Finalizer
     {
         void operator()(sqlite3_stmt* pStatement) const noexcept { sqlite3_finalize(pStatement); }

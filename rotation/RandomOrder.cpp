@@ -12,10 +12,10 @@ namespace
 
 // The items not drawn yet, as a tree of partial counts: finding and removing the k-th is O(log n), where a
 // list would move its tail for every draw.
-class Left
+class Remaining
 {
 public:
-    explicit Left(std::size_t count) : m_colCounts(count + 1)
+    explicit Remaining(std::size_t count) : m_colCounts(count + 1)
     {
         for (std::size_t node = 1; node <= count; ++node)
             m_colCounts[node] = node & (~node + 1); // each node counts as many positions as its lowest bit
@@ -47,7 +47,7 @@ std::vector<std::size_t> RandomOrder(Random& cRandom, std::size_t count)
 {
     std::vector<std::size_t> colOrder;
     colOrder.reserve(count);
-    Left cLeft(count);
+    Remaining cLeft(count);
     for (std::size_t left = count; left > 0; --left)
     {
         const auto lDrawn = static_cast<std::size_t>(cRandom.Next() * static_cast<double>(left));

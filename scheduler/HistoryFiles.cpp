@@ -247,32 +247,32 @@ class HistoryFiles::ReadErrors
 public:
     void Add(const RuntimeError& cError, const std::wstring& sCatName)
     {
-        const auto known = std::find_if(m_colErrors.begin(), m_colErrors.end(), [&](const Kind& kind) {
-            return kind.cError.Number() == cError.Number() &&
-                   kind.cError.Description() == cError.Description();
+        const auto known = std::find_if(m_colErrors.begin(), m_colErrors.end(), [&](const Group& group) {
+            return group.cError.Number() == cError.Number() &&
+                   group.cError.Description() == cError.Description();
         });
-        Kind& kind = known == m_colErrors.end() ? m_colErrors.emplace_back(Kind{cError, {}, 0}) : *known;
-        if (++kind.count <= mostNamed)
-            kind.sNames += (kind.sNames.empty() ? L"" : L", ") + sCatName;
+        Group& group = known == m_colErrors.end() ? m_colErrors.emplace_back(Group{cError, {}, 0}) : *known;
+        if (++group.count <= mostNamed)
+            group.sNames += (group.sNames.empty() ? L"" : L", ") + sCatName;
     }
     void Show(ModScheduler& cMod) const
     {
-        for (const Kind& kind : m_colErrors)
+        for (const Group& group : m_colErrors)
         {
             const std::wstring sMore =
-                kind.count > mostNamed ? L"... (+" + CountText(kind.count - mostNamed) + L")" : L"";
-            cMod.ShowCriticalError(L"Error in ApplyHistory", OfCategory(kind.cError, kind.sNames + sMore));
+                group.count > mostNamed ? L"... (+" + CountText(group.count - mostNamed) + L")" : L"";
+            cMod.ShowCriticalError(L"Error in ApplyHistory", OfCategory(group.cError, group.sNames + sMore));
         }
     }
 
 private:
-    struct Kind
+    struct Group
     {
         RuntimeError cError;
         std::wstring sNames;
         std::size_t count;
     };
-    std::vector<Kind> m_colErrors;
+    std::vector<Group> m_colErrors;
 };
 
 void HistoryFiles::ApplyHistory(const CatCollection& colMainCats, const std::wstring& sAppPath)

@@ -16,10 +16,10 @@ namespace
 
 // The new order of one level. Cuts that a record names go to the end; the others stay in front, in their
 // present order.
-class LevelOrder
+class RestoredLevel
 {
 public:
-    LevelOrder(const CodePage& cCodePage, std::shared_ptr<clsCat> cLevel)
+    RestoredLevel(const CodePage& cCodePage, std::shared_ptr<clsCat> cLevel)
         : m_cCodePage(cCodePage), m_cSubCat(std::move(cLevel)), m_colCuts(m_cSubCat->SchedCuts()),
           m_colPlaceOf(m_colCuts->Count(), nowhere)
     {
@@ -55,7 +55,7 @@ private:
     bool m_bIndexed = false;
 };
 
-void LevelOrder::Place(std::size_t position)
+void RestoredLevel::Place(std::size_t position)
 {
     if (m_colPlaceOf[position] != nowhere)
         m_colPlaced[m_colPlaceOf[position]] = nowhere;
@@ -63,7 +63,7 @@ void LevelOrder::Place(std::size_t position)
     m_colPlaced.push_back(position);
 }
 
-void LevelOrder::Take(std::string_view field)
+void RestoredLevel::Take(std::string_view field)
 {
     const std::wstring sPath = m_cCodePage.Decode(field);
     // The order has usually not changed: try the next cut first.
@@ -81,7 +81,7 @@ void LevelOrder::Take(std::string_view field)
         Place(*exact); // named twice: the last record counts
 }
 
-void LevelOrder::Index()
+void RestoredLevel::Index()
 {
     m_bIndexed = true;
     for (std::size_t position = 0; position < m_colCuts->Count(); ++position)
@@ -90,7 +90,7 @@ void LevelOrder::Index()
 }
 
 // The next cut with that field that no record has named yet.
-std::optional<std::size_t> LevelOrder::NextAlike(const std::string& field)
+std::optional<std::size_t> RestoredLevel::NextAlike(const std::string& field)
 {
     if (!m_bIndexed)
         Index();
@@ -106,7 +106,7 @@ std::optional<std::size_t> LevelOrder::NextAlike(const std::string& field)
     return alike.colPositions[alike.taken];
 }
 
-void LevelOrder::Finish() const
+void RestoredLevel::Finish() const
 {
     std::vector<std::size_t> colOrder;
     colOrder.reserve(m_colPlaceOf.size());
@@ -135,8 +135,8 @@ OrderLeftOver RestoreOrder(ModScheduler& cMod, clsCat& cMainCat, std::string_vie
 {
     const CodePage& cCodePage = cMod.Ports().cCodePage;
     OrderLeftOver leftOver;
-    std::unordered_map<std::int32_t, LevelOrder> colLevels;
-    LevelOrder* cLevel = nullptr;        // of the previous record: a level's records follow each other
+    std::unordered_map<std::int32_t, RestoredLevel> colLevels;
+    RestoredLevel* cLevel = nullptr;     // of the previous record: a level's records follow each other
     std::optional<std::int32_t> lMarked; // by the previous record
     for (; records.size() >= orderRecordSize; records.remove_prefix(orderRecordSize))
     {

@@ -18,9 +18,7 @@ std::size_t LineLength(std::string_view bytes) noexcept
 {
     const auto end = bytes.find_first_of("\r\n");
     if (end == std::string_view::npos)
-    {
         return bytes.size();
-    }
     return bytes.substr(end, 2) == "\r\n" ? end + 2 : end + 1;
 }
 
@@ -46,9 +44,7 @@ private:
     void Start()
     {
         if (csv_init(&m_parser, CSV_STRICT | CSV_STRICT_FINI) != 0)
-        {
             throw std::bad_alloc();
-        }
         csv_set_space_func(&m_parser, NoSpace);
         csv_set_blk_size(&m_parser, 4096);
         m_lFields = 0;
@@ -70,9 +66,7 @@ private:
             const auto lDone = csv_parse(&m_parser, sLine.data(), sLine.size(), &OnField, &OnRowEnd, this);
             RethrowFromSink();
             if (lDone != sLine.size())
-            {
                 return Reject(CsvFault::StrayQuote);
-            }
             m_bInRow =
                 !m_bRowEnded && (m_bInRow || sLine.find_first_not_of("\r\n") != std::string_view::npos);
             m_at += sLine.size();
@@ -86,9 +80,7 @@ private:
     bool Reject(CsvFault eFault)
     {
         if (csv_error(&m_parser) == CSV_ENOMEM || csv_error(&m_parser) == CSV_ETOOBIG)
-        {
             throw std::bad_alloc();
-        }
         m_cSink.OnBadRow(m_rowLine, eFault);
         m_at = m_rowAt + LineLength(m_bytes.substr(m_rowAt));
         m_line = m_rowLine + 1;
@@ -112,9 +104,7 @@ private:
     void AddField(std::string_view bytes)
     {
         if (m_lFields == m_fields.size())
-        {
             m_fields.emplace_back();
-        }
         m_fields[m_lFields++].assign(bytes);
     }
 
@@ -130,9 +120,7 @@ private:
     template <class Work> void KeepException(Work work) noexcept
     {
         if (m_thrown)
-        {
             return;
-        }
         try
         {
             work();
@@ -146,9 +134,7 @@ private:
     void RethrowFromSink()
     {
         if (m_thrown)
-        {
             std::rethrow_exception(m_thrown);
-        }
     }
 
     std::string_view m_bytes;
@@ -173,9 +159,7 @@ std::size_t CountLines(std::string_view bytes) noexcept
 {
     std::size_t lines = 0;
     for (; !bytes.empty(); bytes.remove_prefix(LineLength(bytes)))
-    {
         ++lines;
-    }
     return lines;
 }
 

@@ -17,7 +17,7 @@ constexpr int lQuietLooks = 5;
 HWND UsableWindow() noexcept
 {
     HWND hFound = nullptr;
-    struct Visitor
+    struct Finder
     {
         static BOOL CALLBACK Visit(HWND hWindow, LPARAM lParam)
         {
@@ -27,7 +27,7 @@ HWND UsableWindow() noexcept
             return FALSE;
         }
     };
-    ::EnumThreadWindows(::GetCurrentThreadId(), &Visitor::Visit, reinterpret_cast<LPARAM>(&hFound));
+    ::EnumThreadWindows(::GetCurrentThreadId(), &Finder::Visit, reinterpret_cast<LPARAM>(&hFound));
     return hFound;
 }
 

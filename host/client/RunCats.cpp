@@ -165,10 +165,8 @@ void CatsRun::List() const
         return;
     }
     for (const auto& order : rotation)
-    {
         m_cOut.Write(TextOf({Target{{order.sCategory, order.lLevel}, order.cuts.size()}}) + L"\n" +
                      OrderLines(order, {}, static_cast<std::size_t>(m_options.lFirst)));
-    }
 }
 
 // ---- making ----
@@ -196,10 +194,8 @@ void CatsRun::Level()
     for (const auto& cLevel : m_categories.LevelsOf(name))
     {
         if (LevelOf(*cLevel) == m_options.lLevel)
-        {
             throw HostError(target.name.sName + L" has a level " + DecimalText(m_options.lLevel) +
                             L" already");
-        }
     }
     void* pvObject = nullptr;
     ThrowIfFailed(
@@ -298,10 +294,8 @@ void CatsRun::TellRefused(const std::vector<ComPtr<_clsCut>>& refused, const std
                        DecimalText(std::max<LONG>(lLevel, 1)) + L"\n");
     }
     if (!refused.empty())
-    {
         throw HostError(CountOf(refused.size(), L"cut was", L"cuts were") + L" not copied to " + sTo +
                         L": a copy keeps its level");
-    }
 }
 
 int CatsRun::Transfer()
@@ -326,10 +320,8 @@ int CatsRun::Transfer()
     const auto refused = bMove ? std::vector<ComPtr<_clsCut>>() : CutsOfOtherLevels(cuts);
     Check(m_cManager.DoMassCatChange(eOption, colLevels.Get(), cTo.Get(), colCuts.Get(), &bCreated));
     if (refused.empty()) // otherwise a box about them was expected
-    {
         NoBoxMustHaveCome(std::wstring(L"not every cut was ") + (bMove ? L"moved" : L"copied") +
                           L" and saved");
-    }
     const auto change = OnlyChanged(ChangeBetween(before, m_categories.Orders()));
     if (cuts.size() > refused.size())
     {

@@ -23,7 +23,7 @@ namespace
 constexpr int lHoursOfADay = 24;
 
 // The slots to fill; exactly one of the two lists is used.
-struct Request
+struct DayRequest
 {
     std::vector<Slot> clock;
     std::vector<TimedSlot> timed;
@@ -40,9 +40,9 @@ LevelsInUse LevelsOf(const std::vector<MediaLibrary::Entry>& entries)
 }
 
 // Reads the slot or clock file, completely before the database is opened.
-Request RequestFromFiles(const DayOptions& options)
+DayRequest ReadRequest(const DayOptions& options)
 {
-    Request request;
+    DayRequest request;
     if (!options.sClock.empty())
         request.clock = ParseClock(ReadWhole(FullPath(options.sClock)), options.sClock);
     if (!options.sSlots.empty())
@@ -56,7 +56,7 @@ Request RequestFromFiles(const DayOptions& options)
 }
 
 // Completes the request from the library and checks its levels.
-void Complete(Request& request, const DayOptions& options, const std::vector<MediaLibrary::Entry>& entries)
+void Complete(DayRequest& request, const DayOptions& options, const std::vector<MediaLibrary::Entry>& entries)
 {
     const auto levels = LevelsOf(entries);
     CheckLevels(request.clock, levels, options.sClock);
@@ -71,7 +71,7 @@ void Complete(Request& request, const DayOptions& options, const std::vector<Med
     request.dtStart = options.dtStart ? *options.dtStart : Plays(entries).End();
 }
 
-void Fill(Day& day, const Request& request, const DayOptions& options, DayMaker& maker)
+void Fill(Day& day, const DayRequest& request, const DayOptions& options, DayMaker& maker)
 {
     if (request.timed.empty())
     {
@@ -136,7 +136,7 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
     MustBeStation(options.sDataBase, options.sAppFolder);
     if (!options.sLog.empty())
         MustBeWritable(FullPath(options.sLog));
-    auto request = RequestFromFiles(options);
+    auto request = ReadRequest(options);
     MediaLibrary library;
     library.Open(FullPath(options.sDataBase));
     const auto entries = library.Entries();

@@ -49,10 +49,8 @@ CategoryName ParseCategoryName(const std::wstring& sText)
     {
         const auto level = LevelIn(sTail);
         if (!level)
-        {
             throw HostError(L"'" + sText +
                             L"' names no level (expected NAME or NAME:LEVEL, levels count from 1)");
-        }
         name.lLevel = *level;
     }
     return name;
@@ -67,10 +65,8 @@ std::wstring TextOf(const std::vector<Target>& targets)
 {
     std::wstring sText;
     for (const auto& target : targets)
-    {
         sText += (sText.empty() ? L"" : L", ") + TextOf(target.name) + L" (" +
                  CountOf(target.cuts, L"cut", L"cuts") + L")";
-    }
     return sText;
 }
 

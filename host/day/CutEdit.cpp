@@ -72,17 +72,13 @@ std::variant<EditedCut, CutProblem> ValuesOf(const CutFields& fields, const Edit
         const bool bKnown = std::find(colBefore.begin(), colBefore.end(), cName) != colBefore.end();
         const auto sReason = bKnown ? std::wstring() : WhyNoCategory(cName.Text());
         if (!sReason.empty())
-        {
             return CutProblem{CutField::Categories,
                               L"There can be no category \"" + cName.Text() + L"\": " + sReason};
-        }
     }
     const auto lLevel = WholeNumber(Trim(fields.sLevel), 1, lMostLevel);
     if (!lLevel)
-    {
         return CutProblem{CutField::Level,
                           L"The level is a whole number from 1 to " + DecimalText(lMostLevel) + L"."};
-    }
     return EditedCut{
         Trim(fields.sArtist), Trim(fields.sTitle), Trim(fields.sAlbum), *lYear, Joined(colNames), *lLevel,
         fields.bOpener};

@@ -84,7 +84,7 @@ std::wstring PlayBook::Settle(const std::function<void()>& waiting)
     while (attempt.missing > 0 && attempt.bBusy && Now() < end)
     {
         waiting();
-        m_world.sleep(betweenAttemptsmS);
+        m_timing.sleep(betweenAttemptsmS);
         attempt = BringIn();
     }
     return attempt.missing == 0 ? std::wstring()

@@ -31,12 +31,14 @@ class PlayBook
 {
 public:
     // A clock in milliseconds, and a way to wait.
-    struct World
+    struct Timing
     {
         std::function<std::int64_t()> ticks;
         std::function<void(std::int64_t lmS)> sleep;
     };
-    PlayBook(PlayStore& cStore, World world) : m_cStore(cStore), m_world(std::move(world)), m_tried(Now()) {}
+    PlayBook(PlayStore& cStore, Timing timing) : m_cStore(cStore), m_timing(std::move(timing)), m_tried(Now())
+    {
+    }
 
     // A play that was reported to the scheduler.
     void Add(const std::wstring& sKey, DateTime dtWhen);
@@ -58,12 +60,12 @@ private:
         std::wstring sReason;
     };
     using Plays = std::unordered_map<TextKey, DateTime>; // the last play of each cut
-    std::int64_t Now() const { return m_world.ticks(); }
+    std::int64_t Now() const { return m_timing.ticks(); }
     Attempt BringIn();
     void Write();
 
     PlayStore& m_cStore;
-    World m_world;
+    Timing m_timing;
     std::int64_t m_tried; // when a write was last tried
     Plays m_plays;
     Plays m_unwritten; // the plays since the last write

@@ -115,10 +115,8 @@ std::wstring ChangeTable(const RotationChange& change)
     TextTable table({Side::Left, Side::Right, Side::Right, Side::Right, Side::Left});
     table.Row({L"Category", L"Level", L"Before", L"After", L"New at"});
     for (const auto& level : change.levels)
-    {
         table.Row({level.sCategory, DecimalText(level.lLevel), CountText(level.lBefore),
                    CountText(level.lAfter), PlacesText(level.newAt)});
-    }
     return table.Text();
 }
 

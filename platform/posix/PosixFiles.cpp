@@ -3,6 +3,7 @@
 
 #include "base/RuntimeError.h"
 #include "base/Utf8.h"
+#include "platform/common/PathKind.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -29,14 +30,6 @@ std::string FolderOf(const std::string& sNative)
     return sNative.substr(0, separator == 0 ? 1 : separator);
 }
 
-enum class Kind
-{
-    None,
-    File,
-    Folder,
-    Unknown, // it could not be looked at
-};
-
 // Whether the last existing component of the path is a link to something that does not exist, such as an
 // unmounted drive.
 bool IsLinkBroken(std::string sNative)
@@ -53,24 +46,24 @@ bool IsLinkBroken(std::string sNative)
     }
 }
 
-Kind KindOf(const std::string& sNative)
+PathKind KindOf(const std::string& sNative)
 {
     struct stat status;
     if (::stat(sNative.c_str(), &status) == 0)
-        return S_ISDIR(status.st_mode) ? Kind::Folder : Kind::File;
+        return S_ISDIR(status.st_mode) ? PathKind::Folder : PathKind::File;
     switch (errno)
     {
     case ENOENT:
-        return IsLinkBroken(sNative) ? Kind::Unknown : Kind::None;
+        return IsLinkBroken(sNative) ? PathKind::Unknown : PathKind::None;
     case ENOTDIR:
     case ENAMETOOLONG:
-        return Kind::None;
+        return PathKind::None;
     default:
-        return Kind::Unknown;
+        return PathKind::Unknown;
     }
 }
 
-Presence PresenceAs(Kind eWanted, const std::wstring& sPath)
+Presence PresenceAs(PathKind eWanted, const std::wstring& sPath)
 {
     std::string sNative;
     try
@@ -81,10 +74,7 @@ Presence PresenceAs(Kind eWanted, const std::wstring& sPath)
     {
         return Presence::Absent; // a path that cannot be expressed names nothing
     }
-    const Kind eKind = KindOf(sNative);
-    if (eKind == Kind::Unknown)
-        return Presence::Unknown;
-    return eKind == eWanted ? Presence::Present : Presence::Absent;
+    return PresenceOfKind(KindOf(sNative), eWanted);
 }
 
 std::int32_t ErrorNumberOf(int lErrno, const std::string& sNative)
@@ -93,7 +83,7 @@ std::int32_t ErrorNumberOf(int lErrno, const std::string& sNative)
     switch (lErrno)
     {
     case ENOENT:
-        return KindOf(FolderOf(sNative)) == Kind::Folder ? error::FileNotFound : error::PathNotFound;
+        return KindOf(FolderOf(sNative)) == PathKind::Folder ? error::FileNotFound : error::PathNotFound;
     case ENOTDIR:
         return error::PathNotFound;
     case EACCES:
@@ -259,11 +249,11 @@ bool IsCharacter(std::uint32_t lCode) { return lCode <= 0x10FFFF && (lCode < 0xD
 
 } // namespace
 
-Presence PosixFiles::PresenceOf(const std::wstring& sPath) const { return PresenceAs(Kind::File, sPath); }
+Presence PosixFiles::PresenceOf(const std::wstring& sPath) const { return PresenceAs(PathKind::File, sPath); }
 
 Presence PosixFiles::PresenceOfFolder(const std::wstring& sPath) const
 {
-    return PresenceAs(Kind::Folder, sPath);
+    return PresenceAs(PathKind::Folder, sPath);
 }
 
 void PosixFiles::CreateFolder(const std::wstring& sPath)
@@ -344,13 +334,13 @@ void PosixFiles::Rename(const std::wstring& sFrom, const std::wstring& sTo, Pati
 {
     const std::string sOld = NativePathOf(sFrom);
     const std::string sNew = NativePathOf(sTo);
-    if (KindOf(sOld) == Kind::Folder || KindOf(sNew) == Kind::Folder)
+    if (KindOf(sOld) == PathKind::Folder || KindOf(sNew) == PathKind::Folder)
         throw RuntimeError(error::PathFileAccess);
     CopyPermissions(sNew, sOld);
     if (::rename(sOld.c_str(), sNew.c_str()) != 0)
     {
         const int lErrno = errno;
-        FailWith(lErrno, KindOf(sOld) == Kind::None ? sOld : sNew);
+        FailWith(lErrno, KindOf(sOld) == PathKind::None ? sOld : sNew);
     }
     FlushFolder(FolderOf(sNew));
 }

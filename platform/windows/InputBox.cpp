@@ -15,7 +15,7 @@ namespace ravlo
 namespace
 {
 
-struct Request
+struct InputRequest
 {
     HWND hOwner;
     const std::wstring& sTitle;
@@ -194,7 +194,7 @@ std::wstring TextOf(HWND hWindow)
 
 BOOL CALLBACK DisableVisible(HWND hWindow, LPARAM lParam)
 {
-    auto& request = *reinterpret_cast<Request*>(lParam);
+    auto& request = *reinterpret_cast<InputRequest*>(lParam);
     if (::IsWindowVisible(hWindow) && ::IsWindowEnabled(hWindow))
     {
         request.hDisabled.push_back(hWindow);
@@ -203,7 +203,7 @@ BOOL CALLBACK DisableVisible(HWND hWindow, LPARAM lParam)
     return TRUE;
 }
 
-INT_PTR OnInit(HWND hDialog, const Request& request)
+INT_PTR OnInit(HWND hDialog, const InputRequest& request)
 {
     ::SetWindowTextW(hDialog, request.sTitle.c_str());
     ::SetDlgItemTextW(hDialog, lInputBoxPrompt, request.sPrompt.c_str());
@@ -221,11 +221,11 @@ INT_PTR CALLBACK InputProc(HWND hDialog, UINT lMessage, WPARAM wParam, LPARAM lP
     if (lMessage == WM_INITDIALOG)
     {
         ::SetWindowLongPtrW(hDialog, DWLP_USER, lParam);
-        return OnInit(hDialog, *reinterpret_cast<const Request*>(lParam));
+        return OnInit(hDialog, *reinterpret_cast<const InputRequest*>(lParam));
     }
     if (lMessage != WM_COMMAND || (LOWORD(wParam) != IDOK && LOWORD(wParam) != IDCANCEL))
         return FALSE;
-    auto& request = *reinterpret_cast<Request*>(::GetWindowLongPtrW(hDialog, DWLP_USER));
+    auto& request = *reinterpret_cast<InputRequest*>(::GetWindowLongPtrW(hDialog, DWLP_USER));
     if (LOWORD(wParam) == IDOK)
         request.sText = TextOf(::GetDlgItem(hDialog, lInputBoxEdit));
     // Enabled before the dialog ends: otherwise another program's window would come to the front.
@@ -240,7 +240,7 @@ INT_PTR CALLBACK InputProc(HWND hDialog, UINT lMessage, WPARAM wParam, LPARAM lP
 std::optional<std::wstring> ShowInputBox(HWND hOwner, const std::wstring& sTitle, const std::wstring& sPrompt,
                                          const std::wstring& sText)
 {
-    Request request{hOwner, sTitle, sPrompt, sText, {}};
+    InputRequest request{hOwner, sTitle, sPrompt, sText, {}};
     if (!hOwner)
         ::EnumThreadWindows(::GetCurrentThreadId(), DisableVisible, reinterpret_cast<LPARAM>(&request));
     const Template cTemplate = InputTemplate();

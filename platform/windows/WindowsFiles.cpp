@@ -17,13 +17,6 @@ namespace
 [[noreturn]] void FailWith(DWORD lError) { throw RuntimeError(ErrorNumberOf(lError)); }
 [[noreturn]] void Fail() { FailWith(::GetLastError()); }
 
-Presence PresenceOfKind(Kind eKind, Kind eWanted)
-{
-    if (eKind == Kind::Unknown)
-        return Presence::Unknown;
-    return eKind == eWanted ? Presence::Present : Presence::Absent;
-}
-
 bool IsInUse(DWORD lError) { return lError == ERROR_SHARING_VIOLATION || lError == ERROR_LOCK_VIOLATION; }
 
 // An open file, closed at the end of its life.
@@ -220,12 +213,12 @@ bool IsPassing(DWORD lError) { return IsInUse(lError) || lError == ERROR_ACCESS_
 
 Presence WindowsFiles::PresenceOf(const std::wstring& sPath) const
 {
-    return PresenceOfKind(KindOf(sPath), Kind::File);
+    return PresenceOfKind(KindOf(sPath), PathKind::File);
 }
 
 Presence WindowsFiles::PresenceOfFolder(const std::wstring& sPath) const
 {
-    return PresenceOfKind(KindOf(sPath), Kind::Folder);
+    return PresenceOfKind(KindOf(sPath), PathKind::Folder);
 }
 
 void WindowsFiles::CreateFolder(const std::wstring& sPath)
@@ -240,7 +233,7 @@ std::vector<FileEntry> WindowsFiles::FilesIn(const std::wstring& sFolder) const
     WIN32_FIND_DATAW found{};
     FolderSearch cSearch(sFolder, found);
     do
-        if (KindOfAttributes(found.dwFileAttributes) == Kind::File)
+        if (KindOfAttributes(found.dwFileAttributes) == PathKind::File)
             colFiles.push_back({found.cFileName, AgeOf(found)});
     while (cSearch.Next(found));
     return colFiles;
@@ -295,7 +288,7 @@ void WindowsFiles::Rename(const std::wstring& sFrom, const std::wstring& sTo, Pa
 {
     const std::wstring sOld = NativePathOf(sFrom);
     const std::wstring sNew = NativePathOf(sTo);
-    if (KindOfNative(sOld) == Kind::Folder || KindOfNative(sNew) == Kind::Folder)
+    if (KindOfNative(sOld) == PathKind::Folder || KindOfNative(sNew) == PathKind::Folder)
         throw RuntimeError(error::PathFileAccess);
     // Waiting would not help.
     if (IsReadOnly(sNew))
@@ -321,7 +314,7 @@ void WindowsFiles::Delete(const std::wstring& sPath)
     if (::DeleteFileW(sNative.c_str()))
         return;
     const DWORD lError = ::GetLastError();
-    FailWith(KindOfNative(sNative) == Kind::Folder ? ERROR_ACCESS_DENIED : lError);
+    FailWith(KindOfNative(sNative) == PathKind::Folder ? ERROR_ACCESS_DENIED : lError);
 }
 
 std::unique_ptr<HeldFile> WindowsFiles::HoldOpen(const std::wstring& sPath)

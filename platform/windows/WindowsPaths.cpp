@@ -156,12 +156,12 @@ std::wstring NativePathOf(const std::wstring& sPath)
     return L"\\\\?\\" + sFull;
 }
 
-Kind KindOfAttributes(DWORD lAttributes)
+PathKind KindOfAttributes(DWORD lAttributes)
 {
-    return (lAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? Kind::Folder : Kind::File;
+    return (lAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? PathKind::Folder : PathKind::File;
 }
 
-Kind KindOfNative(const std::wstring& sNative)
+PathKind KindOfNative(const std::wstring& sNative)
 {
     const DWORD lAttributes = ::GetFileAttributesW(sNative.c_str());
     if (lAttributes != INVALID_FILE_ATTRIBUTES)
@@ -172,15 +172,15 @@ Kind KindOfNative(const std::wstring& sNative)
     case ERROR_INVALID_NAME:
     case ERROR_BAD_PATHNAME:
     case ERROR_DIRECTORY:
-        return Kind::None;
+        return PathKind::None;
     case ERROR_PATH_NOT_FOUND:
-        return IsFolderMissing(sNative) ? Kind::None : Kind::Unknown;
+        return IsFolderMissing(sNative) ? PathKind::None : PathKind::Unknown;
     default:
-        return Kind::Unknown;
+        return PathKind::Unknown;
     }
 }
 
-Kind KindOf(const std::wstring& sPath)
+PathKind KindOf(const std::wstring& sPath)
 {
     std::wstring sNative;
     try
@@ -189,7 +189,7 @@ Kind KindOf(const std::wstring& sPath)
     }
     catch (const RuntimeError&)
     {
-        return Kind::None; // an impossible name does not exist
+        return PathKind::None; // an impossible name does not exist
     }
     return KindOfNative(sNative);
 }

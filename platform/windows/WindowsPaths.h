@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/common/PathKind.h"
+
 #include <cstdint>
 #include <string>
 #include <windows.h>
@@ -16,17 +18,9 @@ std::int32_t ErrorNumberOf(DWORD lError);
 // pattern, a stream, a device, or one that is too long.
 std::wstring NativePathOf(const std::wstring& sPath);
 
-// What is at a path.
-enum class Kind
-{
-    None,
-    File,
-    Folder,
-    Unknown, // cannot be looked at
-};
-Kind KindOfNative(const std::wstring& sNative);
+PathKind KindOfNative(const std::wstring& sNative);
 // None also for what NativePathOf refuses.
-Kind KindOf(const std::wstring& sPath);
-Kind KindOfAttributes(DWORD lAttributes);
+PathKind KindOf(const std::wstring& sPath);
+PathKind KindOfAttributes(DWORD lAttributes);
 
 } // namespace ravlo

@@ -14,7 +14,7 @@ namespace
 const wchar_t* const sSource = DataBaseFace::identity.sProgID;
 
 // The dispatch ids of __clsDataBase.
-enum Event : DISPID
+enum DataBaseEvent : DISPID
 {
     eCutsAdded = 1,
     eCutsModified = 2,

@@ -15,38 +15,38 @@ void CategoryTreePresenter::Fill(const std::vector<TreeNode>& colNodes)
 {
     m_colNodes.clear();
     m_colByKey.Clear();
-    for (const TreeNode& node : colNodes)
-        Add(node);
-    for (const TreeNode& node : colNodes)
-        if (node.bSorted)
-            if (const std::optional<Node> lParent = Find(node.sKey))
-                SortChildren(*lParent);
+    for (const TreeNode& given : colNodes)
+        Add(given);
+    for (const TreeNode& given : colNodes)
+        if (given.bSorted)
+            if (const std::optional<Node> parent = Find(given.sKey))
+                SortChildren(*parent);
     if (!m_colNodes.empty())
         m_colNodes.front().bExpanded = true;
 }
 
-void CategoryTreePresenter::Add(const TreeNode& node)
+void CategoryTreePresenter::Add(const TreeNode& given)
 {
-    const bool bRoot = node.sParentKey.empty();
-    const Node lNode = m_colNodes.size();
-    const std::optional<Node> lParent = bRoot ? std::nullopt : Find(node.sParentKey);
-    if (lParent.has_value() == bRoot || !m_colByKey.Add(TextKey(node.sKey), lNode))
+    const bool bRoot = given.sParentKey.empty();
+    const Node node = m_colNodes.size();
+    const std::optional<Node> parent = bRoot ? std::nullopt : Find(given.sParentKey);
+    if (parent.has_value() == bRoot || !m_colByKey.Add(TextKey(given.sKey), node))
         return;
     Entry entry;
-    entry.sKey = node.sKey;
-    entry.sText = node.sText;
-    entry.lParent = lParent;
+    entry.sKey = given.sKey;
+    entry.sText = given.sText;
+    entry.parent = parent;
     m_colNodes.push_back(std::move(entry));
-    if (lParent)
-        m_colNodes[*lParent].colChildren.push_back(lNode);
+    if (parent)
+        m_colNodes[*parent].colChildren.push_back(node);
 }
 
-void CategoryTreePresenter::SortChildren(Node lParent)
+void CategoryTreePresenter::SortChildren(Node parent)
 {
-    std::vector<Node>& colChildren = m_colNodes[lParent].colChildren;
+    std::vector<Node>& colChildren = m_colNodes[parent].colChildren;
     std::vector<std::pair<std::wstring, Node>> colFolded;
-    for (const Node lChild : colChildren)
-        colFolded.emplace_back(FoldCase(m_colNodes[lChild].sText), lChild);
+    for (const Node child : colChildren)
+        colFolded.emplace_back(FoldCase(m_colNodes[child].sText), child);
     std::sort(colFolded.begin(), colFolded.end()); // by number among equals
     std::transform(colFolded.begin(), colFolded.end(), colChildren.begin(),
                    [](const auto& folded) { return folded.second; });
@@ -56,12 +56,12 @@ void CategoryTreePresenter::ShowAsOpen(const std::wstring& sKey)
 {
     for (Entry& entry : m_colNodes)
         entry.bOpen = false;
-    const std::optional<Node> lNode = Find(sKey);
-    if (!lNode)
+    const std::optional<Node> node = Find(sKey);
+    if (!node)
         return;
-    m_colNodes[*lNode].bOpen = true;
-    if (const std::optional<Node> lParent = m_colNodes[*lNode].lParent)
-        m_colNodes[*lParent].bOpen = true;
+    m_colNodes[*node].bOpen = true;
+    if (const std::optional<Node> parent = m_colNodes[*node].parent)
+        m_colNodes[*parent].bOpen = true;
 }
 
 std::optional<CategoryTreePresenter::Node> CategoryTreePresenter::Find(const std::wstring& sKey) const
@@ -73,31 +73,31 @@ std::optional<CategoryTreePresenter::Node> CategoryTreePresenter::Find(const std
 bool CategoryTreePresenter::HasSameNodes(const std::vector<TreeNode>& colNodes) const
 {
     std::vector<bool> bFound(Count());
-    for (const TreeNode& node : colNodes)
+    for (const TreeNode& given : colNodes)
     {
-        const std::optional<Node> lNode = Find(node.sKey);
-        if (!lNode || At(*lNode).sText != node.sText)
+        const std::optional<Node> node = Find(given.sKey);
+        if (!node || At(*node).sText != given.sText)
             return false;
-        bFound[*lNode] = true;
+        bFound[*node] = true;
     }
     return std::find(bFound.begin(), bFound.end(), false) == bFound.end();
 }
 
-std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Check(Node lNode, bool bCheck)
+std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Check(Node node, bool bCheck)
 {
     std::vector<Node> colNodes;
-    if (IsRoot(lNode))
+    if (IsRoot(node))
     {
         colNodes.resize(m_colNodes.size());
         std::iota(colNodes.begin(), colNodes.end(), Node{0});
     }
     else
     {
-        colNodes = m_colNodes[lNode].colChildren;
-        colNodes.insert(colNodes.begin(), lNode);
+        colNodes = m_colNodes[node].colChildren;
+        colNodes.insert(colNodes.begin(), node);
     }
-    for (const Node lChecked : colNodes)
-        m_colNodes[lChecked].bChecked = bCheck;
+    for (const Node checked : colNodes)
+        m_colNodes[checked].bChecked = bCheck;
     return colNodes;
 }
 
@@ -116,10 +116,10 @@ std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::InOrder(bool bCo
         colToVisit.push_back(0);
     while (!colToVisit.empty())
     {
-        const Node lNode = colToVisit.back();
+        const Node node = colToVisit.back();
         colToVisit.pop_back();
-        const Entry& entry = m_colNodes[lNode];
-        colOrdered.push_back(lNode);
+        const Entry& entry = m_colNodes[node];
+        colOrdered.push_back(node);
         if (bCollapsedToo || entry.bExpanded)
             colToVisit.insert(colToVisit.end(), entry.colChildren.rbegin(), entry.colChildren.rend());
     }
@@ -129,29 +129,29 @@ std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::InOrder(bool bCo
 std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Checked() const
 {
     std::vector<Node> colChecked = InOrder(true);
-    std::erase_if(colChecked, [this](Node lNode) { return IsRoot(lNode) || !m_colNodes[lNode].bChecked; });
+    std::erase_if(colChecked, [this](Node node) { return IsRoot(node) || !m_colNodes[node].bChecked; });
     return colChecked;
 }
 
 std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Visible() const { return InOrder(false); }
 
 std::optional<CategoryTreePresenter::Node> CategoryTreePresenter::FindText(const std::wstring& sBeginning,
-                                                                           Node lFrom, bool bBehind) const
+                                                                           Node from, bool bBehind) const
 {
     std::vector<Node> colVisible = Visible();
-    const auto from = std::find(colVisible.begin(), colVisible.end(), lFrom);
-    if (from != colVisible.end())
-        std::rotate(colVisible.begin(), from + (bBehind ? 1 : 0), colVisible.end());
-    const auto found = std::find_if(colVisible.begin(), colVisible.end(), [&](Node lNode) {
-        const std::wstring_view sText = m_colNodes[lNode].sText;
+    const auto start = std::find(colVisible.begin(), colVisible.end(), from);
+    if (start != colVisible.end())
+        std::rotate(colVisible.begin(), start + (bBehind ? 1 : 0), colVisible.end());
+    const auto found = std::find_if(colVisible.begin(), colVisible.end(), [&](Node node) {
+        const std::wstring_view sText = m_colNodes[node].sText;
         return EqualIgnoringCase(sText.substr(0, sBeginning.size()), sBeginning);
     });
     return found == colVisible.end() ? std::nullopt : std::optional(*found);
 }
 
-void CategoryTreePresenter::SetExpanded(Node lNode, bool bExpanded)
+void CategoryTreePresenter::SetExpanded(Node node, bool bExpanded)
 {
-    m_colNodes[lNode].bExpanded = bExpanded || IsRoot(lNode);
+    m_colNodes[node].bExpanded = bExpanded || IsRoot(node);
 }
 
 std::vector<std::wstring> CategoryTreePresenter::ExpandedKeys() const

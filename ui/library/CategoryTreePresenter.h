@@ -23,7 +23,7 @@ public:
     {
         std::wstring sKey;
         std::wstring sText;
-        std::optional<Node> lParent;
+        std::optional<Node> parent;
         std::vector<Node> colChildren; // as shown: sorted by text without regard to case when asked for
         bool bExpanded = false;
         bool bChecked = false;
@@ -38,18 +38,18 @@ public:
     void ShowAsOpen(const std::wstring& sKey);
 
     std::size_t Count() const noexcept { return m_colNodes.size(); }
-    const Entry& At(Node lNode) const { return m_colNodes[lNode]; }
+    const Entry& At(Node node) const { return m_colNodes[node]; }
     // By key without regard to case.
     std::optional<Node> Find(const std::wstring& sKey) const;
     // Whether Fill with these nodes, in any order, would change no key and no text.
     bool HasSameNodes(const std::vector<TreeNode>& colNodes) const;
-    static bool IsRoot(Node lNode) noexcept { return lNode == 0; }
+    static bool IsRoot(Node node) noexcept { return node == 0; }
 
     // Ticks or unticks a node and its dependents: all nodes for the root, its levels for a main category.
     // Returns these nodes.
-    std::vector<Node> Check(Node lNode, bool bCheck);
+    std::vector<Node> Check(Node node, bool bCheck);
     // One node's tick alone.
-    void SetChecked(Node lNode, bool bCheck) { m_colNodes[lNode].bChecked = bCheck; }
+    void SetChecked(Node node, bool bCheck) { m_colNodes[node].bChecked = bCheck; }
     // Flips every tick, the root's included.
     void InvertChecks();
     // The ticked nodes but the root, in the order in which they are shown.
@@ -57,18 +57,18 @@ public:
 
     // The visible nodes, those whose parents are expanded, in the order in which they are shown.
     std::vector<Node> Visible() const;
-    // The first visible node whose text begins with sBeginning, without regard to case; searches from lFrom
+    // The first visible node whose text begins with sBeginning, without regard to case; searches from from
     // on (after it with bBehind) and continues at the root.
-    std::optional<Node> FindText(const std::wstring& sBeginning, Node lFrom, bool bBehind) const;
+    std::optional<Node> FindText(const std::wstring& sBeginning, Node from, bool bBehind) const;
 
     // The root stays expanded.
-    void SetExpanded(Node lNode, bool bExpanded);
+    void SetExpanded(Node node, bool bExpanded);
     // The keys of expanded nodes, parents first.
     std::vector<std::wstring> ExpandedKeys() const;
 
 private:
-    void Add(const TreeNode& node);
-    void SortChildren(Node lParent);
+    void Add(const TreeNode& given);
+    void SortChildren(Node parent);
     std::vector<Node> InOrder(bool bCollapsedToo) const;
 
     std::vector<Entry> m_colNodes;
@@ -85,9 +85,9 @@ public:
     virtual void ShowChecks(const CategoryTreePresenter& cTree,
                             const std::vector<CategoryTreePresenter::Node>& colNodes) = 0;
     virtual void ShowImages() = 0; // the open and closed ones have changed
-    virtual void Expand(CategoryTreePresenter::Node lNode) = 0;
-    virtual void Select(CategoryTreePresenter::Node lNode) = 0; // and brings it into view
-    virtual void BringIntoView(CategoryTreePresenter::Node lNode) = 0;
+    virtual void Expand(CategoryTreePresenter::Node node) = 0;
+    virtual void Select(CategoryTreePresenter::Node node) = 0; // and brings it into view
+    virtual void BringIntoView(CategoryTreePresenter::Node node) = 0;
     virtual std::optional<CategoryTreePresenter::Node> Selected() const = 0;
 };
 

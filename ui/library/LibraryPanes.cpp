@@ -19,8 +19,8 @@ LibraryPanes::LibraryPanes(frmUILibView& cView, CategoryTreeView& cTreeView, cls
 
 std::wstring LibraryPanes::SelectedKey() const
 {
-    const std::optional<CategoryTreePresenter::Node> lNode = m_cTreeView.Selected();
-    return lNode ? m_cTree.At(*lNode).sKey : std::wstring();
+    const std::optional<CategoryTreePresenter::Node> node = m_cTreeView.Selected();
+    return node ? m_cTree.At(*node).sKey : std::wstring();
 }
 
 std::shared_ptr<clsCat> LibraryPanes::ShownCat(const clsSchedMan& cSchedMan) const
@@ -31,8 +31,8 @@ std::shared_ptr<clsCat> LibraryPanes::ShownCat(const clsSchedMan& cSchedMan) con
 Cats LibraryPanes::CheckedCats(const clsSchedMan& cSchedMan) const
 {
     Cats colCats;
-    for (const CategoryTreePresenter::Node lNode : m_cTree.Checked())
-        if (std::shared_ptr<clsCat> cCat = CatOf(cSchedMan, m_cTree.At(lNode).sKey))
+    for (const CategoryTreePresenter::Node node : m_cTree.Checked())
+        if (std::shared_ptr<clsCat> cCat = CatOf(cSchedMan, m_cTree.At(node).sKey))
             colCats.push_back(std::move(cCat));
     return colCats;
 }
@@ -65,18 +65,18 @@ void LibraryPanes::ShowSelectedNode()
 // have been filled since.
 void LibraryPanes::ShowItems(clsSchedMan& cSchedMan)
 {
-    const std::optional<CategoryTreePresenter::Node> lNode = m_cTreeView.Selected();
-    if (!lNode)
+    const std::optional<CategoryTreePresenter::Node> node = m_cTreeView.Selected();
+    if (!node)
         return;
     const LibraryWork::Busy cBusy(m_cWork);
-    const std::wstring sKey = m_cTree.At(*lNode).sKey;
+    const std::wstring sKey = m_cTree.At(*node).sKey;
     if (const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
         !colMainCats || colMainCats->Empty())
     {
         cSchedMan.PopulateFromDataBase(cSchedMan.DataBase(), cSchedMan.AppPath());
         Populate(cSchedMan);
-        if (const std::optional<CategoryTreePresenter::Node> lAgain = m_cTree.Find(sKey))
-            m_cTreeView.Select(*lAgain);
+        if (const std::optional<CategoryTreePresenter::Node> again = m_cTree.Find(sKey))
+            m_cTreeView.Select(*again);
     }
     ShowNode(cSchedMan, sKey);
 }
@@ -143,14 +143,14 @@ std::wstring LibraryPanes::RebuildTree(clsSchedMan& cSchedMan)
     const std::vector<std::wstring> colExpanded = m_cTree.ExpandedKeys();
     Populate(cSchedMan);
     for (const std::wstring& sKey : colExpanded)
-        if (const std::optional<CategoryTreePresenter::Node> lNode = m_cTree.Find(sKey))
+        if (const std::optional<CategoryTreePresenter::Node> node = m_cTree.Find(sKey))
         {
-            m_cTree.SetExpanded(*lNode, true);
-            m_cTreeView.Expand(*lNode);
+            m_cTree.SetExpanded(*node, true);
+            m_cTreeView.Expand(*node);
         }
     const std::wstring sKey = PresentKey(sSelected);
-    if (const std::optional<CategoryTreePresenter::Node> lNode = m_cTree.Find(sKey))
-        m_cTreeView.Select(*lNode);
+    if (const std::optional<CategoryTreePresenter::Node> node = m_cTree.Find(sKey))
+        m_cTreeView.Select(*node);
     return sKey;
 }
 
@@ -173,8 +173,8 @@ void LibraryPanes::ShowChanges(clsSchedMan& cSchedMan)
     if (!TreeIsUpToDate(cSchedMan))
     {
         std::vector<std::wstring> colChecked;
-        for (const CategoryTreePresenter::Node lNode : m_cTree.Checked())
-            colChecked.push_back(m_cTree.At(lNode).sKey);
+        for (const CategoryTreePresenter::Node node : m_cTree.Checked())
+            colChecked.push_back(m_cTree.At(node).sKey);
         RebuildTree(cSchedMan);
         RestoreChecks(colChecked);
     }
@@ -185,10 +185,10 @@ void LibraryPanes::RestoreChecks(const std::vector<std::wstring>& colKeys)
 {
     std::vector<CategoryTreePresenter::Node> colNodes;
     for (const std::wstring& sKey : colKeys)
-        if (const std::optional<CategoryTreePresenter::Node> lNode = m_cTree.Find(sKey))
+        if (const std::optional<CategoryTreePresenter::Node> node = m_cTree.Find(sKey))
         {
-            m_cTree.SetChecked(*lNode, true);
-            colNodes.push_back(*lNode);
+            m_cTree.SetChecked(*node, true);
+            colNodes.push_back(*node);
         }
     m_cTreeView.ShowChecks(m_cTree, colNodes);
 }
@@ -201,16 +201,16 @@ void LibraryPanes::ShowChangedTree(clsSchedMan& cSchedMan)
 
 void LibraryPanes::BringIntoView(const std::wstring& sKey)
 {
-    if (const std::optional<CategoryTreePresenter::Node> lNode = m_cTree.Find(sKey))
-        m_cTreeView.BringIntoView(*lNode);
+    if (const std::optional<CategoryTreePresenter::Node> node = m_cTree.Find(sKey))
+        m_cTreeView.BringIntoView(*node);
 }
 
 std::vector<std::wstring> LibraryPanes::LevelKeys(const std::wstring& sMainKey) const
 {
     std::vector<std::wstring> colKeys;
-    if (const std::optional<CategoryTreePresenter::Node> lMain = m_cTree.Find(sMainKey))
-        for (const CategoryTreePresenter::Node lLevel : m_cTree.At(*lMain).colChildren)
-            colKeys.push_back(m_cTree.At(lLevel).sKey);
+    if (const std::optional<CategoryTreePresenter::Node> mainNode = m_cTree.Find(sMainKey))
+        for (const CategoryTreePresenter::Node levelNode : m_cTree.At(*mainNode).colChildren)
+            colKeys.push_back(m_cTree.At(levelNode).sKey);
     return colKeys;
 }
 
@@ -220,9 +220,9 @@ void LibraryPanes::ShowNewLevel(const std::wstring& sMainKey, const std::vector<
     {
         if (std::find(colBefore.begin(), colBefore.end(), sKey) != colBefore.end())
             continue;
-        const CategoryTreePresenter::Node lMain = *m_cTree.Find(sMainKey);
-        m_cTree.SetExpanded(lMain, true);
-        m_cTreeView.Expand(lMain);
+        const CategoryTreePresenter::Node mainNode = *m_cTree.Find(sMainKey);
+        m_cTree.SetExpanded(mainNode, true);
+        m_cTreeView.Expand(mainNode);
         m_cTreeView.BringIntoView(*m_cTree.Find(sKey));
         return;
     }
@@ -230,20 +230,20 @@ void LibraryPanes::ShowNewLevel(const std::wstring& sMainKey, const std::vector<
 
 // ---- ticks, expansion, search ----
 
-void LibraryPanes::NodeCheck(CategoryTreePresenter::Node lNode, bool bCheck)
+void LibraryPanes::NodeCheck(CategoryTreePresenter::Node node, bool bCheck)
 {
-    if (lNode >= m_cTree.Count())
+    if (node >= m_cTree.Count())
         return;
     if (m_cWork.Running())
-        return m_cTreeView.ShowChecks(m_cTree, {lNode});
-    const std::vector<CategoryTreePresenter::Node> colNodes = m_cTree.Check(lNode, bCheck);
+        return m_cTreeView.ShowChecks(m_cTree, {node});
+    const std::vector<CategoryTreePresenter::Node> colNodes = m_cTree.Check(node, bCheck);
     m_cTreeView.ShowChecks(m_cTree, colNodes);
 }
 
-void LibraryPanes::NodeExpanded(CategoryTreePresenter::Node lNode, bool bExpanded)
+void LibraryPanes::NodeExpanded(CategoryTreePresenter::Node node, bool bExpanded)
 {
-    if (lNode < m_cTree.Count())
-        m_cTree.SetExpanded(lNode, bExpanded);
+    if (node < m_cTree.Count())
+        m_cTree.SetExpanded(node, bExpanded);
 }
 
 void LibraryPanes::CheckAll(bool bCheck)
@@ -273,16 +273,15 @@ bool LibraryPanes::TypeInTree(wchar_t cTyped)
     m_lTyped = lNow;
     if (m_cWork.Running() || m_cTree.Count() == 0)
         return true;
-    const CategoryTreePresenter::Node lFrom = m_cTreeView.Selected().value_or(0);
+    const CategoryTreePresenter::Node from = m_cTreeView.Selected().value_or(0);
     // The first letter searches after the selected node, further letters from it on. The same letter repeated
     // visits each node that begins with it.
-    std::optional<CategoryTreePresenter::Node> lFound =
-        m_cTree.FindText(m_sTyped, lFrom, m_sTyped.size() == 1);
+    std::optional<CategoryTreePresenter::Node> found = m_cTree.FindText(m_sTyped, from, m_sTyped.size() == 1);
     const bool bOneLetter = m_sTyped.find_first_not_of(m_sTyped[0]) == std::wstring::npos;
-    if (!lFound && bOneLetter)
-        lFound = m_cTree.FindText(m_sTyped.substr(0, 1), lFrom, true);
-    if (lFound)
-        m_cTreeView.Select(*lFound);
+    if (!found && bOneLetter)
+        found = m_cTree.FindText(m_sTyped.substr(0, 1), from, true);
+    if (found)
+        m_cTreeView.Select(*found);
     return true;
 }
 

@@ -57,8 +57,8 @@ public:
 
     void ShowSelectedNode(); // double-click and Enter in the tree
     // Accepts the user's tick of a box, or undoes it while something runs.
-    void NodeCheck(CategoryTreePresenter::Node lNode, bool bCheck);
-    void NodeExpanded(CategoryTreePresenter::Node lNode, bool bExpanded);
+    void NodeCheck(CategoryTreePresenter::Node node, bool bCheck);
+    void NodeExpanded(CategoryTreePresenter::Node node, bool bExpanded);
     void CheckAll(bool bCheck);
     void InvertChecks();
     // Selects the next visible node whose text begins with the typed characters; a pause of more than a

@@ -78,25 +78,25 @@ void clsSchedLibGridPresenter::Show(ListedCuts listed)
     m_cView.SetRowCount(RowCount());
 }
 
-TextKey clsSchedLibGridPresenter::KeyAt(std::size_t lRow) const
+TextKey clsSchedLibGridPresenter::KeyAt(std::size_t row) const
 {
-    return m_listed.colKeys.empty() ? CutAt(lRow)->Key() : m_listed.colKeys[lRow];
+    return m_listed.colKeys.empty() ? CutAt(row)->Key() : m_listed.colKeys[row];
 }
 
-std::shared_ptr<clsCat> clsSchedLibGridPresenter::LevelAt(std::size_t lRow) const
+std::shared_ptr<clsCat> clsSchedLibGridPresenter::LevelAt(std::size_t row) const
 {
     const auto run =
-        std::upper_bound(m_listed.colRuns.begin(), m_listed.colRuns.end(), lRow,
+        std::upper_bound(m_listed.colRuns.begin(), m_listed.colRuns.end(), row,
                          [](std::size_t left, const ListedCuts::Run& right) { return left < right.end; });
     return run == m_listed.colRuns.end() ? nullptr : run->cLevel;
 }
 
-std::wstring clsSchedLibGridPresenter::CellText(std::size_t lRow, std::size_t column) const
+std::wstring clsSchedLibGridPresenter::CellText(std::size_t row, std::size_t column) const
 {
-    if (lRow >= RowCount())
+    if (row >= RowCount())
         return {};
     return TextOrNone([&] {
-        return TextOf(colGridColumns[column].ValueOf(*CutAt(lRow), static_cast<std::int32_t>(lRow + 1)));
+        return TextOf(colGridColumns[column].ValueOf(*CutAt(row), static_cast<std::int32_t>(row + 1)));
     });
 }
 
@@ -106,10 +106,10 @@ std::optional<std::size_t> clsSchedLibGridPresenter::FindRow(const std::wstring&
     for (const auto TextOfCut : {&Cut::Artist, &Cut::Title})
         for (std::size_t step = 0; step < RowCount(); ++step)
         {
-            const std::size_t lRow = (start + step) % RowCount();
-            const Cut& cCut = *CutAt(lRow);
+            const std::size_t row = (start + step) % RowCount();
+            const Cut& cCut = *CutAt(row);
             if (BeginsWith(TextOrNone([&] { return (cCut.*TextOfCut)(); }), sBeginning))
-                return lRow;
+                return row;
         }
     return std::nullopt;
 }
@@ -118,23 +118,23 @@ std::optional<std::size_t> clsSchedLibGridPresenter::FindRow(const std::wstring&
 
 std::int32_t clsSchedLibGridPresenter::CurrentRow() const
 {
-    const std::optional<std::size_t> lRow = m_cView.CurrentRow();
-    return lRow ? static_cast<std::int32_t>(*lRow + 1) : 0;
+    const std::optional<std::size_t> row = m_cView.CurrentRow();
+    return row ? static_cast<std::int32_t>(*row + 1) : 0;
 }
 
 Cuts clsSchedLibGridPresenter::colSelCuts() const
 {
     Cuts colCuts;
-    for (const std::size_t lRow : SelectedRows())
-        colCuts.push_back(CutAt(lRow));
+    for (const std::size_t row : SelectedRows())
+        colCuts.push_back(CutAt(row));
     return colCuts;
 }
 
 void clsSchedLibGridPresenter::InvertSelection()
 {
     std::vector<bool> bSelected(RowCount(), true);
-    for (const std::size_t lRow : SelectedRows())
-        bSelected[lRow] = false;
+    for (const std::size_t row : SelectedRows())
+        bSelected[row] = false;
     m_cView.SetSelection(bSelected);
 }
 
@@ -146,11 +146,11 @@ Cats clsSchedLibGridPresenter::colSubCatsDraggedFrom(const clsSchedMan& cSchedMa
         if (!Contains(colFrom, cLevel))
             colFrom.push_back(cLevel);
     };
-    for (const std::size_t lRow : SelectedRows())
-        if (const std::shared_ptr<clsCat> cLevel = LevelAt(lRow))
+    for (const std::size_t row : SelectedRows())
+        if (const std::shared_ptr<clsCat> cLevel = LevelAt(row))
             Add(cLevel);
         else
-            colNowhere.insert(KeyAt(lRow));
+            colNowhere.insert(KeyAt(row));
     if (colNowhere.empty())
         return colFrom;
     const KeySet colWanted = colNowhere;
@@ -167,17 +167,17 @@ Cats clsSchedLibGridPresenter::colSubCatsDraggedFrom(const clsSchedMan& cSchedMa
 
 // ---- the place on the screen ----
 
-clsSchedLibGridPresenter::RowOfCut clsSchedLibGridPresenter::RowOf(std::size_t lRow) const
+clsSchedLibGridPresenter::RowOfCut clsSchedLibGridPresenter::RowOf(std::size_t row) const
 {
-    const std::shared_ptr<clsCat> cLevel = LevelAt(lRow);
-    return {CutAt(lRow), cLevel ? cLevel->CatLevel() : 0, lRow};
+    const std::shared_ptr<clsCat> cLevel = LevelAt(row);
+    return {CutAt(row), cLevel ? cLevel->CatLevel() : 0, row};
 }
 
 clsSchedLibGridPresenter::Place clsSchedLibGridPresenter::CurrentPlace() const
 {
     Place place;
-    for (const std::size_t lRow : SelectedRows())
-        place.colSelected.push_back(RowOf(lRow));
+    for (const std::size_t row : SelectedRows())
+        place.colSelected.push_back(RowOf(row));
     const std::optional<std::size_t> current = m_cView.CurrentRow();
     if (current && *current < RowCount())
         place.current = RowOf(*current);
@@ -200,16 +200,16 @@ clsSchedLibGridPresenter::FindRows(const std::vector<RowOfCut>& colWanted) const
     for (std::size_t i = 0; i < colWanted.size(); ++i)
         colByObject.emplace(colWanted[i].cCut.get(), i);
     std::size_t left = colWanted.size();
-    const auto Match = [&](const auto& range, std::size_t lRow) {
+    const auto Match = [&](const auto& range, std::size_t row) {
         for (auto it = range.first; it != range.second; ++it)
-            if (!colFound[it->second] && colWanted[it->second].lLevel == RowOf(lRow).lLevel)
+            if (!colFound[it->second] && colWanted[it->second].lLevel == RowOf(row).lLevel)
             {
-                colFound[it->second] = lRow;
+                colFound[it->second] = row;
                 --left;
             }
     };
-    for (std::size_t lRow = 0; lRow < RowCount() && left > 0; ++lRow)
-        Match(colByObject.equal_range(CutAt(lRow).get()), lRow);
+    for (std::size_t row = 0; row < RowCount() && left > 0; ++row)
+        Match(colByObject.equal_range(CutAt(row).get()), row);
     if (left == 0)
         return colFound;
     const auto KeyOf = [](const auto& ask) -> TextKey {
@@ -227,8 +227,8 @@ clsSchedLibGridPresenter::FindRows(const std::vector<RowOfCut>& colWanted) const
         if (!colFound[i])
             if (TextKey cKey = KeyOf([&] { return colWanted[i].cCut->Key(); }); !cKey.Empty())
                 colByKey.emplace(std::move(cKey), i);
-    for (std::size_t lRow = 0; lRow < RowCount() && left > 0; ++lRow)
-        Match(colByKey.equal_range(KeyOf([&] { return KeyAt(lRow); })), lRow);
+    for (std::size_t row = 0; row < RowCount() && left > 0; ++row)
+        Match(colByKey.equal_range(KeyOf([&] { return KeyAt(row); })), row);
     return colFound;
 }
 
@@ -248,25 +248,25 @@ void clsSchedLibGridPresenter::ReturnTo(const Place& place)
     for (std::size_t i = 0; i < place.colSelected.size(); ++i)
         if (colRows[i])
             bSelected[*colRows[i]] = true;
-        else if (place.current && colWanted[i].lRow < place.current->lRow)
+        else if (place.current && colWanted[i].row < place.current->row)
             ++goneBefore;
     m_cView.SetSelection(bSelected);
     const std::size_t last = RowCount() - 1;
     if (place.current) // when it is gone: the row in its place
         m_cView.SetCurrentRow(
-            colRows[place.colSelected.size()].value_or(std::min(place.current->lRow - goneBefore, last)));
-    m_cView.SetTopRow(place.bAtTop ? 0 : colRows.back().value_or(std::min(place.top.lRow, last)));
+            colRows[place.colSelected.size()].value_or(std::min(place.current->row - goneBefore, last)));
+    m_cView.SetTopRow(place.bAtTop ? 0 : colRows.back().value_or(std::min(place.top.row, last)));
 }
 
 // ---- re-ordering ----
 
-void clsSchedLibGridPresenter::Drop(const std::wstring& sPayload, std::optional<std::size_t> lRow)
+void clsSchedLibGridPresenter::Drop(const std::wstring& sPayload, std::optional<std::size_t> row)
 {
     if (sPayload != sGridPayload)
         return RefuseSource();
     const std::vector<std::size_t> colRows = SelectedRows();
     if (MayReorder(colRows))
-        MoveRows(colRows, lRow);
+        MoveRows(colRows, row);
 }
 
 void clsSchedLibGridPresenter::RefuseSource() const
@@ -279,14 +279,14 @@ void clsSchedLibGridPresenter::MoveSelected(std::ptrdiff_t steps)
     const std::vector<std::size_t> colRows = SelectedRows();
     if (colRows.empty() || !MayReorder(colRows))
         return;
-    const auto lFirst = static_cast<std::ptrdiff_t>(colRows.front());
-    const auto lBehind = static_cast<std::ptrdiff_t>(colRows.back()) + 1;
+    const auto firstRow = static_cast<std::ptrdiff_t>(colRows.front());
+    const auto behind = static_cast<std::ptrdiff_t>(colRows.back()) + 1;
     const auto end = static_cast<std::ptrdiff_t>(RowCount());
-    if (steps < 0 && lFirst > 0)
-        MoveRows(colRows, static_cast<std::size_t>(std::max<std::ptrdiff_t>(lFirst + steps, 0)));
-    else if (steps > 0 && lBehind < end)
-        MoveRows(colRows, lBehind + steps < end ? std::optional(static_cast<std::size_t>(lBehind + steps))
-                                                : std::nullopt);
+    if (steps < 0 && firstRow > 0)
+        MoveRows(colRows, static_cast<std::size_t>(std::max<std::ptrdiff_t>(firstRow + steps, 0)));
+    else if (steps > 0 && behind < end)
+        MoveRows(colRows, behind + steps < end ? std::optional(static_cast<std::size_t>(behind + steps))
+                                               : std::nullopt);
 }
 
 bool clsSchedLibGridPresenter::MayReorder(const std::vector<std::size_t>& colRows) const
@@ -320,37 +320,37 @@ bool clsSchedLibGridPresenter::StartDrag()
     return !m_colDragged.empty();
 }
 
-bool clsSchedLibGridPresenter::DropWouldMove(std::optional<std::size_t> lRow) const
+bool clsSchedLibGridPresenter::DropWouldMove(std::optional<std::size_t> row) const
 {
     if (m_bBanOLEDrop || m_colDragged.empty() || !AreConsecutive(m_colDragged))
         return false;
-    const std::size_t into = lRow.value_or(RowCount());
+    const std::size_t into = row.value_or(RowCount());
     return into < m_colDragged.front() || into > m_colDragged.back() + 1;
 }
 
 void clsSchedLibGridPresenter::MoveRows(const std::vector<std::size_t>& colRows,
-                                        std::optional<std::size_t> lRow)
+                                        std::optional<std::size_t> row)
 {
     const RowOfCut first = RowOf(colRows.front());
-    MoveRequested(lRow);
+    MoveRequested(row);
     // The moved rows are still selected; the first of them becomes the current row, scrolled into view.
-    const std::optional<std::size_t> lFirst = FindRows({first}).front();
-    if (!lFirst)
+    const std::optional<std::size_t> now = FindRows({first}).front();
+    if (!now)
         return;
-    m_cView.SetCurrentRow(*lFirst);
-    m_cView.EnsureVisible(std::min(*lFirst + colRows.size(), RowCount()) - 1);
-    m_cView.EnsureVisible(*lFirst);
+    m_cView.SetCurrentRow(*now);
+    m_cView.EnsureVisible(std::min(*now + colRows.size(), RowCount()) - 1);
+    m_cView.EnsureVisible(*now);
 }
 
 // The rotation may have moved cuts since the rows were listed: use the cut's present position.
-std::int32_t clsSchedLibGridPresenter::PositionInto(std::optional<std::size_t> lRow) const
+std::int32_t clsSchedLibGridPresenter::PositionInto(std::optional<std::size_t> row) const
 {
     const CutCollection& colSchedCuts = *m_cCurrentCat->SchedCuts();
     const std::size_t end = colSchedCuts.Count() + 1;
-    if (!lRow || *lRow >= RowCount())
+    if (!row || *row >= RowCount())
         return static_cast<std::int32_t>(end);
-    const std::optional<std::size_t> present = colSchedCuts.PositionOf(KeyAt(*lRow));
-    return static_cast<std::int32_t>(present.value_or(*lRow) + 1);
+    const std::optional<std::size_t> present = colSchedCuts.PositionOf(KeyAt(*row));
+    return static_cast<std::int32_t>(present.value_or(*row) + 1);
 }
 
 // ---- removal ----

@@ -51,13 +51,13 @@ public:
     void Show(ListedCuts listed);
     void Clear() { Show({}); }
     std::size_t RowCount() const noexcept { return m_listed.colCuts.size(); }
-    const std::shared_ptr<Cut>& CutAt(std::size_t lRow) const { return m_listed.colCuts[lRow]; }
+    const std::shared_ptr<Cut>& CutAt(std::size_t row) const { return m_listed.colCuts[row]; }
     // Asks the cut for its key only in the listing of all audio.
-    TextKey KeyAt(std::size_t lRow) const;
+    TextKey KeyAt(std::size_t row) const;
     // The level a row's cut was listed from; null in the listing of all audio.
-    std::shared_ptr<clsCat> LevelAt(std::size_t lRow) const;
+    std::shared_ptr<clsCat> LevelAt(std::size_t row) const;
     // Empty for a cut that throws, since this is asked for while painting.
-    std::wstring CellText(std::size_t lRow, std::size_t column) const;
+    std::wstring CellText(std::size_t row, std::size_t column) const;
     // The first row at or behind lStart, and then from the top, whose artist begins with the text; when no
     // artist does, whose title does. Without regard to case.
     std::optional<std::size_t> FindRow(const std::wstring& sBeginning, std::size_t start) const;
@@ -80,7 +80,7 @@ public:
     {
         std::shared_ptr<Cut> cCut;
         std::int32_t lLevel = 0; // 0 in the listing of all audio
-        std::size_t lRow = 0;    // at that time
+        std::size_t row = 0;     // at that time
     };
     // Selection and scroll position, kept when the same node is shown again.
     struct Place
@@ -96,7 +96,7 @@ public:
     // ---- what the user does
 
     // Handles a drop on a row, or after the last one. Shows why when it is refused.
-    void Drop(const std::wstring& sPayload, std::optional<std::size_t> lRow);
+    void Drop(const std::wstring& sPayload, std::optional<std::size_t> row);
     // Shows that the dropped data did not come from this grid.
     void RefuseSource() const;
     // Moves the selected rows down by so many rows, or up for a negative number, at most to the end; under
@@ -106,16 +106,16 @@ public:
     bool StartDrag();
     void EndDrag() { m_colDragged.clear(); }
     // Whether a drop there would move the dragged rows; otherwise no insertion line is shown.
-    bool DropWouldMove(std::optional<std::size_t> lRow) const;
+    bool DropWouldMove(std::optional<std::size_t> row) const;
     // Requests the removal of the selected rows; shows a box when there are none.
     void RemoveSelectedFromCategory();
     // The present position, from 1, in the shown level at which rows moved in front of that row will be.
-    std::int32_t PositionInto(std::optional<std::size_t> lRow) const;
+    std::int32_t PositionInto(std::optional<std::size_t> row) const;
 
 private:
     bool MayReorder(const std::vector<std::size_t>& colRows) const;
-    void MoveRows(const std::vector<std::size_t>& colRows, std::optional<std::size_t> lRow);
-    RowOfCut RowOf(std::size_t lRow) const;
+    void MoveRows(const std::vector<std::size_t>& colRows, std::optional<std::size_t> row);
+    RowOfCut RowOf(std::size_t row) const;
     std::vector<std::optional<std::size_t>> FindRows(const std::vector<RowOfCut>& colWanted) const;
 
     clsSchedLibGridView& m_cView;

@@ -98,27 +98,27 @@ void CategoryTreeWindow::ShowTree(const CategoryTreePresenter& cTree)
     ::InvalidateRect(m_hTree, nullptr, TRUE);
 }
 
-void CategoryTreeWindow::Add(const CategoryTreePresenter& cTree, CategoryTreePresenter::Node lNode,
+void CategoryTreeWindow::Add(const CategoryTreePresenter& cTree, CategoryTreePresenter::Node node,
                              HTREEITEM hParent)
 {
-    const CategoryTreePresenter::Entry& entry = cTree.At(lNode);
+    const CategoryTreePresenter::Entry& entry = cTree.At(node);
     std::wstring sText = entry.sText;
     TVINSERTSTRUCTW insert{};
     insert.hParent = hParent;
     insert.hInsertAfter = TVI_LAST;
     insert.item.mask = TVIF_TEXT | TVIF_PARAM | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_STATE;
     insert.item.pszText = sText.data();
-    insert.item.lParam = static_cast<LPARAM>(lNode);
+    insert.item.lParam = static_cast<LPARAM>(node);
     insert.item.iImage = insert.item.iSelectedImage = entry.bOpen ? eFolderOpen : eFolderClosed;
     insert.item.stateMask = TVIS_STATEIMAGEMASK;
     insert.item.state = INDEXTOSTATEIMAGEMASK(entry.bChecked ? 2u : 1u);
-    m_bOpen[lNode] = entry.bOpen;
-    m_hItems[lNode] =
+    m_bOpen[node] = entry.bOpen;
+    m_hItems[node] =
         reinterpret_cast<HTREEITEM>(Send(m_hTree, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
-    for (const CategoryTreePresenter::Node lChild : entry.colChildren)
-        Add(cTree, lChild, m_hItems[lNode]);
+    for (const CategoryTreePresenter::Node child : entry.colChildren)
+        Add(cTree, child, m_hItems[node]);
     if (entry.bExpanded)
-        Expand(lNode);
+        Expand(node);
 }
 
 void CategoryTreeWindow::ShowChecks(const CategoryTreePresenter& cTree,
@@ -126,9 +126,9 @@ void CategoryTreeWindow::ShowChecks(const CategoryTreePresenter& cTree,
 {
     {
         const TreePaintingOff cOff(m_hTree);
-        for (const CategoryTreePresenter::Node lNode : colNodes)
-            if (lNode < m_hItems.size() && ShowsCheck(lNode) != cTree.At(lNode).bChecked)
-                SetState(m_hItems[lNode], cTree.At(lNode).bChecked);
+        for (const CategoryTreePresenter::Node node : colNodes)
+            if (node < m_hItems.size() && ShowsCheck(node) != cTree.At(node).bChecked)
+                SetState(m_hItems[node], cTree.At(node).bChecked);
     }
     Repaint();
 }
@@ -144,7 +144,7 @@ void CategoryTreeWindow::Repaint()
 void CategoryTreeWindow::MarkDropTarget()
 {
     Send(m_hTree, TVM_SELECTITEM, TVGN_DROPHILITE,
-         m_lDropTarget ? reinterpret_cast<LPARAM>(m_hItems[*m_lDropTarget]) : 0);
+         m_dropTarget ? reinterpret_cast<LPARAM>(m_hItems[*m_dropTarget]) : 0);
 }
 
 void CategoryTreeWindow::SetState(HTREEITEM hItem, bool bChecked)
@@ -157,32 +157,32 @@ void CategoryTreeWindow::SetState(HTREEITEM hItem, bool bChecked)
 
 void CategoryTreeWindow::ShowImages()
 {
-    for (CategoryTreePresenter::Node lNode = 0; m_cTree && lNode < m_hItems.size(); ++lNode)
+    for (CategoryTreePresenter::Node node = 0; m_cTree && node < m_hItems.size(); ++node)
     {
-        const bool bOpen = m_cTree->At(lNode).bOpen;
-        if (m_bOpen[lNode] == bOpen)
+        const bool bOpen = m_cTree->At(node).bOpen;
+        if (m_bOpen[node] == bOpen)
             continue;
-        m_bOpen[lNode] = bOpen;
-        TVITEMW item = ItemOf(m_hItems[lNode], TVIF_IMAGE | TVIF_SELECTEDIMAGE);
+        m_bOpen[node] = bOpen;
+        TVITEMW item = ItemOf(m_hItems[node], TVIF_IMAGE | TVIF_SELECTEDIMAGE);
         item.iImage = item.iSelectedImage = bOpen ? eFolderOpen : eFolderClosed;
         Send(m_hTree, TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
     }
 }
 
-void CategoryTreeWindow::Expand(CategoryTreePresenter::Node lNode)
+void CategoryTreeWindow::Expand(CategoryTreePresenter::Node node)
 {
-    Send(m_hTree, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(m_hItems[lNode]));
+    Send(m_hTree, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(m_hItems[node]));
 }
 
-void CategoryTreeWindow::Select(CategoryTreePresenter::Node lNode)
+void CategoryTreeWindow::Select(CategoryTreePresenter::Node node)
 {
-    Send(m_hTree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(m_hItems[lNode]));
-    BringIntoView(lNode);
+    Send(m_hTree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(m_hItems[node]));
+    BringIntoView(node);
 }
 
-void CategoryTreeWindow::BringIntoView(CategoryTreePresenter::Node lNode)
+void CategoryTreeWindow::BringIntoView(CategoryTreePresenter::Node node)
 {
-    Send(m_hTree, TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(m_hItems[lNode]));
+    Send(m_hTree, TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(m_hItems[node]));
     ScrollToLeft();
 }
 
@@ -207,8 +207,8 @@ std::optional<CategoryTreePresenter::Node> CategoryTreeWindow::NodeOf(HTREEITEM 
     TVITEMW item = ItemOf(hItem, TVIF_PARAM);
     if (!Send(m_hTree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item)))
         return std::nullopt;
-    const auto lNode = static_cast<CategoryTreePresenter::Node>(item.lParam);
-    return lNode < m_hItems.size() && m_hItems[lNode] == hItem ? std::optional(lNode) : std::nullopt;
+    const auto node = static_cast<CategoryTreePresenter::Node>(item.lParam);
+    return node < m_hItems.size() && m_hItems[node] == hItem ? std::optional(node) : std::nullopt;
 }
 
 std::optional<CategoryTreeWindow::Hit> CategoryTreeWindow::HitTest(POINT onScreen) const
@@ -218,25 +218,25 @@ std::optional<CategoryTreeWindow::Hit> CategoryTreeWindow::HitTest(POINT onScree
     ::ScreenToClient(m_hTree, &hit.pt);
     const auto hItem =
         reinterpret_cast<HTREEITEM>(Send(m_hTree, TVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
-    const std::optional<CategoryTreePresenter::Node> lNode = NodeOf(hItem);
-    if (!lNode)
+    const std::optional<CategoryTreePresenter::Node> node = NodeOf(hItem);
+    if (!node)
         return std::nullopt;
-    return Hit{*lNode, (hit.flags & (TVHT_ONITEMBUTTON | TVHT_ONITEMSTATEICON)) == 0};
+    return Hit{*node, (hit.flags & (TVHT_ONITEMBUTTON | TVHT_ONITEMSTATEICON)) == 0};
 }
 
-bool CategoryTreeWindow::ShowsCheck(CategoryTreePresenter::Node lNode) const
+bool CategoryTreeWindow::ShowsCheck(CategoryTreePresenter::Node node) const
 {
     const auto lState = static_cast<UINT>(
-        Send(m_hTree, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(m_hItems[lNode]), TVIS_STATEIMAGEMASK));
+        Send(m_hTree, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(m_hItems[node]), TVIS_STATEIMAGEMASK));
     return (lState & TVIS_STATEIMAGEMASK) == INDEXTOSTATEIMAGEMASK(2u);
 }
 
 std::vector<CategoryTreePresenter::Node> CategoryTreeWindow::CheckedByUser() const
 {
     std::vector<CategoryTreePresenter::Node> colNodes;
-    for (CategoryTreePresenter::Node lNode = 0; m_cTree && lNode < m_hItems.size(); ++lNode)
-        if (ShowsCheck(lNode) != m_cTree->At(lNode).bChecked)
-            colNodes.push_back(lNode);
+    for (CategoryTreePresenter::Node node = 0; m_cTree && node < m_hItems.size(); ++node)
+        if (ShowsCheck(node) != m_cTree->At(node).bChecked)
+            colNodes.push_back(node);
     return colNodes;
 }
 
@@ -252,11 +252,11 @@ LRESULT CategoryTreeWindow::OnCustomDraw(NMTVCUSTOMDRAW& draw) const
     return CDRF_DODEFAULT;
 }
 
-RECT CategoryTreeWindow::LabelOf(CategoryTreePresenter::Node lNode) const
+RECT CategoryTreeWindow::LabelOf(CategoryTreePresenter::Node node) const
 {
     RECT label{};
     // The message takes the item where it puts the rectangle.
-    std::memcpy(&label, &m_hItems[lNode], sizeof m_hItems[lNode]);
+    std::memcpy(&label, &m_hItems[node], sizeof m_hItems[node]);
     Send(m_hTree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&label));
     ::MapWindowPoints(m_hTree, nullptr, reinterpret_cast<POINT*>(&label), 2);
     return label;
@@ -264,11 +264,11 @@ RECT CategoryTreeWindow::LabelOf(CategoryTreePresenter::Node lNode) const
 
 // ---- during a drag ----
 
-void CategoryTreeWindow::ShowDropTarget(std::optional<CategoryTreePresenter::Node> lNode)
+void CategoryTreeWindow::ShowDropTarget(std::optional<CategoryTreePresenter::Node> node)
 {
-    if (lNode == m_lDropTarget)
+    if (node == m_dropTarget)
         return;
-    m_lDropTarget = lNode;
+    m_dropTarget = node;
     m_lTargetSince = ::GetTickCount();
     MarkDropTarget();
 }
@@ -281,17 +281,17 @@ std::optional<CategoryTreePresenter::Node> CategoryTreeWindow::DragTick(POINT on
     ::GetClientRect(m_hTree, &client);
     if (!::PtInRect(&client, point))
         return std::nullopt;
-    if (Scroll(point) && m_lDropTarget)
+    if (Scroll(point) && m_dropTarget)
     {
         // Another node is below the pointer now.
         const std::optional<Hit> hit = HitTest(onScreen);
-        ShowDropTarget(hit ? std::optional(hit->lNode) : std::nullopt);
+        ShowDropTarget(hit ? std::optional(hit->node) : std::nullopt);
     }
-    if (!m_lDropTarget || ::GetTickCount() - m_lTargetSince <= lHoverToOpen)
+    if (!m_dropTarget || ::GetTickCount() - m_lTargetSince <= lHoverToOpen)
         return std::nullopt;
-    Expand(*m_lDropTarget);
+    Expand(*m_dropTarget);
     m_lTargetSince = ::GetTickCount();
-    return m_lDropTarget;
+    return m_dropTarget;
 }
 
 // True when there was anything to scroll.

@@ -29,16 +29,16 @@ public:
     void ShowChecks(const CategoryTreePresenter& cTree,
                     const std::vector<CategoryTreePresenter::Node>& colNodes) override;
     void ShowImages() override;
-    void Expand(CategoryTreePresenter::Node lNode) override;
-    void Select(CategoryTreePresenter::Node lNode) override;
-    void BringIntoView(CategoryTreePresenter::Node lNode) override;
+    void Expand(CategoryTreePresenter::Node node) override;
+    void Select(CategoryTreePresenter::Node node) override;
+    void BringIntoView(CategoryTreePresenter::Node node) override;
     std::optional<CategoryTreePresenter::Node> Selected() const override;
 
     // ---- for the window's messages
 
     struct Hit
     {
-        CategoryTreePresenter::Node lNode;
+        CategoryTreePresenter::Node node;
         bool bOnRow; // not on the check box or the expander
     };
     std::optional<Hit> HitTest(POINT onScreen) const;
@@ -46,10 +46,10 @@ public:
     std::optional<CategoryTreePresenter::Node> NodeOf(HTREEITEM hItem) const;
     // The nodes whose box differs from the tree: those that the user has clicked.
     std::vector<CategoryTreePresenter::Node> CheckedByUser() const;
-    bool ShowsCheck(CategoryTreePresenter::Node lNode) const;
+    bool ShowsCheck(CategoryTreePresenter::Node node) const;
     LRESULT OnCustomDraw(NMTVCUSTOMDRAW& draw) const;
     // Where a node's label is on the screen.
-    RECT LabelOf(CategoryTreePresenter::Node lNode) const;
+    RECT LabelOf(CategoryTreePresenter::Node node) const;
 
     // Repaints what clicks on check boxes leave wrong on the screen.
     void Repaint();
@@ -59,11 +59,11 @@ public:
     // During a drag. ShowDropTarget marks a node as the target, or none. DragTick scrolls near the edges and
     // expands a node that the pointer rests on; it returns that node, since the view does not report this
     // expansion.
-    void ShowDropTarget(std::optional<CategoryTreePresenter::Node> lNode);
+    void ShowDropTarget(std::optional<CategoryTreePresenter::Node> node);
     std::optional<CategoryTreePresenter::Node> DragTick(POINT onScreen);
 
 private:
-    void Add(const CategoryTreePresenter& cTree, CategoryTreePresenter::Node lNode, HTREEITEM hParent);
+    void Add(const CategoryTreePresenter& cTree, CategoryTreePresenter::Node node, HTREEITEM hParent);
     void SetState(HTREEITEM hItem, bool bChecked);
     void MarkDropTarget();
     bool Scroll(POINT inClient);
@@ -74,7 +74,7 @@ private:
     std::vector<HTREEITEM> m_hItems; // by node
     std::vector<bool> m_bOpen;       // as shown
     int m_lDpi = 96;
-    std::optional<CategoryTreePresenter::Node> m_lDropTarget;
+    std::optional<CategoryTreePresenter::Node> m_dropTarget;
     DWORD m_lTargetSince = 0; // GetTickCount
 };
 

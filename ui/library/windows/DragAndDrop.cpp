@@ -13,13 +13,13 @@ namespace
 {
 
 // Base of the objects of a drag: one interface, reference counted.
-template <class Interface> class Counted : public Interface
+template <class Interface> class DragObject : public Interface
 {
 public:
-    Counted() = default;
-    virtual ~Counted() = default;
-    Counted(const Counted&) = delete;
-    Counted& operator=(const Counted&) = delete;
+    DragObject() = default;
+    virtual ~DragObject() = default;
+    DragObject(const DragObject&) = delete;
+    DragObject& operator=(const DragObject&) = delete;
 
     STDMETHODIMP QueryInterface(REFIID iid, void** ppObject) override
     {
@@ -70,7 +70,7 @@ HGLOBAL AnsiCopyOf(const std::wstring& sText) noexcept
 }
 
 // A text, in both forms of plain text.
-class TextData final : public Counted<IDataObject>
+class TextData final : public DragObject<IDataObject>
 {
 public:
     explicit TextData(std::wstring sText) : m_sText(std::move(sText)) {}
@@ -117,7 +117,7 @@ private:
     std::wstring m_sText;
 };
 
-class LeftButtonDrag final : public Counted<IDropSource>
+class LeftButtonDrag final : public DragObject<IDropSource>
 {
 public:
     STDMETHODIMP QueryContinueDrag(BOOL bEscape, DWORD lKeys) override
@@ -147,7 +147,7 @@ std::wstring TextIn(IDataObject& cData)
     return sText;
 }
 
-class DropTarget final : public Counted<IDropTarget>
+class DropTarget final : public DragObject<IDropTarget>
 {
 public:
     explicit DropTarget(DropSite& cSite) : m_cSite(cSite) {}

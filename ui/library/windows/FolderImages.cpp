@@ -14,14 +14,14 @@ namespace
 
 constexpr double dUnits = 16; // the drawings' own size
 
-struct Point
+struct Corner
 {
     double x;
     double y;
 };
 struct Shape
 {
-    std::vector<Point> colCorners;
+    std::vector<Corner> colCorners;
     std::uint32_t lColor; // 0xRRGGBB
 };
 
@@ -46,14 +46,14 @@ std::vector<Shape> Drawing(FolderImage eImage)
             {{{4.2, 8.8}, {14.9, 8.8}, {13, 13.2}, {2.2, 13.2}}, lFront}};
 }
 
-bool Contains(const Shape& shape, Point point)
+bool Contains(const Shape& shape, Corner point)
 {
     bool bInside = false;
-    const std::vector<Point>& corners = shape.colCorners;
+    const std::vector<Corner>& corners = shape.colCorners;
     for (std::size_t i = 0, j = corners.size() - 1; i < corners.size(); j = i++)
     {
-        const Point& a = corners[i];
-        const Point& b = corners[j];
+        const Corner& a = corners[i];
+        const Corner& b = corners[j];
         if ((a.y > point.y) != (b.y > point.y) && point.x < (b.x - a.x) * (point.y - a.y) / (b.y - a.y) + a.x)
             bInside = !bInside;
     }
@@ -67,8 +67,8 @@ std::uint32_t Pixel(const std::vector<Shape>& colShapes, int lX, int lY, int lSi
     std::array<std::uint32_t, 4> sums{}; // alpha, red, green, blue
     for (int i = 0; i < lFine * lFine; ++i)
     {
-        const Point point{(lX + (i % lFine + 0.5) / lFine) * dUnits / lSize,
-                          (lY + (static_cast<double>(i / lFine) + 0.5) / lFine) * dUnits / lSize};
+        const Corner point{(lX + (i % lFine + 0.5) / lFine) * dUnits / lSize,
+                           (lY + (static_cast<double>(i / lFine) + 0.5) / lFine) * dUnits / lSize};
         for (auto shape = colShapes.rbegin(); shape != colShapes.rend(); ++shape)
         {
             if (!Contains(*shape, point))

@@ -137,29 +137,29 @@ void clsSchedLibGridWindow::BeforePress(WPARAM lKeys, POINT at)
         return;
     LVHITTESTINFO hit{};
     hit.pt = at;
-    const auto lRow = static_cast<int>(Send(LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    const auto row = static_cast<int>(Send(LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
     const bool bSelected =
-        lRow >= 0 && Send(LVM_GETITEMSTATE, static_cast<WPARAM>(lRow), LVIS_SELECTED) == LVIS_SELECTED;
+        row >= 0 && Send(LVM_GETITEMSTATE, static_cast<WPARAM>(row), LVIS_SELECTED) == LVIS_SELECTED;
     if (!bSelected)
         SelectAll(false);
     else if ((lKeys & MK_LBUTTON) != 0)
-        m_lPressed = lRow; // a drag may begin: what is selected stays until the button is released
+        m_lPressed = row; // a drag may begin: what is selected stays until the button is released
 }
 
 void clsSchedLibGridWindow::BeforeRelease(WPARAM lKeys)
 {
-    const std::optional<int> lRow = std::exchange(m_lPressed, std::nullopt);
-    if (!lRow || (lKeys & (MK_SHIFT | MK_CONTROL)) != 0)
+    const std::optional<int> row = std::exchange(m_lPressed, std::nullopt);
+    if (!row || (lKeys & (MK_SHIFT | MK_CONTROL)) != 0)
         return;
     const RedrawOff cOff(*this);
     SelectAll(false);
-    SetState(*lRow, LVIS_SELECTED, LVIS_SELECTED);
+    SetState(*row, LVIS_SELECTED, LVIS_SELECTED);
 }
 
 // Posted: the header sets the width only after its notification.
-void clsSchedLibGridWindow::KeepColumnVisible(int lListColumn)
+void clsSchedLibGridWindow::KeepColumnVisible(int listColumn)
 {
-    ::PostMessageW(m_hList, lMendColumn, static_cast<WPARAM>(lListColumn), 0);
+    ::PostMessageW(m_hList, lMendColumn, static_cast<WPARAM>(listColumn), 0);
 }
 
 void clsSchedLibGridWindow::OnFocus()

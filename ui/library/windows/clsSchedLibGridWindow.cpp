@@ -23,13 +23,12 @@ constexpr int lCellMargins = 14; // at 96 dpi, left and right of a text together
 
 // The list always aligns its first column left, and screen readers name a row by it: so that one is the
 // artist, which is shown third.
-constexpr std::array<std::size_t, colGridColumns.size()> lListColumns = {1, 2, 0, 3, 4, 5, 6, 7, 8, 9};
-constexpr std::size_t ListColumn(std::size_t lColumn) { return lListColumns[lColumn]; }
-std::size_t GridColumnOf(int lListColumn)
+constexpr std::array<std::size_t, colGridColumns.size()> listColumns = {1, 2, 0, 3, 4, 5, 6, 7, 8, 9};
+constexpr std::size_t ListColumn(std::size_t position) { return listColumns[position]; }
+std::size_t GridColumnOf(int listColumn)
 {
-    const auto at =
-        std::find(lListColumns.begin(), lListColumns.end(), static_cast<std::size_t>(lListColumn));
-    return static_cast<std::size_t>(at - lListColumns.begin());
+    const auto at = std::find(listColumns.begin(), listColumns.end(), static_cast<std::size_t>(listColumn));
+    return static_cast<std::size_t>(at - listColumns.begin());
 }
 
 } // namespace
@@ -66,8 +65,8 @@ void clsSchedLibGridWindow::SetRedraw(bool bRedraw)
     Send(WM_SETREDRAW, bRedraw);
     if (!bRedraw)
         return;
-    if (const std::optional<std::size_t> lTop = std::exchange(m_toTop, std::nullopt))
-        SetTopRow(*lTop); // a list that paints nothing does not scroll either
+    if (const std::optional<std::size_t> topRow = std::exchange(m_toTop, std::nullopt))
+        SetTopRow(*topRow); // a list that paints nothing does not scroll either
     ::InvalidateRect(m_hList, nullptr, TRUE);
 }
 
@@ -89,34 +88,34 @@ void clsSchedLibGridWindow::AddCol(const std::wstring& sHeader)
     Send(LVM_INSERTCOLUMNW, std::min(ListColumn(added), added), reinterpret_cast<LPARAM>(&column));
     if (added + 1 != colGridColumns.size())
         return;
-    for (std::size_t lColumn = 0; lColumn < colGridColumns.size(); ++lColumn)
+    for (std::size_t position = 0; position < colGridColumns.size(); ++position)
     {
         column.mask = LVCF_FMT | LVCF_SUBITEM;
-        column.fmt = colGridColumns[lColumn].sWidest ? LVCFMT_RIGHT : LVCFMT_LEFT;
-        column.iSubItem = AsRow(ListColumn(lColumn));
-        Send(LVM_SETCOLUMNW, ListColumn(lColumn), reinterpret_cast<LPARAM>(&column));
+        column.fmt = colGridColumns[position].sWidest ? LVCFMT_RIGHT : LVCFMT_LEFT;
+        column.iSubItem = AsRow(ListColumn(position));
+        Send(LVM_SETCOLUMNW, ListColumn(position), reinterpret_cast<LPARAM>(&column));
     }
 }
 
-int clsSchedLibGridWindow::ShownWidth(std::size_t lColumn) const
+int clsSchedLibGridWindow::ShownWidth(std::size_t position) const
 {
-    const ColumnLayout::Column& column = m_layout.At(lColumn);
+    const ColumnLayout::Column& column = m_layout.At(position);
     if (!column.bVisible)
         return 0;
-    const bool bSized = column.lWidth != ColumnLayout().At(lColumn).lWidth;
-    return std::max(Scaled(column.lWidth, m_lDpi), bSized ? 0 : WidthOfNumbers(lColumn));
+    const bool bSized = column.lWidth != ColumnLayout().At(position).lWidth;
+    return std::max(Scaled(column.lWidth, m_lDpi), bSized ? 0 : WidthOfNumbers(position));
 }
 
-int clsSchedLibGridWindow::WidthOfNumbers(std::size_t lColumn) const
+int clsSchedLibGridWindow::WidthOfNumbers(std::size_t position) const
 {
-    const GridColumn& column = colGridColumns[lColumn];
+    const GridColumn& column = colGridColumns[position];
     if (!column.sWidest)
         return 0;
     const FontContext cContext(m_hList, reinterpret_cast<HFONT>(Send(WM_GETFONT)));
     LONG lWidest = 0;
     for (const std::wstring& sText : {std::wstring(column.sHeader), std::wstring(column.sWidest)})
         lWidest = std::max(lWidest, TextSize(cContext.Get(), sText).cx);
-    if (lColumn < countedColumns)
+    if (position < countedColumns)
         lWidest = std::max(lWidest, TextSize(cContext.Get(), std::to_wstring(m_mostRows)).cx);
     return static_cast<int>(lWidest) + Scaled(lCellMargins, m_lDpi);
 }
@@ -124,13 +123,13 @@ int clsSchedLibGridWindow::WidthOfNumbers(std::size_t lColumn) const
 void clsSchedLibGridWindow::ShowLayout(const ColumnLayout& layout)
 {
     m_layout = layout;
-    for (std::size_t lColumn = 0; lColumn < colGridColumns.size(); ++lColumn)
-        Send(LVM_SETCOLUMNWIDTH, ListColumn(lColumn), ShownWidth(lColumn));
-    std::array<int, colGridColumns.size()> lOrder{};
+    for (std::size_t position = 0; position < colGridColumns.size(); ++position)
+        Send(LVM_SETCOLUMNWIDTH, ListColumn(position), ShownWidth(position));
+    std::array<int, colGridColumns.size()> order{};
     const auto colShown = layout.Shown();
-    std::transform(colShown.begin(), colShown.end(), lOrder.begin(),
-                   [](std::size_t lColumn) { return AsRow(ListColumn(lColumn)); });
-    Send(LVM_SETCOLUMNORDERARRAY, lOrder.size(), reinterpret_cast<LPARAM>(lOrder.data()));
+    std::transform(colShown.begin(), colShown.end(), order.begin(),
+                   [](std::size_t position) { return AsRow(ListColumn(position)); });
+    Send(LVM_SETCOLUMNORDERARRAY, order.size(), reinterpret_cast<LPARAM>(order.data()));
     ::InvalidateRect(m_hList, nullptr, TRUE);
 }
 
@@ -139,19 +138,19 @@ ColumnLayout clsSchedLibGridWindow::Layout() const
     ColumnLayout layout = m_layout;
     if (ColCount() != colGridColumns.size())
         return layout;
-    for (std::size_t lColumn = 0; lColumn < colGridColumns.size(); ++lColumn)
+    for (std::size_t position = 0; position < colGridColumns.size(); ++position)
     {
-        const auto lWidth = static_cast<int>(Send(LVM_GETCOLUMNWIDTH, ListColumn(lColumn)));
-        if (lWidth == ShownWidth(lColumn))
+        const auto lWidth = static_cast<int>(Send(LVM_GETCOLUMNWIDTH, ListColumn(position)));
+        if (lWidth == ShownWidth(position))
             continue;
-        layout.SetWidth(lColumn, Unscaled(lWidth, m_lDpi));
-        layout.SetVisible(lColumn, true);
+        layout.SetWidth(position, Unscaled(lWidth, m_lDpi));
+        layout.SetVisible(position, true);
     }
-    std::array<int, colGridColumns.size()> lOrder{};
-    if (Send(LVM_GETCOLUMNORDERARRAY, lOrder.size(), reinterpret_cast<LPARAM>(lOrder.data())))
+    std::array<int, colGridColumns.size()> order{};
+    if (Send(LVM_GETCOLUMNORDERARRAY, order.size(), reinterpret_cast<LPARAM>(order.data())))
     {
         std::array<std::size_t, colGridColumns.size()> colShown{};
-        std::transform(lOrder.begin(), lOrder.end(), colShown.begin(), GridColumnOf);
+        std::transform(order.begin(), order.end(), colShown.begin(), GridColumnOf);
         layout.SetOrder(colShown);
     }
     return layout;
@@ -181,12 +180,12 @@ void clsSchedLibGridWindow::SetRowCount(std::size_t rows)
     m_toTop = 0; // not every list view forgets where it was scrolled to
 }
 
-void clsSchedLibGridWindow::SetState(int lRow, UINT lState, UINT lMask)
+void clsSchedLibGridWindow::SetState(int row, UINT lState, UINT lMask)
 {
     LVITEMW item{};
     item.state = lState;
     item.stateMask = lMask;
-    Send(LVM_SETITEMSTATE, static_cast<WPARAM>(static_cast<INT_PTR>(lRow)), reinterpret_cast<LPARAM>(&item));
+    Send(LVM_SETITEMSTATE, static_cast<WPARAM>(static_cast<INT_PTR>(row)), reinterpret_cast<LPARAM>(&item));
 }
 
 void clsSchedLibGridWindow::SelectAll(bool bSelect)
@@ -219,53 +218,53 @@ void clsSchedLibGridWindow::ForgetSelection()
 void clsSchedLibGridWindow::SetSelection(const std::vector<bool>& bSelected)
 {
     const RedrawOff cOff(*this);
-    const auto lSelected = static_cast<std::size_t>(std::count(bSelected.begin(), bSelected.end(), true));
-    const bool bMost = lSelected > bSelected.size() / 2;
+    const auto selected = static_cast<std::size_t>(std::count(bSelected.begin(), bSelected.end(), true));
+    const bool bMost = selected > bSelected.size() / 2;
     SelectAll(bMost);
-    for (std::size_t lRow = 0; lRow < bSelected.size(); ++lRow)
-        if (bSelected[lRow] != bMost)
-            SetState(AsRow(lRow), bMost ? 0u : LVIS_SELECTED, LVIS_SELECTED);
+    for (std::size_t row = 0; row < bSelected.size(); ++row)
+        if (bSelected[row] != bMost)
+            SetState(AsRow(row), bMost ? 0u : LVIS_SELECTED, LVIS_SELECTED);
 }
 
 std::vector<std::size_t> clsSchedLibGridWindow::SelectedRows() const
 {
     std::vector<std::size_t> colRows;
     colRows.reserve(static_cast<std::size_t>(Send(LVM_GETSELECTEDCOUNT)));
-    for (INT_PTR lRow = -1;;)
+    for (INT_PTR row = -1;;)
     {
-        lRow = Send(LVM_GETNEXTITEM, static_cast<WPARAM>(lRow), LVNI_SELECTED);
-        if (lRow < 0)
+        row = Send(LVM_GETNEXTITEM, static_cast<WPARAM>(row), LVNI_SELECTED);
+        if (row < 0)
             return colRows;
-        colRows.push_back(static_cast<std::size_t>(lRow));
+        colRows.push_back(static_cast<std::size_t>(row));
     }
 }
 
 std::optional<std::size_t> clsSchedLibGridWindow::CurrentRow() const
 {
-    const auto lRow = static_cast<int>(Send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED));
-    return lRow < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(lRow));
+    const auto row = static_cast<int>(Send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED));
+    return row < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(row));
 }
 
-void clsSchedLibGridWindow::SetCurrentRow(std::size_t lRow)
+void clsSchedLibGridWindow::SetCurrentRow(std::size_t row)
 {
-    SetState(AsRow(lRow), LVIS_FOCUSED, LVIS_FOCUSED);
-    Send(LVM_SETSELECTIONMARK, 0, AsRow(lRow)); // where a range by Shift begins
+    SetState(AsRow(row), LVIS_FOCUSED, LVIS_FOCUSED);
+    Send(LVM_SETSELECTIONMARK, 0, AsRow(row)); // where a range by Shift begins
 }
 
 std::size_t clsSchedLibGridWindow::TopRow() const { return static_cast<std::size_t>(Send(LVM_GETTOPINDEX)); }
 
-void clsSchedLibGridWindow::SetTopRow(std::size_t lRow)
+void clsSchedLibGridWindow::SetTopRow(std::size_t row)
 {
     if (RowCount() == 0)
         return;
-    RECT row{};
-    row.left = LVIR_BOUNDS;
-    Send(LVM_GETITEMRECT, TopRow(), reinterpret_cast<LPARAM>(&row));
-    const auto rows = static_cast<std::ptrdiff_t>(lRow) - static_cast<std::ptrdiff_t>(TopRow());
-    Send(LVM_SCROLL, 0, static_cast<LPARAM>(rows) * (row.bottom - row.top));
+    RECT area{};
+    area.left = LVIR_BOUNDS;
+    Send(LVM_GETITEMRECT, TopRow(), reinterpret_cast<LPARAM>(&area));
+    const auto rows = static_cast<std::ptrdiff_t>(row) - static_cast<std::ptrdiff_t>(TopRow());
+    Send(LVM_SCROLL, 0, static_cast<LPARAM>(rows) * (area.bottom - area.top));
 }
 
-void clsSchedLibGridWindow::EnsureVisible(std::size_t lRow) { Send(LVM_ENSUREVISIBLE, lRow, FALSE); }
+void clsSchedLibGridWindow::EnsureVisible(std::size_t row) { Send(LVM_ENSUREVISIBLE, row, FALSE); }
 
 // ---- what the list asks ----
 
@@ -290,11 +289,11 @@ LRESULT clsSchedLibGridWindow::OnFindItem(const NMLVFINDITEMW& find)
 {
     if ((find.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) == 0 || !find.lvfi.psz)
         return -1;
-    const std::optional<std::size_t> lRow =
+    const std::optional<std::size_t> row =
         m_cRows->FindRow(find.lvfi.psz, static_cast<std::size_t>(std::max(find.iStart, 0)));
-    if (lRow && ManySelected()) // the list selects that row alone then
+    if (row && ManySelected()) // the list selects that row alone then
         SelectAll(false);
-    return lRow ? AsRow(*lRow) : -1;
+    return row ? AsRow(*row) : -1;
 }
 
 LRESULT clsSchedLibGridWindow::OnCustomDraw(NMLVCUSTOMDRAW& draw) const
@@ -337,8 +336,8 @@ std::optional<std::size_t> clsSchedLibGridWindow::DropRow(POINT onScreen) const
     const LONG lHeight = std::max<LONG>(top.bottom - top.top, 1);
     if (point.y < top.top)
         return 0;
-    const std::size_t lRow = TopRow() + static_cast<std::size_t>((point.y - top.top) / lHeight);
-    return lRow < RowCount() ? std::optional(lRow) : std::nullopt;
+    const std::size_t row = TopRow() + static_cast<std::size_t>((point.y - top.top) / lHeight);
+    return row < RowCount() ? std::optional(row) : std::nullopt;
 }
 
 std::optional<RECT> clsSchedLibGridWindow::LineAt(std::size_t before) const
@@ -346,13 +345,13 @@ std::optional<RECT> clsSchedLibGridWindow::LineAt(std::size_t before) const
     if (RowCount() == 0)
         return std::nullopt;
     const bool bBelow = before >= RowCount();
-    RECT row{};
-    row.left = LVIR_BOUNDS;
-    Send(LVM_GETITEMRECT, bBelow ? RowCount() - 1 : before, reinterpret_cast<LPARAM>(&row));
+    RECT area{};
+    area.left = LVIR_BOUNDS;
+    Send(LVM_GETITEMRECT, bBelow ? RowCount() - 1 : before, reinterpret_cast<LPARAM>(&area));
     RECT client{};
     ::GetClientRect(m_hList, &client);
     const LONG lWidth = Scaled(lLineWidth, m_lDpi);
-    const LONG lY = bBelow ? row.bottom : row.top;
+    const LONG lY = bBelow ? area.bottom : area.top;
     return RECT{0, lY - lWidth / 2, client.right, lY - lWidth / 2 + lWidth};
 }
 
@@ -382,15 +381,15 @@ bool clsSchedLibGridWindow::DragTick(POINT onScreen)
         return false;
     RECT top{};
     top.left = LVIR_BOUNDS;
-    const std::size_t lTop = TopRow();
-    Send(LVM_GETITEMRECT, lTop, reinterpret_cast<LPARAM>(&top));
+    const std::size_t topRow = TopRow();
+    Send(LVM_GETITEMRECT, topRow, reinterpret_cast<LPARAM>(&top));
     const LONG lHeight = top.bottom - top.top;
     const int lZone = Scaled(lScrollZone, m_lDpi);
-    if (point.y < top.top + lZone && lTop > 0)
+    if (point.y < top.top + lZone && topRow > 0)
         Send(LVM_SCROLL, 0, -lHeight);
     else if (point.y > client.bottom - lZone)
         Send(LVM_SCROLL, 0, lHeight);
-    if (TopRow() == lTop)
+    if (TopRow() == topRow)
         return false;
     ::InvalidateRect(m_hList, nullptr, TRUE); // the line has scrolled along
     return true;

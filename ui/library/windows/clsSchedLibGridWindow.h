@@ -42,10 +42,10 @@ public:
     void SetSelection(const std::vector<bool>& bSelected) override;
     std::vector<std::size_t> SelectedRows() const override;
     std::optional<std::size_t> CurrentRow() const override;
-    void SetCurrentRow(std::size_t lRow) override;
+    void SetCurrentRow(std::size_t row) override;
     std::size_t TopRow() const override;
-    void SetTopRow(std::size_t lRow) override;
-    void EnsureVisible(std::size_t lRow) override;
+    void SetTopRow(std::size_t row) override;
+    void EnsureVisible(std::size_t row) override;
 
     // ---- for the window's messages
 
@@ -77,13 +77,13 @@ private:
     LRESULT WithoutPainting(UINT lMessage, WPARAM wParam, LPARAM lParam);
     bool ManySelected() const;
     void ForgetSelection();
-    void KeepColumnVisible(int lListColumn);
+    void KeepColumnVisible(int listColumn);
     LRESULT Send(UINT lMessage, WPARAM wParam = 0, LPARAM lParam = 0) const;
-    void SetState(int lRow, UINT lState, UINT lMask);
+    void SetState(int row, UINT lState, UINT lMask);
     std::size_t RowCount() const;
     // In pixels, from the layout. A column of numbers that nobody has sized is at least as wide as they are.
-    int ShownWidth(std::size_t column) const;
-    int WidthOfNumbers(std::size_t column) const;
+    int ShownWidth(std::size_t position) const;
+    int WidthOfNumbers(std::size_t position) const;
     std::optional<RECT> LineAt(std::size_t before) const;
     void InvalidateLine() const;
 

@@ -33,14 +33,14 @@ public:
     {
         const bool bOwn = m_cWindow.m_bDragging && sText == sGridPayload;
         const auto hit = bOwn ? m_cWindow.m_cTree->HitTest(point) : std::nullopt;
-        m_cWindow.m_cTree->ShowDropTarget(hit ? std::optional(hit->lNode) : std::nullopt);
+        m_cWindow.m_cTree->ShowDropTarget(hit ? std::optional(hit->node) : std::nullopt);
         return hit.has_value();
     }
     void DragLeft() override { m_cWindow.m_cTree->ShowDropTarget(std::nullopt); }
     void Dropped(POINT point, const std::wstring& sText) override
     {
         if (const auto hit = m_cWindow.m_cTree->HitTest(point))
-            m_cWindow.OnDropped({true, m_cWindow.m_cForm->Tree().At(hit->lNode).sKey, std::nullopt, sText});
+            m_cWindow.OnDropped({true, m_cWindow.m_cForm->Tree().At(hit->node).sKey, std::nullopt, sText});
     }
 };
 
@@ -104,8 +104,8 @@ void frmUILibWindow::OnDragTick()
 {
     POINT point{};
     ::GetCursorPos(&point);
-    if (const std::optional<CategoryTreePresenter::Node> lOpened = m_cTree->DragTick(point))
-        m_cForm->Panes().NodeExpanded(*lOpened, true);
+    if (const std::optional<CategoryTreePresenter::Node> opened = m_cTree->DragTick(point))
+        m_cForm->Panes().NodeExpanded(*opened, true);
     if (m_cGrid->DragTick(point))
         m_cGridSite->DragOver(point, sGridPayload); // the line belongs to the row that is there now
 }

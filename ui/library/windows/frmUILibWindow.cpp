@@ -244,7 +244,7 @@ LRESULT frmUILibWindow::OnTreeNotify(const NMHDR& header, LPARAM lParam)
     case NM_RCLICK:
         if (const auto hit =
                 m_cTree->HitTest({GET_X_LPARAM(::GetMessagePos()), GET_Y_LPARAM(::GetMessagePos())}))
-            m_cTree->Select(hit->lNode);
+            m_cTree->Select(hit->node);
         return 0;
     case TVN_KEYDOWN:
         if (reinterpret_cast<const NMTVKEYDOWN*>(lParam)->wVKey == VK_SPACE)
@@ -271,16 +271,16 @@ void frmUILibWindow::OnTreeDblClick()
 // The root is never collapsed. Some tree views ignore the refusal; then it is expanded again.
 LRESULT frmUILibWindow::OnExpanded(const NMTREEVIEWW& change)
 {
-    const std::optional<CategoryTreePresenter::Node> lNode = m_cTree->NodeOf(change.itemNew.hItem);
-    if (!lNode)
+    const std::optional<CategoryTreePresenter::Node> node = m_cTree->NodeOf(change.itemNew.hItem);
+    if (!node)
         return FALSE;
     const bool bCollapse = change.action == TVE_COLLAPSE;
     const bool bDone = change.hdr.code == TVN_ITEMEXPANDEDW;
-    const bool bRefused = bCollapse && CategoryTreePresenter::IsRoot(*lNode);
+    const bool bRefused = bCollapse && CategoryTreePresenter::IsRoot(*node);
     if (bDone && bRefused)
         ::PostMessageW(Handle(), ePostedExpandRoot, 0, 0);
     else if (bDone)
-        m_cForm->Panes().NodeExpanded(*lNode, !bCollapse);
+        m_cForm->Panes().NodeExpanded(*node, !bCollapse);
     return bRefused && !bDone;
 }
 
@@ -315,14 +315,14 @@ LRESULT frmUILibWindow::OnGridNotify(const NMHDR& header, LPARAM lParam)
 // The tree's pop-up: at the pointer, or with the keyboard below the selected node.
 void frmUILibWindow::OnContextMenu(HWND hControl, POINT onScreen)
 {
-    const std::optional<CategoryTreePresenter::Node> lSelected = m_cTree->Selected();
+    const std::optional<CategoryTreePresenter::Node> selected = m_cTree->Selected();
     if (hControl != m_cTree->Handle() || m_bBusy)
         return;
     const bool bByKeyboard = onScreen.x == -1 && onScreen.y == -1;
-    if (bByKeyboard && lSelected)
+    if (bByKeyboard && selected)
     {
-        m_cTree->BringIntoView(*lSelected);
-        onScreen = {m_cTree->LabelOf(*lSelected).left, m_cTree->LabelOf(*lSelected).bottom};
+        m_cTree->BringIntoView(*selected);
+        onScreen = {m_cTree->LabelOf(*selected).left, m_cTree->LabelOf(*selected).bottom};
     }
     ::TrackPopupMenuEx(CategoriesMenu(::GetMenu(Handle())), TPM_RIGHTBUTTON, static_cast<int>(onScreen.x),
                        static_cast<int>(onScreen.y), Handle(), nullptr);
@@ -330,8 +330,8 @@ void frmUILibWindow::OnContextMenu(HWND hControl, POINT onScreen)
 
 void frmUILibWindow::CompareChecks()
 {
-    for (const CategoryTreePresenter::Node lNode : m_cTree->CheckedByUser())
-        m_cForm->Panes().NodeCheck(lNode, m_cTree->ShowsCheck(lNode));
+    for (const CategoryTreePresenter::Node node : m_cTree->CheckedByUser())
+        m_cForm->Panes().NodeCheck(node, m_cTree->ShowsCheck(node));
     m_cTree->Repaint();
 }
 
@@ -406,9 +406,9 @@ void frmUILibWindow::HideProgress() { m_cStatus->HideProgress(); }
 
 POINT frmUILibWindow::PopUpPoint() const
 {
-    const std::optional<CategoryTreePresenter::Node> lSelected = m_cTree->Selected();
-    if (m_bByKeyboard && lSelected)
-        return {m_cTree->LabelOf(*lSelected).left, m_cTree->LabelOf(*lSelected).bottom};
+    const std::optional<CategoryTreePresenter::Node> selected = m_cTree->Selected();
+    if (m_bByKeyboard && selected)
+        return {m_cTree->LabelOf(*selected).left, m_cTree->LabelOf(*selected).bottom};
     POINT pointer{};
     ::GetCursorPos(&pointer);
     return pointer;
