@@ -46,7 +46,7 @@ struct Decimal
 Decimal SevenDigitsOf(float sngValue)
 {
     constexpr int lKept = 7;
-    constexpr int lExact = 111; // digits behind the point; no single has more
+    constexpr int lExact = 111; // digits after the point; no single has more
     char aText[lExact + 16];
     const auto [pEnd, eError] = std::to_chars(aText, aText + sizeof aText, static_cast<double>(sngValue),
                                               std::chars_format::scientific, lExact);
@@ -167,7 +167,7 @@ private:
         return Take();
     }
 
-    // Digits, thousands commas anywhere behind the first of them, and one decimal point.
+    // Digits, thousands commas anywhere after the first of them, and one decimal point.
     bool TakeDigits()
     {
         bool bAny = false;

@@ -9,7 +9,7 @@ namespace ravlo
 TextKey::TextKey(std::wstring sText)
 {
     if (sText.empty())
-        return; // the same as a default-made key
+        return; // equal to a default-constructed key
     const std::size_t hash = HashIgnoringCase(sText);
     m_cShared = std::make_shared<const Shared>(Shared{std::move(sText), hash});
 }

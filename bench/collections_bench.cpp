@@ -21,7 +21,7 @@ namespace
 using Item = std::shared_ptr<int>;
 using Collection = OrderedKeyedCollection<Item>;
 
-// Keys in an order that is not the order they were made in, as paths of a library.
+// Keys in another order than that of their creation, like the paths of a library.
 struct Keys
 {
     explicit Keys(std::int64_t count)

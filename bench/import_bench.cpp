@@ -13,7 +13,7 @@ namespace
 
 constexpr std::int64_t openCuts = 10'000;
 
-// Cuts lFirst, lFirst + 1 ... of the typical library, made once for each size.
+// Cuts of the typical library from number first on, created once per size.
 const Cuts& CutsOf(std::int64_t first, std::int64_t count)
 {
     static std::map<std::pair<std::int64_t, std::int64_t>, Cuts> colAll;
@@ -23,7 +23,7 @@ const Cuts& CutsOf(std::int64_t first, std::int64_t count)
     return colCuts;
 }
 
-// The order files of a station, for reading; what is written goes nowhere. Shared by all stations of a size.
+// The order files of a station, for reading; drops what is written. Shared by all stations of a size.
 class SavedOrders final : public NoFiles
 {
 public:

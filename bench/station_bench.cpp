@@ -74,7 +74,7 @@ void FillMapAndVector(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-// One main category with one level on a real disk, in a folder of its own that goes at the end.
+// One main category with one level on a real disk, in a folder that is deleted at the end.
 struct StationOnDisk
 {
     explicit StationOnDisk(std::int64_t cuts)

@@ -38,7 +38,7 @@ const EmbeddedTypeLibrary colTypeLibraries[] = {
     {LIBID_KorvaCollection, 3, true},
 };
 
-// What stays registered when this module goes: the database, whose types these libraries describe too.
+// Stays registered when this module is unregistered: the database, whose module describes the same types.
 const CLSID* const colNeighbours[] = {&CLSID_clsDataBase};
 
 } // namespace

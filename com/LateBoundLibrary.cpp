@@ -74,7 +74,7 @@ private:
     ComPtr<IDispatch> m_cObject;
     // Set for a script's object, whose members may change; otherwise null.
     ComPtr<IDispatchEx> m_cScriptObject;
-    std::map<std::wstring, DISPID> m_colIds; // asked for once: a grid is called for every cell
+    std::map<std::wstring, DISPID> m_colIds; // looked up once: a grid is called for every cell
 };
 
 DISPID LateBound::IdOf(const wchar_t* sName)

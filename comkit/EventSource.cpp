@@ -20,7 +20,7 @@ void Give(CONNECTDATA& target, const std::pair<DWORD, ComPtr<IDispatch>>& source
     target.pUnk = ComPtr<IDispatch>(source.second).Detach();
 }
 
-// A walk over a copy of a list, taken when the walk was asked for.
+// An enumerator over a copy of a list, made when the enumerator is created.
 template <class Interface, class Given, class Kept> class ListEnum final : public Unknown<Interface>
 {
 public:

@@ -11,15 +11,13 @@ namespace ravlo
 
 // A dual interface's members as its type library describes them, and late-bound calls of them.
 //
-// Late-bound calls are lenient, so that script hosts can call every member:
-//   - an argument for a by-reference parameter may be a reference of any type or a plain value: the member
-//     works on a temporary of the declared type,
-//     and a reference receives the stored value, converted to its own type, also when the member failed
-//     afterwards;
-//   - an object is asked for the parameter's own interface; Empty and Null are no object;
-//   - arguments may be named or left out; what is left out gets its declared default, else an empty value;
-//   - a property is read also by callers that ask for a method, and set by value or by reference as declared;
-//   - arguments for a property without parameters go to the default member of the object it returns.
+// Late-bound calls are lenient, so that script hosts can call every member: - an argument for a by-reference
+// parameter may be a reference of any type or a plain value: the member works on a temporary of the declared
+// type, and a reference receives the stored value, converted to its own type, also when the member failed
+// afterwards; - an object is queried for the parameter's own interface; Empty and Null are no object; -
+// arguments may be named or left out; what is left out gets its declared default, else an empty value; - a
+// property is read also by callers that ask for a method, and set by value or by reference as declared; -
+// arguments for a property without parameters go to the default member of the object it returns.
 class InterfaceDescription
 {
 public:

@@ -93,7 +93,7 @@ Variant Variant::Dereferenced(const VARIANT& value)
 std::optional<Variant> Variant::As(VARTYPE vtWanted) const
 {
     Variant cResult;
-    // An object is asked for the value of its default member.
+    // For an object the conversion reads its default member.
     const HRESULT hResult = Outgoing([&] {
         return VariantChangeTypeEx(&cResult, const_cast<Variant*>(this), LOCALE_INVARIANT, 0, vtWanted);
     });

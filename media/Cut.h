@@ -39,7 +39,7 @@ public:
     // The unique key, which is the file path: the cut's identity inside the scheduler.
     virtual TextKey Key() const = 0;
     virtual std::wstring SecondaryKey() const = 0;
-    virtual std::int32_t ID() const = 0; // the database's number; 0 for a cut of no database
+    virtual std::int32_t ID() const = 0; // the database's number; 0 for a cut that is in none
     virtual std::wstring Path() const = 0;
     virtual std::wstring Artist() const = 0;
     virtual std::wstring Title() const = 0;
@@ -85,7 +85,7 @@ public:
     virtual std::int32_t KindCode() const = 0; // a CutKind
     virtual void SetKindCode(std::int32_t lKind) = 0;
 
-    // An independent copy of no database. It keeps the ID.
+    // An independent copy that belongs to no database. It keeps the ID.
     virtual std::shared_ptr<Cut> CloneCut() const = 0;
 };
 

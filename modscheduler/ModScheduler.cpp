@@ -98,7 +98,7 @@ void ModScheduler::WriteDebugLog(std::wstring_view sMessage) noexcept
         if (second != m_stampSecond || m_sStamp.empty())
         {
             std::wstring sStamp = TimeStamp(dtNow);
-            // Each line goes to the file of its own day.
+            // Each line is written to the file of its own day.
             if (sStamp.compare(0, dateLength, m_sStamp, 0, dateLength) != 0)
                 FlushDebugLog();
             before = m_sLines.size();

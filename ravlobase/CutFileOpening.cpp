@@ -178,8 +178,8 @@ std::optional<sqlite::Connection::Log> BeginReading(sqlite::Connection& cConnect
     return std::nullopt;
 }
 
-// SQLite would take the log of another file for this one's: the size that the database has in the log tells
-// them apart. The size of the file shows bytes behind the database's end.
+// SQLite would accept another file's log: a different size of the database in the log shows that. A file
+// larger than its database has foreign bytes at its end.
 void CheckSize(sqlite::Connection& cConnection, const std::optional<sqlite::Connection::Log>& log,
                const std::wstring& sFile)
 {

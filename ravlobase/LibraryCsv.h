@@ -14,7 +14,7 @@
 namespace ravlo
 {
 
-// What one row of a library CSV says about a cut. A blank cell and a missing column say nothing.
+// The values of a cut in one row of a library CSV. A blank cell and a missing column give no value.
 struct LibraryRow
 {
     std::size_t line = 0;
@@ -26,7 +26,7 @@ struct LibraryRow
     std::optional<std::int32_t> lDurationmS;
     std::optional<std::int32_t> lRunTimemS;
     std::optional<std::vector<std::wstring>> colCategories; // trimmed, none empty
-    std::optional<std::int32_t> lLevel;                     // 1 or more; 0 in the file says nothing
+    std::optional<std::int32_t> lLevel;                     // 1 or more; 0 in the file means no value
     std::optional<bool> bOpener;
     std::optional<std::wstring> sSecondaryKey;
     std::optional<DateTime> dtLastPlayed;

@@ -89,7 +89,7 @@ public:
     // Runs it to its end.
     void Run();
 
-    // Columns count from 0. A value of another type than asked for means a damaged file: error 321.
+    // Columns count from 0. A value of another type than the requested one means a damaged file: error 321.
     std::int64_t Number(int column) const;
     double Real(int column) const;
     std::wstring Text(int column) const;

@@ -18,7 +18,7 @@ struct PlaceholderTexts
     std::int32_t lCatLevel = 0;
 };
 
-// Returns a cut in no category whose kind says why no real cut was chosen. The database creates it; without a
+// Returns a cut in no category; its kind says why there is no real one. The database creates it; without a
 // database, or when it fails, the library does. Never null.
 std::shared_ptr<Cut> MakePlaceholder(const PlaceholderTexts& texts, const DataBase* cDataBase);
 

@@ -28,8 +28,8 @@ public:
     // Creates a main category with level 1. Asks for a name when sName is empty. Refuses a name that the list
     // of categories could not restore after a restart. After a refusal asks again, offering the previous
     // input, until a name is accepted or the user cancels. Replaces characters that a file name must not
-    // contain by "_"; a user who typed one is told so. sName receives the name as created. Returns false,
-    // with nothing changed, when the user cancelled.
+    // contain by "_"; a box says so to a user who typed one. sName receives the name as created. Returns
+    // false, with nothing changed, when the user cancelled.
     bool CreateMainCat(std::wstring& sName);
 
     // Asks for a number and creates that level under a main category of the tree. Returns false when the

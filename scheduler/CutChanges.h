@@ -111,7 +111,7 @@ public:
     const AffectedCats& Affected() const noexcept { return m_cAffected; }
     // Call before removing this category from the tree. Precondition: it contains no cuts.
     void Deleting(const clsCat& cCat);
-    // Collects what goes wrong.
+    // Collects the errors.
     Placement& Problems() noexcept { return m_cPlacement; }
 
     // ---- the end

@@ -18,8 +18,8 @@ void MustExist(const std::wstring& sPath);
 void MustBeWritable(const std::wstring& sPath);
 // Throws unless the database exists and the folder exists or can be created; both as they were typed.
 void MustBeStation(const std::wstring& sDataBase, const std::wstring& sAppFolder);
-// Throws while another program works on the station. Waits a moment first, since another program may only be
-// looking at it. sAppFolder as it was typed.
+// Throws when another program works on the station. Waits up to three seconds before, since a program that
+// only looks at the station may end in that time. sAppFolder as it was typed.
 void MustBeFree(const std::wstring& sAppFolder);
 bool FileExists(const std::wstring& sPath);
 void DeleteIfThere(const std::wstring& sPath) noexcept;

@@ -159,7 +159,7 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
         book.Tick();
         line.Show(L"Filling the day: " + DecimalText(static_cast<std::int64_t>(dDone * 100)) + L" %");
     });
-    // The log comes first: it tells what was aired, whether that could be saved or not.
+    // The log comes first: it shows what was aired, whether that could be saved or not.
     Day day;
     Failures failures;
     failures.Try([&] { Fill(day, request, options, maker); });

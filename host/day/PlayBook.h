@@ -56,7 +56,7 @@ private:
     struct Attempt
     {
         std::size_t missing = 0;
-        bool bBusy = false; // the only failure was 70
+        bool bBusy = false; // the last failure was 70: another program is writing
         std::wstring sReason;
     };
     using Plays = std::unordered_map<TextKey, DateTime>; // the last play of each cut

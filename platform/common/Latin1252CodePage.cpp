@@ -23,7 +23,7 @@ constexpr wchar_t aSpecial[] = {
 
 std::string Latin1252CodePage::Encode(std::wstring_view sText) const
 {
-    // Most texts are ASCII to the end; what follows the first other character goes one by one.
+    // Most texts are only ASCII; the rest after the first other character is converted one by one.
     std::string bytes(sText.size(), '\0');
     std::size_t plain = 0;
     for (; plain < sText.size() && static_cast<std::uint32_t>(sText[plain]) < 0x80; ++plain)

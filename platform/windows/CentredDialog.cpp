@@ -65,7 +65,7 @@ LONG WidthForTitle(HWND hBox) noexcept
     ::SelectObject(hDC, hBefore);
     ::ReleaseDC(hBox, hDC);
     ::DeleteObject(hFont);
-    // The close button, which may be half as wide again as the metric says, and the frame.
+    // The close button, which may be half as wide again as its metric, and the frame.
     return size.cx + 2 * ::GetSystemMetrics(SM_CXSIZE) + 2 * ::GetSystemMetrics(SM_CXFRAME) +
            2 * ::GetSystemMetrics(SM_CXPADDEDBORDER);
 }

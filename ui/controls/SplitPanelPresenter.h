@@ -75,8 +75,8 @@ public:
     void CancelDrag();
     bool Dragging() const noexcept { return m_bDragging; }
 
-    // The keyboard: moves the bar by a distance, or to an edge as if it had been dropped there. A collapsed
-    // pane comes back, at its smallest size, with the first move away from its edge.
+    // The keyboard: moves the bar by a distance, or to an edge as if it had been dropped there. The first
+    // move away from its edge shows a collapsed pane again, at its smallest size.
     void MoveBy(std::int32_t lDistance);
     void MoveToEdge(bool bFar);
 

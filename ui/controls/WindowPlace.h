@@ -22,7 +22,7 @@ struct WindowPlace
     friend bool operator==(const WindowPlace&, const WindowPlace&) = default;
 };
 
-// "left,top,width,height" with ",max" behind it for a maximised window.
+// "left,top,width,height", followed by ",max" for a maximised window.
 std::wstring TextOf(const WindowPlace& place);
 // Nothing for any other text, and for a size that no window can have.
 std::optional<WindowPlace> ParseWindowPlace(std::wstring_view sText);

@@ -47,7 +47,7 @@ void CategoryTreePresenter::SortChildren(Node parent)
     std::vector<std::pair<std::wstring, Node>> colFolded;
     for (const Node child : colChildren)
         colFolded.emplace_back(FoldCase(m_colNodes[child].sText), child);
-    std::sort(colFolded.begin(), colFolded.end()); // by number among equals
+    std::sort(colFolded.begin(), colFolded.end()); // equal texts by number
     std::transform(colFolded.begin(), colFolded.end(), colChildren.begin(),
                    [](const auto& folded) { return folded.second; });
 }
@@ -107,7 +107,7 @@ void CategoryTreePresenter::InvertChecks()
         entry.bChecked = !entry.bChecked;
 }
 
-// In the order in which they are shown, those below collapsed nodes only when asked for.
+// The nodes in the order in which they are shown; those below collapsed nodes only with bCollapsedToo.
 std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::InOrder(bool bCollapsedToo) const
 {
     std::vector<Node> colOrdered;
@@ -157,7 +157,7 @@ void CategoryTreePresenter::SetExpanded(Node node, bool bExpanded)
 std::vector<std::wstring> CategoryTreePresenter::ExpandedKeys() const
 {
     std::vector<std::wstring> colKeys;
-    for (const Entry& entry : m_colNodes) // parents are made before their children
+    for (const Entry& entry : m_colNodes) // parents come before their children
         if (entry.bExpanded)
             colKeys.push_back(entry.sKey);
     return colKeys;

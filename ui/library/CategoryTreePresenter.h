@@ -24,7 +24,7 @@ public:
         std::wstring sKey;
         std::wstring sText;
         std::optional<Node> parent;
-        std::vector<Node> colChildren; // as shown: sorted by text without regard to case when asked for
+        std::vector<Node> colChildren; // as shown: sorted by text, without regard to case, if requested
         bool bExpanded = false;
         bool bChecked = false;
         bool bOpen = false; // the image

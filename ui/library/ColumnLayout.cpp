@@ -80,7 +80,7 @@ void ColumnLayout::SetWidth(std::size_t column, int lWidth)
 void ColumnLayout::SetOrder(const std::array<std::size_t, colGridColumns.size()>& colShown)
 {
     for (Column& column : m_colColumns)
-        column.lOrder += static_cast<int>(m_colColumns.size()); // behind all that are named
+        column.lOrder += static_cast<int>(m_colColumns.size()); // after all that are named
     for (std::size_t place = 0; place < colShown.size(); ++place)
         if (colShown[place] < m_colColumns.size())
             m_colColumns[colShown[place]].lOrder = static_cast<int>(place + 1);

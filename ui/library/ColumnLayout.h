@@ -38,8 +38,8 @@ public:
     const Column& At(std::size_t column) const { return m_colColumns[column]; } // from 0
     void SetWidth(std::size_t column, int lWidth);
     void SetVisible(std::size_t column, bool bVisible) { m_colColumns[column].bVisible = bVisible; }
-    // Sets the order in which columns are shown; a column given twice or not at all keeps its place behind
-    // the others.
+    // Sets the order in which columns are shown; a column given twice or not at all keeps its place after the
+    // others.
     void SetOrder(const std::array<std::size_t, colGridColumns.size()>& colShown);
     // The columns, counted from 0, in the order in which they are shown.
     std::array<std::size_t, colGridColumns.size()> Shown() const;

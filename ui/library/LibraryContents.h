@@ -45,7 +45,7 @@ struct ListedCuts
     std::shared_ptr<clsCat> cCatShown;     // null for all audio, or when there is no such category
     std::wstring sWhat;                    // is shown, for the user
     Cuts colCuts;
-    std::vector<TextKey> colKeys; // one per cut; none for all audio, whose cuts would have to be asked
+    std::vector<TextKey> colKeys; // one per cut; none for all audio, whose cuts would have to be read
     std::vector<Run> colRuns;     // none for all audio
 };
 // Lists every cut of the database ("ALL AUDIO"), all levels of a main category, or one level in schedule

@@ -15,7 +15,7 @@ namespace ravlo
 struct NodeKey
 {
     std::wstring sName;
-    std::wstring sLevel;                // the text behind the first TAB
+    std::wstring sLevel;                // the text after the first TAB
     std::optional<std::int32_t> lLevel; // nothing when that text is no level
     bool bAllAudio = false;
 };

@@ -244,7 +244,7 @@ void clsSchedLibGridPresenter::ReturnTo(const Place& place)
     const std::vector<std::optional<std::size_t>> colRows = FindRows(colWanted);
 
     std::vector<bool> bSelected(RowCount());
-    std::size_t goneBefore = 0; // selected rows in front of the current one that are gone
+    std::size_t goneBefore = 0; // selected rows before the current one that no longer exist
     for (std::size_t i = 0; i < place.colSelected.size(); ++i)
         if (colRows[i])
             bSelected[*colRows[i]] = true;

@@ -28,7 +28,7 @@ public:
     // Owns neither view nor module.
     clsSchedLibGridPresenter(clsSchedLibGridView& cView, ModScheduler& cMod) : m_cView(cView), m_cMod(cMod) {}
 
-    // Moves the selected rows in front of that row, or behind the last one, and shows them again.
+    // Moves the selected rows in front of that row, or after the last one, and shows them again.
     std::function<void(std::optional<std::size_t> row)> MoveRequested;
     // Removes the cuts of these rows, the selected ones, from their categories.
     std::function<void(const std::vector<std::size_t>& colRows)> RemovalRequested;
@@ -56,10 +56,10 @@ public:
     TextKey KeyAt(std::size_t row) const;
     // The level a row's cut was listed from; null in the listing of all audio.
     std::shared_ptr<clsCat> LevelAt(std::size_t row) const;
-    // Empty for a cut that throws, since this is asked for while painting.
+    // Empty for a cut that throws, since this is called while painting.
     std::wstring CellText(std::size_t row, std::size_t column) const;
-    // The first row at or behind lStart, and then from the top, whose artist begins with the text; when no
-    // artist does, whose title does. Without regard to case.
+    // The first row from start on, and then from the top, whose artist begins with the text; when no artist
+    // does, whose title does. Without regard to case.
     std::optional<std::size_t> FindRow(const std::wstring& sBeginning, std::size_t start) const;
 
     // The current row from 1, 0 for none.

@@ -24,7 +24,7 @@ public:
     // Lets the user choose from a pop-up menu at the pointer. Nothing when it is dismissed. "&" is shown
     // as it is.
     virtual std::optional<std::size_t> PopUp(const std::vector<std::wstring>& colItems) = 0;
-    // Shows the window and returns when it is gone: after Close, or because the program ends.
+    // Shows the window and returns when it is closed: after Close, or because the program ends.
     virtual void ShowModal() = 0;
     virtual void BringToFront() = 0;
     virtual void Close() = 0;

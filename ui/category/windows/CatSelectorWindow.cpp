@@ -318,7 +318,7 @@ void CatSelectorWindow::Enable(SelectorControl eControl, bool bEnable)
         ::EnableWindow(m_hMatchLabel1, bEnable);
 }
 
-// Each song list comes and goes with its label.
+// A song list and its label are shown and hidden together.
 void CatSelectorWindow::Show(SelectorControl eControl, bool bShow)
 {
     const int lShow = bShow ? SW_SHOWNA : SW_HIDE;

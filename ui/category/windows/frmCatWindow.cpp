@@ -212,7 +212,7 @@ void frmCatWindow::OnCommand(int lId, int lCode)
     case eIdLabel1:
     case eIdLabel2:
     case eIdLabel3:
-        if (lCode == STN_CLICKED || lCode == STN_DBLCLK) // a button says BN_CLICKED, the same number
+        if (lCode == STN_CLICKED || lCode == STN_DBLCLK) // a button sends BN_CLICKED, the same number
             m_cPresenter->StripClick(true);
         return;
     case eIdNextTab:

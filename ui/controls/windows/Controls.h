@@ -9,8 +9,8 @@ namespace ravlo
 
 // Helpers around the system's own controls.
 
-// Makes a visible child control. The order in which controls are made is their tab order, and a list or an
-// edit field is named for screen readers by the label made right before it.
+// Creates a visible child control. Controls are in the tab order in which they are created, and screen
+// readers name a list or an edit field after the label created just before it.
 HWND MakeControl(HWND hParent, const wchar_t* sClass, const std::wstring& sText, DWORD lStyle, int lId,
                  DWORD lExStyle = 0);
 
@@ -40,8 +40,8 @@ private:
     HDWP m_hMoves;
 };
 
-// The colour behind the selected rows of a control without the focus: a tint of the selection's own, since
-// the system's grey on white is hard to see.
+// The background of selected rows in a control without the focus: a tint of the selection's colour, since the
+// system's grey on white is hard to see.
 COLORREF UnfocusedSelection() noexcept;
 
 } // namespace ravlo

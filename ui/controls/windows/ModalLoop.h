@@ -11,10 +11,10 @@ namespace ravlo
 {
 
 // Runs a top-level window modally: disables every other window of the thread that is visible and enabled, and
-// enables just those at the end. A hidden one cannot be used anyway; shown in between, it is to be used on
-// top of this one. Accelerators, Tab, Enter, Esc and mnemonics work in this loop and in every other one that
-// shows its messages to the thread's message filter, as the library's own pumping does. Modal windows may be
-// stacked.
+// enables just those at the end. A hidden window cannot be used anyway; one that is shown in between is meant
+// to be used on top of this one. Accelerators, Tab, Enter, Esc and mnemonics work in this loop and in every
+// other one that passes its messages to the thread's message filter, as the library's own pumping does. Modal
+// windows may be stacked.
 class ModalLoop
 {
 public:

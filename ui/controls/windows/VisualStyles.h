@@ -6,8 +6,8 @@
 namespace ravlo
 {
 
-// While one lives, this thread creates the current common controls, even in a host that asks for older ones.
-// Without the context it creates the host's.
+// While one exists, this thread creates the current common controls, even in a host that uses older ones.
+// Where the context cannot be created, it creates the host's.
 class VisualStyles
 {
 public:

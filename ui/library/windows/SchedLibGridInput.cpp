@@ -123,7 +123,7 @@ LRESULT clsSchedLibGridWindow::OnKey(WPARAM wParam, LPARAM lParam)
     if (bMany)
         SelectAll(false);
     const LRESULT lResult = ::DefSubclassProc(m_hList, WM_KEYDOWN, wParam, lParam);
-    // At the first or last row the list does not move; that row is the selected one all the same.
+    // At the first or last row the list does not move, but that row must be selected.
     if (const std::optional<std::size_t> current = CurrentRow();
         bMany && current && Send(LVM_GETSELECTEDCOUNT) == 0)
         SetState(AsRow(*current), LVIS_SELECTED, LVIS_SELECTED);
@@ -143,7 +143,7 @@ void clsSchedLibGridWindow::BeforePress(WPARAM lKeys, POINT at)
     if (!bSelected)
         SelectAll(false);
     else if ((lKeys & MK_LBUTTON) != 0)
-        m_lPressed = row; // a drag may begin: what is selected stays until the button is released
+        m_lPressed = row; // a drag may begin: the selection stays until the button is released
 }
 
 void clsSchedLibGridWindow::BeforeRelease(WPARAM lKeys)

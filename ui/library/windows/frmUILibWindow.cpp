@@ -124,7 +124,7 @@ void frmUILibWindow::LayOut()
 LRESULT frmUILibWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
 {
     if (!m_cForm)
-        return Default(lMessage, wParam, lParam); // still being made
+        return Default(lMessage, wParam, lParam); // still being created
     switch (lMessage)
     {
     case WM_COMMAND:
@@ -142,7 +142,7 @@ LRESULT frmUILibWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
         OnTimer(wParam);
         return 0;
     case WM_INITMENUPOPUP:
-        // It shows once: from a library window that it has opened itself it cannot be opened again.
+        // The category window can be open only once: not from a library window that it has opened.
         ::EnableMenuItem(reinterpret_cast<HMENU>(wParam), static_cast<UINT>(IdOf(LibraryCommand::mnuCatUI)),
                          m_CategoryShowing() ? MF_GRAYED : MF_ENABLED);
         return 0;

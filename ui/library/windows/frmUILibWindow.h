@@ -113,7 +113,7 @@ private:
     std::vector<std::unique_ptr<DropRegistration>> m_cRegistrations;
     std::unique_ptr<ModalLoop> m_cLoop;
     HWND m_hFocus = nullptr; // what had it when the window was left or greyed
-    bool m_bPlaced = false;  // before, it has a size that means nothing; and no longer when it goes
+    bool m_bPlaced = false;  // placed on the screen: before and after that its size is not the user's
     int m_lShow = SW_SHOWNORMAL;
     bool m_bBusy = false;
     bool m_bGreyed = false;
