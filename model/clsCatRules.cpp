@@ -53,8 +53,21 @@ clsCatRules::~clsCatRules()
 
 std::shared_ptr<const clsCatRules> clsCatRules::Read(ModScheduler& cMod, const std::wstring& sCatID)
 {
-    const auto cRules = std::make_shared<clsCatRules>(cMod);
-    cRules->GetRules(sCatID); // without a CatID, to which no file is bound
+    const auto cRules = std::make_shared<clsCatRules>(cMod); // without a CatID, to which no file is bound
+    cRules->m_lArtist = cRules->m_lTitle = cRules->m_lAlbum = lNotSet;
+    try
+    {
+        const std::optional<std::string> record =
+            !cRules->Folder().empty() && CanBeFileName(sCatID)
+                ? cMod.Saved().Peek(cRules->PathOf(sCatID), Patience::None)
+                : std::nullopt;
+        if (record && record->size() >= recordSize)
+            cRules->TakeRecord(*record);
+    }
+    catch (...)
+    {
+        // The rules object that is bound to the file reports what is wrong with it.
+    }
     return cRules;
 }
 

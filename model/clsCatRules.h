@@ -33,7 +33,8 @@ public:
     clsCatRules(const clsCatRules&) = delete;
     clsCatRules& operator=(const clsCatRules&) = delete;
 
-    // The present values of a category's file, in an object that never writes it.
+    // The present values of a category's file, in an object that never writes it; none set when it cannot be
+    // read. Nothing is remembered, logged or shown.
     static std::shared_ptr<const clsCatRules> Read(ModScheduler& cMod, const std::wstring& sCatID);
 
     // The stored value, -1 (not set) included: the album rule does not fall back to the global one here.

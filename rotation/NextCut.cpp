@@ -61,6 +61,14 @@ void Answer(const CatCollection* colMainCats, const RotationRequest& request, co
 
 } // namespace
 
+std::shared_ptr<clsCat> LevelByKey(const CatCollection* colMainCats, std::wstring_view strSubCatKey)
+{
+    const auto [sName, sLevel] = SplitCategoryKey(strSubCatKey);
+    const std::shared_ptr<clsCat> cMainCat =
+        sLevel ? MainCatByName(colMainCats, std::wstring(sName)) : nullptr;
+    return cMainCat ? CatByKey(cMainCat->SubCats().get(), *sLevel) : nullptr;
+}
+
 RotationAnswer NextCutFromRotation(const CatCollection* colMainCats, const RotationRequest& request,
                                    const SelectionContext& context)
 {

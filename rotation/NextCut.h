@@ -39,6 +39,9 @@ struct RotationAnswer
 RotationAnswer NextCutFromRotation(const CatCollection* colMainCats, const RotationRequest& request,
                                    const SelectionContext& context);
 
+// The level of a category key; null when the key leads to none.
+std::shared_ptr<clsCat> LevelByKey(const CatCollection* colMainCats, std::wstring_view strSubCatKey);
+
 // The picks of one manager on air. Shows an error once per incident, since a box at every pick would hold up
 // the station, and logs it until the incident ends. An incident begins with a pick that fails and ends when a
 // pick from the same level succeeds.

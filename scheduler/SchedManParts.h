@@ -30,6 +30,8 @@ struct clsSchedMan::Parts : SchedulerState
     {
     }
 
+    // What a pick is made with.
+    SelectionContext Context() { return LiveContext(cMod, cPlayHistory, Serving()); }
     // Tries to write the play times that the database has refused so far.
     void WritePendingPlayTimes()
     {

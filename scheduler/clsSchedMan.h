@@ -22,6 +22,7 @@
 namespace ravlo
 {
 
+struct Explanation;
 class PlacedCuts;
 class Population;
 using NameCollection = OrderedKeyedCollection<std::wstring>;
@@ -123,6 +124,14 @@ public:
     bool RotatesAllowed() const noexcept;
     void SetRotatesAllowed(bool bAllowed) noexcept;
 
+    // Explains the pick that comes next from a level, and changes nothing. Throws error 91 before the first
+    // population and error 5 when the key names no level.
+    Explanation Explain(const std::wstring& strSubCatKey, bool bMustBeOpener,
+                        const std::shared_ptr<Cut>& cPrevSchedCut);
+    // Explains the last pick from a level that this manager made; null when there was none. A request whose
+    // rotation was deferred was no pick. Throws as Explain does.
+    std::shared_ptr<const Explanation> LastExplanation(const std::wstring& strSubCatKey) const;
+
     void ShowHelp();
     // Asks the host to open its cut editor; nothing when it did not answer with a number.
     std::optional<std::int32_t> RaiseEditRequestCutEvent(const std::shared_ptr<Cut>& cCut);
@@ -149,6 +158,7 @@ private:
                                              Population& cPopulation, const std::wstring& sAppPath,
                                              bool bSameFolder);
     void RecordNotedPlays();
+    std::shared_ptr<clsCat> RequireLevel(const std::wstring& strSubCatKey) const;
 
     std::unique_ptr<Parts> m_cParts;
 };

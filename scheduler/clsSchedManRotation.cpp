@@ -46,8 +46,7 @@ RotationAnswer clsSchedMan::NextCutFromRotation(RotationRequest request, bool bS
     const ModScheduler::OnAir cOnAir(my.cMod);
     const std::shared_ptr<CatCollection> colMainCats = my.colMainCats;
     request.bRotatesAllowed = my.bRotatesAllowed;
-    RotationAnswer answer =
-        my.cPicks.NextCut(colMainCats.get(), request, LiveContext(my.cMod, my.cPlayHistory, my.Serving()));
+    RotationAnswer answer = my.cPicks.NextCut(colMainCats.get(), request, my.Context());
     // The pick has pumped messages: a category that was deleted or reloaded has no order to save.
     if (answer.bMovedCuts && my.Contains(answer.cMainCat))
     {
@@ -62,5 +61,31 @@ RotationAnswer clsSchedMan::NextCutFromRotation(RotationRequest request, bool bS
 
 bool clsSchedMan::RotatesAllowed() const noexcept { return m_cParts->bRotatesAllowed; }
 void clsSchedMan::SetRotatesAllowed(bool bAllowed) noexcept { m_cParts->bRotatesAllowed = bAllowed; }
+
+Explanation clsSchedMan::Explain(const std::wstring& strSubCatKey, bool bMustBeOpener,
+                                 const std::shared_ptr<Cut>& cPrevSchedCut)
+{
+    const Call cCall(*this);
+    const std::shared_ptr<clsCat> cSubCat = RequireLevel(strSubCatKey);
+    SelectionContext context = m_cParts->Context();
+    context.rules = [rules = RulesOf(*cSubCat->PresentRules())](clsCat&) { return rules; };
+    return ExplainNext(cSubCat, bMustBeOpener, cPrevSchedCut, std::move(context));
+}
+
+std::shared_ptr<const Explanation> clsSchedMan::LastExplanation(const std::wstring& strSubCatKey) const
+{
+    RequireLevel(strSubCatKey);
+    return m_cParts->cPicks.LastExplanation(strSubCatKey);
+}
+
+std::shared_ptr<clsCat> clsSchedMan::RequireLevel(const std::wstring& strSubCatKey) const
+{
+    if (!m_cParts->colMainCats)
+        throw RuntimeError(error::ObjectNotSet);
+    std::shared_ptr<clsCat> cSubCat = LevelByKey(m_cParts->colMainCats.get(), strSubCatKey);
+    if (!cSubCat)
+        throw RuntimeError(error::InvalidProcedureCall);
+    return cSubCat;
+}
 
 } // namespace ravlo

@@ -195,6 +195,9 @@ TEST_F(RulesTest, LookAtTheFileLeavesNoTrace)
     cPorts.cFiles.ClearOperations();
     EXPECT_EQ(ValuesOf(*clsCatRules::Read(cMod, L"Pop")), Values(1, 2, 3, true));
     EXPECT_EQ(cPorts.cFiles.Operations(), Lines{L"ReadAll " + sPop});
+    Put("damaged");
+    EXPECT_EQ(ValuesOf(*clsCatRules::Read(cMod, L"Pop")), noneSet);
+    EXPECT_EQ(cMod.Saved().StateOf(PathOf(L"Pop"), &cMod), SavedFiles::State::NotSeen);
     EXPECT_EQ(FileOf(sLong), std::nullopt);
     EXPECT_TRUE(cPorts.LogMessages().empty());
 }
