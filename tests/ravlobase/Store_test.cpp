@@ -268,7 +268,7 @@ TEST_F(StoreTest, AddingIsAllOrNothing)
     Recorder& cRecorder = Listen();
     for (const auto& [colCuts, expected] : cases)
     {
-        EXPECT_EQ(RaisedBy([&] { m_cStore.AddCuts(colCuts); }), expected);
+        EXPECT_EQ(RaisedBy([&, &colNew = colCuts] { m_cStore.AddCuts(colNew); }), expected);
         EXPECT_EQ(cRecorder.colLines.back(), L"done: Adding cuts failed: " + expected.sDescription);
         EXPECT_TRUE(cRecorder.colAdded.empty());
         EXPECT_EQ(Keys(), Lines{L"old"});
