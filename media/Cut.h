@@ -29,6 +29,13 @@ enum CutKind : std::int32_t
     eKindAlbumViolation = 18,
 };
 
+// Whether the kind is that of a real cut, not of a placeholder.
+constexpr bool IsRealCut(std::int32_t lKind) noexcept
+{
+    return lKind == eKindChosen || lKind == eKindArtistViolation || lKind == eKindTitleViolation ||
+           lKind == eKindAlbumViolation;
+}
+
 // One audio item of a media database, as far as the scheduler needs it. A cut may belong to a host's own
 // database, so any call may throw RuntimeError and any value may change between two calls.
 class Cut

@@ -36,7 +36,7 @@ void PlayHistory::CopyPlays(const PlayHistory& cFrom, const CutFor& cutFor)
     {
         (this->*pPlays).reserve((cFrom.*pPlays).size());
         for (const auto& [cText, cCut] : cFrom.*pPlays)
-            (this->*pPlays).emplace(cText, cutFor(*cCut));
+            (this->*pPlays).emplace(cText, cutFor(cCut));
     }
 }
 

@@ -46,7 +46,7 @@ public:
 
     // Takes over the plays of another history: for each of its cuts cutFor returns the one that takes its
     // place, and carries the time of the play. Nothing is written. Precondition: nothing is entered here yet.
-    using CutFor = std::function<std::shared_ptr<Cut>(const Cut& cCut)>;
+    using CutFor = std::function<std::shared_ptr<Cut>(const std::shared_ptr<Cut>& cCut)>;
     void CopyPlays(const PlayHistory& cFrom, const CutFor& cutFor);
 
     // Number of play times that the database has not accepted yet.

@@ -117,6 +117,8 @@ public:
     void UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut);
     // Number of play times that the database has not accepted yet.
     std::size_t PendingPlayTimes() const noexcept;
+    // The plays that the next pick is measured against.
+    const PlayHistory& History() const noexcept;
 
     // Picks the cut that plays next from the requested level. bSave saves the main category's order when the
     // pick has moved cuts.

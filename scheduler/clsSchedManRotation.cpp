@@ -37,6 +37,8 @@ void clsSchedMan::UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut)
     });
 }
 
+const PlayHistory& clsSchedMan::History() const noexcept { return m_cParts->cPlayHistory; }
+
 std::size_t clsSchedMan::PendingPlayTimes() const noexcept { return m_cParts->cPlayHistory.PendingTimes(); }
 
 RotationAnswer clsSchedMan::NextCutFromRotation(RotationRequest request, bool bSave)

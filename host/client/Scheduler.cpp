@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "comkit/Errors.h"
 #include "host/day/HostError.h"
+#include "media/Cut.h"
 
 namespace ravlo
 {
@@ -12,10 +13,6 @@ namespace
 {
 
 constexpr DISPID lProgressStart = 2; // of the scheduler's events
-
-// Whether the cut is a placeholder: the level is empty or unknown, nothing can be scheduled, or rotation is
-// off.
-bool IsPlaceholder(LONG lKind) noexcept { return lKind != 0 && lKind != 14 && lKind != 15 && lKind != 18; }
 
 std::wstring TextFrom(_clsCut& cCut, HRESULT (STDMETHODCALLTYPE _clsCut::*get)(BSTR*))
 {
@@ -67,7 +64,7 @@ Playout::Answer Scheduler::Play(const Slot& slot, DateTime dtStart)
     const auto cCut = Pick(slot, dtStart);
     LONG lKind = 0;
     ThrowIfFailed(cCut->get_KindCode(&lKind));
-    if (IsPlaceholder(lKind))
+    if (!IsRealCut(lKind))
         return {lKind, std::nullopt};
     ThrowIfFailed(cCut->put_LastPlayed(dtStart));
     if (m_pBook != nullptr)

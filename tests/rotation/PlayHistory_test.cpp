@@ -203,7 +203,8 @@ TEST_F(PlayHistoryTest, CopyFindsOtherCutsUnderTheSameTexts)
     Play(*AddCut(L"b", L"ASH", L"Rain"), dtNoon + 1);
     std::vector<std::shared_ptr<Cut>> colCopies;
     PlayHistory cCopy(cClock, [](const RuntimeError&, bool) {});
-    cCopy.CopyPlays(cHistory, [&](const Cut& cCut) { return colCopies.emplace_back(cCut.CloneCut()); });
+    cCopy.CopyPlays(
+        cHistory, [&](const std::shared_ptr<Cut>& cCut) { return colCopies.emplace_back(cCut->CloneCut()); });
 
     EXPECT_EQ(cCopy.ArtistHistoryCut(TextKey(L"ash"))->Key(), TextKey(L"b"));
     EXPECT_EQ(cCopy.TitleHistoryCut(TextKey(L"sun"))->Key(), TextKey(L"a"));

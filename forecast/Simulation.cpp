@@ -1,0 +1,264 @@
+// SPDX-License-Identifier: MIT
+#include "forecast/Simulation.h"
+
+#include "forecast/PassOvers.h"
+#include "forecast/StationCopy.h"
+#include "plan/DayMaker.h"
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_map>
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr double dDaymS = 86'400'000.0;
+
+// Lets the host run. The system's ticks are up to 16 ms apart, so this is often enough for 50 ms.
+class Pace
+{
+public:
+    Pace(const Clock& cClock, const SimulationProgress& progress)
+        : m_cClock(cClock), m_progress(progress), m_lTold(cClock.TickCount())
+    {
+    }
+
+    void At(double dDone)
+    {
+        m_dDone = dDone;
+        Look();
+    }
+    // Throws error 18 when the host cancels.
+    void Look()
+    {
+        constexpr std::uint32_t lEverymS = 30;
+        if (m_cClock.TickCount() - m_lTold >= lEverymS)
+            Tell(m_dDone);
+    }
+    void Tell(double dDone)
+    {
+        bool bCancel = false;
+        if (m_progress)
+            m_progress(dDone, bCancel);
+        if (bCancel)
+            throw RuntimeError(error::UserInterrupt);
+        m_lTold = m_cClock.TickCount();
+    }
+
+private:
+    const Clock& m_cClock;
+    const SimulationProgress& m_progress;
+    std::uint32_t m_lTold;
+    double m_dDone = 0;
+};
+
+// Counts what becomes of the cuts of each level.
+class Tally
+{
+public:
+    explicit Tally(const StationSnapshot& snapshot) : m_colEntries(snapshot.levels.size())
+    {
+        for (std::size_t level = 0; level < m_colEntries.size(); ++level)
+        {
+            m_colEntries[level].reserve(snapshot.levels[level].order.size());
+            for (const CutNumber number : snapshot.levels[level].order)
+                m_colEntries[level].try_emplace(number);
+        }
+    }
+
+    void Note(const TraceStep& step)
+    {
+        if (step.eKind == StepKind::NotAnOpener)
+            m_passed.push_back({NumberOf(*step.pCandidate->cCut), eNone, 0});
+        else if (step.eKind == StepKind::Measured && step.pBreach->eRule != eNone)
+            m_passed.push_back(
+                {NumberOf(*step.pCandidate->cCut), step.pBreach->eRule, NumberOf(*step.pBreach->cBlockedBy)});
+    }
+
+    // The steps since the last call led to this choice.
+    void Settle(std::optional<std::size_t> level, std::optional<CutNumber> chosen)
+    {
+        for (const Passed& passed : level ? m_passed : std::vector<Passed>{})
+        {
+            Entry& entry = m_colEntries[*level].at(passed.number);
+            if (passed.eRule == eNone)
+                ++entry.noOpener;
+            else if (passed.number != chosen)
+                entry.passOvers.Count(passed.eRule, passed.blocker);
+        }
+        if (level && chosen)
+            ++m_colEntries[*level].at(*chosen).plays;
+        m_passed.clear();
+    }
+
+    CutOutcome OutcomeOf(std::size_t level, CutNumber number) const
+    {
+        const Entry& entry = m_colEntries[level].at(number);
+        return {entry.plays, entry.passOvers.Times(), entry.noOpener, entry.passOvers.Reason(),
+                entry.passOvers.Blocker()};
+    }
+
+private:
+    struct Passed
+    {
+        CutNumber number;
+        eRuleViolation eRule; // eNone: no opener
+        CutNumber blocker;
+    };
+    struct Entry
+    {
+        std::uint32_t plays = 0;
+        std::uint32_t noOpener = 0;
+        PassOvers passOvers;
+    };
+    std::vector<std::unordered_map<CutNumber, Entry>> m_colEntries; // by level
+    std::vector<Passed> m_passed;                                   // in the present pick
+};
+
+class Simulation
+{
+public:
+    Simulation(SimulationResult& result, const SimulationProgress& progress)
+        : m_result(result), m_station(*result.cStation), m_pace(m_station.cMod->Ports().cClock, progress),
+          m_tally(m_station),
+          m_copy(
+              m_station, result.options, [this](const TraceStep& step) { m_tally.Note(step); },
+              [this] { m_pace.Look(); })
+    {
+        for (const CutNumber number : m_station.played)
+        {
+            const PlainCutValues& values = m_station.cuts[number].values;
+            m_gaps.Record(values.cArtist, values.cTitle, values.dtLastPlayed);
+        }
+        m_result.levels.resize(m_station.levels.size());
+        for (const Slot& slot : m_result.plan.Slots())
+            m_colLevels.push_back(m_copy.LevelOf(slot));
+    }
+
+    void Run(DateTime dtEnd)
+    {
+        m_pace.Tell(0);
+        if (m_result.plan.IsTimed())
+            PlayTimed(dtEnd);
+        else
+            PlayClock(dtEnd);
+        for (std::size_t level = 0; level < m_result.levels.size(); ++level)
+            for (const CutNumber number : m_station.levels[level].order)
+                m_result.levels[level].cuts.push_back(m_tally.OutcomeOf(level, number));
+        m_pace.Tell(1);
+    }
+
+private:
+    void PlayClock(DateTime dtEnd)
+    {
+        const std::vector<Slot>& slots = m_result.plan.Slots();
+        FillClock(slots, m_result.dtStart, dtEnd, [&](const Slot& slot, DateTime dtAt) {
+            m_pace.At((dtAt - m_result.dtStart) / (dtEnd - m_result.dtStart));
+            return Fill(static_cast<std::size_t>(&slot - slots.data()), dtAt);
+        });
+    }
+
+    void PlayTimed(DateTime dtEnd)
+    {
+        const std::vector<DateTime>& times = m_result.plan.Times();
+        const auto first = std::lower_bound(times.begin(), times.end(), m_result.dtStart);
+        const auto last = std::lower_bound(first, times.end(), dtEnd);
+        if (first == last)
+            throw RuntimeError(error::InvalidProcedureCall, L"The plan has no slot in the time asked for");
+        for (auto it = first; it != last; ++it)
+        {
+            m_pace.At(static_cast<double>(it - first) / static_cast<double>(last - first));
+            Fill(static_cast<std::size_t>(it - times.begin()), *it);
+        }
+    }
+
+    // Returns when the slot's cut ends.
+    DateTime Fill(std::size_t position, DateTime dtStart)
+    {
+        const Slot& slot = m_result.plan.Slots()[position];
+        const std::shared_ptr<Cut> cCut = m_copy.Play(slot, dtStart);
+        SimulatedRow row{dtStart, static_cast<std::uint32_t>(position), cCut->KindCode(), {}, {}, {}};
+        if (IsRealCut(row.lKind))
+        {
+            row.cut = NumberOf(*cCut);
+            const PlainCutValues& values = m_station.cuts[*row.cut].values;
+            row.dArtistGapMins = m_gaps.ArtistMins(values.cArtist, dtStart);
+            row.dTitleGapMins = m_gaps.TitleMins(values.cTitle, dtStart);
+            m_gaps.Record(values.cArtist, values.cTitle, dtStart);
+        }
+        Count(m_colLevels[position], slot, row);
+        m_result.rows.push_back(row);
+        return m_result.dtEnd = EndOfSlot(dtStart, row.cut ? m_station.cuts[*row.cut].values.lDurationmS : 0);
+    }
+
+    void Count(std::optional<std::size_t> level, const Slot& slot, const SimulatedRow& row)
+    {
+        m_tally.Settle(level, row.cut);
+        if (!level)
+            return;
+        LevelOutcome& outcome = m_result.levels[*level];
+        ++outcome.asked;
+        outcome.askedOpener += slot.bOpener ? 1 : 0;
+        outcome.rulesBroken += row.cut && row.lKind != eKindChosen ? 1 : 0;
+    }
+
+    SimulationResult& m_result;
+    const StationSnapshot& m_station;
+    Pace m_pace;
+    Tally m_tally;
+    StationCopy m_copy;
+    Gaps m_gaps;
+    std::vector<std::optional<std::size_t>> m_colLevels; // of the plan's slots
+};
+
+} // namespace
+
+LogRow SimulationResult::RowAt(std::size_t row) const
+{
+    const SimulatedRow& simulated = rows.at(row);
+    LogRow log{simulated.dtStart,        plan.Slots()[simulated.slot], simulated.lKind, {},
+               simulated.dArtistGapMins, simulated.dTitleGapMins};
+    if (simulated.cut)
+    {
+        const SnapshotCut& cut = cStation->cuts[*simulated.cut];
+        log.cut = PlayedCut{cut.values.cArtist.Text(), cut.values.cTitle.Text(), cut.values.cAlbum.Text(),
+                            cut.sPath, cut.values.lDurationmS};
+    }
+    return log;
+}
+
+std::vector<LogRow> SimulationResult::Rows() const
+{
+    std::vector<LogRow> all;
+    all.reserve(rows.size());
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        all.push_back(RowAt(row));
+    return all;
+}
+
+SimulationResult Simulate(std::shared_ptr<const StationSnapshot> cStation, const Plan& plan, DateTime dtStart,
+                          double dDays, const SimulationOptions& options, const SimulationProgress& progress)
+{
+    if (plan.Slots().empty())
+        throw RuntimeError(error::InvalidProcedureCall, L"The plan has no slot");
+    if (!(dtStart > 0) || !(dDays >= dFewestDays && dDays <= dMostDays))
+        throw RuntimeError(error::InvalidProcedureCall);
+    const DateTime dtEnd = Later(dtStart, std::llround(dDays * dDaymS));
+    WholeSeconds(dtEnd); // throws beyond the calendar
+    SimulationResult result;
+    result.options = cStation->options;
+    result.options.bFairRotation = options.bFairRotation.value_or(result.options.bFairRotation);
+    result.options.bFeaturedArtists = options.bFeaturedArtists.value_or(result.options.bFeaturedArtists);
+    result.cStation = std::move(cStation);
+    result.plan = plan;
+    result.dtStart = dtStart;
+    result.dDays = dDays;
+    Simulation(result, progress).Run(dtEnd);
+    return result;
+}
+
+} // namespace ravlo
