@@ -14,6 +14,8 @@
 namespace ravlo
 {
 
+struct SimulationResult;
+
 enum class Light
 {
     Green, // no cut starved, no rule broken, the separations well within what is attainable
@@ -38,7 +40,7 @@ struct CutUse
     std::int32_t lPlays = 0;
     std::array<std::int32_t, 24> colByHour{};    // plays that began in each hour of the day
     std::optional<PlayDistances> titleDistances; // of its title, in any level; nothing before a second play
-    bool bLockStep = false; // played in one and the same hour on more than half of its days
+    bool bLockStep = false; // the same hour on more than half of the days on which it played, see IsLockStep
 };
 
 // An artist of a level in a simulation.
@@ -80,8 +82,8 @@ struct LevelHealth
     double dMeanPlays = 0; // plays by cuts
     std::int32_t lMostPlays = 0;
     std::int32_t lRulesBroken = 0;
-    std::vector<CutUse> cuts; // in rotation order
-    std::vector<ArtistUse> artists;
+    std::vector<CutUse> cuts;       // in rotation order
+    std::vector<ArtistUse> artists; // in rotation order
     std::vector<StarvedCut> neverPlayed;
     std::vector<StarvedCut> underHalf;
     std::vector<std::wstring> advice; // the remedies that help, each simulated
@@ -111,8 +113,15 @@ struct StationHealth
     std::int32_t lPicks = 0;
     std::vector<LevelHealth> levels; // in the station's order
     std::vector<BlockingCut> blockers;
-    std::vector<OverAskedArtist> overAsked;
-    std::vector<std::wstring> remedies; // the most useful first, each with its level; at most three
+    std::vector<OverAskedArtist> overAsked; // the worst first
+    std::vector<std::wstring> remedies;     // the most useful first, each with its level; at most three
 };
+
+// The figures of a simulation, without advice.
+StationHealth HealthOf(const SimulationResult& result);
+
+// A level's light by its figures. The separations are those that are measured, 0 for none. A level that is
+// never asked is green.
+Light LightOf(const LevelHealth& level) noexcept;
 
 } // namespace ravlo

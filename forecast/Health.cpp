@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: MIT
+#include "forecast/Health.h"
+
+#include "base/Text.h"
+#include "forecast/MakeUp.h"
+#include "forecast/PlayPatterns.h"
+#include "forecast/Troubles.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+double Share(double dPart, double dWhole) { return dWhole > 0 ? dPart / dWhole : 0; }
+
+class Diagnosis
+{
+public:
+    explicit Diagnosis(const SimulationResult& result)
+        : m_result(result), m_station(*result.cStation),
+          m_names(m_station.names.With(result.options.bFeaturedArtists)), m_patterns(result, m_names)
+    {
+    }
+
+    StationHealth Take()
+    {
+        m_health.dtStart = m_result.dtStart;
+        m_health.dDays = m_result.dDays;
+        m_health.lPicks = static_cast<std::int32_t>(m_result.rows.size());
+        for (std::size_t level = 0; level < m_result.levels.size(); ++level)
+            AddLevel(level);
+        AddOverAsked();
+        return std::move(m_health);
+    }
+
+private:
+    void AddLevel(std::size_t level)
+    {
+        const SnapshotLevel& source = m_station.levels[level];
+        const MakeUp makeUp = MakeUpOf(m_station, source.order, m_names);
+        LevelHealth health;
+        health.sKey = CategoryKey(source.sCategory, source.lLevel);
+        AddSeparations(health, level, makeUp);
+        AddCuts(health, level);
+        AddArtists(health, source.order, makeUp);
+        const Starvation starvation = StarvationOf(m_result, level);
+        health.neverPlayed = Starved(level, starvation.neverPlayed);
+        health.underHalf = Starved(level, starvation.underHalf);
+        health.eLight = LightOf(health);
+        for (const ArtistUse& artist : health.artists)
+            AddLoad(TextKey(artist.sName), artist.dShareOfCuts * health.lArtistSepMins * health.lPicks);
+        m_health.levels.push_back(std::move(health));
+    }
+
+    void AddSeparations(LevelHealth& health, std::size_t level, const MakeUp& makeUp) const
+    {
+        const SeparationRules& rules = m_station.levels[level].rules;
+        const AskingRate rate{m_result.dDays, m_result.levels[level].asked};
+        health.lArtists = static_cast<std::int32_t>(makeUp.artists.size());
+        health.sTopArtist = makeUp.commonest.cName.Text();
+        health.lTopArtistCuts = static_cast<std::int32_t>(makeUp.commonest.cuts);
+        health.sngSlotMins = static_cast<float>(rate.SlotMins());
+        health.lAttainableArtistMins = rate.AttainableMins(makeUp.cuts, makeUp.mostOfArtist);
+        health.lAttainableTitleMins = rate.AttainableMins(makeUp.cuts, makeUp.mostOfTitle);
+        health.lArtistSepMins = ArtistSeparation(rules);
+        health.lTitleSepMins = TitleSeparation(rules);
+    }
+
+    void AddCuts(LevelHealth& health, std::size_t level) const
+    {
+        const LevelOutcome& outcome = m_result.levels[level];
+        const std::vector<CutNumber>& order = m_station.levels[level].order;
+        health.lPicks = static_cast<std::int32_t>(outcome.asked);
+        health.lRulesBroken = static_cast<std::int32_t>(outcome.rulesBroken);
+        double dPlays = 0;
+        for (std::size_t position = 0; position < order.size(); ++position)
+        {
+            const PlainCutValues& cut = m_station.cuts[order[position]].values;
+            CutUse use;
+            use.sKey = cut.cKey.Text();
+            use.sArtist = cut.cArtist.Text();
+            use.sTitle = cut.cTitle.Text();
+            use.lPlays = static_cast<std::int32_t>(outcome.cuts[position].plays);
+            use.titleDistances = m_patterns.OfTitle(cut.cTitle);
+            m_patterns.AddHours(use, level, order[position]);
+            health.lFewestPlays = position == 0 ? use.lPlays : std::min(health.lFewestPlays, use.lPlays);
+            health.lMostPlays = std::max(health.lMostPlays, use.lPlays);
+            dPlays += use.lPlays;
+            health.cuts.push_back(std::move(use));
+        }
+        health.dMeanPlays = Share(dPlays, static_cast<double>(order.size()));
+    }
+
+    void AddArtists(LevelHealth& health, const std::vector<CutNumber>& order, const MakeUp& makeUp) const
+    {
+        std::unordered_map<TextKey, std::int32_t> colPlays;
+        for (std::size_t position = 0; position < order.size(); ++position)
+            for (const TextKey& cName : NamesOf(m_station.cuts[order[position]].values, m_names))
+                colPlays[cName] += health.cuts[position].lPlays;
+        for (const MakeUp::Artist& artist : makeUp.artists)
+        {
+            const std::int32_t lPlays = colPlays[artist.cName];
+            health.artists.push_back(
+                {artist.cName.Text(), static_cast<std::int32_t>(artist.cuts), lPlays,
+                 Share(static_cast<double>(artist.cuts), static_cast<double>(makeUp.cuts)),
+                 Share(lPlays, health.lPicks), m_patterns.OfArtist(artist.cName)});
+        }
+    }
+
+    std::vector<StarvedCut> Starved(std::size_t level, const std::vector<std::size_t>& colPositions)
+    {
+        std::vector<StarvedCut> colStarved;
+        for (const std::size_t position : colPositions)
+        {
+            const CutOutcome& outcome = m_result.levels[level].cuts[position];
+            StarvedCut starved{position, static_cast<std::int32_t>(outcome.plays),
+                               static_cast<std::int32_t>(outcome.passedOver), outcome.eRule, std::nullopt};
+            if (outcome.blockedBy)
+                starved.blockedBy = BlockerAt(*outcome.blockedBy);
+            colStarved.push_back(starved);
+        }
+        return colStarved;
+    }
+
+    // The position of a cut in the blockers, each of which is there once.
+    std::size_t BlockerAt(CutNumber number)
+    {
+        const auto [it, bNew] = m_colBlockers.try_emplace(number, m_health.blockers.size());
+        const PlainCutValues& cut = m_station.cuts[number].values;
+        if (bNew)
+            m_health.blockers.push_back({cut.cKey.Text(), cut.cArtist.Text(), cut.cTitle.Text()});
+        return it->second;
+    }
+
+    // Adds minutes of separation in all picks of a level to an artist.
+    void AddLoad(const TextKey& cName, double dMins)
+    {
+        const auto [it, bNew] = m_colLoads.try_emplace(cName, m_loads.size());
+        if (bNew)
+            m_loads.push_back({cName.Text(), 0});
+        m_loads[it->second].dLoad += dMins;
+    }
+
+    void AddOverAsked()
+    {
+        constexpr double dDayMins = 1440;
+        constexpr double dRounding = 1e-9;
+        for (OverAskedArtist& artist : m_loads)
+        {
+            artist.dLoad /= m_result.dDays * dDayMins;
+            if (artist.dLoad > 1 + dRounding)
+                m_health.overAsked.push_back(artist);
+        }
+        std::stable_sort(m_health.overAsked.begin(), m_health.overAsked.end(),
+                         [](const OverAskedArtist& a, const OverAskedArtist& b) {
+            return a.dLoad > b.dLoad;
+        });
+    }
+
+    const SimulationResult& m_result;
+    const StationSnapshot& m_station;
+    const ArtistNames m_names; // in force in the simulation
+    const PlayPatterns m_patterns;
+    std::unordered_map<CutNumber, std::size_t> m_colBlockers; // positions in m_health.blockers
+    std::unordered_map<TextKey, std::size_t> m_colLoads;      // positions in m_loads
+    std::vector<OverAskedArtist> m_loads;                     // of all artists
+    StationHealth m_health;
+};
+
+} // namespace
+
+Light LightOf(const LevelHealth& level) noexcept
+{
+    if (level.lPicks == 0)
+        return Light::Green;
+    const bool bStarved = !level.neverPlayed.empty() || !level.underHalf.empty();
+    if (bStarved || std::int64_t{level.lRulesBroken} * 100 > level.lPicks ||
+        level.lArtistSepMins > level.lAttainableArtistMins ||
+        level.lTitleSepMins > level.lAttainableTitleMins)
+        return Light::Red;
+    const bool bRoom = level.lArtistSepMins <= Comfortable(level.lAttainableArtistMins) &&
+                       level.lTitleSepMins <= Comfortable(level.lAttainableTitleMins);
+    return bRoom && level.lRulesBroken == 0 ? Light::Green : Light::Yellow;
+}
+
+StationHealth HealthOf(const SimulationResult& result) { return Diagnosis(result).Take(); }
+
+} // namespace ravlo

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "forecast/Snapshot.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace ravlo
+{
+
+// The artists that a cut counts for; none when it has no artist.
+std::vector<TextKey> NamesOf(const PlainCutValues& cut, const ArtistNames& names);
+
+// What a level consists of, which limits the separations that any order can keep. A cut without an artist or
+// title is one of its own.
+struct MakeUp
+{
+    struct Artist
+    {
+        TextKey cName; // spelled as in its first cut
+        std::size_t cuts = 0;
+    };
+
+    std::size_t cuts = 0;
+    std::vector<Artist> artists; // in rotation order
+    Artist commonest; // with the most cuts, of several the first; no name when no cut has an artist
+    std::size_t mostOfArtist = 0;
+    std::size_t mostOfTitle = 0;
+};
+MakeUp MakeUpOf(const StationSnapshot& station, const std::vector<CutNumber>& order,
+                const ArtistNames& names);
+
+// How often a level is asked.
+struct AskingRate
+{
+    double dDays = 0;
+    std::uint32_t asked = 0;
+
+    // Minutes from one slot to the next; 0 when it is never asked.
+    double SlotMins() const noexcept;
+    // The longest separation, in whole minutes, that a level can keep which has so many cuts, most of them
+    // of one artist or title.
+    std::int32_t AttainableMins(std::size_t cuts, std::size_t most) const noexcept;
+};
+
+// A separation leaves enough room for chance up to 85 % of what is attainable.
+inline constexpr std::int32_t Comfortable(std::int32_t lAttainableMins) noexcept
+{
+    return static_cast<std::int32_t>(std::int64_t{lAttainableMins} * 85 / 100);
+}
+
+// The artist and title separations that are measured; 0: none is set.
+std::int32_t ArtistSeparation(const SeparationRules& rules) noexcept;
+std::int32_t TitleSeparation(const SeparationRules& rules) noexcept;
+
+} // namespace ravlo

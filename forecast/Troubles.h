@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "forecast/Simulation.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace ravlo
+{
+
+// The cuts of a level that play too seldom, as positions in its order. A cut's due is the slots asked for the
+// level by its cuts; slots that ask for an opener count for openers only.
+struct Starvation
+{
+    std::vector<std::size_t> neverPlayed; // no play although 1.5 or more are due
+    std::vector<std::size_t> underHalf;   // below half of its due of 3 or more; never played ones included
+};
+Starvation StarvationOf(const SimulationResult& result, std::size_t level);
+
+// How much is wrong with a level, or with several together.
+struct Troubles
+{
+    std::size_t neverPlayed = 0;
+    std::size_t underHalf = 0;
+    std::size_t starved = 0; // cuts that are one or the other
+    std::size_t rulesBroken = 0;
+
+    Troubles& operator+=(const Troubles& other) noexcept;
+};
+Troubles TroublesOf(const SimulationResult& result, std::size_t level);
+
+// Whether there are fewer never played, or as many and fewer under half, or as many and fewer rules broken,
+// and none of the three is worse.
+bool Improves(const Troubles& before, const Troubles& after) noexcept;
+
+} // namespace ravlo

@@ -1,0 +1,329 @@
+// SPDX-License-Identifier: MIT
+#include "forecast/Health.h"
+
+#include "forecast/HealthCase.h"
+#include "forecast/MakeUp.h"
+#include "forecast/PlayPatterns.h"
+#include "forecast/Troubles.h"
+
+#include <gtest/gtest.h>
+
+namespace ravlo::test
+{
+namespace
+{
+
+TEST(MakeUp, CountsArtistsAndTitlesWithoutRegardToCase)
+{
+    const struct
+    {
+        std::vector<CaseCut> cuts;
+        std::size_t artists, mostOfArtist, mostOfTitle;
+        std::wstring sCommonest;
+    } colCases[] = {
+        {{}, 0, 0, 0, L""},
+        {{{L"", L""}, {L"", L""}}, 0, 1, 1, L""}, // each is an artist and a title of its own
+        {{{L"Ash", L"Sun"}, {L"Elm", L"SUN"}, {L"elm", L"Sea"}}, 2, 2, 2, L"Elm"},
+        {{{L"ash", L"1"}, {L"Elm", L"2"}, {L"ELM", L"3"}, {L"Ash", L"4"}}, 2, 2, 1, L"ash"},
+        {{{L"Ash feat. Elm", L"1"}, {L"Elm", L"2"}, {L"", L"2"}}, 2, 1, 2, L"Ash feat. Elm"},
+    };
+    for (const auto& one : colCases)
+    {
+        HealthCase health;
+        health.AddLevel(L"Pop", {}, 0, one.cuts);
+        const MakeUp makeUp = MakeUpOf(*health.cStation, health.cStation->levels[0].order, {});
+        EXPECT_EQ(makeUp.cuts, one.cuts.size());
+        EXPECT_EQ(makeUp.artists.size(), one.artists);
+        EXPECT_EQ(makeUp.mostOfArtist, one.mostOfArtist);
+        EXPECT_EQ(makeUp.mostOfTitle, one.mostOfTitle);
+        EXPECT_EQ(makeUp.commonest.cName.Text(), one.sCommonest);
+    }
+}
+
+TEST(MakeUp, FeaturedArtistsCountWhenTheSimulationCountsThem)
+{
+    HealthCase health;
+    health.AddLevel(L"Pop", {}, 24, {{L"Ash feat. Elm", L"1"}, {L"Elm", L"2"}, {L"Oak", L"3"}});
+    health.result.options.bFeaturedArtists = true;
+    const LevelHealth level = HealthOf(health.result).levels[0];
+    EXPECT_EQ(level.lArtists, 4); // the credit, Ash, Elm, Oak
+    EXPECT_EQ(level.sTopArtist, L"Elm");
+    EXPECT_EQ(level.lTopArtistCuts, 2);
+    EXPECT_EQ(level.lAttainableArtistMins, 60);
+}
+
+TEST(MakeUp, AttainableMinutesAreWholePlacesTimesSlotMinutes)
+{
+    const struct
+    {
+        AskingRate rate;
+        std::size_t cuts, most;
+        double dSlotMins;
+        std::int32_t lAttainable;
+    } colCases[] = {
+        {{1, 0}, 10, 2, 0, 0},                     // never asked
+        {{1, 24}, 0, 0, 60, 0},                    // no cuts
+        {{1, 24}, 10, 3, 60, 180},                 // floor(10 / 3) places of an hour
+        {{7, 1000}, 5, 1, 10.08, 50},              // 50.4
+        {{1, 7}, 7, 1, 1440.0 / 7, 1440},          // exact in spite of the fraction
+        {{1.5, 24}, 4, 2, 90, 180},                // one and a half days
+        {{3660, 1}, 1000, 1, 5270400, 2000000000}, // more than can be shown
+    };
+    for (const auto& one : colCases)
+    {
+        EXPECT_DOUBLE_EQ(one.rate.SlotMins(), one.dSlotMins);
+        EXPECT_EQ(one.rate.AttainableMins(one.cuts, one.most), one.lAttainable);
+    }
+}
+
+TEST(Troubles, DueDecidesWhichCutsAreStarved)
+{
+    using Positions = std::vector<std::size_t>;
+    const struct
+    {
+        const char* sWhat;
+        std::uint32_t asked, askedOpener;
+        std::vector<std::uint32_t> plays; // the first cut is an opener
+        Positions neverPlayed, underHalf;
+    } colCases[] = {
+        {"never asked", 0, 0, {0, 0}, {}, {}},
+        {"1.5 due", 3, 0, {3, 0}, {1}, {}},
+        {"less than 1.5 due", 4, 0, {4, 0, 0}, {}, {}},
+        {"3 due, never played", 6, 0, {6, 0}, {1}, {1}},
+        {"3 due, 1 is under half", 6, 0, {5, 1}, {}, {1}},
+        {"4 due, 2 is half", 8, 0, {6, 2}, {}, {}},
+        {"less than 3 due", 5, 0, {4, 1}, {}, {}},
+        {"opener slots are due to openers only", 8, 6, {8, 0}, {}, {}},
+        {"an opener is due in every slot", 8, 6, {1, 1}, {}, {0}},
+        {"no cut", 9, 0, {}, {}, {}},
+    };
+    for (const auto& one : colCases)
+    {
+        SCOPED_TRACE(one.sWhat);
+        std::vector<CaseCut> cuts;
+        for (const std::uint32_t plays : one.plays)
+            cuts.push_back({L"", L"", cuts.empty(), {plays, 0, 0, eNone, std::nullopt}});
+        HealthCase health;
+        health.AddLevel(L"Pop", {}, one.asked, cuts, one.askedOpener);
+        const Starvation starvation = StarvationOf(health.result, 0);
+        EXPECT_EQ(starvation.neverPlayed, one.neverPlayed);
+        EXPECT_EQ(starvation.underHalf, one.underHalf);
+    }
+}
+
+TEST(Troubles, ARemedyMustImproveWithoutMakingAnythingWorse)
+{
+    const struct
+    {
+        Troubles before, after;
+        bool bImproves;
+    } colCases[] = {
+        {{2, 3, 3, 4}, {2, 3, 3, 4}, false}, {{2, 3, 3, 4}, {1, 3, 3, 4}, true},
+        {{2, 3, 3, 4}, {1, 4, 4, 4}, false}, {{2, 3, 3, 4}, {1, 3, 3, 5}, false},
+        {{2, 3, 3, 4}, {2, 2, 2, 4}, true},  {{2, 3, 3, 4}, {3, 2, 3, 0}, false},
+        {{2, 3, 3, 4}, {2, 3, 3, 3}, true},  {{2, 3, 3, 4}, {2, 2, 2, 5}, false},
+    };
+    for (const auto& one : colCases)
+        EXPECT_EQ(Improves(one.before, one.after), one.bImproves);
+}
+
+TEST(Troubles, ACutThatIsStarvedInBothWaysCountsOnce)
+{
+    HealthCase health;
+    health.AddLevel(L"Pop", {}, 12, {{L"a"}, {L"b", L"", false, {1, 0, 0, eNone, std::nullopt}}, {L"c"}});
+    const Troubles troubles = TroublesOf(health.result, 0);
+    EXPECT_EQ(troubles.neverPlayed, 2u);
+    EXPECT_EQ(troubles.underHalf, 3u);
+    EXPECT_EQ(troubles.starved, 3u);
+}
+
+TEST(Light, FollowsStarvationBrokenRulesAndSeparations)
+{
+    const struct
+    {
+        const char* sWhat;
+        std::int32_t lPicks, lRulesBroken;
+        std::size_t never, under;
+        std::int32_t lArtist, lArtistAttainable, lTitle, lTitleAttainable;
+        Light eLight;
+    } colCases[] = {
+        {"all well", 1000, 0, 0, 0, 85, 100, 170, 200, Light::Green},
+        {"nothing set, nothing attainable", 1000, 0, 0, 0, 0, 0, 0, 0, Light::Green},
+        {"never asked", 0, 0, 0, 0, 60, 0, 60, 0, Light::Green},
+        {"a cut never played", 1000, 0, 1, 0, 0, 0, 0, 0, Light::Red},
+        {"a cut under half", 1000, 0, 0, 1, 0, 0, 0, 0, Light::Red},
+        {"1 % broken", 1000, 10, 0, 0, 0, 0, 0, 0, Light::Yellow},
+        {"more than 1 % broken", 1000, 11, 0, 0, 0, 0, 0, 0, Light::Red},
+        {"artist above 85 %", 1000, 0, 0, 0, 86, 100, 0, 0, Light::Yellow},
+        {"title above 85 %", 1000, 0, 0, 0, 0, 0, 171, 200, Light::Yellow},
+        {"artist at the attainable", 1000, 0, 0, 0, 100, 100, 0, 0, Light::Yellow},
+        {"artist above the attainable", 1000, 0, 0, 0, 101, 100, 0, 500, Light::Red},
+        {"title above the attainable", 1000, 0, 0, 0, 0, 500, 201, 200, Light::Red},
+    };
+    for (const auto& one : colCases)
+    {
+        SCOPED_TRACE(one.sWhat);
+        LevelHealth level;
+        level.lPicks = one.lPicks;
+        level.lRulesBroken = one.lRulesBroken;
+        level.neverPlayed.resize(one.never);
+        level.underHalf.resize(one.under);
+        level.lArtistSepMins = one.lArtist;
+        level.lAttainableArtistMins = one.lArtistAttainable;
+        level.lTitleSepMins = one.lTitle;
+        level.lAttainableTitleMins = one.lTitleAttainable;
+        EXPECT_EQ(LightOf(level), one.eLight);
+    }
+}
+
+TEST(Health, SeparationsThatAreNotMeasuredCountAsNone)
+{
+    const struct
+    {
+        SeparationRules rules;
+        std::int32_t lArtist, lTitle;
+    } colCases[] = {{{false, 180, 60, 0}, 60, 180}, {{true, 180, 60, 0}, 0, 0}, {{false, 0, -5, 90}, 0, 0}};
+    for (const auto& one : colCases)
+    {
+        HealthCase health;
+        health.AddLevel(L"Pop", one.rules, 1, {{L"Ash"}});
+        const LevelHealth level = HealthOf(health.result).levels[0];
+        EXPECT_EQ(level.lArtistSepMins, one.lArtist);
+        EXPECT_EQ(level.lTitleSepMins, one.lTitle);
+    }
+}
+
+// Two levels of one day. Pop plays Ash, Elm, Ash; Oldies plays Ash's other cut in between.
+class DayHealthTest : public testing::Test
+{
+protected:
+    DayHealthTest()
+    {
+        const CutOutcome passed{0, 5, 1, eGlobalArtist, CutNumber{0}};
+        day.AddLevel(L"Pop", {false, 90, 60, 0}, 12,
+                     {{L"Ash", L"Sun"}, {L"Elm", L"Sea"}, {L"ASH", L"Sky", false, passed}});
+        day.AddLevel(L"Oldies", {}, 4, {{L"Ash", L"SUN"}});
+        day.AddPlay(0, 0, 0);
+        day.AddPlay(1, 0, 30);
+        day.AddPlay(0, 1, 60);
+        day.AddPlay(0, 0, 150);
+        day.AddPlay(1, 0, 160);
+        health = HealthOf(day.result);
+    }
+    static void Expect(const std::optional<PlayDistances>& distances, double dSmallest, double dMedian,
+                       double dLargest)
+    {
+        ASSERT_TRUE(distances);
+        EXPECT_EQ(distances->dSmallest, dSmallest);
+        EXPECT_EQ(distances->dMedian, dMedian);
+        EXPECT_EQ(distances->dLargest, dLargest);
+    }
+
+    HealthCase day;
+    StationHealth health;
+};
+
+TEST_F(DayHealthTest, LevelHasItsFigures)
+{
+    const LevelHealth& pop = health.levels[0];
+    EXPECT_EQ(health.lPicks, 5);
+    EXPECT_EQ(pop.sKey, L"Pop\t1");
+    EXPECT_EQ(pop.lArtists, 2);
+    EXPECT_EQ(pop.sTopArtist, L"Ash");
+    EXPECT_EQ(pop.lTopArtistCuts, 2);
+    EXPECT_EQ(pop.sngSlotMins, 120);
+    EXPECT_EQ(pop.lAttainableArtistMins, 120); // floor(3 / 2) x 120
+    EXPECT_EQ(pop.lAttainableTitleMins, 360);
+    EXPECT_EQ(pop.lPicks, 12);
+    EXPECT_EQ(pop.lFewestPlays, 0);
+    EXPECT_EQ(pop.dMeanPlays, 1);
+    EXPECT_EQ(pop.lMostPlays, 2);
+    EXPECT_EQ(pop.eLight, Light::Red);
+    EXPECT_EQ(health.levels[1].lFewestPlays, 2);
+}
+
+TEST_F(DayHealthTest, StarvedCutNamesReasonAndBlocker)
+{
+    const LevelHealth& pop = health.levels[0];
+    ASSERT_EQ(pop.neverPlayed.size(), 1u);
+    const StarvedCut& starved = pop.neverPlayed[0];
+    EXPECT_EQ(starved.cut, 2u);
+    EXPECT_EQ(starved.lTimesPassedOver, 5);
+    EXPECT_EQ(starved.eRule, eGlobalArtist);
+    ASSERT_TRUE(starved.blockedBy);
+    EXPECT_EQ(health.blockers[*starved.blockedBy].sKey, L"Pop0");
+    EXPECT_EQ(pop.underHalf.size(), 2u); // Elm with 1 of 4, and the one that never played
+    EXPECT_EQ(health.blockers.size(), 1u);
+}
+
+TEST_F(DayHealthTest, GapsCountPlaysOfAnyLevel)
+{
+    const LevelHealth& pop = health.levels[0];
+    Expect(pop.artists[0].distances, 10, 30, 120); // Ash at 0, 30, 150, 160
+    EXPECT_FALSE(pop.artists[1].distances);        // Elm once
+    Expect(pop.cuts[0].titleDistances, 10, 30, 120);
+    EXPECT_FALSE(pop.cuts[2].titleDistances);
+}
+
+TEST_F(DayHealthTest, SharesAndHoursAreOfTheLevel)
+{
+    const LevelHealth& pop = health.levels[0];
+    EXPECT_EQ(pop.artists[0].lCuts, 2);
+    EXPECT_EQ(pop.artists[0].lPlays, 2);
+    EXPECT_DOUBLE_EQ(pop.artists[0].dShareOfCuts, 2.0 / 3);
+    EXPECT_DOUBLE_EQ(pop.artists[0].dShareOfPicks, 2.0 / 12);
+    EXPECT_EQ(pop.cuts[0].colByHour[6], 1);
+    EXPECT_EQ(pop.cuts[0].colByHour[8], 1);
+    EXPECT_EQ(health.levels[1].cuts[0].colByHour[6], 1);
+}
+
+TEST(Health, ArtistsAreOverAskedAcrossLevels)
+{
+    // Ash: 12 an hour x 1/2 x 20/60 = 2, and 1 an hour x 1 x 30/60 = 0.5. Elm: 2. Oak: 1, just kept.
+    HealthCase health;
+    health.AddLevel(L"Pop", {false, 0, 20, 0}, 288, {{L"Elm"}, {L"Ash"}});
+    health.AddLevel(L"Rock", {false, 0, 30, 0}, 24, {{L"ash"}});
+    health.AddLevel(L"Jazz", {false, 0, 60, 0}, 24, {{L"Oak"}});
+    health.AddLevel(L"Free", {true, 0, 60, 0}, 2400, {{L"Yew"}});
+    const std::vector<OverAskedArtist> overAsked = HealthOf(health.result).overAsked;
+    ASSERT_EQ(overAsked.size(), 2u);
+    EXPECT_EQ(overAsked[0].sName, L"Ash");
+    EXPECT_DOUBLE_EQ(overAsked[0].dLoad, 2.5);
+    EXPECT_EQ(overAsked[1].sName, L"Elm");
+    EXPECT_DOUBLE_EQ(overAsked[1].dLoad, 2);
+}
+
+TEST(PlayPatterns, LockStepIsOneHourOnMostDays)
+{
+    constexpr std::int64_t hour = 3600;
+    constexpr std::int64_t day = 24 * hour;
+    const struct
+    {
+        const char* sWhat;
+        std::vector<std::int64_t> times;
+        bool bLockStep;
+    } colCases[] = {
+        {"never", {}, false},
+        {"once", {hour}, false},
+        {"twice in an hour of one day", {hour, hour + 60}, false},
+        {"the same hour on both days", {hour, day + hour + 59}, true},
+        {"half of the days", {hour, day + hour, 2 * day, 3 * day + 2 * hour}, false},
+        {"days without a play do not count", {hour, 2 * day, 5 * day + hour}, true},
+        {"other hours do not matter", {0, hour, day + hour, day + 5 * hour}, true},
+    };
+    for (const auto& one : colCases)
+    {
+        SCOPED_TRACE(one.sWhat);
+        EXPECT_EQ(IsLockStep(one.times), one.bLockStep);
+    }
+}
+
+TEST(PlayPatterns, MedianIsTheMiddleOrTheMeanOfTwo)
+{
+    EXPECT_EQ(SummaryOf({5, 1, 3}).dMedian, 3);
+    EXPECT_EQ(SummaryOf({8, 1, 3, 5}).dMedian, 4);
+    EXPECT_EQ(SummaryOf({7}).dLargest, 7);
+}
+
+} // namespace
+} // namespace ravlo::test
