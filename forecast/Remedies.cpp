@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#include "forecast/Remedies.h"
+
+#include "base/Text.h"
+#include "rotation/Spread.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+// A cut that counts for an artist of its own.
+SnapshotCut MadeUpCut(std::size_t number, std::int32_t lDurationmS, bool bOpener)
+{
+    const TextKey cText(L"\tmade up " + DecimalText(static_cast<std::int64_t>(number)));
+    SnapshotCut cut;
+    cut.values.cKey = cut.values.cArtist = cut.values.cTitle = cText;
+    cut.values.lDurationmS = lDurationmS;
+    cut.values.bOpener = bOpener;
+    return cut;
+}
+
+} // namespace
+
+Remedies::Remedies(const SimulationResult& result, std::size_t level)
+    : m_result(result), m_level(level), m_names(Station().names.With(result.options.bFeaturedArtists)),
+      m_makeUp(MakeUpOf(Station(), Level().order, m_names)), m_rate{result.dDays, result.levels[level].asked}
+{
+}
+
+std::optional<Remedy> Remedies::Spread(Random& cRandom) const
+{
+    const std::vector<CutNumber>& order = Level().order;
+    if (order.empty())
+        return std::nullopt;
+    std::vector<SpreadItem> colItems;
+    colItems.reserve(order.size());
+    for (const CutNumber number : order)
+    {
+        const PlainCutValues& cut = Station().cuts[number].values;
+        colItems.push_back({NamesOf(cut, m_names), cut.cTitle, cut.cAlbum, cut.dtLastPlayed});
+    }
+    SpreadTrial trial{TextKey(CategoryKey(Level().sCategory, Level().lLevel)), {}, {}};
+    const std::shared_ptr<StationSnapshot> cStation = Copy();
+    std::vector<CutNumber>& spread = cStation->levels[m_level].order;
+    const std::vector<std::size_t> colPositions = SpreadOrder(colItems, cRandom);
+    for (std::size_t place = 0; place < order.size(); ++place)
+    {
+        spread[place] = order[colPositions[place]];
+        trial.colPresent.push_back(Station().cuts[order[place]].values.cKey);
+        trial.colSpread.push_back(Station().cuts[spread[place]].values.cKey);
+    }
+    return Remedy{L"spread", cStation, std::move(trial)};
+}
+
+std::optional<Remedy> Remedies::ShorterArtistSeparation() const
+{
+    const std::int32_t lMins = Comfortable(m_rate.AttainableMins(m_makeUp.cuts, m_makeUp.mostOfArtist));
+    if (lMins < 1 || lMins >= ArtistSeparation(Level().rules))
+        return std::nullopt;
+    const std::shared_ptr<StationSnapshot> cStation = Copy();
+    cStation->levels[m_level].rules.lArtist = lMins;
+    return Remedy{L"artist separation " + DecimalText(lMins), cStation, std::nullopt};
+}
+
+bool Remedies::IsComfortable(std::size_t cuts, std::size_t most) const
+{
+    return ArtistSeparation(Level().rules) <= Comfortable(m_rate.AttainableMins(cuts, most));
+}
+
+std::optional<std::size_t> Remedies::CutsToAdd() const
+{
+    constexpr std::size_t mostTimes = 10;
+    const std::size_t most = m_makeUp.mostOfArtist;
+    std::size_t cuts = m_makeUp.cuts + 1;
+    while (cuts <= m_makeUp.cuts * mostTimes && !IsComfortable(cuts, most))
+        cuts = (cuts / most + 1) * most; // one place more from one of the artist's cuts to the next
+    return cuts <= m_makeUp.cuts * mostTimes ? std::optional(cuts - m_makeUp.cuts) : std::nullopt;
+}
+
+std::int32_t Remedies::MeanDuration() const
+{
+    std::int64_t milliseconds = 0;
+    for (const CutNumber number : Level().order)
+        milliseconds += Station().cuts[number].values.lDurationmS;
+    return static_cast<std::int32_t>(milliseconds / static_cast<std::int64_t>(m_makeUp.cuts));
+}
+
+std::optional<Remedy> Remedies::MoreCuts() const
+{
+    const std::vector<CutNumber>& order = Level().order;
+    const std::optional<std::size_t> added = CutsToAdd();
+    if (!added)
+        return std::nullopt;
+    const std::int32_t lDurationmS = MeanDuration();
+    const std::shared_ptr<StationSnapshot> cStation = Copy();
+    std::vector<CutNumber>& dealt = cStation->levels[m_level].order;
+    dealt.clear();
+    const std::size_t places = order.size() + *added;
+    for (std::size_t place = 0; place < places; ++place)
+    {
+        const std::size_t madeUp = place * *added / places; // so far
+        const CutNumber next = order[std::min(place - madeUp, order.size() - 1)];
+        const bool bOpener = Station().cuts[next].values.bOpener; // so that their share stays about the same
+        const bool bMadeUp = (place + 1) * *added / places > madeUp;
+        dealt.push_back(bMadeUp ? cStation->Add(MadeUpCut(madeUp, lDurationmS, bOpener)) : next);
+    }
+    return Remedy{DecimalText(static_cast<std::int64_t>(*added)) + L" cuts of other artists more", cStation,
+                  std::nullopt};
+}
+
+std::vector<CutNumber> Remedies::OrderWithoutCommonest() const
+{
+    std::unordered_map<TextKey, std::size_t> colCuts; // of each artist
+    for (const MakeUp::Artist& artist : m_makeUp.artists)
+        colCuts.emplace(artist.cName, artist.cuts);
+    std::vector<CutNumber> order = Level().order;
+    for (std::size_t position = order.size(); position-- > 0;)
+    {
+        const std::vector<TextKey> colNames = NamesOf(Station().cuts[order[position]].values, m_names);
+        if (std::find(colNames.begin(), colNames.end(), m_makeUp.commonest.cName) == colNames.end())
+            continue;
+        for (const TextKey& cName : colNames)
+            --colCuts.at(cName);
+        order.erase(order.begin() + static_cast<std::ptrdiff_t>(position));
+        std::size_t most = 1;
+        for (const auto& [cName, cuts] : colCuts)
+            most = std::max(most, cuts);
+        if (!order.empty() && IsComfortable(order.size(), most))
+            return order;
+    }
+    return {};
+}
+
+std::optional<Remedy> Remedies::FewerCuts() const
+{
+    std::vector<CutNumber> order = OrderWithoutCommonest();
+    if (order.empty())
+        return std::nullopt;
+    const std::size_t fewer = m_makeUp.cuts - order.size();
+    const std::shared_ptr<StationSnapshot> cStation = Copy();
+    cStation->levels[m_level].order = std::move(order);
+    return Remedy{DecimalText(static_cast<std::int64_t>(fewer)) + L" cuts of " +
+                      m_makeUp.commonest.cName.Text() + L" fewer",
+                  cStation, std::nullopt};
+}
+
+} // namespace ravlo

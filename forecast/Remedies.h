@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "forecast/MakeUp.h"
+#include "forecast/Simulation.h"
+#include "platform/Random.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ravlo
+{
+
+// A new order of a level, by key; for SpreadOrders::Remember.
+struct SpreadTrial
+{
+    TextKey cLevelKey;
+    std::vector<TextKey> colPresent;
+    std::vector<TextKey> colSpread;
+};
+
+// A change that may help a level, made on a copy of the station.
+struct Remedy
+{
+    std::wstring sName; // as in the advice
+    std::shared_ptr<const StationSnapshot> cStation;
+    std::optional<SpreadTrial> spread;
+};
+
+// Makes the remedies for one level of a simulated station. Each is nothing where it does not apply; none
+// applies to a level without cuts.
+class Remedies
+{
+public:
+    // Precondition: the result outlives this, and the level was asked.
+    Remedies(const SimulationResult& result, std::size_t level);
+
+    // The level's cuts in spread order.
+    std::optional<Remedy> Spread(Random& cRandom) const;
+    // The longest comfortable artist separation, if that is shorter than the one set.
+    std::optional<Remedy> ShorterArtistSeparation() const;
+    // As many cuts of other artists more as make the artist separation comfortable, one at least: cuts of the
+    // level's mean duration, each with an artist and title of its own, dealt evenly into the order. Nothing
+    // when the level would have to grow more than tenfold.
+    std::optional<Remedy> MoreCuts() const;
+    // As many cuts of the commonest artist fewer as do so, one at least; the last ones in rotation order.
+    std::optional<Remedy> FewerCuts() const;
+
+private:
+    std::shared_ptr<StationSnapshot> Copy() const { return std::make_shared<StationSnapshot>(Station()); }
+    const StationSnapshot& Station() const noexcept { return *m_result.cStation; }
+    const SnapshotLevel& Level() const noexcept { return Station().levels[m_level]; }
+    bool IsComfortable(std::size_t cuts, std::size_t most) const;
+    std::optional<std::size_t> CutsToAdd() const;
+    std::vector<CutNumber> OrderWithoutCommonest() const;
+    std::int32_t MeanDuration() const; // in milliseconds
+
+    const SimulationResult& m_result;
+    std::size_t m_level;
+    ArtistNames m_names; // in force in the simulation
+    MakeUp m_makeUp;
+    AskingRate m_rate;
+};
+
+} // namespace ravlo

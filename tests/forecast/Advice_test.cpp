@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: MIT
+#include "forecast/Advice.h"
+
+#include "forecast/AiringStation.h"
+
+#include <map>
+
+namespace ravlo::test
+{
+namespace
+{
+
+const Plan hotHour = ClockPlan("Hot,1\n");
+constexpr double dDays = 2;
+
+// A station of one level, whose cuts are named by their artists: 3 1/3 minutes each, a slot after the other.
+class HotStation : public AiringStation
+{
+public:
+    explicit HotStation(const std::vector<std::wstring>& colArtists, std::int32_t lArtistSep)
+    {
+        for (std::size_t cut = 0; cut < colArtists.size(); ++cut)
+            AddCut(L"cut " + std::to_wstring(cut), L"Hot", 1, colArtists[cut],
+                   L"Title " + std::to_wstring(cut));
+        Start();
+        SetRules(L"Hot", 1, lArtistSep, 0, 0);
+    }
+    // One whose orders and rules are those of a snapshot.
+    static std::unique_ptr<HotStation> Like(const StationSnapshot& snapshot)
+    {
+        std::vector<std::wstring> colArtists;
+        for (const CutNumber number : snapshot.levels[0].order)
+            colArtists.push_back(snapshot.cuts[number].values.cArtist.Text());
+        return std::make_unique<HotStation>(colArtists, snapshot.levels[0].rules.lArtist);
+    }
+    Forecast Predict(const SimulationOptions& options = {}, const SimulationProgress& progress = {})
+    {
+        return MakeForecast(Snapshot(), hotHour, dtStart, dDays, options, progress);
+    }
+    // What goes wrong in the days that are aired.
+    Troubles AirTroubles()
+    {
+        const Day day = Air(hotHour, static_cast<int>(dDays));
+        std::map<std::wstring, std::size_t> colPlays;
+        for (const std::shared_ptr<Cut>& cCut : cLib.CutsOf(L"Hot"))
+            colPlays[cCut->Title()];
+        Troubles troubles;
+        for (const LogRow& row : day.rows)
+        {
+            ++colPlays[row.cut->sTitle];
+            troubles.rulesBroken += row.lKind == eKindChosen ? 0u : 1u;
+        }
+        const double dDue = static_cast<double>(day.rows.size()) / static_cast<double>(colPlays.size());
+        for (const auto& [sTitle, plays] : colPlays)
+        {
+            troubles.neverPlayed += plays == 0 && dDue >= 1.5 ? 1u : 0u;
+            troubles.underHalf += static_cast<double>(plays) < dDue / 2 && dDue >= 3 ? 1u : 0u;
+        }
+        return troubles;
+    }
+
+private:
+    void TestBody() override {}
+};
+
+// So many artists with a cut each, in which Ash has cuts at some places.
+std::vector<std::wstring> ArtistsWithAshAt(std::size_t cuts, const std::vector<std::size_t>& places)
+{
+    std::vector<std::wstring> colArtists;
+    for (std::size_t cut = 0; cut < cuts; ++cut)
+        colArtists.push_back(L"Artist " + std::to_wstring(cut));
+    for (const std::size_t place : places)
+        colArtists[place] = L"Ash";
+    return colArtists;
+}
+
+// 4 of 40 cuts are Ash's: 33 minutes can be kept.
+std::vector<std::wstring> EvenlySpread() { return ArtistsWithAshAt(40, {0, 10, 20, 30}); }
+std::vector<std::wstring> InNeighbours() { return ArtistsWithAshAt(40, {0, 1, 20, 30}); }
+
+TEST(Advice, NamesEachRemedyThatHelpsInOrder)
+{
+    HotStation station(EvenlySpread(), 60);
+    const Forecast forecast = station.Predict();
+    const LevelHealth& level = forecast.health.levels[0];
+    EXPECT_EQ(level.eLight, Light::Red);
+    EXPECT_EQ(level.lAttainableArtistMins, 33);
+    EXPECT_EQ(level.advice,
+              (Lines{L"fair rotation: never played 2 -> 0, under half 2 -> 0, no rule broken",
+                     L"artist separation 28: never played 2 -> 0, under half 2 -> 0, no rule broken",
+                     L"48 cuts of other artists more: never played 2 -> 0, under half 2 -> 0, no rule broken",
+                     L"3 cuts of Ash fewer: never played 2 -> 0, under half 2 -> 0, no rule broken"}));
+    EXPECT_EQ(forecast.health.remedies,
+              (Lines{level.advice[0], L"Hot 1: " + level.advice[1], L"Hot 1: " + level.advice[2]}));
+}
+
+TEST(Advice, ASpreadIsAdvisedWithItsOrder)
+{
+    HotStation station(InNeighbours(), 25);
+    const Forecast forecast = station.Predict();
+    EXPECT_EQ(forecast.health.levels[0].advice,
+              (Lines{L"fair rotation: never played 1 -> 0, under half 1 -> 0, no rule broken",
+                     L"spread: never played 1 -> 0, under half 1 -> 0, no rule broken"}));
+    ASSERT_EQ(forecast.spreads.size(), 1u);
+    const SpreadTrial& spread = forecast.spreads[0];
+    EXPECT_EQ(spread.cLevelKey, TextKey(L"Hot\t1"));
+    Keys colPresent;
+    for (const TextKey& cKey : spread.colPresent)
+        colPresent.push_back(cKey.Text());
+    EXPECT_EQ(colPresent, station.cLib.Order(L"Hot", 1));
+    EXPECT_TRUE(std::is_permutation(spread.colSpread.begin(), spread.colSpread.end(),
+                                    spread.colPresent.begin(), spread.colPresent.end()));
+}
+
+TEST(Advice, EveryRemedyDoesOnAirWhatWasPredicted)
+{
+    using Make = std::optional<Remedy> (*)(const Remedies&, Random&);
+    const struct
+    {
+        const char* sWhat;
+        std::vector<std::wstring> colArtists;
+        std::int32_t lArtistSep;
+        Make make;
+    } colCases[] = {
+        {"spread", InNeighbours(), 25,
+         [](const Remedies& of, Random& cRandom) { return of.Spread(cRandom); }},
+        {"shorter", EvenlySpread(), 60,
+         [](const Remedies& of, Random&) { return of.ShorterArtistSeparation(); }},
+        {"more", EvenlySpread(), 60, [](const Remedies& of, Random&) { return of.MoreCuts(); }},
+        {"fewer", EvenlySpread(), 60, [](const Remedies& of, Random&) { return of.FewerCuts(); }},
+        {"not enough", ArtistsWithAshAt(12, {0, 1, 2, 3, 4, 5}), 200,
+         [](const Remedies& of, Random&) { return of.ShorterArtistSeparation(); }},
+    };
+    for (const auto& one : colCases)
+    {
+        SCOPED_TRACE(one.sWhat);
+        HotStation station(one.colArtists, one.lArtistSep);
+        const SimulationResult present = Simulate(station.Snapshot(), hotHour, station.dtStart, dDays);
+        const Troubles before = TroublesOf(present, 0);
+        const std::optional<Remedy> remedy = one.make(Remedies(present, 0), station.cPorts.cRandom);
+        ASSERT_TRUE(remedy);
+        const SimulationResult predicted = Simulate(remedy->cStation, hotHour, station.dtStart, dDays);
+        const Troubles after = TroublesOf(predicted, 0);
+        EXPECT_EQ(EffectText(before, after),
+                  EffectText(station.AirTroubles(), HotStation::Like(*remedy->cStation)->AirTroubles()));
+    }
+}
+
+TEST(Advice, RemediesThatDoNotApplyAreNotTried)
+{
+    HotStation even(EvenlySpread(), 0);
+    const SimulationResult unset = Simulate(even.Snapshot(), hotHour, even.dtStart, dDays);
+    EXPECT_FALSE(Remedies(unset, 0).ShorterArtistSeparation()); // none is set
+    HotStation alone(std::vector<std::wstring>(6, L"Ash"), 60);
+    const SimulationResult same = Simulate(alone.Snapshot(), hotHour, alone.dtStart, dDays);
+    EXPECT_FALSE(Remedies(same, 0).FewerCuts()); // nothing would be left
+    EXPECT_FALSE(Remedies(same, 0).MoreCuts());  // more than tenfold
+    HotStation nameless(std::vector<std::wstring>(6), 60);
+    const SimulationResult noArtist = Simulate(nameless.Snapshot(), hotHour, nameless.dtStart, dDays);
+    EXPECT_FALSE(Remedies(noArtist, 0).FewerCuts());
+}
+
+TEST(Advice, FairRotationIsNotAdvisedWhereItIsOn)
+{
+    HotStation station(EvenlySpread(), 60);
+    const StationHealth health = station.Predict({true, std::nullopt}).health;
+    for (const std::wstring& sAdvice : health.levels[0].advice)
+        EXPECT_FALSE(sAdvice.starts_with(L"fair rotation"));
+}
+
+TEST(Advice, GreenLevelsGetNone)
+{
+    HotStation station(EvenlySpread(), 20);
+    const StationHealth health = station.Predict().health;
+    EXPECT_EQ(health.levels[0].eLight, Light::Green);
+    EXPECT_TRUE(health.levels[0].advice.empty());
+    EXPECT_TRUE(health.remedies.empty());
+}
+
+TEST(Advice, ProgressRisesFromNothingToAll)
+{
+    HotStation station(EvenlySpread(), 60);
+    std::vector<double> colDone;
+    station.Predict({}, [&](double dDone, bool&) { colDone.push_back(dDone); });
+    EXPECT_TRUE(std::is_sorted(colDone.begin(), colDone.end()));
+    EXPECT_EQ(colDone.front(), 0);
+    EXPECT_EQ(colDone.back(), 1);
+    EXPECT_GE(colDone.size(), 12u); // begin and end of the simulation and of five remedies
+}
+
+TEST(Advice, CancelAtAnyStepEndsTheWork)
+{
+    HotStation station(EvenlySpread(), 60);
+    for (int lCall = 0;; ++lCall)
+    {
+        int lCalls = 0;
+        bool bCancelled = false;
+        const auto cancel = [&](double, bool& bCancel) { bCancelled |= bCancel = lCalls++ == lCall; };
+        try
+        {
+            station.Predict({}, cancel);
+            EXPECT_FALSE(bCancelled);
+            break;
+        }
+        catch (const RuntimeError& cError)
+        {
+            EXPECT_EQ(cError.Number(), error::UserInterrupt);
+            EXPECT_TRUE(bCancelled);
+        }
+    }
+}
+
+TEST(Advice, EffectNamesBrokenRulesWhenThereAreAny)
+{
+    EXPECT_EQ(EffectText({3, 4, 4, 0}, {0, 1, 1, 0}),
+              L"never played 3 -> 0, under half 4 -> 1, no rule broken");
+    EXPECT_EQ(EffectText({3, 4, 4, 7}, {3, 4, 4, 0}),
+              L"never played 3 -> 3, under half 4 -> 4, rules broken 7 -> 0");
+}
+
+} // namespace
+} // namespace ravlo::test
