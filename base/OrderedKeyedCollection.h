@@ -138,8 +138,8 @@ public:
         ++m_changes;
     }
 
-    // The keys of a collection in the order they had when this was made, whatever happens to the collection
-    // since. Copies them only when it changes; when there is no memory for the copy, every key is null.
+    // The keys of a collection in the order they had when this was made, also after the collection has
+    // changed. Copies them only when it changes; when there is no memory for the copy, every key is null.
     class OrderSnapshot
     {
     public:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What fair rotation and explanations cost beside the walk.
+// What fair rotation and explanations cost compared with the walk.
 
 #include "bench/Radio.h"
 #include "bench/Ratios.h"

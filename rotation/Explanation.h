@@ -12,7 +12,7 @@
 namespace ravlo
 {
 
-// Why a pick chose its cut: the candidates in the order they were examined, and what came of each. Values;
+// Why a pick chose its cut: the candidates in the order they were examined, and the verdict on each. Values;
 // the sentences are made when they are asked for.
 struct Explanation
 {
@@ -62,7 +62,7 @@ private:
     bool m_bNothingLeft = false;
 };
 
-// Explains the pick that comes next with this context, without making it: nothing moves, nobody is told of
+// Explains the pick that comes next with this context, without making it: nothing moves, no sink hears of
 // steps or errors, nothing is pumped, and the database is not asked. The context's rules must not change
 // anything either. Precondition: cSubCat is a level.
 Explanation ExplainNext(const std::shared_ptr<clsCat>& cSubCat, bool bMustBeOpener,

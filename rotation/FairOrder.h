@@ -12,7 +12,7 @@ namespace ravlo
 {
 
 // Examines the cuts in the order they have at the first step, and moves none. Cuts that leave the level
-// meanwhile are skipped; those that join it wait for the next pick.
+// during the pick are skipped; those that join it wait for the next pick.
 class LookOrder : public CandidateOrder
 {
 public:

@@ -72,7 +72,7 @@ std::shared_ptr<Cut> CopyOf(const Cut& cCut)
     return cCopy;
 }
 
-// One pick from a level, whatever the order in which it examines the cuts.
+// One pick from a level. The order in which it examines the cuts is given.
 class Selection
 {
 public:

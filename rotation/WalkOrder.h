@@ -12,7 +12,7 @@
 namespace ravlo
 {
 
-// The prescribed walk: the head is examined and goes to the back, whatever comes of it. A cut that others
+// The prescribed walk: the head is examined and goes to the back, chosen or not. A cut that others
 // bring to the head again is passed over.
 class WalkOrder final : public CandidateOrder
 {

@@ -251,7 +251,7 @@ TEST_F(LastExplanationTest, DeferredAndMisdirectedRequestsAreNoPicks)
     EXPECT_EQ(Last(L"Rock\t2"), nullptr);
 }
 
-TEST_F(LastExplanationTest, TellsOfTheTimeOfThePickWhateverPlaysLater)
+TEST_F(LastExplanationTest, KeepsTheTimesOfThePick)
 {
     station.AddCuts(2);
     const auto cPlayed = station.Played(20, L"Ash", L"x");
@@ -274,7 +274,7 @@ TEST_F(LastExplanationTest, ErrorAfterTheChoiceLeavesNothingChosen)
     EXPECT_EQ(Last()->Text(), L"Nothing chosen: an error ended the pick from Pop 2.");
 }
 
-// What is foretold is what comes, step by step.
+// The explanation of the next pick is that of the pick itself, step by step.
 TEST_F(LastExplanationTest, NextPickDoesWhatWasExplained)
 {
     for (unsigned seed = 1; seed <= 20; ++seed)

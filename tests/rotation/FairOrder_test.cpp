@@ -416,7 +416,7 @@ TEST_F(FairRotationTest, CutThatFailsGivesKind11AndGoesToTheBack)
         }
 }
 
-TEST_F(FairRotationTest, ChosenCutGoesToTheBackWhateverTheDatabaseSays)
+TEST_F(FairRotationTest, ChosenCutGoesToTheBackThoughTheDatabaseFails)
 {
     const std::function<void(Station&)> colTroubles[] = {
         [](Station& s) { s.cDataBase->Remove(*s.cLevel->SchedCuts()->At(1)); },
