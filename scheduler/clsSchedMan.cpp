@@ -206,6 +206,12 @@ void clsSchedMan::SpreadCategories(const Cats& colCats, bool bConfirmFirst)
     });
 }
 
+void clsSchedMan::RememberSpread(const TextKey& cLevelKey, std::vector<TextKey> colPresent,
+                                 std::vector<TextKey> colSpread)
+{
+    m_cParts->cSpreadOrders.Remember(cLevelKey, std::move(colPresent), std::move(colSpread));
+}
+
 bool clsSchedMan::DeleteCats(const Cats& colCats)
 {
     return Edit(L"Error in DeleteCats [cSchedMan]", false,

@@ -85,6 +85,9 @@ public:
     void ShuffleCategories(const Cats& colCats, bool bConfirmFirst = false);
     // As ShuffleCategories, with the artists of each level as far apart as they can be.
     void SpreadCategories(const Cats& colCats, bool bConfirmFirst = false);
+    // The next spread of a level gives the order that a trial has found; see SpreadOrders.
+    void RememberSpread(const TextKey& cLevelKey, std::vector<TextKey> colPresent,
+                        std::vector<TextKey> colSpread);
     bool DeleteCats(const Cats& colCats);
     void MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
                             std::int32_t PosInto);

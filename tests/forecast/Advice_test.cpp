@@ -94,7 +94,7 @@ TEST(Advice, NamesEachRemedyThatHelpsInOrder)
               (Lines{level.advice[0], L"Hot 1: " + level.advice[1], L"Hot 1: " + level.advice[2]}));
 }
 
-TEST(Advice, ASpreadIsAdvisedWithItsOrder)
+TEST(Advice, TheAdvisedSpreadIsCarriedOutAsPredicted)
 {
     HotStation station(InNeighbours(), 25);
     const Forecast forecast = station.Predict();
@@ -103,13 +103,14 @@ TEST(Advice, ASpreadIsAdvisedWithItsOrder)
                      L"spread: never played 1 -> 0, under half 1 -> 0, no rule broken"}));
     ASSERT_EQ(forecast.spreads.size(), 1u);
     const SpreadTrial& spread = forecast.spreads[0];
-    EXPECT_EQ(spread.cLevelKey, TextKey(L"Hot\t1"));
-    Keys colPresent;
-    for (const TextKey& cKey : spread.colPresent)
-        colPresent.push_back(cKey.Text());
-    EXPECT_EQ(colPresent, station.cLib.Order(L"Hot", 1));
-    EXPECT_TRUE(std::is_permutation(spread.colSpread.begin(), spread.colSpread.end(),
-                                    spread.colPresent.begin(), spread.colPresent.end()));
+    station.cLib.cSchedMan->RememberSpread(spread.cLevelKey, spread.colPresent, spread.colSpread);
+    station.cLib.cSchedMan->SpreadCategories({station.cLib.Level(L"Hot", 1)});
+    Keys colSpread;
+    for (const TextKey& cKey : spread.colSpread)
+        colSpread.push_back(cKey.Text());
+    EXPECT_EQ(station.cLib.Order(L"Hot", 1), colSpread);
+    EXPECT_EQ(EffectText({1, 1, 1, 0}, station.AirTroubles()),
+              L"never played 1 -> 0, under half 1 -> 0, no rule broken");
 }
 
 TEST(Advice, EveryRemedyDoesOnAirWhatWasPredicted)
