@@ -148,7 +148,7 @@ const bool bAdded =
               &Picks<7, true>,
               3.0}) &&
     AddRatio(
-        {"28 simulated days, per slot", sPicks, {33'000}, &Simulated<28, false>, &Picks<28, false>, 3.0}) &&
+        {"28 simulated days, per slot", sPicks, {33'000}, &Simulated<28, false>, &Picks<28, false>, 6.0}) &&
     AddRatio({"a snapshot of a station, per cut",
               "clones in four hash maps",
               {5'000, 33'000},
