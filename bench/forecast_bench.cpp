@@ -140,13 +140,13 @@ const bool bAdded =
               {1'000, 5'000},
               &Simulated<7, false>,
               &Picks<7, false>,
-              3.0}) &&
+              4.0}) &&
     AddRatio({"a simulated week with fair rotation, per slot",
               sPicks,
               {1'000, 5'000},
               &Simulated<7, true>,
               &Picks<7, true>,
-              3.0}) &&
+              4.0}) &&
     AddRatio(
         {"28 simulated days, per slot", sPicks, {33'000}, &Simulated<28, false>, &Picks<28, false>, 6.0}) &&
     AddRatio({"a snapshot of a station, per cut",
