@@ -101,20 +101,6 @@ public:
     }
 
 private:
-    struct Credit
-    {
-        TextKey cArtist;
-        TextKey cTitle;
-        friend bool operator==(const Credit&, const Credit&) = default;
-    };
-    struct CreditHash
-    {
-        std::size_t operator()(const Credit& credit) const
-        {
-            return credit.cArtist.Hash() * 31 + credit.cTitle.Hash();
-        }
-    };
-
     const bool m_bFeaturedArtists;
     const std::shared_ptr<const ArtistsTable> m_cTable;                     // never null
     std::unordered_map<Credit, std::vector<TextKey>, CreditHash> m_colKeys; // of the credits asked for

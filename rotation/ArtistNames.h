@@ -3,12 +3,29 @@
 
 #include "rotation/ArtistsTable.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace ravlo
 {
+
+// The artist and title texts of a cut.
+struct Credit
+{
+    TextKey cArtist;
+    TextKey cTitle;
+
+    friend bool operator==(const Credit&, const Credit&) = default;
+};
+struct CreditHash
+{
+    std::size_t operator()(const Credit& credit) const noexcept
+    {
+        return credit.cArtist.Hash() * 31 + credit.cTitle.Hash();
+    }
+};
 
 // Which names a credit counts for in artist separation: itself; with featured artists every artist that its
 // artist and title texts name; and what the station's table says of each. A value: copies share their content
@@ -23,14 +40,17 @@ public:
 
     // Whether every credit counts for itself only. A caller that asks first pays nothing then.
     bool CreditsOnly() const noexcept { return !m_cShared; }
+    // Whether both are copies of one object. Objects made apart differ, unless both are CreditsOnly().
+    friend bool operator==(const ArtistNames&, const ArtistNames&) = default;
+
     // The same table with featured artists on or off.
     ArtistNames With(bool bFeaturedArtists) const;
 
     // The credit first, then the other names in the order found, each once without regard to case. Empty for
     // an empty credit.
     std::vector<std::wstring> Of(const std::wstring& sArtist, const std::wstring& sTitle = {}) const;
-    // The same as keys, which are remembered. Valid until this object and its copies have ended.
-    // Precondition: not CreditsOnly().
+    // The same as keys, which are remembered in the spelling that was asked for first. Valid until this
+    // object and its copies have ended. Precondition: not CreditsOnly().
     const std::vector<TextKey>& KeysOf(const TextKey& cArtist, const TextKey& cTitle) const;
 
 private:

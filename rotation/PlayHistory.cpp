@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "rotation/PlayHistory.h"
 
+#include <map>
 #include <utility>
 
 namespace ravlo
@@ -60,13 +61,44 @@ void PlayHistory::Tell(const std::optional<RuntimeError>& cRefusal)
 
 void PlayHistory::Enter(const std::shared_ptr<Cut>& cCut)
 {
-    const TextKey cArtist = cCut->ArtistKey();
-    const TextKey cTitle = cCut->TitleKey();
+    const Credit credit{cCut->ArtistKey(), cCut->TitleKey()};
     const TextKey cAlbum = cCut->AlbumKey();
-    m_colArtists.insert_or_assign(cArtist, cCut);
-    m_colTitles.insert_or_assign(cTitle, cCut);
+    m_colReports.insert_or_assign(credit, Report{++m_reports, cCut});
+    EnterArtists({credit, cCut});
+    m_colTitles.insert_or_assign(credit.cTitle, cCut);
     if (!cAlbum.Empty())
         m_colAlbums.insert_or_assign(cAlbum, cCut);
+}
+
+void PlayHistory::EnterArtists(const Play& play)
+{
+    if (m_cNames.CreditsOnly())
+        m_colArtists.insert_or_assign(play.credit.cArtist, play.cCut);
+    else
+        for (const TextKey& cName : m_cNames.KeysOf(play.credit.cArtist, play.credit.cTitle))
+            m_colArtists.insert_or_assign(cName, play.cCut);
+}
+
+void PlayHistory::SetNames(const ArtistNames& cNames)
+{
+    if (cNames == m_cNames)
+        return;
+    m_cNames = cNames;
+    m_colArtists.clear();
+    for (const Play& play : LastPlays())
+        EnterArtists(play);
+}
+
+std::vector<PlayHistory::Play> PlayHistory::LastPlays() const
+{
+    std::map<std::uint64_t, Play> colByNumber;
+    for (const auto& [credit, report] : m_colReports)
+        colByNumber.emplace(report.number, Play{credit, report.cCut});
+    std::vector<Play> colPlays;
+    colPlays.reserve(colByNumber.size());
+    for (auto& [number, play] : colByNumber)
+        colPlays.push_back(std::move(play));
+    return colPlays;
 }
 
 std::shared_ptr<Cut> PlayHistory::Last(const Plays& colPlays, const TextKey& cText)

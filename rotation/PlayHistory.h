@@ -3,20 +3,24 @@
 
 #include "base/TextKey.h"
 #include "media/DataBase.h"
+#include "rotation/ArtistNames.h"
 #include "rotation/PendingPlayTimes.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 namespace ravlo
 {
 
 // The most recent play of each artist, title and album of the whole library. Keys ignore case and otherwise
-// compare exactly. A play's time is the cut's own last-played time, or the pending one while the database
-// refuses it. In memory only: after a restart the host, which knows what aired, reports the last hours again.
+// compare exactly. A play counts for every name of its credit; see ArtistNames. A play's time is the cut's
+// own last-played time, or the pending one while the database refuses it. In memory only: after a restart the
+// host, which knows what aired, reports the last hours again.
 class PlayHistory
 {
 public:
@@ -32,6 +36,20 @@ public:
     }
     std::shared_ptr<Cut> TitleHistoryCut(const TextKey& cTitle) const { return Last(m_colTitles, cTitle); }
     std::shared_ptr<Cut> AlbumHistoryCut(const TextKey& cAlbum) const { return Last(m_colAlbums, cAlbum); }
+
+    // Which names a credit counts for: only itself at first. Works out anew for which names the plays of the
+    // history count, unless the names are the ones in use.
+    void SetNames(const ArtistNames& cNames);
+    const ArtistNames& Names() const noexcept { return m_cNames; }
+
+    // A play as it was entered, with the texts that its cut had then.
+    struct Play
+    {
+        Credit credit;
+        std::shared_ptr<Cut> cCut;
+    };
+    // The last play of each credit and title, in the order of the reports.
+    std::vector<Play> LastPlays() const;
 
     // When a cut of the history played. Throws the cut's errors.
     DateTime TimeOf(const Cut& cCut) const { return m_cTimes.TimeOf(cCut); }
@@ -58,15 +76,24 @@ public:
 
 private:
     using Plays = std::unordered_map<TextKey, std::shared_ptr<Cut>>;
+    struct Report
+    {
+        std::uint64_t number; // rises with every report
+        std::shared_ptr<Cut> cCut;
+    };
 
     void Enter(const std::shared_ptr<Cut>& cCut);
+    void EnterArtists(const Play& play);
     void Tell(const std::optional<RuntimeError>& cRefusal);
     static std::shared_ptr<Cut> Last(const Plays& colPlays, const TextKey& cText);
 
     PendingPlayTimes m_cTimes;
     Refused m_refused;
     bool m_bRefusing = false; // from the first refusal until nothing is pending
-    Plays m_colArtists;
+    ArtistNames m_cNames;
+    std::uint64_t m_reports = 0;
+    std::unordered_map<Credit, Report, CreditHash> m_colReports; // the last one of each credit and title
+    Plays m_colArtists;                                          // by name
     Plays m_colTitles;
     Plays m_colAlbums;
 };

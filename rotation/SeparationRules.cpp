@@ -4,6 +4,7 @@
 #include "modscheduler/ModScheduler.h"
 
 #include <cmath>
+#include <limits>
 #include <optional>
 
 namespace ravlo
@@ -68,6 +69,26 @@ public:
         }
     }
 
+    // The play of any of the artist's names that is nearest to the start; of equally near ones the first
+    // name's.
+    LastPlayed LastOfArtist()
+    {
+        const ArtistNames cNames = m_cHistory.Names(); // kept while cuts are asked: the host may set others
+        if (cNames.CreditsOnly())
+            return {m_cHistory.ArtistHistoryCut(m_candidate.cArtist), m_candidate.cArtist};
+        LastPlayed nearest;
+        float sngLeast = std::numeric_limits<float>::infinity();
+        for (const TextKey& cName : cNames.KeysOf(m_candidate.cArtist, m_candidate.cTitle))
+            if (std::shared_ptr<Cut> cCut = m_cHistory.ArtistHistoryCut(cName))
+                if (const std::optional<float> sngMinsAgo = MinsAgo(*cCut);
+                    sngMinsAgo && *sngMinsAgo < sngLeast)
+                {
+                    sngLeast = *sngMinsAgo;
+                    nearest = {std::move(cCut), cName};
+                }
+        return nearest;
+    }
+
     RuleCheck& Result() noexcept { return m_result; }
 
 private:
@@ -77,6 +98,19 @@ private:
         m_result.violation.Violation = breach.eRule;
         m_result.violation.MinsAgo = breach.MinsAgo;
         m_result.breach = std::move(breach);
+    }
+    // Nothing when the play cannot be read, which is reported.
+    std::optional<float> MinsAgo(const Cut& cPlayed)
+    {
+        try
+        {
+            return Minutes(Start(), WholeSeconds(m_cHistory.TimeOf(cPlayed)));
+        }
+        catch (...)
+        {
+            m_failed(CurrentError());
+            return std::nullopt;
+        }
     }
     std::int64_t Start()
     {
@@ -144,9 +178,8 @@ RuleCheck MeasureAgainstRules(const SeparationRules& rules, const Candidate& can
     Measurement measurement(candidate, cHistory, reference, failed);
     measurement.Check(eGlobalTitle, rules.lTitle, &clsRuleViolation::TitleMinsAgo,
                       [&] { return LastPlayed{cHistory.TitleHistoryCut(candidate.cTitle)}; });
-    measurement.Check(eGlobalArtist, rules.lArtist, &clsRuleViolation::ArtistMinsAgo, [&] {
-        return LastPlayed{cHistory.ArtistHistoryCut(candidate.cArtist), candidate.cArtist};
-    });
+    measurement.Check(eGlobalArtist, rules.lArtist, &clsRuleViolation::ArtistMinsAgo,
+                      [&] { return measurement.LastOfArtist(); });
     measurement.Check(eGlobalAlbum, rules.lAlbum, &clsRuleViolation::AlbumMinsAgo,
                       [&] { return LastPlayed{cHistory.AlbumHistoryCut(candidate.cCut->AlbumKey())}; });
     return std::move(measurement.Result());

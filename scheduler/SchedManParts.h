@@ -2,6 +2,7 @@
 #pragma once
 
 #include "rotation/NextCut.h"
+#include "rotation/RotationFiles.h"
 #include "scheduler/CategoryCreation.h"
 #include "scheduler/CategoryEditing.h"
 #include "scheduler/SchedulerState.h"
@@ -30,8 +31,26 @@ struct clsSchedMan::Parts : SchedulerState
     {
     }
 
+    // Serves the rotation files of this folder, with plays under the names they give.
+    void ServeRotation(const std::wstring& sPath)
+    {
+        cRotationFiles.Serve(sPath);
+        cPlayHistory.SetNames(cRotationFiles.Names());
+    }
+    // Call before anything that depends on them.
+    void RefreshRotation()
+    {
+        cRotationFiles.Refresh();
+        cPlayHistory.SetNames(cRotationFiles.Names());
+    }
     // What a pick is made with.
-    SelectionContext Context() { return LiveContext(cMod, cPlayHistory, Serving()); }
+    SelectionContext Context()
+    {
+        RefreshRotation();
+        SelectionContext context = LiveContext(cMod, cPlayHistory, Serving());
+        context.bFairRotation = cRotationFiles.Options().bFairRotation;
+        return context;
+    }
     // Tries to write the play times that the database has refused so far.
     void WritePendingPlayTimes()
     {
@@ -61,6 +80,7 @@ struct clsSchedMan::Parts : SchedulerState
 
     Synchronisation cSync;
     PlayHistory cPlayHistory;
+    RotationFiles cRotationFiles{cMod};
     PicksOnAir cPicks;
     std::shared_ptr<NameCollection> colIllegalChars;
     CategoryCreation cCreation;

@@ -6,6 +6,7 @@
 #include "model/clsCat.h"
 #include "modscheduler/ModScheduler.h"
 #include "rotation/NextCut.h"
+#include "rotation/RotationOptions.h"
 #include "scheduler/CatDragOptions.h"
 #include "scheduler/CutRemoval.h"
 #include "scheduler/SchedulerEvents.h"
@@ -25,6 +26,7 @@ namespace ravlo
 struct Explanation;
 class PlacedCuts;
 class Population;
+class RotationFiles;
 using NameCollection = OrderedKeyedCollection<std::wstring>;
 
 // The public entry object of the library: one per host. Created before its database is known;
@@ -137,6 +139,13 @@ public:
     // rotation was deferred was no pick. Throws as Explain does.
     std::shared_ptr<const Explanation> LastExplanation(const std::wstring& strSubCatKey) const;
 
+    // The station's own rotation options, and the names that credits count for; see RotationFiles.h. A pick
+    // uses those in force when it begins. Each throws error 91 before the first population.
+    RotationOptions Options();
+    ArtistNames Names();
+    void SetFairRotation(bool bOn);
+    void SetFeaturedArtists(bool bOn);
+
     void ShowHelp();
     // Asks the host to open its cut editor; nothing when it did not answer with a number.
     std::optional<std::int32_t> RaiseEditRequestCutEvent(const std::shared_ptr<Cut>& cCut);
@@ -164,6 +173,8 @@ private:
                                              bool bSameFolder);
     void RecordNotedPlays();
     std::shared_ptr<clsCat> RequireLevel(const std::wstring& strSubCatKey) const;
+    // With files that have changed read again. Throws error 91 before the first population.
+    RotationFiles& PresentRotation();
 
     std::unique_ptr<Parts> m_cParts;
 };

@@ -83,6 +83,7 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     my.cPlacedCuts = std::move(cPlacedCuts);
     ++my.populations;
     my.Serve(sAppPath);
+    my.ServeRotation(sAppPath);
     my.cPicks.EndIncident();
     if (!bMarked)
         my.cMark = std::move(cMark);

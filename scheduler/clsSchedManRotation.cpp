@@ -32,6 +32,7 @@ void clsSchedMan::UpdateArtistTitleHistory(const std::shared_ptr<Cut>& cCut)
             my.Serving(); // a look-up may let the host populate
         if (!cCut || !cDataBase)
             return;
+        my.RefreshRotation();
         my.NotePlay(*cCut);
         my.cPlayHistory.Record(*cCut, *cDataBase);
     });
@@ -88,6 +89,41 @@ std::shared_ptr<clsCat> clsSchedMan::RequireLevel(const std::wstring& strSubCatK
     if (!cSubCat)
         throw RuntimeError(error::InvalidProcedureCall);
     return cSubCat;
+}
+
+// ---- options and names
+
+RotationFiles& clsSchedMan::PresentRotation()
+{
+    if (!m_cParts->colMainCats)
+        throw RuntimeError(error::ObjectNotSet);
+    m_cParts->RefreshRotation();
+    return m_cParts->cRotationFiles;
+}
+
+RotationOptions clsSchedMan::Options()
+{
+    const Call cCall(*this);
+    return PresentRotation().Options();
+}
+
+ArtistNames clsSchedMan::Names()
+{
+    const Call cCall(*this);
+    return PresentRotation().Names();
+}
+
+void clsSchedMan::SetFairRotation(bool bOn)
+{
+    const Call cCall(*this);
+    PresentRotation().SetFairRotation(bOn);
+}
+
+void clsSchedMan::SetFeaturedArtists(bool bOn)
+{
+    const Call cCall(*this);
+    PresentRotation().SetFeaturedArtists(bOn);
+    m_cParts->cPlayHistory.SetNames(m_cParts->cRotationFiles.Names());
 }
 
 } // namespace ravlo

@@ -225,6 +225,60 @@ TEST_F(PlayHistoryTest, HistoryKeepsARemovedCutWithItsPlayTime)
     EXPECT_EQ(cHistory.ArtistHistoryCut(TextKey(L"Ash"))->LastPlayed(), dtNoon);
 }
 
+// ---- plays under all names of their credits
+
+class NamedPlaysTest : public PlayHistoryTest
+{
+protected:
+    // The keys of the last plays of these names, "-" for none.
+    std::wstring LastOf(const std::vector<const wchar_t*>& colNames) const
+    {
+        std::wstring sKeys;
+        for (const wchar_t* sName : colNames)
+        {
+            const std::shared_ptr<Cut> cCut = cHistory.ArtistHistoryCut(TextKey(sName));
+            sKeys += cCut ? cCut->Key().Text() : L"-";
+        }
+        return sKeys;
+    }
+    const std::vector<const wchar_t*> colAll = {L"Abba feat. Cher", L"abba", L"CHER", L"Kiss", L""};
+};
+
+TEST_F(NamedPlaysTest, PlayIsEnteredUnderEveryNameItCountsFor)
+{
+    cHistory.SetNames(ArtistNames().With(true));
+    Play(*AddCut(L"a", L"Abba", L"One (feat. Kiss)"), dtNoon);
+    Play(*AddCut(L"b", L"Abba feat. Cher", L"Two"), dtNoon);
+    Play(*AddCut(L"c", L"", L"Three feat. Kiss"), dtNoon);
+    EXPECT_EQ(LastOf(colAll), L"bbba-");
+}
+
+TEST_F(NamedPlaysTest, ChangedNamesWorkOutAllPlaysInTheOrderOfReports)
+{
+    const auto cFirst = AddCut(L"a", L"Abba feat. Cher", L"One");
+    Play(*cFirst, dtNoon);
+    Play(*AddCut(L"b", L"Cher", L"Two"), dtNoon + 1);
+    Play(*AddCut(L"c", L"Abba", L"Three (ft. Kiss)"), dtNoon);
+    Play(*AddCut(L"d", L"Abba", L"Four"), dtNoon - 1);
+    EXPECT_EQ(LastOf(colAll), L"adb--");
+    const ArtistNames cNames = ArtistNames().With(true);
+    cHistory.SetNames(cNames);
+    EXPECT_EQ(LastOf(colAll), L"adbc-");
+    cFirst->SetArtist(L"Kiss"); // plays keep the texts they had
+    Play(*cFirst, dtNoon);
+    cFirst->SetArtist(L"Abba feat. Cher");
+    Play(*cFirst, dtNoon);
+    EXPECT_EQ(LastOf(colAll), L"aaaa-");
+    cHistory.SetNames({});
+    EXPECT_EQ(LastOf(colAll), L"adba-");
+    cHistory.SetNames(cNames);
+    EXPECT_EQ(LastOf(colAll), L"aaaa-");
+    std::wstring sReports;
+    for (const PlayHistory::Play& play : cHistory.LastPlays())
+        sReports += play.cCut->Key().Text() + play.credit.cArtist.Text() + L"|";
+    EXPECT_EQ(sReports, L"bCher|cAbba|dAbba|aKiss|aAbba feat. Cher|");
+}
+
 // ---- a database that refuses the times of plays
 
 using PendingTimesTest = PlayHistoryTest;

@@ -180,6 +180,29 @@ TEST_F(MeasureTest, BreachNamesTheFirstBrokenRuleAndThePlayInTheWay)
     EXPECT_EQ(Check(All(30, 20, 10)).breach.eRule, eNone);
 }
 
+TEST_F(MeasureTest, ArtistBreaksByTheNearestPlayOfAnyOfItsNames)
+{
+    ArtistsTable::Problems problems;
+    const auto cTable = std::make_shared<ArtistsTable>(
+        ArtistsTable::Parse("credited,counts_as\nAsh,Elm\nAsh,Fir\nAsh,Oak\n", problems));
+    cHistory.SetNames(ArtistNames(false, cTable));
+    Play(30, L"Ash", L"a", L"");
+    Play(20, L"Elm", L"b", L"");
+    Play(25, L"Fir", L"c", L"");
+    EXPECT_EQ(Check(All(60, 20, 60)).breach.eRule, eNone);
+    EXPECT_EQ(cClock.lReads, 1);
+    const RuleCheck check = Check(All(60, 60, 60));
+    EXPECT_EQ(check.violation.ArtistMinsAgo, 20.0F);
+    EXPECT_EQ(check.breach.cName.Text(), L"Elm");
+    EXPECT_EQ(check.breach.cBlockedBy, cHistory.ArtistHistoryCut(TextKey(L"Elm")));
+
+    std::static_pointer_cast<FakeCut>(check.breach.cBlockedBy)->failing.insert("LastPlayed");
+    EXPECT_EQ(Check(All(60, 60, 60)).breach.cName.Text(), L"Fir");
+    EXPECT_EQ(colErrors, std::vector<std::int32_t>{error::ObjectNotSet});
+    Play(25, L"ash", L"d", L"");
+    EXPECT_EQ(Check(All(60, 60, 60)).breach.cName, TextKey(L"Ash")) << "the first of equally near ones";
+}
+
 TEST_F(MeasureTest, SeparationLargerThanSinglePrecisionIsNotRounded)
 {
     Play(16'777'216, L"x", L"Sun", L""); // 2^24 minutes, where the next single is two further

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#include "rotation/RotationFiles.h"
+
+#include "base/CaseFolding.h"
+#include "rotation/OptionsText.h"
+
+#include <utility>
+
+namespace ravlo
+{
+
+void RotationFiles::Serve(const std::wstring& sAppPath)
+{
+    if (!EqualIgnoringCase(sAppPath, m_sAppPath))
+    {
+        m_sAppPath = sAppPath;
+        m_cOptionsFile = {m_cOptionsFile.sName};
+        m_cArtistsFile = {m_cArtistsFile.sName};
+        m_optionsBytes.clear();
+        m_cTable = nullptr;
+        UseOptions({});
+    }
+    Look(Patience::UpToASecond);
+}
+
+void RotationFiles::Refresh() noexcept
+{
+    constexpr std::uint32_t lMsBetweenLooks = 1000;
+    if (!m_sAppPath.empty() && m_cMod.Ports().cClock.TickCount() - m_lLookedAt >= lMsBetweenLooks)
+        Look(Patience::None);
+}
+
+void RotationFiles::Look(Patience ePatience) noexcept
+{
+    m_lLookedAt = m_cMod.Ports().cClock.TickCount();
+    ReadOrLog(m_cOptionsFile, &RotationFiles::TakeOptions, ePatience);
+    ReadOrLog(m_cArtistsFile, &RotationFiles::TakeArtists, ePatience);
+}
+
+void RotationFiles::ReadOrLog(File& file, Take take, Patience ePatience) noexcept
+{
+    try
+    {
+        ReadIfChanged(file, take, ePatience);
+    }
+    catch (...)
+    {
+        if (!std::exchange(file.bFailed, true))
+            m_cMod.LogError(file.sName, CurrentError());
+    }
+}
+
+void RotationFiles::ReadIfChanged(File& file, Take take, Patience ePatience)
+{
+    const bool bRead = std::exchange(file.bRead, false);
+    // Taken first: what is written during the reading has another stamp.
+    const std::optional<FileStamp> stamp = m_cMod.Ports().cFiles.StampOf(PathOf(file));
+    if (!bRead || stamp != file.stamp)
+    {
+        (this->*take)(m_cMod.Saved().Read(PathOf(file), this, ePatience));
+        file.stamp = stamp;
+    }
+    file.bRead = true;
+    file.bFailed = false;
+}
+
+void RotationFiles::TakeOptions(std::optional<std::string> bytes)
+{
+    m_optionsBytes = std::move(bytes).value_or(std::string());
+    const std::optional<RotationOptions> options = OptionsIn(m_optionsBytes);
+    if (!options)
+    {
+        m_cMod.Saved().NotUnderstood(PathOf(m_cOptionsFile), this);
+        m_cMod.WriteDebugLog(L"Ignored, it is no UTF-8 text: " + PathOf(m_cOptionsFile));
+        m_optionsBytes.clear();
+    }
+    UseOptions(options.value_or(RotationOptions()));
+}
+
+void RotationFiles::TakeArtists(std::optional<std::string> bytes)
+{
+    std::shared_ptr<ArtistsTable> cTable;
+    if (bytes)
+    {
+        ArtistsTable::Problems problems;
+        cTable = std::make_shared<ArtistsTable>(ArtistsTable::Parse(*bytes, problems));
+        for (const std::wstring& sProblem : problems)
+            m_cMod.WriteDebugLog(L"Artists.csv, " + sProblem);
+    }
+    m_cTable = std::move(cTable);
+    m_cNames = ArtistNames(m_options.bFeaturedArtists, m_cTable);
+}
+
+void RotationFiles::UseOptions(const RotationOptions& options)
+{
+    m_options = options;
+    m_cNames = ArtistNames(options.bFeaturedArtists, m_cTable);
+}
+
+void RotationFiles::Set(bool RotationOptions::*bOption, bool bOn)
+{
+    if (m_sAppPath.empty())
+        throw RuntimeError(error::ObjectNotSet);
+    try
+    {
+        ReadIfChanged(m_cOptionsFile, &RotationFiles::TakeOptions, Patience::UpToASecond);
+    }
+    catch (const RuntimeError&)
+    {
+        throw RuntimeError(error::PathFileAccess);
+    }
+    RotationOptions options = m_options;
+    options.*bOption = bOn;
+    if (options == m_options)
+        return;
+    std::string bytes = WithOptions(m_optionsBytes, options);
+    SavedFiles& cSaved = m_cMod.Saved();
+    cSaved.Replace(PathOf(m_cOptionsFile), cSaved.Begin(), bytes, this);
+    m_optionsBytes = std::move(bytes); // the stamp stays the old one: the next look reads what is there then
+    UseOptions(options);
+}
+
+} // namespace ravlo

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "modscheduler/ModScheduler.h"
+#include "rotation/ArtistNames.h"
+#include "rotation/RotationOptions.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace ravlo
+{
+
+// The options and the artists' names of the station that is served: Scheduler\Rotation.cfg and
+// Scheduler\Artists.csv. File formats: docs/formats/rotation.md and artists.md. What cannot be read or used
+// is logged.
+class RotationFiles
+{
+public:
+    explicit RotationFiles(ModScheduler& cMod) noexcept : m_cMod(cMod) {}
+    ~RotationFiles() { m_cMod.Saved().Forget(this); }
+    RotationFiles(const RotationFiles&) = delete;
+    RotationFiles& operator=(const RotationFiles&) = delete;
+
+    // Reads the files under this application path, which has a trailing backslash. Of another path than
+    // before, a file that cannot be read counts as absent; of the same, see Refresh.
+    void Serve(const std::wstring& sAppPath);
+    // Reads again a file whose stamp has changed or that could not be read. Looks at most once a second and
+    // does not wait for locked files. What cannot be read stays in force as it was; a file that is gone
+    // counts as absent. Throws nothing.
+    void Refresh() noexcept;
+
+    // All off when the file is absent or damaged.
+    const RotationOptions& Options() const noexcept { return m_options; }
+    // No rows when the file is absent.
+    const ArtistNames& Names() const noexcept { return m_cNames; }
+
+    // Each saves the options and puts them in force; one that has the value already writes nothing. First
+    // reads the file again when it has changed or could not be read, and raises 75 when that fails. A file
+    // that cannot be written changes nothing and throws. 91 before the first Serve.
+    void SetFairRotation(bool bOn) { Set(&RotationOptions::bFairRotation, bOn); }
+    void SetFeaturedArtists(bool bOn) { Set(&RotationOptions::bFeaturedArtists, bOn); }
+
+private:
+    struct File
+    {
+        const wchar_t* sName;
+        bool bRead = false;                  // the last look succeeded
+        bool bFailed = false;                // the last look failed, which was logged
+        std::optional<FileStamp> stamp = {}; // of what was read last; nothing when it was absent
+    };
+    using Take = void (RotationFiles::*)(std::optional<std::string> bytes); // nothing when absent
+
+    std::wstring PathOf(const File& file) const { return m_sAppPath + file.sName; }
+    void Look(Patience ePatience) noexcept;
+    void ReadOrLog(File& file, Take take, Patience ePatience) noexcept;
+    void ReadIfChanged(File& file, Take take, Patience ePatience);
+    void TakeOptions(std::optional<std::string> bytes);
+    void TakeArtists(std::optional<std::string> bytes);
+    void UseOptions(const RotationOptions& options);
+    void Set(bool RotationOptions::*bOption, bool bOn);
+
+    ModScheduler& m_cMod;
+    std::wstring m_sAppPath;
+    std::uint32_t m_lLookedAt = 0; // tick count
+    File m_cOptionsFile{L"Scheduler\\Rotation.cfg"};
+    File m_cArtistsFile{L"Scheduler\\Artists.csv"};
+    std::string m_optionsBytes; // what a save keeps
+    RotationOptions m_options;
+    std::shared_ptr<const ArtistsTable> m_cTable;
+    ArtistNames m_cNames;
+};
+
+} // namespace ravlo
