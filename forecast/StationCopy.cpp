@@ -60,6 +60,7 @@ StationCopy::StationCopy(const StationSnapshot& snapshot, const RotationOptions&
     m_cHistory.CopyPlays(*snapshot.cHistory, [this](const std::shared_ptr<Cut>& cCut) {
         return m_cDataBase->At(ravlo::NumberOf(*cCut));
     });
+    m_cHistory.SetNames(snapshot.names.With(options.bFeaturedArtists));
     m_context.report = [this](ErrorReport eHow, const wchar_t*, const RuntimeError&) {
         if (eHow == ErrorReport::Critical && !m_failure)
             m_failure = std::current_exception();

@@ -39,6 +39,10 @@ void PlayHistory::CopyPlays(const PlayHistory& cFrom, const CutFor& cutFor)
         for (const auto& [cText, cCut] : cFrom.*pPlays)
             (this->*pPlays).emplace(cText, cutFor(cCut));
     }
+    m_cNames = cFrom.m_cNames;
+    m_reports = cFrom.m_reports;
+    for (const auto& [credit, report] : cFrom.m_colReports)
+        m_colReports.emplace(credit, Report{report.number, cutFor(report.cCut)});
 }
 
 void PlayHistory::WritePendingTimes(const DataBase& cDataBase)

@@ -274,7 +274,10 @@ TEST_F(NamedPlaysTest, ChangedNamesWorkOutAllPlaysInTheOrderOfReports)
     cHistory.SetNames(cNames);
     EXPECT_EQ(LastOf(colAll), L"aaaa-");
     std::wstring sReports;
-    for (const PlayHistory::Play& play : cHistory.LastPlays())
+    PlayHistory cCopy(cClock, [](const RuntimeError&, bool) {});
+    cCopy.CopyPlays(cHistory, [](const std::shared_ptr<Cut>& cCut) { return cCut; });
+    EXPECT_TRUE(cCopy.Names() == cNames);
+    for (const PlayHistory::Play& play : cCopy.LastPlays())
         sReports += play.cCut->Key().Text() + play.credit.cArtist.Text() + L"|";
     EXPECT_EQ(sReports, L"bCher|cAbba|dAbba|aKiss|aAbba feat. Cher|");
 }
