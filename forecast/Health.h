@@ -114,7 +114,7 @@ struct StationHealth
     std::vector<LevelHealth> levels; // in the station's order
     std::vector<BlockingCut> blockers;
     std::vector<OverAskedArtist> overAsked; // the worst first
-    std::vector<std::wstring> remedies;     // the most useful first, each with its level; at most three
+    std::vector<std::wstring> remedies;     // the most useful first, at most three; most begin with a level
 };
 
 // The figures of a simulation, without advice.

@@ -122,7 +122,7 @@ void Page::AddSummary()
         return;
     Add("<h3>Artists whose separations cannot be kept, in whatever order</h3>\n<ul>");
     for (const OverAskedArtist& artist : m_health.overAsked)
-        Add("<li>" + NameText(artist.sName) + ": " + NumberText(artist.dLoad) + " of 1");
+        Add("<li>" + NameText(artist.sName) + ": " + LoadText(artist.dLoad));
     Add("</ul>\n");
 }
 

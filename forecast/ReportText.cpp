@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 
 namespace ravlo
 {
@@ -121,6 +122,12 @@ std::wstring LevelText(const std::wstring& sCategoryKey)
     std::wstring sText = sCategoryKey;
     std::replace(sText.begin(), sText.end(), cTab, L' ');
     return sText;
+}
+
+std::string LoadText(double dLoad)
+{
+    constexpr double dRounding = 1e-6; // of a hundredth
+    return NumberText(std::ceil(dLoad * 100 - dRounding) / 100) + " of 1";
 }
 
 std::string MomentText(DateTime dtWhen)

@@ -28,6 +28,9 @@ std::string PercentText(double dShare);
 // "pop 1": a category level as people read it.
 std::wstring LevelText(const std::wstring& sCategoryKey);
 
+// "1.25 of 1": how much an artist is asked, rounded up, so that it never reads as if it could be kept.
+std::string LoadText(double dLoad);
+
 // "2026-11-22 06:00".
 std::string MomentText(DateTime dtWhen);
 

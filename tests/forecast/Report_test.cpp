@@ -46,6 +46,8 @@ TEST(ReportText, NumbersHaveAPointAndNoTrailingZeros)
     for (const auto& [dValue, sText] : colCases)
         EXPECT_EQ(NumberText(dValue), sText);
     EXPECT_EQ(PercentText(0.1234), "12.3 %");
+    EXPECT_EQ(LoadText(1.1), "1.1 of 1");
+    EXPECT_EQ(LoadText(1.001), "1.01 of 1");
 }
 
 // A level whose first cut plays once an hour and whose last never plays.
