@@ -2,6 +2,7 @@
 #include "forecast/Remedies.h"
 
 #include "base/Text.h"
+#include "forecast/Troubles.h"
 #include "rotation/Spread.h"
 
 #include <algorithm>
@@ -73,6 +74,18 @@ bool Remedies::IsComfortable(std::size_t cuts, std::size_t most) const
     return ArtistSeparation(Level().rules) <= Comfortable(m_rate.AttainableMins(cuts, most));
 }
 
+bool Remedies::TellsAsMuch(std::size_t cuts) const
+{
+    const LevelOutcome& outcome = m_result.levels[m_level];
+    const auto tellsAsMuch = [&](std::uint32_t slots) {
+        const Due before{slots, m_makeUp.cuts};
+        const Due after{slots, cuts};
+        return before.TellsNeverPlayed() == after.TellsNeverPlayed() &&
+               before.TellsUnderHalf() == after.TellsUnderHalf();
+    };
+    return tellsAsMuch(outcome.asked) && tellsAsMuch(outcome.asked - outcome.askedOpener);
+}
+
 std::optional<std::size_t> Remedies::CutsToAdd() const
 {
     constexpr std::size_t mostTimes = 10;
@@ -80,7 +93,8 @@ std::optional<std::size_t> Remedies::CutsToAdd() const
     std::size_t cuts = m_makeUp.cuts + 1;
     while (cuts <= m_makeUp.cuts * mostTimes && !IsComfortable(cuts, most))
         cuts = (cuts / most + 1) * most; // one place more from one of the artist's cuts to the next
-    return cuts <= m_makeUp.cuts * mostTimes ? std::optional(cuts - m_makeUp.cuts) : std::nullopt;
+    const bool bReached = cuts <= m_makeUp.cuts * mostTimes && TellsAsMuch(cuts);
+    return bReached ? std::optional(cuts - m_makeUp.cuts) : std::nullopt;
 }
 
 std::int32_t Remedies::MeanDuration() const

@@ -45,7 +45,8 @@ public:
     std::optional<Remedy> ShorterArtistSeparation() const;
     // As many cuts of other artists more as make the artist separation comfortable, one at least: cuts of the
     // level's mean duration, each with an artist and title of its own, dealt evenly into the order. Nothing
-    // when the level would have to grow more than tenfold.
+    // when the level would have to grow more than tenfold, or so much that too little is due to its cuts to
+    // tell which are starved: that would hide them, not help them.
     std::optional<Remedy> MoreCuts() const;
     // As many cuts of the commonest artist fewer as do so, one at least; the last ones in rotation order.
     std::optional<Remedy> FewerCuts() const;
@@ -55,6 +56,7 @@ private:
     const StationSnapshot& Station() const noexcept { return *m_result.cStation; }
     const SnapshotLevel& Level() const noexcept { return Station().levels[m_level]; }
     bool IsComfortable(std::size_t cuts, std::size_t most) const;
+    bool TellsAsMuch(std::size_t cuts) const;
     std::optional<std::size_t> CutsToAdd() const;
     std::vector<CutNumber> OrderWithoutCommonest() const;
     std::int32_t MeanDuration() const; // in milliseconds

@@ -2,7 +2,6 @@
 #include "forecast/Troubles.h"
 
 #include <algorithm>
-#include <cstdint>
 
 namespace ravlo
 {
@@ -11,16 +10,15 @@ Starvation StarvationOf(const SimulationResult& result, std::size_t level)
 {
     const LevelOutcome& outcome = result.levels[level];
     const std::vector<CutNumber>& order = result.cStation->levels[level].order;
-    const std::uint64_t cuts = order.size();
     Starvation starvation;
     for (std::size_t cut = 0; cut < order.size(); ++cut)
     {
         const bool bOpener = result.cStation->cuts[order[cut]].values.bOpener;
-        const std::uint64_t asked = outcome.asked - (bOpener ? 0 : outcome.askedOpener); // due x cuts
+        const Due due{outcome.asked - (bOpener ? 0 : outcome.askedOpener), order.size()};
         const std::uint64_t plays = outcome.cuts[cut].plays;
-        if (plays == 0 && asked * 2 >= cuts * 3)
+        if (plays == 0 && due.TellsNeverPlayed())
             starvation.neverPlayed.push_back(cut);
-        if (asked >= cuts * 3 && plays * 2 * cuts < asked)
+        if (due.TellsUnderHalf() && plays * 2 * due.cuts < due.slots)
             starvation.underHalf.push_back(cut);
     }
     return starvation;

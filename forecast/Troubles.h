@@ -4,13 +4,25 @@
 #include "forecast/Simulation.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace ravlo
 {
 
-// The cuts of a level that play too seldom, as positions in its order. A cut's due is the slots asked for the
-// level by its cuts; slots that ask for an opener count for openers only.
+// How many plays are due to a cut: the slots asked for its level by the level's cuts. Slots that ask for an
+// opener count for openers only.
+struct Due
+{
+    std::uint64_t slots = 0;
+    std::uint64_t cuts = 0;
+
+    // Whether so much is due that a cut without a play is starved, or one with less than half of it.
+    bool TellsNeverPlayed() const noexcept { return slots * 2 >= cuts * 3; }
+    bool TellsUnderHalf() const noexcept { return slots >= cuts * 3; }
+};
+
+// The cuts of a level that play too seldom, as positions in its order.
 struct Starvation
 {
     std::vector<std::size_t> neverPlayed; // no play although 1.5 or more are due

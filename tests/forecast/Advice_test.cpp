@@ -161,6 +161,18 @@ TEST(Advice, RemediesThatDoNotApplyAreNotTried)
     EXPECT_FALSE(Remedies(noArtist, 0).FewerCuts());
 }
 
+TEST(Advice, CutsAreNotAddedUntilTooLittleIsDue)
+{
+    // 864 slots: 284 cuts are due 3.04 plays each, 300 cuts 2.88.
+    for (const auto& [lArtistSep, bApplies] : {std::pair{200, true}, std::pair{210, false}})
+    {
+        HotStation station(EvenlySpread(), lArtistSep);
+        const SimulationResult present = Simulate(station.Snapshot(), hotHour, station.dtStart, dDays);
+        const std::optional<Remedy> remedy = Remedies(present, 0).MoreCuts();
+        EXPECT_EQ(remedy ? remedy->sName : L"", bApplies ? L"244 cuts of other artists more" : L"");
+    }
+}
+
 TEST(Advice, FairRotationIsNotAdvisedWhereItIsOn)
 {
     HotStation station(EvenlySpread(), 60);
