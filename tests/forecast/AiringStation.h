@@ -44,13 +44,14 @@ public:
         return cCut;
     }
     // As many cuts of so many artists and titles, every fourth an opener, every third played in the days
-    // before; durations, albums and plays scattered by the seed.
+    // before, every fifth with a guest; durations, albums and plays scattered by the seed.
     void AddCuts(const std::wstring& sPrefix, const std::wstring& sCategories, std::int32_t lLevel,
                  std::uint32_t cuts, std::uint32_t artists, std::uint32_t titles)
     {
         for (std::uint32_t cut = 0; cut < cuts; ++cut)
             AddCut(sPrefix + std::to_wstring(cut), sCategories, lLevel,
-                   (cut % 2 ? L"artist " : L"Artist ") + std::to_wstring(Below(artists)),
+                   (cut % 2 ? L"artist " : L"Artist ") + std::to_wstring(Below(artists)) +
+                       (cut % 5 ? L"" : L" feat. Artist " + std::to_wstring(Below(artists))),
                    L"Title " + std::to_wstring(Below(titles)),
                    {static_cast<std::int32_t>(Below(5) == 0 ? 0 : 100'000 + Below(200'000)), cut % 4 == 0,
                     cut % 3 == 0 ? dtStart - Below(5'000'000) / 1'000'000.0 : 0,
@@ -87,7 +88,8 @@ public:
 
     std::shared_ptr<StationSnapshot> Snapshot()
     {
-        return TakeSnapshot(cLib.cMod, *cLib.cSchedMan->colMainCats(), cLib.cSchedMan->History());
+        return TakeSnapshot(cLib.cMod, *cLib.cSchedMan->colMainCats(), cLib.cSchedMan->History(),
+                            cLib.cSchedMan->Options(), cLib.cSchedMan->Names());
     }
 
     Answer Play(const Slot& slot, DateTime dtAt) override

@@ -65,9 +65,11 @@ protected:
 
     void ExpectSameWeek(const Plan& plan)
     {
-        const std::shared_ptr<StationSnapshot> cSnapshot = Snapshot();
-        const SimulationResult simulated = Simulate(cSnapshot, plan, dtStart, 7);
-        const Day aired = Air(plan, 7);
+        const SimulationResult simulated = Simulate(Snapshot(), plan, dtStart, 7);
+        ExpectSame(simulated, Air(plan, 7));
+    }
+    static void ExpectSame(const SimulationResult& simulated, const Day& aired)
+    {
         EXPECT_EQ(simulated.rows.size(), aired.rows.size());
         EXPECT_EQ(LogCsv(simulated.Rows()), LogCsv(aired.rows));
         EXPECT_EQ(Summary(simulated.Rows(), simulated.dtEnd), Summary(aired.rows, aired.dtEnd));
@@ -86,8 +88,22 @@ TEST_F(WeekTest, SimulatedSlotsEqualTheAiredWeekRowForRow)
 TEST_F(WeekTest, SimulationContinuesTheDayThatWasAired)
 {
     Air(ClockPlan(sHour), 1);
-    cEngine.seed(7);
     ExpectSameWeek(ClockPlan(sHour));
+}
+
+TEST_F(WeekTest, SimulationUsesTheStationsOptionsOrOthers)
+{
+    const Plan plan = ClockPlan(sHour);
+    const SimulationResult prescribed = Simulate(Snapshot(), plan, dtStart, 7);
+    const SimulationResult others = Simulate(Snapshot(), plan, dtStart, 7, {true, true});
+    cLib.cSchedMan->SetFairRotation(true);
+    cLib.cSchedMan->SetFeaturedArtists(true);
+    const SimulationResult own = Simulate(Snapshot(), plan, dtStart, 7);
+    const SimulationResult without = Simulate(Snapshot(), plan, dtStart, 7, {false, false});
+    EXPECT_EQ(LogCsv(without.Rows()), LogCsv(prescribed.Rows()));
+    EXPECT_NE(LogCsv(own.Rows()), LogCsv(prescribed.Rows()));
+    EXPECT_EQ(LogCsv(own.Rows()), LogCsv(others.Rows()));
+    ExpectSame(own, Air(plan, 7));
 }
 
 } // namespace
