@@ -212,6 +212,11 @@ struct ScreenLibrary
         StartDrag();
         CutActions().DragCompleted(LibraryCuts::Drop{false, L"", row, sGridPayload});
     }
+    void Remove(const Rows& colRows)
+    {
+        cGridView.Select(colRows);
+        CutActions().GridDelete();
+    }
     Keys RowKeys()
     {
         Keys colKeys;
@@ -238,6 +243,12 @@ struct ScreenLibrary
     clsSchedMan& Man() { return *cLibrary.cSchedMan; }
     FakeDataBase& DataBase() { return *cLibrary.cDataBase; }
     Keys Order(const std::wstring& sName, std::int32_t lLevel) const { return cLibrary.Order(sName, lLevel); }
+    // In level 1 of Rock and of Jazz.
+    void ExpectOrders(const Keys& colRock, const Keys& colJazz) const
+    {
+        EXPECT_EQ(Order(L"Rock", 1), colRock);
+        EXPECT_EQ(Order(L"Jazz", 1), colJazz);
+    }
     std::shared_ptr<clsCat> MainCat(const std::wstring& sName) const { return cLibrary.MainCat(sName); }
     std::shared_ptr<clsCat> Level(const std::wstring& sName, std::int32_t lLevel) const
     {
