@@ -42,6 +42,24 @@ struct Selector : CategoryTest
         EXPECT_EQ(cScreen.Selected(lstCat), colMarked);
         EXPECT_EQ(cScreen.Current(lstCat), sCurrent);
     }
+    void ExpectLevels(const Texts& colLevels, const std::wstring& sCurrent)
+    {
+        EXPECT_EQ(cScreen.Entries(lstlvl), colLevels);
+        EXPECT_EQ(cScreen.Current(lstlvl), sCurrent);
+    }
+    void AddLevel(const std::wstring& sCat, int lLevel)
+    {
+        MainCat(sCat)->AddSubCat(std::make_shared<clsCat>(cMod, sCat, lLevel));
+    }
+    // Something that happens once, while the first cut is read.
+    void WhileReading(const std::function<void()>& happens)
+    {
+        CutOf(0)->OnCall = [this, happens](const std::string&) {
+            const auto now = happens; // outlives the hook
+            CutOf(0)->OnCall = nullptr;
+            now();
+        };
+    }
     // Of the songs' controls, and of the lists before them.
     void ExpectEnabled(bool bSongs, bool bLists)
     {
@@ -84,8 +102,7 @@ TEST_F(Selector, SettingTheCategoriesClearsTheSelections)
 TEST_F(Selector, AClickOnACategoryShowsItsLevelsAndChoosesTheFirst)
 {
     ClickCat(L"Rock");
-    EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"3", L"ALL"}));
-    EXPECT_EQ(cScreen.Current(lstlvl), L"1");
+    ExpectLevels({L"1", L"3", L"ALL"}, L"1");
     ExpectChosen(MainCat(L"Rock"), Level(L"Rock", 1));
     ExpectEvents({L"Rock 1"});
     ExpectSongs(colRock1);
@@ -106,30 +123,24 @@ TEST_F(Selector, AMainCategoryWithoutLevelsHasNoALLAndIsChosenItself)
 
 // ---- levels ----
 
-TEST_F(Selector, ALevelIsChosenOnceAndTakesTheFocus)
+TEST_F(Selector, ALevelOrALLIsChosenOnceAndTheListTakesTheFocusUnlessHidden)
 {
-    Choose(L"Rock", L"3");
-    ClickLevel(L"3");
-    ExpectEvents({L"Rock 1", L"Rock 3"});
-    ExpectChosen(MainCat(L"Rock"), Level(L"Rock", 3));
-    ExpectSongs({L"Mango - Stone"});
-    EXPECT_EQ(cScreen.eFocus, lstlvl);
-}
-
-TEST_F(Selector, AHiddenLevelListDoesNotTakeTheFocus)
-{
+    const auto expectChosenOnce =
+        [&](const wchar_t* sLevel, const std::shared_ptr<clsCat>& cSubCat, const Texts& colSongs) {
+        colEvents.clear();
+        ClickLevel(sLevel);
+        ClickLevel(sLevel);
+        ExpectEvents({L"Rock " + std::to_wstring(cSubCat->CatLevel())});
+        ExpectChosen(MainCat(L"Rock"), cSubCat);
+        ExpectSongs(colSongs);
+    };
+    ClickCat(L"Rock");
     cScreen.bLevelsHidden = true;
-    Choose(L"Rock", L"3");
+    expectChosenOnce(L"ALL", MainCat(L"Rock"), colRock);
     EXPECT_EQ(cScreen.eFocus, std::nullopt);
-}
-
-TEST_F(Selector, ALLChoosesTheMainCategoryItselfOnce)
-{
-    Choose(L"Rock", L"ALL");
-    ClickLevel(L"ALL");
-    ExpectEvents({L"Rock 1", L"Rock 0"});
-    ExpectChosen(MainCat(L"Rock"), MainCat(L"Rock"));
-    ExpectSongs(colRock);
+    cScreen.bLevelsHidden = false;
+    expectChosenOnce(L"3", Level(L"Rock", 3), {L"Mango - Stone"});
+    EXPECT_EQ(cScreen.eFocus, lstlvl);
 }
 
 TEST_F(Selector, DeletedLevelIsNoneAndReportedOnce)
@@ -214,25 +225,14 @@ TEST_F(Selector, ALLListsEachCutOfItsLevelsOnceAndAsksNoneForItsKey)
     EXPECT_EQ(cSelector.SelectedCuts(), (Cuts{CutOf(2)}));
 }
 
-TEST_F(Selector, ALevelThatShrinksWhileItIsReadIsReadToItsNewEnd)
+TEST_F(Selector, ALevelThatShrinksWhileItIsReadIsReadToItsNewEndButALLWhole)
 {
-    CutOf(0)->OnCall = [&](const std::string&) {
-        CutOf(0)->OnCall = nullptr;
-        Level(L"Rock", 1)->RemoveCut(CutOf(1));
-    };
+    WhileReading([&] { Level(L"Rock", 1)->RemoveCut(CutOf(1)); });
     ClickCat(L"Rock");
     ExpectSongs({L"Zebra - Stripes"});
-}
-
-TEST_F(Selector, ALLIsListedWholeWhenItsLevelsChangeWhileItIsRead)
-{
-    ClickCat(L"Rock");
-    CutOf(0)->OnCall = [&](const std::string&) {
-        CutOf(0)->OnCall = nullptr;
-        MainCat(L"Rock")->RemoveSubCat(Level(L"Rock", 1));
-    };
+    WhileReading([&] { MainCat(L"Rock")->RemoveSubCat(Level(L"Rock", 1)); });
     ClickLevel(L"ALL");
-    ExpectSongs(colRock);
+    ExpectSongs({L"Zebra - Stripes", L"Mango - Stone"});
 }
 
 // ---- the opener filter ----
@@ -252,16 +252,23 @@ TEST_F(Selector, TheOpenerFilterListsOnlyOpenersAndReportsItself)
     ExpectEvents({L"Rock 1", L"openers", L"all cuts", L"openers"});
 }
 
-TEST_F(Selector, AnOpenerClickDuringItsOwnEventIsIgnored)
+TEST_F(Selector, AClickDuringItsOwnEventIsIgnored)
 {
     int lEvents = 0;
     cSelector.OpenerChanged = [&](bool) {
         ++lEvents;
         ClickOpener(false);
     };
+    cSelector.CatChanged = [&](std::shared_ptr<clsCat>&) {
+        ++lEvents;
+        ClickCat(L"Jazz");
+    };
     ClickOpener(true);
     EXPECT_EQ(lEvents, 1);
     EXPECT_TRUE(cSelector.Opener());
+    ClickCat(L"Rock");
+    EXPECT_EQ(lEvents, 2);
+    EXPECT_EQ(cSelector.SelectedMainCat(), MainCat(L"Rock"));
 }
 
 // ---- choosing in code ----
@@ -280,31 +287,20 @@ TEST_F(Selector, SettingTheMainCategoryRunsItsClick)
 
 TEST_F(Selector, SettingTheLevelChoosesItAndNoneChoosesALL)
 {
+    const auto expectLevel = [&](const std::shared_ptr<clsCat>& cSet, const wchar_t* sCurrent,
+                                 const std::shared_ptr<clsCat>& cChosen) {
+        cSelector.SetSelectedSubCat(cSet);
+        EXPECT_EQ(cScreen.Current(lstlvl), sCurrent);
+        EXPECT_EQ(cSelector.SelectedSubCat(), cChosen);
+    };
     cSelector.SetSelectedSubCat(nullptr);
     ExpectEvents({}); // nothing to choose from
     cSelector.SetSelectedMainCat(MainCat(L"Rock"));
-    cSelector.SetSelectedSubCat(Level(L"Rock", 3));
-    EXPECT_EQ(cScreen.Current(lstlvl), L"3");
-    EXPECT_EQ(cSelector.SelectedSubCat(), Level(L"Rock", 3));
-    cSelector.SetSelectedSubCat(nullptr);
-    EXPECT_EQ(cScreen.Current(lstlvl), L"ALL");
-    EXPECT_EQ(cSelector.SelectedSubCat(), MainCat(L"Rock"));
-    cSelector.SetSelectedSubCat(std::make_shared<clsCat>(cMod, L"Rock", 99));
-    EXPECT_EQ(cScreen.Current(lstlvl), L"ALL");
+    expectLevel(Level(L"Rock", 3), L"3", Level(L"Rock", 3));
+    expectLevel(nullptr, L"ALL", MainCat(L"Rock"));
+    expectLevel(std::make_shared<clsCat>(cMod, L"Rock", 99), L"ALL", MainCat(L"Rock"));
     ExpectEvents({L"Rock 1", L"Rock 3", L"Rock 0"});
     EXPECT_EQ(cScreen.eFocus, std::nullopt);
-}
-
-TEST_F(Selector, ACategoryClickDuringAChangeIsIgnored)
-{
-    int lEvents = 0;
-    cSelector.CatChanged = [&](std::shared_ptr<clsCat>&) {
-        ++lEvents;
-        ClickCat(L"Jazz");
-    };
-    ClickCat(L"Rock");
-    EXPECT_EQ(lEvents, 1);
-    EXPECT_EQ(cSelector.SelectedMainCat(), MainCat(L"Rock"));
 }
 
 TEST_F(Selector, RefillingTheListsChangesNoChoice)
@@ -327,10 +323,9 @@ TEST_F(Selector, ARefreshKeepsTheChoiceAndReportsNothing)
     EXPECT_EQ(cScreen.Current(lstlvl), L"3");
     ExpectSongs({L"Mango - Stone"});
     ClickLevel(L"ALL");
-    MainCat(L"Rock")->AddSubCat(std::make_shared<clsCat>(cMod, L"Rock", 2));
+    AddLevel(L"Rock", 2);
     Refresh();
-    EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"2", L"3", L"ALL"}));
-    EXPECT_EQ(cScreen.Current(lstlvl), L"ALL");
+    ExpectLevels({L"1", L"2", L"3", L"ALL"}, L"ALL");
     ExpectEvents({L"Rock 1", L"Rock 3", L"Rock 0"});
 }
 
@@ -378,13 +373,14 @@ TEST_F(Selector, OnlyWithMultiSelectSeveralCategoriesStaySelected)
 
 TEST_F(Selector, NOCATCannotBeSelectedWithARealCategory)
 {
+    const auto expectSelected = [&](const wchar_t* sClicked, const wchar_t* sSelected) {
+        ClickCat(sClicked, true);
+        EXPECT_EQ(cScreen.Selected(lstCat), (Texts{sSelected}));
+    };
     AllowMulti();
-    ClickCat(L"NOCAT");
-    EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"NOCAT"}));
-    ClickCat(L"Rock", true);
-    EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Rock"}));
-    ClickCat(L"NOCAT", true);
-    EXPECT_EQ(cScreen.Selected(lstCat), (Texts{L"Rock"}));
+    expectSelected(L"NOCAT", L"NOCAT");
+    expectSelected(L"Rock", L"Rock");
+    expectSelected(L"NOCAT", L"Rock");
 }
 
 TEST_F(Selector, WithMultiSelectTheCutsCannotBePicked)
@@ -450,7 +446,7 @@ TEST_F(Selector, ALLIsRefusedWhenSeveralCategoriesMayBeSelected)
 TEST_F(Selector, TheCategoriesAndTheLevelOfACutAreMarked)
 {
     const auto cBoth = Add(L"both", L"Jazz/Rock", 1, L"A", L"B");
-    MainCat(L"Jazz")->AddSubCat(std::make_shared<clsCat>(cMod, L"Jazz", 1));
+    AddLevel(L"Jazz", 1);
     AllowMulti();
     cSelector.ShowCutCatsAsSelected(cBoth);
     ExpectMarked({L"Rock", L"Jazz"}, L"Jazz"); // the first of the cut's own
@@ -473,20 +469,14 @@ TEST_F(Selector, ChosenCategoryStaysCurrentIfItContainsTheCut)
 
 TEST_F(Selector, NOCATIsNotMarkedWithARealCategory)
 {
-    const struct
-    {
-        const wchar_t* sCategories;
-        Texts marked;
-        const wchar_t* sCurrent;
-    } table[] = {{L"NOCAT/Rock", {L"Rock"}, L"Rock"},
-                 {L"Rock/NOCAT", {L"Rock"}, L"Rock"},
-                 {L"NOCAT", {L"NOCAT"}, L"NOCAT"}};
+    const auto expectMarked = [&](const std::wstring& sCategories, const std::wstring& sMarked) {
+        cSelector.ShowCutCatsAsSelected(Add(sCategories, sCategories, 1, L"A", L"B"));
+        ExpectMarked({sMarked}, sMarked);
+    };
     AllowMulti();
-    for (const auto& row : table)
-    {
-        cSelector.ShowCutCatsAsSelected(Add(row.sCategories, row.sCategories, 1, L"A", L"B"));
-        ExpectMarked(row.marked, row.sCurrent);
-    }
+    expectMarked(L"NOCAT/Rock", L"Rock");
+    expectMarked(L"Rock/NOCAT", L"Rock");
+    expectMarked(L"NOCAT", L"NOCAT");
     EXPECT_EQ(Shown(), Boxes());
 }
 

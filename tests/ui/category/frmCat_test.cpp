@@ -108,12 +108,21 @@ struct Form : CategoryTest
         cView.OnModal = OnModal;
         return Show(cSchedMan);
     }
-    std::int32_t OpenAndOK(const std::wstring& sCat, int lLevel, const std::function<void()>& act = {})
+    void OpenAndOK(
+        const std::wstring& sCat, int lLevel, const std::function<void()>& act = [] {})
     {
-        return Open(sCat, lLevel, [&] {
-            if (act)
-                act();
+        const auto actAndOK = [&] {
+            act();
             cForm->OKClick();
+        };
+        EXPECT_EQ(Open(sCat, lLevel, actAndOK), lChosen);
+    }
+    // On the category pane.
+    void OpenRules(const std::wstring& sCat, int lLevel, const std::function<void()>& act)
+    {
+        Open(sCat, lLevel, [&] {
+            cForm->TabClick(RulesPane::Category);
+            act();
         });
     }
     // With a new presenter: each shows its window once.
@@ -126,6 +135,12 @@ struct Form : CategoryTest
     {
         cView.texts[eBox] = sText;
         cForm->BoxChanged(eBox);
+    }
+    void EditBothPanes()
+    {
+        Type(txtArtistSepMins1, L"46");
+        Type(txtTitleSepMins0, L"47");
+        Type(txtGlobalAlbumSepMins, L"48");
     }
     void ClickIgnore(bool bChecked)
     {
@@ -140,8 +155,7 @@ struct Form : CategoryTest
     // Opens the window on a level and applies one rule of it.
     void ApplyRule(const std::wstring& sCat, int lLevel, RuleBox eBox, const std::wstring& sText)
     {
-        Open(sCat, lLevel, [&] {
-            cForm->TabClick(RulesPane::Category);
+        OpenRules(sCat, lLevel, [&] {
             Type(eBox, sText);
             cForm->ApplyClick();
         });
@@ -213,6 +227,12 @@ struct Form : CategoryTest
                 return false;
         return cView.bBusy && cScreen.bHourglass;
     }
+    // The lists of categories and of levels: what is current.
+    void ExpectCurrent(const std::wstring& sCat, const std::wstring& sLevel)
+    {
+        EXPECT_EQ(cScreen.Current(lstCat), sCat);
+        EXPECT_EQ(cScreen.Current(lstlvl), sLevel);
+    }
     void Answers(BoxAnswer eAnswer) { cPorts.cMessages.eDefaultAnswer = eAnswer; }
     std::string Settings() const { return cPorts.cFiles.Get(sSettingsPath); }
     bool HasRules(const wchar_t* sLevel) const // a rules file of Rock
@@ -237,27 +257,26 @@ struct Form : CategoryTest
 
 TEST_F(Form, ShowsTheCaptionAndNewButtonsOfTheRequest)
 {
-    Open(L"", 0, [&] {
-        EXPECT_EQ(cView.sCaption, L"Category");
-        EXPECT_FALSE(cView.bNewButtons);
-    });
+    const auto expectShown = [&](const wchar_t* sCaption, bool bNewButtons) {
+        Open(L"", 0, [&] {
+            EXPECT_EQ(cView.sCaption, sCaption);
+            EXPECT_EQ(cView.bNewButtons, bNewButtons);
+        });
+    };
+    expectShown(L"Category", false);
     request.sCaption = L"Pick one";
     request.bAllowNew = true;
-    Open(L"", 0, [&] {
-        EXPECT_EQ(cView.sCaption, L"Pick one");
-        EXPECT_TRUE(cView.bNewButtons);
-    });
+    expectShown(L"Pick one", true);
 }
 
 TEST_F(Form, OpensOnTheGivenCategoryLevelAndOpenerFilter)
 {
     request.bOpenerChosen = true;
     Open(L"Rock", 3, [&] {
-        EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
-        EXPECT_EQ(cScreen.Current(lstlvl), L"3");
+        ExpectCurrent(L"Rock", L"3");
         EXPECT_TRUE(cScreen.Checked(chkOpener));
     });
-    Open(L"Rock", 0, [&] { EXPECT_EQ(cScreen.Current(lstlvl), L"ALL"); });
+    Open(L"Rock", 0, [&] { ExpectCurrent(L"Rock", L"ALL"); });
 }
 
 TEST_F(Form, AMarkedCutIsShownOnlyWithMultiSelect)
@@ -293,15 +312,11 @@ TEST_F(Form, SaysThatItNeedsTheCategoriesBeforeAnyPopulation)
 
 TEST_F(Form, OKReturnsTheChoice)
 {
-    EXPECT_EQ(Open(
-                  L"", 0,
-                  [&] {
+    OpenAndOK(L"", 0, [&] {
         ClickCat(L"Rock");
         ClickOpener(true);
         cScreen.lists[lstsongs1].lSelected = {0};
-        cForm->OKClick();
-                  }),
-              1);
+    });
     ExpectChosen(MainCat(L"Rock"), Level(L"Rock", 1));
     EXPECT_TRUE(request.bOpenerChosen);
     EXPECT_EQ(request.colSelCuts, (Cuts{CutOf(1)}));
@@ -324,15 +339,13 @@ TEST_F(Form, CancelOrAnyOtherEndChangesNothing)
     request.colSelCuts = {CutOf(4)};
     for (const bool bCancel : {true, false})
     {
-        EXPECT_EQ(Open(
-                      L"Rock", 3,
-                      [&] {
+        const auto choose = [&] {
             ClickCat(L"Jazz");
             ClickOpener(true);
             if (bCancel)
                 cForm->CancelClick();
-                      }),
-                  2);
+        };
+        EXPECT_EQ(Open(L"Rock", 3, choose), lNotChosen);
         ExpectChosen(MainCat(L"Rock"), Level(L"Rock", 3));
         EXPECT_FALSE(request.bOpenerChosen);
         EXPECT_EQ(request.colSelCuts, (Cuts{CutOf(4)}));
@@ -360,17 +373,16 @@ TEST_F(Form, OnlyWithMultiSelectTheCutReceivesLevelAndCategories)
 
 TEST_F(Form, WithMultiSelectALLIsRefusedAndTheCutStaysAsItWas)
 {
-    request.bAllowMultiSelect = true;
     const auto chooseAll = [&] {
         ClickCat(L"Rock");
         ClickLevel(L"ALL");
-        cForm->OKClick();
     };
-    EXPECT_EQ(Open(L"", 0, chooseAll), lChosen);
+    request.bAllowMultiSelect = true;
+    OpenAndOK(L"", 0, chooseAll);
     EXPECT_EQ(Shown(), Boxes()) << "without a cut it is an answer like another";
     ExpectChosen(MainCat(L"Rock"), nullptr);
     MultiSelect(3);
-    EXPECT_EQ(Open(L"", 0, chooseAll), lChosen);
+    OpenAndOK(L"", 0, chooseAll);
     EXPECT_EQ(Shown(),
               (Boxes{OkBox(BoxIcon::Exclamation, L"'ALL' is Not Valid",
                            L"Choose a level other than 'ALL' to be able to multi-select categories")}));
@@ -381,16 +393,12 @@ TEST_F(Form, WithMultiSelectALLIsRefusedAndTheCutStaysAsItWas)
 TEST_F(Form, WithMultiSelectACutWhoseLastCategoryIsUnmarkedStaysAsItWas)
 {
     MultiSelect(3);
-    EXPECT_EQ(Open(
-                  L"", 0,
-                  [&] {
+    OpenAndOK(L"", 0, [&] {
         MainCat(L"Jazz")->AddSubCat(std::make_shared<clsCat>(cMod, L"Jazz", 5));
         cScreen.lists[lstCat].lSelected.clear();
         cSelector.CatClick();
         ClickLevel(L"5");
-        cForm->OKClick();
-                  }),
-              lChosen);
+    });
     ExpectCut(3, L"Jazz", 2);
     EXPECT_EQ(Shown(), Boxes());
 }
@@ -410,14 +418,11 @@ TEST_F(Form, ACutThatCannotBeChangedIsAnErrorAndNothingIsReturned)
 
 TEST_F(Form, ClicksAfterClosingAreIgnored)
 {
-    EXPECT_EQ(Open(
-                  L"Rock", 3,
-                  [&] {
+    OpenAndOK(L"Rock", 3, [&] {
         Type(txtGlobalAlbumSepMins, L"46");
         cForm->OKClick();
         ClickEverything();
-                  }),
-              lChosen);
+    });
     EXPECT_EQ(cMod.GlobalAlbumSepMins(), 60);
     EXPECT_TRUE(cView.bRulesArea);
     EXPECT_EQ(cView.ePane, RulesPane::Global);
@@ -458,8 +463,7 @@ TEST_F(Form, CutIsNotPlacedInACategoryDeletedDuringTheCall)
 
 TEST_F(Form, ApplyOrYesAfterAReloadChangesTheCurrentRules)
 {
-    Open(L"Rock", 3, [&] {
-        cForm->TabClick(RulesPane::Category);
+    OpenRules(L"Rock", 3, [&] {
         Repopulate();
         Type(txtArtistSepMins1, L"46");
         cForm->ApplyClick();
@@ -475,8 +479,7 @@ TEST_F(Form, ApplyOrYesAfterAReloadChangesTheCurrentRules)
 
 TEST_F(Form, ApplyToADeletedCategorySavesNothingAndShowsWhatIsLeft)
 {
-    Open(L"Rock", 3, [&] {
-        cForm->TabClick(RulesPane::Category);
+    OpenRules(L"Rock", 3, [&] {
         Type(txtArtistSepMins1, L"46");
         cSchedMan->DeleteCats({MainCat(L"Rock")});
         Shown().clear();
@@ -512,21 +515,20 @@ TEST_F(Form, TheCategoryPaneShowsTheRulesOfTheChosenCategory)
     Rules(L"Rock", 3).Apply({21, 22, 23, true});
     Rules(L"Rock", 0).Apply({31, std::nullopt, -1, false});
     Rules(L"Jazz", 2).Apply({41, 42, 43, false});
-    Open(L"Rock", 3, [&] {
-        cForm->TabClick(RulesPane::Category);
+    const auto expectRules = [&](const std::wstring& sOf, const Texts& colMinutes, bool bIgnored) {
+        EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: " + sOf);
+        EXPECT_EQ(TextsOf(RulesPane::Category), colMinutes);
+        EXPECT_EQ(cView.bIgnore, bIgnored);
+        EXPECT_EQ(cView.enabled[txtArtistSepMins1], !bIgnored);
+        EXPECT_EQ(cView.enabled[txtTitleSepMins1], !bIgnored);
+    };
+    OpenRules(L"Rock", 3, [&] {
         EXPECT_EQ(cView.ePane, RulesPane::Category);
-        EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Rock 3");
-        EXPECT_EQ(TextsOf(RulesPane::Category), (Texts{L"21", L"22", L"23"}));
-        EXPECT_TRUE(cView.bIgnore);
-        EXPECT_FALSE(cView.enabled[txtArtistSepMins1]);
-        EXPECT_FALSE(cView.enabled[txtTitleSepMins1]);
+        expectRules(L"Rock 3", {L"21", L"22", L"23"}, true);
         ClickLevel(L"ALL");
-        EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Rock [ALL LEVELS].");
-        EXPECT_EQ(TextsOf(RulesPane::Category), (Texts{L"31", L"60", L"-1"})) << "60: the global one";
-        EXPECT_TRUE(cView.enabled[txtArtistSepMins1]);
+        expectRules(L"Rock [ALL LEVELS].", {L"31", L"60", L"-1"}, false); // 60: the global one
         ClickCat(L"Jazz");
-        EXPECT_EQ(cView.sRulesTitle, L"Showing Rules for: Jazz 2");
-        EXPECT_EQ(TextsOf(RulesPane::Category), (Texts{L"41", L"42", L"43"}));
+        expectRules(L"Jazz 2", {L"41", L"42", L"43"}, false);
         EXPECT_FALSE(cView.bApply);
         EXPECT_EQ(Shown(), Boxes());
     });
@@ -534,8 +536,7 @@ TEST_F(Form, TheCategoryPaneShowsTheRulesOfTheChosenCategory)
 
 TEST_F(Form, CategoryRulesAndNewLevelsNeedACategory)
 {
-    Open(L"", 0, [&] {
-        cForm->TabClick(RulesPane::Category);
+    OpenRules(L"", 0, [&] {
         EXPECT_EQ(cView.ePane, RulesPane::Global);
         EXPECT_EQ(cView.sRulesTitle, sGlobalTitle);
         cForm->NewLevelClick();
@@ -564,21 +565,23 @@ TEST_F(Form, IgnoringRulesDisablesArtistAndTitleOnly)
 
 TEST_F(Form, ApplyIsEnabledByAnEditOfTheVisiblePane)
 {
+    const auto expectEnabled = [&](RulesPane ePane, RulesPane eOther) {
+        for (const RuleBox eBox : BoxesOf(ePane))
+        {
+            cForm->TabClick(ePane);
+            Type(eBox, L"5");
+            EXPECT_TRUE(cView.bApply);
+            cForm->TabClick(eOther);
+            EXPECT_FALSE(cView.bApply);
+            cForm->TabClick(ePane);
+            EXPECT_TRUE(cView.bApply);
+            cForm->ApplyClick();
+            EXPECT_FALSE(cView.bApply);
+        }
+    };
     Open(L"Rock", 3, [&] {
-        for (const auto& [ePane, eOther] : {std::pair{RulesPane::Global, RulesPane::Category},
-                                            std::pair{RulesPane::Category, RulesPane::Global}})
-            for (const RuleBox eBox : BoxesOf(ePane))
-            {
-                cForm->TabClick(ePane);
-                Type(eBox, L"5");
-                EXPECT_TRUE(cView.bApply);
-                cForm->TabClick(eOther);
-                EXPECT_FALSE(cView.bApply);
-                cForm->TabClick(ePane);
-                EXPECT_TRUE(cView.bApply);
-                cForm->ApplyClick();
-                EXPECT_FALSE(cView.bApply);
-            }
+        expectEnabled(RulesPane::Global, RulesPane::Category);
+        expectEnabled(RulesPane::Category, RulesPane::Global);
         ClickIgnore(true);
         EXPECT_TRUE(cView.bApply);
     });
@@ -588,61 +591,51 @@ TEST_F(Form, ApplyIsEnabledByAnEditOfTheVisiblePane)
 
 TEST_F(Form, ApplyStoresTheGlobalRules)
 {
-    const struct
-    {
-        const wchar_t* sTyped;
-        std::int32_t lArtistOrTitle; // absolute
-        std::int32_t lAlbum;         // negative becomes 60
-    } table[] = {
-        {L"45", 45, 45},          {L"0", 0, 0},
-        {L"-5", 5, 60},           {L" 7.5 ", 8, 8},
-        {L"6.5", 6, 6},           {L"1e2", 100, 100},
-        {L"abc", 33, 33},         {L"", 33, 33},
-        {L"&H10", 16, 16},        {L"9999999999", 33, 33},
-        {L"-2147483648", 33, 60},
-    };
-    for (const auto& row : table)
-    {
+    // Artist and title become absolute, a negative album becomes 60; what is no number changes nothing.
+    const auto expectStored = [&](const wchar_t* sTyped, std::int32_t lArtistOrTitle, std::int32_t lAlbum) {
+        const std::wstring sBoth = std::to_wstring(lArtistOrTitle);
+        const std::string both = std::to_string(lArtistOrTitle) + "\r\n";
         SetGlobalMins({33, 33, 33});
-        const Minutes lStored{row.lArtistOrTitle, row.lArtistOrTitle, row.lAlbum};
-        Texts colStored;
-        std::string settings;
-        for (const std::int32_t lValue : lStored)
-        {
-            colStored.push_back(std::to_wstring(lValue));
-            settings += std::to_string(lValue) + "\r\n";
-        }
         Open(L"Rock", 3, [&] {
-            TypeAll(RulesPane::Global, row.sTyped);
+            TypeAll(RulesPane::Global, sTyped);
             cForm->ApplyClick();
-            EXPECT_EQ(TextsOf(RulesPane::Global), colStored);
+            EXPECT_EQ(TextsOf(RulesPane::Global), (Texts{sBoth, sBoth, std::to_wstring(lAlbum)}));
         });
-        EXPECT_EQ(GlobalMins(), lStored);
-        EXPECT_EQ(Settings(), settings);
-    }
+        EXPECT_EQ(GlobalMins(), (Minutes{lArtistOrTitle, lArtistOrTitle, lAlbum}));
+        EXPECT_EQ(Settings(), both + both + std::to_string(lAlbum) + "\r\n");
+    };
+    expectStored(L"45", 45, 45);
+    expectStored(L"0", 0, 0);
+    expectStored(L"-5", 5, 60);
+    expectStored(L" 7.5 ", 8, 8);
+    expectStored(L"6.5", 6, 6);
+    expectStored(L"1e2", 100, 100);
+    expectStored(L"abc", 33, 33);
+    expectStored(L"", 33, 33);
+    expectStored(L"&H10", 16, 16);
+    expectStored(L"9999999999", 33, 33);
+    expectStored(L"-2147483648", 33, 60);
 }
 
 TEST_F(Form, ApplyStoresTheRulesOfTheCategory)
 {
-    const struct
-    {
-        const wchar_t* sTyped;
-        std::int32_t lArtistOrTitle; // absolute
-        std::int32_t lAlbum;         // below zero unsets the rule
-    } table[] = {{L"45", 45, 45}, {L"-5", 5, -5}, {L"0", 0, 0},
-                 {L"x", 20, 20},  {L"7.5", 8, 8}, {L"9999999999", 20, 20}};
-    for (const auto& row : table)
-    {
+    // As the global rules, but an album below zero unsets the rule.
+    const auto expectStored = [&](const wchar_t* sTyped, std::int32_t lArtistOrTitle, std::int32_t lAlbum) {
         Rules(L"Rock", 3).Apply({20, 20, 20, false});
-        Open(L"Rock", 3, [&] {
-            cForm->TabClick(RulesPane::Category);
-            TypeAll(RulesPane::Category, row.sTyped);
+        OpenRules(L"Rock", 3, [&] {
+            TypeAll(RulesPane::Category, sTyped);
             ClickIgnore(true);
             cForm->ApplyClick();
         });
-        EXPECT_EQ(Mins(L"Rock", 3), (Minutes{row.lArtistOrTitle, row.lArtistOrTitle, row.lAlbum}));
+        EXPECT_EQ(Mins(L"Rock", 3), (Minutes{lArtistOrTitle, lArtistOrTitle, lAlbum}));
         EXPECT_TRUE(Rules(L"Rock", 3).IgnoreRules());
-    }
+    };
+    expectStored(L"45", 45, 45);
+    expectStored(L"-5", 5, -5);
+    expectStored(L"0", 0, 0);
+    expectStored(L"x", 20, 20);
+    expectStored(L"7.5", 8, 8);
+    expectStored(L"9999999999", 20, 20);
     EXPECT_EQ(Shown(), Boxes());
 }
 
@@ -696,12 +689,8 @@ TEST_F(Form, NewGlobalValuesShowInTheCategoryPaneWhereItHasNoneOfItsOwn)
 TEST_F(Form, RulesThatCannotBeSavedAreReported)
 {
     cPorts.cFiles.MakeFolders(L"C:\\Radio\\Scheduler\\Rules");
-    Open(L"Rock", 3, [&] {
-        cForm->TabClick(RulesPane::Category);
-        Type(txtArtistSepMins1, L"46");
-        cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\Rules");
-        cForm->ApplyClick();
-    });
+    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\Rules");
+    ApplyRule(L"Rock", 3, txtArtistSepMins1, L"46");
     ASSERT_EQ(Shown().size(), 2u); // the second one after the error itself
     EXPECT_EQ(Shown()[0].sTitle, L"SaveRules");
     EXPECT_EQ(Shown()[1],
@@ -714,9 +703,7 @@ TEST_F(Form, ChangingTheCategoryAsksOnceAndYesSavesEveryEditedPane)
 {
     Answers(BoxAnswer::Yes);
     Open(L"Rock", 3, [&] {
-        Type(txtArtistSepMins1, L"46");
-        Type(txtTitleSepMins0, L"47");
-        Type(txtGlobalAlbumSepMins, L"48");
+        EditBothPanes();
         ClickCat(L"Jazz");
         EXPECT_EQ(Shown(), (Boxes{PendingChanges(L"Rock")}));
         ClickLevel(L"ALL");
@@ -734,9 +721,7 @@ TEST_F(Form, NoLosesTheEdits)
         Shown().clear();
         Answers(eAnswer);
         OpenAndOK(L"Rock", 3, [&] {
-            Type(txtArtistSepMins1, L"46");
-            Type(txtTitleSepMins0, L"47");
-            Type(txtGlobalAlbumSepMins, L"48");
+            EditBothPanes();
             ClickCat(L"Jazz");
             EXPECT_EQ(TextsOf(RulesPane::Global), (Texts{L"60", L"60", L"60"}));
             ClickCat(L"Rock");
@@ -796,13 +781,7 @@ TEST_F(Form, TheSelectedCutsAreTakenBeforeTheQuestion)
 TEST_F(Form, ClicksWhileTheQuestionIsOpenAreIgnored)
 {
     cPorts.cMessages.OnShown = [&] { ClickEverything(); };
-    EXPECT_EQ(Open(
-                  L"Rock", 3,
-                  [&] {
-        Type(txtArtistSepMins1, L"46");
-        cForm->OKClick();
-                  }),
-              lChosen);
+    OpenAndOK(L"Rock", 3, [&] { Type(txtArtistSepMins1, L"46"); });
     EXPECT_EQ(Shown().size(), 1u);
     EXPECT_TRUE(cPorts.cMessages.Inputs.empty());
 }
@@ -835,8 +814,7 @@ TEST_F(Form, ANewCategoryIsListedAndChosen)
 {
     OpenAndOK(L"Rock", 3, [&] {
         cForm->NewClick(); // given up
-        EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
-        EXPECT_EQ(cScreen.Current(lstlvl), L"3");
+        ExpectCurrent(L"Rock", L"3");
         cPorts.cMessages.Typed = {L"Swing/Bop"};
         cForm->NewClick();
         EXPECT_EQ(cScreen.Entries(lstCat), (Texts{L"Rock", L"Jazz", L"NOCAT", L"Swing_Bop"}));
@@ -870,7 +848,7 @@ TEST_F(Form, WithMultiSelectANewCategoryIsCurrentButNotSelected)
     }
 }
 
-TEST_F(Form, NothingCanBeUsedWhileACategoryOrLevelIsMade)
+TEST_F(Form, NothingCanBeUsedWhileACategoryOrLevelIsMadeAndEditsAreKept)
 {
     for (int i = 0; i < 1000; ++i) // enough for the save to pump messages
         Add(L"more " + std::to_wstring(i), L"Rock", 1, L"A", std::to_wstring(i));
@@ -896,25 +874,13 @@ TEST_F(Form, NothingCanBeUsedWhileACategoryOrLevelIsMade)
         EXPECT_FALSE(cView.bBusy);
         EXPECT_TRUE(cScreen.enabled.at(lstCat));
         EXPECT_FALSE(cScreen.bHourglass);
+        EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"2", L"3", L"ALL"}));
+        ExpectCurrent(L"Rock", L"3");
+        EXPECT_EQ(cView.texts[txtArtistSepMins1], L"46");
     });
     EXPECT_GT(lTries, 2);
     EXPECT_EQ(cPorts.cMessages.Inputs.size(), 2u);
     EXPECT_EQ(Shown(), Boxes());
-    EXPECT_TRUE(Level(L"Rock", 2));
-}
-
-TEST_F(Form, ANewLevelKeepsTheChoiceAndPendingEdits)
-{
-    cPorts.cMessages.Typed = {L"2"};
-    Open(L"Rock", 3, [&] {
-        Type(txtArtistSepMins1, L"46");
-        cForm->NewLevelClick();
-        EXPECT_EQ(cScreen.Entries(lstlvl), (Texts{L"1", L"2", L"3", L"ALL"}));
-        EXPECT_EQ(cScreen.Current(lstCat), L"Rock");
-        EXPECT_EQ(cScreen.Current(lstlvl), L"3");
-        EXPECT_EQ(cView.texts[txtArtistSepMins1], L"46");
-        EXPECT_EQ(Shown(), Boxes());
-    });
     EXPECT_TRUE(Level(L"Rock", 2));
 }
 
