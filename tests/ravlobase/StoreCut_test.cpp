@@ -134,25 +134,21 @@ TEST_F(StoreCutTest, ManyCategoryNamesAreUniqueIgnoringCaseToo)
     EXPECT_EQ(cCopy->CategoryNames().size(), 10'000u);
 }
 
-TEST_F(StoreCutTest, PropertiesForHostsAreNotStored)
+TEST_F(StoreCutTest, PropertiesForHostsAreCopiedButNotStored)
 {
+    const auto expectHosts = [](const Cut& cCut, const wchar_t* sKey, bool bOpener, std::int32_t lKind) {
+        EXPECT_EQ(cCut.CategoryKey(), sKey);
+        EXPECT_EQ(cCut.MustBeOpener(), bOpener);
+        EXPECT_EQ(cCut.KindCode(), lKind);
+    };
     m_cCut->SetCategoryKey(L"Pop\t1");
     m_cCut->SetMustBeOpener(true);
     m_cCut->SetKindCode(eKindTitleViolation);
-    const auto cCopy = m_cCut->CloneCut();
-    EXPECT_EQ(cCopy->CategoryKey(), L"Pop\t1");
-    EXPECT_TRUE(cCopy->MustBeOpener());
-    EXPECT_EQ(cCopy->KindCode(), 15);
-    Reopen();
-    EXPECT_EQ(ByKey(L"a")->CategoryKey(), L"");
-    EXPECT_FALSE(ByKey(L"a")->MustBeOpener());
-    EXPECT_EQ(ByKey(L"a")->KindCode(), 0);
-}
-
-TEST_F(StoreCutTest, TheDurationReadsAsMinutesAndSeconds)
-{
     m_cCut->SetDurationmS(3 * 60'000 + 7'999);
     EXPECT_EQ(m_cCut->DurationText(), L"3:07");
+    expectHosts(*m_cCut->CloneCut(), L"Pop\t1", true, 15);
+    Reopen();
+    expectHosts(*ByKey(L"a"), L"", false, 0);
 }
 
 // --- batches
@@ -214,15 +210,14 @@ TEST_F(StoreCutTest, WholeOperationsAreRefusedInsideABatch)
 {
     const auto sCsv = m_cFolder.WithBytes("x.csv", "path\nx\n");
     Store::Batch cBatch(m_cStore);
-    const std::function<void()> operations[] = {
-        [&] { Add(L"x"); },
-        [&] { m_cStore.ModifyCuts({m_cCut}); },
-        [&] { m_cStore.RemoveCuts({m_cCut}); },
-        [&] { m_cStore.ImportCsv(sCsv); },
-    };
-    for (const auto& operation : operations)
+    const auto expectRefused = [](const std::function<void()>& operation) {
         EXPECT_EQ(RaisedBy(operation),
                   (Raised{error::InvalidProcedureCall, L"This cannot be done inside a batch of changes."}));
+    };
+    expectRefused([&] { Add(L"x"); });
+    expectRefused([&] { m_cStore.ModifyCuts({m_cCut}); });
+    expectRefused([&] { m_cStore.RemoveCuts({m_cCut}); });
+    expectRefused([&] { m_cStore.ImportCsv(sCsv); });
     EXPECT_EQ(Keys(), Lines{L"a"});
     // Nor does a change that is refused spoil the batch.
     m_cCut->SetYear(1);
