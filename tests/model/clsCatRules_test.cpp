@@ -3,6 +3,7 @@
 
 #include "model/clsCat.h"
 #include "support/EngineTest.h"
+#include "support/Raised.h"
 
 #include <gtest/gtest.h>
 
@@ -38,6 +39,8 @@ const std::string notSet = "\xFF\xFF\xFF\xFF";
 const std::string yes = "\xFF\xFF";
 const std::string no = "\0\0"s;
 const std::string popRules = Record(Mins(1), Mins(2), yes, "Pop", Mins(3));
+const std::string emptyRules = Record(notSet, notSet, no, "Pop", notSet);
+const std::string separator = "\xAC\xAC\xAC"; // between a category's name and its level
 
 using Values = std::tuple<std::int32_t, std::int32_t, std::int32_t, bool>;
 const Values noneSet{71, 72, -1, false}; // the global rules, except for the album
@@ -88,13 +91,6 @@ protected:
 
 // ---- values
 
-TEST_F(RulesTest, NewObjectHasZeroFalseAndNoKey)
-{
-    const auto cRules = NewRules(L"");
-    EXPECT_EQ(ValuesOf(*cRules), Values(0, 0, 0, false));
-    EXPECT_EQ(cRules->CatID(), L"");
-}
-
 TEST_F(RulesTest, WhatIsNotSetIsTheGlobalRuleExceptTheAlbum)
 {
     const auto cRules = NewRules();
@@ -131,15 +127,9 @@ TEST_F(RulesTest, AlbumSeparationIsStoredAsItsAbsoluteValue)
     }
     cRules->SetAlbumSepMins(7);
     EXPECT_EQ(cRules->AlbumSepMins(), 7);
-    try
-    {
-        cRules->SetAlbumSepMins(std::numeric_limits<std::int32_t>::min());
-        FAIL() << "no error";
-    }
-    catch (const RuntimeError& cError)
-    {
-        EXPECT_EQ(cError.Number(), error::Overflow) << "there is no such value";
-    }
+    EXPECT_EQ(NumberRaisedBy([&] { cRules->SetAlbumSepMins(std::numeric_limits<std::int32_t>::min()); }),
+              error::Overflow)
+        << "there is no such value";
     EXPECT_EQ(cRules->AlbumSepMins(), 7);
 }
 
@@ -181,9 +171,7 @@ TEST_F(RulesTest, SettingTheKeyLoadsItsFile)
     EXPECT_EQ(ValuesOf(*cRules), Values(1, 2, 3, true));
     EXPECT_EQ(cRules->CatID(), sKey) << "and not what the file says";
     EXPECT_TRUE(cRules->SaveRules());
-    const std::string key = "Pop\xAC\xAC\xAC"
-                            "2";
-    EXPECT_EQ(FileOf(sKey), Record(Mins(1), Mins(2), yes, key, Mins(3)));
+    EXPECT_EQ(FileOf(sKey), Record(Mins(1), Mins(2), yes, "Pop" + separator + "2", Mins(3)));
     EXPECT_TRUE(boxes.empty());
 }
 
@@ -208,7 +196,7 @@ TEST_F(RulesTest, NegativeValueOnDiskReadsAsNotSet)
     const auto cRules = NewRules();
     EXPECT_EQ(ValuesOf(*cRules), noneSet);
     EXPECT_TRUE(cRules->SaveRules());
-    EXPECT_EQ(FileOf(), Record(notSet, notSet, no, "Pop", notSet));
+    EXPECT_EQ(FileOf(), emptyRules);
     Put(Record(Mins(0), Mins(0), no, "Pop", Mins(0)));
     EXPECT_EQ(ValuesOf(*NewRules()), Values(0, 0, 0, false));
 }
@@ -235,20 +223,14 @@ TEST_F(RulesTest, MissingFileIsNoErrorAndKeepsIgnoreRules)
     EXPECT_TRUE(boxes.empty());
 }
 
-TEST_F(RulesTest, EmptyKeyIsIgnored)
-{
-    const auto cRules = NewRules();
-    cRules->SetArtistSepMins(5);
-    cRules->SetCatID(L"");
-    EXPECT_EQ(cRules->CatID(), L"Pop");
-    EXPECT_EQ(cRules->ArtistSepMins(), 5);
-}
-
-TEST_F(RulesTest, SecondKeyRebindsTheObject)
+TEST_F(RulesTest, SecondKeyRebindsTheObjectAndAnEmptyOneIsIgnored)
 {
     cPorts.cFiles.Put(PathOf(L"Rock"), Record(Mins(7), notSet, yes, "Rock", notSet));
     auto cRules = NewRules();
     cRules->SetArtistSepMins(5);
+    cRules->SetCatID(L"");
+    EXPECT_EQ(cRules->CatID(), L"Pop");
+    EXPECT_EQ(cRules->ArtistSepMins(), 5);
     cRules->SetCatID(L"Rock");
     EXPECT_EQ(cRules->ArtistSepMins(), 7);
     EXPECT_TRUE(cRules->IgnoreRules());
@@ -269,7 +251,7 @@ TEST_F(RulesTest, ShortFileIsAnErrorAndNothingOfItIsTaken)
         EXPECT_EQ(ValuesOf(*cRules), noneSet);
         EXPECT_EQ(cRules->CatID(), L"Pop") << "the key is set all the same";
         cRules.reset();
-        EXPECT_EQ(FileOf(), Record(notSet, notSet, no, "Pop", notSet)) << "release repairs it";
+        EXPECT_EQ(FileOf(), emptyRules) << "release repairs it";
         EXPECT_EQ(cPorts.cFiles.Get(sPop + L".bak"), popRules.substr(0, length)) << "and keeps it";
         cPorts.cFiles.Delete(sPop + L".bak");
         boxes.clear();
@@ -368,14 +350,6 @@ TEST_F(RulesTest, ValuesSetWhileNothingCouldBeSavedOrReadAreKept)
     EXPECT_EQ(FileOf(), Record(Mins(9), Mins(8), no, "Pop", Mins(7)));
 }
 
-TEST_F(RulesTest, ReleaseLeavesAFileCreatedByOthersAlone)
-{
-    auto cRules = NewRules();
-    Put(popRules);
-    cRules.reset();
-    EXPECT_EQ(FileOf(), popRules);
-}
-
 TEST_F(RulesTest, AnyBytesAreReadWithoutHarm)
 {
     constexpr unsigned lSeed = 20240302;
@@ -396,13 +370,16 @@ TEST_F(RulesTest, AnyBytesAreReadWithoutHarm)
 
 // ---- keys
 
-TEST_F(RulesTest, KeyIsHandedOutWithoutBlanksAtItsEnds)
+TEST_F(RulesTest, KeyIsTrimmedInTheNameAndEncodedInTheFile)
 {
-    const auto cRules = NewRules(L"  Pop x  ");
-    EXPECT_EQ(cRules->CatID(), L"Pop x");
-    EXPECT_TRUE(cRules->SaveRules());
-    EXPECT_EQ(FileOf(L"Pop x"), Record(notSet, notSet, no, "  Pop x  ", notSet))
-        << "the field keeps what was set";
+    const auto expectKey = [&](const wchar_t* sSet, const wchar_t* sHandedOut, const char* stored) {
+        const auto cRules = NewRules(sSet);
+        EXPECT_EQ(cRules->CatID(), sHandedOut);
+        EXPECT_TRUE(cRules->SaveRules());
+        EXPECT_EQ(FileOf(sHandedOut), Record(notSet, notSet, no, stored, notSet));
+    };
+    expectKey(L"  Pop x  ", L"Pop x", "  Pop x  "); // the field keeps what was set
+    expectKey(L"\u65E5\u672C\u20AC", L"\u65E5\u672C\u20AC", "??\x80");
 }
 
 TEST_F(RulesTest, LongKeyIsReadInFullAndSavedUnder55Characters)
@@ -413,10 +390,8 @@ TEST_F(RulesTest, LongKeyIsReadInFullAndSavedUnder55Characters)
     EXPECT_EQ(cRules->ArtistSepMins(), 1);
     EXPECT_EQ(cRules->CatID(), sLong.substr(0, 55));
     cRules->SetTitleSepMins(2);
-    EXPECT_EQ(FileOf(sLong.substr(0, 55)), Record(Mins(1), Mins(2), no,
-                                                  std::string(50, 'x') + "\xAC\xAC\xAC"
-                                                                         "12",
-                                                  notSet));
+    EXPECT_EQ(FileOf(sLong.substr(0, 55)),
+              Record(Mins(1), Mins(2), no, std::string(50, 'x') + separator + "12", notSet));
     EXPECT_EQ(FileOf(sLong), Record(Mins(1), notSet, no, "", notSet));
     EXPECT_EQ(cPorts.LogMessages(), Lines{L"Warning: the rules of " + sLong +
                                           L" are saved under the first 55 characters of that name."});
@@ -433,23 +408,22 @@ TEST_F(RulesTest, KeyIsCutAt55CharactersAndLosesTheBlanksThere)
     EXPECT_EQ(cPorts.LogMessages().size(), 1u);
 }
 
-TEST_F(RulesTest, CodePageSubstitutesInTheFileButNotInItsName)
+TEST_F(RulesTest, WithoutAKeyOrAnApplicationPathNothingIsReadOrSaved)
 {
-    const auto cRules = NewRules(L"\u65E5\u672C\u20AC");
-    EXPECT_TRUE(cRules->SaveRules());
-    EXPECT_EQ(FileOf(L"\u65E5\u672C\u20AC"), Record(notSet, notSet, no, "??\x80", notSet));
-}
-
-TEST_F(RulesTest, WithoutAKeyNothingIsSaved)
-{
-    {
-        const auto cRules = NewRules(L"");
-        EXPECT_FALSE(cRules->SaveRules());
-        cRules->SetArtistSepMins(5);
-        EXPECT_EQ(cRules->ArtistSepMins(), 5);
-        const auto cBlank = NewRules(L"   ");
-        EXPECT_FALSE(cBlank->SaveRules()) << "a key of blanks is none";
-    }
+    ModScheduler cNowhere(cPorts.Ports());
+    const auto expectNothing = [&](ModScheduler& cIn, const wchar_t* sKey, const wchar_t* sHandedOut) {
+        clsCatRules cRules(cIn);
+        EXPECT_EQ(ValuesOf(cRules), Values(0, 0, 0, false)) << "before any key";
+        EXPECT_EQ(cRules.CatID(), L"");
+        cRules.SetCatID(sKey);
+        EXPECT_EQ(cRules.CatID(), sHandedOut);
+        EXPECT_FALSE(cRules.SaveRules());
+        cRules.SetArtistSepMins(5);
+        EXPECT_EQ(cRules.ArtistSepMins(), 5);
+    };
+    expectNothing(cMod, L"", L"");
+    expectNothing(cMod, L"   ", L""); // a key of blanks is none
+    expectNothing(cNowhere, L"Pop", L"Pop");
     EXPECT_TRUE(cPorts.cFiles.Operations().empty());
     EXPECT_TRUE(boxes.empty());
 }
@@ -471,29 +445,19 @@ TEST_F(RulesTest, KeyThatIsNoFileNameIsRefusedWhenSaved)
     EXPECT_TRUE(cPorts.cFiles.FileExists(L"C:\\Radio\\Scheduler\\Rules\\...rls"));
 }
 
-TEST_F(RulesTest, WithoutAnApplicationPathNothingIsReadOrWritten)
-{
-    ModScheduler cOther(cPorts.Ports());
-    {
-        clsCatRules cRules(cOther);
-        cRules.SetCatID(L"Pop");
-        EXPECT_EQ(cRules.CatID(), L"Pop");
-        EXPECT_FALSE(cRules.SaveRules());
-        cRules.SetArtistSepMins(5);
-        EXPECT_EQ(cRules.ArtistSepMins(), 5);
-    }
-    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
-    EXPECT_TRUE(boxes.empty());
-}
-
 // ---- release
 
-TEST_F(RulesTest, ReleasedObjectAndItsCategoryLeaveTheirFiles)
+TEST_F(RulesTest, ReleaseWritesAMissingFileButLeavesOneCreatedByOthers)
 {
     NewRules();
-    EXPECT_EQ(FileOf(), Record(notSet, notSet, no, "Pop", notSet));
+    EXPECT_EQ(FileOf(), emptyRules);
     std::make_shared<clsCat>(cMod, L"Pop", 2)->Rules();
     EXPECT_TRUE(FileOf(L"Pop\u00AC\u00AC\u00AC2"));
+    cPorts.cFiles.Delete(sPop);
+    auto cRules = NewRules();
+    Put(popRules);
+    cRules.reset();
+    EXPECT_EQ(FileOf(), popRules);
 }
 
 TEST_F(RulesTest, ObjectReleasedLateDoesNotBringOldValuesBack)
