@@ -39,7 +39,11 @@ public:
     }
     OrderedKeyedCollection(const OrderedKeyedCollection&) = delete;
     OrderedKeyedCollection& operator=(const OrderedKeyedCollection&) = delete;
-    ~OrderedKeyedCollection() { DeleteNodes(); }
+    ~OrderedKeyedCollection()
+    {
+        BeforeChange(); // of an empty collection no node tells its snapshots
+        DeleteNodes();
+    }
 
     std::size_t Count() const noexcept { return m_count; }
     bool Empty() const noexcept { return Count() == 0; }

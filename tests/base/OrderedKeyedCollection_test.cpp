@@ -288,6 +288,15 @@ TEST(OrderedKeyedCollection, SnapshotsAreIndependentOfEachOther)
     EXPECT_EQ(KeysOf(later), (Texts{L"b", L"a"}));
 }
 
+TEST(OrderedKeyedCollection, SnapshotMayOutliveAnEmptyCollection)
+{
+    auto cCollection = std::make_unique<Collection>();
+    const OrderSnapshot snapshot(*cCollection);
+    cCollection.reset();
+    EXPECT_TRUE(snapshot.Changed());
+    EXPECT_EQ(snapshot.Count(), 0u);
+}
+
 TEST(OrderedKeyedCollection, SnapshotWithoutMemoryForTheKeysHasNone)
 {
     Collection cCollection = CollectionOf({L"a", L"b"});
