@@ -75,18 +75,8 @@ public:
         std::stable_sort(m_colOwn.begin(), m_colOwn.end(), [&](std::size_t left, std::size_t right) {
             return m_colItems[left].dtLastPlayed < m_colItems[right].dtLastPlayed;
         });
-        for (const std::size_t position : m_colOwn)
-        {
-            ++m_colTitlesLeft[m_colItems[position].cTitle];
-            ++m_colAlbumsLeft[m_colItems[position].cAlbum];
-        }
         for (std::size_t next = 1; next < m_colOwn.size(); ++next)
-        {
-            const SpreadItem& before = m_colItems[m_colOwn[next - 1]];
-            --m_colTitlesLeft[before.cTitle];
-            --m_colAlbumsLeft[before.cAlbum];
-            KeepApart(next, before);
-        }
+            KeepApart(next, m_colItems[m_colOwn[next - 1]]);
     }
 
 private:
@@ -99,30 +89,37 @@ private:
         const SpreadItem& item = m_colItems[position];
         return Same(item.cTitle, before.cTitle) || Same(item.cAlbum, before.cAlbum);
     }
-    // Whether all of those left have its title, or all have its album: without this, every cut of an artist
-    // with a single album would be compared with all behind it.
-    bool AllAlike(const SpreadItem& before, std::size_t left)
+    using Text = TextKey SpreadItem::*;
+    // Returns the first place from next on whose item has another text than before; next for an empty text.
+    // Remembers it: exchanges keep what is in front of it alike, so the next search goes on from there.
+    std::size_t EndOfAlike(Text pText, std::size_t next, const SpreadItem& before)
     {
-        return (!before.cTitle.Empty() && m_colTitlesLeft[before.cTitle] == left) ||
-               (!before.cAlbum.Empty() && m_colAlbumsLeft[before.cAlbum] == left);
+        const TextKey& cText = before.*pText;
+        if (cText.Empty())
+            return next;
+        std::size_t& end = (pText == &SpreadItem::cTitle ? m_colTitleEnds : m_colAlbumEnds)[cText];
+        end = std::max(end, next);
+        while (end < m_colOwn.size() && m_colItems[m_colOwn[end]].*pText == cText)
+            ++end;
+        return end;
     }
     // Exchanges the item at next with the first behind it that is unlike the one before it.
     void KeepApart(std::size_t next, const SpreadItem& before)
     {
-        if (!Alike(m_colOwn[next], before) || AllAlike(before, m_colOwn.size() - next))
+        if (!Alike(m_colOwn[next], before))
             return;
-        const auto present = m_colOwn.begin() + static_cast<std::ptrdiff_t>(next);
-        const auto found =
-            std::find_if(present, m_colOwn.end(), [&](std::size_t one) { return !Alike(one, before); });
+        const std::size_t from = std::max(EndOfAlike(&SpreadItem::cTitle, next, before),
+                                          EndOfAlike(&SpreadItem::cAlbum, next, before));
+        const auto found = std::find_if(m_colOwn.begin() + static_cast<std::ptrdiff_t>(from), m_colOwn.end(),
+                                        [&](std::size_t one) { return !Alike(one, before); });
         if (found != m_colOwn.end())
-            std::iter_swap(present, found);
+            std::swap(m_colOwn[next], *found);
     }
 
     const std::vector<SpreadItem>& m_colItems;
     Positions& m_colOwn;
-    // How many of those left have each title and album.
-    Counts m_colTitlesLeft;
-    Counts m_colAlbumsLeft;
+    std::unordered_map<TextKey, std::size_t> m_colTitleEnds;
+    std::unordered_map<TextKey, std::size_t> m_colAlbumEnds;
 };
 
 // The artists from the one with the most cuts on; equally many in random order.

@@ -31,7 +31,7 @@ struct SpreadItem
 //
 // Artists with equally many cuts come in random order. Each artist's cuts come longest rested first, never
 // played ones before all; one with the title or album of the cut before it changes places with the artist's
-// next that has neither. O(n log n), except for an artist many of whose cuts share a title or album.
+// next that has neither. O(n log n).
 std::vector<std::size_t> SpreadOrder(const std::vector<SpreadItem>& colItems, Random& cRandom);
 
 } // namespace ravlo

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <map>
+#include <numeric>
 #include <random>
 #include <set>
 #include <string>
@@ -36,7 +37,7 @@ Items ByCounts(const std::vector<int>& colCounts)
     return colItems;
 }
 
-// The smallest number of places between two plays of one artist when the order is repeated for ever. Checks
+// The smallest number of places between two plays of one artist when the order is repeated forever. Checks
 // that it is an order of all items.
 std::size_t DistanceOf(const Items& colItems, const std::vector<std::size_t>& colOrder)
 {
@@ -213,6 +214,40 @@ TEST_F(SpreadTest, ExchangesACutLikeTheOneBeforeIt)
     };
     for (const auto& one : colCases)
         EXPECT_EQ(Spread(one.colItems), one.colExpected) << testing::PrintToString(one.sWhat);
+}
+
+// What the exchange does, said in the plainest way.
+Order ExchangedOneByOne(const Items& colItems)
+{
+    Order colOrder(colItems.size());
+    std::iota(colOrder.begin(), colOrder.end(), std::size_t{0});
+    const auto alike = [&](std::size_t left, std::size_t right) {
+        return colItems[left].cTitle == colItems[right].cTitle ||
+               colItems[left].cAlbum == colItems[right].cAlbum;
+    };
+    for (std::size_t next = 1; next < colOrder.size(); ++next)
+        for (std::size_t other = next; other < colOrder.size(); ++other)
+            if (!alike(colOrder[other], colOrder[next - 1]))
+            {
+                std::swap(colOrder[next], colOrder[other]);
+                break;
+            }
+    return colOrder;
+}
+
+TEST_F(SpreadTest, RememberedSearchesFindWhatASearchFromTheStartFinds)
+{
+    std::mt19937 cEngine(7);
+    for (int artist = 0; artist < 3'000; ++artist)
+    {
+        const std::size_t cuts = 1 + cEngine() % 30;
+        const unsigned long texts = 1 + cEngine() % 5;
+        Items colItems;
+        for (std::size_t cut = 0; cut < cuts; ++cut)
+            colItems.push_back(By(L"A", static_cast<double>(cut), L"t" + std::to_wstring(cEngine() % texts),
+                                  L"a" + std::to_wstring(cEngine() % texts)));
+        ASSERT_EQ(Spread(colItems), ExchangedOneByOne(colItems)) << "artist " << artist;
+    }
 }
 
 TEST_F(SpreadTest, ACutWithoutAnArtistIsAnArtistOfItsOwn)
