@@ -51,11 +51,35 @@ Candidate LookOrder::At(std::size_t position) const
     return cFound ? Candidate{*cFound, {}, {}, *pKey} : Candidate{};
 }
 
+Candidate FairOrder::Next()
+{
+    for (Candidate candidate = LookOrder::Next(); candidate.cCut; candidate = LookOrder::Next())
+    {
+        if (!IsChosenByAnother(candidate.cKey))
+            return candidate;
+        m_colPostponed.push_back(std::move(candidate));
+    }
+    while (m_nextPostponed < m_colPostponed.size())
+        if (Candidate& candidate = m_colPostponed[m_nextPostponed++];
+            PositionOf(candidate, *m_cSubCat->SchedCuts()))
+            return candidate;
+    return {};
+}
+
+bool FairOrder::IsChosenByAnother(const TextKey& cKey) const
+{
+    const std::vector<TextKey>* colChosen = m_context.colChosen;
+    return colChosen && std::find(colChosen->begin() + static_cast<std::ptrdiff_t>(m_chosenBefore),
+                                  colChosen->end(), cKey) != colChosen->end();
+}
+
 void FairOrder::Failed(const Candidate& candidate) { MoveToEnd(candidate); }
 
 void FairOrder::Chosen(const Candidate& candidate)
 {
     m_start.reset();
+    if (m_context.colChosen)
+        m_context.colChosen->push_back(candidate.cKey);
     if (PositionOf(candidate, *m_cSubCat->SchedCuts()))
         m_bMovedCuts = SendToBackOfCategory(m_cSubCat.get(), candidate.cCut.get(), m_context);
     MoveToEnd(candidate);

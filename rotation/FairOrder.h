@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace ravlo
 {
@@ -33,22 +34,29 @@ private:
 };
 
 // Fair rotation: only the cut that is chosen goes to the back. One that is passed over keeps its place and is
-// tried first at the next pick. A cut that fails goes to the back too.
+// tried first at the next pick. A cut that fails goes to the back too. A cut that another pick chooses while
+// this one pumps is examined last: it is about to play.
 class FairOrder final : public LookOrder
 {
 public:
     FairOrder(std::shared_ptr<clsCat> cSubCat, const SelectionContext& context)
-        : LookOrder(std::move(cSubCat)), m_context(context)
+        : LookOrder(std::move(cSubCat)), m_context(context),
+          m_chosenBefore(context.colChosen ? context.colChosen->size() : 0)
     {
     }
 
+    Candidate Next() override;
     void Failed(const Candidate& candidate) override;
     void Chosen(const Candidate& candidate) override;
 
 private:
+    bool IsChosenByAnother(const TextKey& cKey) const;
     void MoveToEnd(const Candidate& candidate);
 
     const SelectionContext& m_context;
+    const std::size_t m_chosenBefore;      // in m_context.colChosen
+    std::vector<Candidate> m_colPostponed; // in the order they would have been examined
+    std::size_t m_nextPostponed = 0;
 };
 
 } // namespace ravlo

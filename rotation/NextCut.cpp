@@ -59,6 +59,19 @@ void Answer(const CatCollection* colMainCats, const RotationRequest& request, co
     MarkAsAskedFor(*answer.cCut, request);
 }
 
+// Counts the picks that run.
+class Running
+{
+public:
+    explicit Running(int& lRunning) noexcept : m_lRunning(lRunning) { ++m_lRunning; }
+    ~Running() { --m_lRunning; }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+private:
+    int& m_lRunning;
+};
+
 } // namespace
 
 std::shared_ptr<clsCat> LevelByKey(const CatCollection* colMainCats, std::wstring_view strSubCatKey)
@@ -98,6 +111,10 @@ RotationAnswer PicksOnAir::NextCut(const CatCollection* colMainCats, const Rotat
                                    SelectionContext context)
 {
     const TextKey cKey(request.strSubCatKey);
+    if (m_lRunning == 0)
+        m_colChosen.clear();
+    context.colChosen = &m_colChosen;
+    const Running cRunning(m_lRunning);
     bool bFailed = false;
     context.report = [&, report = std::move(context.report)](ErrorReport eHow, const wchar_t* sWhere,
                                                              const RuntimeError& cError) {

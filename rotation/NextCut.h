@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 namespace ravlo
 {
@@ -64,6 +65,8 @@ private:
 
     std::unordered_map<TextKey, std::shared_ptr<const Explanation>> m_colExplanations; // by category key
     std::optional<TextKey> m_cFailing; // the requested key when the error was shown
+    int m_lRunning = 0;                // picks, one inside the pump of another
+    std::vector<TextKey> m_colChosen;  // cuts that they have chosen since the outermost began
 };
 
 } // namespace ravlo

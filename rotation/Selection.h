@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace ravlo
 {
@@ -35,6 +36,9 @@ struct SelectionContext
     TraceSink note;             // receives each step as it happens
     std::function<void(ErrorReport eHow, const wchar_t* sWhere, const RuntimeError& cError)> report;
     bool bFairRotation = false; // otherwise the prescribed walk
+    // Where fair picks note the cuts they choose, so that a pick that pumps does not choose the cut of one
+    // made during the pump; null: nowhere.
+    std::vector<TextKey>* colChosen = nullptr;
     // The rules in force in a level. A simulation gives it others than its own.
     std::function<SeparationRules(clsCat&)> rules = [](clsCat& cSubCat) { return RulesOf(*cSubCat.Rules()); };
 };

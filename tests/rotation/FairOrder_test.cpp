@@ -313,6 +313,33 @@ TEST_F(FairRotationTest, PickInsideAPumpDisturbsNeither)
     EXPECT_EQ(station.Order(), colAll);
 }
 
+TEST_F(FairRotationTest, PickInsideAPumpGetsAnotherCut)
+{
+    AddViolatorsAndOneThatFits(7);
+    station.AddCut(L"8", L"Fir");
+    std::vector<TextKey> colChosen;
+    SelectionContext context = station.Context();
+    context.colChosen = &colChosen;
+    const auto Pick = [&] {
+        return NextCutFromCategory(station.cLevel, false, nullptr, context).cCut->Title();
+    };
+    Lines colInner;
+    station.OnPump([&] {
+        station.OnPump(nullptr);
+        colInner.push_back(Pick());
+    });
+    EXPECT_EQ(Pick(), L"8");
+    EXPECT_EQ(colInner, (Lines{L"7"}));
+    EXPECT_EQ(station.Order(), (Lines{L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8"}));
+
+    station.OnPump([&] {
+        station.OnPump(nullptr);
+        colInner = {Pick(), Pick()};
+    });
+    EXPECT_EQ(Pick(), L"7") << "the same cut again when no other fits";
+    EXPECT_EQ(colInner, (Lines{L"7", L"8"}));
+}
+
 TEST_F(FairRotationTest, PumpsWhenTheWalkDoes)
 {
     for (const int lCuts : {1, 4, 5, 9, 10, 23})
