@@ -195,8 +195,13 @@ void clsSchedMan::SpreadCategories(const Cats& colCats, bool bConfirmFirst)
 {
     Parts& my = *m_cParts;
     Random& cRandom = my.cMod.Ports().cRandom;
+    my.RefreshRotation();
+    const ArtistNames names = my.cRotationFiles.Names();
     const SpreadOrders::ItemOf itemOf = [&](const Cut& cCut) {
-        return SpreadItem{{cCut.ArtistKey()}, cCut.TitleKey(), cCut.AlbumKey(), my.cPlayHistory.TimeOf(cCut)};
+        const TextKey cArtist = cCut.ArtistKey();
+        const TextKey cTitle = cCut.TitleKey();
+        return SpreadItem{names.CreditsOnly() ? std::vector{cArtist} : names.KeysOf(cArtist, cTitle), cTitle,
+                          cCut.AlbumKey(), my.cPlayHistory.TimeOf(cCut)};
     };
     Edit(L"Error in SpreadCategories [cSchedMan]", [&] {
         cRandom.Randomize();

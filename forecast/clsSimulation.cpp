@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include "forecast/clsSimulation.h"
+
+#include "base/Text.h"
+#include "base/Utf8.h"
+#include "forecast/ReportText.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace ravlo
+{
+
+clsSimulation::clsSimulation(SimulationResult result, StationHealth health,
+                             std::shared_ptr<DataBase> cDataBase)
+    : m_result(std::move(result)), m_health(std::move(health)), m_cDataBase(std::move(cDataBase))
+{
+    const std::vector<SnapshotCut>& cuts = m_result.cStation->cuts;
+    m_colNumbers.reserve(cuts.size());
+    for (std::size_t number = 0; number < cuts.size(); ++number)
+        m_colNumbers.try_emplace(cuts[number].values.cKey, static_cast<CutNumber>(number));
+}
+
+std::int32_t clsSimulation::KindCount(std::int32_t lKind) const noexcept
+{
+    return static_cast<std::int32_t>(
+        std::count_if(m_result.rows.begin(), m_result.rows.end(),
+                      [&](const SimulatedRow& row) { return row.lKind == lKind; }));
+}
+
+std::int32_t clsSimulation::Plays(const std::wstring& sCutKey, const std::wstring& strSubCatKey) const
+{
+    const std::optional<CutNumber> number = NumberOf(TextKey(sCutKey));
+    const TextKey cWanted(strSubCatKey);
+    std::int32_t lPlays = 0;
+    bool bFound = strSubCatKey.empty();
+    for (std::size_t level = 0; level < m_result.levels.size(); ++level)
+    {
+        const SnapshotLevel& snapshot = m_result.cStation->levels[level];
+        if (!strSubCatKey.empty() && TextKey(CategoryKey(snapshot.sCategory, snapshot.lLevel)) != cWanted)
+            continue;
+        bFound = true;
+        lPlays += number ? PlaysIn(level, *number) : 0;
+    }
+    if (!bFound)
+        throw RuntimeError(error::InvalidProcedureCall);
+    return lPlays;
+}
+
+std::int32_t clsSimulation::PlaysIn(std::size_t level, CutNumber number) const
+{
+    const std::vector<CutNumber>& order = m_result.cStation->levels[level].order;
+    const auto found = std::find(order.begin(), order.end(), number);
+    if (found == order.end())
+        return 0;
+    return static_cast<std::int32_t>(
+        m_result.levels[level].cuts[static_cast<std::size_t>(found - order.begin())].plays);
+}
+
+void clsSimulation::SaveLog(const std::wstring& sFile) const
+{
+    ReplaceFile(m_result.cStation->cMod->Ports().cFiles, sFile, LogCsv(m_result.Rows()));
+}
+
+std::vector<std::wstring> clsSimulation::ArtistsOverAsked() const
+{
+    std::vector<std::wstring> texts;
+    for (const OverAskedArtist& artist : m_health.overAsked)
+        texts.push_back(artist.sName + L": " + TextFromStore(NumberText(artist.dLoad)) + L" of 1");
+    return texts;
+}
+
+std::shared_ptr<Cut> clsSimulation::CutOf(const std::wstring& sKey) const
+{
+    const TextKey cKey(sKey);
+    if (std::shared_ptr<Cut> cCut = m_cDataBase ? m_cDataBase->CutByKey(cKey) : nullptr)
+        return cCut;
+    const std::optional<CutNumber> number = NumberOf(cKey);
+    if (!number)
+        return nullptr;
+    const SnapshotCut& cut = m_result.cStation->cuts[*number];
+    std::shared_ptr<Cut> cCopy = NewPlainCut(cut.values);
+    cCopy->SetPath(cut.sPath);
+    return cCopy;
+}
+
+std::optional<CutNumber> clsSimulation::NumberOf(const TextKey& cKey) const
+{
+    const auto found = m_colNumbers.find(cKey);
+    return found != m_colNumbers.end() ? std::optional(found->second) : std::nullopt;
+}
+
+} // namespace ravlo
