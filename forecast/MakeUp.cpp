@@ -11,7 +11,12 @@ std::vector<TextKey> NamesOf(const PlainCutValues& cut, const ArtistNames& names
 {
     if (cut.cArtist.Empty())
         return {};
-    return names.CreditsOnly() ? std::vector<TextKey>{cut.cArtist} : names.KeysOf(cut.cArtist, cut.cTitle);
+    std::vector<TextKey> colNames;
+    if (!names.CreditsOnly())
+        colNames = names.KeysOf(cut.cArtist, cut.cTitle);
+    colNames.resize(std::max<std::size_t>(colNames.size(), 1));
+    colNames.front() = cut.cArtist; // as this cut spells it
+    return colNames;
 }
 
 MakeUp MakeUpOf(const StationSnapshot& station, const std::vector<CutNumber>& order, const ArtistNames& names)

@@ -147,6 +147,16 @@ TEST(Advice, EveryRemedyDoesOnAirWhatWasPredicted)
     }
 }
 
+TEST(Advice, FairRotationDoesOnAirWhatWasPredicted)
+{
+    HotStation station(EvenlySpread(), 60);
+    const std::wstring sAdvice = station.Predict().health.levels[0].advice.at(0);
+    const Troubles before = station.AirTroubles();
+    HotStation fair(EvenlySpread(), 60);
+    fair.cLib.cSchedMan->SetFairRotation(true);
+    EXPECT_EQ(L"fair rotation: " + EffectText(before, fair.AirTroubles()), sAdvice);
+}
+
 TEST(Advice, RemediesThatDoNotApplyAreNotTried)
 {
     HotStation even(EvenlySpread(), 0);
