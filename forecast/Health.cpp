@@ -60,7 +60,7 @@ private:
     void AddSeparations(LevelHealth& health, std::size_t level, const MakeUp& makeUp) const
     {
         const SeparationRules& rules = m_station.levels[level].rules;
-        const AskingRate rate{m_result.dDays, m_result.levels[level].asked};
+        const AskingRate rate{m_result.PlayedDays(), m_result.levels[level].asked};
         health.lArtists = static_cast<std::int32_t>(makeUp.artists.size());
         health.sTopArtist = makeUp.commonest.cName.Text();
         health.lTopArtistCuts = static_cast<std::int32_t>(makeUp.commonest.cuts);
@@ -152,7 +152,7 @@ private:
         constexpr double dRounding = 1e-9;
         for (OverAskedArtist& artist : m_loads)
         {
-            artist.dLoad /= m_result.dDays * dDayMins;
+            artist.dLoad /= m_result.PlayedDays() * dDayMins;
             if (artist.dLoad > 1 + dRounding)
                 m_health.overAsked.push_back(artist);
         }

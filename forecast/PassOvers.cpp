@@ -25,7 +25,7 @@ void PassOvers::Count(eRuleViolation eRule, CutNumber blocker)
         it = m_cases.insert(it, {eRule, blocker, 0});
     else if (it == m_cases.end())
     {
-        // The rarest one makes room and leaves its number, so that a frequent newcomer wins through.
+        // The rarest one makes room and leaves its number, so that a frequent newcomer is kept.
         it = std::min_element(m_cases.begin(), m_cases.end(),
                               [](const Case& a, const Case& b) { return a.times < b.times; });
         *it = {eRule, blocker, it->times};

@@ -6,6 +6,7 @@
 #include "rotation/Spread.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <unordered_map>
 #include <utility>
 
@@ -30,7 +31,8 @@ SnapshotCut MadeUpCut(std::size_t number, std::int32_t lDurationmS, bool bOpener
 
 Remedies::Remedies(const SimulationResult& result, std::size_t level)
     : m_result(result), m_level(level), m_names(Station().names.With(result.options.bFeaturedArtists)),
-      m_makeUp(MakeUpOf(Station(), Level().order, m_names)), m_rate{result.dDays, result.levels[level].asked}
+      m_makeUp(MakeUpOf(Station(), Level().order, m_names)), m_rate{result.PlayedDays(),
+                                                                    result.levels[level].asked}
 {
 }
 
@@ -116,13 +118,14 @@ std::optional<Remedy> Remedies::MoreCuts() const
     std::vector<CutNumber>& dealt = cStation->levels[m_level].order;
     dealt.clear();
     const std::size_t places = order.size() + *added;
+    std::size_t madeUp = 0;
     for (std::size_t place = 0; place < places; ++place)
     {
-        const std::size_t madeUp = place * *added / places; // so far
         const CutNumber next = order[std::min(place - madeUp, order.size() - 1)];
         const bool bOpener = Station().cuts[next].values.bOpener; // so that their share stays about the same
-        const bool bMadeUp = (place + 1) * *added / places > madeUp;
-        dealt.push_back(bMadeUp ? cStation->Add(MadeUpCut(madeUp, lDurationmS, bOpener)) : next);
+        const std::uint64_t due = std::uint64_t{place + 1} * *added / places; // made-up cuts up to here
+        dealt.push_back(due > madeUp ? cStation->Add(MadeUpCut(madeUp, lDurationmS, bOpener)) : next);
+        madeUp = static_cast<std::size_t>(due);
     }
     return Remedy{DecimalText(static_cast<std::int64_t>(*added)) + L" cuts of other artists more", cStation,
                   std::nullopt};

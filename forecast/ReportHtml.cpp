@@ -111,7 +111,7 @@ void Page::AddSummary()
         ' ' + LightText(Light::Red) + ", " + std::to_string(colLights[1]) + ' ' + LightText(Light::Yellow) +
         ", " + std::to_string(colLights[0]) + ' ' + LightText(Light::Green) +
         ".</p>\n<p class=\"soft\">Simulated from " + MomentText(m_health.dtStart) + ", " +
-        NumberText(m_health.dDays) + " days, " +
+        NumberText(m_health.dDays) + (m_health.dDays == 1 ? " day, " : " days, ") +
         CountText(static_cast<std::size_t>(m_health.lPicks), "pick", "picks") + ".</p>\n");
     if (!m_health.remedies.empty())
     {
@@ -120,7 +120,7 @@ void Page::AddSummary()
     }
     if (m_health.overAsked.empty())
         return;
-    Add("<h3>Artists whose separations cannot be kept, in whatever order</h3>\n<ul>");
+    Add("<h3>Artists whose separations cannot be kept in any order</h3>\n<ul>");
     for (const OverAskedArtist& artist : m_health.overAsked)
         Add("<li>" + NameText(artist.sName) + ": " + LoadText(artist.dLoad));
     Add("</ul>\n");

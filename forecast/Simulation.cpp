@@ -82,8 +82,10 @@ public:
     // The steps since the last call led to this choice.
     void Settle(std::optional<std::size_t> level, std::optional<CutNumber> chosen)
     {
-        for (const Passed& passed : level ? m_passed : std::vector<Passed>{})
+        for (const Passed& passed : m_passed)
         {
+            if (!level)
+                break;
             Entry& entry = m_colEntries[*level].at(passed.number);
             if (passed.eRule == eNone)
                 ++entry.noOpener;
@@ -229,6 +231,11 @@ LogRow SimulationResult::RowAt(std::size_t row) const
                             cut.sPath, cut.values.lDurationmS};
     }
     return log;
+}
+
+double SimulationResult::PlayedDays() const noexcept
+{
+    return plan.IsTimed() ? std::min(dDays, dtEnd - dtStart) : dDays;
 }
 
 std::vector<LogRow> SimulationResult::Rows() const

@@ -56,6 +56,8 @@ struct SimulationResult
 {
     LogRow RowAt(std::size_t row) const;
     std::vector<LogRow> Rows() const; // the day's log, see LogCsv
+    // The days that were played: dDays, or less when the slots with times end before.
+    double PlayedDays() const noexcept;
 
     std::shared_ptr<const StationSnapshot> cStation;
     Plan plan;

@@ -82,7 +82,7 @@ private:
         return it->second;
     }
 
-    // One copy for each cut, whatever it is found under.
+    // One copy for each cut, which is found under several names.
     std::shared_ptr<Cut> PlayedCopyOf(const Cut& cCut, const PlayHistory& cHistory)
     {
         std::shared_ptr<Cut>& cCopy = m_colCopies[&cCut];

@@ -88,6 +88,20 @@ TEST_F(SimulationTest, StationIsNotTouched)
         EXPECT_EQ(sOperation.find(L"Rules\\Rock"), std::wstring::npos) << "only a pick on air loads rules";
 }
 
+TEST_F(SimulationTest, SlotsThatEndBeforeTheDaysCountForTheirOwnTime)
+{
+    StartLevel({L"Ash", L"Elm"});
+    const Plan clock = ClockPlan("Pop,1\n");
+    Plan timed;
+    timed.LoadSlots("slot_at,category,level,opener\n2024-03-08T06:00:00,Pop,1,\n2024-03-08T07:00:00,Pop,1,\n",
+                    L"slots");
+    const auto cStation = Snapshot();
+    EXPECT_EQ(Simulate(cStation, clock, dtStart, 2).PlayedDays(), 2);
+    const SimulationResult result = Simulate(cStation, timed, DateTimeOf({2024, 3, 8, 6, 0, 0}), 28);
+    EXPECT_EQ(result.PlayedDays(), result.dtEnd - result.dtStart);
+    EXPECT_LT(result.PlayedDays(), 0.05); // an hour and a cut
+}
+
 TEST_F(SimulationTest, RefusesWhatCannotBePlayed)
 {
     StartLevel({L"Ash"});
