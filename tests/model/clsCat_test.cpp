@@ -274,7 +274,7 @@ TEST_F(CatTest, LevelOfAnotherNameGivesACutBothNamesOrNone)
 
 // ---- removing cuts
 
-TEST_F(CatTest, RemovingTakesTheCutTheNameAndTheRunTime)
+TEST_F(CatTest, RemovingTakesTheCutAndWithItsNameTheRunTime)
 {
     const auto cCut = NewCutIn(*cLevel, L"a", 1, 4000);
     NewCutIn(*cLevel, L"b", 1, 1000);
@@ -284,17 +284,13 @@ TEST_F(CatTest, RemovingTakesTheCutTheNameAndTheRunTime)
     EXPECT_FALSE(cLevel->RemoveCut(cCut));
     EXPECT_FALSE(cLevel->RemoveCut(nullptr));
     EXPECT_EQ(cLevel->AverageRunTimemS(), 1000);
-}
 
-TEST_F(CatTest, WithoutTheNameTheRunTimeIsNotSubtracted)
-{
-    const auto cCut = NewCutIn(*cLevel, L"a", 1, 4000);
-    NewCutIn(*cLevel, L"b", 1, 1000);
+    EXPECT_TRUE(Add(*cLevel, cCut));
     cCut->RemoveCategoryName(L"Rock");
     cCut->calls.clear();
     EXPECT_TRUE(cLevel->RemoveCut(cCut));
     EXPECT_EQ(cCut->calls["RemoveCategoryName"], 0);
-    EXPECT_EQ(cLevel->AverageRunTimemS(), 5000);
+    EXPECT_EQ(cLevel->AverageRunTimemS(), 5000) << "not subtracted without the name";
     cLevel->RecalcTotalRunTime();
     EXPECT_EQ(cLevel->AverageRunTimemS(), 1000);
 }
@@ -366,15 +362,6 @@ TEST_F(CatTest, SecondaryKeyDoesNotRemoveAnotherCutOfTheDatabase)
         EXPECT_EQ(cCat->RemoveCut(cCut), bRemoved) << lOther << ' ' << lOwn;
         EXPECT_EQ(cCat->TotalCuts(), bRemoved ? 0 : 1);
     }
-}
-
-TEST_F(CatTest, MainCategoryRemovesNoCutOfItsLevels)
-{
-    const auto cMainCat = NewMainCat({1});
-    const auto cCut = NewCutIn(*cMainCat, L"a");
-    EXPECT_FALSE(cMainCat->RemoveCut(cCut));
-    EXPECT_EQ(cMainCat->TotalCuts(), 1);
-    EXPECT_TRUE(cCut->HasCategoryName(L"Rock"));
 }
 
 // ---- levels
@@ -460,14 +447,15 @@ TEST_F(CatTest, LevelsStayInOrderAfterAHostsChanges)
     expectLevels({5}, {3, 4, 5, 7});
 }
 
-TEST_F(CatTest, RemovedLevelKeepsItsCutsWhichAreAskedNothing)
+TEST_F(CatTest, MainCategoryRemovesALevelWithItsCutsButNoCut)
 {
     const auto cMainCat = NewMainCat({1, 2});
     const auto cCut = NewCutIn(*cMainCat, L"a", 2);
     const auto cSecond = cMainCat->SubCat(2);
+    EXPECT_FALSE(cMainCat->RemoveCut(cCut));
     cCut->calls.clear();
     EXPECT_TRUE(cMainCat->RemoveSubCat(cSecond));
-    EXPECT_TRUE(cCut->calls.empty());
+    EXPECT_TRUE(cCut->calls.empty()) << "cuts are asked nothing";
     EXPECT_EQ(LevelsOf(*cMainCat), Levels{1});
     EXPECT_EQ(cSecond->TotalCuts(), 1);
     EXPECT_TRUE(cCut->HasCategoryName(L"Rock"));
@@ -555,13 +543,17 @@ TEST_F(CatTest, SumBackInRangeIsNoErrorAnyMore)
     NewCutIn(*cCat, L"f", 1, 1);
 }
 
-TEST_F(CatTest, RemovingALevelRaisesOverflowAfterItIsGone)
+TEST_F(CatTest, OverflowIsRaisedAfterALevelIsGoneOrItsCutsAreReplaced)
 {
     const auto cMainCat = NewMainCat({1, 2, 3});
     NewCutIn(*cMainCat, L"a", 1, lMaxLong);
     NewCutIn(*cMainCat, L"b", 2, lMaxLong);
     EXPECT_EQ(NumberRaisedBy([&] { cMainCat->RemoveSubCat(cMainCat->SubCat(3)); }), error::Overflow);
     EXPECT_EQ(LevelsOf(*cMainCat), (Levels{1, 2}));
+    const Cuts colCuts = {NewCut(L"c", 1, lMaxLong), NewCut(L"d", 1, 2), NewCut(L"e", 1, 3)};
+    EXPECT_EQ(NumberRaisedBy([&] { cLevel->SetSchedCuts(colCuts); }), error::Overflow);
+    EXPECT_EQ(cLevel->TotalCuts(), 3);
+    EXPECT_EQ(cLevel->AverageRunTimemS(), 715'827'884);
 }
 
 TEST_F(CatTest, RecalculatingFollowsWhatTheCutsSayNow)
@@ -586,14 +578,6 @@ TEST_F(CatTest, RecalculatingFollowsWhatTheCutsSayNow)
 
 // ---- SchedCuts
 
-TEST_F(CatTest, LevelsCutsAreItsOwnCollection)
-{
-    NewCutIn(*cLevel, L"a");
-    EXPECT_EQ(cLevel->SchedCuts(), cLevel->SchedCuts());
-    cLevel->SchedCuts()->Clear();
-    EXPECT_EQ(cLevel->TotalCuts(), 0);
-}
-
 TEST_F(CatTest, MainCategorysCutsAreAMergedCopyWithEachCutOnce)
 {
     const auto cMainCat = NewMainCat({2, 1});
@@ -610,10 +594,11 @@ TEST_F(CatTest, MainCategorysCutsAreAMergedCopyWithEachCutOnce)
     EXPECT_EQ(cMainCat->TotalCuts(), 5) << "changing it changes no level";
 }
 
-TEST_F(CatTest, ReplacingALevelsCutsPlacesEachInOrder)
+TEST_F(CatTest, LevelsCutsAreItsOwnCollectionUntilTheyAreReplacedInOrder)
 {
     const auto cOld = NewCutIn(*cLevel, L"old", 1, 9000);
     const auto colOld = cLevel->SchedCuts();
+    EXPECT_EQ(cLevel->SchedCuts(), colOld);
     const auto cFirst = NewCut(L"b", 1, 1000);
     const auto cSecond = NewCut(L"a", 5, 3000);
     cLevel->SetSchedCuts({cFirst, nullptr, cSecond, cFirst});
@@ -625,6 +610,8 @@ TEST_F(CatTest, ReplacingALevelsCutsPlacesEachInOrder)
     EXPECT_NE(cLevel->SchedCuts(), colOld);
     EXPECT_EQ(KeysOf(*colOld), Keys{L"old"}) << "the replaced collection is not touched";
     EXPECT_TRUE(boxes.empty());
+    cLevel->SchedCuts()->Clear();
+    EXPECT_EQ(cLevel->TotalCuts(), 0);
 }
 
 TEST_F(CatTest, ReplacingAMainCategorysCutsPlacesThemInItsLevels)
@@ -645,14 +632,6 @@ TEST_F(CatTest, ReplacingWithLevelZeroCutsGivesOneBoxAndALine)
     cLevel->SetSchedCuts({NewCut(L"e", 0)});
     EXPECT_EQ(boxes.size(), 2u);
     EXPECT_EQ(cPorts.LogMessages().size(), 1u) << "no line for a single one";
-}
-
-TEST_F(CatTest, ReplacingPlacesEverythingBeforeItRaisesOverflow)
-{
-    const Cuts colCuts = {NewCut(L"a", 1, lMaxLong), NewCut(L"b", 1, 2), NewCut(L"c", 1, 3)};
-    EXPECT_EQ(NumberRaisedBy([&] { cLevel->SetSchedCuts(colCuts); }), error::Overflow);
-    EXPECT_EQ(cLevel->TotalCuts(), 3);
-    EXPECT_EQ(cLevel->AverageRunTimemS(), 715'827'884);
 }
 
 // ---- whole or not at all

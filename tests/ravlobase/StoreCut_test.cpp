@@ -76,27 +76,20 @@ TEST_F(StoreCutTest, OnlyAFreeStandingCutsKeyCanBeSet)
     EXPECT_EQ(cCopy->Path(), L"b");
 }
 
-TEST_F(StoreCutTest, ALevelBelowOneIsRefused)
+TEST_F(StoreCutTest, ALevelBelowOneAndATimeThatIsNoDateAreRefused)
 {
+    using Level = std::numeric_limits<std::int32_t>;
+    using Time = std::numeric_limits<double>;
     m_cCut->SetCatLevel(5);
-    for (const std::int32_t lLevel : {0, -1, std::numeric_limits<std::int32_t>::min()})
-    {
+    m_cCut->SetLastPlayed(45000);
+    for (const std::int32_t lLevel : {0, -1, Level::min()})
         EXPECT_EQ(RaisedBy([&] { m_cCut->SetCatLevel(lLevel); }),
                   (Raised{error::InvalidProcedureCall, L"The level of a cut has to be 1 or more."}));
-        EXPECT_EQ(m_cCut->CatLevel(), 5);
-    }
-    m_cStore.NewCut()->SetCatLevel(-1); // a free-standing cut may have any
-}
-
-TEST_F(StoreCutTest, ATimeThatIsNoDateIsRefused)
-{
-    m_cCut->SetLastPlayed(45000);
-    for (const double dtWhen :
-         {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()})
-    {
+    for (const double dtWhen : {Time::quiet_NaN(), Time::infinity()})
         EXPECT_EQ(NumberRaisedBy([&] { m_cCut->SetLastPlayed(dtWhen); }), error::InvalidProcedureCall);
-        EXPECT_EQ(m_cCut->LastPlayed(), 45000);
-    }
+    EXPECT_EQ(m_cCut->CatLevel(), 5);
+    EXPECT_EQ(m_cCut->LastPlayed(), 45000);
+    m_cStore.NewCut()->SetCatLevel(-1); // a free-standing cut may have any
 }
 
 TEST_F(StoreCutTest, CategoryNamesKeepTheirOrderAndAreUniqueIgnoringCase)

@@ -167,30 +167,26 @@ TEST_F(Selector, TheMatchLineCountsTheListedCuts)
     EXPECT_EQ(cScreen.sMatch, L"No items in this category");
 }
 
-TEST_F(Selector, OnlyOneSongListIsVisible)
+TEST_F(Selector, OneSongListIsVisibleAndHasTheSelectedCutsInItsOrder)
 {
-    EXPECT_FALSE(cScreen.Visible(lstsongs0));
-    EXPECT_TRUE(cScreen.Visible(lstsongs1));
-    ClickCat(L"Rock");
-    ClickSorted(true);
-    EXPECT_TRUE(cScreen.Visible(lstsongs0));
-    EXPECT_FALSE(cScreen.Visible(lstsongs1));
-    EXPECT_EQ(cScreen.Entries(lstsongs0), (Texts{L"Apple - Core", L"Zebra - Stripes"}));
-    ExpectSongs({});
-    ClickSorted(false);
-    EXPECT_FALSE(cScreen.Visible(lstsongs0));
-    ExpectSongs(colRock1);
-}
-
-TEST_F(Selector, SelectedCutsComeInTheVisibleListsOrder)
-{
+    const auto expectVisible = [&](bool bSorted) {
+        EXPECT_EQ(cScreen.Visible(lstsongs0), bSorted);
+        EXPECT_EQ(cScreen.Visible(lstsongs1), !bSorted);
+    };
+    expectVisible(false);
     ClickCat(L"Rock");
     cScreen.lists[lstsongs1].lSelected = {0, 1};
     EXPECT_EQ(cSelector.SelectedCuts(), (Cuts{CutOf(0), CutOf(1)}));
     ClickSorted(true);
+    expectVisible(true);
+    EXPECT_EQ(cScreen.Entries(lstsongs0), (Texts{L"Apple - Core", L"Zebra - Stripes"}));
+    ExpectSongs({});
     EXPECT_EQ(cSelector.SelectedCuts(), Cuts());
     cScreen.lists[lstsongs0].lSelected = {0, 1};
     EXPECT_EQ(cSelector.SelectedCuts(), (Cuts{CutOf(1), CutOf(0)}));
+    ClickSorted(false);
+    expectVisible(false);
+    ExpectSongs(colRock1);
 }
 
 TEST_F(Selector, CutsOfTheSameArtistAndTitleAreBothListedAndMeanTheFirst)
@@ -501,14 +497,6 @@ TEST_F(Selector, NoCutChangesNoMarkAndOneWithoutCategoriesClearsThem)
     EXPECT_EQ(Shown(), Boxes());
     cSelector.ShowCutCatsAsSelected(Add(L"x", L"", 1, L"A", L"B"));
     EXPECT_EQ(cScreen.Selected(lstCat), Texts());
-}
-
-TEST_F(Selector, MarkingNeedsTheManager)
-{
-    cSelector.SetSchedMan(nullptr);
-    cSelector.ShowCutCatsAsSelected(CutOf(0));
-    EXPECT_EQ(Shown(), (Boxes{OkBox(BoxIcon::None, L"RavloScheduler",
-                                    L"SchedMan needs to be set in CatSelector first!")}));
 }
 
 TEST_F(Selector, CategoriesAndLevelsOfTheCutThatAreMissingAreReportedEach)

@@ -14,32 +14,28 @@ using enum LibraryCommand;
 
 TEST_P(frmUILibTest, ADoubleClickEditsTheCutAndShowsTheNodeUnlessCancelled)
 {
-    using Answer = std::optional<std::int32_t>;
-    for (const auto& [lAnswer, bShownAgain] :
-         {std::pair{Answer(2), false}, {Answer(1), true}, {Answer(), true}})
-    {
+    const auto expectEdit = [&](std::optional<std::int32_t> lAnswer, bool bShownAgain) {
         cView.colStatus.clear();
         cLibrary.cHost.lEditAnswer = lAnswer;
         CutActions().CellDblClick(2, 3);
         EXPECT_EQ(Said().back(), L"Edit b");
         EXPECT_EQ(!cView.colStatus.empty(), bShownAgain);
-    }
+    };
+    expectEdit(2, false);
+    expectEdit(1, true);
+    expectEdit(std::nullopt, true);
     cView.colStatus.clear();
     cLibrary.cHost.OnEvent = [&](const std::wstring&) { cForm.RequestRefresh(); };
     CutActions().CellDblClick(1, 1);
-    EXPECT_EQ(
-        std::count(cView.colStatus.begin(), cView.colStatus.end(), L"Showing All Audio|Showing 6 total."), 1)
+    const std::wstring sShown = L"Showing All Audio|Showing 6 total.";
+    EXPECT_EQ(std::count(cView.colStatus.begin(), cView.colStatus.end(), sShown), 1)
         << "an edit that the database announces is shown once";
-}
-
-TEST_P(frmUILibTest, ADoubleClickOnNoCellOrAMissingCutDoesNothing)
-{
     Said().clear();
-    CutActions().CellDblClick(0, 1);
+    CutActions().CellDblClick(0, 1); // no cell
     CutActions().CellDblClick(1, 0);
     CutActions().CellDblClick(7, 1);
     DataBase().colCuts.clear();
-    CutActions().CellDblClick(1, 1);
+    CutActions().CellDblClick(1, 1); // no cut
     EXPECT_TRUE(Said().empty());
 }
 
