@@ -71,17 +71,17 @@ std::string WithOptions(std::string_view bytes, const RotationOptions& options)
     for (const Option& option : knownOptions)
     {
         const bool bOn = options.*option.bOn;
-        const char* sNewValue = bOn ? "1" : "0";
+        const char cNewValue = bOn ? '1' : '0';
         if (const std::optional<std::string_view> sValue = ValueOf(result, option))
         {
             if (IsOn(*sValue) != bOn)
-                result.replace(static_cast<std::size_t>(sValue->data() - result.data()), sValue->size(),
-                               sNewValue);
+                result.replace(static_cast<std::size_t>(sValue->data() - result.data()), sValue->size(), 1,
+                               cNewValue);
             continue;
         }
         if (!result.empty() && result.back() != '\n' && result.back() != '\r')
             result += "\r\n";
-        result += std::string(option.sName) + "=" + sNewValue + "\r\n";
+        result.append(option.sName).append(1, '=').append(1, cNewValue).append("\r\n");
     }
     return result;
 }

@@ -114,9 +114,10 @@ private:
     }
     std::int64_t Start()
     {
-        if (!m_lStart)
-            m_lStart = WholeSeconds(m_reference.Time());
-        return *m_lStart;
+        if (!m_bStarted)
+            m_start = WholeSeconds(m_reference.Time());
+        m_bStarted = true;
+        return m_start;
     }
 
     const Candidate& m_candidate;
@@ -124,7 +125,8 @@ private:
     Reference& m_reference;
     const ErrorSink& m_failed;
     RuleCheck m_result;
-    std::optional<std::int64_t> m_lStart; // the reference time in whole seconds
+    std::int64_t m_start = 0; // the reference time in whole seconds, once asked for
+    bool m_bStarted = false;
 };
 
 } // namespace
