@@ -66,7 +66,7 @@ std::vector<std::wstring> clsSimulation::ArtistsOverAsked() const
 {
     std::vector<std::wstring> texts;
     for (const OverAskedArtist& artist : m_health.overAsked)
-        texts.push_back(artist.sName + L": " + TextFromStore(NumberText(artist.dLoad)) + L" of 1");
+        texts.push_back(artist.sName + L": " + TextFromStore(LoadText(artist.dLoad)));
     return texts;
 }
 

@@ -5,6 +5,7 @@
 #include "forecast/MakeUp.h"
 #include "forecast/PlayPatterns.h"
 #include "forecast/Troubles.h"
+#include "forecast/clsSimulation.h"
 
 #include <gtest/gtest.h>
 
@@ -291,6 +292,14 @@ TEST(Health, ArtistsAreOverAskedAcrossLevels)
     EXPECT_DOUBLE_EQ(overAsked[0].dLoad, 2.5);
     EXPECT_EQ(overAsked[1].sName, L"Elm");
     EXPECT_DOUBLE_EQ(overAsked[1].dLoad, 2);
+}
+
+TEST(Health, AnArtistThatIsOverAskedNeverReadsAsKept)
+{
+    StationHealth health;
+    health.overAsked = {{L"Ash", 2.5}, {L"Elm", 1.001}};
+    EXPECT_EQ(clsSimulation(HealthCase().result, health, nullptr).ArtistsOverAsked(),
+              (std::vector<std::wstring>{L"Ash: 2.5 of 1", L"Elm: 1.01 of 1"}));
 }
 
 TEST(PlayPatterns, LockStepIsOneHourOnMostDays)
