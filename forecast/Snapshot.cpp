@@ -82,17 +82,32 @@ private:
         return it->second;
     }
 
-    // One copy for each cut, which is found under several names.
+    // One copy for each cut, which is found under several names. Null for a cut that cannot be read: on air
+    // such a play breaks no rule either.
     std::shared_ptr<Cut> PlayedCopyOf(const Cut& cCut, const PlayHistory& cHistory)
     {
-        std::shared_ptr<Cut>& cCopy = m_colCopies[&cCut];
-        if (cCopy)
-            return cCopy;
+        const auto [it, bNew] = m_colCopies.try_emplace(&cCut);
+        if (bNew)
+        {
+            try
+            {
+                it->second = ReadPlayed(cCut, cHistory);
+            }
+            catch (const RuntimeError&)
+            {
+            }
+        }
+        return it->second;
+    }
+    std::shared_ptr<Cut> ReadPlayed(const Cut& cCut, const PlayHistory& cHistory)
+    {
+        const DateTime dtPlayed = cHistory.TimeOf(cCut); // the cut itself may not have it yet
+        WholeSeconds(dtPlayed);                          // throws beyond the calendar
         const CutNumber number = NumberOf(cCut.Key(), cCut);
         PlainCutValues& values = m_snapshot.cuts[number].values;
-        values.dtLastPlayed = cHistory.TimeOf(cCut); // the cut itself may not have it yet
+        values.dtLastPlayed = dtPlayed;
         m_snapshot.played.push_back(number);
-        return cCopy = NewPlainCut(values);
+        return NewPlainCut(values);
     }
 
     StationSnapshot& m_snapshot;

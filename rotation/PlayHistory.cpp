@@ -37,12 +37,14 @@ void PlayHistory::CopyPlays(const PlayHistory& cFrom, const CutFor& cutFor)
     {
         (this->*pPlays).reserve((cFrom.*pPlays).size());
         for (const auto& [cText, cCut] : cFrom.*pPlays)
-            (this->*pPlays).emplace(cText, cutFor(cCut));
+            if (std::shared_ptr<Cut> cOther = cutFor(cCut))
+                (this->*pPlays).emplace(cText, std::move(cOther));
     }
     m_cNames = cFrom.m_cNames;
     m_reports = cFrom.m_reports;
     for (const auto& [credit, report] : cFrom.m_colReports)
-        m_colReports.emplace(credit, Report{report.number, cutFor(report.cCut)});
+        if (std::shared_ptr<Cut> cOther = cutFor(report.cCut))
+            m_colReports.emplace(credit, Report{report.number, std::move(cOther)});
 }
 
 void PlayHistory::WritePendingTimes(const DataBase& cDataBase)

@@ -63,8 +63,8 @@ public:
     void Record(const Cut& cCut, const DataBase& cDataBase);
 
     // Takes over the plays and names of another history: for each of its cuts cutFor returns the one that
-    // takes its place, and carries the time of the play. Nothing is written. Precondition: nothing is entered
-    // here yet.
+    // takes its place, and carries the time of the play, or null to leave the play out. Nothing is written.
+    // Precondition: nothing is entered here yet.
     using CutFor = std::function<std::shared_ptr<Cut>(const std::shared_ptr<Cut>& cCut)>;
     void CopyPlays(const PlayHistory& cFrom, const CutFor& cutFor);
 

@@ -84,6 +84,17 @@ TEST_F(SnapshotTest, ChangesDuringTheReadingDoNotShow)
     EXPECT_EQ(cSnapshot->played.size(), 3u);
 }
 
+TEST_F(SnapshotTest, PlayThatCannotBeReadIsLeftOut)
+{
+    cLib.cDataBase->Own(L"gone")->failing = {"Key"};
+    const auto cSnapshot = Snapshot();
+    EXPECT_EQ(KeysOf(*cSnapshot, cSnapshot->played), (Keys{L"b", L"a"}));
+    EXPECT_EQ(cSnapshot->cHistory->ArtistHistoryCut(TextKey(L"Fir")), nullptr);
+    cLib.cDataBase->Own(L"gone")->failing.clear();
+    cLib.cDataBase->Own(L"gone")->SetLastPlayed(1e9);
+    EXPECT_EQ(Snapshot()->played.size(), 2u) << "beyond the calendar";
+}
+
 TEST_F(SnapshotTest, CutThatCannotBeReadEndsIt)
 {
     m_cFirst->failing.insert("Artist");
