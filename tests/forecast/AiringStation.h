@@ -49,13 +49,20 @@ public:
                  std::uint32_t cuts, std::uint32_t artists, std::uint32_t titles)
     {
         for (std::uint32_t cut = 0; cut < cuts; ++cut)
-            AddCut(sPrefix + std::to_wstring(cut), sCategories, lLevel,
-                   (cut % 2 ? L"artist " : L"Artist ") + std::to_wstring(Below(artists)) +
-                       (cut % 5 ? L"" : L" feat. Artist " + std::to_wstring(Below(artists))),
-                   L"Title " + std::to_wstring(Below(titles)),
-                   {static_cast<std::int32_t>(Below(5) == 0 ? 0 : 100'000 + Below(200'000)), cut % 4 == 0,
-                    cut % 3 == 0 ? dtStart - Below(5'000'000) / 1'000'000.0 : 0,
-                    L"Album " + std::to_wstring(Below(9))});
+        {
+            // One statement for each draw: compilers evaluate arguments in different orders.
+            const std::int32_t lDuration = Below(5) == 0 ? 0 : 180'000;
+            const std::uint32_t longer = Below(100'000);
+            const DateTime dtPlayed = cut % 3 == 0 ? dtStart - Below(5'000'000) / 1'000'000.0 : 0;
+            const std::wstring sAlbum = L"Album " + std::to_wstring(Below(9));
+            const std::wstring sTitle = L"Title " + std::to_wstring(Below(titles));
+            std::wstring sArtist = (cut % 2 ? L"artist " : L"Artist ") + std::to_wstring(Below(artists));
+            if (cut % 5 == 0)
+                sArtist += L" feat. Artist " + std::to_wstring(Below(artists));
+            AddCut(sPrefix + std::to_wstring(cut), sCategories, lLevel, sArtist, sTitle,
+                   {lDuration + (lDuration ? static_cast<std::int32_t>(longer) : 0), cut % 4 == 0, dtPlayed,
+                    sAlbum});
+        }
     }
     std::uint32_t Below(std::uint32_t bound) { return static_cast<std::uint32_t>(cEngine() % bound); }
 

@@ -12,7 +12,7 @@ namespace
 {
 
 constexpr const char* sHour = "Pop,1,Y\nRock,1,\nPop,2,\nTight,1,\nPop,1,N\nSpeech,1,Y\nPop,3,\nFree,2,\n"
-                              "Gold,1,\nBox,1,\nRock,7,\nPop,1,\nNobody,1,\nTight,1,Y\nGold,1,\nRock,1,Y\n";
+                              "Gold,1,\nBox,1,\nRock,7,\nPop,1,\nNobody,1,\nTight,1,Y\nGold,1,\nSolo,1,\nRock,1,Y\n";
 
 // A station with every kind of level that a plan may ask for.
 class WeekTest : public AiringStation
@@ -28,6 +28,8 @@ protected:
         AddCuts(L"f", L"Free", 2, 12, 3, 4);
         AddCut(L"b1", L"Box", 1, L"Trio", L"Opus 1", {.sAlbum = L"Complete"});
         AddCut(L"b2", L"Box", 1, L"Duo", L"Opus 2", {.sAlbum = L"Complete"});
+        AddCut(L"o1", L"Solo", 1, L"Solo", L"First");
+        AddCut(L"o2", L"Solo", 1, L"Solo", L"Second");
         AddCut(L"s1", L"Speech", 1, L"Host", L"News"); // no opener
         AddCut(L"n1", L"Tight", 1, L"", L"");
         AddCut(L"x1", L"NOCAT", 0, L"Artist 1", L"Title 1", {.dtLastPlayed = dtStart - 0.01});
@@ -35,6 +37,7 @@ protected:
         AddEmptyLevel(L"Pop", 3);
         SetRules(L"Pop", 1, 75, 180, 30);
         SetRules(L"Tight", 1, 90, 120, 45);
+        SetRules(L"Solo", 1, 600, 0, 0);
         SetRules(L"Box", 1, 0, 0, 90);
         SetRules(L"Free", 2, 60, 60, 60, true);
     }
