@@ -100,8 +100,11 @@ private:
     {
         std::unordered_map<TextKey, std::int32_t> colPlays;
         for (std::size_t position = 0; position < order.size(); ++position)
-            for (const TextKey& cName : NamesOf(m_station.cuts[order[position]].values, m_names))
+        {
+            const PlainCutValues& cut = m_station.cuts[order[position]].values;
+            for (const TextKey& cName : m_names.NamesOf(cut.cArtist, cut.cTitle))
                 colPlays[cName] += health.cuts[position].lPlays;
+        }
         for (const MakeUp::Artist& artist : makeUp.artists)
         {
             const std::int32_t lPlays = colPlays[artist.cName];

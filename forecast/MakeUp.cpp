@@ -7,18 +7,6 @@
 namespace ravlo
 {
 
-std::vector<TextKey> NamesOf(const PlainCutValues& cut, const ArtistNames& names)
-{
-    if (cut.cArtist.Empty())
-        return {};
-    std::vector<TextKey> colNames;
-    if (!names.CreditsOnly())
-        colNames = names.KeysOf(cut.cArtist, cut.cTitle);
-    colNames.resize(std::max<std::size_t>(colNames.size(), 1));
-    colNames.front() = cut.cArtist; // as this cut spells it
-    return colNames;
-}
-
 MakeUp MakeUpOf(const StationSnapshot& station, const std::vector<CutNumber>& order, const ArtistNames& names)
 {
     MakeUp makeUp;
@@ -29,7 +17,7 @@ MakeUp MakeUpOf(const StationSnapshot& station, const std::vector<CutNumber>& or
     for (const CutNumber number : order)
     {
         const PlainCutValues& cut = station.cuts[number].values;
-        for (const TextKey& cName : NamesOf(cut, names))
+        for (const TextKey& cName : names.NamesOf(cut.cArtist, cut.cTitle))
         {
             const auto [it, bNew] = colPositions.try_emplace(cName, makeUp.artists.size());
             if (bNew)

@@ -10,9 +10,6 @@
 namespace ravlo
 {
 
-// The artists that a cut counts for; none when it has no artist.
-std::vector<TextKey> NamesOf(const PlainCutValues& cut, const ArtistNames& names);
-
 // What a level consists of, which limits the separations that any order can keep. A cut without an artist or
 // title is one of its own.
 struct MakeUp

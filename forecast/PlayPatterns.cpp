@@ -62,7 +62,7 @@ void PlayPatterns::Collect(const SimulationResult& result, const ArtistNames& na
             continue;
         const std::int64_t seconds = WholeSeconds(row.dtStart);
         const PlainCutValues& cut = result.cStation->cuts[*row.cut].values;
-        for (const TextKey& cName : NamesOf(cut, names))
+        for (const TextKey& cName : names.NamesOf(cut.cArtist, cut.cTitle))
             colArtists[cName].push_back(seconds);
         if (!cut.cTitle.Empty())
             colTitles[cut.cTitle].push_back(seconds);

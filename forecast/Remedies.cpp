@@ -46,7 +46,8 @@ std::optional<Remedy> Remedies::Spread(Random& cRandom) const
     for (const CutNumber number : order)
     {
         const PlainCutValues& cut = Station().cuts[number].values;
-        colItems.push_back({NamesOf(cut, m_names), cut.cTitle, cut.cAlbum, cut.dtLastPlayed});
+        colItems.push_back(
+            {m_names.NamesOf(cut.cArtist, cut.cTitle), cut.cTitle, cut.cAlbum, cut.dtLastPlayed});
     }
     SpreadTrial trial{TextKey(CategoryKey(Level().sCategory, Level().lLevel)), {}, {}};
     const std::shared_ptr<StationSnapshot> cStation = Copy();
@@ -139,7 +140,8 @@ std::vector<CutNumber> Remedies::OrderWithoutCommonest() const
     std::vector<CutNumber> order = Level().order;
     for (std::size_t position = order.size(); position-- > 0;)
     {
-        const std::vector<TextKey> colNames = NamesOf(Station().cuts[order[position]].values, m_names);
+        const PlainCutValues& cut = Station().cuts[order[position]].values;
+        const std::vector<TextKey> colNames = m_names.NamesOf(cut.cArtist, cut.cTitle);
         if (std::find(colNames.begin(), colNames.end(), m_makeUp.commonest.cName) == colNames.end())
             continue;
         for (const TextKey& cName : colNames)

@@ -58,8 +58,8 @@ void AddGuests(NameList& cNames, const std::vector<std::wstring>& colGuests, con
     }
 }
 
-std::vector<TextKey> NamesOf(const TextKey& cArtist, const TextKey& cTitle, bool bFeaturedArtists,
-                             const ArtistsTable& cTable)
+std::vector<TextKey> NamesFound(const TextKey& cArtist, const TextKey& cTitle, bool bFeaturedArtists,
+                                const ArtistsTable& cTable)
 {
     if (cArtist.Empty())
         return {};
@@ -87,10 +87,11 @@ public:
     {
     }
 
+    bool FeaturedArtists() const noexcept { return m_bFeaturedArtists; }
     const std::shared_ptr<const ArtistsTable>& Table() const noexcept { return m_cTable; }
     std::vector<TextKey> Of(const TextKey& cArtist, const TextKey& cTitle) const
     {
-        return NamesOf(cArtist, cTitle, m_bFeaturedArtists, *m_cTable);
+        return NamesFound(cArtist, cTitle, m_bFeaturedArtists, *m_cTable);
     }
     const std::vector<TextKey>& KeysOf(const TextKey& cArtist, const TextKey& cTitle)
     {
@@ -116,6 +117,8 @@ ArtistNames::ArtistNames(bool bFeaturedArtists, std::shared_ptr<const ArtistsTab
 
 ArtistNames ArtistNames::With(bool bFeaturedArtists) const
 {
+    if (bFeaturedArtists == (m_cShared && m_cShared->FeaturedArtists()))
+        return *this;
     return {bFeaturedArtists, m_cShared ? m_cShared->Table() : nullptr};
 }
 
@@ -133,6 +136,17 @@ std::vector<std::wstring> ArtistNames::Of(const std::wstring& sArtist, const std
 const std::vector<TextKey>& ArtistNames::KeysOf(const TextKey& cArtist, const TextKey& cTitle) const
 {
     return m_cShared->KeysOf(cArtist, cTitle);
+}
+
+std::vector<TextKey> ArtistNames::NamesOf(const TextKey& cArtist, const TextKey& cTitle) const
+{
+    if (cArtist.Empty())
+        return {};
+    if (CreditsOnly())
+        return {cArtist};
+    std::vector<TextKey> colNames = KeysOf(cArtist, cTitle);
+    colNames.front() = cArtist;
+    return colNames;
 }
 
 } // namespace ravlo

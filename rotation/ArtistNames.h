@@ -43,7 +43,7 @@ public:
     // Whether both are copies of one object. Objects made apart differ, unless both are CreditsOnly().
     friend bool operator==(const ArtistNames&, const ArtistNames&) = default;
 
-    // The same table with featured artists on or off.
+    // The same table with featured artists on or off; a copy of this object when that does not differ.
     ArtistNames With(bool bFeaturedArtists) const;
 
     // The credit first, then the other names in the order found, each once without regard to case. Empty for
@@ -52,6 +52,9 @@ public:
     // The same as keys, which are remembered in the spelling that was asked for first. Valid until this
     // object and its copies have ended. Precondition: not CreditsOnly().
     const std::vector<TextKey>& KeysOf(const TextKey& cArtist, const TextKey& cTitle) const;
+    // The same for a caller that need not ask for CreditsOnly(): the credit as it is spelled here, then the
+    // other names.
+    std::vector<TextKey> NamesOf(const TextKey& cArtist, const TextKey& cTitle) const;
 
 private:
     class Shared;

@@ -195,19 +195,19 @@ void clsSchedMan::SpreadCategories(const Cats& colCats, bool bConfirmFirst)
 {
     Parts& my = *m_cParts;
     Random& cRandom = my.cMod.Ports().cRandom;
-    my.RefreshRotation();
-    const ArtistNames names = my.cRotationFiles.Names();
-    const SpreadOrders::ItemOf itemOf = [&](const Cut& cCut) {
-        const TextKey cArtist = cCut.ArtistKey();
-        const TextKey cTitle = cCut.TitleKey();
-        return SpreadItem{names.CreditsOnly() ? std::vector{cArtist} : names.KeysOf(cArtist, cTitle), cTitle,
-                          cCut.AlbumKey(), my.cPlayHistory.TimeOf(cCut)};
+    const auto orderOf = [&](const clsCat& cSubCat) {
+        my.RefreshRotation();
+        const ArtistNames cNames = my.cRotationFiles.Names(); // kept while cuts are asked: others may be set
+        const SpreadOrders::ItemOf itemOf = [&](const Cut& cCut) {
+            const TextKey cTitle = cCut.TitleKey();
+            return SpreadItem{cNames.NamesOf(cCut.ArtistKey(), cTitle), cTitle, cCut.AlbumKey(),
+                              my.cPlayHistory.TimeOf(cCut)};
+        };
+        return my.cSpreadOrders.Find(cSubCat, itemOf, cRandom);
     };
     Edit(L"Error in SpreadCategories [cSchedMan]", [&] {
         cRandom.Randomize();
-        my.cEditing.SpreadCategories(colCats, bConfirmFirst, [&](const clsCat& cSubCat) {
-            return my.cSpreadOrders.Find(cSubCat, itemOf, cRandom);
-        });
+        my.cEditing.SpreadCategories(colCats, bConfirmFirst, orderOf);
     });
 }
 

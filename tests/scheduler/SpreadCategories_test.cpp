@@ -77,6 +77,21 @@ TEST_F(SpreadCategoriesTest, LongestRestedFirstByTheTimeOfThePlay)
     EXPECT_EQ(Order(L"Pop", 1)[2], L"P1ash1");
 }
 
+TEST_F(SpreadCategoriesTest, DealsByTheNamesInForce)
+{
+    for (const wchar_t* sKey : {L"R1other1", L"R1other2", L"R1other3"})
+        CutOf(sKey)->SetArtist(std::wstring(L"feat. ") + sKey);
+    cPorts.cFiles.Put(L"C:\\Radio\\Scheduler\\Artists.csv",
+                      "credited,counts_as\nfeat. R1other1,Ash\nfeat. R1other2,ASH\n");
+    CutOf(L"R1other3")->SetTitle(L"Live (feat. Ash)");
+    cPorts.cFiles.Put(L"C:\\Radio\\Scheduler\\Rotation.cfg", "FeaturedArtists=1\n");
+    cPorts.cClock.Advance(1'000);
+    Spread({Level(L"Rock", 1)});
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"R1ash1", L"R1other4", L"R1ash2", L"R1ash3", L"R1ash4", L"R1other1",
+                                       L"R1other2", L"R1other3"}))
+        << "all but one count for Ash";
+}
+
 TEST_F(SpreadCategoriesTest, ACutThatCannotBeReadKeepsItsLevelAsItWas)
 {
     CutOf(L"R1ash3")->failing = {"Artist"};
