@@ -17,9 +17,10 @@ void RotationFiles::Serve(const std::wstring& sAppPath)
         m_cOptionsFile = {m_cOptionsFile.sName};
         m_cArtistsFile = {m_cArtistsFile.sName};
         m_optionsBytes.clear();
-        m_cTable = nullptr;
-        UseOptions({});
+        m_options = {};
+        m_cNames = {};
     }
+    m_cOptionsFile.bRead = m_cArtistsFile.bRead = false; // a stamp may be too coarse to show a change
     Look(Patience::UpToASecond);
 }
 
@@ -57,8 +58,9 @@ void RotationFiles::ReadIfChanged(File& file, Take take, Patience ePatience)
     const std::optional<FileStamp> stamp = m_cMod.Ports().cFiles.StampOf(PathOf(file));
     if (!bRead || stamp != file.stamp)
     {
-        (this->*take)(m_cMod.Saved().Read(PathOf(file), this, ePatience));
-        file.stamp = stamp;
+        std::optional<std::string> bytes = m_cMod.Saved().Read(PathOf(file), this, ePatience);
+        file.stamp = bytes ? stamp : std::nullopt; // it may have gone since, and come back with that stamp
+        (this->*take)(std::move(bytes));
     }
     file.bRead = true;
     file.bFailed = false;
@@ -87,14 +89,13 @@ void RotationFiles::TakeArtists(std::optional<std::string> bytes)
         for (const std::wstring& sProblem : problems)
             m_cMod.WriteDebugLog(L"Artists.csv, " + sProblem);
     }
-    m_cTable = std::move(cTable);
-    m_cNames = ArtistNames(m_options.bFeaturedArtists, m_cTable);
+    m_cNames = ArtistNames(m_options.bFeaturedArtists, std::move(cTable));
 }
 
 void RotationFiles::UseOptions(const RotationOptions& options)
 {
+    m_cNames = m_cNames.With(options.bFeaturedArtists);
     m_options = options;
-    m_cNames = ArtistNames(options.bFeaturedArtists, m_cTable);
 }
 
 void RotationFiles::Set(bool RotationOptions::*bOption, bool bOn)
@@ -103,6 +104,7 @@ void RotationFiles::Set(bool RotationOptions::*bOption, bool bOn)
         throw RuntimeError(error::ObjectNotSet);
     try
     {
+        m_cOptionsFile.bRead = false; // another program's change would be lost that a coarse stamp hides
         ReadIfChanged(m_cOptionsFile, &RotationFiles::TakeOptions, Patience::UpToASecond);
     }
     catch (const RuntimeError&)

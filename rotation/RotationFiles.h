@@ -6,7 +6,6 @@
 #include "rotation/RotationOptions.h"
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -24,8 +23,8 @@ public:
     RotationFiles(const RotationFiles&) = delete;
     RotationFiles& operator=(const RotationFiles&) = delete;
 
-    // Reads the files under this application path, which has a trailing backslash. Of another path than
-    // before, a file that cannot be read counts as absent; of the same, see Refresh.
+    // Reads the files under this application path, which has a trailing backslash. When the path changes, a
+    // file that cannot be read counts as absent; otherwise what is in force stays.
     void Serve(const std::wstring& sAppPath);
     // Reads again a file whose stamp has changed or that could not be read. Looks at most once a second and
     // does not wait for locked files. What cannot be read stays in force as it was; a file that is gone
@@ -38,8 +37,8 @@ public:
     const ArtistNames& Names() const noexcept { return m_cNames; }
 
     // Each saves the options and puts them in force; one that has the value already writes nothing. First
-    // reads the file again when it has changed or could not be read, and raises 75 when that fails. A file
-    // that cannot be written changes nothing and throws. 91 before the first Serve.
+    // reads the file again, whatever its stamp, and raises 75 when that fails. A file that cannot be written
+    // changes nothing and throws. 91 before the first Serve.
     void SetFairRotation(bool bOn) { Set(&RotationOptions::bFairRotation, bOn); }
     void SetFeaturedArtists(bool bOn) { Set(&RotationOptions::bFeaturedArtists, bOn); }
 
@@ -47,7 +46,7 @@ private:
     struct File
     {
         const wchar_t* sName;
-        bool bRead = false;                  // the last look succeeded
+        bool bRead = false;                  // the last look succeeded; false: read at the next one
         bool bFailed = false;                // the last look failed, which was logged
         std::optional<FileStamp> stamp = {}; // of what was read last; nothing when it was absent
     };
@@ -69,7 +68,6 @@ private:
     File m_cArtistsFile{L"Scheduler\\Artists.csv"};
     std::string m_optionsBytes; // what a save keeps
     RotationOptions m_options;
-    std::shared_ptr<const ArtistsTable> m_cTable;
     ArtistNames m_cNames;
 };
 

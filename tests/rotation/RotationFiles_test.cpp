@@ -33,6 +33,55 @@ std::int32_t NumberRaisedBy(const std::function<void()>& action)
     return 0;
 }
 
+// Files that let something happen when a stamp is looked at, or that tell another one.
+class StampedFiles final : public Files
+{
+public:
+    explicit StampedFiles(Files& cInner) : m_cInner(cInner) {}
+
+    std::optional<FileStamp> StampOf(const std::wstring& sPath) const override
+    {
+        std::optional<FileStamp> stamp = m_cInner.StampOf(sPath);
+        if (OnStamp && stamp)
+            OnStamp(*stamp);
+        return stamp;
+    }
+    Presence PresenceOf(const std::wstring& sPath) const override { return m_cInner.PresenceOf(sPath); }
+    Presence PresenceOfFolder(const std::wstring& sPath) const override
+    {
+        return m_cInner.PresenceOfFolder(sPath);
+    }
+    void CreateFolder(const std::wstring& sPath) override { m_cInner.CreateFolder(sPath); }
+    std::vector<FileEntry> FilesIn(const std::wstring& sPath) const override
+    {
+        return m_cInner.FilesIn(sPath);
+    }
+    std::string ReadAll(const std::wstring& sPath, Patience ePatience) const override
+    {
+        return m_cInner.ReadAll(sPath, ePatience);
+    }
+    void WriteNew(const std::wstring& sPath, std::string_view bytes) override
+    {
+        m_cInner.WriteNew(sPath, bytes);
+    }
+    void Append(const std::wstring& sPath, std::string_view bytes) override { m_cInner.Append(sPath, bytes); }
+    void Rename(const std::wstring& sFrom, const std::wstring& sTo, Patience ePatience) override
+    {
+        m_cInner.Rename(sFrom, sTo, ePatience);
+    }
+    void Delete(const std::wstring& sPath) override { m_cInner.Delete(sPath); }
+    std::unique_ptr<HeldFile> HoldOpen(const std::wstring& sPath) override
+    {
+        return m_cInner.HoldOpen(sPath);
+    }
+    std::wstring LibraryFolder() const override { return m_cInner.LibraryFolder(); }
+
+    std::function<void(FileStamp& stamp)> OnStamp;
+
+private:
+    Files& m_cInner;
+};
+
 class RotationFilesTest : public testing::Test
 {
 protected:
@@ -54,7 +103,8 @@ protected:
     static constexpr const wchar_t* sArtists = L"C:\\Radio\\Scheduler\\Artists.csv";
     const Lines credit{L"Prince feat. Cher"};
     RadioPorts cPorts;
-    ModScheduler cMod{cPorts.Ports()};
+    StampedFiles cStamped{cPorts.cFiles};
+    ModScheduler cMod{cPorts.PortsWith(cStamped)};
     RotationFiles cRotation{cMod};
 };
 
@@ -129,6 +179,86 @@ TEST_F(RotationFilesTest, SetterBuildsOnWhatIsInTheFileNow)
     EXPECT_EQ(cRotation.Options(), fair);
     cRotation.SetFeaturedArtists(true);
     EXPECT_EQ(cPorts.cFiles.Get(sOptions), "FairRotation=1\r\nNew=7\r\nFeaturedArtists=1\r\n");
+}
+
+// A file system that keeps coarse time, and another program that writes as many bytes.
+TEST_F(RotationFilesTest, ASetterAndAPopulationReadWhateverTheStamp)
+{
+    cStamped.OnStamp = [](FileStamp& stamp) { stamp.written = 0; };
+    PutOptions("FairRotation=0\r\nTheirs=1\r\n");
+    PutArtists("Prince feat. Cher,Abba\r\n");
+    cRotation.Serve(sRadio);
+    PutOptions("FairRotation=1\r\nTheirs=2\r\n");
+    PutArtists("Prince feat. Cher,Kiss\r\n");
+    RefreshAfter(1'000);
+    EXPECT_EQ(cRotation.Options(), off) << "a refresh cannot see it";
+    cRotation.Serve(sRadio);
+    EXPECT_EQ(cRotation.Options(), fair);
+    EXPECT_EQ(Prince(), (Lines{L"Prince feat. Cher", L"Kiss"}));
+
+    PutOptions("FairRotation=0\r\nTheirs=3\r\n");
+    cRotation.SetFeaturedArtists(true);
+    EXPECT_EQ(cPorts.cFiles.Get(sOptions), "FairRotation=0\r\nTheirs=3\r\nFeaturedArtists=1\r\n");
+    EXPECT_EQ(cRotation.Options(), featured);
+}
+
+TEST_F(RotationFilesTest, ARefreshReadsAnOlderFileAndOneThatCameBack)
+{
+    PutOptions("FairRotation=1\r\n");
+    cRotation.Serve(sRadio);
+    PutOptions("FairRotation=0\r\n");
+    cStamped.OnStamp = [](FileStamp& stamp) { stamp.written = -stamp.written; };
+    RefreshAfter(1'000);
+    EXPECT_EQ(cRotation.Options(), off);
+
+    PutOptions("FairRotation=1\r\n");
+    cStamped.OnStamp = [&](FileStamp& stamp) {
+        stamp.written = 0;
+        cPorts.cFiles.Delete(sOptions);
+    };
+    RefreshAfter(1'000);
+    EXPECT_EQ(cRotation.Options(), off) << "gone after its stamp was taken";
+    cStamped.OnStamp = [](FileStamp& stamp) { stamp.written = 0; };
+    PutOptions("FairRotation=1\r\n");
+    RefreshAfter(1'000);
+    EXPECT_EQ(cRotation.Options(), fair);
+}
+
+TEST_F(RotationFilesTest, TheTickCountMayStartAgain)
+{
+    cPorts.cClock.SetTickCount(0xFFFFFF00);
+    cRotation.Serve(sRadio);
+    PutOptions("FairRotation=1\r\n");
+    RefreshAfter(999);
+    EXPECT_EQ(cRotation.Options(), off);
+    RefreshAfter(1);
+    EXPECT_EQ(cRotation.Options(), fair);
+}
+
+TEST_F(RotationFilesTest, OnlyAnotherFeaturedArtistsGivesOtherNames)
+{
+    PutArtists("Prince,TAFKAP\r\n");
+    cRotation.Serve(sRadio);
+    const ArtistNames cNames = cRotation.Names();
+    cRotation.SetFairRotation(true);
+    EXPECT_TRUE(cRotation.Names() == cNames);
+    cRotation.SetFeaturedArtists(true);
+    EXPECT_FALSE(cRotation.Names() == cNames);
+}
+
+TEST_F(RotationFilesTest, TwoManagersOfAStationSeeEachOthersChanges)
+{
+    PutOptions("\xFF");
+    RotationFiles cOther(cMod);
+    cRotation.Serve(sRadio);
+    cOther.Serve(sRadio);
+    cRotation.SetFairRotation(true);
+    cOther.SetFeaturedArtists(true);
+    EXPECT_EQ(cPorts.cFiles.Get(sOptions), "FairRotation=1\r\nFeaturedArtists=1\r\n");
+    EXPECT_TRUE(cPorts.cFiles.FileExists(std::wstring(sOptions) + L".bak"));
+    EXPECT_FALSE(cPorts.cFiles.FileExists(std::wstring(sOptions) + L".bak2"));
+    RefreshAfter(1'000);
+    EXPECT_EQ(cRotation.Options(), (RotationOptions{true, true}));
 }
 
 TEST_F(RotationFilesTest, DamagedFileIsOffAndKeptBeforeTheFirstWrite)
