@@ -70,29 +70,30 @@ void PlayHistory::Enter(const std::shared_ptr<Cut>& cCut)
     const Credit credit{cCut->ArtistKey(), cCut->TitleKey()};
     const TextKey cAlbum = cCut->AlbumKey();
     m_colReports.insert_or_assign(credit, Report{++m_reports, cCut});
-    EnterArtists({credit, cCut});
+    EnterArtists({credit, cCut}, m_cNames, m_colArtists);
     m_colTitles.insert_or_assign(credit.cTitle, cCut);
     if (!cAlbum.Empty())
         m_colAlbums.insert_or_assign(cAlbum, cCut);
 }
 
-void PlayHistory::EnterArtists(const Play& play)
+void PlayHistory::EnterArtists(const Play& play, const ArtistNames& cNames, Plays& colArtists)
 {
-    if (m_cNames.CreditsOnly())
-        m_colArtists.insert_or_assign(play.credit.cArtist, play.cCut);
+    if (cNames.CreditsOnly())
+        colArtists.insert_or_assign(play.credit.cArtist, play.cCut);
     else
-        for (const TextKey& cName : m_cNames.KeysOf(play.credit.cArtist, play.credit.cTitle))
-            m_colArtists.insert_or_assign(cName, play.cCut);
+        for (const TextKey& cName : cNames.KeysOf(play.credit.cArtist, play.credit.cTitle))
+            colArtists.insert_or_assign(cName, play.cCut);
 }
 
 void PlayHistory::SetNames(const ArtistNames& cNames)
 {
     if (cNames == m_cNames)
         return;
-    m_cNames = cNames;
-    m_colArtists.clear();
+    Plays colArtists;
     for (const Play& play : LastPlays())
-        EnterArtists(play);
+        EnterArtists(play, cNames, colArtists);
+    m_cNames = cNames;
+    m_colArtists.swap(colArtists);
 }
 
 std::vector<PlayHistory::Play> PlayHistory::LastPlays() const

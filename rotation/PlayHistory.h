@@ -37,8 +37,8 @@ public:
     std::shared_ptr<Cut> TitleHistoryCut(const TextKey& cTitle) const { return Last(m_colTitles, cTitle); }
     std::shared_ptr<Cut> AlbumHistoryCut(const TextKey& cAlbum) const { return Last(m_colAlbums, cAlbum); }
 
-    // Which names a credit counts for: only itself at first. Works out anew for which names the plays of the
-    // history count, unless the names are the ones in use.
+    // Which names a credit counts for: only itself at first. Rebuilds the artists' entries, unless the names
+    // are the ones in use. Changes nothing when memory runs out.
     void SetNames(const ArtistNames& cNames);
     const ArtistNames& Names() const noexcept { return m_cNames; }
 
@@ -84,7 +84,7 @@ private:
     };
 
     void Enter(const std::shared_ptr<Cut>& cCut);
-    void EnterArtists(const Play& play);
+    static void EnterArtists(const Play& play, const ArtistNames& cNames, Plays& colArtists);
     void Tell(const std::optional<RuntimeError>& cRefusal);
     static std::shared_ptr<Cut> Last(const Plays& colPlays, const TextKey& cText);
 

@@ -83,10 +83,11 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     my.cPlacedCuts = std::move(cPlacedCuts);
     ++my.populations;
     my.Serve(sAppPath);
-    my.ServeRotation(sAppPath);
     my.cPicks.EndIncident();
     if (!bMarked)
         my.cMark = std::move(cMark);
+    // A failure must not leave the new tree without its settings; it is tried again before the next pick.
+    Trap(my.cMod, L"Rotation options", [&] { my.ServeRotation(sAppPath); });
     cMove.Settle();
     return true;
 }

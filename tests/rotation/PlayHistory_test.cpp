@@ -253,7 +253,7 @@ TEST_F(NamedPlaysTest, PlayIsEnteredUnderEveryNameItCountsFor)
     EXPECT_EQ(LastOf(colAll), L"bbba-");
 }
 
-TEST_F(NamedPlaysTest, ChangedNamesWorkOutAllPlaysInTheOrderOfReports)
+TEST_F(NamedPlaysTest, ChangedNamesRebuildAllPlaysInTheOrderOfReports)
 {
     const auto cFirst = AddCut(L"a", L"Abba feat. Cher", L"One");
     Play(*cFirst, dtNoon);

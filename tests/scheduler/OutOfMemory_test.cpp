@@ -56,5 +56,36 @@ TEST(OutOfMemory, CommittedStepIsSavedThoughItCannotBeRecorded)
               (Boxes{CriticalBox(L"Error in RemoveCutFromCategory [cSchedMan]", CriticalText(7))}));
 }
 
+TEST(OutOfMemory, NamesThatCannotBeTakenLeaveTheHistoryAsItWas)
+{
+    RadioPorts cPorts;
+    FakeDataBase cDataBase;
+    cDataBase.Add(L"a", L"Rock", 1)->SetArtist(L"Abba feat. Cher");
+    PlayHistory cHistory(cPorts.cClock, [](const RuntimeError&, bool) {});
+    const std::shared_ptr<Cut> cPlay = cDataBase.Own(L"a")->CloneCut();
+    cPlay->SetLastPlayed(cPorts.cClock.Now());
+    cHistory.Record(*cPlay, cDataBase);
+    const ArtistNames cNames = ArtistNames().With(true);
+    const TextKey cCredit(L"Abba feat. Cher");
+    const TextKey cGuest(L"Cher");
+    bool bTaken = false;
+    for (int lAllocations = 0; !bTaken; ++lAllocations)
+    {
+        try
+        {
+            const Memory cMemory(lAllocations);
+            cHistory.SetNames(cNames);
+            bTaken = true;
+        }
+        catch (const std::bad_alloc&)
+        {
+            ASSERT_TRUE(cHistory.Names().CreditsOnly());
+            ASSERT_TRUE(cHistory.ArtistHistoryCut(cCredit));
+            ASSERT_FALSE(cHistory.ArtistHistoryCut(cGuest));
+        }
+    }
+    EXPECT_TRUE(cHistory.ArtistHistoryCut(cGuest));
+}
+
 } // namespace
 } // namespace ravlo::test
