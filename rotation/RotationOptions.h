@@ -4,7 +4,7 @@
 namespace ravlo
 {
 
-// What a station may choose beside the prescribed walk. Everything is off until it is asked for.
+// What a station may choose besides the prescribed walk. Everything is off until it is asked for.
 struct RotationOptions
 {
     bool bFairRotation = false;    // a cut that is passed over keeps its place

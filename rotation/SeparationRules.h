@@ -88,9 +88,9 @@ struct RuleCheck
 
 // Measures a candidate against the play history, title before artist before album. The first broken rule sets
 // Violation and MinsAgo and is the breach; every broken rule sets its own minutes. Asks for the reference
-// time only when there is a play to measure. An artist counts by every name of the credit, and the play
-// nearest to that time by any of them. A play or text that cannot be read breaks no rule: its error
-// goes to failed and the other rules are still measured.
+// time only when there is a play to measure. For the artist rule every name of the credit is looked up,
+// and the play nearest to the reference time counts. A play or text that cannot be read breaks no rule: its
+// error goes to failed and the other rules are still measured.
 RuleCheck MeasureAgainstRules(const SeparationRules& rules, const Candidate& candidate,
                               const PlayHistory& cHistory, Reference& reference, const ErrorSink& failed);
 
