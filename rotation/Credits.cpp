@@ -2,7 +2,6 @@
 #include "rotation/Credits.h"
 
 #include "base/CaseFolding.h"
-#include "base/Text.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -20,14 +19,30 @@ constexpr std::wstring_view sClosing = L")]}";
 
 bool IsIn(wchar_t c, wchar_t cFirst, wchar_t cLast) { return c >= cFirst && c <= cLast; }
 
-// Letters and digits of any script; beyond Latin-1 everything but the blocks of punctuation.
+bool IsSpace(wchar_t c)
+{
+    return IsIn(c, 0x09, 0x0D) || c == L' ' || c == 0x85 || c == 0xA0 || c == 0x1680 ||
+           IsIn(c, 0x2000, 0x200A) || c == 0x2028 || c == 0x2029 || c == 0x202F || c == 0x205F || c == 0x3000;
+}
+
+// Imported texts contain tabs and no-break spaces.
+std::wstring WithoutOuterSpace(std::wstring_view sText)
+{
+    while (!sText.empty() && IsSpace(sText.front()))
+        sText.remove_prefix(1);
+    while (!sText.empty() && IsSpace(sText.back()))
+        sText.remove_suffix(1);
+    return std::wstring(sText);
+}
+
+// Letters and digits of any script; beyond Latin-1 everything but spaces and the blocks of punctuation.
 bool IsLetterOrDigit(wchar_t c)
 {
     if (c < 0x80)
         return IsIn(c, L'0', L'9') || IsIn(c, L'a', L'z') || IsIn(c, L'A', L'Z');
     if (c < 0x100)
         return c == 0xAA || c == 0xB5 || c == 0xBA || (c >= 0xC0 && c != 0xD7 && c != 0xF7);
-    return !IsIn(c, 0x2000, 0x206F) && !IsIn(c, 0x3000, 0x303F);
+    return !IsSpace(c) && !IsIn(c, 0x2000, 0x206F) && !IsIn(c, 0x3000, 0x303F);
 }
 
 // A feature word of a text, and where it lies.
@@ -72,7 +87,7 @@ public:
         std::size_t next = m_sText.size(); // where the next feature word that counts begins
         for (auto word = m_colWords.rbegin(); word != m_colWords.rend(); ++word)
         {
-            std::wstring sNames = Trimmed(word->end, std::min(next, ClosingBracket(*word)));
+            std::wstring sNames = Trimmed(word->end, EndOfGuests(*word, next));
             if (SplitGuests(sNames).empty() || (bNameBefore && NameBefore(*word).empty()))
                 continue;
             next = word->begin;
@@ -119,13 +134,29 @@ private:
         }
         return at + 1;
     }
+    // Where the guest part of a word ends that the next word begins at next, or the text's end. Brackets
+    // around the next word belong to that one when names precede them: "feat. Cher (feat. Kiss)".
+    std::size_t EndOfGuests(const FeatureWord& word, std::size_t next) const
+    {
+        const std::size_t end = std::min(next, ClosingBracket(word));
+        if (end == m_sText.size())
+            return end;
+        std::size_t bracket = word.end;
+        while (bracket < end && !IsAround(bracket, next))
+            ++bracket;
+        return SplitGuests(Trimmed(word.end, bracket)).empty() ? end : bracket;
+    }
+    bool IsAround(std::size_t bracket, std::size_t at) const
+    {
+        return sOpening.find(m_sText[bracket]) != std::wstring_view::npos && m_closing[bracket] > at;
+    }
     std::size_t ClosingBracket(const FeatureWord& word) const
     {
         return word.innermost ? m_closing[*word.innermost] : m_sText.size();
     }
     std::wstring Trimmed(std::size_t begin, std::size_t end) const
     {
-        return Trim(m_sText.substr(begin, end - begin));
+        return WithoutOuterSpace(m_sText.substr(begin, end - begin));
     }
 
     std::wstring_view m_sText;
@@ -134,15 +165,17 @@ private:
     std::vector<FeatureWord> m_colWords;
 };
 
-// The length of the separator of guests that begins at the head of the text, without its last blank, which
+// The length of the separator of guests that begins at the head of the text, without its last space, which
 // may be the first one of the next separator; 0 for none.
 std::size_t SeparatorLength(std::wstring_view sText)
 {
     if (sText.front() == L',')
         return 1;
-    for (const std::wstring_view sSeparator : {L" & ", L" and ", L" x "})
-        if (EqualIgnoringCase(sText.substr(0, sSeparator.size()), sSeparator))
-            return sSeparator.size() - 1;
+    for (const std::wstring_view sWord : {L"&", L"and", L"x"})
+        if (const std::size_t last = sWord.size() + 1;
+            sText.size() > last && IsSpace(sText.front()) && IsSpace(sText[last]) &&
+            EqualIgnoringCase(sText.substr(1, sWord.size()), sWord))
+            return last;
     return 0;
 }
 
@@ -174,7 +207,7 @@ std::vector<std::wstring> SplitGuests(std::wstring_view sGuests)
     std::vector<std::wstring> colNames;
     std::size_t begin = 0;
     const auto take = [&](std::size_t end) {
-        std::wstring sName = Trim(sGuests.substr(begin, end - begin));
+        std::wstring sName = WithoutOuterSpace(sGuests.substr(begin, end - begin));
         if (!sName.empty())
             colNames.push_back(std::move(sName));
     };

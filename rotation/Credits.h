@@ -9,7 +9,8 @@ namespace ravlo
 {
 
 // Which artists the texts of a cut name. A feature word is "feat.", "feat", "ft.", "ft" or "featuring" in any
-// case, with neither a letter nor a digit next to it. Brackets are (), [] and {}.
+// case, with neither a letter nor a digit next to it. Brackets are (), [] and {}. White space of any kind
+// separates words, and is trimmed around names.
 
 // An artist text, divided at its feature words. Empty when it has none that counts: one counts with a name on
 // both sides, so "Little Feat" is one artist.

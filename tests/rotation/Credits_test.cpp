@@ -60,8 +60,17 @@ TEST(SplitArtistTest, FeatureWordsDivideAnArtistText)
         {L"([Abba feat. Cher])", L"Abba", {L"Cher"}},
         {L"(feat. Cher)", L""},
         {L"Abba (feat. Cher", L"Abba", {L"Cher"}},
+        {L"Abba feat. Cher (ft. Kiss)", L"Abba", {L"Cher", L"Kiss"}},
+        {L"Abba (feat. Cher) feat. Kiss (feat. Q)", L"Abba", {L"Cher", L"Kiss", L"Q"}},
+        {L"Abba feat. Cher [UK] (live (ft. Kiss", L"Abba", {L"Cher [UK]", L"Kiss"}},
+        {L"Abba feat. (Cher feat. Kiss)", L"Abba", {L"(Cher", L"Kiss"}},
+        {L"Abba (feat. Cher (UK)) (feat. Kiss)", L"Abba", {L"Cher (UK)", L"Kiss"}},
         {L"Abba (feat. Cher] x", L"Abba", {L"Cher] x"}},
         {L"Abba) feat. Cher)", L"Abba)", {L"Cher)"}},
+        // any white space
+        {L"Abba\u00a0feat.\u00a0Cher", L"Abba", {L"Cher"}},
+        {L"Abba\tft\u3000Cher\u2003\r\n", L"Abba", {L"Cher"}},
+        {L"Abba\u1680feat Cher", L"Abba", {L"Cher"}},
         // several
         {L"Abba feat. Cher ft. Prince featuring Queen", L"Abba", {L"Cher", L"Prince", L"Queen"}},
         {L"Simon & Garfunkel feat. A, B & C", L"Simon & Garfunkel", {L"A, B & C"}},
@@ -91,6 +100,7 @@ TEST(GuestsInTitleTest, FeatureWordCountsWithANameAfterIt)
         {L"Waterloo (feat. Cher) [Radio Edit]", {L"Cher"}},
         {L"Waterloo (Remix feat. Cher & Prince) ft. Queen", {L"Cher & Prince", L"Queen"}},
         {L"Feat. Cher", {L"Cher"}},
+        {L"Waterloo feat. Cher (Kiss Remix feat. Queen)", {L"Cher", L"Queen"}},
         {L"feat. feat. Cher", {L"Cher"}},
     };
     for (const Pieces& title : titles)
@@ -108,6 +118,7 @@ TEST(SplitGuestsTest, GuestsAreDividedAtTheirSeparators)
         {L"Cher,Prince", {L"Cher", L"Prince"}},
         {L"Cher, and  Prince", {L"Cher", L"Prince"}},
         {L"Cher and & x Prince", {L"Cher", L"Prince"}},
+        {L"Cher\u00a0&\u00a0Prince\tand Queen", {L"Cher", L"Prince", L"Queen"}},
         {L"Cher&Prince", {L"Cher&Prince"}},
         {L"Brandy Maxx", {L"Brandy Maxx"}},
         {L"x Cher and", {L"x Cher and"}},
