@@ -31,9 +31,13 @@ public:
         const std::optional<std::wstring> sCountsAs = TextFromUtf8(fields[1]);
         if (!sCredited || !sCountsAs)
             return Skip(line, L"not UTF-8");
-        if (Trim(*sCredited).empty() || Trim(*sCountsAs).empty())
+        if ((*sCredited + *sCountsAs).find(L'\0') != std::wstring::npos)
+            return Skip(line, L"a NUL character");
+        const TextKey cCredited(Trim(*sCredited));
+        const TextKey cCountsAs(Trim(*sCountsAs));
+        if (cCredited.Empty() || cCountsAs.Empty())
             return Skip(line, L"an empty field");
-        m_cTable.m_colRows[TextKey(*sCredited)].push_back(TextKey(*sCountsAs));
+        m_cTable.m_colRows[cCredited].push_back(cCountsAs);
     }
     void OnBadRow(std::size_t line, CsvFault eFault) override
     {

@@ -51,6 +51,10 @@ TEST(ArtistsTableTest, RowsThatCannotBeUsedAreSkippedAndNamed)
         {heading + "Prince,\xFF\r\n\xC0\x80,A\r\nPrince,B\r\n",
          {L"line 2: not UTF-8", L"line 3: not UTF-8"},
          {L"B"}},
+        {heading + "Prince, The Artist\r\n Prince ,\" B \"\r\n", none, {L"The Artist", L"B"}},
+        {heading + "Prince,A" + std::string(1, '\0') + "\r\nPrince,B\r\n",
+         {L"line 2: a NUL character"},
+         {L"B"}},
         {heading + "Prince,\"A\nB\"\nPr\"ince,A\nPrince,C\nPrince,\"D",
          {L"line 4: a quotation mark is where none may be", L"line 6: a quotation mark is never closed"},
          {L"A\nB", L"C"}},
@@ -137,6 +141,8 @@ TEST(ArtistNamesTest, WithoutOptionAndRowsCreditsCountForThemselves)
         EXPECT_TRUE(cNames.CreditsOnly());
         EXPECT_EQ(cNames.Of(L"Abba feat. Cher", L"Live feat. Kiss"), Texts{L"Abba feat. Cher"});
         EXPECT_EQ(cNames.Of(L"", L"Live"), Texts());
+        EXPECT_EQ(cNames.NamesOf(TextKey(L"Abba"), TextKey()), std::vector<TextKey>{TextKey(L"Abba")});
+        EXPECT_TRUE(cNames.NamesOf(TextKey(), TextKey(L"Live")).empty());
     }
     EXPECT_FALSE(ArtistNames().With(true).CreditsOnly());
     EXPECT_FALSE(ArtistNames(false, TableOf("a,b\n")).CreditsOnly());
@@ -155,6 +161,8 @@ TEST(ArtistNamesTest, KeysAreTheNamesAndAreRemembered)
     EXPECT_EQ(colFirst, std::vector<TextKey>(colNames.begin(), colNames.end()));
     EXPECT_EQ(cNames.KeysOf(cArtist, TextKey(L"Live feat. 7")).back(), TextKey(L"7"));
     EXPECT_TRUE(cNames.KeysOf(TextKey(), TextKey(L"Live feat. Cher")).empty());
+    EXPECT_EQ(&cNames.With(true).KeysOf(cArtist, TextKey(L"Live")), &colFirst) << "nothing differs";
+    EXPECT_FALSE(cNames.With(false) == cNames);
 }
 
 TEST(ArtistNamesTest, AnyCreditComesFirstAndNoNameTwiceInAnyCase)
