@@ -161,6 +161,7 @@ TEST(ArtistNamesTest, KeysAreTheNamesAndAreRemembered)
     EXPECT_EQ(colFirst, std::vector<TextKey>(colNames.begin(), colNames.end()));
     EXPECT_EQ(cNames.KeysOf(cArtist, TextKey(L"Live feat. 7")).back(), TextKey(L"7"));
     EXPECT_TRUE(cNames.KeysOf(TextKey(), TextKey(L"Live feat. Cher")).empty());
+    EXPECT_EQ(cNames.NamesOf(TextKey(L"ABBA FEAT. CHER"), TextKey())[0].Text(), L"ABBA FEAT. CHER");
     EXPECT_EQ(&cNames.With(true).KeysOf(cArtist, TextKey(L"Live")), &colFirst) << "nothing differs";
     EXPECT_FALSE(cNames.With(false) == cNames);
 }
