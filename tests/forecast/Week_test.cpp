@@ -11,8 +11,9 @@ namespace ravlo::test
 namespace
 {
 
-constexpr const char* sHour = "Pop,1,Y\nRock,1,\nPop,2,\nTight,1,\nPop,1,N\nSpeech,1,Y\nPop,3,\nFree,2,\n"
-                              "Gold,1,\nBox,1,\nRock,7,\nPop,1,\nNobody,1,\nTight,1,Y\nGold,1,\nSolo,1,\nRock,1,Y\n";
+constexpr const char* sHour =
+    "Pop,1,Y\nRock,1,\nPop,2,\nTight,1,\nPop,1,N\nSpeech,1,Y\nPop,3,\nFree,2,\n"
+    "Gold,1,\nBox,1,\nRock,7,\nPop,1,\nNobody,1,\nTight,1,Y\nGold,1,\nSolo,1,\nRock,1,Y\n";
 
 // A station with every kind of level that a plan may ask for.
 class WeekTest : public AiringStation
