@@ -3,6 +3,7 @@
 #include "com/CatFace.h"
 #include "com/CatRulesFace.h"
 #include "com/Library.h"
+#include "com/RotationFace.h"
 #include "com/RuleViolationFace.h"
 #include "com/SchedManFace.h"
 #include "comkit/Registration.h"
@@ -20,6 +21,7 @@ ComPtr<IUnknown> CreateSchedMan()
 ComPtr<IUnknown> CreateCat() { return CatOut(std::make_shared<ravlo::clsCat>(Library())); }
 ComPtr<IUnknown> CreateCatRules() { return RulesOut(std::make_shared<ravlo::clsCatRules>(Library())); }
 ComPtr<IUnknown> CreateRuleViolation() { return ComPtr<_clsRuleViolation>(NewObject<RuleViolationFace>()); }
+ComPtr<IUnknown> CreateRotation() { return ComPtr<_clsRotation>(NewObject<RotationFace>()); }
 ComPtr<IUnknown> CreateCollection()
 {
     return ComPtr<_clsCollection>(NewCollection(std::make_shared<ItemCollection>()));
@@ -29,6 +31,7 @@ ComPtr<IUnknown> CreateValueList() { return ComPtr<_clsValueList>(NewObject<Valu
 const CoClass colClasses[] = {
     {SchedManFace::identity, CreateSchedMan},     {CatFace::identity, CreateCat},
     {CatRulesFace::identity, CreateCatRules},     {RuleViolationFace::identity, CreateRuleViolation},
+    {RotationFace::identity, CreateRotation},
     {CollectionFace::identity, CreateCollection}, {ValueListFace::identity, CreateValueList},
 };
 

@@ -108,7 +108,8 @@ void AddMissing(const CatCollection& colFound, _clsCollection& colTarget)
 SchedManFace::SchedManFace(std::shared_ptr<clsSchedMan> cSchedMan)
     : Dispatch(identity), m_cSchedMan(std::move(cSchedMan)),
       m_cEvents(*static_cast<_clsSchedMan*>(this), DIID___clsSchedMan),
-      m_cWindows(NewSchedulerUi(m_cSchedMan))
+      m_cWindows(NewSchedulerUi(m_cSchedMan)),
+      m_cEntry(m_cSchedMan.get(), this, static_cast<_clsSchedMan*>(this))
 {
     m_cSchedMan->SetEvents(this);
     m_cSchedMan->SetWindows(m_cWindows.get());
@@ -452,6 +453,15 @@ void SchedManFace::RaiseRequestEditCut(_clsCut* pCut, VARIANT& result)
     reference.pvarVal = &cAnswer;
     m_cEvents.Fire(eRequestEditCut, {Variant(static_cast<IDispatch*>(pCut)), reference});
     StoreThrough(result, std::move(cAnswer));
+}
+
+std::shared_ptr<clsSchedMan> SchedManFrom(_clsSchedMan* pManager)
+{
+    if (!pManager)
+        return nullptr;
+    if (const SchedManFace* pFace = FaceMap<SchedManFace>::Instance().Find(pManager))
+        return pFace->Core();
+    throw RuntimeError(error::TypeMismatch);
 }
 
 } // namespace ravlo

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "comkit/Collection.h"
+#include "comkit/FaceMap.h"
 #include "scheduler/clsSchedMan.h"
 #include "ui/windows/SchedulerUi.h"
 
@@ -18,6 +19,8 @@ class SchedManFace final : public Dispatch<_clsSchedMan>, private SchedulerEvent
 public:
     explicit SchedManFace(std::shared_ptr<clsSchedMan> cSchedMan);
     ~SchedManFace() override;
+
+    const std::shared_ptr<clsSchedMan>& Core() const noexcept { return m_cSchedMan; }
 
     STDMETHODIMP get_colIllegalChars(_clsCollection** pVal) override;
     STDMETHODIMP RaiseEditRequestCutEvent(_clsCut* cCut, VARIANT* Result) override;
@@ -82,6 +85,11 @@ private:
     std::shared_ptr<clsSchedMan> m_cSchedMan;
     EventSource m_cEvents;
     std::unique_ptr<SchedulerWindows> m_cWindows;
+    FaceEntry<SchedManFace> m_cEntry;
 };
+
+// Returns the manager of a face; null for null. Throws error 13 for an object that is no face of this
+// library.
+std::shared_ptr<clsSchedMan> SchedManFrom(_clsSchedMan* pManager);
 
 } // namespace ravlo

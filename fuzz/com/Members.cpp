@@ -64,13 +64,15 @@ void AddMembers(std::vector<Member>& colMembers, ITypeInfo& cInfo, REFIID iid)
     }
 }
 
-// The default interface of a class, as IDispatch sees it.
+// Adds the default interface of a class, as IDispatch sees it; a class that hosts cannot create is reached by
+// calls.
 void AddClass(Surface& surface, ITypeInfo& cClass)
 {
     const TypeAttributes attributes(cClass);
-    if (attributes->typekind != TKIND_COCLASS || (attributes->wTypeFlags & TYPEFLAG_FCANCREATE) == 0)
+    if (attributes->typekind != TKIND_COCLASS)
         return;
-    surface.colClasses.push_back(attributes->guid);
+    if ((attributes->wTypeFlags & TYPEFLAG_FCANCREATE) != 0)
+        surface.colClasses.push_back(attributes->guid);
     for (UINT lInterface = 0; lInterface < attributes->cImplTypes; ++lInterface)
     {
         INT lFlags = 0;

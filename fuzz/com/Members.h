@@ -30,8 +30,8 @@ struct Member
 // once.
 struct Surface
 {
-    std::vector<CLSID> colClasses;
-    std::vector<Member> colMembers; // of the classes' default interfaces
+    std::vector<CLSID> colClasses;  // that a host can create
+    std::vector<Member> colMembers; // of all classes' default interfaces
 };
 Surface ReadSurface(const std::vector<GUID>& colLibraries);
 

@@ -275,7 +275,7 @@ TEST_F(RandomCalls, EachEndsAndNothingIsLeftAlive)
     const PVOID pHandler = AddVectoredExceptionHandler(1, OnCrash);
     const fuzz::Surface surface =
         fuzz::ReadSurface({LIBID_RavloScheduler, LIBID_RavloBase, LIBID_KorvaCollection});
-    ASSERT_EQ(surface.colClasses.size(), 8u);
+    ASSERT_EQ(surface.colClasses.size(), 9u);
     const auto lSeed = static_cast<unsigned>(NumberIn("RAVLO_SEED", 20261121));
     const long lCalls = NumberIn("RAVLO_CALLS", NumberIn("RAVLO_LONG", 0) != 0 ? 100'000 : 1'000);
     RandomValues cValues(lSeed, Folder().wstring());

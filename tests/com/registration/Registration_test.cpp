@@ -63,6 +63,7 @@ const Class colSchedClasses[] = {
     {L"RavloScheduler.clsCat", &CLSID_clsCat, &LIBID_RavloScheduler},
     {L"RavloScheduler.clsCatRules", &CLSID_clsCatRules, &LIBID_RavloScheduler},
     {L"RavloScheduler.clsRuleViolation", &CLSID_clsRuleViolation, &LIBID_RavloScheduler},
+    {L"RavloScheduler.clsRotation", &CLSID_clsRotation, &LIBID_RavloScheduler},
     {L"KorvaCollection.clsCollection", &CLSID_clsCollection, &LIBID_KorvaCollection},
     {L"KorvaCollection.clsValueList", &CLSID_clsValueList, &LIBID_KorvaCollection},
 };
