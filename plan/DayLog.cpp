@@ -3,9 +3,12 @@
 
 #include "base/Text.h"
 #include "base/Utf8.h"
+#include "base/csv/CsvReader.h"
 
+#include <charconv>
 #include <cmath>
 #include <map>
+#include <utility>
 
 namespace ravlo
 {
@@ -54,6 +57,41 @@ std::wstring CsvLine(const LogRow& row)
     return sLine + L"\n";
 }
 
+template <class Number> std::optional<Number> NumberIn(const std::string& sField)
+{
+    Number number{};
+    const char* const pEnd = sField.data() + sField.size();
+    const auto [pStop, eError] = std::from_chars(sField.data(), pEnd, number);
+    return eError == std::errc() && pStop == pEnd ? std::optional(number) : std::nullopt;
+}
+
+// Reads what CsvLine wrote.
+class LogReader : public CsvSink
+{
+public:
+    std::vector<LogRow> rows;
+
+    void OnRow(std::size_t, std::span<const std::string> fields) override
+    {
+        constexpr std::size_t lFields = 12;
+        if (fields.size() != lFields)
+            return;
+        const auto dtStart = ParseIso(TextFromStore(fields[0]));
+        const auto lLevel = NumberIn<std::int32_t>(fields[2]);
+        const auto lKind = NumberIn<std::int32_t>(fields[4]);
+        if (!dtStart || !lLevel || !lKind) // the heading
+            return;
+        LogRow& row = rows.emplace_back(
+            LogRow{*dtStart, {TextFromStore(fields[1]), *lLevel, fields[3] == "Y", 0}, *lKind, {}, {}, {}});
+        if (const auto lDurationmS = NumberIn<std::int32_t>(fields[9]))
+            row.cut = PlayedCut{TextFromStore(fields[5]), TextFromStore(fields[6]), TextFromStore(fields[7]),
+                                TextFromStore(fields[8]), *lDurationmS};
+        row.dArtistGapMins = NumberIn<double>(fields[10]);
+        row.dTitleGapMins = NumberIn<double>(fields[11]);
+    }
+    void OnBadRow(std::size_t, CsvFault) override {}
+};
+
 // "60.20 min (artist)", or a dash when no gap is known.
 std::wstring SmallestGap(const std::vector<LogRow>& rows, std::optional<double> LogRow::*gap,
                          std::wstring PlayedCut::*name)
@@ -92,6 +130,13 @@ std::string LogCsv(const std::vector<LogRow>& rows)
     for (const auto& row : rows)
         sText += CsvLine(row);
     return Utf8Of(sText);
+}
+
+std::vector<LogRow> ParseLogCsv(std::string_view bytes)
+{
+    LogReader reader;
+    ReadCsv(bytes, reader);
+    return std::move(reader.rows);
 }
 
 std::wstring LogLine(const LogRow& row)

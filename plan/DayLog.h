@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ravlo
@@ -37,6 +38,9 @@ std::wstring MinutesText(double dMins);
 
 // The whole log: UTF-8, one heading line, lines ended with LF, fields quoted as in RFC 4180.
 std::string LogCsv(const std::vector<LogRow>& rows);
+
+// The rows of a log. Times, gaps and texts are as exact as the log has them. A row that is none is left out.
+std::vector<LogRow> ParseLogCsv(std::string_view bytes);
 
 // One row as text for people.
 std::wstring LogLine(const LogRow& row);

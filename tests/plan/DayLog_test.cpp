@@ -54,6 +54,20 @@ TEST(LogCsv, ShowsAPlaceholderAsItsKindWithoutACut)
               sHeading + "2024-03-01T10:00:00,pop,1,N,11,,,,,,,\n");
 }
 
+TEST(ParseLogCsv, ReadsWhatWasWritten)
+{
+    auto row = Filled(L"A, \"B\"", L"Bj\u00F6rk\nlive");
+    row.dArtistGapMins = 75.25;
+    const std::vector<LogRow> rows = {
+        row, {dtTen, {L"pop", 1, false, 0}, 11, {}, {}, {}}, Filled(L"", L"Title")};
+    const std::string log = LogCsv(rows);
+    const std::vector<LogRow> read = ParseLogCsv(log);
+    EXPECT_EQ(LogCsv(read), log);
+    EXPECT_EQ(Summary(read, dtTen), Summary(rows, dtTen));
+    EXPECT_TRUE(ParseLogCsv("").empty());
+    EXPECT_TRUE(ParseLogCsv("no,row\n2024-03-01T10:00:00,rock,x,Y,0,,,,,,,\n").empty());
+}
+
 TEST(LogLine, ShowsTheSlotAndItsCut)
 {
     EXPECT_EQ(LogLine(Filled(L"Artist", L"Title")), L"2024-03-01T10:00:00  rock:2 opener  Artist - Title");
