@@ -31,6 +31,10 @@ int RunOnConsole(const CommandLine& line, const Console& cOut, const Console& cE
         RunDay(*day, cOut, cError);
     else if (const auto* watch = std::get_if<WatchOptions>(&line))
         RunWatch(*watch, boxes, cOut, cError);
+    else if (const auto* rotation = std::get_if<RotationCommand>(&line))
+        RunRotation(*rotation, boxes, cOut, cError);
+    else if (const auto* forecast = std::get_if<ForecastOptions>(&line))
+        return RunForecast(*forecast, cOut, cError);
     else if (const auto* cats = std::get_if<CatsOptions>(&line))
         return RunCats(*cats, boxes, cOut, cError);
     return lExitOk;

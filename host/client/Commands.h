@@ -15,6 +15,14 @@ namespace ravlo
 // Reads a library into the database and prints the number of cuts.
 void RunImport(const ImportOptions& options, const Console& cOut, const Console& cError);
 
+// Prints what a plan would play, or how the station fares with it. Changes nothing but the files it is told
+// to write. Returns lExitRed when health finds a red level.
+int RunForecast(const ForecastOptions& options, const Console& cOut, const Console& cError);
+
+// Shows or sets the options of rotation, spreads levels, or explains a pick.
+void RunRotation(const RotationCommand& options, const Boxes& cBoxes, const Console& cOut,
+                 const Console& cError);
+
 // Fills a day and prints its log and summary.
 void RunDay(const DayOptions& options, const Console& cOut, const Console& cError);
 

@@ -48,4 +48,13 @@ void Plays::Report(Scheduler& cScheduler, Gaps& cGaps) const
     }
 }
 
+LevelsInUse LevelsOf(const std::vector<MediaLibrary::Entry>& entries)
+{
+    LevelsInUse levels;
+    for (const auto& entry : entries)
+        for (const auto& sCategory : entry.categories)
+            levels.Add(sCategory, entry.lLevel);
+    return levels;
+}
+
 } // namespace ravlo

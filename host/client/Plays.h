@@ -3,6 +3,7 @@
 
 #include "host/client/MediaLibrary.h"
 #include "host/client/Scheduler.h"
+#include "host/day/DayPlan.h"
 #include "plan/DayMaker.h"
 
 #include <vector>
@@ -26,5 +27,8 @@ public:
 private:
     std::vector<const MediaLibrary::Entry*> m_plays;
 };
+
+// The levels that the cuts are in.
+LevelsInUse LevelsOf(const std::vector<MediaLibrary::Entry>& entries);
 
 } // namespace ravlo

@@ -5,6 +5,7 @@
 #include "host/client/MediaLibrary.h"
 #include "host/client/Plays.h"
 #include "host/client/ProgressLine.h"
+#include "host/client/RotationObject.h"
 #include "host/client/Scheduler.h"
 
 #include "base/Text.h"
@@ -29,15 +30,6 @@ struct DayRequest
     std::vector<TimedSlot> timed;
     DateTime dtStart = 0; // of a clock
 };
-
-LevelsInUse LevelsOf(const std::vector<MediaLibrary::Entry>& entries)
-{
-    LevelsInUse levels;
-    for (const auto& entry : entries)
-        for (const auto& sCategory : entry.categories)
-            levels.Add(sCategory, entry.lLevel);
-    return levels;
-}
 
 // Reads the slot or clock file, completely before the database is opened.
 DayRequest ReadRequest(const DayOptions& options)
@@ -155,6 +147,8 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
     PlayBook book(plays, {[] { return static_cast<std::int64_t>(::GetTickCount64()); },
                           [](std::int64_t lmS) { ::Sleep(static_cast<DWORD>(lmS)); }});
     scheduler.KeepBook(book);
+    RotationObject rotation(scheduler);
+    RotationForARun forThisDay(rotation, options.rotation);
     DayMaker maker(scheduler, gaps, [&](double dDone) {
         book.Tick();
         line.Show(L"Filling the day: " + DecimalText(static_cast<std::int64_t>(dDone * 100)) + L" %");
@@ -172,6 +166,7 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
         line.Clear();
     });
     failures.Try([&] { scheduler.SaveOrders(); });
+    failures.Try([&] { forThisDay.Restore(); });
     failures.ThrowIfAny();
 }
 

@@ -20,6 +20,8 @@ namespace
 
 constexpr int lMostHours = 366 * 24;
 constexpr int lMostPicks = 1000;
+constexpr int lMostDays = 3660;
+constexpr int lDaysOfHealth = 28;
 
 std::wstring Wide(const std::string& bytes) { return TextFromStore(bytes); }
 
@@ -107,6 +109,40 @@ template <class Options> void DescribeProgress(CLI::App& cCommand, Options& opti
                       "show progress even where standard error is no console");
 }
 
+void DescribeStart(CLI::App& cCommand, std::optional<DateTime>& dtStart, const char* sHelp)
+{
+    cCommand
+        .add_option_function<std::string>(
+            "--start", [&](const std::string& sTime) { dtStart = ParseIso(Wide(sTime)); }, sHelp)
+        ->type_name("TIME")
+        ->check(IsTime());
+}
+
+void DescribePlan(CLI::App& cCommand, std::wstring& sClock, std::wstring& sSlots)
+{
+    auto& clock = AddText(cCommand, "--clock", sClock, "FILE",
+                          "the slots of an hour, repeated: category,level,opener a line");
+    AddText(cCommand, "--slots", sSlots, "FILE", "the slots of the day, CSV: slot_at,category,level,opener")
+        .excludes(&clock);
+}
+
+void DescribeSwitch(CLI::App& cCommand, const char* sName, std::optional<bool>& bOn, const char* sHelp)
+{
+    cCommand
+        .add_option_function<std::string>(
+            sName, [&](const std::string& sWord) { bOn = sWord == "on"; }, sHelp)
+        ->type_name("on|off")
+        ->check(CLI::IsMember({"on", "off"}));
+}
+
+void DescribeSwitches(CLI::App& cCommand, RotationSwitches& rotation)
+{
+    DescribeSwitch(cCommand, "--fair", rotation.bFair,
+                   "fair rotation: a cut that is passed over keeps its place");
+    DescribeSwitch(cCommand, "--featured", rotation.bFeatured,
+                   "a credit counts for every artist that it names");
+}
+
 void DescribeImport(CLI::App& cImport, ImportOptions& options)
 {
     AddText(cImport, "--db", options.sDataBase, "FILE", "the media database; made when it is missing")
@@ -118,26 +154,20 @@ void DescribeImport(CLI::App& cImport, ImportOptions& options)
 void DescribeDay(CLI::App& cDay, DayOptions& options)
 {
     DescribeStation(cDay, options);
-    cDay.add_option_function<std::string>(
-            "--start", [&](const std::string& sTime) { options.dtStart = ParseIso(Wide(sTime)); },
-            "when the first slot starts (default: the end of the last recorded play, or now)")
-        ->type_name("TIME")
-        ->check(IsTime());
+    DescribeStart(cDay, options.dtStart,
+                  "when the first slot starts (default: the end of the last recorded play, or now)");
     cDay.add_option("--hours", options.lHours,
                     "how long the day is (default: 24 with a clock, all slots of a slot file)")
         ->type_name("N")
         ->check(CLI::Range(1, lMostHours));
-    auto& clock = AddText(cDay, "--clock", options.sClock, "FILE",
-                          "the slots of an hour, repeated: category,level,opener a line");
-    AddText(cDay, "--slots", options.sSlots, "FILE",
-            "the slots of the day, CSV: slot_at,category,level,opener")
-        .excludes(&clock);
+    DescribePlan(cDay, options.sClock, options.sSlots);
     AddText(cDay, "--log", options.sLog, "FILE", "write the log to this file, CSV");
     cDay.add_flag(
         "--save-each", options.bSaveEach,
         "save the play and the rotation order with every pick, as on air (default: the plays once a "
         "second, which is what a power cut may cost, and the orders at the end)");
     cDay.add_flag("-q,--quiet", options.bQuiet, "print the summary only");
+    DescribeSwitches(cDay, options.rotation);
     DescribeProgress(cDay, options);
 }
 
@@ -264,6 +294,78 @@ void DescribeCategory(CLI::App& cCategory, CategoryOptions& options)
         .needs(multi);
 }
 
+// What simulate and health have in common.
+void DescribeForecast(CLI::App& cCommand, ForecastOptions& options)
+{
+    DescribeStation(cCommand, options);
+    auto& cPlan = *cCommand.add_option_group("plan");
+    DescribePlan(cPlan, options.sClock, options.sSlots);
+    cPlan.require_option(1);
+    DescribeStart(cCommand, options.dtStart,
+                  "when it starts (default: the first slot of a slot file; with a clock the end of the last "
+                  "recorded play, or now)");
+    cCommand.add_option("--days", options.lDays, "how many days")
+        ->type_name("N")
+        ->check(CLI::Range(1, lMostDays))
+        ->capture_default_str();
+    DescribeSwitches(cCommand, options.rotation);
+    DescribeProgress(cCommand, options);
+}
+
+void DescribeSimulate(CLI::App& cSimulate, ForecastOptions& options)
+{
+    DescribeForecast(cSimulate, options);
+    AddText(cSimulate, "--log", options.sLog, "FILE", "write the log of the simulated days, CSV");
+}
+
+void DescribeHealth(CLI::App& cHealth, ForecastOptions& options)
+{
+    options.bHealth = true;
+    options.lDays = lDaysOfHealth;
+    DescribeForecast(cHealth, options);
+    AddText(cHealth, "--html", options.sHtml, "FILE", "write a report for people");
+    AddText(cHealth, "--json", options.sJson, "FILE", "write the figures for programs");
+    cHealth.footer("Ends with status 4 when a level is red.");
+}
+
+void AddLevels(CLI::App& cCommand, RotationCommand& options, const char* sHelp, bool bMany)
+{
+    const auto store = [&options](const std::vector<std::string>& names) {
+        for (const auto& sName : names)
+            options.levels.push_back(ParseCategoryName(Wide(sName)));
+    };
+    auto& levels = *cCommand.add_option_function<std::vector<std::string>>("LEVEL", store, sHelp)
+                        ->type_name("")
+                        ->check(IsCategory())
+                        ->required();
+    if (!bMany)
+        levels.expected(1);
+}
+
+void DescribeSpread(CLI::App& cSpread, RotationCommand& options)
+{
+    options.eAction = RotationAction::Spread;
+    DescribeStation(cSpread, options);
+    AddLevels(cSpread, options, "what to spread, NAME:LEVEL; a main category means each of its levels", true);
+    DescribeProgress(cSpread, options);
+}
+
+void DescribeExplain(CLI::App& cExplain, RotationCommand& options)
+{
+    options.eAction = RotationAction::Explain;
+    DescribeStation(cExplain, options);
+    AddLevels(cExplain, options, "the level, NAME:LEVEL", false);
+    cExplain.add_flag("--opener", options.bOpener, "only a cut that may open an hour");
+    DescribeProgress(cExplain, options);
+}
+
+void DescribeOptions(CLI::App& cOptions, RotationCommand& options)
+{
+    DescribeStation(cOptions, options);
+    DescribeSwitches(cOptions, options.rotation);
+    DescribeProgress(cOptions, options);
+}
+
 std::wstring OneLine(std::string sText)
 {
     std::replace(sText.begin(), sText.end(), '\n', ' ');
@@ -281,6 +383,11 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
     CatsOptions cats;
     CategoryOptions category;
     LibraryOptions library;
+    ForecastOptions simulate;
+    ForecastOptions health;
+    RotationCommand spread;
+    RotationCommand explain;
+    RotationCommand rotation;
     CLI::App cApp("A small playout host: fills a radio station's day from its media library.", "RavloHost");
     cApp.set_version_flag("--version", "RavloHost " RAVLO_VERSION);
     cApp.require_subcommand(1);
@@ -292,6 +399,16 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
     auto& cCats = *cApp.add_subcommand("cats", "list and change the categories");
     auto& cCategory = *cApp.add_subcommand("category", "open the category window and print what was chosen");
     auto& cLibrary = *cApp.add_subcommand("library", "open the library window");
+    auto& cSimulate = *cApp.add_subcommand("simulate", "forecast what a plan will play; nothing is changed");
+    auto& cHealth = *cApp.add_subcommand("health", "show how each level fares with a plan, and what helps");
+    auto& cSpread = *cApp.add_subcommand("spread", "move the artists of levels as far apart as they can be");
+    auto& cExplain = *cApp.add_subcommand("explain", "show why the next cut of a level will be that one");
+    auto& cOptions = *cApp.add_subcommand("options", "show and set the station's options of rotation");
+    DescribeSimulate(cSimulate, simulate);
+    DescribeHealth(cHealth, health);
+    DescribeSpread(cSpread, spread);
+    DescribeExplain(cExplain, explain);
+    DescribeOptions(cOptions, rotation);
     DescribeImport(cImport, import);
     DescribeCategory(cCategory, category);
     DescribeWindow(cLibrary, library);
@@ -312,6 +429,16 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
     {
         return Reply{lExitUsage, OneLine(mistake.what())};
     }
+    const std::pair<const CLI::App*, const ForecastOptions*> forecasts[] = {{&cSimulate, &simulate},
+                                                                            {&cHealth, &health}};
+    for (const auto& [cCommand, options] : forecasts)
+        if (cCommand->parsed())
+            return *options;
+    const std::pair<const CLI::App*, const RotationCommand*> rotations[] = {
+        {&cSpread, &spread}, {&cExplain, &explain}, {&cOptions, &rotation}};
+    for (const auto& [cCommand, options] : rotations)
+        if (cCommand->parsed())
+            return *options;
     if (cImport.parsed())
         return import;
     if (cWatch.parsed())

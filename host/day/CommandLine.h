@@ -16,12 +16,20 @@ inline constexpr int lExitOk = 0;
 inline constexpr int lExitFailed = 1;
 inline constexpr int lExitUsage = 2;
 inline constexpr int lExitDeclined = 3; // the question was not answered with yes; nothing was changed
+inline constexpr int lExitRed = 4;      // a level of the station does not fare well
 
 struct ImportOptions
 {
     std::wstring sDataBase;
     std::wstring sCsv;
     bool bProgress = false; // also where standard error is no console
+};
+
+// Options of rotation; nothing: as the station has them.
+struct RotationSwitches
+{
+    std::optional<bool> bFair;
+    std::optional<bool> bFeatured;
 };
 
 struct DayOptions
@@ -32,9 +40,10 @@ struct DayOptions
     std::optional<int> lHours;
     std::wstring sClock; // at most one of these two
     std::wstring sSlots;
-    std::wstring sLog;      // empty: no file
-    bool bSaveEach = false; // save with every pick, as on air
-    bool bQuiet = false;    // the summary only
+    std::wstring sLog;         // empty: no file
+    bool bSaveEach = false;    // save with every pick, as on air
+    bool bQuiet = false;       // the summary only
+    RotationSwitches rotation; // for this run
     bool bProgress = false;
 };
 
@@ -97,6 +106,41 @@ struct LibraryOptions
     bool bProgress = false;
 };
 
+// What a plan would play (simulate), and how the station fares with it (health).
+struct ForecastOptions
+{
+    bool bHealth = false;
+    std::wstring sDataBase;
+    std::wstring sAppFolder;
+    std::optional<DateTime> dtStart; // nothing: the first slot's time, or as for a day
+    int lDays = 1;
+    std::wstring sClock; // exactly one of these two
+    std::wstring sSlots;
+    RotationSwitches rotation; // for the simulation
+    std::wstring sLog;         // each a file; empty: none
+    std::wstring sHtml;
+    std::wstring sJson;
+    bool bProgress = false;
+};
+
+enum class RotationAction
+{
+    Spread,
+    Explain,
+    Options,
+};
+
+struct RotationCommand
+{
+    RotationAction eAction = RotationAction::Options;
+    std::wstring sDataBase;
+    std::wstring sAppFolder;
+    std::vector<CategoryName> levels; // Explain: one
+    bool bOpener = false;             // Explain
+    RotationSwitches rotation;        // Options: to save
+    bool bProgress = false;
+};
+
 // An answer of the command line itself: help, version, or an error, ready to print.
 struct Reply
 {
@@ -105,7 +149,7 @@ struct Reply
 };
 
 using CommandLine = std::variant<ImportOptions, DayOptions, WatchOptions, CatsOptions, CategoryOptions,
-                                 LibraryOptions, Reply>;
+                                 LibraryOptions, ForecastOptions, RotationCommand, Reply>;
 
 // The arguments are the command line without the program's name, in UTF-8.
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments);

@@ -64,6 +64,70 @@ TEST(ParseCommandLine, ReadsTheWindows)
     EXPECT_TRUE(all.bAllowNew && all.bMultiSelect && all.bProgress);
 }
 
+TEST(ParseCommandLine, ReadsWhatIsForecast)
+{
+    const auto simulate = OnStation<ForecastOptions>("simulate", {"--clock", "c.txt"});
+    EXPECT_FALSE(simulate.bHealth);
+    EXPECT_EQ(simulate.lDays, 1);
+    EXPECT_EQ(simulate.dtStart, std::nullopt);
+    EXPECT_EQ(simulate.sClock + simulate.sSlots + simulate.sLog, L"c.txt");
+    EXPECT_EQ(simulate.rotation.bFair, std::nullopt);
+    EXPECT_EQ(simulate.rotation.bFeatured, std::nullopt);
+    const auto all = OnStation<ForecastOptions>(
+        "simulate", {"--slots", "s.csv", "--start", "2024-03-01T10:00:00", "--days", "7", "--fair", "on",
+                     "--featured", "off", "--log", "l.csv", "--progress"});
+    EXPECT_EQ(all.sSlots, L"s.csv");
+    EXPECT_EQ(all.dtStart, DateTimeOf({2024, 3, 1, 10, 0, 0}));
+    EXPECT_EQ(all.lDays, 7);
+    EXPECT_EQ(all.rotation.bFair, true);
+    EXPECT_EQ(all.rotation.bFeatured, false);
+    EXPECT_EQ(all.sLog, L"l.csv");
+    EXPECT_TRUE(all.bProgress);
+    const auto health =
+        OnStation<ForecastOptions>("health", {"--clock", "c", "--html", "h.html", "--json", "j.json"});
+    EXPECT_TRUE(health.bHealth);
+    EXPECT_EQ(health.lDays, 28);
+    EXPECT_EQ(health.sHtml + health.sJson, L"h.htmlj.json");
+}
+
+TEST(ParseCommandLine, ReadsWhatRotationIsToldAndAsked)
+{
+    const auto options = OnStation<RotationCommand>("options", {"--fair", "off"});
+    EXPECT_EQ(options.eAction, RotationAction::Options);
+    EXPECT_EQ(options.rotation.bFair, false);
+    EXPECT_EQ(options.rotation.bFeatured, std::nullopt);
+    const auto spread = OnStation<RotationCommand>("spread", {"rock:1", "pop"});
+    EXPECT_EQ(spread.eAction, RotationAction::Spread);
+    EXPECT_EQ(spread.levels, (std::vector<CategoryName>{{L"rock", 1}, {L"pop", 0}}));
+    const auto explain = OnStation<RotationCommand>("explain", {"rock:1", "--opener"});
+    EXPECT_EQ(explain.eAction, RotationAction::Explain);
+    EXPECT_EQ(explain.levels, (std::vector<CategoryName>{{L"rock", 1}}));
+    EXPECT_TRUE(explain.bOpener);
+    EXPECT_EQ(Day({"--fair", "on"}).rotation.bFair, true);
+    EXPECT_EQ(Day({"--featured", "on"}).rotation.bFeatured, true);
+}
+
+TEST(ParseCommandLine, RefusesAForecastWithoutOnePlan)
+{
+    const std::vector<std::vector<std::string>> wrong = {
+        {"simulate", "--db", "d", "--app", "a"},
+        {"simulate", "--db", "d", "--app", "a", "--clock", "c", "--slots", "s"},
+        {"simulate", "--db", "d", "--app", "a", "--clock", "c", "--days", "0"},
+        {"simulate", "--db", "d", "--app", "a", "--clock", "c", "--fair", "maybe"},
+        {"simulate", "--db", "d", "--app", "a", "--clock", "c", "--html", "h"},
+        {"health", "--db", "d", "--app", "a", "--clock", "c", "--log", "l"},
+        {"spread", "--db", "d", "--app", "a"},
+        {"explain", "--db", "d", "--app", "a"},
+        {"explain", "--db", "d", "--app", "a", "rock:1", "rock:2"},
+    };
+    for (const auto& arguments : wrong)
+    {
+        const auto line = ParseCommandLine(arguments);
+        ASSERT_TRUE(std::holds_alternative<Reply>(line)) << testing::PrintToString(arguments);
+        EXPECT_EQ(std::get<Reply>(line).lStatus, lExitUsage) << testing::PrintToString(arguments);
+    }
+}
+
 TEST(ParseCommandLine, ReadsEveryOptionOfADay)
 {
     const auto bare = Day({});

@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+// The commands simulate and health.
+#include "host/client/Commands.h"
+#include "host/client/HostFiles.h"
+#include "host/client/LevelFigures.h"
+#include "host/client/Plays.h"
+#include "host/client/ProgressLine.h"
+#include "host/client/RotationObject.h"
+
+#include "base/Text.h"
+#include "comkit/Errors.h"
+#include "host/day/DayPlan.h"
+#include "host/day/HostError.h"
+
+#include <algorithm>
+
+namespace ravlo
+{
+
+namespace
+{
+
+// The plan's slots, for what the host checks itself; exactly one of the two lists is used.
+struct PlanFile
+{
+    std::vector<Slot> clock;
+    std::vector<TimedSlot> timed;
+};
+
+PlanFile ReadPlan(const ForecastOptions& options)
+{
+    PlanFile plan;
+    if (!options.sClock.empty())
+        plan.clock = ParseClock(ReadWhole(FullPath(options.sClock)), options.sClock);
+    else
+        plan.timed = ParseSlots(ReadWhole(FullPath(options.sSlots)), options.sSlots);
+    return plan;
+}
+
+void CheckPlan(const PlanFile& plan, const ForecastOptions& options,
+               const std::vector<MediaLibrary::Entry>& entries)
+{
+    const auto levels = LevelsOf(entries);
+    CheckLevels(plan.clock, levels, options.sClock);
+    for (const auto& timed : plan.timed)
+        CheckLevels({timed.slot}, levels, options.sSlots);
+}
+
+Variant VariantOf(const std::optional<bool>& bOn) { return bOn ? Variant(*bOn) : Variant::Omitted(); }
+
+ComPtr<_clsSimulation> Simulated(RotationObject& cRotation, const ForecastOptions& options, DateTime dtStart,
+                                 ProgressLine& cLine)
+{
+    _clsRotation& cObject = cRotation.Object();
+    cRotation.Check(options.sClock.empty() ? cObject.LoadSlots(Bstr(FullPath(options.sSlots)).Get())
+                                           : cObject.LoadClock(Bstr(FullPath(options.sClock)).Get()));
+    const EventListener listener(cObject, DIID___clsRotation, [&](DISPID, const EventArguments& arguments) {
+        const double dDone = arguments.At(0).dblVal;
+        cLine.Show(L"Simulating: " + DecimalText(static_cast<std::int64_t>(dDone * 100)) + L" %");
+    });
+    ComPtr<_clsSimulation> cSimulation;
+    cRotation.Check(cObject.Simulate(dtStart, options.lDays, VariantOf(options.rotation.bFair),
+                                     VariantOf(options.rotation.bFeatured), cSimulation.Receive()));
+    cLine.Clear();
+    return cSimulation;
+}
+
+void Check(_clsSimulation& cSimulation, HRESULT hResult)
+{
+    ThrowIfFailed(hResult, cSimulation, __uuidof(_clsSimulation));
+}
+
+// Reads the log through a file, which is the only form in which a simulation gives it.
+std::vector<LogRow> RowsOf(_clsSimulation& cSimulation, const std::wstring& sFile)
+{
+    Check(cSimulation, cSimulation.SaveLog(Bstr(sFile).Get()));
+    return ParseLogCsv(ReadWhole(sFile));
+}
+
+// A file that is deleted at the end.
+class TemporaryFile
+{
+public:
+    TemporaryFile()
+    {
+        wchar_t sFolder[MAX_PATH + 1] = {};
+        wchar_t sPath[MAX_PATH + 1] = {};
+        if (GetTempPathW(MAX_PATH, sFolder) == 0 || GetTempFileNameW(sFolder, L"rvl", 0, sPath) == 0)
+            throw HostError(L"no temporary file can be made");
+        m_sPath = sPath;
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile() { DeleteIfThere(m_sPath); }
+    const std::wstring& Path() const noexcept { return m_sPath; }
+
+private:
+    std::wstring m_sPath;
+};
+
+std::vector<LogRow> SavedRows(_clsSimulation& cSimulation, const ForecastOptions& options)
+{
+    if (!options.sLog.empty())
+        return RowsOf(cSimulation, FullPath(options.sLog));
+    const TemporaryFile file;
+    return RowsOf(cSimulation, file.Path());
+}
+
+// The rows of a clock follow each other; the log has their times in whole seconds only. Returns when the last
+// one ends.
+DateTime Chain(std::vector<LogRow>& rows, DateTime dtStart, bool bClock)
+{
+    DateTime dtNext = dtStart;
+    for (auto& row : rows)
+    {
+        row.dtStart = bClock ? dtNext : row.dtStart;
+        dtNext = EndOfSlot(row.dtStart, row.cut ? row.cut->lDurationmS : 0);
+    }
+    return dtNext;
+}
+
+void PrintSimulation(_clsSimulation& cSimulation, const std::vector<LevelFigures>& levels,
+                     const ForecastOptions& options, DateTime dtStart, const Console& cOut)
+{
+    auto rows = SavedRows(cSimulation, options);
+    const auto dtEnd = Chain(rows, dtStart, !options.sClock.empty());
+    std::vector<LevelFigures> notGreen;
+    std::copy_if(levels.begin(), levels.end(), std::back_inserter(notGreen),
+                 [](const LevelFigures& level) { return level.lLight != lGreen; });
+    cOut.Write(Summary(rows, dtEnd) + (options.sLog.empty() ? L"" : L"Log: " + options.sLog + L"\n") +
+               (notGreen.empty() ? L"Every level is green.\n" : HealthTable(notGreen)));
+}
+
+int PrintHealth(const std::vector<LevelFigures>& levels, const std::vector<std::wstring>& overAsked,
+                const Console& cOut)
+{
+    std::wstring sText = HealthTable(levels) + AdviceLines(levels);
+    for (const auto& sArtist : overAsked)
+        sText += L"Asked for more often than its separations allow: " + sArtist + L"\n";
+    cOut.Write(sText);
+    const bool bRed = std::any_of(levels.begin(), levels.end(),
+                                  [](const LevelFigures& level) { return level.lLight == lRed; });
+    return bRed ? lExitRed : lExitOk;
+}
+
+void WriteReports(RotationObject& cRotation, _clsSimulation& cSimulation, const ForecastOptions& options,
+                  const Console& cOut)
+{
+    for (const auto& sFile : {options.sHtml, options.sJson})
+    {
+        if (sFile.empty())
+            continue;
+        cRotation.Check(cRotation.Object().WriteReport(&cSimulation, Bstr(FullPath(sFile)).Get()));
+        cOut.Write(L"Report: " + sFile + L"\n");
+    }
+}
+
+} // namespace
+
+int RunForecast(const ForecastOptions& options, const Console& cOut, const Console& cError)
+{
+    MustBeStation(options.sDataBase, options.sAppFolder);
+    for (const auto& sFile : {options.sLog, options.sHtml, options.sJson})
+        if (!sFile.empty())
+            MustBeWritable(FullPath(sFile));
+    const auto plan = ReadPlan(options);
+    MediaLibrary library;
+    library.Open(FullPath(options.sDataBase));
+    const auto entries = library.Entries();
+    CheckPlan(plan, options, entries);
+
+    ProgressLine line(cError, options.bProgress);
+    const auto sAppFolder = FullPath(options.sAppFolder);
+    MakeFolder(sAppFolder);
+    Scheduler scheduler(library, false);
+    scheduler.Populate(sAppFolder, [&](const std::wstring& sText, long, long) { line.Show(sText); });
+    const Plays plays(entries);
+    Gaps gaps;
+    plays.Report(scheduler, gaps);
+
+    RotationObject rotation(scheduler);
+    const auto dtStart = options.dtStart      ? *options.dtStart
+                         : plan.timed.empty() ? plays.End()
+                                              : plan.timed.front().dtAt;
+    const auto cSimulation = Simulated(rotation, options, dtStart, line);
+    const auto levels = FiguresOf(*cSimulation);
+    if (!options.bHealth)
+    {
+        PrintSimulation(*cSimulation, levels, options, dtStart, cOut);
+        return lExitOk;
+    }
+    const int lStatus = PrintHealth(levels, OverAsked(*cSimulation), cOut);
+    WriteReports(rotation, *cSimulation, options, cOut);
+    return lStatus;
+}
+
+} // namespace ravlo
