@@ -213,6 +213,8 @@ HRESULT InterfaceDescription::Call::Fill(const Parameter& parameter, Argument& a
                 return VariantChangeTypeEx(&argument.cValue, const_cast<Variant*>(&cGiven), m_lcid, 0,
                                            parameter.vt);
             });
+        if (hResult == E_INVALIDARG) // of some kinds of values that cannot be converted
+            hResult = DISP_E_TYPEMISMATCH;
         if (FAILED(hResult))
         {
             // A variable that only receives a value may contain anything before the call. An object that a
