@@ -29,10 +29,10 @@ ComPtr<IUnknown> CreateCollection()
 ComPtr<IUnknown> CreateValueList() { return ComPtr<_clsValueList>(NewObject<ValueListFace>()); }
 
 const CoClass colClasses[] = {
-    {SchedManFace::identity, CreateSchedMan},     {CatFace::identity, CreateCat},
-    {CatRulesFace::identity, CreateCatRules},     {RuleViolationFace::identity, CreateRuleViolation},
-    {RotationFace::identity, CreateRotation},
-    {CollectionFace::identity, CreateCollection}, {ValueListFace::identity, CreateValueList},
+    {SchedManFace::identity, CreateSchedMan},   {CatFace::identity, CreateCat},
+    {CatRulesFace::identity, CreateCatRules},   {RuleViolationFace::identity, CreateRuleViolation},
+    {RotationFace::identity, CreateRotation},   {CollectionFace::identity, CreateCollection},
+    {ValueListFace::identity, CreateValueList},
 };
 
 const EmbeddedTypeLibrary colTypeLibraries[] = {
