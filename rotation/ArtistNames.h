@@ -38,7 +38,7 @@ public:
     // cTable: null for none.
     ArtistNames(bool bFeaturedArtists, std::shared_ptr<const ArtistsTable> cTable);
 
-    // Whether every credit counts for itself only. A caller that asks first pays nothing then.
+    // Whether every credit counts for itself only. Check it first: no names need to be computed then.
     bool CreditsOnly() const noexcept { return !m_cShared; }
     // Whether both are copies of one object. Objects made apart differ, unless both are CreditsOnly().
     friend bool operator==(const ArtistNames&, const ArtistNames&) = default;

@@ -36,9 +36,9 @@ public:
     // No rows when the file is absent.
     const ArtistNames& Names() const noexcept { return m_cNames; }
 
-    // Each saves the options and puts them in force; one that has the value already writes nothing. First
-    // reads the file again, whatever its stamp, and raises 75 when that fails. A file that cannot be written
-    // changes nothing and throws. 91 before the first Serve.
+    // Reads the file again, even when its stamp is unchanged, then saves the option and puts it in force.
+    // Writes nothing when the option already has the value. Throws 75 when the file cannot be read, 91 before
+    // the first Serve, and the file system's error when it cannot be written; nothing has changed then.
     void SetFairRotation(bool bOn) { Set(&RotationOptions::bFairRotation, bOn); }
     void SetFeaturedArtists(bool bOn) { Set(&RotationOptions::bFeaturedArtists, bOn); }
 

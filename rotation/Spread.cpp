@@ -91,7 +91,8 @@ private:
     }
     using Text = TextKey SpreadItem::*;
     // Returns the first place from next on whose item has another text than before; next for an empty text.
-    // Remembers it: exchanges keep what is in front of it alike, so the next search goes on from there.
+    // Remembers that place: an exchange leaves the items in front of it alike, so the next search starts
+    // there.
     std::size_t EndOfAlike(Text pText, std::size_t next, const SpreadItem& before)
     {
         const TextKey& cText = before.*pText;

@@ -18,7 +18,7 @@ namespace ravlo
 // Finds a main category by name, or creates it at the end of colMainCats.
 std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
                                       const std::wstring& sName);
-// As above, with the key already at hand.
+// Same, for a name whose key was already computed.
 std::shared_ptr<clsCat> EnsureMainCat(ModScheduler& cMod, CatCollection& colMainCats,
                                       const NameLists::Name& name);
 
