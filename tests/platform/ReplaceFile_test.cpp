@@ -2,6 +2,7 @@
 #include "platform/FilesFixtures.h"
 #include "platform/memory/FailingFiles.h"
 #include "platform/memory/MemoryFiles.h"
+#include "support/ForwardingFiles.h"
 
 namespace ravlo
 {
@@ -93,10 +94,10 @@ TEST(ReplaceFile, WorksOnANameWithoutAFolder)
 }
 
 // Says that the first three names are taken, and records them.
-class CrowdedFiles final : public Files
+class CrowdedFiles final : public test::ForwardingFiles
 {
 public:
-    explicit CrowdedFiles(Files& cInner) : m_cInner(cInner) {}
+    using ForwardingFiles::ForwardingFiles;
 
     Presence PresenceOf(const std::wstring& sPath) const override
     {
@@ -105,43 +106,8 @@ public:
         sTaken.push_back(sPath);
         return Presence::Present;
     }
-    Presence PresenceOfFolder(const std::wstring& sPath) const override
-    {
-        return m_cInner.PresenceOfFolder(sPath);
-    }
-    void CreateFolder(const std::wstring& sPath) override { m_cInner.CreateFolder(sPath); }
-    std::vector<FileEntry> FilesIn(const std::wstring& sFolder) const override
-    {
-        return m_cInner.FilesIn(sFolder);
-    }
-    std::optional<FileStamp> StampOf(const std::wstring& sPath) const override
-    {
-        return m_cInner.StampOf(sPath);
-    }
-    std::string ReadAll(const std::wstring& sPath, Patience ePatience) const override
-    {
-        return m_cInner.ReadAll(sPath, ePatience);
-    }
-    void WriteNew(const std::wstring& sPath, std::string_view bytes) override
-    {
-        m_cInner.WriteNew(sPath, bytes);
-    }
-    void Append(const std::wstring& sPath, std::string_view bytes) override { m_cInner.Append(sPath, bytes); }
-    void Rename(const std::wstring& sFrom, const std::wstring& sTo, Patience ePatience) override
-    {
-        m_cInner.Rename(sFrom, sTo, ePatience);
-    }
-    void Delete(const std::wstring& sPath) override { m_cInner.Delete(sPath); }
-    std::unique_ptr<HeldFile> HoldOpen(const std::wstring& sPath) override
-    {
-        return m_cInner.HoldOpen(sPath);
-    }
-    std::wstring LibraryFolder() const override { return m_cInner.LibraryFolder(); }
 
     mutable std::vector<std::wstring> sTaken;
-
-private:
-    Files& m_cInner;
 };
 
 TEST(ReplaceFile, NeverTakesANameThatIsTaken)

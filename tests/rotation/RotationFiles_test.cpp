@@ -2,6 +2,7 @@
 #include "platform/memory/FailingFiles.h"
 #include "rotation/RotationFiles.h"
 #include "support/EngineTest.h"
+#include "support/ForwardingFiles.h"
 
 #include <gtest/gtest.h>
 
@@ -34,10 +35,10 @@ std::int32_t NumberRaisedBy(const std::function<void()>& action)
 }
 
 // Files that let something happen when a stamp is looked at, or that tell another one.
-class StampedFiles final : public Files
+class StampedFiles final : public ForwardingFiles
 {
 public:
-    explicit StampedFiles(Files& cInner) : m_cInner(cInner) {}
+    using ForwardingFiles::ForwardingFiles;
 
     std::optional<FileStamp> StampOf(const std::wstring& sPath) const override
     {
@@ -46,40 +47,8 @@ public:
             OnStamp(*stamp);
         return stamp;
     }
-    Presence PresenceOf(const std::wstring& sPath) const override { return m_cInner.PresenceOf(sPath); }
-    Presence PresenceOfFolder(const std::wstring& sPath) const override
-    {
-        return m_cInner.PresenceOfFolder(sPath);
-    }
-    void CreateFolder(const std::wstring& sPath) override { m_cInner.CreateFolder(sPath); }
-    std::vector<FileEntry> FilesIn(const std::wstring& sPath) const override
-    {
-        return m_cInner.FilesIn(sPath);
-    }
-    std::string ReadAll(const std::wstring& sPath, Patience ePatience) const override
-    {
-        return m_cInner.ReadAll(sPath, ePatience);
-    }
-    void WriteNew(const std::wstring& sPath, std::string_view bytes) override
-    {
-        m_cInner.WriteNew(sPath, bytes);
-    }
-    void Append(const std::wstring& sPath, std::string_view bytes) override { m_cInner.Append(sPath, bytes); }
-    void Rename(const std::wstring& sFrom, const std::wstring& sTo, Patience ePatience) override
-    {
-        m_cInner.Rename(sFrom, sTo, ePatience);
-    }
-    void Delete(const std::wstring& sPath) override { m_cInner.Delete(sPath); }
-    std::unique_ptr<HeldFile> HoldOpen(const std::wstring& sPath) override
-    {
-        return m_cInner.HoldOpen(sPath);
-    }
-    std::wstring LibraryFolder() const override { return m_cInner.LibraryFolder(); }
 
     std::function<void(FileStamp& stamp)> OnStamp;
-
-private:
-    Files& m_cInner;
 };
 
 class RotationFilesTest : public testing::Test
