@@ -38,6 +38,7 @@ LibraryCuts::LibraryCuts(frmUILibView& cView, LibraryPanes& cPanes, LibraryWork&
         if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cWork.SchedMan())
             Remove(*cSchedMan, colRows);
     };
+    Grid().ReorderRefused = [this](const std::wstring& sWhy) { m_cView.SetStatus(sWhy, L""); };
 }
 
 // ---- the grid's keys and clicks ----

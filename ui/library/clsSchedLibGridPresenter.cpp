@@ -71,22 +71,15 @@ void clsSchedLibGridPresenter::LetGoOfGrid()
 
 // ---- rows ----
 
-void clsSchedLibGridPresenter::Show(ListedCuts listed)
-{
-    const RedrawOff cOff(m_cView);
-    m_listed = std::move(listed);
-    m_cView.SetRowCount(RowCount());
-}
-
 TextKey clsSchedLibGridPresenter::KeyAt(std::size_t row) const
 {
-    return m_listed.colKeys.empty() ? CutAt(row)->Key() : m_listed.colKeys[row];
+    return m_listed.colKeys.empty() ? CutAt(row)->Key() : m_listed.colKeys[ListedRow(row)];
 }
 
 std::shared_ptr<clsCat> clsSchedLibGridPresenter::LevelAt(std::size_t row) const
 {
     const auto run =
-        std::upper_bound(m_listed.colRuns.begin(), m_listed.colRuns.end(), row,
+        std::upper_bound(m_listed.colRuns.begin(), m_listed.colRuns.end(), ListedRow(row),
                          [](std::size_t left, const ListedCuts::Run& right) { return left < right.end; });
     return run == m_listed.colRuns.end() ? nullptr : run->cLevel;
 }
@@ -96,7 +89,8 @@ std::wstring clsSchedLibGridPresenter::CellText(std::size_t row, std::size_t col
     if (row >= RowCount())
         return {};
     return TextOrNone([&] {
-        return TextOf(colGridColumns[column].ValueOf(*CutAt(row), static_cast<std::int32_t>(row + 1)));
+        const auto lPos = static_cast<std::int32_t>(ListedRow(row) + 1);
+        return TextOf(colGridColumns[column].ValueOf(*CutAt(row), lPos));
     });
 }
 
@@ -175,9 +169,16 @@ clsSchedLibGridPresenter::RowOfCut clsSchedLibGridPresenter::RowOf(std::size_t r
 
 clsSchedLibGridPresenter::Place clsSchedLibGridPresenter::CurrentPlace() const
 {
-    Place place;
+    Place place = PlaceOnScreen();
     for (const std::size_t row : SelectedRows())
         place.colSelected.push_back(RowOf(row));
+    return place;
+}
+
+// The place without the selection.
+clsSchedLibGridPresenter::Place clsSchedLibGridPresenter::PlaceOnScreen() const
+{
+    Place place;
     const std::optional<std::size_t> current = m_cView.CurrentRow();
     if (current && *current < RowCount())
         place.current = RowOf(*current);
@@ -304,6 +305,8 @@ bool clsSchedLibGridPresenter::MayReorder(const std::vector<std::size_t>& colRow
             L"Also, you can select multiple items and drag them into different categories in the tree.");
         return false;
     }
+    if (!ShowsSchedule())
+        return false;
     if (colRows.size() > 1 && !AreConsecutive(colRows))
     {
         m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"Operation Not Completed.",
@@ -322,7 +325,7 @@ bool clsSchedLibGridPresenter::StartDrag()
 
 bool clsSchedLibGridPresenter::DropWouldMove(std::optional<std::size_t> row) const
 {
-    if (m_bBanOLEDrop || m_colDragged.empty() || !AreConsecutive(m_colDragged))
+    if (m_bBanOLEDrop || !m_order.IsSchedule() || m_colDragged.empty() || !AreConsecutive(m_colDragged))
         return false;
     const std::size_t into = row.value_or(RowCount());
     return into < m_colDragged.front() || into > m_colDragged.back() + 1;

@@ -3,6 +3,7 @@
 
 #include "scheduler/clsSchedMan.h"
 #include "ui/library/LibraryContents.h"
+#include "ui/library/ViewOrder.h"
 #include "ui/library/clsSchedLibGridView.h"
 
 #include <cstddef>
@@ -21,7 +22,7 @@ inline constexpr const wchar_t* sGridPayload = L"Scheduler Grid";
 
 // The library window's grid: columns and their saved layout, rows, selection commands and the rules of
 // re-ordering. Rows refer to the cuts that the node had when it was shown; a cut's texts are read when they
-// are painted.
+// are painted. A row is one that is shown; a listed row is one of the node, in schedule order.
 class clsSchedLibGridPresenter
 {
 public:
@@ -32,6 +33,11 @@ public:
     std::function<void(std::optional<std::size_t> row)> MoveRequested;
     // Removes the cuts of these rows, the selected ones, from their categories.
     std::function<void(const std::vector<std::size_t>& colRows)> RemovalRequested;
+    // Receives why rows are not re-ordered in a view that is sorted or narrowed.
+    std::function<void(const std::wstring& sWhy)> ReorderRefused;
+    // Sort or narrow the view when a node is shown; called one after the other, before the first row is
+    // painted.
+    std::vector<std::function<void(ViewOrder& cOrder)>> Arrangers;
 
     // The level or main category shown; null for all audio.
     const std::shared_ptr<clsCat>& CurrentCatViewing() const noexcept { return m_cCurrentCat; }
@@ -50,8 +56,8 @@ public:
     // Shows these cuts in place of those before; nothing is selected.
     void Show(ListedCuts listed);
     void Clear() { Show({}); }
-    std::size_t RowCount() const noexcept { return m_listed.colCuts.size(); }
-    const std::shared_ptr<Cut>& CutAt(std::size_t row) const { return m_listed.colCuts[row]; }
+    std::size_t RowCount() const noexcept { return m_order.Count(); }
+    const std::shared_ptr<Cut>& CutAt(std::size_t row) const { return ListedCut(ListedRow(row)); }
     // Asks the cut for its key only in the listing of all audio.
     TextKey KeyAt(std::size_t row) const;
     // The level a row's cut was listed from; null in the listing of all audio.
@@ -61,6 +67,19 @@ public:
     // The first row from start on, and then from the top, whose artist begins with the text; when no artist
     // does, whose title does. Without regard to case.
     std::optional<std::size_t> FindRow(const std::wstring& sBeginning, std::size_t start) const;
+
+    // ---- which listed rows are shown, and in which order
+
+    const ViewOrder& Order() const noexcept { return m_order; }
+    std::size_t ListedRow(std::size_t row) const { return m_order.Listed(row); }
+    std::size_t ListedCount() const noexcept { return m_order.ListedCount(); }
+    const std::shared_ptr<Cut>& ListedCut(std::size_t listed) const { return m_listed.colCuts[listed]; }
+    // Sorts or narrows the view, or undoes that. Rows that are still shown stay selected, and the current one
+    // stays in sight; when the whole list is shown again and nothing else was made current, its place is the
+    // one it had before it was narrowed.
+    void Rearrange(const std::function<void(ViewOrder& cOrder)>& change);
+
+    // ---- selection
 
     // The current row from 1, 0 for none.
     std::int32_t CurrentRow() const;
@@ -117,12 +136,18 @@ private:
     void MoveRows(const std::vector<std::size_t>& colRows, std::optional<std::size_t> row);
     RowOfCut RowOf(std::size_t row) const;
     std::vector<std::optional<std::size_t>> FindRows(const std::vector<RowOfCut>& colWanted) const;
+    void SelectListed(const std::vector<bool>& bListed);
+    std::optional<std::size_t> RowOfListed(std::size_t listed) const;
+    bool ShowsSchedule() const;
+    Place PlaceOnScreen() const;
 
     clsSchedLibGridView& m_cView;
     ModScheduler& m_cMod;
     std::shared_ptr<clsCat> m_cCurrentCat;
     bool m_bBanOLEDrop = false;
     ListedCuts m_listed;
+    ViewOrder m_order;
+    std::optional<Place> m_hidden;         // of the whole list, while it is narrowed
     std::vector<std::size_t> m_colDragged; // reading the selection at each move of the mouse costs too much
 };
 

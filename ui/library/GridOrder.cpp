@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+// The view of the cut grid's rows: which are shown, and in which order.
+#include "ui/library/clsSchedLibGridPresenter.h"
+
+#include "base/CaseFolding.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace ravlo
+{
+
+void clsSchedLibGridPresenter::Show(ListedCuts listed)
+{
+    const RedrawOff cOff(m_cView);
+    if (!EqualIgnoringCase(listed.strCatKey, m_listed.strCatKey))
+        m_hidden.reset();
+    m_listed = std::move(listed);
+    m_order.Reset(m_listed.colCuts.size());
+    for (const auto& Arrange : Arrangers)
+        Arrange(m_order);
+    m_cView.SetRowCount(RowCount());
+}
+
+void clsSchedLibGridPresenter::Rearrange(const std::function<void(ViewOrder& cOrder)>& change)
+{
+    const RedrawOff cOff(m_cView);
+    const std::optional<std::size_t> current = m_cView.CurrentRow();
+    const std::size_t top = m_cView.TopRow();
+    if (current && *current < RowCount() && !m_order.IsNarrowed())
+        m_hidden = PlaceOnScreen();
+    std::vector<bool> bSelected(ListedCount());
+    for (const std::size_t row : SelectedRows())
+        bSelected[ListedRow(row)] = true;
+    const std::optional<std::size_t> currentListed =
+        current && *current < RowCount() ? std::optional(ListedRow(*current)) : std::nullopt;
+
+    change(m_order);
+    m_cView.SetRowCount(RowCount());
+    SelectListed(bSelected);
+    const std::optional<std::size_t> now = currentListed ? RowOfListed(*currentListed) : std::nullopt;
+    if (now)
+    {
+        // As far below the upper edge as before.
+        const std::size_t below = *current - std::min(top, *current);
+        m_cView.SetCurrentRow(*now);
+        m_cView.SetTopRow(*now - std::min(below, *now));
+        m_cView.EnsureVisible(*now);
+    }
+    else if (!m_order.IsNarrowed() && m_hidden)
+        ReturnTo(*m_hidden);
+    if (!m_order.IsNarrowed())
+        m_hidden.reset();
+}
+
+void clsSchedLibGridPresenter::SelectListed(const std::vector<bool>& bListed)
+{
+    std::vector<bool> bSelected(RowCount());
+    for (std::size_t row = 0; row < bSelected.size(); ++row)
+        bSelected[row] = bListed[ListedRow(row)];
+    if (std::find(bSelected.begin(), bSelected.end(), true) != bSelected.end())
+        m_cView.SetSelection(bSelected);
+}
+
+std::optional<std::size_t> clsSchedLibGridPresenter::RowOfListed(std::size_t listed) const
+{
+    if (m_order.IsSchedule())
+        return listed;
+    for (std::size_t row = 0; row < RowCount(); ++row)
+        if (ListedRow(row) == listed)
+            return row;
+    return std::nullopt;
+}
+
+bool clsSchedLibGridPresenter::ShowsSchedule() const
+{
+    if (m_order.IsSchedule())
+        return true;
+    if (ReorderRefused)
+        ReorderRefused(m_order.IsNarrowed() ? L"The list is narrowed: clear Find to change the order."
+                                            : L"The list is sorted: return to schedule order to change it.");
+    return false;
+}
+
+} // namespace ravlo
