@@ -88,6 +88,12 @@ void LibraryWork::RequestClose()
         m_cView.Close();
 }
 
+void LibraryWork::ProgressStarted()
+{
+    if (BusyFromProgress* const pAwaiting = std::exchange(m_pAwaiting, nullptr))
+        pAwaiting->m_cBusy.emplace(*this);
+}
+
 void LibraryWork::Try(const wchar_t* sWhere, const std::function<void()>& body)
 {
     const bool bDone = Trap(m_cMod, sWhere, false, [&] {

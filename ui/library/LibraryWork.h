@@ -6,6 +6,8 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <utility>
 
 namespace ravlo
 {
@@ -44,6 +46,25 @@ public:
         LibraryWork& m_cWork;
     };
 
+    // While one exists, Busy from the manager's first report of progress on, not during its question.
+    class BusyFromProgress
+    {
+    public:
+        explicit BusyFromProgress(LibraryWork& cWork)
+            : m_cWork(cWork), m_pBefore(std::exchange(cWork.m_pAwaiting, this))
+        {
+        }
+        ~BusyFromProgress() { m_cWork.m_pAwaiting = m_pBefore; }
+        BusyFromProgress(const BusyFromProgress&) = delete;
+        BusyFromProgress& operator=(const BusyFromProgress&) = delete;
+
+    private:
+        friend class LibraryWork;
+        LibraryWork& m_cWork;
+        BusyFromProgress* m_pBefore;
+        std::optional<Busy> m_cBusy;
+    };
+
     // Owns neither view nor module. Refresh shows the database's changes.
     LibraryWork(frmUILibView& cView, ModScheduler& cMod, Body Refresh);
 
@@ -57,6 +78,8 @@ public:
     // Run at once, or at the end of the present work.
     void RequestRefresh();
     void RequestClose();
+    // The manager reports that something begins.
+    void ProgressStarted();
 
     // Runs a handler of a user action, unless something runs or there is no manager. A failure is shown, the
     // progress bar is hidden and the controls are enabled.
@@ -75,6 +98,7 @@ private:
     frmUILibView& m_cView;
     ModScheduler& m_cMod;
     Body m_Refresh;
+    BusyFromProgress* m_pAwaiting = nullptr;
     std::weak_ptr<clsSchedMan> m_cSchedMan;
     int m_lWorking = 0;
     int m_lBusy = 0;

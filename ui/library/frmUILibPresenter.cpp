@@ -12,37 +12,12 @@
 namespace ravlo
 {
 
-namespace
-{
-
-// While it exists, calls something once, at the next start of progress.
-class Began
-{
-public:
-    Began(std::function<void()>& OnProgressStart, std::function<void()> begun)
-        : m_OnProgressStart(OnProgressStart)
-    {
-        m_OnProgressStart = [this, begun = std::move(begun)] {
-            if (!std::exchange(m_bBegan, true))
-                begun();
-        };
-    }
-    ~Began() { m_OnProgressStart = nullptr; }
-    Began(const Began&) = delete;
-    Began& operator=(const Began&) = delete;
-
-private:
-    std::function<void()>& m_OnProgressStart;
-    bool m_bBegan = false;
-};
-
-} // namespace
-
 frmUILibPresenter::frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTreeView,
                                      clsSchedLibGridView& cGridView, ModScheduler& cMod)
     : m_cView(cView), m_cMod(cMod),
       m_cWork(cView, cMod, [this](clsSchedMan& cSchedMan) { m_cPanes.ShowChanges(cSchedMan); }),
-      m_cPanes(cView, cTreeView, cGridView, m_cWork, cMod), m_cCuts(cView, m_cPanes, m_cWork, cMod)
+      m_cPanes(cView, cTreeView, cGridView, m_cWork, cMod), m_cCuts(cView, m_cPanes, m_cWork, cMod),
+      m_cRotation(m_cPanes, m_cWork, cMod)
 {
 }
 
@@ -136,15 +111,28 @@ void frmUILibPresenter::Do(LibraryCommand eCommand)
          [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.Shuffle(cSchedMan); }},
         {LibraryCommand::mnuCatDelete, L"mnuCatDelete_Click",
          [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.Delete(cSchedMan); }},
+        {LibraryCommand::mnuSpread, L"mnuSpread_Click",
+         [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.m_cRotation.Spread(cSchedMan); }},
+        {LibraryCommand::mnuFairRotation, L"mnuFairRotation_Click",
+         [](frmUILibPresenter& self,
+            clsSchedMan& cSchedMan) { self.m_cRotation.SwitchFairRotation(cSchedMan); }},
+        {LibraryCommand::mnuExplainNext, L"mnuExplainNext_Click",
+         [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.m_cRotation.ExplainNext(cSchedMan); }},
+        {LibraryCommand::mnuNextCuts, L"mnuNextCuts_Click",
+         [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.m_cRotation.ShowNextCuts(cSchedMan); }},
+        {LibraryCommand::mnuHealth, L"mnuHealth_Click",
+         [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.m_cRotation.ShowHealth(cSchedMan); }},
         {LibraryCommand::mnuHelp, L"mnuHelp_Click",
          [](frmUILibPresenter&, clsSchedMan& cSchedMan) { cSchedMan.ShowHelp(); }},
     };
     // Closing is delayed while something runs, not ignored.
     if (eCommand == LibraryCommand::mnuExit)
         return RequestClose();
-    const Command& command = *std::find_if(std::begin(commands), std::end(commands),
-                                           [&](const Command& each) { return each.eCommand == eCommand; });
-    m_cWork.Handle(command.sHandler, [&](clsSchedMan& cSchedMan) { command.Run(*this, cSchedMan); });
+    const Command* const pCommand =
+        std::find_if(std::begin(commands), std::end(commands),
+                     [&](const Command& each) { return each.eCommand == eCommand; });
+    if (pCommand != std::end(commands))
+        m_cWork.Handle(pCommand->sHandler, [&](clsSchedMan& cSchedMan) { pCommand->Run(*this, cSchedMan); });
 }
 
 void frmUILibPresenter::ShowCategoryWindow(clsSchedMan& cSchedMan)
@@ -197,9 +185,7 @@ void frmUILibPresenter::Shuffle(clsSchedMan& cSchedMan)
         return;
     }
     {
-        // Busy from the manager's first report on, not during its question.
-        std::unique_ptr<LibraryWork::Busy> cBusy;
-        const Began cBegan(m_OnProgressStart, [&] { cBusy = std::make_unique<LibraryWork::Busy>(m_cWork); });
+        const LibraryWork::BusyFromProgress cBusy(m_cWork);
         cSchedMan.ShuffleCategories(colCats, true);
     }
     m_cPanes.ShowAgain(cSchedMan);
@@ -250,8 +236,7 @@ void frmUILibPresenter::SaveAll(clsSchedMan& cSchedMan)
 
 void frmUILibPresenter::ProgressStart(const std::wstring& sReason, std::int32_t lMax)
 {
-    if (const auto began = m_OnProgressStart)
-        began();
+    m_cWork.ProgressStarted();
     m_cView.SetStatus(sReason, L"");
     m_cView.ShowProgress(lMax);
 }

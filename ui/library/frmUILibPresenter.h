@@ -2,38 +2,19 @@
 #pragma once
 
 #include "scheduler/clsSchedMan.h"
+#include "ui/library/LibraryCommand.h"
 #include "ui/library/LibraryCuts.h"
 #include "ui/library/LibraryPanes.h"
+#include "ui/library/LibraryRotation.h"
 #include "ui/library/LibraryWork.h"
 #include "ui/library/frmUILibView.h"
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 
 namespace ravlo
 {
-
-// The commands of the library window's menus.
-enum class LibraryCommand
-{
-    mnuSelectAllTree,
-    mnuSelectNoneTree,
-    mnuSelectInvertTree,
-    mnuSelectAllGrid,
-    mnuSelectNoneGrid,
-    mnuInvertSelectionGrid,
-    mnuReloadAll,
-    mnuSave,
-    mnuExit,
-    mnuCatUI,
-    mnuCatNew,
-    mnuCatLevelNew,
-    mnuShuffle,
-    mnuCatDelete,
-    mnuHelp,
-};
 
 // The library window: the category tree next to the grid of cuts, the commands of its menus, and its
 // progress.
@@ -66,10 +47,13 @@ public:
 
     LibraryPanes& Panes() noexcept { return m_cPanes; }
     LibraryCuts& Cuts() noexcept { return m_cCuts; }
+    LibraryRotation& Rotation() noexcept { return m_cRotation; }
     const CategoryTreePresenter& Tree() const noexcept { return m_cPanes.Tree(); }
     clsSchedLibGridPresenter& Grid() noexcept { return m_cPanes.Grid(); }
 
     void Do(LibraryCommand eCommand);
+    // Call before a menu is shown.
+    MenuItem ItemOf(LibraryCommand eCommand) const noexcept { return m_cRotation.ItemOf(eCommand); }
 
 private:
     struct Command;
@@ -90,7 +74,7 @@ private:
     LibraryWork m_cWork;
     LibraryPanes m_cPanes;
     LibraryCuts m_cCuts;
-    std::function<void()> m_OnProgressStart; // set while a command waits for the manager to start
+    LibraryRotation m_cRotation;
     bool m_bShowing = false;
 };
 

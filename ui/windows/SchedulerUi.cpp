@@ -15,7 +15,8 @@ class Ui final : public SchedulerWindows
 {
 public:
     explicit Ui(const std::shared_ptr<clsSchedMan>& cSchedMan)
-        : m_cSchedMan(cSchedMan), m_cLibrary(cSchedMan, [this] { return m_bCategoryShowing; })
+        : m_cSchedMan(cSchedMan), m_cLibrary(
+                                      cSchedMan, [this] { return m_bCategoryShowing; }, Dialogs())
     {
     }
 
@@ -35,6 +36,8 @@ public:
     }
 
 private:
+    static LibraryDialogs Dialogs() { return {}; }
+
     std::weak_ptr<clsSchedMan> m_cSchedMan;
     LibraryWindowLifetime m_cLibrary;
     bool m_bCategoryShowing = false;

@@ -44,6 +44,16 @@ TEST_F(LibraryCommands, TheMenusReadAsTheyShould)
                                                         L"  Category Level",
                                                         L" Shuffle Checked Categories",
                                                         L" Delete Checked Categories",
+                                                        L"&Rotation",
+                                                        L" Undo\t  Ctrl+Z",
+                                                        L" Redo\t  Ctrl+Y",
+                                                        L" ",
+                                                        L" &Spread Checked Categories",
+                                                        L" &Fair Rotation",
+                                                        L" ",
+                                                        L" &Explain Next Cut",
+                                                        L" &Next 20 Cuts",
+                                                        L" Rotation &Health",
                                                         L"&Help"}));
     });
 }
@@ -66,6 +76,11 @@ TEST_F(LibraryCommands, EveryItemIsReachedByMouseAndKeyboard)
         };
     };
     const Effect saves = [&](const User&) { EXPECT_TRUE(cState.cPorts.cFiles.FileExists(sRockFile)); };
+    const auto isFair = [&](bool bFair) -> Effect {
+        return [=, this](const User& user) {
+            Run(user, [&] { EXPECT_EQ(cState.cSchedMan->Options().bFairRotation, bFair); });
+        };
+    };
     const Effect helps = [&](const User&) { EXPECT_EQ(cEvents.colSaid.back(), L"Help"); };
     const Effect showsCategories = [&](const User& user) {
         const HWND hCategories = user.WaitFor(sfrmCatClass);
@@ -88,7 +103,10 @@ TEST_F(LibraryCommands, EveryItemIsReachedByMouseAndKeyboard)
         {{2, 2}, box(L"You Need to Check (tick) Them In The Tree.", L"library-box-nothing-to-shuffle")},
         {{2, 3},
          box(L"First Select Some Categories To Delete In The Tree!", L"library-box-nothing-to-delete")},
-        {{3}, helps},
+        {{3, 3}, box(L"You Need to Check (tick) Them In The Tree.", L"library-box-nothing-to-spread")},
+        {{3, 4}, isFair(true)},
+        {{3, 4}, isFair(false)},
+        {{4}, helps},
     };
     for (const auto choose : {&LibraryCommands::ChooseByMouse, &LibraryCommands::ChooseByKeys})
         Open([&](const User& user) {

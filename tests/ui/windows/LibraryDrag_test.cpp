@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Dragging rows of the library window's grid into its tree and within the grid, and the keys for the same.
+#include "ui/library/clsSchedLibGridPresenter.h"
 #include "ui/library/windows/DragAndDrop.h"
 #include "ui/windows/LibraryFixture.h"
 

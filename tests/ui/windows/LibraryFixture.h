@@ -359,7 +359,7 @@ struct LibraryWindowTest : ::testing::Test
     }
     void ChooseByKeys(const User& user, const std::vector<int>& path) const
     {
-        const wchar_t cMnemonics[] = {L'E', L'T', L'C', L'H'};
+        const wchar_t cMnemonics[] = {L'E', L'T', L'C', L'R', L'H'};
         user.Key(cMnemonics[path[0]], VK_MENU);
         HMENU hMenu = ::GetMenu(hWindow);
         for (std::size_t step = 1; step < path.size(); ++step)

@@ -3,6 +3,7 @@
 
 #include "base/ScopedFlag.h"
 
+#include <cwchar>
 #include <utility>
 
 namespace ravlo
@@ -13,6 +14,17 @@ namespace
 
 // The innermost loop of the thread.
 thread_local ModalLoop* pInnermost = nullptr;
+
+// Whether the key edits text in the edit control that receives it.
+bool EditsText(const MSG& message)
+{
+    if (message.message != WM_KEYDOWN || ::GetKeyState(VK_CONTROL) >= 0 ||
+        !std::wcschr(L"ACVXYZ", static_cast<wchar_t>(message.wParam)))
+        return false;
+    wchar_t sClass[8] = L"";
+    ::GetClassNameW(message.hwnd, sClass, ARRAYSIZE(sClass));
+    return ::lstrcmpiW(sClass, L"Edit") == 0;
+}
 
 } // namespace
 
@@ -64,7 +76,8 @@ bool ModalLoop::Translate(MSG& message)
 {
     if (message.hwnd != m_hWindow && !::IsChild(m_hWindow, message.hwnd))
         return false;
-    if (m_hAccelerators && ::TranslateAcceleratorW(m_hWindow, m_hAccelerators, &message) != 0)
+    if (m_hAccelerators && !EditsText(message) &&
+        ::TranslateAcceleratorW(m_hWindow, m_hAccelerators, &message) != 0)
         return true;
     return (OnMessage && OnMessage(message)) || ::IsDialogMessageW(m_hWindow, &message) != FALSE;
 }

@@ -23,7 +23,7 @@ public:
     ModalLoop(const ModalLoop&) = delete;
     ModalLoop& operator=(const ModalLoop&) = delete;
 
-    // Not owned; null for none.
+    // Not owned; null for none. Ctrl+A, C, V, X, Y and Z in an edit control stay its own.
     void SetAccelerators(HACCEL hAccelerators) noexcept { m_hAccelerators = hAccelerators; }
     // Sees each message for the window before the dialog keys do; true when it has handled it.
     std::function<bool(MSG& message)> OnMessage;

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ui/library/frmUILibPresenter.h"
+#include "ui/library/LibraryCommand.h"
+
+#include <optional>
 
 namespace ravlo
 {
@@ -23,5 +25,12 @@ enum LibraryControlId : int
 // A LibraryCommand is this number and its own.
 inline constexpr int lFirstCommandId = 2000;
 constexpr int IdOf(LibraryCommand eCommand) { return lFirstCommandId + static_cast<int>(eCommand); }
+// Nothing for a number that is none of theirs.
+constexpr std::optional<LibraryCommand> CommandOf(int lId)
+{
+    return lId >= lFirstCommandId && lId <= IdOf(LibraryCommand::mnuHelp)
+               ? std::optional(static_cast<LibraryCommand>(lId - lFirstCommandId))
+               : std::nullopt;
+}
 
 } // namespace ravlo

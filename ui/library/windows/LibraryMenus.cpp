@@ -3,6 +3,8 @@
 
 #include "ui/library/windows/ControlIds.h"
 
+#include <cwchar>
+
 namespace ravlo
 {
 
@@ -25,6 +27,20 @@ std::wstring WithoutMnemonics(const std::wstring& sText)
     for (const wchar_t c : sText)
         sDoubled.append(c == L'&' ? 2 : 1, c);
     return sDoubled;
+}
+
+// Replaces the caption in front of the item's key.
+void SetCaption(HMENU hMenu, UINT lId, const std::wstring& sCaption)
+{
+    wchar_t sBefore[200] = L"";
+    ::GetMenuStringW(hMenu, lId, sBefore, ARRAYSIZE(sBefore), MF_BYCOMMAND);
+    const wchar_t* const sKey = std::wcschr(sBefore, L'\t');
+    std::wstring sText = sCaption + (sKey ? sKey : L"");
+    MENUITEMINFOW info{};
+    info.cbSize = sizeof info;
+    info.fMask = MIIM_STRING;
+    info.dwTypeData = sText.data();
+    ::SetMenuItemInfoW(hMenu, lId, FALSE, &info);
 }
 
 HMENU AddSubMenu(HMENU hMenu, const wchar_t* sCaption)
@@ -60,11 +76,37 @@ UniqueMenu LibraryMenuBar()
     Add(mnuCatNewMain, mnuCatLevelNew, L"Category Level");
     Add(mnuCats, mnuShuffle, L"Shuffle Checked Categories");
     Add(mnuCats, mnuCatDelete, L"Delete Checked Categories");
+    const HMENU mnuRotation = AddSubMenu(hBar.get(), L"&Rotation");
+    Add(mnuRotation, mnuUndo, L"Undo\t  Ctrl+Z");
+    Add(mnuRotation, mnuRedo, L"Redo\t  Ctrl+Y");
+    ::AppendMenuW(mnuRotation, MF_SEPARATOR, 0, nullptr);
+    Add(mnuRotation, mnuSpread, L"&Spread Checked Categories");
+    Add(mnuRotation, mnuFairRotation, L"&Fair Rotation");
+    ::AppendMenuW(mnuRotation, MF_SEPARATOR, 0, nullptr);
+    Add(mnuRotation, mnuExplainNext, L"&Explain Next Cut");
+    Add(mnuRotation, mnuNextCuts, L"&Next 20 Cuts");
+    Add(mnuRotation, mnuHealth, L"Rotation &Health");
     Add(hBar.get(), mnuHelp, L"&Help");
     return hBar;
 }
 
 HMENU CategoriesMenu(HMENU hBar) noexcept { return ::GetSubMenu(hBar, lCategoriesPlace); }
+
+void UpdateMenu(HMENU hMenu, const std::function<MenuItem(LibraryCommand)>& itemOf)
+{
+    for (int lPlace = ::GetMenuItemCount(hMenu); lPlace-- > 0;)
+    {
+        const UINT lId = ::GetMenuItemID(hMenu, lPlace);
+        const std::optional<LibraryCommand> eCommand = CommandOf(static_cast<int>(lId));
+        if (!eCommand)
+            continue;
+        const MenuItem item = itemOf(*eCommand);
+        ::EnableMenuItem(hMenu, lId, item.bEnabled ? MF_ENABLED : MF_GRAYED);
+        ::CheckMenuItem(hMenu, lId, item.bTicked ? MF_CHECKED : MF_UNCHECKED);
+        if (!item.sText.empty())
+            SetCaption(hMenu, lId, WithoutMnemonics(item.sText));
+    }
+}
 
 void EnableMenuBar(HWND hWindow, bool bEnable) noexcept
 {
@@ -80,7 +122,9 @@ UniqueAccelerators LibraryAccelerators()
     ACCEL keys[] = {{FVIRTKEY, VK_F1, static_cast<WORD>(IdOf(mnuHelp))},
                     {FVIRTKEY | FALT, VK_F4, static_cast<WORD>(IdOf(mnuExit))},
                     {FVIRTKEY | FCONTROL, 'A', static_cast<WORD>(IdOf(mnuSelectAllGrid))},
-                    {FVIRTKEY | FCONTROL, 'S', static_cast<WORD>(IdOf(mnuSave))}};
+                    {FVIRTKEY | FCONTROL, 'S', static_cast<WORD>(IdOf(mnuSave))},
+                    {FVIRTKEY | FCONTROL, 'Y', static_cast<WORD>(IdOf(mnuRedo))},
+                    {FVIRTKEY | FCONTROL, 'Z', static_cast<WORD>(IdOf(mnuUndo))}};
     return UniqueAccelerators(::CreateAcceleratorTableW(keys, ARRAYSIZE(keys)));
 }
 

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "ui/controls/windows/Handles.h"
+#include "ui/library/LibraryCommand.h"
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,9 +17,11 @@ namespace ravlo
 // The library window's menu bar; the categories' menu in it is the tree's pop-up too.
 UniqueMenu LibraryMenuBar();
 HMENU CategoriesMenu(HMENU hBar) noexcept;
+// Shows the commands of a menu as itemOf tells, the keys behind their captions unchanged.
+void UpdateMenu(HMENU hMenu, const std::function<MenuItem(LibraryCommand)>& itemOf);
 void EnableMenuBar(HWND hWindow, bool bEnable) noexcept;
 
-// F1, Alt+F4, Ctrl+A and Ctrl+S: keys of commands for every focus.
+// F1, Alt+F4, Ctrl+A, Ctrl+S, Ctrl+Y and Ctrl+Z: keys of commands for every focus.
 UniqueAccelerators LibraryAccelerators();
 
 // Lets the user choose one of some texts at a point of the screen. Nothing when the menu is dismissed.

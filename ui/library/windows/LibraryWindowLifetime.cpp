@@ -43,8 +43,9 @@ struct LibraryWindowLifetime::Made
 };
 
 LibraryWindowLifetime::LibraryWindowLifetime(std::weak_ptr<clsSchedMan> cSchedMan,
-                                             std::function<bool()> CategoryShowing)
-    : m_cSchedMan(std::move(cSchedMan)), m_CategoryShowing(std::move(CategoryShowing))
+                                             std::function<bool()> CategoryShowing, LibraryDialogs dialogs)
+    : m_cSchedMan(std::move(cSchedMan)), m_CategoryShowing(std::move(CategoryShowing)),
+      m_dialogs(std::move(dialogs))
 {
 }
 LibraryWindowLifetime::~LibraryWindowLifetime() = default;
@@ -60,6 +61,7 @@ void LibraryWindowLifetime::Make()
         m_cMade->Form().SetSchedMan(nullptr); // it may live a little longer
     m_cMade.reset();
     m_cMade = std::make_shared<Made>(cSchedMan, m_CategoryShowing);
+    m_cMade->Form().Rotation().SetDialogs(m_dialogs);
 }
 
 void LibraryWindowLifetime::Reload()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "scheduler/clsSchedMan.h"
+#include "ui/library/LibraryDialogs.h"
 
 #include <functional>
 #include <memory>
@@ -14,7 +15,8 @@ class LibraryWindowLifetime
 {
 public:
     // CategoryShowing returns whether the category window is open.
-    LibraryWindowLifetime(std::weak_ptr<clsSchedMan> cSchedMan, std::function<bool()> CategoryShowing);
+    LibraryWindowLifetime(std::weak_ptr<clsSchedMan> cSchedMan, std::function<bool()> CategoryShowing,
+                          LibraryDialogs dialogs);
     ~LibraryWindowLifetime();
     LibraryWindowLifetime(const LibraryWindowLifetime&) = delete;
     LibraryWindowLifetime& operator=(const LibraryWindowLifetime&) = delete;
@@ -36,6 +38,7 @@ private:
 
     std::weak_ptr<clsSchedMan> m_cSchedMan;
     std::function<bool()> m_CategoryShowing;
+    LibraryDialogs m_dialogs;
     // A running member holds a reference too: the host, called in between, may show another window or release
     // everything.
     std::shared_ptr<Made> m_cMade;

@@ -142,9 +142,11 @@ LRESULT frmUILibWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
         OnTimer(wParam);
         return 0;
     case WM_INITMENUPOPUP:
-        // The category window can be open only once: not from a library window that it has opened.
-        ::EnableMenuItem(reinterpret_cast<HMENU>(wParam), static_cast<UINT>(IdOf(LibraryCommand::mnuCatUI)),
-                         m_CategoryShowing() ? MF_GRAYED : MF_ENABLED);
+        UpdateMenu(reinterpret_cast<HMENU>(wParam), [this](LibraryCommand eCommand) {
+            // The category window can be open only once: not from a library window that it has opened.
+            return eCommand == LibraryCommand::mnuCatUI ? MenuItem{.bEnabled = !m_CategoryShowing()}
+                                                        : m_cForm->ItemOf(eCommand);
+        });
         return 0;
     case WM_DESTROY:
         LetGo(); // the controls are destroyed with the window
@@ -215,9 +217,8 @@ void frmUILibWindow::OnException() noexcept { m_cMod.DISPLAYERROR(L"frmUILib", t
 
 void frmUILibWindow::OnCommand(int lId)
 {
-    constexpr int lLast = IdOf(LibraryCommand::mnuHelp);
-    if (lId >= lFirstCommandId && lId <= lLast)
-        m_cForm->Do(static_cast<LibraryCommand>(lId - lFirstCommandId));
+    if (const std::optional<LibraryCommand> eCommand = CommandOf(lId))
+        m_cForm->Do(*eCommand);
 }
 
 LRESULT frmUILibWindow::OnNotify(const NMHDR& header, LPARAM lParam)

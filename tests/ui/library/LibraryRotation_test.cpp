@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/LibraryRotation.h"
+
+#include "frmUILibTest.h"
+
+namespace ravlo::test
+{
+namespace
+{
+
+using enum LibraryCommand;
+
+class LibraryRotationTest : public frmUILibTest
+{
+protected:
+    // Records what is opened.
+    void GiveDialogs()
+    {
+        cForm.Rotation().SetDialogs({[this](clsSchedMan&, const std::wstring& sLevelKey, const TextKey&) {
+            colOpened.push_back(L"explanation " + sLevelKey);
+                                     },
+                                     [this](clsSchedMan&, const std::wstring& sLevelKey) {
+            colOpened.push_back(L"next cuts " + sLevelKey);
+        },
+                                    [this](clsSchedMan&) { colOpened.push_back(L"health"); }});
+    }
+    std::vector<bool> Enabled() const
+    {
+        std::vector<bool> bEnabled;
+        for (const LibraryCommand eCommand : {mnuExplainNext, mnuNextCuts, mnuHealth})
+            bEnabled.push_back(cForm.ItemOf(eCommand).bEnabled);
+        return bEnabled;
+    }
+
+    Lines colOpened;
+};
+
+TEST_P(LibraryRotationTest, CommandsWithoutAWindowAreDisabled)
+{
+    EXPECT_EQ(Enabled(), (std::vector<bool>{false, false, false}));
+    ShowNode(L"Rock", 1);
+    for (const LibraryCommand eCommand : {mnuExplainNext, mnuNextCuts, mnuHealth})
+        Do(eCommand);
+    EXPECT_EQ(Enabled(), (std::vector<bool>{false, false, false}));
+}
+
+TEST_P(LibraryRotationTest, CommandsOfALevelNeedOneInTheGrid)
+{
+    GiveDialogs();
+    for (const auto& [sName, lLevel, bLevel] :
+         {std::tuple{L"ALL AUDIO", 0, false}, {L"Rock", 0, false}, {L"Rock", 2, true}})
+    {
+        ShowNode(sName, lLevel);
+        colOpened.clear();
+        for (const LibraryCommand eCommand : {mnuExplainNext, mnuNextCuts, mnuHealth})
+            Do(eCommand);
+        EXPECT_EQ(colOpened, bLevel ? (Lines{L"explanation Rock\t2", L"next cuts Rock\t2", L"health"})
+                                    : (Lines{L"health"}));
+        EXPECT_EQ(Enabled(), (std::vector<bool>{bLevel, bLevel, true}));
+    }
+}
+
+TEST_P(LibraryRotationTest, FairRotationIsTickedWhileItIsOn)
+{
+    for (const bool bOn : {true, false})
+    {
+        Do(mnuFairRotation);
+        EXPECT_EQ(Man().Options().bFairRotation, bOn);
+        EXPECT_EQ(cForm.ItemOf(mnuFairRotation).bTicked, bOn);
+    }
+}
+
+TEST_P(LibraryRotationTest, AFailedSwitchIsShownAndTheTickStaysRight)
+{
+    cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler", true);
+    Do(mnuFairRotation);
+    ASSERT_EQ(Shown().size(), 1u);
+    EXPECT_EQ(Shown()[0].sTitle, L"mnuFairRotation_Click");
+    EXPECT_FALSE(cForm.ItemOf(mnuFairRotation).bTicked);
+    ExpectIdle();
+}
+
+TEST_P(LibraryRotationTest, NothingIsEnabledWithoutAManager)
+{
+    GiveDialogs();
+    cForm.SetSchedMan(nullptr);
+    for (const LibraryCommand eCommand : {mnuUndo, mnuRedo, mnuFairRotation, mnuExplainNext, mnuHealth})
+        EXPECT_FALSE(cForm.ItemOf(eCommand).bEnabled);
+}
+
+TEST_P(NewLibraryTest, FairRotationIsDisabledBeforeAPopulation)
+{
+    EXPECT_FALSE(cForm.ItemOf(mnuFairRotation).bEnabled);
+}
+
+TEST_P(LibraryRotationTest, SpreadingNeedsTicks)
+{
+    Do(mnuSpread);
+    EXPECT_EQ(Shown(), (Boxes{OkBox(BoxIcon::Information, L"You Need to Check (tick) Them In The Tree.",
+                                    L"First, select some categories to spread")}));
+}
+
+TEST_P(LibraryRotationTest, SpreadCategoriesAreSavedAndShown)
+{
+    const Cuts& colCuts = DataBase().colCuts;
+    colCuts[0]->SetArtist(L"Abba");
+    colCuts[1]->SetArtist(L"Abba");
+    colCuts[2]->SetArtist(L"Blur");
+    ShowNode(L"Rock", 1);
+    Tick(L"Rock", 1);
+    Answers({BoxAnswer::Yes});
+    ForgetSifs();
+    Do(mnuSpread);
+    EXPECT_EQ(RowKeys()[1], L"c");
+    EXPECT_EQ(RowKeys(), Order(L"Rock", 1));
+    EXPECT_TRUE(SifSaved(L"Rock"));
+    ExpectIdle();
+}
+
+INSTANTIATE_TEST_SUITE_P(Objects, LibraryRotationTest, testing::Bool(), ObjectsOf);
+
+} // namespace
+} // namespace ravlo::test

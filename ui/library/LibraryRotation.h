@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ui/library/LibraryCommand.h"
+#include "ui/library/LibraryDialogs.h"
+#include "ui/library/LibraryPanes.h"
+#include "ui/library/LibraryWork.h"
+
+#include <string>
+#include <utility>
+
+namespace ravlo
+{
+
+// The commands of the library window's Rotation menu. What is shown or explained is the level in the grid.
+class LibraryRotation
+{
+public:
+    // Owns none of them.
+    LibraryRotation(LibraryPanes& cPanes, LibraryWork& cWork, ModScheduler& cMod)
+        : m_cPanes(cPanes), m_cWork(cWork), m_cMod(cMod)
+    {
+    }
+
+    const LibraryDialogs& Dialogs() const noexcept { return m_dialogs; }
+    void SetDialogs(LibraryDialogs dialogs) { m_dialogs = std::move(dialogs); }
+
+    void Spread(clsSchedMan& cSchedMan);
+    void SwitchFairRotation(clsSchedMan& cSchedMan);
+    void ExplainNext(clsSchedMan& cSchedMan);
+    void ShowNextCuts(clsSchedMan& cSchedMan);
+    void ShowHealth(clsSchedMan& cSchedMan);
+
+    // For a command of another menu: enabled, with its own caption. Throws nothing.
+    MenuItem ItemOf(LibraryCommand eCommand) const noexcept;
+
+private:
+    std::wstring ShownLevelKey(const clsSchedMan& cSchedMan) const;
+
+    LibraryPanes& m_cPanes;
+    LibraryWork& m_cWork;
+    ModScheduler& m_cMod;
+    LibraryDialogs m_dialogs;
+};
+
+} // namespace ravlo
