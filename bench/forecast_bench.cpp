@@ -26,7 +26,6 @@ struct Station
 {
     explicit Station(std::int64_t cuts)
     {
-        snapshot->cMod = &radio.cMod;
         for (int category = 0; category < lCategories; ++category)
         {
             const std::wstring sName = L"Category " + std::to_wstring(category);
@@ -75,17 +74,18 @@ template <int lDays, bool bFair> void Simulated(benchmark::State& state)
     Station& station = Station::OfSize(state.range(0));
     std::size_t rows = 0;
     for (auto _ : state)
-        rows += Simulate(station.snapshot, station.plan, dtStart, lDays, {bFair, {}}).rows.size();
+        rows += Simulate(station.radio.cMod, station.snapshot, station.plan, dtStart, lDays, {bFair, {}})
+                    .rows.size();
     state.SetItemsProcessed(static_cast<std::int64_t>(rows));
 }
 
 // The same picks from a copy that is kept.
 template <int lDays, bool bFair> void Picks(benchmark::State& state)
 {
-    const Station& station = Station::OfSize(state.range(0));
+    Station& station = Station::OfSize(state.range(0));
     std::int64_t rows = 0;
     StationCopy copy(
-        *station.snapshot, {.bFairRotation = bFair}, [](const TraceStep&) {}, [] {});
+        station.radio.cMod, *station.snapshot, {.bFairRotation = bFair}, [](const TraceStep&) {}, [] {});
     DateTime dtNow = dtStart;
     for (auto _ : state)
     {

@@ -18,8 +18,10 @@ const ClassIdentity StarvedFace::identity{
     CLSID_clsStarved, LIBID_RavloScheduler,        IID__clsStarved, nullptr, L"RavloScheduler",
     L"clsStarved",    L"RavloScheduler.clsStarved"};
 
-LevelHealthFace::LevelHealthFace(std::shared_ptr<const clsSimulation> cSimulation, std::size_t level)
-    : Dispatch(identity), m_cSimulation(std::move(cSimulation)), m_level(level)
+LevelHealthFace::LevelHealthFace(std::shared_ptr<const clsSimulation> cSimulation, std::size_t level,
+                                 AdviceProgress cProgress)
+    : Dispatch(identity), m_cSimulation(std::move(cSimulation)), m_level(level),
+      m_cProgress(std::move(cProgress))
 {
 }
 
@@ -88,7 +90,11 @@ STDMETHODIMP LevelHealthFace::get_Light(LONG* pVal)
 }
 STDMETHODIMP LevelHealthFace::get_Advice(_clsCollection** pVal)
 {
-    return Return(pVal, [&] { return TextsOut(Level()->advice); });
+    return Return(pVal, [&] {
+        const std::shared_ptr<const clsSimulation> cKeepAlive = m_cSimulation; // a handler may release this
+        const std::shared_ptr<const SimulationProgress> cProgress = m_cProgress.lock();
+        return TextsOut(cKeepAlive->Advice(m_level, cProgress ? *cProgress : SimulationProgress()));
+    });
 }
 
 ComPtr<_clsCollection> LevelHealthFace::StarvedOut(const std::vector<StarvedCut>& starved) const
@@ -112,7 +118,7 @@ STDMETHODIMP StarvedFace::get_Cut(_clsCut** pVal)
 {
     return Return(pVal, [&] {
         const LevelHealth& level = m_cSimulation->Health().levels[m_level];
-        return CutOut(m_cSimulation->CutOf(level.cuts[m_starved.cut].sKey));
+        return CutOut(m_cSimulation->CutOf(level.cuts[m_starved.cut].cKey.Text()));
     });
 }
 STDMETHODIMP StarvedFace::get_Plays(LONG* pVal) { return Get(pVal, &m_starved, &StarvedCut::lPlays); }
@@ -120,7 +126,7 @@ STDMETHODIMP StarvedFace::get_BlockedBy(_clsCut** pVal)
 {
     return Return(pVal, [&] {
         const auto& blockers = m_cSimulation->Health().blockers;
-        return CutOut(m_starved.blockedBy ? m_cSimulation->CutOf(blockers[*m_starved.blockedBy].sKey)
+        return CutOut(m_starved.blockedBy ? m_cSimulation->CutOf(blockers[*m_starved.blockedBy].cKey.Text())
                                           : nullptr);
     });
 }
@@ -134,9 +140,9 @@ STDMETHODIMP StarvedFace::get_TimesPassedOver(LONG* pVal)
 }
 
 ComPtr<_clsLevelHealth> LevelHealthOut(const std::shared_ptr<const clsSimulation>& cSimulation,
-                                       std::size_t level)
+                                       std::size_t level, const AdviceProgress& cProgress)
 {
-    return ComPtr<_clsLevelHealth>(NewObject<LevelHealthFace>(cSimulation, level));
+    return ComPtr<_clsLevelHealth>(NewObject<LevelHealthFace>(cSimulation, level, cProgress));
 }
 
 } // namespace ravlo

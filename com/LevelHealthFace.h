@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "com/SimulationFace.h"
 #include "comkit/Dispatch.h"
 #include "forecast/clsSimulation.h"
 
@@ -17,7 +18,8 @@ namespace ravlo
 class LevelHealthFace final : public Dispatch<_clsLevelHealth>
 {
 public:
-    LevelHealthFace(std::shared_ptr<const clsSimulation> cSimulation, std::size_t level);
+    LevelHealthFace(std::shared_ptr<const clsSimulation> cSimulation, std::size_t level,
+                    AdviceProgress cProgress);
 
     STDMETHODIMP get_Key(BSTR* pVal) override;
     STDMETHODIMP get_Cuts(LONG* pVal) override;
@@ -47,6 +49,7 @@ private:
 
     std::shared_ptr<const clsSimulation> m_cSimulation;
     std::size_t m_level;
+    AdviceProgress m_cProgress;
 };
 
 // _clsStarved over a cut of a level.
@@ -71,6 +74,6 @@ private:
 };
 
 ComPtr<_clsLevelHealth> LevelHealthOut(const std::shared_ptr<const clsSimulation>& cSimulation,
-                                       std::size_t level);
+                                       std::size_t level, const AdviceProgress& cProgress);
 
 } // namespace ravlo

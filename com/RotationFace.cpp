@@ -47,7 +47,11 @@ void RaiseStep(EventSource& cEvents, double dDone, bool& bCancel)
 } // namespace
 
 RotationFace::RotationFace()
-    : Dispatch(identity), m_cEvents(*static_cast<_clsRotation*>(this), DIID___clsRotation)
+    : Dispatch(identity), m_cEvents(*static_cast<_clsRotation*>(this), DIID___clsRotation),
+      m_cStep(std::make_shared<SimulationProgress>([this](double dDone, bool& bCancel) {
+          const ComPtr<_clsRotation> cKeepAlive(this); // a handler may release it
+          RaiseStep(m_cEvents, dDone, bCancel);
+      }))
 {
 }
 
@@ -111,10 +115,7 @@ STDMETHODIMP RotationFace::Simulate(DATE dtStart, double dDays, VARIANT vFair, V
 {
     return Return(pVal, [&] {
         const SimulationOptions options{OptionIn(vFair), OptionIn(vFeatured)};
-        return SimulationOut(m_cRotation.Simulate(dtStart, dDays, options,
-                                                  [this](double dDone, bool& bCancel) {
-            RaiseStep(m_cEvents, dDone, bCancel);
-        }));
+        return SimulationOut(m_cRotation.Simulate(dtStart, dDays, options, *m_cStep), m_cStep);
     });
 }
 
@@ -145,7 +146,8 @@ STDMETHODIMP RotationFace::WriteReport(_clsSimulation* cSimulation, BSTR sFile)
 {
     return Guard([&] {
         m_cRotation.MustBePopulated();
-        m_cRotation.WriteReport(*SimulationFrom(cSimulation), TextOf(sFile));
+        const std::shared_ptr<const clsSimulation> cCore = SimulationFrom(cSimulation);
+        m_cRotation.WriteReport(*cCore, TextOf(sFile), *m_cStep);
     });
 }
 

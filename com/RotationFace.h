@@ -6,6 +6,8 @@
 
 #include <RavloScheduler.h>
 
+#include <memory>
+
 namespace ravlo
 {
 
@@ -47,6 +49,7 @@ private:
     ComPtr<_clsSchedMan> m_cManager; // the host's view of the manager that m_cRotation works on
     clsRotation m_cRotation;
     EventSource m_cEvents;
+    std::shared_ptr<const SimulationProgress> m_cStep; // raises SimulationStep, as long as this object lives
 };
 
 } // namespace ravlo

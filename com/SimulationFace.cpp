@@ -10,8 +10,8 @@ const ClassIdentity SimulationFace::identity{
     CLSID_clsSimulation, LIBID_RavloScheduler,           IID__clsSimulation, nullptr, L"RavloScheduler",
     L"clsSimulation",    L"RavloScheduler.clsSimulation"};
 
-SimulationFace::SimulationFace(std::shared_ptr<const clsSimulation> cSimulation)
-    : Dispatch(identity), m_cSimulation(std::move(cSimulation)),
+SimulationFace::SimulationFace(std::shared_ptr<const clsSimulation> cSimulation, AdviceProgress cProgress)
+    : Dispatch(identity), m_cSimulation(std::move(cSimulation)), m_cProgress(std::move(cProgress)),
       m_cEntry(m_cSimulation.get(), this, static_cast<_clsSimulation*>(this))
 {
 }
@@ -28,8 +28,9 @@ STDMETHODIMP SimulationFace::get_Levels(_clsCollection** pVal)
         const auto colLevels = std::make_shared<ItemCollection>();
         const std::vector<LevelHealth>& levels = m_cSimulation->Health().levels;
         for (std::size_t level = 0; level < levels.size(); ++level)
-            colLevels->Add(TextKey(levels[level].sKey),
-                           Variant(static_cast<IDispatch*>(LevelHealthOut(m_cSimulation, level).Get())));
+            colLevels->Add(
+                TextKey(levels[level].sKey),
+                Variant(static_cast<IDispatch*>(LevelHealthOut(m_cSimulation, level, m_cProgress).Get())));
         return ComPtr<_clsCollection>(NewCollection(colLevels));
     });
 }
@@ -49,9 +50,10 @@ STDMETHODIMP SimulationFace::get_ArtistsOverAsked(_clsCollection** pVal)
     return Return(pVal, [&] { return TextsOut(m_cSimulation->ArtistsOverAsked()); });
 }
 
-ComPtr<_clsSimulation> SimulationOut(const std::shared_ptr<const clsSimulation>& cSimulation)
+ComPtr<_clsSimulation> SimulationOut(const std::shared_ptr<const clsSimulation>& cSimulation,
+                                     const AdviceProgress& cProgress)
 {
-    return ComPtr<_clsSimulation>(NewObject<SimulationFace>(cSimulation));
+    return ComPtr<_clsSimulation>(NewObject<SimulationFace>(cSimulation, cProgress));
 }
 
 std::shared_ptr<const clsSimulation> SimulationFrom(_clsSimulation* pSimulation)

@@ -13,11 +13,14 @@
 namespace ravlo
 {
 
+// Whom to tell of the search for advice: the object that made the simulation, while it lives.
+using AdviceProgress = std::weak_ptr<const SimulationProgress>;
+
 // _clsSimulation over a simulation. What it returns is new with every call.
 class SimulationFace final : public Dispatch<_clsSimulation>
 {
 public:
-    explicit SimulationFace(std::shared_ptr<const clsSimulation> cSimulation);
+    SimulationFace(std::shared_ptr<const clsSimulation> cSimulation, AdviceProgress cProgress);
 
     const std::shared_ptr<const clsSimulation>& Core() const noexcept { return m_cSimulation; }
 
@@ -34,10 +37,12 @@ public:
 
 private:
     std::shared_ptr<const clsSimulation> m_cSimulation;
+    AdviceProgress m_cProgress;
     FaceEntry<SimulationFace> m_cEntry;
 };
 
-ComPtr<_clsSimulation> SimulationOut(const std::shared_ptr<const clsSimulation>& cSimulation);
+ComPtr<_clsSimulation> SimulationOut(const std::shared_ptr<const clsSimulation>& cSimulation,
+                                     const AdviceProgress& cProgress);
 
 // Returns the simulation of a face. Throws error 91 for null, 13 for an object that is no face of this
 // library.

@@ -2,6 +2,7 @@
 #include "forecast/Health.h"
 
 #include "base/Text.h"
+#include "forecast/Light.h"
 #include "forecast/MakeUp.h"
 #include "forecast/PlayPatterns.h"
 #include "forecast/Troubles.h"
@@ -21,17 +22,19 @@ double Share(double dPart, double dWhole) { return dWhole > 0 ? dPart / dWhole :
 class Diagnosis
 {
 public:
-    explicit Diagnosis(const SimulationResult& result)
-        : m_result(result), m_station(*result.cStation),
-          m_names(m_station.names.With(result.options.bFeaturedArtists)), m_patterns(result, m_names)
+    Diagnosis(const SimulationResult& result, const LetHostRun& letHostRun)
+        : m_result(result), m_station(*result.cStation), m_letHostRun(letHostRun), m_cutByCut(letHostRun),
+          m_names(m_station.names.With(result.options.bFeaturedArtists)),
+          m_patterns(result, m_names, letHostRun)
     {
     }
 
-    StationHealth Take()
+    StationHealth Run()
     {
         m_health.dtStart = m_result.dtStart;
         m_health.dDays = m_result.dDays;
         m_health.lPicks = static_cast<std::int32_t>(m_result.rows.size());
+        AddWarnings();
         for (std::size_t level = 0; level < m_result.levels.size(); ++level)
             AddLevel(level);
         AddOverAsked();
@@ -39,10 +42,27 @@ public:
     }
 
 private:
+    void AddWarnings()
+    {
+        m_health.warnings = m_station.warnings;
+        std::vector<std::wstring> colMissing; // levels that the plan asks for
+        for (std::size_t slot = 0; slot < m_result.plan.Slots().size(); ++slot)
+        {
+            const Slot& asked = m_result.plan.Slots()[slot];
+            const std::wstring sLevel = asked.sCategory + L" " + DecimalText(asked.lLevel);
+            if (!m_result.levelOfSlot[slot] &&
+                std::find(colMissing.begin(), colMissing.end(), sLevel) == colMissing.end())
+                colMissing.push_back(sLevel);
+        }
+        for (const std::wstring& sLevel : colMissing)
+            m_health.warnings.push_back(L"The plan asks for " + sLevel +
+                                        L", which does not exist. Its slots stay empty.");
+    }
+
     void AddLevel(std::size_t level)
     {
         const SnapshotLevel& source = m_station.levels[level];
-        const MakeUp makeUp = MakeUpOf(m_station, source.order, m_names);
+        const MakeUp makeUp = MakeUpOf(m_station, source.order, m_names, m_letHostRun);
         LevelHealth health;
         health.sKey = CategoryKey(source.sCategory, source.lLevel);
         AddSeparations(health, level, makeUp);
@@ -51,9 +71,9 @@ private:
         const Starvation starvation = StarvationOf(m_result, level);
         health.neverPlayed = Starved(level, starvation.neverPlayed);
         health.underHalf = Starved(level, starvation.underHalf);
-        health.eLight = LightOf(health);
+        SetLight(health);
         for (const ArtistUse& artist : health.artists)
-            AddLoad(TextKey(artist.sName), artist.dShareOfCuts * health.lArtistSepMins * health.lPicks);
+            AddLoad(artist.cName, artist.dShareOfCuts * health.lArtistSepMins * health.lPicks);
         m_health.levels.push_back(std::move(health));
     }
 
@@ -71,45 +91,51 @@ private:
         health.lTitleSepMins = TitleSeparation(rules);
     }
 
-    void AddCuts(LevelHealth& health, std::size_t level) const
+    void AddCuts(LevelHealth& health, std::size_t level)
     {
         const LevelOutcome& outcome = m_result.levels[level];
         const std::vector<CutNumber>& order = m_station.levels[level].order;
         health.lPicks = static_cast<std::int32_t>(outcome.asked);
+        health.lUnfilled = static_cast<std::int32_t>(outcome.unfilled);
         health.lRulesBroken = static_cast<std::int32_t>(outcome.rulesBroken);
+        health.cuts.reserve(order.size());
         double dPlays = 0;
         for (std::size_t position = 0; position < order.size(); ++position)
         {
             const PlainCutValues& cut = m_station.cuts[order[position]].values;
-            CutUse use;
-            use.sKey = cut.cKey.Text();
-            use.sArtist = cut.cArtist.Text();
-            use.sTitle = cut.cTitle.Text();
+            m_cutByCut.Next();
+            CutUse& use = health.cuts.emplace_back();
+            use.cKey = cut.cKey;
+            use.cArtist = cut.cArtist;
+            use.cTitle = cut.cTitle;
             use.lPlays = static_cast<std::int32_t>(outcome.cuts[position].plays);
             use.titleDistances = m_patterns.OfTitle(cut.cTitle);
             m_patterns.AddHours(use, level, order[position]);
             health.lFewestPlays = position == 0 ? use.lPlays : std::min(health.lFewestPlays, use.lPlays);
             health.lMostPlays = std::max(health.lMostPlays, use.lPlays);
             dPlays += use.lPlays;
-            health.cuts.push_back(std::move(use));
+            health.lOpeners += cut.bOpener ? 1 : 0;
         }
         health.dMeanPlays = Share(dPlays, static_cast<double>(order.size()));
     }
 
-    void AddArtists(LevelHealth& health, const std::vector<CutNumber>& order, const MakeUp& makeUp) const
+    void AddArtists(LevelHealth& health, const std::vector<CutNumber>& order, const MakeUp& makeUp)
     {
         std::unordered_map<TextKey, std::int32_t> colPlays;
         for (std::size_t position = 0; position < order.size(); ++position)
         {
             const PlainCutValues& cut = m_station.cuts[order[position]].values;
-            for (const TextKey& cName : m_names.NamesOf(cut.cArtist, cut.cTitle))
+            m_cutByCut.Next();
+            m_names.ForEachName(cut.cArtist, cut.cTitle, [&](const TextKey& cName) {
                 colPlays[cName] += health.cuts[position].lPlays;
+            });
         }
+        health.artists.reserve(makeUp.artists.size());
         for (const MakeUp::Artist& artist : makeUp.artists)
         {
             const std::int32_t lPlays = colPlays[artist.cName];
             health.artists.push_back(
-                {artist.cName.Text(), static_cast<std::int32_t>(artist.cuts), lPlays,
+                {artist.cName, static_cast<std::int32_t>(artist.cuts), lPlays,
                  Share(static_cast<double>(artist.cuts), static_cast<double>(makeUp.cuts)),
                  Share(lPlays, health.lPicks), m_patterns.OfArtist(artist.cName)});
         }
@@ -136,7 +162,7 @@ private:
         const auto [it, bNew] = m_colBlockers.try_emplace(number, m_health.blockers.size());
         const PlainCutValues& cut = m_station.cuts[number].values;
         if (bNew)
-            m_health.blockers.push_back({cut.cKey.Text(), cut.cArtist.Text(), cut.cTitle.Text()});
+            m_health.blockers.push_back({cut.cKey, cut.cArtist, cut.cTitle});
         return it->second;
     }
 
@@ -167,6 +193,8 @@ private:
 
     const SimulationResult& m_result;
     const StationSnapshot& m_station;
+    const LetHostRun& m_letHostRun;
+    CutByCut m_cutByCut;
     const ArtistNames m_names; // in force in the simulation
     const PlayPatterns m_patterns;
     std::unordered_map<CutNumber, std::size_t> m_colBlockers; // positions in m_health.blockers
@@ -177,20 +205,9 @@ private:
 
 } // namespace
 
-Light LightOf(const LevelHealth& level) noexcept
+StationHealth HealthOf(const SimulationResult& result, const LetHostRun& letHostRun)
 {
-    if (level.lPicks == 0)
-        return Light::Green;
-    const bool bStarved = !level.neverPlayed.empty() || !level.underHalf.empty();
-    if (bStarved || std::int64_t{level.lRulesBroken} * 100 > level.lPicks ||
-        level.lArtistSepMins > level.lAttainableArtistMins ||
-        level.lTitleSepMins > level.lAttainableTitleMins)
-        return Light::Red;
-    const bool bRoom = level.lArtistSepMins <= Comfortable(level.lAttainableArtistMins) &&
-                       level.lTitleSepMins <= Comfortable(level.lAttainableTitleMins);
-    return bRoom && level.lRulesBroken == 0 ? Light::Green : Light::Yellow;
+    return Diagnosis(result, letHostRun).Run();
 }
-
-StationHealth HealthOf(const SimulationResult& result) { return Diagnosis(result).Take(); }
 
 } // namespace ravlo

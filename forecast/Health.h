@@ -2,6 +2,8 @@
 #pragma once
 
 #include "base/DateTime.h"
+#include "base/TextKey.h"
+#include "forecast/Pace.h"
 #include "model/clsRuleViolation.h"
 
 #include <array>
@@ -18,9 +20,10 @@ struct SimulationResult;
 
 enum class Light
 {
-    Green, // no cut starved, no rule broken, the separations well within what is attainable
+    Green, // no slot empty, no cut starved, no rule broken, the separations well within what is attainable
     Yellow,
-    Red, // a starved cut, a rule broken in more than 1 % of the picks, or a separation that cannot be kept
+    Red, // an empty slot, a starved cut, a rule broken in more than 1 % of the picks, or a separation that
+         // cannot be kept
 };
 
 // The distances between the plays of an artist or title, start to start, in minutes.
@@ -34,19 +37,19 @@ struct PlayDistances
 // A cut of a level in a simulation.
 struct CutUse
 {
-    std::wstring sKey;
-    std::wstring sArtist;
-    std::wstring sTitle;
+    TextKey cKey;
+    TextKey cArtist;
+    TextKey cTitle;
     std::int32_t lPlays = 0;
     std::array<std::int32_t, 24> colByHour{};    // plays that began in each hour of the day
     std::optional<PlayDistances> titleDistances; // of its title, in any level; nothing before a second play
-    bool bLockStep = false; // the same hour on more than half of the days on which it played, see IsLockStep
+    bool bLockStep = false;                      // mostly in the same hour, see IsLockStep
 };
 
 // An artist of a level in a simulation.
 struct ArtistUse
 {
-    std::wstring sName;
+    TextKey cName;
     std::int32_t lCuts = 0; // of the level
     std::int32_t lPlays = 0;
     double dShareOfCuts = 0; // 0 to 1
@@ -64,20 +67,26 @@ struct StarvedCut
     std::optional<std::size_t> blockedBy; // in StationHealth::blockers: most often under that rule
 };
 
+// What is attainable when nothing limits a separation: no cut has an artist, or a title.
+inline constexpr std::int32_t lAnyMins = 2'000'000'000;
+
 // How a level fares in a simulation. Minutes where not stated.
 struct LevelHealth
 {
     std::wstring sKey; // <name> TAB <level>
     Light eLight = Light::Green;
+    std::vector<std::wstring> why; // it is not green, in sentences without a full stop, the worst first
     std::int32_t lArtists = 0;
     std::wstring sTopArtist; // with the most cuts; of several the first in rotation order
     std::int32_t lTopArtistCuts = 0;
-    float sngSlotMins = 0; // simulated minutes by slots asked; 0 when it was never asked
-    std::int32_t lAttainableArtistMins = 0;
+    float sngSlotMins = 0;                  // simulated minutes by slots asked; 0 when it was never asked
+    std::int32_t lAttainableArtistMins = 0; // lAnyMins at most
     std::int32_t lAttainableTitleMins = 0;
     std::int32_t lArtistSepMins = 0;
     std::int32_t lTitleSepMins = 0;
-    std::int32_t lPicks = 0;
+    std::int32_t lPicks = 0;    // slots asked
+    std::int32_t lUnfilled = 0; // of these, those that stay empty
+    std::int32_t lOpeners = 0;  // cuts that are openers
     std::int32_t lFewestPlays = 0;
     double dMeanPlays = 0; // plays by cuts
     std::int32_t lMostPlays = 0;
@@ -86,7 +95,7 @@ struct LevelHealth
     std::vector<ArtistUse> artists; // in rotation order
     std::vector<StarvedCut> neverPlayed;
     std::vector<StarvedCut> underHalf;
-    std::vector<std::wstring> advice; // the remedies that help, each simulated
+    std::vector<std::wstring> advice; // the remedies that help, each simulated; see Advice.h
 };
 
 // An artist whose separations cannot all be kept: the sum over the levels of picks an hour x share of the
@@ -100,9 +109,9 @@ struct OverAskedArtist
 // A cut in the way of others.
 struct BlockingCut
 {
-    std::wstring sKey;
-    std::wstring sArtist;
-    std::wstring sTitle;
+    TextKey cKey;
+    TextKey cArtist;
+    TextKey cTitle;
 };
 
 // How a station fares in a simulation.
@@ -111,17 +120,14 @@ struct StationHealth
     DateTime dtStart = 0;
     double dDays = 0;
     std::int32_t lPicks = 0;
-    std::vector<LevelHealth> levels; // in the station's order
+    std::vector<std::wstring> warnings; // why it may be otherwise on air, in sentences
+    std::vector<LevelHealth> levels;    // in the station's order
     std::vector<BlockingCut> blockers;
     std::vector<OverAskedArtist> overAsked; // the worst first
     std::vector<std::wstring> remedies;     // the most useful first, at most three; most begin with a level
 };
 
 // The figures of a simulation, without advice.
-StationHealth HealthOf(const SimulationResult& result);
-
-// A level's light by its figures. The separations are those that are measured, 0 for none. A level that is
-// never asked is green.
-Light LightOf(const LevelHealth& level) noexcept;
+StationHealth HealthOf(const SimulationResult& result, const LetHostRun& letHostRun = {});
 
 } // namespace ravlo

@@ -7,30 +7,31 @@
 namespace ravlo
 {
 
-MakeUp MakeUpOf(const StationSnapshot& station, const std::vector<CutNumber>& order, const ArtistNames& names)
+MakeUp MakeUpOf(const StationSnapshot& station, const std::vector<CutNumber>& order, const ArtistNames& names,
+                const LetHostRun& letHostRun)
 {
+    CutByCut cutByCut(letHostRun);
     MakeUp makeUp;
     makeUp.cuts = order.size();
-    makeUp.mostOfTitle = order.empty() ? 0 : 1;
     std::unordered_map<TextKey, std::size_t> colPositions; // in makeUp.artists
     std::unordered_map<TextKey, std::size_t> colTitles;    // cuts of each
     for (const CutNumber number : order)
     {
+        cutByCut.Next();
         const PlainCutValues& cut = station.cuts[number].values;
-        for (const TextKey& cName : names.NamesOf(cut.cArtist, cut.cTitle))
-        {
+        names.ForEachName(cut.cArtist, cut.cTitle, [&](const TextKey& cName) {
             const auto [it, bNew] = colPositions.try_emplace(cName, makeUp.artists.size());
             if (bNew)
                 makeUp.artists.push_back({cName, 0});
             ++makeUp.artists[it->second].cuts;
-        }
+        });
         if (!cut.cTitle.Empty())
             makeUp.mostOfTitle = std::max(makeUp.mostOfTitle, ++colTitles[cut.cTitle]);
     }
     for (const MakeUp::Artist& artist : makeUp.artists)
         if (artist.cuts > makeUp.commonest.cuts)
             makeUp.commonest = artist;
-    makeUp.mostOfArtist = std::max<std::size_t>(makeUp.commonest.cuts, order.empty() ? 0 : 1);
+    makeUp.mostOfArtist = makeUp.commonest.cuts;
     return makeUp;
 }
 
@@ -38,8 +39,6 @@ namespace
 {
 
 constexpr double dDayMins = 1440;
-// The largest number of minutes that is shown: with so many in hand, any separation can be kept.
-constexpr double dMostMins = 2'000'000'000;
 
 std::int32_t InForce(const SeparationRules& rules, std::int32_t lMins) noexcept
 {
@@ -52,11 +51,13 @@ double AskingRate::SlotMins() const noexcept { return asked == 0 ? 0 : dDays * d
 
 std::int32_t AskingRate::AttainableMins(std::size_t cuts, std::size_t most) const noexcept
 {
-    if (asked == 0 || most == 0)
+    if (asked == 0 || cuts == 0)
         return 0;
+    if (most == 0)
+        return lAnyMins;
     // Divided last, so that a quotient without remainder is exact.
     const double dMins = static_cast<double>(cuts / most) * dDays * dDayMins / asked;
-    return static_cast<std::int32_t>(std::min(dMins, dMostMins));
+    return static_cast<std::int32_t>(std::min<double>(dMins, lAnyMins));
 }
 
 std::int32_t ArtistSeparation(const SeparationRules& rules) noexcept { return InForce(rules, rules.lArtist); }

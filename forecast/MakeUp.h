@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "forecast/Health.h"
 #include "forecast/Snapshot.h"
 
 #include <cstddef>
@@ -10,8 +11,8 @@
 namespace ravlo
 {
 
-// What a level consists of, which limits the separations that any order can keep. A cut without an artist or
-// title is one of its own.
+// What a level consists of, which limits the separations that any order can keep. A cut without an artist, or
+// without a title, limits none: nothing is measured for it.
 struct MakeUp
 {
     struct Artist
@@ -23,11 +24,11 @@ struct MakeUp
     std::size_t cuts = 0;
     std::vector<Artist> artists; // in rotation order
     Artist commonest; // with the most cuts, of several the first; no name when no cut has an artist
-    std::size_t mostOfArtist = 0;
+    std::size_t mostOfArtist = 0; // 0 when no cut has one
     std::size_t mostOfTitle = 0;
 };
-MakeUp MakeUpOf(const StationSnapshot& station, const std::vector<CutNumber>& order,
-                const ArtistNames& names);
+MakeUp MakeUpOf(const StationSnapshot& station, const std::vector<CutNumber>& order, const ArtistNames& names,
+                const LetHostRun& letHostRun = {});
 
 // How often a level is asked.
 struct AskingRate
@@ -38,7 +39,7 @@ struct AskingRate
     // Minutes from one slot to the next; 0 when it is never asked.
     double SlotMins() const noexcept;
     // The longest separation, in whole minutes, that a level can keep which has so many cuts, most of them
-    // of one artist or title.
+    // of one artist or title; lAnyMins without any. 0 for a level without cuts and one that is never asked.
     std::int32_t AttainableMins(std::size_t cuts, std::size_t most) const noexcept;
 };
 

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "forecast/PlayPatterns.h"
 
-#include "base/Text.h"
-#include "forecast/MakeUp.h"
-
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -22,61 +19,50 @@ std::size_t HourOf(std::int64_t seconds) noexcept
     return static_cast<std::size_t>(seconds / secondsPerHour % hoursPerDay);
 }
 
-// The level of each slot of the plan.
-std::vector<std::optional<std::size_t>> LevelsOf(const SimulationResult& result)
-{
-    std::unordered_map<TextKey, std::size_t> colLevels;
-    for (std::size_t level = 0; level < result.cStation->levels.size(); ++level)
-    {
-        const SnapshotLevel& one = result.cStation->levels[level];
-        colLevels.emplace(CategoryKey(one.sCategory, one.lLevel), level);
-    }
-    std::vector<std::optional<std::size_t>> colOfSlots;
-    for (const Slot& slot : result.plan.Slots())
-    {
-        const auto it = colLevels.find(TextKey(CategoryKey(slot.sCategory, slot.lLevel)));
-        colOfSlots.push_back(it == colLevels.end() ? std::nullopt : std::optional(it->second));
-    }
-    return colOfSlots;
-}
-
 } // namespace
 
-PlayPatterns::PlayPatterns(const SimulationResult& result, const ArtistNames& names)
-    : m_cuts(result.levels.size())
+PlayPatterns::PlayPatterns(const SimulationResult& result, const ArtistNames& names,
+                           const LetHostRun& letHostRun)
+    : m_cuts(result.levels.size()), m_hours(result.levels.size())
 {
+    CutByCut cutByCut(letHostRun);
     TimesByText colArtists;
     TimesByText colTitles;
-    Collect(result, names, colArtists, colTitles);
-    m_artists = DistancesOf(std::move(colArtists));
-    m_titles = DistancesOf(std::move(colTitles));
+    Collect(result, names, colArtists, colTitles, cutByCut);
+    m_artists = DistancesOf(std::move(colArtists), cutByCut);
+    m_titles = DistancesOf(std::move(colTitles), cutByCut);
 }
 
 void PlayPatterns::Collect(const SimulationResult& result, const ArtistNames& names, TimesByText& colArtists,
-                           TimesByText& colTitles)
+                           TimesByText& colTitles, CutByCut& cutByCut)
 {
-    const std::vector<std::optional<std::size_t>> colLevels = LevelsOf(result);
     for (const SimulatedRow& row : result.rows)
     {
+        cutByCut.Next();
+        const std::int64_t seconds = WholeSeconds(row.dtStart);
+        const std::optional<std::size_t> level = result.levelOfSlot[row.slot];
+        if (level)
+            m_hours[*level].set(HourOf(seconds));
         if (!row.cut)
             continue;
-        const std::int64_t seconds = WholeSeconds(row.dtStart);
         const PlainCutValues& cut = result.cStation->cuts[*row.cut].values;
-        for (const TextKey& cName : names.NamesOf(cut.cArtist, cut.cTitle))
-            colArtists[cName].push_back(seconds);
+        names.ForEachName(cut.cArtist, cut.cTitle,
+                          [&](const TextKey& cName) { colArtists[cName].push_back(seconds); });
         if (!cut.cTitle.Empty())
             colTitles[cut.cTitle].push_back(seconds);
-        if (const std::optional<std::size_t> level = colLevels[row.slot])
+        if (level)
             m_cuts[*level][*row.cut].push_back(seconds);
     }
 }
 
-PlayPatterns::Distances PlayPatterns::DistancesOf(TimesByText colTimes)
+PlayPatterns::Distances PlayPatterns::DistancesOf(TimesByText colTimes, CutByCut& cutByCut)
 {
     Distances colDistances;
     for (const auto& [cText, times] : colTimes)
     {
+        cutByCut.Next();
         std::vector<double> colMins;
+        colMins.reserve(times.size());
         for (std::size_t play = 1; play < times.size(); ++play)
             colMins.push_back(static_cast<double>(times[play] - times[play - 1]) / 60);
         if (!colMins.empty())
@@ -98,7 +84,7 @@ void PlayPatterns::AddHours(CutUse& use, std::size_t level, CutNumber number) co
         return;
     for (const std::int64_t seconds : it->second)
         ++use.colByHour[HourOf(seconds)];
-    use.bLockStep = IsLockStep(it->second);
+    use.bLockStep = IsLockStep(it->second, m_hours[level].count());
 }
 
 PlayDistances SummaryOf(std::vector<double> colDistances)
@@ -111,7 +97,7 @@ PlayDistances SummaryOf(std::vector<double> colDistances)
     return {colDistances.front(), dMedian, colDistances.back()};
 }
 
-bool IsLockStep(const std::vector<std::int64_t>& colTimes) noexcept
+bool IsLockStep(const std::vector<std::int64_t>& colTimes, std::size_t hoursAsked) noexcept
 {
     struct Days
     {
@@ -127,8 +113,11 @@ bool IsLockStep(const std::vector<std::int64_t>& colTimes) noexcept
         played.Note(day);
         colByHour[HourOf(seconds)].Note(day);
     }
-    return std::any_of(colByHour.begin(), colByHour.end(),
-                       [&](const Days& days) { return days.count >= 2 && days.count * 2 > played.count; });
+    // By chance an hour has plays / hoursAsked of the plays, all on different days at most.
+    return std::any_of(colByHour.begin(), colByHour.end(), [&](const Days& days) {
+        return days.count >= 2 && days.count * 2 > played.count &&
+               static_cast<std::size_t>(days.count) * hoursAsked >= 2 * colTimes.size();
+    });
 }
 
 } // namespace ravlo

@@ -4,6 +4,7 @@
 #include "forecast/Health.h"
 #include "forecast/Simulation.h"
 
+#include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -17,7 +18,7 @@ namespace ravlo
 class PlayPatterns
 {
 public:
-    PlayPatterns(const SimulationResult& result, const ArtistNames& names);
+    PlayPatterns(const SimulationResult& result, const ArtistNames& names, const LetHostRun& letHostRun);
 
     // In any level; nothing before a second play, and for an empty text.
     std::optional<PlayDistances> OfArtist(const TextKey& cName) const { return Find(m_artists, cName); }
@@ -32,21 +33,23 @@ private:
     using Distances = std::unordered_map<TextKey, PlayDistances>;
 
     void Collect(const SimulationResult& result, const ArtistNames& names, TimesByText& colArtists,
-                 TimesByText& colTitles);
-    static Distances DistancesOf(TimesByText colTimes);
+                 TimesByText& colTitles, CutByCut& cutByCut);
+    static Distances DistancesOf(TimesByText colTimes, CutByCut& cutByCut);
     static std::optional<PlayDistances> Find(const Distances& colDistances, const TextKey& cText);
 
     Distances m_artists;
     Distances m_titles;
     std::vector<std::unordered_map<CutNumber, Times>> m_cuts; // by level
+    std::vector<std::bitset<24>> m_hours;                     // of the day, in which each level is asked
 };
 
 // The smallest, median and largest of some distances; of an even number the median is the mean of the middle
 // two. Precondition: there is at least one.
 PlayDistances SummaryOf(std::vector<double> colDistances);
 
-// Whether plays fell into one and the same hour on more than half of the days on which there was one, and on
-// two at least. Whole seconds, ascending.
-bool IsLockStep(const std::vector<std::int64_t>& colTimes) noexcept;
+// Whether the plays of a cut keep to one hour of the day: there is one in it on more than half of the days
+// with a play, on two at least, and on twice as many as if they fell by chance into the hours in which the
+// level is asked. Whole seconds, ascending. Precondition: hoursAsked is 1 to 24.
+bool IsLockStep(const std::vector<std::int64_t>& colTimes, std::size_t hoursAsked) noexcept;
 
 } // namespace ravlo

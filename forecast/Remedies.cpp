@@ -3,6 +3,7 @@
 
 #include "base/Text.h"
 #include "forecast/Troubles.h"
+#include "plan/SlotTimes.h"
 #include "rotation/Spread.h"
 
 #include <algorithm>
@@ -27,6 +28,42 @@ SnapshotCut MadeUpCut(std::size_t number, std::int32_t lDurationmS, bool bOpener
     return cut;
 }
 
+// "1 cut", "3 cuts"
+std::wstring CutsText(std::size_t cuts)
+{
+    return DecimalText(static_cast<std::int64_t>(cuts)) + (cuts == 1 ? L" cut" : L" cuts");
+}
+
+// The cuts of each artist while some are taken away.
+class ArtistCounts
+{
+public:
+    explicit ArtistCounts(const MakeUp& makeUp)
+        : m_artistsWith(makeUp.mostOfArtist + 1), m_most(makeUp.mostOfArtist)
+    {
+        for (const MakeUp::Artist& artist : makeUp.artists)
+        {
+            m_colCuts.emplace(artist.cName, artist.cuts);
+            ++m_artistsWith[artist.cuts];
+        }
+    }
+    // Precondition: the artist has a cut.
+    void TakeOne(const TextKey& cName)
+    {
+        std::size_t& cuts = m_colCuts.at(cName);
+        --m_artistsWith[cuts--];
+        ++m_artistsWith[cuts];
+        while (m_most > 0 && m_artistsWith[m_most] == 0)
+            --m_most;
+    }
+    std::size_t Most() const noexcept { return m_most; } // cuts of one artist
+
+private:
+    std::unordered_map<TextKey, std::size_t> m_colCuts;
+    std::vector<std::size_t> m_artistsWith; // so many cuts
+    std::size_t m_most;
+};
+
 } // namespace
 
 Remedies::Remedies(const SimulationResult& result, std::size_t level)
@@ -49,7 +86,8 @@ std::optional<Remedy> Remedies::Spread(Random& cRandom) const
         colItems.push_back(
             {m_names.NamesOf(cut.cArtist, cut.cTitle), cut.cTitle, cut.cAlbum, cut.dtLastPlayed});
     }
-    SpreadTrial trial{TextKey(CategoryKey(Level().sCategory, Level().lLevel)), {}, {}};
+    SpreadTrial trial{
+        TextKey(CategoryKey(Level().sCategory, Level().lLevel)), {}, {}, m_result.options, m_names};
     const std::shared_ptr<StationSnapshot> cStation = Copy();
     std::vector<CutNumber>& spread = cStation->levels[m_level].order;
     const std::vector<std::size_t> colPositions = SpreadOrder(colItems, cRandom);
@@ -59,6 +97,8 @@ std::optional<Remedy> Remedies::Spread(Random& cRandom) const
         trial.colPresent.push_back(Station().cuts[order[place]].values.cKey);
         trial.colSpread.push_back(Station().cuts[spread[place]].values.cKey);
     }
+    if (trial.colSpread == trial.colPresent)
+        return std::nullopt;
     return Remedy{L"spread", cStation, std::move(trial)};
 }
 
@@ -69,7 +109,7 @@ std::optional<Remedy> Remedies::ShorterArtistSeparation() const
         return std::nullopt;
     const std::shared_ptr<StationSnapshot> cStation = Copy();
     cStation->levels[m_level].rules.lArtist = lMins;
-    return Remedy{L"artist separation " + DecimalText(lMins), cStation, std::nullopt};
+    return Remedy{L"artist separation " + DecimalText(lMins), cStation};
 }
 
 bool Remedies::IsComfortable(std::size_t cuts, std::size_t most) const
@@ -77,16 +117,16 @@ bool Remedies::IsComfortable(std::size_t cuts, std::size_t most) const
     return ArtistSeparation(Level().rules) <= Comfortable(m_rate.AttainableMins(cuts, most));
 }
 
-bool Remedies::TellsAsMuch(std::size_t cuts) const
+bool Remedies::IsJudgedAlike(std::size_t cuts) const
 {
     const LevelOutcome& outcome = m_result.levels[m_level];
-    const auto tellsAsMuch = [&](std::uint32_t slots) {
+    const auto judgedAlike = [&](std::uint32_t slots) {
         const Due before{slots, m_makeUp.cuts};
         const Due after{slots, cuts};
-        return before.TellsNeverPlayed() == after.TellsNeverPlayed() &&
-               before.TellsUnderHalf() == after.TellsUnderHalf();
+        return before.IsEnoughForNeverPlayed() == after.IsEnoughForNeverPlayed() &&
+               before.IsEnoughForUnderHalf() == after.IsEnoughForUnderHalf();
     };
-    return tellsAsMuch(outcome.asked) && tellsAsMuch(outcome.asked - outcome.askedOpener);
+    return judgedAlike(outcome.asked) && judgedAlike(outcome.asked - outcome.askedOpener);
 }
 
 std::optional<std::size_t> Remedies::CutsToAdd() const
@@ -96,7 +136,7 @@ std::optional<std::size_t> Remedies::CutsToAdd() const
     std::size_t cuts = m_makeUp.cuts + 1;
     while (cuts <= m_makeUp.cuts * mostTimes && !IsComfortable(cuts, most))
         cuts = (cuts / most + 1) * most; // one place more from one of the artist's cuts to the next
-    const bool bReached = cuts <= m_makeUp.cuts * mostTimes && TellsAsMuch(cuts);
+    const bool bReached = cuts <= m_makeUp.cuts * mostTimes && IsJudgedAlike(cuts);
     return bReached ? std::optional(cuts - m_makeUp.cuts) : std::nullopt;
 }
 
@@ -104,14 +144,14 @@ std::int32_t Remedies::MeanDuration() const
 {
     std::int64_t milliseconds = 0;
     for (const CutNumber number : Level().order)
-        milliseconds += Station().cuts[number].values.lDurationmS;
+        milliseconds += LengthOf(Station().cuts[number].values.lDurationmS);
     return static_cast<std::int32_t>(milliseconds / static_cast<std::int64_t>(m_makeUp.cuts));
 }
 
 std::optional<Remedy> Remedies::MoreCuts() const
 {
     const std::vector<CutNumber>& order = Level().order;
-    const std::optional<std::size_t> added = CutsToAdd();
+    const std::optional<std::size_t> added = IsComfortable() ? std::nullopt : CutsToAdd();
     if (!added)
         return std::nullopt;
     const std::int32_t lDurationmS = MeanDuration();
@@ -128,45 +168,44 @@ std::optional<Remedy> Remedies::MoreCuts() const
         dealt.push_back(due > madeUp ? cStation->Add(MadeUpCut(madeUp, lDurationmS, bOpener)) : next);
         madeUp = static_cast<std::size_t>(due);
     }
-    return Remedy{DecimalText(static_cast<std::int64_t>(*added)) + L" cuts of other artists more", cStation,
-                  std::nullopt};
+    return Remedy{CutsText(*added) + L" of other artists more", cStation};
 }
 
 std::vector<CutNumber> Remedies::OrderWithoutCommonest() const
 {
-    std::unordered_map<TextKey, std::size_t> colCuts; // of each artist
-    for (const MakeUp::Artist& artist : m_makeUp.artists)
-        colCuts.emplace(artist.cName, artist.cuts);
-    std::vector<CutNumber> order = Level().order;
-    for (std::size_t position = order.size(); position-- > 0;)
+    ArtistCounts counts(m_makeUp);
+    const std::vector<CutNumber>& order = Level().order;
+    std::vector<bool> colLeft(order.size(), false);
+    std::size_t cuts = order.size();
+    bool bReached = false;
+    for (std::size_t position = order.size(); !bReached && position-- > 0;)
     {
         const PlainCutValues& cut = Station().cuts[order[position]].values;
         const std::vector<TextKey> colNames = m_names.NamesOf(cut.cArtist, cut.cTitle);
         if (std::find(colNames.begin(), colNames.end(), m_makeUp.commonest.cName) == colNames.end())
             continue;
         for (const TextKey& cName : colNames)
-            --colCuts.at(cName);
-        order.erase(order.begin() + static_cast<std::ptrdiff_t>(position));
-        std::size_t most = 1;
-        for (const auto& [cName, cuts] : colCuts)
-            most = std::max(most, cuts);
-        if (!order.empty() && IsComfortable(order.size(), most))
-            return order;
+            counts.TakeOne(cName);
+        colLeft[position] = true;
+        --cuts;
+        bReached = cuts > 0 && IsComfortable(cuts, counts.Most());
     }
-    return {};
+    std::vector<CutNumber> rest;
+    for (std::size_t position = 0; bReached && position < order.size(); ++position)
+        if (!colLeft[position])
+            rest.push_back(order[position]);
+    return rest;
 }
 
 std::optional<Remedy> Remedies::FewerCuts() const
 {
-    std::vector<CutNumber> order = OrderWithoutCommonest();
+    std::vector<CutNumber> order = IsComfortable() ? std::vector<CutNumber>() : OrderWithoutCommonest();
     if (order.empty())
         return std::nullopt;
     const std::size_t fewer = m_makeUp.cuts - order.size();
     const std::shared_ptr<StationSnapshot> cStation = Copy();
     cStation->levels[m_level].order = std::move(order);
-    return Remedy{DecimalText(static_cast<std::int64_t>(fewer)) + L" cuts of " +
-                      m_makeUp.commonest.cName.Text() + L" fewer",
-                  cStation, std::nullopt};
+    return Remedy{CutsText(fewer) + L" of " + m_makeUp.commonest.cName.Text() + L" fewer", cStation};
 }
 
 } // namespace ravlo

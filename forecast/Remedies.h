@@ -4,6 +4,7 @@
 #include "forecast/MakeUp.h"
 #include "forecast/Simulation.h"
 #include "platform/Random.h"
+#include "scheduler/SpreadOrders.h"
 
 #include <cstddef>
 #include <functional>
@@ -15,20 +16,12 @@
 namespace ravlo
 {
 
-// A new order of a level, by key; for SpreadOrders::Remember.
-struct SpreadTrial
-{
-    TextKey cLevelKey;
-    std::vector<TextKey> colPresent;
-    std::vector<TextKey> colSpread;
-};
-
 // A change that may help a level, made on a copy of the station.
 struct Remedy
 {
     std::wstring sName; // as in the advice
     std::shared_ptr<const StationSnapshot> cStation;
-    std::optional<SpreadTrial> spread;
+    std::optional<SpreadTrial> spread = {};
 };
 
 // Makes the remedies for one level of a simulated station. Each is nothing where it does not apply; none
@@ -39,16 +32,17 @@ public:
     // Precondition: the result outlives this, and the level was asked.
     Remedies(const SimulationResult& result, std::size_t level);
 
-    // The level's cuts in spread order.
+    // The level's cuts in spread order. Nothing when that is the present order.
     std::optional<Remedy> Spread(Random& cRandom) const;
     // The longest comfortable artist separation, if that is shorter than the one set.
     std::optional<Remedy> ShorterArtistSeparation() const;
-    // As many cuts of other artists more as make the artist separation comfortable, one at least: cuts of the
+    // As many cuts of other artists more as make the artist separation comfortable: cuts of the
     // level's mean duration, each with an artist and title of its own, dealt evenly into the order. Nothing
     // when the level would have to grow more than tenfold, or so much that too little is due to its cuts to
-    // tell which are starved: that would hide them, not help them.
+    // tell which are starved: that would hide them, not help them. Nothing when it is comfortable.
     std::optional<Remedy> MoreCuts() const;
-    // As many cuts of the commonest artist fewer as do so, one at least; the last ones in rotation order.
+    // As many cuts of the commonest artist fewer as do so; the last ones in rotation order. Nothing when it
+    // is comfortable.
     std::optional<Remedy> FewerCuts() const;
 
 private:
@@ -56,7 +50,8 @@ private:
     const StationSnapshot& Station() const noexcept { return *m_result.cStation; }
     const SnapshotLevel& Level() const noexcept { return Station().levels[m_level]; }
     bool IsComfortable(std::size_t cuts, std::size_t most) const;
-    bool TellsAsMuch(std::size_t cuts) const;
+    bool IsComfortable() const { return IsComfortable(m_makeUp.cuts, m_makeUp.mostOfArtist); }
+    bool IsJudgedAlike(std::size_t cuts) const;
     std::optional<std::size_t> CutsToAdd() const;
     std::vector<CutNumber> OrderWithoutCommonest() const;
     std::int32_t MeanDuration() const; // in milliseconds

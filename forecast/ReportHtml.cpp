@@ -41,6 +41,14 @@ svg .heat1{stroke:var(--h1)}svg .heat2{stroke:var(--h2)}svg .heat3{stroke:var(--
 overflow:visible;border:0}section{content-visibility:visible}figure,svg,tr{break-inside:avoid}}
 )";
 
+// "Red", to begin a sentence with.
+std::string LightName(Light eLight)
+{
+    std::string sName = NameOf(eLight);
+    sName[0] = static_cast<char>(sName[0] - 'a' + 'A');
+    return sName;
+}
+
 // A light as a shape and a word: colour alone does not tell everybody apart.
 std::string LightText(Light eLight)
 {
@@ -49,18 +57,26 @@ std::string LightText(Light eLight)
            "</span> " + NameOf(eLight) + "</span>";
 }
 
-// A name from the library, kept apart from its surroundings: it may run from right to left.
-std::string NameText(const std::wstring& sName) { return "<bdi>" + HtmlText(sName) + "</bdi>"; }
+// A name from the library, kept apart from its surroundings: it may run from right to left. Shortened, so
+// that names of unusual length do not make the page slow.
+std::string NameText(const std::wstring& sName)
+{
+    constexpr std::size_t mostCharacters = 80;
+    return "<bdi>" + HtmlText(Shortened(sName, mostCharacters)) + "</bdi>";
+}
 
 template <class Named> std::string CutText(const Named& cut)
 {
-    return NameText(cut.sArtist) + " - " + NameText(cut.sTitle);
+    return NameText(cut.cArtist.Text()) + " - " + NameText(cut.cTitle.Text());
 }
 
 std::string CountText(std::size_t count, const char* sOne, const char* sMany)
 {
     return std::to_string(count) + ' ' + (count == 1 ? sOne : sMany);
 }
+
+// " of pop 1": the rest of a table's name, which tells it apart from those of other levels.
+std::string OfLevel(const LevelHealth& level) { return " of " + HtmlText(LevelText(level.sKey)); }
 
 class Page
 {
@@ -88,6 +104,8 @@ private:
     void AddLevels();
     void AddLevel(const LevelHealth& level, const std::string& sId);
     void AddFacts(const LevelHealth& level);
+    void AddReasons(const LevelHealth& level);
+    void AddAdvice(const LevelHealth& level);
     void AddStarved(const LevelHealth& level, const std::vector<StarvedCut>& colStarved, const char* sTitle);
     void AddArtists(const LevelHealth& level, const std::string& sId);
     void AddCuts(const LevelHealth& level, const std::string& sId);
@@ -113,6 +131,8 @@ void Page::AddSummary()
         ".</p>\n<p class=\"soft\">Simulated from " + MomentText(m_health.dtStart) + ", " +
         NumberText(m_health.dDays) + (m_health.dDays == 1 ? " day, " : " days, ") +
         CountText(static_cast<std::size_t>(m_health.lPicks), "pick", "picks") + ".</p>\n");
+    for (const std::wstring& sWarning : m_health.warnings)
+        Add("<p>" + HtmlText(sWarning) + "</p>\n");
     if (!m_health.remedies.empty())
     {
         Add("<h3>What helps most</h3>\n");
@@ -128,9 +148,9 @@ void Page::AddSummary()
 
 void Page::AddLevels()
 {
-    BeginTable("Levels",
-               {"Level", "Light", "Cuts", "Artists", "Picks", "Plays, mean", "Never played", "Under half",
-                "Rules broken", "Artist set", "Artist attainable", "Title set", "Title attainable"});
+    BeginTable("Levels", {"Level", "Light", "Cuts", "Artists", "Slots asked", "Empty", "Plays, mean",
+                          "Never played", "Under half", "Rules broken", "Artist set", "Artist attainable",
+                          "Title set", "Title attainable"});
     for (std::size_t index = 0; index < m_health.levels.size(); ++index)
     {
         const LevelHealth& level = m_health.levels[index];
@@ -139,10 +159,11 @@ void Page::AddLevels()
         Add("<tr><th scope=\"row\">" + (level.eLight == Light::Green ? sName : sLink) +
             "<td class=\"text\">" + LightText(level.eLight));
         AddCells({std::to_string(level.cuts.size()), NumberText(level.lArtists), NumberText(level.lPicks),
-                  NumberText(level.dMeanPlays, 1), std::to_string(level.neverPlayed.size()),
-                  std::to_string(level.underHalf.size()), NumberText(level.lRulesBroken),
-                  NumberText(level.lArtistSepMins), NumberText(level.lAttainableArtistMins),
-                  NumberText(level.lTitleSepMins), NumberText(level.lAttainableTitleMins)});
+                  NumberText(level.lUnfilled), NumberText(level.dMeanPlays, 1),
+                  std::to_string(level.neverPlayed.size()), std::to_string(level.underHalf.size()),
+                  NumberText(level.lRulesBroken), NumberText(level.lArtistSepMins),
+                  AttainableText(level.lAttainableArtistMins), NumberText(level.lTitleSepMins),
+                  AttainableText(level.lAttainableTitleMins)});
     }
     EndTable();
 }
@@ -151,12 +172,9 @@ void Page::AddLevel(const LevelHealth& level, const std::string& sId)
 {
     Add("<section id=\"" + sId + "\" aria-labelledby=\"" + sId + "h\">\n<h2 id=\"" + sId + "h\">" +
         NameText(LevelText(level.sKey)) + ": " + LightText(level.eLight) + "</h2>\n");
+    AddReasons(level);
     AddFacts(level);
-    if (!level.advice.empty())
-    {
-        Add("<h3>What to do</h3>\n");
-        AddList(level.advice);
-    }
+    AddAdvice(level);
     AddStarved(level, level.neverPlayed, "Never played");
     AddStarved(level, level.underHalf, "Played less than half of their due");
     AddArtists(level, sId);
@@ -164,19 +182,37 @@ void Page::AddLevel(const LevelHealth& level, const std::string& sId)
     Add("</section>\n");
 }
 
+void Page::AddReasons(const LevelHealth& level)
+{
+    std::string sReasons;
+    for (const std::wstring& sReason : level.why)
+        sReasons += (sReasons.empty() ? ": " : "; ") + HtmlText(sReason);
+    if (!sReasons.empty())
+        Add("<p>" + LightName(level.eLight) + sReasons + ".</p>\n");
+}
+
 void Page::AddFacts(const LevelHealth& level)
 {
     Add("<p>" + CountText(level.cuts.size(), "cut", "cuts") + " by " +
-        CountText(static_cast<std::size_t>(level.lArtists), "artist", "artists") + ", most by " +
-        NameText(level.sTopArtist) + " (" + NumberText(level.lTopArtistCuts) + "). ");
+        CountText(static_cast<std::size_t>(level.lArtists), "artist", "artists"));
+    if (!level.sTopArtist.empty())
+        Add(", most by " + NameText(level.sTopArtist) + " (" + NumberText(level.lTopArtistCuts) + ")");
     if (level.lPicks == 0)
-        Add("The plan never asks for it.");
+        Add(". The plan never asks for it.");
     else
-        Add("Asked every " + NumberText(static_cast<double>(level.sngSlotMins), 1) +
+        Add(". Asked every " + NumberText(static_cast<double>(level.sngSlotMins), 1) +
             " minutes; plays per cut " + NumberText(level.lFewestPlays) + " to " +
-            NumberText(level.lMostPlays) + ", mean " + NumberText(level.dMeanPlays, 1) + "; " +
-            CountText(static_cast<std::size_t>(level.lRulesBroken), "rule", "rules") + " broken.");
+            NumberText(level.lMostPlays) + ", mean " + NumberText(level.dMeanPlays, 1) + ".");
     Add("</p>\n");
+}
+
+void Page::AddAdvice(const LevelHealth& level)
+{
+    Add("<h3>What to do</h3>\n");
+    if (level.advice.empty())
+        Add("<p>Nothing that was tried helps.</p>\n");
+    else
+        AddList(level.advice);
 }
 
 void Page::AddStarved(const LevelHealth& level, const std::vector<StarvedCut>& colStarved, const char* sTitle)
@@ -184,7 +220,8 @@ void Page::AddStarved(const LevelHealth& level, const std::vector<StarvedCut>& c
     if (colStarved.empty())
         return;
     Add(std::string("<h3>") + sTitle + "</h3>\n");
-    BeginTable(sTitle, {"Cut", "Plays", "Passed over", "Mostly for", "Mostly because of"});
+    BeginTable(sTitle + OfLevel(level),
+               {"Cut", "Plays", "Times passed over", "Rule, most often", "Blocked most often by"});
     for (const StarvedCut& starved : colStarved)
     {
         Add("<tr><th scope=\"row\">" + CutText(level.cuts[starved.cut]));
@@ -202,11 +239,11 @@ void Page::AddArtists(const LevelHealth& level, const std::string& sId)
     Add("<h3>Artists</h3>\n");
     AddFigure(DistancesPicture(level, sId + "a"),
               "Minutes between plays: smallest, median, largest; the artists that come back soonest");
-    BeginTable("Artists", {"Artist", "Cuts", "Plays", "Share of cuts", "Share of picks", "Smallest gap, min",
-                           "Median", "Largest"});
+    BeginTable("Artists" + OfLevel(level), {"Artist", "Cuts", "Plays", "Share of cuts", "Share of picks",
+                                            "Smallest gap, min", "Median", "Largest"});
     for (const ArtistUse& artist : level.artists)
     {
-        Add("<tr><th scope=\"row\">" + NameText(artist.sName));
+        Add("<tr><th scope=\"row\">" + NameText(artist.cName.Text()));
         AddCells({NumberText(artist.lCuts), NumberText(artist.lPlays), PercentText(artist.dShareOfCuts),
                   PercentText(artist.dShareOfPicks)});
         AddDistances(artist.distances);
@@ -226,7 +263,7 @@ void Page::AddCuts(const LevelHealth& level, const std::string& sId)
                                       "Median", "Largest"};
     for (int lHour = 0; lHour < 24; ++lHour)
         colHeads.push_back(std::to_string(lHour));
-    BeginTable("Cuts", colHeads);
+    BeginTable("Cuts" + OfLevel(level), colHeads);
     for (const CutUse& cut : level.cuts)
     {
         Add("<tr><th scope=\"row\">" + CutText(cut));

@@ -59,7 +59,10 @@ std::string Distances(const std::optional<PlayDistances>& distances)
 // A cut's identity, which its figures follow.
 template <class Identified> Object Identity(const Identified& cut)
 {
-    return Object().Add("key", cut.sKey).Add("artist", cut.sArtist).Add("title", cut.sTitle);
+    return Object()
+        .Add("key", cut.cKey.Text())
+        .Add("artist", cut.cArtist.Text())
+        .Add("title", cut.cTitle.Text());
 }
 
 std::string Starved(const StationHealth& health, const LevelHealth& level, const StarvedCut& starved)
@@ -77,7 +80,7 @@ std::string Starved(const StationHealth& health, const LevelHealth& level, const
 std::string Artist(const ArtistUse& artist)
 {
     return Object()
-        .Add("name", artist.sName)
+        .Add("name", artist.cName.Text())
         .Add("cuts", artist.lCuts)
         .Add("plays", artist.lPlays)
         .Add("shareOfCuts", artist.dShareOfCuts)
@@ -102,6 +105,10 @@ std::string Level(const StationHealth& health, const LevelHealth& level)
     return Object()
         .Add("key", level.sKey)
         .Add("light", '"' + std::string(NameOf(level.eLight)) + '"')
+        .Add("why", Texts(level.why))
+        .Add("cutCount", static_cast<std::int32_t>(level.cuts.size()))
+        .Add("openers", level.lOpeners)
+        .Add("artistCount", level.lArtists)
         .Add("topArtist", level.sTopArtist)
         .Add("topArtistCuts", level.lTopArtistCuts)
         .Add("slotMins", static_cast<double>(level.sngSlotMins))
@@ -110,6 +117,7 @@ std::string Level(const StationHealth& health, const LevelHealth& level)
         .Add("artistSepMins", level.lArtistSepMins)
         .Add("titleSepMins", level.lTitleSepMins)
         .Add("picks", level.lPicks)
+        .Add("unfilled", level.lUnfilled)
         .Add("fewestPlays", level.lFewestPlays)
         .Add("meanPlays", level.dMeanPlays)
         .Add("mostPlays", level.lMostPlays)
@@ -133,6 +141,7 @@ std::string JsonReport(const StationHealth& health)
                .Add("start", '"' + MomentText(health.dtStart) + '"')
                .Add("days", health.dDays)
                .Add("picks", health.lPicks)
+               .Add("warnings", Texts(health.warnings))
                .Add("remedies", Texts(health.remedies))
                .Add("artistsOverAsked", Array(health.overAsked, overAsked))
                .Add("levels",

@@ -160,7 +160,7 @@ std::string DistancesPicture(const LevelHealth& level, const std::string& sId)
     for (const ArtistUse* artist : colArtists)
     {
         const PlayDistances& distances = *artist->distances;
-        picture.Text(dLabels - 8, dY + 4, HtmlText(std::wstring_view(artist->sName).substr(0, 32)), "end");
+        picture.Text(dLabels - 8, dY + 4, HtmlText(Shortened(artist->cName.Text(), 32)), "end");
         picture.Line("range", at(distances.dSmallest), dY, at(distances.dLargest), dY);
         picture.Dot(distances.dSmallest < level.lArtistSepMins ? "bad" : "good", at(distances.dSmallest), dY);
         picture.Line("median", at(distances.dMedian), dY - 5, at(distances.dMedian), dY + 5);

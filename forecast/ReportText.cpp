@@ -79,6 +79,16 @@ std::string HtmlText(std::wstring_view sText)
     });
 }
 
+std::wstring Shortened(const std::wstring& sText, std::size_t most)
+{
+    if (sText.size() <= most)
+        return sText;
+    std::size_t length = most - 1;
+    if (IsHalf(sText[length - 1], 0xD800))
+        --length;
+    return sText.substr(0, length) + L'\x2026';
+}
+
 std::string JsonText(std::wstring_view sText)
 {
     std::array<wchar_t, 7> sCode{L'\\', L'u', L'0', L'0'};
@@ -114,6 +124,8 @@ std::string NumberText(double dValue, int lDecimals)
     }
     return text == "-0" ? "0" : text;
 }
+
+std::string AttainableText(std::int32_t lMins) { return lMins == lAnyMins ? "any" : NumberText(lMins); }
 
 std::string PercentText(double dShare) { return NumberText(dShare * 100, 1) + " %"; }
 

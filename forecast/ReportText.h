@@ -4,6 +4,7 @@
 #include "base/DateTime.h"
 #include "forecast/Health.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -15,12 +16,19 @@ namespace ravlo
 // do not allow (control characters, halves of surrogate pairs) replaced by U+FFFD.
 std::string HtmlText(std::wstring_view sText);
 
+// The text, or the beginning of a longer one and an ellipsis, together that many characters. Keeps surrogate
+// pairs whole. Precondition: most is at least 2.
+std::wstring Shortened(const std::wstring& sText, std::size_t most);
+
 // A text for JSON, with its quotes.
 std::string JsonText(std::wstring_view sText);
 
 // A number with at most so many decimals, without trailing zeros, with a point in every locale.
 std::string NumberText(double dValue, int lDecimals = 2);
 inline std::string NumberText(std::int32_t lValue) { return std::to_string(lValue); }
+
+// "45", or "any" when nothing limits it.
+std::string AttainableText(std::int32_t lMins);
 
 // "37 %".
 std::string PercentText(double dShare);

@@ -18,55 +18,22 @@ namespace
 
 constexpr double dDaymS = 86'400'000.0;
 
-// Lets the host run. The system's ticks are up to 16 ms apart, so this is often enough for 50 ms.
-class Pace
-{
-public:
-    Pace(const Clock& cClock, const SimulationProgress& progress)
-        : m_cClock(cClock), m_progress(progress), m_lTold(cClock.TickCount())
-    {
-    }
-
-    void At(double dDone)
-    {
-        m_dDone = dDone;
-        Look();
-    }
-    // Throws error 18 when the host cancels.
-    void Look()
-    {
-        constexpr std::uint32_t lEverymS = 30;
-        if (m_cClock.TickCount() - m_lTold >= lEverymS)
-            Tell(m_dDone);
-    }
-    void Tell(double dDone)
-    {
-        bool bCancel = false;
-        if (m_progress)
-            m_progress(dDone, bCancel);
-        if (bCancel)
-            throw RuntimeError(error::UserInterrupt);
-        m_lTold = m_cClock.TickCount();
-    }
-
-private:
-    const Clock& m_cClock;
-    const SimulationProgress& m_progress;
-    std::uint32_t m_lTold;
-    double m_dDone = 0;
-};
-
 // Counts what becomes of the cuts of each level.
 class Tally
 {
 public:
-    explicit Tally(const StationSnapshot& snapshot) : m_colEntries(snapshot.levels.size())
+    Tally(const StationSnapshot& snapshot, const LetHostRun& letHostRun)
+        : m_colEntries(snapshot.levels.size())
     {
+        CutByCut cutByCut(letHostRun);
         for (std::size_t level = 0; level < m_colEntries.size(); ++level)
         {
             m_colEntries[level].reserve(snapshot.levels[level].order.size());
             for (const CutNumber number : snapshot.levels[level].order)
+            {
+                cutByCut.Next();
                 m_colEntries[level].try_emplace(number);
+            }
         }
     }
 
@@ -82,16 +49,9 @@ public:
     // The steps since the last call led to this choice.
     void Settle(std::optional<std::size_t> level, std::optional<CutNumber> chosen)
     {
-        for (const Passed& passed : m_passed)
-        {
-            if (!level)
-                break;
-            Entry& entry = m_colEntries[*level].at(passed.number);
-            if (passed.eRule == eNone)
-                ++entry.noOpener;
-            else if (passed.number != chosen)
-                entry.passOvers.Count(passed.eRule, passed.blocker);
-        }
+        if (level)
+            for (const Passed& passed : m_passed)
+                CountPassed(m_colEntries[*level].at(passed.number), passed, chosen);
         if (level && chosen)
             ++m_colEntries[*level].at(*chosen).plays;
         m_passed.clear();
@@ -117,6 +77,14 @@ private:
         std::uint32_t noOpener = 0;
         PassOvers passOvers;
     };
+    static void CountPassed(Entry& entry, const Passed& passed, std::optional<CutNumber> chosen)
+    {
+        if (passed.eRule == eNone)
+            ++entry.noOpener;
+        else if (passed.number != chosen)
+            entry.passOvers.Count(passed.eRule, passed.blocker);
+    }
+
     std::vector<std::unordered_map<CutNumber, Entry>> m_colEntries; // by level
     std::vector<Passed> m_passed;                                   // in the present pick
 };
@@ -124,12 +92,13 @@ private:
 class Simulation
 {
 public:
-    Simulation(SimulationResult& result, const SimulationProgress& progress)
-        : m_result(result), m_station(*result.cStation), m_pace(m_station.cMod->Ports().cClock, progress),
-          m_tally(m_station),
+    // Reports the beginning.
+    Simulation(ModScheduler& cMod, SimulationResult& result, const SimulationProgress& progress)
+        : m_result(result), m_station(*result.cStation), m_pace(cMod.Ports().cClock, progress),
+          m_tally(m_station, Begun()),
           m_copy(
-              m_station, result.options, [this](const TraceStep& step) { m_tally.Note(step); },
-              [this] { m_pace.Look(); })
+              cMod, m_station, result.options, [this](const TraceStep& step) { m_tally.Note(step); },
+              [this] { m_pace.PumpIfDue(); })
     {
         for (const CutNumber number : m_station.played)
         {
@@ -138,28 +107,38 @@ public:
         }
         m_result.levels.resize(m_station.levels.size());
         for (const Slot& slot : m_result.plan.Slots())
-            m_colLevels.push_back(m_copy.LevelOf(slot));
+            m_result.levelOfSlot.push_back(m_copy.LevelOf(slot));
     }
 
     void Run(DateTime dtEnd)
     {
-        m_pace.Tell(0);
         if (m_result.plan.IsTimed())
             PlayTimed(dtEnd);
         else
             PlayClock(dtEnd);
         for (std::size_t level = 0; level < m_result.levels.size(); ++level)
+        {
+            m_result.levels[level].cuts.reserve(m_station.levels[level].order.size());
             for (const CutNumber number : m_station.levels[level].order)
                 m_result.levels[level].cuts.push_back(m_tally.OutcomeOf(level, number));
-        m_pace.Tell(1);
+            m_pace.PumpIfDue();
+        }
+        m_pace.Report(1);
     }
 
 private:
+    // What lets the host run, once it has heard of the beginning.
+    LetHostRun Begun()
+    {
+        m_pace.Report(0);
+        return [this] { m_pace.PumpIfDue(); };
+    }
+
     void PlayClock(DateTime dtEnd)
     {
         const std::vector<Slot>& slots = m_result.plan.Slots();
         FillClock(slots, m_result.dtStart, dtEnd, [&](const Slot& slot, DateTime dtAt) {
-            m_pace.At((dtAt - m_result.dtStart) / (dtEnd - m_result.dtStart));
+            m_pace.Reached((dtAt - m_result.dtStart) / (dtEnd - m_result.dtStart));
             return Fill(static_cast<std::size_t>(&slot - slots.data()), dtAt);
         });
     }
@@ -167,14 +146,11 @@ private:
     void PlayTimed(DateTime dtEnd)
     {
         const std::vector<DateTime>& times = m_result.plan.Times();
-        const auto first = std::lower_bound(times.begin(), times.end(), m_result.dtStart);
-        const auto last = std::lower_bound(first, times.end(), dtEnd);
-        if (first == last)
-            throw RuntimeError(error::InvalidProcedureCall, L"The plan has no slot in the time asked for");
-        for (auto it = first; it != last; ++it)
+        const auto [first, last] = PositionsWithin(times, m_result.dtStart, dtEnd);
+        for (std::size_t position = first; position < last; ++position)
         {
-            m_pace.At(static_cast<double>(it - first) / static_cast<double>(last - first));
-            Fill(static_cast<std::size_t>(it - times.begin()), *it);
+            m_pace.Reached(static_cast<double>(position - first) / static_cast<double>(last - first));
+            Fill(position, times[position]);
         }
     }
 
@@ -192,7 +168,7 @@ private:
             row.dTitleGapMins = m_gaps.TitleMins(values.cTitle, dtStart);
             m_gaps.Record(values.cArtist, values.cTitle, dtStart);
         }
-        Count(m_colLevels[position], slot, row);
+        Count(m_result.levelOfSlot[position], slot, row);
         m_result.rows.push_back(row);
         return m_result.dtEnd = EndOfSlot(dtStart, row.cut ? m_station.cuts[*row.cut].values.lDurationmS : 0);
     }
@@ -205,6 +181,7 @@ private:
         LevelOutcome& outcome = m_result.levels[*level];
         ++outcome.asked;
         outcome.askedOpener += slot.bOpener ? 1 : 0;
+        outcome.unfilled += row.cut ? 0 : 1;
         outcome.rulesBroken += row.cut && row.lKind != eKindChosen ? 1 : 0;
     }
 
@@ -214,7 +191,6 @@ private:
     Tally m_tally;
     StationCopy m_copy;
     Gaps m_gaps;
-    std::vector<std::optional<std::size_t>> m_colLevels; // of the plan's slots
 };
 
 } // namespace
@@ -247,15 +223,35 @@ std::vector<LogRow> SimulationResult::Rows() const
     return all;
 }
 
-SimulationResult Simulate(std::shared_ptr<const StationSnapshot> cStation, const Plan& plan, DateTime dtStart,
-                          double dDays, const SimulationOptions& options, const SimulationProgress& progress)
+namespace
 {
-    if (plan.Slots().empty())
-        throw RuntimeError(error::InvalidProcedureCall, L"The plan has no slot");
+
+// The end of the days. Throws error 5 when they cannot be simulated.
+DateTime EndOf(DateTime dtStart, double dDays)
+{
     if (!(dtStart > 0) || !(dDays >= dFewestDays && dDays <= dMostDays))
         throw RuntimeError(error::InvalidProcedureCall);
     const DateTime dtEnd = Later(dtStart, std::llround(dDays * dDaymS));
     WholeSeconds(dtEnd); // throws beyond the calendar
+    return dtEnd;
+}
+
+} // namespace
+
+void MustBePlayable(const Plan& plan, DateTime dtStart, double dDays)
+{
+    if (plan.Slots().empty())
+        throw RuntimeError(error::InvalidProcedureCall, L"The plan has no slot");
+    const auto [first, last] = PositionsWithin(plan.Times(), dtStart, EndOf(dtStart, dDays));
+    if (plan.IsTimed() && first == last)
+        throw RuntimeError(error::InvalidProcedureCall, L"The plan has no slot in the time asked for");
+}
+
+SimulationResult Simulate(ModScheduler& cMod, std::shared_ptr<const StationSnapshot> cStation,
+                          const Plan& plan, DateTime dtStart, double dDays, const SimulationOptions& options,
+                          const SimulationProgress& progress)
+{
+    MustBePlayable(plan, dtStart, dDays);
     SimulationResult result;
     result.options = cStation->options;
     result.options.bFairRotation = options.bFairRotation.value_or(result.options.bFairRotation);
@@ -264,7 +260,7 @@ SimulationResult Simulate(std::shared_ptr<const StationSnapshot> cStation, const
     result.plan = plan;
     result.dtStart = dtStart;
     result.dDays = dDays;
-    Simulation(result, progress).Run(dtEnd);
+    Simulation(cMod, result, progress).Run(EndOf(dtStart, dDays));
     return result;
 }
 

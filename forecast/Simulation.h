@@ -8,7 +8,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -49,6 +48,7 @@ struct LevelOutcome
     std::uint32_t asked = 0;       // slots
     std::uint32_t askedOpener = 0; // of these
     std::uint32_t rulesBroken = 0; // plays of a cut that broke a rule
+    std::uint32_t unfilled = 0;    // slots that stayed empty
     std::vector<CutOutcome> cuts;  // as in SnapshotLevel::order
 };
 
@@ -61,7 +61,8 @@ struct SimulationResult
 
     std::shared_ptr<const StationSnapshot> cStation;
     Plan plan;
-    RotationOptions options; // in force
+    std::vector<std::optional<std::size_t>> levelOfSlot; // as a position in the snapshot's; nothing: no level
+    RotationOptions options;                             // in force
     DateTime dtStart = 0;
     double dDays = 0;
     DateTime dtEnd = 0; // when the last slot's cut ends
@@ -72,16 +73,17 @@ struct SimulationResult
 inline constexpr double dFewestDays = 1;
 inline constexpr double dMostDays = 3660;
 
-// Called with the part that is done: with 0, at least every 50 ms, and with 1. bCancel ends the simulation.
-using SimulationProgress = std::function<void(double dDone, bool& bCancel)>;
-
 // Plays a plan on a copy of a station, row for row as RavloHost's day would air it: picks on air, each cut
 // reported as played when its slot starts. A clock runs from dtStart for dDays, whole or not; of slots with
 // times, those from dtStart on and before that end are played. Throws error 5 for a plan without slots, or
 // without any in that time, for a start that is no time, and for days outside 1 to 3660; error 18 when it is
 // cancelled; and what progress throws.
-SimulationResult Simulate(std::shared_ptr<const StationSnapshot> cStation, const Plan& plan, DateTime dtStart,
-                          double dDays, const SimulationOptions& options = {},
-                          const SimulationProgress& progress = {});
+// Precondition: cMod outlives the call.
+SimulationResult Simulate(ModScheduler& cMod, std::shared_ptr<const StationSnapshot> cStation,
+                          const Plan& plan, DateTime dtStart, double dDays,
+                          const SimulationOptions& options = {}, const SimulationProgress& progress = {});
+
+// Throws the errors 5 of Simulate that can be told without playing.
+void MustBePlayable(const Plan& plan, DateTime dtStart, double dDays);
 
 } // namespace ravlo

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "forecast/Snapshot.h"
 
+#include "base/Text.h"
+
 #include <algorithm>
 #include <unordered_map>
 #include <utility>
@@ -11,26 +13,19 @@ namespace ravlo
 namespace
 {
 
-const Clock& ClockOf(ModScheduler& cMod) { return cMod.Ports().cClock; }
-
-std::shared_ptr<PlayHistory> NewHistory(ModScheduler& cMod)
-{
-    return std::make_shared<PlayHistory>(ClockOf(cMod), [](const RuntimeError&, bool) {});
-}
-
 // Reads a station. A look at a cut may let the host run, which may change anything: levels and history are
 // taken first, as references to the cuts, and only then the cuts are read.
 class Reading
 {
 public:
-    Reading(ModScheduler& cMod, StationSnapshot& snapshot)
-        : m_snapshot(snapshot), m_cHistory(NewHistory(cMod)), m_cQuiet(cMod)
+    Reading(ModScheduler& cMod, StationSnapshot& snapshot, const LetHostRun& letHostRun)
+        : m_cMod(cMod), m_snapshot(snapshot), m_cHistory(NewHistory()), m_cutByCut(letHostRun)
     {
-        m_snapshot.cMod = &cMod;
     }
 
     void Take(const CatCollection& colMainCats, const PlayHistory& cHistory)
     {
+        const ModScheduler::OnAir cQuiet(m_cMod); // waits for no locked file and shows no box
         for (const std::shared_ptr<clsCat>& cMainCat : colMainCats)
         {
             m_snapshot.mainCats.push_back(cMainCat->CatName());
@@ -43,12 +38,18 @@ public:
     // cHistory is the station's, for the times that its database has not accepted yet.
     void Read(const PlayHistory& cHistory)
     {
+        std::size_t cuts = 0;
+        for (const Order& colOrder : m_colOrders)
+            cuts += colOrder.size();
+        m_colNumbers.reserve(cuts);
+        m_snapshot.cuts.reserve(cuts);
         for (std::size_t level = 0; level < m_colOrders.size(); ++level)
         {
+            m_snapshot.levels[level].order.reserve(m_colOrders[level].size());
             for (const auto& [cKey, cCut] : m_colOrders[level])
-                m_snapshot.levels[level].order.push_back(NumberOf(cKey, *cCut));
+                m_snapshot.levels[level].order.push_back(NumberInLevel(cKey, *cCut));
         }
-        const std::shared_ptr<PlayHistory> cCopy = NewHistory(*m_snapshot.cMod);
+        const std::shared_ptr<PlayHistory> cCopy = NewHistory();
         cCopy->CopyPlays(*m_cHistory,
                          [&](const std::shared_ptr<Cut>& cCut) { return PlayedCopyOf(*cCut, cHistory); });
         m_snapshot.cHistory = cCopy;
@@ -60,10 +61,19 @@ public:
 private:
     using Order = std::vector<std::pair<TextKey, std::shared_ptr<Cut>>>;
 
+    std::shared_ptr<PlayHistory> NewHistory() const
+    {
+        return std::make_shared<PlayHistory>(m_cMod.Ports().cClock, [](const RuntimeError&, bool) {});
+    }
+
     void TakeLevel(const clsCat& cMainCat, const clsCat& cSubCat)
     {
-        m_snapshot.levels.push_back(
-            {cMainCat.CatName(), cSubCat.CatLevel(), RulesOf(*cSubCat.PresentRules()), {}});
+        const std::shared_ptr<const clsCatRules> cRules = cSubCat.PresentRules();
+        m_snapshot.levels.push_back({cMainCat.CatName(), cSubCat.CatLevel(), RulesOf(*cRules), {}});
+        if (cRules->Unread())
+            m_snapshot.warnings.push_back(L"The rules of " + cMainCat.CatName() + L" " +
+                                          DecimalText(cSubCat.CatLevel()) +
+                                          L" cannot be read now. The global separations were used.");
         const std::shared_ptr<CutCollection> colCuts = cSubCat.SchedCuts();
         Order& colOrder = m_colOrders.emplace_back();
         colOrder.reserve(colCuts->Count());
@@ -72,23 +82,40 @@ private:
                 colOrder.emplace_back(*pKey, colCuts->At(i));
     }
 
-    CutNumber NumberOf(const TextKey& cKey, const Cut& cCut)
+    CutNumber NumberInLevel(const TextKey& cKey, const Cut& cCut)
     {
+        m_cutByCut.Next();
         const auto [it, bNew] = m_colNumbers.try_emplace(cKey, 0);
         if (bNew)
-            it->second = m_snapshot.Add({{cKey, cCut.ArtistKey(), cCut.TitleKey(), cCut.AlbumKey(), 0,
-                                          cCut.DurationmS(), cCut.LastPlayed(), cCut.Opener()},
-                                         cCut.Path()});
+            it->second = AddLevelCut(cKey, cCut);
         return it->second;
     }
+    CutNumber AddLevelCut(const TextKey& cKey, const Cut& cCut)
+    {
+        try
+        {
+            return Add(cKey, cCut);
+        }
+        catch (const RuntimeError& cError)
+        {
+            throw RuntimeError(cError.Number(), cKey.Text() + L": " + cError.Description());
+        }
+    }
+    CutNumber Add(const TextKey& cKey, const Cut& cCut)
+    {
+        const DateTime dtPlayed = cCut.LastPlayed();
+        return m_snapshot.Add({{cKey, cCut.ArtistKey(), cCut.TitleKey(), cCut.AlbumKey(), 0,
+                                cCut.DurationmS(), dtPlayed > 0 ? dtPlayed : 0, cCut.Opener()},
+                               cCut.Path()});
+    }
 
-    // One copy for each cut, which is found under several names. Null for a cut that cannot be read: on air
-    // such a play breaks no rule either.
+    // One copy for each cut, which is found under several names. Null for a cut that cannot be read.
     std::shared_ptr<Cut> PlayedCopyOf(const Cut& cCut, const PlayHistory& cHistory)
     {
         const auto [it, bNew] = m_colCopies.try_emplace(&cCut);
         if (bNew)
         {
+            m_cutByCut.Next();
             try
             {
                 it->second = ReadPlayed(cCut, cHistory);
@@ -103,19 +130,34 @@ private:
     {
         const DateTime dtPlayed = cHistory.TimeOf(cCut); // the cut itself may not have it yet
         WholeSeconds(dtPlayed);                          // throws beyond the calendar
-        const CutNumber number = NumberOf(cCut.Key(), cCut);
+        const CutNumber number = NumberInHistory(cCut);
         PlainCutValues& values = m_snapshot.cuts[number].values;
         values.dtLastPlayed = dtPlayed;
         m_snapshot.played.push_back(number);
         return NewPlainCut(values);
     }
+    // A played cut has the number of a level's cut that it is. A cut that was deleted and made again under
+    // the same key is another one.
+    CutNumber NumberInHistory(const Cut& cCut)
+    {
+        const TextKey cKey = cCut.Key();
+        if (const auto found = m_colNumbers.find(cKey); found != m_colNumbers.end())
+        {
+            const PlainCutValues& values = m_snapshot.cuts[found->second].values;
+            if (values.cArtist == cCut.ArtistKey() && values.cTitle == cCut.TitleKey() &&
+                values.cAlbum == cCut.AlbumKey())
+                return found->second;
+        }
+        return Add(cKey, cCut);
+    }
 
+    ModScheduler& m_cMod;
     StationSnapshot& m_snapshot;
-    std::vector<Order> m_colOrders;          // of the levels
-    std::shared_ptr<PlayHistory> m_cHistory; // of the station's cuts
-    std::unordered_map<TextKey, CutNumber> m_colNumbers;
+    std::vector<Order> m_colOrders;                      // of the levels
+    std::shared_ptr<PlayHistory> m_cHistory;             // of the station's cuts
+    std::unordered_map<TextKey, CutNumber> m_colNumbers; // of the levels' cuts
     std::unordered_map<const Cut*, std::shared_ptr<Cut>> m_colCopies;
-    const ModScheduler::OnAir m_cQuiet; // a file that cannot be read is not waited for, and shows no box
+    CutByCut m_cutByCut;
 };
 
 } // namespace
@@ -129,12 +171,12 @@ CutNumber StationSnapshot::Add(SnapshotCut cut)
 
 std::shared_ptr<StationSnapshot> TakeSnapshot(ModScheduler& cMod, const CatCollection& colMainCats,
                                               const PlayHistory& cHistory, const RotationOptions& options,
-                                              const ArtistNames& names)
+                                              const ArtistNames& names, const LetHostRun& letHostRun)
 {
     const auto cSnapshot = std::make_shared<StationSnapshot>();
     cSnapshot->options = options;
     cSnapshot->names = names;
-    Reading reading(cMod, *cSnapshot);
+    Reading reading(cMod, *cSnapshot, letHostRun);
     reading.Take(colMainCats, cHistory);
     reading.Read(cHistory);
     return cSnapshot;

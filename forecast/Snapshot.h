@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "forecast/Pace.h"
 #include "media/PlainCut.h"
 #include "model/clsCat.h"
 #include "rotation/ArtistNames.h"
@@ -38,10 +39,9 @@ struct SnapshotLevel
 // changed to see what a change would do.
 struct StationSnapshot
 {
-    // Adds a cut, or the same one again, and returns its number.
+    // Adds a cut and returns its number. Keys are not compared.
     CutNumber Add(SnapshotCut cut);
 
-    ModScheduler* cMod = nullptr;                // for its clock's ticks
     std::vector<std::wstring> mainCats;          // names; a main category may have no level
     std::vector<SnapshotLevel> levels;           // in the tree's order
     std::vector<SnapshotCut> cuts;               // of the levels and of the history
@@ -49,12 +49,16 @@ struct StationSnapshot
     std::vector<CutNumber> played;               // cuts of the history in the order of their plays
     RotationOptions options;
     ArtistNames names;
+    std::vector<std::wstring> warnings; // what could not be read and may differ on air
 };
 
-// Reads a station once. Throws what its cuts throw.
+// Reads a station once. Throws what the cuts of its levels throw, naming the cut. A play of the history that
+// cannot be read is left out: on air it breaks no rule either. Precondition: the station's objects outlive
+// the call, whatever the host does in letHostRun.
 std::shared_ptr<StationSnapshot> TakeSnapshot(ModScheduler& cMod, const CatCollection& colMainCats,
                                               const PlayHistory& cHistory,
                                               const RotationOptions& options = {},
-                                              const ArtistNames& names = {});
+                                              const ArtistNames& names = {},
+                                              const LetHostRun& letHostRun = {});
 
 } // namespace ravlo

@@ -20,12 +20,17 @@ public:
 class StationCopy::CopiedCuts final : public DataBase
 {
 public:
-    explicit CopiedCuts(const StationSnapshot& snapshot)
+    CopiedCuts(const StationSnapshot& snapshot, const LetHostRun& letHostRun)
     {
         m_colCuts.reserve(snapshot.cuts.size());
         m_colByKey.reserve(snapshot.cuts.size());
+        CutByCut cutByCut(letHostRun);
         for (const SnapshotCut& cut : snapshot.cuts)
+        {
+            cutByCut.Next();
+            // The first one of a key is a level's: its cuts come first.
             m_colByKey.emplace(cut.values.cKey, m_colCuts.emplace_back(NewPlainCut(cut.values)).get());
+        }
     }
 
     const std::shared_ptr<Cut>& At(CutNumber number) const { return m_colCuts.at(number); }
@@ -49,15 +54,17 @@ private:
     std::unordered_map<TextKey, const Cut*> m_colByKey;
 };
 
-StationCopy::StationCopy(const StationSnapshot& snapshot, const RotationOptions& options, TraceSink note,
-                         std::function<void()> pump)
-    : m_cClock(std::make_shared<SlotClock>()), m_cDataBase(std::make_shared<CopiedCuts>(snapshot)),
+StationCopy::StationCopy(ModScheduler& cMod, const StationSnapshot& snapshot, const RotationOptions& options,
+                         TraceSink note, std::function<void()> pump)
+    : m_cClock(std::make_shared<SlotClock>()), m_cDataBase(std::make_shared<CopiedCuts>(snapshot, pump)),
       m_cHistory(*m_cClock, [](const RuntimeError&, bool) {}), m_context{m_cHistory,      m_cDataBase,
                                                                          *m_cClock,       std::move(pump),
                                                                          std::move(note), {}}
 {
-    MakeTree(snapshot);
-    m_cHistory.CopyPlays(*snapshot.cHistory, [this](const std::shared_ptr<Cut>& cCut) {
+    MakeTree(cMod, snapshot);
+    CutByCut cutByCut(m_context.pump);
+    m_cHistory.CopyPlays(*snapshot.cHistory, [&](const std::shared_ptr<Cut>& cCut) {
+        cutByCut.Next();
         return m_cDataBase->At(ravlo::NumberOf(*cCut));
     });
     m_cHistory.SetNames(snapshot.names.With(options.bFeaturedArtists));
@@ -75,18 +82,23 @@ StationCopy::StationCopy(const StationSnapshot& snapshot, const RotationOptions&
 
 StationCopy::~StationCopy() = default;
 
-void StationCopy::MakeTree(const StationSnapshot& snapshot)
+void StationCopy::MakeTree(ModScheduler& cMod, const StationSnapshot& snapshot)
 {
+    CutByCut cutByCut(m_context.pump);
     for (const std::wstring& sName : snapshot.mainCats)
-        m_colMainCats.Add(TextKey(CategoryKey(sName, 0)), std::make_shared<clsCat>(*snapshot.cMod, sName, 0));
+        m_colMainCats.Add(TextKey(CategoryKey(sName, 0)), std::make_shared<clsCat>(cMod, sName, 0));
     for (std::size_t position = 0; position < snapshot.levels.size(); ++position)
     {
         const SnapshotLevel& level = snapshot.levels[position];
-        const auto cSubCat = std::make_shared<clsCat>(*snapshot.cMod, level.sCategory, level.lLevel);
+        const auto cSubCat = std::make_shared<clsCat>(cMod, level.sCategory, level.lLevel);
         CutCollection& colOrder = *cSubCat->SchedCuts();
         colOrder.Reserve(level.order.size());
         for (const CutNumber number : level.order)
-            colOrder.Add(snapshot.cuts.at(number).values.cKey, m_cDataBase->At(number));
+        {
+            cutByCut.Next();
+            if (!colOrder.Add(snapshot.cuts.at(number).values.cKey, m_cDataBase->At(number)))
+                throw RuntimeError(error::KeyAlreadyExists);
+        }
         if (const std::shared_ptr<clsCat> cMainCat = MainCatByName(&m_colMainCats, level.sCategory))
             cMainCat->SubCats()->Add(TextKey(DecimalText(level.lLevel)), cSubCat);
         m_colLevels.emplace(cSubCat.get(), position);

@@ -19,10 +19,10 @@ namespace ravlo
 class StationCopy
 {
 public:
-    // Precondition: the snapshot outlives this. note and pump as in SelectionContext; an error that pump
-    // throws, or any other that ends a pick, is thrown by Play.
-    StationCopy(const StationSnapshot& snapshot, const RotationOptions& options, TraceSink note,
-                std::function<void()> pump);
+    // Precondition: cMod and the snapshot outlive this. note and pump as in SelectionContext; pump is called
+    // while the station is copied, too. An error that pump throws, or any other that ends a pick, is thrown.
+    StationCopy(ModScheduler& cMod, const StationSnapshot& snapshot, const RotationOptions& options,
+                TraceSink note, std::function<void()> pump);
     StationCopy(const StationCopy&) = delete;
     StationCopy& operator=(const StationCopy&) = delete;
     ~StationCopy();
@@ -38,7 +38,7 @@ private:
     class SlotClock;
     class CopiedCuts;
 
-    void MakeTree(const StationSnapshot& snapshot);
+    void MakeTree(ModScheduler& cMod, const StationSnapshot& snapshot);
 
     std::shared_ptr<SlotClock> m_cClock;
     std::shared_ptr<CopiedCuts> m_cDataBase;

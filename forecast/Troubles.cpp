@@ -16,9 +16,9 @@ Starvation StarvationOf(const SimulationResult& result, std::size_t level)
         const bool bOpener = result.cStation->cuts[order[cut]].values.bOpener;
         const Due due{outcome.asked - (bOpener ? 0 : outcome.askedOpener), order.size()};
         const std::uint64_t plays = outcome.cuts[cut].plays;
-        if (plays == 0 && due.TellsNeverPlayed())
+        if (plays == 0 && due.IsEnoughForNeverPlayed())
             starvation.neverPlayed.push_back(cut);
-        if (due.TellsUnderHalf() && plays * 2 * due.cuts < due.slots)
+        if (due.IsEnoughForUnderHalf() && plays * 2 * due.cuts < due.slots)
             starvation.underHalf.push_back(cut);
     }
     return starvation;

@@ -18,8 +18,8 @@ struct Due
     std::uint64_t cuts = 0;
 
     // Whether so much is due that a cut without a play is starved, or one with less than half of it.
-    bool TellsNeverPlayed() const noexcept { return slots * 2 >= cuts * 3; }
-    bool TellsUnderHalf() const noexcept { return slots >= cuts * 3; }
+    bool IsEnoughForNeverPlayed() const noexcept { return slots * 2 >= cuts * 3; }
+    bool IsEnoughForUnderHalf() const noexcept { return slots >= cuts * 3; }
 };
 
 // The cuts of a level that play too seldom, as positions in its order.

@@ -3,7 +3,6 @@
 
 #include "base/CaseFolding.h"
 #include "base/Text.h"
-#include "forecast/Advice.h"
 #include "forecast/Report.h"
 #include "plan/PlanError.h"
 
@@ -79,18 +78,28 @@ std::shared_ptr<const clsSimulation> clsRotation::Simulate(DateTime dtStart, dou
     const Plan plan = m_plan;
     const std::shared_ptr<DataBase> cDataBase = cScheduler->DataBase();
     ModScheduler& cMod = cScheduler->Mod();
-    const auto letHostRun = [&](double dDone, bool& bCancel) {
+    const SimulationProgress letHostRun = [&](double dDone, bool& bCancel) {
         const ModScheduler::OthersRun cOthers(cMod);
         cMod.Pump();
         if (progress)
             progress(dDone, bCancel);
     };
-    Forecast forecast = MakeForecast(TakeSnapshot(cMod, *cScheduler->colMainCats(), cScheduler->History(),
-                                                  cScheduler->Options(), cScheduler->Names()),
-                                     plan, dtStart, dDays, options, letHostRun);
-    for (SpreadTrial& trial : forecast.spreads)
-        cScheduler->RememberSpread(trial.cLevelKey, std::move(trial.colPresent), std::move(trial.colSpread));
-    return std::make_shared<clsSimulation>(std::move(forecast.result), std::move(forecast.health), cDataBase);
+    MustBePlayable(plan, dtStart, dDays);
+    constexpr double dRead = 0.1; // parts of the work
+    constexpr double dPlayed = 0.9;
+    Pace pace(cMod.Ports().cClock, letHostRun);
+    pace.Report(0);
+    const LetHostRun pump = [&] { pace.PumpIfDue(); };
+    std::shared_ptr<const StationSnapshot> cStation =
+        TakeSnapshot(cMod, *cScheduler->colMainCats(), cScheduler->History(), cScheduler->Options(),
+                     cScheduler->Names(), pump);
+    SimulationResult result = ravlo::Simulate(cMod, std::move(cStation), plan, dtStart, dDays, options,
+                                              PartOf(letHostRun, dRead, dPlayed));
+    pace.Reached(dPlayed);
+    StationHealth health = HealthOf(result, pump);
+    pace.Report(1);
+    return std::make_shared<clsSimulation>(std::move(result), std::move(health),
+                                           clsSimulation::Station{cMod, cDataBase, cScheduler});
 }
 
 Explanation clsRotation::Explain(const std::wstring& strSubCatKey, bool bMustBeOpener,
@@ -109,9 +118,11 @@ void clsRotation::SpreadCategories(const Cats& colCats, bool bConfirmFirst) cons
     Populated()->SpreadCategories(colCats, bConfirmFirst);
 }
 
-void clsRotation::WriteReport(const clsSimulation& cSimulation, const std::wstring& sFile) const
+void clsRotation::WriteReport(const clsSimulation& cSimulation, const std::wstring& sFile,
+                              const SimulationProgress& progress) const
 {
     const std::shared_ptr<clsSchedMan> cScheduler = Populated();
+    cSimulation.FindAllAdvice(progress);
     const StationHealth& health = cSimulation.Health();
     const bool bJson = EndsWithIgnoringCase(sFile, L".json");
     ReplaceFile(FilesOf(*cScheduler), sFile, bJson ? JsonReport(health) : HtmlReport(health));

@@ -43,8 +43,7 @@ public:
     void AddSlot(const std::wstring& strSubCatKey, bool bMustBeOpener);
     std::size_t SlotCount() const noexcept { return m_plan.Slots().size(); }
 
-    // Plays the plan on a copy of the station, and says how each level fares and what would help; see
-    // Advice.h. The next spread of a level gives the order that was advised. Messages are pumped before each
+    // Plays the plan on a copy of the station, and says how each level fares. Messages are pumped before each
     // call of progress, and the host may do anything then, also end this object: the simulation goes on with
     // what it has read.
     std::shared_ptr<const clsSimulation> Simulate(DateTime dtStart, double dDays,
@@ -58,7 +57,9 @@ public:
     void SpreadCategories(const Cats& colCats, bool bConfirmFirst) const;
 
     // Writes the report of a simulation in one step: JSON when the file's name ends with .json, else HTML.
-    void WriteReport(const clsSimulation& cSimulation, const std::wstring& sFile) const;
+    // Looks for what helps first; progress and precondition as in clsSimulation.
+    void WriteReport(const clsSimulation& cSimulation, const std::wstring& sFile,
+                     const SimulationProgress& progress = {}) const;
 
     // Throws error 91 without a populated manager.
     void MustBePopulated() const { Populated(); }

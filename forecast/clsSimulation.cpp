@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "forecast/clsSimulation.h"
 
+#include "base/ScopedFlag.h"
 #include "base/Text.h"
 #include "base/Utf8.h"
+#include "forecast/Light.h"
 #include "forecast/ReportText.h"
 
 #include <algorithm>
@@ -11,9 +13,9 @@
 namespace ravlo
 {
 
-clsSimulation::clsSimulation(SimulationResult result, StationHealth health,
-                             std::shared_ptr<DataBase> cDataBase)
-    : m_result(std::move(result)), m_health(std::move(health)), m_cDataBase(std::move(cDataBase))
+clsSimulation::clsSimulation(SimulationResult result, StationHealth health, Station station)
+    : m_result(std::move(result)), m_station(std::move(station)), m_health(std::move(health)),
+      m_adviser(m_station.cMod, m_result)
 {
     const std::vector<SnapshotCut>& cuts = m_result.cStation->cuts;
     m_colNumbers.reserve(cuts.size());
@@ -59,7 +61,54 @@ std::int32_t clsSimulation::PlaysIn(std::size_t level, CutNumber number) const
 
 void clsSimulation::SaveLog(const std::wstring& sFile) const
 {
-    ReplaceFile(m_result.cStation->cMod->Ports().cFiles, sFile, LogCsv(m_result.Rows()));
+    ReplaceFile(m_station.cMod.Ports().cFiles, sFile, LogCsv(m_result.Rows()));
+}
+
+template <class Work>
+void clsSimulation::LookForAdvice(const SimulationProgress& progress, const Work& work) const
+{
+    if (m_bAdvising)
+        throw RuntimeError(error::PermissionDenied);
+    const ScopedFlag advising(m_bAdvising);
+    const SimulationProgress letHostRun = [&](double dDone, bool& bCancel) {
+        const ModScheduler::OthersRun cOthers(m_station.cMod);
+        m_station.cMod.Pump();
+        if (progress)
+            progress(dDone, bCancel);
+    };
+    work(letHostRun);
+    const std::shared_ptr<clsSchedMan> cScheduler = m_station.cScheduler.lock();
+    for (std::size_t level = 0; cScheduler && level < m_health.levels.size(); ++level)
+        if (const std::vector<LevelRemedy>* pRemedies = m_adviser.Of(level))
+            for (const LevelRemedy& remedy : *pRemedies)
+                if (remedy.spread)
+                    cScheduler->RememberSpread(*remedy.spread);
+}
+
+void clsSimulation::FindAdvice(std::size_t level, const SimulationProgress& progress) const
+{
+    if (m_health.levels.at(level).eLight != Light::Green && !m_adviser.Of(level))
+        LookForAdvice(progress, [&](const SimulationProgress& letHostRun) {
+            AdviseLevel(m_adviser, level, m_health, letHostRun);
+        });
+}
+
+void clsSimulation::FindAllAdvice(const SimulationProgress& progress) const
+{
+    if (!m_bAllAdvised)
+        LookForAdvice(progress, [&](const SimulationProgress& letHostRun) {
+            Advise(m_adviser, m_result, m_health, letHostRun);
+        });
+    m_bAllAdvised = true;
+}
+
+std::vector<std::wstring> clsSimulation::Advice(std::size_t level, const SimulationProgress& progress) const
+{
+    FindAdvice(level, progress);
+    std::vector<std::wstring> texts = m_health.levels[level].advice;
+    if (std::wstring sUnfilled = UnfilledText(m_health.levels[level]); !sUnfilled.empty())
+        texts.insert(texts.begin(), std::move(sUnfilled));
+    return texts;
 }
 
 std::vector<std::wstring> clsSimulation::ArtistsOverAsked() const
@@ -73,7 +122,7 @@ std::vector<std::wstring> clsSimulation::ArtistsOverAsked() const
 std::shared_ptr<Cut> clsSimulation::CutOf(const std::wstring& sKey) const
 {
     const TextKey cKey(sKey);
-    if (std::shared_ptr<Cut> cCut = m_cDataBase ? m_cDataBase->CutByKey(cKey) : nullptr)
+    if (std::shared_ptr<Cut> cCut = m_station.cDataBase ? m_station.cDataBase->CutByKey(cKey) : nullptr)
         return cCut;
     const std::optional<CutNumber> number = NumberOf(cKey);
     if (!number)

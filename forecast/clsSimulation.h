@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "forecast/Advice.h"
 #include "forecast/Health.h"
 #include "forecast/Simulation.h"
 #include "media/DataBase.h"
+#include "scheduler/clsSchedMan.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -20,8 +23,17 @@ namespace ravlo
 class clsSimulation
 {
 public:
-    // Precondition: health is of that result. cDataBase is the station's.
-    clsSimulation(SimulationResult result, StationHealth health, std::shared_ptr<DataBase> cDataBase);
+    // The station's. What is advised is remembered by its manager as long as that lives.
+    struct Station
+    {
+        ModScheduler& cMod; // outlives the simulation
+        std::shared_ptr<DataBase> cDataBase;
+        std::weak_ptr<clsSchedMan> cScheduler;
+    };
+    // Precondition: health is of that result, without advice.
+    clsSimulation(SimulationResult result, StationHealth health, Station station);
+    clsSimulation(const clsSimulation&) = delete;
+    clsSimulation& operator=(const clsSimulation&) = delete;
 
     DateTime Start() const noexcept { return m_result.dtStart; }
     double Days() const noexcept { return m_result.dDays; }
@@ -35,7 +47,17 @@ public:
     // Writes the log, see LogCsv, in one step.
     void SaveLog(const std::wstring& sFile) const;
 
+    const SimulationResult& Result() const noexcept { return m_result; }
+    // With the advice that was asked for so far.
     const StationHealth& Health() const noexcept { return m_health; }
+    // Looks for what helps a level, or all levels, unless that is known already. Each remedy is simulated,
+    // which takes as long as the simulation did; the next spread of a level gives the order that is advised.
+    // Messages are pumped before each call of progress. Throws as Simulate does, and error 70 when it is
+    // called from there. Precondition: the caller keeps this object alive.
+    void FindAdvice(std::size_t level, const SimulationProgress& progress = {}) const;
+    void FindAllAdvice(const SimulationProgress& progress = {}) const;
+    // What helps a level, looked for when it is not known; for a level with empty slots first why they are.
+    std::vector<std::wstring> Advice(std::size_t level, const SimulationProgress& progress = {}) const;
     // "Abba: 1.25 of 1", for each artist whose separations cannot all be kept.
     std::vector<std::wstring> ArtistsOverAsked() const;
 
@@ -47,9 +69,14 @@ private:
     std::optional<CutNumber> NumberOf(const TextKey& cKey) const;
     std::int32_t PlaysIn(std::size_t level, CutNumber number) const;
 
-    SimulationResult m_result;
-    StationHealth m_health;
-    std::shared_ptr<DataBase> m_cDataBase;
+    template <class Work> void LookForAdvice(const SimulationProgress& progress, const Work& work) const;
+
+    const SimulationResult m_result;
+    const Station m_station;
+    mutable StationHealth m_health; // complete but for the advice, which is found when it is asked for
+    mutable LevelAdviser m_adviser;
+    mutable bool m_bAdvising = false;
+    mutable bool m_bAllAdvised = false;
     std::unordered_map<TextKey, CutNumber> m_colNumbers; // of the cuts
 };
 

@@ -67,6 +67,7 @@ std::shared_ptr<const clsCatRules> clsCatRules::Read(ModScheduler& cMod, const s
     catch (...)
     {
         // The rules object that is bound to the file reports what is wrong with it.
+        cRules->m_eSource = Source::Unread;
     }
     return cRules;
 }

@@ -33,8 +33,8 @@ public:
     clsCatRules(const clsCatRules&) = delete;
     clsCatRules& operator=(const clsCatRules&) = delete;
 
-    // The present values of a category's file, in an object that never writes it; none set when it cannot be
-    // read. Nothing is remembered, logged or shown.
+    // The present values of a category's file, in an object that never writes it; none set, and Unread, when
+    // it cannot be read. Nothing is remembered, logged or shown.
     static std::shared_ptr<const clsCatRules> Read(ModScheduler& cMod, const std::wstring& sCatID);
 
     // The stored value, -1 (not set) included: the album rule does not fall back to the global one here.
@@ -55,6 +55,9 @@ public:
     void SetArtistSepMins(std::int32_t lMins);
     std::int32_t TitleSepMins() const noexcept;
     void SetTitleSepMins(std::int32_t lMins);
+
+    // Whether the file could not be read, so that other separations than its own are in force.
+    bool Unread() const noexcept { return m_eSource == Source::Unread; }
 
     bool IgnoreRules() const noexcept { return m_bIgnore; }
     void SetIgnoreRules(bool bIgnore);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "plan/SlotTimes.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace ravlo
@@ -28,19 +29,32 @@ void FillClock(const std::vector<Slot>& clock, DateTime dtStart, DateTime dtEnd,
         dtNext = fill(hand.Next(dtNext), dtNext);
 }
 
+std::pair<std::size_t, std::size_t> PositionsWithin(const std::vector<DateTime>& times, DateTime dtStart,
+                                                    DateTime dtEnd)
+{
+    const auto position = [&](DateTime dtWhen) {
+        const auto it = std::lower_bound(times.begin(), times.end(), dtWhen, [](DateTime a, DateTime b) {
+            return WholeMilliseconds(a) < WholeMilliseconds(b);
+        });
+        return static_cast<std::size_t>(it - times.begin());
+    };
+    const std::size_t first = position(dtStart);
+    return {first, std::max(first, position(dtEnd))};
+}
+
 std::vector<TimedSlot> SlotsWithin(const std::vector<TimedSlot>& slots, std::optional<DateTime> dtStart,
                                    std::optional<int> lHours)
 {
-    std::vector<TimedSlot> within;
-    for (const auto& timed : slots)
-    {
-        if (dtStart && timed.dtAt < *dtStart)
-            continue;
-        const auto dtFrom = dtStart ? *dtStart : within.empty() ? timed.dtAt : within.front().dtAt;
-        if (!lHours || timed.dtAt < LaterByHours(dtFrom, *lHours))
-            within.push_back(timed);
-    }
-    return within;
+    if (slots.empty())
+        return {};
+    const DateTime dtFrom = dtStart.value_or(slots.front().dtAt);
+    const DateTime dtEnd = lHours ? LaterByHours(dtFrom, *lHours) : Later(slots.back().dtAt, 1);
+    std::vector<DateTime> times;
+    for (const TimedSlot& timed : slots)
+        times.push_back(timed.dtAt);
+    const auto [first, last] = PositionsWithin(times, dtFrom, dtEnd);
+    return {slots.begin() + static_cast<std::ptrdiff_t>(first),
+            slots.begin() + static_cast<std::ptrdiff_t>(last)};
 }
 
 } // namespace ravlo

@@ -140,12 +140,8 @@ const std::vector<TextKey>& ArtistNames::KeysOf(const TextKey& cArtist, const Te
 
 std::vector<TextKey> ArtistNames::NamesOf(const TextKey& cArtist, const TextKey& cTitle) const
 {
-    if (cArtist.Empty())
-        return {};
-    if (CreditsOnly())
-        return {cArtist};
-    std::vector<TextKey> colNames = KeysOf(cArtist, cTitle);
-    colNames.front() = cArtist;
+    std::vector<TextKey> colNames;
+    ForEachName(cArtist, cTitle, [&](const TextKey& cName) { colNames.push_back(cName); });
     return colNames;
 }
 

@@ -55,6 +55,19 @@ public:
     // The same for a caller that need not ask for CreditsOnly(): the credit as it is spelled here, then the
     // other names.
     std::vector<TextKey> NamesOf(const TextKey& cArtist, const TextKey& cTitle) const;
+    // Calls take with each of them.
+    template <class Take>
+    void ForEachName(const TextKey& cArtist, const TextKey& cTitle, const Take& take) const
+    {
+        if (cArtist.Empty())
+            return;
+        take(cArtist);
+        if (CreditsOnly())
+            return;
+        const std::vector<TextKey>& colNames = KeysOf(cArtist, cTitle);
+        for (std::size_t other = 1; other < colNames.size(); ++other)
+            take(colNames[other]);
+    }
 
 private:
     class Shared;

@@ -8,17 +8,19 @@
 namespace ravlo
 {
 
-void SpreadOrders::Remember(const TextKey& cLevelKey, std::vector<TextKey> colPresent,
-                            std::vector<TextKey> colSpread)
+void SpreadOrders::Remember(SpreadTrial trial)
 {
-    m_colTrials.insert_or_assign(cLevelKey, Trial{std::move(colPresent), std::move(colSpread)});
+    const TextKey cLevelKey = trial.cLevelKey;
+    m_colTrials.insert_or_assign(cLevelKey, std::move(trial));
 }
 
-std::vector<TextKey> SpreadOrders::Find(const clsCat& cSubCat, const ItemOf& itemOf, Random& cRandom)
+std::vector<TextKey> SpreadOrders::Find(const clsCat& cSubCat, const RotationOptions& options,
+                                        const ArtistNames& names, const ItemOf& itemOf, Random& cRandom)
 {
     const std::shared_ptr<CutCollection> colCuts = cSubCat.SchedCuts();
     const auto trial = m_colTrials.extract(TextKey(CategoryKey(cSubCat.CatName(), cSubCat.CatLevel())));
-    if (!trial.empty() && trial.mapped().colPresent == OrderOf(*colCuts))
+    if (!trial.empty() && trial.mapped().options == options && trial.mapped().names == names &&
+        trial.mapped().colPresent == OrderOf(*colCuts))
         return std::move(trial.mapped().colSpread);
     return SpreadKeys(*colCuts, itemOf, cRandom);
 }

@@ -203,7 +203,7 @@ void clsSchedMan::SpreadCategories(const Cats& colCats, bool bConfirmFirst)
             return SpreadItem{cNames.NamesOf(cCut.ArtistKey(), cTitle), cTitle, cCut.AlbumKey(),
                               my.cPlayHistory.TimeOf(cCut)};
         };
-        return my.cSpreadOrders.Find(cSubCat, itemOf, cRandom);
+        return my.cSpreadOrders.Find(cSubCat, my.cRotationFiles.Options(), cNames, itemOf, cRandom);
     };
     Edit(L"Error in SpreadCategories [cSchedMan]", [&] {
         cRandom.Randomize();
@@ -211,11 +211,7 @@ void clsSchedMan::SpreadCategories(const Cats& colCats, bool bConfirmFirst)
     });
 }
 
-void clsSchedMan::RememberSpread(const TextKey& cLevelKey, std::vector<TextKey> colPresent,
-                                 std::vector<TextKey> colSpread)
-{
-    m_cParts->cSpreadOrders.Remember(cLevelKey, std::move(colPresent), std::move(colSpread));
-}
+void clsSchedMan::RememberSpread(SpreadTrial trial) { m_cParts->cSpreadOrders.Remember(std::move(trial)); }
 
 bool clsSchedMan::DeleteCats(const Cats& colCats)
 {

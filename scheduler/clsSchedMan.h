@@ -27,6 +27,7 @@ struct Explanation;
 class PlacedCuts;
 class Population;
 class RotationFiles;
+struct SpreadTrial;
 using NameCollection = OrderedKeyedCollection<std::wstring>;
 
 // The public entry object of the library: one per host. Created before its database is known;
@@ -88,8 +89,7 @@ public:
     // As ShuffleCategories, with the artists of each level as far apart as they can be.
     void SpreadCategories(const Cats& colCats, bool bConfirmFirst = false);
     // The next spread of a level gives the order that a trial has found; see SpreadOrders.
-    void RememberSpread(const TextKey& cLevelKey, std::vector<TextKey> colPresent,
-                        std::vector<TextKey> colSpread);
+    void RememberSpread(SpreadTrial trial);
     bool DeleteCats(const Cats& colCats);
     void MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
                             std::int32_t PosInto);
@@ -140,7 +140,8 @@ public:
     std::shared_ptr<const Explanation> LastExplanation(const std::wstring& strSubCatKey) const;
 
     // The station's own rotation options, and the names that credits count for; see RotationFiles.h. A pick
-    // uses those in force when it begins. Each throws error 91 before the first population.
+    // uses the options in force when it begins; names that are set inside its pump count from the next
+    // candidate on. Each throws error 91 before the first population.
     RotationOptions Options();
     ArtistNames Names();
     void SetFairRotation(bool bOn);

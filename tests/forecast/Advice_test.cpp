@@ -33,9 +33,22 @@ public:
             colArtists.push_back(snapshot.cuts[number].values.cArtist.Text());
         return std::make_unique<HotStation>(colArtists, snapshot.levels[0].rules.lArtist);
     }
+    struct Forecast
+    {
+        StationHealth health;
+        std::vector<SpreadTrial> spreads; // that are advised for the level
+    };
     Forecast Predict(const SimulationOptions& options = {}, const SimulationProgress& progress = {})
     {
-        return MakeForecast(Snapshot(), hotHour, dtStart, dDays, options, progress);
+        const SimulationResult result = Simulate(Snapshot(), hotHour, dtStart, dDays, options);
+        Forecast forecast{HealthOf(result), {}};
+        LevelAdviser adviser(cLib.cMod, result);
+        Advise(adviser, result, forecast.health, progress);
+        if (const std::vector<LevelRemedy>* pRemedies = adviser.Of(0))
+            for (const LevelRemedy& remedy : *pRemedies)
+                if (remedy.spread)
+                    forecast.spreads.push_back(*remedy.spread);
+        return forecast;
     }
     // What goes wrong in the days that are aired.
     Troubles AirTroubles()
@@ -81,7 +94,7 @@ std::vector<std::wstring> InNeighbours() { return ArtistsWithAshAt(40, {0, 1, 20
 TEST(Advice, NamesEachRemedyThatHelpsInOrder)
 {
     HotStation station(EvenlySpread(), 60);
-    const Forecast forecast = station.Predict();
+    const HotStation::Forecast forecast = station.Predict();
     const LevelHealth& level = forecast.health.levels[0];
     EXPECT_EQ(level.eLight, Light::Red);
     EXPECT_EQ(level.lAttainableArtistMins, 33);
@@ -97,13 +110,13 @@ TEST(Advice, NamesEachRemedyThatHelpsInOrder)
 TEST(Advice, TheAdvisedSpreadIsCarriedOutAsPredicted)
 {
     HotStation station(InNeighbours(), 25);
-    const Forecast forecast = station.Predict();
+    const HotStation::Forecast forecast = station.Predict();
     EXPECT_EQ(forecast.health.levels[0].advice,
               (Lines{L"fair rotation: never played 1 -> 0, under half 1 -> 0, no rule broken",
                      L"spread: never played 1 -> 0, under half 1 -> 0, no rule broken"}));
     ASSERT_EQ(forecast.spreads.size(), 1u);
     const SpreadTrial& spread = forecast.spreads[0];
-    station.cLib.cSchedMan->RememberSpread(spread.cLevelKey, spread.colPresent, spread.colSpread);
+    station.cLib.cSchedMan->RememberSpread(spread);
     station.cLib.cSchedMan->SpreadCategories({station.cLib.Level(L"Hot", 1)});
     Keys colSpread;
     for (const TextKey& cKey : spread.colSpread)
@@ -136,11 +149,13 @@ TEST(Advice, EveryRemedyDoesOnAirWhatWasPredicted)
     {
         SCOPED_TRACE(one.sWhat);
         HotStation station(one.colArtists, one.lArtistSep);
-        const SimulationResult present = Simulate(station.Snapshot(), hotHour, station.dtStart, dDays);
+        const SimulationResult present =
+            station.Simulate(station.Snapshot(), hotHour, station.dtStart, dDays);
         const Troubles before = TroublesOf(present, 0);
         const std::optional<Remedy> remedy = one.make(Remedies(present, 0), station.cPorts.cRandom);
         ASSERT_TRUE(remedy);
-        const SimulationResult predicted = Simulate(remedy->cStation, hotHour, station.dtStart, dDays);
+        const SimulationResult predicted =
+            station.Simulate(remedy->cStation, hotHour, station.dtStart, dDays);
         const Troubles after = TroublesOf(predicted, 0);
         EXPECT_EQ(EffectText(before, after),
                   EffectText(station.AirTroubles(), HotStation::Like(*remedy->cStation)->AirTroubles()));
@@ -160,14 +175,15 @@ TEST(Advice, FairRotationDoesOnAirWhatWasPredicted)
 TEST(Advice, RemediesThatDoNotApplyAreNotTried)
 {
     HotStation even(EvenlySpread(), 0);
-    const SimulationResult unset = Simulate(even.Snapshot(), hotHour, even.dtStart, dDays);
+    const SimulationResult unset = even.Simulate(even.Snapshot(), hotHour, even.dtStart, dDays);
     EXPECT_FALSE(Remedies(unset, 0).ShorterArtistSeparation()); // none is set
     HotStation alone(std::vector<std::wstring>(6, L"Ash"), 60);
-    const SimulationResult same = Simulate(alone.Snapshot(), hotHour, alone.dtStart, dDays);
+    const SimulationResult same = alone.Simulate(alone.Snapshot(), hotHour, alone.dtStart, dDays);
     EXPECT_FALSE(Remedies(same, 0).FewerCuts()); // nothing would be left
     EXPECT_FALSE(Remedies(same, 0).MoreCuts());  // more than tenfold
     HotStation nameless(std::vector<std::wstring>(6), 60);
-    const SimulationResult noArtist = Simulate(nameless.Snapshot(), hotHour, nameless.dtStart, dDays);
+    const SimulationResult noArtist =
+        nameless.Simulate(nameless.Snapshot(), hotHour, nameless.dtStart, dDays);
     EXPECT_FALSE(Remedies(noArtist, 0).FewerCuts());
 }
 
@@ -177,7 +193,8 @@ TEST(Advice, CutsAreNotAddedUntilTooLittleIsDue)
     for (const auto& [lArtistSep, bApplies] : {std::pair{200, true}, std::pair{210, false}})
     {
         HotStation station(EvenlySpread(), lArtistSep);
-        const SimulationResult present = Simulate(station.Snapshot(), hotHour, station.dtStart, dDays);
+        const SimulationResult present =
+            station.Simulate(station.Snapshot(), hotHour, station.dtStart, dDays);
         const std::optional<Remedy> remedy = Remedies(present, 0).MoreCuts();
         EXPECT_EQ(remedy ? remedy->sName : L"", bApplies ? L"244 cuts of other artists more" : L"");
     }
@@ -208,7 +225,7 @@ TEST(Advice, ProgressRisesFromNothingToAll)
     EXPECT_TRUE(std::is_sorted(colDone.begin(), colDone.end()));
     EXPECT_EQ(colDone.front(), 0);
     EXPECT_EQ(colDone.back(), 1);
-    EXPECT_GE(colDone.size(), 12u); // begin and end of the simulation and of five remedies
+    EXPECT_GE(colDone.size(), 12u); // begin and end of the whole and of five remedies
 }
 
 TEST(Advice, CancelAtAnyStepEndsTheWork)

@@ -99,6 +99,13 @@ public:
                             cLib.cSchedMan->Options(), cLib.cSchedMan->Names());
     }
 
+    template <class... More>
+    SimulationResult Simulate(std::shared_ptr<const StationSnapshot> cSnapshot, const Plan& plan,
+                              DateTime dtFrom, double dDays, const More&... more)
+    {
+        return ravlo::Simulate(cLib.cMod, std::move(cSnapshot), plan, dtFrom, dDays, more...);
+    }
+
     Answer Play(const Slot& slot, DateTime dtAt) override
     {
         const std::shared_ptr<Cut> cPrevious = cLib.cDataBase->NewCut();

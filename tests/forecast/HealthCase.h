@@ -35,7 +35,7 @@ struct HealthCase
                          const std::vector<CaseCut>& cuts, std::uint32_t askedOpener = 0)
     {
         SnapshotLevel level{sName, 1, rules, {}};
-        LevelOutcome outcome{asked, askedOpener, 0, {}};
+        LevelOutcome outcome{asked, askedOpener, 0, 0, {}};
         for (const CaseCut& cut : cuts)
         {
             SnapshotCut added;
@@ -49,6 +49,7 @@ struct HealthCase
         cStation->levels.push_back(level);
         result.levels.push_back(outcome);
         result.plan.AddSlot({sName, 1});
+        result.levelOfSlot.push_back(result.levels.size() - 1);
         return result.levels.size() - 1;
     }
     // Adds a play of a cut of a level, so many minutes after the start.

@@ -2,10 +2,12 @@
 #include "forecast/Health.h"
 
 #include "forecast/HealthCase.h"
+#include "forecast/Light.h"
 #include "forecast/MakeUp.h"
 #include "forecast/PlayPatterns.h"
 #include "forecast/Troubles.h"
 #include "forecast/clsSimulation.h"
+#include "support/EngineTest.h"
 
 #include <gtest/gtest.h>
 
@@ -23,7 +25,7 @@ TEST(MakeUp, CountsArtistsAndTitlesWithoutRegardToCase)
         std::wstring sCommonest;
     } colCases[] = {
         {{}, 0, 0, 0, L""},
-        {{{L"", L""}, {L"", L""}}, 0, 1, 1, L""}, // each is an artist and a title of its own
+        {{{L"", L""}, {L"", L""}}, 0, 0, 0, L""}, // they limit nothing
         {{{L"Ash", L"Sun"}, {L"Elm", L"SUN"}, {L"elm", L"Sea"}}, 2, 2, 2, L"Elm"},
         {{{L"ash", L"1"}, {L"Elm", L"2"}, {L"ELM", L"3"}, {L"Ash", L"4"}}, 2, 2, 1, L"ash"},
         {{{L"Ash feat. Elm", L"1"}, {L"Elm", L"2"}, {L"", L"2"}}, 2, 1, 2, L"Ash feat. Elm"},
@@ -62,13 +64,14 @@ TEST(MakeUp, AttainableMinutesAreWholePlacesTimesSlotMinutes)
         double dSlotMins;
         std::int32_t lAttainable;
     } colCases[] = {
-        {{1, 0}, 10, 2, 0, 0},                     // never asked
-        {{1, 24}, 0, 0, 60, 0},                    // no cuts
-        {{1, 24}, 10, 3, 60, 180},                 // floor(10 / 3) places of an hour
-        {{7, 1000}, 5, 1, 10.08, 50},              // 50.4
-        {{1, 7}, 7, 1, 1440.0 / 7, 1440},          // exact in spite of the fraction
-        {{1.5, 24}, 4, 2, 90, 180},                // one and a half days
-        {{3660, 1}, 1000, 1, 5270400, 2000000000}, // more than can be shown
+        {{1, 0}, 10, 2, 0, 0},                   // never asked
+        {{1, 24}, 0, 0, 60, 0},                  // no cuts
+        {{1, 24}, 3, 0, 60, lAnyMins},           // no cut has an artist
+        {{1, 24}, 10, 3, 60, 180},               // floor(10 / 3) places of an hour
+        {{7, 1000}, 5, 1, 10.08, 50},            // 50.4
+        {{1, 7}, 7, 1, 1440.0 / 7, 1440},        // exact in spite of the fraction
+        {{1.5, 24}, 4, 2, 90, 180},              // one and a half days
+        {{3660, 1}, 1000, 1, 5270400, lAnyMins}, // more than can be shown
     };
     for (const auto& one : colCases)
     {
@@ -147,19 +150,92 @@ TEST(Light, FollowsStarvationBrokenRulesAndSeparations)
         std::size_t never, under;
         std::int32_t lArtist, lArtistAttainable, lTitle, lTitleAttainable;
         Light eLight;
+        std::vector<std::wstring> why;
     } colCases[] = {
-        {"all well", 1000, 0, 0, 0, 85, 100, 170, 200, Light::Green},
-        {"nothing set, nothing attainable", 1000, 0, 0, 0, 0, 0, 0, 0, Light::Green},
-        {"never asked", 0, 0, 0, 0, 60, 0, 60, 0, Light::Green},
-        {"a cut never played", 1000, 0, 1, 0, 0, 0, 0, 0, Light::Red},
-        {"a cut under half", 1000, 0, 0, 1, 0, 0, 0, 0, Light::Red},
-        {"1 % broken", 1000, 10, 0, 0, 0, 0, 0, 0, Light::Yellow},
-        {"more than 1 % broken", 1000, 11, 0, 0, 0, 0, 0, 0, Light::Red},
-        {"artist above 85 %", 1000, 0, 0, 0, 86, 100, 0, 0, Light::Yellow},
-        {"title above 85 %", 1000, 0, 0, 0, 0, 0, 171, 200, Light::Yellow},
-        {"artist at the attainable", 1000, 0, 0, 0, 100, 100, 0, 0, Light::Yellow},
-        {"artist above the attainable", 1000, 0, 0, 0, 101, 100, 0, 500, Light::Red},
-        {"title above the attainable", 1000, 0, 0, 0, 0, 500, 201, 200, Light::Red},
+        {"all well", 1000, 0, 0, 0, 85, 100, 170, 200, Light::Green, {}},
+        {"nothing set, nothing attainable", 1000, 0, 0, 0, 0, 0, 0, 0, Light::Green, {}},
+        {"never asked", 0, 0, 0, 0, 60, 0, 60, 0, Light::Green, {}},
+        {"a cut never played", 1000, 0, 1, 0, 0, 0, 0, 0, Light::Red, {L"1 cut never plays"}},
+        {"a cut under half",
+         1000,
+         0,
+         0,
+         1,
+         0,
+         0,
+         0,
+         0,
+         Light::Red,
+         {L"1 cut plays less than half of its due"}},
+        {"1 % broken", 1000, 10, 0, 0, 0, 0, 0, 0, Light::Yellow, {L"10 of 1000 picks break a rule"}},
+        {"more than 1 % broken", 1000, 11, 0, 0, 0, 0, 0, 0, Light::Red, {L"11 of 1000 picks break a rule"}},
+        {"artist above 85 %",
+         1000,
+         0,
+         0,
+         0,
+         86,
+         100,
+         0,
+         0,
+         Light::Yellow,
+         {L"the artist separation of 86 minutes leaves little room: at most 100 can be kept"}},
+        {"title above 85 %",
+         1000,
+         0,
+         0,
+         0,
+         0,
+         0,
+         171,
+         200,
+         Light::Yellow,
+         {L"the title separation of 171 minutes leaves little room: at most 200 can be kept"}},
+        {"artist at the attainable",
+         1000,
+         0,
+         0,
+         0,
+         100,
+         100,
+         0,
+         0,
+         Light::Yellow,
+         {L"the artist separation of 100 minutes leaves little room: at most 100 can be kept"}},
+        {"artist above the attainable",
+         1000,
+         0,
+         0,
+         0,
+         101,
+         100,
+         0,
+         500,
+         Light::Red,
+         {L"the artist separation of 101 minutes cannot be kept: 100 at most"}},
+        {"title above the attainable",
+         1000,
+         0,
+         0,
+         0,
+         0,
+         500,
+         201,
+         200,
+         Light::Red,
+         {L"the title separation of 201 minutes cannot be kept: 200 at most"}},
+        {"the worst first",
+         1000,
+         1,
+         2,
+         2,
+         86,
+         100,
+         0,
+         0,
+         Light::Red,
+         {L"2 cuts never play", L"2 cuts play less than half of their due", L"1 of 1000 picks breaks a rule",
+          L"the artist separation of 86 minutes leaves little room: at most 100 can be kept"}},
     };
     for (const auto& one : colCases)
     {
@@ -173,7 +249,9 @@ TEST(Light, FollowsStarvationBrokenRulesAndSeparations)
         level.lAttainableArtistMins = one.lArtistAttainable;
         level.lTitleSepMins = one.lTitle;
         level.lAttainableTitleMins = one.lTitleAttainable;
-        EXPECT_EQ(LightOf(level), one.eLight);
+        SetLight(level);
+        EXPECT_EQ(level.eLight, one.eLight);
+        EXPECT_EQ(level.why, one.why);
     }
 }
 
@@ -192,6 +270,64 @@ TEST(Health, SeparationsThatAreNotMeasuredCountAsNone)
         EXPECT_EQ(level.lArtistSepMins, one.lArtist);
         EXPECT_EQ(level.lTitleSepMins, one.lTitle);
     }
+}
+
+TEST(Light, EmptySlotsAreRedAndSayWhy)
+{
+    const struct
+    {
+        std::vector<CaseCut> cuts;
+        std::uint32_t asked, askedOpener, unfilled;
+        std::vector<std::wstring> why;
+    } colCases[] = {
+        {{}, 144, 0, 144, {L"144 of 144 slots stay empty: the level has no cuts"}},
+        {{{L"", L"", false, {143, 0, 0, eNone, {}}}},
+         144,
+         1,
+         1,
+         {L"1 of 144 slots stays empty: no cut is an opener"}},
+        {{{L"", L"", true, {142, 0, 0, eNone, {}}}}, 144, 9, 2, {L"2 of 144 slots stay empty"}},
+        {{{L"", L"", false, {144, 0, 0, eNone, {}}}}, 144, 0, 0, {}},
+        {{}, 0, 0, 0, {}},
+    };
+    for (const auto& one : colCases)
+    {
+        HealthCase health;
+        health.AddLevel(L"Pop", {}, one.asked, one.cuts, one.askedOpener);
+        health.result.levels[0].unfilled = one.unfilled;
+        const LevelHealth level = HealthOf(health.result).levels[0];
+        EXPECT_EQ(level.why, one.why);
+        EXPECT_EQ(level.eLight, one.why.empty() ? Light::Green : Light::Red);
+        EXPECT_EQ(level.lUnfilled, static_cast<std::int32_t>(one.unfilled));
+    }
+}
+
+TEST(Light, CutsWithoutArtistOrTitleLimitNothing)
+{
+    // Three jingles, asked every 3 1/3 minutes, under the global separations.
+    HealthCase health;
+    const CaseCut jingle{L"", L"", false, {144, 0, 0, eNone, {}}};
+    health.AddLevel(L"Jingle", {false, 60, 60, 0}, 432, {jingle, jingle, jingle});
+    const LevelHealth level = HealthOf(health.result).levels[0];
+    EXPECT_EQ(level.eLight, Light::Green);
+    EXPECT_EQ(level.lAttainableArtistMins, lAnyMins);
+    EXPECT_EQ(level.lAttainableTitleMins, lAnyMins);
+}
+
+TEST(Health, WarnsOfWhatMayBeOtherwiseOnAir)
+{
+    HealthCase health;
+    health.AddLevel(L"Pop", {}, 1, {{L"Ash"}});
+    health.cStation->warnings = {L"The rules of Pop 1 cannot be read now."};
+    for (int slot = 0; slot < 2; ++slot)
+    {
+        health.result.plan.AddSlot({L"Soul", 7});
+        health.result.levelOfSlot.push_back(std::nullopt);
+    }
+    EXPECT_EQ(HealthOf(health.result).warnings,
+              (std::vector<std::wstring>{
+                  L"The rules of Pop 1 cannot be read now.",
+                  L"The plan asks for Soul 7, which does not exist. Its slots stay empty."}));
 }
 
 // Two levels of one day. Pop plays Ash, Elm, Ash; Oldies plays Ash's other cut in between.
@@ -252,7 +388,7 @@ TEST_F(DayHealthTest, StarvedCutNamesReasonAndBlocker)
     EXPECT_EQ(starved.lTimesPassedOver, 5);
     EXPECT_EQ(starved.eRule, eGlobalArtist);
     ASSERT_TRUE(starved.blockedBy);
-    EXPECT_EQ(health.blockers[*starved.blockedBy].sKey, L"Pop0");
+    EXPECT_EQ(health.blockers[*starved.blockedBy].cKey.Text(), L"Pop0");
     EXPECT_EQ(pop.underHalf.size(), 2u); // Elm with 1 of 4, and the one that never played
     EXPECT_EQ(health.blockers.size(), 1u);
 }
@@ -296,34 +432,49 @@ TEST(Health, ArtistsAreOverAskedAcrossLevels)
 
 TEST(Health, AnArtistThatIsOverAskedNeverReadsAsKept)
 {
+    RadioPorts cPorts;
+    ModScheduler cMod{cPorts.PortsWith(cPorts.cFiles)};
     StationHealth health;
     health.overAsked = {{L"Ash", 2.5}, {L"Elm", 1.001}};
-    EXPECT_EQ(clsSimulation(HealthCase().result, health, nullptr).ArtistsOverAsked(),
+    EXPECT_EQ(clsSimulation(HealthCase().result, health, {cMod, nullptr, {}}).ArtistsOverAsked(),
               (std::vector<std::wstring>{L"Ash: 2.5 of 1", L"Elm: 1.01 of 1"}));
 }
 
-TEST(PlayPatterns, LockStepIsOneHourOnMostDays)
+TEST(PlayPatterns, LockStepIsOneHourOnMostDaysAndNoChance)
 {
     constexpr std::int64_t hour = 3600;
     constexpr std::int64_t day = 24 * hour;
+    const auto everyHour = [](std::int64_t hours) {
+        std::vector<std::int64_t> times;
+        for (std::int64_t at = 0; at < 4 * 24; ++at)
+            if (at % 24 < hours)
+                times.push_back(at * hour);
+        return times;
+    };
     const struct
     {
         const char* sWhat;
         std::vector<std::int64_t> times;
+        std::size_t hoursAsked;
         bool bLockStep;
     } colCases[] = {
-        {"never", {}, false},
-        {"once", {hour}, false},
-        {"twice in an hour of one day", {hour, hour + 60}, false},
-        {"the same hour on both days", {hour, day + hour + 59}, true},
-        {"half of the days", {hour, day + hour, 2 * day, 3 * day + 2 * hour}, false},
-        {"days without a play do not count", {hour, 2 * day, 5 * day + hour}, true},
-        {"other hours do not matter", {0, hour, day + hour, day + 5 * hour}, true},
+        {"never", {}, 24, false},
+        {"once", {hour}, 24, false},
+        {"twice in an hour of one day", {hour, hour + 60}, 24, false},
+        {"the same hour on both days", {hour, day + hour + 59}, 24, true},
+        {"half of the days", {hour, day + hour, 2 * day, 3 * day + 2 * hour}, 24, false},
+        {"days without a play do not count", {hour, 2 * day, 5 * day + hour}, 24, true},
+        {"other hours do not matter", {0, hour, day + hour, day + 5 * hour}, 24, true},
+        {"every hour of the day", everyHour(24), 24, false},
+        {"12 of the 24 hours", everyHour(12), 24, true},
+        {"13 of the 24 hours", everyHour(13), 24, false},
+        {"the only hour in which the level is asked", {hour, day + hour}, 1, false},
+        {"one of two hours", {hour, day + hour}, 2, true},
     };
     for (const auto& one : colCases)
     {
         SCOPED_TRACE(one.sWhat);
-        EXPECT_EQ(IsLockStep(one.times), one.bLockStep);
+        EXPECT_EQ(IsLockStep(one.times, one.hoursAsked), one.bLockStep);
     }
 }
 

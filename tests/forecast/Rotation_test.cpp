@@ -205,9 +205,13 @@ TEST_F(RotationTest, ASimulationTakesItsOptionsAndChecksItsTime)
     for (const double dDays : {0.99, 0.0, -1.0, 3661.0, std::nan("")})
         EXPECT_EQ(ErrorOf([&] { cRotation.Simulate(dtStart, dDays, {}, {}); }), error::InvalidProcedureCall)
             << dDays;
-    EXPECT_EQ(
-        ErrorOf([&] { cRotation.Simulate(dtStart, 1, {}, [](double, bool& bCancel) { bCancel = true; }); }),
-        error::UserInterrupt);
+    for (int lStep = 0; lStep < 3; ++lStep)
+    {
+        int lSteps = 0;
+        const auto cancel = [&](double, bool& bCancel) { bCancel = lSteps++ == lStep; };
+        EXPECT_EQ(ErrorOf([&] { cRotation.Simulate(dtStart, 1, {}, cancel); }), error::UserInterrupt)
+            << lStep;
+    }
     cRotation.SetFairRotation(true);
     const auto logOf = [&](const clsSimulation& cSimulation) {
         cSimulation.SaveLog(L"C:\\Radio\\log.csv");
@@ -236,6 +240,81 @@ TEST_F(RotationTest, InsideAStepTheHostMayEndEverything)
     EXPECT_EQ(steps.back(), 1);
     EXPECT_TRUE(std::is_sorted(steps.begin(), steps.end()));
     EXPECT_GT(cSimulation->Plays(L"p1", L""), 0);
+}
+
+TEST_F(RotationTest, AdviceIsLookedForWhenItIsAskedFor)
+{
+    const std::shared_ptr<const clsSimulation> cSimulation = Simulated(2);
+    const std::vector<LevelHealth>& levels = cSimulation->Health().levels;
+    ASSERT_EQ(levels.at(2).eLight, Light::Red);
+    const auto advised = [&] {
+        std::vector<bool> colAdvised;
+        for (const LevelHealth& level : levels)
+            colAdvised.push_back(!level.advice.empty());
+        colAdvised.push_back(!cSimulation->Health().remedies.empty());
+        return colAdvised;
+    };
+    const std::vector<bool> none(levels.size() + 1, false);
+    EXPECT_EQ(advised(), none);
+    EXPECT_EQ(cSimulation->Advice(1).size(), levels[1].advice.size() + 1);
+    EXPECT_EQ(cSimulation->Advice(1)[0], levels[1].why[0]) << "an empty level";
+    EXPECT_EQ(ErrorOf([&] { cSimulation->Advice(2, [](double, bool& bCancel) { bCancel = true; }); }),
+              error::UserInterrupt);
+    EXPECT_EQ(advised(), none);
+    const std::vector<std::wstring> advice = cSimulation->Advice(2);
+    EXPECT_FALSE(advice.empty());
+    EXPECT_EQ(levels[2].advice, advice);
+    int lSteps = 0;
+    EXPECT_EQ(cSimulation->Advice(2, [&](double, bool&) { ++lSteps; }), advice);
+    EXPECT_EQ(lSteps, 0) << "it is kept";
+    cSimulation->FindAllAdvice();
+    EXPECT_EQ(levels[2].advice, advice);
+    EXPECT_FALSE(cSimulation->Health().remedies.empty());
+}
+
+TEST_F(RotationTest, AdviceIsRefusedInsideTheSearchForIt)
+{
+    const std::shared_ptr<const clsSimulation> cSimulation = Simulated();
+    std::vector<std::int32_t> errors;
+    cSimulation->FindAllAdvice(
+        [&](double, bool&) { errors.push_back(ErrorOf([&] { cSimulation->FindAllAdvice(); })); });
+    ASSERT_FALSE(errors.empty());
+    EXPECT_EQ(std::count(errors.begin(), errors.end(), error::PermissionDenied),
+              static_cast<std::ptrdiff_t>(errors.size()));
+    EXPECT_EQ(ErrorOf([&] { cSimulation->FindAllAdvice(); }), 0);
+}
+
+TEST_F(RotationTest, TheHostRunsWhileTheStationIsReadAndJudged)
+{
+    // Only the clock's looks and the cuts' reading take time.
+    TickingClock cSlow(cPorts.cClock, 1);
+    ModScheduler cMod(Ports{cSlow, cPorts.cHostLoop, cPorts.cFiles, cPorts.cMessages, cPorts.cUserSettings,
+                            cPorts.cCodePage, cPorts.cRandom});
+    AddCuts(L"s", L"Slow", 1, 400, 40, 300);
+    for (const std::shared_ptr<Cut>& cCut : cLib.cDataBase->colCuts)
+        static_cast<FakeCut&>(*cCut).OnCall = [this](const std::string& sMember) {
+            if (sMember == "Album")
+                cPorts.cClock.Advance(1);
+        };
+    const auto cScheduler = std::make_shared<clsSchedMan>(cMod);
+    cScheduler->PopulateFromDataBase(cLib.cDataBase, L"C:\\Other\\");
+    cRotation.SetScheduler(cScheduler);
+    cRotation.AddSlot(L"Slow\t1", false);
+    std::vector<double> done;
+    std::uint32_t lLast = cPorts.cClock.TickCount();
+    std::uint32_t lLongest = 0;
+    cRotation.Simulate(dtStart, 1, {}, [&](double dDone, bool&) {
+        lLongest = std::max(lLongest, cPorts.cClock.TickCount() - lLast);
+        lLast = cPorts.cClock.TickCount();
+        done.push_back(dDone);
+    });
+    cRotation.SetScheduler(nullptr); // the module ends with this test
+    EXPECT_LE(lLongest, 50u);
+    EXPECT_EQ(done.front(), 0);
+    EXPECT_EQ(done.back(), 1);
+    EXPECT_TRUE(std::is_sorted(done.begin(), done.end()));
+    EXPECT_GT(std::count(done.begin(), done.end(), 0), 3) << "while cuts are read";
+    EXPECT_GT(std::count(done.begin(), done.end(), 0.9), 3) << "while the result is judged";
 }
 
 TEST_F(RotationTest, AReportIsJsonByNameAndHtmlElse)

@@ -68,7 +68,6 @@ protected:
         bytes << file.rdbuf();
         SampleReader reader(cStation);
         ReadCsv(bytes.str(), reader);
-        cStation.cMod = &cMod;
         cStation.cHistory = std::make_shared<PlayHistory>(cPorts.cClock, [](const RuntimeError&, bool) {});
         cStation.options.bFairRotation = true;
     }
@@ -91,10 +90,10 @@ protected:
         }
         return clock;
     }
-    SimulationResult Month(const Plan& clock) const
+    SimulationResult Month(const Plan& clock)
     {
-        return Simulate(std::make_shared<StationSnapshot>(cStation), clock, DateTimeOf({2024, 3, 1, 6, 0, 0}),
-                        28);
+        return Simulate(cMod, std::make_shared<StationSnapshot>(cStation), clock,
+                        DateTimeOf({2024, 3, 1, 6, 0, 0}), 28);
     }
     // Separations that each level can keep well, and that no artist is asked too much by.
     void SetAttainableRules(const StationHealth& withoutRules)

@@ -38,18 +38,12 @@ protected:
         Start();
         SetRules(L"Pop", 1, 60, 0, 0);
     }
-    // Each look at the clock takes 2 ms.
-    std::shared_ptr<StationSnapshot> SlowSnapshot()
-    {
-        const std::shared_ptr<StationSnapshot> cSnapshot = Snapshot();
-        cSnapshot->cMod = &cSlowMod;
-        return cSnapshot;
-    }
     static std::wstring KeyOf(const SimulationResult& result, CutNumber number)
     {
         return result.cStation->cuts.at(number).values.cKey.Text();
     }
 
+    // Each look at the clock takes 2 ms.
     TickingClock cSlowClock{cPorts.cClock, 2};
     ModScheduler cSlowMod{Ports{cSlowClock, cPorts.cHostLoop, cPorts.cFiles, cPorts.cMessages,
                                 cPorts.cUserSettings, cPorts.cCodePage, cPorts.cRandom}};
@@ -149,11 +143,11 @@ TEST_F(SimulationTest, HostRunsAtLeastEveryFiftyMilliseconds)
 {
     AddCuts(L"p", L"Pop", 1, 300, 1, 300); // each pick examines all of them
     Start();
-    const std::shared_ptr<StationSnapshot> cSnapshot = SlowSnapshot();
+    const std::shared_ptr<StationSnapshot> cSnapshot = Snapshot();
     std::vector<double> done;
     std::uint32_t lLast = cPorts.cClock.TickCount();
     std::uint32_t lLongest = 0;
-    Simulate(cSnapshot, ClockPlan("Pop,1\n"), dtStart, 1, {}, [&](double dDone, bool&) {
+    ravlo::Simulate(cSlowMod, cSnapshot, ClockPlan("Pop,1\n"), dtStart, 1, {}, [&](double dDone, bool&) {
         lLongest = std::max(lLongest, cPorts.cClock.TickCount() - lLast);
         lLast = cPorts.cClock.TickCount();
         done.push_back(dDone);
@@ -169,14 +163,15 @@ TEST_F(SimulationTest, HostCancelsOrFails)
 {
     AddCuts(L"p", L"Pop", 1, 300, 1, 300);
     Start();
-    const std::shared_ptr<StationSnapshot> cSnapshot = SlowSnapshot();
+    const std::shared_ptr<StationSnapshot> cSnapshot = Snapshot();
     for (int lCall = 0; lCall < 4; ++lCall)
     {
         int lCalls = 0;
         const auto simulate = [&](auto act) {
             lCalls = 0;
             return ErrorOf([&] {
-                Simulate(cSnapshot, ClockPlan("Pop,1\n"), dtStart, 1, {}, [&](double, bool& bCancel) {
+                ravlo::Simulate(cSlowMod, cSnapshot, ClockPlan("Pop,1\n"), dtStart, 1, {},
+                                [&](double, bool& bCancel) {
                     if (lCalls++ == lCall)
                         act(bCancel);
                 });

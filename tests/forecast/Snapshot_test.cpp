@@ -95,10 +95,62 @@ TEST_F(SnapshotTest, PlayThatCannotBeReadIsLeftOut)
     EXPECT_EQ(Snapshot()->played.size(), 2u) << "beyond the calendar";
 }
 
-TEST_F(SnapshotTest, CutThatCannotBeReadEndsIt)
+TEST_F(SnapshotTest, CutOfALevelThatCannotBeReadEndsItByName)
 {
     m_cFirst->failing.insert("Artist");
-    EXPECT_THROW(Snapshot(), RuntimeError);
+    try
+    {
+        Snapshot();
+        FAIL();
+    }
+    catch (const RuntimeError& cError)
+    {
+        EXPECT_EQ(cError.Description().find(L"a: "), 0u);
+    }
+}
+
+TEST_F(SnapshotTest, CutMadeAgainUnderAKeyIsAnother)
+{
+    cLib.cDataBase->Remove(*cLib.cDataBase->Own(L"gone"));
+    const std::shared_ptr<Cut> cNew = AddCut(L"gone", L"Pop", 2, L"Yew", L"Hail");
+    cLib.cDataBase->Announce(&DataBaseEvents::CutsAdded, Cuts{cNew});
+    const auto cSnapshot = Snapshot();
+    EXPECT_EQ(cSnapshot->levels.at(0).order.size(), 3u);
+    const SnapshotCut& level = cSnapshot->cuts.at(cSnapshot->levels[0].order.back());
+    EXPECT_EQ(level.values.cArtist.Text(), L"Yew");
+    EXPECT_EQ(level.values.dtLastPlayed, 0);
+    const SnapshotCut& played = cSnapshot->cuts.at(cSnapshot->played.back());
+    EXPECT_EQ(played.values.cKey.Text() + played.values.cArtist.Text(), L"goneFir");
+    EXPECT_EQ(cSnapshot->cHistory->ArtistHistoryCut(TextKey(L"Fir"))->LastPlayed(), dtStart - 1);
+}
+
+TEST_F(SnapshotTest, RulesThatCannotBeReadAreWarnedOf)
+{
+    EXPECT_EQ(Snapshot()->warnings, Lines{});
+    const std::wstring sRules = sRadio + std::wstring(L"Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC2.rls");
+    cPorts.cFiles.Put(sRules, std::string(69, '\0'));
+    cPorts.cFiles.SetLocked(sRules, 1);
+    const auto cSnapshot = Snapshot();
+    EXPECT_EQ(cSnapshot->warnings,
+              Lines{L"The rules of Rock 2 cannot be read now. The global separations were used."});
+    EXPECT_EQ(cSnapshot->levels.at(1).rules.lArtist, cLib.cMod.GlobalArtistSepMins());
+}
+
+TEST_F(SnapshotTest, LetsTheHostRunWhileManyCutsAreRead)
+{
+    for (int cut = 0; cut < 200; ++cut)
+    {
+        const std::wstring sText = L"h" + std::to_wstring(cut);
+        cLib.cSchedMan->UpdateArtistTitleHistory(
+            AddCut(sText, L"NOCAT", 0, sText, sText, {.dtLastPlayed = dtStart}));
+    }
+    int calls = 0;
+    TakeSnapshot(cLib.cMod, *cLib.cSchedMan->colMainCats(), cLib.cSchedMan->History(), {}, {},
+                 [&] { ++calls; });
+    EXPECT_GE(calls, 200 / 50);
+    EXPECT_THROW(TakeSnapshot(cLib.cMod, *cLib.cSchedMan->colMainCats(), cLib.cSchedMan->History(), {}, {},
+                              [] { throw RuntimeError(error::UserInterrupt); }),
+                 RuntimeError);
 }
 
 } // namespace

@@ -99,11 +99,11 @@ TEST_F(WeekTest, SimulationUsesTheStationsOptionsOrOthers)
 {
     const Plan plan = ClockPlan(sHour);
     const SimulationResult prescribed = Simulate(Snapshot(), plan, dtStart, 7);
-    const SimulationResult others = Simulate(Snapshot(), plan, dtStart, 7, {true, true});
+    const SimulationResult others = Simulate(Snapshot(), plan, dtStart, 7, SimulationOptions{true, true});
     cLib.cSchedMan->SetFairRotation(true);
     cLib.cSchedMan->SetFeaturedArtists(true);
     const SimulationResult own = Simulate(Snapshot(), plan, dtStart, 7);
-    const SimulationResult without = Simulate(Snapshot(), plan, dtStart, 7, {false, false});
+    const SimulationResult without = Simulate(Snapshot(), plan, dtStart, 7, SimulationOptions{false, false});
     EXPECT_EQ(LogCsv(without.Rows()), LogCsv(prescribed.Rows()));
     EXPECT_NE(LogCsv(own.Rows()), LogCsv(prescribed.Rows()));
     EXPECT_EQ(LogCsv(own.Rows()), LogCsv(others.Rows()));
