@@ -22,8 +22,6 @@ constexpr std::size_t atAlbum = 65;
 static_assert(atCatID + clsCatRules::catIDWidth == atAlbum);
 static_assert(atAlbum + 4 == clsCatRules::recordSize);
 
-constexpr std::int32_t lNotSet = -1;
-
 std::int32_t Absolute(std::int32_t lValue)
 {
     if (lValue == std::numeric_limits<std::int32_t>::min())

@@ -55,6 +55,9 @@ public:
     void SetArtistSepMins(std::int32_t lMins);
     std::int32_t TitleSepMins() const noexcept;
     void SetTitleSepMins(std::int32_t lMins);
+    // Whether none is set here, so that the global separation counts.
+    bool InheritsArtist() const noexcept { return m_lArtist < 0; }
+    bool InheritsTitle() const noexcept { return m_lTitle < 0; }
 
     // Whether the file could not be read, so that other separations than its own are in force.
     bool Unread() const noexcept { return m_eSource == Source::Unread; }
@@ -66,8 +69,9 @@ public:
     // does not cost the rules until the next start. Errors are only logged.
     void RetryReading() noexcept;
 
-    // The rules editor's changes, stored with a single save. An empty field keeps its value. The album value
-    // is stored without change: -1 unsets it. Returns SaveRules().
+    // The rules editor's changes, stored with a single save. An empty field keeps its value. Values are
+    // stored without change: lNotSet unsets one. Returns SaveRules().
+    static constexpr std::int32_t lNotSet = -1;
     struct Edit
     {
         std::optional<std::int32_t> lArtist;

@@ -2,10 +2,8 @@
 #include "ui/category/frmCatPresenter.h"
 
 #include "base/ScopedFlag.h"
-#include "base/Text.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace ravlo
@@ -14,17 +12,8 @@ namespace ravlo
 namespace
 {
 
-using enum RuleBox;
-
-constexpr const wchar_t* sGlobalTitle =
-    L"Global Rules (for all categories where separations not explictly set).";
 constexpr const wchar_t* sSection = L"Settings";
 constexpr const wchar_t* sShowRulesKey = L"frmCatShowRules";
-
-RulesPane PaneOf(RuleBox eBox)
-{
-    return eBox <= txtGlobalAlbumSepMins ? RulesPane::Global : RulesPane::Category;
-}
 
 } // namespace
 
@@ -187,6 +176,7 @@ void frmCatPresenter::OnCatChanged(const std::shared_ptr<clsCat>& cCat)
     const bool bLevel = cCat && cCat->CatLevel() > 0;
     m_cMainCat = m_cSelector.SelectedMainCat();
     m_cSubCat = bLevel ? cCat : nullptr;
+    ForgetOutlook();
     ShowRules();
 }
 
@@ -240,14 +230,13 @@ void frmCatPresenter::SchedLibClick()
 void frmCatPresenter::RefreshSelector()
 {
     m_cSelector.RefreshLists(m_cSchedMan->colMainCats());
+    ForgetOutlook();
     if (m_cSelector.SelectedMainCat() || !m_cMainCat)
         return;
     m_cMainCat = m_cSubCat = nullptr;
     ForgetEdits(RulesPane::Category);
     ShowPane(RulesPane::Global);
 }
-
-// ---- the rules on the screen ----
 
 void frmCatPresenter::StripClick(bool bToggle)
 {
@@ -256,205 +245,7 @@ void frmCatPresenter::StripClick(bool bToggle)
     m_bRulesShown = !m_bRulesShown;
     m_cView.ShowRulesArea(m_bRulesShown);
     m_cMod.Ports().cUserSettings.Set(sProgramTitle, sSection, sShowRulesKey, m_bRulesShown ? L"1" : L"0");
-}
-
-void frmCatPresenter::TabClick(RulesPane ePane)
-{
-    if (!Ready())
-        return;
-    if (ePane == RulesPane::Category && !m_cMainCat)
-    {
-        m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"ALL SONGS Is Not Valid For This!",
-                   L"First use the category selector to choose a category");
-        ePane = RulesPane::Global;
-    }
-    ShowPane(ePane);
-}
-
-// The title names the rules that are shown: a category's name would be wrong for the global ones.
-void frmCatPresenter::ShowPane(RulesPane ePane)
-{
-    m_ePane = ePane;
-    m_cView.ChoosePane(ePane);
-    m_cView.SetRulesTitle(ePane == RulesPane::Global ? sGlobalTitle : Heading());
-    m_cView.EnableApply(PaneEdited(ePane));
-}
-
-std::wstring frmCatPresenter::Heading() const
-{
-    if (m_cSubCat)
-        return L"Showing Rules for: " + m_cSubCat->CatName() + L" " + DecimalText(m_cSubCat->CatLevel());
-    return L"Showing Rules for: " + m_cMainCat->CatName() + L" [ALL LEVELS].";
-}
-
-void frmCatPresenter::ShowRules()
-{
-    FillCategoryPane();
-    ShowPane(m_ePane);
-}
-
-void frmCatPresenter::Fill(RuleBox eBox, std::int32_t lMins) { m_cView.SetBoxText(eBox, DecimalText(lMins)); }
-
-void frmCatPresenter::FillGlobalPane()
-{
-    const ScopedFlag cFilling(m_bFilling);
-    Fill(txtArtistSepMins0, m_cMod.GlobalArtistSepMins());
-    Fill(txtTitleSepMins0, m_cMod.GlobalTitleSepMins());
-    Fill(txtGlobalAlbumSepMins, m_cMod.GlobalAlbumSepMins());
-    ForgetEdits(RulesPane::Global);
-}
-
-void frmCatPresenter::FillCategoryPane()
-{
-    std::shared_ptr<clsCat> cCat = RulesCat();
-    if (!cCat)
-        cCat = m_cSubCat ? m_cSubCat : m_cMainCat; // deleted: show its last values
-    if (!cCat)
-        return;
-    const ScopedFlag cFilling(m_bFilling);
-    const std::shared_ptr<clsCatRules> cRules = cCat->Rules();
-    Fill(txtArtistSepMins1, cRules->ArtistSepMins());
-    Fill(txtTitleSepMins1, cRules->TitleSepMins());
-    Fill(txtAlbumSepMins, cRules->AlbumSepMins());
-    m_cView.CheckIgnore(cRules->IgnoreRules());
-    EnableArtistAndTitle();
-    ForgetEdits(RulesPane::Category);
-}
-
-// The album box stays enabled, on purpose.
-void frmCatPresenter::EnableArtistAndTitle()
-{
-    const bool bEnable = !m_cView.IgnoreChecked();
-    m_cView.EnableBox(txtArtistSepMins1, bEnable);
-    m_cView.EnableBox(txtTitleSepMins1, bEnable);
-}
-
-// ---- edits ----
-
-void frmCatPresenter::BoxChanged(RuleBox eBox)
-{
-    if (m_bFilling)
-        return;
-    m_bEdited[static_cast<std::size_t>(eBox)] = true;
-    m_cView.EnableApply(PaneEdited(m_ePane));
-}
-
-void frmCatPresenter::IgnoreClick()
-{
-    EnableArtistAndTitle();
-    if (m_bFilling)
-        return;
-    m_bIgnoreEdited = true;
-    m_cView.EnableApply(PaneEdited(m_ePane));
-}
-
-bool frmCatPresenter::PaneEdited(RulesPane ePane) const
-{
-    for (std::size_t i = 0; i < ruleBoxes; ++i)
-        if (m_bEdited[i] && PaneOf(static_cast<RuleBox>(i)) == ePane)
-            return true;
-    return ePane == RulesPane::Category && m_bIgnoreEdited;
-}
-
-void frmCatPresenter::ForgetEdits(RulesPane ePane)
-{
-    for (std::size_t i = 0; i < ruleBoxes; ++i)
-        if (PaneOf(static_cast<RuleBox>(i)) == ePane)
-            m_bEdited[i] = false;
-    if (ePane == RulesPane::Category)
-        m_bIgnoreEdited = false;
-}
-
-// On purpose: the global album separation alone raises no question; it is stored by Apply.
-bool frmCatPresenter::QuestionDue() const
-{
-    return PaneEdited(RulesPane::Category) || Edited(txtArtistSepMins0) || Edited(txtTitleSepMins0);
-}
-
-// Returns true when the answer was Yes and every edited pane was saved.
-bool frmCatPresenter::AskPending()
-{
-    const BoxAnswer eAnswer = m_cMod.Box(
-        BoxIcon::Question, BoxButtons::YesNo, L"Press No To Discard the Rule Changes You Made.",
-        L"Save the pending rules changes to: " + (m_cMainCat ? m_cMainCat->CatName() : std::wstring()));
-    if (eAnswer != BoxAnswer::Yes)
-        return false;
-    for (const RulesPane ePane : {RulesPane::Global, RulesPane::Category})
-        if (PaneEdited(ePane))
-            Save(ePane);
-    return true;
-}
-
-void frmCatPresenter::ApplyClick()
-{
-    if (!Ready())
-        return;
-    const ScopedFlag cCommand(m_bInCommand);
-    if (m_ePane == RulesPane::Category && m_cMainCat && !RulesCat())
-    {
-        ForgetEdits(RulesPane::Category); // the category has been deleted
-        return RefreshSelector();
-    }
-    Save(m_ePane);
-}
-
-void frmCatPresenter::Save(RulesPane ePane)
-{
-    if (ePane == RulesPane::Global)
-        SaveGlobal();
-    else
-        SaveCategory();
-    m_cView.EnableApply(PaneEdited(m_ePane));
-}
-
-void frmCatPresenter::SaveGlobal()
-{
-    StoreGlobalArtistAndTitle();
-    if (const auto lAlbum = Minutes(txtGlobalAlbumSepMins))
-        m_cMod.SetGlobalAlbumSepMins(*lAlbum);
-    m_cMod.SaveSettings();
-    FillGlobalPane();
-    // A category shows the global value where it has none of its own.
-    if (!PaneEdited(RulesPane::Category))
-        FillCategoryPane();
-}
-
-void frmCatPresenter::StoreGlobalArtistAndTitle()
-{
-    if (const auto lArtist = AbsoluteMinutes(txtArtistSepMins0))
-        m_cMod.SetGlobalArtistSepMins(*lArtist);
-    if (const auto lTitle = AbsoluteMinutes(txtTitleSepMins0))
-        m_cMod.SetGlobalTitleSepMins(*lTitle);
-}
-
-void frmCatPresenter::SaveCategory()
-{
-    const std::shared_ptr<clsCat> cCat = RulesCat();
-    if (!cCat)
-        return;
-    const std::shared_ptr<clsCatRules> cRules = cCat->Rules();
-    clsCatRules::Edit edit;
-    edit.lArtist = AbsoluteMinutes(txtArtistSepMins1);
-    edit.lTitle = AbsoluteMinutes(txtTitleSepMins1);
-    edit.lAlbum = Minutes(txtAlbumSepMins); // unchanged: below zero unsets the rule
-    if (m_bIgnoreEdited)
-        edit.bIgnore = m_cView.IgnoreChecked();
-    if (!cRules->Apply(edit))
-        m_cMod.Box(BoxIcon::None, BoxButtons::Ok, sProgramTitle, L"Cant save rules for: " + cRules->CatID());
-    FillCategoryPane();
-}
-
-// The number that the user typed into a box; nothing when it was not edited or is not a 32-bit number.
-std::optional<std::int32_t> frmCatPresenter::Minutes(RuleBox eBox) const
-{
-    const auto dValue = Edited(eBox) ? NumericValue(m_cView.BoxText(eBox)) : std::nullopt;
-    return dValue ? ToLong(*dValue) : std::nullopt;
-}
-
-std::optional<std::int32_t> frmCatPresenter::AbsoluteMinutes(RuleBox eBox) const
-{
-    const auto dValue = Edited(eBox) ? NumericValue(m_cView.BoxText(eBox)) : std::nullopt;
-    return dValue ? ToLong(std::abs(*dValue)) : std::nullopt;
+    ShowOutlook();
 }
 
 } // namespace ravlo

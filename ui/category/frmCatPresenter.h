@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "forecast/LevelOutlook.h"
 #include "scheduler/clsSchedMan.h"
 #include "ui/category/CatSelectorPresenter.h"
 #include "ui/category/frmCatView.h"
@@ -19,7 +20,8 @@ namespace ravlo
 // make new categories and levels; its panes edit separation rules, the global ones and the chosen category's.
 //
 // Each box remembers whether the user has changed it. Only changed boxes are saved, so that a global value
-// shown in place of a category's own does not become the category's own.
+// shown in place of a category's own does not become the category's own. A tick says which boxes of the
+// category pane are not set there; typing into such a box takes the tick away.
 class frmCatPresenter
 {
 public:
@@ -37,6 +39,7 @@ public:
     void TabClick(RulesPane ePane);
     void BoxChanged(RuleBox eBox);
     void IgnoreClick();
+    void InheritClick(RuleBox eBox);
     void ApplyClick();
     void OKClick();
     void CancelClick();
@@ -64,6 +67,10 @@ private:
     void FillGlobalPane();
     void FillCategoryPane();
     void EnableArtistAndTitle();
+    void ShowOutlook();
+    void ForgetOutlook() noexcept { m_outlook.reset(); }
+    std::int32_t MinsToKeep(RuleBox eBox) const;
+    void FillRule(RuleBox eBox, std::int32_t lMins, bool bInherit);
     void Fill(RuleBox eBox, std::int32_t lMins);
     std::wstring Heading() const;
 
@@ -78,6 +85,7 @@ private:
     void StoreGlobalArtistAndTitle();
     std::optional<std::int32_t> Minutes(RuleBox eBox) const;
     std::optional<std::int32_t> AbsoluteMinutes(RuleBox eBox) const;
+    std::optional<std::int32_t> OwnMinutes(RuleBox eBox) const;
     void Finish();
     std::vector<std::wstring> NamesForTheCut();
 
@@ -93,6 +101,7 @@ private:
     Cuts m_colSelCuts;
     std::optional<std::vector<std::wstring>> m_colNames; // chosen for the cut
     std::array<bool, ruleBoxes> m_bEdited{};
+    std::optional<LevelOutlook> m_outlook; // of the chosen level, once it has been shown
     RulesPane m_ePane = RulesPane::Global;
     bool m_bIgnoreEdited = false;
     bool m_bOpener = false;

@@ -41,9 +41,15 @@ public:
     virtual void EnableBox(RuleBox eBox, bool bEnable) = 0;
     virtual bool IgnoreChecked() const = 0; // chkIgnore
     virtual void CheckIgnore(bool bCheck) = 0;
-    virtual void EnableApply(bool bEnable) = 0;       // cmdApply
-    virtual void ShowRulesArea(bool bShow) = 0;       // and points the strip's arrows the other way
-    virtual void EnableLibraryMenu(bool bEnable) = 0; // mnuSchedLib
+    // The ticks of the category pane's boxes: the level sets no minutes of its own. A box whose tick is set
+    // shows its text greyed, but can be typed into.
+    virtual bool InheritChecked(RuleBox eBox) const = 0;
+    virtual void CheckInherit(RuleBox eBox, bool bCheck) = 0;
+    virtual void EnableInherit(RuleBox eBox, bool bEnable) = 0;
+    virtual void SetOutlook(const std::wstring& sText) = 0; // of the category pane: what can be kept
+    virtual void EnableApply(bool bEnable) = 0;             // cmdApply
+    virtual void ShowRulesArea(bool bShow) = 0;             // and points the strip's arrows the other way
+    virtual void EnableLibraryMenu(bool bEnable) = 0;       // mnuSchedLib
     // While busy, everything but the selector's controls is disabled. Afterwards Apply and the boxes have the
     // states set during that time.
     virtual void SetBusy(bool bBusy) = 0;

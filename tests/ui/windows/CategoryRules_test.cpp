@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The category window's rules editor, by mouse and keyboard.
 #include "ui/windows/CategoryFixture.h"
+#include "ui/windows/Tidy.h"
 
 #include <iterator>
 #include <set>
@@ -70,6 +71,9 @@ TEST_F(CategoryRules, TheTextsAreAsTheUserKnowsThem)
         EXPECT_EQ(user.Text(Box(1, eIdNote)),
                   L"Setting a rule to zero (or less) means NO rule is set (Global Rule will be applied).");
         EXPECT_EQ(user.Text(Box(1, eIdchkIgnore)), L"Category &Ignores Rules");
+        EXPECT_EQ(user.Text(Box(1, eIdInheritArtist)), L"Inheri&t artist");
+        EXPECT_EQ(user.Text(Box(1, eIdInheritTitle)), L"Inherit titl&e");
+        EXPECT_EQ(user.Text(Box(1, eIdInheritAlbum)), L"No al&bum rule");
     });
 }
 
@@ -121,13 +125,13 @@ TEST_F(CategoryRules, CategoryRulesAreTypedAndAppliedByKeysAlone)
     StartOn(L"Rock", 3);
     Open([&](const User& user) {
         user.Key(VK_TAB, VK_CONTROL);
-        for (int i = 0; i < 6; ++i) // Cancel, OK, the check box, album, title, artist
+        for (int i = 0; i < 9; ++i) // Cancel, OK, the check box, each tick and its box
             user.Key(VK_TAB, VK_SHIFT);
         EXPECT_EQ(user.FocusedWindow(), Box(1, eIdtxtArtistSepMins));
         for (const wchar_t* sMins : {L"25", L"26", L"27"})
         {
             user.Type(sMins);
-            user.Key(VK_TAB);
+            user.Keys({VK_TAB, VK_TAB});
         }
         user.Key('I', VK_MENU);
         EXPECT_FALSE(Enabled(Box(1, eIdtxtArtistSepMins)));
@@ -141,6 +145,50 @@ TEST_F(CategoryRules, CategoryRulesAreTypedAndAppliedByKeysAlone)
     EXPECT_EQ(cRules->TitleSepMins(), 26);
     EXPECT_EQ(cRules->AlbumSepMins(), 27);
     EXPECT_TRUE(cRules->IgnoreRules());
+}
+
+TEST_F(CategoryRules, TicksInheritByMouseAndByKey)
+{
+    StartOn(L"Rock", 3);
+    cState.Level(L"Rock", 3)->Rules()->Apply({10, 20, 30, {}});
+    Open([&](const User& user) {
+        const auto ticked = [&](int lId) { return Send(Box(1, lId), BM_GETCHECK) == BST_CHECKED; };
+        user.Key(VK_TAB, VK_CONTROL);
+        EXPECT_FALSE(ticked(eIdInheritArtist));
+        user.Click(Box(1, eIdInheritArtist));
+        user.Key('E', VK_MENU);
+        user.Key('B', VK_MENU);
+        EXPECT_TRUE(ticked(eIdInheritTitle));
+        EXPECT_EQ(user.Text(Box(1, eIdtxtArtistSepMins)), L"60");
+        EXPECT_EQ(user.Text(Box(1, eIdtxtTitleSepMins)), L"60");
+        EXPECT_EQ(user.Text(Box(1, eIdtxtAlbumSepMins)), L"-1");
+        user.Shot(hWindow, L"category-rules-inherited");
+        user.Replace(Box(1, eIdtxtTitleSepMins), L"21");
+        EXPECT_FALSE(ticked(eIdInheritTitle));
+        user.Click(At(eIdcmdApply));
+        EXPECT_EQ(Nameless(hWindow), Faults());
+    });
+    const auto cRules = cState.Level(L"Rock", 3)->Rules();
+    EXPECT_TRUE(cRules->InheritsArtist());
+    EXPECT_EQ(cRules->TitleSepMins(), 21);
+    EXPECT_EQ(cRules->AlbumSepMins(), -1);
+}
+
+TEST_F(CategoryRules, SaysWhatTheLevelCanKeep)
+{
+    for (std::size_t i = 0; i < 4; ++i)
+        Add(L"p" + std::to_wstring(i), L"Rock", 3, L"R&B Band", L"T" + std::to_wstring(i))
+            ->SetLastPlayed(cState.cPorts.cClock.Now() - static_cast<double>(i) * 10 / 1440);
+    cState.Populate();
+    StartOn(L"Rock", 3);
+    Open([&](const User& user) {
+        ClickTab(user, 1);
+        EXPECT_EQ(user.Text(Box(1, eIdOutlook)),
+                  L"Attainable for this level: artist 10 min, title 50 min. Artist 60 and title 60 cannot be "
+                  L"kept. By its last plays it is asked about every 10 min. R&B Band has 4 of its 5 cuts.");
+        EXPECT_EQ(Untidiness(hWindow), Faults());
+        user.Shot(hWindow, L"category-rules-outlook");
+    });
 }
 
 TEST_F(CategoryRules, TheStripHidesAndShowsTheRulesByEachOfItsPartsAndByKey)

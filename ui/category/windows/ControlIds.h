@@ -43,6 +43,10 @@ enum ControlId : int
     eIdtxtAlbumSepMins, // txtGlobalAlbumSepMins in the global pane
     eIdchkIgnore,
     eIdNote,
+    eIdInheritArtist, // the ticks of the category pane, in the order of its boxes
+    eIdInheritTitle,
+    eIdInheritAlbum,
+    eIdOutlook,
 };
 
 // What the windows are called among window classes.

@@ -18,13 +18,13 @@ namespace
 constexpr int lMargin = 11;
 constexpr int lGap = 8;
 constexpr int lWideGap = 14;
-constexpr int lRulesWidth = 292;
+constexpr int lRulesWidth = 332;
 constexpr int lTabs = 28; // about the height of the tabs themselves
 constexpr int lButtonWidth = 76;
 constexpr int lButtonPadding = 22;
 constexpr int lLowestButton = 24;
 constexpr int lArrowWidth = 18;
-constexpr int lFirstWidth = 840;
+constexpr int lFirstWidth = 880;
 constexpr int lFirstHeight = 470;
 
 } // namespace
@@ -85,6 +85,12 @@ SIZE frmCatWindow::FirstSize() const
 
 int frmCatWindow::RulesAreaWidth() const { return px(lRulesWidth + lWideGap); }
 
+// Of the taller pane.
+int frmCatWindow::PaneHeight() const
+{
+    return std::max(m_cPanes[0]->HeightAt(px(lRulesWidth - 8)), m_cPanes[1]->HeightAt(px(lRulesWidth - 8)));
+}
+
 SIZE frmCatWindow::SmallestClient() const
 {
     const SIZE selector = m_cSelector->SmallestSize();
@@ -92,9 +98,8 @@ SIZE frmCatWindow::SmallestClient() const
     const int lWidth = std::max(static_cast<int>(selector.cx) + lRules, ButtonsWidth());
     const int lButton = static_cast<int>(ButtonSize(m_hOK).cy);
     // Title, tabs, the taller pane and the button below it.
-    const int lPane =
-        std::max(m_cPanes[0]->HeightAt(px(lRulesWidth - 8)), m_cPanes[1]->HeightAt(px(lRulesWidth - 8)));
-    const int lRulesHeight = m_bRulesShown ? TitleHeight() + px(lTabs + 3 * lGap) + lPane + lButton : 0;
+    const int lRulesHeight =
+        m_bRulesShown ? TitleHeight() + px(lTabs + 3 * lGap) + PaneHeight() + lButton : 0;
     const int lHeight = std::max(static_cast<int>(selector.cy), lRulesHeight);
     return {lWidth + 2 * px(lMargin), lHeight + px(2 * lMargin + lWideGap) + lButton};
 }

@@ -83,6 +83,9 @@ frmCatWindow::frmCatWindow(HWND hOwner, ModScheduler& cMod)
     m_cPanes[1]->BoxChanged = [this](int lBox) {
         m_cPresenter->BoxChanged(static_cast<RuleBox>(lBoxesPerPane + lBox));
     };
+    m_cPanes[1]->InheritClick = [this](int lBox) {
+        m_cPresenter->InheritClick(static_cast<RuleBox>(lBoxesPerPane + lBox));
+    };
     m_cPanes[1]->IgnoreClick = [this] { m_cPresenter->IgnoreClick(); };
     SetLook(DpiOf(Handle()));
 }
@@ -327,6 +330,28 @@ void frmCatWindow::EnableBox(RuleBox eBox, bool bEnable)
 
 bool frmCatWindow::IgnoreChecked() const { return m_cPanes[1]->IgnoreChecked(); }
 void frmCatWindow::CheckIgnore(bool bCheck) { m_cPanes[1]->CheckIgnore(bCheck); }
+
+bool frmCatWindow::InheritChecked(RuleBox eBox) const { return m_cPanes[1]->InheritChecked(BoxInPane(eBox)); }
+
+void frmCatWindow::CheckInherit(RuleBox eBox, bool bCheck)
+{
+    m_cPanes[1]->CheckInherit(BoxInPane(eBox), bCheck);
+}
+
+void frmCatWindow::EnableInherit(RuleBox eBox, bool bEnable)
+{
+    m_cPanes[1]->EnableInherit(BoxInPane(eBox), bEnable);
+}
+
+void frmCatWindow::SetOutlook(const std::wstring& sText)
+{
+    const int lBefore = PaneHeight();
+    m_cPanes[1]->SetOutlook(sText);
+    if (PaneHeight() == lBefore)
+        return;
+    MakeRoom();
+    LayOut();
+}
 
 void frmCatWindow::EnableApply(bool bEnable)
 {

@@ -36,6 +36,10 @@ private:
     void EnableBox(RuleBox eBox, bool bEnable) override;
     bool IgnoreChecked() const override;
     void CheckIgnore(bool bCheck) override;
+    bool InheritChecked(RuleBox eBox) const override;
+    void CheckInherit(RuleBox eBox, bool bCheck) override;
+    void EnableInherit(RuleBox eBox, bool bEnable) override;
+    void SetOutlook(const std::wstring& sText) override;
     void EnableApply(bool bEnable) override;
     void ShowRulesArea(bool bShow) override;
     void EnableLibraryMenu(bool bEnable) override;
@@ -69,6 +73,7 @@ private:
     SIZE SmallestClient() const;
     SIZE ButtonSize(HWND hButton) const;
     int TitleHeight() const;
+    int PaneHeight() const;
     int StripWidth() const;
     int ButtonsWidth() const;
     int px(int lAt96) const;
