@@ -23,6 +23,7 @@ void CategoryTreePresenter::Fill(const std::vector<TreeNode>& colNodes)
                 SortChildren(*parent);
     if (!m_colNodes.empty())
         m_colNodes.front().bExpanded = true;
+    Narrow(m_words);
 }
 
 void CategoryTreePresenter::Add(const TreeNode& given)
@@ -96,6 +97,7 @@ std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Check(Node node,
         colNodes = m_colNodes[node].colChildren;
         colNodes.insert(colNodes.begin(), node);
     }
+    std::erase_if(colNodes, [this](Node each) { return m_colNodes[each].bHidden; });
     for (const Node checked : colNodes)
         m_colNodes[checked].bChecked = bCheck;
     return colNodes;
@@ -104,11 +106,48 @@ std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Check(Node node,
 void CategoryTreePresenter::InvertChecks()
 {
     for (Entry& entry : m_colNodes)
-        entry.bChecked = !entry.bChecked;
+        entry.bChecked = entry.bChecked == entry.bHidden;
 }
 
-// The nodes in the order in which they are shown; those below collapsed nodes only with bCollapsedToo.
-std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::InOrder(bool bCollapsedToo) const
+bool CategoryTreePresenter::Narrow(const SearchWords& words)
+{
+    m_words = words;
+    bool bChanged = false;
+    for (Node node = 0; node < Count(); ++node)
+    {
+        if (m_colNodes[node].parent != Node{0})
+            continue;
+        std::string sTexts = FoldForSearch(m_colNodes[node].sText) + SearchWords::cFieldEnd;
+        for (const Node level : m_colNodes[node].colChildren)
+            sTexts += FoldForSearch(m_colNodes[level].sText) + SearchWords::cFieldEnd;
+        bChanged |= Hide(node, !words.FoundIn(sTexts));
+    }
+    return bChanged;
+}
+
+bool CategoryTreePresenter::Hide(Node mainNode, bool bHide)
+{
+    for (const Node level : m_colNodes[mainNode].colChildren)
+        m_colNodes[level].bHidden = bHide;
+    return std::exchange(m_colNodes[mainNode].bHidden, bHide) != bHide;
+}
+
+CategoryTreePresenter::Narrowed CategoryTreePresenter::NarrowedTo() const
+{
+    Narrowed narrowed;
+    for (const Entry& entry : m_colNodes)
+    {
+        const bool bMain = entry.parent == Node{0};
+        narrowed.categories += bMain ? 1 : 0;
+        narrowed.shown += bMain && !entry.bHidden ? 1 : 0;
+        narrowed.hiddenTicks += entry.bHidden && entry.bChecked ? 1 : 0;
+    }
+    return narrowed;
+}
+
+// The nodes in the order in which they are shown; hidden ones, and those below collapsed nodes, only with
+// bAll.
+std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::InOrder(bool bAll) const
 {
     std::vector<Node> colOrdered;
     std::vector<Node> colToVisit; // the next one is at the back
@@ -119,8 +158,10 @@ std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::InOrder(bool bCo
         const Node node = colToVisit.back();
         colToVisit.pop_back();
         const Entry& entry = m_colNodes[node];
+        if (!bAll && entry.bHidden)
+            continue;
         colOrdered.push_back(node);
-        if (bCollapsedToo || entry.bExpanded)
+        if (bAll || entry.bExpanded)
             colToVisit.insert(colToVisit.end(), entry.colChildren.rbegin(), entry.colChildren.rend());
     }
     return colOrdered;

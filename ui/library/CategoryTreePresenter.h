@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/OrderedKeyedCollection.h"
+#include "base/SearchText.h"
 #include "ui/library/LibraryContents.h"
 
 #include <cstddef>
@@ -13,7 +14,7 @@ namespace ravlo
 {
 
 // The category tree as values: nodes, their order, and which are ticked, expanded and shown as open. A node
-// is a number, from 0, valid until the next Fill. Node 0 is the root, always expanded.
+// is a number, from 0, valid until the next Fill. Node 0 is the root, always expanded and shown.
 class CategoryTreePresenter
 {
 public:
@@ -27,11 +28,12 @@ public:
         std::vector<Node> colChildren; // as shown: sorted by text, without regard to case, if requested
         bool bExpanded = false;
         bool bChecked = false;
-        bool bOpen = false; // the image
+        bool bOpen = false;   // the image
+        bool bHidden = false; // the tree is narrowed to other categories
     };
 
-    // Replaces the nodes: none ticked, the root expanded. Leaves out a node whose key already exists or whose
-    // parent does not.
+    // Replaces the nodes: none ticked, the root expanded, narrowed as before. Leaves out a node whose key
+    // already exists or whose parent does not.
     void Fill(const std::vector<TreeNode>& colNodes);
     // Marks the node of that key (compared without regard to case) and its parent as open, and all others as
     // closed.
@@ -45,17 +47,29 @@ public:
     bool HasSameNodes(const std::vector<TreeNode>& colNodes) const;
     static bool IsRoot(Node node) noexcept { return node == 0; }
 
-    // Ticks or unticks a node and its dependents: all nodes for the root, its levels for a main category.
-    // Returns these nodes.
+    // Hides the main categories, with their levels, whose texts do not contain each of the words: a
+    // category's texts are its name and its levels'. Returns whether that changed what is hidden.
+    bool Narrow(const SearchWords& words);
+    struct Narrowed
+    {
+        std::size_t shown = 0; // main categories
+        std::size_t categories = 0;
+        std::size_t hiddenTicks = 0; // nodes that are ticked and hidden
+    };
+    Narrowed NarrowedTo() const;
+
+    // Ticks or unticks a node and its dependents that are not hidden: all nodes for the root, its levels for
+    // a main category. Returns these nodes.
     std::vector<Node> Check(Node node, bool bCheck);
     // One node's tick alone.
     void SetChecked(Node node, bool bCheck) { m_colNodes[node].bChecked = bCheck; }
-    // Flips every tick, the root's included.
+    // Flips every tick, the root's included, but for hidden nodes.
     void InvertChecks();
-    // The ticked nodes but the root, in the order in which they are shown.
+    // The ticked nodes but the root, hidden ones too, in the order in which they are shown.
     std::vector<Node> Checked() const;
 
-    // The visible nodes, those whose parents are expanded, in the order in which they are shown.
+    // The visible nodes, those that are not hidden and whose parents are expanded, in the order in which they
+    // are shown.
     std::vector<Node> Visible() const;
     // The first visible node whose text begins with sBeginning, without regard to case; searches from from
     // on (after it with bBehind) and continues at the root.
@@ -69,10 +83,12 @@ public:
 private:
     void Add(const TreeNode& given);
     void SortChildren(Node parent);
-    std::vector<Node> InOrder(bool bCollapsedToo) const;
+    std::vector<Node> InOrder(bool bAll) const;
+    bool Hide(Node mainNode, bool bHide);
 
     std::vector<Entry> m_colNodes;
     OrderedKeyedCollection<Node> m_colByKey;
+    SearchWords m_words; // that it is narrowed to
 };
 
 // The category tree on the screen. Shows the presenter's tree and reports what the user does.
@@ -80,7 +96,8 @@ class CategoryTreeView
 {
 public:
     virtual ~CategoryTreeView() = default;
-    // Shows the whole tree, ticks and expansion included; no node is selected afterwards.
+    // Shows the whole tree but hidden nodes, ticks and expansion included; no node is selected afterwards.
+    // Other members ignore hidden nodes.
     virtual void ShowTree(const CategoryTreePresenter& cTree) = 0;
     virtual void ShowChecks(const CategoryTreePresenter& cTree,
                             const std::vector<CategoryTreePresenter::Node>& colNodes) = 0;

@@ -12,8 +12,10 @@ namespace ravlo
 {
 
 LibraryPanes::LibraryPanes(frmUILibView& cView, CategoryTreeView& cTreeView, clsSchedLibGridView& cGridView,
-                           LibraryWork& cWork, ModScheduler& cMod)
-    : m_cView(cView), m_cTreeView(cTreeView), m_cWork(cWork), m_cMod(cMod), m_cGrid(cGridView, cMod)
+                           const LibraryFindBars& bars, LibraryWork& cWork, ModScheduler& cMod)
+    : m_cView(cView), m_cTreeView(cTreeView), m_cWork(cWork), m_cMod(cMod), m_cGrid(cGridView, cMod),
+      m_cFindCuts(m_cGrid, bars.cCuts, cWork, cMod),
+      m_cFindCategories(m_cTree, cTreeView, bars.cCategories, cView, cWork)
 {
 }
 
@@ -44,6 +46,7 @@ void LibraryPanes::Populate(clsSchedMan& cSchedMan)
     const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
     m_cTree.Fill(NodesOf(colMainCats.get()));
     m_cTreeView.ShowTree(m_cTree);
+    m_cFindCategories.TreeFilled();
 }
 
 void LibraryPanes::Load(clsSchedMan& cSchedMan)
@@ -139,7 +142,8 @@ void LibraryPanes::ShowAgain(clsSchedMan& cSchedMan)
 // replaces it. Returns the selected node's key.
 std::wstring LibraryPanes::RebuildTree(clsSchedMan& cSchedMan)
 {
-    const std::wstring sSelected = SelectedKey();
+    const std::wstring sBefore = SelectedKey();
+    const std::wstring sSelected = sBefore.empty() ? m_sShownKey : sBefore; // none while it is hidden
     const std::vector<std::wstring> colExpanded = m_cTree.ExpandedKeys();
     Populate(cSchedMan);
     for (const std::wstring& sKey : colExpanded)
@@ -202,7 +206,10 @@ void LibraryPanes::ShowChangedTree(clsSchedMan& cSchedMan)
 void LibraryPanes::BringIntoView(const std::wstring& sKey)
 {
     if (const std::optional<CategoryTreePresenter::Node> node = m_cTree.Find(sKey))
+    {
+        m_cFindCategories.Reveal(*node);
         m_cTreeView.BringIntoView(*node);
+    }
 }
 
 std::vector<std::wstring> LibraryPanes::LevelKeys(const std::wstring& sMainKey) const
@@ -221,6 +228,7 @@ void LibraryPanes::ShowNewLevel(const std::wstring& sMainKey, const std::vector<
         if (std::find(colBefore.begin(), colBefore.end(), sKey) != colBefore.end())
             continue;
         const CategoryTreePresenter::Node mainNode = *m_cTree.Find(sMainKey);
+        m_cFindCategories.Reveal(mainNode);
         m_cTree.SetExpanded(mainNode, true);
         m_cTreeView.Expand(mainNode);
         m_cTreeView.BringIntoView(*m_cTree.Find(sKey));

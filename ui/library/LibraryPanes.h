@@ -3,7 +3,9 @@
 
 #include "scheduler/clsSchedMan.h"
 #include "ui/library/CategoryTreePresenter.h"
+#include "ui/library/GridFind.h"
 #include "ui/library/LibraryWork.h"
+#include "ui/library/TreeFind.h"
 #include "ui/library/clsSchedLibGridPresenter.h"
 
 #include <cstdint>
@@ -14,6 +16,13 @@
 namespace ravlo
 {
 
+// The bars above grid and tree.
+struct LibraryFindBars
+{
+    FindBarView& cCuts;
+    FindBarView& cCategories;
+};
+
 // The library window's tree and grid: the grid shows the cuts of one node of the tree. After changes, what
 // the user had selected, expanded and ticked is kept as far as it still exists.
 class LibraryPanes
@@ -21,11 +30,13 @@ class LibraryPanes
 public:
     // Owns none of them.
     LibraryPanes(frmUILibView& cView, CategoryTreeView& cTreeView, clsSchedLibGridView& cGridView,
-                 LibraryWork& cWork, ModScheduler& cMod);
+                 const LibraryFindBars& bars, LibraryWork& cWork, ModScheduler& cMod);
 
     const CategoryTreePresenter& Tree() const noexcept { return m_cTree; }
     clsSchedLibGridPresenter& Grid() noexcept { return m_cGrid; }
     const clsSchedLibGridPresenter& Grid() const noexcept { return m_cGrid; }
+    GridFind& FindCuts() noexcept { return m_cFindCuts; }
+    TreeFind& FindCategories() noexcept { return m_cFindCategories; }
     // The selected node's key; empty for none.
     std::wstring SelectedKey() const;
     // The present category of the cuts in the grid; null for the root, for none, and when it no longer
@@ -82,6 +93,8 @@ private:
     ModScheduler& m_cMod;
     CategoryTreePresenter m_cTree;
     clsSchedLibGridPresenter m_cGrid;
+    GridFind m_cFindCuts;
+    TreeFind m_cFindCategories;
     std::wstring m_sShownKey;   // of the node whose cuts the grid shows; empty for none
     std::wstring m_sTyped;      // in the tree
     std::uint32_t m_lTyped = 0; // when, by the clock's tick count

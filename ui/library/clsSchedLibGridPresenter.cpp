@@ -132,6 +132,17 @@ void clsSchedLibGridPresenter::InvertSelection()
     m_cView.SetSelection(bSelected);
 }
 
+void clsSchedLibGridPresenter::SelectCurrentRow()
+{
+    const std::size_t row = m_cView.CurrentRow().value_or(0);
+    if (row >= RowCount())
+        return;
+    std::vector<bool> bSelected(RowCount());
+    bSelected[row] = true;
+    m_cView.SetSelection(bSelected);
+    m_cView.SetCurrentRow(row);
+}
+
 Cats clsSchedLibGridPresenter::colSubCatsDraggedFrom(const clsSchedMan& cSchedMan) const
 {
     Cats colFrom;

@@ -92,6 +92,8 @@ public:
     void SelectAll() { m_cView.SelectAll(true); }
     void SelectNone() { m_cView.SelectAll(false); }
     void InvertSelection();
+    // Selects the current row alone, or the first one when there is none.
+    void SelectCurrentRow();
 
     // Identifies a row when the same node is listed again: a cut and its level, since several levels of a
     // main category may contain one cut.

@@ -13,10 +13,11 @@ namespace ravlo
 {
 
 frmUILibPresenter::frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTreeView,
-                                     clsSchedLibGridView& cGridView, ModScheduler& cMod)
+                                     clsSchedLibGridView& cGridView, const LibraryFindBars& bars,
+                                     ModScheduler& cMod)
     : m_cView(cView), m_cMod(cMod),
       m_cWork(cView, cMod, [this](clsSchedMan& cSchedMan) { m_cPanes.ShowChanges(cSchedMan); }),
-      m_cPanes(cView, cTreeView, cGridView, m_cWork, cMod), m_cCuts(cView, m_cPanes, m_cWork, cMod),
+      m_cPanes(cView, cTreeView, cGridView, bars, m_cWork, cMod), m_cCuts(cView, m_cPanes, m_cWork, cMod),
       m_cRotation(m_cPanes, m_cWork, cMod)
 {
 }

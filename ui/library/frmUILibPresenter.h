@@ -23,7 +23,7 @@ class frmUILibPresenter final : private ProgressEvents
 public:
     // Owns none of them.
     frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTreeView, clsSchedLibGridView& cGridView,
-                      ModScheduler& cMod);
+                      const LibraryFindBars& bars, ModScheduler& cMod);
     ~frmUILibPresenter() override;
     frmUILibPresenter(const frmUILibPresenter&) = delete;
     frmUILibPresenter& operator=(const frmUILibPresenter&) = delete;

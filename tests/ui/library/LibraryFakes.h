@@ -104,6 +104,24 @@ public:
     }
 };
 
+// A find bar on a fake screen.
+class FakeFindBar final : public FindBarView
+{
+public:
+    bool bShown = false;
+    std::wstring sQuery;
+    std::wstring sCount;
+    Lines colFocused; // "query" and "list", in order
+    int lSteps = 0;   // asked for and not run yet
+
+    void ShowBar(bool bShow) override { bShown = bShow; }
+    void SetQuery(const std::wstring& sText) override { sQuery = sText; }
+    void SetCount(const std::wstring& sText) override { sCount = sText; }
+    void FocusQuery() override { colFocused.push_back(L"query"); }
+    void FocusList() override { colFocused.push_back(L"list"); }
+    void AskForStep() override { lSteps = 1; }
+};
+
 // The window: records what it shows, and chooses from its pop-ups the given items.
 class FakeLibraryView final : public frmUILibView
 {
@@ -263,7 +281,9 @@ struct ScreenLibrary
     FakeLibraryView cView;
     FakeTreeView cTreeView;
     FakeGridView cGridView;
-    frmUILibPresenter cForm{cView, cTreeView, cGridView, cLibrary.cMod};
+    FakeFindBar cCutsBar;
+    FakeFindBar cCategoriesBar;
+    frmUILibPresenter cForm{cView, cTreeView, cGridView, {cCutsBar, cCategoriesBar}, cLibrary.cMod};
 };
 
 // A host's database may hand out another object for the same cut each time: every test runs with both kinds.

@@ -4,6 +4,7 @@
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Dpi.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <utility>
@@ -68,6 +69,26 @@ void SplitPanelWindow::SetControls(HWND hControl1, HWND hControl2)
                                 ::GetWindowLongPtrW(hControl, GWL_STYLE) | WS_CLIPSIBLINGS);
     m_cPanel.Resize(TwipsOf(static_cast<int>(m_area.right - m_area.left), m_lDpi),
                     TwipsOf(static_cast<int>(m_area.bottom - m_area.top), m_lDpi));
+}
+
+void SplitPanelWindow::SetHeaders(HWND hHeader1, HWND hHeader2)
+{
+    m_header1.hWindow = hHeader1;
+    m_header2.hWindow = hHeader2;
+}
+
+void SplitPanelWindow::SetHeaderHeights(int lHeight1, int lHeight2)
+{
+    m_header1.lHeight = lHeight1;
+    m_header2.lHeight = lHeight2;
+    ShowHeader(m_header1, ::IsWindowVisible(m_hControl1) != FALSE);
+    ShowHeader(m_header2, ::IsWindowVisible(m_hControl2) != FALSE);
+}
+
+void SplitPanelWindow::ShowHeader(const Header& header, bool bPane) const
+{
+    if (header.hWindow)
+        ::ShowWindow(header.hWindow, bPane && header.lHeight > 0 ? SW_SHOWNA : SW_HIDE);
 }
 
 void SplitPanelWindow::Place(const RECT& area, int lDpi)
@@ -218,26 +239,34 @@ void SplitPanelWindow::ShowPanes(bool bControl1, bool bControl2)
     const auto goes = [&](HWND hPane, bool bShow) {
         return !bShow && hPane && hFocus && (hFocus == hPane || ::IsChild(hPane, hFocus));
     };
-    if (goes(m_hControl1, bControl1) || goes(m_hControl2, bControl2))
+    if (goes(m_hControl1, bControl1) || goes(m_hControl2, bControl2) || goes(m_header1.hWindow, bControl1) ||
+        goes(m_header2.hWindow, bControl2))
         ::SetFocus(Handle());
     if (m_hControl1)
         ::ShowWindow(m_hControl1, bControl1 ? SW_SHOWNA : SW_HIDE);
     if (m_hControl2)
         ::ShowWindow(m_hControl2, bControl2 ? SW_SHOWNA : SW_HIDE);
+    ShowHeader(m_header1, bControl1);
+    ShowHeader(m_header2, bControl2);
 }
 
 void SplitPanelWindow::PlaceAll(const SplitPlaces& places)
 {
-    Mover cMover(3);
-    const auto move = [&](HWND hWindow, const TwipsRect& rect) {
+    Mover cMover(5);
+    const auto move = [&](HWND hWindow, const TwipsRect& rect, const Header& header) {
         const RECT at = InPixels(rect);
+        const auto lWidth = static_cast<int>(at.right - at.left);
+        const auto lHeight = static_cast<int>(at.bottom - at.top);
+        const int lHeader = header.hWindow ? std::min(header.lHeight, lHeight) : 0;
+        if (header.hWindow)
+            cMover.Move(header.hWindow, static_cast<int>(at.left), static_cast<int>(at.top), lWidth, lHeader);
         if (hWindow)
-            cMover.Move(hWindow, static_cast<int>(at.left), static_cast<int>(at.top),
-                        static_cast<int>(at.right - at.left), static_cast<int>(at.bottom - at.top));
+            cMover.Move(hWindow, static_cast<int>(at.left), static_cast<int>(at.top) + lHeader, lWidth,
+                        lHeight - lHeader);
     };
-    move(m_hControl1, places.control1);
-    move(Handle(), places.bar);
-    move(m_hControl2, places.control2);
+    move(m_hControl1, places.control1, m_header1);
+    move(Handle(), places.bar, {});
+    move(m_hControl2, places.control2, m_header2);
 }
 
 void SplitPanelWindow::PlaceBar(const TwipsRect& bar)

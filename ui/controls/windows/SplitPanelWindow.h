@@ -25,6 +25,10 @@ public:
 
     // Children of the container; either may be null. Not owned.
     void SetControls(HWND hControl1, HWND hControl2);
+    // Further children of the container, each of which lies along its control's upper edge and is shown and
+    // hidden with it. Not owned. With a height of 0 it is hidden; heights count from the next Place on.
+    void SetHeaders(HWND hHeader1, HWND hHeader2);
+    void SetHeaderHeights(int lHeight1, int lHeight2);
     // The panel's area in the container, in pixels of that resolution. Call when the container is sized,
     // but not while it is minimised.
     void Place(const RECT& area, int lDpi);
@@ -50,10 +54,19 @@ private:
     RECT InPixels(const TwipsRect& rect) const;
     std::int32_t PointerInTwips() const;
 
+    struct Header
+    {
+        HWND hWindow = nullptr;
+        int lHeight = 0; // in pixels
+    };
+    void ShowHeader(const Header& header, bool bPane) const;
+
     std::function<void()> m_OnTrouble;
     HWND m_hContainer;
     HWND m_hControl1 = nullptr;
     HWND m_hControl2 = nullptr;
+    Header m_header1;
+    Header m_header2;
     HWND m_hBefore = nullptr; // in the tab order, while a drag lifts the bar above all
     HWND m_hFocusBefore = nullptr;
     RECT m_area{};

@@ -116,7 +116,8 @@ void CategoryTreeWindow::Add(const CategoryTreePresenter& cTree, CategoryTreePre
     m_hItems[node] =
         reinterpret_cast<HTREEITEM>(Send(m_hTree, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
     for (const CategoryTreePresenter::Node child : entry.colChildren)
-        Add(cTree, child, m_hItems[node]);
+        if (!cTree.At(child).bHidden)
+            Add(cTree, child, m_hItems[node]);
     if (entry.bExpanded)
         Expand(node);
 }
@@ -127,7 +128,7 @@ void CategoryTreeWindow::ShowChecks(const CategoryTreePresenter& cTree,
     {
         const TreePaintingOff cOff(m_hTree);
         for (const CategoryTreePresenter::Node node : colNodes)
-            if (node < m_hItems.size() && ShowsCheck(node) != cTree.At(node).bChecked)
+            if (HasItem(node) && ShowsCheck(node) != cTree.At(node).bChecked)
                 SetState(m_hItems[node], cTree.At(node).bChecked);
     }
     Repaint();
@@ -160,7 +161,7 @@ void CategoryTreeWindow::ShowImages()
     for (CategoryTreePresenter::Node node = 0; m_cTree && node < m_hItems.size(); ++node)
     {
         const bool bOpen = m_cTree->At(node).bOpen;
-        if (m_bOpen[node] == bOpen)
+        if (m_bOpen[node] == bOpen || !HasItem(node))
             continue;
         m_bOpen[node] = bOpen;
         TVITEMW item = ItemOf(m_hItems[node], TVIF_IMAGE | TVIF_SELECTEDIMAGE);
@@ -171,17 +172,22 @@ void CategoryTreeWindow::ShowImages()
 
 void CategoryTreeWindow::Expand(CategoryTreePresenter::Node node)
 {
-    Send(m_hTree, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(m_hItems[node]));
+    if (HasItem(node))
+        Send(m_hTree, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(m_hItems[node]));
 }
 
 void CategoryTreeWindow::Select(CategoryTreePresenter::Node node)
 {
+    if (!HasItem(node))
+        return;
     Send(m_hTree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(m_hItems[node]));
     BringIntoView(node);
 }
 
 void CategoryTreeWindow::BringIntoView(CategoryTreePresenter::Node node)
 {
+    if (!HasItem(node))
+        return;
     Send(m_hTree, TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(m_hItems[node]));
     ScrollToLeft();
 }
@@ -235,7 +241,7 @@ std::vector<CategoryTreePresenter::Node> CategoryTreeWindow::CheckedByUser() con
 {
     std::vector<CategoryTreePresenter::Node> colNodes;
     for (CategoryTreePresenter::Node node = 0; m_cTree && node < m_hItems.size(); ++node)
-        if (ShowsCheck(node) != m_cTree->At(node).bChecked)
+        if (HasItem(node) && ShowsCheck(node) != m_cTree->At(node).bChecked)
             colNodes.push_back(node);
     return colNodes;
 }

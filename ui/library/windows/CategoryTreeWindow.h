@@ -66,6 +66,8 @@ private:
     void Add(const CategoryTreePresenter& cTree, CategoryTreePresenter::Node node, HTREEITEM hParent);
     void SetState(HTREEITEM hItem, bool bChecked);
     void MarkDropTarget();
+    // Hidden nodes have none.
+    bool HasItem(CategoryTreePresenter::Node node) const { return node < m_hItems.size() && m_hItems[node]; }
     bool Scroll(POINT inClient);
 
     HWND m_hTree;

@@ -20,6 +20,8 @@ enum LibraryControlId : int
     eIdStatus,
     eIdProgressBar1,
     eIdlblTopLeft,
+    eIdFindCategories,
+    eIdFindCuts,
 };
 
 // A LibraryCommand is this number and its own.

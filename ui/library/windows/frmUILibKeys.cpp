@@ -9,6 +9,8 @@ namespace ravlo
 
 bool frmUILibWindow::OnKey(const MSG& message)
 {
+    if (OnFindKey(message))
+        return true;
     const bool bInTree = message.hwnd == m_cTree->Handle();
     if (bInTree && message.message == WM_CHAR)
         return m_cForm->Panes().TypeInTree(static_cast<wchar_t>(message.wParam));

@@ -51,8 +51,9 @@ frmUILibWindow::frmUILibWindow(HWND hOwner, ModScheduler& cMod, std::function<bo
     Create(start);
     hMenu.release(); // the window's own now
     MakeControls();
-    m_cForm =
-        std::make_unique<frmUILibPresenter>(static_cast<frmUILibView&>(*this), *m_cTree, *m_cGrid, m_cMod);
+    m_cForm = std::make_unique<frmUILibPresenter>(static_cast<frmUILibView&>(*this), *m_cTree, *m_cGrid,
+                                                  LibraryFindBars{*m_cCutsBar, *m_cCategoriesBar}, m_cMod);
+    ListenToFindBars();
     m_cGrid->SetRows(m_cForm->Grid());
     TakeDrops();
     SetLook(DpiOf(Handle()));
@@ -74,14 +75,17 @@ void frmUILibWindow::MakeControls()
 {
     m_hTopLeft = MakeControl(Handle(), WC_STATICW, L"Double-click any node to display items",
                              SS_LEFT | SS_NOPREFIX | SS_CENTERIMAGE | SS_ENDELLIPSIS, eIdlblTopLeft);
+    m_cCategoriesBar = MakeFindBar(eIdFindCategories, {L"Find categories", L"Find categories"});
     m_cTree = std::make_unique<CategoryTreeWindow>(Handle(), eIdTvCats);
     m_cSplit = std::make_unique<SplitPanelWindow>(Handle(), eIdsp1, m_cMod.Ports().cUserSettings,
                                                   [this] { m_cMod.LogError(L"sp1", CurrentError()); });
+    m_cCutsBar = MakeFindBar(eIdFindCuts, {L"Find cuts", L"Find cuts by artist, title, album or path"});
     m_cGrid = std::make_unique<clsSchedLibGridWindow>(Handle(), eIdiGridLib);
     m_cStatus = std::make_unique<StatusWindow>(Handle(), eIdStatus, eIdProgressBar1);
     m_cSplit->Panel().SetRegistryID(sSplitId);
     m_cSplit->Panel().SetPosition(lFirstTree);
     m_cSplit->SetControls(m_cTree->Handle(), m_cGrid->Handle());
+    m_cSplit->SetHeaders(m_cCategoriesBar->Handle(), m_cCutsBar->Handle());
 }
 
 void frmUILibWindow::SetLook(int lDpi)
@@ -90,6 +94,8 @@ void frmUILibWindow::SetLook(int lDpi)
     // Swapped in at the end: the controls use the old font until then.
     UniqueFont hFont = MessageFont(lDpi);
     SetFont(m_hTopLeft, hFont.get());
+    m_cCategoriesBar->SetLook(hFont.get(), lDpi);
+    m_cCutsBar->SetLook(hFont.get(), lDpi);
     m_cTree->SetLook(hFont.get(), lDpi);
     m_cGrid->SetLook(hFont.get(), lDpi);
     m_cStatus->SetLook(hFont.get(), lDpi);
@@ -116,6 +122,7 @@ void frmUILibWindow::LayOut()
     const int lLine = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy) + lEdge;
     const auto lRight = static_cast<int>(client.right) - lEdge;
     ::MoveWindow(m_hTopLeft, lEdge, 0, lRight - lEdge, lLine, TRUE);
+    m_cSplit->SetHeaderHeights(m_cCategoriesBar->Height(), m_cCutsBar->Height());
     m_cSplit->Place({lEdge, lLine, lRight, client.bottom - m_cStatus->Height()}, m_lDpi);
 }
 

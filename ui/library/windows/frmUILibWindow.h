@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ui/controls/windows/FindBar.h"
 #include "ui/controls/windows/Handles.h"
 #include "ui/controls/windows/ModalLoop.h"
 #include "ui/controls/windows/SplitPanelWindow.h"
@@ -82,6 +83,10 @@ private:
     bool OnKey(const MSG& message);
     bool OnTreeKey(WPARAM lKey, bool bControl);
     bool OnGridKey(WPARAM lKey, bool bControl);
+    std::unique_ptr<FindBar> MakeFindBar(int lId, const FindBar::Texts& texts);
+    void ListenToFindBars();
+    bool OnFindKey(const MSG& message);
+    void OpenFindBar(bool bCategories);
     void CompareChecks();
     void TakeDrops();
     void RunDrag();
@@ -103,8 +108,10 @@ private:
     UniqueIcon m_hSmallIcon;
     int m_lDpi = 96;
     HWND m_hTopLeft = nullptr; // lblTopLeft
+    std::unique_ptr<FindBar> m_cCategoriesBar;
     std::unique_ptr<CategoryTreeWindow> m_cTree;
     std::unique_ptr<SplitPanelWindow> m_cSplit; // sp1
+    std::unique_ptr<FindBar> m_cCutsBar;
     std::unique_ptr<clsSchedLibGridWindow> m_cGrid;
     std::unique_ptr<StatusWindow> m_cStatus;
     std::unique_ptr<frmUILibPresenter> m_cForm;

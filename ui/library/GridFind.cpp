@@ -1,0 +1,214 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/GridFind.h"
+
+#include "base/Text.h"
+
+#include <algorithm>
+#include <exception>
+#include <unordered_map>
+#include <utility>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::uint32_t lStepMs = 15; // clocks that tick every 16 ms make it 31 at most
+
+// Each field with its end behind it; empty for one that cannot be read.
+std::string FieldsOf(const Cut& cCut)
+{
+    std::string sFields;
+    for (const auto TextOfCut : {&Cut::Artist, &Cut::Title, &Cut::Album, &Cut::Path})
+    {
+        try
+        {
+            sFields += FoldForSearch((cCut.*TextOfCut)());
+        }
+        catch (const std::exception&)
+        {
+            // A cut that cannot be read is found by its other fields.
+        }
+        sFields += SearchWords::cFieldEnd;
+    }
+    return sFields;
+}
+
+} // namespace
+
+GridFind::GridFind(clsSchedLibGridPresenter& cGrid, FindBarView& cBar, LibraryWork& cWork, ModScheduler& cMod)
+    : m_cGrid(cGrid), m_cBar(cBar), m_cWork(cWork), m_cMod(cMod)
+{
+    m_cGrid.Arrangers.push_back([this](ViewOrder& cOrder) { Arrange(cOrder); });
+}
+
+// ---- what the user does ----
+
+void GridFind::OpenBar()
+{
+    if (!std::exchange(m_bOpen, true))
+    {
+        m_cBar.ShowBar(true);
+        m_bPending = true;
+        Step();
+    }
+    m_cBar.FocusQuery();
+}
+
+void GridFind::QueryChanged(const std::wstring& sQuery)
+{
+    m_words = SearchWords(sQuery);
+    m_bPending = true;
+    Step();
+}
+
+void GridFind::CloseBar()
+{
+    if (!std::exchange(m_bOpen, false))
+        return;
+    m_words = SearchWords();
+    m_bPending = true;
+    Step();
+    m_cBar.SetQuery(L"");
+    m_cBar.ShowBar(false);
+    m_cBar.FocusList();
+}
+
+void GridFind::GoToList()
+{
+    if (m_cGrid.RowCount() != 0 && m_cGrid.SelectedRows().empty())
+        m_cGrid.SelectCurrentRow();
+    m_cBar.FocusList();
+}
+
+// ---- steps ----
+
+void GridFind::Step()
+{
+    if (!m_bPending && AllRead())
+        return;
+    if (m_cWork.Running())
+        m_cBar.AskForStep();
+    else
+        m_cWork.Handle(L"frmUILib.Find", [this](clsSchedMan&) { Proceed(); });
+}
+
+void GridFind::Proceed()
+{
+    m_bPending = false;
+    if (m_bOpen && m_colEntries.size() != m_cGrid.ListedCount())
+        List();
+    else if (!m_bOpen)
+        m_colEntries.clear();
+    m_read = std::min(m_read, m_colEntries.size());
+    const bool bWasNarrowed = m_cGrid.Order().IsNarrowed();
+    const bool bMatchChanged = Match();
+    const bool bReadChanged = ReadOn();
+    const bool bNarrows = !m_matched.Empty();
+    if (bNarrows != bWasNarrowed || (bNarrows && (bMatchChanged || bReadChanged)))
+        m_cGrid.Rearrange([this](ViewOrder& cOrder) { Narrow(cOrder); });
+    ShowCount();
+    if (m_bPending || !AllRead())
+        m_cBar.AskForStep();
+}
+
+void GridFind::Arrange(ViewOrder& cOrder)
+{
+    if (!m_bOpen)
+        return;
+    List();
+    Match();
+    ReadOn();
+    Narrow(cOrder);
+    ShowCount();
+    if (!AllRead())
+        m_cBar.AskForStep();
+}
+
+// ---- reading and matching ----
+
+// Takes over what was read of the same cuts before.
+void GridFind::List()
+{
+    std::vector<Entry> colBefore = std::exchange(m_colEntries, {});
+    std::unordered_map<const Cut*, std::size_t> colByCut;
+    for (std::size_t i = 0; i < colBefore.size(); ++i)
+        if (colBefore[i].bKnown)
+            colByCut.emplace(colBefore[i].cCut.get(), i);
+    m_colEntries.resize(m_cGrid.ListedCount());
+    m_read = 0;
+    m_found = 0;
+    m_matched = SearchWords();
+    for (std::size_t i = 0; i < m_colEntries.size(); ++i)
+    {
+        Entry& entry = m_colEntries[i];
+        entry.cCut = m_cGrid.ListedCut(i);
+        const auto before = colByCut.find(entry.cCut.get());
+        if (before == colByCut.end())
+            continue;
+        entry.sFields = colBefore[before->second].sFields;
+        entry.bKnown = SetFound(entry, true);
+    }
+}
+
+// Reads for a step's time. Returns whether other cuts are found now.
+bool GridFind::ReadOn()
+{
+    const Clock& cClock = m_cMod.Ports().cClock;
+    const std::uint32_t lStart = cClock.TickCount();
+    bool bChanged = false;
+    while (!AllRead() && cClock.TickCount() - lStart < lStepMs)
+        bChanged |= Read(m_colEntries[m_read++]);
+    return bChanged;
+}
+
+bool GridFind::Read(Entry& entry)
+{
+    std::string sFields = FieldsOf(*entry.cCut);
+    if (entry.bKnown && sFields == entry.sFields)
+        return false;
+    entry.sFields = std::move(sFields);
+    entry.bKnown = true;
+    return SetFound(entry, m_matched.FoundIn(entry.sFields));
+}
+
+// Matches what is known with the words as they are typed now. Returns whether other cuts are found.
+bool GridFind::Match()
+{
+    const bool bFewer = m_words.NarrowerThan(m_matched);
+    bool bChanged = false;
+    for (Entry& entry : m_colEntries)
+        if (entry.bKnown && (entry.bFound || !bFewer))
+            bChanged |= SetFound(entry, m_words.FoundIn(entry.sFields));
+    m_matched = m_words;
+    return bChanged;
+}
+
+// Returns whether it was another value before.
+bool GridFind::SetFound(Entry& entry, bool bFound)
+{
+    if (std::exchange(entry.bFound, bFound) == bFound)
+        return false;
+    bFound ? ++m_found : --m_found;
+    return true;
+}
+
+void GridFind::Narrow(ViewOrder& cOrder) const
+{
+    std::vector<bool> bKept;
+    if (!m_matched.Empty())
+        for (const Entry& entry : m_colEntries)
+            bKept.push_back(entry.bFound);
+    cOrder.Narrow(std::move(bKept));
+}
+
+void GridFind::ShowCount()
+{
+    if (m_matched.Empty())
+        return m_cBar.SetCount(L"");
+    const wchar_t* sMore = AllRead() ? L"" : L"\u2026";
+    m_cBar.SetCount(CountText(m_found) + L" of " + CountText(m_colEntries.size()) + sMore);
+}
+
+} // namespace ravlo
