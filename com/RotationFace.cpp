@@ -153,18 +153,27 @@ STDMETHODIMP RotationFace::WriteReport(_clsSimulation* cSimulation, BSTR sFile)
 
 STDMETHODIMP RotationFace::get_CanUndo(VARIANT_BOOL* pVal)
 {
-    return Return(pVal, [] { return false; });
+    return Get(pVal, &m_cRotation, &clsRotation::CanUndo);
 }
 STDMETHODIMP RotationFace::get_UndoText(BSTR* pVal)
 {
-    return Return(pVal, [] { return std::wstring(); });
+    return Return(pVal, [&] { return m_cRotation.UndoText(); });
 }
 STDMETHODIMP RotationFace::Undo()
 {
-    return Guard([&] {
-        m_cRotation.MustBePopulated();
-        throw RuntimeError(error::NotImplemented);
-    });
+    return Guard([&] { m_cRotation.Undo(); });
+}
+STDMETHODIMP RotationFace::get_CanRedo(VARIANT_BOOL* pVal)
+{
+    return Get(pVal, &m_cRotation, &clsRotation::CanRedo);
+}
+STDMETHODIMP RotationFace::get_RedoText(BSTR* pVal)
+{
+    return Return(pVal, [&] { return m_cRotation.RedoText(); });
+}
+STDMETHODIMP RotationFace::Redo()
+{
+    return Guard([&] { m_cRotation.Redo(); });
 }
 
 } // namespace ravlo

@@ -39,6 +39,9 @@ public:
     STDMETHODIMP get_CanUndo(VARIANT_BOOL* pVal) override;
     STDMETHODIMP get_UndoText(BSTR* pVal) override;
     STDMETHODIMP Undo() override;
+    STDMETHODIMP get_CanRedo(VARIANT_BOOL* pVal) override;
+    STDMETHODIMP get_RedoText(BSTR* pVal) override;
+    STDMETHODIMP Redo() override;
 
     static const ClassIdentity identity;
 

@@ -56,6 +56,14 @@ public:
     std::shared_ptr<const Explanation> LastExplanation(const std::wstring& strSubCatKey) const;
     void SpreadCategories(const Cats& colCats, bool bConfirmFirst) const;
 
+    // See clsSchedMan. CanUndo and CanRedo are false, and the texts empty, without a manager.
+    bool CanUndo() const noexcept { return m_cScheduler && m_cScheduler->CanUndo(); }
+    std::wstring UndoText() const { return m_cScheduler ? m_cScheduler->UndoText() : std::wstring(); }
+    std::wstring Undo() const { return Populated()->Undo(); }
+    bool CanRedo() const noexcept { return m_cScheduler && m_cScheduler->CanRedo(); }
+    std::wstring RedoText() const { return m_cScheduler ? m_cScheduler->RedoText() : std::wstring(); }
+    std::wstring Redo() const { return Populated()->Redo(); }
+
     // Writes the report of a simulation in one step: JSON when the file's name ends with .json, else HTML.
     // Looks for what helps first; progress and precondition as in clsSimulation.
     void WriteReport(const clsSimulation& cSimulation, const std::wstring& sFile,

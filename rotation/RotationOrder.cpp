@@ -78,7 +78,7 @@ std::vector<TextKey> OrderOf(const CutCollection& colOrder)
     return colKeys;
 }
 
-void PutInOrder(CutCollection& colOrder, const std::vector<TextKey>& colKeys)
+std::vector<std::size_t> PositionsInOrder(const CutCollection& colOrder, const std::vector<TextKey>& colKeys)
 {
     std::vector<std::size_t> colPositions;
     colPositions.reserve(colOrder.Count());
@@ -94,7 +94,12 @@ void PutInOrder(CutCollection& colOrder, const std::vector<TextKey>& colKeys)
     for (std::size_t position = 0; position < colNamed.size(); ++position)
         if (!colNamed[position])
             colPositions.push_back(position);
-    colOrder.Reorder(colPositions);
+    return colPositions;
+}
+
+void PutInOrder(CutCollection& colOrder, const std::vector<TextKey>& colKeys)
+{
+    colOrder.Reorder(PositionsInOrder(colOrder, colKeys));
 }
 
 } // namespace ravlo

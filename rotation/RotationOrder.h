@@ -5,6 +5,7 @@
 #include "model/clsCat.h"
 #include "rotation/Selection.h"
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -22,6 +23,8 @@ bool SendToBackOfCategory(clsCat* cSubCat, const Cut* cCut, const SelectionConte
 
 // Returns the keys of an order, to put it back later. Items without a key are left out.
 std::vector<TextKey> OrderOf(const CutCollection& colOrder);
+// Returns the present positions of the items in the order that PutInOrder makes.
+std::vector<std::size_t> PositionsInOrder(const CutCollection& colOrder, const std::vector<TextKey>& colKeys);
 // Puts the items of these keys first, in this order. Keys that are not there are passed over; items that the
 // keys do not name follow in their present order.
 void PutInOrder(CutCollection& colOrder, const std::vector<TextKey>& colKeys);

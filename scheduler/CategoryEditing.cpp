@@ -26,9 +26,10 @@ bool Contains(const SchedulerState& cState, const std::shared_ptr<clsCat>& cSubC
     return cState.Present(cSubCat) == cSubCat;
 }
 
-// Moves the cuts with these keys, in this order, in front of the cut at PosInto (from 1). Returns false when
-// none of them is there.
-bool MoveInFrontOf(CutCollection& colCuts, const std::vector<TextKey>& colKeys, std::int32_t PosInto)
+// Returns the present positions of a level's cuts in the order in which the cuts with these keys, in this
+// order, are in front of the cut at PosInto (from 1). Returns nothing when none of them is there.
+std::vector<std::size_t> MovedInFrontOf(const CutCollection& colCuts, const std::vector<TextKey>& colKeys,
+                                        std::int32_t PosInto)
 {
     const std::size_t lCount = colCuts.Count();
     std::vector<std::size_t> colMoved; // positions, in the order given
@@ -42,7 +43,7 @@ bool MoveInFrontOf(CutCollection& colCuts, const std::vector<TextKey>& colKeys, 
         colMoved.push_back(*position);
     }
     if (colMoved.empty())
-        return false;
+        return {};
     const std::size_t before = std::min(lCount, static_cast<std::size_t>(std::max(PosInto, 1) - 1));
     std::vector<std::size_t> colOrder;
     colOrder.reserve(lCount);
@@ -53,8 +54,16 @@ bool MoveInFrontOf(CutCollection& colCuts, const std::vector<TextKey>& colKeys, 
         if (position < lCount && !bMoves[position])
             colOrder.push_back(position);
     }
-    colCuts.Reorder(colOrder);
-    return true;
+    return colOrder;
+}
+
+// Puts the cuts of a level in another order, and records the present one when that makes a difference.
+void PutAt(const clsCat& cSubCat, const std::vector<std::size_t>& colPositions, ChangeRecord& record)
+{
+    if (std::is_sorted(colPositions.begin(), colPositions.end()))
+        return;
+    record.colOrders.push_back({{cSubCat.CatName(), cSubCat.CatLevel()}, OrderOf(*cSubCat.SchedCuts())});
+    cSubCat.SchedCuts()->Reorder(colPositions);
 }
 
 // A main category of the request: its levels to work on, and whether it was listed itself.
@@ -119,9 +128,8 @@ void CategoryEditing::ShuffleCategories(const Cats& colCats, bool bConfirmFirst)
         return;
     Random& cRandom = m_cState.cMod.Ports().cRandom;
     cRandom.Randomize();
-    ReorderCategories(colPresent, [&](clsCat& cSubCat) {
-        const std::shared_ptr<CutCollection> colCuts = cSubCat.SchedCuts();
-        colCuts->Reorder(RandomOrder(cRandom, colCuts->Count()));
+    ReorderCategories(colPresent, L"shuffle of ", [&](const clsCat& cSubCat) {
+        return RandomOrder(cRandom, cSubCat.SchedCuts()->Count());
     });
 }
 
@@ -133,9 +141,9 @@ void CategoryEditing::SpreadCategories(const Cats& colCats, bool bConfirmFirst, 
          !IsConfirmed({L"Spread Categories", L"Are you sure you want to spread the cuts in: ", L"?"},
                       colPresent)))
         return;
-    ReorderCategories(colPresent, [&](clsCat& cSubCat) {
+    ReorderCategories(colPresent, L"spread of ", [&](const clsCat& cSubCat) {
         const std::vector<TextKey> colKeys = newOrder(cSubCat);
-        PutInOrder(*cSubCat.SchedCuts(), colKeys);
+        return PositionsInOrder(*cSubCat.SchedCuts(), colKeys);
     });
 }
 
@@ -146,10 +154,11 @@ bool CategoryEditing::IsConfirmed(const Question& question, const Cats& colPrese
            BoxAnswer::Yes;
 }
 
-void CategoryEditing::ReorderCategories(const Cats& colPresent,
-                                        const std::function<void(clsCat& cSubCat)>& reorder)
+void CategoryEditing::ReorderCategories(const Cats& colPresent, const wchar_t* sWhat,
+                                        const NewPositions& newPositions)
 {
     AffectedCats cAffected;
+    ChangeRecord record;
     std::optional<RuntimeError> cFailed;
     for (const Chosen& chosen : ChosenOf(PresentOf(m_cState, colPresent))) // the host may have reloaded
     {
@@ -159,7 +168,8 @@ void CategoryEditing::ReorderCategories(const Cats& colPresent,
         {
             try
             {
-                reorder(*cSubCat);
+                const std::vector<std::size_t> colPositions = newPositions(*cSubCat);
+                PutAt(*cSubCat, colPositions, record);
             }
             catch (...)
             {
@@ -168,6 +178,7 @@ void CategoryEditing::ReorderCategories(const Cats& colPresent,
         }
         cAffected.Touch(chosen.cMainCat->CatName());
     }
+    m_cState.cUndo.Add(sWhat + ListCats(colPresent, mostInUndoText), std::move(record));
     SaveReordered(cAffected);
     if (cFailed)
         throw *cFailed;
@@ -199,6 +210,9 @@ bool CategoryEditing::DeleteCats(const Cats& colCats)
     for (const Chosen& chosen : ChosenOf(colPresent))
         bAll = DeleteChosen(cChanges, chosen.cMainCat, chosen.colLevels, chosen.bMainListed) && bAll;
     CutChanges::Ending ending;
+    ending.changed = [&](const ChangeRecord& record) {
+        m_cState.cUndo.Add(L"deletion of " + ListCats(colPresent, mostInUndoText), record);
+    };
     ending.afterSave = [this] { m_cState.cEvents.ProgressDone(L"Categories Deleted."); };
     ending.show = [&](const RuntimeError& cError) {
         bAll = false;
@@ -305,8 +319,14 @@ void CategoryEditing::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, co
     if (!cSubCat)
         throw RuntimeError(error::InvalidProcedureCall,
                            L"The category to move cuts in does not exist any more");
-    if (MoveInFrontOf(*cSubCat->SchedCuts(), colKeys, PosInto))
+    if (const std::vector<std::size_t> colPositions = MovedInFrontOf(*cSubCat->SchedCuts(), colKeys, PosInto);
+        !colPositions.empty())
+    {
+        ChangeRecord record;
+        PutAt(*cSubCat, colPositions, record);
+        m_cState.cUndo.Add(L"re-order of " + NameOf(*cSubCat), std::move(record));
         cAffected.Touch(cSubCat->CatName());
+    }
     if (cAffected.Count() == 0)
         return;
     for (const std::wstring& sName : cAffected)

@@ -21,6 +21,8 @@ std::wstring ListCats(const Cats& colCats, std::size_t most = 0);
 
 // A question lists this many categories before "... (+n)": more would not fit a screen.
 inline constexpr std::size_t mostListed = 30;
+// What an undo names, so that it fits a menu.
+inline constexpr std::size_t mostInUndoText = 3;
 
 // Shuffles, deletes and re-orders existing categories, for windows and hosts. A host may pass a category from
 // before a reload: the tree's category of the same name and number is used. Errors that are not reported here
@@ -72,7 +74,9 @@ private:
         const wchar_t* sEnd = L"";
     };
     bool IsConfirmed(const Question& question, const Cats& colPresent);
-    void ReorderCategories(const Cats& colPresent, const std::function<void(clsCat& cSubCat)>& reorder);
+    // The present positions of a level's cuts in their new order. May let the host run.
+    using NewPositions = std::function<std::vector<std::size_t>(const clsCat& cSubCat)>;
+    void ReorderCategories(const Cats& colPresent, const wchar_t* sWhat, const NewPositions& newPositions);
     void SaveReordered(const AffectedCats& cAffected);
 
     SchedulerState& m_cState;

@@ -3,7 +3,9 @@
 
 #include "base/TextKey.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,16 +16,24 @@ namespace ravlo
 // keys, so a record keeps nothing alive and remains valid after a reload.
 struct ChangeRecord
 {
+    struct State
+    {
+        std::int32_t lCatLevel;
+        std::wstring sCategoryText;
+
+        friend bool operator==(const State&, const State&) = default;
+    };
     struct Cut
     {
         TextKey cKey;
-        std::int32_t lCatLevel;
-        std::wstring sCategoryText;
+        State before;
+        std::optional<State> after; // what the change made of it; empty when it could not be read
     };
     struct Category // a level; a main category when lLevel is 0
     {
         std::wstring sCatName;
         std::int32_t lLevel;
+        std::size_t position = 0; // of a deleted main category in the tree
 
         friend bool operator==(const Category&, const Category&) = default;
     };
@@ -33,12 +43,27 @@ struct ChangeRecord
         std::vector<TextKey> colKeys; // in rotation order
     };
 
+    struct Renamed
+    {
+        std::wstring sFrom;
+        std::wstring sTo;
+
+        friend bool operator==(const Renamed&, const Renamed&) = default;
+    };
+
     std::vector<Cut> colCuts; // each changed cut, once
     // Each level that a cut joined, left or moved in, once. Costs a copy of the level's keys, which share
     // their texts: two pointers per cut.
     std::vector<Order> colOrders;
     std::vector<Category> colMade;    // created by the change, in this order
     std::vector<Category> colDeleted; // deleted by the change, in this order
+    std::vector<Renamed> colRenamed;  // main categories, in this order
+
+    bool IsEmpty() const noexcept
+    {
+        return colCuts.empty() && colOrders.empty() && colMade.empty() && colDeleted.empty() &&
+               colRenamed.empty();
+    }
 };
 
 } // namespace ravlo

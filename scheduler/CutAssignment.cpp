@@ -23,6 +23,19 @@ std::wstring Joined(const std::vector<std::wstring>& colNames)
     return sText;
 }
 
+// What an undo calls the cut: its key when its texts cannot be read.
+std::wstring ArtistAndTitle(const Cut& cCut)
+{
+    try
+    {
+        return cCut.Artist() + L" - " + cCut.Title();
+    }
+    catch (...)
+    {
+        return cCut.Key().Text();
+    }
+}
+
 void SetBoth(Cut& cCut, std::int32_t lCatLevel, const std::wstring& sCategoryText)
 {
     const std::int32_t lBefore = cCut.CatLevel();
@@ -50,6 +63,7 @@ void AssignCut(SchedulerState& cState, Synchronisation& cSync, const std::shared
     const std::shared_ptr<DataBase> cDataBase = cState.cDataBase;
     if (!cDataBase || !cDataBase->CutByKey(cCut->Key()))
         return SetBoth(*cCut, lCatLevel, sCategoryText);
+    const std::wstring sWhat = L"assignment of " + ArtistAndTitle(*cCut);
     CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
     CutChanges::Rhythm rhythm;
     rhythm.mayLeave = [&](const SchedulerState::Place& place) {
@@ -69,8 +83,10 @@ void AssignCut(SchedulerState& cState, Synchronisation& cSync, const std::shared
         rhythm);
     std::vector<RuntimeError> colErrors;
     CutChanges::Ending ending;
+    ending.changed = [&](const ChangeRecord& record) { cState.cUndo.Add(sWhat, record); };
     ending.show = [&](const RuntimeError& cError) { colErrors.push_back(cError); };
-    const bool bAssigned = !cChanges.Finish(ending).colCuts.empty();
+    cChanges.Finish(ending);
+    const bool bAssigned = cChanges.CutsDone() != 0;
     std::optional<RuntimeError> cFailure;
     if (!bAssigned && !colErrors.empty())
     {

@@ -67,6 +67,30 @@ void CutChanges::RunOne(const std::shared_ptr<Cut>& cCut, const Change& change, 
     Run({cCut}, change, rhythm);
 }
 
+void CutChanges::RunWhole(const Cuts& colCuts, const Change& change, const Rhythm& rhythm)
+{
+    Begin();
+    if (rhythm.mayLeave)
+        GuardEmptying(colCuts, rhythm);
+    try
+    {
+        for (std::size_t at = 0; at < colCuts.size(); ++at)
+            TryOwn(colCuts[at], change, at);
+        if (const std::unique_ptr<DataBase::Batch> cBatch = std::exchange(m_cBatch, nullptr))
+            cBatch->Commit();
+    }
+    catch (...)
+    {
+        const std::exception_ptr cFailure = std::current_exception();
+        m_cBatch.reset();
+        TakeBack({});
+        m_cPlacement.RecalcTouched();
+        std::rethrow_exception(cFailure);
+    }
+    Commit();
+    m_cPlacement.RecalcTouched();
+}
+
 void CutChanges::Failed(const Cut& cCut) noexcept
 {
     if (m_bCounts)
@@ -131,8 +155,24 @@ void CutChanges::KeepStep()
     const std::vector<ChangeRecord::Category> colMade = std::exchange(m_colMade, {});
     m_record.colMade.insert(m_record.colMade.end(), colMade.begin(), colMade.end());
     for (const Changed& changed : colChanged)
-        if (m_colRecordedCuts.Add(changed.before.cKey, {}))
-            m_record.colCuts.push_back(changed.before);
+        KeepCut(changed);
+}
+
+// A cut that was changed several times is recorded with its first state and its last.
+void CutChanges::KeepCut(const Changed& changed)
+{
+    if (m_colRecordedCuts.Add(changed.record.cKey, m_record.colCuts.size()))
+        m_record.colCuts.push_back(changed.record);
+    std::optional<ChangeRecord::State>& after =
+        m_record.colCuts[*m_colRecordedCuts.Find(changed.record.cKey)].after;
+    try
+    {
+        after = ChangeRecord::State{changed.cCut->CatLevel(), changed.cCut->CategoryText()};
+    }
+    catch (...)
+    {
+        after.reset();
+    }
 }
 
 ChangeRecord CutChanges::Finish(const Ending& ending)
@@ -140,6 +180,10 @@ ChangeRecord CutChanges::Finish(const Ending& ending)
     Commit();
     m_cPlacement.RecalcTouched();
     m_bFinished = true;
+    ForgetUnchangedOrders();
+    ForgetUnchangedCuts();
+    if (ending.changed && !m_record.IsEmpty())
+        ending.changed(m_record);
     if (ending.beforeSave)
         ending.beforeSave(m_cAffected.Count());
     if (ending.save)
@@ -282,7 +326,7 @@ void CutChanges::TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, 
     FollowNewKey(cCut, cKey);
     const Mark mark = Now();
     m_colChanged.push_back({cCut,
-                            {cKey, cCut->CatLevel(), cCut->CategoryText()},
+                            {cKey, {cCut->CatLevel(), cCut->CategoryText()}, {}},
                             m_cState.cPlacedCuts.Recall(cKey),
                             m_cState.populations});
     try
@@ -359,18 +403,18 @@ void CutChanges::PutBack(const Changed& changed) noexcept
         }
     };
     Attempt([&] {
-        if (cCut->CategoryText() != changed.before.sCategoryText)
-            cCut->SetCategoryText(changed.before.sCategoryText);
+        if (cCut->CategoryText() != changed.record.before.sCategoryText)
+            cCut->SetCategoryText(changed.record.before.sCategoryText);
     });
     Attempt([&] {
-        if (cCut->CatLevel() != changed.before.lCatLevel)
-            cCut->SetCatLevel(changed.before.lCatLevel);
+        if (cCut->CatLevel() != changed.record.before.lCatLevel)
+            cCut->SetCatLevel(changed.record.before.lCatLevel);
     });
     if (bWhole)
-        Attempt([&] { m_cState.cPlacedCuts.Restore(changed.before.cKey, changed.placed); });
+        Attempt([&] { m_cState.cPlacedCuts.Restore(changed.record.cKey, changed.placed); });
     if (bWhole)
         return;
-    m_cState.cPlacedCuts.Forget(changed.before.cKey);
+    m_cState.cPlacedCuts.Forget(changed.record.cKey);
     Attempt([&] { ModifyCut(cCut); });
 }
 

@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <span>
@@ -73,6 +74,9 @@ public:
     std::size_t Run(const Cuts& colCuts, const Change& change, const Rhythm& rhythm);
     // As Run for a single cut; its error is reported without a count.
     void RunOne(const std::shared_ptr<Cut>& cCut, const Change& change, const Rhythm& rhythm);
+    // Changes all of the cuts, in one batch, or none: throws the first error after everything done since the
+    // last Run is put back. Reports nothing and pumps nothing. Precondition: Origin::Own.
+    void RunWhole(const Cuts& colCuts, const Change& change, const Rhythm& rhythm);
 
     // ---- what a change is made of
 
@@ -101,8 +105,16 @@ public:
     // Updates the tree when the cut's key has changed to cKey since it was placed, and touches the categories
     // concerned. This stays even when the change of the cut is put back. For Origin::Own, Run calls it.
     void FollowNewKey(const std::shared_ptr<Cut>& cCut, const TextKey& cKey);
-    // Returns the main category of that name; creates it when missing.
-    std::shared_ptr<clsCat> Ensure(const NameLists::Name& name);
+    // Returns the main category of that name; creates it when missing, at that position or the end.
+    std::shared_ptr<clsCat> Ensure(const NameLists::Name& name,
+                                   std::size_t position = std::numeric_limits<std::size_t>::max());
+    // Returns the level of that number; creates it when missing.
+    std::shared_ptr<clsCat> EnsureLevel(const std::shared_ptr<clsCat>& cMainCat, std::int32_t lLevel);
+    // Adds a cut to the end of a level that does not contain it, and touches the level. The cut keeps its
+    // category names, whatever they are.
+    void Join(const SchedulerState::Place& place, const std::shared_ptr<Cut>& cCut, const TextKey& cKey);
+    // As PutInOrder of RotationOrder.h, and touches the level when its order changes.
+    void PutInOrder(const SchedulerState::Place& place, const std::vector<TextKey>& colKeys);
 
     // Marks the main category to be saved at the end, unless the change that touched it is put back.
     void Touch(const std::wstring& sCatName);
@@ -111,6 +123,8 @@ public:
     const AffectedCats& Affected() const noexcept { return m_cAffected; }
     // Call before removing this category from the tree. Precondition: it contains no cuts.
     void Deleting(const clsCat& cCat);
+    // Number of cuts that were changed as a whole, each once, even when the change made no difference.
+    std::size_t CutsDone() const noexcept { return m_colRecordedCuts.Count(); }
     // Collects the errors.
     Placement& Problems() noexcept { return m_cPlacement; }
 
@@ -118,6 +132,8 @@ public:
 
     struct Ending
     {
+        // Called first with what was changed, before anything else runs. Not called when nothing was.
+        std::function<void(const ChangeRecord& record)> changed;
         // Empty: the host saves. A file that was written before the change keeps its markers until then.
         std::optional<SaveMode> save = SaveMode{};
         std::function<void(std::size_t affected)> beforeSave;
@@ -125,15 +141,15 @@ public:
         std::function<void(const RuntimeError&)> show; // called once for each error
     };
     // Saves what was touched, and the list of categories when one was created, then reports the errors. An
-    // exception of afterSave is thrown after the report. Returns where everything was before; empty for
-    // Origin::DataBase.
+    // exception of afterSave is thrown after the report. Returns where everything that differs now was
+    // before; empty for Origin::DataBase.
     ChangeRecord Finish(const Ending& ending);
 
 private:
     struct Changed // a cut's state before it was changed
     {
         std::shared_ptr<Cut> cCut;
-        ChangeRecord::Cut before;
+        ChangeRecord::Cut record;
         std::optional<PlacedCuts::Entry> placed;
         std::uint64_t population;
     };
@@ -162,10 +178,14 @@ private:
     void TakeBack(const Mark& mark) noexcept;
     void PutBack(const Changed& changed) noexcept;
     void KeepStep();
+    void KeepCut(const Changed& changed);
+    void ForgetUnchangedOrders();
+    void ForgetUnchangedCuts();
+    std::unordered_set<TextKey> KeysThatJoinedOrLeft() const;
+    std::shared_ptr<clsCat> LevelOf(const ChangeRecord::Category& category) const;
     void WillUndo(std::function<void()> undo);
     void WillReturn(const std::shared_ptr<clsCat>& cSubCat, const TextKey& cKey, std::size_t position);
     void RecordOrder(const std::shared_ptr<clsCat>& cSubCat);
-    std::shared_ptr<clsCat> EnsureLevel(const std::shared_ptr<clsCat>& cMainCat, std::int32_t lLevel);
     void PlaceAsNamed(const std::shared_ptr<Cut>& cCut, const NameLists::Name& name);
     bool IsPlacedAsAssigned(const Cut& cCut) const;
     void EndGuards();
@@ -189,8 +209,8 @@ private:
 
     // Main categories whose files have markers in front of each level, by name.
     OrderedKeyedCollection<std::unique_ptr<HistoryFiles::EmptyingLevels>> m_colGuards;
-    ChangeRecord m_record; // of the steps before, and every order
-    OrderedKeyedCollection<char> m_colRecordedCuts;
+    ChangeRecord m_record;                                 // of the steps before, and every order
+    OrderedKeyedCollection<std::size_t> m_colRecordedCuts; // positions in m_record.colCuts
     std::unordered_set<std::shared_ptr<clsCat>> m_colRecordedOrders;
 };
 

@@ -2,6 +2,7 @@
 // The steps a change of cuts consists of.
 
 #include "base/Text.h"
+#include "rotation/RotationOrder.h"
 #include "scheduler/CutChanges.h"
 
 #include <algorithm>
@@ -124,6 +125,32 @@ std::shared_ptr<clsCat> CutChanges::EnsureLevel(const std::shared_ptr<clsCat>& c
     return cMade;
 }
 
+void CutChanges::Join(const SchedulerState::Place& place, const std::shared_ptr<Cut>& cCut,
+                      const TextKey& cKey)
+{
+    const std::shared_ptr<clsCat> cSubCat = place.cSubCat;
+    RecordOrder(cSubCat);
+    WillUndo([this, cSubCat, cKey] {
+        if (cSubCat->SchedCuts()->Remove(cKey))
+            m_cPlacement.Touch(cSubCat);
+    });
+    cSubCat->SchedCuts()->Add(cKey, cCut);
+    m_cPlacement.Touch(cSubCat);
+    Touch(place.cMainCat->CatName());
+}
+
+void CutChanges::PutInOrder(const SchedulerState::Place& place, const std::vector<TextKey>& colKeys)
+{
+    const std::shared_ptr<CutCollection> colCuts = place.cSubCat->SchedCuts();
+    const std::vector<std::size_t> colPositions = PositionsInOrder(*colCuts, colKeys);
+    if (std::is_sorted(colPositions.begin(), colPositions.end()))
+        return;
+    RecordOrder(place.cSubCat);
+    WillUndo([colCuts, colBefore = OrderOf(*colCuts)] { ravlo::PutInOrder(*colCuts, colBefore); });
+    colCuts->Reorder(colPositions);
+    Touch(place.cMainCat->CatName());
+}
+
 void CutChanges::PlaceLast(const std::shared_ptr<Cut>& cCut, const std::shared_ptr<clsCat>& cMainCat)
 {
     const TextKey cKey = cCut->Key();
@@ -161,7 +188,7 @@ void CutChanges::PlaceAsNamed(const std::shared_ptr<Cut>& cCut, const NameLists:
     }
 }
 
-std::shared_ptr<clsCat> CutChanges::Ensure(const NameLists::Name& name)
+std::shared_ptr<clsCat> CutChanges::Ensure(const NameLists::Name& name, std::size_t position)
 {
     const std::shared_ptr<CatCollection> colMainCats = m_cState.colMainCats;
     if (const std::shared_ptr<clsCat>* cFound = colMainCats->Find(name.cKey))
@@ -169,7 +196,9 @@ std::shared_ptr<clsCat> CutChanges::Ensure(const NameLists::Name& name)
     WillUndo([colMainCats, cKey = name.cKey] { RemoveIfEmpty(*colMainCats, cKey); });
     if (IsOwn())
         m_colMade.push_back({name.sName, 0});
-    return EnsureMainCat(m_cState.cMod, *colMainCats, name);
+    auto cMainCat = std::make_shared<clsCat>(m_cState.cMod, name.sName, 0);
+    colMainCats->Insert(std::min(position, colMainCats->Count()), &name.cKey, cMainCat);
+    return cMainCat;
 }
 
 void CutChanges::AddCutToCategory(const std::shared_ptr<Cut>& cCut, const std::wstring& sCatName)
@@ -300,19 +329,65 @@ void CutChanges::RecordOrder(const std::shared_ptr<clsCat>& cSubCat)
 {
     if (!IsOwn() || m_colRecordedOrders.count(cSubCat) != 0)
         return;
-    const CutCollection& colCuts = *cSubCat->SchedCuts();
-    ChangeRecord::Order order{{cSubCat->CatName(), cSubCat->CatLevel()}, {}};
-    order.colKeys.reserve(colCuts.Count());
-    for (std::size_t position = 0; position < colCuts.Count(); ++position)
-        if (const TextKey* cKey = colCuts.KeyAt(position))
-            order.colKeys.push_back(*cKey);
-    m_record.colOrders.push_back(std::move(order));
+    m_record.colOrders.push_back({{cSubCat->CatName(), cSubCat->CatLevel()}, OrderOf(*cSubCat->SchedCuts())});
     m_colRecordedOrders.insert(cSubCat);
+}
+
+// A level of which the changes were put back, or that has its order again.
+void CutChanges::ForgetUnchangedOrders()
+{
+    std::erase_if(m_record.colOrders, [&](const ChangeRecord::Order& order) {
+        const std::shared_ptr<clsCat> cSubCat = LevelOf(order.category);
+        return cSubCat && OrderOf(*cSubCat->SchedCuts()) == order.colKeys;
+    });
+}
+
+// A cut that is in its levels as before, with the same number and names.
+void CutChanges::ForgetUnchangedCuts()
+{
+    const auto IsAsBefore = [](const ChangeRecord::Cut& cut) { return cut.after == cut.before; };
+    if (std::none_of(m_record.colCuts.begin(), m_record.colCuts.end(), IsAsBefore))
+        return;
+    const std::unordered_set<TextKey> colMoved = KeysThatJoinedOrLeft();
+    std::erase_if(m_record.colCuts, [&](const ChangeRecord::Cut& cut) {
+        return IsAsBefore(cut) && colMoved.count(cut.cKey) == 0;
+    });
+}
+
+std::unordered_set<TextKey> CutChanges::KeysThatJoinedOrLeft() const
+{
+    std::unordered_set<TextKey> colMoved;
+    const auto Compare = [&](const std::vector<TextKey>& colBefore, const std::vector<TextKey>& colNow) {
+        std::unordered_set<TextKey> colOnlyNow(colNow.begin(), colNow.end());
+        for (const TextKey& cKey : colBefore)
+            if (colOnlyNow.erase(cKey) == 0)
+                colMoved.insert(cKey);
+        colMoved.merge(colOnlyNow);
+    };
+    for (const ChangeRecord::Order& order : m_record.colOrders)
+        if (const std::shared_ptr<clsCat> cSubCat = LevelOf(order.category))
+            Compare(order.colKeys, OrderOf(*cSubCat->SchedCuts()));
+        else
+            Compare(order.colKeys, {});
+    for (const ChangeRecord::Category& made : m_record.colMade)
+        if (const std::shared_ptr<clsCat> cSubCat = LevelOf(made))
+            Compare({}, OrderOf(*cSubCat->SchedCuts()));
+    return colMoved;
+}
+
+// The tree's level of that name and number; null when there is none, and for a main category.
+std::shared_ptr<clsCat> CutChanges::LevelOf(const ChangeRecord::Category& category) const
+{
+    const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(category.sCatName);
+    return cMainCat && category.lLevel != 0 ? cMainCat->SubCat(category.lLevel) : nullptr;
 }
 
 void CutChanges::Deleting(const clsCat& cCat)
 {
-    m_record.colDeleted.push_back({cCat.CatName(), cCat.CatLevel()});
+    const std::optional<std::size_t> position =
+        cCat.CatLevel() == 0 ? m_cState.colMainCats->PositionOf(CategoryKey(cCat.CatName(), 0))
+                             : std::nullopt;
+    m_record.colDeleted.push_back({cCat.CatName(), cCat.CatLevel(), position.value_or(0)});
 }
 
 } // namespace ravlo

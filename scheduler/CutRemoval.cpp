@@ -2,6 +2,7 @@
 #include "scheduler/CutRemoval.h"
 
 #include "base/CaseFolding.h"
+#include "scheduler/CategoryEditing.h"
 #include "scheduler/CutChanges.h"
 
 #include <algorithm>
@@ -22,11 +23,24 @@ bool MayLeave(const CutRemoval& removal, const SchedulerState::Place& place)
            (removal.lLevel == 0 || removal.lLevel == place.cSubCat->CatLevel());
 }
 
+// Records the removal to be undone, under the levels that the cuts have left.
+void AddStep(SchedulerState& cState, const ChangeRecord& record)
+{
+    Cats colLeft;
+    for (const ChangeRecord::Order& order : record.colOrders)
+        colLeft.push_back(
+            std::make_shared<clsCat>(cState.cMod, order.category.sCatName, order.category.lLevel));
+    cState.cUndo.Add(L"removal of " + CutsText(record.colCuts.size()) + L" from " +
+                         ListCats(colLeft, mostInUndoText),
+                     record);
+}
+
 // The end of a removal; saves only when save is set.
-CutChanges::Ending EndingOf(const SchedulerState& cState, std::optional<SaveMode> save)
+CutChanges::Ending EndingOf(SchedulerState& cState, std::optional<SaveMode> save)
 {
     CutChanges::Ending ending;
     ending.save = save;
+    ending.changed = [&cState](const ChangeRecord& record) { AddStep(cState, record); };
     ending.show = [&cState](const RuntimeError& cError) {
         cState.cMod.ShowCriticalError(L"Error in RemoveCutFromCategory [cSchedMan]", cError);
     };
@@ -68,8 +82,8 @@ void RemoveCut(SchedulerState& cState, Synchronisation& cSync, const CutRemoval&
         colFrom = TakeOutOfCategories(cState, cChanges, cCut, removal);
         },
         rhythm);
-    const ChangeRecord record = cChanges.Finish(EndingOf(cState, std::nullopt));
-    if (record.colCuts.empty())
+    cChanges.Finish(EndingOf(cState, std::nullopt));
+    if (cChanges.CutsDone() == 0)
         return; // nothing was removed
     for (const std::shared_ptr<clsCat>& cMainCat : colFrom)
         colMainCatsIN.Add(TextKey(cMainCat->CatName()), cMainCat);

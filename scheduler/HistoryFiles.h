@@ -91,6 +91,9 @@ public:
     // Deletes a category's file when there is one. On failure throws, and retries the deletion until it
     // succeeds or the category has records to save again: otherwise the next start would restore its levels.
     void DeleteFile(const std::wstring& sCatName);
+    // As DeleteFile, for a file that was read in full or written here; leaves another one alone. A failure is
+    // shown.
+    void DeleteKnownFile(const std::wstring& sCatName);
 
     // ---- what is still to be saved, quietly
 

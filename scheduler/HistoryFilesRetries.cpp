@@ -26,6 +26,14 @@ void HistoryFiles::DeleteFile(const std::wstring& sCatName)
     }
 }
 
+void HistoryFiles::DeleteKnownFile(const std::wstring& sCatName)
+{
+    TrapCritical(m_cMod, L"Error in SaveHistoryAndOrdering [cSchedMan]", [&] {
+        if (m_cMod.Saved().StateOf(SavePathOf(sCatName), this) == SavedFiles::State::Known)
+            DeleteFile(sCatName);
+    });
+}
+
 void HistoryFiles::SaveAfterPick(const std::shared_ptr<clsCat>& cMainCat, const CatCollection& colMainCats)
 {
     if (const auto sOther = m_cUnsaved.LongestDueExcept(cMainCat->CatName()))

@@ -80,6 +80,11 @@ std::size_t MassChange::RunChanges(const Cuts& colCuts, bool& bCreatedNewSubCats
     ending.show = [this](const RuntimeError& cError) {
         m_cState.cMod.ShowCriticalError(L"Error in DoMassCatChange [cSchedMan]", cError);
     };
+    ending.changed = [this](const ChangeRecord& record) {
+        m_cState.cUndo.Add((m_eOption == eCopyHere ? L"copy of " : L"move of ") +
+                               CutsText(record.colCuts.size()) + L" to " + ListCats({m_cTo}),
+                           record);
+    };
     for (const ChangeRecord::Category& category : cChanges.Finish(ending).colMade)
         bCreatedNewSubCats = bCreatedNewSubCats || category.lLevel != 0;
     return tried;

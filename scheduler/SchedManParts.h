@@ -90,6 +90,7 @@ struct clsSchedMan::Parts : SchedulerState
     std::shared_ptr<ravlo::DataBase> cNextDataBase; // while a tree is being built: its database
     Cuts colPlayed;                                 // copies, for the next database
     bool bPopulating = false;
+    bool bReversing = false; // an undo or redo is running
     bool bRotatesAllowed = false;
 };
 

@@ -9,6 +9,7 @@
 #include "scheduler/HistoryFiles.h"
 #include "scheduler/PlacedCuts.h"
 #include "scheduler/SchedulerWindows.h"
+#include "scheduler/UndoSteps.h"
 
 #include <cstdint>
 #include <memory>
@@ -23,7 +24,8 @@ namespace ravlo
 struct SchedulerState
 {
     explicit SchedulerState(ModScheduler& cModule)
-        : cMod(cModule), cEvents(cModule), cCategoryList(cModule), cHistoryFiles(cModule, cEvents)
+        : cMod(cModule), cEvents(cModule), cCategoryList(cModule), cHistoryFiles(cModule, cEvents),
+          cUndo(cModule)
     {
     }
 
@@ -99,6 +101,7 @@ struct SchedulerState
     std::shared_ptr<ravlo::DataBase> cDataBase;
     std::shared_ptr<CatCollection> colMainCats; // null before the first population
     PlacedCuts cPlacedCuts;
+    UndoSteps cUndo;
     std::uint64_t populations =
         0; // completed ones: a loop that pumps sees by it that the tree is another one
 };

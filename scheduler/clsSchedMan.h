@@ -24,6 +24,7 @@ namespace ravlo
 {
 
 struct Explanation;
+enum class UndoWay : int;
 class PlacedCuts;
 class Population;
 class RotationFiles;
@@ -116,6 +117,19 @@ public:
     void AssignCut(const std::shared_ptr<Cut>& cCut, std::int32_t lCatLevel,
                    const std::vector<std::wstring>& colCatNames);
 
+    // Undo and redo of the operations above, one each: shuffle, spread, re-order, move and copy, removal,
+    // deletion, new category or level, assignment. UndoText is such as "Undo shuffle of pop 1", empty when
+    // there is nothing to undo. Undo is one unit of work, saved at once; see ChangeReversal.h. It returns a
+    // text for a status bar, such as "Undone: shuffle of pop 1 (2 cuts are gone)". When it throws, nothing
+    // has changed and the step can be tried again: error 5 when there is nothing to undo, 70 during a
+    // population or another undo, 91 before the first population, else what prevented it.
+    bool CanUndo() const noexcept;
+    std::wstring UndoText() const;
+    std::wstring Undo();
+    bool CanRedo() const noexcept;
+    std::wstring RedoText() const;
+    std::wstring Redo();
+
     // Records a play; see PlayHistory.h. When the database refuses the play time, the play is still recorded,
     // the error is shown once, and the time is pending until the next play, saving of all orders or
     // population, or the manager's end, can write it. Until then the database's cut has its previous time.
@@ -172,6 +186,7 @@ private:
     std::shared_ptr<CatCollection> BuildTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
                                              Population& cPopulation, const std::wstring& sAppPath,
                                              bool bSameFolder);
+    std::wstring Reverse(UndoWay eWay, const std::wstring& sVerb, const wchar_t* sTitle);
     void RecordNotedPlays();
     std::shared_ptr<clsCat> RequireLevel(const std::wstring& strSubCatKey) const;
     // With files that have changed read again. Throws error 91 before the first population.

@@ -110,6 +110,7 @@ TEST_F(RotationTest, MembersAreRefusedWithoutAPopulatedManager)
         {L"SpreadCategories", DISPATCH_METHOD, {cItems}},
         {L"WriteReport", DISPATCH_METHOD, {cResult, cFile}},
         {L"Undo", DISPATCH_METHOD, {}},
+        {L"Redo", DISPATCH_METHOD, {}},
     };
     for (const ComPtr<_clsSchedMan>& cManager :
          {ComPtr<_clsSchedMan>(), Create<_clsSchedMan>(CLSID_clsSchedMan)})
@@ -126,10 +127,15 @@ TEST_F(RotationTest, MembersAreRefusedWithoutAPopulatedManager)
     EXPECT_EQ(Get(m_cRotation, &_clsRotation::get_SlotCount), 1);
     EXPECT_FALSE(Get(m_cRotation, &_clsRotation::get_CanUndo));
     EXPECT_EQ(Get(m_cRotation, &_clsRotation::get_UndoText), L"");
+    EXPECT_FALSE(Get(m_cRotation, &_clsRotation::get_CanRedo));
+    EXPECT_EQ(Get(m_cRotation, &_clsRotation::get_RedoText), L"");
     Do(m_cRotation, &_clsRotation::ClearPlan);
     EXPECT_EQ(Get(m_cRotation, &_clsRotation::get_SlotCount), 0);
     DoPutRef(m_cMan);
-    EXPECT_EQ(m_cRotation->Undo(), ErrorResult(445));
+    EXPECT_EQ(m_cRotation->Undo(), ErrorResult(5));
+    EXPECT_EQ(TakeErrorInfo().sDescription, L"There is nothing to undo");
+    EXPECT_EQ(m_cRotation->Redo(), ErrorResult(5));
+    EXPECT_EQ(TakeErrorInfo().sDescription, L"There is nothing to redo");
 }
 
 TEST_F(RotationTest, OptionsAreSavedAndDecideWhatACreditCounts)
