@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace ravlo
@@ -18,6 +19,60 @@ namespace
 {
 
 double Share(double dPart, double dWhole) { return dWhole > 0 ? dPart / dWhole : 0; }
+
+// A number that tells small numbers, and sums of them, apart.
+std::uint64_t Scattered(std::uint64_t number) noexcept
+{
+    number = (number + 0x9E3779B97F4A7C15) * 0xBF58476D1CE4E5B9;
+    number = (number ^ number >> 29) * 0x94D049BB133111EB;
+    return number ^ number >> 32;
+}
+
+// How much each artist is asked, over all levels.
+class ArtistLoads
+{
+public:
+    // Adds minutes of separation in all picks of a level. mark: of the artist's cuts there, equal for equal
+    // cuts.
+    void Add(const TextKey& cName, double dMins, std::uint64_t mark)
+    {
+        if (!(dMins > 0))
+            return;
+        const auto [it, bNew] = m_colPositions.try_emplace(cName, m_loads.size());
+        if (bNew)
+            m_loads.push_back({cName, 0, 0});
+        m_loads[it->second].dMins += dMins;
+        m_loads[it->second].mark += mark;
+    }
+    // Those that are asked too much, the worst first. Of names with the same cuts only the first: they are
+    // one fact.
+    std::vector<OverAskedArtist> OverAsked(double dDays) const
+    {
+        constexpr double dDayMins = 1440;
+        constexpr double dRounding = 1e-9;
+        std::vector<OverAskedArtist> overAsked;
+        std::unordered_set<std::uint64_t> colMarks;
+        for (const Load& load : m_loads)
+            if (const double dLoad = load.dMins / (dDays * dDayMins);
+                dLoad > 1 + dRounding && colMarks.insert(load.mark).second)
+                overAsked.push_back({load.cName.Text(), dLoad});
+        std::stable_sort(overAsked.begin(), overAsked.end(),
+                         [](const OverAskedArtist& a, const OverAskedArtist& b) {
+            return a.dLoad > b.dLoad;
+        });
+        return overAsked;
+    }
+
+private:
+    struct Load
+    {
+        TextKey cName;
+        double dMins;
+        std::uint64_t mark; // of the cuts
+    };
+    std::unordered_map<TextKey, std::size_t> m_colPositions; // in m_loads
+    std::vector<Load> m_loads;
+};
 
 class Diagnosis
 {
@@ -37,7 +92,7 @@ public:
         AddWarnings();
         for (std::size_t level = 0; level < m_result.levels.size(); ++level)
             AddLevel(level);
-        AddOverAsked();
+        m_health.overAsked = m_loads.OverAsked(m_result.PlayedDays());
         return std::move(m_health);
     }
 
@@ -67,13 +122,11 @@ private:
         health.sKey = CategoryKey(source.sCategory, source.lLevel);
         AddSeparations(health, level, makeUp);
         AddCuts(health, level);
-        AddArtists(health, source.order, makeUp);
+        AddArtists(health, level, makeUp);
         const Starvation starvation = StarvationOf(m_result, level);
         health.neverPlayed = Starved(level, starvation.neverPlayed);
         health.underHalf = Starved(level, starvation.underHalf);
         SetLight(health);
-        for (const ArtistUse& artist : health.artists)
-            AddLoad(artist.cName, artist.dShareOfCuts * health.lArtistSepMins * health.lPicks);
         m_health.levels.push_back(std::move(health));
     }
 
@@ -119,25 +172,33 @@ private:
         health.dMeanPlays = Share(dPlays, static_cast<double>(order.size()));
     }
 
-    void AddArtists(LevelHealth& health, const std::vector<CutNumber>& order, const MakeUp& makeUp)
+    void AddArtists(LevelHealth& health, std::size_t level, const MakeUp& makeUp)
     {
-        std::unordered_map<TextKey, std::int32_t> colPlays;
+        const std::vector<CutNumber>& order = m_station.levels[level].order;
+        struct OfCuts
+        {
+            std::int32_t lPlays = 0;
+            std::uint64_t mark = 0; // equal for equal cuts
+        };
+        std::unordered_map<TextKey, OfCuts> colOfCuts;
         for (std::size_t position = 0; position < order.size(); ++position)
         {
             const PlainCutValues& cut = m_station.cuts[order[position]].values;
             m_cutByCut.Next();
             m_names.ForEachName(cut.cArtist, cut.cTitle, [&](const TextKey& cName) {
-                colPlays[cName] += health.cuts[position].lPlays;
+                OfCuts& ofCuts = colOfCuts[cName];
+                ofCuts.lPlays += health.cuts[position].lPlays;
+                ofCuts.mark += Scattered(std::uint64_t{level} << 32 | position);
             });
         }
         health.artists.reserve(makeUp.artists.size());
         for (const MakeUp::Artist& artist : makeUp.artists)
         {
-            const std::int32_t lPlays = colPlays[artist.cName];
-            health.artists.push_back(
-                {artist.cName, static_cast<std::int32_t>(artist.cuts), lPlays,
-                 Share(static_cast<double>(artist.cuts), static_cast<double>(makeUp.cuts)),
-                 Share(lPlays, health.lPicks), m_patterns.OfArtist(artist.cName)});
+            const auto& [lPlays, mark] = colOfCuts[artist.cName];
+            const double dShare = Share(static_cast<double>(artist.cuts), static_cast<double>(makeUp.cuts));
+            health.artists.push_back({artist.cName, static_cast<std::int32_t>(artist.cuts), lPlays, dShare,
+                                      Share(lPlays, health.lPicks), m_patterns.OfArtist(artist.cName)});
+            m_loads.Add(artist.cName, dShare * health.lArtistSepMins * health.lPicks, mark);
         }
     }
 
@@ -166,31 +227,6 @@ private:
         return it->second;
     }
 
-    // Adds minutes of separation in all picks of a level to an artist.
-    void AddLoad(const TextKey& cName, double dMins)
-    {
-        const auto [it, bNew] = m_colLoads.try_emplace(cName, m_loads.size());
-        if (bNew)
-            m_loads.push_back({cName.Text(), 0});
-        m_loads[it->second].dLoad += dMins;
-    }
-
-    void AddOverAsked()
-    {
-        constexpr double dDayMins = 1440;
-        constexpr double dRounding = 1e-9;
-        for (OverAskedArtist& artist : m_loads)
-        {
-            artist.dLoad /= m_result.PlayedDays() * dDayMins;
-            if (artist.dLoad > 1 + dRounding)
-                m_health.overAsked.push_back(artist);
-        }
-        std::stable_sort(m_health.overAsked.begin(), m_health.overAsked.end(),
-                         [](const OverAskedArtist& a, const OverAskedArtist& b) {
-            return a.dLoad > b.dLoad;
-        });
-    }
-
     const SimulationResult& m_result;
     const StationSnapshot& m_station;
     const LetHostRun& m_letHostRun;
@@ -198,8 +234,7 @@ private:
     const ArtistNames m_names; // in force in the simulation
     const PlayPatterns m_patterns;
     std::unordered_map<CutNumber, std::size_t> m_colBlockers; // positions in m_health.blockers
-    std::unordered_map<TextKey, std::size_t> m_colLoads;      // positions in m_loads
-    std::vector<OverAskedArtist> m_loads;                     // of all artists
+    ArtistLoads m_loads;
     StationHealth m_health;
 };
 

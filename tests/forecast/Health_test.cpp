@@ -430,6 +430,46 @@ TEST(Health, ArtistsAreOverAskedAcrossLevels)
     EXPECT_DOUBLE_EQ(overAsked[1].dLoad, 2);
 }
 
+TEST(Health, NamesOfTheSameCutsAreOverAskedOnce)
+{
+    // 12 picks an hour x 1/4 x 20/60 = 1 for each cut, of which Elm has two.
+    HealthCase health;
+    health.AddLevel(L"Pop", {false, 0, 20, 0}, 288, {{L"Ash feat. Elm"}, {L"Oak"}, {L"Elm"}, {L"Yew"}});
+    health.result.options.bFeaturedArtists = true;
+    std::vector<std::wstring> names;
+    for (const OverAskedArtist& artist : HealthOf(health.result).overAsked)
+        names.push_back(artist.sName);
+    EXPECT_EQ(names, (std::vector<std::wstring>{L"Elm"})) << "the others are asked 1 of 1";
+    health.cStation->levels[0].rules.lArtist = 30;
+    names.clear();
+    for (const OverAskedArtist& artist : HealthOf(health.result).overAsked)
+        names.push_back(artist.sName);
+    EXPECT_EQ(names, (std::vector<std::wstring>{L"Elm", L"Ash feat. Elm", L"Oak", L"Yew"}))
+        << "Ash has no cut of its own";
+}
+
+TEST(Health, TheFirstOfTheCommonestNamesIsTheTopArtist)
+{
+    HealthCase health;
+    health.AddLevel(L"Pop", {}, 24, {{L"Oak"}, {L"Ash feat. Elm"}, {L"Elm"}, {L"OAK"}});
+    health.result.options.bFeaturedArtists = true;
+    EXPECT_EQ(HealthOf(health.result).levels[0].sTopArtist, L"Oak") << "Elm has two cuts as well";
+}
+
+TEST(Health, NamesOfTheStationsTableCount)
+{
+    ArtistsTable::Problems problems;
+    const auto cTable = std::make_shared<ArtistsTable>(
+        ArtistsTable::Parse("credited,counts_as\r\nThe Ash,Ash\r\nAsh Quartet,Ash\r\n", problems));
+    HealthCase health;
+    health.cStation->names = ArtistNames(false, cTable);
+    health.AddLevel(L"Pop", {}, 24, {{L"The Ash"}, {L"Ash Quartet"}, {L"Elm"}});
+    const LevelHealth level = HealthOf(health.result).levels[0];
+    EXPECT_EQ(level.sTopArtist, L"Ash");
+    EXPECT_EQ(level.lTopArtistCuts, 2);
+    EXPECT_EQ(level.lAttainableArtistMins, 60);
+}
+
 TEST(Health, AnArtistThatIsOverAskedNeverReadsAsKept)
 {
     RadioPorts cPorts;
