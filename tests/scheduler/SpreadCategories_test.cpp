@@ -3,6 +3,9 @@
 
 #include "support/SyncTest.h"
 
+#include <algorithm>
+#include <numeric>
+
 namespace ravlo::test
 {
 namespace
@@ -116,6 +119,20 @@ TEST_F(SpreadCategoriesTest, CutsThatLeaveOrJoinWhileCutsAreReadStayConsistent)
     };
     Spread({Level(L"Pop", 1)});
     EXPECT_EQ(Order(L"Pop", 1), (Keys{L"P1ash1", L"P1ash2", L"P1other2", L"P1new"}));
+}
+
+TEST(RandomOrder, ManagerSeedsTheGeneratorForEachOrder)
+{
+    RadioPorts cPorts;
+    Library cLib(cPorts);
+    EXPECT_EQ(cLib.cSchedMan->RandomOrderOf(0), std::vector<std::size_t>());
+    std::vector<std::size_t> colOrder = cLib.cSchedMan->RandomOrderOf(30);
+    EXPECT_EQ(cPorts.cRandom.lRandomized, 2);
+    EXPECT_FALSE(std::is_sorted(colOrder.begin(), colOrder.end()));
+    std::sort(colOrder.begin(), colOrder.end());
+    std::vector<std::size_t> colAll(30);
+    std::iota(colAll.begin(), colAll.end(), std::size_t{0});
+    EXPECT_EQ(colOrder, colAll);
 }
 
 TEST(SpreadOrders, GivesTheOrderOfATrialOnceAndWhileNothingChanged)

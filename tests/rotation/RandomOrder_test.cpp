@@ -2,10 +2,13 @@
 #include "rotation/RandomOrder.h"
 
 #include "platform/memory/MemoryPorts.h"
-#include "support/SyncTest.h"
 
-#include <algorithm>
+#include <gtest/gtest.h>
+
+#include <map>
 #include <numeric>
+#include <utility>
+#include <vector>
 
 namespace ravlo::test
 {
@@ -76,20 +79,6 @@ TEST(RandomOrder, EveryOrderOfFourIsEquallyLikely)
     EXPECT_EQ(colSeen.size(), 24u);
     for (const auto& [colOrder, lTimes] : colSeen)
         EXPECT_NEAR(lTimes, 1000, 170) << testing::PrintToString(colOrder); // over five standard deviations
-}
-
-TEST(RandomOrder, ManagerSeedsTheGeneratorForEachOrder)
-{
-    RadioPorts cPorts;
-    Library cLib(cPorts);
-    EXPECT_EQ(cLib.cSchedMan->RandomOrderOf(0), Positions());
-    Positions colOrder = cLib.cSchedMan->RandomOrderOf(30);
-    EXPECT_EQ(cPorts.cRandom.lRandomized, 2);
-    EXPECT_FALSE(std::is_sorted(colOrder.begin(), colOrder.end()));
-    std::sort(colOrder.begin(), colOrder.end());
-    Positions colAll(30);
-    std::iota(colAll.begin(), colAll.end(), std::size_t{0});
-    EXPECT_EQ(colOrder, colAll);
 }
 
 } // namespace
