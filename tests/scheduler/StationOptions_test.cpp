@@ -73,6 +73,46 @@ TEST_F(StationOptionsTest, FairRotationKeepsThePlaceOfWhatIsPassedOver)
     EXPECT_TRUE(cLib.cSchedMan->Options().bFairRotation);
 }
 
+TEST_F(StationOptionsTest, FairPickSavesTheOrderWhenItMovedACut)
+{
+    cLib.Populate();
+    cLib.cSchedMan->SetFairRotation(true);
+    Play(L"a");
+    cPorts.cFiles.ClearOperations();
+    EXPECT_EQ(cLib.NextCut(L"Pop\t1", true)->KindCode(), eKindNothingSchedulable) << "no opener";
+    for (const std::wstring& sOperation : cPorts.cFiles.Operations())
+        EXPECT_NE(sOperation.find(L"Debugging Logs"), std::wstring::npos) << "nothing moved";
+    EXPECT_EQ(cLib.NextCut(L"Pop\t1", false)->Key().Text(), L"b");
+    cLib.Restart();
+    EXPECT_EQ(cLib.Order(L"Pop", 1), (Keys{L"a", L"c", L"b"}));
+}
+
+TEST_F(StationOptionsTest, ExplanationsUseTheOptionsFileAndNameTheArtist)
+{
+    cLib.Populate();
+    Play(L"a");
+    cPorts.cFiles.Put(sOptions, "FairRotation=1\r\nFeaturedArtists=1");
+    cPorts.cClock.Advance(1'000);
+    const std::wstring sText = cLib.cSchedMan->Explain(L"Pop\t1", false, nullptr).Text();
+    EXPECT_NE(sText.find(L"Passed over: Abba feat. Cher - Title of b; Cher played"), std::wstring::npos)
+        << testing::PrintToString(sText);
+    EXPECT_EQ(cLib.NextCut(L"Pop\t1", false)->Key().Text(), L"c");
+    EXPECT_EQ(cLib.Order(L"Pop", 1), (Keys{L"a", L"b", L"c"})) << "fair: what is passed over stays";
+}
+
+TEST_F(StationOptionsTest, AnotherManagerSeesWhatOneSetsWithinASecond)
+{
+    cLib.Populate();
+    ModScheduler cOtherMod(cPorts.PortsWith(cPorts.cFiles));
+    const auto cOther = std::make_shared<clsSchedMan>(cOtherMod);
+    cOther->PopulateFromDataBase(cLib.cDataBase, sRadio);
+    cLib.cSchedMan->SetFairRotation(true);
+    cPorts.cClock.Advance(1'000);
+    EXPECT_EQ(cOther->Options(), (RotationOptions{true, false}));
+    cOther->SetFeaturedArtists(true);
+    EXPECT_EQ(cPorts.cFiles.Get(sOptions), "FairRotation=1\r\nFeaturedArtists=1\r\n") << "nothing is lost";
+}
+
 TEST_F(StationOptionsTest, OptionsAndNamesAreInForceWithTheNextPick)
 {
     cLib.Populate();
