@@ -200,6 +200,60 @@ TEST(Advice, CutsAreNotAddedUntilTooLittleIsDue)
     }
 }
 
+TEST(Advice, WhatIsComfortableAlreadyIsNotChanged)
+{
+    HotStation station(InNeighbours(), 25); // 28 minutes are comfortable
+    const SimulationResult present = station.Simulate(station.Snapshot(), hotHour, station.dtStart, dDays);
+    EXPECT_FALSE(Remedies(present, 0).ShorterArtistSeparation());
+    EXPECT_FALSE(Remedies(present, 0).MoreCuts());
+    EXPECT_FALSE(Remedies(present, 0).FewerCuts());
+    HotStation alone({L"Ash"}, 60);
+    const SimulationResult single = alone.Simulate(alone.Snapshot(), hotHour, alone.dtStart, dDays);
+    EXPECT_FALSE(Remedies(single, 0).Spread(alone.cPorts.cRandom)) << "the order is the same";
+}
+
+TEST(Advice, AddedCutsAreDealtEvenlyAndFitTheLevel)
+{
+    HotStation station(EvenlySpread(), 60);
+    const SimulationResult present = station.Simulate(station.Snapshot(), hotHour, station.dtStart, dDays);
+    const std::optional<Remedy> remedy = Remedies(present, 0).MoreCuts();
+    ASSERT_TRUE(remedy);
+    const StationSnapshot& grown = *remedy->cStation;
+    const std::vector<CutNumber>& before = present.cStation->levels[0].order;
+    const std::vector<CutNumber>& order = grown.levels[0].order;
+    ASSERT_EQ(order.size(), before.size() + 48);
+    std::vector<CutNumber> own;
+    std::size_t inARow = 0;
+    for (const CutNumber number : order)
+    {
+        const bool bMadeUp = number >= present.cStation->cuts.size();
+        inARow = bMadeUp ? inARow + 1 : 0;
+        EXPECT_LE(inARow, 2u) << "48 among 40";
+        if (!bMadeUp)
+            own.push_back(number);
+        else
+            EXPECT_EQ(grown.cuts[number].values.lDurationmS, 200'000);
+    }
+    EXPECT_EQ(own, before) << "the others keep their order";
+}
+
+TEST(Advice, TakenCutsAreTheLastOfTheCommonestName)
+{
+    // Ash has four cuts, two of them with Elm, who has three.
+    const std::vector<std::wstring> colArtists{
+        L"Ash", L"Ash feat. Elm", L"1",  L"2", L"3", L"4", L"5", L"6", L"Elm", L"7", L"8",
+        L"9",   L"Ash feat. Elm", L"Ash"};
+    HotStation station(colArtists, 17); // comfortable with 12 / 2 places of 3 1/3 minutes
+    const SimulationResult present = station.Simulate(station.Snapshot(), hotHour, station.dtStart, dDays,
+                                                      SimulationOptions{std::nullopt, true});
+    const std::optional<Remedy> remedy = Remedies(present, 0).FewerCuts();
+    ASSERT_TRUE(remedy);
+    EXPECT_EQ(remedy->sName, L"2 cuts of Ash fewer");
+    const std::vector<CutNumber>& order = remedy->cStation->levels[0].order;
+    const std::vector<CutNumber>& before = present.cStation->levels[0].order;
+    EXPECT_EQ(order, std::vector<CutNumber>(before.begin(), before.end() - 2));
+}
+
 TEST(Advice, FairRotationIsNotAdvisedWhereItIsOn)
 {
     HotStation station(EvenlySpread(), 60);

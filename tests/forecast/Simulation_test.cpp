@@ -209,6 +209,57 @@ TEST_F(SimulationTest, OutcomeSaysWhatPassedOverACut)
     EXPECT_FALSE(walk.options.bFairRotation);
 }
 
+TEST_F(SimulationTest, WhatTheHostDoesMeanwhileChangesNothing)
+{
+    AddCuts(L"p", L"Pop", 1, 30, 12, 25);
+    Start();
+    const std::string expected = LogCsv(SimulateDay(ClockPlan("Pop,1\n")).Rows());
+    int lCalls = 0;
+    const auto disturb = [&](double, bool&) {
+        if (++lCalls > 3)
+            return;
+        Play({L"Pop", 1}, dtStart + lCalls);
+        SetRules(L"Pop", 1, lCalls, lCalls, lCalls);
+        cLib.cSchedMan->SetFairRotation(lCalls % 2 == 1);
+        cLib.Populate();
+    };
+    const SimulationResult result =
+        ravlo::Simulate(cSlowMod, Snapshot(), ClockPlan("Pop,1\n"), dtStart, 1, SimulationOptions{}, disturb);
+    EXPECT_GE(lCalls, 3);
+    EXPECT_EQ(LogCsv(result.Rows()), expected);
+}
+
+TEST_F(SimulationTest, RotationThatIsNotAllowedIsNoHindrance)
+{
+    StartLevel({L"Ash", L"Elm"});
+    cLib.cSchedMan->SetRotatesAllowed(false);
+    const LevelOutcome level = SimulateDay(ClockPlan("Pop,1\n")).levels.at(0);
+    EXPECT_EQ(level.unfilled, 0u);
+    EXPECT_EQ(level.cuts[0].plays + level.cuts[1].plays, level.asked);
+}
+
+TEST_F(SimulationTest, CutInTwoLevelsIsCountedInEach)
+{
+    AddCut(L"1", L"Pop/Rock", 1, L"Ash", L"Sun");
+    AddCut(L"2", L"Rock", 1, L"Elm", L"Sea");
+    Start();
+    const SimulationResult day = SimulateDay(ClockPlan("Pop,1\nRock,1\n"));
+    ASSERT_EQ(day.levels.size(), 2u);
+    EXPECT_EQ(day.levelOfSlot, (std::vector<std::optional<std::size_t>>{0, 1}));
+    EXPECT_EQ(day.levels[0].cuts.at(0).plays, day.levels[0].asked);
+    EXPECT_EQ(day.levels[1].cuts.at(0).plays + day.levels[1].cuts.at(1).plays, day.levels[1].asked);
+    EXPECT_GT(day.levels[1].cuts.at(1).plays, day.levels[1].cuts.at(0).plays) << "1 has always just played";
+}
+
+TEST_F(SimulationTest, SlotsOfALevelThatDoesNotExistStayEmpty)
+{
+    StartLevel({L"Ash"});
+    const SimulationResult day = SimulateDay(ClockPlan("Pop,1\nSoul,1\n"));
+    EXPECT_EQ(day.levelOfSlot, (std::vector<std::optional<std::size_t>>{0, std::nullopt}));
+    EXPECT_EQ(day.levels.at(0).unfilled, 0u);
+    EXPECT_GT(day.rows.size(), day.levels[0].asked);
+}
+
 TEST_F(SimulationTest, ChosenViolatorIsNotPassedOver)
 {
     StartLevel({L"Ash", L"Ash"});
@@ -224,6 +275,7 @@ TEST_F(SimulationTest, NoOpenerIsCountedApart)
     StartLevel({L"Ash", L"Elm"});
     const LevelOutcome level = SimulateDay(ClockPlan("Pop,1,Y\nPop,1\n")).levels.at(0);
     EXPECT_GT(level.askedOpener, 200u);
+    EXPECT_EQ(level.unfilled, level.askedOpener);
     EXPECT_LT(level.askedOpener, level.asked);
     for (const CutOutcome& cut : level.cuts)
     {
