@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// What simulated days cost beside the picks they consist of.
+// What simulated days cost besides the picks they consist of, and what reading and judging them costs.
 
 #include "bench/Radio.h"
 #include "bench/Ratios.h"
+#include "forecast/Health.h"
 #include "forecast/Simulation.h"
 #include "forecast/StationCopy.h"
 #include "plan/SlotTimes.h"
@@ -79,6 +80,16 @@ template <int lDays, bool bFair> void Simulated(benchmark::State& state)
     state.SetItemsProcessed(static_cast<std::int64_t>(rows));
 }
 
+template <int lDays> void Judged(benchmark::State& state)
+{
+    Station& station = Station::OfSize(state.range(0));
+    const SimulationResult result =
+        Simulate(station.radio.cMod, station.snapshot, station.plan, dtStart, lDays);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(HealthOf(result));
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(result.rows.size()));
+}
+
 // The same picks from a copy that is kept.
 template <int lDays, bool bFair> void Picks(benchmark::State& state)
 {
@@ -149,6 +160,12 @@ const bool bAdded =
               4.0}) &&
     AddRatio(
         {"28 simulated days, per slot", sPicks, {33'000}, &Simulated<28, false>, &Picks<28, false>, 6.0}) &&
+    AddRatio({"the figures of a simulated week, per slot",
+              "simulating it",
+              {1'000, 5'000, 33'000},
+              &Judged<7>,
+              &Simulated<7, false>,
+              1.5}) &&
     AddRatio({"a snapshot of a station, per cut",
               "clones in four hash maps",
               {5'000, 33'000},
