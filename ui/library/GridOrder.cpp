@@ -16,6 +16,7 @@ void clsSchedLibGridPresenter::Show(ListedCuts listed)
     if (!EqualIgnoringCase(listed.strCatKey, m_listed.strCatKey))
         m_hidden.reset();
     m_listed = std::move(listed);
+    m_cNext.Reset();
     m_order.Reset(m_listed.colCuts.size());
     for (const auto& Arrange : Arrangers)
         Arrange(m_order);

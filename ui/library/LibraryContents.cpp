@@ -143,6 +143,7 @@ std::optional<ListedCuts> ListCuts(clsSchedMan& cSchedMan, const std::wstring& s
     if (!colMainCats || colMainCats->Empty())
         return std::nullopt;
     ListedCuts listed = Resolve(cSchedMan, strCatKey);
+    listed.colMainCats = colMainCats;
     Collect(cSchedMan, listed);
     ReportCollecting(cSchedMan, listed.colCuts.size());
     return listed;

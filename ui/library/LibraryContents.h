@@ -47,6 +47,7 @@ struct ListedCuts
     Cuts colCuts;
     std::vector<TextKey> colKeys; // one per cut; none for all audio, whose cuts would have to be read
     std::vector<Run> colRuns;     // none for all audio
+    std::weak_ptr<CatCollection> colMainCats; // that the cuts were listed from
 };
 // Lists every cut of the database ("ALL AUDIO"), all levels of a main category, or one level in schedule
 // order, and reports progress. An unknown category or level gives an empty list and a line in the debug log.

@@ -28,7 +28,7 @@ void Add(std::vector<CutRemoval>& colRemovals, const std::shared_ptr<clsCat>& cL
 } // namespace
 
 LibraryCuts::LibraryCuts(frmUILibView& cView, LibraryPanes& cPanes, LibraryWork& cWork, ModScheduler& cMod)
-    : m_cView(cView), m_cPanes(cPanes), m_cWork(cWork), m_cMod(cMod)
+    : m_cView(cView), m_cPanes(cPanes), m_cWork(cWork), m_cMod(cMod), m_cRecent(cMod.Ports().cUserSettings)
 {
     Grid().MoveRequested = [this](std::optional<std::size_t> row) {
         if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cWork.SchedMan())
@@ -133,11 +133,14 @@ void LibraryCuts::MoveSelected(bool bUp)
     m_steps = 0;
 }
 
-void LibraryCuts::CopySelection()
+void LibraryCuts::TakeSelection(bool bCut)
 {
-    m_cWork.HandleDrop([this](clsSchedMan& cSchedMan) {
-        if (std::optional<DraggedCuts> dragged = TakeDraggedCuts(cSchedMan))
-            m_copied = std::move(*dragged);
+    m_cWork.HandleDrop([&](clsSchedMan& cSchedMan) {
+        std::optional<DraggedCuts> dragged = TakeDraggedCuts(cSchedMan);
+        if (!dragged)
+            return;
+        m_copied = std::move(*dragged);
+        Grid().ShowPale(bCut ? KeySet(m_copied.colKeys.begin(), m_copied.colKeys.end()) : KeySet());
     });
 }
 
@@ -145,9 +148,18 @@ void LibraryCuts::Paste()
 {
     m_cWork.HandleDrop([this](clsSchedMan& cSchedMan) {
         const std::wstring sKey = m_cPanes.SelectedKey();
-        if (!sKey.empty() && !m_copied.colKeys.empty())
-            DropOnNode(cSchedMan, sKey, m_copied);
+        if (!sKey.empty() && !m_copied.colKeys.empty() && DropOnNode(cSchedMan, sKey, m_copied))
+            Grid().ShowPale({});
     });
+}
+
+bool LibraryCuts::CancelCut()
+{
+    if (!Grid().ShowsPale() || m_cWork.Running())
+        return false;
+    m_copied = {};
+    Grid().ShowPale({});
+    return true;
 }
 
 // Reads the selection after becoming busy, which may process messages.
@@ -227,20 +239,20 @@ std::optional<DraggedCuts> LibraryCuts::TakeDraggedCuts(const clsSchedMan& cSche
     }
 }
 
-void LibraryCuts::DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, const DraggedCuts& dragged)
+bool LibraryCuts::DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, const DraggedCuts& dragged)
 {
     if (ParseNodeKey(sKey).bAllAudio)
     {
         m_cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, L"Invalid Drop!",
                    L"It's not valid to drop into 'ALL AUDIO'");
-        return;
+        return false;
     }
     const std::optional<Target> target = ChooseTarget(cSchedMan, sKey);
-    if (!target)
-        return;
-    const eCatDragOptions eOption = ChooseOption(target->sText);
-    if (eOption != eCancel)
-        Change(cSchedMan, eOption, *target, dragged);
+    const eCatDragOptions eOption = target ? ChooseOption(target->sText) : eCancel;
+    if (eOption == eCancel)
+        return false;
+    Change(cSchedMan, eOption, *target, dragged);
+    return true;
 }
 
 void LibraryCuts::Change(clsSchedMan& cSchedMan, eCatDragOptions eOption, Target target,
@@ -260,6 +272,7 @@ void LibraryCuts::Change(clsSchedMan& cSchedMan, eCatDragOptions eOption, Target
     const std::vector<std::wstring> colBefore = m_cPanes.LevelKeys(sMainKey);
     bool bCreatedNewSubCats = false;
     cSchedMan.DoMassCatChange(eOption, present.colFrom, target.cCat, present.colCuts, bCreatedNewSubCats);
+    m_cRecent.Add(CategoryKey(sName, target.lLevel));
     if (!bCreatedNewSubCats)
         return m_cPanes.ShowAgain(cSchedMan);
     m_cPanes.RefreshAll(cSchedMan);
@@ -272,11 +285,8 @@ std::optional<LibraryCuts::Target> LibraryCuts::ChooseTarget(const clsSchedMan& 
     const std::shared_ptr<clsCat> cCat = CatOf(cSchedMan, sKey);
     if (!cCat)
         return std::nullopt;
-    const auto LevelTarget = [](const std::shared_ptr<clsCat>& cLevel) {
-        return Target{cLevel, cLevel->CatLevel(), cLevel->CatName() + L" " + DecimalText(cLevel->CatLevel())};
-    };
     if (cCat->CatLevel() != 0)
-        return LevelTarget(cCat);
+        return TargetOf(cCat);
     const std::wstring& sName = cCat->CatName();
     const Cats colLevels(cCat->SubCats()->begin(), cCat->SubCats()->end());
     std::vector<std::wstring> mnuCatChooseLevel{L"Drop Into: " + sName + L", keeping levels the same"};
@@ -285,7 +295,13 @@ std::optional<LibraryCuts::Target> LibraryCuts::ChooseTarget(const clsSchedMan& 
     const std::optional<std::size_t> item = m_cView.PopUp(mnuCatChooseLevel);
     if (!item || *item > colLevels.size())
         return std::nullopt;
-    return *item == 0 ? Target{cCat, 0, sName} : LevelTarget(colLevels[*item - 1]);
+    return TargetOf(*item == 0 ? cCat : colLevels[*item - 1]);
+}
+
+LibraryCuts::Target LibraryCuts::TargetOf(const std::shared_ptr<clsCat>& cCat)
+{
+    const std::int32_t lLevel = cCat->CatLevel();
+    return {cCat, lLevel, cCat->CatName() + (lLevel == 0 ? L"" : L" " + DecimalText(lLevel))};
 }
 
 eCatDragOptions LibraryCuts::ChooseOption(const std::wstring& sTarget)

@@ -5,10 +5,12 @@
 #include "ui/library/DraggedCuts.h"
 #include "ui/library/LibraryPanes.h"
 #include "ui/library/LibraryWork.h"
+#include "ui/library/RecentTargets.h"
 #include "ui/library/frmUILibView.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,10 +32,26 @@ public:
     void GridDelete();
     // Moves the selected rows by one. Calls during a move are combined into one further move.
     void MoveSelected(bool bUp);
-    // CopySelection remembers the selected cuts. Paste puts them into the selected node and asks how, as a
-    // drop does.
-    void CopySelection();
+    // CopySelection and CutSelection remember the selected cuts; those that were cut are shown pale until
+    // they are pasted. Paste puts them into the selected node and asks how, as a drop does.
+    void CopySelection() { TakeSelection(false); }
+    void CutSelection() { TakeSelection(true); }
     void Paste();
+    // Forgets the cuts that were cut; false when there are none.
+    bool CancelCut();
+
+    // Moves the selected cuts together, in the order of their rows, so that they begin at that position of
+    // the shown level, from 1; past the end: to its end. The rows may stand apart.
+    void MoveSelectedTo(std::size_t position);
+    void MoveSelectedToTop() { MoveSelectedTo(1); }
+    void MoveSelectedToBottom() { MoveSelectedTo(std::numeric_limits<std::size_t>::max()); }
+    void AskForPosition();
+    // Moves or copies the selected cuts as a drop there does, without asking how. A main category keeps the
+    // cuts' levels.
+    void SendTo(eCatDragOptions eOption, const std::wstring& sNodeKey);
+    // As SendTo, into what the user chooses in the category window.
+    void SendToChosen(eCatDragOptions eOption);
+    const RecentTargets& Recent() const noexcept { return m_cRecent; }
 
     struct Drop
     {
@@ -68,8 +86,14 @@ private:
     void Perform(clsSchedMan& cSchedMan, const Drop& drop);
     bool MayReorder(clsSchedMan& cSchedMan);
     std::optional<DraggedCuts> TakeDraggedCuts(const clsSchedMan& cSchedMan);
-    void DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, const DraggedCuts& dragged);
+    // False when the user chose to do nothing.
+    bool DropOnNode(clsSchedMan& cSchedMan, const std::wstring& sKey, const DraggedCuts& dragged);
     void Change(clsSchedMan& cSchedMan, eCatDragOptions eOption, Target target, const DraggedCuts& dragged);
+    static Target TargetOf(const std::shared_ptr<clsCat>& cCat);
+    void TakeSelection(bool bCut);
+    void MoveTogether(clsSchedMan& cSchedMan, std::size_t position);
+    void Send(clsSchedMan& cSchedMan, eCatDragOptions eOption, const std::wstring& sNodeKey,
+              const DraggedCuts& dragged);
     std::optional<Target> ChooseTarget(const clsSchedMan& cSchedMan, const std::wstring& sKey);
     eCatDragOptions ChooseOption(const std::wstring& sTarget);
 
@@ -77,7 +101,8 @@ private:
     LibraryPanes& m_cPanes;
     LibraryWork& m_cWork;
     ModScheduler& m_cMod;
-    DraggedCuts m_copied;
+    RecentTargets m_cRecent;
+    DraggedCuts m_copied; // or cut, which the grid shows
     std::unique_ptr<LibraryWork::Working> m_cDrag;
     std::ptrdiff_t m_steps = 0; // rows the selected ones are yet to be moved by keys
     bool m_bMovingByKeys = false;

@@ -2,13 +2,11 @@
 #include "ui/library/clsSchedLibGridPresenter.h"
 
 #include "base/Text.h"
-#include "ui/library/CutPlaces.h"
 
 #include <algorithm>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
-#include <variant>
 
 namespace ravlo
 {
@@ -18,12 +16,8 @@ namespace
 
 constexpr const wchar_t* sSection = L"Settings";
 constexpr const wchar_t* sLayoutKey = L"iGridLibLayoutColSchedLib";
-
-std::wstring TextOf(const CellValue& value)
-{
-    const std::wstring* pText = std::get_if<std::wstring>(&value);
-    return pText ? *pText : DecimalText(std::get<std::int32_t>(value));
-}
+// A setting of its own: programs that know only the ten columns keep it, and read theirs as ever.
+constexpr const wchar_t* sFurtherKey = L"iGridLibFurtherColSchedLib";
 
 // Empty for a cut that cannot be read.
 template <class Ask> std::wstring TextOrNone(Ask&& ask)
@@ -60,13 +54,17 @@ void clsSchedLibGridPresenter::TakeGrid()
         for (const GridColumn& column : colGridColumns)
             m_cView.AddCol(column.sHeader);
     }
-    m_cView.ShowLayout(
-        ColumnLayout(m_cMod.Ports().cUserSettings.Get(sProgramTitle, sSection, sLayoutKey, L"")));
+    const UserSettings& cSettings = m_cMod.Ports().cUserSettings;
+    m_cView.ShowLayout(ColumnLayout(cSettings.Get(sProgramTitle, sSection, sLayoutKey, L""),
+                                    cSettings.Get(sProgramTitle, sSection, sFurtherKey, L"")));
 }
 
 void clsSchedLibGridPresenter::LetGoOfGrid()
 {
-    m_cMod.Ports().cUserSettings.Set(sProgramTitle, sSection, sLayoutKey, m_cView.Layout().Text());
+    const ColumnLayout layout = m_cView.Layout();
+    UserSettings& cSettings = m_cMod.Ports().cUserSettings;
+    cSettings.Set(sProgramTitle, sSection, sLayoutKey, layout.Text());
+    cSettings.Set(sProgramTitle, sSection, sFurtherKey, layout.FurtherText());
 }
 
 // ---- rows ----
@@ -84,14 +82,38 @@ std::shared_ptr<clsCat> clsSchedLibGridPresenter::LevelAt(std::size_t row) const
     return run == m_listed.colRuns.end() ? nullptr : run->cLevel;
 }
 
+// Returns what use makes of a listed cut, or nothing of a cut that throws. A host's cut may list others when
+// it is asked, so this one is kept.
+template <class Use>
+auto clsSchedLibGridPresenter::WithCut(std::size_t listed, std::size_t column, Use&& use) const
+{
+    const std::shared_ptr<Cut> cCut = ListedCut(listed);
+    try
+    {
+        CutInList cut{*cCut, static_cast<std::int32_t>(listed + 1), std::nullopt,
+                      m_cMod.Ports().cClock.Now()};
+        if (column == nextToPlayColumn)
+            cut.before = m_cNext.Before(m_listed, listed);
+        return use(cut);
+    }
+    catch (const std::exception&)
+    {
+        return decltype(use(std::declval<const CutInList&>()))();
+    }
+}
+
 std::wstring clsSchedLibGridPresenter::CellText(std::size_t row, std::size_t column) const
 {
     if (row >= RowCount())
         return {};
-    return TextOrNone([&] {
-        const auto lPos = static_cast<std::int32_t>(ListedRow(row) + 1);
-        return TextOf(colGridColumns[column].ValueOf(*CutAt(row), lPos));
-    });
+    return WithCut(ListedRow(row), column,
+                   [column](const CutInList& cut) { return CellTextOf(column, cut); });
+}
+
+SortValue clsSchedLibGridPresenter::SortValueOf(std::size_t listed, std::size_t column) const
+{
+    return WithCut(listed, column,
+                   [column](const CutInList& cut) { return ravlo::SortValueOf(column, cut); });
 }
 
 std::optional<std::size_t> clsSchedLibGridPresenter::FindRow(const std::wstring& sBeginning,
@@ -270,6 +292,30 @@ void clsSchedLibGridPresenter::ReturnTo(const Place& place)
     m_cView.SetTopRow(place.bAtTop ? 0 : colRows.back().value_or(std::min(place.top.row, last)));
 }
 
+// ---- rows that were cut ----
+
+void clsSchedLibGridPresenter::ShowPale(KeySet colKeys)
+{
+    if (colKeys.empty() && m_colPale.empty())
+        return;
+    m_colPale = std::move(colKeys);
+    m_cView.Repaint();
+}
+
+bool clsSchedLibGridPresenter::IsPale(std::size_t row) const
+{
+    if (m_colPale.empty() || row >= RowCount())
+        return false;
+    try
+    {
+        return m_colPale.count(KeyAt(row)) != 0;
+    }
+    catch (const std::exception&)
+    {
+        return false;
+    }
+}
+
 // ---- re-ordering ----
 
 void clsSchedLibGridPresenter::Drop(const std::wstring& sPayload, std::optional<std::size_t> row)
@@ -301,7 +347,7 @@ void clsSchedLibGridPresenter::MoveSelected(std::ptrdiff_t steps)
                                                : std::nullopt);
 }
 
-bool clsSchedLibGridPresenter::MayReorder(const std::vector<std::size_t>& colRows) const
+bool clsSchedLibGridPresenter::MayMove(const std::vector<std::size_t>& colRows) const
 {
     if (m_bBanOLEDrop)
     {
@@ -316,7 +362,12 @@ bool clsSchedLibGridPresenter::MayReorder(const std::vector<std::size_t>& colRow
             L"Also, you can select multiple items and drag them into different categories in the tree.");
         return false;
     }
-    if (!ShowsSchedule())
+    return !colRows.empty() && ShowsSchedule();
+}
+
+bool clsSchedLibGridPresenter::MayReorder(const std::vector<std::size_t>& colRows) const
+{
+    if (!MayMove(colRows))
         return false;
     if (colRows.size() > 1 && !AreConsecutive(colRows))
     {
@@ -325,13 +376,18 @@ bool clsSchedLibGridPresenter::MayReorder(const std::vector<std::size_t>& colRow
                    L"the items dragged from need to be in consecutive schedule order.");
         return false;
     }
-    return !colRows.empty();
+    return true;
 }
 
 bool clsSchedLibGridPresenter::StartDrag()
 {
     m_colDragged = SelectedRows();
     return !m_colDragged.empty();
+}
+
+std::wstring clsSchedLibGridPresenter::DraggedText() const
+{
+    return CountText(m_colDragged.size()) + (m_colDragged.size() == 1 ? L" cut" : L" cuts");
 }
 
 bool clsSchedLibGridPresenter::DropWouldMove(std::optional<std::size_t> row) const
@@ -345,8 +401,21 @@ bool clsSchedLibGridPresenter::DropWouldMove(std::optional<std::size_t> row) con
 void clsSchedLibGridPresenter::MoveRows(const std::vector<std::size_t>& colRows,
                                         std::optional<std::size_t> row)
 {
+    MoveAndShow(colRows, [&] { MoveRequested(row); });
+}
+
+void clsSchedLibGridPresenter::MoveTogether(const std::function<void()>& move)
+{
+    const std::vector<std::size_t> colRows = SelectedRows();
+    if (MayMove(colRows))
+        MoveAndShow(colRows, move);
+}
+
+void clsSchedLibGridPresenter::MoveAndShow(const std::vector<std::size_t>& colRows,
+                                           const std::function<void()>& move)
+{
     const RowOfCut first = RowOf(colRows.front());
-    MoveRequested(row);
+    move();
     // The moved rows are still selected; the first of them becomes the current row, scrolled into view.
     const std::optional<std::size_t> now = FindRows({first}).front();
     if (!now)

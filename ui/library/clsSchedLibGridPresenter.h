@@ -2,7 +2,9 @@
 #pragma once
 
 #include "scheduler/clsSchedMan.h"
+#include "ui/library/CutPlaces.h"
 #include "ui/library/LibraryContents.h"
+#include "ui/library/NextToPlay.h"
 #include "ui/library/ViewOrder.h"
 #include "ui/library/clsSchedLibGridView.h"
 
@@ -62,7 +64,7 @@ public:
     TextKey KeyAt(std::size_t row) const;
     // The level a row's cut was listed from; null in the listing of all audio.
     std::shared_ptr<clsCat> LevelAt(std::size_t row) const;
-    // Empty for a cut that throws, since this is called while painting.
+    // Of a column of the list. Empty for a cut that throws, since this is called while painting.
     std::wstring CellText(std::size_t row, std::size_t column) const;
     // The first row from start on, and then from the top, whose artist begins with the text; when no artist
     // does, whose title does. Without regard to case.
@@ -74,6 +76,9 @@ public:
     std::size_t ListedRow(std::size_t row) const { return m_order.Listed(row); }
     std::size_t ListedCount() const noexcept { return m_order.ListedCount(); }
     const std::shared_ptr<Cut>& ListedCut(std::size_t listed) const { return m_listed.colCuts[listed]; }
+    // What a listed cut is sorted by in a column; the same as an empty text for a cut that throws.
+    SortValue SortValueOf(std::size_t listed, std::size_t column) const;
+    const ListedCuts& Listing() const noexcept { return m_listed; }
     // Sorts or narrows the view, or undoes that. Rows that are still shown stay selected, and the current one
     // stays in sight; when the whole list is shown again and nothing else was made current, its place is the
     // one it had before it was narrowed.
@@ -114,6 +119,12 @@ public:
     Place CurrentPlace() const;
     void ReturnTo(const Place& place);
 
+    // Shows the rows of these cuts pale.
+    void ShowPale(KeySet colKeys);
+    bool ShowsPale() const noexcept { return !m_colPale.empty(); }
+    // Asks a cut for its key only where KeyAt does. Throws nothing, since this is called while painting.
+    bool IsPale(std::size_t row) const;
+
     // ---- what the user does
 
     // Handles a drop on a row, or after the last one. Shows why when it is refused.
@@ -123,9 +134,14 @@ public:
     // Moves the selected rows down by so many rows, or up for a negative number, at most to the end; under
     // the rules of a drop.
     void MoveSelected(std::ptrdiff_t steps);
+    // Calls move, which moves the selected rows together, if they may be moved, and makes them visible; they
+    // may stand apart.
+    void MoveTogether(const std::function<void()>& move);
     // Begins and ends a drag of the selected rows; false when there are none.
     bool StartDrag();
     void EndDrag() { m_colDragged.clear(); }
+    // How many cuts are dragged, for the user.
+    std::wstring DraggedText() const;
     // Whether a drop there would move the dragged rows; otherwise no insertion line is shown.
     bool DropWouldMove(std::optional<std::size_t> row) const;
     // Requests the removal of the selected rows; shows a box when there are none.
@@ -135,7 +151,10 @@ public:
 
 private:
     bool MayReorder(const std::vector<std::size_t>& colRows) const;
+    bool MayMove(const std::vector<std::size_t>& colRows) const;
+    void MoveAndShow(const std::vector<std::size_t>& colRows, const std::function<void()>& move);
     void MoveRows(const std::vector<std::size_t>& colRows, std::optional<std::size_t> row);
+    template <class Use> auto WithCut(std::size_t listed, std::size_t column, Use&& use) const;
     RowOfCut RowOf(std::size_t row) const;
     std::vector<std::optional<std::size_t>> FindRows(const std::vector<RowOfCut>& colWanted) const;
     void SelectListed(const std::vector<bool>& bListed);
@@ -148,8 +167,10 @@ private:
     std::shared_ptr<clsCat> m_cCurrentCat;
     bool m_bBanOLEDrop = false;
     ListedCuts m_listed;
+    mutable NextToPlay m_cNext; // read while painting
     ViewOrder m_order;
-    std::optional<Place> m_hidden;         // of the whole list, while it is narrowed
+    std::optional<Place> m_hidden; // of the whole list, while it is narrowed
+    KeySet m_colPale;
     std::vector<std::size_t> m_colDragged; // reading the selection at each move of the mouse costs too much
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ui/controls/PopUpItem.h"
 #include "ui/library/ColumnLayout.h"
 
 #include <cstddef>
@@ -18,11 +19,15 @@ class clsSchedLibGridView
 public:
     virtual ~clsSchedLibGridView() = default;
     virtual void SetRedraw(bool bRedraw) = 0;
+    virtual void Repaint() = 0;
+    // Of the columns that hosts know.
     virtual std::size_t ColCount() const = 0;
     virtual void AddCol(const std::wstring& sHeader) = 0;
     virtual void ShowLayout(const ColumnLayout& layout) = 0;
     // The layout with the user's changes.
     virtual ColumnLayout Layout() const = 0;
+    // Marks the heading of the column by which the rows are sorted; none for schedule order.
+    virtual void ShowSortMark(std::optional<std::size_t> column, bool bDescending) = 0;
 
     // No row is selected or current afterwards, and the first one is at the top.
     virtual void SetRowCount(std::size_t rows) = 0;
@@ -35,6 +40,9 @@ public:
     virtual std::size_t TopRow() const = 0;
     virtual void SetTopRow(std::size_t row) = 0;
     virtual void EnsureVisible(std::size_t row) = 0;
+
+    // Lets the user choose from a menu where it was asked for. Null when it is dismissed.
+    virtual const PopUpItem* ChooseFromMenu(const PopUpMenu& menu) = 0;
 };
 
 // The grid paints nothing while one exists: changing many rows would repaint at each.

@@ -18,7 +18,8 @@ frmUILibPresenter::frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTre
     : m_cView(cView), m_cMod(cMod),
       m_cWork(cView, cMod, [this](clsSchedMan& cSchedMan) { m_cPanes.ShowChanges(cSchedMan); }),
       m_cPanes(cView, cTreeView, cGridView, bars, m_cWork, cMod), m_cCuts(cView, m_cPanes, m_cWork, cMod),
-      m_cRotation(m_cPanes, m_cWork, cMod)
+      m_cRotation(m_cPanes, m_cWork, cMod), m_cHeadings(m_cPanes.Grid(), cGridView, cView, m_cWork),
+      m_cCutMenu(m_cPanes, m_cCuts, m_cRotation, m_cHeadings, m_cWork, cGridView)
 {
 }
 

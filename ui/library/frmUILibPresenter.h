@@ -2,6 +2,8 @@
 #pragma once
 
 #include "scheduler/clsSchedMan.h"
+#include "ui/library/CutMenu.h"
+#include "ui/library/GridHeadings.h"
 #include "ui/library/LibraryCommand.h"
 #include "ui/library/LibraryCuts.h"
 #include "ui/library/LibraryPanes.h"
@@ -48,6 +50,8 @@ public:
     LibraryPanes& Panes() noexcept { return m_cPanes; }
     LibraryCuts& Cuts() noexcept { return m_cCuts; }
     LibraryRotation& Rotation() noexcept { return m_cRotation; }
+    GridHeadings& Headings() noexcept { return m_cHeadings; }
+    CutMenu& CutItems() noexcept { return m_cCutMenu; }
     const CategoryTreePresenter& Tree() const noexcept { return m_cPanes.Tree(); }
     clsSchedLibGridPresenter& Grid() noexcept { return m_cPanes.Grid(); }
 
@@ -75,6 +79,8 @@ private:
     LibraryPanes m_cPanes;
     LibraryCuts m_cCuts;
     LibraryRotation m_cRotation;
+    GridHeadings m_cHeadings;
+    CutMenu m_cCutMenu;
     bool m_bShowing = false;
 };
 

@@ -17,10 +17,12 @@ constexpr const wchar_t* sDefault =
     L"7|Width|26|7|Order|7|7|Visible|1|8|Width|34|8|Order|8|8|Visible|1|9|Width|0|9|Order|9|9|Visible|1|";
 constexpr const wchar_t* sTenth = L"10|Width|200|10|Order|10|10|Visible|1|";
 
+// The ten columns that hosts know, in the order shown.
 std::vector<std::size_t> ShownOf(const ColumnLayout& layout)
 {
-    const auto colShown = layout.Shown();
-    return {colShown.begin(), colShown.end()};
+    std::vector<std::size_t> colShown = layout.Shown();
+    std::erase_if(colShown, [](std::size_t column) { return column >= colGridColumns.size(); });
+    return colShown;
 }
 
 TEST(ColumnLayoutTest, TheColumnsHaveTheKeysAndHeadersHostsKnow)
@@ -54,8 +56,7 @@ TEST(ColumnLayoutTest, WhatItSaysIsReadAgainAsItIs)
     const ColumnLayout again(layout.Text());
     EXPECT_EQ(again.Text(), layout.Text());
     EXPECT_EQ(again.At(2).lWidth, 77);
-    EXPECT_EQ(again.At(9).lOrder, 1);
-    EXPECT_EQ(again.At(0).lOrder, 2);
+    EXPECT_EQ(ShownOf(again), (std::vector<std::size_t>{9, 0, 1, 2, 3, 4, 5, 6, 7, 8}));
 }
 
 TEST(ColumnLayoutTest, UsableGroupsCountNextToUnusableOnes)
@@ -82,16 +83,48 @@ TEST(ColumnLayoutTest, PlacesAreSortedStablyAndAllDifferent)
     EXPECT_EQ(ShownOf(ColumnLayout(L"4|Order|1|")), (std::vector<std::size_t>{0, 3, 1, 2, 4, 5, 6, 7, 8, 9}));
     EXPECT_EQ(ShownOf(ColumnLayout(L"1|Order|500|3|Order|-7|")),
               (std::vector<std::size_t>{2, 1, 3, 4, 5, 6, 7, 8, 9, 0}));
-    const ColumnLayout layout(L"1|Order|3|2|Order|3|3|Order|3|");
-    for (std::size_t place = 0; place < 10; ++place)
-        EXPECT_EQ(layout.At(place).lOrder, static_cast<int>(place + 1));
+    EXPECT_EQ(ShownOf(ColumnLayout(L"1|Order|3|2|Order|3|3|Order|3|")), ShownOf(ColumnLayout()));
+    for (std::size_t place = 0; const std::size_t column : ColumnLayout(L"3|Order|9|").Shown())
+        EXPECT_EQ(ColumnLayout(L"3|Order|9|").At(column).lOrder, static_cast<int>(++place));
 }
 
-TEST(ColumnLayoutTest, AnOrderThatNamesAColumnTwiceKeepsTheOthersBehind)
+TEST(ColumnLayoutTest, AnOrderOfSomeColumnsKeepsTheOthersInTheirPlaces)
 {
     ColumnLayout layout;
-    layout.SetOrder({5, 5, 5, 5, 5, 5, 5, 5, 5, 99});
-    EXPECT_EQ(ShownOf(layout), (std::vector<std::size_t>{5, 0, 1, 2, 3, 4, 6, 7, 8, 9}));
+    layout.SetOrder({5, 5, 3, 99});
+    EXPECT_EQ(ShownOf(layout), (std::vector<std::size_t>{0, 1, 2, 5, 4, 3, 6, 7, 8, 9}));
+}
+
+TEST(ColumnLayoutTest, FurtherColumnsAreHiddenAndStoredApart)
+{
+    ColumnLayout layout;
+    EXPECT_EQ(layout.FurtherText(),
+              L"11|Width|130|11|Order|6|11|Visible|0|12|Width|110|12|Order|12|12|Visible|0|"
+              L"13|Width|80|13|Order|2|13|Visible|0|14|Width|90|14|Order|13|14|Visible|0|");
+    for (std::size_t column = 0; column < listColumnCount; ++column)
+        EXPECT_EQ(layout.IsShown(column), column != 8 && column < 10) << column;
+    layout.Show(12, true);
+    layout.Show(2, false);
+    layout.Show(8, true);
+    layout.SetOrder({12, 0});
+    const ColumnLayout again(layout.Text(), layout.FurtherText());
+    EXPECT_EQ(again.Shown(), layout.Shown());
+    EXPECT_EQ(again.Shown().front(), 12u);
+    EXPECT_TRUE(again.IsShown(12) && again.IsShown(8) && !again.IsShown(2));
+    EXPECT_EQ(again.At(8).lWidth, 60) << "a width to see it by";
+    EXPECT_EQ(again.At(2).lWidth, 130);
+}
+
+TEST(ColumnLayoutTest, AProgramWithTenColumnsReadsAndKeepsItsPart)
+{
+    ColumnLayout layout;
+    layout.Show(10, true);
+    EXPECT_EQ(layout.Text(), ColumnLayout().Text());
+    // It stores its ten; the further ones stay where they were.
+    const ColumnLayout again(L"1|Order|10|10|Order|1|", layout.FurtherText());
+    EXPECT_EQ(ShownOf(again), (std::vector<std::size_t>{9, 1, 2, 3, 4, 5, 6, 7, 8, 0}));
+    EXPECT_EQ(again.At(10).lOrder, layout.At(10).lOrder);
+    EXPECT_EQ(ColumnLayout(L"11|Width|5|", L"1|Width|5|").Text(), ColumnLayout().Text());
 }
 
 } // namespace

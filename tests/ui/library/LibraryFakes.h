@@ -52,6 +52,28 @@ public:
     std::optional<CategoryTreePresenter::Node> Selected() const override { return lSelected; }
 };
 
+inline Lines MenuTexts(const PopUpMenu& menu, const std::wstring& sIndent = L"")
+{
+    Lines colTexts;
+    for (const PopUpItem& item : menu)
+    {
+        colTexts.push_back(sIndent + (item.bEnabled ? L"" : L"-") + (item.bChecked ? L"*" : L"") +
+                           item.sCaption);
+        for (const std::wstring& sBelow : MenuTexts(item.colItems, sIndent + L" "))
+            colTexts.push_back(sBelow);
+    }
+    return colTexts;
+}
+// Null for one that is not there, or grey.
+inline const PopUpItem* Item(const PopUpMenu& menu, const std::wstring& sPath)
+{
+    const std::size_t end = std::min(sPath.find(L'>'), sPath.size());
+    for (const PopUpItem& item : menu)
+        if (item.sCaption == sPath.substr(0, end) && item.bEnabled)
+            return end == sPath.size() ? &item : Item(item.colItems, sPath.substr(end + 1));
+    return nullptr;
+}
+
 // A list on a fake screen.
 class FakeGridView final : public clsSchedLibGridView
 {
@@ -65,12 +87,21 @@ public:
     std::vector<bool> bRedraws;
     int lFilled = 0;
     std::function<void()> OnSelectedRows;
+    Lines colMenu; // as shown last: "-" grey, "*" ticked, what is below an item indented
+    std::wstring sSortMark;
+    std::wstring sChosen; // of the menus: the captions down to the item, joined with ">"; empty: dismissed
 
     void SetRedraw(bool bRedraw) override { bRedraws.push_back(bRedraw); }
+    void Repaint() override {}
     std::size_t ColCount() const override { return colHeaders.size(); }
     void AddCol(const std::wstring& sHeader) override { colHeaders.push_back(sHeader); }
     void ShowLayout(const ColumnLayout& shown) override { layout = shown; }
     ColumnLayout Layout() const override { return layout; }
+    void ShowSortMark(std::optional<std::size_t> column, bool bDescending) override
+    {
+        sSortMark =
+            column ? std::wstring(ListColumnAt(*column).sHeader) + (bDescending ? L" down" : L" up") : L"";
+    }
     void SetRowCount(std::size_t rows) override
     {
         ++lFilled;
@@ -95,6 +126,11 @@ public:
     std::size_t TopRow() const override { return lTop; }
     void SetTopRow(std::size_t row) override { lTop = row; }
     void EnsureVisible(std::size_t row) override { colEnsured.push_back(row); }
+    const PopUpItem* ChooseFromMenu(const PopUpMenu& menu) override
+    {
+        colMenu = MenuTexts(menu);
+        return sChosen.empty() ? nullptr : Item(menu, sChosen);
+    }
 
     void Select(const Rows& colRows)
     {
@@ -187,6 +223,19 @@ struct ScreenLibrary
                                  std::int32_t lLevel)
     {
         return cLibrary.cDataBase->Add(sKey, sCategories, lLevel);
+    }
+    // Chooses from the headings' menu.
+    void ChooseFromHeadings(const std::wstring& sPath)
+    {
+        cGridView.sChosen = sPath;
+        cForm.Headings().ShowMenu();
+    }
+    // And from that of the cuts, for these rows.
+    void ChooseFromCuts(const Rows& colRows, const std::wstring& sPath)
+    {
+        cGridView.Select(colRows);
+        cGridView.sChosen = sPath;
+        cForm.CutItems().ShowMenu();
     }
     // Populates the station and shows the window.
     void Show()

@@ -120,13 +120,22 @@ private:
 class LeftButtonDrag final : public DragObject<IDropSource>
 {
 public:
+    explicit LeftButtonDrag(std::function<void()> moved) : m_moved(std::move(moved)) {}
+
     STDMETHODIMP QueryContinueDrag(BOOL bEscape, DWORD lKeys) override
     {
         if (bEscape || (lKeys & MK_RBUTTON) != 0)
             return DRAGDROP_S_CANCEL;
         return (lKeys & MK_LBUTTON) != 0 ? S_OK : DRAGDROP_S_DROP;
     }
-    STDMETHODIMP GiveFeedback(DWORD) override { return DRAGDROP_S_USEDEFAULTCURSORS; }
+    STDMETHODIMP GiveFeedback(DWORD) override
+    {
+        m_moved();
+        return DRAGDROP_S_USEDEFAULTCURSORS;
+    }
+
+private:
+    std::function<void()> m_moved;
 };
 
 // The text in a data object; empty when there is none.
@@ -223,10 +232,10 @@ DropRegistration::DropRegistration(HWND hWindow, DropSite& cSite) : m_hWindow(hW
 
 DropRegistration::~DropRegistration() { ::RevokeDragDrop(m_hWindow); }
 
-void DragText(const std::wstring& sText)
+void DragText(const std::wstring& sText, const std::function<void()>& moved)
 {
     auto* const pData = new TextData(sText);
-    auto* const pSource = new LeftButtonDrag;
+    auto* const pSource = new LeftButtonDrag(moved);
     DWORD lEffect = DROPEFFECT_NONE;
     ::DoDragDrop(pData, pSource, DROPEFFECT_COPY | DROPEFFECT_MOVE, &lEffect);
     pData->Release();

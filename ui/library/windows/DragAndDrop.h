@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <string>
 #include <windows.h>
 
@@ -35,7 +36,9 @@ private:
     HWND m_hWindow;
 };
 
-// Drags a text with the left mouse button until it is dropped or the drag is cancelled. Pumps messages.
-void DragText(const std::wstring& sText);
+// Drags a text with the left mouse button until it is dropped or the drag is cancelled. Pumps messages; calls
+// moved, which must not throw, when the pointer may have moved.
+void DragText(
+    const std::wstring& sText, const std::function<void()>& moved = [] {});
 
 } // namespace ravlo

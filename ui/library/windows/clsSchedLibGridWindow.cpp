@@ -3,9 +3,9 @@
 
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Dpi.h"
+#include "ui/controls/windows/PopUpMenu.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cwchar>
 #include <utility>
@@ -16,19 +16,14 @@ namespace ravlo
 namespace
 {
 
-constexpr int lScrollZone = 18;           // at 96 dpi, along the upper and lower edge
-constexpr std::size_t countedColumns = 2; // position and identifier
+constexpr int lScrollZone = 18; // at 96 dpi, along the upper and lower edge
 constexpr int lLineWidth = 2;
-constexpr int lCellMargins = 14; // at 96 dpi, left and right of a text together
 
-// The list always aligns its first column left, and screen readers name a row by it: so that one is the
-// artist, which is shown third.
-constexpr std::array<std::size_t, colGridColumns.size()> listColumns = {1, 2, 0, 3, 4, 5, 6, 7, 8, 9};
-constexpr std::size_t ListColumn(std::size_t position) { return listColumns[position]; }
-std::size_t GridColumnOf(int listColumn)
+// The colour half-way between two.
+COLORREF Between(COLORREF left, COLORREF right)
 {
-    const auto at = std::find(listColumns.begin(), listColumns.end(), static_cast<std::size_t>(listColumn));
-    return static_cast<std::size_t>(at - listColumns.begin());
+    return RGB((GetRValue(left) + GetRValue(right)) / 2, (GetGValue(left) + GetGValue(right)) / 2,
+               (GetBValue(left) + GetBValue(right)) / 2);
 }
 
 } // namespace
@@ -68,92 +63,6 @@ void clsSchedLibGridWindow::SetRedraw(bool bRedraw)
     if (const std::optional<std::size_t> topRow = std::exchange(m_toTop, std::nullopt))
         SetTopRow(*topRow); // a list that paints nothing does not scroll either
     ::InvalidateRect(m_hList, nullptr, TRUE);
-}
-
-// ---- columns ----
-
-std::size_t clsSchedLibGridWindow::ColCount() const
-{
-    const auto hHeader = reinterpret_cast<HWND>(Send(LVM_GETHEADER));
-    return static_cast<std::size_t>(::SendMessageW(hHeader, HDM_GETITEMCOUNT, 0, 0));
-}
-
-void clsSchedLibGridWindow::AddCol(const std::wstring& sHeader)
-{
-    std::wstring sText = sHeader;
-    LVCOLUMNW column{};
-    column.mask = LVCF_TEXT;
-    column.pszText = sText.data();
-    const std::size_t added = ColCount();
-    Send(LVM_INSERTCOLUMNW, std::min(ListColumn(added), added), reinterpret_cast<LPARAM>(&column));
-    if (added + 1 != colGridColumns.size())
-        return;
-    for (std::size_t position = 0; position < colGridColumns.size(); ++position)
-    {
-        column.mask = LVCF_FMT | LVCF_SUBITEM;
-        column.fmt = colGridColumns[position].sWidest ? LVCFMT_RIGHT : LVCFMT_LEFT;
-        column.iSubItem = AsRow(ListColumn(position));
-        Send(LVM_SETCOLUMNW, ListColumn(position), reinterpret_cast<LPARAM>(&column));
-    }
-}
-
-int clsSchedLibGridWindow::ShownWidth(std::size_t position) const
-{
-    const ColumnLayout::Column& column = m_layout.At(position);
-    if (!column.bVisible)
-        return 0;
-    const bool bSized = column.lWidth != ColumnLayout().At(position).lWidth;
-    return std::max(Scaled(column.lWidth, m_lDpi), bSized ? 0 : WidthOfNumbers(position));
-}
-
-int clsSchedLibGridWindow::WidthOfNumbers(std::size_t position) const
-{
-    const GridColumn& column = colGridColumns[position];
-    if (!column.sWidest)
-        return 0;
-    const FontContext cContext(m_hList, reinterpret_cast<HFONT>(Send(WM_GETFONT)));
-    LONG lWidest = 0;
-    for (const std::wstring& sText : {std::wstring(column.sHeader), std::wstring(column.sWidest)})
-        lWidest = std::max(lWidest, TextSize(cContext.Get(), sText).cx);
-    if (position < countedColumns)
-        lWidest = std::max(lWidest, TextSize(cContext.Get(), std::to_wstring(m_mostRows)).cx);
-    return static_cast<int>(lWidest) + Scaled(lCellMargins, m_lDpi);
-}
-
-void clsSchedLibGridWindow::ShowLayout(const ColumnLayout& layout)
-{
-    m_layout = layout;
-    for (std::size_t position = 0; position < colGridColumns.size(); ++position)
-        Send(LVM_SETCOLUMNWIDTH, ListColumn(position), ShownWidth(position));
-    std::array<int, colGridColumns.size()> order{};
-    const auto colShown = layout.Shown();
-    std::transform(colShown.begin(), colShown.end(), order.begin(),
-                   [](std::size_t position) { return AsRow(ListColumn(position)); });
-    Send(LVM_SETCOLUMNORDERARRAY, order.size(), reinterpret_cast<LPARAM>(order.data()));
-    ::InvalidateRect(m_hList, nullptr, TRUE);
-}
-
-ColumnLayout clsSchedLibGridWindow::Layout() const
-{
-    ColumnLayout layout = m_layout;
-    if (ColCount() != colGridColumns.size())
-        return layout;
-    for (std::size_t position = 0; position < colGridColumns.size(); ++position)
-    {
-        const auto lWidth = static_cast<int>(Send(LVM_GETCOLUMNWIDTH, ListColumn(position)));
-        if (lWidth == ShownWidth(position))
-            continue;
-        layout.SetWidth(position, Unscaled(lWidth, m_lDpi));
-        layout.SetVisible(position, true);
-    }
-    std::array<int, colGridColumns.size()> order{};
-    if (Send(LVM_GETCOLUMNORDERARRAY, order.size(), reinterpret_cast<LPARAM>(order.data())))
-    {
-        std::array<std::size_t, colGridColumns.size()> colShown{};
-        std::transform(order.begin(), order.end(), colShown.begin(), GridColumnOf);
-        layout.SetOrder(colShown);
-    }
-    return layout;
 }
 
 // ---- rows and selection ----
@@ -266,6 +175,35 @@ void clsSchedLibGridWindow::SetTopRow(std::size_t row)
 
 void clsSchedLibGridWindow::EnsureVisible(std::size_t row) { Send(LVM_ENSUREVISIBLE, row, FALSE); }
 
+// ---- menus ----
+
+bool clsSchedLibGridWindow::TakeMenuPoint(HWND hControl, POINT onScreen)
+{
+    const auto hHeader = reinterpret_cast<HWND>(Send(LVM_GETHEADER));
+    const bool bByKeyboard = onScreen.x == -1 && onScreen.y == -1;
+    m_menuAt = onScreen;
+    if (!bByKeyboard)
+        return hControl == hHeader || ::WindowFromPoint(onScreen) == hHeader;
+    RECT area{};
+    ::GetClientRect(hHeader, &area);
+    POINT below = {area.left, area.bottom};
+    if (const std::optional<std::size_t> current = CurrentRow())
+    {
+        EnsureVisible(*current);
+        area.left = LVIR_BOUNDS;
+        Send(LVM_GETITEMRECT, *current, reinterpret_cast<LPARAM>(&area));
+        below = {std::max<LONG>(area.left, 0), area.bottom};
+    }
+    ::ClientToScreen(m_hList, &below);
+    m_menuAt = below;
+    return false;
+}
+
+const PopUpItem* clsSchedLibGridWindow::ChooseFromMenu(const PopUpMenu& menu)
+{
+    return ravlo::ChooseFromMenu(::GetAncestor(m_hList, GA_ROOT), m_menuAt, menu);
+}
+
 // ---- what the list asks ----
 
 LRESULT clsSchedLibGridWindow::OnGetDispInfo(NMLVDISPINFOW& info) const
@@ -296,20 +234,36 @@ LRESULT clsSchedLibGridWindow::OnFindItem(const NMLVFINDITEMW& find)
     return row ? AsRow(*row) : -1;
 }
 
+// The list itself colours a row that is selected while it has the focus, unless the row is pale.
+void clsSchedLibGridWindow::ColourRow(NMLVCUSTOMDRAW& draw) const
+{
+    const bool bFocused = ::GetFocus() == m_hList;
+    const bool bPale = m_cRows->IsPale(static_cast<std::size_t>(draw.nmcd.dwItemSpec));
+    const bool bSelected = Send(LVM_GETITEMSTATE, draw.nmcd.dwItemSpec, LVIS_SELECTED) == LVIS_SELECTED;
+    if (bSelected && (!bFocused || bPale))
+    {
+        draw.nmcd.uItemState &= ~UINT{CDIS_SELECTED};
+        draw.clrText = ::GetSysColor(bFocused ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT);
+        draw.clrTextBk = bFocused ? ::GetSysColor(COLOR_HIGHLIGHT) : UnfocusedSelection();
+    }
+    else if (bPale)
+    {
+        draw.clrText = ::GetSysColor(COLOR_WINDOWTEXT);
+        draw.clrTextBk = ::GetSysColor(COLOR_WINDOW);
+    }
+    if (bPale)
+        draw.clrText = Between(draw.clrText, draw.clrTextBk);
+}
+
 LRESULT clsSchedLibGridWindow::OnCustomDraw(NMLVCUSTOMDRAW& draw) const
 {
     switch (draw.nmcd.dwDrawStage)
     {
     case CDDS_PREPAINT:
         return (m_insertBefore ? CDRF_NOTIFYPOSTPAINT : CDRF_DODEFAULT) |
-               (::GetFocus() != m_hList ? CDRF_NOTIFYITEMDRAW : CDRF_DODEFAULT);
+               (::GetFocus() != m_hList || m_cRows->ShowsPale() ? CDRF_NOTIFYITEMDRAW : CDRF_DODEFAULT);
     case CDDS_ITEMPREPAINT:
-        if (Send(LVM_GETITEMSTATE, draw.nmcd.dwItemSpec, LVIS_SELECTED) == LVIS_SELECTED)
-        {
-            draw.nmcd.uItemState &= ~UINT{CDIS_SELECTED};
-            draw.clrText = ::GetSysColor(COLOR_WINDOWTEXT);
-            draw.clrTextBk = UnfocusedSelection();
-        }
+        ColourRow(draw);
         return CDRF_DODEFAULT;
     case CDDS_POSTPAINT:
         if (m_insertBefore)

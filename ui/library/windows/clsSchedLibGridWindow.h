@@ -33,10 +33,12 @@ public:
 
     // ---- clsSchedLibGridView
     void SetRedraw(bool bRedraw) override;
+    void Repaint() override { ::InvalidateRect(m_hList, nullptr, TRUE); }
     std::size_t ColCount() const override;
     void AddCol(const std::wstring& sHeader) override;
     void ShowLayout(const ColumnLayout& layout) override;
     ColumnLayout Layout() const override;
+    void ShowSortMark(std::optional<std::size_t> column, bool bDescending) override;
     void SetRowCount(std::size_t rows) override;
     void SelectAll(bool bSelect) override;
     void SetSelection(const std::vector<bool>& bSelected) override;
@@ -46,13 +48,19 @@ public:
     std::size_t TopRow() const override;
     void SetTopRow(std::size_t row) override;
     void EnsureVisible(std::size_t row) override;
+    const PopUpItem* ChooseFromMenu(const PopUpMenu& menu) override;
 
     // ---- for the window's messages
 
+    // Keeps where a menu was asked for: at that screen point, or at (-1, -1) by the keyboard, which means
+    // below the current row. Returns whether it is the headings' menu.
+    bool TakeMenuPoint(HWND hControl, POINT onScreen);
     // Answers the list's requests for painting and searching.
     LRESULT OnGetDispInfo(NMLVDISPINFOW& info) const;
     LRESULT OnFindItem(const NMLVFINDITEMW& find);
     LRESULT OnCustomDraw(NMLVCUSTOMDRAW& draw) const;
+    // The grid's column with that number in the list, which is what it reports of its headings.
+    std::size_t GridColumnOf(int listColumn) const;
     // The list has got the focus: a row shows it.
     void OnFocus();
     // A press on a row has become a drag: the selection stays when the button is released.
@@ -81,9 +89,16 @@ private:
     LRESULT Send(UINT lMessage, WPARAM wParam = 0, LPARAM lParam = 0) const;
     void SetState(int row, UINT lState, UINT lMask);
     std::size_t RowCount() const;
+    std::size_t NumberInList(std::size_t column) const; // its number in the list
+    std::vector<std::size_t> PresentColumns() const;
+    void InsertColumn(std::size_t listColumn, const std::wstring& sHeader) const;
+    void AlignColumn(std::size_t gridColumn) const;
+    void MarkHeading(std::size_t gridColumn) const;
+    void MakeFurtherColumns();
     // In pixels, from the layout. A column of numbers that nobody has sized is at least as wide as they are.
-    int ShownWidth(std::size_t position) const;
-    int WidthOfNumbers(std::size_t position) const;
+    int ShownWidth(std::size_t column) const;
+    int WidthOfNumbers(std::size_t gridColumn) const;
+    void ColourRow(NMLVCUSTOMDRAW& draw) const;
     std::optional<RECT> LineAt(std::size_t before) const;
     void InvalidateLine() const;
 
@@ -91,6 +106,10 @@ private:
     const clsSchedLibGridPresenter* m_cRows = nullptr;
     int m_lDpi = 96;
     ColumnLayout m_layout;
+    std::vector<std::size_t> m_colFurther; // in the list, after the ten that hosts know
+    std::optional<std::size_t> m_sortedBy;
+    bool m_bDescending = false;
+    POINT m_menuAt{};           // on the screen
     std::size_t m_mostRows = 0; // so far: positions and most identifiers are no longer than this number
     int m_lRedrawOff = 0;
     std::optional<std::size_t> m_toTop; // the row to scroll to as soon as it paints again

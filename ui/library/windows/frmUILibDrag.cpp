@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "base/ScopedFlag.h"
+#include "ui/library/windows/DragLabel.h"
 #include "ui/library/windows/frmUILibWindow.h"
 
 #include <utility>
@@ -81,7 +82,8 @@ void frmUILibWindow::RunDrag()
     {
         const ScopedFlag cDragging(m_bDragging);
         ::SetTimer(Handle(), eTimerDrag, lDragTick, nullptr);
-        DragText(sGridPayload);
+        const DragLabel cLabel(Handle(), m_hFont.get(), m_lDpi, m_cForm->Grid().DraggedText());
+        DragText(sGridPayload, [&] { cLabel.Follow(); });
         ::KillTimer(Handle(), eTimerDrag);
     }
     const std::optional<LibraryCuts::Drop> drop = std::exchange(m_drop, std::nullopt);

@@ -29,11 +29,17 @@ bool frmUILibWindow::OnKey(const MSG& message)
         return false;
     if (!bAlt)
         return OnGridKey(message.wParam, bControl);
-    if (message.wParam != VK_UP && message.wParam != VK_DOWN)
+    if (message.wParam != VK_UP && message.wParam != VK_DOWN && message.wParam != VK_HOME &&
+        message.wParam != VK_END)
         return false;
     // Otherwise the system sees Alt pressed alone and opens the menu when it is released.
     ::DefWindowProcW(message.hwnd, message.message, message.wParam, message.lParam);
-    m_cForm->Cuts().MoveSelected(message.wParam == VK_UP);
+    if (message.wParam == VK_HOME)
+        m_cForm->Cuts().MoveSelectedToTop();
+    else if (message.wParam == VK_END)
+        m_cForm->Cuts().MoveSelectedToBottom();
+    else
+        m_cForm->Cuts().MoveSelected(message.wParam == VK_UP);
     return true;
 }
 
@@ -41,6 +47,8 @@ bool frmUILibWindow::OnTreeKey(WPARAM lKey, bool bControl)
 {
     if (lKey == VK_RETURN)
         m_cForm->Panes().ShowSelectedNode();
+    else if (lKey == VK_ESCAPE)
+        return m_cForm->Cuts().CancelCut();
     else if (lKey == VK_SPACE && !bControl)
         return m_cForm->Panes().TypeInTree(L' '); // else it ticks
     else if (bControl && lKey == 'V')
@@ -59,8 +67,12 @@ bool frmUILibWindow::OnGridKey(WPARAM lKey, bool bControl)
         m_cForm->Cuts().CellDblClick(static_cast<std::size_t>(m_cForm->Grid().CurrentRow()), 1);
     else if (lKey == VK_DELETE)
         m_cForm->Cuts().GridDelete();
-    else if (bControl && (lKey == 'C' || lKey == 'X'))
+    else if (bControl && lKey == 'C')
         m_cForm->Cuts().CopySelection();
+    else if (bControl && lKey == 'X')
+        m_cForm->Cuts().CutSelection();
+    else if (lKey == VK_ESCAPE)
+        return m_cForm->Cuts().CancelCut();
     else
         return false;
     return true;

@@ -205,6 +205,9 @@ LRESULT frmUILibWindow::OnPosted(UINT lMessage, WPARAM wParam, LPARAM lParam)
     case ePostedEdit:
         m_cForm->Cuts().CellDblClick(wParam, static_cast<std::size_t>(lParam));
         return 0;
+    case ePostedHeading:
+        m_cForm->Headings().Click(wParam);
+        return 0;
     case ePostedDrag:
         RunDrag();
         return 0;
@@ -305,6 +308,10 @@ LRESULT frmUILibWindow::OnGridNotify(const NMHDR& header, LPARAM lParam)
     case NM_SETFOCUS:
         m_cGrid->OnFocus();
         return 0;
+    case LVN_COLUMNCLICK:
+        ::PostMessageW(Handle(), ePostedHeading,
+                       m_cGrid->GridColumnOf(reinterpret_cast<const NMLISTVIEW*>(lParam)->iSubItem), 0);
+        return 0;
     case LVN_BEGINDRAG:
         m_cGrid->OnBeginDrag();
         ::PostMessageW(Handle(), ePostedDrag, 0, 0);
@@ -320,9 +327,20 @@ LRESULT frmUILibWindow::OnGridNotify(const NMHDR& header, LPARAM lParam)
     }
 }
 
-// The tree's pop-up: at the pointer, or with the keyboard below the selected node.
+// The pop-up of the grid or its headings, or the tree's: at the pointer, or with the keyboard below the
+// selected node.
 void frmUILibWindow::OnContextMenu(HWND hControl, POINT onScreen)
 {
+    if (hControl == m_cGrid->Handle() || ::IsChild(m_cGrid->Handle(), hControl))
+    {
+        if (m_bBusy)
+            return;
+        if (m_cGrid->TakeMenuPoint(hControl, onScreen))
+            m_cForm->Headings().ShowMenu();
+        else
+            m_cForm->CutItems().ShowMenu();
+        return;
+    }
     const std::optional<CategoryTreePresenter::Node> selected = m_cTree->Selected();
     if (hControl != m_cTree->Handle() || m_bBusy)
         return;

@@ -45,6 +45,7 @@ private:
         ePostedShowNode,
         ePostedExpandRoot,
         ePostedEdit, // row and column from 1
+        ePostedHeading,
         ePostedDrag,
         ePostedDropped,
         ePostedRepaint,

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/GridHeadings.h"
+
+#include "frmUILibTest.h"
+
+namespace ravlo::test
+{
+namespace
+{
+
+constexpr std::size_t album = 10, lastPlayed = 11, nextToPlay = nextToPlayColumn, plays = 13;
+
+class GridHeadingsTest : public frmUILibTest
+{
+protected:
+    // The cells of a column, as shown.
+    Lines Column(std::size_t column)
+    {
+        Lines colCells;
+        for (std::size_t row = 0; row < Grid().RowCount(); ++row)
+            colCells.push_back(Grid().CellText(row, column));
+        return colCells;
+    }
+};
+
+TEST_P(GridHeadingsTest, TheMenuShowsAndHidesColumns)
+{
+    ChooseFromHeadings(L"");
+    EXPECT_EQ(cGridView.colMenu,
+              (Lines{L"*&Schedule order", L"Co&lumns...", L" *Pos", L" Next to play", L" *ID", L" *Artist",
+                     L" *Title", L" Album", L" *Dur", L" *Categories", L" *Lvl", L" *Year", L" Opener",
+                     L" Last played", L" Plays (28 days)", L" *Path", L" ", L" &Reset columns"}));
+    for (const wchar_t* sColumn : {L"Album", L"Opener", L"Artist"})
+        ChooseFromHeadings(std::wstring(L"Co&lumns...>") + sColumn);
+    EXPECT_TRUE(cGridView.layout.IsShown(album));
+    EXPECT_TRUE(cGridView.layout.IsShown(8));
+    EXPECT_FALSE(cGridView.layout.IsShown(2));
+    cForm.Closing();
+    cGridView.layout = ColumnLayout();
+    cForm.Opened();
+    EXPECT_TRUE(cGridView.layout.IsShown(album)) << "stored";
+    ChooseFromHeadings(L"Co&lumns...>&Reset columns");
+    EXPECT_EQ(cGridView.layout.Text(), ColumnLayout().Text());
+    EXPECT_EQ(cGridView.layout.FurtherText(), ColumnLayout().FurtherText());
+}
+
+TEST_P(GridHeadingsTest, TheLastColumnCannotBeHidden)
+{
+    for (std::size_t column = 1; column < listColumnCount; ++column)
+        cGridView.layout.Show(column, false);
+    ChooseFromHeadings(L"Co&lumns...>Pos");
+    EXPECT_EQ(cGridView.colMenu[2], L" -*Pos");
+    EXPECT_TRUE(cGridView.layout.IsShown(0));
+}
+
+TEST_P(GridHeadingsTest, FurtherColumnsShowWhatIsKnownOfACut)
+{
+    const DateTime dtNow = cPorts.cClock.Now();
+    DataBase().colCuts[0]->SetAlbum(L"Arrival");
+    DataBase().colCuts[0]->SetLastPlayed(DateTimeOf({2024, 3, 9, 18, 5, 59}));
+    DataBase().colCuts[1]->SetLastPlayed(dtNow - 27.9);
+    DataBase().colCuts[2]->SetLastPlayed(dtNow - 28.1);
+    ShowNode(L"Rock", 1);
+    EXPECT_EQ(Column(album), (Lines{L"Arrival", L"", L""}));
+    EXPECT_EQ(Column(lastPlayed)[0], L"2024-03-09 18:05");
+    EXPECT_EQ(Column(plays)[1], L"1+") << "a cut knows its last play only";
+    EXPECT_EQ(Column(plays)[2], L"0");
+    ShowNode(sAllAudio, 0);
+    EXPECT_EQ(Column(lastPlayed)[5], L"never");
+    EXPECT_EQ(Column(plays)[5], L"0");
+}
+
+TEST_P(GridHeadingsTest, NextToPlayCountsTheCutsBeforeItInItsLevel)
+{
+    EXPECT_EQ(Column(nextToPlay), (Lines{L"next", L"in 1", L"next", L"next", L"in 1", L""}))
+        << "c is second in Rock 1 and next in Jazz 1, f is nowhere";
+    ShowNode(L"Rock", 0);
+    EXPECT_EQ(Column(nextToPlay), (Lines{L"next", L"in 1", L"in 2", L"next"}));
+    Level(L"Rock", 1)->SchedCuts()->SendToBack(TextKey(L"a"));
+    ShowNode(sAllAudio, 0);
+    EXPECT_EQ(Column(nextToPlay)[0], L"in 2") << "counted again when the node is shown again";
+}
+
+// ---- sorting
+
+TEST_P(GridHeadingsTest, AHeadingSortsThenReversesThenReturnsToTheSchedule)
+{
+    const auto expectClick =
+        [&](std::size_t column, const Keys& colRows, const wchar_t* sMark, const wchar_t* sStatus) {
+        cForm.Headings().Click(column);
+        EXPECT_EQ(RowKeys(), colRows);
+        EXPECT_EQ(cGridView.sSortMark, sMark);
+        EXPECT_EQ(cView.colStatus.back(), sStatus);
+    };
+    ShowNode(L"Rock", 1);
+    CutInRow(0).SetTitle(L"\u00e9tude");
+    CutInRow(1).SetTitle(L"elan");
+    CutInRow(2).SetTitle(L"EVE");
+    cGridView.Select({0});
+    cGridView.lCurrent = 0;
+    expectClick(3, {L"b", L"a", L"c"}, L"Title up", L"Sorted by Title|");
+    EXPECT_EQ(SelectedKeys(), (Keys{L"a"}));
+    EXPECT_EQ(cGridView.lCurrent, 1u);
+    expectClick(3, {L"c", L"a", L"b"}, L"Title down", L"Sorted by Title, descending|");
+    expectClick(3, {L"a", L"b", L"c"}, L"", L"In schedule order|");
+    expectClick(3, {L"b", L"a", L"c"}, L"Title up", L"Sorted by Title|");
+    expectClick(0, {L"a", L"b", L"c"}, L"Pos up", L"Sorted by Pos|");
+    ChooseFromHeadings(L"&Schedule order");
+    EXPECT_EQ(cGridView.sSortMark, L"");
+}
+
+TEST_P(GridHeadingsTest, NumbersAndTimesSortByValue)
+{
+    const struct
+    {
+        std::size_t column;
+        Keys colUp;
+    } cases[] = {
+        {4, {L"b", L"c", L"a"}},          // 0:59, 1:10, 10:00
+        {lastPlayed, {L"a", L"c", L"b"}}, // never first
+        {nextToPlay, {L"a", L"b", L"c"}},
+        {6, {L"a", L"b", L"c"}}, // equal levels stay in schedule order
+    };
+    ShowNode(L"Rock", 1);
+    const std::pair<std::int32_t, DateTime> values[] = {{600'000, 0}, {59'000, 45'000}, {70'000, 44'000}};
+    for (std::size_t row = 0; row < 3; ++row)
+    {
+        CutInRow(row).SetDurationmS(values[row].first);
+        CutInRow(row).SetLastPlayed(values[row].second);
+    }
+    for (const auto& test : cases)
+    {
+        cForm.Headings().Click(test.column);
+        EXPECT_EQ(RowKeys(), test.colUp) << test.column;
+        ChooseFromHeadings(L"&Schedule order");
+    }
+}
+
+TEST_P(GridHeadingsTest, ARefreshKeepsTheSortAndAnotherNodeStartsInItsSchedule)
+{
+    ShowNode(L"Rock", 1);
+    CutInRow(2).SetTitle(L"A");
+    CutInRow(0).SetTitle(L"B");
+    CutInRow(1).SetTitle(L"C");
+    cForm.Headings().Click(3);
+    Level(L"Rock", 1)->SchedCuts()->SendToBack(TextKey(L"a"));
+    cForm.RequestRefresh();
+    EXPECT_EQ(RowKeys(), (Keys{L"c", L"a", L"b"}));
+    EXPECT_EQ(cGridView.sSortMark, L"Title up");
+    EXPECT_EQ(Grid().CellText(1, 0), L"3") << "its place in the schedule";
+    ShowNode(L"Jazz", 1);
+    EXPECT_EQ(cGridView.sSortMark, L"");
+    ShowNode(L"Rock", 1);
+    EXPECT_EQ(RowKeys(), Order(L"Rock", 1));
+}
+
+TEST_P(GridHeadingsTest, ACutThatFailsSortsAsAnEmptyText)
+{
+    ShowNode(L"Rock", 1);
+    for (std::size_t row = 0; row < 3; ++row)
+        CutInRow(row).SetTitle(std::wstring(1, static_cast<wchar_t>(L'C' - row)));
+    CutInRow(1).failing = {"Title"};
+    cForm.Headings().Click(3);
+    EXPECT_TRUE(Shown().empty());
+    EXPECT_EQ(RowKeys(), (Keys{L"b", L"c", L"a"}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Objects, GridHeadingsTest, testing::Bool(), ObjectsOf);
+
+} // namespace
+} // namespace ravlo::test

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/RowSorting.h"
+
+#include "base/SearchText.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::size_t beginningBytes = 8;
+
+// Numbers in their order: the sign's bit is turned, and a negative number's other bits as well.
+std::uint64_t BeginningOf(double dValue)
+{
+    constexpr std::uint64_t sign = std::uint64_t{1} << 63;
+    const auto bits = std::bit_cast<std::uint64_t>(dValue == 0 ? 0.0 : dValue); // one zero
+    return (bits & sign) != 0 ? ~bits : bits | sign;
+}
+
+std::uint64_t BeginningOf(const std::string& sFolded)
+{
+    std::uint64_t beginning = 0;
+    for (std::size_t i = 0; i < beginningBytes; ++i)
+        beginning = beginning << 8 | (i < sFolded.size() ? static_cast<unsigned char>(sFolded[i]) : 0u);
+    return beginning;
+}
+
+} // namespace
+
+void RowSorting::Reserve(std::size_t rows)
+{
+    m_colRows.reserve(rows);
+    m_colTexts.reserve(rows);
+}
+
+void RowSorting::Add(const SortValue& value)
+{
+    const std::wstring* pText = std::get_if<std::wstring>(&value);
+    m_colTexts.push_back(pText ? FoldForSearch(*pText) : std::string());
+    const std::uint64_t beginning =
+        pText ? BeginningOf(m_colTexts.back()) : BeginningOf(std::get<double>(value));
+    m_colRows.push_back({beginning, m_colRows.size()});
+}
+
+std::vector<std::size_t> RowSorting::Sorted(bool bDescending) const
+{
+    std::vector<Row> colRows = m_colRows;
+    std::sort(colRows.begin(), colRows.end(), [&](const Row& left, const Row& right) {
+        if (left.beginning != right.beginning)
+            return (left.beginning < right.beginning) != bDescending;
+        const int order = m_colTexts[left.row].compare(m_colTexts[right.row]);
+        return order != 0 ? (order < 0) != bDescending : left.row < right.row;
+    });
+    std::vector<std::size_t> colSorted;
+    colSorted.reserve(colRows.size());
+    for (const Row& row : colRows)
+        colSorted.push_back(row.row);
+    return colSorted;
+}
+
+} // namespace ravlo
