@@ -61,7 +61,10 @@ std::int32_t clsSimulation::PlaysIn(std::size_t level, CutNumber number) const
 
 void clsSimulation::SaveLog(const std::wstring& sFile) const
 {
-    ReplaceFile(m_station.cMod.Ports().cFiles, sFile, LogCsv(m_result.Rows()));
+    LogBytes log;
+    for (std::size_t row = 0; row < m_result.rows.size(); ++row)
+        log.Add(m_result.RowAt(row));
+    ReplaceFile(m_station.cMod.Ports().cFiles, sFile, log.Take());
 }
 
 template <class Work>

@@ -38,7 +38,7 @@ std::wstring GapField(const std::optional<double>& dGapMins)
 std::wstring CsvLine(const LogRow& row)
 {
     const PlayedCut none;
-    const auto& cut = row.cut ? *row.cut : none;
+    const PlayedCut& cut = row.cut ? *row.cut : none;
     const std::wstring fields[] = {IsoText(row.dtStart),
                                    row.slot.sCategory,
                                    DecimalText(row.slot.lLevel),
@@ -52,7 +52,7 @@ std::wstring CsvLine(const LogRow& row)
                                    GapField(row.dArtistGapMins),
                                    GapField(row.dTitleGapMins)};
     std::wstring sLine;
-    for (const auto& sField : fields)
+    for (const std::wstring& sField : fields)
         sLine += (&sField == fields ? L"" : L",") + Field(sField);
     return sLine + L"\n";
 }
@@ -73,8 +73,8 @@ public:
 
     void OnRow(std::size_t, std::span<const std::string> fields) override
     {
-        constexpr std::size_t lFields = 12;
-        if (fields.size() != lFields)
+        constexpr std::size_t columns = 12;
+        if (fields.size() != columns)
             return;
         const auto dtStart = ParseIso(TextFromStore(fields[0]));
         const auto lLevel = NumberIn<std::int32_t>(fields[2]);
@@ -97,7 +97,7 @@ std::wstring SmallestGap(const std::vector<LogRow>& rows, std::optional<double> 
                          std::wstring PlayedCut::*name)
 {
     const LogRow* smallest = nullptr;
-    for (const auto& row : rows)
+    for (const LogRow& row : rows)
         if (row.cut && row.*gap && (!smallest || *(row.*gap) < *(smallest->*gap)))
             smallest = &row;
     return smallest ? MinutesText(*(smallest->*gap)) + L" min (" + (*smallest->cut).*name + L")" : L"-";
@@ -106,7 +106,7 @@ std::wstring SmallestGap(const std::vector<LogRow>& rows, std::optional<double> 
 std::wstring KindsText(const std::vector<LogRow>& rows)
 {
     std::map<std::int32_t, std::int64_t> kinds;
-    for (const auto& row : rows)
+    for (const LogRow& row : rows)
         ++kinds[row.lKind];
     std::wstring sText;
     for (const auto& [lKind, count] : kinds)
@@ -118,18 +118,25 @@ std::wstring KindsText(const std::vector<LogRow>& rows)
 
 std::wstring MinutesText(double dMins)
 {
-    const auto lHundredths = std::llround(dMins * 100.0);
-    const auto sDecimals = DecimalText(lHundredths % 100);
-    return DecimalText(lHundredths / 100) + L"." + (sDecimals.size() < 2 ? L"0" : L"") + sDecimals;
+    const std::int64_t hundredths = std::llround(dMins * 100.0);
+    const std::wstring sDecimals = DecimalText(hundredths % 100);
+    return DecimalText(hundredths / 100) + L"." + (sDecimals.size() < 2 ? L"0" : L"") + sDecimals;
 }
+
+LogBytes::LogBytes()
+    : m_bytes("start,category,level,opener,kind,artist,title,album,path,duration_ms,artist_gap_min,"
+              "title_gap_min\n")
+{
+}
+
+void LogBytes::Add(const LogRow& row) { m_bytes += Utf8Of(CsvLine(row)); }
 
 std::string LogCsv(const std::vector<LogRow>& rows)
 {
-    std::wstring sText = L"start,category,level,opener,kind,artist,title,album,path,duration_ms,artist_gap_"
-                         L"min,title_gap_min\n";
-    for (const auto& row : rows)
-        sText += CsvLine(row);
-    return Utf8Of(sText);
+    LogBytes log;
+    for (const LogRow& row : rows)
+        log.Add(row);
+    return log.Take();
 }
 
 std::vector<LogRow> ParseLogCsv(std::string_view bytes)
@@ -141,7 +148,7 @@ std::vector<LogRow> ParseLogCsv(std::string_view bytes)
 
 std::wstring LogLine(const LogRow& row)
 {
-    auto sLine =
+    std::wstring sLine =
         IsoText(row.dtStart) + L"  " + LevelText(row.slot) + (row.slot.bOpener ? L" opener" : L"") + L"  ";
     sLine += row.cut ? row.cut->sArtist + L" - " + row.cut->sTitle : L"(nothing)";
     return row.lKind == 0 ? sLine : sLine + L"  [kind " + DecimalText(row.lKind) + L"]";
@@ -150,9 +157,9 @@ std::wstring LogLine(const LogRow& row)
 std::wstring Summary(const std::vector<LogRow>& rows, DateTime dtEnd)
 {
     std::int64_t filled = 0;
-    for (const auto& row : rows)
+    for (const LogRow& row : rows)
         filled += row.cut ? 1 : 0;
-    const auto dtBegin = rows.empty() ? dtEnd : rows.front().dtStart;
+    const DateTime dtBegin = rows.empty() ? dtEnd : rows.front().dtStart;
     return L"From " + IsoText(dtBegin) + L" to " + IsoText(dtEnd) + L"\n" +                   //
            L"Slots: " + DecimalText(static_cast<std::int64_t>(rows.size())) + L", filled: " + //
            DecimalText(filled) + L"\n" +                                                      //

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace ravlo
@@ -36,7 +37,20 @@ struct LogRow
 // "2.50": minutes with two decimals.
 std::wstring MinutesText(double dMins);
 
-// The whole log: UTF-8, one heading line, lines ended with LF, fields quoted as in RFC 4180.
+// The bytes of a log that is written row by row: UTF-8, one heading line, lines ended with LF, fields quoted
+// as in RFC 4180. A log of years does not fit into memory as rows.
+class LogBytes
+{
+public:
+    LogBytes();
+    void Add(const LogRow& row);
+    std::string Take() { return std::move(m_bytes); }
+
+private:
+    std::string m_bytes;
+};
+
+// The whole log, see LogBytes.
 std::string LogCsv(const std::vector<LogRow>& rows);
 
 // The rows of a log. Times, gaps and texts are as exact as the log has them. A row that is none is left out.
