@@ -29,16 +29,16 @@ void DayMaker::FromClock(Day& day, const std::vector<Slot>& clock, DateTime dtSt
 void DayMaker::Repeated(Day& day, const Slot& slot, DateTime dtStart, int lCount)
 {
     day.dtEnd = dtStart;
-    for (int l = 1; l <= lCount; ++l)
+    for (int filled = 1; filled <= lCount; ++filled)
     {
         day.dtEnd = Fill(day, slot, day.dtEnd);
-        m_progress(static_cast<double>(l) / lCount);
+        m_progress(static_cast<double>(filled) / lCount);
     }
 }
 
 void DayMaker::FromSlots(Day& day, const std::vector<TimedSlot>& slots)
 {
-    for (const auto& timed : slots)
+    for (const TimedSlot& timed : slots)
     {
         day.dtEnd = Fill(day, timed.slot, timed.dtAt);
         m_progress(static_cast<double>(day.rows.size()) / static_cast<double>(slots.size()));
@@ -47,7 +47,7 @@ void DayMaker::FromSlots(Day& day, const std::vector<TimedSlot>& slots)
 
 DateTime DayMaker::Fill(Day& day, const Slot& slot, DateTime dtStart)
 {
-    const auto answer = m_cPlayout.Play(slot, dtStart);
+    const Playout::Answer answer = m_cPlayout.Play(slot, dtStart);
     LogRow row{dtStart, slot, answer.lKind, answer.cut, {}, {}};
     if (answer.cut)
     {

@@ -17,9 +17,9 @@ namespace
 
 constexpr std::string_view sByteOrderMark = "\xEF\xBB\xBF";
 
-std::wstring Where(const std::wstring& sName, std::size_t lLine)
+std::wstring Where(const std::wstring& sName, std::size_t line)
 {
-    return sName + L", line " + std::to_wstring(lLine) + L": ";
+    return sName + L", line " + std::to_wstring(line) + L": ";
 }
 
 std::wstring Quoted(const std::wstring& sText) { return L"\"" + sText + L"\""; }
@@ -30,32 +30,32 @@ class LineSink : public CsvSink
 public:
     struct Line
     {
-        std::size_t lNumber;
+        std::size_t number;
         std::vector<std::wstring> fields;
     };
 
     explicit LineSink(const std::wstring& sName) : m_sName(sName) {}
 
-    void OnRow(std::size_t lLine, std::span<const std::string> fields) override
+    void OnRow(std::size_t line, std::span<const std::string> fields) override
     {
         if (fields.empty() || fields[0].starts_with('#') || (fields.size() == 1 && IsBlank(fields[0])))
             return;
-        Line line{lLine, {}};
-        for (const auto& bytes : fields)
+        Line row{line, {}};
+        for (const std::string& bytes : fields)
         {
-            const auto sText = TextFromUtf8(bytes);
+            const std::optional<std::wstring> sText = TextFromUtf8(bytes);
             if (!sText)
-                throw PlanError(Where(m_sName, lLine) + L"not UTF-8");
-            line.fields.push_back(Trim(*sText));
+                throw PlanError(Where(m_sName, line) + L"not UTF-8");
+            row.fields.push_back(Trim(*sText));
         }
-        m_lines.push_back(std::move(line));
+        m_lines.push_back(std::move(row));
     }
 
-    void OnBadRow(std::size_t lLine, CsvFault eFault) override
+    void OnBadRow(std::size_t line, CsvFault eFault) override
     {
-        throw PlanError(Where(m_sName, lLine) + (eFault == CsvFault::StrayQuote
-                                                     ? L"a quotation mark stands where none may"
-                                                     : L"a quotation mark is never closed"));
+        throw PlanError(Where(m_sName, line) + (eFault == CsvFault::StrayQuote
+                                                    ? L"a quotation mark stands where none may"
+                                                    : L"a quotation mark is never closed"));
     }
 
     std::vector<Line> Take() { return std::move(m_lines); }
@@ -101,8 +101,8 @@ bool IsHeading(const LineSink::Line& line, std::span<const wchar_t* const> names
 {
     if (line.fields.size() != names.size())
         return false;
-    for (std::size_t l = 0; l < names.size(); ++l)
-        if (!EqualIgnoringCase(line.fields[l], names[l]))
+    for (std::size_t field = 0; field < names.size(); ++field)
+        if (!EqualIgnoringCase(line.fields[field], names[field]))
             return false;
     return true;
 }
@@ -115,24 +115,24 @@ std::optional<std::int32_t> LevelOf(const std::wstring& sText)
     return lLevel > 0 ? std::optional(lLevel) : std::nullopt;
 }
 
-// The slot that the fields from lFirst on describe.
+// The slot that the fields from first on describe.
 Slot SlotOf(const LineSink::Line& line, std::size_t first, const std::wstring& sName)
 {
-    const auto lFields = line.fields.size() - first;
-    const auto sWhere = Where(sName, line.lNumber);
-    if (lFields < 2 || lFields > 3)
+    const std::size_t fields = line.fields.size() - first;
+    const std::wstring sWhere = Where(sName, line.number);
+    if (fields < 2 || fields > 3)
         throw PlanError(sWhere + L"expected " + (first ? L"slot_at," : L"") + L"category,level,opener");
     Slot slot;
-    slot.line = line.lNumber;
+    slot.line = line.number;
     slot.sCategory = line.fields[first];
     if (slot.sCategory.empty())
         throw PlanError(sWhere + L"the category is empty");
-    const auto& sLevel = line.fields[first + 1];
-    const auto lLevel = LevelOf(sLevel);
+    const std::wstring& sLevel = line.fields[first + 1];
+    const std::optional<std::int32_t> lLevel = LevelOf(sLevel);
     if (!lLevel)
         throw PlanError(sWhere + L"the level must be a whole number from 1, not " + Quoted(sLevel));
     slot.lLevel = *lLevel;
-    const auto sOpener = lFields == 3 ? line.fields[first + 2] : std::wstring();
+    const std::wstring sOpener = fields == 3 ? line.fields[first + 2] : std::wstring();
     slot.bOpener = EqualIgnoringCase(sOpener, L"Y");
     if (!slot.bOpener && !sOpener.empty() && !EqualIgnoringCase(sOpener, L"N"))
         throw PlanError(sWhere + L"the opener must be Y or N, not " + Quoted(sOpener));
@@ -141,10 +141,10 @@ Slot SlotOf(const LineSink::Line& line, std::size_t first, const std::wstring& s
 
 DateTime TimeOf(const LineSink::Line& line, const std::wstring& sName)
 {
-    const auto& sTime = line.fields[0];
-    const auto dtAt = ParseIso(sTime);
+    const std::wstring& sTime = line.fields[0];
+    const std::optional<DateTime> dtAt = ParseIso(sTime);
     if (!dtAt || *dtAt <= 0)
-        throw PlanError(Where(sName, line.lNumber) + Quoted(sTime) +
+        throw PlanError(Where(sName, line.number) + Quoted(sTime) +
                         L" is no time (expected yyyy-mm-ddThh:nn:ss)");
     return *dtAt;
 }
@@ -156,9 +156,9 @@ std::wstring LevelText(const Slot& slot) { return slot.sCategory + L":" + Decima
 std::vector<Slot> ParseClock(std::string_view bytes, const std::wstring& sName)
 {
     static constexpr const wchar_t* heading[] = {L"category", L"level", L"opener"};
-    const auto lines = ReadLines(bytes, sName);
+    const std::vector<LineSink::Line> lines = ReadLines(bytes, sName);
     std::vector<Slot> slots;
-    for (const auto& line : lines)
+    for (const LineSink::Line& line : lines)
         if (&line != &lines.front() || !IsHeading(line, heading))
             slots.push_back(SlotOf(line, 0, sName));
     if (slots.empty())
@@ -169,15 +169,15 @@ std::vector<Slot> ParseClock(std::string_view bytes, const std::wstring& sName)
 std::vector<TimedSlot> ParseSlots(std::string_view bytes, const std::wstring& sName)
 {
     static constexpr const wchar_t* heading[] = {L"slot_at", L"category", L"level", L"opener"};
-    const auto lines = ReadLines(bytes, sName);
+    const std::vector<LineSink::Line> lines = ReadLines(bytes, sName);
     if (lines.empty() || !IsHeading(lines.front(), heading))
         throw PlanError(sName + L" does not begin with the heading slot_at,category,level,opener");
     std::vector<TimedSlot> slots;
-    for (std::size_t l = 1; l < lines.size(); ++l)
+    for (std::size_t row = 1; row < lines.size(); ++row)
     {
-        slots.push_back({TimeOf(lines[l], sName), SlotOf(lines[l], 1, sName)});
-        if (l > 1 && slots[l - 1].dtAt < slots[l - 2].dtAt)
-            throw PlanError(Where(sName, lines[l].lNumber) +
+        slots.push_back({TimeOf(lines[row], sName), SlotOf(lines[row], 1, sName)});
+        if (row > 1 && slots[row - 1].dtAt < slots[row - 2].dtAt)
+            throw PlanError(Where(sName, lines[row].number) +
                             L"the time is earlier than that of the slot before");
     }
     if (slots.empty())
@@ -187,10 +187,10 @@ std::vector<TimedSlot> ParseSlots(std::string_view bytes, const std::wstring& sN
 
 const Slot& ClockHand::Next(DateTime dtStart)
 {
-    const auto lHour = WholeSeconds(dtStart) / 3600;
-    if (m_lHour != lHour || m_next == m_slots.size())
+    const std::int64_t hour = WholeSeconds(dtStart) / 3600;
+    if (m_hour != hour || m_next == m_slots.size())
         m_next = 0;
-    m_lHour = lHour;
+    m_hour = hour;
     return m_slots[m_next++];
 }
 

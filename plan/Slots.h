@@ -54,7 +54,7 @@ public:
 private:
     const std::vector<Slot>& m_slots;
     std::size_t m_next = 0;
-    std::optional<std::int64_t> m_lHour; // of the last slot, in hours since the calendar's beginning
+    std::optional<std::int64_t> m_hour; // of the last slot, in hours since the calendar's beginning
 };
 
 } // namespace ravlo
