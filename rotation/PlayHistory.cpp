@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "rotation/PlayHistory.h"
 
-#include <map>
+#include <algorithm>
 #include <utility>
 
 namespace ravlo
@@ -98,13 +98,15 @@ void PlayHistory::SetNames(const ArtistNames& cNames)
 
 std::vector<PlayHistory::Play> PlayHistory::LastPlays() const
 {
-    std::map<std::uint64_t, Play> colByNumber;
+    std::vector<std::pair<std::uint64_t, const Credit*>> colByNumber;
+    colByNumber.reserve(m_colReports.size());
     for (const auto& [credit, report] : m_colReports)
-        colByNumber.emplace(report.number, Play{credit, report.cCut});
+        colByNumber.emplace_back(report.number, &credit);
+    std::sort(colByNumber.begin(), colByNumber.end());
     std::vector<Play> colPlays;
     colPlays.reserve(colByNumber.size());
-    for (auto& [number, play] : colByNumber)
-        colPlays.push_back(std::move(play));
+    for (const auto& [number, pCredit] : colByNumber)
+        colPlays.push_back({*pCredit, m_colReports.at(*pCredit).cCut});
     return colPlays;
 }
 

@@ -203,6 +203,24 @@ TEST_F(MeasureTest, ArtistBreaksByTheNearestPlayOfAnyOfItsNames)
     EXPECT_EQ(Check(All(60, 60, 60)).breach.cName, TextKey(L"Ash")) << "the first of equally near ones";
 }
 
+TEST_F(MeasureTest, NamesMayBeSetWhileTheyAreMeasured)
+{
+    ArtistsTable::Problems problems;
+    const auto cTable = std::make_shared<ArtistsTable>(
+        ArtistsTable::Parse("credited,counts_as\nAsh,Elm\nAsh,Fir\n", problems));
+    cHistory.SetNames(ArtistNames(false, cTable));
+    Play(30, L"Elm", L"a", L"");
+    Play(20, L"Fir", L"b", L"");
+    const auto cElm = std::static_pointer_cast<FakeCut>(cHistory.ArtistHistoryCut(TextKey(L"Elm")));
+    cElm->OnCall = [&](const std::string&) {
+        cHistory.SetNames({});
+        cHistory.SetNames(ArtistNames(true, nullptr));
+        cElm->OnCall = nullptr;
+    };
+    EXPECT_EQ(Check(All(60, 60, 60)).breach.cName.Text(), L"Fir") << "a candidate has one set of names";
+    EXPECT_EQ(Check(All(60, 60, 60)).breach.eRule, eNone) << "the next one has the others";
+}
+
 TEST_F(MeasureTest, SeparationLargerThanSinglePrecisionIsNotRounded)
 {
     Play(16'777'216, L"x", L"Sun", L""); // 2^24 minutes, where the next single is two further
