@@ -19,7 +19,7 @@ namespace
 
 constexpr DISPID lSimulationStep = 1; // of __clsRotation
 
-// An option that a simulation may replace; nothing when it was left out.
+// An option that may be replaced; nothing when it was left out.
 std::optional<bool> OptionIn(const VARIANT& value)
 {
     const Variant cValue = Variant::Dereferenced(value);
@@ -174,6 +174,11 @@ STDMETHODIMP RotationFace::get_RedoText(BSTR* pVal)
 STDMETHODIMP RotationFace::Redo()
 {
     return Guard([&] { m_cRotation.Redo(); });
+}
+
+STDMETHODIMP RotationFace::OverrideOptions(VARIANT vFair, VARIANT vFeatured)
+{
+    return Guard([&] { m_cRotation.OverrideOptions({OptionIn(vFair), OptionIn(vFeatured)}); });
 }
 
 } // namespace ravlo

@@ -16,11 +16,7 @@ namespace ravlo
 {
 
 // Options that differ from the station's.
-struct SimulationOptions
-{
-    std::optional<bool> bFairRotation;
-    std::optional<bool> bFeaturedArtists;
-};
+using SimulationOptions = OptionOverrides;
 
 // A slot of the plan and what filled it.
 struct SimulatedRow

@@ -31,6 +31,8 @@ public:
     void SetFairRotation(bool bOn) { Populated()->SetFairRotation(bOn); }
     bool FeaturedArtists() const { return Populated()->Options().bFeaturedArtists; }
     void SetFeaturedArtists(bool bOn) { Populated()->SetFeaturedArtists(bOn); }
+    // Options in force instead of the station's; nothing is saved. See RotationFiles::Override.
+    void OverrideOptions(const OptionOverrides& overrides) { Populated()->OverrideOptions(overrides); }
     // The names a credit counts for; see ArtistNames::Of.
     std::vector<std::wstring> ArtistsOf(const std::wstring& sArtist, const std::wstring& sTitle) const;
 

@@ -17,7 +17,8 @@ void RotationFiles::Serve(const std::wstring& sAppPath)
         m_cOptionsFile = {m_cOptionsFile.sName};
         m_cArtistsFile = {m_cArtistsFile.sName};
         m_optionsBytes.clear();
-        m_options = {};
+        m_saved = m_options = {};
+        m_overrides = {};
         m_cNames = {};
     }
     m_cOptionsFile.bRead = m_cArtistsFile.bRead = false; // a stamp may be too coarse to show a change
@@ -76,7 +77,7 @@ void RotationFiles::TakeOptions(std::optional<std::string> bytes)
         m_cMod.WriteDebugLog(L"Ignored, it is no UTF-8 text: " + PathOf(m_cOptionsFile));
         m_optionsBytes.clear();
     }
-    UseOptions(options.value_or(RotationOptions()));
+    Use(options.value_or(RotationOptions()), m_overrides);
 }
 
 void RotationFiles::TakeArtists(std::optional<std::string> bytes)
@@ -92,13 +93,19 @@ void RotationFiles::TakeArtists(std::optional<std::string> bytes)
     m_cNames = ArtistNames(m_options.bFeaturedArtists, std::move(cTable));
 }
 
-void RotationFiles::UseOptions(const RotationOptions& options)
+void RotationFiles::Use(const RotationOptions& saved, const OptionOverrides& overrides)
 {
+    const RotationOptions options = overrides.Over(saved);
     m_cNames = m_cNames.With(options.bFeaturedArtists);
     m_options = options;
+    m_saved = saved;
+    m_overrides = overrides;
 }
 
-void RotationFiles::Set(bool RotationOptions::*bOption, bool bOn)
+void RotationFiles::Override(const OptionOverrides& overrides) { Use(m_saved, overrides); }
+
+void RotationFiles::Set(bool RotationOptions::*bOption, std::optional<bool> OptionOverrides::*bOverride,
+                        bool bOn)
 {
     if (m_sAppPath.empty())
         throw RuntimeError(error::ObjectNotSet);
@@ -111,15 +118,18 @@ void RotationFiles::Set(bool RotationOptions::*bOption, bool bOn)
     {
         throw RuntimeError(error::PathFileAccess);
     }
-    RotationOptions options = m_options;
-    options.*bOption = bOn;
-    if (options == m_options)
-        return;
-    std::string bytes = WithOptions(m_optionsBytes, options);
-    SavedFiles& cSaved = m_cMod.Saved();
-    cSaved.Replace(PathOf(m_cOptionsFile), cSaved.Begin(), bytes, this);
-    m_optionsBytes = std::move(bytes); // the stamp stays the old one: the next look reads what is there then
-    UseOptions(options);
+    RotationOptions saved = m_saved;
+    saved.*bOption = bOn;
+    if (saved != m_saved)
+    {
+        std::string bytes = WithOptions(m_optionsBytes, saved);
+        SavedFiles& cSaved = m_cMod.Saved();
+        cSaved.Replace(PathOf(m_cOptionsFile), cSaved.Begin(), bytes, this);
+        m_optionsBytes = std::move(bytes); // the stamp stays the old one: the next look reads the file again
+    }
+    OptionOverrides overrides = m_overrides;
+    (overrides.*bOverride).reset();
+    Use(saved, overrides);
 }
 
 } // namespace ravlo

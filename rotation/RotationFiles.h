@@ -31,16 +31,26 @@ public:
     // counts as absent. Throws nothing.
     void Refresh() noexcept;
 
-    // All off when the file is absent or damaged.
+    // What the overrides leave of the file's options, which are off when it is absent or damaged.
     const RotationOptions& Options() const noexcept { return m_options; }
     // No rows when the file is absent.
     const ArtistNames& Names() const noexcept { return m_cNames; }
 
+    // Options in force instead of the file's, until other ones replace them, the option is set or another
+    // path is served. Nothing is saved.
+    void Override(const OptionOverrides& overrides);
+
     // Reads the file again, even when its stamp is unchanged, then saves the option and puts it in force.
     // Writes nothing when the option already has the value. Throws 75 when the file cannot be read, 91 before
     // the first Serve, and the file system's error when it cannot be written; nothing has changed then.
-    void SetFairRotation(bool bOn) { Set(&RotationOptions::bFairRotation, bOn); }
-    void SetFeaturedArtists(bool bOn) { Set(&RotationOptions::bFeaturedArtists, bOn); }
+    void SetFairRotation(bool bOn)
+    {
+        Set(&RotationOptions::bFairRotation, &OptionOverrides::bFairRotation, bOn);
+    }
+    void SetFeaturedArtists(bool bOn)
+    {
+        Set(&RotationOptions::bFeaturedArtists, &OptionOverrides::bFeaturedArtists, bOn);
+    }
 
 private:
     struct File
@@ -58,8 +68,8 @@ private:
     void ReadIfChanged(File& file, Take take, Patience ePatience);
     void TakeOptions(std::optional<std::string> bytes);
     void TakeArtists(std::optional<std::string> bytes);
-    void UseOptions(const RotationOptions& options);
-    void Set(bool RotationOptions::*bOption, bool bOn);
+    void Use(const RotationOptions& saved, const OptionOverrides& overrides);
+    void Set(bool RotationOptions::*bOption, std::optional<bool> OptionOverrides::*bOverride, bool bOn);
 
     ModScheduler& m_cMod;
     std::wstring m_sAppPath;
@@ -67,7 +77,9 @@ private:
     File m_cOptionsFile{L"Scheduler\\Rotation.cfg"};
     File m_cArtistsFile{L"Scheduler\\Artists.csv"};
     std::string m_optionsBytes; // what a save keeps
-    RotationOptions m_options;
+    RotationOptions m_saved;    // the file's
+    OptionOverrides m_overrides;
+    RotationOptions m_options; // in force
     ArtistNames m_cNames;
 };
 

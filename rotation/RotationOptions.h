@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
+
 namespace ravlo
 {
 
@@ -11,6 +13,19 @@ struct RotationOptions
     bool bFeaturedArtists = false; // a credit counts for every artist it names
 
     friend bool operator==(const RotationOptions&, const RotationOptions&) = default;
+};
+
+// Options that replace the station's for a while; nothing: as the station has it.
+struct OptionOverrides
+{
+    std::optional<bool> bFairRotation;
+    std::optional<bool> bFeaturedArtists;
+
+    RotationOptions Over(const RotationOptions& options) const noexcept
+    {
+        return {bFairRotation.value_or(options.bFairRotation),
+                bFeaturedArtists.value_or(options.bFeaturedArtists)};
+    }
 };
 
 } // namespace ravlo

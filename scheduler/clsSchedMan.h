@@ -160,6 +160,7 @@ public:
     ArtistNames Names();
     void SetFairRotation(bool bOn);
     void SetFeaturedArtists(bool bOn);
+    void OverrideOptions(const OptionOverrides& overrides);
 
     void ShowHelp();
     // Asks the host to open its cut editor; nothing when it did not answer with a number.

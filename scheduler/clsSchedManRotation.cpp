@@ -126,4 +126,11 @@ void clsSchedMan::SetFeaturedArtists(bool bOn)
     m_cParts->cPlayHistory.SetNames(m_cParts->cRotationFiles.Names());
 }
 
+void clsSchedMan::OverrideOptions(const OptionOverrides& overrides)
+{
+    const Call cCall(*this);
+    PresentRotation().Override(overrides);
+    m_cParts->cPlayHistory.SetNames(m_cParts->cRotationFiles.Names());
+}
+
 } // namespace ravlo

@@ -3,10 +3,10 @@
 
 #include "comkit/Errors.h"
 
-#include <utility>
-
 namespace ravlo
 {
+
+Variant OptionVariant(const std::optional<bool>& bOn) { return bOn ? Variant(*bOn) : Variant::Omitted(); }
 
 RotationObject::RotationObject(Scheduler& cScheduler)
 {
@@ -44,28 +44,9 @@ void RotationObject::Set(const RotationSwitches& rotation)
         Check(m_cRotation->put_FeaturedArtists(BoolOf(*rotation.bFeatured)));
 }
 
-RotationForARun::RotationForARun(RotationObject& cRotation, const RotationSwitches& rotation)
-    : m_cRotation(cRotation)
+void RotationObject::UseForThisRun(const RotationSwitches& rotation)
 {
-    if (rotation.bFair)
-        m_before.bFair = cRotation.FairRotation();
-    if (rotation.bFeatured)
-        m_before.bFeatured = cRotation.FeaturedArtists();
-    cRotation.Set(rotation);
+    Check(m_cRotation->OverrideOptions(OptionVariant(rotation.bFair), OptionVariant(rotation.bFeatured)));
 }
-
-RotationForARun::~RotationForARun()
-{
-    try
-    {
-        Restore();
-    }
-    catch (...)
-    {
-        // The run has failed already, with an error of its own.
-    }
-}
-
-void RotationForARun::Restore() { m_cRotation.Set(std::exchange(m_before, {})); }
 
 } // namespace ravlo

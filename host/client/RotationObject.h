@@ -9,6 +9,9 @@
 namespace ravlo
 {
 
+// An option as the object takes it; omitted for the station's own.
+Variant OptionVariant(const std::optional<bool>& bOn);
+
 // The scheduler's rotation object for a populated scheduler. Throws the object's errors.
 class RotationObject
 {
@@ -19,6 +22,8 @@ public:
     bool FeaturedArtists() const;
     // Saves the options that are given; the others stay.
     void Set(const RotationSwitches& rotation);
+    // Puts the options that are given in force for as long as the scheduler lives; saves nothing.
+    void UseForThisRun(const RotationSwitches& rotation);
 
     _clsRotation& Object() const noexcept { return *m_cRotation; }
     // Throws the object's error for a call of it that failed.
@@ -26,22 +31,6 @@ public:
 
 private:
     ComPtr<_clsRotation> m_cRotation;
-};
-
-// Puts the options that are given in force and, at its end, those before back. Restore does that too, and
-// throws when it cannot.
-class RotationForARun
-{
-public:
-    RotationForARun(RotationObject& cRotation, const RotationSwitches& rotation);
-    RotationForARun(const RotationForARun&) = delete;
-    RotationForARun& operator=(const RotationForARun&) = delete;
-    ~RotationForARun();
-    void Restore();
-
-private:
-    RotationObject& m_cRotation;
-    RotationSwitches m_before;
 };
 
 } // namespace ravlo

@@ -147,8 +147,7 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
     PlayBook book(plays, {[] { return static_cast<std::int64_t>(::GetTickCount64()); },
                           [](std::int64_t lmS) { ::Sleep(static_cast<DWORD>(lmS)); }});
     scheduler.KeepBook(book);
-    RotationObject rotation(scheduler);
-    RotationForARun forThisDay(rotation, options.rotation);
+    RotationObject(scheduler).UseForThisRun(options.rotation);
     DayMaker maker(scheduler, gaps, [&](double dDone) {
         book.Tick();
         line.Show(L"Filling the day: " + DecimalText(static_cast<std::int64_t>(dDone * 100)) + L" %");
@@ -166,7 +165,6 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
         line.Clear();
     });
     failures.Try([&] { scheduler.SaveOrders(); });
-    failures.Try([&] { forThisDay.Restore(); });
     failures.ThrowIfAny();
 }
 

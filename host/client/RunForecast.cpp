@@ -46,8 +46,6 @@ void CheckPlan(const PlanFile& plan, const ForecastOptions& options,
         CheckLevels({timed.slot}, levels, options.sSlots);
 }
 
-Variant VariantOf(const std::optional<bool>& bOn) { return bOn ? Variant(*bOn) : Variant::Omitted(); }
-
 ComPtr<_clsSimulation> Simulated(RotationObject& cRotation, const ForecastOptions& options, DateTime dtStart,
                                  ProgressLine& cLine)
 {
@@ -59,21 +57,31 @@ ComPtr<_clsSimulation> Simulated(RotationObject& cRotation, const ForecastOption
         cLine.Show(L"Simulating: " + DecimalText(static_cast<std::int64_t>(dDone * 100)) + L" %");
     });
     ComPtr<_clsSimulation> cSimulation;
-    cRotation.Check(cObject.Simulate(dtStart, options.lDays, VariantOf(options.rotation.bFair),
-                                     VariantOf(options.rotation.bFeatured), cSimulation.Receive()));
+    cRotation.Check(cObject.Simulate(dtStart, options.lDays, OptionVariant(options.rotation.bFair),
+                                     OptionVariant(options.rotation.bFeatured), cSimulation.Receive()));
     cLine.Clear();
     return cSimulation;
 }
 
-void Check(_clsSimulation& cSimulation, HRESULT hResult)
+// Adds the file's name to an error.
+template <class Work> void Writing(const std::wstring& sFile, Work work)
 {
-    ThrowIfFailed(hResult, cSimulation, __uuidof(_clsSimulation));
+    try
+    {
+        work();
+    }
+    catch (...)
+    {
+        throw HostError(sFile + L" cannot be written: " + CurrentErrorText());
+    }
 }
 
 // Reads the log through a file, which is the only form in which a simulation gives it.
 std::vector<LogRow> RowsOf(_clsSimulation& cSimulation, const std::wstring& sFile)
 {
-    Check(cSimulation, cSimulation.SaveLog(Bstr(sFile).Get()));
+    Writing(sFile, [&] {
+        ThrowIfFailed(cSimulation.SaveLog(Bstr(sFile).Get()), cSimulation, __uuidof(_clsSimulation));
+    });
     return ParseLogCsv(ReadWhole(sFile));
 }
 
@@ -150,7 +158,9 @@ void WriteReports(RotationObject& cRotation, _clsSimulation& cSimulation, const 
     {
         if (sFile.empty())
             continue;
-        cRotation.Check(cRotation.Object().WriteReport(&cSimulation, Bstr(FullPath(sFile)).Get()));
+        Writing(sFile, [&, sPath = FullPath(sFile)] {
+            cRotation.Check(cRotation.Object().WriteReport(&cSimulation, Bstr(sPath).Get()));
+        });
         cOut.Write(L"Report: " + sFile + L"\n");
     }
 }

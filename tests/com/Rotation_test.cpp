@@ -111,6 +111,7 @@ TEST_F(RotationTest, MembersAreRefusedWithoutAPopulatedManager)
         {L"WriteReport", DISPATCH_METHOD, {cResult, cFile}},
         {L"Undo", DISPATCH_METHOD, {}},
         {L"Redo", DISPATCH_METHOD, {}},
+        {L"OverrideOptions", DISPATCH_METHOD, {cYes}},
     };
     for (const ComPtr<_clsSchedMan>& cManager :
          {ComPtr<_clsSchedMan>(), Create<_clsSchedMan>(CLSID_clsSchedMan)})
@@ -151,6 +152,13 @@ TEST_F(RotationTest, OptionsAreSavedAndDecideWhatACreditCounts)
     EXPECT_EQ(ItemsOf(Get(m_cRotation, &_clsRotation::ArtistsOf, L"Kiss", L"Song (feat. Cher)")),
               (Texts{L"Kiss", L"Cher"}));
     EXPECT_EQ(Content(L"Scheduler\\Rotation.cfg"), "FairRotation=1\r\nFeaturedArtists=1\r\n");
+    Do(m_cRotation, &_clsRotation::OverrideOptions, Bool(false), Variant::Omitted());
+    EXPECT_FALSE(Get(m_cRotation, &_clsRotation::get_FairRotation));
+    EXPECT_TRUE(Get(m_cRotation, &_clsRotation::get_FeaturedArtists));
+    EXPECT_EQ(Content(L"Scheduler\\Rotation.cfg"), "FairRotation=1\r\nFeaturedArtists=1\r\n");
+    EXPECT_EQ(Try(m_cRotation, &_clsRotation::OverrideOptions, Text(L"maybe"), Bool(true)), ErrorResult(13));
+    EXPECT_FALSE(Get(m_cRotation, &_clsRotation::get_FairRotation));
+    Do(m_cRotation, &_clsRotation::OverrideOptions, Variant::Omitted(), Variant::Omitted());
     const auto cOther = Create<_clsRotation>(CLSID_clsRotation);
     Do(cOther, &_clsRotation::putref_Scheduler, m_cMan);
     EXPECT_TRUE(Get(cOther, &_clsRotation::get_FairRotation));
@@ -370,6 +378,126 @@ TEST_F(RotationTest, InsideAStepTheHostMayDoAnything)
     EXPECT_FALSE(m_cRotation);
     EXPECT_GT(Get(cSimulation, &_clsSimulation::get_Picks), 0);
 }
+
+TEST_F(RotationTest, ResultsOutliveTheManagerAndItsRotation)
+{
+    AddSlot();
+    Do(m_cRotation, &_clsRotation::SpreadCategories, CollectionOf(Level(L"Rock", L"1")), false);
+    const auto cSimulation = Simulated(7);
+    const auto colLevels = Get(cSimulation, &_clsSimulation::get_Levels);
+    const auto cLevel = ItemAt<_clsLevelHealth>(colLevels, Long(1));
+    const auto cExplanation = Get(m_cRotation, &_clsRotation::Explain, L"Rock\t1", false, nullptr);
+    const auto cStep = ItemAt<_clsExplanationStep>(Get(cExplanation, &_clsExplanation::get_Steps), Long(1));
+    const auto sText = Get(cExplanation, &_clsExplanation::get_Text);
+    const LONG lPicks = Get(cSimulation, &_clsSimulation::get_Picks);
+    const LONG lPlays = Get(cSimulation, &_clsSimulation::Plays, L"C:\\Song1.mp3", L"Rock\t1");
+    const auto advice = ItemsOf(Get(cLevel, &_clsLevelHealth::get_Advice));
+    m_cRotation = nullptr;
+    m_cMan = nullptr;
+    Do(m_cDataBase, &_clsDataBase::Close);
+    m_cDataBase = nullptr;
+    CoFreeUnusedLibrariesEx(0, 0); // the library must stay while its objects live
+
+    EXPECT_EQ(Get(cSimulation, &_clsSimulation::get_Picks), lPicks);
+    EXPECT_EQ(Get(cSimulation, &_clsSimulation::Plays, L"C:\\Song1.mp3", L"Rock\t1"), lPlays);
+    EXPECT_EQ(Get(Get(cSimulation, &_clsSimulation::get_Levels), &_clsCollection::get_Count), 1);
+    Do(cSimulation, &_clsSimulation::SaveLog, File(L"late.csv"));
+    EXPECT_TRUE(Content(L"late.csv").starts_with("start,"));
+    EXPECT_EQ(Get(cLevel, &_clsLevelHealth::get_Picks), lPicks);
+    EXPECT_EQ(ItemsOf(Get(cLevel, &_clsLevelHealth::get_Advice)), advice);
+    EXPECT_EQ(Get(cExplanation, &_clsExplanation::get_Text), sText);
+    EXPECT_TRUE(Get(cExplanation, &_clsExplanation::get_Cut));
+    EXPECT_EQ(Get(cStep, &_clsExplanationStep::get_Verdict), 0);
+    EXPECT_TRUE(Get(cStep, &_clsExplanationStep::get_Cut));
+    const auto cOther = Create<_clsRotation>(CLSID_clsRotation);
+    EXPECT_EQ(Try(cOther, &_clsRotation::WriteReport, cSimulation, File(L"late.html")), ErrorResult(91));
+}
+
+TEST_F(RotationTest, TheLibraryIsUnloadedOnlyWithoutItsObjects)
+{
+    using CanUnload = HRESULT(STDAPICALLTYPE*)();
+    const HMODULE hLibrary = GetModuleHandleW(L"RavloSched.dll");
+    ASSERT_TRUE(hLibrary);
+    const auto canUnload =
+        reinterpret_cast<CanUnload>(reinterpret_cast<void*>(GetProcAddress(hLibrary, "DllCanUnloadNow")));
+    AddSlot();
+    m_cSink = nullptr;
+    auto cLevel = ItemAt<_clsLevelHealth>(Get(Simulated(), &_clsSimulation::get_Levels), Long(1));
+    auto cExplanation = Get(m_cRotation, &_clsRotation::Explain, L"Rock\t1", false, nullptr);
+    auto cStep = ItemAt<_clsExplanationStep>(Get(cExplanation, &_clsExplanation::get_Steps), Long(1));
+    m_cRotation = nullptr;
+    m_cMan = nullptr;
+    EXPECT_EQ(canUnload(), S_FALSE) << "a level's health, an explanation, a step";
+    cLevel = nullptr;
+    cExplanation = nullptr;
+    EXPECT_EQ(canUnload(), S_FALSE) << "a step";
+    cStep = nullptr;
+    EXPECT_EQ(canUnload(), S_OK);
+}
+
+// Runs in the first step of a simulation, which ends as if nothing had happened.
+class StepTest : public RotationTest, public testing::WithParamInterface<int>
+{
+protected:
+    void Act()
+    {
+        switch (GetParam())
+        {
+        case 0:
+            EXPECT_GT(Get(Simulated(), &_clsSimulation::get_Picks), 0);
+            break;
+        case 1:
+            Do(m_cRotation, &_clsRotation::ClearPlan);
+            EXPECT_EQ(Try(m_cRotation, &_clsRotation::Simulate, dStart, 1.0, Variant::Omitted(),
+                          Variant::Omitted(), &m_pNone),
+                      ErrorResult(5));
+            break;
+        case 2:
+            PopulateFrom(m_cDataBase);
+            break;
+        case 3:
+            Do(m_cRotation, &_clsRotation::put_FairRotation, true);
+            Do(m_cRotation, &_clsRotation::OverrideOptions, Bool(false), Bool(true));
+            break;
+        case 4:
+            RemoveCut(Cut(L"Song1"));
+            break;
+        case 5:
+            Do(m_cRotation, &_clsRotation::SpreadCategories, CollectionOf(Level(L"Rock", L"1")), false);
+            break;
+        case 6:
+            Get(m_cRotation, &_clsRotation::Explain, L"Rock\t1", false, nullptr);
+            Get(m_cMan, &_clsSchedMan::get_NextCutFromRotation, L"Rock\t1", false, nullptr, nullptr, nullptr,
+                nullptr, false, true);
+            break;
+        case 7:
+            Do(m_cDataBase, &_clsDataBase::Close);
+            break;
+        default:
+            FAIL();
+        }
+    }
+    _clsSimulation* m_pNone = nullptr;
+};
+
+TEST_P(StepTest, WhatAHostDoesInAStepChangesNoSimulation)
+{
+    AddSlot();
+    const auto cBefore = Simulated(3);
+    int lSteps = 0;
+    InEachStep([&](double, VARIANT_BOOL&) {
+        if (lSteps++ == 0)
+            Act();
+    });
+    const auto cAfter = Simulated(3);
+    EXPECT_GT(lSteps, 0);
+    ASSERT_TRUE(cAfter);
+    Do(cBefore, &_clsSimulation::SaveLog, File(L"before.csv"));
+    Do(cAfter, &_clsSimulation::SaveLog, File(L"after.csv"));
+    EXPECT_EQ(Content(L"after.csv"), Content(L"before.csv"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Actions, StepTest, testing::Range(0, 8));
 
 } // namespace
 } // namespace ravlo

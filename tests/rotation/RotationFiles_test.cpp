@@ -139,6 +139,32 @@ TEST_F(RotationFilesTest, SetterSavesAtOnceAndKeepsUnknownLines)
     EXPECT_TRUE(cPorts.LogMessages().empty());
 }
 
+TEST_F(RotationFilesTest, OverridesAreInForceAndNeverSaved)
+{
+    PutOptions("FairRotation=1\r\n");
+    cRotation.Serve(sRadio);
+    cPorts.cFiles.ClearOperations();
+    cRotation.Override({false, true});
+    EXPECT_EQ(cRotation.Options(), (RotationOptions{false, true}));
+    EXPECT_EQ(Prince(), (Lines{L"Prince feat. Cher", L"Prince", L"Cher"}));
+    EXPECT_TRUE(cPorts.cFiles.Operations().empty());
+    PutOptions("FeaturedArtists=0\r\n");
+    RefreshAfter(1'000);
+    cRotation.Serve(sRadio);
+    EXPECT_EQ(cRotation.Options(), (RotationOptions{false, true}));
+    cRotation.SetFairRotation(false);
+    EXPECT_EQ(cPorts.cFiles.Get(sOptions), "FeaturedArtists=0\r\n");
+    cRotation.SetFairRotation(true);
+    EXPECT_EQ(cPorts.cFiles.Get(sOptions), "FeaturedArtists=0\r\nFairRotation=1\r\n");
+    EXPECT_EQ(cRotation.Options(), (RotationOptions{true, true})) << "what is set is in force";
+    cRotation.Override({});
+    EXPECT_EQ(cRotation.Options(), fair);
+    EXPECT_EQ(Prince(), credit);
+    cRotation.Override({false, true});
+    cRotation.Serve(L"D:\\Other\\");
+    EXPECT_EQ(cRotation.Options(), off) << "another station";
+}
+
 TEST_F(RotationFilesTest, SetterBuildsOnWhatIsInTheFileNow)
 {
     cRotation.Serve(sRadio);

@@ -49,7 +49,8 @@ TEST_F(StationOptionsTest, NothingIsKnownBeforeThePopulation)
 {
     const std::function<void()> calls[] = {
         [&] { cLib.cSchedMan->Options(); }, [&] { cLib.cSchedMan->Names(); },
-        [&] { cLib.cSchedMan->SetFairRotation(true); }, [&] { cLib.cSchedMan->SetFeaturedArtists(true); }};
+        [&] { cLib.cSchedMan->SetFairRotation(true); }, [&] { cLib.cSchedMan->SetFeaturedArtists(true); },
+        [&] { cLib.cSchedMan->OverrideOptions({}); }};
     for (const std::function<void()>& call : calls)
         EXPECT_THROW(call(), RuntimeError);
     cLib.Populate();
@@ -121,6 +122,11 @@ TEST_F(StationOptionsTest, OptionsAndNamesAreInForceWithTheNextPick)
     cLib.cSchedMan->SetFeaturedArtists(true);
     EXPECT_EQ(Pick(), L"c");
     cLib.cSchedMan->SetFeaturedArtists(false);
+    EXPECT_EQ(Pick(), L"b");
+
+    cLib.cSchedMan->OverrideOptions({{}, true});
+    EXPECT_EQ(Pick(), L"c");
+    cLib.cSchedMan->OverrideOptions({});
     EXPECT_EQ(Pick(), L"b");
 
     cPorts.cFiles.Put(sArtists, "credited,counts_as\r\nKiss,Cher\r\nAbba feat. Cher,Cher\r\n");
