@@ -2,6 +2,7 @@
 #include "scheduler/CutChanges.h"
 
 #include "support/BatchingDataBase.h"
+#include "support/ForwardingFiles.h"
 #include "support/OutOfMemory.h"
 #include "support/SyncTest.h"
 
@@ -85,6 +86,55 @@ TEST(OutOfMemory, NamesThatCannotBeTakenLeaveTheHistoryAsItWas)
         }
     }
     EXPECT_TRUE(cHistory.ArtistHistoryCut(cGuest));
+}
+
+// Files after whose look at the table of artists only so many allocations succeed, for as long as memory is
+// not given back.
+class ShortOfMemory final : public ForwardingFiles
+{
+public:
+    using ForwardingFiles::ForwardingFiles;
+    std::optional<FileStamp> StampOf(const std::wstring& sPath) const override
+    {
+        std::optional<FileStamp> stamp = m_cInner.StampOf(sPath);
+        if (lAllocations >= 0 && sPath.ends_with(L"Artists.csv"))
+            cMemory.emplace(lAllocations);
+        return stamp;
+    }
+    int lAllocations = -1;
+    mutable std::optional<Memory> cMemory;
+};
+
+// A folder must come into use with its tree, although its options cannot be taken yet.
+TEST(OutOfMemory, PopulationThatCannotTakeTheOptionsIsComplete)
+{
+    bool bTaken = false;
+    for (int lAllocations = 0; !bTaken; ++lAllocations)
+    {
+        RadioPorts cPorts;
+        ShortOfMemory cFiles(cPorts.cFiles);
+        Library cLib(cPorts, cFiles);
+        cLib.cDataBase->Add(L"a", L"Rock", 1)->SetArtist(L"Abba feat. Cher");
+        cLib.Populate();
+        const std::shared_ptr<Cut> cPlay = cLib.cDataBase->Own(L"a")->CloneCut();
+        cPlay->SetLastPlayed(cPorts.cClock.Now());
+        cLib.cSchedMan->UpdateArtistTitleHistory(cPlay);
+        const std::shared_ptr<CatCollection> colBefore = cLib.cSchedMan->colMainCats();
+        cPorts.cFiles.Put(L"C:\\Jazz\\Scheduler\\Rotation.cfg", "FeaturedArtists=1");
+
+        cFiles.lAllocations = lAllocations;
+        cLib.Populate(L"C:\\Jazz\\");
+        cFiles.lAllocations = -1;
+        cFiles.cMemory.reset();
+        bTaken = !bRanOut;
+        ASSERT_NE(cLib.cSchedMan->colMainCats(), colBefore) << lAllocations;
+        ASSERT_EQ(cLib.cMod.AppPath(), L"C:\\Jazz\\") << lAllocations;
+        cPorts.cClock.Advance(1'000);
+        ASSERT_TRUE(cLib.cSchedMan->Options().bFeaturedArtists) << lAllocations;
+        ASSERT_TRUE(cLib.cSchedMan->ArtistHistoryCut(L"Cher")) << lAllocations;
+        ASSERT_TRUE(cLib.SaveAll());
+        ASSERT_TRUE(cPorts.cFiles.FileExists(L"C:\\Jazz\\Scheduler\\History_and_Ordering\\Rock.sif"));
+    }
 }
 
 } // namespace
