@@ -134,7 +134,7 @@ class Report(HostCase):
         for level in figures["levels"]:
             row = shown[level["key"].replace("\t", " ")]
             self.assertEqual(row[1].split()[-1], level["light"])
-            self.check_row(row[2:], [len(level["cuts"]), len(level["artists"]), level["picks"], float(level["meanPlays"]),
+            self.check_row(row[2:], [level["cutCount"], level["artistCount"], level["picks"], level["unfilled"], float(level["meanPlays"]),
                                      len(level["neverPlayed"]), len(level["underHalf"]), level["rulesBroken"],
                                      level["artistSepMins"], level["attainableArtistMins"], level["titleSepMins"],
                                      level["attainableTitleMins"]])

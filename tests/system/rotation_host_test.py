@@ -10,7 +10,7 @@ import subprocess
 import time
 import unittest
 
-from host_case import HOST, SAMPLES, START, STATION, WINE_RUN, HostCase, content_of
+from host_case import HOST, START, STATION, WINE_RUN, HostCase, content_of
 
 # Two cuts of Ann's follow each other, and she may return after ten minutes: the second is passed over in every round.
 STARVING = "path,artist,title,duration_ms,categories,level,opener\n" + "".join(
@@ -117,7 +117,8 @@ class RotationHost(HostCase):
         self.write("easy", "pop,1\nrock,2\n")
         out = self.good("health", *STATION, "--clock", "easy", "--days", "1")
         self.assertRegex(out, r"\npop:1 +green ")
-        out, _ = self.ends(4, "health", *STATION, "--clock", SAMPLES / "clock.txt", "--json", "health.json")
+        self.write("hard", "rock,1,Y\nedm,3\n")
+        out, _ = self.ends(4, "health", *STATION, "--clock", "hard", "--json", "health.json")
         figures = json.loads((self.folder / "health.json").read_text(encoding="utf-8"))
         self.assertIn("Report: health.json\n", out)
         self.assertEqual(figures["days"], 28)
