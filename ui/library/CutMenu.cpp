@@ -85,6 +85,7 @@ PopUpMenu CutMenu::Items(const Selection& selection)
         {},
         {L"E&xplain", [this] { Explain(); }, MayExplain(selection)},
         {},
+        m_cHeadings.SortBy(),
         m_cHeadings.Columns(),
     };
 }

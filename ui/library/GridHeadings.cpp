@@ -62,6 +62,19 @@ PopUpItem GridHeadings::ScheduleOrder()
     return {L"&Schedule order", [this] { Sort(std::nullopt); }, true, !m_sorting};
 }
 
+PopUpItem GridHeadings::SortBy()
+{
+    const ColumnLayout layout = m_cGridView.Layout();
+    PopUpItem sortBy{L"&Sort by", {}};
+    sortBy.colItems = {ScheduleOrder(), {}};
+    for (const std::size_t column : layout.Shown())
+        if (layout.IsShown(column))
+            sortBy.colItems.push_back({PlainCaption(ListColumnAt(column).sHeader),
+                                       [this, column] { Click(column); }, true,
+                                       m_sorting && m_sorting->column == column});
+    return sortBy;
+}
+
 void GridHeadings::Click(std::size_t column)
 {
     if (!m_sorting || m_sorting->column != column)

@@ -28,8 +28,9 @@ public:
     // One item per column, ticked when it is shown, and one that brings the default layout back. The last
     // column that is shown cannot be hidden.
     PopUpItem Columns();
-    // Returns to schedule order; ticked when the view is in it.
-    PopUpItem ScheduleOrder();
+    // Schedule order and the columns that are shown; ticked is what the view is sorted by. Choosing a column
+    // does what a click on its heading does.
+    PopUpItem SortBy();
 
 private:
     struct Sorting
@@ -39,6 +40,7 @@ private:
         std::wstring sNode; // key of the node that is sorted
     };
 
+    PopUpItem ScheduleOrder();
     void Toggle(std::size_t column);
     void Sort(std::optional<Sorting> sorting);
     void Arrange(ViewOrder& cOrder);

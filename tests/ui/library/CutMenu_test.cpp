@@ -15,12 +15,12 @@ constexpr const wchar_t* sPosition = L"Move to &position...";
 class CutMenuTest : public ShownLevelTest
 {
 protected:
-    // The menu without its columns, for these rows.
+    // The menu without what concerns columns, for these rows.
     Lines Menu(const Rows& colRows)
     {
         ChooseFromCuts(colRows, L"");
         Lines colMenu = cGridView.colMenu;
-        const auto columns = std::find(colMenu.begin(), colMenu.end(), L"Co&lumns...");
+        const auto columns = std::find(colMenu.begin(), colMenu.end(), L"&Sort by");
         EXPECT_NE(columns, colMenu.end());
         colMenu.erase(columns, colMenu.end());
         return colMenu;
@@ -70,6 +70,21 @@ TEST_P(CutMenuTest, ItEditsAndRemovesAsTheKeysDo)
     EXPECT_EQ(Said().back(), L"Edit b");
     ChooseFromCuts({1}, L"&Remove from Rock 1\t  Del");
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"c"}));
+}
+
+TEST_P(CutMenuTest, ItSortsByAColumnAsAClickOnItsHeadingDoes)
+{
+    for (const wchar_t* sMark : {L"Title up", L"Title down"})
+    {
+        ChooseFromCuts({}, L"&Sort by>Title");
+        EXPECT_EQ(cGridView.sSortMark, sMark);
+    }
+    ChooseFromCuts({}, L"&Sort by>&Schedule order");
+    EXPECT_EQ(cGridView.sSortMark, L"");
+    EXPECT_NE(std::find(cGridView.colMenu.begin(), cGridView.colMenu.end(), L" *Title"),
+              cGridView.colMenu.end());
+    ChooseFromCuts({}, L"&Sort by>Album");
+    EXPECT_EQ(cGridView.sSortMark, L"") << "it is hidden";
 }
 
 // ---- in the shown level
@@ -164,6 +179,30 @@ TEST_P(CutMenuTest, RecentTargetsAreOfferedTheLastOneFirst)
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"c"}));
     EXPECT_EQ(Recent(), L"Jazz:1|Rock:2|gone:1|Rock:1|");
     EXPECT_TRUE(Shown().empty());
+}
+
+TEST_P(CutMenuTest, ChooseTakesTheCutsBeforeTheCategoryWindowOpens)
+{
+    CategoryWindows windows(Man());
+    std::shared_ptr<clsCat> cLevel;
+    windows.OnCategory = [&](CategoryRequest& request) {
+        EXPECT_EQ(request.sCaption, L"Move To");
+        EXPECT_TRUE(request.bAllowNew);
+        EXPECT_FALSE(request.bAllowMultiSelect);
+        request.cMainCatChosen = MainCat(L"Jazz");
+        request.cSubCatChosen = cLevel;
+        cGridView.Select({1});
+    };
+    ChooseFromCuts({0}, L"&Move to>C&hoose...");
+    EXPECT_EQ(Order(L"Jazz", 1), (Keys{L"c", L"e"})) << "cancelled";
+    windows.lAnswer = lChosen;
+    cLevel = Level(L"Jazz", 1);
+    ChooseFromCuts({0}, L"&Move to>C&hoose...");
+    ExpectOrders({L"b", L"c"}, {L"c", L"e", L"a"});
+    cLevel = nullptr; // all levels: each cut keeps its own
+    ShowNode(L"Rock", 2);
+    ChooseFromCuts({0}, L"&Move to>C&hoose...");
+    EXPECT_EQ(Order(L"Jazz", 2), (Keys{L"d"}));
 }
 
 TEST_P(CutMenuTest, FiveTargetsAreRememberedWithoutNamesThatCannotBeStored)

@@ -2,11 +2,41 @@
 #pragma once
 
 #include "LibraryFakes.h"
+#include "scheduler/SchedulerWindows.h"
 
 #include <gtest/gtest.h>
 
 namespace ravlo::test
 {
+
+// Windows of a manager, of which only the category window does something.
+class CategoryWindows final : public SchedulerWindows
+{
+public:
+    explicit CategoryWindows(clsSchedMan& cSchedMan) : m_cSchedMan(cSchedMan)
+    {
+        m_cSchedMan.SetWindows(this);
+    }
+    ~CategoryWindows() { m_cSchedMan.SetWindows(nullptr); }
+    CategoryWindows(const CategoryWindows&) = delete;
+    CategoryWindows& operator=(const CategoryWindows&) = delete;
+
+    std::function<void(CategoryRequest&)> OnCategory;
+    std::int32_t lAnswer = lNotChosen;
+    bool LibraryExists() const override { return false; }
+    bool LibraryShowing() const override { return false; }
+    void ReloadLibrary() override {}
+    void RefreshLibrary() override {}
+    void ShowLibrary() override {}
+    std::int32_t ShowCategory(CategoryRequest& request) override
+    {
+        OnCategory(request);
+        return lAnswer;
+    }
+
+private:
+    clsSchedMan& m_cSchedMan;
+};
 
 // Rock has the levels 1 (a, b, c) and 2 (d), Jazz the level 1 (c, e); f is in no category.
 inline void Fill(ScreenLibrary& library)

@@ -11,34 +11,6 @@ namespace
 
 using enum LibraryCommand;
 
-// Windows of a manager, of which only the category window does something.
-class CategoryWindows final : public SchedulerWindows
-{
-public:
-    explicit CategoryWindows(clsSchedMan& cSchedMan) : m_cSchedMan(cSchedMan)
-    {
-        m_cSchedMan.SetWindows(this);
-    }
-    ~CategoryWindows() { m_cSchedMan.SetWindows(nullptr); }
-    CategoryWindows(const CategoryWindows&) = delete;
-    CategoryWindows& operator=(const CategoryWindows&) = delete;
-
-    std::function<void(CategoryRequest&)> OnCategory;
-    bool LibraryExists() const override { return false; }
-    bool LibraryShowing() const override { return false; }
-    void ReloadLibrary() override {}
-    void RefreshLibrary() override {}
-    void ShowLibrary() override {}
-    std::int32_t ShowCategory(CategoryRequest& request) override
-    {
-        OnCategory(request);
-        return lNotChosen;
-    }
-
-private:
-    clsSchedMan& m_cSchedMan;
-};
-
 // ---- opening and closing
 
 TEST_P(NewLibraryTest, WithoutAManagerABoxSaysSoAndNoWindowIsShown)

@@ -64,7 +64,12 @@ TEST_F(LibraryHeadings, TheirMenuShowsAColumnThatIsRememberedAndResetsAll)
         EXPECT_EQ(Send(Header(), HDM_GETITEMCOUNT), 11);
         EXPECT_EQ(Cell(0, 10), L"next");
         EXPECT_GT(HeaderItem(1).left, HeaderItem(10).left) << "after the position";
-        user.Shot(hWindow, L"library-further-column");
+        for (const int lDpi : {144, 192, 96})
+        {
+            user.ChangeResolution(hWindow, lDpi, 1000, 460);
+            EXPECT_GE(ColumnWidth(10), Send(hGrid, LVM_GETSTRINGWIDTHW, 0, L"Next to play"));
+            user.Shot(hWindow, L"library-further-column-" + std::to_wstring(lDpi * 100 / 96));
+        }
     });
     OpenAgain([&](const User& user) {
         EXPECT_EQ(Cell(0, 10), L"next");
