@@ -435,7 +435,7 @@ TEST_F(RotationTest, TheLibraryIsUnloadedOnlyWithoutItsObjects)
     EXPECT_EQ(canUnload(), S_OK);
 }
 
-// Runs in the first step of a simulation, which ends as if nothing had happened.
+// What a host does in a step of a simulation.
 class StepTest : public RotationTest, public testing::WithParamInterface<int>
 {
 protected:
@@ -480,17 +480,33 @@ protected:
     _clsSimulation* m_pNone = nullptr;
 };
 
-TEST_P(StepTest, WhatAHostDoesInAStepChangesNoSimulation)
+// The station is read in the first steps: what is done there may count, or end the simulation with an error.
+TEST_P(StepTest, InTheFirstStepAHostMayDoAnything)
+{
+    AddSlot();
+    bool bActed = false;
+    InEachStep([&](double, VARIANT_BOOL&) {
+        if (!std::exchange(bActed, true))
+            Act();
+    });
+    ComPtr<_clsSimulation> cSimulation;
+    const HRESULT hResult =
+        m_cRotation->Simulate(dStart, 3, Variant::Omitted(), Variant::Omitted(), cSimulation.Receive());
+    EXPECT_TRUE(bActed);
+    EXPECT_EQ(SUCCEEDED(hResult), static_cast<bool>(cSimulation));
+}
+
+TEST_P(StepTest, WhatAHostDoesInTheLastStepChangesNothing)
 {
     AddSlot();
     const auto cBefore = Simulated(3);
-    int lSteps = 0;
-    InEachStep([&](double, VARIANT_BOOL&) {
-        if (lSteps++ == 0)
+    bool bActed = false;
+    InEachStep([&](double dDone, VARIANT_BOOL&) {
+        if (dDone == 1 && !std::exchange(bActed, true))
             Act();
     });
     const auto cAfter = Simulated(3);
-    EXPECT_GT(lSteps, 0);
+    EXPECT_TRUE(bActed);
     ASSERT_TRUE(cAfter);
     Do(cBefore, &_clsSimulation::SaveLog, File(L"before.csv"));
     Do(cAfter, &_clsSimulation::SaveLog, File(L"after.csv"));
