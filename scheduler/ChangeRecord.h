@@ -33,7 +33,7 @@ struct ChangeRecord
     {
         std::wstring sCatName;
         std::int32_t lLevel;
-        std::size_t position = 0; // of a deleted main category in the tree
+        std::size_t position = 0; // of a deleted main category, in the tree before the change
 
         friend bool operator==(const Category&, const Category&) = default;
     };

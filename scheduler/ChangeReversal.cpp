@@ -23,6 +23,8 @@ std::wstring NameOf(const ChangeRecord::Category& category)
     return category.lLevel == 0 ? category.sCatName : category.sCatName + L" " + DecimalText(category.lLevel);
 }
 
+bool IsMain(const ChangeRecord::Category& category) { return category.lLevel == 0; }
+
 std::vector<TextKey> KeysIn(const std::optional<SchedulerState::Place>& place)
 {
     return place ? OrderOf(*place->cSubCat->SchedCuts()) : std::vector<TextKey>();
@@ -192,12 +194,13 @@ std::shared_ptr<clsCat> Reversal::Ensure(const ChangeRecord::Category& category)
 
 void Reversal::MakeDeletedCats()
 {
-    for (auto deleted = m_record.colDeleted.rbegin(); deleted != m_record.colDeleted.rend(); ++deleted)
-    {
-        const std::shared_ptr<clsCat> cMainCat = Ensure(*deleted);
-        if (deleted->lLevel != 0)
-            m_cChanges.EnsureLevel(cMainCat, deleted->lLevel);
-    }
+    std::vector<ChangeRecord::Category> colDeleted = m_record.colDeleted;
+    const auto levels = std::stable_partition(colDeleted.begin(), colDeleted.end(), IsMain);
+    std::sort(colDeleted.begin(), levels,
+              [](const auto& left, const auto& right) { return left.position < right.position; });
+    for (const ChangeRecord::Category& deleted : colDeleted)
+        if (const std::shared_ptr<clsCat> cMainCat = Ensure(deleted); deleted.lLevel != 0)
+            m_cChanges.EnsureLevel(cMainCat, deleted.lLevel);
 }
 
 void Reversal::ChangeCuts()

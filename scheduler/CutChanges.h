@@ -179,6 +179,7 @@ private:
     void PutBack(const Changed& changed) noexcept;
     void KeepStep();
     void KeepCut(const Changed& changed);
+    std::size_t PositionBefore(const clsCat& cMainCat) const;
     void ForgetUnchangedOrders();
     void ForgetUnchangedCuts();
     std::unordered_set<TextKey> KeysThatJoinedOrLeft() const;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <set>
 
 namespace ravlo
 {
@@ -47,6 +48,16 @@ std::wstring ArtistAndTitle(const Cut& cCut)
     {
         return {};
     }
+}
+
+bool HasOrder(const CutCollection& colCuts, const std::vector<TextKey>& colKeys)
+{
+    if (colCuts.Count() != colKeys.size())
+        return false;
+    for (std::size_t position = 0; position < colKeys.size(); ++position)
+        if (const TextKey* cKey = colCuts.KeyAt(position); !cKey || *cKey != colKeys[position])
+            return false;
+    return true;
 }
 
 void RemoveIfEmpty(const clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCat)
@@ -338,7 +349,7 @@ void CutChanges::ForgetUnchangedOrders()
 {
     std::erase_if(m_record.colOrders, [&](const ChangeRecord::Order& order) {
         const std::shared_ptr<clsCat> cSubCat = LevelOf(order.category);
-        return cSubCat && OrderOf(*cSubCat->SchedCuts()) == order.colKeys;
+        return cSubCat && HasOrder(*cSubCat->SchedCuts(), order.colKeys);
     });
 }
 
@@ -384,10 +395,22 @@ std::shared_ptr<clsCat> CutChanges::LevelOf(const ChangeRecord::Category& catego
 
 void CutChanges::Deleting(const clsCat& cCat)
 {
-    const std::optional<std::size_t> position =
-        cCat.CatLevel() == 0 ? m_cState.colMainCats->PositionOf(CategoryKey(cCat.CatName(), 0))
-                             : std::nullopt;
-    m_record.colDeleted.push_back({cCat.CatName(), cCat.CatLevel(), position.value_or(0)});
+    m_record.colDeleted.push_back(
+        {cCat.CatName(), cCat.CatLevel(), cCat.CatLevel() == 0 ? PositionBefore(cCat) : 0});
+}
+
+// The main category's position in the tree as if those that were recorded as deleted were still there.
+std::size_t CutChanges::PositionBefore(const clsCat& cMainCat) const
+{
+    std::size_t position = m_cState.colMainCats->PositionOf(CategoryKey(cMainCat.CatName(), 0)).value_or(0);
+    std::set<std::size_t> colGone;
+    for (const ChangeRecord::Category& deleted : m_record.colDeleted)
+        if (deleted.lLevel == 0)
+            colGone.insert(deleted.position);
+    for (const std::size_t gone : colGone)
+        if (gone <= position)
+            ++position;
+    return position;
 }
 
 } // namespace ravlo

@@ -4,6 +4,7 @@
 #include "base/CaseFolding.h"
 #include "scheduler/CategoryEditing.h"
 #include "scheduler/CutChanges.h"
+#include "scheduler/UndoTexts.h"
 
 #include <algorithm>
 
@@ -30,7 +31,7 @@ void AddStep(SchedulerState& cState, const ChangeRecord& record)
     for (const ChangeRecord::Order& order : record.colOrders)
         colLeft.push_back(
             std::make_shared<clsCat>(cState.cMod, order.category.sCatName, order.category.lLevel));
-    cState.cUndo.Add(L"removal of " + CutsText(record.colCuts.size()) + L" from " +
+    cState.cUndo.Add(L"removal of " + CountedCuts(record.colCuts.size()) + L" from " +
                          ListCats(colLeft, mostInUndoText),
                      record);
 }

@@ -3,6 +3,7 @@
 
 #include "base/Text.h"
 #include "scheduler/CategoryEditing.h"
+#include "scheduler/UndoTexts.h"
 
 #include <algorithm>
 
@@ -82,7 +83,7 @@ std::size_t MassChange::RunChanges(const Cuts& colCuts, bool& bCreatedNewSubCats
     };
     ending.changed = [this](const ChangeRecord& record) {
         m_cState.cUndo.Add((m_eOption == eCopyHere ? L"copy of " : L"move of ") +
-                               CutsText(record.colCuts.size()) + L" to " + ListCats({m_cTo}),
+                               CountedCuts(record.colCuts.size()) + L" to " + ListCats({m_cTo}),
                            record);
     };
     for (const ChangeRecord::Category& category : cChanges.Finish(ending).colMade)

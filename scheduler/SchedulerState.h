@@ -72,11 +72,12 @@ struct SchedulerState
         std::shared_ptr<Cut> cOwn = cAsked ? cAsked->CutByKey(cCut->Key()) : nullptr;
         return cOwn ? cOwn : cCut;
     }
-    // Retries failed saves. Every operation that saves orders ends with this.
+    // Retries failed saves, and saves the steps to undo. Every operation that saves orders ends with this.
     void RetrySaves()
     {
         if (const std::shared_ptr<CatCollection> colCats = colMainCats)
             cHistoryFiles.RetryDue(*colCats);
+        cUndo.Save();
     }
     // The application path for the tree's files, even when another population has moved the library since.
     // Empty before the first population.
@@ -86,6 +87,7 @@ struct SchedulerState
     {
         cHistoryFiles.Serve(sPath);
         cCategoryList.Serve();
+        cUndo.Serve(sPath);
     }
     // Whether the tree contains this main category object.
     bool Contains(const std::shared_ptr<clsCat>& cMainCat) const

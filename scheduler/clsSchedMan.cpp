@@ -29,6 +29,7 @@ clsSchedMan::~clsSchedMan()
             return;
         my.cCategoryList.SaveChangedCatNames(*my.colMainCats, my.AppPath());
         my.cHistoryFiles.RetryAll(*my.colMainCats);
+        my.cUndo.SaveAtEnd();
         // The settings belong to the library: after another manager has moved it to another folder, they are
         // that folder's.
         if (EqualIgnoringCase(my.AppPath(), my.cMod.ServedPath()))

@@ -39,9 +39,9 @@ class clsSchedMan : public std::enable_shared_from_this<clsSchedMan>
 public:
     explicit clsSchedMan(ModScheduler& cMod);
     // Writes pending play times. After a completed population also saves the category list if this manager
-    // changed it, the orders that picks could not save and, while the library is still in this manager's
-    // folder, the settings. Throws nothing; a list that cannot be saved is shown, the rest is logged or
-    // ignored.
+    // changed it, the orders and the steps to undo that could not be saved and, while the library is still in
+    // this manager's folder, the settings. Throws nothing; a list that cannot be saved is shown, the rest is
+    // logged or ignored.
     ~clsSchedMan();
     clsSchedMan(const clsSchedMan&) = delete;
     clsSchedMan& operator=(const clsSchedMan&) = delete;

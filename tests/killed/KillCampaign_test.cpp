@@ -173,6 +173,21 @@ void Create(Host& host, RandomNumbers& cRandom)
     host.cSchedMan->CreateCatLevel(AnyMainCat(host, cRandom));
 }
 
+// What earlier works did, and killed ones.
+void Undo(Host& host, RandomNumbers&)
+{
+    if (host.cSchedMan->CanUndo())
+        host.cSchedMan->Undo();
+}
+
+void UndoAndRedo(Host& host, RandomNumbers& cRandom)
+{
+    Undo(host, cRandom);
+    host.NoteOrders();
+    if (host.cSchedMan->CanRedo())
+        host.cSchedMan->Redo();
+}
+
 void RulesAndSettings(Host& host, RandomNumbers& cRandom)
 {
     host.cMod.SetGlobalArtistSepMins(static_cast<std::int32_t>(cRandom() % 90));
@@ -199,6 +214,8 @@ constexpr Work works[] = {
     {"delete a level", DeleteLevel},
     {"delete a category", DeleteCategory},
     {"create", Create},
+    {"undo", Undo},
+    {"undo and redo", UndoAndRedo},
     {"rules and settings", RulesAndSettings},
 };
 

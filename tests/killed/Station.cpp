@@ -3,6 +3,7 @@
 
 #include "base/CaseFolding.h"
 #include "base/Text.h"
+#include "scheduler/UndoRecords.h"
 
 #include <gtest/gtest.h>
 
@@ -90,7 +91,10 @@ State Station::Read() const
     for (const std::shared_ptr<clsCat>& cMainCat : *host.cSchedMan->colMainCats())
         state.categories[FoldCase(cMainCat->CatName())] = cMainCat->CatName();
     for (const auto& entry : fs::recursive_directory_iterator(m_folder / "Scheduler"))
-        if (const std::string sKind = entry.path().extension().string(); sKind == ".rls" || sKind == ".dat")
+        if (const std::string sKind = entry.path().extension().string();
+            entry.path().filename() == "Undo.dat") // one of several steps that a work makes
+            EXPECT_TRUE(DecodeUndoFile(BytesOf(entry.path())));
+        else if (sKind == ".rls" || sKind == ".dat")
             state.files[fs::relative(entry.path(), m_folder).string()] = BytesOf(entry.path());
     state.colBoxes = host.cPorts.cMessages.Boxes;
     return state;

@@ -2,6 +2,7 @@
 // Any operation of a host, with any of its file operations failing: the tree still agrees with the database,
 // nothing on the disk is lost, and the next start on a healthy disk reads everything.
 #include "platform/memory/FailingFiles.h"
+#include "scheduler/UndoRecords.h"
 #include "support/SchedulerTest.h"
 
 #include <algorithm>
@@ -71,6 +72,17 @@ struct Program
     {
         for (const wchar_t* sName : {L"Rock", L"Pop"})
             Level(sName)->SchedCuts()->MoveToEnd(0);
+    }
+    // Nothing can be undone when the steps could not be read.
+    void Undo(int lTimes)
+    {
+        for (; lTimes > 0 && cSchedMan->CanUndo(); --lTimes)
+            cSchedMan->Undo();
+    }
+    void Redo()
+    {
+        if (cSchedMan->CanRedo())
+            cSchedMan->Redo();
     }
     void CreateLevel()
     {
@@ -192,6 +204,13 @@ const Disk& StationDisk()
         cProgram.cLib.cMod.SetGlobalArtistSepMins(15);
         cProgram.cLib.cMod.SetGlobalTitleSepMins(25);
         cProgram.cLib.cMod.SetGlobalAlbumSepMins(35);
+        // To undo: a deletion, a creation, a re-order; to redo: another one.
+        cProgram.MoveInCategory();
+        EXPECT_TRUE(cProgram.cLib.CreateMainCat(L"Talk"));
+        cProgram.Delete(cProgram.MainCat(L"Talk"));
+        cProgram.cSchedMan->MoveCutsInCategory(cProgram.Level(L"Rock", 2),
+                                               {cProgram.CutsOf(L"Rock", 2).back()}, 1);
+        cProgram.Undo(1);
         cProgram.End();
         return DiskOf(cProgram.cPorts.cFiles);
     }();
@@ -237,6 +256,11 @@ const Operation operations[] = {
     {"delete_category", [](P& p) { p.Delete(p.MainCat(L"Pop")); }, false, true},
     {"delete_empty_category", [](P& p) { p.Delete(p.MainCat(L"Jazz")); }},
     {"move_in_category", [](P& p) { p.MoveInCategory(); }},
+    {"undo_a_deletion", [](P& p) { p.Undo(1); }},
+    {"undo_a_creation", [](P& p) { p.Undo(2); }},
+    {"undo_a_re_order", [](P& p) { p.Undo(3); }},
+    {"redo_a_re_order", [](P& p) { p.Redo(); }},
+    {"undo_and_end", [](P& p) { p.Populate(), p.Undo(1), p.End(); }, true},
     {"copy", [](P& p) { p.Change(eCopyHere, p.Level(L"Pop"), p.CutsOf(L"Rock")); }},
     {"move_one", [](P& p) { p.Change(eMoveHere, p.Level(L"Pop", 2), {p.FirstOf(L"Rock")}); }},
     {"move_a_level", [](P& p) { p.Change(eMoveHere, p.Level(L"Pop", 2), p.CutsOf(L"Rock")); }, false, true},
@@ -329,8 +353,10 @@ void ExpectNothingLost(const Operation& operation, const Disk& now, const Disk& 
         const bool bAhead = sPath.ends_with(L".sif") && present != now.end() &&
                             present->second.size() > bytes.size() &&
                             SifWithoutGuards(present->second) == bytes;
-        const bool bKnown =
-            bAhead || isIn(StationDisk()) || isIn(healthy) || (!operation.bFromStart && isIn(ofTree));
+        const bool bSteps =
+            sPath.ends_with(L"Undo.dat") && present != now.end() && DecodeUndoFile(present->second);
+        const bool bKnown = bAhead || bSteps || isIn(StationDisk()) || isIn(healthy) ||
+                            (!operation.bFromStart && isIn(ofTree));
         EXPECT_TRUE(bKnown || IsKeptAside(now, sPath, bytes)) << testing::PrintToString(sPath);
     }
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "base/CaseFolding.h"
+#include "scheduler/UndoSteps.h"
 #include "support/BatchingDataBase.h"
 #include "support/SyncTest.h"
 
@@ -9,6 +10,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <random>
+#include <tuple>
 #include <utility>
 
 namespace ravlo::test
@@ -180,6 +182,12 @@ public:
         colFiles.erase(sFolded);
         colNotApplied.erase(sFolded);
     }
+    // Unless it was not understood.
+    void DeleteKnownFile(const RefMain& main)
+    {
+        if (colNotApplied.count(Lower(main.sName)) == 0)
+            DeleteFile(main);
+    }
     void SaveList()
     {
         colList.clear();
@@ -283,6 +291,201 @@ private:
     }
 };
 
+// ---- undo: a step is the difference between two states
+
+using RefLevel = std::pair<std::wstring, std::int32_t>; // folded name of the main category, number
+
+struct RefState
+{
+    Lines colMains; // in the tree's order
+    std::map<RefLevel, Keys> colOrders;
+    std::map<std::wstring, std::pair<Lines, std::int32_t>> colCuts; // key -> names and level
+
+    friend bool operator==(const RefState&, const RefState&) = default;
+
+    bool HasMain(const std::wstring& sName) const
+    {
+        return AnyOf(colMains, [&](const auto& sOther) { return EqualIgnoringCase(sOther, sName); });
+    }
+    bool IsIn(const std::wstring& sKey, const RefLevel& level) const
+    {
+        const auto found = colOrders.find(level);
+        return found != colOrders.end() && Contains(found->second, sKey);
+    }
+};
+
+RefState StateOf(const Reference& ref)
+{
+    RefState state;
+    for (const auto& pMain : ref.colMains)
+    {
+        state.colMains.push_back(pMain->sName);
+        for (const auto& [lLevel, colOrder] : pMain->colLevels)
+            for (Keys& colKeys = state.colOrders[{Lower(pMain->sName), lLevel}];
+                 const RefCut* pCut : colOrder)
+                colKeys.push_back(pCut->sKey);
+    }
+    for (const auto& pCut : ref.colCuts)
+        state.colCuts[pCut->sKey] = {pCut->colNames, pCut->lLevel};
+    return state;
+}
+
+struct RefStep
+{
+    RefState before;
+    RefState after;
+
+    // The levels that the step has made, deleted or changed.
+    std::set<RefLevel> Touched() const
+    {
+        std::set<RefLevel> colTouched;
+        for (const RefState* pState : {&before, &after})
+            for (const auto& [level, colKeys] : pState->colOrders)
+            {
+                const auto was = before.colOrders.find(level);
+                const auto is = after.colOrders.find(level);
+                if (was == before.colOrders.end() || is == after.colOrders.end() || was->second != is->second)
+                    colTouched.insert(level);
+            }
+        return colTouched;
+    }
+};
+
+// Takes a step back: what others have changed since stays.
+class RefReversal
+{
+public:
+    RefReversal(Reference& ref, const RefStep& step) : m_ref(ref), m_step(step), m_colTouched(step.Touched())
+    {
+        for (const auto& pCut : ref.colCuts)
+            if (const auto after = step.after.colCuts.find(pCut->sKey);
+                after != step.after.colCuts.end() && IsOfTheStep(pCut->sKey) &&
+                after->second == std::pair(pCut->colNames, pCut->lLevel))
+                colCuts.push_back(pCut.get());
+    }
+    // Whether cuts may leave the level. An empty one that the step deleted had none to record.
+    bool Touches(const RefMain& main, std::int32_t lLevel) const
+    {
+        const RefLevel level{Lower(main.sName), lLevel};
+        const auto before = m_step.before.colOrders.find(level);
+        return m_colTouched.count(level) != 0 &&
+               (before == m_step.before.colOrders.end() || !before->second.empty() ||
+                m_step.after.colOrders.count(level) != 0);
+    }
+    bool ChangesLevel(const RefCut& cut) const { return Before(cut).second != cut.lLevel; }
+    bool ChangesNames(const RefCut& cut) const { return Before(cut).first != cut.colNames; }
+
+    void Run()
+    {
+        const std::size_t mains = m_ref.colMains.size();
+        MakeAgain();
+        const bool bMade = m_ref.colMains.size() != mains;
+        for (RefCut* pCut : colCuts)
+            PutBack(*pCut);
+        for (const RefLevel& level : m_colTouched)
+            PutInOrder(level);
+        const bool bDeleted = DeleteMade();
+        if (bMade || bDeleted)
+            m_ref.SaveList();
+    }
+
+    RefOrder colCuts; // those to change
+
+private:
+    bool IsOfTheStep(const std::wstring& sKey) const
+    {
+        return m_step.before.colCuts.at(sKey) != m_step.after.colCuts.at(sKey) ||
+               AnyOf(m_colTouched, [&](const RefLevel& level) {
+                   return m_step.before.IsIn(sKey, level) != m_step.after.IsIn(sKey, level);
+               });
+    }
+    const std::pair<Lines, std::int32_t>& Before(const RefCut& cut) const
+    {
+        return m_step.before.colCuts.at(cut.sKey);
+    }
+    void MakeAgain()
+    {
+        const Lines& colBefore = m_step.before.colMains;
+        for (std::size_t at = 0; at < colBefore.size(); ++at)
+            if (!m_step.after.HasMain(colBefore[at]))
+            {
+                if (!m_ref.Main(colBefore[at]))
+                    m_ref.colMains.insert(m_ref.colMains.begin() + static_cast<std::ptrdiff_t>(
+                                                                       std::min(at, m_ref.colMains.size())),
+                                          std::make_unique<RefMain>(RefMain{colBefore[at], {}}));
+                m_ref.colAffected.insert(m_ref.Main(colBefore[at]));
+            }
+        for (const RefLevel& level : m_colTouched)
+            if (m_step.after.colOrders.count(level) == 0)
+                LevelOf(level);
+    }
+    RefOrder& LevelOf(const RefLevel& level)
+    {
+        RefMain& main = m_ref.Ensure(level.first);
+        m_ref.colAffected.insert(&main);
+        return main.colLevels[level.second];
+    }
+    void PutBack(RefCut& cut)
+    {
+        std::tie(cut.colNames, cut.lLevel) = Before(cut);
+        for (const RefLevel& level : m_colTouched)
+            if (m_step.before.IsIn(cut.sKey, level))
+                AddOnce(LevelOf(level), &cut);
+            else if (RefMain* pMain = m_ref.Main(level.first);
+                     pMain && pMain->colLevels.count(level.second) != 0)
+                if (std::erase(pMain->colLevels[level.second], &cut) > 0)
+                    m_ref.colAffected.insert(pMain);
+        for (const auto& pMain : m_ref.colMains)
+            if (!pMain->LevelsOf(cut).empty())
+                m_ref.colAffected.insert(pMain.get());
+        cut.NotePlaced();
+    }
+    void PutInOrder(const RefLevel& level)
+    {
+        RefMain* pMain = m_ref.Main(level.first);
+        const auto before = m_step.before.colOrders.find(level);
+        if (!pMain || pMain->colLevels.count(level.second) == 0 || before == m_step.before.colOrders.end())
+            return;
+        RefOrder& colOrder = pMain->colLevels[level.second];
+        const RefOrder colNow = colOrder;
+        std::stable_sort(colOrder.begin(), colOrder.end(), [&](const RefCut* pLeft, const RefCut* pRight) {
+            const auto at = [&](const RefCut* pCut) {
+                return std::find(before->second.begin(), before->second.end(), pCut->sKey);
+            };
+            return at(pLeft) < at(pRight);
+        });
+        if (colOrder != colNow)
+            m_ref.colAffected.insert(pMain);
+    }
+    // Whether a main category was deleted.
+    bool DeleteMade()
+    {
+        for (const RefLevel& level : m_colTouched)
+        {
+            RefMain* pMain = m_ref.Main(level.first);
+            if (m_step.before.colOrders.count(level) != 0 || !pMain ||
+                pMain->colLevels.count(level.second) == 0 || !pMain->colLevels[level.second].empty())
+                continue;
+            pMain->colLevels.erase(level.second);
+            m_ref.colAffected.insert(pMain);
+            if (!pMain->colLevels.empty())
+                continue;
+            m_ref.colAffected.erase(pMain);
+            m_ref.DeleteKnownFile(*pMain);
+        }
+        const std::size_t mains = m_ref.colMains.size();
+        std::erase_if(m_ref.colMains, [&](const auto& pMain) {
+            return pMain->colLevels.empty() && m_step.after.HasMain(pMain->sName) &&
+                   !m_step.before.HasMain(pMain->sName);
+        });
+        return m_ref.colMains.size() != mains;
+    }
+
+    Reference& m_ref;
+    const RefStep& m_step;
+    const std::set<RefLevel> m_colTouched;
+};
+
 // ---- a manager and the reference side by side
 
 const std::array<const wchar_t*, 6> sPool{L"Rock", L"Pop", L"Jazz", L"Soul", L"R.E.M.", L"Caf\u00E9"};
@@ -315,25 +518,28 @@ public:
             const char* sName;
             unsigned weight;
             void (Model::*run)();
+            bool bUndoable = false;
         };
         static constexpr std::array operations{
             Operation{"add", 10, &Model::AddCuts},
             Operation{"modify", 12, &Model::ModifyCuts},
             Operation{"remove", 6, &Model::RemoveCuts},
-            Operation{"take out", 6, &Model::TakeOut},
-            Operation{"take out many", 5, &Model::TakeOutMany},
-            Operation{"assign", 8, &Model::Assign},
+            Operation{"take out", 6, &Model::TakeOut, true},
+            Operation{"take out many", 5, &Model::TakeOutMany, true},
+            Operation{"assign", 8, &Model::Assign, true},
             Operation{"host places", 6, &Model::HostPlaces},
             Operation{"host places in a second level", 8, &Model::HostPlacesTwice},
             Operation{"host takes out", 4, &Model::HostTakesOut},
-            Operation{"create category", 3, &Model::CreateMainCat},
-            Operation{"create level", 4, &Model::CreateLevel},
-            Operation{"delete", 3, &Model::Delete},
+            Operation{"create category", 3, &Model::CreateMainCat, true},
+            Operation{"create level", 4, &Model::CreateLevel, true},
+            Operation{"delete", 3, &Model::Delete, true},
             Operation{"delete what is gone", 1, &Model::DeleteGone},
-            Operation{"shuffle", 5, &Model::Shuffle},
-            Operation{"move in category", 8, &Model::MoveInCategory},
-            Operation{"mass move", 10, &Model::MassMove},
-            Operation{"mass copy", 7, &Model::MassCopy},
+            Operation{"shuffle", 5, &Model::Shuffle, true},
+            Operation{"move in category", 8, &Model::MoveInCategory, true},
+            Operation{"mass move", 10, &Model::MassMove, true},
+            Operation{"mass copy", 7, &Model::MassCopy, true},
+            Operation{"undo", 12, &Model::Undo},
+            Operation{"redo", 8, &Model::Redo},
             Operation{"pick", 14, &Model::PickCut},
             Operation{"save", 3, &Model::Save},
             Operation{"reload", 2, &Model::Reload},
@@ -346,7 +552,13 @@ public:
         const Operation* pOperation = operations.data();
         while (drawn >= pOperation->weight)
             drawn -= (pOperation++)->weight;
+        const RefState before = StateOf(m_ref);
         (this->*pOperation->run)();
+        if (pOperation->bUndoable && StateOf(m_ref) != before)
+        {
+            m_colRedo.clear();
+            AddStep(m_colUndo, before);
+        }
         for (const RefMain* pMain : std::exchange(m_ref.colAffected, {}))
             m_ref.Save(*pMain);
         return pOperation->sName;
@@ -363,6 +575,8 @@ public:
             ASSERT_EQ(pCut->cCut->CatLevel(), pCut->lLevel) << pCut->sKey;
             ASSERT_EQ(pCut->cCut->CategoryNames(), pCut->colNames) << pCut->sKey;
         }
+        ASSERT_EQ(m_cLib.cSchedMan->CanUndo(), !m_colUndo.empty());
+        ASSERT_EQ(m_cLib.cSchedMan->CanRedo(), !m_colRedo.empty());
     }
 
     void CompareFiles()
@@ -764,7 +978,7 @@ private:
                 &main != &to && (bExclusive || (&main == source.first && lLevel == source.second));
             return bLeaves || (lTo != 0 && lTo != lLevel);
         });
-        bool bFailed = trouble.bRefusesCommit;
+        bool bFailed = trouble.bRefusesCommit && !colCuts.empty();
         const std::size_t levelsBefore = m_ref.CountLevels();
         for (RefCut* pCut : colCuts)
             bFailed = !MoveOne(*pCut, to, lTo, bExclusive, source, trouble) || bFailed;
@@ -1007,6 +1221,50 @@ private:
         m_ref.colAffected.insert(pMain);
     }
 
+    // ---- undo
+
+    using Steps = std::vector<RefStep>;
+    void AddStep(Steps& colSteps, const RefState& before)
+    {
+        if (StateOf(m_ref) == before)
+            return;
+        colSteps.push_back({before, StateOf(m_ref)});
+        if (colSteps.size() > UndoSteps::mostSteps)
+            colSteps.erase(colSteps.begin());
+    }
+    void Undo() { Reverse(m_colUndo, m_colRedo, &clsSchedMan::Undo); }
+    void Redo() { Reverse(m_colRedo, m_colUndo, &clsSchedMan::Redo); }
+    void Reverse(Steps& colFrom, Steps& colTo, std::wstring (clsSchedMan::*reverse)())
+    {
+        const auto run = [&] { (m_cLib.cSchedMan.get()->*reverse)(); };
+        if (colFrom.empty())
+        {
+            EXPECT_THROW(run(), RuntimeError);
+            return;
+        }
+        RefReversal reversal(m_ref, colFrom.back());
+        const Trouble trouble = DrawTrouble(reversal.colCuts);
+        const bool bFails =
+            (trouble.bRefusesCommit && !reversal.colCuts.empty()) ||
+            (trouble.pCut &&
+             ((reversal.ChangesLevel(*trouble.pCut) && trouble.sMember == "SetCatLevel") ||
+              (reversal.ChangesNames(*trouble.pCut) && trouble.sMember == "SetCategoryText")));
+        m_ref.colAffected = WrittenAhead(reversal.colCuts, [&](const RefMain& main, std::int32_t lLevel) {
+            return reversal.Touches(main, lLevel);
+        });
+        if (bFails)
+            EXPECT_THROW(run(), RuntimeError);
+        else
+            run();
+        EndTrouble(trouble, false);
+        if (bFails)
+            return;
+        const RefState now = StateOf(m_ref);
+        reversal.Run();
+        colFrom.pop_back();
+        AddStep(colTo, now);
+    }
+
     // ---- picks, saves and starts
 
     void PickCut()
@@ -1124,6 +1382,8 @@ private:
     std::shared_ptr<BatchingDataBase> m_cDataBase = std::make_shared<BatchingDataBase>();
     SeededRandom m_cSameChance; // draws what the manager's draws
     Reference m_ref;
+    Steps m_colUndo; // the next one last
+    Steps m_colRedo;
     unsigned m_keys = 0;
 };
 

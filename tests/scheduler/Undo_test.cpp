@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "scheduler/ChangeReversal.h"
+#include "scheduler/UndoSteps.h"
 
 #include "support/BatchingDataBase.h"
 #include "support/SyncTest.h"
@@ -18,6 +18,7 @@ protected:
     {
         Start(sStation);
         Man().SaveCatNames();
+        Man().SetRotatesAllowed(true);
     }
 
     clsSchedMan& Man() { return *cLib.cSchedMan; }
@@ -38,6 +39,17 @@ protected:
                 sState += L"\n" + sPath + L" " + Printable(bytes);
             }
         return sState;
+    }
+    // The levels with their cuts, and the cuts' categories. A start may put the main categories in another
+    // order.
+    Lines Levels() const
+    {
+        Lines colLevels = Split(Tree(), L" | ");
+        for (const std::shared_ptr<Cut>& cCut : cLib.cDataBase->colCuts)
+            colLevels.push_back(cCut->Key().Text() + std::to_wstring(cCut->CatLevel()) +
+                                cCut->CategoryText());
+        std::sort(colLevels.begin(), colLevels.end());
+        return colLevels;
     }
     // Without fill bytes, and with digits for small binary numbers.
     static std::wstring Printable(const std::string& bytes)
@@ -151,6 +163,7 @@ TEST_P(UndoWorkTest, IsTakenBackAndDoneAgain)
     const auto work = All()[GetParam()];
     const std::wstring sWhat = work.first;
     const std::wstring sBefore = State();
+    const Lines colBefore = Levels();
     EXPECT_EQ(Man().UndoText(), L"");
     work.second(*this);
     const std::wstring sAfter = State();
@@ -167,13 +180,325 @@ TEST_P(UndoWorkTest, IsTakenBackAndDoneAgain)
         EXPECT_EQ(Man().Redo(), L"Redone: " + sWhat);
         EXPECT_EQ(State(), sAfter);
     }
-    Man().Undo();
+    const Lines colAfter = Levels();
     cLib.Restart();
-    EXPECT_EQ(State(), sBefore);
+    EXPECT_EQ(Man().Undo(), L"Undone: " + sWhat);
+    EXPECT_EQ(Levels(), colBefore);
+    cLib.Restart();
+    EXPECT_EQ(Levels(), colBefore);
+    EXPECT_EQ(Man().Redo(), L"Redone: " + sWhat);
+    EXPECT_EQ(Levels(), colAfter);
     EXPECT_EQ(boxes, Boxes());
 }
 
 INSTANTIATE_TEST_SUITE_P(UndoTest, UndoWorkTest, testing::Range(std::size_t{0}, UndoWorkTest::All().size()));
+
+// ---- steps
+
+TEST_F(UndoTest, StepsAreUndoneNewestFirstAndANewOneEndsRedo)
+{
+    MoveTo(L"e", 1);
+    Move({L"a"}, Level(L"Pop", 1));
+    EXPECT_TRUE(cLib.CreateMainCat(L"Jazz"));
+    EXPECT_EQ(Man().Undo(), L"Undone: new category Jazz");
+    EXPECT_EQ(Man().Undo(), L"Undone: move of 1 cut to Pop 1");
+    EXPECT_EQ(Man().RedoText(), L"Redo move of 1 cut to Pop 1");
+    EXPECT_EQ(Man().Redo(), L"Redone: move of 1 cut to Pop 1");
+    EXPECT_EQ(Man().RedoText(), L"Redo new category Jazz");
+    MoveTo(L"f", 1);
+    EXPECT_EQ(Man().RedoText(), L"");
+    EXPECT_EQ(Man().UndoText(), L"Undo re-order of Rock 1");
+}
+
+TEST_F(UndoTest, WhatChangesNothingMakesNoStep)
+{
+    Man().ShuffleCategories({Level(L"Soul", 3)});
+    MoveTo(L"a", 1);
+    Move({L"a"}, Level(L"Rock", 1));
+    Move({L"p"}, Level(L"Pop", 1), eCopyHere);
+    Remove({L"p"}, L"Rock");
+    Man().AssignCut(CutOf(L"a"), 1, {L"Rock"});
+    EXPECT_EQ(Man().UndoText(), L"");
+    CutOf(L"b")->failing = {"SetCatLevel"};
+    Move({L"b"}, Level(L"Rock", 2));
+    EXPECT_EQ(Man().UndoText(), L"") << "nor does what fails";
+    Move({L"a", L"b"}, Level(L"Rock", 2));
+    EXPECT_EQ(Man().UndoText(), L"Undo move of 1 cut to Rock 2");
+}
+
+TEST_F(UndoTest, AHundredStepsAreKept)
+{
+    for (std::size_t step = 0; step < UndoSteps::mostSteps + 3; ++step)
+        MoveTo(L"f", step % 2 == 0 ? 1 : 7);
+    cLib.Restart();
+    std::size_t undone = 0;
+    for (; Man().CanUndo(); ++undone)
+        Man().Undo();
+    EXPECT_EQ(undone, UndoSteps::mostSteps);
+}
+
+TEST_F(UndoTest, EachSingleRemovalIsAStepOfItsOwn)
+{
+    CatCollection colLeft;
+    for (const wchar_t* sKey : {L"a", L"b"})
+        Man().RemoveCutFromCategory(MainCat(L"Rock"), CutOf(sKey), colLeft);
+    Man().Undo();
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"b", L"c", L"d", L"e", L"f"}));
+    EXPECT_EQ(Man().UndoText(), L"Undo removal of 1 cut from Rock 1");
+}
+
+// ---- what others have changed since
+
+TEST_F(UndoTest, AnOrderReturnsWithoutCutsThatAreGoneAndBeforeNewOnes)
+{
+    MoveTo(L"f", 1);
+    MoveTo(L"e", 1);
+    Removed({CutOf(L"a"), CutOf(L"c")});
+    Added({Add(L"new", L"Rock", 1)});
+    cLib.Pick(L"Rock\t1");
+    EXPECT_EQ(Man().Undo(), L"Undone: re-order of Rock 1 (2 cuts are gone, 1 new cut stays)");
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"f", L"b", L"d", L"e", L"new"}));
+    EXPECT_EQ(Man().Redo(), L"Redone: re-order of Rock 1");
+    Modified({CutOf(L"new")});
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"f", L"b", L"d", L"new", L"e"})) << "the order before the undo";
+}
+
+TEST_F(UndoTest, CutsThatOthersHaveChangedStayAsTheyAre)
+{
+    Move({L"a", L"b", L"c"}, Level(L"Pop", 1));
+    CutOf(L"b")->SetCatLevel(5);
+    Modified({CutOf(L"b")});
+    Removed({CutOf(L"c")});
+    EXPECT_EQ(Man().Undo(),
+              L"Undone: move of 3 cuts to Pop 1 (1 cut is gone, 1 cut was changed since and stays as it is)");
+    EXPECT_EQ(Tree(), L"Rock 1: a d e f | Rock 2: x y | Pop 1: p q | Pop 5: b | Soul 3: s");
+    EXPECT_EQ(Man().Redo(), L"Redone: move of 3 cuts to Pop 1");
+    EXPECT_EQ(Tree(), L"Rock 1: d e f | Rock 2: x y | Pop 1: p q a | Pop 5: b | Soul 3: s");
+}
+
+TEST_F(UndoTest, ANewLevelWithCutsStays)
+{
+    EXPECT_TRUE(cLib.CreateMainCat(L"Jazz"));
+    Added({Add(L"new", L"Jazz", 1)});
+    EXPECT_EQ(Man().Undo(), L"Undone: new category Jazz (1 new cut stays, Jazz 1 has cuts and stays)");
+    EXPECT_EQ(Order(L"Jazz", 1), (Keys{L"new"}));
+    EXPECT_FALSE(Man().CanRedo());
+}
+
+TEST_F(UndoTest, ALevelThatOthersDeletedIsMadeAgainForItsCuts)
+{
+    Move({L"a"}, Level(L"Pop", 1));
+    MoveTo(L"f", 1);
+    Removed({CutOf(L"b"), CutOf(L"c"), CutOf(L"d"), CutOf(L"e"), CutOf(L"f")});
+    MainCat(L"Rock")->SubCats()->Remove(std::wstring_view(L"1"));
+    EXPECT_EQ(Man().Undo(), L"Undone: re-order of Rock 1 (Rock 1 is gone)");
+    EXPECT_EQ(Man().Undo(), L"Undone: move of 1 cut to Pop 1 (5 cuts are gone)");
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
+}
+
+TEST_F(UndoTest, FilesThatOthersMadeAreNotDeleted)
+{
+    const std::wstring sRules = std::wstring(sRadio) + L"Scheduler\\Rules\\Jazz.rls";
+    cPorts.cFiles.Put(sRules, "of others");
+    cPorts.cFiles.Put(SifPath(L"Jazz"), "of others");
+    EXPECT_TRUE(cLib.CreateMainCat(L"Jazz"));
+    Man().Undo();
+    EXPECT_EQ(cPorts.cFiles.Get(sRules), "of others");
+    EXPECT_EQ(cPorts.cFiles.Get(SifPath(L"Jazz") + L".bak"), "of others");
+    EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Jazz")));
+}
+
+// ---- failures
+
+TEST_F(UndoTest, AFailureChangesNothingAndTheStepStays)
+{
+    Move({L"a", L"b", L"c"}, Level(L"Soul", 3));
+    const std::wstring sAfter = State();
+    Forget();
+    for (const char* sMember : {"SetCatLevel", "SetCategoryText", "CatLevel", "Key"})
+    {
+        SCOPED_TRACE(sMember);
+        CutOf(L"c")->failing = {sMember};
+        try
+        {
+            Man().Undo();
+            ADD_FAILURE();
+        }
+        catch (const RuntimeError& cError)
+        {
+            EXPECT_EQ(cError.Number(), error::ObjectNotSet);
+            EXPECT_EQ(cError.Description(),
+                      L"Could not undo the move of 3 cuts to Soul 3; nothing was changed: " +
+                          StandardText(91));
+        }
+        CutOf(L"c")->failing.clear();
+        EXPECT_EQ(State(), sAfter);
+        EXPECT_EQ(boxes, Boxes());
+    }
+    EXPECT_EQ(Man().Undo(), L"Undone: move of 3 cuts to Soul 3");
+}
+
+TEST_F(UndoTest, ADatabaseThatCannotBeAskedChangesNothing)
+{
+    Remove({L"a"}, L"Rock");
+    cLib.cDataBase->bFails = true;
+    EXPECT_THROW(Man().Undo(), RuntimeError);
+    cLib.cDataBase->bFails = false;
+    EXPECT_TRUE(Man().CanUndo());
+}
+
+std::int32_t NumberOf(const std::function<void()>& action)
+{
+    try
+    {
+        action();
+        return 0;
+    }
+    catch (const RuntimeError& cError)
+    {
+        return cError.Number();
+    }
+}
+
+TEST_F(UndoTest, IsRefusedBeforeAndDuringAPopulationAndInsideAnother)
+{
+    std::vector<std::int32_t> colNumbers;
+    const auto undo = [&] { colNumbers.push_back(NumberOf([&] { Man().Undo(); })); };
+    undo();
+    MoveTo(L"f", 1);
+    cLib.cDataBase->OnAllCuts = undo;
+    cLib.Populate();
+    cLib.cDataBase->OnAllCuts = nullptr;
+    MoveTo(L"e", 1);
+    cLib.cHost.OnEvent = [&](const std::wstring&) {
+        cLib.cHost.OnEvent = nullptr;
+        undo();
+    };
+    undo();
+    cLib.cSchedMan = std::make_shared<clsSchedMan>(cLib.cMod);
+    undo();
+    EXPECT_EQ(colNumbers, (std::vector<std::int32_t>{5, 70, 70, 0, 91}));
+}
+
+TEST_F(UndoTest, AnEditInsideAnUndoIsTheNextStep)
+{
+    MoveTo(L"f", 1);
+    cLib.cHost.OnEvent = [&](const std::wstring&) {
+        cLib.cHost.OnEvent = nullptr;
+        Move({L"a"}, Level(L"Pop", 1));
+    };
+    EXPECT_EQ(Man().Undo(), L"Undone: re-order of Rock 1");
+    EXPECT_EQ(Man().UndoText(), L"Undo move of 1 cut to Pop 1");
+    EXPECT_EQ(Man().RedoText(), L"");
+}
+
+// ---- the file
+
+constexpr const wchar_t* sUndoPath = L"C:\\Radio\\Scheduler\\Undo.dat";
+
+TEST_F(UndoTest, PicksAndPlaysDoNotWriteTheFile)
+{
+    MoveTo(L"f", 1);
+    Forget();
+    Man().UpdateArtistTitleHistory(cLib.NextCut(L"Rock\t1"));
+    for (const std::wstring& sOperation : cPorts.cFiles.Operations())
+        EXPECT_EQ(sOperation.find(L"Undo.dat"), std::wstring::npos) << testing::PrintToString(sOperation);
+}
+
+TEST_F(UndoTest, AFileThatCannotBeSavedIsTriedAgainWithTheNextStepAndAtTheEnd)
+{
+    MoveTo(L"f", 1);
+    cPorts.cFiles.SetReadOnly(sUndoPath, true);
+    Forget();
+    MoveTo(L"e", 1);
+    EXPECT_EQ(boxes, Boxes());
+    const std::wstring sLine = L"DISPLAYERROR, Undo.dat " + CriticalText(75);
+    EXPECT_EQ(Log(), (Lines{sLine}));
+    Added({Add(L"new", L"Rock", 1)});
+    EXPECT_EQ(Logged(sLine), 1) << "no further attempt without a step";
+    cPorts.cFiles.SetReadOnly(sUndoPath, false);
+    cLib.Restart();
+    EXPECT_EQ(Man().Undo(), L"Undone: re-order of Rock 1 (1 new cut stays)");
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"f", L"a", L"b", L"c", L"d", L"e", L"new"}));
+}
+
+TEST_F(UndoTest, ADamagedFileMeansNoStepsAndIsKeptAside)
+{
+    MoveTo(L"f", 1);
+    std::string damaged = cPorts.cFiles.Get(sUndoPath);
+    damaged.back() = 'x';
+    cPorts.cFiles.Put(sUndoPath, damaged);
+    cLib.Restart();
+    EXPECT_FALSE(Man().CanUndo());
+    EXPECT_EQ(boxes, Boxes());
+    EXPECT_EQ(Logged(std::wstring(L"Nothing can be undone, the file is damaged: ") + sUndoPath), 1);
+    MoveTo(L"e", 1);
+    EXPECT_EQ(cPorts.cFiles.Get(std::wstring(sUndoPath) + L".bak"), damaged);
+    cLib.Restart();
+    EXPECT_EQ(Man().UndoText(), L"Undo re-order of Rock 1");
+}
+
+TEST_F(UndoTest, StepsStayWithTheirStation)
+{
+    MoveTo(L"f", 1);
+    cPorts.cFiles.MakeFolders(L"C:\\Other\\Debugging Logs\\Scheduler");
+    cLib.Populate(L"C:\\Other");
+    EXPECT_FALSE(Man().CanUndo());
+    MoveTo(L"c", 1);
+    cLib.Populate();
+    EXPECT_EQ(Man().Undo(), L"Undone: re-order of Rock 1");
+    EXPECT_FALSE(Man().CanUndo());
+    cLib.Populate(L"C:\\Other");
+    EXPECT_TRUE(Man().CanUndo());
+}
+
+TEST_F(UndoTest, StepsOfAnotherStationAreHarmless)
+{
+    Move({L"a", L"b"}, Level(L"Pop", 1));
+    EXPECT_TRUE(Man().DeleteCats({MainCat(L"Soul")}));
+    const std::string foreign = cPorts.cFiles.Get(sUndoPath);
+    Start(L"Talk 1: t u");
+    cPorts.cFiles.Put(sUndoPath, foreign);
+    cLib.Restart();
+    EXPECT_EQ(Man().Undo(), L"Undone: deletion of Soul (1 cut is gone)");
+    EXPECT_EQ(Man().Undo(),
+              L"Undone: move of 2 cuts to Pop 1 (2 cuts are gone, Pop 1 is gone, Rock 1 is gone)");
+    EXPECT_EQ(Tree(), L"Talk 1: t u | Soul 3:");
+    EXPECT_FALSE(Man().CanUndo());
+}
+
+// The bound: steps of about 400 KB each.
+TEST(UndoSteps, TheOldestStepsGoWhenTheFileWouldBeTooLarge)
+{
+    RadioPorts cPorts;
+    ModScheduler cMod(cPorts.Ports());
+    cPorts.cFiles.MakeFolders(std::wstring(sRadio) + L"Scheduler");
+    UndoSteps cSteps(cMod);
+    cSteps.Serve(sRadio);
+    constexpr std::size_t steps = 30;
+    for (std::size_t step = 0; step < steps; ++step)
+    {
+        ChangeRecord record;
+        record.colOrders.push_back({{L"Rock", 1}, {}});
+        for (std::size_t cut = 0; cut < 1'000; ++cut)
+            record.colOrders[0].colKeys.emplace_back(std::to_wstring(cut * 100 + step) +
+                                                     std::wstring(400, L'x'));
+        cSteps.Add(std::to_wstring(step), record);
+    }
+    cSteps.Save();
+    EXPECT_LE(cPorts.cFiles.Get(sUndoPath).size(), UndoSteps::mostBytes + 1'000);
+    UndoSteps cRead(cMod);
+    cRead.Serve(sRadio);
+    std::size_t kept = 0;
+    for (; const std::optional<UndoSteps::Step> step = cRead.Next(UndoWay::Undo); ++kept)
+    {
+        EXPECT_EQ(step->sWhat, std::to_wstring(steps - 1 - kept));
+        EXPECT_EQ(step->record.colOrders.at(0).colKeys.size(), 1'000u);
+        cRead.Reversed(*step, UndoWay::Undo, {});
+    }
+    EXPECT_GE(kept, 10u);
+    EXPECT_LT(kept, steps);
+}
 
 } // namespace
 } // namespace ravlo::test

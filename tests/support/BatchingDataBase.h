@@ -64,10 +64,18 @@ private:
                 return;
             ++cDataBase.lRolledBack;
             for (std::size_t cut = 0; cut < colBefore.size(); ++cut)
-            {
-                cDataBase.cInner.colCuts[cut]->SetCategoryText(colBefore[cut]->CategoryText());
-                cDataBase.cInner.colCuts[cut]->SetCatLevel(colBefore[cut]->CatLevel());
-            }
+                Restore(*cDataBase.cInner.colCuts[cut], *colBefore[cut]);
+        }
+        // A rollback does not fail, whatever the cut's members do.
+        static void Restore(Cut& cCut, const Cut& cBefore)
+        {
+            auto* pFake = dynamic_cast<FakeCut*>(&cCut);
+            const std::set<std::string> failing =
+                pFake ? std::exchange(pFake->failing, {}) : std::set<std::string>();
+            cCut.SetCategoryText(cBefore.CategoryText());
+            cCut.SetCatLevel(cBefore.CatLevel());
+            if (pFake)
+                pFake->failing = failing;
         }
         void Commit() override
         {

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "scheduler/ChangeRecord.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace ravlo
+{
+
+// The bytes of the steps to undo, in memory and in Undo.dat. File format: docs/formats/undo.md.
+
+// The keys of cuts, and the other texts, that steps refer to by number: each is stored once.
+class UndoTables
+{
+public:
+    std::uint32_t NumberOf(const TextKey& cKey);
+    std::uint32_t NumberOf(const std::wstring& sText);
+    // Null for a number that was not given.
+    const TextKey* Key(std::uint64_t number) const noexcept;
+    const std::wstring* Text(std::uint64_t number) const noexcept;
+
+    // The keys, and the texts, as they are in the file.
+    const std::string& KeyBytes() const noexcept { return m_keyBytes; }
+    const std::string& TextBytes() const noexcept { return m_textBytes; }
+    std::size_t Keys() const noexcept { return m_colKeys.size(); }
+    std::size_t Texts() const noexcept { return m_colTexts.size(); }
+
+private:
+    std::vector<TextKey> m_colKeys;
+    std::unordered_map<TextKey, std::uint32_t> m_colKeyNumbers;
+    std::string m_keyBytes;
+    std::string m_lastKey; // UTF-8
+    std::vector<std::wstring> m_colTexts;
+    std::unordered_map<std::wstring, std::uint32_t> m_colTextNumbers;
+    std::string m_textBytes;
+};
+
+struct UndoStep
+{
+    std::uint64_t lNumber; // given by UndoSteps; not in the file
+    std::wstring sWhat;    // such as "shuffle of pop 1"
+    std::string bytes;     // of the record
+};
+
+std::string EncodeRecord(const ChangeRecord& record, UndoTables& cTables);
+// Nothing when the bytes are no record.
+std::optional<ChangeRecord> DecodeRecord(std::string_view bytes, const UndoTables& cTables);
+
+struct UndoContent
+{
+    UndoTables cTables;
+    std::deque<UndoStep> colUndo; // the next one last
+    std::deque<UndoStep> colRedo;
+};
+
+std::string EncodeUndoFile(const UndoContent& content);
+// Puts the signature and the check in front of the rest of a file.
+std::string SealUndoFile(std::string_view body);
+// Nothing when the file is damaged or of another kind.
+std::optional<UndoContent> DecodeUndoFile(std::string_view bytes);
+
+} // namespace ravlo
