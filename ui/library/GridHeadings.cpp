@@ -78,7 +78,14 @@ PopUpItem GridHeadings::SortBy()
 void GridHeadings::Click(std::size_t column)
 {
     if (!m_sorting || m_sorting->column != column)
-        Sort(Sorting{column, false, m_cGrid.Listing().strCatKey});
+    {
+        // Ascending positions are the schedule order itself.
+        const bool bPosition = column == positionColumn;
+        if (bPosition && m_sorting)
+            Sort(std::nullopt);
+        else
+            Sort(Sorting{column, bPosition, m_cGrid.Listing().strCatKey});
+    }
     else if (!m_sorting->bDescending)
         Sort(Sorting{column, true, m_sorting->sNode});
     else

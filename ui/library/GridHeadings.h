@@ -21,7 +21,8 @@ public:
     GridHeadings(clsSchedLibGridPresenter& cGrid, clsSchedLibGridView& cGridView, frmUILibView& cView,
                  LibraryWork& cWork);
 
-    // Sorts by the column; a second click reverses that, a third one returns to schedule order.
+    // Sorts by the column; a second click reverses that, a third one returns to schedule order. By position
+    // the rows are sorted in reverse only, since otherwise that is the schedule order.
     void Click(std::size_t column);
     // The headings' own menu.
     void ShowMenu();

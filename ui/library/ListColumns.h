@@ -16,6 +16,7 @@ namespace ravlo
 // The columns of the library window's own list: the ten that hosts know, in their order, then further ones,
 // which are hidden until the user wants them.
 inline constexpr std::size_t furtherColumnCount = 4;
+inline constexpr std::size_t positionColumn = 0;
 inline constexpr std::size_t nextToPlayColumn = colGridColumns.size() + 2;
 inline constexpr std::size_t listColumnCount = colGridColumns.size() + furtherColumnCount;
 

@@ -104,7 +104,10 @@ TEST_P(GridHeadingsTest, AHeadingSortsThenReversesThenReturnsToTheSchedule)
     expectClick(3, {L"c", L"a", L"b"}, L"Title down", L"Sorted by Title, descending|");
     expectClick(3, {L"a", L"b", L"c"}, L"", L"In schedule order|");
     expectClick(3, {L"b", L"a", L"c"}, L"Title up", L"Sorted by Title|");
-    expectClick(0, {L"a", L"b", L"c"}, L"Pos up", L"Sorted by Pos|");
+    expectClick(0, {L"a", L"b", L"c"}, L"", L"In schedule order|");
+    expectClick(0, {L"c", L"b", L"a"}, L"Pos down", L"Sorted by Pos, descending|");
+    expectClick(0, {L"a", L"b", L"c"}, L"", L"In schedule order|");
+    cForm.Headings().Click(3);
     ChooseFromHeadings(L"&Schedule order");
     EXPECT_EQ(cGridView.sSortMark, L"");
 }
