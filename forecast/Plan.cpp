@@ -32,4 +32,10 @@ void Plan::AddSlot(Slot slot)
     m_slots.push_back(std::move(slot));
 }
 
+void Plan::AddSlotAt(DateTime dtAt, Slot slot)
+{
+    m_slots.push_back(std::move(slot));
+    m_times.push_back(dtAt);
+}
+
 } // namespace ravlo

@@ -22,6 +22,8 @@ public:
     void LoadSlots(std::string_view bytes, const std::wstring& sName);
     // Adds a slot to the hour. Throws PlanError when the slots have times.
     void AddSlot(Slot slot);
+    // Adds a slot with a time of its own. Precondition: no slot of an hour was added, and none is later.
+    void AddSlotAt(DateTime dtAt, Slot slot);
     void Clear() noexcept { *this = {}; }
 
     bool IsTimed() const noexcept { return !m_times.empty(); }
