@@ -128,4 +128,13 @@ void clsRotation::WriteReport(const clsSimulation& cSimulation, const std::wstri
     ReplaceFile(FilesOf(*cScheduler), sFile, bJson ? JsonReport(health) : HtmlReport(health));
 }
 
+void clsRotation::ShowHealthUI(HealthWindows& cWindows) const
+{
+    const std::shared_ptr<clsSchedMan> cScheduler = Populated();
+    const Plan plan = m_plan; // the host may end this object
+    cScheduler->Mod().FlushDebugLog();
+    cScheduler->Mod().ShowWaiting();
+    cWindows.ShowHealth(plan);
+}
+
 } // namespace ravlo

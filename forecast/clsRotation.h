@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "forecast/HealthWindows.h"
 #include "forecast/Plan.h"
 #include "forecast/clsSimulation.h"
 #include "rotation/Explanation.h"
@@ -70,6 +71,10 @@ public:
     // Looks for what helps first; progress and precondition as in clsSimulation.
     void WriteReport(const clsSimulation& cSimulation, const std::wstring& sFile,
                      const SimulationProgress& progress = {}) const;
+
+    // Shows the rotation health window of the manager's windows, with the plan that was loaded; see
+    // HealthWindows.h.
+    void ShowHealthUI(HealthWindows& cWindows) const;
 
     // Throws error 91 without a populated manager.
     void MustBePopulated() const { Populated(); }

@@ -25,7 +25,7 @@ TEST_F(EachLevelInTurnTest, AsksEveryLevelWithCutsEquallyOften)
     EXPECT_EQ(colAsked.size(), 30u);
     for (const auto& [lLevel, lAsked] : colAsked)
         EXPECT_NEAR(lAsked, 14, 1) << lLevel; // 432 slots of 200 seconds
-    EXPECT_EQ(Simulate(cLib.cMod, Snapshot(), plan, dtStart, 1).rows.size(), 432u);
+    EXPECT_EQ(Simulate(Snapshot(), plan, dtStart, 1).rows.size(), 432u);
 }
 
 TEST_F(EachLevelInTurnTest, SlotIsAsLongAsTheLevelsCutsOnAverage)

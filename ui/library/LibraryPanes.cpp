@@ -212,6 +212,21 @@ void LibraryPanes::BringIntoView(const std::wstring& sKey)
     }
 }
 
+void LibraryPanes::GoToCut(clsSchedMan& cSchedMan, const std::wstring& sLevelKey, const TextKey& cCutKey)
+{
+    const std::optional<CategoryTreePresenter::Node> node = m_cTree.Find(sLevelKey);
+    if (!node)
+        return;
+    if (const std::optional<CategoryTreePresenter::Node> mainNode = m_cTree.Find(MainKeyOf(sLevelKey)))
+    {
+        m_cTree.SetExpanded(*mainNode, true);
+        m_cTreeView.Expand(*mainNode);
+    }
+    m_cTreeView.Select(*node);
+    ShowNode(cSchedMan, sLevelKey);
+    m_cGrid.GoToCut(cCutKey);
+}
+
 std::vector<std::wstring> LibraryPanes::LevelKeys(const std::wstring& sMainKey) const
 {
     std::vector<std::wstring> colKeys;

@@ -59,6 +59,8 @@ public:
     // ShowChanges, unless the tree is up to date.
     void ShowChangedTree(clsSchedMan& cSchedMan);
     void BringIntoView(const std::wstring& sKey);
+    // Shows a level with one of its cuts in sight; nothing happens when the level is gone.
+    void GoToCut(clsSchedMan& cSchedMan, const std::wstring& sLevelKey, const TextKey& cCutKey);
     // The keys of a main category's levels in the tree.
     std::vector<std::wstring> LevelKeys(const std::wstring& sMainKey) const;
     // Expands the main category when it has a level it did not have before, and brings that into view.

@@ -316,6 +316,21 @@ bool clsSchedLibGridPresenter::IsPale(std::size_t row) const
     }
 }
 
+void clsSchedLibGridPresenter::GoToCut(const TextKey& cKey)
+{
+    for (std::size_t row = 0; row < RowCount(); ++row)
+    {
+        if (KeyAt(row) != cKey)
+            continue;
+        std::vector<bool> bSelected(RowCount());
+        bSelected[row] = true;
+        m_cView.SetSelection(bSelected);
+        m_cView.SetCurrentRow(row);
+        m_cView.EnsureVisible(row);
+        return;
+    }
+}
+
 // ---- re-ordering ----
 
 void clsSchedLibGridPresenter::Drop(const std::wstring& sPayload, std::optional<std::size_t> row)

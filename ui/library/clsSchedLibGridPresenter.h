@@ -118,6 +118,8 @@ public:
     };
     Place CurrentPlace() const;
     void ReturnTo(const Place& place);
+    // Selects the first row of a cut alone and scrolls it into view; nothing happens when no row has it.
+    void GoToCut(const TextKey& cKey);
 
     // Shows the rows of these cuts pale.
     void ShowPale(KeySet colKeys);

@@ -16,7 +16,7 @@ frmUILibPresenter::frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTre
                                      clsSchedLibGridView& cGridView, const LibraryFindBars& bars,
                                      ModScheduler& cMod)
     : m_cView(cView), m_cMod(cMod),
-      m_cWork(cView, cMod, [this](clsSchedMan& cSchedMan) { m_cPanes.ShowChanges(cSchedMan); }),
+      m_cWork(cView, cMod, [this](clsSchedMan& cSchedMan) { Refresh(cSchedMan); }),
       m_cPanes(cView, cTreeView, cGridView, bars, m_cWork, cMod), m_cCuts(cView, m_cPanes, m_cWork, cMod),
       m_cRotation(m_cPanes, m_cWork, cMod), m_cHeadings(m_cPanes.Grid(), cGridView, cView, m_cWork),
       m_cCutMenu(m_cPanes, m_cCuts, m_cRotation, m_cHeadings, m_cWork, cGridView)
@@ -53,8 +53,30 @@ void frmUILibPresenter::ShowModalUI()
     }
     const ScopedFlag cShowing(m_bShowing);
     m_cWork.Opened();
-    m_cWork.Try(L"frmUILib.Form_Load", [&] { m_cPanes.Load(*cSchedMan); });
+    m_cWork.Try(L"frmUILib.Form_Load", [&] {
+        m_cPanes.Load(*cSchedMan);
+        GoToTarget(*cSchedMan);
+    });
     m_cView.ShowModal();
+}
+
+void frmUILibPresenter::GoTo(const std::wstring& sLevelKey, const TextKey& cCutKey)
+{
+    m_GoTo = [=, this](clsSchedMan& cSchedMan) { m_cPanes.GoToCut(cSchedMan, sLevelKey, cCutKey); };
+    if (m_bShowing)
+        m_cWork.RequestRefresh();
+}
+
+void frmUILibPresenter::Refresh(clsSchedMan& cSchedMan)
+{
+    m_cPanes.ShowChanges(cSchedMan);
+    GoToTarget(cSchedMan);
+}
+
+void frmUILibPresenter::GoToTarget(clsSchedMan& cSchedMan)
+{
+    if (const std::function<void(clsSchedMan&)> goTo = std::exchange(m_GoTo, nullptr))
+        goTo(cSchedMan);
 }
 
 void frmUILibPresenter::ReloadAll()

@@ -41,6 +41,9 @@ public:
     void ReloadAll();
     // Shows the database's changes: at once, or when the present work has ended.
     void RequestRefresh() { m_cWork.RequestRefresh(); }
+    // Shows a level with one of its cuts in sight: when the present work has ended, or as soon as the window
+    // is shown.
+    void GoTo(const std::wstring& sLevelKey, const TextKey& cCutKey);
     // Call before the window is shown for the first time, and before it ends.
     void Opened() { m_cPanes.Grid().TakeGrid(); }
     void Closing() { m_cPanes.Grid().LetGoOfGrid(); }
@@ -68,6 +71,8 @@ private:
     void NewLevel(clsSchedMan& cSchedMan);
     void Shuffle(clsSchedMan& cSchedMan);
     void Delete(clsSchedMan& cSchedMan);
+    void Refresh(clsSchedMan& cSchedMan);
+    void GoToTarget(clsSchedMan& cSchedMan);
 
     void ProgressStart(const std::wstring& sReason, std::int32_t lMax) override;
     void Progress(const std::wstring& strProgress, std::int32_t lCount, std::int32_t lMax) override;
@@ -81,6 +86,7 @@ private:
     LibraryRotation m_cRotation;
     GridHeadings m_cHeadings;
     CutMenu m_cCutMenu;
+    std::function<void(clsSchedMan& cSchedMan)> m_GoTo; // to do with the next refresh; empty for nothing
     bool m_bShowing = false;
 };
 

@@ -3,6 +3,7 @@
 
 #include "base/ScopedFlag.h"
 #include "ui/category/windows/frmCatWindow.h"
+#include "ui/health/windows/HealthWindowLifetime.h"
 #include "ui/library/windows/LibraryWindowLifetime.h"
 
 namespace ravlo
@@ -11,7 +12,7 @@ namespace ravlo
 namespace
 {
 
-class Ui final : public SchedulerWindows
+class Ui final : public SchedulerUi
 {
 public:
     explicit Ui(const std::shared_ptr<clsSchedMan>& cSchedMan)
@@ -22,8 +23,16 @@ public:
 
     bool LibraryExists() const override { return m_cLibrary.Exists(); }
     bool LibraryShowing() const override { return m_cLibrary.Showing(); }
-    void ReloadLibrary() override { m_cLibrary.Reload(); }
-    void RefreshLibrary() override { m_cLibrary.Refresh(); }
+    void ReloadLibrary() override
+    {
+        m_cHealth.NoteChange();
+        m_cLibrary.Reload();
+    }
+    void RefreshLibrary() override
+    {
+        m_cHealth.NoteChange();
+        m_cLibrary.Refresh();
+    }
     void ShowLibrary() override { m_cLibrary.Show(); }
 
     std::int32_t ShowCategory(CategoryRequest& request) override
@@ -35,17 +44,32 @@ public:
         return ShowCategoryWindow(cSchedMan, request);
     }
 
+    void ShowHealth(const Plan& plan) override
+    {
+        const bool bPlanned = !plan.Slots().empty();
+        const std::optional<HealthTarget> target =
+            m_cHealth.Show(bPlanned ? std::optional(plan) : std::nullopt);
+        if (target)
+            m_cLibrary.GoTo(target->sLevelKey, TextKey(target->sCutKey));
+    }
+
 private:
-    static LibraryDialogs Dialogs() { return {}; }
+    LibraryDialogs Dialogs()
+    {
+        LibraryDialogs dialogs;
+        dialogs.ShowHealth = [this](clsSchedMan&) { ShowHealth({}); };
+        return dialogs;
+    }
 
     std::weak_ptr<clsSchedMan> m_cSchedMan;
     LibraryWindowLifetime m_cLibrary;
+    HealthWindowLifetime m_cHealth{m_cSchedMan};
     bool m_bCategoryShowing = false;
 };
 
 } // namespace
 
-std::unique_ptr<SchedulerWindows> NewSchedulerUi(const std::shared_ptr<clsSchedMan>& cSchedMan)
+std::unique_ptr<SchedulerUi> NewSchedulerUi(const std::shared_ptr<clsSchedMan>& cSchedMan)
 {
     return std::make_unique<Ui>(cSchedMan);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "forecast/HealthWindows.h"
 #include "scheduler/SchedulerWindows.h"
 #include "scheduler/clsSchedMan.h"
 
@@ -9,8 +10,13 @@
 namespace ravlo
 {
 
+// The windows of one manager.
+class SchedulerUi : public SchedulerWindows, public HealthWindows
+{
+};
+
 // Makes the windows of one manager, for its SetWindows. They hold the manager weakly; take them back with
 // SetWindows(nullptr) before they end.
-std::unique_ptr<SchedulerWindows> NewSchedulerUi(const std::shared_ptr<clsSchedMan>& cSchedMan);
+std::unique_ptr<SchedulerUi> NewSchedulerUi(const std::shared_ptr<clsSchedMan>& cSchedMan);
 
 } // namespace ravlo

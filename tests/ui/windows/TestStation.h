@@ -116,7 +116,7 @@ public:
                             cPorts.cCodePage, cPorts.cRandom}};
     std::shared_ptr<FakeDataBase> cDataBase = std::make_shared<FakeDataBase>();
     std::shared_ptr<clsSchedMan> cSchedMan = std::make_shared<clsSchedMan>(cMod);
-    std::unique_ptr<SchedulerWindows> cWindows = [this] {
+    std::unique_ptr<SchedulerUi> cWindows = [this] {
         auto cUi = NewSchedulerUi(cSchedMan);
         cSchedMan->SetWindows(cUi.get());
         return cUi;

@@ -82,16 +82,27 @@ void LibraryWindowLifetime::Refresh()
         cMade->Form().RequestRefresh();
 }
 
-void LibraryWindowLifetime::Show()
+void LibraryWindowLifetime::GoTo(const std::wstring& sLevelKey, const TextKey& cCutKey)
 {
-    if (Showing())
-        return m_cMade->Form().ShowModalUI();
+    Show([&](frmUILibPresenter& cForm) { cForm.GoTo(sLevelKey, cCutKey); });
+}
+
+void LibraryWindowLifetime::Show(const std::function<void(frmUILibPresenter& cForm)>& prepare)
+{
+    if (const std::shared_ptr<Made> cMade = Showing() ? m_cMade : nullptr)
+    {
+        if (prepare)
+            prepare(cMade->Form());
+        return cMade->Form().ShowModalUI();
+    }
     const VisualStyles cStyles;
     const DpiAwareness cAwareness;
     const HWND hFocus = ::GetFocus();
     Make(); // always: a hidden one may belong to another of the host's windows
     if (!m_cMade)
         return;
+    if (prepare)
+        prepare(m_cMade->Form());
     m_cMade->Form().ShowModalUI();
     m_cMade.reset();
     if (::IsWindow(hFocus))

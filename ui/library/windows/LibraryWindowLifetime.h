@@ -6,9 +6,12 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace ravlo
 {
+
+class frmUILibPresenter;
 
 // Makes, hides, shows and destroys the one library window of a manager, which it holds weakly.
 class LibraryWindowLifetime
@@ -28,13 +31,17 @@ public:
     // Fills an existing window, as soon as nothing runs in it.
     void Refresh();
     // Shows the window until it is closed; brings one that is showing to the front.
-    void Show();
+    void Show() { Show(nullptr); }
+    // Shows a level with one of its cuts in sight, in the window that is showing or in a new one.
+    void GoTo(const std::wstring& sLevelKey, const TextKey& cCutKey);
 
 private:
     class Surroundings;
     struct Made;
 
     void Make();
+    // Prepare is called before the window is shown, and for one that is showing.
+    void Show(const std::function<void(frmUILibPresenter& cForm)>& prepare);
 
     std::weak_ptr<clsSchedMan> m_cSchedMan;
     std::function<bool()> m_CategoryShowing;

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include "ui/library/windows/ControlIds.h"
+#include "ui/windows/HealthFixture.h"
+#include "ui/windows/Tidy.h"
+
+namespace ravlo::test
+{
+
+namespace
+{
+
+enum Tab
+{
+    eWhatHelps,
+    eNeverPlayed,
+    ePlays,
+    eGaps,
+    eHours,
+};
+
+using Texts = std::vector<std::wstring>;
+
+} // namespace
+
+TEST_F(HealthWindowTest, LooksTidyOnEveryTabAndResolution)
+{
+    Open([&](const User& user) {
+        for (const int lDpi : {96, 144, 192})
+        {
+            if (lDpi != 96)
+                user.ChangeResolution(hWindow, lDpi, 860, 560);
+            for (const int lTab : {eWhatHelps, eNeverPlayed, ePlays, eGaps, eHours})
+            {
+                user.ClickTab(At(eIdHealthTabs), lTab);
+                EXPECT_EQ(Untidiness(hWindow), Faults()) << lDpi << " dpi, tab " << lTab;
+                EXPECT_EQ(Nameless(hWindow), Faults());
+                user.Shot(hWindow,
+                          L"health-" + std::to_wstring(lDpi * 100 / 96) + L"-" + std::to_wstring(lTab));
+            }
+        }
+    });
+}
+
+TEST_F(HealthWindowTest, ClickOnAHeadingSorts)
+{
+    Open([&](const User& user) {
+        EXPECT_EQ(Column(eIdlstLevels, 0).front(), L"red");
+        EXPECT_EQ(Column(eIdlstLevels, 0).back(), L"green");
+        const auto hHeader = reinterpret_cast<HWND>(Send(At(eIdlstLevels), LVM_GETHEADER));
+        RECT rect{};
+        Send(hHeader, HDM_GETITEMRECT, 1, &rect);
+        user.ClickAt(hHeader, {rect.left + 20, rect.bottom / 2});
+        EXPECT_EQ(Column(eIdlstLevels, 1),
+                  (Texts{L"Gold 1", L"Pop 1", L"Pop 2", L"Rock 1", L"Rock 2", L"Soul 1"}));
+    });
+}
+
+TEST_F(HealthWindowTest, KeysReachEverything)
+{
+    Open([&](const User& user) {
+        EXPECT_EQ(user.FocusedWindow(), At(eIdlstLevels));
+        user.Key(VK_DOWN);
+        WaitForFigures(user);
+        EXPECT_EQ(SelectedRow(eIdlstLevels), 1);
+        user.Key(VK_F6);
+        EXPECT_EQ(user.FocusedWindow(), At(eIdlstAdvice));
+        user.Key(VK_TAB, VK_CONTROL);
+        EXPECT_TRUE(Shown(At(eIdlstSeldom)));
+        EXPECT_FALSE(Shown(At(eIdlstAdvice)));
+        EXPECT_EQ(user.FocusedWindow(), At(eIdHealthTabs)) << "what had it is hidden";
+        user.Key(VK_F6);
+        EXPECT_EQ(user.FocusedWindow(), At(eIdlstLevels));
+        user.Replace(At(eIdtxtDays), L"3");
+        user.Key(VK_RETURN);
+        WaitForFigures(user);
+        EXPECT_EQ(User::Text(At(eIdlblSummary)).find(L"3 days"), 0u);
+        user.Key(VK_ESCAPE);
+        user.WaitUntilGone(hWindow);
+    });
+}
+
+TEST_F(HealthWindowTest, RemedyIsCarriedOutByItsButton)
+{
+    Open([&](const User& user) {
+        ClickRow(user, eIdlstLevels, RowOfLevel(L"Pop 1"));
+        WaitForFigures(user);
+        const Texts colRemedies = Column(eIdlstAdvice, 0);
+        const auto spread = std::find(colRemedies.begin(), colRemedies.end(), L"Spread");
+        ASSERT_NE(spread, colRemedies.end());
+        ClickRow(user, eIdlstAdvice, static_cast<int>(spread - colRemedies.begin()));
+        user.Click(At(eIdcmdCarryOut));
+        WaitForFigures(user);
+        EXPECT_EQ(Cell(eIdlstLevels, RowOfLevel(L"Pop 1"), 8), L"0");
+    });
+}
+
+TEST_F(HealthWindowTest, DoubleClickGoesToTheCutInTheLibraryWindow)
+{
+    HWND hLibrary = nullptr;
+    WhileShowing([&] { cState.cWindows->ShowHealth({}); },
+                 [&](const User& user) {
+        ClickRow(user, eIdlstLevels, RowOfLevel(L"Pop 1"));
+        WaitForFigures(user);
+        user.ClickTab(At(eIdHealthTabs), eNeverPlayed);
+        const std::wstring sTitle = Cell(eIdlstSeldom, 0, 1);
+        user.DoubleClickAt(At(eIdlstSeldom), PointOf(eIdlstSeldom, 0));
+        user.WaitUntilGone(hWindow);
+        hLibrary = user.WaitFor(sfrmUILibClass);
+        user.Idle();
+        EXPECT_EQ(cState.cSchedMan->UIShowing(), true);
+        user.Shot(hLibrary, L"health-goes-to-the-library");
+        ::PostMessageW(hLibrary, WM_CLOSE, 0, 0);
+        user.WaitUntilGone(hLibrary);
+    });
+}
+
+TEST_F(HealthWindowTest, ChangeOfTheDataBaseMarksTheFigures)
+{
+    Open([&](const User& user) {
+        cHost.Run(user, [&] {
+            cState.cDataBase->Announce(&DataBaseEvents::CutsModified, Cuts{cState.cDataBase->colCuts[0]});
+        });
+        EXPECT_EQ(User::Text(At(eIdlblSummary)).find(L"These figures are of before the last change"), 0u);
+        user.Key(VK_F5);
+        WaitForFigures(user);
+        EXPECT_EQ(User::Text(At(eIdlblSummary)).find(L"28 days"), 0u);
+    });
+}
+
+TEST_F(HealthWindowTest, SizeAndPlaceAreRemembered)
+{
+    Open([&](const User& user) { user.Place(hWindow, 60, 50, 900, 600); });
+    EXPECT_EQ(cState.cPorts.cUserSettings.Get(L"RavloScheduler", L"Settings", L"frmHealthPlace", L""),
+              L"60,50,900,600");
+}
+
+} // namespace ravlo::test

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "ui/health/windows/LightImages.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <optional>
+
+namespace ravlo
+{
+
+namespace
+{
+
+constexpr std::uint32_t lGreen = 0x2E8B3D;
+constexpr std::uint32_t lYellow = 0xF2B01E;
+constexpr std::uint32_t lRed = 0xC8352B;
+constexpr std::uint32_t lGrey = 0x8A8F98;
+constexpr std::uint32_t lWhite = 0xFFFFFF;
+constexpr std::uint32_t lBlack = 0x202020;
+
+// The distance of a point from a stroke between two others.
+double Distance(double dX, double dY, std::array<double, 4> line)
+{
+    const double dWidth = line[2] - line[0];
+    const double dHeight = line[3] - line[1];
+    const double dAlong = std::clamp(((dX - line[0]) * dWidth + (dY - line[1]) * dHeight) /
+                                         (dWidth * dWidth + dHeight * dHeight),
+                                     0.0, 1.0);
+    return std::hypot(dX - line[0] - dAlong * dWidth, dY - line[1] - dAlong * dHeight);
+}
+
+// The colour at a point of a symbol of 16 by 16 units; nothing outside it.
+std::optional<std::uint32_t> GreenAt(double dX, double dY)
+{
+    if (std::min(Distance(dX, dY, {4.6, 8.2, 7, 10.7}), Distance(dX, dY, {7, 10.7, 11.6, 5.6})) < 1.1)
+        return lWhite;
+    return std::hypot(dX - 8, dY - 8) < 6.8 ? std::optional(lGreen) : std::nullopt;
+}
+
+std::optional<std::uint32_t> YellowAt(double dX, double dY)
+{
+    if (Distance(dX, dY, {8, 6.2, 8, 9.6}) < 1 || std::hypot(dX - 8, dY - 12.1) < 1.1)
+        return lBlack;
+    const bool bInside = dY > 1.4 && dY < 14.4 && std::abs(dX - 8) < (dY - 0.8) * 0.53;
+    return bInside ? std::optional(lYellow) : std::nullopt;
+}
+
+std::optional<std::uint32_t> RedAt(double dX, double dY)
+{
+    if (std::min(Distance(dX, dY, {5.6, 5.6, 10.4, 10.4}), Distance(dX, dY, {10.4, 5.6, 5.6, 10.4})) < 1.1)
+        return lWhite;
+    const double dFromX = std::abs(dX - 8);
+    const double dFromY = std::abs(dY - 8);
+    const bool bInside = std::max(dFromX, dFromY) < 6.7 && dFromX + dFromY < 9.5;
+    return bInside ? std::optional(lRed) : std::nullopt;
+}
+
+std::optional<std::uint32_t> NoneAt(double dX, double dY)
+{
+    return Distance(dX, dY, {5, 8, 11, 8}) < 1.2 ? std::optional(lGrey) : std::nullopt;
+}
+
+using ColourAt = std::optional<std::uint32_t> (*)(double dX, double dY);
+
+// One pixel, smoothed: premultiplied 0xAARRGGBB.
+std::uint32_t Pixel(ColourAt colourAt, int lX, int lY, int lSize)
+{
+    constexpr int lFine = 6;
+    std::array<std::uint32_t, 4> sums{}; // alpha, red, green, blue
+    for (int i = 0; i < lFine * lFine; ++i)
+    {
+        const double dX = (lX + (i % lFine + 0.5) / lFine) * 16 / lSize;
+        const double dY = (lY + (static_cast<double>(i / lFine) + 0.5) / lFine) * 16 / lSize;
+        const std::optional<std::uint32_t> lColour = colourAt(dX, dY);
+        if (!lColour)
+            continue;
+        sums[0] += 255;
+        sums[1] += *lColour >> 16 & 0xFF;
+        sums[2] += *lColour >> 8 & 0xFF;
+        sums[3] += *lColour & 0xFF;
+    }
+    std::uint32_t lPixel = 0;
+    for (const std::uint32_t lSum : sums)
+        lPixel = lPixel << 8 | lSum / (lFine * lFine);
+    return lPixel;
+}
+
+void AddImage(HIMAGELIST hImages, ColourAt colourAt, int lSize)
+{
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = lSize;
+    info.bmiHeader.biHeight = -lSize; // from the top
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    void* pBits = nullptr;
+    const HBITMAP hBitmap = ::CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pBits, nullptr, 0);
+    if (!hBitmap)
+        return;
+    auto* pPixels = static_cast<std::uint32_t*>(pBits);
+    for (int lY = 0; lY < lSize; ++lY)
+        for (int lX = 0; lX < lSize; ++lX)
+            *pPixels++ = Pixel(colourAt, lX, lY, lSize);
+    ::ImageList_Add(hImages, hBitmap, nullptr);
+    ::DeleteObject(hBitmap);
+}
+
+} // namespace
+
+UniqueLights LightImages(int lSize)
+{
+    UniqueLights hImages(::ImageList_Create(lSize, lSize, ILC_COLOR32, 4, 0));
+    for (const ColourAt colourAt : {&GreenAt, &YellowAt, &RedAt, &NoneAt}) // as LightImage
+        AddImage(hImages.get(), colourAt, lSize);
+    return hImages;
+}
+
+} // namespace ravlo

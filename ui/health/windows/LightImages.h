@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ui/controls/windows/Handles.h"
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+namespace ravlo
+{
+
+// The symbols of the lights, told apart by shape as well as by colour: a green disc with a tick, a yellow
+// triangle with an exclamation mark, a red octagon with a cross, a grey bar for a level that is not asked.
+enum LightImage : int
+{
+    eLightGreen,
+    eLightYellow,
+    eLightRed,
+    eLightNone,
+};
+
+using UniqueLights = UniqueHandle<HIMAGELIST, &::ImageList_Destroy>;
+// Drawn for that many pixels.
+UniqueLights LightImages(int lSize);
+
+} // namespace ravlo
