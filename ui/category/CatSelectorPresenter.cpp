@@ -23,8 +23,6 @@ constexpr SelectorControl eSongControls[] = {lstsongs0, lstsongs1, chkOpener, ch
 
 std::wstring DisplayText(const Cut& cCut) { return cCut.Artist() + L" - " + cCut.Title(); }
 
-bool IsNoCat(const std::wstring& sText) { return EqualIgnoringCase(sText, sNoCat); }
-
 // A level's own cuts, or those of all levels, each once, by their keys in the levels. Reads no cut: one that
 // cannot be read would hide all others.
 std::shared_ptr<CutCollection> CutsOf(const clsCat& cCat)
@@ -49,6 +47,7 @@ CatSelectorPresenter::CatSelectorPresenter(CatSelectorView& cView, ModScheduler&
 {
     m_cView.Show(lstsongs0, false);
     m_cView.Show(lstsongs1, true);
+    LoadSortByName();
 }
 
 void CatSelectorPresenter::SetAllowMultiCatSelect(bool bAllow)
@@ -78,6 +77,7 @@ void CatSelectorPresenter::SetColMainCats(std::shared_ptr<CatCollection> colMain
 {
     m_colMainCats = std::move(colMainCats);
     m_cView.ClearSelection(lstCat);
+    m_colHidden.clear();
     m_cView.ClearSelection(lstlvl);
     PopulateLists();
 }
@@ -89,9 +89,8 @@ void CatSelectorPresenter::PopulateLists()
     if (m_colMainCats)
         for (std::size_t i = 0; i < m_colMainCats->Count(); ++i)
             colNames.push_back(m_colMainCats->At(i)->CatName());
-    m_cats = Refill(lstCat, colNames);
-    if (m_cats > 0)
-        m_cView.SetCurrentEntry(lstCat, 0);
+    m_names.Set(std::move(colNames));
+    ListCats({});
     FillLevels();
 }
 
@@ -137,7 +136,7 @@ void CatSelectorPresenter::FillSongs()
     m_cView.Show(eTarget, true);
     m_cView.Show(eTarget == lstsongs0 ? lstsongs1 : lstsongs0, false);
     const std::vector<std::wstring> colEntries = MapCuts();
-    m_cView.SetEntries(eTarget, colEntries);
+    m_songs = Refill(eTarget, colEntries);
     m_cView.SetMatchText(colEntries.empty() ? L"No items in this category"
                                             : L"Total matching criteria = " +
                                                   DecimalText(static_cast<std::int64_t>(colEntries.size())));
@@ -178,25 +177,20 @@ void CatSelectorPresenter::RefreshLists(std::shared_ptr<CatCollection> colMainCa
     const std::wstring sMainCat = m_cMainCat ? m_cMainCat->CatName() : std::wstring();
     const bool bLevel = m_cSubCat && m_cSubCat->CatLevel() > 0;
     const std::wstring sLevel = bLevel ? DecimalText(m_cSubCat->CatLevel()) : sAllLevels;
-    std::vector<std::wstring> colSelected;
-    for (const std::size_t entry : m_cView.SelectedEntries(lstCat))
-        colSelected.push_back(m_cView.EntryText(lstCat, entry));
+    const std::vector<std::wstring> colSelected = SelectedNames();
 
     m_colMainCats = std::move(colMainCats);
     m_cMainCat = MainCatNamed(sMainCat);
     PopulateLists();
     {
         const ScopedFlag cBusy(m_bBusy);
-        for (std::size_t i = 0; i < m_cats; ++i)
-        {
-            const std::wstring sName = m_cView.EntryText(lstCat, i);
-            if (std::find(colSelected.begin(), colSelected.end(), sName) != colSelected.end())
-                m_cView.SelectEntry(lstCat, i, true);
-        }
+        ListCats(colSelected);
         MakeCurrent(lstCat, sMainCat);
         if (m_cMainCat)
             MakeCurrent(lstlvl, sLevel);
     }
+    if (CategoriesListed)
+        CategoriesListed();
     OnLevelClick();
 }
 
@@ -223,7 +217,7 @@ bool CatSelectorPresenter::MakeCurrent(SelectorControl eList, const std::wstring
 
 void CatSelectorPresenter::SetSelectedMainCat(const std::shared_ptr<clsCat>& cMainCat)
 {
-    if (!cMainCat || !MakeCurrent(lstCat, cMainCat->CatName()))
+    if (!cMainCat || !ShowCat(cMainCat->CatName()))
         return;
     if (m_bMulti)
         m_cView.SelectEntry(lstCat, *m_cView.CurrentEntry(lstCat), true);
@@ -232,7 +226,7 @@ void CatSelectorPresenter::SetSelectedMainCat(const std::shared_ptr<clsCat>& cMa
 
 void CatSelectorPresenter::MakeMainCatCurrent(const std::shared_ptr<clsCat>& cMainCat)
 {
-    if (cMainCat && MakeCurrent(lstCat, cMainCat->CatName()))
+    if (cMainCat && ShowCat(cMainCat->CatName()))
         CatClick();
 }
 
@@ -275,30 +269,6 @@ void CatSelectorPresenter::OnCatClick()
     else
         SelectOnly(*current);
     FillLevels();
-}
-
-// "NOCAT" cannot stay selected together with real categories.
-void CatSelectorPresenter::DropNoCat()
-{
-    bool bReal = false;
-    std::optional<std::size_t> noCat;
-    for (const std::size_t entry : m_cView.SelectedEntries(lstCat))
-    {
-        if (IsNoCat(m_cView.EntryText(lstCat, entry)))
-            noCat = entry;
-        else
-            bReal = true;
-    }
-    if (bReal && noCat)
-        m_cView.SelectEntry(lstCat, *noCat, false);
-}
-
-void CatSelectorPresenter::SelectOnly(std::size_t entry)
-{
-    for (const std::size_t other : m_cView.SelectedEntries(lstCat))
-        if (other != entry)
-            m_cView.SelectEntry(lstCat, other, false);
-    m_cView.SelectEntry(lstCat, entry, true);
 }
 
 void CatSelectorPresenter::LevelClick()
@@ -351,18 +321,15 @@ void CatSelectorPresenter::SortedSongsTab() { m_cView.Focus(lstCat); }
 
 std::vector<std::wstring> CatSelectorPresenter::colSelectedSubCatNames()
 {
-    std::vector<std::wstring> colNames;
     if (!m_bMulti)
-        return colNames;
+        return {};
     if (!m_cSubCat || m_cSubCat->CatLevel() == 0)
     {
         m_cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, L"'ALL' is Not Valid",
                    L"Choose a level other than 'ALL' to be able to multi-select categories");
-        return colNames;
+        return {};
     }
-    for (const std::size_t entry : m_cView.SelectedEntries(lstCat))
-        colNames.push_back(m_cView.EntryText(lstCat, entry));
-    return colNames;
+    return SelectedNames();
 }
 
 Cuts CatSelectorPresenter::SelectedCuts() const
@@ -422,13 +389,20 @@ void CatSelectorPresenter::ShowCutCatsAsSelected(const std::shared_ptr<Cut>& cCu
             const ScopedFlag cBusy(m_bBusy);
             return CatsOf(*cCut);
         }();
+        m_colHidden.clear();
+        for (const std::wstring& sName : m_names.All())
+            if (colFound.Exists(sName))
+                m_colHidden.push_back(sName); // until it is listed
         for (std::size_t i = 0; i < m_cats; ++i)
-            m_cView.SelectEntry(lstCat, i, colFound.Exists(m_cView.EntryText(lstCat, i)));
+        {
+            const std::wstring sName = m_cView.EntryText(lstCat, i);
+            m_cView.SelectEntry(lstCat, i, colFound.Exists(sName));
+            std::erase(m_colHidden, sName);
+        }
         if (colFound.Empty())
             return;
         // The list shows the current category's levels, so one of the cut's categories must be current.
-        if ((!m_cMainCat || !colFound.Exists(m_cMainCat->CatName())) &&
-            MakeCurrent(lstCat, colFound.At(0)->CatName()))
+        if ((!m_cMainCat || !colFound.Exists(m_cMainCat->CatName())) && ShowCat(colFound.At(0)->CatName()))
             CatClick();
         if (MakeCurrent(lstlvl, DecimalText(cCut->CatLevel())))
             OnLevelClick();

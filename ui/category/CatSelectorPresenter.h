@@ -4,6 +4,8 @@
 #include "model/clsCat.h"
 #include "scheduler/clsSchedMan.h"
 #include "ui/category/CatSelectorView.h"
+#include "ui/category/CategoryNames.h"
+#include "ui/controls/TypeAhead.h"
 
 #include <cstdint>
 #include <functional>
@@ -63,6 +65,20 @@ public:
     // such cut.
     Cuts SelectedCuts() const;
 
+    // ---- how the categories are listed
+
+    const CategoryNames& Names() const noexcept { return m_names; }
+    // Lists the categories by name or in their own order, and remembers that for the user.
+    void SetSortByName(bool bSort);
+    // Lists the categories whose names contain each word, all for an empty query. Those that are hidden stay
+    // selected. A hidden category that is to be shown or chosen lists all again.
+    void NarrowCategories(const std::wstring& sQuery);
+    std::size_t HiddenSelected() const noexcept { return m_colHidden.size(); }
+    // Chooses the first listed category, when none is chosen there and only one can be.
+    void ChooseFound();
+    // The arrangement of the list has changed.
+    std::function<void()> CategoriesListed;
+
     // Events. CatChanged receives a level, a main category for "ALL", or null when the clicked level was
     // deleted. EnsureSubCatExists is never raised; the public interface has it.
     std::function<void(std::shared_ptr<clsCat>& cCat)> CatChanged;
@@ -74,6 +90,9 @@ public:
     void LevelClick(); // the focus goes to the level list
     void OpenerClick();
     void SortedSongsClick();
+    // Goes to the next entry of a list that begins with what is typed, without regard to case and accents,
+    // and chooses it as a click does. False for a character that is not part of a text.
+    bool TypeInList(SelectorControl eList, wchar_t cTyped);
     void SortedSongsTab(); // Tab without Shift: the focus wraps round
 
 private:
@@ -82,6 +101,11 @@ private:
     void ChooseLevel(std::shared_ptr<clsCat> cSubCat);
     void DropNoCat();
     void SelectOnly(std::size_t entry);
+    void LoadSortByName();
+    void ListAgain(const std::function<void()>& change);
+    void ListCats(const std::vector<std::wstring>& colSelected);
+    std::vector<std::wstring> SelectedNames() const;
+    bool ShowCat(const std::wstring& sName);
     std::vector<std::wstring> LevelEntries() const;
     void FillLevels();
     void FillSongs();
@@ -101,8 +125,13 @@ private:
     std::shared_ptr<clsCat> m_cMainCat;
     std::shared_ptr<clsCat> m_cSubCat;
     CutCollection m_colCutMap; // keyed by display text
-    std::size_t m_cats = 0;    // entries of lstCat
-    std::size_t m_levels = 0;  // entries of lstlvl
+    CategoryNames m_names;
+    std::vector<std::wstring> m_colHidden; // selected names that are not listed now
+    std::size_t m_cats = 0;                // entries of lstCat
+    std::size_t m_levels = 0;              // entries of lstlvl
+    std::size_t m_songs = 0;               // entries of the visible list of cuts
+    TypeAhead m_typed;
+    SelectorControl m_eTyped = SelectorControl::lstCat; // the list it was typed in
     bool m_bMulti = false;
     bool m_bOpener = false;
     bool m_bPopulating = false;

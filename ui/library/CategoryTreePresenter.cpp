@@ -176,7 +176,7 @@ std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Checked() const
 
 std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Visible() const { return InOrder(false); }
 
-std::optional<CategoryTreePresenter::Node> CategoryTreePresenter::FindText(const std::wstring& sBeginning,
+std::optional<CategoryTreePresenter::Node> CategoryTreePresenter::FindText(std::string_view sFoldedBeginning,
                                                                            Node from, bool bBehind) const
 {
     std::vector<Node> colVisible = Visible();
@@ -184,8 +184,7 @@ std::optional<CategoryTreePresenter::Node> CategoryTreePresenter::FindText(const
     if (start != colVisible.end())
         std::rotate(colVisible.begin(), start + (bBehind ? 1 : 0), colVisible.end());
     const auto found = std::find_if(colVisible.begin(), colVisible.end(), [&](Node node) {
-        const std::wstring_view sText = m_colNodes[node].sText;
-        return EqualIgnoringCase(sText.substr(0, sBeginning.size()), sBeginning);
+        return BeginsFolded(m_colNodes[node].sText, sFoldedBeginning);
     });
     return found == colVisible.end() ? std::nullopt : std::optional(*found);
 }

@@ -71,9 +71,9 @@ public:
     // The visible nodes, those that are not hidden and whose parents are expanded, in the order in which they
     // are shown.
     std::vector<Node> Visible() const;
-    // The first visible node whose text begins with sBeginning, without regard to case; searches from from
-    // on (after it with bBehind) and continues at the root.
-    std::optional<Node> FindText(const std::wstring& sBeginning, Node from, bool bBehind) const;
+    // The first visible node whose text begins with a folded one; searches from from on (after it with
+    // bBehind) and continues at the root.
+    std::optional<Node> FindText(std::string_view sFoldedBeginning, Node from, bool bBehind) const;
 
     // The root stays expanded.
     void SetExpanded(Node node, bool bExpanded);

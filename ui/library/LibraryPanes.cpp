@@ -285,24 +285,15 @@ void LibraryPanes::InvertChecks()
 
 bool LibraryPanes::TypeInTree(wchar_t cTyped)
 {
-    constexpr std::uint32_t lSearchMs = 1000;
-    const std::uint32_t lNow = m_cMod.Ports().cClock.TickCount();
-    const bool bContinues = !m_sTyped.empty() && lNow - m_lTyped < lSearchMs;
-    if (cTyped < L' ' || (cTyped == L' ' && !bContinues))
+    if (!m_typed.Type(cTyped, m_cMod.Ports().cClock.TickCount()))
         return false;
-    if (!bContinues)
-        m_sTyped.clear();
-    m_sTyped += cTyped;
-    m_lTyped = lNow;
     if (m_cWork.Running() || m_cTree.Count() == 0)
         return true;
     const CategoryTreePresenter::Node from = m_cTreeView.Selected().value_or(0);
-    // The first letter searches after the selected node, further letters from it on. The same letter repeated
-    // visits each node that begins with it.
-    std::optional<CategoryTreePresenter::Node> found = m_cTree.FindText(m_sTyped, from, m_sTyped.size() == 1);
-    const bool bOneLetter = m_sTyped.find_first_not_of(m_sTyped[0]) == std::wstring::npos;
-    if (!found && bOneLetter)
-        found = m_cTree.FindText(m_sTyped.substr(0, 1), from, true);
+    const std::optional<CategoryTreePresenter::Node> found =
+        m_typed.Find([&](const std::string& sBeginning, bool bBehind) {
+            return m_cTree.FindText(sBeginning, from, bBehind);
+        });
     if (found)
         m_cTreeView.Select(*found);
     return true;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "scheduler/clsSchedMan.h"
+#include "ui/controls/TypeAhead.h"
 #include "ui/library/CategoryTreePresenter.h"
 #include "ui/library/GridFind.h"
 #include "ui/library/LibraryWork.h"
@@ -97,9 +98,8 @@ private:
     clsSchedLibGridPresenter m_cGrid;
     GridFind m_cFindCuts;
     TreeFind m_cFindCategories;
-    std::wstring m_sShownKey;   // of the node whose cuts the grid shows; empty for none
-    std::wstring m_sTyped;      // in the tree
-    std::uint32_t m_lTyped = 0; // when, by the clock's tick count
+    std::wstring m_sShownKey; // of the node whose cuts the grid shows; empty for none
+    TypeAhead m_typed;        // in the tree
 };
 
 } // namespace ravlo

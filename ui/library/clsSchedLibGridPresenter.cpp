@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/library/clsSchedLibGridPresenter.h"
 
+#include "base/SearchText.h"
 #include "base/Text.h"
 
 #include <algorithm>
@@ -30,11 +31,6 @@ template <class Ask> std::wstring TextOrNone(Ask&& ask)
     {
         return {};
     }
-}
-
-bool BeginsWith(const std::wstring& sText, const std::wstring& sBeginning)
-{
-    return EqualIgnoringCase(std::wstring_view(sText).substr(0, sBeginning.size()), sBeginning);
 }
 
 bool AreConsecutive(const std::vector<std::size_t>& colRows)
@@ -119,12 +115,13 @@ SortValue clsSchedLibGridPresenter::SortValueOf(std::size_t listed, std::size_t 
 std::optional<std::size_t> clsSchedLibGridPresenter::FindRow(const std::wstring& sBeginning,
                                                              std::size_t start) const
 {
+    const std::string sFolded = FoldForSearch(sBeginning);
     for (const auto TextOfCut : {&Cut::Artist, &Cut::Title})
         for (std::size_t step = 0; step < RowCount(); ++step)
         {
             const std::size_t row = (start + step) % RowCount();
             const Cut& cCut = *CutAt(row);
-            if (BeginsWith(TextOrNone([&] { return (cCut.*TextOfCut)(); }), sBeginning))
+            if (BeginsFolded(TextOrNone([&] { return (cCut.*TextOfCut)(); }), sFolded))
                 return row;
         }
     return std::nullopt;

@@ -67,7 +67,7 @@ public:
     // Of a column of the list. Empty for a cut that throws, since this is called while painting.
     std::wstring CellText(std::size_t row, std::size_t column) const;
     // The first row from start on, and then from the top, whose artist begins with the text; when no artist
-    // does, whose title does. Without regard to case.
+    // does, whose title does. Without regard to case and accents.
     std::optional<std::size_t> FindRow(const std::wstring& sBeginning, std::size_t start) const;
 
     // ---- which listed rows are shown, and in which order

@@ -9,6 +9,7 @@
 #include <commctrl.h>
 #include <cwchar>
 #include <numeric>
+#include <windowsx.h>
 
 namespace ravlo
 {
@@ -43,8 +44,12 @@ std::vector<std::wstring> Sorted(std::vector<std::wstring> colEntries)
 } // namespace
 
 CatSelectorWindow::CatSelectorWindow(HWND hParent, int lId, ModScheduler& cMod)
-    : Window(sCatSelectorClass), m_cMod(cMod), m_cSelector(Made(hParent, lId), cMod)
+    : Window(sCatSelectorClass), m_cMod(cMod), m_cSelector(Made(hParent, lId), cMod),
+      m_cFind(m_cSelector, *m_cBar)
 {
+    m_cBar->SetListener(m_cFind);
+    m_cBar->SetList(Of(lstCat));
+    m_cBar->ShownChanged = [this] { LayOut(); };
 }
 
 CatSelectorView& CatSelectorWindow::Made(HWND hParent, int lId)
@@ -75,6 +80,9 @@ void CatSelectorWindow::MakeControls()
         m_hControls[static_cast<std::size_t>(eControl)] =
             MakeControl(Handle(), WC_BUTTONW, sText, BS_AUTOCHECKBOX | WS_TABSTOP, lId);
     };
+    m_cBar = std::make_unique<FindBar>(Handle(), eIdFindCategories,
+                                       FindBar::Texts{L"Find categories", L"Find categories"},
+                                       [this] { OnException(); });
     m_hCategoriesLabel = label(eIdCategoriesLabel, L"Cate&gories:");
     list(lstCat, eIdlstCat, LBS_EXTENDEDSEL | WS_HSCROLL);
     m_hLevelsLabel = label(eIdLevelsLabel, L"Le&vels:");
@@ -95,6 +103,10 @@ LRESULT CatSelectorWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam
     {
     case WM_COMMAND:
         OnCommand(LOWORD(wParam), HIWORD(wParam));
+        return 0;
+    case WM_CONTEXTMENU:
+        if (reinterpret_cast<HWND>(wParam) == Of(lstCat))
+            OnContextMenu({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
         return 0;
     case WM_SIZE:
         LayOut();
@@ -129,9 +141,17 @@ void CatSelectorWindow::OnCommand(int lId, int lCode)
 
 bool CatSelectorWindow::OnKey(const MSG& message)
 {
+    if (m_cBar->OnKey(message) || OnType(message))
+        return true;
     if (message.message != WM_KEYDOWN)
         return false;
     const auto bDown = [](int lKey) { return ::GetKeyState(lKey) < 0; };
+    if (message.wParam == 'F' && bDown(VK_CONTROL) && !bDown(VK_MENU))
+    {
+        if (::IsWindowEnabled(Of(lstCat)))
+            m_cFind.OpenBar();
+        return true;
+    }
     if (message.wParam == VK_TAB && message.hwnd == Of(chkSortedSongs) && !bDown(VK_SHIFT) &&
         !bDown(VK_CONTROL))
     {
@@ -147,6 +167,40 @@ bool CatSelectorWindow::OnKey(const MSG& message)
     return false;
 }
 
+// A letter in a list goes to the entry that begins with what was typed; a blank within a text does not
+// select.
+bool CatSelectorWindow::OnType(const MSG& message)
+{
+    const bool bBlank = message.message == WM_KEYDOWN && message.wParam == VK_SPACE &&
+                        ::GetKeyState(VK_CONTROL) >= 0 && ::GetKeyState(VK_SHIFT) >= 0;
+    if (message.message != WM_CHAR && !bBlank)
+        return false;
+    for (const SelectorControl eList : {lstCat, lstlvl, lstsongs0, lstsongs1})
+        if (message.hwnd == Of(eList) && ::IsWindowEnabled(message.hwnd))
+            return m_cSelector.TypeInList(eList, bBlank ? L' ' : static_cast<wchar_t>(message.wParam));
+    return false;
+}
+
+// At the pointer, or with the keyboard at the list's corner.
+void CatSelectorWindow::OnContextMenu(POINT onScreen)
+{
+    RECT list{};
+    ::GetWindowRect(Of(lstCat), &list);
+    if (onScreen.x == -1 && onScreen.y == -1)
+        onScreen = {list.left + Scaled(lGap, m_lDpi), list.top + Scaled(lGap, m_lDpi)};
+    const UniqueMenu hMenu(::CreatePopupMenu());
+    ::AppendMenuW(hMenu.get(), MF_STRING, eIdmnuFind, L"&Find...\t  Ctrl+F");
+    ::AppendMenuW(hMenu.get(), MF_STRING | (m_cSelector.Names().SortedByName() ? MF_CHECKED : 0u),
+                  eIdmnuSortByName, L"&Sort by name");
+    const BOOL lChosen =
+        ::TrackPopupMenuEx(hMenu.get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, static_cast<int>(onScreen.x),
+                           static_cast<int>(onScreen.y), Handle(), nullptr);
+    if (lChosen == eIdmnuFind)
+        m_cFind.OpenBar();
+    else if (lChosen == eIdmnuSortByName)
+        m_cSelector.SetSortByName(!m_cSelector.Names().SortedByName());
+}
+
 // ---- layout ----
 
 void CatSelectorWindow::SetLook(HFONT hFont, int lDpi)
@@ -156,6 +210,7 @@ void CatSelectorWindow::SetLook(HFONT hFont, int lDpi)
     SetFont(m_hCategoriesLabel, hFont);
     SetFont(m_hLevelsLabel, hFont);
     SetFont(m_hMatchLabel1, hFont);
+    m_cBar->SetLook(hFont, lDpi);
     for (const HWND hControl : m_hControls)
         SetFont(hControl, hFont);
     for (const SelectorControl eList : {lstCat, lstsongs0, lstsongs1})
@@ -196,9 +251,11 @@ void CatSelectorWindow::LayOut()
         const SIZE size = TextSize(cContext.Get(), WindowText(Of(eControl)));
         return std::min(lSongsWidth, static_cast<int>(size.cx) + px(lCheckBox));
     };
-    Mover cMover(10);
+    const int lBar = m_cBar->Height();
+    Mover cMover(11);
     cMover.Move(m_hCategoriesLabel, 0, 0, lCats, lLine);
-    cMover.Move(Of(lstCat), 0, lTop, lCats, lHeight - lTop);
+    cMover.Move(m_cBar->Handle(), 0, lTop, lCats, lBar);
+    cMover.Move(Of(lstCat), 0, lTop + lBar, lCats, lHeight - lTop - lBar);
     cMover.Move(m_hLevelsLabel, lLevels, 0, px(lLevelsWidth), lLine);
     cMover.Move(Of(lstlvl), lLevels, lTop, px(lLevelsWidth), lHeight - lTop);
     cMover.Move(Of(lblMatch), lSongs, 0, lSongsWidth, lLine);

@@ -3,9 +3,12 @@
 
 #include "ui/category/CatSelectorPresenter.h"
 #include "ui/category/CatSelectorView.h"
+#include "ui/category/CategoryFind.h"
+#include "ui/controls/windows/FindBar.h"
 #include "ui/controls/windows/Window.h"
 
 #include <array>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -51,6 +54,8 @@ private:
     LRESULT OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam) override;
     void OnException() noexcept override;
     void OnCommand(int lId, int lCode);
+    bool OnType(const MSG& message);
+    void OnContextMenu(POINT onScreen);
     CatSelectorView& Made(HWND hParent, int lId);
     void MakeControls();
     void LayOut();
@@ -58,6 +63,7 @@ private:
     HWND Of(SelectorControl eControl) const { return m_hControls[static_cast<std::size_t>(eControl)]; }
 
     ModScheduler& m_cMod;
+    std::unique_ptr<FindBar> m_cBar;
     HWND m_hCategoriesLabel = nullptr;
     HWND m_hLevelsLabel = nullptr;
     std::array<HWND, 7> m_hControls{};
@@ -66,6 +72,7 @@ private:
     int m_lDpi = 96;
     bool m_bHourglass = false;
     CatSelectorPresenter m_cSelector; // talks to the controls above from its first moment
+    CategoryFind m_cFind;
 };
 
 } // namespace ravlo

@@ -18,6 +18,9 @@ enum ControlId : int
     eIdlstsongs1,
     eIdchkOpener,
     eIdchkSortedSongs,
+    eIdFindCategories,
+    eIdmnuFind, // of the pop-up menu of the categories
+    eIdmnuSortByName,
 
     // frmCat
     eIdCatSelector1 = 200,
