@@ -80,7 +80,7 @@ void CatSelectorWindow::MakeControls()
         m_hControls[static_cast<std::size_t>(eControl)] =
             MakeControl(Handle(), WC_BUTTONW, sText, BS_AUTOCHECKBOX | WS_TABSTOP, lId);
     };
-    m_cBar = std::make_unique<FindBar>(Handle(), eIdFindCategories,
+    m_cBar = std::make_unique<FindBar>(Handle(), eIdFindCats,
                                        FindBar::Texts{L"Find categories", L"Find categories"},
                                        [this] { OnException(); });
     m_hCategoriesLabel = label(eIdCategoriesLabel, L"Cate&gories:");
@@ -192,12 +192,12 @@ void CatSelectorWindow::OnContextMenu(POINT onScreen)
     ::AppendMenuW(hMenu.get(), MF_STRING, eIdmnuFind, L"&Find...\t  Ctrl+F");
     ::AppendMenuW(hMenu.get(), MF_STRING | (m_cSelector.Names().SortedByName() ? MF_CHECKED : 0u),
                   eIdmnuSortByName, L"&Sort by name");
-    const BOOL lChosen =
+    const BOOL lChosenId =
         ::TrackPopupMenuEx(hMenu.get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, static_cast<int>(onScreen.x),
                            static_cast<int>(onScreen.y), Handle(), nullptr);
-    if (lChosen == eIdmnuFind)
+    if (lChosenId == eIdmnuFind)
         m_cFind.OpenBar();
-    else if (lChosen == eIdmnuSortByName)
+    else if (lChosenId == eIdmnuSortByName)
         m_cSelector.SetSortByName(!m_cSelector.Names().SortedByName());
 }
 

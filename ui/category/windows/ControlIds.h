@@ -18,7 +18,7 @@ enum ControlId : int
     eIdlstsongs1,
     eIdchkOpener,
     eIdchkSortedSongs,
-    eIdFindCategories,
+    eIdFindCats,
     eIdmnuFind, // of the pop-up menu of the categories
     eIdmnuSortByName,
 
