@@ -132,10 +132,16 @@ void GridFind::Arrange(ViewOrder& cOrder)
 void GridFind::List()
 {
     std::vector<Entry> colBefore = std::exchange(m_colEntries, {});
-    std::unordered_map<const Cut*, std::size_t> colByCut;
-    for (std::size_t i = 0; i < colBefore.size(); ++i)
-        if (colBefore[i].bKnown)
-            colByCut.emplace(colBefore[i].cCut.get(), i);
+    std::unordered_map<const Cut*, std::size_t> colByCut; // made when a cut is in another row than before
+    const auto Before = [&](std::size_t row, const Cut* pCut) -> const Entry* {
+        if (row < colBefore.size() && colBefore[row].cCut.get() == pCut)
+            return &colBefore[row];
+        if (colByCut.empty())
+            for (std::size_t i = 0; i < colBefore.size(); ++i)
+                colByCut.emplace(colBefore[i].cCut.get(), i);
+        const auto found = colByCut.find(pCut);
+        return found == colByCut.end() ? nullptr : &colBefore[found->second];
+    };
     m_colEntries.resize(m_cGrid.ListedCount());
     m_read = 0;
     m_found = 0;
@@ -144,10 +150,10 @@ void GridFind::List()
     {
         Entry& entry = m_colEntries[i];
         entry.cCut = m_cGrid.ListedCut(i);
-        const auto before = colByCut.find(entry.cCut.get());
-        if (before == colByCut.end())
+        const Entry* pBefore = Before(i, entry.cCut.get());
+        if (!pBefore || !pBefore->bKnown)
             continue;
-        entry.sFields = colBefore[before->second].sFields;
+        entry.sFields = pBefore->sFields;
         entry.bKnown = SetFound(entry, true);
     }
 }

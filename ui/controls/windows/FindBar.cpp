@@ -97,7 +97,10 @@ bool FindBar::OnKey(const MSG& message)
     if (message.wParam == VK_ESCAPE)
         m_cListener->CloseBar();
     else if (message.wParam == VK_RETURN || message.wParam == VK_DOWN)
-        m_cListener->GoToList();
+    {
+        if (::IsWindowEnabled(m_hList)) // not while something runs
+            m_cListener->GoToList();
+    }
     else if (message.wParam == 'A' && bControl)
         ::SendMessageW(m_hQuery, EM_SETSEL, 0, -1);
     else
