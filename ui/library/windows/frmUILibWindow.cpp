@@ -122,6 +122,7 @@ void frmUILibWindow::LayOut()
     const int lLine = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy) + lEdge;
     const auto lRight = static_cast<int>(client.right) - lEdge;
     ::MoveWindow(m_hTopLeft, lEdge, 0, lRight - lEdge, lLine, TRUE);
+    ::InvalidateRect(m_hTopLeft, nullptr, TRUE); // its text is in the middle, which has moved
     m_cSplit->SetHeaderHeights(m_cCategoriesBar->Height(), m_cCutsBar->Height());
     m_cSplit->Place({lEdge, lLine, lRight, client.bottom - m_cStatus->Height()}, m_lDpi);
 }
