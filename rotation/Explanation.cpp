@@ -19,35 +19,21 @@ using Verdict = Explanation::Verdict;
 
 std::wstring TwoDigits(int lNumber) { return (lNumber < 10 ? L"0" : L"") + DecimalText(lNumber); }
 
-// "14:07", and on another day "5 January 14:07".
-std::wstring TimeText(DateTime dtPlayed, DateTime dtStart)
-{
-    static constexpr const wchar_t* colMonths[] = {L"January",   L"February", L"March",    L"April",
-                                                   L"May",       L"June",     L"July",     L"August",
-                                                   L"September", L"October",  L"November", L"December"};
-    const DateFields played = FieldsOf(dtPlayed);
-    const DateFields start = FieldsOf(dtStart);
-    const std::wstring sTime = TwoDigits(played.lHour) + L":" + TwoDigits(played.lMinute);
-    if (played.lYear == start.lYear && played.lMonth == start.lMonth && played.lDay == start.lDay)
-        return sTime;
-    return DecimalText(played.lDay) + L" " + colMonths[played.lMonth - 1] + L" " + sTime;
-}
-
 std::wstring WithoutEmpty(const std::wstring& sFirst, const wchar_t* sBetween, const std::wstring& sSecond)
 {
     return sFirst.empty() || sSecond.empty() ? sFirst + sSecond : sFirst + sBetween + sSecond;
 }
 
-// A text of the cut in the way; empty when it cannot be read any more.
-std::wstring TextOfBlocker(const Breach& breach)
+// A text of the cut in the way; empty when it cannot be read any more, since the rest says enough.
+std::wstring TextOf(const Cut& cCut, std::wstring (Cut::*pText)() const)
 {
     try
     {
-        return breach.eRule == eGlobalArtist ? breach.cBlockedBy->Title() : breach.cBlockedBy->Artist();
+        return (cCut.*pText)();
     }
     catch (...)
     {
-        return {}; // the sentence says enough without it
+        return {};
     }
 }
 
@@ -64,7 +50,10 @@ std::wstring BreachText(const Breach& breach)
     sText += bLater ? L" plays " : L" played ";
     sText += DecimalText(static_cast<std::int64_t>(dMins)) + (dMins == 1 ? L" minute" : L" minutes");
     sText += bLater ? L" later (" : L" ago (";
-    sText += WithoutEmpty(TextOfBlocker(breach), L", ", TimeText(breach.dtPlayed, breach.dtStart)) + L"), ";
+    const auto pText = breach.eRule == eGlobalArtist ? &Cut::Title : &Cut::Artist;
+    sText +=
+        WithoutEmpty(TextOf(*breach.cBlockedBy, pText), L", ", TimeText(breach.dtPlayed, breach.dtStart)) +
+        L"), ";
     sText += DecimalText(breach.lRequiredMins) + (breach.lRequiredMins == 1 ? L" is" : L" are");
     return sText + L" required.";
 }
@@ -84,25 +73,40 @@ Verdict VerdictOf(const Breach& breach) noexcept
     }
 }
 
-std::wstring NothingChosenText(const Explanation& explanation)
+} // namespace
+
+std::wstring TimeText(DateTime dtWhen, DateTime dtNow)
 {
-    const std::wstring sLevel = explanation.sCatName + L" " + DecimalText(explanation.lCatLevel);
-    const auto IsNoOpener = [](const Step& step) { return step.eVerdict == Verdict::NoOpener; };
-    const auto& steps = explanation.steps;
-    if (explanation.eKind == eKindLevelEmpty)
-        return L"Nothing chosen: " + sLevel + L" has no cuts.";
-    if (explanation.bFailed)
-        return L"Nothing chosen: an error ended the pick from " + sLevel + L".";
-    if (!steps.empty() && std::all_of(steps.begin(), steps.end(), IsNoOpener))
-        return L"Nothing chosen: " + sLevel + L" has no opener.";
-    return L"Nothing chosen: nothing in " + sLevel + L" can be scheduled.";
+    static constexpr const wchar_t* colMonths[] = {L"January",   L"February", L"March",    L"April",
+                                                   L"May",       L"June",     L"July",     L"August",
+                                                   L"September", L"October",  L"November", L"December"};
+    const DateFields when = FieldsOf(dtWhen);
+    const DateFields now = FieldsOf(dtNow);
+    const std::wstring sTime = TwoDigits(when.lHour) + L":" + TwoDigits(when.lMinute);
+    if (when.lYear == now.lYear && when.lMonth == now.lMonth && when.lDay == now.lDay)
+        return sTime;
+    return DecimalText(when.lDay) + L" " + colMonths[when.lMonth - 1] + L" " + sTime;
 }
 
-} // namespace
+std::wstring CutText(const std::wstring& sArtist, const std::wstring& sTitle)
+{
+    return WithoutEmpty(sArtist, L" - ", sTitle);
+}
+
+std::wstring Step::Reason() const { return breach.eRule == eNone ? std::wstring() : BreachText(breach); }
+
+std::wstring Step::Blocker() const
+{
+    if (breach.eRule == eNone)
+        return {};
+    const Cut& cBlocker = *breach.cBlockedBy;
+    return WithoutEmpty(CutText(TextOf(cBlocker, &Cut::Artist), TextOf(cBlocker, &Cut::Title)), L", ",
+                        TimeText(breach.dtPlayed, breach.dtStart));
+}
 
 std::wstring Step::Text() const
 {
-    const std::wstring sCut = WithoutEmpty(candidate.cArtist.Text(), L" - ", candidate.cTitle.Text());
+    const std::wstring sCut = CutText(candidate.cArtist.Text(), candidate.cTitle.Text());
     if (eVerdict == Verdict::NoOpener)
         return L"Passed over: " + sCut + L"; no opener.";
     if (eVerdict == Verdict::Chosen)
@@ -125,7 +129,20 @@ std::wstring Explanation::Text() const
         else
             sText += step.Text() + sCrLf;
     }
-    return sText + (cCut ? sChoice : NothingChosenText(*this));
+    return sText + (cCut ? sChoice : NothingText());
+}
+
+std::wstring Explanation::NothingText() const
+{
+    const std::wstring sLevel = sCatName + L" " + DecimalText(lCatLevel);
+    const auto IsNoOpener = [](const Step& step) { return step.eVerdict == Verdict::NoOpener; };
+    if (eKind == eKindLevelEmpty)
+        return L"Nothing chosen: " + sLevel + L" has no cuts.";
+    if (bFailed)
+        return L"Nothing chosen: an error ended the pick from " + sLevel + L".";
+    if (!steps.empty() && std::all_of(steps.begin(), steps.end(), IsNoOpener))
+        return L"Nothing chosen: " + sLevel + L" has no opener.";
+    return L"Nothing chosen: nothing in " + sLevel + L" can be scheduled.";
 }
 
 void ExplanationSink::Note(const TraceStep& step)

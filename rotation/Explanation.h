@@ -33,6 +33,11 @@ struct Explanation
 
         // "Passed over: Abba - Waterloo; Abba played 23 minutes ago (Dancing Queen, 14:07), 60 are required."
         std::wstring Text() const;
+        // What it breaks: "Abba played 23 minutes ago (Dancing Queen, 14:07), 60 are required."; empty for
+        // the verdicts Chosen and NoOpener.
+        std::wstring Reason() const;
+        // The play in the way: "Abba - Dancing Queen, 14:07"; empty as above.
+        std::wstring Blocker() const;
     };
 
     std::shared_ptr<Cut> cCut; // the level's own; null for kinds 7 and 11
@@ -44,7 +49,14 @@ struct Explanation
 
     // A line for each cut that was passed over, and a last one for the choice, separated by CR LF.
     std::wstring Text() const;
+    // Why nothing was chosen. Precondition: cCut is null.
+    std::wstring NothingText() const;
 };
+
+// "14:07", and on another day than dtNow's "5 January 14:07".
+std::wstring TimeText(DateTime dtWhen, DateTime dtNow);
+// "Abba - Waterloo"; one of them alone where the other is empty.
+std::wstring CutText(const std::wstring& sArtist, const std::wstring& sTitle);
 
 // Collects an explanation from the trace of one pick.
 class ExplanationSink

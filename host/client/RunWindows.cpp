@@ -7,6 +7,7 @@
 #include "host/client/CutEditor.h"
 #include "host/client/EventListener.h"
 #include "host/client/HostFiles.h"
+#include "host/client/KeysWindow.h"
 #include "host/client/OpeningWindow.h"
 #include "host/client/Picture.h"
 #include "host/client/ProgressLine.h"
@@ -25,19 +26,6 @@ constexpr DISPID lShowHelpEvent = 1;
 constexpr DISPID lRequestEditCut = 5;
 // RequestEditCut's Result when nothing was changed.
 constexpr std::int32_t lCancelled = 2;
-
-// Headings with lines short enough not to be wrapped by a box.
-constexpr const wchar_t* sHelp =
-    L"In the tree\n"
-    L"Enter shows a category or level. Space ticks it.\n"
-    L"Ctrl+V files what was copied or cut in the list.\n\n"
-    L"In the list\n"
-    L"Enter edits a cut. Delete takes it out of the level.\n"
-    L"Alt+Up and Alt+Down move it. Ctrl+A selects all.\n"
-    L"Ctrl+C and Ctrl+X remember the selected cuts.\n"
-    L"Drag cuts within the list to re-order them, onto the tree to file them.\n\n"
-    L"Everywhere\n"
-    L"Ctrl+S saves all. F6 goes to the next pane. Esc ends a drag.";
 
 // A populated station that answers the windows' events as a playout program does.
 class Desk
@@ -83,10 +71,7 @@ private:
     void Answer(DISPID lEvent, const EventArguments& arguments)
     {
         if (lEvent == lShowHelpEvent)
-        {
-            const CentredOnOwner centred(::GetActiveWindow());
-            ::MessageBoxW(::GetActiveWindow(), sHelp, L"Keys and mouse", MB_OK | MB_ICONINFORMATION);
-        }
+            ShowKeysAndMouse(::GetActiveWindow());
         else if (lEvent == lRequestEditCut)
         {
             arguments.Expect(2);

@@ -100,6 +100,16 @@ TEST_F(StepTextTest, TextsThatAreMissingAreLeftOut)
     EXPECT_EQ(step.Text(), L"Passed over: Waterloo; no opener.");
 }
 
+TEST_F(StepTextTest, ReasonAndPlayInTheWayCanBeHadByThemselves)
+{
+    EXPECT_EQ(step.Reason(), L"Abba played 23 minutes ago (Dancing Queen, 14:07), 60 are required.");
+    EXPECT_EQ(step.Blocker(), L"ABBA - Dancing Queen, 14:07");
+    cBlocker->failing.insert("Artist");
+    EXPECT_EQ(step.Blocker(), L"Dancing Queen, 14:07");
+    step.breach = {};
+    EXPECT_EQ(step.Reason() + step.Blocker(), L"");
+}
+
 // ---- the pick that comes next
 
 class ExplanationTest : public testing::Test

@@ -5,6 +5,7 @@
 #include "ui/category/windows/frmCatWindow.h"
 #include "ui/health/windows/HealthWindowLifetime.h"
 #include "ui/library/windows/LibraryWindowLifetime.h"
+#include "ui/rotation/windows/RotationWindows.h"
 
 namespace ravlo
 {
@@ -57,6 +58,13 @@ private:
     LibraryDialogs Dialogs()
     {
         LibraryDialogs dialogs;
+        dialogs.ShowExplanation =
+            [](clsSchedMan& cSchedMan, const std::wstring& sLevelKey, const TextKey& cKey) {
+            ShowExplanationWindow(cSchedMan.shared_from_this(), sLevelKey, cKey);
+        };
+        dialogs.ShowNextCuts = [](clsSchedMan& cSchedMan, const std::wstring& sLevelKey) {
+            ShowNextCutsWindow(cSchedMan.shared_from_this(), sLevelKey);
+        };
         dialogs.ShowHealth = [this](clsSchedMan&) { ShowHealth({}); };
         return dialogs;
     }

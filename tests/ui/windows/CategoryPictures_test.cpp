@@ -92,6 +92,27 @@ TEST_F(CategoryPictures, OfTheRules)
     });
 }
 
+TEST_F(CategoryPictures, OfWhatALevelCanKeep)
+{
+    for (int i = 0; i < 12; ++i)
+        Add(L"abba" + std::to_wstring(i), L"Gold", 1, L"Nora Vale", L"Song " + std::to_wstring(i));
+    for (int i = 0; i < 72; ++i)
+        Add(L"gold" + std::to_wstring(i), L"Gold", 1, L"Artist " + std::to_wstring(i),
+            L"Hit " + std::to_wstring(i));
+    for (std::size_t i = 0; i < 40; ++i)
+        cState.cDataBase->colCuts[cState.cDataBase->colCuts.size() - 1 - i]->SetLastPlayed(
+            cState.cPorts.cClock.Now() - static_cast<double>(i) * 3 / 1440);
+    cState.Populate();
+    StartOn(L"Gold", 1);
+    Open([&](const User& user) {
+        ClickTab(user, 1);
+        user.Click(Box(1, eIdInheritTitle));
+        user.Replace(Box(1, eIdtxtTitleSepMins), L"240");
+        Picture(user, L"attainable");
+        user.Click(At(eIdcmdApply));
+    });
+}
+
 TEST_F(CategoryPictures, OfMakingACategory)
 {
     Open([&](const User& user) {
