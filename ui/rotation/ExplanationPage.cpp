@@ -120,7 +120,7 @@ ListPage ExplanationPage(const Explanation& explanation, DateTime dtNow, const s
     ListPage page;
     page.columns = {{L"#", 40, true},         {L"Verdict", 140},       {L"Artist", 150},
                     {L"Title", 170},          {L"Mins ago", 66, true}, {L"Required", 66, true},
-                    {L"Play in the way", 230}};
+                    {L"Play in the way", 180}};
     page.nameColumn = 2;
     page.sHeading = ChoiceText(explanation, dtNow) + sCrLf + PassedOverText(explanation);
     bool bAskedFound = false;

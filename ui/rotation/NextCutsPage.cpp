@@ -53,7 +53,7 @@ ListPage NextCutsPage(const std::vector<ForecastCut>& forecast, const std::wstri
                       const AskingRate& rate)
 {
     ListPage page;
-    page.columns = {{L"#", 40, true}, {L"Time", 110}, {L"Artist", 160}, {L"Title", 180}, {L"Note", 380}};
+    page.columns = {{L"#", 40, true}, {L"Time", 110}, {L"Artist", 160}, {L"Title", 180}, {L"Note", 300}};
     page.nameColumn = 2;
     if (forecast.empty())
     {

@@ -84,7 +84,7 @@ TEST_F(RotationListWindows, ExplainsTheShownLevelByMouseAndByKeys)
             EXPECT_EQ(User::Text(hOpened), L"Explain Next Cut: Rock 1");
             EXPECT_EQ(
                 TextAt(eIdListHeading),
-                L"Asked now (00:00), Rock 1 gives: Cream - Song 3\r\nIt breaks no rule.\r\nPassed over: 2 "
+                L"Asked now (12:00), Rock 1 gives: Cream - Song 3\r\nIt breaks no rule.\r\nPassed over: 2 "
                 L"cuts (title 2).");
             EXPECT_EQ(ListRows(), 3);
             EXPECT_EQ(ListCell(2, 0), L"Cream") << "by which screen readers name the row";
@@ -107,7 +107,7 @@ TEST_F(RotationListWindows, ForecastsTwentyCuts)
         EXPECT_EQ(User::Text(hOpened), L"Next 20 Cuts: Rock 1");
         EXPECT_EQ(ListRows(), 20);
         EXPECT_EQ(ListCell(0, 0), L"Cream");
-        EXPECT_EQ(ListCell(0, 1), L"00:00");
+        EXPECT_EQ(ListCell(0, 1), L"12:00");
         CloseList(user);
         EXPECT_EQ(Order(L"Rock", 1), colRockArtists);
     });
@@ -120,7 +120,7 @@ TEST_F(RotationListWindows, CopiesByKeyAndReadsAgainByKey)
         TakeList(user);
         user.Key('C', VK_CONTROL);
         const std::wstring sText = ClipboardText();
-        EXPECT_EQ(sText.substr(0, sText.find(L'\r')), L"Asked now (00:00), Rock 1 gives: Cream - Song 3");
+        EXPECT_EQ(sText.substr(0, sText.find(L'\r')), L"Asked now (12:00), Rock 1 gives: Cream - Song 3");
         EXPECT_NE(sText.find(L"3\tChosen\tCream\tSong 3\t\t\t\r\n"), std::wstring::npos);
         Run(user, [&] { cState.Level(L"Rock", 1)->Rules()->SetIgnoreRules(true); });
         user.Key(VK_F5);
@@ -128,8 +128,6 @@ TEST_F(RotationListWindows, CopiesByKeyAndReadsAgainByKey)
         EXPECT_EQ(ListCell(0, 0), L"Abba");
         user.Click(User::Control(hOpened, eIdListCopy));
         EXPECT_NE(ClipboardText(), sText);
-        user.Key(VK_RETURN); // the button that has the focus
-        EXPECT_TRUE(::IsWindow(hOpened));
         user.Click(User::Control(hOpened, IDCANCEL));
         user.WaitUntilGone(hOpened);
     });
