@@ -225,6 +225,21 @@ TEST_P(CutMenuTest, CopyingIntoAnotherNumberIsRefusedAsADropIs)
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
 }
 
+TEST_P(CutMenuTest, EachCommandIsOneStepToUndo)
+{
+    for (const wchar_t* sItem : {sTop, L"&Remove from Rock 1\t  Del", L"&Move to>Jazz 1"})
+    {
+        cPorts.cUserSettings.Set(sProgramTitle, L"Settings", L"RecentTargets", L"Jazz:1|");
+        EXPECT_FALSE(Man().CanUndo());
+        ChooseFromCuts({0, 2}, sItem);
+        EXPECT_NE(Order(L"Rock", 1), (Keys{L"a", L"b", L"c"})) << sItem;
+        Man().Undo();
+        ExpectOrders({L"a", L"b", L"c"}, {L"c", L"e"});
+        EXPECT_FALSE(Man().CanUndo()) << sItem;
+        ShowNode(L"Rock", 1);
+    }
+}
+
 // ---- explained
 
 TEST_P(CutMenuTest, ExplainShowsTheCutInTheLevelThatContainsIt)
