@@ -100,7 +100,6 @@ PassedOver Reversal::Run(const wchar_t* sTitle, const std::function<void(const C
     MakeDeletedCats();
     PlanPlaces();
     ChangeCuts();
-    RequireSameTree();
     PutOrdersBack();
     DeleteMadeCats();
     for (const Level& level : m_colLevels)
@@ -112,7 +111,8 @@ PassedOver Reversal::Run(const wchar_t* sTitle, const std::function<void(const C
     return m_passedOver;
 }
 
-// Reading and changing cuts may let the host run, which may replace the tree.
+// Reading and changing cuts may let the host run, which may replace the tree. Once all cuts are changed, a
+// new tree has their new places, and what is left to do is looked up in it by name.
 void Reversal::RequireSameTree() const
 {
     if (m_cState.populations != m_population)

@@ -84,6 +84,8 @@ void CutChanges::RunWhole(const Cuts& colCuts, const Change& change, const Rhyth
         const std::exception_ptr cFailure = std::current_exception();
         m_cBatch.reset();
         TakeBack({});
+        m_colUndo.clear(); // what a cut did to follow a tree that was replaced stays
+        m_colTouched.clear();
         m_cPlacement.RecalcTouched();
         std::rethrow_exception(cFailure);
     }

@@ -138,7 +138,7 @@ try
 {
     if (std::exchange(m_bLoaded, true))
         return;
-    const std::optional<std::string> bytes = m_cMod.Saved().Read(m_sPath, this, Patience::None);
+    const std::optional<std::string> bytes = m_cMod.Saved().Read(m_sPath, this);
     if (!bytes)
         return;
     if (std::optional<UndoContent> content = DecodeUndoFile(*bytes))

@@ -380,6 +380,21 @@ TEST_F(UndoTest, IsRefusedBeforeAndDuringAPopulationAndInsideAnother)
     EXPECT_EQ(colNumbers, (std::vector<std::int32_t>{5, 70, 70, 0, 91}));
 }
 
+TEST_F(UndoTest, ATreeThatIsReplacedInsideStopsIt)
+{
+    Move({L"a", L"b"}, Level(L"Pop", 1));
+    CutOf(L"b")->OnCall = [&](const std::string& sMember) {
+        if (sMember != "SetCategoryText")
+            return;
+        CutOf(L"b")->OnCall = nullptr;
+        cLib.Populate();
+    };
+    EXPECT_EQ(NumberOf([&] { Man().Undo(); }), error::PermissionDenied);
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p", L"q", L"b", L"a"})) << "the population found a in Rock";
+    EXPECT_EQ(Man().Undo(), L"Undone: move of 2 cuts to Pop 1");
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"c", L"d", L"e", L"f"}));
+}
+
 TEST_F(UndoTest, AnEditInsideAnUndoIsTheNextStep)
 {
     MoveTo(L"f", 1);
