@@ -176,6 +176,15 @@ STDMETHODIMP RotationFace::Redo()
     return Guard([&] { m_cRotation.Redo(); });
 }
 
+STDMETHODIMP RotationFace::ShowHealthUI()
+{
+    return Guard([&] {
+        m_cRotation.MustBePopulated();
+        const ComPtr<_clsSchedMan> cManager = m_cManager; // the host may release this in between
+        m_cRotation.ShowHealthUI(FaceMap<SchedManFace>::Instance().Find(cManager.Get())->Windows());
+    });
+}
+
 STDMETHODIMP RotationFace::OverrideOptions(VARIANT vFair, VARIANT vFeatured)
 {
     return Guard([&] { m_cRotation.OverrideOptions({OptionIn(vFair), OptionIn(vFeatured)}); });

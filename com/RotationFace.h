@@ -42,6 +42,7 @@ public:
     STDMETHODIMP get_CanRedo(VARIANT_BOOL* pVal) override;
     STDMETHODIMP get_RedoText(BSTR* pVal) override;
     STDMETHODIMP Redo() override;
+    STDMETHODIMP ShowHealthUI() override;
     STDMETHODIMP OverrideOptions(VARIANT vFair, VARIANT vFeatured) override;
 
     static const ClassIdentity identity;

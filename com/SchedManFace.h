@@ -66,6 +66,8 @@ public:
     STDMETHODIMP get_UIShowing(VARIANT_BOOL* pVal) override;
     STDMETHODIMP ReloadAll() override;
 
+    HealthWindows& Windows() noexcept { return *m_cWindows; }
+
     static const ClassIdentity identity;
 
 protected:
@@ -84,7 +86,7 @@ private:
 
     std::shared_ptr<clsSchedMan> m_cSchedMan;
     EventSource m_cEvents;
-    std::unique_ptr<SchedulerWindows> m_cWindows;
+    std::unique_ptr<SchedulerUi> m_cWindows;
     FaceEntry<SchedManFace> m_cEntry;
 };
 
