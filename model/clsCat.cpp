@@ -100,7 +100,7 @@ std::shared_ptr<clsCatRules> clsCat::Rules()
     if (!m_cRules)
     {
         m_cRules = std::make_shared<clsCatRules>(m_cMod);
-        m_cRules->SetCatID(RulesID());
+        m_cRules->SetCatID(RulesID(m_sCatName, m_lCatLevel));
     }
     m_cRules->RetryReading();
     return m_cRules;
@@ -108,10 +108,22 @@ std::shared_ptr<clsCatRules> clsCat::Rules()
 
 std::shared_ptr<const clsCatRules> clsCat::PresentRules() const
 {
-    return m_cRules ? m_cRules : clsCatRules::Read(m_cMod, RulesID());
+    return m_cRules ? m_cRules : clsCatRules::Read(m_cMod, RulesID(m_sCatName, m_lCatLevel));
 }
 
-std::wstring clsCat::RulesID() const { return m_sCatName + L"\u00AC\u00AC\u00AC" + DecimalText(m_lCatLevel); }
+std::wstring clsCat::RulesID(const std::wstring& sCatName, std::int32_t lCatLevel)
+{
+    return sCatName + L"\u00AC\u00AC\u00AC" + DecimalText(lCatLevel);
+}
+
+void clsCat::Rename(const std::wstring& sCatName)
+{
+    m_sCatName = sCatName;
+    if (m_cRules)
+        m_cRules->Rebind(RulesID(sCatName, m_lCatLevel));
+    for (const std::shared_ptr<clsCat>& cSubCat : *m_colSubCats)
+        cSubCat->Rename(sCatName);
+}
 
 std::int32_t clsCat::AverageRunTimemS()
 {

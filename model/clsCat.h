@@ -47,9 +47,15 @@ public:
     const std::wstring& CatName() const noexcept { return m_sCatName; }
     void SetCatName(std::wstring sCatName) { m_sCatName = std::move(sCatName); }
 
+    // Gives a main category and its levels another name. Rules that are loaded belong to the rules file of
+    // the new name from now on; no file is read or written. The cuts keep their names.
+    void Rename(const std::wstring& sCatName);
+
     std::int32_t CatLevel() const noexcept { return m_lCatLevel; }
     void SetCatLevel(std::int32_t lCatLevel) noexcept;
 
+    // The name of the rules file of a category of that name and level.
+    static std::wstring RulesID(const std::wstring& sCatName, std::int32_t lCatLevel);
     // Created and loaded on first use.
     std::shared_ptr<clsCatRules> Rules();
     // The rules in force, without creating any here: until Rules has been called, the present values of the
@@ -113,7 +119,6 @@ private:
         Yes,
         YesOverflow, // placed, but the level's total run time now exceeds 32 bits
     };
-    std::wstring RulesID() const;
     Placed Place(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);
     Placed PlaceInLevel(const std::shared_ptr<Cut>& cCut);
     Placed PlaceInMainCat(const std::shared_ptr<Cut>& cCut, bool& bCreatedNewSubCat);

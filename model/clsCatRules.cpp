@@ -252,9 +252,42 @@ void clsCatRules::TakeRecord(std::string_view record)
 // A tree's rules stay in its folder, even after the library has moved to another one.
 std::wstring clsCatRules::Folder() const { return m_sAppPath.empty() ? m_cMod.ServedPath() : m_sAppPath; }
 
-std::wstring clsCatRules::PathOf(const std::wstring& sName) const
+std::wstring clsCatRules::PathOf(const std::wstring& sFolder, const std::wstring& sName)
 {
-    return Folder() + L"Scheduler\\Rules\\" + sName + L".rls";
+    return sFolder + L"Scheduler\\Rules\\" + sName + L".rls";
+}
+
+std::wstring clsCatRules::PathOf(const std::wstring& sName) const { return PathOf(Folder(), sName); }
+
+// ---- another name
+
+void clsCatRules::Rebind(const std::wstring& sCatID)
+{
+    m_sCatID = sCatID.substr(0, catIDWidth);
+    m_sReadPath = PathOf(sCatID);
+    m_sSeenPath = PathOf(CatID());
+    m_lSeen = m_cMod.Saved().NewestOf(m_sSeenPath);
+}
+
+bool clsCatRules::CopyFile(ModScheduler& cMod, const std::wstring& sFromID, const std::wstring& sToID)
+{
+    SavedFiles& cSaved = cMod.Saved();
+    std::optional<std::string> bytes = cSaved.Peek(PathOf(cMod.ServedPath(), sFromID));
+    if (!bytes)
+        return false;
+    if (bytes->size() >= recordSize)
+        PutText(*bytes, atCatID, catIDWidth, cMod.Ports().cCodePage.Encode(sToID.substr(0, catIDWidth)));
+    const int lAuthor = 0; // unlike any other: what it has not read is kept aside
+    cSaved.Replace(PathOf(cMod.ServedPath(), sToID), cSaved.Begin(), *bytes, &lAuthor);
+    cSaved.Forget(&lAuthor);
+    return true;
+}
+
+void clsCatRules::DeleteFile(ModScheduler& cMod, const std::wstring& sCatID)
+{
+    const int lAuthor = 0;
+    cMod.Saved().Delete(PathOf(cMod.ServedPath(), sCatID), &lAuthor);
+    cMod.Saved().Forget(&lAuthor);
 }
 
 std::string clsCatRules::Encode() const

@@ -49,6 +49,15 @@ public:
     // saved under the shortened key.
     void SetCatID(const std::wstring& sCatID);
 
+    // Binds the object to the file of another name without reading it, when its category is renamed: the
+    // values stay.
+    void Rebind(const std::wstring& sCatID);
+    // Copies the file of a name, if there is one, for another name. Returns whether it did. Throws when it
+    // cannot be read or written; an existing file of the new name is kept aside.
+    static bool CopyFile(ModScheduler& cMod, const std::wstring& sFromID, const std::wstring& sToID);
+    // Deletes the file of a name, if there is one. Throws when it cannot be deleted.
+    static void DeleteFile(ModScheduler& cMod, const std::wstring& sCatID);
+
     // The stored value, or the global separation when none is set here.
     std::int32_t ArtistSepMins() const noexcept;
     // Ignores a negative value: stores and saves nothing.
@@ -101,6 +110,7 @@ private:
     void Take(const Edit& edit);
     bool Save(Report eReport);
     std::wstring Folder() const;
+    static std::wstring PathOf(const std::wstring& sFolder, const std::wstring& sName);
     std::wstring PathOf(const std::wstring& sName) const;
     std::string Encode() const;
 

@@ -4,6 +4,7 @@
 #include "base/CaseFolding.h"
 #include "base/Text.h"
 #include "rotation/RandomOrder.h"
+#include "scheduler/CategoryRename.h"
 #include "scheduler/CutAssignment.h"
 #include "scheduler/MassChange.h"
 #include "scheduler/SchedManParts.h"
@@ -171,6 +172,24 @@ bool clsSchedMan::CreateMainCat(std::wstring& sName)
 {
     return Edit(L"Error in CreateMainCat [cSchedMan]", false,
                 [&] { return m_cParts->cCreation.CreateMainCat(sName); });
+}
+
+bool clsSchedMan::RenameMainCat(const std::wstring& sCatName, const std::wstring& sNewName)
+{
+    return Edit(L"Error in RenameMainCat [cSchedMan]", false, [&] {
+        Parts& my = *m_cParts;
+        const std::wstring sNew = Trim(sNewName);
+        if (const std::wstring sWhyNot = WhyNotRename(my, sCatName, sNew); !sWhyNot.empty())
+        {
+            my.cMod.Box(BoxIcon::Exclamation, BoxButtons::Ok, L"Rename Category", sWhyNot);
+            return false;
+        }
+        const std::wstring sFrom = my.MainCat(sCatName)->CatName();
+        return sFrom != sNew &&
+               ravlo::RenameMainCat(my, my.cSync, sFrom, sNew, [&](const ChangeRecord& record) {
+                   my.cUndo.Add(L"renaming of " + sFrom + L" to " + sNew, record);
+               });
+    });
 }
 
 bool clsSchedMan::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)

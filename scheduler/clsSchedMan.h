@@ -83,6 +83,9 @@ public:
     // 70 under its own title when called from a handler during a population.
     bool CreateMainCat(std::wstring& sName);
     bool CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn);
+    // Gives a main category another name, with its levels, its cuts' category names and its files; see
+    // CategoryRename.h. Returns false, with nothing changed, when it was refused or failed, which is shown.
+    bool RenameMainCat(const std::wstring& sCatName, const std::wstring& sNewName);
     // A new random order for RandomizeCollection: element i is the present position, from 0, of the item to
     // put at i.
     std::vector<std::size_t> RandomOrderOf(std::size_t count);

@@ -2,11 +2,27 @@
 // Undo and redo.
 
 #include "base/ScopedFlag.h"
+#include "scheduler/CategoryRename.h"
 #include "scheduler/ChangeReversal.h"
 #include "scheduler/SchedManParts.h"
 
 namespace ravlo
 {
+
+namespace
+{
+
+// Renames back. Throws, with nothing changed, when that is not possible any more.
+void RenameBack(SchedulerState& cState, Synchronisation& cSync, const ChangeRecord::Renamed& before,
+                const std::function<void(const ChangeRecord&)>& reversed)
+{
+    if (const std::wstring sWhyNot = WhyNotRename(cState, before.sTo, before.sFrom); !sWhyNot.empty())
+        throw RuntimeError(error::InvalidProcedureCall, sWhyNot);
+    if (!RenameMainCat(cState, cSync, before.sTo, before.sFrom, reversed))
+        throw RuntimeError(error::PathFileAccess, L"The list of categories cannot be saved");
+}
+
+} // namespace
 
 bool clsSchedMan::CanUndo() const noexcept { return m_cParts->cUndo.Has(UndoWay::Undo); }
 bool clsSchedMan::CanRedo() const noexcept { return m_cParts->cUndo.Has(UndoWay::Redo); }
@@ -47,9 +63,11 @@ std::wstring clsSchedMan::Reverse(UndoWay eWay, const std::wstring& sVerb, const
     PassedOver passedOver;
     try
     {
-        passedOver = ReverseChange(my, my.cSync, step->record, sTitle, [&](const ChangeRecord& inverse) {
-            my.cUndo.Reversed(*step, eWay, inverse);
-        });
+        const auto reversed = [&](const ChangeRecord& inverse) { my.cUndo.Reversed(*step, eWay, inverse); };
+        if (!step->record.colRenamed.empty())
+            RenameBack(my, my.cSync, step->record.colRenamed.front(), reversed);
+        else
+            passedOver = ReverseChange(my, my.cSync, step->record, sTitle, reversed);
     }
     catch (...)
     {
