@@ -20,6 +20,7 @@ enum class BoxButtons
 {
     Ok,
     YesNo,
+    YesNoDefaultNo, // Enter answers No
 };
 
 enum class BoxAnswer

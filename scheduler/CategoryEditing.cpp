@@ -149,7 +149,7 @@ void CategoryEditing::SpreadCategories(const Cats& colCats, bool bConfirmFirst, 
 
 bool CategoryEditing::IsConfirmed(const Question& question, const Cats& colPresent)
 {
-    return m_cState.cMod.Box(BoxIcon::Question, BoxButtons::YesNo, question.sTitle,
+    return m_cState.cMod.Box(BoxIcon::Question, BoxButtons::YesNoDefaultNo, question.sTitle,
                              question.sText + ListCats(colPresent, mostListed) + question.sEnd) ==
            BoxAnswer::Yes;
 }

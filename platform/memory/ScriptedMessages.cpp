@@ -41,6 +41,13 @@ const char* NameOf(BoxIcon eIcon)
     return "no icon";
 }
 
+const char* NameOf(BoxButtons eButtons)
+{
+    return eButtons == BoxButtons::Ok      ? ", OK, "
+           : eButtons == BoxButtons::YesNo ? ", Yes/No, "
+                                           : ", Yes/[No], ";
+}
+
 template <class Answer> Answer NextOf(std::deque<Answer>& answers, const Answer& eDefault)
 {
     if (answers.empty())
@@ -54,8 +61,7 @@ template <class Answer> Answer NextOf(std::deque<Answer>& answers, const Answer&
 
 void PrintTo(const ShownBox& box, std::ostream* pStream)
 {
-    *pStream << NameOf(box.eIcon) << (box.eButtons == BoxButtons::Ok ? ", OK, " : ", Yes/No, ")
-             << Quoted(box.sTitle) << ", " << Quoted(box.sText);
+    *pStream << NameOf(box.eIcon) << NameOf(box.eButtons) << Quoted(box.sTitle) << ", " << Quoted(box.sText);
 }
 
 void PrintTo(const ShownInput& input, std::ostream* pStream)
@@ -67,7 +73,7 @@ BoxAnswer ScriptedMessages::Box(BoxIcon eIcon, BoxButtons eButtons, const std::w
                                 const std::wstring& sText)
 {
     Boxes.push_back({eIcon, eButtons, sTitle, sText});
-    const BoxAnswer eAnswer = eButtons == BoxButtons::YesNo ? NextOf(Answers, eDefaultAnswer) : eOkAnswer;
+    const BoxAnswer eAnswer = eButtons == BoxButtons::Ok ? eOkAnswer : NextOf(Answers, eDefaultAnswer);
     if (const auto hook = OnShown)
         hook();
     return eAnswer;

@@ -12,6 +12,20 @@ namespace ravlo
 namespace
 {
 
+UINT StyleOf(BoxButtons eButtons)
+{
+    switch (eButtons)
+    {
+    case BoxButtons::YesNo:
+        return MB_YESNO;
+    case BoxButtons::YesNoDefaultNo:
+        return MB_YESNO | MB_DEFBUTTON2;
+    case BoxButtons::Ok:
+        break;
+    }
+    return MB_OK;
+}
+
 UINT StyleOf(BoxIcon eIcon)
 {
     switch (eIcon)
@@ -47,11 +61,10 @@ BoxAnswer WindowsMessages::Box(BoxIcon eIcon, BoxButtons eButtons, const std::ws
                                const std::wstring& sText)
 {
     const HWND hOwner = ::GetActiveWindow();
-    const UINT lButtons = eButtons == BoxButtons::YesNo ? MB_YESNO : MB_OK;
     const UINT lModality = hOwner ? MB_APPLMODAL : MB_TASKMODAL;
     const CentredOnOwner cCentred(hOwner);
     const int lResult =
-        ::MessageBoxW(hOwner, sText.c_str(), sTitle.c_str(), StyleOf(eIcon) | lButtons | lModality);
+        ::MessageBoxW(hOwner, sText.c_str(), sTitle.c_str(), StyleOf(eIcon) | StyleOf(eButtons) | lModality);
     return AnswerOf(lResult, eButtons);
 }
 

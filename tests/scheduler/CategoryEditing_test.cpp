@@ -119,7 +119,7 @@ TEST_F(ShuffleTest, OnlyYesToItsQuestionShuffles)
         const Keys colBefore = Order(L"Pop", 1);
         cPorts.cMessages.Answers = {eAnswer};
         Shuffle(colCats, true);
-        EXPECT_EQ(boxes, (Boxes{{BoxIcon::Question, BoxButtons::YesNo, L"Confirm Shuffle.",
+        EXPECT_EQ(boxes, (Boxes{{BoxIcon::Question, BoxButtons::YesNoDefaultNo, L"Confirm Shuffle.",
                                  L"Really shuffle these categories: Rock, Pop 1"}}));
         EXPECT_EQ(Order(L"Pop", 1) != colBefore, eAnswer == BoxAnswer::Yes);
         EXPECT_EQ(Written(), eAnswer == BoxAnswer::Yes ? (Lines{L"Rock", L"Pop"}) : Lines());

@@ -65,7 +65,7 @@ TEST_F(SpreadCategoriesTest, AskedFirstOnlyYesGoesOn)
         Forget();
         cPorts.cMessages.Answers = {eAnswer};
         Spread({MainCat(L"Rock"), Level(L"Pop", 1)}, true);
-        EXPECT_EQ(boxes, (Boxes{{BoxIcon::Question, BoxButtons::YesNo, L"Spread Categories",
+        EXPECT_EQ(boxes, (Boxes{{BoxIcon::Question, BoxButtons::YesNoDefaultNo, L"Spread Categories",
                                  L"Are you sure you want to spread the cuts in: Rock, Pop 1?"}}));
         EXPECT_EQ(Pattern(L"Pop", 1), eAnswer == BoxAnswer::Yes ? L"AoAo" : L"AAoo");
         EXPECT_EQ(Written(), eAnswer == BoxAnswer::Yes ? (Lines{L"Rock", L"Pop"}) : Lines());
