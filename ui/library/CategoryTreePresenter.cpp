@@ -2,6 +2,8 @@
 #include "ui/library/CategoryTreePresenter.h"
 
 #include "base/CaseFolding.h"
+#include "base/Text.h"
+#include "ui/library/NodeKey.h"
 
 #include <algorithm>
 #include <numeric>
@@ -40,6 +42,23 @@ void CategoryTreePresenter::Add(const TreeNode& given)
     m_colNodes.push_back(std::move(entry));
     if (parent)
         m_colNodes[*parent].colChildren.push_back(node);
+}
+
+void CategoryTreePresenter::Rename(const std::wstring& sFrom, const std::wstring& sTo)
+{
+    const std::optional<Node> mainNode = Find(CategoryKey(sFrom, 0));
+    if (!mainNode)
+        return;
+    std::vector<Node> colNodes = m_colNodes[*mainNode].colChildren;
+    colNodes.push_back(*mainNode);
+    for (const Node node : colNodes)
+    {
+        Entry& entry = m_colNodes[node];
+        m_colByKey.Remove(std::wstring_view(entry.sKey));
+        entry.sKey = CategoryKey(sTo, ParseNodeKey(entry.sKey).lLevel.value_or(0));
+        m_colByKey.Add(TextKey(entry.sKey), node);
+    }
+    m_colNodes[*mainNode].sText = sTo;
 }
 
 void CategoryTreePresenter::SortChildren(Node parent)
@@ -101,6 +120,11 @@ std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Check(Node node,
     for (const Node checked : colNodes)
         m_colNodes[checked].bChecked = bCheck;
     return colNodes;
+}
+
+bool CategoryTreePresenter::SetCuts(Node node, std::optional<std::size_t> cuts)
+{
+    return std::exchange(m_colNodes[node].cuts, cuts) != cuts;
 }
 
 void CategoryTreePresenter::InvertChecks()
@@ -172,6 +196,26 @@ std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Checked() const
     std::vector<Node> colChecked = InOrder(true);
     std::erase_if(colChecked, [this](Node node) { return IsRoot(node) || !m_colNodes[node].bChecked; });
     return colChecked;
+}
+
+std::vector<std::wstring> CategoryTreePresenter::CheckedKeys() const
+{
+    std::vector<std::wstring> colKeys;
+    for (const Entry& entry : m_colNodes)
+        if (entry.bChecked)
+            colKeys.push_back(entry.sKey);
+    return colKeys;
+}
+
+CategoryTreePresenter::Ticks CategoryTreePresenter::TicksOf(Node node) const
+{
+    const Entry& entry = m_colNodes[node];
+    const auto levels = IsRoot(node)
+                            ? 0
+                            : std::count_if(entry.colChildren.begin(), entry.colChildren.end(),
+                                            [this](Node level) { return m_colNodes[level].bChecked; });
+    const bool bAll = entry.bChecked && (levels == 0 || levels == std::ssize(entry.colChildren));
+    return bAll ? Ticks::All : levels == 0 ? Ticks::None : Ticks::Some;
 }
 
 std::vector<CategoryTreePresenter::Node> CategoryTreePresenter::Visible() const { return InOrder(false); }

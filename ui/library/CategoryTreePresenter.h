@@ -28,8 +28,9 @@ public:
         std::vector<Node> colChildren; // as shown: sorted by text, without regard to case, if requested
         bool bExpanded = false;
         bool bChecked = false;
-        bool bOpen = false;   // the image
-        bool bHidden = false; // the tree is narrowed to other categories
+        bool bOpen = false;              // the image
+        std::optional<std::size_t> cuts; // nothing: not known
+        bool bHidden = false;            // the tree is narrowed to other categories
     };
 
     // Replaces the nodes: none ticked, the root expanded, narrowed as before. Leaves out a node whose key
@@ -38,6 +39,9 @@ public:
     // Marks the node of that key (compared without regard to case) and its parent as open, and all others as
     // closed.
     void ShowAsOpen(const std::wstring& sKey);
+
+    // Gives a main category's node and those of its levels the keys of another name. Does not sort.
+    void Rename(const std::wstring& sFrom, const std::wstring& sTo);
 
     std::size_t Count() const noexcept { return m_colNodes.size(); }
     const Entry& At(Node node) const { return m_colNodes[node]; }
@@ -61,12 +65,26 @@ public:
     // Ticks or unticks a node and its dependents that are not hidden: all nodes for the root, its levels for
     // a main category. Returns these nodes.
     std::vector<Node> Check(Node node, bool bCheck);
+    // Returns whether that is another number.
+    bool SetCuts(Node node, std::optional<std::size_t> cuts);
     // One node's tick alone.
     void SetChecked(Node node, bool bCheck) { m_colNodes[node].bChecked = bCheck; }
     // Flips every tick, the root's included, but for hidden nodes.
     void InvertChecks();
     // The ticked nodes but the root, hidden ones too, in the order in which they are shown.
     std::vector<Node> Checked() const;
+
+    // The keys of the ticked nodes, the root's included.
+    std::vector<std::wstring> CheckedKeys() const;
+    // What a node's box shows. A main category that counts as unticked, or lacks some of its levels, shows
+    // Some while any level is ticked: a command works on just those.
+    enum class Ticks
+    {
+        None,
+        All,
+        Some,
+    };
+    Ticks TicksOf(Node node) const;
 
     // The visible nodes, those that are not hidden and whose parents are expanded, in the order in which they
     // are shown.
@@ -99,12 +117,17 @@ public:
     // Shows the whole tree but hidden nodes, ticks and expansion included; no node is selected afterwards.
     // Other members ignore hidden nodes.
     virtual void ShowTree(const CategoryTreePresenter& cTree) = 0;
+    // The boxes of these nodes and of their parents.
     virtual void ShowChecks(const CategoryTreePresenter& cTree,
                             const std::vector<CategoryTreePresenter::Node>& colNodes) = 0;
+    virtual void ShowCounts() = 0; // the numbers of cuts have changed
     virtual void ShowImages() = 0; // the open and closed ones have changed
     virtual void Expand(CategoryTreePresenter::Node node) = 0;
     virtual void Select(CategoryTreePresenter::Node node) = 0; // and brings it into view
     virtual void BringIntoView(CategoryTreePresenter::Node node) = 0;
+    // Lets the user edit the node's text in place; false when that is not possible. What the user types is
+    // reported, not shown.
+    virtual bool EditText(CategoryTreePresenter::Node node) = 0;
     virtual std::optional<CategoryTreePresenter::Node> Selected() const = 0;
 };
 

@@ -39,11 +39,14 @@ void LibraryCuts::MoveTogether(clsSchedMan& cSchedMan, std::size_t position)
         Grid().MoveTogether([&] {
             const LibraryWork::Busy cBusy(m_cWork);
             KeySet colMoved;
-            for (const std::size_t row : Grid().SelectedRows())
+            const std::vector<std::size_t> colRows = Grid().SelectedRows();
+            for (const std::size_t row : colRows)
                 colMoved.insert(Grid().KeyAt(row));
+            const TextKey cFirst = Grid().KeyAt(colRows.front());
             const std::shared_ptr<clsCat> cLevel = Grid().CurrentCatViewing();
             cSchedMan.MoveCutsInCategory(cLevel, Grid().colSelCuts(),
                                          InFrontOf(*cLevel->SchedCuts(), colMoved, position));
+            SayMoved(*cLevel, cFirst, colMoved.size());
             m_cPanes.ShowAgain(cSchedMan);
         });
 }

@@ -30,6 +30,7 @@ enum class LibraryCommand
     mnuExplainNext,
     mnuNextCuts,
     mnuHealth,
+    mnuRename,
     mnuHelp,
 };
 

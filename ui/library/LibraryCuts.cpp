@@ -7,6 +7,7 @@
 #include "ui/library/CutPlaces.h"
 #include "ui/library/NodeKey.h"
 
+#include <algorithm>
 #include <unordered_map>
 #include <utility>
 
@@ -25,10 +26,38 @@ void Add(std::vector<CutRemoval>& colRemovals, const std::shared_ptr<clsCat>& cL
         colRemovals.push_back({*cCut, cLevel->MainCat(), cLevel->CatLevel()});
 }
 
+// The number of cuts that are in none of the levels any more that they were to be removed from.
+std::size_t Removed(const clsSchedMan& cSchedMan, const std::vector<CutRemoval>& colRemovals)
+{
+    KeySet colKeys;
+    KeySet colLeft;
+    for (const CutRemoval& removal : colRemovals)
+    {
+        const TextKey cKey = removal.cCut->Key();
+        const std::shared_ptr<clsCat> cLevel =
+            CatOf(cSchedMan, CategoryKey(removal.cMainCat->CatName(), removal.lLevel));
+        colKeys.insert(cKey);
+        if (cLevel && cLevel->SchedCuts()->Exists(cKey))
+            colLeft.insert(cKey);
+    }
+    return colKeys.size() - colLeft.size();
+}
+
+// Whether a level, or any level of a main category, contains the cut.
+bool Contains(const clsCat& cCat, const TextKey& cKey)
+{
+    return cCat.CatLevel() != 0
+               ? cCat.SchedCuts()->Exists(cKey)
+               : std::any_of(cCat.SubCats()->begin(), cCat.SubCats()->end(),
+                             [&](const std::shared_ptr<clsCat>& cLevel) { return Contains(*cLevel, cKey); });
+}
+
 } // namespace
 
-LibraryCuts::LibraryCuts(frmUILibView& cView, LibraryPanes& cPanes, LibraryWork& cWork, ModScheduler& cMod)
-    : m_cView(cView), m_cPanes(cPanes), m_cWork(cWork), m_cMod(cMod), m_cRecent(cMod.Ports().cUserSettings)
+LibraryCuts::LibraryCuts(frmUILibView& cView, LibraryPanes& cPanes, LibraryWork& cWork,
+                         LibraryResults& cResults, ModScheduler& cMod)
+    : m_cView(cView), m_cPanes(cPanes), m_cWork(cWork), m_cResults(cResults), m_cMod(cMod),
+      m_cRecent(cMod.Ports().cUserSettings)
 {
     Grid().MoveRequested = [this](std::optional<std::size_t> row) {
         if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cWork.SchedMan())
@@ -66,7 +95,9 @@ void LibraryCuts::GridDelete()
 void LibraryCuts::Remove(clsSchedMan& cSchedMan, const std::vector<std::size_t>& colRows)
 {
     const bool bFromAll = !Grid().CurrentCatViewing();
-    if (bFromAll && m_cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"Are You Sure?",
+    if (bFromAll)
+        m_cResults.Concern(colRows.size());
+    if (bFromAll && m_cMod.Box(BoxIcon::Question, BoxButtons::YesNoDefaultNo, L"Are You Sure?",
                                L"The view is 'ALL AUDIO'.\r\n\r\n"
                                L"Continuing will remove ALL the categories from the selected items\r\n"
                                L"Really continue?") != BoxAnswer::Yes)
@@ -82,6 +113,8 @@ void LibraryCuts::Remove(clsSchedMan& cSchedMan, const std::vector<std::size_t>&
         m_cView.SetStatus(L"Removed " + DecimalText(lDone) + L" of " + DecimalText(count), L"");
         m_cView.MoveProgress(lDone);
     });
+    m_cResults.Say(CountedCuts(Removed(cSchedMan, colRemovals)) + L" taken out of " +
+                   (bFromAll ? L"all categories" : NodeText(m_cPanes.ShownKey())));
     m_cPanes.ShowAgain(cSchedMan);
 }
 
@@ -141,6 +174,7 @@ void LibraryCuts::TakeSelection(bool bCut)
             return;
         m_copied = std::move(*dragged);
         Grid().ShowPale(bCut ? KeySet(m_copied.colKeys.begin(), m_copied.colKeys.end()) : KeySet());
+        m_cResults.Say(CountedCuts(m_copied.colKeys.size()) + L" to paste into a category of the tree");
     });
 }
 
@@ -166,8 +200,18 @@ bool LibraryCuts::CancelCut()
 void LibraryCuts::Move(clsSchedMan& cSchedMan, std::optional<std::size_t> row)
 {
     const LibraryWork::Busy cBusy(m_cWork);
-    cSchedMan.MoveCutsInCategory(Grid().CurrentCatViewing(), Grid().colSelCuts(), Grid().PositionInto(row));
+    const std::shared_ptr<clsCat> cLevel = Grid().CurrentCatViewing();
+    const std::vector<std::size_t> colRows = Grid().SelectedRows();
+    const TextKey cFirst = Grid().KeyAt(colRows.front());
+    cSchedMan.MoveCutsInCategory(cLevel, Grid().colSelCuts(), Grid().PositionInto(row));
+    SayMoved(*cLevel, cFirst, colRows.size());
     m_cPanes.ShowAgain(cSchedMan);
+}
+
+void LibraryCuts::SayMoved(const clsCat& cLevel, const TextKey& cFirst, std::size_t cuts)
+{
+    if (const std::optional<std::size_t> position = cLevel.SchedCuts()->PositionOf(cFirst))
+        m_cResults.Say(L"Moved " + CountedCuts(cuts) + L" to position " + CountText(*position + 1));
 }
 
 // ---- drag and drop ----
@@ -273,10 +317,25 @@ void LibraryCuts::Change(clsSchedMan& cSchedMan, eCatDragOptions eOption, Target
     bool bCreatedNewSubCats = false;
     cSchedMan.DoMassCatChange(eOption, present.colFrom, target.cCat, present.colCuts, bCreatedNewSubCats);
     m_cRecent.Add(CategoryKey(sName, target.lLevel));
+    SayChanged(cSchedMan, eOption, target, dragged);
     if (!bCreatedNewSubCats)
         return m_cPanes.ShowAgain(cSchedMan);
     m_cPanes.RefreshAll(cSchedMan);
-    m_cPanes.ShowNewLevel(sMainKey, colBefore);
+    m_cPanes.BringIntoView(m_cPanes.NewLevelKey(sMainKey, colBefore));
+}
+
+// Says how many of the cuts the target contains now.
+void LibraryCuts::SayChanged(const clsSchedMan& cSchedMan, eCatDragOptions eOption, const Target& target,
+                             const DraggedCuts& dragged)
+{
+    const std::shared_ptr<clsCat> cTo = CatOf(cSchedMan, CategoryKey(target.cCat->CatName(), target.lLevel));
+    const auto count = static_cast<std::size_t>(
+        std::count_if(dragged.colKeys.begin(), dragged.colKeys.end(),
+                      [&](const TextKey& cKey) { return cTo && Contains(*cTo, cKey); }));
+    const std::wstring sOf = count == dragged.colKeys.size() ? L"" : CountText(count) + L" of ";
+    m_cResults.Say((eOption == eCopyHere ? L"Copied " : L"Moved ") + sOf +
+                   CountedCuts(dragged.colKeys.size()) + L" into " + target.sText +
+                   (eOption == eMoveExclusiveHere ? L" only" : L""));
 }
 
 std::optional<LibraryCuts::Target> LibraryCuts::ChooseTarget(const clsSchedMan& cSchedMan,

@@ -4,6 +4,7 @@
 #include "scheduler/clsSchedMan.h"
 #include "ui/library/DraggedCuts.h"
 #include "ui/library/LibraryPanes.h"
+#include "ui/library/LibraryResults.h"
 #include "ui/library/LibraryWork.h"
 #include "ui/library/RecentTargets.h"
 #include "ui/library/frmUILibView.h"
@@ -25,7 +26,8 @@ class LibraryCuts
 {
 public:
     // Owns none of them.
-    LibraryCuts(frmUILibView& cView, LibraryPanes& cPanes, LibraryWork& cWork, ModScheduler& cMod);
+    LibraryCuts(frmUILibView& cView, LibraryPanes& cPanes, LibraryWork& cWork, LibraryResults& cResults,
+                ModScheduler& cMod);
 
     // Row and column from 1, 0 for none. Asks the host to edit the cut.
     void CellDblClick(std::size_t row, std::size_t col);
@@ -94,12 +96,16 @@ private:
     void MoveTogether(clsSchedMan& cSchedMan, std::size_t position);
     void Send(clsSchedMan& cSchedMan, eCatDragOptions eOption, const std::wstring& sNodeKey,
               const DraggedCuts& dragged);
+    void SayMoved(const clsCat& cLevel, const TextKey& cFirst, std::size_t cuts);
+    void SayChanged(const clsSchedMan& cSchedMan, eCatDragOptions eOption, const Target& target,
+                    const DraggedCuts& dragged);
     std::optional<Target> ChooseTarget(const clsSchedMan& cSchedMan, const std::wstring& sKey);
     eCatDragOptions ChooseOption(const std::wstring& sTarget);
 
     frmUILibView& m_cView;
     LibraryPanes& m_cPanes;
     LibraryWork& m_cWork;
+    LibraryResults& m_cResults;
     ModScheduler& m_cMod;
     RecentTargets m_cRecent;
     DraggedCuts m_copied; // or cut, which the grid shows

@@ -99,12 +99,41 @@ void LibraryPanes::ShowNode(clsSchedMan& cSchedMan, const std::wstring& sKey)
     m_sShownKey = listed->strCatKey;
     m_cGrid.SetCurrentCatViewing(listed->cCatShown);
     m_cGrid.SetBanOLEDrop(listed->bShowingAllAudio || listed->bShowingMoreThanOneLevel);
+    if (listed->bShowingAllAudio)
+        m_audioCuts = listed->colCuts.size();
     FillingReport report(cSchedMan, *listed);
     m_cGrid.Show(std::move(*listed));
     report.Done();
     m_cTree.ShowAsOpen(m_sShownKey);
     m_cTreeView.ShowImages();
+    ShowCounts(cSchedMan);
     m_cGrid.ReturnTo(place);
+}
+
+// The number of all cuts is known from the last listing of them; counting them again would read a host's
+// whole database.
+void LibraryPanes::ShowCounts(const clsSchedMan& cSchedMan)
+{
+    if (m_cTree.Count() == 0)
+        return;
+    bool bChanged = m_cTree.SetCuts(0, m_audioCuts);
+    const auto Set = [&](const std::wstring& sKey, std::size_t cuts) {
+        if (const std::optional<CategoryTreePresenter::Node> node = m_cTree.Find(sKey))
+            bChanged = m_cTree.SetCuts(*node, cuts) || bChanged;
+    };
+    const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats();
+    for (const std::shared_ptr<clsCat>& cMainCat : *colMainCats)
+    {
+        std::size_t cuts = 0;
+        for (const std::shared_ptr<clsCat>& cLevel : *cMainCat->SubCats())
+        {
+            cuts += cLevel->SchedCuts()->Count();
+            Set(CategoryKey(cMainCat->CatName(), cLevel->CatLevel()), cLevel->SchedCuts()->Count());
+        }
+        Set(CategoryKey(cMainCat->CatName(), 0), cuts);
+    }
+    if (bChanged)
+        m_cTreeView.ShowCounts();
 }
 
 void LibraryPanes::ClearGrid()
@@ -138,14 +167,16 @@ void LibraryPanes::ShowAgain(clsSchedMan& cSchedMan)
     ShowNode(cSchedMan, sKey);
 }
 
-// Fills the tree without its ticks, expands its expanded nodes, and selects the selected node or what
-// replaces it. Returns the selected node's key.
+// Fills the tree, with the ticks and the expansion of the nodes that still exist, and selects the selected
+// node or what replaces it. Returns the selected node's key.
 std::wstring LibraryPanes::RebuildTree(clsSchedMan& cSchedMan)
 {
     const std::wstring sBefore = SelectedKey();
     const std::wstring sSelected = sBefore.empty() ? m_sShownKey : sBefore; // none while it is hidden
+    const std::vector<std::wstring> colChecked = m_cTree.CheckedKeys();
     const std::vector<std::wstring> colExpanded = m_cTree.ExpandedKeys();
     Populate(cSchedMan);
+    RestoreChecks(colChecked);
     for (const std::wstring& sKey : colExpanded)
         if (const std::optional<CategoryTreePresenter::Node> node = m_cTree.Find(sKey))
         {
@@ -158,9 +189,21 @@ std::wstring LibraryPanes::RebuildTree(clsSchedMan& cSchedMan)
     return sKey;
 }
 
+void LibraryPanes::ShowRenamed(clsSchedMan& cSchedMan, const std::wstring& sFrom, const std::wstring& sTo)
+{
+    const LibraryWork::Busy cBusy(m_cWork);
+    m_cTree.Rename(sFrom, sTo); // so that what is kept by key stays
+    if (const NodeKey shown = ParseNodeKey(m_sShownKey); EqualIgnoringCase(shown.sName, sFrom))
+        m_sShownKey = CategoryKey(sTo, shown.lLevel.value_or(0));
+    RebuildTree(cSchedMan);
+    SelectNode(CategoryKey(sTo, 0));
+    ShowNode(cSchedMan, PresentKey(m_sShownKey));
+}
+
 void LibraryPanes::RefreshAll(clsSchedMan& cSchedMan)
 {
     const LibraryWork::Busy cBusy(m_cWork);
+    m_audioCuts.reset();
     const std::wstring sSelected = RebuildTree(cSchedMan);
     ShowNode(cSchedMan, sSelected);
 }
@@ -174,14 +217,9 @@ bool LibraryPanes::TreeIsUpToDate(const clsSchedMan& cSchedMan) const
 void LibraryPanes::ShowChanges(clsSchedMan& cSchedMan)
 {
     const LibraryWork::Busy cBusy(m_cWork);
+    m_audioCuts.reset(); // cuts may have come or gone
     if (!TreeIsUpToDate(cSchedMan))
-    {
-        std::vector<std::wstring> colChecked;
-        for (const CategoryTreePresenter::Node node : m_cTree.Checked())
-            colChecked.push_back(m_cTree.At(node).sKey);
         RebuildTree(cSchedMan);
-        RestoreChecks(colChecked);
-    }
     ShowNode(cSchedMan, PresentKey(m_sShownKey));
 }
 
@@ -205,11 +243,23 @@ void LibraryPanes::ShowChangedTree(clsSchedMan& cSchedMan)
 
 void LibraryPanes::BringIntoView(const std::wstring& sKey)
 {
-    if (const std::optional<CategoryTreePresenter::Node> node = m_cTree.Find(sKey))
+    const std::optional<CategoryTreePresenter::Node> node = m_cTree.Find(sKey);
+    if (!node)
+        return;
+    m_cFindCategories.Reveal(*node);
+    if (const std::optional<CategoryTreePresenter::Node> parent = m_cTree.At(*node).parent)
     {
-        m_cFindCategories.Reveal(*node);
-        m_cTreeView.BringIntoView(*node);
+        m_cTree.SetExpanded(*parent, true);
+        m_cTreeView.Expand(*parent);
     }
+    m_cTreeView.BringIntoView(*node);
+}
+
+void LibraryPanes::SelectNode(const std::wstring& sKey)
+{
+    BringIntoView(sKey);
+    if (const std::optional<CategoryTreePresenter::Node> node = m_cTree.Find(sKey))
+        m_cTreeView.Select(*node);
 }
 
 void LibraryPanes::GoToCut(clsSchedMan& cSchedMan, const std::wstring& sLevelKey, const TextKey& cCutKey)
@@ -236,22 +286,22 @@ std::vector<std::wstring> LibraryPanes::LevelKeys(const std::wstring& sMainKey) 
     return colKeys;
 }
 
-void LibraryPanes::ShowNewLevel(const std::wstring& sMainKey, const std::vector<std::wstring>& colBefore)
+std::wstring LibraryPanes::NewLevelKey(const std::wstring& sMainKey,
+                                       const std::vector<std::wstring>& colBefore) const
 {
     for (const std::wstring& sKey : LevelKeys(sMainKey))
-    {
-        if (std::find(colBefore.begin(), colBefore.end(), sKey) != colBefore.end())
-            continue;
-        const CategoryTreePresenter::Node mainNode = *m_cTree.Find(sMainKey);
-        m_cFindCategories.Reveal(mainNode);
-        m_cTree.SetExpanded(mainNode, true);
-        m_cTreeView.Expand(mainNode);
-        m_cTreeView.BringIntoView(*m_cTree.Find(sKey));
-        return;
-    }
+        if (std::find(colBefore.begin(), colBefore.end(), sKey) == colBefore.end())
+            return sKey;
+    return {};
 }
 
 // ---- ticks, expansion, search ----
+
+bool LibraryPanes::EditSelectedName()
+{
+    const std::optional<CategoryTreePresenter::Node> node = m_cTreeView.Selected();
+    return node && m_cTreeView.EditText(*node);
+}
 
 void LibraryPanes::NodeCheck(CategoryTreePresenter::Node node, bool bCheck)
 {

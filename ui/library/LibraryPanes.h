@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,8 @@ public:
     TreeFind& FindCategories() noexcept { return m_cFindCategories; }
     // The selected node's key; empty for none.
     std::wstring SelectedKey() const;
+    // The key of the node whose cuts the grid shows; empty for none.
+    const std::wstring& ShownKey() const noexcept { return m_sShownKey; }
     // The present category of the cuts in the grid; null for the root, for none, and when it no longer
     // exists.
     std::shared_ptr<clsCat> ShownCat(const clsSchedMan& cSchedMan) const;
@@ -50,25 +53,31 @@ public:
 
     // Fills the tree and shows the root's cuts.
     void Load(clsSchedMan& cSchedMan);
-    // Fills the tree without its ticks, and shows the selected node's cuts.
+    // Fills the tree, and shows the selected node's cuts.
     void RefreshAll(clsSchedMan& cSchedMan);
     // Shows the shown node's cuts again. Use it after commands that do not change categories.
     void ShowAgain(clsSchedMan& cSchedMan);
-    // Shows changes, also of categories. Does not touch the tree when its nodes are the same; otherwise keeps
-    // its ticks.
+    // Shows changes, also of categories. Does not touch the tree when its nodes are the same.
     void ShowChanges(clsSchedMan& cSchedMan);
     // ShowChanges, unless the tree is up to date.
     void ShowChangedTree(clsSchedMan& cSchedMan);
-    void BringIntoView(const std::wstring& sKey);
     // Shows a level with one of its cuts in sight; nothing happens when the level is gone.
     void GoToCut(clsSchedMan& cSchedMan, const std::wstring& sLevelKey, const TextKey& cCutKey);
+    // Shows a category under its new name, and selects it.
+    void ShowRenamed(clsSchedMan& cSchedMan, const std::wstring& sFrom, const std::wstring& sTo);
     // The keys of a main category's levels in the tree.
     std::vector<std::wstring> LevelKeys(const std::wstring& sMainKey) const;
-    // Expands the main category when it has a level it did not have before, and brings that into view.
-    void ShowNewLevel(const std::wstring& sMainKey, const std::vector<std::wstring>& colBefore);
+    // The key of the first level that the main category did not have before; empty when there is none.
+    std::wstring NewLevelKey(const std::wstring& sMainKey, const std::vector<std::wstring>& colBefore) const;
+    // Expands the node's parent and brings the node into view.
+    void BringIntoView(const std::wstring& sKey);
+    // As BringIntoView, and selects it. For an empty key does nothing.
+    void SelectNode(const std::wstring& sKey);
 
     // ---- what the user does
 
+    // Lets the user edit the selected node's text; see CategoryTreeView.
+    bool EditSelectedName();
     void ShowSelectedNode(); // double-click and Enter in the tree
     // Accepts the user's tick of a box, or undoes it while something runs.
     void NodeCheck(CategoryTreePresenter::Node node, bool bCheck);
@@ -88,6 +97,7 @@ private:
     void RestoreChecks(const std::vector<std::wstring>& colKeys);
     bool TreeIsUpToDate(const clsSchedMan& cSchedMan) const;
     void ClearGrid();
+    void ShowCounts(const clsSchedMan& cSchedMan);
     std::wstring PresentKey(const std::wstring& sKey) const;
 
     frmUILibView& m_cView;
@@ -98,8 +108,9 @@ private:
     clsSchedLibGridPresenter m_cGrid;
     GridFind m_cFindCuts;
     TreeFind m_cFindCategories;
-    std::wstring m_sShownKey; // of the node whose cuts the grid shows; empty for none
-    TypeAhead m_typed;        // in the tree
+    std::wstring m_sShownKey;               // of the node whose cuts the grid shows; empty for none
+    std::optional<std::size_t> m_audioCuts; // as last listed
+    TypeAhead m_typed;                      // in the tree
 };
 
 } // namespace ravlo

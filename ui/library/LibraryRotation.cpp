@@ -6,6 +6,39 @@
 namespace ravlo
 {
 
+namespace
+{
+
+MenuItem StepItem(const wchar_t* sWithoutStep, const std::wstring& sStep)
+{
+    return {.bEnabled = !sStep.empty(), .sText = sStep.empty() ? sWithoutStep : sStep};
+}
+
+} // namespace
+
+void LibraryRotation::Undo(clsSchedMan& cSchedMan)
+{
+    if (cSchedMan.CanUndo())
+        Reverse(cSchedMan, &clsSchedMan::Undo);
+    else
+        m_cResults.Say(L"There is nothing to undo");
+}
+
+void LibraryRotation::Redo(clsSchedMan& cSchedMan)
+{
+    if (cSchedMan.CanRedo())
+        Reverse(cSchedMan, &clsSchedMan::Redo);
+    else
+        m_cResults.Say(L"There is nothing to redo");
+}
+
+void LibraryRotation::Reverse(clsSchedMan& cSchedMan, std::wstring (clsSchedMan::*reverse)())
+{
+    const LibraryWork::Busy cBusy(m_cWork);
+    m_cResults.Say((cSchedMan.*reverse)());
+    m_cPanes.ShowChanges(cSchedMan);
+}
+
 void LibraryRotation::Spread(clsSchedMan& cSchedMan)
 {
     const Cats colCats = m_cPanes.CheckedCats(cSchedMan);
@@ -15,16 +48,25 @@ void LibraryRotation::Spread(clsSchedMan& cSchedMan)
                    L"First, select some categories to spread");
         return;
     }
+    const Cats colGrouped = Grouped(colCats, true);
+    const std::wstring sWhat = CatsText(colGrouped);
+    m_cResults.Concern(CutsIn(colGrouped));
+    bool bDone = false;
     {
         const LibraryWork::BusyFromProgress cBusy(m_cWork);
         cSchedMan.SpreadCategories(colCats, true);
+        bDone = cBusy.Began();
     }
+    if (bDone)
+        m_cResults.Say(L"Spread " + sWhat);
     m_cPanes.ShowAgain(cSchedMan);
 }
 
 void LibraryRotation::SwitchFairRotation(clsSchedMan& cSchedMan)
 {
-    cSchedMan.SetFairRotation(!cSchedMan.Options().bFairRotation);
+    const bool bOn = !cSchedMan.Options().bFairRotation;
+    cSchedMan.SetFairRotation(bOn);
+    m_cResults.Say(bOn ? L"Fair rotation is on" : L"Fair rotation is off");
 }
 
 void LibraryRotation::ExplainNext(clsSchedMan& cSchedMan)
@@ -67,9 +109,9 @@ MenuItem LibraryRotation::ItemOf(LibraryCommand eCommand) const noexcept
         switch (eCommand)
         {
         case LibraryCommand::mnuUndo:
-            return {.bEnabled = false, .sText = L"Undo"};
+            return StepItem(L"Undo", cSchedMan->UndoText());
         case LibraryCommand::mnuRedo:
-            return {.bEnabled = false, .sText = L"Redo"};
+            return StepItem(L"Redo", cSchedMan->RedoText());
         case LibraryCommand::mnuFairRotation:
             return {.bTicked = cSchedMan->Options().bFairRotation};
         case LibraryCommand::mnuExplainNext:

@@ -4,6 +4,7 @@
 #include "ui/library/LibraryCommand.h"
 #include "ui/library/LibraryDialogs.h"
 #include "ui/library/LibraryPanes.h"
+#include "ui/library/LibraryResults.h"
 #include "ui/library/LibraryWork.h"
 
 #include <string>
@@ -17,14 +18,16 @@ class LibraryRotation
 {
 public:
     // Owns none of them.
-    LibraryRotation(LibraryPanes& cPanes, LibraryWork& cWork, ModScheduler& cMod)
-        : m_cPanes(cPanes), m_cWork(cWork), m_cMod(cMod)
+    LibraryRotation(LibraryPanes& cPanes, LibraryWork& cWork, LibraryResults& cResults, ModScheduler& cMod)
+        : m_cPanes(cPanes), m_cWork(cWork), m_cResults(cResults), m_cMod(cMod)
     {
     }
 
     const LibraryDialogs& Dialogs() const noexcept { return m_dialogs; }
     void SetDialogs(LibraryDialogs dialogs) { m_dialogs = std::move(dialogs); }
 
+    void Undo(clsSchedMan& cSchedMan);
+    void Redo(clsSchedMan& cSchedMan);
     void Spread(clsSchedMan& cSchedMan);
     void SwitchFairRotation(clsSchedMan& cSchedMan);
     void ExplainNext(clsSchedMan& cSchedMan);
@@ -35,10 +38,12 @@ public:
     MenuItem ItemOf(LibraryCommand eCommand) const noexcept;
 
 private:
+    void Reverse(clsSchedMan& cSchedMan, std::wstring (clsSchedMan::*reverse)());
     std::wstring ShownLevelKey(const clsSchedMan& cSchedMan) const;
 
     LibraryPanes& m_cPanes;
     LibraryWork& m_cWork;
+    LibraryResults& m_cResults;
     ModScheduler& m_cMod;
     LibraryDialogs m_dialogs;
 };

@@ -12,7 +12,8 @@ LibraryWork::Working::~Working()
 {
     if (m_cWork.m_lWorking == 1)
         m_cWork.Settle();
-    --m_cWork.m_lWorking;
+    if (--m_cWork.m_lWorking == 0)
+        m_cWork.Ended();
 }
 
 LibraryWork::Busy::Busy(LibraryWork& cWork) : m_cWorking(cWork), m_cWork(cWork)
@@ -74,10 +75,14 @@ void LibraryWork::Settle() noexcept
 
 void LibraryWork::RequestRefresh()
 {
+    const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
     if (Running())
         m_bRefreshPending = true;
-    else
-        Handle(L"frmUILib.RefreshAll", m_Refresh);
+    else if (cSchedMan)
+    {
+        const Working cWorking(*this);
+        Try(L"frmUILib.RefreshAll", [&] { m_Refresh(*cSchedMan); });
+    }
 }
 
 void LibraryWork::RequestClose()
@@ -109,6 +114,7 @@ void LibraryWork::Handle(const wchar_t* sWhere, const Body& body)
     const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
     if (Running() || !cSchedMan)
         return;
+    UserActs();
     const Working cWorking(*this);
     Try(sWhere, [&] { body(*cSchedMan); });
 }
@@ -124,6 +130,7 @@ void LibraryWork::RunDrop(const Body& body)
     const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
     if (!cSchedMan)
         return;
+    UserActs();
     const Working cWorking(*this);
     try
     {

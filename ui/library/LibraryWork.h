@@ -58,6 +58,9 @@ public:
         BusyFromProgress(const BusyFromProgress&) = delete;
         BusyFromProgress& operator=(const BusyFromProgress&) = delete;
 
+        // Whether anything was reported.
+        bool Began() const noexcept { return m_cBusy.has_value(); }
+
     private:
         friend class LibraryWork;
         LibraryWork& m_cWork;
@@ -67,6 +70,10 @@ public:
 
     // Owns neither view nor module. Refresh shows the database's changes.
     LibraryWork(frmUILibView& cView, ModScheduler& cMod, Body Refresh);
+
+    // Called when a user's action begins, and when nothing runs any more. Throw nothing.
+    std::function<void()> UserActs = [] {};
+    std::function<void()> Ended = [] {};
 
     void SetSchedMan(const std::shared_ptr<clsSchedMan>& cSchedMan) { m_cSchedMan = cSchedMan; }
     std::shared_ptr<clsSchedMan> SchedMan() const { return m_cSchedMan.lock(); }

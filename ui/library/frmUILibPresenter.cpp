@@ -2,6 +2,7 @@
 #include "ui/library/frmUILibPresenter.h"
 
 #include "base/ScopedFlag.h"
+#include "base/Text.h"
 #include "scheduler/CategoryEditing.h"
 #include "ui/library/NodeKey.h"
 
@@ -17,10 +18,14 @@ frmUILibPresenter::frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTre
                                      ModScheduler& cMod)
     : m_cView(cView), m_cMod(cMod),
       m_cWork(cView, cMod, [this](clsSchedMan& cSchedMan) { Refresh(cSchedMan); }),
-      m_cPanes(cView, cTreeView, cGridView, bars, m_cWork, cMod), m_cCuts(cView, m_cPanes, m_cWork, cMod),
-      m_cRotation(m_cPanes, m_cWork, cMod), m_cHeadings(m_cPanes.Grid(), cGridView, cView, m_cWork),
+      m_cPanes(cView, cTreeView, cGridView, bars, m_cWork, cMod),
+      m_cResults(cView, m_cPanes.Grid(), m_cWork, cMod), m_cCuts(cView, m_cPanes, m_cWork, m_cResults, cMod),
+      m_cRotation(m_cPanes, m_cWork, m_cResults, cMod), m_cRename(m_cPanes, m_cWork, m_cResults),
+      m_cHeadings(m_cPanes.Grid(), cGridView, cView, m_cWork),
       m_cCutMenu(m_cPanes, m_cCuts, m_cRotation, m_cHeadings, m_cWork, cGridView)
 {
+    m_cWork.UserActs = [this] { m_cResults.UserActs(); };
+    m_cWork.Ended = [this] { m_cResults.WorkEnded(); };
 }
 
 frmUILibPresenter::~frmUILibPresenter()
@@ -135,6 +140,10 @@ void frmUILibPresenter::Do(LibraryCommand eCommand)
          [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.Shuffle(cSchedMan); }},
         {LibraryCommand::mnuCatDelete, L"mnuCatDelete_Click",
          [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.Delete(cSchedMan); }},
+        {LibraryCommand::mnuUndo, L"mnuUndo_Click",
+         [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.m_cRotation.Undo(cSchedMan); }},
+        {LibraryCommand::mnuRedo, L"mnuRedo_Click",
+         [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.m_cRotation.Redo(cSchedMan); }},
         {LibraryCommand::mnuSpread, L"mnuSpread_Click",
          [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.m_cRotation.Spread(cSchedMan); }},
         {LibraryCommand::mnuFairRotation, L"mnuFairRotation_Click",
@@ -146,17 +155,17 @@ void frmUILibPresenter::Do(LibraryCommand eCommand)
          [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.m_cRotation.ShowNextCuts(cSchedMan); }},
         {LibraryCommand::mnuHealth, L"mnuHealth_Click",
          [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.m_cRotation.ShowHealth(cSchedMan); }},
+        {LibraryCommand::mnuRename, L"mnuRename_Click",
+         [](frmUILibPresenter& self, clsSchedMan&) { self.m_cRename.Begin(); }},
         {LibraryCommand::mnuHelp, L"mnuHelp_Click",
          [](frmUILibPresenter&, clsSchedMan& cSchedMan) { cSchedMan.ShowHelp(); }},
     };
     // Closing is delayed while something runs, not ignored.
     if (eCommand == LibraryCommand::mnuExit)
         return RequestClose();
-    const Command* const pCommand =
-        std::find_if(std::begin(commands), std::end(commands),
-                     [&](const Command& each) { return each.eCommand == eCommand; });
-    if (pCommand != std::end(commands))
-        m_cWork.Handle(pCommand->sHandler, [&](clsSchedMan& cSchedMan) { pCommand->Run(*this, cSchedMan); });
+    const Command& command = *std::find_if(std::begin(commands), std::end(commands),
+                                           [&](const Command& each) { return each.eCommand == eCommand; });
+    m_cWork.Handle(command.sHandler, [&](clsSchedMan& cSchedMan) { command.Run(*this, cSchedMan); });
 }
 
 void frmUILibPresenter::ShowCategoryWindow(clsSchedMan& cSchedMan)
@@ -172,8 +181,9 @@ void frmUILibPresenter::NewCategory(clsSchedMan& cSchedMan)
     std::wstring sName;
     if (!cSchedMan.CreateMainCat(sName))
         return;
+    m_cResults.Say(L"New category: " + sName);
     m_cPanes.ShowChanges(cSchedMan);
-    m_cPanes.BringIntoView(CategoryKey(sName, 0));
+    m_cPanes.SelectNode(CategoryKey(sName, 0));
 }
 
 void frmUILibPresenter::NewLevel(clsSchedMan& cSchedMan)
@@ -196,7 +206,9 @@ void frmUILibPresenter::NewLevel(clsSchedMan& cSchedMan)
     if (!cSchedMan.CreateCatLevel(CatOf(cSchedMan, sMainKey)))
         return;
     m_cPanes.ShowChanges(cSchedMan);
-    m_cPanes.ShowNewLevel(sMainKey, colBefore);
+    const std::wstring sNew = m_cPanes.NewLevelKey(sMainKey, colBefore);
+    m_cPanes.SelectNode(sNew);
+    m_cResults.Say(L"New level: " + NodeText(sNew));
 }
 
 void frmUILibPresenter::Shuffle(clsSchedMan& cSchedMan)
@@ -208,10 +220,17 @@ void frmUILibPresenter::Shuffle(clsSchedMan& cSchedMan)
                    L"First, select some categories to shuffle");
         return;
     }
+    const Cats colGrouped = Grouped(colCats, true);
+    const std::wstring sWhat = CatsText(colGrouped);
+    m_cResults.Concern(CutsIn(colGrouped));
+    bool bDone = false;
     {
         const LibraryWork::BusyFromProgress cBusy(m_cWork);
         cSchedMan.ShuffleCategories(colCats, true);
+        bDone = cBusy.Began();
     }
+    if (bDone)
+        m_cResults.Say(L"Shuffled " + sWhat);
     m_cPanes.ShowAgain(cSchedMan);
 }
 
@@ -227,11 +246,15 @@ void frmUILibPresenter::Delete(clsSchedMan& cSchedMan)
     }
     const std::wstring sText = L"Really delete the checked categories: \r\n" + ListCats(colCats, mostListed) +
                                L"\r\n\r\nAny items in these categories will be removed from the categories.";
-    if (m_cMod.Box(BoxIcon::Question, BoxButtons::YesNo, L"Confirm Category Deletion", sText) !=
+    const Cats colGrouped = Grouped(colCats, false);
+    const std::wstring sWhat = CatsText(colGrouped);
+    m_cResults.Concern(CutsIn(colGrouped));
+    if (m_cMod.Box(BoxIcon::Question, BoxButtons::YesNoDefaultNo, L"Confirm Category Deletion", sText) !=
         BoxAnswer::Yes)
         return;
     const LibraryWork::Busy cBusy(m_cWork);
-    cSchedMan.DeleteCats(colCats);
+    const bool bAll = cSchedMan.DeleteCats(colCats);
+    m_cResults.Say(bAll ? L"Deleted " + sWhat : L"Not everything could be deleted");
     m_cPanes.RefreshAll(cSchedMan);
 }
 
@@ -239,6 +262,7 @@ void frmUILibPresenter::Reload(clsSchedMan& cSchedMan)
 {
     const LibraryWork::Busy cBusy(m_cWork);
     cSchedMan.PopulateFromDataBase(cSchedMan.DataBase(), cSchedMan.AppPath());
+    m_cResults.Say(L"Read everything again");
     m_cPanes.RefreshAll(cSchedMan);
 }
 
@@ -250,9 +274,11 @@ void frmUILibPresenter::SaveAll(clsSchedMan& cSchedMan)
     if (const std::shared_ptr<CatCollection> colMainCats = cSchedMan.colMainCats())
         for (const std::shared_ptr<clsCat>& cMainCat : *colMainCats)
             colKeys.push_back(CategoryKey(cMainCat->CatName(), 0));
+    std::size_t saved = 0;
     for (const std::wstring& sKey : colKeys)
         if (const std::shared_ptr<clsCat> cMainCat = CatByKey(cSchedMan.colMainCats().get(), sKey))
-            cSchedMan.SaveHistoryAndOrdering(cMainCat);
+            saved += cSchedMan.SaveHistoryAndOrdering(cMainCat) ? 1 : 0;
+    m_cResults.Say(L"Saved " + CountText(saved) + L" of " + CountText(colKeys.size()) + L" categories");
     m_cView.HideProgress(); // a failed save leaves it visible
 }
 

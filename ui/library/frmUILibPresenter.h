@@ -7,6 +7,8 @@
 #include "ui/library/LibraryCommand.h"
 #include "ui/library/LibraryCuts.h"
 #include "ui/library/LibraryPanes.h"
+#include "ui/library/LibraryRename.h"
+#include "ui/library/LibraryResults.h"
 #include "ui/library/LibraryRotation.h"
 #include "ui/library/LibraryWork.h"
 #include "ui/library/frmUILibView.h"
@@ -55,12 +57,17 @@ public:
     LibraryRotation& Rotation() noexcept { return m_cRotation; }
     GridHeadings& Headings() noexcept { return m_cHeadings; }
     CutMenu& CutItems() noexcept { return m_cCutMenu; }
+    LibraryRename& Renaming() noexcept { return m_cRename; }
+    LibraryResults& Results() noexcept { return m_cResults; }
     const CategoryTreePresenter& Tree() const noexcept { return m_cPanes.Tree(); }
     clsSchedLibGridPresenter& Grid() noexcept { return m_cPanes.Grid(); }
 
     void Do(LibraryCommand eCommand);
     // Call before a menu is shown.
-    MenuItem ItemOf(LibraryCommand eCommand) const noexcept { return m_cRotation.ItemOf(eCommand); }
+    MenuItem ItemOf(LibraryCommand eCommand) const
+    {
+        return eCommand == LibraryCommand::mnuRename ? m_cRename.Item() : m_cRotation.ItemOf(eCommand);
+    }
 
 private:
     struct Command;
@@ -82,8 +89,10 @@ private:
     ModScheduler& m_cMod;
     LibraryWork m_cWork;
     LibraryPanes m_cPanes;
+    LibraryResults m_cResults;
     LibraryCuts m_cCuts;
     LibraryRotation m_cRotation;
+    LibraryRename m_cRename;
     GridHeadings m_cHeadings;
     CutMenu m_cCutMenu;
     std::function<void(clsSchedMan& cSchedMan)> m_GoTo; // to do with the next refresh; empty for nothing

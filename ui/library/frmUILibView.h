@@ -18,6 +18,8 @@ public:
     // Disables every control and menu, or enables them and gives the focus back.
     virtual void SetBusy(bool bBusy) = 0;
     virtual void SetStatus(const std::wstring& sFirst, const std::wstring& sSecond) = 0;
+    // The text in the place of the progress bar, shown while that is hidden.
+    virtual void SetResult(const std::wstring& sResult) = 0;
     virtual void ShowProgress(std::int32_t lMax) = 0; // the bar, at 0
     virtual void MoveProgress(std::int32_t lValue) = 0;
     virtual void HideProgress() = 0;
@@ -30,6 +32,8 @@ public:
     virtual void Close() = 0;
     // Calls RequestRefresh soon, after user input that is already waiting.
     virtual void AskForRefresh() = 0;
+    // Calls LibraryResults::ShowSelection soon.
+    virtual void AskForSelection() = 0;
 };
 
 } // namespace ravlo

@@ -81,7 +81,7 @@ TEST_P(NewLibraryTest, DeleteGoesByTheLevelThatContainsACutAndNotByItsNumber)
 TEST_P(frmUILibTest, InAllAudioDeleteAsksAndRemovesTheCutsFromEverything)
 {
     Remove({2});
-    EXPECT_EQ(Shown(), (Boxes{{BoxIcon::Question, BoxButtons::YesNo, L"Are You Sure?",
+    EXPECT_EQ(Shown(), (Boxes{{BoxIcon::Question, BoxButtons::YesNoDefaultNo, L"Are You Sure?",
                                L"The view is 'ALL AUDIO'.\r\n\r\n"
                                L"Continuing will remove ALL the categories from the selected items\r\n"
                                L"Really continue?"}}));

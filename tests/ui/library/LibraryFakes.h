@@ -45,6 +45,14 @@ public:
         for (const CategoryTreePresenter::Node lNode : colNodes)
             bChecked[lNode] = cTree.At(lNode).bChecked;
     }
+    std::optional<CategoryTreePresenter::Node> edited;
+    bool EditText(CategoryTreePresenter::Node lNode) override
+    {
+        edited = lNode;
+        return true;
+    }
+    int lCounted = 0;
+    void ShowCounts() override { ++lCounted; }
     void ShowImages() override { ++lImages; }
     void Expand(CategoryTreePresenter::Node lNode) override { colExpanded.push_back(lNode); }
     void Select(CategoryTreePresenter::Node lNode) override { lSelected = lNode; }
@@ -179,6 +187,10 @@ public:
     {
         colStatus.push_back(sFirst + L"|" + sSecond);
     }
+    std::wstring sResult;
+    bool bSelectionAsked = false;
+    void SetResult(const std::wstring& sNow) override { sResult = sNow; }
+    void AskForSelection() override { bSelectionAsked = true; }
     void ShowProgress(std::int32_t lMax) override
     {
         lBarMax = lMax;

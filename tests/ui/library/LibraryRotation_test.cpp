@@ -88,6 +88,33 @@ TEST_P(LibraryRotationTest, NothingIsEnabledWithoutAManager)
         EXPECT_FALSE(cForm.ItemOf(eCommand).bEnabled);
 }
 
+TEST_P(LibraryRotationTest, UndoAndRedoNameTheirStepAndSayWhatTheyDid)
+{
+    ShowNode(L"Rock", 1);
+    Remove({0});
+    EXPECT_EQ(RowKeys(), (Keys{L"b", L"c"}));
+    EXPECT_FALSE(cForm.ItemOf(mnuRedo).bEnabled);
+    EXPECT_EQ(cForm.ItemOf(mnuUndo).sText, Man().UndoText());
+    Do(mnuUndo);
+    EXPECT_EQ(RowKeys(), (Keys{L"a", L"b", L"c"}));
+    EXPECT_TRUE(cView.sResult.starts_with(L"Undone: ")) << cView.sResult.size();
+    EXPECT_FALSE(cForm.ItemOf(mnuUndo).bEnabled);
+    EXPECT_EQ(cForm.ItemOf(mnuUndo).sText, L"Undo");
+    EXPECT_EQ(cForm.ItemOf(mnuRedo).sText, Man().RedoText());
+    Do(mnuRedo);
+    EXPECT_EQ(RowKeys(), (Keys{L"b", L"c"}));
+    EXPECT_FALSE(cForm.ItemOf(mnuRedo).bEnabled);
+}
+
+TEST_P(LibraryRotationTest, WithoutAStepUndoAndRedoSaySo)
+{
+    Do(mnuUndo);
+    EXPECT_EQ(cView.sResult, L"There is nothing to undo");
+    Do(mnuRedo);
+    EXPECT_EQ(cView.sResult, L"There is nothing to redo");
+    EXPECT_TRUE(Shown().empty());
+}
+
 TEST_P(NewLibraryTest, FairRotationIsDisabledBeforeAPopulation)
 {
     EXPECT_FALSE(cForm.ItemOf(mnuFairRotation).bEnabled);

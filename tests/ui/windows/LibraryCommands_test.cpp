@@ -95,7 +95,8 @@ TEST_F(LibraryCommands, EveryItemIsReachedByMouseAndKeyboard)
         {{0, 1, 0}, selects(9)},
         {{0, 1, 1}, selects(0)},
         {{0, 1, 2}, selects(9)},
-        {{1, 0}, ticks(0)}, // everything is read again
+        {{1, 0}, ticks(8)}, // everything is read again, and stays ticked
+        {{0, 0, 1}, ticks(0)},
         {{1, 1}, saves},
         {{2, 0}, showsCategories},
         {{2, 1, 0}, box(L"New Category Creation", L"library-box-new-category")},
@@ -158,8 +159,9 @@ TEST_F(LibraryCommands, ANewCategoryAndANewLevelAppearInTheTree)
         user.AnswerInput(L"3");
         EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1", L"2", L"3"}));
         EXPECT_TRUE(IsExpanded(Item(L"Rock")));
-        EXPECT_EQ(SelectedNode(), L"Rock");
+        EXPECT_EQ(SelectedNode(), L"3");
         EXPECT_EQ(Status(0), L"Showing All Audio") << "what was shown before";
+        EXPECT_EQ(Status(2), L"New level: Rock 3");
         Show(user, Item(L"Rock", L"3"));
         EXPECT_EQ(Rows(), 0);
         EXPECT_EQ(Status(1), L"Showing 0 total.");
@@ -198,6 +200,48 @@ TEST_F(LibraryCommands, ShufflingAndDeletingAskAndTheWindowFollows)
         EXPECT_EQ(SelectedNode(), L"Rock") << "the main category of the deleted level";
         EXPECT_EQ(Status(0), L"Showing Rock");
         EXPECT_TRUE(IsExpanded(Item(L"Rock")));
+    });
+}
+
+TEST_F(LibraryCommands, EnterAnswersNoToQuestionsThatDestroy)
+{
+    OpenOnRock([&](const User& user) {
+        user.Key(VK_SPACE);
+        for (const LibraryCommand eCommand : {mnuShuffle, mnuSpread, mnuCatDelete})
+        {
+            Command(eCommand);
+            user.Box();
+            EXPECT_EQ(Status(2), L"Concerns 6 cuts");
+            user.Key(VK_RETURN);
+            user.Idle();
+            EXPECT_EQ(Order(L"Rock", 1), colRockArtists);
+        }
+    });
+}
+
+TEST_F(LibraryCommands, TheStatusBarShowsSelectionAndResults)
+{
+    OpenOnRock([&](const User& user) {
+        const auto until = [&](const std::wstring& sText) {
+            user.Until([&] { return Status(2) == sText; }, "the status bar's text");
+        };
+        ClickRow(user, 0);
+        until(L"1 cut selected, 2:37");
+        user.Key(VK_DOWN, VK_SHIFT);
+        until(L"2 cuts selected, 5:21");
+        user.Shot(hWindow, L"library-status-selection");
+        user.Key(VK_DELETE);
+        until(L"2 cuts taken out of Rock 1");
+        user.Shot(hWindow, L"library-status-result");
+        user.Key('Z', VK_CONTROL);
+        until(L"Undone: removal of 2 cuts from Rock 1");
+        EXPECT_EQ(Artists(), colRockArtists);
+        user.Key(L'R', VK_MENU);
+        EXPECT_EQ(PopUpItems(user)[1], L"Redo removal of 2 cuts from Rock 1\t  Ctrl+Y");
+        ShotWithBoxes(user, L"library-rotation-menu");
+        user.Keys({VK_ESCAPE, VK_ESCAPE});
+        user.Key('Y', VK_CONTROL);
+        until(L"Redone: removal of 2 cuts from Rock 1");
     });
 }
 

@@ -127,15 +127,16 @@ struct LibraryWindowTest : ::testing::Test
         return static_cast<UINT>(::SendMessageW(hTree, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(hItem),
                                                 static_cast<LPARAM>(~0u)));
     }
-    // The items below one, indented, "*" behind the ticked ones.
+    // The items below one, indented, "*" behind the ticked ones, "~" behind the partly ticked ones.
     Texts Tree(HTREEITEM hItem = nullptr, const std::wstring& sIndent = L"") const
     {
         Texts colTexts;
         for (HTREEITEM h = hItem ? NextItem(hItem, TVGN_CHILD) : NextItem(nullptr, TVGN_ROOT); h;
              h = NextItem(h, TVGN_NEXT))
         {
-            const bool bTicked = (ItemState(h) & TVIS_STATEIMAGEMASK) == INDEXTOSTATEIMAGEMASK(2u);
-            colTexts.push_back(sIndent + ItemText(h) + (bTicked ? L"*" : L""));
+            const wchar_t* const sTicks[] = {L"", L"", L"*", L"~"};
+            const UINT lTicks = (ItemState(h) & TVIS_STATEIMAGEMASK) >> 12;
+            colTexts.push_back(sIndent + ItemText(h) + sTicks[lTicks & 3]);
             const Texts colBelow = Tree(h, sIndent + L" ");
             colTexts.insert(colTexts.end(), colBelow.begin(), colBelow.end());
         }

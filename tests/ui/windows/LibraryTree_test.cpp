@@ -80,7 +80,7 @@ TEST_F(LibraryTree, ATickTicksWhatIsBelow)
         ForgetClicks(user);
         ClickBox(user, Item(L"Rock", L"2"));
         EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1*", L"2"}));
-        EXPECT_EQ(Tree()[5], L" Rock*") << "a level changes nothing else";
+        EXPECT_EQ(Tree()[5], L" Rock~") << "some of its levels";
         ClickNode(user, Item(L"Rock", L"2"));
         user.Key(VK_SPACE);
         EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1*", L"2*"}));
@@ -94,6 +94,89 @@ TEST_F(LibraryTree, ATickTicksWhatIsBelow)
         Do(user, LibraryCommand::mnuSelectAllTree);
         EXPECT_FALSE(Shown(hTree)) << "a tick leaves a hidden tree hidden";
         EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1*", L"2*"}));
+    });
+}
+
+TEST_F(LibraryTree, APartlyTickedCategoryIsTickedByClickAndKey)
+{
+    Open([&](const User& user) {
+        Expand(user, Item(L"Rock"));
+        for (const bool bByKey : {false, true})
+        {
+            ForgetClicks(user);
+            ClickBox(user, Item(L"Rock", L"2"));
+            EXPECT_EQ(Tree()[5], L" Rock~");
+            user.Shot(hWindow, L"library-tree-some-levels");
+            ClickNode(user, Item(L"Rock"));
+            if (bByKey)
+                user.Key(VK_SPACE);
+            else
+                ClickBox(user, Item(L"Rock"));
+            user.Idle();
+            EXPECT_EQ(Tree()[5], L" Rock*");
+            EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1*", L"2*"}));
+            ForgetClicks(user);
+            ClickBox(user, Item(L"Rock"));
+            EXPECT_EQ(Ticked(), 0);
+        }
+    });
+}
+
+// The number is drawn at the right edge, so its pixels tell.
+TEST_F(LibraryTree, NumbersOfCutsAreDrawnWhereThereIsRoom)
+{
+    Add(L"long", L"A category whose name is wider than the tree on the left can be at first", 1, L"A");
+    Open([&](const User& user) {
+        Expand(user, Item(L"Rock"));
+        user.Idle();
+        const auto drawn = [&](HTREEITEM hItem) {
+            const RECT label = LabelOf(hItem);
+            const auto lRight = static_cast<int>(ClientOf(hTree).right);
+            const HDC hDC = ::GetDC(hTree);
+            const COLORREF lBack = ::GetPixel(hDC, lRight - 2, static_cast<int>(label.top) + 2);
+            bool bDrawn = false;
+            for (int x = lRight - 30; x < lRight - 2; ++x)
+                for (int y = static_cast<int>(label.top) + 2; y < label.bottom - 2; ++y)
+                    bDrawn = bDrawn || ::GetPixel(hDC, x, y) != lBack;
+            ::ReleaseDC(hTree, hDC);
+            return bDrawn;
+        };
+        for (const HTREEITEM hItem : {Root(), Item(L"Rock"), Item(L"Rock", L"2"), Item(L"Jazz")})
+            EXPECT_TRUE(drawn(hItem)) << ItemText(hItem).size();
+        EXPECT_EQ(ItemText(Item(L"Rock")), L"Rock") << "not part of the text";
+        user.Shot(hWindow, L"library-tree-counts");
+    });
+}
+
+TEST_F(LibraryTree, F2EditsTheNameOfACategoryInPlace)
+{
+    Open([&](const User& user) {
+        Expand(user, Item(L"Rock"));
+        const auto edit = [&] {
+            user.Key(VK_F2);
+            user.Until([&] { return Send(hTree, TVM_GETEDITCONTROL) != 0; }, "the edit field");
+            return reinterpret_cast<HWND>(Send(hTree, TVM_GETEDITCONTROL));
+        };
+        const HWND hEdit = edit();
+        EXPECT_EQ(User::Text(hEdit), L"Rock");
+        user.Shot(hWindow, L"library-rename");
+        user.Key(VK_ESCAPE);
+        EXPECT_EQ(Tree()[5], L" Rock");
+        edit();
+        user.Type(L"Blues & Soul");
+        user.Key(VK_RETURN);
+        user.WaitUntilGone(hEdit);
+        user.Idle();
+        EXPECT_EQ(Tree()[1], L" Blues & Soul");
+        EXPECT_EQ(SelectedNode(), L"Blues & Soul");
+        EXPECT_TRUE(IsExpanded(Item(L"Blues & Soul")));
+        EXPECT_EQ(Status(2), L"Renamed Rock to Blues & Soul (7 cuts)");
+        EXPECT_EQ(user.FocusedWindow(), hTree);
+        user.Key('Z', VK_CONTROL);
+        EXPECT_EQ(Tree()[5], L" Rock");
+        ClickNode(user, Item(L"Jazz"));
+        ClickNode(user, Item(L"Jazz"));
+        EXPECT_EQ(Send(hTree, TVM_GETEDITCONTROL), 0) << "a second click edits nothing";
     });
 }
 
@@ -156,12 +239,13 @@ TEST_F(LibraryTree, ARightClickSelectsTheNodeAndOpensTheCategoriesMenu)
     Open([&](const User& user) {
         user.RightClickAt(hTree, MiddleOf(Item(L"Jazz")));
         EXPECT_EQ(PopUpItems(user), (Texts{L"Show Category UI", L"New...", L" Category", L" Category Level",
-                                           L"Shuffle Checked Categories", L"Delete Checked Categories"}));
+                                           L"Shuffle Checked Categories", L"Delete Checked Categories", L"",
+                                           L"Rename Category\t  F2"}));
         EXPECT_EQ(SelectedNode(), L"Jazz");
         EXPECT_EQ(Rows(), 9) << "selected is not shown";
         ShotWithBoxes(user, L"library-context-menu");
         user.Keys({VK_ESCAPE, VK_DOWN, VK_APPS});
-        EXPECT_EQ(PopUpItems(user).size(), 6u) << "with the menu key too";
+        EXPECT_EQ(PopUpItems(user).size(), 8u) << "with the menu key too";
         user.Key(VK_ESCAPE);
         EXPECT_EQ(SelectedNode(), L"r&b");
     });
@@ -222,7 +306,7 @@ TEST_F(LongLibraryTree, ANewLevelIsScrolledIntoView)
         const RECT label = LabelOf(Item(L"Zither", L"999"));
         EXPECT_GE(label.top, 0);
         EXPECT_LE(label.bottom, ClientOf(hTree).bottom);
-        EXPECT_EQ(SelectedNode(), L"Zither");
+        EXPECT_EQ(SelectedNode(), L"999");
         EXPECT_EQ(Status(0), L"Showing All Audio");
     });
 }
@@ -254,7 +338,7 @@ TEST_F(LongLibraryTree, TheMenuKeyBringsTheSelectedNodeIntoView)
         Send(hTree, WM_VSCROLL, SB_BOTTOM);
         ASSERT_LT(LabelOf(Item(L"Category 1000")).bottom, 0);
         user.Key(VK_APPS);
-        EXPECT_EQ(PopUpItems(user).size(), 6u);
+        EXPECT_EQ(PopUpItems(user).size(), 8u);
         EXPECT_GE(LabelOf(Item(L"Category 1000")).top, 0);
         user.Key(VK_ESCAPE);
     });

@@ -4,9 +4,11 @@
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Dpi.h"
 #include "ui/library/windows/FolderImages.h"
+#include "ui/library/windows/TickImages.h"
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace ravlo
 {
@@ -22,6 +24,12 @@ constexpr int lScrollZone = 18;     // at 96 dpi, along the upper and lower edge
 LRESULT Send(HWND hTree, UINT lMessage, WPARAM wParam, LPARAM lParam)
 {
     return ::SendMessageW(hTree, lMessage, wParam, lParam);
+}
+
+// The state image of a box, which TickImages draws.
+UINT StateOf(CategoryTreePresenter::Ticks eTicks)
+{
+    return INDEXTOSTATEIMAGEMASK(static_cast<UINT>(eTicks) + 1);
 }
 
 TVITEMW ItemOf(HTREEITEM hItem, UINT lMask)
@@ -65,7 +73,7 @@ CategoryTreeWindow::CategoryTreeWindow(HWND hParent, int lId)
                           lId, WS_EX_CLIENTEDGE))
 {
     // Set after creation: a tree view created with this style gives no item a check box.
-    ::SetWindowLongPtrW(m_hTree, GWL_STYLE, ::GetWindowLongPtrW(m_hTree, GWL_STYLE) | TVS_CHECKBOXES);
+    SetStyle(TVS_CHECKBOXES, true);
 }
 
 void CategoryTreeWindow::SetLook(HFONT hFont, int lDpi)
@@ -76,6 +84,12 @@ void CategoryTreeWindow::SetLook(HFONT hFont, int lDpi)
     UniqueImageList hImages(FolderImages(lSize));
     Send(m_hTree, TVM_SETIMAGELIST, TVSIL_NORMAL, reinterpret_cast<LPARAM>(hImages.get()));
     m_hImages.swap(hImages);
+    UniqueImageList hTicks(TickImages(m_hTree, lDpi));
+    const auto hBefore = reinterpret_cast<HIMAGELIST>(
+        Send(m_hTree, TVM_SETIMAGELIST, TVSIL_STATE, reinterpret_cast<LPARAM>(hTicks.get())));
+    if (hBefore && hBefore != m_hTicks.get())
+        ::ImageList_Destroy(hBefore); // the control's own first one
+    m_hTicks.swap(hTicks);
     const FontContext cContext(m_hTree, hFont);
     const int lText = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy);
     Send(m_hTree, TVM_SETITEMHEIGHT, static_cast<WPARAM>(std::max(lText, lSize) + Scaled(lItemGap, lDpi)), 0);
@@ -111,7 +125,7 @@ void CategoryTreeWindow::Add(const CategoryTreePresenter& cTree, CategoryTreePre
     insert.item.lParam = static_cast<LPARAM>(node);
     insert.item.iImage = insert.item.iSelectedImage = entry.bOpen ? eFolderOpen : eFolderClosed;
     insert.item.stateMask = TVIS_STATEIMAGEMASK;
-    insert.item.state = INDEXTOSTATEIMAGEMASK(entry.bChecked ? 2u : 1u);
+    insert.item.state = StateOf(cTree.TicksOf(node));
     m_bOpen[node] = entry.bOpen;
     m_hItems[node] =
         reinterpret_cast<HTREEITEM>(Send(m_hTree, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
@@ -127,11 +141,31 @@ void CategoryTreeWindow::ShowChecks(const CategoryTreePresenter& cTree,
 {
     {
         const TreePaintingOff cOff(m_hTree);
+        std::optional<CategoryTreePresenter::Node> parent; // the last one shown: levels come together
         for (const CategoryTreePresenter::Node node : colNodes)
-            if (HasItem(node) && ShowsCheck(node) != cTree.At(node).bChecked)
-                SetState(m_hItems[node], cTree.At(node).bChecked);
+        {
+            const std::optional<CategoryTreePresenter::Node> before =
+                std::exchange(parent, cTree.At(node).parent);
+            if (before && before != parent)
+                ShowTicks(*before);
+            ShowTicks(node);
+        }
+        if (parent)
+            ShowTicks(*parent);
     }
     Repaint();
+}
+
+void CategoryTreeWindow::ShowTicks(CategoryTreePresenter::Node node)
+{
+    if (HasItem(node) && TicksShown(node) != StateOf(m_cTree->TicksOf(node)))
+        SetState(m_hItems[node], StateOf(m_cTree->TicksOf(node)));
+}
+
+void CategoryTreeWindow::BeforeToggle(CategoryTreePresenter::Node node)
+{
+    if (HasItem(node) && TicksShown(node) == StateOf(CategoryTreePresenter::Ticks::Some))
+        SetState(m_hItems[node], StateOf(CategoryTreePresenter::Ticks::None));
 }
 
 // A tree view may paint the row whose check box was clicked as the selected one, until a row is selected or
@@ -148,11 +182,11 @@ void CategoryTreeWindow::MarkDropTarget()
          m_dropTarget ? reinterpret_cast<LPARAM>(m_hItems[*m_dropTarget]) : 0);
 }
 
-void CategoryTreeWindow::SetState(HTREEITEM hItem, bool bChecked)
+void CategoryTreeWindow::SetState(HTREEITEM hItem, UINT lState)
 {
     TVITEMW item = ItemOf(hItem, TVIF_STATE);
     item.stateMask = TVIS_STATEIMAGEMASK;
-    item.state = INDEXTOSTATEIMAGEMASK(bChecked ? 2u : 1u);
+    item.state = lState;
     Send(m_hTree, TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
 }
 
@@ -169,6 +203,8 @@ void CategoryTreeWindow::ShowImages()
         Send(m_hTree, TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
     }
 }
+
+void CategoryTreeWindow::ShowCounts() { ::InvalidateRect(m_hTree, nullptr, TRUE); }
 
 void CategoryTreeWindow::Expand(CategoryTreePresenter::Node node)
 {
@@ -190,6 +226,34 @@ void CategoryTreeWindow::BringIntoView(CategoryTreePresenter::Node node)
         return;
     Send(m_hTree, TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(m_hItems[node]));
     ScrollToLeft();
+}
+
+// The style is on only during an edit: otherwise a second click on a label would begin one.
+bool CategoryTreeWindow::EditText(CategoryTreePresenter::Node node)
+{
+    if (!HasItem(node))
+        return false;
+    BringIntoView(node);
+    m_bMayEdit = true;
+    SetStyle(TVS_EDITLABELS, true);
+    const auto hEdit =
+        reinterpret_cast<HWND>(Send(m_hTree, TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(m_hItems[node])));
+    m_bMayEdit = hEdit != nullptr;
+    if (!hEdit)
+        SetStyle(TVS_EDITLABELS, false);
+    return m_bMayEdit;
+}
+
+void CategoryTreeWindow::EditEnded()
+{
+    m_bMayEdit = false;
+    SetStyle(TVS_EDITLABELS, false);
+}
+
+void CategoryTreeWindow::SetStyle(LONG_PTR lStyle, bool bOn)
+{
+    const LONG_PTR lNow = ::GetWindowLongPtrW(m_hTree, GWL_STYLE);
+    ::SetWindowLongPtrW(m_hTree, GWL_STYLE, bOn ? lNow | lStyle : lNow & ~lStyle);
 }
 
 // Some tree views handle only one of these messages.
@@ -227,35 +291,29 @@ std::optional<CategoryTreeWindow::Hit> CategoryTreeWindow::HitTest(POINT onScree
     const std::optional<CategoryTreePresenter::Node> node = NodeOf(hItem);
     if (!node)
         return std::nullopt;
-    return Hit{*node, (hit.flags & (TVHT_ONITEMBUTTON | TVHT_ONITEMSTATEICON)) == 0};
+    const bool bOnBox = (hit.flags & TVHT_ONITEMSTATEICON) != 0;
+    return Hit{*node, !bOnBox && (hit.flags & TVHT_ONITEMBUTTON) == 0, bOnBox};
+}
+
+UINT CategoryTreeWindow::TicksShown(CategoryTreePresenter::Node node) const
+{
+    return static_cast<UINT>(Send(m_hTree, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(m_hItems[node]),
+                                  TVIS_STATEIMAGEMASK)) &
+           TVIS_STATEIMAGEMASK;
 }
 
 bool CategoryTreeWindow::ShowsCheck(CategoryTreePresenter::Node node) const
 {
-    const auto lState = static_cast<UINT>(
-        Send(m_hTree, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(m_hItems[node]), TVIS_STATEIMAGEMASK));
-    return (lState & TVIS_STATEIMAGEMASK) == INDEXTOSTATEIMAGEMASK(2u);
+    return TicksShown(node) == StateOf(CategoryTreePresenter::Ticks::All);
 }
 
 std::vector<CategoryTreePresenter::Node> CategoryTreeWindow::CheckedByUser() const
 {
     std::vector<CategoryTreePresenter::Node> colNodes;
     for (CategoryTreePresenter::Node node = 0; m_cTree && node < m_hItems.size(); ++node)
-        if (HasItem(node) && ShowsCheck(node) != m_cTree->At(node).bChecked)
+        if (HasItem(node) && TicksShown(node) != StateOf(m_cTree->TicksOf(node)))
             colNodes.push_back(node);
     return colNodes;
-}
-
-LRESULT CategoryTreeWindow::OnCustomDraw(NMTVCUSTOMDRAW& draw) const
-{
-    if (draw.nmcd.dwDrawStage == CDDS_PREPAINT)
-        return ::GetFocus() != m_hTree ? CDRF_NOTIFYITEMDRAW : CDRF_DODEFAULT;
-    if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT && (draw.nmcd.uItemState & CDIS_SELECTED) != 0)
-    {
-        draw.clrText = ::GetSysColor(COLOR_WINDOWTEXT);
-        draw.clrTextBk = UnfocusedSelection();
-    }
-    return CDRF_DODEFAULT;
 }
 
 RECT CategoryTreeWindow::LabelOf(CategoryTreePresenter::Node node) const

@@ -28,10 +28,12 @@ public:
     void ShowTree(const CategoryTreePresenter& cTree) override;
     void ShowChecks(const CategoryTreePresenter& cTree,
                     const std::vector<CategoryTreePresenter::Node>& colNodes) override;
+    void ShowCounts() override;
     void ShowImages() override;
     void Expand(CategoryTreePresenter::Node node) override;
     void Select(CategoryTreePresenter::Node node) override;
     void BringIntoView(CategoryTreePresenter::Node node) override;
+    bool EditText(CategoryTreePresenter::Node node) override;
     std::optional<CategoryTreePresenter::Node> Selected() const override;
 
     // ---- for the window's messages
@@ -40,6 +42,7 @@ public:
     {
         CategoryTreePresenter::Node node;
         bool bOnRow; // not on the check box or the expander
+        bool bOnBox;
     };
     std::optional<Hit> HitTest(POINT onScreen) const;
     // The node of an item; nothing for one of an earlier tree.
@@ -47,7 +50,14 @@ public:
     // The nodes whose box differs from the tree: those that the user has clicked.
     std::vector<CategoryTreePresenter::Node> CheckedByUser() const;
     bool ShowsCheck(CategoryTreePresenter::Node node) const;
-    LRESULT OnCustomDraw(NMTVCUSTOMDRAW& draw) const;
+    // Call before the tree view toggles a node's box by a click or a key: one that shows some levels becomes
+    // ticked.
+    void BeforeToggle(CategoryTreePresenter::Node node);
+    // Edits only begin by EditText, not by clicks.
+    bool MayEdit() const noexcept { return m_bMayEdit; }
+    // Call at the end of an edit.
+    void EditEnded();
+    LRESULT OnCustomDraw(NMTVCUSTOMDRAW& draw);
     // Where a node's label is on the screen.
     RECT LabelOf(CategoryTreePresenter::Node node) const;
 
@@ -64,7 +74,13 @@ public:
 
 private:
     void Add(const CategoryTreePresenter& cTree, CategoryTreePresenter::Node node, HTREEITEM hParent);
-    void SetState(HTREEITEM hItem, bool bChecked);
+    void SetStyle(LONG_PTR lStyle, bool bOn);
+    void SetState(HTREEITEM hItem, UINT lState);
+    UINT TicksShown(CategoryTreePresenter::Node node) const;
+    void ShowTicks(CategoryTreePresenter::Node node);
+    void RepaintMoved();
+    void DrawCount(const NMCUSTOMDRAW& draw, CategoryTreePresenter::Node node) const;
+    bool ShowsWholeRow() const;
     void MarkDropTarget();
     // Hidden nodes have none.
     bool HasItem(CategoryTreePresenter::Node node) const { return node < m_hItems.size() && m_hItems[node]; }
@@ -72,6 +88,9 @@ private:
 
     HWND m_hTree;
     UniqueImageList m_hImages;
+    UniqueImageList m_hTicks;
+    bool m_bMayEdit = false;
+    POINT m_painted = {}; // the place of the scroll bar and the width at the last paint
     const CategoryTreePresenter* m_cTree = nullptr;
     std::vector<HTREEITEM> m_hItems; // by node
     std::vector<bool> m_bOpen;       // as shown

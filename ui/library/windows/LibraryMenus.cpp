@@ -92,6 +92,18 @@ UniqueMenu LibraryMenuBar()
 
 HMENU CategoriesMenu(HMENU hBar) noexcept { return ::GetSubMenu(hBar, lCategoriesPlace); }
 
+TreePopUp::TreePopUp(HMENU hCategories) : m_hMenu(hCategories), m_lBefore(::GetMenuItemCount(hCategories))
+{
+    ::AppendMenuW(m_hMenu, MF_SEPARATOR, 0, nullptr);
+    Add(m_hMenu, mnuRename, L"Rename Category\t  F2");
+}
+
+TreePopUp::~TreePopUp()
+{
+    while (::GetMenuItemCount(m_hMenu) > m_lBefore)
+        ::RemoveMenu(m_hMenu, static_cast<UINT>(m_lBefore), MF_BYPOSITION);
+}
+
 void UpdateMenu(HMENU hMenu, const std::function<MenuItem(LibraryCommand)>& itemOf)
 {
     for (int lPlace = ::GetMenuItemCount(hMenu); lPlace-- > 0;)

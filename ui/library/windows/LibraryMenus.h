@@ -17,6 +17,22 @@ namespace ravlo
 // The library window's menu bar; the categories' menu in it is the tree's pop-up too.
 UniqueMenu LibraryMenuBar();
 HMENU CategoriesMenu(HMENU hBar) noexcept;
+// While one exists, the categories' menu ends with what only the tree's pop-up has.
+class TreePopUp
+{
+public:
+    explicit TreePopUp(HMENU hCategories);
+    ~TreePopUp();
+    TreePopUp(const TreePopUp&) = delete;
+    TreePopUp& operator=(const TreePopUp&) = delete;
+
+    HMENU Menu() const noexcept { return m_hMenu; }
+
+private:
+    HMENU m_hMenu;
+    int m_lBefore;
+};
+
 // Shows the commands of a menu as itemOf tells, the keys behind their captions unchanged.
 void UpdateMenu(HMENU hMenu, const std::function<MenuItem(LibraryCommand)>& itemOf);
 void EnableMenuBar(HWND hWindow, bool bEnable) noexcept;

@@ -5,6 +5,7 @@
 #include "ui/controls/windows/Dpi.h"
 
 #include <commctrl.h>
+#include <utility>
 
 namespace ravlo
 {
@@ -12,10 +13,11 @@ namespace ravlo
 namespace
 {
 
-// The parts' shares of the width, in hundredths: first text, second text; the progress bar takes the rest.
-constexpr int lFirstShare = 50;
-constexpr int lSecondShare = 25;
-constexpr int lProgressPart = 2;
+// The parts' shares of the width, in hundredths: first text, second text; the result or the progress bar
+// takes the rest.
+constexpr int lFirstShare = 35;
+constexpr int lSecondShare = 20;
+constexpr int lResultPart = 2;
 
 } // namespace
 
@@ -55,7 +57,7 @@ void StatusWindow::LayOut()
     const int lParts[] = {lWidth * lFirstShare / 100, lWidth * (lFirstShare + lSecondShare) / 100, -1};
     ::SendMessageW(m_hStatus, SB_SETPARTS, ARRAYSIZE(lParts), reinterpret_cast<LPARAM>(lParts));
     RECT part{};
-    ::SendMessageW(m_hStatus, SB_GETRECT, lProgressPart, reinterpret_cast<LPARAM>(&part));
+    ::SendMessageW(m_hStatus, SB_GETRECT, lResultPart, reinterpret_cast<LPARAM>(&part));
     const int lEdge = Scaled(2, m_lDpi);
     const int lGrip = ::GetSystemMetrics(SM_CXVSCROLL);
     ::MoveWindow(m_hProgress, static_cast<int>(part.left) + lEdge, static_cast<int>(part.top) + lEdge,
@@ -70,8 +72,23 @@ void StatusWindow::SetTexts(const std::wstring& sFirst, const std::wstring& sSec
     ::UpdateWindow(m_hStatus);
 }
 
+void StatusWindow::SetResult(const std::wstring& sResult)
+{
+    if (std::exchange(m_sResult, sResult) != sResult)
+        ShowResult();
+}
+
+void StatusWindow::ShowResult()
+{
+    ::SendMessageW(m_hStatus, SB_SETTEXTW, lResultPart,
+                   reinterpret_cast<LPARAM>(m_bProgress ? L"" : m_sResult.c_str()));
+    ::UpdateWindow(m_hStatus);
+}
+
 void StatusWindow::ShowProgress(int lMax)
 {
+    m_bProgress = true;
+    ShowResult();
     ::SendMessageW(m_hProgress, PBM_SETRANGE32, 0, lMax);
     ::SendMessageW(m_hProgress, PBM_SETPOS, 0, 0);
     ::ShowWindow(m_hProgress, SW_SHOWNA);
@@ -83,6 +100,11 @@ void StatusWindow::MoveProgress(int lValue)
     ::UpdateWindow(m_hProgress);
 }
 
-void StatusWindow::HideProgress() { ::ShowWindow(m_hProgress, SW_HIDE); }
+void StatusWindow::HideProgress()
+{
+    ::ShowWindow(m_hProgress, SW_HIDE);
+    m_bProgress = false;
+    ShowResult();
+}
 
 } // namespace ravlo

@@ -7,7 +7,8 @@
 namespace ravlo
 {
 
-// Status: the bar along the lower edge, with two texts and, while something runs, ProgressBar1.
+// Status: the bar along the lower edge, with two texts and a third one, in whose place ProgressBar1 is while
+// something runs.
 class StatusWindow
 {
 public:
@@ -21,14 +22,19 @@ public:
     void LayOut();
 
     void SetTexts(const std::wstring& sFirst, const std::wstring& sSecond);
+    void SetResult(const std::wstring& sResult);
     void ShowProgress(int lMax);
     void MoveProgress(int lValue);
     void HideProgress();
 
 private:
+    void ShowResult();
+
     HWND m_hStatus;
     HWND m_hProgress;
     int m_lDpi = 96;
+    std::wstring m_sResult;
+    bool m_bProgress = false;
 };
 
 } // namespace ravlo

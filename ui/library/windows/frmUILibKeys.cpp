@@ -47,6 +47,8 @@ bool frmUILibWindow::OnTreeKey(WPARAM lKey, bool bControl)
 {
     if (lKey == VK_RETURN)
         m_cForm->Panes().ShowSelectedNode();
+    else if (lKey == VK_F2)
+        m_cForm->Do(LibraryCommand::mnuRename);
     else if (lKey == VK_ESCAPE)
         return m_cForm->Cuts().CancelCut();
     else if (lKey == VK_SPACE && !bControl)

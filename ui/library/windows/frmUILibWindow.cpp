@@ -30,8 +30,9 @@ constexpr const wchar_t* sPlaceKey = L"frmUILibPlace";
 constexpr std::int32_t lFirstTree = 4500; // twips: 300 pixels at 96 dpi
 constexpr const wchar_t* sSplitId = L"SplitPanelSchedLib";
 
-constexpr UINT lGreyDelay = 150;   // milliseconds: short commands do not flicker
-constexpr UINT lRefreshDelay = 50; // a timer's message comes after all that the user does
+constexpr UINT lGreyDelay = 150;     // milliseconds: short commands do not flicker
+constexpr UINT lSelectionDelay = 30; // many rows may change at once
+constexpr UINT lRefreshDelay = 50;   // a timer's message comes after all that the user does
 
 } // namespace
 
@@ -216,6 +217,9 @@ LRESULT frmUILibWindow::OnPosted(UINT lMessage, WPARAM wParam, LPARAM lParam)
         if (const std::optional<LibraryCuts::Drop> drop = std::exchange(m_drop, std::nullopt))
             m_cForm->Cuts().Dropped(*drop);
         return 0;
+    case ePostedRenamed:
+        m_cForm->Renaming().Edited(std::exchange(m_sRenamed, std::nullopt));
+        return 0;
     case ePostedRepaint:
         ::RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME | RDW_ERASE | RDW_ALLCHILDREN);
         return 0;
@@ -243,59 +247,6 @@ LRESULT frmUILibWindow::OnNotify(const NMHDR& header, LPARAM lParam)
     return 0;
 }
 
-LRESULT frmUILibWindow::OnTreeNotify(const NMHDR& header, LPARAM lParam)
-{
-    switch (header.code)
-    {
-    case NM_DBLCLK:
-        OnTreeDblClick();
-        [[fallthrough]]; // the second click of a pair on a check box is reported only here
-    case NM_CLICK:
-        ::PostMessageW(Handle(), ePostedChecks, 0, 0);
-        return 0;
-    case NM_RCLICK:
-        if (const auto hit =
-                m_cTree->HitTest({GET_X_LPARAM(::GetMessagePos()), GET_Y_LPARAM(::GetMessagePos())}))
-            m_cTree->Select(hit->node);
-        return 0;
-    case TVN_KEYDOWN:
-        if (reinterpret_cast<const NMTVKEYDOWN*>(lParam)->wVKey == VK_SPACE)
-            ::PostMessageW(Handle(), ePostedChecks, 0, 0);
-        return 0;
-    case NM_CUSTOMDRAW:
-        return m_cTree->OnCustomDraw(*reinterpret_cast<NMTVCUSTOMDRAW*>(lParam));
-    case TVN_ITEMEXPANDINGW:
-    case TVN_ITEMEXPANDEDW:
-        return OnExpanded(*reinterpret_cast<const NMTREEVIEWW*>(lParam));
-    default:
-        return 0;
-    }
-}
-
-void frmUILibWindow::OnTreeDblClick()
-{
-    const DWORD lPoint = ::GetMessagePos();
-    const auto hit = m_cTree->HitTest({GET_X_LPARAM(lPoint), GET_Y_LPARAM(lPoint)});
-    if (hit && hit->bOnRow)
-        ::PostMessageW(Handle(), ePostedShowNode, 0, 0);
-}
-
-// The root is never collapsed. Some tree views ignore the refusal; then it is expanded again.
-LRESULT frmUILibWindow::OnExpanded(const NMTREEVIEWW& change)
-{
-    const std::optional<CategoryTreePresenter::Node> node = m_cTree->NodeOf(change.itemNew.hItem);
-    if (!node)
-        return FALSE;
-    const bool bCollapse = change.action == TVE_COLLAPSE;
-    const bool bDone = change.hdr.code == TVN_ITEMEXPANDEDW;
-    const bool bRefused = bCollapse && CategoryTreePresenter::IsRoot(*node);
-    if (bDone && bRefused)
-        ::PostMessageW(Handle(), ePostedExpandRoot, 0, 0);
-    else if (bDone)
-        m_cForm->Panes().NodeExpanded(*node, !bCollapse);
-    return bRefused && !bDone;
-}
-
 LRESULT frmUILibWindow::OnGridNotify(const NMHDR& header, LPARAM lParam)
 {
     switch (header.code)
@@ -312,6 +263,10 @@ LRESULT frmUILibWindow::OnGridNotify(const NMHDR& header, LPARAM lParam)
     case LVN_COLUMNCLICK:
         ::PostMessageW(Handle(), ePostedHeading,
                        m_cGrid->GridColumnOf(reinterpret_cast<const NMLISTVIEW*>(lParam)->iSubItem), 0);
+        return 0;
+    case LVN_ITEMCHANGED:
+    case LVN_ODSTATECHANGED:
+        m_cForm->Results().SelectionChanged();
         return 0;
     case LVN_BEGINDRAG:
         m_cGrid->OnBeginDrag();
@@ -351,15 +306,9 @@ void frmUILibWindow::OnContextMenu(HWND hControl, POINT onScreen)
         m_cTree->BringIntoView(*selected);
         onScreen = {m_cTree->LabelOf(*selected).left, m_cTree->LabelOf(*selected).bottom};
     }
-    ::TrackPopupMenuEx(CategoriesMenu(::GetMenu(Handle())), TPM_RIGHTBUTTON, static_cast<int>(onScreen.x),
+    const TreePopUp cPopUp(CategoriesMenu(::GetMenu(Handle())));
+    ::TrackPopupMenuEx(cPopUp.Menu(), TPM_RIGHTBUTTON, static_cast<int>(onScreen.x),
                        static_cast<int>(onScreen.y), Handle(), nullptr);
-}
-
-void frmUILibWindow::CompareChecks()
-{
-    for (const CategoryTreePresenter::Node node : m_cTree->CheckedByUser())
-        m_cForm->Panes().NodeCheck(node, m_cTree->ShowsCheck(node));
-    m_cTree->Repaint();
 }
 
 // Restores the focus when the window becomes active again. While greyed, no control has the focus, so the
@@ -386,6 +335,12 @@ void frmUILibWindow::OnTimer(UINT_PTR lTimer)
     {
         ::KillTimer(Handle(), eTimerRefresh);
         m_cForm->RequestRefresh();
+        return;
+    }
+    if (lTimer == eTimerSelection)
+    {
+        ::KillTimer(Handle(), eTimerSelection);
+        m_cForm->Results().ShowSelection();
         return;
     }
     OnDragTick();
@@ -427,6 +382,7 @@ void frmUILibWindow::SetStatus(const std::wstring& sFirst, const std::wstring& s
 {
     m_cStatus->SetTexts(sFirst, sSecond);
 }
+void frmUILibWindow::SetResult(const std::wstring& sResult) { m_cStatus->SetResult(sResult); }
 void frmUILibWindow::ShowProgress(std::int32_t lMax) { m_cStatus->ShowProgress(lMax); }
 void frmUILibWindow::MoveProgress(std::int32_t lValue) { m_cStatus->MoveProgress(lValue); }
 void frmUILibWindow::HideProgress() { m_cStatus->HideProgress(); }
@@ -488,5 +444,6 @@ void frmUILibWindow::Close()
 }
 
 void frmUILibWindow::AskForRefresh() { ::SetTimer(Handle(), eTimerRefresh, lRefreshDelay, nullptr); }
+void frmUILibWindow::AskForSelection() { ::SetTimer(Handle(), eTimerSelection, lSelectionDelay, nullptr); }
 
 } // namespace ravlo

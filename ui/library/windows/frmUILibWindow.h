@@ -49,17 +49,20 @@ private:
         ePostedDrag,
         ePostedDropped,
         ePostedRepaint,
+        ePostedRenamed,
     };
     enum TimerId : UINT_PTR
     {
         eTimerGrey = 1,
         eTimerDrag,
         eTimerRefresh,
+        eTimerSelection,
     };
     static bool Down(int lKey) { return ::GetKeyState(lKey) < 0; }
 
     void SetBusy(bool bBusy) override;
     void SetStatus(const std::wstring& sFirst, const std::wstring& sSecond) override;
+    void SetResult(const std::wstring& sResult) override;
     void ShowProgress(std::int32_t lMax) override;
     void MoveProgress(std::int32_t lValue) override;
     void HideProgress() override;
@@ -68,6 +71,7 @@ private:
     void BringToFront() override;
     void Close() override;
     void AskForRefresh() override;
+    void AskForSelection() override;
 
     LRESULT OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam) override;
     LRESULT OnPosted(UINT lMessage, WPARAM wParam, LPARAM lParam);
@@ -76,6 +80,7 @@ private:
     LRESULT OnNotify(const NMHDR& header, LPARAM lParam);
     LRESULT OnTreeNotify(const NMHDR& header, LPARAM lParam);
     LRESULT OnGridNotify(const NMHDR& header, LPARAM lParam);
+    LRESULT OnLabelEdited(const NMTVDISPINFOW& info);
     LRESULT OnExpanded(const NMTREEVIEWW& change);
     void OnTreeDblClick();
     void OnContextMenu(HWND hControl, POINT onScreen);
@@ -127,6 +132,7 @@ private:
     bool m_bGreyed = false;
     bool m_bDragging = false;
     bool m_bByKeyboard = false;              // a pop-up belongs to the selected node, not to the pointer
+    std::optional<std::wstring> m_sRenamed;  // what was typed for the edited category; nothing: given up
     std::optional<LibraryCuts::Drop> m_drop; // dropped, and not handled yet
 };
 
