@@ -53,6 +53,11 @@ int Run(const CommandLine& line, const Console& cOut, const Console& cError)
         RunLibrary(*library, cError);
         return lExitOk;
     }
+    if (const auto* forecast = std::get_if<ForecastOptions>(&line); forecast && forecast->bWindow)
+    {
+        RunHealthWindow(*forecast, cError);
+        return lExitOk;
+    }
     return RunOnConsole(line, cOut, cError);
 }
 

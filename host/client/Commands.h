@@ -37,5 +37,6 @@ int RunCats(const CatsOptions& options, const Boxes& cBoxes, const Console& cOut
 // Open one of the scheduler's windows and return when it is closed. RunCategory prints what was chosen.
 void RunCategory(const CategoryOptions& options, const Console& cOut, const Console& cError);
 void RunLibrary(const LibraryOptions& options, const Console& cError);
+void RunHealthWindow(const ForecastOptions& options, const Console& cError);
 
 } // namespace ravlo

@@ -10,7 +10,9 @@
 #include "host/client/KeysWindow.h"
 #include "host/client/OpeningWindow.h"
 #include "host/client/Picture.h"
+#include "host/client/Plays.h"
 #include "host/client/ProgressLine.h"
+#include "host/client/RotationObject.h"
 #include "host/client/WindowActivation.h"
 #include "host/day/HostError.h"
 #include "platform/windows/CentredDialog.h"
@@ -50,6 +52,7 @@ public:
 
     _clsSchedMan& Manager() const noexcept { return m_cScheduler.Object(); }
     MediaLibrary& Library() noexcept { return m_cLibrary; }
+    Scheduler& TheScheduler() noexcept { return m_cScheduler; }
 
 private:
     template <class Options> void OpenStation(const Options& options, const Console& cError)
@@ -204,6 +207,21 @@ void RunLibrary(const LibraryOptions& options, const Console& cError)
     Desk desk(options, cError);
     const Picture picture(options.sPicture.empty() ? L"" : FullPath(options.sPicture), CloseByItsBox);
     Check(desk.Manager().ShowLibraryUI(), desk.Manager());
+    picture.MustBeTaken();
+}
+
+void RunHealthWindow(const ForecastOptions& options, const Console& cError)
+{
+    Desk desk(options, cError);
+    Gaps gaps;
+    const Plays plays(desk.Library().Entries());
+    plays.Report(desk.TheScheduler(), gaps);
+    RotationObject rotation(desk.TheScheduler());
+    _clsRotation& cObject = rotation.Object();
+    rotation.Check(options.sClock.empty() ? cObject.LoadSlots(Bstr(FullPath(options.sSlots)).Get())
+                                          : cObject.LoadClock(Bstr(FullPath(options.sClock)).Get()));
+    const Picture picture(options.sPicture.empty() ? L"" : FullPath(options.sPicture), CloseByItsBox);
+    rotation.Check(cObject.ShowHealthUI());
     picture.MustBeTaken();
 }
 

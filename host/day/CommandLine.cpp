@@ -325,7 +325,11 @@ void DescribeHealth(CLI::App& cHealth, ForecastOptions& options)
     DescribeForecast(cHealth, options);
     AddText(cHealth, "--html", options.sHtml, "FILE", "write a report for people");
     AddText(cHealth, "--json", options.sJson, "FILE", "write the figures for programs");
-    cHealth.footer("Ends with status 4 when a level is red.");
+    auto* window = cHealth.add_flag("--window", options.bWindow, "show the rotation health window instead");
+    AddText(cHealth, "--picture", options.sPicture, "FILE",
+            "with --window: take a picture of it, PNG, and close it, instead of leaving it to you")
+        .needs(window);
+    cHealth.footer("Ends with status 4 when a level is red; with --window with 0.");
 }
 
 void AddLevels(CLI::App& cCommand, RotationCommand& options, const char* sHelp, bool bMany)

@@ -120,6 +120,8 @@ struct ForecastOptions
     std::wstring sLog;         // each a file; empty: none
     std::wstring sHtml;
     std::wstring sJson;
+    bool bWindow = false;  // show the scheduler's window instead
+    std::wstring sPicture; // a file to save a picture of the window in; empty: none
     bool bProgress = false;
 };
 

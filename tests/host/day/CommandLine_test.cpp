@@ -88,6 +88,11 @@ TEST(ParseCommandLine, ReadsWhatIsForecast)
     EXPECT_TRUE(health.bHealth);
     EXPECT_EQ(health.lDays, 28);
     EXPECT_EQ(health.sHtml + health.sJson, L"h.htmlj.json");
+    EXPECT_FALSE(health.bWindow);
+    const auto window =
+        OnStation<ForecastOptions>("health", {"--clock", "c", "--window", "--picture", "p.png"});
+    EXPECT_TRUE(window.bWindow);
+    EXPECT_EQ(window.sPicture, L"p.png");
 }
 
 TEST(ParseCommandLine, ReadsWhatRotationIsToldAndAsked)
@@ -116,6 +121,7 @@ TEST(ParseCommandLine, RefusesAForecastWithoutOnePlan)
         {"simulate", "--db", "d", "--app", "a", "--clock", "c", "--fair", "maybe"},
         {"simulate", "--db", "d", "--app", "a", "--clock", "c", "--html", "h"},
         {"health", "--db", "d", "--app", "a", "--clock", "c", "--log", "l"},
+        {"health", "--db", "d", "--app", "a", "--clock", "c", "--picture", "p.png"}, // without --window
         {"spread", "--db", "d", "--app", "a"},
         {"explain", "--db", "d", "--app", "a"},
         {"explain", "--db", "d", "--app", "a", "rock:1", "rock:2"},
