@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What simulated days cost besides the picks they consist of, and what reading and judging them costs.
+// What simulated days cost compared with the picks they consist of, and what reading and judging them costs.
 
 #include "bench/Radio.h"
 #include "bench/Ratios.h"

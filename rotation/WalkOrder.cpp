@@ -60,7 +60,7 @@ Candidate WalkOrder::Next()
     return {};
 }
 
-// While only this walk moves cuts, no cut comes to the head twice and there is nothing to look up. Passing
+// While only this walk moves cuts, no cut is at the head twice and there is nothing to look up. Passing
 // over a cut counts as a disturbance too: it leaves more steps than fresh cuts.
 void WalkOrder::LookForDisturbance()
 {
