@@ -75,7 +75,7 @@ public:
         Place(m_first + position, pNode.get());
         if (cKey)
             Link(pNode.get());
-        pNode.release();
+        static_cast<void>(pNode.release()); // linked now
         ++m_changes;
         return true;
     }

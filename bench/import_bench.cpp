@@ -32,7 +32,7 @@ public:
 
     Presence PresenceOf(const std::wstring& sPath) const override
     {
-        return m_colFiles.count(sPath) != 0 ? Presence::Present : NoFiles::PresenceOf(sPath);
+        return m_colFiles.contains(sPath) ? Presence::Present : NoFiles::PresenceOf(sPath);
     }
     std::string ReadAll(const std::wstring& sPath, Patience = Patience::UpToASecond) const override
     {

@@ -50,7 +50,7 @@ public:
     void Rename(const std::wstring& sFrom, const std::wstring& sTo,
                 Patience ePatience = Patience::UpToASecond) override
     {
-        if (colLocked.count(sTo) == 0)
+        if (!colLocked.contains(sTo))
             return m_cDisk.Rename(sFrom, sTo, ePatience);
         if (ePatience == Patience::UpToASecond)
             std::this_thread::sleep_for(std::chrono::seconds(1));

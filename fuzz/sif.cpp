@@ -49,7 +49,7 @@ void RequireContents(const Program& cProgram, std::string_view bytes)
     {
         const auto wanted = colWanted.find(lLevel);
         RAVLO_REQUIRE(wanted != colWanted.end() ? colKeys == wanted->second
-                                                : colKeys.empty() && colDeclared.count(lLevel) != 0);
+                                                : colKeys.empty() && colDeclared.contains(lLevel));
         colWanted.erase(lLevel);
     }
     RAVLO_REQUIRE(colWanted.empty());

@@ -170,7 +170,7 @@ std::vector<StoredCut> ReadCuts(sqlite::Connection& cConnection)
 
 } // namespace
 
-bool SameValues(const CutValues& left, const CutValues& right) noexcept
+bool SameValues(const CutValues& left, const CutValues& right)
 {
     return std::all_of(std::begin(columns), std::end(columns),
                        [&](const CutColumn& column) { return SameValue(column, left, right); }) &&

@@ -54,6 +54,6 @@ private:
 };
 
 // Whether all values but the keys are equal.
-bool SameValues(const CutValues& left, const CutValues& right) noexcept;
+bool SameValues(const CutValues& left, const CutValues& right);
 
 } // namespace ravlo

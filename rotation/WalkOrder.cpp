@@ -35,7 +35,7 @@ bool WalkOrder::ExaminedKeys::Contains(const TextKey& cKey)
 {
     if (!std::exchange(m_bAsked, true))
         m_colSet.insert(m_colList.begin(), m_colList.end());
-    return m_colSet.count(cKey) != 0;
+    return m_colSet.contains(cKey);
 }
 
 // Passes over the cuts at the head that were examined already, because fresh ones may follow.

@@ -149,7 +149,7 @@ bool CategoryList::IsUnsaved(const CatCollection& colMainCats) const
     }
     const Names& colListed = m_cLast.own.colNames;
     return std::any_of(colListed.begin(), colListed.end(),
-                       [&](const std::wstring& sName) { return colOwn.count(sName) == 0; });
+                       [&](const std::wstring& sName) { return !colOwn.contains(sName); });
 }
 
 CategoryList::Version CategoryList::LastOf(const std::wstring& sPath) const
@@ -175,7 +175,7 @@ CategoryList::OwnNames CategoryList::OwnNamesOf(const CatCollection& colMainCats
     {
         const std::wstring& sName = cMainCat->CatName();
         const std::wstring sFolded = Folded(sName);
-        if (colRemoved.count(sFolded) != 0 && cMainCat->TotalCuts() == 0)
+        if (colRemoved.contains(sFolded) && cMainCat->TotalCuts() == 0)
             continue;
         if (sName.find_first_of(sCrLf) != std::wstring::npos || !own.colNames.insert(sFolded).second)
         {
@@ -213,13 +213,13 @@ std::string CategoryList::MergeOthers(const CatCollection& colMainCats, Version&
     {
         const std::wstring sFolded = Folded(sName);
         cLast.colRemoved.erase(sFolded);
-        if (colPresent.insert(sFolded).second && cLast.own.colNames.count(sFolded) == 0 &&
-            colOwn.count(sFolded) == 0 && cLast.colDeleted.count(sFolded) == 0)
+        if (colPresent.insert(sFolded).second && !cLast.own.colNames.contains(sFolded) &&
+            !colOwn.contains(sFolded) && !cLast.colDeleted.contains(sFolded))
             added += "\r\n" + m_cMod.Ports().cCodePage.Encode(sName);
     }
     if (list.bWhole)
         for (const std::wstring& sName : cLast.own.colNames)
-            if (colPresent.count(sName) == 0)
+            if (!colPresent.contains(sName))
                 cLast.colRemoved.insert(sName);
     return added;
 }
@@ -230,7 +230,7 @@ void CategoryList::ForgetRemovedWithoutCategory(const CatCollection& colMainCats
     Names colOwn;
     for (const std::shared_ptr<clsCat>& cMainCat : colMainCats)
         colOwn.insert(Folded(cMainCat->CatName()));
-    std::erase_if(cLast.colRemoved, [&](const std::wstring& sName) { return colOwn.count(sName) == 0; });
+    std::erase_if(cLast.colRemoved, [&](const std::wstring& sName) { return !colOwn.contains(sName); });
 }
 
 std::wstring CategoryList::Folded(const std::wstring& sCatName) const { return FoldCase(AsSaved(sCatName)); }

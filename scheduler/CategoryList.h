@@ -50,12 +50,12 @@ public:
     // Whether this manager's last reading or save of the list contained the name.
     bool IsInList(const std::wstring& sCatName) const
     {
-        return m_cLast.own.colNames.count(Folded(sCatName)) != 0;
+        return m_cLast.own.colNames.contains(Folded(sCatName));
     }
     // Whether another program has removed the name.
     bool IsRemoved(const std::wstring& sCatName) const
     {
-        return m_cLast.colRemoved.count(Folded(sCatName)) != 0;
+        return m_cLast.colRemoved.contains(Folded(sCatName));
     }
 
     // Call when a main category is created or deleted here: what another program did to the name before no

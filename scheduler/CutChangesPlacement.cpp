@@ -338,7 +338,7 @@ void CutChanges::FollowNewKey(const std::shared_ptr<Cut>& cCut, const TextKey& c
 
 void CutChanges::RecordOrder(const std::shared_ptr<clsCat>& cSubCat)
 {
-    if (!IsOwn() || m_colRecordedOrders.count(cSubCat) != 0)
+    if (!IsOwn() || m_colRecordedOrders.contains(cSubCat))
         return;
     m_record.colOrders.push_back({{cSubCat->CatName(), cSubCat->CatLevel()}, OrderOf(*cSubCat->SchedCuts())});
     m_colRecordedOrders.insert(cSubCat);

@@ -35,7 +35,7 @@ public:
     void Removed(const TextKey& cKey) noexcept;
 
     // Whether the cut's names and level are remembered.
-    bool Contains(const TextKey& cKey) const noexcept { return m_colCuts.count(cKey) != 0; }
+    bool Contains(const TextKey& cKey) const noexcept { return m_colCuts.contains(cKey); }
     // Whether the cut's names (in order, without regard to case) and level are the remembered ones.
     bool IsUnchanged(const Cut& cCut) const;
     // The last known key of the cut with that number; nothing for 0 and for an unknown number.

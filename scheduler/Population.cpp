@@ -147,7 +147,7 @@ void Population::AddSavedCategories(const NameCollection& colNames)
     // The list contains substitutes where the code page lacks a character: such a name is the database's
     // category. No name is empty: the reader skips such lines.
     for (const std::wstring& sName : colNames)
-        if (colAsSaved.count(FoldCase(sName)) == 0)
+        if (!colAsSaved.contains(FoldCase(sName)))
             EnsureMainCat(m_cMod, *m_colMainCats, sName);
 }
 

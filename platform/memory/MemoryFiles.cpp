@@ -90,12 +90,12 @@ Presence MemoryFiles::PresenceOfFolder(const std::wstring& sPath) const
     return IsFolder(sPath) ? Presence::Present : Presence::Absent;
 }
 
-bool MemoryFiles::IsFile(const std::wstring& sPath) const { return m_files.count(Folded(sPath)) != 0; }
+bool MemoryFiles::IsFile(const std::wstring& sPath) const { return m_files.contains(Folded(sPath)); }
 
 bool MemoryFiles::IsFolder(const std::wstring& sPath) const
 {
     const std::wstring sFolded = Folded(sPath);
-    return sFolded.empty() || m_folders.count(sFolded) != 0;
+    return sFolded.empty() || m_folders.contains(sFolded);
 }
 
 void MemoryFiles::CreateFolder(const std::wstring& sPath)

@@ -171,9 +171,9 @@ public:
         }
     }
 
-    off_t Size() { return ::lseek(m_lDescriptor, 0, SEEK_END); }
+    off_t Size() const { return ::lseek(m_lDescriptor, 0, SEEK_END); }
     // Best effort, on the way out of a failure.
-    void CutOffAt(off_t lSize)
+    void CutOffAt(off_t lSize) const
     {
         if (lSize >= 0 && ::ftruncate(m_lDescriptor, lSize) != 0)
             return;

@@ -226,7 +226,7 @@ bool AgreeInOrder(Keys colLeft, Keys colRight)
 {
     const auto isIn = [](const Keys& colKeys) {
         return [colIn = std::set(colKeys.begin(), colKeys.end())](const std::wstring& sKey) {
-            return colIn.count(sKey) == 0;
+            return !colIn.contains(sKey);
         };
     };
     const Keys colOfLeft = colLeft;
@@ -261,7 +261,7 @@ void ExpectOrdersOldOrNew(const State& now, const std::vector<Orders>& colSteps)
     {
         for (const auto& [sLevel, colKeys] : orders)
             colEver.insert(sLevel);
-        std::erase_if(colAlways, [&](const std::wstring& sLevel) { return orders.count(sLevel) == 0; });
+        std::erase_if(colAlways, [&](const std::wstring& sLevel) { return !orders.contains(sLevel); });
     }
     for (const std::wstring& sLevel : colAlways)
         EXPECT_TRUE(now.orders.count(sLevel) == 1) << testing::PrintToString(sLevel) << " is gone";

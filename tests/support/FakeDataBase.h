@@ -113,7 +113,7 @@ private:
         ++calls[sMember];
         if (OnCall)
             OnCall(sMember);
-        if (failing.count(sMember) != 0)
+        if (failing.contains(sMember))
             throw RuntimeError(error::ObjectNotSet);
         return *m_cRecord->cValues;
     }
