@@ -281,7 +281,8 @@ std::vector<std::wstring> Split(std::wstring_view sText, std::wstring_view sDeli
     std::vector<std::wstring> sPieces;
     std::size_t start = 0;
     // An empty delimiter is not found, so the whole text is one piece.
-    for (std::size_t found; !sDelimiter.empty() && (found = sText.find(sDelimiter, start)) != std::wstring_view::npos;)
+    for (std::size_t found;
+         !sDelimiter.empty() && (found = sText.find(sDelimiter, start)) != std::wstring_view::npos;)
     {
         sPieces.emplace_back(sText.substr(start, found - start));
         start = found + sDelimiter.size();

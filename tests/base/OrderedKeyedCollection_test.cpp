@@ -226,11 +226,13 @@ TEST(OrderedKeyedCollection, MovingTakesEverythingAndLeavesAnEmptyOne)
     Collection cFrom = CollectionOf({L"a", L"b"});
     Collection cTo = std::move(cFrom);
     EXPECT_EQ(TextsOf(cTo), (Texts{L"a", L"b"}));
+    // NOLINTBEGIN(bugprone-use-after-move): a collection that was moved from is empty and usable
     EXPECT_TRUE(cFrom.Empty());
     EXPECT_TRUE(cFrom.Add(TextKey(L"a"), L"new"));
     cTo = std::move(cFrom);
     EXPECT_EQ(TextsOf(cTo), Texts{L"new"});
     EXPECT_TRUE(cFrom.Empty());
+    // NOLINTEND(bugprone-use-after-move)
 }
 
 using OrderSnapshot = Collection::OrderSnapshot;
