@@ -16,7 +16,8 @@ namespace
 constexpr KeyHelp colKeys[] = {
     {L"Everywhere", nullptr},
     {L"Ctrl+Z, Ctrl+Y", L"undo and redo the last change of orders, levels or categories"},
-    {L"Ctrl+F", L"find in the list or tree that has the focus; Esc shows everything again"},
+    {L"Ctrl+F, Ctrl+Shift+F", L"find in the list or tree; in the tree from anywhere"},
+    {L"Esc", L"close the find bar and show everything again; end a drag"},
     {L"Ctrl+S", L"save every order once more"},
     {L"F6", L"go to the next pane"},
     {L"Alt+F4", L"close the window"},
@@ -30,6 +31,7 @@ constexpr KeyHelp colKeys[] = {
     {L"Enter", L"edit the cut"},
     {L"Delete", L"take the selected cuts out of the level"},
     {L"Alt+Up, Alt+Down", L"move them up or down"},
+    {L"Alt+Home, Alt+End", L"move them to the top or bottom of the level"},
     {L"Ctrl+A", L"select all"},
     {L"Ctrl+C, Ctrl+X", L"copy or cut them, to be put into a category with Ctrl+V in the tree"},
     {L"Letters", L"go to the next cut whose artist begins with them"},
@@ -37,8 +39,8 @@ constexpr KeyHelp colKeys[] = {
     {L"Mouse", nullptr},
     {L"Double-click", L"show a node of the tree; edit a cut of the list"},
     {L"Drag in the list", L"put cuts of a level into another place of its order"},
-    {L"Drag to the tree", L"put cuts into a category or level; Esc ends the drag"},
-    {L"Click on a heading", L"sort the list by that column; once more turns it, then back to schedule order"},
+    {L"Drag to the tree", L"put cuts into a category or level"},
+    {L"Click on a heading", L"sort the list by that column; again: reversed, then in schedule order"},
     {L"Right click on a heading", L"choose the columns"},
 };
 

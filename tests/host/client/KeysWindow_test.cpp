@@ -39,12 +39,15 @@ TEST(KeysWindow, EveryMeaningFitsItsColumn)
               [&](const User& user) {
         const HWND hDialog = user.WaitFor(L"#32770");
         const HWND hList = User::Control(hDialog, lKeysList);
+        constexpr int lMargins = 14; // left and right of a text together
         for (const KeyHelp& key : KeysAndMouse())
             for (const auto& [lColumn, sText] : {std::pair{0, key.sKey}, {1, key.sMeaning}})
-                if (sText)
-                    EXPECT_LT(Send(hList, LVM_GETSTRINGWIDTHW, 0, sText),
-                              Send(hList, LVM_GETCOLUMNWIDTH, lColumn))
-                        << std::string(sText, sText + ::lstrlenW(sText));
+            {
+                const std::wstring sCell = sText ? sText : L"";
+                EXPECT_LT(Send(hList, LVM_GETSTRINGWIDTHW, 0, sCell.c_str()) + lMargins,
+                          Send(hList, LVM_GETCOLUMNWIDTH, lColumn))
+                    << std::string(sCell.begin(), sCell.end());
+            }
         user.Key(VK_ESCAPE);
     });
 }
