@@ -66,7 +66,7 @@ std::vector<std::wstring> MostUseful(const LevelAdviser& adviser, const Simulati
 } // namespace
 
 void Advise(LevelAdviser& adviser, const SimulationResult& result, StationHealth& health,
-            const SimulationProgress& progress)
+            const SimulationProgress& progress, const std::function<void(std::size_t level)>& advised)
 {
     Report(progress, 0);
     std::vector<std::size_t> levels; // that are not green
@@ -75,10 +75,13 @@ void Advise(LevelAdviser& adviser, const SimulationResult& result, StationHealth
             levels.push_back(level);
     const double dLevels = static_cast<double>(levels.size());
     for (std::size_t at = 0; at < levels.size(); ++at)
-        adviser.Find(levels[at], PartOf(progress, static_cast<double>(at) / dLevels,
-                                        static_cast<double>(at + 1) / dLevels));
-    for (const std::size_t level : levels)
-        AdviseLevel(adviser, level, health);
+    {
+        AdviseLevel(
+            adviser, levels[at], health,
+            PartOf(progress, static_cast<double>(at) / dLevels, static_cast<double>(at + 1) / dLevels));
+        if (advised)
+            advised(levels[at]);
+    }
     health.remedies = MostUseful(adviser, result, health);
     Report(progress, 1);
 }

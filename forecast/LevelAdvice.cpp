@@ -115,8 +115,8 @@ void LevelAdviser::Find(std::size_t level, const SimulationProgress& progress)
     search.Try(RemedyKind::ArtistSeparation, remedies.ShorterArtistSeparation());
     search.Try(RemedyKind::MoreCuts, remedies.MoreCuts());
     search.Try(RemedyKind::FewerCuts, remedies.FewerCuts());
+    Report(progress, 1); // may cancel, which keeps nothing
     m_colFound.emplace(level, search.Found());
-    Report(progress, 1);
 }
 
 } // namespace ravlo

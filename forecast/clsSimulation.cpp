@@ -80,12 +80,15 @@ void clsSimulation::LookForAdvice(const SimulationProgress& progress, const Work
             progress(dDone, bCancel);
     };
     work(letHostRun);
-    const std::shared_ptr<clsSchedMan> cScheduler = m_station.cScheduler.lock();
-    for (std::size_t level = 0; cScheduler && level < m_health.levels.size(); ++level)
-        if (const std::vector<LevelRemedy>* pRemedies = m_adviser.Of(level))
-            for (const LevelRemedy& remedy : *pRemedies)
-                if (remedy.spread)
-                    cScheduler->RememberSpread(*remedy.spread);
+}
+
+// Precondition: the level is advised.
+void clsSimulation::RememberSpread(std::size_t level) const
+{
+    if (const std::shared_ptr<clsSchedMan> cScheduler = m_station.cScheduler.lock())
+        for (const LevelRemedy& remedy : *m_adviser.Of(level))
+            if (remedy.spread)
+                cScheduler->RememberSpread(*remedy.spread);
 }
 
 void clsSimulation::FindAdvice(std::size_t level, const SimulationProgress& progress) const
@@ -93,6 +96,7 @@ void clsSimulation::FindAdvice(std::size_t level, const SimulationProgress& prog
     if (m_health.levels.at(level).eLight != Light::Green && !m_adviser.Of(level))
         LookForAdvice(progress, [&](const SimulationProgress& letHostRun) {
             AdviseLevel(m_adviser, level, m_health, letHostRun);
+            RememberSpread(level);
         });
 }
 
@@ -100,7 +104,8 @@ void clsSimulation::FindAllAdvice(const SimulationProgress& progress) const
 {
     if (!m_bAllAdvised)
         LookForAdvice(progress, [&](const SimulationProgress& letHostRun) {
-            Advise(m_adviser, m_result, m_health, letHostRun);
+            Advise(m_adviser, m_result, m_health, letHostRun,
+                   [&](std::size_t level) { RememberSpread(level); });
         });
     m_bAllAdvised = true;
 }

@@ -52,7 +52,8 @@ public:
     const StationHealth& Health() const noexcept { return m_health; }
     // Looks for what helps a level, or all levels, unless that is known already. Each remedy is simulated,
     // which takes as long as the simulation did; the next spread of a level gives the order that is advised.
-    // Messages are pumped before each call of progress. Throws as Simulate does, and error 70 when it is
+    // Messages are pumped before each call of progress. A level whose search is cancelled is searched again
+    // when it is asked for. Throws as Simulate does, and error 70 when it is
     // called from there. Precondition: the caller keeps this object alive.
     void FindAdvice(std::size_t level, const SimulationProgress& progress = {}) const;
     void FindAllAdvice(const SimulationProgress& progress = {}) const;
@@ -70,6 +71,7 @@ private:
     std::int32_t PlaysIn(std::size_t level, CutNumber number) const;
 
     template <class Work> void LookForAdvice(const SimulationProgress& progress, const Work& work) const;
+    void RememberSpread(std::size_t level) const;
 
     const SimulationResult m_result;
     const Station m_station;
