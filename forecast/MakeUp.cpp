@@ -2,6 +2,7 @@
 #include "forecast/MakeUp.h"
 
 #include <algorithm>
+#include <cmath>
 #include <unordered_map>
 
 namespace ravlo
@@ -38,7 +39,10 @@ MakeUp MakeUpOf(const StationSnapshot& station, const std::vector<CutNumber>& or
 namespace
 {
 
-constexpr double dDayMins = 1440;
+constexpr double dDaymS = 86'400'000;
+constexpr double dMinutemS = 60'000;
+
+double WholemS(double dDays) noexcept { return std::round(dDays * dDaymS); }
 
 std::int32_t InForce(const SeparationRules& rules, std::int32_t lMins) noexcept
 {
@@ -47,7 +51,7 @@ std::int32_t InForce(const SeparationRules& rules, std::int32_t lMins) noexcept
 
 } // namespace
 
-double AskingRate::SlotMins() const noexcept { return asked == 0 ? 0 : dDays * dDayMins / asked; }
+double AskingRate::SlotMins() const noexcept { return asked == 0 ? 0 : WholemS(dDays) / dMinutemS / asked; }
 
 std::int32_t AskingRate::AttainableMins(std::size_t cuts, std::size_t most) const noexcept
 {
@@ -56,7 +60,7 @@ std::int32_t AskingRate::AttainableMins(std::size_t cuts, std::size_t most) cons
     if (most == 0)
         return lAnyMins;
     // Divided last, so that a quotient without remainder is exact.
-    const double dMins = static_cast<double>(cuts / most) * dDays * dDayMins / asked;
+    const double dMins = static_cast<double>(cuts / most) * WholemS(dDays) / (dMinutemS * asked);
     return static_cast<std::int32_t>(std::min<double>(dMins, lAnyMins));
 }
 

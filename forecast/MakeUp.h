@@ -36,7 +36,8 @@ struct AskingRate
     double dDays = 0;
     std::uint32_t asked = 0;
 
-    // Minutes from one slot to the next; 0 when it is never asked.
+    // Minutes from one slot to the next; 0 when it is never asked. Here and below the days count in whole
+    // milliseconds: the difference of two dates is not exact, and 30 minutes must not become 29.
     double SlotMins() const noexcept;
     // The longest separation, in whole minutes, that a level can keep which has so many cuts, most of them
     // of one artist or title; lAnyMins without any. 0 for a level without cuts and one that is never asked.

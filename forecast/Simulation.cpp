@@ -211,7 +211,7 @@ LogRow SimulationResult::RowAt(std::size_t row) const
 
 double SimulationResult::PlayedDays() const noexcept
 {
-    return plan.IsTimed() ? std::min(dDays, dtEnd - dtStart) : dDays;
+    return plan.IsTimed() && !rows.empty() ? std::min(dDays, dtEnd - rows.front().dtStart) : dDays;
 }
 
 std::vector<LogRow> SimulationResult::Rows() const

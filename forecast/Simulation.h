@@ -52,7 +52,8 @@ struct SimulationResult
 {
     LogRow RowAt(std::size_t row) const;
     std::vector<LogRow> Rows() const; // the day's log, see LogCsv
-    // The days that were played: dDays, or less when the slots with times end before.
+    // The days that were played: dDays, or for slots with times those from the first slot to the end of the
+    // last, dDays at most.
     double PlayedDays() const noexcept;
 
     std::shared_ptr<const StationSnapshot> cStation;

@@ -64,13 +64,14 @@ TEST(MakeUp, AttainableMinutesAreWholePlacesTimesSlotMinutes)
         double dSlotMins;
         std::int32_t lAttainable;
     } colCases[] = {
-        {{1, 0}, 10, 2, 0, 0},                   // never asked
-        {{1, 24}, 0, 0, 60, 0},                  // no cuts
-        {{1, 24}, 3, 0, 60, lAnyMins},           // no cut has an artist
-        {{1, 24}, 10, 3, 60, 180},               // floor(10 / 3) places of an hour
-        {{7, 1000}, 5, 1, 10.08, 50},            // 50.4
-        {{1, 7}, 7, 1, 1440.0 / 7, 1440},        // exact in spite of the fraction
-        {{1.5, 24}, 4, 2, 90, 180},              // one and a half days
+        {{1, 0}, 10, 2, 0, 0},            // never asked
+        {{1, 24}, 0, 0, 60, 0},           // no cuts
+        {{1, 24}, 3, 0, 60, lAnyMins},    // no cut has an artist
+        {{1, 24}, 10, 3, 60, 180},        // floor(10 / 3) places of an hour
+        {{7, 1000}, 5, 1, 10.08, 50},     // 50.4
+        {{1, 7}, 7, 1, 1440.0 / 7, 1440}, // exact in spite of the fraction
+        {{1.5, 24}, 4, 2, 90, 180},       // one and a half days
+        {{DateTimeOf({2024, 3, 8, 13, 0, 0}) - DateTimeOf({2024, 3, 8, 6, 0, 0}), 14}, 5, 1, 30, 150},
         {{3660, 1}, 1000, 1, 5270400, lAnyMins}, // more than can be shown
     };
     for (const auto& one : colCases)
