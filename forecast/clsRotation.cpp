@@ -76,7 +76,6 @@ std::shared_ptr<const clsSimulation> clsRotation::Simulate(DateTime dtStart, dou
 {
     const std::shared_ptr<clsSchedMan> cScheduler = Populated();
     const Plan plan = m_plan;
-    const std::shared_ptr<DataBase> cDataBase = cScheduler->DataBase();
     ModScheduler& cMod = cScheduler->Mod();
     const SimulationProgress letHostRun = [&](double dDone, bool& bCancel) {
         const ModScheduler::OthersRun cOthers(cMod);
@@ -89,6 +88,8 @@ std::shared_ptr<const clsSimulation> clsRotation::Simulate(DateTime dtStart, dou
     constexpr double dPlayed = 0.9;
     Pace pace(cMod.Ports().cClock, letHostRun);
     pace.Report(0);
+    // Only now: the host may have populated from another database.
+    const std::shared_ptr<DataBase> cDataBase = cScheduler->DataBase();
     const LetHostRun pump = [&] { pace.PumpIfDue(); };
     std::shared_ptr<const StationSnapshot> cStation =
         TakeSnapshot(cMod, *cScheduler->colMainCats(), cScheduler->History(), cScheduler->Options(),

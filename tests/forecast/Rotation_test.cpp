@@ -197,6 +197,18 @@ TEST_F(RotationTest, ACutThatLeftTheDataBaseIsACopy)
     EXPECT_EQ(cSimulation->CutOf(L"nobody"), nullptr);
 }
 
+TEST_F(RotationTest, CutsAreThoseOfTheDataBaseThatIsSimulated)
+{
+    cRotation.AddSlot(L"Pop\t1", false);
+    const auto cOther = std::make_shared<FakeDataBase>();
+    cOther->Add(L"p1", L"Pop", 1);
+    const auto cSimulation = cRotation.Simulate(dtStart, 1, {}, [&](double dDone, bool&) {
+        if (dDone == 0)
+            cLib.cSchedMan->PopulateFromDataBase(cOther, L"C:\\Radio\\");
+    });
+    EXPECT_EQ(cSimulation->CutOf(L"p1"), cOther->Own(L"p1"));
+}
+
 TEST_F(RotationTest, ASimulationTakesItsOptionsAndChecksItsTime)
 {
     EXPECT_EQ(ErrorOf([&] { cRotation.Simulate(dtStart, 1, {}, {}); }), error::InvalidProcedureCall)
@@ -270,6 +282,32 @@ TEST_F(RotationTest, AdviceIsLookedForWhenItIsAskedFor)
     cSimulation->FindAllAdvice();
     EXPECT_EQ(levels[2].advice, advice);
     EXPECT_FALSE(cSimulation->Health().remedies.empty());
+}
+
+TEST_F(RotationTest, ASearchThatIsCancelledIsMadeAgain)
+{
+    // The first of each level, which does not depend on chance as a spread does.
+    const auto adviceOf = [](const clsSimulation& cSimulation) {
+        Lines advice;
+        for (std::size_t level = 0; level < cSimulation.Health().levels.size(); ++level)
+        {
+            const Lines ofLevel = cSimulation.Advice(level);
+            advice.push_back(ofLevel.empty() ? L"none" : ofLevel[0]);
+        }
+        return advice;
+    };
+    const Lines all = adviceOf(*Simulated());
+    bool bCancelled = true;
+    for (int lStep = 0; bCancelled; ++lStep)
+    {
+        const std::shared_ptr<const clsSimulation> cSimulation = Simulated();
+        int lSteps = 0;
+        bCancelled =
+            ErrorOf([&] {
+                cSimulation->FindAllAdvice([&](double, bool& bCancel) { bCancel = lSteps++ == lStep; });
+            }) == error::UserInterrupt;
+        EXPECT_EQ(adviceOf(*cSimulation), all) << lStep;
+    }
 }
 
 TEST_F(RotationTest, AdviceIsRefusedInsideTheSearchForIt)
