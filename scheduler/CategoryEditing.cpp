@@ -62,7 +62,9 @@ void PutAt(const clsCat& cSubCat, const std::vector<std::size_t>& colPositions, 
 {
     if (std::is_sorted(colPositions.begin(), colPositions.end()))
         return;
-    record.colOrders.push_back({{cSubCat.CatName(), cSubCat.CatLevel()}, OrderOf(*cSubCat.SchedCuts())});
+    ChangeRecord::Order& order = record.colOrders.emplace_back();
+    order.category = {cSubCat.CatName(), cSubCat.CatLevel()};
+    order.colKeys = OrderOf(*cSubCat.SchedCuts());
     cSubCat.SchedCuts()->Reorder(colPositions);
 }
 
