@@ -62,9 +62,7 @@ void PutAt(const clsCat& cSubCat, const std::vector<std::size_t>& colPositions, 
 {
     if (std::is_sorted(colPositions.begin(), colPositions.end()))
         return;
-    ChangeRecord::Order& order = record.colOrders.emplace_back();
-    order.category = {cSubCat.CatName(), cSubCat.CatLevel()};
-    order.colKeys = OrderOf(*cSubCat.SchedCuts());
+    record.colOrders.push_back(PresentOrder(cSubCat));
     cSubCat.SchedCuts()->Reorder(colPositions);
 }
 

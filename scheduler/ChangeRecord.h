@@ -12,6 +12,8 @@
 namespace ravlo
 {
 
+class clsCat;
+
 // Where everything was before a change of cuts: enough to undo the change. Contains only names, numbers and
 // keys, so a record keeps nothing alive and remains valid after a reload.
 struct ChangeRecord
@@ -65,5 +67,8 @@ struct ChangeRecord
                colRenamed.empty();
     }
 };
+
+// The order of a level as it is now.
+ChangeRecord::Order PresentOrder(const clsCat& cSubCat);
 
 } // namespace ravlo

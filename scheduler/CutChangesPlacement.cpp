@@ -336,11 +336,16 @@ void CutChanges::FollowNewKey(const std::shared_ptr<Cut>& cCut, const TextKey& c
 
 // ---- recording ----
 
+ChangeRecord::Order PresentOrder(const clsCat& cSubCat)
+{
+    return {{cSubCat.CatName(), cSubCat.CatLevel()}, OrderOf(*cSubCat.SchedCuts())};
+}
+
 void CutChanges::RecordOrder(const std::shared_ptr<clsCat>& cSubCat)
 {
     if (!IsOwn() || m_colRecordedOrders.contains(cSubCat))
         return;
-    m_record.colOrders.push_back({{cSubCat->CatName(), cSubCat->CatLevel()}, OrderOf(*cSubCat->SchedCuts())});
+    m_record.colOrders.push_back(PresentOrder(*cSubCat));
     m_colRecordedOrders.insert(cSubCat);
 }
 

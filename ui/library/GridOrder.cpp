@@ -33,13 +33,13 @@ void clsSchedLibGridPresenter::Rearrange(const std::function<void(ViewOrder& cOr
     std::vector<bool> bSelected(ListedCount());
     for (const std::size_t row : SelectedRows())
         bSelected[ListedRow(row)] = true;
-    const std::optional<std::size_t> currentListed =
-        current && *current < RowCount() ? std::optional(ListedRow(*current)) : std::nullopt;
+    const bool bCurrent = current && *current < RowCount();
+    const std::size_t currentListed = bCurrent ? ListedRow(*current) : 0;
 
     change(m_order);
     m_cView.SetRowCount(RowCount());
     SelectListed(bSelected);
-    const std::optional<std::size_t> now = currentListed ? RowOfListed(*currentListed) : std::nullopt;
+    const std::optional<std::size_t> now = bCurrent ? RowOfListed(currentListed) : std::nullopt;
     if (now)
     {
         // As far below the upper edge as before.
