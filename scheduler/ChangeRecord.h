@@ -21,7 +21,7 @@ struct ChangeRecord
     struct State
     {
         std::int32_t lCatLevel;
-        std::wstring sCategoryText;
+        std::wstring sCategoryText; // of NamesTextOf
 
         friend bool operator==(const State&, const State&) = default;
     };

@@ -6,6 +6,7 @@
 #include "rotation/RotationOrder.h"
 #include "scheduler/CategoryEditing.h"
 #include "scheduler/CutChanges.h"
+#include "scheduler/CutNames.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -145,7 +146,7 @@ void Reversal::FindCuts()
         std::shared_ptr<Cut> cCut = cDataBase ? cDataBase->CutByKey(cut.cKey) : nullptr;
         if (!cCut)
             m_colGone.insert(cut.cKey);
-        else if (cut.after && ChangeRecord::State{cCut->CatLevel(), cCut->CategoryText()} != *cut.after)
+        else if (cut.after && ChangeRecord::State{cCut->CatLevel(), NamesTextOf(*cCut)} != *cut.after)
             m_colChangedSince.insert(cut.cKey);
         else
         {
@@ -224,8 +225,8 @@ void Reversal::ChangeCut(const std::shared_ptr<Cut>& cCut, const Change& change)
     const TextKey cKey = cCut->Key();
     if (cCut->CatLevel() != change.before->lCatLevel)
         cCut->SetCatLevel(change.before->lCatLevel);
-    if (cCut->CategoryText() != change.before->sCategoryText)
-        cCut->SetCategoryText(change.before->sCategoryText);
+    if (NamesTextOf(*cCut) != change.before->sCategoryText)
+        SetNamesText(*cCut, change.before->sCategoryText);
     RequireSameTree();
     for (const Level* level : change.colJoins)
     {

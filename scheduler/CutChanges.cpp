@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/CutChanges.h"
 
+#include "scheduler/CutNames.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -169,7 +171,7 @@ void CutChanges::KeepCut(const Changed& changed)
         m_record.colCuts[*m_colRecordedCuts.Find(changed.record.cKey)].after;
     try
     {
-        after = ChangeRecord::State{changed.cCut->CatLevel(), changed.cCut->CategoryText()};
+        after = ChangeRecord::State{changed.cCut->CatLevel(), NamesTextOf(*changed.cCut)};
     }
     catch (...)
     {
@@ -328,7 +330,7 @@ void CutChanges::TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, 
     FollowNewKey(cCut, cKey);
     const Mark mark = Now();
     m_colChanged.push_back({cCut,
-                            {cKey, {cCut->CatLevel(), cCut->CategoryText()}, {}},
+                            {cKey, {cCut->CatLevel(), NamesTextOf(*cCut)}, {}},
                             m_cState.cPlacedCuts.Recall(cKey),
                             m_cState.populations});
     try
@@ -405,8 +407,8 @@ void CutChanges::PutBack(const Changed& changed) noexcept
         }
     };
     Attempt([&] {
-        if (cCut->CategoryText() != changed.record.before.sCategoryText)
-            cCut->SetCategoryText(changed.record.before.sCategoryText);
+        if (NamesTextOf(*cCut) != changed.record.before.sCategoryText)
+            SetNamesText(*cCut, changed.record.before.sCategoryText);
     });
     Attempt([&] {
         if (cCut->CatLevel() != changed.record.before.lCatLevel)

@@ -12,6 +12,7 @@ namespace
 {
 
 constexpr const wchar_t* sWhere = L"Undo.dat";
+constexpr std::uint32_t lMsBetweenReadings = 1'000;
 
 } // namespace
 
@@ -126,6 +127,7 @@ try
     m_content = {};
     m_eUnsaved = Unsaved::No;
     m_bLoaded = false;
+    m_lReadFailedAt.reset();
     m_sPath = sPath;
 }
 catch (...)
@@ -134,27 +136,57 @@ catch (...)
 }
 
 void UndoSteps::Load() noexcept
-try
 {
-    if (std::exchange(m_bLoaded, true))
+    const std::uint32_t lNow = m_cMod.Ports().cClock.TickCount();
+    if (m_bLoaded || (m_lReadFailedAt && lNow - *m_lReadFailedAt < lMsBetweenReadings))
         return;
-    const std::optional<std::string> bytes = m_cMod.Saved().Read(m_sPath, this);
+    try
+    {
+        Read();
+        m_bLoaded = true;
+        m_lReadFailedAt.reset();
+    }
+    catch (...)
+    {
+        if (!m_lReadFailedAt)
+            m_cMod.LogError(sWhere, CurrentError());
+        m_lReadFailedAt = lNow;
+    }
+}
+
+// Waits for a locked file only at the first attempt: the others are made while a menu opens.
+void UndoSteps::Read()
+{
+    const std::optional<std::string> bytes =
+        m_cMod.Saved().Read(m_sPath, this, m_lReadFailedAt ? Patience::None : Patience::UpToASecond);
     if (!bytes)
         return;
     if (std::optional<UndoContent> content = DecodeUndoFile(*bytes))
     {
-        m_content = std::move(*content);
-        for (std::deque<UndoStep>* pSteps : {&m_content.colUndo, &m_content.colRedo})
-            for (UndoStep& step : *pSteps)
-                step.lNumber = ++m_lNumbers;
+        PutBefore(std::move(*content));
         return;
     }
     m_cMod.Saved().NotUnderstood(m_sPath, this);
     m_cMod.WriteDebugLog(L"Nothing can be undone, the file is damaged: " + m_sPath);
 }
-catch (...)
+
+// Puts these steps before those of this program, of which the first one ended redo.
+void UndoSteps::PutBefore(UndoContent older)
 {
-    m_cMod.LogError(sWhere, CurrentError());
+    const bool bNewer = m_eUnsaved != Unsaved::No;
+    if (bNewer)
+        older.colRedo.clear();
+    for (std::deque<UndoStep>* pSteps : {&older.colUndo, &older.colRedo})
+        for (UndoStep& step : *pSteps)
+            step.lNumber = ++m_lNumbers;
+    for (UndoWay eWay : {UndoWay::Undo, UndoWay::Redo})
+        for (const UndoStep& step : Steps(eWay))
+            if (const std::optional<ChangeRecord> record = DecodeRecord(step.bytes, m_content.cTables))
+                (eWay == UndoWay::Undo ? older.colUndo : older.colRedo)
+                    .push_back({step.lNumber, step.sWhat, EncodeRecord(*record, older.cTables)});
+    m_content = std::move(older);
+    if (bNewer)
+        DropOldest();
 }
 
 void UndoSteps::Save() noexcept
@@ -164,6 +196,9 @@ void UndoSteps::Save() noexcept
     try
     {
         m_eUnsaved = Unsaved::Tried;
+        Load();
+        if (!m_bLoaded)
+            return; // what the file has must not be lost
         const SavedFiles::Stamp lStamp = m_cMod.Saved().Begin();
         const std::string bytes =
             Bytes() > mostBytes ? EncodeUndoFile(UndoContent()) : EncodeUndoFile(m_content);
@@ -180,6 +215,8 @@ void UndoSteps::SaveAtEnd() noexcept
 {
     if (m_eUnsaved == Unsaved::Tried)
         m_eUnsaved = Unsaved::Yes;
+    if (m_lReadFailedAt)
+        *m_lReadFailedAt -= lMsBetweenReadings; // one more attempt now
     Save();
 }
 

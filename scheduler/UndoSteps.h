@@ -20,7 +20,8 @@ enum class UndoWay : int
 
 // A station's units of work that can be undone, and the undone ones that can be redone. Each is kept as the
 // record that takes it back; see ReverseChange. They are kept over a restart in Scheduler\Undo.dat, which is
-// read when they are first needed. Errors of that file are only logged: without it there are no steps.
+// read when they are first needed. Errors of that file are only logged. While it cannot be read, only new
+// steps are known, and it is not written; when it can be read, its steps are the older ones.
 class UndoSteps
 {
 public:
@@ -73,6 +74,8 @@ private:
         return eWay == UndoWay::Undo ? m_content.colUndo : m_content.colRedo;
     }
     void Load() noexcept;
+    void Read();
+    void PutBefore(UndoContent older);
     void Push(UndoWay eWay, const std::wstring& sWhat, const ChangeRecord& record);
     void DropOldest();
     std::size_t StepBytes() const noexcept;
@@ -82,8 +85,9 @@ private:
     ModScheduler& m_cMod;
     std::wstring m_sPath; // empty before the first population
     bool m_bLoaded = true;
+    std::optional<std::uint32_t> m_lReadFailedAt; // by the tick count
     Unsaved m_eUnsaved = Unsaved::No;
-    std::uint64_t m_lNumbers = 0;
+    std::uint64_t m_lNumbers = 0; // given to steps, each once
     UndoContent m_content;
 };
 

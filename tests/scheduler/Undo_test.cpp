@@ -263,6 +263,20 @@ TEST_F(UndoTest, AnOrderReturnsWithoutCutsThatAreGoneAndBeforeNewOnes)
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"f", L"b", L"d", L"new", L"e"})) << "the order before the undo";
 }
 
+TEST_F(UndoTest, ACategoryNameWithASlashReturnsWhole)
+{
+    Start(L"AC/DC 1: a b | Rock 1: c");
+    const std::shared_ptr<Cut> cCut = CutOf(L"a");
+    cCut->SetCategoryText({});
+    for (const wchar_t* sName : {L"AC/DC", L"Folk"})
+        cCut->AddCategoryName(sName);
+    const std::vector<std::wstring> colNames = cCut->CategoryNames();
+    cLib.Change(eMoveExclusiveHere, Level(L"AC/DC", 1), Level(L"Rock", 1), {cCut});
+    EXPECT_EQ(cCut->CategoryNames(), std::vector<std::wstring>{L"Rock"});
+    Man().Undo();
+    EXPECT_EQ(cCut->CategoryNames(), colNames);
+}
+
 TEST_F(UndoTest, CutsThatOthersHaveChangedStayAsTheyAre)
 {
     Move({L"a", L"b", L"c"}, Level(L"Pop", 1));
@@ -451,6 +465,28 @@ TEST_F(UndoTest, ADamagedFileMeansNoStepsAndIsKeptAside)
     EXPECT_EQ(cPorts.cFiles.Get(std::wstring(sUndoPath) + L".bak"), damaged);
     cLib.Restart();
     EXPECT_EQ(Man().UndoText(), L"Undo re-order of Rock 1");
+}
+
+TEST_F(UndoTest, AFileThatCannotBeReadAtFirstKeepsItsSteps)
+{
+    MoveTo(L"f", 1);
+    const std::string before = cPorts.cFiles.Get(sUndoPath);
+    cPorts.cFiles.SetUnreadable(sUndoPath, error::PermissionDenied);
+    cLib.Restart();
+    EXPECT_FALSE(Man().CanUndo());
+    MoveTo(L"e", 1);
+    EXPECT_EQ(Man().UndoText(), L"Undo re-order of Rock 1");
+    EXPECT_FALSE(cPorts.cFiles.PresenceOf(std::wstring(sUndoPath) + L".bak") == Presence::Present);
+    EXPECT_EQ(Logged(L"DISPLAYERROR, Undo.dat " + CriticalText(70)), 1);
+    cPorts.cFiles.SetUnreadable(sUndoPath, 0);
+    EXPECT_EQ(cPorts.cFiles.Get(sUndoPath), before);
+    cPorts.cClock.Advance(1'000);
+    Move({L"a"}, Level(L"Pop", 1));
+    cLib.Restart();
+    for (const wchar_t* sStep : {L"move of 1 cut to Pop 1", L"re-order of Rock 1", L"re-order of Rock 1"})
+        EXPECT_EQ(Man().Undo(), std::wstring(L"Undone: ") + sStep);
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"c", L"d", L"e", L"f"}));
+    EXPECT_FALSE(Man().CanUndo());
 }
 
 TEST_F(UndoTest, StepsStayWithTheirStation)

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include "scheduler/CutNames.h"
+
+#include "base/Text.h"
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+namespace ravlo
+{
+
+std::wstring NamesTextOf(const Cut& cCut)
+{
+    std::wstring sText = cCut.CategoryText();
+    if (sText.find(L'/') == std::wstring::npos)
+        return sText;
+    const std::vector<std::wstring> colNames = cCut.CategoryNames();
+    if (std::none_of(colNames.begin(), colNames.end(),
+                     [](const std::wstring& sName) { return sName.find(L'/') != std::wstring::npos; }))
+        return sText;
+    sText.clear();
+    for (const std::wstring& sName : colNames)
+        (sText += cNameSeparator) += sName;
+    return sText;
+}
+
+void SetNamesText(Cut& cCut, const std::wstring& sText)
+{
+    if (sText.empty() || sText.front() != cNameSeparator)
+    {
+        cCut.SetCategoryText(sText);
+        return;
+    }
+    cCut.SetCategoryText({});
+    for (const std::wstring& sName :
+         Split(std::wstring_view(sText).substr(1), std::wstring_view(&cNameSeparator, 1)))
+        cCut.AddCategoryName(sName);
+}
+
+} // namespace ravlo

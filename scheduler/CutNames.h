@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "media/Cut.h"
+
+#include <string>
+
+namespace ravlo
+{
+
+// The cut's category names as one text: its category text; when a name contains "/", which would then be
+// split, each name behind the separator.
+constexpr wchar_t cNameSeparator = L'\x1F';
+std::wstring NamesTextOf(const Cut& cCut);
+// Gives the cut exactly these names.
+void SetNamesText(Cut& cCut, const std::wstring& sText);
+
+} // namespace ravlo
