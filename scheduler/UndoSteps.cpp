@@ -14,6 +14,22 @@ namespace
 constexpr const wchar_t* sWhere = L"Undo.dat";
 constexpr std::uint32_t lMsBetweenReadings = 1'000;
 
+// The file for steps that are too large together: those of one way, if they are not too large alone.
+std::string FileOfOneWay(const UndoContent& content)
+{
+    for (const auto pSteps : {&UndoContent::colUndo, &UndoContent::colRedo})
+    {
+        UndoContent oneWay;
+        for (const UndoStep& step : content.*pSteps)
+            if (const std::optional<ChangeRecord> record = DecodeRecord(step.bytes, content.cTables))
+                (oneWay.*pSteps).push_back({0, step.sWhat, EncodeRecord(*record, oneWay.cTables)});
+        std::string bytes = EncodeUndoFile(oneWay);
+        if (!(oneWay.*pSteps).empty() && bytes.size() <= UndoSteps::mostBytes)
+            return bytes;
+    }
+    return EncodeUndoFile({});
+}
+
 } // namespace
 
 // ---- steps
@@ -90,18 +106,21 @@ std::size_t UndoSteps::Bytes() const noexcept
     return StepBytes() + m_content.cTables.KeyBytes().size() + m_content.cTables.TextBytes().size();
 }
 
-// Over the bound, drops some steps at once, so that the tables are made again only now and then.
+// Over the bound, forgets what no step needs, then drops the steps that are farthest away, those to undo
+// first. Some are dropped at once, so that the tables are made again only now and then.
 void UndoSteps::DropOldest()
 {
-    std::deque<UndoStep>& colUndo = m_content.colUndo;
-    while (colUndo.size() > mostSteps)
-        colUndo.pop_front();
-    for (std::size_t most = mostBytes; Bytes() > most && colUndo.size() > 1; most = mostBytes / 8 * 7)
-    {
-        colUndo.erase(colUndo.begin(), colUndo.begin() + std::ssize(colUndo) / 4 + 1);
-        if (Bytes() > mostBytes / 8 * 7)
+    while (m_content.colUndo.size() > mostSteps)
+        m_content.colUndo.pop_front();
+    if (Bytes() <= mostBytes)
+        return;
+    Renumber();
+    for (std::deque<UndoStep>* pSteps : {&m_content.colUndo, &m_content.colRedo})
+        while (Bytes() > mostBytes / 8 * 7 && pSteps->size() > 1)
+        {
+            pSteps->erase(pSteps->begin(), pSteps->begin() + std::ssize(*pSteps) / 4 + 1);
             Renumber();
-    }
+        }
 }
 
 // Forgets the keys and texts that no step refers to any more.
@@ -200,8 +219,7 @@ void UndoSteps::Save() noexcept
         if (!m_bLoaded)
             return; // what the file has must not be lost
         const SavedFiles::Stamp lStamp = m_cMod.Saved().Begin();
-        const std::string bytes =
-            Bytes() > mostBytes ? EncodeUndoFile(UndoContent()) : EncodeUndoFile(m_content);
+        const std::string bytes = Bytes() > mostBytes ? FileOfOneWay(m_content) : EncodeUndoFile(m_content);
         m_cMod.Saved().Replace(m_sPath, lStamp, bytes, this, SavedFiles::Unseen::KeepAside, Patience::None);
         m_eUnsaved = Unsaved::No;
     }

@@ -551,5 +551,52 @@ TEST(UndoSteps, TheOldestStepsGoWhenTheFileWouldBeTooLarge)
     EXPECT_LT(kept, steps);
 }
 
+ChangeRecord RecordOf(std::size_t cuts)
+{
+    ChangeRecord record;
+    record.colOrders.push_back({{L"Rock", 1}, {}});
+    for (std::size_t cut = 0; cut < cuts; ++cut)
+        record.colOrders[0].colKeys.emplace_back(std::to_wstring(cut * 7 + cuts) +
+                                                 std::wstring(40'000, L'x'));
+    return record;
+}
+
+TEST(UndoSteps, ASmallStepAfterAnUndoneLargeOneIsSaved)
+{
+    RadioPorts cPorts;
+    ModScheduler cMod(cPorts.Ports());
+    cPorts.cFiles.MakeFolders(std::wstring(sRadio) + L"Scheduler");
+    UndoSteps cSteps(cMod);
+    cSteps.Serve(sRadio);
+    cSteps.Add(L"first", RecordOf(2));
+    cSteps.Add(L"large", RecordOf(190));
+    cSteps.Reversed(*cSteps.Next(UndoWay::Undo), UndoWay::Undo, RecordOf(190));
+    cSteps.Add(L"small", RecordOf(15));
+    cSteps.Save();
+    UndoSteps cRead(cMod);
+    cRead.Serve(sRadio);
+    for (const wchar_t* sWhat : {L"small", L"first"})
+    {
+        EXPECT_EQ(cRead.What(UndoWay::Undo), sWhat);
+        cRead.Reversed(*cRead.Next(UndoWay::Undo), UndoWay::Undo, {});
+    }
+}
+
+TEST(UndoSteps, TheFileKeepsTheNextStepWhenTheOtherWayIsTooLarge)
+{
+    RadioPorts cPorts;
+    ModScheduler cMod(cPorts.Ports());
+    cPorts.cFiles.MakeFolders(std::wstring(sRadio) + L"Scheduler");
+    UndoSteps cSteps(cMod);
+    cSteps.Serve(sRadio);
+    cSteps.Add(L"first", RecordOf(2));
+    cSteps.Add(L"larger", RecordOf(5));
+    cSteps.Reversed(*cSteps.Next(UndoWay::Undo), UndoWay::Undo, RecordOf(230));
+    cSteps.Save();
+    UndoSteps cRead(cMod);
+    cRead.Serve(sRadio);
+    EXPECT_EQ(cRead.What(UndoWay::Undo), L"first");
+}
+
 } // namespace
 } // namespace ravlo::test
