@@ -27,14 +27,15 @@ void CategoryFind::QueryChanged(const std::wstring& sQuery)
     m_cSelector.NarrowCategories(sQuery);
 }
 
-void CategoryFind::CloseBar()
+bool CategoryFind::CloseBar()
 {
     if (!std::exchange(m_bOpen, false))
-        return;
+        return false;
     QueryChanged(L"");
     m_cBar.SetQuery(L"");
     m_cBar.ShowBar(false);
     m_cBar.FocusList();
+    return true;
 }
 
 void CategoryFind::GoToList()

@@ -24,7 +24,7 @@ public:
     bool IsOpen() const noexcept { return m_bOpen; }
 
     void QueryChanged(const std::wstring& sQuery) override;
-    void CloseBar() override;
+    bool CloseBar() override;
     void GoToList() override;
 
 private:

@@ -30,8 +30,8 @@ class FindBarListener
 public:
     virtual ~FindBarListener() = default;
     virtual void QueryChanged(const std::wstring& sQuery) = 0;
-    // Esc and the button: the whole list, without a bar.
-    virtual void CloseBar() = 0;
+    // Esc and the button: the whole list, without a bar. Returns whether the bar was open.
+    virtual bool CloseBar() = 0;
     // Enter and the arrow down: the list gets the focus.
     virtual void GoToList() = 0;
     virtual void Step() {}

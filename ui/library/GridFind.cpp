@@ -63,16 +63,17 @@ void GridFind::QueryChanged(const std::wstring& sQuery)
     Step();
 }
 
-void GridFind::CloseBar()
+bool GridFind::CloseBar()
 {
     if (!std::exchange(m_bOpen, false))
-        return;
+        return false;
     m_words = SearchWords();
     m_bPending = true;
     Step();
     m_cBar.SetQuery(L"");
     m_cBar.ShowBar(false);
     m_cBar.FocusList();
+    return true;
 }
 
 void GridFind::GoToList()

@@ -33,7 +33,7 @@ public:
     void OpenBar();
 
     void QueryChanged(const std::wstring& sQuery) override;
-    void CloseBar() override;
+    bool CloseBar() override;
     // Selects a row when none is selected.
     void GoToList() override;
     void Step() override;

@@ -38,7 +38,6 @@ void clsSchedLibGridPresenter::Rearrange(const std::function<void(ViewOrder& cOr
 
     change(m_order);
     m_cView.SetRowCount(RowCount());
-    SelectListed(bSelected);
     const std::optional<std::size_t> now = bCurrent ? RowOfListed(currentListed) : std::nullopt;
     if (now)
     {
@@ -50,6 +49,7 @@ void clsSchedLibGridPresenter::Rearrange(const std::function<void(ViewOrder& cOr
     }
     else if (!m_order.IsNarrowed() && m_hidden)
         ReturnTo(*m_hidden);
+    SelectListed(bSelected); // last: what was selected in the narrowed list stays so in the whole one
     if (!m_order.IsNarrowed())
         m_hidden.reset();
 }

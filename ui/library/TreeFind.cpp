@@ -29,14 +29,15 @@ void TreeFind::QueryChanged(const std::wstring& sQuery)
     Step();
 }
 
-void TreeFind::CloseBar()
+bool TreeFind::CloseBar()
 {
     if (!std::exchange(m_bOpen, false))
-        return;
+        return false;
     QueryChanged(L"");
     m_cBar.SetQuery(L"");
     m_cBar.ShowBar(false);
     m_cBar.FocusList();
+    return true;
 }
 
 void TreeFind::GoToList()

@@ -32,7 +32,7 @@ public:
     void Reveal(CategoryTreePresenter::Node node);
 
     void QueryChanged(const std::wstring& sQuery) override;
-    void CloseBar() override;
+    bool CloseBar() override;
     // Selects the first category when the selected one is hidden.
     void GoToList() override;
     void Step() override;

@@ -67,7 +67,10 @@ void clsSchedLibGridPresenter::LetGoOfGrid()
 
 TextKey clsSchedLibGridPresenter::KeyAt(std::size_t row) const
 {
-    return m_listed.colKeys.empty() ? CutAt(row)->Key() : m_listed.colKeys[ListedRow(row)];
+    if (!m_listed.colKeys.empty())
+        return m_listed.colKeys[ListedRow(row)];
+    const std::shared_ptr<Cut> cCut = CutAt(row); // kept: a host's cut may list others when asked
+    return cCut->Key();
 }
 
 std::shared_ptr<clsCat> clsSchedLibGridPresenter::LevelAt(std::size_t row) const
@@ -120,8 +123,8 @@ std::optional<std::size_t> clsSchedLibGridPresenter::FindRow(const std::wstring&
         for (std::size_t step = 0; step < RowCount(); ++step)
         {
             const std::size_t row = (start + step) % RowCount();
-            const Cut& cCut = *CutAt(row);
-            if (BeginsFolded(TextOrNone([&] { return (cCut.*TextOfCut)(); }), sFolded))
+            const std::shared_ptr<Cut> cCut = CutAt(row); // kept: a host's cut may list others when asked
+            if (BeginsFolded(TextOrNone([&] { return (cCut.get()->*TextOfCut)(); }), sFolded))
                 return row;
         }
     return std::nullopt;

@@ -102,6 +102,27 @@ TEST_P(FindTest, ClosingTheBarShowsTheWholeListAtItsRow)
     EXPECT_EQ(cCutsBar.colFocused, (Lines{L"query", L"list", L"list"}));
 }
 
+TEST_P(FindTest, WhatWasSelectedWhileNarrowedStaysSelected)
+{
+    cGridView.lCurrent = 3;
+    FindCuts(L"queen");
+    EXPECT_EQ(cGridView.lCurrent, std::nullopt) << "the current row is hidden";
+    Grid().SelectAll();
+    EXPECT_TRUE(Find().CloseBar());
+    EXPECT_EQ(SelectedKeys(), (Keys{L"b.wav", L"c.wav"}));
+    EXPECT_EQ(cGridView.lCurrent, 3u);
+}
+
+TEST_P(FindTest, ClosingSaysWhetherTheBarWasOpen)
+{
+    EXPECT_FALSE(Find().CloseBar() || FindCategories().CloseBar()) << "Esc cancels a cut then";
+    FindCuts(L"queen");
+    NarrowTree(L"jazz");
+    EXPECT_TRUE(Find().CloseBar());
+    EXPECT_TRUE(FindCategories().CloseBar());
+    EXPECT_FALSE(Find().CloseBar() || FindCategories().CloseBar());
+}
+
 TEST_P(FindTest, TheQueryStaysWhenNodesAndNewsAreShown)
 {
     FindCuts(L"queen");

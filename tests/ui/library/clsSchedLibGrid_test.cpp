@@ -123,6 +123,28 @@ TEST_P(SchedLibGridTest, TypingFindsTheNextArtistElseATitle)
     EXPECT_EQ(Grid().FindRow(L"qu", 0), std::nullopt);
 }
 
+TEST_P(SchedLibGridTest, ACutThatClearsTheListWhenAskedIsKept)
+{
+    const auto expectKept = [&](const char* sMember, const auto& ask) {
+        auto cCut = std::make_shared<FakeCut>();
+        const std::weak_ptr<FakeCut> cWeak = cCut;
+        bool bKept = false;
+        cCut->OnCall = [&](const std::string& sAsked) {
+            if (sAsked != sMember || Grid().RowCount() == 0)
+                return;
+            Grid().Clear();
+            bKept = !cWeak.expired();
+        };
+        ListedCuts listed;
+        listed.colCuts.push_back(std::move(cCut));
+        Grid().Show(std::move(listed));
+        ask();
+        EXPECT_TRUE(bKept) << sMember;
+    };
+    expectKept("Artist", [&] { Grid().FindRow(L"qu", 0); });
+    expectKept("Key", [&] { Grid().KeyAt(0); });
+}
+
 // ---- levels dragged from
 
 TEST_P(SchedLibGridTest, CutsComeFromTheLevelTheyAreListedUnder)

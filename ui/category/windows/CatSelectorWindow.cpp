@@ -373,6 +373,8 @@ void CatSelectorWindow::Enable(SelectorControl eControl, bool bEnable)
     ::EnableWindow(Of(eControl), bEnable);
     if (eControl == lblMatch)
         ::EnableWindow(m_hMatchLabel1, bEnable);
+    else if (eControl == lstCat)
+        ::EnableWindow(m_cBar->Handle(), bEnable);
 }
 
 // A song list and its label are shown and hidden together.

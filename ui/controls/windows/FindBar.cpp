@@ -60,6 +60,10 @@ LRESULT FindBar::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
     case WM_SIZE:
         LayOut();
         return 0;
+    case WM_ENABLE: // else the field keeps the focus, looks usable and takes keys
+        for (const HWND hControl : {m_hLabel, m_hQuery, m_hCount, m_hClose})
+            ::EnableWindow(hControl, wParam != FALSE);
+        return 0;
     case WM_DRAWITEM:
         Draw(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
         return TRUE;
@@ -165,7 +169,7 @@ void FindBar::Draw(const DRAWITEMSTRUCT& item) const
         return DrawGlass(item.hDC, place);
     const HGDIOBJ hBefore = ::SelectObject(item.hDC, m_hSymbols.get());
     ::SetBkMode(item.hDC, TRANSPARENT);
-    ::SetTextColor(item.hDC, ::GetSysColor(COLOR_BTNTEXT));
+    ::SetTextColor(item.hDC, ::GetSysColor(item.itemState & ODS_DISABLED ? COLOR_GRAYTEXT : COLOR_BTNTEXT));
     ::DrawTextW(item.hDC, sCross, 1, &place, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
     ::SelectObject(item.hDC, hBefore);
 }

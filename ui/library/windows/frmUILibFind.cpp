@@ -25,7 +25,7 @@ void frmUILibWindow::ListenToFindBars()
 }
 
 // Ctrl+F opens the bar of the pane that has the focus, Ctrl+Shift+F that of the tree; Esc in a pane closes
-// its bar.
+// its bar and, when that was open, does nothing else.
 bool frmUILibWindow::OnFindKey(const MSG& message)
 {
     if (message.message != WM_KEYDOWN || Down(VK_MENU))
@@ -41,10 +41,8 @@ bool frmUILibWindow::OnFindKey(const MSG& message)
     if (message.wParam != VK_ESCAPE || Down(VK_CONTROL))
         return false;
     if (bInTree)
-        m_cForm->Panes().FindCategories().CloseBar();
-    else if (message.hwnd == m_cGrid->Handle())
-        m_cForm->Panes().FindCuts().CloseBar();
-    return false;
+        return m_cForm->Panes().FindCategories().CloseBar();
+    return message.hwnd == m_cGrid->Handle() && m_cForm->Panes().FindCuts().CloseBar();
 }
 
 // Not in a pane that the split panel has closed.

@@ -370,7 +370,8 @@ void frmUILibWindow::Grey(bool bGrey)
     const HWND hFocus = ::GetFocus();
     if (bGrey && hFocus && ::IsChild(Handle(), hFocus))
         m_hFocus = hFocus;
-    for (const HWND hControl : {m_hTopLeft, m_cTree->Handle(), m_cGrid->Handle()})
+    for (const HWND hControl :
+         {m_hTopLeft, m_cTree->Handle(), m_cGrid->Handle(), m_cCategoriesBar->Handle(), m_cCutsBar->Handle()})
         ::EnableWindow(hControl, !bGrey);
     m_cStatus->Enable(!bGrey);
     EnableMenuBar(Handle(), !bGrey);
