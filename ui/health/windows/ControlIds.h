@@ -4,7 +4,7 @@
 namespace ravlo
 {
 
-inline constexpr const wchar_t* sfrmHealthClass = L"frmHealth";
+inline constexpr const wchar_t* sfrmHealthClass = L"RavloHealth";
 
 // The controls of the rotation health window.
 enum HealthControlId : int
