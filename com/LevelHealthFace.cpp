@@ -92,8 +92,8 @@ STDMETHODIMP LevelHealthFace::get_Advice(_clsCollection** pVal)
 {
     return Return(pVal, [&] {
         const std::shared_ptr<const clsSimulation> cKeepAlive = m_cSimulation; // a handler may release this
-        const std::shared_ptr<const SimulationProgress> cProgress = m_cProgress.lock();
-        return TextsOut(cKeepAlive->Advice(m_level, cProgress ? *cProgress : SimulationProgress()));
+        const SimulationProgress progress = m_cProgress();
+        return TextsOut(cKeepAlive->Advice(m_level, progress));
     });
 }
 

@@ -48,11 +48,24 @@ void RaiseStep(EventSource& cEvents, double dDone, bool& bCancel)
 
 RotationFace::RotationFace()
     : Dispatch(identity), m_cEvents(*static_cast<_clsRotation*>(this), DIID___clsRotation),
-      m_cStep(std::make_shared<SimulationProgress>([this](double dDone, bool& bCancel) {
-          const ComPtr<_clsRotation> cKeepAlive(this); // a handler may release it
-          RaiseStep(m_cEvents, dDone, bCancel);
-      }))
+      m_pThis(std::make_shared<RotationFace*>(this))
 {
+}
+
+// A handler may release this object: the progress keeps it.
+SimulationProgress RotationFace::Step()
+{
+    return [cThis = ComPtr<RotationFace>(this)](double dDone, bool& bCancel) {
+        RaiseStep(cThis->m_cEvents, dDone, bCancel);
+    };
+}
+
+AdviceProgress RotationFace::StepWhileAlive() const
+{
+    return [pWeak = std::weak_ptr<RotationFace*>(m_pThis)] {
+        const std::shared_ptr<RotationFace*> pThis = pWeak.lock();
+        return pThis ? (*pThis)->Step() : SimulationProgress();
+    };
 }
 
 STDMETHODIMP RotationFace::get_Scheduler(_clsSchedMan** pVal)
@@ -115,7 +128,7 @@ STDMETHODIMP RotationFace::Simulate(DATE dtStart, double dDays, VARIANT vFair, V
 {
     return Return(pVal, [&] {
         const SimulationOptions options{OptionIn(vFair), OptionIn(vFeatured)};
-        return SimulationOut(m_cRotation.Simulate(dtStart, dDays, options, *m_cStep), m_cStep);
+        return SimulationOut(m_cRotation.Simulate(dtStart, dDays, options, Step()), StepWhileAlive());
     });
 }
 
@@ -147,7 +160,7 @@ STDMETHODIMP RotationFace::WriteReport(_clsSimulation* cSimulation, BSTR sFile)
     return Guard([&] {
         m_cRotation.MustBePopulated();
         const std::shared_ptr<const clsSimulation> cCore = SimulationFrom(cSimulation);
-        m_cRotation.WriteReport(*cCore, TextOf(sFile), *m_cStep);
+        m_cRotation.WriteReport(*cCore, TextOf(sFile), Step());
     });
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "com/SimulationFace.h"
 #include "comkit/Dispatch.h"
 #include "forecast/clsRotation.h"
 
@@ -51,10 +52,13 @@ protected:
     EventSource* Events() noexcept override { return &m_cEvents; }
 
 private:
+    SimulationProgress Step(); // raises SimulationStep
+    AdviceProgress StepWhileAlive() const;
+
     ComPtr<_clsSchedMan> m_cManager; // the host's view of the manager that m_cRotation works on
     clsRotation m_cRotation;
     EventSource m_cEvents;
-    std::shared_ptr<const SimulationProgress> m_cStep; // raises SimulationStep, as long as this object lives
+    std::shared_ptr<RotationFace*> m_pThis; // for those that do not keep this object alive
 };
 
 } // namespace ravlo

@@ -6,6 +6,7 @@
 
 #include <RavloScheduler.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -13,8 +14,9 @@
 namespace ravlo
 {
 
-// Whom to tell of the search for advice: the object that made the simulation, while it lives.
-using AdviceProgress = std::weak_ptr<const SimulationProgress>;
+// Returns whom to tell of a search for advice: the object that made the simulation, which the progress keeps
+// alive; an empty progress once that object is gone.
+using AdviceProgress = std::function<SimulationProgress()>;
 
 // _clsSimulation over a simulation. What it returns is new with every call.
 class SimulationFace final : public Dispatch<_clsSimulation>

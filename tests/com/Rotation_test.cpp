@@ -379,6 +379,33 @@ TEST_F(RotationTest, InsideAStepTheHostMayDoAnything)
     EXPECT_GT(Get(cSimulation, &_clsSimulation::get_Picks), 0);
 }
 
+TEST_F(RotationTest, ARotationThatIsReleasedInAStepTellsAdviceToItsEnd)
+{
+    AddSlot();
+    const auto colLevels = Get(Simulated(7), &_clsSimulation::get_Levels);
+    std::vector<double> steps;
+    InEachStep([&](double dDone, VARIANT_BOOL&) {
+        steps.push_back(dDone);
+        m_cRotation = nullptr;
+    });
+    m_cMan = nullptr;
+    const auto cLevel = ItemAt<_clsLevelHealth>(colLevels, Long(1));
+    EXPECT_FALSE(ItemsOf(Get(cLevel, &_clsLevelHealth::get_Advice)).empty());
+    ASSERT_GE(steps.size(), 2u);
+    EXPECT_EQ(steps.back(), 1);
+}
+
+TEST_F(RotationTest, AdviceNeedsNoRotation)
+{
+    AddSlot();
+    const auto cLevel = ItemAt<_clsLevelHealth>(Get(Simulated(7), &_clsSimulation::get_Levels), Long(1));
+    bool bTold = false;
+    InEachStep([&](double, VARIANT_BOOL&) { bTold = true; });
+    m_cRotation = nullptr;
+    EXPECT_FALSE(ItemsOf(Get(cLevel, &_clsLevelHealth::get_Advice)).empty());
+    EXPECT_FALSE(bTold);
+}
+
 TEST_F(RotationTest, ResultsOutliveTheManagerAndItsRotation)
 {
     AddSlot();
@@ -511,6 +538,22 @@ TEST_P(StepTest, WhatAHostDoesInTheLastStepChangesNothing)
     Do(cBefore, &_clsSimulation::SaveLog, File(L"before.csv"));
     Do(cAfter, &_clsSimulation::SaveLog, File(L"after.csv"));
     EXPECT_EQ(Content(L"after.csv"), Content(L"before.csv"));
+}
+
+TEST_P(StepTest, WhatAHostDoesWhileAdviceIsSoughtChangesNone)
+{
+    AddSlot();
+    const auto advice =
+        ItemsOf(Get(ItemAt<_clsLevelHealth>(Get(Simulated(3), &_clsSimulation::get_Levels), Long(1)),
+                    &_clsLevelHealth::get_Advice));
+    const auto cLevel = ItemAt<_clsLevelHealth>(Get(Simulated(3), &_clsSimulation::get_Levels), Long(1));
+    bool bActed = false;
+    InEachStep([&](double, VARIANT_BOOL&) {
+        if (!std::exchange(bActed, true))
+            Act();
+    });
+    EXPECT_EQ(ItemsOf(Get(cLevel, &_clsLevelHealth::get_Advice)), advice);
+    EXPECT_TRUE(bActed);
 }
 
 INSTANTIATE_TEST_SUITE_P(Actions, StepTest, testing::Range(0, 8));
