@@ -7,6 +7,8 @@
 #include "host/day/TextTable.h"
 #include "plan/DayLog.h"
 
+#include <algorithm>
+
 namespace ravlo
 {
 
@@ -68,8 +70,14 @@ LevelFigures FiguresOf(_clsLevelHealth& cLevel)
     figures.lNeverPlayed = CountIn(cLevel, &_clsLevelHealth::get_NeverPlayed);
     figures.lUnderHalf = CountIn(cLevel, &_clsLevelHealth::get_UnderHalf);
     figures.lRulesBroken = Read(cLevel, &_clsLevelHealth::get_RulesBroken);
-    figures.advice = TextsIn(*Items(cLevel, &_clsLevelHealth::get_Advice));
     return figures;
+}
+
+template <class Visit> void ForEachLevel(_clsSimulation& cSimulation, const Visit& visit)
+{
+    ComPtr<_clsCollection> colLevels;
+    ThrowIfFailed(cSimulation.get_Levels(colLevels.Receive()), cSimulation, __uuidof(_clsSimulation));
+    ForEach(*colLevels, [&](IDispatch& cItem) { visit(*ComPtr<IDispatch>(&cItem).As<_clsLevelHealth>()); });
 }
 
 // "rock:2"
@@ -85,13 +93,27 @@ std::wstring NameOfLevel(const std::wstring& sKey)
 
 std::vector<LevelFigures> FiguresOf(_clsSimulation& cSimulation)
 {
-    ComPtr<_clsCollection> colLevels;
-    ThrowIfFailed(cSimulation.get_Levels(colLevels.Receive()), cSimulation, __uuidof(_clsSimulation));
     std::vector<LevelFigures> levels;
-    ForEach(*colLevels, [&](IDispatch& cItem) {
-        levels.push_back(FiguresOf(*ComPtr<IDispatch>(&cItem).As<_clsLevelHealth>()));
-    });
+    ForEachLevel(cSimulation, [&](_clsLevelHealth& cLevel) { levels.push_back(FiguresOf(cLevel)); });
     return levels;
+}
+
+void AddAdvice(_clsSimulation& cSimulation, std::vector<LevelFigures>& levels,
+               const std::function<void(double dFrom, double dTo)>& begin)
+{
+    const auto isNotGreen = [](const LevelFigures& level) { return level.lLight != lGreen; };
+    const auto dWanting = static_cast<double>(std::count_if(levels.begin(), levels.end(), isNotGreen));
+    double dAdvised = 0;
+    auto level = levels.begin();
+    ForEachLevel(cSimulation, [&](_clsLevelHealth& cLevel) {
+        if (isNotGreen(*level))
+        {
+            begin(dAdvised / dWanting, (dAdvised + 1) / dWanting);
+            level->advice = TextsIn(*Items(cLevel, &_clsLevelHealth::get_Advice));
+            ++dAdvised;
+        }
+        ++level;
+    });
 }
 
 std::vector<std::wstring> OverAsked(_clsSimulation& cSimulation)
@@ -117,6 +139,21 @@ std::wstring HealthTable(const std::vector<LevelFigures>& levels)
     return table.Text();
 }
 
+namespace
+{
+
+// Empty for a level without cuts and one whose cuts have no artist: neither has a separation to speak of.
+std::wstring SeparationClause(const LevelFigures& level)
+{
+    constexpr std::int32_t lAnyMins = 2'000'000'000; // what is attainable without artists
+    if (level.lCuts == 0 || level.lAttainableArtistMins >= lAnyMins)
+        return {};
+    return L", where the artist separation is " + DecimalText(level.lArtistSepMins) + L" minutes and " +
+           DecimalText(level.lAttainableArtistMins) + L" can be kept";
+}
+
+} // namespace
+
 std::wstring AdviceLines(const std::vector<LevelFigures>& levels)
 {
     std::wstring sText;
@@ -124,9 +161,7 @@ std::wstring AdviceLines(const std::vector<LevelFigures>& levels)
     {
         if (level.advice.empty())
             continue;
-        sText += NameOfLevel(level.sKey) + L", where the artist separation is " +
-                 DecimalText(level.lArtistSepMins) + L" minutes and " +
-                 DecimalText(level.lAttainableArtistMins) + L" can be kept:\n";
+        sText += NameOfLevel(level.sKey) + SeparationClause(level) + L":\n";
         for (const auto& sRemedy : level.advice)
             sText += L"  " + sRemedy + L"\n";
     }

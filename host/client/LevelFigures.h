@@ -4,6 +4,7 @@
 #include <RavloScheduler.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -29,11 +30,15 @@ struct LevelFigures
     std::int32_t lNeverPlayed = 0; // cuts
     std::int32_t lUnderHalf = 0;
     std::int32_t lRulesBroken = 0;
-    std::vector<std::wstring> advice;
+    std::vector<std::wstring> advice; // see AddAdvice
 };
 
 // Throw the simulation's errors.
-std::vector<LevelFigures> FiguresOf(_clsSimulation& cSimulation);
+std::vector<LevelFigures> FiguresOf(_clsSimulation& cSimulation); // without advice
+// Looks for what helps each level that is not green, which takes several simulations a level. begin is called
+// before each with the part from dFrom to dTo of the whole work that it is.
+void AddAdvice(_clsSimulation& cSimulation, std::vector<LevelFigures>& levels,
+               const std::function<void(double dFrom, double dTo)>& begin);
 std::vector<std::wstring> OverAsked(_clsSimulation& cSimulation);
 
 // A table with a heading, a line each.

@@ -46,20 +46,51 @@ void CheckPlan(const PlanFile& plan, const ForecastOptions& options,
         CheckLevels({timed.slot}, levels, options.sSlots);
 }
 
+// Shows how much of a part of the work is done, as the rotation object tells it. Clears the line at the end.
+class StepsShown
+{
+public:
+    StepsShown(_clsRotation& cObject, std::wstring sWork, ProgressLine& cLine)
+        : m_sWork(std::move(sWork)), m_cLine(cLine),
+          m_cListener(cObject, DIID___clsRotation,
+                      [this](DISPID, const EventArguments& arguments) { Show(arguments.At(0).dblVal); })
+    {
+    }
+    StepsShown(const StepsShown&) = delete;
+    StepsShown& operator=(const StepsShown&) = delete;
+    ~StepsShown() { m_cLine.Clear(); }
+
+    // The steps that follow are that part of the work.
+    void Begin(double dFrom, double dTo)
+    {
+        m_dFrom = dFrom;
+        m_dTo = dTo;
+    }
+
+private:
+    void Show(double dDone)
+    {
+        const double dOfWork = m_dFrom + dDone * (m_dTo - m_dFrom);
+        m_cLine.Show(m_sWork + L": " + DecimalText(static_cast<std::int64_t>(dOfWork * 100)) + L" %");
+    }
+
+    const std::wstring m_sWork;
+    ProgressLine& m_cLine;
+    double m_dFrom = 0;
+    double m_dTo = 1;
+    const EventListener m_cListener;
+};
+
 ComPtr<_clsSimulation> Simulated(RotationObject& cRotation, const ForecastOptions& options, DateTime dtStart,
                                  ProgressLine& cLine)
 {
     _clsRotation& cObject = cRotation.Object();
     cRotation.Check(options.sClock.empty() ? cObject.LoadSlots(Bstr(FullPath(options.sSlots)).Get())
                                            : cObject.LoadClock(Bstr(FullPath(options.sClock)).Get()));
-    const EventListener listener(cObject, DIID___clsRotation, [&](DISPID, const EventArguments& arguments) {
-        const double dDone = arguments.At(0).dblVal;
-        cLine.Show(L"Simulating: " + DecimalText(static_cast<std::int64_t>(dDone * 100)) + L" %");
-    });
+    const StepsShown steps(cObject, L"Simulating", cLine);
     ComPtr<_clsSimulation> cSimulation;
     cRotation.Check(cObject.Simulate(dtStart, options.lDays, OptionVariant(options.rotation.bFair),
                                      OptionVariant(options.rotation.bFeatured), cSimulation.Receive()));
-    cLine.Clear();
     return cSimulation;
 }
 
@@ -125,6 +156,13 @@ DateTime Chain(std::vector<LogRow>& rows, DateTime dtStart, bool bClock)
         dtNext = EndOfSlot(row.dtStart, row.cut ? row.cut->lDurationmS : 0);
     }
     return dtNext;
+}
+
+void Advise(RotationObject& cRotation, _clsSimulation& cSimulation, std::vector<LevelFigures>& levels,
+            ProgressLine& cLine)
+{
+    StepsShown steps(cRotation.Object(), L"Looking for what helps", cLine);
+    AddAdvice(cSimulation, levels, [&](double dFrom, double dTo) { steps.Begin(dFrom, dTo); });
 }
 
 void PrintSimulation(_clsSimulation& cSimulation, const std::vector<LevelFigures>& levels,
@@ -193,12 +231,13 @@ int RunForecast(const ForecastOptions& options, const Console& cOut, const Conso
                          : plan.timed.empty() ? plays.End()
                                               : plan.timed.front().dtAt;
     const auto cSimulation = Simulated(rotation, options, dtStart, line);
-    const auto levels = FiguresOf(*cSimulation);
+    auto levels = FiguresOf(*cSimulation);
     if (!options.bHealth)
     {
         PrintSimulation(*cSimulation, levels, options, dtStart, cOut);
         return lExitOk;
     }
+    Advise(rotation, *cSimulation, levels, line);
     const int lStatus = PrintHealth(levels, OverAsked(*cSimulation), cOut);
     WriteReports(rotation, *cSimulation, options, cOut);
     return lStatus;

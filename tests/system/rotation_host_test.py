@@ -15,6 +15,8 @@ from host_case import HOST, START, STATION, WINE_RUN, HostCase, content_of
 # Two cuts of Ann's follow each other, and she may return after ten minutes: the second is passed over in every round.
 STARVING = "path,artist,title,duration_ms,categories,level,opener\n" + "".join(
     f"D:\\{n}.mp3,{'Ann' if n <= 2 else 'Artist ' + str(n)},Song {n},180000,pop,1,N\n" for n in range(1, 9))
+JINGLES = "path,artist,title,duration_ms,categories,level,opener\n" + "".join(
+    f"D:\\{n}.mp3,,Jingle {n},10000,jingles,1,N\n" for n in range(1, 4))
 RULES = struct.pack("<iiH55si", 10, 1, 0, b"pop\xac\xac\xac1".ljust(55), 0)  # artist 10 minutes, title 1, no album
 
 
@@ -127,6 +129,21 @@ class RotationHost(HostCase):
             row = table[level["key"].replace("\t", ":")]
             self.assertIn(level["light"], row)
             self.assertEqual(row[-1], str(level["rulesBroken"]))
+
+    def test_only_health_looks_for_what_helps_and_tells_how_far_it_is(self):
+        self.starving_station()
+        arguments = *STATION, "--clock", "clock", "--start", START, "--days", "60", "--progress"
+        _, error = self.ends(4, "health", *arguments)
+        self.assertRegex(error, r"Simulating: .*Looking for what helps: ")
+        _, error = self.ends(0, "simulate", *arguments)
+        self.assertIn("Simulating: ", error)
+        self.assertNotIn("Looking", error)
+
+    def test_a_level_without_artists_is_told_of_no_separation(self):
+        self.good("import", "--db", "library.db", "--csv", self.write("jingles.csv", JINGLES))
+        self.write("clock", "jingles,1,Y\n")
+        out, _ = self.ends(4, "health", *STATION, "--clock", "clock", "--days", "1")
+        self.assertRegex(out, r"\njingles:1:\n  \d+ of \d+ slots stay empty: no cut is an opener\n")
 
     def test_a_spread_is_saved_and_explained_picks_come(self):
         self.starving_station()
