@@ -183,7 +183,7 @@ void frmUILibPresenter::NewCategory(clsSchedMan& cSchedMan)
         return;
     m_cResults.Say(L"New category: " + sName);
     m_cPanes.ShowChanges(cSchedMan);
-    m_cPanes.SelectNode(CategoryKey(sName, 0));
+    m_cPanes.BringIntoView(CategoryKey(sName, 0));
 }
 
 void frmUILibPresenter::NewLevel(clsSchedMan& cSchedMan)
@@ -207,7 +207,7 @@ void frmUILibPresenter::NewLevel(clsSchedMan& cSchedMan)
         return;
     m_cPanes.ShowChanges(cSchedMan);
     const std::wstring sNew = m_cPanes.NewLevelKey(sMainKey, colBefore);
-    m_cPanes.SelectNode(sNew);
+    m_cPanes.BringIntoView(sNew);
     m_cResults.Say(L"New level: " + NodeText(sNew));
 }
 

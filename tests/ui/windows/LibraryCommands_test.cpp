@@ -159,7 +159,7 @@ TEST_F(LibraryCommands, ANewCategoryAndANewLevelAppearInTheTree)
         user.AnswerInput(L"3");
         EXPECT_EQ(Tree(Item(L"Rock")), (Texts{L"1", L"2", L"3"}));
         EXPECT_TRUE(IsExpanded(Item(L"Rock")));
-        EXPECT_EQ(SelectedNode(), L"3");
+        EXPECT_EQ(SelectedNode(), L"Rock");
         EXPECT_EQ(Status(0), L"Showing All Audio") << "what was shown before";
         EXPECT_EQ(Status(2), L"New level: Rock 3");
         Show(user, Item(L"Rock", L"3"));

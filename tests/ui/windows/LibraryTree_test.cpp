@@ -306,7 +306,7 @@ TEST_F(LongLibraryTree, ANewLevelIsScrolledIntoView)
         const RECT label = LabelOf(Item(L"Zither", L"999"));
         EXPECT_GE(label.top, 0);
         EXPECT_LE(label.bottom, ClientOf(hTree).bottom);
-        EXPECT_EQ(SelectedNode(), L"999");
+        EXPECT_EQ(SelectedNode(), L"Zither");
         EXPECT_EQ(Status(0), L"Showing All Audio");
     });
 }
