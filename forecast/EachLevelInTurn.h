@@ -7,10 +7,10 @@
 namespace ravlo
 {
 
-// A plan for a station whose clock is not known: asks every level that has cuts, one after the other, all as
-// often, from dtStart on for so many days. A slot is as long as the level's cuts are on average. An hour that
-// repeats would not do: a station with many levels would never come to the last ones. Empty when no level has
-// cuts. Precondition: days as in Simulate.
+// A plan for a station whose clock is not known: asks every level that has cuts in turn, equally often, for
+// dDays days from dtStart. A slot has the average length of the level's cuts. Its slots have times: a
+// repeating hour would never reach the last of many levels. Empty when no level has cuts. Precondition: days
+// as in Simulate.
 Plan EachLevelInTurn(const StationSnapshot& station, DateTime dtStart, double dDays);
 
 } // namespace ravlo

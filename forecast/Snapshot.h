@@ -53,8 +53,8 @@ struct StationSnapshot
 };
 
 // Reads a station once. Throws what the cuts of its levels throw, naming the cut. A play of the history that
-// cannot be read is left out: on air it breaks no rule either. Precondition: the station's objects outlive
-// the call, whatever the host does in letHostRun.
+// cannot be read is left out: on air it breaks no rule either. Precondition: the caller keeps the station's
+// objects alive during the call, because letHostRun may release the host's own references.
 std::shared_ptr<StationSnapshot> TakeSnapshot(ModScheduler& cMod, const CatCollection& colMainCats,
                                               const PlayHistory& cHistory,
                                               const RotationOptions& options = {},

@@ -46,9 +46,9 @@ public:
     void AddSlot(const std::wstring& strSubCatKey, bool bMustBeOpener);
     std::size_t SlotCount() const noexcept { return m_plan.Slots().size(); }
 
-    // Plays the plan on a copy of the station, and says how each level fares. Messages are pumped before each
-    // call of progress, and the host may do anything then, also end this object: the simulation goes on with
-    // what it has read.
+    // Plays the plan on a copy of the station, and says how each level fares. Pumps messages before each call
+    // of progress. The host may then do anything, including releasing this object: the simulation continues
+    // on its copy.
     std::shared_ptr<const clsSimulation> Simulate(DateTime dtStart, double dDays,
                                                   const SimulationOptions& options,
                                                   const SimulationProgress& progress) const;

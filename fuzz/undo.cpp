@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Undo.dat: any content under a right check is refused, or read and written again without a change. Whatever
-// it says, undoing and redoing it all leaves each cut of the database in the tree's levels once at most, and
-// files that the next start reads.
+// Undo.dat: content with a valid checksum is either refused, or means the same when written and read again.
+// After all its steps were undone and redone, each cut of the database is in a level at most once, and the
+// next start can read the files.
 #include "fuzz/RadioStation.h"
 
 #include "scheduler/UndoRecords.h"

@@ -110,8 +110,8 @@ public:
                                    std::size_t position = std::numeric_limits<std::size_t>::max());
     // Returns the level of that number; creates it when missing.
     std::shared_ptr<clsCat> EnsureLevel(const std::shared_ptr<clsCat>& cMainCat, std::int32_t lLevel);
-    // Adds a cut to the end of a level that does not contain it, and touches the level. The cut keeps its
-    // category names, whatever they are.
+    // Adds a cut to the end of a level that does not contain it, and touches the level. Leaves the cut's
+    // category names alone, even when they do not name this category.
     void Join(const SchedulerState::Place& place, const std::shared_ptr<Cut>& cCut, const TextKey& cKey);
     // As PutInOrder of RotationOrder.h, and touches the level when its order changes.
     void PutInOrder(const SchedulerState::Place& place, const std::vector<TextKey>& colKeys);

@@ -94,7 +94,7 @@ void Fill(HWND hDialog)
     int lRow = 0;
     for (const KeyHelp& key : colKeys)
     {
-        // Keys stand in from the heading above them.
+        // Keys are indented below their heading.
         SetCell(hList, LVM_INSERTITEMW, lRow, 0, (key.sMeaning ? L"   " : L"") + std::wstring(key.sKey));
         if (key.sMeaning)
             SetCell(hList, LVM_SETITEMTEXTW, lRow, 1, key.sMeaning);

@@ -66,7 +66,7 @@ private:
             for (std::size_t cut = 0; cut < colBefore.size(); ++cut)
                 Restore(*cDataBase.cInner.colCuts[cut], *colBefore[cut]);
         }
-        // A rollback does not fail, whatever the cut's members do.
+        // A rollback succeeds even when the cut's members are set to fail.
         static void Restore(Cut& cCut, const Cut& cBefore)
         {
             auto* pFake = dynamic_cast<FakeCut*>(&cCut);

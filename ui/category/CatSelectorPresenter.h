@@ -61,7 +61,7 @@ public:
     // As PopulateLists, for a collection that may have changed. The choice is found again by name and level,
     // and kept if it still exists.
     void RefreshLists(std::shared_ptr<CatCollection> colMainCats);
-    // The cuts selected in the visible list, in its order. Entries with the same text all stand for the first
+    // The cuts selected in the visible list, in its order. Entries with the same text all mean the first
     // such cut.
     Cuts SelectedCuts() const;
 

@@ -65,7 +65,7 @@ std::optional<HealthTarget> frmHealthPresenter::ShowModalUI(std::optional<Plan> 
     ShowPlan();
     if (const std::shared_ptr<HealthForecast> cForecast = m_memory.cForecast)
     {
-        m_bStale = true; // nobody has watched since
+        m_bStale = true; // changes since the window was closed were not noticed
         TakeForecast(cForecast);
     }
     m_bSimulateNext = true;
@@ -260,7 +260,7 @@ bool frmHealthPresenter::NeedsAdvice() const
            StateOf(*pLevel) == LevelState::Asked && !m_memory.cForecast->adviser.Of(*m_level);
 }
 
-// The user may choose another level meanwhile, and a simulation may not: it waits for the end of this.
+// During the search the user may choose another level. A simulation waits until the search has ended.
 void frmHealthPresenter::FindAdvice(const SimulationProgress& progress)
 {
     const std::shared_ptr<HealthForecast> cForecast = m_memory.cForecast;

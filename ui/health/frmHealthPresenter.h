@@ -37,8 +37,8 @@ struct HealthMemory
 };
 
 // The rotation health window: simulates a plan, shows how each level fares, and carries out what helps.
-// Simulations run while messages are pumped: whatever the user or the host asks for in between is done when
-// they have ended or been cancelled.
+// A simulation pumps messages. Requests of the user or the host during it are handled after it has ended or
+// was cancelled.
 class frmHealthPresenter final : private DataBaseEvents
 {
 public:
@@ -49,8 +49,8 @@ public:
     frmHealthPresenter(const frmHealthPresenter&) = delete;
     frmHealthPresenter& operator=(const frmHealthPresenter&) = delete;
 
-    // Shows the window until it is closed, and simulates at once. A window that is already showing comes to
-    // the front instead. Returns the cut that the user wants to go to in the library window, if any.
+    // Shows the window until it is closed, and simulates at once. If it is already showing, brings it to the
+    // front instead. Returns the cut that the user wants to go to in the library window, if any.
     std::optional<HealthTarget> ShowModalUI(std::optional<Plan> hostPlan);
     bool Showing() const noexcept { return m_bShowing; }
     // Closes the window, after a simulation that runs has been cancelled.
@@ -133,11 +133,11 @@ private:
     Run m_eRun = Run::None;
     bool m_bShowing = false;
     bool m_bCancel = false;
-    bool m_bStale = false;        // the figures are of before the last change
+    bool m_bStale = false;        // the figures are older than the last change
     bool m_bAdviceFailed = false; // or was cancelled, for the chosen level
     bool m_bSimulateNext = false; // asked for while something else runs
     bool m_bCloseNext = false;
-    bool m_bRemembered = false; // the plan is one of before, which nobody has confirmed
+    bool m_bRemembered = false; // the plan is the remembered one; the user has not confirmed it
 };
 
 } // namespace ravlo

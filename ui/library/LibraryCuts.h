@@ -42,8 +42,8 @@ public:
     // Forgets the cuts that were cut; false when there are none.
     bool CancelCut();
 
-    // Moves the selected cuts together, in the order of their rows, so that they begin at that position of
-    // the shown level, from 1; past the end: to its end. The rows may stand apart.
+    // Moves the selected cuts, in the order of their rows, to a position of the shown level, from 1. A
+    // position past the last one means the end. The rows need not be adjacent.
     void MoveSelectedTo(std::size_t position);
     void MoveSelectedToTop() { MoveSelectedTo(1); }
     void MoveSelectedToBottom() { MoveSelectedTo(std::numeric_limits<std::size_t>::max()); }

@@ -25,8 +25,8 @@ struct CutInList
 {
     const Cut& cCut;
     std::int32_t lPos = 0; // in the listing, from 1
-    // How many cuts of its level are before it; nothing for a cut in no level. Of several levels, the one
-    // that comes to it first.
+    // How many cuts of its level are before it; nothing for a cut in no level. In several levels: the
+    // smallest of its numbers.
     std::optional<std::size_t> before;
     DateTime dtNow = 0;
 };

@@ -16,8 +16,8 @@ class NextToPlay
 public:
     // Forgets the cuts listed before.
     void Reset() { m_colBefore.reset(); }
-    // Nothing for a cut in no level. In the listing of all audio, of several levels the one that comes to the
-    // cut first; the first call reads the order of every level.
+    // Nothing for a cut in no level. In the listing of all audio, a cut in several levels gets the smallest
+    // of its numbers; the first call reads the order of every level.
     std::optional<std::size_t> Before(const ListedCuts& listed, std::size_t listedRow);
 
 private:

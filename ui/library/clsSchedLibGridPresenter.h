@@ -136,8 +136,8 @@ public:
     // Moves the selected rows down by so many rows, or up for a negative number, at most to the end; under
     // the rules of a drop.
     void MoveSelected(std::ptrdiff_t steps);
-    // Calls move, which moves the selected rows together, if they may be moved, and makes them visible; they
-    // may stand apart.
+    // Calls move, which moves the selected rows next to each other, if they may be moved, and makes them
+    // visible. The rows need not be adjacent.
     void MoveTogether(const std::function<void()>& move);
     // Begins and ends a drag of the selected rows; false when there are none.
     bool StartDrag();

@@ -77,7 +77,7 @@ void clsSchedLibGridWindow::AlignColumn(std::size_t gridColumn) const
     Send(LVM_SETCOLUMNW, NumberInList(gridColumn), reinterpret_cast<LPARAM>(&column));
 }
 
-// The list has no arrow in a heading of its own accord, so the headings' control draws it.
+// The list draws no sort arrow, so the headings' control does.
 void clsSchedLibGridWindow::MarkHeading(std::size_t gridColumn) const
 {
     const auto hHeader = reinterpret_cast<HWND>(Send(LVM_GETHEADER));
