@@ -30,9 +30,8 @@ struct PassedOver
 // Puts back what a record says, as one unit of work (see CutChanges): all of it, or nothing; then throws.
 // What others have changed since is left as it is:
 // - A cut that is gone, or has another level or other categories than the recorded change gave it.
-// - A cut that joined a level since stays, behind the cuts of the recorded order. Picks since do not count:
-// the
-//   recorded order returns.
+// - A cut that joined a level since stays, behind the cuts of the recorded order.
+// - Picks since do not count: the recorded order returns.
 // - A deleted category or level is made again, at its former position, and so is one that others have deleted
 //   since when a cut returns to it.
 // - A level that the change has made is deleted only when it is empty, a main category when no level is left.
