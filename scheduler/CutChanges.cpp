@@ -12,10 +12,12 @@ namespace ravlo
 CutChanges::CutChanges(SchedulerState& cState, Synchronisation& cSync, Origin eOrigin)
     : m_cState(cState), m_cHold(cSync), m_eOrigin(eOrigin), m_cPlacement(cState.cMod), m_cRenamed(cState)
 {
+    ++m_cState.openChanges;
 }
 
 CutChanges::~CutChanges()
 {
+    --m_cState.openChanges;
     if (m_bFinished)
         return;
     m_cBatch.reset();

@@ -11,6 +11,7 @@
 #include "scheduler/SchedulerWindows.h"
 #include "scheduler/UndoSteps.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -104,6 +105,7 @@ struct SchedulerState
     std::shared_ptr<CatCollection> colMainCats; // null before the first population
     PlacedCuts cPlacedCuts;
     UndoSteps cUndo;
+    std::size_t openChanges = 0; // CutChanges that exist
     std::uint64_t populations =
         0; // completed ones: a loop that pumps sees by it that the tree is another one
 };

@@ -125,7 +125,7 @@ public:
     // there is nothing to undo. Undo is one unit of work, saved at once; see ChangeReversal.h. It returns a
     // text for a status bar, such as "Undone: shuffle of pop 1 (2 cuts are gone)". When it throws, nothing
     // has changed and the step can be tried again: error 5 when there is nothing to undo, 70 during a
-    // population or another undo, 91 before the first population, else what prevented it.
+    // population, a change of cuts or another undo, 91 before the first population, else what prevented it.
     bool CanUndo() const noexcept;
     std::wstring UndoText() const;
     std::wstring Undo();

@@ -56,6 +56,9 @@ std::wstring clsSchedMan::Reverse(UndoWay eWay, const std::wstring& sVerb, const
     RefuseWhilePopulating();
     if (my.bReversing)
         throw RuntimeError(error::PermissionDenied, L"An undo or redo is running just now");
+    // A change that has not ended has no step yet: an undo inside it would take back the one before it.
+    if (my.openChanges != 0)
+        throw RuntimeError(error::PermissionDenied, L"Cuts are being changed just now");
     const ScopedFlag cReversing(my.bReversing);
     const std::optional<UndoSteps::Step> step = my.cUndo.Next(eWay);
     if (!step)

@@ -394,6 +394,24 @@ TEST_F(UndoTest, IsRefusedBeforeAndDuringAPopulationAndInsideAnother)
     EXPECT_EQ(colNumbers, (std::vector<std::int32_t>{5, 70, 70, 0, 91}));
 }
 
+TEST_F(UndoTest, IsRefusedInsideAChangeOfCuts)
+{
+    MoveTo(L"f", 1);
+    const std::wstring before = State();
+    std::int32_t lNumber = 0;
+    CutOf(L"b")->OnCall = [&](const std::string& sMember) {
+        if (sMember == "RemoveCategoryName")
+            lNumber = NumberOf([&] { Man().Undo(); });
+    };
+    Man().RemoveCutsFromCategories({{CutOf(L"a"), nullptr, 0}, {CutOf(L"b"), nullptr, 0}}, nullptr);
+    CutOf(L"b")->OnCall = nullptr;
+    EXPECT_EQ(lNumber, error::PermissionDenied);
+    EXPECT_EQ(Man().UndoText(), L"Undo removal of 2 cuts from Rock 1");
+    Man().Undo();
+    EXPECT_EQ(State(), before);
+    EXPECT_EQ(Man().UndoText(), L"Undo re-order of Rock 1");
+}
+
 TEST_F(UndoTest, ATreeThatIsReplacedInsideStopsIt)
 {
     Move({L"a", L"b"}, Level(L"Pop", 1));
