@@ -39,13 +39,25 @@ void LibraryRotation::Reverse(clsSchedMan& cSchedMan, std::wstring (clsSchedMan:
     m_cPanes.ShowChanges(cSchedMan);
 }
 
+void LibraryRotation::Shuffle(clsSchedMan& cSchedMan)
+{
+    ReorderChecked(cSchedMan, &clsSchedMan::ShuffleCategories, L"shuffle", L"Shuffled");
+}
+
 void LibraryRotation::Spread(clsSchedMan& cSchedMan)
+{
+    ReorderChecked(cSchedMan, &clsSchedMan::SpreadCategories, L"spread", L"Spread");
+}
+
+void LibraryRotation::ReorderChecked(clsSchedMan& cSchedMan,
+                                     void (clsSchedMan::*reorder)(const Cats& colCats, bool bConfirmFirst),
+                                     const std::wstring& sVerb, const std::wstring& sDone)
 {
     const Cats colCats = m_cPanes.CheckedCats(cSchedMan);
     if (colCats.empty())
     {
         m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"You Need to Check (tick) Them In The Tree.",
-                   L"First, select some categories to spread");
+                   L"First, select some categories to " + sVerb);
         return;
     }
     const Cats colGrouped = Grouped(colCats, true);
@@ -54,11 +66,11 @@ void LibraryRotation::Spread(clsSchedMan& cSchedMan)
     bool bDone = false;
     {
         const LibraryWork::BusyFromProgress cBusy(m_cWork);
-        cSchedMan.SpreadCategories(colCats, true);
+        (cSchedMan.*reorder)(colCats, true);
         bDone = cBusy.Began();
     }
     if (bDone)
-        m_cResults.Say(L"Spread " + sWhat);
+        m_cResults.Say(sDone + L" " + sWhat);
     m_cPanes.ShowAgain(cSchedMan);
 }
 

@@ -28,6 +28,8 @@ public:
 
     void Undo(clsSchedMan& cSchedMan);
     void Redo(clsSchedMan& cSchedMan);
+    // Shuffle and Spread give the ticked categories another order, after a question.
+    void Shuffle(clsSchedMan& cSchedMan);
     void Spread(clsSchedMan& cSchedMan);
     void SwitchFairRotation(clsSchedMan& cSchedMan);
     void ExplainNext(clsSchedMan& cSchedMan);
@@ -39,6 +41,9 @@ public:
 
 private:
     void Reverse(clsSchedMan& cSchedMan, std::wstring (clsSchedMan::*reverse)());
+    void ReorderChecked(clsSchedMan& cSchedMan,
+                        void (clsSchedMan::*reorder)(const Cats& colCats, bool bConfirmFirst),
+                        const std::wstring& sVerb, const std::wstring& sDone);
     std::wstring ShownLevelKey(const clsSchedMan& cSchedMan) const;
 
     LibraryPanes& m_cPanes;

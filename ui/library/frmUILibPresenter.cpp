@@ -137,7 +137,7 @@ void frmUILibPresenter::Do(LibraryCommand eCommand)
         {LibraryCommand::mnuCatLevelNew, L"mnuCatLevelNew_Click",
          [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.NewLevel(cSchedMan); }},
         {LibraryCommand::mnuShuffle, L"mnuShuffle_Click",
-         [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.Shuffle(cSchedMan); }},
+         [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.m_cRotation.Shuffle(cSchedMan); }},
         {LibraryCommand::mnuCatDelete, L"mnuCatDelete_Click",
          [](frmUILibPresenter& self, clsSchedMan& cSchedMan) { self.Delete(cSchedMan); }},
         {LibraryCommand::mnuUndo, L"mnuUndo_Click",
@@ -209,29 +209,6 @@ void frmUILibPresenter::NewLevel(clsSchedMan& cSchedMan)
     const std::wstring sNew = m_cPanes.NewLevelKey(sMainKey, colBefore);
     m_cPanes.BringIntoView(sNew);
     m_cResults.Say(L"New level: " + NodeText(sNew));
-}
-
-void frmUILibPresenter::Shuffle(clsSchedMan& cSchedMan)
-{
-    const Cats colCats = m_cPanes.CheckedCats(cSchedMan);
-    if (colCats.empty())
-    {
-        m_cMod.Box(BoxIcon::Information, BoxButtons::Ok, L"You Need to Check (tick) Them In The Tree.",
-                   L"First, select some categories to shuffle");
-        return;
-    }
-    const Cats colGrouped = Grouped(colCats, true);
-    const std::wstring sWhat = CatsText(colGrouped);
-    m_cResults.Concern(CutsIn(colGrouped));
-    bool bDone = false;
-    {
-        const LibraryWork::BusyFromProgress cBusy(m_cWork);
-        cSchedMan.ShuffleCategories(colCats, true);
-        bDone = cBusy.Began();
-    }
-    if (bDone)
-        m_cResults.Say(L"Shuffled " + sWhat);
-    m_cPanes.ShowAgain(cSchedMan);
 }
 
 void frmUILibPresenter::Delete(clsSchedMan& cSchedMan)

@@ -76,7 +76,6 @@ private:
     void ShowCategoryWindow(clsSchedMan& cSchedMan);
     void NewCategory(clsSchedMan& cSchedMan);
     void NewLevel(clsSchedMan& cSchedMan);
-    void Shuffle(clsSchedMan& cSchedMan);
     void Delete(clsSchedMan& cSchedMan);
     void Refresh(clsSchedMan& cSchedMan);
     void GoToTarget(clsSchedMan& cSchedMan);
