@@ -53,9 +53,7 @@ public:
 
     void OnBadRow(std::size_t line, CsvFault eFault) override
     {
-        throw PlanError(Where(m_sName, line) + (eFault == CsvFault::StrayQuote
-                                                    ? L"a quotation mark stands where none may"
-                                                    : L"a quotation mark is never closed"));
+        throw PlanError(Where(m_sName, line) + TextOf(eFault));
     }
 
     std::vector<Line> Take() { return std::move(m_lines); }

@@ -138,12 +138,6 @@ const CsvColumn* ColumnNamed(std::wstring_view sName)
     throw RuntimeError(error::InvalidFileFormat, L"This is no library CSV: " + sReason + L".");
 }
 
-std::wstring ReasonOf(CsvFault eFault)
-{
-    return eFault == CsvFault::StrayQuote ? L"a quotation mark stands where none may stand"
-                                          : L"a quotation mark is never closed";
-}
-
 class LibraryReader : public CsvSink
 {
 public:
@@ -171,8 +165,8 @@ public:
     void OnBadRow(std::size_t line, CsvFault eFault) override
     {
         if (!HasHeader())
-            RefuseFile(L"in its header line " + ReasonOf(eFault));
-        m_cSink.OnReject(line, ReasonOf(eFault));
+            RefuseFile(L"in its header line " + TextOf(eFault));
+        m_cSink.OnReject(line, TextOf(eFault));
     }
 
 private:

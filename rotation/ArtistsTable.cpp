@@ -44,8 +44,7 @@ public:
         if (m_eHeading == Heading::Expected)
             return RefuseHeading(line);
         if (m_eHeading == Heading::Found)
-            Skip(line, eFault == CsvFault::StrayQuote ? L"a quotation mark is where none may be"
-                                                      : L"a quotation mark is never closed");
+            Skip(line, TextOf(eFault));
     }
     void OnEnd()
     {

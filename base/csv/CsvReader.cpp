@@ -153,6 +153,12 @@ private:
 
 } // namespace
 
+std::wstring TextOf(CsvFault eFault)
+{
+    return eFault == CsvFault::StrayQuote ? L"a quotation mark is where none may be"
+                                          : L"a quotation mark is never closed";
+}
+
 void ReadCsv(std::string_view bytes, CsvSink& cSink) { Reader(bytes, cSink).Run(); }
 
 std::size_t CountLines(std::string_view bytes) noexcept

@@ -16,6 +16,9 @@ enum class CsvFault
     UnterminatedQuote, // the file ends inside a quoted field
 };
 
+// The same in words, to follow the place of the row.
+std::wstring TextOf(CsvFault eFault);
+
 // Receives the rows of ReadCsv, in file order. Lines count from 1; the line of a row is its first one.
 class CsvSink
 {

@@ -67,7 +67,7 @@ TEST(ParseClock, AWrongLineIsNamedWithTheReason)
         {"rock,99999999999\n",
          L"clock.txt, line 1: the level must be a whole number from 1, not \"99999999999\""},
         {"rock,1,maybe\n", L"clock.txt, line 1: the opener must be Y or N, not \"maybe\""},
-        {"#\nro\"ck,1\n", L"clock.txt, line 2: a quotation mark stands where none may"},
+        {"#\nro\"ck,1\n", L"clock.txt, line 2: a quotation mark is where none may be"},
         {"\"rock,1\n", L"clock.txt, line 1: a quotation mark is never closed"},
         {"ro\xFF"
          "ck,1\n",

@@ -75,7 +75,7 @@ TEST(LibraryCsv, WithoutAUsableHeaderLineTheFileIsRefused)
         {"path,title,Path\n", L"This is no library CSV: its header line names the column \"path\" twice."},
         {"path,\"title\n", L"This is no library CSV: in its header line a quotation mark is never closed."},
         {"path,ti\"tle\n",
-         L"This is no library CSV: in its header line a quotation mark stands where none may stand."},
+         L"This is no library CSV: in its header line a quotation mark is where none may be."},
         {"\xFF\xFEp\0a\0t\0h\0"s, L"This is no library CSV: it is UTF-16, and UTF-8 is needed."},
         {"\xFE\xFF\0p\0a\0t\0h"s, L"This is no library CSV: it is UTF-16, and UTF-8 is needed."},
     };
