@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Writes CaseTable.inc, the upper-case table of the Basic Multilingual Plane, beside this script.
+"""Writes CaseTable.inc, the upper-case table of the Basic Multilingual Plane, next to this script.
 
 One-to-one mappings only. A letter whose upper case takes several characters keeps its one-character title case if it
 has one, else itself. Nothing outside ASCII maps into ASCII, or two file names could become one. Each row is

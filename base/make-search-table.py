@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Writes SearchTable.inc, the folding of the Basic Multilingual Plane for searching, beside this script.
+"""Writes SearchTable.inc, the folding of the Basic Multilingual Plane for searching, next to this script.
 
 The data is Python's copy of the Unicode Character Database: compatibility decompositions, case folding, categories and
 names. A character becomes its decomposition in lower case, without accents and other marks that people leave out when

@@ -1,5 +1,5 @@
 # ravlo_com_server(<name> FOLDER <folder> DEPENDS <target>... TYPELIBS <first> [<more>...]): <name>.dll from the folder's
-# sources with its type libraries as resources, its version, its exports, and the side-by-side manifest beside it.
+# sources with its type libraries as resources, its version, its exports, and the side-by-side manifest next to it.
 
 # The GUIDs of the interface definitions, for the manifests: LIBID_<library> and CLSID_<class>.
 function(ravlo_guid variable library kind type)

@@ -23,7 +23,7 @@ void CheckLevels(const Plan& plan, const CatCollection& colMainCats, const std::
     for (const Slot& slot : plan.Slots())
     {
         if (!LevelByKey(&colMainCats, CategoryKey(slot.sCategory, slot.lLevel)))
-            throw PlanError(sFile + L", line " + std::to_wstring(slot.line) + L": no cut stands in " +
+            throw PlanError(sFile + L", line " + std::to_wstring(slot.line) + L": no cut is in " +
                             LevelText(slot));
     }
 }

@@ -186,7 +186,7 @@ void CheckSize(sqlite::Connection& cConnection, const std::optional<sqlite::Conn
     const auto pages = cConnection.Number("PRAGMA page_count");
     const bool bFromLog = log && log->frames > 0;
     if (bFromLog && log->pages != pages)
-        Refuse(sFile, L"and the log beside it do not belong together");
+        Refuse(sFile, L"and the log next to it do not belong together");
     const auto size = pages * cConnection.Number("PRAGMA page_size");
     // The end of a database that grew may be only in the log.
     if (cConnection.RawSize() > size || (log && !bFromLog && cConnection.RawSize() < size))

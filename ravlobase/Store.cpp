@@ -31,7 +31,7 @@ void Store::Open(const std::wstring& sFile)
             cCut->Attach(std::move(stored.values), stored.lID, *this);
             if (!m_cContent.Add(cCut))
                 throw RuntimeError(error::InvalidFileFormat,
-                                   L"The database \"" + sFile + L"\" is damaged: a key stands in it twice.");
+                                   L"The database \"" + sFile + L"\" is damaged: it contains a key twice.");
         }
     }
     catch (...)

@@ -62,8 +62,7 @@ void StoreCut::SetCategoryText(const std::wstring& sText)
 void StoreCut::SetKey(const std::wstring& sKey)
 {
     if (m_pOwner != nullptr)
-        throw RuntimeError(error::PermissionDenied,
-                           L"The key of a cut that stands in a database cannot be changed.");
+        throw RuntimeError(error::PermissionDenied, L"The key of a cut of a database cannot be changed.");
     m_values.cKey = TextKey(sKey);
     m_values.cPath = m_values.cKey;
     ++m_revision;

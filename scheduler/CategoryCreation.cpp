@@ -58,7 +58,7 @@ bool CategoryCreation::CreateMainCat(std::wstring& sName)
         if (bAsk && sReplaced != sTyped)
             m_cState.cMod.Box(BoxIcon::Information, BoxButtons::Ok, sAskTitle,
                               L"The category is named: " + sReplaced + sCrLf +
-                                  L"A file of its name is kept, in which these characters cannot stand: " +
+                                  L"A file of its name is kept, which cannot contain these characters: " +
                                   Listed(*m_colIllegalChars));
         return true;
     }

@@ -318,7 +318,7 @@ void Measure(const Station& cState)
         ::SendMessageW(hList, LVM_SETITEMCOUNT, rows, 0);
         Paint(hList);
     });
-    Row("showing all cuts and the tree anew", cuts, dShow, dCount, 6);
+    Row("showing all cuts and the tree again", cuts, dShow, dCount, 6);
 }
 
 // ---- the tree ----

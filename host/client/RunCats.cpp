@@ -265,7 +265,7 @@ std::vector<ComPtr<_clsCut>> CatsRun::CutsMeant(_clsCollection& colLevels) const
     });
     for (const auto& sPath : m_options.cuts)
         if (!taken.contains(TextKey(sPath)))
-            throw HostError(sPath + L" does not stand there");
+            throw HostError(sPath + L" is not there");
     return cuts;
 }
 
@@ -326,7 +326,7 @@ int CatsRun::Transfer()
     if (cuts.size() > refused.size())
     {
         const auto sCuts = CountOf(cuts.size() - refused.size(), L"cut", L"cuts");
-        m_cOut.Write(change.levels.empty() ? L"They stood there already.\n"
+        m_cOut.Write(change.levels.empty() ? L"They were there already.\n"
                                            : (bMove ? L"Moved " : L"Copied ") + sCuts + L" to " + sTo +
                                                  L"\n" + ChangeTable(change));
     }

@@ -30,7 +30,7 @@ void CheckLevels(const std::vector<Slot>& slots, const LevelsInUse& levels, cons
     for (const auto& slot : slots)
     {
         if (!levels.Contains(slot.sCategory, slot.lLevel))
-            throw HostError(sName + L", line " + std::to_wstring(slot.line) + L": no cut stands in " +
+            throw HostError(sName + L", line " + std::to_wstring(slot.line) + L": no cut is in " +
                             LevelText(slot));
     }
 }

@@ -172,7 +172,7 @@ TEST_F(RotationTest, APlanIsLoadedWholeOrNotAtAll)
     EXPECT_EQ(Try(m_cRotation, &_clsRotation::LoadClock, File(L"none.txt")), ErrorResult(53));
     PutFile(L"hour.txt", "Rock,1\nSoul,1\n");
     EXPECT_EQ(Try(m_cRotation, &_clsRotation::LoadClock, File(L"hour.txt")), ErrorResult(5));
-    EXPECT_EQ(TakeErrorInfo().sDescription, File(L"hour.txt") + L", line 2: no cut stands in Soul:1");
+    EXPECT_EQ(TakeErrorInfo().sDescription, File(L"hour.txt") + L", line 2: no cut is in Soul:1");
     EXPECT_EQ(Get(m_cRotation, &_clsRotation::get_SlotCount), 1);
     PutFile(L"hour.txt", "Rock,1\nRock,1,Y\n");
     Do(m_cRotation, &_clsRotation::LoadClock, File(L"hour.txt"));

@@ -117,8 +117,8 @@ TEST_F(RotationTest, AFileReplacesThePlanOrLeavesItAlone)
         const char* bytes;
         std::wstring sError;
     } cases[] = {
-        {"Pop,1\nSoul,1\n", L"C:\\Radio\\hour.txt, line 2: no cut stands in Soul:1"},
-        {"Pop,1\n\nPop,2\n", L"C:\\Radio\\hour.txt, line 3: no cut stands in Pop:2"},
+        {"Pop,1\nSoul,1\n", L"C:\\Radio\\hour.txt, line 2: no cut is in Soul:1"},
+        {"Pop,1\n\nPop,2\n", L"C:\\Radio\\hour.txt, line 3: no cut is in Pop:2"},
         {"Pop,1\nRock,2,Y\nPop,3\n", L""},
     };
     for (const auto& one : cases)

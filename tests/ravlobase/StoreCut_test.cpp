@@ -66,9 +66,8 @@ TEST_F(StoreCutTest, EveryPropertyChangeIsOnTheDiskAtOnceAndRaisesNothing)
 
 TEST_F(StoreCutTest, OnlyAFreeStandingCutsKeyCanBeSet)
 {
-    EXPECT_EQ(
-        RaisedBy([&] { m_cCut->SetKey(L"b"); }),
-        (Raised{error::PermissionDenied, L"The key of a cut that stands in a database cannot be changed."}));
+    EXPECT_EQ(RaisedBy([&] { m_cCut->SetKey(L"b"); }),
+              (Raised{error::PermissionDenied, L"The key of a cut of a database cannot be changed."}));
     EXPECT_EQ(m_cCut->Key().Text(), L"a");
     const auto cCopy = m_cCut->CloneCut();
     cCopy->SetKey(L"b");

@@ -314,7 +314,7 @@ TEST_F(RefusedFileTest, LogOfAnotherDatabase)
     Write(m_whole);
     WriteLog(log);
     for (int lTime = 0; lTime < 2; ++lTime)
-        ExpectRefused(m_sFile, L"and the log beside it do not belong together");
+        ExpectRefused(m_sFile, L"and the log next to it do not belong together");
     std::filesystem::remove(m_cFolder.Path("small.rdb-wal"));
     EXPECT_EQ(ContentOf(m_sFile).size(), 20U) << "the database itself is sound";
 }

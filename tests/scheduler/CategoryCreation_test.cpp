@@ -135,7 +135,7 @@ TEST_F(CreateMainCatTest, ReplacedCharactersAreMentionedWhenTyped)
     EXPECT_EQ(Create(L""), L"AC_DC");
     const Boxes mentioned{{BoxIcon::Information, BoxButtons::Ok, L"New Category Creation",
                            L"The category is named: AC_DC\r\n"
-                           L"A file of its name is kept, in which these characters cannot stand: "
+                           L"A file of its name is kept, which cannot contain these characters: "
                            L"* / : < > ? \\ | \""}};
     EXPECT_EQ(boxes, mentioned);
     EXPECT_EQ(Create(L""), L"Jazz");

@@ -370,7 +370,7 @@ class RavloHost(HostCase):
                          "Copied 2 cuts to new releases\n"
                          "Category      Level  Before  After  New at\nnew releases      1       0      2  1-2\n")
         self.assertEqual(self.cats("copy", "rock:1", "--to", "new releases"),
-                         "They stood there already.\n")
+                         "They were there already.\n")
         self.assertEqual(self.cats("move", "rock", "--to", "rock:2", "--cut", "d:\\A.mp3", "--yes"),
                          "Moved 1 cut to rock:2\nCategory      Level  Before  After  New at\n"
                          "rock              1       2      1\nrock              2       1      2  2\n"
@@ -379,7 +379,7 @@ class RavloHost(HostCase):
                          "Moved 2 cuts to new releases:2\nCategory      Level  Before  After  New at\n"
                          "rock              2       2      0\nnew releases      2       1      2  2\n")
         self.cats_refused(1, "there is no cut in rock:2 (0 cuts)", "copy", "rock:2", "--to", "rock:1")
-        self.cats_refused(1, "D:\\z.mp3 does not stand there", "copy", "rock", "--to", "new releases", "--cut",
+        self.cats_refused(1, "D:\\z.mp3 is not there", "copy", "rock", "--to", "new releases", "--cut",
                           "D:\\z.mp3")
         self.cats_refused(1, "rock has no level 7", "move", "rock:1", "--to", "rock:7", "--yes")
 
@@ -464,7 +464,7 @@ class RavloHost(HostCase):
         day = ("day", *STATION, "--start", START, "--log", "log.csv")
         self.refused(1, "missing", *day, "--clock", "missing")
         self.refused(1, "bad_level, line 2: ", *day, "--clock", "bad_level")
-        self.refused(1, "bad_category, line 2: no cut stands in jazz:1", *day, "--clock", "bad_category")
+        self.refused(1, "bad_category, line 2: no cut is in jazz:1", *day, "--clock", "bad_category")
         self.refused(1, "bad_slots.csv, line 3: ", *day, "--slots", "bad_slots.csv")
         self.refused(1, "missing.db", "day", "--db", "missing.db", "--app", "station", "--clock", "good")
         self.refused(1, "", "day", "--db", "no.db", "--app", "station", "--clock", "good")

@@ -178,7 +178,7 @@ class RotationHost(HostCase):
                     (1, "missing", ("--clock", "missing")),
                     (1, "empty", ("--clock", "empty")),
                     (1, 'bad, line 2: the level must be a whole number from 1, not "one"', ("--clock", "bad")),
-                    (1, "unknown, line 3: no cut stands in jazz:1", ("--clock", "unknown")),
+                    (1, "unknown, line 3: no cut is in jazz:1", ("--clock", "unknown")),
                     (1, "slots.csv, line 3: ", ("--slots", "slots.csv")),
                     (1, "slot", ("--slots", "past.csv", "--start", "2031-01-01T00:00:00"))):
                 with self.subTest(command=command, arguments=arguments):

@@ -19,7 +19,7 @@ Expect cSchedMan.UIShowing, False
 ChangeAnOrder
 WScript.Echo "ALL OK"
 
-' Imports the library beside this script's folder, unless the station has one already.
+' Imports the library next to this script's folder, unless the station has one already.
 Sub OpenStation()
   Dim bNew, sSamples
   bNew = Not cFiles.FileExists(sFolder & "\station.db")

@@ -36,7 +36,7 @@ TEST(CheckLevels, NamesTheFirstSlotThatNoCutCanFill)
     };
     EXPECT_EQ(errorOf({{L"Rock", 1, false, 3}}), L"");
     EXPECT_EQ(errorOf({{L"rock", 1, false, 3}, {L"rock", 4, false, 5}, {L"jazz", 1, false, 6}}),
-              L"clock.txt, line 5: no cut stands in rock:4");
+              L"clock.txt, line 5: no cut is in rock:4");
 }
 
 } // namespace ravlo

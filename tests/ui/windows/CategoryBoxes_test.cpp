@@ -127,7 +127,7 @@ TEST_F(CategoryBoxes, ARefusedNameIsExplainedAndAskedForAgain)
         Expect(user,
                OkOnScreen(L"New Category Creation",
                           L"The category is named: AC_DC\r\n"
-                          L"A file of its name is kept, in which these characters cannot stand: "
+                          L"A file of its name is kept, which cannot contain these characters: "
                           L"* / : < > ? \\ | \""),
                IDI_INFORMATION, L"name-replaced");
         user.Answer(IDOK);
