@@ -31,7 +31,6 @@ double Distance(double dX, double dY, std::array<double, 4> line)
     return std::hypot(dX - line[0] - dAlong * dWidth, dY - line[1] - dAlong * dHeight);
 }
 
-// The colour at a point of a symbol of 16 by 16 units; nothing outside it.
 std::optional<std::uint32_t> GreenAt(double dX, double dY)
 {
     if (std::min(Distance(dX, dY, {4.6, 8.2, 7, 10.7}), Distance(dX, dY, {7, 10.7, 11.6, 5.6})) < 1.1)
@@ -62,58 +61,13 @@ std::optional<std::uint32_t> NoneAt(double dX, double dY)
     return Distance(dX, dY, {5, 8, 11, 8}) < 1.2 ? std::optional(lGrey) : std::nullopt;
 }
 
-using ColourAt = std::optional<std::uint32_t> (*)(double dX, double dY);
-
-// One pixel, smoothed: premultiplied 0xAARRGGBB.
-std::uint32_t Pixel(ColourAt colourAt, int lX, int lY, int lSize)
-{
-    constexpr int lFine = 6;
-    std::array<std::uint32_t, 4> sums{}; // alpha, red, green, blue
-    for (int i = 0; i < lFine * lFine; ++i)
-    {
-        const double dX = (lX + (i % lFine + 0.5) / lFine) * 16 / lSize;
-        const double dY = (lY + (static_cast<double>(i / lFine) + 0.5) / lFine) * 16 / lSize;
-        const std::optional<std::uint32_t> lColour = colourAt(dX, dY);
-        if (!lColour)
-            continue;
-        sums[0] += 255;
-        sums[1] += *lColour >> 16 & 0xFF;
-        sums[2] += *lColour >> 8 & 0xFF;
-        sums[3] += *lColour & 0xFF;
-    }
-    std::uint32_t lPixel = 0;
-    for (const std::uint32_t lSum : sums)
-        lPixel = lPixel << 8 | lSum / (lFine * lFine);
-    return lPixel;
-}
-
-void AddImage(HIMAGELIST hImages, ColourAt colourAt, int lSize)
-{
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = lSize;
-    info.bmiHeader.biHeight = -lSize; // from the top
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    void* pBits = nullptr;
-    const HBITMAP hBitmap = ::CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pBits, nullptr, 0);
-    if (!hBitmap)
-        return;
-    auto* pPixels = static_cast<std::uint32_t*>(pBits);
-    for (int lY = 0; lY < lSize; ++lY)
-        for (int lX = 0; lX < lSize; ++lX)
-            *pPixels++ = Pixel(colourAt, lX, lY, lSize);
-    ::ImageList_Add(hImages, hBitmap, nullptr);
-    ::DeleteObject(hBitmap);
-}
-
 } // namespace
 
-UniqueLights LightImages(int lSize)
+UniqueImageList LightImages(int lSize)
 {
-    UniqueLights hImages(::ImageList_Create(lSize, lSize, ILC_COLOR32, 4, 0));
-    for (const ColourAt colourAt : {&GreenAt, &YellowAt, &RedAt, &NoneAt}) // as LightImage
-        AddImage(hImages.get(), colourAt, lSize);
+    UniqueImageList hImages(::ImageList_Create(lSize, lSize, ILC_COLOR32, 4, 0));
+    for (const auto colourAt : {&GreenAt, &YellowAt, &RedAt, &NoneAt}) // as LightImage
+        AddSmoothImage(hImages.get(), colourAt, lSize);
     return hImages;
 }
 

@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ui/controls/windows/Handles.h"
-
-#include <windows.h>
-
-#include <commctrl.h>
+#include "ui/controls/windows/SmoothImage.h"
 
 namespace ravlo
 {
@@ -20,8 +16,7 @@ enum LightImage : int
     eLightNone,
 };
 
-using UniqueLights = UniqueHandle<HIMAGELIST, &::ImageList_Destroy>;
 // Drawn for that many pixels.
-UniqueLights LightImages(int lSize);
+UniqueImageList LightImages(int lSize);
 
 } // namespace ravlo

@@ -38,7 +38,7 @@ void frmHealthWindow::SetLook(int lDpi)
     m_lDpi = lDpi;
     // Swapped in at the end: the controls use the old font and symbols until then.
     UniqueFont hFont = MessageFont(lDpi);
-    UniqueLights hLights = LightImages(px(lSmallLight));
+    UniqueImageList hLights = LightImages(px(lSmallLight));
     for (const HWND hControl :
          {m_hLabels[0], m_hLabels[1], m_hLabels[2], m_hClock, m_hBrowse, m_hStart, m_hDays, m_hSimulate,
           m_hReport, m_hSummary, m_hTabs, m_hReasons, m_hCarryOut, m_hGoTo, m_hStatus, m_hCancel})

@@ -102,7 +102,7 @@ private:
     ModScheduler& m_cMod;
     UniqueAccelerators m_hAccelerators;
     UniqueFont m_hFont;
-    UniqueLights m_hLights;
+    UniqueImageList m_hLights;
     UniqueHandle<HICON, &::DestroyIcon> m_hIcon;
     int m_lDpi = 96;
     std::unique_ptr<frmHealthPresenter> m_cForm;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ui/library/windows/FolderImages.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace ravlo
@@ -11,8 +11,6 @@ namespace ravlo
 
 namespace
 {
-
-constexpr double dUnits = 16; // the drawings' own size
 
 struct Corner
 {
@@ -60,51 +58,16 @@ bool Contains(const Shape& shape, Corner point)
     return bInside;
 }
 
-// One pixel of a drawing, smoothed: premultiplied 0xAARRGGBB.
-std::uint32_t Pixel(const std::vector<Shape>& colShapes, int lX, int lY, int lSize)
-{
-    constexpr int lFine = 4;
-    std::array<std::uint32_t, 4> sums{}; // alpha, red, green, blue
-    for (int i = 0; i < lFine * lFine; ++i)
-    {
-        const Corner point{(lX + (i % lFine + 0.5) / lFine) * dUnits / lSize,
-                           (lY + (static_cast<double>(i / lFine) + 0.5) / lFine) * dUnits / lSize};
-        for (auto shape = colShapes.rbegin(); shape != colShapes.rend(); ++shape)
-        {
-            if (!Contains(*shape, point))
-                continue;
-            sums[0] += 255;
-            sums[1] += shape->lColor >> 16 & 0xFF;
-            sums[2] += shape->lColor >> 8 & 0xFF;
-            sums[3] += shape->lColor & 0xFF;
-            break;
-        }
-    }
-    std::uint32_t lPixel = 0;
-    for (const std::uint32_t lSum : sums)
-        lPixel = lPixel << 8 | lSum / (lFine * lFine);
-    return lPixel;
-}
-
 void AddImage(HIMAGELIST hImages, FolderImage eImage, int lSize)
 {
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = lSize;
-    info.bmiHeader.biHeight = -lSize; // from the top
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    void* pBits = nullptr;
-    const HBITMAP hBitmap = ::CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pBits, nullptr, 0);
-    if (!hBitmap)
-        return;
-    const std::vector<Shape> colShapes = Drawing(eImage);
-    auto* pPixels = static_cast<std::uint32_t*>(pBits);
-    for (int lY = 0; lY < lSize; ++lY)
-        for (int lX = 0; lX < lSize; ++lX)
-            *pPixels++ = Pixel(colShapes, lX, lY, lSize);
-    ::ImageList_Add(hImages, hBitmap, nullptr);
-    ::DeleteObject(hBitmap);
+    const auto ColourOf = [colShapes = Drawing(eImage)](double dX,
+                                                        double dY) -> std::optional<std::uint32_t> {
+        for (auto shape = colShapes.rbegin(); shape != colShapes.rend(); ++shape)
+            if (Contains(*shape, {dX, dY}))
+                return shape->lColor;
+        return std::nullopt;
+    };
+    AddSmoothImage(hImages, ColourOf, lSize);
 }
 
 } // namespace

@@ -1,16 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ui/controls/windows/Handles.h"
-
-#include <windows.h>
-
-#include <commctrl.h>
+#include "ui/controls/windows/SmoothImage.h"
 
 namespace ravlo
 {
 
-using UniqueImageList = UniqueHandle<HIMAGELIST, &::ImageList_Destroy>;
 using UniqueIcon = UniqueHandle<HICON, &::DestroyIcon>;
 
 // ImgTv: the images of the category tree's nodes, drawn for that many pixels.
