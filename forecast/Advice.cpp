@@ -4,6 +4,7 @@
 #include "forecast/ReportText.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -16,15 +17,17 @@ namespace
 struct Useful
 {
     std::wstring sText;
-    std::size_t starved = 0; // cuts that are so no longer
-    std::size_t rules = 0;   // rules that are broken no longer
+    std::int64_t starved = 0; // cuts of the station that are so no longer
+    std::int64_t rules = 0;   // rules that are broken no longer
 };
 
 Useful UsefulOf(const std::wstring& sWhere, const LevelRemedy& remedy)
 {
-    return {sWhere + remedy.Text(),
-            remedy.before.starved - std::min(remedy.before.starved, remedy.after.starved),
-            remedy.before.rulesBroken - remedy.after.rulesBroken};
+    const auto fewer = [&](std::size_t Troubles::*pCount) {
+        return static_cast<std::int64_t>(remedy.allBefore.*pCount) -
+               static_cast<std::int64_t>(remedy.allAfter.*pCount);
+    };
+    return {sWhere + remedy.Text(), fewer(&Troubles::starved), fewer(&Troubles::rulesBroken)};
 }
 
 // Fair rotation is one remedy for all levels together.
@@ -32,12 +35,15 @@ void AddFair(const LevelAdviser& adviser, const SimulationResult& result, std::v
 {
     if (!adviser.Fair())
         return;
-    LevelRemedy fair{RemedyKind::FairRotation, L"fair rotation", {}, {}, 0, std::nullopt};
+    LevelRemedy fair;
+    fair.sName = L"fair rotation";
     for (std::size_t level = 0; level < result.levels.size(); ++level)
     {
         fair.before += TroublesOf(result, level);
         fair.after += adviser.Fair()->at(level);
     }
+    fair.allBefore = fair.before;
+    fair.allAfter = fair.after;
     if (Improves(fair.before, fair.after))
         colUseful.push_back(UsefulOf(L"", fair));
 }

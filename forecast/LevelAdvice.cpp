@@ -1,34 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "forecast/LevelAdvice.h"
 
-#include "base/Text.h"
-
 #include <utility>
 
 namespace ravlo
 {
-
-namespace
-{
-
-std::wstring Change(std::size_t before, std::size_t after)
-{
-    return DecimalText(static_cast<std::int64_t>(before)) + L" -> " +
-           DecimalText(static_cast<std::int64_t>(after));
-}
-
-} // namespace
-
-std::wstring EffectText(const Troubles& before, const Troubles& after)
-{
-    const bool bBroken = before.rulesBroken + after.rulesBroken > 0;
-    return L"never played " + Change(before.neverPlayed, after.neverPlayed) + L", under half " +
-           Change(before.underHalf, after.underHalf) +
-           (bBroken ? L", rules broken " + Change(before.rulesBroken, after.rulesBroken)
-                    : std::wstring(L", no rule broken"));
-}
-
-std::wstring LevelRemedy::Text() const { return sName + L": " + EffectText(before, after); }
 
 // The search for one level.
 class LevelAdviser::Search
@@ -36,8 +12,7 @@ class LevelAdviser::Search
 public:
     Search(ModScheduler& cMod, const SimulationResult& result, std::size_t level,
            const SimulationProgress& progress)
-        : m_cMod(cMod), m_result(result), m_level(level), m_before(TroublesOf(result, level)),
-          m_progress(progress)
+        : m_cMod(cMod), m_result(result), m_level(level), m_judge(result, level), m_progress(progress)
     {
     }
 
@@ -48,14 +23,12 @@ public:
         const double dFrom = m_tried++ / dRemedies;
         return PartOf(m_progress, dFrom, m_tried / dRemedies);
     }
-    void Keep(LevelRemedy remedy)
+    void AddFair(const std::vector<Troubles>& fair)
     {
-        if (Improves(remedy.before, remedy.after))
+        LevelRemedy remedy;
+        remedy.sName = L"fair rotation";
+        if (m_judge.Helps(remedy, fair, TroublesOf(m_result, m_level)))
             m_found.push_back(std::move(remedy));
-    }
-    void AddFair(const Troubles& after)
-    {
-        Keep({RemedyKind::FairRotation, L"fair rotation", m_before, after, 0, std::nullopt});
     }
     void Try(RemedyKind eKind, std::optional<Remedy> remedy)
     {
@@ -65,8 +38,13 @@ public:
         const SimulationResult trial =
             Simulate(m_cMod, remedy->cStation, m_result.plan, m_result.dtStart, m_result.dDays,
                      {m_result.options.bFairRotation, m_result.options.bFeaturedArtists}, progress);
-        Keep({eKind, std::move(remedy->sName), m_before, TroublesOf(trial, m_level),
-              remedy->cStation->levels[m_level].rules.lArtist, std::move(remedy->spread)});
+        LevelRemedy found;
+        found.eKind = eKind;
+        found.sName = std::move(remedy->sName);
+        found.lArtistSepMins = remedy->cStation->levels[m_level].rules.lArtist;
+        found.spread = std::move(remedy->spread);
+        if (m_judge.Helps(found, trial))
+            m_found.push_back(std::move(found));
     }
     std::vector<LevelRemedy> Found() { return std::move(m_found); }
 
@@ -74,7 +52,7 @@ private:
     ModScheduler& m_cMod;
     const SimulationResult& m_result;
     const std::size_t m_level;
-    const Troubles m_before;
+    const RemedyJudge m_judge;
     const SimulationProgress& m_progress;
     int m_tried = 0;
     std::vector<LevelRemedy> m_found;
@@ -88,13 +66,8 @@ const std::vector<LevelRemedy>* LevelAdviser::Of(std::size_t level) const
 
 std::vector<Troubles> LevelAdviser::TroublesWithFairRotation(const SimulationProgress& progress) const
 {
-    const SimulationResult fair =
-        Simulate(m_cMod, m_result.cStation, m_result.plan, m_result.dtStart, m_result.dDays,
-                 {true, m_result.options.bFeaturedArtists}, progress);
-    std::vector<Troubles> colTroubles;
-    for (std::size_t level = 0; level < fair.levels.size(); ++level)
-        colTroubles.push_back(TroublesOf(fair, level));
-    return colTroubles;
+    return TroublesOf(Simulate(m_cMod, m_result.cStation, m_result.plan, m_result.dtStart, m_result.dDays,
+                               {true, m_result.options.bFeaturedArtists}, progress));
 }
 
 void LevelAdviser::Find(std::size_t level, const SimulationProgress& progress)
@@ -109,7 +82,7 @@ void LevelAdviser::Find(std::size_t level, const SimulationProgress& progress)
     if (!m_fair && !m_result.options.bFairRotation)
         m_fair = TroublesWithFairRotation(fairPart);
     if (m_fair)
-        search.AddFair(m_fair->at(level));
+        search.AddFair(*m_fair);
     const Remedies remedies(m_result, level);
     search.Try(RemedyKind::Spread, remedies.Spread(cRandom));
     search.Try(RemedyKind::ArtistSeparation, remedies.ShorterArtistSeparation());

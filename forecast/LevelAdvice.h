@@ -1,45 +1,22 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "forecast/LevelRemedy.h"
 #include "forecast/Remedies.h"
 #include "forecast/Simulation.h"
 #include "forecast/Troubles.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <optional>
-#include <string>
 #include <unordered_map>
 #include <vector>
 
 namespace ravlo
 {
 
-enum class RemedyKind
-{
-    FairRotation,
-    Spread,
-    ArtistSeparation,
-    MoreCuts,
-    FewerCuts,
-};
-
-// A remedy that improves a level, as its own simulation has shown.
-struct LevelRemedy
-{
-    RemedyKind eKind = RemedyKind::FairRotation;
-    std::wstring sName; // as in the advice
-    Troubles before;    // of the level
-    Troubles after;
-    std::int32_t lArtistSepMins = 0;   // of an artist separation
-    std::optional<SpreadTrial> spread; // of a spread
-
-    std::wstring Text() const; // "spread: never played 1 -> 0, ...", see EffectText
-};
-
 // Finds what helps the levels of a simulation, each when it is asked for: all levels of a large station
 // together take minutes. Makes each remedy by itself on a copy of the station, simulates that as the result
-// was, and keeps those that improve the level, in the order of RemedyKind.
+// was, and keeps those that help the level, in the order of RemedyKind.
 class LevelAdviser
 {
 public:
@@ -64,8 +41,5 @@ private:
     std::optional<std::vector<Troubles>> m_fair;
     std::unordered_map<std::size_t, std::vector<LevelRemedy>> m_colFound; // by level
 };
-
-// "never played 3 -> 0, under half 4 -> 1, no rule broken", or "..., rules broken 2 -> 1".
-std::wstring EffectText(const Troubles& before, const Troubles& after);
 
 } // namespace ravlo

@@ -44,7 +44,8 @@ public:
             Add(Light::Red, Counted(SizeOf(m_level.underHalf), L"cut plays less than half of its due",
                                     L"cuts play less than half of their due"));
         if (m_level.lRulesBroken > 0)
-            Add(std::int64_t{m_level.lRulesBroken} * 100 > m_level.lPicks ? Light::Red : Light::Yellow,
+            Add(BrokenRulesLight(static_cast<std::uint64_t>(m_level.lRulesBroken),
+                                 static_cast<std::uint64_t>(m_level.lPicks)),
                 OfPicks(m_level.lRulesBroken, m_level.lPicks, L"picks", L"breaks a rule", L"break a rule"));
         AddSeparation(L"artist", m_level.lArtistSepMins, m_level.lAttainableArtistMins);
         AddSeparation(L"title", m_level.lTitleSepMins, m_level.lAttainableTitleMins);
@@ -63,10 +64,11 @@ private:
     {
         const std::wstring sSeparation =
             std::wstring(L"the ") + sWhat + L" separation of " + Counted(lSet, L"minute", L"minutes");
-        if (lSet > lAttainable)
-            Add(Light::Red, sSeparation + L" cannot be kept: " + DecimalText(lAttainable) + L" at most");
-        else if (lSet > Comfortable(lAttainable))
-            Add(Light::Yellow,
+        const Light eLight = RoomLight(lSet, lAttainable);
+        if (eLight == Light::Red)
+            Add(eLight, sSeparation + L" cannot be kept: " + DecimalText(lAttainable) + L" at most");
+        else if (eLight == Light::Yellow)
+            Add(eLight,
                 sSeparation + L" leaves little room: at most " + DecimalText(lAttainable) + L" can be kept");
     }
 
@@ -87,6 +89,18 @@ void SetLight(LevelHealth& level)
         level.eLight = std::max(level.eLight, finding.eLight);
         level.why.push_back(std::move(finding.sText));
     }
+}
+
+Light BrokenRulesLight(std::uint64_t broken, std::uint64_t picks) noexcept
+{
+    return broken == 0 ? Light::Green : broken * 100 > picks ? Light::Red : Light::Yellow;
+}
+
+Light RoomLight(std::int32_t lSetMins, std::int32_t lAttainableMins) noexcept
+{
+    if (lSetMins > lAttainableMins)
+        return Light::Red;
+    return lSetMins > Comfortable(lAttainableMins) ? Light::Yellow : Light::Green;
 }
 
 std::wstring UnfilledText(const LevelHealth& level)

@@ -3,6 +3,7 @@
 
 #include "forecast/Health.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,12 @@ std::vector<Finding> FindingsOf(const LevelHealth& level);
 
 // Sets the light and its reasons by the level's other figures: green without findings.
 void SetLight(LevelHealth& level);
+
+// What so many picks that break a rule mean for a level: red when they are more than one in a hundred.
+Light BrokenRulesLight(std::uint64_t broken, std::uint64_t picks) noexcept;
+
+// What a separation means next to the attainable one: red above it, yellow when it leaves little room.
+Light RoomLight(std::int32_t lSetMins, std::int32_t lAttainableMins) noexcept;
 
 // "7 of 144 slots stay empty: no cut is an opener"; empty when all are filled.
 std::wstring UnfilledText(const LevelHealth& level);

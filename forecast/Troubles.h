@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <unordered_set>
 #include <vector>
 
 namespace ravlo
@@ -37,13 +38,20 @@ struct Troubles
     std::size_t underHalf = 0;
     std::size_t starved = 0; // cuts that are one or the other
     std::size_t rulesBroken = 0;
+    std::size_t unfilled = 0; // slots that stay empty
+    std::size_t picks = 0;    // slots asked
 
     Troubles& operator+=(const Troubles& other) noexcept;
 };
 Troubles TroublesOf(const SimulationResult& result, std::size_t level);
+std::vector<Troubles> TroublesOf(const SimulationResult& result); // of each level
+// Of a level, with only these of its cuts counted.
+Troubles TroublesAmong(const SimulationResult& result, std::size_t level,
+                       const std::unordered_set<CutNumber>& cuts);
 
-// Whether there are fewer never played, or as many and fewer under half, or as many and fewer rules broken,
-// and none of the three is worse.
+// Whether there are more cuts never played, more under half, more rules broken or more empty slots.
+bool IsWorse(const Troubles& before, const Troubles& after) noexcept;
+// Whether there are fewer cuts never played, fewer under half or fewer rules broken, and nothing is worse.
 bool Improves(const Troubles& before, const Troubles& after) noexcept;
 
 } // namespace ravlo

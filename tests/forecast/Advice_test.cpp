@@ -2,6 +2,7 @@
 #include "forecast/Advice.h"
 
 #include "forecast/AiringStation.h"
+#include "forecast/HealthCase.h"
 
 #include <map>
 
@@ -105,6 +106,131 @@ TEST(Advice, NamesEachRemedyThatHelpsInOrder)
                      L"3 cuts of Ash fewer: never played 2 -> 0, under half 2 -> 0, no rule broken"}));
     EXPECT_EQ(forecast.health.remedies,
               (Lines{level.advice[0], L"Hot 1: " + level.advice[1], L"Hot 1: " + level.advice[2]}));
+}
+
+TEST(Advice, ALevelThatOnlyLacksRoomIsAdvisedToo)
+{
+    const struct
+    {
+        Light eLight;
+        std::size_t cuts;
+        std::int32_t lArtistSep;
+        bool bFair;
+        Lines colNames;
+    } colCases[] = {
+        {Light::Yellow,
+         40,
+         30,
+         false,
+         {L"artist separation 28", L"4 cuts of other artists more", L"1 cut of Ash fewer"}},
+        {Light::Red,
+         39,
+         31,
+         true,
+         {L"artist separation 25", L"9 cuts of other artists more", L"1 cut of Ash fewer"}},
+    };
+    for (const auto& one : colCases)
+    {
+        HotStation station(ArtistsWithAshAt(one.cuts, {0, 10, 20, 30}), one.lArtistSep);
+        const StationHealth health = station.Predict({one.bFair, std::nullopt}).health;
+        EXPECT_EQ(health.levels[0].eLight, one.eLight);
+        Lines colAdvice;
+        for (const std::wstring& sName : one.colNames)
+            colAdvice.push_back(sName + L": never played 0 -> 0, under half 0 -> 0, no rule broken, the "
+                                        L"artist separation leaves enough room");
+        EXPECT_EQ(health.levels[0].advice, colAdvice);
+        EXPECT_EQ(health.remedies.size(), 3u);
+    }
+}
+
+TEST(Advice, StarvedCutsThatAreTakenAwayAreNotHelped)
+{
+    HotStation station(EvenlySpread(), 60);
+    const SimulationResult result = station.Simulate(station.Snapshot(), hotHour, station.dtStart, dDays);
+    LevelAdviser adviser(station.cLib.cMod, result);
+    adviser.Find(0);
+    const LevelRemedy& fewer = adviser.Of(0)->back();
+    ASSERT_EQ(fewer.eKind, RemedyKind::FewerCuts);
+    EXPECT_EQ(fewer.before.starved, 2u);
+    EXPECT_EQ(fewer.allBefore.starved, 0u) << "both are among the cuts that are taken";
+}
+
+// Hot and Pop share an artist: whose separation is shortened in Hot plays there when Pop wants to.
+TEST(Advice, WhatGetsWorseInAnotherLevelIsTold)
+{
+    class TwoLevels : public AiringStation
+    {
+        void TestBody() override {}
+    } station;
+    const std::vector<std::wstring> colHot = EvenlySpread();
+    for (std::size_t cut = 0; cut < colHot.size(); ++cut)
+        station.AddCut(L"hot " + std::to_wstring(cut), L"Hot", 1, colHot[cut], std::to_wstring(cut));
+    for (std::size_t cut = 0; cut < 6; ++cut)
+        station.AddCut(L"pop " + std::to_wstring(cut), L"Pop", 1, cut ? L"P" + std::to_wstring(cut) : L"Ash",
+                       L"Pop " + std::to_wstring(cut));
+    station.Start();
+    station.SetRules(L"Hot", 1, 60, 0, 0);
+    station.SetRules(L"Pop", 1, 20, 0, 0);
+    const SimulationResult result =
+        station.Simulate(station.Snapshot(), ClockPlan("Hot,1\nHot,1\nPop,1\n"), station.dtStart, dDays);
+    StationHealth health = HealthOf(result);
+    LevelAdviser adviser(station.cLib.cMod, result);
+    AdviseLevel(adviser, 0, health);
+    EXPECT_EQ(health.levels[0].advice,
+              (Lines{L"artist separation 42: never played 3 -> 0, under half 4 -> 0, no rule broken; "
+                     L"Pop 1 gets worse: never played 0 -> 1, under half 0 -> 1, no rule broken"}))
+        << "fewer cuts of Ash would only take starved ones away";
+}
+
+TEST(RemedyJudge, ARemedyMayNotStarveMoreElsewhereThanItHelps)
+{
+    HealthCase health;
+    for (const wchar_t* sName : {L"Hot", L"Pop", L"Rock", L"Soul"})
+        health.AddLevel(sName, {}, 300, {{L"a", L"", false, {300, 0, 0, eNone, std::nullopt}}});
+    health.result.levels[0].cuts[0].plays = 0;
+    const RemedyJudge judge(health.result, 0);
+    const Troubles starved{1, 1, 1, 0, 0, 300};
+    const Troubles good{0, 0, 0, 0, 0, 300};
+    const struct
+    {
+        std::vector<Troubles> trial;
+        bool bHelps;
+        const wchar_t* sRemark;
+    } colCases[] = {
+        {{good, good, good, good}, true, L""},
+        {{starved, good, good, good}, false, L""},
+        {{good, good, starved, good},
+         true,
+         L"; Rock 1 gets worse: never played 0 -> 1, under half 0 -> 1, no rule broken"},
+        {{good, good, starved, starved},
+         false,
+         L"; Rock 1 gets worse: never played 0 -> 1, under half 0 -> 1, no rule broken; another level gets "
+         L"worse"},
+        {{good, {0, 0, 0, 1, 0, 300}, {0, 0, 0, 4, 0, 300}, starved},
+         true,
+         L"; Soul 1 gets worse: never played 0 -> 1, under half 0 -> 1, no rule broken; 2 other levels get "
+         L"worse"},
+    };
+    for (const auto& one : colCases)
+    {
+        LevelRemedy remedy;
+        EXPECT_EQ(judge.Helps(remedy, one.trial, starved), one.bHelps);
+        EXPECT_EQ(remedy.Remark(), one.sRemark);
+    }
+}
+
+TEST(RemedyJudge, ABrokenRuleMoreElsewhereIsChance)
+{
+    HealthCase health;
+    health.AddLevel(L"Hot", {}, 300, {{L"a"}});
+    health.AddLevel(L"Pop", {}, 300, {{L"a", L"", false, {300, 0, 0, eNone, std::nullopt}}});
+    health.result.levels[1].rulesBroken = 2;
+    for (const auto& [broken, levels] : {std::pair{3u, 0u}, std::pair{4u, 1u}}) // 1 % makes the light red
+    {
+        LevelRemedy remedy;
+        RemedyJudge(health.result, 0).Helps(remedy, {{}, {0, 0, 0, broken, 0, 300}}, {});
+        EXPECT_EQ(remedy.worse.size(), levels);
+    }
 }
 
 TEST(Advice, TheAdvisedSpreadIsCarriedOutAsPredicted)

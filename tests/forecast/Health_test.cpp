@@ -123,10 +123,11 @@ TEST(Troubles, ARemedyMustImproveWithoutMakingAnythingWorse)
         Troubles before, after;
         bool bImproves;
     } colCases[] = {
-        {{2, 3, 3, 4}, {2, 3, 3, 4}, false}, {{2, 3, 3, 4}, {1, 3, 3, 4}, true},
-        {{2, 3, 3, 4}, {1, 4, 4, 4}, false}, {{2, 3, 3, 4}, {1, 3, 3, 5}, false},
-        {{2, 3, 3, 4}, {2, 2, 2, 4}, true},  {{2, 3, 3, 4}, {3, 2, 3, 0}, false},
-        {{2, 3, 3, 4}, {2, 3, 3, 3}, true},  {{2, 3, 3, 4}, {2, 2, 2, 5}, false},
+        {{2, 3, 3, 4}, {2, 3, 3, 4}, false},       {{2, 3, 3, 4}, {1, 3, 3, 4}, true},
+        {{2, 3, 3, 4}, {1, 4, 4, 4}, false},       {{2, 3, 3, 4}, {1, 3, 3, 5}, false},
+        {{2, 3, 3, 4}, {2, 2, 2, 4}, true},        {{2, 3, 3, 4}, {3, 2, 3, 0}, false},
+        {{2, 3, 3, 4}, {2, 3, 3, 3}, true},        {{2, 3, 3, 4}, {2, 2, 2, 5}, false},
+        {{2, 3, 3, 4, 1}, {2, 3, 3, 3, 2}, false},
     };
     for (const auto& one : colCases)
         EXPECT_EQ(Improves(one.before, one.after), one.bImproves);

@@ -141,7 +141,9 @@ std::vector<TableColumn> HealthTables::AdviceColumns() const
                            }};
     };
     return {{L"What helps", 330, false,
-             [=](std::size_t item) { return TableCell{Capitalised(remedy(item).sName)}; }},
+             [=](std::size_t item) {
+        return TableCell{Capitalised(remedy(item).sName + remedy(item).Remark())};
+             }},
             change(L"Never played", &Troubles::neverPlayed),
             change(L"Under half", &Troubles::underHalf),
             change(L"Rules broken", &Troubles::rulesBroken)};
