@@ -78,19 +78,17 @@ std::optional<Remedy> Remedies::Spread(Random& cRandom) const
     const std::vector<CutNumber>& order = Level().order;
     if (order.empty())
         return std::nullopt;
-    std::vector<SpreadItem> colItems;
-    colItems.reserve(order.size());
+    SpreadTrial trial{TextKey(CategoryKey(Level().sCategory, Level().lLevel)), {}, {}, {}, m_result.options};
+    trial.colItems.reserve(order.size());
     for (const CutNumber number : order)
     {
         const PlainCutValues& cut = Station().cuts[number].values;
-        colItems.push_back(
+        trial.colItems.push_back(
             {m_names.NamesOf(cut.cArtist, cut.cTitle), cut.cTitle, cut.cAlbum, cut.dtLastPlayed});
     }
-    SpreadTrial trial{
-        TextKey(CategoryKey(Level().sCategory, Level().lLevel)), {}, {}, m_result.options, m_names};
     const std::shared_ptr<StationSnapshot> cStation = Copy();
     std::vector<CutNumber>& spread = cStation->levels[m_level].order;
-    const std::vector<std::size_t> colPositions = SpreadOrder(colItems, cRandom);
+    const std::vector<std::size_t> colPositions = SpreadOrder(trial.colItems, cRandom);
     for (std::size_t place = 0; place < order.size(); ++place)
     {
         spread[place] = order[colPositions[place]];

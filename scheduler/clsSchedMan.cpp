@@ -223,7 +223,7 @@ void clsSchedMan::SpreadCategories(const Cats& colCats, bool bConfirmFirst)
             return SpreadItem{cNames.NamesOf(cCut.ArtistKey(), cTitle), cTitle, cCut.AlbumKey(),
                               my.cPlayHistory.TimeOf(cCut)};
         };
-        return my.cSpreadOrders.Find(cSubCat, my.cRotationFiles.Options(), cNames, itemOf, cRandom);
+        return my.cSpreadOrders.Find(cSubCat, my.cRotationFiles.Options(), itemOf, cRandom);
     };
     Edit(L"Error in SpreadCategories [cSchedMan]", [&] {
         cRandom.Randomize();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/SpreadOrders.h"
 
+#include "base/Utf8.h"
+#include "rotation/RotationOrder.h"
 #include "support/SyncTest.h"
 
 #include <algorithm>
@@ -135,41 +137,77 @@ TEST(RandomOrder, ManagerSeedsTheGeneratorForEachOrder)
     EXPECT_EQ(colOrder, colAll);
 }
 
-TEST(SpreadOrders, GivesTheOrderOfATrialOnceAndWhileNothingChanged)
+// The trial is of Pop 1 as the class sets it up.
+class SpreadTrialTest : public SpreadCategoriesTest
 {
-    RadioPorts cPorts;
-    Library cLib(cPorts);
-    for (const wchar_t* sKey : {L"a", L"b", L"c"})
-        cLib.cDataBase->Add(sKey, L"Rock", 1);
-    cLib.Populate();
-    const ArtistNames names(true, nullptr);
-    const RotationOptions options{false, true};
-    const std::vector<TextKey> colTrial{TextKey(L"c"), TextKey(L"a"), TextKey(L"b")};
-    const SpreadTrial trial{
-        TextKey(L"ROCK\t1"), {TextKey(L"a"), TextKey(L"b"), TextKey(L"c")}, colTrial, options, names};
-    SpreadOrders cOrders;
-    // Whether a spread deals the cuts instead of taking the trial's order.
-    const auto deals = [&](const RotationOptions& present, const ArtistNames& presentNames) {
-        int items = 0;
-        const SpreadOrders::ItemOf itemOf = [&](const Cut&) {
-            ++items;
-            return SpreadItem{};
-        };
-        const std::vector<TextKey> colFound =
-            cOrders.Find(*cLib.Level(L"Rock", 1), present, presentNames, itemOf, cPorts.cRandom);
-        EXPECT_TRUE(items > 0 || colFound == colTrial);
-        return items > 0;
-    };
-    cOrders.Remember(trial);
-    EXPECT_FALSE(deals(options, names));
-    EXPECT_TRUE(deals(options, names)) << "once";
-    cOrders.Remember(trial);
-    EXPECT_TRUE(deals({true, true}, names)) << "other options";
-    cOrders.Remember(trial);
-    EXPECT_TRUE(deals(options, ArtistNames(true, nullptr))) << "the names were read again";
-    cOrders.Remember(trial);
-    cLib.Level(L"Rock", 1)->SchedCuts()->MoveToEnd(0);
-    EXPECT_TRUE(deals(options, names)) << "another order";
+protected:
+    SpreadTrialTest()
+    {
+        for (const std::wstring& sKey : Order(L"Pop", 1))
+        {
+            const std::shared_ptr<FakeCut> cCut = CutOf(sKey);
+            trial.colPresent.push_back(TextKey(sKey));
+            trial.colItems.push_back(
+                {{TextKey(cCut->Artist())}, TextKey(cCut->Title()), TextKey(cCut->Album()), 0});
+        }
+        for (const wchar_t* sKey : {L"P1other2", L"P1ash2", L"P1other1", L"P1ash1"})
+            trial.colSpread.push_back(TextKey(sKey));
+        cLib.cSchedMan->RememberSpread(trial);
+    }
+    // Whether a spread gives the trial's order.
+    bool Gives()
+    {
+        Spread({Level(L"Pop", 1)});
+        return Order(L"Pop", 1) == Keys{L"P1other2", L"P1ash2", L"P1other1", L"P1ash1"};
+    }
+    void PutBack() { PutInOrder(*Level(L"Pop", 1)->SchedCuts(), trial.colPresent); }
+
+    SpreadTrial trial{TextKey(L"POP\t1"), {}, {}, {}, {}};
+};
+
+TEST_F(SpreadTrialTest, ItsOrderIsGivenWheneverTheLevelIsAsItWas)
+{
+    CutOf(L"P1ash1")->failing = {"Artist"};
+    EXPECT_FALSE(Gives());
+    CutOf(L"P1ash1")->failing.clear();
+    EXPECT_TRUE(Gives()) << "after a spread that failed";
+    PutBack();
+    cLib.cSchedMan->UpdateArtistTitleHistory(CutOf(L"P1ash1"));
+    EXPECT_TRUE(Gives()) << "after an undo, and a play";
+    EXPECT_FALSE(Gives()) << "in another order";
+}
+
+TEST_F(SpreadTrialTest, ACutThatWasRetaggedIsDealtAnew)
+{
+    const std::shared_ptr<FakeCut> cCut = CutOf(L"P1other1");
+    const std::wstring sArtist = cCut->Artist();
+    const std::wstring sTitle = cCut->Title();
+    const std::wstring sAlbum = cCut->Album();
+    for (const auto& retag : std::vector<std::function<void()>>{[&] { cCut->SetArtist(L"Elm"); },
+                                                                [&] { cCut->SetTitle(L"Other"); },
+                                                                [&] { cCut->SetAlbum(L"Other"); }})
+    {
+        retag();
+        EXPECT_FALSE(Gives());
+        cCut->SetArtist(sArtist);
+        cCut->SetTitle(sTitle);
+        cCut->SetAlbum(sAlbum);
+        PutBack();
+        EXPECT_TRUE(Gives());
+        PutBack();
+    }
+}
+
+TEST_F(SpreadTrialTest, OtherOptionsOrNamesDealAnew)
+{
+    cLib.cSchedMan->SetFairRotation(true);
+    EXPECT_FALSE(Gives());
+    cLib.cSchedMan->SetFairRotation(false);
+    PutBack();
+    cPorts.cFiles.Put(L"C:\\Radio\\Scheduler\\Artists.csv",
+                      "credited,counts_as\n" + Utf8Of(CutOf(L"P1other1")->Artist()) + ",Ash\n");
+    cPorts.cClock.Advance(1'000);
+    EXPECT_FALSE(Gives());
 }
 
 } // namespace
