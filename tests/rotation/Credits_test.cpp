@@ -84,6 +84,21 @@ TEST(SplitArtistTest, FeatureWordsDivideAnArtistText)
     }
 }
 
+TEST(SplitArtistTest, CharacterIsPartOfAWordASpaceOrASign)
+{
+    const std::wstring letters = L"09azAZ\xAA\xB5\xBA\xC0\xD6\xD8\xF6\xF8\u0100\u1FFF\u2070\u2FFF\u3040";
+    const std::wstring spaces = L"\t\r \x85\xA0\u1680\u2000\u200A\u2028\u2029\u202F\u205F\u3000";
+    const std::wstring signs = L"/:@`\b\xE\xA9\xAB\xB4\xB6\xB9\xBB\xBF\xD7\xF7\u200B\u206F\u3001\u303F";
+    for (const wchar_t c : letters + spaces + signs)
+    {
+        const std::wstring sBefore = std::wstring(L"Abba") + c;
+        const std::wstring sMain = letters.find(c) != letters.npos ? L""
+                                   : spaces.find(c) != spaces.npos ? L"Abba"
+                                                                   : sBefore;
+        EXPECT_EQ(SplitArtist(sBefore + L"feat Cher").sMain, sMain) << std::hex << static_cast<int>(c);
+    }
+}
+
 struct Pieces
 {
     std::wstring sText;

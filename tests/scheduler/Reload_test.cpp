@@ -122,6 +122,18 @@ TEST_F(ReloadTest, APickInsideASaveSurvivesAReload)
     EXPECT_EQ(Rock(), L"r2 r3 r4 r1");
 }
 
+TEST_F(ReloadTest, APickInsideASaveAfterAFailedOneIsSavedByAReload)
+{
+    SetReadOnly(L"Rock");
+    Pick(true);
+    SetReadOnly(L"Rock", false);
+    At(L"Start 4: Saving info for: Rock", [&] { EXPECT_EQ(Pick(true), L"r2"); });
+    EXPECT_TRUE(cLib.Save(L"Rock"));
+    EXPECT_EQ(File(L"Rock"), SifCuts("r2 r3 r4 r1")) << "it failed a moment ago: not tried by the pick";
+    Reload();
+    EXPECT_EQ(File(L"Rock"), SifCuts("r3 r4 r1 r2"));
+}
+
 TEST_F(ReloadTest, CutsThatAreNewInTheDatabaseComeFirst)
 {
     Add(L"new1", L"Rock");
@@ -176,6 +188,26 @@ TEST_F(ReloadTest, WhatAMoveCouldNotSaveIsSavedInItsFolderLater)
         Reload();
         EXPECT_TRUE(cLib.SaveAll());
     }
+}
+
+TEST_F(ReloadTest, WhatAMoveCouldNotSaveIsRetriedOnceASecond)
+{
+    SetReadOnly(L"Rock");
+    SetReadOnly(L"Pop");
+    EXPECT_EQ(Pick(true), L"r1");
+    EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Pop")}));
+    Reload(sOther);
+    WaitForRetry();
+    cLib.Save(L"Rock"); // in the other folder; the retry fails
+    SetReadOnly(L"Rock", false);
+    SetReadOnly(L"Pop", false);
+    cPorts.cClock.Advance(UnsavedOrders::lRetryMs - 1);
+    cLib.Save(L"Rock");
+    EXPECT_EQ(File(L"Rock"), SifCuts("r1 r2 r3 r4"));
+    cPorts.cClock.Advance(1);
+    cLib.Save(L"Rock");
+    EXPECT_EQ(File(L"Rock"), SifCuts("r2 r3 r4 r1"));
+    EXPECT_EQ(File(L"Pop"), "none") << "a deletion that failed twice";
 }
 
 TEST_F(ReloadTest, WhatAMoveCouldNotSaveYieldsToNewerOrders)
