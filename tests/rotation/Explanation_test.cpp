@@ -70,8 +70,8 @@ TEST_F(StepTextTest, MinutesAndTimesReadAsPeopleSayThem)
         {dtStart - 60.0 / 86400, 1, 60, L"played 1 minute ago (Dancing Queen, 14:29), 60 are required."},
         {dtStart - 60.0 / 86400, 1.99F, 2, L"played 1 minute ago (Dancing Queen, 14:29), 2 are required."},
         {dtStart, 0, 1, L"played 0 minutes ago (Dancing Queen, 14:30), 1 is required."},
-        {DateTimeOf({2027, 1, 6, 0, 5, 0}), 865, 9999,
-         L"played 865 minutes ago (Dancing Queen, 00:05), 9999 are required."},
+        {DateTimeOf({2027, 1, 6, 0, 9, 0}), 861, 9999,
+         L"played 861 minutes ago (Dancing Queen, 00:09), 9999 are required."},
         {DateTimeOf({2027, 1, 5, 14, 7, 0}), 1463, 9999,
          L"played 1463 minutes ago (Dancing Queen, 5 January 14:07), 9999 are required."},
         {DateTimeOf({2026, 1, 6, 14, 30, 0}), 525600, 999999,
@@ -282,6 +282,16 @@ TEST_F(LastExplanationTest, ErrorAfterTheChoiceLeavesNothingChosen)
     cNew->failing = {"SetCategoryKey"};
     EXPECT_EQ(Pick(L"Pop\t2"), eKindNothingSchedulable);
     EXPECT_EQ(Last()->Text(), L"Nothing chosen: an error ended the pick from Pop 2.");
+    Candidate candidate; // whose copy then refuses the slot's key
+    candidate.cCut = std::make_shared<FakeCut>();
+    TraceStep chosen;
+    chosen.eKind = StepKind::Chosen;
+    chosen.pCandidate = &candidate;
+    ExplanationSink sink;
+    sink.Note(chosen);
+    const Explanation explanation = sink.Take(eKindNothingSchedulable, *station.cLevel);
+    EXPECT_EQ(explanation.Text(), L"Nothing chosen: an error ended the pick from Pop 2.");
+    EXPECT_EQ(explanation.cCut, nullptr);
 }
 
 // The explanation of the next pick is that of the pick itself, step by step.

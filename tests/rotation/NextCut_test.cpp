@@ -153,6 +153,7 @@ TEST_F(NextCutTest, ErrorOutsideThePickHasATitleOfItsOwn)
         EXPECT_EQ(answer.cCut->KindCode(), eKindNothingSchedulable);
         EXPECT_EQ(answer.cCut->CategoryKey(), sKey);
         EXPECT_EQ(answer.cCut->CatLevel(), answer.cSubCat ? 2 : 0);
+        EXPECT_EQ(answer.cCut->CategoryText(), answer.cSubCat ? L"Pop" : L"");
         ASSERT_EQ(station.Boxes().size(), 1u);
         EXPECT_EQ(station.Boxes()[0],
                   (ShownBox{BoxIcon::Critical, BoxButtons::Ok, L"Error in NextCutFromRotation [cSchedMan]",

@@ -165,6 +165,17 @@ TEST_F(RotationFilesTest, OverridesAreInForceAndNeverSaved)
     EXPECT_EQ(cRotation.Options(), off) << "another station";
 }
 
+TEST_F(RotationFilesTest, AStationWhoseFilesCannotBeReadHasNoneOfTheLastOne)
+{
+    PutOptions("FairRotation=1\r\nFeaturedArtists=1\r\n");
+    PutArtists("Prince feat. Cher,TAFKAP\r\n");
+    cRotation.Serve(sRadio);
+    cPorts.cFiles.SetAway(L"D:\\Other", error::PathNotFound);
+    cRotation.Serve(L"D:\\Other\\");
+    EXPECT_EQ(cRotation.Options(), off);
+    EXPECT_EQ(Prince(), credit);
+}
+
 TEST_F(RotationFilesTest, SetterBuildsOnWhatIsInTheFileNow)
 {
     cRotation.Serve(sRadio);
