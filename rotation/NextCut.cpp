@@ -143,7 +143,7 @@ RotationAnswer PicksOnAir::NextCutExplained(const CatCollection* colMainCats, co
     try
     {
         if (answer.cSubCat && answer.eKind != eKindRotationDeferred)
-            m_colExplanations[TextKey(request.strSubCatKey)] =
+            m_colExplanations[answer.cSubCat] =
                 std::make_shared<const Explanation>(sink.Take(answer.eKind, *answer.cSubCat));
     }
     catch (...)
@@ -153,10 +153,26 @@ RotationAnswer PicksOnAir::NextCutExplained(const CatCollection* colMainCats, co
     return answer;
 }
 
-std::shared_ptr<const Explanation> PicksOnAir::LastExplanation(const std::wstring& strSubCatKey) const
+std::shared_ptr<const Explanation>
+PicksOnAir::LastExplanation(const std::shared_ptr<const clsCat>& cSubCat) const
 {
-    const auto it = m_colExplanations.find(TextKey(strSubCatKey));
+    const auto it = m_colExplanations.find(cSubCat);
     return it == m_colExplanations.end() ? nullptr : it->second;
+}
+
+void PicksOnAir::MoveExplanations(const CatCollection& colFrom, const CatCollection& colTo)
+{
+    Explanations colMoved;
+    for (const auto& [cWeak, cExplanation] : m_colExplanations)
+    {
+        const std::shared_ptr<const clsCat> cSubCat = cWeak.lock();
+        const std::wstring sKey = cSubCat ? CategoryKey(cSubCat->CatName(), cSubCat->CatLevel()) : L"";
+        if (!cSubCat || LevelByKey(&colFrom, sKey) != cSubCat)
+            continue; // it was deleted
+        if (const std::shared_ptr<clsCat> cSame = LevelByKey(&colTo, sKey))
+            colMoved.emplace(cSame, cExplanation);
+    }
+    m_colExplanations = std::move(colMoved);
 }
 
 } // namespace ravlo

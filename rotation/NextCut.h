@@ -3,10 +3,10 @@
 
 #include "rotation/Explanation.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace ravlo
@@ -55,15 +55,21 @@ public:
     // Call when the tree was replaced.
     void EndIncident() noexcept { m_cFailing.reset(); }
 
-    // Why the last pick from the level of that key chose its cut, also when an error ended it; null when
-    // there was none. A request whose rotation was deferred was no pick.
-    std::shared_ptr<const Explanation> LastExplanation(const std::wstring& strSubCatKey) const;
+    // Why the last pick from the level chose its cut, also when an error ended it; null when there was none.
+    // A request whose rotation was deferred was no pick. A renamed level keeps its last pick; one that was
+    // deleted and made again has none.
+    std::shared_ptr<const Explanation> LastExplanation(const std::shared_ptr<const clsCat>& cSubCat) const;
+    // Call when a tree was replaced: the last picks of its levels are those of the new ones of their names.
+    void MoveExplanations(const CatCollection& colFrom, const CatCollection& colTo);
 
 private:
     RotationAnswer NextCutExplained(const CatCollection* colMainCats, const RotationRequest& request,
                                     SelectionContext& context);
 
-    std::unordered_map<TextKey, std::shared_ptr<const Explanation>> m_colExplanations; // by category key
+    // By level.
+    using Explanations = std::map<std::weak_ptr<const clsCat>, std::shared_ptr<const Explanation>,
+                                  std::owner_less<std::weak_ptr<const clsCat>>>;
+    Explanations m_colExplanations;
     std::optional<TextKey> m_cFailing; // the requested key when the error was shown
     int m_lRunning = 0;                // picks, one inside the pump of another
     std::vector<TextKey> m_colChosen;  // cuts that they have chosen since the outermost began

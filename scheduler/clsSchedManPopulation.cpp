@@ -76,7 +76,7 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     std::unique_ptr<HeldFile> cMark = bMarked ? nullptr : MarkStationOrLog(my.cMod, sAppPath);
     std::shared_ptr<CatCollection> colNew = BuildTree(cDataBase, cPopulation, sAppPath, bSameFolder);
     // From here on nothing else runs until the new tree is in use.
-    my.colMainCats = std::move(colNew);
+    const std::shared_ptr<CatCollection> colOld = std::exchange(my.colMainCats, std::move(colNew));
     if (my.cDataBase && my.cDataBase != cDataBase)
         my.cPlayHistory.Leave(my.cDataBase);
     my.cDataBase = cDataBase;
@@ -84,6 +84,8 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
     ++my.populations;
     my.Serve(sAppPath);
     my.cPicks.EndIncident();
+    if (colOld)
+        Trap(my.cMod, L"LastExplanation", [&] { my.cPicks.MoveExplanations(*colOld, *my.colMainCats); });
     if (!bMarked)
         my.cMark = std::move(cMark);
     // A failure must not leave the new tree without its settings; it is tried again before the next pick.

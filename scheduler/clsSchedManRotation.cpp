@@ -77,8 +77,7 @@ Explanation clsSchedMan::Explain(const std::wstring& strSubCatKey, bool bMustBeO
 
 std::shared_ptr<const Explanation> clsSchedMan::LastExplanation(const std::wstring& strSubCatKey) const
 {
-    RequireLevel(strSubCatKey);
-    return m_cParts->cPicks.LastExplanation(strSubCatKey);
+    return m_cParts->cPicks.LastExplanation(RequireLevel(strSubCatKey));
 }
 
 std::shared_ptr<clsCat> clsSchedMan::RequireLevel(const std::wstring& strSubCatKey) const

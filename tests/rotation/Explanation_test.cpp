@@ -229,7 +229,7 @@ protected:
     }
     std::shared_ptr<const Explanation> Last(const wchar_t* sKey = L"Pop\t2") const
     {
-        return picks.LastExplanation(sKey);
+        return picks.LastExplanation(LevelByKey(station.colMainCats.get(), sKey));
     }
 
     PicksOnAir picks;
@@ -317,7 +317,7 @@ TEST_F(LastExplanationTest, NextPickDoesWhatWasExplained)
             request.bRotatesAllowed = true;
             const Explanation next = ExplainNext(own.cLevel, request.bMustBeOpener, nullptr, own.Context());
             const RotationAnswer answer = ownPicks.NextCut(own.colMainCats.get(), request, own.Context());
-            const std::shared_ptr<const Explanation> cLast = ownPicks.LastExplanation(L"Pop\t2");
+            const std::shared_ptr<const Explanation> cLast = ownPicks.LastExplanation(own.cLevel);
             EXPECT_EQ(next.eKind, answer.eKind);
             EXPECT_EQ(next.Text(), cLast->Text());
             EXPECT_EQ(next.steps.size(), cLast->steps.size());

@@ -89,5 +89,20 @@ TEST_F(ExplanationsTest, OfTheLastPickOutlivesAPopulation)
     EXPECT_EQ(Last()->Text(), sText) << "a deferred rotation is no pick";
 }
 
+TEST_F(ExplanationsTest, OfTheLastPickFollowsItsLevelNotItsName)
+{
+    cLib.Pick(L"Rock\t1");
+    const std::wstring sText = Last()->Text();
+    cLib.cSchedMan->RenameMainCat(MainCat(L"Rock"), L"Pop");
+    EXPECT_EQ(Last(L"Pop\t1")->Text(), sText);
+    cLib.Populate();
+    EXPECT_EQ(Last(L"Pop\t1")->Text(), sText);
+    const auto cHeld = Level(L"Pop", 1); // by a host
+    EXPECT_TRUE(Man().DeleteCats({MainCat(L"Pop")}));
+    CutOf(L"a")->SetCategoryText(L"Pop");
+    cLib.Populate();
+    EXPECT_EQ(Last(L"Pop\t1"), nullptr) << "another level of the name";
+}
+
 } // namespace
 } // namespace ravlo::test
