@@ -21,6 +21,15 @@ clsSimulation::clsSimulation(SimulationResult result, StationHealth health, Stat
     m_colNumbers.reserve(cuts.size());
     for (std::size_t number = 0; number < cuts.size(); ++number)
         m_colNumbers.try_emplace(cuts[number].values.cKey, static_cast<CutNumber>(number));
+    for (std::size_t level = 0; level < m_result.levels.size(); ++level)
+    {
+        const std::vector<CutNumber>& order = m_result.cStation->levels[level].order;
+        for (std::size_t position = 0; position < order.size(); ++position)
+            m_colPlaces.push_back(
+                {order[position], static_cast<std::uint32_t>(level), static_cast<std::uint32_t>(position)});
+    }
+    std::sort(m_colPlaces.begin(), m_colPlaces.end(),
+              [](const Place& a, const Place& b) { return a.number < b.number; });
 }
 
 std::int32_t clsSimulation::KindCount(std::int32_t lKind) const noexcept
@@ -32,31 +41,38 @@ std::int32_t clsSimulation::KindCount(std::int32_t lKind) const noexcept
 
 std::int32_t clsSimulation::Plays(const std::wstring& sCutKey, const std::wstring& strSubCatKey) const
 {
+    const std::optional<std::size_t> level = LevelOf(strSubCatKey);
     const std::optional<CutNumber> number = NumberOf(TextKey(sCutKey));
-    const TextKey cWanted(strSubCatKey);
-    std::int32_t lPlays = 0;
-    bool bFound = strSubCatKey.empty();
-    for (std::size_t level = 0; level < m_result.levels.size(); ++level)
-    {
-        const SnapshotLevel& snapshot = m_result.cStation->levels[level];
-        if (!strSubCatKey.empty() && TextKey(CategoryKey(snapshot.sCategory, snapshot.lLevel)) != cWanted)
-            continue;
-        bFound = true;
-        lPlays += number ? PlaysIn(level, *number) : 0;
-    }
-    if (!bFound)
-        throw RuntimeError(error::InvalidProcedureCall);
-    return lPlays;
+    std::uint32_t plays = 0;
+    if (number)
+        for (const Place& place : PlacesOf(*number))
+            if (!level || place.level == *level)
+                plays += m_result.levels[place.level].cuts[place.position].plays;
+    return static_cast<std::int32_t>(plays);
 }
 
-std::int32_t clsSimulation::PlaysIn(std::size_t level, CutNumber number) const
+std::span<const clsSimulation::Place> clsSimulation::PlacesOf(CutNumber number) const
 {
-    const std::vector<CutNumber>& order = m_result.cStation->levels[level].order;
-    const auto found = std::find(order.begin(), order.end(), number);
-    if (found == order.end())
-        return 0;
-    return static_cast<std::int32_t>(
-        m_result.levels[level].cuts[static_cast<std::size_t>(found - order.begin())].plays);
+    const auto first = std::partition_point(m_colPlaces.begin(), m_colPlaces.end(),
+                                            [&](const Place& place) { return place.number < number; });
+    const auto last =
+        std::find_if(first, m_colPlaces.end(), [&](const Place& place) { return place.number != number; });
+    return {first, last};
+}
+
+// Nothing for an empty key: all levels. Throws error 5 for one that names no level.
+std::optional<std::size_t> clsSimulation::LevelOf(const std::wstring& strSubCatKey) const
+{
+    if (strSubCatKey.empty())
+        return std::nullopt;
+    const TextKey cWanted(strSubCatKey);
+    const std::vector<SnapshotLevel>& levels = m_result.cStation->levels;
+    const auto found = std::find_if(levels.begin(), levels.end(), [&](const SnapshotLevel& level) {
+        return TextKey(CategoryKey(level.sCategory, level.lLevel)) == cWanted;
+    });
+    if (found == levels.end())
+        throw RuntimeError(error::InvalidProcedureCall);
+    return static_cast<std::size_t>(found - levels.begin());
 }
 
 void clsSimulation::SaveLog(const std::wstring& sFile) const

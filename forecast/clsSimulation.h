@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -67,8 +68,16 @@ public:
     std::shared_ptr<Cut> CutOf(const std::wstring& sKey) const;
 
 private:
+    // Where a cut is in the orders.
+    struct Place
+    {
+        CutNumber number;
+        std::uint32_t level;
+        std::uint32_t position;
+    };
     std::optional<CutNumber> NumberOf(const TextKey& cKey) const;
-    std::int32_t PlaysIn(std::size_t level, CutNumber number) const;
+    std::span<const Place> PlacesOf(CutNumber number) const;
+    std::optional<std::size_t> LevelOf(const std::wstring& strSubCatKey) const;
 
     template <class Work> void LookForAdvice(const SimulationProgress& progress, const Work& work) const;
     void RememberSpread(std::size_t level) const;
@@ -80,6 +89,7 @@ private:
     mutable bool m_bAdvising = false;
     mutable bool m_bAllAdvised = false;
     std::unordered_map<TextKey, CutNumber> m_colNumbers; // of the cuts
+    std::vector<Place> m_colPlaces;                      // in ascending order of the numbers
 };
 
 } // namespace ravlo
