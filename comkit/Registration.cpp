@@ -21,8 +21,12 @@ constexpr WORD lMajor = 1;
 constexpr WORD lMinor = 0;
 #ifdef _WIN64
 constexpr SYSKIND eSysKind = SYS_WIN64;
+constexpr wchar_t sOwnWidth[] = L"win64";
+constexpr wchar_t sOtherWidth[] = L"win32";
 #else
 constexpr SYSKIND eSysKind = SYS_WIN32;
+constexpr wchar_t sOwnWidth[] = L"win32";
+constexpr wchar_t sOtherWidth[] = L"win64";
 #endif
 
 HKEY RootOf(RegistrationScope eScope) noexcept
@@ -105,14 +109,28 @@ catch (const std::bad_alloc&)
     // The key stays; the rest is still removed.
 }
 
-// The file that is registered for the library; empty when there is none.
-std::wstring RegisteredPath(REFGUID libid)
+// A text in the registry; empty when there is none.
+std::wstring Read(HKEY hRoot, const std::wstring& sKey)
 {
-    Bstr sPath;
-    if (FAILED(QueryPathOfRegTypeLib(libid, lMajor, lMinor, LOCALE_NEUTRAL, sPath.Receive())) || !sPath.Get())
+    DWORD lBytes = 0;
+    if (RegGetValueW(hRoot, sKey.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, nullptr, &lBytes) != ERROR_SUCCESS)
         return {};
-    return sPath.Get(); // without the terminator, which some platforms count
+    std::wstring sText(lBytes / sizeof(wchar_t), L'\0');
+    if (RegGetValueW(hRoot, sKey.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, sText.data(), &lBytes) !=
+        ERROR_SUCCESS)
+        return {};
+    return sText.c_str(); // without the terminator
 }
+
+// The key under Classes that names a type library's file. Both widths share the library's other keys.
+std::wstring LibraryKey(REFGUID libid, const wchar_t* sWidth)
+{
+    return L"TypeLib\\" + TextOfGuid(libid) + L"\\1.0\\0\\" + sWidth;
+}
+
+// The file that is registered for the library in this width, for the machine or the user; empty when there is
+// none. Not by QueryPathOfRegTypeLib, which also returns the other width's file.
+std::wstring RegisteredPath(REFGUID libid) { return Read(HKEY_CLASSES_ROOT, LibraryKey(libid, sOwnWidth)); }
 
 bool IsOurs(const EmbeddedTypeLibrary& library, const std::wstring& sRegistered)
 {
@@ -149,15 +167,7 @@ void RegisterLibrary(RegistrationScope eScope, const EmbeddedTypeLibrary& librar
 // The file that a class is registered with; empty when it is not.
 std::wstring ServerPath(HKEY hRoot, const CLSID& clsid)
 {
-    const std::wstring sKey = ClassKey(clsid) + L"\\InprocServer32";
-    DWORD lBytes = 0;
-    if (RegGetValueW(hRoot, sKey.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, nullptr, &lBytes) != ERROR_SUCCESS)
-        return {};
-    std::wstring sPath(lBytes / sizeof(wchar_t), L'\0');
-    if (RegGetValueW(hRoot, sKey.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, sPath.data(), &lBytes) !=
-        ERROR_SUCCESS)
-        return {};
-    return sPath.c_str(); // without the terminator
+    return Read(hRoot, ClassKey(clsid) + L"\\InprocServer32");
 }
 
 // Registers the copy of a library that a neighbour carries. False when none that is registered has one.
@@ -186,7 +196,10 @@ void UnregisterLibrary(RegistrationScope eScope, const EmbeddedTypeLibrary& libr
 {
     if (!IsOurs(library, RegisteredPath(library.libid)) || HandOver(eScope, library.libid))
         return;
-    if (eScope == RegistrationScope::User)
+    const std::wstring sClasses = L"Software\\Classes\\";
+    if (!Read(HKEY_CLASSES_ROOT, LibraryKey(library.libid, sOtherWidth)).empty())
+        RegDeleteTreeW(RootOf(eScope), (sClasses + LibraryKey(library.libid, sOwnWidth)).c_str());
+    else if (eScope == RegistrationScope::User)
         UnRegisterTypeLibForUser(library.libid, lMajor, lMinor, LOCALE_NEUTRAL, eSysKind);
     else
         UnRegisterTypeLib(library.libid, lMajor, lMinor, LOCALE_NEUTRAL, eSysKind);

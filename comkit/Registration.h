@@ -16,9 +16,10 @@ enum class RegistrationScope
 // what it wrote and returns the error.
 HRESULT RegisterModule(RegistrationScope eScope) noexcept;
 
-// Removes all of it, and skips what is missing. The names (ProgID) stay while the other width, 32 or 64 bit,
-// is registered. A type library stays when another module's file is registered for it; when a registered
-// neighbour includes it, that neighbour's file is registered for it instead.
+// Removes all of it, and skips what is missing. What both widths, 32 and 64 bit, share stays while the other
+// one is registered: the names (ProgID) and the interfaces of a type library. A type library stays when
+// another module's file is registered for it; when a registered neighbour includes it, that neighbour's file
+// is registered for it instead.
 HRESULT UnregisterModule(RegistrationScope eScope) noexcept;
 
 // What DllInstall does: sCommand "user" (in any case) chooses RegistrationScope::User.

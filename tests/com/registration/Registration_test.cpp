@@ -279,6 +279,49 @@ TEST_F(RegistrationTest, TheNamesStayWhileTheOtherWidthIsRegistered)
     ExpectNotRegistered(HKEY_LOCAL_MACHINE, one);
 }
 
+// Registers a file for a type library in the other width for as long as it lives.
+class OtherWidthsLibrary
+{
+public:
+    explicit OtherWidthsLibrary(REFGUID libid)
+        : m_sKey(L"TypeLib\\" + TextOfGuid(libid) + L"\\1.0\\0\\" + sWidth)
+    {
+        const auto lBytes = static_cast<DWORD>((sPath.size() + 1) * sizeof(wchar_t));
+        EXPECT_EQ(RegSetKeyValueW(HKEY_CLASSES_ROOT, m_sKey.c_str(), nullptr, REG_SZ, sPath.c_str(), lBytes),
+                  ERROR_SUCCESS);
+    }
+    ~OtherWidthsLibrary() { RegDeleteTreeW(HKEY_CLASSES_ROOT, m_sKey.c_str()); }
+    OtherWidthsLibrary(const OtherWidthsLibrary&) = delete;
+    OtherWidthsLibrary& operator=(const OtherWidthsLibrary&) = delete;
+    bool IsThere() const { return Value(HKEY_LOCAL_MACHINE, m_sKey) == sPath; }
+
+private:
+    inline static const std::wstring sPath = L"" RAVLO_TEST_BIN "KorvaCollection.tlb"; // it can be loaded
+    static constexpr const wchar_t* sWidth = lOtherWidth == KEY_WOW64_32KEY ? L"win32" : L"win64";
+    std::wstring m_sKey;
+};
+
+TEST_F(RegistrationTest, ATypeLibraryOfTheOtherWidthStaysUsable)
+{
+    const OtherWidthsLibrary other(LIBID_KorvaCollection);
+    const std::wstring sInterface = L"Interface\\" + TextOfGuid(IID__clsCollection);
+    RegisterBoth();
+    for (const Server* pServer : {&m_cBase, &m_cSched})
+        ASSERT_EQ(pServer->Unregister(), S_OK);
+    EXPECT_TRUE(other.IsThere());
+    EXPECT_EQ(Value(HKEY_LOCAL_MACHINE, sInterface + L"\\TypeLib"), TextOfGuid(LIBID_KorvaCollection));
+    EXPECT_NE(Value(HKEY_LOCAL_MACHINE, sInterface + L"\\ProxyStubClsid32"), std::nullopt);
+}
+
+TEST_F(RegistrationTest, ATypeLibraryIsRegisteredForEachWidth)
+{
+    const OtherWidthsLibrary other(LIBID_KorvaCollection);
+    ASSERT_EQ(m_cBase.Register(), S_OK); // whose module does not own the library
+    EXPECT_EQ(LibraryPath(LIBID_KorvaCollection), m_cBase.Path() + L"\\2");
+    ASSERT_EQ(m_cBase.Unregister(), S_OK);
+    EXPECT_TRUE(other.IsThere());
+}
+
 TEST_F(RegistrationTest, ForOneUserTheKeysAreTheUsersOwn)
 {
     for (const wchar_t* sCommand : {L"user", L"USER"})
