@@ -1,5 +1,5 @@
 # ravlo_com_server(<name> FOLDER <folder> DEPENDS <target>... TYPELIBS <first> [<more>...]): <name>.dll from the folder's
-# sources with its type libraries as resources, its version, its exports, and the side-by-side manifest next to it.
+# sources with its type libraries as resources, its exports, and the side-by-side manifest next to it.
 
 # The GUIDs of the interface definitions, for the manifests: LIBID_<library> and CLSID_<class>.
 function(ravlo_guid variable library kind type)
@@ -37,7 +37,6 @@ macro(ravlo_com_server name)
   target_include_directories(${name} PRIVATE ${CMAKE_BINARY_DIR}/include/${name}_dll)
   target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${RAVLO_WARNINGS}>)
   target_link_libraries(${name} PRIVATE comkit ${A_DEPENDS})
-  target_link_options(${name} PRIVATE $<$<CONFIG:Release>:-s>)
   set(tlbs ${A_TYPELIBS})
   list(TRANSFORM tlbs REPLACE "(.+)" "${RAVLO_TYPELIB_DIR}/\\1.tlb")
   set_source_files_properties(${folder}/${name}.rc PROPERTIES

@@ -1,5 +1,7 @@
-# Type libraries: comkit/<name>.idl gives <name>.tlb, <name>.h and <name>_i.c in the build folder, and the target
-# typelibs, which has the headers (as system headers: the generated code does not pass our warnings) and the GUIDs.
+# Type libraries: comkit/<name>.idl gives <name>.idl, with the version of the product, and <name>.tlb, <name>.h and
+# <name>_i.c in the build folder, and the target typelibs, which has the headers (as system headers: the generated code
+# does not pass our warnings) and the GUIDs.
+find_program(PYTHON3 python3 REQUIRED NO_CMAKE_FIND_ROOT_PATH)
 find_program(WIDL NAMES ${triple}-widl REQUIRED)
 # stdole2.tlb is part of Wine; widl reads the 64-bit one for both architectures.
 find_path(STDOLE_DIR stdole2.tlb PATHS /usr/lib/x86_64-linux-gnu/wine/x86_64-windows
@@ -15,16 +17,18 @@ endif()
 # ravlo_typelib(<name> [DEPENDS <library it imports>...])
 function(ravlo_typelib name)
   cmake_parse_arguments(A "" "" "DEPENDS" ${ARGN})
-  set(idl ${CMAKE_SOURCE_DIR}/comkit/${name}.idl)
+  set(idl ${RAVLO_TYPELIB_DIR}/${name}.idl)
+  configure_file(${CMAKE_SOURCE_DIR}/comkit/${name}.idl ${idl} @ONLY)
   set(base ${RAVLO_TYPELIB_DIR}/${name})
-  set(widl ${WIDL} ${widl_arch} -I ${CMAKE_SOURCE_DIR}/comkit/idl -I ${CMAKE_SOURCE_DIR}/comkit -L ${STDOLE_DIR} -L ${RAVLO_TYPELIB_DIR})
+  set(widl ${WIDL} ${widl_arch} -I ${CMAKE_SOURCE_DIR}/comkit/idl -I ${RAVLO_TYPELIB_DIR} -L ${STDOLE_DIR} -L ${RAVLO_TYPELIB_DIR})
   set(imports ${A_DEPENDS})
   list(TRANSFORM imports REPLACE "(.+)" "${RAVLO_TYPELIB_DIR}/\\1.tlb")
   add_custom_command(OUTPUT ${base}.tlb ${base}.h ${base}_i.c
     COMMAND ${widl} -t -o ${base}.tlb ${idl}
+    COMMAND ${PYTHON3} ${CMAKE_SOURCE_DIR}/comkit/without-time.py ${base}.tlb
     COMMAND ${widl} -h -o ${base}.h ${idl}
     COMMAND ${widl} -u -o ${base}_i.c ${idl}
-    DEPENDS ${idl} ${CMAKE_SOURCE_DIR}/comkit/idl/oaidl.idl ${imports}
+    DEPENDS ${idl} ${CMAKE_SOURCE_DIR}/comkit/idl/oaidl.idl ${CMAKE_SOURCE_DIR}/comkit/without-time.py ${imports}
     COMMENT "Type library ${name}" VERBATIM)
 endfunction()
 ravlo_typelib(KorvaCollection)

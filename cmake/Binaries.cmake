@@ -1,0 +1,35 @@
+# What the headers of all Windows binaries say, and what keeps two builds of one tree the same byte for byte.
+#
+# 6.1 is Windows 7, the oldest system they run on: without it Windows assumes one older than any it still emulates.
+# The compiler leaves its own paths out of the debug information; the linker leaves out the time.
+add_compile_options("$<$<CONFIG:Release>:-ffile-prefix-map=${CMAKE_BINARY_DIR}=build;-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.>")
+add_link_options(-Wl,--no-insert-timestamp
+  -Wl,--major-os-version,6,--minor-os-version,1,--major-subsystem-version,6,--minor-subsystem-version,1)
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL "i686")
+  add_link_options(-Wl,--large-address-aware) # 4 GB of addresses instead of 2 on a 64-bit Windows
+endif()
+
+# What a host's manifest names stays valid in every 1.y: the assemblies of RavloSched and RavloBase have this version.
+set(RAVLO_ASSEMBLY_VERSION ${PROJECT_VERSION_MAJOR}.0.0.0)
+
+# ravlo_product(<target> <description>): a binary that ships. Its file properties show the version; in a release it is
+# stripped, and its debug information is in <file>.debug beside it, where debuggers find it.
+function(ravlo_product NAME DESCRIPTION)
+  set(FILE ${NAME}.exe)
+  set(TYPE VFT_APP)
+  get_target_property(kind ${NAME} TYPE)
+  if(kind STREQUAL "SHARED_LIBRARY")
+    set(FILE ${NAME}.dll)
+    set(TYPE VFT_DLL)
+    set(MORE "      VALUE \"OLESelfRegister\", \"\"\n")
+  endif()
+  configure_file(${CMAKE_SOURCE_DIR}/cmake/Version.rc.in ${NAME}.version.rc @ONLY)
+  target_sources(${NAME} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${NAME}.version.rc)
+  if(CMAKE_BUILD_TYPE STREQUAL "Release")
+    set(file $<TARGET_FILE:${NAME}>)
+    add_custom_command(TARGET ${NAME} POST_BUILD VERBATIM
+      COMMAND ${CMAKE_OBJCOPY} --only-keep-debug ${file} ${file}.debug
+      COMMAND ${CMAKE_STRIP} ${file}
+      COMMAND ${CMAKE_OBJCOPY} --add-gnu-debuglink=${file}.debug ${file})
+  endif()
+endfunction()
