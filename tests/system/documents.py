@@ -2,8 +2,8 @@
 """documents.py TREE: refuses a document that names something that does not exist.
 
 Checks each *.md of the tree: links and their headings; paths into the source tree, with or without an extension;
-`CamelCase` names of the code. In the guide for host developers, the members and their parameters, against the interface
-definitions. In the architecture, the table of the layers, against the build files.
+`CamelCase` names of the code. In the guide for host developers, the members, their parameters and their help strings,
+against the interface definitions. In the architecture, the table of the layers, against the build files.
 """
 import pathlib
 import re
@@ -13,10 +13,12 @@ import layers
 
 LINK = re.compile(r"\]\(([^)\s]+)\)")
 HEADING = re.compile(r"^#+ (.*)$", re.M)
-MEMBER = re.compile(r"\[id\([^\]]*\] (?:HRESULT|void) (\w+)\(([^;]*)\);")
+MEMBER = re.compile(r"\[id\(([^\]]*)\]\s+(?:HRESULT|void) (\w+)\(([^;]*)\);")
+HELP = re.compile(r'helpstring\("([^"]*)"\)')
 PARAMETER = re.compile(r"\[([^\]]*)\]\s*[\w ]+?[\s*]+(\w+)")
 SOURCES = {".cpp", ".h", ".idl", ".in", ".vbs"}
 DOCUMENTED = re.compile(r"`(\w+)\(([^`]*)\)`")
+ROW = re.compile(r"^\|(?: \d+ \|)? `(\w+)[^`]*` \| (.*) \|$", re.M)
 
 
 def folders(tree):
@@ -75,7 +77,7 @@ def members(tree):
     own tree has members of the same names."""
     found = {}
     for definition in ("RavloScheduler", "RavloBase"):
-        for name, parameters in MEMBER.findall((tree / f"comkit/{definition}.idl").read_text(encoding="utf-8")):
+        for _, name, parameters in MEMBER.findall((tree / f"comkit/{definition}.idl").read_text(encoding="utf-8")):
             names = [f"[{parameter}]" if "optional" in how or "defaultvalue" in how else parameter
                      for how, parameter in PARAMETER.findall(parameters) if "retval" not in how]
             found.setdefault(name, []).append(names)
@@ -91,6 +93,31 @@ def check_members(tree, text):
         given = [parameter.strip() for parameter in parameters.split(",") if parameter.strip()]
         if name in defined and given not in defined[name]:
             yield f"{name}({', '.join(given)}) has other parameters: {defined[name]}"
+
+
+def helps(tree):
+    """Name -> the help strings of the members of that name. Without what only For Each calls."""
+    found = {}
+    for definition in sorted((tree / "comkit").glob("*.idl")):
+        for attributes, name, _ in MEMBER.findall(definition.read_text(encoding="utf-8")):
+            if "restricted" not in attributes:
+                found.setdefault(name, set()).update(HELP.findall(attributes) or [""])
+    return found
+
+
+def check_helps(tree, text):
+    """The row of a member begins with its help string; more may follow as sentences of their own."""
+    defined = helps(tree)
+    rows = [(name, said) for name, said in ROW.findall(text) if name in defined]
+    for name, wanted in defined.items():
+        for help_string in sorted(wanted):
+            if not help_string:
+                yield f"{name} has no help string"
+            elif not any(name == row and f"{said}. ".startswith(help_string + ". ") for row, said in rows):
+                yield f"{name} has no row that begins with its help string: {help_string}"
+    for name, said in rows:
+        if not any(f"{said}. ".startswith(help_string + ". ") for help_string in defined[name]):
+            yield f"the row of {name} begins with no help string: {said}"
 
 
 def check_layers(tree, text):
@@ -115,7 +142,7 @@ def check(tree):
         text = page.read_text(encoding="utf-8")
         found = [*check_links(page, text), *check_paths(tree, text), *check_names(known, text)]
         if page.name == "guide-host-developer.md":
-            found += check_members(tree, text)
+            found += [*check_members(tree, text), *check_helps(tree, text)]
         if page.name == "ARCHITECTURE.md":
             found += check_layers(tree, text)
         faults += [f"{page.relative_to(tree)}: {fault}" for fault in found]

@@ -6,11 +6,15 @@ import unittest
 
 import documents
 
-SCHEDULER = """    [id(1), propget] HRESULT AppPath([out, retval] BSTR *pVal);
-    [id(2)] HRESULT ShuffleCategories(
+SCHEDULER = """    [id(1), propget, helpstring("The folder")]
+    HRESULT AppPath([out, retval] BSTR *pVal);
+    [id(2), helpstring("Shuffles; saves")]
+    HRESULT ShuffleCategories(
         [in] IDispatch *colCats, [in, defaultvalue(0)] VARIANT_BOOL bConfirmFirst);
 """
-GUIDE = "`AppPath`; `ShuffleCategories(colCats, [bConfirmFirst])`"
+COLLECTION = "[id(-4), propget, restricted] HRESULT _NewEnum([out, retval] IUnknown **ppEnum);"
+SHUFFLE = "| 2 | `ShuffleCategories(colCats, [bConfirmFirst])` | Shuffles; saves. Then more |\n"
+GUIDE = "| `AppPath` | The folder |\n" + SHUFFLE
 
 
 BUILD = """ravlo_layer(model    FOLDER model LIBRARIES libcsv)
@@ -19,12 +23,13 @@ ravlo_layer(rotation FOLDER rotation DEPENDS model)
 
 
 class Documents(unittest.TestCase):
-    def faults(self, readme="", guide=GUIDE, architecture=None):
+    def faults(self, readme="", guide=GUIDE, architecture=None, scheduler=SCHEDULER):
         with tempfile.TemporaryDirectory() as folder:
             tree = pathlib.Path(folder)
             files = {"README.md": readme, "docs/guide-host-developer.md": guide,
                      "rotation/Selection.cpp": "void Walk::SendToBack();", "docs/words.md": "# What is a *level*?\n",
-                     "comkit/RavloScheduler.idl": SCHEDULER, "comkit/RavloBase.idl": "",
+                     "comkit/RavloScheduler.idl": scheduler, "comkit/RavloBase.idl": "",
+                     "comkit/KorvaCollection.idl": COLLECTION,
                      "build/old.md": "[gone](gone.md)"}
             if architecture:
                 files |= {"docs/ARCHITECTURE.md": architecture, "CMakeLists.txt": BUILD}
@@ -56,10 +61,20 @@ class Documents(unittest.TestCase):
 
     def test_members_are_described_with_their_parameters(self):
         self.assertEqual(self.faults(), [])
-        self.assertEqual(self.faults(guide="`ShuffleCategories(colCats)`"),
+        self.assertEqual(self.faults(guide=GUIDE.replace("`AppPath`", "`build`").replace(", [bConfirmFirst]", "")),
                          ["docs/guide-host-developer.md: AppPath is not described",
                           "docs/guide-host-developer.md: ShuffleCategories(colCats) has other parameters: "
-                          "[['colCats', '[bConfirmFirst]']]"])
+                          "[['colCats', '[bConfirmFirst]']]",
+                          "docs/guide-host-developer.md: AppPath has no row that begins with its help string: The folder"])
+
+    def test_a_row_begins_with_the_help_string_of_its_member(self):
+        guide = "docs/guide-host-developer.md: "
+        self.assertEqual(self.faults(guide="| `AppPath` | The folders |\n" + SHUFFLE),
+                         [guide + "AppPath has no row that begins with its help string: The folder",
+                          guide + "the row of AppPath begins with no help string: The folders"])
+        self.assertEqual(self.faults(guide=GUIDE, scheduler=SCHEDULER.replace(', helpstring("The folder")', "")),
+                         [guide + "AppPath has no help string",
+                          guide + "the row of AppPath begins with no help string: The folder"])
 
     def test_the_table_of_the_layers_has_every_arrow(self):
         rows = "| `model` | cuts | libcsv |\n| `rotation` | picks | `model` |\n"
