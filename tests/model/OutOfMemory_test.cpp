@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <regex>
 #include <stdexcept>
 #include <type_traits>
 
@@ -40,6 +41,37 @@ TEST(OutOfMemory, ErrorIsReportedWithoutMemory)
         EXPECT_EQ(cError.Number(), 7);
         EXPECT_EQ(cError.Description(), StandardDescription(7));
     }
+}
+
+TEST(OutOfMemory, ALineOfTheLogIsWrittenWholeOrNotAtAll)
+{
+    static constexpr std::wstring_view sLong = L"a line for which there may be no memory";
+    const std::regex whole(
+        "(0[12]/03/24 12:00:00 (RavloScheduler debugging log created\\.|first|last|a line for "
+        "which there may be no memory)\r\n)+");
+    const std::wstring sLog = L"C:\\Radio\\Debugging Logs\\Scheduler\\Scheduler ";
+    for (const bool bNextDay : {false, true})
+        for (int lAllocations = 0;; ++lAllocations)
+        {
+            RadioPorts cPorts;
+            ModScheduler cMod(cPorts.Ports());
+            cMod.StoreAppPath(sRadio);
+            {
+                const ModScheduler::LogScope cScope(cMod);
+                cMod.WriteDebugLog(L"first");
+                cPorts.cClock.Advance(bNextDay ? 86'400'000 : 0);
+                {
+                    const Memory cMemory(lAllocations);
+                    cMod.WriteDebugLog(sLong);
+                }
+                cMod.WriteDebugLog(L"last");
+            }
+            const std::string log = cPorts.cFiles.Get(sLog + (bNextDay ? L"02.deb" : L"01.deb"));
+            EXPECT_TRUE(std::regex_match(log, whole)) << log;
+            EXPECT_TRUE(log.ends_with(" last\r\n"));
+            if (!bRanOut)
+                break;
+        }
 }
 
 TEST(OutOfMemory, ALevelIsAddedWholeOrNotAtAll)

@@ -55,6 +55,27 @@ TEST_F(ErrorDisplayTest, ReportingAnErrorRaisesNone)
     EXPECT_EQ(cPorts.cMessages.Boxes.size(), 2u);
 }
 
+TEST_F(ErrorDisplayTest, ErrorsOnAirWaitForAnEditButNotInsideOthersCalls)
+{
+    cPorts.cHostLoop.OnPump = [&] { cMod.ShowLater(L"Edit", RuntimeError(6)); };
+    {
+        const ModScheduler::OnAir cOnAir(cMod);
+        cMod.ShowLater(L"Pick", RuntimeError(5, L"First"));
+        cMod.Pump();
+        EXPECT_EQ(cPorts.cMessages.Boxes, Boxes{HandledError(L"Edit", L"Overflow", L"6")});
+        cMod.ShowLater(L"Pick", RuntimeError(7));
+        EXPECT_EQ(cPorts.cMessages.Boxes.size(), 1u) << "on air again";
+    }
+    for (int lEdit = 1; lEdit <= 2; ++lEdit)
+    {
+        cPorts.cMessages.Boxes.erase(cPorts.cMessages.Boxes.begin());
+        cMod.ShowWaiting();
+        EXPECT_EQ(cPorts.cMessages.Boxes,
+                  lEdit == 1 ? Boxes{HandledError(L"Pick", L"First (and 1 more, see the debug log)", L"5")}
+                             : Boxes());
+    }
+}
+
 TEST_F(ErrorDisplayTest, ATrapGivesTheResultOfWhatItRuns)
 {
     EXPECT_EQ(Trap(cMod, L"Here", -1, [] { return 7; }), 7);

@@ -66,6 +66,9 @@ TEST_F(SavedFilesTest, WhatWasNotUnderstoodIsKeptOnce)
     EXPECT_EQ(Save("newer"), Result::Written);
     EXPECT_EQ(Bytes(sBak), "odd");
     EXPECT_EQ(Bytes(sBak + L"2"), std::nullopt);
+    cSaved.NotUnderstood(sPath, cOne);
+    cSaved.Delete(sPath, cOne);
+    EXPECT_EQ(cSaved.StateOf(sPath, cOne), State::Absent);
 }
 
 TEST_F(SavedFilesTest, WhatNobodyHasSeenIsKeptOrLeftAlone)
