@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/controls/windows/SmoothImage.h"
 
-#include <array>
+#include <algorithm>
+#include <cmath>
 
 namespace ravlo
 {
@@ -54,6 +55,16 @@ void AddSmoothImage(HIMAGELIST hImages, const ColourAt& colourAt, int lSize)
             *pPixels++ = Pixel(colourAt, lX, lY, lSize);
     ::ImageList_Add(hImages, hBitmap, nullptr);
     ::DeleteObject(hBitmap);
+}
+
+double DistanceFromStroke(double dX, double dY, std::array<double, 4> stroke)
+{
+    const double dWidth = stroke[2] - stroke[0];
+    const double dHeight = stroke[3] - stroke[1];
+    const double dAlong = std::clamp(((dX - stroke[0]) * dWidth + (dY - stroke[1]) * dHeight) /
+                                         (dWidth * dWidth + dHeight * dHeight),
+                                     0.0, 1.0);
+    return std::hypot(dX - stroke[0] - dAlong * dWidth, dY - stroke[1] - dAlong * dHeight);
 }
 
 } // namespace ravlo

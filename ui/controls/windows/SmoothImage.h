@@ -3,6 +3,7 @@
 
 #include "ui/controls/windows/Handles.h"
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -20,5 +21,9 @@ using ColourAt = std::function<std::optional<std::uint32_t>(double dX, double dY
 
 // Adds a drawing to an image list, lSize pixels wide and high, with smooth edges.
 void AddSmoothImage(HIMAGELIST hImages, const ColourAt& colourAt, int lSize);
+
+// The distance of a point from a straight stroke, which is given by its ends: x and y of one, then of the
+// other.
+double DistanceFromStroke(double dX, double dY, std::array<double, 4> stroke);
 
 } // namespace ravlo

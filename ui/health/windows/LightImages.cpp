@@ -2,7 +2,6 @@
 #include "ui/health/windows/LightImages.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdint>
 #include <optional>
@@ -20,27 +19,17 @@ constexpr std::uint32_t lGrey = 0x8A8F98;
 constexpr std::uint32_t lWhite = 0xFFFFFF;
 constexpr std::uint32_t lBlack = 0x202020;
 
-// The distance of a point from a stroke between two others.
-double Distance(double dX, double dY, std::array<double, 4> line)
-{
-    const double dWidth = line[2] - line[0];
-    const double dHeight = line[3] - line[1];
-    const double dAlong = std::clamp(((dX - line[0]) * dWidth + (dY - line[1]) * dHeight) /
-                                         (dWidth * dWidth + dHeight * dHeight),
-                                     0.0, 1.0);
-    return std::hypot(dX - line[0] - dAlong * dWidth, dY - line[1] - dAlong * dHeight);
-}
-
 std::optional<std::uint32_t> GreenAt(double dX, double dY)
 {
-    if (std::min(Distance(dX, dY, {4.6, 8.2, 7, 10.7}), Distance(dX, dY, {7, 10.7, 11.6, 5.6})) < 1.1)
+    if (std::min(DistanceFromStroke(dX, dY, {4.6, 8.2, 7, 10.7}),
+                 DistanceFromStroke(dX, dY, {7, 10.7, 11.6, 5.6})) < 1.1)
         return lWhite;
     return std::hypot(dX - 8, dY - 8) < 6.8 ? std::optional(lGreen) : std::nullopt;
 }
 
 std::optional<std::uint32_t> YellowAt(double dX, double dY)
 {
-    if (Distance(dX, dY, {8, 6.2, 8, 9.6}) < 1 || std::hypot(dX - 8, dY - 12.1) < 1.1)
+    if (DistanceFromStroke(dX, dY, {8, 6.2, 8, 9.6}) < 1 || std::hypot(dX - 8, dY - 12.1) < 1.1)
         return lBlack;
     const bool bInside = dY > 1.4 && dY < 14.4 && std::abs(dX - 8) < (dY - 0.8) * 0.53;
     return bInside ? std::optional(lYellow) : std::nullopt;
@@ -48,7 +37,8 @@ std::optional<std::uint32_t> YellowAt(double dX, double dY)
 
 std::optional<std::uint32_t> RedAt(double dX, double dY)
 {
-    if (std::min(Distance(dX, dY, {5.6, 5.6, 10.4, 10.4}), Distance(dX, dY, {10.4, 5.6, 5.6, 10.4})) < 1.1)
+    if (std::min(DistanceFromStroke(dX, dY, {5.6, 5.6, 10.4, 10.4}),
+                 DistanceFromStroke(dX, dY, {10.4, 5.6, 5.6, 10.4})) < 1.1)
         return lWhite;
     const double dFromX = std::abs(dX - 8);
     const double dFromY = std::abs(dY - 8);
@@ -58,7 +48,7 @@ std::optional<std::uint32_t> RedAt(double dX, double dY)
 
 std::optional<std::uint32_t> NoneAt(double dX, double dY)
 {
-    return Distance(dX, dY, {5, 8, 11, 8}) < 1.2 ? std::optional(lGrey) : std::nullopt;
+    return DistanceFromStroke(dX, dY, {5, 8, 11, 8}) < 1.2 ? std::optional(lGrey) : std::nullopt;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The category tree's rows: the selected one without the focus, and the numbers of cuts.
 #include "base/Text.h"
+#include "ui/controls/windows/Colours.h"
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Dpi.h"
 #include "ui/library/windows/CategoryTreeWindow.h"
@@ -16,6 +17,7 @@ namespace
 // At 96 dpi: the room to the right of a number, and between it and the label.
 constexpr int lRightEdge = 6;
 constexpr int lGap = 8;
+constexpr int lPercent = 55; // of the text's colour: the system's grey is too pale to read a number
 
 } // namespace
 
@@ -75,7 +77,9 @@ void CategoryTreeWindow::DrawCount(const NMCUSTOMDRAW& draw, CategoryTreePresent
     {
         const bool bOnSelection =
             (draw.uItemState & CDIS_SELECTED) != 0 && ::GetFocus() == m_hTree && ShowsWholeRow();
-        ::SetTextColor(draw.hdc, ::GetSysColor(bOnSelection ? COLOR_HIGHLIGHTTEXT : COLOR_GRAYTEXT));
+        ::SetTextColor(draw.hdc, bOnSelection ? ::GetSysColor(COLOR_HIGHLIGHTTEXT)
+                                              : Mixed(::GetSysColor(COLOR_WINDOWTEXT),
+                                                      ::GetSysColor(COLOR_WINDOW), lPercent));
         ::SetBkMode(draw.hdc, TRANSPARENT);
         ::DrawTextW(draw.hdc, sCuts.c_str(), -1, &place, DT_SINGLELINE | DT_VCENTER | DT_RIGHT | DT_NOPREFIX);
     }

@@ -81,15 +81,16 @@ void CategoryTreeWindow::SetLook(HFONT hFont, int lDpi)
     m_lDpi = lDpi;
     SetFont(m_hTree, hFont);
     const int lSize = Scaled(lImageSize, lDpi);
-    UniqueImageList hImages(FolderImages(lSize));
-    Send(m_hTree, TVM_SETIMAGELIST, TVSIL_NORMAL, reinterpret_cast<LPARAM>(hImages.get()));
-    m_hImages.swap(hImages);
-    UniqueImageList hTicks(TickImages(m_hTree, lDpi));
+    UniqueImageList hTicks(TickImages(lDpi));
     const auto hBefore = reinterpret_cast<HIMAGELIST>(
         Send(m_hTree, TVM_SETIMAGELIST, TVSIL_STATE, reinterpret_cast<LPARAM>(hTicks.get())));
     if (hBefore && hBefore != m_hTicks.get())
         ::ImageList_Destroy(hBefore); // the control's own first one
     m_hTicks.swap(hTicks);
+    // Last: not every tree view makes room for other state images before it gets other images.
+    UniqueImageList hImages(FolderImages(lSize));
+    Send(m_hTree, TVM_SETIMAGELIST, TVSIL_NORMAL, reinterpret_cast<LPARAM>(hImages.get()));
+    m_hImages.swap(hImages);
     const FontContext cContext(m_hTree, hFont);
     const int lText = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy);
     Send(m_hTree, TVM_SETITEMHEIGHT, static_cast<WPARAM>(std::max(lText, lSize) + Scaled(lItemGap, lDpi)), 0);

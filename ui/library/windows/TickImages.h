@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ui/library/windows/FolderImages.h"
+#include "ui/controls/windows/SmoothImage.h"
 
 namespace ravlo
 {
 
 // The state images of the category tree's check boxes: a blank one, which tree views never show, then those
-// of CategoryTreePresenter::Ticks in its order. Drawn as the system draws check boxes, for that scale.
-UniqueImageList TickImages(HWND hTree, int lDpi);
+// of CategoryTreePresenter::Ticks in its order. In the colours of a window, on nothing: the row shows around
+// the box. Drawn rather than taken from the theme, whose boxes do not have every size.
+UniqueImageList TickImages(int lDpi);
 
 } // namespace ravlo

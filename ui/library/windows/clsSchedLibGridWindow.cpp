@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/library/windows/clsSchedLibGridWindow.h"
 
+#include "ui/controls/windows/Colours.h"
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Dpi.h"
 #include "ui/controls/windows/PopUpMenu.h"
@@ -18,13 +19,6 @@ namespace
 
 constexpr int lScrollZone = 18; // at 96 dpi, along the upper and lower edge
 constexpr int lLineWidth = 2;
-
-// The colour half-way between two.
-COLORREF Between(COLORREF left, COLORREF right)
-{
-    return RGB((GetRValue(left) + GetRValue(right)) / 2, (GetGValue(left) + GetGValue(right)) / 2,
-               (GetBValue(left) + GetBValue(right)) / 2);
-}
 
 } // namespace
 
@@ -252,7 +246,7 @@ void clsSchedLibGridWindow::ColourRow(NMLVCUSTOMDRAW& draw) const
         draw.clrTextBk = ::GetSysColor(COLOR_WINDOW);
     }
     if (bPale)
-        draw.clrText = Between(draw.clrText, draw.clrTextBk);
+        draw.clrText = Mixed(draw.clrText, draw.clrTextBk, 50);
 }
 
 LRESULT clsSchedLibGridWindow::OnCustomDraw(NMLVCUSTOMDRAW& draw) const
