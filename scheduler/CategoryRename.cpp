@@ -9,7 +9,9 @@
 #include "scheduler/Synchronisation.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -37,6 +39,59 @@ std::wstring Replaced(const Cut& cCut, const std::wstring& sFrom, const std::wst
     }
     return bFound ? sText : std::wstring();
 }
+
+// Shows in the library window how many cuts are done. Tells no host and processes no messages: the database's
+// batch is open, and nothing else may run until all is renamed.
+class CutsProgress
+{
+public:
+    CutsProgress(SchedulerState& cState, std::size_t cuts)
+        : m_cState(cState), m_cThrottle(cState.cMod.Ports().cClock), m_cuts(cuts)
+    {
+        Tell([&](ProgressEvents& cWindow) { cWindow.ProgressStart(L"Renaming...", AsLong(m_cuts)); });
+    }
+    ~CutsProgress()
+    {
+        Tell([](ProgressEvents& cWindow) { cWindow.ProgressDone(L"", L""); });
+    }
+    CutsProgress(const CutsProgress&) = delete;
+    CutsProgress& operator=(const CutsProgress&) = delete;
+
+    // Counted from 1.
+    void Done(std::size_t cut)
+    {
+        if (!m_cThrottle.IsDue(cut))
+            return;
+        Tell([&](ProgressEvents& cWindow) {
+            cWindow.Progress(L"Renaming " + CountText(cut) + L" of " + CountText(m_cuts), AsLong(cut),
+                             AsLong(m_cuts));
+        });
+        m_cThrottle.Reported();
+    }
+
+private:
+    static std::int32_t AsLong(std::size_t count)
+    {
+        return static_cast<std::int32_t>(
+            std::min<std::size_t>(count, std::numeric_limits<std::int32_t>::max()));
+    }
+    template <class Say> void Tell(Say&& say) const noexcept
+    {
+        try
+        {
+            if (ProgressEvents* const pWindow = m_cState.cEvents.Follower())
+                say(*pWindow);
+        }
+        catch (...)
+        {
+            m_cState.cMod.LogError(sWhere, CurrentError());
+        }
+    }
+
+    SchedulerState& m_cState;
+    ProgressThrottle m_cThrottle;
+    std::size_t m_cuts;
+};
 
 class Renaming
 {
@@ -188,10 +243,16 @@ bool Renaming::SaveListWithout()
 
 void Renaming::RenameInCuts()
 {
-    for (const std::shared_ptr<Cut>& cCut : m_cState.cDataBase->AllCuts())
+    const Cuts colCuts = m_cState.cDataBase->AllCuts();
+    CutsProgress cProgress(m_cState, colCuts.size());
+    std::size_t done = 0;
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
+    {
         if (const std::wstring sText = cCut ? Replaced(*cCut, m_sFrom, m_sTo) : std::wstring();
             !sText.empty())
             RenameInCut(cCut, sText);
+        cProgress.Done(++done);
+    }
 }
 
 void Renaming::RenameInCut(const std::shared_ptr<Cut>& cCut, const std::wstring& sText)

@@ -77,6 +77,29 @@ TEST(CategoryRename, TakesCutsOrdersRulesAndListAlong)
     }
 }
 
+TEST(CategoryRename, ShowsItsProgressInTheWindowAlone)
+{
+    RenamedStation station;
+    for (int lCut = 0; lCut < 36; ++lCut)
+        station.cDataBase->cInner.Add(L"n" + std::to_wstring(lCut), L"Rock", 1);
+    station.Populate();
+    station.cDataBase->cInner.Own(L"a")->OnCall = [&](const std::string&) {
+        station.cPorts.cClock.SetTickCount(station.cPorts.cClock.TickCount() + 150);
+    };
+    HostEvents cWindow;
+    station.cLib.cSchedMan->SetProgressFollower(&cWindow);
+    station.cLib.cHost.colSaid.clear();
+    ASSERT_TRUE(station.Rename(L"Blues"));
+    const Lines colShown{L"Start 41: Renaming...", L"Progress 20/41: Renaming 20 of 41", L"Done: "};
+    EXPECT_EQ(cWindow.colSaid, colShown);
+    EXPECT_EQ(station.cLib.cHost.colSaid, Lines()) << "a host that hears of it could change what is renamed";
+    cWindow.colSaid.clear();
+    station.cDataBase->cInner.Own(L"n35")->failing = {"SetCategoryText"};
+    EXPECT_FALSE(station.cLib.cSchedMan->RenameMainCat(L"Blues", L"Soul"));
+    EXPECT_EQ(cWindow.colSaid.back(), L"Done: ");
+    station.cLib.cSchedMan->SetProgressFollower(nullptr);
+}
+
 TEST(CategoryRename, HeldRulesSaveUnderTheNewName)
 {
     RenamedStation station;
