@@ -120,12 +120,14 @@ bool CatSelectorPresenter::TypeInList(SelectorControl eList, wchar_t cTyped)
         });
     if (!found)
         return true;
-    if (eList != lstlvl)
+    // Where several categories are chosen, those of the cut stay: only the caret moves.
+    const bool bSelects = eList != lstlvl && !(eList == lstCat && m_bMulti);
+    if (bSelects)
         m_cView.ClearSelection(eList);
     m_cView.SetCurrentEntry(eList, *found);
     if (eList == lstlvl)
         LevelClick();
-    else
+    else if (bSelects)
         m_cView.SelectEntry(eList, *found, true);
     if (eList == lstCat)
         CatClick();

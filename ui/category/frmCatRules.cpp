@@ -60,8 +60,13 @@ void frmCatPresenter::ShowOutlook()
     if (!cSubCat)
         return m_cView.SetOutlook(L"Choose a level to see what its cuts can keep.");
     if (!m_outlook)
-        m_outlook =
+    {
+        LevelOutlook outlook =
             OutlookOf(*cSubCat, m_cSchedMan->History(), m_cSchedMan->Names(), m_cMod.Ports().cClock.Now());
+        if (SubCat() != cSubCat) // chosen by a host's cut while it was read
+            return;
+        m_outlook = std::move(outlook);
+    }
     m_cView.SetOutlook(OutlookText(*m_outlook, MinsToKeep(txtArtistSepMins1), MinsToKeep(txtTitleSepMins1)));
 }
 

@@ -177,4 +177,19 @@ TEST_F(CategoryFindTest, TypingGoesToTheEntryThatBeginsWithIt)
     EXPECT_FALSE(cSelector.TypeInList(lstCat, L' ')) << "a blank selects";
 }
 
+TEST_F(CategoryFindTest, TypingKeepsTheSelectionOfSeveralCategories)
+{
+    cSelector.SetAllowMultiCatSelect(true);
+    ClickCat(L"Rock");
+    Narrow(L"a");
+    ClickCat(L"Abba Gold", true);
+    EXPECT_TRUE(cSelector.TypeInList(lstCat, L'j'));
+    EXPECT_EQ(cScreen.Current(lstCat), L"Jazz");
+    EXPECT_EQ(cSelector.SelectedMainCat(), MainCat(L"Jazz"));
+    cFind.CloseBar();
+    Texts colSelected = cScreen.Selected(lstCat);
+    std::sort(colSelected.begin(), colSelected.end());
+    EXPECT_EQ(colSelected, (Texts{L"Abba Gold", L"Rock"}));
+}
+
 } // namespace ravlo::test
