@@ -83,6 +83,23 @@ TEST_F(LibraryFindBars, TypingNarrowsTheTreeAndTheCrossShowsAll)
     });
 }
 
+TEST_F(LibraryFindBars, TheCrossIsAButtonForTheKeyboard)
+{
+    OpenOnRock([&](const User& user) {
+        for (const int lKey : {VK_RETURN, VK_SPACE, VK_ESCAPE})
+        {
+            user.Key('F', VK_CONTROL);
+            user.Key(VK_TAB);
+            const HWND hCross = In(eIdFindCategories, eIdFindClose);
+            EXPECT_EQ(user.FocusedWindow(), hCross);
+            EXPECT_EQ(ClassOf(hCross) + L": " + User::Text(hCross), L"Button: Close Find");
+            user.Key(lKey);
+            EXPECT_EQ(user.FocusedWindow(), hTree);
+            EXPECT_FALSE(Shown(User::Control(hWindow, eIdFindCategories)));
+        }
+    });
+}
+
 TEST_F(LibraryFindBars, TheyAreTidyAtEveryResolution)
 {
     OpenOnRock([&](const User& user) {

@@ -52,7 +52,7 @@ bool TextFits(HWND hWindow)
         return true;
     const RECT client = ClientOf(hWindow);
     const LONG_PTR lStyle = ::GetWindowLongPtrW(hWindow, GWL_STYLE);
-    if (sClass == L"Static" && (lStyle & SS_TYPEMASK) == SS_OWNERDRAW)
+    if ((lStyle & SS_TYPEMASK) == (sClass == L"Static" ? SS_OWNERDRAW : BS_OWNERDRAW))
         return true; // its text is its name and not drawn
     const bool bWraps = sClass == L"Static" && (lStyle & SS_TYPEMASK) == SS_LEFT;
     const UINT lFlags = bWraps && (lStyle & SS_EDITCONTROL) != 0 ? DT_EDITCONTROL : 0u;

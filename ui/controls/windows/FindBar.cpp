@@ -43,7 +43,7 @@ FindBar::FindBar(HWND hParent, int lId, const Texts& texts, std::function<void()
         MakeControl(Handle(), WC_EDITW, L"", WS_TABSTOP | ES_AUTOHSCROLL, eIdFindQuery, WS_EX_CLIENTEDGE);
     ::SendMessageW(m_hQuery, EM_SETCUEBANNER, TRUE, reinterpret_cast<LPARAM>(texts.sCue));
     m_hCount = MakeControl(Handle(), WC_STATICW, L"", SS_RIGHT | SS_NOPREFIX | SS_CENTERIMAGE, eIdFindCount);
-    m_hClose = MakeControl(Handle(), WC_STATICW, sClose, SS_OWNERDRAW | SS_NOTIFY, eIdFindClose);
+    m_hClose = MakeControl(Handle(), WC_BUTTONW, sClose, WS_TABSTOP | BS_OWNERDRAW, eIdFindClose);
 }
 
 FindBar::~FindBar() { Destroy(); }
@@ -89,13 +89,20 @@ void FindBar::OnCommand(int lId, int lCode)
         return;
     if (lId == eIdFindQuery && lCode == EN_CHANGE && !m_bSetting)
         m_cListener->QueryChanged(WindowText(m_hQuery));
-    else if (lId == eIdFindClose && (lCode == STN_CLICKED || lCode == STN_DBLCLK))
+    else if (lId == eIdFindClose && lCode == BN_CLICKED)
         m_cListener->CloseBar();
 }
 
 bool FindBar::OnKey(const MSG& message)
 {
-    if (message.hwnd != m_hQuery || message.message != WM_KEYDOWN || !m_cListener)
+    if (message.message != WM_KEYDOWN || !m_cListener)
+        return false;
+    if (message.hwnd == m_hClose && (message.wParam == VK_RETURN || message.wParam == VK_ESCAPE))
+    {
+        m_cListener->CloseBar();
+        return true;
+    }
+    if (message.hwnd != m_hQuery)
         return false;
     const bool bControl = ::GetKeyState(VK_CONTROL) < 0;
     if (message.wParam == VK_ESCAPE)
@@ -172,6 +179,10 @@ void FindBar::Draw(const DRAWITEMSTRUCT& item) const
     ::SetTextColor(item.hDC, ::GetSysColor(item.itemState & ODS_DISABLED ? COLOR_GRAYTEXT : COLOR_BTNTEXT));
     ::DrawTextW(item.hDC, sCross, 1, &place, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
     ::SelectObject(item.hDC, hBefore);
+    if (item.itemState & ODS_SELECTED)
+        ::DrawEdge(item.hDC, &place, BDR_SUNKENOUTER, BF_RECT);
+    else if (item.itemState & ODS_FOCUS)
+        ::DrawFocusRect(item.hDC, &place);
 }
 
 void FindBar::DrawGlass(HDC hDC, const RECT& place) const
