@@ -18,6 +18,9 @@ std::wstring NameOf(const clsCat& cCat)
     return cCat.CatName() + (cCat.CatLevel() == 0 ? L"" : L" " + DecimalText(cCat.CatLevel()));
 }
 
+// Names differ less than keys: a category may be named "Rock 1".
+std::wstring KeyOf(const clsCat& cCat) { return CategoryKey(cCat.CatName(), cCat.CatLevel()); }
+
 // Of the level in which a listed cut is explained: the one it is listed in, else the first that contains it.
 // Empty when there is none.
 std::wstring LevelKeyOf(const clsSchedMan& cSchedMan, const clsSchedLibGridPresenter& cGrid, std::size_t row)
@@ -30,7 +33,7 @@ std::wstring LevelKeyOf(const clsSchedMan& cSchedMan, const clsSchedLibGridPrese
             if (!cLevel)
                 cLevel = cFound;
         });
-    return cLevel ? CategoryKey(cLevel->CatName(), cLevel->CatLevel()) : std::wstring();
+    return cLevel ? KeyOf(*cLevel) : std::wstring();
 }
 
 } // namespace
@@ -94,11 +97,12 @@ PopUpItem CutMenu::Targets(const wchar_t* sCaption, eCatDragOptions eOption, con
 {
     PopUpItem targets{sCaption, {}, selection.count != 0};
     const std::shared_ptr<clsSchedMan> cSchedMan = m_cWork.SchedMan();
+    const std::shared_ptr<clsCat> cShown = m_cPanes.Grid().CurrentCatViewing();
     for (const std::wstring& sKey : selection.colTargets)
         if (const std::shared_ptr<clsCat> cCat = CatOf(*cSchedMan, sKey))
             targets.colItems.push_back({PlainCaption(NameOf(*cCat)),
                                         [this, eOption, sKey] { m_cCuts.SendTo(eOption, sKey); },
-                                        NameOf(*cCat) != selection.sShown});
+                                        !cShown || KeyOf(*cCat) != KeyOf(*cShown)});
     if (!targets.colItems.empty())
         targets.colItems.push_back({});
     targets.colItems.push_back({L"C&hoose...", [this, eOption] { m_cCuts.SendToChosen(eOption); }});

@@ -56,7 +56,7 @@ void LibraryCuts::AskForPosition()
     m_cWork.HandleDrop([this](clsSchedMan& cSchedMan) {
         const std::vector<std::size_t> colRows = Grid().SelectedRows();
         const std::shared_ptr<clsCat> cLevel = m_cPanes.ShownCat(cSchedMan);
-        if (colRows.empty() || !cLevel)
+        if (colRows.empty() || !cLevel || !MayReorder(cSchedMan) || !Grid().MayMoveTogether())
             return;
         const std::wstring sLast = CountText(Grid().ListedCount());
         const std::optional<std::wstring> sTyped =

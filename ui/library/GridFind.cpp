@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <exception>
-#include <unordered_map>
+#include <optional>
 #include <utility>
 
 namespace ravlo
@@ -40,7 +40,8 @@ std::string FieldsOf(const Cut& cCut)
 GridFind::GridFind(clsSchedLibGridPresenter& cGrid, FindBarView& cBar, LibraryWork& cWork, ModScheduler& cMod)
     : m_cGrid(cGrid), m_cBar(cBar), m_cWork(cWork), m_cMod(cMod)
 {
-    m_cGrid.Arrangers.push_back([this](ViewOrder& cOrder) { Arrange(cOrder); });
+    m_cGrid.Arrangers.push_back(
+        [this](ViewOrder& cOrder, const EarlierRows& cEarlier) { Arrange(cOrder, cEarlier); });
 }
 
 // ---- what the user does ----
@@ -65,14 +66,28 @@ void GridFind::QueryChanged(const std::wstring& sQuery)
 
 bool GridFind::CloseBar()
 {
+    if (!HideBar())
+        return false;
+    Step();
+    m_cBar.FocusList();
+    return true;
+}
+
+void GridFind::Leave()
+{
+    if (HideBar())
+        Proceed();
+}
+
+// What that means for the list is pending afterwards. False when the bar was not open.
+bool GridFind::HideBar()
+{
     if (!std::exchange(m_bOpen, false))
         return false;
     m_words = SearchWords();
     m_bPending = true;
-    Step();
     m_cBar.SetQuery(L"");
     m_cBar.ShowBar(false);
-    m_cBar.FocusList();
     return true;
 }
 
@@ -90,16 +105,17 @@ void GridFind::Step()
     if (!m_bPending && AllRead())
         return;
     if (m_cWork.Running())
-        m_cBar.AskForStep();
-    else
-        m_cWork.Handle(L"frmUILib.Find", [this](clsSchedMan&) { Proceed(); });
+        return m_cBar.AskForStep();
+    if (m_bPending)
+        m_cWork.UserActs();
+    m_cWork.GoOn(L"frmUILib.Find", [this](clsSchedMan&) { Proceed(); });
 }
 
 void GridFind::Proceed()
 {
     m_bPending = false;
     if (m_bOpen && m_colEntries.size() != m_cGrid.ListedCount())
-        List();
+        List(nullptr);
     else if (!m_bOpen)
         m_colEntries.clear();
     m_read = std::min(m_read, m_colEntries.size());
@@ -109,19 +125,21 @@ void GridFind::Proceed()
     const bool bNarrows = !m_matched.Empty();
     if (bNarrows != bWasNarrowed || (bNarrows && (bMatchChanged || bReadChanged)))
         m_cGrid.Rearrange([this](ViewOrder& cOrder) { Narrow(cOrder); });
+    m_cGrid.SetIncomplete(bNarrows && !AllRead());
     ShowCount();
     if (m_bPending || !AllRead())
         m_cBar.AskForStep();
 }
 
-void GridFind::Arrange(ViewOrder& cOrder)
+void GridFind::Arrange(ViewOrder& cOrder, const EarlierRows& cEarlier)
 {
     if (!m_bOpen)
-        return;
-    List();
+        return m_colEntries.clear(); // they are of the cuts listed before
+    List(&cEarlier);
     Match();
     ReadOn();
     Narrow(cOrder);
+    m_cGrid.SetIncomplete(!m_matched.Empty() && !AllRead());
     ShowCount();
     if (!AllRead())
         m_cBar.AskForStep();
@@ -130,19 +148,9 @@ void GridFind::Arrange(ViewOrder& cOrder)
 // ---- reading and matching ----
 
 // Takes over what was read of the same cuts before.
-void GridFind::List()
+void GridFind::List(const EarlierRows* pEarlier)
 {
-    std::vector<Entry> colBefore = std::exchange(m_colEntries, {});
-    std::unordered_map<const Cut*, std::size_t> colByCut; // made when a cut is in another row than before
-    const auto Before = [&](std::size_t row, const Cut* pCut) -> const Entry* {
-        if (row < colBefore.size() && colBefore[row].cCut.get() == pCut)
-            return &colBefore[row];
-        if (colByCut.empty())
-            for (std::size_t i = 0; i < colBefore.size(); ++i)
-                colByCut.emplace(colBefore[i].cCut.get(), i);
-        const auto found = colByCut.find(pCut);
-        return found == colByCut.end() ? nullptr : &colBefore[found->second];
-    };
+    const std::vector<Entry> colBefore = std::exchange(m_colEntries, {});
     m_colEntries.resize(m_cGrid.ListedCount());
     m_read = 0;
     m_found = 0;
@@ -151,10 +159,10 @@ void GridFind::List()
     {
         Entry& entry = m_colEntries[i];
         entry.cCut = m_cGrid.ListedCut(i);
-        const Entry* pBefore = Before(i, entry.cCut.get());
-        if (!pBefore || !pBefore->bKnown)
+        const std::optional<std::size_t> before = pEarlier ? pEarlier->Of(i) : std::nullopt;
+        if (!before || *before >= colBefore.size() || !colBefore[*before].bKnown)
             continue;
-        entry.sFields = pBefore->sFields;
+        entry.sFields = colBefore[*before].sFields;
         entry.bKnown = SetFound(entry, true);
     }
 }

@@ -31,6 +31,8 @@ public:
 
     // Ctrl+F.
     void OpenBar();
+    // Closes the bar at once, also while something runs, without moving the focus.
+    void Leave();
 
     void QueryChanged(const std::wstring& sQuery) override;
     bool CloseBar() override;
@@ -49,9 +51,10 @@ private:
     };
 
     bool AllRead() const noexcept { return m_read == m_colEntries.size(); }
+    bool HideBar();
     void Proceed();
-    void Arrange(ViewOrder& cOrder);
-    void List();
+    void Arrange(ViewOrder& cOrder, const EarlierRows& cEarlier);
+    void List(const EarlierRows* pEarlier);
     bool ReadOn();
     bool Read(Entry& entry);
     bool Match();

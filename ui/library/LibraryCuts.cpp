@@ -74,14 +74,27 @@ LibraryCuts::LibraryCuts(frmUILibView& cView, LibraryPanes& cPanes, LibraryWork&
 
 void LibraryCuts::CellDblClick(std::size_t row, std::size_t col)
 {
-    if (row >= 1 && col >= 1 && row <= Grid().RowCount())
-        m_cWork.Handle(L"iGridLib_CellDblClick", [&](clsSchedMan& cSchedMan) { Edit(cSchedMan, row - 1); });
+    Pressed(row, col);
+    EditPressed();
 }
 
-void LibraryCuts::Edit(clsSchedMan& cSchedMan, std::size_t row)
+void LibraryCuts::Pressed(std::size_t row, std::size_t col)
+{
+    m_cPressed.reset();
+    if (row >= 1 && col >= 1 && row <= Grid().RowCount() && !m_cWork.Running())
+        m_cWork.Try(L"iGridLib_CellDblClick", [&] { m_cPressed = Grid().KeyAt(row - 1); });
+}
+
+void LibraryCuts::EditPressed()
+{
+    if (const std::optional<TextKey> cKey = std::exchange(m_cPressed, std::nullopt))
+        m_cWork.Handle(L"iGridLib_CellDblClick", [&](clsSchedMan& cSchedMan) { Edit(cSchedMan, *cKey); });
+}
+
+void LibraryCuts::Edit(clsSchedMan& cSchedMan, const TextKey& cKey)
 {
     const std::shared_ptr<DataBase> cDataBase = cSchedMan.DataBase();
-    const std::shared_ptr<Cut> cCut = cDataBase ? cDataBase->CutByKey(Grid().KeyAt(row)) : nullptr;
+    const std::shared_ptr<Cut> cCut = cDataBase ? cDataBase->CutByKey(cKey) : nullptr;
     const bool bEdited = cCut && cSchedMan.RaiseEditRequestCutEvent(cCut) != lEditCancelled;
     if (bEdited && !m_cWork.RefreshPending()) // otherwise the pending refresh shows the node again
         m_cPanes.ShowAgain(cSchedMan);
@@ -316,7 +329,6 @@ void LibraryCuts::Change(clsSchedMan& cSchedMan, eCatDragOptions eOption, Target
     const std::vector<std::wstring> colBefore = m_cPanes.LevelKeys(sMainKey);
     bool bCreatedNewSubCats = false;
     cSchedMan.DoMassCatChange(eOption, present.colFrom, target.cCat, present.colCuts, bCreatedNewSubCats);
-    m_cRecent.Add(CategoryKey(sName, target.lLevel));
     SayChanged(cSchedMan, eOption, target, dragged);
     if (!bCreatedNewSubCats)
         return m_cPanes.ShowAgain(cSchedMan);
@@ -324,7 +336,7 @@ void LibraryCuts::Change(clsSchedMan& cSchedMan, eCatDragOptions eOption, Target
     m_cPanes.BringIntoView(m_cPanes.NewLevelKey(sMainKey, colBefore));
 }
 
-// Says how many of the cuts the target contains now.
+// Says how many of the cuts the target contains now, and remembers a target that contains any.
 void LibraryCuts::SayChanged(const clsSchedMan& cSchedMan, eCatDragOptions eOption, const Target& target,
                              const DraggedCuts& dragged)
 {
@@ -332,6 +344,8 @@ void LibraryCuts::SayChanged(const clsSchedMan& cSchedMan, eCatDragOptions eOpti
     const auto count = static_cast<std::size_t>(
         std::count_if(dragged.colKeys.begin(), dragged.colKeys.end(),
                       [&](const TextKey& cKey) { return cTo && Contains(*cTo, cKey); }));
+    if (count != 0) // a target that failed is not offered again
+        m_cRecent.Add(CategoryKey(target.cCat->CatName(), target.lLevel));
     const std::wstring sOf = count == dragged.colKeys.size() ? L"" : CountText(count) + L" of ";
     m_cResults.Say((eOption == eCopyHere ? L"Copied " : L"Moved ") + sOf +
                    CountedCuts(dragged.colKeys.size()) + L" into " + target.sText +

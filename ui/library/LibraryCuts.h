@@ -31,6 +31,10 @@ public:
 
     // Row and column from 1, 0 for none. Asks the host to edit the cut.
     void CellDblClick(std::size_t row, std::size_t col);
+    // The two halves of a double-click: Pressed remembers the cut in that cell, and EditPressed asks the host
+    // to edit it, although its row may be another one by then.
+    void Pressed(std::size_t row, std::size_t col);
+    void EditPressed();
     void GridDelete();
     // Moves the selected rows by one. Calls during a move are combined into one further move.
     void MoveSelected(bool bUp);
@@ -78,7 +82,7 @@ private:
     };
 
     clsSchedLibGridPresenter& Grid() const noexcept { return m_cPanes.Grid(); }
-    void Edit(clsSchedMan& cSchedMan, std::size_t row);
+    void Edit(clsSchedMan& cSchedMan, const TextKey& cKey);
     void Remove(clsSchedMan& cSchedMan, const std::vector<std::size_t>& colRows);
     std::vector<CutRemoval> RemovalsFromListed(const clsSchedMan& cSchedMan,
                                                const std::vector<std::size_t>& colRows) const;
@@ -108,7 +112,8 @@ private:
     LibraryResults& m_cResults;
     ModScheduler& m_cMod;
     RecentTargets m_cRecent;
-    DraggedCuts m_copied; // or cut, which the grid shows
+    std::optional<TextKey> m_cPressed; // by a double-click that is not handled yet
+    DraggedCuts m_copied;              // or cut, which the grid shows
     std::unique_ptr<LibraryWork::Working> m_cDrag;
     std::ptrdiff_t m_steps = 0; // rows the selected ones are yet to be moved by keys
     bool m_bMovingByKeys = false;

@@ -264,17 +264,16 @@ void LibraryPanes::SelectNode(const std::wstring& sKey)
 
 void LibraryPanes::GoToCut(clsSchedMan& cSchedMan, const std::wstring& sLevelKey, const TextKey& cCutKey)
 {
-    const std::optional<CategoryTreePresenter::Node> node = m_cTree.Find(sLevelKey);
-    if (!node)
+    if (!m_cTree.Find(sLevelKey))
         return;
-    if (const std::optional<CategoryTreePresenter::Node> mainNode = m_cTree.Find(MainKeyOf(sLevelKey)))
-    {
-        m_cTree.SetExpanded(*mainNode, true);
-        m_cTreeView.Expand(*mainNode);
-    }
-    m_cTreeView.Select(*node);
+    SelectNode(sLevelKey);
     ShowNode(cSchedMan, sLevelKey);
-    m_cGrid.GoToCut(cCutKey);
+    if (!m_cGrid.GoToCut(cCutKey) && m_cGrid.Order().IsNarrowed())
+    {
+        m_cFindCuts.Leave();
+        m_cGrid.GoToCut(cCutKey);
+    }
+    m_cView.FocusCuts();
 }
 
 std::vector<std::wstring> LibraryPanes::LevelKeys(const std::wstring& sMainKey) const

@@ -61,7 +61,8 @@ public:
     void ShowChanges(clsSchedMan& cSchedMan);
     // ShowChanges, unless the tree is up to date.
     void ShowChangedTree(clsSchedMan& cSchedMan);
-    // Shows a level with one of its cuts in sight; nothing happens when the level is gone.
+    // Shows a level with one of its cuts in sight and gives it the focus; find bars that hide them are
+    // closed. Nothing happens when the level is gone.
     void GoToCut(clsSchedMan& cSchedMan, const std::wstring& sLevelKey, const TextKey& cCutKey);
     // Shows a category under its new name, and selects it.
     void ShowRenamed(clsSchedMan& cSchedMan, const std::wstring& sFrom, const std::wstring& sTo);

@@ -3,15 +3,31 @@
 
 #include "ui/library/NodeKey.h"
 
+#include <algorithm>
+#include <cstddef>
+
 namespace ravlo
 {
 
 namespace
 {
 
+constexpr std::size_t longestCaption = 80; // a menu is as wide as its longest item
+
+// One line of bounded length: a tab in a title would begin the key's column of the menu.
+std::wstring MenuCaption(std::wstring sText)
+{
+    std::replace_if(
+        sText.begin(), sText.end(), [](wchar_t c) { return c < L' '; }, L' ');
+    if (sText.size() <= longestCaption)
+        return sText;
+    sText.resize(longestCaption - 1);
+    return sText + L'\u2026';
+}
+
 MenuItem StepItem(const wchar_t* sWithoutStep, const std::wstring& sStep)
 {
-    return {.bEnabled = !sStep.empty(), .sText = sStep.empty() ? sWithoutStep : sStep};
+    return {.bEnabled = !sStep.empty(), .sText = sStep.empty() ? sWithoutStep : MenuCaption(sStep)};
 }
 
 } // namespace
@@ -63,6 +79,7 @@ void LibraryRotation::ReorderChecked(clsSchedMan& cSchedMan,
     const Cats colGrouped = Grouped(colCats, true);
     const std::wstring sWhat = CatsText(colGrouped);
     m_cResults.Concern(CutsIn(colGrouped));
+    m_cPanes.FindCategories().SayHiddenTicks();
     bool bDone = false;
     {
         const LibraryWork::BusyFromProgress cBusy(m_cWork);

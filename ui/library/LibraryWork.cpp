@@ -111,10 +111,17 @@ void LibraryWork::Try(const wchar_t* sWhere, const std::function<void()>& body)
 
 void LibraryWork::Handle(const wchar_t* sWhere, const Body& body)
 {
+    if (Running() || !SchedMan())
+        return;
+    UserActs();
+    GoOn(sWhere, body);
+}
+
+void LibraryWork::GoOn(const wchar_t* sWhere, const Body& body)
+{
     const std::shared_ptr<clsSchedMan> cSchedMan = SchedMan();
     if (Running() || !cSchedMan)
         return;
-    UserActs();
     const Working cWorking(*this);
     Try(sWhere, [&] { body(*cSchedMan); });
 }

@@ -91,6 +91,8 @@ public:
     // Runs a handler of a user action, unless something runs or there is no manager. A failure is shown, the
     // progress bar is hidden and the controls are enabled.
     void Handle(const wchar_t* sWhere, const Body& body);
+    // As Handle, for a step of what the user has begun before.
+    void GoOn(const wchar_t* sWhere, const Body& body);
     // As Handle, for a drop and for commands with the rules of a drop.
     void HandleDrop(const Body& body);
     // Runs a drop even while something runs, namely the drag that it ends.

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 namespace ravlo
 {
@@ -40,11 +41,27 @@ void RowSorting::Reserve(std::size_t rows)
 
 void RowSorting::Add(const SortValue& value)
 {
+    m_colTexts.emplace_back();
+    m_colRows.push_back({0, m_colRows.size()});
+    Replace(m_colRows.size() - 1, value);
+}
+
+void RowSorting::Add(const RowSorting& cOther, std::size_t row)
+{
+    m_colTexts.push_back(cOther.m_colTexts[row]);
+    m_colRows.push_back({cOther.m_colRows[row].beginning, m_colRows.size()});
+}
+
+bool RowSorting::Replace(std::size_t row, const SortValue& value)
+{
     const std::wstring* pText = std::get_if<std::wstring>(&value);
-    m_colTexts.push_back(pText ? FoldForSearch(*pText) : std::string());
-    const std::uint64_t beginning =
-        pText ? BeginningOf(m_colTexts.back()) : BeginningOf(std::get<double>(value));
-    m_colRows.push_back({beginning, m_colRows.size()});
+    std::string sText = pText ? FoldForSearch(*pText) : std::string();
+    const std::uint64_t beginning = pText ? BeginningOf(sText) : BeginningOf(std::get<double>(value));
+    if (beginning == m_colRows[row].beginning && sText == m_colTexts[row])
+        return false;
+    m_colRows[row].beginning = beginning;
+    m_colTexts[row] = std::move(sText);
+    return true;
 }
 
 std::vector<std::size_t> RowSorting::Sorted(bool bDescending) const

@@ -19,6 +19,11 @@ class RowSorting
 public:
     void Reserve(std::size_t rows);
     void Add(const SortValue& value);
+    // Adds the value that a row of another sorting has.
+    void Add(const RowSorting& cOther, std::size_t row);
+    // Gives a row another value. False when it has that one already.
+    bool Replace(std::size_t row, const SortValue& value);
+    std::size_t Count() const noexcept { return m_colRows.size(); }
     // The rows, counted from 0 as they were added, in their order.
     std::vector<std::size_t> Sorted(bool bDescending) const;
 

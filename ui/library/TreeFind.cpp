@@ -97,6 +97,12 @@ void TreeFind::ShowCount()
     if (m_words.Empty())
         return m_cBar.SetCount(L"");
     m_cBar.SetCount(CountText(narrowed.shown) + L" of " + CountText(narrowed.categories));
+    SayHiddenTicks();
+}
+
+void TreeFind::SayHiddenTicks()
+{
+    const CategoryTreePresenter::Narrowed narrowed = m_cTree.NarrowedTo();
     if (narrowed.hiddenTicks == 1)
         m_cView.SetStatus(L"1 checked node is not shown.", L"");
     else if (narrowed.hiddenTicks > 1)

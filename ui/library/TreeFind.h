@@ -28,6 +28,8 @@ public:
     void OpenBar();
     // Call after the tree was filled.
     void TreeFilled();
+    // Says how many checked nodes are not shown, if any: commands act on them, too.
+    void SayHiddenTicks();
     // Closes the bar when it hides the node.
     void Reveal(CategoryTreePresenter::Node node);
 

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 
 namespace ravlo
@@ -19,19 +18,6 @@ constexpr const wchar_t* sSection = L"Settings";
 constexpr const wchar_t* sLayoutKey = L"iGridLibLayoutColSchedLib";
 // A setting of its own: programs that know only the ten columns keep it, and read theirs as ever.
 constexpr const wchar_t* sFurtherKey = L"iGridLibFurtherColSchedLib";
-
-// Empty for a cut that cannot be read.
-template <class Ask> std::wstring TextOrNone(Ask&& ask)
-{
-    try
-    {
-        return ask();
-    }
-    catch (const std::exception&)
-    {
-        return {};
-    }
-}
 
 bool AreConsecutive(const std::vector<std::size_t>& colRows)
 {
@@ -118,13 +104,13 @@ SortValue clsSchedLibGridPresenter::SortValueOf(std::size_t listed, std::size_t 
 std::optional<std::size_t> clsSchedLibGridPresenter::FindRow(const std::wstring& sBeginning,
                                                              std::size_t start) const
 {
+    using Field = RowBeginnings::Field;
     const std::string sFolded = FoldForSearch(sBeginning);
-    for (const auto TextOfCut : {&Cut::Artist, &Cut::Title})
+    for (const Field eField : {Field::Artist, Field::Title})
         for (std::size_t step = 0; step < RowCount(); ++step)
         {
             const std::size_t row = (start + step) % RowCount();
-            const std::shared_ptr<Cut> cCut = CutAt(row); // kept: a host's cut may list others when asked
-            if (BeginsFolded(TextOrNone([&] { return (cCut.get()->*TextOfCut)(); }), sFolded))
+            if (m_cBeginnings.Begins(CutAt(row), ListedRow(row), eField, sFolded))
                 return row;
         }
     return std::nullopt;
@@ -192,106 +178,6 @@ Cats clsSchedLibGridPresenter::colSubCatsDraggedFrom(const clsSchedMan& cSchedMa
     return colFrom;
 }
 
-// ---- the place on the screen ----
-
-clsSchedLibGridPresenter::RowOfCut clsSchedLibGridPresenter::RowOf(std::size_t row) const
-{
-    const std::shared_ptr<clsCat> cLevel = LevelAt(row);
-    return {CutAt(row), cLevel ? cLevel->CatLevel() : 0, row};
-}
-
-clsSchedLibGridPresenter::Place clsSchedLibGridPresenter::CurrentPlace() const
-{
-    Place place = PlaceOnScreen();
-    for (const std::size_t row : SelectedRows())
-        place.colSelected.push_back(RowOf(row));
-    return place;
-}
-
-// The place without the selection.
-clsSchedLibGridPresenter::Place clsSchedLibGridPresenter::PlaceOnScreen() const
-{
-    Place place;
-    const std::optional<std::size_t> current = m_cView.CurrentRow();
-    if (current && *current < RowCount())
-        place.current = RowOf(*current);
-    const std::size_t top = m_cView.TopRow();
-    if (top != 0 && top < RowCount())
-    {
-        place.top = RowOf(top);
-        place.bAtTop = false;
-    }
-    return place;
-}
-
-// The rows' present positions. Finds them by the cut's object first, which reads no cut, and the others by
-// key.
-std::vector<std::optional<std::size_t>>
-clsSchedLibGridPresenter::FindRows(const std::vector<RowOfCut>& colWanted) const
-{
-    std::vector<std::optional<std::size_t>> colFound(colWanted.size());
-    std::unordered_multimap<const Cut*, std::size_t> colByObject;
-    for (std::size_t i = 0; i < colWanted.size(); ++i)
-        colByObject.emplace(colWanted[i].cCut.get(), i);
-    std::size_t left = colWanted.size();
-    const auto Match = [&](const auto& range, std::size_t row) {
-        for (auto it = range.first; it != range.second; ++it)
-            if (!colFound[it->second] && colWanted[it->second].lLevel == RowOf(row).lLevel)
-            {
-                colFound[it->second] = row;
-                --left;
-            }
-    };
-    for (std::size_t row = 0; row < RowCount() && left > 0; ++row)
-        Match(colByObject.equal_range(CutAt(row).get()), row);
-    if (left == 0)
-        return colFound;
-    const auto KeyOf = [](const auto& ask) -> TextKey {
-        try
-        {
-            return ask();
-        }
-        catch (const std::exception&)
-        {
-            return {}; // a cut that cannot be read is not found
-        }
-    };
-    std::unordered_multimap<TextKey, std::size_t> colByKey;
-    for (std::size_t i = 0; i < colWanted.size(); ++i)
-        if (!colFound[i])
-            if (TextKey cKey = KeyOf([&] { return colWanted[i].cCut->Key(); }); !cKey.Empty())
-                colByKey.emplace(std::move(cKey), i);
-    for (std::size_t row = 0; row < RowCount() && left > 0; ++row)
-        Match(colByKey.equal_range(KeyOf([&] { return KeyAt(row); })), row);
-    return colFound;
-}
-
-void clsSchedLibGridPresenter::ReturnTo(const Place& place)
-{
-    if (RowCount() == 0 || (place.colSelected.empty() && !place.current && place.bAtTop))
-        return;
-    std::vector<RowOfCut> colWanted = place.colSelected;
-    if (place.current)
-        colWanted.push_back(*place.current);
-    if (!place.bAtTop)
-        colWanted.push_back(place.top);
-    const std::vector<std::optional<std::size_t>> colRows = FindRows(colWanted);
-
-    std::vector<bool> bSelected(RowCount());
-    std::size_t goneBefore = 0; // selected rows before the current one that no longer exist
-    for (std::size_t i = 0; i < place.colSelected.size(); ++i)
-        if (colRows[i])
-            bSelected[*colRows[i]] = true;
-        else if (place.current && colWanted[i].row < place.current->row)
-            ++goneBefore;
-    m_cView.SetSelection(bSelected);
-    const std::size_t last = RowCount() - 1;
-    if (place.current) // when it is gone: the row in its place
-        m_cView.SetCurrentRow(
-            colRows[place.colSelected.size()].value_or(std::min(place.current->row - goneBefore, last)));
-    m_cView.SetTopRow(place.bAtTop ? 0 : colRows.back().value_or(std::min(place.top.row, last)));
-}
-
 // ---- rows that were cut ----
 
 void clsSchedLibGridPresenter::ShowPale(KeySet colKeys)
@@ -313,21 +199,6 @@ bool clsSchedLibGridPresenter::IsPale(std::size_t row) const
     catch (const std::exception&)
     {
         return false;
-    }
-}
-
-void clsSchedLibGridPresenter::GoToCut(const TextKey& cKey)
-{
-    for (std::size_t row = 0; row < RowCount(); ++row)
-    {
-        if (KeyAt(row) != cKey)
-            continue;
-        std::vector<bool> bSelected(RowCount());
-        bSelected[row] = true;
-        m_cView.SetSelection(bSelected);
-        m_cView.SetCurrentRow(row);
-        m_cView.EnsureVisible(row);
-        return;
     }
 }
 

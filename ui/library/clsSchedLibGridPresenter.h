@@ -3,8 +3,10 @@
 
 #include "scheduler/clsSchedMan.h"
 #include "ui/library/CutPlaces.h"
+#include "ui/library/EarlierRows.h"
 #include "ui/library/LibraryContents.h"
 #include "ui/library/NextToPlay.h"
+#include "ui/library/RowBeginnings.h"
 #include "ui/library/ViewOrder.h"
 #include "ui/library/clsSchedLibGridView.h"
 
@@ -39,7 +41,7 @@ public:
     std::function<void(const std::wstring& sWhy)> ReorderRefused;
     // Sort or narrow the view when a node is shown; called one after the other, before the first row is
     // painted.
-    std::vector<std::function<void(ViewOrder& cOrder)>> Arrangers;
+    std::vector<std::function<void(ViewOrder& cOrder, const EarlierRows& cEarlier)>> Arrangers;
 
     // The level or main category shown; null for all audio.
     const std::shared_ptr<clsCat>& CurrentCatViewing() const noexcept { return m_cCurrentCat; }
@@ -80,9 +82,13 @@ public:
     SortValue SortValueOf(std::size_t listed, std::size_t column) const;
     const ListedCuts& Listing() const noexcept { return m_listed; }
     // Sorts or narrows the view, or undoes that. Rows that are still shown stay selected, and the current one
-    // stays in sight; when the whole list is shown again and nothing else was made current, its place is the
-    // one it had before it was narrowed.
+    // stays in sight. When the whole list is shown again and nothing else was made current, its place is the
+    // one it had before it was narrowed; rows that were hidden are selected again, unless the user has
+    // selected something else since.
     void Rearrange(const std::function<void(ViewOrder& cOrder)>& change);
+    // Call with true while rows are still to be added to a narrowed view. ReturnTo is repeated once they are
+    // there, unless the user has selected something else since.
+    void SetIncomplete(bool bIncomplete);
 
     // ---- selection
 
@@ -118,8 +124,8 @@ public:
     };
     Place CurrentPlace() const;
     void ReturnTo(const Place& place);
-    // Selects the first row of a cut alone and scrolls it into view; nothing happens when no row has it.
-    void GoToCut(const TextKey& cKey);
+    // Selects the first row of a cut alone and scrolls it into view; false when no row has it.
+    bool GoToCut(const TextKey& cKey);
 
     // Shows the rows of these cuts pale.
     void ShowPale(KeySet colKeys);
@@ -139,6 +145,8 @@ public:
     // Calls move, which moves the selected rows next to each other, if they may be moved, and makes them
     // visible. The rows need not be adjacent.
     void MoveTogether(const std::function<void()>& move);
+    // Whether the selected rows may be moved next to each other; says why when they may not.
+    bool MayMoveTogether() const { return MayMove(SelectedRows()); }
     // Begins and ends a drag of the selected rows; false when there are none.
     bool StartDrag();
     void EndDrag() { m_colDragged.clear(); }
@@ -159,10 +167,13 @@ private:
     template <class Use> auto WithCut(std::size_t listed, std::size_t column, Use&& use) const;
     RowOfCut RowOf(std::size_t row) const;
     std::vector<std::optional<std::size_t>> FindRows(const std::vector<RowOfCut>& colWanted) const;
-    void SelectListed(const std::vector<bool>& bListed);
+    std::vector<bool> SelectedListed() const;
+    std::vector<bool> SelectListed(const std::vector<bool>& bListed);
+    std::vector<bool> RememberHidden(bool bWasNarrowed);
     std::optional<std::size_t> RowOfListed(std::size_t listed) const;
     bool ShowsSchedule() const;
     Place PlaceOnScreen() const;
+    void Seek(const Place& place);
 
     clsSchedLibGridView& m_cView;
     ModScheduler& m_cMod;
@@ -171,7 +182,23 @@ private:
     ListedCuts m_listed;
     mutable NextToPlay m_cNext; // read while painting
     ViewOrder m_order;
-    std::optional<Place> m_hidden; // of the whole list, while it is narrowed
+    mutable RowBeginnings m_cBeginnings; // read while the user types
+    // Of the whole list, while it is narrowed.
+    struct Hidden
+    {
+        Place place;                 // without the selection
+        std::vector<bool> bSelected; // by listed row; none when other cuts were listed since
+        std::vector<bool> bLeft;     // those of them that were shown last
+    };
+    std::optional<Hidden> m_hidden;
+    // The place that an incomplete view could return to only in part.
+    struct Sought
+    {
+        Place place;
+        std::vector<bool> bSelected; // by listed row, since then
+    };
+    std::optional<Sought> m_sought;
+    bool m_bIncomplete = false;
     KeySet m_colPale;
     std::vector<std::size_t> m_colDragged; // reading the selection at each move of the mouse costs too much
 };

@@ -21,7 +21,7 @@ frmUILibPresenter::frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTre
       m_cPanes(cView, cTreeView, cGridView, bars, m_cWork, cMod),
       m_cResults(cView, m_cPanes.Grid(), m_cWork, cMod), m_cCuts(cView, m_cPanes, m_cWork, m_cResults, cMod),
       m_cRotation(m_cPanes, m_cWork, m_cResults, cMod), m_cRename(m_cPanes, m_cWork, m_cResults),
-      m_cHeadings(m_cPanes.Grid(), cGridView, cView, m_cWork),
+      m_cHeadings(m_cPanes.Grid(), cGridView, cView, m_cWork, cMod),
       m_cCutMenu(m_cPanes, m_cCuts, m_cRotation, m_cHeadings, m_cWork, cGridView)
 {
     m_cWork.UserActs = [this] { m_cResults.UserActs(); };
@@ -226,6 +226,7 @@ void frmUILibPresenter::Delete(clsSchedMan& cSchedMan)
     const Cats colGrouped = Grouped(colCats, false);
     const std::wstring sWhat = CatsText(colGrouped);
     m_cResults.Concern(CutsIn(colGrouped));
+    m_cPanes.FindCategories().SayHiddenTicks();
     if (m_cMod.Box(BoxIcon::Question, BoxButtons::YesNoDefaultNo, L"Confirm Category Deletion", sText) !=
         BoxAnswer::Yes)
         return;

@@ -29,11 +29,15 @@ public:
     // Shows the window and returns when it is closed: after Close, or because the program ends.
     virtual void ShowModal() = 0;
     virtual void BringToFront() = 0;
+    // The grid gets the focus, or has it when the window is shown, enabled or active again.
+    virtual void FocusCuts() = 0;
     virtual void Close() = 0;
     // Calls RequestRefresh soon, after user input that is already waiting.
     virtual void AskForRefresh() = 0;
     // Calls LibraryResults::ShowSelection soon.
     virtual void AskForSelection() = 0;
+    // Calls GridHeadings::Step soon, after user input that is already waiting.
+    virtual void AskForSorting() = 0;
 };
 
 } // namespace ravlo

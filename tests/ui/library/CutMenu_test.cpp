@@ -143,6 +143,15 @@ TEST_P(CutMenuTest, ATextThatIsNoPositionIsRefusedAndNothingMoves)
               (ShownInput{L"Move To Position", L"Position in Rock 1, from 1 to 3:", L"2"}));
 }
 
+TEST_P(CutMenuTest, NoPositionIsAskedForWhenTheListBecameSorted)
+{
+    cGridView.Select({1});
+    cForm.Headings().Click(2);
+    CutActions().AskForPosition();
+    EXPECT_TRUE(cPorts.cMessages.Inputs.empty());
+    EXPECT_EQ(cView.colStatus.back(), L"The list is sorted: return to schedule order to change it.|");
+}
+
 TEST_P(CutMenuTest, OutsideOfALevelTheKeysAreRefusedAsADragIs)
 {
     ShowNode(L"Rock", 0);
@@ -179,6 +188,27 @@ TEST_P(CutMenuTest, RecentTargetsAreOfferedTheLastOneFirst)
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"c"}));
     EXPECT_EQ(Recent(), L"Jazz:1|Rock:2|gone:1|Rock:1|");
     EXPECT_TRUE(Shown().empty());
+}
+
+TEST_P(CutMenuTest, OnlyTheShownTargetIsGreyNotOneOfTheSameCaption)
+{
+    Add(L"g", L"Rock 1", 1);
+    Man().PopulateFromDataBase(cLibrary.cDataBase, Man().AppPath());
+    cForm.ReloadAll();
+    cPorts.cUserSettings.Set(sProgramTitle, L"Settings", L"RecentTargets", L"Rock 1:0|Rock:1|");
+    const Lines colMenu = Menu({0});
+    EXPECT_EQ((Lines{colMenu.begin() + 3, colMenu.begin() + 5}), (Lines{L" Rock 1", L" -Rock 1"}));
+}
+
+TEST_P(CutMenuTest, ATargetThatNoCutReachedIsNotOffered)
+{
+    CategoryWindows windows(Man());
+    windows.lAnswer = lChosen;
+    windows.OnCategory = [&](CategoryRequest& request) { request.cMainCatChosen = MainCat(L"Jazz"); };
+    CutInRow(0).failing = {"AddCategoryName", "SetCategoryText"};
+    ChooseFromCuts({0}, L"&Move to>C&hoose...");
+    EXPECT_EQ(Recent(), L"");
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"c"}));
 }
 
 TEST_P(CutMenuTest, ChooseTakesTheCutsBeforeTheCategoryWindowOpens)

@@ -39,6 +39,19 @@ TEST_P(frmUILibTest, ADoubleClickEditsTheCutAndShowsTheNodeUnlessCancelled)
     EXPECT_TRUE(Said().empty());
 }
 
+TEST_P(ShownLevelTest, ADoubleClickEditsItsCutThoughTheRowsHaveMoved)
+{
+    CutActions().Pressed(2, 1);
+    Level(L"Rock", 1)->SchedCuts()->SendToBack(TextKey(L"a"));
+    cForm.RequestRefresh();
+    ASSERT_EQ(RowKeys(), (Keys{L"b", L"c", L"a"}));
+    CutActions().EditPressed();
+    EXPECT_EQ(Said().back(), L"Edit b");
+    Said().clear();
+    CutActions().EditPressed();
+    EXPECT_TRUE(Said().empty());
+}
+
 // ---- removing
 
 TEST_P(frmUILibTest, DeleteWithNothingSelectedSaysSo)

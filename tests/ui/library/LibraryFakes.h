@@ -191,6 +191,8 @@ public:
     bool bSelectionAsked = false;
     void SetResult(const std::wstring& sNow) override { sResult = sNow; }
     void AskForSelection() override { bSelectionAsked = true; }
+    bool bSortingAsked = false;
+    void AskForSorting() override { bSortingAsked = true; }
     void ShowProgress(std::int32_t lMax) override
     {
         lBarMax = lMax;
@@ -215,6 +217,8 @@ public:
             OnModal();
     }
     void BringToFront() override { ++lFront; }
+    int lFocused = 0; // the cuts
+    void FocusCuts() override { ++lFocused; }
     void Close() override { ++lClosed; }
     void AskForRefresh() override { ++lAskedFor; }
 

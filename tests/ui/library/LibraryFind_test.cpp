@@ -113,6 +113,31 @@ TEST_P(FindTest, WhatWasSelectedWhileNarrowedStaysSelected)
     EXPECT_EQ(cGridView.lCurrent, 3u);
 }
 
+TEST_P(FindTest, HiddenRowsAreSelectedAgainUnlessTheSelectionChanged)
+{
+    for (const bool bUserSelects : {false, true})
+    {
+        cGridView.Select({0, 1});
+        FindCuts(L"queen");
+        FindCuts(L"queen race");
+        FindCuts(L"queen");
+        EXPECT_EQ(SelectedKeys(), (Keys{L"b.wav"}));
+        if (bUserSelects)
+            cGridView.Select({1});
+        Find().CloseBar();
+        EXPECT_EQ(SelectedKeys(), bUserSelects ? (Keys{L"c.wav"}) : (Keys{L"a.wav", L"b.wav"}));
+    }
+}
+
+TEST_P(FindTest, ClosingTheBarReturnsToTheTopRowWithoutACurrentOne)
+{
+    cGridView.lTop = 2;
+    FindCuts(L"queen");
+    Find().CloseBar();
+    EXPECT_EQ(cGridView.lTop, 2u);
+    EXPECT_EQ(cGridView.lCurrent, std::nullopt);
+}
+
 TEST_P(FindTest, ClosingSaysWhetherTheBarWasOpen)
 {
     EXPECT_FALSE(Find().CloseBar() || FindCategories().CloseBar()) << "Esc cancels a cut then";
@@ -161,6 +186,69 @@ TEST_P(FindTest, LargeListsAreReadInShortSteps)
     EXPECT_EQ(cCutsBar.sCount, L"3 of 4");
     Find().Step();
     EXPECT_EQ(cCutsBar.lSteps, 0) << "nothing more to do";
+}
+
+// A host's database gives other objects for the cuts, which are known by their keys only in a level.
+TEST_P(FindTest, ARefreshOfANarrowedListKeepsItsPlaceAndSelection)
+{
+    for (const auto& [sNode, lLevel] : {std::pair{L"Rock", 1}, std::pair{sAllAudio, 0}})
+    {
+        ShowNode(sNode, lLevel);
+        FindCuts(L"queen");
+        RunSteps();
+        ASSERT_EQ(RowKeys(), (Keys{L"b.wav", L"c.wav"}));
+        cGridView.Select({1});
+        cGridView.lCurrent = 1;
+        for (const std::shared_ptr<FakeCut>& cCut : m_colCuts)
+            cCut->OnCall = [this](const std::string& sMember) {
+                if (sMember == "Artist") // each cut takes 10 ms
+                    cPorts.cClock.SetTickCount(cPorts.cClock.TickCount() + 10);
+            };
+        Man().PopulateFromDataBase(cLibrary.cDataBase, Man().AppPath());
+        cForm.RequestRefresh();
+        const Keys colAtOnce = RowKeys();
+        EXPECT_TRUE(lLevel == 0 || colAtOnce == (Keys{L"b.wav", L"c.wav"}));
+        cForm.RequestRefresh(); // before all is read
+        RunSteps();
+        EXPECT_EQ(RowKeys(), (Keys{L"b.wav", L"c.wav"}));
+        EXPECT_EQ(SelectedKeys(), (Keys{L"c.wav"}));
+        EXPECT_EQ(cGridView.lCurrent, 1u);
+        for (const std::shared_ptr<FakeCut>& cCut : m_colCuts)
+            cCut->OnCall = nullptr;
+        Find().CloseBar();
+    }
+}
+
+TEST_P(FindTest, WhatIsSelectedWhileCutsAreReadStays)
+{
+    for (const std::shared_ptr<FakeCut>& cCut : m_colCuts)
+        cCut->OnCall = [this](const std::string& sMember) {
+            if (sMember == "Artist")
+                cPorts.cClock.SetTickCount(cPorts.cClock.TickCount() + 10);
+        };
+    ShowNode(sAllAudio, 0);
+    FindCuts(L"e");
+    RunSteps();
+    cGridView.Select({3});
+    cForm.RequestRefresh();
+    cGridView.Select({0});
+    RunSteps();
+    EXPECT_EQ(SelectedKeys(), (Keys{L"a.wav"}));
+}
+
+TEST_P(FindTest, TheBarOpenedAgainDuringACommandFindsAmongPresentCuts)
+{
+    FindCuts(L"queen");
+    cLibrary.cHost.OnEvent = [this](const std::wstring& sSaid) {
+        if (sSaid.find(L"Edit") == std::wstring::npos)
+            return;
+        Find().CloseBar();
+        m_colCuts[0]->SetArtist(L"Queen");
+    };
+    CutActions().CellDblClick(1, 1);
+    FindCuts(L"queen");
+    RunSteps();
+    EXPECT_EQ(RowKeys(), (Keys{L"a.wav", L"b.wav", L"c.wav"}));
 }
 
 TEST_P(FindTest, AHiddenRowIsNotReadBeforeTheBarOpens)
@@ -236,6 +324,21 @@ TEST_P(FindTest, HiddenTicksStayAndTickingActsOnShownNodes)
     EXPECT_EQ(VisibleNodes().size(), 3u);
 }
 
+TEST_P(FindTest, QuestionsSayHowManyCheckedNodesAreNotShown)
+{
+    using enum LibraryCommand;
+    cForm.Panes().NodeCheck(Node(L"Jazz", 0), true);
+    NarrowTree(L"rock");
+    for (const LibraryCommand eCommand : {mnuCatDelete, mnuShuffle, mnuSpread})
+    {
+        cView.colStatus.clear();
+        Answers({BoxAnswer::No});
+        cForm.Do(eCommand);
+        EXPECT_TRUE(std::count(cView.colStatus.begin(), cView.colStatus.end(),
+                               L"2 checked nodes are not shown.|") == 1);
+    }
+}
+
 TEST_P(FindTest, ANarrowedTreeStaysSoUntilANewNodeNeedsSight)
 {
     NarrowTree(L"jazz");
@@ -249,6 +352,25 @@ TEST_P(FindTest, ANarrowedTreeStaysSoUntilANewNodeNeedsSight)
     EXPECT_EQ(cTreeView.colBrought.back(), Node(L"Pop", 0));
     EXPECT_EQ(cCategoriesBar.sQuery, L"");
     EXPECT_FALSE(cCategoriesBar.bShown);
+}
+
+TEST_P(FindTest, GoingToACutClosesTheBarsThatHideIt)
+{
+    cView.OnModal = [&] {
+        FindCuts(L"queen");
+        NarrowTree(L"rock");
+        cForm.GoTo(L"Rock\t1", TextKey(L"c.wav"));
+        EXPECT_EQ(SelectedKeys(), (Keys{L"c.wav"}));
+        EXPECT_TRUE(cCutsBar.bShown && cCategoriesBar.bShown) << "they do not hide it";
+        cForm.GoTo(L"Jazz\t1", TextKey(L"e.wav"));
+        EXPECT_EQ(RowKeys(), (Keys{L"c.wav", L"e.wav"}));
+        EXPECT_EQ(SelectedKeys(), (Keys{L"e.wav"}));
+        EXPECT_EQ(SelectedNode(), L"Jazz\t1");
+        EXPECT_FALSE(cCutsBar.bShown || cCategoriesBar.bShown);
+        EXPECT_EQ(cCutsBar.sQuery + cCutsBar.sCount, L"");
+        cView.OnModal = nullptr;
+    };
+    cForm.ShowModalUI();
 }
 
 INSTANTIATE_TEST_SUITE_P(Objects, FindTest, testing::Bool(), ObjectsOf);

@@ -106,6 +106,21 @@ TEST_P(LibraryRotationTest, UndoAndRedoNameTheirStepAndSayWhatTheyDid)
     EXPECT_FALSE(cForm.ItemOf(mnuRedo).bEnabled);
 }
 
+TEST_P(LibraryRotationTest, TheMenuNamesAStepInOneShortLine)
+{
+    const std::wstring sLong = L"Night\nand " + std::wstring(100, L'x');
+    Add(L"g", sLong, 1);
+    Man().PopulateFromDataBase(cLibrary.cDataBase, Man().AppPath());
+    cForm.ReloadAll();
+    ShowNode(sLong, 1);
+    Remove({0});
+    ASSERT_GT(Man().UndoText().size(), 100u);
+    const std::wstring sText = cForm.ItemOf(mnuUndo).sText;
+    EXPECT_EQ(sText.size(), 80u);
+    EXPECT_EQ(sText.back(), L'\u2026');
+    EXPECT_NE(sText.find(L"Night and xxx"), std::wstring::npos);
+}
+
 TEST_P(LibraryRotationTest, WithoutAStepUndoAndRedoSaySo)
 {
     Do(mnuUndo);

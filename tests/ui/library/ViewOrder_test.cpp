@@ -84,7 +84,7 @@ TEST_P(RearrangeTest, SelectedAndCurrentRowStayWhileTheyAreShown)
     EXPECT_EQ(cGridView.lCurrent, 1u);
     EXPECT_EQ(cGridView.lTop, 0u) << "one row above it, as before";
     Widen();
-    EXPECT_EQ(SelectedKeys(), (Keys{L"b", L"d"}));
+    EXPECT_EQ(SelectedKeys(), (Keys{L"a", L"b", L"d"}));
     EXPECT_EQ(cGridView.lCurrent, 3u);
     EXPECT_EQ(cGridView.lTop, 2u);
 }
@@ -142,11 +142,11 @@ TEST_P(RearrangeTest, ANarrowedOrSortedViewIsNotReOrdered)
 TEST_P(RearrangeTest, ArrangersSortAndNarrowEveryListBeforeItIsShown)
 {
     std::vector<std::size_t> colListed;
-    Grid().Arrangers.push_back([&](ViewOrder& cOrder) {
+    Grid().Arrangers.push_back([&](ViewOrder& cOrder, const EarlierRows&) {
         colListed.push_back(cOrder.ListedCount());
         cOrder.Sort({5, 4, 3, 2, 1, 0});
     });
-    Grid().Arrangers.push_back([](ViewOrder& cOrder) {
+    Grid().Arrangers.push_back([](ViewOrder& cOrder, const EarlierRows&) {
         cOrder.Narrow({true, true, false, false, false, false});
     });
     ShowNode(L"Rock", 1);

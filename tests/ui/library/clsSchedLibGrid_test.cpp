@@ -119,6 +119,13 @@ TEST_P(SchedLibGridTest, TypingFindsTheNextArtistElseATitle)
     EXPECT_EQ(Grid().FindRow(L"qu", 7), 2u);
     EXPECT_EQ(Grid().FindRow(L"xan", 9), 4u);
     EXPECT_EQ(Grid().FindRow(L"zz", 0), std::nullopt);
+    CutInRow(4).calls.clear();
+    EXPECT_EQ(Grid().FindRow(L"zzz", 0), std::nullopt);
+    EXPECT_EQ(Grid().FindRow(L"xa", 0), 4u);
+    EXPECT_TRUE(CutInRow(4).calls.empty()) << "a cut is read once, not at each letter";
+    CutInRow(4).SetTitle(L"Yes");
+    cForm.RequestRefresh();
+    EXPECT_EQ(Grid().FindRow(L"ye", 0), 4u);
     Grid().Clear();
     EXPECT_EQ(Grid().FindRow(L"qu", 0), std::nullopt);
 }

@@ -45,6 +45,25 @@ TEST_P(NewLibraryTest, ItOpensWithTheRootSelectedAndAllAudioShown)
     EXPECT_FALSE(cView.lBarMax);
 }
 
+TEST_P(NewLibraryTest, GoesToACutWhenShownAndWhileShown)
+{
+    cForm.GoTo(L"Rock\t1", TextKey(L"b"));
+    cView.OnModal = [&] {
+        EXPECT_EQ(SelectedNode(), L"Rock\t1");
+        EXPECT_EQ(RowKeys(), (Keys{L"a", L"b", L"c"}));
+        EXPECT_EQ(Grid().SelectedRows(), (Rows{1}));
+        EXPECT_EQ(cView.lFocused, 1);
+        cForm.GoTo(L"Jazz\t1", TextKey(L"gone"));
+        EXPECT_EQ(SelectedNode(), L"Jazz\t1");
+        EXPECT_EQ(Grid().SelectedRows(), Rows());
+        cForm.GoTo(L"Pop\t1", TextKey(L"a"));
+        EXPECT_EQ(SelectedNode(), L"Jazz\t1") << "there is no such level";
+        EXPECT_EQ(cView.lFocused, 2);
+        cView.OnModal = nullptr;
+    };
+    Show();
+}
+
 TEST_P(NewLibraryTest, ItCountsAsShowingBeforeTheFirstMessagesRun)
 {
     cLibrary.Populate();

@@ -108,6 +108,7 @@ TEST_F(HealthWindowTest, DoubleClickGoesToTheCutInTheLibraryWindow)
         hLibrary = user.WaitFor(sfrmUILibClass);
         user.Idle();
         EXPECT_EQ(cState.cSchedMan->UIShowing(), true);
+        EXPECT_EQ(user.FocusedWindow(), User::Control(hLibrary, eIdiGridLib));
         user.Shot(hLibrary, L"health-goes-to-the-library");
         ::PostMessageW(hLibrary, WM_CLOSE, 0, 0);
         user.WaitUntilGone(hLibrary);

@@ -233,6 +233,10 @@ TEST_F(LibraryCommands, TheStatusBarShowsSelectionAndResults)
         user.Key(VK_DELETE);
         until(L"2 cuts taken out of Rock 1");
         user.Shot(hWindow, L"library-status-result");
+        user.Key(L'R', VK_MENU);
+        EXPECT_EQ(PopUpItems(user)[0], L"Undo removal of 2 cuts from Rock 1\t  Ctrl+Z");
+        ShotWithBoxes(user, L"library-undo");
+        user.Keys({VK_ESCAPE, VK_ESCAPE});
         user.Key('Z', VK_CONTROL);
         until(L"Undone: removal of 2 cuts from Rock 1");
         EXPECT_EQ(Artists(), colRockArtists);

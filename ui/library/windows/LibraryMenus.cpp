@@ -29,7 +29,8 @@ std::wstring WithoutMnemonics(const std::wstring& sText)
     return sDoubled;
 }
 
-// Replaces the caption in front of the item's key.
+// Replaces the caption in front of the item's key. Captions are short enough for the buffer with every "&"
+// doubled.
 void SetCaption(HMENU hMenu, UINT lId, const std::wstring& sCaption)
 {
     wchar_t sBefore[200] = L"";

@@ -183,7 +183,8 @@ LRESULT frmUILibWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
         return 0;
     case WM_SETTINGCHANGE:
     case WM_THEMECHANGED:
-        SetLook(m_lDpi); // the message font may be another one now
+    case WM_SYSCOLORCHANGE:
+        SetLook(m_lDpi); // font and colours may be other ones now
         return 0;
     default:
         return lMessage > WM_APP ? OnPosted(lMessage, wParam, lParam) : Default(lMessage, wParam, lParam);
@@ -205,7 +206,7 @@ LRESULT frmUILibWindow::OnPosted(UINT lMessage, WPARAM wParam, LPARAM lParam)
             m_cTree->Expand(0);
         return 0;
     case ePostedEdit:
-        m_cForm->Cuts().CellDblClick(wParam, static_cast<std::size_t>(lParam));
+        m_cForm->Cuts().EditPressed();
         return 0;
     case ePostedHeading:
         m_cForm->Headings().Click(wParam);
@@ -275,7 +276,9 @@ LRESULT frmUILibWindow::OnGridNotify(const NMHDR& header, LPARAM lParam)
     case NM_DBLCLK:
     {
         const auto& click = *reinterpret_cast<const NMITEMACTIVATE*>(lParam);
-        ::PostMessageW(Handle(), ePostedEdit, static_cast<WPARAM>(click.iItem + 1), click.iSubItem + 1);
+        m_cForm->Cuts().Pressed(static_cast<std::size_t>(click.iItem + 1),
+                                static_cast<std::size_t>(click.iSubItem + 1));
+        ::PostMessageW(Handle(), ePostedEdit, 0, 0);
         return 0;
     }
     default:
@@ -341,6 +344,12 @@ void frmUILibWindow::OnTimer(UINT_PTR lTimer)
     {
         ::KillTimer(Handle(), eTimerSelection);
         m_cForm->Results().ShowSelection();
+        return;
+    }
+    if (lTimer == eTimerSorting)
+    {
+        ::KillTimer(Handle(), eTimerSorting);
+        m_cForm->Headings().Step();
         return;
     }
     OnDragTick();
@@ -415,7 +424,7 @@ void frmUILibWindow::ShowModal()
     LayOut();
     m_cTree->ScrollToLeft(); // nodes selected before there was any width have been scrolled to
     ::SetForegroundWindow(Handle());
-    ::SetFocus(m_cTree->Handle());
+    ::SetFocus(std::exchange(m_bCutsFirst, false) ? m_cGrid->Handle() : m_cTree->Handle());
     m_cLoop->Run();
     LetGo();
 }
@@ -438,6 +447,14 @@ void frmUILibWindow::BringToFront()
     ::SetForegroundWindow(Handle());
 }
 
+void frmUILibWindow::FocusCuts()
+{
+    m_hFocus = m_cGrid->Handle();
+    m_bCutsFirst = !m_bPlaced;
+    if (m_bPlaced && !m_bGreyed && ::GetActiveWindow() == Handle())
+        ::SetFocus(m_hFocus);
+}
+
 void frmUILibWindow::Close()
 {
     if (m_cLoop)
@@ -446,5 +463,6 @@ void frmUILibWindow::Close()
 
 void frmUILibWindow::AskForRefresh() { ::SetTimer(Handle(), eTimerRefresh, lRefreshDelay, nullptr); }
 void frmUILibWindow::AskForSelection() { ::SetTimer(Handle(), eTimerSelection, lSelectionDelay, nullptr); }
+void frmUILibWindow::AskForSorting() { ::SetTimer(Handle(), eTimerSorting, USER_TIMER_MINIMUM, nullptr); }
 
 } // namespace ravlo

@@ -44,7 +44,7 @@ private:
         ePostedChecks = WM_APP + 1, // ticks may have changed
         ePostedShowNode,
         ePostedExpandRoot,
-        ePostedEdit, // row and column from 1
+        ePostedEdit,
         ePostedHeading,
         ePostedDrag,
         ePostedDropped,
@@ -57,6 +57,7 @@ private:
         eTimerDrag,
         eTimerRefresh,
         eTimerSelection,
+        eTimerSorting,
     };
     static bool Down(int lKey) { return ::GetKeyState(lKey) < 0; }
 
@@ -69,9 +70,11 @@ private:
     std::optional<std::size_t> PopUp(const std::vector<std::wstring>& colItems) override;
     void ShowModal() override;
     void BringToFront() override;
+    void FocusCuts() override;
     void Close() override;
     void AskForRefresh() override;
     void AskForSelection() override;
+    void AskForSorting() override;
 
     LRESULT OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam) override;
     LRESULT OnPosted(UINT lMessage, WPARAM wParam, LPARAM lParam);
@@ -125,8 +128,9 @@ private:
     std::unique_ptr<DropSite> m_cGridSite;
     std::vector<std::unique_ptr<DropRegistration>> m_cRegistrations;
     std::unique_ptr<ModalLoop> m_cLoop;
-    HWND m_hFocus = nullptr; // what had it when the window was left or greyed
-    bool m_bPlaced = false;  // placed on the screen: before and after that its size is not the user's
+    HWND m_hFocus = nullptr;   // what had it when the window was left or greyed
+    bool m_bCutsFirst = false; // get the focus when the window is shown
+    bool m_bPlaced = false;    // placed on the screen: before and after that its size is not the user's
     int m_lShow = SW_SHOWNORMAL;
     bool m_bBusy = false;
     bool m_bGreyed = false;
