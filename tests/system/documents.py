@@ -16,7 +16,7 @@ HEADING = re.compile(r"^#+ (.*)$", re.M)
 MEMBER = re.compile(r"\[id\(([^\]]*)\]\s+(?:HRESULT|void) (\w+)\(([^;]*)\);")
 HELP = re.compile(r'helpstring\("([^"]*)"\)')
 PARAMETER = re.compile(r"\[([^\]]*)\]\s*[\w ]+?[\s*]+(\w+)")
-SOURCES = {".cpp", ".h", ".idl", ".in", ".vbs"}
+SOURCES = {".cpp", ".h", ".idl", ".in", ".vbs", ".pas"}
 DOCUMENTED = re.compile(r"`(\w+)\(([^`]*)\)`")
 ROW = re.compile(r"^\|(?: \d+ \|)? `(\w+)[^`]*` \| (.*) \|$", re.M)
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A playout host in C++ that is bound early, through the headers made from the type libraries: it fills a small library,
-// asks for three cuts, reports their plays and counts the scheduler's progress events.
+// A playout host in C++ that is bound early, through the headers made from the type libraries: it fills a
+// small library, asks for three cuts, reports their plays and counts the scheduler's progress events.
 //   cpp_host FOLDER
 #include "KorvaCollection.h"
 #include "RavloBase.h"
@@ -15,8 +15,7 @@
 namespace
 {
 
-template <class Interface>
-using Ptr = _com_ptr_t<_com_IIID<Interface, &__uuidof(Interface)>>;
+template <class Interface> using Ptr = _com_ptr_t<_com_IIID<Interface, &__uuidof(Interface)>>;
 
 void Check(HRESULT hr)
 {
@@ -119,8 +118,9 @@ void Run(const std::wstring& folder)
         Ptr<_clsCat> subCat;
         Ptr<_clsCut> cut;
         _bstr_t mainCatKey;
-        Check(scheduler->get_NextCutFromRotation(_bstr_t(L"Rock\t1"), VARIANT_FALSE, nullptr, &mainCat, &subCat,
-                                                 mainCatKey.GetAddress(), VARIANT_FALSE, VARIANT_TRUE, &cut));
+        Check(scheduler->get_NextCutFromRotation(_bstr_t(L"Rock\t1"), VARIANT_FALSE, nullptr, &mainCat,
+                                                 &subCat, mainCatKey.GetAddress(), VARIANT_FALSE,
+                                                 VARIANT_TRUE, &cut));
         _bstr_t title;
         Check(cut->get_Title(title.GetAddress()));
         played += static_cast<const wchar_t*>(title) + std::wstring(L" ");
