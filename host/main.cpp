@@ -27,6 +27,8 @@ int RunOnConsole(const CommandLine& line, const Console& cOut, const Console& cE
     const Boxes boxes(cError); // nobody is there to click
     if (const auto* import = std::get_if<ImportOptions>(&line))
         RunImport(*import, cOut, cError);
+    else if (const auto* plays = std::get_if<PlaysOptions>(&line))
+        RunPlays(*plays, cOut);
     else if (const auto* day = std::get_if<DayOptions>(&line))
         RunDay(*day, cOut, cError);
     else if (const auto* watch = std::get_if<WatchOptions>(&line))

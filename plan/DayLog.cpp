@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "base/Utf8.h"
 #include "base/csv/CsvReader.h"
+#include "base/csv/CsvWriter.h"
 
 #include <charconv>
 #include <cmath>
@@ -16,26 +17,12 @@ namespace ravlo
 namespace
 {
 
-std::wstring Field(const std::wstring& sText)
-{
-    if (sText.find_first_of(L",\"\r\n") == std::wstring::npos)
-        return sText;
-    std::wstring sQuoted = L"\"";
-    for (const wchar_t c : sText)
-    {
-        sQuoted += c;
-        if (c == L'"')
-            sQuoted += c;
-    }
-    return sQuoted + L"\"";
-}
-
 std::wstring GapField(const std::optional<double>& dGapMins)
 {
     return dGapMins ? MinutesText(*dGapMins) : L"";
 }
 
-std::wstring CsvLine(const LogRow& row)
+std::wstring LineOf(const LogRow& row)
 {
     const PlayedCut none;
     const PlayedCut& cut = row.cut ? *row.cut : none;
@@ -51,10 +38,7 @@ std::wstring CsvLine(const LogRow& row)
                                    row.cut ? DecimalText(cut.lDurationmS) : L"",
                                    GapField(row.dArtistGapMins),
                                    GapField(row.dTitleGapMins)};
-    std::wstring sLine;
-    for (const std::wstring& sField : fields)
-        sLine += (&sField == fields ? L"" : L",") + Field(sField);
-    return sLine + L"\n";
+    return CsvLine(fields);
 }
 
 template <class Number> std::optional<Number> NumberIn(const std::string& sField)
@@ -65,7 +49,7 @@ template <class Number> std::optional<Number> NumberIn(const std::string& sField
     return eError == std::errc() && pStop == pEnd ? std::optional(number) : std::nullopt;
 }
 
-// Reads what CsvLine wrote.
+// Reads what LineOf wrote.
 class LogReader : public CsvSink
 {
 public:
@@ -129,7 +113,7 @@ LogBytes::LogBytes()
 {
 }
 
-void LogBytes::Add(const LogRow& row) { m_bytes += Utf8Of(CsvLine(row)); }
+void LogBytes::Add(const LogRow& row) { m_bytes += Utf8Of(LineOf(row)); }
 
 std::string LogCsv(const std::vector<LogRow>& rows)
 {

@@ -3,7 +3,9 @@
 
 #include "base/CaseFolding.h"
 #include "base/RuntimeError.h"
+#include "base/Text.h"
 #include "ravlobase/CutFileOpening.h"
+#include "ravlobase/FileLayout.h"
 
 #include <algorithm>
 #include <limits>
@@ -188,6 +190,7 @@ CutFile::CutFile(const std::wstring& sFile, std::vector<StoredCut>& colCuts)
         BeginSound(m_cConnection, sFile);
         colCuts = ReadCuts(m_cConnection);
         m_cConnection.Run("COMMIT");
+        layout::BringUpToDate(m_cConnection);
     }
     catch (const RuntimeError& e)
     {
@@ -278,6 +281,62 @@ void CutFile::UpdateLastPlayed(std::int32_t lID, DateTime dtWhen)
 {
     Prepared("UPDATE cuts SET last_played = ? WHERE id = ?").Bind(1, dtWhen).Bind(2, lID).Run();
 }
+
+void CutFile::InsertPlay(const PlayRecord& play)
+{
+    Prepared("INSERT OR IGNORE INTO plays VALUES(?,?,?,?,?,?,?,?)")
+        .Bind(1, play.dtPlayed)
+        .Bind(2, play.cKey.Text())
+        .Bind(3, play.cArtist.Text())
+        .Bind(4, play.cTitle.Text())
+        .Bind(5, play.cAlbum.Text())
+        .Bind(6, play.lDurationmS)
+        .Bind(7, JoinedNames(play.colCategories))
+        .Bind(8, play.lCatLevel)
+        .Run();
+}
+
+void CutFile::ForEachPlay(DateTime dtFrom, DateTime dtTo, const std::function<void(const PlayRecord&)>& visit)
+{
+    if (!HasLayout2())
+        return;
+    TextPool cPool;
+    sqlite::Statement row(m_cConnection, "SELECT * FROM plays WHERE played_at >= ? AND played_at < ? "
+                                         "ORDER BY played_at, cut_key");
+    row.Bind(1, dtFrom).Bind(2, dtTo);
+    while (row.Step())
+    {
+        const std::wstring sNames = row.Text(6);
+        PlayRecord play{row.Real(0),           cPool.Of(row.Text(1)), cPool.Of(row.Text(2)),
+                        cPool.Of(row.Text(3)), cPool.Of(row.Text(4)), {},
+                        LongOf(row.Number(5)), LongOf(row.Number(7))};
+        if (!sNames.empty())
+            AddNames(play.colCategories, Split(sNames, L"/"));
+        visit(play);
+    }
+}
+
+std::unordered_map<std::int32_t, FileStamp> CutFile::FileStamps()
+{
+    std::unordered_map<std::int32_t, FileStamp> stamps;
+    if (!HasLayout2())
+        return stamps;
+    sqlite::Statement row(m_cConnection, "SELECT cut_id, modified, size FROM imported_files");
+    while (row.Step())
+        stamps.emplace(LongOf(row.Number(0)), FileStamp{row.Number(1), row.Number(2)});
+    return stamps;
+}
+
+void CutFile::PutFileStamp(std::int32_t lID, const FileStamp& stamp)
+{
+    Prepared("INSERT OR REPLACE INTO imported_files VALUES(?,?,?)")
+        .Bind(1, lID)
+        .Bind(2, stamp.modified)
+        .Bind(3, stamp.size)
+        .Run();
+}
+
+bool CutFile::HasLayout2() { return layout::Version(m_cConnection) >= 2; }
 
 void CutFile::Delete(std::int32_t lID)
 {

@@ -4,6 +4,7 @@
 #include "base/RuntimeError.h"
 #include "base/Utf8.h"
 #include "ravlobase/DiskRoom.h"
+#include "ravlobase/FileLayout.h"
 #include "ravlobase/FilePath.h"
 
 #include <cstdint>
@@ -18,9 +19,8 @@ namespace ravlo
 namespace
 {
 
-// The file's mark and version, in its header (docs/formats/database.md).
+// The file's mark, in its header (docs/formats/database.md).
 constexpr std::uint32_t applicationID = 0x52415642; // "RAVB"
-constexpr std::uint32_t formatVersion = 1;
 
 constexpr std::size_t headSize = 100;
 constexpr std::size_t pageSizeAt = 16; // two bytes; 1 means 65536
@@ -28,29 +28,6 @@ constexpr std::size_t pagesAt = 28;
 constexpr std::size_t versionAt = 60;
 constexpr std::size_t applicationAt = 68;
 constexpr std::string_view sMagic{"SQLite format 3\0", 16};
-
-constexpr const char* sCutsTable = "CREATE TABLE cuts("
-                                   "id INTEGER PRIMARY KEY AUTOINCREMENT,"
-                                   "cut_key TEXT NOT NULL,"
-                                   "folded_key TEXT NOT NULL UNIQUE,"
-                                   "path TEXT NOT NULL,"
-                                   "secondary_key TEXT NOT NULL,"
-                                   "artist TEXT NOT NULL,"
-                                   "title TEXT NOT NULL,"
-                                   "album TEXT NOT NULL,"
-                                   "last_played REAL NOT NULL,"
-                                   "year INTEGER NOT NULL,"
-                                   "run_time_ms INTEGER NOT NULL,"
-                                   "duration_ms INTEGER NOT NULL,"
-                                   "cat_level INTEGER NOT NULL CHECK(cat_level >= 1),"
-                                   "opener INTEGER NOT NULL"
-                                   ") STRICT";
-constexpr const char* sCategoriesTable = "CREATE TABLE cut_categories("
-                                         "cut_id INTEGER NOT NULL REFERENCES cuts(id) ON DELETE CASCADE,"
-                                         "position INTEGER NOT NULL,"
-                                         "name TEXT NOT NULL,"
-                                         "PRIMARY KEY(cut_id, position)"
-                                         ") STRICT, WITHOUT ROWID";
 
 std::uint32_t BigEndian(std::string_view bytes, std::size_t at, std::size_t length = 4)
 {
@@ -65,6 +42,14 @@ std::uint32_t BigEndian(std::string_view bytes, std::size_t at, std::size_t leng
     throw RuntimeError(error::InvalidFileFormat, L"The file \"" + sFile + L"\" " + sReason + L".");
 }
 
+void CheckVersion(const std::wstring& sFile, std::int64_t version)
+{
+    if (version > layout::current)
+        Refuse(sFile, L"was written by a newer version of this program");
+    if (version < layout::oldest)
+        Refuse(sFile, L"is damaged");
+}
+
 void CheckHead(const std::wstring& sFile, const std::string& bytes)
 {
     if (!bytes.starts_with(sMagic))
@@ -73,10 +58,7 @@ void CheckHead(const std::wstring& sFile, const std::string& bytes)
         Refuse(sFile, L"is damaged");
     if (BigEndian(bytes, applicationAt) != applicationID)
         Refuse(sFile, L"belongs to another program");
-    if (BigEndian(bytes, versionAt) > formatVersion)
-        Refuse(sFile, L"was written by a newer version of this program");
-    if (BigEndian(bytes, versionAt) != formatVersion)
-        Refuse(sFile, L"is damaged");
+    CheckVersion(sFile, BigEndian(bytes, versionAt));
 }
 
 // The size of the file according to its header.
@@ -110,9 +92,7 @@ void WriteEmptyDatabase(const std::filesystem::path& cTemporary, const std::wstr
     cConnection.Run("PRAGMA synchronous = FULL");
     sqlite::Transaction cTransaction(cConnection);
     cConnection.Run(("PRAGMA application_id = " + std::to_string(applicationID)).c_str());
-    cConnection.Run(("PRAGMA user_version = " + std::to_string(formatVersion)).c_str());
-    cConnection.Run(sCutsTable);
-    cConnection.Run(sCategoriesTable);
+    layout::Make(cConnection);
     cTransaction.Commit();
     // With a write-ahead log a change costs one flush, and readers never wait. On a file system without
     // shared memory SQLite keeps its rollback journal, which is as safe.
@@ -149,14 +129,6 @@ bool HasLog(const std::wstring& sFile)
     return !failed && size > 0;
 }
 
-void CheckTables(sqlite::Connection& cConnection)
-{
-    sqlite::Statement tables(cConnection, "SELECT count(*) FROM sqlite_schema WHERE sql = ? OR sql = ?");
-    tables.Bind(1, TextFromStore(sCutsTable)).Bind(2, TextFromStore(sCategoriesTable)).Step();
-    if (tables.Number(0) != 2)
-        cConnection.Fail(SQLITE_CORRUPT);
-}
-
 // Begins a transaction that sees one state of the file and its log, which other programs may be writing to.
 // Returns the log's description of that state; nothing when there is no log, or when a busy writer left no
 // quiet moment.
@@ -167,7 +139,7 @@ std::optional<sqlite::Connection::Log> BeginReading(sqlite::Connection& cConnect
     for (int attempt = 0; attempt < tries; ++attempt)
     {
         cConnection.Run("BEGIN");
-        CheckTables(cConnection); // the first look begins the transaction
+        layout::Check(cConnection); // the first look begins the transaction
         auto now = cConnection.WriteAheadLog();
         if (attempt > 0 && now == before)
             return now;
@@ -230,6 +202,7 @@ void CheckUnread(sqlite::Connection& cConnection, const std::wstring& sFile)
 void BeginSound(sqlite::Connection& cConnection, const std::wstring& sFile)
 {
     const std::optional<sqlite::Connection::Log> log = BeginReading(cConnection);
+    CheckVersion(sFile, layout::Version(cConnection)); // the header's may be older than the log's
     CheckSize(cConnection, log, sFile);
     CheckStructure(cConnection);
 }

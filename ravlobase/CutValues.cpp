@@ -36,6 +36,14 @@ void AddNames(std::vector<TextKey>& colNames, const std::vector<std::wstring>& c
     }
 }
 
+std::wstring JoinedNames(const std::vector<TextKey>& colNames)
+{
+    std::wstring sText;
+    for (const TextKey& cName : colNames)
+        sText += (sText.empty() ? L"" : L"/") + cName.Text();
+    return sText;
+}
+
 CutValues ValuesOf(const Cut& cCut)
 {
     if (const auto* pCut = dynamic_cast<const StoreCut*>(&cCut))

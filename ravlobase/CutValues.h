@@ -35,6 +35,9 @@ bool SameText(const TextKey& cLeft, const TextKey& cRight) noexcept;
 // Adds the names at the end, except those that are empty or already there without regard to case. Linear.
 void AddNames(std::vector<TextKey>& colNames, const std::vector<std::wstring>& colMore);
 
+// The names, joined with "/".
+std::wstring JoinedNames(const std::vector<TextKey>& colNames);
+
 // The values of any cut, without its repeated and empty category names.
 CutValues ValuesOf(const Cut& cCut);
 

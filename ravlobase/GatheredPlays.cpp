@@ -6,15 +6,32 @@
 namespace ravlo
 {
 
+void GatheredPlays::Add(const StoreCut& cCut, DateTime dtWhen)
+{
+    m_cuts.insert(&cCut);
+    if (dtWhen <= 0)
+        return;
+    m_plays.push_back(PlayOf(cCut.Values()));
+    m_plays.back().dtPlayed = dtWhen;
+}
+
+void GatheredPlays::Clear() noexcept
+{
+    m_cuts.clear();
+    m_plays.clear();
+}
+
 void GatheredPlays::Write(CutFile& cFile)
 {
-    if (m_cuts.empty())
+    if (m_cuts.empty() && m_plays.empty())
         return;
     sqlite::Transaction cTransaction(cFile.Sql());
     for (const auto* pCut : m_cuts)
         cFile.UpdateLastPlayed(pCut->ID(), pCut->LastPlayed());
+    for (const PlayRecord& play : m_plays)
+        cFile.InsertPlay(play);
     cTransaction.Commit();
-    m_cuts.clear();
+    Clear();
 }
 
 } // namespace ravlo

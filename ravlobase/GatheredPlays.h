@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ravlobase/PlayRecord.h"
 #include "ravlobase/StoreCut.h"
 
 #include <unordered_set>
+#include <vector>
 
 namespace ravlo
 {
 
 class CutFile;
 
-// The cuts whose last-played time is newer in memory than in the file, while a database gathers plays.
+// While a database gathers plays: the cuts whose last-played time is newer in memory than in the file, and
+// every play that the file does not have.
 // Precondition: a cut that leaves the database is forgotten first.
 class GatheredPlays
 {
@@ -19,10 +22,12 @@ public:
     void End() noexcept { m_bOn = false; }
     bool On() const noexcept { return m_bOn; }
 
-    void Add(const StoreCut& cCut) { m_cuts.insert(&cCut); }
+    // Call before the cut takes the time.
+    void Add(const StoreCut& cCut, DateTime dtWhen);
+    // Its plays stay.
     void Forget(const StoreCut& cCut) noexcept { m_cuts.erase(&cCut); }
     bool Contains(const StoreCut& cCut) const noexcept { return m_cuts.contains(&cCut); }
-    void Clear() noexcept { m_cuts.clear(); }
+    void Clear() noexcept;
 
     // Writes them as one change. When it throws, nothing was written and they stay. Skips a cut that another
     // program has removed from the file.
@@ -30,6 +35,7 @@ public:
 
 private:
     std::unordered_set<const StoreCut*> m_cuts;
+    std::vector<PlayRecord> m_plays;
     bool m_bOn = false;
 };
 

@@ -4,7 +4,9 @@
 
 #include "base/RuntimeError.h"
 #include "ravlobase/CutFile.h"
+#include "ravlobase/PlayReport.h"
 
+#include <optional>
 #include <utility>
 
 namespace ravlo
@@ -126,6 +128,8 @@ void Store::Change(StoreCut& cCut, CutValues next)
     {
         sqlite::Transaction cTransaction(m_pFile->Sql());
         m_pFile->Update(cCut.ID(), cCut.Values(), next);
+        if (IsPlay(cCut.Values(), next))
+            m_pFile->InsertPlay(PlayOf(next));
         cTransaction.Commit();
     }
     catch (...)
@@ -148,7 +152,7 @@ void Store::ChangeLastPlayed(StoreCut& cCut, DateTime dtWhen)
     CheckLastPlayed(dtWhen);
     if (cCut.LastPlayed() != dtWhen)
     {
-        m_cGathered.Add(cCut);
+        m_cGathered.Add(cCut, dtWhen);
         cCut.TakeLastPlayed(dtWhen);
     }
 }
@@ -172,6 +176,22 @@ void Store::EndGathering()
 {
     WriteGathered();
     m_cGathered.End();
+}
+
+// --- the record of plays
+
+std::wstring Store::PlaysCsv(DateTime dtFrom, DateTime dtTo, const std::wstring& sBy)
+{
+    NeedOpen();
+    const std::optional<PlaysBy> eBy = PlaysByNamed(sBy);
+    if (!eBy)
+        throw RuntimeError(error::InvalidProcedureCall,
+                           L"Plays can be summed by \"cut\" or by \"artist\", not by \"" + sBy + L"\".");
+    if (m_cGathered.On() && !m_cBatches.Any())
+        m_cGathered.Write(*m_pFile);
+    PlayReport report(*eBy);
+    m_pFile->ForEachPlay(dtFrom, dtTo, [&](const PlayRecord& play) { report.Add(play); });
+    return report.Text();
 }
 
 // --- batches

@@ -90,6 +90,12 @@ public:
     void WriteGathered();
     void EndGathering();
 
+    // The plays from dtFrom until before dtTo as CSV (docs/formats/plays-csv.md): one line a play, or summed
+    // by "cut" or "artist". A play is recorded when LastPlayed of one of the database's cuts gets another
+    // time, by itself or with ModifyCuts; an import records none. Writes gathered plays first. Throws 5 for
+    // another sBy.
+    std::wstring PlaysCsv(DateTime dtFrom, DateTime dtTo, const std::wstring& sBy = L"");
+
     // Of the last ImportCsv. Closing keeps it.
     const ImportReport& LastImport() const noexcept { return m_report; }
     std::wstring LastImportReport() const { return m_report.Text(); }

@@ -43,13 +43,7 @@ void StoreCut::RemoveCategoryName(const std::wstring& sName)
     Change(std::move(next));
 }
 
-std::wstring StoreCut::CategoryText() const
-{
-    std::wstring sText;
-    for (const auto& cName : m_values.colCategories)
-        sText += (sText.empty() ? L"" : L"/") + cName.Text();
-    return sText;
-}
+std::wstring StoreCut::CategoryText() const { return JoinedNames(m_values.colCategories); }
 
 void StoreCut::SetCategoryText(const std::wstring& sText)
 {

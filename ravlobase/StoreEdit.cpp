@@ -54,6 +54,8 @@ void StoreEdit::WriteTo(CutFile& cFile, sqlite::Transaction::Wait eWait)
         {
             const StoreCut& cCut = StoreContent::Own(modification.cCut);
             cFile.Update(cCut.ID(), cCut.Values(), *modification.next);
+            if (m_bRecordPlays && IsPlay(cCut.Values(), *modification.next))
+                cFile.InsertPlay(PlayOf(*modification.next));
         }
     cTransaction.Commit();
 }

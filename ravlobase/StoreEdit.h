@@ -23,6 +23,9 @@ public:
     // A cut of the database. Without values it is only announced. Of several values the last ones count.
     void Modify(std::shared_ptr<Cut> cCut, std::optional<CutValues> next);
 
+    // Counts a new last-played time of a modified cut as a play.
+    void RecordPlays() noexcept { m_bRecordPlays = true; }
+
     // Throws error 457 when the database has the key of a new cut, or two new cuts have the same.
     void NeedNewKeys(const StoreContent& cContent) const;
 
@@ -54,6 +57,7 @@ private:
     std::vector<Addition> m_colAdditions;
     std::vector<Modification> m_colModifications;
     std::unordered_map<const Cut*, std::size_t> m_positions; // of the modifications
+    bool m_bRecordPlays = false;
 };
 
 } // namespace ravlo

@@ -100,6 +100,7 @@ std::int32_t Store::ModifyCuts(const Cuts& colCuts)
 {
     NeedOpenAndNoBatch();
     StoreEdit edit;
+    edit.RecordPlays();
     for (const std::shared_ptr<Cut>& cCut : colCuts)
         Modify(edit, cCut);
     edit.WriteTo(*m_pFile);

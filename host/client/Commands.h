@@ -15,6 +15,9 @@ namespace ravlo
 // Reads a library into the database and prints the number of cuts.
 void RunImport(const ImportOptions& options, const Console& cOut, const Console& cError);
 
+// Reports the plays of a period, in a file or on the console.
+void RunPlays(const PlaysOptions& options, const Console& cOut);
+
 // Prints what a plan would play, or how the station fares with it. Changes nothing but the files it is told
 // to write. Returns lExitRed when health finds a red level.
 int RunForecast(const ForecastOptions& options, const Console& cOut, const Console& cError);

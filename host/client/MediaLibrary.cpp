@@ -79,6 +79,14 @@ std::int32_t MediaLibrary::ImportCsv(const std::wstring& sFile, const Progress& 
     return lCuts;
 }
 
+std::wstring MediaLibrary::PlaysCsv(DateTime dtFrom, DateTime dtTo, const std::wstring& sBy) const
+{
+    Bstr sText;
+    ThrowIfFailed(m_cDataBase->PlaysCsv(dtFrom, dtTo, Bstr(sBy).Get(), sText.Receive()), *m_cDataBase.Get(),
+                  __uuidof(_clsDataBase));
+    return sText.Text();
+}
+
 std::vector<MediaLibrary::Entry> MediaLibrary::Entries() const
 {
     ComPtr<_clsCollection> cCuts;

@@ -42,6 +42,8 @@ public:
     void Open(const std::wstring& sFile);
     // Returns the number of cuts; sReport receives the database's report of the import.
     std::int32_t ImportCsv(const std::wstring& sFile, const Progress& progress, std::wstring& sReport);
+    // The text of a CSV file (docs/formats/plays-csv.md).
+    std::wstring PlaysCsv(DateTime dtFrom, DateTime dtTo, const std::wstring& sBy) const;
     // Every cut, in the database's order.
     std::vector<Entry> Entries() const;
     // Makes the database read, and announce, other programs' changes of its file.

@@ -2,9 +2,8 @@
 #include "host/day/CommandLine.h"
 
 #include "base/Utf8.h"
+#include "host/day/CommandParts.h"
 #include "host/day/HostError.h"
-
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <iterator>
@@ -22,26 +21,6 @@ constexpr int lMostHours = 366 * 24;
 constexpr int lMostPicks = 1000;
 constexpr int lMostDays = 3660;
 constexpr int lDaysOfHealth = 28;
-
-std::wstring Wide(const std::string& bytes) { return TextFromStore(bytes); }
-
-// An empty argument comes from a script's unset variable, by mistake.
-CLI::Validator NotEmpty()
-{
-    return CLI::Validator(
-        [](const std::string& sText) { return std::string(sText.empty() ? "must not be empty" : ""); }, "");
-}
-
-CLI::Validator IsTime()
-{
-    return CLI::Validator(
-        [](const std::string& sText) {
-        const auto dtWhen = ParseIso(Wide(sText));
-        return dtWhen && *dtWhen > 0 ? std::string()
-                                     : "'" + sText + "' is no time (expected yyyy-mm-ddThh:nn:ss)";
-        },
-        "");
-}
 
 // "NAME" or, with bMayHaveLevel, "NAME:LEVEL".
 CLI::Validator IsCategory(bool bMayHaveLevel = true)
@@ -61,16 +40,6 @@ CLI::Validator IsCategory(bool bMayHaveLevel = true)
         }
         },
         "");
-}
-
-// Adds an option for a text that is not empty.
-CLI::Option& AddText(CLI::App& cCommand, const char* sName, std::wstring& sTarget, const char* sType,
-                     const char* sHelp)
-{
-    const auto store = [&sTarget](const std::string& bytes) { sTarget = Wide(bytes); };
-    return *cCommand.add_option_function<std::string>(sName, store, sHelp)
-                ->type_name(sType)
-                ->check(NotEmpty());
 }
 
 // Adds an option for one category; store takes it.
@@ -101,12 +70,6 @@ template <class Options> void DescribeStation(CLI::App& cCommand, Options& optio
     AddText(cCommand, "--app", options.sAppFolder, "FOLDER",
             "the folder that holds the scheduler's files; made when it is missing")
         .required();
-}
-
-template <class Options> void DescribeProgress(CLI::App& cCommand, Options& options)
-{
-    cCommand.add_flag("--progress", options.bProgress,
-                      "show progress even where standard error is no console");
 }
 
 void DescribeStart(CLI::App& cCommand, std::optional<DateTime>& dtStart, const char* sHelp)
@@ -141,14 +104,6 @@ void DescribeSwitches(CLI::App& cCommand, RotationSwitches& rotation)
                    "fair rotation: a cut that is passed over keeps its place");
     DescribeSwitch(cCommand, "--featured", rotation.bFeatured,
                    "a credit counts for every artist that it names");
-}
-
-void DescribeImport(CLI::App& cImport, ImportOptions& options)
-{
-    AddText(cImport, "--db", options.sDataBase, "FILE", "the media database; made when it is missing")
-        .required();
-    AddText(cImport, "--csv", options.sCsv, "FILE", "the library in CSV form").required();
-    DescribeProgress(cImport, options);
 }
 
 void DescribeDay(CLI::App& cDay, DayOptions& options)
@@ -382,6 +337,7 @@ std::wstring OneLine(std::string sText)
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
 {
     ImportOptions import;
+    PlaysOptions plays;
     DayOptions day;
     WatchOptions watch;
     CatsOptions cats;
@@ -396,6 +352,7 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
     cApp.set_version_flag("--version", "RavloHost " RAVLO_VERSION);
     cApp.require_subcommand(1);
     auto& cImport = *cApp.add_subcommand("import", "read a library into the media database");
+    auto& cPlays = *cApp.add_subcommand("plays", "report what was played in a period, as CSV");
     auto& cDay = *cApp.add_subcommand("day", "fill the slots of a day and print its log");
     auto& cWatch =
         *cApp.add_subcommand("watch", "import cuts into an open station and show the rotation taking "
@@ -414,6 +371,7 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
     DescribeExplain(cExplain, explain);
     DescribeOptions(cOptions, rotation);
     DescribeImport(cImport, import);
+    DescribePlays(cPlays, plays);
     DescribeCategory(cCategory, category);
     DescribeWindow(cLibrary, library);
     DescribeWatch(cWatch, watch);
@@ -445,6 +403,8 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
             return *options;
     if (cImport.parsed())
         return import;
+    if (cPlays.parsed())
+        return plays;
     if (cWatch.parsed())
         return watch;
     if (cCats.parsed())

@@ -25,6 +25,17 @@ struct ImportOptions
     bool bProgress = false; // also where standard error is no console
 };
 
+// What was played in a period.
+struct PlaysOptions
+{
+    std::wstring sDataBase;
+    DateTime dtFrom = 0;
+    DateTime dtTo = dtEndOfTime;                     // the first moment after the period
+    std::wstring sBy;                                // "cut", "artist", or empty: each play
+    std::wstring sCsv;                               // empty: print it
+    static constexpr DateTime dtEndOfTime = 2958466; // 1 January 10000
+};
+
 // Options of rotation; nothing: as the station has them.
 struct RotationSwitches
 {
@@ -150,8 +161,8 @@ struct Reply
     std::wstring sText; // one line with its line end when lStatus is not 0
 };
 
-using CommandLine = std::variant<ImportOptions, DayOptions, WatchOptions, CatsOptions, CategoryOptions,
-                                 LibraryOptions, ForecastOptions, RotationCommand, Reply>;
+using CommandLine = std::variant<ImportOptions, PlaysOptions, DayOptions, WatchOptions, CatsOptions,
+                                 CategoryOptions, LibraryOptions, ForecastOptions, RotationCommand, Reply>;
 
 // The arguments are the command line without the program's name, in UTF-8.
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments);

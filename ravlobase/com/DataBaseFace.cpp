@@ -165,6 +165,10 @@ STDMETHODIMP DataBaseFace::ImportCsv(BSTR sFile, LONG* pVal)
 {
     return Return(pVal, [&] { return m_cStore->ImportCsv(TextOf(sFile)); });
 }
+STDMETHODIMP DataBaseFace::PlaysCsv(DATE dtFrom, DATE dtTo, BSTR sBy, BSTR* pVal)
+{
+    return Return(pVal, [&] { return m_cStore->PlaysCsv(dtFrom, dtTo, TextOf(sBy)); });
+}
 
 STDMETHODIMP BatchesFace::BeginBatch()
 {

@@ -83,6 +83,7 @@ public:
     STDMETHODIMP ModifyCuts(IDispatch* colCuts, LONG* pVal) override;
     STDMETHODIMP RemoveCuts(IDispatch* colCuts, LONG* pVal) override;
     STDMETHODIMP ImportCsv(BSTR sFile, LONG* pVal) override;
+    STDMETHODIMP PlaysCsv(DATE dtFrom, DATE dtTo, BSTR sBy, BSTR* pVal) override;
 
     static const ClassIdentity identity;
 

@@ -107,6 +107,18 @@ TEST_F(DataBaseTest, ALibraryFileIsImported)
     EXPECT_EQ(Try(m_cDataBase, &_clsDataBase::ImportCsv, L"C:\\nowhere.csv", &lImported), ErrorResult(53));
 }
 
+TEST_F(DataBaseTest, PlaysAreReportedAsCsv)
+{
+    const auto cCut = AddCut(L"First");
+    Do(cCut, &_clsCut::put_LastPlayed, DATE{46000.5});
+    Do(cCut, &_clsCut::put_Title, L"Renamed");
+    EXPECT_EQ(Get(m_cDataBase, &_clsDataBase::PlaysCsv, DATE{46000}, DATE{46001}, L"artist"),
+              L"artist,plays,duration,first,last\n"
+              L"Artist of First,1,0:00:00,2025-12-09T12:00:00,2025-12-09T12:00:00\n");
+    Bstr sReport;
+    EXPECT_EQ(m_cDataBase->PlaysCsv(0, 1, Bstr(L"album").Get(), sReport.Receive()), ErrorResult(5));
+}
+
 TEST_F(DataBaseTest, TheKeyIsSetOnFreeCutsOnly)
 {
     const auto cCut = AddCut(L"First");

@@ -348,6 +348,7 @@ public:
     STDMETHODIMP ModifyCuts(IDispatch*, LONG*) override { return E_NOTIMPL; }
     STDMETHODIMP RemoveCuts(IDispatch*, LONG*) override { return E_NOTIMPL; }
     STDMETHODIMP ImportCsv(BSTR, LONG*) override { return E_NOTIMPL; }
+    STDMETHODIMP PlaysCsv(DATE, DATE, BSTR, BSTR*) override { return E_NOTIMPL; }
 
 private:
     HRESULT Find(_clsCut** pVal, const std::function<bool(HostCutObject&)>& matches)

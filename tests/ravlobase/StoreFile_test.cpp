@@ -183,13 +183,13 @@ TEST_F(RefusedFileTest, OtherVersion)
 {
     auto bytes = m_whole;
     ASSERT_EQ(bytes.substr(applicationAt, 4), "RAVB");
-    ASSERT_EQ(bytes[versionAt + 3], 1);
+    ASSERT_EQ(bytes[versionAt + 3], 2);
     const auto expectRefused = [&](char cVersion, const wchar_t* sReason) {
         bytes[versionAt + 3] = cVersion;
         Write(bytes);
         ExpectRefused(m_sFile, sReason);
     };
-    expectRefused(2, L"was written by a newer version of this program");
+    expectRefused(3, L"was written by a newer version of this program");
     expectRefused(0, L"is damaged");
 }
 
@@ -317,6 +317,79 @@ TEST_F(RefusedFileTest, LogOfAnotherDatabase)
         ExpectRefused(m_sFile, L"and the log next to it do not belong together");
     std::filesystem::remove(m_cFolder.Path("small.rdb-wal"));
     EXPECT_EQ(ContentOf(m_sFile).size(), 20U) << "the database itself is sound";
+}
+
+// --- files of an older version
+
+class OlderFileTest : public RefusedFileTest
+{
+protected:
+    // Gives the file the tables of version 1.
+    OlderFileTest()
+    {
+        Connect().Run("DROP TABLE plays; DROP TABLE imported_files; PRAGMA user_version = 1; VACUUM");
+        m_old = BytesOf(m_sFile);
+    }
+    std::int64_t Version() const { return Connect().Number("PRAGMA user_version"); }
+
+    std::string m_old;
+};
+
+TEST_F(OlderFileTest, IsBroughtUpToDateAndKeepsItsCuts)
+{
+    ASSERT_EQ(m_old[versionAt + 3], 1);
+    for (int lTime = 0; lTime < 2; ++lTime)
+    {
+        OpenStore cStore(m_sFile);
+        EXPECT_EQ(cStore.AllCuts().size(), 20U);
+        cStore.PlayAll(45000 + lTime);
+        const std::wstring sReport = cStore.PlaysCsv(0, 90000, L"cut");
+        EXPECT_EQ(std::count(sReport.begin(), sReport.end(), L'\n'), 21);
+    }
+    EXPECT_EQ(Version(), 2);
+}
+
+TEST_F(OlderFileTest, ASuddenEndLeavesTheOldVersionOrTheNewOne)
+{
+    int lOld = 0;
+    for (int lGood = 0, lEnd = -1; lEnd != 0; ++lGood)
+    {
+        Write(m_old);
+        WriteLog("");
+        Program cOpener([&] {
+            FaultyVfs cVfs(lGood, Fault::eKill);
+            OpenStore cStore(m_sFile);
+        });
+        lEnd = cOpener.End();
+        lOld += Version() == 1;
+        OpenStore cStore(m_sFile); // either way the file is whole
+        EXPECT_EQ(cStore.AllCuts().size(), 20U) << lGood;
+        EXPECT_NO_THROW(cStore.PlayAll(45000)) << lGood;
+    }
+    EXPECT_GT(lOld, 3);
+}
+
+TEST_F(OlderFileTest, AFileThatCanOnlyBeReadStaysAsItIs)
+{
+    namespace fs = std::filesystem;
+    constexpr uid_t nobody = 65534; // the super-user may write everywhere
+    fs::permissions(m_cFolder.Path(""), fs::perms::all);
+    fs::permissions(m_cFolder.Path("small.rdb"), fs::perms::owner_read | fs::perms::others_read);
+    Program cReader([&] {
+        if (geteuid() == 0 && seteuid(nobody) != 0)
+            std::abort();
+        OpenStore cStore(m_sFile);
+        EXPECT_EQ(cStore.PlaysCsv(0, 90000, L"artist"), L"artist,plays,duration,first,last\n");
+        cStore.At(0)->SetYear(1);
+    });
+    EXPECT_EQ(cReader.End(), error::PathFileAccess) << "of the change only";
+    EXPECT_EQ(Version(), 1);
+}
+
+TEST_F(OlderFileTest, WithATableOfANewerOneIsRefused)
+{
+    Connect().Run("CREATE TABLE plays(id INTEGER)");
+    ExpectRefused(m_sFile);
 }
 
 // --- files that are opened

@@ -43,6 +43,24 @@ TEST(ParseCommandLine, ReadsAnImport)
     EXPECT_FALSE(options.bProgress);
 }
 
+TEST(ParseCommandLine, ReadsTheReportOfPlays)
+{
+    const auto bare = Parsed<PlaysOptions>({"plays", "--db", "d.db"});
+    EXPECT_EQ(bare.sDataBase, L"d.db");
+    EXPECT_EQ(bare.dtFrom, 0);
+    EXPECT_EQ(IsoText(bare.dtTo - 1), L"9999-12-31T00:00:00");
+    EXPECT_EQ(bare.sBy + bare.sCsv, L"");
+
+    const auto all = Parsed<PlaysOptions>({"plays", "--db", "d.db", "--from", "2026-01-01T06:00", "--to",
+                                           "2026-01-31", "--by", "cut", "--csv", "p.csv"});
+    EXPECT_EQ(IsoText(all.dtFrom), L"2026-01-01T06:00:00");
+    EXPECT_EQ(IsoText(all.dtTo), L"2026-02-01T00:00:00") << "the last day belongs to the period";
+    EXPECT_EQ(all.sBy + all.sCsv, L"cutp.csv");
+    const auto moment = Parsed<PlaysOptions>({"plays", "--db", "d.db", "--to", "2026-01-31T10:00"});
+    EXPECT_EQ(IsoText(moment.dtTo), L"2026-01-31T10:00:00");
+    EXPECT_EQ(Parsed<Reply>({"plays", "--db", "d.db", "--by", "album"}).lStatus, lExitUsage);
+}
+
 TEST(ParseCommandLine, ReadsTheWindows)
 {
     const auto library = OnStation<LibraryOptions>("library", {"--picture", "p.png"});
