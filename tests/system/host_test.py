@@ -248,6 +248,21 @@ class RavloHost(HostCase):
             self.assertEqual(error.count("\n"), 1, error)
         self.assertEqual(sorted(file.name for file in disk.iterdir()), ["filler", "library.db"])
 
+    def test_plays_of_a_period_are_reported(self):
+        self.import_tiny()
+        self.good("day", *STATION, "--start", "2026-11-30T23:50:00", "--hours", "1", "--log", "day.csv", "--quiet")
+        aired = [row for row in read_log(self.folder / "day.csv") if row["path"]]
+        printed = self.good("plays", "--db", "library.db", "--from", "2026-11-01", "--to", "2026-11-30")
+        lines = printed.splitlines()
+        self.assertEqual(lines[0], "start,artist,title,album,duration,key,categories,level")
+        self.assertEqual([line.split(",")[0] for line in lines[1:]],
+                         [row["start"] for row in aired if row["start"] < "2026-12-01"])
+        self.good("plays", "--db", "library.db", "--by", "artist", "--csv", "plays.csv")
+        sums = (self.folder / "plays.csv").read_text(encoding="utf-8").splitlines()[1:]
+        self.assertEqual(sum(int(line.split(",")[1]) for line in sums), len(aired))
+        self.refused(1, "its folder does not exist", "plays", "--db", "library.db", "--csv", "no/plays.csv")
+        self.refused(1, "no such file", "plays", "--db", "no.db")
+
     # Watching an import
 
     def watch(self, csv_file, *arguments):
