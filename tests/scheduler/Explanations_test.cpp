@@ -93,7 +93,7 @@ TEST_F(ExplanationsTest, OfTheLastPickFollowsItsLevelNotItsName)
 {
     cLib.Pick(L"Rock\t1");
     const std::wstring sText = Last()->Text();
-    cLib.cSchedMan->RenameMainCat(MainCat(L"Rock"), L"Pop");
+    EXPECT_TRUE(Man().RenameMainCat(L"Rock", L"Pop"));
     EXPECT_EQ(Last(L"Pop\t1")->Text(), sText);
     cLib.Populate();
     EXPECT_EQ(Last(L"Pop\t1")->Text(), sText);
