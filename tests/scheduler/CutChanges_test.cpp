@@ -276,6 +276,31 @@ TEST_F(CutChangesTest, WhatWasPutBackIsNotRecorded)
     EXPECT_EQ(colShown, (Lines{StandardText(57) + L" (2 cuts could not be handled)", StandardText(61)}));
 }
 
+TEST_F(CutChangesTest, CutMovedToTheEndIsPutBackToItsPlace)
+{
+    const std::wstring sBefore = Now();
+    const struct
+    {
+        std::initializer_list<const wchar_t*> colKeys;
+        bool bRefused; // the commit fails, else each cut does
+        int lOthers;   // cuts that a host sends to the back in between
+    } rows[] = {{{L"b", L"a", L"e"}, false, 0}, {{L"b", L"a", L"e"}, true, 0}, {{L"b"}, false, 4}};
+    for (const auto& row : rows)
+    {
+        cDataBase->bRefusesCommit = row.bRefused;
+        CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
+        Run(cChanges, row.colKeys, [&](const std::shared_ptr<Cut>& cCut) {
+            cChanges.PlaceLast(cCut, cState.MainCat(L"Rock"));
+            for (int lOther = 0; lOther < row.lOthers; ++lOther)
+                Place(L"Rock", 1).cSubCat->SchedCuts()->MoveToEnd(0);
+            if (!row.bRefused)
+                throw RuntimeError(error::DeviceIo);
+        });
+        EXPECT_TRUE(cChanges.Finish(Quietly()).colOrders.empty());
+        EXPECT_EQ(Now(), sBefore);
+    }
+}
+
 TEST_F(CutChangesTest, ChangeOfTheDatabasesIsFollowedAsFarAsPossible)
 {
     const auto cCut = std::dynamic_pointer_cast<FakeCut>(CutOf(L"a"));
