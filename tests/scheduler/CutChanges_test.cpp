@@ -252,8 +252,23 @@ TEST_F(CutChangesTest, RecordNamesWhatWasMadeAndDeleted)
     using Categories = std::vector<ChangeRecord::Category>;
     EXPECT_EQ(record.colMade, (Categories{{L"New", 0}, {L"New", 2}}));
     EXPECT_EQ(record.colDeleted, (Categories{{L"Rock", 2}}));
+    EXPECT_EQ(record.colOrders.size(), 1u) << "the made level had none";
     Apply(record);
     EXPECT_EQ(Now(), sBefore);
+}
+
+TEST_F(CutChangesTest, DeletedCategoriesAreRecordedAtTheirFormerPositions)
+{
+    for (const wchar_t* sName : {L"A", L"B", L"C"})
+        EnsureMainCat(cMod, *cState.colMainCats, sName);
+    CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
+    for (const wchar_t* sName : {L"B", L"A", L"C"})
+    {
+        cChanges.Deleting(*cState.MainCat(sName));
+        cState.colMainCats->Remove(CategoryKey(sName, 0));
+    }
+    EXPECT_EQ(cChanges.Finish(Quietly()).colDeleted,
+              (std::vector<ChangeRecord::Category>{{L"B", 0, 3}, {L"A", 0, 2}, {L"C", 0, 4}}));
 }
 
 TEST_F(CutChangesTest, WhatWasPutBackIsNotRecorded)
