@@ -539,34 +539,39 @@ TEST_F(UndoTest, StepsOfAnotherStationAreHarmless)
 // The bound: steps of about 400 KB each.
 TEST(UndoSteps, TheOldestStepsGoWhenTheFileWouldBeTooLarge)
 {
-    RadioPorts cPorts;
-    ModScheduler cMod(cPorts.Ports());
-    cPorts.cFiles.MakeFolders(std::wstring(sRadio) + L"Scheduler");
-    UndoSteps cSteps(cMod);
-    cSteps.Serve(sRadio);
-    constexpr std::size_t steps = 30;
-    for (std::size_t step = 0; step < steps; ++step)
+    for (const bool bTexts : {false, true}) // what fills the file: keys, or texts
     {
-        ChangeRecord record;
-        record.colOrders.push_back({{L"Rock", 1}, {}});
-        for (std::size_t cut = 0; cut < 1'000; ++cut)
-            record.colOrders[0].colKeys.emplace_back(std::to_wstring(cut * 100 + step) +
-                                                     std::wstring(400, L'x'));
-        cSteps.Add(std::to_wstring(step), record);
+        SCOPED_TRACE(bTexts);
+        RadioPorts cPorts;
+        ModScheduler cMod(cPorts.Ports());
+        cPorts.cFiles.MakeFolders(std::wstring(sRadio) + L"Scheduler");
+        UndoSteps cSteps(cMod);
+        cSteps.Serve(sRadio);
+        constexpr std::size_t steps = 30;
+        for (std::size_t step = 0; step < steps; ++step)
+        {
+            ChangeRecord record;
+            record.colOrders.push_back(
+                {{bTexts ? std::wstring(410'000, static_cast<wchar_t>(L'a' + step)) : L"Rock", 1}, {}});
+            for (std::size_t cut = 0; cut < (bTexts ? 0 : 1'000); ++cut)
+                record.colOrders[0].colKeys.emplace_back(std::to_wstring(cut * 100 + step) +
+                                                         std::wstring(400, L'x'));
+            cSteps.Add(std::to_wstring(step), record);
+        }
+        cSteps.Save();
+        EXPECT_LE(cPorts.cFiles.Get(sUndoPath).size(), UndoSteps::mostBytes + 1'000);
+        UndoSteps cRead(cMod);
+        cRead.Serve(sRadio);
+        std::size_t kept = 0;
+        for (; const std::optional<UndoSteps::Step> step = cRead.Next(UndoWay::Undo); ++kept)
+        {
+            EXPECT_EQ(step->sWhat, std::to_wstring(steps - 1 - kept));
+            EXPECT_EQ(step->record.colOrders.at(0).colKeys.size(), bTexts ? 0u : 1'000u);
+            cRead.Reversed(*step, UndoWay::Undo, {});
+        }
+        EXPECT_GE(kept, 10u);
+        EXPECT_LT(kept, steps);
     }
-    cSteps.Save();
-    EXPECT_LE(cPorts.cFiles.Get(sUndoPath).size(), UndoSteps::mostBytes + 1'000);
-    UndoSteps cRead(cMod);
-    cRead.Serve(sRadio);
-    std::size_t kept = 0;
-    for (; const std::optional<UndoSteps::Step> step = cRead.Next(UndoWay::Undo); ++kept)
-    {
-        EXPECT_EQ(step->sWhat, std::to_wstring(steps - 1 - kept));
-        EXPECT_EQ(step->record.colOrders.at(0).colKeys.size(), 1'000u);
-        cRead.Reversed(*step, UndoWay::Undo, {});
-    }
-    EXPECT_GE(kept, 10u);
-    EXPECT_LT(kept, steps);
 }
 
 ChangeRecord RecordOf(std::size_t cuts)
