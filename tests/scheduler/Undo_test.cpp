@@ -139,6 +139,10 @@ public:
              }},
             {L"deletion of Pop 1", [](T& t) { EXPECT_TRUE(t.Man().DeleteCats({t.Level(L"Pop", 1)})); }},
             {L"deletion of Rock", [](T& t) { EXPECT_TRUE(t.Man().DeleteCats({t.MainCat(L"Rock")})); }},
+            {L"deletion of Soul, Pop, Rock",
+             [](T& t) {
+            EXPECT_TRUE(t.Man().DeleteCats({t.MainCat(L"Soul"), t.MainCat(L"Pop"), t.MainCat(L"Rock")}));
+             }},
             {L"deletion of Soul 3, Rock 2, Soul",
              [](T& t) {
             EXPECT_TRUE(t.Man().DeleteCats({t.Level(L"Soul", 3), t.Level(L"Rock", 2), t.MainCat(L"Soul")}));
@@ -425,6 +429,13 @@ TEST_F(UndoTest, ATreeThatIsReplacedInsideStopsIt)
     EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p", L"q", L"b", L"a"})) << "the population found a in Rock";
     EXPECT_EQ(Man().Undo(), L"Undone: move of 2 cuts to Pop 1");
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"c", L"d", L"e", L"f"}));
+    Move({L"b"}, Level(L"Pop", 1));
+    CutOf(L"b")->OnCall = [&](const std::string&) {
+        CutOf(L"b")->OnCall = nullptr;
+        CutOf(L"b")->SetCatLevel(7);
+        cLib.Populate();
+    };
+    EXPECT_EQ(NumberOf([&] { Man().Undo(); }), error::PermissionDenied) << "even with nothing left to change";
 }
 
 TEST_F(UndoTest, AnEditInsideAnUndoIsTheNextStep)
@@ -607,18 +618,23 @@ TEST(UndoSteps, ASmallStepAfterAnUndoneLargeOneIsSaved)
 
 TEST(UndoSteps, TheFileKeepsTheNextStepWhenTheOtherWayIsTooLarge)
 {
-    RadioPorts cPorts;
-    ModScheduler cMod(cPorts.Ports());
-    cPorts.cFiles.MakeFolders(std::wstring(sRadio) + L"Scheduler");
-    UndoSteps cSteps(cMod);
-    cSteps.Serve(sRadio);
-    cSteps.Add(L"first", RecordOf(2));
-    cSteps.Add(L"larger", RecordOf(5));
-    cSteps.Reversed(*cSteps.Next(UndoWay::Undo), UndoWay::Undo, RecordOf(230));
-    cSteps.Save();
-    UndoSteps cRead(cMod);
-    cRead.Serve(sRadio);
-    EXPECT_EQ(cRead.What(UndoWay::Undo), L"first");
+    for (const std::size_t redone : {5u, 230u})
+    {
+        RadioPorts cPorts;
+        ModScheduler cMod(cPorts.Ports());
+        cPorts.cFiles.MakeFolders(std::wstring(sRadio) + L"Scheduler");
+        UndoSteps cSteps(cMod);
+        cSteps.Serve(sRadio);
+        cSteps.Add(L"first", RecordOf(2));
+        cSteps.Add(L"larger", RecordOf(5));
+        cSteps.Reversed(*cSteps.Next(UndoWay::Undo), UndoWay::Undo, RecordOf(redone));
+        cSteps.Save();
+        EXPECT_LE(cPorts.cFiles.Get(sUndoPath).size(), UndoSteps::mostBytes);
+        UndoSteps cRead(cMod);
+        cRead.Serve(sRadio);
+        EXPECT_EQ(cRead.What(UndoWay::Undo), L"first");
+        EXPECT_EQ(cRead.What(UndoWay::Redo), redone == 5u ? L"larger" : L"");
+    }
 }
 
 } // namespace
