@@ -314,6 +314,20 @@ TEST_F(UndoTest, ALevelThatOthersDeletedIsMadeAgainForItsCuts)
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a"}));
 }
 
+TEST_F(UndoTest, FilesOfLevelsThatTheCutStaysInGetItsNumberToo)
+{
+    CreateLevel(L"Rock", L"3");
+    PlaceToo(CutOf(L"a"), L"Soul", 3); // by a host: of another level than its number
+    CutOf(L"a")->SetCategoryText(L"Rock");
+    CutOf(L"a")->SetCatLevel(1);
+    cLib.SaveAll();
+    const std::string before = File(L"Soul");
+    Move({L"a"}, Level(L"Rock", 3));
+    EXPECT_NE(File(L"Soul"), before);
+    Man().Undo();
+    EXPECT_EQ(File(L"Soul"), before);
+}
+
 TEST_F(UndoTest, FilesThatOthersMadeAreNotDeleted)
 {
     const std::wstring sRules = std::wstring(sRadio) + L"Scheduler\\Rules\\Jazz.rls";
