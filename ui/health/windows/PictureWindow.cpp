@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/health/windows/PictureWindow.h"
 
+#include "ui/controls/windows/Colours.h"
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Dpi.h"
 
@@ -63,13 +64,15 @@ void Fill(HDC hDC, const RECT& rect, COLORREF lColour) noexcept
     ::ExtTextOutW(hDC, 0, 0, ETO_OPAQUE, &rect, nullptr, 0, nullptr);
 }
 
-COLORREF Mixed(COLORREF lOver, COLORREF lUnder, int lShare, int lAll) noexcept
+// A flat frame like that of the lists around it.
+void DrawFrame(HDC hDC, const RECT& client) noexcept
 {
-    const auto Mix = [&](int lLeft, int lRight) {
-        return (lLeft * lShare + lRight * (lAll - lShare)) / lAll;
-    };
-    return RGB(Mix(GetRValue(lOver), GetRValue(lUnder)), Mix(GetGValue(lOver), GetGValue(lUnder)),
-               Mix(GetBValue(lOver), GetBValue(lUnder)));
+    constexpr int lPercent = 35;
+    const COLORREF lColour = Mixed(::GetSysColor(COLOR_WINDOWTEXT), ::GetSysColor(COLOR_WINDOW), lPercent);
+    Fill(hDC, {0, 0, client.right, 1}, lColour);
+    Fill(hDC, {0, client.bottom - 1, client.right, client.bottom}, lColour);
+    Fill(hDC, {0, 0, 1, client.bottom}, lColour);
+    Fill(hDC, {client.right - 1, 0, client.right, client.bottom}, lColour);
 }
 
 // A disc with a smooth edge.
@@ -88,9 +91,9 @@ void DrawDot(HDC hDC, const Picture::Dot& dot) noexcept
                 lInside += std::hypot(dX, dY) <= dot.lRadius ? 1 : 0;
             }
             if (lInside > 0)
-                ::SetPixelV(
-                    hDC, dot.lX + lX, dot.lY + lY,
-                    Mixed(lColour, ::GetPixel(hDC, dot.lX + lX, dot.lY + lY), lInside, lFine * lFine));
+                ::SetPixelV(hDC, dot.lX + lX, dot.lY + lY,
+                            Mixed(lColour, ::GetPixel(hDC, dot.lX + lX, dot.lY + lY),
+                                  lInside * 100 / (lFine * lFine)));
         }
 }
 
@@ -146,7 +149,6 @@ PictureWindow::PictureWindow(HWND hParent, int lId, const std::wstring& sName, M
     WindowStart start;
     start.sTitle = sName.c_str();
     start.lStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS;
-    start.lExStyle = WS_EX_CLIENTEDGE;
     start.hParent = hParent;
     start.lId = lId;
     Create(start);
@@ -214,6 +216,7 @@ void PictureWindow::Draw(HDC hDC, const RECT& client) const
     for (const Picture::Text& text : picture.colTexts)
         DrawOneText(hDC, text);
     ::SetViewportOrgEx(hDC, 0, 0, nullptr);
+    DrawFrame(hDC, client);
     ::SelectObject(hDC, hBefore);
 }
 

@@ -45,11 +45,26 @@ void TableWindow::SetLook(HFONT hFont, int lDpi)
     SetFont(m_hList, hFont);
     for (std::size_t position = 0; position < m_table.Columns().size(); ++position)
     {
-        const auto lWidth = static_cast<int>(Send(LVM_GETCOLUMNWIDTH, position));
+        const int lWidth = WidthOf(position);
         const int lAt96 = m_lDpi == 0 ? m_table.Columns()[position].lWidth : Unscaled(lWidth, m_lDpi);
         Send(LVM_SETCOLUMNWIDTH, position, Scaled(lAt96, lDpi));
+        if (lWidth == m_lFilled)
+            m_lFilled = WidthOf(position);
     }
     m_lDpi = lDpi;
+}
+
+void TableWindow::FillRoom(std::size_t position)
+{
+    if (m_lFilled != 0 && WidthOf(position) != m_lFilled)
+        return;
+    RECT client{};
+    ::GetClientRect(m_hList, &client);
+    auto lRoom = static_cast<int>(client.right);
+    for (std::size_t other = 0; other < m_table.Columns().size(); ++other)
+        lRoom -= other == position ? 0 : WidthOf(other);
+    Send(LVM_SETCOLUMNWIDTH, position, std::max(lRoom, Scaled(m_table.Columns()[position].lWidth, m_lDpi)));
+    m_lFilled = WidthOf(position);
 }
 
 void TableWindow::SetSymbols(HIMAGELIST hSymbols, std::function<int(std::size_t item)> SymbolOf)

@@ -26,6 +26,9 @@ public:
 
     HWND Handle() const noexcept { return m_hList; }
     void SetLook(HFONT hFont, int lDpi);
+    // A column takes the room that the others leave, but no less than its own width, until the user sizes it.
+    // Call when the list has got another size; always with the same column.
+    void FillRoom(std::size_t position);
     // Symbols in front of the first column, by SymbolOf; not owned.
     void SetSymbols(HIMAGELIST hSymbols, std::function<int(std::size_t item)> SymbolOf);
 
@@ -46,6 +49,7 @@ private:
     {
         return ::SendMessageW(m_hList, lMessage, wParam, lParam);
     }
+    int WidthOf(std::size_t position) const { return static_cast<int>(Send(LVM_GETCOLUMNWIDTH, position)); }
     void SetState(int row, UINT lState, UINT lMask) const;
     void OnGetDispInfo(NMLVDISPINFOW& info) const;
     LRESULT OnFind(const NMLVFINDITEMW& find) const;
@@ -55,6 +59,7 @@ private:
     const SortedTable& m_table;
     HWND m_hList;
     int m_lDpi = 0;
+    int m_lFilled = 0; // the width that FillRoom has set
     std::function<int(std::size_t item)> m_SymbolOf;
     bool m_bSelecting = false;
 };

@@ -27,7 +27,8 @@ constexpr int lProgressWidth = 220;
 constexpr int lSmallLight = 16;
 constexpr int lDropHeight = 200;
 
-constexpr int lPictureShare = 54; // of a page's width, in hundredths
+constexpr std::size_t blockedByColumn = 5; // of the seldom played
+constexpr int lPictureShare = 54;          // of a page's width, in hundredths
 
 } // namespace
 
@@ -151,6 +152,14 @@ void frmHealthWindow::LayOutPane()
 {
     if (!m_hFont || !m_hCancel)
         return;
+    MoveInPane();
+    // Sentences are cut off otherwise.
+    List(HealthTable::Advice).FillRoom(0);
+    List(HealthTable::Seldom).FillRoom(blockedByColumn);
+}
+
+void frmHealthWindow::MoveInPane()
+{
     RECT client{};
     ::GetClientRect(m_cPane->Handle(), &client);
     const auto lWidth = static_cast<int>(client.right);

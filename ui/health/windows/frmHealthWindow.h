@@ -95,6 +95,7 @@ private:
     int LayOutPlan(int lRight);
     void LayOutStatus(const RECT& client, int lTop);
     void LayOutPane();
+    void MoveInPane();
     SIZE ButtonSize(HWND hButton) const;
     int SummaryHeight(int lWidth) const;
     int px(int lAt96) const;
