@@ -104,8 +104,13 @@ bool CatSelectorPresenter::TypeInList(SelectorControl eList, wchar_t cTyped)
 {
     if (std::exchange(m_eTyped, eList) != eList)
         m_typed = TypeAhead();
+    const bool bToggles = cTyped == L' ' && eList == lstCat && m_bMulti;
     if (!m_typed.Type(cTyped, m_cMod.Ports().cClock.TickCount()))
-        return false;
+    {
+        if (bToggles)
+            ToggleCat();
+        return bToggles;
+    }
     const std::size_t count = eList == lstCat ? m_cats : eList == lstlvl ? m_levels : m_songs;
     const std::optional<std::size_t> current = m_cView.CurrentEntry(eList);
     const std::optional<std::size_t> found =
@@ -118,6 +123,8 @@ bool CatSelectorPresenter::TypeInList(SelectorControl eList, wchar_t cTyped)
             }
             return std::nullopt;
         });
+    if (!found && bToggles)
+        ToggleCat();
     if (!found)
         return true;
     // Where several categories are chosen, those of the cut stay: only the caret moves.
@@ -132,6 +139,18 @@ bool CatSelectorPresenter::TypeInList(SelectorControl eList, wchar_t cTyped)
     if (eList == lstCat)
         CatClick();
     return true;
+}
+
+void CatSelectorPresenter::ToggleCat()
+{
+    m_typed = TypeAhead();
+    const std::optional<std::size_t> current = m_cView.CurrentEntry(lstCat);
+    if (!current)
+        return;
+    const std::vector<std::size_t> colSelected = m_cView.SelectedEntries(lstCat);
+    m_cView.SelectEntry(lstCat, *current,
+                        std::find(colSelected.begin(), colSelected.end(), *current) == colSelected.end());
+    CatClick();
 }
 
 void CatSelectorPresenter::ChooseFound()

@@ -91,11 +91,14 @@ public:
     void OpenerClick();
     void SortedSongsClick();
     // Goes to the next entry of a list that begins with what is typed, without regard to case and accents,
-    // and chooses it as a click does. False for a character that is not part of a text.
+    // and chooses it as a click does. Where several categories are chosen, only the current entry moves, and
+    // a blank that no entry continues with chooses it too, or no longer. False for a character that is not
+    // part of a text.
     bool TypeInList(SelectorControl eList, wchar_t cTyped);
     void SortedSongsTab(); // Tab without Shift: the focus wraps round
 
 private:
+    void ToggleCat();
     void OnCatClick();
     void OnLevelClick();
     void ChooseLevel(std::shared_ptr<clsCat> cSubCat);

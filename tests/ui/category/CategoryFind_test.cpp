@@ -190,6 +190,12 @@ TEST_F(CategoryFindTest, TypingKeepsTheSelectionOfSeveralCategories)
     Texts colSelected = cScreen.Selected(lstCat);
     std::sort(colSelected.begin(), colSelected.end());
     EXPECT_EQ(colSelected, (Texts{L"Abba Gold", L"Rock"}));
+    cPorts.cClock.SetTickCount(cPorts.cClock.TickCount() + 2000);
+    EXPECT_TRUE(cSelector.TypeInList(lstCat, L'j'));
+    EXPECT_TRUE(cSelector.TypeInList(lstCat, L' ')) << "no entry begins with that";
+    EXPECT_EQ(cScreen.Selected(lstCat).size(), 3u);
+    EXPECT_TRUE(cSelector.TypeInList(lstCat, L' '));
+    EXPECT_EQ(cScreen.Selected(lstCat).size(), 2u);
 }
 
 } // namespace ravlo::test
