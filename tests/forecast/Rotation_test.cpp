@@ -97,6 +97,21 @@ TEST_F(RotationTest, MembersNeedAPopulatedManager)
     EXPECT_EQ(cRotation.SlotCount(), 0u);
 }
 
+TEST_F(RotationTest, HealthWindowOpensWithThePlan)
+{
+    struct : HealthWindows
+    {
+        void ShowHealth(const Plan& plan) override { colSlots.push_back(plan.Slots().size()); }
+        std::vector<std::size_t> colSlots;
+    } windows;
+    cRotation.ShowHealthUI(windows);
+    cRotation.AddSlot(L"Pop\t1", false);
+    cRotation.ShowHealthUI(windows);
+    EXPECT_EQ(windows.colSlots, (std::vector<std::size_t>{0, 1}));
+    cRotation.SetScheduler(nullptr);
+    EXPECT_EQ(ErrorOf([&] { cRotation.ShowHealthUI(windows); }), error::ObjectNotSet);
+}
+
 TEST_F(RotationTest, OptionsAreTheStations)
 {
     EXPECT_EQ(cRotation.ArtistsOf(L"Abba feat. Cher", L""), std::vector<std::wstring>{L"Abba feat. Cher"});
