@@ -212,19 +212,29 @@ private:
     NoFiles m_cFiles;
     WindowsMessages m_cMessages;
     WindowsHostLoop m_cHostLoop;
-    ModScheduler m_cMod{Ports{m_cPorts.cClock, m_cHostLoop, m_cFiles, m_cMessages, m_cPorts.cUserSettings,
+    WindowsClock m_cClock; // work is done in steps of some milliseconds
+    ModScheduler m_cMod{Ports{m_cClock, m_cHostLoop, m_cFiles, m_cMessages, m_cPorts.cUserSettings,
                               m_cPorts.cCodePage, m_cPorts.cRandom}};
     std::shared_ptr<RadioDataBase> m_cDataBase = std::make_shared<RadioDataBase>();
     std::shared_ptr<clsSchedMan> m_cSchedMan = std::make_shared<clsSchedMan>(m_cMod);
     std::unique_ptr<SchedulerWindows> m_cUi = NewSchedulerUi(m_cSchedMan);
 };
 
-void SetShift(bool bDown)
+void SetModifier(int lKey, bool bDown)
 {
     BYTE keys[256];
     ::GetKeyboardState(keys);
-    keys[VK_SHIFT] = bDown ? 0x80 : 0;
+    keys[lKey] = bDown ? 0x80 : 0;
     ::SetKeyboardState(keys);
+}
+void SetShift(bool bDown) { SetModifier(VK_SHIFT, bDown); }
+
+// Processes all waiting messages, painting included.
+void RunMessages()
+{
+    MSG message{};
+    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+        ::DispatchMessageW(&message);
 }
 
 struct Cost
@@ -284,6 +294,73 @@ std::vector<Cost> CostsOfInput(const Station& cState)
     return colCosts;
 }
 
+struct FindCosts
+{
+    double dOpen = 0;
+    double dKey = 0;
+};
+
+// Ctrl+F and its first step, and keys that leave many rows, few and many again when all cuts are read.
+FindCosts CostsOfFind(const Station& cState)
+{
+    const HWND hGrid = cState.Grid();
+    FindCosts costs;
+    ::SetFocus(hGrid);
+    costs.dOpen = Quickest(
+        [&] {
+        MSG message{};
+        message.hwnd = hGrid;
+        message.message = WM_KEYDOWN;
+        message.wParam = 'F';
+        SetModifier(VK_CONTROL, true);
+        ::CallMsgFilterW(&message, MSGF_USER); // as the window's own loop receives it
+        SetModifier(VK_CONTROL, false);
+        ::UpdateWindow(hGrid);
+        },
+        1);
+    const HWND hQuery = ::GetFocus();
+    for (const double dStart = Seconds(); Seconds() - dStart < 1;) // its steps
+        RunMessages();
+    for (const wchar_t* sQuery : {L"a", L"ar", L"ar 7", L"ar", L"t"})
+        costs.dKey = std::max(costs.dKey, Quickest(
+                                              [&] {
+            ::SetWindowTextW(hQuery, sQuery);
+            ::UpdateWindow(hGrid);
+                                              },
+                                              1));
+    if (hQuery == hGrid || ::SendMessageW(hGrid, LVM_GETITEMCOUNT, 0, 0) == 0)
+        bWithinLimits = (std::printf("find found nothing\n"), false);
+    ::SetWindowTextW(hQuery, L"");
+    return costs;
+}
+
+struct SortCosts
+{
+    double dClick = 0;
+    double dRefresh = 0; // while it is sorted, until it can be used
+};
+
+// A click on a heading is posted by the header, so it is processed as a message. Ends in schedule order.
+SortCosts CostsOfSort(const Station& cState)
+{
+    const HWND hGrid = cState.Grid();
+    const auto click = [&] {
+        NMLISTVIEW notice{};
+        notice.hdr = {hGrid, static_cast<UINT_PTR>(::GetDlgCtrlID(hGrid)),
+                      static_cast<UINT>(LVN_COLUMNCLICK)};
+        notice.iSubItem = 3; // the title
+        ::SendMessageW(cState.Form(), WM_NOTIFY, notice.hdr.idFrom, reinterpret_cast<LPARAM>(&notice));
+        RunMessages();
+        ::UpdateWindow(hGrid);
+    };
+    SortCosts costs;
+    costs.dClick = Quickest(click, 1);
+    costs.dRefresh = Quickest([&] { cState.ShowAnew(); }, 3);
+    click();
+    click();
+    return costs;
+}
+
 void Measure(const Station& cState)
 {
     using enum LibraryCommand;
@@ -300,6 +377,9 @@ void Measure(const Station& cState)
     SelectRow(hGrid, 7, true);
     const double dInvert = Quickest([&] { cState.Command(mnuInvertSelectionGrid); }, 6);
     const double dShow = Quickest([&] { cState.ShowAnew(); });
+    cState.Command(mnuSelectNoneGrid);
+    const SortCosts sort = CostsOfSort(cState);
+    const FindCosts find = CostsOfFind(cState);
 
     const ConstantList cConstant(cState.Form(), hGrid, rows);
     const HWND hList = cConstant.hList;
@@ -319,6 +399,10 @@ void Measure(const Station& cState)
         Paint(hList);
     });
     Row("showing all cuts and the tree again", cuts, dShow, dCount, 6);
+    Row("find: opening, with its first step", cuts, find.dOpen, dSelectBare, 3);
+    Row("find: the slowest of some keys", cuts, find.dKey, dSelectBare, 3);
+    Row("sorting by title", cuts, sort.dClick, dSelectBare, 12);
+    Row("showing all sorted, as in their order", cuts, sort.dRefresh, dShow, 4);
 }
 
 // ---- the tree ----
@@ -368,14 +452,6 @@ void Tick(HWND hTree, HTREEITEM hItem, bool bTick)
     item.stateMask = TVIS_STATEIMAGEMASK;
     item.state = INDEXTOSTATEIMAGEMASK(bTick ? 2u : 1u);
     ::SendMessageW(hTree, TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-}
-
-// Processes all waiting messages, painting included.
-void RunMessages()
-{
-    MSG message{};
-    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
-        ::DispatchMessageW(&message);
 }
 
 // A click on the root's box ticks or clears everything below it.
