@@ -86,13 +86,13 @@ TEST(UndoRecords, TheBytesAreTheDocumentedOnes)
     ChangeRecord record;
     record.colCuts = {{Key(L"D:\\b"), {1, L"Rock"}, ChangeRecord::State{-1, L"Pop"}}};
     record.colOrders = {{Category{L"Pop", 2}, {Key(L"D:\\a"), Key(L"D:\\b"), Key(L"D:\\a")}}};
-    record.colDeleted = {{L"Pop", 0, 200}};
+    record.colDeleted = {{L"Pop", 0, 128}};
     content.colUndo = {{1, L"x", EncodeRecord(record, content.cTables)}};
     const std::string step{1,                           // cuts
                            1, 2, 1, 1,      1, 0,       // D:\b, 1 Rock, -1 Pop
                            1, 0, 4, 0,      3, 0, 0, 3, // Pop 2: a, b, a
                            0,                           // made
-                           1, 0, 0, '\xC8', 1,          // deleted: Pop, at 200
+                           1, 0, 0, '\x80', 1,          // deleted: Pop, at 128
                            0};                          // renamed
     const std::string body =
         std::string("\2\0\4D:\\a\3\1b\2\3Pop\4Rock\1\1x", 23) + static_cast<char>(step.size()) + step + '\0';
