@@ -62,6 +62,14 @@ struct Program
         for (const wchar_t* sKey : {L"Rock\t1", L"Pop\t1", L"Jazz\t1", L"Gone\t1"})
             EXPECT_TRUE(cLib.NextCut(sKey, false, bSave));
     }
+    // Passes the first cut over, which is tried first at the next pick.
+    void PickFairly(bool bSave)
+    {
+        cSchedMan->OverrideOptions({true, std::nullopt});
+        FirstOf(L"Rock")->SetLastPlayed(cPorts.cClock.Now());
+        cSchedMan->UpdateArtistTitleHistory(FirstOf(L"Rock"));
+        Pick(bSave);
+    }
     void SaveEverything()
     {
         cLib.SaveAll();
@@ -243,6 +251,10 @@ const Operation operations[] = {
     {"pick", [](P& p) { p.Pick(false); }},
     {"pick_and_save", [](P& p) { p.Pick(); }},
     {"picks_and_end", [](P& p) { p.Pick(), p.End(); }},
+    {"fair_pick", [](P& p) { p.PickFairly(false); }},
+    {"fair_pick_and_save", [](P& p) { p.PickFairly(true), p.End(); }},
+    {"populate_and_pick_fairly", [](P& p) { p.Populate(), p.PickFairly(true), p.End(); }, true},
+    {"spread", [](P& p) { p.cSchedMan->SpreadCategories({p.MainCat(L"Rock")}); }},
     {"play", [](P& p) { p.cSchedMan->UpdateArtistTitleHistory(p.FirstOf(L"Rock")); }},
     {"save_list", [](P& p) { p.cSchedMan->SaveCatNames(); }},
     {"saved_list", [](P& p) { p.cSchedMan->colSavedCatNames(); }},

@@ -105,6 +105,20 @@ struct SmallStation
         ASSERT_TRUE(cPicked) << "never none";
         sPicked = cPicked->Key().Text();
     }
+    // Takes the first cut that played long enough ago; the others keep their places.
+    void PickFairly()
+    {
+        cLib.cSchedMan->SetFairRotation(true);
+        if (const auto cRock = Level(L"Rock"))
+            cRock->Rules()->Apply({0, 60, 0, false});
+        const Cuts colCuts = Rock();
+        for (std::size_t cut = 0; cut < std::min<std::size_t>(12, colCuts.size()); ++cut)
+        {
+            colCuts[cut]->SetLastPlayed(cPorts.cClock.Now());
+            cLib.cSchedMan->UpdateArtistTitleHistory(colCuts[cut]);
+        }
+        Pick();
+    }
     // There is none: it walks the whole level.
     void PickOpener() { EXPECT_TRUE(cLib.NextCut(L"Rock\t1", true)) << "never none"; }
 
@@ -136,12 +150,14 @@ const Action operations[] = {
     {"create category", [](S& s) { s.CreateCategory(); }},
     {"create level", [](S& s) { s.CreateLevel(); }},
     {"pick", [](S& s) { s.PickOpener(); }},
+    {"fair pick", [](S& s) { s.PickFairly(); }},
     {"populate", [](S& s) { s.cLib.Populate(); }},
 };
 
 // What the host does in a callback.
 const Action interruptions[] = {
     {"picks", [](S& s) { s.Pick(); }},
+    {"picks fairly", [](S& s) { s.PickFairly(); }},
     {"looks for an opener", [](S& s) { s.PickOpener(); }},
     {"populates", [](S& s) { s.cLib.Populate(); }},
     {"imports", [](S& s) { s.Import(2, L"Rock/Pop"); }},
