@@ -16,6 +16,7 @@ MakeUp MakeUpOf(const StationSnapshot& station, const std::vector<CutNumber>& or
     makeUp.cuts = order.size();
     std::unordered_map<TextKey, std::size_t> colPositions; // in makeUp.artists
     std::unordered_map<TextKey, std::size_t> colTitles;    // cuts of each
+    colTitles.reserve(order.size());
     for (const CutNumber number : order)
     {
         cutByCut.Next();

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "forecast/Simulation.h"
 
+#include "forecast/CutPlaces.h"
 #include "forecast/PassOvers.h"
 #include "forecast/StationCopy.h"
 #include "plan/DayMaker.h"
 
 #include <algorithm>
 #include <cmath>
-#include <unordered_map>
 #include <utility>
 
 namespace ravlo
@@ -22,19 +22,11 @@ constexpr double dDaymS = 86'400'000.0;
 class Tally
 {
 public:
-    Tally(const StationSnapshot& snapshot, const LetHostRun& letHostRun)
-        : m_colEntries(snapshot.levels.size())
+    Tally(const StationSnapshot& snapshot, const LetHostRun& letHostRun) : m_places(snapshot, letHostRun)
     {
-        CutByCut cutByCut(letHostRun);
-        for (std::size_t level = 0; level < m_colEntries.size(); ++level)
-        {
-            m_colEntries[level].reserve(snapshot.levels[level].order.size());
-            for (const CutNumber number : snapshot.levels[level].order)
-            {
-                cutByCut.Next();
-                m_colEntries[level].try_emplace(number);
-            }
-        }
+        m_colEntries.reserve(snapshot.levels.size());
+        for (const SnapshotLevel& level : snapshot.levels)
+            m_colEntries.emplace_back(level.order.size());
     }
 
     void Note(const TraceStep& step)
@@ -51,15 +43,15 @@ public:
     {
         if (level)
             for (const Passed& passed : m_passed)
-                CountPassed(m_colEntries[*level].at(passed.number), passed, chosen);
+                CountPassed(EntryOf(*level, passed.number), passed, chosen);
         if (level && chosen)
-            ++m_colEntries[*level].at(*chosen).plays;
+            ++EntryOf(*level, *chosen).plays;
         m_passed.clear();
     }
 
-    CutOutcome OutcomeOf(std::size_t level, CutNumber number) const
+    CutOutcome OutcomeOf(std::size_t level, std::size_t position) const
     {
-        const Entry& entry = m_colEntries[level].at(number);
+        const Entry& entry = m_colEntries[level][position];
         return {entry.plays, entry.passOvers.Times(), entry.noOpener, entry.passOvers.Reason(),
                 entry.passOvers.Blocker()};
     }
@@ -85,8 +77,14 @@ private:
             entry.passOvers.Count(passed.eRule, passed.blocker);
     }
 
-    std::vector<std::unordered_map<CutNumber, Entry>> m_colEntries; // by level
-    std::vector<Passed> m_passed;                                   // in the present pick
+    Entry& EntryOf(std::size_t level, CutNumber number)
+    {
+        return m_colEntries[level][m_places.PositionIn(level, number)];
+    }
+
+    const CutPlaces m_places;
+    std::vector<std::vector<Entry>> m_colEntries; // by level and position in its order
+    std::vector<Passed> m_passed;                 // in the present pick
 };
 
 class Simulation
@@ -100,6 +98,7 @@ public:
               cMod, m_station, result.options, [this](const TraceStep& step) { m_tally.Note(step); },
               [this] { m_pace.PumpIfDue(); })
     {
+        m_gaps.Reserve(m_station.played.size());
         for (const CutNumber number : m_station.played)
         {
             const PlainCutValues& values = m_station.cuts[number].values;
@@ -118,9 +117,10 @@ public:
             PlayClock(dtEnd);
         for (std::size_t level = 0; level < m_result.levels.size(); ++level)
         {
-            m_result.levels[level].cuts.reserve(m_station.levels[level].order.size());
-            for (const CutNumber number : m_station.levels[level].order)
-                m_result.levels[level].cuts.push_back(m_tally.OutcomeOf(level, number));
+            const std::size_t cuts = m_station.levels[level].order.size();
+            m_result.levels[level].cuts.reserve(cuts);
+            for (std::size_t position = 0; position < cuts; ++position)
+                m_result.levels[level].cuts.push_back(m_tally.OutcomeOf(level, position));
             m_pace.PumpIfDue();
         }
         m_pace.Report(1);

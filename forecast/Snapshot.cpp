@@ -43,6 +43,7 @@ public:
             cuts += colOrder.size();
         m_colNumbers.reserve(cuts);
         m_snapshot.cuts.reserve(cuts);
+        m_colCopies.reserve(cuts);
         for (std::size_t level = 0; level < m_colOrders.size(); ++level)
         {
             m_snapshot.levels[level].order.reserve(m_colOrders[level].size());

@@ -15,21 +15,13 @@ namespace ravlo
 
 clsSimulation::clsSimulation(SimulationResult result, StationHealth health, Station station)
     : m_result(std::move(result)), m_station(std::move(station)), m_health(std::move(health)),
-      m_adviser(m_station.cMod, m_result)
+      m_adviser(m_station.cMod, m_result), m_places(*m_result.cStation)
 {
     const std::vector<SnapshotCut>& cuts = m_result.cStation->cuts;
     m_colNumbers.reserve(cuts.size());
     for (std::size_t number = 0; number < cuts.size(); ++number)
-        m_colNumbers.try_emplace(cuts[number].values.cKey, static_cast<CutNumber>(number));
-    for (std::size_t level = 0; level < m_result.levels.size(); ++level)
-    {
-        const std::vector<CutNumber>& order = m_result.cStation->levels[level].order;
-        for (std::size_t position = 0; position < order.size(); ++position)
-            m_colPlaces.push_back(
-                {order[position], static_cast<std::uint32_t>(level), static_cast<std::uint32_t>(position)});
-    }
-    std::sort(m_colPlaces.begin(), m_colPlaces.end(),
-              [](const Place& a, const Place& b) { return a.number < b.number; });
+        m_colNumbers.emplace_back(cuts[number].values.cKey.Hash(), static_cast<CutNumber>(number));
+    std::sort(m_colNumbers.begin(), m_colNumbers.end());
 }
 
 std::int32_t clsSimulation::KindCount(std::int32_t lKind) const noexcept
@@ -45,19 +37,10 @@ std::int32_t clsSimulation::Plays(const std::wstring& sCutKey, const std::wstrin
     const std::optional<CutNumber> number = NumberOf(TextKey(sCutKey));
     std::uint32_t plays = 0;
     if (number)
-        for (const Place& place : PlacesOf(*number))
+        for (const CutPlaces::Place& place : m_places.Of(*number))
             if (!level || place.level == *level)
                 plays += m_result.levels[place.level].cuts[place.position].plays;
     return static_cast<std::int32_t>(plays);
-}
-
-std::span<const clsSimulation::Place> clsSimulation::PlacesOf(CutNumber number) const
-{
-    const auto first = std::partition_point(m_colPlaces.begin(), m_colPlaces.end(),
-                                            [&](const Place& place) { return place.number < number; });
-    const auto last =
-        std::find_if(first, m_colPlaces.end(), [&](const Place& place) { return place.number != number; });
-    return {first, last};
 }
 
 // Nothing for an empty key: all levels. Throws error 5 for one that names no level.
@@ -159,8 +142,12 @@ std::shared_ptr<Cut> clsSimulation::CutOf(const std::wstring& sKey) const
 
 std::optional<CutNumber> clsSimulation::NumberOf(const TextKey& cKey) const
 {
-    const auto found = m_colNumbers.find(cKey);
-    return found != m_colNumbers.end() ? std::optional(found->second) : std::nullopt;
+    for (auto it =
+             std::lower_bound(m_colNumbers.begin(), m_colNumbers.end(), std::pair(cKey.Hash(), CutNumber{0}));
+         it != m_colNumbers.end() && it->first == cKey.Hash(); ++it)
+        if (m_result.cStation->cuts[it->second].values.cKey == cKey)
+            return it->second;
+    return std::nullopt;
 }
 
 } // namespace ravlo

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "forecast/Advice.h"
+#include "forecast/CutPlaces.h"
 #include "forecast/Health.h"
 #include "forecast/Simulation.h"
 #include "media/DataBase.h"
@@ -11,9 +12,8 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace ravlo
@@ -68,15 +68,7 @@ public:
     std::shared_ptr<Cut> CutOf(const std::wstring& sKey) const;
 
 private:
-    // Where a cut is in the orders.
-    struct Place
-    {
-        CutNumber number;
-        std::uint32_t level;
-        std::uint32_t position;
-    };
     std::optional<CutNumber> NumberOf(const TextKey& cKey) const;
-    std::span<const Place> PlacesOf(CutNumber number) const;
     std::optional<std::size_t> LevelOf(const std::wstring& strSubCatKey) const;
 
     template <class Work> void LookForAdvice(const SimulationProgress& progress, const Work& work) const;
@@ -88,8 +80,8 @@ private:
     mutable LevelAdviser m_adviser;
     mutable bool m_bAdvising = false;
     mutable bool m_bAllAdvised = false;
-    std::unordered_map<TextKey, CutNumber> m_colNumbers; // of the cuts
-    std::vector<Place> m_colPlaces;                      // in ascending order of the numbers
+    const CutPlaces m_places;
+    std::vector<std::pair<std::size_t, CutNumber>> m_colNumbers; // by the hash of the cut's key, ascending
 };
 
 } // namespace ravlo

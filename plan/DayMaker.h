@@ -5,6 +5,7 @@
 #include "plan/DayLog.h"
 #include "plan/SlotTimes.h"
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <unordered_map>
@@ -32,6 +33,12 @@ public:
 class Gaps
 {
 public:
+    // For so many artists and titles.
+    void Reserve(std::size_t texts)
+    {
+        m_artists.reserve(texts);
+        m_titles.reserve(texts);
+    }
     // Plays are recorded in the order of their times.
     void RecordArtist(const TextKey& cArtist, DateTime dtStart) { m_artists[cArtist] = dtStart; }
     void RecordTitle(const TextKey& cTitle, DateTime dtStart) { m_titles[cTitle] = dtStart; }

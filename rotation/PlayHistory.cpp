@@ -42,6 +42,7 @@ void PlayHistory::CopyPlays(const PlayHistory& cFrom, const CutFor& cutFor)
     }
     m_cNames = cFrom.m_cNames;
     m_reports = cFrom.m_reports;
+    m_colReports.reserve(cFrom.m_colReports.size());
     for (const auto& [credit, report] : cFrom.m_colReports)
         if (std::shared_ptr<Cut> cOther = cutFor(report.cCut))
             m_colReports.emplace(credit, Report{report.number, std::move(cOther)});
