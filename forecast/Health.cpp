@@ -88,6 +88,7 @@ public:
     {
         m_health.dtStart = m_result.dtStart;
         m_health.dDays = m_result.dDays;
+        m_health.options = m_result.options;
         m_health.lPicks = static_cast<std::int32_t>(m_result.rows.size());
         AddWarnings();
         for (std::size_t level = 0; level < m_result.levels.size(); ++level)

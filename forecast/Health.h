@@ -5,6 +5,7 @@
 #include "base/TextKey.h"
 #include "forecast/Pace.h"
 #include "model/clsRuleViolation.h"
+#include "rotation/RotationOptions.h"
 
 #include <array>
 #include <cstddef>
@@ -119,6 +120,7 @@ struct StationHealth
 {
     DateTime dtStart = 0;
     double dDays = 0;
+    RotationOptions options; // in force
     std::int32_t lPicks = 0;
     std::vector<std::wstring> warnings; // why it may be otherwise on air, in sentences
     std::vector<LevelHealth> levels;    // in the station's order

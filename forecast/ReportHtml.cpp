@@ -75,6 +75,8 @@ std::string CountText(std::size_t count, const char* sOne, const char* sMany)
     return std::to_string(count) + ' ' + (count == 1 ? sOne : sMany);
 }
 
+const char* OnOff(bool bOn) { return bOn ? "on" : "off"; }
+
 // " of pop 1": the rest of a table's name, which tells it apart from those of other levels.
 std::string OfLevel(const LevelHealth& level) { return " of " + HtmlText(LevelText(level.sKey)); }
 
@@ -130,7 +132,9 @@ void Page::AddSummary()
         ", " + std::to_string(colLights[0]) + ' ' + LightText(Light::Green) +
         ".</p>\n<p class=\"soft\">Simulated from " + MomentText(m_health.dtStart) + ", " +
         NumberText(m_health.dDays) + (m_health.dDays == 1 ? " day, " : " days, ") +
-        CountText(static_cast<std::size_t>(m_health.lPicks), "pick", "picks") + ".</p>\n");
+        CountText(static_cast<std::size_t>(m_health.lPicks), "pick", "picks") + ". Fair rotation " +
+        OnOff(m_health.options.bFairRotation) + ", featured artists " +
+        OnOff(m_health.options.bFeaturedArtists) + ".</p>\n");
     for (const std::wstring& sWarning : m_health.warnings)
         Add("<p>" + HtmlText(sWarning) + "</p>\n");
     if (!m_health.remedies.empty())

@@ -179,12 +179,14 @@ TEST(HtmlReport, EachLevelSaysWhyItIsNotGreen)
     yellow.why = {L"1 of 200 picks breaks a rule"};
     StationHealth health = StationOf({red, yellow});
     health.warnings = {L"The rules of <Rock> 2 cannot be read now."};
+    health.options = {false, true};
     const std::string sPage = HtmlReport(health);
     for (const char* sPart :
          {"<p>Red: 1 cut never plays; the artist separation of 60 minutes cannot be kept: 45 at most.</p>",
           "<p>Yellow: 1 of 200 picks breaks a rule.</p>", "<p>Nothing that was tried helps.</p>",
           "<p>0 cuts by 0 artists. Asked every", "<td>any<td>", "aria-label=\"Artists of R&amp;B 2\"",
-          "<p>The rules of &lt;Rock&gt; 2 cannot be read now.</p>"})
+          "<p>The rules of &lt;Rock&gt; 2 cannot be read now.</p>",
+          "Fair rotation off, featured artists on.</p>"})
         EXPECT_NE(sPage.find(sPart), std::string::npos) << sPart;
     EXPECT_EQ(CountOf(sPage, "most by"), 1u) << "nobody, where no cut has an artist";
 }
@@ -293,8 +295,11 @@ TEST(JsonReport, HasEveryFigure)
     level.neverPlayed[0].cut = 0;
     StationHealth health = StationOf({level});
     health.warnings = {L"Careful"};
+    health.options = {true, false};
     std::map<std::string, std::string> expected{{"/start", "\"2026-11-22 06:00"},
                                                 {"/days", "28"},
+                                                {"/fairRotation", "true"},
+                                                {"/featuredArtists", "false"},
                                                 {"/picks", "1234"},
                                                 {"/warnings/0", "\"Careful"},
                                                 {"/remedies/0", "\"R&B 2: fair rotation"},

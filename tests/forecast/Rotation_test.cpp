@@ -246,7 +246,9 @@ TEST_F(RotationTest, ASimulationTakesItsOptionsAndChecksItsTime)
     };
     const std::string fair = logOf(*Simulated(2));
     EXPECT_EQ(logOf(*cRotation.Simulate(dtStart, 2, {true, std::nullopt}, {})), fair);
-    EXPECT_NE(logOf(*cRotation.Simulate(dtStart, 2, {false, std::nullopt}, {})), fair);
+    const auto cOther = cRotation.Simulate(dtStart, 2, {false, true}, {});
+    EXPECT_NE(logOf(*cOther), fair);
+    EXPECT_EQ(cOther->Health().options, (RotationOptions{false, true}));
 }
 
 TEST_F(RotationTest, InsideAStepTheHostMayEndEverything)
