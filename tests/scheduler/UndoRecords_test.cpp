@@ -129,6 +129,9 @@ TEST(UndoRecords, WrongContentUnderARightCheckIsRefused)
             EXPECT_FALSE(DecodeUndoFile(SealUndoFile(body.substr(0, at))));
         }
     EXPECT_GT(refused, body.size());
+    UndoTables cTables;
+    const std::string record = EncodeRecord(FullRecord(), cTables);
+    EXPECT_FALSE(DecodeRecord(record + '\0', cTables)) << "more than a record";
 }
 
 } // namespace
