@@ -57,15 +57,6 @@ std::vector<std::size_t> MovedInFrontOf(const CutCollection& colCuts, const std:
     return colOrder;
 }
 
-// Puts the cuts of a level in another order, and records the present one when that makes a difference.
-void PutAt(const clsCat& cSubCat, const std::vector<std::size_t>& colPositions, ChangeRecord& record)
-{
-    if (std::is_sorted(colPositions.begin(), colPositions.end()))
-        return;
-    record.colOrders.push_back(PresentOrder(cSubCat));
-    cSubCat.SchedCuts()->Reorder(colPositions);
-}
-
 // A main category of the request: its levels to work on, and whether it was listed itself.
 struct Chosen
 {
@@ -158,7 +149,7 @@ void CategoryEditing::ReorderCategories(const Cats& colPresent, const wchar_t* s
                                         const NewPositions& newPositions)
 {
     AffectedCats cAffected;
-    ChangeRecord record;
+    UnitRecord cUnit(m_cState);
     std::optional<RuntimeError> cFailed;
     for (const Chosen& chosen : ChosenOf(PresentOf(m_cState, colPresent))) // the host may have reloaded
     {
@@ -169,7 +160,10 @@ void CategoryEditing::ReorderCategories(const Cats& colPresent, const wchar_t* s
             try
             {
                 const std::vector<std::size_t> colPositions = newPositions(*cSubCat);
-                PutAt(*cSubCat, colPositions, record);
+                if (!Contains(m_cState, cSubCat) || std::is_sorted(colPositions.begin(), colPositions.end()))
+                    continue; // the host has deleted or reloaded it, or it has that order
+                cUnit.Reorders(cSubCat);
+                cSubCat->SchedCuts()->Reorder(colPositions);
             }
             catch (...)
             {
@@ -178,7 +172,9 @@ void CategoryEditing::ReorderCategories(const Cats& colPresent, const wchar_t* s
         }
         cAffected.Touch(chosen.cMainCat->CatName());
     }
-    m_cState.cUndo.Add(sWhat + ListCats(colPresent, mostInUndoText), std::move(record));
+    cUnit.End([&](const ChangeRecord& record, std::size_t) {
+        m_cState.cUndo.Add(sWhat + ListCats(colPresent, mostInUndoText), record);
+    });
     SaveReordered(cAffected);
     if (cFailed)
         throw *cFailed;
@@ -206,13 +202,13 @@ bool CategoryEditing::DeleteCats(const Cats& colCats)
         std::ssize(colPresent) == std::ssize(colCats) - std::count(colCats.begin(), colCats.end(), nullptr);
     if (colPresent.empty() && !bAll)
         return false;
-    CutChanges cChanges(m_cState, m_cSync, CutChanges::Origin::Own);
+    CutChanges cChanges(m_cState, m_cSync, CutChanges::Origin::Own,
+                        [&](const ChangeRecord& record, std::size_t) {
+        m_cState.cUndo.Add(L"deletion of " + ListCats(colPresent, mostInUndoText), record);
+    });
     for (const Chosen& chosen : ChosenOf(colPresent))
         bAll = DeleteChosen(cChanges, chosen.cMainCat, chosen.colLevels, chosen.bMainListed) && bAll;
     CutChanges::Ending ending;
-    ending.changed = [&](const ChangeRecord& record) {
-        m_cState.cUndo.Add(L"deletion of " + ListCats(colPresent, mostInUndoText), record);
-    };
     ending.afterSave = [this] { m_cState.cEvents.ProgressDone(L"Categories Deleted."); };
     ending.show = [&](const RuntimeError& cError) {
         bAll = false;
@@ -298,6 +294,23 @@ bool CategoryEditing::DeleteFile(const std::wstring& sCatName)
 
 // ---- re-ordering ----
 
+// Moves of the same cuts in one level are one step, such as those of a key that is held down; none when they
+// are back where they were.
+void CategoryEditing::MoveTo(const clsCat& cSubCat, const std::vector<std::size_t>& colPositions,
+                             const std::vector<TextKey>& colMoved)
+{
+    ChangeRecord record;
+    record.colOrders = {PresentOrder(cSubCat)};
+    cSubCat.SchedCuts()->Reorder(colPositions);
+    UndoSteps::Series series;
+    series.sName = L"re-order\t" + CategoryKey(cSubCat.CatName(), cSubCat.CatLevel());
+    for (const TextKey& cKey : colMoved)
+        series.sName += sCrLf + cKey.Text();
+    series.textOf = [&](const ChangeRecord&) { return L"re-order of " + NameOf(cSubCat); };
+    series.colAfter = {PresentOrder(cSubCat)};
+    m_cState.cUndo.AddToSeries(series, record);
+}
+
 void CategoryEditing::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, const Cuts& colCutsInsert,
                                          std::int32_t PosInto)
 {
@@ -322,9 +335,8 @@ void CategoryEditing::MoveCutsInCategory(const std::shared_ptr<clsCat>& cCat, co
     if (const std::vector<std::size_t> colPositions = MovedInFrontOf(*cSubCat->SchedCuts(), colKeys, PosInto);
         !colPositions.empty())
     {
-        ChangeRecord record;
-        PutAt(*cSubCat, colPositions, record);
-        m_cState.cUndo.Add(L"re-order of " + NameOf(*cSubCat), std::move(record));
+        if (!std::is_sorted(colPositions.begin(), colPositions.end()))
+            MoveTo(*cSubCat, colPositions, colKeys);
         cAffected.Touch(cSubCat->CatName());
     }
     if (cAffected.Count() == 0)

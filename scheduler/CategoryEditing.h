@@ -78,6 +78,8 @@ private:
     using NewPositions = std::function<std::vector<std::size_t>(const clsCat& cSubCat)>;
     void ReorderCategories(const Cats& colPresent, const wchar_t* sWhat, const NewPositions& newPositions);
     void SaveReordered(const AffectedCats& cAffected);
+    void MoveTo(const clsCat& cSubCat, const std::vector<std::size_t>& colPositions,
+                const std::vector<TextKey>& colMoved);
 
     SchedulerState& m_cState;
     Synchronisation& m_cSync;

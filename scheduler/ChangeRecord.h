@@ -43,6 +43,8 @@ struct ChangeRecord
     {
         Category category;
         std::vector<TextKey> colKeys; // in rotation order
+
+        friend bool operator==(const Order&, const Order&) = default;
     };
 
     struct Renamed

@@ -34,12 +34,18 @@ std::vector<TextKey> KeysIn(const std::optional<SchedulerState::Place>& place)
 class Reversal
 {
 public:
-    Reversal(SchedulerState& cState, Synchronisation& cSync, const ChangeRecord& record)
-        : m_cState(cState), m_record(record), m_population(cState.populations),
-          m_cChanges(cState, cSync, CutChanges::Origin::Own)
+    using Reversed = std::function<void(const ChangeRecord&)>;
+    Reversal(SchedulerState& cState, Synchronisation& cSync, const ChangeRecord& record, FailingCuts eFailing,
+             const Reversed& reversed)
+        : m_cState(cState), m_record(record), m_eFailing(eFailing), m_population(cState.populations),
+          m_reversed(reversed), m_cChanges(cState, cSync, CutChanges::Origin::Own,
+                                           [this](const ChangeRecord& inverse, std::size_t) {
+        m_bReversed = true;
+        m_reversed(inverse);
+          })
     {
     }
-    PassedOver Run(const wchar_t* sTitle, const std::function<void(const ChangeRecord&)>& reversed);
+    PassedOver Run(const wchar_t* sTitle);
 
 private:
     struct Level // whose cuts are to be as before
@@ -55,31 +61,41 @@ private:
     };
     struct Change // of a cut
     {
-        const ChangeRecord::State* before;
+        const ChangeRecord::Cut* cut;
         std::vector<const Level*> colJoins;
         std::vector<const Level*> colLeaves;
     };
 
     void FindLevels();
     void FindCuts();
+    void FindCut(const ChangeRecord::Cut& cut, std::shared_ptr<Cut> cCut);
+    void Fails(const TextKey& cKey);
+    void Attempt(const std::function<void()>& body) noexcept;
     void MakeDeletedCats();
     void PlanPlaces();
     void ChangeCuts();
     void ChangeCut(const std::shared_ptr<Cut>& cCut, const Change& change);
-    void PutOrdersBack();
+    void PutOrderBack(const ChangeRecord::Order& order);
     void DeleteMadeCats();
     void DeleteMadeLevel(const ChangeRecord::Category& made);
     void DeleteMadeMainCat(const ChangeRecord::Category& made);
     void Count(const Level& level);
-    void Finish(const wchar_t* sTitle, const std::function<void(const ChangeRecord&)>& reversed);
+    void Finish(const wchar_t* sTitle);
     void DeleteFiles();
     std::shared_ptr<clsCat> Ensure(const ChangeRecord::Category& category);
     std::optional<SchedulerState::Place> PlaceOf(const ChangeRecord::Category& category) const;
     void RequireSameTree() const;
+    bool IsNoted(const TextKey& cKey) const
+    {
+        return m_colChangedSince.count(cKey) != 0 || m_colFailed.count(cKey) != 0;
+    }
 
     SchedulerState& m_cState;
     const ChangeRecord& m_record;
+    const FailingCuts m_eFailing;
     const std::uint64_t m_population;
+    const Reversed& m_reversed;
+    bool m_bReversed = false;
     CutChanges m_cChanges;
     std::vector<Level> m_colLevels;
     Cuts m_colCuts;
@@ -88,12 +104,13 @@ private:
     std::unordered_set<TextKey> m_colGone;
     std::unordered_set<TextKey> m_colChangedSince;
     std::unordered_set<TextKey> m_colNew;
+    std::unordered_set<TextKey> m_colFailed;
     std::vector<std::wstring> m_colWithoutLevels; // main categories that lost their last level here
     bool m_bMainCatDeleted = false;
     PassedOver m_passedOver;
 };
 
-PassedOver Reversal::Run(const wchar_t* sTitle, const std::function<void(const ChangeRecord&)>& reversed)
+PassedOver Reversal::Run(const wchar_t* sTitle)
 {
     FindLevels();
     FindCuts();
@@ -101,15 +118,31 @@ PassedOver Reversal::Run(const wchar_t* sTitle, const std::function<void(const C
     MakeDeletedCats();
     PlanPlaces();
     ChangeCuts();
-    PutOrdersBack();
-    DeleteMadeCats();
+    // From here on the cuts are changed: what fails is passed over.
+    for (const ChangeRecord::Order& order : m_record.colOrders)
+        Attempt([&] { PutOrderBack(order); });
+    Attempt([&] { DeleteMadeCats(); });
     for (const Level& level : m_colLevels)
-        Count(level);
+        Attempt([&] { Count(level); });
     m_passedOver.goneCuts = m_colGone.size();
     m_passedOver.changedCuts = m_colChangedSince.size();
     m_passedOver.newCuts = m_colNew.size();
-    Finish(sTitle, reversed);
+    m_passedOver.failedCuts = m_colFailed.size();
+    Attempt([&] { Finish(sTitle); });
     return m_passedOver;
+}
+
+void Reversal::Attempt(const std::function<void()>& body) noexcept
+{
+    try
+    {
+        body();
+    }
+    catch (...)
+    {
+        m_passedOver.bIncomplete = true;
+        m_cState.cMod.LogError(L"ReverseChange", CurrentError());
+    }
 }
 
 // Reading and changing cuts may let the host run, which may replace the tree. Once all cuts are changed, a
@@ -142,19 +175,40 @@ void Reversal::FindCuts()
 {
     const std::shared_ptr<DataBase> cDataBase = m_cState.cDataBase;
     for (const ChangeRecord::Cut& cut : m_record.colCuts)
-    {
-        std::shared_ptr<Cut> cCut = cDataBase ? cDataBase->CutByKey(cut.cKey) : nullptr;
-        if (!cCut)
-            m_colGone.insert(cut.cKey);
-        else if (cut.after && ChangeRecord::State{cCut->CatLevel(), NamesTextOf(*cCut)} != *cut.after)
-            m_colChangedSince.insert(cut.cKey);
+        if (std::shared_ptr<Cut> cCut = cDataBase ? cDataBase->CutByKey(cut.cKey) : nullptr)
+            FindCut(cut, std::move(cCut));
         else
+            m_colGone.insert(cut.cKey);
+}
+
+void Reversal::FindCut(const ChangeRecord::Cut& cut, std::shared_ptr<Cut> cCut)
+{
+    try
+    {
+        if (cut.after && (cCut->CatLevel() != cut.after->lCatLevel ||
+                          !HaveSameNames(NamesTextOf(*cCut), cut.after->sCategoryText)))
         {
-            m_colPositions.emplace(cut.cKey, m_colCuts.size());
-            m_colCuts.push_back(std::move(cCut));
-            m_colChanges.push_back({&cut.before, {}, {}});
+            m_colChangedSince.insert(cut.cKey);
+            return;
         }
     }
+    catch (...)
+    {
+        return Fails(cut.cKey);
+    }
+    m_colPositions.emplace(cut.cKey, m_colCuts.size());
+    m_colCuts.push_back(std::move(cCut));
+    m_colChanges.push_back({&cut, {}, {}});
+}
+
+// Call inside a catch block.
+void Reversal::Fails(const TextKey& cKey)
+{
+    const RuntimeError cError = CurrentError();
+    RequireSameTree();
+    if (m_eFailing == FailingCuts::Prevent)
+        throw CutFailure(cError);
+    m_colFailed.insert(cKey);
 }
 
 // Plans which levels each cut joins and leaves to be where it was. The recorded orders say where, rather than
@@ -217,22 +271,27 @@ void Reversal::ChangeCuts()
     };
     m_cChanges.RunWhole(
         m_colCuts,
-        [&](const std::shared_ptr<Cut>& cCut, std::size_t at) { ChangeCut(cCut, m_colChanges[at]); }, rhythm);
+        [&](const std::shared_ptr<Cut>& cCut, std::size_t at) { ChangeCut(cCut, m_colChanges[at]); }, rhythm,
+        [&](std::size_t at) { Fails(m_colChanges[at].cut->cKey); });
 }
 
 void Reversal::ChangeCut(const std::shared_ptr<Cut>& cCut, const Change& change)
 {
     const TextKey cKey = cCut->Key();
-    if (cCut->CatLevel() != change.before->lCatLevel)
-        cCut->SetCatLevel(change.before->lCatLevel);
-    if (NamesTextOf(*cCut) != change.before->sCategoryText)
-        SetNamesText(*cCut, change.before->sCategoryText);
+    const ChangeRecord::State& before = change.cut->before;
+    if (cCut->CatLevel() != before.lCatLevel)
+        cCut->SetCatLevel(before.lCatLevel);
+    if (NamesTextOf(*cCut) != before.sCategoryText)
+        SetNamesText(*cCut, before.sCategoryText);
     RequireSameTree();
     for (const Level* level : change.colJoins)
     {
         const std::shared_ptr<clsCat> cMainCat = Ensure(level->category);
-        if (const std::shared_ptr<clsCat> cSubCat = m_cChanges.EnsureLevel(cMainCat, level->category.lLevel))
-            m_cChanges.Join({cMainCat, cSubCat}, cCut, cKey);
+        const std::shared_ptr<clsCat> cSubCat = m_cChanges.EnsureLevel(cMainCat, level->category.lLevel);
+        if (!cSubCat)
+            throw RuntimeError(error::InvalidProcedureCall,
+                               NameOf(level->category) + L" cannot be made again");
+        m_cChanges.Join({cMainCat, cSubCat}, cCut, cKey);
     }
     for (const Level* level : change.colLeaves)
         if (const std::optional<SchedulerState::Place> place = PlaceOf(level->category))
@@ -241,13 +300,12 @@ void Reversal::ChangeCut(const std::shared_ptr<Cut>& cCut, const Change& change)
         m_cChanges.Touch(place.cMainCat->CatName()); // its records contain the cut's level
 }
 
-void Reversal::PutOrdersBack()
+void Reversal::PutOrderBack(const ChangeRecord::Order& order)
 {
-    for (const ChangeRecord::Order& order : m_record.colOrders)
-        if (const std::optional<SchedulerState::Place> place = PlaceOf(order.category))
-            m_cChanges.PutInOrder(*place, order.colKeys);
-        else
-            m_passedOver.colGoneCats.push_back(NameOf(order.category));
+    if (const std::optional<SchedulerState::Place> place = PlaceOf(order.category))
+        m_cChanges.PutInOrder(*place, order.colKeys);
+    else
+        m_passedOver.colGoneCats.push_back(NameOf(order.category));
 }
 
 // ---- deleting what was made
@@ -300,29 +358,24 @@ void Reversal::Count(const Level& level)
     for (const TextKey& cKey : level.Keys())
         if (place && place->cSubCat->SchedCuts()->Exists(cKey))
             ++found;
-        else if (place && m_colChangedSince.count(cKey) == 0)
-            m_colGone.insert(cKey);
+        else if (place && !IsNoted(cKey))
+            (m_cState.cPlacedCuts.Contains(cKey) ? m_colChangedSince : m_colGone).insert(cKey);
     if (found == colNow.size())
         return;
     const std::unordered_set<TextKey> colBefore(level.Keys().begin(), level.Keys().end());
     for (const TextKey& cKey : colNow)
-        if (colBefore.count(cKey) == 0 && m_colChangedSince.count(cKey) == 0)
+        if (colBefore.count(cKey) == 0 && !IsNoted(cKey))
             m_colNew.insert(cKey);
 }
 
-void Reversal::Finish(const wchar_t* sTitle, const std::function<void(const ChangeRecord&)>& reversed)
+void Reversal::Finish(const wchar_t* sTitle)
 {
     for (const std::wstring& sName : m_colWithoutLevels)
         m_cChanges.CallerSaves(sName);
-    bool bChanged = false;
     CutChanges::Ending ending;
-    ending.changed = [&](const ChangeRecord& inverse) {
-        bChanged = true;
-        reversed(inverse);
-    };
     ending.beforeSave = [&](std::size_t) {
-        if (!bChanged)
-            reversed({});
+        if (!m_bReversed)
+            m_reversed({});
     };
     ending.afterSave = [this] { DeleteFiles(); };
     ending.show = [&](const RuntimeError& cError) { m_cState.cMod.ShowCriticalError(sTitle, cError); };
@@ -353,12 +406,16 @@ std::wstring PassedOver::Text() const
     if (changedCuts != 0)
         colParts.push_back(CutsAre(changedCuts, L" cut was changed since and stays as it is",
                                    L" cuts were changed since and stay as they are"));
+    if (failedCuts != 0)
+        colParts.push_back(CutsAre(failedCuts, L" cut could not be changed", L" cuts could not be changed"));
     if (newCuts != 0)
         colParts.push_back(CutsAre(newCuts, L" new cut stays", L" new cuts stay"));
     for (const std::wstring& sCat : colGoneCats)
         colParts.push_back(sCat + L" is gone");
     for (const std::wstring& sCat : colKeptCats)
         colParts.push_back(sCat + L" has cuts and stays");
+    if (bIncomplete)
+        colParts.push_back(L"not everything could be put back, see the debug log");
     std::wstring sText;
     for (const std::wstring& sPart : colParts)
         sText += (sText.empty() ? L" (" : L", ") + sPart;
@@ -366,9 +423,10 @@ std::wstring PassedOver::Text() const
 }
 
 PassedOver ReverseChange(SchedulerState& cState, Synchronisation& cSync, const ChangeRecord& record,
-                         const wchar_t* sTitle, const std::function<void(const ChangeRecord&)>& reversed)
+                         FailingCuts eFailing, const wchar_t* sTitle,
+                         const std::function<void(const ChangeRecord&)>& reversed)
 {
-    return Reversal(cState, cSync, record).Run(sTitle, reversed);
+    return Reversal(cState, cSync, record, eFailing, reversed).Run(sTitle);
 }
 
 } // namespace ravlo

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "base/RuntimeError.h"
 #include "scheduler/ChangeRecord.h"
 
 #include <cstddef>
@@ -19,12 +20,27 @@ struct PassedOver
 {
     std::size_t goneCuts = 0;              // the database or the level has them no more
     std::size_t changedCuts = 0;           // have another level or other categories by now
+    std::size_t failedCuts = 0;            // cannot be read or changed
     std::size_t newCuts = 0;               // joined since; they stay, behind the others
     std::vector<std::wstring> colGoneCats; // levels whose order is to be put back
     std::vector<std::wstring> colKeptCats; // levels that were new and contain cuts now
+    bool bIncomplete = false;              // an error, which is logged, after the cuts were changed
 
     // Such as " (2 cuts are gone, 1 new cut stays)"; empty when nothing was passed over.
     std::wstring Text() const;
+};
+
+// A cut that fails: it prevents a reversal, unless such cuts are left out.
+class CutFailure : public RuntimeError
+{
+public:
+    explicit CutFailure(const RuntimeError& cError) : RuntimeError(cError) {}
+};
+
+enum class FailingCuts
+{
+    Prevent, // the reversal throws CutFailure
+    LeaveOut,
 };
 
 // Puts back what a record says, as one unit of work (see CutChanges): all of it, or nothing; then throws.
@@ -39,6 +55,7 @@ struct PassedOver
 // anything else runs; it is empty when nothing has changed. Errors after that, as of files, are shown under
 // sTitle.
 PassedOver ReverseChange(SchedulerState& cState, Synchronisation& cSync, const ChangeRecord& record,
-                         const wchar_t* sTitle, const std::function<void(const ChangeRecord&)>& reversed);
+                         FailingCuts eFailing, const wchar_t* sTitle,
+                         const std::function<void(const ChangeRecord&)>& reversed);
 
 } // namespace ravlo

@@ -64,7 +64,8 @@ void AssignCut(SchedulerState& cState, Synchronisation& cSync, const std::shared
     if (!cDataBase || !cDataBase->CutByKey(cCut->Key()))
         return SetBoth(*cCut, lCatLevel, sCategoryText);
     const std::wstring sWhat = L"assignment of " + ArtistAndTitle(*cCut);
-    CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
+    CutChanges cChanges(cState, cSync, CutChanges::Origin::Own,
+                        [&](const ChangeRecord& record, std::size_t) { cState.cUndo.Add(sWhat, record); });
     CutChanges::Rhythm rhythm;
     rhythm.mayLeave = [&](const SchedulerState::Place& place) {
         return place.cSubCat->CatLevel() != lCatLevel ||
@@ -83,7 +84,6 @@ void AssignCut(SchedulerState& cState, Synchronisation& cSync, const std::shared
         rhythm);
     std::vector<RuntimeError> colErrors;
     CutChanges::Ending ending;
-    ending.changed = [&](const ChangeRecord& record) { cState.cUndo.Add(sWhat, record); };
     ending.show = [&](const RuntimeError& cError) { colErrors.push_back(cError); };
     cChanges.Finish(ending);
     const bool bAssigned = cChanges.CutsDone() != 0;

@@ -9,9 +9,12 @@
 namespace ravlo
 {
 
-CutChanges::CutChanges(SchedulerState& cState, Synchronisation& cSync, Origin eOrigin)
-    : m_cState(cState), m_cHold(cSync), m_eOrigin(eOrigin), m_cPlacement(cState.cMod), m_cRenamed(cState)
+CutChanges::CutChanges(SchedulerState& cState, Synchronisation& cSync, Origin eOrigin, Changed changed)
+    : m_cState(cState), m_cHold(cSync), m_eOrigin(eOrigin), m_cPlacement(cState.cMod), m_cRenamed(cState),
+      m_changed(std::move(changed))
 {
+    if (IsOwn())
+        m_unit.emplace(cState);
     ++m_cState.openChanges;
 }
 
@@ -22,15 +25,21 @@ CutChanges::~CutChanges()
         return;
     m_cBatch.reset();
     TakeBack({});
-    try
-    {
+    const auto Attempt = [this](auto&& body) {
+        try
+        {
+            body();
+        }
+        catch (...)
+        {
+            m_cState.cMod.LogError(L"CutChanges", CurrentError());
+        }
+    };
+    Attempt([&] { EndRecord(); });
+    Attempt([&] {
         m_cPlacement.RecalcTouched();
         SaveAffected(quietly);
-    }
-    catch (...)
-    {
-        m_cState.cMod.LogError(L"CutChanges", CurrentError());
-    }
+    });
 }
 
 // ---- the order of work ----
@@ -71,7 +80,8 @@ void CutChanges::RunOne(const std::shared_ptr<Cut>& cCut, const Change& change, 
     Run({cCut}, change, rhythm);
 }
 
-void CutChanges::RunWhole(const Cuts& colCuts, const Change& change, const Rhythm& rhythm)
+void CutChanges::RunWhole(const Cuts& colCuts, const Change& change, const Rhythm& rhythm,
+                          const LeaveOut& leaveOut)
 {
     Begin();
     if (rhythm.mayLeave)
@@ -79,7 +89,7 @@ void CutChanges::RunWhole(const Cuts& colCuts, const Change& change, const Rhyth
     try
     {
         for (std::size_t at = 0; at < colCuts.size(); ++at)
-            TryOwn(colCuts[at], change, at);
+            TryOrLeaveOut(colCuts[at], change, at, leaveOut);
         if (const std::unique_ptr<DataBase::Batch> cBatch = std::exchange(m_cBatch, nullptr))
             cBatch->Commit();
     }
@@ -157,39 +167,35 @@ void CutChanges::KeepStep()
 {
     m_colUndo.clear();
     m_colTouched.clear();
-    const std::vector<Changed> colChanged = std::exchange(m_colChanged, {});
-    const std::vector<ChangeRecord::Category> colMade = std::exchange(m_colMade, {});
-    m_record.colMade.insert(m_record.colMade.end(), colMade.begin(), colMade.end());
-    for (const Changed& changed : colChanged)
+    const std::vector<ChangedCut> colChanged = std::exchange(m_colChanged, {});
+    for (const ChangeRecord::Category& made : std::exchange(m_colMade, {}))
+        m_unit->RecordMade(made);
+    for (const ChangedCut& changed : colChanged)
         KeepCut(changed);
 }
 
-// A cut that was changed several times is recorded with its first state and its last.
-void CutChanges::KeepCut(const Changed& changed)
+void CutChanges::KeepCut(const ChangedCut& changed)
 {
-    if (m_colRecordedCuts.Add(changed.record.cKey, m_record.colCuts.size()))
-        m_record.colCuts.push_back(changed.record);
-    std::optional<ChangeRecord::State>& after =
-        m_record.colCuts[*m_colRecordedCuts.Find(changed.record.cKey)].after;
+    ChangeRecord::Cut cut = changed.record;
     try
     {
-        after = ChangeRecord::State{changed.cCut->CatLevel(), NamesTextOf(*changed.cCut)};
+        cut.after = ChangeRecord::State{changed.cCut->CatLevel(), NamesTextOf(*changed.cCut)};
     }
     catch (...)
     {
-        after.reset();
+        cut.after.reset();
     }
+    m_unit->RecordCut(cut, changed.inside);
 }
+
+ChangeRecord CutChanges::EndRecord() { return m_unit ? m_unit->End(m_changed) : ChangeRecord(); }
 
 ChangeRecord CutChanges::Finish(const Ending& ending)
 {
     Commit();
     m_cPlacement.RecalcTouched();
     m_bFinished = true;
-    ForgetUnchangedOrders();
-    ForgetUnchangedCuts();
-    if (ending.changed && !m_record.IsEmpty())
-        ending.changed(m_record);
+    ChangeRecord record = EndRecord();
     if (ending.beforeSave)
         ending.beforeSave(m_cAffected.Count());
     if (ending.save)
@@ -197,7 +203,7 @@ ChangeRecord CutChanges::Finish(const Ending& ending)
     else
         EndGuards();
     const auto IsMain = [](const ChangeRecord::Category& category) { return category.lLevel == 0; };
-    if (ending.save && std::any_of(m_record.colMade.begin(), m_record.colMade.end(), IsMain))
+    if (ending.save && std::any_of(record.colMade.begin(), record.colMade.end(), IsMain))
         m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.AppPath());
     std::exception_ptr cFailure;
     try
@@ -212,7 +218,7 @@ ChangeRecord CutChanges::Finish(const Ending& ending)
     m_cPlacement.Report(ending.show);
     if (cFailure)
         std::rethrow_exception(cFailure);
-    return std::move(m_record);
+    return record;
 }
 
 // ---- what a kill may cut in two ----
@@ -334,7 +340,8 @@ void CutChanges::TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, 
     m_colChanged.push_back({cCut,
                             {cKey, {cCut->CatLevel(), NamesTextOf(*cCut)}, {}},
                             m_cState.cPlacedCuts.Recall(cKey),
-                            m_cState.populations});
+                            m_cState.populations,
+                            m_unit->Inside()});
     try
     {
         const PlacedCuts::OwnChange cOwnChange(m_cState.cPlacedCuts, *cCut);
@@ -345,6 +352,21 @@ void CutChanges::TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, 
         const std::exception_ptr cFailure = std::current_exception();
         TakeBack(mark);
         std::rethrow_exception(cFailure);
+    }
+}
+
+void CutChanges::TryOrLeaveOut(const std::shared_ptr<Cut>& cCut, const Change& change, std::size_t at,
+                               const LeaveOut& leaveOut)
+{
+    try
+    {
+        TryOwn(cCut, change, at);
+    }
+    catch (...)
+    {
+        if (!leaveOut)
+            throw;
+        leaveOut(at);
     }
 }
 
@@ -380,12 +402,16 @@ void CutChanges::TakeBack(const Mark& mark) noexcept
             m_cPlacement.Failed();
         }
     }
-    m_colMade.erase(m_colMade.begin() + static_cast<std::ptrdiff_t>(mark.made), m_colMade.end());
+    // One in which others have placed cuts since stays.
+    const auto taken = m_colMade.begin() + static_cast<std::ptrdiff_t>(mark.made);
+    m_colMade.erase(
+        std::remove_if(taken, m_colMade.end(), [this](const auto& made) { return !Exists(made); }),
+        m_colMade.end());
     for (; m_colTouched.size() > mark.touched; m_colTouched.pop_back())
         m_cAffected.Remove(m_colTouched.back());
     while (m_colChanged.size() > mark.lChanged)
     {
-        const Changed changed = std::move(m_colChanged.back());
+        const ChangedCut changed = std::move(m_colChanged.back());
         m_colChanged.pop_back();
         PutBack(changed);
     }
@@ -393,7 +419,7 @@ void CutChanges::TakeBack(const Mark& mark) noexcept
 
 // Gives a cut back its names, its level and its place. When the database has undone its batch, the cut
 // already has the old values and only the tree is updated.
-void CutChanges::PutBack(const Changed& changed) noexcept
+void CutChanges::PutBack(const ChangedCut& changed) noexcept
 {
     const std::shared_ptr<Cut>& cCut = changed.cCut;
     bool bWhole = changed.population == m_cState.populations; // otherwise the tree was replaced since

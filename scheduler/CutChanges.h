@@ -8,6 +8,7 @@
 #include "scheduler/RenamedCuts.h"
 #include "scheduler/SchedulerState.h"
 #include "scheduler/Synchronisation.h"
+#include "scheduler/UnitRecord.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -17,7 +18,6 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 namespace ravlo
@@ -39,8 +39,8 @@ namespace ravlo
 // a marker in front of each level. Such a file is right before and after the step: at the next start no level
 // is missing, no other cut has lost its position, and the log says that a change was interrupted.
 //
-// Without Finish, as after an exception, uncommitted changes are undone; committed ones stay and are saved
-// without a box.
+// Without Finish, as after an exception, uncommitted changes are undone; committed ones stay, are announced
+// to changed and saved without a box.
 class CutChanges
 {
 public:
@@ -49,7 +49,10 @@ public:
         Own,
         DataBase,
     };
-    CutChanges(SchedulerState& cState, Synchronisation& cSync, Origin eOrigin);
+    // Origin::Own: changed is called once, when all is done and before anything else runs; see
+    // UnitRecord::End.
+    using Changed = UnitRecord::Changed;
+    CutChanges(SchedulerState& cState, Synchronisation& cSync, Origin eOrigin, Changed changed = {});
     ~CutChanges();
     CutChanges(const CutChanges&) = delete;
     CutChanges& operator=(const CutChanges&) = delete;
@@ -75,8 +78,12 @@ public:
     // As Run for a single cut; its error is reported without a count.
     void RunOne(const std::shared_ptr<Cut>& cCut, const Change& change, const Rhythm& rhythm);
     // Changes all of the cuts, in one batch, or none: throws the first error after everything done since the
-    // last Run is put back. Reports nothing and pumps nothing. Precondition: Origin::Own.
-    void RunWhole(const Cuts& colCuts, const Change& change, const Rhythm& rhythm);
+    // last Run is put back. Reports nothing and pumps nothing. With leaveOut, a cut whose own change fails is
+    // left as it is and handed to leaveOut, with its error being handled; leaveOut may rethrow it.
+    // Precondition: Origin::Own.
+    using LeaveOut = std::function<void(std::size_t at)>;
+    void RunWhole(const Cuts& colCuts, const Change& change, const Rhythm& rhythm,
+                  const LeaveOut& leaveOut = {});
 
     // ---- what a change is made of
 
@@ -124,7 +131,7 @@ public:
     // Call before removing this category from the tree. Precondition: it contains no cuts.
     void Deleting(const clsCat& cCat);
     // Number of cuts that were changed as a whole, each once, even when the change made no difference.
-    std::size_t CutsDone() const noexcept { return m_colRecordedCuts.Count(); }
+    std::size_t CutsDone() const noexcept { return m_unit ? m_unit->OwnCuts() : 0; }
     // Collects the errors.
     Placement& Problems() noexcept { return m_cPlacement; }
 
@@ -132,8 +139,6 @@ public:
 
     struct Ending
     {
-        // Called first with what was changed, before anything else runs. Not called when nothing was.
-        std::function<void(const ChangeRecord& record)> changed;
         // Empty: the host saves. A file that was written before the change keeps its markers until then.
         std::optional<SaveMode> save = SaveMode{};
         std::function<void(std::size_t affected)> beforeSave;
@@ -146,12 +151,13 @@ public:
     ChangeRecord Finish(const Ending& ending);
 
 private:
-    struct Changed // a cut's state before it was changed
+    struct ChangedCut // a cut's state before it was changed
     {
         std::shared_ptr<Cut> cCut;
         ChangeRecord::Cut record;
         std::optional<PlacedCuts::Entry> placed;
         std::uint64_t population;
+        std::size_t inside; // see UnitRecord::RecordCut
     };
     struct Mark // a position in the open step, to undo back to
     {
@@ -171,19 +177,18 @@ private:
     void Failed(const Cut& cCut) noexcept;
     void Try(const std::shared_ptr<Cut>& cGiven, const Change& change, std::size_t at) noexcept;
     void TryOwn(const std::shared_ptr<Cut>& cCut, const Change& change, std::size_t at);
+    void TryOrLeaveOut(const std::shared_ptr<Cut>& cCut, const Change& change, std::size_t at,
+                       const LeaveOut& leaveOut);
     Mark Now() const noexcept
     {
         return {m_colChanged.size(), m_colUndo.size(), m_colMade.size(), m_colTouched.size()};
     }
     void TakeBack(const Mark& mark) noexcept;
-    void PutBack(const Changed& changed) noexcept;
+    void PutBack(const ChangedCut& changed) noexcept;
     void KeepStep();
-    void KeepCut(const Changed& changed);
-    std::size_t PositionBefore(const clsCat& cMainCat) const;
-    void ForgetUnchangedOrders();
-    void ForgetUnchangedCuts();
-    std::unordered_set<TextKey> KeysThatJoinedOrLeft() const;
-    std::shared_ptr<clsCat> LevelOf(const ChangeRecord::Category& category) const;
+    void KeepCut(const ChangedCut& changed);
+    bool Exists(const ChangeRecord::Category& category) const;
+    ChangeRecord EndRecord();
     void WillUndo(std::function<void()> undo);
     void WillReturn(const std::shared_ptr<clsCat>& cSubCat, const TextKey& cKey, std::size_t position);
     void RecordOrder(const std::shared_ptr<clsCat>& cSubCat);
@@ -203,16 +208,15 @@ private:
 
     // The open step: what was done since the last commit.
     std::unique_ptr<DataBase::Batch> m_cBatch;
-    std::vector<Changed> m_colChanged;
+    std::vector<ChangedCut> m_colChanged;
     std::vector<std::function<void()>> m_colUndo; // each harmless when what it undoes has not happened
     std::vector<ChangeRecord::Category> m_colMade;
     std::vector<std::wstring> m_colTouched; // main categories, for the first time
 
     // Main categories whose files have markers in front of each level, by name.
     OrderedKeyedCollection<std::unique_ptr<HistoryFiles::EmptyingLevels>> m_colGuards;
-    ChangeRecord m_record;                                 // of the steps before, and every order
-    OrderedKeyedCollection<std::size_t> m_colRecordedCuts; // positions in m_record.colCuts
-    std::unordered_set<std::shared_ptr<clsCat>> m_colRecordedOrders;
+    const Changed m_changed;
+    std::optional<UnitRecord> m_unit; // of the steps before, and every order; none for Origin::DataBase
 };
 
 } // namespace ravlo

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <numeric>
-#include <set>
 
 namespace ravlo
 {
@@ -48,16 +47,6 @@ std::wstring ArtistAndTitle(const Cut& cCut)
     {
         return {};
     }
-}
-
-bool HasOrder(const CutCollection& colCuts, const std::vector<TextKey>& colKeys)
-{
-    if (colCuts.Count() != colKeys.size())
-        return false;
-    for (std::size_t position = 0; position < colKeys.size(); ++position)
-        if (const TextKey* cKey = colCuts.KeyAt(position); !cKey || *cKey != colKeys[position])
-            return false;
-    return true;
 }
 
 void RemoveIfEmpty(const clsCat& cMainCat, const std::shared_ptr<clsCat>& cSubCat)
@@ -131,8 +120,10 @@ std::shared_ptr<clsCat> CutChanges::EnsureLevel(const std::shared_ptr<clsCat>& c
     if (!cMainCat->AddSubCat(cMade))
         return nullptr;
     if (IsOwn())
+    {
         m_colMade.push_back({cMainCat->CatName(), lLevel});
-    m_colRecordedOrders.insert(cMade); // the new level has no earlier order to record
+        m_unit->HasNoOrder(cMade);
+    }
     return cMade;
 }
 
@@ -156,7 +147,8 @@ void CutChanges::PutInOrder(const SchedulerState::Place& place, const std::vecto
     const std::vector<std::size_t> colPositions = PositionsInOrder(*colCuts, colKeys);
     if (std::is_sorted(colPositions.begin(), colPositions.end()))
         return;
-    RecordOrder(place.cSubCat);
+    if (m_unit)
+        m_unit->Reorders(place.cSubCat);
     WillUndo([colCuts, colBefore = OrderOf(*colCuts)] { ravlo::PutInOrder(*colCuts, colBefore); });
     colCuts->Reorder(colPositions);
     Touch(place.cMainCat->CatName());
@@ -268,6 +260,8 @@ bool CutChanges::TakeOut(const std::shared_ptr<Cut>& cCut, const SchedulerState:
         WillReturn(place.cSubCat, cPlacedKey, *position);
     if (!place.cSubCat->RemoveCut(cCut))
         return false;
+    if (m_unit && cPlacedKey != cKey)
+        m_unit->EntryIsOf(*place.cSubCat, cPlacedKey, cKey);
     // Recalculate: when the cut no longer had the name, RemoveCut did not subtract its run time.
     m_cPlacement.Touch(place.cSubCat);
     Touch(place.cMainCat->CatName());
@@ -336,86 +330,19 @@ void CutChanges::FollowNewKey(const std::shared_ptr<Cut>& cCut, const TextKey& c
 
 // ---- recording ----
 
-ChangeRecord::Order PresentOrder(const clsCat& cSubCat)
-{
-    return {{cSubCat.CatName(), cSubCat.CatLevel()}, OrderOf(*cSubCat.SchedCuts())};
-}
-
 void CutChanges::RecordOrder(const std::shared_ptr<clsCat>& cSubCat)
 {
-    if (!IsOwn() || m_colRecordedOrders.contains(cSubCat))
-        return;
-    m_record.colOrders.push_back(PresentOrder(*cSubCat));
-    m_colRecordedOrders.insert(cSubCat);
+    if (m_unit)
+        m_unit->RecordOrder(cSubCat);
 }
 
-// A level of which the changes were put back, or that has its order again.
-void CutChanges::ForgetUnchangedOrders()
-{
-    std::erase_if(m_record.colOrders, [&](const ChangeRecord::Order& order) {
-        const std::shared_ptr<clsCat> cSubCat = LevelOf(order.category);
-        return cSubCat && HasOrder(*cSubCat->SchedCuts(), order.colKeys);
-    });
-}
+void CutChanges::Deleting(const clsCat& cCat) { m_unit->RecordDeleted(cCat); }
 
-// A cut that is in its levels as before, with the same number and names.
-void CutChanges::ForgetUnchangedCuts()
-{
-    const auto IsAsBefore = [](const ChangeRecord::Cut& cut) { return cut.after == cut.before; };
-    if (std::none_of(m_record.colCuts.begin(), m_record.colCuts.end(), IsAsBefore))
-        return;
-    const std::unordered_set<TextKey> colMoved = KeysThatJoinedOrLeft();
-    std::erase_if(m_record.colCuts, [&](const ChangeRecord::Cut& cut) {
-        return IsAsBefore(cut) && colMoved.count(cut.cKey) == 0;
-    });
-}
-
-std::unordered_set<TextKey> CutChanges::KeysThatJoinedOrLeft() const
-{
-    std::unordered_set<TextKey> colMoved;
-    const auto Compare = [&](const std::vector<TextKey>& colBefore, const std::vector<TextKey>& colNow) {
-        std::unordered_set<TextKey> colOnlyNow(colNow.begin(), colNow.end());
-        for (const TextKey& cKey : colBefore)
-            if (colOnlyNow.erase(cKey) == 0)
-                colMoved.insert(cKey);
-        colMoved.merge(colOnlyNow);
-    };
-    for (const ChangeRecord::Order& order : m_record.colOrders)
-        if (const std::shared_ptr<clsCat> cSubCat = LevelOf(order.category))
-            Compare(order.colKeys, OrderOf(*cSubCat->SchedCuts()));
-        else
-            Compare(order.colKeys, {});
-    for (const ChangeRecord::Category& made : m_record.colMade)
-        if (const std::shared_ptr<clsCat> cSubCat = LevelOf(made))
-            Compare({}, OrderOf(*cSubCat->SchedCuts()));
-    return colMoved;
-}
-
-// The tree's level of that name and number; null when there is none, and for a main category.
-std::shared_ptr<clsCat> CutChanges::LevelOf(const ChangeRecord::Category& category) const
+// Whether the tree has the main category, or the level.
+bool CutChanges::Exists(const ChangeRecord::Category& category) const
 {
     const std::shared_ptr<clsCat> cMainCat = m_cState.MainCat(category.sCatName);
-    return cMainCat && category.lLevel != 0 ? cMainCat->SubCat(category.lLevel) : nullptr;
-}
-
-void CutChanges::Deleting(const clsCat& cCat)
-{
-    m_record.colDeleted.push_back(
-        {cCat.CatName(), cCat.CatLevel(), cCat.CatLevel() == 0 ? PositionBefore(cCat) : 0});
-}
-
-// The main category's position in the tree as if those that were recorded as deleted were still there.
-std::size_t CutChanges::PositionBefore(const clsCat& cMainCat) const
-{
-    std::size_t position = m_cState.colMainCats->PositionOf(CategoryKey(cMainCat.CatName(), 0)).value_or(0);
-    std::set<std::size_t> colGone;
-    for (const ChangeRecord::Category& deleted : m_record.colDeleted)
-        if (deleted.lLevel == 0)
-            colGone.insert(deleted.position);
-    for (const std::size_t gone : colGone)
-        if (gone <= position)
-            ++position;
-    return position;
+    return cMainCat && (category.lLevel == 0 || cMainCat->SubCat(category.lLevel));
 }
 
 } // namespace ravlo

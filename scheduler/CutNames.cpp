@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scheduler/CutNames.h"
 
+#include "base/CaseFolding.h"
 #include "base/Text.h"
 
 #include <algorithm>
@@ -23,6 +24,29 @@ std::wstring NamesTextOf(const Cut& cCut)
     for (const std::wstring& sName : colNames)
         (sText += cNameSeparator) += sName;
     return sText;
+}
+
+namespace
+{
+
+std::vector<std::wstring> FoldedNames(const std::wstring& sText)
+{
+    const bool bSeparated = sText.starts_with(cNameSeparator);
+    const wchar_t cBetween = bSeparated ? cNameSeparator : L'/';
+    std::vector<std::wstring> colNames;
+    for (const std::wstring& sName :
+         Split(std::wstring_view(sText).substr(bSeparated ? 1 : 0), std::wstring_view(&cBetween, 1)))
+        colNames.push_back(FoldCase(sName));
+    std::sort(colNames.begin(), colNames.end());
+    colNames.erase(std::unique(colNames.begin(), colNames.end()), colNames.end());
+    return colNames;
+}
+
+} // namespace
+
+bool HaveSameNames(const std::wstring& sLeft, const std::wstring& sRight)
+{
+    return sLeft == sRight || FoldedNames(sLeft) == FoldedNames(sRight);
 }
 
 void SetNamesText(Cut& cCut, const std::wstring& sText)

@@ -14,5 +14,7 @@ constexpr wchar_t cNameSeparator = L'\x1F';
 std::wstring NamesTextOf(const Cut& cCut);
 // Gives the cut exactly these names.
 void SetNamesText(Cut& cCut, const std::wstring& sText);
+// Whether two such texts have the same names, in any order and case.
+bool HaveSameNames(const std::wstring& sLeft, const std::wstring& sRight);
 
 } // namespace ravlo

@@ -2,6 +2,7 @@
 #include "scheduler/CutRemoval.h"
 
 #include "base/CaseFolding.h"
+#include "base/Text.h"
 #include "scheduler/CategoryEditing.h"
 #include "scheduler/CutChanges.h"
 #include "scheduler/UndoTexts.h"
@@ -24,16 +25,28 @@ bool MayLeave(const CutRemoval& removal, const SchedulerState::Place& place)
            (removal.lLevel == 0 || removal.lLevel == place.cSubCat->CatLevel());
 }
 
-// Records the removal to be undone, under the levels that the cuts have left.
-void AddStep(SchedulerState& cState, const ChangeRecord& record)
+// What an undo calls the removal: it names the levels that the cuts have left.
+std::wstring TextOf(ModScheduler& cMod, const ChangeRecord& record, std::size_t cuts)
 {
     Cats colLeft;
     for (const ChangeRecord::Order& order : record.colOrders)
-        colLeft.push_back(
-            std::make_shared<clsCat>(cState.cMod, order.category.sCatName, order.category.lLevel));
-    cState.cUndo.Add(L"removal of " + CountedCuts(record.colCuts.size()) + L" from " +
-                         ListCats(colLeft, mostInUndoText),
-                     record);
+        colLeft.push_back(std::make_shared<clsCat>(cMod, order.category.sCatName, order.category.lLevel));
+    return L"removal of " + CountedCuts(cuts) + L" from " + ListCats(colLeft, mostInUndoText);
+}
+
+// Removals of one cut each from the same levels are one series.
+UndoSteps::Series SeriesOf(const SchedulerState& cState, const ChangeRecord& record)
+{
+    UndoSteps::Series series;
+    series.sName = L"removal";
+    for (const ChangeRecord::Order& order : record.colOrders)
+        if (const std::shared_ptr<clsCat> cMainCat = cState.MainCat(order.category.sCatName))
+            if (const std::shared_ptr<clsCat> cSubCat = cMainCat->SubCat(order.category.lLevel))
+                series.colAfter.push_back(PresentOrder(*cSubCat));
+    series.textOf = [&cMod = cState.cMod](const ChangeRecord& whole) {
+        return TextOf(cMod, whole, whole.colCuts.size());
+    };
+    return series;
 }
 
 // The end of a removal; saves only when save is set.
@@ -41,7 +54,6 @@ CutChanges::Ending EndingOf(SchedulerState& cState, std::optional<SaveMode> save
 {
     CutChanges::Ending ending;
     ending.save = save;
-    ending.changed = [&cState](const ChangeRecord& record) { AddStep(cState, record); };
     ending.show = [&cState](const RuntimeError& cError) {
         cState.cMod.ShowCriticalError(L"Error in RemoveCutFromCategory [cSchedMan]", cError);
     };
@@ -73,7 +85,9 @@ Cats TakeOutOfCategories(const SchedulerState& cState, CutChanges& cChanges, con
 void RemoveCut(SchedulerState& cState, Synchronisation& cSync, const CutRemoval& removal,
                CatCollection& colMainCatsIN)
 {
-    CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
+    CutChanges cChanges(cState, cSync, CutChanges::Origin::Own, [&](const ChangeRecord& record, std::size_t) {
+        cState.cUndo.AddToSeries(SeriesOf(cState, record), record);
+    });
     CutChanges::Rhythm rhythm;
     rhythm.mayLeave = [&](const SchedulerState::Place& place) { return MayLeave(removal, place); };
     Cats colFrom;
@@ -96,21 +110,29 @@ void RemoveCuts(SchedulerState& cState, Synchronisation& cSync, const std::vecto
     Cuts colCuts;
     for (const CutRemoval& removal : colRemovals)
         colCuts.push_back(removal.cCut);
-    CutChanges cChanges(cState, cSync, CutChanges::Origin::Own);
+    CutChanges cChanges(cState, cSync, CutChanges::Origin::Own,
+                        [&](const ChangeRecord& record, std::size_t cuts) {
+        cState.cUndo.Add(TextOf(cState.cMod, record, cuts), record);
+    });
     CutChanges::Rhythm rhythm;
     rhythm.cuts = cutsPerReport;
     rhythm.tell = progress;
+    rhythm.goOn = [&, population = cState.populations] { return cState.populations == population; };
     rhythm.mayLeave = [&](const SchedulerState::Place& place) {
         return std::any_of(colRemovals.begin(), colRemovals.end(),
                            [&](const CutRemoval& removal) { return MayLeave(removal, place); });
     };
-    cChanges.Run(
+    const std::size_t tried = cChanges.Run(
         colCuts,
         [&](const std::shared_ptr<Cut>& cCut, std::size_t at) {
         TakeOutOfCategories(cState, cChanges, cCut, colRemovals[at]);
         },
         rhythm);
     cChanges.Finish(EndingOf(cState, SaveMode{}));
+    if (tried < colCuts.size())
+        throw RuntimeError(error::PermissionDenied, L"The categories were read from the database again; " +
+                                                        CountedCuts(colCuts.size() - tried) +
+                                                        L" left as before");
 }
 
 } // namespace ravlo

@@ -75,16 +75,16 @@ void MassChange::Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats)
 // Returns the number of cuts that were tried.
 std::size_t MassChange::RunChanges(const Cuts& colCuts, bool& bCreatedNewSubCats)
 {
-    CutChanges cChanges(m_cState, m_cSync, CutChanges::Origin::Own);
+    CutChanges cChanges(m_cState, m_cSync, CutChanges::Origin::Own,
+                        [this](const ChangeRecord& record, std::size_t cuts) {
+        m_cState.cUndo.Add((m_eOption == eCopyHere ? L"copy of " : L"move of ") + CountedCuts(cuts) +
+                               L" to " + ListCats({m_cTo}),
+                           record);
+    });
     const std::size_t tried = m_eOption == eCopyHere ? Copy(cChanges, colCuts) : Move(cChanges, colCuts);
     CutChanges::Ending ending;
     ending.show = [this](const RuntimeError& cError) {
         m_cState.cMod.ShowCriticalError(L"Error in DoMassCatChange [cSchedMan]", cError);
-    };
-    ending.changed = [this](const ChangeRecord& record) {
-        m_cState.cUndo.Add((m_eOption == eCopyHere ? L"copy of " : L"move of ") +
-                               CountedCuts(record.colCuts.size()) + L" to " + ListCats({m_cTo}),
-                           record);
     };
     for (const ChangeRecord::Category& category : cChanges.Finish(ending).colMade)
         bCreatedNewSubCats = bCreatedNewSubCats || category.lLevel != 0;

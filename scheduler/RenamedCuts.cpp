@@ -40,6 +40,7 @@ Cats RenamedCuts::Follow(const std::shared_ptr<Cut>& cCut, const TextKey& cKey)
     }
     m_cState.cPlacedCuts.Restore(cKey, m_cState.cPlacedCuts.Recall(*cFormerKey));
     m_cState.cPlacedCuts.Forget(*cFormerKey);
+    m_cState.cUndo.Renamed(*cFormerKey, cKey);
     return colMainCats;
 }
 

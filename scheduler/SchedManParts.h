@@ -10,6 +10,7 @@
 #include "scheduler/Synchronisation.h"
 #include "scheduler/clsSchedMan.h"
 
+#include <cstdint>
 #include <memory>
 #include <utility>
 
@@ -91,6 +92,8 @@ struct clsSchedMan::Parts : SchedulerState
     Cuts colPlayed;                                 // copies, for the next database
     bool bPopulating = false;
     bool bReversing = false; // an undo or redo is running
+    // The step whose last reversal, the newest of all, a cut has prevented; 0: none. See FailingCuts.
+    std::uint64_t lFailedStep = 0;
     bool bRotatesAllowed = false;
 };
 

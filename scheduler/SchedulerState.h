@@ -26,7 +26,7 @@ struct SchedulerState
 {
     explicit SchedulerState(ModScheduler& cModule)
         : cMod(cModule), cEvents(cModule), cCategoryList(cModule), cHistoryFiles(cModule, cEvents),
-          cUndo(cModule)
+          cUndo(cModule, &cPlacedCuts)
     {
     }
 

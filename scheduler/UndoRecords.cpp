@@ -15,6 +15,8 @@ namespace
 constexpr std::string_view signature = "RavloUndo 1\r\n";
 constexpr std::size_t checkBytes = 8;
 constexpr unsigned bitsPerByte = 7; // of a number
+// More than any file of ours: a crafted one may name long keys in a few bytes each.
+constexpr std::size_t mostKeyBytes = 200'000'000;
 
 // FNV-1a: notices damage, not intent.
 std::uint64_t CheckOf(std::string_view bytes) noexcept
@@ -219,9 +221,27 @@ void PutSteps(std::string& bytes, const std::deque<UndoStep>& colSteps)
     }
 }
 
+void PutTables(std::string& bytes, const UndoTables& cTables)
+{
+    Put(bytes, cTables.Keys());
+    std::string last;
+    for (std::size_t number = 0; number < cTables.Keys(); ++number)
+    {
+        std::string key = Utf8Of(cTables.Key(number)->Text());
+        const auto differ = std::mismatch(key.begin(), key.end(), last.begin(), last.end()).first;
+        Put(bytes, static_cast<std::uint64_t>(differ - key.begin()));
+        PutBytes(bytes, {differ, key.end()});
+        last = std::move(key);
+    }
+    Put(bytes, cTables.Texts());
+    for (std::size_t number = 0; number < cTables.Texts(); ++number)
+        PutBytes(bytes, Utf8Of(*cTables.Text(number)));
+}
+
 void ReadTables(Reader& cReader, UndoTables& cTables)
 {
     std::string key;
+    std::size_t all = 0;
     for (std::size_t count = cReader.Count(), read = 0; read < count; ++read)
     {
         const std::uint64_t shared = cReader.Number();
@@ -229,6 +249,9 @@ void ReadTables(Reader& cReader, UndoTables& cTables)
             throw Damaged();
         key.resize(static_cast<std::size_t>(shared));
         key += cReader.Bytes();
+        all += key.size();
+        if (all > mostKeyBytes)
+            throw Damaged();
         if (cTables.NumberOf(TextKey(TextFromStore(key))) != read)
             throw Damaged();
     }
@@ -256,30 +279,62 @@ std::deque<UndoStep> ReadSteps(Reader& cReader, const UndoTables& cTables)
 
 // ---- tables
 
+namespace
+{
+
+// The item's number; the next one for a new item.
+template <class Item>
+std::uint32_t Number(const Item& item, std::vector<Item>& colItems,
+                     std::unordered_map<Item, std::uint32_t>& colNumbers)
+{
+    if (const auto found = colNumbers.find(item); found != colNumbers.end())
+        return found->second;
+    const auto next = static_cast<std::uint32_t>(colItems.size());
+    colItems.push_back(item);
+    try
+    {
+        colNumbers.emplace(item, next);
+    }
+    catch (...)
+    {
+        colItems.pop_back();
+        throw;
+    }
+    return next;
+}
+
+} // namespace
+
 std::uint32_t UndoTables::NumberOf(const TextKey& cKey)
 {
-    const auto next = static_cast<std::uint32_t>(m_colKeys.size());
-    const auto [found, bNew] = m_colKeyNumbers.try_emplace(cKey, next);
-    if (!bNew)
-        return found->second;
-    m_colKeys.push_back(cKey);
-    std::string key = Utf8Of(cKey.Text());
-    const auto differ = std::mismatch(key.begin(), key.end(), m_lastKey.begin(), m_lastKey.end()).first;
-    Put(m_keyBytes, static_cast<std::uint64_t>(differ - key.begin()));
-    PutBytes(m_keyBytes, {differ, key.end()});
-    m_lastKey = std::move(key);
-    return next;
+    const std::size_t keys = Keys();
+    const std::uint32_t number = Number(cKey, m_colKeys, m_colKeyNumbers);
+    if (Keys() != keys)
+        m_size += cKey.Text().size();
+    return number;
 }
 
 std::uint32_t UndoTables::NumberOf(const std::wstring& sText)
 {
-    const auto next = static_cast<std::uint32_t>(m_colTexts.size());
-    const auto [found, bNew] = m_colTextNumbers.try_emplace(sText, next);
-    if (!bNew)
-        return found->second;
-    m_colTexts.push_back(sText);
-    PutBytes(m_textBytes, Utf8Of(sText));
-    return next;
+    const std::size_t texts = Texts();
+    const std::uint32_t number = Number(sText, m_colTexts, m_colTextNumbers);
+    if (Texts() != texts)
+        m_size += sText.size();
+    return number;
+}
+
+bool UndoTables::Exchange(const TextKey& cLeft, const TextKey& cRight)
+{
+    auto left = m_colKeyNumbers.extract(cLeft);
+    auto right = m_colKeyNumbers.extract(cRight);
+    for (auto [pNode, pKey] : {std::pair(&left, &cRight), std::pair(&right, &cLeft)})
+        if (!pNode->empty())
+        {
+            m_colKeys[pNode->mapped()] = *pKey;
+            pNode->key() = *pKey;
+            m_colKeyNumbers.insert(std::move(*pNode));
+        }
+    return Keys() != 0 && (m_colKeyNumbers.contains(cLeft) || m_colKeyNumbers.contains(cRight));
 }
 
 const TextKey* UndoTables::Key(std::uint64_t number) const noexcept
@@ -345,10 +400,7 @@ std::optional<ChangeRecord> DecodeRecord(std::string_view bytes, const UndoTable
 std::string EncodeUndoFile(const UndoContent& content)
 {
     std::string body;
-    Put(body, content.cTables.Keys());
-    body += content.cTables.KeyBytes();
-    Put(body, content.cTables.Texts());
-    body += content.cTables.TextBytes();
+    PutTables(body, content.cTables);
     PutSteps(body, content.colUndo);
     PutSteps(body, content.colRedo);
     return SealUndoFile(body);

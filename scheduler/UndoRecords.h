@@ -27,20 +27,20 @@ public:
     const TextKey* Key(std::uint64_t number) const noexcept;
     const std::wstring* Text(std::uint64_t number) const noexcept;
 
-    // The keys, and the texts, as they are in the file.
-    const std::string& KeyBytes() const noexcept { return m_keyBytes; }
-    const std::string& TextBytes() const noexcept { return m_textBytes; }
+    // The numbers of two keys are exchanged. Returns whether one of them had a number.
+    bool Exchange(const TextKey& cLeft, const TextKey& cRight);
+
     std::size_t Keys() const noexcept { return m_colKeys.size(); }
     std::size_t Texts() const noexcept { return m_colTexts.size(); }
+    // Number of characters in all of them.
+    std::size_t Size() const noexcept { return m_size; }
 
 private:
     std::vector<TextKey> m_colKeys;
     std::unordered_map<TextKey, std::uint32_t> m_colKeyNumbers;
-    std::string m_keyBytes;
-    std::string m_lastKey; // UTF-8
     std::vector<std::wstring> m_colTexts;
     std::unordered_map<std::wstring, std::uint32_t> m_colTextNumbers;
-    std::string m_textBytes;
+    std::size_t m_size = 0;
 };
 
 struct UndoStep

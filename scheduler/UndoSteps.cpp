@@ -2,8 +2,9 @@
 #include "scheduler/UndoSteps.h"
 
 #include "base/CaseFolding.h"
+#include "scheduler/PlacedCuts.h"
 
-#include <utility>
+#include <algorithm>
 
 namespace ravlo
 {
@@ -24,7 +25,7 @@ std::string FileOfOneWay(const UndoContent& content)
             if (const std::optional<ChangeRecord> record = DecodeRecord(step.bytes, content.cTables))
                 (oneWay.*pSteps).push_back({0, step.sWhat, EncodeRecord(*record, oneWay.cTables)});
         std::string bytes = EncodeUndoFile(oneWay);
-        if (!(oneWay.*pSteps).empty() && bytes.size() <= UndoSteps::mostBytes)
+        if (!(oneWay.*pSteps).empty() && bytes.size() <= UndoSteps::mostStepBytes + UndoSteps::mostTableBytes)
             return bytes;
     }
     return EncodeUndoFile({});
@@ -32,32 +33,114 @@ std::string FileOfOneWay(const UndoContent& content)
 
 } // namespace
 
-// ---- steps
+// Runs a change of the steps. When it fails, they may be wrong.
+template <class Body> void UndoSteps::Attempt(Body&& body) noexcept
+{
+    try
+    {
+        body();
+    }
+    catch (...)
+    {
+        m_cMod.LogError(sWhere, CurrentError());
+        m_content = {};
+        EndSeries();
+        m_bGrown = false;
+        MarkUnsaved();
+    }
+}
+
+// ---- adding
 
 void UndoSteps::Add(const std::wstring& sWhat, const ChangeRecord& record) noexcept
 {
     if (record.IsEmpty())
         return;
     Load();
-    try
-    {
+    Attempt([&] {
+        if (IsUnitOpen())
+            return m_colOpen.back()->TakeIn(sWhat, record);
+        Settle();
+        EndSeries();
         m_content.colRedo.clear();
         Push(UndoWay::Undo, sWhat, record);
-    }
-    catch (...)
+    });
+}
+
+void UndoSteps::AddToSeries(const Series& series, const ChangeRecord& record) noexcept
+{
+    if (record.IsEmpty())
+        return;
+    Load();
+    Attempt([&] {
+        if (IsUnitOpen())
+            return m_colOpen.back()->TakeIn(series.textOf(record), record);
+        const bool bGoesOn = m_sSeries == series.sName && m_colAfter == record.colOrders;
+        m_colAfter = series.colAfter;
+        if (bGoesOn)
+            return Grow(series, record);
+        Settle();
+        m_content.colRedo.clear();
+        m_content.colUndo.push_back({++m_lNumbers, series.textOf(record), {}});
+        m_growing = {};
+        m_growing.Add(record);
+        m_bGrown = true;
+        m_sSeries = series.sName;
+        MarkUnsaved();
+        while (m_content.colUndo.size() > mostSteps)
+            m_content.colUndo.pop_front();
+    });
+}
+
+void UndoSteps::Grow(const Series& series, const ChangeRecord& record)
+{
+    m_growing.Add(record);
+    m_bGrown = true;
+    MarkUnsaved();
+    if (m_growing.Record().colCuts.empty() && m_growing.Record().colOrders == m_colAfter)
     {
-        m_cMod.LogError(sWhere, CurrentError());
+        m_content.colUndo.pop_back();
+        m_bGrown = false;
+        EndSeries();
     }
+    else
+        m_content.colUndo.back().sWhat = series.textOf(m_growing.Record());
+}
+
+// The newest step gets its bytes. Call before the steps' bytes are used.
+void UndoSteps::Settle()
+{
+    if (!std::exchange(m_bGrown, false))
+        return;
+    m_content.colUndo.back().bytes = EncodeRecord(m_growing.Record(), m_content.cTables);
+    DropOldest();
 }
 
 void UndoSteps::Push(UndoWay eWay, const std::wstring& sWhat, const ChangeRecord& record)
 {
-    m_eUnsaved = Unsaved::Yes;
+    MarkUnsaved();
     if (record.IsEmpty())
         return;
     Steps(eWay).push_back({++m_lNumbers, sWhat, EncodeRecord(record, m_content.cTables)});
     DropOldest();
 }
+
+void UndoSteps::Renamed(const TextKey& cFrom, const TextKey& cTo) noexcept
+{
+    Load();
+    Attempt([&] {
+        for (OpenUnit* pUnit : m_colOpen)
+            pUnit->Renamed(cFrom, cTo);
+        Settle();
+        EndSeries();
+        if (m_content.cTables.Exchange(cFrom, cTo))
+            MarkUnsaved();
+        if (!m_bLoaded)
+            m_colRenamed.emplace_back(cFrom, cTo);
+    });
+}
+
+// ---- undoing
 
 bool UndoSteps::Has(UndoWay eWay) noexcept
 {
@@ -69,28 +152,26 @@ std::wstring UndoSteps::What(UndoWay eWay) { return Has(eWay) ? Steps(eWay).back
 
 std::optional<UndoSteps::Step> UndoSteps::Next(UndoWay eWay)
 {
+    Attempt([&] { Settle(); });
+    EndSeries();
     if (!Has(eWay))
         return std::nullopt;
     const UndoStep& step = Steps(eWay).back();
-    return Step{step.lNumber, step.sWhat,
-                DecodeRecord(step.bytes, m_content.cTables).value_or(ChangeRecord())};
+    return Step{step.lNumber, step.sWhat, DecodeRecord(step.bytes, m_content.cTables)};
 }
 
 void UndoSteps::Reversed(const Step& step, UndoWay eWay, const ChangeRecord& inverse) noexcept
 {
-    try
-    {
+    Attempt([&] {
+        Settle();
+        EndSeries();
         // Others may have added steps while cuts were read.
         std::erase_if(Steps(eWay), [&](const UndoStep& other) { return other.lNumber == step.lNumber; });
         Push(eWay == UndoWay::Undo ? UndoWay::Redo : UndoWay::Undo, step.sWhat, inverse);
-    }
-    catch (...)
-    {
-        m_cMod.LogError(sWhere, CurrentError());
-    }
+    });
 }
 
-// ---- the bound
+// ---- the bounds
 
 std::size_t UndoSteps::StepBytes() const noexcept
 {
@@ -101,22 +182,23 @@ std::size_t UndoSteps::StepBytes() const noexcept
     return bytes;
 }
 
-std::size_t UndoSteps::Bytes() const noexcept
+bool UndoSteps::IsTooLarge() const noexcept
 {
-    return StepBytes() + m_content.cTables.KeyBytes().size() + m_content.cTables.TextBytes().size();
+    return StepBytes() > mostStepBytes || m_content.cTables.Size() > mostTableBytes;
 }
 
-// Over the bound, forgets what no step needs, then drops the steps that are farthest away, those to undo
-// first. Some are dropped at once, so that the tables are made again only now and then.
+// Over a bound, forgets what no step needs, then drops the steps that are farthest away, those to undo first.
+// Some are dropped at once, so that the tables are made again only now and then.
 void UndoSteps::DropOldest()
 {
     while (m_content.colUndo.size() > mostSteps)
         m_content.colUndo.pop_front();
-    if (Bytes() <= mostBytes)
+    if (!IsTooLarge())
         return;
     Renumber();
     for (std::deque<UndoStep>* pSteps : {&m_content.colUndo, &m_content.colRedo})
-        while (Bytes() > mostBytes / 8 * 7 && pSteps->size() > 1)
+        while ((StepBytes() > mostStepBytes / 8 * 7 || m_content.cTables.Size() > mostTableBytes / 8 * 7) &&
+               pSteps->size() > 1)
         {
             pSteps->erase(pSteps->begin(), pSteps->begin() + std::ssize(*pSteps) / 4 + 1);
             Renumber();
@@ -137,21 +219,21 @@ void UndoSteps::Renumber()
 // ---- the file
 
 void UndoSteps::Serve(const std::wstring& sAppPath) noexcept
-try
 {
-    const std::wstring sPath = sAppPath + L"Scheduler\\Undo.dat";
-    if (EqualIgnoringCase(sPath, m_sPath))
-        return;
     SaveAtEnd();
-    m_content = {};
-    m_eUnsaved = Unsaved::No;
-    m_bLoaded = false;
-    m_lReadFailedAt.reset();
-    m_sPath = sPath;
-}
-catch (...)
-{
-    m_cMod.LogError(sWhere, CurrentError());
+    EndSeries();
+    Attempt([&] {
+        const std::wstring sPath = sAppPath + L"Scheduler\\Undo.dat";
+        if (EqualIgnoringCase(sPath, m_sPath))
+            return ForgetForeign();
+        m_content = {};
+        m_colRenamed.clear();
+        m_eUnsaved = Unsaved::No;
+        m_lPauseMs = 0;
+        m_bLoaded = false;
+        m_lReadFailedAt.reset();
+        m_sPath = sPath;
+    });
 }
 
 void UndoSteps::Load() noexcept
@@ -180,18 +262,44 @@ void UndoSteps::Read()
         m_cMod.Saved().Read(m_sPath, this, m_lReadFailedAt ? Patience::None : Patience::UpToASecond);
     if (!bytes)
         return;
-    if (std::optional<UndoContent> content = DecodeUndoFile(*bytes))
-    {
-        PutBefore(std::move(*content));
-        return;
-    }
+    std::optional<UndoContent> content = DecodeUndoFile(*bytes);
+    if (content && !IsForeign(content->cTables))
+        return PutBefore(std::move(*content));
     m_cMod.Saved().NotUnderstood(m_sPath, this);
-    m_cMod.WriteDebugLog(L"Nothing can be undone, the file is damaged: " + m_sPath);
+    m_cMod.WriteDebugLog((content ? L"Nothing can be undone, the file is of another database: "
+                                  : L"Nothing can be undone, the file is damaged: ") +
+                         m_sPath);
+}
+
+bool UndoSteps::IsForeign(const UndoTables& cTables) const
+{
+    if (!m_pPlacedCuts || cTables.Keys() == 0)
+        return false;
+    for (std::size_t number = 0; number < cTables.Keys(); ++number)
+        if (m_pPlacedCuts->Contains(*cTables.Key(number)))
+            return false;
+    return true;
+}
+
+// After another database was read for the same folder. Its steps may come again with a third one.
+void UndoSteps::ForgetForeign()
+{
+    if (m_eUnsaved == Unsaved::No && m_content.colUndo.empty() && m_content.colRedo.empty())
+        m_bLoaded = false;
+    if (!m_bLoaded || !IsForeign(m_content.cTables))
+        return;
+    m_content = {};
+    m_eUnsaved = Unsaved::No;
+    m_cMod.Saved().NotUnderstood(m_sPath, this);
+    m_cMod.WriteDebugLog(L"Nothing can be undone, the steps are of another database: " + m_sPath);
 }
 
 // Puts these steps before those of this program, of which the first one ended redo.
 void UndoSteps::PutBefore(UndoContent older)
 {
+    Settle();
+    for (const auto& [cFrom, cTo] : std::exchange(m_colRenamed, {}))
+        older.cTables.Exchange(cFrom, cTo);
     const bool bNewer = m_eUnsaved != Unsaved::No;
     if (bNewer)
         older.colRedo.clear();
@@ -210,23 +318,32 @@ void UndoSteps::PutBefore(UndoContent older)
 
 void UndoSteps::Save() noexcept
 {
-    if (m_eUnsaved != Unsaved::Yes || m_sPath.empty())
+    const std::uint32_t lNow = m_cMod.Ports().cClock.TickCount();
+    if (m_eUnsaved != Unsaved::Yes || m_sPath.empty() || !m_bMayWrite || lNow - m_lSavedAt < m_lPauseMs)
         return;
     try
     {
         m_eUnsaved = Unsaved::Tried;
         Load();
-        if (!m_bLoaded)
-            return; // what the file has must not be lost
-        const SavedFiles::Stamp lStamp = m_cMod.Saved().Begin();
-        const std::string bytes = Bytes() > mostBytes ? FileOfOneWay(m_content) : EncodeUndoFile(m_content);
-        m_cMod.Saved().Replace(m_sPath, lStamp, bytes, this, SavedFiles::Unseen::KeepAside, Patience::None);
-        m_eUnsaved = Unsaved::No;
+        if (m_bLoaded) // otherwise what the file has must not be lost
+            Write();
     }
     catch (...)
     {
         m_cMod.LogError(sWhere, CurrentError());
     }
+}
+
+void UndoSteps::Write()
+{
+    const std::uint32_t lBegin = m_cMod.Ports().cClock.TickCount();
+    Settle();
+    const SavedFiles::Stamp lStamp = m_cMod.Saved().Begin();
+    const std::string bytes = IsTooLarge() ? FileOfOneWay(m_content) : EncodeUndoFile(m_content);
+    m_cMod.Saved().Replace(m_sPath, lStamp, bytes, this, SavedFiles::Unseen::KeepAside, Patience::None);
+    m_eUnsaved = Unsaved::No;
+    m_lSavedAt = m_cMod.Ports().cClock.TickCount();
+    m_lPauseMs = std::min((m_lSavedAt - lBegin) * lPauseFactor, lLongestPauseMs);
 }
 
 void UndoSteps::SaveAtEnd() noexcept
@@ -235,6 +352,7 @@ void UndoSteps::SaveAtEnd() noexcept
         m_eUnsaved = Unsaved::Yes;
     if (m_lReadFailedAt)
         *m_lReadFailedAt -= lMsBetweenReadings; // one more attempt now
+    m_lPauseMs = 0;
     Save();
 }
 

@@ -2,15 +2,21 @@
 #pragma once
 
 #include "modscheduler/ModScheduler.h"
+#include "scheduler/GrowingRecord.h"
 #include "scheduler/UndoRecords.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace ravlo
 {
+
+class PlacedCuts;
 
 enum class UndoWay : int
 {
@@ -21,33 +27,77 @@ enum class UndoWay : int
 // A station's units of work that can be undone, and the undone ones that can be redone. Each is kept as the
 // record that takes it back; see ReverseChange. They are kept over a restart in Scheduler\Undo.dat, which is
 // read when they are first needed. Errors of that file are only logged. While it cannot be read, only new
-// steps are known, and it is not written; when it can be read, its steps are the older ones.
+// steps are known, and it is not written; when it can be read, its steps are the older ones. Steps that name
+// cuts, of which the database has none, are of another database and forgotten.
 class UndoSteps
 {
 public:
     struct Step
     {
         std::uint64_t lNumber;
-        std::wstring sWhat; // such as "shuffle of pop 1"
-        ChangeRecord record;
+        std::wstring sWhat;                 // such as "shuffle of pop 1"
+        std::optional<ChangeRecord> record; // nothing when it cannot be used
     };
     // Beyond these the oldest steps are dropped. A step that is larger than the file may be is kept until the
-    // end of the program. 100 shuffles of a level of 1 000 cuts take about 250 KB.
+    // end of the program. A shuffle of 100 000 cuts takes 300 KB; their keys, of 60 characters each, 6 MB.
     static constexpr std::size_t mostSteps = 100;
-    static constexpr std::size_t mostBytes = 8'000'000;
+    static constexpr std::size_t mostStepBytes = 16'000'000;
+    static constexpr std::size_t mostTableBytes = 16'000'000; // of the keys and texts that the steps name
+    // A file that took long to write is not written again before this many times as long, or this time.
+    static constexpr std::uint32_t lPauseFactor = 10;
+    static constexpr std::uint32_t lLongestPauseMs = 5'000;
 
-    explicit UndoSteps(ModScheduler& cMod) noexcept : m_cMod(cMod) {}
+    // With pPlacedCuts, the cuts that the database has.
+    explicit UndoSteps(ModScheduler& cMod, const PlacedCuts* pPlacedCuts = nullptr) noexcept
+        : m_cMod(cMod), m_pPlacedCuts(pPlacedCuts)
+    {
+    }
     ~UndoSteps() { m_cMod.Saved().Forget(this); }
     UndoSteps(const UndoSteps&) = delete;
     UndoSteps& operator=(const UndoSteps&) = delete;
 
-    // The steps are those of the station with this application path from now on. Saves the ones before.
+    // The steps are those of the station with this application path from now on. Saves the ones before. Call
+    // when a tree comes into use.
     void Serve(const std::wstring& sAppPath) noexcept;
+    // Whether the file is written: not while another manager writes it.
+    void SetMayWrite(bool bMayWrite) noexcept { m_bMayWrite = bMayWrite; }
+
+    // ---- adding
 
     // Call when a unit of work is done, before anything else runs. From now on it is the next to be undone,
-    // and nothing can be redone. Ignores a record of nothing. An error is logged: the work stays, without a
-    // step.
+    // and nothing can be redone; inside another unit it becomes part of that. Ignores a record of nothing. On
+    // an error, which is logged, the work stays, and all steps are forgotten: they cannot be undone over it.
     void Add(const std::wstring& sWhat, const ChangeRecord& record) noexcept;
+
+    // Small units that belong together, such as those of a key that is held down.
+    struct Series
+    {
+        std::wstring sName;
+        std::function<std::wstring(const ChangeRecord& whole)> textOf;
+        std::vector<ChangeRecord::Order> colAfter; // the record's orders as they are now
+    };
+    // As Add. When the unit before was added under the same name, and has left the orders as this one found
+    // them, the two are one step; none when they cancel out.
+    void AddToSeries(const Series& series, const ChangeRecord& record) noexcept;
+
+    // A unit of work that is running; see UnitRecord.
+    class OpenUnit
+    {
+    public:
+        virtual void TakeIn(const std::wstring& sWhat, const ChangeRecord& record) = 0;
+        virtual void Renamed(const TextKey& cFrom, const TextKey& cTo) = 0;
+
+    protected:
+        ~OpenUnit() = default;
+    };
+    void Open(OpenUnit& cUnit) { m_colOpen.push_back(&cUnit); }
+    void Close(OpenUnit& cUnit) noexcept { std::erase(m_colOpen, &cUnit); }
+    bool IsUnitOpen() const noexcept { return !m_colOpen.empty(); }
+
+    // Call when a cut has another key, which the steps then name. A cut that had the new key is gone.
+    void Renamed(const TextKey& cFrom, const TextKey& cTo) noexcept;
+
+    // ---- undoing
 
     bool Has(UndoWay eWay) noexcept;
     // What the next step of that way did; empty when there is none.
@@ -57,9 +107,12 @@ public:
     // the other way, unless it is a record of nothing.
     void Reversed(const Step& step, UndoWay eWay, const ChangeRecord& inverse) noexcept;
 
-    // Saves the steps when they have changed since the last attempt; at the end, also what failed then. Does
-    // not wait for a locked file.
+    // ---- saving
+
+    // Saves the steps when they have changed since the last attempt, unless the file was written a moment
+    // ago. Does not wait for a locked file. Call at the end of each operation.
     void Save() noexcept;
+    // Saves them at once, also what failed before.
     void SaveAtEnd() noexcept;
 
 private:
@@ -75,20 +128,39 @@ private:
     }
     void Load() noexcept;
     void Read();
+    void Write();
     void PutBefore(UndoContent older);
+    bool IsForeign(const UndoTables& cTables) const;
+    void ForgetForeign();
     void Push(UndoWay eWay, const std::wstring& sWhat, const ChangeRecord& record);
+    void Grow(const Series& series, const ChangeRecord& record);
+    void Settle();
+    void EndSeries() noexcept { m_sSeries.clear(); }
+    template <class Body> void Attempt(Body&& body) noexcept;
     void DropOldest();
     std::size_t StepBytes() const noexcept;
-    std::size_t Bytes() const noexcept;
+    bool IsTooLarge() const noexcept;
     void Renumber();
+    void MarkUnsaved() noexcept { m_eUnsaved = Unsaved::Yes; }
 
     ModScheduler& m_cMod;
+    const PlacedCuts* const m_pPlacedCuts;
     std::wstring m_sPath; // empty before the first population
+    bool m_bMayWrite = true;
     bool m_bLoaded = true;
     std::optional<std::uint32_t> m_lReadFailedAt; // by the tick count
     Unsaved m_eUnsaved = Unsaved::No;
+    std::uint32_t m_lSavedAt = 0; // by the tick count
+    std::uint32_t m_lPauseMs = 0;
     std::uint64_t m_lNumbers = 0; // given to steps, each once
     UndoContent m_content;
+    std::vector<OpenUnit*> m_colOpen;
+    std::vector<std::pair<TextKey, TextKey>> m_colRenamed; // since the file could not be read
+
+    std::wstring m_sSeries; // of the newest step to undo; empty: it is in none that goes on
+    std::vector<ChangeRecord::Order> m_colAfter;
+    GrowingRecord m_growing; // its record
+    bool m_bGrown = false;   // the step's bytes are not those of m_growing yet
 };
 
 } // namespace ravlo

@@ -29,8 +29,8 @@ clsSchedMan::~clsSchedMan()
         if (!my.colMainCats)
             return;
         my.cCategoryList.SaveChangedCatNames(*my.colMainCats, my.AppPath());
+        my.cUndo.SaveAtEnd(); // first: it does not throw
         my.cHistoryFiles.RetryAll(*my.colMainCats);
-        my.cUndo.SaveAtEnd();
         // The settings belong to the library: after another manager has moved it to another folder, they are
         // that folder's.
         if (EqualIgnoringCase(my.AppPath(), my.cMod.ServedPath()))

@@ -125,7 +125,8 @@ public:
     // there is nothing to undo. Undo is one unit of work, saved at once; see ChangeReversal.h. It returns a
     // text for a status bar, such as "Undone: shuffle of pop 1 (2 cuts are gone)". When it throws, nothing
     // has changed and the step can be tried again: error 5 when there is nothing to undo, 70 during a
-    // population, a change of cuts or another undo, 91 before the first population, else what prevented it.
+    // population, a change of cuts or another undo, 91 before the first population, else what prevented it. A
+    // second attempt in a row leaves out the cuts that prevented the first. Refreshes the library window.
     bool CanUndo() const noexcept;
     std::wstring UndoText() const;
     std::wstring Undo();
@@ -191,6 +192,7 @@ private:
                                              Population& cPopulation, const std::wstring& sAppPath,
                                              bool bSameFolder);
     std::wstring Reverse(UndoWay eWay, const std::wstring& sVerb, const wchar_t* sTitle);
+    void RefreshLibrary() noexcept;
     void RecordNotedPlays();
     std::shared_ptr<clsCat> RequireLevel(const std::wstring& strSubCatKey) const;
     // With files that have changed read again. Throws error 91 before the first population.

@@ -88,6 +88,7 @@ bool clsSchedMan::ReplaceTree(const std::shared_ptr<ravlo::DataBase>& cDataBase,
         Trap(my.cMod, L"LastExplanation", [&] { my.cPicks.MoveExplanations(*colOld, *my.colMainCats); });
     if (!bMarked)
         my.cMark = std::move(cMark);
+    my.cUndo.SetMayWrite(my.cMark != nullptr); // the program that has marked the folder writes it
     // A failure must not leave the new tree without its settings; it is tried again before the next pick.
     Trap(my.cMod, L"Rotation options", [&] { my.ServeRotation(sAppPath); });
     cMove.Settle();

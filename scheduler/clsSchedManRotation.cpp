@@ -59,6 +59,7 @@ RotationAnswer clsSchedMan::NextCutFromRotation(RotationRequest request, bool bS
         else
             my.cHistoryFiles.NoteUnsaved(*answer.cMainCat);
     }
+    my.cUndo.Save();
     return answer;
 }
 

@@ -6,6 +6,8 @@
 #include "scheduler/ChangeReversal.h"
 #include "scheduler/SchedManParts.h"
 
+#include <utility>
+
 namespace ravlo
 {
 
@@ -47,6 +49,18 @@ std::wstring clsSchedMan::Redo()
     return L"Redone: " + Reverse(UndoWay::Redo, L"redo", L"Error in Redo [cSchedMan]");
 }
 
+// For an undo from elsewhere: the window would show orders and positions that have passed.
+void clsSchedMan::RefreshLibrary() noexcept
+try
+{
+    if (m_cParts->cWindows && m_cParts->cWindows->LibraryExists())
+        m_cParts->cWindows->RefreshLibrary();
+}
+catch (...)
+{
+    m_cParts->cMod.LogError(L"RefreshLibrary", CurrentError());
+}
+
 std::wstring clsSchedMan::Reverse(UndoWay eWay, const std::wstring& sVerb, const wchar_t* sTitle)
 {
     Parts& my = *m_cParts;
@@ -57,27 +71,41 @@ std::wstring clsSchedMan::Reverse(UndoWay eWay, const std::wstring& sVerb, const
     if (my.bReversing)
         throw RuntimeError(error::PermissionDenied, L"An undo or redo is running just now");
     // A change that has not ended has no step yet: an undo inside it would take back the one before it.
-    if (my.openChanges != 0)
+    if (my.openChanges != 0 || my.cUndo.IsUnitOpen())
         throw RuntimeError(error::PermissionDenied, L"Cuts are being changed just now");
     const ScopedFlag cReversing(my.bReversing);
+    const std::uint64_t lFailed = std::exchange(my.lFailedStep, 0);
     const std::optional<UndoSteps::Step> step = my.cUndo.Next(eWay);
     if (!step)
         throw RuntimeError(error::InvalidProcedureCall, L"There is nothing to " + sVerb);
+    const std::wstring sFailed = L"Could not " + sVerb + L" the " + step->sWhat;
+    if (!step->record)
+    {
+        my.cUndo.Reversed(*step, eWay, {});
+        throw RuntimeError(error::InvalidProcedureCall, sFailed + L"; its record is damaged and is dropped");
+    }
+    const FailingCuts eFailing = lFailed == step->lNumber ? FailingCuts::LeaveOut : FailingCuts::Prevent;
     PassedOver passedOver;
     try
     {
         const auto reversed = [&](const ChangeRecord& inverse) { my.cUndo.Reversed(*step, eWay, inverse); };
-        if (!step->record.colRenamed.empty())
-            RenameBack(my, my.cSync, step->record.colRenamed.front(), reversed);
+        if (!step->record->colRenamed.empty())
+            RenameBack(my, my.cSync, step->record->colRenamed.front(), reversed);
         else
-            passedOver = ReverseChange(my, my.cSync, step->record, sTitle, reversed);
+            passedOver = ReverseChange(my, my.cSync, *step->record, eFailing, sTitle, reversed);
+    }
+    catch (const CutFailure& cError)
+    {
+        my.lFailedStep = step->lNumber;
+        throw RuntimeError(cError.Number(), sFailed + L"; nothing was changed: " + cError.Description() +
+                                                L" The next " + sVerb + L" leaves out the cuts that fail.");
     }
     catch (...)
     {
         const RuntimeError cError = CurrentError();
-        throw RuntimeError(cError.Number(), L"Could not " + sVerb + L" the " + step->sWhat +
-                                                L"; nothing was changed: " + cError.Description());
+        throw RuntimeError(cError.Number(), sFailed + L"; nothing was changed: " + cError.Description());
     }
+    RefreshLibrary();
     my.cMod.ShowWaiting();
     return step->sWhat + passedOver.Text();
 }

@@ -334,6 +334,38 @@ struct RefStep
 {
     RefState before;
     RefState after;
+    std::wstring sSeries{}; // one that may go on; empty: none
+
+    // The next step of the series changes the same levels, which nobody has changed between.
+    bool GoesOn(const RefStep& next) const
+    {
+        const auto touched = Touched();
+        return !sSeries.empty() && sSeries == next.sSeries && touched == next.Touched() &&
+               std::all_of(touched.begin(), touched.end(), [&](const RefLevel& level) {
+                   return after.colOrders.at(level) == next.before.colOrders.at(level);
+               });
+    }
+    // Makes the next step one with this one, without what others have changed between.
+    void Take(const RefStep& next)
+    {
+        RefStep whole = next;
+        for (const RefLevel& level : Touched())
+            whole.before.colOrders.at(level) = before.colOrders.at(level);
+        for (const auto& [sKey, state] : before.colCuts)
+            if (after.colCuts.at(sKey) != state || IsMoved(sKey))
+            {
+                whole.before.colCuts[sKey] = state;
+                whole.after.colCuts[sKey] = after.colCuts.at(sKey);
+            }
+        *this = whole;
+    }
+    bool IsMoved(const std::wstring& sKey) const
+    {
+        const auto touched = Touched();
+        return AnyOf(touched, [&](const RefLevel& level) {
+            return before.IsIn(sKey, level) != after.IsIn(sKey, level);
+        });
+    }
 
     // The levels that the step has made, deleted or changed.
     std::set<RefLevel> Touched() const
@@ -360,7 +392,7 @@ public:
         for (const auto& pCut : ref.colCuts)
             if (const auto after = step.after.colCuts.find(pCut->sKey);
                 after != step.after.colCuts.end() && IsOfTheStep(pCut->sKey) &&
-                after->second == std::pair(pCut->colNames, pCut->lLevel))
+                after->second.second == pCut->lLevel && Folded(after->second.first) == Folded(pCut->colNames))
                 colCuts.push_back(pCut.get());
     }
     // Whether cuts may leave the level. An empty one that the step deleted had none to record.
@@ -392,12 +424,16 @@ public:
     RefOrder colCuts; // those to change
 
 private:
+    static std::set<std::wstring> Folded(const Lines& colNames)
+    {
+        std::set<std::wstring> colFolded;
+        for (const std::wstring& sName : colNames)
+            colFolded.insert(Lower(sName));
+        return colFolded;
+    }
     bool IsOfTheStep(const std::wstring& sKey) const
     {
-        return m_step.before.colCuts.at(sKey) != m_step.after.colCuts.at(sKey) ||
-               AnyOf(m_colTouched, [&](const RefLevel& level) {
-                   return m_step.before.IsIn(sKey, level) != m_step.after.IsIn(sKey, level);
-               });
+        return m_step.before.colCuts.at(sKey) != m_step.after.colCuts.at(sKey) || m_step.IsMoved(sKey);
     }
     const std::pair<Lines, std::int32_t>& Before(const RefCut& cut) const
     {
@@ -557,8 +593,9 @@ public:
         if (pOperation->bUndoable && StateOf(m_ref) != before)
         {
             m_colRedo.clear();
-            AddStep(m_colUndo, before);
+            AddStep(m_colUndo, before, m_sSeries);
         }
+        m_sSeries.clear();
         for (const RefMain* pMain : std::exchange(m_ref.colAffected, {}))
             m_ref.Save(*pMain);
         return pOperation->sName;
@@ -864,6 +901,7 @@ private:
         const Removals removals = DrawRemovals(1);
         const Removal& removal = removals.colRemovals[0];
         CatCollection colFrom;
+        m_sSeries = L"removal";
         m_cLib.cSchedMan->RemoveCutFromCategory(CatOf(removal.pOnly), GivenOf(*removal.pCut), colFrom,
                                                 removal.lGiven);
         for (const RefMain* pMain : removals.colAhead)
@@ -1209,6 +1247,9 @@ private:
                 AddOnce(colMoved, pCut);
         const auto end = static_cast<std::int32_t>(colOrder.size()) + 1;
         const std::int32_t lPosInto = static_cast<std::int32_t>(Draw(colOrder.size() + 5)) - 2;
+        m_sSeries = pMain->sName + std::to_wstring(lLevel);
+        for (const RefCut* pCut : colMoved)
+            m_sSeries += L" " + pCut->sKey;
         m_cLib.cSchedMan->MoveCutsInCategory(CatOf(pMain, lLevel), ObjectsOf(colMoved), lPosInto);
         std::erase_if(colMoved, [&](const RefCut* pCut) { return !Contains(colOrder, pCut); });
         if (colMoved.empty())
@@ -1224,19 +1265,35 @@ private:
     // ---- undo
 
     using Steps = std::vector<RefStep>;
-    void AddStep(Steps& colSteps, const RefState& before)
+    void AddStep(Steps& colSteps, const RefState& before, const std::wstring& sSeries = {})
     {
         if (StateOf(m_ref) == before)
             return;
-        colSteps.push_back({before, StateOf(m_ref)});
+        const RefStep step{before, StateOf(m_ref), sSeries};
+        if (!colSteps.empty() && colSteps.back().GoesOn(step))
+        {
+            colSteps.back().Take(step);
+            if (colSteps.back().Touched().empty())
+                colSteps.pop_back();
+            return;
+        }
+        EndSeries();
+        colSteps.push_back(step);
         if (colSteps.size() > UndoSteps::mostSteps)
             colSteps.erase(colSteps.begin());
+    }
+    void EndSeries()
+    {
+        for (RefStep& step : m_colUndo)
+            step.sSeries.clear();
     }
     void Undo() { Reverse(m_colUndo, m_colRedo, &clsSchedMan::Undo); }
     void Redo() { Reverse(m_colRedo, m_colUndo, &clsSchedMan::Redo); }
     void Reverse(Steps& colFrom, Steps& colTo, std::wstring (clsSchedMan::*reverse)())
     {
         const auto run = [&] { (m_cLib.cSchedMan.get()->*reverse)(); };
+        EndSeries();
+        const std::optional<RefState> failed = std::exchange(m_failed, {});
         if (colFrom.empty())
         {
             EXPECT_THROW(run(), RuntimeError);
@@ -1244,11 +1301,14 @@ private:
         }
         RefReversal reversal(m_ref, colFrom.back());
         const Trouble trouble = DrawTrouble(reversal.colCuts);
+        const bool bCutFails =
+            trouble.pCut && ((reversal.ChangesLevel(*trouble.pCut) && trouble.sMember == "SetCatLevel") ||
+                             (reversal.ChangesNames(*trouble.pCut) && trouble.sMember == "SetCategoryText"));
+        const bool bLeavesOut = bCutFails && failed == colFrom.back().before;
         const bool bFails =
-            (trouble.bRefusesCommit && !reversal.colCuts.empty()) ||
-            (trouble.pCut &&
-             ((reversal.ChangesLevel(*trouble.pCut) && trouble.sMember == "SetCatLevel") ||
-              (reversal.ChangesNames(*trouble.pCut) && trouble.sMember == "SetCategoryText")));
+            (trouble.bRefusesCommit && !reversal.colCuts.empty()) || (bCutFails && !bLeavesOut);
+        if (bCutFails && !bLeavesOut)
+            m_failed = colFrom.back().before;
         m_ref.colAffected = WrittenAhead(reversal.colCuts, [&](const RefMain& main, std::int32_t lLevel) {
             return reversal.Touches(main, lLevel);
         });
@@ -1260,6 +1320,8 @@ private:
         if (bFails)
             return;
         const RefState now = StateOf(m_ref);
+        if (bLeavesOut)
+            std::erase(reversal.colCuts, trouble.pCut);
         reversal.Run();
         colFrom.pop_back();
         AddStep(colTo, now);
@@ -1319,7 +1381,11 @@ private:
         m_ref.SaveList();
     }
 
-    void Populate() { m_cLib.cSchedMan->PopulateFromDataBase(m_cDataBase, sRadio); }
+    void Populate()
+    {
+        EndSeries();
+        m_cLib.cSchedMan->PopulateFromDataBase(m_cDataBase, sRadio);
+    }
 
     void Reload()
     {
@@ -1382,7 +1448,9 @@ private:
     std::shared_ptr<BatchingDataBase> m_cDataBase = std::make_shared<BatchingDataBase>();
     SeededRandom m_cSameChance; // draws what the manager's draws
     Reference m_ref;
-    Steps m_colUndo; // the next one last
+    std::wstring m_sSeries;           // of the operation that runs
+    std::optional<RefState> m_failed; // before the step that a cut has just kept from being reversed
+    Steps m_colUndo;                  // the next one last
     Steps m_colRedo;
     unsigned m_keys = 0;
 };

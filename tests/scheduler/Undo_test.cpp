@@ -1,94 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "scheduler/UndoSteps.h"
-
-#include "support/BatchingDataBase.h"
-#include "support/SyncTest.h"
+#include "scheduler/UndoTest.h"
 
 namespace ravlo::test
 {
 namespace
 {
-
-constexpr const wchar_t* sStation = L"Rock 1: a b c d e f | Rock 2: x y | Pop 1: p q | Soul 3: s";
-
-class UndoTest : public StationTest
-{
-protected:
-    UndoTest()
-    {
-        Start(sStation);
-        Man().SaveCatNames();
-        Man().SetRotatesAllowed(true);
-    }
-
-    clsSchedMan& Man() { return *cLib.cSchedMan; }
-    // Everything a unit of work may change: the tree, run times, the cuts, the files of orders and the list.
-    std::wstring State() const
-    {
-        std::wstring sState = Tree();
-        for (const std::shared_ptr<clsCat>& cMainCat : *cLib.cSchedMan->colMainCats())
-            for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
-                sState += L", " + std::to_wstring(TotalOf(cMainCat->CatName(), cSubCat->CatLevel()));
-        for (const std::shared_ptr<Cut>& cCut : cLib.cDataBase->colCuts)
-            sState += L"\n" + cCut->Key().Text() + L" " + std::to_wstring(cCut->CatLevel()) + L" " +
-                      cCut->CategoryText();
-        for (const std::wstring& sPath : cPorts.cFiles.Paths())
-            if (sPath.ends_with(L".sif") || sPath.ends_with(L".rls") || sPath == sMainCatsPath)
-            {
-                const std::string bytes = cPorts.cFiles.Get(sPath);
-                sState += L"\n" + sPath + L" " + Printable(bytes);
-            }
-        return sState;
-    }
-    // The levels with their cuts, and the cuts' categories. A start may put the main categories in another
-    // order.
-    Lines Levels() const
-    {
-        Lines colLevels = Split(Tree(), L" | ");
-        for (const std::shared_ptr<Cut>& cCut : cLib.cDataBase->colCuts)
-            colLevels.push_back(cCut->Key().Text() + std::to_wstring(cCut->CatLevel()) +
-                                cCut->CategoryText());
-        std::sort(colLevels.begin(), colLevels.end());
-        return colLevels;
-    }
-    // Without fill bytes, and with digits for small binary numbers.
-    static std::wstring Printable(const std::string& bytes)
-    {
-        std::wstring sText;
-        for (const char c : bytes)
-            if (c != '\0' && (c != ' ' || !sText.ends_with(L' ')))
-                sText += c > 0 && c < 10 ? static_cast<wchar_t>(L'0' + c) : static_cast<wchar_t>(c);
-        return sText;
-    }
-    Cuts CutsNamed(std::initializer_list<const wchar_t*> colKeys) const
-    {
-        Cuts colCuts;
-        for (const wchar_t* sKey : colKeys)
-            colCuts.push_back(CutOf(sKey));
-        return colCuts;
-    }
-    void Move(std::initializer_list<const wchar_t*> colKeys, const std::shared_ptr<clsCat>& cTo,
-              eCatDragOptions eOption = eMoveHere)
-    {
-        cLib.Change(eOption, Level(L"Rock", 1), cTo, CutsNamed(colKeys));
-    }
-    void Remove(std::initializer_list<const wchar_t*> colKeys, const std::wstring& sName)
-    {
-        std::vector<CutRemoval> colRemovals;
-        for (const std::shared_ptr<Cut>& cCut : CutsNamed(colKeys))
-            colRemovals.push_back({cCut, sName.empty() ? nullptr : MainCat(sName), 0});
-        Man().RemoveCutsFromCategories(colRemovals, [](std::size_t) {});
-    }
-    void CreateLevel(const std::wstring& sName, const std::wstring& sLevel)
-    {
-        cPorts.cMessages.Typed = {sLevel};
-        EXPECT_TRUE(Man().CreateCatLevel(MainCat(sName)));
-    }
-    void MoveTo(const std::wstring& sKey, std::int32_t PosInto)
-    {
-        Man().MoveCutsInCategory(Level(L"Rock", 1), {CutOf(sKey)}, PosInto);
-    }
-};
 
 // ---- each unit of work
 
@@ -233,7 +149,7 @@ TEST_F(UndoTest, WhatChangesNothingMakesNoStep)
 TEST_F(UndoTest, AHundredStepsAreKept)
 {
     for (std::size_t step = 0; step < UndoSteps::mostSteps + 3; ++step)
-        MoveTo(L"f", step % 2 == 0 ? 1 : 7);
+        MoveTo(step % 2 == 0 ? L"f" : L"e", 1);
     cLib.Restart();
     std::size_t undone = 0;
     for (; Man().CanUndo(); ++undone)
@@ -241,14 +157,54 @@ TEST_F(UndoTest, AHundredStepsAreKept)
     EXPECT_EQ(undone, UndoSteps::mostSteps);
 }
 
-TEST_F(UndoTest, EachSingleRemovalIsAStepOfItsOwn)
+TEST_F(UndoTest, SingleRemovalsFromTheSameLevelAreOneStep)
 {
-    CatCollection colLeft;
-    for (const wchar_t* sKey : {L"a", L"b"})
-        Man().RemoveCutFromCategory(MainCat(L"Rock"), CutOf(sKey), colLeft);
-    Man().Undo();
-    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"b", L"c", L"d", L"e", L"f"}));
+    const auto remove = [this](const wchar_t* sName, const wchar_t* sKey) {
+        CatCollection colLeft;
+        Man().RemoveCutFromCategory(MainCat(sName), CutOf(sKey), colLeft);
+    };
+    for (const wchar_t* sKey : {L"a", L"c", L"b"})
+        remove(L"Rock", sKey);
+    EXPECT_EQ(Man().UndoText(), L"Undo removal of 3 cuts from Rock 1");
+    remove(L"Pop", L"p");
+    remove(L"Rock", L"d");
     EXPECT_EQ(Man().UndoText(), L"Undo removal of 1 cut from Rock 1");
+    cLib.Pick(L"Rock\t1");
+    remove(L"Rock", L"e");
+    EXPECT_EQ(Man().UndoText(), L"Undo removal of 1 cut from Rock 1");
+    Man().SaveHistoryAndOrdering(nullptr);
+    cLib.Restart();
+    for (const wchar_t* sStep :
+         {L"1 cut from Rock 1", L"1 cut from Rock 1", L"1 cut from Pop 1", L"3 cuts from Rock 1"})
+        EXPECT_EQ(Man().Undo(), std::wstring(L"Undone: removal of ") + sStep);
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"c", L"d", L"e", L"f"}));
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p", L"q"}));
+    for (int lStep = 0; lStep < 4; ++lStep)
+        Man().Redo();
+    EXPECT_EQ(Order(L"Rock", 1), Keys{L"f"});
+}
+
+TEST_F(UndoTest, MovesOfTheSameCutInItsLevelAreOneStep)
+{
+    for (const std::int32_t lPosition : {5, 4, 3})
+        MoveTo(L"f", lPosition);
+    MoveTo(L"e", 1);
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"e", L"a", L"b", L"f", L"c", L"d"}));
+    Man().Undo();
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"f", L"c", L"d", L"e"}));
+    MoveTo(L"f", 1);
+    Man().Undo();
+    Man().Undo();
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"c", L"d", L"e", L"f"}));
+    MoveTo(L"f", 1);
+    MoveTo(L"f", 7);
+    EXPECT_FALSE(Man().CanUndo()) << "it is back where it was";
+    EXPECT_FALSE(Man().CanRedo());
+    MoveTo(L"f", 1);
+    cLib.Restart();
+    MoveTo(L"f", 3);
+    Man().Undo();
+    EXPECT_TRUE(Man().CanUndo()) << "not across a restart";
 }
 
 // ---- what others have changed since
@@ -279,6 +235,61 @@ TEST_F(UndoTest, ACategoryNameWithASlashReturnsWhole)
     EXPECT_EQ(cCut->CategoryNames(), std::vector<std::wstring>{L"Rock"});
     Man().Undo();
     EXPECT_EQ(cCut->CategoryNames(), colNames);
+}
+
+TEST_F(UndoTest, NamesInAnotherOrderAndCaseAreNoChange)
+{
+    Man().AssignCut(CutOf(L"a"), 2, {L"Rock", L"Pop"});
+    CutOf(L"a")->SetCategoryText(L"pop/ROCK");
+    EXPECT_EQ(Man().Undo(), L"Undone: assignment of Artist of a - Title of a");
+    EXPECT_EQ(CutOf(L"a")->CategoryText(), L"Rock");
+}
+
+TEST_F(UndoTest, ACutThatOthersMovedElsewhereIsNotGone)
+{
+    MoveTo(L"f", 1);
+    CutOf(L"a")->SetCatLevel(2);
+    Modified({CutOf(L"a")});
+    EXPECT_EQ(Man().Undo(), L"Undone: re-order of Rock 1 (1 cut was changed since and stays as it is)");
+}
+
+TEST_F(UndoTest, ACutIsFollowedToItsNewKey)
+{
+    Move({L"a", L"b"}, Level(L"Pop", 1));
+    MoveTo(L"f", 1);
+    for (const wchar_t* sKey : {L"b", L"f"})
+    {
+        const std::shared_ptr<FakeCut> cCut = CutOf(sKey);
+        cCut->SetKey(std::wstring(L"new ") + sKey);
+        Modified({cCut});
+    }
+    EXPECT_EQ(Man().Undo(), L"Undone: re-order of Rock 1");
+    EXPECT_EQ(Man().Undo(), L"Undone: move of 2 cuts to Pop 1");
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"new b", L"c", L"d", L"e", L"new f"}));
+    cLib.Restart();
+    Man().Redo();
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p", L"q", L"a", L"new b"}));
+}
+
+TEST_F(UndoTest, AKeyThatChangesInsideAUnitIsTheNewOneInItsStep)
+{
+    CutOf(L"d")->SetKey(L"new d");
+    Move({L"b", L"new d"}, Level(L"Pop", 1));
+    EXPECT_EQ(Man().Undo(), L"Undone: move of 2 cuts to Pop 1");
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"c", L"new d", L"e", L"f"}));
+}
+
+TEST_F(UndoTest, AnEntryUnderASecondaryKeyReturnsToItsPlace)
+{
+    const std::shared_ptr<FakeCut> cCut = CutOf(L"c");
+    Level(L"Rock", 1)->SchedCuts()->Remove(TextKey(L"c"));
+    cCut->SetSecondaryKey(L"second");
+    const TextKey cSecond(L"second");
+    Level(L"Rock", 1)->SchedCuts()->Insert(2, &cSecond, cCut);
+    Remove({L"c"}, L"Rock");
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"d", L"e", L"f"}));
+    EXPECT_EQ(Man().Undo(), L"Undone: removal of 1 cut from Rock 1");
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"c", L"d", L"e", L"f"}));
 }
 
 TEST_F(UndoTest, CutsThatOthersHaveChangedStayAsTheyAre)
@@ -340,17 +351,35 @@ TEST_F(UndoTest, FilesThatOthersMadeAreNotDeleted)
     EXPECT_FALSE(cPorts.cFiles.FileExists(SifPath(L"Jazz")));
 }
 
+TEST_F(UndoTest, AnOpenLibraryWindowShowsIt)
+{
+    CountingWindows cWindows;
+    Man().SetWindows(&cWindows);
+    MoveTo(L"f", 1);
+    Man().Undo();
+    EXPECT_EQ(cWindows.lRefreshes, 1);
+    cWindows.OnRefresh = [] { throw RuntimeError(error::DeviceIo); };
+    EXPECT_EQ(Man().Redo(), L"Redone: re-order of Rock 1");
+    cWindows.bExists = false;
+    Man().Undo();
+    EXPECT_EQ(cWindows.lRefreshes, 2);
+    Man().SetWindows(nullptr);
+}
+
 // ---- failures
 
-TEST_F(UndoTest, AFailureChangesNothingAndTheStepStays)
+class UndoFailureTest : public UndoTest, public testing::WithParamInterface<const char*>
+{
+};
+
+TEST_P(UndoFailureTest, ChangesNothingAndTheNextUndoLeavesTheCutOut)
 {
     Move({L"a", L"b", L"c"}, Level(L"Soul", 3));
     const std::wstring sAfter = State();
     Forget();
-    for (const char* sMember : {"SetCatLevel", "SetCategoryText", "CatLevel", "Key"})
+    CutOf(L"c")->failing = {GetParam()};
+    for (int lTimes = 0; lTimes < 2; ++lTimes)
     {
-        SCOPED_TRACE(sMember);
-        CutOf(L"c")->failing = {sMember};
         try
         {
             Man().Undo();
@@ -361,13 +390,39 @@ TEST_F(UndoTest, AFailureChangesNothingAndTheStepStays)
             EXPECT_EQ(cError.Number(), error::ObjectNotSet);
             EXPECT_EQ(cError.Description(),
                       L"Could not undo the move of 3 cuts to Soul 3; nothing was changed: " +
-                          StandardText(91));
+                          StandardText(91) + L" The next undo leaves out the cuts that fail.");
         }
         CutOf(L"c")->failing.clear();
         EXPECT_EQ(State(), sAfter);
+        CutOf(L"c")->failing = {GetParam()};
         EXPECT_EQ(boxes, Boxes());
+        if (lTimes == 0)
+            NumberOf([&] { Man().Redo(); }); // so the next one is not the second in a row
     }
-    EXPECT_EQ(Man().Undo(), L"Undone: move of 3 cuts to Soul 3");
+    EXPECT_EQ(Man().Undo(), L"Undone: move of 3 cuts to Soul 3 (1 cut could not be changed)");
+    CutOf(L"c")->failing.clear();
+    EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"d", L"e", L"f"}));
+    EXPECT_EQ(Order(L"Soul", 3), (Keys{L"s", L"c"}));
+    Man().Redo();
+    EXPECT_EQ(Order(L"Soul", 3), (Keys{L"s", L"a", L"b", L"c"}));
+}
+
+INSTANTIATE_TEST_SUITE_P(UndoTest, UndoFailureTest,
+                         testing::Values("SetCatLevel", "SetCategoryText", "CatLevel", "Key"));
+
+TEST_F(UndoTest, WhatFailsAfterTheCutsAreChangedIsPassedOver)
+{
+    Move({L"a"}, Level(L"Pop", 1));
+    SetReadOnly(L"Rock");
+    EXPECT_EQ(Man().Undo(), L"Undone: move of 1 cut to Pop 1");
+    EXPECT_TRUE(Man().CanRedo());
+    cLib.cHost.OnEvent = [](const std::wstring& sLine) {
+        if (sLine.starts_with(L"Start"))
+            throw RuntimeError(error::DeviceIo);
+    };
+    Man().Redo();
+    EXPECT_EQ(Order(L"Pop", 1), (Keys{L"p", L"q", L"a"}));
+    EXPECT_TRUE(Man().CanUndo());
 }
 
 TEST_F(UndoTest, ADatabaseThatCannotBeAskedChangesNothing)
@@ -377,19 +432,6 @@ TEST_F(UndoTest, ADatabaseThatCannotBeAskedChangesNothing)
     EXPECT_THROW(Man().Undo(), RuntimeError);
     cLib.cDataBase->bFails = false;
     EXPECT_TRUE(Man().CanUndo());
-}
-
-std::int32_t NumberOf(const std::function<void()>& action)
-{
-    try
-    {
-        action();
-        return 0;
-    }
-    catch (const RuntimeError& cError)
-    {
-        return cError.Number();
-    }
 }
 
 TEST_F(UndoTest, IsRefusedBeforeAndDuringAPopulationAndInsideAnother)
@@ -465,8 +507,6 @@ TEST_F(UndoTest, AnEditInsideAnUndoIsTheNextStep)
 }
 
 // ---- the file
-
-constexpr const wchar_t* sUndoPath = L"C:\\Radio\\Scheduler\\Undo.dat";
 
 TEST_F(UndoTest, PicksAndPlaysDoNotWriteTheFile)
 {
@@ -546,109 +586,29 @@ TEST_F(UndoTest, StepsStayWithTheirStation)
     EXPECT_TRUE(Man().CanUndo());
 }
 
-TEST_F(UndoTest, StepsOfAnotherStationAreHarmless)
+TEST_F(UndoTest, StepsOfAnotherDatabaseAreNotUndone)
 {
     Move({L"a", L"b"}, Level(L"Pop", 1));
     EXPECT_TRUE(Man().DeleteCats({MainCat(L"Soul")}));
     const std::string foreign = cPorts.cFiles.Get(sUndoPath);
-    Start(L"Talk 1: t u");
-    cPorts.cFiles.Put(sUndoPath, foreign);
+    const auto cOurs = cLib.cDataBase;
+    cLib.cDataBase = std::make_shared<FakeDataBase>();
+    cLib.cDataBase->AddTree(L"Talk 1: t u");
+    cLib.Populate();
+    EXPECT_EQ(Man().UndoText(), L"");
     cLib.Restart();
-    EXPECT_EQ(Man().Undo(), L"Undone: deletion of Soul (1 cut is gone)");
-    EXPECT_EQ(Man().Undo(),
-              L"Undone: move of 2 cuts to Pop 1 (2 cuts are gone, Pop 1 is gone, Rock 1 is gone)");
-    EXPECT_EQ(Tree(), L"Talk 1: t u | Soul 3:");
+    EXPECT_EQ(Man().UndoText(), L"");
+    EXPECT_EQ(Logged(std::wstring(L"Nothing can be undone, the file is of another database: ") + sUndoPath),
+              1);
+    std::swap(cLib.cDataBase, const_cast<std::shared_ptr<FakeDataBase>&>(cOurs));
+    cLib.Populate();
+    EXPECT_EQ(Man().UndoText(), L"Undo deletion of Soul");
+    std::swap(cLib.cDataBase, const_cast<std::shared_ptr<FakeDataBase>&>(cOurs));
+    cLib.Populate();
+    EXPECT_TRUE(cLib.CreateMainCat(L"Jazz"));
+    EXPECT_EQ(cPorts.cFiles.Get(std::wstring(sUndoPath) + L".bak"), foreign);
+    Man().Undo();
     EXPECT_FALSE(Man().CanUndo());
-}
-
-// The bound: steps of about 400 KB each.
-TEST(UndoSteps, TheOldestStepsGoWhenTheFileWouldBeTooLarge)
-{
-    for (const bool bTexts : {false, true}) // what fills the file: keys, or texts
-    {
-        SCOPED_TRACE(bTexts);
-        RadioPorts cPorts;
-        ModScheduler cMod(cPorts.Ports());
-        cPorts.cFiles.MakeFolders(std::wstring(sRadio) + L"Scheduler");
-        UndoSteps cSteps(cMod);
-        cSteps.Serve(sRadio);
-        constexpr std::size_t steps = 30;
-        for (std::size_t step = 0; step < steps; ++step)
-        {
-            ChangeRecord record;
-            record.colOrders.push_back(
-                {{bTexts ? std::wstring(410'000, static_cast<wchar_t>(L'a' + step)) : L"Rock", 1}, {}});
-            for (std::size_t cut = 0; cut < (bTexts ? 0 : 1'000); ++cut)
-                record.colOrders[0].colKeys.emplace_back(std::to_wstring(cut * 100 + step) +
-                                                         std::wstring(400, L'x'));
-            cSteps.Add(std::to_wstring(step), record);
-        }
-        cSteps.Save();
-        EXPECT_LE(cPorts.cFiles.Get(sUndoPath).size(), UndoSteps::mostBytes + 1'000);
-        UndoSteps cRead(cMod);
-        cRead.Serve(sRadio);
-        std::size_t kept = 0;
-        for (; const std::optional<UndoSteps::Step> step = cRead.Next(UndoWay::Undo); ++kept)
-        {
-            EXPECT_EQ(step->sWhat, std::to_wstring(steps - 1 - kept));
-            EXPECT_EQ(step->record.colOrders.at(0).colKeys.size(), bTexts ? 0u : 1'000u);
-            cRead.Reversed(*step, UndoWay::Undo, {});
-        }
-        EXPECT_GE(kept, 10u);
-        EXPECT_LT(kept, steps);
-    }
-}
-
-ChangeRecord RecordOf(std::size_t cuts)
-{
-    ChangeRecord record;
-    record.colOrders.push_back({{L"Rock", 1}, {}});
-    for (std::size_t cut = 0; cut < cuts; ++cut)
-        record.colOrders[0].colKeys.emplace_back(std::to_wstring(cut * 7 + cuts) +
-                                                 std::wstring(40'000, L'x'));
-    return record;
-}
-
-TEST(UndoSteps, ASmallStepAfterAnUndoneLargeOneIsSaved)
-{
-    RadioPorts cPorts;
-    ModScheduler cMod(cPorts.Ports());
-    cPorts.cFiles.MakeFolders(std::wstring(sRadio) + L"Scheduler");
-    UndoSteps cSteps(cMod);
-    cSteps.Serve(sRadio);
-    cSteps.Add(L"first", RecordOf(2));
-    cSteps.Add(L"large", RecordOf(190));
-    cSteps.Reversed(*cSteps.Next(UndoWay::Undo), UndoWay::Undo, RecordOf(190));
-    cSteps.Add(L"small", RecordOf(15));
-    cSteps.Save();
-    UndoSteps cRead(cMod);
-    cRead.Serve(sRadio);
-    for (const wchar_t* sWhat : {L"small", L"first"})
-    {
-        EXPECT_EQ(cRead.What(UndoWay::Undo), sWhat);
-        cRead.Reversed(*cRead.Next(UndoWay::Undo), UndoWay::Undo, {});
-    }
-}
-
-TEST(UndoSteps, TheFileKeepsTheNextStepWhenTheOtherWayIsTooLarge)
-{
-    for (const std::size_t redone : {5u, 230u})
-    {
-        RadioPorts cPorts;
-        ModScheduler cMod(cPorts.Ports());
-        cPorts.cFiles.MakeFolders(std::wstring(sRadio) + L"Scheduler");
-        UndoSteps cSteps(cMod);
-        cSteps.Serve(sRadio);
-        cSteps.Add(L"first", RecordOf(2));
-        cSteps.Add(L"larger", RecordOf(5));
-        cSteps.Reversed(*cSteps.Next(UndoWay::Undo), UndoWay::Undo, RecordOf(redone));
-        cSteps.Save();
-        EXPECT_LE(cPorts.cFiles.Get(sUndoPath).size(), UndoSteps::mostBytes);
-        UndoSteps cRead(cMod);
-        cRead.Serve(sRadio);
-        EXPECT_EQ(cRead.What(UndoWay::Undo), L"first");
-        EXPECT_EQ(cRead.What(UndoWay::Redo), redone == 5u ? L"larger" : L"");
-    }
 }
 
 } // namespace

@@ -52,7 +52,8 @@ void LibraryRotation::Reverse(clsSchedMan& cSchedMan, std::wstring (clsSchedMan:
 {
     const LibraryWork::Busy cBusy(m_cWork);
     m_cResults.Say((cSchedMan.*reverse)());
-    m_cPanes.ShowChanges(cSchedMan);
+    if (!m_cWork.RefreshPending()) // at the end of the work
+        m_cPanes.ShowChanges(cSchedMan);
 }
 
 void LibraryRotation::Shuffle(clsSchedMan& cSchedMan)
