@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ravlobase/CutValues.h"
+#include "media/CutValues.h"
 #include "ravlobase/PlayRecord.h"
 #include "ravlobase/Sqlite.h"
 

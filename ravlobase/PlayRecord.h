@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ravlobase/CutValues.h"
+#include "media/CutValues.h"
 
 #include <cstdint>
 #include <vector>

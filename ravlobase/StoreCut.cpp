@@ -2,64 +2,18 @@
 #include "ravlobase/StoreCut.h"
 
 #include "base/RuntimeError.h"
-#include "base/Text.h"
-#include "media/PlainCut.h"
 
-#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace ravlo
 {
 
-std::wstring StoreCut::DurationText() const { return DurationTextOf(m_values.lDurationmS); }
-
-std::vector<std::wstring> StoreCut::CategoryNames() const
-{
-    std::vector<std::wstring> colNames;
-    colNames.reserve(m_values.colCategories.size());
-    for (const auto& cName : m_values.colCategories)
-        colNames.push_back(cName.Text());
-    return colNames;
-}
-
-bool StoreCut::HasCategoryName(std::wstring_view sName) const
-{
-    return std::any_of(m_values.colCategories.begin(), m_values.colCategories.end(),
-                       [&](const TextKey& cName) { return EqualIgnoringCase(cName.Text(), sName); });
-}
-
-void StoreCut::AddCategoryName(const std::wstring& sName)
-{
-    CutValues next = m_values;
-    AddNames(next.colCategories, {sName});
-    Change(std::move(next));
-}
-
-void StoreCut::RemoveCategoryName(const std::wstring& sName)
-{
-    CutValues next = m_values;
-    std::erase_if(next.colCategories,
-                  [&](const TextKey& cName) { return EqualIgnoringCase(cName.Text(), sName); });
-    Change(std::move(next));
-}
-
-std::wstring StoreCut::CategoryText() const { return JoinedNames(m_values.colCategories); }
-
-void StoreCut::SetCategoryText(const std::wstring& sText)
-{
-    CutValues next = m_values;
-    next.colCategories.clear();
-    AddNames(next.colCategories, Split(sText, L"/"));
-    Change(std::move(next));
-}
-
 void StoreCut::SetKey(const std::wstring& sKey)
 {
     if (m_pOwner != nullptr)
         throw RuntimeError(error::PermissionDenied, L"The key of a cut of a database cannot be changed.");
-    m_values.cKey = TextKey(sKey);
-    m_values.cPath = m_values.cKey;
-    ++m_revision;
+    PlainCut::SetKey(sKey);
 }
 
 void StoreCut::SetLastPlayed(DateTime dtWhen)
@@ -80,7 +34,7 @@ std::shared_ptr<Cut> StoreCut::CloneCut() const
 void StoreCut::Attach(CutValues values, std::int32_t lID, CutOwner& cOwner) noexcept
 {
     Take(std::move(values));
-    m_lID = lID;
+    TakeID(lID);
     m_pOwner = &cOwner;
 }
 
@@ -90,6 +44,19 @@ void StoreCut::Change(CutValues next)
         m_pOwner->Change(*this, std::move(next));
     else
         Take(std::move(next));
+}
+
+void CheckLastPlayed(DateTime dtWhen)
+{
+    if (!std::isfinite(dtWhen))
+        throw RuntimeError(error::InvalidProcedureCall, L"The last-played time is no date.");
+}
+
+void CheckValues(const CutValues& values)
+{
+    if (values.lCatLevel < 1)
+        throw RuntimeError(error::InvalidProcedureCall, L"The level of a cut has to be 1 or more.");
+    CheckLastPlayed(values.dtLastPlayed);
 }
 
 } // namespace ravlo

@@ -37,7 +37,7 @@ std::shared_ptr<Cut> FilledCut()
 }
 
 // The values of every property, in the order of FilledCut; the number and the duration as text at the end.
-std::vector<std::wstring> ValuesOf(const Cut& cCut)
+std::vector<std::wstring> TextsOf(const Cut& cCut)
 {
     return {cCut.Key().Text(),
             cCut.Path(),
@@ -75,10 +75,10 @@ TEST(PlainCut, IsMadeFromWhatASelectionReads)
 
 TEST(PlainCut, IsEmptyWhenMadeAndKeepsEveryValue)
 {
-    EXPECT_EQ(ValuesOf(*NewPlainCut()), (Names{L"", L"", L"", L"", L"", L"", L"0", L"0", L"0", L"0.000000",
-                                               L"", L"0", L"", L"", L"", L"0", L"0", L"0:00"}));
+    EXPECT_EQ(TextsOf(*NewPlainCut()), (Names{L"", L"", L"", L"", L"", L"", L"0", L"0", L"0", L"0.000000",
+                                              L"", L"0", L"", L"", L"", L"0", L"0", L"0:00"}));
     static_assert(eKindChosen == 0 && eKindTitleViolation == 15);
-    EXPECT_EQ(ValuesOf(*FilledCut()),
+    EXPECT_EQ(TextsOf(*FilledCut()),
               (Names{L"C:\\Music\\a.mp3", L"D:\\Elsewhere\\a.mp3", L"second", L"Artist", L"Title", L"Album",
                      L"1987", L"201000", L"203999", L"45000.250000", L"opener", L"3", L"Jazz/Funk",
                      L"Jazz\t3", L"must be opener", L"15", L"0", L"3:23"}));
@@ -94,12 +94,12 @@ TEST(PlainCut, SettingTheKeySetsThePathWithIt)
 TEST(PlainCut, CloneAndCopyHaveAllValuesAndAreIndependent)
 {
     const auto cCut = FilledCut();
-    for (const auto& cOther : {cCut->CloneCut(), PlainCopyOf(*cCut)})
+    for (const auto& cOther : {cCut->CloneCut(), test::PlainCopyOf(*cCut)})
     {
-        EXPECT_EQ(ValuesOf(*cOther), ValuesOf(*FilledCut()));
+        EXPECT_EQ(TextsOf(*cOther), TextsOf(*FilledCut()));
         cOther->SetTitle(L"Other");
         cOther->AddCategoryName(L"Soul");
-        EXPECT_EQ(ValuesOf(*cCut), ValuesOf(*FilledCut()));
+        EXPECT_EQ(TextsOf(*cCut), TextsOf(*FilledCut()));
     }
 }
 
@@ -107,7 +107,7 @@ TEST(PlainCut, CopyOfADatabasesCutKeepsTheNumberAndMayHaveAnotherKey)
 {
     test::FakeCut cHeld;
     cHeld.lID = 4711;
-    const auto cCopy = PlainCopyOf(cHeld);
+    const auto cCopy = test::PlainCopyOf(cHeld);
     EXPECT_EQ(cCopy->ID(), 4711);
     EXPECT_EQ(cCopy->CloneCut()->ID(), 4711);
     cCopy->SetKey(L"C:\\free.mp3");

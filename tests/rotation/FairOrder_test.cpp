@@ -476,7 +476,7 @@ TEST_F(FairRotationTest, ChosenCutGoesToTheBackThoughTheDatabaseFails)
 TEST_F(FairRotationTest, DatabasesOwnCutTakesThePlaceOfAnOldObject)
 {
     const auto cCut = station.AddCut(L"a", L"Ash", L"Sun");
-    station.cLevel->SchedCuts()->At(0) = PlainCopyOf(*cCut);
+    station.cLevel->SchedCuts()->At(0) = test::PlainCopyOf(*cCut);
     station.NextCut();
     EXPECT_EQ(station.cLevel->SchedCuts()->At(0), cCut);
 }

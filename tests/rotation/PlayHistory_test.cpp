@@ -81,7 +81,7 @@ protected:
     // What a host reports: a copy of its own with a play time.
     static std::shared_ptr<Cut> PlayOf(const Cut& cCut, DateTime dtWhen)
     {
-        std::shared_ptr<Cut> cPlay = PlainCopyOf(cCut);
+        std::shared_ptr<Cut> cPlay = test::PlainCopyOf(cCut);
         cPlay->SetLastPlayed(dtWhen);
         return cPlay;
     }

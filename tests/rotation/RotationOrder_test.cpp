@@ -47,8 +47,8 @@ TEST_F(RotationOrderTest, ForACopyTheDatabasesOwnCutIsInTheOrderAfterwards)
 {
     const auto cCut = station.AddCut(L"a");
     station.AddCut(L"b");
-    station.cLevel->SchedCuts()->At(0) = PlainCopyOf(*cCut);
-    EXPECT_TRUE(Send(PlainCopyOf(*cCut)));
+    station.cLevel->SchedCuts()->At(0) = test::PlainCopyOf(*cCut);
+    EXPECT_TRUE(Send(test::PlainCopyOf(*cCut)));
     EXPECT_EQ(station.Order(), (Lines{L"b", L"a"}));
     EXPECT_EQ(station.cLevel->SchedCuts()->At(1), cCut);
 }
@@ -57,7 +57,7 @@ TEST_F(RotationOrderTest, CutUnknownByKeyIsFoundByArtistAndTitle)
 {
     const auto cCut = station.AddCut(L"a", L"Ash", L"Sun");
     station.AddCut(L"b");
-    const std::shared_ptr<Cut> cCopy = PlainCopyOf(*cCut);
+    const std::shared_ptr<Cut> cCopy = test::PlainCopyOf(*cCut);
     cCopy->SetKey(L"moved");
     EXPECT_TRUE(Send(cCopy));
     EXPECT_EQ(station.Order(), (Lines{L"b", L"a"}));

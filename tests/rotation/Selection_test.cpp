@@ -384,7 +384,7 @@ TEST_F(SelectionTest, LevelRotatesWhenTheDatabaseFailsOrThereIsNone)
 TEST_F(SelectionTest, DatabasesOwnCutTakesThePlaceOfAnOldObject)
 {
     const auto cCut = station.AddCut(L"a", L"Ash", L"Sun");
-    station.cLevel->SchedCuts()->At(0) = PlainCopyOf(*cCut);
+    station.cLevel->SchedCuts()->At(0) = test::PlainCopyOf(*cCut);
     NextCut();
     EXPECT_EQ(station.cLevel->SchedCuts()->At(0), cCut);
 }

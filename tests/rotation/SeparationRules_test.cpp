@@ -271,7 +271,7 @@ TEST_F(MeasureTest, PendingTimeIsMeasured)
     Play(300, L"Ash", L"y", L"");
     const auto cCut = std::static_pointer_cast<FakeCut>(cHistory.ArtistHistoryCut(TextKey(L"Ash")));
     cCut->failing.insert("SetLastPlayed");
-    const std::shared_ptr<Cut> cPlay = PlainCopyOf(*cCut);
+    const std::shared_ptr<Cut> cPlay = test::PlainCopyOf(*cCut);
     cPlay->SetLastPlayed(cClock.dtNow - 5 * dMinute);
     cHistory.Record(*cPlay, cDataBase);
     EXPECT_EQ(Measure(All(60, 60, 60)).MinsAgo, 5.0F);

@@ -258,7 +258,7 @@ protected:
     }
     void Play(const std::shared_ptr<FakeCut>& cCut, DateTime dtWhen)
     {
-        const std::shared_ptr<Cut> cPlay = PlainCopyOf(*cCut);
+        const std::shared_ptr<Cut> cPlay = test::PlainCopyOf(*cCut);
         cPlay->SetLastPlayed(dtWhen);
         cSchedMan->UpdateArtistTitleHistory(cPlay);
     }

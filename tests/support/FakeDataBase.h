@@ -15,10 +15,21 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace ravlo::test
 {
+
+// A copy of all of a cut's values that belongs to no database.
+inline std::shared_ptr<Cut> PlainCopyOf(const Cut& cCut)
+{
+    auto cCopy = std::make_shared<PlainCut>(ValuesOf(cCut), cCut.ID());
+    cCopy->SetCategoryKey(cCut.CategoryKey());
+    cCopy->SetMustBeOpener(cCut.MustBeOpener());
+    cCopy->SetKindCode(cCut.KindCode());
+    return cCopy;
+}
 
 // A cut of a database in memory. Each member can be made to fail (error 91, as when a cut's record is
 // gone).
@@ -30,9 +41,21 @@ public:
     std::shared_ptr<FakeCut> Twin() const { return std::shared_ptr<FakeCut>(new FakeCut(m_cRecord)); }
 
 private:
+    // A host's cut may have an empty category name.
+    class Values final : public PlainCut
+    {
+    public:
+        void AddCategoryName(const std::wstring& sName) override
+        {
+            CutValues next = PlainCut::Values();
+            if (!HasCategoryName(sName))
+                next.colCategories.emplace_back(sName);
+            Change(std::move(next));
+        }
+    };
     struct Record
     {
-        std::shared_ptr<Cut> cValues = NewPlainCut();
+        std::shared_ptr<Cut> cValues = std::make_shared<Values>();
         std::set<std::string> failing;
         std::map<std::string, int> calls;
         bool bClonesNothing = false;
@@ -104,7 +127,7 @@ public:
     std::shared_ptr<Cut> CloneCut() const override
     {
         In("CloneCut");
-        return bClonesNothing ? nullptr : PlainCopyOf(*m_cRecord->cValues);
+        return bClonesNothing ? nullptr : m_cRecord->cValues->CloneCut();
     }
 
 private:

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "ravlobase/CutValues.h"
+#include "media/CutValues.h"
 
-#include "base/RuntimeError.h"
-#include "ravlobase/StoreCut.h"
+#include "media/PlainCut.h"
 
 #include <algorithm>
-#include <cmath>
 #include <unordered_set>
 #include <utility>
 
@@ -46,7 +44,7 @@ std::wstring JoinedNames(const std::vector<TextKey>& colNames)
 
 CutValues ValuesOf(const Cut& cCut)
 {
-    if (const auto* pCut = dynamic_cast<const StoreCut*>(&cCut))
+    if (const auto* pCut = dynamic_cast<const PlainCut*>(&cCut))
         return pCut->Values();
     CutValues values;
     values.cKey = cCut.Key();
@@ -63,19 +61,6 @@ CutValues ValuesOf(const Cut& cCut)
     values.lCatLevel = cCut.CatLevel();
     values.bOpener = cCut.Opener();
     return values;
-}
-
-void CheckLastPlayed(DateTime dtWhen)
-{
-    if (!std::isfinite(dtWhen))
-        throw RuntimeError(error::InvalidProcedureCall, L"The last-played time is no date.");
-}
-
-void CheckValues(const CutValues& values)
-{
-    if (values.lCatLevel < 1)
-        throw RuntimeError(error::InvalidProcedureCall, L"The level of a cut has to be 1 or more.");
-    CheckLastPlayed(values.dtLastPlayed);
 }
 
 } // namespace ravlo

@@ -38,11 +38,7 @@ void AddNames(std::vector<TextKey>& colNames, const std::vector<std::wstring>& c
 // The names, joined with "/".
 std::wstring JoinedNames(const std::vector<TextKey>& colNames);
 
-// The values of any cut, without its repeated and empty category names.
+// The stored values of any cut, without its repeated and empty category names.
 CutValues ValuesOf(const Cut& cCut);
-
-// Throw error 5 for values that no database keeps.
-void CheckLastPlayed(DateTime dtWhen);
-void CheckValues(const CutValues& values);
 
 } // namespace ravlo
