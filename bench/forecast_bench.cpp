@@ -47,8 +47,8 @@ struct Station
             const CutNumber added = snapshot->Add({{cCut->Key(), cCut->ArtistKey(), cCut->TitleKey(),
                                                     cCut->AlbumKey(), 0, lDurationmS, dtStart - 1, false},
                                                    cCut->Path()});
-            snapshot->levels[static_cast<std::size_t>(number % (lCategories * lLevels))].order.push_back(
-                added);
+            snapshot->levels[static_cast<std::size_t>(number % (long{lCategories} * lLevels))]
+                .order.push_back(added);
             snapshot->played.push_back(added);
             const std::shared_ptr<Cut> cPlayed = NewPlainCut(snapshot->cuts[added].values);
             cDataBase.Add(cPlayed);

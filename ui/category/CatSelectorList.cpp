@@ -83,7 +83,7 @@ std::vector<std::wstring> CatSelectorPresenter::SelectedNames() const
         colSelected.insert(TextKey(m_cView.EntryText(lstCat, entry)));
     std::vector<std::wstring> colNames;
     for (const std::wstring& sName : m_names.All())
-        if (colSelected.count(TextKey(sName)) != 0)
+        if (colSelected.contains(TextKey(sName)))
             colNames.push_back(sName);
     return colNames;
 }

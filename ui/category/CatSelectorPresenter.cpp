@@ -110,7 +110,7 @@ std::vector<std::wstring> CatSelectorPresenter::LevelEntries() const
     for (std::size_t i = 0; i < colSubCats.Count(); ++i)
         colLevels.push_back(DecimalText(colSubCats.At(i)->CatLevel()));
     if (!colLevels.empty())
-        colLevels.push_back(sAllLevels);
+        colLevels.emplace_back(sAllLevels);
     return colLevels;
 }
 

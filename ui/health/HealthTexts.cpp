@@ -123,7 +123,7 @@ std::vector<std::wstring> ReasonsOf(const LevelHealth& level)
     for (const std::wstring& sWhy : level.why)
         reasons.push_back(Capitalised(sWhy) + L".");
     if (level.why.empty())
-        reasons.push_back(L"Every cut plays its share and no rule is broken.");
+        reasons.emplace_back(L"Every cut plays its share and no rule is broken.");
     return reasons;
 }
 

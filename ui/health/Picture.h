@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -16,7 +17,7 @@ struct Picture
         Text,
         Faint, // axes
         Bar,
-        Bad,        // a play too few, a gap too small
+        Bad,        // too few plays, a gap too small
         Set,        // the separation that is set; the mean
         Attainable, // the separation that can be kept
         Heat1,      // the lightest
@@ -75,7 +76,7 @@ struct PictureRoom
     int lCharacter = 7; // the mean width of a character
     double dScale = 1;  // 2 at 200 %
 
-    int Scaled(int lAt96) const noexcept { return static_cast<int>(lAt96 * dScale + 0.5); }
+    int Scaled(int lAt96) const noexcept { return static_cast<int>(std::lround(lAt96 * dScale)); }
 };
 
 } // namespace ravlo

@@ -65,6 +65,7 @@ void CategoryTreePresenter::SortChildren(Node parent)
 {
     std::vector<Node>& colChildren = m_colNodes[parent].colChildren;
     std::vector<std::pair<std::wstring, Node>> colFolded;
+    colFolded.reserve(colChildren.size());
     for (const Node child : colChildren)
         colFolded.emplace_back(FoldCase(m_colNodes[child].sText), child);
     std::sort(colFolded.begin(), colFolded.end()); // equal texts by number

@@ -20,7 +20,7 @@ std::int32_t InFrontOf(const CutCollection& colCuts, const KeySet& colMoved, std
 {
     std::size_t others = 0;
     for (std::size_t i = 0; i < colCuts.Count(); ++i)
-        if (const TextKey* pKey = colCuts.KeyAt(i); !pKey || colMoved.count(*pKey) == 0)
+        if (const TextKey* pKey = colCuts.KeyAt(i); !pKey || !colMoved.contains(*pKey))
             if (++others == wanted)
                 return static_cast<std::int32_t>(i + 1);
     return static_cast<std::int32_t>(colCuts.Count() + 1);

@@ -33,7 +33,7 @@ void ForEachPlace(const CatCollection* colMainCats, const KeySet& colWanted, Fou
             }
             else
                 for (std::size_t i = 0; i < colCuts.Count(); ++i)
-                    if (const TextKey* pKey = colCuts.KeyAt(i); pKey && colWanted.count(*pKey) != 0)
+                    if (const TextKey* pKey = colCuts.KeyAt(i); pKey && colWanted.contains(*pKey))
                         found(cLevel, *pKey);
         }
 }

@@ -40,7 +40,7 @@ std::string FieldsOf(const Cut& cCut)
 GridFind::GridFind(clsSchedLibGridPresenter& cGrid, FindBarView& cBar, LibraryWork& cWork, ModScheduler& cMod)
     : m_cGrid(cGrid), m_cBar(cBar), m_cWork(cWork), m_cMod(cMod)
 {
-    m_cGrid.Arrangers.push_back(
+    m_cGrid.Arrangers.emplace_back(
         [this](ViewOrder& cOrder, const EarlierRows& cEarlier) { Arrange(cOrder, cEarlier); });
 }
 

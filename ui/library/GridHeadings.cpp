@@ -20,7 +20,7 @@ GridHeadings::GridHeadings(clsSchedLibGridPresenter& cGrid, clsSchedLibGridView&
                            frmUILibView& cView, LibraryWork& cWork, ModScheduler& cMod)
     : m_cGrid(cGrid), m_cGridView(cGridView), m_cView(cView), m_cWork(cWork), m_cMod(cMod)
 {
-    m_cGrid.Arrangers.push_back([this](ViewOrder& cOrder, const EarlierRows& cEarlier) {
+    m_cGrid.Arrangers.emplace_back([this](ViewOrder& cOrder, const EarlierRows& cEarlier) {
         if (m_sorting && !EqualIgnoringCase(m_sorting->sNode, m_cGrid.Listing().strCatKey))
             m_sorting.reset();
         List(&cEarlier);

@@ -148,6 +148,7 @@ std::vector<CutRemoval> LibraryCuts::RemovalsFromAll(const clsSchedMan& cSchedMa
                                                      const std::vector<std::size_t>& colRows) const
 {
     std::vector<TextKey> colKeys;
+    colKeys.reserve(colRows.size());
     for (const std::size_t row : colRows)
         colKeys.push_back(Grid().KeyAt(row));
     std::unordered_map<TextKey, Cats> colPlaces;

@@ -16,8 +16,8 @@ namespace ravlo
 namespace
 {
 
-// One call of ShowSelection reads lengths for so long, looking at the clock after so many: a host's database
-// may take a microsecond or a hundred for each.
+// One call of ShowSelection reads lengths for this long, and looks at the clock after this many: a host's
+// database may take a microsecond or a hundred for each.
 constexpr std::uint32_t lReadMs = 15;
 constexpr std::size_t cutsPerLook = 64;
 
@@ -47,7 +47,7 @@ Cats Grouped(const Cats& colCats, bool bWhole)
             ++colLevels[cCat->MainCat().get()];
     const auto IsWhole = [&](const clsCat& cMainCat) {
         const auto levels = colLevels.find(&cMainCat);
-        return colListed.count(&cMainCat) != 0 &&
+        return colListed.contains(&cMainCat) &&
                (bWhole || levels == colLevels.end() || levels->second == cMainCat.SubCats()->Count());
     };
     Cats colGrouped;

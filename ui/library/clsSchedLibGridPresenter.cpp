@@ -16,7 +16,7 @@ namespace
 
 constexpr const wchar_t* sSection = L"Settings";
 constexpr const wchar_t* sLayoutKey = L"iGridLibLayoutColSchedLib";
-// A setting of its own: programs that know only the ten columns keep it, and read theirs as ever.
+// A setting of its own: programs that know only the ten columns leave it alone, and read theirs as before.
 constexpr const wchar_t* sFurtherKey = L"iGridLibFurtherColSchedLib";
 
 bool AreConsecutive(const std::vector<std::size_t>& colRows)
@@ -194,7 +194,7 @@ bool clsSchedLibGridPresenter::IsPale(std::size_t row) const
         return false;
     try
     {
-        return m_colPale.count(KeyAt(row)) != 0;
+        return m_colPale.contains(KeyAt(row));
     }
     catch (const std::exception&)
     {
