@@ -32,7 +32,8 @@ struct SearchText
 
 constexpr std::size_t basicPlane = 0x10000;
 
-// By character, what it becomes: looked up for each letter of a large library.
+// What each character is folded to. A table by character, since it is asked for each letter of a large
+// library.
 class FoldingTable
 {
 public:

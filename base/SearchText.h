@@ -11,10 +11,11 @@ namespace ravlo
 // Searching as a person types: without regard to case, accents, width of characters and kinds of quotes and
 // dashes, the same on every platform.
 
-// The bytes that a text is searched by: UTF-8 of its letters in lower case, without accents. Texts that
-// differ only in what people leave out have the same bytes: Bjork and Björk, strasse and Straße, Елка and
-// Ёлка. White space and control characters become blanks. Folding is done character by character, by a table
-// made from the Unicode Character Database (base/make-search-table.py), and folding again changes nothing.
+// Returns the bytes by which a text is searched: UTF-8 of its letters in lower case, without accents. Texts
+// that differ only in what people leave out have the same bytes: Bjork and Björk, strasse and Straße, Елка
+// and Ёлка. White space and control characters become blanks. Folding is done character by character, by a
+// table made from the Unicode Character Database (base/make-search-table.py), and folding again changes
+// nothing.
 std::string FoldForSearch(std::wstring_view sText);
 
 // Whether a text begins with a folded one. Folds no more of it than it needs.
@@ -35,7 +36,7 @@ public:
     bool Empty() const noexcept { return m_colWords.empty(); }
     // Precondition: folded fields, with cFieldEnd behind each.
     bool FoundIn(std::string_view sFoldedFields) const noexcept;
-    // Whether all that these words find is found by those words too.
+    // Whether cOther finds everything that these words find.
     bool NarrowerThan(const SearchWords& cOther) const noexcept;
 
     friend bool operator==(const SearchWords&, const SearchWords&) = default;

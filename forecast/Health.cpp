@@ -20,7 +20,7 @@ namespace
 
 double Share(double dPart, double dWhole) { return dWhole > 0 ? dPart / dWhole : 0; }
 
-// A number that tells small numbers, and sums of them, apart.
+// Scatters small numbers over 64 bits, so that sums of different ones practically never are equal.
 std::uint64_t Scattered(std::uint64_t number) noexcept
 {
     number = (number + 0x9E3779B97F4A7C15) * 0xBF58476D1CE4E5B9;
@@ -28,12 +28,11 @@ std::uint64_t Scattered(std::uint64_t number) noexcept
     return number ^ number >> 32;
 }
 
-// How much each artist is asked, over all levels.
+// The minutes of separation that each artist needs, over all levels.
 class ArtistLoads
 {
 public:
-    // Adds minutes of separation in all picks of a level. mark: of the artist's cuts there, equal for equal
-    // cuts.
+    // Adds the minutes of separation of all picks of a level. mark: the same number for the same cuts.
     void Add(const TextKey& cName, double dMins, std::uint64_t mark)
     {
         if (!(dMins > 0))
@@ -44,8 +43,8 @@ public:
         m_loads[it->second].dMins += dMins;
         m_loads[it->second].mark += mark;
     }
-    // Those that are asked too much, the worst first. Of names with the same cuts only the first: they are
-    // one fact.
+    // The artists that are asked too much, the worst first. Of several names with the same cuts, only the
+    // first: they are one fact.
     std::vector<OverAskedArtist> OverAsked(double dDays) const
     {
         constexpr double dDayMins = 1440;

@@ -76,11 +76,12 @@ struct LevelHealth
 {
     std::wstring sKey; // <name> TAB <level>
     Light eLight = Light::Green;
-    std::vector<std::wstring> why; // it is not green, in sentences without a full stop, the worst first
+    std::vector<std::wstring>
+        why; // reasons for not being green: sentences without a full stop, the worst first
     std::int32_t lArtists = 0;
     std::wstring sTopArtist; // with the most cuts; of several the first in rotation order
     std::int32_t lTopArtistCuts = 0;
-    float sngSlotMins = 0;                  // simulated minutes by slots asked; 0 when it was never asked
+    float sngSlotMins = 0; // simulated minutes divided by slots asked; 0 when it was never asked
     std::int32_t lAttainableArtistMins = 0; // lAnyMins at most
     std::int32_t lAttainableTitleMins = 0;
     std::int32_t lArtistSepMins = 0;
@@ -89,7 +90,7 @@ struct LevelHealth
     std::int32_t lUnfilled = 0; // of these, those that stay empty
     std::int32_t lOpeners = 0;  // cuts that are openers
     std::int32_t lFewestPlays = 0;
-    double dMeanPlays = 0; // plays by cuts
+    double dMeanPlays = 0; // plays divided by cuts
     std::int32_t lMostPlays = 0;
     std::int32_t lRulesBroken = 0;
     std::vector<CutUse> cuts;       // in rotation order
@@ -122,7 +123,7 @@ struct StationHealth
     double dDays = 0;
     RotationOptions options; // in force
     std::int32_t lPicks = 0;
-    std::vector<std::wstring> warnings; // why it may be otherwise on air, in sentences
+    std::vector<std::wstring> warnings; // why it may be different on air, in sentences
     std::vector<LevelHealth> levels;    // in the station's order
     std::vector<BlockingCut> blockers;
     std::vector<OverAskedArtist> overAsked; // the worst first

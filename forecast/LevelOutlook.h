@@ -11,13 +11,14 @@
 namespace ravlo
 {
 
-// What one level can keep, without a plan: from its cuts, and from how often it has been asked of late.
+// The separations that one level can keep, without a plan: from its cuts, and from how often it was asked
+// lately.
 struct LevelOutlook
 {
     MakeUp makeUp;
-    AskingRate rate; // asked is 0 when the last plays do not tell
+    AskingRate rate; // asked is 0 when the last plays do not show it
 
-    // Of so many plays in a row, at best one is of the commonest artist or title; 0 for an empty level.
+    // At best, one of so many plays in a row is of the commonest artist or title; 0 for an empty level.
     std::size_t ArtistPlaces() const noexcept { return Places(makeUp.mostOfArtist); }
     std::size_t TitlePlaces() const noexcept { return Places(makeUp.mostOfTitle); }
     // In minutes; 0 when the rate is not known.
@@ -36,9 +37,9 @@ private:
 
 // Reads a level once; a cut that cannot be read counts as one without artist, title and play.
 //
-// A rotation plays its cuts in turn, except those that break a rule: the latest plays of different cuts
-// followed each other. The rate is taken from the quarter of the played cuts that played last. Nothing is
-// told by fewer than four plays, or when the latest is more than a week old.
+// A rotation plays its cuts in turn, except those that break a rule, so the latest plays of different cuts
+// followed each other. The rate is taken from the quarter of the played cuts that played last. It is unknown
+// with fewer than four plays, or when the latest is more than a week old.
 LevelOutlook OutlookOf(const clsCat& cSubCat, const PlayHistory& cHistory, const ArtistNames& names,
                        DateTime dtNow);
 

@@ -39,8 +39,9 @@ struct AskingRate
     // Minutes from one slot to the next; 0 when it is never asked. Here and below the days count in whole
     // milliseconds: the difference of two dates is not exact, and 30 minutes must not become 29.
     double SlotMins() const noexcept;
-    // The longest separation, in whole minutes, that a level can keep which has so many cuts, most of them
-    // of one artist or title; lAnyMins without any. 0 for a level without cuts and one that is never asked.
+    // The longest separation, in whole minutes, that a level of so many cuts can keep when most of them are
+    // of one artist or title; lAnyMins when most is 0. Returns 0 without cuts, and when the level is never
+    // asked.
     std::int32_t AttainableMins(std::size_t cuts, std::size_t most) const noexcept;
 };
 

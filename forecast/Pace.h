@@ -9,18 +9,18 @@
 namespace ravlo
 {
 
-// Called with the part of a work that is done: with 0, at least every 50 ms, and with 1. bCancel ends the
+// Called with the share of the work that is done: with 0, at least every 50 ms, and with 1. bCancel ends the
 // work with error 18.
 using SimulationProgress = std::function<void(double dDone, bool& bCancel)>;
 
-// Called often during work whose end is not known, so that it can let the host run. What it throws ends the
-// work. May be empty.
+// Called often during work of unknown length, so that it can let the host run. What it throws ends the work.
+// May be empty.
 using LetHostRun = std::function<void()>;
 
 // Reports what is done. Throws error 18 when the host cancels, and what progress throws.
 void Report(const SimulationProgress& progress, double dDone);
 
-// Progress of a part of a work, from dFrom to dTo of the whole. Precondition: progress outlives it.
+// Progress of a part of the work, from dFrom to dTo of the whole. Precondition: progress outlives it.
 SimulationProgress PartOf(const SimulationProgress& progress, double dFrom, double dTo);
 
 // Lets the host run often enough. The system's ticks are up to 16 ms apart, so 30 of them are enough for 50.

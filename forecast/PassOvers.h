@@ -14,8 +14,8 @@ namespace ravlo
 {
 
 // How often a cut was passed over because of a rule, and for whose plays. Exact while at most mostBlockers
-// cuts were in its way; of more, a cut that was in its way in more than one of mostBlockers cases is still
-// found. A level that is asked for years of one artist would otherwise fill the memory.
+// cuts were in its way. With more, a cut that was in its way in more than one of mostBlockers cases is still
+// found. Without this limit, years of plays of a level with a single artist would fill the memory.
 class PassOvers
 {
 public:

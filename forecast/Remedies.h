@@ -36,12 +36,12 @@ public:
     std::optional<Remedy> Spread(Random& cRandom) const;
     // The longest comfortable artist separation, if that is shorter than the one set.
     std::optional<Remedy> ShorterArtistSeparation() const;
-    // As many cuts of other artists more as make the artist separation comfortable: cuts of the
-    // level's mean duration, each with an artist and title of its own, dealt evenly into the order. Nothing
-    // when the level would have to grow more than tenfold, or so much that too little is due to its cuts to
-    // tell which are starved: that would hide them, not help them. Nothing when it is comfortable.
+    // Adds as many cuts of other artists as make the artist separation comfortable: cuts of the level's mean
+    // duration, each with an artist and title of its own, dealt evenly into the order. Nothing when the level
+    // would have to grow more than tenfold, or so much that the plays due to a cut no longer show which cuts
+    // are starved: that would hide them, not help them. Nothing when it is comfortable.
     std::optional<Remedy> MoreCuts() const;
-    // As many cuts of the commonest artist fewer as do so; the last ones in rotation order. Nothing when it
+    // Removes as many cuts of the commonest artist as do so; the last ones in rotation order. Nothing when it
     // is comfortable.
     std::optional<Remedy> FewerCuts() const;
 

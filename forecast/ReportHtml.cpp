@@ -49,7 +49,7 @@ std::string LightName(Light eLight)
     return sName;
 }
 
-// A light as a shape and a word: colour alone does not tell everybody apart.
+// A light as a shape and a word: not everybody can tell the colours apart.
 std::string LightText(Light eLight)
 {
     const char* sShape = eLight == Light::Green ? "&#9679;" : eLight == Light::Yellow ? "&#9650;" : "&#9632;";
@@ -57,7 +57,7 @@ std::string LightText(Light eLight)
            "</span> " + NameOf(eLight) + "</span>";
 }
 
-// A name from the library, kept apart from its surroundings: it may run from right to left. Shortened, so
+// A name from the library, isolated from the text around it: it may run from right to left. Shortened, so
 // that names of unusual length do not make the page slow.
 std::string NameText(const std::wstring& sName)
 {

@@ -80,7 +80,7 @@ SimulationResult Simulate(ModScheduler& cMod, std::shared_ptr<const StationSnaps
                           const Plan& plan, DateTime dtStart, double dDays,
                           const SimulationOptions& options = {}, const SimulationProgress& progress = {});
 
-// Throws the errors 5 of Simulate that can be told without playing.
+// Throws error 5 as Simulate does, as far as that shows without playing.
 void MustBePlayable(const Plan& plan, DateTime dtStart, double dDays);
 
 } // namespace ravlo

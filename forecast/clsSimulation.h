@@ -58,7 +58,8 @@ public:
     // called from there. Precondition: the caller keeps this object alive.
     void FindAdvice(std::size_t level, const SimulationProgress& progress = {}) const;
     void FindAllAdvice(const SimulationProgress& progress = {}) const;
-    // What helps a level, looked for when it is not known; for a level with empty slots first why they are.
+    // What helps a level, looked for when it is not known. For a level with empty slots, begins with why they
+    // are empty.
     std::vector<std::wstring> Advice(std::size_t level, const SimulationProgress& progress = {}) const;
     // "Abba: 1.25 of 1", for each artist whose separations cannot all be kept.
     std::vector<std::wstring> ArtistsOverAsked() const;

@@ -111,7 +111,7 @@ void RotationFiles::Set(bool RotationOptions::*bOption, std::optional<bool> Opti
         throw RuntimeError(error::ObjectNotSet);
     try
     {
-        m_cOptionsFile.bRead = false; // another program's change would be lost that a coarse stamp hides
+        m_cOptionsFile.bRead = false; // else a change of another program that a coarse stamp hides would be lost
         ReadIfChanged(m_cOptionsFile, &RotationFiles::TakeOptions, Patience::UpToASecond);
     }
     catch (const RuntimeError&)

@@ -20,7 +20,7 @@ void DeleteIfPossible(Files& cFiles, const std::wstring& sPath)
     }
     catch (const RuntimeError&)
     {
-        // A file that stays does no harm.
+        // A file that is left does no harm.
     }
 }
 

@@ -177,7 +177,7 @@ public:
     {
         ::SendMessageW(Form(), WM_COMMAND, static_cast<WPARAM>(IdOf(eCommand)), 0);
     }
-    void ShowAnew() const { m_cSchedMan->ReloadAll(); }
+    void ShowAgain() const { m_cSchedMan->ReloadAll(); }
     std::int64_t Size() const { return m_lCuts; }
 
 private:
@@ -355,7 +355,7 @@ SortCosts CostsOfSort(const Station& cState)
     };
     SortCosts costs;
     costs.dClick = Quickest(click, 1);
-    costs.dRefresh = Quickest([&] { cState.ShowAnew(); }, 3);
+    costs.dRefresh = Quickest([&] { cState.ShowAgain(); }, 3);
     click();
     click();
     return costs;
@@ -376,7 +376,7 @@ void Measure(const Station& cState)
     });
     SelectRow(hGrid, 7, true);
     const double dInvert = Quickest([&] { cState.Command(mnuInvertSelectionGrid); }, 6);
-    const double dShow = Quickest([&] { cState.ShowAnew(); });
+    const double dShow = Quickest([&] { cState.ShowAgain(); });
     cState.Command(mnuSelectNoneGrid);
     const SortCosts sort = CostsOfSort(cState);
     const FindCosts find = CostsOfFind(cState);

@@ -15,7 +15,7 @@ namespace ravlo
 inline constexpr std::int32_t lGreen = 0;
 inline constexpr std::int32_t lRed = 2;
 
-// How a level fares in a simulation, as the scheduler tells it.
+// How a level fares in a simulation, as the scheduler reports it.
 struct LevelFigures
 {
     std::wstring sKey; // <name> TAB <level>
@@ -36,7 +36,7 @@ struct LevelFigures
 // Throw the simulation's errors.
 std::vector<LevelFigures> FiguresOf(_clsSimulation& cSimulation); // without advice
 // Looks for what helps each level that is not green, which takes several simulations a level. begin is called
-// before each with the part from dFrom to dTo of the whole work that it is.
+// before each, with the share of the whole work that it takes: from dFrom to dTo, 0 to 1.
 void AddAdvice(_clsSimulation& cSimulation, std::vector<LevelFigures>& levels,
                const std::function<void(double dFrom, double dTo)>& begin);
 std::vector<std::wstring> OverAsked(_clsSimulation& cSimulation);

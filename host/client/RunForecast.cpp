@@ -46,7 +46,8 @@ void CheckPlan(const PlanFile& plan, const ForecastOptions& options,
         CheckLevels({timed.slot}, levels, options.sSlots);
 }
 
-// Shows how much of a part of the work is done, as the rotation object tells it. Clears the line at the end.
+// Shows how much of a part of the work is done, as the rotation object reports it. Clears the line at the
+// end.
 class StepsShown
 {
 public:

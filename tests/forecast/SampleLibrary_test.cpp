@@ -95,7 +95,7 @@ protected:
         return Simulate(cMod, std::make_shared<StationSnapshot>(cStation), clock,
                         DateTimeOf({2024, 3, 1, 6, 0, 0}), 28);
     }
-    // Separations that each level can keep well, and that no artist is asked too much by.
+    // Separations that each level keeps well, and that ask too much of no artist.
     void SetAttainableRules(const StationHealth& withoutRules)
     {
         for (std::size_t level = 0; level < cStation.levels.size(); ++level)

@@ -213,7 +213,7 @@ TEST_F(SimulationTest, OutcomeSaysWhatPassedOverACut)
     EXPECT_FALSE(walk.options.bFairRotation);
 }
 
-TEST_F(SimulationTest, WhatTheHostDoesMeanwhileChangesNothing)
+TEST_F(SimulationTest, WhatTheHostDoesDuringItChangesNothing)
 {
     AddCuts(L"p", L"Pop", 1, 30, 12, 25);
     Start();

@@ -34,7 +34,7 @@ std::int32_t NumberRaisedBy(const std::function<void()>& action)
     return 0;
 }
 
-// Files that let something happen when a stamp is looked at, or that tell another one.
+// Files that run something when a stamp is looked at, or report another stamp.
 class StampedFiles final : public ForwardingFiles
 {
 public:
@@ -188,7 +188,7 @@ TEST_F(RotationFilesTest, SetterBuildsOnWhatIsInTheFileNow)
 }
 
 // A file system that keeps coarse time, and another program that writes as many bytes.
-TEST_F(RotationFilesTest, ASetterAndAPopulationReadWhateverTheStamp)
+TEST_F(RotationFilesTest, ASetterAndAPopulationIgnoreTheStamp)
 {
     cStamped.OnStamp = [](FileStamp& stamp) { stamp.written = 0; };
     PutOptions("FairRotation=0\r\nTheirs=1\r\n");

@@ -139,7 +139,7 @@ void frmCatPresenter::Finish()
     const ScopedFlag cCommand(m_bInCommand);
     if (QuestionDue())
         AskPending();
-    // With every answer.
+    // Not part of the question: with every answer.
     StoreGlobalArtistAndTitle();
     m_cMod.SaveSettings();
     std::vector<std::wstring> colNames;

@@ -23,7 +23,7 @@ using Sorting = SortedTable::Sorting;
 
 TableCell Number(std::int64_t value) { return {DecimalText(value), static_cast<double>(value)}; }
 TableCell Count(std::size_t count) { return Number(static_cast<std::int64_t>(count)); }
-// Minutes, of which a level that is not asked has none.
+// Minutes; empty for a level that is not asked.
 TableCell Attainable(const LevelHealth& level, std::int32_t lMins)
 {
     if (StateOf(level) != LevelState::Asked)
@@ -98,7 +98,7 @@ std::vector<TableColumn> HealthTables::LevelColumns() const
         return TableColumn{sHeader, lWidth, true,
                            [=](std::size_t item) { return Number(value(level(item))); }, bMostFirst};
     };
-    // Attainable minutes, which a level that is not asked has none of.
+    // Attainable minutes; empty for a level that is not asked.
     const auto attainable = [&](const wchar_t* sHeader, std::int32_t LevelHealth::*pMins) {
         return TableColumn{sHeader, 110, true,
                            [=](std::size_t item) { return Attainable(level(item), level(item).*pMins); }};

@@ -22,7 +22,7 @@ enum class HealthTable
 };
 inline constexpr std::size_t healthTables = 6;
 
-// The tables of the rotation health window, over figures that are its caller's.
+// The tables of the rotation health window, over the caller's figures.
 class HealthTables
 {
 public:

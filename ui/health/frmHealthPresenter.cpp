@@ -239,7 +239,7 @@ Plan frmHealthPresenter::PlanFor(HealthPlan::Request& request, const StationSnap
 
 void frmHealthPresenter::TakeForecast(std::shared_ptr<HealthForecast> cForecast)
 {
-    m_tables.ShowStation(nullptr); // nothing refers to the figures before
+    m_tables.ShowStation(nullptr); // no table refers to the old figures
     m_level.reset();
     m_memory.cForecast = std::move(cForecast);
     m_tables.ShowStation(Station());
@@ -412,7 +412,7 @@ void frmHealthPresenter::RowSelected(HealthTable eTable, std::optional<std::size
         return;
     ChooseLevel(item);
     if (m_eRun == Run::Advice)
-        m_bCancel = true; // for the level before
+        m_bCancel = true; // the search for the previous level
     m_cView.AskForWork();
 }
 

@@ -55,7 +55,7 @@ public:
     bool Showing() const noexcept { return m_bShowing; }
     // Closes the window, after a simulation that runs has been cancelled.
     void RequestClose();
-    // The station's orders or cuts have changed: the figures are older.
+    // The station's orders or cuts have changed: the figures are out of date.
     void NoteChange();
 
     // ---- what is shown
@@ -133,7 +133,7 @@ private:
     Run m_eRun = Run::None;
     bool m_bShowing = false;
     bool m_bCancel = false;
-    bool m_bStale = false;        // the figures are older than the last change
+    bool m_bStale = false;        // the station has changed since the figures were made
     bool m_bAdviceFailed = false; // or was cancelled, for the chosen level
     bool m_bSimulateNext = false; // asked for while something else runs
     bool m_bCloseNext = false;

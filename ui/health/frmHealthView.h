@@ -38,11 +38,11 @@ public:
     virtual void ShowRunning(bool bRunning) = 0;
     virtual void MoveProgress(double dDone) = 0; // 0 to 1
 
-    // The rows of a table are others, or in another order.
+    // The rows of a table, or their order, have changed.
     virtual void ShowTable(HealthTable eTable) = 0;
     // Selects one row of a table, or none, and scrolls it into view. Reports nothing to the presenter.
     virtual void SelectRow(HealthTable eTable, std::optional<std::size_t> row) = 0;
-    // Another level was chosen, or its figures are others: pictures and tab captions.
+    // Another level was chosen, or its figures have changed: shows pictures and tab captions again.
     virtual void ShowLevel() = 0;
     virtual void ShowReasons(const std::wstring& sText) = 0;
     virtual void EnableCarryOut(bool bEnable) = 0;

@@ -65,7 +65,7 @@ public:
     // Ticks or unticks a node and its dependents that are not hidden: all nodes for the root, its levels for
     // a main category. Returns these nodes.
     std::vector<Node> Check(Node node, bool bCheck);
-    // Returns whether that is another number.
+    // Returns whether the number has changed.
     bool SetCuts(Node node, std::optional<std::size_t> cuts);
     // One node's tick alone.
     void SetChecked(Node node, bool bCheck) { m_colNodes[node].bChecked = bCheck; }

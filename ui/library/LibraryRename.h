@@ -28,7 +28,7 @@ public:
     MenuItem Item() const;
     // Lets the user edit the name. Until Edited, the tree is not refreshed and no other command runs.
     void Begin();
-    // The user has finished; nothing: without a new name.
+    // The user has finished; sName is nothing when there is no new name.
     void Edited(const std::optional<std::wstring>& sName);
 
 private:

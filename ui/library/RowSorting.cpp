@@ -15,7 +15,7 @@ namespace
 
 constexpr std::size_t beginningBytes = 8;
 
-// Numbers in their order: the sign's bit is turned, and a negative number's other bits as well.
+// Bits that compare as the numbers do: inverts the sign bit, and in a negative number all others, too.
 std::uint64_t BeginningOf(double dValue)
 {
     constexpr std::uint64_t sign = std::uint64_t{1} << 63;

@@ -21,8 +21,8 @@ struct AskedCut
 };
 
 // Why the next cut of a level is that one: the choice and its reason above, the candidates in the order in
-// which the pick examines them below. First chosen is the cut asked about, else the choice. A cut asked about
-// that the pick does not get to is named above.
+// which the pick examines them below. Selected first is the cut asked about, else the choice. A cut asked
+// about that the pick does not reach is named above.
 ListPage ExplanationPage(const Explanation& explanation, DateTime dtNow,
                          const std::optional<AskedCut>& asked = {});
 

@@ -18,7 +18,7 @@ std::wstring PassedOverText(std::size_t cuts)
     return std::to_wstring(cuts) + (cuts == 1 ? L" cut is" : L" cuts are") + L" passed over before it.";
 }
 
-// What is to say about a slot; empty when there is nothing.
+// What there is to say about a slot; empty for nothing.
 std::wstring NoteOf(const ForecastCut& cut)
 {
     if (!cut.bChosen)

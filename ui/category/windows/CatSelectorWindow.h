@@ -31,7 +31,7 @@ public:
     // Whether EnableUI has set the hourglass, which the surrounding window must show too.
     bool ShowsHourglass() const noexcept { return m_bHourglass; }
     void FocusFirst() { Focus(SelectorControl::lstCat); }
-    // Handles keys that mean something special in its controls; true when it did.
+    // Handles keys with a special meaning in its controls; true when it did.
     bool OnKey(const MSG& message);
 
 private:

@@ -181,7 +181,7 @@ LRESULT frmCatWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
         return 0;
     case WM_SETTINGCHANGE:
     case WM_THEMECHANGED:
-        SetLook(m_lDpi); // the message font may be another one now
+        SetLook(m_lDpi); // the message font may have changed
         return 0;
     case WM_NEXTDLGCTL:
         ::SetFocus(LOWORD(lParam) != 0 ? reinterpret_cast<HWND>(wParam)

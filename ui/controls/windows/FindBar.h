@@ -44,7 +44,7 @@ public:
     void SetLook(HFONT hFont, int lDpi);
     // 0 while it is hidden.
     int Height() const;
-    // Handles keys that mean something special in the field; true when it did.
+    // Handles keys with a special meaning in the field; true when it did.
     bool OnKey(const MSG& message);
     bool HasFocus() const;
 

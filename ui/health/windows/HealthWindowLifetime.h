@@ -26,7 +26,7 @@ public:
     // Shows the window until it is closed; brings one that is showing to the front. hostPlan: the plan to ask
     // first, nothing for none. Returns the cut to go to in the library window, if any.
     std::optional<HealthTarget> Show(std::optional<Plan> hostPlan);
-    // The station has changed: the figures on the screen are older.
+    // The station has changed: the figures on the screen are out of date.
     void NoteChange();
 
 private:

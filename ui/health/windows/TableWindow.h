@@ -32,7 +32,7 @@ public:
     // Symbols in front of the first column, by SymbolOf; not owned.
     void SetSymbols(HIMAGELIST hSymbols, std::function<int(std::size_t item)> SymbolOf);
 
-    // The table's rows are others, or in another order: none is selected afterwards.
+    // The table's rows, or their order, have changed: none is selected afterwards.
     void ShowRows();
     // Selects one row, or none, and scrolls it into view.
     void Select(std::optional<std::size_t> row);

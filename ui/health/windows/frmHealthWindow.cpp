@@ -131,7 +131,7 @@ LRESULT frmHealthWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
     case WM_SETTINGCHANGE:
     case WM_THEMECHANGED:
     case WM_SYSCOLORCHANGE:
-        SetLook(m_lDpi); // the message font and the colours may be others now
+        SetLook(m_lDpi); // the message font and the colours may have changed
         return 0;
     case DM_GETDEFID:
         return MAKELRESULT(eIdcmdSimulate, DC_HASDEFID);

@@ -33,7 +33,7 @@ private:
     int m_lBefore;
 };
 
-// Shows the commands of a menu as itemOf tells, the keys behind their captions unchanged.
+// Shows the commands of a menu as itemOf says; keeps the keys behind their captions.
 void UpdateMenu(HMENU hMenu, const std::function<MenuItem(LibraryCommand)>& itemOf);
 void EnableMenuBar(HWND hWindow, bool bEnable) noexcept;
 

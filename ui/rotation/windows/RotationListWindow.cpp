@@ -90,7 +90,7 @@ void RotationListWindow::MakeColumns(const ListPage& page)
     std::vector<int> order;
     for (std::size_t i = 0; i < columns; ++i)
     {
-        // ListColumn undoes itself: the column at i of the list is the page's at ListColumn(i).
+        // ListColumn is its own inverse: the list's column i is the page's column ListColumn(i).
         const ListPage::Column& shown = page.columns[static_cast<std::size_t>(ListColumn(i))];
         std::wstring sHeading = shown.sHeading;
         LVCOLUMNW column{};
@@ -134,7 +134,7 @@ LRESULT RotationListWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lPara
         return 0;
     case WM_SETTINGCHANGE:
     case WM_THEMECHANGED:
-        SetLook(m_lDpi); // the message font may be another one now
+        SetLook(m_lDpi); // the message font may have changed
         return 0;
     case WM_ACTIVATE:
         if (LOWORD(wParam) != WA_INACTIVE && m_hList)
