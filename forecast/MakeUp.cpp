@@ -60,8 +60,9 @@ std::int32_t AskingRate::AttainableMins(std::size_t cuts, std::size_t most) cons
         return 0;
     if (most == 0)
         return lAnyMins;
+    const std::size_t places = cuts / most; // from one of them to the next, at best
     // Divided last, so that a quotient without remainder is exact.
-    const double dMins = static_cast<double>(cuts / most) * WholemS(dDays) / (dMinutemS * asked);
+    const double dMins = static_cast<double>(places) * WholemS(dDays) / (dMinutemS * asked);
     return static_cast<std::int32_t>(std::min<double>(dMins, lAnyMins));
 }
 
