@@ -111,7 +111,8 @@ void RotationFiles::Set(bool RotationOptions::*bOption, std::optional<bool> Opti
         throw RuntimeError(error::ObjectNotSet);
     try
     {
-        m_cOptionsFile.bRead = false; // else a change of another program that a coarse stamp hides would be lost
+        // A coarse stamp may hide a change of another program, which would be lost otherwise.
+        m_cOptionsFile.bRead = false;
         ReadIfChanged(m_cOptionsFile, &RotationFiles::TakeOptions, Patience::UpToASecond);
     }
     catch (const RuntimeError&)
