@@ -395,6 +395,55 @@ TEST_F(RotationTest, ARotationThatIsReleasedInAStepTellsAdviceToItsEnd)
     EXPECT_EQ(steps.back(), 1);
 }
 
+TEST_F(RotationTest, AdviceIsCancelledByAStepAndRefusedInsideOne)
+{
+    AddSlot();
+    const auto cLevel = ItemAt<_clsLevelHealth>(Get(Simulated(7), &_clsSimulation::get_Levels), Long(1));
+    bool bCancelNow = true;
+    int lRefused = 0;
+    InEachStep([&](double, VARIANT_BOOL& bCancel) {
+        _clsCollection* pNone = nullptr;
+        lRefused += cLevel->get_Advice(&pNone) == ErrorResult(70) ? 1 : 0;
+        EXPECT_EQ(pNone, nullptr);
+        bCancel = bCancelNow ? VARIANT_TRUE : VARIANT_FALSE;
+    });
+    _clsCollection* pNone = nullptr;
+    EXPECT_EQ(cLevel->get_Advice(&pNone), ErrorResult(lUserInterrupt));
+    EXPECT_EQ(pNone, nullptr);
+    EXPECT_EQ(lRefused, 1);
+    bCancelNow = false;
+    EXPECT_FALSE(ItemsOf(Get(cLevel, &_clsLevelHealth::get_Advice)).empty());
+}
+
+TEST_F(RotationTest, OptionsOfASimulationAreBooleansOrLeftOut)
+{
+    AddSlot();
+    const Variant cNull = [] {
+        Variant value;
+        value.vt = VT_NULL;
+        return value;
+    }();
+    const struct
+    {
+        Variant cOption;
+        HRESULT hExpected;
+    } cases[] = {{Variant(), S_OK},
+                 {Variant::Omitted(), S_OK},
+                 {Bool(true), S_OK},
+                 {Long(1), S_OK},
+                 {Text(L"True"), S_OK},
+                 {cNull, ErrorResult(13)},
+                 {Text(L"yes"), ErrorResult(13)},
+                 {Object(m_cMan), ErrorResult(13)}};
+    for (const auto& [cOption, hExpected] : cases)
+    {
+        ComPtr<_clsSimulation> cResult;
+        EXPECT_EQ(m_cRotation->Simulate(dStart, 1, cOption, cOption, cResult.Receive()), hExpected)
+            << cOption.vt;
+        EXPECT_EQ(static_cast<bool>(cResult), hExpected == S_OK);
+    }
+}
+
 TEST_F(RotationTest, AdviceNeedsNoRotation)
 {
     AddSlot();
