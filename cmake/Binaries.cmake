@@ -27,9 +27,10 @@ function(ravlo_product NAME DESCRIPTION)
   target_sources(${NAME} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${NAME}.version.rc)
   if(CMAKE_BUILD_TYPE STREQUAL "Release")
     set(file $<TARGET_FILE:${NAME}>)
+    set(without_time ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0) # these tools write the time into the header, too
     add_custom_command(TARGET ${NAME} POST_BUILD VERBATIM
-      COMMAND ${CMAKE_OBJCOPY} --only-keep-debug ${file} ${file}.debug
-      COMMAND ${CMAKE_STRIP} ${file}
-      COMMAND ${CMAKE_OBJCOPY} --add-gnu-debuglink=${file}.debug ${file})
+      COMMAND ${without_time} ${CMAKE_OBJCOPY} --only-keep-debug ${file} ${file}.debug
+      COMMAND ${without_time} ${CMAKE_STRIP} ${file}
+      COMMAND ${without_time} ${CMAKE_OBJCOPY} --add-gnu-debuglink=${file}.debug ${file})
   endif()
 endfunction()
