@@ -84,9 +84,13 @@ struct HealthWindowTest : ::testing::Test
     }
     void WaitForFigures(const User& user) const
     {
-        user.Until([&] { return Rows(eIdlstLevels) > 0 && !Shown(At(eIdcmdCancelRun)); }, "the figures");
+        const auto bSettled = [&] {
+            return Rows(eIdlstLevels) > 0 && !Shown(At(eIdcmdCancelRun)) &&
+                   User::Text(At(eIdlblReasons)).find(L"being worked out") == std::wstring::npos;
+        };
+        user.Until(bSettled, "the figures");
         user.Idle();
-        user.Until([&] { return !Shown(At(eIdcmdCancelRun)); }, "the advice");
+        user.Until(bSettled, "the advice");
     }
 
     HWND At(int lId) const { return User::Control(hWindow, lId); }
