@@ -5,6 +5,7 @@
 #include "base/Text.h"
 #include "modscheduler/FileNames.h"
 #include "scheduler/CategoryCreation.h"
+#include "scheduler/CutNames.h"
 #include "scheduler/SchedulerState.h"
 #include "scheduler/Synchronisation.h"
 
@@ -24,20 +25,20 @@ namespace
 
 constexpr const wchar_t* sWhere = L"RenameMainCat";
 
-// The names of a cut as its category text, one of them replaced. A level behind a TAB stays. Empty when the
-// cut does not have the name.
+// The names of a cut as the text of NamesText, one of them replaced. A level behind a TAB stays. Empty when
+// the cut does not have the name.
 std::wstring Replaced(const Cut& cCut, const std::wstring& sFrom, const std::wstring& sTo)
 {
-    std::wstring sText;
+    std::vector<std::wstring> colNames;
     bool bFound = false;
     for (const std::wstring& sName : cCut.CategoryNames())
     {
         const std::size_t lBase = std::min(sName.find(cTab), sName.size());
         const bool bThis = EqualIgnoringCase(std::wstring_view(sName).substr(0, lBase), sFrom);
         bFound = bFound || bThis;
-        sText += (sText.empty() ? L"" : L"/") + (bThis ? sTo + sName.substr(lBase) : sName);
+        colNames.push_back(bThis ? sTo + sName.substr(lBase) : sName);
     }
-    return bFound ? sText : std::wstring();
+    return bFound ? NamesText(colNames) : std::wstring();
 }
 
 // Shows in the library window how many cuts are done. Tells no host and processes no messages: the database's
@@ -257,15 +258,15 @@ void Renaming::RenameInCuts()
 
 void Renaming::RenameInCut(const std::shared_ptr<Cut>& cCut, const std::wstring& sText)
 {
-    const std::wstring sBefore = cCut->CategoryText();
+    const std::wstring sBefore = NamesTextOf(*cCut);
     const TextKey cKey = cCut->Key();
     m_colUndo.push_back([this, cCut, sBefore, cKey, placed = m_cState.cPlacedCuts.Recall(cKey)] {
         m_cState.cPlacedCuts.Restore(cKey, placed);
-        if (cCut->CategoryText() != sBefore)
-            cCut->SetCategoryText(sBefore);
+        if (NamesTextOf(*cCut) != sBefore)
+            SetNamesText(*cCut, sBefore);
     });
     const PlacedCuts::OwnChange cOwnChange(m_cState.cPlacedCuts, *cCut);
-    cCut->SetCategoryText(sText);
+    SetNamesText(*cCut, sText);
 }
 
 void Renaming::TakeBack() noexcept

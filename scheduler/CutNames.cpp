@@ -11,18 +11,38 @@
 namespace ravlo
 {
 
+namespace
+{
+
+bool HasSlash(const std::vector<std::wstring>& colNames)
+{
+    return std::any_of(colNames.begin(), colNames.end(),
+                       [](const std::wstring& sName) { return sName.find(L'/') != std::wstring::npos; });
+}
+
+} // namespace
+
 std::wstring NamesTextOf(const Cut& cCut)
 {
     std::wstring sText = cCut.CategoryText();
     if (sText.find(L'/') == std::wstring::npos)
         return sText;
     const std::vector<std::wstring> colNames = cCut.CategoryNames();
-    if (std::none_of(colNames.begin(), colNames.end(),
-                     [](const std::wstring& sName) { return sName.find(L'/') != std::wstring::npos; }))
-        return sText;
-    sText.clear();
+    return HasSlash(colNames) ? NamesText(colNames) : sText;
+}
+
+std::wstring NamesText(const std::vector<std::wstring>& colNames)
+{
+    const bool bSeparated = HasSlash(colNames);
+    std::wstring sText;
     for (const std::wstring& sName : colNames)
-        (sText += cNameSeparator) += sName;
+    {
+        if (bSeparated)
+            sText += cNameSeparator;
+        else if (!sText.empty())
+            sText += L'/';
+        sText += sName;
+    }
     return sText;
 }
 

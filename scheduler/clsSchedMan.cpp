@@ -178,6 +178,9 @@ bool clsSchedMan::RenameMainCat(const std::wstring& sCatName, const std::wstring
 {
     return Edit(L"Error in RenameMainCat [cSchedMan]", false, [&] {
         Parts& my = *m_cParts;
+        // The record of the change that runs has the old name.
+        if (my.openChanges != 0 || my.cUndo.IsUnitOpen())
+            throw RuntimeError(error::PermissionDenied, L"Cuts are being changed just now");
         const std::wstring sNew = Trim(sNewName);
         if (const std::wstring sWhyNot = WhyNotRename(my, sCatName, sNew); !sWhyNot.empty())
         {

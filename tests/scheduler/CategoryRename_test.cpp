@@ -56,6 +56,19 @@ struct RenamedStation
     std::shared_ptr<BatchingDataBase> cDataBase = std::make_shared<BatchingDataBase>();
 };
 
+TEST(CategoryRename, OtherNamesWithASlashStayWhole)
+{
+    for (const bool bFails : {false, true})
+    {
+        RenamedStation station;
+        const std::shared_ptr<FakeCut> cCut = station.cDataBase->cInner.Own(L"a");
+        cCut->AddCategoryName(L"AC/DC");
+        station.cDataBase->cInner.Own(L"x")->failing = {bFails ? "SetCategoryText" : ""};
+        EXPECT_EQ(station.Rename(L"Blues"), !bFails);
+        EXPECT_EQ(cCut->CategoryNames(), (Lines{bFails ? L"Rock" : L"Blues", L"AC/DC"}));
+    }
+}
+
 TEST(CategoryRename, TakesCutsOrdersRulesAndListAlong)
 {
     for (const bool bHasBatches : {true, false})

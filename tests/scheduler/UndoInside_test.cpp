@@ -133,6 +133,19 @@ TEST_F(UndoInsideTest, InAUnitThatChangesNothingItIsTheStep)
     EXPECT_EQ(State(), sBefore);
 }
 
+TEST_F(UndoInsideTest, ACategoryIsNotRenamedInside)
+{
+    CutOf(L"b")->OnCall = [this](const std::string& sMember) {
+        if (sMember == "SetCatLevel")
+            bEdited = Man().RenameMainCat(L"Pop", L"Folk");
+    };
+    Move({L"b"}, Level(L"Soul", 3));
+    EXPECT_FALSE(bEdited);
+    EXPECT_EQ(boxes, (Boxes{CriticalBox(L"Error in RenameMainCat [cSchedMan]",
+                                        L"70 Cuts are being changed just now")}));
+    EXPECT_EQ(Man().UndoText(), L"Undo move of 1 cut to Soul 3");
+}
+
 TEST_F(UndoInsideTest, InsideAnUndoItIsUndoneByTheRedo)
 {
     Move({L"a", L"b"}, Level(L"Soul", 3));
