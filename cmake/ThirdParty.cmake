@@ -1,7 +1,7 @@
 # Third-party libraries. cmake/setup fetches their sources; configuring fetches nothing.
 set(RAVLO_THIRD_PARTY ${CMAKE_SOURCE_DIR}/build/third_party CACHE PATH "Where cmake/setup puts the third-party sources")
 foreach(file ${RAVLO_THIRD_PARTY}/sqlite3/sqlite3.c ${RAVLO_THIRD_PARTY}/libcsv/libcsv.c
-             /usr/src/googletest/CMakeLists.txt /usr/include/CLI/CLI.hpp)
+             ${RAVLO_THIRD_PARTY}/taglib/taglib/fileref.cpp /usr/src/googletest/CMakeLists.txt /usr/include/CLI/CLI.hpp)
   if(NOT EXISTS ${file})
     message(FATAL_ERROR "${file} is missing: run cmake/setup first")
   endif()
@@ -23,6 +23,31 @@ target_compile_definitions(sqlite3_amalgamation PRIVATE
   SQLITE_THREADSAFE=1 SQLITE_DQS=0 SQLITE_OMIT_LOAD_EXTENSION SQLITE_OMIT_DEPRECATED SQLITE_OMIT_SHARED_CACHE
   SQLITE_DEFAULT_FOREIGN_KEYS=1 SQLITE_LIKE_DOESNT_MATCH_BLOBS)
 ravlo_third_party(libcsv libcsv libcsv.c)
+
+# TagLib, for reading only: without zlib, so compressed frames of an ID3 tag are left out. Small rather than quick: the
+# disk decides how long reading takes.
+set(folders . ape asf flac it mod mp4 mpc mpeg mpeg/id3v1 mpeg/id3v2 mpeg/id3v2/frames ogg ogg/flac ogg/opus ogg/speex
+  ogg/vorbis riff riff/aiff riff/wav s3m toolkit trueaudio wavpack xm)
+set(sources)
+set(includes ${CMAKE_BINARY_DIR}/include/taglib)
+foreach(folder ${folders})
+  file(GLOB found ${RAVLO_THIRD_PARTY}/taglib/taglib/${folder}/*.cpp)
+  list(APPEND sources ${found})
+  list(APPEND includes ${RAVLO_THIRD_PARTY}/taglib/taglib/${folder})
+endforeach()
+file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/include/taglib/taglib_config.h
+  CONTENT "#define TAGLIB_WITH_ASF 1\n#define TAGLIB_WITH_MP4 1\n")
+file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/include/taglib/config.h
+  CONTENT "#define HAVE_GCC_ATOMIC 1\n#define HAVE_GCC_BYTESWAP 1\n#define HAVE_VSNPRINTF 1\n")
+add_library(taglib STATIC ${sources})
+set(RAVLO_TAGLIB_INCLUDES ${includes})
+target_include_directories(taglib PRIVATE ${includes} ${RAVLO_THIRD_PARTY}/taglib/3rdparty)
+target_compile_definitions(taglib PRIVATE TAGLIB_STATIC HAVE_CONFIG_H NDEBUG)
+target_compile_options(taglib PRIVATE -Os -g0 -w -ffunction-sections -fdata-sections)
+if(RAVLO_SANITIZE)
+  target_compile_options(taglib PRIVATE -fno-sanitize=all)
+endif()
+set_target_properties(taglib PROPERTIES EXPORT_COMPILE_COMMANDS OFF)
 
 # CLI11 has only headers. A link tree of its own hides the rest of /usr/include from the cross compilers.
 add_library(cli11 INTERFACE)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "media/CutValues.h"
+#include "ravlobase/FileStamp.h"
 #include "ravlobase/PlayRecord.h"
 #include "ravlobase/Sqlite.h"
 
@@ -13,14 +14,6 @@
 
 namespace ravlo
 {
-
-// When a file was last modified and how long it was: what an import remembers of it.
-struct FileStamp
-{
-    std::int64_t modified; // milliseconds since 1970, UTC
-    std::int64_t size;
-    bool operator==(const FileStamp&) const = default;
-};
 
 // A cut as the file has it.
 struct StoredCut

@@ -18,6 +18,12 @@ std::filesystem::path FilePath(const std::wstring& sPath)
     return std::u8string(bytes.begin(), bytes.end());
 }
 
+std::wstring PathText(const std::filesystem::path& cPath)
+{
+    const auto bytes = cPath.u8string();
+    return TextFromStore({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+}
+
 std::string ReadFile(const std::wstring& sPath)
 {
     const auto cPath = FilePath(sPath);

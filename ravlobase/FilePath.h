@@ -11,6 +11,9 @@ namespace ravlo
 // a NUL or half a surrogate pair.
 std::filesystem::path FilePath(const std::wstring& sPath);
 
+// A path as text.
+std::wstring PathText(const std::filesystem::path& cPath);
+
 // The whole content of a file. Throws 53 when there is none, 75 when it cannot be opened, 57 when reading
 // fails.
 std::string ReadFile(const std::wstring& sPath);

@@ -6,6 +6,7 @@
 #include "base/Utf8.h"
 #include "base/csv/CsvReader.h"
 
+#include <algorithm>
 #include <limits>
 #include <span>
 #include <unordered_map>
@@ -100,11 +101,31 @@ bool TakeLastPlayed(LibraryRow& row, const std::wstring& sCell)
     return row.dtLastPlayed.has_value();
 }
 
+// "3:25", "1:02:03" or seconds, perhaps with a fraction.
+bool TakeLength(LibraryRow& row, const std::wstring& sCell)
+{
+    double dSeconds = 0;
+    for (const std::wstring& sPart : Split(Trim(sCell), L":"))
+    {
+        const bool bDigits = !sPart.empty() && sPart.find_first_not_of(L"0123456789.") == std::wstring::npos;
+        const auto dPart = bDigits ? NumericValue(sPart) : std::nullopt;
+        if (!dPart)
+            return false;
+        dSeconds = dSeconds * 60 + *dPart;
+    }
+    if (dSeconds * 1000 > std::numeric_limits<std::int32_t>::max())
+        return false;
+    row.lDurationmS = static_cast<std::int32_t>(dSeconds * 1000);
+    row.lRunTimemS = row.lRunTimemS.value_or(*row.lDurationmS);
+    return true;
+}
+
 struct CsvColumn
 {
     const wchar_t* sName;
     TakeCell Take;
     const wchar_t* sExpected; // what a cell must be
+    bool bOnlyMapped = false; // other files may have a column of this name with another content
 };
 
 constexpr std::int32_t lMaxLong = std::numeric_limits<std::int32_t>::max();
@@ -123,6 +144,7 @@ constexpr CsvColumn columns[] = {
     {L"opener", TakeOpener, L"Y or N"},
     {L"secondary_key", TakeText<&LibraryRow::sSecondaryKey>, L""},
     {L"last_played", TakeLastPlayed, L"a date in ISO 8601 form"},
+    {L"duration", TakeLength, L"a length such as 3:25", true},
 };
 
 const CsvColumn* ColumnNamed(std::wstring_view sName)
@@ -141,7 +163,7 @@ const CsvColumn* ColumnNamed(std::wstring_view sName)
 class LibraryReader : public CsvSink
 {
 public:
-    explicit LibraryReader(LibraryCsvSink& cSink) : m_cSink(cSink) {}
+    LibraryReader(LibraryCsvSink& cSink, const ColumnMap& map) : m_cSink(cSink), m_map(map) {}
 
     bool HasHeader() const noexcept { return !m_columns.empty(); }
 
@@ -175,7 +197,7 @@ private:
         for (const auto& bytes : fields)
         {
             const auto sName = TextFromUtf8(bytes);
-            const CsvColumn* pColumn = sName ? ColumnNamed(Trim(*sName)) : nullptr;
+            const CsvColumn* pColumn = sName ? ColumnCalled(Trim(*sName)) : nullptr;
             for (const CsvColumn* pEarlier : m_columns)
             {
                 if (pColumn != nullptr && pEarlier == pColumn)
@@ -184,10 +206,29 @@ private:
             }
             m_columns.push_back(pColumn);
         }
+        for (const MappedColumn& mapped : m_map)
+            if (std::find(m_columns.begin(), m_columns.end(), ColumnNamed(mapped.sOurs)) == m_columns.end())
+                RefuseFile(L"its header line has no column \"" + mapped.sTheirs + L"\"");
         for (const CsvColumn* pColumn : m_columns)
             if (pColumn == &columns[0])
                 return;
         RefuseFile(L"its header line has no column \"path\" (columns are parted by commas)");
+    }
+
+    // The column that a name in the header line means; null for none.
+    const CsvColumn* ColumnCalled(const std::wstring& sName) const
+    {
+        const CsvColumn* pOwn = ColumnNamed(sName);
+        if (pOwn != nullptr && pOwn->bOnlyMapped)
+            pOwn = nullptr;
+        for (const MappedColumn& mapped : m_map)
+        {
+            if (EqualIgnoringCase(mapped.sTheirs, sName))
+                return ColumnNamed(mapped.sOurs);
+            if (pOwn == ColumnNamed(mapped.sOurs))
+                pOwn = nullptr; // another column has that content
+        }
+        return pOwn;
     }
 
     // The reason why the row cannot be used; empty when it can.
@@ -224,19 +265,40 @@ private:
     }
 
     LibraryCsvSink& m_cSink;
+    const ColumnMap& m_map;
     std::vector<const CsvColumn*> m_columns; // one for each field; null where the column is unknown
     std::unordered_map<TextKey, std::size_t> m_lineOfPath;
 };
 
 } // namespace
 
-void ReadLibraryCsv(std::string_view bytes, LibraryCsvSink& cSink)
+ColumnMap ParseColumnMap(const std::wstring& sMap)
+{
+    ColumnMap map;
+    if (Trim(sMap).empty())
+        return map;
+    for (const std::wstring& sPair : Split(sMap, L","))
+    {
+        const auto sign = sPair.find(L'=');
+        const std::wstring sOurs = Trim(sPair.substr(0, sign));
+        const std::wstring sTheirs = sign == std::wstring::npos ? L"" : Trim(sPair.substr(sign + 1));
+        if (sTheirs.empty())
+            throw RuntimeError(error::InvalidProcedureCall,
+                               Quoted(sPair) + L" maps no column (expected: artist=Their name).");
+        if (ColumnNamed(sOurs) == nullptr)
+            throw RuntimeError(error::InvalidProcedureCall, Quoted(sOurs) + L" is no column of a library.");
+        map.push_back({sOurs, sTheirs});
+    }
+    return map;
+}
+
+void ReadLibraryCsv(std::string_view bytes, LibraryCsvSink& cSink, const ColumnMap& map, char cDelimiter)
 {
     if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
         RefuseFile(L"it is UTF-16, and UTF-8 is needed");
     bytes = WithoutByteOrderMark(bytes);
-    LibraryReader cReader(cSink);
-    ReadCsv(bytes, cReader);
+    LibraryReader cReader(cSink, map);
+    ReadCsv(bytes, cReader, cDelimiter);
     if (!cReader.HasHeader())
         RefuseFile(L"it has no header line");
 }

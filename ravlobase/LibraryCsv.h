@@ -3,6 +3,7 @@
 
 #include "base/DateTime.h"
 #include "base/TextKey.h"
+#include "ravlobase/FileStamp.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -30,7 +31,21 @@ struct LibraryRow
     std::optional<bool> bOpener;
     std::optional<std::wstring> sSecondaryKey;
     std::optional<DateTime> dtLastPlayed;
+    bool bOnlyFirstCategories = false; // colCategories are for a cut that has none
+    std::optional<FileStamp> stamp;    // of the audio file that the values come from
 };
+
+// What the columns of a file are that another program made: the name here, and the name there.
+struct MappedColumn
+{
+    std::wstring sOurs;
+    std::wstring sTheirs;
+};
+using ColumnMap = std::vector<MappedColumn>;
+
+// "artist=Artist,path=File name". Throws error 5 for a text of another form, or a name that is no column
+// here.
+ColumnMap ParseColumnMap(const std::wstring& sMap);
 
 // Receives the rows of ReadLibraryCsv, in file order. The line of a row is its first one.
 class LibraryCsvSink
@@ -43,7 +58,9 @@ public:
 };
 
 // Reads a library CSV (docs/formats/library-csv.md) from its bytes. Each path comes only once: its first row
-// counts. Throws RuntimeError 321 when the header line is unusable, before any row.
-void ReadLibraryCsv(std::string_view bytes, LibraryCsvSink& cSink);
+// counts. Throws RuntimeError 321 when the header line is unusable, or has not the columns of the map, before
+// any row. A column that is not mapped has its own name, also with a map.
+void ReadLibraryCsv(std::string_view bytes, LibraryCsvSink& cSink, const ColumnMap& map = {},
+                    char cDelimiter = ',');
 
 } // namespace ravlo

@@ -6,19 +6,24 @@
 #include "ravlobase/ImportReport.h"
 #include "ravlobase/StoreBatches.h"
 #include "ravlobase/StoreContent.h"
+#include "ravlobase/StoreEdit.h"
 #include "ravlobase/StoreListeners.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ravlo
 {
 
 class CutFile;
-class StoreEdit;
+class ImportRows;
+class LibraryCsvSink;
+struct AudioImport;
 struct LibraryRow;
 
 // The embedded media database: one file on the disk (docs/formats/database.md). While it is open, all of its
@@ -74,7 +79,22 @@ public:
     // Adds and changes the cuts of a library CSV (docs/formats/library-csv.md). Skips rows that cannot be
     // used; LastImport lists them. Throws 53, 75 or 57 for a file that cannot be read, 321 for one without a
     // usable header line.
+    //
+    // Of each import: with bTrial nothing is changed, and LastImport says what would be. CancelImport, from a
+    // listener to its progress, ends it with error 18 and changes nothing.
+    //
+    // The second one takes a file that another program made: semicolons or TABs may part its fields, and sMap
+    // names its columns (ParseColumnMap).
     std::int32_t ImportCsv(const std::wstring& sFile);
+    std::int32_t ImportMappedCsv(const std::wstring& sFile, const std::wstring& sMap, bool bTrial = false);
+    // Adds and changes cuts from the tags of audio files (AudioImport.h). A file with the date and the size
+    // of its last import is not read again. A cut that has no category gets sCategory, or with an empty
+    // sCategory the genre of its file. Files that cannot be read are skipped; LastImport names them.
+    std::int32_t ImportFolder(const std::wstring& sFolder, const std::wstring& sCategory = L"",
+                              bool bTrial = false);
+    std::int32_t ImportPlaylist(const std::wstring& sFile, const std::wstring& sCategory = L"",
+                                bool bTrial = false);
+    void CancelImport() noexcept { m_bCancelled = true; }
 
     // Takes in what other programs have changed in the file since it was last read, and announces the cuts
     // removed, added and modified. Returns their number. Cheap when nothing was changed, else about half of
@@ -96,7 +116,7 @@ public:
     // another sBy.
     std::wstring PlaysCsv(DateTime dtFrom, DateTime dtTo, const std::wstring& sBy = L"");
 
-    // Of the last ImportCsv. Closing keeps it.
+    // Of the last import. Closing keeps it.
     const ImportReport& LastImport() const noexcept { return m_report; }
     std::wstring LastImportReport() const { return m_report.Text(); }
 
@@ -131,6 +151,16 @@ private:
     void Modify(StoreEdit& edit, const std::shared_ptr<Cut>& cGiven) const;
     void Remove(const Cuts& colRemoved);
     void Apply(StoreEdit& edit, const std::vector<LibraryRow>& colRows) const;
+    // Writes and takes in what was collected, unless it is a trial. Returns the summary.
+    std::wstring Take(ImportRows& rows, ImportReport& report, StoreEdit::Done& done);
+    using CsvReading = std::function<void(std::string_view bytes, LibraryCsvSink& cSink)>;
+    std::int32_t ImportLines(const std::wstring& sFile, bool bTrial, const CsvReading& read);
+    // begin returns the number of steps.
+    std::int32_t Import(ImportReport report, const std::function<std::size_t()>& begin,
+                        const std::function<void(ImportRows&)>& collect);
+    using AudioCollector = void (*)(const std::wstring& sPath, const AudioImport& import, ImportRows& rows);
+    std::int32_t ImportAudio(const std::wstring& sPath, const std::wstring& sCategory, bool bTrial,
+                             AudioCollector collect);
 
     std::wstring m_sFile;
     std::unique_ptr<CutFile> m_pFile; // null while closed
@@ -139,6 +169,7 @@ private:
     GatheredPlays m_cGathered;
     StoreListeners m_cListeners;
     ImportReport m_report;
+    bool m_bCancelled = false; // the import that runs
 };
 
 } // namespace ravlo

@@ -10,9 +10,30 @@
 namespace ravlo
 {
 
-void StoreEdit::Add(std::shared_ptr<StoreCut> cCut, CutValues values)
+void StoreEdit::Add(std::shared_ptr<StoreCut> cCut, CutValues values, std::optional<FileStamp> stamp)
 {
-    m_colAdditions.push_back({std::move(cCut), std::move(values), 0});
+    m_colAdditions.push_back({std::move(cCut), std::move(values), 0, stamp});
+}
+
+void StoreEdit::Stamp(std::shared_ptr<Cut> cCut, const FileStamp& stamp)
+{
+    m_stamps.emplace_back(std::move(cCut), stamp);
+}
+
+std::vector<std::wstring> StoreEdit::Lines() const
+{
+    const auto lineOf = [](const wchar_t* sVerb, const CutValues& values) {
+        const std::wstring sNames = JoinedNames(values.colCategories);
+        return sVerb + values.cKey.Text() + L": " + values.cArtist.Text() + L" - " + values.cTitle.Text() +
+               (sNames.empty() ? L"" : L" [" + sNames + L"]");
+    };
+    std::vector<std::wstring> colLines;
+    for (const Addition& addition : m_colAdditions)
+        colLines.push_back(lineOf(L"Add ", addition.values));
+    for (const Modification& modification : m_colModifications)
+        if (modification.next)
+            colLines.push_back(lineOf(L"Change ", *modification.next));
+    return colLines;
 }
 
 void StoreEdit::Modify(std::shared_ptr<Cut> cCut, std::optional<CutValues> next)
@@ -38,8 +59,9 @@ void StoreEdit::NeedNewKeys(const StoreContent& cContent) const
 
 bool StoreEdit::NothingToWrite() const noexcept
 {
-    return m_colAdditions.empty() && std::none_of(m_colModifications.begin(), m_colModifications.end(),
-                                                  [](const Modification& m) { return m.next.has_value(); });
+    return m_colAdditions.empty() && m_stamps.empty() &&
+           std::none_of(m_colModifications.begin(), m_colModifications.end(),
+                        [](const Modification& m) { return m.next.has_value(); });
 }
 
 void StoreEdit::WriteTo(CutFile& cFile, sqlite::Transaction::Wait eWait)
@@ -48,7 +70,11 @@ void StoreEdit::WriteTo(CutFile& cFile, sqlite::Transaction::Wait eWait)
         return;
     sqlite::Transaction cTransaction(cFile.Sql(), eWait);
     for (Addition& addition : m_colAdditions)
+    {
         addition.lID = cFile.Insert(addition.values);
+        if (addition.stamp)
+            cFile.PutFileStamp(addition.lID, *addition.stamp);
+    }
     for (const Modification& modification : m_colModifications)
         if (modification.next)
         {
@@ -57,6 +83,8 @@ void StoreEdit::WriteTo(CutFile& cFile, sqlite::Transaction::Wait eWait)
             if (m_bRecordPlays && IsPlay(cCut.Values(), *modification.next))
                 cFile.InsertPlay(PlayOf(*modification.next));
         }
+    for (const auto& [cCut, stamp] : m_stamps)
+        cFile.PutFileStamp(cCut->ID(), stamp);
     cTransaction.Commit();
 }
 

@@ -7,7 +7,9 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace ravlo
@@ -19,9 +21,17 @@ class StoreEdit
 {
 public:
     // The object becomes the database's own; null makes a new one.
-    void Add(std::shared_ptr<StoreCut> cCut, CutValues values);
+    void Add(std::shared_ptr<StoreCut> cCut, CutValues values, std::optional<FileStamp> stamp = {});
     // A cut of the database. Without values it is only announced. Of several values the last ones count.
     void Modify(std::shared_ptr<Cut> cCut, std::optional<CutValues> next);
+
+    // The file of a cut of the database has been read.
+    void Stamp(std::shared_ptr<Cut> cCut, const FileStamp& stamp);
+
+    // What it would do, a line for each cut: "Add D:\\a.mp3: Artist - Title".
+    std::vector<std::wstring> Lines() const;
+    std::size_t Additions() const noexcept { return m_colAdditions.size(); }
+    std::size_t Modifications() const noexcept { return m_colModifications.size(); }
 
     // Counts a new last-played time of a modified cut as a play.
     void RecordPlays() noexcept { m_bRecordPlays = true; }
@@ -46,6 +56,7 @@ private:
         std::shared_ptr<StoreCut> cCut;
         CutValues values;
         std::int32_t lID;
+        std::optional<FileStamp> stamp;
     };
     struct Modification
     {
@@ -57,6 +68,7 @@ private:
     std::vector<Addition> m_colAdditions;
     std::vector<Modification> m_colModifications;
     std::unordered_map<const Cut*, std::size_t> m_positions; // of the modifications
+    std::vector<std::pair<std::shared_ptr<Cut>, FileStamp>> m_stamps;
     bool m_bRecordPlays = false;
 };
 

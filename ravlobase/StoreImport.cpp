@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Cuts from a library file.
+// Cuts from library files, folders and playlists.
 #include "ravlobase/Store.h"
 
 #include "base/RuntimeError.h"
 #include "base/Text.h"
 #include "base/csv/CsvReader.h"
+#include "ravlobase/AudioImport.h"
 #include "ravlobase/FilePath.h"
 #include "ravlobase/LibraryCsv.h"
 #include "ravlobase/StoreEdit.h"
@@ -34,7 +35,7 @@ CutValues Merged(CutValues values, const LibraryRow& row)
     values.lCatLevel = row.lLevel.value_or(values.lCatLevel);
     values.bOpener = row.bOpener.value_or(values.bOpener);
     values.dtLastPlayed = row.dtLastPlayed.value_or(values.dtLastPlayed);
-    if (row.colCategories)
+    if (row.colCategories && (!row.bOnlyFirstCategories || values.colCategories.empty()))
     {
         values.colCategories.clear();
         AddNames(values.colCategories, *row.colCategories);
@@ -51,34 +52,27 @@ CutValues NewCutOf(const LibraryRow& row)
     return Merged(std::move(values), row);
 }
 
-// Collects the rows of a file and reports progress. Nothing is written at this time, so listeners may do
-// anything.
+// Collects the rows of a library file.
 class RowCollector final : public LibraryCsvSink
 {
 public:
-    RowCollector(const StoreListeners& cListeners, std::size_t lines)
-        : m_cListeners(cListeners), m_lines(lines)
-    {
-    }
+    RowCollector(ImportRows& rows, std::size_t lines) : m_rows(rows), m_lines(lines) {}
 
     void OnCut(LibraryRow row) override
     {
         const std::size_t line = row.line;
-        colRows.push_back(std::move(row));
-        if (colRows.size() % StoreListeners::progressEvery == 0)
-            m_cListeners.Progress(L"Reading line " + CountText(line), line, m_lines);
+        m_rows.colRows.push_back(std::move(row));
+        if (m_rows.colRows.size() % StoreListeners::progressEvery == 0)
+            m_rows.Report(L"Reading line " + CountText(line), line, m_lines);
     }
     void OnReject(std::size_t line, const std::wstring& sReason) override
     {
-        colRejects.push_back({line, sReason});
-        m_cListeners.Progress(L"Line " + CountText(line) + L" rejected: " + sReason, line, m_lines);
+        m_rows.colRejects.push_back({line, sReason, L""});
+        m_rows.Report(L"Line " + CountText(line) + L" rejected: " + sReason, line, m_lines);
     }
 
-    std::vector<LibraryRow> colRows;
-    std::vector<ImportReject> colRejects;
-
 private:
-    const StoreListeners& m_cListeners;
+    ImportRows& m_rows;
     std::size_t m_lines;
 };
 
@@ -91,9 +85,11 @@ void Store::Apply(StoreEdit& edit, const std::vector<LibraryRow>& colRows) const
         std::shared_ptr<Cut> cCut = m_cContent.ByKey(row.cPath);
         if (!cCut)
         {
-            edit.Add(nullptr, NewCutOf(row));
+            edit.Add(nullptr, NewCutOf(row), row.stamp);
             continue;
         }
+        if (row.stamp)
+            edit.Stamp(cCut, *row.stamp);
         const CutValues& values = StoreContent::Own(cCut).Values();
         CutValues next = Merged(values, row);
         if (!SameValues(values, next))
@@ -101,29 +97,43 @@ void Store::Apply(StoreEdit& edit, const std::vector<LibraryRow>& colRows) const
     }
 }
 
-std::int32_t Store::ImportCsv(const std::wstring& sFile)
+std::wstring Store::Take(ImportRows& rows, ImportReport& report, StoreEdit::Done& done)
+{
+    NeedOpenAndNoBatch(); // again: a listener may have closed it
+    StoreEdit edit;
+    Apply(edit, rows.colRows);
+    report.lAdded = LongCount(edit.Additions());
+    report.lChanged = LongCount(edit.Modifications());
+    report.lUnchanged = LongCount(rows.colRows.size() + rows.unchanged) - report.lAdded - report.lChanged;
+    report.colRejects = std::move(rows.colRejects);
+    if (report.bTrial)
+        report.colChanges = edit.Lines();
+    else
+    {
+        edit.WriteTo(*m_pFile, sqlite::Transaction::Wait::Command);
+        done = edit.TakeInto(m_cContent, *this);
+    }
+    m_report = report;
+    return report.Summary();
+}
+
+std::int32_t Store::Import(ImportReport report, const std::function<std::size_t()>& begin,
+                           const std::function<void(ImportRows&)>& collect)
 {
     NeedOpenAndNoBatch();
-    ImportReport report;
     StoreEdit::Done done;
+    m_bCancelled = false;
     try
     {
-        const std::string bytes = ReadFile(sFile);
-        const std::size_t lines = CountLines(bytes);
-        m_cListeners.WithProgress(L"Importing cuts", lines, [&] {
-            RowCollector cRows(m_cListeners, lines);
-            ReadLibraryCsv(bytes, cRows);
-            NeedOpenAndNoBatch(); // again: a listener may have closed it
-            StoreEdit edit;
-            Apply(edit, cRows.colRows);
-            edit.WriteTo(*m_pFile, sqlite::Transaction::Wait::Command);
-            done = edit.TakeInto(m_cContent, *this);
-            report.lAdded = LongCount(done.colAdded.size());
-            report.lChanged = LongCount(done.colModified.size());
-            report.lUnchanged = LongCount(cRows.colRows.size()) - report.lAdded - report.lChanged;
-            report.colRejects = std::move(cRows.colRejects);
-            m_report = report;
-            return report.Summary();
+        const std::size_t steps = begin();
+        m_cListeners.WithProgress(L"Importing cuts", steps, [&] {
+            ImportRows rows([this](const std::wstring& sText, std::size_t count, std::size_t max) {
+                m_cListeners.Progress(sText, count, max);
+                if (m_bCancelled)
+                    throw RuntimeError(error::UserInterrupt, L"The import was cancelled.");
+            });
+            collect(rows);
+            return Take(rows, report, done);
         });
     }
     catch (const RuntimeError& e)
@@ -135,6 +145,65 @@ std::int32_t Store::ImportCsv(const std::wstring& sFile)
     m_cListeners.Added(done.colAdded);
     m_cListeners.Modified(done.colModified);
     return report.lAdded + report.lChanged;
+}
+
+std::int32_t Store::ImportLines(const std::wstring& sFile, bool bTrial, const CsvReading& read)
+{
+    ImportReport report;
+    report.bTrial = bTrial;
+    std::string bytes;
+    std::size_t lines = 0;
+    const auto begin = [&] {
+        bytes = ReadFile(sFile);
+        return lines = CountLines(bytes);
+    };
+    return Import(std::move(report), begin, [&](ImportRows& rows) {
+        RowCollector cRows(rows, lines);
+        read(bytes, cRows);
+    });
+}
+
+std::int32_t Store::ImportCsv(const std::wstring& sFile)
+{
+    return ImportLines(sFile, false,
+                       [](std::string_view bytes, LibraryCsvSink& cSink) { ReadLibraryCsv(bytes, cSink); });
+}
+
+std::int32_t Store::ImportMappedCsv(const std::wstring& sFile, const std::wstring& sMap, bool bTrial)
+{
+    const ColumnMap map = ParseColumnMap(sMap);
+    return ImportLines(sFile, bTrial, [&](std::string_view bytes, LibraryCsvSink& cSink) {
+        ReadLibraryCsv(bytes, cSink, map, DelimiterOf(bytes));
+    });
+}
+
+std::int32_t Store::ImportAudio(const std::wstring& sPath, const std::wstring& sCategory, bool bTrial,
+                                AudioCollector collect)
+{
+    NeedOpen();
+    ImportReport report;
+    report.bTrial = bTrial;
+    report.bFiles = true;
+    const auto stamps = m_pFile->FileStamps();
+    const auto stampOf = [&](const TextKey& cKey) {
+        const auto cCut = m_cContent.ByKey(cKey);
+        const auto it = cCut ? stamps.find(cCut->ID()) : stamps.end();
+        return it == stamps.end() ? std::nullopt : std::optional(it->second);
+    };
+    const AudioImport import{Trim(sCategory), stampOf};
+    return Import(
+        std::move(report), [] { return std::size_t{0}; },
+        [&](ImportRows& rows) { collect(sPath, import, rows); });
+}
+
+std::int32_t Store::ImportFolder(const std::wstring& sFolder, const std::wstring& sCategory, bool bTrial)
+{
+    return ImportAudio(sFolder, sCategory, bTrial, CollectFolder);
+}
+
+std::int32_t Store::ImportPlaylist(const std::wstring& sFile, const std::wstring& sCategory, bool bTrial)
+{
+    return ImportAudio(sFile, sCategory, bTrial, CollectPlaylist);
 }
 
 } // namespace ravlo

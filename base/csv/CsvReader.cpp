@@ -28,7 +28,11 @@ int NoSpace(unsigned char) { return 0; } // blanks belong to their field
 class Reader
 {
 public:
-    Reader(std::string_view bytes, CsvSink& cSink) : m_bytes(bytes), m_cSink(cSink) { Start(); }
+    Reader(std::string_view bytes, CsvSink& cSink, char cDelimiter)
+        : m_bytes(bytes), m_cSink(cSink), m_cDelimiter(cDelimiter)
+    {
+        Start();
+    }
     Reader(const Reader&) = delete;
     Reader& operator=(const Reader&) = delete;
     ~Reader() { csv_free(&m_parser); }
@@ -46,6 +50,7 @@ private:
         if (csv_init(&m_parser, CSV_STRICT | CSV_STRICT_FINI) != 0)
             throw std::bad_alloc();
         csv_set_space_func(&m_parser, NoSpace);
+        csv_set_delim(&m_parser, static_cast<unsigned char>(m_cDelimiter));
         csv_set_blk_size(&m_parser, 4096);
         m_lFields = 0;
         m_bInRow = false;
@@ -139,6 +144,7 @@ private:
 
     std::string_view m_bytes;
     CsvSink& m_cSink;
+    char m_cDelimiter;
     csv_parser m_parser{};
     std::vector<std::string> m_fields; // reused from row to row; the first m_lFields count
     std::size_t m_lFields = 0;
@@ -159,7 +165,27 @@ std::wstring TextOf(CsvFault eFault)
                                           : L"a quotation mark is never closed";
 }
 
-void ReadCsv(std::string_view bytes, CsvSink& cSink) { Reader(bytes, cSink).Run(); }
+void ReadCsv(std::string_view bytes, CsvSink& cSink, char cDelimiter)
+{
+    Reader(bytes, cSink, cDelimiter).Run();
+}
+
+char DelimiterOf(std::string_view bytes) noexcept
+{
+    constexpr std::string_view sDelimiters = ",;\t";
+    std::size_t counts[sDelimiters.size()] = {};
+    bool bQuoted = false;
+    for (const char c : bytes.substr(0, LineLength(bytes)))
+    {
+        bQuoted = bQuoted != (c == '"');
+        if (const auto at = sDelimiters.find(c); !bQuoted && at != std::string_view::npos)
+            ++counts[at];
+    }
+    std::size_t best = 0;
+    for (std::size_t i = 1; i < sDelimiters.size(); ++i)
+        best = counts[i] > counts[best] ? i : best;
+    return sDelimiters[best];
+}
 
 std::size_t CountLines(std::string_view bytes) noexcept
 {

@@ -29,10 +29,14 @@ public:
     virtual void OnBadRow(std::size_t line, CsvFault eFault) = 0;
 };
 
-// Parses RFC 4180: fields between commas, quoted ones with "" for a quotation mark. A line ends
-// with CRLF, LF or CR; empty lines are no rows. Takes any bytes. After a bad row, reading
-// continues with the line after its first one. What the sink throws is thrown on.
-void ReadCsv(std::string_view bytes, CsvSink& cSink);
+// Parses RFC 4180: fields between commas (or another delimiter), quoted ones with "" for a quotation mark. A
+// line ends with CRLF, LF or CR; empty lines are no rows. Takes any bytes. After a bad row, reading continues
+// with the line after its first one. What the sink throws is thrown on.
+void ReadCsv(std::string_view bytes, CsvSink& cSink, char cDelimiter = ',');
+
+// The delimiter of a file: comma, semicolon or TAB, the one that is most frequent in its first line outside
+// quotation marks; a comma when none is.
+char DelimiterOf(std::string_view bytes) noexcept;
 
 // The number of lines. A line end at the end of the file begins no further line.
 std::size_t CountLines(std::string_view bytes) noexcept;

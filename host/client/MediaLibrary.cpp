@@ -67,16 +67,34 @@ void MediaLibrary::Open(const std::wstring& sFile)
     ThrowIfFailed(m_cDataBase->Open(Bstr(sFile).Get()), *m_cDataBase.Get(), __uuidof(_clsDataBase));
 }
 
-std::int32_t MediaLibrary::ImportCsv(const std::wstring& sFile, const Progress& progress,
-                                     std::wstring& sReport)
+std::int32_t MediaLibrary::Import(const ImportCall& call, const Progress& progress, std::wstring& sReport)
 {
     const ProgressListener listener(
         *m_cDataBase.Get(), DIID___clsDataBase, lProgressStart,
         {progress, progress, [&](const std::wstring& sStatus) { sReport = sStatus; }});
     LONG lCuts = 0;
-    ThrowIfFailed(m_cDataBase->ImportCsv(Bstr(sFile).Get(), &lCuts), *m_cDataBase.Get(),
-                  __uuidof(_clsDataBase));
+    ThrowIfFailed(call(*m_cDataBase, &lCuts), *m_cDataBase.Get(), __uuidof(_clsDataBase));
     return lCuts;
+}
+
+std::int32_t MediaLibrary::ImportCsv(const std::wstring& sFile, const Progress& progress,
+                                     std::wstring& sReport)
+{
+    const auto call = [&](_clsDataBase& cDataBase, LONG* plCuts) {
+        return cDataBase.ImportCsv(Bstr(sFile).Get(), plCuts);
+    };
+    return Import(call, progress, sReport);
+}
+
+std::wstring MediaLibrary::ImportReport() const
+{
+    Bstr sText;
+    ThrowIfFailed(m_cDataBase->get_LastImportReport(sText.Receive()), *m_cDataBase.Get(),
+                  __uuidof(_clsDataBase));
+    std::wstring sReport;
+    for (const std::wstring& sLine : Split(sText.Text(), sCrLf))
+        sReport += sLine + L"\n";
+    return sReport;
 }
 
 std::wstring MediaLibrary::PlaysCsv(DateTime dtFrom, DateTime dtTo, const std::wstring& sBy) const

@@ -42,6 +42,11 @@ public:
     void Open(const std::wstring& sFile);
     // Returns the number of cuts; sReport receives the database's report of the import.
     std::int32_t ImportCsv(const std::wstring& sFile, const Progress& progress, std::wstring& sReport);
+    // The same for any of the database's imports.
+    using ImportCall = std::function<HRESULT(_clsDataBase& cDataBase, LONG* plCuts)>;
+    std::int32_t Import(const ImportCall& call, const Progress& progress, std::wstring& sReport);
+    // The report of the last import, with what it could not use, in lines ended with LF.
+    std::wstring ImportReport() const;
     // The text of a CSV file (docs/formats/plays-csv.md).
     std::wstring PlaysCsv(DateTime dtFrom, DateTime dtTo, const std::wstring& sBy) const;
     // Every cut, in the database's order.

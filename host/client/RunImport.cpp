@@ -7,6 +7,8 @@
 #include "base/Text.h"
 #include "host/day/HostError.h"
 
+#include <atomic>
+
 namespace ravlo
 {
 
@@ -33,28 +35,79 @@ private:
     bool m_bArmed;
 };
 
+// While it exists, Ctrl+C asks for the end of the import instead of ending the program.
+class CancelKey
+{
+public:
+    CancelKey() { SetConsoleCtrlHandler(&OnKey, TRUE); }
+    CancelKey(const CancelKey&) = delete;
+    CancelKey& operator=(const CancelKey&) = delete;
+    ~CancelKey() { SetConsoleCtrlHandler(&OnKey, FALSE); }
+    static bool Pressed() noexcept { return s_bPressed; }
+
+private:
+    // Runs on a thread of the system.
+    static BOOL WINAPI OnKey(DWORD lEvent) noexcept
+    {
+        if (lEvent != CTRL_C_EVENT && lEvent != CTRL_BREAK_EVENT)
+            return FALSE;
+        s_bPressed = true;
+        return TRUE;
+    }
+    static inline std::atomic<bool> s_bPressed = false;
+};
+
+// What is imported, as it was named on the command line.
+const std::wstring& SourceOf(const ImportOptions& options)
+{
+    return !options.sCsv.empty()      ? options.sCsv
+           : !options.sFolder.empty() ? options.sFolder
+                                      : options.sPlaylist;
+}
+
+HRESULT Call(_clsDataBase& cDataBase, const ImportOptions& options, LONG* plCuts)
+{
+    const Bstr sSource(FullPath(SourceOf(options)));
+    const Bstr sCategory(options.sCategory);
+    const VARIANT_BOOL bTrial = options.bTrial ? VARIANT_TRUE : VARIANT_FALSE;
+    if (!options.sFolder.empty())
+        return cDataBase.ImportFolder(sSource.Get(), sCategory.Get(), bTrial, plCuts);
+    if (!options.sPlaylist.empty())
+        return cDataBase.ImportPlaylist(sSource.Get(), sCategory.Get(), bTrial, plCuts);
+    return cDataBase.ImportMappedCsv(sSource.Get(), Bstr(options.sMap).Get(), bTrial, plCuts);
+}
+
 } // namespace
 
 void RunImport(const ImportOptions& options, const Console& cOut, const Console& cError)
 {
     const auto sDataBase = FullPath(options.sDataBase);
-    const auto sCsv = FullPath(options.sCsv);
-    MustExist(sCsv);
+    if (options.sFolder.empty())
+        MustExist(FullPath(SourceOf(options)));
     MustBeWritable(sDataBase);
 
     UndoNewDataBase undo(sDataBase);
     ProgressLine line(cError, options.bProgress);
     MediaLibrary library;
     library.Open(sDataBase);
+    const CancelKey cancel;
     std::wstring sReport;
-    const auto cuts = library.ImportCsv(
-        sCsv, [&](const std::wstring& sText, long, long) { line.Show(sText); }, sReport);
+    const auto cuts = library.Import(
+        [&](_clsDataBase& cDataBase, LONG* plCuts) { return Call(cDataBase, options, plCuts); },
+        [&](const std::wstring& sText, long, long) {
+        line.Show(sText);
+        if (CancelKey::Pressed())
+            library.Object().CancelImport();
+        },
+        sReport);
     line.Clear();
-    undo.Keep();
-    cOut.Write(L"Imported " + DecimalText(cuts) + L" cuts from " + options.sCsv + L" into " +
-               options.sDataBase + L"\n");
-    if (!sReport.empty())
-        cOut.Write(sReport + L"\n");
+    if (!options.bTrial)
+    {
+        undo.Keep();
+        cOut.Write(L"Imported " + DecimalText(cuts) + L" cuts from " + SourceOf(options) + L" into " +
+                   options.sDataBase + L"\n");
+    }
+    cOut.Write(library.ImportReport());
 }
 
 } // namespace ravlo

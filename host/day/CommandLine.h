@@ -21,7 +21,12 @@ inline constexpr int lExitRed = 4;      // a level of the station does not fare 
 struct ImportOptions
 {
     std::wstring sDataBase;
-    std::wstring sCsv;
+    std::wstring sCsv; // exactly one of these three
+    std::wstring sFolder;
+    std::wstring sPlaylist;
+    std::wstring sMap;      // with a CSV: its column names
+    std::wstring sCategory; // with audio files: of new cuts; empty: their genre
+    bool bTrial = false;    // only say what would change
     bool bProgress = false; // also where standard error is no console
 };
 

@@ -25,7 +25,20 @@ void DescribeImport(CLI::App& cImport, ImportOptions& options)
 {
     AddText(cImport, "--db", options.sDataBase, "FILE", "the media database; made when it is missing")
         .required();
-    AddText(cImport, "--csv", options.sCsv, "FILE", "the library in CSV form").required();
+    auto& cSource = *cImport.add_option_group("source");
+    auto& cCsv = AddText(cSource, "--csv", options.sCsv, "FILE", "the library in CSV form");
+    AddText(cSource, "--folder", options.sFolder, "FOLDER",
+            "the audio files of a folder and of those in it, with their tags");
+    AddText(cSource, "--m3u", options.sPlaylist, "FILE", "the audio files of a playlist, M3U or M3U8");
+    cSource.require_option(1);
+    AddText(cImport, "--map", options.sMap, "OURS=THEIRS,...",
+            "with --csv: the columns' names in a file that another program made, such as "
+            "artist=Performer,path=File,duration=Length")
+        .needs(&cCsv);
+    AddText(cImport, "--category", options.sCategory, "NAME",
+            "of audio files: the category of cuts that have none (default: the genre)")
+        .excludes(&cCsv);
+    cImport.add_flag("--dry-run", options.bTrial, "say what would change, and change nothing");
     DescribeProgress(cImport, options);
 }
 

@@ -169,6 +169,28 @@ STDMETHODIMP DataBaseFace::PlaysCsv(DATE dtFrom, DATE dtTo, BSTR sBy, BSTR* pVal
 {
     return Return(pVal, [&] { return m_cStore->PlaysCsv(dtFrom, dtTo, TextOf(sBy)); });
 }
+STDMETHODIMP DataBaseFace::ImportFolder(BSTR sFolder, BSTR sCategory, VARIANT_BOOL bTrial, LONG* pVal)
+{
+    return Return(pVal,
+                  [&] { return m_cStore->ImportFolder(TextOf(sFolder), TextOf(sCategory), bTrial != 0); });
+}
+STDMETHODIMP DataBaseFace::ImportPlaylist(BSTR sFile, BSTR sCategory, VARIANT_BOOL bTrial, LONG* pVal)
+{
+    return Return(pVal,
+                  [&] { return m_cStore->ImportPlaylist(TextOf(sFile), TextOf(sCategory), bTrial != 0); });
+}
+STDMETHODIMP DataBaseFace::ImportMappedCsv(BSTR sFile, BSTR sMap, VARIANT_BOOL bTrial, LONG* pVal)
+{
+    return Return(pVal, [&] { return m_cStore->ImportMappedCsv(TextOf(sFile), TextOf(sMap), bTrial != 0); });
+}
+STDMETHODIMP DataBaseFace::CancelImport()
+{
+    return Guard([&] { m_cStore->CancelImport(); });
+}
+STDMETHODIMP DataBaseFace::get_LastImportReport(BSTR* pVal)
+{
+    return Get(pVal, m_cStore, &Store::LastImportReport);
+}
 
 STDMETHODIMP BatchesFace::BeginBatch()
 {

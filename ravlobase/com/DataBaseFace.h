@@ -84,6 +84,11 @@ public:
     STDMETHODIMP RemoveCuts(IDispatch* colCuts, LONG* pVal) override;
     STDMETHODIMP ImportCsv(BSTR sFile, LONG* pVal) override;
     STDMETHODIMP PlaysCsv(DATE dtFrom, DATE dtTo, BSTR sBy, BSTR* pVal) override;
+    STDMETHODIMP ImportFolder(BSTR sFolder, BSTR sCategory, VARIANT_BOOL bTrial, LONG* pVal) override;
+    STDMETHODIMP ImportPlaylist(BSTR sFile, BSTR sCategory, VARIANT_BOOL bTrial, LONG* pVal) override;
+    STDMETHODIMP ImportMappedCsv(BSTR sFile, BSTR sMap, VARIANT_BOOL bTrial, LONG* pVal) override;
+    STDMETHODIMP CancelImport() override;
+    STDMETHODIMP get_LastImportReport(BSTR* pVal) override;
 
     static const ClassIdentity identity;
 

@@ -349,6 +349,11 @@ public:
     STDMETHODIMP RemoveCuts(IDispatch*, LONG*) override { return E_NOTIMPL; }
     STDMETHODIMP ImportCsv(BSTR, LONG*) override { return E_NOTIMPL; }
     STDMETHODIMP PlaysCsv(DATE, DATE, BSTR, BSTR*) override { return E_NOTIMPL; }
+    STDMETHODIMP ImportFolder(BSTR, BSTR, VARIANT_BOOL, LONG*) override { return E_NOTIMPL; }
+    STDMETHODIMP ImportPlaylist(BSTR, BSTR, VARIANT_BOOL, LONG*) override { return E_NOTIMPL; }
+    STDMETHODIMP ImportMappedCsv(BSTR, BSTR, VARIANT_BOOL, LONG*) override { return E_NOTIMPL; }
+    STDMETHODIMP CancelImport() override { return E_NOTIMPL; }
+    STDMETHODIMP get_LastImportReport(BSTR*) override { return E_NOTIMPL; }
 
 private:
     HRESULT Find(_clsCut** pVal, const std::function<bool(HostCutObject&)>& matches)

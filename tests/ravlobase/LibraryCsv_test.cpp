@@ -29,6 +29,32 @@ Rows Read(const std::string& bytes)
     return cRows;
 }
 
+TEST(LibraryCsv, AMapNamesTheColumnsOfAnotherProgram)
+{
+    Rows cRows;
+    ReadLibraryCsv(
+        "Performer;Name;File;Length;artist;Duration\nAnn;One;a.mp3;1:02:03;?;?\nBob;Two;b.mp3;long;?;?\n",
+        cRows, ParseColumnMap(L"artist = performer,title=Name,path=FILE,duration=Length"), ';');
+    ASSERT_EQ(cRows.colRows.size(), 1U);
+    EXPECT_EQ(cRows.colRows[0].cPath.Text(), L"a.mp3");
+    EXPECT_EQ(cRows.colRows[0].sArtist, L"Ann") << "the mapped column, not the one of the same name";
+    EXPECT_EQ(cRows.colRows[0].sTitle, L"One");
+    EXPECT_EQ(cRows.colRows[0].lDurationmS, 3723000);
+    EXPECT_EQ(cRows.colRejects, Lines{L"Line 3: duration: \"long\" is not a length such as 3:25"});
+
+    const auto raised = [](const wchar_t* sMap, const char* bytes = "path\n") {
+        return RaisedBy([&] {
+            Rows cNone;
+            ReadLibraryCsv(bytes, cNone, ParseColumnMap(sMap));
+        });
+    };
+    EXPECT_EQ(raised(L""), Raised{});
+    EXPECT_EQ(raised(L"artist"), (Raised{5, L"\"artist\" maps no column (expected: artist=Their name)."}));
+    EXPECT_EQ(raised(L"singer=Artist"), (Raised{5, L"\"singer\" is no column of a library."}));
+    EXPECT_EQ(raised(L"title=Name"),
+              (Raised{321, L"This is no library CSV: its header line has no column \"Name\"."}));
+}
+
 TEST(LibraryCsv, EveryColumnIsTaken)
 {
     const auto cRows = Read("path,artist,title,album,year,duration_ms,run_time_ms,categories,level,opener,"

@@ -8,6 +8,7 @@ import datetime
 import os
 import shutil
 import sqlite3
+import struct
 import subprocess
 import threading
 import time
@@ -247,6 +248,25 @@ class RavloHost(HostCase):
             self.assertIn("library.db\" cannot be opened: the disk is full.", error)
             self.assertEqual(error.count("\n"), 1, error)
         self.assertEqual(sorted(file.name for file in disk.iterdir()), ["filler", "library.db"])
+
+    def test_a_folder_of_tagged_files_is_imported(self):
+        music = self.folder / "music"
+        (music / "deep").mkdir(parents=True)
+        silence = b"RIFF" + struct.pack("<I", 8036) + b"WAVEfmt " + struct.pack("<IHHIIHH", 16, 1, 1, 8000, 8000, 1, 8)
+        (music / "deep" / "Ann - One.wav").write_bytes(silence + b"data" + struct.pack("<I", 8000) + b"\x80" * 8000)
+        (music / "broken.m4a").write_bytes(b"\0\0\0\x20ftypM4A ")
+        folder = ("import", "--db", "library.db", "--folder", "music", "--category", "Gold")
+        tried = self.good(*folder, "--dry-run")
+        self.assertIn("1 cut would be added, 0 changed, 0 unchanged, 1 file rejected.\n", tried)
+        self.assertIn("Ann - One [Gold]", tried)
+        self.assertFalse((self.folder / "library.db").exists())
+        done = self.good(*folder)
+        self.assertIn("Imported 1 cuts from music into library.db\n1 cut added,", done)
+        self.assertIn("broken.m4a: is no audio file, or damaged\n", done)
+        self.assertIn("0 cuts added, 0 changed, 1 unchanged", self.good(*folder))
+        self.assertIn("Gold", self.good("cats", "list", *STATION))
+        self.refused(1, "was not found", "import", "--db", "new.db", "--folder", "nowhere")
+        self.assertFalse((self.folder / "new.db").exists())
 
     def test_plays_of_a_period_are_reported(self):
         self.import_tiny()

@@ -68,6 +68,22 @@ const Case cases[] = {
     {"every row may be bad", "\"a\n\"b\n\"c", "1!stray 2!stray 3!open "},
 };
 
+TEST(CsvDelimiter, IsTheMostFrequentOneOfTheFirstLine)
+{
+    EXPECT_EQ(DelimiterOf(""), ',');
+    EXPECT_EQ(DelimiterOf("a;b;c,d\nx,y,z,1,2"), ';');
+    EXPECT_EQ(DelimiterOf("\"x;y;z\",b"), ',');
+    EXPECT_EQ(DelimiterOf("a\tb"), '\t');
+    struct Sink : CsvSink
+    {
+        void OnRow(std::size_t, std::span<const std::string> fields) override { sAll += fields[1]; }
+        void OnBadRow(std::size_t, CsvFault) override {}
+        std::string sAll;
+    } cSink;
+    ReadCsv("a;\"b;,\"\n1;2\n", cSink, ';');
+    EXPECT_EQ(cSink.sAll, "b;,2");
+}
+
 TEST(CsvReader, TakesRowsApart)
 {
     for (const auto& test : cases)

@@ -43,6 +43,27 @@ TEST(ParseCommandLine, ReadsAnImport)
     EXPECT_FALSE(options.bProgress);
 }
 
+TEST(ParseCommandLine, ReadsAnImportFromOneSource)
+{
+    const auto folder =
+        Parsed<ImportOptions>({"import", "--db", "d", "--folder", "m", "--category", "Rock", "--dry-run"});
+    EXPECT_EQ(folder.sFolder + folder.sCategory + folder.sCsv, L"mRock");
+    EXPECT_TRUE(folder.bTrial);
+    EXPECT_EQ(Parsed<ImportOptions>({"import", "--db", "d", "--m3u", "l.m3u"}).sPlaylist, L"l.m3u");
+    EXPECT_EQ(Parsed<ImportOptions>({"import", "--db", "d", "--csv", "c", "--map", "a=b"}).sMap, L"a=b");
+    for (const std::vector<std::string>& wrong :
+         std::vector<std::vector<std::string>>{{},
+                                               {"--folder", "m", "--m3u", "l"},
+                                               {"--folder", "m", "--map", "a=b"},
+                                               {"--csv", "c", "--category", "Rock"},
+                                               {"--folder", ""}})
+    {
+        std::vector<std::string> arguments{"import", "--db", "d"};
+        arguments.insert(arguments.end(), wrong.begin(), wrong.end());
+        EXPECT_EQ(Parsed<Reply>(arguments).lStatus, lExitUsage) << testing::PrintToString(wrong);
+    }
+}
+
 TEST(ParseCommandLine, ReadsTheReportOfPlays)
 {
     const auto bare = Parsed<PlaysOptions>({"plays", "--db", "d.db"});
