@@ -28,6 +28,7 @@ LICENCES = {
     "Ravlo.txt": (TREE / "LICENSE",),
     "SQLite.txt": (TREE / "packaging/sqlite.txt",),
     "libcsv.txt": (TREE / "build/third_party/libcsv/COPYING.LESSER",),
+    "TagLib.txt": (TREE / "build/third_party/taglib/COPYING.MPL",),
     "CLI11.txt": (DOC / "libcli11-dev/copyright",),
     "GCC runtime.txt": (DOC / "gcc-mingw-w64-base/copyright", pathlib.Path("/usr/share/common-licenses/GPL-3")),
     "mingw-w64 runtime.txt": (DOC / "mingw-w64-common/copyright",),
@@ -96,8 +97,9 @@ def kit_files(builds):
 def source_files():
     """This source tree with the third-party sources where cmake/setup would put them."""
     third = TREE / "build/third_party"
-    fetched = [file for folder in ("libcsv", "sqlite3") for file in sorted((third / folder).iterdir())]
-    return tracked() | {str(file.relative_to(TREE)): file.read_bytes() for file in [*fetched, third / "stamp"]}
+    fetched = [file for folder in ("libcsv", "sqlite3", "taglib") for file in sorted((third / folder).rglob("*"))
+               if file.is_file()]
+    return tracked() | {str(file.relative_to(TREE)): file.read_bytes() for file in fetched}
 
 
 def write_zip(file, files, seconds):
