@@ -13,6 +13,7 @@
 #include "host/day/DayPlan.h"
 #include "host/day/HostError.h"
 #include "host/day/PlayBook.h"
+#include "plan/DayExports.h"
 #include "plan/DayMaker.h"
 
 namespace ravlo
@@ -22,6 +23,20 @@ namespace
 {
 
 constexpr int lHoursOfADay = 24;
+
+// A file that a run may write its day to.
+struct DayFile
+{
+    const wchar_t* sWhat;
+    std::wstring DayOptions::*sName; // empty: not wanted
+    std::string (*contentOf)(const std::vector<LogRow>& rows);
+};
+
+constexpr DayFile dayFiles[] = {
+    {L"Log", &DayOptions::sLog, LogCsv},
+    {L"Playlist", &DayOptions::sM3u8, DayPlaylist},
+    {L"JSON", &DayOptions::sJson, DayJson},
+};
 
 // The slots to fill; exactly one of the two lists is used.
 struct DayRequest
@@ -111,14 +126,9 @@ void Print(const Day& day, const DayOptions& options, const Console& cOut)
     for (const auto& row : day.rows)
         sText += options.bQuiet ? L"" : LogLine(row) + L"\n";
     sText += Summary(day.rows, day.dtEnd);
-    sText += options.sLog.empty() ? L"" : L"Log: " + options.sLog + L"\n";
+    for (const DayFile& file : dayFiles)
+        sText += (options.*file.sName).empty() ? L"" : file.sWhat + (L": " + options.*file.sName) + L"\n";
     cOut.Write(sText);
-}
-
-void WriteLog(const Day& day, const DayOptions& options)
-{
-    if (!options.sLog.empty())
-        WriteWhole(FullPath(options.sLog), LogCsv(day.rows));
 }
 
 } // namespace
@@ -126,8 +136,9 @@ void WriteLog(const Day& day, const DayOptions& options)
 void RunDay(const DayOptions& options, const Console& cOut, const Console& cError)
 {
     MustBeStation(options.sDataBase, options.sAppFolder);
-    if (!options.sLog.empty())
-        MustBeWritable(FullPath(options.sLog));
+    for (const DayFile& file : dayFiles)
+        if (!(options.*file.sName).empty())
+            MustBeWritable(FullPath(options.*file.sName));
     auto request = ReadRequest(options);
     MediaLibrary library;
     library.Open(FullPath(options.sDataBase));
@@ -152,12 +163,14 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
         book.Tick();
         line.Show(L"Filling the day: " + DecimalText(static_cast<std::int64_t>(dDone * 100)) + L" %");
     });
-    // The log comes first: it shows what was aired, whether that could be saved or not.
+    // The files come first: they show what was aired, whether that could be saved or not.
     Day day;
     Failures failures;
     failures.Try([&] { Fill(day, request, options, maker); });
     line.Clear();
-    failures.Try([&] { WriteLog(day, options); });
+    for (const DayFile& file : dayFiles)
+        if (!(options.*file.sName).empty())
+            failures.Try([&] { WriteWhole(FullPath(options.*file.sName), file.contentOf(day.rows)); });
     Print(day, options, cOut);
     failures.Try([&] {
         failures.Add(book.Settle(

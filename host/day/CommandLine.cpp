@@ -117,6 +117,9 @@ void DescribeDay(CLI::App& cDay, DayOptions& options)
         ->check(CLI::Range(1, lMostHours));
     DescribePlan(cDay, options.sClock, options.sSlots);
     AddText(cDay, "--log", options.sLog, "FILE", "write the log to this file, CSV");
+    AddText(cDay, "--m3u8", options.sM3u8, "FILE",
+            "write the day as a playlist, extended M3U8 with start times");
+    AddText(cDay, "--json", options.sJson, "FILE", "write the day as JSON");
     cDay.add_flag(
         "--save-each", options.bSaveEach,
         "save the play and the rotation order with every pick, as on air (default: the plays once a "

@@ -56,7 +56,9 @@ struct DayOptions
     std::optional<int> lHours;
     std::wstring sClock; // at most one of these two
     std::wstring sSlots;
-    std::wstring sLog;         // empty: no file
+    std::wstring sLog; // each a file; empty: none
+    std::wstring sM3u8;
+    std::wstring sJson;
     bool bSaveEach = false;    // save with every pick, as on air
     bool bQuiet = false;       // the summary only
     RotationSwitches rotation; // for this run

@@ -5,6 +5,7 @@ RAVLO_WITH_SCREEN names the wrapper for windows; see also host_case.py.
 """
 import contextlib
 import datetime
+import json
 import os
 import shutil
 import sqlite3
@@ -151,6 +152,17 @@ class RavloHost(HostCase):
         self.assertTrue(any(line.startswith("Slots: ") for line in out))
         quiet = self.good(*arguments, "--quiet")
         self.assertTrue(quiet.startswith("From "), quiet)
+
+    def test_a_day_is_written_as_a_playlist_and_as_json(self):
+        self.import_samples()
+        rows = self.sample_day("log.csv", "--start", START, "--hours", "2", "--m3u8", "day.m3u8", "--json", "day.json")
+        slots = json.loads((self.folder / "day.json").read_text(encoding="utf-8"))
+        self.assertEqual([(slot["start"], slot["path"], str(slot["duration_ms"])) for slot in slots],
+                         [(row["start"], row["path"], row["duration_ms"]) for row in rows])
+        lines = (self.folder / "day.m3u8").read_text(encoding="utf-8").split("\n")
+        self.assertEqual(lines[0], "#EXTM3U")
+        self.assertEqual(lines[1:-1:3], [f"#EXT-X-PROGRAM-DATE-TIME:{row['start']}" for row in rows])
+        self.assertEqual(lines[3::3], [row["path"] for row in rows])
 
     def test_the_station_is_the_folder_that_was_asked_for(self):
         self.import_tiny()
