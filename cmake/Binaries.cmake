@@ -13,7 +13,7 @@ endif()
 set(RAVLO_ASSEMBLY_VERSION ${PROJECT_VERSION_MAJOR}.0.0.0)
 
 # ravlo_product(<target> <description>): a binary that ships. Its file properties show the version; in a release it is
-# stripped, and its debug information is in <file>.debug beside it, where debuggers find it.
+# stripped, and its debug information is in <file>.debug next to it, where debuggers find it.
 function(ravlo_product NAME DESCRIPTION)
   set(FILE ${NAME}.exe)
   set(TYPE VFT_APP)

@@ -82,7 +82,7 @@ def bmp(width, height, paint):
 
 
 def side(width=328, height=628):
-    """The picture beside the first and the last page, twice as large as at 100 %."""
+    """The picture next to the first and the last page, twice as large as at 100 %."""
     def paint(x, y):
         size = width * 0.5
         left, top = (width - size) / 2, height * 0.16

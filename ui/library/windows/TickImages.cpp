@@ -46,7 +46,7 @@ public:
     }
     // Inside of its edge line.
     bool IsInside(double dX, double dY) const { return Contains(dX, dY, m_lLine); }
-    // In the smaller square that stands for some.
+    // In the smaller square that means some.
     bool IsInMiddle(double dX, double dY) const
     {
         return Contains(dX, dY, (m_lEnd - m_lFirst) / 3 - m_lLine / 2);
