@@ -96,7 +96,7 @@ void TakeFile(const fs::path& cPath, const AudioImport& import, ImportRows& rows
 
 } // namespace
 
-std::optional<FileStamp> StampOf(const fs::path& cPath)
+std::optional<ImportStamp> StampOf(const fs::path& cPath)
 {
     std::error_code failedTime;
     std::error_code failedSize;
@@ -105,8 +105,8 @@ std::optional<FileStamp> StampOf(const fs::path& cPath)
     if (failedTime || failedSize)
         return std::nullopt;
     const auto since = std::chrono::file_clock::to_sys(when).time_since_epoch();
-    return FileStamp{std::chrono::duration_cast<std::chrono::milliseconds>(since).count(),
-                     static_cast<std::int64_t>(size)};
+    return ImportStamp{std::chrono::duration_cast<std::chrono::milliseconds>(since).count(),
+                       static_cast<std::int64_t>(size)};
 }
 
 std::wstring CategoryOfGenre(std::wstring sGenre)

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "base/TextKey.h"
-#include "ravlobase/FileStamp.h"
 #include "ravlobase/ImportRows.h"
+#include "ravlobase/ImportStamp.h"
 
 #include <filesystem>
 #include <functional>
@@ -18,7 +18,7 @@ struct AudioImport
 {
     std::wstring sCategory; // for cuts without one; empty: the genre of the file
     // The stamp that the cut of this key had at its last import; nothing for a file that is new.
-    std::function<std::optional<FileStamp>(const TextKey& cKey)> stampOf;
+    std::function<std::optional<ImportStamp>(const TextKey& cKey)> stampOf;
 };
 
 // Collects the audio files of a folder and of the folders in it, in the order of their names. Throws 76 when
@@ -39,7 +39,7 @@ LibraryRow RowOfFile(const std::filesystem::path& cPath, const std::wstring& sKn
 LibraryRow RowOfName(const std::wstring& sName);
 
 // The stamp of a file; nothing when it cannot be looked at.
-std::optional<FileStamp> StampOf(const std::filesystem::path& cPath);
+std::optional<ImportStamp> StampOf(const std::filesystem::path& cPath);
 
 // A genre as a category name: characters that no file name may have become "-".
 std::wstring CategoryOfGenre(std::wstring sGenre);

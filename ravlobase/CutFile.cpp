@@ -316,18 +316,18 @@ void CutFile::ForEachPlay(DateTime dtFrom, DateTime dtTo, const std::function<vo
     }
 }
 
-std::unordered_map<std::int32_t, FileStamp> CutFile::FileStamps()
+std::unordered_map<std::int32_t, ImportStamp> CutFile::FileStamps()
 {
-    std::unordered_map<std::int32_t, FileStamp> stamps;
+    std::unordered_map<std::int32_t, ImportStamp> stamps;
     if (!HasLayout2())
         return stamps;
     sqlite::Statement row(m_cConnection, "SELECT cut_id, modified, size FROM imported_files");
     while (row.Step())
-        stamps.emplace(LongOf(row.Number(0)), FileStamp{row.Number(1), row.Number(2)});
+        stamps.emplace(LongOf(row.Number(0)), ImportStamp{row.Number(1), row.Number(2)});
     return stamps;
 }
 
-void CutFile::PutFileStamp(std::int32_t lID, const FileStamp& stamp)
+void CutFile::PutFileStamp(std::int32_t lID, const ImportStamp& stamp)
 {
     Prepared("INSERT OR REPLACE INTO imported_files VALUES(?,?,?)")
         .Bind(1, lID)

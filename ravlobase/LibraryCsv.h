@@ -3,7 +3,7 @@
 
 #include "base/DateTime.h"
 #include "base/TextKey.h"
-#include "ravlobase/FileStamp.h"
+#include "ravlobase/ImportStamp.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -32,7 +32,7 @@ struct LibraryRow
     std::optional<std::wstring> sSecondaryKey;
     std::optional<DateTime> dtLastPlayed;
     bool bOnlyFirstCategories = false; // colCategories are for a cut that has none
-    std::optional<FileStamp> stamp;    // of the audio file that the values come from
+    std::optional<ImportStamp> stamp;  // of the audio file that the values come from
 };
 
 // What the columns of a file are that another program made: the name here, and the name there.

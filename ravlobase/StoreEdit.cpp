@@ -10,12 +10,12 @@
 namespace ravlo
 {
 
-void StoreEdit::Add(std::shared_ptr<StoreCut> cCut, CutValues values, std::optional<FileStamp> stamp)
+void StoreEdit::Add(std::shared_ptr<StoreCut> cCut, CutValues values, std::optional<ImportStamp> stamp)
 {
     m_colAdditions.push_back({std::move(cCut), std::move(values), 0, stamp});
 }
 
-void StoreEdit::Stamp(std::shared_ptr<Cut> cCut, const FileStamp& stamp)
+void StoreEdit::Stamp(std::shared_ptr<Cut> cCut, const ImportStamp& stamp)
 {
     m_stamps.emplace_back(std::move(cCut), stamp);
 }

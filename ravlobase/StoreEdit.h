@@ -21,12 +21,12 @@ class StoreEdit
 {
 public:
     // The object becomes the database's own; null makes a new one.
-    void Add(std::shared_ptr<StoreCut> cCut, CutValues values, std::optional<FileStamp> stamp = {});
+    void Add(std::shared_ptr<StoreCut> cCut, CutValues values, std::optional<ImportStamp> stamp = {});
     // A cut of the database. Without values it is only announced. Of several values the last ones count.
     void Modify(std::shared_ptr<Cut> cCut, std::optional<CutValues> next);
 
     // The file of a cut of the database has been read.
-    void Stamp(std::shared_ptr<Cut> cCut, const FileStamp& stamp);
+    void Stamp(std::shared_ptr<Cut> cCut, const ImportStamp& stamp);
 
     // What it would do, a line for each cut: "Add D:\\a.mp3: Artist - Title".
     std::vector<std::wstring> Lines() const;
@@ -56,7 +56,7 @@ private:
         std::shared_ptr<StoreCut> cCut;
         CutValues values;
         std::int32_t lID;
-        std::optional<FileStamp> stamp;
+        std::optional<ImportStamp> stamp;
     };
     struct Modification
     {
@@ -68,7 +68,7 @@ private:
     std::vector<Addition> m_colAdditions;
     std::vector<Modification> m_colModifications;
     std::unordered_map<const Cut*, std::size_t> m_positions; // of the modifications
-    std::vector<std::pair<std::shared_ptr<Cut>, FileStamp>> m_stamps;
+    std::vector<std::pair<std::shared_ptr<Cut>, ImportStamp>> m_stamps;
     bool m_bRecordPlays = false;
 };
 

@@ -7,11 +7,11 @@ namespace ravlo
 {
 
 // When a file was last modified and how long it was: what an import remembers of it.
-struct FileStamp
+struct ImportStamp
 {
     std::int64_t modified; // milliseconds since 1970, UTC
     std::int64_t size;
-    bool operator==(const FileStamp&) const = default;
+    bool operator==(const ImportStamp&) const = default;
 };
 
 } // namespace ravlo
