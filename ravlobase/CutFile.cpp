@@ -316,7 +316,7 @@ void CutFile::ForEachPlay(DateTime dtFrom, DateTime dtTo, const std::function<vo
     }
 }
 
-std::unordered_map<std::int32_t, ImportStamp> CutFile::FileStamps()
+std::unordered_map<std::int32_t, ImportStamp> CutFile::ImportStamps()
 {
     std::unordered_map<std::int32_t, ImportStamp> stamps;
     if (!HasLayout2())
@@ -327,7 +327,7 @@ std::unordered_map<std::int32_t, ImportStamp> CutFile::FileStamps()
     return stamps;
 }
 
-void CutFile::PutFileStamp(std::int32_t lID, const ImportStamp& stamp)
+void CutFile::PutImportStamp(std::int32_t lID, const ImportStamp& stamp)
 {
     Prepared("INSERT OR REPLACE INTO imported_files VALUES(?,?,?)")
         .Bind(1, lID)

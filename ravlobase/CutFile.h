@@ -39,7 +39,7 @@ public:
     // The plays from dtFrom until before dtTo, in the order of their times.
     void ForEachPlay(DateTime dtFrom, DateTime dtTo, const std::function<void(const PlayRecord&)>& visit);
     // The stamps of imported files, by the numbers of their cuts.
-    std::unordered_map<std::int32_t, ImportStamp> FileStamps();
+    std::unordered_map<std::int32_t, ImportStamp> ImportStamps();
 
     // Precondition of each: a transaction.
     std::int32_t Insert(const CutValues& values); // returns the new cut's ID
@@ -49,7 +49,7 @@ public:
     void UpdateLastPlayed(std::int32_t lID, DateTime dtWhen);
     // The same play twice is one record: the first one.
     void InsertPlay(const PlayRecord& play);
-    void PutFileStamp(std::int32_t lID, const ImportStamp& stamp);
+    void PutImportStamp(std::int32_t lID, const ImportStamp& stamp);
 
     sqlite::Connection& Sql() noexcept { return m_cConnection; }
 

@@ -73,7 +73,7 @@ void StoreEdit::WriteTo(CutFile& cFile, sqlite::Transaction::Wait eWait)
     {
         addition.lID = cFile.Insert(addition.values);
         if (addition.stamp)
-            cFile.PutFileStamp(addition.lID, *addition.stamp);
+            cFile.PutImportStamp(addition.lID, *addition.stamp);
     }
     for (const Modification& modification : m_colModifications)
         if (modification.next)
@@ -84,7 +84,7 @@ void StoreEdit::WriteTo(CutFile& cFile, sqlite::Transaction::Wait eWait)
                 cFile.InsertPlay(PlayOf(*modification.next));
         }
     for (const auto& [cCut, stamp] : m_stamps)
-        cFile.PutFileStamp(cCut->ID(), stamp);
+        cFile.PutImportStamp(cCut->ID(), stamp);
     cTransaction.Commit();
 }
 

@@ -184,7 +184,7 @@ std::int32_t Store::ImportAudio(const std::wstring& sPath, const std::wstring& s
     ImportReport report;
     report.bTrial = bTrial;
     report.bFiles = true;
-    const auto stamps = m_pFile->FileStamps();
+    const auto stamps = m_pFile->ImportStamps();
     const auto stampOf = [&](const TextKey& cKey) {
         const auto cCut = m_cContent.ByKey(cKey);
         const auto it = cCut ? stamps.find(cCut->ID()) : stamps.end();
