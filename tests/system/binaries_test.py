@@ -42,10 +42,12 @@ class Binaries(unittest.TestCase):
             self.assertIn(b" at Thu Jan  1 00:00:00 1970", content, library)
 
     @unittest.skipUnless(os.environ.get("RAVLO_RELEASE"), "only what ships is stripped")
-    def test_debug_information_is_beside_the_stripped_program(self):
+    def test_debug_information_is_next_to_the_stripped_program(self):
         for name, binary in each().items():
             long_names = [section for section in binary.sections if section.startswith(b"/")]
-            self.assertEqual((binary.symbols, len(long_names)), (0, 1), name) # the link to the debug information alone
+            self.assertEqual(binary.symbols, 0, name)
+            # The link to the debug information and, in 32 bit, .eh_frame; debug information has six and more.
+            self.assertIn(len(long_names), (1, 2), name)
             self.assertIn(f"{name}.debug\0".encode(), binary.content)
             self.assertGreater((FOLDER / f"{name}.debug").stat().st_size, len(binary.content) // 4)
 
