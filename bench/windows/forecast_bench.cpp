@@ -3,8 +3,8 @@
 // every value that a report needs. Processor time in milliseconds, next to the same work without COM on the
 // same database. Prints a table and exits with 1 when a time or a ratio is above its limit.
 #include "bench/Radio.h"
+#include "bench/windows/ComBench.h"
 #include "comkit/Collection.h"
-#include "comkit/Errors.h"
 #include "forecast/clsRotation.h"
 #include "ravlobase/Store.h"
 
@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <limits>
 
@@ -25,22 +24,6 @@ namespace
 constexpr DateTime dtStart = 46'000.25;
 constexpr int lDays = 7;
 constexpr int lRuns = 5;
-
-template <class I> ComPtr<I> New(const wchar_t* sLibrary, REFCLSID clsid)
-{
-    using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-    const HMODULE hDll = ::LoadLibraryW(sLibrary);
-    if (!hDll)
-        throw RuntimeError(error::FileNotFound);
-    const auto get = reinterpret_cast<GetClassObject>(
-        reinterpret_cast<void*>(::GetProcAddress(hDll, "DllGetClassObject")));
-    void* pvFactory = nullptr;
-    ThrowIfFailed(get(clsid, IID_IClassFactory, &pvFactory));
-    const auto cFactory = ComPtr<IClassFactory>::Adopt(static_cast<IClassFactory*>(pvFactory));
-    void* pvObject = nullptr;
-    ThrowIfFailed(cFactory->CreateInstance(nullptr, __uuidof(I), &pvObject));
-    return ComPtr<I>::Adopt(static_cast<I*>(pvObject));
-}
 
 double ProcessorMs()
 {
@@ -241,20 +224,12 @@ bool Measure(std::int64_t cuts, double dLimitMs)
 int main()
 {
     using namespace ravlo::bench;
-    if (FAILED(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)))
-        return EXIT_FAILURE;
-    try
-    {
+    return RunComBench([] {
         std::printf("          without COM        through COM\n");
         std::printf("%7s %8s %10s %8s %10s %8s %8s %7s %7s\n", "cuts", "playing", "everything", "Simulate",
                     "reading it", "together", "limit ms", "ratio", "limit");
         const bool bSmall = Measure(5'000, 300);
         const bool bLarge = Measure(100'000, 1'500);
-        return bSmall && bLarge ? EXIT_SUCCESS : EXIT_FAILURE;
-    }
-    catch (const ravlo::RuntimeError& cError)
-    {
-        std::printf("%d %ls\n", static_cast<int>(cError.Number()), cError.Description().c_str());
-        return EXIT_FAILURE;
-    }
+        return bSmall && bLarge;
+    });
 }

@@ -4,6 +4,7 @@
 // no call has read before; the ratio is that of the later ones. Prints a table and exits with 1 when a ratio
 // is above its limit.
 #include "bench/Radio.h"
+#include "bench/windows/ComBench.h"
 #include "com/HostDatabase.h"
 #include "comkit/CutFace.h"
 #include "ravlobase/Store.h"
@@ -12,7 +13,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <limits>
 
@@ -24,22 +24,6 @@ namespace
 
 constexpr double dLimit = 3.0;
 constexpr std::int32_t lTwoDays = 2 * 24 * 60;
-
-ComPtr<_clsDataBase> EmbeddedDataBase()
-{
-    using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-    const HMODULE hDll = ::LoadLibraryW(L"RavloBase.dll");
-    if (!hDll)
-        throw RuntimeError(error::FileNotFound);
-    const auto get = reinterpret_cast<GetClassObject>(
-        reinterpret_cast<void*>(::GetProcAddress(hDll, "DllGetClassObject")));
-    void* pvFactory = nullptr;
-    ThrowIfFailed(get(CLSID_clsDataBase, IID_IClassFactory, &pvFactory));
-    const auto cFactory = ComPtr<IClassFactory>::Adopt(static_cast<IClassFactory*>(pvFactory));
-    void* pvDataBase = nullptr;
-    ThrowIfFailed(cFactory->CreateInstance(nullptr, IID__clsDataBase, &pvDataBase));
-    return ComPtr<_clsDataBase>::Adopt(static_cast<_clsDataBase*>(pvDataBase));
-}
 
 // One level with all cuts of a database, each of which played a day ago.
 struct Station
@@ -118,7 +102,7 @@ Station::Cost NativeCost(const std::filesystem::path& path)
 
 Station::Cost ComCost(const std::filesystem::path& path)
 {
-    const ComPtr<_clsDataBase> cDataBase = EmbeddedDataBase();
+    const ComPtr<_clsDataBase> cDataBase = New<_clsDataBase>(L"RavloBase.dll", CLSID_clsDataBase);
     ThrowIfFailed(cDataBase->Open(Bstr(path.wstring()).Get()));
     return Station(HostDatabase::Of(cDataBase.Get())).WalkCost();
 }
@@ -146,20 +130,12 @@ bool Compare(std::int64_t cuts)
 int main()
 {
     using namespace ravlo::bench;
-    if (FAILED(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)))
-        return EXIT_FAILURE;
-    try
-    {
+    return RunComBench([] {
         std::printf("%9s %12s %12s %12s %12s %7s %7s\n", "n", "first: COM", "native", "later: COM", "native",
                     "ratio", "limit");
         bool bWithin = true;
         for (const std::int64_t cuts : {1'000, 10'000, 100'000})
             bWithin = Compare(cuts) && bWithin;
-        return bWithin ? EXIT_SUCCESS : EXIT_FAILURE;
-    }
-    catch (const ravlo::RuntimeError& cError)
-    {
-        std::printf("%d %ls\n", static_cast<int>(cError.Number()), cError.Description().c_str());
-        return EXIT_FAILURE;
-    }
+        return bWithin;
+    });
 }
