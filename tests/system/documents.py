@@ -3,7 +3,8 @@
 
 Checks each *.md of the tree: links and their headings; paths into the source tree, with or without an extension;
 `CamelCase` names of the code. In the guide for host developers, the members, their parameters and their help strings,
-against the interface definitions. In the architecture, the table of the layers, against the build files.
+against the interface definitions. In the architecture, the table of the layers, against the build files. Also refuses a
+picture of docs/ that no page shows.
 """
 import pathlib
 import re
@@ -134,10 +135,17 @@ def check_layers(tree, text):
             yield f"{folder} may include from {sorted(named.get(folder, ()))}"
 
 
+def check_pictures(tree, pages):
+    shown = {(page.parent / link).resolve() for page in pages for link in LINK.findall(page.read_text(encoding="utf-8"))}
+    for picture in sorted((tree / "docs").rglob("*.png")):
+        if picture.resolve() not in shown:
+            yield f"{picture.relative_to(tree)}: no page shows it"
+
+
 def check(tree):
     """The faults, one line each; and the number of pages looked at."""
-    faults = []
     pages, known = documents(tree), names(tree)
+    faults = [*check_pictures(tree, pages)]
     for page in pages:
         text = page.read_text(encoding="utf-8")
         found = [*check_links(page, text), *check_paths(tree, text), *check_names(known, text)]

@@ -23,14 +23,14 @@ ravlo_layer(rotation FOLDER rotation DEPENDS model)
 
 
 class Documents(unittest.TestCase):
-    def faults(self, readme="", guide=GUIDE, architecture=None, scheduler=SCHEDULER):
+    def faults(self, readme="", guide=GUIDE, architecture=None, scheduler=SCHEDULER, shown="![A window](window.png)"):
         with tempfile.TemporaryDirectory() as folder:
             tree = pathlib.Path(folder)
             files = {"README.md": readme, "docs/guide-host-developer.md": guide,
                      "rotation/Selection.cpp": "void Walk::SendToBack();", "docs/words.md": "# What is a *level*?\n",
                      "comkit/RavloScheduler.idl": scheduler, "comkit/RavloBase.idl": "",
-                     "comkit/KorvaCollection.idl": COLLECTION,
-                     "build/old.md": "[gone](gone.md)"}
+                     "comkit/KorvaCollection.idl": COLLECTION, "docs/index.md": shown,
+                     "build/old.md": "[gone](gone.md)", "docs/window.png": ""}
             if architecture:
                 files |= {"docs/ARCHITECTURE.md": architecture, "CMakeLists.txt": BUILD}
             for name, text in files.items():
@@ -58,6 +58,9 @@ class Documents(unittest.TestCase):
     def test_a_name_that_is_not_in_the_code_is_refused(self):
         self.assertEqual(self.faults("`Walk::SendToBack`, `SendToBack`, `vbTab and CrLf`, `build`"), [])
         self.assertEqual(self.faults("`Walk::SendToFront`"), ["README.md: no SendToFront in the code"])
+
+    def test_a_picture_that_no_page_shows_is_refused(self):
+        self.assertEqual(self.faults(shown=""), ["docs/window.png: no page shows it"])
 
     def test_members_are_described_with_their_parameters(self):
         self.assertEqual(self.faults(), [])
