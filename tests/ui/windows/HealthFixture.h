@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <commctrl.h>
 #include <cstddef>
 #include <functional>
@@ -82,8 +83,22 @@ struct HealthWindowTest : ::testing::Test
         hWindow = user.WaitFor(sfrmHealthClass);
         WaitForFigures(user);
     }
-    void WaitForFigures(const User& user) const
+    // The window's work begins by a timer, and an idle thread may still wait for one. A timer that is set
+    // later comes later.
+    void WaitForTimers(const User& user)
     {
+        bTimersPassed = false;
+        cHost.Run(user, [] {
+            ::SetTimer(nullptr, 0, USER_TIMER_MINIMUM, [](HWND, UINT, UINT_PTR lTimer, DWORD) {
+                ::KillTimer(nullptr, lTimer);
+                bTimersPassed = true;
+            });
+        });
+        user.Until([] { return bTimersPassed.load(); }, "timers");
+    }
+    void WaitForFigures(const User& user)
+    {
+        WaitForTimers(user);
         const auto bSettled = [&] {
             return Rows(eIdlstLevels) > 0 && !Shown(At(eIdcmdCancelRun)) &&
                    User::Text(At(eIdlblReasons)).find(L"being worked out") == std::wstring::npos;
@@ -132,6 +147,7 @@ struct HealthWindowTest : ::testing::Test
         return static_cast<int>(Send(At(lId), LVM_GETNEXTITEM, -1, reinterpret_cast<void*>(LVNI_SELECTED)));
     }
 
+    static inline std::atomic<bool> bTimersPassed = false;
     HostWindow cHost;
     TestStation cState;
     int lCuts = 0;

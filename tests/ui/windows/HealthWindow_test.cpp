@@ -3,6 +3,8 @@
 #include "ui/windows/HealthFixture.h"
 #include "ui/windows/Tidy.h"
 
+#include <utility>
+
 namespace ravlo::test
 {
 
@@ -19,6 +21,31 @@ enum Tab
 };
 
 using Texts = std::vector<std::wstring>;
+
+// Esc or a click on a control, in the middle of some work: on the windows' own thread, whose next messages
+// bring it.
+void SendNow(HWND hClicked)
+{
+    INPUT inputs[2]{};
+    if (hClicked)
+    {
+        const RECT place = PlaceOf(hClicked);
+        ::SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+        inputs[0].type = inputs[1].type = INPUT_MOUSE;
+        inputs[0].mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
+        inputs[1].mi.dwFlags = MOUSEEVENTF_LEFTUP;
+    }
+    else
+    {
+        inputs[0].type = inputs[1].type = INPUT_KEYBOARD;
+        inputs[0].ki.wVk = inputs[1].ki.wVk = VK_ESCAPE;
+        inputs[1].ki.dwFlags = KEYEVENTF_KEYUP;
+    }
+    ::SendInput(ARRAYSIZE(inputs), inputs, sizeof inputs[0]);
+    constexpr DWORD lDeadline = 15'000; // milliseconds
+    ::MsgWaitForMultipleObjectsEx(0, nullptr, lDeadline, hClicked ? QS_MOUSEBUTTON : QS_KEY,
+                                  MWMO_INPUTAVAILABLE);
+}
 
 } // namespace
 
@@ -76,6 +103,44 @@ TEST_F(HealthWindowTest, KeysReachEverything)
         WaitForFigures(user);
         user.Key(VK_ESCAPE);
         user.WaitUntilGone(hWindow);
+    });
+}
+
+TEST_F(HealthWindowTest, EscAndCancelEndASimulation)
+{
+    Open([&](const User& user) {
+        const std::wstring sBefore = User::Text(At(eIdlblSummary));
+        for (const bool bByKey : {true, false})
+        {
+            bool bSent = false;
+            cState.cWatchedLoop.OnPump = [&] { // the user acts while it runs
+                if (std::exchange(bSent, true))
+                    return;
+                EXPECT_TRUE(Shown(At(eIdcmdCancelRun)));
+                SendNow(bByKey ? nullptr : At(eIdcmdCancelRun));
+            };
+            user.Key(VK_F5);
+            user.Until([&] { return User::Text(At(eIdHealthStatus)) == L"Cancelled."; }, "the end");
+            user.Idle();
+            EXPECT_EQ(User::Text(At(eIdlblSummary)), sBefore);
+            EXPECT_FALSE(Shown(At(eIdcmdCancelRun)));
+            cHost.Run(user, [&] { cState.cWatchedLoop.OnPump = nullptr; });
+            user.Key(VK_F5);
+            WaitForFigures(user);
+            EXPECT_EQ(User::Text(At(eIdHealthStatus)), L"");
+        }
+    });
+}
+
+TEST_F(HealthWindowTest, CtrlSSavesTheReport)
+{
+    Open([&](const User& user) {
+        user.Key('S', VK_CONTROL);
+        EXPECT_EQ(User::Text(user.BoxWindow()), L"Save Report");
+        user.AnswerInput(L"C:\\health.html");
+        user.Until([&] { return User::Text(At(eIdHealthStatus)) == L"Saved in C:\\health.html."; },
+                   "the report");
+        EXPECT_NE(cState.cPorts.cFiles.ReadAll(L"C:\\health.html").find("Gold 1"), std::string::npos);
     });
 }
 
