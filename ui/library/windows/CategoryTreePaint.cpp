@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The category tree's rows: the selected one without the focus, and the numbers of cuts.
 #include "base/Text.h"
+#include "scheduler/UndoTexts.h"
 #include "ui/controls/windows/Colours.h"
 #include "ui/controls/windows/Controls.h"
 #include "ui/controls/windows/Dpi.h"
@@ -53,6 +54,18 @@ void CategoryTreeWindow::RepaintMoved()
     if (now.x != m_painted.x || now.y != m_painted.y)
         ::InvalidateRect(m_hTree, nullptr, TRUE);
     m_painted = now;
+}
+
+// What is drawn of an item, in words.
+std::wstring CategoryTreeWindow::Described(HTREEITEM hItem) const
+{
+    const std::optional<CategoryTreePresenter::Node> node = NodeOf(hItem);
+    if (!m_cTree || !node)
+        return {};
+    std::wstring sText = m_cTree->At(*node).cuts ? CountedCuts(*m_cTree->At(*node).cuts) : L"";
+    if (m_cTree->TicksOf(*node) == CategoryTreePresenter::Ticks::Some)
+        sText += sText.empty() ? L"some levels ticked" : L", some levels ticked";
+    return sText;
 }
 
 // Nothing when there is no room next to the label.

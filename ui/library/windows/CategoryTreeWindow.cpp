@@ -70,7 +70,8 @@ CategoryTreeWindow::CategoryTreeWindow(HWND hParent, int lId)
     : m_hTree(MakeControl(hParent, WC_TREEVIEWW, L"Categories",
                           WS_TABSTOP | TVS_HASBUTTONS | TVS_FULLROWSELECT | TVS_SHOWSELALWAYS |
                               TVS_DISABLEDRAGDROP,
-                          lId, WS_EX_CLIENTEDGE))
+                          lId, WS_EX_CLIENTEDGE)),
+      m_described(m_hTree, [this](HTREEITEM hItem) { return Described(hItem); })
 {
     // Set after creation: a tree view created with this style gives no item a check box.
     SetStyle(TVS_CHECKBOXES, true);

@@ -3,6 +3,7 @@
 
 #include "ui/controls/windows/Handles.h"
 #include "ui/library/CategoryTreePresenter.h"
+#include "ui/library/windows/DescribedTree.h"
 #include "ui/library/windows/FolderImages.h"
 
 #include <optional>
@@ -79,6 +80,7 @@ private:
     UINT TicksShown(CategoryTreePresenter::Node node) const;
     void ShowTicks(CategoryTreePresenter::Node node);
     void RepaintMoved();
+    std::wstring Described(HTREEITEM hItem) const;
     void DrawCount(const NMCUSTOMDRAW& draw, CategoryTreePresenter::Node node) const;
     bool ShowsWholeRow() const;
     void MarkDropTarget();
@@ -97,6 +99,7 @@ private:
     int m_lDpi = 96;
     std::optional<CategoryTreePresenter::Node> m_dropTarget;
     DWORD m_lTargetSince = 0; // GetTickCount
+    DescribedTree m_described;
 };
 
 } // namespace ravlo
