@@ -2,6 +2,8 @@
 // The menu of the cuts in the library window, and what a drag and a cut look like.
 #include "ui/windows/LibraryFixture.h"
 
+#include <cstdlib>
+
 namespace ravlo::test
 {
 
@@ -10,19 +12,20 @@ namespace
 
 struct LibraryCutMenu : FilledLibrary
 {
-    // The colour of the darkest point of a row.
-    int Darkest(int lRow) const
+    // How much the text of a row that is not selected differs from its background.
+    int Contrast(int lRow) const
     {
         RECT row{};
         row.left = LVIR_LABEL;
         Send(hGrid, LVM_GETITEMRECT, lRow, &row);
+        const int lBack = GetGValue(::GetSysColor(COLOR_WINDOW));
         const HDC hDC = ::GetDC(hGrid);
-        int lDarkest = 255;
+        int lContrast = 0;
         for (LONG y = row.top + 1; y < row.bottom - 1; ++y)
             for (LONG x = row.left + 4; x < row.left + 60; ++x)
-                lDarkest = std::min(lDarkest, static_cast<int>(GetGValue(::GetPixel(hDC, x, y))));
+                lContrast = std::max(lContrast, std::abs(GetGValue(::GetPixel(hDC, x, y)) - lBack));
         ::ReleaseDC(hGrid, hDC);
-        return lDarkest;
+        return lContrast;
     }
 };
 
@@ -116,10 +119,10 @@ TEST_F(LibraryCutMenu, CutRowsArePaleUntilEscOrAPaste)
         user.Key('X', VK_CONTROL);
         user.Shot(hWindow, L"library-cut-rows");
         ClickRow(user, 5);
-        EXPECT_GT(Darkest(1), Darkest(0) + 60);
-        EXPECT_LT(Darkest(2), Darkest(0) + 20);
+        EXPECT_LT(Contrast(1), Contrast(0) - 60);
+        EXPECT_GT(Contrast(2), Contrast(0) - 20);
         user.Key(VK_ESCAPE);
-        EXPECT_LT(Darkest(1), Darkest(0) + 20);
+        EXPECT_GT(Contrast(1), Contrast(0) - 20);
     });
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The headings of the library window's cut grid: sorting, columns.
+#include "ui/library/GridColumns.h"
 #include "ui/windows/LibraryFixture.h"
 
 namespace ravlo::test
@@ -47,6 +48,23 @@ TEST_F(LibraryHeadings, AClickSortsReversesAndReturnsToTheSchedule)
         ClickHeading(user, 2);
         EXPECT_EQ(Artists(), colRockArtists);
         EXPECT_EQ(SortMark(2), 0);
+    });
+}
+
+TEST_F(LibraryHeadings, NoHeadingOfNumbersIsCutOff)
+{
+    Open([&](const User& user) {
+        for (const int lDpi : {96, 144, 192})
+        {
+            user.ChangeResolution(hWindow, lDpi, 1000, 460);
+            // What a heading without a theme needs: its margins, and an edge on either side.
+            const auto lAround =
+                static_cast<int>(Send(Header(), HDM_GETBITMAPMARGIN)) * 2 + 2 * ::GetSystemMetrics(SM_CXEDGE);
+            for (const int lColumn : {0, 1, 4, 6, 7})
+                EXPECT_GE(ColumnWidth(lColumn),
+                          Send(hGrid, LVM_GETSTRINGWIDTHW, 0, colGridColumns.at(lColumn).sHeader) + lAround)
+                    << lDpi << " dpi, column " << lColumn;
+        }
     });
 }
 

@@ -16,7 +16,7 @@ namespace
 
 constexpr std::size_t known = colGridColumns.size();
 constexpr std::size_t countedColumns = 2; // position and identifier
-constexpr int lCellMargins = 14;          // at 96 dpi, left and right of a text together
+constexpr int lCellMargins = 16; // at 96 dpi, left and right of a heading's text together, edges included
 
 // The list always aligns its first column left, and screen readers name a row by it: so that one is the
 // artist, which is shown third.
