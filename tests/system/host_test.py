@@ -541,6 +541,10 @@ class RavloHost(HostCase):
         self.assertEqual(self.picture("category", "--multi", "--cut", "d:\\C.MP3"),
                          (chosen + "The cut is placed in: rock\n", ""))
 
+    def test_the_health_window_opens_with_the_clock(self):
+        self.good("import", "--db", "t.db", "--csv", self.write("t.csv", TINY))
+        self.assertEqual(self.picture("health", "--window", "--clock", self.write("clock", "rock,2\n")), ("", ""))
+
     def test_a_box_does_not_keep_a_picture_waiting(self):
         self.good("import", "--db", "t.db", "--csv", self.write("t.csv", TINY))
         self.good("cats", "list", "--db", "t.db", "--app", ".")
