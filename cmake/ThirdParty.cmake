@@ -40,10 +40,31 @@ file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/include/taglib/taglib_config.h
 file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/include/taglib/config.h
   CONTENT "#define HAVE_GCC_ATOMIC 1\n#define HAVE_GCC_BYTESWAP 1\n#define HAVE_VSNPRINTF 1\n")
 add_library(taglib STATIC ${sources})
+# Its classes can print themselves, which would link the standard streams with all of their locales into each program: its
+# headers see a stream that drops everything, and no <iostream>.
+file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/include/taglib/NoStreams.h CONTENT [[
+#pragma once
+#include <bitset>
+#include <istream>
+#include <list>
+#include <map>
+#include <string>
+#include <vector>
+namespace std
+{
+struct NoStream
+{
+    template <class Any> NoStream& operator<<(const Any&) { return *this; }
+};
+}
+#define ostream NoStream
+#define cerr NoStream()
+]])
 set(RAVLO_TAGLIB_INCLUDES ${includes})
+set(RAVLO_TAGLIB_OPTIONS -include ${CMAKE_BINARY_DIR}/include/taglib/NoStreams.h -D_GLIBCXX_IOSTREAM)
 target_include_directories(taglib PRIVATE ${includes} ${RAVLO_THIRD_PARTY}/taglib/3rdparty)
 target_compile_definitions(taglib PRIVATE TAGLIB_STATIC HAVE_CONFIG_H NDEBUG)
-target_compile_options(taglib PRIVATE -Os -g0 -w -ffunction-sections -fdata-sections)
+target_compile_options(taglib PRIVATE -Os -g0 -w -ffunction-sections -fdata-sections ${RAVLO_TAGLIB_OPTIONS})
 if(RAVLO_SANITIZE)
   target_compile_options(taglib PRIVATE -fno-sanitize=all)
 endif()

@@ -3,21 +3,16 @@
 
 #include "base/RuntimeError.h"
 #include "base/Text.h"
-#include "base/Utf8.h"
 #include "platform/DeviceNames.h"
-#include "ravlobase/FilePath.h"
+#include "platform/disk/Disk.h"
 #include "tags/AudioTags.h"
 
 #include <algorithm>
-#include <chrono>
-#include <system_error>
 #include <unordered_set>
 #include <utility>
 
 namespace ravlo
 {
-
-namespace fs = std::filesystem;
 
 namespace
 {
@@ -31,40 +26,39 @@ public:
     explicit FolderWalk(ImportRows& rows) : m_rows(rows) {}
 
     // Nothing when the folder cannot be listed.
-    void Walk(const fs::path& cFolder, int lDepth)
+    void Walk(const std::wstring& sFolder, int lDepth)
     {
-        std::vector<fs::path> colFolders;
+        std::vector<std::wstring> colFolders;
         const std::size_t first = colFiles.size();
-        if (lDepth > lDeepest || !List(cFolder, colFolders))
+        if (lDepth > lDeepest || !List(sFolder, colFolders))
         {
-            m_rows.Reject(PathText(cFolder), lDepth > lDeepest ? L"too many folders in each other"
-                                                               : L"the folder cannot be read");
+            m_rows.Reject(sFolder, lDepth > lDeepest ? L"too many folders in each other"
+                                                     : L"the folder cannot be read");
             return;
         }
         std::sort(colFiles.begin() + static_cast<std::ptrdiff_t>(first), colFiles.end());
         std::sort(colFolders.begin(), colFolders.end());
-        for (const fs::path& cInner : colFolders)
-            Walk(cInner, lDepth + 1);
+        for (const std::wstring& sInner : colFolders)
+            Walk(sInner, lDepth + 1);
     }
 
-    std::vector<fs::path> colFiles;
+    std::vector<std::wstring> colFiles;
 
 private:
-    bool List(const fs::path& cFolder, std::vector<fs::path>& colFolders)
+    bool List(const std::wstring& sFolder, std::vector<std::wstring>& colFolders)
     {
-        std::error_code failed;
-        for (fs::directory_iterator it(cFolder, failed), end; !failed && it != end; it.increment(failed))
-        {
-            std::error_code ignored;
-            if (it->is_directory(ignored))
+        auto entries = disk::Entries(sFolder);
+        if (!entries)
+            return false;
+        for (disk::Entry& entry : *entries)
+            if (!entry.bFolder)
             {
-                if (!it->is_symlink(ignored))
-                    colFolders.push_back(it->path());
+                if (IsAudioFile(entry.sPath))
+                    colFiles.push_back(std::move(entry.sPath));
             }
-            else if (IsAudioFile(PathText(it->path())))
-                colFiles.push_back(it->path());
-        }
-        return !failed;
+            else if (!entry.bLink)
+                colFolders.push_back(std::move(entry.sPath));
+        return true;
     }
 
     ImportRows& m_rows;
@@ -75,10 +69,9 @@ std::optional<std::wstring> NotEmpty(const std::wstring& sText)
     return sText.empty() ? std::nullopt : std::optional(sText);
 }
 
-void TakeFile(const fs::path& cPath, const AudioImport& import, ImportRows& rows)
+void TakeFile(const std::wstring& sPath, const AudioImport& import, ImportRows& rows)
 {
-    const std::wstring sPath = PathText(cPath);
-    const auto stamp = StampOf(cPath);
+    const auto stamp = disk::StampOf(sPath);
     if (stamp && import.stampOf(TextKey(sPath)) == stamp)
     {
         ++rows.unchanged;
@@ -86,7 +79,7 @@ void TakeFile(const fs::path& cPath, const AudioImport& import, ImportRows& rows
     }
     try
     {
-        rows.colRows.push_back(RowOfFile(cPath, L"", import));
+        rows.colRows.push_back(RowOfFile(sPath, L"", import));
     }
     catch (const RuntimeError& e)
     {
@@ -95,19 +88,6 @@ void TakeFile(const fs::path& cPath, const AudioImport& import, ImportRows& rows
 }
 
 } // namespace
-
-std::optional<ImportStamp> StampOf(const fs::path& cPath)
-{
-    std::error_code failedTime;
-    std::error_code failedSize;
-    const auto when = fs::last_write_time(cPath, failedTime);
-    const auto size = fs::file_size(cPath, failedSize);
-    if (failedTime || failedSize)
-        return std::nullopt;
-    const auto since = std::chrono::file_clock::to_sys(when).time_since_epoch();
-    return ImportStamp{std::chrono::duration_cast<std::chrono::milliseconds>(since).count(),
-                       static_cast<std::int64_t>(size)};
-}
 
 std::wstring CategoryOfGenre(std::wstring sGenre)
 {
@@ -131,11 +111,11 @@ LibraryRow RowOfName(const std::wstring& sName)
     return row;
 }
 
-LibraryRow RowOfFile(const fs::path& cPath, const std::wstring& sKnown, const AudioImport& import)
+LibraryRow RowOfFile(const std::wstring& sPath, const std::wstring& sKnown, const AudioImport& import)
 {
-    const AudioTags tags = ReadAudioTags(PathText(cPath));
-    LibraryRow row = RowOfName(sKnown.empty() ? PathText(cPath.stem()) : sKnown);
-    row.cPath = TextKey(PathText(cPath));
+    const AudioTags tags = ReadAudioTags(sPath);
+    LibraryRow row = RowOfName(sKnown.empty() ? disk::StemOf(sPath) : sKnown);
+    row.cPath = TextKey(sPath);
     // With a title in the file its name is no credit: "12 - Title" is common.
     if (!tags.sArtist.empty() || !tags.sTitle.empty())
         row.sArtist = NotEmpty(tags.sArtist);
@@ -150,29 +130,29 @@ LibraryRow RowOfFile(const fs::path& cPath, const std::wstring& sKnown, const Au
     if (!sCategory.empty())
         row.colCategories = {sCategory};
     row.bOnlyFirstCategories = true;
-    row.stamp = StampOf(cPath);
+    row.stamp = disk::StampOf(sPath);
     return row;
 }
 
 void CollectFolder(const std::wstring& sFolder, const AudioImport& import, ImportRows& rows)
 {
-    std::error_code failed;
-    const fs::path cFolder = fs::absolute(FilePath(sFolder)).lexically_normal();
-    if (!fs::is_directory(cFolder, failed))
+    const std::wstring sWhole = disk::FullPath(sFolder);
+    const PathKind eKind = disk::KindOf(sWhole);
+    if (eKind != PathKind::Folder && eKind != PathKind::Unknown)
         throw RuntimeError(error::PathNotFound, L"The folder \"" + sFolder + L"\" was not found.");
-    if (fs::directory_iterator(cFolder, failed); failed)
+    if (!disk::Entries(sWhole))
         throw RuntimeError(error::PathFileAccess, L"The folder \"" + sFolder + L"\" cannot be read.");
     FolderWalk walk(rows);
-    walk.Walk(cFolder, 0);
+    walk.Walk(sWhole, 0);
     const std::size_t files = walk.colFiles.size();
     std::unordered_set<TextKey> keys;
     for (std::size_t i = 0; i < files; ++i)
     {
         rows.Report(L"Reading file " + CountText(i + 1) + L" of " + CountText(files), i + 1, files);
-        if (keys.insert(TextKey(PathText(walk.colFiles[i]))).second)
+        if (keys.insert(TextKey(walk.colFiles[i])).second)
             TakeFile(walk.colFiles[i], import, rows);
         else
-            rows.Reject(PathText(walk.colFiles[i]), L"another file has the same name but for the case");
+            rows.Reject(walk.colFiles[i], L"another file has the same name but for the case");
     }
 }
 

@@ -5,7 +5,6 @@
 #include "ravlobase/ImportRows.h"
 #include "ravlobase/ImportStamp.h"
 
-#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -31,15 +30,11 @@ void CollectPlaylist(const std::wstring& sFile, const AudioImport& import, Impor
 
 // The row of one audio file. Texts of sKnown ("Artist - Title", may be empty) fill those that the file does
 // not have; else the file's name does. Throws as ReadAudioTags.
-LibraryRow RowOfFile(const std::filesystem::path& cPath, const std::wstring& sKnown,
-                     const AudioImport& import);
+LibraryRow RowOfFile(const std::wstring& sPath, const std::wstring& sKnown, const AudioImport& import);
 
 // A row with the artist and the title of "Artist - Title", split at its first dash between blanks; without
 // one the text is a title.
 LibraryRow RowOfName(const std::wstring& sName);
-
-// The stamp of a file; nothing when it cannot be looked at.
-std::optional<ImportStamp> StampOf(const std::filesystem::path& cPath);
 
 // A genre as a category name: characters that no file name may have become "-".
 std::wstring CategoryOfGenre(std::wstring sGenre);

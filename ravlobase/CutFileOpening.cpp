@@ -3,15 +3,13 @@
 
 #include "base/RuntimeError.h"
 #include "base/Utf8.h"
+#include "platform/disk/Disk.h"
 #include "ravlobase/DiskRoom.h"
 #include "ravlobase/FileLayout.h"
-#include "ravlobase/FilePath.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <string_view>
-#include <system_error>
 
 namespace ravlo
 {
@@ -69,26 +67,18 @@ std::int64_t SizeIn(const std::string& bytes)
 }
 
 // Removes a file and what SQLite may have left with it, as far as they can be removed.
-void RemoveQuietly(const std::filesystem::path& cPath)
+void RemoveQuietly(const std::wstring& sFile)
 {
-    for (const char* sTail : {"", "-journal", "-wal", "-shm"})
-    {
-        std::error_code ignored;
-        auto cFile = cPath;
-        std::filesystem::remove(cFile += sTail, ignored);
-    }
+    for (const wchar_t* sTail : {L"", L"-journal", L"-wal", L"-shm"})
+        disk::Remove(sFile + sTail);
 }
 
 // The full path: SQLite gives some bare names a meaning of their own.
-std::string SqlitePath(const std::filesystem::path& cPath)
-{
-    const auto bytes = std::filesystem::absolute(cPath).u8string();
-    return {bytes.begin(), bytes.end()};
-}
+std::string SqlitePath(const std::wstring& sFile) { return Utf8Of(disk::FullPath(sFile)); }
 
-void WriteEmptyDatabase(const std::filesystem::path& cTemporary, const std::wstring& sFile)
+void WriteEmptyDatabase(const std::wstring& sTemporary, const std::wstring& sFile)
 {
-    sqlite::Connection cConnection(SqlitePath(cTemporary), sFile, sqlite::Connection::Mode::Create);
+    sqlite::Connection cConnection(SqlitePath(sTemporary), sFile, sqlite::Connection::Mode::Create);
     cConnection.Run("PRAGMA synchronous = FULL");
     sqlite::Transaction cTransaction(cConnection);
     cConnection.Run(("PRAGMA application_id = " + std::to_string(applicationID)).c_str());
@@ -102,31 +92,26 @@ void WriteEmptyDatabase(const std::filesystem::path& cTemporary, const std::wstr
 // The file is created completely or not at all.
 void CreateDataBase(const std::wstring& sFile)
 {
-    const auto cTemporary = FilePath(sFile + L".rb~");
-    RemoveQuietly(cTemporary);
+    const std::wstring sTemporary = sFile + L".rb~";
+    RemoveQuietly(sTemporary);
     try
     {
-        sqlite::NeedRoomBeside(SqlitePath(cTemporary), sFile);
-        WriteEmptyDatabase(cTemporary, sFile);
-        std::filesystem::rename(cTemporary, FilePath(sFile));
-    }
-    catch (const std::filesystem::filesystem_error&)
-    {
-        RemoveQuietly(cTemporary);
-        throw RuntimeError(error::PathFileAccess, L"The database \"" + sFile + L"\" cannot be created.");
+        sqlite::NeedRoomBeside(SqlitePath(sTemporary), sFile);
+        WriteEmptyDatabase(sTemporary, sFile);
+        if (!disk::Rename(sTemporary, sFile))
+            throw RuntimeError(error::PathFileAccess, L"The database \"" + sFile + L"\" cannot be created.");
     }
     catch (...)
     {
-        RemoveQuietly(cTemporary);
+        RemoveQuietly(sTemporary);
         throw;
     }
 }
 
 bool HasLog(const std::wstring& sFile)
 {
-    std::error_code failed;
-    const auto size = std::filesystem::file_size(FilePath(sFile + L"-wal"), failed);
-    return !failed && size > 0;
+    const auto stamp = disk::StampOf(sFile + L"-wal");
+    return stamp && stamp->size > 0;
 }
 
 // Begins a transaction that sees one state of the file and its log, which other programs may be writing to.
@@ -175,17 +160,17 @@ void CheckStructure(sqlite::Connection& cConnection)
 
 std::string ReadyPath(const std::wstring& sFile)
 {
-    const auto cPath = FilePath(sFile);
-    std::error_code ignored;
-    if (std::filesystem::is_directory(cPath, ignored))
+    const std::wstring sWhole = disk::FullPath(sFile);
+    const PathKind eKind = disk::KindOf(sWhole);
+    if (eKind == PathKind::Folder)
         throw RuntimeError(error::PathFileAccess, L"\"" + sFile + L"\" is a folder.");
-    if (!std::filesystem::exists(cPath, ignored))
+    if (eKind != PathKind::File)
     {
-        if (cPath.has_parent_path() && !std::filesystem::is_directory(cPath.parent_path(), ignored))
+        if (disk::KindOf(disk::FolderOf(sWhole)) != PathKind::Folder)
             throw RuntimeError(error::PathNotFound, L"The folder of \"" + sFile + L"\" was not found.");
         CreateDataBase(sFile);
     }
-    return SqlitePath(cPath);
+    return SqlitePath(sWhole);
 }
 
 void CheckUnread(sqlite::Connection& cConnection, const std::wstring& sFile)
@@ -195,7 +180,7 @@ void CheckUnread(sqlite::Connection& cConnection, const std::wstring& sFile)
     CheckHead(sFile, head);
     if (!bHadLog && cConnection.RawSize() != SizeIn(head))
         Refuse(sFile, L"is damaged"); // SQLite takes the missing end of a last page for zeros
-    sqlite::NeedRoomBeside(SqlitePath(FilePath(sFile)), sFile);
+    sqlite::NeedRoomBeside(SqlitePath(sFile), sFile);
     cConnection.KeepLogOnClose(bHadLog);
 }
 

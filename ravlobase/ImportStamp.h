@@ -1,17 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstdint>
+#include "platform/disk/Disk.h"
 
 namespace ravlo
 {
 
 // When a file was last modified and how long it was: what an import remembers of it.
-struct ImportStamp
-{
-    std::int64_t modified; // milliseconds since 1970, UTC
-    std::int64_t size;
-    bool operator==(const ImportStamp&) const = default;
-};
+using ImportStamp = disk::Stamp;
 
 } // namespace ravlo

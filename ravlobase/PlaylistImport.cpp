@@ -5,36 +5,23 @@
 #include "base/CaseFolding.h"
 #include "base/RuntimeError.h"
 #include "base/Text.h"
-#include "ravlobase/FilePath.h"
+#include "platform/disk/Disk.h"
 #include "ravlobase/Playlist.h"
 #include "tags/AudioTags.h"
 
-#include <algorithm>
-#include <system_error>
 #include <unordered_set>
 #include <utility>
 
 namespace ravlo
 {
 
-namespace fs = std::filesystem;
-
 namespace
 {
 
 bool IsPlaylist(const std::wstring& sPath)
 {
-    const std::wstring sExtension = FoldCase(PathText(FilePath(sPath).extension()));
+    const std::wstring sExtension = FoldCase(disk::ExtensionOf(sPath));
     return sExtension == FoldCase(L".m3u") || sExtension == FoldCase(L".m3u8");
-}
-
-// The file of an entry: relative to the playlist's folder. A list from Windows may be read elsewhere.
-fs::path FileOf(const std::wstring& sEntry, const fs::path& cFolder)
-{
-    std::wstring sPath = sEntry;
-    if constexpr (fs::path::preferred_separator == '/')
-        std::replace(sPath.begin(), sPath.end(), L'\\', L'/');
-    return fs::absolute(cFolder / FilePath(sPath)).lexically_normal();
 }
 
 class PlaylistWalk
@@ -42,17 +29,17 @@ class PlaylistWalk
 public:
     PlaylistWalk(const AudioImport& import, ImportRows& rows) : m_import(import), m_rows(rows) {}
 
-    void Walk(const fs::path& cPlaylist)
+    void Walk(const std::wstring& sPlaylist)
     {
-        m_seen.insert(TextKey(PathText(cPlaylist)));
-        const std::vector<PlaylistEntry> entries = ParsePlaylist(ReadFile(PathText(cPlaylist)));
+        m_seen.insert(TextKey(sPlaylist));
+        const std::vector<PlaylistEntry> entries = ParsePlaylist(disk::ReadFile(sPlaylist));
         for (std::size_t i = 0; i < entries.size(); ++i)
         {
             m_rows.Report(L"Reading entry " + CountText(i + 1) + L" of " + CountText(entries.size()), i + 1,
                           entries.size());
             try
             {
-                Take(entries[i], cPlaylist);
+                Take(entries[i], sPlaylist);
             }
             catch (const RuntimeError& e)
             {
@@ -62,43 +49,42 @@ public:
     }
 
 private:
-    void Take(const PlaylistEntry& entry, const fs::path& cPlaylist)
+    void Take(const PlaylistEntry& entry, const std::wstring& sPlaylist)
     {
         if (entry.sPath.find(L"://") != std::wstring::npos)
         {
             m_rows.Reject(entry.sPath, L"is an address, not a file");
             return;
         }
-        const fs::path cFile = FileOf(entry.sPath, cPlaylist.parent_path());
-        const TextKey cKey(PathText(cFile));
+        const std::wstring sFile = disk::PathIn(disk::FolderOf(sPlaylist), entry.sPath);
+        const TextKey cKey(sFile);
         if (IsPlaylist(entry.sPath))
         {
             if (m_seen.contains(cKey))
                 m_rows.Reject(cKey.Text(), L"the playlist names itself, or is named twice");
             else
-                Walk(cFile);
+                Walk(sFile);
             return;
         }
         if (!m_seen.insert(cKey).second)
             return; // a song that is played twice is one cut
-        std::error_code failed;
-        if (!fs::exists(cFile, failed))
+        if (disk::KindOf(sFile) == PathKind::None)
             TakeMissing(entry, cKey);
-        else if (const auto stamp = StampOf(cFile); stamp && m_import.stampOf(cKey) == stamp)
+        else if (const auto stamp = disk::StampOf(sFile); stamp && m_import.stampOf(cKey) == stamp)
             ++m_rows.unchanged;
         else
-            TakeFile(cFile, entry);
+            TakeFile(sFile, entry);
     }
 
-    void TakeFile(const fs::path& cFile, const PlaylistEntry& entry)
+    void TakeFile(const std::wstring& sFile, const PlaylistEntry& entry)
     {
         try
         {
-            m_rows.colRows.push_back(RowOfFile(cFile, entry.sName, m_import));
+            m_rows.colRows.push_back(RowOfFile(sFile, entry.sName, m_import));
         }
         catch (const RuntimeError& e)
         {
-            m_rows.Reject(PathText(cFile), e.Description());
+            m_rows.Reject(sFile, e.Description());
         }
     }
 
@@ -129,7 +115,7 @@ private:
 
 void CollectPlaylist(const std::wstring& sFile, const AudioImport& import, ImportRows& rows)
 {
-    PlaylistWalk(import, rows).Walk(fs::absolute(FilePath(sFile)).lexically_normal());
+    PlaylistWalk(import, rows).Walk(disk::FullPath(sFile));
 }
 
 } // namespace ravlo

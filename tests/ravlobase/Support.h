@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/Text.h"
-#include "ravlobase/FilePath.h"
+
 #include "ravlobase/Store.h"
 #include "support/Raised.h"
 
@@ -67,7 +67,7 @@ private:
 
 inline std::string BytesOf(const std::wstring& sFile)
 {
-    std::ifstream file(FilePath(sFile), std::ios::binary);
+    std::ifstream file(std::filesystem::path(sFile), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 

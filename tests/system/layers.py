@@ -10,7 +10,7 @@ import sys
 LAYER = re.compile(r"^\s*(ravlo_layer|ravlo_com_server)\(\s*(\w+)\s+FOLDER\s+([^\s)]+)([^)]*)\)", re.M)
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
 KEYWORDS = {"DEPENDS", "LIBRARIES", "TYPELIBS", "WINDOWS_ONLY"}
-WINDOWS_FOLDERS = ("com", "comkit", "ravlobase/com", "platform/windows", "host")  # and any folder named windows below ui
+WINDOWS_FOLDERS = ("com", "comkit", "ravlobase/com", "platform/windows", "platform/disk", "host")  # and any folder named windows below ui
 WINDOWS_HEADERS = {"windows.h", "ole2.h", "oleauto.h", "objbase.h", "commctrl.h"}
 SOURCES = {".h", ".cpp", ".inc"}
 
