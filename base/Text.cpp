@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "base/Text.h"
 
+#include "base/DecimalDigits.h"
+
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
-#include <system_error>
 
 namespace ravlo
 {
@@ -47,15 +47,9 @@ Decimal SevenDigitsOf(float sngValue)
 {
     constexpr int lKept = 7;
     constexpr int lExact = 111; // digits after the point; no single has more
-    char aText[lExact + 16];
-    const auto [pEnd, eError] = std::to_chars(aText, aText + sizeof aText, static_cast<double>(sngValue),
-                                              std::chars_format::scientific, lExact);
-    const std::string_view sText(aText, static_cast<std::size_t>(pEnd - aText)); // d.ddd...e+dd
-    std::string_view sExponent = sText.substr(sText.find('e') + 1);
-    if (sExponent.front() == '+')
-        sExponent.remove_prefix(1); // from_chars does not accept it
-    Decimal cDecimal{std::string(1, sText[0]) + std::string(sText.substr(2, lKept - 1)), 0};
-    std::from_chars(sExponent.data(), sExponent.data() + sExponent.size(), cDecimal.lExponent);
+    const std::string sText = ScientificDigits(static_cast<double>(sngValue), lExact); // d.ddd...e+dd
+    Decimal cDecimal{sText.substr(0, 1) + sText.substr(2, lKept - 1),
+                     std::atoi(sText.c_str() + sText.find('e') + 1)};
     if (sText[lKept + 1] >= '5')
     {
         const std::size_t last = cDecimal.sDigits.find_last_not_of('9');
@@ -220,13 +214,20 @@ private:
     {
         if (m_sDigits.empty())
             return 0.0;
-        const std::string sNumber = m_sDigits + "e" + std::to_string(m_exponent);
-        double dValue = 0;
-        const auto [pEnd, eError] = std::from_chars(sNumber.data(), sNumber.data() + sNumber.size(), dValue);
-        if (eError == std::errc())
-            return dValue;
-        const bool bLarge = static_cast<std::int64_t>(m_sDigits.size()) + m_exponent > 0;
-        return bLarge ? std::nullopt : std::optional<double>(0.0);
+        constexpr std::int64_t beyond = 400;  // digits before or after the point: no double has as many
+        constexpr std::size_t counting = 800; // digits: of all others it counts only whether there are any
+        const std::int64_t before = static_cast<std::int64_t>(m_sDigits.size()) + m_exponent;
+        if (before > beyond)
+            return std::nullopt;
+        if (before < -beyond)
+            return 0.0;
+        std::string sDigits = m_sDigits.substr(0, counting);
+        if (m_sDigits.find_first_not_of('0', counting) != std::string::npos)
+            sDigits += '1';
+        const std::int64_t exponent = before - static_cast<std::int64_t>(sDigits.size());
+        // Without a point it reads the same in every locale.
+        const double dValue = std::strtod((sDigits + "e" + std::to_string(exponent)).c_str(), nullptr);
+        return std::isinf(dValue) ? std::nullopt : std::optional<double>(dValue);
     }
 
     // &H and &O: an unsigned number of at most 64 bits.

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "forecast/ReportText.h"
 
+#include "base/DecimalDigits.h"
 #include "base/Text.h"
 #include "base/Utf8.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 
 namespace ravlo
@@ -111,11 +111,7 @@ std::string JsonText(std::wstring_view sText)
 
 std::string NumberText(double dValue, int lDecimals)
 {
-    std::array<char, 400> digits; // as many as the largest double has
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), dValue,
-                                   std::chars_format::fixed, lDecimals)
-                         .ptr;
-    std::string text(digits.data(), end);
+    std::string text = FixedDigits(dValue, lDecimals);
     if (text.find('.') != std::string::npos)
     {
         text.erase(text.find_last_not_of('0') + 1);

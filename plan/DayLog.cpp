@@ -41,12 +41,17 @@ std::wstring LineOf(const LogRow& row)
     return CsvLine(fields);
 }
 
-template <class Number> std::optional<Number> NumberIn(const std::string& sField)
+std::optional<std::int32_t> LongIn(const std::string& sField)
 {
-    Number number{};
+    std::int32_t lNumber{};
     const char* const pEnd = sField.data() + sField.size();
-    const auto [pStop, eError] = std::from_chars(sField.data(), pEnd, number);
-    return eError == std::errc() && pStop == pEnd ? std::optional(number) : std::nullopt;
+    const auto [pStop, eError] = std::from_chars(sField.data(), pEnd, lNumber);
+    return eError == std::errc() && pStop == pEnd ? std::optional(lNumber) : std::nullopt;
+}
+
+std::optional<double> GapIn(const std::string& sField)
+{
+    return sField.empty() ? std::nullopt : NumericValue(TextFromStore(sField));
 }
 
 // Reads what LineOf wrote.
@@ -61,17 +66,17 @@ public:
         if (fields.size() != columns)
             return;
         const auto dtStart = ParseIso(TextFromStore(fields[0]));
-        const auto lLevel = NumberIn<std::int32_t>(fields[2]);
-        const auto lKind = NumberIn<std::int32_t>(fields[4]);
+        const auto lLevel = LongIn(fields[2]);
+        const auto lKind = LongIn(fields[4]);
         if (!dtStart || !lLevel || !lKind) // the heading
             return;
         LogRow& row = rows.emplace_back(
             LogRow{*dtStart, {TextFromStore(fields[1]), *lLevel, fields[3] == "Y", 0}, *lKind, {}, {}, {}});
-        if (const auto lDurationmS = NumberIn<std::int32_t>(fields[9]))
+        if (const auto lDurationmS = LongIn(fields[9]))
             row.cut = PlayedCut{TextFromStore(fields[5]), TextFromStore(fields[6]), TextFromStore(fields[7]),
                                 TextFromStore(fields[8]), *lDurationmS};
-        row.dArtistGapMins = NumberIn<double>(fields[10]);
-        row.dTitleGapMins = NumberIn<double>(fields[11]);
+        row.dArtistGapMins = GapIn(fields[10]);
+        row.dTitleGapMins = GapIn(fields[11]);
     }
     void OnBadRow(std::size_t, CsvFault) override {}
 };
