@@ -9,6 +9,10 @@ if(CMAKE_SYSTEM_PROCESSOR STREQUAL "i686")
   add_link_options(-Wl,--large-address-aware) # 4 GB of addresses instead of 2 on a 64-bit Windows
 endif()
 
+# A release contains only what it uses.
+add_compile_options($<$<CONFIG:Release>:-ffunction-sections> $<$<CONFIG:Release>:-fdata-sections>)
+add_link_options($<$<CONFIG:Release>:-Wl,--gc-sections>)
+
 # What a host's manifest names stays valid in every 1.y: the assemblies of RavloSched and RavloBase have this version.
 set(RAVLO_ASSEMBLY_VERSION ${PROJECT_VERSION_MAJOR}.0.0.0)
 

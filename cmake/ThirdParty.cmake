@@ -7,11 +7,16 @@ foreach(file ${RAVLO_THIRD_PARTY}/sqlite3/sqlite3.c ${RAVLO_THIRD_PARTY}/libcsv/
   endif()
 endforeach()
 
-# C sources of others: always optimised, without our warnings and without instrumentation.
+# C sources of others: always optimised, for size where they go into a package, without our warnings and without
+# instrumentation.
+set(optimised -O2)
+if(WIN32)
+  set(optimised -Os -ffunction-sections)
+endif()
 function(ravlo_third_party target folder source)
   add_library(${target} STATIC ${RAVLO_THIRD_PARTY}/${folder}/${source})
   target_include_directories(${target} SYSTEM PUBLIC ${RAVLO_THIRD_PARTY}/${folder})
-  target_compile_options(${target} PRIVATE -O2 -g0 -w)
+  target_compile_options(${target} PRIVATE ${optimised} -g0 -w)
   if(RAVLO_SANITIZE)
     target_compile_options(${target} PRIVATE -fno-sanitize=all)
   endif()
