@@ -81,7 +81,8 @@ public:
     // usable header line.
     //
     // Of each import: with bTrial nothing is changed, and LastImport says what would be. CancelImport, from a
-    // listener to its progress, ends it with error 18 and changes nothing.
+    // listener to its progress, ends it with error 18 and changes nothing. Another import from there is
+    // refused with error 5, and the first one goes on.
     //
     // The second one takes a file that another program made: semicolons or TABs may part its fields, and sMap
     // names its columns (ParseColumnMap).
@@ -169,6 +170,7 @@ private:
     GatheredPlays m_cGathered;
     StoreListeners m_cListeners;
     ImportReport m_report;
+    bool m_bImporting = false;
     bool m_bCancelled = false; // the import that runs
 };
 

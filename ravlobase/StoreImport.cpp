@@ -3,10 +3,11 @@
 #include "ravlobase/Store.h"
 
 #include "base/RuntimeError.h"
+#include "base/ScopedFlag.h"
 #include "base/Text.h"
 #include "base/csv/CsvReader.h"
+#include "platform/disk/Disk.h"
 #include "ravlobase/AudioImport.h"
-#include "ravlobase/FilePath.h"
 #include "ravlobase/LibraryCsv.h"
 #include "ravlobase/StoreEdit.h"
 
@@ -121,10 +122,13 @@ std::int32_t Store::Import(ImportReport report, const std::function<std::size_t(
                            const std::function<void(ImportRows&)>& collect)
 {
     NeedOpenAndNoBatch();
+    if (m_bImporting)
+        throw RuntimeError(error::InvalidProcedureCall, L"An import is running already.");
     StoreEdit::Done done;
     m_bCancelled = false;
     try
     {
+        const ScopedFlag bImporting(m_bImporting);
         const std::size_t steps = begin();
         m_cListeners.WithProgress(L"Importing cuts", steps, [&] {
             ImportRows rows([this](const std::wstring& sText, std::size_t count, std::size_t max) {
@@ -154,7 +158,7 @@ std::int32_t Store::ImportLines(const std::wstring& sFile, bool bTrial, const Cs
     std::string bytes;
     std::size_t lines = 0;
     const auto begin = [&] {
-        bytes = ReadFile(sFile);
+        bytes = disk::ReadFile(sFile);
         return lines = CountLines(bytes);
     };
     return Import(std::move(report), begin, [&](ImportRows& rows) {

@@ -158,12 +158,41 @@ TEST_F(AudioImportTest, ACancelledImportChangesNothing)
     EXPECT_EQ(Import(), L"5 cuts added, 0 changed, 0 unchanged, 0 files rejected.") << "the next one runs";
 }
 
+// Starts another import at each report of one.
+class Importer : public Recorder
+{
+public:
+    Importer(Store& cStore, const std::wstring& sFolder) : m_cStore(cStore), m_sFolder(sFolder) {}
+    void Progress(const std::wstring&, std::int32_t, std::int32_t) override
+    {
+        colRaised.push_back(RaisedBy([&] { m_cStore.ImportFolder(m_sFolder); }));
+    }
+    std::vector<Raised> colRaised;
+
+private:
+    Store& m_cStore;
+    std::wstring m_sFolder;
+};
+
+TEST_F(AudioImportTest, AnImportWithinAnImportIsRefusedAndTheFirstGoesOn)
+{
+    Put("a.flac", Song("Ann", "One"));
+    Importer cImporter(m_cStore, Music());
+    m_cStore.Advise(cImporter);
+    EXPECT_EQ(Import(), L"1 cut added, 0 changed, 0 unchanged, 0 files rejected.");
+    m_cStore.Unadvise(cImporter);
+    EXPECT_EQ(cImporter.colRaised,
+              (std::vector<Raised>{{error::InvalidProcedureCall, L"An import is running already."}}));
+}
+
 TEST_F(AudioImportTest, WhatCannotBeImportedIsOneClearErrorAndChangesNothing)
 {
     const std::wstring sMissing = m_cFolder.File("missing");
     EXPECT_EQ(RaisedBy([&] { m_cStore.ImportFolder(sMissing); }),
               (Raised{error::PathNotFound, L"The folder \"" + sMissing + L"\" was not found."}));
     EXPECT_EQ(NumberRaisedBy([&] { m_cStore.ImportFolder(L""); }), error::BadFileName);
+    EXPECT_EQ(NumberRaisedBy([&] { m_cStore.ImportFolder(Music(std::string(1000, 'x'))); }),
+              error::PathNotFound);
     EXPECT_EQ(NumberRaisedBy([&] { m_cStore.ImportPlaylist(sMissing); }), error::FileNotFound);
     Store::Batch cBatch(m_cStore);
     EXPECT_EQ(NumberRaisedBy([&] { Import(); }), error::InvalidProcedureCall);
