@@ -3,6 +3,8 @@
 
 #include "ravlobase/CutFile.h"
 
+#include <algorithm>
+
 namespace ravlo
 {
 
@@ -25,8 +27,11 @@ void GatheredPlays::Write(CutFile& cFile)
 {
     if (m_cuts.empty() && m_plays.empty())
         return;
+    std::vector<const StoreCut*> colCuts(m_cuts.begin(), m_cuts.end());
+    std::sort(colCuts.begin(), colCuts.end(),
+              [](const StoreCut* pLeft, const StoreCut* pRight) { return pLeft->ID() < pRight->ID(); });
     sqlite::Transaction cTransaction(cFile.Sql());
-    for (const auto* pCut : m_cuts)
+    for (const StoreCut* pCut : colCuts)
         cFile.UpdateLastPlayed(pCut->ID(), pCut->LastPlayed());
     for (const PlayRecord& play : m_plays)
         cFile.InsertPlay(play);

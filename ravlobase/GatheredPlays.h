@@ -29,8 +29,8 @@ public:
     bool Contains(const StoreCut& cCut) const noexcept { return m_cuts.contains(&cCut); }
     void Clear() noexcept;
 
-    // Writes them as one change. When it throws, nothing was written and they stay. Skips a cut that another
-    // program has removed from the file.
+    // Writes them as one change, in the order of the cuts: the same plays give the same file. When it throws,
+    // nothing was written and they stay. Skips a cut that another program has removed from the file.
     void Write(CutFile& cFile);
 
 private:

@@ -59,6 +59,31 @@ TEST_F(PlaysTest, GatheredPlaysAreAllRecorded)
                                  L"Abba,2,0:05:29,2025-12-09T12:00:00,2025-12-09T13:00:00\n");
 }
 
+TEST_F(PlaysTest, TheSamePlaysMakeTheSameFileWhereverTheCutsAre)
+{
+    constexpr int lCuts = 300;
+    std::vector<std::vector<char>> elsewhere; // other objects between the cuts of the second database
+    const auto played = [&](const std::string& sName, std::size_t between) {
+        Store cStore;
+        cStore.Open(m_cFolder.File(sName));
+        Cuts colCuts;
+        for (int i = 0; i < lCuts; ++i)
+        {
+            colCuts.push_back(cStore.NewCut());
+            colCuts.back()->SetPath(L"D:\\" + DecimalText(i) + L".mp3");
+            elsewhere.emplace_back(between * static_cast<std::size_t>(i % 7 + 1));
+        }
+        cStore.AddCuts(colCuts);
+        cStore.BeginGathering();
+        for (int i = 0; i < lCuts; ++i)
+            colCuts[static_cast<std::size_t>(i)]->SetLastPlayed(dtNoon + i * dtHour);
+        cStore.EndGathering();
+        cStore.Close();
+        return BytesOf(m_cFolder.File(sName));
+    };
+    EXPECT_TRUE(played("first.rdb", 1) == played("second.rdb", 200));
+}
+
 TEST_F(PlaysTest, AReportHasThePlaysStillGathered)
 {
     m_cStore.BeginGathering();
