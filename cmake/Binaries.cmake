@@ -28,7 +28,7 @@ function(ravlo_product NAME DESCRIPTION)
     set(MORE "      VALUE \"OLESelfRegister\", \"\"\n")
   endif()
   configure_file(${CMAKE_SOURCE_DIR}/cmake/Version.rc.in ${NAME}.version.rc @ONLY)
-  target_sources(${NAME} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${NAME}.version.rc)
+  target_sources(${NAME} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${NAME}.version.rc ${CMAKE_SOURCE_DIR}/comkit/Terminate.cpp)
   if(CMAKE_BUILD_TYPE STREQUAL "Release")
     set(file $<TARGET_FILE:${NAME}>)
     set(without_time ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0) # these tools write the time into the header, too
