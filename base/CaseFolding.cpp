@@ -21,18 +21,18 @@ struct CaseRange
     std::int32_t lDelta;
 };
 
-constexpr CaseRange aRanges[] = {
+constexpr CaseRange aCaseRanges[] = {
 #include "base/CaseTable.inc"
 };
 
 wchar_t FoldBeyondAscii(wchar_t c) noexcept
 {
     const auto lCode = static_cast<std::uint32_t>(c);
-    const CaseRange* pRange = std::lower_bound(std::begin(aRanges), std::end(aRanges), lCode,
+    const CaseRange* pRange = std::lower_bound(std::begin(aCaseRanges), std::end(aCaseRanges), lCode,
                                                [](const CaseRange& cRange, std::uint32_t lWanted) {
         return cRange.lLast < lWanted;
     });
-    if (pRange == std::end(aRanges) || lCode < pRange->lFirst ||
+    if (pRange == std::end(aCaseRanges) || lCode < pRange->lFirst ||
         (lCode - pRange->lFirst) % pRange->lStep != 0)
         return c;
     return static_cast<wchar_t>(static_cast<std::int32_t>(lCode) + pRange->lDelta);

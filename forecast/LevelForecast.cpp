@@ -14,8 +14,6 @@ namespace ravlo
 namespace
 {
 
-constexpr double dMinutemS = 60'000;
-
 ForecastCut ForecastOf(const Explanation& explanation, DateTime dtStart)
 {
     ForecastCut forecast;

@@ -22,15 +22,12 @@ std::wstring Change(std::size_t before, std::size_t after)
            DecimalText(static_cast<std::int64_t>(after));
 }
 
-Light BrokenRulesLight(const Troubles& troubles)
-{
-    return ravlo::BrokenRulesLight(troubles.rulesBroken, troubles.picks);
-}
+Light RulesLight(const Troubles& troubles) { return BrokenRulesLight(troubles.rulesBroken, troubles.picks); }
 
 // By the counts alone.
 Light LightOf(const Troubles& troubles)
 {
-    return troubles.starved + troubles.unfilled > 0 ? Light::Red : BrokenRulesLight(troubles);
+    return troubles.starved + troubles.unfilled > 0 ? Light::Red : RulesLight(troubles);
 }
 
 // Whether a remedy for another level does harm. A broken rule more or less is chance: picks fall on other
@@ -38,18 +35,17 @@ Light LightOf(const Troubles& troubles)
 bool GetsWorse(const Troubles& before, const Troubles& after)
 {
     return after.neverPlayed > before.neverPlayed || after.underHalf > before.underHalf ||
-           BrokenRulesLight(after) > BrokenRulesLight(before);
+           RulesLight(after) > RulesLight(before);
 }
 
 // By the artist separation of a level alone.
-Light RoomLight(const SimulationResult& result, std::size_t level)
+Light ArtistLight(const SimulationResult& result, std::size_t level)
 {
     const SnapshotLevel& snapshot = result.cStation->levels[level];
     const ArtistNames names = result.cStation->names.With(result.options.bFeaturedArtists);
     const MakeUp makeUp = MakeUpOf(*result.cStation, snapshot.order, names);
     const AskingRate rate{result.PlayedDays(), result.levels[level].asked};
-    return ravlo::RoomLight(ArtistSeparation(snapshot.rules),
-                            rate.AttainableMins(makeUp.cuts, makeUp.mostOfArtist));
+    return RoomLight(ArtistSeparation(snapshot.rules), rate.AttainableMins(makeUp.cuts, makeUp.mostOfArtist));
 }
 
 } // namespace
@@ -81,7 +77,7 @@ std::wstring LevelRemedy::Remark() const
 }
 
 RemedyJudge::RemedyJudge(const SimulationResult& result, std::size_t level)
-    : m_result(result), m_level(level), m_present(TroublesOf(result)), m_eRoom(RoomLight(result, level))
+    : m_result(result), m_level(level), m_present(TroublesOf(result)), m_eRoom(ArtistLight(result, level))
 {
 }
 
@@ -101,7 +97,7 @@ bool RemedyJudge::Helps(LevelRemedy& remedy, const SimulationResult& trial) cons
 {
     const std::vector<CutNumber>& colOrder = trial.cStation->levels[m_level].order;
     const std::vector<Troubles> troubles = TroublesOf(trial);
-    remedy.bMakesRoom = RoomLight(trial, m_level) == Light::Green && LightOf(troubles[m_level]) < m_eRoom;
+    remedy.bMakesRoom = ArtistLight(trial, m_level) == Light::Green && LightOf(troubles[m_level]) < m_eRoom;
     return Helps(remedy, troubles,
                  TroublesAmong(m_result, m_level, std::unordered_set(colOrder.begin(), colOrder.end())));
 }

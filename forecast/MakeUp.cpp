@@ -41,8 +41,6 @@ namespace
 {
 
 constexpr double dDaymS = 86'400'000;
-constexpr double dMinutemS = 60'000;
-
 double WholemS(double dDays) noexcept { return std::round(dDays * dDaymS); }
 
 std::int32_t InForce(const SeparationRules& rules, std::int32_t lMins) noexcept

@@ -18,6 +18,8 @@
 namespace ravlo
 {
 
+inline constexpr double dMinutemS = 60'000;
+
 // The position of a cut in a snapshot. The ID of a copy is one more, since 0 is that of no cut.
 using CutNumber = std::uint32_t;
 

@@ -22,7 +22,7 @@ std::wstring OneLine(std::wstring sText)
 // Seconds, rounded: players expect whole ones.
 std::wstring SecondsText(std::int32_t lmS) { return DecimalText((std::int64_t{lmS} + 500) / 1000); }
 
-std::wstring Quoted(const std::wstring& sText)
+std::wstring JsonText(const std::wstring& sText)
 {
     constexpr const wchar_t* sDigits = L"0123456789abcdef";
     std::wstring sQuoted = L"\"";
@@ -40,16 +40,16 @@ std::wstring Quoted(const std::wstring& sText)
 
 std::wstring SlotJson(const LogRow& row)
 {
-    std::wstring sText = L"{\"start\": " + Quoted(IsoText(row.dtStart)) +              //
-                         L", \"category\": " + Quoted(row.slot.sCategory) +            //
+    std::wstring sText = L"{\"start\": " + JsonText(IsoText(row.dtStart)) +            //
+                         L", \"category\": " + JsonText(row.slot.sCategory) +          //
                          L", \"level\": " + DecimalText(row.slot.lLevel) +             //
                          L", \"opener\": " + (row.slot.bOpener ? L"true" : L"false") + //
                          L", \"kind\": " + DecimalText(row.lKind);
     if (row.cut)
-        sText += L", \"artist\": " + Quoted(row.cut->sArtist) + //
-                 L", \"title\": " + Quoted(row.cut->sTitle) +   //
-                 L", \"album\": " + Quoted(row.cut->sAlbum) +   //
-                 L", \"path\": " + Quoted(row.cut->sPath) +     //
+        sText += L", \"artist\": " + JsonText(row.cut->sArtist) + //
+                 L", \"title\": " + JsonText(row.cut->sTitle) +   //
+                 L", \"album\": " + JsonText(row.cut->sAlbum) +   //
+                 L", \"path\": " + JsonText(row.cut->sPath) +     //
                  L", \"duration_ms\": " + DecimalText(row.cut->lDurationmS);
     return sText + L"}";
 }

@@ -131,7 +131,7 @@ struct CsvColumn
 constexpr std::int32_t lMaxLong = std::numeric_limits<std::int32_t>::max();
 constexpr std::int32_t lMaxYear = 9999;
 
-constexpr CsvColumn columns[] = {
+constexpr CsvColumn csvColumns[] = {
     {L"path", TakePath, L""},
     {L"artist", TakeText<&LibraryRow::sArtist>, L""},
     {L"title", TakeText<&LibraryRow::sTitle>, L""},
@@ -149,7 +149,7 @@ constexpr CsvColumn columns[] = {
 
 const CsvColumn* ColumnNamed(std::wstring_view sName)
 {
-    for (const auto& column : columns)
+    for (const auto& column : csvColumns)
         if (EqualIgnoringCase(column.sName, sName))
             return &column;
     return nullptr;
@@ -210,7 +210,7 @@ private:
             if (std::find(m_columns.begin(), m_columns.end(), ColumnNamed(mapped.sOurs)) == m_columns.end())
                 RefuseFile(L"its header line has no column \"" + mapped.sTheirs + L"\"");
         for (const CsvColumn* pColumn : m_columns)
-            if (pColumn == &columns[0])
+            if (pColumn == &csvColumns[0])
                 return;
         RefuseFile(L"its header line has no column \"path\" (columns are parted by commas)");
     }

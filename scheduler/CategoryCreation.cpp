@@ -10,7 +10,6 @@ namespace ravlo
 namespace
 {
 
-constexpr std::size_t maxNameLength = 50;
 constexpr std::int32_t lLevelLimit = 32765; // exclusive; the message names another number, which users know
 constexpr const wchar_t* sAskTitle = L"New Category Creation";
 const std::wstring sTryAgain = std::wstring(sCrLf) + sCrLf + L"Try Again?";
@@ -69,7 +68,7 @@ std::optional<CategoryCreation::Refusal> CategoryCreation::RefusalOf(const std::
 {
     if (IsNumeric(sTyped))
         return Refusal{L"Invalid Category Name", L"Category Names must not be numeric!" + sTryAgain};
-    if (sTyped.size() > maxNameLength)
+    if (sTyped.size() > maxCatNameLength)
         return Refusal{L"Category Name Too Long! [max 50 chars]", L"Category Name too long!" + sTryAgain};
     if (m_cState.MainCat(sTyped) || m_cState.MainCat(sReplaced))
         return Refusal{L"Category " + sReplaced + L" Already Exists!",

@@ -4,6 +4,7 @@
 #include "base/OrderedKeyedCollection.h"
 #include "scheduler/SchedulerState.h"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,6 +15,7 @@ namespace ravlo
 // The characters that a category name must not contain, because it becomes a file name. In the order in which
 // hosts see them.
 std::shared_ptr<NameCollection> IllegalChars();
+inline constexpr std::size_t maxCatNameLength = 50; // characters
 
 // Creates main categories and levels: asks the user, refuses, asks again and saves the result. Throws on
 // errors.

@@ -316,7 +316,6 @@ void Renaming::Attempt(const std::function<void()>& body) const noexcept
 std::wstring WhyNotRename(const SchedulerState& cState, const std::wstring& sCatName,
                           const std::wstring& sNewName)
 {
-    constexpr std::size_t maxNameLength = 50;
     const auto HasIllegalChar = [&] {
         const std::shared_ptr<NameCollection> colChars = IllegalChars();
         return std::any_of(colChars->begin(), colChars->end(), [&](const std::wstring& sChar) {
@@ -329,7 +328,7 @@ std::wstring WhyNotRename(const SchedulerState& cState, const std::wstring& sCat
         return L"A category needs a name.";
     if (IsNumeric(sNewName))
         return L"A category name must not be a number.";
-    if (sNewName.size() > maxNameLength)
+    if (sNewName.size() > maxCatNameLength)
         return L"A category name has at most 50 characters.";
     if (!EqualIgnoringCase(sCatName, sNewName) && cState.MainCat(sNewName))
         return L"There is already a category named " + cState.MainCat(sNewName)->CatName() + L".";

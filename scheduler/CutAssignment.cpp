@@ -24,7 +24,7 @@ std::wstring Joined(const std::vector<std::wstring>& colNames)
 }
 
 // What an undo calls the cut: its key when its texts cannot be read.
-std::wstring ArtistAndTitle(const Cut& cCut)
+std::wstring NameInUndo(const Cut& cCut)
 {
     try
     {
@@ -63,7 +63,7 @@ void AssignCut(SchedulerState& cState, Synchronisation& cSync, const std::shared
     const std::shared_ptr<DataBase> cDataBase = cState.cDataBase;
     if (!cDataBase || !cDataBase->CutByKey(cCut->Key()))
         return SetBoth(*cCut, lCatLevel, sCategoryText);
-    const std::wstring sWhat = L"assignment of " + ArtistAndTitle(*cCut);
+    const std::wstring sWhat = L"assignment of " + NameInUndo(*cCut);
     CutChanges cChanges(cState, cSync, CutChanges::Origin::Own,
                         [&](const ChangeRecord& record, std::size_t) { cState.cUndo.Add(sWhat, record); });
     CutChanges::Rhythm rhythm;

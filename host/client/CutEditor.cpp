@@ -23,7 +23,7 @@ struct Editing
     EditedCut values;
 };
 
-std::wstring TextOf(HWND hDialog, int lControl) { return TextIn(::GetDlgItem(hDialog, lControl)); }
+std::wstring ControlText(HWND hDialog, int lControl) { return TextIn(::GetDlgItem(hDialog, lControl)); }
 
 void Fill(HWND hDialog, const Editing& editing)
 {
@@ -62,11 +62,11 @@ int ControlOf(CutField eField) noexcept
 // Reads the fields. Returns false when one is wrong, after saying why and moving the focus to it.
 bool Take(HWND hDialog, Editing& editing)
 {
-    const auto taken =
-        ValuesOf({TextOf(hDialog, lCutArtist), TextOf(hDialog, lCutTitle), TextOf(hDialog, lCutAlbum),
-                  TextOf(hDialog, lCutYear), TextOf(hDialog, lCutCategories), TextOf(hDialog, lCutLevel),
-                  ::IsDlgButtonChecked(hDialog, lCutOpener) == BST_CHECKED},
-                 editing.values);
+    const auto taken = ValuesOf({ControlText(hDialog, lCutArtist), ControlText(hDialog, lCutTitle),
+                                 ControlText(hDialog, lCutAlbum), ControlText(hDialog, lCutYear),
+                                 ControlText(hDialog, lCutCategories), ControlText(hDialog, lCutLevel),
+                                 ::IsDlgButtonChecked(hDialog, lCutOpener) == BST_CHECKED},
+                                editing.values);
     if (const auto* values = std::get_if<EditedCut>(&taken))
     {
         editing.values = *values;
@@ -80,7 +80,7 @@ bool Take(HWND hDialog, Editing& editing)
     return false;
 }
 
-INT_PTR CALLBACK OnMessage(HWND hDialog, UINT lMessage, WPARAM wParam, LPARAM lParam)
+INT_PTR CALLBACK OnEditorMessage(HWND hDialog, UINT lMessage, WPARAM wParam, LPARAM lParam)
 {
     if (lMessage == WM_INITDIALOG)
     {
@@ -173,7 +173,7 @@ bool EditCut(HWND hOwner, _clsCut& cCut, _clsDataBase& cDataBase)
     Editing editing{hOwner, Get(cCut, &_clsCut::get_Path), ValuesIn(cCut)};
     const EditedCut before = editing.values;
     const INT_PTR lAnswer = ::DialogBoxParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(lCutDialog),
-                                              hOwner, OnMessage, reinterpret_cast<LPARAM>(&editing));
+                                              hOwner, OnEditorMessage, reinterpret_cast<LPARAM>(&editing));
     if (lAnswer != IDOK)
         return false;
     if (editing.values == before)

@@ -124,7 +124,7 @@ LRESULT OnCustomDraw(const NMLVCUSTOMDRAW& draw, HFONT hBold)
     return CDRF_NEWFONT;
 }
 
-INT_PTR CALLBACK OnMessage(HWND hDialog, UINT lMessage, WPARAM wParam, LPARAM lParam)
+INT_PTR CALLBACK OnKeysMessage(HWND hDialog, UINT lMessage, WPARAM wParam, LPARAM lParam)
 {
     auto* const pOpened = reinterpret_cast<Opened*>(::GetWindowLongPtrW(hDialog, DWLP_USER));
     switch (lMessage)
@@ -170,7 +170,7 @@ void ShowKeysAndMouse(HWND hOwner)
     const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_LISTVIEW_CLASSES};
     ::InitCommonControlsEx(&controls);
     Opened opened{hOwner};
-    ::DialogBoxParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(lKeysDialog), hOwner, OnMessage,
+    ::DialogBoxParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(lKeysDialog), hOwner, OnKeysMessage,
                       reinterpret_cast<LPARAM>(&opened));
 }
 

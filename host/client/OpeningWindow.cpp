@@ -9,9 +9,9 @@ namespace ravlo
 namespace
 {
 
-constexpr ULONGLONG lLeastTicks = 50;
+constexpr ULONGLONG lLeastOpeningTicks = 50;
 
-INT_PTR CALLBACK OnMessage(HWND, UINT lMessage, WPARAM, LPARAM)
+INT_PTR CALLBACK OnOpeningMessage(HWND, UINT lMessage, WPARAM, LPARAM)
 {
     return lMessage == WM_INITDIALOG ? TRUE : FALSE; // it has no button: the opening cannot be cancelled
 }
@@ -23,7 +23,7 @@ OpeningWindow::OpeningWindow()
     const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_PROGRESS_CLASS};
     ::InitCommonControlsEx(&controls);
     m_hWindow = ::CreateDialogParamW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(lOpeningDialog), nullptr,
-                                     OnMessage, 0);
+                                     OnOpeningMessage, 0);
     ::ShowWindow(m_hWindow, SW_SHOW);
     ::UpdateWindow(m_hWindow);
 }
@@ -33,7 +33,7 @@ OpeningWindow::~OpeningWindow() { ::DestroyWindow(m_hWindow); }
 void OpeningWindow::Show(const std::wstring& sText, long lCount, long lMax)
 {
     const auto lTick = ::GetTickCount64();
-    if (lTick - m_lShown < lLeastTicks)
+    if (lTick - m_lShown < lLeastOpeningTicks)
         return;
     m_lShown = lTick;
     ::SetDlgItemTextW(m_hWindow, lOpeningText, sText.c_str());

@@ -7,14 +7,14 @@ namespace ravlo
 namespace
 {
 
-constexpr ULONGLONG lLeastTicks = 100;
+constexpr ULONGLONG lLeastLineTicks = 100;
 
 } // namespace
 
 void ProgressLine::Show(const std::wstring& sText)
 {
     const auto lTick = GetTickCount64();
-    if (!m_bOn || (m_lShown > 0 && lTick - m_lLastTick < lLeastTicks))
+    if (!m_bOn || (m_lShown > 0 && lTick - m_lLastTick < lLeastLineTicks))
         return;
     const std::wstring sRest(m_lShown > sText.size() ? m_lShown - sText.size() : 0, L' ');
     m_cError.Write(L"\r" + sText + sRest);

@@ -9,7 +9,7 @@ namespace ravlo
 namespace
 {
 
-TimedSlot At(int lDay, int lHour)
+TimedSlot OnDay(int lDay, int lHour)
 {
     return {DateTimeOf({2024, 3, lDay, lHour, 0, 0}), {L"rock", 1, false, 0}};
 }
@@ -26,7 +26,7 @@ std::vector<int> HoursOf(const std::vector<TimedSlot>& slots)
 
 TEST(SlotsWithin, KeepsTheSlotsOfTheTimeAskedFor)
 {
-    const std::vector<TimedSlot> slots{At(1, 8), At(1, 9), At(1, 10), At(1, 11)};
+    const std::vector<TimedSlot> slots{OnDay(1, 8), OnDay(1, 9), OnDay(1, 10), OnDay(1, 11)};
     const auto dtNine = DateTimeOf({2024, 3, 1, 9, 0, 0});
     const struct
     {

@@ -11,7 +11,7 @@ namespace ravlo
 namespace
 {
 
-DateTime At(int lHour, int lMinute, int lSecond = 0)
+DateTime TimeOf(int lHour, int lMinute, int lSecond = 0)
 {
     return DateTimeOf({2024, 3, 1, lHour, lMinute, lSecond});
 }
@@ -86,9 +86,9 @@ TEST(ParseSlots, TakesTimesWithTheirSlots)
                                   "2024-03-01 10:00,pop,1,\n2024-03-01T10:04:30,pop,1,N\n",
                                   L"slots.csv");
     ASSERT_EQ(slots.size(), 3u);
-    EXPECT_EQ(slots[0], (TimedSlot{At(10, 0), {L"rock", 2, true, 2}}));
-    EXPECT_EQ(slots[1], (TimedSlot{At(10, 0), {L"pop", 1, false, 3}}));
-    EXPECT_EQ(slots[2], (TimedSlot{At(10, 4, 30), {L"pop", 1, false, 4}}));
+    EXPECT_EQ(slots[0], (TimedSlot{TimeOf(10, 0), {L"rock", 2, true, 2}}));
+    EXPECT_EQ(slots[1], (TimedSlot{TimeOf(10, 0), {L"pop", 1, false, 3}}));
+    EXPECT_EQ(slots[2], (TimedSlot{TimeOf(10, 4, 30), {L"pop", 1, false, 4}}));
 }
 
 TEST(ParseSlots, AWrongLineIsNamedWithTheReason)
@@ -120,13 +120,13 @@ TEST(ClockHand, BeginsAgainAfterTheLastSlotAndWithEachHour)
 {
     const std::vector<Slot> clock{{L"a", 1}, {L"b", 1}, {L"c", 1}};
     ClockHand hand(clock);
-    EXPECT_EQ(hand.Next(At(10, 0)).sCategory, L"a");
-    EXPECT_EQ(hand.Next(At(10, 4)).sCategory, L"b");
-    EXPECT_EQ(hand.Next(At(10, 8)).sCategory, L"c");
-    EXPECT_EQ(hand.Next(At(10, 55)).sCategory, L"a");
-    EXPECT_EQ(hand.Next(At(10, 59, 59)).sCategory, L"b");
-    EXPECT_EQ(hand.Next(At(11, 0)).sCategory, L"a");
-    EXPECT_EQ(hand.Next(At(11, 3)).sCategory, L"b");
+    EXPECT_EQ(hand.Next(TimeOf(10, 0)).sCategory, L"a");
+    EXPECT_EQ(hand.Next(TimeOf(10, 4)).sCategory, L"b");
+    EXPECT_EQ(hand.Next(TimeOf(10, 8)).sCategory, L"c");
+    EXPECT_EQ(hand.Next(TimeOf(10, 55)).sCategory, L"a");
+    EXPECT_EQ(hand.Next(TimeOf(10, 59, 59)).sCategory, L"b");
+    EXPECT_EQ(hand.Next(TimeOf(11, 0)).sCategory, L"a");
+    EXPECT_EQ(hand.Next(TimeOf(11, 3)).sCategory, L"b");
     EXPECT_EQ(hand.Next(DateTimeOf({2024, 3, 2, 11, 3, 0})).sCategory, L"a"); // the same hour of another day
 }
 

@@ -14,9 +14,9 @@ namespace
 
 using Options = std::optional<RotationOptions>;
 
-constexpr RotationOptions off{};
-constexpr RotationOptions fair{true, false};
-constexpr RotationOptions featured{false, true};
+constexpr RotationOptions noneOn{};
+constexpr RotationOptions fairOn{true, false};
+constexpr RotationOptions featuredOn{false, true};
 constexpr RotationOptions both{true, true};
 
 TEST(OptionsInTest, LastLineOfANameCountsAndAnythingButOneIsOff)
@@ -26,19 +26,19 @@ TEST(OptionsInTest, LastLineOfANameCountsAndAnythingButOneIsOff)
         std::string bytes;
         Options expected;
     } files[] = {
-        {"", off},
+        {"", noneOn},
         {"FairRotation=1\r\nFeaturedArtists=1\r\n", both},
         {"\xEF\xBB\xBF"
          "FairRotation=1\r\nFeaturedArtists=0\r\n",
-         fair},
-        {" fairROTATION  =  1 \n", fair},
-        {"FEATUREDARTISTS=1\rFairRotation=0\r", featured},
-        {"FairRotation=1\r\nFairRotation=0\r\nFeaturedArtists=0\nfeaturedartists=1", featured},
-        {"FairRotation=1\r\nFairRotation=2\r\n", off},
-        {"FairRotation=01\nFeaturedArtists=true\n", off},
-        {"FairRotation=\nFairRotation\nFair Rotation=1\n=1\n", off},
-        {"FairRotation==1\n#FeaturedArtists=1\n", off},
-        {"FairRotation 1\nOther=1\nFairRotation=1", fair},
+         fairOn},
+        {" fairROTATION  =  1 \n", fairOn},
+        {"FEATUREDARTISTS=1\rFairRotation=0\r", featuredOn},
+        {"FairRotation=1\r\nFairRotation=0\r\nFeaturedArtists=0\nfeaturedartists=1", featuredOn},
+        {"FairRotation=1\r\nFairRotation=2\r\n", noneOn},
+        {"FairRotation=01\nFeaturedArtists=true\n", noneOn},
+        {"FairRotation=\nFairRotation\nFair Rotation=1\n=1\n", noneOn},
+        {"FairRotation==1\n#FeaturedArtists=1\n", noneOn},
+        {"FairRotation 1\nOther=1\nFairRotation=1", fairOn},
         {"FairRotation=1\r\n\xFF", std::nullopt},
         {std::string("FairRotation=1\r\n\0", 17), std::nullopt},
         {std::string("\xFF\xFE"
@@ -58,16 +58,16 @@ TEST(WithOptionsTest, OnlyTheValuesThatDifferAreChanged)
         RotationOptions options;
         std::string after;
     } changes[] = {
-        {"", off, "FairRotation=0\r\nFeaturedArtists=0\r\n"},
+        {"", noneOn, "FairRotation=0\r\nFeaturedArtists=0\r\n"},
         {"", both, "FairRotation=1\r\nFeaturedArtists=1\r\n"},
-        {"FairRotation=0\r\nFeaturedArtists=0\r\n", fair, "FairRotation=1\r\nFeaturedArtists=0\r\n"},
-        {"\xEF\xBB\xBF# a\r\n", fair, "# a\r\nFairRotation=1\r\nFeaturedArtists=0\r\n"},
-        {"Other = \xC3\xA9 \n\n featuredartists = 1 \nX", off,
+        {"FairRotation=0\r\nFeaturedArtists=0\r\n", fairOn, "FairRotation=1\r\nFeaturedArtists=0\r\n"},
+        {"\xEF\xBB\xBF# a\r\n", fairOn, "# a\r\nFairRotation=1\r\nFeaturedArtists=0\r\n"},
+        {"Other = \xC3\xA9 \n\n featuredartists = 1 \nX", noneOn,
          "Other = \xC3\xA9 \n\n featuredartists = 0 \nX\r\nFairRotation=0\r\n"},
-        {"FairRotation=yes\r\nFeaturedArtists=\r\n", featured, "FairRotation=yes\r\nFeaturedArtists=1\r\n"},
-        {"FairRotation=1\nFeaturedArtists=0\nFairRotation=0", fair,
+        {"FairRotation=yes\r\nFeaturedArtists=\r\n", featuredOn, "FairRotation=yes\r\nFeaturedArtists=1\r\n"},
+        {"FairRotation=1\nFeaturedArtists=0\nFairRotation=0", fairOn,
          "FairRotation=1\nFeaturedArtists=0\nFairRotation=1"},
-        {"FairRotation\r\nFeaturedArtists=11\r", featured,
+        {"FairRotation\r\nFeaturedArtists=11\r", featuredOn,
          "FairRotation\r\nFeaturedArtists=1\rFairRotation=0\r\n"},
     };
     for (const auto& change : changes)
@@ -88,7 +88,7 @@ TEST(WithOptionsTest, AnyTextTakesAnyOptionsAndThenStays)
         for (auto count = random() % 14; count > 0; --count)
             bytes += pieces[random() % std::size(pieces)];
         SCOPED_TRACE(testing::PrintToString(bytes));
-        for (const RotationOptions& options : {off, fair, featured, both})
+        for (const RotationOptions& options : {noneOn, fairOn, featuredOn, both})
         {
             const std::string after = WithOptions(bytes, options);
             ASSERT_EQ(OptionsIn(after), options);

@@ -9,7 +9,6 @@ namespace
 
 const std::wstring sRead = L"Done: Got Scheduler [from file] Info for: ";
 
-constexpr const wchar_t* sOther = L"C:\\Other\\";
 const std::wstring sOtherOrder = L"C:\\Other\\Scheduler\\History_and_Ordering\\Rock.sif";
 const std::wstring sOtherSettings = L"C:\\Other\\Scheduler\\SchedulerSettings.dat";
 
@@ -19,7 +18,7 @@ class ReloadTest : public StationTest
 protected:
     ReloadTest()
     {
-        cPorts.cFiles.MakeFolders(sOther);
+        cPorts.cFiles.MakeFolders(sOtherFolder);
         Start(L"Rock 1: r1 r2 r3 r4 | Pop 1: p1 p2 p3 p4");
         cLib.cSchedMan->SetRotatesAllowed(true);
     }
@@ -156,11 +155,11 @@ TEST_F(ReloadTest, AnotherFolderKeepsItsOwnOrders)
 {
     At(sRead + L"Rock", [&] { EXPECT_EQ(Pick(false), L"r1"); });
     cPorts.cFiles.Put(sOtherOrder, SifCuts("r4 r3 r2 r1"));
-    Reload(sOther);
+    Reload(sOtherFolder);
     EXPECT_EQ(Rock(), L"r4 r3 r2 r1");
     EXPECT_EQ(RockAfterARestart(), L"r2 r3 r4 r1") << "back in the first";
     cPorts.cFiles.Put(sOtherOrder, "damaged");
-    Reload(sOther);
+    Reload(sOtherFolder);
     EXPECT_EQ(Rock(), L"r1 r2 r3 r4") << "the database's, not the first folder's";
 }
 
@@ -173,7 +172,7 @@ TEST_F(ReloadTest, WhatAMoveCouldNotSaveIsSavedInItsFolderLater)
         SetReadOnly(L"Pop");
         EXPECT_EQ(Pick(true), colBefore[0]);
         cLib.cSchedMan->DeleteCats({MainCat(L"Pop")});
-        Reload(sOther);
+        Reload(sOtherFolder);
         SetReadOnly(L"Rock", false);
         SetReadOnly(L"Pop", false);
         if (bBack)
@@ -196,7 +195,7 @@ TEST_F(ReloadTest, WhatAMoveCouldNotSaveIsRetriedOnceASecond)
     SetReadOnly(L"Pop");
     EXPECT_EQ(Pick(true), L"r1");
     EXPECT_FALSE(cLib.cSchedMan->DeleteCats({MainCat(L"Pop")}));
-    Reload(sOther);
+    Reload(sOtherFolder);
     WaitForRetry();
     cLib.Save(L"Rock"); // in the other folder; the retry fails
     SetReadOnly(L"Rock", false);
@@ -214,7 +213,7 @@ TEST_F(ReloadTest, WhatAMoveCouldNotSaveYieldsToNewerOrders)
 {
     SetReadOnly(L"Rock");
     EXPECT_EQ(Pick(true), L"r1");
-    Reload(sOther);
+    Reload(sOtherFolder);
     auto cOther = std::make_shared<clsSchedMan>(cLib.cMod); // which has its own station there
     cOther->PopulateFromDataBase(cLib.cDataBase, sRadio);
     SetReadOnly(L"Rock", false);
@@ -311,7 +310,7 @@ TEST_F(ReloadTest, AnotherManagersPopulationChangesNothingForThisOne)
     auto cOther = std::make_shared<clsSchedMan>(cLib.cMod);
     auto cOtherDataBase = std::make_shared<FakeDataBase>();
     cOtherDataBase->Add(L"z", L"Zydeco", 1);
-    At(L"Start 8", [&] { cOther->PopulateFromDataBase(cOtherDataBase, sOther); });
+    At(L"Start 8", [&] { cOther->PopulateFromDataBase(cOtherDataBase, sOtherFolder); });
     cPorts.cFiles.Put(SifPath(L"Rock"), SifCuts("r4 r3 r2 r1"));
     Reload();
     EXPECT_EQ(cLib.MainCatNames(), (Lines{L"Rock", L"Pop", L"Jazz"})) << "its own folder's list";
@@ -331,7 +330,7 @@ TEST_F(ReloadTest, AfterAFailedPopulationAllStaysInTheFolderOfTheTree)
     cLib.cMod.SetGlobalArtistSepMins(11);
     cPorts.cFiles.Put(sOtherSettings, "1\r\n2\r\n3\r\n");
     cLib.cDataBase->bAllCutsFails = true;
-    cLib.Populate(sOther);
+    cLib.Populate(sOtherFolder);
     EXPECT_EQ(boxes,
               Boxes{CriticalBox(L"Error in PopulateFromDataBase [cSchedMan]", L"57 Device I/O error")});
     EXPECT_EQ(cLib.cMod.GlobalArtistSepMins(), 11);
@@ -340,7 +339,7 @@ TEST_F(ReloadTest, AfterAFailedPopulationAllStaysInTheFolderOfTheTree)
     cLib.cMod.SetGlobalArtistSepMins(12);
     EXPECT_EQ(cPorts.cFiles.Get(sOtherSettings), "1\r\n2\r\n3\r\n");
     cLib.cDataBase = nullptr;
-    cLib.Populate(sOther);
+    cLib.Populate(sOtherFolder);
     EXPECT_EQ(cLib.cSchedMan->AppPath(), sRadio);
     EXPECT_EQ(Pick(true), L"r1");
     EXPECT_EQ(File(L"Rock"), SifCuts("r2 r3 r4 r1"));
@@ -356,7 +355,7 @@ TEST_F(ReloadTest, SeparationsStayWhenTheirFileCannotBeRead)
     EXPECT_EQ(cLib.cMod.GlobalArtistSepMins(), 11) << "a next manager of the library";
     cLib.cDataBase->bAllCutsFails = true;
     cPorts.cFiles.Put(sOtherSettings, "1\r\n2\r\n3\r\n");
-    cLib.Populate(sOther);
+    cLib.Populate(sOtherFolder);
     EXPECT_EQ(cLib.cMod.GlobalArtistSepMins(), 11) << "after a failed population elsewhere";
     EXPECT_EQ(cPorts.cFiles.Get(sSettingsPath), "11\r\n60\r\n60\r\n");
 }

@@ -12,8 +12,6 @@ namespace ravlo::test
 namespace
 {
 
-constexpr const wchar_t* sOther = L"C:\\Other\\";
-
 std::wstring RulesPath(const std::wstring& sAppPath)
 {
     return sAppPath + L"Scheduler\\Rules\\Rock\u00AC\u00AC\u00AC1.rls";
@@ -52,8 +50,8 @@ protected:
         cPorts.cFiles.MakeFolders(L"C:\\Other");
         cPorts.cFiles.Put(RulesPath(sRadio), Rules(15));
         cPorts.cFiles.Put(SettingsPathOf(sRadio), "10\r\n20\r\n30\r\n");
-        cPorts.cFiles.Put(RulesPath(sOther), Rules(99));
-        cPorts.cFiles.Put(SettingsPathOf(sOther), "1\r\n2\r\n3\r\n");
+        cPorts.cFiles.Put(RulesPath(sOtherFolder), Rules(99));
+        cPorts.cFiles.Put(SettingsPathOf(sOtherFolder), "1\r\n2\r\n3\r\n");
         colCuts = AddMany(25, L"cut", L"Rock");
         Start();
         cLib.cSchedMan->SetRotatesAllowed(true);
@@ -102,7 +100,7 @@ protected:
     // Populates from C:\Other.
     void Move(const std::wstring& sPhase, bool bFails, const std::function<void()>& action)
     {
-        Populate(cLib.cDataBase, sOther, sPhase, bFails, action);
+        Populate(cLib.cDataBase, sOtherFolder, sPhase, bFails, action);
     }
 
     std::wstring Pick() { return cLib.Pick(L"Rock\t1"); }
@@ -130,9 +128,9 @@ protected:
     }
     void ExpectOtherIsUntouched() const
     {
-        EXPECT_EQ(cPorts.cFiles.Get(RulesPath(sOther)), Rules(99));
-        EXPECT_EQ(cPorts.cFiles.Get(SettingsPathOf(sOther)), "1\r\n2\r\n3\r\n");
-        EXPECT_FALSE(cPorts.cFiles.FileExists(OrderPath(sOther)));
+        EXPECT_EQ(cPorts.cFiles.Get(RulesPath(sOtherFolder)), Rules(99));
+        EXPECT_EQ(cPorts.cFiles.Get(SettingsPathOf(sOtherFolder)), "1\r\n2\r\n3\r\n");
+        EXPECT_FALSE(cPorts.cFiles.FileExists(OrderPath(sOtherFolder)));
     }
     // A database with the same keys, in another order.
     std::shared_ptr<FakeDataBase> SameKeysReversed()
@@ -153,7 +151,7 @@ TEST_F(ReplacedStationTest, RulesAndSeparationsChangeWhenAMoveHasSucceeded)
     for (const wchar_t* sPhase : {sInTheMiddle, sAtTheEnd})
     {
         Move(sPhase, false, [&] {
-            EXPECT_EQ(cLib.cSchedMan->AppPath(), sOther) << "from the start";
+            EXPECT_EQ(cLib.cSchedMan->AppPath(), sOtherFolder) << "from the start";
             EXPECT_EQ(ArtistRule(), 15);
             EXPECT_EQ(cLib.cMod.GlobalArtistSepMins(), 10);
         });
@@ -205,8 +203,8 @@ TEST_P(FailedMoveTest, AfterItEverythingIsThePresentFolders)
 TEST_F(ReplacedStationTest, AFailedMoveLeavesTheFolderOfAnotherManager)
 {
     const auto cOtherMan = std::make_shared<clsSchedMan>(cLib.cMod);
-    Move(sAtTheEnd, true, [&] { cOtherMan->PopulateFromDataBase(SameKeysReversed(), sOther); });
-    EXPECT_EQ(cLib.cSchedMan->AppPath(), sOther);
+    Move(sAtTheEnd, true, [&] { cOtherMan->PopulateFromDataBase(SameKeysReversed(), sOtherFolder); });
+    EXPECT_EQ(cLib.cSchedMan->AppPath(), sOtherFolder);
     EXPECT_EQ(cLib.cMod.GlobalArtistSepMins(), 1);
     EXPECT_EQ(Pick(), L"cut1");
     EXPECT_EQ(FirstSaved(sRadio), "cut2") << "orders stay in the folder of their tree";
@@ -229,7 +227,7 @@ TEST_F(ReplacedStationTest, AManagerThatEndsDuringAnothersMoveSavesItsSettings)
         cOtherMan.reset();
     });
     EXPECT_EQ(cPorts.cFiles.Get(SettingsPathOf(sRadio)), "10\r\n20\r\n30\r\n");
-    EXPECT_EQ(cPorts.cFiles.Get(SettingsPathOf(sOther)), "1\r\n2\r\n3\r\n");
+    EXPECT_EQ(cPorts.cFiles.Get(SettingsPathOf(sOtherFolder)), "1\r\n2\r\n3\r\n");
 }
 
 // ---- another database
@@ -295,7 +293,7 @@ TEST_F(ReplacedStationTest, AFailedPopulationFollowsThePresentDatabaseAgain)
     for (const wchar_t* sPhase : {sAtStart, sInTheMiddle, sAtTheEnd})
     {
         boxes.clear();
-        Populate(cSecond, sOther, sPhase, true,
+        Populate(cSecond, sOtherFolder, sPhase, true,
                  [&] { cSecond->Announce(&DataBaseEvents::CutsAdded, Cuts{cSecond->Add(L"x", L"Pop", 1)}); });
         EXPECT_EQ(cLib.cSchedMan->colMainCats(), colTree);
         EXPECT_EQ(cLib.cSchedMan->DataBase(), cLib.cDataBase);

@@ -25,6 +25,8 @@ using Boxes = std::vector<ShownBox>;
 using Lines = std::vector<std::wstring>;
 using Keys = std::vector<std::wstring>;
 
+constexpr const wchar_t* sOtherFolder = L"C:\\Other\\"; // of a second station
+
 // A host that records the events it gets: "Start 3: reason", "Progress 20/60: text", "Done: status", "Help",
 // "Edit key".
 class HostEvents final : public SchedulerEvents

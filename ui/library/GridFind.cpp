@@ -14,8 +14,6 @@ namespace ravlo
 namespace
 {
 
-constexpr std::uint32_t lStepMs = 15; // clocks that tick every 16 ms make it 31 at most
-
 // Each field with its end behind it; empty for one that cannot be read.
 std::string FieldsOf(const Cut& cCut)
 {

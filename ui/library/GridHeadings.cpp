@@ -12,8 +12,6 @@ namespace ravlo
 namespace
 {
 
-constexpr std::uint32_t lStepMs = 15; // clocks that tick every 16 ms make it 31 at most
-
 } // namespace
 
 GridHeadings::GridHeadings(clsSchedLibGridPresenter& cGrid, clsSchedLibGridView& cGridView,

@@ -4,6 +4,7 @@
 #include "scheduler/clsSchedMan.h"
 #include "ui/library/frmUILibView.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -11,6 +12,9 @@
 
 namespace ravlo
 {
+
+// How long a step of work in the background may take; clocks that tick every 16 ms make it 31 at most.
+inline constexpr std::uint32_t lStepMs = 15;
 
 // The work that runs in the library window. While something runs, is dragged or is edited, user actions are
 // ignored, a requested refresh runs once at the end, and closing is delayed. Holds the manager weakly: it may

@@ -13,7 +13,7 @@ namespace ravlo
 namespace
 {
 
-constexpr const wchar_t* sSection = L"Settings";
+constexpr const wchar_t* sTargetsSection = L"Settings";
 constexpr const wchar_t* sSetting = L"RecentTargets";
 // Neither is allowed in a category's name.
 constexpr wchar_t cBeforeLevel = L':';
@@ -24,7 +24,8 @@ constexpr const wchar_t* sBehindTarget = L"|";
 std::vector<std::wstring> RecentTargets::Keys() const
 {
     std::vector<std::wstring> colKeys;
-    for (std::wstring sTarget : Split(m_cSettings.Get(sProgramTitle, sSection, sSetting, L""), sBehindTarget))
+    for (std::wstring sTarget :
+         Split(m_cSettings.Get(sProgramTitle, sTargetsSection, sSetting, L""), sBehindTarget))
         if (const std::size_t end = sTarget.find(cBeforeLevel); end != std::wstring::npos)
         {
             sTarget[end] = cTab;
@@ -48,7 +49,7 @@ void RecentTargets::Add(const std::wstring& sNodeKey)
         std::replace(sKey.begin(), sKey.end(), cTab, cBeforeLevel);
         sText += sKey + sBehindTarget;
     }
-    m_cSettings.Set(sProgramTitle, sSection, sSetting, sText);
+    m_cSettings.Set(sProgramTitle, sTargetsSection, sSetting, sText);
 }
 
 } // namespace ravlo

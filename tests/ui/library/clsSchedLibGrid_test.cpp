@@ -11,7 +11,7 @@ namespace
 {
 
 // Rock 1 has the cuts 1 to 8.
-void Fill(ScreenLibrary& library)
+void FillRock(ScreenLibrary& library)
 {
     for (const wchar_t* sKey : {L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8"})
         library.Add(sKey, L"Rock", 1);
@@ -30,7 +30,7 @@ class SchedLibGridTest : public ScreenLibraryTest
 protected:
     SchedLibGridTest()
     {
-        Fill(*this);
+        FillRock(*this);
         Add(L"both", L"Rock/Jazz", 2);
         Add(L"alone", L"", 0);
         Show();
@@ -211,7 +211,7 @@ TEST_P(ReorderTest, RowsMoveInFrontOfTheRowTheyAreDroppedOn)
     for (const auto& test : cases)
     {
         ScreenLibrary fresh(GetParam());
-        Fill(fresh);
+        FillRock(fresh);
         fresh.Show();
         fresh.ShowNode(L"Rock", 1);
         fresh.cView.bBusy.clear();

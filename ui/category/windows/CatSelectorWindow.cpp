@@ -20,13 +20,13 @@ namespace
 using enum SelectorControl;
 
 // Lengths at 96 dpi.
-constexpr int lGap = 8;
+constexpr int lSelectorGap = 8;
 constexpr int lLabelGap = 3;
 constexpr int lLevelsWidth = 72;
 constexpr int lNarrowestCats = 130;
 constexpr int lNarrowestSongs = 220;
 constexpr int lLowestList = 120;
-constexpr int lCheckBox = 22; // the box and the room before its text
+constexpr int lBoxAndRoom = 22; // the box and the room before its text
 
 constexpr const wchar_t* sMatch = L"Songs Matching Criteria:";
 
@@ -187,7 +187,7 @@ void CatSelectorWindow::OnContextMenu(POINT onScreen)
     RECT list{};
     ::GetWindowRect(Of(lstCat), &list);
     if (onScreen.x == -1 && onScreen.y == -1)
-        onScreen = {list.left + Scaled(lGap, m_lDpi), list.top + Scaled(lGap, m_lDpi)};
+        onScreen = {list.left + Scaled(lSelectorGap, m_lDpi), list.top + Scaled(lSelectorGap, m_lDpi)};
     const UniqueMenu hMenu(::CreatePopupMenu());
     ::AppendMenuW(hMenu.get(), MF_STRING, eIdmnuFind, L"&Find...\t  Ctrl+F");
     ::AppendMenuW(hMenu.get(), MF_STRING | (m_cSelector.Names().SortedByName() ? MF_CHECKED : 0u),
@@ -223,8 +223,8 @@ SIZE CatSelectorWindow::SmallestSize() const
     const FontContext cContext(Handle(), m_hFont);
     const int lLine = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy);
     const auto px = [&](int lAt96) { return Scaled(lAt96, m_lDpi); };
-    return {px(lNarrowestCats + lGap + lLevelsWidth + lGap + lNarrowestSongs),
-            3 * lLine + px(lLowestList + lLabelGap + 2 * lGap)};
+    return {px(lNarrowestCats + lSelectorGap + lLevelsWidth + lSelectorGap + lNarrowestSongs),
+            3 * lLine + px(lLowestList + lLabelGap + 2 * lSelectorGap)};
 }
 
 void CatSelectorWindow::LayOut()
@@ -238,18 +238,18 @@ void CatSelectorWindow::LayOut()
     const int lLine = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy);
     const int lWidth = static_cast<int>(client.right);
     const int lHeight = static_cast<int>(client.bottom);
-    const int lCats = std::max(px(lNarrowestCats), (lWidth - px(lLevelsWidth + 2 * lGap)) * 2 / 5);
-    const int lLevels = lCats + px(lGap);
-    const int lSongs = lLevels + px(lLevelsWidth + lGap);
+    const int lCats = std::max(px(lNarrowestCats), (lWidth - px(lLevelsWidth + 2 * lSelectorGap)) * 2 / 5);
+    const int lLevels = lCats + px(lSelectorGap);
+    const int lSongs = lLevels + px(lLevelsWidth + lSelectorGap);
     const int lSongsWidth = lWidth - lSongs;
     const int lTop = lLine + px(lLabelGap);
     const int lCheckHeight = std::max(lLine, px(17));
     const int lSorted = lHeight - lCheckHeight;
     const int lOpener = lSorted - px(4) - lCheckHeight;
-    const int lSongsHeight = lOpener - px(lGap) - lTop;
+    const int lSongsHeight = lOpener - px(lSelectorGap) - lTop;
     const auto checkWidth = [&](SelectorControl eControl) {
         const SIZE size = TextSize(cContext.Get(), WindowText(Of(eControl)));
-        return std::min(lSongsWidth, static_cast<int>(size.cx) + px(lCheckBox));
+        return std::min(lSongsWidth, static_cast<int>(size.cx) + px(lBoxAndRoom));
     };
     const int lBar = m_cBar->Height();
     Mover cMover(11);
@@ -290,7 +290,8 @@ void CatSelectorWindow::FitHorizontally(SelectorControl eList) const
         ::GetTextExtentPoint32W(cContext.Get(), sEntry.c_str(), static_cast<int>(sEntry.size()), &size);
         lWidest = std::max(lWidest, static_cast<int>(size.cx));
     }
-    ::SendMessageW(Of(eList), LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(lWidest + Scaled(lGap, m_lDpi)), 0);
+    ::SendMessageW(Of(eList), LB_SETHORIZONTALEXTENT,
+                   static_cast<WPARAM>(lWidest + Scaled(lSelectorGap, m_lDpi)), 0);
 }
 
 // ---- what the selector asks of its controls ----

@@ -19,9 +19,9 @@ namespace
 {
 
 // Lengths at 96 dpi.
-constexpr int lMargin = 10;
+constexpr int lRulesMargin = 10;
 constexpr int lRowGap = 7;
-constexpr int lGap = 8;
+constexpr int lRulesGap = 8;
 constexpr int lBoxWidth = 52;
 constexpr int lBoxPadding = 4; // height of a box beyond its text and edges
 constexpr int lCheckBox = 22;
@@ -152,7 +152,7 @@ int RulesPaneWindow::Arrange(int lWidth, bool bMove) const
     const auto px = [&](int lAt96) { return Scaled(lAt96, m_lDpi); };
     const int lLine = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy);
     const int lBoxHeight = lLine + 2 * ::GetSystemMetrics(SM_CYEDGE) + px(lBoxPadding);
-    const int lInner = lWidth - 2 * px(lMargin);
+    const int lInner = lWidth - 2 * px(lRulesMargin);
     std::optional<Mover> cMover;
     if (bMove)
         cMover.emplace(static_cast<int>(Controls().size()));
@@ -160,14 +160,14 @@ int RulesPaneWindow::Arrange(int lWidth, bool bMove) const
         if (cMover)
             cMover->Move(hControl, x, y, cx, cy);
     };
-    int lTop = px(lMargin);
+    int lTop = px(lRulesMargin);
     const int lLabel = LabelWidth(cContext.Get());
-    const int lBoxLeft = px(lMargin + 4) + lLabel;
-    const int lTickLeft = lBoxLeft + px(lBoxWidth + lGap);
+    const int lBoxLeft = px(lRulesMargin + 4) + lLabel;
+    const int lTickLeft = lBoxLeft + px(lBoxWidth + lRulesGap);
     const int lTick = std::max(lLine, px(17)); // height of a check box
     for (std::size_t i = 0; i < m_hBoxes.size(); ++i, lTop += lBoxHeight + px(lRowGap))
     {
-        move(m_hLabels[i], px(lMargin), lTop + (lBoxHeight - lLine) / 2, lLabel, lLine);
+        move(m_hLabels[i], px(lRulesMargin), lTop + (lBoxHeight - lLine) / 2, lLabel, lLine);
         move(m_hBoxes[i], lBoxLeft, lTop, px(lBoxWidth), lBoxHeight);
         if (m_hInherits[i])
             move(m_hInherits[i], lTickLeft, lTop + (lBoxHeight - lTick) / 2, lWidth - px(2) - lTickLeft,
@@ -176,18 +176,18 @@ int RulesPaneWindow::Arrange(int lWidth, bool bMove) const
     if (m_hIgnore)
     {
         const int lText = static_cast<int>(TextSize(cContext.Get(), WindowText(m_hIgnore)).cx);
-        move(m_hIgnore, px(lMargin), lTop, std::min(lInner, lText + px(lCheckBox)), lTick);
+        move(m_hIgnore, px(lRulesMargin), lTop, std::min(lInner, lText + px(lCheckBox)), lTick);
         lTop += lTick + 2 * px(lRowGap);
         const SIZE outlook =
             TextSize(cContext.Get(), WindowText(m_hOutlook), lInner, DT_NOPREFIX | DT_EDITCONTROL);
         const int lOutlook = std::max(lOutlookLines * lLine, static_cast<int>(outlook.cy));
-        move(m_hOutlook, px(lMargin), lTop, lInner, lOutlook);
+        move(m_hOutlook, px(lRulesMargin), lTop, lInner, lOutlook);
         lTop += lOutlook;
     }
     lTop += px(lRowGap);
     const int lNote = static_cast<int>(TextSize(cContext.Get(), WindowText(m_hNote), lInner).cy);
-    move(m_hNote, px(lMargin), lTop, lInner, lNote);
-    return lTop + lNote + px(lMargin);
+    move(m_hNote, px(lRulesMargin), lTop, lInner, lNote);
+    return lTop + lNote + px(lRulesMargin);
 }
 
 int RulesPaneWindow::LabelWidth(HDC hDC) const

@@ -16,7 +16,7 @@ namespace ravlo
 namespace
 {
 
-constexpr int lMargin = 8; // at 96 dpi, around the picture
+constexpr int lPictureMargin = 8; // at 96 dpi, around the picture
 
 // By Picture::Ink from Bar on, on a light and on a dark background.
 struct Inks
@@ -202,7 +202,7 @@ void PictureWindow::Draw(HDC hDC, const RECT& client) const
     const HGDIOBJ hBefore = ::SelectObject(hDC, m_hFont);
     TEXTMETRICW metrics{};
     ::GetTextMetricsW(hDC, &metrics);
-    const int lEdge = Scaled(lMargin, m_lDpi);
+    const int lEdge = Scaled(lPictureMargin, m_lDpi);
     const PictureRoom room{static_cast<int>(client.right) - 2 * lEdge,
                            static_cast<int>(client.bottom) - 2 * lEdge, static_cast<int>(metrics.tmHeight),
                            static_cast<int>(metrics.tmAveCharWidth), m_lDpi / 96.0};
