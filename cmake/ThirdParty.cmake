@@ -39,11 +39,15 @@ foreach(folder ${folders})
   file(GLOB found ${RAVLO_THIRD_PARTY}/taglib/taglib/${folder}/*.cpp)
   list(APPEND sources ${found})
   list(APPEND includes ${RAVLO_THIRD_PARTY}/taglib/taglib/${folder})
+  set_source_files_properties(${found} PROPERTIES UNITY_GROUP taglib/${folder})
 endforeach()
 file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/include/taglib/taglib_config.h
   CONTENT "#define TAGLIB_WITH_ASF 1\n#define TAGLIB_WITH_MP4 1\n")
 file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/include/taglib/config.h
   CONTENT "#define HAVE_GCC_ATOMIC 1\n#define HAVE_GCC_BYTESWAP 1\n#define HAVE_VSNPRINTF 1\n")
+# Their names collide with those of other sources of their folders.
+set_source_files_properties(${RAVLO_THIRD_PARTY}/taglib/taglib/mpeg/mpegheader.cpp
+  ${RAVLO_THIRD_PARTY}/taglib/taglib/ape/apetag.cpp PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 add_library(taglib STATIC ${sources})
 # Its classes can print themselves, which would link the standard streams with all of their locales into each program: its
 # headers see a stream that drops everything, and no <iostream>.
@@ -73,7 +77,7 @@ target_compile_options(taglib PRIVATE -Os -g0 -w -ffunction-sections -fdata-sect
 if(RAVLO_SANITIZE)
   target_compile_options(taglib PRIVATE -fno-sanitize=all)
 endif()
-set_target_properties(taglib PROPERTIES EXPORT_COMPILE_COMMANDS OFF)
+set_target_properties(taglib PROPERTIES EXPORT_COMPILE_COMMANDS OFF UNITY_BUILD ${RAVLO_UNITY} UNITY_BUILD_MODE GROUP)
 
 # CLI11 has only headers. A link tree of its own hides the rest of /usr/include from the cross compilers.
 add_library(cli11 INTERFACE)
