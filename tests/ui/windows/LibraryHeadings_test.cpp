@@ -3,6 +3,8 @@
 #include "ui/library/GridColumns.h"
 #include "ui/windows/LibraryFixture.h"
 
+#include <uxtheme.h>
+
 namespace ravlo::test
 {
 
@@ -54,16 +56,23 @@ TEST_F(LibraryHeadings, AClickSortsReversesAndReturnsToTheSchedule)
 TEST_F(LibraryHeadings, NoHeadingOfNumbersIsCutOff)
 {
     Open([&](const User& user) {
-        for (const int lDpi : {96, 144, 192})
+        for (const bool bThemed : {true, false})
         {
-            user.ChangeResolution(hWindow, lDpi, 1000, 460);
-            // What a heading without a theme needs: its margins, and an edge on either side.
-            const auto lAround =
-                static_cast<int>(Send(Header(), HDM_GETBITMAPMARGIN)) * 2 + 2 * ::GetSystemMetrics(SM_CXEDGE);
-            for (const int lColumn : {0, 1, 4, 6, 7})
-                EXPECT_GE(ColumnWidth(lColumn),
-                          Send(hGrid, LVM_GETSTRINGWIDTHW, 0, colGridColumns.at(lColumn).sHeader) + lAround)
-                    << lDpi << " dpi, column " << lColumn;
+            if (!bThemed)
+                Run(user, [this] { ::SetWindowTheme(Header(), L"None", L"None"); });
+            for (const int lDpi : {144, 192, 96})
+            {
+                user.ChangeResolution(hWindow, lDpi, 1000, 460);
+                const auto lAround = static_cast<int>(Send(Header(), HDM_GETBITMAPMARGIN)) * 2 +
+                                     (bThemed ? 0 : 2 * ::GetSystemMetrics(SM_CXEDGE));
+                for (const int lColumn : {0, 1, 4, 6, 7})
+                {
+                    const wchar_t* const sHeader =
+                        colGridColumns.at(static_cast<std::size_t>(lColumn)).sHeader;
+                    EXPECT_GE(ColumnWidth(lColumn), Send(hGrid, LVM_GETSTRINGWIDTHW, 0, sHeader) + lAround)
+                        << lDpi << " dpi, column " << lColumn << (bThemed ? "" : ", without a theme");
+                }
+            }
         }
     });
 }

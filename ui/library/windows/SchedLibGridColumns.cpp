@@ -16,7 +16,9 @@ namespace
 
 constexpr std::size_t known = colGridColumns.size();
 constexpr std::size_t countedColumns = 2; // position and identifier
-constexpr int lCellMargins = 16; // at 96 dpi, left and right of a heading's text together, edges included
+// At 96 dpi, left and right of a text together. A heading without a theme has edges, too.
+constexpr int lCellMargins = 14;
+constexpr int lPlainHeadingMargins = 16;
 
 // The list always aligns its first column left, and screen readers name a row by it: so that one is the
 // artist, which is shown third.
@@ -143,12 +145,14 @@ int clsSchedLibGridWindow::WidthOfNumbers(std::size_t gridColumn) const
     if (!column.sWidest)
         return 0;
     const FontContext cContext(m_hList, reinterpret_cast<HFONT>(Send(WM_GETFONT)));
-    LONG lWidest = 0;
-    for (const std::wstring& sText : {std::wstring(column.sHeader), std::wstring(column.sWidest)})
-        lWidest = std::max(lWidest, TextSize(cContext.Get(), sText).cx);
+    const auto Width = [&](const std::wstring& sText, int lMargins) {
+        return static_cast<int>(TextSize(cContext.Get(), sText).cx) + Scaled(lMargins, m_lDpi);
+    };
+    int lWidest = std::max(Width(column.sHeader, m_bPlainHeadings ? lPlainHeadingMargins : lCellMargins),
+                           Width(column.sWidest, lCellMargins));
     if (gridColumn < countedColumns)
-        lWidest = std::max(lWidest, TextSize(cContext.Get(), std::to_wstring(m_mostRows)).cx);
-    return static_cast<int>(lWidest) + Scaled(lCellMargins, m_lDpi);
+        lWidest = std::max(lWidest, Width(std::to_wstring(m_mostRows), lCellMargins));
+    return lWidest;
 }
 
 void clsSchedLibGridWindow::ShowLayout(const ColumnLayout& layout)

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cwchar>
 #include <utility>
+#include <uxtheme.h>
 
 namespace ravlo
 {
@@ -41,6 +42,7 @@ void clsSchedLibGridWindow::SetLook(HFONT hFont, int lDpi)
 {
     const ColumnLayout layout = Layout(); // as the user has left it at the old resolution
     m_lDpi = lDpi;
+    m_bPlainHeadings = !::GetWindowTheme(reinterpret_cast<HWND>(Send(LVM_GETHEADER)));
     SetFont(m_hList, hFont);
     if (ColCount() != 0)
         ShowLayout(layout);

@@ -105,6 +105,7 @@ private:
     HWND m_hList;
     const clsSchedLibGridPresenter* m_cRows = nullptr;
     int m_lDpi = 96;
+    bool m_bPlainHeadings = false; // without a theme
     ColumnLayout m_layout;
     std::vector<std::size_t> m_colFurther; // in the list, after the ten that hosts know
     std::optional<std::size_t> m_sortedBy;
