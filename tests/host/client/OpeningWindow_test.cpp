@@ -40,11 +40,14 @@ TEST(OpeningWindow, ShowsTextAndProgressWhileItLives)
     const HWND hWindow = window->Handle();
     EXPECT_TRUE(::IsWindowVisible(hWindow));
     EXPECT_EQ(TextIn(::GetDlgItem(hWindow, lOpeningText)), L"Opening the station ...");
+    const auto lStart = ::GetTickCount64();
     window->Show(L"Reading cuts", 250, 1000);
     EXPECT_EQ(TextIn(::GetDlgItem(hWindow, lOpeningText)), L"Reading cuts");
     EXPECT_EQ(PositionOf(*window), 250);
     window->Show(L"At once", 251, 1000);
-    EXPECT_EQ(PositionOf(*window), 250) << "it is not drawn for every cut";
+    constexpr ULONGLONG lLeastTicks = 50; // which a busy machine may let pass between the two
+    EXPECT_TRUE(PositionOf(*window) == 250 || ::GetTickCount64() - lStart >= lLeastTicks)
+        << "it is not drawn for every cut";
     window.reset();
     EXPECT_FALSE(::IsWindow(hWindow));
     window.emplace().Show(L"Reading", 17, 0);
