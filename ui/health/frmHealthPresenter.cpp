@@ -391,10 +391,12 @@ void frmHealthPresenter::HeadingClick(HealthTable eTable, std::size_t column)
         return;
     table.SortBy(column);
     m_cView.ShowTable(eTable);
-    const std::optional<std::size_t> chosen = eTable == HealthTable::Levels   ? m_level
-                                              : eTable == HealthTable::Advice ? m_remedy
-                                                                              : std::nullopt;
-    m_cView.SelectRow(eTable, chosen ? std::optional(table.RowOf(*chosen)) : std::nullopt);
+    std::optional<std::size_t> row;
+    if (eTable == HealthTable::Levels && m_level)
+        row = table.RowOf(*m_level);
+    if (eTable == HealthTable::Advice && m_remedy)
+        row = table.RowOf(*m_remedy);
+    m_cView.SelectRow(eTable, row);
 }
 
 void frmHealthPresenter::RowSelected(HealthTable eTable, std::optional<std::size_t> row)

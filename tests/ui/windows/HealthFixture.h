@@ -88,13 +88,13 @@ struct HealthWindowTest : ::testing::Test
     void WaitForTimers(const User& user)
     {
         bTimersPassed = false;
-        cHost.Run(user, [] {
-            ::SetTimer(nullptr, 0, USER_TIMER_MINIMUM, [](HWND, UINT, UINT_PTR lTimer, DWORD) {
-                ::KillTimer(nullptr, lTimer);
-                bTimersPassed = true;
-            });
-        });
+        cHost.Run(user, [] { ::SetTimer(nullptr, 0, USER_TIMER_MINIMUM, &HealthWindowTest::OnTimer); });
         user.Until([] { return bTimersPassed.load(); }, "timers");
+    }
+    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR lTimer, DWORD)
+    {
+        ::KillTimer(nullptr, lTimer);
+        bTimersPassed = true;
     }
     void WaitForFigures(const User& user)
     {

@@ -12,7 +12,7 @@ namespace ravlo
 namespace
 {
 
-constexpr UINT_PTR lSubclass = 1;
+constexpr UINT_PTR lTreeSubclass = 1;
 
 // The system's object of the tree view, with descriptions. Items are numbers to it, never objects.
 class TreeAccessible final : public IAccessible
@@ -172,16 +172,20 @@ private:
 DescribedTree::DescribedTree(HWND hTree, Description description)
     : m_hTree(hTree), m_description(std::make_shared<const Description>(std::move(description)))
 {
-    ::SetWindowSubclass(m_hTree, &DescribedTree::OnTreeMessage, lSubclass, reinterpret_cast<DWORD_PTR>(this));
+    ::SetWindowSubclass(m_hTree, &DescribedTree::OnTreeMessage, lTreeSubclass,
+                        reinterpret_cast<DWORD_PTR>(this));
 }
 
-DescribedTree::~DescribedTree() { ::RemoveWindowSubclass(m_hTree, &DescribedTree::OnTreeMessage, lSubclass); }
+DescribedTree::~DescribedTree()
+{
+    ::RemoveWindowSubclass(m_hTree, &DescribedTree::OnTreeMessage, lTreeSubclass);
+}
 
 LRESULT CALLBACK DescribedTree::OnTreeMessage(HWND hTree, UINT lMessage, WPARAM wParam, LPARAM lParam,
                                               UINT_PTR, DWORD_PTR pTree) noexcept
 {
     if (lMessage == WM_NCDESTROY)
-        ::RemoveWindowSubclass(hTree, &DescribedTree::OnTreeMessage, lSubclass);
+        ::RemoveWindowSubclass(hTree, &DescribedTree::OnTreeMessage, lTreeSubclass);
     if (lMessage == WM_GETOBJECT && static_cast<LONG>(lParam) == OBJID_CLIENT)
         return reinterpret_cast<const DescribedTree*>(pTree)->OnGetObject(wParam, lParam);
     return ::DefSubclassProc(hTree, lMessage, wParam, lParam);
