@@ -122,14 +122,49 @@ void clsCatRules::SetIgnoreRules(bool bIgnore)
 
 bool clsCatRules::Apply(const Edit& edit) { return Store(edit); }
 
+clsCatRules::Edit clsCatRules::Change(const Edit& edit)
+{
+    if (!IsBound())
+        throw RuntimeError(error::ObjectNotSet);
+    RequireFileName(CatID());
+    ReadAgainUnlessKnown(); // first, so that the values to go back to are the file's
+    if (Unread())
+        throw RuntimeError(error::PathFileAccess);
+    const Edit before = Stored();
+    const Edit set = m_cSet;
+    try
+    {
+        Set(edit);
+        if (!Write(SavedFiles::Unseen::KeepAside))
+            throw RuntimeError(error::PathFileAccess);
+        return before;
+    }
+    catch (...)
+    {
+        Take(before);
+        m_cSet = set;
+        throw;
+    }
+}
+
+clsCatRules::Edit clsCatRules::Stored() const
+{
+    return {.lArtist = m_lArtist, .lTitle = m_lTitle, .lAlbum = m_lAlbum, .bIgnore = m_bIgnore};
+}
+
 bool clsCatRules::Store(const Edit& edit)
+{
+    Set(edit);
+    return SaveRules();
+}
+
+void clsCatRules::Set(const Edit& edit)
 {
     Take(edit);
     m_cSet.lArtist = edit.lArtist ? edit.lArtist : m_cSet.lArtist;
     m_cSet.lTitle = edit.lTitle ? edit.lTitle : m_cSet.lTitle;
     m_cSet.lAlbum = edit.lAlbum ? edit.lAlbum : m_cSet.lAlbum;
     m_cSet.bIgnore = edit.bIgnore ? edit.bIgnore : m_cSet.bIgnore;
-    return SaveRules();
 }
 
 void clsCatRules::Take(const Edit& edit)
@@ -144,33 +179,44 @@ bool clsCatRules::SaveRules() { return Save(Report::Show); }
 
 bool clsCatRules::Save(Report eReport)
 {
-    const std::wstring sName = CatID();
-    if (sName.empty() || Folder().empty())
+    if (!IsBound())
         return false;
     try
     {
-        RequireFileName(sName);
-        const std::wstring sPath = PathOf(sName);
-        if (eReport == Report::Show && m_eSource != Source::File && sPath == m_sReadPath)
-            ReadAgain(); // when that fails, the save keeps the file aside
-        m_cMod.FlushDebugLog();
-        SavedFiles& cSaved = m_cMod.Saved();
-        const SavedFiles::Stamp lStamp = cSaved.Begin();
-        using Unseen = SavedFiles::Unseen;
-        if (cSaved.Replace(sPath, lStamp, Encode(), this,
-                           eReport == Report::Show ? Unseen::KeepAside : Unseen::LeaveAlone) !=
-            SavedFiles::Result::Written)
-            return false;
-        m_sSeenPath = sPath;
-        m_lSeen = lStamp;
-        m_eSource = Source::File;
-        return true;
+        RequireFileName(CatID());
+        if (eReport == Report::LogOnly)
+            return Write(SavedFiles::Unseen::LeaveAlone);
+        ReadAgainUnlessKnown(); // when that fails, the save keeps the file aside
+        return Write(SavedFiles::Unseen::KeepAside);
     }
     catch (...)
     {
         m_cMod.DISPLAYERROR(L"SaveRules", eReport == Report::Show, CurrentError());
         return false;
     }
+}
+
+bool clsCatRules::IsBound() const { return !CatID().empty() && !Folder().empty(); }
+
+// Returns false when the file was left alone. Precondition: IsBound, and the name can be a file's.
+bool clsCatRules::Write(SavedFiles::Unseen eUnseen)
+{
+    const std::wstring sPath = PathOf(CatID());
+    m_cMod.FlushDebugLog();
+    SavedFiles& cSaved = m_cMod.Saved();
+    const SavedFiles::Stamp lStamp = cSaved.Begin();
+    if (cSaved.Replace(sPath, lStamp, Encode(), this, eUnseen) != SavedFiles::Result::Written)
+        return false;
+    m_sSeenPath = sPath;
+    m_lSeen = lStamp;
+    m_eSource = Source::File;
+    return true;
+}
+
+void clsCatRules::ReadAgainUnlessKnown() noexcept
+{
+    if (m_eSource != Source::File && PathOf(CatID()) == m_sReadPath)
+        ReadAgain();
 }
 
 // Reads the file after a first failure, or because it was created since. Values set here win over those in

@@ -89,6 +89,11 @@ public:
         std::optional<bool> bIgnore;
     };
     bool Apply(const Edit& edit);
+    // As Apply, whole or not at all: throws when the file cannot be read or saved, and keeps every value
+    // then. Returns the values before.
+    Edit Change(const Edit& edit);
+    // The values as stored, each set; lNotSet for a separation that is not set here.
+    Edit Stored() const;
 
     // Returns false without a CatID or an application path, and when writing fails, which is shown. A file
     // that could not be read before is read first, so that values not set here are kept; when that fails
@@ -107,8 +112,12 @@ private:
     void TakeRecord(std::string_view record);
     void ReadAgain() noexcept;
     bool Store(const Edit& edit);
+    void Set(const Edit& edit);
     void Take(const Edit& edit);
+    bool IsBound() const;
+    void ReadAgainUnlessKnown() noexcept;
     bool Save(Report eReport);
+    bool Write(SavedFiles::Unseen eUnseen);
     std::wstring Folder() const;
     static std::wstring PathOf(const std::wstring& sFolder, const std::wstring& sName);
     std::wstring PathOf(const std::wstring& sName) const;

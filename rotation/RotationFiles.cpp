@@ -9,6 +9,24 @@
 namespace ravlo
 {
 
+namespace
+{
+
+struct OptionMember
+{
+    bool RotationOptions::*bOption;
+    std::optional<bool> OptionOverrides::*bOverride;
+};
+
+OptionMember MemberOf(StationOption eOption) noexcept
+{
+    if (eOption == StationOption::FairRotation)
+        return {&RotationOptions::bFairRotation, &OptionOverrides::bFairRotation};
+    return {&RotationOptions::bFeaturedArtists, &OptionOverrides::bFeaturedArtists};
+}
+
+} // namespace
+
 void RotationFiles::Serve(const std::wstring& sAppPath)
 {
     if (!EqualIgnoringCase(sAppPath, m_sAppPath))
@@ -104,8 +122,7 @@ void RotationFiles::Use(const RotationOptions& saved, const OptionOverrides& ove
 
 void RotationFiles::Override(const OptionOverrides& overrides) { Use(m_saved, overrides); }
 
-void RotationFiles::Set(bool RotationOptions::*bOption, std::optional<bool> OptionOverrides::*bOverride,
-                        bool bOn)
+void RotationFiles::ReadOptionsAgain()
 {
     if (m_sAppPath.empty())
         throw RuntimeError(error::ObjectNotSet);
@@ -119,8 +136,20 @@ void RotationFiles::Set(bool RotationOptions::*bOption, std::optional<bool> Opti
     {
         throw RuntimeError(error::PathFileAccess);
     }
+}
+
+bool RotationFiles::Saved(StationOption eOption)
+{
+    ReadOptionsAgain();
+    return m_saved.*MemberOf(eOption).bOption;
+}
+
+void RotationFiles::Set(StationOption eOption, bool bOn)
+{
+    ReadOptionsAgain();
+    const OptionMember member = MemberOf(eOption);
     RotationOptions saved = m_saved;
-    saved.*bOption = bOn;
+    saved.*member.bOption = bOn;
     if (saved != m_saved)
     {
         std::string bytes = WithOptions(m_optionsBytes, saved);
@@ -129,7 +158,7 @@ void RotationFiles::Set(bool RotationOptions::*bOption, std::optional<bool> Opti
         m_optionsBytes = std::move(bytes); // the stamp stays the old one: the next look reads the file again
     }
     OptionOverrides overrides = m_overrides;
-    (overrides.*bOverride).reset();
+    (overrides.*member.bOverride).reset();
     Use(saved, overrides);
 }
 

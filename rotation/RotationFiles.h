@@ -12,6 +12,13 @@
 namespace ravlo
 {
 
+// An option that a station saves.
+enum class StationOption
+{
+    FairRotation,
+    FeaturedArtists,
+};
+
 // The options and the artists' names of the station that is served: Scheduler\Rotation.cfg and
 // Scheduler\Artists.csv. File formats: docs/formats/rotation.md and artists.md. What cannot be read or used
 // is logged.
@@ -43,14 +50,11 @@ public:
     // Reads the file again, even when its stamp is unchanged, then saves the option and puts it in force.
     // Writes nothing when the option already has the value. Throws 75 when the file cannot be read, 91 before
     // the first Serve, and the file system's error when it cannot be written; nothing has changed then.
-    void SetFairRotation(bool bOn)
-    {
-        Set(&RotationOptions::bFairRotation, &OptionOverrides::bFairRotation, bOn);
-    }
-    void SetFeaturedArtists(bool bOn)
-    {
-        Set(&RotationOptions::bFeaturedArtists, &OptionOverrides::bFeaturedArtists, bOn);
-    }
+    void Set(StationOption eOption, bool bOn);
+    void SetFairRotation(bool bOn) { Set(StationOption::FairRotation, bOn); }
+    void SetFeaturedArtists(bool bOn) { Set(StationOption::FeaturedArtists, bOn); }
+    // The file's value of an option, without regard to overrides. Reads the file again, and throws as Set.
+    bool Saved(StationOption eOption);
 
 private:
     struct File
@@ -69,7 +73,7 @@ private:
     void TakeOptions(std::optional<std::string> bytes);
     void TakeArtists(std::optional<std::string> bytes);
     void Use(const RotationOptions& saved, const OptionOverrides& overrides);
-    void Set(bool RotationOptions::*bOption, std::optional<bool> OptionOverrides::*bOverride, bool bOn);
+    void ReadOptionsAgain();
 
     ModScheduler& m_cMod;
     std::wstring m_sAppPath;

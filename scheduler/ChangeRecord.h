@@ -55,6 +55,32 @@ struct ChangeRecord
         friend bool operator==(const Renamed&, const Renamed&) = default;
     };
 
+    // Separations of a category, or options of the station. They are in one file, which is saved whole.
+    enum class Value : std::uint8_t
+    {
+        ArtistSeparation, // in minutes; clsCatRules::lNotSet for none
+        TitleSeparation,
+        AlbumSeparation,
+        IgnoreRules, // this and the following: 0 is off
+        FairRotation,
+        FeaturedArtists,
+    };
+    struct Setting
+    {
+        Value eValue;
+        std::int32_t lBefore;
+        std::int32_t lAfter;
+
+        friend bool operator==(const Setting&, const Setting&) = default;
+    };
+    struct Settings
+    {
+        Category category{};           // whose rules; without a name: the station
+        std::vector<Setting> colItems; // each value once
+
+        friend bool operator==(const Settings&, const Settings&) = default;
+    };
+
     std::vector<Cut> colCuts; // each changed cut, once
     // Each level that a cut joined, left or moved in, once. Costs a copy of the level's keys, which share
     // their texts: two pointers per cut.
@@ -62,11 +88,12 @@ struct ChangeRecord
     std::vector<Category> colMade;    // created by the change, in this order
     std::vector<Category> colDeleted; // deleted by the change, in this order
     std::vector<Renamed> colRenamed;  // main categories, in this order
+    Settings settings;                // a record of settings is one of nothing else
 
     bool IsEmpty() const noexcept
     {
         return colCuts.empty() && colOrders.empty() && colMade.empty() && colDeleted.empty() &&
-               colRenamed.empty();
+               colRenamed.empty() && settings.colItems.empty();
     }
 };
 

@@ -35,7 +35,7 @@ class Reversal
 {
 public:
     using Reversed = std::function<void(const ChangeRecord&)>;
-    Reversal(SchedulerState& cState, Synchronisation& cSync, const ChangeRecord& record, FailingCuts eFailing,
+    Reversal(SchedulerState& cState, Synchronisation& cSync, const ChangeRecord& record, Failing eFailing,
              const Reversed& reversed)
         : m_cState(cState), m_record(record), m_eFailing(eFailing), m_population(cState.populations),
           m_reversed(reversed), m_cChanges(cState, cSync, CutChanges::Origin::Own,
@@ -92,7 +92,7 @@ private:
 
     SchedulerState& m_cState;
     const ChangeRecord& m_record;
-    const FailingCuts m_eFailing;
+    const Failing m_eFailing;
     const std::uint64_t m_population;
     const Reversed& m_reversed;
     bool m_bReversed = false;
@@ -206,8 +206,8 @@ void Reversal::Fails(const TextKey& cKey)
 {
     const RuntimeError cError = CurrentError();
     RequireSameTree();
-    if (m_eFailing == FailingCuts::Prevent)
-        throw CutFailure(cError);
+    if (m_eFailing == Failing::Prevents)
+        throw ReversalFailure(cError, L"leaves out the cuts that fail");
     m_colFailed.insert(cKey);
 }
 
@@ -414,6 +414,10 @@ std::wstring PassedOver::Text() const
         colParts.push_back(sCat + L" is gone");
     for (const std::wstring& sCat : colKeptCats)
         colParts.push_back(sCat + L" has cuts and stays");
+    for (const std::wstring& sSetting : colSettings)
+        colParts.push_back(sSetting + L" was changed since and stays as it is");
+    if (bFailed)
+        colParts.push_back(L"it could not be done");
     if (bIncomplete)
         colParts.push_back(L"not everything could be put back, see the debug log");
     std::wstring sText;
@@ -423,7 +427,7 @@ std::wstring PassedOver::Text() const
 }
 
 PassedOver ReverseChange(SchedulerState& cState, Synchronisation& cSync, const ChangeRecord& record,
-                         FailingCuts eFailing, const wchar_t* sTitle,
+                         Failing eFailing, const wchar_t* sTitle,
                          const std::function<void(const ChangeRecord&)>& reversed)
 {
     return Reversal(cState, cSync, record, eFailing, reversed).Run(sTitle);

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ravlo
@@ -24,23 +25,33 @@ struct PassedOver
     std::size_t newCuts = 0;               // joined since; they stay, behind the others
     std::vector<std::wstring> colGoneCats; // levels whose order is to be put back
     std::vector<std::wstring> colKeptCats; // levels that were new and contain cuts now
+    std::vector<std::wstring> colSettings; // that have another value by now, such as "the artist separation"
+    bool bFailed = false;                  // it could not be done at all
     bool bIncomplete = false;              // an error, which is logged, after the cuts were changed
 
     // Such as " (2 cuts are gone, 1 new cut stays)"; empty when nothing was passed over.
     std::wstring Text() const;
 };
 
-// A cut that fails: it prevents a reversal, unless such cuts are left out.
-class CutFailure : public RuntimeError
+// What fails, such as a cut: it prevents a reversal, unless the reversal leaves it out.
+class ReversalFailure : public RuntimeError
 {
 public:
-    explicit CutFailure(const RuntimeError& cError) : RuntimeError(cError) {}
+    ReversalFailure(const RuntimeError& cError, std::wstring sNext)
+        : RuntimeError(cError), m_sNext(std::move(sNext))
+    {
+    }
+    // What the next attempt does, such as "leaves out the cuts that fail".
+    const std::wstring& Next() const noexcept { return m_sNext; }
+
+private:
+    std::wstring m_sNext;
 };
 
-enum class FailingCuts
+enum class Failing
 {
-    Prevent, // the reversal throws CutFailure
-    LeaveOut,
+    Prevents, // the reversal throws ReversalFailure
+    IsLeftOut,
 };
 
 // Puts back what a record says, as one unit of work (see CutChanges): all of it, or nothing; then throws.
@@ -55,7 +66,7 @@ enum class FailingCuts
 // anything else runs; it is empty when nothing has changed. Errors after that, as of files, are shown under
 // sTitle.
 PassedOver ReverseChange(SchedulerState& cState, Synchronisation& cSync, const ChangeRecord& record,
-                         FailingCuts eFailing, const wchar_t* sTitle,
+                         Failing eFailing, const wchar_t* sTitle,
                          const std::function<void(const ChangeRecord&)>& reversed);
 
 } // namespace ravlo

@@ -92,7 +92,7 @@ struct clsSchedMan::Parts : SchedulerState
     Cuts colPlayed;                                 // copies, for the next database
     bool bPopulating = false;
     bool bReversing = false; // an undo or redo is running
-    // The step whose last reversal, the newest of all, a cut has prevented; 0: none. See FailingCuts.
+    // The step whose last reversal, the newest of all, something has prevented; 0: none. See Failing.
     std::uint64_t lFailedStep = 0;
     bool bRotatesAllowed = false;
 };

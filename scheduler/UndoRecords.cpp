@@ -77,7 +77,7 @@ public:
         const std::uint64_t number = Number();
         return static_cast<std::int64_t>((number & 1u) != 0 ? ~(number >> 1) : number >> 1);
     }
-    std::int32_t Level()
+    std::int32_t Long()
     {
         const std::int64_t level = Signed();
         if (!std::in_range<std::int32_t>(level))
@@ -134,6 +134,27 @@ void PutKeys(std::string& bytes, const std::vector<TextKey>& colKeys, UndoTables
     }
 }
 
+// Behind the lists of every record, so that a record without settings is as it always was.
+void PutSettings(std::string& bytes, const ChangeRecord::Settings& settings, UndoTables& cTables)
+{
+    if (settings.colItems.empty())
+        return;
+    Put(bytes, settings.colItems.size());
+    for (const ChangeRecord::Setting& item : settings.colItems)
+    {
+        Put(bytes, static_cast<std::uint64_t>(item.eValue));
+        PutSigned(bytes, item.lBefore);
+        PutSigned(bytes, item.lAfter);
+    }
+    Put(bytes, cTables.NumberOf(settings.category.sCatName));
+    PutSigned(bytes, settings.category.lLevel);
+}
+
+bool IsOption(ChangeRecord::Value eValue) noexcept
+{
+    return eValue == ChangeRecord::Value::FairRotation || eValue == ChangeRecord::Value::FeaturedArtists;
+}
+
 class RecordReader : public Reader
 {
 public:
@@ -162,12 +183,36 @@ public:
             std::wstring sFrom = Text();
             return ChangeRecord::Renamed{std::move(sFrom), Text()};
         });
+        if (record.IsEmpty() && !AtEnd())
+            record.settings = Settings();
         if (!AtEnd())
             throw Damaged();
         return record;
     }
 
 private:
+    ChangeRecord::Settings Settings()
+    {
+        ChangeRecord::Settings settings;
+        Repeat(settings.colItems, [this] {
+            const std::uint64_t value = Number();
+            if (value > static_cast<std::uint64_t>(ChangeRecord::Value::FeaturedArtists))
+                throw Damaged();
+            const std::int32_t lBefore = Long();
+            return ChangeRecord::Setting{static_cast<ChangeRecord::Value>(value), lBefore, Long()};
+        });
+        settings.category.sCatName = Text();
+        settings.category.lLevel = Long();
+        const bool bOfStation = settings.category.sCatName.empty();
+        if (settings.colItems.empty() || (bOfStation && settings.colItems.size() != 1) ||
+            settings.category.lLevel < 0 ||
+            std::any_of(settings.colItems.begin(), settings.colItems.end(),
+                        [&](const ChangeRecord::Setting& item) {
+            return IsOption(item.eValue) != bOfStation;
+            }))
+            throw Damaged();
+        return settings;
+    }
     template <class Item, class Read> void Repeat(std::vector<Item>& colItems, const Read& read)
     {
         for (std::size_t count = Count(); count > 0; --count)
@@ -194,13 +239,13 @@ private:
     }
     ChangeRecord::State State()
     {
-        const std::int32_t lCatLevel = Level();
+        const std::int32_t lCatLevel = Long();
         return {lCatLevel, Text()};
     }
     ChangeRecord::Category Category()
     {
         std::wstring sCatName = Text();
-        const std::int32_t lLevel = Level();
+        const std::int32_t lLevel = Long();
         if (sCatName.empty() || lLevel < 0)
             throw Damaged();
         return {std::move(sCatName), lLevel, static_cast<std::size_t>(Number())};
@@ -382,6 +427,7 @@ std::string EncodeRecord(const ChangeRecord& record, UndoTables& cTables)
         Put(bytes, cTables.NumberOf(renamed.sFrom));
         Put(bytes, cTables.NumberOf(renamed.sTo));
     }
+    PutSettings(bytes, record.settings, cTables);
     return bytes;
 }
 

@@ -12,7 +12,7 @@ namespace ravlo
 namespace
 {
 
-constexpr const wchar_t* sWhere = L"Undo.dat";
+constexpr const wchar_t* sUndoFileName = L"Undo.dat";
 constexpr std::uint32_t lMsBetweenReadings = 1'000;
 
 // The file for steps that are too large together: those of one way, if they are not too large alone.
@@ -42,7 +42,7 @@ template <class Body> void UndoSteps::Attempt(Body&& body) noexcept
     }
     catch (...)
     {
-        m_cMod.LogError(sWhere, CurrentError());
+        m_cMod.LogError(sUndoFileName, CurrentError());
         m_content = {};
         EndSeries();
         m_bGrown = false;
@@ -58,7 +58,7 @@ void UndoSteps::Add(const std::wstring& sWhat, const ChangeRecord& record) noexc
         return;
     Load();
     Attempt([&] {
-        if (IsUnitOpen())
+        if (IsUnitOpen() && record.settings.colItems.empty())
             return m_colOpen.back()->TakeIn(sWhat, record);
         Settle();
         EndSeries();
@@ -250,7 +250,7 @@ void UndoSteps::Load() noexcept
     catch (...)
     {
         if (!m_lReadFailedAt)
-            m_cMod.LogError(sWhere, CurrentError());
+            m_cMod.LogError(sUndoFileName, CurrentError());
         m_lReadFailedAt = lNow;
     }
 }
@@ -319,7 +319,8 @@ void UndoSteps::PutBefore(UndoContent older)
 void UndoSteps::Save() noexcept
 {
     const std::uint32_t lNow = m_cMod.Ports().cClock.TickCount();
-    if (m_eUnsaved != Unsaved::Yes || m_sPath.empty() || !m_bMayWrite || lNow - m_lSavedAt < m_lPauseMs)
+    if (m_eUnsaved != Unsaved::Yes || m_sPath.empty() || !m_bMayWrite || m_bSavedLast ||
+        lNow - m_lSavedAt < m_lPauseMs)
         return;
     try
     {
@@ -330,7 +331,7 @@ void UndoSteps::Save() noexcept
     }
     catch (...)
     {
-        m_cMod.LogError(sWhere, CurrentError());
+        m_cMod.LogError(sUndoFileName, CurrentError());
     }
 }
 

@@ -65,8 +65,9 @@ public:
     // ---- adding
 
     // Call when a unit of work is done, before anything else runs. From now on it is the next to be undone,
-    // and nothing can be redone; inside another unit it becomes part of that. Ignores a record of nothing. On
-    // an error, which is logged, the work stays, and all steps are forgotten: they cannot be undone over it.
+    // and nothing can be redone; inside another unit it becomes part of that, except a change of settings,
+    // which has nothing to do with its cuts and is a step before it. Ignores a record of nothing. On an
+    // error, which is logged, the work stays, and all steps are forgotten: they cannot be undone over it.
     void Add(const std::wstring& sWhat, const ChangeRecord& record) noexcept;
 
     // Small units that belong together, such as those of a key that is held down.
@@ -110,10 +111,27 @@ public:
     // ---- saving
 
     // Saves the steps when they have changed since the last attempt, unless the file was written a moment
-    // ago. Does not wait for a locked file. Call at the end of each operation.
+    // ago, or a SaveLast exists. Does not wait for a locked file. Call at the end of each operation.
     void Save() noexcept;
     // Saves them at once, also what failed before.
     void SaveAtEnd() noexcept;
+    // The steps are saved when this ends. After a kill before that, a step whose reversal is saved in part is
+    // still there, and can be reversed again.
+    class SaveLast
+    {
+    public:
+        explicit SaveLast(UndoSteps& cSteps) noexcept : m_cSteps(cSteps) { m_cSteps.m_bSavedLast = true; }
+        ~SaveLast()
+        {
+            m_cSteps.m_bSavedLast = false;
+            m_cSteps.Save();
+        }
+        SaveLast(const SaveLast&) = delete;
+        SaveLast& operator=(const SaveLast&) = delete;
+
+    private:
+        UndoSteps& m_cSteps;
+    };
 
 private:
     enum class Unsaved
@@ -147,6 +165,7 @@ private:
     const PlacedCuts* const m_pPlacedCuts;
     std::wstring m_sPath; // empty before the first population
     bool m_bMayWrite = true;
+    bool m_bSavedLast = false; // a SaveLast exists
     bool m_bLoaded = true;
     std::optional<std::uint32_t> m_lReadFailedAt; // by the tick count
     Unsaved m_eUnsaved = Unsaved::No;

@@ -24,6 +24,7 @@ namespace ravlo
 {
 
 struct Explanation;
+enum class StationOption;
 enum class UndoWay : int;
 class PlacedCuts;
 class Population;
@@ -120,8 +121,15 @@ public:
     void AssignCut(const std::shared_ptr<Cut>& cCut, std::int32_t lCatLevel,
                    const std::vector<std::wstring>& colCatNames);
 
+    // Sets separations of a category: whole or not at all, saved at once. Throws what prevented it.
+    void ChangeRules(const std::shared_ptr<clsCat>& cCat, const clsCatRules::Edit& edit);
+    // As clsCatRules::Apply: when it cannot be saved, that is shown, and the values count until the next
+    // start.
+    bool ApplyRules(const std::shared_ptr<clsCat>& cCat, const clsCatRules::Edit& edit);
+
     // Undo and redo of the operations above, one each: shuffle, spread, re-order, move and copy, removal,
-    // deletion, new category or level, assignment. UndoText is such as "Undo shuffle of pop 1", empty when
+    // deletion, new category or level, assignment, renaming, separations; and of the options below, except
+    // overrides. UndoText is such as "Undo shuffle of pop 1", empty when
     // there is nothing to undo. Undo is one unit of work, saved at once; see ChangeReversal.h. It returns a
     // text for a status bar, such as "Undone: shuffle of pop 1 (2 cuts are gone)". When it throws, nothing
     // has changed and the step can be tried again: error 5 when there is nothing to undo, 70 during a
@@ -133,6 +141,9 @@ public:
     bool CanRedo() const noexcept;
     std::wstring RedoText() const;
     std::wstring Redo();
+    // Saves the steps whose file took too long to be written with each of them, when it is time for that. For
+    // an idle moment; cheap when nothing is owed.
+    void SavePostponedSteps() noexcept;
 
     // Records a play; see PlayHistory.h. When the database refuses the play time, the play is still recorded,
     // the error is shown once, and the time is pending until the next play, saving of all orders or
@@ -159,7 +170,7 @@ public:
 
     // The station's own rotation options, and the names that credits count for; see RotationFiles.h. A pick
     // uses the options in force when it begins; names that are set inside its pump count from the next
-    // candidate on. Each throws error 91 before the first population.
+    // candidate on. A setter saves at once. Each throws error 91 before the first population.
     RotationOptions Options();
     ArtistNames Names();
     void SetFairRotation(bool bOn);
@@ -192,6 +203,7 @@ private:
                                              Population& cPopulation, const std::wstring& sAppPath,
                                              bool bSameFolder);
     std::wstring Reverse(UndoWay eWay, const std::wstring& sVerb, const wchar_t* sTitle);
+    void SetOption(StationOption eOption, bool bOn);
     void RefreshLibrary() noexcept;
     void RecordNotedPlays();
     std::shared_ptr<clsCat> RequireLevel(const std::wstring& strSubCatKey) const;

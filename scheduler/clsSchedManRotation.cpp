@@ -2,6 +2,7 @@
 // Picks, plays and the play history.
 
 #include "scheduler/SchedManParts.h"
+#include "scheduler/SettingChanges.h"
 
 #include <utility>
 
@@ -91,7 +92,27 @@ std::shared_ptr<clsCat> clsSchedMan::RequireLevel(const std::wstring& strSubCatK
     return cSubCat;
 }
 
-// ---- options and names
+// ---- separations, options and names
+
+void clsSchedMan::ChangeRules(const std::shared_ptr<clsCat>& cCat, const clsCatRules::Edit& edit)
+{
+    const Call cCall(*this);
+    const std::shared_ptr<clsCatRules> cRules = cCat->Rules();
+    const clsCatRules::Edit before = cRules->Change(edit);
+    NoteRules(*m_cParts, *cCat, before, cRules->Stored());
+}
+
+bool clsSchedMan::ApplyRules(const std::shared_ptr<clsCat>& cCat, const clsCatRules::Edit& edit)
+{
+    const Call cCall(*this);
+    const std::shared_ptr<clsCatRules> cRules = cCat->Rules();
+    const bool bKnown = !cRules->Unread();
+    const clsCatRules::Edit before = cRules->Stored();
+    const bool bSaved = cRules->Apply(edit);
+    if (bSaved && bKnown)
+        NoteRules(*m_cParts, *cCat, before, cRules->Stored());
+    return bSaved;
+}
 
 RotationFiles& clsSchedMan::PresentRotation()
 {
@@ -113,18 +134,16 @@ ArtistNames clsSchedMan::Names()
     return PresentRotation().Names();
 }
 
-void clsSchedMan::SetFairRotation(bool bOn)
+void clsSchedMan::SetOption(StationOption eOption, bool bOn)
 {
     const Call cCall(*this);
-    PresentRotation().SetFairRotation(bOn);
+    Parts& my = *m_cParts;
+    ravlo::SetOption(my, PresentRotation(), eOption, bOn);
+    my.cPlayHistory.SetNames(my.cRotationFiles.Names());
 }
 
-void clsSchedMan::SetFeaturedArtists(bool bOn)
-{
-    const Call cCall(*this);
-    PresentRotation().SetFeaturedArtists(bOn);
-    m_cParts->cPlayHistory.SetNames(m_cParts->cRotationFiles.Names());
-}
+void clsSchedMan::SetFairRotation(bool bOn) { SetOption(StationOption::FairRotation, bOn); }
+void clsSchedMan::SetFeaturedArtists(bool bOn) { SetOption(StationOption::FeaturedArtists, bOn); }
 
 void clsSchedMan::OverrideOptions(const OptionOverrides& overrides)
 {

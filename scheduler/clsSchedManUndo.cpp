@@ -5,6 +5,7 @@
 #include "scheduler/CategoryRename.h"
 #include "scheduler/ChangeReversal.h"
 #include "scheduler/SchedManParts.h"
+#include "scheduler/SettingChanges.h"
 
 #include <utility>
 
@@ -14,14 +15,31 @@ namespace ravlo
 namespace
 {
 
-// Renames back. Throws, with nothing changed, when that is not possible any more.
-void RenameBack(SchedulerState& cState, Synchronisation& cSync, const ChangeRecord::Renamed& before,
-                const std::function<void(const ChangeRecord&)>& reversed)
+// Renames back, unless that is done, as by a process that was killed before it could save its steps. Throws,
+// with nothing changed, when it is not possible.
+PassedOver RenameBack(SchedulerState& cState, Synchronisation& cSync, const ChangeRecord::Renamed& before,
+                      Failing eFailing, const std::function<void(const ChangeRecord&)>& reversed)
 {
-    if (const std::wstring sWhyNot = WhyNotRename(cState, before.sTo, before.sFrom); !sWhyNot.empty())
-        throw RuntimeError(error::InvalidProcedureCall, sWhyNot);
-    if (!RenameMainCat(cState, cSync, before.sTo, before.sFrom, reversed))
-        throw RuntimeError(error::PathFileAccess, L"The list of categories cannot be saved");
+    PassedOver passedOver;
+    ChangeRecord inverse;
+    const std::wstring sWhyNot = WhyNotRename(cState, before.sTo, before.sFrom);
+    const bool bThere = cState.MainCat(before.sTo) != nullptr;
+    if (bThere && sWhyNot.empty())
+    {
+        if (!RenameMainCat(cState, cSync, before.sTo, before.sFrom, reversed))
+            throw RuntimeError(error::PathFileAccess, L"The list of categories cannot be saved");
+        return passedOver;
+    }
+    if (bThere && eFailing == Failing::Prevents)
+        throw ReversalFailure(RuntimeError(error::InvalidProcedureCall, sWhyNot), L"passes it over");
+    if (bThere)
+        passedOver.bFailed = true;
+    else if (cState.MainCat(before.sFrom))
+        inverse.colRenamed = {{before.sTo, before.sFrom}};
+    else
+        passedOver.colGoneCats.push_back(before.sTo);
+    reversed(inverse);
+    return passedOver;
 }
 
 } // namespace
@@ -61,6 +79,12 @@ catch (...)
     m_cParts->cMod.LogError(L"RefreshLibrary", CurrentError());
 }
 
+void clsSchedMan::SavePostponedSteps() noexcept
+{
+    if (!m_cParts->bPopulating)
+        m_cParts->cUndo.Save();
+}
+
 std::wstring clsSchedMan::Reverse(UndoWay eWay, const std::wstring& sVerb, const wchar_t* sTitle)
 {
     Parts& my = *m_cParts;
@@ -74,6 +98,7 @@ std::wstring clsSchedMan::Reverse(UndoWay eWay, const std::wstring& sVerb, const
     if (my.openChanges != 0 || my.cUndo.IsUnitOpen())
         throw RuntimeError(error::PermissionDenied, L"Cuts are being changed just now");
     const ScopedFlag cReversing(my.bReversing);
+    const UndoSteps::SaveLast cSaveLast(my.cUndo);
     const std::uint64_t lFailed = std::exchange(my.lFailedStep, 0);
     const std::optional<UndoSteps::Step> step = my.cUndo.Next(eWay);
     if (!step)
@@ -84,27 +109,30 @@ std::wstring clsSchedMan::Reverse(UndoWay eWay, const std::wstring& sVerb, const
         my.cUndo.Reversed(*step, eWay, {});
         throw RuntimeError(error::InvalidProcedureCall, sFailed + L"; its record is damaged and is dropped");
     }
-    const FailingCuts eFailing = lFailed == step->lNumber ? FailingCuts::LeaveOut : FailingCuts::Prevent;
+    const Failing eFailing = lFailed == step->lNumber ? Failing::IsLeftOut : Failing::Prevents;
     PassedOver passedOver;
     try
     {
         const auto reversed = [&](const ChangeRecord& inverse) { my.cUndo.Reversed(*step, eWay, inverse); };
         if (!step->record->colRenamed.empty())
-            RenameBack(my, my.cSync, step->record->colRenamed.front(), reversed);
+            passedOver = RenameBack(my, my.cSync, step->record->colRenamed.front(), eFailing, reversed);
+        else if (!step->record->settings.colItems.empty())
+            passedOver = ReverseSettings(my, my.cRotationFiles, step->record->settings, eFailing, reversed);
         else
             passedOver = ReverseChange(my, my.cSync, *step->record, eFailing, sTitle, reversed);
     }
-    catch (const CutFailure& cError)
+    catch (const ReversalFailure& cError)
     {
         my.lFailedStep = step->lNumber;
         throw RuntimeError(cError.Number(), sFailed + L"; nothing was changed: " + cError.Description() +
-                                                L" The next " + sVerb + L" leaves out the cuts that fail.");
+                                                L" The next " + sVerb + L" " + cError.Next() + L".");
     }
     catch (...)
     {
         const RuntimeError cError = CurrentError();
         throw RuntimeError(cError.Number(), sFailed + L"; nothing was changed: " + cError.Description());
     }
+    my.cPlayHistory.SetNames(my.cRotationFiles.Names()); // the option may be another one
     RefreshLibrary();
     my.cMod.ShowWaiting();
     return step->sWhat + passedOver.Text();

@@ -125,9 +125,45 @@ struct RefRecord
 };
 using RefRecords = std::vector<RefRecord>;
 
+using RefLevel = std::pair<std::wstring, std::int32_t>; // folded name of the main category, number
+
+// Artist separations by level, and whether featured artists count.
+class RefSettings
+{
+public:
+    static inline const RefLevel featured{};
+
+    std::int32_t Of(const RefLevel& what) const
+    {
+        const auto found = m_colValues.find(what);
+        return found == m_colValues.end() ? Unset(what) : found->second;
+    }
+    void Set(const RefLevel& what, std::int32_t lValue)
+    {
+        m_colValues[what] = lValue;
+        if (lValue == Unset(what))
+            m_colValues.erase(what);
+    }
+    std::vector<RefLevel> DifferentFrom(const RefSettings& other) const
+    {
+        std::vector<RefLevel> colDifferent;
+        for (const auto* pValues : {&m_colValues, &other.m_colValues})
+            for (const auto& [what, lValue] : *pValues)
+                if (Of(what) != other.Of(what))
+                    AddOnce(colDifferent, what);
+        return colDifferent;
+    }
+    friend bool operator==(const RefSettings&, const RefSettings&) = default;
+
+private:
+    static std::int32_t Unset(const RefLevel& what) { return what == featured ? 0 : clsCatRules::lNotSet; }
+    std::map<RefLevel, std::int32_t> m_colValues;
+};
+
 class Reference
 {
 public:
+    RefSettings settings;
     std::vector<std::unique_ptr<RefCut>> colCuts; // in the database's order
     std::vector<std::unique_ptr<RefMain>> colMains;
     std::map<std::wstring, RefRecords> colFiles; // by folded name
@@ -293,13 +329,12 @@ private:
 
 // ---- undo: a step is the difference between two states
 
-using RefLevel = std::pair<std::wstring, std::int32_t>; // folded name of the main category, number
-
 struct RefState
 {
     Lines colMains; // in the tree's order
     std::map<RefLevel, Keys> colOrders;
     std::map<std::wstring, std::pair<Lines, std::int32_t>> colCuts; // key -> names and level
+    RefSettings settings;
 
     friend bool operator==(const RefState&, const RefState&) = default;
 
@@ -327,6 +362,7 @@ RefState StateOf(const Reference& ref)
     }
     for (const auto& pCut : ref.colCuts)
         state.colCuts[pCut->sKey] = {pCut->colNames, pCut->lLevel};
+    state.settings = ref.settings;
     return state;
 }
 
@@ -419,6 +455,7 @@ public:
         const bool bDeleted = DeleteMade();
         if (bMade || bDeleted)
             m_ref.SaveList();
+        SetBack();
     }
 
     RefOrder colCuts; // those to change
@@ -492,6 +529,17 @@ private:
         });
         if (colOrder != colNow)
             m_ref.colAffected.insert(pMain);
+    }
+    void SetBack()
+    {
+        for (const RefLevel& what : m_step.before.settings.DifferentFrom(m_step.after.settings))
+        {
+            const RefMain* pMain = m_ref.Main(what.first);
+            const bool bThere =
+                what == RefSettings::featured || (pMain && pMain->colLevels.count(what.second) != 0);
+            if (bThere && m_ref.settings.Of(what) == m_step.after.settings.Of(what))
+                m_ref.settings.Set(what, m_step.before.settings.Of(what));
+        }
     }
     // Whether a main category was deleted.
     bool DeleteMade()
@@ -574,6 +622,9 @@ public:
             Operation{"move in category", 8, &Model::MoveInCategory, true},
             Operation{"mass move", 10, &Model::MassMove, true},
             Operation{"mass copy", 7, &Model::MassCopy, true},
+            Operation{"change rules", 6, &Model::ChangeRules, true},
+            Operation{"switch featured artists", 3, &Model::SwitchFeatured, true},
+            Operation{"host changes rules", 2, &Model::HostChangesRules},
             Operation{"undo", 12, &Model::Undo},
             Operation{"redo", 8, &Model::Redo},
             Operation{"pick", 14, &Model::PickCut},
@@ -612,6 +663,8 @@ public:
             ASSERT_EQ(pCut->cCut->CatLevel(), pCut->lLevel) << pCut->sKey;
             ASSERT_EQ(pCut->cCut->CategoryNames(), pCut->colNames) << pCut->sKey;
         }
+        ASSERT_EQ(m_cLib.cSchedMan->Options().bFeaturedArtists,
+                  m_ref.settings.Of(RefSettings::featured) != 0);
         ASSERT_EQ(m_cLib.cSchedMan->CanUndo(), !m_colUndo.empty());
         ASSERT_EQ(m_cLib.cSchedMan->CanRedo(), !m_colRedo.empty());
     }
@@ -1262,6 +1315,33 @@ private:
         m_ref.colAffected.insert(pMain);
     }
 
+    // ---- settings
+
+    void ChangeRules()
+    {
+        const auto [pMain, lLevel] = DrawPlace();
+        if (!pMain)
+            return;
+        const auto lMins = static_cast<std::int32_t>(Draw(3));
+        m_cLib.cSchedMan->ChangeRules(CatOf(pMain, lLevel), {lMins, {}, {}, {}});
+        m_ref.settings.Set({Lower(pMain->sName), lLevel}, lMins);
+    }
+    void HostChangesRules()
+    {
+        const auto [pMain, lLevel] = DrawPlace();
+        if (!pMain)
+            return;
+        const auto lMins = static_cast<std::int32_t>(Draw(3));
+        CatOf(pMain, lLevel)->Rules()->SetArtistSepMins(lMins);
+        m_ref.settings.Set({Lower(pMain->sName), lLevel}, lMins);
+    }
+    void SwitchFeatured()
+    {
+        const bool bOn = Chance(50);
+        m_cLib.cSchedMan->SetFeaturedArtists(bOn);
+        m_ref.settings.Set(RefSettings::featured, bOn ? 1 : 0);
+    }
+
     // ---- undo
 
     using Steps = std::vector<RefStep>;
@@ -1387,8 +1467,24 @@ private:
         m_cLib.cSchedMan->PopulateFromDataBase(m_cDataBase, sRadio);
     }
 
+    // Steps that name cuts, but none that is still there, are taken for those of another database.
+    bool StepsAreForeign() const
+    {
+        const auto namesACut = [&](const RefStep& step) {
+            const std::set<RefLevel> touched = step.Touched();
+            return AnyOf(m_ref.colCuts, [&](const auto& pCut) {
+                return AnyOf(touched,
+                             [&](const RefLevel& level) { return step.before.IsIn(pCut->sKey, level); });
+            });
+        };
+        const bool bNone = m_colUndo.empty() && m_colRedo.empty();
+        return !bNone && !AnyOf(m_colUndo, namesACut) && !AnyOf(m_colRedo, namesACut);
+    }
+
     void Reload()
     {
+        if (StepsAreForeign())
+            return;
         m_ref.SaveBeforeReading();
         Populate();
         m_ref.Reload();
@@ -1396,6 +1492,8 @@ private:
 
     void Restart()
     {
+        if (StepsAreForeign())
+            return;
         m_cLib.cSchedMan = std::make_shared<clsSchedMan>(m_cLib.cMod);
         Populate();
         m_cLib.cSchedMan->SetRotatesAllowed(true);
@@ -1406,7 +1504,7 @@ private:
 
     // ---- comparing
 
-    static void CompareMain(clsCat& cMainCat, const TextKey& cKey, const RefMain& main)
+    void CompareMain(clsCat& cMainCat, const TextKey& cKey, const RefMain& main)
     {
         ASSERT_EQ(cMainCat.CatName(), main.sName);
         ASSERT_TRUE(EqualIgnoringCase(cKey.Text(), main.sName + L"\t0"));
@@ -1421,6 +1519,10 @@ private:
             ASSERT_EQ(cSubCat.MainCat().get(), &cMainCat);
             ASSERT_EQ(colSubCats.KeyAt(at++)->Text(), std::to_wstring(lLevel));
             CompareLevel(cSubCat, colOrder);
+            const std::int32_t lMins = m_ref.settings.Of({Lower(main.sName), lLevel});
+            const auto cSaved = clsCatRules::Read(m_cLib.cMod, clsCat::RulesID(main.sName, lLevel));
+            ASSERT_EQ(*cSubCat.PresentRules()->Stored().lArtist, lMins);
+            ASSERT_EQ(*cSaved->Stored().lArtist, lMins);
         }
     }
 

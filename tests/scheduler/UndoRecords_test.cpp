@@ -26,6 +26,21 @@ ChangeRecord FullRecord()
     return record;
 }
 
+ChangeRecord SettingsRecord()
+{
+    using Value = ChangeRecord::Value;
+    ChangeRecord record;
+    record.settings = {{L"Pop", 2}, {{Value::ArtistSeparation, -1, 90}, {Value::IgnoreRules, 0, 1}}};
+    return record;
+}
+
+ChangeRecord OptionRecord(std::size_t items)
+{
+    ChangeRecord record;
+    record.settings.colItems.assign(items, {ChangeRecord::Value::FairRotation, 0, 1});
+    return record;
+}
+
 // What a record says, as text.
 std::wstring TextOf(const ChangeRecord& record)
 {
@@ -61,7 +76,9 @@ UndoContent Content()
     small.colMade = {{L"Jazz", 2}};
     content.colUndo = {{1, L"new level Jazz 2", EncodeRecord(small, content.cTables)},
                        {2, L"move of 2 cuts to \x00C4", EncodeRecord(FullRecord(), content.cTables)}};
-    content.colRedo = {{3, L"new level Jazz 2", EncodeRecord(small, content.cTables)}};
+    content.colRedo = {{3, L"new level Jazz 2", EncodeRecord(small, content.cTables)},
+                       {4, L"separations of Pop 2", EncodeRecord(SettingsRecord(), content.cTables)},
+                       {5, L"fair rotation", EncodeRecord(OptionRecord(1), content.cTables)}};
     return content;
 }
 
@@ -71,11 +88,13 @@ TEST(UndoRecords, AFileIsReadBackAsItWasWritten)
     const std::optional<UndoContent> read = DecodeUndoFile(bytes);
     ASSERT_TRUE(read);
     ASSERT_EQ(read->colUndo.size(), 2u);
-    ASSERT_EQ(read->colRedo.size(), 1u);
+    ASSERT_EQ(read->colRedo.size(), 3u);
     EXPECT_EQ(read->colUndo[1].sWhat, L"move of 2 cuts to \x00C4");
     const std::optional<ChangeRecord> record = DecodeRecord(read->colUndo[1].bytes, read->cTables);
     ASSERT_TRUE(record);
     EXPECT_EQ(TextOf(*record), TextOf(FullRecord()));
+    EXPECT_EQ(DecodeRecord(read->colRedo[1].bytes, read->cTables)->settings, SettingsRecord().settings);
+    EXPECT_EQ(DecodeRecord(read->colRedo[2].bytes, read->cTables)->settings, OptionRecord(1).settings);
     EXPECT_EQ(EncodeUndoFile(*read), bytes);
     EXPECT_EQ(EncodeUndoFile(*DecodeUndoFile(EncodeUndoFile({}))), EncodeUndoFile({}));
 }
@@ -98,6 +117,23 @@ TEST(UndoRecords, TheBytesAreTheDocumentedOnes)
         std::string("\2\0\4D:\\a\3\1b\2\3Pop\4Rock\1\1x", 23) + static_cast<char>(step.size()) + step + '\0';
     EXPECT_EQ(EncodeUndoFile(content).substr(21), body);
     EXPECT_TRUE(EncodeUndoFile(content).starts_with("RavloUndo 1\r\n"));
+}
+
+TEST(UndoRecords, SettingsAreASixthListOfARecordOfNothingElse)
+{
+    UndoTables cTables;
+    EXPECT_EQ(EncodeRecord(SettingsRecord(), cTables),
+              std::string({0, 0, 0, 0, 0,      // no list of a change of cuts
+                           2, 0, 1, '\xB4', 1, // artist: -1, 90
+                           3, 0, 2,            // ignoring: 0, 1
+                           0, 4}));            // Pop 2
+    EXPECT_EQ(EncodeRecord(OptionRecord(1), cTables), std::string({0, 0, 0, 0, 0, 1, 4, 0, 2, 1, 0}));
+    ChangeRecord mixed = FullRecord();
+    mixed.settings = SettingsRecord().settings;
+    ChangeRecord option = SettingsRecord();
+    option.settings.colItems[0].eValue = ChangeRecord::Value::FairRotation;
+    for (const ChangeRecord& refused : {mixed, option, OptionRecord(2)})
+        EXPECT_FALSE(DecodeRecord(EncodeRecord(refused, cTables), cTables));
 }
 
 TEST(UndoRecords, DamageAnywhereRefusesTheWholeFile)

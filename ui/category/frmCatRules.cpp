@@ -259,15 +259,15 @@ void frmCatPresenter::SaveCategory()
     const std::shared_ptr<clsCat> cCat = RulesCat();
     if (!cCat)
         return;
-    const std::shared_ptr<clsCatRules> cRules = cCat->Rules();
     clsCatRules::Edit edit;
     edit.lArtist = OwnMinutes(txtArtistSepMins1);
     edit.lTitle = OwnMinutes(txtTitleSepMins1);
     edit.lAlbum = Minutes(txtAlbumSepMins); // unchanged: below zero unsets the rule
     if (m_bIgnoreEdited)
         edit.bIgnore = m_cView.IgnoreChecked();
-    if (!cRules->Apply(edit))
-        m_cMod.Box(BoxIcon::None, BoxButtons::Ok, sProgramTitle, L"Cant save rules for: " + cRules->CatID());
+    if (!m_cSchedMan->ApplyRules(cCat, edit))
+        m_cMod.Box(BoxIcon::None, BoxButtons::Ok, sProgramTitle,
+                   L"Cant save rules for: " + cCat->Rules()->CatID());
     FillCategoryPane();
 }
 

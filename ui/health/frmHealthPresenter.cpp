@@ -480,7 +480,7 @@ void frmHealthPresenter::CarryOut(clsSchedMan& cSchedMan, const LevelRemedy& rem
         m_sDone = LevelText(sLevelKey) + L" is spread.";
         return;
     case RemedyKind::ArtistSeparation:
-        cSubCat->Rules()->SetArtistSepMins(remedy.lArtistSepMins);
+        cSchedMan.ChangeRules(cSubCat, {remedy.lArtistSepMins, std::nullopt, std::nullopt, std::nullopt});
         m_sDone = L"The artist separation of " + LevelText(sLevelKey) + L" is " +
                   DecimalText(remedy.lArtistSepMins) + L" minutes.";
         return;

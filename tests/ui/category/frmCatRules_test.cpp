@@ -75,6 +75,8 @@ TEST_F(Inherit, AnUntickedBoxMakesTheShownMinutesTheLevelsOwn)
         EXPECT_EQ(TicksShown(), Ticks());
     });
     EXPECT_EQ(Stored(), (Minutes{61, 62, 63}));
+    EXPECT_EQ(cSchedMan->Undo(), L"Undone: separations of Rock 3");
+    EXPECT_EQ(Stored(), (Minutes{-1, -1, -1}));
 }
 
 TEST_F(Inherit, TypingTakesTheTickAway)

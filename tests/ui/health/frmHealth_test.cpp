@@ -197,6 +197,8 @@ TEST_F(HealthTest, FairRotationIsCarriedOutAndSeen)
     Show();
     EXPECT_NE(std::find(view.colStatus.begin(), view.colStatus.end(), L"Fair rotation is on."),
               view.colStatus.end());
+    EXPECT_EQ(cLib.cSchedMan->Undo(), L"Undone: fair rotation");
+    EXPECT_FALSE(cLib.cSchedMan->Options().bFairRotation);
 }
 
 TEST_F(HealthTest, SpreadGivesWhatWasPredicted)
@@ -209,6 +211,8 @@ TEST_F(HealthTest, SpreadGivesWhatWasPredicted)
     });
     Show();
     EXPECT_TRUE(cPorts.cMessages.Boxes.empty()) << "nothing is asked";
+    EXPECT_EQ(cLib.cSchedMan->Undo(), L"Undone: spread of Pop 1");
+    EXPECT_EQ(cLib.Order(L"Pop", 1), colBefore);
 }
 
 TEST_F(HealthTest, SeparationIsSavedInTheLevelsRules)
@@ -221,6 +225,23 @@ TEST_F(HealthTest, SeparationIsSavedInTheLevelsRules)
     EXPECT_NE(std::find(view.colStatus.begin(), view.colStatus.end(),
                         L"The artist separation of Jazz 1 is 34 minutes."),
               view.colStatus.end());
+    EXPECT_EQ(cLib.cSchedMan->Undo(), L"Undone: artist separation of Jazz 1");
+    EXPECT_EQ(cLib.Level(L"Jazz", 1)->PresentRules()->ArtistSepMins(), 90);
+}
+
+TEST_F(HealthTest, SeparationThatCannotBeSavedChangesNothing)
+{
+    cLib.Level(L"Jazz", 1)->Rules()->Apply({90, std::nullopt, std::nullopt, std::nullopt});
+    memory.sLevelKey = L"jazz\t1";
+    Do([&] {
+        cPorts.cFiles.SetReadOnly(std::wstring(sRadio) + L"Scheduler\\Rules");
+        CarryOut(L"Artist separation 34");
+        EXPECT_EQ(view.sStatus, StandardDescription(error::PathFileAccess));
+    });
+    Show();
+    EXPECT_EQ(cLib.Level(L"Jazz", 1)->PresentRules()->ArtistSepMins(), 90);
+    EXPECT_FALSE(cLib.cSchedMan->CanUndo());
+    EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
 }
 
 TEST_F(HealthTest, OtherCutsCannotBeCarriedOut)
