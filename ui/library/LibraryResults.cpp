@@ -93,6 +93,14 @@ std::wstring LengthText(std::int64_t milliseconds)
                         : DecimalText(minutes / 60) + L":" + TwoDigits(minutes % 60) + sEnd;
 }
 
+void LibraryResults::SayLastStep(const clsSchedMan& cSchedMan, const std::wstring& sUndoBefore)
+{
+    constexpr std::wstring_view sUndo = L"Undo ";
+    const std::wstring sNow = cSchedMan.UndoText();
+    if (sNow != sUndoBefore && sNow.size() > sUndo.size())
+        Say(L"Last change: " + sNow.substr(sUndo.size()));
+}
+
 void LibraryResults::Concern(std::size_t cuts) { m_cView.SetResult(L"Concerns " + CountedCuts(cuts)); }
 
 void LibraryResults::WorkEnded() noexcept

@@ -40,6 +40,8 @@ public:
     // What the running command has done. Shown at its end, until the user does something else; a refresh
     // keeps it.
     void Say(const std::wstring& sResult) { m_sResult = sResult; }
+    // The last step to undo, made in a window that was open; nothing when that is still sUndoBefore.
+    void SayLastStep(const clsSchedMan& cSchedMan, const std::wstring& sUndoBefore);
     // How many cuts the question concerns that is about to be asked. Shown at once, until the command's end.
     void Concern(std::size_t cuts);
     // The user has begun a command; a command or a refresh has ended and nothing runs any more.

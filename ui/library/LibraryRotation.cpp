@@ -113,12 +113,14 @@ void LibraryRotation::ShowNextCuts(clsSchedMan& cSchedMan)
         m_dialogs.ShowNextCuts(cSchedMan, sLevelKey);
 }
 
-// Its advice may have changed orders.
+// Its advice may have changed orders and settings.
 void LibraryRotation::ShowHealth(clsSchedMan& cSchedMan)
 {
     if (!m_dialogs.ShowHealth)
         return;
+    const std::wstring sBefore = cSchedMan.UndoText();
     m_dialogs.ShowHealth(cSchedMan);
+    m_cResults.SayLastStep(cSchedMan, sBefore);
     m_cPanes.ShowChanges(cSchedMan);
 }
 

@@ -65,6 +65,12 @@ void frmUILibPresenter::ShowModalUI()
     m_cView.ShowModal();
 }
 
+void frmUILibPresenter::Tick() noexcept
+{
+    if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cWork.SchedMan(); cSchedMan && !m_cWork.Running())
+        cSchedMan->SavePostponedSteps();
+}
+
 void frmUILibPresenter::GoTo(const std::wstring& sLevelKey, const TextKey& cCutKey)
 {
     m_GoTo = [=, this](clsSchedMan& cSchedMan) { m_cPanes.GoToCut(cSchedMan, sLevelKey, cCutKey); };
@@ -172,7 +178,9 @@ void frmUILibPresenter::ShowCategoryWindow(clsSchedMan& cSchedMan)
 {
     CategoryRequest request;
     request.sCaption = L"Category Selector";
+    const std::wstring sBefore = cSchedMan.UndoText();
     cSchedMan.ShowCatUI(request);
+    m_cResults.SayLastStep(cSchedMan, sBefore);
     m_cPanes.ShowChangedTree(cSchedMan);
 }
 

@@ -49,6 +49,8 @@ public:
     // Call before the window is shown for the first time, and before it ends.
     void Opened() { m_cPanes.Grid().TakeGrid(); }
     void Closing() { m_cPanes.Grid().LetGoOfGrid(); }
+    // Call now and then while the window is there.
+    void Tick() noexcept;
     // Closes the window, after the present work.
     void RequestClose() { m_cWork.RequestClose(); }
 

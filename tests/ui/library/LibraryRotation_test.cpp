@@ -135,6 +135,37 @@ TEST_P(NewLibraryTest, FairRotationIsDisabledBeforeAPopulation)
     EXPECT_FALSE(cForm.ItemOf(mnuFairRotation).bEnabled);
 }
 
+TEST_P(LibraryRotationTest, WhatAWindowHasChangedIsSaidWhenItIsClosed)
+{
+    CategoryWindows windows(Man());
+    windows.OnCategory = [&](CategoryRequest&) { Man().ApplyRules(Level(L"Rock", 1), {5, {}, {}, {}}); };
+    Do(mnuCatUI);
+    EXPECT_EQ(cView.sResult, L"Last change: artist separation of Rock 1");
+    windows.OnCategory = [](CategoryRequest&) {};
+    cView.sResult = L"";
+    Do(mnuCatUI);
+    EXPECT_EQ(cView.sResult, L"") << "nothing was changed";
+    LibraryDialogs dialogs;
+    dialogs.ShowHealth = [](clsSchedMan& cSchedMan) { cSchedMan.SetFairRotation(true); };
+    cForm.Rotation().SetDialogs(dialogs);
+    Do(mnuHealth);
+    EXPECT_EQ(cView.sResult, L"Last change: fair rotation");
+}
+
+TEST_P(LibraryRotationTest, StepsThatWereNotWrittenAreWrittenWhenNothingRuns)
+{
+    const std::wstring sPath = std::wstring(sRadio) + L"Scheduler\\Undo.dat";
+    CatCollection colLeft;
+    cLibrary.cSchedMan->RemoveCutFromCategory(cLibrary.MainCat(L"Rock"), cLibrary.CutsOf(L"Rock")[0],
+                                              colLeft);
+    EXPECT_FALSE(cPorts.cFiles.FileExists(sPath)) << "what a host removes one by one is saved later";
+    cForm.Tick();
+    EXPECT_TRUE(cPorts.cFiles.FileExists(sPath));
+    cPorts.cFiles.ClearOperations();
+    cForm.Tick();
+    EXPECT_EQ(cPorts.cFiles.Operations(), Lines()) << "nothing is owed";
+}
+
 TEST_P(LibraryRotationTest, SpreadingNeedsTicks)
 {
     Do(mnuSpread);

@@ -32,7 +32,8 @@ constexpr const wchar_t* sSplitId = L"SplitPanelSchedLib";
 
 constexpr UINT lGreyDelay = 150;     // milliseconds: short commands do not flicker
 constexpr UINT lSelectionDelay = 30; // many rows may change at once
-constexpr UINT lRefreshDelay = 50;   // a timer's message comes after all that the user does
+constexpr UINT lTick = 1'000;
+constexpr UINT lRefreshDelay = 50; // a timer's message comes after all that the user does
 
 } // namespace
 
@@ -61,6 +62,7 @@ frmUILibWindow::frmUILibWindow(HWND hOwner, ModScheduler& cMod, std::function<bo
     const SIZE first = {Scaled(lFirstWidth, m_lDpi), Scaled(lFirstHeight, m_lDpi)};
     m_lShow = RestorePlace(Handle(), m_cMod.Ports().cUserSettings, sPlaceKey, first);
     m_cForm->Opened();
+    ::SetTimer(Handle(), eTimerTick, lTick, nullptr);
 }
 
 frmUILibWindow::~frmUILibWindow()
@@ -352,6 +354,8 @@ void frmUILibWindow::OnTimer(UINT_PTR lTimer)
         m_cForm->Headings().Step();
         return;
     }
+    if (lTimer == eTimerTick)
+        return m_cForm->Tick();
     OnDragTick();
 }
 

@@ -58,6 +58,7 @@ private:
         eTimerRefresh,
         eTimerSelection,
         eTimerSorting,
+        eTimerTick,
     };
     static bool Down(int lKey) { return ::GetKeyState(lKey) < 0; }
 
