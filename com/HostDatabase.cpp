@@ -4,6 +4,7 @@
 #include "com/Library.h"
 #include "comkit/CutFace.h"
 #include "comkit/EventSink.h"
+#include "comkit/RecordedPlays.h"
 
 #include <algorithm>
 
@@ -181,6 +182,11 @@ std::unique_ptr<DataBase::Batch> HostDatabase::BeginBatch()
 {
     const auto cChanges = Host().As<IBatchedChanges>();
     return cChanges ? std::make_unique<HostBatch>(cChanges) : nullptr;
+}
+
+std::optional<std::wstring> HostDatabase::RecordedPlays(DateTime dtFrom, DateTime dtTo)
+{
+    return RecordedPlaysOf(*Host().Get(), dtFrom, dtTo);
 }
 
 bool HostDatabase::IsListening(const DataBaseEvents& cEvents) const noexcept

@@ -37,6 +37,8 @@ public:
     std::shared_ptr<Cut> NewCut() const override;
     // Null for a database without IBatchedChanges.
     std::unique_ptr<Batch> BeginBatch() override;
+    // See RecordedPlaysOf.
+    std::optional<std::wstring> RecordedPlays(DateTime dtFrom, DateTime dtTo) override;
     void Advise(DataBaseEvents& cEvents) override;
     void Unadvise(DataBaseEvents& cEvents) noexcept override;
 

@@ -4,13 +4,12 @@
 #include "base/CaseFolding.h"
 #include "comkit/Collection.h"
 #include "comkit/Errors.h"
+#include "comkit/LateBound.h"
 #include "comkit/Variant.h"
 #include "ui/library/GridColumns.h"
 
 #include <algorithm>
-#include <dispex.h>
 #include <functional>
-#include <map>
 #include <variant>
 
 namespace ravlo
@@ -36,103 +35,6 @@ ComPtr<IDispatch> ObjectOf(const Variant& value)
     if (!cObject)
         throw RuntimeError(error::ObjectNotSet);
     return cObject;
-}
-
-// Throws the error that a failed call has left in info.
-[[noreturn]] void Rethrow(EXCEPINFO& info)
-{
-    if (info.pfnDeferredFillIn)
-        Outgoing([&] { return info.pfnDeferredFillIn(&info); });
-    const std::wstring sDescription = TextOf(info.bstrDescription);
-    SysFreeString(info.bstrSource);
-    SysFreeString(info.bstrDescription);
-    SysFreeString(info.bstrHelpFile);
-    const HRESULT hResult = FAILED(info.scode) ? info.scode : E_FAIL;
-    const bool bRunTimeError = HRESULT_FACILITY(hResult) == FACILITY_CONTROL;
-    throw RuntimeError(info.wCode != 0 ? info.wCode
-                       : bRunTimeError ? HRESULT_CODE(hResult)
-                                       : static_cast<std::int32_t>(hResult),
-                       sDescription);
-}
-
-// Another automation object, called by name.
-class LateBound
-{
-public:
-    explicit LateBound(IDispatch& cObject) : m_cObject(&cObject), m_cScriptObject(m_cObject.As<IDispatchEx>())
-    {
-    }
-
-    Variant Get(const wchar_t* sName, const std::vector<Variant>& colArguments = {});
-    void Put(const wchar_t* sName, const std::vector<Variant>& colArguments, const Variant& value);
-    Variant Call(const wchar_t* sName, const std::vector<Variant>& colArguments);
-
-private:
-    DISPID IdOf(const wchar_t* sName);
-    Variant Invoke(const wchar_t* sName, WORD wFlags, std::vector<Variant> colReversed);
-
-    ComPtr<IDispatch> m_cObject;
-    // Set for a script's object, whose members may change; otherwise null.
-    ComPtr<IDispatchEx> m_cScriptObject;
-    std::map<std::wstring, DISPID> m_colIds; // looked up once: a grid is called for every cell
-};
-
-DISPID LateBound::IdOf(const wchar_t* sName)
-{
-    const auto found = m_colIds.find(sName);
-    if (found != m_colIds.end())
-        return found->second;
-    std::wstring sAsked = sName;
-    LPOLESTR pName = sAsked.data();
-    DISPID lId = DISPID_UNKNOWN;
-    if (m_cScriptObject)
-        ThrowIfFailed(Outgoing(
-            [&] { return m_cScriptObject->GetDispID(Bstr(sAsked).Get(), fdexNameCaseInsensitive, &lId); }));
-    else
-        ThrowIfFailed(Outgoing(
-            [&] { return m_cObject->GetIDsOfNames(IID_NULL, &pName, 1, LOCALE_USER_DEFAULT, &lId); }));
-    m_colIds.emplace(sName, lId);
-    return lId;
-}
-
-Variant LateBound::Invoke(const wchar_t* sName, WORD wFlags, std::vector<Variant> colReversed)
-{
-    const bool bPut = wFlags == DISPATCH_PROPERTYPUT;
-    DISPID lValue = DISPID_PROPERTYPUT;
-    DISPPARAMS arguments{colReversed.data(), bPut ? &lValue : nullptr, static_cast<UINT>(colReversed.size()),
-                         bPut ? 1u : 0u};
-    Variant result;
-    EXCEPINFO info{};
-    const DISPID lId = IdOf(sName);
-    VARIANT* const pResult = bPut ? nullptr : &result;
-    const HRESULT hResult = Outgoing([&] {
-        return m_cScriptObject ? m_cScriptObject->InvokeEx(lId, LOCALE_USER_DEFAULT, wFlags, &arguments,
-                                                           pResult, &info, nullptr)
-                               : m_cObject->Invoke(lId, IID_NULL, LOCALE_USER_DEFAULT, wFlags, &arguments,
-                                                   pResult, &info, nullptr);
-    });
-    if (hResult == DISP_E_EXCEPTION)
-        Rethrow(info);
-    ThrowIfFailed(hResult);
-    return result;
-}
-
-Variant LateBound::Get(const wchar_t* sName, const std::vector<Variant>& colArguments)
-{
-    return Invoke(sName, DISPATCH_PROPERTYGET | DISPATCH_METHOD,
-                  {colArguments.rbegin(), colArguments.rend()});
-}
-
-Variant LateBound::Call(const wchar_t* sName, const std::vector<Variant>& colArguments)
-{
-    return Invoke(sName, DISPATCH_METHOD, {colArguments.rbegin(), colArguments.rend()});
-}
-
-void LateBound::Put(const wchar_t* sName, const std::vector<Variant>& colArguments, const Variant& value)
-{
-    std::vector<Variant> colReversed(colArguments.rbegin(), colArguments.rend());
-    colReversed.insert(colReversed.begin(), value);
-    Invoke(sName, DISPATCH_PROPERTYPUT, std::move(colReversed));
 }
 
 // ---- the tree ----

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -54,6 +55,13 @@ public:
     };
     // Null when the database has no batches; each change is then durable by itself.
     virtual std::unique_ptr<Batch> BeginBatch() { return nullptr; }
+
+    // The plays from dtFrom until before dtTo, one line a play; see docs/formats/plays-csv.md. Nothing when
+    // the database keeps no record of them.
+    virtual std::optional<std::wstring> RecordedPlays(DateTime /*dtFrom*/, DateTime /*dtTo*/)
+    {
+        return std::nullopt;
+    }
 
     // Sends events to the listener, which is not owned, until Unadvise. Advising twice has no further effect.
     virtual void Advise(DataBaseEvents& cEvents) = 0;

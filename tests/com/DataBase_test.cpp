@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The embedded database as hosts see it, alone and next to another program on its file.
 #include "com/Station.h"
+#include "comkit/RecordedPlays.h"
 
+#include <algorithm>
 #include <fstream>
 
 namespace ravlo
@@ -117,6 +119,22 @@ TEST_F(DataBaseTest, PlaysAreReportedAsCsv)
               L"Artist of First,1,0:00:00,2025-12-09T12:00:00,2025-12-09T12:00:00\n");
     Bstr sReport;
     EXPECT_EQ(m_cDataBase->PlaysCsv(0, 1, Bstr(L"album").Get(), sReport.Receive()), ErrorResult(5));
+}
+
+TEST_F(DataBaseTest, ItsPlaysAreFoundByTheMembersName)
+{
+    const auto cCut = AddCut(L"First");
+    for (const DATE dtPlayed : {45999.5, 46000.5, 46001.5})
+        Do(cCut, &_clsCut::put_LastPlayed, dtPlayed);
+    const auto sPlays = RecordedPlaysOf(*m_cDataBase.Get(), 46000, 46001);
+    ASSERT_TRUE(sPlays);
+    EXPECT_TRUE(
+        sPlays->starts_with(L"start,artist,title,album,duration,key,categories,level\n2025-12-09T12:00:00,"));
+    EXPECT_EQ(std::count(sPlays->begin(), sPlays->end(), L'\n'), 2);
+    const auto cHosts = NewObject<HostDataBaseObject>();
+    EXPECT_EQ(RecordedPlaysOf(*cHosts.Get(), 46000, 46001), std::nullopt) << "it has no such name";
+    Do(m_cDataBase, &_clsDataBase::Close);
+    EXPECT_THROW(RecordedPlaysOf(*m_cDataBase.Get(), 46000, 46001), RuntimeError);
 }
 
 TEST_F(DataBaseTest, TheKeyIsSetOnFreeCutsOnly)

@@ -12,7 +12,6 @@ namespace ravlo
 namespace
 {
 
-constexpr double dPlaysDays = 28;
 constexpr std::size_t dateAndMinutes = 16; // characters of "yyyy-mm-ddThh:nn"
 
 CellValue AlbumOf(const CutInList& cut) { return cut.cCut.Album(); }
@@ -36,11 +35,22 @@ CellValue NextToPlayOf(const CutInList& cut)
     return *cut.before == 0 ? std::wstring(L"next") : L"in " + CountText(*cut.before);
 }
 
-// A cut knows only its last play: no other within the days, or at least one.
-CellValue PlaysOf(const CutInList& cut)
+// A cut itself knows only its last play: none within the days, or at least one. The record may know less than
+// that, as of plays before it began or under another key.
+RecentPlays::Number PlaysKnownOf(const CutInList& cut)
 {
     const DateTime dtPlayed = cut.cCut.LastPlayed();
-    return std::wstring(dtPlayed == 0 || dtPlayed < cut.dtNow - dPlaysDays ? L"0" : L"1+");
+    if (dtPlayed == 0 || dtPlayed < cut.dtNow - RecentPlays::dDays)
+        return {cut.plays ? cut.plays->plays : 0, false};
+    if (!cut.plays || cut.plays->plays == 0)
+        return {1, true};
+    return *cut.plays;
+}
+
+CellValue PlaysOf(const CutInList& cut)
+{
+    const RecentPlays::Number number = PlaysKnownOf(cut);
+    return CountText(number.plays) + (number.bAtLeast ? L"+" : L"");
 }
 
 template <std::size_t column> CellValue GridValueOf(const CutInList& cut)
@@ -61,6 +71,11 @@ constexpr ListColumn FromGrid(int lWidth, SortValue (*SortedBy)(const CutInList&
 
 SortValue LengthOf(const CutInList& cut) { return static_cast<double>(cut.cCut.DurationmS()); }
 SortValue TimePlayedOf(const CutInList& cut) { return cut.cCut.LastPlayed(); }
+SortValue NumberOfPlaysOf(const CutInList& cut)
+{
+    const RecentPlays::Number number = PlaysKnownOf(cut);
+    return static_cast<double>(number.plays) + (number.bAtLeast ? 0.5 : 0.0);
+}
 SortValue PicksBeforeOf(const CutInList& cut)
 {
     return cut.before ? static_cast<double>(*cut.before) : std::numeric_limits<double>::infinity();
@@ -81,7 +96,7 @@ constexpr std::array<ListColumn, listColumnCount> colListColumns = {{
     {L"Album", nullptr, 130, false, &AlbumOf, nullptr},
     {L"Last played", L"0000-00-00 00:00", 110, false, &LastPlayedOf, &TimePlayedOf},
     {L"Next to play", L"in 0000", 80, false, &NextToPlayOf, &PicksBeforeOf},
-    {L"Plays (28 days)", L"1+", 90, false, &PlaysOf, nullptr},
+    {L"Plays (28 days)", L"000+", 90, false, &PlaysOf, &NumberOfPlaysOf},
 }};
 
 } // namespace

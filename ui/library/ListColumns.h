@@ -3,6 +3,7 @@
 
 #include "base/DateTime.h"
 #include "ui/library/GridColumns.h"
+#include "ui/library/RecentPlays.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -18,6 +19,7 @@ namespace ravlo
 inline constexpr std::size_t furtherColumnCount = 4;
 inline constexpr std::size_t positionColumn = 0;
 inline constexpr std::size_t nextToPlayColumn = colGridColumns.size() + 2;
+inline constexpr std::size_t playsColumn = colGridColumns.size() + 3;
 inline constexpr std::size_t listColumnCount = colGridColumns.size() + furtherColumnCount;
 
 // A cut as it is listed.
@@ -29,6 +31,7 @@ struct CutInList
     // smallest of its numbers.
     std::optional<std::size_t> before;
     DateTime dtNow = 0;
+    std::optional<RecentPlays::Number> plays = {}; // nothing when the database keeps no record of them
 };
 
 // What rows are sorted by.

@@ -79,6 +79,8 @@ auto clsSchedLibGridPresenter::WithCut(std::size_t listed, std::size_t column, U
                       m_cMod.Ports().cClock.Now()};
         if (column == nextToPlayColumn)
             cut.before = m_cNext.Before(m_listed, listed);
+        if (column == playsColumn)
+            cut.plays = m_cPlays.Of(m_listed.colKeys.empty() ? cCut->Key() : m_listed.colKeys[listed]);
         return use(cut);
     }
     catch (const std::exception&)

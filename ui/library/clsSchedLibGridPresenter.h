@@ -6,6 +6,7 @@
 #include "ui/library/EarlierRows.h"
 #include "ui/library/LibraryContents.h"
 #include "ui/library/NextToPlay.h"
+#include "ui/library/RecentPlays.h"
 #include "ui/library/RowBeginnings.h"
 #include "ui/library/ViewOrder.h"
 #include "ui/library/clsSchedLibGridView.h"
@@ -42,6 +43,9 @@ public:
     // Sort or narrow the view when a node is shown; called one after the other, before the first row is
     // painted.
     std::vector<std::function<void(ViewOrder& cOrder, const EarlierRows& cEarlier)>> Arrangers;
+
+    // What the column of plays shows.
+    RecentPlays& Plays() noexcept { return m_cPlays; }
 
     // The level or main category shown; null for all audio.
     const std::shared_ptr<clsCat>& CurrentCatViewing() const noexcept { return m_cCurrentCat; }
@@ -180,7 +184,8 @@ private:
     std::shared_ptr<clsCat> m_cCurrentCat;
     bool m_bBanOLEDrop = false;
     ListedCuts m_listed;
-    mutable NextToPlay m_cNext; // read while painting
+    mutable NextToPlay m_cNext; // read while painting, as are the plays
+    mutable RecentPlays m_cPlays{m_cMod};
     ViewOrder m_order;
     mutable RowBeginnings m_cBeginnings; // read while the user types
     // Of the whole list, while it is narrowed.

@@ -26,6 +26,11 @@ frmUILibPresenter::frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTre
 {
     m_cWork.UserActs = [this] { m_cResults.UserActs(); };
     m_cWork.Ended = [this] { m_cResults.WorkEnded(); };
+    Grid().Plays().Recorded = [this](DateTime dtFrom, DateTime dtTo) {
+        const std::shared_ptr<clsSchedMan> cSchedMan = m_cWork.SchedMan();
+        const std::shared_ptr<DataBase> cDataBase = cSchedMan ? cSchedMan->DataBase() : nullptr;
+        return cDataBase ? cDataBase->RecordedPlays(dtFrom, dtTo) : std::nullopt;
+    };
 }
 
 frmUILibPresenter::~frmUILibPresenter()

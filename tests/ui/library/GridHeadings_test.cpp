@@ -63,11 +63,57 @@ TEST_P(GridHeadingsTest, FurtherColumnsShowWhatIsKnownOfACut)
     ShowNode(L"Rock", 1);
     EXPECT_EQ(Column(album), (Lines{L"Arrival", L"", L""}));
     EXPECT_EQ(Column(lastPlayed)[0], L"2024-03-09 18:05");
-    EXPECT_EQ(Column(plays)[1], L"1+") << "a cut knows its last play only";
+    EXPECT_EQ(Column(plays)[1], L"1+") << "without a record a cut knows its last play only";
     EXPECT_EQ(Column(plays)[2], L"0");
     ShowNode(sAllAudio, 0);
     EXPECT_EQ(Column(lastPlayed)[5], L"never");
     EXPECT_EQ(Column(plays)[5], L"0");
+}
+
+TEST_P(GridHeadingsTest, PlaysAreThoseThatTheDatabaseRecorded)
+{
+    const DateTime dtNow = cPorts.cClock.Now();
+    std::wstring sRecord; // what the database returns
+    int lReadings = 0;
+    Grid().Plays().Recorded = [&](DateTime dtFrom, DateTime dtTo) -> std::optional<std::wstring> {
+        ++lReadings;
+        EXPECT_EQ(dtFrom, cPorts.cClock.Now() - 56);
+        EXPECT_EQ(dtTo, cPorts.cClock.Now());
+        if (sRecord == L"fails")
+            throw RuntimeError(error::PermissionDenied);
+        return sRecord.empty() ? std::nullopt : std::optional(sRecord);
+    };
+    const std::wstring sHeading = L"start,artist,\"title\",key\n";
+    const auto play = [&](double dDaysAgo, const wchar_t* sKey) {
+        return IsoText(dtNow - dDaysAgo) + L",\"A, B\",\"T\"\"t\"," + sKey + L"\n";
+    };
+    for (std::size_t cut = 0; cut < 3; ++cut)
+        DataBase().colCuts[cut]->SetLastPlayed(cut == 2 ? 0 : dtNow - 1);
+    const std::wstring sRecent = play(27.9, L"A") + play(1, L"a") + play(2, L"gone");
+    const struct
+    {
+        std::wstring sRecord;
+        Lines colCells;
+    } cases[] = {
+        {sHeading + play(28.1, L"a") + sRecent, {L"2", L"1+", L"0"}}, // b's play is not recorded
+        {sHeading + sRecent, {L"2+", L"1+", L"0"}},                   // the record is young
+        {sHeading, {L"1+", L"1+", L"0"}},
+        {L"other,columns\n" + sRecent, {L"1+", L"1+", L"0"}},
+        {L"fails", {L"1+", L"1+", L"0"}},
+        {L"", {L"1+", L"1+", L"0"}},
+    };
+    for (const auto& each : cases)
+    {
+        sRecord = each.sRecord;
+        const int lBefore = lReadings;
+        for (int lShown = 0; lShown < 2; ++lShown)
+        {
+            ShowNode(L"Rock", 1);
+            EXPECT_EQ(Column(plays), each.colCells) << testing::PrintToString(sRecord);
+        }
+        EXPECT_EQ(lReadings, lBefore + 1) << "once a minute";
+        cPorts.cClock.Advance(60'000);
+    }
 }
 
 TEST_P(GridHeadingsTest, NextToPlayCountsTheCutsBeforeItInItsLevel)
