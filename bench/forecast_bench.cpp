@@ -9,6 +9,7 @@
 #include "plan/SlotTimes.h"
 
 #include <map>
+#include <unordered_set>
 
 namespace ravlo::bench
 {
@@ -37,9 +38,6 @@ struct Station
                 plan.AddSlot({sName, level});
             }
         }
-        const auto cHistory =
-            std::make_shared<PlayHistory>(radio.context.cClock, [](const RuntimeError&, bool) {});
-        RadioDataBase cDataBase;
         for (std::int64_t i = 0; i < cuts; ++i)
         {
             const std::int64_t number = i * scatter % cuts;
@@ -50,11 +48,8 @@ struct Station
             snapshot->levels[static_cast<std::size_t>(number % (long{lCategories} * lLevels))]
                 .order.push_back(added);
             snapshot->played.push_back(added);
-            const std::shared_ptr<Cut> cPlayed = NewPlainCut(snapshot->cuts[added].values);
-            cDataBase.Add(cPlayed);
-            cHistory->Record(*cPlayed, cDataBase);
+            EnterPlay(added);
         }
-        snapshot->cHistory = cHistory;
     }
     static Station& OfSize(std::int64_t cuts)
     {
@@ -65,9 +60,25 @@ struct Station
         return *cStation;
     }
 
+    // As the last play of its title, and of its artist and album unless another cut is.
+    void EnterPlay(CutNumber played)
+    {
+        const PlainCutValues& cut = snapshot->cuts[played].values;
+        PlayLists<CutNumber>& history = snapshot->history;
+        if (m_colEntered.insert(cut.cArtist).second)
+            history.artists.push_back({cut.cArtist, played});
+        if (m_colEntered.insert(cut.cAlbum).second)
+            history.albums.push_back({cut.cAlbum, played});
+        history.titles.push_back({cut.cTitle, played});
+        history.reports.push_back({{cut.cArtist, cut.cTitle}, played, played});
+    }
+
     Radio radio{0};
     std::shared_ptr<StationSnapshot> snapshot = std::make_shared<StationSnapshot>();
     Plan plan;
+
+private:
+    std::unordered_set<TextKey> m_colEntered; // artists and albums
 };
 
 template <int lDays, bool bFair> void Simulated(benchmark::State& state)

@@ -4,6 +4,7 @@
 #include "base/Text.h"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_map>
 #include <utility>
 
@@ -19,7 +20,7 @@ class Reading
 {
 public:
     Reading(ModScheduler& cMod, StationSnapshot& snapshot, const LetHostRun& letHostRun)
-        : m_cMod(cMod), m_snapshot(snapshot), m_cHistory(NewHistory()), m_cutByCut(letHostRun)
+        : m_cMod(cMod), m_snapshot(snapshot), m_cutByCut(letHostRun)
     {
     }
 
@@ -32,7 +33,7 @@ public:
             for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat->SubCats())
                 TakeLevel(*cMainCat, *cSubCat);
         }
-        m_cHistory->CopyPlays(cHistory, [](const std::shared_ptr<Cut>& cCut) { return cCut; });
+        m_history = cHistory.Lists();
     }
 
     // cHistory is the station's, for the times that its database has not accepted yet.
@@ -41,19 +42,19 @@ public:
         std::size_t cuts = 0;
         for (const Order& colOrder : m_colOrders)
             cuts += colOrder.size();
+        cuts = std::max(cuts, m_history.reports.size());
         m_colNumbers.reserve(cuts);
+        m_colKnown.reserve(cuts);
         m_snapshot.cuts.reserve(cuts);
-        m_colCopies.reserve(cuts);
+        m_snapshot.played.reserve(m_history.reports.size());
         for (std::size_t level = 0; level < m_colOrders.size(); ++level)
         {
             m_snapshot.levels[level].order.reserve(m_colOrders[level].size());
             for (const auto& [cKey, cCut] : m_colOrders[level])
                 m_snapshot.levels[level].order.push_back(NumberInLevel(cKey, *cCut));
         }
-        const std::shared_ptr<PlayHistory> cCopy = NewHistory();
-        cCopy->CopyPlays(*m_cHistory,
-                         [&](const std::shared_ptr<Cut>& cCut) { return PlayedCopyOf(*cCut, cHistory); });
-        m_snapshot.cHistory = cCopy;
+        m_snapshot.history = m_history.Of<CutNumber>(
+            [&](const std::shared_ptr<Cut>& cCut) { return NumberOfPlayed(*cCut, cHistory); });
         std::stable_sort(m_snapshot.played.begin(), m_snapshot.played.end(), [&](CutNumber a, CutNumber b) {
             return m_snapshot.cuts[a].values.dtLastPlayed < m_snapshot.cuts[b].values.dtLastPlayed;
         });
@@ -62,10 +63,12 @@ public:
 private:
     using Order = std::vector<std::pair<TextKey, std::shared_ptr<Cut>>>;
 
-    std::shared_ptr<PlayHistory> NewHistory() const
+    // What is known of one of the station's cuts.
+    struct Known
     {
-        return std::make_shared<PlayHistory>(m_cMod.Ports().cClock, [](const RuntimeError&, bool) {});
-    }
+        std::optional<CutNumber> number; // nothing: it cannot be read
+        bool bPlayRead = false;
+    };
 
     void TakeLevel(const clsCat& cMainCat, const clsCat& cSubCat)
     {
@@ -88,7 +91,10 @@ private:
         m_cutByCut.Next();
         const auto [it, bNew] = m_colNumbers.try_emplace(cKey, 0);
         if (bNew)
+        {
             it->second = AddLevelCut(cKey, cCut);
+            m_colKnown[&cCut].number = it->second;
+        }
         return it->second;
     }
     CutNumber AddLevelCut(const TextKey& cKey, const Cut& cCut)
@@ -110,32 +116,32 @@ private:
                                cCut.Path()});
     }
 
-    // One copy for each cut, which is found under several names. Null for a cut that cannot be read.
-    std::shared_ptr<Cut> PlayedCopyOf(const Cut& cCut, const PlayHistory& cHistory)
+    // Reads the play of each cut once, which is found under several texts. Nothing for one that cannot be
+    // read.
+    std::optional<CutNumber> NumberOfPlayed(const Cut& cCut, const PlayHistory& cHistory)
     {
-        const auto [it, bNew] = m_colCopies.try_emplace(&cCut);
-        if (bNew)
+        Known& known = m_colKnown[&cCut];
+        if (std::exchange(known.bPlayRead, true))
+            return known.number;
+        m_cutByCut.Next();
+        try
         {
-            m_cutByCut.Next();
-            try
-            {
-                it->second = ReadPlayed(cCut, cHistory);
-            }
-            catch (const RuntimeError&)
-            {
-            }
+            ReadPlay(known, cCut, cHistory);
         }
-        return it->second;
+        catch (const RuntimeError&)
+        {
+            known.number = std::nullopt;
+        }
+        return known.number;
     }
-    std::shared_ptr<Cut> ReadPlayed(const Cut& cCut, const PlayHistory& cHistory)
+    void ReadPlay(Known& known, const Cut& cCut, const PlayHistory& cHistory)
     {
         const DateTime dtPlayed = cHistory.TimeOf(cCut); // the cut itself may not have it yet
         WholeSeconds(dtPlayed);                          // throws beyond the calendar
-        const CutNumber number = NumberInHistory(cCut);
-        PlainCutValues& values = m_snapshot.cuts[number].values;
-        values.dtLastPlayed = dtPlayed;
-        m_snapshot.played.push_back(number);
-        return NewPlainCut(values);
+        if (!known.number)
+            known.number = NumberInHistory(cCut);
+        m_snapshot.cuts[*known.number].values.dtLastPlayed = dtPlayed;
+        m_snapshot.played.push_back(*known.number);
     }
     // A played cut has the number of a level's cut that it is. A cut that was deleted and made again under
     // the same key is another one.
@@ -155,9 +161,9 @@ private:
     ModScheduler& m_cMod;
     StationSnapshot& m_snapshot;
     std::vector<Order> m_colOrders;                      // of the levels
-    std::shared_ptr<PlayHistory> m_cHistory;             // of the station's cuts
+    PlayLists<std::shared_ptr<Cut>> m_history;           // of the station's cuts
     std::unordered_map<TextKey, CutNumber> m_colNumbers; // of the levels' cuts
-    std::unordered_map<const Cut*, std::shared_ptr<Cut>> m_colCopies;
+    std::unordered_map<const Cut*, Known> m_colKnown;    // the station's, which the lists above keep
     CutByCut m_cutByCut;
 };
 

@@ -44,11 +44,11 @@ struct StationSnapshot
     // Adds a cut and returns its number. Keys are not compared.
     CutNumber Add(SnapshotCut cut);
 
-    std::vector<std::wstring> mainCats;          // names; a main category may have no level
-    std::vector<SnapshotLevel> levels;           // in the tree's order
-    std::vector<SnapshotCut> cuts;               // of the levels and of the history
-    std::shared_ptr<const PlayHistory> cHistory; // of copies, found under the names in force
-    std::vector<CutNumber> played;               // cuts of the history in the order of their plays
+    std::vector<std::wstring> mainCats; // names; a main category may have no level
+    std::vector<SnapshotLevel> levels;  // in the tree's order
+    std::vector<SnapshotCut> cuts;      // of the levels and of the history
+    PlayLists<CutNumber> history;       // under the names in force
+    std::vector<CutNumber> played;      // cuts of the history in the order of their plays
     RotationOptions options;
     ArtistNames names;
     std::vector<std::wstring> warnings; // what could not be read and may differ on air

@@ -63,11 +63,11 @@ StationCopy::StationCopy(ModScheduler& cMod, const StationSnapshot& snapshot, co
 {
     MakeTree(cMod, snapshot);
     CutByCut cutByCut(m_context.pump);
-    m_cHistory.CopyPlays(*snapshot.cHistory, [&](const std::shared_ptr<Cut>& cCut) {
-        cutByCut.Next();
-        return m_cDataBase->At(ravlo::NumberOf(*cCut));
-    });
-    m_cHistory.SetNames(snapshot.names.With(options.bFeaturedArtists));
+    m_cHistory.TakeOver(snapshot.history, snapshot.names.With(options.bFeaturedArtists),
+                        [&](CutNumber number) -> const std::shared_ptr<Cut>& {
+                            cutByCut.Next();
+                            return m_cDataBase->At(number);
+                        });
     m_context.report = [this](ErrorReport eHow, const wchar_t*, const RuntimeError&) {
         if (eHow == ErrorReport::Critical && !m_failure)
             m_failure = std::current_exception();

@@ -30,22 +30,23 @@ void PlayHistory::Record(const Cut& cCut, const DataBase& cDataBase)
     Tell(cRefusal);
 }
 
-void PlayHistory::CopyPlays(const PlayHistory& cFrom, const CutFor& cutFor)
+PlayLists<std::shared_ptr<Cut>> PlayHistory::Lists() const
 {
-    for (const auto pPlays :
-         {&PlayHistory::m_colArtists, &PlayHistory::m_colTitles, &PlayHistory::m_colAlbums})
-    {
-        (this->*pPlays).reserve((cFrom.*pPlays).size());
-        for (const auto& [cText, cCut] : cFrom.*pPlays)
-            if (std::shared_ptr<Cut> cOther = cutFor(cCut))
-                (this->*pPlays).emplace(cText, std::move(cOther));
-    }
-    m_cNames = cFrom.m_cNames;
-    m_reports = cFrom.m_reports;
-    m_colReports.reserve(cFrom.m_colReports.size());
-    for (const auto& [credit, report] : cFrom.m_colReports)
-        if (std::shared_ptr<Cut> cOther = cutFor(report.cCut))
-            m_colReports.emplace(credit, Report{report.number, std::move(cOther)});
+    PlayLists<std::shared_ptr<Cut>> lists;
+    const auto list = [](const Plays& from, auto& to) {
+        to.reserve(from.size());
+        for (const auto& [cText, cCut] : from)
+            to.push_back({cText, cCut});
+    };
+    list(m_colArtists, lists.artists);
+    list(m_colTitles, lists.titles);
+    list(m_colAlbums, lists.albums);
+    lists.reports.reserve(m_colReports.size() + m_colTakenOver.size());
+    ForEachReport([&](const Credit& credit, std::uint64_t number, const std::shared_ptr<Cut>& cCut) {
+        lists.reports.push_back({credit, cCut, number});
+    });
+    lists.names = m_cNames;
+    return lists;
 }
 
 void PlayHistory::WritePendingTimes(const DataBase& cDataBase)
@@ -86,28 +87,35 @@ void PlayHistory::EnterArtists(const Play& play, const ArtistNames& cNames, Play
             colArtists.insert_or_assign(cName, play.cCut);
 }
 
+PlayHistory::Plays PlayHistory::ArtistsUnder(const ArtistNames& cNames) const
+{
+    Plays colArtists;
+    for (const Play& play : LastPlays())
+        EnterArtists(play, cNames, colArtists);
+    return colArtists;
+}
+
 void PlayHistory::SetNames(const ArtistNames& cNames)
 {
     if (cNames == m_cNames)
         return;
-    Plays colArtists;
-    for (const Play& play : LastPlays())
-        EnterArtists(play, cNames, colArtists);
+    m_colArtists = ArtistsUnder(cNames);
     m_cNames = cNames;
-    m_colArtists.swap(colArtists);
 }
 
 std::vector<PlayHistory::Play> PlayHistory::LastPlays() const
 {
-    std::vector<std::pair<std::uint64_t, const Credit*>> colByNumber;
-    colByNumber.reserve(m_colReports.size());
-    for (const auto& [credit, report] : m_colReports)
-        colByNumber.emplace_back(report.number, &credit);
-    std::sort(colByNumber.begin(), colByNumber.end());
+    std::vector<std::pair<std::uint64_t, Play>> colByNumber;
+    colByNumber.reserve(m_colReports.size() + m_colTakenOver.size());
+    ForEachReport([&](const Credit& credit, std::uint64_t number, const std::shared_ptr<Cut>& cCut) {
+        colByNumber.emplace_back(number, Play{credit, cCut});
+    });
+    std::sort(colByNumber.begin(), colByNumber.end(),
+              [](const auto& a, const auto& b) { return a.first < b.first; });
     std::vector<Play> colPlays;
     colPlays.reserve(colByNumber.size());
-    for (const auto& [number, pCredit] : colByNumber)
-        colPlays.push_back({*pCredit, m_colReports.at(*pCredit).cCut});
+    for (auto& [number, play] : colByNumber)
+        colPlays.push_back(std::move(play));
     return colPlays;
 }
 

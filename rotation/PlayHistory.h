@@ -6,16 +6,62 @@
 #include "rotation/ArtistNames.h"
 #include "rotation/PendingPlayTimes.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 namespace ravlo
 {
+
+// The plays of a history as lists, to make another one of: of cuts, or of what a copy has in their place.
+// Maps would cost a block of memory an entry.
+template <class Played> struct PlayLists
+{
+    struct ByText
+    {
+        TextKey cText;
+        Played played;
+    };
+    struct Report
+    {
+        Credit credit;
+        Played played;
+        std::uint64_t number; // rises with every report
+    };
+
+    std::vector<ByText> artists; // by the names below
+    std::vector<ByText> titles;
+    std::vector<ByText> albums;
+    std::vector<Report> reports; // the last one of each credit and title
+    ArtistNames names;
+
+    // The same plays of others: otherOf returns what takes a play's place, or nothing to leave it out.
+    template <class Other, class OtherOf> PlayLists<Other> Of(const OtherOf& otherOf) const
+    {
+        PlayLists<Other> lists;
+        const auto translate = [&](const std::vector<ByText>& from, auto& to) {
+            to.reserve(from.size());
+            for (const auto& [cText, played] : from)
+                if (const std::optional<Other> other = otherOf(played))
+                    to.push_back({cText, *other});
+        };
+        translate(artists, lists.artists);
+        translate(titles, lists.titles);
+        translate(albums, lists.albums);
+        lists.reports.reserve(reports.size());
+        for (const auto& [credit, played, number] : reports)
+            if (const std::optional<Other> other = otherOf(played))
+                lists.reports.push_back({credit, *other, number});
+        lists.names = names;
+        return lists;
+    }
+};
 
 // The most recent play of each artist, title and album of the whole library. Keys ignore case and otherwise
 // compare exactly. A play counts for every name of its credit; see ArtistNames. A play's time is the cut's
@@ -62,11 +108,31 @@ public:
     // other errors; what was done before the error stays.
     void Record(const Cut& cCut, const DataBase& cDataBase);
 
-    // Takes over the plays and names of another history: for each of its cuts cutFor returns the one that
-    // takes its place, and carries the time of the play, or null to leave the play out. Nothing is written.
-    // Precondition: nothing is entered here yet.
-    using CutFor = std::function<std::shared_ptr<Cut>(const std::shared_ptr<Cut>& cCut)>;
-    void CopyPlays(const PlayHistory& cFrom, const CutFor& cutFor);
+    PlayLists<std::shared_ptr<Cut>> Lists() const;
+    // Takes over the plays of another history, under these names. cutOf returns the cut of each, which
+    // carries the time of the play. Nothing is written. Precondition: nothing is entered here yet.
+    template <class Played, class CutOf>
+    void TakeOver(const PlayLists<Played>& lists, const ArtistNames& cNames, const CutOf& cutOf)
+    {
+        const auto take = [&](const auto& from, Plays& to) {
+            to.reserve(from.size());
+            for (const auto& [cText, played] : from)
+                to.emplace(cText, cutOf(played));
+        };
+        take(lists.titles, m_colTitles);
+        take(lists.albums, m_colAlbums);
+        m_colTakenOver.reserve(lists.reports.size());
+        for (const auto& [credit, played, number] : lists.reports)
+        {
+            m_colTakenOver.push_back({credit, cutOf(played), number});
+            m_reports = std::max(m_reports, number);
+        }
+        if (cNames == lists.names)
+            take(lists.artists, m_colArtists);
+        else
+            m_colArtists = ArtistsUnder(cNames);
+        m_cNames = cNames;
+    }
 
     // Number of play times that the database has not accepted yet.
     std::size_t PendingTimes() const noexcept { return m_cTimes.Count(); }
@@ -84,6 +150,16 @@ private:
     };
 
     void Enter(const std::shared_ptr<Cut>& cCut);
+    Plays ArtistsUnder(const ArtistNames& cNames) const;
+    // Calls visit with each credit and its last report.
+    template <class Visit> void ForEachReport(const Visit& visit) const
+    {
+        for (const auto& [credit, report] : m_colReports)
+            visit(credit, report.number, report.cCut);
+        for (const auto& [credit, cCut, number] : m_colTakenOver)
+            if (!m_colReports.contains(credit))
+                visit(credit, number, cCut);
+    }
     static void EnterArtists(const Play& play, const ArtistNames& cNames, Plays& colArtists);
     void Tell(const std::optional<RuntimeError>& cRefusal);
     static std::shared_ptr<Cut> Last(const Plays& colPlays, const TextKey& cText);
@@ -94,7 +170,9 @@ private:
     ArtistNames m_cNames;
     std::uint64_t m_reports = 0;
     std::unordered_map<Credit, Report, CreditHash> m_colReports; // the last one of each credit and title
-    Plays m_colArtists;                                          // by name
+    // Those of another history. A list, since they are asked for only when the names change.
+    std::vector<PlayLists<std::shared_ptr<Cut>>::Report> m_colTakenOver;
+    Plays m_colArtists; // by name
     Plays m_colTitles;
     Plays m_colAlbums;
 };

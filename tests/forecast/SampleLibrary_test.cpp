@@ -68,7 +68,6 @@ protected:
         bytes << file.rdbuf();
         SampleReader reader(cStation);
         ReadCsv(bytes.str(), reader);
-        cStation.cHistory = std::make_shared<PlayHistory>(cPorts.cClock, [](const RuntimeError&, bool) {});
         cStation.options.bFairRotation = true;
     }
     std::int32_t Between(std::int32_t lLeast, std::int32_t lMost)

@@ -203,8 +203,9 @@ TEST_F(PlayHistoryTest, CopyFindsOtherCutsUnderTheSameTexts)
     Play(*AddCut(L"b", L"ASH", L"Rain"), dtNoon + 1);
     std::vector<std::shared_ptr<Cut>> colCopies;
     PlayHistory cCopy(cClock, [](const RuntimeError&, bool) {});
-    cCopy.CopyPlays(
-        cHistory, [&](const std::shared_ptr<Cut>& cCut) { return colCopies.emplace_back(cCut->CloneCut()); });
+    cCopy.TakeOver(cHistory.Lists(), {}, [&](const std::shared_ptr<Cut>& cCut) {
+        return colCopies.emplace_back(cCut->CloneCut());
+    });
 
     EXPECT_EQ(cCopy.ArtistHistoryCut(TextKey(L"ash"))->Key(), TextKey(L"b"));
     EXPECT_EQ(cCopy.TitleHistoryCut(TextKey(L"sun"))->Key(), TextKey(L"a"));
@@ -241,6 +242,14 @@ protected:
         }
         return sKeys;
     }
+    // The last plays of a history, as key and artist.
+    static std::wstring ReportsOf(const PlayHistory& cOf)
+    {
+        std::wstring sReports;
+        for (const PlayHistory::Play& play : cOf.LastPlays())
+            sReports += play.cCut->Key().Text() + play.credit.cArtist.Text() + L"|";
+        return sReports;
+    }
     const std::vector<const wchar_t*> colAll = {L"Abba feat. Cher", L"abba", L"CHER", L"Kiss", L""};
 };
 
@@ -273,13 +282,42 @@ TEST_F(NamedPlaysTest, ChangedNamesRebuildAllPlaysInTheOrderOfReports)
     EXPECT_EQ(LastOf(colAll), L"adba-");
     cHistory.SetNames(cNames);
     EXPECT_EQ(LastOf(colAll), L"aaaa-");
-    std::wstring sReports;
-    PlayHistory cCopy(cClock, [](const RuntimeError&, bool) {});
-    cCopy.CopyPlays(cHistory, [](const std::shared_ptr<Cut>& cCut) { return cCut; });
-    EXPECT_TRUE(cCopy.Names() == cNames);
-    for (const PlayHistory::Play& play : cCopy.LastPlays())
-        sReports += play.cCut->Key().Text() + play.credit.cArtist.Text() + L"|";
-    EXPECT_EQ(sReports, L"bCher|cAbba|dAbba|aKiss|aAbba feat. Cher|");
+    EXPECT_EQ(ReportsOf(cHistory), L"bCher|cAbba|dAbba|aKiss|aAbba feat. Cher|");
+}
+
+TEST_F(NamedPlaysTest, TakenOverPlaysCountUnderAnyNames)
+{
+    Play(*AddCut(L"a", L"Abba feat. Cher", L"One"), dtNoon);
+    Play(*AddCut(L"b", L"Cher", L"Two"), dtNoon + 1);
+    const ArtistNames cNames = ArtistNames().With(true);
+    for (const bool bAtOnce : {true, false})
+    {
+        PlayHistory cCopy(cClock, [](const RuntimeError&, bool) {});
+        cCopy.TakeOver(cHistory.Lists(), bAtOnce ? cNames : ArtistNames(),
+                       [](const std::shared_ptr<Cut>& cCut) { return cCut; });
+        cCopy.SetNames(cNames);
+        EXPECT_TRUE(cCopy.Names() == cNames);
+        EXPECT_EQ(cCopy.ArtistHistoryCut(TextKey(L"Abba"))->Key(), TextKey(L"a"));
+        EXPECT_EQ(cCopy.ArtistHistoryCut(TextKey(L"Cher"))->Key(), TextKey(L"b"));
+        cCopy.Record(*cDataBase.Own(L"a"), cDataBase);
+        EXPECT_EQ(ReportsOf(cCopy), L"bCher|aAbba feat. Cher|") << "each credit once, the last report counts";
+        cCopy.SetNames({});
+        EXPECT_EQ(cCopy.ArtistHistoryCut(TextKey(L"Abba")), nullptr);
+    }
+}
+
+TEST_F(NamedPlaysTest, TakenOverPlaysCanBeLeftOut)
+{
+    Play(*AddCut(L"a", L"Ash", L"Sun", L"Best"), dtNoon);
+    Play(*AddCut(L"b", L"Yew", L"Rain", L"Rest"), dtNoon);
+    const PlayLists<int> lists = cHistory.Lists().Of<int>([](const std::shared_ptr<Cut>& cCut) {
+        return cCut->Key() == TextKey(L"a") ? std::optional(7) : std::nullopt;
+    });
+    for (const auto* pList : {&lists.artists, &lists.titles, &lists.albums})
+        EXPECT_EQ(pList->size(), 1u);
+    EXPECT_EQ(lists.reports.size(), 1u);
+    EXPECT_EQ(lists.artists[0].cText.Text() + lists.albums[0].cText.Text(), L"AshBest");
+    EXPECT_EQ(lists.titles[0].played, 7);
 }
 
 // ---- a database that refuses the times of plays
