@@ -19,7 +19,7 @@ public:
     // The part of the progress that is the next remedy's.
     SimulationProgress NextPart()
     {
-        constexpr double dRemedies = 5;
+        constexpr double dRemedies = 6;
         const double dFrom = m_tried++ / dRemedies;
         return PartOf(m_progress, dFrom, m_tried / dRemedies);
     }
@@ -42,6 +42,7 @@ public:
         found.eKind = eKind;
         found.sName = std::move(remedy->sName);
         found.lArtistSepMins = remedy->cStation->levels[m_level].rules.lArtist;
+        found.lTitleSepMins = remedy->cStation->levels[m_level].rules.lTitle;
         found.spread = std::move(remedy->spread);
         if (m_judge.Helps(found, trial))
             m_found.push_back(std::move(found));
@@ -86,6 +87,7 @@ void LevelAdviser::Find(std::size_t level, const SimulationProgress& progress)
     const Remedies remedies(m_result, level);
     search.Try(RemedyKind::Spread, remedies.Spread(cRandom));
     search.Try(RemedyKind::ArtistSeparation, remedies.ShorterArtistSeparation());
+    search.Try(RemedyKind::TitleSeparation, remedies.ShorterTitleSeparation());
     search.Try(RemedyKind::MoreCuts, remedies.MoreCuts());
     search.Try(RemedyKind::FewerCuts, remedies.FewerCuts());
     Report(progress, 1); // may cancel, which keeps nothing

@@ -38,16 +38,6 @@ bool GetsWorse(const Troubles& before, const Troubles& after)
            RulesLight(after) > RulesLight(before);
 }
 
-// By the artist separation of a level alone.
-Light ArtistLight(const SimulationResult& result, std::size_t level)
-{
-    const SnapshotLevel& snapshot = result.cStation->levels[level];
-    const ArtistNames names = result.cStation->names.With(result.options.bFeaturedArtists);
-    const MakeUp makeUp = MakeUpOf(*result.cStation, snapshot.order, names);
-    const AskingRate rate{result.PlayedDays(), result.levels[level].asked};
-    return RoomLight(ArtistSeparation(snapshot.rules), rate.AttainableMins(makeUp.cuts, makeUp.mostOfArtist));
-}
-
 } // namespace
 
 std::wstring EffectText(const Troubles& before, const Troubles& after)
@@ -64,8 +54,10 @@ std::wstring LevelRemedy::Text() const { return sName + L": " + EffectText(befor
 std::wstring LevelRemedy::Remark() const
 {
     std::wstring sRemark;
-    if (bMakesRoom && !Improves(before, after))
-        sRemark = L", the artist separation leaves enough room";
+    if ((bMakesArtistRoom || bMakesTitleRoom) && !Improves(before, after))
+        sRemark = bMakesArtistRoom && bMakesTitleRoom ? L", both separations leave enough room"
+                  : bMakesArtistRoom                  ? L", the artist separation leaves enough room"
+                                                      : L", the title separation leaves enough room";
     if (!worse.empty())
         sRemark += L"; " + worse[0].sLevel + L" gets worse: " + EffectText(worse[0].before, worse[0].after);
     if (worse.size() == 2)
@@ -77,8 +69,19 @@ std::wstring LevelRemedy::Remark() const
 }
 
 RemedyJudge::RemedyJudge(const SimulationResult& result, std::size_t level)
-    : m_result(result), m_level(level), m_present(TroublesOf(result)), m_eRoom(ArtistLight(result, level))
+    : m_result(result), m_level(level), m_present(TroublesOf(result)), m_rooms(RoomsOf(result, level))
 {
+}
+
+RemedyJudge::Rooms RemedyJudge::RoomsOf(const SimulationResult& result, std::size_t level)
+{
+    const SnapshotLevel& snapshot = result.cStation->levels[level];
+    const ArtistNames names = result.cStation->names.With(result.options.bFeaturedArtists);
+    const MakeUp makeUp = MakeUpOf(*result.cStation, snapshot.order, names);
+    const AskingRate rate{result.PlayedDays(), result.levels[level].asked};
+    return {
+        RoomLight(ArtistSeparation(snapshot.rules), rate.AttainableMins(makeUp.cuts, makeUp.mostOfArtist)),
+        RoomLight(TitleSeparation(snapshot.rules), rate.AttainableMins(makeUp.cuts, makeUp.mostOfTitle))};
 }
 
 bool RemedyJudge::Helps(LevelRemedy& remedy, const std::vector<Troubles>& trial,
@@ -89,7 +92,8 @@ bool RemedyJudge::Helps(LevelRemedy& remedy, const std::vector<Troubles>& trial,
     remedy.allBefore = staying;
     remedy.allAfter = remedy.after;
     AddElsewhere(remedy, trial);
-    return (Improves(staying, remedy.after) || (remedy.bMakesRoom && !IsWorse(staying, remedy.after))) &&
+    const bool bMakesRoom = remedy.bMakesArtistRoom || remedy.bMakesTitleRoom;
+    return (Improves(staying, remedy.after) || (bMakesRoom && !IsWorse(staying, remedy.after))) &&
            remedy.allAfter.starved <= remedy.allBefore.starved;
 }
 
@@ -97,7 +101,12 @@ bool RemedyJudge::Helps(LevelRemedy& remedy, const SimulationResult& trial) cons
 {
     const std::vector<CutNumber>& colOrder = trial.cStation->levels[m_level].order;
     const std::vector<Troubles> troubles = TroublesOf(trial);
-    remedy.bMakesRoom = ArtistLight(trial, m_level) == Light::Green && LightOf(troubles[m_level]) < m_eRoom;
+    const Rooms rooms = RoomsOf(trial, m_level);
+    const Light eCounts = LightOf(troubles[m_level]);
+    remedy.bMakesArtistRoom = rooms.eArtist == Light::Green && eCounts < m_rooms.eArtist;
+    remedy.bMakesTitleRoom = rooms.eTitle == Light::Green && eCounts < m_rooms.eTitle;
+    if (rooms.eArtist > m_rooms.eArtist || rooms.eTitle > m_rooms.eTitle)
+        return false;
     return Helps(remedy, troubles,
                  TroublesAmong(m_result, m_level, std::unordered_set(colOrder.begin(), colOrder.end())));
 }

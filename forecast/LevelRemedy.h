@@ -18,6 +18,7 @@ enum class RemedyKind
     FairRotation,
     Spread,
     ArtistSeparation,
+    TitleSeparation,
     MoreCuts,
     FewerCuts,
 };
@@ -38,16 +39,20 @@ struct LevelRemedy
     Troubles before;    // of the level
     Troubles after;
     std::int32_t lArtistSepMins = 0;   // of an artist separation
+    std::int32_t lTitleSepMins = 0;    // of a title separation
     std::optional<SpreadTrial> spread; // of a spread
-    bool bMakesRoom = false; // the artist separation leaves enough room, which alone makes the light better
-    Troubles allBefore;      // of all levels together, without the cuts that it takes away
+    bool bMakesArtistRoom =
+        false; // the separation leaves enough room, which by itself makes the light better
+    bool bMakesTitleRoom = false;
+    Troubles allBefore; // of all levels together, without the cuts that it takes away
     Troubles allAfter;
     std::vector<Elsewhere> worse; // the levels that get worse, the worst first
 
     // "spread: never played 1 -> 0, under half 1 -> 0, no rule broken", see EffectText; and the remark.
     std::wstring Text() const;
-    // What the figures do not show: ", the artist separation leaves enough room" when that is all it helps,
-    // and "; Pop 1 gets worse: never played 0 -> 1, ...; 2 other levels get worse". Empty for neither.
+    // What the figures do not show: ", the artist separation leaves enough room", or title, when that is all
+    // it helps, and "; Pop 1 gets worse: never played 0 -> 1, ...; 2 other levels get worse". Empty for
+    // neither.
     std::wstring Remark() const;
 };
 
@@ -66,16 +71,23 @@ public:
     // cuts of the level are starved, or fewer rules broken, or it makes room; none of the level's counts is
     // worse; and it does not starve more cuts elsewhere than it helps.
     bool Helps(LevelRemedy& remedy, const std::vector<Troubles>& trial, const Troubles& staying) const;
-    // The same by the trial's result.
+    // The same by the trial's result. One that leaves a separation less room than it has does not help.
     bool Helps(LevelRemedy& remedy, const SimulationResult& trial) const;
 
 private:
+    // What the separations of the level mean next to those that can be kept.
+    struct Rooms
+    {
+        Light eArtist = Light::Green;
+        Light eTitle = Light::Green;
+    };
+    static Rooms RoomsOf(const SimulationResult& result, std::size_t level);
     void AddElsewhere(LevelRemedy& remedy, const std::vector<Troubles>& trial) const;
 
     const SimulationResult& m_result;
     const std::size_t m_level;
     const std::vector<Troubles> m_present;
-    const Light m_eRoom; // by the artist separation alone
+    const Rooms m_rooms;
 };
 
 } // namespace ravlo

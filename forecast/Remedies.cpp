@@ -102,12 +102,26 @@ std::optional<Remedy> Remedies::Spread(Random& cRandom) const
 
 std::optional<Remedy> Remedies::ShorterArtistSeparation() const
 {
-    const std::int32_t lMins = Comfortable(m_rate.AttainableMins(m_makeUp.cuts, m_makeUp.mostOfArtist));
-    if (lMins < 1 || lMins >= ArtistSeparation(Level().rules))
+    return Shorter(L"artist separation ", &SeparationRules::lArtist, ArtistSeparation(Level().rules),
+                   m_makeUp.mostOfArtist);
+}
+
+std::optional<Remedy> Remedies::ShorterTitleSeparation() const
+{
+    return Shorter(L"title separation ", &SeparationRules::lTitle, TitleSeparation(Level().rules),
+                   m_makeUp.mostOfTitle);
+}
+
+// most: cuts of the commonest artist or title.
+std::optional<Remedy> Remedies::Shorter(const wchar_t* sName, std::int32_t SeparationRules::*pSeparation,
+                                        std::int32_t lSetMins, std::size_t most) const
+{
+    const std::int32_t lMins = Comfortable(m_rate.AttainableMins(m_makeUp.cuts, most));
+    if (lMins < 1 || lMins >= lSetMins)
         return std::nullopt;
     const std::shared_ptr<StationSnapshot> cStation = Copy();
-    cStation->levels[m_level].rules.lArtist = lMins;
-    return Remedy{L"artist separation " + DecimalText(lMins), cStation};
+    cStation->levels[m_level].rules.*pSeparation = lMins;
+    return Remedy{sName + DecimalText(lMins), cStation};
 }
 
 bool Remedies::IsComfortable(std::size_t cuts, std::size_t most) const

@@ -34,8 +34,9 @@ public:
 
     // The level's cuts in spread order. Nothing when that is the present order.
     std::optional<Remedy> Spread(Random& cRandom) const;
-    // The longest comfortable artist separation, if that is shorter than the one set.
+    // The longest comfortable artist or title separation, if that is shorter than the one set.
     std::optional<Remedy> ShorterArtistSeparation() const;
+    std::optional<Remedy> ShorterTitleSeparation() const;
     // Adds as many cuts of other artists as make the artist separation comfortable: cuts of the level's mean
     // duration, each with an artist and title of its own, dealt evenly into the order. Nothing when the level
     // would have to grow more than tenfold, or so much that the plays due to a cut no longer show which cuts
@@ -49,6 +50,8 @@ private:
     std::shared_ptr<StationSnapshot> Copy() const { return std::make_shared<StationSnapshot>(Station()); }
     const StationSnapshot& Station() const noexcept { return *m_result.cStation; }
     const SnapshotLevel& Level() const noexcept { return Station().levels[m_level]; }
+    std::optional<Remedy> Shorter(const wchar_t* sName, std::int32_t SeparationRules::*pSeparation,
+                                  std::int32_t lSetMins, std::size_t most) const;
     bool IsComfortable(std::size_t cuts, std::size_t most) const;
     bool IsComfortable() const { return IsComfortable(m_makeUp.cuts, m_makeUp.mostOfArtist); }
     bool IsJudgedAlike(std::size_t cuts) const;

@@ -18,13 +18,14 @@ constexpr double dDays = 2;
 class HotStation : public AiringStation
 {
 public:
-    explicit HotStation(const std::vector<std::wstring>& colArtists, std::int32_t lArtistSep)
+    explicit HotStation(const std::vector<std::wstring>& colArtists, std::int32_t lArtistSep,
+                        std::int32_t lTitleSep = 0)
     {
         for (std::size_t cut = 0; cut < colArtists.size(); ++cut)
             AddCut(L"cut " + std::to_wstring(cut), L"Hot", 1, colArtists[cut],
                    L"Title " + std::to_wstring(cut));
         Start();
-        SetRules(L"Hot", 1, lArtistSep, 0, 0);
+        SetRules(L"Hot", 1, lArtistSep, lTitleSep, 0);
     }
     // One whose orders and rules are those of a snapshot.
     static std::unique_ptr<HotStation> Like(const StationSnapshot& snapshot)
@@ -32,7 +33,8 @@ public:
         std::vector<std::wstring> colArtists;
         for (const CutNumber number : snapshot.levels[0].order)
             colArtists.push_back(snapshot.cuts[number].values.cArtist.Text());
-        return std::make_unique<HotStation>(colArtists, snapshot.levels[0].rules.lArtist);
+        const SeparationRules& rules = snapshot.levels[0].rules;
+        return std::make_unique<HotStation>(colArtists, rules.lArtist, rules.lTitle);
     }
     struct Forecast
     {
@@ -140,6 +142,52 @@ TEST(Advice, ALevelThatOnlyLacksRoomIsAdvisedToo)
                                         L"artist separation leaves enough room");
         EXPECT_EQ(health.levels[0].advice, colAdvice);
         EXPECT_EQ(health.remedies.size(), 3u);
+    }
+}
+
+// Each of 40 titles can return after 133 minutes.
+TEST(Advice, ATitleSeparationThatAsksTooMuchIsShortened)
+{
+    for (const auto& [lTitleSep, eLight] : {std::pair{120, Light::Yellow}, std::pair{140, Light::Red}})
+    {
+        HotStation station(ArtistsWithAshAt(40, {}), 0, lTitleSep);
+        const SimulationResult present =
+            station.Simulate(station.Snapshot(), hotHour, station.dtStart, dDays);
+        const LevelHealth level = station.Predict().health.levels[0];
+        EXPECT_EQ(level.eLight, eLight);
+        const std::optional<Remedy> remedy = Remedies(present, 0).ShorterTitleSeparation();
+        ASSERT_TRUE(remedy);
+        EXPECT_EQ(remedy->cStation->levels[0].rules.lTitle, 113);
+        const Troubles before = station.AirTroubles();
+        const std::wstring sEffect = EffectText(before, HotStation::Like(*remedy->cStation)->AirTroubles());
+        EXPECT_EQ(level.advice,
+                  Lines{L"title separation 113: " + sEffect +
+                        (before.rulesBroken == 0 ? L", the title separation leaves enough room" : L"")});
+    }
+}
+
+TEST(Advice, EachSeparationIsGivenRoomByItself)
+{
+    const std::wstring sNone = L": never played 0 -> 0, under half 0 -> 0, no rule broken, ";
+    const struct
+    {
+        std::int32_t lTitleSep;
+        Lines colAdvice;
+    } colCases[] = {
+        {120,
+         {L"artist separation 28" + sNone + L"the artist separation leaves enough room",
+          L"title separation 113" + sNone + L"the title separation leaves enough room",
+          L"4 cuts of other artists more" + sNone + L"both separations leave enough room",
+          L"1 cut of Ash fewer" + sNone + L"the artist separation leaves enough room"}},
+        // A cut fewer would take the titles' room.
+        {113,
+         {L"artist separation 28" + sNone + L"the artist separation leaves enough room",
+          L"4 cuts of other artists more" + sNone + L"the artist separation leaves enough room"}},
+    };
+    for (const auto& one : colCases)
+    {
+        HotStation station(EvenlySpread(), 30, one.lTitleSep);
+        EXPECT_EQ(station.Predict().health.levels[0].advice, one.colAdvice);
     }
 }
 
@@ -405,7 +453,7 @@ TEST(Advice, ProgressRisesFromNothingToAll)
     EXPECT_TRUE(std::is_sorted(colDone.begin(), colDone.end()));
     EXPECT_EQ(colDone.front(), 0);
     EXPECT_EQ(colDone.back(), 1);
-    EXPECT_GE(colDone.size(), 12u); // begin and end of the whole and of five remedies
+    EXPECT_GE(colDone.size(), 12u); // begin and end of the whole and of six remedies
 }
 
 TEST(Advice, CancelAtAnyStepEndsTheWork)

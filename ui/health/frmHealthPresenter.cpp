@@ -484,6 +484,11 @@ void frmHealthPresenter::CarryOut(clsSchedMan& cSchedMan, const LevelRemedy& rem
         m_sDone = L"The artist separation of " + LevelText(sLevelKey) + L" is " +
                   DecimalText(remedy.lArtistSepMins) + L" minutes.";
         return;
+    case RemedyKind::TitleSeparation:
+        cSubCat->Rules()->SetTitleSepMins(remedy.lTitleSepMins);
+        m_sDone = L"The title separation of " + LevelText(sLevelKey) + L" is " +
+                  DecimalText(remedy.lTitleSepMins) + L" minutes.";
+        return;
     case RemedyKind::MoreCuts:
     case RemedyKind::FewerCuts:
         return;

@@ -244,6 +244,18 @@ TEST_F(HealthTest, SeparationThatCannotBeSavedChangesNothing)
     EXPECT_TRUE(cPorts.cMessages.Boxes.empty());
 }
 
+TEST_F(HealthTest, TitleSeparationIsSavedInTheLevelsRulesToo)
+{
+    cLib.Level(L"Jazz", 1)->Rules()->Apply({std::nullopt, 90, std::nullopt, std::nullopt});
+    memory.sLevelKey = L"jazz\t1";
+    Do([&] { CarryOut(L"Title separation 34"); });
+    Show();
+    EXPECT_EQ(cLib.Level(L"Jazz", 1)->PresentRules()->TitleSepMins(), 34);
+    EXPECT_NE(std::find(view.colStatus.begin(), view.colStatus.end(),
+                        L"The title separation of Jazz 1 is 34 minutes."),
+              view.colStatus.end());
+}
+
 TEST_F(HealthTest, OtherCutsCannotBeCarriedOut)
 {
     Do([&] {
