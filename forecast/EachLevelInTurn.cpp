@@ -43,6 +43,7 @@ Plan EachLevelInTurn(const StationSnapshot& station, DateTime dtStart, double dD
             turns.push_back(
                 {{level.sCategory, level.lLevel}, std::max(shortest, MeanLength(station, level.order))});
     Plan plan;
+    plan.SetSource(Plan::Source::EachLevelInTurn);
     if (turns.empty())
         return plan;
     const std::int64_t all = std::llround(dDays * dDaymS);

@@ -87,6 +87,8 @@ public:
     {
         m_health.dtStart = m_result.dtStart;
         m_health.dDays = m_result.dDays;
+        m_health.sPlan = m_result.plan.Name();
+        m_health.sPlanFile = m_result.plan.File();
         m_health.options = m_result.options;
         m_health.lPicks = static_cast<std::int32_t>(m_result.rows.size());
         AddWarnings();

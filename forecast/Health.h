@@ -121,6 +121,8 @@ struct StationHealth
 {
     DateTime dtStart = 0;
     double dDays = 0;
+    std::wstring sPlan;      // see Plan::Name
+    std::wstring sPlanFile;  // empty for a plan of no file
     RotationOptions options; // in force
     std::int32_t lPicks = 0;
     std::vector<std::wstring> warnings; // why it may be different on air, in sentences

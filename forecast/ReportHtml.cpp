@@ -130,8 +130,9 @@ void Page::AddSummary()
     Add("<p>" + CountText(m_health.levels.size(), "level", "levels") + ": " + std::to_string(colLights[2]) +
         ' ' + LightText(Light::Red) + ", " + std::to_string(colLights[1]) + ' ' + LightText(Light::Yellow) +
         ", " + std::to_string(colLights[0]) + ' ' + LightText(Light::Green) +
-        ".</p>\n<p class=\"soft\">Simulated from " + MomentText(m_health.dtStart) + ", " +
-        NumberText(m_health.dDays) + (m_health.dDays == 1 ? " day, " : " days, ") +
+        ".</p>\n<p class=\"soft\">Plan: " + NameText(m_health.sPlan) + ". Simulated from " +
+        MomentText(m_health.dtStart) + ", " + NumberText(m_health.dDays) +
+        (m_health.dDays == 1 ? " day, " : " days, ") +
         CountText(static_cast<std::size_t>(m_health.lPicks), "pick", "picks") + ". Fair rotation " +
         OnOff(m_health.options.bFairRotation) + ", featured artists " +
         OnOff(m_health.options.bFeaturedArtists) + ".</p>\n");

@@ -138,8 +138,10 @@ std::string JsonReport(const StationHealth& health)
         return Object().Add("name", artist.sName).Add("load", artist.dLoad).Text();
     };
     return Object()
-               .Add("start", '"' + MomentText(health.dtStart) + '"')
+               .Add("start", IsoText(health.dtStart))
                .Add("days", health.dDays)
+               .Add("plan", health.sPlan)
+               .Add("planFile", health.sPlanFile.empty() ? "null" : JsonText(health.sPlanFile))
                .Add("fairRotation", health.options.bFairRotation)
                .Add("featuredArtists", health.options.bFeaturedArtists)
                .Add("picks", health.lPicks)

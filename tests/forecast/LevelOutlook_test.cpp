@@ -83,6 +83,38 @@ TEST_F(LevelOutlookTest, TooFewOrTooOldPlaysTellNoRate)
     EXPECT_EQ(Look({5, 5, 5, 5}), 0u) << "at one time, as an import may set";
 }
 
+TEST_F(LevelOutlookTest, AnySpanOfPlaysTellsItsRate)
+{
+    constexpr double dDay = 1440;
+    constexpr double dSecond = 1 / 60.0;
+    const struct
+    {
+        double dSpanMins; // between four plays, two of them at one time
+        double dSlotMins;
+        const wchar_t* sText;
+        std::int32_t lAttainable;
+    } colCases[] = {
+        {3 * dSecond, dSecond, L"0.1 min", 0},
+        {dDay, dDay / 3, L"480 min", 480},
+        {6.5 * dDay, 6.5 * dDay / 3, L"3120 min", 3120},
+        {700 * dDay, 700 * dDay / 3, L"336000 min", 336'000},
+    };
+    for (const auto& one : colCases)
+    {
+        LevelOutlookTest station;
+        station.AddPlayed({one.dSpanMins, 0, one.dSpanMins / 2, one.dSpanMins / 2}, 2);
+        const LevelOutlook level = station.Look();
+        EXPECT_NEAR(level.rate.SlotMins(), one.dSlotMins, 1e-3);
+        EXPECT_EQ(SlotText(level.rate), one.sText);
+        EXPECT_NEAR(level.AttainableArtistMins(), 2 * one.lAttainable, 1);
+        EXPECT_EQ(SlotText(OutlookOf(*station.cLib.Level(L"pop", 1), station.cLib.cSchedMan->History(), {},
+                                     station.Now() - 1)
+                               .rate),
+                  one.sText)
+            << "after the clock was set back";
+    }
+}
+
 TEST_F(LevelOutlookTest, ACutThatCannotBeReadHasNoArtistAndNoPlay)
 {
     AddPlayed({10, 20, 30, 40}, 1);

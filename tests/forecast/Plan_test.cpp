@@ -30,6 +30,24 @@ TEST(Plan, LoadedFileReplacesAllSlots)
     EXPECT_TRUE(plan.Slots().empty());
 }
 
+TEST(Plan, NameSaysWhereTheSlotsComeFrom)
+{
+    Plan plan;
+    EXPECT_EQ(plan.Name(), L"0 slots an hour");
+    plan.LoadClock("rock,1\n", L"C:\\Radio\\hot hour.txt");
+    EXPECT_EQ(plan.Name() + L"|" + plan.File(), L"clock file hot hour.txt|hot hour.txt");
+    plan.LoadSlots(sTwoSlots, L"radio/monday.csv");
+    EXPECT_EQ(plan.Name() + L"|" + plan.File(), L"slot file monday.csv|monday.csv");
+    EXPECT_THROW(plan.AddSlot({L"pop", 2}), PlanError);
+    EXPECT_EQ(plan.File(), L"monday.csv");
+    plan.LoadClock("rock,1\n", L"hour");
+    plan.AddSlot({L"pop", 2});
+    EXPECT_EQ(plan.Name() + L"|" + plan.File(), L"2 slots an hour|") << "no longer the file's hour";
+    plan.Clear();
+    plan.AddSlotAt(46'000, {L"pop", 2});
+    EXPECT_EQ(plan.Name(), L"1 slot");
+}
+
 TEST(Plan, FileThatCannotBeUsedLeavesThePlan)
 {
     Plan plan;

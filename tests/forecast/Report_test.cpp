@@ -109,6 +109,8 @@ StationHealth StationOf(std::vector<LevelHealth> levels)
     StationHealth health;
     health.dtStart = DateTimeOf({2026, 11, 22, 6, 0, 0});
     health.dDays = 28;
+    health.sPlan = L"clock file <hot>.txt";
+    health.sPlanFile = L"<hot>.txt";
     health.lPicks = 1234;
     health.levels = std::move(levels);
     health.blockers = {{TextKey(L"k"), TextKey(L"Ash & Elm"), TextKey(L"Sun")}};
@@ -296,8 +298,10 @@ TEST(JsonReport, HasEveryFigure)
     StationHealth health = StationOf({level});
     health.warnings = {L"Careful"};
     health.options = {true, false};
-    std::map<std::string, std::string> expected{{"/start", "\"2026-11-22 06:00"},
+    std::map<std::string, std::string> expected{{"/start", "\"2026-11-22T06:00:00"},
                                                 {"/days", "28"},
+                                                {"/plan", "\"clock file <hot>.txt"},
+                                                {"/planFile", "\"<hot>.txt"},
                                                 {"/fairRotation", "true"},
                                                 {"/featuredArtists", "false"},
                                                 {"/picks", "1234"},

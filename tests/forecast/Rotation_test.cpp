@@ -339,6 +339,38 @@ TEST_F(RotationTest, AdviceIsRefusedInsideTheSearchForIt)
     EXPECT_EQ(ErrorOf([&] { cSimulation->FindAllAdvice(); }), 0);
 }
 
+TEST_F(RotationTest, AReportsStepMayReadAdviceThatIsKnown)
+{
+    const std::shared_ptr<const clsSimulation> cSimulation = Simulated(2);
+    const Lines known = cSimulation->Advice(1);
+    std::map<std::int32_t, int> colErrors;
+    cRotation.WriteReport(*cSimulation, L"C:\\Radio\\r.json", [&](double, bool&) {
+        EXPECT_EQ(cSimulation->Advice(1), known);
+        ++colErrors[ErrorOf([&] { cSimulation->Advice(2); })];
+        ++colErrors[ErrorOf([&] { cRotation.WriteReport(*cSimulation, L"C:\\Radio\\inner.json"); })];
+    });
+    EXPECT_GT(colErrors[error::PermissionDenied], 2) << "advice of another level that is being looked for";
+    EXPECT_EQ(colErrors.count(0), 1u) << "known before the report is complete";
+    EXPECT_EQ(colErrors.size(), 2u);
+    EXPECT_EQ(cPorts.cFiles.Get(L"C:\\Radio\\r.json"), JsonReport(cSimulation->Health()));
+    EXPECT_EQ(cPorts.cFiles.PresenceOf(L"C:\\Radio\\inner.json"), Presence::Absent);
+    EXPECT_FALSE(cSimulation->Advice(2).empty());
+}
+
+TEST_F(RotationTest, AdviceThatIsKnownIsNotLookedForAgain)
+{
+    const std::shared_ptr<const clsSimulation> cSimulation = Simulated(2);
+    cSimulation->FindAllAdvice();
+    const std::string sKnown = JsonReport(cSimulation->Health());
+    int lSteps = 0;
+    const SimulationProgress count = [&](double, bool&) { ++lSteps; };
+    for (std::size_t level = 0; level < cSimulation->Health().levels.size(); ++level)
+        cSimulation->FindAdvice(level, count);
+    cSimulation->FindAllAdvice(count);
+    EXPECT_EQ(lSteps, 0);
+    EXPECT_EQ(JsonReport(cSimulation->Health()), sKnown);
+}
+
 TEST_F(RotationTest, TheHostRunsWhileTheStationIsReadAndJudged)
 {
     // Only the clock's looks and the cuts' reading take time.
