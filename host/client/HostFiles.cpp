@@ -36,6 +36,24 @@ template <class Work> auto Named(const std::wstring& sPath, Work work)
     }
 }
 
+// Whether the scheduler has worked in the folder.
+bool IsStation(const std::wstring& sAppFolder)
+{
+    const std::wstring sFull = FullPath(sAppFolder);
+    return files.FolderExists(sFull + (sFull.ends_with(L'\\') ? L"Scheduler" : L"\\Scheduler"));
+}
+
+// Creates the folder and its parents, as far as they are missing.
+void MakeFolder(const std::wstring& sPath)
+{
+    if (files.FolderExists(sPath))
+        return;
+    const auto sAbove = FolderOf(sPath);
+    if (sAbove.size() > 2 && sAbove != sPath) // past "C:"
+        MakeFolder(sAbove);
+    Named(sPath, [&] { files.CreateFolder(sPath); });
+}
+
 } // namespace
 
 std::wstring FullPath(const std::wstring& sPath)
@@ -63,11 +81,27 @@ void MustBeWritable(const std::wstring& sPath)
         throw HostError(sPath + L": its folder does not exist");
 }
 
-void MustBeStation(const std::wstring& sDataBase, const std::wstring& sAppFolder)
+void MayBeStation(const std::wstring& sDataBase, const std::wstring& sAppFolder)
 {
     MustExist(FullPath(sDataBase));
     if (FileExists(FullPath(sAppFolder)))
         throw HostError(sAppFolder + L" is a file, not a folder");
+}
+
+void MustBeStation(const std::wstring& sDataBase, const std::wstring& sAppFolder)
+{
+    MayBeStation(sDataBase, sAppFolder);
+    if (!IsStation(sAppFolder))
+        throw HostError(sAppFolder + L" is no station: it has no folder Scheduler (day, watch, library and "
+                                     L"category make a new station)");
+}
+
+std::wstring MakeStation(const std::wstring& sAppFolder)
+{
+    if (IsStation(sAppFolder))
+        return {};
+    MakeFolder(FullPath(sAppFolder));
+    return L"New station: " + sAppFolder + L"\n";
 }
 
 void MustBeFree(const std::wstring& sAppFolder)
@@ -95,16 +129,6 @@ std::string ReadWhole(const std::wstring& sPath)
 void WriteWhole(const std::wstring& sPath, std::string_view bytes)
 {
     Named(sPath, [&] { ReplaceFile(files, sPath, bytes); });
-}
-
-void MakeFolder(const std::wstring& sPath)
-{
-    if (files.FolderExists(sPath))
-        return;
-    const auto sAbove = FolderOf(sPath);
-    if (sAbove.size() > 2 && sAbove != sPath) // past "C:"
-        MakeFolder(sAbove);
-    Named(sPath, [&] { files.CreateFolder(sPath); });
 }
 
 } // namespace ravlo

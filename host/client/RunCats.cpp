@@ -342,7 +342,6 @@ int RunCats(const CatsOptions& options, const Boxes& cBoxes, const Console& cOut
     MediaLibrary library;
     library.Open(FullPath(options.sDataBase));
     const auto sAppFolder = FullPath(options.sAppFolder);
-    MakeFolder(sAppFolder);
     ProgressLine line(cError, options.bProgress);
     const auto show = [&](const std::wstring& sText, long, long) { line.Show(sText); };
     Scheduler scheduler(library, false);

@@ -135,7 +135,7 @@ void Print(const Day& day, const DayOptions& options, const Console& cOut)
 
 void RunDay(const DayOptions& options, const Console& cOut, const Console& cError)
 {
-    MustBeStation(options.sDataBase, options.sAppFolder);
+    MayBeStation(options.sDataBase, options.sAppFolder);
     for (const DayFile& file : dayFiles)
         if (!(options.*file.sName).empty())
             MustBeWritable(FullPath(options.*file.sName));
@@ -147,7 +147,7 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
 
     ProgressLine line(cError, options.bProgress);
     const auto sAppFolder = FullPath(options.sAppFolder);
-    MakeFolder(sAppFolder);
+    cOut.Write(MakeStation(options.sAppFolder));
     Scheduler scheduler(library, options.bSaveEach);
     MustBeFree(options.sAppFolder); // right before the scheduler marks it
     scheduler.Populate(sAppFolder, [&](const std::wstring& sText, long, long) { line.Show(sText); });

@@ -178,10 +178,18 @@ void PrintSimulation(_clsSimulation& cSimulation, const std::vector<LevelFigures
                (notGreen.empty() ? L"Every level is green.\n" : HealthTable(notGreen)));
 }
 
-int PrintHealth(const std::vector<LevelFigures>& levels, const std::vector<std::wstring>& overAsked,
-                const Console& cOut)
+// "Clock file hot.txt, 28 days from 2026-11-22T06:00:00"
+std::wstring PlanLine(const ForecastOptions& options, DateTime dtStart)
 {
-    std::wstring sText = HealthTable(levels) + AdviceLines(levels);
+    return (options.sClock.empty() ? L"Slot file " + options.sSlots : L"Clock file " + options.sClock) +
+           L", " + DecimalText(options.lDays) + (options.lDays == 1 ? L" day" : L" days") + L" from " +
+           IsoText(dtStart) + L"\n";
+}
+
+int PrintHealth(const std::wstring& sPlanLine, const std::vector<LevelFigures>& levels,
+                const std::vector<std::wstring>& overAsked, const Console& cOut)
+{
+    std::wstring sText = sPlanLine + HealthTable(levels) + AdviceLines(levels);
     for (const auto& sArtist : overAsked)
         sText += L"Asked for more often than its separations allow: " + sArtist + L"\n";
     cOut.Write(sText);
@@ -220,7 +228,6 @@ int RunForecast(const ForecastOptions& options, const Console& cOut, const Conso
 
     ProgressLine line(cError, options.bProgress);
     const auto sAppFolder = FullPath(options.sAppFolder);
-    MakeFolder(sAppFolder);
     Scheduler scheduler(library, false);
     scheduler.Populate(sAppFolder, [&](const std::wstring& sText, long, long) { line.Show(sText); });
     const Plays plays(entries);
@@ -239,7 +246,7 @@ int RunForecast(const ForecastOptions& options, const Console& cOut, const Conso
         return lExitOk;
     }
     Advise(rotation, *cSimulation, levels, line);
-    const int lStatus = PrintHealth(levels, OverAsked(*cSimulation), cOut);
+    const int lStatus = PrintHealth(PlanLine(options, dtStart), levels, OverAsked(*cSimulation), cOut);
     WriteReports(rotation, *cSimulation, options, cOut);
     return lStatus;
 }

@@ -76,7 +76,6 @@ void RunRotation(const RotationCommand& options, const Boxes& cBoxes, const Cons
     MediaLibrary library;
     library.Open(FullPath(options.sDataBase));
     const auto sAppFolder = FullPath(options.sAppFolder);
-    MakeFolder(sAppFolder);
     ProgressLine line(cError, options.bProgress);
     Scheduler scheduler(library, false);
     if (options.eAction == RotationAction::Spread)

@@ -65,7 +65,7 @@ void PlayNew(const Rotation& rotation, const LevelChange& level, const WatchOpti
 std::size_t Watch(const WatchOptions& options, const Boxes& cBoxes, const Console& cOut,
                   const Console& cError)
 {
-    MustBeStation(options.sDataBase, options.sAppFolder);
+    MayBeStation(options.sDataBase, options.sAppFolder);
     const auto sCsv = FullPath(options.sCsv);
     MustExist(sCsv);
     MediaLibrary library;
@@ -75,7 +75,7 @@ std::size_t Watch(const WatchOptions& options, const Boxes& cBoxes, const Consol
 
     ProgressLine line(cError, options.bProgress);
     const auto sAppFolder = FullPath(options.sAppFolder);
-    MakeFolder(sAppFolder);
+    cOut.Write(MakeStation(options.sAppFolder));
     Scheduler scheduler(library, false);
     MustBeFree(options.sAppFolder); // right before the scheduler marks it
     scheduler.Populate(sAppFolder, [&](const std::wstring& sText, long, long) { line.Show(sText); });

@@ -33,10 +33,11 @@ constexpr std::int32_t lCancelled = 2;
 class Desk
 {
 public:
+    // bMayBeNew: a station that is missing is made.
     template <class Options>
-    Desk(const Options& options, const Console& cError) : m_cScheduler(m_cLibrary, false)
+    Desk(const Options& options, bool bMayBeNew, const Console& cError) : m_cScheduler(m_cLibrary, false)
     {
-        MustBeStation(options.sDataBase, options.sAppFolder);
+        (bMayBeNew ? MayBeStation : MustBeStation)(options.sDataBase, options.sAppFolder);
         if (!options.sPicture.empty())
         {
             m_boxes.emplace(cError); // nobody is there to click
@@ -62,7 +63,7 @@ private:
             window.emplace();
         m_cLibrary.Open(FullPath(options.sDataBase));
         const auto sAppFolder = FullPath(options.sAppFolder);
-        MakeFolder(sAppFolder);
+        cError.Write(MakeStation(options.sAppFolder));
         ProgressLine line(cError, options.bProgress);
         m_cScheduler.Populate(sAppFolder, [&](const std::wstring& sText, long lCount, long lMax) {
             line.Show(sText);
@@ -194,7 +195,7 @@ void Print(const Choice& choice, const Console& cOut)
 
 void RunCategory(const CategoryOptions& options, const Console& cOut, const Console& cError)
 {
-    Desk desk(options, cError);
+    Desk desk(options, true, cError);
     Choice choice = FirstChoice(options, desk);
     const Picture picture(options.sPicture.empty() ? L"" : FullPath(options.sPicture), CloseWithOk);
     Show(options, desk, choice);
@@ -204,7 +205,7 @@ void RunCategory(const CategoryOptions& options, const Console& cOut, const Cons
 
 void RunLibrary(const LibraryOptions& options, const Console& cError)
 {
-    Desk desk(options, cError);
+    Desk desk(options, true, cError);
     const Picture picture(options.sPicture.empty() ? L"" : FullPath(options.sPicture), CloseByItsBox);
     Check(desk.Manager().ShowLibraryUI(), desk.Manager());
     picture.MustBeTaken();
@@ -212,7 +213,7 @@ void RunLibrary(const LibraryOptions& options, const Console& cError)
 
 void RunHealthWindow(const ForecastOptions& options, const Console& cError)
 {
-    Desk desk(options, cError);
+    Desk desk(options, false, cError);
     Gaps gaps;
     const Plays plays(desk.Library().Entries());
     plays.Report(desk.TheScheduler(), gaps);

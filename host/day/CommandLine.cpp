@@ -64,11 +64,20 @@ CLI::Option& AddCategories(CLI::App& cCommand, CatsOptions& options, const char*
                 ->check(IsCategory());
 }
 
-template <class Options> void DescribeStation(CLI::App& cCommand, Options& options)
+// The commands that are the first ones of a station make it.
+enum class Station
+{
+    MustBeThere,
+    IsMade,
+};
+
+template <class Options> void DescribeStation(CLI::App& cCommand, Options& options, Station eStation)
 {
     AddText(cCommand, "--db", options.sDataBase, "FILE", "the media database").required();
     AddText(cCommand, "--app", options.sAppFolder, "FOLDER",
-            "the folder that holds the scheduler's files; made when it is missing")
+            eStation == Station::IsMade
+                ? "the station: the folder that holds the scheduler's files; made when it is missing"
+                : "the station: the folder that holds the scheduler's files")
         .required();
 }
 
@@ -108,7 +117,7 @@ void DescribeSwitches(CLI::App& cCommand, RotationSwitches& rotation)
 
 void DescribeDay(CLI::App& cDay, DayOptions& options)
 {
-    DescribeStation(cDay, options);
+    DescribeStation(cDay, options, Station::IsMade);
     DescribeStart(cDay, options.dtStart,
                   "when the first slot starts (default: the end of the last recorded play, or now)");
     cDay.add_option("--hours", options.lHours,
@@ -131,7 +140,7 @@ void DescribeDay(CLI::App& cDay, DayOptions& options)
 
 void DescribeWatch(CLI::App& cWatch, WatchOptions& options)
 {
-    DescribeStation(cWatch, options);
+    DescribeStation(cWatch, options, Station::IsMade);
     AddText(cWatch, "--csv", options.sCsv, "FILE",
             "the cuts to import while the scheduler is open, as import reads them")
         .required();
@@ -211,7 +220,7 @@ void DescribeCatsChanges(CLI::App& cCats, CatsOptions& options)
 
 void DescribeCats(CLI::App& cCats, CatsOptions& options)
 {
-    DescribeStation(cCats, options);
+    DescribeStation(cCats, options, Station::MustBeThere);
     DescribeProgress(cCats, options);
     cCats.require_subcommand(1);
     auto& cList = AddAction(cCats, options, CatsAction::List, "list",
@@ -229,7 +238,7 @@ void DescribeCats(CLI::App& cCats, CatsOptions& options)
 
 template <class Options> void DescribeWindow(CLI::App& cCommand, Options& options)
 {
-    DescribeStation(cCommand, options);
+    DescribeStation(cCommand, options, Station::IsMade);
     AddText(cCommand, "--picture", options.sPicture, "FILE",
             "take a picture of the window, PNG, and close it, instead of leaving it to you");
     DescribeProgress(cCommand, options);
@@ -255,7 +264,7 @@ void DescribeCategory(CLI::App& cCategory, CategoryOptions& options)
 // What simulate and health have in common.
 void DescribeForecast(CLI::App& cCommand, ForecastOptions& options)
 {
-    DescribeStation(cCommand, options);
+    DescribeStation(cCommand, options, Station::MustBeThere);
     auto& cPlan = *cCommand.add_option_group("plan");
     DescribePlan(cPlan, options.sClock, options.sSlots);
     cPlan.require_option(1);
@@ -307,7 +316,7 @@ void AddLevels(CLI::App& cCommand, RotationCommand& options, const char* sHelp, 
 void DescribeSpread(CLI::App& cSpread, RotationCommand& options)
 {
     options.eAction = RotationAction::Spread;
-    DescribeStation(cSpread, options);
+    DescribeStation(cSpread, options, Station::MustBeThere);
     AddLevels(cSpread, options, "what to spread, NAME:LEVEL; a main category means each of its levels", true);
     DescribeProgress(cSpread, options);
 }
@@ -315,7 +324,7 @@ void DescribeSpread(CLI::App& cSpread, RotationCommand& options)
 void DescribeExplain(CLI::App& cExplain, RotationCommand& options)
 {
     options.eAction = RotationAction::Explain;
-    DescribeStation(cExplain, options);
+    DescribeStation(cExplain, options, Station::MustBeThere);
     AddLevels(cExplain, options, "the level, NAME:LEVEL", false);
     cExplain.add_flag("--opener", options.bOpener, "only a cut that may open an hour");
     DescribeProgress(cExplain, options);
@@ -323,7 +332,7 @@ void DescribeExplain(CLI::App& cExplain, RotationCommand& options)
 
 void DescribeOptions(CLI::App& cOptions, RotationCommand& options)
 {
-    DescribeStation(cOptions, options);
+    DescribeStation(cOptions, options, Station::MustBeThere);
     DescribeSwitches(cOptions, options.rotation);
     DescribeProgress(cOptions, options);
 }

@@ -84,10 +84,15 @@ class HostCase(unittest.TestCase):
         self.assertEqual(answer[0], status, answer)
         return answer[1:]
 
+    def make_station(self, folder=None):
+        ((folder or self.folder) / "station" / "Scheduler").mkdir(parents=True, exist_ok=True)
+
     def import_samples(self, folder=None):
+        self.make_station(folder)
         return self.good("import", "--db", "library.db", "--csv", SAMPLES / "library.csv", folder=folder)
 
     def import_tiny(self):
+        self.make_station()
         return self.good("import", "--db", "library.db", "--csv", self.write("tiny.csv", TINY))
 
     def day(self, log, *arguments, folder=None):

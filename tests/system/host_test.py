@@ -252,6 +252,7 @@ class RavloHost(HostCase):
         disk = self.small_disk()
         self.import_tiny()
         shutil.copy(self.folder / "library.db", disk)
+        self.make_station(disk)
         self.fill(disk)
         for command in (("day", "--app", "disk/station"), ("cats", "list", "--app", "disk/station"),
                         ("import", "--csv", "tiny.csv")):
@@ -259,9 +260,10 @@ class RavloHost(HostCase):
             self.assertEqual(out, "")
             self.assertIn("library.db\" cannot be opened: the disk is full.", error)
             self.assertEqual(error.count("\n"), 1, error)
-        self.assertEqual(sorted(file.name for file in disk.iterdir()), ["filler", "library.db"])
+        self.assertEqual(sorted(file.name for file in disk.iterdir()), ["filler", "library.db", "station"])
 
     def test_a_folder_of_tagged_files_is_imported(self):
+        self.make_station()
         music = self.folder / "music"
         (music / "deep").mkdir(parents=True)
         silence = b"RIFF" + struct.pack("<I", 8036) + b"WAVEfmt " + struct.pack("<IHHIIHH", 16, 1, 1, 8000, 8000, 1, 8)
@@ -479,6 +481,7 @@ class RavloHost(HostCase):
         self.unsaved_watch("D:\\e.mp3,Eve,Five,newer,1,60000\n")
 
     def test_a_category_with_a_colon_in_its_name_can_be_named(self):
+        self.make_station()
         self.good("import", "--db", "library.db", "--csv", self.write("talk.csv", TINY.replace(",rock,2", ",Talk: News,2")))
         self.assertEqual(self.cats("list", "talk: news:2"), "Talk: News:2 (1 cut)\n1  Bob - Say \"hi\", twice (2:30)\n")
         self.assertIn("Talk: News      2     1     2:30\n", self.cats("list", "Talk: News"))
@@ -530,6 +533,7 @@ class RavloHost(HostCase):
                          ("\u6771\u4eac", "Bj\u00f6rk \u2013 \u00e9t\u00e9 \U0001f3b5", "D:\\\u6771.mp3"))
 
     def picture(self, *arguments):
+        (self.folder / "Scheduler").mkdir(exist_ok=True)
         out, error = self.ends(0, *arguments, "--db", "t.db", "--app", ".", "--picture", "window.png", wrapper=WITH_SCREEN)
         self.assertEqual((self.folder / "window.png").read_bytes()[:8], b"\x89PNG\r\n\x1a\n")
         return out, error
@@ -547,7 +551,7 @@ class RavloHost(HostCase):
 
     def test_a_box_does_not_keep_a_picture_waiting(self):
         self.good("import", "--db", "t.db", "--csv", self.write("t.csv", TINY))
-        self.good("cats", "list", "--db", "t.db", "--app", ".")
+        (self.folder / "Scheduler").mkdir()
         (self.folder / "Scheduler" / "MainCats.txt").write_text("\r\nrock\r\nROCK", encoding="utf-8", newline="")
         _, error = self.picture("library")
         self.assertIn("the scheduler says: ", error)

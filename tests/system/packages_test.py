@@ -202,7 +202,7 @@ class Setup(unittest.TestCase):
         self.assertEqual(self.run_program(host, "--version")[1].strip(), f"RavloHost {VERSION}")
         self.assertEqual(self.run_program(host, "import", "--db", "library.db", "--csv",
                                           INSTALLED / "samples/library.csv", folder=station)[0], 0)
-        self.assertEqual(self.run_program(host, "cats", "list", "--db", "library.db", "--app", ".", folder=station)[0], 0)
+        self.assertEqual(self.run_program(host, "day", "--db", "library.db", "--app", ".", "--hours", "1", folder=station)[0], 0)
 
         # An upgrade takes away what the earlier version had, also from another folder, and registers again.
         installed = self.registry()

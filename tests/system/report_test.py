@@ -75,7 +75,8 @@ def corner_of(file):
 
 @unittest.skipUnless(CHROMIUM, "skipped: there is no Chromium")
 class Report(HostCase):
-    def make_station(self):
+    def make_starving_station(self):
+        self.make_station()
         rows = "".join(f'D:\\{n}.mp3,"{artist.replace(chr(34), chr(34) * 2)}","{title.replace(chr(34), chr(34) * 2)}",180000,'
                        f"R&B <pop>,{1 if n < 4 else 2}\n" for n, (artist, title) in enumerate(NAMES))
         self.good("import", "--db", "library.db", "--csv",
@@ -115,7 +116,7 @@ class Report(HostCase):
                                  *(plays or "" for plays in cut["byHour"])])
 
     def test_a_browser_shows_the_figures_and_every_name_as_it_is(self):
-        self.make_station()
+        self.make_starving_station()
         self.ends(4, "health", *STATION, "--clock", "clock", "--days", "3", "--html", "report.html", "--json", "report.json")
         figures = json.loads((self.folder / "report.json").read_text(encoding="utf-8"))
         page = Tables(self.chromium("--dump-dom", f"--screenshot={self.folder / 'light.png'}"))

@@ -38,7 +38,8 @@ class RotationHost(HostCase):
     def starving_station(self):
         self.good("import", "--db", "library.db", "--csv", self.write("starving.csv", STARVING))
         self.write("clock", "pop,1\n")
-        self.cats("list")
+        self.make_station()
+        self.good("options", *STATION)  # makes the folder of the rules
         (self.folder / "station/Scheduler/Rules/pop\u00ac\u00ac\u00ac1.rls").write_bytes(RULES)
 
     def options(self, *arguments):
@@ -123,7 +124,8 @@ class RotationHost(HostCase):
         out, _ = self.ends(4, "health", *STATION, "--clock", "hard", "--json", "health.json")
         figures = json.loads((self.folder / "health.json").read_text(encoding="utf-8"))
         self.assertIn("Report: health.json\n", out)
-        self.assertEqual(figures["days"], 28)
+        self.assertEqual((figures["days"], figures["plan"], figures["planFile"]), (28, "clock file hard", "hard"))
+        self.assertTrue(out.startswith(f"Clock file hard, 28 days from {figures['start']}\n"), (out, figures["start"]))
         table = {line.split("  ")[0]: line.split() for line in out.splitlines() if ":" in line.split("  ")[0]}
         for level in figures["levels"]:
             row = table[level["key"].replace("\t", ":")]
@@ -139,6 +141,7 @@ class RotationHost(HostCase):
         self.assertNotIn("Looking", error)
 
     def test_a_level_without_artists_is_told_of_no_separation(self):
+        self.make_station()
         self.good("import", "--db", "library.db", "--csv", self.write("jingles.csv", JINGLES))
         self.write("clock", "jingles,1,Y\n")
         out, _ = self.ends(4, "health", *STATION, "--clock", "clock", "--days", "1")
@@ -184,6 +187,19 @@ class RotationHost(HostCase):
                 with self.subTest(command=command, arguments=arguments):
                     self.refused(status, text, *call, *arguments)
             self.refused(1, "missing.db", command, "--db", "missing.db", "--app", "station", "--clock", "clock")
+
+    def test_a_folder_that_is_no_station_stays_as_it_is(self):
+        self.starving_station()
+        for app in ("statoin", "."):
+            for command in (("simulate", "--clock", "clock"), ("health", "--clock", "clock"), ("explain", "pop:1"),
+                            ("health", "--clock", "clock", "--window"), ("options",), ("options", "--fair", "on"),
+                            ("spread", "pop:1"), ("cats", "list"), ("cats", "new", "Jazz")):
+                with self.subTest(app=app, command=command):
+                    self.refused(1, f"{app} is no station: it has no folder Scheduler", command[0], "--db", "library.db",
+                                 "--app", app, *command[1:])
+        day = "day", "--db", "library.db", "--app", "statoin", "--start", START, "--hours", "1", "--quiet"
+        self.assertTrue(self.good(*day).startswith("New station: statoin\nFrom "))
+        self.assertTrue(self.good(*day).startswith("From "))
 
     def test_a_level_that_is_not_there_is_neither_explained_nor_spread(self):
         self.starving_station()
