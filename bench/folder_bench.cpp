@@ -120,13 +120,13 @@ const bool bImport = AddRatio({"import of a folder, per file",
                                {2'000, 10'000},
                                &ImportFolder,
                                &ReadFiles,
-                               0});
+                               20});
 const bool bAgain = AddRatio({"import of an unchanged folder, per file",
                               "reading the same files of 64 kB, per file",
                               {2'000, 10'000},
                               &ImportFolderAgain,
                               &ReadFiles,
-                              0});
+                              5});
 
 } // namespace
 

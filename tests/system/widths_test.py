@@ -1,12 +1,15 @@
 # SPDX-License-Identifier: MIT
-"""A station that both widths work on is the same, byte for byte, as one that a single width made.
+"""A station that both widths work on is the same, byte for byte, as one that a single width made. Of its database the
+content is compared: the layout of an SQLite file follows the seconds in which plays were written.
 
 RAVLO_TREE names the source tree, in which both widths are built. RAVLO_WINE_32 names a wrapper that runs 32-bit programs
 where cmake/wine-run does not; without either the test ends with status 77, skipped.
 """
+import contextlib
 import os
 import pathlib
 import shutil
+import sqlite3
 import struct
 import subprocess
 import sys
@@ -47,7 +50,10 @@ class Widths(unittest.TestCase):
             done = subprocess.run([WINE_32 if width == "x86" else WINE, host, *map(str, step)], cwd=folder,
                                   capture_output=True, check=False)
             self.assertEqual((done.returncode, done.stderr), (0, b""), (width, step, done.stdout[-500:]))
-        return {str(file.relative_to(folder)): file.read_bytes() for file in folder.rglob("*") if file.is_file()}
+        files = {str(file.relative_to(folder)): file.read_bytes() for file in folder.rglob("*") if file.is_file()}
+        with contextlib.closing(sqlite3.connect(folder / "library.db")) as database:
+            files["library.db"] = "\n".join(database.iterdump())
+        return files
 
     def test_both_widths_make_the_same_station(self):
         wanted = self.station("one", ("x64",))
