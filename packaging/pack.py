@@ -145,6 +145,8 @@ def write_file_list(file, parts):
 def write_setup(file, builds, work, seconds, target=None):
     work.mkdir(parents=True, exist_ok=True)
     art.write(work)
+    for picture in work.glob("*.*"):
+        os.utime(picture, (seconds, seconds))  # the setup program contains the time of each file
     common = common_files() | {"Ravlo.ico": (work / "Ravlo.ico").read_bytes(),
                                "console.cmd": windows_text(TREE / "packaging/console.cmd")}
     parts = {"Common": common}
