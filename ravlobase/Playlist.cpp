@@ -54,7 +54,7 @@ std::vector<PlaylistEntry> ParsePlaylist(std::string_view bytes)
     PlaylistEntry next;
     for (std::wstring sLine : Split(TextOf(bytes), L"\n"))
     {
-        if (sLine.ends_with(L'\r'))
+        while (sLine.ends_with(L'\r') || sLine.ends_with(L' ')) // a list that was converted twice has two CR
             sLine.pop_back();
         sLine = Trim(sLine);
         if (sLine.starts_with(sInformation))
