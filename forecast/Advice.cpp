@@ -64,6 +64,7 @@ std::vector<std::wstring> MostUseful(const LevelAdviser& adviser, const Simulati
     });
     colUseful.resize(std::min(colUseful.size(), most));
     std::vector<std::wstring> colTexts;
+    colTexts.reserve(colUseful.size());
     for (Useful& useful : colUseful)
         colTexts.push_back(std::move(useful.sText));
     return colTexts;

@@ -29,8 +29,8 @@ PlayPatterns::PlayPatterns(const SimulationResult& result, const ArtistNames& na
     TimesByText colArtists;
     TimesByText colTitles;
     Collect(result, names, colArtists, colTitles, cutByCut);
-    m_artists = DistancesOf(std::move(colArtists), cutByCut);
-    m_titles = DistancesOf(std::move(colTitles), cutByCut);
+    m_artists = DistancesOf(colArtists, cutByCut);
+    m_titles = DistancesOf(colTitles, cutByCut);
 }
 
 void PlayPatterns::Collect(const SimulationResult& result, const ArtistNames& names, TimesByText& colArtists,
@@ -55,7 +55,7 @@ void PlayPatterns::Collect(const SimulationResult& result, const ArtistNames& na
     }
 }
 
-PlayPatterns::Distances PlayPatterns::DistancesOf(TimesByText colTimes, CutByCut& cutByCut)
+PlayPatterns::Distances PlayPatterns::DistancesOf(const TimesByText& colTimes, CutByCut& cutByCut)
 {
     Distances colDistances;
     for (const auto& [cText, times] : colTimes)

@@ -34,7 +34,7 @@ private:
 
     void Collect(const SimulationResult& result, const ArtistNames& names, TimesByText& colArtists,
                  TimesByText& colTitles, CutByCut& cutByCut);
-    static Distances DistancesOf(TimesByText colTimes, CutByCut& cutByCut);
+    static Distances DistancesOf(const TimesByText& colTimes, CutByCut& cutByCut);
     static std::optional<PlayDistances> Find(const Distances& colDistances, const TextKey& cText);
 
     Distances m_artists;

@@ -16,7 +16,7 @@ namespace
 class Object
 {
 public:
-    Object& Add(const char* sName, std::string sJson)
+    Object& Add(const char* sName, const std::string& sJson)
     {
         m_sJson += (m_sJson.empty() ? "{\"" : ",\"");
         m_sJson.append(sName).append("\":").append(sJson);

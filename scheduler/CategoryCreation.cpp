@@ -147,7 +147,7 @@ void CategoryCreation::Create(const std::wstring& sName)
     cMainCat->AddSubCat(std::make_shared<clsCat>(m_cState.cMod, sName, 1));
     ChangeRecord record;
     record.colMade = {{sName, 0}, {sName, 1}};
-    m_cState.cUndo.Add(L"new category " + sName, std::move(record));
+    m_cState.cUndo.Add(L"new category " + sName, record);
     m_cState.cCategoryList.SaveCatNames(m_cState.colMainCats.get(), m_cState.AppPath());
     if (m_cState.Contains(cMainCat)) // the host may have reloaded while an error's box was open
         m_cState.cHistoryFiles.Save(cMainCat);
@@ -192,8 +192,7 @@ bool CategoryCreation::CreateCatLevel(const std::shared_ptr<clsCat>& cMainCatIn)
         {
             ChangeRecord record;
             record.colMade = {{cMainCat->CatName(), *lLevel}};
-            m_cState.cUndo.Add(L"new level " + cMainCat->CatName() + L" " + DecimalText(*lLevel),
-                               std::move(record));
+            m_cState.cUndo.Add(L"new level " + cMainCat->CatName() + L" " + DecimalText(*lLevel), record);
             m_cState.cHistoryFiles.Save(cMainCat);
             m_cState.RetrySaves();
             return true;

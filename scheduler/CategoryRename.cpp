@@ -33,10 +33,10 @@ std::wstring Replaced(const Cut& cCut, const std::wstring& sFrom, const std::wst
     bool bFound = false;
     for (const std::wstring& sName : cCut.CategoryNames())
     {
-        const std::size_t lBase = std::min(sName.find(cTab), sName.size());
-        const bool bThis = EqualIgnoringCase(std::wstring_view(sName).substr(0, lBase), sFrom);
+        const std::size_t base = std::min(sName.find(cTab), sName.size());
+        const bool bThis = EqualIgnoringCase(std::wstring_view(sName).substr(0, base), sFrom);
         bFound = bFound || bThis;
-        colNames.push_back(bThis ? sTo + sName.substr(lBase) : sName);
+        colNames.push_back(bThis ? sTo + sName.substr(base) : sName);
     }
     return bFound ? NamesText(colNames) : std::wstring();
 }
@@ -166,10 +166,10 @@ bool Renaming::Change()
                 std::make_unique<HistoryFiles::EmptyingLevels>(m_cState.cHistoryFiles, sName, m_colLevels));
     SaveOrder(m_sFrom); // also shows that the old file can be written
     CopyRules();
-    m_colUndo.push_back([this] { RenameInTree(m_sTo, m_sFrom); });
+    m_colUndo.emplace_back([this] { RenameInTree(m_sTo, m_sFrom); });
     RenameInTree(m_sFrom, m_sTo);
     if (!m_bFilesStay)
-        m_colUndo.push_back([this] { m_cState.cHistoryFiles.DeleteFile(m_sTo); });
+        m_colUndo.emplace_back([this] { m_cState.cHistoryFiles.DeleteFile(m_sTo); });
     SaveOrder(m_sTo);
     if (!m_bFilesStay && !SaveListWithout())
         return false;
@@ -205,7 +205,7 @@ void Renaming::CopyRules()
         return;
     for (const auto& [sFromID, sToID] : RulesIDs())
         if (clsCatRules::CopyFile(m_cState.cMod, sFromID, sToID))
-            m_colUndo.push_back([this, sID = sToID] { clsCatRules::DeleteFile(m_cState.cMod, sID); });
+            m_colUndo.emplace_back([this, sID = sToID] { clsCatRules::DeleteFile(m_cState.cMod, sID); });
 }
 
 void Renaming::RenameInTree(const std::wstring& sFrom, const std::wstring& sTo)
@@ -260,7 +260,7 @@ void Renaming::RenameInCut(const std::shared_ptr<Cut>& cCut, const std::wstring&
 {
     const std::wstring sBefore = NamesTextOf(*cCut);
     const TextKey cKey = cCut->Key();
-    m_colUndo.push_back([this, cCut, sBefore, cKey, placed = m_cState.cPlacedCuts.Recall(cKey)] {
+    m_colUndo.emplace_back([this, cCut, sBefore, cKey, placed = m_cState.cPlacedCuts.Recall(cKey)] {
         m_cState.cPlacedCuts.Restore(cKey, placed);
         if (NamesTextOf(*cCut) != sBefore)
             SetNamesText(*cCut, sBefore);

@@ -87,7 +87,7 @@ private:
     void RequireSameTree() const;
     bool IsNoted(const TextKey& cKey) const
     {
-        return m_colChangedSince.count(cKey) != 0 || m_colFailed.count(cKey) != 0;
+        return m_colChangedSince.contains(cKey) || m_colFailed.contains(cKey);
     }
 
     SchedulerState& m_cState;
@@ -364,7 +364,7 @@ void Reversal::Count(const Level& level)
         return;
     const std::unordered_set<TextKey> colBefore(level.Keys().begin(), level.Keys().end());
     for (const TextKey& cKey : colNow)
-        if (colBefore.count(cKey) == 0 && !IsNoted(cKey))
+        if (!colBefore.contains(cKey) && !IsNoted(cKey))
             m_colNew.insert(cKey);
 }
 
@@ -419,7 +419,7 @@ std::wstring PassedOver::Text() const
     if (bFailed)
         colParts.push_back(L"it could not be done");
     if (bIncomplete)
-        colParts.push_back(L"not everything could be put back, see the debug log");
+        colParts.emplace_back(L"not everything could be put back, see the debug log");
     std::wstring sText;
     for (const std::wstring& sPart : colParts)
         sText += (sText.empty() ? L" (" : L", ") + sPart;

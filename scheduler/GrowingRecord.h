@@ -16,7 +16,7 @@ namespace ravlo
 class GrowingRecord
 {
 public:
-    bool KnowsCut(const TextKey& cKey) const { return m_colPositions.count(cKey) != 0; }
+    bool KnowsCut(const TextKey& cKey) const { return m_colPositions.contains(cKey); }
     bool KnowsOrderOf(const ChangeRecord::Category& level) const;
 
     // Ignored when the level's order is known.

@@ -160,7 +160,7 @@ void UnitRecord::ForgetUnchangedCuts(ChangeRecord& record) const
         return;
     const std::unordered_set<TextKey> colMoved = KeysThatJoinedOrLeft(record);
     std::erase_if(record.colCuts, [&](const ChangeRecord::Cut& cut) {
-        return IsAsBefore(cut) && colMoved.count(cut.cKey) == 0;
+        return IsAsBefore(cut) && !colMoved.contains(cut.cKey);
     });
 }
 

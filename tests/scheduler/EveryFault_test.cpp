@@ -456,7 +456,7 @@ void EveryFaultTest::ExpectReadable(const Disk& disk, const std::shared_ptr<Fake
         return;
     std::erase_if(now, [&](const auto& order) {
         const std::wstring sName = order.first.substr(0, order.first.find(L'\t'));
-        return disk.count(SifPath(sName) + L".bak") != 0;
+        return disk.contains(SifPath(sName) + L".bak");
     });
     ExpectOldOrNew(now, m_before, m_cHealthy.orders);
 }
@@ -494,7 +494,7 @@ bool EveryFaultTest::Fail(int lGoodSteps)
         // A category without cuts whose file could not be read has no level to save: its file stays.
         if (Op().bPopulates)
             std::erase_if(now, [&](const auto& order) {
-                return order.second.empty() && orders.count(order.first) == 0;
+                return order.second.empty() && !orders.contains(order.first);
             });
         EXPECT_EQ(now, orders);
     }

@@ -206,7 +206,7 @@ public:
                 colRecords.push_back({pCut->lLevel, pCut->sKey, pCut->Record()});
         }
         // Without a record the file stays, unless it asks for a level that is missing at every start.
-        if (colRecords.empty() && colNotApplied.count(sFolded) == 0)
+        if (colRecords.empty() && !colNotApplied.contains(sFolded))
             return;
         colFiles[sFolded] = colRecords;
         colNotApplied.erase(sFolded);
@@ -221,7 +221,7 @@ public:
     // Unless it was not understood.
     void DeleteKnownFile(const RefMain& main)
     {
-        if (colNotApplied.count(Lower(main.sName)) == 0)
+        if (!colNotApplied.contains(Lower(main.sName)))
             DeleteFile(main);
     }
     void SaveList()
@@ -257,7 +257,7 @@ public:
     void SaveBeforeReading()
     {
         for (const auto& pMain : colMains)
-            if (colUnsaved.count(Lower(pMain->sName)) != 0)
+            if (colUnsaved.contains(Lower(pMain->sName)))
                 Save(*pMain);
         if (AnyOf(colMains, [&](const auto& pMain) {
                 return !AnyOf(pMain->colLevels, [](const auto& level) { return !level.second.empty(); }) &&
@@ -310,7 +310,7 @@ private:
                 MoveToEnd(colOrder, [&](const RefCut* pOther) { return pOther == pCut; });
         }
         for (const std::int32_t lLevel : to.AllLevels())
-            if (to.colLevels[lLevel].empty() && from.colLevels.count(lLevel) == 0)
+            if (to.colLevels[lLevel].empty() && !from.colLevels.contains(lLevel))
                 to.colLevels.erase(lLevel);
     }
     static bool Apply(RefMain& main, const std::map<std::wstring, RefRecords>& colFiles)
@@ -318,7 +318,7 @@ private:
         const auto found = colFiles.find(Lower(main.sName));
         for (const RefRecord& record : found == colFiles.end() ? RefRecords() : found->second)
         {
-            if (main.colLevels.count(record.lLevel) == 0 && !record.sKey.empty())
+            if (!main.colLevels.contains(record.lLevel) && !record.sKey.empty())
                 return false;
             MoveToEnd(main.colLevels[record.lLevel],
                       [&](const RefCut* pCut) { return pCut->sKey == record.sKey; });
@@ -436,9 +436,9 @@ public:
     {
         const RefLevel level{Lower(main.sName), lLevel};
         const auto before = m_step.before.colOrders.find(level);
-        return m_colTouched.count(level) != 0 &&
+        return m_colTouched.contains(level) &&
                (before == m_step.before.colOrders.end() || !before->second.empty() ||
-                m_step.after.colOrders.count(level) != 0);
+                m_step.after.colOrders.contains(level));
     }
     bool ChangesLevel(const RefCut& cut) const { return Before(cut).second != cut.lLevel; }
     bool ChangesNames(const RefCut& cut) const { return Before(cut).first != cut.colNames; }
@@ -489,7 +489,7 @@ private:
                 m_ref.colAffected.insert(m_ref.Main(colBefore[at]));
             }
         for (const RefLevel& level : m_colTouched)
-            if (m_step.after.colOrders.count(level) == 0)
+            if (!m_step.after.colOrders.contains(level))
                 LevelOf(level);
     }
     RefOrder& LevelOf(const RefLevel& level)
@@ -505,7 +505,7 @@ private:
             if (m_step.before.IsIn(cut.sKey, level))
                 AddOnce(LevelOf(level), &cut);
             else if (RefMain* pMain = m_ref.Main(level.first);
-                     pMain && pMain->colLevels.count(level.second) != 0)
+                     pMain && pMain->colLevels.contains(level.second))
                 if (std::erase(pMain->colLevels[level.second], &cut) > 0)
                     m_ref.colAffected.insert(pMain);
         for (const auto& pMain : m_ref.colMains)
@@ -517,7 +517,7 @@ private:
     {
         RefMain* pMain = m_ref.Main(level.first);
         const auto before = m_step.before.colOrders.find(level);
-        if (!pMain || pMain->colLevels.count(level.second) == 0 || before == m_step.before.colOrders.end())
+        if (!pMain || !pMain->colLevels.contains(level.second) || before == m_step.before.colOrders.end())
             return;
         RefOrder& colOrder = pMain->colLevels[level.second];
         const RefOrder colNow = colOrder;
@@ -547,8 +547,8 @@ private:
         for (const RefLevel& level : m_colTouched)
         {
             RefMain* pMain = m_ref.Main(level.first);
-            if (m_step.before.colOrders.count(level) != 0 || !pMain ||
-                pMain->colLevels.count(level.second) == 0 || !pMain->colLevels[level.second].empty())
+            if (m_step.before.colOrders.contains(level) || !pMain ||
+                !pMain->colLevels.contains(level.second) || !pMain->colLevels[level.second].empty())
                 continue;
             pMain->colLevels.erase(level.second);
             m_ref.colAffected.insert(pMain);
@@ -961,7 +961,7 @@ private:
             m_ref.Save(*pMain, true);
         const RefMains colLeft = Remove(removals);
         for (RefMain* pMain : removals.colAhead)
-            if (colLeft.count(pMain) == 0)
+            if (!colLeft.contains(pMain))
                 m_ref.colAffected.insert(pMain);
         for (const RefMain* pMain : colLeft)
             EXPECT_TRUE(colFrom.Exists(pMain->sName));
@@ -1112,7 +1112,7 @@ private:
         cut.lLevel = lLevel;
         for (const auto& pMain : m_ref.colMains)
             for (auto& [lAt, colOrder] : pMain->colLevels)
-                if (colStays.count(pMain.get()) == 0 || lAt != lLevel)
+                if (!colStays.contains(pMain.get()) || lAt != lLevel)
                     std::erase(colOrder, &cut);
         for (RefMain* pMain : colLeaves)
             cut.RemoveName(pMain->sName);
@@ -1227,7 +1227,7 @@ private:
             for (const std::int32_t lLevel : colLevels)
             {
                 bFailed = !DeleteLevel(*pMain, lLevel, trouble) || bFailed;
-                bAll = bAll && pMain->colLevels.count(lLevel) == 0 && !trouble.bRefusesCommit;
+                bAll = bAll && !pMain->colLevels.contains(lLevel) && !trouble.bRefusesCommit;
             }
             if (!pMain->colLevels.empty())
             {
@@ -1419,7 +1419,7 @@ private:
         const std::shared_ptr<Cut> cPicked = m_cLib.cSchedMan->NextCutFromRotation(request, bSave).cCut;
         ASSERT_TRUE(cPicked);
         RefMain* pMain = m_ref.Main(sName);
-        if (!pMain || pMain->colLevels.count(lLevel) == 0)
+        if (!pMain || !pMain->colLevels.contains(lLevel))
         {
             EXPECT_EQ(cPicked->KindCode(), pMain ? eKindLevelNotFound : eKindMainCatNotFound);
             return;
