@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <memory>
 #include <sstream>
 #include <utility>
 
@@ -348,47 +349,29 @@ std::wstring OneLine(std::string sText)
 
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
 {
-    ImportOptions import;
-    PlaysOptions plays;
-    DayOptions day;
-    WatchOptions watch;
-    CatsOptions cats;
-    CategoryOptions category;
-    LibraryOptions library;
-    ForecastOptions simulate;
-    ForecastOptions health;
-    RotationCommand spread;
-    RotationCommand explain;
-    RotationCommand rotation;
+    CommandLine chosen;
     CLI::App cApp("A small playout host: fills a radio station's day from its media library.", "RavloHost");
     cApp.set_version_flag("--version", "RavloHost " RAVLO_VERSION);
     cApp.require_subcommand(1);
-    auto& cImport = *cApp.add_subcommand("import", "read a library into the media database");
-    auto& cPlays = *cApp.add_subcommand("plays", "report what was played in a period, as CSV");
-    auto& cDay = *cApp.add_subcommand("day", "fill the slots of a day and print its log");
-    auto& cWatch =
-        *cApp.add_subcommand("watch", "import cuts into an open station and show the rotation taking "
-                                      "them in");
-    auto& cCats = *cApp.add_subcommand("cats", "list and change the categories");
-    auto& cCategory = *cApp.add_subcommand("category", "open the category window and print what was chosen");
-    auto& cLibrary = *cApp.add_subcommand("library", "open the library window");
-    auto& cSimulate = *cApp.add_subcommand("simulate", "forecast what a plan will play; nothing is changed");
-    auto& cHealth = *cApp.add_subcommand("health", "show how each level fares with a plan, and what helps");
-    auto& cSpread = *cApp.add_subcommand("spread", "move the artists of levels as far apart as they can be");
-    auto& cExplain = *cApp.add_subcommand("explain", "show why the next cut of a level will be that one");
-    auto& cOptions = *cApp.add_subcommand("options", "show and set the station's options of rotation");
-    DescribeSimulate(cSimulate, simulate);
-    DescribeHealth(cHealth, health);
-    DescribeSpread(cSpread, spread);
-    DescribeExplain(cExplain, explain);
-    DescribeOptions(cOptions, rotation);
-    DescribeImport(cImport, import);
-    DescribePlays(cPlays, plays);
-    DescribeCategory(cCategory, category);
-    DescribeWindow(cLibrary, library);
-    DescribeWatch(cWatch, watch);
-    DescribeCats(cCats, cats);
-    DescribeDay(cDay, day);
+    const auto offer =
+        [&]<class Options>(const char* sName, void (*describe)(CLI::App&, Options&), const char* sHelp) {
+        CLI::App& cCommand = *cApp.add_subcommand(sName, sHelp);
+        const auto options = std::make_shared<Options>();
+        describe(cCommand, *options);
+        cCommand.final_callback([&chosen, options] { chosen = *options; });
+    };
+    offer("import", DescribeImport, "read a library into the media database");
+    offer("plays", DescribePlays, "report what was played in a period, as CSV");
+    offer("day", DescribeDay, "fill the slots of a day and print its log");
+    offer("watch", DescribeWatch, "import cuts into an open station and show the rotation taking them in");
+    offer("cats", DescribeCats, "list and change the categories");
+    offer("category", DescribeCategory, "open the category window and print what was chosen");
+    offer("library", DescribeWindow<LibraryOptions>, "open the library window");
+    offer("simulate", DescribeSimulate, "forecast what a plan will play; nothing is changed");
+    offer("health", DescribeHealth, "show how each level fares with a plan, and what helps");
+    offer("spread", DescribeSpread, "move the artists of levels as far apart as they can be");
+    offer("explain", DescribeExplain, "show why the next cut of a level will be that one");
+    offer("options", DescribeOptions, "show and set the station's options of rotation");
     try
     {
         cApp.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
@@ -403,29 +386,7 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
     {
         return Reply{lExitUsage, OneLine(mistake.what())};
     }
-    const std::pair<const CLI::App*, const ForecastOptions*> forecasts[] = {{&cSimulate, &simulate},
-                                                                            {&cHealth, &health}};
-    for (const auto& [cCommand, options] : forecasts)
-        if (cCommand->parsed())
-            return *options;
-    const std::pair<const CLI::App*, const RotationCommand*> rotations[] = {
-        {&cSpread, &spread}, {&cExplain, &explain}, {&cOptions, &rotation}};
-    for (const auto& [cCommand, options] : rotations)
-        if (cCommand->parsed())
-            return *options;
-    if (cImport.parsed())
-        return import;
-    if (cPlays.parsed())
-        return plays;
-    if (cWatch.parsed())
-        return watch;
-    if (cCats.parsed())
-        return cats;
-    if (cCategory.parsed())
-        return category;
-    if (cLibrary.parsed())
-        return library;
-    return day;
+    return chosen;
 }
 
 } // namespace ravlo
