@@ -143,103 +143,80 @@ TEST(Troubles, ACutThatIsStarvedInBothWaysCountsOnce)
     EXPECT_EQ(troubles.starved, 3u);
 }
 
+struct LightCase
+{
+    const char* sWhat;
+    std::int32_t lPicks = 1000;
+    std::int32_t lRulesBroken = 0;
+    std::size_t never = 0;
+    std::size_t under = 0;
+    std::int32_t lArtist = 0; // separation, and what is attainable of it
+    std::int32_t lArtistAttainable = 0;
+    std::int32_t lTitle = 0;
+    std::int32_t lTitleAttainable = 0;
+    Light eLight = Light::Green;
+    std::vector<std::wstring> why = {};
+};
+
+const LightCase lightCases[] = {
+    {.sWhat = "all well", .lArtist = 85, .lArtistAttainable = 100, .lTitle = 170, .lTitleAttainable = 200},
+    {.sWhat = "nothing set, nothing attainable"},
+    {.sWhat = "never asked", .lPicks = 0, .lArtist = 60, .lTitle = 60},
+    {.sWhat = "a cut never played", .never = 1, .eLight = Light::Red, .why = {L"1 cut never plays"}},
+    {.sWhat = "a cut under half",
+     .under = 1,
+     .eLight = Light::Red,
+     .why = {L"1 cut plays less than half of its due"}},
+    {.sWhat = "1 % broken",
+     .lRulesBroken = 10,
+     .eLight = Light::Yellow,
+     .why = {L"10 of 1000 picks break a rule"}},
+    {.sWhat = "more than 1 % broken",
+     .lRulesBroken = 11,
+     .eLight = Light::Red,
+     .why = {L"11 of 1000 picks break a rule"}},
+    {.sWhat = "artist above 85 %",
+     .lArtist = 86,
+     .lArtistAttainable = 100,
+     .eLight = Light::Yellow,
+     .why = {L"the artist separation of 86 minutes leaves little room: at most 100 can be kept"}},
+    {.sWhat = "title above 85 %",
+     .lTitle = 171,
+     .lTitleAttainable = 200,
+     .eLight = Light::Yellow,
+     .why = {L"the title separation of 171 minutes leaves little room: at most 200 can be kept"}},
+    {.sWhat = "artist at the attainable",
+     .lArtist = 100,
+     .lArtistAttainable = 100,
+     .eLight = Light::Yellow,
+     .why = {L"the artist separation of 100 minutes leaves little room: at most 100 can be kept"}},
+    {.sWhat = "artist above the attainable",
+     .lArtist = 101,
+     .lArtistAttainable = 100,
+     .lTitleAttainable = 500,
+     .eLight = Light::Red,
+     .why = {L"the artist separation of 101 minutes cannot be kept: 100 at most"}},
+    {.sWhat = "title above the attainable",
+     .lArtistAttainable = 500,
+     .lTitle = 201,
+     .lTitleAttainable = 200,
+     .eLight = Light::Red,
+     .why = {L"the title separation of 201 minutes cannot be kept: 200 at most"}},
+    {.sWhat = "the worst first",
+     .lRulesBroken = 1,
+     .never = 2,
+     .under = 2,
+     .lArtist = 86,
+     .lArtistAttainable = 100,
+     .eLight = Light::Red,
+     .why = {L"2 cuts never play", L"2 cuts play less than half of their due",
+             L"1 of 1000 picks breaks a rule",
+             L"the artist separation of 86 minutes leaves little room: at most 100 can be kept"}},
+};
+
 TEST(Light, FollowsStarvationBrokenRulesAndSeparations)
 {
-    const struct
-    {
-        const char* sWhat;
-        std::int32_t lPicks, lRulesBroken;
-        std::size_t never, under;
-        std::int32_t lArtist, lArtistAttainable, lTitle, lTitleAttainable;
-        Light eLight;
-        std::vector<std::wstring> why;
-    } colCases[] = {
-        {"all well", 1000, 0, 0, 0, 85, 100, 170, 200, Light::Green, {}},
-        {"nothing set, nothing attainable", 1000, 0, 0, 0, 0, 0, 0, 0, Light::Green, {}},
-        {"never asked", 0, 0, 0, 0, 60, 0, 60, 0, Light::Green, {}},
-        {"a cut never played", 1000, 0, 1, 0, 0, 0, 0, 0, Light::Red, {L"1 cut never plays"}},
-        {"a cut under half",
-         1000,
-         0,
-         0,
-         1,
-         0,
-         0,
-         0,
-         0,
-         Light::Red,
-         {L"1 cut plays less than half of its due"}},
-        {"1 % broken", 1000, 10, 0, 0, 0, 0, 0, 0, Light::Yellow, {L"10 of 1000 picks break a rule"}},
-        {"more than 1 % broken", 1000, 11, 0, 0, 0, 0, 0, 0, Light::Red, {L"11 of 1000 picks break a rule"}},
-        {"artist above 85 %",
-         1000,
-         0,
-         0,
-         0,
-         86,
-         100,
-         0,
-         0,
-         Light::Yellow,
-         {L"the artist separation of 86 minutes leaves little room: at most 100 can be kept"}},
-        {"title above 85 %",
-         1000,
-         0,
-         0,
-         0,
-         0,
-         0,
-         171,
-         200,
-         Light::Yellow,
-         {L"the title separation of 171 minutes leaves little room: at most 200 can be kept"}},
-        {"artist at the attainable",
-         1000,
-         0,
-         0,
-         0,
-         100,
-         100,
-         0,
-         0,
-         Light::Yellow,
-         {L"the artist separation of 100 minutes leaves little room: at most 100 can be kept"}},
-        {"artist above the attainable",
-         1000,
-         0,
-         0,
-         0,
-         101,
-         100,
-         0,
-         500,
-         Light::Red,
-         {L"the artist separation of 101 minutes cannot be kept: 100 at most"}},
-        {"title above the attainable",
-         1000,
-         0,
-         0,
-         0,
-         0,
-         500,
-         201,
-         200,
-         Light::Red,
-         {L"the title separation of 201 minutes cannot be kept: 200 at most"}},
-        {"the worst first",
-         1000,
-         1,
-         2,
-         2,
-         86,
-         100,
-         0,
-         0,
-         Light::Red,
-         {L"2 cuts never play", L"2 cuts play less than half of their due", L"1 of 1000 picks breaks a rule",
-          L"the artist separation of 86 minutes leaves little room: at most 100 can be kept"}},
-    };
-    for (const auto& one : colCases)
+    for (const LightCase& one : lightCases)
     {
         SCOPED_TRACE(one.sWhat);
         LevelHealth level;

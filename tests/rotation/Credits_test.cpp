@@ -22,59 +22,60 @@ struct Artist
     Texts colGuests = {};
 };
 
+const Artist artists[] = {
+    // the words, whole and in any case
+    {L"Abba feat. Cher", L"Abba", {L"Cher"}},
+    {L"Abba feat Cher", L"Abba", {L"Cher"}},
+    {L"Abba ft. Cher", L"Abba", {L"Cher"}},
+    {L"Abba FT Cher", L"Abba", {L"Cher"}},
+    {L"Abba Featuring Cher", L"Abba", {L"Cher"}},
+    {L"Abba feat.Cher", L"Abba", {L"Cher"}},
+    {L"  Abba   feat.   Cher  ", L"Abba", {L"Cher"}},
+    {L"Abba with Cher", L""},
+    {L"Abba featured Cher", L""},
+    {L"Defeat Cher", L""},
+    {L"Abba 5ft Cher", L""},
+    {L"Abba feat\u00e9 Cher", L""},
+    {L"Abba \u00e9feat Cher", L""},
+    {L"Abba \u2013feat\u2013 Cher", L"Abba \u2013", {L"\u2013 Cher"}},
+    // a name on both sides
+    {L"", L""},
+    {L"Little Feat", L""},
+    {L"Feat. Cher", L""},
+    {L"feat.", L""},
+    {L"Abba feat. ,  ,", L""},
+    {L"Little Feat feat. Cher", L"Little Feat", {L"Cher"}},
+    {L"Cher feat. Little Feat", L"Cher", {L"Little Feat"}},
+    {L"Cher feat. Little Feat feat. Abba", L"Cher", {L"Little Feat", L"Abba"}},
+    // brackets, and what follows them
+    {L"Abba (feat. Cher)", L"Abba", {L"Cher"}},
+    {L"Abba [Feat. Cher] & Band", L"Abba", {L"Cher"}},
+    {L"Abba {ft Cher} ft. Prince", L"Abba", {L"Cher", L"Prince"}},
+    {L"Abba (feat. Cher (of Sonny)) Live", L"Abba", {L"Cher (of Sonny)"}},
+    {L"Abba (Live) feat. Cher (UK)", L"Abba (Live)", {L"Cher (UK)"}},
+    {L"Abba (live, feat. Cher)", L"Abba", {L"Cher"}},
+    {L"(Abba feat. Cher) Live", L"Abba", {L"Cher"}},
+    {L"([Abba feat. Cher])", L"Abba", {L"Cher"}},
+    {L"(feat. Cher)", L""},
+    {L"Abba (feat. Cher", L"Abba", {L"Cher"}},
+    {L"Abba feat. Cher (ft. Kiss)", L"Abba", {L"Cher", L"Kiss"}},
+    {L"Abba (feat. Cher) feat. Kiss (feat. Q)", L"Abba", {L"Cher", L"Kiss", L"Q"}},
+    {L"Abba feat. Cher [UK] (live (ft. Kiss", L"Abba", {L"Cher [UK]", L"Kiss"}},
+    {L"Abba feat. (Cher feat. Kiss)", L"Abba", {L"(Cher", L"Kiss"}},
+    {L"Abba (feat. Cher (UK)) (feat. Kiss)", L"Abba", {L"Cher (UK)", L"Kiss"}},
+    {L"Abba (feat. Cher] x", L"Abba", {L"Cher] x"}},
+    {L"Abba) feat. Cher)", L"Abba)", {L"Cher)"}},
+    // any white space
+    {L"Abba\u00a0feat.\u00a0Cher", L"Abba", {L"Cher"}},
+    {L"Abba\tft\u3000Cher\u2003\r\n", L"Abba", {L"Cher"}},
+    {L"Abba\u1680feat Cher", L"Abba", {L"Cher"}},
+    // several
+    {L"Abba feat. Cher ft. Prince featuring Queen", L"Abba", {L"Cher", L"Prince", L"Queen"}},
+    {L"Simon & Garfunkel feat. A, B & C", L"Simon & Garfunkel", {L"A, B & C"}},
+};
+
 TEST(SplitArtistTest, FeatureWordsDivideAnArtistText)
 {
-    const Artist artists[] = {
-        // the words, whole and in any case
-        {L"Abba feat. Cher", L"Abba", {L"Cher"}},
-        {L"Abba feat Cher", L"Abba", {L"Cher"}},
-        {L"Abba ft. Cher", L"Abba", {L"Cher"}},
-        {L"Abba FT Cher", L"Abba", {L"Cher"}},
-        {L"Abba Featuring Cher", L"Abba", {L"Cher"}},
-        {L"Abba feat.Cher", L"Abba", {L"Cher"}},
-        {L"  Abba   feat.   Cher  ", L"Abba", {L"Cher"}},
-        {L"Abba with Cher", L""},
-        {L"Abba featured Cher", L""},
-        {L"Defeat Cher", L""},
-        {L"Abba 5ft Cher", L""},
-        {L"Abba feat\u00e9 Cher", L""},
-        {L"Abba \u00e9feat Cher", L""},
-        {L"Abba \u2013feat\u2013 Cher", L"Abba \u2013", {L"\u2013 Cher"}},
-        // a name on both sides
-        {L"", L""},
-        {L"Little Feat", L""},
-        {L"Feat. Cher", L""},
-        {L"feat.", L""},
-        {L"Abba feat. ,  ,", L""},
-        {L"Little Feat feat. Cher", L"Little Feat", {L"Cher"}},
-        {L"Cher feat. Little Feat", L"Cher", {L"Little Feat"}},
-        {L"Cher feat. Little Feat feat. Abba", L"Cher", {L"Little Feat", L"Abba"}},
-        // brackets, and what follows them
-        {L"Abba (feat. Cher)", L"Abba", {L"Cher"}},
-        {L"Abba [Feat. Cher] & Band", L"Abba", {L"Cher"}},
-        {L"Abba {ft Cher} ft. Prince", L"Abba", {L"Cher", L"Prince"}},
-        {L"Abba (feat. Cher (of Sonny)) Live", L"Abba", {L"Cher (of Sonny)"}},
-        {L"Abba (Live) feat. Cher (UK)", L"Abba (Live)", {L"Cher (UK)"}},
-        {L"Abba (live, feat. Cher)", L"Abba", {L"Cher"}},
-        {L"(Abba feat. Cher) Live", L"Abba", {L"Cher"}},
-        {L"([Abba feat. Cher])", L"Abba", {L"Cher"}},
-        {L"(feat. Cher)", L""},
-        {L"Abba (feat. Cher", L"Abba", {L"Cher"}},
-        {L"Abba feat. Cher (ft. Kiss)", L"Abba", {L"Cher", L"Kiss"}},
-        {L"Abba (feat. Cher) feat. Kiss (feat. Q)", L"Abba", {L"Cher", L"Kiss", L"Q"}},
-        {L"Abba feat. Cher [UK] (live (ft. Kiss", L"Abba", {L"Cher [UK]", L"Kiss"}},
-        {L"Abba feat. (Cher feat. Kiss)", L"Abba", {L"(Cher", L"Kiss"}},
-        {L"Abba (feat. Cher (UK)) (feat. Kiss)", L"Abba", {L"Cher (UK)", L"Kiss"}},
-        {L"Abba (feat. Cher] x", L"Abba", {L"Cher] x"}},
-        {L"Abba) feat. Cher)", L"Abba)", {L"Cher)"}},
-        // any white space
-        {L"Abba\u00a0feat.\u00a0Cher", L"Abba", {L"Cher"}},
-        {L"Abba\tft\u3000Cher\u2003\r\n", L"Abba", {L"Cher"}},
-        {L"Abba\u1680feat Cher", L"Abba", {L"Cher"}},
-        // several
-        {L"Abba feat. Cher ft. Prince featuring Queen", L"Abba", {L"Cher", L"Prince", L"Queen"}},
-        {L"Simon & Garfunkel feat. A, B & C", L"Simon & Garfunkel", {L"A, B & C"}},
-    };
     for (const Artist& artist : artists)
     {
         SCOPED_TRACE(testing::PrintToString(artist.sText));
