@@ -18,10 +18,10 @@ constexpr std::size_t mostRows = 400;
 constexpr std::size_t hours = 24;
 
 // A picture that is built up from its elements.
-class Picture
+class SvgPicture
 {
 public:
-    Picture(const std::string& sId, const std::string& sTitle, double dHeight)
+    SvgPicture(const std::string& sId, const std::string& sTitle, double dHeight)
         : m_sSvg("<svg role=\"img\" aria-labelledby=\"" + sId + "\" viewBox=\"0 0 " + NumberText(dWidth) +
                  ' ' + NumberText(dHeight) + "\"><title id=\"" + sId + "\">" + sTitle + "</title>")
     {
@@ -104,8 +104,8 @@ std::string CellsOf(const std::vector<Row>& colRows, int lShade, std::int32_t lM
             if (lPlays == 0 || (lPlays * lShades + lMost - 1) / lMost != lShade)
                 continue;
             sPath += 'M' +
-                     Picture::Point(static_cast<double>(hour) * dCell,
-                                    dTop + (static_cast<double>(row) + 0.5) * dRow) +
+                     SvgPicture::Point(static_cast<double>(hour) * dCell,
+                                       dTop + (static_cast<double>(row) + 0.5) * dRow) +
                      'h' + NumberText(dCell - 1);
         }
     return sPath;
@@ -118,12 +118,12 @@ std::string PlaysPicture(const LevelHealth& level, const std::string& sId)
     constexpr double dTop = 16;
     constexpr double dBottom = 150;
     const std::vector<std::int32_t> colPlays = PlaysAscending(level);
-    Picture picture(sId, "Plays of every cut, fewest first", 172);
+    SvgPicture picture(sId, "Plays of every cut, fewest first", 172);
     if (colPlays.empty())
         return picture.Done();
     const double dScale = (dBottom - dTop) / std::max(1, colPlays.back());
     const double dStep = dWidth / static_cast<double>(colPlays.size());
-    std::string sPath = 'M' + Picture::Point(0, dBottom);
+    std::string sPath = 'M' + SvgPicture::Point(0, dBottom);
     for (std::size_t first = 0; first < colPlays.size();)
     {
         const auto next = std::upper_bound(colPlays.begin(), colPlays.end(), colPlays[first]);
@@ -149,7 +149,7 @@ std::string DistancesPicture(const LevelHealth& level, const std::string& sId)
     constexpr double dTop = 24;
     const std::vector<const ArtistUse*> colArtists = SoonestBack(level);
     const double dBottom = dTop + dRow * static_cast<double>(colArtists.size());
-    Picture picture(sId, "Minutes between plays of an artist: smallest, median, largest", dBottom + 20);
+    SvgPicture picture(sId, "Minutes between plays of an artist: smallest, median, largest", dBottom + 20);
     double dMost = std::max({1, level.lArtistSepMins, level.lAttainableArtistMins});
     for (const ArtistUse* artist : colArtists)
         dMost = std::max(dMost, artist->distances->dMedian);
@@ -188,8 +188,8 @@ std::string HoursPicture(const LevelHealth& level, const std::string& sId)
         lMost = std::max(lMost, *std::max_element(row.begin(), row.end()));
     const double dRow =
         std::min(12.0, dMostHeight / static_cast<double>(std::max<std::size_t>(1, colRows.size())));
-    Picture picture(sId, "Hours of the day in which each cut played, in rotation order",
-                    dTop + dRow * static_cast<double>(colRows.size()));
+    SvgPicture picture(sId, "Hours of the day in which each cut played, in rotation order",
+                       dTop + dRow * static_cast<double>(colRows.size()));
     for (std::size_t hour = 0; hour < hours; ++hour)
         picture.Text((static_cast<double>(hour) + 0.5) * dCell, 12, std::to_string(hour), "middle");
     for (int lShade = 1; lShade <= 4; ++lShade)

@@ -9,11 +9,11 @@
 #include "host/client/HostFiles.h"
 #include "host/client/KeysWindow.h"
 #include "host/client/OpeningWindow.h"
-#include "host/client/Picture.h"
 #include "host/client/Plays.h"
 #include "host/client/ProgressLine.h"
 #include "host/client/RotationObject.h"
 #include "host/client/WindowActivation.h"
+#include "host/client/WindowPicture.h"
 #include "host/day/HostError.h"
 #include "platform/windows/CentredDialog.h"
 
@@ -197,7 +197,7 @@ void RunCategory(const CategoryOptions& options, const Console& cOut, const Cons
 {
     Desk desk(options, true, cError);
     Choice choice = FirstChoice(options, desk);
-    const Picture picture(options.sPicture.empty() ? L"" : FullPath(options.sPicture), CloseWithOk);
+    const WindowPicture picture(options.sPicture.empty() ? L"" : FullPath(options.sPicture), CloseWithOk);
     Show(options, desk, choice);
     picture.MustBeTaken();
     Print(choice, cOut);
@@ -206,7 +206,7 @@ void RunCategory(const CategoryOptions& options, const Console& cOut, const Cons
 void RunLibrary(const LibraryOptions& options, const Console& cError)
 {
     Desk desk(options, true, cError);
-    const Picture picture(options.sPicture.empty() ? L"" : FullPath(options.sPicture), CloseByItsBox);
+    const WindowPicture picture(options.sPicture.empty() ? L"" : FullPath(options.sPicture), CloseByItsBox);
     Check(desk.Manager().ShowLibraryUI(), desk.Manager());
     picture.MustBeTaken();
 }
@@ -221,7 +221,7 @@ void RunHealthWindow(const ForecastOptions& options, const Console& cError)
     _clsRotation& cObject = rotation.Object();
     rotation.Check(options.sClock.empty() ? cObject.LoadSlots(Bstr(FullPath(options.sSlots)).Get())
                                           : cObject.LoadClock(Bstr(FullPath(options.sClock)).Get()));
-    const Picture picture(options.sPicture.empty() ? L"" : FullPath(options.sPicture), CloseByItsBox);
+    const WindowPicture picture(options.sPicture.empty() ? L"" : FullPath(options.sPicture), CloseByItsBox);
     rotation.Check(cObject.ShowHealthUI());
     picture.MustBeTaken();
 }

@@ -17,7 +17,7 @@
 namespace ravlo::test
 {
 
-struct CutOptions
+struct AiringCut
 {
     std::int32_t lDurationmS = 200'000;
     bool bOpener = false;
@@ -32,7 +32,7 @@ class AiringStation : public testing::Test, public Playout
 public:
     std::shared_ptr<FakeCut> AddCut(const std::wstring& sKey, const std::wstring& sCategories,
                                     std::int32_t lLevel, const std::wstring& sArtist,
-                                    const std::wstring& sTitle, const CutOptions& options = {})
+                                    const std::wstring& sTitle, const AiringCut& options = {})
     {
         std::shared_ptr<FakeCut> cCut = cLib.cDataBase->Add(sKey, sCategories, lLevel);
         cCut->SetArtist(sArtist);

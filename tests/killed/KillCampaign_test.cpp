@@ -3,7 +3,7 @@
 // the old or the new one, each cut is in its old or its new place, and the next start reports nothing. A few
 // kills as a rule, a thousand with RAVLO_LONG; RAVLO_SEED varies them.
 
-#include "killed/Station.h"
+#include "killed/StationOnDisk.h"
 
 #include <gtest/gtest.h>
 
@@ -134,14 +134,14 @@ void MoveOrCopy(Host& host, RandomNumbers& cRandom, eCatDragOptions eOption,
     host.cSchedMan->DoMassCatChange(eOption, {cFrom}, cTo, colCuts, bCreated);
 }
 
-constexpr std::size_t lAll = 1000;
+constexpr std::size_t allCuts = 1000;
 void MoveSome(Host& host, RandomNumbers& cRandom)
 {
     MoveOrCopy(host, cRandom, eMoveHere, AnyLevel(host, cRandom), 3);
 }
 void MoveAll(Host& host, RandomNumbers& cRandom)
 {
-    MoveOrCopy(host, cRandom, eMoveHere, AnyLevel(host, cRandom), lAll);
+    MoveOrCopy(host, cRandom, eMoveHere, AnyLevel(host, cRandom), allCuts);
 }
 void MoveExclusive(Host& host, RandomNumbers& cRandom)
 {
@@ -149,7 +149,7 @@ void MoveExclusive(Host& host, RandomNumbers& cRandom)
 }
 void CopyAll(Host& host, RandomNumbers& cRandom)
 {
-    MoveOrCopy(host, cRandom, eCopyHere, AnyMainCat(host, cRandom), lAll);
+    MoveOrCopy(host, cRandom, eCopyHere, AnyMainCat(host, cRandom), allCuts);
 }
 
 void DeleteLevel(Host& host, RandomNumbers& cRandom)
@@ -270,7 +270,7 @@ void ExpectOrdersOldOrNew(const State& now, const std::vector<Orders>& colSteps)
         const auto& colKeys = level.second;
         EXPECT_TRUE(colEver.count(sLevel) == 1) << testing::PrintToString(sLevel) << " is new";
         // A level that the work was creating has no order to lose yet.
-        if (colSteps.front().count(sLevel) == 0)
+        if (!colSteps.front().contains(sLevel))
             continue;
         EXPECT_TRUE(std::any_of(
             colSteps.begin(), colSteps.end(),
@@ -341,7 +341,7 @@ protected:
         const unsigned lSeed = static_cast<unsigned>(cRandom());
         const State before = m_cState.Read();
         // The whole work, on a copy.
-        const Station twin(m_cState);
+        const StationOnDisk twin(m_cState);
         std::vector<Orders> colSteps{before.orders};
         Microseconds lStart{};
         Microseconds lWork{};
@@ -372,7 +372,7 @@ protected:
         ExpectOrdersOldOrNew(now, colSteps);
     }
 
-    Station m_cState;
+    StationOnDisk m_cState;
     Shared* m_pShared = nullptr;
 };
 

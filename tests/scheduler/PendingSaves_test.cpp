@@ -10,10 +10,10 @@ namespace
 {
 
 // A station whose operations concern Rock and Pop.
-class Station : public StationTest
+class StationAtWork : public StationTest
 {
 public:
-    Station()
+    StationAtWork()
     {
         Start(L"Rock 1: r1 r2 r3 | Rock 2: r4 | Pop 1: p1 p2 p3 | Pop 2: p4 | Jazz 1: j1 j2 | Soul 1: s");
         cLib.cSchedMan->SetRotatesAllowed(true);
@@ -79,27 +79,27 @@ public:
 struct Operation
 {
     const char* sName;
-    void (Station::*run)();
+    void (StationAtWork::*run)();
 };
 
 const Operation operations[] = {
-    {"cuts_added", &Station::AddCuts},
-    {"cuts_modified", &Station::ModifyCuts},
-    {"cuts_removed", &Station::RemoveCuts},
-    {"move", &Station::Move},
-    {"copy", &Station::Copy},
-    {"remove_from_categories", &Station::RemoveFromCategories},
-    {"delete_levels", &Station::DeleteLevels},
-    {"move_in_category", &Station::MoveInCategory},
-    {"shuffle", &Station::Shuffle},
-    {"create_levels", &Station::CreateLevels},
-    {"save", &Station::Save},
+    {"cuts_added", &StationAtWork::AddCuts},
+    {"cuts_modified", &StationAtWork::ModifyCuts},
+    {"cuts_removed", &StationAtWork::RemoveCuts},
+    {"move", &StationAtWork::Move},
+    {"copy", &StationAtWork::Copy},
+    {"remove_from_categories", &StationAtWork::RemoveFromCategories},
+    {"delete_levels", &StationAtWork::DeleteLevels},
+    {"move_in_category", &StationAtWork::MoveInCategory},
+    {"shuffle", &StationAtWork::Shuffle},
+    {"create_levels", &StationAtWork::CreateLevels},
+    {"save", &StationAtWork::Save},
 };
 // Those that do not save both Rock and Pop with boxes.
 const Operation others[] = {
-    {"pick", &Station::Pick},
-    {"create_category", &Station::CreateCategory},
-    {"delete_category", &Station::DeleteCategory},
+    {"pick", &StationAtWork::Pick},
+    {"create_category", &StationAtWork::CreateCategory},
+    {"delete_category", &StationAtWork::DeleteCategory},
 };
 std::string NameOf(const testing::TestParamInfo<Operation>& operation) { return operation.param.sName; }
 
@@ -113,19 +113,19 @@ INSTANTIATE_TEST_SUITE_P(Operations, FailingSavesTest, testing::ValuesIn(operati
 TEST_P(FailingSavesTest, AreShownOncePerCategoryAndLeaveTheRestWhole)
 {
     const auto run = GetParam().run;
-    Station cGood;
+    StationAtWork cGood;
     (cGood.*run)();
     EXPECT_EQ(cGood.boxes, Boxes());
     for (const Lines& colReadOnly : {Lines{L"Rock"}, Lines{L"Pop"}, Lines{L"Rock", L"Pop"}})
     {
-        Station s;
+        StationAtWork s;
         std::map<std::wstring, std::string> before;
         Boxes expected;
         for (const std::wstring& sName : colReadOnly)
         {
             s.SetReadOnly(sName);
             before[sName] = s.File(sName);
-            expected.push_back(run == &Station::Shuffle
+            expected.push_back(run == &StationAtWork::Shuffle
                                    ? OkBox(BoxIcon::Exclamation, L"RavloScheduler",
                                            L"Failed to save cat history and ordering for: " + sName)
                                    : CriticalBox(L"Error in SaveHistoryAndOrdering [cSchedMan]",
@@ -152,7 +152,7 @@ TEST_P(FailingSavesTest, AreShownOncePerCategoryAndLeaveTheRestWhole)
 
 TEST(FailingSaves, OfANewCategoryAreShownAndItStays)
 {
-    Station s;
+    StationAtWork s;
     s.cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering");
     s.cPorts.cFiles.SetReadOnly(sMainCatsPath);
     EXPECT_TRUE(s.cLib.CreateMainCat(L"Blues"));
@@ -178,7 +178,7 @@ protected:
     }
     void Run() { (s.*GetParam().run)(); }
 
-    Station s;
+    StationAtWork s;
     const std::string before = SifCuts("j1 j2");
     const std::string after = SifCuts("j2 j1");
 };
@@ -215,7 +215,7 @@ TEST_P(PendingSavesTest, AreRetriedUntilOneSucceedsAndThenNoMore)
 
 TEST(PendingSave, OfAPickInsideASaveIsNotSettledByThatSavesOlderOrder)
 {
-    Station s;
+    StationAtWork s;
     s.cLib.cHost.OnEvent = [&](const std::wstring& sLine) {
         if (sLine != L"Start 2: Saving Ordering and hist for: Jazz")
             return;

@@ -13,7 +13,7 @@ namespace
 
 constexpr int lResolutions[] = {96, 144, 192};
 
-struct LibraryFindBars : FilledLibrary
+struct LibraryFindBarsTest : FilledLibrary
 {
     HWND In(int lBar, int lId) const { return User::Control(User::Control(hWindow, lBar), lId); }
     std::wstring Count(int lBar) const { return User::Text(In(lBar, eIdFindCount)); }
@@ -33,7 +33,7 @@ struct CategoryFindBar : CategoryWindowTest
 
 } // namespace
 
-TEST_F(LibraryFindBars, TypingNarrowsTheListAndEscShowsAll)
+TEST_F(LibraryFindBarsTest, TypingNarrowsTheListAndEscShowsAll)
 {
     OpenOnRock([&](const User& user) {
         user.Click(hGrid);
@@ -61,7 +61,7 @@ TEST_F(LibraryFindBars, TypingNarrowsTheListAndEscShowsAll)
     });
 }
 
-TEST_F(LibraryFindBars, TypingNarrowsTheTreeAndTheCrossShowsAll)
+TEST_F(LibraryFindBarsTest, TypingNarrowsTheTreeAndTheCrossShowsAll)
 {
     OpenOnRock([&](const User& user) {
         user.Key('F', VK_CONTROL); // in the tree
@@ -83,7 +83,7 @@ TEST_F(LibraryFindBars, TypingNarrowsTheTreeAndTheCrossShowsAll)
     });
 }
 
-TEST_F(LibraryFindBars, TheCrossIsAButtonForTheKeyboard)
+TEST_F(LibraryFindBarsTest, TheCrossIsAButtonForTheKeyboard)
 {
     OpenOnRock([&](const User& user) {
         for (const int lKey : {VK_RETURN, VK_SPACE, VK_ESCAPE})
@@ -100,7 +100,7 @@ TEST_F(LibraryFindBars, TheCrossIsAButtonForTheKeyboard)
     });
 }
 
-TEST_F(LibraryFindBars, TheyAreTidyAtEveryResolution)
+TEST_F(LibraryFindBarsTest, TheyAreTidyAtEveryResolution)
 {
     OpenOnRock([&](const User& user) {
         user.Key('F', VK_CONTROL);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "killed/Station.h"
+#include "killed/StationOnDisk.h"
 
 #include "base/CaseFolding.h"
 #include "base/Text.h"
@@ -45,7 +45,7 @@ std::wstring TextOf(const Cut& cCut)
 
 } // namespace
 
-Station::Station() : m_folder(NewFolder())
+StationOnDisk::StationOnDisk() : m_folder(NewFolder())
 {
     fs::create_directories(m_folder / "Debugging Logs" / "Scheduler");
     static constexpr const wchar_t* categories[] = {L"Pop", L"Rock", L"Soul", L"Rock/Pop", L"Talk"};
@@ -70,18 +70,18 @@ Station::Station() : m_folder(NewFolder())
     host.cSchedMan->ShuffleCategories({colMainCats.begin(), colMainCats.end()});
 }
 
-Station::Station(const Station& cOther) : m_folder(NewFolder())
+StationOnDisk::StationOnDisk(const StationOnDisk& cOther) : m_folder(NewFolder())
 {
     fs::copy(cOther.m_folder, m_folder, fs::copy_options::recursive | fs::copy_options::overwrite_existing);
 }
 
-Station::~Station()
+StationOnDisk::~StationOnDisk()
 {
     std::error_code ignored;
     fs::remove_all(m_folder, ignored);
 }
 
-State Station::Read() const
+State StationOnDisk::Read() const
 {
     State state;
     const Host host(*this, 1);
@@ -100,7 +100,7 @@ State Station::Read() const
     return state;
 }
 
-void Station::ExpectTidy() const
+void StationOnDisk::ExpectTidy() const
 {
     int lTemporary = 0;
     for (const auto& entry : fs::recursive_directory_iterator(m_folder))
@@ -115,7 +115,7 @@ void Station::ExpectTidy() const
     EXPECT_LE(lTemporary, 1) << "one is at work at a time, and the next start takes old ones away";
 }
 
-Host::Host(const Station& cState, unsigned lSeed)
+Host::Host(const StationOnDisk& cState, unsigned lSeed)
     : cMod(cPorts.PortsWith(cFiles)), m_csv(cState.Folder() / "import.csv")
 {
     cPorts.cRandom = SeededRandom(lSeed);

@@ -31,15 +31,15 @@ struct State
 };
 
 // A station's folder with its database, on the disk.
-class Station
+class StationOnDisk
 {
 public:
     // A new one: some cuts in a few categories, in no order of the database's.
-    Station();
+    StationOnDisk();
     // A copy of it.
-    Station(const Station& cOther);
-    Station& operator=(const Station&) = delete;
-    ~Station();
+    StationOnDisk(const StationOnDisk& cOther);
+    StationOnDisk& operator=(const StationOnDisk&) = delete;
+    ~StationOnDisk();
 
     const std::filesystem::path& Folder() const { return m_folder; }
     State Read() const;
@@ -73,7 +73,7 @@ private:
 class Host
 {
 public:
-    Host(const Station& cState, unsigned lSeed);
+    Host(const StationOnDisk& cState, unsigned lSeed);
     ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;

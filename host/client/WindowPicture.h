@@ -11,16 +11,16 @@ namespace ravlo
 
 // Takes a picture of the next window that this thread shows, once it is complete, and closes it: for
 // documents, and for machines without a user. Does nothing without a file name.
-class Picture
+class WindowPicture
 {
 public:
     // How the window is to be closed after its picture was taken.
     using Close = void (*)(HWND hWindow);
 
-    Picture(const std::wstring& sFile, Close close);
-    Picture(const Picture&) = delete;
-    Picture& operator=(const Picture&) = delete;
-    ~Picture();
+    WindowPicture(const std::wstring& sFile, Close close);
+    WindowPicture(const WindowPicture&) = delete;
+    WindowPicture& operator=(const WindowPicture&) = delete;
+    ~WindowPicture();
 
     // Throws HostError when a picture was wanted and could not be written.
     void MustBeTaken() const;
@@ -29,7 +29,7 @@ private:
     static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD);
     void Look();
 
-    static Picture* m_pOnly;
+    static WindowPicture* m_pOnly;
     std::wstring m_sFile;
     Close m_close;
     UINT_PTR m_lTimer = 0;

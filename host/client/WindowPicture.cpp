@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/client/Picture.h"
+#include "host/client/WindowPicture.h"
 
 #include "host/day/HostError.h"
 #include "platform/windows/WindowContent.h"
@@ -33,17 +33,17 @@ HWND UsableWindow() noexcept
 
 } // namespace
 
-Picture* Picture::m_pOnly = nullptr;
+WindowPicture* WindowPicture::m_pOnly = nullptr;
 
-Picture::Picture(const std::wstring& sFile, Close close) : m_sFile(sFile), m_close(close)
+WindowPicture::WindowPicture(const std::wstring& sFile, Close close) : m_sFile(sFile), m_close(close)
 {
     if (m_sFile.empty())
         return;
     m_pOnly = this;
-    m_lTimer = ::SetTimer(nullptr, 0, lEvery, &Picture::OnTimer);
+    m_lTimer = ::SetTimer(nullptr, 0, lEvery, &WindowPicture::OnTimer);
 }
 
-Picture::~Picture()
+WindowPicture::~WindowPicture()
 {
     if (m_lTimer != 0)
         ::KillTimer(nullptr, m_lTimer);
@@ -51,13 +51,13 @@ Picture::~Picture()
         m_pOnly = nullptr;
 }
 
-void CALLBACK Picture::OnTimer(HWND, UINT, UINT_PTR, DWORD)
+void CALLBACK WindowPicture::OnTimer(HWND, UINT, UINT_PTR, DWORD)
 {
     if (m_pOnly)
         m_pOnly->Look();
 }
 
-void Picture::Look()
+void WindowPicture::Look()
 {
     const HWND hWindow = UsableWindow();
     constexpr UINT lWork = QS_PAINT | QS_POSTMESSAGE | QS_INPUT;
@@ -70,7 +70,7 @@ void Picture::Look()
     m_close(hWindow);
 }
 
-void Picture::MustBeTaken() const
+void WindowPicture::MustBeTaken() const
 {
     if (!m_sFile.empty() && !m_bTaken)
         throw HostError(m_sFile + L": no picture of the window could be taken");
