@@ -35,7 +35,7 @@ struct LibraryRow
     std::optional<ImportStamp> stamp;  // of the audio file that the values come from
 };
 
-// What the columns of a file are that another program made: the name here, and the name there.
+// A column of another program's file: our name for it, and the name in that file.
 struct MappedColumn
 {
     std::wstring sOurs;
@@ -58,8 +58,8 @@ public:
 };
 
 // Reads a library CSV (docs/formats/library-csv.md) from its bytes. Each path comes only once: its first row
-// counts. Throws RuntimeError 321 when the header line is unusable, or has not the columns of the map, before
-// any row. A column that is not mapped has its own name, also with a map.
+// counts. Throws RuntimeError 321, before any row, when the header line is unusable or lacks a column of the
+// map. Columns that the map does not name count under their own names.
 void ReadLibraryCsv(std::string_view bytes, LibraryCsvSink& cSink, const ColumnMap& map = {},
                     char cDelimiter = ',');
 

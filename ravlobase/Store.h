@@ -84,7 +84,7 @@ public:
     // listener to its progress, ends it with error 18 and changes nothing. Another import from there is
     // refused with error 5, and the first one goes on.
     //
-    // The second one takes a file that another program made: semicolons or TABs may part its fields, and sMap
+    // ImportMappedCsv takes a file of another program: semicolons or TABs may separate its fields, and sMap
     // names its columns (ParseColumnMap).
     std::int32_t ImportCsv(const std::wstring& sFile);
     std::int32_t ImportMappedCsv(const std::wstring& sFile, const std::wstring& sMap, bool bTrial = false);

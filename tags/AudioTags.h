@@ -24,7 +24,7 @@ struct AudioTags
 bool IsAudioFile(std::wstring_view sPath);
 
 // Reads a file's tags and length. Throws a RuntimeError whose description follows the file's name: 75 for a
-// file that cannot be opened, 321 for one that is no audio, is damaged, or has a text without measure.
+// file that cannot be opened, 321 for one that is no audio, is damaged, or has an excessively long text.
 AudioTags ReadAudioTags(const std::wstring& sPath);
 
 } // namespace ravlo

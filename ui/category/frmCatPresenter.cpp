@@ -139,7 +139,7 @@ void frmCatPresenter::Finish()
     const ScopedFlag cCommand(m_bInCommand);
     if (QuestionDue())
         AskPending();
-    // Not part of the question: with every answer.
+    // Stored after every answer, also after No.
     StoreGlobalArtistAndTitle();
     m_cMod.SaveSettings();
     std::vector<std::wstring> colNames;
