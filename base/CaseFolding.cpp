@@ -15,9 +15,9 @@ namespace
 
 struct CaseRange
 {
-    std::uint16_t lFirst;
-    std::uint16_t lLast;
-    std::uint16_t lStep;
+    std::uint16_t first;
+    std::uint16_t last;
+    std::uint16_t step;
     std::int32_t lDelta;
 };
 
@@ -30,10 +30,10 @@ wchar_t FoldBeyondAscii(wchar_t c) noexcept
     const auto lCode = static_cast<std::uint32_t>(c);
     const CaseRange* pRange = std::lower_bound(std::begin(aCaseRanges), std::end(aCaseRanges), lCode,
                                                [](const CaseRange& cRange, std::uint32_t lWanted) {
-        return cRange.lLast < lWanted;
+        return cRange.last < lWanted;
     });
-    if (pRange == std::end(aCaseRanges) || lCode < pRange->lFirst ||
-        (lCode - pRange->lFirst) % pRange->lStep != 0)
+    if (pRange == std::end(aCaseRanges) || lCode < pRange->first ||
+        (lCode - pRange->first) % pRange->step != 0)
         return c;
     return static_cast<wchar_t>(static_cast<std::int32_t>(lCode) + pRange->lDelta);
 }

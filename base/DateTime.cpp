@@ -29,9 +29,9 @@ std::int64_t DayNumberOf(int lYear, int lMonth, int lDay)
 
 void SplitDayNumber(std::int64_t number, DateFields& fields)
 {
-    const std::int64_t lDays = number + 693899;
-    const std::int64_t era = lDays / 146097;
-    const std::int64_t dayOfEra = lDays - era * 146097;
+    const std::int64_t days = number + 693899;
+    const std::int64_t era = days / 146097;
+    const std::int64_t dayOfEra = days - era * 146097;
     const std::int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
     const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
     const std::int64_t monthFromMarch = (5 * dayOfYear + 2) / 153;
@@ -52,10 +52,10 @@ bool IsValid(const DateFields& fields)
 }
 
 // Before the first day the time of day still counts forward: -1.25 is 29 December 1899, 6 o'clock.
-DateTime Joined(std::int64_t lDay, double dSeconds)
+DateTime Joined(std::int64_t day, double dSeconds)
 {
     const double dFraction = dSeconds / static_cast<double>(secondsPerDay);
-    return static_cast<double>(lDay) + (lDay < 0 ? -dFraction : dFraction);
+    return static_cast<double>(day) + (day < 0 ? -dFraction : dFraction);
 }
 
 double SecondsOfDay(const DateFields& fields)
@@ -111,15 +111,15 @@ private:
 DateFields FieldsOf(DateTime dtWhen)
 {
     const std::int64_t seconds = WholeSeconds(dtWhen);
-    std::int64_t lDay = seconds / secondsPerDay;
+    std::int64_t day = seconds / secondsPerDay;
     std::int64_t rest = seconds % secondsPerDay;
     if (rest < 0)
     {
         rest += secondsPerDay;
-        --lDay;
+        --day;
     }
     DateFields fields{};
-    SplitDayNumber(lDay, fields);
+    SplitDayNumber(day, fields);
     fields.lHour = static_cast<int>(rest / 3600);
     fields.lMinute = static_cast<int>(rest / 60 % 60);
     fields.lSecond = static_cast<int>(rest % 60);

@@ -17,9 +17,9 @@ namespace
 
 struct SearchRange
 {
-    std::uint16_t lFirst;
-    std::uint16_t lLast;
-    std::uint16_t lStep;
+    std::uint16_t first;
+    std::uint16_t last;
+    std::uint16_t step;
     std::int32_t lDelta;
 };
 struct SearchText
@@ -40,7 +40,7 @@ public:
     FoldingTable()
     {
         for (const SearchRange& range : aRanges)
-            for (std::uint32_t lCode = range.lFirst; lCode <= range.lLast; lCode += range.lStep)
+            for (std::uint32_t lCode = range.first; lCode <= range.last; lCode += range.step)
                 Set(lCode, std::u16string(
                                1, static_cast<char16_t>(static_cast<std::int32_t>(lCode) + range.lDelta)));
         for (const SearchText& text : aTexts)

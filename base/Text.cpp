@@ -202,10 +202,10 @@ private:
         if (!IsDigit(Peek()))
             return false;
         constexpr std::int64_t enough = 1'000'000'000'000; // more than any length: sums cannot overflow
-        std::int64_t lExponent = 0;
+        std::int64_t exponent = 0;
         for (; IsDigit(Peek()); Take())
-            lExponent = std::min(lExponent * 10 + (Peek() - L'0'), enough);
-        m_exponent += bNegative ? -lExponent : lExponent;
+            exponent = std::min(exponent * 10 + (Peek() - L'0'), enough);
+        m_exponent += bNegative ? -exponent : exponent;
         return true;
     }
 

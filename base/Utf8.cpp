@@ -59,7 +59,7 @@ void AppendWide(std::wstring& sText, std::uint32_t c)
 
 struct Form
 {
-    int lLength;          // bytes in all
+    int length;           // bytes in all
     std::uint32_t lFirst; // bits of the first byte
     std::uint32_t lLeast; // the smallest code that needs this length
 };
@@ -89,13 +89,13 @@ void TakeAscii(std::wstring& sText, std::string_view& bytes)
 
 // The code at the start of the bytes, and its length; nothing when there is none. Accepts halves of surrogate
 // pairs.
-std::optional<std::uint32_t> Decode(std::string_view bytes, std::size_t& lLength)
+std::optional<std::uint32_t> Decode(std::string_view bytes, std::size_t& length)
 {
     const auto form = FormOf(static_cast<unsigned char>(bytes.front()));
-    if (!form || bytes.size() < static_cast<std::size_t>(form->lLength))
+    if (!form || bytes.size() < static_cast<std::size_t>(form->length))
         return std::nullopt;
     std::uint32_t c = form->lFirst;
-    for (int i = 1; i < form->lLength; ++i)
+    for (int i = 1; i < form->length; ++i)
     {
         const auto next = static_cast<unsigned char>(bytes[static_cast<std::size_t>(i)]);
         if ((next & 0xC0U) != 0x80U)
@@ -104,7 +104,7 @@ std::optional<std::uint32_t> Decode(std::string_view bytes, std::size_t& lLength
     }
     if (c < form->lLeast || c > lLastCodePoint)
         return std::nullopt;
-    lLength = static_cast<std::size_t>(form->lLength);
+    length = static_cast<std::size_t>(form->length);
     return c;
 }
 
@@ -136,9 +136,9 @@ std::wstring TextFromStore(std::string_view bytes)
     sText.reserve(bytes.size());
     for (TakeAscii(sText, bytes); !bytes.empty(); TakeAscii(sText, bytes))
     {
-        std::size_t lLength = 1;
-        AppendWide(sText, Decode(bytes, lLength).value_or(lReplacement));
-        bytes.remove_prefix(lLength);
+        std::size_t length = 1;
+        AppendWide(sText, Decode(bytes, length).value_or(lReplacement));
+        bytes.remove_prefix(length);
     }
     return sText;
 }
@@ -149,12 +149,12 @@ std::optional<std::wstring> TextFromUtf8(std::string_view bytes)
     sText.reserve(bytes.size());
     for (TakeAscii(sText, bytes); !bytes.empty(); TakeAscii(sText, bytes))
     {
-        std::size_t lLength = 1;
-        const auto c = Decode(bytes, lLength);
+        std::size_t length = 1;
+        const auto c = Decode(bytes, length);
         if (!c || IsHighHalf(*c) || IsLowHalf(*c))
             return std::nullopt;
         AppendWide(sText, *c);
-        bytes.remove_prefix(lLength);
+        bytes.remove_prefix(length);
     }
     return sText;
 }

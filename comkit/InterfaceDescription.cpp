@@ -153,22 +153,22 @@ private:
 
 HRESULT InterfaceDescription::Call::Take(const DISPPARAMS& arguments, UINT* pArgErr)
 {
-    const std::size_t lCount = m_member.Arguments();
+    const std::size_t count = m_member.Arguments();
     for (UINT i = 0; i < arguments.cArgs; ++i)
     {
         std::size_t position = arguments.cArgs - 1 - i;
         if (i < arguments.cNamedArgs)
         {
             const DISPID lName = arguments.rgdispidNamedArgs[i];
-            position = lName == DISPID_PROPERTYPUT ? lCount - 1 : static_cast<std::size_t>(lName);
-            if (position >= lCount || m_colArguments[position].pCaller)
+            position = lName == DISPID_PROPERTYPUT ? count - 1 : static_cast<std::size_t>(lName);
+            if (position >= count || m_colArguments[position].pCaller)
             {
                 if (pArgErr)
                     *pArgErr = i;
                 return DISP_E_PARAMNOTFOUND;
             }
         }
-        if (position >= lCount || m_colArguments[position].pCaller)
+        if (position >= count || m_colArguments[position].pCaller)
             return DISP_E_BADPARAMCOUNT;
         m_colArguments[position].pCaller = &arguments.rgvarg[i];
     }

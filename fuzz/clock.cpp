@@ -16,12 +16,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t si
         sWritten += fuzz::LineOf(slot) + "\r\n";
     const auto colAgain = fuzz::SlotsIn(ParseClock, sWritten);
     RAVLO_REQUIRE(colAgain && colAgain->size() == colRead->size());
-    for (std::size_t lSlot = 0; lSlot < colRead->size(); ++lSlot)
-        RAVLO_REQUIRE(fuzz::SameSlot((*colAgain)[lSlot], (*colRead)[lSlot]));
+    for (std::size_t slot = 0; slot < colRead->size(); ++slot)
+        RAVLO_REQUIRE(fuzz::SameSlot((*colAgain)[slot], (*colRead)[slot]));
 
     ClockHand cHand(*colRead);
-    for (std::size_t lSlot = 0; lSlot <= colRead->size(); ++lSlot)
-        RAVLO_REQUIRE(&cHand.Next(45000) == &(*colRead)[lSlot % colRead->size()]);
+    for (std::size_t slot = 0; slot <= colRead->size(); ++slot)
+        RAVLO_REQUIRE(&cHand.Next(45000) == &(*colRead)[slot % colRead->size()]);
     RAVLO_REQUIRE(&cHand.Next(45000.5) == &colRead->front()); // another hour
     return 0;
 }

@@ -13,9 +13,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t si
     const std::wstring sStored = fuzz::TextOf(fuzz::BytesOf(pBytes, size));
     const ColumnLayout layout(sStored, sStored);
     std::set<int> colOrders;
-    for (std::size_t lColumn = 0; lColumn < listColumnCount; ++lColumn)
+    for (std::size_t at = 0; at < listColumnCount; ++at)
     {
-        const ColumnLayout::Column& column = layout.At(lColumn);
+        const ColumnLayout::Column& column = layout.At(at);
         RAVLO_REQUIRE(column.lWidth >= 0 && column.lWidth <= ColumnLayout::lMaxWidth);
         RAVLO_REQUIRE(column.lOrder >= 1 && column.lOrder <= static_cast<int>(listColumnCount));
         colOrders.insert(column.lOrder);

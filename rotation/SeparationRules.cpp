@@ -17,9 +17,9 @@ constexpr double dMillisecondsPerSecond = 1000.0;
 constexpr double dSecondsPerDay = 86400.0;
 constexpr float sngSecondsPerMinute = 60.0F;
 
-float Minutes(std::int64_t lReference, std::int64_t played)
+float Minutes(std::int64_t reference, std::int64_t played)
 {
-    const double dSeconds = static_cast<double>(lReference) - static_cast<double>(played);
+    const double dSeconds = static_cast<double>(reference) - static_cast<double>(played);
     return std::abs(static_cast<float>(dSeconds) / sngSecondsPerMinute);
 }
 

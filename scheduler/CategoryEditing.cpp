@@ -31,9 +31,9 @@ bool Contains(const SchedulerState& cState, const std::shared_ptr<clsCat>& cSubC
 std::vector<std::size_t> MovedInFrontOf(const CutCollection& colCuts, const std::vector<TextKey>& colKeys,
                                         std::int32_t PosInto)
 {
-    const std::size_t lCount = colCuts.Count();
+    const std::size_t count = colCuts.Count();
     std::vector<std::size_t> colMoved; // positions, in the order given
-    std::vector<bool> bMoves(lCount);
+    std::vector<bool> bMoves(count);
     for (const TextKey& cKey : colKeys)
     {
         const std::optional<std::size_t> position = colCuts.PositionOf(cKey);
@@ -44,14 +44,14 @@ std::vector<std::size_t> MovedInFrontOf(const CutCollection& colCuts, const std:
     }
     if (colMoved.empty())
         return {};
-    const std::size_t before = std::min(lCount, static_cast<std::size_t>(std::max(PosInto, 1) - 1));
+    const std::size_t before = std::min(count, static_cast<std::size_t>(std::max(PosInto, 1) - 1));
     std::vector<std::size_t> colOrder;
-    colOrder.reserve(lCount);
-    for (std::size_t position = 0; position <= lCount; ++position)
+    colOrder.reserve(count);
+    for (std::size_t position = 0; position <= count; ++position)
     {
         if (position == before)
             colOrder.insert(colOrder.end(), colMoved.begin(), colMoved.end());
-        if (position < lCount && !bMoves[position])
+        if (position < count && !bMoves[position])
             colOrder.push_back(position);
     }
     return colOrder;

@@ -45,14 +45,14 @@ void EventRelay::ShowHelpEvent()
     To(m_cEvents, [](SchedulerEvents& cEvents) { cEvents.ShowHelpEvent(); });
 }
 
-void EventRelay::ProgressStart(const std::wstring& sReason, std::int64_t lMax)
+void EventRelay::ProgressStart(const std::wstring& sReason, std::int64_t max)
 {
-    ToBoth([&](ProgressEvents& cEvents) { cEvents.ProgressStart(sReason, AsLong(lMax)); });
+    ToBoth([&](ProgressEvents& cEvents) { cEvents.ProgressStart(sReason, AsLong(max)); });
 }
 
-void EventRelay::Progress(const std::wstring& strProgress, std::int64_t count, std::int64_t lMax)
+void EventRelay::Progress(const std::wstring& strProgress, std::int64_t count, std::int64_t max)
 {
-    ToBoth([&](ProgressEvents& cEvents) { cEvents.Progress(strProgress, AsLong(count), AsLong(lMax)); });
+    ToBoth([&](ProgressEvents& cEvents) { cEvents.Progress(strProgress, AsLong(count), AsLong(max)); });
 }
 
 void EventRelay::ProgressDone(const std::wstring& sStatus)

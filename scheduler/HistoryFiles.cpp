@@ -185,17 +185,17 @@ OrderContent HistoryFiles::Fill(const Snapshot& cSnapshot, SaveMode mode)
     ProgressThrottle cThrottle(m_cMod.Ports().cClock);
     OrderContent cContent(total);
     CutTexts cTexts(m_cMod, cSnapshot.sCatName);
-    for (std::size_t lEntry = 0; lEntry < total; ++lEntry)
+    for (std::size_t at = 0; at < total; ++at)
     {
-        const Snapshot::Entry& entry = cSnapshot.colEntries[lEntry];
+        const Snapshot::Entry& entry = cSnapshot.colEntries[at];
         if (entry.cCut)
-            cContent.PutCut(lEntry, cTexts.Of(*entry.cCut), entry.cCut->CatLevel());
+            cContent.PutCut(at, cTexts.Of(*entry.cCut), entry.cCut->CatLevel());
         else
-            cContent.PutMarker(lEntry, entry.lLevel);
-        if (mode.bProgress && cThrottle.IsDue(lEntry + 1))
+            cContent.PutMarker(at, entry.lLevel);
+        if (mode.bProgress && cThrottle.IsDue(at + 1))
         {
-            m_cEvents.Progress(L"Saved: " + CountText(lEntry + 1) + L" of " + CountText(total),
-                               static_cast<std::int64_t>(lEntry + 1), static_cast<std::int64_t>(total));
+            m_cEvents.Progress(L"Saved: " + CountText(at + 1) + L" of " + CountText(total),
+                               static_cast<std::int64_t>(at + 1), static_cast<std::int64_t>(total));
             cThrottle.Reported();
             m_cMod.Pump();
         }

@@ -48,18 +48,18 @@ OrderContent::OrderContent(std::size_t records)
 {
 }
 
-void OrderContent::PutCut(std::size_t lRecord, const OrderTexts& texts, std::int32_t lLevel)
+void OrderContent::PutCut(std::size_t number, const OrderTexts& texts, std::int32_t lLevel)
 {
-    const std::span<char> record = Record(lRecord);
+    const std::span<char> record = Record(number);
     PutText(record, atArtist, orderTextWidth, texts.artist);
     PutText(record, atTitle, orderTextWidth, texts.title);
     PutText(record, atPath, orderTextWidth, texts.path);
     PutLevel(record, lLevel, false);
 }
 
-void OrderContent::PutMarker(std::size_t lRecord, std::int32_t lLevel)
+void OrderContent::PutMarker(std::size_t number, std::int32_t lLevel)
 {
-    const std::span<char> record = Record(lRecord);
+    const std::span<char> record = Record(number);
     std::fill_n(record.begin(), atLevel, '\0');
     PutLevel(record, lLevel, true);
 }

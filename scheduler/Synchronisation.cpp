@@ -18,9 +18,9 @@ constexpr std::size_t addedPerReport = 30;
 constexpr std::size_t removedPerReport = 50;
 constexpr std::uint32_t lPauseMs = 10;
 
-std::wstring UpdatedText(std::size_t lCount, std::size_t total)
+std::wstring UpdatedText(std::size_t count, std::size_t total)
 {
-    return L"Updated " + CountText(lCount) + L" of " + CountText(total);
+    return L"Updated " + CountText(count) + L" of " + CountText(total);
 }
 
 } // namespace
@@ -154,8 +154,8 @@ void Synchronisation::AddCuts(const Cuts& colCuts, CutChanges& cChanges)
     rhythm.cuts = addedPerReport;
     rhythm.bBeforeTheCut = true;
     rhythm.lPauseMs = lPauseMs;
-    rhythm.tell = [&](std::size_t lCount) {
-        m_cState.cEvents.Progress(UpdatedText(lCount, colCuts.size()), static_cast<std::int64_t>(lCount),
+    rhythm.tell = [&](std::size_t count) {
+        m_cState.cEvents.Progress(UpdatedText(count, colCuts.size()), static_cast<std::int64_t>(count),
                                   std::ssize(colCuts));
     };
     rhythm.goOn = WhileNobodyReloads();
@@ -262,8 +262,8 @@ void Synchronisation::HandleRemoved(const Cuts& colCuts)
         rhythm.cuts = removedPerReport;
         rhythm.bBeforeTheCut = true;
         rhythm.lPauseMs = lPauseMs;
-        rhythm.tell = [&](std::size_t lCount) {
-            m_cState.cEvents.Progress(UpdatedText(lCount, colCuts.size()), lCount, colCuts.size());
+        rhythm.tell = [&](std::size_t count) {
+            m_cState.cEvents.Progress(UpdatedText(count, colCuts.size()), count, colCuts.size());
         };
         rhythm.bPump = false;
         rhythm.goOn = WhileNobodyReloads();

@@ -288,9 +288,9 @@ TEST_F(RandomCalls, EachEndsAndNothingIsLeftAlive)
         {
             // Each member once, then members at random.
             const auto lTurn = static_cast<std::size_t>(lCall);
-            const std::size_t lMember =
+            const std::size_t member =
                 lTurn < surface.colMembers.size() ? lTurn : cValues.Below(surface.colMembers.size());
-            CallOnce(cValues, surface.colMembers[lMember], lCall);
+            CallOnce(cValues, surface.colMembers[member], lCall);
             cWatchdog.CallEnded();
             if (lCall % 1000 == 999)
                 std::printf("%ld calls\n", lCall + 1), std::fflush(stdout);

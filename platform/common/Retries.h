@@ -23,13 +23,13 @@ constexpr std::size_t Attempts(Patience ePatience)
 // the milliseconds to wait in between. Returns false when the file was never free.
 template <class Attempt, class Pause> bool TryPatiently(Patience ePatience, Attempt&& attempt, Pause&& pause)
 {
-    for (std::size_t lAttempt = 0;; ++lAttempt)
+    for (std::size_t failed = 0;; ++failed)
     {
         if (attempt())
             return true;
-        if (lAttempt + 1 >= Attempts(ePatience))
+        if (failed + 1 >= Attempts(ePatience))
             return false;
-        pause(aRetryPauses[lAttempt]);
+        pause(aRetryPauses[failed]);
     }
 }
 

@@ -214,9 +214,9 @@ class HostsRemovalTest : public KilledChangeTest
 {
 protected:
     // Takes cuts out of Rock 1, one by one, until so many are left.
-    void RemoveDownTo(std::size_t lLeft)
+    void RemoveDownTo(std::size_t left)
     {
-        while (Level(L"Rock", 1)->SchedCuts()->Count() > lLeft)
+        while (Level(L"Rock", 1)->SchedCuts()->Count() > left)
         {
             CatCollection colMainCats;
             cLib.cSchedMan->RemoveCutFromCategory(MainCat(L"Rock"), CutsOf(L"Rock")[0], colMainCats);

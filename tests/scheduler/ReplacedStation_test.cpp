@@ -289,7 +289,7 @@ TEST_F(ReplacedStationTest, AFailedPopulationFollowsThePresentDatabaseAgain)
 {
     const auto cSecond = SameKeysReversed();
     const auto colTree = cLib.cSchedMan->colMainCats();
-    std::size_t lNew = 0;
+    std::size_t added = 0;
     for (const wchar_t* sPhase : {sAtStart, sInTheMiddle, sAtTheEnd})
     {
         boxes.clear();
@@ -298,7 +298,7 @@ TEST_F(ReplacedStationTest, AFailedPopulationFollowsThePresentDatabaseAgain)
         EXPECT_EQ(cLib.cSchedMan->colMainCats(), colTree);
         EXPECT_EQ(cLib.cSchedMan->DataBase(), cLib.cDataBase);
         EXPECT_TRUE(cSecond->colListeners.empty());
-        const std::wstring sNew = L"new" + std::to_wstring(++lNew);
+        const std::wstring sNew = L"new" + std::to_wstring(++added);
         Added({Add(sNew, L"Rock")});
         EXPECT_EQ(cLib.Order(L"Rock", 1).back(), sNew);
         EXPECT_FALSE(MainCat(L"Pop"));

@@ -184,8 +184,8 @@ void SplitPanelPresenter::MoveBy(std::int32_t lDistance)
         return;
     if (Reopens(lDistance))
         return;
-    const std::int64_t lPosition = std::int64_t{m_state.lPosition} + lDistance;
-    Drop(static_cast<std::int32_t>(std::clamp<std::int64_t>(lPosition, 0, std::max(0, Extent()))));
+    const std::int64_t position = std::int64_t{m_state.lPosition} + lDistance;
+    Drop(static_cast<std::int32_t>(std::clamp<std::int64_t>(position, 0, std::max(0, Extent()))));
 }
 
 // Whether this move reopens a collapsed pane. A single step would end within the snapping distance and

@@ -18,10 +18,10 @@ class ScreenList final : public RotationListView
 {
 public:
     void SetTitle(const std::wstring& s) override { sTitle = s; }
-    void ShowPage(const ListPage& pageIn, std::size_t lChosen) override
+    void ShowPage(const ListPage& pageIn, std::size_t chosenIn) override
     {
         page = pageIn;
-        chosen = lChosen;
+        chosen = chosenIn;
         ++lShown;
     }
     void ShowSentence(const std::wstring& s) override { sSentence = s; }

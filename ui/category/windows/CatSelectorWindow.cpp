@@ -318,13 +318,13 @@ void CatSelectorWindow::SetEntries(SelectorControl eList, const std::vector<std:
     ::InvalidateRect(hList, nullptr, TRUE);
 }
 
-std::wstring CatSelectorWindow::EntryText(SelectorControl eList, std::size_t lEntry) const
+std::wstring CatSelectorWindow::EntryText(SelectorControl eList, std::size_t entry) const
 {
-    const LRESULT lLength = ::SendMessageW(Of(eList), LB_GETTEXTLEN, lEntry, 0);
+    const LRESULT lLength = ::SendMessageW(Of(eList), LB_GETTEXTLEN, entry, 0);
     if (lLength == LB_ERR)
         return {};
     std::wstring sText(static_cast<std::size_t>(lLength), L'\0'); // the terminator has its own room
-    ::SendMessageW(Of(eList), LB_GETTEXT, lEntry, reinterpret_cast<LPARAM>(sText.data()));
+    ::SendMessageW(Of(eList), LB_GETTEXT, entry, reinterpret_cast<LPARAM>(sText.data()));
     return sText;
 }
 
@@ -338,9 +338,9 @@ std::optional<std::size_t> CatSelectorWindow::CurrentEntry(SelectorControl eList
     return static_cast<std::size_t>(lEntry);
 }
 
-void CatSelectorWindow::SetCurrentEntry(SelectorControl eList, std::size_t lEntry)
+void CatSelectorWindow::SetCurrentEntry(SelectorControl eList, std::size_t entry)
 {
-    ::SendMessageW(Of(eList), IsExtended(eList) ? LB_SETCARETINDEX : LB_SETCURSEL, lEntry, 0);
+    ::SendMessageW(Of(eList), IsExtended(eList) ? LB_SETCARETINDEX : LB_SETCURSEL, entry, 0);
 }
 
 std::vector<std::size_t> CatSelectorWindow::SelectedEntries(SelectorControl eList) const
@@ -353,11 +353,11 @@ std::vector<std::size_t> CatSelectorWindow::SelectedEntries(SelectorControl eLis
     return {colItems.begin(), colItems.end()};
 }
 
-void CatSelectorWindow::SelectEntry(SelectorControl eList, std::size_t lEntry, bool bSelect)
+void CatSelectorWindow::SelectEntry(SelectorControl eList, std::size_t entry, bool bSelect)
 {
     // Selecting moves the caret too; its place is decided elsewhere.
     const LRESULT lCaret = ::SendMessageW(Of(eList), LB_GETCARETINDEX, 0, 0);
-    ::SendMessageW(Of(eList), LB_SETSEL, bSelect ? TRUE : FALSE, static_cast<LPARAM>(lEntry));
+    ::SendMessageW(Of(eList), LB_SETSEL, bSelect ? TRUE : FALSE, static_cast<LPARAM>(entry));
     ::SendMessageW(Of(eList), LB_SETCARETINDEX, static_cast<WPARAM>(lCaret), 0);
 }
 

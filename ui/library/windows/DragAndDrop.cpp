@@ -45,12 +45,12 @@ private:
 
 FORMATETC TextFormat(CLIPFORMAT lFormat) { return {lFormat, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL}; }
 
-HGLOBAL CopyOf(const void* pBytes, std::size_t lBytes)
+HGLOBAL CopyOf(const void* pBytes, std::size_t bytes)
 {
-    const HGLOBAL hMemory = ::GlobalAlloc(GMEM_MOVEABLE, lBytes);
+    const HGLOBAL hMemory = ::GlobalAlloc(GMEM_MOVEABLE, bytes);
     if (void* pMemory = hMemory ? ::GlobalLock(hMemory) : nullptr)
     {
-        std::memcpy(pMemory, pBytes, lBytes);
+        std::memcpy(pMemory, pBytes, bytes);
         ::GlobalUnlock(hMemory);
     }
     return hMemory;
