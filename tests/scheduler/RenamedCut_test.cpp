@@ -66,6 +66,7 @@ TEST_P(RenamedCutTest, CutAnnouncedUnderANewKeyKeepsItsPlaces)
     EXPECT_EQ(Tree(), L"Rock 1: z b | Pop 1: z b");
     EXPECT_FALSE(Entry(L"Rock", L"a"));
     EXPECT_TRUE(Entry(L"Rock", L"z"));
+    EXPECT_EQ(Written(), (Lines{L"Rock", L"Pop"}));
     cLib.Restart();
     EXPECT_EQ(Tree(), L"Rock 1: z b | Pop 1: z b") << "the file has the new key";
     cFirst->SetKey(L"y");
@@ -78,6 +79,9 @@ TEST_P(RenamedCutTest, CutAnnouncedUnderANewKeyKeepsItsPlaces)
     cFirst->SetCategoryText(L"Pop");
     Modified({Announced(cFirst)});
     EXPECT_EQ(Tree(), L"Rock 1: b | Pop 1: w b") << "its other changes are followed too";
+    cFirst->SetKey(L"y");
+    Modified({Announced(cFirst)});
+    EXPECT_EQ(Tree(), L"Rock 1: b | Pop 1: y b") << "a key that it had before";
     EXPECT_TRUE(boxes.empty());
 }
 

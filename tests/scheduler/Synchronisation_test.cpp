@@ -353,6 +353,7 @@ TEST_F(AddCutToCategoryTest, WithoutATreeThereIsNothingToPlaceToFindOrToSave)
 {
     cState.colMainCats = nullptr;
     const auto cCut = NewCut(L"Rock", 1);
+    cCut->lID = 0; // looked up by its object
     EXPECT_TRUE(cState.PlacesOf(cCut->Key()).empty());
     PlaceAsAssigned(cCut);
     cChanges.ModifyCut(cCut);

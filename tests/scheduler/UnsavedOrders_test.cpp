@@ -89,6 +89,10 @@ TEST_F(UnsavedOrdersTest, OrderIsNewerThanAReadingBeforeItsChangeOrInPart)
     cOrders.Changed(L"Pop", 4);
     cOrders.Read(L"Pop", 5);
     EXPECT_TRUE(cOrders.IsNewerThanItsReading(L"Pop")) << "not saved";
+    cOrders.Read(L"Soul", 0);
+    EXPECT_TRUE(cOrders.IsNewerThanItsReading(L"Soul")) << "not applied in full, and never changed";
+    cOrders.Read(L"Soul", 1);
+    EXPECT_FALSE(cOrders.IsNewerThanItsReading(L"Soul")) << "the first reading of all";
 }
 
 TEST_F(UnsavedOrdersTest, ForgottenCategoryHasNothingToSave)
