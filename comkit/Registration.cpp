@@ -119,7 +119,7 @@ std::wstring Read(HKEY hRoot, const std::wstring& sKey)
     if (RegGetValueW(hRoot, sKey.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, sText.data(), &lBytes) !=
         ERROR_SUCCESS)
         return {};
-    return sText.c_str(); // without the terminator
+    return std::wstring(sText.data()); // without the terminator
 }
 
 // The key under Classes that names a type library's file. Both widths share the library's other keys.
@@ -233,7 +233,7 @@ HRESULT UnregisterModule(RegistrationScope eScope) noexcept
 HRESULT InstallModule(bool bInstall, const wchar_t* sCommand) noexcept
 {
     const bool bUser = sCommand && EqualIgnoringCase(sCommand, L"user");
-    const auto eScope = bUser ? RegistrationScope::User : RegistrationScope::Machine;
+    const RegistrationScope eScope = bUser ? RegistrationScope::User : RegistrationScope::Machine;
     return bInstall ? RegisterModule(eScope) : UnregisterModule(eScope);
 }
 
