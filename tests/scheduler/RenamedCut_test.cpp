@@ -174,6 +174,10 @@ TEST_F(StationTest, WithoutANumberTheObjectIdentifiesTheRenamedCut)
     cFirst->SetKey(L"z");
     Modified({cFirst});
     EXPECT_EQ(Tree(), L"Rock 1: z b");
+    const auto cNew = Add(L"c", L"Rock");
+    cNew->lID = 0;
+    Added({cNew});
+    EXPECT_EQ(Tree(), L"Rock 1: z b c") << "an object that was in no level";
 }
 
 // ---- the object that is placed
