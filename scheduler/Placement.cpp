@@ -107,7 +107,7 @@ void Placement::Report(const std::function<void(const RuntimeError&)>& show)
     for (const Problem& cProblem : colProblems)
     {
         if (cProblem.lRefused > 0)
-            m_cMod.WriteDebugLog(L"Not filed in category " + cProblem.sCatName + L", having no level: " +
+            m_cMod.WriteDebugLog(L"Not placed in category " + cProblem.sCatName + L", having no level: " +
                                  CountText(cProblem.lRefused) + L" more cuts.");
         if (cProblem.bOverflow)
             show(RuntimeError(error::Overflow, StandardDescription(error::Overflow) +

@@ -83,7 +83,7 @@ TEST_F(PlacementTest, LevelZeroAndNegativeLevelHaveOneBoxPerCategory)
                                       *cRock, bCreated));
     EXPECT_EQ(boxes, (Boxes{levelZero, negative}));
     EXPECT_EQ(Report(), Lines());
-    EXPECT_EQ(cPorts.LogMessages().back(), L"Not filed in category Rock, having no level: 3 more cuts.");
+    EXPECT_EQ(cPorts.LogMessages().back(), L"Not placed in category Rock, having no level: 3 more cuts.");
 }
 
 TEST_F(PlacementTest, FailedCutsAreCountedOnceEachAndTheFirstErrorIsShown)
