@@ -7,9 +7,12 @@ foreach(file ${RAVLO_THIRD_PARTY}/sqlite3/sqlite3.c ${RAVLO_THIRD_PARTY}/libcsv/
   endif()
 endforeach()
 
-# C sources of others: always optimised, for size where they go into a package, without our warnings and without
-# instrumentation.
+# Sources of others: without our warnings and without instrumentation, optimised for size where they go into a package,
+# and little where only tests use them.
 set(optimised -O2)
+if(RAVLO_SANITIZE)
+  set(optimised -O1)
+endif()
 if(WIN32)
   set(optimised -Os -ffunction-sections)
 endif()
@@ -26,6 +29,7 @@ endfunction()
 ravlo_third_party(sqlite3_amalgamation sqlite3 sqlite3.c)
 target_compile_definitions(sqlite3_amalgamation PRIVATE
   SQLITE_THREADSAFE=1 SQLITE_DQS=0 SQLITE_OMIT_LOAD_EXTENSION SQLITE_OMIT_DEPRECATED SQLITE_OMIT_SHARED_CACHE
+  SQLITE_OMIT_JSON SQLITE_OMIT_TRACE SQLITE_OMIT_PROGRESS_CALLBACK SQLITE_OMIT_GET_TABLE SQLITE_OMIT_COMPLETE SQLITE_OMIT_DECLTYPE
   SQLITE_DEFAULT_FOREIGN_KEYS=1 SQLITE_LIKE_DOESNT_MATCH_BLOBS)
 ravlo_third_party(libcsv libcsv libcsv.c)
 
@@ -39,7 +43,8 @@ foreach(folder ${folders})
   file(GLOB found ${RAVLO_THIRD_PARTY}/taglib/taglib/${folder}/*.cpp)
   list(APPEND sources ${found})
   list(APPEND includes ${RAVLO_THIRD_PARTY}/taglib/taglib/${folder})
-  set_source_files_properties(${found} PROPERTIES UNITY_GROUP taglib/${folder})
+  string(REGEX REPLACE "^(mpeg/id3v2)/.*" "\\1" group ${folder}) # larger groups have names that clash
+  set_source_files_properties(${found} PROPERTIES UNITY_GROUP taglib/${group})
 endforeach()
 file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/include/taglib/taglib_config.h
   CONTENT "#define TAGLIB_WITH_ASF 1\n#define TAGLIB_WITH_MP4 1\n")
@@ -73,7 +78,8 @@ set(RAVLO_TAGLIB_INCLUDES ${includes})
 set(RAVLO_TAGLIB_OPTIONS -include ${CMAKE_BINARY_DIR}/include/taglib/NoStreams.h -D_GLIBCXX_IOSTREAM)
 target_include_directories(taglib PRIVATE ${includes} ${RAVLO_THIRD_PARTY}/taglib/3rdparty)
 target_compile_definitions(taglib PRIVATE TAGLIB_STATIC HAVE_CONFIG_H NDEBUG)
-target_compile_options(taglib PRIVATE -Os -g0 -w -ffunction-sections -fdata-sections ${RAVLO_TAGLIB_OPTIONS})
+target_compile_options(taglib PRIVATE $<IF:$<BOOL:${RAVLO_SANITIZE}>,-O0,-Os> -g0 -w -ffunction-sections -fdata-sections
+  ${RAVLO_TAGLIB_OPTIONS})
 if(RAVLO_SANITIZE)
   target_compile_options(taglib PRIVATE -fno-sanitize=all)
 endif()
