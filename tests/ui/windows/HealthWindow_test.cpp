@@ -77,8 +77,8 @@ TEST_F(HealthWindowTest, ClickOnAHeadingSorts)
         RECT rect{};
         Send(hHeader, HDM_GETITEMRECT, 1, &rect);
         user.ClickAt(hHeader, {rect.left + 20, rect.bottom / 2});
-        EXPECT_EQ(Column(eIdlstLevels, 1),
-                  (Texts{L"Gold 1", L"Pop 1", L"Pop 2", L"Rock 1", L"Rock 2", L"Soul 1"}));
+        const Texts sorted{L"Gold 1", L"Pop 1", L"Pop 2", L"Rock 1", L"Rock 2", L"Soul 1"};
+        user.Until([&] { return Column(eIdlstLevels, 1) == sorted; }, "rows in the order of names");
     });
 }
 
