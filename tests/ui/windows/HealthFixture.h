@@ -83,12 +83,13 @@ struct HealthWindowTest : ::testing::Test
         hWindow = user.WaitFor(sfrmHealthClass);
         WaitForFigures(user);
     }
-    // The window's work begins by a timer, and an idle thread may still wait for one. A timer that is set
-    // later comes later.
+    // The window's work begins by a timer, and an idle thread may still wait for one. A longer timer that is
+    // set later comes later.
+    static constexpr UINT lLongerThanTheWindows = 100; // ms
     void WaitForTimers(const User& user)
     {
         bTimersPassed = false;
-        cHost.Run(user, [] { ::SetTimer(nullptr, 0, USER_TIMER_MINIMUM, &HealthWindowTest::OnTimer); });
+        cHost.Run(user, [] { ::SetTimer(nullptr, 0, lLongerThanTheWindows, &HealthWindowTest::OnTimer); });
         user.Until([] { return bTimersPassed.load(); }, "timers");
     }
     static void CALLBACK OnTimer(HWND, UINT, UINT_PTR lTimer, DWORD)

@@ -76,9 +76,13 @@ TEST_F(HealthWindowTest, ClickOnAHeadingSorts)
         const auto hHeader = reinterpret_cast<HWND>(Send(At(eIdlstLevels), LVM_GETHEADER));
         RECT rect{};
         Send(hHeader, HDM_GETITEMRECT, 1, &rect);
-        user.ClickAt(hHeader, {rect.left + 20, rect.bottom / 2});
         const Texts sorted{L"Gold 1", L"Pop 1", L"Pop 2", L"Rock 1", L"Rock 2", L"Soul 1"};
-        user.Until([&] { return Column(eIdlstLevels, 1) == sorted; }, "rows in the order of names");
+        for (int i = 0; i < 3 && Column(eIdlstLevels, 1) != sorted; ++i) // a step of work swallows a click
+        {
+            user.ClickAt(hHeader, {rect.left + 20, rect.bottom / 2});
+            WaitForFigures(user);
+        }
+        EXPECT_EQ(Column(eIdlstLevels, 1), sorted);
     });
 }
 
