@@ -15,24 +15,6 @@ namespace ravlo::bench
 namespace
 {
 
-// The embedded database as the scheduler gets it: its changes to many cuts come in batches.
-class BatchingStore final : public Store
-{
-public:
-    std::unique_ptr<DataBase::Batch> BeginBatch() override { return std::make_unique<Changes>(*this); }
-
-private:
-    class Changes final : public DataBase::Batch
-    {
-    public:
-        explicit Changes(Store& cStore) : m_cBatch(cStore) {}
-        void Commit() override { m_cBatch.Commit(); }
-
-    private:
-        Store::Batch m_cBatch;
-    };
-};
-
 // Two levels of as many cuts; half of the first one's move to the second one.
 class MovingStation
 {
@@ -84,7 +66,7 @@ private:
     MemoryPorts m_context;
     PosixFiles m_cFiles;
     ModScheduler m_cMod{m_context.PortsWith(m_cFiles)};
-    std::shared_ptr<BatchingStore> m_cStore = std::make_shared<BatchingStore>();
+    std::shared_ptr<Store> m_cStore = std::make_shared<Store>();
     std::shared_ptr<clsSchedMan> m_cSchedMan = std::make_shared<clsSchedMan>(m_cMod);
     Cuts m_colMoved;
 };

@@ -124,19 +124,20 @@ public:
     // Makes the property changes between construction and Commit one change on the disk. Without Commit they
     // are undone, on the disk and in the objects. Batches may be nested. AddCuts, ModifyCuts, RemoveCuts and
     // ImportCsv throw error 5 inside a batch.
-    class Batch
+    class Batch final : public DataBase::Batch
     {
     public:
         explicit Batch(Store& cStore);
         Batch(const Batch&) = delete;
         Batch& operator=(const Batch&) = delete;
-        ~Batch();
-        void Commit();
+        ~Batch() override;
+        void Commit() override;
 
     private:
         Store& m_cStore;
         std::size_t m_depth;
     };
+    std::unique_ptr<DataBase::Batch> BeginBatch() override { return std::make_unique<Batch>(*this); }
 
 private:
     // Property changes of the database's cuts.

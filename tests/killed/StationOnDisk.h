@@ -51,24 +51,6 @@ private:
     std::filesystem::path m_folder;
 };
 
-// The embedded database as the scheduler gets it: its changes to many cuts come in batches.
-class BatchingStore final : public Store
-{
-public:
-    std::unique_ptr<DataBase::Batch> BeginBatch() override { return std::make_unique<Changes>(*this); }
-
-private:
-    class Changes final : public DataBase::Batch
-    {
-    public:
-        explicit Changes(Store& cStore) : m_cBatch(cStore) {}
-        void Commit() override { m_cBatch.Commit(); }
-
-    private:
-        Store::Batch m_cBatch;
-    };
-};
-
 // A host at work on a station, from its population on. Its random numbers come from the seed.
 class Host
 {
@@ -88,7 +70,7 @@ public:
     MemoryPorts cPorts;
     PosixFiles cFiles;
     ModScheduler cMod;
-    std::shared_ptr<BatchingStore> cStore = std::make_shared<BatchingStore>();
+    std::shared_ptr<Store> cStore = std::make_shared<Store>();
     std::shared_ptr<clsSchedMan> cSchedMan;
     std::vector<Orders> colSteps;
 

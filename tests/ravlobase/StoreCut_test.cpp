@@ -155,14 +155,14 @@ TEST_F(StoreCutTest, ABatchReachesTheDiskWithItsCommitOrNotAtAll)
     EXPECT_EQ(ContentOf(m_cStore), colBefore) << "undone in the objects";
     EXPECT_EQ(ContentOf(m_sFile), colBefore);
     EXPECT_EQ(ByNames(L"abba", L"sos"), m_cCut);
-    Store::Batch cBatch(m_cStore);
+    const std::unique_ptr<DataBase::Batch> cBatch = m_cStore.BeginBatch();
     SetAll();
     EXPECT_EQ(m_cCut->Artist(), L"ABBA") << "the object shows it at once";
     EXPECT_EQ(ContentOf(m_sFile), colBefore) << "others do not see it yet";
-    cBatch.Commit();
+    cBatch->Commit();
     EXPECT_NE(ContentOf(m_cStore), colBefore);
     ExpectStored();
-    EXPECT_EQ(NumberRaisedBy([&] { cBatch.Commit(); }), error::InvalidProcedureCall) << "it ends once";
+    EXPECT_EQ(NumberRaisedBy([&] { cBatch->Commit(); }), error::InvalidProcedureCall) << "it ends once";
     m_cCut->SetYear(7);
     ExpectStored();
 }
