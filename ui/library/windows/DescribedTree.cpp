@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ui/library/windows/DescribedTree.h"
 
-#include <atomic>
+#include "ui/library/windows/CountedObject.h"
+
+#include <commctrl.h>
 #include <new>
 #include <oleacc.h>
 #include <utility>
@@ -12,10 +14,8 @@ namespace ravlo
 namespace
 {
 
-constexpr UINT_PTR lTreeSubclass = 1;
-
 // The system's object of the tree view, with descriptions. Items are numbers to it, never objects.
-class TreeAccessible final : public IAccessible
+class TreeAccessible final : public CountedObject<IAccessible>
 {
 public:
     using Description = DescribedTree::Description;
@@ -25,26 +25,15 @@ public:
         : m_hTree(hTree), m_pSystems(pSystems), m_description(std::move(description))
     {
     }
-    TreeAccessible(const TreeAccessible&) = delete;
-    TreeAccessible& operator=(const TreeAccessible&) = delete;
+    ~TreeAccessible() override { m_pSystems->Release(); }
 
     // ---- IUnknown: what the system's object offers besides is its own
 
     STDMETHODIMP QueryInterface(REFIID iid, void** ppObject) override
     {
-        if (iid != IID_IUnknown && iid != IID_IDispatch && iid != IID_IAccessible)
-            return m_pSystems->QueryInterface(iid, ppObject);
-        *ppObject = static_cast<IAccessible*>(this);
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++m_lReferences; }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        const ULONG lLeft = --m_lReferences;
-        if (lLeft == 0)
-            delete this;
-        return lLeft;
+        const bool bOwn = iid == IID_IUnknown || iid == IID_IDispatch || iid == IID_IAccessible;
+        return bOwn ? CountedObject::QueryInterface(IID_IAccessible, ppObject)
+                    : m_pSystems->QueryInterface(iid, ppObject);
     }
 
     // ---- the description
@@ -144,8 +133,6 @@ public:
     }
 
 private:
-    ~TreeAccessible() { m_pSystems->Release(); }
-
     std::wstring DescriptionOf(const VARIANT& child) const noexcept
     try
     {
@@ -164,31 +151,18 @@ private:
     HWND m_hTree;
     IAccessible* m_pSystems;
     std::weak_ptr<const Description> m_description;
-    std::atomic<ULONG> m_lReferences = 1;
 };
 
 } // namespace
 
 DescribedTree::DescribedTree(HWND hTree, Description description)
-    : m_hTree(hTree), m_description(std::make_shared<const Description>(std::move(description)))
+    : m_hTree(hTree), m_description(std::make_shared<const Description>(std::move(description))),
+      m_cSubclass(hTree, [this](UINT lMessage, WPARAM wParam, LPARAM lParam) {
+          return lMessage == WM_GETOBJECT && static_cast<LONG>(lParam) == OBJID_CLIENT
+                     ? OnGetObject(wParam, lParam)
+                     : ::DefSubclassProc(m_hTree, lMessage, wParam, lParam);
+      })
 {
-    ::SetWindowSubclass(m_hTree, &DescribedTree::OnTreeMessage, lTreeSubclass,
-                        reinterpret_cast<DWORD_PTR>(this));
-}
-
-DescribedTree::~DescribedTree()
-{
-    ::RemoveWindowSubclass(m_hTree, &DescribedTree::OnTreeMessage, lTreeSubclass);
-}
-
-LRESULT CALLBACK DescribedTree::OnTreeMessage(HWND hTree, UINT lMessage, WPARAM wParam, LPARAM lParam,
-                                              UINT_PTR, DWORD_PTR pTree) noexcept
-{
-    if (lMessage == WM_NCDESTROY)
-        ::RemoveWindowSubclass(hTree, &DescribedTree::OnTreeMessage, lTreeSubclass);
-    if (lMessage == WM_GETOBJECT && static_cast<LONG>(lParam) == OBJID_CLIENT)
-        return reinterpret_cast<const DescribedTree*>(pTree)->OnGetObject(wParam, lParam);
-    return ::DefSubclassProc(hTree, lMessage, wParam, lParam);
 }
 
 LRESULT DescribedTree::OnGetObject(WPARAM wParam, LPARAM lParam) const noexcept

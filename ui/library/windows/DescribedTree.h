@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ui/controls/windows/WindowSubclass.h"
+
 #include <functional>
 #include <memory>
 #include <string>
@@ -20,18 +22,16 @@ public:
     using Description = std::function<std::wstring(HTREEITEM hItem)>;
 
     DescribedTree(HWND hTree, Description description);
-    ~DescribedTree();
     DescribedTree(const DescribedTree&) = delete;
     DescribedTree& operator=(const DescribedTree&) = delete;
 
 private:
-    static LRESULT CALLBACK OnTreeMessage(HWND hTree, UINT lMessage, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                          DWORD_PTR pTree) noexcept;
     LRESULT OnGetObject(WPARAM wParam, LPARAM lParam) const noexcept;
 
     HWND m_hTree;
     // A reader may keep what it got longer than the window lives.
     std::shared_ptr<const Description> m_description;
+    WindowSubclass m_cSubclass;
 };
 
 } // namespace ravlo

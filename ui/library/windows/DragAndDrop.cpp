@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/library/windows/DragAndDrop.h"
 
+#include "ui/library/windows/CountedObject.h"
+
 #include <cstring>
 #include <shlobj.h>
 #include <string_view>
@@ -11,37 +13,6 @@ namespace ravlo
 
 namespace
 {
-
-// Base of the objects of a drag: one interface, reference counted.
-template <class Interface> class DragObject : public Interface
-{
-public:
-    DragObject() = default;
-    virtual ~DragObject() = default;
-    DragObject(const DragObject&) = delete;
-    DragObject& operator=(const DragObject&) = delete;
-
-    STDMETHODIMP QueryInterface(REFIID iid, void** ppObject) override
-    {
-        const bool bKnown = iid == IID_IUnknown || iid == __uuidof(Interface);
-        *ppObject = bKnown ? static_cast<Interface*>(this) : nullptr;
-        if (!bKnown)
-            return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++m_lReferences; }
-    STDMETHODIMP_(ULONG) Release() override
-    {
-        const ULONG lLeft = --m_lReferences;
-        if (lLeft == 0)
-            delete this;
-        return lLeft;
-    }
-
-private:
-    ULONG m_lReferences = 1; // a drag stays on its thread
-};
 
 FORMATETC TextFormat(CLIPFORMAT lFormat) { return {lFormat, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL}; }
 
@@ -70,7 +41,7 @@ HGLOBAL AnsiCopyOf(const std::wstring& sText) noexcept
 }
 
 // A text, in both forms of plain text.
-class TextData final : public DragObject<IDataObject>
+class TextData final : public CountedObject<IDataObject>
 {
 public:
     explicit TextData(std::wstring sText) : m_sText(std::move(sText)) {}
@@ -117,7 +88,7 @@ private:
     std::wstring m_sText;
 };
 
-class LeftButtonDrag final : public DragObject<IDropSource>
+class LeftButtonDrag final : public CountedObject<IDropSource>
 {
 public:
     explicit LeftButtonDrag(std::function<void()> moved) : m_moved(std::move(moved)) {}
@@ -156,7 +127,7 @@ std::wstring TextIn(IDataObject& cData)
     return sText;
 }
 
-class DropTarget final : public DragObject<IDropTarget>
+class DropTarget final : public CountedObject<IDropTarget>
 {
 public:
     explicit DropTarget(DropSite& cSite) : m_cSite(cSite) {}

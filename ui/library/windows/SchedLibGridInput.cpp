@@ -15,7 +15,6 @@ namespace
 constexpr int lLeastWidth = 12;
 // From this many selected rows on, the list's own row-by-row handling is noticeably slow.
 constexpr LRESULT lManyRows = 500;
-constexpr UINT_PTR lSubclass = 1;
 constexpr UINT lMendColumn = WM_APP + 1; // posted to the list, with its number of the column
 
 bool Down(int lKey) { return ::GetKeyState(lKey) < 0; }
@@ -39,32 +38,11 @@ bool MovesCurrentRow(WPARAM lKey)
 
 } // namespace
 
-void clsSchedLibGridWindow::Subclass()
-{
-    ::SetWindowSubclass(m_hList, &clsSchedLibGridWindow::OnListMessage, lSubclass,
-                        reinterpret_cast<DWORD_PTR>(this));
-}
-
-clsSchedLibGridWindow::~clsSchedLibGridWindow()
-{
-    ::RemoveWindowSubclass(m_hList, &clsSchedLibGridWindow::OnListMessage, lSubclass);
-}
-
 // ---- clicks and keys in a list with very many selected rows ----
 
 // When the selection changes, the list deselects row by row, with a notification and a repaint each. So a
 // large selection is cleared in one step before the list receives the click or key, and a large range is
 // selected with painting off.
-
-LRESULT CALLBACK clsSchedLibGridWindow::OnListMessage(HWND hList, UINT lMessage, WPARAM wParam, LPARAM lParam,
-                                                      UINT_PTR, DWORD_PTR pGrid) noexcept
-{
-    if (lMessage == WM_NCDESTROY)
-        ::RemoveWindowSubclass(hList, &clsSchedLibGridWindow::OnListMessage, lSubclass);
-    else
-        return reinterpret_cast<clsSchedLibGridWindow*>(pGrid)->OnMessage(lMessage, wParam, lParam);
-    return ::DefSubclassProc(hList, lMessage, wParam, lParam);
-}
 
 LRESULT clsSchedLibGridWindow::OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam)
 {

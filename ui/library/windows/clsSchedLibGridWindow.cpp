@@ -26,11 +26,13 @@ constexpr int lLineWidth = 2;
 clsSchedLibGridWindow::clsSchedLibGridWindow(HWND hParent, int lId)
     : m_hList(MakeControl(hParent, WC_LISTVIEWW, L"Cuts",
                           WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS | LVS_SHAREIMAGELISTS,
-                          lId, WS_EX_CLIENTEDGE))
+                          lId, WS_EX_CLIENTEDGE)),
+      m_cSubclass(m_hList, [this](UINT lMessage, WPARAM wParam, LPARAM lParam) {
+          return OnMessage(lMessage, wParam, lParam);
+      })
 {
     constexpr DWORD lStyle = LVS_EX_FULLROWSELECT | LVS_EX_HEADERDRAGDROP | LVS_EX_DOUBLEBUFFER;
     Send(LVM_SETEXTENDEDLISTVIEWSTYLE, lStyle, lStyle);
-    Subclass();
 }
 
 LRESULT clsSchedLibGridWindow::Send(UINT lMessage, WPARAM wParam, LPARAM lParam) const

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ui/controls/windows/WindowSubclass.h"
 #include "ui/library/clsSchedLibGridPresenter.h"
 
 #include <cstddef>
@@ -21,7 +22,6 @@ class clsSchedLibGridWindow final : public clsSchedLibGridView
 {
 public:
     clsSchedLibGridWindow(HWND hParent, int lId);
-    ~clsSchedLibGridWindow() override;
     clsSchedLibGridWindow(const clsSchedLibGridWindow&) = delete;
     clsSchedLibGridWindow& operator=(const clsSchedLibGridWindow&) = delete;
 
@@ -75,9 +75,6 @@ public:
     bool DragTick(POINT onScreen);
 
 private:
-    void Subclass();
-    static LRESULT CALLBACK OnListMessage(HWND hList, UINT lMessage, WPARAM wParam, LPARAM lParam,
-                                          UINT_PTR lId, DWORD_PTR pGrid) noexcept;
     LRESULT OnMessage(UINT lMessage, WPARAM wParam, LPARAM lParam);
     LRESULT OnKey(WPARAM wParam, LPARAM lParam);
     void BeforePress(WPARAM lKeys, POINT at);
@@ -117,6 +114,7 @@ private:
     std::optional<std::size_t> m_insertBefore;
     std::optional<int> m_lPressed; // the selected row the left button went down on
     mutable std::wstring m_sCell;  // the text last given to the list
+    WindowSubclass m_cSubclass;
 };
 
 } // namespace ravlo
