@@ -85,10 +85,12 @@ if(RAVLO_SANITIZE)
 endif()
 set_target_properties(taglib PROPERTIES EXPORT_COMPILE_COMMANDS OFF UNITY_BUILD ${RAVLO_UNITY} UNITY_BUILD_MODE GROUP)
 
-# CLI11 has only headers. A link tree of its own hides the rest of /usr/include from the cross compilers.
+# CLI11 has only headers. A link tree of its own hides the rest of /usr/include from the cross compilers; cli11.h in it
+# keeps the standard streams out.
 add_library(cli11 INTERFACE)
 file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/include/cli11)
 file(CREATE_LINK /usr/include/CLI ${CMAKE_BINARY_DIR}/include/cli11/CLI SYMBOLIC)
+file(CREATE_LINK ${CMAKE_SOURCE_DIR}/cmake/cli11.h ${CMAKE_BINARY_DIR}/include/cli11/cli11.h SYMBOLIC)
 target_include_directories(cli11 SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/include/cli11)
 
 # GoogleTest is built from source with the compiler in use, as its authors recommend.

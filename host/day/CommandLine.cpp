@@ -9,7 +9,6 @@
 #include <iterator>
 #include <limits>
 #include <memory>
-#include <sstream>
 #include <utility>
 
 namespace ravlo
@@ -378,9 +377,9 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments)
     }
     catch (const CLI::Success& answer)
     {
-        std::ostringstream text;
-        cApp.exit(answer, text, text);
-        return Reply{lExitOk, Wide(text.str())};
+        cli11::Text cText;
+        cApp.exit(answer, cText, cText);
+        return Reply{lExitOk, Wide(cText.str())};
     }
     catch (const CLI::Error& mistake)
     {

@@ -3,7 +3,7 @@
 
 #include "host/day/CommandLine.h"
 
-#include <CLI/CLI.hpp>
+#include <cli11.h>
 
 #include <string>
 

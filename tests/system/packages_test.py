@@ -44,7 +44,7 @@ class Packages(unittest.TestCase):
 
     def test_setup_is_below_4_mb_and_runs_on_both_widths(self):
         setup = (DIST / f"{NAME}-setup.exe").read_bytes()
-        self.assertLess(len(setup), 4 * 1024 * 1024)
+        self.assertLess(len(setup), 4_000_000)
         self.assertEqual((pe.Binary(setup).machine, pe.Binary(setup).property("ProductVersion")), (pe.X86, VERSION))
 
     def test_a_zip_has_all_that_runs_without_registration(self):

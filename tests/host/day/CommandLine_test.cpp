@@ -319,4 +319,17 @@ TEST(ParseCommandLine, AnswersHelpAndVersionWithStatusZero)
     }
 }
 
+TEST(ParseCommandLine, HelpIsSetInColumns)
+{
+    EXPECT_EQ(Parsed<Reply>({"cats", "list", "--help"}).sText,
+              L"show the levels, or the cuts of a level in rotation order\n"
+              L"Usage: RavloHost cats list [OPTIONS] [CATEGORY...]\n\n"
+              L"Positionals:\n"
+              L"  CATEGORY ...                what to show (default: every category)\n\n"
+              L"Options:\n"
+              L"  -h,--help                   Print this help message and exit\n"
+              L"  --first N:INT in [1 - 2147483647]\n"
+              L"                              show at most so many cuts of each level\n\n");
+}
+
 } // namespace ravlo
