@@ -485,7 +485,7 @@ void frmHealthPresenter::CarryOut(clsSchedMan& cSchedMan, const LevelRemedy& rem
                   DecimalText(remedy.lArtistSepMins) + L" minutes.";
         return;
     case RemedyKind::TitleSeparation:
-        cSubCat->Rules()->SetTitleSepMins(remedy.lTitleSepMins);
+        cSchedMan.ChangeRules(cSubCat, {std::nullopt, remedy.lTitleSepMins, std::nullopt, std::nullopt});
         m_sDone = L"The title separation of " + LevelText(sLevelKey) + L" is " +
                   DecimalText(remedy.lTitleSepMins) + L" minutes.";
         return;

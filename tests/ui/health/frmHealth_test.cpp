@@ -254,6 +254,8 @@ TEST_F(HealthTest, TitleSeparationIsSavedInTheLevelsRulesToo)
     EXPECT_NE(std::find(view.colStatus.begin(), view.colStatus.end(),
                         L"The title separation of Jazz 1 is 34 minutes."),
               view.colStatus.end());
+    EXPECT_EQ(cLib.cSchedMan->Undo(), L"Undone: title separation of Jazz 1");
+    EXPECT_EQ(cLib.Level(L"Jazz", 1)->PresentRules()->TitleSepMins(), 90);
 }
 
 TEST_F(HealthTest, OtherCutsCannotBeCarriedOut)
