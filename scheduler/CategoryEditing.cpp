@@ -202,10 +202,10 @@ bool CategoryEditing::DeleteCats(const Cats& colCats)
         std::ssize(colPresent) == std::ssize(colCats) - std::count(colCats.begin(), colCats.end(), nullptr);
     if (colPresent.empty() && !bAll)
         return false;
+    const std::wstring sWhat = L"deletion of " + ListCats(colPresent, mostInUndoText);
     CutChanges cChanges(m_cState, m_cSync, CutChanges::Origin::Own,
-                        [&](const ChangeRecord& record, std::size_t) {
-        m_cState.cUndo.Add(L"deletion of " + ListCats(colPresent, mostInUndoText), record);
-    });
+                        [&](const ChangeRecord& record, std::size_t) { m_cState.cUndo.Add(sWhat, record); });
+    cChanges.WorkInParts(sWhat);
     for (const Chosen& chosen : ChosenOf(colPresent))
         bAll = DeleteChosen(cChanges, chosen.cMainCat, chosen.colLevels, chosen.bMainListed) && bAll;
     CutChanges::Ending ending;

@@ -185,10 +185,13 @@ void Reversal::FindCut(const ChangeRecord::Cut& cut, std::shared_ptr<Cut> cCut)
 {
     try
     {
-        if (cut.after && (cCut->CatLevel() != cut.after->lCatLevel ||
-                          !HaveSameNames(NamesTextOf(*cCut), cut.after->sCategoryText)))
+        const auto Is = [lLevel = cCut->CatLevel(), sNames = NamesTextOf(*cCut)](const auto& state) {
+            return lLevel == state.lCatLevel && HaveSameNames(sNames, state.sCategoryText);
+        };
+        if (cut.after && !Is(*cut.after))
         {
-            m_colChangedSince.insert(cut.cKey);
+            if (!Is(cut.before)) // as in a change that was interrupted before it
+                m_colChangedSince.insert(cut.cKey);
             return;
         }
     }

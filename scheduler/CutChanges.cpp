@@ -143,6 +143,7 @@ void CutChanges::Begin() noexcept
 
 void CutChanges::Commit() noexcept
 {
+    WriteAhead();
     try
     {
         if (const std::unique_ptr<DataBase::Batch> cBatch = std::exchange(m_cBatch, nullptr))
@@ -163,29 +164,58 @@ void CutChanges::Commit() noexcept
     }
 }
 
+void CutChanges::WorkInParts(const std::wstring& sWhat)
+{
+    m_bInParts = true;
+    m_unit->WorkInParts(sWhat);
+}
+
+void CutChanges::WriteAhead() noexcept
+try
+{
+    if (!m_bInParts)
+        return;
+    std::vector<ChangeRecord::Cut> colCuts;
+    for (; m_cutsAhead < m_colChanged.size(); ++m_cutsAhead)
+    {
+        ReadAfter(m_colChanged[m_cutsAhead]);
+        colCuts.push_back(m_colChanged[m_cutsAhead].record);
+    }
+    const auto made = static_cast<std::ptrdiff_t>(std::min(m_madeAhead, m_colMade.size()));
+    m_madeAhead = m_colMade.size();
+    m_unit->WriteAhead(std::move(colCuts), {m_colMade.begin() + made, m_colMade.end()});
+}
+catch (...)
+{
+    m_cState.cMod.LogError(L"CutChanges", CurrentError());
+}
+
 void CutChanges::KeepStep()
 {
     m_colUndo.clear();
     m_colTouched.clear();
-    const std::vector<ChangedCut> colChanged = std::exchange(m_colChanged, {});
+    m_cutsAhead = 0;
+    m_madeAhead = 0;
+    std::vector<ChangedCut> colChanged = std::exchange(m_colChanged, {});
     for (const ChangeRecord::Category& made : std::exchange(m_colMade, {}))
         m_unit->RecordMade(made);
-    for (const ChangedCut& changed : colChanged)
-        KeepCut(changed);
+    for (ChangedCut& changed : colChanged)
+    {
+        ReadAfter(changed);
+        m_unit->RecordCut(changed.record, changed.inside);
+    }
 }
 
-void CutChanges::KeepCut(const ChangedCut& changed)
+// Does nothing when it is known.
+void CutChanges::ReadAfter(ChangedCut& changed) noexcept
+try
 {
-    ChangeRecord::Cut cut = changed.record;
-    try
-    {
-        cut.after = ChangeRecord::State{changed.cCut->CatLevel(), NamesTextOf(*changed.cCut)};
-    }
-    catch (...)
-    {
-        cut.after.reset();
-    }
-    m_unit->RecordCut(cut, changed.inside);
+    if (!changed.record.after)
+        changed.record.after = ChangeRecord::State{changed.cCut->CatLevel(), NamesTextOf(*changed.cCut)};
+}
+catch (...)
+{
+    changed.record.after.reset();
 }
 
 ChangeRecord CutChanges::EndRecord() { return m_unit ? m_unit->End(m_changed) : ChangeRecord(); }
@@ -322,7 +352,11 @@ void CutChanges::Try(const std::shared_ptr<Cut>& cGiven, const Change& change, s
     try
     {
         if (IsOwn())
+        {
             TryOwn(m_cState.OwnOf(cGiven), change, at);
+            if (!m_cBatch)
+                WriteAhead(); // the change is on the disk
+        }
         else
             change(cGiven, at);
     }

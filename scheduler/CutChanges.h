@@ -57,6 +57,10 @@ public:
     CutChanges(const CutChanges&) = delete;
     CutChanges& operator=(const CutChanges&) = delete;
 
+    // The work may be committed in several parts: should the program be killed in between, the next one can
+    // undo what was done, under this text. Call before the first change. Precondition: Origin::Own.
+    void WorkInParts(const std::wstring& sWhat);
+
     // How often progress is reported.
     struct Rhythm
     {
@@ -185,8 +189,9 @@ private:
     }
     void TakeBack(const Mark& mark) noexcept;
     void PutBack(const ChangedCut& changed) noexcept;
+    void WriteAhead() noexcept;
     void KeepStep();
-    void KeepCut(const ChangedCut& changed);
+    static void ReadAfter(ChangedCut& changed) noexcept;
     bool Exists(const ChangeRecord::Category& category) const;
     ChangeRecord EndRecord();
     void WillUndo(std::function<void()> undo);
@@ -212,6 +217,9 @@ private:
     std::vector<std::function<void()>> m_colUndo; // each harmless when what it undoes has not happened
     std::vector<ChangeRecord::Category> m_colMade;
     std::vector<std::wstring> m_colTouched; // main categories, for the first time
+    bool m_bInParts = false;
+    std::size_t m_cutsAhead = 0; // of m_colChanged: written ahead
+    std::size_t m_madeAhead = 0; // of m_colMade
 
     // Main categories whose files have markers in front of each level, by name.
     OrderedKeyedCollection<std::unique_ptr<HistoryFiles::EmptyingLevels>> m_colGuards;

@@ -114,6 +114,8 @@ void RemoveCuts(SchedulerState& cState, Synchronisation& cSync, const std::vecto
                         [&](const ChangeRecord& record, std::size_t cuts) {
         cState.cUndo.Add(TextOf(cState.cMod, record, cuts), record);
     });
+    if (colCuts.size() > cutsPerReport)
+        cChanges.WorkInParts(L"removal of " + CountedCuts(colCuts.size()));
     CutChanges::Rhythm rhythm;
     rhythm.cuts = cutsPerReport;
     rhythm.tell = progress;

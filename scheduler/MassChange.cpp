@@ -75,12 +75,16 @@ void MassChange::Run(const Cuts& colCutsToChange, bool& bCreatedNewSubCats)
 // Returns the number of cuts that were tried.
 std::size_t MassChange::RunChanges(const Cuts& colCuts, bool& bCreatedNewSubCats)
 {
+    const auto TextFor = [this](std::size_t cuts) {
+        return (m_eOption == eCopyHere ? L"copy of " : L"move of ") + CountedCuts(cuts) + L" to " +
+               ListCats({m_cTo});
+    };
     CutChanges cChanges(m_cState, m_cSync, CutChanges::Origin::Own,
-                        [this](const ChangeRecord& record, std::size_t cuts) {
-        m_cState.cUndo.Add((m_eOption == eCopyHere ? L"copy of " : L"move of ") + CountedCuts(cuts) +
-                               L" to " + ListCats({m_cTo}),
-                           record);
+                        [&](const ChangeRecord& record, std::size_t cuts) {
+        m_cState.cUndo.Add(TextFor(cuts), record);
     });
+    if (colCuts.size() > movedPerReport)
+        cChanges.WorkInParts(TextFor(colCuts.size()));
     const std::size_t tried = m_eOption == eCopyHere ? Copy(cChanges, colCuts) : Move(cChanges, colCuts);
     CutChanges::Ending ending;
     ending.show = [this](const RuntimeError& cError) {

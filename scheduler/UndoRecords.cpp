@@ -13,7 +13,7 @@ namespace
 {
 
 constexpr std::string_view signature = "RavloUndo 1\r\n";
-constexpr std::size_t checkBytes = 8;
+constexpr std::size_t checkBytes = undoCheckBytes;
 constexpr unsigned bitsPerByte = 7; // of a number
 // More than any file of ours: a crafted one may name long keys in a few bytes each.
 constexpr std::size_t mostKeyBytes = 200'000'000;
@@ -460,6 +460,13 @@ std::string SealUndoFile(std::string_view body)
         bytes += static_cast<char>(check >> (8 * byte) & 0xFFu);
     bytes += body;
     return bytes;
+}
+
+std::string UndoFileCheck(std::string_view bytes)
+{
+    std::string check(bytes.substr(std::min(bytes.size(), signature.size()), checkBytes));
+    check.resize(checkBytes);
+    return check;
 }
 
 std::optional<UndoContent> DecodeUndoFile(std::string_view bytes)

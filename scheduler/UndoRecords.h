@@ -64,6 +64,9 @@ struct UndoContent
 std::string EncodeUndoFile(const UndoContent& content);
 // Puts the signature and the check in front of the rest of a file.
 std::string SealUndoFile(std::string_view body);
+// The check in front of such a file, which tells one content from another; zeros for no file.
+constexpr std::size_t undoCheckBytes = 8;
+std::string UndoFileCheck(std::string_view bytes);
 // Nothing when the file is damaged or of another kind.
 std::optional<UndoContent> DecodeUndoFile(std::string_view bytes);
 

@@ -59,7 +59,10 @@ void UndoSteps::Add(const std::wstring& sWhat, const ChangeRecord& record) noexc
     Load();
     Attempt([&] {
         if (IsUnitOpen() && record.settings.colItems.empty())
+        {
+            m_cParts.Add(record);
             return m_colOpen.back()->TakeIn(sWhat, record);
+        }
         Settle();
         EndSeries();
         m_content.colRedo.clear();
@@ -74,7 +77,10 @@ void UndoSteps::AddToSeries(const Series& series, const ChangeRecord& record) no
     Load();
     Attempt([&] {
         if (IsUnitOpen())
+        {
+            m_cParts.Add(record);
             return m_colOpen.back()->TakeIn(series.textOf(record), record);
+        }
         const bool bGoesOn = m_sSeries == series.sName && m_colAfter == record.colOrders;
         m_colAfter = series.colAfter;
         if (bGoesOn)
@@ -138,6 +144,57 @@ void UndoSteps::Renamed(const TextKey& cFrom, const TextKey& cTo) noexcept
         if (!m_bLoaded)
             m_colRenamed.emplace_back(cFrom, cTo);
     });
+}
+
+// ---- work in parts
+
+void UndoSteps::Close(OpenUnit& cUnit) noexcept
+{
+    std::erase(m_colOpen, &cUnit);
+    if (!IsUnitOpen())
+        m_cParts.End();
+}
+
+// The parts say which Undo.dat they follow: that has to have the steps before them, if it can be written.
+void UndoSteps::BeginParts(const std::wstring& sWhat) noexcept
+{
+    if (m_cParts.IsOpen() || m_sPath.empty() || !m_bMayWrite)
+        return;
+    Load();
+    if (!m_bLoaded)
+        return;
+    m_lPauseMs = 0;
+    Save();
+    if (m_cParts.IsLeft())
+        return; // of a step that is nowhere else
+    Attempt([&] { m_cParts.Begin(PartsPath(), m_check, sWhat); });
+}
+
+std::wstring UndoSteps::PartsPath() const
+{
+    return m_sPath.substr(0, m_sPath.find_last_of(L'\\') + 1) + L"Undo.parts";
+}
+
+// A killed program's unit is the newest step, and has ended redo as others do.
+void UndoSteps::ReadParts(UndoContent& older) noexcept
+try
+{
+    if (!m_bMayWrite)
+        return; // they may be of the program that is at work
+    const std::optional<StepParts::Found> found = m_cParts.Read(PartsPath(), m_check);
+    if (!found || found->record.IsEmpty())
+        return;
+    UndoTables cTables;
+    EncodeRecord(found->record, cTables);
+    if (IsForeign(cTables))
+        return;
+    older.colUndo.push_back({0, L"interrupted " + found->sWhat, EncodeRecord(found->record, older.cTables)});
+    older.colRedo.clear();
+    m_cMod.WriteDebugLog(L"Interrupted, and can be undone: " + found->sWhat);
+}
+catch (...)
+{
+    m_cMod.LogError(sUndoFileName, CurrentError());
 }
 
 // ---- undoing
@@ -226,6 +283,7 @@ void UndoSteps::Serve(const std::wstring& sAppPath) noexcept
         const std::wstring sPath = sAppPath + L"Scheduler\\Undo.dat";
         if (EqualIgnoringCase(sPath, m_sPath))
             return ForgetForeign();
+        m_cParts.Leave();
         m_content = {};
         m_colRenamed.clear();
         m_eUnsaved = Unsaved::No;
@@ -260,15 +318,22 @@ void UndoSteps::Read()
 {
     const std::optional<std::string> bytes =
         m_cMod.Saved().Read(m_sPath, this, m_lReadFailedAt ? Patience::None : Patience::UpToASecond);
-    if (!bytes)
-        return;
-    std::optional<UndoContent> content = DecodeUndoFile(*bytes);
-    if (content && !IsForeign(content->cTables))
-        return PutBefore(std::move(*content));
-    m_cMod.Saved().NotUnderstood(m_sPath, this);
-    m_cMod.WriteDebugLog((content ? L"Nothing can be undone, the file is of another database: "
-                                  : L"Nothing can be undone, the file is damaged: ") +
-                         m_sPath);
+    m_check = UndoFileCheck(bytes.value_or(std::string()));
+    std::optional<UndoContent> content = bytes ? DecodeUndoFile(*bytes) : UndoContent();
+    if (!content || IsForeign(content->cTables))
+    {
+        m_cMod.Saved().NotUnderstood(m_sPath, this);
+        m_cMod.WriteDebugLog((content ? L"Nothing can be undone, the file is of another database: "
+                                      : L"Nothing can be undone, the file is damaged: ") +
+                             m_sPath);
+        content = UndoContent();
+    }
+    const std::size_t steps = content->colUndo.size();
+    ReadParts(*content);
+    const bool bFound = content->colUndo.size() != steps;
+    PutBefore(std::move(*content));
+    if (bFound)
+        MarkUnsaved();
 }
 
 bool UndoSteps::IsForeign(const UndoTables& cTables) const
@@ -319,6 +384,10 @@ void UndoSteps::PutBefore(UndoContent older)
 void UndoSteps::Save() noexcept
 {
     const std::uint32_t lNow = m_cMod.Ports().cClock.TickCount();
+    if (m_cParts.IsOpen())
+        return;
+    if (m_eUnsaved == Unsaved::No && m_bLoaded && m_cParts.IsLeft())
+        m_cParts.Delete();
     if (m_eUnsaved != Unsaved::Yes || m_sPath.empty() || !m_bMayWrite || m_bSavedLast ||
         lNow - m_lSavedAt < m_lPauseMs)
         return;
@@ -342,7 +411,10 @@ void UndoSteps::Write()
     const SavedFiles::Stamp lStamp = m_cMod.Saved().Begin();
     const std::string bytes = IsTooLarge() ? FileOfOneWay(m_content) : EncodeUndoFile(m_content);
     m_cMod.Saved().Replace(m_sPath, lStamp, bytes, this, SavedFiles::Unseen::KeepAside, Patience::None);
+    m_check = UndoFileCheck(bytes);
     m_eUnsaved = Unsaved::No;
+    if (m_cParts.IsLeft())
+        m_cParts.Delete();
     m_lSavedAt = m_cMod.Ports().cClock.TickCount();
     m_lPauseMs = std::min((m_lSavedAt - lBegin) * lPauseFactor, lLongestPauseMs);
 }

@@ -3,6 +3,7 @@
 
 #include "modscheduler/ModScheduler.h"
 #include "scheduler/GrowingRecord.h"
+#include "scheduler/StepParts.h"
 #include "scheduler/UndoRecords.h"
 
 #include <cstddef>
@@ -49,7 +50,7 @@ public:
 
     // With pPlacedCuts, the cuts that the database has.
     explicit UndoSteps(ModScheduler& cMod, const PlacedCuts* pPlacedCuts = nullptr) noexcept
-        : m_cMod(cMod), m_pPlacedCuts(pPlacedCuts)
+        : m_cMod(cMod), m_pPlacedCuts(pPlacedCuts), m_cParts(cMod)
     {
     }
     ~UndoSteps() { m_cMod.Saved().Forget(this); }
@@ -92,8 +93,14 @@ public:
         ~OpenUnit() = default;
     };
     void Open(OpenUnit& cUnit) { m_colOpen.push_back(&cUnit); }
-    void Close(OpenUnit& cUnit) noexcept { std::erase(m_colOpen, &cUnit); }
+    void Close(OpenUnit& cUnit) noexcept;
     bool IsUnitOpen() const noexcept { return !m_colOpen.empty(); }
+
+    // Call when a unit begins that commits its work in several parts, and hand over each part before it is
+    // committed; see StepParts. Undo.dat is not written until the outermost unit ends. sWhat is the step's
+    // text, should the program be killed before that.
+    void BeginParts(const std::wstring& sWhat) noexcept;
+    void AddPart(const ChangeRecord& part) noexcept { m_cParts.Add(part); }
 
     // Call when a cut has another key, which the steps then name. A cut that had the new key is gone.
     void Renamed(const TextKey& cFrom, const TextKey& cTo) noexcept;
@@ -146,7 +153,9 @@ private:
     }
     void Load() noexcept;
     void Read();
+    void ReadParts(UndoContent& older) noexcept;
     void Write();
+    std::wstring PartsPath() const;
     void PutBefore(UndoContent older);
     bool IsForeign(const UndoTables& cTables) const;
     void ForgetForeign();
@@ -171,6 +180,8 @@ private:
     Unsaved m_eUnsaved = Unsaved::No;
     std::uint32_t m_lSavedAt = 0; // by the tick count
     std::uint32_t m_lPauseMs = 0;
+    std::string m_check = std::string(undoCheckBytes, '\0'); // of the file on the disk
+    StepParts m_cParts;
     std::uint64_t m_lNumbers = 0; // given to steps, each once
     UndoContent m_content;
     std::vector<OpenUnit*> m_colOpen;

@@ -47,7 +47,12 @@ void UnitRecord::RecordOrder(const std::shared_ptr<clsCat>& cSubCat)
     if (m_colSeen.contains(cSubCat))
         return;
     if (!m_record.KnowsOrderOf({cSubCat->CatName(), cSubCat->CatLevel()}))
-        m_record.AddOrder(PresentOrder(*cSubCat));
+    {
+        ChangeRecord::Order order = PresentOrder(*cSubCat);
+        if (m_bInParts)
+            m_part.colOrders.push_back(order);
+        m_record.AddOrder(std::move(order));
+    }
     m_colSeen.insert(cSubCat);
 }
 
@@ -77,6 +82,10 @@ void UnitRecord::RecordDeleted(const clsCat& cCat)
         m_colDeletedAt.insert(position);
     m_record.AddDeleted({cCat.CatName(), cCat.CatLevel(), position});
     m_bOwn = true;
+    if (!m_bInParts)
+        return;
+    m_part.colDeleted = {{cCat.CatName(), cCat.CatLevel(), position}};
+    WriteAhead({}, {});
 }
 
 // The main category's position in the tree as if those that were recorded as deleted were still there.
@@ -92,6 +101,23 @@ std::size_t UnitRecord::PositionBefore(const clsCat& cMainCat) const
 void UnitRecord::EntryIsOf(const clsCat& cSubCat, const TextKey& cEntryKey, const TextKey& cKey)
 {
     m_record.EntryIsOf({cSubCat.CatName(), cSubCat.CatLevel()}, cEntryKey, cKey);
+}
+
+// ---- work in parts
+
+void UnitRecord::WorkInParts(const std::wstring& sWhat)
+{
+    m_bInParts = true;
+    m_cState.cUndo.BeginParts(sWhat);
+}
+
+void UnitRecord::WriteAhead(std::vector<ChangeRecord::Cut> colCuts,
+                            std::vector<ChangeRecord::Category> colMade)
+{
+    m_part.colCuts = std::move(colCuts);
+    m_part.colMade = std::move(colMade);
+    m_cState.cUndo.AddPart(m_part);
+    m_part = {};
 }
 
 // ---- units inside

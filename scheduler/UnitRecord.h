@@ -11,6 +11,7 @@
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 namespace ravlo
 {
@@ -47,6 +48,12 @@ public:
     // A level had the cut's entry under another key: the cut returns under its own.
     void EntryIsOf(const clsCat& cSubCat, const TextKey& cEntryKey, const TextKey& cKey);
 
+    // The unit commits its work in several parts: a killed one can be undone at the next start. Call before
+    // the first change.
+    void WorkInParts(const std::wstring& sWhat);
+    // Call before the changes of these cuts are committed, with the categories made for them.
+    void WriteAhead(std::vector<ChangeRecord::Cut> colCuts, std::vector<ChangeRecord::Category> colMade);
+
     // Number of units so far that ran inside this one.
     std::size_t Inside() const noexcept { return m_inside; }
     // Number of cuts this unit has recorded itself, each once.
@@ -75,6 +82,8 @@ private:
     std::set<std::size_t> m_colDeletedAt;                  // positions of deleted main categories
     bool m_bOwn = false;                                   // the unit itself has changed more than cuts
     bool m_bOpen = true;
+    bool m_bInParts = false;
+    ChangeRecord m_part; // what is not written ahead yet, but for cuts
     std::size_t m_inside = 0;
     std::unordered_map<TextKey, std::size_t> m_colFirstInside; // cuts: which unit inside recorded them first
     std::wstring m_sInside;                                    // what the units inside did

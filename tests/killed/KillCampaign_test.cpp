@@ -335,6 +335,22 @@ protected:
         ASSERT_TRUE(WIFSIGNALED(lStatus)) << "the host ended by itself, status " << lStatus;
     }
 
+    bool HasParts() const { return std::filesystem::exists(m_cState.Folder() / "Scheduler" / "Undo.parts"); }
+    // What a killed work has done of a step in parts is undone whole.
+    void ExpectUndoneWhole(const State& before) const
+    {
+        const StationOnDisk undone(m_cState);
+        {
+            const Host host(undone, 1);
+            if (!host.cSchedMan->UndoText().starts_with(L"Undo interrupted"))
+                return;
+            host.cSchedMan->Undo();
+        }
+        const State now = undone.Read();
+        EXPECT_EQ(now.cuts, before.cuts);
+        EXPECT_EQ(now.orders, before.orders);
+    }
+
     // One kill in the middle of one work, and what is left of the station.
     void Round(const Work& work, RandomNumbers& cRandom)
     {
@@ -361,6 +377,7 @@ protected:
 
         const bool bStarted = cRandom() % 8 != 0;
         const auto most = static_cast<unsigned>((bStarted ? lWork : lStart).count() * 5 / 4 + 1);
+        const bool bPartsOfAnother = HasParts();
         Kill(work, lSeed, bStarted, Microseconds(cRandom() % most));
 
         m_cState.ExpectTidy();
@@ -370,6 +387,8 @@ protected:
         ExpectOldOrNew(now.categories, before.categories, after.categories);
         ExpectOldOrNew(now.files, before.files, after.files);
         ExpectOrdersOldOrNew(now, colSteps);
+        if (!bPartsOfAnother && HasParts())
+            ExpectUndoneWhole(before);
     }
 
     StationOnDisk m_cState;

@@ -2,10 +2,14 @@
 // A process that is killed in the middle of a change of cuts leaves files and a database with which the next
 // start finds every level and every order.
 
+#include "scheduler/UndoRecords.h"
 #include "support/BatchingDataBase.h"
 #include "support/SyncTest.h"
 
 #include <algorithm>
+#include <functional>
+#include <tuple>
+#include <utility>
 
 namespace ravlo::test
 {
@@ -105,6 +109,16 @@ protected:
                               L" was interrupted: some of its cuts may be changed and others not.") == 1;
     }
 
+    static Lines StateOf(const Cuts& colCuts)
+    {
+        Lines colState;
+        for (const std::shared_ptr<Cut>& cCut : colCuts)
+            colState.push_back(cCut->Key().Text() + L" " + std::to_wstring(cCut->CatLevel()) + L" " +
+                               cCut->CategoryText());
+        return colState;
+    }
+
+    static constexpr const wchar_t* sPartsPath = L"C:\\Radio\\Scheduler\\Undo.parts";
     std::shared_ptr<BatchingDataBase> cBatching = std::make_shared<BatchingDataBase>();
     Orders before;
     std::vector<Left> colLeft; // at each commit: right before it and right after it
@@ -206,6 +220,131 @@ TEST_F(KilledChangeTest, MarkersWrittenAheadOfAFailedChangeAreRemoved)
     EXPECT_TRUE(cLib.Save(L"Pop"));
     EXPECT_EQ(File(L"Rock"), rock) << "retried";
     EXPECT_EQ(boxes, Boxes());
+}
+
+// ---- a change that was committed in part is undone at the next start
+
+using InParts = std::pair<const wchar_t*, std::function<void(Library&)>>;
+
+// At a station with 120 cuts in Jazz 1; each with the text of its step.
+const std::vector<InParts>& ChangesInParts()
+{
+    static const auto colJazz = [](Library& l) {
+        return Cuts(l.Level(L"Jazz", 1)->SchedCuts()->begin(), l.Level(L"Jazz", 1)->SchedCuts()->end());
+    };
+    static const std::vector<InParts> colChanges{
+        {L"deletion of Jazz 1, Rock, Pop 4",
+         [](Library& l) {
+        l.cSchedMan->DeleteCats({l.Level(L"Jazz", 1), l.MainCat(L"Rock"), l.Level(L"Pop", 4)});
+         }},
+        {L"deletion of Jazz", [](Library& l) { l.cSchedMan->DeleteCats({l.MainCat(L"Jazz")}); }},
+        {L"move of 120 cuts to Pop 1",
+         [](Library& l) { l.Change(eMoveHere, l.Level(L"Jazz", 1), l.Level(L"Pop", 1), colJazz(l)); }},
+        {L"move of 120 cuts to Pop",
+         [](Library& l) {
+        l.Change(eMoveExclusiveHere, l.Level(L"Jazz", 1), l.MainCat(L"Pop"), colJazz(l));
+         }},
+        {L"move of 120 cuts to Rock 3",
+         [](Library& l) { l.Change(eMoveHere, l.Level(L"Jazz", 1), l.Level(L"Rock", 3), colJazz(l)); }},
+        {L"copy of 120 cuts to Rock",
+         [](Library& l) { l.Change(eCopyHere, l.Level(L"Jazz", 1), l.MainCat(L"Rock"), colJazz(l)); }},
+        {L"removal of 120 cuts",
+         [](Library& l) {
+        std::vector<CutRemoval> colRemovals;
+        for (const std::shared_ptr<Cut>& cCut : colJazz(l))
+            colRemovals.push_back({cCut, nullptr, 0});
+        l.cSchedMan->RemoveCutsFromCategories(colRemovals, [](std::size_t) {});
+         }},
+        };
+    return colChanges;
+}
+
+class KilledInPartsTest : public KilledChangeTest,
+                          public testing::WithParamInterface<std::tuple<std::size_t, bool>>
+{
+protected:
+    const InParts& Change() const { return ChangesInParts()[std::get<0>(GetParam())]; }
+    // Starts with what was left, undoes, and starts again. Returns whether there was an interrupted step.
+    bool UndoWhatIsLeft(const Left& left, const Lines& colBefore) const
+    {
+        RadioPorts cOther;
+        for (const auto& [sPath, bytes] : left.files)
+            cOther.cFiles.Put(sPath, bytes);
+        Library cNext(cOther);
+        cNext.cDataBase->colCuts = left.colCuts;
+        cNext.Populate();
+        clsSchedMan& cMan = *cNext.cSchedMan;
+        if (!cMan.CanUndo())
+        {
+            EXPECT_EQ(StateOf(left.colCuts), colBefore) << "nothing to undo, so nothing was done";
+            return false;
+        }
+        const std::wstring sStep = cMan.UndoText().substr(sizeof("Undo"));
+        const bool bInterrupted = sStep == std::wstring(L"interrupted ") + Change().first;
+        EXPECT_EQ(cMan.Undo(), L"Undone: " + sStep);
+        EXPECT_EQ(OrdersOf(cNext), before);
+        EXPECT_EQ(StateOf(left.colCuts), colBefore);
+        EXPECT_FALSE(cMan.CanUndo());
+        EXPECT_FALSE(cOther.cFiles.FileExists(sPartsPath)) << "it is in Undo.dat now";
+        cNext.Restart();
+        EXPECT_FALSE(cNext.cSchedMan->CanUndo());
+        EXPECT_EQ(OrdersOf(cNext), before);
+        return bInterrupted;
+    }
+};
+
+TEST_P(KilledInPartsTest, WhatItHasDoneIsUndoneAtTheNextStart)
+{
+    Start(std::get<1>(GetParam()), 120);
+    const Lines colBefore = StateOf(cBatching->cInner.colCuts);
+    cPorts.cHostLoop.OnPump = [&] { colLeft.push_back(Leave()); };
+    Change().second(cLib);
+    ASSERT_GE(colLeft.size(), 1u);
+    bool bInterrupted = false;
+    for (const Left& left : colLeft)
+        bInterrupted = UndoWhatIsLeft(left, colBefore) || bInterrupted;
+    EXPECT_TRUE(bInterrupted);
+    EXPECT_FALSE(UndoWhatIsLeft(Leave(), colBefore)) << "it has ended";
+}
+
+INSTANTIATE_TEST_SUITE_P(KilledChange, KilledInPartsTest,
+                         testing::Combine(testing::Range(std::size_t{0}, ChangesInParts().size()),
+                                          testing::Bool()));
+
+// What is left of the file decides what can be undone of it.
+TEST_F(KilledChangeTest, OnlyPartsThatAreWholeAndNewerAreTaken)
+{
+    Start(true, 120);
+    const Lines colBefore = StateOf(cBatching->cInner.colCuts);
+    cPorts.cHostLoop.OnPump = [&] { colLeft.push_back(Leave()); };
+    ChangesInParts()[1].second(cLib);
+    const Left left = *std::find_if(colLeft.begin(), colLeft.end(),
+                                    [&](const Left& each) { return StateOf(each.colCuts) != colBefore; });
+    const std::string whole = left.files.at(sPartsPath);
+    const auto TextWith = [&](const std::string& parts, bool bNewer = false, bool bInUse = false) {
+        RadioPorts cOther;
+        for (const auto& [sPath, bytes] : left.files)
+            cOther.cFiles.Put(sPath, bytes);
+        cOther.cFiles.Put(sPartsPath, parts);
+        if (bNewer)
+            cOther.cFiles.Put(std::wstring(sRadio) + L"Scheduler\\Undo.dat", EncodeUndoFile({}));
+        const auto cHeld =
+            bInUse ? cOther.cFiles.HoldOpen(std::wstring(sRadio) + L"Scheduler\\InUse.lock") : nullptr;
+        Library cNext(cOther);
+        cNext.cDataBase->colCuts = left.colCuts;
+        cNext.Populate();
+        const std::wstring sText = cNext.cSchedMan->UndoText();
+        cNext.MainCat(L"Pop")->SubCats()->At(0)->SchedCuts()->MoveToEnd(0);
+        cNext.cSchedMan->ShuffleCategories({cNext.MainCat(L"Pop")});
+        EXPECT_EQ(cOther.cFiles.FileExists(sPartsPath), bInUse || !parts.starts_with("RavloUndoParts 1\r\n"));
+        return sText;
+    };
+    EXPECT_EQ(TextWith(whole), L"Undo interrupted deletion of Jazz");
+    EXPECT_EQ(TextWith(whole + whole.substr(26, 40)), L"Undo interrupted deletion of Jazz") << "a torn end";
+    EXPECT_EQ(TextWith(whole.substr(0, whole.size() - 1)), L"") << "its only part";
+    EXPECT_EQ(TextWith(whole, true), L"") << "Undo.dat was written since";
+    EXPECT_EQ(TextWith("what is this?"), L"");
+    EXPECT_EQ(TextWith(whole, false, true), L"") << "another program is at work";
 }
 
 // ---- removals that the host saves
