@@ -43,11 +43,26 @@ function(ravlo_layer target)
       target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-O2>)
     endif()
     ravlo_compile_together(${target})
+    set(archive ${target})
   else()
+    set(archive)
     add_library(${target} INTERFACE)
     target_include_directories(${target} INTERFACE ${include_tree})
     target_link_libraries(${target} INTERFACE ${A_DEPENDS} ${A_LIBRARIES})
   endif()
+  ravlo_archives_of(below ${A_DEPENDS})
+  set_property(GLOBAL PROPERTY RAVLO_ARCHIVES_${target} ${archive} ${below})
+endfunction()
+
+# Sets `result` to the layers with sources among these and all below them.
+function(ravlo_archives_of result)
+  set(all)
+  foreach(layer IN LISTS ARGN)
+    get_property(archives GLOBAL PROPERTY RAVLO_ARCHIVES_${layer})
+    list(APPEND all ${archives})
+  endforeach()
+  list(REMOVE_DUPLICATES all)
+  set(${result} ${all} PARENT_SCOPE)
 endfunction()
 
 # ravlo_test(<name> FOLDER <folder under tests/> DEPENDS <target>...): one test program from all *.cpp of the folder.
@@ -64,6 +79,13 @@ function(ravlo_test name)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   # Building is most of the tests' time, and a test's own code need not be quick: -O0 builds in a third of the time.
   target_compile_options(${name} PRIVATE ${RAVLO_WARNINGS} -O0)
+  if(NOT WIN32)
+    # Of equal inline functions the linker takes the first: the layers' optimised ones, not those of the tests, which
+    # nearly halves the time of the long tests.
+    ravlo_archives_of(archives ${A_DEPENDS})
+    list(TRANSFORM archives REPLACE "(.+)" "$<TARGET_FILE:\\1>")
+    target_link_options(${name} PRIVATE LINKER:--whole-archive ${archives} LINKER:--no-whole-archive)
+  endif()
   ravlo_compile_together(${name})
   if(WIN32) # the linker's time grows with the square of an object's sections
     set_target_properties(${name} PROPERTIES UNITY_BUILD_BATCH_SIZE 4)
