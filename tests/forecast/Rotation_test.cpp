@@ -379,7 +379,7 @@ TEST_F(RotationTest, TheHostRunsWhileTheStationIsReadAndJudged)
                             cPorts.cCodePage, cPorts.cRandom});
     AddCuts(L"s", L"Slow", 1, 400, 40, 300);
     for (const std::shared_ptr<Cut>& cCut : cLib.cDataBase->colCuts)
-        static_cast<FakeCut&>(*cCut).OnCall = [this](const std::string& sMember) {
+        static_cast<FakeCut&>(*cCut).OnCall = [this](std::string_view sMember) {
             if (sMember == "Album")
                 cPorts.cClock.Advance(1);
         };

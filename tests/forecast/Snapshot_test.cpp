@@ -75,7 +75,7 @@ TEST_F(SnapshotTest, TimeThatTheDataBaseRefusedIsThePlaysTime)
 TEST_F(SnapshotTest, ChangesDuringTheReadingDoNotShow)
 {
     const Keys order = cLib.Order(L"Pop", 2);
-    m_cFirst->OnCall = [this](const std::string& sMember) {
+    m_cFirst->OnCall = [this](std::string_view sMember) {
         if (sMember != "Album")
             return;
         m_cFirst->OnCall = nullptr;

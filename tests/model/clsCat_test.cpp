@@ -70,7 +70,7 @@ protected:
     // A cut that runs an action, once, when a member is called.
     static void OnceAt(FakeCut& cCut, const std::string& sMember, const std::function<void()>& action)
     {
-        cCut.OnCall = [&cCut, sMember, action](const std::string& sCalled) {
+        cCut.OnCall = [&cCut, sMember, action](std::string_view sCalled) {
             if (sCalled != sMember)
                 return;
             const auto actionNow = action; // outlives the hook
@@ -259,9 +259,9 @@ TEST_F(CatTest, LevelOfAnotherNameGivesACutBothNamesOrNone)
             cBad->SetCategoryText(bNamed ? L"Other" : L"");
             const Keys colBefore = KeysOf(*cMainCat);
             int calls = 0;
-            cBad->OnCall = [&](const std::string& sMember) {
+            cBad->OnCall = [&](std::string_view sMember) {
                 if (sMember == "AddCategoryName" && ++calls == 2) // the main category's name
-                    cBad->failing.insert(sMember);
+                    cBad->failing.emplace(sMember);
                 else
                     cBad->failing.clear();
             };

@@ -69,7 +69,7 @@ protected:
     // Runs an action at the next SetLastPlayed of a cut.
     static void OnceAtSetLastPlayed(FakeCut& cCut, std::function<void()> action)
     {
-        cCut.OnCall = [&cCut, action = std::move(action)](const std::string& sMember) {
+        cCut.OnCall = [&cCut, action = std::move(action)](std::string_view sMember) {
             if (sMember != "SetLastPlayed")
                 return;
             const auto once = action;

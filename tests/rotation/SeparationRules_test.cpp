@@ -212,7 +212,7 @@ TEST_F(MeasureTest, NamesMayBeSetWhileTheyAreMeasured)
     Play(30, L"Elm", L"a", L"");
     Play(20, L"Fir", L"b", L"");
     const auto cElm = std::static_pointer_cast<FakeCut>(cHistory.ArtistHistoryCut(TextKey(L"Elm")));
-    cElm->OnCall = [&](const std::string&) {
+    cElm->OnCall = [&](std::string_view) {
         cHistory.SetNames({});
         cHistory.SetNames(ArtistNames(true, nullptr));
         cElm->OnCall = nullptr;

@@ -96,7 +96,7 @@ TEST(CategoryRename, ShowsItsProgressInTheWindowAlone)
     for (int lCut = 0; lCut < 36; ++lCut)
         station.cDataBase->cInner.Add(L"n" + std::to_wstring(lCut), L"Rock", 1);
     station.Populate();
-    station.cDataBase->cInner.Own(L"a")->OnCall = [&](const std::string&) {
+    station.cDataBase->cInner.Own(L"a")->OnCall = [&](std::string_view) {
         station.cPorts.cClock.SetTickCount(station.cPorts.cClock.TickCount() + 150);
     };
     HostEvents cWindow;
@@ -190,7 +190,7 @@ TEST(CategoryRename, ARefusingDatabaseChangesNothing)
         {"commit", [](BatchingDataBase& cDataBase) { cDataBase.bRefusesCommit = true; }},
         {"begin", [](BatchingDataBase& cDataBase) { cDataBase.bRefusesBegin = true; }},
         {"a cut", [](BatchingDataBase& cDataBase) {
-             cDataBase.cInner.Own(L"c")->OnCall = [bDone = false](const std::string& sMember) mutable {
+             cDataBase.cInner.Own(L"c")->OnCall = [bDone = false](std::string_view sMember) mutable {
                  if (sMember == "SetCategoryText" && !std::exchange(bDone, true))
                      throw RuntimeError(error::DeviceIo);
              };

@@ -60,7 +60,7 @@ TEST_F(AssignCutTest, LaterAnnouncementFindsNothingToDo)
 TEST_F(AssignCutTest, DatabaseThatAnnouncesEachPropertyMakesNoStrayLevel)
 {
     const auto cCut = Start(L"Rock 1: a | Jazz 2: j");
-    cCut->OnCall = [&](const std::string& sMember) {
+    cCut->OnCall = [&](std::string_view sMember) {
         if (sMember.starts_with("Set"))
             Modified({cCut});
     };

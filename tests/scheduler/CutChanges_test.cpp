@@ -322,7 +322,7 @@ TEST_F(CutChangesTest, ChangeOfTheDatabasesIsFollowedAsFarAsPossible)
     CutChanges cChanges(cState, cSync, CutChanges::Origin::DataBase);
     cCut->SetCategoryText(L"New/Pop");
     int lPlaced = 0;
-    cCut->OnCall = [&](const std::string& sMember) {
+    cCut->OnCall = [&](std::string_view sMember) {
         if (sMember == "RunTimemS" && ++lPlaced == 2)
             throw RuntimeError(error::DeviceIo);
     };

@@ -49,7 +49,7 @@ protected:
                 action.run();
         };
         for (const std::shared_ptr<FakeCut>& cCut : colCuts)
-            cCut->OnCall = [&](const std::string&) { point(); };
+            cCut->OnCall = [&](std::string_view) { point(); };
         cLib.cHost.OnEvent = [&](const std::wstring&) { point(); };
         cPorts.cHostLoop.OnPump = point;
         cPicked = cLib.NextCut(L"Rock\t1");

@@ -186,7 +186,7 @@ TEST_F(HistoryFilesTest, ASaveReportsEvery20thRecordOncePer100Milliseconds)
     const auto cMainCat = NewMainCatOf(L"Rock", 120);
     const auto advanceAt = [&](std::size_t cut, std::uint32_t lMilliseconds) {
         static_cast<FakeCut&>(*cDataBase.colCuts[cut - 1]).OnCall =
-            [this, lMilliseconds](const std::string& sMember) {
+            [this, lMilliseconds](std::string_view sMember) {
             if (sMember == "Artist")
                 cPorts.cClock.Advance(lMilliseconds);
         };

@@ -72,7 +72,7 @@ protected:
     {
         cLib.Change(eMoveHere, Level(L"Rock", 1), Level(L"Pop", 4), colCuts);
     }
-    void OnEveryCall(const std::function<void(const std::string&)>& action)
+    void OnEveryCall(const std::function<void(std::string_view)>& action)
     {
         for (const std::shared_ptr<Cut>& cCut : cBatching->cInner.colCuts)
             std::dynamic_pointer_cast<FakeCut>(cCut)->OnCall = action;
@@ -141,7 +141,7 @@ TEST_F(KilledChangeTest, WithoutBatchesEachCutOfTheMoveMayBeTheLast)
     Start(false);
     bool bInside = false;
     const Cuts colCuts = CutsOf(L"Rock", 2);
-    OnEveryCall([&](const std::string&) {
+    OnEveryCall([&](std::string_view) {
         if (std::exchange(bInside, true))
             return; // the look at what is left
         colLeft.push_back(Leave());
@@ -204,7 +204,7 @@ TEST_F(KilledChangeTest, MarkersWrittenAheadOfAFailedChangeAreRemoved)
     MoveRock1(CutsOf(L"Rock"));
     EXPECT_EQ(File(L"Rock"), rock);
     EXPECT_EQ(OrdersOf(cLib), before);
-    OnEveryCall([&](const std::string&) {
+    OnEveryCall([&](std::string_view) {
         if (File(L"Rock") != rock) // written ahead
             SetReadOnly(L"Rock");
     });

@@ -111,7 +111,7 @@ TEST_F(PickSavesTest, ACategoryDeletedDuringItsPickGetsNoFileAgain)
 {
     const std::shared_ptr<FakeCut> cFirst = CutOf(Name(1) + L"a");
     bool bDeleted = false;
-    cFirst->OnCall = [&](const std::string&) {
+    cFirst->OnCall = [&](std::string_view) {
         if (std::exchange(bDeleted, true))
             return;
         EXPECT_TRUE(cLib.cSchedMan->DeleteCats({MainCat(Name(1))}));

@@ -38,7 +38,7 @@ protected:
     void TakeTime(std::size_t item, std::uint32_t lMilliseconds)
     {
         m_colTimes[item] = lMilliseconds;
-        CutAt(item).OnCall = [this, item](const std::string&) {
+        CutAt(item).OnCall = [this, item](std::string_view) {
             const auto phase = std::count_if(said.begin(), said.end(), [](const std::wstring& sLine) {
                 return sLine.starts_with(L"Start");
             });

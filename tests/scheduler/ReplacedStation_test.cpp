@@ -81,7 +81,7 @@ protected:
             if (sLine.starts_with(sPhase))
                 act();
         };
-        static_cast<FakeCut&>(*cDataBase->colCuts.front()).OnCall = [&](const std::string&) {
+        static_cast<FakeCut&>(*cDataBase->colCuts.front()).OnCall = [&](std::string_view) {
             cPorts.cClock.Advance(20);
         }; // so that a pause is due
         cPorts.cHostLoop.OnSleep = [&](std::uint32_t) {

@@ -109,7 +109,7 @@ TEST_F(SettingChangesTest, RulesThatCannotBeReadAreNotChanged)
 TEST_F(SettingChangesTest, OneInsideAChangeOfCutsIsAStepBeforeIt)
 {
     const std::wstring sBefore = State();
-    CutOf(L"b")->OnCall = [&](const std::string& sMember) {
+    CutOf(L"b")->OnCall = [&](std::string_view sMember) {
         if (sMember == "RemoveCategoryName")
             Man().SetFairRotation(true);
     };

@@ -113,7 +113,7 @@ TEST_F(SpreadCategoriesTest, ACutThatCannotBeReadKeepsItsLevelAsItWas)
 TEST_F(SpreadCategoriesTest, CutsThatLeaveOrJoinWhileCutsAreReadStayConsistent)
 {
     bool bDone = false;
-    CutOf(L"P1ash2")->OnCall = [&](const std::string& sMember) {
+    CutOf(L"P1ash2")->OnCall = [&](std::string_view sMember) {
         if (sMember != "Artist" || std::exchange(bDone, true))
             return;
         Removed({CutOf(L"P1other1")});

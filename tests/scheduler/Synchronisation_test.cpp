@@ -499,7 +499,7 @@ TEST_F(SynchronisationTest, NamesAnnouncedAtOnceDoNotDisturbAPlacement)
     Start();
     const auto cCut = CutOf(L"b");
     for (const std::shared_ptr<FakeCut>& cAnnounced : {cCut, cNew})
-        cAnnounced->OnCall = [this, cWeak = std::weak_ptr<FakeCut>(cAnnounced)](const std::string& sMember) {
+        cAnnounced->OnCall = [this, cWeak = std::weak_ptr<FakeCut>(cAnnounced)](std::string_view sMember) {
             if (sMember != "AddCategoryName" && sMember != "RemoveCategoryName")
                 return;
             // The name is changed, and announced, before the call that changes it is over.
@@ -632,7 +632,7 @@ TEST_F(RemoveCutFromCategoryTest, FailureLeavesTheCutInEveryCategory)
         SCOPED_TRACE(lGood);
         const auto cCut = Start(L"Rock 1: a b | Pop 1: a b");
         int lCalls = 0;
-        cCut->OnCall = [&](const std::string& sMember) {
+        cCut->OnCall = [&](std::string_view sMember) {
             if (sMember == "RemoveCategoryName" && lCalls++ == lGood)
                 throw RuntimeError(error::DeviceIo);
         };
@@ -662,7 +662,7 @@ TEST_F(RemoveCutFromCategoryTest, NotificationsDuringARemovalWait)
 {
     const auto cCut = Start(L"Rock 1: a b | Pop 1: a");
     const auto cOther = CutOf(L"b");
-    cCut->OnCall = [&](const std::string& sMember) {
+    cCut->OnCall = [&](std::string_view sMember) {
         if (sMember != "RemoveCategoryName")
             return;
         cOther->SetCategoryText(L"Jazz");
@@ -897,7 +897,7 @@ TEST_F(SynchronisationTest, ReloadDuringAnImportEndsItWithNothingLost)
 TEST_F(SynchronisationTest, AnnouncementsOfTheSchedulersOwnChangesChangeNothing)
 {
     const auto cCut = Start(L"Rock 1: a | Pop 2: b");
-    cCut->OnCall = [&](const std::string& sMember) {
+    cCut->OnCall = [&](std::string_view sMember) {
         if (sMember == "SetCatLevel" || sMember == "AddCategoryName" || sMember == "RemoveCategoryName")
             Modified({cCut});
     };

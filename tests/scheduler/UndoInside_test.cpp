@@ -81,7 +81,7 @@ public:
     }
     void AtCall(FakeCut& cCut, const std::string& sCalled)
     {
-        cCut.OnCall = [=, this](const std::string& sMember) {
+        cCut.OnCall = [=, this](std::string_view sMember) {
             if (sMember == sCalled)
                 EditOnce();
         };
@@ -135,7 +135,7 @@ TEST_F(UndoInsideTest, InAUnitThatChangesNothingItIsTheStep)
 
 TEST_F(UndoInsideTest, ACategoryIsNotRenamedInside)
 {
-    CutOf(L"b")->OnCall = [this](const std::string& sMember) {
+    CutOf(L"b")->OnCall = [this](std::string_view sMember) {
         if (sMember == "SetCatLevel")
             bEdited = Man().RenameMainCat(L"Pop", L"Folk");
     };
@@ -189,7 +189,7 @@ TEST_F(UndoInsideTest, AReloadEndsARemovalAndOneUndoTakesItBack)
 TEST_F(UndoInsideTest, ItIsTheStepWhenTheUnitFails)
 {
     const std::wstring sBefore = State();
-    CutOf(L"b")->OnCall = [this](const std::string& sMember) {
+    CutOf(L"b")->OnCall = [this](std::string_view sMember) {
         if (sMember != "SetCategoryText" || std::exchange(bEdited, true))
             return;
         Man().AssignCut(CutOf(L"a"), 7, {L"Rock"});

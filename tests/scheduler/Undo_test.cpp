@@ -408,7 +408,7 @@ TEST_F(UndoTest, IsRefusedInsideAChangeOfCuts)
     MoveTo(L"f", 1);
     const std::wstring before = State();
     std::int32_t lNumber = 0;
-    CutOf(L"b")->OnCall = [&](const std::string& sMember) {
+    CutOf(L"b")->OnCall = [&](std::string_view sMember) {
         if (sMember == "RemoveCategoryName")
             lNumber = NumberOf([&] { Man().Undo(); });
     };
@@ -424,7 +424,7 @@ TEST_F(UndoTest, IsRefusedInsideAChangeOfCuts)
 TEST_F(UndoTest, ATreeThatIsReplacedInsideStopsIt)
 {
     Move({L"a", L"b"}, Level(L"Pop", 1));
-    CutOf(L"b")->OnCall = [&](const std::string& sMember) {
+    CutOf(L"b")->OnCall = [&](std::string_view sMember) {
         if (sMember != "SetCategoryText")
             return;
         CutOf(L"b")->OnCall = nullptr;
@@ -435,7 +435,7 @@ TEST_F(UndoTest, ATreeThatIsReplacedInsideStopsIt)
     EXPECT_EQ(Man().Undo(), L"Undone: move of 2 cuts to Pop 1");
     EXPECT_EQ(Order(L"Rock", 1), (Keys{L"a", L"b", L"c", L"d", L"e", L"f"}));
     Move({L"b"}, Level(L"Pop", 1));
-    CutOf(L"b")->OnCall = [&](const std::string&) {
+    CutOf(L"b")->OnCall = [&](std::string_view) {
         CutOf(L"b")->OnCall = nullptr;
         CutOf(L"b")->SetCatLevel(7);
         cLib.Populate();

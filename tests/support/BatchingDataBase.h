@@ -70,8 +70,8 @@ private:
         static void Restore(Cut& cCut, const Cut& cBefore)
         {
             auto* pFake = dynamic_cast<FakeCut*>(&cCut);
-            const std::set<std::string> failing =
-                pFake ? std::exchange(pFake->failing, {}) : std::set<std::string>();
+            const std::set<std::string, std::less<>> failing =
+                pFake ? std::exchange(pFake->failing, {}) : std::set<std::string, std::less<>>();
             cCut.SetCategoryText(cBefore.CategoryText());
             cCut.SetCatLevel(cBefore.CatLevel());
             if (pFake)

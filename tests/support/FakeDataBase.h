@@ -56,23 +56,23 @@ private:
     struct Record
     {
         std::shared_ptr<Cut> cValues = std::make_shared<Values>();
-        std::set<std::string> failing;
-        std::map<std::string, int> calls;
+        std::set<std::string, std::less<>> failing;
+        std::map<std::string_view, int> calls; // by literals
         bool bClonesNothing = false;
         std::int32_t lID = 0;
-        std::function<void(const std::string& sMember)> OnCall;
+        std::function<void(std::string_view sMember)> OnCall;
     };
     std::shared_ptr<Record> m_cRecord;
     explicit FakeCut(std::shared_ptr<Record> cRecord) : m_cRecord(std::move(cRecord)) {}
 
 public:
     // Names of members that fail from now on, e.g. "Artist".
-    std::set<std::string>& failing = m_cRecord->failing;
-    std::map<std::string, int>& calls = m_cRecord->calls;
+    std::set<std::string, std::less<>>& failing = m_cRecord->failing;
+    std::map<std::string_view, int>& calls = m_cRecord->calls;
     bool& bClonesNothing = m_cRecord->bClonesNothing;
     std::int32_t& lID = m_cRecord->lID; // the database's number
     // Called at the start of every member's call, with its name: a host's cut may do anything there.
-    std::function<void(const std::string& sMember)>& OnCall = m_cRecord->OnCall;
+    std::function<void(std::string_view sMember)>& OnCall = m_cRecord->OnCall;
 
     TextKey Key() const override { return In("Key").Key(); }
     // The database's own look at the key, which neither fails nor counts as a call.
@@ -131,12 +131,12 @@ public:
     }
 
 private:
-    Cut& In(const char* sMember) const
+    Cut& In(std::string_view sMember) const // a literal
     {
         ++calls[sMember];
         if (OnCall)
             OnCall(sMember);
-        if (failing.contains(sMember))
+        if (!failing.empty() && failing.contains(sMember))
             throw RuntimeError(error::ObjectNotSet);
         return *m_cRecord->cValues;
     }

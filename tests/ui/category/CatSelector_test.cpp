@@ -54,7 +54,7 @@ struct Selector : CategoryTest
     // Something that happens once, while the first cut is read.
     void WhileReading(const std::function<void()>& happens)
     {
-        CutOf(0)->OnCall = [this, happens](const std::string&) {
+        CutOf(0)->OnCall = [this, happens](std::string_view) {
             const auto now = happens; // outlives the hook
             CutOf(0)->OnCall = nullptr;
             now();

@@ -172,7 +172,7 @@ TEST_P(FindTest, TheQueryStaysWhenNodesAndNewsAreShown)
 TEST_P(FindTest, LargeListsAreReadInShortSteps)
 {
     for (const std::shared_ptr<FakeCut>& cCut : m_colCuts)
-        cCut->OnCall = [this](const std::string& sMember) {
+        cCut->OnCall = [this](std::string_view sMember) {
             if (sMember == "Artist") // each cut takes 10 ms
                 cPorts.cClock.SetTickCount(cPorts.cClock.TickCount() + 10);
         };
@@ -200,7 +200,7 @@ TEST_P(FindTest, ARefreshOfANarrowedListKeepsItsPlaceAndSelection)
         cGridView.Select({1});
         cGridView.lCurrent = 1;
         for (const std::shared_ptr<FakeCut>& cCut : m_colCuts)
-            cCut->OnCall = [this](const std::string& sMember) {
+            cCut->OnCall = [this](std::string_view sMember) {
                 if (sMember == "Artist") // each cut takes 10 ms
                     cPorts.cClock.SetTickCount(cPorts.cClock.TickCount() + 10);
             };
@@ -222,7 +222,7 @@ TEST_P(FindTest, ARefreshOfANarrowedListKeepsItsPlaceAndSelection)
 TEST_P(FindTest, WhatIsSelectedWhileCutsAreReadStays)
 {
     for (const std::shared_ptr<FakeCut>& cCut : m_colCuts)
-        cCut->OnCall = [this](const std::string& sMember) {
+        cCut->OnCall = [this](std::string_view sMember) {
             if (sMember == "Artist")
                 cPorts.cClock.SetTickCount(cPorts.cClock.TickCount() + 10);
         };

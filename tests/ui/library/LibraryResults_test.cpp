@@ -74,7 +74,7 @@ TEST_P(LibraryResultsTest, LengthsOfManyCutsAreAddedPieceByPiece)
     {
         const std::shared_ptr<FakeCut> cCut = Add(L"more" + std::to_wstring(i), L"", 1);
         cCut->SetDurationmS(60'000);
-        cCut->OnCall = [this](const std::string&) { cPorts.cClock.Advance(1); };
+        cCut->OnCall = [this](std::string_view) { cPorts.cClock.Advance(1); };
     }
     Do(mnuReloadAll);
     Do(mnuSelectAllGrid);

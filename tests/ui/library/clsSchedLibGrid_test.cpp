@@ -136,7 +136,7 @@ TEST_P(SchedLibGridTest, ACutThatClearsTheListWhenAskedIsKept)
         auto cCut = std::make_shared<FakeCut>();
         const std::weak_ptr<FakeCut> cWeak = cCut;
         bool bKept = false;
-        cCut->OnCall = [&](const std::string& sAsked) {
+        cCut->OnCall = [&](std::string_view sAsked) {
             if (sAsked != sMember || Grid().RowCount() == 0)
                 return;
             Grid().Clear();

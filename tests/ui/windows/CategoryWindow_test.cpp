@@ -325,7 +325,7 @@ TEST_F(CategoryWindow, ItIsHiddenAsSoonAsItIsClosed)
     request.cCut = CutOf(3);
     request.bAllowMultiSelect = true;
     bool bAsked = false;
-    std::static_pointer_cast<FakeCut>(request.cCut)->OnCall = [&](const std::string& sMember) {
+    std::static_pointer_cast<FakeCut>(request.cCut)->OnCall = [&](std::string_view sMember) {
         if (sMember != "SetCategoryText")
             return;
         bAsked = true;
@@ -589,7 +589,7 @@ void CALLBACK UseAndClose(HWND, UINT, UINT_PTR, DWORD)
 
 } // namespace
 
-TEST_F(CategoryWindow, FiftyOpeningsLeaveNothingBehind)
+TEST_F(CategoryWindow, OpeningsLeaveNothingBehind)
 {
     const long lUsers = cState.cSchedMan.use_count();
     ExpectNoHandlesLeft([&] { EXPECT_EQ(cState.cSchedMan->ShowCatUI(request), lNotChosen); }, UseAndClose);

@@ -189,9 +189,7 @@ TEST_F(OtherLibraryGrid, AHundredThousandCutsAreAskedOnlyForWhatIsPainted)
             1, L"Artist " + std::to_wstring(i % 700));
     std::atomic<int> lAsked = 0;
     for (const auto& cCut : cState.cDataBase->colCuts)
-        static_cast<FakeCut&>(*cCut).OnCall = [&](const std::string& sMember) {
-            lAsked += sMember == "Title";
-        };
+        static_cast<FakeCut&>(*cCut).OnCall = [&](std::string_view sMember) { lAsked += sMember == "Title"; };
     Open([&](const User& user) {
         constexpr int lPainted = 400; // some paintings of the forty visible rows
         const auto asked = [&] { return lAsked.exchange(0); };

@@ -179,7 +179,7 @@ TEST_F(LibraryWindow, LongCommandDisablesTheControlsAndRestoresTheFocus)
         user.Click(hGrid);
         bool bAsked = false;
         // Reading the database takes longer than the window waits before it disables its controls.
-        cCut.OnCall = [&](const std::string&) {
+        cCut.OnCall = [&](std::string_view) {
             if (std::exchange(bAsked, true))
                 return;
             const DWORD lStart = ::GetTickCount();
@@ -344,7 +344,7 @@ void CALLBACK UseAndClose(HWND, UINT, UINT_PTR, DWORD)
 
 } // namespace
 
-TEST_F(LibraryWindow, FiftyOpeningsLeaveNothingBehind)
+TEST_F(LibraryWindow, OpeningsLeaveNothingBehind)
 {
     cState.Populate();
     const long lUsers = cState.cSchedMan.use_count();

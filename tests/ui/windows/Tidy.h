@@ -21,7 +21,8 @@ Faults Untidiness(HWND hWindow);
 // The focusable controls without a name for screen readers: no text of their own and no label before them.
 Faults Nameless(HWND hWindow);
 
-// Opens a window 50 times, which a timer's procedure uses and closes, and expects no more handles afterwards.
+// Opens a window 15 times (50 with RAVLO_LONG), which a timer's procedure uses and closes, and expects no
+// more handles afterwards.
 void ExpectNoHandlesLeft(const std::function<void()>& open, TIMERPROC useAndClose);
 
 } // namespace ravlo::test
