@@ -181,7 +181,7 @@ void BareAtPosition(benchmark::State& state)
     ForEach(state, [&](std::size_t i) { benchmark::DoNotOptimize(colItems[i].get()); });
 }
 
-const bool bAdded =
+const bool bCollectionsAdded =
     AddRatio({"collection: add at end", "unordered_map and list", colAllSizes, &Add, &BareAdd, 3.0}) &&
     AddRatio({"collection: find by key", "unordered_map", colAllSizes, &FindByKey, &BareFind, 3.0}) &&
     AddRatio({"collection: find by text", "unordered_map", colAllSizes, &FindByText, &BareFind, 5.0}) &&

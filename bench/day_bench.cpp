@@ -22,7 +22,7 @@ using SteadyClock = std::chrono::steady_clock;
 constexpr double dSlotDays = 3.0 / (24 * 60);
 
 constexpr int lSlots = 1'000; // a round: a few days
-constexpr std::int64_t scatter = 7'919;
+constexpr std::int64_t lineScatter = 7'919;
 
 // A folder of the program's own, deleted at its end.
 struct Folder
@@ -46,7 +46,7 @@ struct FileStation
         for (std::int64_t i = 0; i < cuts; ++i)
         {
             // A factor coprime to the count scatters each artist's cuts over the orders.
-            colCuts.push_back(LibraryCut(i * scatter % cuts));
+            colCuts.push_back(LibraryCut(i * lineScatter % cuts));
         }
         cStore->Open(sFile);
         cStore->AddCuts(colCuts);
@@ -153,12 +153,12 @@ void PicksAndRows(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * lSlots);
 }
 
-const bool bAdded = AddRatio({"a slot of a day with the embedded database",
-                              "a pick and a row updated in a batch",
-                              {1'000, 10'000, 100'000},
-                              &Slots,
-                              &PicksAndRows,
-                              3.0});
+const bool bDayAdded = AddRatio({"a slot of a day with the embedded database",
+                                 "a pick and a row updated in a batch",
+                                 {1'000, 10'000, 100'000},
+                                 &Slots,
+                                 &PicksAndRows,
+                                 3.0});
 
 } // namespace
 

@@ -101,12 +101,12 @@ void FindTwice(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-const std::vector<std::int64_t> colSizes{1'000, 10'000, 100'000};
+const std::vector<std::int64_t> colFindSizes{1'000, 10'000, 100'000};
 
-const bool bRead = AddRatio(
-    {"find: reading a cut's texts", "a copy of the same four texts", colSizes, &ReadAll, &CopyTexts, 6.0});
+const bool bRead = AddRatio({"find: reading a cut's texts", "a copy of the same four texts", colFindSizes,
+                             &ReadAll, &CopyTexts, 6.0});
 const bool bKey = AddRatio({"find: a key, per listed cut", "the same two searches in the folded text",
-                            colSizes, &Narrow, &FindTwice, 4.0});
+                            colFindSizes, &Narrow, &FindTwice, 4.0});
 
 } // namespace
 

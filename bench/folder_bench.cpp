@@ -115,12 +115,12 @@ void ReadFiles(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-const bool bImport = AddRatio({"import of a folder, per file",
-                               "reading the same files of 64 kB, per file",
-                               {2'000, 10'000},
-                               &ImportFolder,
-                               &ReadFiles,
-                               20});
+const bool bFolderAdded = AddRatio({"import of a folder, per file",
+                                    "reading the same files of 64 kB, per file",
+                                    {2'000, 10'000},
+                                    &ImportFolder,
+                                    &ReadFiles,
+                                    20});
 const bool bAgain = AddRatio({"import of an unchanged folder, per file",
                               "reading the same files of 64 kB, per file",
                               {2'000, 10'000},

@@ -17,7 +17,7 @@ namespace ravlo::bench
 namespace
 {
 
-constexpr std::int64_t scatter = 7'919; // scatters each artist's cuts over the orders
+constexpr std::int64_t artistScatter = 7'919; // scatters each artist's cuts over the orders
 constexpr int lCategories = 6;
 constexpr int lLevels = 4;
 constexpr std::int32_t lDurationmS = 180'000;
@@ -40,7 +40,7 @@ struct Station
         }
         for (std::int64_t i = 0; i < cuts; ++i)
         {
-            const std::int64_t number = i * scatter % cuts;
+            const std::int64_t number = i * artistScatter % cuts;
             const std::shared_ptr<Cut> cCut = MadeUpCut(number);
             const CutNumber added = snapshot->Add({{cCut->Key(), cCut->ArtistKey(), cCut->TitleKey(),
                                                     cCut->AlbumKey(), 0, lDurationmS, dtStart - 1, false},
@@ -156,7 +156,7 @@ void CopiedCuts(benchmark::State& state)
 }
 
 constexpr const char* sPicks = "the same picks from a copy that is kept";
-const bool bAdded =
+const bool bForecastAdded =
     AddRatio({"a simulated week, per slot",
               sPicks,
               {1'000, 5'000},

@@ -125,12 +125,12 @@ void Populate(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-const bool bImport = AddRatio({"import into a station of 10 000 cuts, per cut",
-                               "population with its saved orders, per cut",
-                               {10'000, 20'000},
-                               &Import,
-                               &Populate,
-                               2.0});
+const bool bImportAdded = AddRatio({"import into a station of 10 000 cuts, per cut",
+                                    "population with its saved orders, per cut",
+                                    {10'000, 20'000},
+                                    &Import,
+                                    &Populate,
+                                    2.0});
 const bool bLinear = AddRatio(
     {"import of n cuts, per cut", "import of n / 2 cuts, per cut", {20'000}, &Import, &ImportHalf, 1.3});
 

@@ -68,11 +68,11 @@ private:
 
 // Categories Cat0, Cat1 ... whose picks save. Each pick comes more than a second after the previous one, so
 // it retries a failed save.
-struct Station
+struct LockedStation
 {
     static constexpr int lCats = 31;
 
-    explicit Station(std::int64_t cuts)
+    explicit LockedStation(std::int64_t cuts)
     {
         sFolder = (std::filesystem::temp_directory_path() / "ravlo-picks-XXXXXX").string();
         if (!mkdtemp(sFolder.data()))
@@ -87,13 +87,13 @@ struct Station
         cSchedMan->PopulateFromDataBase(cDataBase, std::wstring(sFolder.begin(), sFolder.end()));
         cSchedMan->SaveHistoryAndOrdering(nullptr);
     }
-    ~Station()
+    ~LockedStation()
     {
         cSchedMan.reset();
         std::filesystem::remove_all(sFolder);
     }
-    Station(const Station&) = delete;
-    Station& operator=(const Station&) = delete;
+    LockedStation(const LockedStation&) = delete;
+    LockedStation& operator=(const LockedStation&) = delete;
 
     void Lock(int lCat)
     {
@@ -116,13 +116,13 @@ struct Station
 
 // lOwed: how many other categories have a locked file and a failed save; bOwn: whether the picked category's
 // file is locked too.
-template <int lOwed, bool bOwn> void Picks(benchmark::State& state)
+template <int lOwed, bool bOwn> void LockedPicks(benchmark::State& state)
 {
-    static std::map<std::int64_t, std::unique_ptr<Station>> colStations;
-    std::unique_ptr<Station>& station = colStations[state.range(0)];
+    static std::map<std::int64_t, std::unique_ptr<LockedStation>> colStations;
+    std::unique_ptr<LockedStation>& station = colStations[state.range(0)];
     if (!station)
     {
-        station = std::make_unique<Station>(state.range(0));
+        station = std::make_unique<LockedStation>(state.range(0));
         for (int lCat = 1; lCat <= lOwed; ++lCat)
         {
             station->Lock(lCat);
@@ -136,17 +136,17 @@ template <int lOwed, bool bOwn> void Picks(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
-const std::vector<std::int64_t> colSizes{100, 1'000};
+const std::vector<std::int64_t> colLockedSizes{100, 1'000};
 // A pick with failed saves to retry writes two files at most, so it costs two picks and the log lines of the
 // errors.
 constexpr double dLimit = 2.2;
 
-const bool bLocked = AddRatio({"pick whose own file is locked", "pick that saves", colSizes, &Picks<0, true>,
-                               &Picks<0, false>, dLimit, true});
-const bool bOwed = AddRatio({"pick with 30 locked files owed", "pick that saves", colSizes, &Picks<30, false>,
-                             &Picks<0, false>, dLimit, true});
-const bool bBoth = AddRatio({"pick with all 31 files locked", "pick that saves", colSizes, &Picks<30, true>,
-                             &Picks<0, false>, dLimit, true});
+const bool bLocked = AddRatio({"pick whose own file is locked", "pick that saves", colLockedSizes,
+                               &LockedPicks<0, true>, &LockedPicks<0, false>, dLimit, true});
+const bool bOwed = AddRatio({"pick with 30 locked files owed", "pick that saves", colLockedSizes,
+                             &LockedPicks<30, false>, &LockedPicks<0, false>, dLimit, true});
+const bool bBoth = AddRatio({"pick with all 31 files locked", "pick that saves", colLockedSizes,
+                             &LockedPicks<30, true>, &LockedPicks<0, false>, dLimit, true});
 
 } // namespace
 

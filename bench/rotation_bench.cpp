@@ -173,14 +173,15 @@ void BareWalkWithLines(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-const bool bAdded = AddRatio({"pick whose head fits", "one splice, three look-ups, one clone", colAllSizes,
-                              &PickWhoseHeadFits<Log::None>, &BarePick, 5.0}) &&
-                    AddRatio({"pick whose head fits, with its log", "the same and six stamped lines",
-                              colAllSizes, &PickWhoseHeadFits<Log::Written>, &BarePickWithLines, 0}) &&
-                    AddRatio({"walk over violators, a cut", "one splice, three look-ups", colAllSizes,
-                              &WalkOverViolators<Log::None>, &BareWalk, 4.0}) &&
-                    AddRatio({"walk over violators with its log, a cut", "the same and three stamped lines",
-                              colAllSizes, &WalkOverViolators<Log::Written>, &BareWalkWithLines, 0});
+const bool bRotationAdded =
+    AddRatio({"pick whose head fits", "one splice, three look-ups, one clone", colAllSizes,
+              &PickWhoseHeadFits<Log::None>, &BarePick, 5.0}) &&
+    AddRatio({"pick whose head fits, with its log", "the same and six stamped lines", colAllSizes,
+              &PickWhoseHeadFits<Log::Written>, &BarePickWithLines, 0}) &&
+    AddRatio({"walk over violators, a cut", "one splice, three look-ups", colAllSizes,
+              &WalkOverViolators<Log::None>, &BareWalk, 4.0}) &&
+    AddRatio({"walk over violators with its log, a cut", "the same and three stamped lines", colAllSizes,
+              &WalkOverViolators<Log::Written>, &BareWalkWithLines, 0});
 
 } // namespace
 

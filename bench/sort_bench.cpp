@@ -51,12 +51,12 @@ void SortTexts(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-const bool bAdded = AddRatio({"sort the list by a heading",
-                              "std::sort of the same texts",
-                              {1'000, 10'000, 100'000},
-                              &SortView,
-                              &SortTexts,
-                              3.0});
+const bool bSortAdded = AddRatio({"sort the list by a heading",
+                                  "std::sort of the same texts",
+                                  {1'000, 10'000, 100'000},
+                                  &SortView,
+                                  &SortTexts,
+                                  3.0});
 
 } // namespace
 

@@ -32,7 +32,7 @@ void Spread(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-const bool bAdded = AddRatio(
+const bool bSpreadAdded = AddRatio(
     {"spread of a level", "shuffle of the level", {1'000, 10'000, 100'000}, &Spread, &Shuffle, 10.0});
 
 } // namespace

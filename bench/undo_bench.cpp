@@ -97,7 +97,7 @@ void UndoMove(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-const bool bAdded =
+const bool bUndoAdded =
     AddRatio({"undo of a move, per cut", "the move", {100, 5'000}, &UndoMove, &MoveCuts, 2.0, true});
 
 } // namespace

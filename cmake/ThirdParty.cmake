@@ -97,6 +97,10 @@ target_include_directories(cli11 SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/include/cl
 if(BUILD_TESTING)
   set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
   add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+  target_compile_options(gtest PRIVATE -O0)
+  if(RAVLO_SANITIZE)
+    target_compile_options(gtest PRIVATE -fno-sanitize=all)
+  endif()
 endif()
 
 # Google Benchmark, native builds only: target benchmark::benchmark.
