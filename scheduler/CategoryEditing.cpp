@@ -150,6 +150,9 @@ void CategoryEditing::ReorderCategories(const Cats& colPresent, const wchar_t* s
 {
     AffectedCats cAffected;
     UnitRecord cUnit(m_cState);
+    const std::wstring sStep = sWhat + ListCats(colPresent, mostInUndoText);
+    if (colPresent.size() > 1)
+        cUnit.WorkInParts(sStep);
     std::optional<RuntimeError> cFailed;
     for (const Chosen& chosen : ChosenOf(PresentOf(m_cState, colPresent))) // the host may have reloaded
     {
@@ -172,9 +175,9 @@ void CategoryEditing::ReorderCategories(const Cats& colPresent, const wchar_t* s
         }
         cAffected.Touch(chosen.cMainCat->CatName());
     }
-    cUnit.End([&](const ChangeRecord& record, std::size_t) {
-        m_cState.cUndo.Add(sWhat + ListCats(colPresent, mostInUndoText), record);
-    });
+    if (cAffected.Count() > 1) // the files are saved one after the other
+        cUnit.WriteAhead({}, {});
+    cUnit.End([&](const ChangeRecord& record, std::size_t) { m_cState.cUndo.Add(sStep, record); });
     SaveReordered(cAffected);
     if (cFailed)
         throw *cFailed;

@@ -42,6 +42,12 @@ public:
         OnChange();
         ForwardingFiles::WriteNew(sPath, bytes);
     }
+    void Append(const std::wstring& sPath, std::string_view bytes) override
+    {
+        if (sPath.ends_with(L".parts")) // not the log
+            OnChange();
+        ForwardingFiles::Append(sPath, bytes);
+    }
     void Rename(const std::wstring& sFrom, const std::wstring& sTo, Patience ePatience) override
     {
         OnChange();
@@ -123,6 +129,14 @@ private:
     Cuts m_colCommitted;
 };
 
+std::set<std::wstring> CutsOf(const FaultyStation& p)
+{
+    std::set<std::wstring> colCuts;
+    for (const std::shared_ptr<Cut>& cCut : p.desk.Man().DataBase()->AllCuts())
+        colCuts.insert(cCut->Key().Text() + std::to_wstring(cCut->CatLevel()) + cCut->CategoryText());
+    return colCuts;
+}
+
 class UndoFaultsTest : public testing::TestWithParam<std::tuple<std::size_t, UndoFaultWay>>
 {
 protected:
@@ -200,20 +214,14 @@ TEST_P(UndoFaultsTest, AWriteThatFailsLeavesItWholeOrNotAtAll)
 // start understands: it finds every cut in the levels of before, or every one in those of after.
 TEST_P(UndoFaultsTest, AKillLeavesItWholeOrNotAtAll)
 {
-    const auto cutsOf = [](const FaultyStation& p) {
-        std::set<std::wstring> colCuts;
-        for (const std::shared_ptr<Cut>& cCut : p.desk.Man().DataBase()->AllCuts())
-            colCuts.insert(cCut->Key().Text() + std::to_wstring(cCut->CatLevel()) + cCut->CategoryText());
-        return colCuts;
-    };
     FaultyStation p;
     p.Prepare(Kind(), Direction());
-    const auto colBefore = cutsOf(p);
+    const auto colBefore = CutsOf(p);
     std::vector<KilledState> colLeft;
     p.cFiles.OnChange = [&] { colLeft.push_back(p.Leave()); };
     p.Reverse(Direction());
     p.cFiles.OnChange = [] {};
-    const auto colAfter = cutsOf(p);
+    const auto colAfter = CutsOf(p);
     const Lines colLevelsAfter = p.desk.Levels();
     ASSERT_GT(colLeft.size(), 1u);
     for (std::size_t at = 0; at < colLeft.size(); ++at)
@@ -221,19 +229,58 @@ TEST_P(UndoFaultsTest, AKillLeavesItWholeOrNotAtAll)
         SCOPED_TRACE("killed at write " + std::to_string(at + 1));
         FaultyStation next(&colLeft[at]);
         EXPECT_EQ(next.cPorts.cMessages.Boxes, Boxes());
-        const auto colCuts = cutsOf(next);
+        const auto colCuts = CutsOf(next);
         EXPECT_TRUE(colCuts == colBefore || colCuts == colAfter);
         EXPECT_TRUE(next.desk.Man().CanUndo() || next.desk.Man().CanRedo()) << "the steps are there";
         // It can be gone again: what the killed one did is as others would have done it.
         if (Direction() == UndoFaultWay::Undo ? next.desk.Man().CanUndo() : next.desk.Man().CanRedo())
             next.Reverse(Direction());
-        EXPECT_EQ(cutsOf(next), colAfter);
+        EXPECT_EQ(CutsOf(next), colAfter);
         if (colCuts == colBefore)
         {
             EXPECT_EQ(next.desk.Levels(), colLevelsAfter);
         }
     }
 }
+
+class KilledWorkTest : public testing::TestWithParam<std::size_t>
+{
+};
+
+// The next start finds all cuts as they were, or all of them changed, or a step that takes back what was
+// done. Where the cuts stay as they are, that holds for the orders.
+TEST_P(KilledWorkTest, IsWholeOrNotAtAllOrCanBeUndone)
+{
+    FaultyStation p;
+    const auto colCutsBefore = CutsOf(p);
+    const Lines colBefore = p.desk.Levels();
+    std::vector<KilledState> colLeft;
+    p.cFiles.OnChange = [&] { colLeft.push_back(p.Leave()); };
+    const UndoKind& kind = UndoKinds()[GetParam()];
+    kind.second(p.desk);
+    p.cFiles.OnChange = [] {};
+    const auto colCutsAfter = CutsOf(p);
+    const Lines colAfter = p.desk.Levels();
+    // A new category is saved before its first level.
+    const bool bOrders = colCutsAfter == colCutsBefore && !std::wstring_view(kind.first).starts_with(L"new ");
+    ASSERT_GT(colLeft.size(), 1u);
+    for (std::size_t at = 0; at < colLeft.size(); ++at)
+    {
+        SCOPED_TRACE("killed at write " + std::to_string(at + 1));
+        FaultyStation next(&colLeft[at]);
+        EXPECT_EQ(next.cPorts.cMessages.Boxes, Boxes());
+        const auto colCuts = CutsOf(next);
+        const Lines colNow = next.desk.Levels();
+        if (bOrders ? colNow == colBefore || colNow == colAfter
+                    : colCuts == colCutsBefore || colCuts == colCutsAfter)
+            continue;
+        ASSERT_TRUE(next.desk.Man().CanUndo()) << testing::PrintToString(colNow);
+        next.desk.Man().Undo();
+        EXPECT_EQ(next.desk.Levels(), colBefore);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(UndoTest, KilledWorkTest, testing::Range(std::size_t{0}, UndoKinds().size()));
 
 INSTANTIATE_TEST_SUITE_P(UndoTest, UndoFaultsTest,
                          testing::Combine(testing::Range(std::size_t{0}, UndoKinds().size()),
