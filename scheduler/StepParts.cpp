@@ -63,6 +63,11 @@ std::vector<StepParts::Found> PartsIn(std::string_view rest)
 
 } // namespace
 
+bool PartsAreLeft(const Files& cFiles, const std::wstring& sAppPath)
+{
+    return cFiles.FileExists(sAppPath + L"Scheduler\\" + sPartsFileName);
+}
+
 void StepParts::Begin(const std::wstring& sPath, const std::string& check, const std::wstring& sWhat)
 {
     m_sPath = sPath;

@@ -188,7 +188,7 @@ try
     EncodeRecord(found->record, cTables);
     if (IsForeign(cTables))
         return;
-    older.colUndo.push_back({0, L"interrupted " + found->sWhat, EncodeRecord(found->record, older.cTables)});
+    older.colUndo.push_back({0, sInterrupted + found->sWhat, EncodeRecord(found->record, older.cTables)});
     older.colRedo.clear();
     m_cMod.WriteDebugLog(L"Interrupted, and can be undone: " + found->sWhat);
 }

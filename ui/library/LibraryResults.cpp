@@ -4,6 +4,7 @@
 #include "base/ScopedFlag.h"
 #include "base/Text.h"
 #include "scheduler/CategoryEditing.h"
+#include "scheduler/StepParts.h"
 #include "ui/library/NodeKey.h"
 
 #include <unordered_map>
@@ -99,6 +100,13 @@ void LibraryResults::SayLastStep(const clsSchedMan& cSchedMan, const std::wstrin
     const std::wstring sNow = cSchedMan.UndoText();
     if (sNow != sUndoBefore && sNow.size() > sUndo.size())
         Say(L"Last change: " + sNow.substr(sUndo.size()));
+}
+
+void LibraryResults::SayInterrupted(const clsSchedMan& cSchedMan)
+{
+    const std::wstring sBegin = std::wstring(L"Undo ") + sInterrupted;
+    if (const std::wstring sNext = cSchedMan.UndoText(); sNext.starts_with(sBegin))
+        Say(L"The " + sNext.substr(sBegin.size()) + L" was interrupted; Undo brings back what it has done");
 }
 
 void LibraryResults::Concern(std::size_t cuts) { m_cView.SetResult(L"Concerns " + CountedCuts(cuts)); }

@@ -42,6 +42,8 @@ public:
     void Say(const std::wstring& sResult) { m_sResult = sResult; }
     // The last step to undo, made in a window that was open; nothing when that is still sUndoBefore.
     void SayLastStep(const clsSchedMan& cSchedMan, const std::wstring& sUndoBefore);
+    // The next step to undo, when a program was killed in it.
+    void SayInterrupted(const clsSchedMan& cSchedMan);
     // How many cuts the question concerns that is about to be asked. Shown at once, until the command's end.
     void Concern(std::size_t cuts);
     // The user has begun a command; a command or a refresh has ended and nothing runs any more.

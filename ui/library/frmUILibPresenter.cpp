@@ -4,6 +4,7 @@
 #include "base/ScopedFlag.h"
 #include "base/Text.h"
 #include "scheduler/CategoryEditing.h"
+#include "scheduler/StepParts.h"
 #include "ui/library/NodeKey.h"
 
 #include <algorithm>
@@ -62,6 +63,7 @@ void frmUILibPresenter::ShowModalUI()
         return;
     }
     const ScopedFlag cShowing(m_bShowing);
+    m_bLookedForParts = false;
     m_cWork.Opened();
     m_cWork.Try(L"frmUILib.Form_Load", [&] {
         m_cPanes.Load(*cSchedMan);
@@ -72,8 +74,13 @@ void frmUILibPresenter::ShowModalUI()
 
 void frmUILibPresenter::Tick() noexcept
 {
-    if (const std::shared_ptr<clsSchedMan> cSchedMan = m_cWork.SchedMan(); cSchedMan && !m_cWork.Running())
-        cSchedMan->SavePostponedSteps();
+    const std::shared_ptr<clsSchedMan> cSchedMan = m_cWork.SchedMan();
+    if (!cSchedMan || m_cWork.Running())
+        return;
+    // First: saving may delete what is left. Not while the window opens, since the steps may be many.
+    if (!std::exchange(m_bLookedForParts, true) && PartsAreLeft(m_cMod.Ports().cFiles, cSchedMan->AppPath()))
+        m_cWork.GoOn(L"frmUILib.Tick", [this](clsSchedMan& cMan) { m_cResults.SayInterrupted(cMan); });
+    cSchedMan->SavePostponedSteps();
 }
 
 void frmUILibPresenter::GoTo(const std::wstring& sLevelKey, const TextKey& cCutKey)

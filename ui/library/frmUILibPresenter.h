@@ -98,6 +98,7 @@ private:
     CutMenu m_cCutMenu;
     std::function<void(clsSchedMan& cSchedMan)> m_GoTo; // to do with the next refresh; empty for nothing
     bool m_bShowing = false;
+    bool m_bLookedForParts = false; // of a killed program's step
 };
 
 } // namespace ravlo

@@ -2,6 +2,8 @@
 #include "ui/library/LibraryRotation.h"
 
 #include "frmUILibTest.h"
+#include "scheduler/StepParts.h"
+#include "scheduler/UndoRecords.h"
 
 namespace ravlo::test
 {
@@ -164,6 +166,21 @@ TEST_P(LibraryRotationTest, StepsThatWereNotWrittenAreWrittenWhenNothingRuns)
     cPorts.cFiles.ClearOperations();
     cForm.Tick();
     EXPECT_EQ(cPorts.cFiles.Operations(), Lines()) << "nothing is owed";
+}
+
+TEST_P(LibraryRotationTest, AnInterruptedStepIsSaidWhenTheWindowOpens)
+{
+    cForm.Tick();
+    ChangeRecord record;
+    record.colOrders = {{{L"Rock", 1}, {TextKey(L"b"), TextKey(L"a")}}};
+    StepParts cKilled(cLibrary.cMod);
+    cKilled.Begin(std::wstring(sRadio) + L"Scheduler\\Undo.parts", UndoFileCheck(""), L"deletion of Rock 1");
+    cKilled.Add(record);
+    cForm.Tick();
+    EXPECT_EQ(cView.sResult, L"") << "it is open for long";
+    cView.OnModal = [this] { cForm.Tick(); };
+    cForm.ShowModalUI();
+    EXPECT_EQ(cView.sResult, L"The deletion of Rock 1 was interrupted; Undo brings back what it has done");
 }
 
 TEST_P(LibraryRotationTest, SpreadingNeedsTicks)
