@@ -296,24 +296,17 @@ void CutFile::InsertPlay(const PlayRecord& play)
         .Run();
 }
 
-void CutFile::ForEachPlay(DateTime dtFrom, DateTime dtTo, const std::function<void(const PlayRecord&)>& visit)
+void CutFile::ForEachPlay(DateTime dtFrom, DateTime dtTo,
+                          const std::function<void(const RecordedPlay&)>& visit)
 {
     if (!HasLayout2())
         return;
-    TextPool cPool;
     sqlite::Statement row(m_cConnection, "SELECT * FROM plays WHERE played_at >= ? AND played_at < ? "
                                          "ORDER BY played_at, cut_key");
     row.Bind(1, dtFrom).Bind(2, dtTo);
     while (row.Step())
-    {
-        const std::wstring sNames = row.Text(6);
-        PlayRecord play{row.Real(0),           cPool.Of(row.Text(1)), cPool.Of(row.Text(2)),
-                        cPool.Of(row.Text(3)), cPool.Of(row.Text(4)), {},
-                        LongOf(row.Number(5)), LongOf(row.Number(7))};
-        if (!sNames.empty())
-            AddNames(play.colCategories, Split(sNames, L"/"));
-        visit(play);
-    }
+        visit({row.Real(0), row.Text(1), row.Text(2), row.Text(3), row.Text(4), LongOf(row.Number(5)),
+               row.Text(6), LongOf(row.Number(7))});
 }
 
 std::unordered_map<std::int32_t, ImportStamp> CutFile::ImportStamps()

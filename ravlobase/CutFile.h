@@ -37,7 +37,7 @@ public:
     // The file's cuts as of now, in its order.
     std::vector<StoredCut> Read();
     // The plays from dtFrom until before dtTo, in the order of their times.
-    void ForEachPlay(DateTime dtFrom, DateTime dtTo, const std::function<void(const PlayRecord&)>& visit);
+    void ForEachPlay(DateTime dtFrom, DateTime dtTo, const std::function<void(const RecordedPlay&)>& visit);
     // The stamps of imported files, by the numbers of their cuts.
     std::unordered_map<std::int32_t, ImportStamp> ImportStamps();
 

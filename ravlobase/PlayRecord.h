@@ -4,6 +4,7 @@
 #include "media/CutValues.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace ravlo
@@ -20,6 +21,19 @@ struct PlayRecord
     TextKey cAlbum;
     std::vector<TextKey> colCategories;
     std::int32_t lDurationmS = 0;
+    std::int32_t lCatLevel = 0;
+};
+
+// A play as it is read from the file: its texts as they are there.
+struct RecordedPlay
+{
+    DateTime dtPlayed = 0;
+    std::wstring sKey;
+    std::wstring sArtist;
+    std::wstring sTitle;
+    std::wstring sAlbum;
+    std::int32_t lDurationmS = 0;
+    std::wstring sCategories; // between slashes
     std::int32_t lCatLevel = 0;
 };
 

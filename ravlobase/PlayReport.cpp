@@ -20,16 +20,11 @@ constexpr const wchar_t* sArtistHeading = L"artist,plays,duration,first,last\n";
 
 std::wstring TwoDigits(std::int64_t number) { return (number < 10 ? L"0" : L"") + DecimalText(number); }
 
-std::wstring PlayLine(const PlayRecord& play)
+std::wstring PlayLine(const RecordedPlay& play)
 {
-    const std::wstring fields[] = {IsoText(play.dtPlayed),
-                                   play.cArtist.Text(),
-                                   play.cTitle.Text(),
-                                   play.cAlbum.Text(),
-                                   PlayLengthText(play.lDurationmS),
-                                   play.cKey.Text(),
-                                   JoinedNames(play.colCategories),
-                                   DecimalText(play.lCatLevel)};
+    const std::wstring fields[] = {
+        IsoText(play.dtPlayed),           play.sArtist, play.sTitle,      play.sAlbum,
+        PlayLengthText(play.lDurationmS), play.sKey,    play.sCategories, DecimalText(play.lCatLevel)};
     return CsvLine(fields);
 }
 
@@ -59,7 +54,7 @@ PlayReport::PlayReport(PlaysBy eBy)
 {
 }
 
-void PlayReport::Add(const PlayRecord& play)
+void PlayReport::Add(const RecordedPlay& play)
 {
     if (m_eBy == PlaysBy::Play)
     {
@@ -67,8 +62,8 @@ void PlayReport::Add(const PlayRecord& play)
         return;
     }
     const bool bCut = m_eBy == PlaysBy::Cut;
-    Sum& sum = m_sums[{FoldCase(play.cArtist.Text()), bCut ? FoldCase(play.cTitle.Text()) : L"",
-                       bCut ? FoldCase(play.cAlbum.Text()) : L"", bCut ? FoldCase(play.cKey.Text()) : L""}];
+    Sum& sum = m_sums[{FoldCase(play.sArtist), bCut ? FoldCase(play.sTitle) : L"",
+                       bCut ? FoldCase(play.sAlbum) : L"", bCut ? FoldCase(play.sKey) : L""}];
     if (sum.plays++ == 0)
         sum.first = play;
     sum.dtLast = play.dtPlayed;
@@ -77,10 +72,10 @@ void PlayReport::Add(const PlayRecord& play)
 
 std::wstring PlayReport::SumLine(const Sum& sum) const
 {
-    const PlayRecord& cut = sum.first;
-    std::vector<std::wstring> fields{cut.cArtist.Text()};
+    const RecordedPlay& cut = sum.first;
+    std::vector<std::wstring> fields{cut.sArtist};
     if (m_eBy == PlaysBy::Cut)
-        fields.insert(fields.end(), {cut.cTitle.Text(), cut.cAlbum.Text(), cut.cKey.Text()});
+        fields.insert(fields.end(), {cut.sTitle, cut.sAlbum, cut.sKey});
     fields.insert(fields.end(), {DecimalText(sum.plays), PlayLengthText(sum.lengthmS), IsoText(cut.dtPlayed),
                                  IsoText(sum.dtLast)});
     return CsvLine(fields);

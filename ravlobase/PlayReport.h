@@ -33,14 +33,14 @@ class PlayReport
 {
 public:
     explicit PlayReport(PlaysBy eBy);
-    void Add(const PlayRecord& play);
+    void Add(const RecordedPlay& play);
     // The whole report. Call it once, at the end.
     std::wstring Text();
 
 private:
     struct Sum
     {
-        PlayRecord first;
+        RecordedPlay first;
         DateTime dtLast = 0;
         std::int64_t plays = 0;
         std::int64_t lengthmS = 0;

@@ -190,7 +190,7 @@ std::wstring Store::PlaysCsv(DateTime dtFrom, DateTime dtTo, const std::wstring&
     if (m_cGathered.On() && !m_cBatches.Any())
         m_cGathered.Write(*m_pFile);
     PlayReport report(*eBy);
-    m_pFile->ForEachPlay(dtFrom, dtTo, [&](const PlayRecord& play) { report.Add(play); });
+    m_pFile->ForEachPlay(dtFrom, dtTo, [&](const RecordedPlay& play) { report.Add(play); });
     return report.Text();
 }
 

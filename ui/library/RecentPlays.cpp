@@ -14,38 +14,37 @@ namespace
 {
 
 constexpr std::uint32_t lMsBetweenReadings = 60'000;
+constexpr DateTime dtHour = 1.0 / 24;
 
-// Calls play with the time and the key of each line, if the heading names such columns.
+template <class Plays> std::size_t NumberIn(const Plays& colPlays, const TextKey& cKey)
+{
+    const auto found = colPlays.find(cKey);
+    return found == colPlays.end() ? 0 : found->second;
+}
+
+// Calls play with the key of each line, if the heading names such a column.
 class PlaysSink final : public CsvSink
 {
 public:
-    using Play = std::function<void(const std::string& start, const std::string& key)>;
-    explicit PlaysSink(Play play) : m_play(std::move(play)) {}
+    explicit PlaysSink(std::function<void(const std::string& key)> play) : m_play(std::move(play)) {}
 
-    bool HasColumns() const noexcept { return m_start && m_key; }
+    bool HasColumn() const noexcept { return m_key.has_value(); }
     void OnRow(std::size_t, std::span<const std::string> fields) override
     {
         if (!std::exchange(m_bHeading, true))
         {
-            m_start = ColumnOf(fields, "start");
-            m_key = ColumnOf(fields, "key");
+            const auto found = std::find(fields.begin(), fields.end(), "key");
+            if (found != fields.end())
+                m_key = static_cast<std::size_t>(found - fields.begin());
         }
-        else if (HasColumns() && std::max(*m_start, *m_key) < fields.size())
-            m_play(fields[*m_start], fields[*m_key]);
+        else if (m_key && *m_key < fields.size())
+            m_play(fields[*m_key]);
     }
     void OnBadRow(std::size_t, CsvFault) override {}
 
 private:
-    static std::optional<std::size_t> ColumnOf(std::span<const std::string> fields, const char* sName)
-    {
-        const auto found = std::find(fields.begin(), fields.end(), sName);
-        return found == fields.end() ? std::nullopt
-                                     : std::optional(static_cast<std::size_t>(found - fields.begin()));
-    }
-
-    Play m_play;
+    std::function<void(const std::string& key)> m_play;
     bool m_bHeading = false;
-    std::optional<std::size_t> m_start;
     std::optional<std::size_t> m_key;
 };
 
@@ -61,20 +60,24 @@ std::optional<RecentPlays::Number> RecentPlays::Of(const TextKey& cKey)
     }
     if (!m_colPlays)
         return std::nullopt;
-    const auto found = m_colPlays->find(cKey);
-    return Number{found == m_colPlays->end() ? 0 : found->second, !m_bWhole};
+    return Number{NumberIn(*m_colPlays, cKey) + NumberIn(m_colLatest, cKey), !m_bWhole};
 }
 
-// Asks for as many days more, whose plays show that the record is older than the days.
 void RecentPlays::Read()
 {
     const DateTime dtNow = m_cMod.Ports().cClock.Now();
     try
     {
-        const std::optional<std::wstring> sCsv = Recorded ? Recorded(dtNow - 2 * dDays, dtNow) : std::nullopt;
-        m_colPlays.reset();
-        if (sCsv)
-            Count(*sCsv, IsoText(dtNow - dDays));
+        const std::shared_ptr<void> cSource = Source ? Source() : nullptr;
+        const bool bOther = cSource != m_cSource.lock();
+        if (bOther || !m_colPlays || dtNow < m_dtWhole || dtNow >= m_dtWhole + dtHour)
+        {
+            m_bWhole = m_bWhole && !bOther;
+            ReadWhole(dtNow);
+            m_cSource = cSource;
+        }
+        else
+            m_colLatest = PlaysIn(m_dtWhole - dtHour, dtNow).value_or(Plays());
     }
     catch (...)
     {
@@ -83,20 +86,35 @@ void RecentPlays::Read()
     }
 }
 
-void RecentPlays::Count(const std::wstring& sCsv, const std::wstring& sFrom)
+// The last hour is read again each minute: hosts may record a play some time after it began.
+void RecentPlays::ReadWhole(DateTime dtNow)
 {
-    const std::string from = Utf8Of(sFrom);
+    std::optional<Plays> colPlays = PlaysIn(dtNow - dDays, dtNow - dtHour);
+    m_colLatest = colPlays ? PlaysIn(dtNow - dtHour, dtNow).value_or(Plays()) : Plays();
+    m_bWhole = colPlays && (m_bWhole || GoesBackBeyond(dtNow - dDays));
+    m_colPlays = std::move(colPlays);
+    m_dtWhole = dtNow;
+}
+
+// Looks at the day before first: a station that plays each day has plays there, and few are read.
+bool RecentPlays::GoesBackBeyond(DateTime dtBegin) const
+{
+    const auto bAny = [this](DateTime dtFrom, DateTime dtTo) {
+        const std::optional<Plays> colPlays = PlaysIn(dtFrom, dtTo);
+        return colPlays && !colPlays->empty();
+    };
+    return bAny(dtBegin - 1, dtBegin) || bAny(dtBegin - dDays, dtBegin - 1);
+}
+
+std::optional<RecentPlays::Plays> RecentPlays::PlaysIn(DateTime dtFrom, DateTime dtTo) const
+{
+    const std::optional<std::wstring> sCsv = Recorded ? Recorded(dtFrom, dtTo) : std::nullopt;
+    if (!sCsv)
+        return std::nullopt;
     Plays colPlays;
-    m_bWhole = false;
-    PlaysSink cSink([&](const std::string& start, const std::string& key) {
-        if (start < from) // such texts sort as their times do
-            m_bWhole = true;
-        else
-            ++colPlays[TextKey(TextFromStore(key))];
-    });
-    ReadCsv(Utf8Of(sCsv), cSink);
-    if (cSink.HasColumns())
-        m_colPlays = std::move(colPlays);
+    PlaysSink cSink([&](const std::string& key) { ++colPlays[TextKey(TextFromStore(key))]; });
+    ReadCsv(Utf8Of(*sCsv), cSink);
+    return cSink.HasColumn() ? std::optional(std::move(colPlays)) : std::nullopt;
 }
 
 } // namespace ravlo

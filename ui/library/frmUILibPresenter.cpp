@@ -27,9 +27,13 @@ frmUILibPresenter::frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTre
 {
     m_cWork.UserActs = [this] { m_cResults.UserActs(); };
     m_cWork.Ended = [this] { m_cResults.WorkEnded(); };
-    Grid().Plays().Recorded = [this](DateTime dtFrom, DateTime dtTo) {
+    const auto dataBase = [this] {
         const std::shared_ptr<clsSchedMan> cSchedMan = m_cWork.SchedMan();
-        const std::shared_ptr<DataBase> cDataBase = cSchedMan ? cSchedMan->DataBase() : nullptr;
+        return cSchedMan ? cSchedMan->DataBase() : nullptr;
+    };
+    Grid().Plays().Source = dataBase;
+    Grid().Plays().Recorded = [dataBase](DateTime dtFrom, DateTime dtTo) {
+        const std::shared_ptr<DataBase> cDataBase = dataBase();
         return cDataBase ? cDataBase->RecordedPlays(dtFrom, dtTo) : std::nullopt;
     };
 }

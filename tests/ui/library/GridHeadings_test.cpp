@@ -70,50 +70,101 @@ TEST_P(GridHeadingsTest, FurtherColumnsShowWhatIsKnownOfACut)
     EXPECT_EQ(Column(plays)[5], L"0");
 }
 
-TEST_P(GridHeadingsTest, PlaysAreThoseThatTheDatabaseRecorded)
+// The plays column over a record of plays.
+class RecordedPlaysTest : public GridHeadingsTest
 {
-    const DateTime dtNow = cPorts.cClock.Now();
-    std::wstring sRecord; // what the database returns
-    int lReadings = 0;
-    Grid().Plays().Recorded = [&](DateTime dtFrom, DateTime dtTo) -> std::optional<std::wstring> {
-        ++lReadings;
-        EXPECT_EQ(dtFrom, cPorts.cClock.Now() - 56);
-        EXPECT_EQ(dtTo, cPorts.cClock.Now());
-        if (sRecord == L"fails")
-            throw RuntimeError(error::PermissionDenied);
-        return sRecord.empty() ? std::nullopt : std::optional(sRecord);
+protected:
+    struct Play
+    {
+        DateTime dtPlayed;
+        const wchar_t* sKey;
     };
-    const std::wstring sHeading = L"start,artist,\"title\",key\n";
-    const auto play = [&](double dDaysAgo, const wchar_t* sKey) {
-        return IsoText(dtNow - dDaysAgo) + L",\"A, B\",\"T\"\"t\"," + sKey + L"\n";
-    };
-    for (std::size_t cut = 0; cut < 3; ++cut)
-        DataBase().colCuts[cut]->SetLastPlayed(cut == 2 ? 0 : dtNow - 1);
-    const std::wstring sRecent = play(27.9, L"A") + play(1, L"a") + play(2, L"gone");
+
+    RecordedPlaysTest()
+    {
+        for (std::size_t cut = 0; cut < 3; ++cut)
+            DataBase().colCuts[cut]->SetLastPlayed(cut == 2 ? 0 : dtStart - 1);
+        Grid().Plays().Source = [this] { return cSource; };
+        Grid().Plays().Recorded = [this](DateTime dtFrom, DateTime dtTo) -> std::optional<std::wstring> {
+            dDaysRead += dtTo - dtFrom;
+            if (sHeading == L"fails")
+                throw RuntimeError(error::PermissionDenied);
+            if (sHeading.empty())
+                return std::nullopt;
+            std::wstring sCsv = sHeading;
+            for (const Play& play : record)
+                if (play.dtPlayed >= dtFrom && play.dtPlayed < dtTo)
+                    sCsv += IsoText(play.dtPlayed) + L",\"A, B\",\"T\"\"t\"," + play.sKey + L"\n";
+            return sCsv;
+        };
+    }
+    Lines ShownPlays()
+    {
+        ShowNode(L"Rock", 1);
+        return Column(plays);
+    }
+    // How many days of the record that reads.
+    double DaysRead(std::uint32_t lAfterMs)
+    {
+        cPorts.cClock.Advance(lAfterMs);
+        dDaysRead = 0;
+        ShownPlays();
+        ShownPlays(); // within the minute
+        return dDaysRead;
+    }
+
+    const DateTime dtStart = cPorts.cClock.Now();
+    std::vector<Play> record;
+    std::wstring sHeading = L"start,artist,\"title\",key\n";
+    std::shared_ptr<int> cSource = std::make_shared<int>();
+    double dDaysRead = 0;
+};
+
+TEST_P(RecordedPlaysTest, PlaysAreThoseThatTheDatabaseRecorded)
+{
+    const std::vector<Play> recent{{dtStart - 27.9, L"A"}, {dtStart - 1, L"a"}, {dtStart - 2, L"gone"}};
+    std::vector<Play> old{{dtStart - 28.1, L"a"}};
+    old.insert(old.end(), recent.begin(), recent.end());
     const struct
     {
-        std::wstring sRecord;
+        std::wstring sHeading;
+        std::vector<Play> record;
         Lines colCells;
     } cases[] = {
-        {sHeading + play(28.1, L"a") + sRecent, {L"2", L"1+", L"0"}}, // b's play is not recorded
-        {sHeading + sRecent, {L"2+", L"1+", L"0"}},                   // the record is young
-        {sHeading, {L"1+", L"1+", L"0"}},
-        {L"other,columns\n" + sRecent, {L"1+", L"1+", L"0"}},
-        {L"fails", {L"1+", L"1+", L"0"}},
-        {L"", {L"1+", L"1+", L"0"}},
+        {sHeading, old, {L"2", L"1+", L"0"}},     // b's play is not recorded
+        {sHeading, recent, {L"2+", L"1+", L"0"}}, // the record is young
+        {sHeading, {}, {L"1+", L"1+", L"0"}},     {L"other,columns\n", old, {L"1+", L"1+", L"0"}},
+        {L"fails", old, {L"1+", L"1+", L"0"}},    {L"", old, {L"1+", L"1+", L"0"}},
     };
     for (const auto& each : cases)
     {
-        sRecord = each.sRecord;
-        const int lBefore = lReadings;
-        for (int lShown = 0; lShown < 2; ++lShown)
-        {
-            ShowNode(L"Rock", 1);
-            EXPECT_EQ(Column(plays), each.colCells) << testing::PrintToString(sRecord);
-        }
-        EXPECT_EQ(lReadings, lBefore + 1) << "once a minute";
+        sHeading = each.sHeading;
+        record = each.record;
+        EXPECT_EQ(ShownPlays(), each.colCells) << testing::PrintToString(sHeading);
+        cSource = std::make_shared<int>(); // another database
         cPorts.cClock.Advance(60'000);
     }
+}
+
+TEST_P(RecordedPlaysTest, AMinuteLaterOnlyTheLastHoursAreRead)
+{
+    record = {{dtStart - 28.5, L"a"}, {dtStart - 20, L"a"}, {dtStart - 0.01, L"a"}};
+    EXPECT_NEAR(DaysRead(0), 29, 1e-6);
+    EXPECT_EQ(ShownPlays()[0], L"2");
+    record.push_back({dtStart - 0.02, L"a"}); // recorded late
+    record.push_back({dtStart, L"a"});
+    EXPECT_NEAR(DaysRead(60'000), 1.0 / 24, 0.001);
+    EXPECT_EQ(ShownPlays()[0], L"4");
+    record.push_back({dtStart - 3, L"a"}); // by another program
+    EXPECT_NEAR(DaysRead(3'600'000), 28, 1e-6);
+    EXPECT_EQ(ShownPlays()[0], L"5");
+}
+
+TEST_P(RecordedPlaysTest, APauseOfTheStationLeavesTheRecordWhole)
+{
+    record = {{dtStart - 40, L"a"}, {dtStart - 1, L"a"}};
+    EXPECT_NEAR(DaysRead(0), 56, 1e-6);
+    EXPECT_EQ(ShownPlays()[0], L"1");
 }
 
 TEST_P(GridHeadingsTest, NextToPlayCountsTheCutsBeforeItInItsLevel)
@@ -256,6 +307,7 @@ TEST_P(GridHeadingsTest, ACutThatFailsSortsAsAnEmptyText)
 }
 
 INSTANTIATE_TEST_SUITE_P(Objects, GridHeadingsTest, testing::Bool(), ObjectsOf);
+INSTANTIATE_TEST_SUITE_P(Objects, RecordedPlaysTest, testing::Bool(), ObjectsOf);
 
 } // namespace
 } // namespace ravlo::test
