@@ -301,10 +301,32 @@ void User::Mouse(POINT at, DWORD lFlags) const
     ::SendInput(1, &input, sizeof input);
 }
 
+// Waits until the system finds that window there as well. Under Wine a late report of the pointer over the
+// window's owner raises the owner, which is disabled: clicks go to it, unheard, until the pointer's next
+// movement is reported. A person's clicks come from the display, which knows better.
+void User::PointAt(HWND hWindow, POINT point) const
+{
+    Mouse(point, MOUSEEVENTF_MOVE);
+    if (hWindow == ::GetDesktopWindow())
+        return; // a place on the screen, of a menu
+    const HWND hTop = ::GetAncestor(hWindow, GA_ROOT);
+    Until(
+        [&] {
+        const bool bFound = ::GetAncestor(::WindowFromPoint(point), GA_ROOT) == hTop;
+        if (!bFound) // it may have been there before, and not have moved
+        {
+            Mouse({point.x + 1, point.y}, MOUSEEVENTF_MOVE);
+            Mouse(point, MOUSEEVENTF_MOVE);
+        }
+        return bFound;
+        },
+        "a window to be under the pointer");
+}
+
 void User::Press(HWND hWindow, POINT at) const
 {
     const POINT point = OnScreen(hWindow, at);
-    Mouse(point, MOUSEEVENTF_MOVE);
+    PointAt(hWindow, point);
     Idle();
     Mouse(point, MOUSEEVENTF_LEFTDOWN);
     Idle();
@@ -325,7 +347,7 @@ void User::Release() const
 void User::ClickAt(HWND hWindow, POINT at, int lModifier) const
 {
     const POINT point = OnScreen(hWindow, at);
-    Mouse(point, MOUSEEVENTF_MOVE);
+    PointAt(hWindow, point);
     if (lModifier != 0)
         Hold(lModifier);
     Mouse(point, MOUSEEVENTF_LEFTDOWN);
@@ -341,7 +363,7 @@ void User::ClickAt(HWND hWindow, POINT at, int lModifier) const
 void User::DoubleClickAt(HWND hWindow, POINT at) const
 {
     const POINT point = OnScreen(hWindow, at);
-    Mouse(point, MOUSEEVENTF_MOVE);
+    PointAt(hWindow, point);
     for (const DWORD lFlags :
          {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP, MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP})
         Mouse(point, lFlags);
@@ -351,7 +373,7 @@ void User::DoubleClickAt(HWND hWindow, POINT at) const
 void User::RightClickAt(HWND hWindow, POINT at) const
 {
     const POINT point = OnScreen(hWindow, at);
-    Mouse(point, MOUSEEVENTF_MOVE);
+    PointAt(hWindow, point);
     Mouse(point, MOUSEEVENTF_RIGHTDOWN);
     Mouse(point, MOUSEEVENTF_RIGHTUP);
     Idle();

@@ -111,6 +111,7 @@ public:
     void Shot(HWND hWindow, const std::wstring& sName) const;
 
 private:
+    void PointAt(HWND hWindow, POINT point) const;
     void Mouse(POINT at, DWORD lFlags) const;
     void SendKey(int lKey, bool bUp) const;
     void Hold(int lModifier) const;
