@@ -8,7 +8,8 @@ namespace ravlo
 {
 
 WindowSubclass::WindowSubclass(HWND hWindow, Handler handler)
-    : m_hWindow(hWindow), m_handler(std::move(handler))
+    : m_hWindow(hWindow), m_control(reinterpret_cast<WNDPROC>(::GetWindowLongPtrW(hWindow, GWLP_WNDPROC))),
+      m_handler(std::move(handler))
 {
     ::SetWindowSubclass(m_hWindow, &WindowSubclass::OnMessage, reinterpret_cast<UINT_PTR>(this),
                         reinterpret_cast<DWORD_PTR>(this));

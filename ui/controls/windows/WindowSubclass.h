@@ -21,11 +21,19 @@ public:
     WindowSubclass(const WindowSubclass&) = delete;
     WindowSubclass& operator=(const WindowSubclass&) = delete;
 
+    // The control's own result of a message, which passes by every handler: for what is asked or set for each
+    // of thousands of items, where finding the handlers costs more than the message.
+    LRESULT Direct(UINT lMessage, WPARAM wParam, LPARAM lParam) const
+    {
+        return ::CallWindowProcW(m_control, m_hWindow, lMessage, wParam, lParam);
+    }
+
 private:
     static LRESULT CALLBACK OnMessage(HWND hWindow, UINT lMessage, WPARAM wParam, LPARAM lParam, UINT_PTR lId,
                                       DWORD_PTR pSubclass) noexcept;
 
     HWND m_hWindow;
+    WNDPROC m_control;
     Handler m_handler;
 };
 

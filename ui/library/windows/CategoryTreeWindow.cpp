@@ -160,8 +160,11 @@ void CategoryTreeWindow::ShowChecks(const CategoryTreePresenter& cTree,
 
 void CategoryTreeWindow::ShowTicks(CategoryTreePresenter::Node node)
 {
-    if (HasItem(node) && TicksShown(node) != StateOf(m_cTree->TicksOf(node)))
-        SetState(m_hItems[node], StateOf(m_cTree->TicksOf(node)));
+    if (!HasItem(node))
+        return;
+    const UINT lState = StateOf(m_cTree->TicksOf(node));
+    if (TicksShown(node) != lState)
+        SetState(m_hItems[node], lState);
 }
 
 void CategoryTreeWindow::BeforeToggle(CategoryTreePresenter::Node node)
@@ -189,7 +192,7 @@ void CategoryTreeWindow::SetState(HTREEITEM hItem, UINT lState)
     TVITEMW item = ItemOf(hItem, TVIF_STATE);
     item.stateMask = TVIS_STATEIMAGEMASK;
     item.state = lState;
-    Send(m_hTree, TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    m_described.Direct(TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
 }
 
 void CategoryTreeWindow::ShowImages()
@@ -299,9 +302,9 @@ std::optional<CategoryTreeWindow::Hit> CategoryTreeWindow::HitTest(POINT onScree
 
 UINT CategoryTreeWindow::TicksShown(CategoryTreePresenter::Node node) const
 {
-    return static_cast<UINT>(Send(m_hTree, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(m_hItems[node]),
-                                  TVIS_STATEIMAGEMASK)) &
-           TVIS_STATEIMAGEMASK;
+    const LRESULT lState =
+        m_described.Direct(TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(m_hItems[node]), TVIS_STATEIMAGEMASK);
+    return static_cast<UINT>(lState) & TVIS_STATEIMAGEMASK;
 }
 
 bool CategoryTreeWindow::ShowsCheck(CategoryTreePresenter::Node node) const

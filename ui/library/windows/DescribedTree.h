@@ -25,6 +25,12 @@ public:
     DescribedTree(const DescribedTree&) = delete;
     DescribedTree& operator=(const DescribedTree&) = delete;
 
+    // As WindowSubclass::Direct.
+    LRESULT Direct(UINT lMessage, WPARAM wParam, LPARAM lParam) const
+    {
+        return m_cSubclass.Direct(lMessage, wParam, lParam);
+    }
+
 private:
     LRESULT OnGetObject(WPARAM wParam, LPARAM lParam) const noexcept;
 

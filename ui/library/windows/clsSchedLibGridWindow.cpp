@@ -80,10 +80,14 @@ void clsSchedLibGridWindow::SetRowCount(std::size_t rows)
         if (ColCount() != 0)
             ShowLayout(layout);
     }
-    SetState(-1, 0, LVIS_SELECTED | LVIS_FOCUSED);
-    // Setting 0 rows first clears selection, current row and scroll position.
+    // Setting 0 rows first clears selection, current row and scroll position, without a notification. One row
+    // tells of it: to deselect all of them may take as long as there are rows, even when none is selected.
+    if (const LRESULT row = Send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED); row >= 0)
+        SetState(static_cast<int>(row), 0, LVIS_SELECTED);
     Send(LVM_SETITEMCOUNT, 0);
     Send(LVM_SETITEMCOUNT, rows);
+    if (Send(LVM_GETSELECTEDCOUNT) != 0) // not every list view clears it
+        SetState(-1, 0, LVIS_SELECTED);
     m_toTop = 0; // not every list view forgets where it was scrolled to
 }
 
@@ -139,7 +143,7 @@ std::vector<std::size_t> clsSchedLibGridWindow::SelectedRows() const
     colRows.reserve(static_cast<std::size_t>(Send(LVM_GETSELECTEDCOUNT)));
     for (INT_PTR row = -1;;)
     {
-        row = Send(LVM_GETNEXTITEM, static_cast<WPARAM>(row), LVNI_SELECTED);
+        row = m_cSubclass.Direct(LVM_GETNEXTITEM, static_cast<WPARAM>(row), LVNI_SELECTED);
         if (row < 0)
             return colRows;
         colRows.push_back(static_cast<std::size_t>(row));
