@@ -39,9 +39,10 @@ std::wstring LevelKeyOf(const clsSchedMan& cSchedMan, const clsSchedLibGridPrese
 } // namespace
 
 CutMenu::CutMenu(LibraryPanes& cPanes, LibraryCuts& cCuts, LibraryRotation& cRotation,
-                 GridHeadings& cHeadings, LibraryWork& cWork, clsSchedLibGridView& cGridView)
-    : m_cPanes(cPanes), m_cCuts(cCuts), m_cRotation(cRotation), m_cHeadings(cHeadings), m_cWork(cWork),
-      m_cGridView(cGridView)
+                 GridHeadings& cHeadings, LibraryResults& cResults, LibraryWork& cWork,
+                 clsSchedLibGridView& cGridView)
+    : m_cPanes(cPanes), m_cCuts(cCuts), m_cRotation(cRotation), m_cHeadings(cHeadings), m_cResults(cResults),
+      m_cWork(cWork), m_cGridView(cGridView)
 {
 }
 
@@ -50,6 +51,7 @@ void CutMenu::ShowMenu()
 {
     if (m_cWork.Running() || !m_cWork.SchedMan())
         return;
+    m_cResults.ShowSelection(); // the right click may have selected what the menu is for
     const PopUpMenu menu = Items(Selected());
     if (const PopUpItem* pItem = m_cGridView.ChooseFromMenu(menu))
         pItem->chosen();

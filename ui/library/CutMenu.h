@@ -5,6 +5,7 @@
 #include "ui/library/GridHeadings.h"
 #include "ui/library/LibraryCuts.h"
 #include "ui/library/LibraryPanes.h"
+#include "ui/library/LibraryResults.h"
 #include "ui/library/LibraryRotation.h"
 #include "ui/library/LibraryWork.h"
 
@@ -22,7 +23,7 @@ class CutMenu
 public:
     // Owns none of them.
     CutMenu(LibraryPanes& cPanes, LibraryCuts& cCuts, LibraryRotation& cRotation, GridHeadings& cHeadings,
-            LibraryWork& cWork, clsSchedLibGridView& cGridView);
+            LibraryResults& cResults, LibraryWork& cWork, clsSchedLibGridView& cGridView);
 
     void ShowMenu();
 
@@ -48,6 +49,7 @@ private:
     LibraryCuts& m_cCuts;
     LibraryRotation& m_cRotation;
     GridHeadings& m_cHeadings;
+    LibraryResults& m_cResults;
     LibraryWork& m_cWork;
     clsSchedLibGridView& m_cGridView;
 };

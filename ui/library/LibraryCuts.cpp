@@ -188,7 +188,7 @@ void LibraryCuts::TakeSelection(bool bCut)
             return;
         m_copied = std::move(*dragged);
         Grid().ShowPale(bCut ? KeySet(m_copied.colKeys.begin(), m_copied.colKeys.end()) : KeySet());
-        m_cResults.Say(CountedCuts(m_copied.colKeys.size()) + L" to paste into a category of the tree");
+        m_cResults.Remark(CountedCuts(m_copied.colKeys.size()) + L" to paste into a category of the tree");
     });
 }
 

@@ -17,9 +17,9 @@ void LibraryRename::Begin()
 {
     const std::wstring sKey = m_cPanes.SelectedKey();
     if (!Item().bEnabled)
-        return m_cResults.Say(sKey.empty() || sKey == RootKey()
-                                  ? L"Select the category to rename"
-                                  : L"A level keeps its number; select its category to rename that");
+        return m_cResults.Remark(sKey.empty() || sKey == RootKey()
+                                     ? L"Select the category to rename"
+                                     : L"A level keeps its number; select its category to rename that");
     m_sName = ParseNodeKey(sKey).sName;
     m_cEditing = std::make_unique<LibraryWork::Working>(m_cWork);
     if (!m_cPanes.EditSelectedName())

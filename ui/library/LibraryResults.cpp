@@ -94,6 +94,18 @@ std::wstring LengthText(std::int64_t milliseconds)
                         : DecimalText(minutes / 60) + L":" + TwoDigits(minutes % 60) + sEnd;
 }
 
+void LibraryResults::Say(const std::wstring& sResult)
+{
+    m_times = std::exchange(m_sDone, sResult) == sResult ? m_times + 1 : 1;
+    m_sResult = sResult + (m_times == 1 ? L"" : L" (" + CountText(m_times) + L" times)");
+}
+
+void LibraryResults::Remark(const std::wstring& sRemark)
+{
+    m_sDone.clear();
+    m_sResult = sRemark;
+}
+
 void LibraryResults::SayLastStep(const clsSchedMan& cSchedMan, const std::wstring& sUndoBefore)
 {
     constexpr std::wstring_view sUndo = L"Undo ";

@@ -38,8 +38,10 @@ public:
     }
 
     // What the running command has done. Shown at its end, until the user does something else; a refresh
-    // keeps it.
-    void Say(const std::wstring& sResult) { m_sResult = sResult; }
+    // keeps it. The same result again says how often: the user must see that it was done once more.
+    void Say(const std::wstring& sResult);
+    // As Say, for a command that has changed nothing: why, or what comes next.
+    void Remark(const std::wstring& sRemark);
     // The last step to undo, made in a window that was open; nothing when that is still sUndoBefore.
     void SayLastStep(const clsSchedMan& cSchedMan, const std::wstring& sUndoBefore);
     // The next step to undo, when a program was killed in it.
@@ -66,6 +68,8 @@ private:
     const LibraryWork& m_cWork;
     ModScheduler& m_cMod;
     std::wstring m_sResult; // of the running command
+    std::wstring m_sDone;   // what was said last, and how often in a row
+    std::size_t m_times = 0;
     bool m_bShowsResult = false;
     bool m_bAsked = false;   // the view will call ShowSelection
     bool m_bReading = false; // a cut's length; a host's cut may let anything run

@@ -37,7 +37,7 @@ void LibraryRotation::Undo(clsSchedMan& cSchedMan)
     if (cSchedMan.CanUndo())
         Reverse(cSchedMan, &clsSchedMan::Undo);
     else
-        m_cResults.Say(L"There is nothing to undo");
+        m_cResults.Remark(L"There is nothing to undo");
 }
 
 void LibraryRotation::Redo(clsSchedMan& cSchedMan)
@@ -45,7 +45,7 @@ void LibraryRotation::Redo(clsSchedMan& cSchedMan)
     if (cSchedMan.CanRedo())
         Reverse(cSchedMan, &clsSchedMan::Redo);
     else
-        m_cResults.Say(L"There is nothing to redo");
+        m_cResults.Remark(L"There is nothing to redo");
 }
 
 void LibraryRotation::Reverse(clsSchedMan& cSchedMan, std::wstring (clsSchedMan::*reverse)())

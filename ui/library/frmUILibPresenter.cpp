@@ -23,7 +23,7 @@ frmUILibPresenter::frmUILibPresenter(frmUILibView& cView, CategoryTreeView& cTre
       m_cResults(cView, m_cPanes.Grid(), m_cWork, cMod), m_cCuts(cView, m_cPanes, m_cWork, m_cResults, cMod),
       m_cRotation(m_cPanes, m_cWork, m_cResults, cMod), m_cRename(m_cPanes, m_cWork, m_cResults),
       m_cHeadings(m_cPanes.Grid(), cGridView, cView, m_cWork, cMod),
-      m_cCutMenu(m_cPanes, m_cCuts, m_cRotation, m_cHeadings, m_cWork, cGridView)
+      m_cCutMenu(m_cPanes, m_cCuts, m_cRotation, m_cHeadings, m_cResults, m_cWork, cGridView)
 {
     m_cWork.UserActs = [this] { m_cResults.UserActs(); };
     m_cWork.Ended = [this] { m_cResults.WorkEnded(); };

@@ -98,6 +98,25 @@ TEST_P(LibraryResultsTest, ACommandSaysWhatItDidUntilTheUserActs)
     EXPECT_EQ(cView.sResult, L"1 cut selected, 1:00");
 }
 
+TEST_P(LibraryResultsTest, TheSameResultAgainSaysHowOften)
+{
+    for (const auto& [eCommand, sResult] : {std::pair{mnuSave, L"Saved 2 of 2 categories"},
+                                            {mnuSave, L"Saved 2 of 2 categories (2 times)"},
+                                            {mnuSave, L"Saved 2 of 2 categories (3 times)"},
+                                            {mnuUndo, L"There is nothing to undo"},
+                                            {mnuUndo, L"There is nothing to undo"},
+                                            {mnuSave, L"Saved 2 of 2 categories"}})
+        EXPECT_EQ(ResultOf(eCommand), sResult);
+}
+
+TEST_P(LibraryResultsTest, TheMenuOpensWithItsSelectionCounted)
+{
+    cGridView.Select({0, 1});
+    cForm.Results().SelectionChanged();
+    ChooseFromCuts({0, 1}, L"");
+    EXPECT_EQ(cView.sResult, L"2 cuts selected, 2:00");
+}
+
 TEST_P(LibraryResultsTest, EveryCommandSaysWhatItDid)
 {
     cPorts.cMessages.eDefaultAnswer = BoxAnswer::Yes;

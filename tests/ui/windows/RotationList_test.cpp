@@ -99,6 +99,21 @@ TEST_F(RotationListWindows, ExplainsTheShownLevelByMouseAndByKeys)
         });
 }
 
+TEST_F(RotationListWindows, TheCutsMenuExplainsTheSelectedCut)
+{
+    OpenList([&](const User& user) {
+        user.RightClickAt(hGrid, RowAt(1));
+        user.WaitFor(L"#32768");
+        EXPECT_EQ(Status(2), L"1 cut selected, 2:44");
+        user.Key('X');
+        TakeList(user);
+        EXPECT_EQ(User::Text(hOpened), L"Explain Next Cut: Rock 1");
+        EXPECT_EQ(TextAt(eIdListSentence).substr(0, 26), L"Passed over: Blur - Song 2");
+        CloseList(user);
+        EXPECT_EQ(user.FocusedWindow(), hGrid);
+    });
+}
+
 TEST_F(RotationListWindows, ForecastsTwentyCuts)
 {
     OpenList([&](const User& user) {
