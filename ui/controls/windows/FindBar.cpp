@@ -17,7 +17,9 @@ namespace
 
 // Lengths at 96 dpi.
 constexpr int lGap = 4;
-constexpr int lFieldPadding = 3; // above and below the text
+// Pixels at every resolution: an edit field puts its text at its upper edge, and the count next to it is
+// centred.
+constexpr int lFieldPadding = 3;
 constexpr int lGlass = 18;
 constexpr int lCross = 18;
 constexpr int lNarrowestField = 60;
@@ -140,7 +142,7 @@ int FindBar::Height() const
         return 0;
     const FontContext cContext(Handle(), m_hFont);
     return static_cast<int>(TextSize(cContext.Get(), L"Ag").cy) + 2 * ::GetSystemMetrics(SM_CYEDGE) +
-           2 * Scaled(lFieldPadding, m_lDpi) + Scaled(lGap, m_lDpi);
+           2 * lFieldPadding + Scaled(lGap, m_lDpi);
 }
 
 void FindBar::LayOut()

@@ -25,7 +25,9 @@ TableWindow::TableWindow(HWND hParent, int lId, const std::wstring& sName, const
                                               LVS_SHOWSELALWAYS | LVS_SHAREIMAGELISTS,
                                           lId, WS_EX_CLIENTEDGE))
 {
-    constexpr DWORD lStyle = LVS_EX_FULLROWSELECT | LVS_EX_HEADERDRAGDROP | LVS_EX_DOUBLEBUFFER;
+    // A sentence that is cut off is shown whole under the pointer.
+    constexpr DWORD lStyle =
+        LVS_EX_FULLROWSELECT | LVS_EX_HEADERDRAGDROP | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP;
     Send(LVM_SETEXTENDEDLISTVIEWSTYLE, lStyle, lStyle);
     for (std::size_t position = 0; position < m_table.Columns().size(); ++position)
     {

@@ -26,6 +26,9 @@ constexpr int lLeastClock = 120;
 constexpr int lProgressWidth = 220;
 constexpr int lSmallLight = 16;
 constexpr int lDropHeight = 200;
+// Pixels at every resolution: an edit field puts its text at its upper edge, and the labels next to it are
+// centred.
+constexpr int lFieldPadding = 3;
 
 constexpr std::size_t blockedByColumn = 5; // of the seldom played
 constexpr int lPictureShare = 54;          // of a page's width, in hundredths
@@ -110,9 +113,11 @@ int frmHealthWindow::LayOutPlan(int lRight)
     };
     button(m_hReport, lGap);
     button(m_hSimulate, 2 * lMargin);
-    fromRight(m_hDays, px(lDaysWidth), px(lFieldHeight), lGap);
+    const int lField = static_cast<int>(TextSize(cContext.Get(), L"Ag").cy) +
+                       2 * ::GetSystemMetrics(SM_CYEDGE) + lFieldPadding;
+    fromRight(m_hDays, px(lDaysWidth), lField, lGap);
     label(m_hLabels[2], 2 * lMargin);
-    fromRight(m_hStart, px(lStartWidth), px(lFieldHeight), lGap);
+    fromRight(m_hStart, px(lStartWidth), lField, lGap);
     label(m_hLabels[1], 2 * lMargin);
     button(m_hBrowse, lGap);
     const auto lLabel = static_cast<int>(TextSize(cContext.Get(), WindowText(m_hLabels[0])).cx) + px(lGap);
