@@ -40,6 +40,8 @@ void LibraryCuts::MoveTogether(clsSchedMan& cSchedMan, std::size_t position)
             const LibraryWork::Busy cBusy(m_cWork);
             KeySet colMoved;
             const std::vector<std::size_t> colRows = Grid().SelectedRows();
+            if (colRows.empty())
+                return; // becoming busy processes messages
             for (const std::size_t row : colRows)
                 colMoved.insert(Grid().KeyAt(row));
             const TextKey cFirst = Grid().KeyAt(colRows.front());

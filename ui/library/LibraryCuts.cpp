@@ -216,6 +216,8 @@ void LibraryCuts::Move(clsSchedMan& cSchedMan, std::optional<std::size_t> row)
     const LibraryWork::Busy cBusy(m_cWork);
     const std::shared_ptr<clsCat> cLevel = Grid().CurrentCatViewing();
     const std::vector<std::size_t> colRows = Grid().SelectedRows();
+    if (colRows.empty())
+        return;
     const TextKey cFirst = Grid().KeyAt(colRows.front());
     cSchedMan.MoveCutsInCategory(cLevel, Grid().colSelCuts(), Grid().PositionInto(row));
     SayMoved(*cLevel, cFirst, colRows.size());

@@ -194,6 +194,21 @@ protected:
     void SendToBack(const wchar_t* sKey) { Level(L"Rock", 1)->SchedCuts()->SendToBack(TextKey(sKey)); }
 };
 
+TEST_P(ReorderTest, ASelectionThatIsGoneWhenItIsBusyMovesNothing)
+{
+    for (void (*move)(LibraryCuts&) : {+[](LibraryCuts& cCuts) { cCuts.MoveSelected(true); },
+                                       +[](LibraryCuts& cCuts) { cCuts.MoveSelectedToTop(); }})
+    {
+        cPorts.cHostLoop.OnPump = [this] { cGridView.Select({}); };
+        cGridView.Select({3});
+        move(cForm.Cuts());
+        cPorts.cHostLoop.OnPump = nullptr;
+        ExpectOrder(L"12345678");
+        EXPECT_EQ(Shown(), Boxes());
+        EXPECT_FALSE(cView.Busy());
+    }
+}
+
 TEST_P(ReorderTest, RowsMoveInFrontOfTheRowTheyAreDroppedOn)
 {
     const struct
