@@ -347,6 +347,21 @@ TEST_F(KilledChangeTest, OnlyPartsThatAreWholeAndNewerAreTaken)
     EXPECT_EQ(TextWith(whole, false, true), L"") << "another program is at work";
 }
 
+TEST_F(KilledChangeTest, WithoutItsPartsAChangeIsDoneAndUndoneAsUsual)
+{
+    Start(true, 120);
+    cPorts.cFiles.SetReadOnly(sPartsPath);
+    const Lines colBefore = StateOf(cBatching->cInner.colCuts);
+    ChangesInParts()[0].second(cLib);
+    EXPECT_EQ(boxes, Boxes());
+    const Lines colLog = Log();
+    EXPECT_EQ(std::count(colLog.begin(), colLog.end(), L"DISPLAYERROR, Undo.parts " + CriticalText(75)), 1)
+        << "once a change";
+    EXPECT_EQ(cLib.cSchedMan->Undo(), L"Undone: deletion of Jazz 1, Rock, Pop 4");
+    EXPECT_EQ(StateOf(cBatching->cInner.colCuts), colBefore);
+    EXPECT_EQ(OrdersOf(cLib), before);
+}
+
 // ---- removals that the host saves
 
 class HostsRemovalTest : public KilledChangeTest
