@@ -124,7 +124,8 @@ int frmHealthWindow::LayOutPlan(int lRight)
     const int lLeft = px(lMargin) + lLabel;
     mover.Move(m_hLabels[0], px(lMargin), lTop, lLabel, lHeight);
     // A combo box's height is that of its list; the field finds its own.
-    mover.Move(m_hClock, lLeft, lTop + px(1), std::max(px(lLeastClock), lEnd - lLeft), px(lDropHeight));
+    mover.Move(m_hClock, lLeft, lTop + (lHeight - lField) / 2, std::max(px(lLeastClock), lEnd - lLeft),
+               px(lDropHeight));
     return lTop + lHeight + px(lGap);
 }
 

@@ -86,8 +86,8 @@ void clsSchedLibGridWindow::SetRowCount(std::size_t rows)
         SetState(static_cast<int>(row), 0, LVIS_SELECTED);
     Send(LVM_SETITEMCOUNT, 0);
     Send(LVM_SETITEMCOUNT, rows);
-    if (Send(LVM_GETSELECTEDCOUNT) != 0) // not every list view clears it
-        SetState(-1, 0, LVIS_SELECTED);
+    if (Send(LVM_GETSELECTEDCOUNT) != 0 || CurrentRow()) // not every list view clears them
+        SetState(-1, 0, LVIS_SELECTED | LVIS_FOCUSED);
     m_toTop = 0; // not every list view forgets where it was scrolled to
 }
 
