@@ -120,9 +120,10 @@ void StepParts::Leave() noexcept
     m_bLeft = false;
 }
 
-std::optional<StepParts::Found> StepParts::Read(const std::wstring& sPath, const std::string& check)
+std::optional<StepParts::Found> StepParts::Read(const std::wstring& sPath, const std::string& check,
+                                                Patience ePatience)
 {
-    const std::optional<std::string> bytes = m_cMod.Saved().Read(sPath, this, Patience::None);
+    const std::optional<std::string> bytes = m_cMod.Saved().Read(sPath, this, ePatience);
     if (!bytes)
         return std::nullopt;
     m_sPath = sPath;

@@ -18,7 +18,8 @@ constexpr const wchar_t* sInterrupted = L"interrupted ";
 
 // What a unit of work that commits in several parts has done so far, on the disk: each part is written before
 // it is committed. When the program is killed in the middle of the work, the next one finds it here, as a
-// step that can be undone. File: Scheduler\Undo.parts, see docs/formats/undo.md. Errors are only logged.
+// step that can be undone. File: Scheduler\Undo.parts, see docs/formats/undo.md. Errors of writing are only
+// logged.
 class StepParts
 {
 public:
@@ -49,7 +50,8 @@ public:
     // The step that a killed program has left, when there is one that is not in the Undo.dat of this check.
     // The last part may not have been committed: then its cuts are as before. A cut of the last part that an
     // earlier one has, too, is therefore recorded without its state after the change.
-    std::optional<Found> Read(const std::wstring& sPath, const std::string& check);
+    // Throws when the file cannot be read.
+    std::optional<Found> Read(const std::wstring& sPath, const std::string& check, Patience ePatience);
 
 private:
     ModScheduler& m_cMod;

@@ -176,12 +176,11 @@ std::wstring UndoSteps::PartsPath() const
 }
 
 // A killed program's unit is the newest step, and has ended redo as others do.
-void UndoSteps::ReadParts(UndoContent& older) noexcept
-try
+void UndoSteps::ReadParts(UndoContent& older, Patience ePatience)
 {
     if (!m_bMayWrite)
         return; // they may be of the program that is at work
-    const std::optional<StepParts::Found> found = m_cParts.Read(PartsPath(), m_check);
+    const std::optional<StepParts::Found> found = m_cParts.Read(PartsPath(), m_check, ePatience);
     if (!found || found->record.IsEmpty())
         return;
     UndoTables cTables;
@@ -191,10 +190,6 @@ try
     older.colUndo.push_back({0, sInterrupted + found->sWhat, EncodeRecord(found->record, older.cTables)});
     older.colRedo.clear();
     m_cMod.WriteDebugLog(L"Interrupted, and can be undone: " + found->sWhat);
-}
-catch (...)
-{
-    m_cMod.LogError(sUndoFileName, CurrentError());
 }
 
 // ---- undoing
@@ -316,8 +311,8 @@ void UndoSteps::Load() noexcept
 // Waits for a locked file only at the first attempt: the others are made while a menu opens.
 void UndoSteps::Read()
 {
-    const std::optional<std::string> bytes =
-        m_cMod.Saved().Read(m_sPath, this, m_lReadFailedAt ? Patience::None : Patience::UpToASecond);
+    const Patience ePatience = m_lReadFailedAt ? Patience::None : Patience::UpToASecond;
+    const std::optional<std::string> bytes = m_cMod.Saved().Read(m_sPath, this, ePatience);
     m_check = UndoFileCheck(bytes.value_or(std::string()));
     std::optional<UndoContent> content = bytes ? DecodeUndoFile(*bytes) : UndoContent();
     if (!content || IsForeign(content->cTables))
@@ -329,7 +324,7 @@ void UndoSteps::Read()
         content = UndoContent();
     }
     const std::size_t steps = content->colUndo.size();
-    ReadParts(*content);
+    ReadParts(*content, ePatience);
     const bool bFound = content->colUndo.size() != steps;
     PutBefore(std::move(*content));
     if (bFound)

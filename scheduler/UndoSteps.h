@@ -153,7 +153,7 @@ private:
     }
     void Load() noexcept;
     void Read();
-    void ReadParts(UndoContent& older) noexcept;
+    void ReadParts(UndoContent& older, Patience ePatience);
     void Write();
     std::wstring PartsPath() const;
     void PutBefore(UndoContent older);

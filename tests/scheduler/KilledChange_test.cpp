@@ -347,6 +347,28 @@ TEST_F(KilledChangeTest, OnlyPartsThatAreWholeAndNewerAreTaken)
     EXPECT_EQ(TextWith(whole, false, true), L"") << "another program is at work";
 }
 
+TEST_F(KilledChangeTest, PartsThatAreLockedAtFirstAreReadLater)
+{
+    Start(true, 120);
+    cPorts.cHostLoop.OnPump = [&] { colLeft.push_back(Leave()); };
+    ChangesInParts()[1].second(cLib);
+    RadioPorts cOther;
+    for (const auto& [sPath, bytes] : colLeft[2].files)
+        cOther.cFiles.Put(sPath, bytes);
+    cOther.cFiles.SetUnreadable(sPartsPath, error::PermissionDenied);
+    Library cNext(cOther);
+    cNext.cDataBase->colCuts = colLeft[2].colCuts;
+    cNext.Populate();
+    EXPECT_FALSE(cNext.cSchedMan->CanUndo());
+    const std::shared_ptr<clsCat> cRock = cNext.Level(L"Rock", 1);
+    cNext.cSchedMan->MoveCutsInCategory(cRock, {cRock->SchedCuts()->At(3)}, 1);
+    EXPECT_TRUE(cOther.cFiles.FileExists(sPartsPath));
+    cOther.cFiles.SetUnreadable(sPartsPath, 0);
+    cOther.cClock.Advance(1'000);
+    EXPECT_EQ(cNext.cSchedMan->Undo(), L"Undone: re-order of Rock 1");
+    EXPECT_EQ(cNext.cSchedMan->UndoText(), L"Undo interrupted deletion of Jazz");
+}
+
 TEST_F(KilledChangeTest, WithoutItsPartsAChangeIsDoneAndUndoneAsUsual)
 {
     Start(true, 120);
