@@ -202,6 +202,7 @@ Function RemoveEarlier
     StrCpy $INSTDIR $1
     Call RefuseWhileInUse
     StrCpy $INSTDIR $2
+    DetailPrint "Remove the earlier version"
     CopyFiles /SILENT "$1\uninstall.exe" "$PLUGINSDIR\earlier.exe"
     ExecWait '"$PLUGINSDIR\earlier.exe" /S /$MultiUser.InstallMode _?=$1' $0
     ${If} $0 != 0
@@ -234,6 +235,7 @@ Section
   WriteRegStr SHCTX "${SETUP_KEY}" Version "${VERSION}"
 
   StrCpy $Failure ""
+  DetailPrint "Register the libraries" ; takes longer than the files
   ${If} ${RunningX64}
     StrCpy $Path "$INSTDIR\x64"
     !insertmacro RegisterBoth "$Native" x64
@@ -279,6 +281,7 @@ SectionEnd
 Section un.Remove
   Call un.RefuseWhileInUse
   Call un.FindSystemFolders
+  DetailPrint "Unregister the libraries"
   ${If} ${RunningX64}
     !insertmacro Unregister "$Native" x64
     !insertmacro Unregister "$Emulated" x86
