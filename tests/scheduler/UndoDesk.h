@@ -144,86 +144,92 @@ private:
 // One of each kind of step, with its text.
 using UndoKind = std::pair<const wchar_t*, std::function<void(UndoDesk&)>>;
 
-inline const std::vector<UndoKind>& UndoKinds()
+inline void AddOrderKinds(std::vector<UndoKind>& kinds)
+{
+    using D = UndoDesk;
+    kinds.emplace_back(L"shuffle of Rock 1", [](D& d) { d.Man().ShuffleCategories({d.Sub(L"Rock", 1)}); });
+    kinds.emplace_back(L"shuffle of Rock, Pop 1, Soul 3... (+1)", [](D& d) {
+        d.Man().ShuffleCategories({d.Main(L"Rock"), d.Sub(L"Pop", 1), d.Sub(L"Soul", 3), d.Sub(L"Rock", 2)});
+    });
+    kinds.emplace_back(L"spread of Rock 1", [](D& d) {
+        d.CutNamed(L"a")->SetLastPlayed(45'000);
+        d.Man().SpreadCategories({d.Sub(L"Rock", 1)});
+    });
+    kinds.emplace_back(L"re-order of Rock 1", [](D& d) { d.MoveTo(L"e", 2); });
+}
+
+inline void AddPlaceKinds(std::vector<UndoKind>& kinds)
+{
+    using D = UndoDesk;
+    kinds.emplace_back(L"move of 2 cuts to Pop 1", [](D& d) { d.Move({L"b", L"d"}, d.Sub(L"Pop", 1)); });
+    kinds.emplace_back(L"move of 1 cut to Pop",
+                       [](D& d) { d.Move({L"b"}, d.Main(L"Pop"), eMoveExclusiveHere); });
+    kinds.emplace_back(L"move of 6 cuts to Soul 3", [](D& d) {
+        d.Move({L"f", L"e", L"d", L"c", L"b", L"a"}, d.Sub(L"Soul", 3));
+    });
+    kinds.emplace_back(L"move of 2 cuts to Rock 2", [](D& d) { d.Move({L"c", L"a"}, d.Sub(L"Rock", 2)); });
+    kinds.emplace_back(L"copy of 2 cuts to Pop 1", [](D& d) {
+        d.Move({L"b", L"e"}, d.Sub(L"Pop", 1), eCopyHere);
+    });
+    kinds.emplace_back(L"copy of 1 cut to Soul", [](D& d) { d.Move({L"b"}, d.Main(L"Soul"), eCopyHere); });
+    kinds.emplace_back(L"removal of 2 cuts from Rock 1", [](D& d) { d.Remove({L"b", L"d"}, L"Rock"); });
+    kinds.emplace_back(L"removal of 3 cuts from Pop 1, Soul 3", [](D& d) {
+        d.Remove({L"p", L"q", L"s"}, L"");
+    });
+    kinds.emplace_back(L"assignment of Artist of c - Title of c", [](D& d) {
+        d.Man().AssignCut(d.CutNamed(L"c"), 2, {L"Pop", L"Rock", L"Folk"});
+    });
+}
+
+inline void AddCategoryKinds(std::vector<UndoKind>& kinds)
+{
+    using D = UndoDesk;
+    const auto deletion = [&](const wchar_t* sText, auto catsOf) {
+        kinds.emplace_back(sText, [=](D& d) { EXPECT_TRUE(d.Man().DeleteCats(catsOf(d))); });
+    };
+    deletion(L"deletion of Pop 1", [](D& d) { return Cats{d.Sub(L"Pop", 1)}; });
+    deletion(L"deletion of Rock", [](D& d) { return Cats{d.Main(L"Rock")}; });
+    deletion(L"deletion of Soul, Pop, Rock", [](D& d) {
+        return Cats{d.Main(L"Soul"), d.Main(L"Pop"), d.Main(L"Rock")};
+    });
+    deletion(L"deletion of Soul 3, Rock 2, Soul", [](D& d) {
+        return Cats{d.Sub(L"Soul", 3), d.Sub(L"Rock", 2), d.Main(L"Soul")};
+    });
+    kinds.emplace_back(L"new category Jazz", [](D& d) {
+        std::wstring sName = L"Jazz";
+        EXPECT_TRUE(d.Man().CreateMainCat(sName));
+    });
+    kinds.emplace_back(L"new level Pop 7", [](D& d) { d.CreateLevel(L"Pop", L"7"); });
+    kinds.emplace_back(L"renaming of Rock to Talk",
+                       [](D& d) { EXPECT_TRUE(d.Man().RenameMainCat(L"Rock", L"Talk")); });
+}
+
+inline void AddSettingKinds(std::vector<UndoKind>& kinds)
 {
     using D = UndoDesk;
     using Rules = clsCatRules::Edit;
-    static const std::vector<UndoKind> colKinds =
-        {
-            {L"shuffle of Rock 1", [](D& d) { d.Man().ShuffleCategories({d.Sub(L"Rock", 1)}); }},
-            {L"shuffle of Rock, Pop 1, Soul 3... (+1)",
-             [](D& d) {
-        d.Man().ShuffleCategories({d.Main(L"Rock"), d.Sub(L"Pop", 1), d.Sub(L"Soul", 3), d.Sub(L"Rock", 2)});
-             }},
-            {L"spread of Rock 1",
-             [](D& d) {
-        d.CutNamed(L"a")->SetLastPlayed(45'000);
-        d.Man().SpreadCategories({d.Sub(L"Rock", 1)});
-             }},
-                                       {L"re-order of Rock 1", [](D& d) { d.MoveTo(L"e", 2); }},
-                                       {L"move of 2 cuts to Pop 1",
-                                        [](D& d) {
-        d.Move({L"b", L"d"}, d.Sub(L"Pop", 1));
-                                        }},
-        {L"move of 1 cut to Pop", [](D& d) { d.Move({L"b"}, d.Main(L"Pop"), eMoveExclusiveHere); }},
-        {L"move of 6 cuts to Soul 3",
-         [](D& d) {
-        d.Move({L"f", L"e", L"d", L"c", L"b", L"a"}, d.Sub(L"Soul", 3));
-         }},
-        {L"move of 2 cuts to Rock 2",
-         [](D& d) {
-        d.Move({L"c", L"a"}, d.Sub(L"Rock", 2));
-         }},
-        {L"copy of 2 cuts to Pop 1",
-         [](D& d) {
-        d.Move({L"b", L"e"}, d.Sub(L"Pop", 1), eCopyHere);
-         }},
-        {L"copy of 1 cut to Soul", [](D& d) { d.Move({L"b"}, d.Main(L"Soul"), eCopyHere); }},
-        {L"removal of 2 cuts from Rock 1",
-         [](D& d) {
-        d.Remove({L"b", L"d"}, L"Rock");
-         }},
-        {L"removal of 3 cuts from Pop 1, Soul 3",
-         [](D& d) {
-        d.Remove({L"p", L"q", L"s"}, L"");
-         }},
-        {L"deletion of Pop 1", [](D& d) { EXPECT_TRUE(d.Man().DeleteCats({d.Sub(L"Pop", 1)})); }},
-        {L"deletion of Rock", [](D& d) { EXPECT_TRUE(d.Man().DeleteCats({d.Main(L"Rock")})); }},
-        {L"deletion of Soul, Pop, Rock",
-         [](D& d) {
-        EXPECT_TRUE(d.Man().DeleteCats({d.Main(L"Soul"), d.Main(L"Pop"), d.Main(L"Rock")}));
-         }},
-        {L"deletion of Soul 3, Rock 2, Soul",
-         [](D& d) {
-        EXPECT_TRUE(d.Man().DeleteCats({d.Sub(L"Soul", 3), d.Sub(L"Rock", 2), d.Main(L"Soul")}));
-         }},
-        {L"new category Jazz",
-         [](D& d) {
-        std::wstring sName = L"Jazz";
-        EXPECT_TRUE(d.Man().CreateMainCat(sName));
-         }},
-        {L"new level Pop 7", [](D& d) { d.CreateLevel(L"Pop", L"7"); }},
-        {L"assignment of Artist of c - Title of c",
-         [](D& d) {
-        d.Man().AssignCut(d.CutNamed(L"c"), 2, {L"Pop", L"Rock", L"Folk"});
-         }},
-        {L"renaming of Rock to Talk", [](D& d) { EXPECT_TRUE(d.Man().RenameMainCat(L"Rock", L"Talk")); }},
-        {L"artist separation of Pop 1",
-         [](D& d) {
+    kinds.emplace_back(L"artist separation of Pop 1", [](D& d) {
         d.Man().ChangeRules(d.Sub(L"Pop", 1), Rules{34, {}, {}, {}});
-         }},
-        {L"separations of Rock",
-         [](D& d) {
+    });
+    kinds.emplace_back(L"separations of Rock", [](D& d) {
         EXPECT_TRUE(d.Man().ApplyRules(d.Main(L"Rock"), Rules{1, 2, 0, {}}));
-         }},
-        {L"ignoring of rules of Soul 3",
-         [](D& d) {
+    });
+    kinds.emplace_back(L"ignoring of rules of Soul 3", [](D& d) {
         EXPECT_TRUE(d.Man().ApplyRules(d.Sub(L"Soul", 3), Rules{{}, -1, {}, true}));
-         }},
-        {L"fair rotation", [](D& d) { d.Man().SetFairRotation(true); }},
-        {L"counting of featured artists", [](D& d) { d.Man().SetFeaturedArtists(true); }},
-        };
-    return colKinds;
+    });
+    kinds.emplace_back(L"fair rotation", [](D& d) { d.Man().SetFairRotation(true); });
+    kinds.emplace_back(L"counting of featured artists", [](D& d) { d.Man().SetFeaturedArtists(true); });
+}
+
+inline const std::vector<UndoKind>& UndoKinds()
+{
+    static const std::vector<UndoKind> allKinds = [] {
+        std::vector<UndoKind> kinds;
+        for (const auto Add : {&AddOrderKinds, &AddPlaceKinds, &AddCategoryKinds, &AddSettingKinds})
+            Add(kinds);
+        return kinds;
+    }();
+    return allKinds;
 }
 
 } // namespace ravlo::test
