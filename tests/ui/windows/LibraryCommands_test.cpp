@@ -19,6 +19,39 @@ struct LibraryCommands : FilledLibrary
         cState.cPorts.cFiles.SetReadOnly(sRockFile, bLock);
         cState.cPorts.cFiles.SetReadOnly(L"C:\\Radio\\Scheduler\\History_and_Ordering", bLock);
     }
+
+    // ---- what a command has done
+
+    using Effect = std::function<void(const User&)>;
+    Effect Ticks(int nodes)
+    {
+        return [=, this](const User&) { EXPECT_EQ(Ticked(), nodes); };
+    }
+    Effect Selects(int rows)
+    {
+        return [=, this](const User&) { EXPECT_EQ(SelectedRows(), rows); };
+    }
+    Effect ShowsBox(const wchar_t* sTitle, const wchar_t* sShot)
+    {
+        return [=, this](const User& user) {
+            EXPECT_EQ(user.Box().sTitle, sTitle);
+            ShotWithBoxes(user, sShot);
+            user.Answer(user.Box().lButtons == std::vector<int>{IDOK} ? IDOK : IDCANCEL);
+        };
+    }
+    Effect IsFair(bool bFair)
+    {
+        return [=, this](const User& user) {
+            Run(user, [&] { EXPECT_EQ(cState.cSchedMan->Options().bFairRotation, bFair); });
+        };
+    }
+    static void ShowsCategories(const User& user)
+    {
+        const HWND hCategories = user.WaitFor(sfrmCatClass);
+        EXPECT_EQ(User::Text(hCategories), L"Category Selector");
+        user.Key(VK_ESCAPE);
+        user.WaitUntilGone(hCategories);
+    }
 };
 
 TEST_F(LibraryCommands, TheMenusReadAsTheyShould)
@@ -61,52 +94,27 @@ TEST_F(LibraryCommands, TheMenusReadAsTheyShould)
 // Each item does its own command, in the order of the menus.
 TEST_F(LibraryCommands, EveryItemIsReachedByMouseAndKeyboard)
 {
-    using Effect = std::function<void(const User&)>;
-    const auto ticks = [&](int lNodes) -> Effect {
-        return [=, this](const User&) { EXPECT_EQ(Ticked(), lNodes); };
-    };
-    const auto selects = [&](int lRows) -> Effect {
-        return [=, this](const User&) { EXPECT_EQ(SelectedRows(), lRows); };
-    };
-    const auto box = [&](const wchar_t* sTitle, const wchar_t* sShot) -> Effect {
-        return [=, this](const User& user) {
-            EXPECT_EQ(user.Box().sTitle, sTitle);
-            ShotWithBoxes(user, sShot);
-            user.Answer(user.Box().lButtons == std::vector<int>{IDOK} ? IDOK : IDCANCEL);
-        };
-    };
     const Effect saves = [&](const User&) { EXPECT_TRUE(cState.cPorts.cFiles.FileExists(sRockFile)); };
-    const auto isFair = [&](bool bFair) -> Effect {
-        return [=, this](const User& user) {
-            Run(user, [&] { EXPECT_EQ(cState.cSchedMan->Options().bFairRotation, bFair); });
-        };
-    };
     const Effect helps = [&](const User&) { EXPECT_EQ(cEvents.colSaid.back(), L"Help"); };
-    const Effect showsCategories = [&](const User& user) {
-        const HWND hCategories = user.WaitFor(sfrmCatClass);
-        EXPECT_EQ(User::Text(hCategories), L"Category Selector");
-        user.Key(VK_ESCAPE);
-        user.WaitUntilGone(hCategories);
-    };
     const std::pair<std::vector<int>, Effect> items[] = {
-        {{0, 0, 0}, ticks(8)},
-        {{0, 0, 1}, ticks(0)},
-        {{0, 0, 2}, ticks(8)}, // the root as well
-        {{0, 1, 0}, selects(9)},
-        {{0, 1, 1}, selects(0)},
-        {{0, 1, 2}, selects(9)},
-        {{1, 0}, ticks(8)}, // everything is read again, and stays ticked
-        {{0, 0, 1}, ticks(0)},
+        {{0, 0, 0}, Ticks(8)},
+        {{0, 0, 1}, Ticks(0)},
+        {{0, 0, 2}, Ticks(8)}, // the root as well
+        {{0, 1, 0}, Selects(9)},
+        {{0, 1, 1}, Selects(0)},
+        {{0, 1, 2}, Selects(9)},
+        {{1, 0}, Ticks(8)}, // everything is read again, and stays ticked
+        {{0, 0, 1}, Ticks(0)},
         {{1, 1}, saves},
-        {{2, 0}, showsCategories},
-        {{2, 1, 0}, box(L"New Category Creation", L"library-box-new-category")},
-        {{2, 1, 1}, box(L"Choose Another Category In The Tree", L"library-box-choose-another")},
-        {{2, 2}, box(L"You Need to Check (tick) Them In The Tree.", L"library-box-nothing-to-shuffle")},
+        {{2, 0}, ShowsCategories},
+        {{2, 1, 0}, ShowsBox(L"New Category Creation", L"library-box-new-category")},
+        {{2, 1, 1}, ShowsBox(L"Choose Another Category In The Tree", L"library-box-choose-another")},
+        {{2, 2}, ShowsBox(L"You Need to Check (tick) Them In The Tree.", L"library-box-nothing-to-shuffle")},
         {{2, 3},
-         box(L"First Select Some Categories To Delete In The Tree!", L"library-box-nothing-to-delete")},
-        {{3, 3}, box(L"You Need to Check (tick) Them In The Tree.", L"library-box-nothing-to-spread")},
-        {{3, 4}, isFair(true)},
-        {{3, 4}, isFair(false)},
+         ShowsBox(L"First Select Some Categories To Delete In The Tree!", L"library-box-nothing-to-delete")},
+        {{3, 3}, ShowsBox(L"You Need to Check (tick) Them In The Tree.", L"library-box-nothing-to-spread")},
+        {{3, 4}, IsFair(true)},
+        {{3, 4}, IsFair(false)},
         {{4}, helps},
     };
     for (const auto choose : {&LibraryCommands::ChooseByMouse, &LibraryCommands::ChooseByKeys})
