@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: MIT
 // A database may announce a copy, another object than before, or a cut whose key has changed.
+#include "scheduler/RenamedCuts.h"
+
+#include "scheduler/Placement.h"
+#include "scheduler/SchedulerState.h"
 #include "support/SyncTest.h"
 
 namespace ravlo::test
@@ -178,6 +182,27 @@ TEST_F(StationTest, WithoutANumberTheObjectIdentifiesTheRenamedCut)
     cNew->lID = 0;
     Added({cNew});
     EXPECT_EQ(Tree(), L"Rock 1: z b c") << "an object that was in no level";
+}
+
+TEST(RenamedCutsTest, TreeIsIndexedAgainAfterAReload)
+{
+    MemoryPorts cPorts;
+    ModScheduler cMod(cPorts.Ports());
+    SchedulerState cState(cMod);
+    cState.colMainCats = std::make_shared<CatCollection>();
+    const auto cCut = std::make_shared<FakeCut>(); // without a number
+    cCut->SetKey(L"a");
+    cCut->SetCatLevel(1);
+    bool bCreated = false;
+    EnsureMainCat(cMod, *cState.colMainCats, L"Rock")->AddCut(cCut, bCreated);
+    RenamedCuts cRenamed(cState);
+    for (const wchar_t* sKey : {L"z", L"y"})
+    {
+        cCut->SetKey(sKey);
+        EXPECT_EQ(cRenamed.Follow(cCut, TextKey(sKey)).size(), 1u);
+        EXPECT_EQ(cState.PlacesOf(TextKey(sKey)).size(), 1u);
+        ++cState.populations;
+    }
 }
 
 // ---- the object that is placed
