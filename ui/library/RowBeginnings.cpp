@@ -46,8 +46,8 @@ bool RowBeginnings::Begins(const std::shared_ptr<Cut>& cCut, std::size_t listed,
     if (const std::optional<std::string>& sKnown = TextsOf(eField)[listed])
         return sKnown->starts_with(sFoldedBeginning);
     const std::size_t resets = m_resets;
-    const std::shared_ptr<Cut> cKept = cCut;
-    std::string sText = Read(*cKept, eField);
+    // A reference of its own: while it is asked, a host's cut may replace the list that cCut is in.
+    std::string sText = Read(*std::shared_ptr<Cut>(cCut), eField);
     const bool bBegins = sText.starts_with(sFoldedBeginning);
     if (resets == m_resets)
         TextsOf(eField)[listed] = std::move(sText);
