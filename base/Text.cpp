@@ -74,13 +74,13 @@ std::wstring ExponentText(const Decimal& cDecimal)
 
 std::wstring PlainText(const Decimal& cDecimal)
 {
-    const auto lWhole =
-        static_cast<std::size_t>(std::max(0, cDecimal.lExponent + 1)); // digits before the point
+    // Digits before the point.
+    const auto whole = static_cast<std::size_t>(std::max(0, cDecimal.lExponent + 1));
     std::string sDigits = std::string(static_cast<std::size_t>(std::max(0, -1 - cDecimal.lExponent)), '0');
     sDigits += cDecimal.sDigits;
-    if (sDigits.size() <= lWhole)
-        return Widened(sDigits + std::string(lWhole - sDigits.size(), '0'));
-    return Widened((lWhole == 0 ? "0" : sDigits.substr(0, lWhole)) + "." + sDigits.substr(lWhole));
+    if (sDigits.size() <= whole)
+        return Widened(sDigits + std::string(whole - sDigits.size(), '0'));
+    return Widened((whole == 0 ? "0" : sDigits.substr(0, whole)) + "." + sDigits.substr(whole));
 }
 
 // Reads one number from start to end, in the order of its parts.

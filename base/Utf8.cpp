@@ -150,7 +150,7 @@ std::optional<std::wstring> TextFromUtf8(std::string_view bytes)
     for (TakeAscii(sText, bytes); !bytes.empty(); TakeAscii(sText, bytes))
     {
         std::size_t length = 1;
-        const auto c = Decode(bytes, length);
+        const std::optional<std::uint32_t> c = Decode(bytes, length);
         if (!c || IsHighHalf(*c) || IsLowHalf(*c))
             return std::nullopt;
         AppendWide(sText, *c);

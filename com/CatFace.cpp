@@ -51,8 +51,9 @@ STDMETHODIMP CatFace::putref_SchedCuts(IDispatch* newVal)
     return Guard([&] {
         // An item that is no cut, and an object that is no collection, are shown; errors of the cuts go to
         // the caller.
-        const auto colCuts = Trap(Library(), L"SchedCuts [clsCat]", std::optional<Cuts>(),
-                                  [&] { return newVal ? std::optional(CutsIn(newVal)) : std::nullopt; });
+        const std::optional<Cuts> colCuts =
+            Trap(Library(), L"SchedCuts [clsCat]", std::optional<Cuts>(),
+                 [&] { return newVal ? std::optional(CutsIn(newVal)) : std::nullopt; });
         if (colCuts)
             m_cCat->SetSchedCuts(*colCuts);
     });

@@ -219,7 +219,7 @@ void HostDatabase::Connect()
         return;
     // Weak: the connection must not keep the database alive.
     const auto forward = [cWeak = weak_from_this()](DISPID lEvent, const EventArguments& given) {
-        if (const auto cDataBase = cWeak.lock())
+        if (const std::shared_ptr<HostDatabase> cDataBase = cWeak.lock())
             Forward(*cDataBase, lEvent, given);
     };
     const auto cSink = NewObject<EventSink>(DIID___clsDataBase, L"RavloScheduler.clsSchedMan", forward);

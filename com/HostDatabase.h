@@ -45,7 +45,7 @@ public:
     // Calls tell for every listener, except those that unadvise before their turn.
     template <class Tell> void ForEachListener(Tell&& tell)
     {
-        const auto colListeners = m_colListeners;
+        const std::vector<DataBaseEvents*> colListeners = m_colListeners;
         for (DataBaseEvents* pListener : colListeners)
             if (IsListening(*pListener))
                 tell(*pListener);

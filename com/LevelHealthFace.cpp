@@ -125,7 +125,7 @@ STDMETHODIMP StarvedFace::get_Plays(LONG* pVal) { return Get(pVal, &m_starved, &
 STDMETHODIMP StarvedFace::get_BlockedBy(_clsCut** pVal)
 {
     return Return(pVal, [&] {
-        const auto& blockers = m_cSimulation->Health().blockers;
+        const std::vector<BlockingCut>& blockers = m_cSimulation->Health().blockers;
         return CutOut(m_starved.blockedBy ? m_cSimulation->CutOf(blockers[*m_starved.blockedBy].cKey.Text())
                                           : nullptr);
     });

@@ -25,7 +25,7 @@ std::optional<bool> OptionIn(const VARIANT& value)
     const Variant cValue = Variant::Dereferenced(value);
     if (IsOmitted(cValue) || cValue.vt == VT_EMPTY)
         return std::nullopt;
-    const auto cBool = cValue.As(VT_BOOL);
+    const std::optional<Variant> cBool = cValue.As(VT_BOOL);
     if (!cBool)
         throw RuntimeError(error::TypeMismatch);
     return FromHost(cBool->boolVal);

@@ -256,7 +256,7 @@ STDMETHODIMP SchedManFace::ShowGridCuts(IDispatch* oGrid, BSTR* strCatKey, IDisp
 STDMETHODIMP SchedManFace::MoveCutsInCategory(_clsCat* cCat, IDispatch* colCutsInsert, LONG PosInto)
 {
     return Guard([&] {
-        const auto cTarget = CatFrom(cCat);
+        const std::shared_ptr<clsCat> cTarget = CatFrom(cCat);
         WithItems(L"Error in InsertCuts [cSchedMan]", [&] {
             m_cSchedMan->MoveCutsInCategory(cTarget, CutsOrNone(colCutsInsert), FromHost(PosInto));
         });
@@ -338,7 +338,7 @@ STDMETHODIMP SchedManFace::DoMassCatChange(::eCatDragOptions eCatDragOption, IDi
 {
     return Guard([&] {
         bool bCreated = false;
-        const auto cTo = CatFrom(cSubCatTo);
+        const std::shared_ptr<clsCat> cTo = CatFrom(cSubCatTo);
         WithItems(L"Error in DoMassCatChange [cSchedMan]", [&] {
             m_cSchedMan->DoMassCatChange(static_cast<eCatDragOptions>(eCatDragOption), CatsIn(colSubCatsFrom),
                                          cTo, CutsOrNone(colCutsToChange), bCreated);
@@ -440,7 +440,7 @@ std::optional<std::int32_t> SchedManFace::RequestEditCut(const std::shared_ptr<C
     RaiseRequestEditCut(CutOut(cCut).Get(), cResult);
     if (cResult.vt == VT_EMPTY)
         return std::nullopt;
-    const auto cLong = cResult.As(VT_I4);
+    const std::optional<Variant> cLong = cResult.As(VT_I4);
     return cLong ? std::optional<std::int32_t>(static_cast<std::int32_t>(cLong->lVal)) : std::nullopt;
 }
 

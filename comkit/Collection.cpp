@@ -21,7 +21,7 @@ std::size_t Locate(const CollectionModel& cModel, const VARIANT& index)
     const Variant cIndex = Variant::Dereferenced(index);
     if (cIndex.vt != VT_BSTR)
         return PositionFrom(cIndex, cModel.Count());
-    const auto position = cModel.PositionOf(TextOf(cIndex.bstrVal));
+    const std::optional<std::size_t> position = cModel.PositionOf(TextOf(cIndex.bstrVal));
     if (!position)
         throw RuntimeError(error::InvalidProcedureCall);
     return *position;
@@ -129,7 +129,7 @@ CollectionFace::CollectionFace(const void* pIdentity, std::unique_ptr<Collection
 STDMETHODIMP CollectionFace::Add(VARIANT Item, VARIANT Key, VARIANT Before, VARIANT After)
 {
     return Guard([&] {
-        const auto sKey = KeyFrom(Key);
+        const std::optional<std::wstring> sKey = KeyFrom(Key);
         m_cModel->Insert(PlaceFrom(*m_cModel, Before, After), sKey, Item);
     });
 }
@@ -143,8 +143,9 @@ STDMETHODIMP CollectionFace::Exists(VARIANT Key, VARIANT_BOOL* pVal)
 {
     return Return(pVal, [&] {
         const Variant cKey = Variant::Dereferenced(Key);
-        const auto position = cKey.vt == VT_BSTR ? m_cModel->PositionOf(TextOf(cKey.bstrVal))
-                                                 : FindPosition(cKey, m_cModel->Count());
+        const std::optional<std::size_t> position = cKey.vt == VT_BSTR
+                                                        ? m_cModel->PositionOf(TextOf(cKey.bstrVal))
+                                                        : FindPosition(cKey, m_cModel->Count());
         return position.has_value();
     });
 }
@@ -172,7 +173,8 @@ std::optional<std::size_t> FindPosition(const Variant& cIndex, std::size_t count
 {
     if (!IsNumber(cIndex))
         throw RuntimeError(error::TypeMismatch);
-    const auto cLong = cIndex.As(VT_I4); // nothing: outside 32 bits, and so outside every collection
+    const std::optional<Variant> cLong =
+        cIndex.As(VT_I4); // nothing: outside 32 bits, and so outside every collection
     if (!cLong || cLong->lVal < 1 || static_cast<std::size_t>(cLong->lVal) > count)
         return std::nullopt;
     return static_cast<std::size_t>(cLong->lVal) - 1;
@@ -180,7 +182,7 @@ std::optional<std::size_t> FindPosition(const Variant& cIndex, std::size_t count
 
 std::size_t PositionFrom(const Variant& cIndex, std::size_t count)
 {
-    const auto position = FindPosition(cIndex, count);
+    const std::optional<std::size_t> position = FindPosition(cIndex, count);
     if (!position)
         throw RuntimeError(error::SubscriptOutOfRange);
     return *position;

@@ -31,7 +31,7 @@ public:
     }
     std::optional<std::size_t> PositionOf(const std::wstring& sKey) const override
     {
-        const auto colNames = m_cCut->CategoryNames();
+        const std::vector<std::wstring> colNames = m_cCut->CategoryNames();
         for (std::size_t i = 0; i < colNames.size(); ++i)
             if (EqualIgnoringCase(colNames[i], sKey))
                 return i;
@@ -44,7 +44,7 @@ public:
             throw RuntimeError(error::InvalidProcedureCall); // a name's only key is itself
         if (PositionOf(sName))
             throw RuntimeError(error::KeyAlreadyExists);
-        const auto colNames = m_cCut->CategoryNames();
+        const std::vector<std::wstring> colNames = m_cCut->CategoryNames();
         m_cCut->AddCategoryName(sName);
         // A cut adds names only at the end: those after the new one are removed and added again.
         for (std::size_t i = position; i < colNames.size(); ++i)

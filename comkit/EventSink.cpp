@@ -24,7 +24,7 @@ std::int32_t EventArguments::LongAt(UINT lIndex) const { return FromHost(As(lInd
 
 Variant EventArguments::As(UINT lIndex, VARTYPE vt) const
 {
-    auto cValue = Variant::Dereferenced(At(lIndex)).As(vt);
+    std::optional<Variant> cValue = Variant::Dereferenced(At(lIndex)).As(vt);
     if (!cValue)
         throw RuntimeError(error::TypeMismatch);
     return *cValue;

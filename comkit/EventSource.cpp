@@ -165,7 +165,7 @@ STDMETHODIMP EventSource::Point::Advise(IUnknown* pSink, DWORD* plCookie)
 
 STDMETHODIMP EventSource::Point::Unadvise(DWORD lCookie)
 {
-    auto& colSinks = m_cSource.m_colSinks;
+    std::vector<Sink>& colSinks = m_cSource.m_colSinks;
     const auto found = std::find_if(colSinks.begin(), colSinks.end(),
                                     [&](const Sink& sink) { return sink.lCookie == lCookie; });
     if (found == colSinks.end())

@@ -142,7 +142,7 @@ bool HostCut::HasCategoryName(std::wstring_view sName) const { return Contains(*
 
 void HostCut::AddCategoryName(const std::wstring& sName)
 {
-    const auto colNames = Categories();
+    const ComPtr<_clsCollection> colNames = Categories();
     if (Contains(*colNames, sName))
         return;
     const Variant cName{std::wstring_view(sName)};
@@ -153,7 +153,7 @@ void HostCut::AddCategoryName(const std::wstring& sName)
 
 void HostCut::RemoveCategoryName(const std::wstring& sName)
 {
-    const auto colNames = Categories();
+    const ComPtr<_clsCollection> colNames = Categories();
     const auto remove = [&](const Variant& cIndex) {
         ThrowIfFailed(Outgoing([&] { return colNames->Remove(cIndex); }), *colNames, IID__clsCollection);
     };

@@ -23,8 +23,8 @@ public:
         ComPtr<IUnknown> cIdentity = IdentityOf(pHost);
         if (!cIdentity)
             ThrowIfFailed(E_NOINTERFACE); // two such objects could not be told apart
-        auto& cKnown = Known()[cIdentity.Get()];
-        if (auto cFound = cKnown.lock())
+        std::weak_ptr<Wrapper>& cKnown = Known()[cIdentity.Get()];
+        if (std::shared_ptr<Wrapper> cFound = cKnown.lock())
             return cFound;
         auto cWrapper = std::make_shared<Wrapper>(ComPtr<I>(pHost), std::move(cIdentity));
         cKnown = cWrapper;

@@ -105,7 +105,7 @@ ComPtr<ITypeInfo> TypeInfoOf(REFGUID guid)
         for (const EmbeddedTypeLibrary& library : moduleParts.colTypeLibraries)
             colLoaded.push_back(LoadTypeLibrary(library));
     ComPtr<ITypeInfo> cInfo;
-    for (const auto& cLibrary : colLoaded)
+    for (const ComPtr<ITypeLib>& cLibrary : colLoaded)
         if (SUCCEEDED(cLibrary->GetTypeInfoOfGuid(guid, cInfo.Receive())))
             return cInfo;
     throw RuntimeError(TYPE_E_ELEMENTNOTFOUND, L"Element not found");
@@ -113,7 +113,7 @@ ComPtr<ITypeInfo> TypeInfoOf(REFGUID guid)
 
 const InterfaceDescription& DescriptionOf(REFIID iid)
 {
-    for (const auto& cDescription : colDescriptions)
+    for (const std::unique_ptr<InterfaceDescription>& cDescription : colDescriptions)
         if (cDescription->Iid() == iid)
             return *cDescription;
     colDescriptions.push_back(std::make_unique<InterfaceDescription>(iid, TypeInfoOf(iid)));

@@ -52,12 +52,12 @@ public:
 private:
     void Next(std::size_t line)
     {
-        RAVLO_REQUIRE(line > m_lLast);
-        m_lLast = line;
+        RAVLO_REQUIRE(line > m_last);
+        m_last = line;
     }
 
     std::set<std::wstring> m_colPaths;
-    std::size_t m_lLast = 0;
+    std::size_t m_last = 0;
 };
 
 inline void Cell(std::string& sText, std::wstring_view sCell)

@@ -39,12 +39,12 @@ private:
     // Rows come in the order of their first lines, each line once.
     void Next(std::size_t line)
     {
-        RAVLO_REQUIRE(line > m_lLast && line <= m_lines);
-        m_lLast = line;
+        RAVLO_REQUIRE(line > m_last && line <= m_lines);
+        m_last = line;
     }
 
     std::size_t m_lines;
-    std::size_t m_lLast = 0;
+    std::size_t m_last = 0;
 };
 
 std::string Written(const std::vector<std::vector<std::string>>& colRows)

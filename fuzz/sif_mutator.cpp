@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <random>
 
-extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* pBytes, std::size_t lSize, std::size_t maxSize);
+extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* pBytes, std::size_t size, std::size_t maxSize);
 
 namespace ravlo::fuzz
 {
@@ -17,7 +17,7 @@ namespace ravlo::fuzz
 namespace
 {
 
-constexpr std::size_t lRecord = HistoryFiles::recordSize;
+constexpr std::size_t recordSize = HistoryFiles::recordSize;
 constexpr std::size_t atPath = 510;
 constexpr std::size_t atLevel = 765;
 constexpr std::size_t atMarker = 769;
@@ -25,10 +25,10 @@ constexpr std::size_t atMarker = 769;
 // Duplicates a record, swaps two, or changes a level or a path.
 void MutateRecords(std::string& bytes, std::mt19937& cChance)
 {
-    const std::size_t count = bytes.size() / lRecord;
-    const auto any = [&] { return cChance() % count * lRecord; };
+    const std::size_t count = bytes.size() / recordSize;
+    const auto any = [&] { return cChance() % count * recordSize; };
     const std::size_t at = any();
-    const std::string record = bytes.substr(at, lRecord);
+    const std::string record = bytes.substr(at, recordSize);
     static constexpr std::int32_t levels[] = {0, 1, 2, 3, 7, -1, 32764, 2147483647};
     switch (cChance() % 6)
     {
@@ -36,17 +36,17 @@ void MutateRecords(std::string& bytes, std::mt19937& cChance)
         bytes.insert(any(), record);
         break;
     case 1:
-        bytes.erase(at, lRecord);
+        bytes.erase(at, recordSize);
         break;
     case 2:
-        bytes.erase(at, lRecord);
+        bytes.erase(at, recordSize);
         bytes.append(record);
         break;
     case 3:
-        PutLong(std::span(bytes.data() + at, lRecord), atLevel, levels[cChance() % std::size(levels)]);
+        PutLong(std::span(bytes.data() + at, recordSize), atLevel, levels[cChance() % std::size(levels)]);
         break;
     case 4:
-        PutInteger(std::span(bytes.data() + at, lRecord), atMarker, cChance() % 2 == 0 ? 0 : -1);
+        PutInteger(std::span(bytes.data() + at, recordSize), atMarker, cChance() % 2 == 0 ? 0 : -1);
         break;
     default:
         bytes.replace(at + atPath, 255, bytes, any() + atPath, 255);
@@ -57,14 +57,14 @@ void MutateRecords(std::string& bytes, std::mt19937& cChance)
 
 } // namespace ravlo::fuzz
 
-extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* pBytes, std::size_t lSize, std::size_t maxSize,
+extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* pBytes, std::size_t size, std::size_t maxSize,
                                                unsigned lSeed)
 {
     using namespace ravlo::fuzz;
     std::mt19937 cChance(lSeed);
-    if (lSize < lRecord || cChance() % 2 == 0)
-        return LLVMFuzzerMutate(pBytes, lSize, maxSize);
-    std::string bytes(BytesOf(pBytes, lSize));
+    if (size < recordSize || cChance() % 2 == 0)
+        return LLVMFuzzerMutate(pBytes, size, maxSize);
+    std::string bytes(BytesOf(pBytes, size));
     MutateRecords(bytes, cChance);
     bytes.resize(std::min(bytes.size(), maxSize));
     std::copy(bytes.begin(), bytes.end(), pBytes);

@@ -69,7 +69,7 @@ int Main(const std::vector<std::string>& arguments)
     const Console cError(STD_ERROR_HANDLE);
     try
     {
-        const auto line = ParseCommandLine(arguments);
+        const CommandLine line = ParseCommandLine(arguments);
         if (const auto* reply = std::get_if<Reply>(&line))
         {
             (reply->lStatus == lExitOk ? cOut : cError).Write(reply->sText);
@@ -79,7 +79,7 @@ int Main(const std::vector<std::string>& arguments)
     }
     catch (...)
     {
-        auto sWhat = CurrentErrorText();
+        std::wstring sWhat = CurrentErrorText();
         std::replace_if(
             sWhat.begin(), sWhat.end(), [](wchar_t c) { return c == L'\r' || c == L'\n'; }, L' ');
         cError.Write(L"RavloHost: " + sWhat + L"\n");

@@ -24,7 +24,7 @@ void AddNames(std::vector<TextKey>& colNames, const std::vector<std::wstring>& c
     std::unordered_set<TextKey> colSeen;
     if (!bFew)
         colSeen.insert(colNames.begin(), colNames.end());
-    for (const auto& sName : colMore)
+    for (const std::wstring& sName : colMore)
     {
         TextKey cName(sName);
         const bool bNew = bFew ? std::find(colNames.begin(), colNames.end(), cName) == colNames.end()

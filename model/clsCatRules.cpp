@@ -204,11 +204,11 @@ bool clsCatRules::Write(SavedFiles::Unseen eUnseen)
     const std::wstring sPath = PathOf(CatID());
     m_cMod.FlushDebugLog();
     SavedFiles& cSaved = m_cMod.Saved();
-    const SavedFiles::Stamp lStamp = cSaved.Begin();
-    if (cSaved.Replace(sPath, lStamp, Encode(), this, eUnseen) != SavedFiles::Result::Written)
+    const SavedFiles::Stamp stamp = cSaved.Begin();
+    if (cSaved.Replace(sPath, stamp, Encode(), this, eUnseen) != SavedFiles::Result::Written)
         return false;
     m_sSeenPath = sPath;
-    m_lSeen = lStamp;
+    m_lSeen = stamp;
     m_eSource = Source::File;
     return true;
 }

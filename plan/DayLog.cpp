@@ -65,14 +65,14 @@ public:
         constexpr std::size_t columns = 12;
         if (fields.size() != columns)
             return;
-        const auto dtStart = ParseIso(TextFromStore(fields[0]));
-        const auto lLevel = LongIn(fields[2]);
-        const auto lKind = LongIn(fields[4]);
+        const std::optional<DateTime> dtStart = ParseIso(TextFromStore(fields[0]));
+        const std::optional<std::int32_t> lLevel = LongIn(fields[2]);
+        const std::optional<std::int32_t> lKind = LongIn(fields[4]);
         if (!dtStart || !lLevel || !lKind) // the heading
             return;
         LogRow& row = rows.emplace_back(
             LogRow{*dtStart, {TextFromStore(fields[1]), *lLevel, fields[3] == "Y", 0}, *lKind, {}, {}, {}});
-        if (const auto lDurationmS = LongIn(fields[9]))
+        if (const std::optional<std::int32_t> lDurationmS = LongIn(fields[9]))
             row.cut = PlayedCut{TextFromStore(fields[5]), TextFromStore(fields[6]), TextFromStore(fields[7]),
                                 TextFromStore(fields[8]), *lDurationmS};
         row.dArtistGapMins = GapIn(fields[10]);

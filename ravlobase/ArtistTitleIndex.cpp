@@ -22,14 +22,14 @@ bool HasPair(const CutValues& values) { return !values.cArtist.Empty() || !value
 
 void ArtistTitleIndex::Add(StoreCut& cCut)
 {
-    const auto& values = cCut.Values();
+    const CutValues& values = cCut.Values();
     if (HasPair(values))
         m_cuts.emplace(PairHash(values.cArtist.Text(), values.cTitle.Text()), &cCut);
 }
 
 void ArtistTitleIndex::Remove(const StoreCut& cCut) noexcept
 {
-    const auto& values = cCut.Values();
+    const CutValues& values = cCut.Values();
     auto [it, itEnd] = m_cuts.equal_range(PairHash(values.cArtist.Text(), values.cTitle.Text()));
     for (; it != itEnd; ++it)
     {
@@ -47,7 +47,7 @@ StoreCut* ArtistTitleIndex::Find(const std::wstring& sArtist, const std::wstring
     const auto [itFirst, itEnd] = m_cuts.equal_range(PairHash(sArtist, sTitle));
     for (auto it = itFirst; it != itEnd; ++it)
     {
-        const auto& values = it->second->Values();
+        const CutValues& values = it->second->Values();
         if (EqualIgnoringCase(values.cArtist.Text(), sArtist) &&
             EqualIgnoringCase(values.cTitle.Text(), sTitle) &&
             (pFound == nullptr || it->second->ID() < pFound->ID()))

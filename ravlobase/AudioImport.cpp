@@ -47,7 +47,7 @@ public:
 private:
     bool List(const std::wstring& sFolder, std::vector<std::wstring>& colFolders)
     {
-        auto entries = disk::Entries(sFolder);
+        std::optional<std::vector<disk::Entry>> entries = disk::Entries(sFolder);
         if (!entries)
             return false;
         for (disk::Entry& entry : *entries)
@@ -71,7 +71,7 @@ std::optional<std::wstring> NotEmpty(const std::wstring& sText)
 
 void TakeFile(const std::wstring& sPath, const AudioImport& import, ImportRows& rows)
 {
-    const auto stamp = disk::StampOf(sPath);
+    const std::optional<disk::Stamp> stamp = disk::StampOf(sPath);
     if (stamp && import.stampOf(TextKey(sPath)) == stamp)
     {
         ++rows.unchanged;
@@ -104,7 +104,7 @@ LibraryRow RowOfName(const std::wstring& sName)
 {
     constexpr std::wstring_view sDash = L" - ";
     LibraryRow row;
-    const auto dash = sName.find(sDash);
+    const std::size_t dash = sName.find(sDash);
     if (dash != std::wstring::npos)
         row.sArtist = NotEmpty(Trim(sName.substr(0, dash)));
     row.sTitle = NotEmpty(Trim(dash == std::wstring::npos ? sName : sName.substr(dash + sDash.size())));

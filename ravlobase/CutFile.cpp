@@ -136,9 +136,9 @@ void ReadCategories(sqlite::Connection& cConnection, TextPool& cPool, std::vecto
     auto it = colCuts.begin();
     while (names.Step())
     {
-        const auto lID = names.Number(0);
-        const auto cut = std::find_if(it, colCuts.end(), [&](const StoredCut& c) { return c.lID >= lID; });
-        if (cut == colCuts.end() || cut->lID != lID)
+        const std::int64_t id = names.Number(0);
+        const auto cut = std::find_if(it, colCuts.end(), [&](const StoredCut& c) { return c.lID >= id; });
+        if (cut == colCuts.end() || cut->lID != id)
             cConnection.Fail(SQLITE_CORRUPT);
         if (cut != std::exchange(it, cut))
             colSeen.clear();
@@ -207,11 +207,11 @@ bool CutFile::ChangedByOthers() { return DataVersion() != m_read; }
 
 std::vector<StoredCut> CutFile::Read()
 {
-    const auto version = DataVersion(); // before reading, so that no later change is missed
+    const std::int64_t version = DataVersion(); // before reading, so that no later change is missed
     m_cConnection.Run("BEGIN");
     try
     {
-        auto colCuts = ReadCuts(m_cConnection);
+        std::vector<StoredCut> colCuts = ReadCuts(m_cConnection);
         m_cConnection.Run("COMMIT");
         m_read = version;
         return colCuts;
@@ -225,9 +225,9 @@ std::vector<StoredCut> CutFile::Read()
 
 std::int64_t CutFile::DataVersion()
 {
-    auto& statement = Prepared("PRAGMA data_version");
+    sqlite::Statement& statement = Prepared("PRAGMA data_version");
     statement.Step();
-    const auto version = statement.Number(0);
+    const std::int64_t version = statement.Number(0);
     statement.Run();
     return version;
 }
@@ -245,12 +245,12 @@ std::int32_t CutFile::Insert(const CutValues& values)
             sMarks += ",?";
         return "INSERT INTO cuts(cut_key, folded_key" + ColumnNames() + ") VALUES(?,?" + sMarks + ")";
     }();
-    auto& statement = Prepared(sInsert);
+    sqlite::Statement& statement = Prepared(sInsert);
     statement.Bind(1, values.cKey.Text()).Bind(2, FoldCase(values.cKey.Text()));
     for (int l = 0; l < lColumns; ++l)
         BindValue(statement, l + 3, columns[l], values);
     statement.Run();
-    const auto rowID = m_cConnection.LastRowID();
+    const std::int64_t rowID = m_cConnection.LastRowID();
     if (rowID > std::numeric_limits<std::int32_t>::max())
         throw RuntimeError(error::Overflow, L"The database has used up its numbers.");
     const auto lID = static_cast<std::int32_t>(rowID);
@@ -264,7 +264,8 @@ void CutFile::Update(std::int32_t lID, const CutValues& old, const CutValues& ne
     {
         if (SameValue(column, old, next))
             continue;
-        auto& statement = Prepared(std::string("UPDATE cuts SET ") + column.sName + " = ? WHERE id = ?");
+        sqlite::Statement& statement =
+            Prepared(std::string("UPDATE cuts SET ") + column.sName + " = ? WHERE id = ?");
         BindValue(statement, 1, column, next);
         statement.Bind(2, lID).Run();
         if (m_cConnection.ChangedRows() == 0)
@@ -339,9 +340,10 @@ void CutFile::Delete(std::int32_t lID)
 
 void CutFile::WriteCategories(std::int32_t lID, const CutValues& values)
 {
-    auto& statement = Prepared("INSERT INTO cut_categories(cut_id, position, name) VALUES(?,?,?)");
+    sqlite::Statement& statement =
+        Prepared("INSERT INTO cut_categories(cut_id, position, name) VALUES(?,?,?)");
     std::int64_t position = 0;
-    for (const auto& cName : values.colCategories)
+    for (const TextKey& cName : values.colCategories)
         statement.Bind(1, lID).Bind(2, position++).Bind(3, cName.Text()).Run();
 }
 

@@ -110,7 +110,7 @@ void CreateDataBase(const std::wstring& sFile)
 
 bool HasLog(const std::wstring& sFile)
 {
-    const auto stamp = disk::StampOf(sFile + L"-wal");
+    const std::optional<disk::Stamp> stamp = disk::StampOf(sFile + L"-wal");
     return stamp && stamp->size > 0;
 }
 
@@ -125,7 +125,7 @@ std::optional<sqlite::Connection::Log> BeginReading(sqlite::Connection& cConnect
     {
         cConnection.Run("BEGIN");
         layout::Check(cConnection); // the first look begins the transaction
-        auto now = cConnection.WriteAheadLog();
+        std::optional<sqlite::Connection::Log> now = cConnection.WriteAheadLog();
         if (attempt > 0 && now == before)
             return now;
         before = now;
@@ -140,11 +140,11 @@ std::optional<sqlite::Connection::Log> BeginReading(sqlite::Connection& cConnect
 void CheckSize(sqlite::Connection& cConnection, const std::optional<sqlite::Connection::Log>& log,
                const std::wstring& sFile)
 {
-    const auto pages = cConnection.Number("PRAGMA page_count");
+    const std::int64_t pages = cConnection.Number("PRAGMA page_count");
     const bool bFromLog = log && log->frames > 0;
     if (bFromLog && log->pages != pages)
         Refuse(sFile, L"and the log next to it do not belong together");
-    const auto size = pages * cConnection.Number("PRAGMA page_size");
+    const std::int64_t size = pages * cConnection.Number("PRAGMA page_size");
     // The end of a database that grew may be only in the log.
     if (cConnection.RawSize() > size || (log && !bFromLog && cConnection.RawSize() < size))
         Refuse(sFile, L"is damaged");
@@ -176,7 +176,7 @@ std::string ReadyPath(const std::wstring& sFile)
 void CheckUnread(sqlite::Connection& cConnection, const std::wstring& sFile)
 {
     const bool bHadLog = HasLog(sFile);
-    const auto head = cConnection.RawHead(headSize);
+    const std::string head = cConnection.RawHead(headSize);
     CheckHead(sFile, head);
     if (!bHadLog && cConnection.RawSize() != SizeIn(head))
         Refuse(sFile, L"is damaged"); // SQLite takes the missing end of a last page for zeros

@@ -26,7 +26,7 @@ std::string ScratchName(const std::string& sPath)
     std::array<unsigned char, 4> bytes{};
     sqlite3_randomness(static_cast<int>(bytes.size()), bytes.data());
     std::string sName = sPath + "-";
-    for (const auto byte : bytes)
+    for (const unsigned char byte : bytes)
         sName += {sDigits[byte >> 4], sDigits[byte & 15]};
     return sName + ".room~";
 }
@@ -71,7 +71,7 @@ int FillScratch(sqlite3_vfs& vfs, const std::string& sName)
 
 void NeedRoomBeside(const std::string& sPath, const std::wstring& sShown)
 {
-    auto* pVfs = sqlite3_vfs_find(nullptr);
+    sqlite3_vfs* pVfs = sqlite3_vfs_find(nullptr);
     // Any other failure, such as a folder without write permission, is reported by the opening itself.
     if (FillScratch(*pVfs, ScratchName(sPath)) == SQLITE_FULL)
         throw RuntimeError(error::DiskFull,

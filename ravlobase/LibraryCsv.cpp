@@ -30,7 +30,7 @@ std::wstring Quoted(const std::wstring& sCell)
 std::optional<std::int32_t> WholeNumber(const std::wstring& sText, std::int32_t lMin, std::int32_t lMax)
 {
     const bool bNegative = !sText.empty() && sText.front() == L'-';
-    const auto sDigits = std::wstring_view(sText).substr(bNegative ? 1 : 0);
+    const std::wstring_view sDigits = std::wstring_view(sText).substr(bNegative ? 1 : 0);
     if (sDigits.empty() || sDigits.find_first_not_of(L"0123456789") != std::wstring_view::npos)
         return std::nullopt;
     std::int64_t value = 0;
@@ -71,7 +71,8 @@ bool TakePath(LibraryRow& row, const std::wstring& sCell)
 
 bool TakeLevel(LibraryRow& row, const std::wstring& sCell)
 {
-    const auto lLevel = WholeNumber(Trim(sCell), 0, std::numeric_limits<std::int32_t>::max());
+    const std::optional<std::int32_t> lLevel =
+        WholeNumber(Trim(sCell), 0, std::numeric_limits<std::int32_t>::max());
     if (lLevel.value_or(0) != 0)
         row.lLevel = lLevel;
     return lLevel.has_value();
@@ -80,8 +81,8 @@ bool TakeLevel(LibraryRow& row, const std::wstring& sCell)
 bool TakeCategories(LibraryRow& row, const std::wstring& sCell)
 {
     std::vector<std::wstring> colNames;
-    for (const auto& sPiece : Split(sCell, L"/"))
-        if (auto sName = Trim(sPiece); !sName.empty())
+    for (const std::wstring& sPiece : Split(sCell, L"/"))
+        if (std::wstring sName = Trim(sPiece); !sName.empty())
             colNames.push_back(std::move(sName));
     if (!colNames.empty())
         row.colCategories = std::move(colNames);
@@ -90,7 +91,7 @@ bool TakeCategories(LibraryRow& row, const std::wstring& sCell)
 
 bool TakeOpener(LibraryRow& row, const std::wstring& sCell)
 {
-    const auto sFlag = Trim(sCell);
+    const std::wstring sFlag = Trim(sCell);
     row.bOpener = EqualIgnoringCase(sFlag, L"Y");
     return *row.bOpener || EqualIgnoringCase(sFlag, L"N");
 }
@@ -108,7 +109,7 @@ bool TakeLength(LibraryRow& row, const std::wstring& sCell)
     for (const std::wstring& sPart : Split(Trim(sCell), L":"))
     {
         const bool bDigits = !sPart.empty() && sPart.find_first_not_of(L"0123456789.") == std::wstring::npos;
-        const auto dPart = bDigits ? NumericValue(sPart) : std::nullopt;
+        const std::optional<double> dPart = bDigits ? NumericValue(sPart) : std::nullopt;
         if (!dPart)
             return false;
         dSeconds = dSeconds * 60 + *dPart;
@@ -149,7 +150,7 @@ constexpr CsvColumn csvColumns[] = {
 
 const CsvColumn* ColumnNamed(std::wstring_view sName)
 {
-    for (const auto& column : csvColumns)
+    for (const CsvColumn& column : csvColumns)
         if (EqualIgnoringCase(column.sName, sName))
             return &column;
     return nullptr;
@@ -176,7 +177,7 @@ public:
         }
         LibraryRow row;
         row.line = line;
-        if (const auto sReason = TakeRow(row, fields); !sReason.empty())
+        if (const std::wstring sReason = TakeRow(row, fields); !sReason.empty())
         {
             m_cSink.OnReject(line, sReason);
             return;
@@ -194,9 +195,9 @@ public:
 private:
     void ReadHeader(std::span<const std::string> fields)
     {
-        for (const auto& bytes : fields)
+        for (const std::string& bytes : fields)
         {
-            const auto sName = TextFromUtf8(bytes);
+            const std::optional<std::wstring> sName = TextFromUtf8(bytes);
             const CsvColumn* pColumn = sName ? ColumnCalled(Trim(*sName)) : nullptr;
             for (const CsvColumn* pEarlier : m_columns)
             {
@@ -242,7 +243,7 @@ private:
         {
             if (m_columns[i] == nullptr || fields[i].find_first_not_of(' ') == std::string::npos)
                 continue;
-            if (auto sReason = Take(*m_columns[i], row, fields[i]); !sReason.empty())
+            if (std::wstring sReason = Take(*m_columns[i], row, fields[i]); !sReason.empty())
                 return sReason;
         }
         if (row.cPath.Empty())
@@ -255,7 +256,7 @@ private:
     static std::wstring Take(const CsvColumn& column, LibraryRow& row, const std::string& bytes)
     {
         const std::wstring sColumn = column.sName;
-        const auto sCell = TextFromUtf8(bytes);
+        const std::optional<std::wstring> sCell = TextFromUtf8(bytes);
         if (!sCell)
             return sColumn + L": not UTF-8";
         if (sCell->find(L'\0') != std::wstring::npos)
@@ -279,7 +280,7 @@ ColumnMap ParseColumnMap(const std::wstring& sMap)
         return map;
     for (const std::wstring& sPair : Split(sMap, L","))
     {
-        const auto sign = sPair.find(L'=');
+        const std::size_t sign = sPair.find(L'=');
         const std::wstring sOurs = Trim(sPair.substr(0, sign));
         const std::wstring sTheirs = sign == std::wstring::npos ? L"" : Trim(sPair.substr(sign + 1));
         if (sTheirs.empty())

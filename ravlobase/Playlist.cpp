@@ -22,7 +22,7 @@ constexpr wchar_t page1252[] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 
 std::wstring TextOf(std::string_view bytes)
 {
     bytes = WithoutByteOrderMark(bytes);
-    if (auto sText = TextFromUtf8(bytes))
+    if (std::optional<std::wstring> sText = TextFromUtf8(bytes))
         return *sText;
     std::wstring sText;
     for (const char byte : bytes)
@@ -36,7 +36,7 @@ std::wstring TextOf(std::string_view bytes)
 // "#EXTINF:205,Artist - Title"; seconds may have a fraction, and attributes may follow them.
 void TakeInformation(PlaylistEntry& entry, const std::wstring& sValue)
 {
-    const auto comma = sValue.find(L',');
+    const std::size_t comma = sValue.find(L',');
     if (comma != std::wstring::npos)
         entry.sName = Trim(sValue.substr(comma + 1));
     const std::wstring sSeconds = sValue.substr(0, std::min(comma, sValue.find(L' ')));

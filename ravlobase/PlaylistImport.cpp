@@ -70,7 +70,8 @@ private:
             return; // a song that is played twice is one cut
         if (disk::KindOf(sFile) == PathKind::None)
             TakeMissing(entry, cKey);
-        else if (const auto stamp = disk::StampOf(sFile); stamp && m_import.stampOf(cKey) == stamp)
+        else if (const std::optional<disk::Stamp> stamp = disk::StampOf(sFile);
+                 stamp && m_import.stampOf(cKey) == stamp)
             ++m_rows.unchanged;
         else
             TakeFile(sFile, entry);

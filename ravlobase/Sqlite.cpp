@@ -108,7 +108,7 @@ sqlite3_file* Connection::RawFile()
 
 std::int64_t Connection::RawSize()
 {
-    auto* pFile = RawFile();
+    sqlite3_file* pFile = RawFile();
     sqlite3_int64 size = 0;
     Check(pFile->pMethods->xFileSize(pFile, &size));
     return size;
@@ -116,7 +116,7 @@ std::int64_t Connection::RawSize()
 
 std::string Connection::RawHead(std::size_t count)
 {
-    auto* pFile = RawFile();
+    sqlite3_file* pFile = RawFile();
     std::string bytes(static_cast<std::size_t>(std::min(RawSize(), static_cast<std::int64_t>(count))), '\0');
     Check(pFile->pMethods->xRead(pFile, bytes.data(), static_cast<int>(bytes.size()), 0));
     return bytes;
@@ -124,7 +124,7 @@ std::string Connection::RawHead(std::size_t count)
 
 std::optional<Connection::Log> Connection::WriteAheadLog()
 {
-    auto* pFile = RawFile();
+    sqlite3_file* pFile = RawFile();
     void volatile* pIndex = nullptr;
     if (pFile->pMethods->iVersion < 2 ||
         pFile->pMethods->xShmMap(pFile, 0, indexPageSize, 0, &pIndex) != SQLITE_OK || pIndex == nullptr)

@@ -85,7 +85,7 @@ void Store::Modify(StoreEdit& edit, const std::shared_ptr<Cut>& cGiven) const
         return;
     }
     CutValues next = ValuesOf(Given(cGiven));
-    auto cCut = m_cContent.ByKey(next.cKey);
+    std::shared_ptr<Cut> cCut = m_cContent.ByKey(next.cKey);
     if (!cCut)
         throw RuntimeError(error::InvalidProcedureCall,
                            L"There is no cut with the key \"" + next.cKey.Text() + L"\".");
@@ -125,7 +125,7 @@ std::int32_t Store::RemoveCuts(const Cuts& colCuts)
     std::unordered_set<const Cut*> seen;
     for (const std::shared_ptr<Cut>& cCut : colCuts)
     {
-        auto cOwn = m_cContent.ByKey(Given(cCut).Key());
+        std::shared_ptr<Cut> cOwn = m_cContent.ByKey(Given(cCut).Key());
         if (cOwn && seen.insert(cOwn.get()).second)
             colRemoved.push_back(std::move(cOwn));
     }

@@ -188,9 +188,9 @@ std::int32_t Store::ImportAudio(const std::wstring& sPath, const std::wstring& s
     ImportReport report;
     report.bTrial = bTrial;
     report.bFiles = true;
-    const auto stamps = m_pFile->ImportStamps();
+    const std::unordered_map<std::int32_t, ImportStamp> stamps = m_pFile->ImportStamps();
     const auto stampOf = [&](const TextKey& cKey) {
-        const auto cCut = m_cContent.ByKey(cKey);
+        const std::shared_ptr<Cut> cCut = m_cContent.ByKey(cKey);
         const auto it = cCut ? stamps.find(cCut->ID()) : stamps.end();
         return it == stamps.end() ? std::nullopt : std::optional(it->second);
     };

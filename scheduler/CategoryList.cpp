@@ -106,14 +106,14 @@ void CategoryList::Write(const CatCollection& colMainCats, const std::wstring& s
 {
     m_cMod.FlushDebugLog();
     SavedFiles& cSaved = m_cMod.Saved();
-    const SavedFiles::Stamp lStamp = cSaved.Begin();
+    const SavedFiles::Stamp stamp = cSaved.Begin();
     Version cNew = LastOf(sAppPath + sListFile);
     const std::string added = MergeOthers(colMainCats, cNew);
     ForgetRemovedWithoutCategory(colMainCats, cNew);
     cNew.own = OwnNamesOf(colMainCats, cNew.colRemoved);
     for (const std::wstring& sName : cNew.own.colLeftOut)
         m_cMod.WriteDebugLog(L"The category list cannot hold the name: " + sName);
-    cSaved.Replace(cNew.sPath, lStamp, cNew.own.bytes + added, this);
+    cSaved.Replace(cNew.sPath, stamp, cNew.own.bytes + added, this);
     m_cLast = std::move(cNew);
 }
 

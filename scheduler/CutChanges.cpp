@@ -423,7 +423,7 @@ void CutChanges::WillUndo(std::function<void()> undo)
 
 void CutChanges::TakeBack(const Mark& mark) noexcept
 {
-    while (m_colUndo.size() > mark.lUndo)
+    while (m_colUndo.size() > mark.undo)
     {
         const std::function<void()> undo = std::move(m_colUndo.back());
         m_colUndo.pop_back();
@@ -443,7 +443,7 @@ void CutChanges::TakeBack(const Mark& mark) noexcept
         m_colMade.end());
     for (; m_colTouched.size() > mark.touched; m_colTouched.pop_back())
         m_cAffected.Remove(m_colTouched.back());
-    while (m_colChanged.size() > mark.lChanged)
+    while (m_colChanged.size() > mark.changed)
     {
         const ChangedCut changed = std::move(m_colChanged.back());
         m_colChanged.pop_back();

@@ -165,8 +165,8 @@ private:
     };
     struct Mark // a position in the open step, to undo back to
     {
-        std::size_t lChanged;
-        std::size_t lUndo;
+        std::size_t changed;
+        std::size_t undo;
         std::size_t made;
         std::size_t touched;
     };

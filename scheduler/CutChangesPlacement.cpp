@@ -167,7 +167,7 @@ void CutChanges::PlaceLast(const std::shared_ptr<Cut>& cCut, const std::shared_p
     }
     RecordOrder(cSubCat);
     WillUndo([colCuts, cKey, to = *before] {
-        if (const auto now = colCuts->PositionOf(cKey))
+        if (const std::optional<std::size_t> now = colCuts->PositionOf(cKey))
             Move(*colCuts, *now, std::min(to, colCuts->Count() - 1));
     });
     colCuts->MoveToEnd(*before);

@@ -103,7 +103,7 @@ HistoryFiles::Saved HistoryFiles::Save(const std::shared_ptr<clsCat>& cMainCat, 
     {
         const Snapshot cSnapshot = TakeSnapshot(*cMainCat);
         const Saved eSaved = SaveSnapshot(cSnapshot, mode);
-        m_cUnsaved.Settled(sCatName, cSnapshot.lStamp);
+        m_cUnsaved.Settled(sCatName, cSnapshot.stamp);
         return eSaved;
     }
     catch (...)
@@ -130,7 +130,7 @@ HistoryFiles::Snapshot HistoryFiles::TakeSnapshot(const clsCat& cMainCat)
 {
     const std::wstring& sCatName = cMainCat.CatName();
     Snapshot cSnapshot{sCatName, SavePathOf(sCatName), m_cMod.Saved().Begin(), {}};
-    m_cUnsaved.Changed(sCatName, cSnapshot.lStamp);
+    m_cUnsaved.Changed(sCatName, cSnapshot.stamp);
     cSnapshot.colEntries.reserve(static_cast<std::size_t>(cMainCat.TotalCuts()) +
                                  cMainCat.SubCats()->Count());
     for (const std::shared_ptr<clsCat>& cSubCat : *cMainCat.SubCats())
@@ -226,7 +226,7 @@ void HistoryFiles::TellOfWriting(const Snapshot& cSnapshot)
 void HistoryFiles::Write(const Snapshot& cSnapshot, std::string_view bytes, SaveMode mode)
 {
     m_cMod.FlushDebugLog();
-    m_cMod.Saved().Replace(cSnapshot.sPath, cSnapshot.lStamp, bytes, this, SavedFiles::Unseen::KeepAside,
+    m_cMod.Saved().Replace(cSnapshot.sPath, cSnapshot.stamp, bytes, this, SavedFiles::Unseen::KeepAside,
                            IsQuiet(mode) ? Patience::None : Patience::UpToASecond);
     m_colLogged.erase(FoldCase(cSnapshot.sCatName));
 }
@@ -281,14 +281,14 @@ void HistoryFiles::ApplyHistory(const CatCollection& colMainCats, const std::wst
     for (const std::shared_ptr<clsCat>& cMainCat : colMainCats)
     {
         const std::wstring sPath = PathOf(sAppPath, cMainCat->CatName());
-        const SavedFiles::Stamp lStamp = m_cMod.Saved().Begin(); // later picks are newer
+        const SavedFiles::Stamp stamp = m_cMod.Saved().Begin(); // later picks are newer
         m_cUnsaved.Read(cMainCat->CatName(), 0);
         std::optional<std::string> bytes;
         try
         {
             bytes = RetrieveHistoryAndOrdering(*cMainCat, sPath);
             if (bytes && Apply(*cMainCat, *bytes, sPath))
-                m_cUnsaved.Read(cMainCat->CatName(), lStamp);
+                m_cUnsaved.Read(cMainCat->CatName(), stamp);
         }
         catch (...)
         {

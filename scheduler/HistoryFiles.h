@@ -136,13 +136,13 @@ private:
         };
         std::wstring sCatName;
         std::wstring sPath;
-        SavedFiles::Stamp lStamp;
+        SavedFiles::Stamp stamp;
         std::vector<Entry> colEntries;
     };
     struct LeftBehind
     {
         std::wstring sPath;
-        SavedFiles::Stamp lStamp;
+        SavedFiles::Stamp stamp;
         std::optional<OrderContent> content; // empty: the file is to be deleted
     };
     class ReadErrors;

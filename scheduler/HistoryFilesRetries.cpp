@@ -36,7 +36,7 @@ void HistoryFiles::DeleteKnownFile(const std::wstring& sCatName)
 
 void HistoryFiles::SaveAfterPick(const std::shared_ptr<clsCat>& cMainCat, const CatCollection& colMainCats)
 {
-    if (const auto sOther = m_cUnsaved.LongestDueExcept(cMainCat->CatName()))
+    if (const std::optional<std::wstring> sOther = m_cUnsaved.LongestDueExcept(cMainCat->CatName()))
         Retry(*sOther, colMainCats);
     if (m_cUnsaved.IsDue(cMainCat->CatName()))
         Save(cMainCat, quietly);
@@ -114,16 +114,16 @@ void HistoryFiles::RetryLeftBehind()
         try
         {
             if (left.content)
-                cSaved.Replace(left.sPath, left.lStamp, left.content->Bytes(), this,
+                cSaved.Replace(left.sPath, left.stamp, left.content->Bytes(), this,
                                SavedFiles::Unseen::KeepAside, Patience::None);
-            else if (cSaved.NewestOf(left.sPath) <= left.lStamp)
+            else if (cSaved.NewestOf(left.sPath) <= left.stamp)
                 cSaved.Delete(left.sPath, this);
         }
         catch (...)
         {
             m_cMod.LogError(L"SaveHistoryAndOrdering " + left.sPath, CurrentError());
             if (!left.content)
-                left.lStamp = cSaved.NewestOf(left.sPath); // a deletion counts as newer even when it fails
+                left.stamp = cSaved.NewestOf(left.sPath); // a deletion counts as newer even when it fails
             m_colLeftBehind.push_back(std::move(left));
             m_lLeftBehindTriedAt = m_cMod.Ports().cClock.TickCount();
         }

@@ -75,8 +75,8 @@ void RestoredLevel::Take(std::string_view field)
     const std::optional<std::size_t> exact = m_colCuts->PositionOf(sPath);
     if (exact && m_colPlaceOf[*exact] == nowhere)
         Place(*exact);
-    else if (const auto lAlike = NextAlike(std::string(field)))
-        Place(*lAlike);
+    else if (const std::optional<std::size_t> alike = NextAlike(std::string(field)))
+        Place(*alike);
     else if (exact)
         Place(*exact); // named twice: the last record counts
 }

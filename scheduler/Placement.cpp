@@ -33,7 +33,7 @@ bool Placement::Place(const std::shared_ptr<Cut>& cCut, clsCat& cInto, bool& bCr
         bool& bShown = lLevel == 0 ? cProblem.bLevelZeroShown : cProblem.bNegativeLevelShown;
         if (std::exchange(bShown, true))
         {
-            ++cProblem.lRefused;
+            ++cProblem.refused;
             return false;
         }
     }
@@ -106,9 +106,9 @@ void Placement::Report(const std::function<void(const RuntimeError&)>& show)
         m_cMod.WriteDebugLog(L"Zero-length cat names are illegal: " + CountText(emptyNames) + L" in all.");
     for (const Problem& cProblem : colProblems)
     {
-        if (cProblem.lRefused > 0)
+        if (cProblem.refused > 0)
             m_cMod.WriteDebugLog(L"Not placed in category " + cProblem.sCatName + L", having no level: " +
-                                 CountText(cProblem.lRefused) + L" more cuts.");
+                                 CountText(cProblem.refused) + L" more cuts.");
         if (cProblem.bOverflow)
             show(RuntimeError(error::Overflow, StandardDescription(error::Overflow) +
                                                    L": run times in category " + cProblem.sCatName));

@@ -57,7 +57,7 @@ private:
         std::wstring sCatName;
         bool bLevelZeroShown = false; // each kind has its own box
         bool bNegativeLevelShown = false;
-        std::size_t lRefused = 0; // further cuts without a level, after the shown ones
+        std::size_t refused = 0; // further cuts without a level, after the shown ones
         bool bOverflow = false;
     };
     Problem& ProblemOf(const std::wstring& sCatName);

@@ -93,7 +93,7 @@ struct clsSchedMan::Parts : SchedulerState
     bool bPopulating = false;
     bool bReversing = false; // an undo or redo is running
     // The step whose last reversal, the newest of all, something has prevented; 0: none. See Failing.
-    std::uint64_t lFailedStep = 0;
+    std::uint64_t failedStep = 0;
     bool bRotatesAllowed = false;
 };
 

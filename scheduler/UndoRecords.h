@@ -45,9 +45,9 @@ private:
 
 struct UndoStep
 {
-    std::uint64_t lNumber; // given by UndoSteps; not in the file
-    std::wstring sWhat;    // such as "shuffle of pop 1"
-    std::string bytes;     // of the record
+    std::uint64_t number; // given by UndoSteps; not in the file
+    std::wstring sWhat;   // such as "shuffle of pop 1"
+    std::string bytes;    // of the record
 };
 
 std::string EncodeRecord(const ChangeRecord& record, UndoTables& cTables);

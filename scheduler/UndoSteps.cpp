@@ -87,7 +87,7 @@ void UndoSteps::AddToSeries(const Series& series, const ChangeRecord& record) no
             return Grow(series, record);
         Settle();
         m_content.colRedo.clear();
-        m_content.colUndo.push_back({++m_lNumbers, series.textOf(record), {}});
+        m_content.colUndo.push_back({++m_numbers, series.textOf(record), {}});
         m_growing = {};
         m_growing.Add(record);
         m_bGrown = true;
@@ -127,7 +127,7 @@ void UndoSteps::Push(UndoWay eWay, const std::wstring& sWhat, const ChangeRecord
     MarkUnsaved();
     if (record.IsEmpty())
         return;
-    Steps(eWay).push_back({++m_lNumbers, sWhat, EncodeRecord(record, m_content.cTables)});
+    Steps(eWay).push_back({++m_numbers, sWhat, EncodeRecord(record, m_content.cTables)});
     DropOldest();
 }
 
@@ -209,7 +209,7 @@ std::optional<UndoSteps::Step> UndoSteps::Next(UndoWay eWay)
     if (!Has(eWay))
         return std::nullopt;
     const UndoStep& step = Steps(eWay).back();
-    return Step{step.lNumber, step.sWhat, DecodeRecord(step.bytes, m_content.cTables)};
+    return Step{step.number, step.sWhat, DecodeRecord(step.bytes, m_content.cTables)};
 }
 
 void UndoSteps::Reversed(const Step& step, UndoWay eWay, const ChangeRecord& inverse) noexcept
@@ -218,7 +218,7 @@ void UndoSteps::Reversed(const Step& step, UndoWay eWay, const ChangeRecord& inv
         Settle();
         EndSeries();
         // Others may have added steps while cuts were read.
-        std::erase_if(Steps(eWay), [&](const UndoStep& other) { return other.lNumber == step.lNumber; });
+        std::erase_if(Steps(eWay), [&](const UndoStep& other) { return other.number == step.number; });
         Push(eWay == UndoWay::Undo ? UndoWay::Redo : UndoWay::Undo, step.sWhat, inverse);
     });
 }
@@ -365,12 +365,12 @@ void UndoSteps::PutBefore(UndoContent older)
         older.colRedo.clear();
     for (std::deque<UndoStep>* pSteps : {&older.colUndo, &older.colRedo})
         for (UndoStep& step : *pSteps)
-            step.lNumber = ++m_lNumbers;
+            step.number = ++m_numbers;
     for (UndoWay eWay : {UndoWay::Undo, UndoWay::Redo})
         for (const UndoStep& step : Steps(eWay))
             if (const std::optional<ChangeRecord> record = DecodeRecord(step.bytes, m_content.cTables))
                 (eWay == UndoWay::Undo ? older.colUndo : older.colRedo)
-                    .push_back({step.lNumber, step.sWhat, EncodeRecord(*record, older.cTables)});
+                    .push_back({step.number, step.sWhat, EncodeRecord(*record, older.cTables)});
     m_content = std::move(older);
     if (bNewer)
         DropOldest();
@@ -403,9 +403,9 @@ void UndoSteps::Write()
 {
     const std::uint32_t lBegin = m_cMod.Ports().cClock.TickCount();
     Settle();
-    const SavedFiles::Stamp lStamp = m_cMod.Saved().Begin();
+    const SavedFiles::Stamp stamp = m_cMod.Saved().Begin();
     const std::string bytes = IsTooLarge() ? FileOfOneWay(m_content) : EncodeUndoFile(m_content);
-    m_cMod.Saved().Replace(m_sPath, lStamp, bytes, this, SavedFiles::Unseen::KeepAside, Patience::None);
+    m_cMod.Saved().Replace(m_sPath, stamp, bytes, this, SavedFiles::Unseen::KeepAside, Patience::None);
     m_check = UndoFileCheck(bytes);
     m_eUnsaved = Unsaved::No;
     if (m_cParts.IsLeft())

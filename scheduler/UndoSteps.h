@@ -35,7 +35,7 @@ class UndoSteps
 public:
     struct Step
     {
-        std::uint64_t lNumber;
+        std::uint64_t number;
         std::wstring sWhat;                 // such as "shuffle of pop 1"
         std::optional<ChangeRecord> record; // nothing when it cannot be used
     };
@@ -182,7 +182,7 @@ private:
     std::uint32_t m_lPauseMs = 0;
     std::string m_check = std::string(undoCheckBytes, '\0'); // of the file on the disk
     StepParts m_cParts;
-    std::uint64_t m_lNumbers = 0; // given to steps, each once
+    std::uint64_t m_numbers = 0; // given to steps, each once
     UndoContent m_content;
     std::vector<OpenUnit*> m_colOpen;
     std::vector<std::pair<TextKey, TextKey>> m_colRenamed; // since the file could not be read

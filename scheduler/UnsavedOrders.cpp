@@ -21,23 +21,23 @@ const UnsavedOrders::Order* UnsavedOrders::Find(const std::wstring& sCatName) co
     return found == m_colOrders.end() ? nullptr : &found->second;
 }
 
-void UnsavedOrders::SaveFailed(const std::wstring& sCatName, Stamp lAt)
+void UnsavedOrders::SaveFailed(const std::wstring& sCatName, Stamp stamp)
 {
     Order& order = Of(sCatName);
-    order.lNewest = order.lFailed = lAt;
+    order.newest = order.failed = stamp;
     order.lFailedAt = m_cClock.TickCount();
 }
 
-void UnsavedOrders::DeletionFailed(const std::wstring& sCatName, Stamp lAt)
+void UnsavedOrders::DeletionFailed(const std::wstring& sCatName, Stamp stamp)
 {
-    SaveFailed(sCatName, lAt);
-    Of(sCatName).lDeletion = lAt;
+    SaveFailed(sCatName, stamp);
+    Of(sCatName).deletion = stamp;
 }
 
-void UnsavedOrders::Settled(const std::wstring& sCatName, Stamp lAt)
+void UnsavedOrders::Settled(const std::wstring& sCatName, Stamp stamp)
 {
     Order& order = Of(sCatName);
-    order.lSettled = std::max(order.lSettled, lAt);
+    order.settled = std::max(order.settled, stamp);
 }
 
 void UnsavedOrders::Forget(const std::wstring& sCatName) { m_colOrders.erase(FoldCase(sCatName)); }
@@ -45,13 +45,13 @@ void UnsavedOrders::Forget(const std::wstring& sCatName) { m_colOrders.erase(Fol
 bool UnsavedOrders::IsToDelete(const std::wstring& sCatName) const
 {
     const Order* pOrder = Find(sCatName);
-    return pOrder && pOrder->lDeletion > pOrder->lSettled;
+    return pOrder && pOrder->deletion > pOrder->settled;
 }
 
 bool UnsavedOrders::IsNewerThanItsReading(const std::wstring& sCatName) const
 {
     const Order* pOrder = Find(sCatName);
-    return pOrder && (pOrder->IsUnsaved() || pOrder->lRead == 0 || pOrder->lNewest > pOrder->lRead);
+    return pOrder && (pOrder->IsUnsaved() || pOrder->read == 0 || pOrder->newest > pOrder->read);
 }
 
 bool UnsavedOrders::IsDue(const std::wstring& sCatName) const

@@ -26,16 +26,16 @@ public:
 
     explicit UnsavedOrders(const Clock& cClock) noexcept : m_cClock(cClock) {}
 
-    // The file was read; the reading began at lAt; 0: it was not applied in full.
-    void Read(const std::wstring& sCatName, Stamp lAt) { Of(sCatName).lRead = lAt; }
+    // The file was read; the reading began at the stamp; 0: it was not applied in full.
+    void Read(const std::wstring& sCatName, Stamp stamp) { Of(sCatName).read = stamp; }
     // The order changed. The caller saves it, or leaves that to the host.
-    void Changed(const std::wstring& sCatName, Stamp lAt) { Of(sCatName).lNewest = lAt; }
+    void Changed(const std::wstring& sCatName, Stamp stamp) { Of(sCatName).newest = stamp; }
     // A save, or the deletion of the file, failed and must be retried.
-    void SaveFailed(const std::wstring& sCatName, Stamp lAt);
-    void DeletionFailed(const std::wstring& sCatName, Stamp lAt);
-    // The state of lAt is on the disk: saved, or deleted. Picks during a save may have changed the order
-    // since.
-    void Settled(const std::wstring& sCatName, Stamp lAt);
+    void SaveFailed(const std::wstring& sCatName, Stamp stamp);
+    void DeletionFailed(const std::wstring& sCatName, Stamp stamp);
+    // The state of the stamp is on the disk: saved, or deleted. Picks during a save may have changed the
+    // order since.
+    void Settled(const std::wstring& sCatName, Stamp stamp);
     // The category no longer exists.
     void Forget(const std::wstring& sCatName);
     void ForgetAll() noexcept { m_colOrders.clear(); }
@@ -62,15 +62,15 @@ private:
     struct Order
     {
         std::wstring sCatName;
-        Stamp lRead = 0;    // when the last reading began; 0: it was not applied in full
-        Stamp lNewest = 0;  // when it last changed
-        Stamp lSettled = 0; // the state of that time is on the disk
-        Stamp lFailed = 0;  // when saving or deleting last failed
-        Stamp lDeletion = 0;
+        Stamp read = 0;    // when the last reading began; 0: it was not applied in full
+        Stamp newest = 0;  // when it last changed
+        Stamp settled = 0; // the state of that time is on the disk
+        Stamp failed = 0;  // when saving or deleting last failed
+        Stamp deletion = 0;
         std::uint32_t lFailedAt = 0; // tick count
 
-        bool IsUnsaved() const noexcept { return lNewest > lSettled; }
-        bool HasFailed() const noexcept { return lFailed > lSettled; }
+        bool IsUnsaved() const noexcept { return newest > settled; }
+        bool HasFailed() const noexcept { return failed > settled; }
     };
     Order& Of(const std::wstring& sCatName);
     const Order* Find(const std::wstring& sCatName) const;

@@ -99,7 +99,7 @@ std::wstring clsSchedMan::Reverse(UndoWay eWay, const std::wstring& sVerb, const
         throw RuntimeError(error::PermissionDenied, L"Cuts are being changed just now");
     const ScopedFlag cReversing(my.bReversing);
     const UndoSteps::SaveLast cSaveLast(my.cUndo);
-    const std::uint64_t lFailed = std::exchange(my.lFailedStep, 0);
+    const std::uint64_t failed = std::exchange(my.failedStep, 0);
     const std::optional<UndoSteps::Step> step = my.cUndo.Next(eWay);
     if (!step)
         throw RuntimeError(error::InvalidProcedureCall, L"There is nothing to " + sVerb);
@@ -109,7 +109,7 @@ std::wstring clsSchedMan::Reverse(UndoWay eWay, const std::wstring& sVerb, const
         my.cUndo.Reversed(*step, eWay, {});
         throw RuntimeError(error::InvalidProcedureCall, sFailed + L"; its record is damaged and is dropped");
     }
-    const Failing eFailing = lFailed == step->lNumber ? Failing::IsLeftOut : Failing::Prevents;
+    const Failing eFailing = failed == step->number ? Failing::IsLeftOut : Failing::Prevents;
     PassedOver passedOver;
     try
     {
@@ -123,7 +123,7 @@ std::wstring clsSchedMan::Reverse(UndoWay eWay, const std::wstring& sVerb, const
     }
     catch (const ReversalFailure& cError)
     {
-        my.lFailedStep = step->lNumber;
+        my.failedStep = step->number;
         throw RuntimeError(cError.Number(), sFailed + L"; nothing was changed: " + cError.Description() +
                                                 L" The next " + sVerb + L" " + cError.Next() + L".");
     }

@@ -87,7 +87,7 @@ void TakeTag(AudioTags& tags, const TagLib::FileRef& cFile)
 
 bool IsAudioFile(std::wstring_view sPath)
 {
-    const auto dot = sPath.find_last_of(L"./\\");
+    const std::size_t dot = sPath.find_last_of(L"./\\");
     return dot != std::wstring_view::npos && sPath[dot] == L'.' &&
            std::any_of(std::begin(extensions), std::end(extensions), [&](const wchar_t* sExtension) {
                return EqualIgnoringCase(sPath.substr(dot + 1), sExtension);

@@ -16,7 +16,7 @@ namespace
 // The length of the first line, its line end included.
 std::size_t LineLength(std::string_view bytes) noexcept
 {
-    const auto end = bytes.find_first_of("\r\n");
+    const std::size_t end = bytes.find_first_of("\r\n");
     if (end == std::string_view::npos)
         return bytes.size();
     return bytes.substr(end, 2) == "\r\n" ? end + 2 : end + 1;
@@ -52,7 +52,7 @@ private:
         csv_set_space_func(&m_parser, NoSpace);
         csv_set_delim(&m_parser, static_cast<unsigned char>(m_cDelimiter));
         csv_set_blk_size(&m_parser, 4096);
-        m_lFields = 0;
+        m_fieldCount = 0;
         m_bInRow = false;
     }
 
@@ -61,16 +61,17 @@ private:
     {
         while (m_at < m_bytes.size())
         {
-            const auto sLine = m_bytes.substr(m_at, LineLength(m_bytes.substr(m_at)));
+            const std::string_view sLine = m_bytes.substr(m_at, LineLength(m_bytes.substr(m_at)));
             if (!m_bInRow)
             {
                 m_rowAt = m_at;
                 m_rowLine = m_line;
             }
             m_bRowEnded = false;
-            const auto lDone = csv_parse(&m_parser, sLine.data(), sLine.size(), &OnField, &OnRowEnd, this);
+            const std::size_t done =
+                csv_parse(&m_parser, sLine.data(), sLine.size(), &OnField, &OnRowEnd, this);
             RethrowFromSink();
-            if (lDone != sLine.size())
+            if (done != sLine.size())
                 return Reject(CsvFault::StrayQuote);
             m_bInRow =
                 !m_bRowEnded && (m_bInRow || sLine.find_first_not_of("\r\n") != std::string_view::npos);
@@ -108,17 +109,17 @@ private:
 
     void AddField(std::string_view bytes)
     {
-        if (m_lFields == m_fields.size())
+        if (m_fieldCount == m_fields.size())
             m_fields.emplace_back();
-        m_fields[m_lFields++].assign(bytes);
+        m_fields[m_fieldCount++].assign(bytes);
     }
 
     void EndRow()
     {
         m_bRowEnded = true;
-        const auto lFields = m_lFields;
-        m_lFields = 0;
-        m_cSink.OnRow(m_rowLine, std::span<const std::string>(m_fields).first(lFields));
+        const std::size_t count = m_fieldCount;
+        m_fieldCount = 0;
+        m_cSink.OnRow(m_rowLine, std::span<const std::string>(m_fields).first(count));
     }
 
     // The parser is C code: no exception may pass through it.
@@ -146,8 +147,8 @@ private:
     CsvSink& m_cSink;
     char m_cDelimiter;
     csv_parser m_parser{};
-    std::vector<std::string> m_fields; // reused from row to row; the first m_lFields count
-    std::size_t m_lFields = 0;
+    std::vector<std::string> m_fields; // reused from row to row; only the first m_fieldCount are in use
+    std::size_t m_fieldCount = 0;
     std::size_t m_at = 0;      // of the next line to be parsed
     std::size_t m_line = 1;    // its number
     std::size_t m_rowAt = 0;   // where the current row begins
@@ -178,7 +179,7 @@ char DelimiterOf(std::string_view bytes) noexcept
     for (const char c : bytes.substr(0, LineLength(bytes)))
     {
         bQuoted = bQuoted != (c == '"');
-        if (const auto at = sDelimiters.find(c); !bQuoted && at != std::string_view::npos)
+        if (const std::size_t at = sDelimiters.find(c); !bQuoted && at != std::string_view::npos)
             ++counts[at];
     }
     std::size_t best = 0;

@@ -81,7 +81,7 @@ class Station
 {
 public:
     explicit Station(std::int64_t cuts) : Station(cuts, &LibraryCut) {}
-    Station(std::int64_t cuts, std::shared_ptr<Cut> (*cut)(std::int64_t number)) : m_lCuts(cuts)
+    Station(std::int64_t cuts, std::shared_ptr<Cut> (*cut)(std::int64_t number)) : m_cuts(cuts)
     {
         for (std::int64_t i = 0; i < cuts; ++i)
             m_cDataBase->Add(cut(i));
@@ -111,7 +111,7 @@ public:
         ::SendMessageW(Form(), WM_COMMAND, static_cast<WPARAM>(IdOf(eCommand)), 0);
     }
     void ShowAgain() const { m_cSchedMan->ReloadAll(); }
-    std::int64_t Size() const { return m_lCuts; }
+    std::int64_t Size() const { return m_cuts; }
     SchedulerUi& Ui() const { return *m_cUi; }
 
 private:
@@ -138,7 +138,7 @@ private:
     }
     static inline Station* pOpening = nullptr;
 
-    std::int64_t m_lCuts;
+    std::int64_t m_cuts;
     Work m_work;
     double m_dStart = 0;
     double m_dOpening = 0;

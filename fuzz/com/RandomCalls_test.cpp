@@ -128,20 +128,20 @@ private:
     void Run()
     {
         long lSeen = -1;
-        for (ULONGLONG lSince = GetTickCount64(); !m_bDone; Sleep(100))
+        for (ULONGLONG since = GetTickCount64(); !m_bDone; Sleep(100))
             if (const long lEnded = m_lEnded; lEnded != lSeen)
             {
                 lSeen = lEnded;
-                lSince = GetTickCount64();
+                since = GetTickCount64();
             }
-            else if (GetTickCount64() - lSince > lPatience)
+            else if (GetTickCount64() - since > patience)
             {
                 PrintLastCalls("no return");
                 TerminateProcess(GetCurrentProcess(), 4);
             }
     }
 
-    static constexpr ULONGLONG lPatience = 30'000; // ms
+    static constexpr ULONGLONG patience = 30'000; // ms
     std::atomic<long> m_lEnded{0};
     std::atomic<bool> m_bDone{false};
     std::thread m_thread;

@@ -27,7 +27,7 @@ std::wstring LabelsOf(HWND hBox)
     {
         if (ClassOf(hChild) == L"Static")
         {
-            const auto sLabel = TextIn(hChild);
+            const std::wstring sLabel = TextIn(hChild);
             sText += (sText.empty() || sLabel.empty() ? L"" : L" ") + sLabel;
         }
     }

@@ -83,9 +83,9 @@ Rotation Categories::Orders() const
 {
     Rotation rotation;
     ForEachCat(*MainCats(), [&](_clsCat& cMainCat) {
-        const auto lBefore = rotation.size();
+        const std::size_t before = rotation.size();
         ForEachCat(*SubCats(cMainCat), [&](_clsCat& cLevel) { rotation.push_back(OrderOf(cLevel)); });
-        if (rotation.size() == lBefore)
+        if (rotation.size() == before)
             rotation.push_back({NameOf(cMainCat), 0, 0, {}});
     });
     return rotation;
@@ -93,12 +93,12 @@ Rotation Categories::Orders() const
 
 ComPtr<_clsCat> Categories::Find(const CategoryName& name) const
 {
-    const auto cMainCat = ItemOf(*MainCats(), CategoryKey(name.sName, 0));
+    const ComPtr<_clsCat> cMainCat = ItemOf(*MainCats(), CategoryKey(name.sName, 0));
     if (!cMainCat)
         throw HostError(L"there is no category " + name.sName);
     if (name.lLevel == 0)
         return cMainCat;
-    auto cLevel = ItemOf(*SubCats(*cMainCat), DecimalText(name.lLevel));
+    ComPtr<_clsCat> cLevel = ItemOf(*SubCats(*cMainCat), DecimalText(name.lLevel));
     if (!cLevel)
         throw HostError(NameOf(*cMainCat) + L" has no level " + DecimalText(name.lLevel));
     return cLevel;
@@ -106,7 +106,7 @@ ComPtr<_clsCat> Categories::Find(const CategoryName& name) const
 
 std::vector<ComPtr<_clsCat>> Categories::LevelsOf(const CategoryName& name) const
 {
-    const auto cFound = Find(name);
+    const ComPtr<_clsCat> cFound = Find(name);
     std::vector<ComPtr<_clsCat>> levels;
     if (name.lLevel != 0)
         levels.push_back(cFound);
@@ -117,7 +117,7 @@ std::vector<ComPtr<_clsCat>> Categories::LevelsOf(const CategoryName& name) cons
 
 Target Categories::TargetOf(const CategoryName& name) const
 {
-    const auto cCat = Find(name);
+    const ComPtr<_clsCat> cCat = Find(name);
     LONG lCuts = 0;
     ThrowIfFailed(cCat->get_TotalCuts(&lCuts));
     return {{NameOf(*cCat), name.lLevel}, static_cast<std::size_t>(lCuts)};

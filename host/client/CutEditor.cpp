@@ -62,11 +62,11 @@ int ControlOf(CutField eField) noexcept
 // Reads the fields. Returns false when one is wrong, after saying why and moving the focus to it.
 bool Take(HWND hDialog, Editing& editing)
 {
-    const auto taken = ValuesOf({ControlText(hDialog, lCutArtist), ControlText(hDialog, lCutTitle),
-                                 ControlText(hDialog, lCutAlbum), ControlText(hDialog, lCutYear),
-                                 ControlText(hDialog, lCutCategories), ControlText(hDialog, lCutLevel),
-                                 ::IsDlgButtonChecked(hDialog, lCutOpener) == BST_CHECKED},
-                                editing.values);
+    const std::variant<EditedCut, CutProblem> taken = ValuesOf(
+        {ControlText(hDialog, lCutArtist), ControlText(hDialog, lCutTitle), ControlText(hDialog, lCutAlbum),
+         ControlText(hDialog, lCutYear), ControlText(hDialog, lCutCategories),
+         ControlText(hDialog, lCutLevel), ::IsDlgButtonChecked(hDialog, lCutOpener) == BST_CHECKED},
+        editing.values);
     if (const auto* values = std::get_if<EditedCut>(&taken))
     {
         editing.values = *values;
@@ -137,7 +137,7 @@ void Put(_clsCut& cCut, const EditedCut& values)
 
 void Announce(_clsCut& cCut, _clsDataBase& cDataBase)
 {
-    const auto colCuts = NewCollection();
+    const ComPtr<_clsCollection> colCuts = NewCollection();
     Append(*colCuts, cCut);
     LONG lCuts = 0;
     ThrowIfFailed(cDataBase.ModifyCuts(colCuts.Get(), &lCuts), cDataBase, __uuidof(_clsDataBase));

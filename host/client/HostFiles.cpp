@@ -17,7 +17,7 @@ namespace
 
 WindowsFiles files;
 
-constexpr ULONGLONG lLookmS = 3000; // longer than listing a station takes
+constexpr ULONGLONG lookmS = 3000; // longer than listing a station takes
 constexpr DWORD lBetweenLooksmS = 100;
 
 // The folder a full path lies in, without a trailing backslash.
@@ -48,7 +48,7 @@ void MakeFolder(const std::wstring& sPath)
 {
     if (files.FolderExists(sPath))
         return;
-    const auto sAbove = FolderOf(sPath);
+    const std::wstring sAbove = FolderOf(sPath);
     if (sAbove.size() > 2 && sAbove != sPath) // past "C:"
         MakeFolder(sAbove);
     Named(sPath, [&] { files.CreateFolder(sPath); });
@@ -58,9 +58,9 @@ void MakeFolder(const std::wstring& sPath)
 
 std::wstring FullPath(const std::wstring& sPath)
 {
-    const auto lRoom = GetFullPathNameW(sPath.c_str(), 0, nullptr, nullptr);
+    const DWORD lRoom = GetFullPathNameW(sPath.c_str(), 0, nullptr, nullptr);
     std::wstring sFull(lRoom, L'\0');
-    const auto lLength = GetFullPathNameW(sPath.c_str(), lRoom, sFull.data(), nullptr);
+    const DWORD lLength = GetFullPathNameW(sPath.c_str(), lRoom, sFull.data(), nullptr);
     if (lLength == 0 || lLength >= lRoom)
         throw HostError(sPath + L" is no file name");
     sFull.resize(lLength);
@@ -106,8 +106,8 @@ std::wstring MakeStation(const std::wstring& sAppFolder)
 
 void MustBeFree(const std::wstring& sAppFolder)
 {
-    const auto sStation = FullPath(sAppFolder);
-    const auto end = GetTickCount64() + lLookmS;
+    const std::wstring sStation = FullPath(sAppFolder);
+    const ULONGLONG end = GetTickCount64() + lookmS;
     while (IsStationInUse(files, sStation))
     {
         if (GetTickCount64() >= end)

@@ -131,7 +131,7 @@ std::wstring HealthTable(const std::vector<LevelFigures>& levels)
                      Side::Right, Side::Right, Side::Right});
     table.Row({L"Level", L"Light", L"Cuts", L"Picks", L"Fewest", L"Mean", L"Most", L"Never", L"Under half",
                L"Broken"});
-    for (const auto& level : levels)
+    for (const LevelFigures& level : levels)
         table.Row({NameOfLevel(level.sKey), sLights[level.lLight], DecimalText(level.lCuts),
                    DecimalText(level.lPicks), DecimalText(level.lFewestPlays), MinutesText(level.dMeanPlays),
                    DecimalText(level.lMostPlays), DecimalText(level.lNeverPlayed),
@@ -157,12 +157,12 @@ std::wstring SeparationClause(const LevelFigures& level)
 std::wstring AdviceLines(const std::vector<LevelFigures>& levels)
 {
     std::wstring sText;
-    for (const auto& level : levels)
+    for (const LevelFigures& level : levels)
     {
         if (level.advice.empty())
             continue;
         sText += NameOfLevel(level.sKey) + SeparationClause(level) + L":\n";
-        for (const auto& sRemedy : level.advice)
+        for (const std::wstring& sRemedy : level.advice)
             sText += L"  " + sRemedy + L"\n";
     }
     return sText;

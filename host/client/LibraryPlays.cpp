@@ -28,7 +28,7 @@ void LibraryPlays::Write()
 
 bool LibraryPlays::Has(const std::wstring& sKey, DateTime dtWhen)
 {
-    const auto cCut = CutOf(sKey);
+    const ComPtr<_clsCut> cCut = CutOf(sKey);
     DATE dtLast = dtWhen;
     if (cCut)
         ThrowIfFailed(cCut->get_LastPlayed(&dtLast), *cCut.Get(), __uuidof(_clsCut));
@@ -37,14 +37,14 @@ bool LibraryPlays::Has(const std::wstring& sKey, DateTime dtWhen)
 
 void LibraryPlays::Put(const std::wstring& sKey, DateTime dtWhen)
 {
-    if (const auto cCut = CutOf(sKey))
+    if (const ComPtr<_clsCut> cCut = CutOf(sKey))
         ThrowIfFailed(cCut->put_LastPlayed(dtWhen), *cCut.Get(), __uuidof(_clsCut));
 }
 
 ComPtr<_clsCut> LibraryPlays::CutOf(const std::wstring& sKey) const
 {
     ComPtr<_clsCut> cCut;
-    auto& cDataBase = m_cLibrary.Object();
+    _clsDataBase& cDataBase = m_cLibrary.Object();
     ThrowIfFailed(cDataBase.CutByKey(Bstr(sKey).Get(), cCut.Receive()), cDataBase, __uuidof(_clsDataBase));
     return cCut;
 }

@@ -25,7 +25,7 @@ MediaLibrary::Entry EntryOf(IDispatch& cItem)
     ThrowIfFailed(entry.cCut->get_CatLevel(&lLevel));
     ThrowIfFailed(entry.cCut->get_LastPlayed(&entry.dtLastPlayed));
     entry.lLevel = lLevel;
-    for (const auto& sName : Split(sCategories.Text(), L"/"))
+    for (const std::wstring& sName : Split(sCategories.Text(), L"/"))
         if (!sName.empty())
             entry.categories.push_back(sName);
     return entry;

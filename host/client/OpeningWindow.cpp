@@ -9,7 +9,7 @@ namespace ravlo
 namespace
 {
 
-constexpr ULONGLONG lLeastOpeningTicks = 50;
+constexpr ULONGLONG leastOpeningTicks = 50;
 
 INT_PTR CALLBACK OnOpeningMessage(HWND, UINT lMessage, WPARAM, LPARAM)
 {
@@ -32,10 +32,10 @@ OpeningWindow::~OpeningWindow() { ::DestroyWindow(m_hWindow); }
 
 void OpeningWindow::Show(const std::wstring& sText, long lCount, long lMax)
 {
-    const auto lTick = ::GetTickCount64();
-    if (lTick - m_lShown < lLeastOpeningTicks)
+    const ULONGLONG tick = ::GetTickCount64();
+    if (tick - m_shown < leastOpeningTicks)
         return;
-    m_lShown = lTick;
+    m_shown = tick;
     ::SetDlgItemTextW(m_hWindow, lOpeningText, sText.c_str());
     const HWND hBar = ::GetDlgItem(m_hWindow, lOpeningBar);
     ::SendMessageW(hBar, PBM_SETRANGE32, 0, lMax);

@@ -29,7 +29,7 @@ public:
 
 private:
     HWND m_hWindow;
-    ULONGLONG m_lShown = 0; // the tick at which something was last shown
+    ULONGLONG m_shown = 0; // the tick at which something was last shown
 };
 
 } // namespace ravlo

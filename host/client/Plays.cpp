@@ -22,7 +22,7 @@ DateTime Now()
 
 Plays::Plays(const std::vector<MediaLibrary::Entry>& entries)
 {
-    for (const auto& entry : entries)
+    for (const MediaLibrary::Entry& entry : entries)
         if (entry.dtLastPlayed > 0)
             m_plays.push_back(&entry);
     std::stable_sort(m_plays.begin(), m_plays.end(), [](const auto* left, const auto* right) {
@@ -34,16 +34,16 @@ DateTime Plays::End() const
 {
     if (m_plays.empty())
         return Now();
-    const auto lLengthmS = PlayedCutOf(*m_plays.back()->cCut).lDurationmS;
+    const std::int32_t lLengthmS = PlayedCutOf(*m_plays.back()->cCut).lDurationmS;
     return Later(m_plays.back()->dtLastPlayed, lLengthmS > 0 ? lLengthmS : lEmptySlotmS);
 }
 
 void Plays::Report(Scheduler& cScheduler, Gaps& cGaps) const
 {
-    for (const auto* entry : m_plays)
+    for (const MediaLibrary::Entry* entry : m_plays)
     {
         cScheduler.Remember(*entry->cCut);
-        const auto cut = PlayedCutOf(*entry->cCut);
+        const PlayedCut cut = PlayedCutOf(*entry->cCut);
         cGaps.Record(TextKey(cut.sArtist), TextKey(cut.sTitle), entry->dtLastPlayed);
     }
 }
@@ -51,8 +51,8 @@ void Plays::Report(Scheduler& cScheduler, Gaps& cGaps) const
 LevelsInUse LevelsOf(const std::vector<MediaLibrary::Entry>& entries)
 {
     LevelsInUse levels;
-    for (const auto& entry : entries)
-        for (const auto& sCategory : entry.categories)
+    for (const MediaLibrary::Entry& entry : entries)
+        for (const std::wstring& sCategory : entry.categories)
             levels.Add(sCategory, entry.lLevel);
     return levels;
 }

@@ -7,27 +7,27 @@ namespace ravlo
 namespace
 {
 
-constexpr ULONGLONG lLeastLineTicks = 100;
+constexpr ULONGLONG leastLineTicks = 100;
 
 } // namespace
 
 void ProgressLine::Show(const std::wstring& sText)
 {
-    const auto lTick = GetTickCount64();
-    if (!m_bOn || (m_lShown > 0 && lTick - m_lLastTick < lLeastLineTicks))
+    const ULONGLONG tick = GetTickCount64();
+    if (!m_bOn || (m_shown > 0 && tick - m_lastTick < leastLineTicks))
         return;
-    const std::wstring sRest(m_lShown > sText.size() ? m_lShown - sText.size() : 0, L' ');
+    const std::wstring sRest(m_shown > sText.size() ? m_shown - sText.size() : 0, L' ');
     m_cError.Write(L"\r" + sText + sRest);
-    m_lShown = sText.size();
-    m_lLastTick = lTick;
+    m_shown = sText.size();
+    m_lastTick = tick;
 }
 
 void ProgressLine::Clear()
 {
-    if (m_lShown > 0)
+    if (m_shown > 0)
     {
-        m_cError.Write(L"\r" + std::wstring(m_lShown, L' ') + L"\r");
-        m_lShown = 0;
+        m_cError.Write(L"\r" + std::wstring(m_shown, L' ') + L"\r");
+        m_shown = 0;
     }
 }
 

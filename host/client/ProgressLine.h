@@ -28,8 +28,8 @@ public:
 private:
     const Console& m_cError;
     bool m_bOn;
-    std::size_t m_lShown = 0; // characters on the line
-    ULONGLONG m_lLastTick = 0;
+    std::size_t m_shown = 0; // characters on the line
+    ULONGLONG m_lastTick = 0;
 };
 
 } // namespace ravlo

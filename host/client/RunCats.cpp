@@ -99,7 +99,7 @@ bool CatsRun::Confirmed(const std::wstring& sQuestion) const
     if (m_options.bYes)
         return true;
     m_cOut.Write(sQuestion + L" [y/N] ");
-    const auto sAnswer = ReadAnswer();
+    const std::optional<std::wstring> sAnswer = ReadAnswer();
     if (!sAnswer)
     {
         m_cOut.Write(L"\n");
@@ -117,7 +117,7 @@ bool CatsRun::Confirmed(const std::wstring& sQuestion) const
 std::vector<Target> CatsRun::Targets() const
 {
     std::vector<Target> targets;
-    for (const auto& name : m_options.categories)
+    for (const CategoryName& name : m_options.categories)
         targets.push_back(m_categories.TargetOf(name));
     return targets;
 }
@@ -125,8 +125,8 @@ std::vector<Target> CatsRun::Targets() const
 // The named categories, main categories as such.
 ComPtr<_clsCollection> CatsRun::CatsMeant() const
 {
-    auto colCats = NewCollection();
-    for (const auto& name : m_options.categories)
+    ComPtr<_clsCollection> colCats = NewCollection();
+    for (const CategoryName& name : m_options.categories)
         Append(*colCats, *m_categories.Find(name));
     return colCats;
 }
@@ -134,9 +134,9 @@ ComPtr<_clsCollection> CatsRun::CatsMeant() const
 // The named categories, main categories as their levels.
 ComPtr<_clsCollection> CatsRun::LevelsMeant() const
 {
-    auto colLevels = NewCollection();
-    for (const auto& name : m_options.categories)
-        for (const auto& cLevel : m_categories.LevelsOf(name))
+    ComPtr<_clsCollection> colLevels = NewCollection();
+    for (const CategoryName& name : m_options.categories)
+        for (const ComPtr<_clsCat>& cLevel : m_categories.LevelsOf(name))
             Append(*colLevels, *cLevel);
     return colLevels;
 }
@@ -145,9 +145,9 @@ ComPtr<_clsCollection> CatsRun::LevelsMeant() const
 
 void CatsRun::List() const
 {
-    auto rotation = m_categories.Orders();
-    const auto& names = m_options.categories;
-    for (const auto& name : names)
+    Rotation rotation = m_categories.Orders();
+    const std::vector<CategoryName>& names = m_options.categories;
+    for (const CategoryName& name : names)
         m_categories.Find(name);
     const auto isMeant = [](const LevelOrder& order, const CategoryName& name) {
         return FoldCase(order.sCategory) == FoldCase(name.sName) &&
@@ -164,7 +164,7 @@ void CatsRun::List() const
         m_cOut.Write(LevelTable(rotation));
         return;
     }
-    for (const auto& order : rotation)
+    for (const LevelOrder& order : rotation)
         m_cOut.Write(TextOf({Target{{order.sCategory, order.lLevel}, order.cuts.size()}}) + L"\n" +
                      OrderLines(order, {}, static_cast<std::size_t>(m_options.lFirst)));
 }
@@ -188,10 +188,10 @@ void CatsRun::New()
 // The scheduler's own member asks the user for the number; a host that knows it creates the level itself.
 void CatsRun::Level()
 {
-    const auto& name = m_options.categories.front();
-    const auto cMainCat = m_categories.Find(name);
-    const auto target = m_categories.TargetOf(name);
-    for (const auto& cLevel : m_categories.LevelsOf(name))
+    const CategoryName& name = m_options.categories.front();
+    const ComPtr<_clsCat> cMainCat = m_categories.Find(name);
+    const Target target = m_categories.TargetOf(name);
+    for (const ComPtr<_clsCat>& cLevel : m_categories.LevelsOf(name))
     {
         if (LevelOf(*cLevel) == m_options.lLevel)
             throw HostError(target.name.sName + L" has a level " + DecimalText(m_options.lLevel) +
@@ -207,7 +207,7 @@ void CatsRun::Level()
     ThrowIfFailed(cMainCat->AddSubCat(cLevel.Get(), &bAdded), *cMainCat.Get(), __uuidof(_clsCat));
     VARIANT_BOOL bSaved = VARIANT_FALSE;
     Check(m_cManager.SaveHistoryAndOrdering(cMainCat.Get(), &bSaved));
-    const auto sLevel = TextOf(CategoryName{target.name.sName, m_options.lLevel});
+    const std::wstring sLevel = TextOf(CategoryName{target.name.sName, m_options.lLevel});
     if (bAdded == VARIANT_FALSE)
         throw HostError(L"the level " + sLevel + L" was not made");
     NoBoxMustHaveCome(L"the level " + sLevel + L" was made" + sNotSaved);
@@ -218,7 +218,7 @@ void CatsRun::Level()
 
 int CatsRun::Shuffle()
 {
-    const auto sTargets = TextOf(Targets());
+    const std::wstring sTargets = TextOf(Targets());
     if (!Confirmed(L"Really shuffle " + sTargets + L"?"))
         return lExitDeclined;
     Check(m_cManager.ShuffleCategories(CatsMeant().Get(), VARIANT_FALSE));
@@ -229,7 +229,7 @@ int CatsRun::Shuffle()
 
 int CatsRun::Delete()
 {
-    const auto sTargets = TextOf(Targets());
+    const std::wstring sTargets = TextOf(Targets());
     if (!Confirmed(L"Really delete " + sTargets + L"? The cuts stay in the database."))
         return lExitDeclined;
     VARIANT_BOOL bGone = VARIANT_FALSE;
@@ -248,7 +248,7 @@ int CatsRun::Delete()
 std::vector<ComPtr<_clsCut>> CatsRun::CutsMeant(_clsCollection& colLevels) const
 {
     Keys asked;
-    for (const auto& sPath : m_options.cuts)
+    for (const std::wstring& sPath : m_options.cuts)
         asked.insert(TextKey(sPath));
     Keys taken;
     std::vector<ComPtr<_clsCut>> cuts;
@@ -263,7 +263,7 @@ std::vector<ComPtr<_clsCut>> CatsRun::CutsMeant(_clsCollection& colLevels) const
         ThrowIfFailed(ComPtr<IDispatch>(&cItem).As<_clsCat>()->get_SchedCuts(colCuts.Receive()));
         ForEach(*colCuts, take);
     });
-    for (const auto& sPath : m_options.cuts)
+    for (const std::wstring& sPath : m_options.cuts)
         if (!taken.contains(TextKey(sPath)))
             throw HostError(sPath + L" is not there");
     return cuts;
@@ -273,7 +273,7 @@ std::vector<ComPtr<_clsCut>> CatsRun::CutsMeant(_clsCollection& colLevels) const
 std::vector<ComPtr<_clsCut>> CatsRun::CutsOfOtherLevels(const std::vector<ComPtr<_clsCut>>& cuts) const
 {
     std::vector<ComPtr<_clsCut>> others;
-    for (const auto& cCut : cuts)
+    for (const ComPtr<_clsCut>& cCut : cuts)
     {
         LONG lLevel = 0;
         ThrowIfFailed(cCut->get_CatLevel(&lLevel));
@@ -286,7 +286,7 @@ std::vector<ComPtr<_clsCut>> CatsRun::CutsOfOtherLevels(const std::vector<ComPtr
 // Lists the cuts that a copy into a level left out, one per line.
 void CatsRun::TellRefused(const std::vector<ComPtr<_clsCut>>& refused, const std::wstring& sTo) const
 {
-    for (const auto& cCut : refused)
+    for (const ComPtr<_clsCut>& cCut : refused)
     {
         LONG lLevel = 0;
         ThrowIfFailed(cCut->get_CatLevel(&lLevel));
@@ -301,31 +301,34 @@ void CatsRun::TellRefused(const std::vector<ComPtr<_clsCut>>& refused, const std
 int CatsRun::Transfer()
 {
     const bool bMove = m_options.eAction == CatsAction::Move;
-    const auto cTo = m_categories.Find(m_options.to);
-    const auto sTo = TextOf(m_categories.TargetOf(m_options.to).name);
-    const auto colLevels = LevelsMeant();
-    const auto cuts = CutsMeant(*colLevels);
+    const ComPtr<_clsCat> cTo = m_categories.Find(m_options.to);
+    const std::wstring sTo = TextOf(m_categories.TargetOf(m_options.to).name);
+    const ComPtr<_clsCollection> colLevels = LevelsMeant();
+    const std::vector<ComPtr<_clsCut>> cuts = CutsMeant(*colLevels);
     if (cuts.empty())
         throw HostError(L"there is no cut in " + TextOf(Targets()));
     if (bMove &&
         !Confirmed(L"Really move " + CountOf(cuts.size(), L"cut", L"cuts") + L" of " + TextOf(Targets()) +
                    L" to " + sTo + (m_options.bExclusive ? L" and out of every other category?" : L"?")))
         return lExitDeclined;
-    const auto colCuts = NewCollection();
-    for (const auto& cCut : cuts)
+    const ComPtr<_clsCollection> colCuts = NewCollection();
+    for (const ComPtr<_clsCut>& cCut : cuts)
         Append(*colCuts, *cCut);
-    const auto before = m_categories.Orders();
+    const Rotation before = m_categories.Orders();
     VARIANT_BOOL bCreated = VARIANT_FALSE;
-    const auto eOption = !bMove ? ::eCopyHere : m_options.bExclusive ? ::eMoveExclusiveHere : ::eMoveHere;
-    const auto refused = bMove ? std::vector<ComPtr<_clsCut>>() : CutsOfOtherLevels(cuts);
+    const ::eCatDragOptions eOption = !bMove                 ? ::eCopyHere
+                                      : m_options.bExclusive ? ::eMoveExclusiveHere
+                                                             : ::eMoveHere;
+    const std::vector<ComPtr<_clsCut>> refused =
+        bMove ? std::vector<ComPtr<_clsCut>>() : CutsOfOtherLevels(cuts);
     Check(m_cManager.DoMassCatChange(eOption, colLevels.Get(), cTo.Get(), colCuts.Get(), &bCreated));
     if (refused.empty()) // otherwise a box about them was expected
         NoBoxMustHaveCome(std::wstring(L"not every cut was ") + (bMove ? L"moved" : L"copied") +
                           L" and saved");
-    const auto change = OnlyChanged(ChangeBetween(before, m_categories.Orders()));
+    const RotationChange change = OnlyChanged(ChangeBetween(before, m_categories.Orders()));
     if (cuts.size() > refused.size())
     {
-        const auto sCuts = CountOf(cuts.size() - refused.size(), L"cut", L"cuts");
+        const std::wstring sCuts = CountOf(cuts.size() - refused.size(), L"cut", L"cuts");
         m_cOut.Write(change.levels.empty() ? L"They were there already.\n"
                                            : (bMove ? L"Moved " : L"Copied ") + sCuts + L" to " + sTo +
                                                  L"\n" + ChangeTable(change));
@@ -341,7 +344,7 @@ int RunCats(const CatsOptions& options, const Boxes& cBoxes, const Console& cOut
     MustBeStation(options.sDataBase, options.sAppFolder);
     MediaLibrary library;
     library.Open(FullPath(options.sDataBase));
-    const auto sAppFolder = FullPath(options.sAppFolder);
+    const std::wstring sAppFolder = FullPath(options.sAppFolder);
     ProgressLine line(cError, options.bProgress);
     const auto show = [&](const std::wstring& sText, long, long) { line.Show(sText); };
     Scheduler scheduler(library, false);
@@ -349,7 +352,8 @@ int RunCats(const CatsOptions& options, const Boxes& cBoxes, const Console& cOut
         MustBeFree(options.sAppFolder); // right before the scheduler marks it
     scheduler.Populate(sAppFolder, show);
     line.Clear();
-    const auto follow = scheduler.Follow({show, show, [&](const std::wstring&) { line.Clear(); }});
+    const ProgressListener follow =
+        scheduler.Follow({show, show, [&](const std::wstring&) { line.Clear(); }});
     return CatsRun(options, scheduler, cBoxes, cOut, cError).Run();
 }
 

@@ -54,7 +54,7 @@ DayRequest ReadRequest(const DayOptions& options)
         request.clock = ParseClock(ReadWhole(FullPath(options.sClock)), options.sClock);
     if (!options.sSlots.empty())
     {
-        const auto slots = ParseSlots(ReadWhole(FullPath(options.sSlots)), options.sSlots);
+        const std::vector<TimedSlot> slots = ParseSlots(ReadWhole(FullPath(options.sSlots)), options.sSlots);
         request.timed = SlotsWithin(slots, options.dtStart, options.lHours);
         if (request.timed.empty())
             throw HostError(options.sSlots + L" holds no slot in the time asked for");
@@ -65,9 +65,9 @@ DayRequest ReadRequest(const DayOptions& options)
 // Completes the request from the library and checks its levels.
 void Complete(DayRequest& request, const DayOptions& options, const std::vector<MediaLibrary::Entry>& entries)
 {
-    const auto levels = LevelsOf(entries);
+    const LevelsInUse levels = LevelsOf(entries);
     CheckLevels(request.clock, levels, options.sClock);
-    for (const auto& timed : request.timed)
+    for (const TimedSlot& timed : request.timed)
         CheckLevels({timed.slot}, levels, options.sSlots);
     if (request.clock.empty() && request.timed.empty())
     {
@@ -123,7 +123,7 @@ private:
 void Print(const Day& day, const DayOptions& options, const Console& cOut)
 {
     std::wstring sText;
-    for (const auto& row : day.rows)
+    for (const LogRow& row : day.rows)
         sText += options.bQuiet ? L"" : LogLine(row) + L"\n";
     sText += Summary(day.rows, day.dtEnd);
     for (const DayFile& file : dayFiles)
@@ -139,14 +139,14 @@ void RunDay(const DayOptions& options, const Console& cOut, const Console& cErro
     for (const DayFile& file : dayFiles)
         if (!(options.*file.sName).empty())
             MustBeWritable(FullPath(options.*file.sName));
-    auto request = ReadRequest(options);
+    DayRequest request = ReadRequest(options);
     MediaLibrary library;
     library.Open(FullPath(options.sDataBase));
-    const auto entries = library.Entries();
+    const std::vector<MediaLibrary::Entry> entries = library.Entries();
     Complete(request, options, entries);
 
     ProgressLine line(cError, options.bProgress);
-    const auto sAppFolder = FullPath(options.sAppFolder);
+    const std::wstring sAppFolder = FullPath(options.sAppFolder);
     cOut.Write(MakeStation(options.sAppFolder));
     Scheduler scheduler(library, options.bSaveEach);
     MustBeFree(options.sAppFolder); // right before the scheduler marks it

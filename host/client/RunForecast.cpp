@@ -40,9 +40,9 @@ PlanFile ReadPlan(const ForecastOptions& options)
 void CheckPlan(const PlanFile& plan, const ForecastOptions& options,
                const std::vector<MediaLibrary::Entry>& entries)
 {
-    const auto levels = LevelsOf(entries);
+    const LevelsInUse levels = LevelsOf(entries);
     CheckLevels(plan.clock, levels, options.sClock);
-    for (const auto& timed : plan.timed)
+    for (const TimedSlot& timed : plan.timed)
         CheckLevels({timed.slot}, levels, options.sSlots);
 }
 
@@ -151,7 +151,7 @@ std::vector<LogRow> SavedRows(_clsSimulation& cSimulation, const ForecastOptions
 DateTime Chain(std::vector<LogRow>& rows, DateTime dtStart, bool bClock)
 {
     DateTime dtNext = dtStart;
-    for (auto& row : rows)
+    for (LogRow& row : rows)
     {
         row.dtStart = bClock ? dtNext : row.dtStart;
         dtNext = EndOfSlot(row.dtStart, row.cut ? row.cut->lDurationmS : 0);
@@ -169,8 +169,8 @@ void Advise(RotationObject& cRotation, _clsSimulation& cSimulation, std::vector<
 void PrintSimulation(_clsSimulation& cSimulation, const std::vector<LevelFigures>& levels,
                      const ForecastOptions& options, DateTime dtStart, const Console& cOut)
 {
-    auto rows = SavedRows(cSimulation, options);
-    const auto dtEnd = Chain(rows, dtStart, !options.sClock.empty());
+    std::vector<LogRow> rows = SavedRows(cSimulation, options);
+    const DateTime dtEnd = Chain(rows, dtStart, !options.sClock.empty());
     std::vector<LevelFigures> notGreen;
     std::copy_if(levels.begin(), levels.end(), std::back_inserter(notGreen),
                  [](const LevelFigures& level) { return level.lLight != lGreen; });
@@ -190,7 +190,7 @@ int PrintHealth(const std::wstring& sPlanLine, const std::vector<LevelFigures>& 
                 const std::vector<std::wstring>& overAsked, const Console& cOut)
 {
     std::wstring sText = sPlanLine + HealthTable(levels) + AdviceLines(levels);
-    for (const auto& sArtist : overAsked)
+    for (const std::wstring& sArtist : overAsked)
         sText += L"Asked for more often than its separations allow: " + sArtist + L"\n";
     cOut.Write(sText);
     const bool bRed = std::any_of(levels.begin(), levels.end(),
@@ -201,7 +201,7 @@ int PrintHealth(const std::wstring& sPlanLine, const std::vector<LevelFigures>& 
 void WriteReports(RotationObject& cRotation, _clsSimulation& cSimulation, const ForecastOptions& options,
                   const Console& cOut)
 {
-    for (const auto& sFile : {options.sHtml, options.sJson})
+    for (const std::wstring& sFile : {options.sHtml, options.sJson})
     {
         if (sFile.empty())
             continue;
@@ -217,17 +217,17 @@ void WriteReports(RotationObject& cRotation, _clsSimulation& cSimulation, const 
 int RunForecast(const ForecastOptions& options, const Console& cOut, const Console& cError)
 {
     MustBeStation(options.sDataBase, options.sAppFolder);
-    for (const auto& sFile : {options.sLog, options.sHtml, options.sJson})
+    for (const std::wstring& sFile : {options.sLog, options.sHtml, options.sJson})
         if (!sFile.empty())
             MustBeWritable(FullPath(sFile));
-    const auto plan = ReadPlan(options);
+    const PlanFile plan = ReadPlan(options);
     MediaLibrary library;
     library.Open(FullPath(options.sDataBase));
-    const auto entries = library.Entries();
+    const std::vector<MediaLibrary::Entry> entries = library.Entries();
     CheckPlan(plan, options, entries);
 
     ProgressLine line(cError, options.bProgress);
-    const auto sAppFolder = FullPath(options.sAppFolder);
+    const std::wstring sAppFolder = FullPath(options.sAppFolder);
     Scheduler scheduler(library, false);
     scheduler.Populate(sAppFolder, [&](const std::wstring& sText, long, long) { line.Show(sText); });
     const Plays plays(entries);
@@ -235,11 +235,11 @@ int RunForecast(const ForecastOptions& options, const Console& cOut, const Conso
     plays.Report(scheduler, gaps);
 
     RotationObject rotation(scheduler);
-    const auto dtStart = options.dtStart      ? *options.dtStart
-                         : plan.timed.empty() ? plays.End()
-                                              : plan.timed.front().dtAt;
-    const auto cSimulation = Simulated(rotation, options, dtStart, line);
-    auto levels = FiguresOf(*cSimulation);
+    const DateTime dtStart = options.dtStart      ? *options.dtStart
+                             : plan.timed.empty() ? plays.End()
+                                                  : plan.timed.front().dtAt;
+    const ComPtr<_clsSimulation> cSimulation = Simulated(rotation, options, dtStart, line);
+    std::vector<LevelFigures> levels = FiguresOf(*cSimulation);
     if (!options.bHealth)
     {
         PrintSimulation(*cSimulation, levels, options, dtStart, cOut);

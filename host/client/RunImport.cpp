@@ -24,7 +24,7 @@ public:
     UndoNewDataBase& operator=(const UndoNewDataBase&) = delete;
     ~UndoNewDataBase()
     {
-        for (const auto* sSuffix : {L"", L"-wal", L"-shm", L"-journal"})
+        for (const wchar_t* sSuffix : {L"", L"-wal", L"-shm", L"-journal"})
             if (m_bArmed)
                 DeleteIfThere(m_sFile + sSuffix);
     }
@@ -81,7 +81,7 @@ HRESULT Call(_clsDataBase& cDataBase, const ImportOptions& options, LONG* plCuts
 
 void RunImport(const ImportOptions& options, const Console& cOut, const Console& cError)
 {
-    const auto sDataBase = FullPath(options.sDataBase);
+    const std::wstring sDataBase = FullPath(options.sDataBase);
     if (options.sFolder.empty())
         MustExist(FullPath(SourceOf(options)));
     MustBeWritable(sDataBase);
@@ -92,7 +92,7 @@ void RunImport(const ImportOptions& options, const Console& cOut, const Console&
     library.Open(sDataBase);
     const CancelKey cancel;
     std::wstring sReport;
-    const auto cuts = library.Import(
+    const std::int32_t cuts = library.Import(
         [&](_clsDataBase& cDataBase, LONG* plCuts) { return Call(cDataBase, options, plCuts); },
         [&](const std::wstring& sText, long, long) {
         line.Show(sText);

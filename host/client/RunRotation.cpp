@@ -31,13 +31,13 @@ void RunSpread(const RotationCommand& options, Scheduler& cScheduler, RotationOb
 {
     const Categories categories(cScheduler.Object());
     std::vector<Target> targets;
-    const auto colCats = NewCollection();
-    for (const auto& name : options.levels)
+    const ComPtr<_clsCollection> colCats = NewCollection();
+    for (const CategoryName& name : options.levels)
     {
         targets.push_back(categories.TargetOf(name));
         Append(*colCats, *categories.Find(name));
     }
-    const auto boxesBefore = cBoxes.Count();
+    const std::size_t boxesBefore = cBoxes.Count();
     cRotation.Check(cRotation.Object().SpreadCategories(colCats.Get(), VARIANT_FALSE));
     if (cBoxes.Count() > boxesBefore)
         throw HostError(L"not everything was spread and saved");
@@ -47,14 +47,14 @@ void RunSpread(const RotationCommand& options, Scheduler& cScheduler, RotationOb
 void RunExplain(const RotationCommand& options, Scheduler& cScheduler, RotationObject& cRotation,
                 const MediaLibrary& cLibrary, const Console& cOut)
 {
-    const auto name = Categories(cScheduler.Object()).TargetOf(options.levels.front()).name;
+    const CategoryName name = Categories(cScheduler.Object()).TargetOf(options.levels.front()).name;
     if (name.lLevel == 0)
         throw HostError(name.sName + L" is no level");
-    const auto entries = cLibrary.Entries();
+    const std::vector<MediaLibrary::Entry> entries = cLibrary.Entries();
     const Plays plays(entries);
     Gaps gaps;
     plays.Report(cScheduler, gaps);
-    const auto cPrevious = cLibrary.NewCut();
+    const ComPtr<_clsCut> cPrevious = cLibrary.NewCut();
     ThrowIfFailed(cPrevious->put_LastPlayed(plays.End()));
     ComPtr<_clsExplanation> cExplanation;
     cRotation.Check(cRotation.Object().Explain(Bstr(CategoryKey(name.sName, name.lLevel)).Get(),
@@ -75,7 +75,7 @@ void RunRotation(const RotationCommand& options, const Boxes& cBoxes, const Cons
     MustBeStation(options.sDataBase, options.sAppFolder);
     MediaLibrary library;
     library.Open(FullPath(options.sDataBase));
-    const auto sAppFolder = FullPath(options.sAppFolder);
+    const std::wstring sAppFolder = FullPath(options.sAppFolder);
     ProgressLine line(cError, options.bProgress);
     Scheduler scheduler(library, false);
     if (options.eAction == RotationAction::Spread)

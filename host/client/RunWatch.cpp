@@ -30,7 +30,7 @@ void Import(MediaLibrary& cLibrary, Scheduler& cScheduler, const std::wstring& s
         cLine.Clear();
         cOut.Write(L"  " + sText + L"\n");
     };
-    const auto follow =
+    const ProgressListener follow =
         cScheduler.Follow({[&](const std::wstring& sText, long, long) { tell(sText); },
                            [&](const std::wstring& sText, long, long) { cLine.Show(sText); }, tell});
     std::wstring sReport;
@@ -46,7 +46,7 @@ void PlayNew(const Rotation& rotation, const LevelChange& level, const WatchOpti
     const auto order = std::find_if(rotation.begin(), rotation.end(), [&](const LevelOrder& other) {
         return other.sCategory == level.sCategory && other.lLevel == level.lLevel;
     });
-    const auto sLevel = TextOf(CategoryName{level.sCategory, level.lLevel});
+    const std::wstring sLevel = TextOf(CategoryName{level.sCategory, level.lLevel});
     cOut.Write(L"\nThe rotation of " + sLevel + L", where new cuts come up soonest:\n" +
                OrderLines(*order, level.newAt, linesOfOrder));
     if (options.lPicks == 0)
@@ -56,7 +56,7 @@ void PlayNew(const Rotation& rotation, const LevelChange& level, const WatchOpti
     DayMaker maker(cScheduler, cGaps, [](double) {});
     Day day;
     maker.Repeated(day, {level.sCategory, level.lLevel, false, 0}, dtStart, options.lPicks);
-    for (const auto& row : day.rows)
+    for (const LogRow& row : day.rows)
         cOut.Write(LogLine(row) + L"\n");
     cScheduler.SaveOrders();
 }
@@ -66,15 +66,15 @@ std::size_t Watch(const WatchOptions& options, const Boxes& cBoxes, const Consol
                   const Console& cError)
 {
     MayBeStation(options.sDataBase, options.sAppFolder);
-    const auto sCsv = FullPath(options.sCsv);
+    const std::wstring sCsv = FullPath(options.sCsv);
     MustExist(sCsv);
     MediaLibrary library;
     library.Open(FullPath(options.sDataBase));
-    const auto entries = library.Entries();
+    const std::vector<MediaLibrary::Entry> entries = library.Entries();
     const Plays plays(entries);
 
     ProgressLine line(cError, options.bProgress);
-    const auto sAppFolder = FullPath(options.sAppFolder);
+    const std::wstring sAppFolder = FullPath(options.sAppFolder);
     cOut.Write(MakeStation(options.sAppFolder));
     Scheduler scheduler(library, false);
     MustBeFree(options.sAppFolder); // right before the scheduler marks it
@@ -82,33 +82,33 @@ std::size_t Watch(const WatchOptions& options, const Boxes& cBoxes, const Consol
     Gaps gaps;
     plays.Report(scheduler, gaps);
     const Categories categories(scheduler.Object());
-    const auto before = categories.Orders();
+    const Rotation before = categories.Orders();
     line.Clear();
 
-    const auto lBoxesBefore = cBoxes.Count();
+    const std::size_t boxesBefore = cBoxes.Count();
     cOut.Write(L"The scheduler is open on " + options.sDataBase + L" and follows its changes.\nImporting " +
                options.sCsv + L"\n");
     Import(library, scheduler, sCsv, line, cOut);
 
-    const auto after = categories.Orders();
-    const auto change = ChangeBetween(before, after);
-    cOut.Write(L"\nIn the rotation: " + DecimalText(static_cast<std::int64_t>(change.lNew)) + L" new, " +
+    const Rotation after = categories.Orders();
+    const RotationChange change = ChangeBetween(before, after);
+    cOut.Write(L"\nIn the rotation: " + DecimalText(static_cast<std::int64_t>(change.added)) + L" new, " +
                DecimalText(static_cast<std::int64_t>(change.moved)) + L" moved, " +
                DecimalText(static_cast<std::int64_t>(change.gone)) + L" gone\n" + ChangeTable(change));
-    if (const auto* soonest = SoonestNew(change))
+    if (const LevelChange* soonest = SoonestNew(change))
         PlayNew(after, *soonest, options, scheduler, gaps, plays.End(), cOut);
     else
         cOut.Write(L"\nNo cut came into a level: the rotation goes on as it was.\n");
-    return lBoxesBefore;
+    return boxesBefore;
 }
 
 } // namespace
 
 void RunWatch(const WatchOptions& options, const Boxes& cBoxes, const Console& cOut, const Console& cError)
 {
-    const auto lBoxesBefore = Watch(options, cBoxes, cOut, cError);
+    const std::size_t boxesBefore = Watch(options, cBoxes, cOut, cError);
     // The scheduler is closed now, so boxes from its final save count too.
-    if (cBoxes.Count() > lBoxesBefore)
+    if (cBoxes.Count() > boxesBefore)
         throw HostError(L"the cuts were imported, but the scheduler could not save everything");
 }
 

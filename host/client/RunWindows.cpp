@@ -62,7 +62,7 @@ private:
         if (options.sPicture.empty()) // otherwise the picture would be of this window
             window.emplace();
         m_cLibrary.Open(FullPath(options.sDataBase));
-        const auto sAppFolder = FullPath(options.sAppFolder);
+        const std::wstring sAppFolder = FullPath(options.sAppFolder);
         cError.Write(MakeStation(options.sAppFolder));
         ProgressLine line(cError, options.bProgress);
         m_cScheduler.Populate(sAppFolder, [&](const std::wstring& sText, long lCount, long lMax) {
@@ -161,7 +161,7 @@ void Show(const CategoryOptions& options, Desk& cDesk, Choice& choice)
     choice.cMainCat = ComPtr<_clsCat>::Adopt(pMainCat);
     choice.cSubCat = ComPtr<_clsCat>::Adopt(pSubCat);
     Check(hResult, cDesk.Manager());
-    const auto lAnswer = cAnswer.As(VT_I4);
+    const std::optional<Variant> lAnswer = cAnswer.As(VT_I4);
     choice.bChosen = lAnswer && lAnswer->lVal == 1;
 }
 

@@ -43,7 +43,7 @@ Scheduler::Scheduler(MediaLibrary& cLibrary, bool bSaveEach) : m_cLibrary(cLibra
 
 void Scheduler::Populate(const std::wstring& sAppFolder, const MediaLibrary::Progress& progress)
 {
-    const auto listener = Follow({progress, progress, [](const std::wstring&) {}});
+    const ProgressListener listener = Follow({progress, progress, [](const std::wstring&) {}});
     ThrowIfFailed(m_cManager->PopulateFromDataBase(&m_cLibrary.Object(), Bstr(sAppFolder).Get()),
                   *m_cManager.Get(), __uuidof(_clsSchedMan));
     ThrowIfFailed(m_cManager->put_RotatesAllowed(VARIANT_TRUE));
@@ -61,7 +61,7 @@ void Scheduler::Remember(_clsCut& cCut)
 
 Playout::Answer Scheduler::Play(const Slot& slot, DateTime dtStart)
 {
-    const auto cCut = Pick(slot, dtStart);
+    const ComPtr<_clsCut> cCut = Pick(slot, dtStart);
     LONG lKind = 0;
     ThrowIfFailed(cCut->get_KindCode(&lKind));
     if (!IsRealCut(lKind))
@@ -77,7 +77,7 @@ ComPtr<_clsCut> Scheduler::Pick(const Slot& slot, DateTime dtStart)
 {
     // Separations are measured at the end of the previous cut. A cut without duration that starts at dtStart
     // sets that time directly, also after a gap.
-    const auto cPrevious = m_cLibrary.NewCut();
+    const ComPtr<_clsCut> cPrevious = m_cLibrary.NewCut();
     ThrowIfFailed(cPrevious->put_LastPlayed(dtStart));
     ComPtr<_clsCat> cMainCat;
     ComPtr<_clsCat> cSubCat;

@@ -39,15 +39,15 @@ std::optional<std::int32_t> LevelIn(const std::wstring& sDigits)
 
 CategoryName ParseCategoryName(const std::wstring& sText)
 {
-    const auto lColon = sText.rfind(L':');
-    const auto sTail = lColon == std::wstring::npos ? std::wstring() : sText.substr(lColon + 1);
+    const std::size_t colon = sText.rfind(L':');
+    const std::wstring sTail = colon == std::wstring::npos ? std::wstring() : sText.substr(colon + 1);
     const bool bLevel = IsNumber(sTail);
-    CategoryName name{bLevel ? sText.substr(0, lColon) : sText, 0};
+    CategoryName name{bLevel ? sText.substr(0, colon) : sText, 0};
     if (name.sName.empty())
         throw HostError(L"'" + sText + L"' names no category");
     if (bLevel)
     {
-        const auto level = LevelIn(sTail);
+        const std::optional<std::int32_t> level = LevelIn(sTail);
         if (!level)
             throw HostError(L"'" + sText +
                             L"' names no level (expected NAME or NAME:LEVEL, levels count from 1)");
@@ -64,7 +64,7 @@ std::wstring TextOf(const CategoryName& name)
 std::wstring TextOf(const std::vector<Target>& targets)
 {
     std::wstring sText;
-    for (const auto& target : targets)
+    for (const Target& target : targets)
         sText += (sText.empty() ? L"" : L", ") + TextOf(target.name) + L" (" +
                  CountOf(target.cuts, L"cut", L"cuts") + L")";
     return sText;
@@ -93,7 +93,7 @@ std::wstring WhyNoCategory(const std::wstring& sName)
 
 bool IsYes(const std::wstring& sAnswer)
 {
-    const auto sFolded = FoldCase(Trim(sAnswer));
+    const std::wstring sFolded = FoldCase(Trim(sAnswer));
     return sFolded == FoldCase(L"y") || sFolded == FoldCase(L"yes");
 }
 

@@ -29,7 +29,7 @@ CLI::Validator IsCategory(bool bMayHaveLevel = true)
         [bMayHaveLevel](const std::string& sText) {
         try
         {
-            const auto name = ParseCategoryName(Wide(sText));
+            const CategoryName name = ParseCategoryName(Wide(sText));
             return name.lLevel == 0 || bMayHaveLevel
                        ? std::string()
                        : "'" + sText + "' is a level; a main category is expected";
@@ -56,7 +56,7 @@ CLI::Option& AddCategory(CLI::App& cCommand, const char* sName, const char* sTyp
 CLI::Option& AddCategories(CLI::App& cCommand, CatsOptions& options, const char* sHelp)
 {
     const auto store = [&options](const std::vector<std::string>& names) {
-        for (const auto& sName : names)
+        for (const std::string& sName : names)
             options.categories.push_back(ParseCategoryName(Wide(sName)));
     };
     return *cCommand.add_option_function<std::vector<std::string>>("CATEGORY", store, sHelp)
@@ -92,8 +92,8 @@ void DescribeStart(CLI::App& cCommand, std::optional<DateTime>& dtStart, const c
 
 void DescribePlan(CLI::App& cCommand, std::wstring& sClock, std::wstring& sSlots)
 {
-    auto& clock = AddText(cCommand, "--clock", sClock, "FILE",
-                          "the slots of an hour, repeated: category,level,opener a line");
+    CLI::Option& clock = AddText(cCommand, "--clock", sClock, "FILE",
+                                 "the slots of an hour, repeated: category,level,opener a line");
     AddText(cCommand, "--slots", sSlots, "FILE", "the slots of the day, CSV: slot_at,category,level,opener")
         .excludes(&clock);
 }
@@ -155,7 +155,7 @@ void DescribeWatch(CLI::App& cWatch, WatchOptions& options)
 CLI::App& AddAction(CLI::App& cCats, CatsOptions& options, CatsAction eAction, const char* sName,
                     const char* sHelp)
 {
-    auto& cAction = *cCats.add_subcommand(sName, sHelp);
+    CLI::App& cAction = *cCats.add_subcommand(sName, sHelp);
     cAction.callback([&options, eAction] { options.eAction = eAction; });
     cAction.fallthrough(); // --db and --app may follow the action as well
     return cAction;
@@ -195,7 +195,7 @@ void DescribeCatsChanges(CLI::App& cCats, CatsOptions& options)
     AddText(add(CatsAction::New, "new", "make a category with level 1"), "NAME", options.sNewName, "",
             "its name")
         .required();
-    auto& cLevel = add(CatsAction::Level, "level", "make a further level of a category");
+    CLI::App& cLevel = add(CatsAction::Level, "level", "make a further level of a category");
     AddCategory(
         cLevel, "CATEGORY", "", "the main category",
         [&](const CategoryName& name) { options.categories.push_back(name); }, false)
@@ -204,16 +204,18 @@ void DescribeCatsChanges(CLI::App& cCats, CatsOptions& options)
         ->required()
         ->type_name("")
         ->check(CLI::Range(1, static_cast<int>(lMostLevel)));
-    auto& cShuffle = add(CatsAction::Shuffle, "shuffle", "put the cuts of levels into a new random order");
+    CLI::App& cShuffle =
+        add(CatsAction::Shuffle, "shuffle", "put the cuts of levels into a new random order");
     AddCategories(cShuffle, options, "what to shuffle; a main category means each of its levels").required();
     AddYes(cShuffle, options);
-    auto& cMove = add(CatsAction::Move, "move", "move cuts to another category or level");
+    CLI::App& cMove = add(CatsAction::Move, "move", "move cuts to another category or level");
     DescribeTransfer(cMove, options);
     cMove.add_flag("--exclusive", options.bExclusive, "take the cuts out of every other category as well");
     AddYes(cMove, options);
     DescribeTransfer(add(CatsAction::Copy, "copy", "file cuts in a further category"), options);
-    auto& cDelete = add(CatsAction::Delete, "delete",
-                        "delete levels, or categories with all their levels; the cuts stay in the database");
+    CLI::App& cDelete =
+        add(CatsAction::Delete, "delete",
+            "delete levels, or categories with all their levels; the cuts stay in the database");
     AddCategories(cDelete, options, "what to delete").required();
     AddYes(cDelete, options);
 }
@@ -223,8 +225,8 @@ void DescribeCats(CLI::App& cCats, CatsOptions& options)
     DescribeStation(cCats, options, Station::MustBeThere);
     DescribeProgress(cCats, options);
     cCats.require_subcommand(1);
-    auto& cList = AddAction(cCats, options, CatsAction::List, "list",
-                            "show the levels, or the cuts of a level in rotation order");
+    CLI::App& cList = AddAction(cCats, options, CatsAction::List, "list",
+                                "show the levels, or the cuts of a level in rotation order");
     AddCategories(cList, options, "what to show (default: every category)");
     cList.add_option("--first", options.lFirst, "show at most so many cuts of each level")
         ->type_name("N")
@@ -255,7 +257,8 @@ void DescribeCategory(CLI::App& cCategory, CategoryOptions& options)
             "the window's caption")
         ->type_name("TEXT");
     cCategory.add_flag("--new", options.bAllowNew, "categories and levels can be made in it");
-    auto* multi = cCategory.add_flag("--multi", options.bMultiSelect, "several categories can be chosen");
+    CLI::Option* multi =
+        cCategory.add_flag("--multi", options.bMultiSelect, "several categories can be chosen");
     AddText(cCategory, "--cut", options.sCut, "PATH",
             "with --multi: the cut with this path is placed in what is chosen")
         .needs(multi);
@@ -265,7 +268,7 @@ void DescribeCategory(CLI::App& cCategory, CategoryOptions& options)
 void DescribeForecast(CLI::App& cCommand, ForecastOptions& options)
 {
     DescribeStation(cCommand, options, Station::MustBeThere);
-    auto& cPlan = *cCommand.add_option_group("plan");
+    CLI::Option_group& cPlan = *cCommand.add_option_group("plan");
     DescribePlan(cPlan, options.sClock, options.sSlots);
     cPlan.require_option(1);
     DescribeStart(cCommand, options.dtStart,
@@ -292,7 +295,8 @@ void DescribeHealth(CLI::App& cHealth, ForecastOptions& options)
     DescribeForecast(cHealth, options);
     AddText(cHealth, "--html", options.sHtml, "FILE", "write a report for people");
     AddText(cHealth, "--json", options.sJson, "FILE", "write the figures for programs");
-    auto* window = cHealth.add_flag("--window", options.bWindow, "show the rotation health window instead");
+    CLI::Option* window =
+        cHealth.add_flag("--window", options.bWindow, "show the rotation health window instead");
     AddText(cHealth, "--picture", options.sPicture, "FILE",
             "with --window: take a picture of it, PNG, and close it, instead of leaving it to you")
         .needs(window);
@@ -302,13 +306,13 @@ void DescribeHealth(CLI::App& cHealth, ForecastOptions& options)
 void AddLevels(CLI::App& cCommand, RotationCommand& options, const char* sHelp, bool bMany)
 {
     const auto store = [&options](const std::vector<std::string>& names) {
-        for (const auto& sName : names)
+        for (const std::string& sName : names)
             options.levels.push_back(ParseCategoryName(Wide(sName)));
     };
-    auto& levels = *cCommand.add_option_function<std::vector<std::string>>("LEVEL", store, sHelp)
-                        ->type_name("")
-                        ->check(IsCategory())
-                        ->required();
+    CLI::Option& levels = *cCommand.add_option_function<std::vector<std::string>>("LEVEL", store, sHelp)
+                               ->type_name("")
+                               ->check(IsCategory())
+                               ->required();
     if (!bMany)
         levels.expected(1);
 }

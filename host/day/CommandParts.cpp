@@ -18,7 +18,7 @@ CLI::Validator IsTime()
 {
     return CLI::Validator(
         [](const std::string& sText) {
-        const auto dtWhen = ParseIso(Wide(sText));
+        const std::optional<DateTime> dtWhen = ParseIso(Wide(sText));
         return dtWhen && *dtWhen > 0 ? std::string()
                                      : "'" + sText + "' is no time (expected yyyy-mm-ddThh:nn:ss)";
         },

@@ -62,20 +62,21 @@ CutFields FieldsOf(const EditedCut& values)
 std::variant<EditedCut, CutProblem> ValuesOf(const CutFields& fields, const EditedCut& before)
 {
     const std::wstring sYear = Trim(fields.sYear);
-    const auto lYear = sYear.empty() ? std::optional<std::int32_t>(0) : WholeNumber(sYear, 0, lMostYear);
+    const std::optional<std::int32_t> lYear =
+        sYear.empty() ? std::optional<std::int32_t>(0) : WholeNumber(sYear, 0, lMostYear);
     if (!lYear)
         return CutProblem{CutField::Year, L"The year is a number of at most four digits, or empty."};
-    const auto colNames = NamesIn(fields.sCategories);
-    const auto colBefore = NamesIn(before.sCategoryText);
+    const std::vector<TextKey> colNames = NamesIn(fields.sCategories);
+    const std::vector<TextKey> colBefore = NamesIn(before.sCategoryText);
     for (const TextKey& cName : colNames)
     {
         const bool bKnown = std::find(colBefore.begin(), colBefore.end(), cName) != colBefore.end();
-        const auto sReason = bKnown ? std::wstring() : WhyNoCategory(cName.Text());
+        const std::wstring sReason = bKnown ? std::wstring() : WhyNoCategory(cName.Text());
         if (!sReason.empty())
             return CutProblem{CutField::Categories,
                               L"There can be no category \"" + cName.Text() + L"\": " + sReason};
     }
-    const auto lLevel = WholeNumber(Trim(fields.sLevel), 1, lMostLevel);
+    const std::optional<std::int32_t> lLevel = WholeNumber(Trim(fields.sLevel), 1, lMostLevel);
     if (!lLevel)
         return CutProblem{CutField::Level,
                           L"The level is a whole number from 1 to " + DecimalText(lMostLevel) + L"."};

@@ -20,14 +20,14 @@ bool LevelsInUse::Contains(const std::wstring& sCategory, std::int32_t lLevel) c
 std::vector<Slot> LevelsInUse::RoundOfAll() const
 {
     std::vector<Slot> slots;
-    for (const auto& level : m_levels)
+    for (const LevelsInUse::Level& level : m_levels)
         slots.push_back({level.sCategory, level.lLevel, false, 0});
     return slots;
 }
 
 void CheckLevels(const std::vector<Slot>& slots, const LevelsInUse& levels, const std::wstring& sName)
 {
-    for (const auto& slot : slots)
+    for (const Slot& slot : slots)
     {
         if (!levels.Contains(slot.sCategory, slot.lLevel))
             throw HostError(sName + L", line " + std::to_wstring(slot.line) + L": no cut is in " +

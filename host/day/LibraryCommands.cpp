@@ -25,8 +25,8 @@ void DescribeImport(CLI::App& cImport, ImportOptions& options)
 {
     AddText(cImport, "--db", options.sDataBase, "FILE", "the media database; made when it is missing")
         .required();
-    auto& cSource = *cImport.add_option_group("source");
-    auto& cCsv = AddText(cSource, "--csv", options.sCsv, "FILE", "the library in CSV form");
+    CLI::App& cSource = *cImport.add_option_group("source");
+    CLI::Option& cCsv = AddText(cSource, "--csv", options.sCsv, "FILE", "the library in CSV form");
     AddText(cSource, "--folder", options.sFolder, "FOLDER",
             "the audio files of a folder and of those in it, with their tags");
     AddText(cSource, "--m3u", options.sPlaylist, "FILE", "the audio files of a playlist, M3U or M3U8");

@@ -63,7 +63,7 @@ PlayBook::Attempt PlayBook::BringIn()
             return false;
         }
     };
-    for (const auto& play : m_plays)
+    for (const std::pair<const TextKey, DateTime>& play : m_plays)
     {
         const std::wstring sKey = play.first.Text();
         const DateTime dtWhen = play.second;
@@ -79,8 +79,8 @@ PlayBook::Attempt PlayBook::BringIn()
 
 std::wstring PlayBook::Settle(const std::function<void()>& waiting)
 {
-    const auto end = Now() + patiencemS;
-    auto attempt = BringIn();
+    const std::int64_t end = Now() + patiencemS;
+    Attempt attempt = BringIn();
     while (attempt.missing > 0 && attempt.bBusy && Now() < end)
     {
         waiting();

@@ -17,8 +17,8 @@ using Side = TextTable::Side;
 // "3:05"
 std::wstring MinutesAndSeconds(std::int32_t lMilliseconds)
 {
-    const auto lSeconds = std::max(lMilliseconds, 0) / 1000;
-    const auto sSeconds = DecimalText(lSeconds % 60);
+    const std::int32_t lSeconds = std::max(lMilliseconds, 0) / 1000;
+    const std::wstring sSeconds = DecimalText(lSeconds % 60);
     return DecimalText(lSeconds / 60) + (sSeconds.size() < 2 ? L":0" : L":") + sSeconds;
 }
 
@@ -42,7 +42,7 @@ Keys KeysOf(const LevelOrder* level)
 Keys KeysOf(const Rotation& rotation)
 {
     Keys keys;
-    for (const auto& level : rotation)
+    for (const LevelOrder& level : rotation)
         keys.merge(KeysOf(&level));
     return keys;
 }
@@ -51,7 +51,7 @@ LevelChange ChangeOf(const LevelOrder& level, const LevelOrder* before)
 {
     LevelChange change{
         level.sCategory, level.lLevel, before ? before->cuts.size() : 0, level.cuts.size(), {}};
-    const auto known = KeysOf(before);
+    const Keys known = KeysOf(before);
     for (std::size_t l = 0; l < level.cuts.size(); ++l)
         if (!known.contains(TextKey(level.cuts[l].sPath)))
             change.newAt.push_back(l + 1);
@@ -63,32 +63,32 @@ LevelChange ChangeOf(const LevelOrder& level, const LevelOrder* before)
 RotationChange ChangeBetween(const Rotation& before, const Rotation& after)
 {
     RotationChange change;
-    const auto keysBefore = KeysOf(before);
+    const Keys keysBefore = KeysOf(before);
     Keys joined; // known cuts that joined a level
     Keys fresh;
-    for (const auto& level : after)
+    for (const LevelOrder& level : after)
     {
         change.levels.push_back(ChangeOf(level, Find(before, level)));
-        for (const auto lPlace : change.levels.back().newAt)
+        for (const std::size_t place : change.levels.back().newAt)
         {
-            const TextKey cKey(level.cuts[lPlace - 1].sPath);
+            const TextKey cKey(level.cuts[place - 1].sPath);
             (keysBefore.contains(cKey) ? joined : fresh).insert(cKey);
         }
     }
-    for (const auto& level : before)
+    for (const LevelOrder& level : before)
     {
-        const auto* now = Find(after, level);
+        const LevelOrder* now = Find(after, level);
         if (!now)
             change.levels.push_back({level.sCategory, level.lLevel, level.cuts.size(), 0, {}});
-        const auto keysNow = KeysOf(now);
-        for (const auto& cut : level.cuts)
+        const Keys keysNow = KeysOf(now);
+        for (const PlayedCut& cut : level.cuts)
             if (!keysNow.contains(TextKey(cut.sPath)))
                 joined.insert(TextKey(cut.sPath)); // it left this one
     }
-    const auto keysAfter = KeysOf(after);
-    for (const auto& cKey : keysBefore)
+    const Keys keysAfter = KeysOf(after);
+    for (const TextKey& cKey : keysBefore)
         change.gone += keysAfter.contains(cKey) ? 0 : 1;
-    change.lNew = fresh.size();
+    change.added = fresh.size();
     change.moved = joined.size() - change.gone;
     return change;
 }
@@ -96,7 +96,7 @@ RotationChange ChangeBetween(const Rotation& before, const Rotation& after)
 RotationChange OnlyChanged(RotationChange change)
 {
     std::erase_if(change.levels, [](const LevelChange& level) {
-        return level.lBefore == level.lAfter && level.newAt.empty();
+        return level.before == level.after && level.newAt.empty();
     });
     return change;
 }
@@ -104,7 +104,7 @@ RotationChange OnlyChanged(RotationChange change)
 const LevelChange* SoonestNew(const RotationChange& change)
 {
     const LevelChange* soonest = nullptr;
-    for (const auto& level : change.levels)
+    for (const LevelChange& level : change.levels)
         if (!level.newAt.empty() && (!soonest || level.newAt.front() < soonest->newAt.front()))
             soonest = &level;
     return soonest;
@@ -114,9 +114,9 @@ std::wstring ChangeTable(const RotationChange& change)
 {
     TextTable table({Side::Left, Side::Right, Side::Right, Side::Right, Side::Left});
     table.Row({L"Category", L"Level", L"Before", L"After", L"New at"});
-    for (const auto& level : change.levels)
-        table.Row({level.sCategory, DecimalText(level.lLevel), CountText(level.lBefore),
-                   CountText(level.lAfter), PlacesText(level.newAt)});
+    for (const LevelChange& level : change.levels)
+        table.Row({level.sCategory, DecimalText(level.lLevel), CountText(level.before),
+                   CountText(level.after), PlacesText(level.newAt)});
     return table.Text();
 }
 
@@ -138,17 +138,17 @@ std::wstring PlacesText(const std::vector<std::size_t>& places)
 std::wstring OrderLines(const LevelOrder& order, const std::vector<std::size_t>& newAt, std::size_t most)
 {
     TextTable table({Side::Right, Side::Left});
-    const auto count = most == 0 ? order.cuts.size() : std::min(most, order.cuts.size());
+    const std::size_t count = most == 0 ? order.cuts.size() : std::min(most, order.cuts.size());
     for (std::size_t l = 0; l < count; ++l)
     {
-        const auto& cut = order.cuts[l];
+        const PlayedCut& cut = order.cuts[l];
         const bool bNew = std::binary_search(newAt.begin(), newAt.end(), l + 1);
         table.Row({CountText(l + 1), cut.sArtist + L" - " + cut.sTitle + L" (" +
                                          MinutesAndSeconds(cut.lDurationmS) + L")" +
                                          (bNew ? L"  new" : L"")});
     }
-    const auto lLeft = order.cuts.size() - count;
-    return table.Text() + (lLeft == 0 ? L"" : L"... and " + CountText(lLeft) + L" more\n");
+    const std::size_t left = order.cuts.size() - count;
+    return table.Text() + (left == 0 ? L"" : L"... and " + CountText(left) + L" more\n");
 }
 
 std::wstring LevelTable(const Rotation& rotation)
@@ -157,7 +157,7 @@ std::wstring LevelTable(const Rotation& rotation)
     table.Row({L"Category", L"Level", L"Cuts", L"Average"});
     Keys categories;
     std::size_t levels = 0;
-    for (const auto& level : rotation)
+    for (const LevelOrder& level : rotation)
     {
         categories.insert(TextKey(level.sCategory));
         levels += level.lLevel == 0 ? 0 : 1;

@@ -33,8 +33,8 @@ struct LevelChange
 {
     std::wstring sCategory;
     std::int32_t lLevel = 0;
-    std::size_t lBefore = 0; // cuts
-    std::size_t lAfter = 0;
+    std::size_t before = 0; // cuts
+    std::size_t after = 0;
     std::vector<std::size_t> newAt; // the positions, from 1, of the cuts that are new in it
 };
 
@@ -42,7 +42,7 @@ struct LevelChange
 struct RotationChange
 {
     std::vector<LevelChange> levels; // existing ones in their order
-    std::size_t lNew = 0;            // cuts in a level that were in none before
+    std::size_t added = 0;           // cuts in a level that were in none before
     std::size_t moved = 0;           // cuts in other levels than before
     std::size_t gone = 0;            // cuts in no level any more
 };

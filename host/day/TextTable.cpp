@@ -9,11 +9,11 @@ namespace ravlo
 std::wstring TextTable::Text() const
 {
     std::vector<std::size_t> widths(m_sides.size());
-    for (const auto& row : m_rows)
+    for (const std::vector<std::wstring>& row : m_rows)
         for (std::size_t l = 0; l < widths.size(); ++l)
             widths[l] = std::max(widths[l], row[l].size());
     std::wstring sText;
-    for (const auto& row : m_rows)
+    for (const std::vector<std::wstring>& row : m_rows)
     {
         std::wstring sLine;
         for (std::size_t l = 0; l < widths.size(); ++l)

@@ -63,7 +63,7 @@ std::string ReadFile(const std::wstring& sPath)
     OpenFile cFile(sPath);
     if (eKind == PathKind::Folder || !cFile.IsOpen())
         throw RuntimeError(error::PathFileAccess, L"The file \"" + sPath + L"\" cannot be opened.");
-    const auto size = cFile.Size();
+    const std::optional<std::int64_t> size = cFile.Size();
     std::string bytes;
     if (!size || *size > std::numeric_limits<std::ptrdiff_t>::max() / 2)
         throw RuntimeError(error::DeviceIo, L"The file \"" + sPath + L"\" could not be read.");

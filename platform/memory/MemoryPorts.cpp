@@ -33,7 +33,7 @@ void MemoryClock::Advance(std::uint32_t lMilliseconds)
 void MemoryHostLoop::PumpMessages()
 {
     ++lPumps;
-    if (const auto hook = OnPump)
+    if (const std::function<void()> hook = OnPump)
         hook();
 }
 
@@ -43,7 +43,7 @@ void MemoryHostLoop::Sleep(std::uint32_t lMilliseconds)
     sleptmS += lMilliseconds;
     if (m_cClock)
         m_cClock->Advance(lMilliseconds);
-    if (const auto hook = OnSleep)
+    if (const std::function<void(std::uint32_t)> hook = OnSleep)
         hook(lMilliseconds);
 }
 

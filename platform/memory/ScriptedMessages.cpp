@@ -74,7 +74,7 @@ BoxAnswer ScriptedMessages::Box(BoxIcon eIcon, BoxButtons eButtons, const std::w
 {
     Boxes.push_back({eIcon, eButtons, sTitle, sText});
     const BoxAnswer eAnswer = eButtons == BoxButtons::Ok ? eOkAnswer : NextOf(Answers, eDefaultAnswer);
-    if (const auto hook = OnShown)
+    if (const std::function<void()> hook = OnShown)
         hook();
     return eAnswer;
 }
@@ -84,7 +84,7 @@ std::optional<std::wstring> ScriptedMessages::Input(const std::wstring& sTitle, 
 {
     Inputs.push_back({sTitle, sPrompt, sText});
     const std::optional<std::wstring> sAnswer = NextOf(Typed, sDefaultTyped);
-    if (const auto hook = OnShown)
+    if (const std::function<void()> hook = OnShown)
         hook();
     return sAnswer;
 }

@@ -26,15 +26,15 @@ void Print(const std::wstring& sTitle, const std::wstring& sText)
 DateTime SystemClock::Now() const
 {
     using namespace std::chrono;
-    const std::int64_t lMilliseconds =
+    const std::int64_t unixMilliseconds =
         duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
-    const std::time_t lSeconds = static_cast<std::time_t>(lMilliseconds / 1000);
+    const std::time_t unixSeconds = static_cast<std::time_t>(unixMilliseconds / 1000);
     std::tm tm{};
-    ::localtime_r(&lSeconds, &tm);
+    ::localtime_r(&unixSeconds, &tm);
     // A leap second is second 60, which dates do not have.
     const DateTime dtWhole = DateTimeOf(
         {tm.tm_year + 1900, tm.tm_mon + 1, tm.tm_mday, tm.tm_hour, tm.tm_min, std::min(tm.tm_sec, 59)});
-    return dtWhole + static_cast<double>(lMilliseconds % 1000) / 86'400'000.0;
+    return dtWhole + static_cast<double>(unixMilliseconds % 1000) / 86'400'000.0;
 }
 
 std::uint32_t SystemClock::TickCount() const

@@ -57,7 +57,7 @@ private:
 ComPtr<CollectionFace> CollectionOf(const Cuts& colCuts)
 {
     auto colResult = std::make_shared<OrderedKeyedCollection<std::shared_ptr<Cut>>>();
-    for (const auto& cCut : colCuts)
+    for (const std::shared_ptr<Cut>& cCut : colCuts)
         colResult->Add(cCut->Key(), cCut);
     return FaceOfCollection<CutAdapter>(colResult);
 }
@@ -209,7 +209,7 @@ std::unique_ptr<Store::Batch> BatchesFace::TakeInnermost()
 {
     if (m_colBatches.empty())
         throw RuntimeError(error::InvalidProcedureCall, L"No batch of changes was begun.");
-    auto cBatch = std::move(m_colBatches.back());
+    std::unique_ptr<Store::Batch> cBatch = std::move(m_colBatches.back());
     m_colBatches.pop_back();
     return cBatch;
 }

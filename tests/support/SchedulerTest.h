@@ -126,13 +126,13 @@ inline std::string SifMarker(std::int32_t lLevel)
 // change.
 inline std::string SifWithoutGuards(const std::string& bytes)
 {
-    constexpr std::size_t lRecord = 1983;
+    constexpr std::size_t recordSize = 1983;
     std::string without;
-    for (std::size_t at = 0; at < bytes.size(); at += lRecord)
+    for (std::size_t at = 0; at < bytes.size(); at += recordSize)
     {
-        const std::string record = bytes.substr(at, lRecord);
-        const std::string next = bytes.substr(std::min(at + lRecord, bytes.size()), lRecord);
-        const bool bGuards = record[769] != '\0' && next.size() == lRecord && next[769] == '\0' &&
+        const std::string record = bytes.substr(at, recordSize);
+        const std::string next = bytes.substr(std::min(at + recordSize, bytes.size()), recordSize);
+        const bool bGuards = record[769] != '\0' && next.size() == recordSize && next[769] == '\0' &&
                              record.compare(765, 4, next, 765, 4) == 0;
         if (!bGuards)
             without += record;

@@ -262,7 +262,7 @@ void CatSelectorPresenter::OnCatClick()
     const std::optional<std::size_t> current = m_cView.CurrentEntry(lstCat);
     if (!current)
         return;
-    if (auto cMainCat = MainCatNamed(m_cView.EntryText(lstCat, *current)))
+    if (std::shared_ptr<clsCat> cMainCat = MainCatNamed(m_cView.EntryText(lstCat, *current)))
         m_cMainCat = std::move(cMainCat);
     if (m_bMulti)
         DropNoCat();

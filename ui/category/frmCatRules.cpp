@@ -73,7 +73,8 @@ void frmCatPresenter::ShowOutlook()
 // By what the pane shows, saved or not.
 std::int32_t frmCatPresenter::MinsToKeep(RuleBox eBox) const
 {
-    const auto dValue = m_cView.IgnoreChecked() ? std::nullopt : NumericValue(m_cView.BoxText(eBox));
+    const std::optional<double> dValue =
+        m_cView.IgnoreChecked() ? std::nullopt : NumericValue(m_cView.BoxText(eBox));
     return dValue ? ToLong(std::abs(*dValue)).value_or(0) : 0;
 }
 
@@ -237,7 +238,7 @@ void frmCatPresenter::Save(RulesPane ePane)
 void frmCatPresenter::SaveGlobal()
 {
     StoreGlobalArtistAndTitle();
-    if (const auto lAlbum = Minutes(txtGlobalAlbumSepMins))
+    if (const std::optional<std::int32_t> lAlbum = Minutes(txtGlobalAlbumSepMins))
         m_cMod.SetGlobalAlbumSepMins(*lAlbum);
     m_cMod.SaveSettings();
     FillGlobalPane();
@@ -248,9 +249,9 @@ void frmCatPresenter::SaveGlobal()
 
 void frmCatPresenter::StoreGlobalArtistAndTitle()
 {
-    if (const auto lArtist = AbsoluteMinutes(txtArtistSepMins0))
+    if (const std::optional<std::int32_t> lArtist = AbsoluteMinutes(txtArtistSepMins0))
         m_cMod.SetGlobalArtistSepMins(*lArtist);
-    if (const auto lTitle = AbsoluteMinutes(txtTitleSepMins0))
+    if (const std::optional<std::int32_t> lTitle = AbsoluteMinutes(txtTitleSepMins0))
         m_cMod.SetGlobalTitleSepMins(*lTitle);
 }
 
@@ -274,7 +275,7 @@ void frmCatPresenter::SaveCategory()
 // The number that the user typed into a box; nothing when it was not edited or is not a 32-bit number.
 std::optional<std::int32_t> frmCatPresenter::Minutes(RuleBox eBox) const
 {
-    const auto dValue = Edited(eBox) ? NumericValue(m_cView.BoxText(eBox)) : std::nullopt;
+    const std::optional<double> dValue = Edited(eBox) ? NumericValue(m_cView.BoxText(eBox)) : std::nullopt;
     return dValue ? ToLong(*dValue) : std::nullopt;
 }
 
@@ -288,7 +289,7 @@ std::optional<std::int32_t> frmCatPresenter::OwnMinutes(RuleBox eBox) const
 
 std::optional<std::int32_t> frmCatPresenter::AbsoluteMinutes(RuleBox eBox) const
 {
-    const auto dValue = Edited(eBox) ? NumericValue(m_cView.BoxText(eBox)) : std::nullopt;
+    const std::optional<double> dValue = Edited(eBox) ? NumericValue(m_cView.BoxText(eBox)) : std::nullopt;
     return dValue ? ToLong(std::abs(*dValue)) : std::nullopt;
 }
 

@@ -122,7 +122,8 @@ void SplitPanelPresenter::LayOut()
 {
     if (!m_bSized)
         return;
-    const auto places = LayOutSplit(m_settings, {m_lWanted, m_state.iSnapped}, m_lWidth, m_lHeight);
+    const std::optional<SplitPlaces> places =
+        LayOutSplit(m_settings, {m_lWanted, m_state.iSnapped}, m_lWidth, m_lHeight);
     if (!places)
         return;
     m_state.lPosition = places->lPosition;
@@ -232,8 +233,9 @@ void SplitPanelPresenter::Recall()
 {
     if (!m_sRegistryID.empty())
     {
-        const auto dStored = NumericValue(m_cUserSettings.Get(Application(), sSection, sPositionKey, L"0"));
-        const auto lStored = dStored ? ToLong(*dStored) : std::nullopt;
+        const std::optional<double> dStored =
+            NumericValue(m_cUserSettings.Get(Application(), sSection, sPositionKey, L"0"));
+        const std::optional<std::int32_t> lStored = dStored ? ToLong(*dStored) : std::nullopt;
         if (lStored.value_or(0) != 0)
         {
             m_lWanted = *lStored;

@@ -17,8 +17,8 @@ constexpr std::int32_t lLargest = 100'000; // pixels; far beyond every screen, f
 
 std::optional<std::int32_t> Pixels(std::wstring_view sText)
 {
-    const auto dValue = NumericValue(sText);
-    const auto lValue = dValue ? ToLong(*dValue) : std::nullopt;
+    const std::optional<double> dValue = NumericValue(sText);
+    const std::optional<std::int32_t> lValue = dValue ? ToLong(*dValue) : std::nullopt;
     if (!lValue || *lValue < -lLargest || *lValue > lLargest)
         return std::nullopt;
     return lValue;
@@ -34,13 +34,13 @@ std::wstring TextOf(const WindowPlace& place)
 
 std::optional<WindowPlace> ParseWindowPlace(std::wstring_view sText)
 {
-    const auto colPieces = Split(sText, L",");
+    const std::vector<std::wstring> colPieces = Split(sText, L",");
     if (colPieces.size() < 4 || colPieces.size() > 5 || (colPieces.size() == 5 && colPieces[4] != L"max"))
         return std::nullopt;
     std::array<std::int32_t, 4> lValues{};
     for (std::size_t i = 0; i < lValues.size(); ++i)
     {
-        const auto lValue = Pixels(colPieces[i]);
+        const std::optional<std::int32_t> lValue = Pixels(colPieces[i]);
         if (!lValue)
             return std::nullopt;
         lValues[i] = *lValue;

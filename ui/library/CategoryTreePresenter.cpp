@@ -211,10 +211,10 @@ std::vector<std::wstring> CategoryTreePresenter::CheckedKeys() const
 CategoryTreePresenter::Ticks CategoryTreePresenter::TicksOf(Node node) const
 {
     const Entry& entry = m_colNodes[node];
-    const auto levels = IsRoot(node)
-                            ? 0
-                            : std::count_if(entry.colChildren.begin(), entry.colChildren.end(),
-                                            [this](Node level) { return m_colNodes[level].bChecked; });
+    const std::ptrdiff_t levels =
+        IsRoot(node) ? 0
+                     : std::count_if(entry.colChildren.begin(), entry.colChildren.end(),
+                                     [this](Node level) { return m_colNodes[level].bChecked; });
     const bool bAll = entry.bChecked && (levels == 0 || levels == std::ssize(entry.colChildren));
     return bAll ? Ticks::All : levels == 0 ? Ticks::None : Ticks::Some;
 }

@@ -23,7 +23,7 @@ void clsSchedLibGridPresenter::Show(ListedCuts listed)
     m_cBeginnings.Reset(m_listed.colCuts.size());
     m_order.Reset(m_listed.colCuts.size());
     const EarlierRows cEarlier(before, m_listed);
-    for (const auto& Arrange : Arrangers)
+    for (const std::function<void(ViewOrder&, const EarlierRows&)>& Arrange : Arrangers)
         Arrange(m_order, cEarlier);
     m_cView.SetRowCount(RowCount());
 }

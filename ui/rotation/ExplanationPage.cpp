@@ -66,7 +66,7 @@ std::wstring CutsText(std::size_t cuts) { return std::to_wstring(cuts) + (cuts =
 // "Passed over before it: 3 cuts (artist 2, title 1)."
 std::wstring PassedOverText(const Explanation& explanation)
 {
-    const auto& steps = explanation.steps;
+    const std::vector<Step>& steps = explanation.steps;
     const auto passed = static_cast<std::size_t>(
         std::count_if(steps.begin(), steps.end(), [](const Step& step) { return !step.bChosen; }));
     if (passed == 0)
@@ -74,7 +74,7 @@ std::wstring PassedOverText(const Explanation& explanation)
     std::wstring sRules;
     for (const Verdict eVerdict : {Verdict::Artist, Verdict::Title, Verdict::Album, Verdict::NoOpener})
     {
-        const auto count = std::count_if(steps.begin(), steps.end(), [&](const Step& step) {
+        const std::ptrdiff_t count = std::count_if(steps.begin(), steps.end(), [&](const Step& step) {
             return !step.bChosen && step.eVerdict == eVerdict;
         });
         if (count > 0)
@@ -87,7 +87,7 @@ std::wstring PassedOverText(const Explanation& explanation)
 std::wstring ChoiceText(const Explanation& explanation, DateTime dtNow)
 {
     const std::wstring sLevel = explanation.sCatName + L" " + DecimalText(explanation.lCatLevel);
-    const auto& steps = explanation.steps;
+    const std::vector<Step>& steps = explanation.steps;
     const auto chosen =
         std::find_if(steps.begin(), steps.end(), [](const Step& step) { return step.bChosen; });
     if (!explanation.cCut || chosen == steps.end())

@@ -62,7 +62,7 @@ ListSource NextCutsSource(std::shared_ptr<clsSchedMan> cSchedMan, const std::wst
         const DateTime dtNow = NowOf(*cSchedMan);
         const ArtistNames names = cSchedMan->Names();
         const AskingRate rate = OutlookOf(*cSubCat, cSchedMan->History(), names, dtNow).rate;
-        const auto cSnapshot =
+        const std::shared_ptr<StationSnapshot> cSnapshot =
             TakeSnapshotOfLevel(cSchedMan->Mod(), cSubCat, cSchedMan->History(), cSchedMan->Options(), names);
         return NextCutsPage(ForecastLevel(cSchedMan->Mod(), *cSnapshot, forecastCuts, dtNow, rate.SlotMins()),
                             LevelText(sLevelKey), dtNow, rate);

@@ -39,8 +39,8 @@ std::wstring SentenceOf(const ForecastCut& cut)
 
 std::wstring RulesText(const std::vector<ForecastCut>& forecast)
 {
-    const auto broken = std::count_if(forecast.begin(), forecast.end(),
-                                      [](const ForecastCut& cut) { return !cut.sReason.empty(); });
+    const std::ptrdiff_t broken = std::count_if(forecast.begin(), forecast.end(),
+                                                [](const ForecastCut& cut) { return !cut.sReason.empty(); });
     if (broken == 0)
         return L"No rule is broken.";
     return DecimalText(std::int64_t{broken}) + L" of " + std::to_wstring(forecast.size()) +

@@ -45,8 +45,8 @@ TEST(OpeningWindow, ShowsTextAndProgressWhileItLives)
     EXPECT_EQ(TextIn(::GetDlgItem(hWindow, lOpeningText)), L"Reading cuts");
     EXPECT_EQ(PositionOf(*window), 250);
     window->Show(L"At once", 251, 1000);
-    constexpr ULONGLONG lLeastTicks = 50; // which a busy machine may let pass between the two
-    EXPECT_TRUE(PositionOf(*window) == 250 || ::GetTickCount64() - lStart >= lLeastTicks)
+    constexpr ULONGLONG leastTicks = 50; // which a busy machine may let pass between the two
+    EXPECT_TRUE(PositionOf(*window) == 250 || ::GetTickCount64() - lStart >= leastTicks)
         << "it is not drawn for every cut";
     window.reset();
     EXPECT_FALSE(::IsWindow(hWindow));

@@ -25,8 +25,8 @@ TEST(ChangeBetween, ListsEachLevelsCutsAndThePositionsOfNewOnes)
     const Rotation after = {Level(L"pop", 1, {L"n", L"b", L"a", L"m"}), Level(L"pop", 2, {L"c"})};
     const auto change = ChangeBetween(before, after);
     ASSERT_EQ(change.levels.size(), 2u);
-    EXPECT_EQ(change.levels[0].lBefore, 2u);
-    EXPECT_EQ(change.levels[0].lAfter, 4u);
+    EXPECT_EQ(change.levels[0].before, 2u);
+    EXPECT_EQ(change.levels[0].after, 4u);
     EXPECT_EQ(change.levels[0].newAt, (std::vector<std::size_t>{1, 4}));
     EXPECT_TRUE(change.levels[1].newAt.empty()) << "a new order alone makes no cut new";
 }
@@ -38,7 +38,7 @@ TEST(ChangeBetween, CountsACutInSeveralLevelsOnce)
     const Rotation after = {Level(L"pop", 1, {L"stays", L"also", L"new"}),
                             Level(L"rock", 2, {L"moves", L"new", L"also"})};
     const auto change = ChangeBetween(before, after);
-    EXPECT_EQ(change.lNew, 1u);
+    EXPECT_EQ(change.added, 1u);
     EXPECT_EQ(change.moved, 2u);
     EXPECT_EQ(change.gone, 1u);
 }
@@ -48,16 +48,16 @@ TEST(ChangeBetween, NamesNewLevelsAndThoseThatAreGone)
     const auto change = ChangeBetween({Level(L"pop", 1, {L"a"})}, {Level(L"rock", 1, {L"a"})});
     ASSERT_EQ(change.levels.size(), 2u);
     EXPECT_EQ(change.levels[0].sCategory, L"rock");
-    EXPECT_EQ(change.levels[0].lBefore, 0u);
+    EXPECT_EQ(change.levels[0].before, 0u);
     EXPECT_EQ(change.levels[1].sCategory, L"pop");
-    EXPECT_EQ(change.levels[1].lAfter, 0u);
+    EXPECT_EQ(change.levels[1].after, 0u);
 }
 
 TEST(ChangeBetween, ComparesNamesAndPathsIgnoringCase)
 {
     const auto change = ChangeBetween({Level(L"Pop", 1, {L"D:\\A.mp3"})}, {Level(L"POP", 1, {L"d:\\a.MP3"})});
     EXPECT_EQ(change.levels.size(), 1u);
-    EXPECT_EQ(change.lNew + change.moved + change.gone, 0u);
+    EXPECT_EQ(change.added + change.moved + change.gone, 0u);
 }
 
 TEST(OnlyChanged, LeavesOutLevelsThatAreAsTheyWere)

@@ -59,10 +59,10 @@ struct CategoryTest : ::testing::Test
     void ClickCat(const std::wstring& sName, bool bCtrl = false)
     {
         ScreenSelector::List& list = cScreen.lists[lstCat];
-        list.lCurrent = At(lstCat, sName);
+        list.current = At(lstCat, sName);
         if (!bCtrl)
             list.lSelected.clear();
-        list.lSelected.insert(*list.lCurrent);
+        list.lSelected.insert(*list.current);
         cSelector.CatClick();
     }
     void ClickLevel(const std::wstring& sText)

@@ -24,7 +24,7 @@ public:
     struct List
     {
         Texts colEntries;
-        std::optional<std::size_t> lCurrent;
+        std::optional<std::size_t> current;
         std::set<std::size_t> lSelected;
     };
 
@@ -49,7 +49,7 @@ public:
     std::wstring Current(SelectorControl eList)
     {
         const List& list = lists[eList];
-        return list.lCurrent ? list.colEntries[*list.lCurrent] : L"none";
+        return list.current ? list.colEntries[*list.current] : L"none";
     }
 
     void SetEntries(SelectorControl eList, const Texts& colEntries) override
@@ -70,11 +70,11 @@ public:
     std::optional<std::size_t> CurrentEntry(SelectorControl eList) const override
     {
         const auto it = lists.find(eList);
-        return it == lists.end() ? std::nullopt : it->second.lCurrent;
+        return it == lists.end() ? std::nullopt : it->second.current;
     }
     void SetCurrentEntry(SelectorControl eList, std::size_t entry) override
     {
-        lists[eList].lCurrent = entry;
+        lists[eList].current = entry;
         if (eList == SelectorControl::lstlvl)
             lists[eList].lSelected = {entry};
     }
@@ -96,7 +96,7 @@ public:
     {
         lists[eList].lSelected.clear();
         if (eList == SelectorControl::lstlvl)
-            lists[eList].lCurrent.reset();
+            lists[eList].current.reset();
     }
     void Enable(SelectorControl eControl, bool bEnable) override { enabled[eControl] = bEnable; }
     void Show(SelectorControl eControl, bool bShow) override { visible[eControl] = bShow; }

@@ -116,7 +116,7 @@ TEST_P(CutMenuTest, RowsThatStandApartMoveTogetherInTheirOrder)
         EXPECT_EQ(Order(L"Rock", 1), test.colAfter);
         EXPECT_EQ(RowKeys(), test.colAfter);
         EXPECT_EQ(SelectedKeys(), (Keys{L"b", L"g", L"i"}));
-        EXPECT_EQ(RowKeys()[cGridView.lCurrent.value()], L"b");
+        EXPECT_EQ(RowKeys()[cGridView.current.value()], L"b");
         EXPECT_TRUE(Shown().empty());
     }
 }

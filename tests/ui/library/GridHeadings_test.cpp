@@ -194,10 +194,10 @@ TEST_P(GridHeadingsTest, AHeadingSortsThenReversesThenReturnsToTheSchedule)
     CutInRow(1).SetTitle(L"elan");
     CutInRow(2).SetTitle(L"EVE");
     cGridView.Select({0});
-    cGridView.lCurrent = 0;
+    cGridView.current = 0;
     expectClick(3, {L"b", L"a", L"c"}, L"Title up", L"Sorted by Title|");
     EXPECT_EQ(SelectedKeys(), (Keys{L"a"}));
-    EXPECT_EQ(cGridView.lCurrent, 1u);
+    EXPECT_EQ(cGridView.current, 1u);
     expectClick(3, {L"c", L"a", L"b"}, L"Title down", L"Sorted by Title, descending|");
     expectClick(3, {L"a", L"b", L"c"}, L"", L"In schedule order|");
     expectClick(3, {L"b", L"a", L"c"}, L"Title up", L"Sorted by Title|");

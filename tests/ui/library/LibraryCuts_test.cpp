@@ -130,10 +130,10 @@ TEST_P(NewLibraryTest, ACutInTwoLevelsIsSelectedInTheLevelItWas)
     ShowNode(L"Rock", 0);
     ASSERT_EQ(RowKeys(), (Keys{L"a", L"b", L"c", L"twice", L"d", L"twice"}));
     cGridView.Select({5});
-    cGridView.lCurrent = 5;
+    cGridView.current = 5;
     cForm.RequestRefresh();
     EXPECT_EQ(Grid().SelectedRows(), (Rows{5}));
-    EXPECT_EQ(cGridView.lCurrent, 5u);
+    EXPECT_EQ(cGridView.current, 5u);
     CutActions().GridDelete();
     EXPECT_EQ(RowKeys(), (Keys{L"a", L"b", L"c", L"twice", L"d"}));
     EXPECT_TRUE(Grid().SelectedRows().empty()) << "the other row was not selected";

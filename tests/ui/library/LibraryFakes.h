@@ -89,8 +89,8 @@ public:
     std::vector<std::wstring> colHeaders;
     ColumnLayout layout;
     std::vector<bool> bSelected;
-    std::optional<std::size_t> lCurrent;
-    std::size_t lTop = 0;
+    std::optional<std::size_t> current;
+    std::size_t top = 0;
     Rows colEnsured; // made visible
     std::vector<bool> bRedraws;
     int lFilled = 0;
@@ -114,8 +114,8 @@ public:
     {
         ++lFilled;
         bSelected.assign(rows, false);
-        lCurrent.reset();
-        lTop = 0;
+        current.reset();
+        top = 0;
     }
     void SelectAll(bool bSelect) override { bSelected.assign(bSelected.size(), bSelect); }
     void SetSelection(const std::vector<bool>& bRows) override { bSelected = bRows; }
@@ -129,10 +129,10 @@ public:
                 colRows.push_back(row);
         return colRows;
     }
-    std::optional<std::size_t> CurrentRow() const override { return lCurrent; }
-    void SetCurrentRow(std::size_t row) override { lCurrent = row; }
-    std::size_t TopRow() const override { return lTop; }
-    void SetTopRow(std::size_t row) override { lTop = row; }
+    std::optional<std::size_t> CurrentRow() const override { return current; }
+    void SetCurrentRow(std::size_t row) override { current = row; }
+    std::size_t TopRow() const override { return top; }
+    void SetTopRow(std::size_t row) override { top = row; }
     void EnsureVisible(std::size_t row) override { colEnsured.push_back(row); }
     const PopUpItem* ChooseFromMenu(const PopUpMenu& menu) override
     {

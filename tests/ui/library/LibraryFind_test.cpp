@@ -88,14 +88,14 @@ TEST_P(FindTest, CutsAreFoundByArtistTitleAlbumAndPath)
 
 TEST_P(FindTest, ClosingTheBarShowsTheWholeListAtItsRow)
 {
-    cGridView.lCurrent = 3;
+    cGridView.current = 3;
     FindCuts(L"queen");
-    EXPECT_EQ(cGridView.lCurrent, std::nullopt);
+    EXPECT_EQ(cGridView.current, std::nullopt);
     Find().GoToList();
     EXPECT_EQ(SelectedKeys(), (Keys{L"b.wav"}));
     Find().CloseBar();
     EXPECT_EQ(RowKeys().size(), 4u);
-    EXPECT_EQ(cGridView.lCurrent, 1u);
+    EXPECT_EQ(cGridView.current, 1u);
     EXPECT_EQ(SelectedKeys(), (Keys{L"b.wav"}));
     EXPECT_FALSE(cCutsBar.bShown);
     EXPECT_EQ(cCutsBar.sQuery + cCutsBar.sCount, L"");
@@ -104,13 +104,13 @@ TEST_P(FindTest, ClosingTheBarShowsTheWholeListAtItsRow)
 
 TEST_P(FindTest, WhatWasSelectedWhileNarrowedStaysSelected)
 {
-    cGridView.lCurrent = 3;
+    cGridView.current = 3;
     FindCuts(L"queen");
-    EXPECT_EQ(cGridView.lCurrent, std::nullopt) << "the current row is hidden";
+    EXPECT_EQ(cGridView.current, std::nullopt) << "the current row is hidden";
     Grid().SelectAll();
     EXPECT_TRUE(Find().CloseBar());
     EXPECT_EQ(SelectedKeys(), (Keys{L"b.wav", L"c.wav"}));
-    EXPECT_EQ(cGridView.lCurrent, 3u);
+    EXPECT_EQ(cGridView.current, 3u);
 }
 
 TEST_P(FindTest, HiddenRowsAreSelectedAgainUnlessTheSelectionChanged)
@@ -131,11 +131,11 @@ TEST_P(FindTest, HiddenRowsAreSelectedAgainUnlessTheSelectionChanged)
 
 TEST_P(FindTest, ClosingTheBarReturnsToTheTopRowWithoutACurrentOne)
 {
-    cGridView.lTop = 2;
+    cGridView.top = 2;
     FindCuts(L"queen");
     Find().CloseBar();
-    EXPECT_EQ(cGridView.lTop, 2u);
-    EXPECT_EQ(cGridView.lCurrent, std::nullopt);
+    EXPECT_EQ(cGridView.top, 2u);
+    EXPECT_EQ(cGridView.current, std::nullopt);
 }
 
 TEST_P(FindTest, ClosingSaysWhetherTheBarWasOpen)
@@ -198,7 +198,7 @@ TEST_P(FindTest, ARefreshOfANarrowedListKeepsItsPlaceAndSelection)
         RunSteps();
         ASSERT_EQ(RowKeys(), (Keys{L"b.wav", L"c.wav"}));
         cGridView.Select({1});
-        cGridView.lCurrent = 1;
+        cGridView.current = 1;
         for (const std::shared_ptr<FakeCut>& cCut : m_colCuts)
             cCut->OnCall = [this](std::string_view sMember) {
                 if (sMember == "Artist") // each cut takes 10 ms
@@ -212,7 +212,7 @@ TEST_P(FindTest, ARefreshOfANarrowedListKeepsItsPlaceAndSelection)
         RunSteps();
         EXPECT_EQ(RowKeys(), (Keys{L"b.wav", L"c.wav"}));
         EXPECT_EQ(SelectedKeys(), (Keys{L"c.wav"}));
-        EXPECT_EQ(cGridView.lCurrent, 1u);
+        EXPECT_EQ(cGridView.current, 1u);
         for (const std::shared_ptr<FakeCut>& cCut : m_colCuts)
             cCut->OnCall = nullptr;
         Find().CloseBar();

@@ -199,8 +199,8 @@ TEST_P(ShownLevelTest, NotificationsKeepWhatIsShownSelectedTickedAndExpanded)
 TEST_P(ShownLevelTest, AnEditLeavesTheListWhereItIs)
 {
     SelectNode(L"Jazz", 1);
-    cGridView.lCurrent = 2;
-    cGridView.lTop = 1;
+    cGridView.current = 2;
+    cGridView.top = 1;
     cGridView.Select({2});
     cLibrary.cHost.OnEvent = [&](const std::wstring& sLine) {
         if (sLine.starts_with(L"Edit")) // the editor's OK: the database announces the change
@@ -210,8 +210,8 @@ TEST_P(ShownLevelTest, AnEditLeavesTheListWhereItIs)
     CutActions().CellDblClick(3, 1);
     EXPECT_EQ(RowKeys(), (Keys{L"a", L"b", L"c"}));
     EXPECT_EQ(SelectedKeys(), (Keys{L"c"}));
-    EXPECT_EQ(cGridView.lCurrent, 2u);
-    EXPECT_EQ(cGridView.lTop, 1u);
+    EXPECT_EQ(cGridView.current, 2u);
+    EXPECT_EQ(cGridView.top, 1u);
 }
 
 TEST_P(frmUILibTest, EndlessNotificationsWaitForTheUsersTurnAndEndWithTheWindow)

@@ -77,32 +77,32 @@ TEST_P(RearrangeTest, CommandsActOnTheRowsThatAreShown)
 TEST_P(RearrangeTest, SelectedAndCurrentRowStayWhileTheyAreShown)
 {
     cGridView.Select({0, 1, 3});
-    cGridView.lCurrent = 3;
-    cGridView.lTop = 2;
+    cGridView.current = 3;
+    cGridView.top = 2;
     Narrow();
     EXPECT_EQ(SelectedKeys(), (Keys{L"b", L"d"}));
-    EXPECT_EQ(cGridView.lCurrent, 1u);
-    EXPECT_EQ(cGridView.lTop, 0u) << "one row above it, as before";
+    EXPECT_EQ(cGridView.current, 1u);
+    EXPECT_EQ(cGridView.top, 0u) << "one row above it, as before";
     Widen();
     EXPECT_EQ(SelectedKeys(), (Keys{L"a", L"b", L"d"}));
-    EXPECT_EQ(cGridView.lCurrent, 3u);
-    EXPECT_EQ(cGridView.lTop, 2u);
+    EXPECT_EQ(cGridView.current, 3u);
+    EXPECT_EQ(cGridView.top, 2u);
 }
 
 TEST_P(RearrangeTest, TheWholeListReturnsToItsPlaceOrTheNewRow)
 {
-    cGridView.lCurrent = 4;
-    cGridView.lTop = 3;
+    cGridView.current = 4;
+    cGridView.top = 3;
     Narrow();
-    EXPECT_EQ(cGridView.lCurrent, std::nullopt);
+    EXPECT_EQ(cGridView.current, std::nullopt);
     Narrow({true, false, false, false, false, false});
     Widen();
-    EXPECT_EQ(cGridView.lCurrent, 4u);
-    EXPECT_EQ(cGridView.lTop, 3u);
+    EXPECT_EQ(cGridView.current, 4u);
+    EXPECT_EQ(cGridView.top, 3u);
     Narrow();
-    cGridView.lCurrent = 2; // f
+    cGridView.current = 2; // f
     Widen();
-    EXPECT_EQ(cGridView.lCurrent, 5u);
+    EXPECT_EQ(cGridView.current, 5u);
     EXPECT_EQ(cGridView.colEnsured.back(), 5u);
 }
 

@@ -93,7 +93,7 @@ TEST_P(SchedLibGridTest, CutsAreAskedForTheirTextsOnlyWhenTheyArePainted)
 TEST_P(SchedLibGridTest, TheCurrentRowCountsFromOneAndIsZeroForNone)
 {
     EXPECT_EQ(Grid().CurrentRow(), 0);
-    cGridView.lCurrent = 4;
+    cGridView.current = 4;
     EXPECT_EQ(Grid().CurrentRow(), 5);
 }
 
@@ -188,8 +188,8 @@ protected:
     void Place(const Rows& colSelected, std::size_t current, std::size_t top)
     {
         cGridView.Select(colSelected);
-        cGridView.lCurrent = current;
-        cGridView.lTop = top;
+        cGridView.current = current;
+        cGridView.top = top;
     }
     void SendToBack(const wchar_t* sKey) { Level(L"Rock", 1)->SchedCuts()->SendToBack(TextKey(sKey)); }
 };
@@ -236,7 +236,7 @@ TEST_P(ReorderTest, RowsMoveInFrontOfTheRowTheyAreDroppedOn)
         EXPECT_EQ(fresh.Order(L"Rock", 1), KeysOf(test.sAfter));
         EXPECT_EQ(fresh.RowKeys(), KeysOf(test.sAfter));
         EXPECT_EQ(fresh.SelectedKeys(), colMoved);
-        const std::size_t first = fresh.cGridView.lCurrent.value();
+        const std::size_t first = fresh.cGridView.current.value();
         EXPECT_EQ(fresh.RowKeys()[first], colMoved[0]);
         EXPECT_EQ(fresh.cGridView.colEnsured, (Rows{first + colMoved.size() - 1, first}))
             << "the whole block, its first row in any case";
@@ -337,7 +337,7 @@ TEST_P(ReorderTest, KeysPressedDuringAMoveAreGatheredIntoOneMore)
     ExpectOrder(L"12384567"); // four places up
     EXPECT_LE(lSaves, 3) << "fewer saves than presses";
     EXPECT_EQ(SelectedKeys(), (Keys{L"8"}));
-    EXPECT_EQ(cGridView.lCurrent, 3u);
+    EXPECT_EQ(cGridView.current, 3u);
 }
 
 TEST_P(ReorderTest, AMoveByManyPlacesStopsAtTheEnds)
@@ -400,12 +400,12 @@ TEST_P(ReorderTest, ShowingTheSameNodeAgainKeepsSelectionCurrentRowAndPlaceByCut
     SendToBack(L"1");
     ShowNode(L"Rock", 1);
     EXPECT_EQ(SelectedKeys(), (Keys{L"3", L"6"}));
-    EXPECT_EQ(cGridView.lCurrent, 4u);
-    EXPECT_EQ(cGridView.lTop, 3u);
+    EXPECT_EQ(cGridView.current, 4u);
+    EXPECT_EQ(cGridView.top, 3u);
     Place({0}, 0, 0);
     SendToBack(L"2");
     ShowNode(L"Rock", 1);
-    EXPECT_EQ(cGridView.lTop, 0u) << "a grid at its top stays there";
+    EXPECT_EQ(cGridView.top, 0u) << "a grid at its top stays there";
     EXPECT_EQ(SelectedKeys(), (Keys{L"2"}));
 }
 
@@ -428,10 +428,10 @@ TEST_P(ReorderTest, AfterARemovalTheRowInItsPlaceIsTheCurrentOne)
     {
         SCOPED_TRACE(test.sWhat);
         cGridView.Select(test.colRemoved);
-        cGridView.lCurrent = test.current;
+        cGridView.current = test.current;
         CutActions().GridDelete();
         EXPECT_EQ(RowKeys(), KeysOf(test.sLeft));
-        EXPECT_EQ(cGridView.lCurrent, test.currentAfter);
+        EXPECT_EQ(cGridView.current, test.currentAfter);
         EXPECT_TRUE(Grid().SelectedRows().empty());
     }
 }
@@ -441,7 +441,7 @@ TEST_P(ReorderTest, ShowingAnotherNodeStartsAtItsTopWithNothingSelected)
     Place({2, 5}, 5, 4);
     ShowNode(L"Rock", 0);
     EXPECT_TRUE(Grid().SelectedRows().empty());
-    EXPECT_EQ(cGridView.lTop, 0u);
+    EXPECT_EQ(cGridView.top, 0u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Objects, SchedLibGridTest, testing::Bool(), ObjectsOf);

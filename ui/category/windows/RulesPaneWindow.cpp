@@ -201,7 +201,7 @@ int RulesPaneWindow::LabelWidth(HDC hDC) const
 std::vector<HWND> RulesPaneWindow::Controls() const
 {
     std::vector<HWND> hAll{m_hIgnore, m_hOutlook, m_hNote};
-    for (const auto& hControls : {m_hLabels, m_hBoxes, m_hInherits})
+    for (const std::array<HWND, 3>& hControls : {m_hLabels, m_hBoxes, m_hInherits})
         hAll.insert(hAll.end(), hControls.begin(), hControls.end());
     std::erase(hAll, nullptr);
     return hAll;

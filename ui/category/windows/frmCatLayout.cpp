@@ -41,7 +41,7 @@ void frmCatWindow::SetLook(int lDpi)
          {m_hNew, m_hNewLevel, m_hTitle, m_hTabs, m_hApply, m_hOK, m_hCancel, m_hStrip[1]})
         SetFont(hControl, hFont.get());
     m_cSelector->SetLook(hFont.get(), lDpi);
-    for (const auto& cPane : m_cPanes)
+    for (const std::unique_ptr<RulesPaneWindow>& cPane : m_cPanes)
         cPane->SetLook(hFont.get(), lDpi);
     m_hFont.swap(hFont);
     m_hSymbols.swap(hSymbols);
@@ -156,7 +156,7 @@ void frmCatWindow::LayOutRulesArea(int lLeft, int lTop, int lWidth, int lBottom)
         cMover.Move(m_hTabs, lLeft, lTabsTop, lWidth, lTabsHeight);
         cMover.Move(m_hApply, lLeft + lWidth - static_cast<int>(apply.cx), lApplyTop,
                     static_cast<int>(apply.cx), static_cast<int>(apply.cy));
-        for (const auto& cPane : m_cPanes)
+        for (const std::unique_ptr<RulesPaneWindow>& cPane : m_cPanes)
             cMover.Move(cPane->Handle(), lLeft + static_cast<int>(page.left),
                         lTabsTop + static_cast<int>(page.top), static_cast<int>(page.right - page.left),
                         static_cast<int>(page.bottom - page.top));

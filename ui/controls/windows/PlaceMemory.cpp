@@ -52,7 +52,8 @@ void PlaceFirst(HWND hWindow, SIZE size)
 
 int RestorePlace(HWND hWindow, const UserSettings& cUserSettings, const std::wstring& sKey, SIZE size)
 {
-    const auto place = ParseWindowPlace(cUserSettings.Get(sProgramTitle, sSection, sKey, L""));
+    const std::optional<WindowPlace> place =
+        ParseWindowPlace(cUserSettings.Get(sProgramTitle, sSection, sKey, L""));
     if (!place)
     {
         PlaceFirst(hWindow, size);

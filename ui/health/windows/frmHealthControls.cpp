@@ -222,7 +222,7 @@ void frmHealthWindow::ShowLevel()
     const std::size_t seldom = m_cForm->Table(HealthTable::Seldom).Rows();
     SetTabCaption(Page::Seldom, (seldom > never ? L"Never or Seldom Played (" : L"Never Played (") +
                                     CountText(seldom) + L")");
-    for (const auto& cPicture : m_cPictures)
+    for (const std::unique_ptr<PictureWindow>& cPicture : m_cPictures)
         cPicture->Refresh();
     ::EnableWindow(m_hGoTo, seldom > 0);
 }

@@ -47,9 +47,9 @@ void frmHealthWindow::SetLook(int lDpi)
          {m_hLabels[0], m_hLabels[1], m_hLabels[2], m_hClock, m_hBrowse, m_hStart, m_hDays, m_hSimulate,
           m_hReport, m_hSummary, m_hTabs, m_hReasons, m_hCarryOut, m_hGoTo, m_hStatus, m_hCancel})
         SetFont(hControl, hFont.get());
-    for (const auto& cList : m_cLists)
+    for (const std::unique_ptr<TableWindow>& cList : m_cLists)
         cList->SetLook(hFont.get(), lDpi);
-    for (const auto& cPicture : m_cPictures)
+    for (const std::unique_ptr<PictureWindow>& cPicture : m_cPictures)
         cPicture->SetLook(hFont.get(), lDpi);
     List(HealthTable::Levels).SetSymbols(hLights.get(), [this](std::size_t item) {
         const LevelHealth& level = m_cForm->Station()->levels[item];

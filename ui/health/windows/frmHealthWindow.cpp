@@ -86,7 +86,7 @@ frmHealthWindow::~frmHealthWindow()
 {
     m_cLoop.reset();
     m_cSplit.reset();
-    for (auto& cPicture : m_cPictures)
+    for (std::unique_ptr<PictureWindow>& cPicture : m_cPictures)
         cPicture.reset();
     m_cPane.reset();
     Destroy();
@@ -205,7 +205,7 @@ LRESULT frmHealthWindow::OnNotify(const NMHDR& header, LPARAM lParam)
         if (const std::optional<std::size_t> row = cList.RowSelectedIn(header, lParam))
         {
             m_cForm->RowSelected(eTable, *row);
-            for (const auto& cPicture : m_cPictures)
+            for (const std::unique_ptr<PictureWindow>& cPicture : m_cPictures)
                 cPicture->Refresh();
         }
         if (header.code == LVN_COLUMNCLICK)
@@ -228,7 +228,7 @@ bool frmHealthWindow::OnKey(const MSG& message)
         return true;
     }
     // Otherwise Enter in a list would press the default button.
-    for (const auto& cList : m_cLists)
+    for (const std::unique_ptr<TableWindow>& cList : m_cLists)
         if (message.hwnd == cList->Handle())
             return true;
     return false;

@@ -33,14 +33,15 @@ public:
     bool DragOver(POINT point, const std::wstring& sText) override
     {
         const bool bOwn = m_cWindow.m_bDragging && sText == sGridPayload;
-        const auto hit = bOwn ? m_cWindow.m_cTree->HitTest(point) : std::nullopt;
+        const std::optional<CategoryTreeWindow::Hit> hit =
+            bOwn ? m_cWindow.m_cTree->HitTest(point) : std::nullopt;
         m_cWindow.m_cTree->ShowDropTarget(hit ? std::optional(hit->node) : std::nullopt);
         return hit.has_value();
     }
     void DragLeft() override { m_cWindow.m_cTree->ShowDropTarget(std::nullopt); }
     void Dropped(POINT point, const std::wstring& sText) override
     {
-        if (const auto hit = m_cWindow.m_cTree->HitTest(point))
+        if (const std::optional<CategoryTreeWindow::Hit> hit = m_cWindow.m_cTree->HitTest(point))
             m_cWindow.OnDropped({true, m_cWindow.m_cForm->Tree().At(hit->node).sKey, std::nullopt, sText});
     }
 };

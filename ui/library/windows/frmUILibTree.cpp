@@ -16,14 +16,14 @@ LRESULT frmUILibWindow::OnTreeNotify(const NMHDR& header, LPARAM lParam)
         OnTreeDblClick();
         [[fallthrough]]; // the second click of a pair on a check box is reported only here
     case NM_CLICK:
-        if (const auto hit =
+        if (const std::optional<CategoryTreeWindow::Hit> hit =
                 m_cTree->HitTest({GET_X_LPARAM(::GetMessagePos()), GET_Y_LPARAM(::GetMessagePos())});
             hit && hit->bOnBox)
             m_cTree->BeforeToggle(hit->node);
         ::PostMessageW(Handle(), ePostedChecks, 0, 0);
         return 0;
     case NM_RCLICK:
-        if (const auto hit =
+        if (const std::optional<CategoryTreeWindow::Hit> hit =
                 m_cTree->HitTest({GET_X_LPARAM(::GetMessagePos()), GET_Y_LPARAM(::GetMessagePos())}))
             m_cTree->Select(hit->node);
         return 0;
@@ -60,7 +60,8 @@ LRESULT frmUILibWindow::OnLabelEdited(const NMTVDISPINFOW& info)
 void frmUILibWindow::OnTreeDblClick()
 {
     const DWORD lPoint = ::GetMessagePos();
-    const auto hit = m_cTree->HitTest({GET_X_LPARAM(lPoint), GET_Y_LPARAM(lPoint)});
+    const std::optional<CategoryTreeWindow::Hit> hit =
+        m_cTree->HitTest({GET_X_LPARAM(lPoint), GET_Y_LPARAM(lPoint)});
     if (hit && hit->bOnRow)
         ::PostMessageW(Handle(), ePostedShowNode, 0, 0);
 }
