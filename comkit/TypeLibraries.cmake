@@ -26,10 +26,10 @@ function(ravlo_typelib name)
   add_custom_command(OUTPUT ${base}.tlb ${base}.h ${base}_i.c
     COMMAND ${widl} -t -o ${base}.tlb ${idl}
     COMMAND ${PYTHON3} ${CMAKE_SOURCE_DIR}/comkit/without-time.py ${base}.tlb
-    COMMAND ${widl} -h -o ${base}.h ${idl}
-    COMMAND ${widl} -u -o ${base}_i.c ${idl}
+    COMMAND ${widl} -h -o ${base}.h ${name}.idl # the headers say which file they are made from
+    COMMAND ${widl} -u -o ${base}_i.c ${name}.idl
     DEPENDS ${idl} ${CMAKE_SOURCE_DIR}/comkit/idl/oaidl.idl ${CMAKE_SOURCE_DIR}/comkit/without-time.py ${imports}
-    COMMENT "Type library ${name}" VERBATIM)
+    WORKING_DIRECTORY ${RAVLO_TYPELIB_DIR} COMMENT "Type library ${name}" VERBATIM)
 endfunction()
 ravlo_typelib(KorvaCollection)
 ravlo_typelib(RavloBase DEPENDS KorvaCollection)

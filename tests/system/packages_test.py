@@ -77,6 +77,11 @@ class Packages(unittest.TestCase):
             self.assertIn(file, files)
         self.assertIn(f'helpstring("Ravlo scheduler {VERSION}")'.encode(), files["idl/RavloScheduler.idl"])
 
+    def test_nothing_names_the_folder_of_the_build(self):
+        for package in ("win64", "win32", "sdk", "debug"):
+            for name, content in content_of(package).items():
+                self.assertNotIn(str(TREE).encode(), content, f"{package}: {name}")
+
     def test_the_source_includes_that_of_what_is_linked_in(self):
         files = content_of("src")
         for file in ("package", "CMakeLists.txt", "build/third_party/libcsv/libcsv.c", "build/third_party/sqlite3/sqlite3.c"):
