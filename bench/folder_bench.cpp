@@ -39,7 +39,7 @@ public:
                                              {"ALBUM", "Album"},
                                              {"GENRE", "Rock"},
                                              {"DATE", "1999"}});
-            bytes.resize(64 * 1024, 'x');
+            bytes.resize(std::size_t{64} * 1024, 'x');
             colFiles.push_back(folder / (sTitle + ".flac"));
             std::ofstream(colFiles.back(), std::ios::binary) << bytes;
         }
@@ -104,7 +104,7 @@ void ImportFolderAgain(benchmark::State& state)
 void ReadFiles(benchmark::State& state)
 {
     const Music& cMusic = MusicOf(state.range(0));
-    std::string buffer(64 * 1024, '\0');
+    std::string buffer(std::size_t{64} * 1024, '\0');
     for (auto _ : state)
         for (const fs::path& file : cMusic.colFiles)
         {

@@ -420,7 +420,7 @@ std::wstring PassedOver::Text() const
     for (const std::wstring& sSetting : colSettings)
         colParts.push_back(sSetting + L" was changed since and stays as it is");
     if (bFailed)
-        colParts.push_back(L"it could not be done");
+        colParts.emplace_back(L"it could not be done");
     if (bIncomplete)
         colParts.emplace_back(L"not everything could be put back, see the debug log");
     std::wstring sText;

@@ -122,7 +122,7 @@ std::optional<std::int64_t> OpenFile::Size() const
                                                              : std::nullopt;
 }
 
-bool OpenFile::Read(std::string& bytes)
+bool OpenFile::Read(std::string& bytes) const
 {
     std::size_t done = 0;
     while (done < bytes.size())

@@ -31,7 +31,7 @@ public:
     // Preconditions of the rest: IsOpen.
     std::optional<std::int64_t> Size() const;
     // Fills the buffer from the start of the file; false when the file is shorter or cannot be read.
-    bool Read(std::string& bytes);
+    bool Read(std::string& bytes) const;
 
 private:
     std::intptr_t m_handle;

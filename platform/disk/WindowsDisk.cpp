@@ -163,7 +163,7 @@ std::optional<std::int64_t> OpenFile::Size() const
                : std::nullopt;
 }
 
-bool OpenFile::Read(std::string& bytes)
+bool OpenFile::Read(std::string& bytes) const
 {
     constexpr std::size_t block = 0x1000000;
     for (std::size_t done = 0; done < bytes.size();)

@@ -68,7 +68,7 @@ public:
 
     // Rules in minutes: artist, title, album.
     void SetRules(const std::wstring& sName, std::int32_t lLevel, std::int32_t lArtist, std::int32_t lTitle,
-                  std::int32_t lAlbum, bool bIgnore = false)
+                  std::int32_t lAlbum, bool bIgnore = false) const
     {
         cLib.Level(sName, lLevel)->Rules()->Apply({lArtist, lTitle, lAlbum, bIgnore});
     }
@@ -100,10 +100,10 @@ public:
     }
 
     template <class... More>
-    SimulationResult Simulate(std::shared_ptr<const StationSnapshot> cSnapshot, const Plan& plan,
+    SimulationResult Simulate(const std::shared_ptr<const StationSnapshot>& cSnapshot, const Plan& plan,
                               DateTime dtFrom, double dDays, const More&... more)
     {
-        return ravlo::Simulate(cLib.cMod, std::move(cSnapshot), plan, dtFrom, dDays, more...);
+        return ravlo::Simulate(cLib.cMod, cSnapshot, plan, dtFrom, dDays, more...);
     }
 
     Answer Play(const Slot& slot, DateTime dtAt) override

@@ -49,7 +49,7 @@ struct HealthCase
         cStation->levels.push_back(level);
         result.levels.push_back(outcome);
         result.plan.AddSlot({sName, 1});
-        result.levelOfSlot.push_back(result.levels.size() - 1);
+        result.levelOfSlot.emplace_back(result.levels.size() - 1);
         return result.levels.size() - 1;
     }
     // Adds a play of a cut of a level, so many minutes after the start.

@@ -301,7 +301,7 @@ TEST(Health, WarnsOfWhatMayBeOtherwiseOnAir)
     for (int slot = 0; slot < 2; ++slot)
     {
         health.result.plan.AddSlot({L"Soul", 7});
-        health.result.levelOfSlot.push_back(std::nullopt);
+        health.result.levelOfSlot.emplace_back(std::nullopt);
     }
     EXPECT_EQ(HealthOf(health.result).warnings,
               (std::vector<std::wstring>{
@@ -465,7 +465,7 @@ TEST(PlayPatterns, LockStepIsOneHourOnMostDaysAndNoChance)
     constexpr std::int64_t day = 24 * hour;
     const auto everyHour = [](std::int64_t hours) {
         std::vector<std::int64_t> times;
-        for (std::int64_t at = 0; at < 4 * 24; ++at)
+        for (std::int64_t at = 0; at < std::int64_t{4} * 24; ++at)
             if (at % 24 < hours)
                 times.push_back(at * hour);
         return times;

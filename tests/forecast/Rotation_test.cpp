@@ -278,6 +278,7 @@ TEST_F(RotationTest, AdviceIsLookedForWhenItIsAskedFor)
     ASSERT_EQ(levels.at(2).eLight, Light::Red);
     const auto advised = [&] {
         std::vector<bool> colAdvised;
+        colAdvised.reserve(levels.size() + 1);
         for (const LevelHealth& level : levels)
             colAdvised.push_back(!level.advice.empty());
         colAdvised.push_back(!cSimulation->Health().remedies.empty());

@@ -17,6 +17,7 @@ TimedSlot OnDay(int lDay, int lHour)
 std::vector<int> HoursOf(const std::vector<TimedSlot>& slots)
 {
     std::vector<int> hours;
+    hours.reserve(slots.size());
     for (const auto& timed : slots)
         hours.push_back(FieldsOf(timed.dtAt).lHour);
     return hours;

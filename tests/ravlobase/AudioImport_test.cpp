@@ -162,7 +162,7 @@ TEST_F(AudioImportTest, ACancelledImportChangesNothing)
 class Importer : public Recorder
 {
 public:
-    Importer(Store& cStore, const std::wstring& sFolder) : m_cStore(cStore), m_sFolder(sFolder) {}
+    Importer(Store& cStore, std::wstring sFolder) : m_cStore(cStore), m_sFolder(std::move(sFolder)) {}
     void Progress(const std::wstring&, std::int32_t, std::int32_t) override
     {
         colRaised.push_back(RaisedBy([&] { m_cStore.ImportFolder(m_sFolder); }));

@@ -93,9 +93,9 @@ TEST(SplitArtistTest, CharacterIsPartOfAWordASpaceOrASign)
     for (const wchar_t c : letters + spaces + signs)
     {
         const std::wstring sBefore = std::wstring(L"Abba") + c;
-        const std::wstring sMain = letters.find(c) != letters.npos ? L""
-                                   : spaces.find(c) != spaces.npos ? L"Abba"
-                                                                   : sBefore;
+        const std::wstring sMain = letters.find(c) != std::wstring::npos  ? L""
+                                   : spaces.find(c) != std::wstring::npos ? L"Abba"
+                                                                          : sBefore;
         EXPECT_EQ(SplitArtist(sBefore + L"feat Cher").sMain, sMain) << std::hex << static_cast<int>(c);
     }
 }

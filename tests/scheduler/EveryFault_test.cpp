@@ -76,7 +76,7 @@ struct Program
         cSchedMan->SaveCatNames();
         cLib.cMod.SaveSettings();
     }
-    void Rotate()
+    void Rotate() const
     {
         for (const wchar_t* sName : {L"Rock", L"Pop"})
             Level(sName)->SchedCuts()->MoveToEnd(0);
@@ -140,7 +140,7 @@ struct Program
             cLib.cDataBase->Remove(*cCut);
         cLib.cDataBase->Announce(&DataBaseEvents::CutsRemoved, colCuts);
     }
-    void SetRules()
+    void SetRules() const
     {
         const std::shared_ptr<clsCatRules> cRules = Level(L"Rock")->Rules();
         cRules->SetArtistSepMins(41);
@@ -149,7 +149,7 @@ struct Program
         cRules->SetIgnoreRules(true);
         cRules->SaveRules();
     }
-    void ApplyRules()
+    void ApplyRules() const
     {
         Level(L"Pop", 2)->Rules()->Apply({.lArtist = 1, .lTitle = 2, .lAlbum = 3, .bIgnore = true});
     }
@@ -159,7 +159,7 @@ struct Program
         cLib.cMod.SetGlobalTitleSepMins(2);
         cLib.cMod.SetGlobalAlbumSepMins(3);
     }
-    void SetOneRule() { Level(L"Rock")->Rules()->SetTitleSepMins(99); }
+    void SetOneRule() const { Level(L"Rock")->Rules()->SetTitleSepMins(99); }
     void SetOneSetting() { cLib.cMod.SetGlobalTitleSepMins(99); }
     // All of it, one by one.
     void Work()

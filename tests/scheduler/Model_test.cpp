@@ -536,7 +536,7 @@ private:
         {
             const RefMain* pMain = m_ref.Main(what.first);
             const bool bThere =
-                what == RefSettings::featured || (pMain && pMain->colLevels.count(what.second) != 0);
+                what == RefSettings::featured || (pMain && pMain->colLevels.contains(what.second));
             if (bThere && m_ref.settings.Of(what) == m_step.after.settings.Of(what))
                 m_ref.settings.Set(what, m_step.before.settings.Of(what));
         }

@@ -42,7 +42,7 @@ public:
     {
         m_cLib.Change(eOption, Sub(L"Rock", 1), cTo, CutsNamed(colKeys));
     }
-    void Remove(std::initializer_list<const wchar_t*> colKeys, const std::wstring& sName)
+    void Remove(std::initializer_list<const wchar_t*> colKeys, const std::wstring& sName) const
     {
         std::vector<CutRemoval> colRemovals;
         for (const std::shared_ptr<Cut>& cCut : CutsNamed(colKeys))
@@ -54,7 +54,7 @@ public:
         m_cPorts.cMessages.Typed = {sLevel};
         EXPECT_TRUE(Man().CreateCatLevel(Main(sName)));
     }
-    void MoveTo(const wchar_t* sKey, std::int32_t PosInto)
+    void MoveTo(const wchar_t* sKey, std::int32_t PosInto) const
     {
         Man().MoveCutsInCategory(Sub(L"Rock", 1), {CutNamed(sKey)}, PosInto);
     }

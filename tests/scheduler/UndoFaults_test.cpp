@@ -85,7 +85,7 @@ struct FaultyStation
         };
     }
 
-    std::wstring Reverse(UndoFaultWay eWay)
+    std::wstring Reverse(UndoFaultWay eWay) const
     {
         return eWay == UndoFaultWay::Undo ? desk.Man().Undo() : desk.Man().Redo();
     }

@@ -105,7 +105,7 @@ public:
     }
     std::shared_ptr<FakeCut> CutOf(const std::wstring& sKey) const { return cLib.cDataBase->Own(sKey); }
     // Puts a cut into one more level, as a host may.
-    void PlaceToo(const std::shared_ptr<Cut>& cCut, const std::wstring& sName, std::int32_t lLevel)
+    void PlaceToo(const std::shared_ptr<Cut>& cCut, const std::wstring& sName, std::int32_t lLevel) const
     {
         bool bCreated = false;
         EXPECT_TRUE(Level(sName, lLevel)->AddCut(cCut, bCreated));

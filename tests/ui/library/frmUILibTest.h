@@ -17,7 +17,7 @@ public:
     {
         m_cSchedMan.SetWindows(this);
     }
-    ~CategoryWindows() { m_cSchedMan.SetWindows(nullptr); }
+    ~CategoryWindows() override { m_cSchedMan.SetWindows(nullptr); }
     CategoryWindows(const CategoryWindows&) = delete;
     CategoryWindows& operator=(const CategoryWindows&) = delete;
 

@@ -56,7 +56,7 @@ struct ListSourcesTest : testing::Test
         cLib.Populate();
         cLib.cSchedMan->SetRotatesAllowed(true);
     }
-    ListPage Explained(const wchar_t* sKey = L"")
+    ListPage Explained(const wchar_t* sKey = L"") const
     {
         return ExplanationSource(cLib.cSchedMan, L"rock\t1", *sKey ? TextKey(sKey) : TextKey()).Read();
     }
