@@ -325,7 +325,7 @@ RECT CategoryTreeWindow::LabelOf(CategoryTreePresenter::Node node) const
 {
     RECT label{};
     // The message takes the item where it puts the rectangle.
-    std::memcpy(&label, &m_hItems[node], sizeof m_hItems[node]);
+    std::memcpy(&label, &m_hItems[node], sizeof(HTREEITEM));
     Send(m_hTree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&label));
     ::MapWindowPoints(m_hTree, nullptr, reinterpret_cast<POINT*>(&label), 2);
     return label;
