@@ -16,7 +16,6 @@ namespace ravlo
 namespace
 {
 
-constexpr const wchar_t* sPartsFileName = L"Undo.parts";
 constexpr std::string_view partsSignature = "RavloUndoParts 1\r\n";
 constexpr std::size_t lengthBytes = 8;
 

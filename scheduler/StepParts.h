@@ -10,11 +10,13 @@
 namespace ravlo
 {
 
+inline constexpr const wchar_t* sPartsFileName = L"Undo.parts"; // next to Undo.dat
+
 // Whether a killed program may have left a step at the station with this application path. Never throws.
 bool PartsAreLeft(const Files& cFiles, const std::wstring& sAppPath);
 
 // The text of a step is this and what was interrupted.
-constexpr const wchar_t* sInterrupted = L"interrupted ";
+inline constexpr const wchar_t* sInterrupted = L"interrupted ";
 
 // What a unit of work that commits in several parts has done so far, on the disk: each part is written before
 // it is committed. When the program is killed in the middle of the work, the next one finds it here, as a

@@ -172,7 +172,7 @@ void UndoSteps::BeginParts(const std::wstring& sWhat) noexcept
 
 std::wstring UndoSteps::PartsPath() const
 {
-    return m_sPath.substr(0, m_sPath.find_last_of(L'\\') + 1) + L"Undo.parts";
+    return m_sPath.substr(0, m_sPath.find_last_of(L'\\') + 1) + sPartsFileName;
 }
 
 // A killed program's unit is the newest step, and has ended redo as others do.

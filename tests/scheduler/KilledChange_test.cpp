@@ -23,6 +23,21 @@ struct Left
     Cuts colCuts;
 };
 
+// The next program's start with what was left.
+struct NextStart
+{
+    explicit NextStart(const Left& left)
+    {
+        for (const auto& [sPath, bytes] : left.files)
+            cPorts.cFiles.Put(sPath, bytes);
+        cLib.cDataBase->colCuts = left.colCuts;
+        cLib.Populate();
+    }
+
+    RadioPorts cPorts;
+    Library cLib{cPorts};
+};
+
 using Orders = std::map<std::wstring, Keys>; // by "Rock 1"
 
 class KilledChangeTest : public StationTest
@@ -82,12 +97,9 @@ protected:
     // cuts that are still in it in their order. Returns the log.
     Lines ExpectSoundStart(const Left& left, const Keys& colMayGo = {}) const
     {
-        RadioPorts cOther;
-        for (const auto& [sPath, bytes] : left.files)
-            cOther.cFiles.Put(sPath, bytes);
-        Library cNext(cOther);
-        cNext.cDataBase->colCuts = left.colCuts;
-        cNext.Populate();
+        NextStart next(left);
+        Library& cNext = next.cLib;
+        const RadioPorts& cOther = next.cPorts;
         EXPECT_EQ(cOther.cMessages.Boxes, Boxes());
         const Orders after = OrdersOf(cNext);
         for (const auto& [sLevel, colBefore] : before)
@@ -267,12 +279,9 @@ protected:
     // Starts with what was left, undoes, and starts again. Returns whether there was an interrupted step.
     bool UndoWhatIsLeft(const Left& left, const Lines& colBefore) const
     {
-        RadioPorts cOther;
-        for (const auto& [sPath, bytes] : left.files)
-            cOther.cFiles.Put(sPath, bytes);
-        Library cNext(cOther);
-        cNext.cDataBase->colCuts = left.colCuts;
-        cNext.Populate();
+        NextStart next(left);
+        Library& cNext = next.cLib;
+        const RadioPorts& cOther = next.cPorts;
         clsSchedMan& cMan = *cNext.cSchedMan;
         if (!cMan.CanUndo())
         {
